@@ -1,0 +1,25 @@
+# tarnis_add_test(<name> [INTERNAL] [SOURCES <file>...] [LIBRARIES <target>...] [TIMEOUT <seconds>] [LABELS <label>...])
+#
+# Builds tst_<name> from tst_<name>.cpp of the calling folder and registers it as <folder>.<name>. INTERNAL links the
+# library's objects, for tests of functions that are not exported; without it the test sees the shared library.
+function(tarnis_add_test name)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "INTERNAL" "TIMEOUT" "SOURCES;LIBRARIES;LABELS")
+  get_filename_component(folder "${CMAKE_CURRENT_SOURCE_DIR}" NAME)
+  set(target "tst_${name}")
+  add_executable(${target} "tst_${name}.cpp" ${arg_SOURCES})
+  set_target_properties(${target} PROPERTIES AUTOMOC ON)
+  if(arg_INTERNAL)
+    target_link_libraries(${target} PRIVATE tarnis_internal tarnis_support_internal)
+  else()
+    target_link_libraries(${target} PRIVATE Tarnis::Tarnis tarnis_support)
+  endif()
+  target_link_libraries(${target} PRIVATE Qt6::Test tarnis_warnings ${arg_LIBRARIES})
+  if(NOT arg_TIMEOUT)
+    set(arg_TIMEOUT 300)
+  endif()
+  add_test(NAME ${folder}.${name} COMMAND ${target})
+  set_tests_properties(${folder}.${name} PROPERTIES
+    TIMEOUT ${arg_TIMEOUT}
+    LABELS "${folder};${arg_LABELS}"
+    ENVIRONMENT "${TARNIS_TEST_ENVIRONMENT}")
+endfunction()

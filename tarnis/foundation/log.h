@@ -1,0 +1,110 @@
+// The process-wide text log: a level gate, one flushed line per entry, and numbered blocks that show what is still open
+// on a thread. Any thread may log at any time; the host calls initlog() first and closelog() when the others are done.
+#pragma once
+
+#include <tarnis/tarnis_export.h>
+
+#include <QString>
+
+#include <map>
+#include <set>
+#include <string>
+#include <string_view>
+
+/// Opens `path` for appending and drops lines below `level` from now on. A file of more than 10 MiB is renamed to
+/// name.1.ext first (older ones to .2 up to .10). A path that cannot be opened leaves the log off, without a report.
+TARNIS_EXPORT void initlog(const std::string& path, int level);
+
+/// Closes the log; without an open log it does nothing.
+TARNIS_EXPORT void closelog();
+
+/// True while a log is open. Takes no lock.
+TARNIS_EXPORT bool log_is_enabled();
+
+/// Writes one line, formatted as printf does and cut to 8191 bytes. `word` is the level in letters: DBG (0), INFO (10),
+/// ERR (30). Below the gate nothing is formatted.
+TARNIS_EXPORT void __log__(int level, const char* word, const char* file, int line, const char* format, ...)
+#if defined(__GNUC__)
+    __attribute__((format(printf, 5, 6)))
+#endif
+    ;
+/// Writes `text` as it stands, whole, without any format processing.
+TARNIS_EXPORT void __log__(int level, const char* word, const char* file, int line, const std::string& text);
+/// The same, in UTF-8.
+TARNIS_EXPORT void __log__(int level, const char* word, const char* file, int line, const QString& text);
+
+/// Formats as printf does and takes the bytes as UTF-8. Text beyond 8189 bytes is cut silently.
+TARNIS_EXPORT QString strprintf(const char* format, ...)
+#if defined(__GNUC__)
+    __attribute__((format(printf, 1, 2)))
+#endif
+    ;
+
+/// A stretch of a thread's work, from construction to destruction, with a line at both ends.
+class TARNIS_EXPORT _LogBlock {
+public:
+    /// Takes the next number and writes "name -> number", unless the log is off or `level` below its gate.
+    _LogBlock(const char* file, int line, const char* name, int level);
+    /// Writes "    <- number" and, in parentheses, the numbers that are still open on this thread.
+    ~_LogBlock();
+    _LogBlock(const _LogBlock&) = delete;
+    _LogBlock& operator=(const _LogBlock&) = delete;
+
+protected:
+    long long m_num = 0; ///< 0 while the block is below the gate
+    std::string m_file;
+    int m_line;
+    int m_level;
+
+    static long long _next_num; ///< guarded by the log's mutex
+    static std::map<unsigned long long, std::set<long long>> _num_map; ///< thread id to open blocks; same guard
+};
+
+namespace tarnis {
+
+/// The part of a source path behind its last separator.
+consteval const char* sourceName(const char* path)
+{
+    const char* name = path;
+    for (const char* p = path; *p != '\0'; ++p) {
+        if (*p == '/' || *p == '\\')
+            name = p + 1;
+    }
+    return name;
+}
+
+/// A block's name: a literal as it stands, or a printf form with its arguments.
+class LogBlockName {
+public:
+    explicit LogBlockName(const char* literal)
+        : m_name(literal)
+    {
+    }
+    template <typename... Arguments>
+    explicit LogBlockName(const char* format, Arguments... arguments)
+        : m_text(strprintf(format, arguments...).toUtf8())
+        , m_name(m_text.constData())
+    {
+    }
+    const char* text() const { return m_name; }
+
+private:
+    QByteArray m_text;
+    const char* m_name;
+};
+
+} // namespace tarnis
+
+#define TARNIS_LOG_JOIN_(a, b) a##b
+#define TARNIS_LOG_JOIN(a, b) TARNIS_LOG_JOIN_(a, b)
+#define TARNIS_LOG_LINE(level, word, ...)                                                                              \
+    (log_is_enabled() ? __log__(level, word, tarnis::sourceName(__FILE__), __LINE__, __VA_ARGS__) : void())
+
+#define LOG_DBG(...) TARNIS_LOG_LINE(0, "DBG", __VA_ARGS__)
+#define LOG_INFO(...) TARNIS_LOG_LINE(10, "INFO", __VA_ARGS__)
+#define LOG_ERR(...) TARNIS_LOG_LINE(30, "ERR", __VA_ARGS__)
+/// Opens a block of level 3 to the end of the scope. Takes a literal or a printf form; with the log off the arguments
+/// are not even evaluated.
+#define LOG_BLOCK(...)                                                                                                 \
+    const _LogBlock TARNIS_LOG_JOIN(logBlock_, __LINE__)(                                                              \
+        tarnis::sourceName(__FILE__), __LINE__, log_is_enabled() ? tarnis::LogBlockName(__VA_ARGS__).text() : "", 3)
