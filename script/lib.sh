@@ -1,0 +1,32 @@
+# Shared by the scripts beside it; sourced, not run.
+set -euo pipefail
+
+root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+cd "$root"
+
+jobs=${TARNIS_JOBS:-$(nproc)}
+export CMAKE_BUILD_PARALLEL_LEVEL=$jobs CTEST_PARALLEL_LEVEL=$jobs
+
+# stage NAME COMMAND...: runs the command and prints how long it took.
+stage() {
+  local name=$1 started status=0
+  shift
+  printf '== %s\n' "$name"
+  started=$(date +%s)
+  "$@" || status=$?
+  printf '== %s: %s in %d s\n' "$name" "$([ $status -eq 0 ] && echo done || echo "failed ($status)")" \
+    $(($(date +%s) - started))
+  return $status
+}
+
+# usage_from_header: prints the comment at the head of the calling script.
+usage_from_header() {
+  sed -n '2,/^$/s/^# \{0,1\}//p' "$root/script/$(basename "$0")"
+}
+
+# build PRESET: configures and builds build/PRESET; the configuration's output is shown only when it fails.
+build() {
+  local output
+  output=$(cmake --preset "$1" 2>&1) || { printf '%s\n' "$output"; return 1; }
+  cmake --build --preset "$1"
+}
