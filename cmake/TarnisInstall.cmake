@@ -19,7 +19,8 @@ write_basic_package_version_file("${PROJECT_BINARY_DIR}/TarnisConfigVersion.cmak
 install(FILES "${PROJECT_BINARY_DIR}/TarnisConfig.cmake" "${PROJECT_BINARY_DIR}/TarnisConfigVersion.cmake"
   DESTINATION "${package_dir}" COMPONENT development)
 
-# An absolute directory in the file would break a relocated prefix; pkg-config resolves ${prefix} itself.
+# The prefix is found from the place of the file, so that an installation can be moved.
+file(RELATIVE_PATH TARNIS_PC_TO_PREFIX "/${CMAKE_INSTALL_LIBDIR}/pkgconfig" "/")
 configure_file("${PROJECT_SOURCE_DIR}/cmake/tarnis.pc.in" "${PROJECT_BINARY_DIR}/tarnis.pc" @ONLY)
 install(FILES "${PROJECT_BINARY_DIR}/tarnis.pc"
   DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig" COMPONENT development)

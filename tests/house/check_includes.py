@@ -1,0 +1,90 @@
+#!/usr/bin/env python3
+"""Reads the #include lines of a source tree and fails on an arrow that the architecture does not allow.
+
+usage: check_includes.py ROOT
+"""
+
+import pathlib
+import re
+import sys
+
+# A folder of tarnis/ may include itself and these.
+ALLOWED = {
+    "foundation": set(),
+    "server": {"foundation"},
+    "peak": {"foundation"},
+    "plots": {"foundation", "peak"},
+    "dialogs": {"foundation", "server", "peak", "plots"},
+}
+# The one exception: a leaf that includes nothing of ours.
+LEAF = "tarnis/dialogs/selectcheckeddialog.h"
+LEAF_USER = "plots"
+
+INCLUDE = re.compile(r'^\s*#\s*include\s*[<"]([^>"]+)[>"]', re.MULTILINE)
+SOURCES = {".h", ".cpp", ".c"}
+
+
+def included(path):
+    return INCLUDE.findall(path.read_text(encoding="utf-8"))
+
+
+def library_faults(root):
+    for folder, may_include in ALLOWED.items():
+        for path in sorted((root / "tarnis" / folder).rglob("*")):
+            if path.suffix not in SOURCES:
+                continue
+            for target in included(path):
+                parts = target.split("/")
+                if parts[0] != "tarnis":
+                    if (path.parent / target).exists():
+                        yield f"{path.relative_to(root)}: {target}: write the path from the include root"
+                    continue
+                if target == "tarnis/tarnis_export.h" or parts[1] == folder or parts[1] in may_include:
+                    continue
+                if target == LEAF and folder == LEAF_USER:
+                    continue
+                yield f"{path.relative_to(root)}: {target}: {folder} may not include {parts[1]}"
+
+
+def leaf_faults(root):
+    leaf = root / LEAF
+    if not leaf.exists():
+        return
+    for path in (leaf, leaf.with_suffix(".cpp")):
+        for target in included(path):
+            if target.startswith("tarnis/") and target not in (LEAF, "tarnis/tarnis_export.h"):
+                yield f"{path.relative_to(root)}: {target}: this dialog includes nothing of the library"
+
+
+def outside_faults(root):
+    """Programs and examples see what an installed package has; installed headers see installed headers only."""
+    for top in ("apps", "examples"):
+        for path in sorted((root / top).rglob("*")):
+            if path.suffix in SOURCES:
+                for target in included(path):
+                    if target.startswith("tarnis/") and target.endswith("_p.h"):
+                        yield f"{path.relative_to(root)}: {target}: not installed"
+    for path in sorted((root / "tarnis").rglob("*.h")):
+        if path.stem.endswith("_p"):
+            continue
+        for target in included(path):
+            if target.startswith("tarnis/") and target.endswith("_p.h") and is_installed(path):
+                yield f"{path.relative_to(root)}: {target}: an installed header includes one that is not"
+
+
+def is_installed(header):
+    listing = (header.parent / "CMakeLists.txt").read_text(encoding="utf-8")
+    public = re.findall(r"tarnis_public_headers\(([^)]*)\)", listing)
+    return header.name in " ".join(public).split()
+
+
+def main():
+    root = pathlib.Path(sys.argv[1])
+    faults = [*library_faults(root), *leaf_faults(root), *outside_faults(root)]
+    print("\n".join(faults))
+    print(f"{len(faults)} faults")
+    return 1 if faults else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())

@@ -1,0 +1,64 @@
+#!/usr/bin/env python3
+"""check_includes.py accepts the allowed arrows and reports each forbidden one."""
+
+import pathlib
+import subprocess
+import sys
+import tempfile
+import unittest
+
+CHECKER = pathlib.Path(__file__).with_name("check_includes.py")
+
+
+class CheckIncludes(unittest.TestCase):
+    def setUp(self):
+        self.folder = tempfile.TemporaryDirectory()
+        self.addCleanup(self.folder.cleanup)
+        self.root = pathlib.Path(self.folder.name)
+        for name in ("foundation", "server", "peak", "plots", "dialogs"):
+            self.write(f"tarnis/{name}/CMakeLists.txt", "tarnis_public_headers(\n  a.h)\n")
+
+    def write(self, path, text):
+        target = self.root / path
+        target.parent.mkdir(parents=True, exist_ok=True)
+        target.write_text(text, encoding="utf-8")
+
+    def faults(self):
+        result = subprocess.run([sys.executable, CHECKER, self.root], capture_output=True, text=True, check=False)
+        self.assertEqual(result.returncode != 0, not result.stdout.endswith("\n0 faults\n"))
+        return result.stdout
+
+    def test_allowed_arrows(self):
+        self.write("tarnis/server/a.cpp", '#include "tarnis/foundation/log.h"\n')
+        self.write("tarnis/plots/a.cpp", '#include "tarnis/dialogs/selectcheckeddialog.h"\n#include <QWidget>\n')
+        self.write("tarnis/dialogs/a.cpp", '#include <tarnis/plots/a.h>\n#include <tarnis/server/a.h>\n')
+        self.assertEqual(self.faults(), "\n0 faults\n")
+
+    def test_upward_arrow(self):
+        self.write("tarnis/foundation/a.cpp", '#include "tarnis/server/a.h"\n')
+        self.assertIn("foundation may not include server", self.faults())
+
+    def test_sideways_arrow(self):
+        self.write("tarnis/plots/a.cpp", '#include "tarnis/server/a.h"\n')
+        self.assertIn("plots may not include server", self.faults())
+
+    def test_other_dialog_from_plots(self):
+        self.write("tarnis/plots/a.cpp", '#include "tarnis/dialogs/dialogchecklist.h"\n')
+        self.assertIn("plots may not include dialogs", self.faults())
+
+    def test_leaf_includes_ours(self):
+        self.write("tarnis/dialogs/selectcheckeddialog.h", "")
+        self.write("tarnis/dialogs/selectcheckeddialog.cpp", '#include "tarnis/foundation/log.h"\n')
+        self.assertIn("includes nothing of the library", self.faults())
+
+    def test_private_header_outside(self):
+        self.write("apps/console/main.cpp", "#include <tarnis/plots/ticks_p.h>\n")
+        self.assertIn("not installed", self.faults())
+
+    def test_installed_header_includes_private_one(self):
+        self.write("tarnis/plots/a.h", "#include <tarnis/plots/ticks_p.h>\n")
+        self.assertIn("an installed header includes one that is not", self.faults())
+
+
+if __name__ == "__main__":
+    unittest.main()
