@@ -1,0 +1,39 @@
+// A list of check boxes with all-or-none buttons, for a host application. GUI thread only.
+#pragma once
+
+#include <tarnis/tarnis_export.h>
+
+#include <QDialog>
+
+#include <memory>
+
+namespace Ui {
+class DialogCheckList;
+}
+
+/// Lets the user tick entries of a list; accepted by Ok, rejected by Cancel, and the marks stay readable after either.
+/// Indices outside of 0..count()-1 read as an empty unchecked entry and are not written.
+class TARNIS_EXPORT DialogCheckList : public QDialog {
+    Q_OBJECT
+public:
+    /// A non-empty `title` becomes the window title.
+    DialogCheckList(QString const& title, QWidget* parent);
+    ~DialogCheckList() override;
+
+    /// The text above the list; an empty one takes no room.
+    void setDescription(QString const& text);
+    /// Appends an entry.
+    void addItem(QString const& text, bool checked);
+    int count() const;
+    /// Gives an entry. A partially checked one reads as unchecked.
+    void getItem(int index, QString& text, bool& checked) const;
+    void setChecked(int index, bool checked);
+
+public Q_SLOTS:
+    void on_buttonCheckAll_clicked();
+    void on_buttonUncheckAll_clicked();
+    void on_buttonInvert_clicked();
+
+protected:
+    std::unique_ptr<Ui::DialogCheckList> ui;
+};
