@@ -1,0 +1,48 @@
+// Which modeless child windows of a widget are open, so that a second request shows the one that exists. A plain member
+// of the widget that opens them; GUI thread only.
+#pragma once
+
+#include <tarnis/tarnis_export.h>
+
+#include <QDebug>
+#include <QMap>
+#include <QObject>
+#include <QThread>
+#include <QWidget>
+
+/// The owner looks a key up in `map`. A window that is there gets show() and activateWindow(). Otherwise the owner
+/// makes it, enters it, connects its destroyed(QObject*) to onDestroyed(QObject*), sets Qt::WA_DeleteOnClose and shows
+/// it.
+class TARNIS_EXPORT ModelessWidgetManager : public QObject {
+    Q_OBJECT
+public:
+    explicit ModelessWidgetManager(QObject* parent = nullptr)
+        : QObject(parent)
+    {
+    }
+
+    /// Key, any pointer that names the window's purpose, to the open window. The windows are not owned.
+    QMap<void*, QWidget*> map;
+
+Q_SIGNALS:
+    /// A window is gone. `key` is null for a window that was not in the map.
+    void onClosed(void* key);
+
+public Q_SLOTS:
+    /// Removes the window's entry and emits onClosed(). An unknown window removes the entry of the null key, if any.
+    void onDestroyed(QObject* obj)
+    {
+        qDebug() << "modelesswidgetmanager.h"
+                 << ":" << __LINE__ << QThread::currentThreadId() << "|"
+                 << "Destroyed:" << static_cast<const void*>(obj);
+        void* key = nullptr;
+        for (auto entry = map.cbegin(); entry != map.cend(); ++entry) {
+            if (static_cast<QObject*>(entry.value()) == obj) {
+                key = entry.key();
+                break;
+            }
+        }
+        map.remove(key);
+        Q_EMIT onClosed(key);
+    }
+};
