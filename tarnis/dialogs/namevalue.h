@@ -1,0 +1,29 @@
+// Lists of names with one or several values, as the statistics tables show them. Plain values, no lock.
+#pragma once
+
+#include <tarnis/tarnis_export.h>
+
+#include <QList>
+#include <QString>
+
+/// A name with its value.
+struct NameValue {
+    QString name;
+    QString value;
+};
+
+/// A name with its values, one per column of a table.
+struct NameValues {
+    QString name;
+    QList<QString> values;
+};
+
+/// Empties the values of every record; names and order stay.
+TARNIS_EXPORT void nvClear(QList<NameValues>& list);
+
+/// Replaces the value of the record with the very name of `item`, or appends `item`.
+TARNIS_EXPORT void nvUpdate(QList<NameValue>& list, NameValue const& item);
+
+/// Appends the first of `item.values`, and only that one, to the record with the very name of `item`, or appends `item`
+/// whole. For a name that the list has, `item.values` must not be empty.
+TARNIS_EXPORT void nvUpdate(QList<NameValues>& list, NameValues const& item);

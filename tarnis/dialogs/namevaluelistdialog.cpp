@@ -1,0 +1,124 @@
+#include "tarnis/dialogs/namevaluelistdialog.h"
+
+#include "tarnis/dialogs/namevalue.h"
+#include "tarnis/dialogs/tabletext_p.h"
+#include "tarnis/foundation/helpers.h"
+
+#include "ui_namevaluelistdialog.h"
+
+#include <QEvent>
+#include <QFile>
+#include <QFileDialog>
+#include <QHeaderView>
+#include <QPushButton>
+#include <QTextStream>
+
+#include <cmath>
+
+namespace {
+
+QTableWidgetItem* newCell(const QString& text, Qt::AlignmentFlag horizontal)
+{
+    auto* const item = new QTableWidgetItem(text);
+    item->setTextAlignment(horizontal | Qt::AlignVCenter);
+    return item;
+}
+
+} // namespace
+
+NameValueListDialog::NameValueListDialog(QList<NameValue> const& list, QWidget* parent, QString const& nameHeader)
+    : QDialog(parent)
+    , ui(std::make_unique<Ui::NameValueListDialog>())
+{
+    setUpForm();
+    table()->setColumnCount(2);
+    table()->setHorizontalHeaderLabels({ nameHeader, tr("Value") });
+    updateList(list);
+    show();
+
+    // Measured after show(): before it the layout has not given the table its width.
+    const double width = std::round(table()->width() * 0.93);
+    table()->setColumnWidth(0, static_cast<int>(std::round(0.6 * width)));
+    table()->setColumnWidth(1, static_cast<int>(std::round(0.4 * width)));
+}
+
+NameValueListDialog::NameValueListDialog(QList<NameValues> const& list, QList<QString> const& headers, QWidget* parent)
+    : QDialog(parent)
+    , ui(std::make_unique<Ui::NameValueListDialog>())
+{
+    setUpForm();
+    updateList(list, &headers);
+    show();
+
+    int columns = 0;
+    for (int column = 0; column < table()->columnCount(); ++column)
+        columns += table()->columnWidth(column);
+    resize(columns + 2 * (width() - table()->width()), height());
+}
+
+NameValueListDialog::~NameValueListDialog() = default;
+
+void NameValueListDialog::setUpForm()
+{
+    ui->setupUi(this);
+    setWindowFlags(windowFlags() & ~Qt::WindowContextHelpButtonHint);
+    connect(ui->buttonBox, &QDialogButtonBox::clicked, this, &NameValueListDialog::onButtonClicked);
+}
+
+void NameValueListDialog::updateList(QList<NameValue> const& list)
+{
+    table()->setRowCount(static_cast<int>(list.size()));
+    int row = 0;
+    for (const NameValue& record : list) {
+        table()->setItem(row, 0, newCell(record.name, Qt::AlignLeft));
+        table()->setItem(row, 1, newCell(record.value, Qt::AlignRight));
+        ++row;
+    }
+}
+
+void NameValueListDialog::updateList(QList<NameValues> const& list, QList<QString> const* headers)
+{
+    if (headers) {
+        table()->setColumnCount(static_cast<int>(headers->size()));
+        table()->setHorizontalHeaderLabels(*headers);
+    }
+    table()->setRowCount(static_cast<int>(list.size()));
+    int row = 0;
+    for (const NameValues& record : list) {
+        table()->setItem(row, 0, newCell(record.name, Qt::AlignLeft));
+        int column = 1;
+        for (const QString& value : record.values)
+            table()->setItem(row, column++, newCell(value, Qt::AlignRight));
+        ++row;
+    }
+}
+
+QTableWidget* NameValueListDialog::table()
+{
+    return ui->tableWidget;
+}
+
+void NameValueListDialog::onButtonClicked(QAbstractButton* button)
+{
+    if (button == ui->buttonBox->button(QDialogButtonBox::Save))
+        onSave();
+}
+
+void NameValueListDialog::onSave()
+{
+    const QString path = QFileDialog::getSaveFileName(this, tr("Save"), getSaveDir(), tr("CSV Files (*.csv *.txt)"));
+    if (path.isEmpty())
+        return;
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Text))
+        return;
+    setSaveFilePath(path);
+    QTextStream(&file) << tarnis::tableText(*table());
+}
+
+void NameValueListDialog::changeEvent(QEvent* event)
+{
+    QDialog::changeEvent(event);
+    if (event->type() == QEvent::LanguageChange)
+        ui->retranslateUi(this);
+}

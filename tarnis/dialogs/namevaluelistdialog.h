@@ -1,0 +1,49 @@
+// A read-only table of names and values with a Save button. GUI thread only.
+#pragma once
+
+#include <tarnis/tarnis_export.h>
+
+#include <QDialog>
+#include <QList>
+#include <QString>
+
+#include <memory>
+
+class QAbstractButton;
+class QTableWidget;
+struct NameValue;
+struct NameValues;
+namespace Ui {
+class NameValueListDialog;
+}
+
+/// Shows itself in its constructor and is not deleted on close: that is the host's decision.
+class TARNIS_EXPORT NameValueListDialog : public QDialog {
+    Q_OBJECT
+public:
+    /// Two columns: `nameHeader` and "Value".
+    NameValueListDialog(QList<NameValue> const& list, QWidget* parent, QString const& nameHeader);
+    /// A column for each of `headers`, the first one for the names. The window takes the width of its columns.
+    NameValueListDialog(QList<NameValues> const& list, QList<QString> const& headers, QWidget* parent);
+    ~NameValueListDialog() override;
+
+    /// Shows `list`, a row per record, in the columns that are there.
+    void updateList(QList<NameValue> const& list);
+    /// Shows `list`; with `headers`, sets the columns anew. Cells for which a record has no value stay as they were.
+    void updateList(QList<NameValues> const& list, QList<QString> const* headers);
+
+    /// The table, owned by the dialog.
+    QTableWidget* table();
+
+protected Q_SLOTS:
+    void onButtonClicked(QAbstractButton* button);
+    /// Asks for a path and writes the table as CSV, without quoting. A file that cannot be opened ends it silently.
+    void onSave();
+
+protected:
+    void changeEvent(QEvent* event) override;
+
+    void setUpForm();
+
+    std::unique_ptr<Ui::NameValueListDialog> ui;
+};

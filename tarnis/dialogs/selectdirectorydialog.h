@@ -1,0 +1,73 @@
+// A chooser for folders, run directories and new names on the server's side. GUI thread only.
+#pragma once
+
+#include <tarnis/server/tarniscmd.h>
+#include <tarnis/tarnis_export.h>
+
+#include <QDialog>
+#include <QList>
+#include <QString>
+
+#include <memory>
+
+class QListWidgetItem;
+class TarnisSession;
+namespace Ui {
+class SelectDirectoryDialog;
+}
+
+/// The near twin of SelectPathDialog: it keeps the directory apart from the combo box, compares extensions exactly, and
+/// looks names up in the whole listing with a suffix behind them.
+class TARNIS_EXPORT SelectDirectoryDialog : public QDialog {
+    Q_OBJECT
+public:
+    /// Starts at `dir` less its trailing "/", or at the server's own directory where nothing is left. Host, port and
+    /// prompt come from `session`, which stays the caller's and is not used further.
+    SelectDirectoryDialog(QString const& dir, TarnisSession* session, QWidget* parent);
+    ~SelectDirectoryDialog() override;
+
+    /// Lists files that end with one of `exts`, "*" for any, too. With `nameEdit` a name is typed, and an existing
+    /// entry of that name followed by `suffix` is asked about; without it a listed entry is selected.
+    void setExt(QList<QString> const& exts, bool nameEdit, QString const& suffix);
+    /// True for a name with one of the extensions, or any that is not of a folder where "*" is among them.
+    bool matchExt(QString const& name);
+
+    /// Removes all "/" at the end of `path`: "/" becomes empty.
+    void trimDir(QString& path);
+    void requestPwd();
+    void requestLs();
+
+Q_SIGNALS:
+    /// The chosen path as the server sees it, before the dialog closes.
+    void accepted(QString const& path);
+
+public Q_SLOTS:
+    void onDirComboIndexChanged(QString const& text);
+    void onCurDirListItemDoubleClicked(QListWidgetItem* item);
+    void onAccepted();
+    void onFileNameChanged(QString const& text);
+    void onCurDirListItemSelectioChanged();
+    void result(PTarnisCmd cmd, QByteArray const& payload);
+
+protected:
+    void changeEvent(QEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+
+    void sendRequest(QString const& text, QString const& name);
+    void setBrowsingEnabled(bool enabled);
+    void onPwdReply(QString const& reply);
+    void onLsReply(QString const& reply);
+    void rebuildDirCombo();
+    QListWidgetItem* selectedItem() const;
+    bool mayTakeName(QString const& name);
+
+    std::unique_ptr<Ui::SelectDirectoryDialog> ui;
+    QString dir; ///< the current directory
+    QList<QString> exts;
+    QString suffix;
+    TarnisSession* session = nullptr; ///< owned; null after the window has been closed
+    bool comboActive = true;
+    bool nameEdit = false;
+    QList<QString> allNames; ///< the last listing, sorted, unfiltered
+    bool askedPwd = false; ///< the last listing failed and "pwd" was asked: a second failure ends it
+};

@@ -1,0 +1,76 @@
+// A chooser for files and folders on the server's side. GUI thread only.
+#pragma once
+
+#include <tarnis/server/tarniscmd.h>
+#include <tarnis/tarnis_export.h>
+
+#include <QDialog>
+#include <QList>
+#include <QString>
+
+#include <memory>
+
+class QListWidgetItem;
+class TarnisSession;
+namespace Ui {
+class SelectPathDialog;
+}
+
+/// Browses the server's file system with "pwd" and `ls-F` on a session of its own. Without setExt() it lists and
+/// returns folders only. Session failures are shown nowhere: the lists then stay disabled.
+class TARNIS_EXPORT SelectPathDialog : public QDialog {
+    Q_OBJECT
+public:
+    /// Starts at `dir`, or at the server's own directory where it is empty. Host, port and prompt come from `session`,
+    /// which stays the caller's and is not used further.
+    SelectPathDialog(QString const& dir, TarnisSession* session, QWidget* parent);
+    ~SelectPathDialog() override;
+
+    /// Asks for a file name that ends, in any case, with one of `exts`; a dot is put before each that has none.
+    /// Choosing a name that is not listed is refused with `mustExist`; one that is listed is asked about with
+    /// `confirmOverwrite`.
+    void setExt(QList<QString> const& exts, bool mustExist, bool confirmOverwrite);
+    /// True for a name, not of a folder, with one of the extensions.
+    bool matchExt(QString const& name);
+
+    /// Goes to `dir` and lists it, unless it is the current one.
+    void setDir(QString const& dir);
+    QString getDir() const;
+    /// The listed names, folders with a "/" behind, in the order of the list.
+    QList<QString> getNames() const;
+
+    /// Removes all "/" at the end of `path`: "/" becomes empty.
+    void trimDir(QString& path);
+    void requestPwd();
+    void requestLs();
+
+Q_SIGNALS:
+    /// The chosen path as the server sees it, before the dialog closes.
+    void accepted(QString const& path);
+
+public Q_SLOTS:
+    void onDirComboIndexChanged(QString const& text);
+    void onCurDirListItemDoubleClicked(QListWidgetItem* item);
+    void onAccepted();
+    void onFileNameChanged(QString const& text);
+    void onCurDirListChanged(QString const& text);
+    void result(PTarnisCmd cmd, QByteArray const& payload);
+
+protected:
+    void changeEvent(QEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+
+    void sendRequest(QString const& text, QString const& name);
+    void setBrowsingEnabled(bool enabled);
+    void onPwdReply(QString const& reply);
+    void onLsReply(QString const& reply);
+    bool mayTakeName(QString const& name);
+    void finish(QString const& path);
+
+    std::unique_ptr<Ui::SelectPathDialog> ui;
+    TarnisSession* session = nullptr; ///< owned; null after the window has been closed
+    QList<QString> exts;
+    bool mustExist = false;
+    bool confirmOverwrite = false;
+    bool askedPwd = false; ///< the last listing failed and "pwd" was asked: a second failure ends it
+};

@@ -1,0 +1,206 @@
+// What the live windows read out of histogram replies.
+#include "support/support.h"
+
+#include "tarnis/dialogs/histogramreply_p.h"
+
+#include <QTest>
+
+#include <cmath>
+#include <limits>
+
+using namespace tarnis;
+
+namespace {
+
+QByteArray bytesOf(const QList<double>& values)
+{
+    return QByteArray(reinterpret_cast<const char*>(values.constData()), values.size() * qsizetype(sizeof(double)));
+}
+
+constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
+constexpr double infinite = std::numeric_limits<double>::infinity();
+
+} // namespace
+
+class TestHistogramReply : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void textLines()
+    {
+        QCOMPARE(replyTextLines("  a \n\n NG: b \n"), QStringList({ "a", "", "NG: b" }));
+        QCOMPARE(replyTextLines(QString()), QStringList(""));
+    }
+
+    void doubles()
+    {
+        const QByteArray payload = bytesOf({ 0, 1, 2, 3, 4, 5, 6 }) + "xyz";
+        QCOMPARE(doubleCount(payload), 7);
+        QCOMPARE(stridedDoubles(payload, 1, 3, 2), QList<double>({ 1, 4 }));
+        QCOMPARE(stridedDoubles(payload, 2, 1, 4), QList<double>({ 2, 3, 4, 5 }));
+        QCOMPARE(stridedDoubles(payload, 0, 2, 0), QList<double>());
+        QCOMPARE(doubleCount("1234567"), 0);
+    }
+
+    void largestValue()
+    {
+        QCOMPARE(largest({ -3, -1, -2 }, 0.0), 0.0);
+        QCOMPARE(largest({ -3, -1, -2 }, -3.0), -1.0);
+        QCOMPARE(largest({ 1, notANumber, 2 }, 0.0), 2.0);
+        QCOMPARE(largest({}, 0.5), 0.5);
+    }
+
+    void percents()
+    {
+        QCOMPARE(percent(29, 100), 28); // 0.29 * 100.0 is a little below 29
+        QCOMPARE(percent(1, 3), 33);
+        QCOMPARE(percent(0, 0), 0);
+        QCOMPARE(percent(5, 0), 0);
+        QCOMPARE(
+            percent(std::numeric_limits<unsigned long long>::max(), std::numeric_limits<unsigned long long>::max()),
+            100);
+        QVERIFY(percent(std::numeric_limits<unsigned long long>::max(), 1) > 100);
+    }
+
+    void axis_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<bool>("good");
+        QTest::addColumn<QString>("left");
+        QTest::newRow("plain") << "ok (0 10 5)" << true << "ok (0 10 5";
+        QTest::newRow("line feed behind") << "ok (0 10 5)\n" << true << "ok (0 10 5";
+        QTest::newRow("no closing parenthesis") << "ok (0 10 5" << true << "ok (0 10 5";
+        QTest::newRow("first parenthesis first") << "(0 10 5)" << false << "(0 10 5)";
+        QTest::newRow("none") << "ok 0 10 5" << false << "ok 0 10 5";
+        QTest::newRow("two tokens") << "ok (0 10)\n" << false << "ok (0 10";
+        QTest::newRow("four tokens") << "ok (0 10 5 )" << false << "ok (0 10 5 ";
+        QTest::newRow("two blanks") << "ok (0  10 5)" << false << "ok (0  10 5";
+        QTest::newRow("two line feeds") << "ok (0 10 5)\n\n" << true << "ok (0 10 5)\n";
+        QTest::newRow("too many bins") << "ok (0 10 16777217)" << false << "ok (0 10 16777217";
+        QTest::newRow("empty") << "" << false << "";
+    }
+
+    void axis()
+    {
+        QFETCH(QString, text);
+        QFETCH(bool, good);
+        QFETCH(QString, left);
+        QCOMPARE(takePairAxis(text).has_value(), good);
+        QCOMPARE(text, left);
+    }
+
+    void axisNumbers()
+    {
+        QString text = "a (1.5e1 -2 7)";
+        const std::optional<PairAxis> axis = takePairAxis(text);
+        QCOMPARE(axis->min, 15.0);
+        QCOMPARE(axis->max, -2.0);
+        QCOMPARE(axis->bins, 7);
+        text = "a (x y 99999999999)"; // conversions that fail give 0
+        QCOMPARE(takePairAxis(text)->bins, 0);
+    }
+
+    void bins_data()
+    {
+        QTest::addColumn<double>("x");
+        QTest::addColumn<int>("bin");
+        QTest::newRow("least") << 0.0 << 0;
+        QTest::newRow("half rounds up") << 0.5 << 1;
+        QTest::newRow("just below a half") << 0.49 << 0;
+        QTest::newRow("largest that fits") << 9.49 << 9;
+        QTest::newRow("the upper end") << 10.0 << -1;
+        QTest::newRow("a half below zero") << -0.5 << -1;
+        QTest::newRow("a little below zero") << -0.4 << 0;
+        QTest::newRow("nan") << notANumber << -1;
+        QTest::newRow("infinite") << infinite << -1;
+    }
+
+    void bins()
+    {
+        QFETCH(double, x);
+        QFETCH(int, bin);
+        QCOMPARE(binOf(x, PairAxis { 0, 10, 10 }).value_or(-1), bin);
+    }
+
+    void binsOfDegenerateAxes()
+    {
+        QVERIFY(!binOf(0.0, PairAxis { 0, 10, 0 }));
+        QVERIFY(!binOf(0.0, PairAxis { 0, 10, -4 }));
+        QVERIFY(!binOf(1.0, PairAxis { 1, 1, 10 }));
+        QVERIFY(!binOf(2.0, PairAxis { 1, 1, 10 }));
+    }
+
+    void pairs()
+    {
+        const auto samples = pairSamples(bytesOf({ 2, 20, 0, 5, 7 }), PairAxis { 0, 4, 4 });
+        QCOMPARE(samples->xs, QList<double>({ 2, 0, 0, 0 }));
+        QCOMPARE(samples->ys, QList<double>({ 5, 0, 20, 0 }));
+        QVERIFY(!pairSamples(bytesOf({ 0, 1, 4, 1 }), PairAxis { 0, 4, 4 }));
+        QCOMPARE(pairSamples(bytesOf({ 0, 1, 0, 2, 0, 3 }), PairAxis { 0, 2, 2 })->ys, QList<double>({ 2, 0 }));
+        QVERIFY(!pairSamples(bytesOf({ 0, 1 }), PairAxis { 0, 4, 0 }));
+        QVERIFY(pairSamples(QByteArray(), PairAxis { 0, 4, -7 })->ys.isEmpty());
+    }
+
+    void pairsAreTheSpeltOutOnes()
+    {
+        auto generator = testing::seededGenerator(51);
+        std::uniform_int_distribution<int> count(0, 12);
+        std::uniform_real_distribution<double> number(-2, 12);
+        for (int round = 0; round < 20000; ++round) {
+            const PairAxis axis { std::round(number(generator)), std::round(number(generator)), count(generator) };
+            QList<double> numbers;
+            for (int i = count(generator); i > 0; --i)
+                numbers.append(number(generator));
+            // The oracle: plain lists, every step in the order told by the format.
+            QList<double> xs(axis.bins, 0.0);
+            QList<double> ys(axis.bins, 0.0);
+            bool good = true;
+            for (int p = 0; p < numbers.size() / 2 && (p < axis.bins || axis.bins == 0) && good; ++p) {
+                const double position = (numbers[2 * p] - axis.min) * axis.bins / (axis.max - axis.min);
+                const double index = position < 0 ? std::ceil(position - 0.5) : std::floor(position + 0.5);
+                good = index >= 0 && index < axis.bins;
+                if (good) {
+                    xs[p] = numbers[2 * p];
+                    ys[int(index)] = numbers[2 * p + 1];
+                }
+            }
+            const auto samples = pairSamples(bytesOf(numbers), axis);
+            QCOMPARE(samples.has_value(), good);
+            if (good) {
+                QCOMPARE(samples->xs, xs);
+                QCOMPARE(samples->ys, ys);
+            }
+        }
+    }
+
+    void exported_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<int>("x");
+        QTest::addColumn<int>("y");
+        QTest::newRow("plain") << "OK: exported 256 x 128 y\n" << 256 << 128;
+        QTest::newRow("one character in front") << " exported 3 a 4 b" << 3 << 4;
+        QTest::newRow("first") << "exported 3 a 4 b" << -1 << -1;
+        QTest::newRow("absent") << "OK: 3 a 4 b" << -1 << -1;
+        QTest::newRow("other case") << "OK: Exported 3 a 4 b" << -1 << -1;
+        QTest::newRow("exactly one character dropped") << "OK: exported:3 a 4 b" << 3 << 4;
+        QTest::newRow("two blanks shift the tokens") << "OK: exported  3 a 4" << 0 << 0;
+        QTest::newRow("three tokens") << "OK: exported 3 a 4\n" << -1 << -1;
+        QTest::newRow("five tokens") << "OK: exported 3 a 4 b c" << 3 << 4;
+        QTest::newRow("beyond 32 bits") << "OK: exported 2147483648 a 4 b" << 0 << 4;
+        QTest::newRow("negative") << "OK: exported -3 a -4 b" << -3 << -4;
+        QTest::newRow("the first word counts") << "an exported exported 3 a 4" << 0 << 0;
+    }
+
+    void exported()
+    {
+        QFETCH(QString, text);
+        QFETCH(int, x);
+        QFETCH(int, y);
+        const BinCounts counts = exportedCounts(text).value_or(BinCounts { -1, -1 });
+        QCOMPARE(counts.x, x);
+        QCOMPARE(counts.y, y);
+    }
+};
+
+QTEST_APPLESS_MAIN(TestHistogramReply)
+#include "tst_histogramreply.moc"

@@ -1,0 +1,255 @@
+// Lists of names and values, and the table dialog that shows and saves them.
+#include "support/support.h"
+
+#include <tarnis/dialogs/namevalue.h>
+#include <tarnis/dialogs/namevaluelistdialog.h>
+#include <tarnis/foundation/helpers.h>
+
+#include <QDialogButtonBox>
+#include <QEvent>
+#include <QFile>
+#include <QFileDialog>
+#include <QHeaderView>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTableWidget>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+
+#include <cmath>
+
+namespace {
+
+/// Answers the file dialog that opens next: with `path`, or by Cancel where it is empty.
+class FileDialogAnswer : public QObject {
+public:
+    explicit FileDialogAnswer(QString path)
+        : m_path(std::move(path))
+    {
+        connect(&m_timer, &QTimer::timeout, this, &FileDialogAnswer::look);
+        m_timer.start(10);
+    }
+    int answered() const { return m_answered; }
+
+private:
+    void look()
+    {
+        auto* const dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+        if (!dialog)
+            return;
+        m_timer.stop();
+        ++m_answered;
+        if (m_path.isEmpty()) {
+            dialog->reject();
+            return;
+        }
+        dialog->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->setText(m_path);
+        dialog->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Save)->click();
+    }
+
+    QString m_path;
+    QTimer m_timer;
+    int m_answered = 0;
+};
+
+QByteArray contentOf(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("no file");
+}
+
+QStringList columnTexts(const QTableWidget& table, int column)
+{
+    QStringList texts;
+    for (int row = 0; row < table.rowCount(); ++row)
+        texts.append(table.item(row, column) ? table.item(row, column)->text() : QStringLiteral("(none)"));
+    return texts;
+}
+
+} // namespace
+
+class TestNameValue : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void initTestCase() { QApplication::setAttribute(Qt::AA_DontUseNativeDialogs); }
+
+    void clearKeepsNamesAndOrder()
+    {
+        QList<NameValues> list { { "b", { "1", "2" } }, { "a", { "3" } } };
+        nvClear(list);
+        QCOMPARE(list.size(), 2);
+        QCOMPARE(list.at(0).name, "b");
+        QCOMPARE(list.at(1).name, "a");
+        QVERIFY(list.at(0).values.isEmpty() && list.at(1).values.isEmpty());
+    }
+
+    void clearOfNothing()
+    {
+        QList<NameValues> list;
+        nvClear(list);
+        QVERIFY(list.isEmpty());
+    }
+
+    void updateReplacesOrAppends()
+    {
+        QList<NameValue> list;
+        nvUpdate(list, { "rate", "1" });
+        nvUpdate(list, { "Rate", "2" });
+        nvUpdate(list, { "rate", "3" });
+        QCOMPARE(list.size(), 2);
+        QCOMPARE(list.at(0).value, "3");
+        QCOMPARE(list.at(1).name, "Rate");
+    }
+
+    void updateAppendsTheFirstValueOnly()
+    {
+        QList<NameValues> list;
+        nvUpdate(list, { "rate", { "1", "2" } });
+        nvUpdate(list, { "rate", { "3", "4" } });
+        QCOMPARE(list.size(), 1);
+        QCOMPARE(list.at(0).values, QList<QString>({ "1", "2", "3" }));
+    }
+
+    void slotOrder()
+    {
+        const QMetaObject& meta = NameValueListDialog::staticMetaObject;
+        QStringList methods;
+        for (int i = meta.methodOffset(); i < meta.methodCount(); ++i)
+            methods.append(QString::fromLatin1(meta.method(i).methodSignature()));
+        QCOMPARE(methods, QStringList({ "onButtonClicked(QAbstractButton*)", "onSave()" }));
+    }
+
+    void form()
+    {
+        NameValueListDialog dialog(QList<NameValue>(), nullptr, "Name");
+        QVERIFY(dialog.isVisible());
+        QCOMPARE(dialog.windowTitle(), "Dialog");
+        QCOMPARE(dialog.size(), QSize(390, 378));
+        QVERIFY(!(dialog.windowFlags() & Qt::WindowContextHelpButtonHint));
+        QVERIFY(!dialog.testAttribute(Qt::WA_DeleteOnClose));
+        QCOMPARE(dialog.table()->editTriggers(), QAbstractItemView::NoEditTriggers);
+        QCOMPARE(dialog.table()->horizontalHeader()->defaultSectionSize(), 120);
+        QCOMPARE(dialog.table()->verticalHeader()->defaultSectionSize(), 18);
+        QCOMPARE(dialog.table()->objectName(), "tableWidget");
+        dialog.findChild<QDialogButtonBox*>("buttonBox")->button(QDialogButtonBox::Close)->click();
+        QVERIFY(!dialog.isVisible());
+    }
+
+    void twoColumns()
+    {
+        NameValueListDialog dialog({ { "a", "1" }, { "b", "two" } }, nullptr, "Key");
+        QTableWidget& table = *dialog.table();
+        QCOMPARE(table.columnCount(), 2);
+        QCOMPARE(table.horizontalHeaderItem(0)->text(), "Key");
+        QCOMPARE(table.horizontalHeaderItem(1)->text(), "Value");
+        QCOMPARE(columnTexts(table, 0), QStringList({ "a", "b" }));
+        QCOMPARE(columnTexts(table, 1), QStringList({ "1", "two" }));
+        QCOMPARE(table.item(0, 0)->textAlignment(), int(Qt::AlignLeft | Qt::AlignVCenter));
+        QCOMPARE(table.item(0, 1)->textAlignment(), int(Qt::AlignRight | Qt::AlignVCenter));
+        const double width = std::round(table.width() * 0.93);
+        QCOMPARE(table.columnWidth(0), int(std::round(0.6 * width)));
+        QCOMPARE(table.columnWidth(1), int(std::round(0.4 * width)));
+    }
+
+    void manyColumnsAndTheirWidth()
+    {
+        NameValueListDialog dialog({ { "a", { "1", "2" } }, { "b", { "3" } } }, { "Name", "x", "y" }, nullptr);
+        QTableWidget& table = *dialog.table();
+        QCOMPARE(table.columnCount(), 3);
+        QCOMPARE(columnTexts(table, 1), QStringList({ "1", "3" }));
+        QCOMPARE(columnTexts(table, 2), QStringList({ "2", "(none)" }));
+        QCOMPARE(dialog.height(), 378);
+        QCOMPARE(dialog.width(), 3 * 120 + 2 * (390 - (390 - (dialog.width() - table.width()))));
+    }
+
+    void updateWithoutHeadersKeepsColumnsAndOldCells()
+    {
+        NameValueListDialog dialog({ { "a", { "1", "2" } } }, { "Name", "x", "y" }, nullptr);
+        dialog.updateList(QList<NameValues> { { "b", { "7" } } }, nullptr);
+        QCOMPARE(dialog.table()->horizontalHeaderItem(2)->text(), "y");
+        QCOMPARE(columnTexts(*dialog.table(), 0), QStringList("b"));
+        QCOMPARE(columnTexts(*dialog.table(), 1), QStringList("7"));
+        QCOMPARE(columnTexts(*dialog.table(), 2), QStringList("2"));
+    }
+
+    void updateShrinksTheTable()
+    {
+        NameValueListDialog dialog({ { "a", "1" }, { "b", "2" } }, nullptr, "Name");
+        dialog.updateList(QList<NameValue> { { "c", "3" } });
+        QCOMPARE(columnTexts(*dialog.table(), 0), QStringList("c"));
+    }
+
+    void languageChangePutsTheTitleBack()
+    {
+        NameValueListDialog dialog(QList<NameValue>(), nullptr, "Name");
+        dialog.setWindowTitle("other");
+        QEvent event(QEvent::LanguageChange);
+        QApplication::sendEvent(&dialog, &event);
+        QCOMPARE(dialog.windowTitle(), "Dialog");
+    }
+
+    void saves_data()
+    {
+        QTest::addColumn<QList<QStringList>>("rows");
+        QTest::addColumn<QByteArray>("file");
+        QTest::newRow("empty table") << QList<QStringList>() << QByteArray("Name,Value\n");
+        QTest::newRow("nothing is quoted") << QList<QStringList> { { "a,b", "1" }, { "\"c\"", " 2 " } }
+                                           << QByteArray("Name,Value\na,b,1\n\"c\", 2 \n");
+        QTest::newRow("beyond ASCII") << QList<QStringList> { { "Zählrate", "5 µs" } }
+                                      << QByteArray("Name,Value\nZ\xc3\xa4hlrate,5 \xc2\xb5s\n");
+    }
+
+    void saves()
+    {
+        QFETCH(QList<QStringList>, rows);
+        QFETCH(QByteArray, file);
+        QList<NameValue> list;
+        for (const QStringList& row : rows)
+            list.append({ row.at(0), row.at(1) });
+        QTemporaryDir folder;
+        const QString path = folder.filePath("out.csv");
+        NameValueListDialog dialog(list, nullptr, "Name");
+        const FileDialogAnswer answer(path);
+        dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Save)->click();
+        QCOMPARE(answer.answered(), 1);
+        QCOMPARE(contentOf(path), file);
+        QCOMPARE(getSaveDir(), folder.path() + "/");
+        QVERIFY(dialog.isVisible());
+    }
+
+    void saveCancelled()
+    {
+        NameValueListDialog dialog(QList<NameValue>(), nullptr, "Name");
+        const QString before = getSaveDir();
+        const FileDialogAnswer answer { QString() };
+        dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Save)->click();
+        QCOMPARE(answer.answered(), 1);
+        QCOMPARE(getSaveDir(), before);
+    }
+
+    void failedOpenDoesNotMoveTheSaveDirectory()
+    {
+        QTemporaryDir folder;
+        setSaveFilePath(folder.filePath("x"));
+        // A directory cannot be opened for writing, whoever runs the test.
+        QVERIFY(QDir(folder.path()).mkpath("sub/out.csv"));
+        NameValueListDialog dialog(QList<NameValue>(), nullptr, "Name");
+        QTimer answer;
+        connect(&answer, &QTimer::timeout, this, [&] {
+            if (auto* const box = qobject_cast<QFileDialog*>(QApplication::activeModalWidget())) {
+                answer.stop();
+                // done() instead of the button: the box would enter a folder.
+                box->selectFile(folder.filePath("sub/out.csv"));
+                box->QDialog::done(QDialog::Accepted);
+            }
+        });
+        answer.start(10);
+        dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Save)->click();
+        QVERIFY(!answer.isActive());
+        QCOMPARE(getSaveDir(), folder.path() + "/");
+    }
+};
+
+QTEST_MAIN(TestNameValue)
+#include "tst_namevalue.moc"
