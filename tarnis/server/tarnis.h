@@ -9,6 +9,7 @@
 #include <QList>
 #include <QMap>
 #include <QObject>
+#include <QPointer>
 #include <QProcess>
 #include <QRecursiveMutex>
 #include <QString>
@@ -76,7 +77,7 @@ public:
 
     // Settings, continued - tarnis_settings.cpp
 
-    /// The settings themselves, not guarded.
+    /// The settings themselves, not guarded: the manager's own thread only.
     virtual QMap<QString, QString>& GetSettings();
     virtual QMap<QString, QString> CopySettings() const;
     /// Keeps a line for the next DownloadSettings(), which sends it first.
@@ -146,5 +147,15 @@ protected:
     QList<QString> m_commands; ///< lines for the next DownloadSettings()
     bool m_bLocal = true;
     SERVER_STATUS m_status = IDLE;
-    int m_queuedCallDepth = 0; ///< queued calls that are being delivered; the manager's thread only
+    QList<QPointer<QProcess>> m_supersededProcesses; ///< servers that ran when another was started; owned
+
+    // Steps of the operations above; the lock is held. The local server's are in tarnis_process.cpp
+    bool isCallOfClosedSession() const;
+    TarnisSession* startNamedSession(const QString& id);
+    void closeNamedSessions();
+    bool startLocalServer();
+    void connectLocalServer();
+    void supersedeLocalServer();
+    void endSupersededServers();
+    void closeLocalServer();
 };

@@ -1,0 +1,72 @@
+#include "tarnis/server/serverexit_p.h"
+
+#include <QCoreApplication>
+#include <QDeadlineTimer>
+#include <QProcess>
+#include <QThread>
+#include <QTimer>
+
+#include <algorithm>
+
+namespace tarnis {
+
+namespace {
+
+// The children of the application object go too late for a process to be waited for.
+void endServersWithApplication()
+{
+    const auto pending
+        = QCoreApplication::instance()->findChildren<ServerExit*>(QString(), Qt::FindDirectChildrenOnly);
+    qDeleteAll(pending);
+}
+
+// An owner for the case that no event loop runs any more. None for a manager in another thread than the application's.
+QObject* applicationObject()
+{
+    QCoreApplication* const application = QCoreApplication::instance();
+    if (!application || application->thread() != QThread::currentThread())
+        return nullptr;
+    qRemovePostRoutine(endServersWithApplication);
+    qAddPostRoutine(endServersWithApplication);
+    return application;
+}
+
+} // namespace
+
+void askServerToExit(QProcess& process)
+{
+    if (process.state() == QProcess::NotRunning)
+        return;
+    process.write("exit");
+    process.closeWriteChannel();
+}
+
+void waitForServerExit(QProcess& process, int graceMs)
+{
+    if (process.state() == QProcess::NotRunning || process.waitForFinished(graceMs))
+        return;
+    process.kill();
+    process.waitForFinished(-1);
+}
+
+ServerExit::ServerExit(QProcess* process, int graceMs)
+    : QObject(applicationObject())
+    , m_process(process)
+    , m_deadlineMs(QDeadlineTimer::current().deadline() + graceMs)
+{
+    process->setParent(this);
+    if (process->state() == QProcess::NotRunning) {
+        deleteLater();
+        return;
+    }
+    connect(process, &QProcess::finished, this, &QObject::deleteLater);
+    QTimer::singleShot(graceMs, process, &QProcess::kill);
+}
+
+ServerExit::~ServerExit()
+{
+    const qint64 left = m_deadlineMs - QDeadlineTimer::current().deadline();
+    waitForServerExit(*m_process, static_cast<int>(std::max<qint64>(left, 0)));
+}
+
+} // namespace tarnis

@@ -1,0 +1,147 @@
+// The manager's local server: its start, its port, its end.
+#include "tarnis/server/tarnis.h"
+
+#include "tarnis/foundation/checkedconnect_p.h"
+#include "tarnis/foundation/log.h"
+#include "tarnis/foundation/sysmsg.h"
+#include "tarnis/foundation/trace_p.h"
+#include "tarnis/server/localserver_p.h"
+#include "tarnis/server/serverexit_p.h"
+
+namespace {
+
+constexpr int startTimeoutMs = 30000;
+constexpr qint64 unreadOutputLimit = 1 << 20;
+
+// Nobody reads the server's output once the port is known, nor its error output ever: what a server says in months must
+// not pile up in this process.
+void boundUnreadOutput(QProcess* process)
+{
+    QObject::connect(process, &QProcess::readyReadStandardOutput, process, [process] {
+        if (process->bytesAvailable() > unreadOutputLimit)
+            process->readAllStandardOutput();
+    });
+    QObject::connect(process, &QProcess::readyReadStandardError, process, [process] {
+        process->setReadChannel(QProcess::StandardError);
+        if (process->bytesAvailable() > unreadOutputLimit)
+            process->readAll();
+        process->setReadChannel(QProcess::StandardOutput);
+    });
+}
+
+} // namespace
+
+bool Tarnis::startLocalServer()
+{
+    supersedeLocalServer();
+    m_process = new QProcess;
+    m_process->setWorkingDirectory(tarnis::workingDirectory(m_processPath));
+    m_process->start(m_processPath, {}, QIODeviceBase::ReadWrite);
+    if (!m_process->waitForStarted(startTimeoutMs)) {
+        delete m_process;
+        m_process = nullptr;
+        _g_sysMsg.postLog("Could not Start Local Server[%s] - check velmark.xml localServer element",
+            qUtf8Printable(m_processPath));
+        return false;
+    }
+    _g_sysMsg.postLog("Local Server[%s] Started", qUtf8Printable(m_processPath));
+    connectLocalServer();
+    return true;
+}
+
+void Tarnis::connectLocalServer()
+{
+    // A manager that runs a second server has this connection already.
+    disconnect(this, SIGNAL(StatusChanged(Tarnis::SERVER_STATUS)), this, SLOT(onStatusChanged(Tarnis::SERVER_STATUS)));
+    tarnis::checkedConnect(
+        this, SIGNAL(StatusChanged(Tarnis::SERVER_STATUS)), this, SLOT(onStatusChanged(Tarnis::SERVER_STATUS)));
+    tarnis::checkedConnect(m_process, SIGNAL(readyReadStandardOutput()), this, SLOT(onServerReadyStdOut()));
+    // Not before the start: a program that does not start makes one report, not two.
+    tarnis::checkedConnect(
+        m_process, SIGNAL(errorOccurred(QProcess::ProcessError)), this, SLOT(onServerError(QProcess::ProcessError)));
+    tarnis::checkedConnect(m_process, SIGNAL(finished(int,QProcess::ExitStatus)), this,
+        SLOT(onLocalSvrFinished(int,QProcess::ExitStatus)));
+    boundUnreadOutput(m_process);
+}
+
+void Tarnis::supersedeLocalServer()
+{
+    if (!m_process)
+        return;
+    // It is not stopped; its object stays until it has ended.
+    if (m_process->state() == QProcess::NotRunning) {
+        m_process->deleteLater();
+        return;
+    }
+    connect(m_process, &QProcess::finished, m_process, &QObject::deleteLater);
+    m_supersededProcesses.append(m_process);
+}
+
+void Tarnis::endSupersededServers()
+{
+    for (const QPointer<QProcess>& process : m_supersededProcesses) {
+        if (!process)
+            continue;
+        tarnis::askServerToExit(*process);
+        new tarnis::ServerExit(process); // deletes itself, with the process
+    }
+}
+
+void Tarnis::onServerReadyStdOut()
+{
+    LOG_BLOCK("onServerReadyStdOut");
+    auto* process = qobject_cast<QProcess*>(sender());
+    if (!process)
+        process = m_process;
+    if (!process)
+        return;
+    const QString output = QString::fromUtf8(process->readAllStandardOutput());
+    TARNIS_TRACE(QLatin1String("STDOUT:") + output);
+    const std::optional<quint16> port = tarnis::announcedPort(output);
+    if (!port)
+        return;
+    const QMutexLocker locker(&m_mutex);
+    m_port = *port;
+    if (m_port == 0)
+        return;
+    m_host = QStringLiteral("localhost");
+    m_serverAddress = QStringLiteral("localhost:%1").arg(m_port);
+    TARNIS_TRACE(QStringLiteral("PortNo: %1").arg(m_port));
+    SetStatus(SERVER_CONNECTED);
+    disconnect(process, SIGNAL(readyReadStandardOutput()), this, SLOT(onServerReadyStdOut()));
+    _g_sysMsg.postLog("Local Tarnis Server Started on port %d", m_port);
+}
+
+void Tarnis::onServerError(QProcess::ProcessError err)
+{
+    LOG_BLOCK("Tarnis::onServerError(err[%d])", static_cast<int>(err));
+    const QMutexLocker locker(&m_mutex);
+    if (err == QProcess::Crashed && m_status != SHUTTING_DOWN && m_status != IDLE)
+        _g_sysMsg.postLog("Server process crashed.");
+    else
+        _g_sysMsg.postLog("ServerError: Crashed but shutting down or idle. err[%d]", static_cast<int>(err));
+}
+
+void Tarnis::onLocalSvrFinished(int /*exitCode*/, QProcess::ExitStatus /*exitStatus*/)
+{
+    LOG_BLOCK("onLocalSvrFinished");
+    SetStatus(IDLE);
+}
+
+void Tarnis::closeLocalServer()
+{
+    if (!m_process) {
+        SetStatus(IDLE);
+        return;
+    }
+    LOG_DBG("closing local server");
+    const bool ended = m_process->state() == QProcess::NotRunning;
+    // A port that the server still announces is no business of the manager any more.
+    disconnect(m_process, SIGNAL(readyReadStandardOutput()), this, SLOT(onServerReadyStdOut()));
+    tarnis::askServerToExit(*m_process);
+    new tarnis::ServerExit(m_process); // deletes itself, with the process
+    m_process = nullptr;
+    // A process that ended before sends no `finished` any more that would bring this.
+    if (ended)
+        SetStatus(IDLE);
+}
