@@ -7,8 +7,8 @@
 
 namespace tarnis {
 
-/// The directory of the program, with a separator at its end. Of a path with a blank only the piece before it counts: the
-/// path is a command line.
+/// The directory of the program, with a separator at its end. Of a path with a blank only the piece before it counts:
+/// the path is a command line.
 QString workingDirectory(const QString& processPath);
 
 /// The port behind the first "UI port:" of the server's output, nothing where that does not occur. 0 if the line is not

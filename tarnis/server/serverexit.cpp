@@ -15,8 +15,7 @@ namespace {
 // The children of the application object go too late for a process to be waited for.
 void endServersWithApplication()
 {
-    const auto pending
-        = QCoreApplication::instance()->findChildren<ServerExit*>(QString(), Qt::FindDirectChildrenOnly);
+    const auto pending = QCoreApplication::instance()->findChildren<ServerExit*>(QString(), Qt::FindDirectChildrenOnly);
     qDeleteAll(pending);
 }
 

@@ -1,5 +1,5 @@
-// The manager's life, status, named sessions and shutdown. The local server is in tarnis_process.cpp, the settings are in
-// tarnis_settings.cpp.
+// The manager's life, status, named sessions and shutdown. The local server is in tarnis_process.cpp, the settings are
+// in tarnis_settings.cpp.
 #include "tarnis/server/tarnis.h"
 
 #include "tarnis/foundation/checkedconnect_p.h"
@@ -218,13 +218,13 @@ bool Tarnis::SendCmd(const QString& idSession, const QString& cmdName, const QSt
 TarnisSession* Tarnis::startNamedSession(const QString& id)
 {
     LOG_DBG("    creating new session");
-    // A caller on another thread cannot give the session its parent: that happens when the manager's thread comes round.
+    // A caller on another thread cannot give the session its parent: that happens when the manager's thread comes
+    // round.
     const bool ownThread = thread() == QThread::currentThread();
     auto* const session = new TarnisSession(m_host, m_port, m_prompt, ownThread ? parent() : nullptr);
     m_sessions[id] = session;
     session->SetId(id);
-    tarnis::checkedConnect(
-        session, SIGNAL(result(PTarnisCmd,QByteArray)), this, SLOT(onReply(PTarnisCmd,QByteArray)));
+    tarnis::checkedConnect(session, SIGNAL(result(PTarnisCmd,QByteArray)), this, SLOT(onReply(PTarnisCmd,QByteArray)));
     tarnis::checkedConnect(session, SIGNAL(error(int,QString)), this, SLOT(onError(int,QString)));
     if (!ownThread) {
         session->moveToThread(thread());

@@ -40,8 +40,8 @@ bool Tarnis::startLocalServer()
     if (!m_process->waitForStarted(startTimeoutMs)) {
         delete m_process;
         m_process = nullptr;
-        _g_sysMsg.postLog("Could not Start Local Server[%s] - check velmark.xml localServer element",
-            qUtf8Printable(m_processPath));
+        _g_sysMsg.postLog(
+            "Could not Start Local Server[%s] - check velmark.xml localServer element", qUtf8Printable(m_processPath));
         return false;
     }
     _g_sysMsg.postLog("Local Server[%s] Started", qUtf8Printable(m_processPath));
@@ -59,8 +59,8 @@ void Tarnis::connectLocalServer()
     // Not before the start: a program that does not start makes one report, not two.
     tarnis::checkedConnect(
         m_process, SIGNAL(errorOccurred(QProcess::ProcessError)), this, SLOT(onServerError(QProcess::ProcessError)));
-    tarnis::checkedConnect(m_process, SIGNAL(finished(int,QProcess::ExitStatus)), this,
-        SLOT(onLocalSvrFinished(int,QProcess::ExitStatus)));
+    tarnis::checkedConnect(m_process,
+        SIGNAL(finished(int,QProcess::ExitStatus)), this, SLOT(onLocalSvrFinished(int,QProcess::ExitStatus)));
     boundUnreadOutput(m_process);
 }
 

@@ -1,5 +1,5 @@
-// The manager's settings, readout addresses and base path. Operations call one another through the virtual slots, so that
-// a subclass sees them.
+// The manager's settings, readout addresses and base path. Operations call one another through the virtual slots, so
+// that a subclass sees them.
 #include "tarnis/server/tarnis.h"
 
 #include "tarnis/foundation/log.h"
@@ -21,7 +21,8 @@ ReadoutKeys readoutKeys()
 
 ReadoutKeys readoutKeys(int index)
 {
-    return { QStringLiteral("ip%1").arg(index), QStringLiteral("tcp%1").arg(index), QStringLiteral("bcp%1").arg(index) };
+    return { QStringLiteral("ip%1").arg(index), QStringLiteral("tcp%1").arg(index),
+        QStringLiteral("bcp%1").arg(index) };
 }
 
 bool readAddress(const Tarnis& manager, const ReadoutKeys& keys, QString& ip, unsigned int& tcp, unsigned int& bcp)
@@ -169,10 +170,9 @@ bool Tarnis::SetBasePath(const QString& path, bool bWithInst)
     LOG_BLOCK("SetBasePath");
     const QMutexLocker locker(&m_mutex);
     const SERVER_STATUS status = m_status;
-    const QString command = bWithInst
-        ? QLatin1String("setting inst:") + GetSettingValue(QStringLiteral("inst"), QString())
-            + QLatin1String(" basepath:") + path
-        : QLatin1String("setting basepath:") + path;
+    const QString command = bWithInst ? QLatin1String("setting inst:")
+            + GetSettingValue(QStringLiteral("inst"), QString()) + QLatin1String(" basepath:") + path
+                                      : QLatin1String("setting basepath:") + path;
     const bool send = status == SERVER_CONNECTED || status == READOUT_CONNECTED || status == READOUT_ERROR;
     if (send || status == IDLE)
         SetSettingValue(QStringLiteral("basepath"), path);
@@ -191,8 +191,8 @@ void Tarnis::AddCommand(const QString& line)
 
 int Tarnis::DownloadSettings(const QString& sessionId, bool bSave)
 {
-    LOG_BLOCK("Tarnis::DownloadSettings(sessionId[%s], bSave[%s])", qUtf8Printable(sessionId),
-        bSave ? "true" : "false");
+    LOG_BLOCK(
+        "Tarnis::DownloadSettings(sessionId[%s], bSave[%s])", qUtf8Printable(sessionId), bSave ? "true" : "false");
     const QMutexLocker locker(&m_mutex);
     m_commands += settingLines(m_settings);
     int sent = 0;
