@@ -1,0 +1,330 @@
+#include "support/scriptedconnection_p.h"
+
+#include <linux/sockios.h>
+#include <netinet/in.h>
+#include <netinet/tcp.h>
+#include <poll.h>
+#include <sys/eventfd.h>
+#include <sys/ioctl.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstdint>
+#include <cstdio>
+#include <fstream>
+#include <optional>
+#include <sstream>
+
+namespace tarnis::testing {
+
+namespace {
+
+constexpr long apartMicroseconds = 50; ///< between two looks whether the client has taken a piece
+
+quint16 portOf(int socket, decltype(::getsockname)* end)
+{
+    sockaddr_in address {};
+    socklen_t size = sizeof address;
+    return end(socket, reinterpret_cast<sockaddr*>(&address), &size) == 0 ? ntohs(address.sin_port) : quint16(0);
+}
+
+// Bytes that have reached the client's socket and not yet the client, from the system's table of connections; nothing
+// where there is no such table or the connection is not in it any more.
+std::optional<unsigned> unreadByClient(quint16 clientPort, quint16 serverPort)
+{
+    std::array<char, 32> ends {};
+    std::snprintf(ends.data(), ends.size(), "0100007F:%04X 0100007F:%04X", clientPort, serverPort);
+    std::ifstream table("/proc/net/tcp");
+    for (std::string line; std::getline(table, line);) {
+        if (line.find(ends.data()) == std::string::npos)
+            continue;
+        // sl local remote st tx_queue:rx_queue ...
+        std::istringstream fields(line);
+        std::string skipped;
+        std::string queues;
+        fields >> skipped >> skipped >> skipped >> skipped >> queues;
+        const std::size_t colon = queues.find(':');
+        if (colon != std::string::npos)
+            return unsigned(std::stoul(queues.substr(colon + 1), nullptr, 16));
+    }
+    return std::nullopt;
+}
+
+std::string littleEndian(long long length)
+{
+    const auto bits = std::uint32_t(std::int32_t(length));
+    std::string field;
+    for (int shift = 0; shift < 32; shift += 8)
+        field += char((bits >> shift) & 0xFF);
+    return field;
+}
+
+} // namespace
+
+WakeUp::WakeUp()
+    : m_event(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK))
+{
+}
+
+WakeUp::~WakeUp()
+{
+    ::close(m_event);
+}
+
+void WakeUp::signal() const
+{
+    const std::uint64_t one = 1;
+    [[maybe_unused]] const auto written = ::write(m_event, &one, sizeof one);
+}
+
+void WakeUp::waitWith(int socket, bool forWriting, long microseconds) const
+{
+    std::array<pollfd, 2> fds { pollfd { m_event, POLLIN, 0 },
+        pollfd { socket, short(forWriting ? POLLIN | POLLOUT : POLLIN), 0 } };
+    const timespec limit { microseconds / 1000000, microseconds % 1000000 * 1000 };
+    ::ppoll(fds.data(), fds.size(), microseconds < 0 ? nullptr : &limit, nullptr);
+    std::uint64_t count = 0;
+    if (fds[0].revents) [[maybe_unused]]
+        const auto taken = ::read(m_event, &count, sizeof count);
+}
+
+ScriptedConnection::ScriptedConnection(Board& board, int socket, Script script)
+    : m_board(board)
+    , m_socket(socket)
+    , m_script(std::move(script))
+{
+    const int on = 1;
+    ::setsockopt(m_socket, IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
+    m_thread = std::jthread([this](const std::stop_token& stop) {
+        m_stop = stop;
+        play();
+    });
+}
+
+ScriptedConnection::~ScriptedConnection()
+{
+    m_thread.request_stop();
+    m_wakeUp.signal();
+}
+
+void ScriptedConnection::play()
+{
+    if (play(m_script) == Going::On)
+        waitUntil([] { return false; });
+    pump(); // what the client has sent last; unread bytes would also turn an orderly close into a break
+    ::close(m_socket);
+    const std::lock_guard lock(m_board.mutex);
+    isOpen = false;
+}
+
+ScriptedConnection::Going ScriptedConnection::play(const Script& script)
+{
+    for (const Step& step : script) {
+        if (play(step) == Going::Over)
+            return Going::Over;
+    }
+    return Going::On;
+}
+
+ScriptedConnection::Going ScriptedConnection::play(const Step& step)
+{
+    switch (step.kind) {
+    case Step::Kind::Text:
+    case Step::Kind::Binary:
+    case Step::Kind::Raw:
+        return sendPieces(step);
+    case Step::Kind::Expect:
+        return expect(step.bytes);
+    case Step::Kind::Hold:
+        return hold(step.bytes);
+    case Step::Kind::Silence:
+        return waitUntil([] { return false; });
+    case Step::Kind::Reset: {
+        const linger abortive { 1, 0 };
+        ::setsockopt(m_socket, SOL_SOCKET, SO_LINGER, &abortive, sizeof abortive);
+        return Going::Over;
+    }
+    case Step::Kind::Drop:
+        return Going::Over;
+    case Step::Kind::Serve:
+        return serve();
+    }
+    return Going::Over;
+}
+
+std::string ScriptedConnection::bytesOf(const Step& step) const
+{
+    switch (step.kind) {
+    case Step::Kind::Text:
+        return step.bytes + m_board.prompt;
+    case Step::Kind::Binary:
+        return littleEndian(step.announced) + step.bytes + step.behind + m_board.prompt;
+    default:
+        return step.bytes;
+    }
+}
+
+ScriptedConnection::Going ScriptedConnection::sendPieces(const Step& step)
+{
+    const std::string bytes = bytesOf(step);
+    std::vector<std::size_t> ends = step.cuts;
+    if (step.chunkSize > 0) {
+        for (std::size_t end = step.chunkSize; end < bytes.size(); end += step.chunkSize)
+            ends.push_back(end);
+    }
+    ends.push_back(bytes.size());
+    std::size_t begin = 0;
+    for (const std::size_t end : ends) {
+        if (end <= begin)
+            continue;
+        while (begin > 0 && !m_stop.stop_requested() && !clientHasTaken()) {
+            m_wakeUp.waitWith(m_socket, false, apartMicroseconds);
+            pump();
+        }
+        if (sendAll(std::string_view(bytes).substr(begin, end - begin)) == Going::Over)
+            return Going::Over;
+        begin = end;
+    }
+    return Going::On;
+}
+
+ScriptedConnection::Going ScriptedConnection::sendAll(std::string_view bytes)
+{
+    while (!bytes.empty()) {
+        if (m_stop.stop_requested())
+            return Going::Over;
+        const ssize_t sent = ::send(m_socket, bytes.data(), bytes.size(), MSG_NOSIGNAL);
+        if (sent > 0) {
+            bytes.remove_prefix(std::size_t(sent));
+        } else if (errno == EAGAIN || errno == EINTR) {
+            m_wakeUp.waitWith(m_socket, true);
+            pump();
+        } else {
+            return Going::Over;
+        }
+    }
+    return Going::On;
+}
+
+bool ScriptedConnection::clientHasTaken() const
+{
+    int unacknowledged = 0;
+    if (::ioctl(m_socket, SIOCOUTQ, &unacknowledged) != 0)
+        return true;
+    if (unacknowledged > 0)
+        return false;
+    return unreadByClient(portOf(m_socket, ::getpeername), portOf(m_socket, ::getsockname)).value_or(0) == 0;
+}
+
+ScriptedConnection::Going ScriptedConnection::expect(const std::string& bytes)
+{
+    if (waitUntil([&] { return received.size() - m_used >= bytes.size(); }) == Going::Over)
+        return Going::Over;
+    const std::lock_guard lock(m_board.mutex);
+    if (received.compare(m_used, bytes.size(), bytes) != 0) {
+        m_board.failures.push_back("expected \"" + bytes + "\", received \"" + received.substr(m_used) + '"');
+        return Going::Over;
+    }
+    m_used += bytes.size();
+    return Going::On;
+}
+
+ScriptedConnection::Going ScriptedConnection::hold(const std::string& name)
+{
+    {
+        const std::lock_guard lock(m_board.mutex);
+        ++m_board.gates[name].waiting;
+    }
+    const Going going = waitUntil([&] {
+        Gate& gate = m_board.gates[name];
+        return gate.open || (gate.permits > 0 && gate.permits-- > 0);
+    });
+    const std::lock_guard lock(m_board.mutex);
+    --m_board.gates[name].waiting;
+    return going;
+}
+
+ScriptedConnection::Going ScriptedConnection::serve()
+{
+    for (;;) {
+        std::string request;
+        const Going going = waitUntil([&] {
+            const bool upload = received.compare(m_used, 6, "txfile") == 0;
+            const std::size_t end = received.find(upload ? '\x04' : '\n', m_used);
+            if (end == std::string::npos)
+                return false;
+            request = received.substr(m_used, end - m_used);
+            m_used = end + 1;
+            return true;
+        });
+        if (going == Going::Over || play(answerTo(request)) == Going::Over)
+            return Going::Over;
+    }
+}
+
+Script ScriptedConnection::answerTo(const std::string& request)
+{
+    std::function<Script(const std::string&)> responder;
+    {
+        const std::lock_guard lock(m_board.mutex);
+        const auto known = m_board.answers.find(request);
+        if (known != m_board.answers.end() && !known->second.empty()) {
+            const Script script = known->second.front();
+            if (known->second.size() > 1)
+                known->second.pop_front();
+            return script;
+        }
+        responder = m_board.responder;
+    }
+    return responder ? responder(request) : Script { Step::text({}) };
+}
+
+// Over when the client has gone or the server ends before the condition holds.
+ScriptedConnection::Going ScriptedConnection::waitUntil(const Condition& condition)
+{
+    for (;;) {
+        pump();
+        {
+            const std::lock_guard lock(m_board.mutex);
+            if (condition())
+                return Going::On;
+            if (clientClosed || m_stop.stop_requested())
+                return Going::Over;
+        }
+        m_wakeUp.waitWith(m_socket);
+    }
+}
+
+void ScriptedConnection::pump()
+{
+    std::array<char, 65536> bytes; // NOLINT: filled by recv
+    for (;;) {
+        const ssize_t count = ::recv(m_socket, bytes.data(), bytes.size(), 0);
+        const std::lock_guard lock(m_board.mutex);
+        if (count > 0) {
+            received.append(bytes.data(), std::size_t(count));
+            noteRequests();
+            continue;
+        }
+        if (count == 0 || (errno != EAGAIN && errno != EINTR))
+            clientClosed = true;
+        return;
+    }
+}
+
+void ScriptedConnection::noteRequests()
+{
+    for (;;) {
+        const bool upload = received.compare(m_noted, 6, "txfile") == 0;
+        const std::size_t end = received.find(upload ? '\x04' : '\n', m_noted);
+        if (end == std::string::npos)
+            return;
+        m_board.requests.push_back(received.substr(m_noted, end - m_noted));
+        m_noted = end + 1;
+    }
+}
+
+} // namespace tarnis::testing
