@@ -1,0 +1,166 @@
+// Orthogonal factorisation and the least-squares solution on its triangle: MINPACK-1, routines QRFAC and QRSOLV (More,
+// Garbow, Hillstrom 1980).
+#include "tarnis/peak/mpfit_p.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace tarnis::fitter {
+
+namespace {
+
+// Swaps columns j and kmax of a and what goes with them.
+void exchangeColumns(int m, double* a, int j, int kmax, int* ipvt, double* rdiag, double* wa)
+{
+    double* columnJ = a + std::ptrdiff_t(m) * j;
+    std::swap_ranges(columnJ, columnJ + m, a + std::ptrdiff_t(m) * kmax);
+    rdiag[kmax] = rdiag[j];
+    wa[kmax] = wa[j];
+    std::swap(ipvt[j], ipvt[kmax]);
+}
+
+// Applies the Householder vector v (length from v[0] on, v[0] >= 1) to the column c.
+void reflect(int length, const double* v, double* c)
+{
+    double sum = 0.0;
+    for (int i = 0; i < length; ++i)
+        sum += v[i] * c[i];
+    const double temp = sum / v[0];
+    for (int i = 0; i < length; ++i)
+        c[i] -= temp * v[i];
+}
+
+// Norm of what is left of a column below its new first element; computed anew when too much has cancelled.
+void updateNorm(int length, const double* c, double& rdiag, double& wa)
+{
+    if (rdiag == 0.0)
+        return;
+    const double temp = c[0] / rdiag;
+    rdiag *= std::sqrt(std::max(0.0, 1.0 - temp * temp));
+    const double r = rdiag / wa;
+    if (0.05 * (r * r) <= machineEpsilon) {
+        rdiag = enorm(length - 1, c + 1);
+        wa = rdiag;
+    }
+}
+
+// A Givens rotation.
+struct Rotation {
+    double cos;
+    double sin;
+};
+
+// The rotation that turns (diagonal, element) into (r, 0), without overflow.
+Rotation rotationToEliminate(double element, double diagonal)
+{
+    if (std::fabs(diagonal) < std::fabs(element)) {
+        const double cotan = diagonal / element;
+        const double sin = 0.5 / std::sqrt(0.25 + 0.25 * (cotan * cotan));
+        return { sin * cotan, sin };
+    }
+    const double tan = element / diagonal;
+    const double cos = 0.5 / std::sqrt(0.25 + 0.25 * (tan * tan));
+    return { cos, cos * tan };
+}
+
+// Rotates the row (sdiag[j..n-1], 0) into the triangle in r's lower part, from row j down, and the right side wa with
+// it.
+void eliminateRow(int n, int j, double* r, int ldr, double* sdiag, double* wa)
+{
+    double qtbpj = 0.0;
+    for (int k = j; k < n; ++k) {
+        if (sdiag[k] == 0.0)
+            continue;
+        double* rk = r + std::ptrdiff_t(ldr) * k;
+        const auto [cos, sin] = rotationToEliminate(sdiag[k], rk[k]);
+        rk[k] = cos * rk[k] + sin * sdiag[k];
+        const double temp = cos * wa[k] + sin * qtbpj;
+        qtbpj = -sin * wa[k] + cos * qtbpj;
+        wa[k] = temp;
+        for (int i = k + 1; i < n; ++i) {
+            const double t = cos * rk[i] + sin * sdiag[i];
+            sdiag[i] = -sin * rk[i] + cos * sdiag[i];
+            rk[i] = t;
+        }
+    }
+}
+
+// Back substitution on the triangle in r's lower part with diagonal sdiag; zero from its first zero on.
+void solveTriangle(int n, const double* r, int ldr, const double* sdiag, double* wa)
+{
+    const int nsing = int(std::find(sdiag, sdiag + n, 0.0) - sdiag);
+    std::fill(wa + nsing, wa + n, 0.0);
+    for (int j = nsing - 1; j >= 0; --j) {
+        const double* rj = r + std::ptrdiff_t(ldr) * j;
+        double sum = 0.0;
+        for (int i = j + 1; i < nsing; ++i)
+            sum += rj[i] * wa[i];
+        wa[j] = (wa[j] - sum) / sdiag[j];
+    }
+}
+
+} // namespace
+
+void qrfac(int m, int n, double* a, int* ipvt, double* rdiag, double* acnorm, double* wa)
+{
+    for (int j = 0; j < n; ++j) {
+        acnorm[j] = enorm(m, a + std::ptrdiff_t(m) * j);
+        rdiag[j] = acnorm[j];
+        wa[j] = rdiag[j];
+        ipvt[j] = j;
+    }
+    for (int j = 0; j < std::min(m, n); ++j) {
+        int kmax = j;
+        for (int k = j; k < n; ++k) {
+            if (rdiag[k] > rdiag[kmax])
+                kmax = k;
+        }
+        if (kmax != j)
+            exchangeColumns(m, a, j, kmax, ipvt, rdiag, wa);
+
+        double* v = a + std::ptrdiff_t(m) * j + j;
+        double ajnorm = enorm(m - j, v);
+        if (ajnorm != 0.0) {
+            if (v[0] < 0.0)
+                ajnorm = -ajnorm;
+            for (int i = 0; i < m - j; ++i)
+                v[i] /= ajnorm;
+            v[0] += 1.0;
+            for (int k = j + 1; k < n; ++k) {
+                double* c = a + std::ptrdiff_t(m) * k + j;
+                reflect(m - j, v, c);
+                updateNorm(m - j, c, rdiag[k], wa[k]);
+            }
+        }
+        rdiag[j] = -ajnorm;
+    }
+}
+
+void qrsolv(int n, double* r, int ldr, const int* ipvt, const double* diag, const double* qtb, double* x, double* sdiag,
+    double* wa)
+{
+    // The triangle is worked on in the lower part; x keeps the diagonal meanwhile.
+    for (int j = 0; j < n; ++j) {
+        double* rj = r + std::ptrdiff_t(ldr) * j;
+        for (int i = j; i < n; ++i)
+            rj[i] = r[std::ptrdiff_t(ldr) * i + j];
+        x[j] = rj[j];
+        wa[j] = qtb[j];
+    }
+    for (int j = 0; j < n; ++j) {
+        double* rjj = r + std::ptrdiff_t(ldr) * j + j;
+        const double d = diag[ipvt[j]];
+        if (d != 0.0) {
+            std::fill(sdiag + j, sdiag + n, 0.0);
+            sdiag[j] = d;
+            eliminateRow(n, j, r, ldr, sdiag, wa);
+        }
+        sdiag[j] = *rjj;
+        *rjj = x[j];
+    }
+    solveTriangle(n, r, ldr, sdiag, wa);
+    for (int j = 0; j < n; ++j)
+        x[ipvt[j]] = wa[j];
+}
+
+} // namespace tarnis::fitter
