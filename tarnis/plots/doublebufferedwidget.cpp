@@ -1,0 +1,62 @@
+#include "tarnis/plots/doublebufferedwidget.h"
+
+#include "tarnis/plots/plotpixmap_p.h"
+
+#include <QPainter>
+
+DoubleBufferedWidget::DoubleBufferedWidget(QWidget* parent)
+    : QWidget(parent)
+{
+}
+
+DoubleBufferedWidget::~DoubleBufferedWidget() = default;
+
+void DoubleBufferedWidget::refreshPixmap()
+{
+    m_refreshRequired = true;
+    update();
+}
+
+void DoubleBufferedWidget::refreshPixmapIfRequired()
+{
+    if (!m_doubleBuffered || !m_refreshRequired)
+        return;
+    m_refreshRequired = false;
+    m_pixmap = tarnis::windowPixmap(*this, size());
+    if (m_pixmap.isNull())
+        return; // an empty widget: there is nothing to paint on
+
+    QPainter painter(&m_pixmap);
+    initPainter(&painter);
+    tarnis::useWidgetCoordinates(painter, m_pixmap, size());
+    QRect turned(0, 0, height(), width());
+    QRect* rect = nullptr;
+    if (tarnis::isQuarterTurn(m_rotation)) {
+        painter.translate(width(), 0);
+        rect = &turned;
+    } else if (tarnis::isQuarterTurnBack(m_rotation)) {
+        painter.translate(0, height());
+        rect = &turned;
+    }
+    if (rect != nullptr)
+        painter.rotate(m_rotation);
+
+    Q_EMIT painting();
+    paint(painter, rect);
+    Q_EMIT painted();
+}
+
+void DoubleBufferedWidget::paintEvent(QPaintEvent* /*event*/)
+{
+    refreshPixmapIfRequired();
+    QPainter painter(this);
+    if (m_doubleBuffered)
+        painter.drawPixmap(0, 0, m_pixmap);
+    else
+        paint(painter, nullptr);
+}
+
+void DoubleBufferedWidget::resizeEvent(QResizeEvent* /*event*/)
+{
+    refreshPixmap();
+}

@@ -1,0 +1,56 @@
+// Arithmetic of an axis: tick values, rounded maxima, where a tick and its grid lines fall. Plain values in and out.
+// The order of every operation is kept, so that round ranges fall on whole pixels.
+#pragma once
+
+#include <QList>
+#include <QRect>
+
+namespace tarnis {
+
+/// log10(x) for x above 0, else 0: the floor of every logarithm on a Y axis.
+double floorLog10(double x);
+
+/// Round values from `a` to `b` with a step of 1, 2 or 5 times a power of ten, the largest below a quarter of the
+/// range; descending if a is above b. Without wanted decimals no step is below 1, with them none is below 0.001;
+/// `decimal` receives how many the step has if it falls below 1. Never empty; a NaN end gives one NaN.
+QList<double> calcTicks(double a, double b, int& decimal);
+
+/// Rounds a maximum up to a whole number of steps of the same rule, here below 1 too. `ticks` receives the number of
+/// steps, at least 4. 0 stays 0, negative and non-finite values give NaN.
+double adjustAxis(double value, unsigned int& ticks);
+
+/// The first of 1, 10, 100 and so on that is not below `value`; 1 for NaN.
+double adjustLogAxis(double value);
+
+/// Visible range of an axis.
+struct AxisRange {
+    double min = 0.0;
+    double max = 0.0;
+};
+
+/// Ticks of an axis in plot order, both ends of the range included, and the distance of the inner ones.
+struct AxisTicks {
+    QList<double> values;
+    double step = 0.0; ///< 0 on a log axis and where there is one inner tick only
+};
+
+/// Takes the ticks of calcTicks() and adds the ends of the range where no tick stands on them.
+AxisTicks linearTicks(QList<double> inner, AxisRange range);
+
+/// The ends of the range and the powers of ten between them. A minimum that is a power of ten stands twice.
+AxisTicks logTicks(AxisRange range);
+
+/// Pixel column of a value. Undefined positions (an empty range) are far outside.
+int columnOf(double value, AxisRange x, const QRect& graph);
+
+/// Pixel row of a value; the bottom of the graph if the range is empty.
+int rowOf(double value, AxisRange y, bool logScale, const QRect& graph);
+
+/// Columns of the vertical grid lines, strictly inside the graph: one on each inner tick, one halfway to the next, and
+/// one half a step before the first inner tick.
+QList<int> gridColumns(const AxisTicks& ticks, AxisRange x, const QRect& graph);
+
+/// Rows of the horizontal grid lines, by the same rule; a log axis has no half lines.
+QList<int> gridRows(const AxisTicks& ticks, AxisRange y, bool logScale, const QRect& graph);
+
+} // namespace tarnis

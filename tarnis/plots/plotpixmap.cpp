@@ -1,0 +1,52 @@
+#include "tarnis/plots/plotpixmap_p.h"
+
+#include "tarnis/plots/plotnumbers_p.h"
+
+#include <QFile>
+#include <QPainter>
+#include <QWidget>
+
+namespace tarnis {
+
+QPixmap windowPixmap(const QWidget& widget, const QSize& size)
+{
+    const qreal ratio = widget.devicePixelRatio();
+    QPixmap pixmap(size * ratio);
+    if (pixmap.isNull())
+        return pixmap;
+    pixmap.setDevicePixelRatio(ratio);
+    pixmap.fill(widget.palette().brush(QPalette::Current, QPalette::Window).color());
+    return pixmap;
+}
+
+void useWidgetCoordinates(QPainter& painter, const QPixmap& pixmap, const QSize& size)
+{
+    if (pixmap.devicePixelRatio() == 1.0)
+        return;
+    const QRect rect(QPoint(0, 0), size);
+    painter.setWindow(rect);
+    painter.setViewport(rect);
+}
+
+bool isQuarterTurn(double rotation)
+{
+    return plotEqual(rotation, 90.0);
+}
+
+bool isQuarterTurnBack(double rotation)
+{
+    return plotEqual(rotation, -90.0);
+}
+
+bool savePixmap(const QPixmap& pixmap, const QString& path)
+{
+    // The image writer opens the file, picks the format from its name and removes what it could not use. It does not
+    // look at the result of its last flush, so the file is asked.
+    QFile file(path);
+    if (!pixmap.save(&file))
+        return false;
+    file.close();
+    return file.error() == QFileDevice::NoError;
+}
+
+} // namespace tarnis

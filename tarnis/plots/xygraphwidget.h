@@ -1,0 +1,248 @@
+// The frame of every plot: two ranges, ticks with labels, grid, notes, the mapping between pixels and values, and the
+// mouse tools. It draws no data of its own. GUI thread only.
+#pragma once
+
+#include <tarnis/plots/doublebufferedwidget.h>
+
+#include <QColor>
+#include <QList>
+#include <QMargins>
+#include <QPoint>
+#include <QPrinter>
+#include <QRect>
+#include <QRubberBand>
+#include <QString>
+
+QT_BEGIN_NAMESPACE
+class QAction;
+class QLineEdit;
+QT_END_NAMESPACE
+class XRangeInputDialog;
+namespace tarnis {
+struct PlotRanges;
+}
+
+/// A plot frame. A subclass draws its data in onPaint(), inside the clipped plot rectangle. Setters store and do not
+/// repaint unless they say so: end a batch with refreshPixmap().
+class TARNIS_EXPORT XYGraphWidget : public DoubleBufferedWidget {
+    Q_OBJECT
+
+public:
+    explicit XYGraphWidget(QWidget* parent = nullptr);
+    ~XYGraphWidget() override;
+
+    /// Fill of the plot rectangle, shared by all plots of the process. Black at first.
+    static QColor m_backGroundColor;
+
+    // Set-up and ranges - xygraphwidget.cpp
+
+    /// Names, a range from 0 to the rounded maximum on either axis, and automatic scaling. Ends any manual range.
+    void init(const QString& nameX, const QString& nameY, double maxX, double maxY, bool autoX, bool autoY);
+    /// Fixes the range of the axis: visible and initial range are min to max, unrounded; min may be above max.
+    void initManualX(double min, double max);
+    void initManualY(double min, double max);
+    /// Switches automatic scaling of both axes and reads the mouse tool.
+    void initMode(bool autoX, bool autoY);
+    void setMinMaxX(double min, double max);
+    void setMinMaxY(double min, double max);
+    /// Gives the visible range; returns whether the axis scales automatically.
+    bool getMinMaxX(double& min, double& max);
+    bool getMinMaxY(double& min, double& max);
+    /// Gives the range that init() or initManualX() was called with.
+    void getInitMinMaxX(double& min, double& max) const;
+    void getInitMinMaxY(double& min, double& max) const;
+    /// On a change: new initial and visible maximum (rounded unless the range is manual), and a refresh.
+    void setInitMaxX(double max);
+    /// On a change: a refresh.
+    void setNameX(const QString& name);
+    void setNameY(const QString& name);
+    QString getNameX() const;
+    QString getNameY() const;
+    /// Free text above the plot, right-aligned.
+    void setNotes(const QString& notes);
+    /// Heading of the printed page; not shown on the screen.
+    void setTitle(const QString& title);
+    /// Decimals wanted on the axis. Without any, no tick step is below 1. A new value reaches the Y ticks at the next
+    /// paint and the X ticks one paint later.
+    void setDecimalX(int decimal);
+    void setDecimalY(int decimal);
+    int getDecimalX() const;
+    int getDecimalY() const;
+    /// Stores and refreshes.
+    virtual void setLogScaleY(bool on);
+    /// Grid over the data instead of under it. Refreshes.
+    void SetPaintGridLineOnGraph(bool on);
+    /// A second scale for X: ticks stand at its round values, editors of the axis ends speak it. Both functions get
+    /// `userData` as their last argument; null stands for the identity.
+    void setFuncX2Tick(double (*x2tick)(double, void*), double (*tick2x)(double, void*), void* userData);
+
+    // Ticks and mapping - xygraphwidget_ticks.cpp
+
+    /// log10(x) for x above 0, else 0.
+    static double LOG10(double x);
+    QString getLabelX(double value);
+    QString getLabelY(double value);
+    /// Average width and height of a character in the widget's font.
+    void getCharSize(int& width, int& height);
+    /// Room for labels and names around the plot rectangle.
+    void getMargin(QSize& topLeft, QSize& bottomRight);
+    /// Round values from `a` to `b`, descending if a is above b. `decimal` is the number of decimals wanted; it
+    /// receives the number used (at most 3) if the step falls below 1 and one is wanted.
+    static QList<double> calcTicks(double a, double b, int& decimal);
+    /// Rounds a maximum up to whole tick steps; `ticks` receives their number, at least 4. Negative values give NaN.
+    double adjustAxis(double value, unsigned int& ticks);
+    double adjustAxis(double value);
+    /// Sets the visible maximum: the initial one on a manual axis, else the rounded value.
+    void adjustAxisX(double value);
+    /// The same; on a log axis the first power of ten from 1 up that is not below the value.
+    void adjustAxisY(double value);
+    /// Pixels to values by the plot rectangle of the latest paint; linear also on a log axis.
+    QPointF calcGraphPointF(const QPointF& point) const;
+    /// The same on whole numbers, rounded to the nearest; values beyond int are cut to its ends.
+    QPoint calcGraphPoint(const QPoint& point) const;
+    /// Values to pixels, the inverse.
+    QPointF calcWidgetPointF(const QPointF& point) const;
+    QPoint calcWidgetPoint(const QPoint& point) const;
+
+    // Painting - xygraphwidget_paint.cpp
+
+    /// Draws frame, ticks, grid and notes, and calls onPaint(). Leaves the clip at the plot rectangle.
+    void paint(QPainter& painter, QRect* rect) override;
+    /// The picture of the plot as a new pixmap that the caller owns: a copy of the cached one, or a fresh one.
+    virtual QPixmap* toPixmap();
+
+    // Selection of an X range - xygraphwidget_range.cpp
+
+    /// Shows the two menu entries, with `name` for the word X.
+    void SetEnableSelectXRangeFeature(bool enable, const QString& name);
+    bool IsEnableSelectXRangeFeature() const;
+    bool IsEnableSelectXRange() const;
+    /// Switches the selection tool.
+    void SetEnableSelectXRange(bool enable);
+    /// Gives the selected range; true if there is one.
+    bool GetXRange(double& min, double& max) const;
+    /// Selects the range, in either order, and tells it by xRangeSelected(); equal ends select nothing. An unchanged
+    /// range only refills the open box. Repaints at once: not to be called while painting.
+    void SetXRange(double min, double max);
+
+Q_SIGNALS:
+    void xRangeSelectBegin(); ///< the selection tool went on; its box is open
+    void xRangeSelected(double /*min*/, double /*max*/); ///< on each change of the range
+    void xRangeSelectEnd(); ///< the selection tool goes off; its box is still there
+    void xRangeSelectClear(); ///< the user cleared the range
+
+public Q_SLOTS:
+    // Editors of the axis ends - xygraphwidget_edit.cpp
+    void onEditMinY(); ///< asks for the limit in a box
+    void onEditMaxY();
+    // Selection of an X range, continued
+    void onParentMoved(); ///< the owner's window moved: the range box follows
+    void onParentActivate(); ///< the owner's window became active: the range box comes to the front
+    // Set-up and ranges, continued
+    /// Stores the flag and sets the check mark. Subclasses refit the range to their data.
+    virtual void onAutoScaleX(bool checked);
+    virtual void onAutoScaleY(bool checked);
+    // Mouse tools - xygraphwidget_mouse.cpp; each reads its action's check mark
+    virtual void onRectangle();
+    virtual void onZoomIn();
+    virtual void onZoomOut();
+    virtual void onMove();
+    virtual void onReset(); ///< both axes scale automatically again
+    virtual void onShowGrid(); ///< flips the grid; the check mark is left alone
+    // Files and printing - xygraphwidget_files.cpp
+    virtual void onSave(); ///< asks for a file name; a failed write is told in a box
+    virtual void onPrint(); ///< prints title and plot on one page
+    // Selection of an X range, continued
+    virtual void onSelectXRange(bool);
+    virtual void onClearXRange();
+    // Editors of the axis ends, continued: Return in the open editor. A value out of order is ignored.
+    void onMinXEntered();
+    void onMaxXEntered();
+    void onMinYEntered();
+    void onMaxYEntered();
+    // Selection of an X range, continued
+    void onTofRangeEdited(double x_min, double x_max);
+
+public:
+    /// Takes mode and cursor from the check marks of the tools.
+    virtual void updateModeAndCursor();
+    /// Draws what lies over the picture, straight on the screen: the two lines of the selected X range.
+    virtual void paintSelectedRect(QPainter& painter);
+    /// Draws the data into the clipped plot rectangle. Does nothing here.
+    virtual void onPaint(QPainter& painter, QRect const& graph);
+    /// End of a rubber band: zooms to the values, or selects the X range. An axis whose upper end is not above the
+    /// lower one stays.
+    virtual void onSetRectangle(double x1, double x2, double y1, double y2);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+
+    // Ranges
+    double m_minX = 0.0, m_maxX = 0.0; ///< visible
+    double m_minY = 0.0, m_maxY = 0.0;
+    double m_initMinX = 0.0, m_initMaxX = 0.0; ///< as given at set-up
+    double m_initMinY = 0.0, m_initMaxY = 0.0;
+    double m_xRangeMin = 0.0, m_xRangeMax = 0.0; ///< selected; equal values select nothing
+    bool m_autoScaleX = true, m_autoScaleY = true; ///< the subclass fits the range to its data
+    bool m_initAutoScaleX = true; ///< as given to init()
+    bool m_manualX = false, m_manualY = false; ///< the maximum stays the initial one, unrounded
+
+    // Ticks
+    int m_decimalX = 0, m_decimalY = 0; ///< wanted
+    int m_tickDecimalX = 0, m_tickDecimalY = 0; ///< working copies of a paint
+    void* m_funcUserData = nullptr;
+    bool m_logScaleY = false;
+    bool m_paintGridOnGraph = false;
+
+    // Texts
+    QString m_nameX, m_nameY;
+    QString m_notes;
+    QString m_title;
+
+    // Geometry
+    QRect m_graphRect; ///< inner plot rectangle of the latest paint, in the painter's coordinates
+    QMargins m_margin; ///< insets of the whole frame
+
+    // Mouse
+    int m_mode = 0; ///< 0 none, 1 rubber band, 2 zoom in, 3 zoom out, 4 move
+    bool m_selecting = false; ///< a drag is under way
+    QRect m_selectRect; ///< the rubber band, not clipped
+    QRubberBand m_rubberBand;
+    QPoint m_lastPos; ///< previous position while moving
+
+    // Actions, owned by the widget
+    QAction* m_actAutoScaleX;
+    QAction* m_actAutoScaleY;
+    QAction* m_actRectangle;
+    QAction* m_actZoomIn;
+    QAction* m_actZoomOut;
+    QAction* m_actMove;
+    QAction* m_actShowGrid;
+    QAction* m_actSelectXRange;
+    QAction* m_actClearXRange;
+
+    // Editors of the axis ends
+    QRect m_labelRectMinX, m_labelRectMaxX, m_labelRectMinY, m_labelRectMaxY; ///< labels that open an editor
+    QLineEdit* m_edit = nullptr; ///< the open editor, a child
+
+    // Continued
+    bool m_showGrid = true;
+    QPrinter m_printer; ///< keeps the settings between prints
+    double (*m_funcX2Tick)(double, void*);
+    double (*m_funcTick2X)(double, void*);
+
+    // Selection of an X range
+    QString m_xRangeName;
+    XRangeInputDialog* m_xRangeDialog = nullptr; ///< the open box, a child
+
+    // Steps of the mouse tools and editors
+    tarnis::PlotRanges visibleRanges() const;
+    void changeRanges(const tarnis::PlotRanges& ranges);
+    void finishRubberBand();
+    void openEditorAt(const QPoint& point);
+    void enterMinY(double value);
+    void enterMaxY(double value);
+};

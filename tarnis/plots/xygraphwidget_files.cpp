@@ -1,0 +1,51 @@
+// Saving the plot as an image and printing it.
+#include "tarnis/plots/xygraphwidget.h"
+
+#include "tarnis/foundation/helpers.h"
+#include "tarnis/plots/plotpixmap_p.h"
+
+#include <QFileDialog>
+#include <QMessageBox>
+#include <QPainter>
+#include <QPrintDialog>
+
+#include <memory>
+
+void XYGraphWidget::onSave()
+{
+    const QString path = QFileDialog::getSaveFileName(this, tr("Save"), getSaveDir(), tr("Images (*.png *.jpg)"));
+    if (path.isEmpty())
+        return;
+    const std::unique_ptr<QPixmap> pixmap(toPixmap());
+    if (tarnis::savePixmap(*pixmap, path))
+        setSaveFilePath(path);
+    else
+        QMessageBox::warning(this, tr("Save Image"), tr("Save %1 failed.").arg(path), QMessageBox::Ok);
+}
+
+void XYGraphWidget::onPrint()
+{
+    QPrintDialog dialog(&m_printer, this);
+    if (dialog.exec() != QDialog::Accepted)
+        return;
+    const std::unique_ptr<QPixmap> pixmap(toPixmap());
+    pixmap->setDevicePixelRatio(1.0); // the page is filled by the picture's own pixels
+    QPainter painter;
+    if (!painter.begin(&m_printer))
+        return;
+
+    QRect viewport = painter.viewport();
+    const int margin = qMin(viewport.height() / 10, viewport.width() / 10);
+    QFont font = painter.font();
+    font.setPointSize(16);
+    painter.setFont(font);
+    painter.drawText(
+        QRect(0, 0, viewport.width(), static_cast<int>(margin * 0.95)), Qt::AlignCenter | Qt::AlignBottom, m_title);
+
+    viewport.adjust(margin, margin, -margin, -margin);
+    if (pixmap->isNull())
+        return;
+    painter.setViewport(QRect(viewport.topLeft(), pixmap->size().scaled(viewport.size(), Qt::KeepAspectRatio)));
+    painter.setWindow(pixmap->rect());
+    painter.drawPixmap(0, 0, *pixmap);
+}

@@ -1,0 +1,197 @@
+// The mouse tools: their actions, the events, and what a drag or a click does to the ranges.
+#include "tarnis/plots/xygraphwidget.h"
+
+#include "tarnis/plots/plotmap_p.h"
+#include "tarnis/plots/plottool_p.h"
+
+#include <QAction>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMouseEvent>
+
+namespace {
+
+/// Unchecks the others if `chosen` is checked: the tools exclude each other by hand, not by a group.
+void excludeOthers(const QAction* chosen, std::initializer_list<QAction*> tools)
+{
+    if (!chosen->isChecked())
+        return;
+    for (QAction* tool : tools) {
+        if (tool != chosen)
+            tool->setChecked(false);
+    }
+}
+
+} // namespace
+
+void XYGraphWidget::onRectangle()
+{
+    excludeOthers(m_actRectangle, { m_actRectangle, m_actZoomIn, m_actZoomOut, m_actMove, m_actSelectXRange });
+    updateModeAndCursor();
+}
+
+void XYGraphWidget::onZoomIn()
+{
+    excludeOthers(m_actZoomIn, { m_actRectangle, m_actZoomIn, m_actZoomOut, m_actMove, m_actSelectXRange });
+    updateModeAndCursor();
+}
+
+void XYGraphWidget::onZoomOut()
+{
+    excludeOthers(m_actZoomOut, { m_actRectangle, m_actZoomIn, m_actZoomOut, m_actMove, m_actSelectXRange });
+    updateModeAndCursor();
+}
+
+void XYGraphWidget::onMove()
+{
+    excludeOthers(m_actMove, { m_actRectangle, m_actZoomIn, m_actZoomOut, m_actMove, m_actSelectXRange });
+    updateModeAndCursor();
+}
+
+void XYGraphWidget::onReset()
+{
+    onAutoScaleX(true);
+    onAutoScaleY(true);
+}
+
+void XYGraphWidget::onShowGrid()
+{
+    m_showGrid = !m_showGrid;
+    refreshPixmap();
+}
+
+void XYGraphWidget::updateModeAndCursor()
+{
+    struct Tool {
+        const QAction* action;
+        tarnis::PlotTool mode;
+        Qt::CursorShape cursor;
+    };
+    const Tool tools[] = {
+        { m_actRectangle, tarnis::RubberBandTool, Qt::CrossCursor },
+        { m_actZoomIn, tarnis::ZoomInTool, Qt::SizeAllCursor },
+        { m_actZoomOut, tarnis::ZoomOutTool, Qt::SizeAllCursor },
+        { m_actMove, tarnis::MoveTool, Qt::OpenHandCursor },
+        { m_actSelectXRange, tarnis::RubberBandTool, Qt::CrossCursor },
+    };
+    for (const Tool& tool : tools) {
+        if (tool.action->isChecked()) {
+            m_mode = tool.mode;
+            setCursor(tool.cursor);
+            return;
+        }
+    }
+    m_mode = tarnis::NoTool;
+    setCursor(Qt::ArrowCursor);
+}
+
+tarnis::PlotRanges XYGraphWidget::visibleRanges() const
+{
+    return { { m_minX, m_maxX }, { m_minY, m_maxY } };
+}
+
+void XYGraphWidget::changeRanges(const tarnis::PlotRanges& ranges)
+{
+    setMinMaxX(ranges.x.min, ranges.x.max);
+    setMinMaxY(ranges.y.min, ranges.y.max);
+    m_actAutoScaleX->setChecked(false);
+    m_actAutoScaleY->setChecked(false);
+    refreshPixmap();
+}
+
+void XYGraphWidget::finishRubberBand()
+{
+    m_selecting = false;
+    const QRect band = m_selectRect.normalized();
+    if (band.isValid() && !m_graphRect.isEmpty()) {
+        const auto [x, y] = tarnis::valuesOf(band, visibleRanges(), m_graphRect);
+        onSetRectangle(x.min, x.max, y.min, y.max);
+    }
+    refreshPixmap();
+}
+
+void XYGraphWidget::mousePressEvent(QMouseEvent* event)
+{
+    if (m_edit != nullptr) {
+        m_edit->deleteLater();
+        m_edit = nullptr;
+    }
+    const QPoint point = event->position().toPoint();
+    if (event->button() == Qt::LeftButton && m_graphRect.contains(point)) {
+        switch (m_mode) {
+        case tarnis::RubberBandTool:
+            m_selecting = true;
+            m_selectRect = QRect(point, QSize(0, 0));
+            m_rubberBand.setGeometry(m_selectRect.normalized() & m_graphRect);
+            m_rubberBand.show();
+            break;
+        case tarnis::ZoomInTool:
+            changeRanges(tarnis::zoomedInAt(point, visibleRanges(), m_graphRect));
+            break;
+        case tarnis::ZoomOutTool:
+            changeRanges(tarnis::zoomedOutAt(point, visibleRanges(), m_graphRect));
+            break;
+        case tarnis::MoveTool:
+            m_selecting = true;
+            m_lastPos = point;
+            setCursor(Qt::ClosedHandCursor);
+            break;
+        default:
+            break;
+        }
+    }
+    if (event->button() == Qt::RightButton && !actions().isEmpty()) {
+        auto* menu = new QMenu(this);
+        menu->addActions(actions());
+        menu->popup(event->globalPosition().toPoint());
+        menu->setAttribute(Qt::WA_DeleteOnClose);
+    }
+    DoubleBufferedWidget::mousePressEvent(event);
+}
+
+void XYGraphWidget::mouseMoveEvent(QMouseEvent* event)
+{
+    const QPoint point = event->position().toPoint();
+    if (m_selecting && m_mode == tarnis::RubberBandTool) {
+        m_selectRect.setBottomRight(point);
+        m_rubberBand.setGeometry(m_selectRect.normalized() & m_graphRect);
+        m_rubberBand.show();
+        update();
+    } else if (m_selecting && m_mode == tarnis::MoveTool && point != m_lastPos && !m_graphRect.isEmpty()) {
+        changeRanges(tarnis::movedAlong(m_lastPos, point, visibleRanges(), m_graphRect));
+        m_lastPos = point;
+    }
+    DoubleBufferedWidget::mouseMoveEvent(event);
+}
+
+void XYGraphWidget::mouseReleaseEvent(QMouseEvent* event)
+{
+    m_rubberBand.hide();
+    if (event->button() == Qt::LeftButton) {
+        if (m_mode == tarnis::RubberBandTool) {
+            if (m_selecting)
+                finishRubberBand();
+        } else if (m_mode == tarnis::MoveTool) {
+            m_selecting = false;
+            setCursor(Qt::OpenHandCursor);
+        } else if (m_edit == nullptr) {
+            openEditorAt(event->position().toPoint());
+        }
+    }
+    DoubleBufferedWidget::mouseReleaseEvent(event);
+}
+
+void XYGraphWidget::onSetRectangle(double x1, double x2, double y1, double y2)
+{
+    if (!m_actRectangle->isChecked()) {
+        if (m_actSelectXRange->isChecked())
+            SetXRange(x1, x2);
+        return;
+    }
+    if (x2 > x1)
+        setMinMaxX(x1, x2);
+    if (y2 > y1)
+        setMinMaxY(y1, y2);
+    m_actAutoScaleX->setChecked(false);
+    m_actAutoScaleY->setChecked(false);
+}

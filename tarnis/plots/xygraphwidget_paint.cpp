@@ -1,0 +1,220 @@
+// The frame drawn: ticks, labels, names, notes, grid, the subclass's data, and the overlay of the selected X range.
+#include "tarnis/plots/xygraphwidget.h"
+
+#include "tarnis/foundation/helpers.h"
+#include "tarnis/plots/plotaxis_p.h"
+#include "tarnis/plots/plotnumbers_p.h"
+#include "tarnis/plots/plotpixmap_p.h"
+
+#include <QPainter>
+
+#include <algorithm>
+#include <memory>
+
+namespace {
+
+using tarnis::AxisRange;
+using tarnis::AxisTicks;
+
+struct CharSize {
+    int width = 0;
+    int height = 0;
+};
+
+/// A tick as it is drawn. The label is emptied when another one stands in its place.
+struct TickRecord {
+    int position = 0; // column on the X axis, row on the Y axis
+    QString label;
+    QRect rect;
+};
+
+int lengthOf(const QString& text)
+{
+    return static_cast<int>(text.size());
+}
+
+int widestLabel(const AxisTicks& ticks, int charWidth)
+{
+    int width = 0;
+    for (const double value : ticks.values)
+        width = qMax(width, charWidth * lengthOf(numStr(value)) + 10);
+    return width;
+}
+
+QList<TickRecord> recordsX(const AxisTicks& ticks, AxisRange range, const QRect& graph, CharSize size)
+{
+    QList<TickRecord> records;
+    records.reserve(ticks.values.size());
+    for (const double value : ticks.values) {
+        TickRecord record { tarnis::columnOf(value, range, graph), numStr(value), {} };
+        const int labelWidth = (lengthOf(record.label) + 2) * size.width;
+        const int left = record.position - labelWidth / 2;
+        record.rect.setCoords(left, graph.bottom() + 5, left + labelWidth - 1, graph.bottom() + 19);
+        records.append(record);
+    }
+    return records;
+}
+
+QList<TickRecord> recordsY(
+    const AxisTicks& ticks, AxisRange range, bool logScale, const QRect& graph, int left, CharSize size)
+{
+    QList<TickRecord> records;
+    records.reserve(ticks.values.size());
+    for (const double value : ticks.values) {
+        TickRecord record { tarnis::rowOf(value, range, logScale, graph), numStr(value), {} };
+        const int top = record.position - size.height / 2;
+        record.rect.setCoords(left, top, graph.left() - 6, top + size.height - 1);
+        records.append(record);
+    }
+    return records;
+}
+
+/// Keeps the rectangles of the first and last label as the widget's click targets, turned with a picture that stands
+/// upright. A list of one record leaves `last` alone.
+void keepEnds(const QList<TickRecord>& records, bool upright, int frameHeight, QRect& first, QRect& last)
+{
+    const auto onWidget = [&](const QRect& rect) {
+        if (!upright)
+            return rect;
+        return QRect(QPoint(frameHeight - rect.bottom(), rect.left()), QPoint(frameHeight - rect.top(), rect.right()));
+    };
+    first = onWidget(records.constFirst().rect);
+    if (records.size() > 1)
+        last = onWidget(records.constLast().rect);
+}
+
+/// Draws marks and labels, the last record first. A drawn label clears the later ones that it touches.
+template <typename DrawMark> void paintTicks(QPainter& painter, QList<TickRecord> records, int flags, DrawMark drawMark)
+{
+    std::rotate(records.begin(), records.end() - 1, records.end());
+    for (qsizetype i = 0; i < records.size(); ++i) {
+        const TickRecord& record = records.at(i);
+        drawMark(record.position);
+        if (record.label.isEmpty())
+            continue;
+        painter.drawText(record.rect, flags, record.label);
+        for (qsizetype later = i + 1; later < records.size(); ++later) {
+            if (records.at(later).rect.intersects(record.rect))
+                records[later].label.clear();
+        }
+    }
+}
+
+void paintGrid(QPainter& painter, const QList<int>& columns, const QList<int>& rows, const QRect& graph)
+{
+    QList<QLine> lines;
+    lines.reserve(columns.size() + rows.size());
+    for (const int column : columns)
+        lines.append(QLine(column, graph.top(), column, graph.bottom()));
+    for (const int row : rows)
+        lines.append(QLine(graph.left(), row, graph.right(), row));
+    painter.setPen(QColor(64, 64, 64));
+    painter.drawLines(lines);
+    painter.setPen(Qt::black);
+}
+
+} // namespace
+
+void XYGraphWidget::paint(QPainter& painter, QRect* rect)
+{
+    CharSize size;
+    getCharSize(size.width, size.height);
+    QRect frame = rect != nullptr ? *rect : painter.viewport();
+    painter.fillRect(frame, QBrush(Qt::lightGray));
+    frame = frame.marginsRemoved(m_margin);
+
+    const AxisRange rangeX { m_minX, m_maxX };
+    const AxisRange rangeY { m_minY, m_maxY };
+    QList<double> inner =
+        calcTicks(m_funcX2Tick(m_minX, m_funcUserData), m_funcX2Tick(m_maxX, m_funcUserData), m_tickDecimalX);
+    m_tickDecimalX = m_decimalX; // not before calcTicks(): new decimals reach the X axis one paint late
+    for (double& tick : inner)
+        tick = m_funcTick2X(tick, m_funcUserData);
+    const AxisTicks ticksX = tarnis::linearTicks(inner, rangeX);
+    m_tickDecimalY = m_decimalY;
+    const AxisTicks ticksY =
+        m_logScaleY ? tarnis::logTicks(rangeY) : tarnis::linearTicks(calcTicks(m_minY, m_maxY, m_tickDecimalY), rangeY);
+
+    QSize topLeft;
+    QSize bottomRight;
+    getMargin(topLeft, bottomRight);
+    const QRect graph = frame.adjusted(qMax(widestLabel(ticksY, size.width), topLeft.width()), topLeft.height(),
+        -bottomRight.width(), -bottomRight.height());
+    const QRect nameRectX(QPoint(graph.left(), graph.bottom()), QPoint(graph.right(), frame.bottom() - 1));
+    const QList<TickRecord> labelsX = recordsX(ticksX, rangeX, graph, size);
+    const QList<TickRecord> labelsY = recordsY(ticksY, rangeY, m_logScaleY, graph, frame.left(), size);
+    const bool upright = tarnis::isQuarterTurn(m_rotation);
+    keepEnds(labelsX, upright, frame.height(), m_labelRectMinX, m_labelRectMaxX);
+    keepEnds(labelsY, upright, frame.height(), m_labelRectMinY, m_labelRectMaxY);
+
+    painter.setBrush(QBrush(m_backGroundColor));
+    painter.drawRects(&graph, 1);
+    m_graphRect = graph;
+    painter.setPen(Qt::black);
+    painter.drawText(nameRectX, Qt::AlignHCenter | Qt::AlignBottom, m_nameX);
+    painter.drawText(
+        QRect(graph.left() - 10, frame.top() + 2, graph.right(), graph.top()), Qt::AlignLeft | Qt::AlignTop, m_nameY);
+    paintTicks(painter, labelsX, Qt::AlignHCenter | Qt::AlignTop,
+        [&](int column) { painter.drawLine(column, graph.bottom(), column, graph.bottom() + 3); });
+    paintTicks(painter, labelsY, Qt::AlignRight | Qt::AlignVCenter,
+        [&](int row) { painter.drawLine(graph.left() - 3, row, graph.left(), row); });
+    if (!m_notes.isEmpty()) {
+        const QRect notesRect(QPoint(graph.left(), frame.top()), QPoint(graph.right(), graph.top() - 1));
+        painter.setPen(Qt::black);
+        painter.setClipRect(notesRect);
+        painter.drawText(notesRect, Qt::AlignRight | Qt::AlignVCenter, m_notes);
+    }
+
+    painter.setClipRect(graph, Qt::ReplaceClip);
+    if (m_paintGridOnGraph)
+        onPaint(painter, graph);
+    if (m_showGrid)
+        paintGrid(painter, tarnis::gridColumns(ticksX, rangeX, graph),
+            tarnis::gridRows(ticksY, rangeY, m_logScaleY, graph), graph);
+    if (!m_paintGridOnGraph)
+        onPaint(painter, graph);
+}
+
+QPixmap* XYGraphWidget::toPixmap()
+{
+    if (m_doubleBuffered)
+        return new QPixmap(m_pixmap);
+    const bool turned = tarnis::isQuarterTurn(m_rotation) || tarnis::isQuarterTurnBack(m_rotation);
+    const QSize pictureSize = turned ? size().transposed() : size();
+    auto pixmap = std::make_unique<QPixmap>(tarnis::windowPixmap(*this, pictureSize));
+    if (!pixmap->isNull()) {
+        QPainter painter(pixmap.get());
+        initPainter(&painter);
+        tarnis::useWidgetCoordinates(painter, *pixmap, pictureSize);
+        paint(painter, nullptr);
+    }
+    return pixmap.release();
+}
+
+void XYGraphWidget::paintEvent(QPaintEvent* /*event*/)
+{
+    refreshPixmapIfRequired();
+    QPainter painter(this);
+    if (m_doubleBuffered)
+        painter.drawPixmap(0, 0, m_pixmap);
+    else
+        paint(painter, nullptr);
+    paintSelectedRect(painter);
+}
+
+void XYGraphWidget::paintSelectedRect(QPainter& painter)
+{
+    painter.setClipRect(m_graphRect);
+    if (!tarnis::plotEqual(m_xRangeMin, m_xRangeMax)) {
+        painter.setPen(QPen(Qt::white, 1, Qt::DashLine));
+        for (const double bound : { m_xRangeMin, m_xRangeMax }) {
+            const double x = calcWidgetPointF(QPointF(bound, 0.0)).x();
+            // A line beyond the clip, or nowhere because the visible range is empty, would not show.
+            if (x > m_graphRect.left() - 2 && x < m_graphRect.right() + 2)
+                painter.drawLine(QPointF(x, m_graphRect.top()), QPointF(x, m_graphRect.bottom()));
+        }
+    }
+    painter.setClipping(false);
+}
+
+void XYGraphWidget::onPaint(QPainter& /*painter*/, QRect const& /*graph*/) { }
