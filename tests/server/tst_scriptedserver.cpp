@@ -4,6 +4,7 @@
 #include <QTcpSocket>
 #include <QTest>
 
+#include <poll.h>
 #include <sys/socket.h>
 
 #include <cerrno>
@@ -33,11 +34,14 @@ public:
         m_socket.write(bytes);
         m_socket.flush();
     }
+    // Past Qt, which gives one error for both ends.
     int systemErrorAtEnd()
     {
+        const int fd = int(m_socket.socketDescriptor());
+        pollfd readable { fd, POLLIN, 0 };
         char byte = 0;
         errno = 0;
-        return ::recv(int(m_socket.socketDescriptor()), &byte, 1, 0) < 0 ? errno : 0;
+        return ::poll(&readable, 1, 10000) == 1 && ::recv(fd, &byte, 1, 0) == 0 ? 0 : errno;
     }
     void close() { m_socket.close(); }
 
@@ -125,7 +129,7 @@ private Q_SLOTS:
 
         Client unmet(server);
         unmet.write("stop\n");
-        QVERIFY(eventually([&] { return server.openConnections() == 1; }));
+        QVERIFY(eventually([&] { return !server.failures().isEmpty(); }));
         QCOMPARE(server.failures(), QStringList("expected \"stat\n\", received \"stop\n\""));
     }
 
@@ -143,7 +147,6 @@ private Q_SLOTS:
         Client client(server);
         QVERIFY(server.waitForHold("gate"));
         server.release("gate");
-        QVERIFY(server.waitUntilDeserted());
         QTEST(client.systemErrorAtEnd(), "systemError");
     }
 
