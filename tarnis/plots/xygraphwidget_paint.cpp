@@ -9,6 +9,7 @@
 #include <QPainter>
 
 #include <algorithm>
+#include <cmath>
 #include <memory>
 
 namespace {
@@ -209,12 +210,14 @@ void XYGraphWidget::paintSelectedRect(QPainter& painter)
         painter.setPen(QPen(Qt::white, 1, Qt::DashLine));
         for (const double bound : { m_xRangeMin, m_xRangeMax }) {
             const double x = calcWidgetPointF(QPointF(bound, 0.0)).x();
-            // A line beyond the clip, or nowhere because the visible range is empty, would not show.
-            if (x > m_graphRect.left() - 2 && x < m_graphRect.right() + 2)
+            // Where the visible range is empty, the line is nowhere. Beyond the largest widget it cannot show.
+            if (std::fabs(x) <= QWIDGETSIZE_MAX)
                 painter.drawLine(QPointF(x, m_graphRect.top()), QPointF(x, m_graphRect.bottom()));
         }
     }
     painter.setClipping(false);
 }
 
-void XYGraphWidget::onPaint(QPainter& /*painter*/, QRect const& /*graph*/) { }
+void XYGraphWidget::onPaint(QPainter& /*painter*/, QRect const& /*graph*/)
+{
+}
