@@ -1,0 +1,769 @@
+// The two choosers of paths on the server's side, against a scripted server.
+#include "support/scriptedserver.h"
+#include "support/support.h"
+
+#include <tarnis/dialogs/selectdirectorydialog.h>
+#include <tarnis/dialogs/selectpathdialog.h>
+#include <tarnis/server/tarnissession.h>
+
+#include <QComboBox>
+#include <QDialogButtonBox>
+#include <QEvent>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QMessageBox>
+#include <QMetaMethod>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTest>
+#include <QTimer>
+
+#include <memory>
+
+using tarnis::testing::eventually;
+using tarnis::testing::ScriptedServer;
+using tarnis::testing::Step;
+
+namespace {
+
+/// Answers the message box that opens next and keeps what it said.
+class BoxAnswer : public QObject {
+public:
+    explicit BoxAnswer(QMessageBox::StandardButton button)
+        : m_button(button)
+    {
+        connect(&m_timer, &QTimer::timeout, this, &BoxAnswer::look);
+        m_timer.start(5);
+    }
+    QString text;
+    QString title;
+    QMessageBox::StandardButton defaultButton = QMessageBox::NoButton;
+
+private:
+    void look()
+    {
+        auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        if (!box)
+            return;
+        m_timer.stop();
+        text = box->text();
+        title = box->windowTitle();
+        if (box->defaultButton())
+            defaultButton = box->standardButton(box->defaultButton());
+        box->button(m_button)->click();
+    }
+
+    QMessageBox::StandardButton m_button;
+    QTimer m_timer;
+};
+
+template <typename Dialog> class Chooser {
+public:
+    explicit Chooser(ScriptedServer& server_, const QString& dir)
+        : server(server_)
+        , model(ScriptedServer::host(), server.port(), server.prompt(), nullptr)
+        , dialog(std::make_unique<Dialog>(dir, &model, nullptr))
+        , accepted(dialog.get(), SIGNAL(accepted(QString)))
+    {
+        dialog->show();
+    }
+
+    QComboBox& combo() { return *dialog->template findChild<QComboBox*>(QStringLiteral("dirComboBox")); }
+    QListWidget& list() { return *dialog->template findChild<QListWidget*>(QStringLiteral("curDirListWidget")); }
+    QLineEdit& edit() { return *dialog->template findChild<QLineEdit*>(QStringLiteral("fileNameLineEdit")); }
+    QPushButton& ok()
+    {
+        return *dialog->template findChild<QDialogButtonBox*>(QStringLiteral("buttonBox"))
+                    ->button(QDialogButtonBox::Ok);
+    }
+
+    QStringList ancestors()
+    {
+        QStringList texts;
+        for (int i = 0; i < combo().count(); ++i)
+            texts.append(combo().itemText(i));
+        return texts;
+    }
+    QStringList names()
+    {
+        QStringList texts;
+        for (int i = 0; i < list().count(); ++i)
+            texts.append(list().item(i)->text());
+        return texts;
+    }
+    /// The request has been answered: the lists are enabled again.
+    bool settles()
+    {
+        return eventually([this] { return list().isEnabled() && combo().isEnabled(); });
+    }
+    bool shows(const QStringList& expected)
+    {
+        return eventually([&] { return list().isEnabled() && names() == expected; });
+    }
+    QListWidgetItem* item(const QString& text) { return list().findItems(text, Qt::MatchExactly).value(0); }
+    void doubleClick(const QString& text) { Q_EMIT list().itemDoubleClicked(item(text)); }
+
+    ScriptedServer& server;
+    TarnisSession model;
+    std::unique_ptr<Dialog> dialog;
+    QSignalSpy accepted;
+};
+
+using PathChooser = Chooser<SelectPathDialog>;
+using DirectoryChooser = Chooser<SelectDirectoryDialog>;
+
+tarnis::testing::Script listing(const QByteArray& lines)
+{
+    return { Step::text("OK:\n" + lines) };
+}
+
+/// /data with two runs and files, /data/run with one file; the server stands in /data.
+void serveTree(ScriptedServer& server)
+{
+    server.answer("pwd", listing("/data\n"));
+    server.answer("ls-F \"/data\"", listing("b.txt\nrun/\nA.TXT\nnotes\nempty/\n"));
+    server.answer("ls-F \"/data/run\"", listing("one.txt\n"));
+    server.answer("ls-F \"/\"", listing("data/\n"));
+    server.answerOthers(
+        [](const std::string&) { return tarnis::testing::Script { Step::text("NG: no such folder\n") }; });
+}
+
+QStringList methodsOf(const QMetaObject& meta)
+{
+    QStringList methods;
+    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i)
+        methods.append(QString::fromLatin1(meta.method(i).methodSignature()));
+    return methods;
+}
+
+QByteArray lastRequest(const ScriptedServer& server)
+{
+    const QList<QByteArray> requests = server.requests();
+    return requests.isEmpty() ? QByteArray() : requests.last();
+}
+
+} // namespace
+
+class TestServerPaths : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void methodOrder()
+    {
+        QCOMPARE(methodsOf(SelectPathDialog::staticMetaObject),
+            QStringList({ "accepted(QString)", "onDirComboIndexChanged(QString)",
+                "onCurDirListItemDoubleClicked(QListWidgetItem*)", "onAccepted()", "onFileNameChanged(QString)",
+                "onCurDirListChanged(QString)", "result(PTarnisCmd,QByteArray)" }));
+        QCOMPARE(methodsOf(SelectDirectoryDialog::staticMetaObject),
+            QStringList({ "accepted(QString)", "onDirComboIndexChanged(QString)",
+                "onCurDirListItemDoubleClicked(QListWidgetItem*)", "onAccepted()", "onFileNameChanged(QString)",
+                "onCurDirListItemSelectioChanged()", "result(PTarnisCmd,QByteArray)" }));
+    }
+
+    void form()
+    {
+        ScriptedServer server;
+        PathChooser path(server, "/");
+        DirectoryChooser directory(server, "/");
+        for (QDialog* const dialog :
+            { static_cast<QDialog*>(path.dialog.get()), static_cast<QDialog*>(directory.dialog.get()) }) {
+            QCOMPARE(dialog->size(), QSize(320, 299));
+            QCOMPARE(dialog->windowTitle(), "Dialog");
+            dialog->setWindowTitle("other");
+            QEvent event(QEvent::LanguageChange);
+            QApplication::sendEvent(dialog, &event);
+            QCOMPARE(dialog->windowTitle(), "Dialog");
+        }
+        QVERIFY(!path.edit().isVisible());
+        QVERIFY(!directory.edit().isVisible());
+    }
+
+    // --- paths
+
+    void startsAtTheGivenFolder()
+    {
+        ScriptedServer server;
+        serveTree(server);
+        PathChooser chooser(server, "/data");
+        QVERIFY(!chooser.list().isEnabled());
+        QVERIFY(!chooser.combo().isEnabled());
+        QVERIFY(chooser.shows({ "empty/", "run/" })); // without extensions: folders only
+        QCOMPARE(chooser.ancestors(), QStringList({ "/", "/data" }));
+        QCOMPARE(chooser.dialog->getDir(), "/data");
+        QCOMPARE(chooser.dialog->getNames(), QList<QString>({ "empty/", "run/" }));
+    }
+
+    void startsAtTheServersFolder()
+    {
+        ScriptedServer server;
+        serveTree(server);
+        PathChooser chooser(server, QString());
+        QVERIFY(chooser.shows({ "empty/", "run/" }));
+        QCOMPARE(server.requests(), QList<QByteArray>({ "pwd", "ls-F \"/data\"" }));
+    }
+
+    void missingFolderFallsBackToTheServers()
+    {
+        ScriptedServer server;
+        serveTree(server);
+        PathChooser chooser(server, "/gone");
+        QVERIFY(chooser.shows({ "empty/", "run/" }));
+        QCOMPARE(chooser.dialog->getDir(), "/data");
+    }
+
+    void serversFolderCannotBeListed()
+    {
+        ScriptedServer server;
+        serveTree(server);
+        server.answer("pwd", listing("/locked\n"));
+        PathChooser chooser(server, "/gone");
+        QVERIFY(server.waitForRequests(3));
+        QVERIFY(chooser.settles());
+        QVERIFY(eventually([&] { return chooser.dialog->getDir() == "/locked" && chooser.list().isEnabled(); }));
+        QCOMPARE(server.requests(), QList<QByteArray>({ "ls-F \"/gone\"", "pwd", "ls-F \"/locked\"" }));
+        QVERIFY(chooser.names().isEmpty());
+        // The next step of the user may fall back again.
+        chooser.combo().setCurrentIndex(0);
+        QVERIFY(chooser.shows({ "data/" }));
+    }
+
+    void failingPwdLeavesTheDialogEmptyAndEnabled()
+    {
+        ScriptedServer server;
+        server.answer("pwd", { Step::text("NG: not told\n/data\n") });
+        PathChooser chooser(server, QString());
+        QVERIFY(chooser.settles());
+        QVERIFY(chooser.ancestors().isEmpty());
+        QCOMPARE(server.requests(), QList<QByteArray>({ "pwd" }));
+    }
+
+    void quotesAreEscaped()
+    {
+        ScriptedServer server;
+        serveTree(server);
+        PathChooser chooser(server, "/a \"b\" %1/\\c");
+        QVERIFY(server.waitForRequest("ls-F \"/a \\\"b\\\" %1/\\c\""));
+    }
+
+    void trimDir_data()
+    {
+        QTest::addColumn<QString>("path");
+        QTest::addColumn<QString>("trimmed");
+        QTest::newRow("root") << "/"
+                              << "";
+        QTest::newRow("many") << "/a//"
+                              << "/a";
+        QTest::newRow("none") << "/a"
+                              << "/a";
+        QTest::newRow("empty") << ""
+                               << "";
+    }
+
+    void trimDir()
+    {
+        QFETCH(QString, path);
+        QFETCH(QString, trimmed);
+        ScriptedServer server;
+        PathChooser chooser(server, "/");
+        DirectoryChooser twin(server, "/");
+        QString text = path;
+        chooser.dialog->trimDir(text);
+        QCOMPARE(text, trimmed);
+        text = path;
+        twin.dialog->trimDir(text);
+        QCOMPARE(text, trimmed);
+    }
+
+    void setDirListsAncestors_data()
+    {
+        QTest::addColumn<QString>("dir");
+        QTest::addColumn<QStringList>("shown");
+        QTest::newRow("two levels") << "/a/b" << QStringList({ "/", "/a", "/a/b" });
+        QTest::newRow("ends with a slash") << "/a/b/" << QStringList({ "/", "/a", "/a/b" });
+        QTest::newRow("root") << "/" << QStringList({ "/" });
+        QTest::newRow("relative") << "a/b" << QStringList({ "a", "a/b" });
+    }
+
+    void setDirListsAncestors()
+    {
+        QFETCH(QString, dir);
+        QFETCH(QStringList, shown);
+        ScriptedServer server;
+        PathChooser chooser(server, dir);
+        QCOMPARE(chooser.ancestors(), shown);
+        QCOMPARE(chooser.combo().currentIndex(), int(shown.size()) - 1);
+    }
+
+    void setDirToTheCurrentFolderAsksNothing()
+    {
+        ScriptedServer server;
+        serveTree(server);
+        PathChooser chooser(server, "/data");
+        QVERIFY(chooser.shows({ "empty/", "run/" }));
+        chooser.dialog->setDir("/data");
+        QVERIFY(chooser.list().isEnabled());
+        QCOMPARE(server.requests().size(), 1);
+    }
+
+    void browsesByDoubleClickAndComboBox()
+    {
+        ScriptedServer server;
+        serveTree(server);
+        PathChooser chooser(server, "/data");
+        chooser.dialog->setExt({ "txt" }, false, false);
+        QVERIFY(chooser.shows({ "A.TXT", "b.txt", "empty/", "run/" }));
+        chooser.doubleClick("run/");
+        QVERIFY(chooser.shows({ "one.txt" }));
+        QCOMPARE(chooser.dialog->getDir(), "/data/run");
+        chooser.combo().setCurrentIndex(0);
+        QVERIFY(chooser.shows({ "data/" }));
+        QCOMPARE(lastRequest(server), "ls-F \"/\"");
+        chooser.doubleClick("data/");
+        QVERIFY(eventually([&] { return chooser.dialog->getDir() == "/data"; }));
+    }
+
+    void sortsBeforeItFilters()
+    {
+        ScriptedServer server;
+        server.answer("ls-F \"/data\"", listing("zeta/\nb.txt\nalpha/\na.txt\nbeta/\nlink@\n\n"));
+        DirectoryChooser chooser(server, "/data");
+        chooser.dialog->setExt({ ".txt" }, true, QString());
+        QStringList sorted { "zeta/", "b.txt", "alpha/", "a.txt", "beta/" };
+        std::sort(sorted.begin(), sorted.end(),
+            [](const QString& a, const QString& b) { return QString::localeAwareCompare(a, b) < 0; });
+        QVERIFY(chooser.shows(sorted));
+    }
+
+    void extensionsOfAPath_data()
+    {
+        QTest::addColumn<QStringList>("exts");
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<bool>("matches");
+        QTest::newRow("dot added") << QStringList({ "csv" }) << "a.csv" << true;
+        QTest::newRow("dot given") << QStringList({ ".csv" }) << "a.csv" << true;
+        QTest::newRow("case folded") << QStringList({ "CsV" }) << "a.cSv" << true;
+        QTest::newRow("no dot in the name") << QStringList({ "csv" }) << "acsv" << false;
+        QTest::newRow("second one") << QStringList({ "csv", "txt" }) << "a.txt" << true;
+        QTest::newRow("folder") << QStringList({ "d/" }) << "a.d/" << false;
+        QTest::newRow("star matches no ordinary file") << QStringList({ "*" }) << "a.txt" << false;
+        QTest::newRow("star drives out the others") << QStringList({ "txt", "*" }) << "a.txt" << false;
+        QTest::newRow("star as the end of a name") << QStringList({ "*" }) << "a.*" << true;
+        QTest::newRow("none") << QStringList() << "a.txt" << false;
+        QTest::newRow("empty name") << QStringList({ "txt" }) << "" << false;
+    }
+
+    void extensionsOfAPath()
+    {
+        QFETCH(QStringList, exts);
+        QFETCH(QString, name);
+        QFETCH(bool, matches);
+        ScriptedServer server;
+        PathChooser chooser(server, "/");
+        chooser.dialog->setExt(exts, false, false);
+        QCOMPARE(chooser.dialog->matchExt(name), matches);
+        QVERIFY(!chooser.ok().isEnabled());
+        QVERIFY(chooser.edit().isVisible());
+    }
+
+    void selectionFillsTheName()
+    {
+        ScriptedServer server;
+        serveTree(server);
+        PathChooser chooser(server, "/data");
+        chooser.dialog->setExt({ "txt" }, false, false);
+        QVERIFY(eventually([&] { return chooser.list().count() == 4; }));
+        chooser.list().setCurrentItem(chooser.item("b.txt"));
+        QCOMPARE(chooser.edit().text(), "b.txt");
+        QVERIFY(chooser.ok().isEnabled());
+        chooser.list().setCurrentItem(chooser.item("run/"));
+        QCOMPARE(chooser.edit().text(), "b.txt");
+        QVERIFY(!chooser.ok().isEnabled());
+        chooser.edit().setText("x");
+        QVERIFY(chooser.ok().isEnabled());
+        chooser.edit().clear();
+        QVERIFY(!chooser.ok().isEnabled());
+    }
+
+    void choosesAFolder()
+    {
+        ScriptedServer server;
+        serveTree(server);
+        PathChooser chooser(server, "/data");
+        QVERIFY(chooser.settles());
+        chooser.ok().click();
+        QCOMPARE(chooser.accepted.value(0).value(0).toString(), "/data");
+        QCOMPARE(chooser.dialog->QDialog::result(), int(QDialog::Accepted));
+    }
+
+    void choosesAFile_data()
+    {
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<QString>("path");
+        QTest::newRow("with extension") << "new.txt"
+                                        << "/data/new.txt";
+        QTest::newRow("without") << "new"
+                                 << "/data/new.dat";
+        QTest::newRow("other extension") << "new.csv"
+                                         << "/data/new.csv.dat";
+        QTest::newRow("second extension") << "new.TXT"
+                                          << "/data/new.TXT";
+        QTest::newRow("empty") << ""
+                               << "";
+        QTest::newRow("with a slash") << "a/new.txt"
+                                      << "";
+    }
+
+    void choosesAFile()
+    {
+        QFETCH(QString, typed);
+        QFETCH(QString, path);
+        ScriptedServer server;
+        serveTree(server);
+        PathChooser chooser(server, "/data");
+        chooser.dialog->setExt({ "dat", "txt" }, false, false);
+        QVERIFY(chooser.settles());
+        chooser.edit().setText(typed);
+        chooser.dialog->onAccepted();
+        QCOMPARE(chooser.accepted.value(0).value(0).toString(), path);
+        QCOMPARE(chooser.dialog->isVisible(), path.isEmpty());
+    }
+
+    void joinsAtTheRoot()
+    {
+        ScriptedServer server;
+        serveTree(server);
+        PathChooser chooser(server, "/");
+        chooser.dialog->setExt({ "txt" }, false, false);
+        QVERIFY(chooser.settles());
+        chooser.edit().setText("x");
+        chooser.ok().click();
+        QCOMPARE(chooser.accepted.value(0).value(0).toString(), "/x.txt");
+    }
+
+    void fileMustExist()
+    {
+        ScriptedServer server;
+        serveTree(server);
+        PathChooser chooser(server, "/data");
+        chooser.dialog->setExt({ "txt" }, true, false);
+        QVERIFY(eventually([&] { return chooser.list().count() == 4; }));
+        chooser.edit().setText("new");
+        const BoxAnswer box(QMessageBox::Ok);
+        chooser.ok().click();
+        QCOMPARE(box.text, "File not found: new.txt");
+        QCOMPARE(box.title, QCoreApplication::applicationName());
+        QVERIFY(chooser.accepted.isEmpty() && chooser.dialog->isVisible());
+        chooser.edit().setText("b.txt");
+        chooser.ok().click();
+        QCOMPARE(chooser.accepted.value(0).value(0).toString(), "/data/b.txt");
+    }
+
+    void overwritingIsAskedFor_data()
+    {
+        QTest::addColumn<QMessageBox::StandardButton>("answer");
+        QTest::newRow("ok") << QMessageBox::Ok;
+        QTest::newRow("cancel") << QMessageBox::Cancel;
+    }
+
+    void overwritingIsAskedFor()
+    {
+        QFETCH(QMessageBox::StandardButton, answer);
+        ScriptedServer server;
+        serveTree(server);
+        PathChooser chooser(server, "/data");
+        chooser.dialog->setExt({ "txt" }, false, true);
+        QVERIFY(eventually([&] { return chooser.list().count() == 4; }));
+        chooser.edit().setText("b");
+        const BoxAnswer box(answer);
+        chooser.ok().click();
+        QCOMPARE(box.text, "'b.txt' already exists. Do you want to overwrite it?");
+        QCOMPARE(chooser.accepted.count(), answer == QMessageBox::Ok ? 1 : 0);
+    }
+
+    void doubleClickOnAFileTakesTheTypedName()
+    {
+        ScriptedServer server;
+        serveTree(server);
+        PathChooser chooser(server, "/data");
+        chooser.dialog->setExt({ "txt" }, false, false);
+        QVERIFY(eventually([&] { return chooser.list().count() == 4; }));
+        chooser.edit().setText("typed");
+        chooser.doubleClick("b.txt");
+        QCOMPARE(chooser.accepted.value(0).value(0).toString(), "/data/typed.txt");
+    }
+
+    // --- directories
+
+    void directoryStarts_data()
+    {
+        QTest::addColumn<QString>("dir");
+        QTest::addColumn<QList<QByteArray>>("requests");
+        QTest::newRow("given") << "/data" << QList<QByteArray>({ "ls-F \"/data\"" });
+        QTest::newRow("trimmed") << "/data//" << QList<QByteArray>({ "ls-F \"/data\"" });
+        QTest::newRow("none") << "" << QList<QByteArray>({ "pwd", "ls-F \"/data\"" });
+        QTest::newRow("the root is trimmed away") << "/" << QList<QByteArray>({ "pwd", "ls-F \"/data\"" });
+    }
+
+    void directoryStarts()
+    {
+        QFETCH(QString, dir);
+        QFETCH(QList<QByteArray>, requests);
+        ScriptedServer server;
+        serveTree(server);
+        DirectoryChooser chooser(server, dir);
+        QVERIFY(chooser.shows({ "empty/", "run/" }));
+        QCOMPARE(server.requests(), requests);
+        QCOMPARE(chooser.ancestors(), QStringList({ "/", "/data" }));
+    }
+
+    void directoryFallsBackOnce()
+    {
+        ScriptedServer server;
+        serveTree(server);
+        server.answer("pwd", listing("/locked\n"));
+        DirectoryChooser chooser(server, "/gone");
+        QVERIFY(server.waitForRequests(3));
+        QVERIFY(eventually([&] { return chooser.list().isEnabled(); }));
+        QCOMPARE(server.requests(), QList<QByteArray>({ "ls-F \"/gone\"", "pwd", "ls-F \"/locked\"" }));
+    }
+
+    void directoryBrowses()
+    {
+        ScriptedServer server;
+        serveTree(server);
+        DirectoryChooser chooser(server, "/data");
+        QVERIFY(chooser.shows({ "empty/", "run/" }));
+        chooser.doubleClick("run/");
+        QVERIFY(eventually([&] { return chooser.ancestors() == QStringList({ "/", "/data", "/data/run" }); }));
+        chooser.combo().setCurrentIndex(1);
+        QVERIFY(chooser.shows({ "empty/", "run/" }));
+        QCOMPARE(chooser.ancestors(), QStringList({ "/", "/data" }));
+        QCOMPARE(server.requests().size(), 3);
+    }
+
+    void extensionsOfADirectory_data()
+    {
+        QTest::addColumn<QStringList>("exts");
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<bool>("matches");
+        QTest::newRow("as given") << QStringList({ "csv" }) << "acsv" << true;
+        QTest::newRow("exact case") << QStringList({ ".csv" }) << "a.CSV" << false;
+        QTest::newRow("folder by its slash") << QStringList({ ".d/" }) << "a.d/" << true;
+        QTest::newRow("star") << QStringList({ "*" }) << "anything" << true;
+        QTest::newRow("star is no folder") << QStringList({ "*" }) << "folder/" << false;
+        QTest::newRow("none") << QStringList() << "a" << false;
+    }
+
+    void extensionsOfADirectory()
+    {
+        QFETCH(QStringList, exts);
+        QFETCH(QString, name);
+        QFETCH(bool, matches);
+        ScriptedServer server;
+        DirectoryChooser chooser(server, "/data");
+        chooser.dialog->setExt(exts, false, QString());
+        QCOMPARE(chooser.dialog->matchExt(name), matches);
+        QVERIFY(!chooser.ok().isEnabled());
+        QVERIFY(!chooser.edit().isVisible());
+    }
+
+    void starListsAllFilesButNoEmptyEntry()
+    {
+        ScriptedServer server;
+        server.answer("ls-F \"/data\"", listing("b\nrun/\n\n"));
+        DirectoryChooser chooser(server, "/data");
+        chooser.dialog->setExt({ "*" }, false, QString());
+        QVERIFY(chooser.shows({ "b", "run/" }));
+    }
+
+    void directoryChoosesItself()
+    {
+        ScriptedServer server;
+        serveTree(server);
+        DirectoryChooser chooser(server, "/data");
+        chooser.ok().click();
+        QCOMPARE(chooser.accepted.value(0).value(0).toString(), "/data");
+        QCOMPARE(chooser.dialog->QDialog::result(), int(QDialog::Accepted));
+    }
+
+    void directoryChoosesTheSelectedEntry()
+    {
+        ScriptedServer server;
+        serveTree(server);
+        DirectoryChooser chooser(server, "/data");
+        chooser.dialog->setExt({ ".txt" }, false, QString());
+        QVERIFY(chooser.shows({ "b.txt", "empty/", "run/" }));
+        chooser.dialog->onAccepted();
+        QVERIFY(chooser.accepted.isEmpty() && chooser.dialog->isVisible());
+        chooser.item("run/")->setSelected(true);
+        QVERIFY(!chooser.ok().isEnabled());
+        chooser.list().clearSelection();
+        QVERIFY(!chooser.ok().isEnabled());
+        chooser.item("b.txt")->setSelected(true);
+        QVERIFY(chooser.ok().isEnabled());
+        QCOMPARE(chooser.edit().text(), "b.txt");
+        chooser.ok().click();
+        QCOMPARE(chooser.accepted.value(0).value(0).toString(), "/data/b.txt");
+    }
+
+    void directoryTakesATypedName_data()
+    {
+        QTest::addColumn<QStringList>("exts");
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<QString>("path");
+        QTest::newRow("first extension added") << QStringList({ ".csv", ".txt" }) << "x.txt"
+                                               << "/data/x.txt.csv";
+        QTest::newRow("has it") << QStringList({ ".csv" }) << "x.csv"
+                                << "/data/x.csv";
+        QTest::newRow("star is added too") << QStringList({ "*" }) << "x"
+                                           << "/data/x*";
+        QTest::newRow("no extensions") << QStringList() << "x"
+                                       << "/data/x";
+        QTest::newRow("slash passed on") << QStringList() << "a/x"
+                                         << "/data/a/x";
+        QTest::newRow("empty") << QStringList() << ""
+                               << "";
+    }
+
+    void directoryTakesATypedName()
+    {
+        QFETCH(QStringList, exts);
+        QFETCH(QString, typed);
+        QFETCH(QString, path);
+        ScriptedServer server;
+        serveTree(server);
+        DirectoryChooser chooser(server, "/data");
+        chooser.dialog->setExt(exts, true, ".none");
+        QVERIFY(chooser.settles());
+        chooser.edit().setText(typed);
+        chooser.dialog->onAccepted();
+        QCOMPARE(chooser.accepted.value(0).value(0).toString(), path);
+        QCOMPARE(chooser.dialog->isVisible(), path.isEmpty());
+    }
+
+    void directoryAsksAboutNameAndSuffix()
+    {
+        ScriptedServer server;
+        server.answer("ls-F \"/data\"", listing("x_0001/\nother\n"));
+        DirectoryChooser chooser(server, "/data");
+        chooser.dialog->setExt({}, true, "_0001/");
+        QVERIFY(chooser.shows({ "x_0001/" }));
+        chooser.edit().setText("x");
+        const BoxAnswer box(QMessageBox::Cancel);
+        chooser.ok().click();
+        QCOMPARE(box.text, "'x' already exists. Do you want to overwrite it?");
+        QCOMPARE(box.defaultButton, QMessageBox::Cancel);
+        QVERIFY(chooser.accepted.isEmpty());
+        // A name that is not shown is looked up too.
+        chooser.dialog->setExt({}, true, QString());
+        chooser.edit().setText("other");
+        const BoxAnswer second(QMessageBox::Ok);
+        chooser.ok().click();
+        QCOMPARE(second.text, "'other' already exists. Do you want to overwrite it?");
+        QCOMPARE(chooser.accepted.value(0).value(0).toString(), "/data/other");
+    }
+
+    void rootOfTheServerGivesTwoSlashes()
+    {
+        ScriptedServer server;
+        serveTree(server);
+        server.answer("pwd", listing("/\n"));
+        DirectoryChooser chooser(server, QString());
+        chooser.dialog->setExt({}, true, QString());
+        QVERIFY(chooser.shows({ "data/" }));
+        QCOMPARE(chooser.ancestors(), QStringList({ "/" }));
+        chooser.edit().setText("name");
+        chooser.ok().click();
+        QCOMPARE(chooser.accepted.value(0).value(0).toString(), "//name");
+    }
+
+    // --- both
+
+    void cancelRejects()
+    {
+        ScriptedServer server;
+        PathChooser chooser(server, "/");
+        chooser.dialog->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Cancel)->click();
+        QCOMPARE(chooser.dialog->QDialog::result(), int(QDialog::Rejected));
+        QVERIFY(chooser.accepted.isEmpty());
+    }
+
+    void closingEndsTheSession()
+    {
+        ScriptedServer server;
+        serveTree(server);
+        PathChooser chooser(server, "/data");
+        DirectoryChooser twin(server, "/data");
+        QVERIFY(chooser.settles() && twin.settles());
+        chooser.dialog->close();
+        twin.dialog->close();
+        QVERIFY(server.waitForFarewells(2));
+        chooser.dialog->requestLs(); // harmless
+        twin.dialog->requestPwd();
+        QVERIFY(chooser.list().isEnabled());
+    }
+
+    void acceptingKeepsTheSessionUntilDestruction()
+    {
+        ScriptedServer server;
+        serveTree(server);
+        PathChooser chooser(server, "/data");
+        QVERIFY(chooser.settles());
+        chooser.ok().click();
+        QCOMPARE(server.farewells(), 0);
+        chooser.dialog->requestLs();
+        QVERIFY(server.waitForRequests(2));
+        chooser.dialog.reset();
+        QVERIFY(server.waitForFarewells(1));
+    }
+
+    void otherRepliesAreIgnored()
+    {
+        ScriptedServer server;
+        serveTree(server);
+        PathChooser chooser(server, "/data");
+        QVERIFY(chooser.shows({ "empty/", "run/" }));
+        PTarnisCmd command(new TarnisCmd("ls"));
+        command->m_cmdName = "ls"; // the twin's name
+        chooser.dialog->result(command, "OK:\nother/\n");
+        QCOMPARE(chooser.names(), QStringList({ "empty/", "run/" }));
+    }
+
+    void destroyedWhileAReplyIsUnderWay()
+    {
+        ScriptedServer server;
+        server.answer("ls-F \"/data\"", { Step::hold("ls"), Step::text("OK:\n") });
+        auto chooser = std::make_unique<PathChooser>(server, "/data");
+        QVERIFY(server.waitForHold("ls"));
+        server.open("ls");
+        chooser.reset();
+        QVERIFY(server.waitUntilDeserted());
+    }
+
+    void receiverMayDeleteTheDialog()
+    {
+        ScriptedServer server;
+        serveTree(server);
+        TarnisSession model(ScriptedServer::host(), server.port(), server.prompt(), nullptr);
+        auto* const dialog = new SelectPathDialog("/data", &model, nullptr);
+        connect(dialog, qOverload<const QString&>(&SelectPathDialog::accepted), this, [&] { delete dialog; });
+        dialog->onAccepted();
+        auto* const twin = new SelectDirectoryDialog("/data", &model, nullptr);
+        connect(twin, qOverload<const QString&>(&SelectDirectoryDialog::accepted), this, [&] { delete twin; });
+        twin->onAccepted();
+    }
+
+    void manyOddNames()
+    {
+        ScriptedServer server;
+        QStringList names;
+        for (int i = 0; i < 10000; ++i)
+            names.append(QStringLiteral("Lauf äöü 😀 \"%1\"/").arg(i, 5, 10, QLatin1Char('0')));
+        server.answer("ls-F \"/data\"", listing(names.join('\n').toUtf8()));
+        PathChooser chooser(server, "/data");
+        QVERIFY(eventually([&] { return chooser.list().count() == 10000; }));
+        QCOMPARE(chooser.names(), names);
+    }
+};
+
+QTEST_MAIN(TestServerPaths)
+#include "tst_serverpaths.moc"
