@@ -41,6 +41,25 @@ qsizetype takeAvailable(QTcpSocket& socket, QByteArray& buffer)
     return taken;
 }
 
+// The announced length, once its four bytes are here; one to three of them stay in the socket.
+bool takeLength(QTcpSocket& socket, qint32& length)
+{
+    if (socket.bytesAvailable() < tarnis::lengthFieldSize)
+        return false;
+    length = tarnis::announcedLength(socket.read(tarnis::lengthFieldSize));
+    return true;
+}
+
+qsizetype takePayload(QTcpSocket& socket, QByteArray& buffer, qint32 length)
+{
+    const qsizetype received = buffer.size() + socket.bytesAvailable();
+    const qsizetype worthHaving = tarnis::binaryReplyCapacity(length, received);
+    // A text that is longer than foreseen grows the buffer as any other.
+    if (received > buffer.capacity() && received <= worthHaving)
+        buffer.reserve(worthHaving);
+    return takeAvailable(socket, buffer);
+}
+
 } // namespace
 
 bool TarnisSession::read(QTcpSocket& socket, QByteArray& buffer, bool emitRead)
@@ -94,26 +113,18 @@ bool TarnisSession::readBinary(QTcpSocket& socket, QByteArray& buffer, QString& 
             return false;
         }
         if (!lengthKnown) {
-            // The round that reads the length takes no payload; one to three bytes stay in the socket.
-            lengthKnown = socket.bytesAvailable() >= tarnis::lengthFieldSize;
-            if (lengthKnown)
-                length = tarnis::announcedLength(socket.read(tarnis::lengthFieldSize));
-            else
-                ++idle;
+            // A round that reads the length takes no payload.
+            lengthKnown = takeLength(socket, length);
+            idle += lengthKnown ? 0 : 1;
+        } else if (takePayload(socket, buffer, length) == 0) {
+            ++idle;
         } else {
-            const qsizetype expected = tarnis::binaryReplyCapacity(length, buffer.size() + socket.bytesAvailable());
-            if (socket.bytesAvailable() > 0 && buffer.capacity() < expected)
-                buffer.reserve(expected);
-            if (takeAvailable(socket, buffer) == 0)
-                ++idle;
-            else {
-                const QByteArray* const prompt = GetPrompt();
-                if (!prompt)
-                    return false;
-                if (tarnis::endsBinaryReply(buffer, length, *prompt)) {
-                    text = tarnis::splitBinaryReply(buffer, length, prompt->size());
-                    return true;
-                }
+            const QByteArray* const prompt = GetPrompt();
+            if (!prompt)
+                return false;
+            if (tarnis::endsBinaryReply(buffer, length, *prompt)) {
+                text = tarnis::splitBinaryReply(buffer, length, prompt->size());
+                return true;
             }
         }
         if (std::atomic_ref(m_bQuit).load())
