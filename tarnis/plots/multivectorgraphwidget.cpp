@@ -1,0 +1,228 @@
+// State, series and actions. The rest of the class: _paint (curves, peaks, read-out), _tools (files, visible items,
+// peak search).
+#include "tarnis/plots/multivectorgraphwidget.h"
+
+#include "tarnis/plots/plotnumbers_p.h"
+#include "tarnis/plots/seriessums_p.h"
+
+#include <QAction>
+
+#include <algorithm>
+
+namespace {
+
+/// Keeps the largest value at 90 % of the axis.
+constexpr double headroom = 1.1111111111111112;
+constexpr int initialSeries = 8;
+
+} // namespace
+
+MultiVectorGraphWidget::MultiVectorGraphWidget(QWidget* parent)
+    : XYGraphWidget(parent)
+    , m_data(initialSeries)
+{
+    for (int i = 0; i < initialSeries; ++i)
+        m_data[i].color = tarnis::rotationColor(i);
+    // The range must be there before the frame lays out its ticks.
+    connect(this, &DoubleBufferedWidget::painting, this, &MultiVectorGraphWidget::onPainting, Qt::DirectConnection);
+
+    const auto add = [this](const QString& text) {
+        auto* action = new QAction(text, this);
+        addAction(action);
+        return action;
+    };
+    const auto addCheckable = [&add](const QString& text, bool checked) {
+        QAction* action = add(text);
+        action->setCheckable(true);
+        action->setChecked(checked);
+        return action;
+    };
+    connect(add(tr("Save CSV...")), &QAction::triggered, this, &MultiVectorGraphWidget::onSaveCsv);
+    connect(addCheckable(tr("Column Chart"), false), &QAction::toggled, this, &MultiVectorGraphWidget::onColumnChart);
+    connect(
+        addCheckable(tr("Connect Points"), true), &QAction::toggled, this, &MultiVectorGraphWidget::onConnectPoints);
+    connect(add(tr("Peak Search")), &QAction::triggered, this, &MultiVectorGraphWidget::onPeakSearch);
+    connect(addCheckable(tr("Log Scale"), false), &QAction::triggered, this, &MultiVectorGraphWidget::onLogScale);
+
+    m_showGrid = true;
+    m_actShowGrid->setChecked(true);
+    setMouseTracking(true);
+}
+
+// The peak search dialog tells of its end, which this object must hear while it is whole.
+MultiVectorGraphWidget::~MultiVectorGraphWidget()
+{
+    const QList<QWidget*> open = m_visibleDialogs.map.values() + m_peakDialogs.map.values();
+    qDeleteAll(open);
+}
+
+void MultiVectorGraphWidget::setData(int index, const QList<double>& values, double maxValue)
+{
+    if (index < 0)
+        return;
+    if (index >= m_data.size())
+        m_data.resize(index + 1);
+    m_data[index].values = values;
+    const int group = index / groupSize();
+    if (group >= m_maxValues.size())
+        m_maxValues.resize(group + 1);
+    m_maxValues[group] = maxValue;
+    fitAutoScaledAxes();
+}
+
+void MultiVectorGraphWidget::resizeData(int count)
+{
+    m_data.resize(std::max(count, 0));
+}
+
+void MultiVectorGraphWidget::setEnable(int index, bool enable)
+{
+    if (index < 0)
+        return;
+    if (index >= m_data.size())
+        m_data.resize(index + 1);
+    m_data[index].enable = enable;
+}
+
+void MultiVectorGraphWidget::setColor(int index, QColor color)
+{
+    if (index < 0)
+        return;
+    if (index >= m_data.size())
+        m_data.resize(index + 1);
+    m_data[index].color = color;
+}
+
+void MultiVectorGraphWidget::clearData()
+{
+    m_data.resize(groupSize());
+    for (Data& series : m_data)
+        series.values.clear();
+    m_maxValues.clear();
+    m_peaks.clear();
+}
+
+bool MultiVectorGraphWidget::hasData() const
+{
+    return tarnis::filledSeries(m_data) > 0;
+}
+
+int MultiVectorGraphWidget::getValidDataCount()
+{
+    return tarnis::filledSeries(m_data);
+}
+
+int MultiVectorGraphWidget::getMaxCount()
+{
+    const double count = static_cast<double>(tarnis::longestSeries(m_data)) * m_resolution;
+    return tarnis::roundToInt(count);
+}
+
+double MultiVectorGraphWidget::getMaxValue()
+{
+    return tarnis::maxOfCurves(m_data, m_maxValues, m_addType, groupSize());
+}
+
+bool MultiVectorGraphWidget::getData(int index, QList<double>& values)
+{
+    if (index < 0 || index >= m_data.size())
+        return false;
+    values = m_data.at(index).values;
+    return true;
+}
+
+void MultiVectorGraphWidget::setManualIndex(const QList<double>& index)
+{
+    m_manualIndex = index;
+}
+
+void MultiVectorGraphWidget::setResolution(unsigned int resolution)
+{
+    if (resolution == m_resolution)
+        return;
+    m_resolution = std::max(resolution, 1U);
+    refreshPixmap();
+}
+
+void MultiVectorGraphWidget::setAddType(AddType type)
+{
+    m_addType = type;
+    initMode(m_autoScaleX, m_autoScaleY);
+    fitAutoScaledAxes();
+    if (QWidget* dialog = m_visibleDialogs.map.value(this))
+        dialog->close();
+    refreshPixmap();
+}
+
+void MultiVectorGraphWidget::setFuncX2Plot(double (*x2plot)(double, void*), double (*plot2x)(double, void*))
+{
+    m_funcX2Plot = x2plot;
+    m_funcPlot2X = plot2x;
+    const QList<QAction*> entries = actions();
+    for (QAction* entry : entries) {
+        if (entry->text() == tr("Peak Search"))
+            removeAction(entry);
+    }
+}
+
+int MultiVectorGraphWidget::groupSize() const
+{
+    return std::max(m_groupSize, 1);
+}
+
+void MultiVectorGraphWidget::fitAutoScaledAxes()
+{
+    if (m_autoScaleX) {
+        m_minX = m_initMinX;
+        adjustAxisX(getMaxCount());
+    }
+    if (m_autoScaleY) {
+        m_minY = m_initMinY;
+        adjustAxisY(headroom * getMaxValue());
+    }
+}
+
+void MultiVectorGraphWidget::onAutoScaleX(bool checked)
+{
+    XYGraphWidget::onAutoScaleX(checked);
+    if (!checked)
+        return;
+    m_minX = m_initMinX;
+    adjustAxisX(m_initAutoScaleX ? getMaxCount() : m_initMaxX);
+    refreshPixmap();
+}
+
+void MultiVectorGraphWidget::onAutoScaleY(bool checked)
+{
+    XYGraphWidget::onAutoScaleY(checked);
+    if (!checked)
+        return;
+    m_minY = m_initMinY;
+    adjustAxisY(headroom * getMaxValue());
+    refreshPixmap();
+}
+
+void MultiVectorGraphWidget::onSelectXRange(bool on)
+{
+    if (on && !hasData())
+        m_actSelectXRange->setChecked(false);
+    else
+        XYGraphWidget::onSelectXRange(on);
+}
+
+void MultiVectorGraphWidget::onConnectPoints(bool bConnectPoints)
+{
+    m_connectPoints = bConnectPoints;
+    refreshPixmap();
+}
+
+void MultiVectorGraphWidget::onColumnChart(bool bColumnChart)
+{
+    m_columnChart = bColumnChart;
+    refreshPixmap();
+}
+
+void MultiVectorGraphWidget::onLogScale(bool on)
+{
+    setLogScaleY(on);
+}

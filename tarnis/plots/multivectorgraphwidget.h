@@ -1,0 +1,156 @@
+// A plot of many series in one frame: curves of single series or of sums, read-out, CSV files, choice of the visible
+// series and peak search. GUI thread only.
+#pragma once
+
+#include <tarnis/foundation/modelesswidgetmanager.h>
+#include <tarnis/peak/peaksearch.h>
+#include <tarnis/plots/xygraphwidget.h>
+
+#include <QColor>
+#include <QList>
+#include <QString>
+
+class QTableWidget;
+namespace tarnis {
+struct CurveDrawing;
+}
+
+/// Series in groups of `m_groupSize`: index = group * m_groupSize + position. A negative index and a group size below 1
+/// (taken for 1) do no harm. Setters store and do not repaint unless they say so: end a batch with refreshPixmap().
+class TARNIS_EXPORT MultiVectorGraphWidget : public XYGraphWidget {
+    Q_OBJECT
+
+public:
+    /// One series.
+    struct Data {
+        QList<double> values;
+        QColor color = Qt::white;
+        bool enable = true; ///< shown
+    };
+
+    /// What is drawn.
+    enum AddType {
+        AddNone = 0, ///< every enabled series
+        AddEachGroup = 1, ///< the sum of each group
+        AddEachPosition = 2, ///< for each position in a group, the sum over the groups
+        AddAll = 3 ///< the sum of all enabled series; any other value acts like this one
+    };
+
+    explicit MultiVectorGraphWidget(QWidget* parent = nullptr);
+    ~MultiVectorGraphWidget() override;
+
+    // Series - multivectorgraphwidget.cpp
+
+    /// Stores a series, and `maxValue` as the largest value of its whole group: the latest call of a group wins. Adds
+    /// default records up to `index`. Fits the axes that scale automatically.
+    void setData(int index, const QList<double>& values, double maxValue);
+    /// Drops records from the end or adds default ones.
+    void resizeData(int count);
+    void setEnable(int index, bool enable);
+    void setColor(int index, QColor color);
+    /// Leaves m_groupSize records without samples, and no peaks. Colours and `enable` stay.
+    void clearData();
+    /// Whether any record has samples.
+    bool hasData() const;
+    /// Number of records with samples.
+    int getValidDataCount();
+    /// The largest number of samples of any record, hidden ones included, times the resolution.
+    int getMaxCount();
+    /// An upper bound of what the curves of the present type reach; at least 0.
+    double getMaxValue();
+    /// Gives the samples of a record; false, and nothing written, if there is no such record.
+    bool getData(int index, QList<double>& values);
+    /// First column of the CSV file.
+    void setManualIndex(const QList<double>& index);
+    /// X units per sample; 0 counts as 1. Refreshes on a change.
+    void setResolution(unsigned int resolution);
+    /// Refits the axes that scale automatically, closes the visible-items dialog, and refreshes.
+    void setAddType(AddType type);
+    /// A non-linear X axis: `x2plot` maps a sample's position (index * resolution) to a plot X value, `plot2x` back.
+    /// Both get null as their second argument. Takes "Peak Search" out of the menu.
+    void setFuncX2Plot(double (*x2plot)(double, void*), double (*plot2x)(double, void*));
+
+    // Painting - multivectorgraphwidget_paint.cpp
+
+    void onPaint(QPainter& painter, QRect const& graph) override;
+    /// Draws samples with the painter's pen as columns, a joined line or crosses. `sx` pixels a sample, `sy` a unit or
+    /// a decade; `first` to `last` are the fractional indices in view; `x0`, `y0` is the lower left corner. Returns the
+    /// sum of the samples visited if they are joined, else 0.
+    double paintData(QPainter& painter, const QList<double>& values, double sx, double first, double last, double sy,
+        int x0, int y0);
+    /// Draws the curve with the painter's pen: `x0` is the column of the left end of the X axis, `y0` the row of the
+    /// lower end of the Y axis, `scaleY` the pixels per unit of Y. Linear in Y on a log axis too.
+    void paintPeak(QPainter& painter, const PeakSearch::Gaussian& g, double scaleY, int x0, int y0);
+
+    // Tools - multivectorgraphwidget_tools.cpp
+
+    /// The body of a CSV file: a column for each enabled record, behind the manual index.
+    QString vector2Csv(const QList<Data>& list);
+    /// Shows this peak instead of those before. Refreshes.
+    void showPeak(const PeakSearch::Gaussian& g);
+
+public Q_SLOTS:
+    void onSelectVisibles(); ///< opens the visible-items dialog, or brings the open one to the front
+    void onPainting(); ///< fits an automatic Y axis to the largest values, before the ticks are laid out
+    void onAutoScaleX(bool checked) override;
+    void onAutoScaleY(bool checked) override;
+    void onSelectXRange(bool) override; ///< without data the tool goes off again
+    void onDlgSelectCheckedApply(); ///< takes the marks of the visible-items dialog over. Refreshes.
+    /// Asks for a file and writes the curves of the present type. Silent where it cannot.
+    void onSaveCsv();
+    void onPeakSearch(); ///< opens the peak search dialog, or brings the open one to the front
+    /// Searches the first curve that is enabled, in the X range in view; `threshold` is a percentage of its largest
+    /// sample. The peaks go to the plot and to the open dialog. Without an enabled curve nothing changes.
+    void peakSearch(int threshold, int width, bool peak);
+    void peakSelected(int index); ///< the peak that is drawn bold, -1 for none. Refreshes on a change.
+    void peakToggledDisplayPoints(bool checked); ///< fitted samples instead of curves. Refreshes.
+    void peakClear(); ///< Refreshes.
+    void onConnectPoints(bool bConnectPoints); ///< Refreshes.
+    void onColumnChart(bool bColumnChart); ///< Refreshes.
+    void onLogScale(bool);
+
+protected:
+    void mouseMoveEvent(QMouseEvent* event) override;
+
+    // Series
+    QList<Data> m_data;
+
+public:
+    int m_groupSize = 8; ///< series per group
+    int m_firstNumber = 0; ///< number of the first group in texts
+
+protected:
+    AddType m_addType = AddNone;
+    QList<double> m_maxValues; ///< largest value of each group, as told by setData()
+
+    // Windows of the tools, key this
+    ModelessWidgetManager m_visibleDialogs;
+    ModelessWidgetManager m_peakDialogs;
+
+public:
+    QString m_itemName; ///< word for a position in a group
+    QString m_groupName; ///< word for a group
+
+protected:
+    QList<double> m_manualIndex;
+
+    // Peaks
+    QList<PeakSearch::Gaussian> m_peaks; ///< on show
+    int m_peakSelected = -1;
+    double m_peakThreshold = 0.0; ///< in Y units
+    bool m_peakDisplayPoints = false;
+
+    // Form of the curves
+    unsigned int m_resolution = 1;
+    bool m_columnChart = false;
+    bool m_connectPoints = true;
+    double (*m_funcX2Plot)(double, void*) = nullptr;
+    double (*m_funcPlot2X)(double, void*) = nullptr;
+
+    // Helpers of the implementation
+    int groupSize() const; ///< m_groupSize, at least 1
+    void fitAutoScaledAxes();
+    tarnis::CurveDrawing drawingOf(double sx, double first, double last, double sy, int x0, int y0) const;
+    void paintFoundPeaks(QPainter& painter, const QRect& graph, double first, double sx, double sy);
+    void fillVisiblesTable(QTableWidget& table) const;
+};

@@ -1,0 +1,155 @@
+#include "tarnis/plots/vectorgraphwidget.h"
+
+#include "tarnis/foundation/helpers.h"
+#include "tarnis/peak/peaksearchdialog.h"
+#include "tarnis/plots/csvtext_p.h"
+#include "tarnis/plots/curvepaint_p.h"
+#include "tarnis/plots/peakcurve_p.h"
+
+#include <QAction>
+#include <QFileDialog>
+#include <QPainter>
+#include <QTextStream>
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+/// Keeps the largest sample at 90 % of the axis.
+constexpr double headroom = 1.1111111111111112;
+
+} // namespace
+
+VectorGraphWidget::VectorGraphWidget(QWidget* parent)
+    : XYGraphWidget(parent)
+{
+    auto* saveCsv = new QAction(tr("Save CSV..."), this);
+    connect(saveCsv, &QAction::triggered, this, &VectorGraphWidget::onSaveCsv);
+    addAction(saveCsv);
+}
+
+VectorGraphWidget::~VectorGraphWidget() = default;
+
+void VectorGraphWidget::setData(const QList<double>& samples)
+{
+    m_data = samples;
+    if (m_autoScaleX) {
+        m_minX = m_initMinX;
+        adjustAxisX(static_cast<double>(m_data.size()));
+    }
+}
+
+void VectorGraphWidget::setIndex(const QList<double>& index)
+{
+    m_index = index;
+}
+
+void VectorGraphWidget::setMaxValue(double value)
+{
+    m_maxValue = value;
+    if (m_autoScaleY) {
+        m_minY = m_initMinY;
+        adjustAxisY(value * headroom);
+    }
+}
+
+void VectorGraphWidget::setLogScaleY(bool on)
+{
+    m_logScaleY = on;
+    if (m_autoScaleY)
+        adjustAxisY(m_maxValue * headroom);
+    refreshPixmap();
+}
+
+void VectorGraphWidget::onAutoScaleX(bool checked)
+{
+    XYGraphWidget::onAutoScaleX(checked);
+    if (checked) {
+        m_minX = m_initMinX;
+        if (m_data.isEmpty())
+            m_maxX = m_initMaxX;
+        else
+            adjustAxisX(m_initAutoScaleX ? static_cast<double>(m_data.size()) : m_initMaxX);
+    }
+    refreshPixmap();
+}
+
+void VectorGraphWidget::onAutoScaleY(bool checked)
+{
+    XYGraphWidget::onAutoScaleY(checked);
+    if (!checked)
+        return;
+    m_minY = m_initMinY;
+    adjustAxisY(m_maxValue * headroom);
+    refreshPixmap();
+}
+
+void VectorGraphWidget::showPeak(const PeakSearch::Gaussian& g)
+{
+    m_peaks = { g };
+    refreshPixmap();
+}
+
+void VectorGraphWidget::paintPeak(QPainter& painter, const PeakSearch::Gaussian& g, double scaleY, int x0, int y0)
+{
+    const double pixelsPerX = m_graphRect.width() / (m_maxX - m_minX);
+    const tarnis::AxisRange visible { std::min(m_minX, m_maxX), std::max(m_minX, m_maxX) };
+    painter.drawLines(tarnis::peakLines(
+        g, tarnis::peakExtent(g, visible), std::abs(1 / pixelsPerX), { m_minX, pixelsPerX, x0, m_minY, scaleY, y0 }));
+}
+
+void VectorGraphWidget::onPaint(QPainter& painter, QRect const& graph)
+{
+    const tarnis::SampleView view =
+        tarnis::sampleView({ m_minX, m_maxX }, { m_initMinX, m_initMaxX }, m_manualX, m_data.size(), graph.width());
+    const double pixelsPerY = tarnis::valuePixels({ m_minY, m_maxY }, m_logScaleY, graph.height());
+    const tarnis::ValueScale rows(
+        m_logScaleY ? tarnis::ValueScale::Kind::LogWithFloor : tarnis::ValueScale::Kind::Linear, m_minY, pixelsPerY,
+        graph.bottom());
+
+    painter.setPen(Qt::white);
+    const tarnis::SampleScale columns { view.first, view.pixelsPerSample, graph.left() };
+    painter.drawLines(tarnis::joinSamples({ m_data.constData(), 0 },
+        tarnis::wholeSamples(view.first, view.last, m_data.size()), columns, rows, tarnis::mergeOn(painter)));
+
+    if (!m_peaks.isEmpty()) {
+        painter.setPen(Qt::red);
+        paintPeak(painter, m_peaks.constFirst(), pixelsPerY,
+            tarnis::truncateToPixel(graph.left() + view.pixelsPerSample * 0.5), graph.bottom());
+    }
+}
+
+void VectorGraphWidget::onPeakSearch()
+{
+    if (QWidget* open = m_modeless.map.value(this)) {
+        open->show();
+        open->activateWindow();
+        return;
+    }
+    auto* dialog = new PeakSearchDialog(this);
+    connect(dialog, &PeakSearchDialog::search, this, &VectorGraphWidget::peakSearch);
+    m_modeless.map.insert(this, dialog);
+    connect(dialog, &QObject::destroyed, &m_modeless, &ModelessWidgetManager::onDestroyed);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->show();
+}
+
+void VectorGraphWidget::peakSearch(int threshold, int width, bool peak)
+{
+    const tarnis::SampleRange range = tarnis::wholeSamples(m_minX, m_maxX, m_data.size());
+    PeakSearch(m_data, range.begin, range.end, 0.01 * m_maxValue * threshold, width, peak).exec();
+}
+
+void VectorGraphWidget::onSaveCsv()
+{
+    const QString path =
+        QFileDialog::getSaveFileName(this, tr("Save CSV"), getSaveDir(), tr("CSV Files (*.csv *.txt)"));
+    if (path.isEmpty())
+        return;
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Text))
+        return;
+    setSaveFilePath(path);
+    QTextStream(&file) << tarnis::csvOfSeries(m_index, m_data);
+}
