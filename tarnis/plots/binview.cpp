@@ -1,0 +1,77 @@
+#include "tarnis/plots/binview_p.h"
+
+#include "tarnis/plots/plotnumbers_p.h"
+
+namespace tarnis {
+
+namespace {
+
+// Beyond any widget, and far enough from the ends of int for what a paint engine adds to it.
+constexpr int edgeLimit = 1 << 24;
+
+int limited(double edge)
+{
+    return std::clamp(truncateToPixel(edge), -edgeLimit, edgeLimit);
+}
+
+double leftEdge(const BinView& view, int column)
+{
+    return (column - view.x.low) * view.x.pixels + view.rect.left();
+}
+
+double topEdge(const BinView& view, int row)
+{
+    return view.rect.bottom() - (row - view.y.low + 1) * view.y.pixels;
+}
+
+double bottomEdge(const BinView& view, int row)
+{
+    return view.rect.bottom() - (row - view.y.low) * view.y.pixels;
+}
+
+} // namespace
+
+BinSpan visibleBins(const BinAxis& axis, int pixels, qsizetype bins)
+{
+    BinSpan span;
+    span.pixels = pixels / (axis.max - axis.min);
+    if (axis.manual) {
+        span.low = (axis.min - axis.initMin) / axis.step;
+        span.high = (axis.max - axis.initMin) / axis.step;
+        span.pixels *= axis.step;
+    } else {
+        span.low = axis.min;
+        span.high = axis.max;
+        span.pixels *= axis.resolution;
+    }
+    span.first = std::max(0, roundToInt(std::floor(span.low)));
+    span.end = static_cast<int>(std::min<qsizetype>(roundToInt(std::ceil(span.high)), bins));
+    return span;
+}
+
+int BinView::left(int column) const
+{
+    return limited(leftEdge(*this, column));
+}
+
+int BinView::lineTop(int row) const
+{
+    return limited(topEdge(*this, row));
+}
+
+int BinView::lineBottom(int row) const
+{
+    return limited(bottomEdge(*this, row));
+}
+
+QRect BinView::bar(int row, int column) const
+{
+    // The sums are exact in double, so that a bar far larger than any widget keeps its edges on the right sides.
+    const double left = std::trunc(leftEdge(*this, column));
+    const double top = std::trunc(topEdge(*this, row));
+    const double width = std::trunc(x.pixels);
+    const double height = std::trunc(bottomEdge(*this, row) - topEdge(*this, row));
+    return { QPoint(limited(left), limited(top)), QPoint(limited(left + width - 1.0), limited(top + height - 1.0)) };
+}
+
+} // namespace tarnis
