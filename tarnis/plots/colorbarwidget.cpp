@@ -1,0 +1,199 @@
+#include "tarnis/plots/colorbarwidget.h"
+
+#include "tarnis/foundation/helpers.h"
+#include "tarnis/plots/colorbar_p.h"
+#include "tarnis/plots/plotnumbers_p.h"
+#include "tarnis/plots/plotpixmap_p.h"
+
+#include <QLineEdit>
+#include <QLinearGradient>
+#include <QMouseEvent>
+#include <QPainter>
+
+ColorBarWidget::ColorBarWidget(QWidget* parent)
+    : DoubleBufferedWidget(parent)
+{
+}
+
+ColorBarWidget::~ColorBarWidget() = default;
+
+void ColorBarWidget::setTicks(int ticks)
+{
+    if (ticks >= 1)
+        m_ticks = ticks;
+}
+
+void ColorBarWidget::setLogScale(bool on)
+{
+    m_logScale = on;
+}
+
+void ColorBarWidget::setMin(double min)
+{
+    if (tarnis::plotEqual(min, m_min))
+        return;
+    m_min = min;
+    refreshPixmap();
+}
+
+void ColorBarWidget::setMax(double max)
+{
+    if (tarnis::plotEqual(max, m_max))
+        return;
+    m_max = max;
+    refreshPixmap();
+}
+
+bool ColorBarWidget::isAutoScale() const
+{
+    return m_autoScale;
+}
+
+void ColorBarWidget::setAutoScale(bool on)
+{
+    m_autoScale = on;
+}
+
+bool ColorBarWidget::isEditing()
+{
+    return m_editLine != nullptr && m_editLine->hasFocus();
+}
+
+void ColorBarWidget::deleteEditLine()
+{
+    if (m_editLine == nullptr)
+        return;
+    m_editLine->deleteLater();
+    m_editLine = nullptr;
+    Q_EMIT EditLineDeleted();
+}
+
+void ColorBarWidget::updatePos(double position, QColor color)
+{
+    for (qsizetype i = 0; i < m_positions.size(); ++i) {
+        if (tarnis::plotEqual(m_positions.at(i), position)) {
+            m_colors[i] = color;
+            return;
+        }
+    }
+    m_positions.append(position);
+    m_colors.append(color);
+}
+
+QPixmap ColorBarWidget::getPixmap()
+{
+    QPixmap pixmap = tarnis::windowPixmap(*this, size());
+    if (pixmap.isNull())
+        return pixmap;
+    QPainter painter(&pixmap);
+    initPainter(&painter);
+    tarnis::useWidgetCoordinates(painter, pixmap, size());
+    paint(painter, nullptr);
+    return pixmap;
+}
+
+void ColorBarWidget::paint(QPainter& painter, QRect* rect)
+{
+    const QRect frame = rect != nullptr ? *rect : painter.viewport();
+    const QFontMetrics metrics = fontMetrics();
+    const QSize charSize(metrics.averageCharWidth(), metrics.height());
+    painter.fillRect(frame, QBrush(Qt::lightGray));
+
+    QRect bar;
+    bar.setCoords(frame.left(), frame.top() + charSize.height(), frame.left() + 12, frame.bottom() - charSize.height());
+    // Over the whole frame, from the very top of the painter: the ends of the bar lie a little inside of the scale.
+    QLinearGradient gradient(0, frame.height(), 0, 0);
+    for (qsizetype i = 0; i < m_positions.size(); ++i)
+        gradient.setColorAt(m_positions.at(i), m_colors.at(i));
+    painter.setBrush(gradient);
+    painter.drawRects(&bar, 1);
+    painter.setPen(Qt::black);
+
+    const int textWidth = (frame.width() - 1) - (bar.right() - bar.left());
+    const int left = bar.right() + charSize.width();
+    const int right = bar.right() + textWidth - 1;
+    m_minRect.setCoords(left, bar.bottom() - charSize.height(), right, bar.bottom() + charSize.height() - 1);
+    m_maxRect.setCoords(left, 0, right, 2 * charSize.height() - 1);
+
+    const int widest = paintTicks(painter, frame, bar, charSize);
+    if (textWidth - charSize.width() < widest)
+        Q_EMIT sizeChanging(charSize.width() + bar.width() + widest);
+}
+
+int ColorBarWidget::paintTicks(QPainter& painter, const QRect& rect, const QRect& bar, QSize charSize) const
+{
+    if (tarnis::plotEqual(m_min, m_max))
+        return 0;
+    const QFontMetrics metrics = fontMetrics();
+    const int intervals = tarnis::fittingIntervals(m_ticks, bar.height(), charSize.height());
+    const int right = bar.left() + bar.width();
+    int widest = 0;
+    for (int i = 0; i <= intervals; ++i) {
+        const double y = bar.top() + i * (static_cast<double>(bar.height()) / intervals);
+        painter.drawLine(QLineF(right, y, right + charSize.width() / 2, y));
+        const QString label = numStr(tarnis::colorBarValue({ m_min, m_max }, m_logScale, intervals - i, intervals));
+        painter.drawText(QRectF(right + charSize.width(), y - charSize.height() / 2,
+                             rect.width() - bar.width() - charSize.width(), charSize.height()),
+            Qt::AlignLeft | Qt::AlignVCenter, label);
+        widest = qMax(widest, metrics.horizontalAdvance(label));
+    }
+    return widest;
+}
+
+void ColorBarWidget::mousePressEvent(QMouseEvent* event)
+{
+    deleteEditLine();
+    DoubleBufferedWidget::mousePressEvent(event);
+}
+
+void ColorBarWidget::mouseReleaseEvent(QMouseEvent* event)
+{
+    if (!m_autoScale && event->button() == Qt::LeftButton && m_editLine == nullptr)
+        openEditorAt(event->position().toPoint());
+    DoubleBufferedWidget::mouseReleaseEvent(event);
+}
+
+void ColorBarWidget::openEditorAt(const QPoint& point)
+{
+    const bool onMax = m_maxRect.contains(point, true);
+    if (!onMax && !m_minRect.contains(point, true))
+        return;
+    QRect geometry = onMax ? m_maxRect : m_minRect;
+    m_editLine = new QLineEdit(QString::number(onMax ? m_max : m_min, 'g', 6), this);
+    m_editLine->setStyleSheet(QStringLiteral("color:black; background-color:white;"));
+    Q_EMIT beginEditingText();
+    if (m_editLine == nullptr)
+        return; // a receiver has dropped it again
+    connect(m_editLine, &QLineEdit::returnPressed, this,
+        onMax ? &ColorBarWidget::onMaxEntered : &ColorBarWidget::onMinEntered);
+    stretchRect(geometry, 1.5, 1.0);
+    moveIn(geometry, rect());
+    m_editLine->resize(geometry.size());
+    m_editLine->move(geometry.topLeft());
+    m_editLine->show();
+    m_editLine->setFocus();
+}
+
+void ColorBarWidget::onMaxEntered()
+{
+    if (m_editLine == nullptr)
+        return;
+    setMax(takeNumber());
+    Q_EMIT onMaxChanged(m_max);
+}
+
+void ColorBarWidget::onMinEntered()
+{
+    if (m_editLine == nullptr)
+        return;
+    setMin(takeNumber());
+    Q_EMIT onMinChanged(m_min);
+}
+
+double ColorBarWidget::takeNumber()
+{
+    const double number = m_editLine->text().toDouble();
+    m_editLine->deleteLater();
+    m_editLine = nullptr;
+    return number;
+}

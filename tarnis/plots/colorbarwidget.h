@@ -1,0 +1,81 @@
+// The vertical scale beside a 2D plot: a gradient with ticks and labels. While its range is not automatic, a click on an
+// end label opens an editor over it. It knows nothing of the data: its owner feeds it. GUI thread only.
+#pragma once
+
+#include <tarnis/plots/doublebufferedwidget.h>
+
+#include <QColor>
+#include <QList>
+#include <QRect>
+
+QT_BEGIN_NAMESPACE
+class QLineEdit;
+QT_END_NAMESPACE
+
+/// A colour scale. Numbers count as equal within DBL_EPSILON of the larger magnitude (of 1 for smaller ones).
+class TARNIS_EXPORT ColorBarWidget : public DoubleBufferedWidget {
+    Q_OBJECT
+
+public:
+    explicit ColorBarWidget(QWidget* parent = nullptr);
+    ~ColorBarWidget() override;
+
+    /// Wanted number of intervals; fewer are drawn where the text does not fit. Less than 1 is ignored. No repaint.
+    void setTicks(int ticks);
+    /// Labels at equal distances of the logarithm. No repaint.
+    void setLogScale(bool on);
+    /// Value at the bottom or at the top. Refreshes on a change; emits nothing. The minimum may be above the maximum.
+    void setMin(double min);
+    void setMax(double max);
+    /// While the range is automatic, the labels cannot be edited. An open editor stays open.
+    bool isAutoScale() const;
+    void setAutoScale(bool on);
+    /// True if an editor is open and has the keyboard focus.
+    bool isEditing();
+    /// Drops an open editor without its value.
+    void deleteEditLine();
+    /// Sets the colour of the gradient at `position`, from 0.0 at the bottom to 1.0 at the top. No repaint.
+    void updatePos(double position, QColor color);
+    /// A fresh picture of the bar, whether it is double-buffered or not. Can emit sizeChanging().
+    QPixmap getPixmap();
+
+    /// Draws the bar and sets the click areas. Emits sizeChanging() if a label is wider than the room for it.
+    void paint(QPainter& painter, QRect* rect) override;
+
+Q_SIGNALS:
+    void onMinChanged(double min); ///< after Return in the editor, on an unchanged value too
+    void onMaxChanged(double max);
+    void sizeChanging(int width); ///< the width that the labels need; comes from within paint()
+    void beginEditingText(); ///< an editor is about to open
+    void EditLineDeleted(); ///< an editor was dropped without a value
+
+protected Q_SLOTS:
+    void onMaxEntered(); ///< Return in the editor; a text that is no number counts as 0
+    void onMinEntered();
+
+protected:
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+
+    // Gradient, parallel lists in the order of insertion
+    QList<double> m_positions;
+    QList<QColor> m_colors;
+
+    // Scale
+    int m_ticks = 10;
+    bool m_logScale = false;
+    bool m_autoScale = true;
+    double m_min = 0.0; ///< at the bottom
+    double m_max = 100.0; ///< at the top
+
+    // Editing
+    QRect m_minRect; ///< click areas of the end labels, as of the latest paint
+    QRect m_maxRect;
+    QLineEdit* m_editLine = nullptr; ///< the open editor, a child
+
+    /// Draws marks and labels; returns the width of the widest label.
+    int paintTicks(QPainter& painter, const QRect& rect, const QRect& bar, QSize charSize) const;
+    void openEditorAt(const QPoint& point);
+    /// Text of the open editor as a number, 0 for what is none. The editor goes.
+    double takeNumber();
+};
