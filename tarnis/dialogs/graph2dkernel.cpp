@@ -1,0 +1,81 @@
+#include "tarnis/dialogs/graph2dkernel_p.h"
+
+#include "tarnis/dialogs/graph2dfilterdialog.h"
+
+#include <algorithm>
+#include <array>
+#include <vector>
+
+namespace tarnis {
+
+namespace {
+
+/// The row's values, as many as `columns`, with zeros for what it lacks.
+const double* paddedRow(const QList<double>& row, qsizetype columns, std::vector<double>& buffer)
+{
+    if (row.size() >= columns)
+        return row.constData();
+    buffer.assign(static_cast<std::size_t>(columns), 0.0);
+    std::copy(row.begin(), row.end(), buffer.begin());
+    return buffer.data();
+}
+
+/// The five rows that one row of the result is made of, the highest first, each at least `columns` wide.
+class Neighbours {
+public:
+    Neighbours(const QList<QList<double>>& source, qsizetype y, qsizetype columns)
+    {
+        for (std::size_t i = 0; i < m_rows.size(); ++i)
+            m_rows[i] = paddedRow(source.at(y + 2 - static_cast<qsizetype>(i)), columns, m_padding[i]);
+    }
+    const double* row(std::size_t i) const { return m_rows[i]; }
+
+private:
+    std::array<std::vector<double>, 5> m_padding;
+    std::array<const double*, 5> m_rows {};
+};
+
+/// Filters `count` adjacent bins from `first` on. Each bin's terms are added in the order of the kernel, which decides
+/// the last bits; bins side by side keep the sums in registers.
+template <int count>
+void filterBins(double* out, const Neighbours& neighbours, qsizetype first, const Graph2DFilter& filter)
+{
+    double sums[count] = {};
+    for (std::size_t i = 0; i < 5; ++i) {
+        const double* const row = neighbours.row(i) + first - 2;
+        for (int j = 0; j < 5; ++j) {
+            const double weight = filter.matrix[i][j];
+            for (int bin = 0; bin < count; ++bin)
+                sums[bin] += weight * row[j + bin];
+        }
+    }
+    for (int bin = 0; bin < count; ++bin)
+        out[first + bin] = filter.divisor != 0 ? sums[bin] / filter.divisor : sums[bin];
+}
+
+void filterRow(QList<double>& target, const Neighbours& neighbours, qsizetype columns, const Graph2DFilter& filter)
+{
+    constexpr int block = 8;
+    const qsizetype end = std::min(target.size(), columns - 2);
+    double* const out = target.data();
+    qsizetype x = 2;
+    for (; x + block <= end; x += block)
+        filterBins<block>(out, neighbours, x, filter);
+    for (; x < end; ++x)
+        filterBins<1>(out, neighbours, x, filter);
+}
+
+} // namespace
+
+QList<QList<double>> filtered(const QList<QList<double>>& source, const Graph2DFilter& filter)
+{
+    QList<QList<double>> target = source;
+    const qsizetype columns = source.isEmpty() ? 0 : source.first().size();
+    if (columns < 5)
+        return target;
+    for (qsizetype y = source.size() - 3; y >= 2; --y)
+        filterRow(target[y], Neighbours(source, y, columns), columns, filter);
+    return target;
+}
+
+} // namespace tarnis
