@@ -9,6 +9,7 @@
 #include <cstdarg>
 #include <cstdio>
 #include <iomanip>
+#include <locale>
 #include <sstream>
 
 namespace {
@@ -55,6 +56,7 @@ void rotate(const std::string& path)
 std::string formatLine(const char* word, const char* file, int line, std::string_view text)
 {
     std::ostringstream out;
+    out.imbue(std::locale::classic()); // a host's global locale may group digits
     out << QDateTime::currentDateTime().toString(QStringLiteral("yyyy/MM/dd HH:mm:ss.zzz")).toStdString() << ' '
         << std::setw(25) << file << ':' << std::setw(4) << line << ' ' << std::hex << std::setw(8)
         << tarnis::currentThreadNumber() << std::dec << " [" << std::setw(4) << word << "] " << text << '\n';
@@ -67,7 +69,8 @@ void writeLine(const char* word, const char* file, int line, std::string_view te
     const QMutexLocker locker(&logMutex());
     // closelog() may have come between the gate and here.
     if (FILE* stream = currentStream()) {
-        std::fputs(entry.c_str(), stream);
+        // fputs() of the whole entry, also of one whose text holds a zero.
+        std::fwrite(entry.data(), 1, entry.size(), stream);
         std::fflush(stream);
     }
 }
@@ -173,10 +176,12 @@ _LogBlock::~_LogBlock()
     if (!passesGate(m_level))
         return;
     const QMutexLocker locker(&logMutex());
-    std::set<long long>& open = _num_map[tarnis::currentThreadNumber()];
-    open.erase(m_num);
-    if (open.empty())
-        __log__(m_level, "<", m_file.c_str(), m_line, "    <- %lld", m_num);
-    else
-        __log__(m_level, "<", m_file.c_str(), m_line, "    <- %lld (%s)", m_num, joined(open).c_str());
+    const auto entry = _num_map.try_emplace(tarnis::currentThreadNumber()).first;
+    entry->second.erase(m_num);
+    if (!entry->second.empty()) {
+        __log__(m_level, "<", m_file.c_str(), m_line, "    <- %lld (%s)", m_num, joined(entry->second).c_str());
+        return;
+    }
+    __log__(m_level, "<", m_file.c_str(), m_line, "    <- %lld", m_num);
+    _num_map.erase(entry); // threads come and go
 }

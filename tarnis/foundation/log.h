@@ -4,6 +4,7 @@
 
 #include <tarnis/tarnis_export.h>
 
+#include <QByteArray>
 #include <QString>
 
 #include <map>
@@ -73,16 +74,15 @@ consteval const char* sourceName(const char* path)
     return name;
 }
 
-/// A block's name: a literal as it stands, or a printf form with its arguments.
+/// A block's name as bytes.
 class LogBlockName {
 public:
-    explicit LogBlockName(const char* literal)
-        : m_name(literal)
+    explicit LogBlockName(const char* name)
+        : m_name(name)
     {
     }
-    template <typename... Arguments>
-    explicit LogBlockName(const char* format, Arguments... arguments)
-        : m_text(strprintf(format, arguments...).toUtf8())
+    explicit LogBlockName(const QString& name)
+        : m_text(name.toUtf8())
         , m_name(m_text.constData())
     {
     }
@@ -103,8 +103,12 @@ private:
 #define LOG_DBG(...) TARNIS_LOG_LINE(0, "DBG", __VA_ARGS__)
 #define LOG_INFO(...) TARNIS_LOG_LINE(10, "INFO", __VA_ARGS__)
 #define LOG_ERR(...) TARNIS_LOG_LINE(30, "ERR", __VA_ARGS__)
-/// Opens a block of level 3 to the end of the scope. Takes a literal or a printf form; with the log off the arguments
-/// are not even evaluated.
+// One text stands as it is, a text with arguments is a printf form.
+#define TARNIS_LOG_NAME_PLAIN(name) name
+#define TARNIS_LOG_NAME_PLAIN_FORMATTED(...) strprintf(__VA_ARGS__)
+#define TARNIS_LOG_NAME(name, ...) TARNIS_LOG_NAME_PLAIN##__VA_OPT__(_FORMATTED)(name __VA_OPT__(, ) __VA_ARGS__)
+/// Opens a block of level 3 to the end of the scope. Takes a text or a printf form; with the log off the arguments are
+/// not even evaluated.
 #define LOG_BLOCK(...)                                                                                                 \
-    const _LogBlock TARNIS_LOG_JOIN(logBlock_, __LINE__)(                                                              \
-        tarnis::sourceName(__FILE__), __LINE__, log_is_enabled() ? tarnis::LogBlockName(__VA_ARGS__).text() : "", 3)
+    const _LogBlock TARNIS_LOG_JOIN(logBlock_, __LINE__)(tarnis::sourceName(__FILE__), __LINE__,                       \
+        log_is_enabled() ? tarnis::LogBlockName(TARNIS_LOG_NAME(__VA_ARGS__)).text() : "", 3)
