@@ -5,21 +5,16 @@
 #include <QDateTime>
 #include <QRecursiveMutex>
 
-#include <atomic>
 #include <cstdarg>
-#include <cstdio>
-#include <iomanip>
-#include <locale>
-#include <sstream>
+#include <cstring>
+
+FILE* tarnis::logStream = nullptr;
+int tarnis::logMinimumLevel = 0;
 
 namespace {
 
 constexpr long rotationSize = 0xA00000;
 constexpr int rotationCount = 9;
-
-// Written under the mutex, read at every gate without it: through std::atomic_ref.
-FILE* logStream = nullptr;
-int minimumLevel = 0;
 
 // Never destroyed: a thread may still log while the process's statics go.
 QRecursiveMutex& logMutex()
@@ -30,12 +25,12 @@ QRecursiveMutex& logMutex()
 
 FILE* currentStream()
 {
-    return std::atomic_ref(logStream).load(std::memory_order_acquire);
+    return std::atomic_ref(tarnis::logStream).load(std::memory_order_acquire);
 }
 
-bool passesGate(int level)
+void setStream(FILE* stream)
 {
-    return currentStream() != nullptr && level >= std::atomic_ref(minimumLevel).load(std::memory_order_relaxed);
+    std::atomic_ref(tarnis::logStream).store(stream, std::memory_order_release);
 }
 
 std::string numberedPath(const std::string& path, int number)
@@ -53,14 +48,35 @@ void rotate(const std::string& path)
     std::rename(path.c_str(), numberedPath(path, 1).c_str());
 }
 
+// The local time to the second, worked out once a second: a time zone's rules cost more than all the rest of a line.
+struct SecondText {
+    qint64 second = -1;
+    char text[sizeof "yyyy/MM/dd HH:mm:ss"] = {};
+};
+thread_local SecondText secondText;
+
+const char* timeToTheSecond(qint64 msecsSinceEpoch)
+{
+    const qint64 second = msecsSinceEpoch / 1000;
+    if (second != secondText.second) {
+        const QByteArray text =
+            QDateTime::fromMSecsSinceEpoch(msecsSinceEpoch).toString(u"yyyy/MM/dd HH:mm:ss").toLatin1();
+        qstrncpy(secondText.text, text.constData(), sizeof secondText.text);
+        secondText.second = second;
+    }
+    return secondText.text;
+}
+
 std::string formatLine(const char* word, const char* file, int line, std::string_view text)
 {
-    std::ostringstream out;
-    out.imbue(std::locale::classic()); // a host's global locale may group digits
-    out << QDateTime::currentDateTime().toString(QStringLiteral("yyyy/MM/dd HH:mm:ss.zzz")).toStdString() << ' '
-        << std::setw(25) << file << ':' << std::setw(4) << line << ' ' << std::hex << std::setw(8)
-        << tarnis::currentThreadNumber() << std::dec << " [" << std::setw(4) << word << "] " << text << '\n';
-    return out.str();
+    const qint64 now = QDateTime::currentMSecsSinceEpoch();
+    std::string entry(std::strlen(file) + std::strlen(word) + 100, '\0');
+    const int length = std::snprintf(entry.data(), entry.size(), "%s.%03d %25s:%4d %8llx [%4s] ", timeToTheSecond(now),
+        static_cast<int>(now % 1000), file, line, tarnis::currentThreadNumber(), word);
+    entry.resize(static_cast<std::size_t>(length));
+    entry += text;
+    entry += '\n';
+    return entry;
 }
 
 void writeLine(const char* word, const char* file, int line, std::string_view text)
@@ -92,7 +108,7 @@ void initlog(const std::string& path, int level)
 {
     const QMutexLocker locker(&logMutex());
     FILE* stream = std::fopen(path.c_str(), "a");
-    std::atomic_ref(minimumLevel).store(level, std::memory_order_relaxed);
+    std::atomic_ref(tarnis::logMinimumLevel).store(level, std::memory_order_relaxed);
     if (stream) {
         std::fputs("\n\n", stream);
         if (std::ftell(stream) > rotationSize) {
@@ -101,26 +117,26 @@ void initlog(const std::string& path, int level)
             stream = std::fopen(path.c_str(), "a");
         }
     }
-    std::atomic_ref(logStream).store(stream, std::memory_order_release);
+    setStream(stream);
 }
 
 void closelog()
 {
     const QMutexLocker locker(&logMutex());
     if (FILE* stream = currentStream()) {
-        std::atomic_ref(logStream).store(nullptr, std::memory_order_release);
+        setStream(nullptr);
         std::fclose(stream);
     }
 }
 
 bool log_is_enabled()
 {
-    return currentStream() != nullptr;
+    return tarnis::logIsOn();
 }
 
 void __log__(int level, const char* word, const char* file, int line, const char* format, ...)
 {
-    if (!passesGate(level))
+    if (!tarnis::logPasses(level))
         return;
     char buffer[8192];
     va_list arguments;
@@ -135,13 +151,13 @@ void __log__(int level, const char* word, const char* file, int line, const char
 
 void __log__(int level, const char* word, const char* file, int line, const std::string& text)
 {
-    if (passesGate(level))
+    if (tarnis::logPasses(level))
         writeLine(word, file, line, text);
 }
 
 void __log__(int level, const char* word, const char* file, int line, const QString& text)
 {
-    if (passesGate(level))
+    if (tarnis::logPasses(level))
         writeLine(word, file, line, text.toStdString());
 }
 
@@ -158,23 +174,16 @@ QString strprintf(const char* format, ...)
 long long _LogBlock::_next_num = 1;
 std::map<unsigned long long, std::set<long long>> _LogBlock::_num_map;
 
-_LogBlock::_LogBlock(const char* file, int line, const char* name, int level)
-    : m_file(file)
-    , m_line(line)
-    , m_level(level)
+void _LogBlock::open(const char* name)
 {
-    if (!passesGate(level))
-        return;
     const QMutexLocker locker(&logMutex());
     m_num = _next_num++;
     _num_map[tarnis::currentThreadNumber()].insert(m_num);
     __log__(m_level, "BLCK", m_file.c_str(), m_line, "%s -> %lld", name, m_num);
 }
 
-_LogBlock::~_LogBlock()
+void _LogBlock::close()
 {
-    if (!passesGate(m_level))
-        return;
     const QMutexLocker locker(&logMutex());
     const auto entry = _num_map.try_emplace(tarnis::currentThreadNumber()).first;
     entry->second.erase(m_num);

@@ -7,10 +7,29 @@
 #include <QByteArray>
 #include <QString>
 
+#include <atomic>
+#include <cstdio>
 #include <map>
 #include <set>
 #include <string>
 #include <string_view>
+
+namespace tarnis {
+
+extern TARNIS_EXPORT FILE* logStream; ///< null while the log is off; through std::atomic_ref
+extern TARNIS_EXPORT int logMinimumLevel; ///< through std::atomic_ref
+
+/// The gate of the macros and blocks, in place: one pointer test while the log is off.
+inline bool logIsOn()
+{
+    return std::atomic_ref(logStream).load(std::memory_order_acquire) != nullptr;
+}
+inline bool logPasses(int level)
+{
+    return logIsOn() && level >= std::atomic_ref(logMinimumLevel).load(std::memory_order_relaxed);
+}
+
+} // namespace tarnis
 
 /// Opens `path` for appending and drops lines below `level` from now on. A file of more than 10 MiB is renamed to
 /// name.1.ext first (older ones to .2 up to .10). A path that cannot be opened leaves the log off, without a report.
@@ -45,9 +64,20 @@ TARNIS_EXPORT QString strprintf(const char* format, ...)
 class TARNIS_EXPORT _LogBlock {
 public:
     /// Takes the next number and writes "name -> number", unless the log is off or `level` below its gate.
-    _LogBlock(const char* file, int line, const char* name, int level);
+    _LogBlock(const char* file, int line, const char* name, int level)
+        : m_file(file)
+        , m_line(line)
+        , m_level(level)
+    {
+        if (tarnis::logPasses(level))
+            open(name);
+    }
     /// Writes "    <- number" and, in parentheses, the numbers that are still open on this thread.
-    ~_LogBlock();
+    ~_LogBlock()
+    {
+        if (tarnis::logPasses(m_level))
+            close();
+    }
     _LogBlock(const _LogBlock&) = delete;
     _LogBlock& operator=(const _LogBlock&) = delete;
 
@@ -56,6 +86,9 @@ protected:
     std::string m_file;
     int m_line;
     int m_level;
+
+    void open(const char* name);
+    void close();
 
     static long long _next_num; ///< guarded by the log's mutex
     static std::map<unsigned long long, std::set<long long>> _num_map; ///< thread id to open blocks; same guard
@@ -98,7 +131,7 @@ private:
 #define TARNIS_LOG_JOIN_(a, b) a##b
 #define TARNIS_LOG_JOIN(a, b) TARNIS_LOG_JOIN_(a, b)
 #define TARNIS_LOG_LINE(level, word, ...)                                                                              \
-    (log_is_enabled() ? __log__(level, word, tarnis::sourceName(__FILE__), __LINE__, __VA_ARGS__) : void())
+    (tarnis::logIsOn() ? __log__(level, word, tarnis::sourceName(__FILE__), __LINE__, __VA_ARGS__) : void())
 
 #define LOG_DBG(...) TARNIS_LOG_LINE(0, "DBG", __VA_ARGS__)
 #define LOG_INFO(...) TARNIS_LOG_LINE(10, "INFO", __VA_ARGS__)
@@ -111,4 +144,4 @@ private:
 /// not even evaluated.
 #define LOG_BLOCK(...)                                                                                                 \
     const _LogBlock TARNIS_LOG_JOIN(logBlock_, __LINE__)(tarnis::sourceName(__FILE__), __LINE__,                       \
-        log_is_enabled() ? tarnis::LogBlockName(TARNIS_LOG_NAME(__VA_ARGS__)).text() : "", 3)
+        tarnis::logIsOn() ? tarnis::LogBlockName(TARNIS_LOG_NAME(__VA_ARGS__)).text() : "", 3)
