@@ -72,7 +72,7 @@ Step Step::binary(const QByteArray& payload, const QByteArray& text)
     return step;
 }
 
-Step Step::binary(const QList<double>& values, const QByteArray& text)
+Step Step::doubles(const QList<double>& values, const QByteArray& text)
 {
     QByteArray payload(values.size() * qsizetype(sizeof(double)), Qt::Uninitialized);
     qToLittleEndian<double>(values.constData(), values.size(), payload.data());

@@ -3,7 +3,7 @@
 //
 //     ScriptedServer server;                                        // greets, answers every request with an empty text
 //     server.answer("stat", { Step::text("a: 1\n") });
-//     server.answer("hist1d", { Step::hold("hist"), Step::binary({ 1.0, 2.0 }, "OK:\n") });
+//     server.answer("hist1d", { Step::hold("hist"), Step::doubles({ 1.0, 2.0 }, "OK:\n") });
 //     TarnisSession session(server.host(), server.port(), server.prompt(), nullptr);
 //     ...
 //     QVERIFY(server.waitForHold("hist"));                          // the request has come, the answer waits
@@ -33,7 +33,8 @@ public:
     // What goes to the client. "Text" and "binary" end with the server's prompt, "raw" is sent as it stands.
     static Step text(const QByteArray& body);
     static Step binary(const QByteArray& payload, const QByteArray& text = {});
-    static Step binary(const QList<double>& values, const QByteArray& text = {}); ///< as little-endian doubles
+    static Step doubles(
+        const QList<double>& values, const QByteArray& text = {}); ///< a binary reply of little-endian doubles
     static Step raw(const QByteArray& bytes);
     /// The same in pieces of `size` bytes. Each piece but the first waits until the client has taken the one before.
     Step inChunksOf(qsizetype size) const;

@@ -6,10 +6,9 @@
 
 namespace tarnis::testing {
 
-/// Index of a virtual member function, by the Itanium C++ ABI (section 2.3): the first word of the member pointer is the
-/// function's offset in the table, plus one. -1 for a function that is not virtual.
-template <typename Member>
-std::ptrdiff_t virtualIndex(Member member)
+/// Index of a virtual member function, by the Itanium C++ ABI (section 2.3): the first word of the member pointer is
+/// the function's offset in the table, plus one. -1 for a function that is not virtual.
+template <typename Member> std::ptrdiff_t virtualIndex(Member member)
 {
     std::ptrdiff_t word = 0;
     std::memcpy(&word, &member, sizeof word);

@@ -1,0 +1,281 @@
+// A session's interface: its members at the start, its queue, its prompt, its boxes, its life.
+#include "sessionclient.h"
+
+#include "support/logfile.h"
+#include "support/virtualorder.h"
+
+#include <QAbstractSocket>
+#include <QApplication>
+#include <QMessageBox>
+#include <QMetaMethod>
+#include <QTest>
+#include <QTimer>
+
+using namespace tarnis::testing;
+
+namespace {
+
+const QByteArray prompt("> ");
+
+QString address(const void* object)
+{
+    return QString::asprintf("%p", object);
+}
+
+// Answers the message boxes that come up while it lives and keeps what they said.
+class BoxWatch : public QObject {
+public:
+    BoxWatch()
+    {
+        connect(&m_timer, &QTimer::timeout, this, [this] {
+            if (auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
+                titles.append(box->windowTitle());
+                texts.append(box->text());
+                icons.append(box->icon());
+                buttons.append(box->standardButtons());
+                parentless = parentless && !box->parentWidget();
+                onGuiThread = onGuiThread && QThread::currentThread() == qApp->thread();
+                box->accept();
+            }
+        });
+        m_timer.start(10);
+    }
+    QStringList titles;
+    QStringList texts;
+    QList<QMessageBox::Icon> icons;
+    QList<QMessageBox::StandardButtons> buttons;
+    bool parentless = true;
+    bool onGuiThread = true;
+
+private:
+    QTimer m_timer;
+};
+
+} // namespace
+
+class TestTarnisSession : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void cleanup() { TarnisSession::SetDefaultPrompt(nullptr); }
+
+    void declaresSignalsInOrder()
+    {
+        const QMetaObject& meta = TarnisSession::staticMetaObject;
+        QByteArrayList signatures;
+        for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
+            QCOMPARE(meta.method(i).methodType(), QMetaMethod::Signal);
+            signatures.append(meta.method(i).methodSignature());
+        }
+        QCOMPARE(signatures,
+            QByteArrayList(
+                { "connected()", "result(PTarnisCmd,QByteArray)", "error(int,QString)", "read(QByteArray)" }));
+        QCOMPARE(meta.superClass(), &QThread::staticMetaObject);
+    }
+
+    void keepsItsMembersInOrder()
+    {
+        struct Probe : TarnisSession {
+            Probe()
+                : TarnisSession("h", 7, nullptr, nullptr)
+            {
+            }
+            std::vector<const void*> members() const
+            {
+                return { &m_host, &m_port, &m_mutex, &m_bQuit, &m_timeout, &m_pPrompt, &m_queue, &m_id };
+            }
+            bool hasInitialValues() const
+            {
+                return m_host == "h" && m_port == 7 && !m_bQuit && m_timeout == 40 && !m_pPrompt && m_queue.isEmpty()
+                    && m_id.isEmpty() && !m_pDefaultPrompt;
+            }
+        };
+        const Probe probe;
+        QVERIFY(std::ranges::is_sorted(probe.members()));
+        QVERIFY(probe.hasInitialValues());
+    }
+
+    void belongsToItsParent()
+    {
+        QObject parent;
+        const auto* const session = new TarnisSession("h", 7, &prompt, &parent);
+        QCOMPARE(session->parent(), &parent);
+        QVERIFY(!session->isRunning());
+    }
+
+    void connectsByNames()
+    {
+        TarnisSession session("h", 7, &prompt, nullptr);
+        TarnisSession other("h", 7, &prompt, nullptr);
+        QVERIFY(
+            connect(&session, SIGNAL(result(PTarnisCmd, QByteArray)), &other, SIGNAL(result(PTarnisCmd, QByteArray))));
+        QVERIFY(connect(&session, SIGNAL(error(int, QString)), &other, SIGNAL(error(int, QString))));
+        QVERIFY(connect(&session, SIGNAL(read(QByteArray)), &other, SIGNAL(read(QByteArray))));
+        QVERIFY(connect(&session, SIGNAL(connected()), &other, SIGNAL(connected())));
+    }
+
+    void queuesInOrder()
+    {
+        OpenSession session("h", 7, &prompt, nullptr);
+        session.send(new TarnisCmd("a"));
+        session.send(new TarnisCmd("b"));
+        session.sendPrevious(new TarnisCmd("c"));
+        session.sendPrevious(nullptr);
+        QCOMPARE(session.queued(), QStringList({ "(null)", "c", "a", "b" }));
+        session.cancel();
+        QVERIFY(session.queued().isEmpty());
+    }
+
+    void putsAListInFront()
+    {
+        OpenSession session("h", 7, &prompt, nullptr);
+        session.send(new TarnisCmd("d"));
+        session.sendPrevious(QList<TarnisCmd*> {});
+        session.sendPrevious({ new TarnisCmd("a"), new TarnisCmd("b"), new TarnisCmd("c") });
+        QCOMPARE(session.queued(), QStringList({ "a", "b", "c", "d" }));
+    }
+
+    void cancelledCommandsMayUseTheSession()
+    {
+        struct Resending : TarnisCmd {
+            explicit Resending(TarnisSession& session)
+                : TarnisCmd("old")
+                , m_session(session)
+            {
+            }
+            ~Resending() override { m_session.send(new TarnisCmd("new")); }
+            TarnisSession& m_session;
+        };
+        OpenSession session("h", 7, &prompt, nullptr);
+        session.send(new Resending(session));
+        session.send(new Resending(session));
+        session.cancel();
+        QCOMPARE(session.queued(), QStringList({ "new", "new" }));
+    }
+
+    void unstartedSessionTakesItsCommandsAlong()
+    {
+        const LogFile log(0);
+        auto* const cmd = new TarnisCmd("stat");
+        {
+            TarnisSession session("h", 7, &prompt, nullptr);
+            session.send(cmd);
+        }
+        QVERIFY(log.messages().contains("DBG TarnisCmd::~TarnisCmd(), " + address(cmd)));
+    }
+
+    void storesTimeoutAndId()
+    {
+        OpenSession session("h", 7, &prompt, nullptr);
+        session.setTimeout(-3);
+        QCOMPARE(session.timeout(), -3);
+        session.SetId("control");
+        QCOMPARE(session.id(), "control");
+    }
+
+    void prefersItsOwnPrompt()
+    {
+        QByteArray common("$ ");
+        TarnisSession::SetDefaultPrompt(&common);
+        QCOMPARE(TarnisSession("h", 7, &prompt, nullptr).GetPrompt(), &prompt);
+        QCOMPARE(TarnisSession("h", 7, nullptr, nullptr).GetPrompt(), &common);
+    }
+
+    void complainsWithoutAnyPrompt()
+    {
+        const LogFile log;
+        BoxWatch boxes;
+        TarnisSession session("h", 7, nullptr, nullptr);
+        QCOMPARE(session.GetPrompt(), nullptr);
+        QCOMPARE(boxes.titles, QStringList("Assertion"));
+        QCOMPARE(boxes.texts, QStringList("Assertion failed: m_pDefaultPrompt != nullptr || m_pPrompt != nullptr"));
+        QCOMPARE(boxes.icons.first(), QMessageBox::Critical);
+        QCOMPARE(boxes.buttons.first(), QMessageBox::Ok);
+        QVERIFY(boxes.parentless);
+        QVERIFY(log.messages().contains("BLCK xASSERT(m_pDefaultPrompt != nullptr || m_pPrompt != nullptr)"));
+    }
+
+    void workerWithoutPromptComplainsOnTheGuiThreadAndEnds()
+    {
+        BoxWatch boxes;
+        const ScriptedServer server;
+        TarnisSession session(ScriptedServer::host(), server.port(), nullptr, nullptr);
+        int errors = 0;
+        connect(&session, &TarnisSession::error, this, [&] { ++errors; });
+        session.start();
+        QVERIFY(eventually([&] { return session.isFinished() && boxes.titles.size() == 1; }));
+        QVERIFY(boxes.onGuiThread);
+        QCOMPARE(errors, 1);
+        QVERIFY(server.waitForFarewells(1));
+    }
+
+    void showsErrors_data()
+    {
+        QTest::addColumn<int>("code");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("refused") << int(QAbstractSocket::ConnectionRefusedError)
+                                 << QStringLiteral("The connection was refused by the peer.");
+        QTest::newRow("unknown host") << int(QAbstractSocket::HostNotFoundError)
+                                      << QStringLiteral("The host was not found.");
+        QTest::newRow("closed") << int(QAbstractSocket::RemoteHostClosedError) << QStringLiteral("It's %1 over.");
+        QTest::newRow("unknown") << int(QAbstractSocket::UnknownSocketError) << QStringLiteral("It's %1 over.");
+    }
+    void showsErrors()
+    {
+        QFETCH(int, code);
+        QFETCH(QString, text);
+        QCoreApplication::setApplicationName("Counting room");
+        const LogFile log;
+        const BoxWatch boxes;
+        TarnisSession::showErrorMessage(code, "It's %1 over");
+        QCOMPARE(boxes.titles, QStringList("Counting room"));
+        QCOMPARE(boxes.texts, QStringList(text));
+        QCOMPARE(boxes.icons.first(), QMessageBox::Information);
+        QCOMPARE(boxes.buttons.first(), QMessageBox::Ok);
+        QVERIFY(boxes.parentless);
+        QCOMPARE(log.messages(),
+            QStringList(QString("BLCK static TarnisSession::showErrorMessage(socketError[%1], message[It's %2 over])")
+                            .arg(QString::number(code), "%1")));
+    }
+
+    void logsEveryOperation()
+    {
+        const LogFile log;
+        QString self;
+        QString first;
+        {
+            auto* const session = new TarnisSession("h", 7, &prompt, nullptr);
+            self = address(session);
+            session->SetId(QStringLiteral("gr\u00fcn"));
+            auto* const cmd = new TarnisCmd(QStringLiteral("text \u00b5"));
+            cmd->m_cmdName = QStringLiteral("name \u00b5");
+            first = address(cmd);
+            session->send(cmd);
+            session->send(nullptr);
+            session->sendPrevious(nullptr);
+            session->sendPrevious({ nullptr, nullptr });
+            session->cancel();
+            session->setTimeout(1);
+            session->GetPrompt();
+            delete session;
+        }
+        QCOMPARE(log.messages(),
+            QStringList({
+                "DBG TarnisSession::TarnisSession(), this[" + self + "]",
+                QString("BLCK TarnisSession::SetId(), this[" + self + "] id[gr\u00fcn]"),
+                QString("DBG TarnisCmd::TarnisCmd(cmd[text \u00b5]), ") + first,
+                QString("BLCK TarnisSession::send(), this[" + self + "] cmdName[name \u00b5] cmd[text \u00b5]"),
+                "BLCK TarnisSession::send(), this[" + self + "] cmdName[] cmd[]",
+                "BLCK TarnisSession::sendPrevious(), this[" + self + "] cmdName[] cmd[]",
+                "BLCK TarnisSession::sendPrevious(), this[" + self + "] size[2]",
+                "BLCK TarnisSession::cancel(), this[" + self + "]",
+                "DBG TarnisCmd::~TarnisCmd(), " + first,
+                QString("BLCK TarnisSession::~TarnisSession(), this[" + self + "] id[gr\u00fcn]"),
+                "BLCK waiting",
+                "BLCK canceling",
+                "BLCK TarnisSession::cancel(), this[" + self + "]",
+            }));
+    }
+};
+
+QTEST_MAIN(TestTarnisSession)
+#include "tst_tarnissession.moc"
