@@ -1,0 +1,88 @@
+// A window that asks the server for 1D histograms once a second and shows them as curves. GUI thread only.
+#pragma once
+
+#include <tarnis/server/tarniscmd.h>
+#include <tarnis/tarnis_export.h>
+
+#include <QDialog>
+#include <QList>
+#include <QString>
+
+#include <memory>
+
+class MultiVectorGraphWidget;
+class QTimer;
+class TarnisSession;
+namespace Ui {
+class Graph1DDialog;
+}
+
+/// Polls one binary command on a session of its own. A good reply starts a single-shot timer of a second, whose timeout
+/// sends the next command while "AutoUpdate" is checked; a failure ends that chain until the next update(). The window
+/// deletes itself on close.
+class TARNIS_EXPORT Graph1DDialog : public QDialog {
+    Q_OBJECT
+public:
+    /// Rows `start` to `end`, both included, `start` not above `end`. With xMin = xMax = 0 each reply brings its own
+    /// axis. `initCmds` are sent first, as text commands: one that is refused closes the window. Host, port and prompt
+    /// come from `session`, which stays the caller's; without one the window shows a demonstration.
+    Graph1DDialog(TarnisSession* session, QString const& title, QString const& xLabel, double xMin, double xMax,
+        int resolution, int decimalX, QString const& desc, QList<QString> const& initCmds, QString const& cmd,
+        int start, int end, QWidget* parent);
+    ~Graph1DDialog() override;
+
+    static const bool initialAutoUpdate; ///< the check box at construction
+
+    /// The plot, owned by the window.
+    MultiVectorGraphWidget* getGraphWidget() const;
+    /// Polls another command from now on, at once; the same text changes nothing.
+    void setCmd(QString const& cmd);
+    bool isAutoUpdate() const;
+    /// Sets the check box and, if on, polls at once.
+    void setAutoUpdate(bool on);
+    void setVisibleUpdateControls(bool visible);
+    void setEnabledUpdateControls(bool enabled);
+    /// Shows value / maximum as a bar, or hides it.
+    void setProgressInfo(bool visible, unsigned long long value, unsigned long long maximum);
+    /// A line below the plot; an empty one is hidden.
+    void setInfoText(QString const& text);
+
+Q_SIGNALS:
+    void onGraphUpdated(); ///< after each change of the curves
+
+public Q_SLOTS:
+    /// Drops what is still queued and sends the command; does nothing without a session.
+    virtual void update();
+    virtual void result(PTarnisCmd cmd, QByteArray const& payload);
+    virtual void error(int code, QString const& text);
+    virtual void onAutoUpdateToggled(bool on);
+    void onTypeChanged(QString const& text);
+    void onTimeout();
+
+public:
+    /// Sees the lines of each reply's text first and shows the server's complaints. False: the reply is not drawn, the
+    /// polling goes on.
+    virtual bool onResultExInfo(QList<QString> const& lines);
+
+protected:
+    void moveEvent(QMoveEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+
+    void setUpDescription(QString const& desc);
+    void setUpPlot(QString const& title, QString const& xLabel, double xMin, double xMax, int resolution, int decimalX,
+        QString const& desc);
+    void showDemonstration(int resolution);
+    bool showRows(QByteArray const& payload);
+    bool showPairs(QString const& replyText, QByteArray const& payload);
+
+    std::unique_ptr<Ui::Graph1DDialog> ui;
+    TarnisSession* session = nullptr; ///< owned; null in the demonstration and after close
+    QString cmd;
+    int start;
+    int end;
+    bool pairMode; ///< the axis comes with each reply
+    bool extendLastBin = false; ///< widens a reply's axis by a bin, so that its upper end is inside
+    QTimer* timer = nullptr; ///< owned; null in the demonstration
+};

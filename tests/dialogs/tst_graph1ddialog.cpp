@@ -1,0 +1,634 @@
+// The live 1D window against a scripted server.
+#include "dialogs/livewindow.h"
+
+#include <tarnis/dialogs/graph1ddialog.h>
+#include <tarnis/plots/multivectorgraphwidget.h>
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDeadlineTimer>
+#include <QLabel>
+#include <QLayout>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTest>
+#include <QToolButton>
+
+#include <cmath>
+
+using namespace tarnis::testing;
+
+namespace {
+
+struct Options {
+    double xMin = 0.0;
+    double xMax = 100.0;
+    int resolution = 1;
+    QString desc = "Ch";
+    QStringList initCmds;
+    int start = 0;
+    int end = 1;
+};
+
+/// A window with access to its inside, deleted by the test unless it has deleted itself.
+class Window : public Graph1DDialog {
+public:
+    explicit Window(TarnisSession* model, const Options& options = {})
+        : Graph1DDialog(model, "Title", "Time", options.xMin, options.xMax, options.resolution, 2, options.desc,
+            options.initCmds, "hist", options.start, options.end, nullptr)
+    {
+    }
+    using Graph1DDialog::extendLastBin;
+    using Graph1DDialog::pairMode;
+    using Graph1DDialog::session;
+    using Graph1DDialog::timer;
+
+    bool drawReplies = true;
+    QList<QStringList> seenLines;
+
+    bool onResultExInfo(const QList<QString>& lines) override
+    {
+        seenLines.append(lines);
+        return Graph1DDialog::onResultExInfo(lines) && drawReplies;
+    }
+    template <typename Widget> Widget& part(const char* name) { return *findChild<Widget*>(QLatin1String(name)); }
+    QList<double> series(int index)
+    {
+        QList<double> values;
+        if (!getGraphWidget()->getData(index, values))
+            values = { -1 };
+        return values;
+    }
+};
+
+using WindowPointer = std::unique_ptr<Window>;
+
+WindowPointer shown(TarnisSession* model, const Options& options = {})
+{
+    auto window = std::make_unique<Window>(model, options);
+    window->setAttribute(Qt::WA_DeleteOnClose, false); // the test deletes it
+    window->show();
+    return window;
+}
+
+Options pairs()
+{
+    Options options;
+    options.xMax = 0.0;
+    options.end = 0;
+    return options;
+}
+
+} // namespace
+
+class TestGraph1DDialog : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void init() { QCoreApplication::setApplicationName("live test"); }
+
+    void methodOrder()
+    {
+        QCOMPARE(methodsOf(Graph1DDialog::staticMetaObject),
+            QStringList({ "onGraphUpdated()", "update()", "result(PTarnisCmd,QByteArray)", "error(int,QString)",
+                "onAutoUpdateToggled(bool)", "onTypeChanged(QString)", "onTimeout()" }));
+    }
+
+    void form()
+    {
+        ScriptedServer server;
+        Model model(server);
+        const WindowPointer window = shown(&model);
+        QCOMPARE(window->windowTitle(), "Title");
+        QCOMPARE(window->size(), QSize(567, 361));
+        QVERIFY(
+            Graph1DDialog(nullptr, "", "", 0, 1, 1, 0, "", {}, "", 0, 0, nullptr).testAttribute(Qt::WA_DeleteOnClose));
+        QCOMPARE(window->part<QComboBox>("typeComboBox").count(), 2);
+        QCOMPARE(window->part<QComboBox>("typeComboBox").itemText(0), "Each");
+        QCOMPARE(window->part<QComboBox>("typeComboBox").itemText(1), "All");
+        QCOMPARE(window->part<QToolButton>("toolButton").text(), "...");
+        QCOMPARE(window->part<QLabel>("descLabel").text(), "Ch 0-1");
+        QVERIFY(!window->part<QProgressBar>("progressBar").isVisible());
+        QVERIFY(!window->part<QLabel>("infoLabel").isVisible());
+        QVERIFY(window->isAutoUpdate() && Graph1DDialog::initialAutoUpdate);
+        const auto& plot = window->part<MultiVectorGraphWidget>("graphWidget");
+        QCOMPARE(&plot, window->getGraphWidget());
+        QCOMPARE(plot.sizePolicy().horizontalPolicy(), QSizePolicy::Preferred);
+        QCOMPARE(plot.sizePolicy().verticalPolicy(), QSizePolicy::Expanding);
+        QCOMPARE(plot.getNameX(), "Time");
+        QCOMPARE(plot.getNameY(), "Intensity");
+        QCOMPARE(plot.m_groupSize, 1);
+        QCOMPARE(plot.m_firstNumber, 0);
+        QCOMPARE(plot.m_groupName, "Ch");
+        QCOMPARE(plot.getDecimalX(), 2);
+        QVERIFY(plot.m_doubleBuffered);
+        QCOMPARE(window->timer->interval(), 1000);
+        QVERIFY(window->timer->isSingleShot() && !window->timer->isActive());
+    }
+
+    void singleRowHasNoChoice_data()
+    {
+        QTest::addColumn<QString>("desc");
+        QTest::newRow("with description") << " Sum ";
+        QTest::newRow("without") << "  ";
+    }
+
+    void singleRowHasNoChoice()
+    {
+        QFETCH(QString, desc);
+        Options options;
+        options.desc = desc;
+        options.end = options.start = 3;
+        const WindowPointer window = shown(nullptr, options);
+        QVERIFY(!window->part<QComboBox>("typeComboBox").isVisible());
+        QVERIFY(!window->part<QToolButton>("toolButton").isVisible());
+        QCOMPARE(window->part<QLabel>("descLabel").text(), desc.trimmed());
+        QCOMPARE(window->part<QLabel>("descLabel").isVisible(), !desc.trimmed().isEmpty());
+        QLayout* const row = window->findChild<QLayout*>("horizontalLayout");
+        int spacerWidth = -1;
+        for (int i = 0; i < row->count(); ++i) {
+            if (QSpacerItem* const spacer = row->itemAt(i)->spacerItem())
+                spacerWidth = spacer->sizeHint().width();
+        }
+        QCOMPARE(spacerWidth, desc.trimmed().isEmpty() ? 0 : 40);
+    }
+
+    void demonstration()
+    {
+        Options options;
+        options.resolution = 1000;
+        options.end = 2;
+        const WindowPointer window = shown(nullptr, options);
+        QVERIFY(!window->timer && !window->session);
+        QCOMPARE(window->series(2).size(), 10);
+        QCOMPARE(window->series(2).at(9), 9.0 * 3 * 0.111);
+        QCOMPARE(window->series(3), QList<double>({})); // one of the plot's first records
+        window->update(); // harmless
+        window->setAutoUpdate(false);
+        window->setAutoUpdate(true);
+        window->setCmd("other");
+        options.resolution = 0; // counts as 1
+        QCOMPARE(shown(nullptr, options)->series(0).size(), 10000);
+        options.resolution = -5;
+        QCOMPARE(shown(nullptr, options)->series(0).size(), 0);
+    }
+
+    void pairModeNeedsBothEndsAtZero_data()
+    {
+        QTest::addColumn<double>("xMin");
+        QTest::addColumn<double>("xMax");
+        QTest::addColumn<bool>("pairMode");
+        QTest::newRow("zeros") << 0.0 << 0.0 << true;
+        QTest::newRow("just within") << 2.220446049250313e-16 << -2.220446049250313e-16 << true;
+        QTest::newRow("just beyond") << 0.0 << 2.3e-16 << false;
+        QTest::newRow("one end") << -1.0 << 0.0 << false;
+    }
+
+    void pairModeNeedsBothEndsAtZero()
+    {
+        QFETCH(double, xMin);
+        QFETCH(double, xMax);
+        QFETCH(bool, pairMode);
+        Options options;
+        options.xMin = xMin;
+        options.xMax = xMax;
+        QCOMPARE(shown(nullptr, options)->pairMode, pairMode);
+    }
+
+    // --- the chain
+
+    void pollsAgainAndAgain()
+    {
+        ScriptedServer server;
+        server.answer("hist", { Step::binary(bytesOf({ 1, 2, 3, 4 }), "OK:\n") });
+        Model model(server);
+        const WindowPointer window = shown(&model);
+        QSignalSpy updated(window.get(), &Graph1DDialog::onGraphUpdated);
+        QVERIFY(eventually([&] { return updated.count() == 1; }));
+        QVERIFY(window->timer->isActive());
+        QCOMPARE(window->series(0), QList<double>({ 1, 3 }));
+        QCOMPARE(window->series(1), QList<double>({ 2, 4 }));
+        QVERIFY(eventually([&] { return updated.count() == 3; }));
+        QCOMPARE(server.connectionCount(), 1);
+    }
+
+    void initialCommandsGoFirst()
+    {
+        ScriptedServer server;
+        server.answer("hist", { Step::binary(QByteArray(), "OK:\n") });
+        Model model(server);
+        Options options;
+        options.initCmds = { "setting rate:1", "clear" };
+        const WindowPointer window = shown(&model, options);
+        // Without events: connected() would poll, and drop what is queued.
+        const QDeadlineTimer deadline(20000);
+        while (server.requests().size() < 2 && !deadline.hasExpired())
+            QThread::msleep(1);
+        QVERIFY(server.waitForRequest("hist"));
+        QCOMPARE(server.requests().first(3), QList<QByteArray>({ "setting rate:1", "clear", "hist" }));
+    }
+
+    void connectingPollsInsteadOfWhatIsStillQueued()
+    {
+        ScriptedServer server({ Step::hold("greeting"), Step::text("hello"), Step::serve() });
+        server.answer("hist", { Step::binary(QByteArray(), "OK:\n") });
+        Model model(server);
+        Options options;
+        options.initCmds = { "a", "b" };
+        const WindowPointer window = shown(&model, options);
+        QVERIFY(server.waitForHold("greeting"));
+        server.open("greeting");
+        QVERIFY(server.waitForRequest("hist"));
+        const QList<QByteArray> before = server.requests().first(server.requests().indexOf("hist"));
+        QCOMPARE(before, QList<QByteArray>({ "a", "b" }).first(before.size()));
+    }
+
+    void refusedInitialCommandClosesTheWindow()
+    {
+        ScriptedServer server;
+        Model model(server);
+        BoxWatch boxes;
+        const WindowPointer window = shown(&model);
+        window->result(answered("start %1", false, QString()), "NG: n\xc3\xb6 %2");
+        QCOMPARE(boxes.texts, QStringList(QStringLiteral(">>> start %1\n<<< NG: nö %2")));
+        QCOMPARE(boxes.titles, QStringList("live test"));
+        QCOMPARE(boxes.icons.value(0), QMessageBox::Warning);
+        QVERIFY(!window->isVisible());
+        QVERIFY(!window->session);
+        QVERIFY(!window->timer->isActive());
+    }
+
+    void acceptedInitialCommandChangesNothing()
+    {
+        ScriptedServer server;
+        Model model(server);
+        const WindowPointer window = shown(&model);
+        window->setInfoText("old");
+        window->result(answered("start", false, QString()), "OK:");
+        QVERIFY(window->isVisible() && !window->timer->isActive());
+        QVERIFY(!window->part<QLabel>("infoLabel").isVisible()); // a text reply clears the complaints too
+    }
+
+    void refusedPollShowsItsComplaint()
+    {
+        ScriptedServer server;
+        server.answerInTurn("hist",
+            { { Step::binary(QByteArray(), "note\n  NG: no such histogram\n NG: really\n") },
+                { Step::binary(bytesOf({ 1, 2 }), "OK:\n") } });
+        Model model(server);
+        const WindowPointer window = shown(&model);
+        auto& label = window->part<QLabel>("infoLabel");
+        QVERIFY(eventually([&] { return label.text() == "NG: no such histogram\nNG: really"; }));
+        QVERIFY(label.isVisible());
+        QVERIFY(eventually([&] { return label.text().isEmpty() && !label.isVisible(); })); // the next reply clears it
+        QCOMPARE(window->seenLines.value(0), QStringList({ "note", "NG: no such histogram", "NG: really" }));
+    }
+
+    void subclassMayRefuseTheReply()
+    {
+        ScriptedServer server;
+        Model model(server);
+        const WindowPointer window = shown(&model);
+        window->drawReplies = false;
+        QSignalSpy updated(window.get(), &Graph1DDialog::onGraphUpdated);
+        window->result(answered("hist", true, "OK:"), bytesOf({ 1, 2 }));
+        QVERIFY(window->timer->isActive());
+        QVERIFY(updated.isEmpty());
+        window->timer->stop();
+        window->result(answered("start", false, QString()), "NG: no"); // before the branch on text: no box
+        QVERIFY(window->timer->isActive() && window->isVisible());
+    }
+
+    void hiddenWindowDropsTheReply()
+    {
+        ScriptedServer server;
+        Model model(server);
+        const WindowPointer window = shown(&model);
+        window->hide();
+        window->result(answered("hist", true, "OK:"), bytesOf({ 1, 2 }));
+        QVERIFY(!window->timer->isActive());
+        QVERIFY(window->seenLines.isEmpty());
+        QVERIFY(window->series(0).isEmpty());
+    }
+
+    void autoUpdateOffEndsTheChainAndOnRestartsIt()
+    {
+        ScriptedServer server;
+        server.answer("hist", { Step::binary(bytesOf({ 1, 2 }), "OK:\n") });
+        Model model(server);
+        const WindowPointer window = shown(&model);
+        QVERIFY(eventually([&] { return window->timer->isActive(); }));
+        window->part<QCheckBox>("autoUpdateCheckBox").click();
+        QVERIFY(window->timer->isActive()); // runs out, and onTimeout() then sends nothing
+        QVERIFY(eventually([&] { return !window->timer->isActive(); }));
+        const auto sent = server.requests().size();
+        window->onTimeout();
+        QCOMPARE(server.requests().size(), sent);
+        window->part<QCheckBox>("autoUpdateCheckBox").click();
+        QVERIFY(server.waitForRequests(int(sent) + 1));
+    }
+
+    void updateButtonPollsOnce()
+    {
+        ScriptedServer server;
+        server.answer("hist", { Step::binary(bytesOf({ 1, 2 }), "OK:\n") });
+        Model model(server);
+        const WindowPointer window = shown(&model);
+        window->setAutoUpdate(false);
+        window->part<QPushButton>("updatePushButton").click();
+        QVERIFY(eventually([&] { return window->series(0) == QList<double>({ 1 }); }));
+    }
+
+    void setCmdPollsTheNewCommand()
+    {
+        ScriptedServer server;
+        server.answerOthers([](const std::string&) { return Script { Step::binary(QByteArray(), "OK:\n") }; });
+        Model model(server);
+        const WindowPointer window = shown(&model);
+        QVERIFY(server.waitForRequest("hist"));
+        window->setCmd("other");
+        QVERIFY(server.waitForRequest("other"));
+        window->setAutoUpdate(false);
+    }
+
+    void onePollOnlyIsUnderWay()
+    {
+        ScriptedServer server;
+        server.answer("hist", { Step::hold("reply"), Step::binary(bytesOf({ 1, 2 }), "OK:\n") });
+        Model model(server);
+        const WindowPointer window = shown(&model);
+        QVERIFY(server.waitForHold("reply"));
+        for (int i = 0; i < 20; ++i)
+            window->update();
+        window->setAutoUpdate(false); // cancels what is queued
+        server.open("reply");
+        QVERIFY(eventually([&] { return window->series(0) == QList<double>({ 1 }); }));
+        QCOMPARE(server.requests().size(), 1);
+    }
+
+    void closingInMidReply()
+    {
+        ScriptedServer server;
+        server.answer("hist", { Step::raw(QByteArray("\x10\0\0\0", 4)), Step::hold("rest"), Step::raw("12345678") });
+        Model model(server);
+        QPointer<Window> window = new Window(&model);
+        window->show();
+        QVERIFY(server.waitForHold("rest"));
+        window->close();
+        server.open("rest");
+        QVERIFY(eventually([&] { return window.isNull(); })); // deletes itself
+        QVERIFY(server.waitUntilDeserted());
+    }
+
+    void closingWhileGreeting()
+    {
+        ScriptedServer server({ Step::silence() });
+        Model model(server);
+        BoxWatch boxes;
+        QPointer<Window> window = new Window(&model);
+        window->show();
+        QVERIFY(server.waitForConnections(1));
+        window->close();
+        QVERIFY(eventually([&] { return window.isNull(); }));
+        QVERIFY(boxes.texts.isEmpty()); // no box on a closed window
+    }
+
+    void socketErrorIsToldAndTheWindowStays()
+    {
+        ScriptedServer server({ Step::drop() });
+        Model model(server);
+        BoxWatch boxes;
+        const WindowPointer window = shown(&model);
+        QVERIFY(eventually([&] { return !boxes.texts.isEmpty(); }));
+        QCOMPARE(boxes.icons.value(0), QMessageBox::Information);
+        QVERIFY(window->isVisible());
+        QVERIFY(!window->timer->isActive());
+    }
+
+    void mayBeDeletedWhileItsBoxIsOpen_data()
+    {
+        QTest::addColumn<bool>("pairMode");
+        QTest::addColumn<bool>("binary");
+        QTest::addColumn<QByteArray>("payload");
+        QTest::newRow("refusal") << false << false << QByteArray("NG: no");
+        QTest::newRow("parse failure") << true << true << QByteArray();
+        QTest::newRow("invalid index") << true << true << bytesOf({ 50, 1 });
+    }
+
+    void mayBeDeletedWhileItsBoxIsOpen()
+    {
+        QFETCH(bool, pairMode);
+        QFETCH(bool, binary);
+        QFETCH(QByteArray, payload);
+        ScriptedServer server;
+        Model model(server);
+        QPointer<Window> window = new Window(&model, pairMode ? pairs() : Options());
+        window->show();
+        BoxWatch boxes;
+        // The box is the window's child: it goes with it.
+        boxes.whileOpen = [&] { window->deleteLater(); };
+        window->result(answered("hist", binary, payload.isEmpty() ? "nothing" : "a (0 10 5)"), payload);
+        QCOMPARE(boxes.texts.size(), 1);
+        QVERIFY(eventually([&] { return window.isNull(); }));
+    }
+
+    // --- the row format
+
+    void rows_data()
+    {
+        QTest::addColumn<QByteArray>("payload");
+        QTest::addColumn<QList<double>>("first");
+        QTest::addColumn<QList<double>>("second");
+        QTest::newRow("sample-major") << bytesOf({ 1, 2, 3, 4, 5, 6 }) << QList<double>({ 1, 3, 5 })
+                                      << QList<double>({ 2, 4, 6 });
+        QTest::newRow("remainder dropped")
+            << bytesOf({ 1, 2, 3 }) + "abc" << QList<double>({ 1 }) << QList<double>({ 2 });
+        QTest::newRow("empty") << QByteArray() << QList<double>() << QList<double>();
+        QTest::newRow("less than a sample") << bytesOf({ 1 }) << QList<double>() << QList<double>();
+    }
+
+    void rows()
+    {
+        QFETCH(QByteArray, payload);
+        QFETCH(QList<double>, first);
+        QFETCH(QList<double>, second);
+        ScriptedServer server;
+        Model model(server);
+        const WindowPointer window = shown(&model);
+        QSignalSpy updated(window.get(), &Graph1DDialog::onGraphUpdated);
+        window->result(answered("hist", true, "OK:\n"), payload);
+        QCOMPARE(window->series(0), first);
+        QCOMPARE(window->series(1), second);
+        QCOMPARE(window->series(2), QList<double>({ -1 })); // no record behind the last row
+        QCOMPARE(updated.count(), 1);
+        QVERIFY(window->timer->isActive());
+    }
+
+    void peakOfARowStartsFromZero()
+    {
+        ScriptedServer server;
+        Model model(server);
+        Options options;
+        options.end = 0;
+        const WindowPointer window = shown(&model, options);
+        window->result(answered("hist", true, "OK:\n"), bytesOf({ -5, -3 }));
+        QCOMPARE(window->getGraphWidget()->getMaxValue(), 0.0);
+        window->result(answered("hist", true, "OK:\n"), bytesOf({ -5, 7, 3 }));
+        QCOMPARE(window->getGraphWidget()->getMaxValue(), 7.0);
+    }
+
+    // --- the pair format
+
+    void pairsFillTheirBins()
+    {
+        ScriptedServer server;
+        Model model(server);
+        const WindowPointer window = shown(&model, pairs());
+        QSignalSpy updated(window.get(), &Graph1DDialog::onGraphUpdated);
+        window->result(answered("hist", true, "OK: t (10 20 5)\n"), bytesOf({ 14, 8, 10, 3, 99 }));
+        QCOMPARE(window->series(0), QList<double>({ 3, 0, 8, 0, 0 }));
+        double min = 0;
+        double max = 0;
+        window->getGraphWidget()->getMinMaxX(min, max);
+        QCOMPARE(min, 10.0);
+        QCOMPARE(max, 20.0);
+        QCOMPARE(updated.count(), 1);
+        QVERIFY(window->timer->isActive());
+    }
+
+    void upperEndIsBeyondTheLastBin()
+    {
+        ScriptedServer server;
+        Model model(server);
+        BoxWatch boxes;
+        const WindowPointer window = shown(&model, pairs());
+        window->result(answered("hist", true, "OK: (0 4 5)"), bytesOf({ 4, 1 }));
+        QCOMPARE(boxes.texts, QStringList("Invalid index!"));
+        QCOMPARE(boxes.icons.value(0), QMessageBox::Warning);
+        QVERIFY(!window->timer->isActive());
+        double min = 0;
+        double max = 0;
+        window->getGraphWidget()->getMinMaxX(min, max);
+        QCOMPARE(max, 4.0); // the axis has changed all the same
+        window->extendLastBin = true;
+        window->result(answered("hist", true, "OK: (0 4 5)"), bytesOf({ 4, 1 }));
+        QCOMPARE(window->series(0), QList<double>({ 0, 0, 0, 0, 1 }));
+        window->getGraphWidget()->getMinMaxX(min, max);
+        QCOMPARE(max, 5.0);
+    }
+
+    void parseFailureIsToldAndKeepsThePlot()
+    {
+        ScriptedServer server;
+        Model model(server);
+        BoxWatch boxes;
+        const WindowPointer window = shown(&model, pairs());
+        window->result(answered("hist", true, "OK: (0 4 4)"), bytesOf({ 1, 7 }));
+        window->timer->stop();
+        window->result(answered("hist", true, "OK: 0 4 4"), bytesOf({ 2, 9 }));
+        QCOMPARE(boxes.texts, QStringList("failed to parse information - 'OK: 0 4 4'"));
+        QCOMPARE(boxes.icons.value(0), QMessageBox::Information);
+        QCOMPARE(boxes.titles, QStringList("live test"));
+        QCOMPARE(window->series(0), QList<double>({ 0, 7, 0, 0 }));
+        QVERIFY(!window->timer->isActive());
+    }
+
+    void oddPairReplies_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QList<double>>("payload");
+        QTest::addColumn<int>("boxes");
+        QTest::newRow("no bins, no pairs") << "a (0 1 0)" << QList<double>() << 0;
+        QTest::newRow("no bins, a pair") << "a (0 1 0)" << QList<double>({ 0, 1 }) << 1;
+        QTest::newRow("negative bins") << "a (0 1 -3)" << QList<double>({ 0, 1 }) << 1;
+        QTest::newRow("equal ends") << "a (1 1 3)" << QList<double>({ 1, 1 }) << 1;
+        QTest::newRow("reversed ends") << "a (4 0 4)" << QList<double>({ 4, 1 }) << 0;
+        QTest::newRow("not a number") << "a (x nan 4)" << QList<double>({ std::nan(""), 1 }) << 1;
+        QTest::newRow("more pairs than bins") << "a (0 2 2)" << QList<double>({ 0, 1, 0, 2, 0, 3, 0, 4 }) << 0;
+        QTest::newRow("bins beyond memory") << "a (0 2 2000000000)" << QList<double>({ 0, 1 }) << 1;
+    }
+
+    void oddPairReplies()
+    {
+        QFETCH(QString, text);
+        QFETCH(QList<double>, payload);
+        QFETCH(int, boxes);
+        ScriptedServer server;
+        Model model(server);
+        BoxWatch watch;
+        const WindowPointer window = shown(&model, pairs());
+        window->result(answered("hist", true, text), bytesOf(payload));
+        QCOMPARE(watch.texts.size(), boxes);
+        QCOMPARE(window->timer->isActive(), boxes == 0);
+        window->grab(); // paints whatever the axis has become
+    }
+
+    // --- controls
+
+    void typeChoosesWhatIsDrawn()
+    {
+        class Plot : public MultiVectorGraphWidget {
+        public:
+            using MultiVectorGraphWidget::m_addType;
+        };
+        ScriptedServer server;
+        Model model(server);
+        const WindowPointer window = shown(&model);
+        const auto type = [&] { return static_cast<Plot*>(window->getGraphWidget())->m_addType; };
+        QCOMPARE(type(), MultiVectorGraphWidget::AddEachGroup);
+        window->part<QComboBox>("typeComboBox").setCurrentIndex(1);
+        QCOMPARE(type(), MultiVectorGraphWidget::AddAll);
+        window->part<QComboBox>("typeComboBox").setCurrentIndex(0);
+        QCOMPARE(type(), MultiVectorGraphWidget::AddEachGroup);
+        window->onTypeChanged("each");
+        QCOMPARE(type(), MultiVectorGraphWidget::AddAll);
+    }
+
+    void progressAndInformation()
+    {
+        const WindowPointer window = shown(nullptr);
+        auto& bar = window->part<QProgressBar>("progressBar");
+        window->setProgressInfo(true, 29, 100);
+        QVERIFY(bar.isVisible());
+        QCOMPARE(bar.value(), 28);
+        QCOMPARE(bar.maximum(), 100);
+        window->setProgressInfo(true, 5, 0);
+        QCOMPARE(bar.value(), 0);
+        window->setProgressInfo(false, 1, 1);
+        QVERIFY(!bar.isVisible());
+        window->setInfoText("  words \n");
+        QCOMPARE(window->part<QLabel>("infoLabel").text(), "words");
+        QVERIFY(window->part<QLabel>("infoLabel").isVisible());
+        window->setInfoText(" ");
+        QVERIFY(!window->part<QLabel>("infoLabel").isVisible());
+    }
+
+    void updateControlsGoTogether()
+    {
+        const WindowPointer window = shown(nullptr);
+        auto& button = window->part<QPushButton>("updatePushButton");
+        auto& box = window->part<QCheckBox>("autoUpdateCheckBox");
+        window->setVisibleUpdateControls(false);
+        QVERIFY(!button.isVisible() && !box.isVisible());
+        window->setVisibleUpdateControls(true);
+        QVERIFY(button.isVisible() && box.isVisible());
+        window->setEnabledUpdateControls(false);
+        QVERIFY(!button.isEnabled() && !box.isEnabled());
+        window->setEnabledUpdateControls(true);
+        QVERIFY(button.isEnabled() && box.isEnabled());
+    }
+
+    void languageChangePutsThePlaceholdersBack()
+    {
+        const WindowPointer window = shown(nullptr);
+        QEvent event(QEvent::LanguageChange);
+        QApplication::sendEvent(window.get(), &event);
+        QCOMPARE(window->windowTitle(), "Dialog");
+        QCOMPARE(window->part<QLabel>("descLabel").text(), "desc");
+        QCOMPARE(window->part<QLabel>("infoLabel").text(), "infoLabel");
+        QCOMPARE(window->part<QComboBox>("typeComboBox").count(), 2);
+    }
+};
+
+QTEST_MAIN(TestGraph1DDialog)
+#include "tst_graph1ddialog.moc"
