@@ -1,0 +1,41 @@
+// One least-squares problem, run through mpfit and through cminpack's lmdif, with the same figures from both.
+#pragma once
+
+#include <tarnis/peak/mpfit.h>
+
+#include <functional>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace tarnis::testing {
+
+/// Writes the residuals at the parameters x to r.
+using Residuals = std::function<void(std::span<const double> x, std::span<double> r)>;
+
+struct LeastSquaresProblem {
+    std::string name;
+    int m = 0;
+    std::vector<double> start;
+    Residuals residuals;
+};
+
+struct FitSettings {
+    double tolerance = 0.0; ///< ftol, xtol and gtol; 0: 1e-10, mpfit's default
+    double epsfcn = 0.0; ///< 0: each fitter's own machine precision
+    int maxiter = 0; ///< of mpfit; 0: its default. lmdif runs to 20000 calls.
+};
+
+struct FitReport {
+    int status = 0;
+    int nfev = 0; ///< without mpfit's final call
+    std::vector<double> x;
+    std::vector<double> error; ///< standard deviations, scaled by that of the residuals
+    double sumOfSquares = 0.0; ///< computed anew at x
+    std::vector<std::vector<double>> calls; ///< the parameters of each call, in order; without mpfit's final one
+};
+
+FitReport runMpfit(const LeastSquaresProblem& problem, const FitSettings& settings);
+FitReport runLmdif(const LeastSquaresProblem& problem, const FitSettings& settings);
+
+} // namespace tarnis::testing

@@ -1,0 +1,18 @@
+// The least-squares test problems of J. J. More, B. S. Garbow, K. E. Hillstrom, "Testing Unconstrained Optimization
+// Software", ACM Transactions on Mathematical Software 7 (1981), 17-41, numbered and named as there.
+#pragma once
+
+#include "fitrunners.h"
+
+#include <vector>
+
+namespace tarnis::testing {
+
+struct MghProblem {
+    LeastSquaresProblem fit; ///< from the standard starting point
+    std::vector<double> minima; ///< the published sums of squares, local ones included
+};
+
+std::vector<MghProblem> mghProblems();
+
+} // namespace tarnis::testing
