@@ -55,6 +55,7 @@ FitReport runMpfit(const LeastSquaresProblem& problem, const FitSettings& settin
     config.ftol = config.xtol = config.gtol = settings.tolerance;
     config.epsfcn = settings.epsfcn;
     config.maxiter = settings.maxiter;
+    config.maxfev = settings.maxfev;
     mp_result result {};
     result.xerror = report.error.data();
     report.status = mpfit(mpfitResiduals, problem.m, int(report.x.size()), report.x.data(), nullptr, &config, &recorder,
@@ -76,9 +77,8 @@ FitReport runLmdif(const LeastSquaresProblem& problem, const FitSettings& settin
     report.error.resize(size);
     std::vector<double> fvec(m), diag(size), fjac(m * size), qtf(size), wa1(size), wa2(size), wa3(size), wa4(m);
     std::vector<int> ipvt(size);
-    const double tolerance = settings.tolerance > 0.0 ? settings.tolerance : 1e-10;
-    report.status = lmdif(lmdifResiduals, &recorder, problem.m, n, report.x.data(), fvec.data(), tolerance, tolerance,
-        tolerance, 20000, settings.epsfcn, diag.data(), 1, 100.0, 0, &report.nfev, fjac.data(), problem.m, ipvt.data(),
+    report.status = lmdif(lmdifResiduals, &recorder, problem.m, n, report.x.data(), fvec.data(), settings.tolerance,
+        settings.tolerance, settings.tolerance, settings.maxfev, lmdifPrecision, diag.data(), 1, 100.0, 0, &report.nfev, fjac.data(), problem.m, ipvt.data(),
         qtf.data(), wa1.data(), wa2.data(), wa3.data(), wa4.data());
     covar(n, fjac.data(), problem.m, ipvt.data(), 1e-14, wa1.data());
     for (std::size_t j = 0; j < size; ++j)

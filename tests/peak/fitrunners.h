@@ -21,10 +21,15 @@ struct LeastSquaresProblem {
 };
 
 struct FitSettings {
-    double tolerance = 0.0; ///< ftol, xtol and gtol; 0: 1e-10, mpfit's default
-    double epsfcn = 0.0; ///< 0: each fitter's own machine precision
-    int maxiter = 0; ///< of mpfit; 0: its default. lmdif runs to 20000 calls.
+    double tolerance = 1e-10; ///< ftol, xtol and gtol
+    double epsfcn = 0.0; ///< of mpfit; 0: its default. lmdif takes its own machine precision.
+    int maxiter = 100000; ///< of mpfit; lmdif has no such limit
+    int maxfev = 20000; ///< of both
 };
+
+/// With this as epsfcn both fitters take the same finite differences. mpfit's default is smaller by 2e-8, which moves the
+/// last bits of each point of a difference.
+inline constexpr double lmdifPrecision = 2.220446049250313e-16;
 
 struct FitReport {
     int status = 0;

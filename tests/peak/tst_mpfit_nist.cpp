@@ -21,7 +21,7 @@ double digits(double value, double certified)
     if (value == certified)
         return certifiedDigits;
     const double error = std::fabs(value - certified) / std::fabs(certified);
-    return std::isnan(error) ? 0.0 : std::clamp(-std::log10(error), 0.0, certifiedDigits);
+    return std::isnan(error) || error >= 1.0 ? 0.0 : std::min(-std::log10(error), certifiedDigits);
 }
 
 double fewestDigits(const std::vector<double>& values, const std::vector<double>& certified)
@@ -44,6 +44,27 @@ Digits reached(const FitReport& report, const NistProblem& problem)
         digits(report.sumOfSquares, problem.residualSumOfSquares) };
 }
 
+void print(const char* who, const Digits& d, const FitReport& report)
+{
+    std::printf("  %s %4.1f %4.1f %4.1f  status %d %5d calls", who, d.parameters, d.deviations, d.sum, report.status,
+        report.nfev);
+}
+
+bool isAtLeast(const Digits& a, const Digits& b)
+{
+    return a.parameters >= b.parameters && a.deviations >= b.deviations && a.sum >= b.sum;
+}
+
+// Starts from which neither fitter gets to the certified values, and why.
+QString reasonForFailure(const std::string& name, int start)
+{
+    if (name == "BoxBOD" && start == 0) {
+        return QStringLiteral("the first step takes b2 to where exp(-b2 x) vanishes at all x; the residuals do not depend"
+                              " on b2 there, and b1 comes out as the mean of y");
+    }
+    return {};
+}
+
 } // namespace
 
 class TestMpfitNist : public QObject {
@@ -52,6 +73,8 @@ class TestMpfitNist : public QObject {
 private Q_SLOTS:
     void reachesTheDigitsOfLmdif_data();
     void reachesTheDigitsOfLmdif();
+    void needsMoreThanTheDefaultIterations_data();
+    void needsMoreThanTheDefaultIterations();
 };
 
 void TestMpfitNist::reachesTheDigitsOfLmdif_data()
@@ -62,6 +85,8 @@ void TestMpfitNist::reachesTheDigitsOfLmdif_data()
     const auto folder = sharedData(QStringLiteral("nist"));
     if (!folder)
         QSKIP("no ../shared/data/nist");
+    std::printf("Digits of parameters, standard deviations, residual sum. First mpfit with its own difference step, then"
+                " with lmdif's, then lmdif.\n");
     for (const bool tight : { false, true }) {
         for (const QFileInfo& file : QDir(*folder).entryInfoList({ QStringLiteral("*.dat") }, QDir::Files)) {
             for (int start = 0; start < 2; ++start) {
@@ -80,22 +105,53 @@ void TestMpfitNist::reachesTheDigitsOfLmdif()
     QFETCH(bool, tight);
     const NistProblem problem = readNistProblem(path);
     const LeastSquaresProblem fit = problem.from(std::size_t(start));
-    FitSettings settings;
-    if (tight) {
-        settings.tolerance = 1e-15;
-        settings.maxiter = 5000;
-    }
-    settings.epsfcn = 2.220446049250313e-16; settings.maxiter=5000;
-    const FitReport ours = runMpfit(fit, settings);
-    settings.epsfcn=0;
-    const FitReport peers = runLmdif(fit, settings);
-    const Digits own = reached(ours, problem);
-    const Digits theirs = reached(peers, problem);
-    size_t k=0; for(;k<std::min(ours.calls.size(),peers.calls.size());++k) if(ours.calls[k]!=peers.calls[k]) break;
-    std::printf("%zu/%zu/%zu ",k,ours.calls.size(),peers.calls.size());
-    std::printf("%-9s %d %-8s mpfit %4.1f %4.1f %4.1f status %d calls %5d   lmdif %4.1f %4.1f %4.1f status %d calls %5d\n",
-        problem.name.c_str(), start + 1, tight ? "tight" : "default", own.parameters, own.deviations, own.sum,
-        ours.status, ours.nfev, theirs.parameters, theirs.deviations, theirs.sum, peers.status, peers.nfev);
+    const double tolerance = tight ? 1e-15 : 1e-10;
+    const FitReport ownStep = runMpfit(fit, { .tolerance = tolerance });
+    const FitReport sameStep = runMpfit(fit, { .tolerance = tolerance, .epsfcn = lmdifPrecision });
+    const FitReport lmdif = runLmdif(fit, { .tolerance = tolerance });
+    const Digits own = reached(ownStep, problem);
+    const Digits same = reached(sameStep, problem);
+    const Digits theirs = reached(lmdif, problem);
+    std::printf("%-8s %d %-7s", problem.name.c_str(), start + 1, tight ? "tight" : "default");
+    print("own step", own, ownStep);
+    print("same step", same, sameStep);
+    print("lmdif", theirs, lmdif);
+    std::printf("\n");
+
+    const Digits wanted { theirs.parameters - 0.5, theirs.deviations - 0.5, theirs.sum - 0.5 };
+    QVERIFY(isAtLeast(same, wanted));
+    QCOMPARE(sameStep.nfev, lmdif.nfev);
+    QVERIFY(sameStep.x == lmdif.x);
+    // The last digits of a fit by differences are the rounding of the differences: with another step they are others.
+    const Digits certain { std::min(4.0, wanted.parameters), std::min(3.5, wanted.deviations),
+        std::min(8.0, wanted.sum) };
+    QVERIFY(isAtLeast(own, certain));
+
+    const QString reason = reasonForFailure(problem.name, start);
+    QCOMPARE(theirs.parameters < 4.0, !reason.isEmpty());
+    QCOMPARE(own.parameters < 4.0, !reason.isEmpty());
+    if (!reason.isEmpty())
+        std::printf("         neither: %s\n", qPrintable(reason));
+}
+
+void TestMpfitNist::needsMoreThanTheDefaultIterations_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::newRow("MGH09") << QStringLiteral("MGH09");
+    QTest::newRow("MGH17") << QStringLiteral("MGH17");
+}
+
+// From their far starts these two creep along a valley: the default of 200 iterations ends them on the way.
+void TestMpfitNist::needsMoreThanTheDefaultIterations()
+{
+    QFETCH(QString, name);
+    const auto path = sharedData(QStringLiteral("nist/") + name + QStringLiteral(".dat"));
+    if (!path)
+        QSKIP("no ../shared/data/nist");
+    const NistProblem problem = readNistProblem(*path);
+    const FitReport report = runMpfit(problem.from(0), { .maxiter = 0 });
+    QCOMPARE(report.status, 5);
+    QVERIFY(reached(report, problem).parameters < 4.0);
 }
 
 QTEST_GUILESS_MAIN(TestMpfitNist)
