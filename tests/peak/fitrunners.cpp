@@ -58,8 +58,8 @@ FitReport runMpfit(const LeastSquaresProblem& problem, const FitSettings& settin
     config.maxfev = settings.maxfev;
     mp_result result {};
     result.xerror = report.error.data();
-    report.status = mpfit(mpfitResiduals, problem.m, int(report.x.size()), report.x.data(), nullptr, &config, &recorder,
-        &result);
+    report.status =
+        mpfit(mpfitResiduals, problem.m, int(report.x.size()), report.x.data(), nullptr, &config, &recorder, &result);
     report.nfev = result.nfev;
     report.calls = std::move(recorder.calls);
     complete(report, problem);
@@ -78,8 +78,8 @@ FitReport runLmdif(const LeastSquaresProblem& problem, const FitSettings& settin
     std::vector<double> fvec(m), diag(size), fjac(m * size), qtf(size), wa1(size), wa2(size), wa3(size), wa4(m);
     std::vector<int> ipvt(size);
     report.status = lmdif(lmdifResiduals, &recorder, problem.m, n, report.x.data(), fvec.data(), settings.tolerance,
-        settings.tolerance, settings.tolerance, settings.maxfev, lmdifPrecision, diag.data(), 1, 100.0, 0, &report.nfev, fjac.data(), problem.m, ipvt.data(),
-        qtf.data(), wa1.data(), wa2.data(), wa3.data(), wa4.data());
+        settings.tolerance, settings.tolerance, settings.maxfev, lmdifPrecision, diag.data(), 1, 100.0, 0, &report.nfev,
+        fjac.data(), problem.m, ipvt.data(), qtf.data(), wa1.data(), wa2.data(), wa3.data(), wa4.data());
     covar(n, fjac.data(), problem.m, ipvt.data(), 1e-14, wa1.data());
     for (std::size_t j = 0; j < size; ++j)
         report.error[j] = std::sqrt(std::max(0.0, fjac[j * m + j]));

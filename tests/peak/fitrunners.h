@@ -27,8 +27,8 @@ struct FitSettings {
     int maxfev = 20000; ///< of both
 };
 
-/// With this as epsfcn both fitters take the same finite differences. mpfit's default is smaller by 2e-8, which moves the
-/// last bits of each point of a difference.
+/// With this as epsfcn both fitters take the same finite differences. mpfit's default is smaller by 2e-8, which moves
+/// the last bits of each point of a difference.
 inline constexpr double lmdifPrecision = 2.220446049250313e-16;
 
 struct FitReport {

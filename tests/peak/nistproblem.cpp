@@ -47,8 +47,7 @@ const std::map<std::string, Model>& models()
 {
     static const std::map<std::string, Model> all {
         { "BoxBOD", saturation },
-        { "Chwirut2",
-            [](std::span<const double> b, double x) { return std::exp(-b[0] * x) / (b[1] + b[2] * x); } },
+        { "Chwirut2", [](std::span<const double> b, double x) { return std::exp(-b[0] * x) / (b[1] + b[2] * x); } },
         { "DanWood", [](std::span<const double> b, double x) { return b[0] * std::pow(x, b[1]); } },
         { "ENSO", seasons },
         { "Gauss1", twoPeaks },
@@ -69,8 +68,7 @@ const std::map<std::string, Model>& models()
                 return b[0] + b[1] * std::exp(-x * b[3]) + b[2] * std::exp(-x * b[4]);
             } },
         { "Misra1a", saturation },
-        { "Misra1b",
-            [](std::span<const double> b, double x) { return b[0] * (1 - 1 / square(1 + b[1] * x / 2)); } },
+        { "Misra1b", [](std::span<const double> b, double x) { return b[0] * (1 - 1 / square(1 + b[1] * x / 2)); } },
         { "Roszman1",
             [](std::span<const double> b, double x) {
                 return b[0] - b[1] * x - std::atan(b[2] / (x - b[3])) / std::numbers::pi;
@@ -141,8 +139,7 @@ NistProblem readNistProblem(const QString& path)
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
         refuse(path, "cannot be read");
-    const QStringList lines
-        = QString::fromLatin1(file.readAll()).remove(QLatin1Char('\r')).split(QLatin1Char('\n'));
+    const QStringList lines = QString::fromLatin1(file.readAll()).remove(QLatin1Char('\r')).split(QLatin1Char('\n'));
     NistProblem problem;
     problem.name = QFileInfo(path).completeBaseName().toStdString();
     if (!models().contains(problem.name))

@@ -1,5 +1,5 @@
-// Problems of the NIST Statistical Reference Datasets for non-linear regression: a file of that collection together with
-// its model.
+// Problems of the NIST Statistical Reference Datasets for non-linear regression: a file of that collection together
+// with its model.
 #pragma once
 
 #include "fitrunners.h"

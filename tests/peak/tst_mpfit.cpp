@@ -174,9 +174,7 @@ void TestMpfit::takesDefaultsOneByOne()
     FitCase plain = rosenbrockFrom(-1.2, 1.0);
     plain.run();
     FitCase spelt = rosenbrockFrom(-1.2, 1.0);
-    spelt.configure([](mp_config& c) {
-        c = { 1e-10, 1e-10, 1e-10, 2.220446e-16, 100.0, 1e-14, 200, 0, 1, 0, 0 };
-    });
+    spelt.configure([](mp_config& c) { c = { 1e-10, 1e-10, 1e-10, 2.220446e-16, 100.0, 1e-14, 200, 0, 1, 0, 0 }; });
     spelt.run();
     FitCase negative = rosenbrockFrom(-1.2, 1.0);
     negative.configure([](mp_config& c) { c = { -1.0, -1.0, -1.0, -1.0, -1.0, -1.0, -1, -1, -1, 0, -1 }; });

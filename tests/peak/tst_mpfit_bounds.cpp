@@ -353,8 +353,9 @@ void TestMpfitBounds::snapsToABoundNearby()
     // Near enough to the target that the step is exact.
     const double start = target + (upper ? -1.0 : 1.0) * (bound == 0.0 ? 1e-15 : 0x1p-40);
     FitCase fit = towards({ start }, { target });
-    (upper ? fit.boundAbove(0, bound) : fit.boundBelow(0, bound))
-        .configure([](mp_config& c) { c.ftol = c.xtol = c.gtol = 1e-300; });
+    (upper ? fit.boundAbove(0, bound) : fit.boundBelow(0, bound)).configure([](mp_config& c) {
+        c.ftol = c.xtol = c.gtol = 1e-300;
+    });
     fit.run();
     QVERIFY(fit.calls.size() > 2);
     QCOMPARE(firstStep(fit)[0] == bound, snaps);
@@ -379,9 +380,9 @@ void TestMpfitBounds::reachesABoundFromFarAway()
 
 void TestMpfitBounds::foreseesTheCutStep()
 {
-    // Three quarters of the way are allowed. In units of fnorm = 8 the cut step has a norm of 3/4, and the prediction takes
-    // alpha once more: (9/16)^2. The true reduction is 1 - (1/4)^2, three times as much: with ftol above both it is the
-    // ratio that keeps the fit from ending. Without the second alpha the ratio would be 1.7.
+    // Three quarters of the way are allowed. In units of fnorm = 8 the cut step has a norm of 3/4, and the prediction
+    // takes alpha once more: (9/16)^2. The true reduction is 1 - (1/4)^2, three times as much: with ftol above both it
+    // is the ratio that keeps the fit from ending. Without the second alpha the ratio would be 1.7.
     FitCase fit = towards({ 1.0 }, { 9.0 });
     fit.boundAbove(0, 7.0).configure([](mp_config& c) {
         c.ftol = 1.0;

@@ -1,5 +1,5 @@
-// Without bounds the fit is that of lmdif: every call at the same point, to the last bit. On the problems of More, Garbow
-// and Hillstrom, with their published minima.
+// Without bounds the fit is that of lmdif: every call at the same point, to the last bit. On the problems of More,
+// Garbow and Hillstrom, with their published minima.
 #include "mghproblems.h"
 
 #include <QTest>
@@ -20,8 +20,7 @@ double minimumWithStep(const LeastSquaresProblem& problem, double step)
         par.step = step;
     }
     const mp_func residuals = [](int m, int npar, double* x, double* fvec, double**, void* data) {
-        static_cast<const LeastSquaresProblem*>(data)->residuals(
-            { x, std::size_t(npar) }, { fvec, std::size_t(m) });
+        static_cast<const LeastSquaresProblem*>(data)->residuals({ x, std::size_t(npar) }, { fvec, std::size_t(m) });
         return 0;
     };
     LeastSquaresProblem copy = problem;
@@ -93,9 +92,8 @@ void TestMpfitLmdif::reachesAPublishedMinimum()
     const MghProblem problem = mghProblems()[index];
     const double sum = problem.step > 0.0 ? minimumWithStep(problem.fit, problem.step)
                                           : runMpfit(problem.fit, FitSettings {}).sumOfSquares;
-    const bool reached = std::any_of(problem.minima.begin(), problem.minima.end(), [sum](double minimum) {
-        return minimum == 0.0 ? sum < 1e-20 : std::fabs(sum - minimum) <= 2e-5 * minimum;
-    });
+    const bool reached = std::any_of(problem.minima.begin(), problem.minima.end(),
+        [sum](double minimum) { return minimum == 0.0 ? sum < 1e-20 : std::fabs(sum - minimum) <= 2e-5 * minimum; });
     QVERIFY2(reached, qPrintable(QString::number(sum, 'g', 10)));
 }
 

@@ -59,8 +59,9 @@ bool isAtLeast(const Digits& a, const Digits& b)
 QString reasonForFailure(const std::string& name, int start)
 {
     if (name == "BoxBOD" && start == 0) {
-        return QStringLiteral("the first step takes b2 to where exp(-b2 x) vanishes at all x; the residuals do not depend"
-                              " on b2 there, and b1 comes out as the mean of y");
+        return QStringLiteral(
+            "the first step takes b2 to where exp(-b2 x) vanishes at all x; the residuals do not depend"
+            " on b2 there, and b1 comes out as the mean of y");
     }
     return {};
 }
@@ -85,8 +86,9 @@ void TestMpfitNist::reachesTheDigitsOfLmdif_data()
     const auto folder = sharedData(QStringLiteral("nist"));
     if (!folder)
         QSKIP("no ../shared/data/nist");
-    std::printf("Digits of parameters, standard deviations, residual sum. First mpfit with its own difference step, then"
-                " with lmdif's, then lmdif.\n");
+    std::printf(
+        "Digits of parameters, standard deviations, residual sum. First mpfit with its own difference step, then"
+        " with lmdif's, then lmdif.\n");
     for (const bool tight : { false, true }) {
         for (const QFileInfo& file : QDir(*folder).entryInfoList({ QStringLiteral("*.dat") }, QDir::Files)) {
             for (int start = 0; start < 2; ++start) {

@@ -1,0 +1,235 @@
+// Storage: refused at any allocation it is status -20, and whatever the ending everything is given back.
+#include <tarnis/peak/mpfit.h>
+
+#include <QTest>
+
+#include <climits>
+#include <cmath>
+#include <cstdlib>
+#include <new>
+#include <stdexcept>
+
+namespace {
+
+// The program's allocations are counted between watch() and the end of the call under test.
+struct Heap {
+    bool watching = false;
+    int allocations = 0;
+    int live = 0;
+    int failing = 0; ///< number of the allocation that fails; 0: none
+    std::size_t largest = 0;
+};
+
+Heap heap;
+
+void* allocate(std::size_t size)
+{
+    if (heap.watching) {
+        heap.largest = std::max(heap.largest, size);
+        if (++heap.allocations == heap.failing || size > (std::size_t(1) << 40))
+            throw std::bad_alloc();
+    }
+    void* block = std::malloc(size ? size : 1);
+    if (!block)
+        throw std::bad_alloc();
+    heap.live += heap.watching ? 1 : 0;
+    return block;
+}
+
+void release(void* block) noexcept
+{
+    if (block && heap.watching)
+        --heap.live;
+    std::free(block);
+}
+
+} // namespace
+
+void* operator new(std::size_t size)
+{
+    return allocate(size);
+}
+void* operator new[](std::size_t size)
+{
+    return allocate(size);
+}
+void operator delete(void* block) noexcept
+{
+    release(block);
+}
+void operator delete[](void* block) noexcept
+{
+    release(block);
+}
+void operator delete(void* block, std::size_t) noexcept
+{
+    release(block);
+}
+void operator delete[](void* block, std::size_t) noexcept
+{
+    release(block);
+}
+
+namespace {
+
+enum class Course { Runs, StopsAtOnce, StopsInTheJacobian, StopsOnATrial, Throws, NotFinite };
+
+struct Script {
+    Course course;
+    int calls = 0;
+};
+
+int scripted(int m, int, double* x, double* r, double** dvec, void* data)
+{
+    Script& script = *static_cast<Script*>(data);
+    ++script.calls;
+    for (int i = 0; i < m; ++i) {
+        r[i] = i - x[0] - x[1] * i * i;
+        if (dvec && dvec[1])
+            dvec[1][i] = -i * i;
+    }
+    switch (script.course) {
+    case Course::StopsAtOnce:
+        return -1;
+    case Course::StopsInTheJacobian:
+        return script.calls == 2 ? -1 : 0;
+    case Course::StopsOnATrial:
+        return script.calls == 4 ? -1 : 0;
+    case Course::Throws:
+        throw std::runtime_error("from the residuals");
+    case Course::NotFinite:
+        r[0] = NAN;
+        return 0;
+    case Course::Runs:
+        break;
+    }
+    return 0;
+}
+
+struct Outcome {
+    int status = 0;
+    bool threw = false;
+    int calls = 0;
+};
+
+// One fit with all kinds of records, under the eyes of the heap.
+Outcome watchedFit(Course course, int failing = 0)
+{
+    double x[] = { 0.0, 0.5, 3.0 };
+    mp_par pars[3] {};
+    pars[1].side = 3;
+    pars[1].limited[0] = 1;
+    pars[2].fixed = 1;
+    mp_config config {};
+    config.nofinitecheck = 1;
+    double xerror[3], covar[9], resid[6];
+    mp_result result {};
+    result.xerror = xerror;
+    result.covar = covar;
+    result.resid = resid;
+    Script script { course };
+    Outcome outcome;
+    heap = { true, 0, 0, failing, 0 };
+    try {
+        outcome.status = mpfit(scripted, 6, 3, x, pars, &config, &script, &result);
+    } catch (const std::runtime_error&) {
+        outcome.threw = true;
+    }
+    heap.watching = false;
+    outcome.calls = script.calls;
+    return outcome;
+}
+
+} // namespace
+
+class TestMpfitMemory : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void givesEverythingBack_data();
+    void givesEverythingBack();
+    void refusedAllocation();
+    void refusedAllocationComesBeforeTheParameters();
+    void countsBeyondTheAddressSpace();
+    void allocatesOncePerCall();
+};
+
+void TestMpfitMemory::givesEverythingBack_data()
+{
+    QTest::addColumn<int>("course");
+    QTest::addColumn<int>("status");
+    QTest::newRow("runs") << int(Course::Runs) << 4;
+    QTest::newRow("stops at once") << int(Course::StopsAtOnce) << 0;
+    QTest::newRow("stops in the Jacobian") << int(Course::StopsInTheJacobian) << 0;
+    QTest::newRow("stops on a trial step") << int(Course::StopsOnATrial) << -1;
+    QTest::newRow("not finite") << int(Course::NotFinite) << -16;
+}
+
+void TestMpfitMemory::givesEverythingBack()
+{
+    QFETCH(int, course);
+    QFETCH(int, status);
+    const Outcome outcome = watchedFit(Course(course));
+    QCOMPARE(outcome.status, status);
+    QVERIFY(heap.allocations > 0);
+    QCOMPARE(heap.live, 0);
+
+    QVERIFY(watchedFit(Course::Throws).threw);
+    // The exception object itself does not come from here.
+    QVERIFY(heap.live <= 1);
+}
+
+void TestMpfitMemory::refusedAllocation()
+{
+    QCOMPARE(watchedFit(Course::Runs).status, 4);
+    const int allocations = heap.allocations;
+    for (int failing = 1; failing <= allocations; ++failing) {
+        const Outcome outcome = watchedFit(Course::Runs, failing);
+        QCOMPARE(outcome.status, -20);
+        QCOMPARE(outcome.calls, 0);
+        QCOMPARE(heap.live, 0);
+    }
+}
+
+void TestMpfitMemory::refusedAllocationComesBeforeTheParameters()
+{
+    double x[] = { 1.0 };
+    mp_par par {};
+    par.fixed = 1;
+    heap = { true, 0, 0, 1, 0 };
+    const int status = mpfit(scripted, 4, 1, x, &par, nullptr, nullptr, nullptr);
+    heap.watching = false;
+    QCOMPARE(status, -20);
+}
+
+void TestMpfitMemory::countsBeyondTheAddressSpace()
+{
+    // Neither the vectors nor the Jacobian of this can exist; x is never looked at.
+    double x[] = { 1.0 };
+    heap = { true, 0, 0, 1, 0 };
+    const int vectors = mpfit(scripted, INT_MAX, INT_MAX, x, nullptr, nullptr, nullptr, nullptr);
+    heap.watching = false;
+    QCOMPARE(vectors, -20);
+    QVERIFY(heap.largest >= std::size_t(INT_MAX) * 12 * sizeof(double));
+
+    std::vector<double> many(std::size_t(1) << 20);
+    heap = { true, 0, 0, 0, 0 };
+    const int jacobian =
+        mpfit(scripted, int(many.size()), int(many.size()), many.data(), nullptr, nullptr, nullptr, nullptr);
+    heap.watching = false;
+    QCOMPARE(jacobian, -20);
+    QCOMPARE(heap.largest, many.size() * many.size() * sizeof(double));
+    QCOMPARE(heap.live, 0);
+}
+
+void TestMpfitMemory::allocatesOncePerCall()
+{
+    // No more for a fit of many iterations than for one that is stopped at once.
+    watchedFit(Course::StopsAtOnce);
+    const int atOnce = heap.allocations;
+    watchedFit(Course::Runs);
+    QCOMPARE(heap.allocations, atOnce);
+}
+
+QTEST_GUILESS_MAIN(TestMpfitMemory)
+#include "tst_mpfit_memory.moc"
