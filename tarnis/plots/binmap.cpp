@@ -12,8 +12,8 @@ namespace tarnis {
 
 namespace {
 
-/// What the painter adds to X coordinates on their way to the device, if it does no more than moving whole pixels onto a
-/// raster device of 32 bits, and paints nothing outside of `rect`.
+/// What the painter adds to X coordinates on their way to the device, if it does no more than moving whole pixels onto
+/// a raster device of 32 bits, and paints nothing outside of `rect`.
 std::optional<int> plainOffset(const QPainter& painter, const QRect& rect)
 {
     const QPaintEngine* engine = painter.paintEngine();

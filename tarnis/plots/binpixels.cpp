@@ -51,7 +51,8 @@ double smallestPositiveBin(const BinRows& rows)
                 const double value = values[i + lane];
                 const double candidate = value > DBL_EPSILON ? value : 1.0;
                 least[static_cast<std::size_t>(lane)] = candidate < least[static_cast<std::size_t>(lane)]
-                    ? candidate : least[static_cast<std::size_t>(lane)];
+                    ? candidate
+                    : least[static_cast<std::size_t>(lane)];
             }
         }
         for (; i < count; ++i)

@@ -17,8 +17,8 @@ bool isEmptyBin(double value);
 /// The smallest bin that is above 0 beyond the plot tolerance; 1.0 if none is smaller than that.
 double smallestPositiveBin(const BinRows& rows);
 
-/// Pixels of bins on a colour scale. Whole counts are looked up in a table that fills as they occur and stays for as long
-/// as the scale does; other values are blended one by one.
+/// Pixels of bins on a colour scale. Whole counts are looked up in a table that fills as they occur and stays for as
+/// long as the scale does; other values are blended one by one.
 class BinPixels {
 public:
     static constexpr QRgb noPixel = 0; ///< of an empty bin; all others are opaque

@@ -48,7 +48,10 @@ private:
     void paintLine(int y, bool losesCorner);
     Picture picture();
 
-    QRgb* lineAt(int y) { return m_pixels.data() + static_cast<std::size_t>(y) * static_cast<std::size_t>(m_size.width()); }
+    QRgb* lineAt(int y)
+    {
+        return m_pixels.data() + static_cast<std::size_t>(y) * static_cast<std::size_t>(m_size.width());
+    }
 
     QSize m_size; ///< of the plot rectangle
 

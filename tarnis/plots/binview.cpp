@@ -6,13 +6,7 @@ namespace tarnis {
 
 namespace {
 
-// Beyond any widget, and far enough from the ends of int for what a paint engine adds to it.
-constexpr int edgeLimit = 1 << 24;
-
-int limited(double edge)
-{
-    return std::clamp(truncateToPixel(edge), -edgeLimit, edgeLimit);
-}
+constexpr int farAway = 1 << 24;
 
 double leftEdge(const BinView& view, int column)
 {
@@ -30,6 +24,11 @@ double bottomEdge(const BinView& view, int row)
 }
 
 } // namespace
+
+int limitedPixel(double position)
+{
+    return std::clamp(truncateToPixel(position), -farAway, farAway);
+}
 
 BinSpan visibleBins(const BinAxis& axis, int pixels, qsizetype bins)
 {
@@ -51,17 +50,17 @@ BinSpan visibleBins(const BinAxis& axis, int pixels, qsizetype bins)
 
 int BinView::left(int column) const
 {
-    return limited(leftEdge(*this, column));
+    return limitedPixel(leftEdge(*this, column));
 }
 
 int BinView::lineTop(int row) const
 {
-    return limited(topEdge(*this, row));
+    return limitedPixel(topEdge(*this, row));
 }
 
 int BinView::lineBottom(int row) const
 {
-    return limited(bottomEdge(*this, row));
+    return limitedPixel(bottomEdge(*this, row));
 }
 
 QRect BinView::bar(int row, int column) const
@@ -71,7 +70,8 @@ QRect BinView::bar(int row, int column) const
     const double top = std::trunc(topEdge(*this, row));
     const double width = std::trunc(x.pixels);
     const double height = std::trunc(bottomEdge(*this, row) - topEdge(*this, row));
-    return { QPoint(limited(left), limited(top)), QPoint(limited(left + width - 1.0), limited(top + height - 1.0)) };
+    return { QPoint(limitedPixel(left), limitedPixel(top)),
+        QPoint(limitedPixel(left + width - 1.0), limitedPixel(top + height - 1.0)) };
 }
 
 } // namespace tarnis

@@ -5,6 +5,10 @@
 
 namespace tarnis {
 
+/// Cuts the fraction off. Positions far outside of any widget, and those that are not numbers, are cut to a limit that
+/// leaves a paint engine room to reckon with.
+int limitedPixel(double position);
+
 /// One axis of a map. Bins count from 0 at `initMin`.
 struct BinAxis {
     double min = 0.0; ///< visible range, axis units
@@ -28,8 +32,7 @@ struct BinSpan {
 /// lying below bin 0.
 BinSpan visibleBins(const BinAxis& axis, int pixels, qsizetype bins);
 
-/// Where the bins stand. Row 0 is at the bottom. Fractions of a pixel are cut off towards 0 and edges far outside of any
-/// widget are cut to a limit.
+/// Where the bins stand, by limitedPixel(). Row 0 is at the bottom.
 struct BinView {
     QRect rect; ///< the plot rectangle
     BinSpan x;

@@ -1,5 +1,5 @@
-// The vertical scale beside a 2D plot: a gradient with ticks and labels. While its range is not automatic, a click on an
-// end label opens an editor over it. It knows nothing of the data: its owner feeds it. GUI thread only.
+// The vertical scale beside a 2D plot: a gradient with ticks and labels. While its range is not automatic, a click on
+// an end label opens an editor over it. It knows nothing of the data: its owner feeds it. GUI thread only.
 #pragma once
 
 #include <tarnis/plots/doublebufferedwidget.h>

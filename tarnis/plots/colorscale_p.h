@@ -19,8 +19,8 @@ public:
     /// Range from `low` to `high`, which need not ascend; on a log scale values at or below 0 count as 1.
     ColorScale(double low, double high, bool logScale, const ScaleColors& colors);
 
-    /// An end colour as it stands beyond the range, an opaque blend inside it. Invalid where the blend is undefined: for
-    /// NaN, and for a value that equals both ends.
+    /// An end colour as it stands beyond the range, an opaque blend inside it. Invalid where the blend is undefined:
+    /// for NaN, and for a value that equals both ends.
     QColor color(double value) const;
 
     /// What a pen of color() paints on a raster device: an invalid colour is black.

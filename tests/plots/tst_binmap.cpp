@@ -142,7 +142,8 @@ void setColors(MapState& map, Generator& generator)
             color = QColor::fromRgb(static_cast<QRgb>(generator()) | 0xff000000U);
     }
     if (chance(generator, 0.1))
-        map.colors.back() = QColor::fromHsv(whole(generator, 0, 359), whole(generator, 0, 255), whole(generator, 0, 255));
+        map.colors.back() =
+            QColor::fromHsv(whole(generator, 0, 359), whole(generator, 0, 255), whole(generator, 0, 255));
     if (chance(generator, 0.05))
         map.colors.front() = QColor::fromRgbF(0.3F, 0.6F, 0.1F);
 }
@@ -247,11 +248,9 @@ private:
 
 void TestBinMap::compare(tarnis::BinMap& product, const MapState& map, const Canvas& canvas, int number)
 {
-    const QImage expected
-        = canvas.painted([&](QPainter& painter) { oraclePaintBins(painter, canvas.rect, map); });
-    const QImage actual = canvas.painted([&](QPainter& painter) {
-        product.paint(painter, viewOf(map, canvas.rect), map.data, scaleOf(map));
-    });
+    const QImage expected = canvas.painted([&](QPainter& painter) { oraclePaintBins(painter, canvas.rect, map); });
+    const QImage actual = canvas.painted(
+        [&](QPainter& painter) { product.paint(painter, viewOf(map, canvas.rect), map.data, scaleOf(map)); });
     if (actual != expected)
         QFAIL(qPrintable(QStringLiteral("case %1: %2").arg(number).arg(described(map, canvas, expected, actual))));
 }

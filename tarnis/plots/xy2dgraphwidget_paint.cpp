@@ -1,0 +1,89 @@
+// Bins, crosses, the layout of button and colour bar, and the overlay of cut and regions.
+#include "tarnis/plots/xy2dgraphwidget.h"
+
+#include "tarnis/plots/binmap_p.h"
+#include "tarnis/plots/colorbarwidget.h"
+#include "tarnis/plots/xy2dgraphwidget_p.h"
+
+#include <QAction>
+#include <QPainter>
+#include <QPushButton>
+#include <QResizeEvent>
+
+void XY2DGraphWidget::showPoint(double x, double y)
+{
+    m_points.append(QPointF(x, y));
+    refreshPixmap();
+}
+
+void XY2DGraphWidget::hidePoint()
+{
+    m_points.clear();
+    refreshPixmap();
+}
+
+void XY2DGraphWidget::onPaint(QPainter& painter, QRect const& graph)
+{
+    feedColorBar();
+    fitColorScale();
+    if (m_data.isEmpty())
+        return;
+    const tarnis::BinView view { graph, tarnis::visibleBins(binAxisX(), graph.width(), columnCount()),
+        tarnis::visibleBins(binAxisY(), graph.height(), m_data.size()) };
+    m_map->paint(painter, view, m_data, colorScale());
+    paintPoints(painter, graph);
+}
+
+void XY2DGraphWidget::paintPoints(QPainter& painter, const QRect& graph) const
+{
+    if (m_points.isEmpty())
+        return;
+    painter.setPen(QPen(QBrush(Qt::red), 2.0, Qt::SolidLine, Qt::SquareCap, Qt::BevelJoin));
+    for (const QPointF& point : m_points) {
+        const double x = graph.left() + graph.width() * (point.x() - m_minX) / (m_maxX - m_minX);
+        const double y = graph.bottom() - graph.height() * (point.y() - m_minY) / (m_maxY - m_minY);
+        const int left = tarnis::limitedPixel(x - 2);
+        const int right = tarnis::limitedPixel(x + 2);
+        const int top = tarnis::limitedPixel(y - 2);
+        const int bottom = tarnis::limitedPixel(y + 2);
+        painter.drawLine(left, top, right, bottom);
+        painter.drawLine(right, top, left, bottom);
+    }
+}
+
+void XY2DGraphWidget::adjustWidgetPosition(QSize size)
+{
+    m_autoButton->move(size.width() - m_autoButton->width() - tarnis::besideAutoButton,
+        tarnis::colorBarTop - m_autoButton->sizeHint().height());
+    m_colorBar->move(size.width() - m_margin.right(), tarnis::colorBarTop);
+    m_colorBar->resize(m_margin.right(), size.height() - 2 * tarnis::colorBarTop);
+}
+
+void XY2DGraphWidget::resizeEvent(QResizeEvent* event)
+{
+    adjustWidgetPosition(event->size());
+    refreshPixmap();
+    if (m_act1dCut->isChecked())
+        refresh1dCut(true);
+}
+
+void XY2DGraphWidget::onColorBarSizeChanging(int width)
+{
+    m_margin.setRight(width);
+    m_colorBar->move(this->width() - width, tarnis::colorBarTop);
+    m_colorBar->resize(width, height() - 2 * tarnis::colorBarTop);
+    refreshPixmap();
+    if (m_act1dCut->isChecked())
+        refresh1dCut(true);
+}
+
+void XY2DGraphWidget::paintSelectedRect(QPainter& painter)
+{
+    XYGraphWidget::paintSelectedRect(painter);
+    painter.setClipRect(m_graphRect);
+    if (m_act1dCut->isChecked())
+        paintCut(painter);
+    else if (IsRoiEnabled())
+        paintRegions(painter);
+    painter.setClipping(false);
+}
