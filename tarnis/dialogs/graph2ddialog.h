@@ -1,0 +1,90 @@
+// A window that asks the server for a 2D histogram once a second and shows it, and its filter. GUI thread only.
+#pragma once
+
+#include <tarnis/dialogs/graph2dfilterdialog.h>
+#include <tarnis/foundation/modelesswidgetmanager.h>
+#include <tarnis/server/tarniscmd.h>
+#include <tarnis/tarnis_export.h>
+
+#include <QDialog>
+#include <QList>
+#include <QString>
+
+#include <memory>
+
+class QTimer;
+class TarnisSession;
+class XY2DGraphWidget;
+namespace Ui {
+class Graph2DDialog;
+}
+
+/// Polls one binary command on a session of its own. A good reply starts a single-shot timer of a second, whose timeout
+/// sends the next command while "AutoUpdate" is checked. A socket error is told in a box and closes the window, which
+/// deletes itself on close.
+class TARNIS_EXPORT Graph2DDialog : public QDialog {
+    Q_OBJECT
+public:
+    /// `binsX` by `binsY` bins at first; a reply may change both. `initCmds` are sent first, as text commands: one that
+    /// is refused closes the window. Host, port and prompt come from `session`, which stays the caller's; without one
+    /// the window is static and shows what setData() of the plot is given.
+    Graph2DDialog(TarnisSession* session, QString const& title, QString const& nameX, int binsX, double minX,
+        double maxX, int resolutionX, int decimalX, QString const& nameY, int binsY, double minY, double maxY,
+        int resolutionY, int decimalY, QList<QString> const& initCmds, QString const& cmd, QWidget* parent);
+    ~Graph2DDialog() override;
+
+    static const bool initialAutoUpdate; ///< the check box at construction
+
+    /// Polls another command from now on, at once; the same text changes nothing.
+    virtual void setCmd(QString const& cmd);
+    virtual QString getCmd() const;
+    /// The plot, owned by the window.
+    XY2DGraphWidget* getGraphWidget() const;
+    bool isAutoUpdate() const;
+    /// Sets the check box and, if on, polls at once.
+    void setAutoUpdate(bool on);
+    void setVisibleUpdateControls(bool visible);
+    void setEnabledUpdateControls(bool enabled);
+    /// Shows value / maximum as a bar, or hides it.
+    void setProgressInfo(bool visible, unsigned long long value, unsigned long long maximum);
+    /// A line below the plot; an empty one is hidden.
+    void setInfoText(QString const& text);
+    /// Steps of the plot's axes.
+    void setStep(double x, double y);
+    void setColorBarTicks(int ticks);
+
+public Q_SLOTS:
+    /// Drops what is still queued and sends the command; does nothing without a session.
+    virtual void update();
+    virtual void result(PTarnisCmd cmd, QByteArray);
+    virtual void error(int socketError, QString message);
+    virtual void onAutoUpdateToggled(bool checked);
+    /// Applies the kernel to what is shown and opens the result in a static window of this class.
+    void onFilterAccepted(Graph2DFilter filter);
+    /// Opens the filter's dialog, or brings the open one forward.
+    void onFilter();
+    void onTimeout();
+
+public:
+    /// Sees the lines of each reply's text first and shows the server's complaints. False: the reply is not drawn, the
+    /// polling goes on.
+    virtual bool onResultExInfo(QList<QString> const& lines);
+
+protected:
+    void moveEvent(QMoveEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+
+    void startPolling(TarnisSession& model, QList<QString> const& initCmds);
+    bool fits(QByteArray const& payload) const;
+    void showRows(QByteArray const& payload);
+
+    std::unique_ptr<Ui::Graph2DDialog> ui;
+    TarnisSession* session = nullptr; ///< owned; null in a static window and after close
+    int binsX; ///< bins per row
+    int binsY; ///< rows
+    QString cmd;
+    ModelessWidgetManager filterDialogs;
+    QTimer* timer = nullptr; ///< owned; null in a static window
+};

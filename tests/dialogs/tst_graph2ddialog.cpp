@@ -1,0 +1,490 @@
+// The live 2D window against a scripted server, and its filter.
+#include "dialogs/livewindow.h"
+
+#include <tarnis/dialogs/graph2ddialog.h>
+#include <tarnis/plots/xy2dgraphwidget.h>
+
+#include <QCheckBox>
+#include <QDialogButtonBox>
+#include <QLabel>
+#include <QLayout>
+#include <QLineEdit>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QTest>
+
+using namespace tarnis::testing;
+
+namespace {
+
+QList<QList<double>> rowsOf(const Graph2DDialog& window)
+{
+    QList<QList<double>> rows;
+    window.getGraphWidget()->getData(rows);
+    return rows;
+}
+
+/// A window with access to its inside: 3 by 2 bins, X from 0 to 30, Y from 5 to 7.
+class Window : public Graph2DDialog {
+public:
+    explicit Window(TarnisSession* model, const QStringList& initCmds = {})
+        : Graph2DDialog(model, "Title", "East", 3, 0, 30, 1, 1, "North", 2, 5, 7, 1, 2, initCmds, "map", nullptr)
+    {
+    }
+    using Graph2DDialog::binsX;
+    using Graph2DDialog::binsY;
+    using Graph2DDialog::filterDialogs;
+    using Graph2DDialog::session;
+    using Graph2DDialog::timer;
+
+    bool drawReplies = true;
+
+    bool onResultExInfo(const QList<QString>& lines) override
+    {
+        return Graph2DDialog::onResultExInfo(lines) && drawReplies;
+    }
+    template <typename Widget> Widget& part(const char* name) { return *findChild<Widget*>(QLatin1String(name)); }
+    QList<QList<double>> rows() { return rowsOf(*this); }
+    void reply(const QString& text, const QByteArray& payload)
+    {
+        timer->stop();
+        PTarnisCmd command = answered("map", true, text);
+        result(command, payload);
+    }
+};
+
+using WindowPointer = std::unique_ptr<Window>;
+
+WindowPointer shown(TarnisSession* model, const QStringList& initCmds = {})
+{
+    auto window = std::make_unique<Window>(model, initCmds);
+    window->setAttribute(Qt::WA_DeleteOnClose, false); // the test deletes it
+    window->show();
+    return window;
+}
+
+Graph2DFilterDialog* openFilter(Graph2DDialog& window)
+{
+    window.findChild<QPushButton*>("filterPushButton")->click();
+    return window.findChild<Graph2DFilterDialog*>();
+}
+
+QList<Graph2DDialog*> filteredWindows(Graph2DDialog& window)
+{
+    return window.findChildren<Graph2DDialog*>(QString(), Qt::FindDirectChildrenOnly);
+}
+
+QList<double> ramp(int count)
+{
+    QList<double> values;
+    for (int i = 1; i <= count; ++i)
+        values.append(i);
+    return values;
+}
+
+} // namespace
+
+class TestGraph2DDialog : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void init() { QCoreApplication::setApplicationName("map test"); }
+
+    void methodOrder()
+    {
+        const QMetaObject& meta = Graph2DDialog::staticMetaObject;
+        QCOMPARE(methodsOf(meta),
+            QStringList({ "update()", "result(PTarnisCmd,QByteArray)", "error(int,QString)",
+                "onAutoUpdateToggled(bool)", "onFilterAccepted(Graph2DFilter)", "onFilter()", "onTimeout()" }));
+        const int first = meta.methodOffset();
+        QCOMPARE(meta.method(first + 1).parameterNames(), QList<QByteArray>({ "cmd", "" }));
+        QCOMPARE(meta.method(first + 2).parameterNames(), QList<QByteArray>({ "socketError", "message" }));
+        QCOMPARE(meta.method(first + 3).parameterNames(), QList<QByteArray>({ "checked" }));
+        QCOMPARE(meta.method(first + 4).parameterNames(), QList<QByteArray>({ "filter" }));
+    }
+
+    void form()
+    {
+        ScriptedServer server;
+        Model model(server);
+        const WindowPointer window = shown(&model);
+        QCOMPARE(window->windowTitle(), "Title");
+        QCOMPARE(window->size(), QSize(467, 440));
+        QVERIFY(Window(nullptr).testAttribute(Qt::WA_DeleteOnClose));
+        QCOMPARE(window->part<QPushButton>("updatePushButton").text(), "Update");
+        QCOMPARE(window->part<QPushButton>("updatePushButton").focusPolicy(), Qt::NoFocus);
+        QCOMPARE(window->part<QCheckBox>("autoUpdateCheckBox").text(), "AutoUpdate");
+        QCOMPARE(window->part<QPushButton>("filterPushButton").text(), "Filter");
+        QVERIFY(!window->part<QProgressBar>("progressBar").isVisible());
+        QVERIFY(!window->part<QLabel>("infoLabel").isVisible());
+        QVERIFY(window->isAutoUpdate() && Graph2DDialog::initialAutoUpdate);
+        XY2DGraphWidget& plot = window->part<XY2DGraphWidget>("graphWidget");
+        QCOMPARE(plot.getNameX(), "East");
+        QCOMPARE(plot.getNameY(), "North");
+        QCOMPARE(plot.getDecimalX(), 1);
+        QCOMPARE(plot.getDecimalY(), 2);
+        QVERIFY(plot.m_doubleBuffered);
+        double min = 0;
+        double max = 0;
+        plot.getMinMaxX(min, max);
+        QCOMPARE(min, 0.0);
+        QCOMPARE(max, 30.0);
+        plot.getMinMaxY(min, max);
+        QCOMPARE(min, 5.0);
+        QCOMPARE(max, 7.0);
+        QCOMPARE(window->timer->interval(), 1000);
+        QVERIFY(window->timer->isSingleShot() && !window->timer->isActive());
+    }
+
+    void staticWindowHasNoUpdateControls()
+    {
+        const WindowPointer window = shown(nullptr);
+        QVERIFY(!window->part<QPushButton>("updatePushButton").isVisible());
+        QVERIFY(!window->part<QCheckBox>("autoUpdateCheckBox").isVisible());
+        QVERIFY(window->part<QPushButton>("filterPushButton").isVisible());
+        QVERIFY(!window->timer && !window->session);
+        window->update(); // harmless
+        window->onAutoUpdateToggled(false);
+        window->setCmd("other");
+        QCOMPARE(window->getCmd(), "other");
+    }
+
+    // --- the chain
+
+    void pollsAgainAndAgain()
+    {
+        ScriptedServer server;
+        server.answerInTurn("map",
+            { { Step::binary(bytesOf(ramp(6)), "OK: exported 3 x 2 y\n") },
+                { Step::binary(bytesOf({ 9, 8 }), "OK: exported 2 x 1 y\n") } });
+        Model model(server);
+        const WindowPointer window = shown(&model);
+        QVERIFY(eventually([&] { return window->rows() == QList<QList<double>>({ { 1, 2, 3 }, { 4, 5, 6 } }); }));
+        QVERIFY(window->timer->isActive());
+        // The shape changes between two polls; upper rows of before stay.
+        QVERIFY(eventually([&] { return window->rows() == QList<QList<double>>({ { 9, 8 }, { 4, 5, 6 } }); }));
+        QCOMPARE(server.connectionCount(), 1);
+    }
+
+    void virtualCommandIsAskedForEachPoll()
+    {
+        class Counting : public Window {
+        public:
+            using Window::Window;
+            QString getCmd() const override { return "map two"; }
+        };
+        ScriptedServer server;
+        Model model(server);
+        Counting window(&model);
+        window.setAttribute(Qt::WA_DeleteOnClose, false);
+        window.show();
+        QVERIFY(server.waitForRequest("map two"));
+    }
+
+    void autoUpdateOffStopsTheTimer()
+    {
+        ScriptedServer server;
+        Model model(server);
+        const WindowPointer window = shown(&model);
+        window->reply("OK: exported 3 x 2 y", bytesOf(ramp(6)));
+        QVERIFY(window->timer->isActive());
+        window->part<QCheckBox>("autoUpdateCheckBox").click();
+        QVERIFY(!window->timer->isActive());
+        window->onAutoUpdateToggled(true); // the box is not checked: nothing goes out
+        window->onTimeout();
+        server.answer("map", { Step::binary(QByteArray(), "OK:\n") });
+        window->part<QCheckBox>("autoUpdateCheckBox").click();
+        QVERIFY(eventually([&] { return window->timer->isActive(); }));
+    }
+
+    void refusedInitialCommandClosesTheWindow()
+    {
+        ScriptedServer server;
+        Model model(server);
+        BoxWatch boxes;
+        const WindowPointer window = shown(&model);
+        window->result(answered("start", false, QString()), "NG: no");
+        QCOMPARE(boxes.texts, QStringList(">>> start\n<<< NG: no"));
+        QCOMPARE(boxes.titles, QStringList("map test"));
+        QCOMPARE(boxes.icons.value(0), QMessageBox::Warning);
+        QVERIFY(!window->isVisible() && !window->session && !window->timer->isActive());
+    }
+
+    void acceptedInitialCommandChangesNothing()
+    {
+        ScriptedServer server;
+        Model model(server);
+        const WindowPointer window = shown(&model);
+        window->result(answered("start", false, QString()), "OK:");
+        QVERIFY(window->isVisible() && !window->timer->isActive());
+    }
+
+    void hiddenWindowDropsTheReply()
+    {
+        ScriptedServer server;
+        Model model(server);
+        const WindowPointer window = shown(&model);
+        window->hide();
+        window->reply("OK: exported 3 x 2 y", bytesOf(ramp(6)));
+        QVERIFY(window->rows().isEmpty() && !window->timer->isActive());
+    }
+
+    void subclassMayRefuseTheReply()
+    {
+        ScriptedServer server;
+        Model model(server);
+        const WindowPointer window = shown(&model);
+        window->drawReplies = false;
+        window->reply("OK: exported 3 x 2 y", bytesOf(ramp(6)));
+        QVERIFY(window->rows().isEmpty() && window->timer->isActive());
+        window->timer->stop();
+        window->result(answered("start", false, QString()), "NG: no"); // before the branch on text: no box
+        QVERIFY(window->isVisible() && window->timer->isActive());
+    }
+
+    void refusedPollClearsThePlotAndShowsItsComplaint()
+    {
+        ScriptedServer server;
+        Model model(server);
+        const WindowPointer window = shown(&model);
+        window->reply("OK: exported 3 x 2 y", bytesOf(ramp(6)));
+        window->reply(" NG: no map\n", QByteArray());
+        QVERIFY(window->rows().isEmpty());
+        QCOMPARE(window->part<QLabel>("infoLabel").text(), "NG: no map");
+        QVERIFY(window->part<QLabel>("infoLabel").isVisible());
+        QVERIFY(window->timer->isActive());
+    }
+
+    void socketErrorIsToldAndClosesTheWindow()
+    {
+        ScriptedServer server({ Step::drop() });
+        Model model(server);
+        BoxWatch boxes;
+        QPointer<Window> window = new Window(&model);
+        window->show();
+        QVERIFY(eventually([&] { return window.isNull(); }));
+        QVERIFY(!boxes.texts.isEmpty());
+    }
+
+    void closingWhileGreeting()
+    {
+        ScriptedServer server({ Step::silence() });
+        Model model(server);
+        BoxWatch boxes;
+        QPointer<Window> window = new Window(&model);
+        window->show();
+        QVERIFY(server.waitForConnections(1));
+        window->close();
+        QVERIFY(eventually([&] { return window.isNull(); }));
+        QVERIFY(boxes.texts.isEmpty());
+    }
+
+    void closingInMidReply()
+    {
+        ScriptedServer server;
+        server.answer("map", { Step::raw(QByteArray("\x10\0\0\0", 4)), Step::hold("rest"), Step::raw("12345678") });
+        Model model(server);
+        QPointer<Window> window = new Window(&model);
+        window->show();
+        QVERIFY(server.waitForHold("rest"));
+        window->close();
+        server.open("rest");
+        QVERIFY(eventually([&] { return window.isNull(); }));
+        QVERIFY(server.waitUntilDeserted());
+    }
+
+    void mayBeDeletedWhileItsBoxIsOpen_data()
+    {
+        QTest::addColumn<int>("kind");
+        QTest::newRow("refusal") << 0;
+        QTest::newRow("mismatch") << 1;
+        QTest::newRow("socket error") << 2;
+    }
+
+    void mayBeDeletedWhileItsBoxIsOpen()
+    {
+        QFETCH(int, kind);
+        ScriptedServer server;
+        Model model(server);
+        QPointer<Window> window = new Window(&model);
+        window->show();
+        BoxWatch boxes;
+        boxes.whileOpen = [&] { window->deleteLater(); };
+        if (kind == 0)
+            window->result(answered("start", false, QString()), "NG: no");
+        else if (kind == 1)
+            window->result(answered("map", true, "OK:"), bytesOf(ramp(5)));
+        else
+            window->error(1, "gone");
+        QCOMPARE(boxes.texts.size(), 1);
+        QVERIFY(eventually([&] { return window.isNull(); }));
+    }
+
+    // --- replies
+
+    void shapes_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QByteArray>("payload");
+        QTest::addColumn<QString>("box");
+        QTest::addColumn<int>("rows");
+        QTest::newRow("as constructed") << "OK:" << bytesOf(ramp(6)) << "" << 2;
+        QTest::newRow("told anew") << "OK: exported 2 x 3 y\n" << bytesOf(ramp(6)) << "" << 3;
+        QTest::newRow("told first: not read") << "exported 2 x 3 y" << bytesOf(ramp(6)) << "" << 2;
+        QTest::newRow("spare bytes") << "OK:" << bytesOf(ramp(6)) + "1234567"
+                                     << "" << 2;
+        QTest::newRow("too short") << "OK:" << bytesOf(ramp(5)) << "graph data size mismatched! 10 != 6 ( 3 * 2 )" << 0;
+        QTest::newRow("cut short") << "OK:" << bytesOf(ramp(6)).chopped(1)
+                                   << "graph data size mismatched! 11 != 6 ( 3 * 2 )" << 0;
+        QTest::newRow("no rows, but data")
+            << "OK: exported 3 x 0 y" << bytesOf(ramp(1)) << "graph data size mismatched! 2 != 0 ( 3 * 0 )" << 0;
+        QTest::newRow("both negative") << "OK: exported -2 x -3 y" << bytesOf(ramp(6))
+                                       << "graph data size mismatched! 12 != 6 ( -2 * -3 )" << 0;
+        QTest::newRow("product beyond 32 bits")
+            << "OK: exported 65536 x 65536 y" << bytesOf(ramp(6))
+            << "graph data size mismatched! 12 != 4294967296 ( 65536 * 65536 )" << 0;
+        QTest::newRow("no columns, many rows") << "OK: exported 0 x 2000000000 y" << QByteArray("1234567")
+                                               << "graph data size mismatched! 1 != 0 ( 0 * 2000000000 )" << 0;
+        QTest::newRow("empty") << "OK: exported 3 x 0 y" << QByteArray() << "" << 0;
+    }
+
+    void shapes()
+    {
+        QFETCH(QString, text);
+        QFETCH(QByteArray, payload);
+        QFETCH(QString, box);
+        QFETCH(int, rows);
+        ScriptedServer server;
+        Model model(server);
+        BoxWatch boxes;
+        const WindowPointer window = shown(&model);
+        window->reply(text, payload);
+        QCOMPARE(boxes.texts.value(0), box);
+        QCOMPARE(boxes.texts.size(), box.isEmpty() ? 0 : 1);
+        if (!box.isEmpty())
+            QCOMPARE(boxes.icons.value(0), QMessageBox::Information);
+        QCOMPARE(window->rows().size(), rows);
+        QCOMPARE(window->timer->isActive(), box.isEmpty());
+        window->grab(); // paints whatever the shape has become
+    }
+
+    void mismatchKeepsThePicture()
+    {
+        ScriptedServer server;
+        Model model(server);
+        BoxWatch boxes;
+        const WindowPointer window = shown(&model);
+        window->reply("OK:", bytesOf(ramp(6)));
+        window->reply("OK:", bytesOf({ 9, 9 }));
+        QCOMPARE(window->rows(), QList<QList<double>>({ { 1, 2, 3 }, { 4, 5, 6 } }));
+        QVERIFY(!window->timer->isActive());
+    }
+
+    void countsStayAfterTheyWereTold()
+    {
+        ScriptedServer server;
+        Model model(server);
+        const WindowPointer window = shown(&model);
+        window->reply("OK: exported 6 x 1 y", bytesOf(ramp(6)));
+        QCOMPARE(window->binsX, 6);
+        QCOMPARE(window->binsY, 1);
+        window->reply("OK:", bytesOf(ramp(6)));
+        QCOMPARE(window->binsX, 6);
+    }
+
+    // --- the filter
+
+    void filterOpensOnce()
+    {
+        const WindowPointer window = shown(nullptr);
+        Graph2DFilterDialog* const dialog = openFilter(*window);
+        QVERIFY(dialog && dialog->isVisible() && dialog->testAttribute(Qt::WA_DeleteOnClose));
+        QCOMPARE(window->filterDialogs.map.value(window.get()), static_cast<QWidget*>(dialog));
+        dialog->hide();
+        window->onFilter();
+        QVERIFY(dialog->isVisible());
+        QCOMPARE(window->findChildren<Graph2DFilterDialog*>().size(), 1);
+        dialog->close();
+        QVERIFY(eventually([&] { return window->filterDialogs.map.isEmpty(); }));
+        QVERIFY(openFilter(*window));
+    }
+
+    void filterOfNothingOpensNothing()
+    {
+        const WindowPointer window = shown(nullptr);
+        window->onFilterAccepted(Graph2DFilter());
+        QVERIFY(filteredWindows(*window).isEmpty());
+    }
+
+    void filteredMapIsAStaticWindow()
+    {
+        ScriptedServer server;
+        Model model(server);
+        const WindowPointer window = shown(&model);
+        window->reply("OK: exported 5 x 5 y", bytesOf(ramp(25)));
+        Graph2DFilterDialog* const dialog = openFilter(*window);
+        dialog->findChild<QLineEdit*>("matrix33LineEdit")->setText("4");
+        dialog->findChild<QLineEdit*>("divisorLineEdit")->setText("2");
+        dialog->findChild<QDialogButtonBox*>("buttonBox")->button(QDialogButtonBox::Ok)->click();
+        Graph2DDialog* const result = filteredWindows(*window).value(0);
+        QVERIFY(result && result->isVisible());
+        QCOMPARE(result->windowTitle(), "Title");
+        QList<QList<double>> expected = window->rows();
+        QCOMPARE(expected[2][2], 13.0);
+        expected[2][2] = 26.0;
+        QCOMPARE(rowsOf(*result), expected);
+        QCOMPARE(window->rows()[2][2], 13.0);
+        QCOMPARE(result->getGraphWidget()->getNameX(), "East");
+        QCOMPARE(result->getGraphWidget()->getNameY(), "North");
+        QCOMPARE(result->getGraphWidget()->getDecimalX(), 1);
+        QCOMPARE(result->getGraphWidget()->getDecimalY(), 2);
+        double min = 0;
+        double max = 0;
+        result->getGraphWidget()->getInitMinMaxY(min, max); // the X range of the first window
+        QCOMPARE(min, 0.0);
+        QCOMPARE(max, 30.0);
+        // A filter of a filter.
+        result->onFilterAccepted(Graph2DFilter());
+        QCOMPARE(rowsOf(*filteredWindows(*result).value(0)), expected);
+    }
+
+    void filterOnFourRowsShowsTheSame()
+    {
+        const WindowPointer window = shown(nullptr);
+        for (int row = 0; row < 4; ++row)
+            window->getGraphWidget()->setData(row, ramp(9), 9, row == 3);
+        window->onFilterAccepted(Graph2DFilter());
+        QCOMPARE(rowsOf(*filteredWindows(*window).value(0)), window->rows());
+    }
+
+    // --- controls
+
+    void progressAndInformation()
+    {
+        const WindowPointer window = shown(nullptr);
+        auto& bar = window->part<QProgressBar>("progressBar");
+        window->setProgressInfo(true, 29, 100);
+        QVERIFY(bar.isVisible());
+        QCOMPARE(bar.value(), 28);
+        window->setProgressInfo(false, 0, 0);
+        QVERIFY(!bar.isVisible());
+        window->setInfoText("  words \n");
+        QCOMPARE(window->part<QLabel>("infoLabel").text(), "words");
+        window->setVisibleUpdateControls(true);
+        QVERIFY(window->part<QPushButton>("updatePushButton").isVisible());
+        window->setEnabledUpdateControls(false);
+        QVERIFY(!window->part<QCheckBox>("autoUpdateCheckBox").isEnabled());
+        QVERIFY(window->part<QPushButton>("filterPushButton").isEnabled());
+    }
+
+    void languageChangePutsThePlaceholdersBack()
+    {
+        const WindowPointer window = shown(nullptr);
+        QEvent event(QEvent::LanguageChange);
+        QApplication::sendEvent(window.get(), &event);
+        QCOMPARE(window->windowTitle(), "Dialog");
+        QCOMPARE(window->part<QLabel>("infoLabel").text(), "infoLabel");
+    }
+};
+
+QTEST_MAIN(TestGraph2DDialog)
+#include "tst_graph2ddialog.moc"
