@@ -1,0 +1,39 @@
+// Step 3: a window that shows the arrival times of all modules, once a second.
+#include <tarnis/dialogs/graph1ddialog.h>
+#include <tarnis/server/tarnis.h>
+#include <tarnis/server/tarnissession.h>
+
+#include <QApplication>
+
+#include <memory>
+
+int main(int argc, char** argv)
+{
+    QApplication application(argc, argv);
+    const QString program = argc > 1 ? application.arguments().at(1) : QStringLiteral("tarnis-simserver");
+    const QByteArray prompt = "> ";
+    Tarnis server(&prompt, nullptr);
+
+    const auto openWindow = [&] {
+        // A window builds a session of its own: this one only tells it where, and need not live longer.
+        const std::unique_ptr<TarnisSession> where(server.NewTarnisSession(nullptr));
+        const QStringList first = { "start" }; // text commands, sent before the polls
+        auto* const window = new Graph1DDialog(where.get(), "Arrival times", "Channel", 0.0, 16384.0,
+            /*X units a sample*/ 1, /*decimals*/ 0, "Module", first, "hist1d time 0 3", /*first row*/ 0,
+            /*last row*/ 3, nullptr);
+        window->show(); // deletes itself on close
+    };
+    QObject::connect(
+        &server, &Tarnis::StatusChanged, &application,
+        [&](Tarnis::SERVER_STATUS status) {
+            if (status == Tarnis::SERVER_CONNECTED)
+                openWindow();
+        },
+        Qt::QueuedConnection);
+
+    if (!server.Run(&program))
+        return 1;
+    const int result = application.exec();
+    server.Shutdown();
+    return result;
+}
