@@ -1,0 +1,44 @@
+// The commands, one function each, by the source that holds them. All take what stands behind the command's name,
+// without blanks at its ends.
+#pragma once
+
+#include "reply.h"
+
+#include <QByteArray>
+#include <QString>
+
+namespace simserver {
+
+class Simulation;
+
+using CommandFunction = Reply (*)(Simulation& simulation, const QString& arguments);
+
+// commands_run.cpp
+Reply statCommand(Simulation& simulation, const QString& arguments);
+Reply settingCommand(Simulation& simulation, const QString& arguments);
+Reply saveSettingCommand(Simulation& simulation, const QString& arguments);
+Reply startCommand(Simulation& simulation, const QString& arguments);
+Reply stopCommand(Simulation& simulation, const QString& arguments);
+Reply clearCommand(Simulation& simulation, const QString& arguments);
+Reply sleepCommand(Simulation& simulation, const QString& arguments);
+Reply faultCommand(Simulation& simulation, const QString& arguments);
+
+// commands_histograms.cpp
+Reply histsCommand(Simulation& simulation, const QString& arguments);
+Reply hist1dCommand(Simulation& simulation, const QString& arguments);
+Reply hist2dCommand(Simulation& simulation, const QString& arguments);
+
+// commands_modules.cpp
+Reply broadcastCommand(Simulation& simulation, const QString& arguments);
+Reply unicastCommand(Simulation& simulation, const QString& arguments);
+Reply multicastCommand(Simulation& simulation, const QString& arguments);
+
+// commands_files.cpp
+Reply pwdCommand(Simulation& simulation, const QString& arguments);
+Reply listCommand(Simulation& simulation, const QString& arguments);
+Reply uploadRequest(Simulation& simulation, const QByteArray& request);
+
+/// For commands that take no arguments: the refusal, or nothing to say.
+QString unexpected(const QString& arguments);
+
+} // namespace simserver

@@ -1,0 +1,37 @@
+// What tells the process to end: "exit" or the end of standard input, and the signals of a terminal or a service
+// manager.
+#pragma once
+
+#include <QByteArray>
+#include <QObject>
+#include <QSocketNotifier>
+
+#include <optional>
+
+namespace simserver {
+
+class Ending : public QObject {
+    Q_OBJECT
+public:
+    /// Watches for signals at once, and standard input if `useStandardInput`. One object a process.
+    Ending(bool useStandardInput, QObject* parent = nullptr);
+    ~Ending() override;
+    Ending(const Ending&) = delete;
+    Ending& operator=(const Ending&) = delete;
+
+Q_SIGNALS:
+    void requested(const QString& reason);
+
+private:
+    void readStandardInput();
+
+    std::optional<QSocketNotifier> m_input;
+    std::optional<QSocketNotifier> m_signal;
+    QByteArray m_line; ///< the line under way
+};
+
+/// True if `bytes` bring `line`, the line under way, to "exit", alone on a line, with or without its end. Keeps the
+/// rest.
+bool takesExit(QByteArray& line, const QByteArray& bytes);
+
+} // namespace simserver

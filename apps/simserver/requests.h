@@ -1,0 +1,40 @@
+// Takes the bytes that a client sends apart into requests, however they are cut. Memory stays bounded: what is too long
+// is passed over to its end and told once.
+#pragma once
+
+#include <QByteArray>
+
+#include <optional>
+
+namespace simserver {
+
+struct Request {
+    enum class Kind {
+        Line, ///< a command, without its line feed
+        Upload, ///< begins with "txfile", without the byte 0x04 at its end
+        Farewell, ///< the bytes "close"
+        TooLong, ///< a line or an upload beyond the limit
+    };
+    Kind kind = Kind::Line;
+    QByteArray bytes; ///< empty for Farewell and TooLong
+};
+
+class RequestReader {
+public:
+    static constexpr qsizetype maxLine = 64 * 1024;
+    static constexpr qsizetype maxUpload = 16 * 1024 * 1024;
+
+    void feed(const QByteArray& bytes);
+    /// The next whole request, or nothing until more bytes come.
+    std::optional<Request> next();
+
+private:
+    std::optional<Request> take(qsizetype end, bool isUpload);
+
+    QByteArray m_buffer;
+    qsizetype m_scanned = 0; ///< bytes of the buffer that hold no end
+    bool m_skipping = false; ///< inside a request that is too long
+    bool m_skippingUpload = false;
+};
+
+} // namespace simserver
