@@ -1,0 +1,24 @@
+// Payloads of binary replies as tests read them.
+#pragma once
+
+#include <QByteArray>
+
+#include <cstring>
+#include <vector>
+
+namespace simtest {
+
+/// The doubles of a payload; bytes beyond the last whole one are left out.
+inline std::vector<double> doublesOf(const QByteArray& payload)
+{
+    constexpr auto width = static_cast<qsizetype>(sizeof(double));
+    std::vector<double> values;
+    for (qsizetype at = 0; at + width <= payload.size(); at += width) {
+        double value = 0.0;
+        std::memcpy(&value, payload.constData() + at, sizeof(value));
+        values.push_back(value);
+    }
+    return values;
+}
+
+} // namespace simtest
