@@ -23,10 +23,9 @@ void DoubleBufferedWidget::refreshPixmapIfRequired()
         return;
     m_refreshRequired = false;
     m_pixmap = tarnis::windowPixmap(*this, size());
-    if (m_pixmap.isNull())
-        return; // an empty widget: there is nothing to paint on
-
-    QPainter painter(&m_pixmap);
+    QPainter painter;
+    if (m_pixmap.isNull() || !painter.begin(&m_pixmap))
+        return; // an empty widget, or one beyond the memory: there is nothing to paint on
     initPainter(&painter);
     tarnis::useWidgetCoordinates(painter, m_pixmap, size());
     QRect turned(0, 0, height(), width());

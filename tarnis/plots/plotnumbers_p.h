@@ -16,7 +16,7 @@ inline double plotTolerance(double a, double b)
     return larger > 1.0 ? DBL_EPSILON * larger : DBL_EPSILON;
 }
 
-/// The plot tolerance. Infinities and NaN equal nothing, not even themselves.
+/// The plot tolerance, by its formula to the letter: NaN equals nothing, an infinity equals everything but itself.
 inline bool plotEqual(double a, double b)
 {
     return std::fabs(a - b) <= plotTolerance(a, b);

@@ -11,7 +11,7 @@ QT_END_NAMESPACE
 namespace tarnis {
 
 /// A pixmap for a picture of `size` in the widget's coordinates, at the widget's device pixel ratio, filled with the
-/// colour of its palette's window brush. Null for an empty size and for one that does not fit into memory.
+/// colour of its palette's window brush. Null for an empty size; beyond the memory no painter begins on it.
 QPixmap windowPixmap(const QWidget& widget, const QSize& size);
 
 /// Makes window and viewport of a painter that has just begun on such a pixmap count in the widget's coordinates. At a

@@ -183,11 +183,12 @@ QPixmap* XYGraphWidget::toPixmap()
     const bool turned = tarnis::isQuarterTurn(m_rotation) || tarnis::isQuarterTurnBack(m_rotation);
     const QSize pictureSize = turned ? size().transposed() : size();
     auto pixmap = std::make_unique<QPixmap>(tarnis::windowPixmap(*this, pictureSize));
-    if (!pixmap->isNull()) {
-        QPainter painter(pixmap.get());
+    QPainter painter;
+    if (!pixmap->isNull() && painter.begin(pixmap.get())) {
         initPainter(&painter);
         tarnis::useWidgetCoordinates(painter, *pixmap, pictureSize);
         paint(painter, nullptr);
+        painter.end();
     }
     return pixmap.release();
 }

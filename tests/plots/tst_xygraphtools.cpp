@@ -1,0 +1,575 @@
+// The mouse tools of the plot frame, driven through the widget as a person does.
+#include "support/frameprobe.h"
+#include "support/plothand.h"
+
+#include <tarnis/plots/xygraphwidget.h>
+
+#include <QMouseEvent>
+#include <QPointer>
+#include <QSignalSpy>
+
+namespace {
+
+class Plot : public tarnis::testing::FrameProbe<XYGraphWidget> {
+public:
+    Plot()
+    {
+        m_doubleBuffered = true;
+        init(QStringLiteral("x"), QStringLiteral("y"), 1000.0, 100.0, true, true);
+        resize(500, 400);
+        show();
+        paintNow();
+    }
+
+    void onSetRectangle(double x1, double x2, double y1, double y2) override
+    {
+        rectangles.append({ x1, x2, y1, y2 });
+        XYGraphWidget::onSetRectangle(x1, x2, y1, y2);
+    }
+    void onAutoScaleX(bool checked) override
+    {
+        ++autoScaleCalls;
+        XYGraphWidget::onAutoScaleX(checked);
+    }
+    void mousePressEvent(QMouseEvent* event) override
+    {
+        XYGraphWidget::mousePressEvent(event);
+        accepted = event->isAccepted();
+    }
+
+    void paintNow()
+    {
+        m_refreshRequired = true;
+        refreshPixmapIfRequired();
+    }
+    bool wasRefreshed() { return std::exchange(m_refreshRequired, false); }
+    QList<double> ranges() const { return { m_minX, m_maxX, m_minY, m_maxY }; }
+    QPoint middle() const { return m_graphRect.center(); }
+
+    QList<QList<double>> rectangles;
+    int autoScaleCalls = 0;
+    bool accepted = true;
+};
+
+const QList<double> untouched { 0.0, 1000.0, 0.0, 100.0 };
+
+} // namespace
+
+class TestXYGraphTools : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+
+    void toolsSetModeAndCursor_data();
+    void toolsSetModeAndCursor();
+    void toolsExcludeEachOther();
+    void uncheckingAToolLeavesTheOthersAlone();
+    void checkingByCodeChangesNothing();
+    void theFirstCheckedToolCounts();
+
+    void menuListsTheActions();
+    void menuIsAskedForByEveryRightPress();
+    void aPlotWithoutActionsHasNoMenu();
+    void menuPicksATool();
+
+    void noToolDoesNothing();
+    void toolsWorkInsideTheGraphOnly();
+    void toolsWorkOnItsEdges();
+    void otherButtonsDoNothing();
+    void pressesGoOnToTheParent();
+
+    void zoomInOneStepAClick();
+    void zoomInAtTheLeftEdgeKeepsTheMinimum();
+    void zoomInOnAReversedAxis();
+    void zoomOutOneStepAClick();
+    void zoomEndsAutoScale();
+    void zoomOutHasNoLimit();
+
+    void rectangleZooms();
+    void rectangleDrawnBackwards();
+    void rectangleBeyondTheGraph();
+    void rectangleTooSmallOnOneAxis();
+    void clickInRectangleModeOnlyRefreshes();
+    void rectangleTakesTheLastMoveNotTheRelease();
+    void rubberBandIsShownWhileDragging();
+    void otherReleasesHideTheBandAndKeepTheDrag();
+    void rectangleOfAnEmptyGraph();
+
+    void moveFollowsTheHand();
+    void moveSidewaysLeavesTheYAxis();
+    void moveShowsAClosedHand();
+    void moveRedrawsAtEveryStep();
+    void moveWithoutAPressDoesNothing();
+    void moveAcrossAVanishedGraph();
+
+    void halfPixelsAreRounded();
+
+private:
+    std::unique_ptr<Plot> plot;
+    std::unique_ptr<tarnis::testing::PlotHand> hand;
+};
+
+void TestXYGraphTools::init()
+{
+    plot = std::make_unique<Plot>();
+    hand = std::make_unique<tarnis::testing::PlotHand>(*plot);
+    QVERIFY(QTest::qWaitForWindowExposed(plot.get()));
+    plot->wasRefreshed();
+    plot->autoScaleCalls = 0;
+}
+
+void TestXYGraphTools::cleanup()
+{
+    hand.reset();
+    plot.reset();
+}
+
+void TestXYGraphTools::toolsSetModeAndCursor_data()
+{
+    QTest::addColumn<QString>("tool");
+    QTest::addColumn<int>("mode");
+    QTest::addColumn<int>("cursor");
+    QTest::newRow("rectangle") << "Rectangle" << 1 << int(Qt::CrossCursor);
+    QTest::newRow("zoom in") << "Zoom In" << 2 << int(Qt::SizeAllCursor);
+    QTest::newRow("zoom out") << "Zoom Out" << 3 << int(Qt::SizeAllCursor);
+    QTest::newRow("move") << "Move" << 4 << int(Qt::OpenHandCursor);
+    QTest::newRow("select") << "Select X Range" << 1 << int(Qt::CrossCursor);
+}
+
+void TestXYGraphTools::toolsSetModeAndCursor()
+{
+    QFETCH(QString, tool);
+    plot->SetEnableSelectXRangeFeature(true, "X");
+    QVERIFY(hand->pick(tool));
+    QTEST(plot->m_mode, "mode");
+    QTEST(int(plot->cursor().shape()), "cursor");
+    QVERIFY(hand->pick(tool));
+    QCOMPARE(plot->m_mode, 0);
+    QCOMPARE(plot->cursor().shape(), Qt::ArrowCursor);
+}
+
+void TestXYGraphTools::toolsExcludeEachOther()
+{
+    plot->SetEnableSelectXRangeFeature(true, "X");
+    const QList<QAction*> tools { plot->m_actRectangle, plot->m_actZoomIn, plot->m_actZoomOut, plot->m_actMove,
+        plot->m_actSelectXRange };
+    for (QAction* first : tools) {
+        for (QAction* second : tools) {
+            if (first == second)
+                continue;
+            if (!first->isChecked())
+                first->trigger();
+            second->trigger();
+            for (QAction* tool : tools)
+                QCOMPARE(tool->isChecked(), tool == second);
+        }
+    }
+}
+
+void TestXYGraphTools::uncheckingAToolLeavesTheOthersAlone()
+{
+    plot->m_actZoomIn->setChecked(true);
+    plot->m_actMove->setChecked(true);
+    plot->m_actMove->trigger();
+    QVERIFY(plot->m_actZoomIn->isChecked());
+    QCOMPARE(plot->m_mode, 2);
+}
+
+void TestXYGraphTools::checkingByCodeChangesNothing()
+{
+    plot->m_actZoomIn->setChecked(true);
+    plot->m_actMove->setChecked(true);
+    QVERIFY(plot->m_actZoomIn->isChecked());
+    QCOMPARE(plot->m_mode, 0);
+    plot->updateModeAndCursor();
+    QCOMPARE(plot->m_mode, 2);
+}
+
+void TestXYGraphTools::theFirstCheckedToolCounts()
+{
+    const QList<QAction*> tools { plot->m_actSelectXRange, plot->m_actMove, plot->m_actZoomOut, plot->m_actZoomIn,
+        plot->m_actRectangle };
+    QList<int> modes;
+    for (QAction* tool : tools) {
+        const QSignalBlocker quiet(tool);
+        tool->setChecked(true);
+        plot->updateModeAndCursor();
+        modes << plot->m_mode;
+    }
+    QCOMPARE(modes, (QList<int> { 1, 4, 3, 2, 1 }));
+}
+
+void TestXYGraphTools::menuListsTheActions()
+{
+    hand->press(plot->middle(), Qt::RightButton);
+    auto* menu = plot->findChild<QMenu*>();
+    QVERIFY(menu != nullptr && menu->isVisible());
+    QCOMPARE(menu->actions(), plot->actions());
+    QCOMPARE(menu->pos(), plot->mapToGlobal(plot->middle()));
+    QVERIFY(menu->testAttribute(Qt::WA_DeleteOnClose));
+    const QPointer<QMenu> closed = menu;
+    menu->close();
+    QTRY_VERIFY(closed.isNull());
+}
+
+void TestXYGraphTools::menuIsAskedForByEveryRightPress()
+{
+    QVERIFY(hand->pick("Show Grid", QPoint(2, 2))); // outside of the graph as well
+    QVERIFY(!plot->m_showGrid);
+    plot->m_actZoomIn->trigger();
+    QVERIFY(hand->pick("Show Grid", plot->middle()));
+    QCOMPARE(plot->ranges(), untouched);
+    QVERIFY(!hand->pick("Select X Range")); // hidden
+    plot->addAction("Host's own");
+    QVERIFY(hand->pick("Host's own"));
+}
+
+void TestXYGraphTools::aPlotWithoutActionsHasNoMenu()
+{
+    for (QAction* action : plot->actions())
+        plot->removeAction(action);
+    hand->press(plot->middle(), Qt::RightButton);
+    QVERIFY(plot->findChild<QMenu*>() == nullptr);
+}
+
+void TestXYGraphTools::menuPicksATool()
+{
+    QVERIFY(hand->pick("Zoom In"));
+    hand->click(plot->middle());
+    QVERIFY(plot->m_maxX < 1000.0);
+    QVERIFY(hand->pick("Reset"));
+    QVERIFY(plot->m_autoScaleX && plot->m_autoScaleY);
+    QVERIFY(plot->m_actZoomIn->isChecked()); // nothing else changes
+}
+
+void TestXYGraphTools::noToolDoesNothing()
+{
+    hand->drag(plot->middle(), plot->middle() + QPoint(40, 30));
+    QCOMPARE(plot->ranges(), untouched);
+    QVERIFY(!plot->wasRefreshed() && !plot->m_selecting && plot->rectangles.isEmpty());
+}
+
+void TestXYGraphTools::toolsWorkInsideTheGraphOnly()
+{
+    for (QAction* tool : { plot->m_actRectangle, plot->m_actZoomIn, plot->m_actZoomOut, plot->m_actMove }) {
+        tool->trigger();
+        const QPoint outside = plot->m_graphRect.bottomRight() + QPoint(1, 0);
+        hand->press(outside);
+        QVERIFY(!plot->m_selecting && plot->m_rubberBand.isHidden());
+        hand->move(plot->middle());
+        QCOMPARE(plot->ranges(), untouched);
+        hand->release(outside);
+    }
+    QVERIFY(!plot->m_edit);
+}
+
+void TestXYGraphTools::toolsWorkOnItsEdges()
+{
+    plot->m_actMove->trigger();
+    for (const QPoint& corner : { plot->m_graphRect.topLeft(), plot->m_graphRect.bottomRight() }) {
+        hand->press(corner);
+        QVERIFY(plot->m_selecting);
+        hand->release(corner);
+    }
+}
+
+void TestXYGraphTools::otherButtonsDoNothing()
+{
+    for (QAction* tool : { plot->m_actRectangle, plot->m_actZoomIn, plot->m_actZoomOut, plot->m_actMove }) {
+        tool->trigger();
+        hand->press(plot->middle(), Qt::MiddleButton);
+        hand->release(plot->middle(), Qt::MiddleButton);
+        QVERIFY(!plot->m_selecting);
+    }
+    QCOMPARE(plot->ranges(), untouched);
+}
+
+void TestXYGraphTools::pressesGoOnToTheParent()
+{
+    plot->m_actZoomIn->trigger();
+    hand->press(plot->middle());
+    QVERIFY(!plot->accepted); // QWidget's own handler ignores it
+}
+
+void TestXYGraphTools::zoomInOneStepAClick()
+{
+    plot->m_actZoomIn->trigger();
+    const QRect graph = plot->m_graphRect;
+    const QPoint point = plot->middle() + QPoint(31, -17);
+    const double w = graph.width();
+    const double h = graph.height();
+    hand->click(point);
+    QCOMPARE(plot->m_minX, (point.x() - graph.left()) * 50.0 / w);
+    QCOMPARE(plot->m_maxX, 1000.0 - (graph.right() - point.x()) * 50.0 / w);
+    QCOMPARE(plot->m_minY, (graph.bottom() - point.y()) * 5.0 / h);
+    QCOMPARE(plot->m_maxY, 100.0 - (point.y() - graph.top()) * 5.0 / h);
+    QVERIFY(plot->wasRefreshed());
+    QVERIFY(!plot->m_edit);
+}
+
+void TestXYGraphTools::zoomInAtTheLeftEdgeKeepsTheMinimum()
+{
+    plot->m_actZoomIn->trigger();
+    hand->click(QPoint(plot->m_graphRect.left(), plot->m_graphRect.bottom()));
+    QCOMPARE(plot->m_minX, 0.0);
+    QCOMPARE(plot->m_minY, 0.0);
+    QVERIFY(plot->m_maxX > 950.0 && plot->m_maxX < 950.0 + 50.0 * 2 / plot->m_graphRect.width());
+}
+
+void TestXYGraphTools::zoomInOnAReversedAxis()
+{
+    plot->setMinMaxX(1000.0, 0.0);
+    plot->m_actZoomIn->trigger();
+    hand->click(plot->middle());
+    QCOMPARE(plot->m_minX, 1000.0);
+    QCOMPARE(plot->m_maxX, 0.0);
+    QVERIFY(plot->m_maxY < 100.0);
+    QVERIFY(!plot->m_autoScaleX && !plot->m_autoScaleY && plot->wasRefreshed());
+}
+
+void TestXYGraphTools::zoomOutOneStepAClick()
+{
+    plot->m_actZoomOut->trigger();
+    const QRect graph = plot->m_graphRect;
+    const QPoint point = plot->middle() + QPoint(31, -17);
+    const double w = graph.width();
+    const double h = graph.height();
+    hand->click(point);
+    const double minX = -1000.0 * 0.05 * (point.x() - graph.left()) / w;
+    const double minY = -100.0 * 0.05 * (graph.bottom() - point.y()) / h;
+    QCOMPARE(plot->m_minX, minX);
+    QCOMPARE(plot->m_maxX, 1000.0 + (graph.right() - point.x()) * (1000.0 - minX) * 0.05 / w);
+    QCOMPARE(plot->m_minY, minY);
+    QCOMPARE(plot->m_maxY, 100.0 + (point.y() - graph.top()) * (100.0 - minY) * 0.05 / h);
+    QVERIFY(plot->wasRefreshed());
+}
+
+void TestXYGraphTools::zoomEndsAutoScale()
+{
+    for (QAction* tool : { plot->m_actZoomIn, plot->m_actZoomOut }) {
+        plot->onReset();
+        plot->autoScaleCalls = 0;
+        tool->trigger();
+        hand->click(plot->middle());
+        QVERIFY(!plot->m_autoScaleX && !plot->m_autoScaleY);
+        QVERIFY(!plot->m_actAutoScaleX->isChecked() && !plot->m_actAutoScaleY->isChecked());
+        QCOMPARE(plot->autoScaleCalls, 1); // through the action
+    }
+}
+
+void TestXYGraphTools::zoomOutHasNoLimit()
+{
+    plot->m_actZoomOut->trigger();
+    for (int i = 0; i < 20000; ++i)
+        hand->press(plot->middle());
+    QVERIFY(plot->m_minX < -1e300);
+    plot->paintNow();
+    plot->m_actZoomIn->trigger();
+    hand->click(plot->middle()); // whatever is left of the range
+    plot->paintNow();
+}
+
+void TestXYGraphTools::rectangleZooms()
+{
+    plot->m_actRectangle->trigger();
+    const QRect graph = plot->m_graphRect;
+    const QPoint from = graph.topLeft() + QPoint(40, 30);
+    const QPoint to = graph.topLeft() + QPoint(240, 130);
+    hand->drag(from, to);
+    const double w = graph.width();
+    const double h = graph.height();
+    QCOMPARE(plot->rectangles,
+        (QList<QList<double>> { { 1000.0 * 40 / w, 1000.0 - (graph.right() - to.x()) * 1000.0 / w,
+            (graph.bottom() - to.y()) * 100.0 / h, 100.0 - 30 * 100.0 / h } }));
+    QCOMPARE(plot->ranges(), plot->rectangles.first());
+    QVERIFY(!plot->m_selecting && !plot->m_autoScaleX && !plot->m_autoScaleY && plot->wasRefreshed());
+    QVERIFY(plot->m_rubberBand.isHidden());
+}
+
+void TestXYGraphTools::rectangleDrawnBackwards()
+{
+    plot->m_actRectangle->trigger();
+    const QPoint a = plot->m_graphRect.topLeft() + QPoint(40, 30);
+    const QPoint b = plot->m_graphRect.topLeft() + QPoint(240, 130);
+    hand->drag(b, a);
+    const QList<double> backwards = plot->ranges();
+    QVERIFY(backwards.at(0) > 0.0 && backwards.at(0) < backwards.at(1) && backwards.at(1) < 1000.0);
+    QVERIFY(backwards.at(2) > 0.0 && backwards.at(2) < backwards.at(3) && backwards.at(3) < 100.0);
+    // The band's corners are those of a normalised rectangle: one pixel inside on the two sides that it grew to.
+    QCOMPARE(backwards.at(0), 1000.0 * 41 / plot->m_graphRect.width());
+}
+
+void TestXYGraphTools::rectangleBeyondTheGraph()
+{
+    plot->m_actRectangle->trigger();
+    const QPoint from = plot->middle();
+    hand->press(from);
+    hand->move(plot->m_graphRect.bottomRight() + QPoint(20, 10));
+    QCOMPARE(plot->m_rubberBand.geometry(), QRect(from, plot->m_graphRect.bottomRight())); // clipped
+    hand->release(plot->m_graphRect.bottomRight() + QPoint(20, 10));
+    QCOMPARE(plot->m_maxX, 1000.0 + 20 * 1000.0 / plot->m_graphRect.width()); // not clipped
+    QCOMPARE(plot->m_minY, -10 * 100.0 / plot->m_graphRect.height());
+}
+
+void TestXYGraphTools::rectangleTooSmallOnOneAxis()
+{
+    plot->m_actRectangle->trigger();
+    plot->setMinMaxX(1000.0, 0.0); // reversed: x2 is never above x1
+    hand->drag(plot->middle(), plot->middle() + QPoint(50, 50));
+    QCOMPARE(plot->m_minX, 1000.0);
+    QCOMPARE(plot->m_maxX, 0.0);
+    QVERIFY(plot->m_maxY < 100.0);
+    QVERIFY(!plot->m_autoScaleX && !plot->m_autoScaleY);
+}
+
+void TestXYGraphTools::clickInRectangleModeOnlyRefreshes()
+{
+    plot->m_actRectangle->trigger();
+    hand->click(plot->middle());
+    QVERIFY(plot->rectangles.isEmpty());
+    QCOMPARE(plot->ranges(), untouched);
+    QVERIFY(plot->m_autoScaleX && plot->wasRefreshed());
+}
+
+void TestXYGraphTools::rectangleTakesTheLastMoveNotTheRelease()
+{
+    plot->m_actRectangle->trigger();
+    hand->press(plot->middle());
+    hand->move(plot->middle() + QPoint(20, 10));
+    hand->release(plot->middle() + QPoint(150, 100));
+    const double pixels = plot->m_graphRect.right() - (plot->middle().x() + 20);
+    QCOMPARE(plot->m_maxX, 1000.0 - pixels * 1000.0 / plot->m_graphRect.width());
+}
+
+void TestXYGraphTools::rubberBandIsShownWhileDragging()
+{
+    plot->m_actRectangle->trigger();
+    const QPoint from = plot->middle();
+    hand->press(from);
+    QVERIFY(plot->m_selecting && plot->m_rubberBand.isVisible());
+    QCOMPARE(plot->m_selectRect, QRect(from, from - QPoint(1, 1)));
+    hand->move(from + QPoint(30, 20));
+    QCOMPARE(plot->m_rubberBand.geometry(), QRect(from, from + QPoint(30, 20)));
+    QCOMPARE(plot->m_selectRect, QRect(from, from + QPoint(30, 20)));
+    hand->move(from - QPoint(30, 20));
+    QCOMPARE(plot->m_rubberBand.geometry(), QRect(from - QPoint(29, 19), from - QPoint(1, 1)));
+    QVERIFY(!plot->wasRefreshed()); // the picture under the band is not drawn again
+    hand->release(from);
+    QVERIFY(plot->m_rubberBand.isHidden());
+}
+
+void TestXYGraphTools::otherReleasesHideTheBandAndKeepTheDrag()
+{
+    plot->m_actRectangle->trigger();
+    hand->press(plot->middle());
+    hand->move(plot->middle() + QPoint(30, 20));
+    for (const auto button : { Qt::RightButton, Qt::MiddleButton }) {
+        hand->release(plot->middle(), button);
+        QVERIFY(plot->m_rubberBand.isHidden() && plot->m_selecting);
+        hand->move(plot->middle() + QPoint(31, 20));
+        QVERIFY(plot->m_rubberBand.isVisible());
+    }
+    hand->release(plot->middle());
+    QCOMPARE(plot->rectangles.size(), 1);
+    hand->release(plot->middle()); // no second end of the same drag
+    QCOMPARE(plot->rectangles.size(), 1);
+}
+
+void TestXYGraphTools::rectangleOfAnEmptyGraph()
+{
+    plot->m_actRectangle->trigger();
+    hand->press(plot->middle());
+    hand->move(plot->middle() + QPoint(30, 20));
+    plot->m_graphRect = QRect(); // as after a resize to nothing
+    hand->release(plot->middle());
+    QVERIFY(plot->rectangles.isEmpty());
+    QCOMPARE(plot->ranges(), untouched);
+}
+
+void TestXYGraphTools::moveFollowsTheHand()
+{
+    plot->m_actMove->trigger();
+    const double w = plot->m_graphRect.width();
+    const double h = plot->m_graphRect.height();
+    hand->press(plot->middle());
+    hand->move(plot->middle() + QPoint(30, -20));
+    QCOMPARE(plot->m_minX, -30 * 1000.0 / w);
+    QCOMPARE(plot->m_maxX, 1000.0 - 30 * 1000.0 / w);
+    QCOMPARE(plot->m_minY, -20 * 100.0 / h);
+    QCOMPARE(plot->m_maxY, 100.0 - 20 * 100.0 / h);
+    QCOMPARE(plot->m_lastPos, plot->middle() + QPoint(30, -20));
+    QVERIFY(!plot->m_autoScaleX && !plot->m_autoScaleY);
+    hand->move(plot->middle());
+    QVERIFY(std::abs(plot->m_minX) < 1e-9 && std::abs(plot->m_maxY - 100.0) < 1e-9);
+    hand->release(plot->middle());
+    QVERIFY(!plot->m_selecting);
+}
+
+void TestXYGraphTools::moveSidewaysLeavesTheYAxis()
+{
+    plot->m_actMove->trigger();
+    hand->press(plot->middle());
+    hand->move(plot->middle() + QPoint(30, 0));
+    QCOMPARE(plot->m_minY, 0.0);
+    QCOMPARE(plot->m_maxY, 100.0);
+    QVERIFY(plot->m_minX < 0.0);
+    QVERIFY(!plot->m_autoScaleY); // unchecked nevertheless
+}
+
+void TestXYGraphTools::moveShowsAClosedHand()
+{
+    plot->m_actMove->trigger();
+    hand->press(plot->middle());
+    QCOMPARE(plot->cursor().shape(), Qt::ClosedHandCursor);
+    hand->release(plot->middle());
+    QCOMPARE(plot->cursor().shape(), Qt::OpenHandCursor);
+}
+
+void TestXYGraphTools::moveRedrawsAtEveryStep()
+{
+    plot->m_actMove->trigger();
+    hand->press(plot->middle());
+    for (int i = 1; i < 5; ++i) {
+        hand->move(plot->middle() + QPoint(i, i));
+        QVERIFY(plot->wasRefreshed());
+    }
+    hand->move(plot->middle() + QPoint(4, 4)); // the same place
+    QVERIFY(!plot->wasRefreshed());
+}
+
+void TestXYGraphTools::moveWithoutAPressDoesNothing()
+{
+    plot->m_actMove->trigger();
+    hand->move(plot->middle());
+    hand->move(plot->middle() + QPoint(30, 0));
+    QCOMPARE(plot->ranges(), untouched);
+    hand->press(plot->middle());
+    hand->release(plot->middle(), Qt::RightButton);
+    QVERIFY(plot->m_selecting); // only the left release ends it
+    hand->release(plot->middle());
+    hand->move(plot->middle() + QPoint(30, 0));
+    QCOMPARE(plot->ranges(), untouched);
+}
+
+void TestXYGraphTools::moveAcrossAVanishedGraph()
+{
+    plot->m_actMove->trigger();
+    hand->press(plot->middle());
+    plot->m_graphRect = QRect(); // as after a resize to nothing
+    hand->move(QPoint(100, 100));
+    QCOMPARE(plot->ranges(), untouched);
+}
+
+void TestXYGraphTools::halfPixelsAreRounded()
+{
+    plot->m_actMove->trigger();
+    const QPointF at = QPointF(plot->middle()) + QPointF(0.5, -0.4);
+    QMouseEvent press(QEvent::MouseButtonPress, at, plot->mapToGlobal(at), Qt::LeftButton, Qt::LeftButton, {});
+    QCoreApplication::sendEvent(plot.get(), &press);
+    QCOMPARE(plot->m_lastPos, plot->middle() + QPoint(1, 0));
+}
+
+QTEST_MAIN(TestXYGraphTools)
+#include "tst_xygraphtools.moc"

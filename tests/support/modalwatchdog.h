@@ -1,0 +1,42 @@
+// Answers modal windows while exec() blocks a test, and closes those that nobody expects.
+#pragma once
+
+#include <QList>
+#include <QPointer>
+#include <QTimer>
+#include <QWidget>
+
+#include <functional>
+
+namespace tarnis::testing {
+
+/// Lives around the call that opens modal windows. Each window that comes up gets the next of the answers; the answer
+/// has to close it. A window without an answer, and one that its answer left open, is closed and counted as a fault.
+class ModalWatchdog {
+public:
+    using Answer = std::function<void(QWidget&)>;
+
+    explicit ModalWatchdog(QList<Answer> answers = {});
+
+    /// How many windows got an answer.
+    qsizetype answered() const { return m_next; }
+    /// True if every answer was asked for and no window was closed by force.
+    bool isContent() const { return m_next == m_answers.size() && m_faults == 0; }
+
+private:
+    void look();
+
+    QList<Answer> m_answers;
+    qsizetype m_next = 0;
+    int m_faults = 0;
+    int m_patience = 0;
+    QList<QPointer<QWidget>> m_answeredWindows;
+    QTimer m_timer;
+};
+
+/// Types a path into a file dialog and presses its Save or Open button.
+ModalWatchdog::Answer acceptFile(const QString& path);
+/// Closes a dialog as the Escape key does.
+ModalWatchdog::Answer reject();
+
+} // namespace tarnis::testing

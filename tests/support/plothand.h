@@ -1,0 +1,68 @@
+// A person's hand on a plot: points are given in values, events go to the widget as the window system sends them.
+#pragma once
+
+#include <QAction>
+#include <QCursor>
+#include <QLineEdit>
+#include <QMenu>
+#include <QTest>
+#include <QWidget>
+
+namespace tarnis::testing {
+
+/// Presses, moves and releases; the position of a move is that of the next release, as with a real mouse.
+class PlotHand {
+public:
+    explicit PlotHand(QWidget& plot)
+        : m_plot(plot)
+    {
+    }
+
+    void press(const QPoint& at, Qt::MouseButton button = Qt::LeftButton)
+    {
+        QTest::mousePress(&m_plot, button, {}, at);
+    }
+    void move(const QPoint& to) { QTest::mouseMove(&m_plot, to); }
+    void release(const QPoint& at, Qt::MouseButton button = Qt::LeftButton)
+    {
+        QTest::mouseRelease(&m_plot, button, {}, at);
+    }
+    void click(const QPoint& at, Qt::MouseButton button = Qt::LeftButton)
+    {
+        press(at, button);
+        release(at, button);
+    }
+    void drag(const QPoint& from, const QPoint& to)
+    {
+        press(from);
+        move((from + to) / 2);
+        move(to);
+        release(to);
+    }
+
+    /// Opens the context menu, picks the entry and closes the menu. False if there is no such entry.
+    bool pick(const QString& entry, const QPoint& at = QPoint(1, 1))
+    {
+        press(at, Qt::RightButton);
+        release(at, Qt::RightButton);
+        auto* menu = m_plot.findChild<QMenu*>();
+        if (menu == nullptr)
+            return false;
+        bool found = false;
+        for (QAction* action : menu->actions()) {
+            if (action->text() == entry && action->isVisible() && action->isEnabled()) {
+                found = true;
+                QTest::mouseClick(menu, Qt::LeftButton, {}, menu->actionGeometry(action).center());
+                break;
+            }
+        }
+        menu->close();
+        QCoreApplication::sendPostedEvents(menu, QEvent::DeferredDelete);
+        return found;
+    }
+
+private:
+    QWidget& m_plot;
+};
+
+} // namespace tarnis::testing
