@@ -5,6 +5,7 @@
 #include <tarnis/server/tarnis.h>
 
 #include <QApplication>
+#include <QFileInfo>
 #include <QStandardPaths>
 
 #include <cstdio>
@@ -12,8 +13,9 @@
 int main(int argc, char** argv)
 {
     QApplication application(argc, argv);
-    const QString program =
-        argc > 1 ? application.arguments().at(1) : QStandardPaths::findExecutable(QStringLiteral("tarnis-simserver"));
+    // An absolute path: the server runs in its own folder.
+    const QString program = argc > 1 ? QFileInfo(application.arguments().at(1)).absoluteFilePath()
+                                     : QStandardPaths::findExecutable("tarnis-simserver");
 
     const QByteArray prompt = "> "; // must outlive every session
     Tarnis server(&prompt, nullptr);

@@ -20,7 +20,8 @@ expect_replies() {
   local output
   output=$(timeout 60 "$1" "$prefix/bin/tarnis-simserver")
   printf '%s\n' "$output"
-  [ "$(grep -c '^[a-z].*:' <<<"$output")" -ge 3 ] || { echo "$1: expected three replies"; exit 1; }
+  [ "$(grep -c '^reply: ' <<<"$output")" -eq 3 ] || { echo "$1: expected three replies"; exit 1; }
+  grep -q '^state: RUNNING' <<<"$output" || { echo "$1: the server does not run"; exit 1; }
 }
 
 echo "-- by find_package"
@@ -31,7 +32,7 @@ expect_replies "$work/find_package/build/minimal"
 
 echo "-- by pkg-config"
 export PKG_CONFIG_PATH="$prefix/lib/pkgconfig:$prefix/lib/$(uname -m)-linux-gnu/pkgconfig"
-read -ra flags < <(pkg-config --cflags --libs tarnis | tr '\n' ' ')
+read -ra flags <<<"$(pkg-config --cflags --libs tarnis)"
 libdir=$(pkg-config --variable=libdir tarnis)
 "${CXX:-c++}" -std=c++20 -fPIC "$source/examples/minimal/main.cpp" -o "$work/minimal" "${flags[@]}" -Wl,-rpath,"$libdir"
 expect_replies "$work/minimal"
