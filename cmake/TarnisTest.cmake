@@ -1,7 +1,8 @@
 # tarnis_add_test(<name> [INTERNAL] [SOURCES <file>...] [LIBRARIES <target>...] [TIMEOUT <seconds>] [LABELS <label>...])
 #
 # Builds tst_<name> from tst_<name>.cpp of the calling folder and registers it as <folder>.<name>. INTERNAL links the
-# library's objects, for tests of functions that are not exported; without it the test sees the shared library.
+# library's objects, for tests of functions that are not exported; without it the test sees the shared library. The label
+# "threads" puts it among the tests that run under the thread sanitizer.
 function(tarnis_add_test name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "INTERNAL" "TIMEOUT" "SOURCES;LIBRARIES;LABELS")
   get_filename_component(folder "${CMAKE_CURRENT_SOURCE_DIR}" NAME)
@@ -22,4 +23,7 @@ function(tarnis_add_test name)
     TIMEOUT ${arg_TIMEOUT}
     LABELS "${folder};${arg_LABELS}"
     ENVIRONMENT "${TARNIS_TEST_ENVIRONMENT}")
+  if("threads" IN_LIST arg_LABELS)
+    add_dependencies(thread_tests ${target})
+  endif()
 endfunction()

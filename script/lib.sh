@@ -26,9 +26,10 @@ usage_from_header() {
   sed -n '2,/^$/s/^# \{0,1\}//p' "$root/script/$(basename "$0")"
 }
 
-# build PRESET: configures and builds build/PRESET; the configuration's output is shown only when it fails.
+# build PRESET [TARGET...]: configures and builds build/PRESET; the configuration's output is shown only when it fails.
 build() {
-  local output
-  output=$(cmake --preset "$1" 2>&1) || { printf '%s\n' "$output"; return 1; }
-  cmake --build --preset "$1"
+  local preset=$1 output
+  shift
+  output=$(cmake --preset "$preset" 2>&1) || { printf '%s\n' "$output"; return 1; }
+  cmake --build --preset "$preset" ${1:+--target "$@"}
 }
