@@ -5,193 +5,216 @@
     <name>DialogCheckList</name>
     <message>
         <source>Dialog</source>
-        <translation type="unfinished"></translation>
+        <translation>Dialog</translation>
     </message>
     <message>
         <source>Check All</source>
-        <translation type="unfinished"></translation>
+        <translation>Alle ankreuzen</translation>
     </message>
     <message>
         <source>Uncheck All</source>
-        <translation type="unfinished"></translation>
+        <translation>Keines ankreuzen</translation>
     </message>
     <message>
         <source>Invert</source>
-        <translation type="unfinished"></translation>
+        <translation>Umkehren</translation>
     </message>
     <message>
         <source>Description</source>
-        <translation type="unfinished"></translation>
+        <translation>Beschreibung</translation>
     </message>
 </context>
 <context>
     <name>Graph1DDialog</name>
     <message>
         <source>Dialog</source>
-        <translation type="unfinished"></translation>
+        <translation>Dialog</translation>
     </message>
     <message>
         <source>Curves</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Each</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>All</source>
-        <translation type="unfinished"></translation>
+        <translation>Kurven</translation>
     </message>
     <message>
         <source>...</source>
-        <translation type="unfinished"></translation>
+        <translation>...</translation>
     </message>
     <message>
         <source>Visible items</source>
-        <translation type="unfinished"></translation>
+        <translation>Sichtbare Kurven</translation>
     </message>
     <message>
         <source>desc</source>
-        <translation type="unfinished"></translation>
+        <translation>desc</translation>
     </message>
     <message>
         <source>Update</source>
-        <translation type="unfinished"></translation>
+        <translation>Aktualisieren</translation>
     </message>
     <message>
         <source>AutoUpdate</source>
-        <translation type="unfinished"></translation>
+        <translation>Laufend</translation>
     </message>
     <message>
         <source>Progress</source>
-        <translation type="unfinished"></translation>
+        <translation>Fortschritt</translation>
     </message>
     <message>
         <source>infoLabel</source>
-        <translation type="unfinished"></translation>
+        <translation>infoLabel</translation>
     </message>
     <message>
         <source>failed to parse information - &apos;%1&apos;</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Angaben lassen sich nicht lesen - &apos;%1&apos;</translation>
     </message>
     <message>
         <source>Invalid index!</source>
-        <translation type="unfinished"></translation>
+        <translation>Ungültiger Index!</translation>
+    </message>
+</context>
+<context>
+    <name>Graph2DDialog</name>
+    <message>
+        <source>Dialog</source>
+        <translation>Dialog</translation>
+    </message>
+    <message>
+        <source>Update</source>
+        <translation>Aktualisieren</translation>
+    </message>
+    <message>
+        <source>AutoUpdate</source>
+        <translation>Laufend</translation>
+    </message>
+    <message>
+        <source>Filter</source>
+        <translation>Filter</translation>
+    </message>
+    <message>
+        <source>Progress</source>
+        <translation>Fortschritt</translation>
+    </message>
+    <message>
+        <source>infoLabel</source>
+        <translation>infoLabel</translation>
+    </message>
+    <message>
+        <source>graph data size mismatched! %1 != %2 ( %3 * %4 )</source>
+        <translation>Die Größe der Daten passt nicht! %1 != %2 ( %3 * %4 )</translation>
     </message>
 </context>
 <context>
     <name>Graph2DFilterDialog</name>
     <message>
         <source>Filter</source>
-        <translation type="unfinished"></translation>
+        <translation>Filter</translation>
     </message>
     <message>
         <source>Matrix</source>
-        <translation type="unfinished"></translation>
+        <translation>Matrix</translation>
     </message>
     <message>
         <source>Row 1, column 1</source>
-        <translation type="unfinished"></translation>
+        <translation>Zeile 1, Spalte 1</translation>
     </message>
     <message>
         <source>Row 1, column 2</source>
-        <translation type="unfinished"></translation>
+        <translation>Zeile 1, Spalte 2</translation>
     </message>
     <message>
         <source>Row 1, column 3</source>
-        <translation type="unfinished"></translation>
+        <translation>Zeile 1, Spalte 3</translation>
     </message>
     <message>
         <source>Row 1, column 4</source>
-        <translation type="unfinished"></translation>
+        <translation>Zeile 1, Spalte 4</translation>
     </message>
     <message>
         <source>Row 1, column 5</source>
-        <translation type="unfinished"></translation>
+        <translation>Zeile 1, Spalte 5</translation>
     </message>
     <message>
         <source>Row 2, column 1</source>
-        <translation type="unfinished"></translation>
+        <translation>Zeile 2, Spalte 1</translation>
     </message>
     <message>
         <source>Row 2, column 2</source>
-        <translation type="unfinished"></translation>
+        <translation>Zeile 2, Spalte 2</translation>
     </message>
     <message>
         <source>Row 2, column 3</source>
-        <translation type="unfinished"></translation>
+        <translation>Zeile 2, Spalte 3</translation>
     </message>
     <message>
         <source>Row 2, column 4</source>
-        <translation type="unfinished"></translation>
+        <translation>Zeile 2, Spalte 4</translation>
     </message>
     <message>
         <source>Row 2, column 5</source>
-        <translation type="unfinished"></translation>
+        <translation>Zeile 2, Spalte 5</translation>
     </message>
     <message>
         <source>Row 3, column 1</source>
-        <translation type="unfinished"></translation>
+        <translation>Zeile 3, Spalte 1</translation>
     </message>
     <message>
         <source>Row 3, column 2</source>
-        <translation type="unfinished"></translation>
+        <translation>Zeile 3, Spalte 2</translation>
     </message>
     <message>
         <source>Row 3, column 3</source>
-        <translation type="unfinished"></translation>
+        <translation>Zeile 3, Spalte 3</translation>
     </message>
     <message>
         <source>Row 3, column 4</source>
-        <translation type="unfinished"></translation>
+        <translation>Zeile 3, Spalte 4</translation>
     </message>
     <message>
         <source>Row 3, column 5</source>
-        <translation type="unfinished"></translation>
+        <translation>Zeile 3, Spalte 5</translation>
     </message>
     <message>
         <source>Row 4, column 1</source>
-        <translation type="unfinished"></translation>
+        <translation>Zeile 4, Spalte 1</translation>
     </message>
     <message>
         <source>Row 4, column 2</source>
-        <translation type="unfinished"></translation>
+        <translation>Zeile 4, Spalte 2</translation>
     </message>
     <message>
         <source>Row 4, column 3</source>
-        <translation type="unfinished"></translation>
+        <translation>Zeile 4, Spalte 3</translation>
     </message>
     <message>
         <source>Row 4, column 4</source>
-        <translation type="unfinished"></translation>
+        <translation>Zeile 4, Spalte 4</translation>
     </message>
     <message>
         <source>Row 4, column 5</source>
-        <translation type="unfinished"></translation>
+        <translation>Zeile 4, Spalte 5</translation>
     </message>
     <message>
         <source>Row 5, column 1</source>
-        <translation type="unfinished"></translation>
+        <translation>Zeile 5, Spalte 1</translation>
     </message>
     <message>
         <source>Row 5, column 2</source>
-        <translation type="unfinished"></translation>
+        <translation>Zeile 5, Spalte 2</translation>
     </message>
     <message>
         <source>Row 5, column 3</source>
-        <translation type="unfinished"></translation>
+        <translation>Zeile 5, Spalte 3</translation>
     </message>
     <message>
         <source>Row 5, column 4</source>
-        <translation type="unfinished"></translation>
+        <translation>Zeile 5, Spalte 4</translation>
     </message>
     <message>
         <source>Row 5, column 5</source>
-        <translation type="unfinished"></translation>
+        <translation>Zeile 5, Spalte 5</translation>
     </message>
     <message>
         <source>Divisor</source>
-        <translation type="unfinished"></translation>
+        <translation>Teiler</translation>
     </message>
 </context>
 <context>
@@ -199,347 +222,462 @@
     <message>
         <source>&gt;&gt;&gt; %1
 &lt;&lt;&lt; %2</source>
-        <translation type="unfinished"></translation>
+        <translation>&gt;&gt;&gt; %1
+&lt;&lt;&lt; %2</translation>
     </message>
 </context>
 <context>
     <name>MultiVectorGraphWidget</name>
     <message>
         <source>Save CSV...</source>
-        <translation type="unfinished"></translation>
+        <translation>CSV speichern...</translation>
     </message>
     <message>
         <source>Column Chart</source>
-        <translation type="unfinished"></translation>
+        <translation>Säulen</translation>
     </message>
     <message>
         <source>Connect Points</source>
-        <translation type="unfinished"></translation>
+        <translation>Punkte verbinden</translation>
     </message>
     <message>
         <source>Peak Search</source>
-        <translation type="unfinished"></translation>
+        <translation>Peaksuche</translation>
     </message>
     <message>
         <source>Log Scale</source>
-        <translation type="unfinished"></translation>
+        <translation>Logarithmisch</translation>
     </message>
     <message>
         <source>Save CSV</source>
-        <translation type="unfinished"></translation>
+        <translation>CSV speichern</translation>
     </message>
     <message>
         <source>CSV Files (*.csv *.txt)</source>
-        <translation type="unfinished"></translation>
+        <translation>CSV-Dateien (*.csv *.txt)</translation>
     </message>
     <message>
         <source>Select Visible Items</source>
-        <translation type="unfinished"></translation>
+        <translation>Sichtbare Kurven wählen</translation>
     </message>
 </context>
 <context>
     <name>NameValueListDialog</name>
     <message>
         <source>Dialog</source>
-        <translation type="unfinished"></translation>
+        <translation>Dialog</translation>
     </message>
     <message>
         <source>Value</source>
-        <translation type="unfinished"></translation>
+        <translation>Wert</translation>
     </message>
     <message>
         <source>Save</source>
-        <translation type="unfinished"></translation>
+        <translation>Speichern</translation>
     </message>
     <message>
         <source>CSV Files (*.csv *.txt)</source>
-        <translation type="unfinished"></translation>
+        <translation>CSV-Dateien (*.csv *.txt)</translation>
     </message>
 </context>
 <context>
     <name>PeakSearchDialog</name>
     <message>
         <source>Peak Search</source>
-        <translation type="unfinished"></translation>
+        <translation>Peaksuche</translation>
     </message>
     <message>
         <source>Threshold ( % )</source>
-        <translation type="unfinished"></translation>
+        <translation>Schwelle ( % )</translation>
     </message>
     <message>
         <source>Width</source>
-        <translation type="unfinished"></translation>
+        <translation>Breite</translation>
     </message>
     <message>
         <source>Search</source>
-        <translation type="unfinished"></translation>
+        <translation>Suchen</translation>
     </message>
     <message>
         <source>Position</source>
-        <translation type="unfinished"></translation>
+        <translation>Position</translation>
     </message>
     <message>
         <source>Amplitude</source>
-        <translation type="unfinished"></translation>
+        <translation>Amplitude</translation>
     </message>
     <message>
         <source>FWHM</source>
-        <translation type="unfinished"></translation>
+        <translation>Halbwertsbreite</translation>
     </message>
     <message>
         <source>Display Points</source>
-        <translation type="unfinished"></translation>
+        <translation>Punkte zeigen</translation>
     </message>
     <message>
         <source>Invalid threshold.</source>
-        <translation type="unfinished"></translation>
+        <translation>Ungültige Schwelle.</translation>
     </message>
     <message>
         <source>Invalid width.</source>
-        <translation type="unfinished"></translation>
+        <translation>Ungültige Breite.</translation>
     </message>
 </context>
 <context>
     <name>SelectCheckedDialog</name>
     <message>
         <source>Dialog</source>
-        <translation type="unfinished"></translation>
+        <translation>Dialog</translation>
     </message>
     <message>
         <source>Check Selected</source>
-        <translation type="unfinished"></translation>
+        <translation>Auswahl ankreuzen</translation>
     </message>
     <message>
         <source>UnCheck Selected</source>
-        <translation type="unfinished"></translation>
+        <translation>Auswahl nicht ankreuzen</translation>
     </message>
     <message>
         <source>Reverse Selection</source>
-        <translation type="unfinished"></translation>
+        <translation>Auswahl umkehren</translation>
     </message>
     <message>
         <source>Apply</source>
-        <translation type="unfinished"></translation>
+        <translation>Anwenden</translation>
     </message>
 </context>
 <context>
     <name>SelectDirectoryDialog</name>
     <message>
         <source>Dialog</source>
-        <translation type="unfinished"></translation>
+        <translation>Dialog</translation>
     </message>
     <message>
         <source>Folder</source>
-        <translation type="unfinished"></translation>
+        <translation>Ordner</translation>
     </message>
     <message>
         <source>Files and folders</source>
-        <translation type="unfinished"></translation>
+        <translation>Dateien und Ordner</translation>
     </message>
     <message>
         <source>File name</source>
-        <translation type="unfinished"></translation>
+        <translation>Dateiname</translation>
     </message>
     <message>
         <source>&apos;%1&apos; already exists. Do you want to overwrite it?</source>
-        <translation type="unfinished"></translation>
+        <translation>&apos;%1&apos; ist schon vorhanden. Soll es überschrieben werden?</translation>
     </message>
 </context>
 <context>
     <name>SelectPathDialog</name>
     <message>
         <source>Dialog</source>
-        <translation type="unfinished"></translation>
+        <translation>Dialog</translation>
     </message>
     <message>
         <source>Folder</source>
-        <translation type="unfinished"></translation>
+        <translation>Ordner</translation>
     </message>
     <message>
         <source>Files and folders</source>
-        <translation type="unfinished"></translation>
+        <translation>Dateien und Ordner</translation>
     </message>
     <message>
         <source>File name</source>
-        <translation type="unfinished"></translation>
+        <translation>Dateiname</translation>
     </message>
     <message>
         <source>File not found: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Datei nicht gefunden: %1</translation>
     </message>
     <message>
         <source>&apos;%1&apos; already exists. Do you want to overwrite it?</source>
-        <translation type="unfinished"></translation>
+        <translation>&apos;%1&apos; ist schon vorhanden. Soll es überschrieben werden?</translation>
     </message>
 </context>
 <context>
     <name>StatDialog</name>
     <message>
         <source>Name</source>
-        <translation type="unfinished"></translation>
+        <translation>Name</translation>
     </message>
 </context>
 <context>
     <name>TarnisSession</name>
     <message>
         <source>The connection was refused by the peer.</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Gegenseite hat die Verbindung abgelehnt.</translation>
     </message>
     <message>
         <source>The host was not found.</source>
-        <translation type="unfinished"></translation>
+        <translation>Der Rechner wurde nicht gefunden.</translation>
     </message>
     <message>
         <source>%1.</source>
-        <translation type="unfinished"></translation>
+        <translation>%1.</translation>
     </message>
 </context>
 <context>
     <name>VectorGraphWidget</name>
     <message>
         <source>Save CSV...</source>
-        <translation type="unfinished"></translation>
+        <translation>CSV speichern...</translation>
     </message>
     <message>
         <source>Save CSV</source>
-        <translation type="unfinished"></translation>
+        <translation>CSV speichern</translation>
     </message>
     <message>
         <source>CSV Files (*.csv *.txt)</source>
-        <translation type="unfinished"></translation>
+        <translation>CSV-Dateien (*.csv *.txt)</translation>
+    </message>
+</context>
+<context>
+    <name>ViewSelectedROI</name>
+    <message>
+        <source>Form</source>
+        <translation>Formular</translation>
+    </message>
+    <message>
+        <source>x1</source>
+        <translation>x1</translation>
+    </message>
+    <message>
+        <source>y1</source>
+        <translation>y1</translation>
+    </message>
+    <message>
+        <source>x2</source>
+        <translation>x2</translation>
+    </message>
+    <message>
+        <source>y2</source>
+        <translation>y2</translation>
+    </message>
+    <message>
+        <source>Delete</source>
+        <translation>Löschen</translation>
+    </message>
+    <message>
+        <source>Clear</source>
+        <translation>Alle löschen</translation>
+    </message>
+    <message>
+        <source>Can not edit ROI.</source>
+        <translation>Der Bereich lässt sich nicht ändern.</translation>
+    </message>
+    <message>
+        <source>Are you sure to delete selected item?</source>
+        <translation>Soll der gewählte Eintrag gelöscht werden?</translation>
+    </message>
+    <message>
+        <source>Are you sure to clear all items?</source>
+        <translation>Sollen alle Einträge gelöscht werden?</translation>
     </message>
 </context>
 <context>
     <name>XRangeInputDialog</name>
     <message>
         <source>Dialog</source>
-        <translation type="unfinished"></translation>
+        <translation>Dialog</translation>
     </message>
     <message>
         <source>X-max</source>
-        <translation type="unfinished"></translation>
+        <translation>X-Max</translation>
     </message>
     <message>
         <source>X-min</source>
-        <translation type="unfinished"></translation>
+        <translation>X-Min</translation>
     </message>
     <message>
         <source>%1-min</source>
-        <translation type="unfinished"></translation>
+        <translation>%1-Min</translation>
     </message>
     <message>
         <source>%1-max</source>
-        <translation type="unfinished"></translation>
+        <translation>%1-Max</translation>
+    </message>
+</context>
+<context>
+    <name>XY2DGraphWidget</name>
+    <message>
+        <source>Auto</source>
+        <translation>Automatisch</translation>
+    </message>
+    <message>
+        <source>Manual</source>
+        <translation>Von Hand</translation>
+    </message>
+    <message>
+        <source>Save CSV...</source>
+        <translation>CSV speichern...</translation>
+    </message>
+    <message>
+        <source>1D Cut</source>
+        <translation>1D-Schnitt</translation>
+    </message>
+    <message>
+        <source>Inside Only</source>
+        <translation>Nur innerhalb</translation>
+    </message>
+    <message>
+        <source>Log Scale</source>
+        <translation>Logarithmisch</translation>
+    </message>
+    <message>
+        <source>Min Color</source>
+        <translation>Farbe des Minimums</translation>
+    </message>
+    <message>
+        <source>Half Min Color</source>
+        <translation>Farbe bei einem Viertel</translation>
+    </message>
+    <message>
+        <source>Half Color</source>
+        <translation>Farbe der Mitte</translation>
+    </message>
+    <message>
+        <source>Half Max Color</source>
+        <translation>Farbe bei drei Vierteln</translation>
+    </message>
+    <message>
+        <source>Max Color</source>
+        <translation>Farbe des Maximums</translation>
+    </message>
+    <message>
+        <source>Background Color</source>
+        <translation>Hintergrundfarbe</translation>
+    </message>
+    <message>
+        <source>Edit Min Y ...</source>
+        <translation>Y-Minimum ändern ...</translation>
+    </message>
+    <message>
+        <source>Edit Max Y ...</source>
+        <translation>Y-Maximum ändern ...</translation>
+    </message>
+    <message>
+        <source>Save CSV</source>
+        <translation>CSV speichern</translation>
+    </message>
+    <message>
+        <source>CSV Files (*.csv *.txt)</source>
+        <translation>CSV-Dateien (*.csv *.txt)</translation>
+    </message>
+    <message>
+        <source>Select ROI...</source>
+        <translation>Bereiche wählen...</translation>
     </message>
 </context>
 <context>
     <name>XYGraphWidget</name>
     <message>
         <source>Auto Scale X</source>
-        <translation type="unfinished"></translation>
+        <translation>X automatisch</translation>
     </message>
     <message>
         <source>Auto Scale Y</source>
-        <translation type="unfinished"></translation>
+        <translation>Y automatisch</translation>
     </message>
     <message>
         <source>Rectangle</source>
-        <translation type="unfinished"></translation>
+        <translation>Rechteck</translation>
     </message>
     <message>
         <source>Zoom In</source>
-        <translation type="unfinished"></translation>
+        <translation>Vergrößern</translation>
     </message>
     <message>
         <source>Zoom Out</source>
-        <translation type="unfinished"></translation>
+        <translation>Verkleinern</translation>
     </message>
     <message>
         <source>Move</source>
-        <translation type="unfinished"></translation>
+        <translation>Verschieben</translation>
     </message>
     <message>
         <source>Reset</source>
-        <translation type="unfinished"></translation>
+        <translation>Zurücksetzen</translation>
     </message>
     <message>
         <source>Show Grid</source>
-        <translation type="unfinished"></translation>
+        <translation>Gitter zeigen</translation>
     </message>
     <message>
         <source>Print...</source>
-        <translation type="unfinished"></translation>
+        <translation>Drucken...</translation>
     </message>
     <message>
         <source>Save PNG...</source>
-        <translation type="unfinished"></translation>
+        <translation>PNG speichern...</translation>
     </message>
     <message>
         <source>Select X Range</source>
-        <translation type="unfinished"></translation>
+        <translation>X-Bereich wählen</translation>
     </message>
     <message>
         <source>Clear X Range</source>
-        <translation type="unfinished"></translation>
+        <translation>X-Bereich löschen</translation>
     </message>
     <message>
         <source>Edit</source>
-        <translation type="unfinished"></translation>
+        <translation>Ändern</translation>
     </message>
     <message>
         <source>Min Y</source>
-        <translation type="unfinished"></translation>
+        <translation>Y-Minimum</translation>
     </message>
     <message>
         <source>Max Y</source>
-        <translation type="unfinished"></translation>
+        <translation>Y-Maximum</translation>
     </message>
     <message>
         <source>Save</source>
-        <translation type="unfinished"></translation>
+        <translation>Speichern</translation>
     </message>
     <message>
         <source>Images (*.png *.jpg)</source>
-        <translation type="unfinished"></translation>
+        <translation>Bilder (*.png *.jpg)</translation>
     </message>
     <message>
         <source>Save Image</source>
-        <translation type="unfinished"></translation>
+        <translation>Bild speichern</translation>
     </message>
     <message>
         <source>Save %1 failed.</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 ließ sich nicht speichern.</translation>
     </message>
     <message>
         <source>Select %1 Range</source>
-        <translation type="unfinished"></translation>
+        <translation>%1-Bereich wählen</translation>
     </message>
     <message>
         <source>Clear %1 Range</source>
-        <translation type="unfinished"></translation>
+        <translation>%1-Bereich löschen</translation>
     </message>
 </context>
 <context>
     <name>XYRangeInputDialog</name>
     <message>
         <source>Dialog</source>
-        <translation type="unfinished"></translation>
+        <translation>Dialog</translation>
     </message>
     <message>
         <source>X-min</source>
-        <translation type="unfinished"></translation>
+        <translation>X-Min</translation>
     </message>
     <message>
         <source>Y-min</source>
-        <translation type="unfinished"></translation>
+        <translation>Y-Min</translation>
     </message>
     <message>
         <source>X-max</source>
-        <translation type="unfinished"></translation>
+        <translation>X-Max</translation>
     </message>
     <message>
         <source>Y-max</source>
-        <translation type="unfinished"></translation>
+        <translation>Y-Max</translation>
     </message>
 </context>
 </TS>
