@@ -34,7 +34,7 @@ Q_SIGNALS:
     void finished(); ///< the connection is gone; the object may be deleted later
 
 private:
-    static constexpr qint64 readChunk = 64 * 1024;
+    static constexpr qint64 readChunk = qint64 { 64 } * 1024;
 
     void work();
     bool carryOut(Step& step);

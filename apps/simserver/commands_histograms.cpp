@@ -10,7 +10,7 @@ namespace simserver {
 
 namespace {
 
-constexpr qint64 maxPayload = 16 * 1024 * 1024;
+constexpr qint64 maxPayload = qint64 { 16 } * 1024 * 1024;
 
 QString axisText(const Axis& axis, const QString& suffix)
 {
@@ -42,9 +42,8 @@ QString readBins(const QString& text, const Axis& axis, int& bins)
     return {};
 }
 
-/// What a hist1d command asks for.
+/// What a hist1d command asks for of its histogram.
 struct RowRequest {
-    const Histogram1D* histogram = nullptr;
     int first = 0;
     int last = 0;
     int bins = 0;
@@ -64,9 +63,8 @@ QString readRow(const QString& word, const Histogram1D& histogram, int& row)
 }
 
 /// Reads what is left of the words: up to two rows, or one with pairs.
-QString readRows(const QStringList& words, RowRequest& request)
+QString readRows(const QStringList& words, const Histogram1D& histogram, RowRequest& request)
 {
-    const Histogram1D& histogram = *request.histogram;
     const qsizetype most = request.pairs ? 1 : 2;
     if (words.size() > most)
         return QStringLiteral("unexpected '%1'").arg(shown(words[most]));
@@ -82,25 +80,18 @@ QString readRows(const QStringList& words, RowRequest& request)
     return error;
 }
 
-QString parseRowRequest(const HistogramSet& histograms, const QString& arguments, RowRequest& request)
+QString parseRowRequest(QStringList words, const Histogram1D& histogram, RowRequest& request)
 {
-    QStringList words = arguments.split(QLatin1Char(' '), Qt::SkipEmptyParts);
-    if (words.isEmpty())
-        return QStringLiteral("hist1d needs the name of a histogram; hists lists them");
-    const QString name = words.takeFirst();
-    request.histogram = histograms.find1D(name);
-    if (request.histogram == nullptr)
-        return QStringLiteral("no 1D histogram '%1'; hists lists them").arg(shown(name));
     const QString bins = takeOption(words, QStringLiteral("bins:"));
-    request.bins = request.histogram->axis.bins;
+    request.bins = histogram.axis.bins;
     if (!bins.isNull()) {
-        QString error = readBins(bins, request.histogram->axis, request.bins);
+        QString error = readBins(bins, histogram.axis, request.bins);
         if (!error.isEmpty())
             return error;
     }
     request.pairs = words.removeAll(QStringLiteral("pairs")) > 0;
     request.all = request.pairs && words.removeAll(QStringLiteral("all")) > 0;
-    return readRows(words, request);
+    return readRows(words, histogram, request);
 }
 
 /// "OK:" and a line that names what comes; behind it the live time and the number of events.
@@ -118,9 +109,8 @@ QByteArray axisSuffix(const Axis& axis, int bins)
     return QStringLiteral(" (%1 %2 %3)\n").arg(numberText(axis.min), numberText(axis.max)).arg(bins).toUtf8();
 }
 
-Reply rowReply(const RowRequest& request, const Acquisition& run)
+Reply rowReply(const Histogram1D& histogram, const RowRequest& request, const Acquisition& run)
 {
-    const Histogram1D& histogram = *request.histogram;
     const qint64 rows = request.last - request.first + 1;
     const qint64 bytes = (request.pairs ? 2 : rows) * request.bins * static_cast<qint64>(sizeof(double));
     if (bytes > maxPayload) {
@@ -179,9 +169,16 @@ Reply histsCommand(Simulation& simulation, const QString& arguments)
 
 Reply hist1dCommand(Simulation& simulation, const QString& arguments)
 {
+    QStringList words = arguments.split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    if (words.isEmpty())
+        return Reply::binaryRefusal(QStringLiteral("hist1d needs the name of a histogram; hists lists them"));
+    const QString name = words.takeFirst();
+    const Histogram1D* const histogram = simulation.acquisition().histograms().find1D(name);
+    if (histogram == nullptr)
+        return Reply::binaryRefusal(QStringLiteral("no 1D histogram '%1'; hists lists them").arg(shown(name)));
     RowRequest request;
-    const QString error = parseRowRequest(simulation.acquisition().histograms(), arguments, request);
-    return error.isEmpty() ? rowReply(request, simulation.acquisition()) : Reply::binaryRefusal(error);
+    const QString error = parseRowRequest(words, *histogram, request);
+    return error.isEmpty() ? rowReply(*histogram, request, simulation.acquisition()) : Reply::binaryRefusal(error);
 }
 
 Reply hist2dCommand(Simulation& simulation, const QString& arguments)

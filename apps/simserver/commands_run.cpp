@@ -114,7 +114,7 @@ Reply tellFaults(Simulation& simulation)
 QString readFaultOption(const QString& word, int& every, int& delayMs)
 {
     bool valid = false;
-    const int number = word.mid(word.indexOf(QLatin1Char(':')) + 1).toInt(&valid);
+    const int number = QStringView(word).mid(word.indexOf(QLatin1Char(':')) + 1).toInt(&valid);
     if (word.startsWith(QStringLiteral("every:")) && valid && number >= 1)
         every = number;
     else if (word.startsWith(QStringLiteral("delay:")) && valid && number >= 0 && number <= maxSleepMs)

@@ -239,7 +239,7 @@ void appendChunks(Steps& steps, const QByteArray& bytes, Random& random, int pau
     // Up to a hundred pieces or so, whatever the size.
     const auto largest = std::max<std::uint64_t>(16, static_cast<std::uint64_t>(bytes.size() / 50));
     for (qsizetype at = 0; at < bytes.size();) {
-        const auto size = static_cast<qsizetype>(1 + random.below(largest));
+        const qsizetype size = 1 + static_cast<qsizetype>(random.below(largest));
         steps.push_back(write(bytes.mid(at, size)));
         steps.push_back(pause(pauseMs));
         at += size;

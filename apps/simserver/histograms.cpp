@@ -91,7 +91,7 @@ std::vector<double> rebinned(std::span<const double> row, int bins)
 
 QByteArray rowPayload(const Histogram1D& histogram, int first, int last, int bins)
 {
-    const auto rows = static_cast<std::size_t>(last - first + 1);
+    const std::size_t rows = static_cast<std::size_t>(last) - static_cast<std::size_t>(first) + 1;
     const auto samples = static_cast<std::size_t>(bins);
     QByteArray payload = doubleArray(rows * samples);
     char* const out = payload.data();

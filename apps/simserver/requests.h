@@ -21,8 +21,8 @@ struct Request {
 
 class RequestReader {
 public:
-    static constexpr qsizetype maxLine = 64 * 1024;
-    static constexpr qsizetype maxUpload = 16 * 1024 * 1024;
+    static constexpr qsizetype maxLine = qsizetype { 64 } * 1024;
+    static constexpr qsizetype maxUpload = qsizetype { 16 } * 1024 * 1024;
 
     void feed(const QByteArray& bytes);
     /// The next whole request, or nothing until more bytes come.

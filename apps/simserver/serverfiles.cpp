@@ -112,7 +112,7 @@ fs::path ServerFiles::realPath(const QString& path, QString& error) const
 {
     const QString relative = cleanServerPath(path, QStringLiteral("/")).mid(1);
     std::error_code code;
-    const fs::path real = fs::canonical(m_root / QFile::encodeName(relative).toStdString(), code);
+    fs::path real = fs::canonical(m_root / QFile::encodeName(relative).toStdString(), code);
     if (code)
         error = systemText(code);
     else if (!isInside(real))

@@ -19,6 +19,7 @@ namespace {
 
 constexpr int maxKept = 512;
 constexpr qsizetype maxValueLength = 1024;
+constexpr qint64 maxFileBytes = qint64 { 1 } << 20;
 
 /// How one setting is read and written. `set` returns what is wrong, or an empty text.
 struct Handler {
@@ -43,7 +44,7 @@ QString setWhole(const QString& text, qint64 least, qint64 most, qint64& number)
 QString setInt(const QString& text, int least, int most, int& number)
 {
     qint64 parsed = number;
-    const QString wanted = setWhole(text, least, most, parsed);
+    QString wanted = setWhole(text, least, most, parsed);
     number = static_cast<int>(parsed);
     return wanted;
 }
@@ -240,7 +241,7 @@ QString Settings::load(const QString& path, const Context& context)
         return file.errorString();
     QList<Pair> pairs;
     int number = 0;
-    for (const QString& line : QString::fromUtf8(file.read(1024 * 1024)).split(QLatin1Char('\n'))) {
+    for (const QString& line : QString::fromUtf8(file.read(maxFileBytes)).split(QLatin1Char('\n'))) {
         ++number;
         if (line.trimmed().isEmpty() || line.startsWith(QLatin1Char('#')))
             continue;

@@ -62,7 +62,7 @@ QString Simulation::changeSettings(const QList<Settings::Pair>& pairs)
 {
     const Settings::Context context { .running = m_acquisition.isRunning(),
         .isDirectory = [this](const QString& path) { return m_files.isDirectory(path); } };
-    const QString error = m_settings.change(pairs, context);
+    QString error = m_settings.change(pairs, context);
     if (error.isEmpty())
         m_acquisition.configure(m_settings.values());
     return error;

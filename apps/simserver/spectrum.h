@@ -23,7 +23,7 @@ struct SpectrumResult {
     QString error; ///< empty on success; otherwise what is wrong, with the line
 };
 
-constexpr qsizetype maxSpectrumBytes = 64 * 1024 * 1024;
+constexpr qsizetype maxSpectrumBytes = qsizetype { 64 } * 1024 * 1024;
 constexpr std::size_t maxChannels = 1U << 20U;
 
 /// Reads the .spe text format (sections that begin with "$", of which $DATA and $ENER_FIT are used) or plain numbers,
