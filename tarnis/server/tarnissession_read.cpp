@@ -50,6 +50,29 @@ bool takeLength(QTcpSocket& socket, qint32& length)
     return true;
 }
 
+// Keeps the socket's own buffer small while a payload comes, so that the payload goes through the cache and not through
+// a second block of fresh memory. Where its chunks end does not matter: the prompt is looked for behind it only.
+class PayloadWindow {
+public:
+    explicit PayloadWindow(QTcpSocket& socket)
+        : m_socket(socket)
+    {
+    }
+    ~PayloadWindow() { m_socket.setReadBufferSize(0); }
+    PayloadWindow(const PayloadWindow&) = delete;
+    PayloadWindow& operator=(const PayloadWindow&) = delete;
+    void update(qsizetype missing)
+    {
+        const qsizetype window = std::clamp(missing / 64, smallest, largest);
+        m_socket.setReadBufferSize(missing > window ? window : 0);
+    }
+
+private:
+    static constexpr qsizetype smallest = qsizetype(128) << 10;
+    static constexpr qsizetype largest = qsizetype(1) << 20;
+    QTcpSocket& m_socket;
+};
+
 qsizetype takePayload(QTcpSocket& socket, QByteArray& buffer, qint32 length)
 {
     const qsizetype received = buffer.size() + socket.bytesAvailable();
@@ -104,8 +127,10 @@ bool TarnisSession::readBinary(QTcpSocket& socket, QByteArray& buffer, QString& 
         return false;
     qint32 length = 0;
     bool lengthKnown = false;
+    PayloadWindow window(socket);
     // Unlike in read(), the idle rounds of the whole reply count.
     for (int idle = 0;;) {
+        window.update(lengthKnown ? length - buffer.size() : 0);
         const qint64 enough = lengthKnown ? 1 : tarnis::lengthFieldSize;
         const bool ready = waitForBytes(socket, enough, std::atomic_ref(m_timeout).load(std::memory_order_relaxed));
         if (!ready && idle > allowedIdleRounds) {
