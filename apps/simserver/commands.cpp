@@ -102,6 +102,15 @@ bool isControl(QChar character)
     return character < QLatin1Char(' ') && character != QLatin1Char('\t');
 }
 
+/// The reply of a command that is refused by a fault, in the form in which its client reads it.
+Reply refusedOnDemand(const Command* command)
+{
+    const bool binary =
+        command != nullptr && (command->function == hist1dCommand || command->function == hist2dCommand);
+    const QString reason = QStringLiteral("refused on demand");
+    return binary ? Reply::binaryRefusal(reason) : Reply::refusal(reason);
+}
+
 Reply answerLine(Simulation& simulation, const QByteArray& bytes)
 {
     const QString line = QString::fromLatin1(bytes).trimmed();
@@ -112,6 +121,8 @@ Reply answerLine(Simulation& simulation, const QByteArray& bytes)
     const qsizetype blank = line.indexOf(QLatin1Char(' '));
     const QString name = blank < 0 ? line : line.left(blank);
     const Command* const command = findCommand(name);
+    if ((command == nullptr || command->function != faultCommand) && simulation.fault().refuses())
+        return refusedOnDemand(command);
     if (command == nullptr || command->function == nullptr)
         return unknownCommand(name);
     return command->function(simulation, blank < 0 ? QString() : line.mid(blank + 1).trimmed());
@@ -125,7 +136,7 @@ Reply answer(Simulation& simulation, const Request& request)
     case Request::Kind::Line:
         return answerLine(simulation, request.bytes);
     case Request::Kind::Upload:
-        return uploadRequest(simulation, request.bytes);
+        return simulation.fault().refuses() ? refusedOnDemand(nullptr) : uploadRequest(simulation, request.bytes);
     case Request::Kind::TooLong:
         return Reply::refusal(QStringLiteral("longer than %1 bytes, or %2 for txfile")
                                   .arg(RequestReader::maxLine)

@@ -120,6 +120,8 @@ bool appliesTo(Fault fault, const Reply& reply)
     if (infoOf(fault).where != Where::Reply || reply.exempt)
         return false;
     switch (fault) {
+    case Fault::Refuse:
+        return false; // it has struck before there was a reply
     case Fault::EarlyPrompt:
         return !reply.isBinary();
     case Fault::SplitLength:
@@ -179,12 +181,6 @@ void spoilReply(Fault fault, Reply& reply, Random& random)
         reply.payload.clear();
         reply.text = randomBytes(random, 1 + static_cast<qsizetype>(random.below(512)));
         break;
-    case Fault::Refuse: {
-        const Reply::Kind kind = reply.kind;
-        reply = Reply::refusal(QStringLiteral("refused on demand"));
-        reply.kind = kind;
-        break;
-    }
     case Fault::CutPayload:
         reply.payload.chop(3);
         break;
@@ -394,6 +390,11 @@ Steps FaultSwitch::reply(Reply reply, const QByteArray& prompt)
     spoilLength(m_fault, frame);
     appendFaulty(steps, m_fault, frame, m_random, delayMs(), m_strikes - 1);
     return steps;
+}
+
+bool FaultSwitch::refuses()
+{
+    return m_fault == Fault::Refuse && strikes();
 }
 
 bool FaultSwitch::strikes()

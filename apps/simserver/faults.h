@@ -111,6 +111,8 @@ public:
     /// The steps of a connection's greeting, of a reply. A reply to which the fault does not apply comes as it should.
     Steps greeting(const QByteArray& text, const QByteArray& prompt);
     Steps reply(Reply reply, const QByteArray& prompt);
+    /// True if the next command is to be refused instead of carried out. Counts as a reply.
+    bool refuses();
 
 private:
     bool strikes();

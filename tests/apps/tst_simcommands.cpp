@@ -115,6 +115,7 @@ private Q_SLOTS:
 
     void sleepHasSteps();
     void faultIsSetAndTold();
+    void refuseFaultCarriesNothingOut();
 };
 
 void TestSimCommands::init()
@@ -756,6 +757,23 @@ void TestSimCommands::faultIsSetAndTold()
     QVERIFY(!reply("stat").exempt);
     ask("fault none");
     QCOMPARE(value("stat", "fault"), QStringLiteral("none"));
+}
+
+void TestSimCommands::refuseFaultCarriesNothingOut()
+{
+    ask("fault refuse");
+    for (const char* const line : { "start", "setting rate:5", "gibberish", "close now", "pwd" })
+        QCOMPARE(ask(line), QStringLiteral("NG:refused on demand\n"));
+    QCOMPARE(upload("txfile /x\ny"), QStringLiteral("NG:refused on demand\n"));
+    for (const char* const line : { "hist1d time", "hist2d image" }) {
+        QVERIFY(reply(line).isBinary());
+        QCOMPARE(ask(line), QStringLiteral("NG:refused on demand\n"));
+    }
+    QCOMPARE(ask(""), QString());
+    ask("fault none");
+    QCOMPARE(value("stat", "state"), QStringLiteral("STOPPED"));
+    QCOMPARE(value("setting", "rate"), QStringLiteral("1000"));
+    QVERIFY(!QFile::exists(local("x")));
 }
 
 QTEST_GUILESS_MAIN(TestSimCommands)

@@ -121,6 +121,7 @@ private Q_SLOTS:
     void greetings();
     void everySoManyth();
     void exemptRepliesComeThrough();
+    void refusalsAreCounted();
 };
 
 void TestSimFaults::namesAreUniqueAndFound()
@@ -171,7 +172,6 @@ void TestSimFaults::textFaults_data()
     QTest::newRow("silent") << QString();
     QTest::newRow("no-prompt") << QStringLiteral("write 12");
     QTest::newRow("trailing") << QStringLiteral("write 30");
-    QTest::newRow("refuse") << QStringLiteral("write 29");
     QTest::newRow("close-before") << QStringLiteral("close");
     QTest::newRow("close-in-reply") << QStringLiteral("write 10; close");
     QTest::newRow("close-after") << QStringLiteral("write 20; close");
@@ -361,6 +361,18 @@ void TestSimFaults::exemptRepliesComeThrough()
     Reply reply = textReply();
     reply.exempt = true;
     QCOMPARE(told(fault.reply(reply, prompt)), QStringLiteral("write 20"));
+}
+
+void TestSimFaults::refusalsAreCounted()
+{
+    FaultSwitch none;
+    QVERIFY(!none.refuses());
+    FaultSwitch fault = switchTo("refuse", 2);
+    QVERIFY(!fault.refuses());
+    QVERIFY(fault.refuses());
+    QVERIFY(!fault.refuses());
+    QCOMPARE(told(fault.reply(textReply(), prompt)), QStringLiteral("write 20"));
+    QVERIFY(fault.refuses()); // the reply has not been counted again
 }
 
 QTEST_APPLESS_MAIN(TestSimFaults)
