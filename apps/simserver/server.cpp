@@ -6,15 +6,17 @@
 
 #include <tarnis/foundation/log.h>
 
-#include <QDeadlineTimer>
 #include <QTcpSocket>
+
+#include <algorithm>
 
 namespace simserver {
 
 namespace {
 
 constexpr int tickMs = 50;
-constexpr int budgetMs = 20; // of each tick for making events; the rest is for the clients
+constexpr double eventShare = 0.4; // of the time for making events; the rest is for the clients
+constexpr double longestBudgetSeconds = 0.02;
 constexpr int listenBacklog = 256;
 
 } // namespace
@@ -49,7 +51,11 @@ Server::Server(Simulation& simulation, const QByteArray& prompt, int maxClients,
 
 bool Server::listen(quint16 port)
 {
-    return m_server.listen(QHostAddress::LocalHost, port);
+    if (!m_server.listen(QHostAddress::LocalHost, port))
+        return false;
+    m_sinceCatchUp.start();
+    tickDuringARun();
+    return true;
 }
 
 void Server::shutDown()
@@ -105,8 +111,7 @@ Steps Server::respond(int client, const Request& request)
     const Reply reply = answer(m_simulation, request);
     if (reply.text.startsWith("NG:"))
         LOG_INFO("refused: %s", reply.text.trimmed().constData());
-    if (m_simulation.acquisition().isRunning() && !m_tick.isActive())
-        m_tick.start(tickMs);
+    tickDuringARun();
     return m_simulation.fault().reply(reply, m_prompt);
 }
 
@@ -115,9 +120,17 @@ void Server::catchUp()
 {
     const double seconds = static_cast<double>(m_sinceCatchUp.nsecsElapsed()) * 1e-9;
     m_sinceCatchUp.start();
-    const QDeadlineTimer budget(budgetMs);
-    m_simulation.advance(seconds, [&] { return !budget.hasExpired(); });
-    if (!m_simulation.acquisition().isRunning())
+    const double budget = std::min(seconds * eventShare, longestBudgetSeconds) * 1e9;
+    m_simulation.advance(seconds, [&] { return static_cast<double>(m_sinceCatchUp.nsecsElapsed()) < budget; });
+    tickDuringARun();
+}
+
+void Server::tickDuringARun()
+{
+    const bool running = m_simulation.acquisition().isRunning();
+    if (running && !m_tick.isActive())
+        m_tick.start(tickMs);
+    else if (!running)
         m_tick.stop();
 }
 

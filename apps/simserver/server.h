@@ -31,6 +31,7 @@ private:
     static void turnAway(QTcpSocket* socket);
     Steps respond(int client, const Request& request);
     void catchUp();
+    void tickDuringARun();
 
     Simulation& m_simulation;
     QByteArray m_prompt;
