@@ -1,0 +1,47 @@
+// The half minute that a local server has to end, in full length: the one test of the manager that takes it.
+#include "support/fakeserver.h"
+#include "support/managerprobe.h"
+#include "support/scriptedserver.h"
+
+#include <QElapsedTimer>
+#include <QPointer>
+#include <QTest>
+
+#include <memory>
+
+using namespace tarnis::testing;
+
+class TestTarnisGrace : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void serversThatIgnoreTheirOrderAreKilledAfterHalfAMinute()
+    {
+        const QByteArray prompt("> ");
+        const FakeServer server({ "print UI port: 5000\\n", "linger" });
+        const QString path = server.path();
+        OpenTarnis shutDown(&prompt, nullptr);
+        auto deleted = std::make_unique<OpenTarnis>(&prompt, nullptr);
+        QVERIFY(shutDown.Run(&path));
+        QVERIFY(deleted->Run(&path));
+        QTRY_COMPARE(shutDown.m_status, Tarnis::SERVER_CONNECTED);
+        QTRY_COMPARE(deleted->m_status, Tarnis::SERVER_CONNECTED);
+        const QPointer<QProcess> first = shutDown.m_process;
+        const QPointer<QProcess> second = deleted->m_process;
+        HostRecord record(shutDown);
+
+        QElapsedTimer timer;
+        timer.start();
+        QVERIFY(shutDown.Shutdown());
+        deleted.reset(); // waits for its own server meanwhile
+        QVERIFY(timer.elapsed() >= 29000);
+        QTRY_COMPARE(record.events,
+            (QStringList { "status SHUTTING DOWN", "post Server process crashed.", // the deleted one's
+                "post ServerError: Crashed but shutting down or idle. err[1]", "status IDLE" }));
+        QTRY_VERIFY(first.isNull());
+        QTRY_VERIFY(second.isNull());
+    }
+};
+
+QTEST_GUILESS_MAIN(TestTarnisGrace)
+#include "tst_tarnisgrace.moc"
