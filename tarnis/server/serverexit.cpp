@@ -64,6 +64,8 @@ ServerExit::ServerExit(QProcess* process, int graceMs)
 
 ServerExit::~ServerExit()
 {
+    if (!m_process)
+        return;
     const qint64 left = m_deadlineMs - QDeadlineTimer::current().deadline();
     waitForServerExit(*m_process, static_cast<int>(std::max<qint64>(left, 0)));
 }

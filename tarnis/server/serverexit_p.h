@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QObject>
+#include <QPointer>
 
 class QProcess;
 
@@ -26,7 +27,7 @@ public:
     ~ServerExit() override;
 
 private:
-    QProcess* m_process; ///< a child
+    QPointer<QProcess> m_process; ///< a child; a superseded one may go before this
     qint64 m_deadlineMs; ///< on the monotonic clock
 };
 
