@@ -12,12 +12,6 @@
 
 namespace simserver {
 
-namespace {
-
-constexpr int exitCodeOfFault = 3;
-
-} // namespace
-
 Client::Client(QTcpSocket* socket, int number, Responder responder, QObject* parent)
     : QObject(parent)
     , m_socket(socket)
@@ -88,7 +82,7 @@ bool Client::carryOut(Step& step)
         reset();
         return true;
     case Step::Kind::Exit:
-        _exit(exitCodeOfFault);
+        _exit(faultExitCode);
     case Step::Kind::Crash:
         std::abort();
     }

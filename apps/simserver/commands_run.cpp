@@ -218,7 +218,7 @@ Reply clearCommand(Simulation& simulation, const QString& arguments)
 Reply sleepCommand(Simulation&, const QString& arguments)
 {
     const QStringList words = arguments.split(QLatin1Char(' '), Qt::SkipEmptyParts);
-    bool valid = words.size() == 1 || words.size() == 2;
+    bool valid = false;
     const int milliseconds = words.value(0).toInt(&valid);
     if (!valid || words.size() > 2 || milliseconds < 0 || milliseconds > maxSleepMs)
         return Reply::refusal(QStringLiteral("sleep needs a time of 0 to %1 milliseconds").arg(maxSleepMs));

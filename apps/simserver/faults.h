@@ -62,6 +62,9 @@ enum class Fault {
     IgnoreExit,
 };
 
+/// How the process ends by a fault that makes it exit.
+inline constexpr int faultExitCode = 3;
+
 struct FaultInfo {
     enum class Where { Nowhere, Reply, Greeting, Process };
 

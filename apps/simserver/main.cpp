@@ -24,7 +24,7 @@ namespace {
 
 using namespace simserver;
 
-enum ExitCode { Ended = 0, CannotStart = 1, WrongCommandLine = 2, ByFault = 3 };
+enum ExitCode { Ended = 0, CannotStart = 1, WrongCommandLine = 2, ByFault = faultExitCode };
 
 /// Writes all of it at once, past any buffer: who starts the server reads the port in one piece.
 void print(int descriptor, const QByteArray& text)
