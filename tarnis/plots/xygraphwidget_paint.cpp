@@ -3,6 +3,7 @@
 
 #include "tarnis/foundation/helpers.h"
 #include "tarnis/plots/plotaxis_p.h"
+#include "tarnis/plots/plotmap_p.h"
 #include "tarnis/plots/plotnumbers_p.h"
 #include "tarnis/plots/plotpixmap_p.h"
 
@@ -101,8 +102,26 @@ template <typename DrawMark> void paintTicks(QPainter& painter, QList<TickRecord
     }
 }
 
+void paintNames(QPainter& painter, const QRect& frame, const QRect& graph, const QString& nameX, const QString& nameY)
+{
+    painter.drawText(QRect(QPoint(graph.left(), graph.bottom()), QPoint(graph.right(), frame.bottom() - 1)),
+        Qt::AlignHCenter | Qt::AlignBottom, nameX);
+    painter.drawText(
+        QRect(graph.left() - 10, frame.top() + 2, graph.right(), graph.top()), Qt::AlignLeft | Qt::AlignTop, nameY);
+}
+
+void paintNotes(QPainter& painter, const QRect& frame, const QRect& graph, const QString& notes)
+{
+    const QRect rect(QPoint(graph.left(), frame.top()), QPoint(graph.right(), graph.top() - 1));
+    painter.setPen(Qt::black);
+    painter.setClipRect(rect);
+    painter.drawText(rect, Qt::AlignRight | Qt::AlignVCenter, notes);
+}
+
 void paintGrid(QPainter& painter, const QList<int>& columns, const QList<int>& rows, const QRect& graph)
 {
+    if (columns.isEmpty() && rows.isEmpty())
+        return;
     QList<QLine> lines;
     lines.reserve(columns.size() + rows.size());
     for (const int column : columns)
@@ -124,8 +143,7 @@ void XYGraphWidget::paint(QPainter& painter, QRect* rect)
     painter.fillRect(frame, QBrush(Qt::lightGray));
     frame = frame.marginsRemoved(m_margin);
 
-    const AxisRange rangeX { m_minX, m_maxX };
-    const AxisRange rangeY { m_minY, m_maxY };
+    const auto [rangeX, rangeY] = visibleRanges();
     QList<double> inner =
         calcTicks(m_funcX2Tick(m_minX, m_funcUserData), m_funcX2Tick(m_maxX, m_funcUserData), m_tickDecimalX);
     m_tickDecimalX = m_decimalX; // not before calcTicks(): new decimals reach the X axis one paint late
@@ -141,7 +159,6 @@ void XYGraphWidget::paint(QPainter& painter, QRect* rect)
     getMargin(topLeft, bottomRight);
     const QRect graph = frame.adjusted(qMax(widestLabel(ticksY, size.width), topLeft.width()), topLeft.height(),
         -bottomRight.width(), -bottomRight.height());
-    const QRect nameRectX(QPoint(graph.left(), graph.bottom()), QPoint(graph.right(), frame.bottom() - 1));
     const QList<TickRecord> labelsX = recordsX(ticksX, rangeX, graph, size);
     const QList<TickRecord> labelsY = recordsY(ticksY, rangeY, m_logScaleY, graph, frame.left(), size);
     const bool upright = tarnis::isQuarterTurn(m_rotation);
@@ -152,27 +169,24 @@ void XYGraphWidget::paint(QPainter& painter, QRect* rect)
     painter.drawRects(&graph, 1);
     m_graphRect = graph;
     painter.setPen(Qt::black);
-    painter.drawText(nameRectX, Qt::AlignHCenter | Qt::AlignBottom, m_nameX);
-    painter.drawText(
-        QRect(graph.left() - 10, frame.top() + 2, graph.right(), graph.top()), Qt::AlignLeft | Qt::AlignTop, m_nameY);
+    paintNames(painter, frame, graph, m_nameX, m_nameY);
     paintTicks(painter, labelsX, Qt::AlignHCenter | Qt::AlignTop,
         [&](int column) { painter.drawLine(column, graph.bottom(), column, graph.bottom() + 3); });
     paintTicks(painter, labelsY, Qt::AlignRight | Qt::AlignVCenter,
         [&](int row) { painter.drawLine(graph.left() - 3, row, graph.left(), row); });
-    if (!m_notes.isEmpty()) {
-        const QRect notesRect(QPoint(graph.left(), frame.top()), QPoint(graph.right(), graph.top() - 1));
-        painter.setPen(Qt::black);
-        painter.setClipRect(notesRect);
-        painter.drawText(notesRect, Qt::AlignRight | Qt::AlignVCenter, m_notes);
-    }
+    if (!m_notes.isEmpty())
+        paintNotes(painter, frame, graph, m_notes);
 
     painter.setClipRect(graph, Qt::ReplaceClip);
-    if (m_paintGridOnGraph)
-        onPaint(painter, graph);
-    if (m_showGrid)
-        paintGrid(painter, tarnis::gridColumns(ticksX, rangeX, graph),
-            tarnis::gridRows(ticksY, rangeY, m_logScaleY, graph), graph);
-    if (!m_paintGridOnGraph)
+    const bool gridLast = m_paintGridOnGraph;
+    if (gridLast)
+        onPaint(painter, graph); // may change a range that scales automatically: the grid takes the new one
+    if (m_showGrid) {
+        const auto [x, y] = visibleRanges();
+        paintGrid(
+            painter, tarnis::gridColumns(ticksX, x, graph), tarnis::gridRows(ticksY, y, m_logScaleY, graph), graph);
+    }
+    if (!gridLast)
         onPaint(painter, graph);
 }
 
