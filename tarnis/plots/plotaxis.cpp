@@ -106,9 +106,11 @@ AxisTicks logTicks(AxisRange range)
     AxisTicks ticks;
     ticks.values.append(range.min);
     double exponent = range.min <= 0.0 ? 0.0 : std::ceil(std::log10(range.min));
-    for (double power = std::pow(10.0, exponent); power < range.max; power = std::pow(10.0, exponent)) {
+    double power = std::pow(10.0, exponent);
+    while (power < range.max) {
         ticks.values.append(power);
         exponent += 1.0;
+        power = std::pow(10.0, exponent);
     }
     ticks.values.append(range.max);
     return ticks;
