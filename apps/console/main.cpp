@@ -1,0 +1,106 @@
+// tarnis-console: an operator's console for a data-acquisition server.
+#include "commandline.h"
+#include "mainwindow.h"
+#include "quitsignals.h"
+#include "tour/tour.h"
+
+#include <tarnis/foundation/log.h>
+
+#include <QApplication>
+#include <QLoggingCategory>
+#include <QSettings>
+#include <QTemporaryDir>
+#include <QThreadPool>
+#include <QTimer>
+
+#include <cstdio>
+#include <memory>
+
+namespace {
+
+constexpr int mistakeStatus = 2;
+
+QStringList argumentsOf(int argc, char** argv)
+{
+    QStringList arguments;
+    for (int i = 0; i < argc; ++i)
+        arguments.append(QString::fromLocal8Bit(argv[i]));
+    return arguments;
+}
+
+bool hasDisplay(const QStringList& arguments)
+{
+    return qEnvironmentVariableIsSet("QT_QPA_PLATFORM") || arguments.contains(QStringLiteral("-platform"))
+        || arguments.contains(QStringLiteral("--platform")) || !qEnvironmentVariableIsEmpty("DISPLAY")
+        || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
+}
+
+int complain(const QString& text, int status)
+{
+    std::fprintf(stderr, "tarnis-console: %s\n", qPrintable(text));
+    return status;
+}
+
+int runConsole(const console::Options& options, QSettings& memory)
+{
+    console::MainWindow window(memory);
+    window.show();
+    QTimer::singleShot(0, &window, [&] { window.startServer(options); });
+    if (options.tourDirectory.isEmpty()) {
+        const console::QuitSignals quitSignals(window);
+        return QApplication::exec();
+    }
+    console::Tour tour(window, options.tourDirectory);
+    if (!tour.isReady())
+        return complain(QStringLiteral("cannot write to %1").arg(options.tourDirectory), mistakeStatus);
+    QApplication::setQuitOnLastWindowClosed(false); // the tour says when it is over
+    QTimer::singleShot(0, &window, [&tour] { QCoreApplication::exit(tour.run()); });
+    return QApplication::exec();
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    const QStringList arguments = argumentsOf(argc, argv);
+    const console::CommandLine commandLine = console::parseCommandLine(arguments);
+    switch (commandLine.action) {
+    case console::CommandLine::Action::Help:
+    case console::CommandLine::Action::Version:
+        std::fputs(qPrintable(commandLine.text), stdout);
+        return 0;
+    case console::CommandLine::Action::Mistake:
+        return complain(commandLine.text + QStringLiteral("\nTry 'tarnis-console --help'."), mistakeStatus);
+    case console::CommandLine::Action::Run:
+        break;
+    }
+    const console::Options& options = commandLine.options;
+    const bool isTour = !options.tourDirectory.isEmpty();
+    if (!hasDisplay(arguments)) {
+        if (!isTour)
+            return complain(QStringLiteral("there is no display; --tour DIR works without one"), 1);
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    }
+    // The library's traces are for developers, who ask for them with QT_LOGGING_RULES="default.debug=true".
+    QLoggingCategory::setFilterRules(QStringLiteral("default.debug=false"));
+    QCoreApplication::setOrganizationName(QStringLiteral("tarnis"));
+    QCoreApplication::setApplicationName(QStringLiteral("tarnis-console"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(TARNIS_CONSOLE_VERSION));
+    QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs, isTour); // so that they come out on the pictures
+    const QApplication application(argc, argv);
+
+    if (!options.logFile.isEmpty()) {
+        initlog(options.logFile.toStdString(), 0);
+        if (!log_is_enabled())
+            return complain(QStringLiteral("cannot write the log %1").arg(options.logFile), mistakeStatus);
+    }
+    // A tour neither reads nor changes what the person's console remembers.
+    const QTemporaryDir scratch;
+    const auto memory = isTour
+        ? std::make_unique<QSettings>(scratch.filePath(QStringLiteral("console.ini")), QSettings::IniFormat)
+        : std::make_unique<QSettings>();
+    const int status = runConsole(options, *memory);
+    QThreadPool::globalInstance()->waitForDone(); // sessions that end in the background still write to the log
+    closelog();
+    return status;
+}

@@ -1,0 +1,364 @@
+#include "mainwindow.h"
+
+#include "availability.h"
+#include "colours.h"
+#include "commandpanel.h"
+#include "connectdialog.h"
+#include "history.h"
+#include "messagelist.h"
+#include "servercontroller.h"
+#include "settingspanel.h"
+#include "ui_mainwindow.h"
+
+#include <tarnis/foundation/helpers.h>
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QFileDialog>
+#include <QMessageBox>
+#include <QSaveFile>
+#include <QSettings>
+
+namespace console {
+
+MainWindow::MainWindow(QSettings& memory)
+    : m_memory(memory)
+    , ui(std::make_unique<Ui::MainWindow>())
+    , m_controller(new ServerController(this))
+    , m_entries(windowEntries())
+    , m_desktopPalette(QApplication::palette())
+{
+    ui->setupUi(this);
+    m_commandPanel = new CommandPanel(*m_controller, this);
+    m_settingsPanel = new SettingsPanel(*m_controller, this);
+    ui->splitter->insertWidget(0, m_commandPanel);
+    ui->sideSplitter->insertWidget(0, m_settingsPanel);
+    ui->splitter->setStretchFactor(0, 3);
+    ui->splitter->setStretchFactor(1, 2);
+    ui->sideSplitter->setStretchFactor(0, 3);
+    ui->sideSplitter->setStretchFactor(1, 1);
+
+    connectActions();
+    addWindowActions();
+    connect(m_controller, &ServerController::stateChanged, this, &MainWindow::updateControls);
+    connect(m_controller, &ServerController::notice, this, &MainWindow::onNotice);
+    connect(m_commandPanel, &CommandPanel::notice, this, &MainWindow::onNotice);
+    connect(m_commandPanel, &CommandPanel::busyChanged, this, &MainWindow::updateControls);
+    connect(m_settingsPanel, &SettingsPanel::controlsChanged, this, &MainWindow::updateControls);
+    connect(ui->noticeBar, &NoticeBar::remedyPressed, this, &MainWindow::onRemedy);
+    restore();
+    updateControls();
+    m_commandPanel->focusCommand();
+}
+
+MainWindow::~MainWindow()
+{
+    m_controller->disconnect(this);
+    delete m_commandPanel; // before the manager that their sessions come from
+    delete m_settingsPanel;
+    const auto windows = m_windows.map.values();
+    m_windows.map.clear();
+    qDeleteAll(windows);
+    delete m_controller;
+}
+
+void MainWindow::connectActions()
+{
+    ui->chooseButton->setDefaultAction(ui->chooseAction);
+    ui->startButton->setDefaultAction(ui->startAction);
+    ui->restartButton->setDefaultAction(ui->restartAction);
+    ui->shutDownButton->setDefaultAction(ui->shutDownAction);
+    connect(ui->chooseAction, &QAction::triggered, this, &MainWindow::chooseServer);
+    connect(ui->startAction, &QAction::triggered, this, &MainWindow::startAgain);
+    connect(ui->restartAction, &QAction::triggered, m_controller, &ServerController::restart);
+    connect(ui->shutDownAction, &QAction::triggered, m_controller, &ServerController::stop);
+    connect(ui->forceAction, &QAction::triggered, m_controller, &ServerController::endByForce);
+    connect(ui->quitAction, &QAction::triggered, this, &MainWindow::close);
+    connect(ui->uploadAction, &QAction::triggered, m_commandPanel, &CommandPanel::chooseUpload);
+    connect(ui->giveUpAction, &QAction::triggered, m_commandPanel, &CommandPanel::giveUp);
+    connect(ui->saveRecordAction, &QAction::triggered, this, &MainWindow::saveRecord);
+    connect(ui->clearRecordAction, &QAction::triggered, m_commandPanel, &CommandPanel::clearRecord);
+    connect(ui->readAction, &QAction::triggered, m_settingsPanel, &SettingsPanel::read);
+    connect(ui->downloadAction, &QAction::triggered, this, [this] { m_settingsPanel->download(false); });
+    connect(ui->downloadSaveAction, &QAction::triggered, this, [this] { m_settingsPanel->download(true); });
+    connect(ui->goToCommandAction, &QAction::triggered, m_commandPanel, &CommandPanel::focusCommand);
+    connect(ui->goToSettingsAction, &QAction::triggered, m_settingsPanel, &SettingsPanel::focusTable);
+    connect(ui->goToMessagesAction, &QAction::triggered, this, [this] { ui->messageList->setFocus(); });
+    connect(ui->darkAction, &QAction::toggled, this, &MainWindow::setDark);
+    connect(ui->keysAction, &QAction::triggered, this, &MainWindow::showKeyboard);
+    connect(ui->aboutAction, &QAction::triggered, this, &MainWindow::showAbout);
+}
+
+void MainWindow::addWindowActions()
+{
+    for (const WindowEntry& entry : std::as_const(m_entries)) {
+        QAction* action = ui->windowsMenu->addAction(entry.menuText);
+        action->setObjectName(entry.id);
+        if (m_windowActions.size() < 9)
+            action->setShortcut(QKeySequence(Qt::CTRL | Qt::Key(Qt::Key_1 + int(m_windowActions.size()))));
+        connect(action, &QAction::triggered, this, [this, &entry] { openWindow(entry); });
+        m_windowActions.append(action);
+    }
+}
+
+QWidget* MainWindow::openWindow(const WindowEntry& entry)
+{
+    if (m_controller->state() != ServerState::Up)
+        return nullptr;
+    void* key = const_cast<WindowEntry*>(&entry);
+    QWidget* window = m_windows.map.value(key);
+    if (!window) {
+        window = entry.open({ *m_controller, m_commandPanel->link(), this });
+        m_windows.map.insert(key, window);
+        connect(window, &QObject::destroyed, &m_windows, &ModelessWidgetManager::onDestroyed);
+        window->setAttribute(Qt::WA_DeleteOnClose);
+    }
+    window->show();
+    window->activateWindow();
+    return window;
+}
+
+void MainWindow::startServer(const Options& options)
+{
+    ServerChoice last;
+    if (m_memory.value(QStringLiteral("server/kind")).toString() == u"remote") {
+        last.kind = ServerChoice::Kind::Remote;
+        last.host = m_memory.value(QStringLiteral("server/host")).toString();
+        last.port = quint16(m_memory.value(QStringLiteral("server/port")).toUInt());
+    } else {
+        last.program = m_memory.value(QStringLiteral("server/program")).toString();
+    }
+    const ServerChoice choice = options.server.value_or(last);
+    std::optional<QByteArray> prompt = options.prompt;
+    if (!prompt && choice == last)
+        prompt = promptFromText(m_memory.value(QStringLiteral("server/prompt")).toString());
+    m_controller->start(choice, prompt.value_or(m_controller->prompt()));
+}
+
+void MainWindow::updateControls()
+{
+    const ServerState state = m_controller->state();
+    const bool isUp = state == ServerState::Up;
+    const bool isStopping = state == ServerState::Stopping;
+    const bool canStart = state == ServerState::Off || state == ServerState::Failed;
+    const bool isLocal = m_controller->isLocal();
+    const QString name = m_controller->serverName();
+    const QString needsServer = tr("Needs a connected server");
+
+    ui->startAction->setText(isLocal ? tr("&Start") : tr("Co&nnect"));
+    ui->shutDownAction->setText(isLocal ? tr("Shut &Down") : tr("&Disconnect"));
+    setAvailable(ui->startAction, canStart,
+        isLocal ? tr("Start %1 (Ctrl+T)").arg(name) : tr("Connect to %1 (Ctrl+T)").arg(name),
+        isStopping ? tr("Wait until the server has ended") : tr("A server is in use already"));
+    setAvailable(ui->restartAction, isUp || state == ServerState::Failed,
+        isLocal ? tr("Shut the server down and start it again (Ctrl+R)") : tr("Disconnect and connect again (Ctrl+R)"),
+        tr("There is no server to restart"));
+    setAvailable(ui->shutDownAction, !canStart && !isStopping,
+        isLocal ? tr("Let the server end (Ctrl+D)") : tr("Leave the server; it goes on running (Ctrl+D)"),
+        tr("No server is in use"));
+    setAvailable(ui->forceAction, m_controller->hasProcess(),
+        tr("Kill the local server; what it has not saved is lost"), tr("No server process of this console is running"));
+    setAvailable(ui->chooseAction, !isStopping, tr("Start another server, or connect to one (Ctrl+N)"),
+        tr("Wait until the server has ended"));
+    setAvailable(ui->uploadAction, isUp, tr("Send a file to the server with txfile (Ctrl+O)"), needsServer);
+    setAvailable(ui->giveUpAction, m_commandPanel->isBusy(), tr("Stop waiting for the reply (Ctrl+G)"),
+        tr("No command is under way"));
+    setAvailable(ui->readAction, isUp, tr("Ask the server for its settings (F5)"), needsServer);
+    for (QAction* action : { ui->downloadAction, ui->downloadSaveAction }) {
+        setAvailable(action, m_settingsPanel->canDownload(), tr("Send all settings to the server"),
+            isUp ? tr("Wait until the lines on their way are answered") : needsServer);
+    }
+    for (qsizetype i = 0; i < m_windowActions.size(); ++i)
+        setAvailable(m_windowActions.at(i), isUp, m_entries.at(i).help, needsServer);
+    showStatus();
+
+    if (m_isClosing && state == ServerState::Off)
+        QMetaObject::invokeMethod(this, &MainWindow::close, Qt::QueuedConnection);
+}
+
+void MainWindow::showStatus()
+{
+    Lamp lamp = Lamp::Off;
+    QString status;
+    const QString name = m_controller->serverName();
+    const QString address = m_controller->tarnis().GetServerAddress();
+    QString server = name;
+    switch (m_controller->state()) {
+    case ServerState::Off:
+        status = tr("No server");
+        server = tr("last: %1").arg(name);
+        break;
+    case ServerState::Starting:
+        lamp = Lamp::Waiting;
+        status = m_controller->isLocal() ? tr("Starting...") : tr("Connecting...");
+        break;
+    case ServerState::Up:
+        lamp = m_controller->status() == Tarnis::RUNNING ? Lamp::Busy : Lamp::Good;
+        status = QLatin1String(Tarnis::GetStatusName(m_controller->status()));
+        if (m_controller->isLocal())
+            server = tr("%1 at %2").arg(name, address);
+        break;
+    case ServerState::Failed:
+        lamp = Lamp::Bad;
+        status = tr("No connection");
+        break;
+    case ServerState::Stopping:
+        lamp = Lamp::Waiting;
+        status = QLatin1String(Tarnis::GetStatusName(Tarnis::SHUTTING_DOWN));
+        break;
+    }
+    ui->lampLabel->setPixmap(lampPicture(lamp, 18, devicePixelRatioF()));
+    ui->lampLabel->setAccessibleName(status);
+    ui->statusLabel->setText(status);
+    ui->serverLabel->setText(server);
+}
+
+void MainWindow::onNotice(const Notice& notice)
+{
+    ui->noticeBar->setNotice(notice);
+    if (!notice.text.isEmpty())
+        m_commandPanel->note(notice.text);
+}
+
+void MainWindow::onRemedy(Remedy remedy)
+{
+    switch (remedy) {
+    case Remedy::StartAgain:
+        startAgain();
+        break;
+    case Remedy::ChooseServer:
+        chooseServer();
+        break;
+    case Remedy::Stop:
+        m_controller->stop();
+        break;
+    case Remedy::EndByForce:
+        m_controller->endByForce();
+        break;
+    case Remedy::SendAgain:
+        m_commandPanel->sendAgain();
+        break;
+    case Remedy::None:
+        break;
+    }
+}
+
+void MainWindow::startAgain()
+{
+    m_controller->restart();
+}
+
+void MainWindow::chooseServer()
+{
+    auto* dialog = new ConnectDialog(m_controller->choice(), m_controller->prompt(), this);
+    connect(dialog, &QDialog::accepted, this, [this, dialog] {
+        m_controller->start(dialog->choice(), dialog->prompt());
+        remember();
+    });
+    dialog->open();
+}
+
+void MainWindow::saveRecord()
+{
+    auto* dialog = new QFileDialog(this, tr("Save the Record"), getSaveDir(), tr("Text (*.txt)"));
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setAcceptMode(QFileDialog::AcceptSave);
+    dialog->setDefaultSuffix(QStringLiteral("txt"));
+    connect(dialog, &QFileDialog::fileSelected, this, [this](const QString& path) {
+        QSaveFile file(path);
+        const bool isWritten = file.open(QIODevice::WriteOnly)
+            && file.write(m_commandPanel->recordText().toUtf8() + '\n') >= 0 && file.commit();
+        if (isWritten) {
+            setSaveFilePath(path);
+            onNotice({ Notice::Severity::Information, tr("The record is in %1.").arg(path), Remedy::None });
+        } else {
+            onNotice({ Notice::Severity::Warning,
+                tr("%1 cannot be written: %2. Choose another place.").arg(path, file.errorString()), Remedy::None });
+        }
+    });
+    dialog->open();
+}
+
+void MainWindow::showKeyboard()
+{
+    QString rows;
+    for (const QMenu* menu : ui->menuBar->findChildren<QMenu*>()) {
+        for (const QAction* action : menu->actions()) {
+            if (!action->shortcut().isEmpty())
+                rows += QStringLiteral("<tr><td><b>%1</b>&nbsp;&nbsp;&nbsp;</td><td>%2</td></tr>")
+                            .arg(action->shortcut().toString(QKeySequence::NativeText),
+                                action->text().remove(u'&').toHtmlEscaped());
+        }
+    }
+    rows += tr("<tr><td><b>Up, Down</b>&nbsp;&nbsp;&nbsp;</td><td>Walk through the commands that were typed</td></tr>"
+               "<tr><td><b>F8</b></td><td>Press the button of the notice</td></tr>"
+               "<tr><td><b>F2</b></td><td>Edit the chosen setting</td></tr>");
+    auto* box = new QMessageBox(
+        QMessageBox::NoIcon, tr("Keyboard"), QStringLiteral("<table>%1</table>").arg(rows), QMessageBox::Close, this);
+    box->setObjectName(QStringLiteral("keyboardBox"));
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->open();
+}
+
+void MainWindow::showAbout()
+{
+    auto* box = new QMessageBox(QMessageBox::NoIcon, tr("About"),
+        tr("<p><b>Tarnis Console %1</b></p><p>Operates a data-acquisition server: status, commands, settings, live "
+           "windows.</p>")
+            .arg(QStringLiteral(TARNIS_CONSOLE_VERSION)),
+        QMessageBox::Close, this);
+    box->setObjectName(QStringLiteral("aboutBox"));
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->open();
+}
+
+void MainWindow::setDark(bool isDark)
+{
+    QApplication::setPalette(isDark ? darkPalette() : m_desktopPalette);
+}
+
+void MainWindow::restore()
+{
+    restoreGeometry(m_memory.value(QStringLiteral("window/geometry")).toByteArray());
+    ui->splitter->restoreState(m_memory.value(QStringLiteral("window/splitter")).toByteArray());
+    ui->sideSplitter->restoreState(m_memory.value(QStringLiteral("window/sideSplitter")).toByteArray());
+    ui->darkAction->setChecked(m_memory.value(QStringLiteral("window/dark")).toBool());
+    m_commandPanel->history().setEntries(m_memory.value(QStringLiteral("commands")).toStringList());
+}
+
+void MainWindow::remember()
+{
+    m_memory.setValue(QStringLiteral("window/geometry"), saveGeometry());
+    m_memory.setValue(QStringLiteral("window/splitter"), ui->splitter->saveState());
+    m_memory.setValue(QStringLiteral("window/sideSplitter"), ui->sideSplitter->saveState());
+    m_memory.setValue(QStringLiteral("window/dark"), ui->darkAction->isChecked());
+    m_memory.setValue(QStringLiteral("commands"), m_commandPanel->history().entries());
+    const ServerChoice& choice = m_controller->choice();
+    const bool isRemote = choice.kind == ServerChoice::Kind::Remote;
+    m_memory.setValue(QStringLiteral("server/kind"), isRemote ? QStringLiteral("remote") : QStringLiteral("local"));
+    m_memory.setValue(QStringLiteral("server/program"), choice.program);
+    m_memory.setValue(QStringLiteral("server/host"), choice.host);
+    m_memory.setValue(QStringLiteral("server/port"), choice.port);
+    m_memory.setValue(QStringLiteral("server/prompt"), promptToText(m_controller->prompt()));
+}
+
+void MainWindow::closeEvent(QCloseEvent* event)
+{
+    remember();
+    const bool canGo = m_controller->state() == ServerState::Off
+        || (m_controller->state() == ServerState::Failed && !m_controller->hasProcess());
+    if (canGo) {
+        const auto windows = m_windows.map.values();
+        for (QWidget* window : windows)
+            window->close();
+        event->accept();
+        return;
+    }
+    event->ignore(); // goes when the server has ended, see updateControls()
+    m_isClosing = true;
+    m_controller->stop();
+    if (m_controller->state() == ServerState::Up)
+        m_isClosing = false; // refused: the server is busy
+}
+
+} // namespace console

@@ -1,0 +1,76 @@
+// The console's main window: the server's status and its buttons, the command line, the settings, the host messages,
+// and the menu of all other windows.
+#pragma once
+
+#include "commandline.h"
+#include "notice.h"
+#include "windows/window.h"
+
+#include <tarnis/foundation/modelesswidgetmanager.h>
+
+#include <QMainWindow>
+#include <QPalette>
+
+#include <memory>
+
+class QSettings;
+
+namespace Ui {
+class MainWindow;
+}
+
+namespace console {
+
+class CommandPanel;
+class ServerController;
+class SettingsPanel;
+
+/// Closing it shuts the server down first and goes when the server has ended. GUI thread.
+class MainWindow : public QMainWindow {
+    Q_OBJECT
+public:
+    /// `memory` is what is kept from one run to the next; it must outlive the window.
+    explicit MainWindow(QSettings& memory);
+    ~MainWindow() override;
+
+    /// Uses the server of the options, else the last one, else the simulator. Called once, after the window is shown.
+    void startServer(const Options& options);
+
+    ServerController& controller() { return *m_controller; }
+    CommandPanel& commandPanel() { return *m_commandPanel; }
+    SettingsPanel& settingsPanel() { return *m_settingsPanel; }
+
+    /// Opens the window of the entry, or brings it forward if it is open. Null while there is no server.
+    QWidget* openWindow(const WindowEntry& entry);
+    const QList<WindowEntry>& entries() const { return m_entries; }
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+    void connectActions();
+    void addWindowActions();
+    void updateControls();
+    void showStatus();
+    void onNotice(const Notice& notice);
+    void onRemedy(Remedy remedy);
+    void chooseServer();
+    void startAgain();
+    void saveRecord();
+    void showKeyboard();
+    void showAbout();
+    void setDark(bool isDark);
+    void restore();
+    void remember();
+
+    QSettings& m_memory;
+    std::unique_ptr<Ui::MainWindow> ui;
+    ServerController* m_controller;
+    CommandPanel* m_commandPanel;
+    SettingsPanel* m_settingsPanel;
+    QList<WindowEntry> m_entries;
+    QList<QAction*> m_windowActions; ///< one for each entry
+    ModelessWidgetManager m_windows; ///< by entry
+    QPalette m_desktopPalette;
+    bool m_isClosing = false; ///< close as soon as the server has ended
+};
+
+} // namespace console

@@ -1,0 +1,30 @@
+// Something that a person should know and can act on: words, and at most one thing to press.
+#pragma once
+
+#include <QMetaType>
+#include <QString>
+
+namespace console {
+
+/// What one press of the notice's button does.
+enum class Remedy {
+    None,
+    StartAgain, ///< start or connect to the server of before
+    ChooseServer, ///< ask which server to use
+    Stop, ///< give up waiting for the server to come up
+    EndByForce, ///< kill the local server
+    SendAgain, ///< send the command that was lost
+};
+
+struct Notice {
+    enum class Severity { Information, Warning, Failure };
+    Severity severity = Severity::Information;
+    QString text; ///< whole sentences; what happened, then what to do
+    Remedy remedy = Remedy::None;
+
+    bool operator==(const Notice&) const = default;
+};
+
+} // namespace console
+
+Q_DECLARE_METATYPE(console::Notice)

@@ -1,0 +1,93 @@
+#include "noticebar.h"
+
+#include "colours.h"
+#include "ui_noticebar.h"
+
+#include <QAccessible>
+#include <QEvent>
+#include <QStyle>
+
+namespace console {
+
+namespace {
+
+QString remedyText(Remedy remedy)
+{
+    switch (remedy) {
+    case Remedy::StartAgain:
+        return NoticeBar::tr("Start Again (F8)");
+    case Remedy::ChooseServer:
+        return NoticeBar::tr("Choose a Server... (F8)");
+    case Remedy::Stop:
+        return NoticeBar::tr("Stop Waiting (F8)");
+    case Remedy::EndByForce:
+        return NoticeBar::tr("End by Force (F8)");
+    case Remedy::SendAgain:
+        return NoticeBar::tr("Send Again (F8)");
+    case Remedy::None:
+        break;
+    }
+    return {};
+}
+
+QStyle::StandardPixmap severityIcon(Notice::Severity severity)
+{
+    switch (severity) {
+    case Notice::Severity::Failure:
+        return QStyle::SP_MessageBoxCritical;
+    case Notice::Severity::Warning:
+        return QStyle::SP_MessageBoxWarning;
+    case Notice::Severity::Information:
+        break;
+    }
+    return QStyle::SP_MessageBoxInformation;
+}
+
+} // namespace
+
+NoticeBar::NoticeBar(QWidget* parent)
+    : QFrame(parent)
+    , ui(std::make_unique<Ui::NoticeBar>())
+{
+    ui->setupUi(this);
+    connect(ui->remedyButton, &QPushButton::clicked, this, [this] { Q_EMIT remedyPressed(m_notice.remedy); });
+    connect(ui->dismissButton, &QToolButton::clicked, this, [this] { setNotice(Notice()); });
+    hide();
+}
+
+NoticeBar::~NoticeBar() = default;
+
+void NoticeBar::setNotice(const Notice& notice)
+{
+    m_notice = notice;
+    if (notice.text.isEmpty()) {
+        hide();
+        return;
+    }
+    const int size = style()->pixelMetric(QStyle::PM_SmallIconSize) + 6;
+    ui->iconLabel->setPixmap(style()->standardIcon(severityIcon(notice.severity)).pixmap(size, size));
+    ui->textLabel->setText(notice.text);
+    ui->remedyButton->setText(remedyText(notice.remedy));
+    ui->remedyButton->setShortcut(Qt::Key_F8);
+    ui->remedyButton->setVisible(notice.remedy != Remedy::None);
+    applyColours();
+    setVisible(true);
+    QAccessibleEvent alert(ui->textLabel, QAccessible::Alert);
+    QAccessible::updateAccessibility(&alert);
+}
+
+void NoticeBar::applyColours()
+{
+    QPalette ground;
+    ground.setColor(QPalette::Window, noticeGround(ground, m_notice.severity));
+    setPalette(ground);
+}
+
+void NoticeBar::changeEvent(QEvent* event)
+{
+    QFrame::changeEvent(event);
+    if (event->type() == QEvent::ApplicationPaletteChange || event->type() == QEvent::StyleChange)
+        applyColours();
+}
+
+} // namespace console

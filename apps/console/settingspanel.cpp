@@ -1,0 +1,267 @@
+#include "settingspanel.h"
+
+#include "addsettingdialog.h"
+#include "availability.h"
+#include "replytext.h"
+#include "servercontroller.h"
+#include "settingsmodel.h"
+#include "ui_settingspanel.h"
+
+#include <tarnis/server/tarniscmd.h>
+
+#include <QHeaderView>
+#include <QHostAddress>
+
+#include <utility>
+
+namespace console {
+
+namespace {
+
+constexpr QLatin1String session("control");
+constexpr QLatin1String readName("settingCmd");
+constexpr QLatin1String basePathName("settingBasePathCmd"); // given by the manager, as the two below
+constexpr QLatin1String saveName("savesettingCmd");
+constexpr QLatin1String lineName("updateSettingCmd");
+
+QString lines(int count)
+{
+    return counted(count, SettingsPanel::tr("line"), SettingsPanel::tr("lines"));
+}
+
+bool isIPv4(const QString& text)
+{
+    return text.count(u'.') == 3 && QHostAddress(text).protocol() == QAbstractSocket::IPv4Protocol;
+}
+
+} // namespace
+
+SettingsPanel::SettingsPanel(ServerController& controller, QWidget* parent)
+    : QWidget(parent)
+    , m_controller(controller)
+    , ui(std::make_unique<Ui::SettingsPanel>())
+    , m_model(new SettingsModel(controller.tarnis(), this))
+{
+    ui->setupUi(this);
+    ui->table->setModel(m_model);
+    ui->table->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
+    ui->table->horizontalHeader()->setHighlightSections(false);
+    ui->table->verticalHeader()->setDefaultSectionSize(ui->table->fontMetrics().height() + 8);
+
+    connect(ui->readButton, &QPushButton::clicked, this, &SettingsPanel::read);
+    connect(ui->addButton, &QPushButton::clicked, this, &SettingsPanel::addSetting);
+    connect(ui->removeButton, &QPushButton::clicked, this, &SettingsPanel::removeSetting);
+    connect(ui->revertButton, &QPushButton::clicked, m_model, &SettingsModel::takeServerValues);
+    connect(ui->downloadButton, &QPushButton::clicked, this, [this] { download(false); });
+    connect(ui->saveButton, &QPushButton::clicked, this, [this] { download(true); });
+    connect(ui->pathButton, &QPushButton::clicked, this, &SettingsPanel::setBasePath);
+    connect(ui->pathEdit, &QLineEdit::returnPressed, this, &SettingsPanel::setBasePath);
+    connect(ui->pathEdit, &QLineEdit::textChanged, this, &SettingsPanel::updateControls);
+    connect(ui->addressButton, &QPushButton::clicked, this, &SettingsPanel::setReadoutAddress);
+    connect(ui->ipEdit, &QLineEdit::returnPressed, this, &SettingsPanel::setReadoutAddress);
+    connect(ui->ipEdit, &QLineEdit::textChanged, this, &SettingsPanel::updateControls);
+    connect(ui->indexSpin, &QSpinBox::valueChanged, this, &SettingsPanel::showReadoutAddress);
+    connect(ui->table->selectionModel(), &QItemSelectionModel::currentChanged, this, &SettingsPanel::updateControls);
+
+    connect(m_model, &SettingsModel::refused, this, &SettingsPanel::say);
+    connect(m_model, &SettingsModel::edited, this, &SettingsPanel::onEdited);
+    connect(&controller, &ServerController::stateChanged, this, &SettingsPanel::onServerState);
+    connect(&controller.tarnis(), &Tarnis::onCmdReply, this, &SettingsPanel::onCmdReply);
+    connect(&controller.tarnis(), &Tarnis::onBasePathChange, this,
+        [this](const QString& path) { say(tr("The base path %1 goes to the server.").arg(path)); });
+    updateControls();
+}
+
+SettingsPanel::~SettingsPanel() = default;
+
+void SettingsPanel::focusTable()
+{
+    ui->table->setFocus(Qt::ShortcutFocusReason);
+    if (!ui->table->currentIndex().isValid())
+        ui->table->setCurrentIndex(m_model->index(0, SettingsModel::Value));
+}
+
+bool SettingsPanel::canDownload() const
+{
+    return m_controller.state() == ServerState::Up && m_linesPending == 0;
+}
+
+void SettingsPanel::read()
+{
+    if (m_controller.state() != ServerState::Up)
+        return;
+    say(tr("Reading..."));
+    m_controller.tarnis().SendCmd(session, readName, QStringLiteral("setting"), false);
+}
+
+void SettingsPanel::download(bool save)
+{
+    if (!canDownload())
+        return;
+    m_refusals.clear();
+    m_linesSent = m_controller.tarnis().DownloadSettings(session, save) + (save ? 1 : 0);
+    m_linesPending = m_linesSent;
+    say(tr("Sending %1...").arg(lines(m_linesSent)));
+    updateControls();
+}
+
+void SettingsPanel::onCmdReply(const QString& name, const QString& command, const QByteArray& result)
+{
+    const QString reply = QString::fromUtf8(result);
+    if (name == readName)
+        onSettingReply(reply);
+    else if (name == saveName || name.startsWith(lineName))
+        onDownloadReply(command, reply);
+    else if (name == basePathName && replyKind(reply) == ReplyKind::Refused)
+        say(tr("The base path is refused: %1").arg(reply.trimmed()));
+    else if (name == basePathName)
+        read();
+}
+
+void SettingsPanel::onSettingReply(const QString& reply)
+{
+    if (replyKind(reply) == ReplyKind::Refused) {
+        say(reply.trimmed());
+        return;
+    }
+    QMap<QString, QString> values;
+    TarnisCmd::makeNameValueMap(reply.split(u'\n'), values);
+    values.remove(QStringLiteral("OK"));
+    m_model->setServerValues(values);
+}
+
+void SettingsPanel::onDownloadReply(const QString& command, const QString& reply)
+{
+    if (replyKind(reply) == ReplyKind::Refused)
+        m_refusals.append(QStringLiteral("%1: %2").arg(command.section(u' ', 0, 0), reply.trimmed()));
+    m_linesPending = qMax(0, m_linesPending - 1);
+    if (m_linesPending > 0)
+        return;
+    if (m_refusals.isEmpty())
+        say(tr("The server took %1.").arg(lines(m_linesSent)));
+    else
+        say(tr("The server refused %1 of %2: %3").arg(m_refusals.size()).arg(m_linesSent).arg(m_refusals.first()));
+    updateControls();
+    m_controller.tarnis().SendCmd(session, readName, QStringLiteral("setting"), false);
+}
+
+void SettingsPanel::onServerState()
+{
+    const bool isUp = m_controller.state() == ServerState::Up;
+    if (!isUp)
+        m_linesPending = 0;
+    if (isUp && !m_wasUp)
+        read();
+    m_wasUp = isUp;
+    updateControls();
+}
+
+void SettingsPanel::onEdited()
+{
+    const qsizetype changed = m_model->changedNames().size();
+    if (m_linesPending == 0) {
+        say(changed == 0 ? tr("As on the server.") : tr("%1 changed here, not on the server yet.").arg(changed));
+    }
+    showReadoutAddress();
+    const QString path = m_controller.tarnis().GetSettingValue(QStringLiteral("basepath"), QString());
+    if (path != std::exchange(m_shownPath, path)) // else what somebody is typing there stays
+        ui->pathEdit->setText(path);
+    updateControls();
+}
+
+void SettingsPanel::addSetting()
+{
+    auto* dialog = new AddSettingDialog(*m_model, this);
+    dialog->open();
+}
+
+void SettingsPanel::removeSetting()
+{
+    m_model->remove(ui->table->currentIndex().row());
+}
+
+void SettingsPanel::setBasePath()
+{
+    if (!ui->pathButton->isEnabled())
+        return;
+    Tarnis& tarnis = m_controller.tarnis();
+    const bool isStoredOnly = m_controller.status() == Tarnis::IDLE;
+    tarnis.SetBasePath(ui->pathEdit->text().trimmed(), ui->instCheck->isChecked());
+    m_model->reload();
+    if (isStoredOnly)
+        say(tr("The base path is kept for the next download."));
+}
+
+void SettingsPanel::setReadoutAddress()
+{
+    if (!ui->addressButton->isEnabled())
+        return;
+    QString ip = ui->ipEdit->text().trimmed();
+    const auto tcp = unsigned(ui->tcpSpin->value());
+    const auto bcp = unsigned(ui->bcpSpin->value());
+    if (ui->indexSpin->value() < 0)
+        m_controller.tarnis().SetReadoutAddress(ip, tcp, bcp);
+    else
+        m_controller.tarnis().SetReadoutAddress(ui->indexSpin->value(), ip, tcp, bcp);
+    m_model->reload();
+    ui->addressLabel->setText(tr("Set: %1").arg(m_controller.tarnis().GetReadoutAddressText()));
+}
+
+void SettingsPanel::showReadoutAddress()
+{
+    QString ip;
+    unsigned int tcp = 0;
+    unsigned int bcp = 0;
+    if (ui->indexSpin->value() < 0)
+        m_controller.tarnis().GetReadoutAddress(ip, tcp, bcp);
+    else
+        m_controller.tarnis().GetReadoutAddress(ui->indexSpin->value(), ip, tcp, bcp);
+    const QString shown = QStringLiteral("%1 %2 %3 %4").arg(ui->indexSpin->value()).arg(ip).arg(tcp).arg(bcp);
+    if (shown == std::exchange(m_shownAddress, shown))
+        return; // nothing new: what somebody is typing there stays
+    ui->ipEdit->setText(ip);
+    ui->tcpSpin->setValue(int(qMin(tcp, 65535U)));
+    ui->bcpSpin->setValue(int(qMin(bcp, 65535U)));
+}
+
+void SettingsPanel::say(const QString& text)
+{
+    ui->stateLabel->setText(text);
+    ui->stateLabel->setToolTip(text);
+}
+
+void SettingsPanel::updateControls()
+{
+    const bool isUp = m_controller.state() == ServerState::Up;
+    const bool hasChanges = !m_model->changedNames().isEmpty();
+    const QString needsServer = tr("Needs a connected server");
+    const QString wait = isUp ? tr("Wait until the lines on their way are answered") : needsServer;
+    setAvailable(ui->readButton, isUp, tr("Ask the server for its settings (F5)"), needsServer);
+    setAvailable(ui->downloadButton, canDownload(), tr("Send all settings to the server"), wait);
+    setAvailable(ui->saveButton, canDownload(), tr("Send all settings and let the server store them"), wait);
+    setAvailable(ui->addButton, true, tr("Add a setting here"), QString());
+    setAvailable(ui->removeButton, ui->table->currentIndex().isValid(), tr("Forget the chosen setting here"),
+        tr("Choose a setting in the table first"));
+    setAvailable(
+        ui->revertButton, hasChanges, tr("Put all values back to the server's"), tr("Nothing was changed here"));
+
+    const QString pathProblem = settingProblem(QStringLiteral("basepath"), ui->pathEdit->text().trimmed());
+    const Tarnis::SERVER_STATUS status = m_controller.status();
+    const bool takesPath = status == Tarnis::IDLE || status == Tarnis::SERVER_CONNECTED
+        || status == Tarnis::READOUT_CONNECTED || status == Tarnis::READOUT_ERROR;
+    const bool hasPath = !ui->pathEdit->text().trimmed().isEmpty() && pathProblem.isEmpty();
+    const QString pathHelp = status == Tarnis::IDLE ? tr("Keep the base path for the next download")
+                                                    : tr("Send the base path to the server");
+    QString pathReason = pathProblem.isEmpty() ? tr("Type a path first") : pathProblem;
+    if (!takesPath)
+        pathReason = tr("Not while the server is in the status %1").arg(QLatin1String(Tarnis::GetStatusName(status)));
+    setAvailable(ui->pathButton, takesPath && hasPath, pathHelp, pathReason);
+
+    const QString ip = ui->ipEdit->text().trimmed();
+    const bool isAddress = isIPv4(ip);
+    setAvailable(ui->addressButton, isAddress, tr("Store the address in the settings; download them to send it"),
+        tr("Type an IPv4 address such as 192.168.0.16 first"));
+    Q_EMIT controlsChanged();
+}
+
+} // namespace console

@@ -1,0 +1,65 @@
+// The settings half of the main window: the table with download and save, the base path and the readout addresses.
+#pragma once
+
+#include <QStringList>
+#include <QWidget>
+
+#include <memory>
+
+namespace Ui {
+class SettingsPanel;
+}
+
+namespace console {
+
+class ServerController;
+class SettingsModel;
+
+/// Sends on the manager's session "control" and takes the replies from Tarnis::onCmdReply. GUI thread.
+class SettingsPanel : public QWidget {
+    Q_OBJECT
+public:
+    SettingsPanel(ServerController& controller, QWidget* parent);
+    ~SettingsPanel() override;
+
+    SettingsModel& model() { return *m_model; }
+    /// Gives the keyboard to the table.
+    void focusTable();
+    /// True while settings can be sent: a server is connected and nothing is on its way.
+    bool canDownload() const;
+
+public Q_SLOTS:
+    /// Asks the server for its settings.
+    void read();
+    /// Sends all settings; with `save` the server is told to store them too.
+    void download(bool save);
+
+Q_SIGNALS:
+    void controlsChanged();
+
+protected:
+    void onCmdReply(const QString& name, const QString& command, const QByteArray& result);
+    void onSettingReply(const QString& reply);
+    void onDownloadReply(const QString& command, const QString& reply);
+    void onServerState();
+    void onEdited();
+    void addSetting();
+    void removeSetting();
+    void setBasePath();
+    void setReadoutAddress();
+    void showReadoutAddress();
+    void say(const QString& text);
+    void updateControls();
+
+    ServerController& m_controller;
+    std::unique_ptr<Ui::SettingsPanel> ui;
+    SettingsModel* m_model;
+    int m_linesPending = 0; ///< replies to a download that have not come yet
+    int m_linesSent = 0;
+    QStringList m_refusals; ///< of the download under way
+    bool m_wasUp = false;
+    QString m_shownPath; ///< what the fields were last filled with
+    QString m_shownAddress;
+};
+
+} // namespace console

@@ -1,0 +1,105 @@
+#include "tour/tour.h"
+
+#include "mainwindow.h"
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QPointer>
+
+namespace console {
+
+namespace {
+
+/// The step of one window of the menu: open, drive, close.
+TourStep windowStep(const WindowEntry& entry)
+{
+    return { entry.id, [&entry](Person& person, MainWindow& window) {
+                const QPointer<QWidget> opened = window.openWindow(entry);
+                person.expect(opened != nullptr && opened->isVisible(), QStringLiteral("the window opens"));
+                person.expect(
+                    window.openWindow(entry) == opened, QStringLiteral("a second request shows the same window"));
+                entry.tour(person, *opened);
+                if (opened)
+                    person.close(*opened);
+                person.waitUntil(QStringLiteral("the window is gone"), [&] { return opened.isNull(); });
+            } };
+}
+
+/// Boxes that nobody asked for would stop everything behind them: what they say goes into the report.
+QString closeStrayBoxes()
+{
+    QString text;
+    while (QWidget* box = QApplication::activeModalWidget()) {
+        text += QStringLiteral(" [left open: %1]").arg(box->windowTitle());
+        box->setAttribute(Qt::WA_DeleteOnClose);
+        box->close();
+        if (QApplication::activeModalWidget() == box)
+            break;
+    }
+    return text;
+}
+
+} // namespace
+
+Tour::Tour(MainWindow& window, const QString& directory)
+    : m_window(window)
+    , m_directory(directory)
+{
+    if (!m_directory.mkpath(QStringLiteral(".")))
+        return;
+    for (const QString& file : m_directory.entryList({ QStringLiteral("[0-9][0-9]-*.png") }, QDir::Files))
+        m_directory.remove(file);
+    QFile report(m_directory.filePath(QStringLiteral("report.txt")));
+    m_isReady = report.open(QIODevice::WriteOnly);
+}
+
+bool Tour::runStep(const TourStep& step, int number, QTextStream& report)
+{
+    Person person(m_directory, QStringLiteral("%1-%2").arg(number, 2, 10, QLatin1Char('0')).arg(step.name));
+    QElapsedTimer elapsed;
+    elapsed.start();
+    QString failure;
+    try {
+        step.act(person, m_window);
+    } catch (const TourFailure& caught) {
+        failure = caught.text();
+    }
+    failure += closeStrayBoxes();
+    report << (failure.isEmpty() ? "ok    " : "FAIL  ") << step.name << "  "
+           << QString::number(double(elapsed.elapsed()) / 1000.0, 'f', 1) << " s  " << person.pictures().join(u' ');
+    if (!failure.isEmpty())
+        report << "\n      " << failure;
+    report << Qt::endl;
+    return failure.isEmpty();
+}
+
+int Tour::run()
+{
+    QFile file(m_directory.filePath(QStringLiteral("report.txt")));
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Text))
+        return 1;
+    QTextStream report(&file);
+    QList<TourStep> steps = openingSteps();
+    for (const WindowEntry& entry : m_window.entries())
+        steps.append(windowStep(entry));
+    steps.append(closingSteps());
+
+    int failed = 0;
+    int number = 0;
+    for (const TourStep& step : std::as_const(steps)) {
+        if (runStep(step, ++number, report))
+            continue;
+        ++failed;
+        if (step.isNeeded)
+            break;
+    }
+    if (number < steps.size())
+        report << QStringLiteral("%1 steps were not tried.").arg(steps.size() - number) << Qt::endl;
+    report << (failed == 0 ? QStringLiteral("The tour went well: %1 steps.").arg(steps.size())
+                           : QStringLiteral("%1 of %2 steps failed.").arg(failed).arg(steps.size()))
+           << Qt::endl;
+    return failed == 0 && report.status() == QTextStream::Ok ? 0 : 1;
+}
+
+} // namespace console

@@ -1,0 +1,45 @@
+// The tour: opens every window on live data, drives it as a person would, and writes pictures and a report.
+#pragma once
+
+#include "tour/person.h"
+
+#include <QDir>
+#include <QList>
+#include <QString>
+#include <QTextStream>
+
+#include <functional>
+
+namespace console {
+
+class MainWindow;
+
+/// One thing that the tour does; a TourFailure that it throws makes the tour fail, and the next step goes on.
+struct TourStep {
+    QString name;
+    std::function<void(Person&, MainWindow&)> act;
+    bool isNeeded = false; ///< without it the steps behind it make no sense
+};
+
+/// The steps of the main window before and after those of the other windows.
+QList<TourStep> openingSteps();
+QList<TourStep> closingSteps();
+
+/// Runs all steps on the window and writes report.txt. Returns the process's exit status: 0 if every step went well.
+class Tour {
+public:
+    /// `directory` is made if need be; files of an earlier tour in it are removed.
+    Tour(MainWindow& window, const QString& directory);
+    /// False if pictures cannot be written to the directory.
+    bool isReady() const { return m_isReady; }
+    int run();
+
+protected:
+    bool runStep(const TourStep& step, int number, QTextStream& report);
+
+    MainWindow& m_window;
+    QDir m_directory;
+    bool m_isReady = false;
+};
+
+} // namespace console

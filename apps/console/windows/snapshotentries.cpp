@@ -1,0 +1,86 @@
+// The two snapshots: `stat` and `setting`.
+#include "servercontroller.h"
+#include "tour/person.h"
+#include "windows/snapshotwindow.h"
+#include "windows/window.h"
+
+#include <tarnis/server/tarniscmds.h>
+
+#include <QCoreApplication>
+#include <QLineEdit>
+#include <QTableWidget>
+
+namespace console {
+
+namespace {
+
+/// A snapshot whose names can be listed, not only asked for.
+template <typename Base> class Snapshot : public Base {
+public:
+    const QMap<QString, QString>& values() const { return this->m_values; }
+};
+
+template <typename Base> SnapshotWindow::Source source()
+{
+    return { [] { return new Snapshot<Base>; }, // the session takes it over
+        [](TarnisCmd& command, const QByteArray& reply) {
+            auto& snapshot = static_cast<Snapshot<Base>&>(command);
+            snapshot.onReply(reply);
+            QMap<QString, QString> values = snapshot.values();
+            values.remove(QStringLiteral("OK")); // the first line of an accepted command, no value
+            return values;
+        } };
+}
+
+QWidget* openSnapshot(const WindowContext& context, const SnapshotWindow::Source& source, const QString& title)
+{
+    auto* window = new SnapshotWindow(context.controller, source, context.parent);
+    window->setWindowTitle(title);
+    return window;
+}
+
+void driveSnapshot(Person& person, QWidget& window)
+{
+    auto& table = person.find<QTableWidget>(window, "table");
+    person.waitUntil(QStringLiteral("the snapshot shows values"), [&] { return table.rowCount() > 0; });
+    person.picture(window, QStringLiteral("values"));
+
+    const int all = table.rowCount();
+    const QString name = table.item(0, 0)->text();
+    person.type(person.find<QLineEdit>(window, "filterEdit"), name);
+    person.expect(
+        table.rowCount() >= 1 && table.rowCount() < all, QStringLiteral("the filter leaves some of the rows"));
+    person.picture(window, QStringLiteral("filtered"));
+
+    person.clearText(person.find<QLineEdit>(window, "filterEdit"));
+    person.click(person.find<QWidget>(window, "refreshButton"));
+    person.waitUntil(QStringLiteral("the refresh is answered"),
+        [&] { return person.find<QWidget>(window, "refreshButton").isEnabled(); });
+    person.expect(table.rowCount() == all, QStringLiteral("the refreshed snapshot shows all values"));
+}
+
+} // namespace
+
+WindowEntry statSnapshotEntry()
+{
+    return { QStringLiteral("stat-snapshot"), QCoreApplication::translate("Windows", "S&tat Snapshot"),
+        QCoreApplication::translate("Windows", "What the server tells about itself now"),
+        [](const WindowContext& context) {
+            return openSnapshot(
+                context, source<TarnisCmdStat>(), QCoreApplication::translate("Windows", "Stat Snapshot"));
+        },
+        driveSnapshot };
+}
+
+WindowEntry settingSnapshotEntry()
+{
+    return { QStringLiteral("setting-snapshot"), QCoreApplication::translate("Windows", "S&etting Snapshot"),
+        QCoreApplication::translate("Windows", "The settings that the server works with now"),
+        [](const WindowContext& context) {
+            return openSnapshot(
+                context, source<TarnisCmdSetting>(), QCoreApplication::translate("Windows", "Setting Snapshot"));
+        },
+        driveSnapshot };
+}
+
+} // namespace console

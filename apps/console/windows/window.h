@@ -1,0 +1,40 @@
+// Every window that the console can open, as a list of entries. A new window is one more file with one more entry.
+#pragma once
+
+#include <QList>
+#include <QString>
+
+#include <functional>
+
+class QWidget;
+
+namespace console {
+
+class Person;
+class ServerController;
+class SessionLink;
+
+/// What a window gets from the console.
+struct WindowContext {
+    ServerController& controller; ///< the manager and the state of the server
+    SessionLink& link; ///< the command line's session, for dialogs that clone one
+    QWidget* parent;
+};
+
+struct WindowEntry {
+    QString id; ///< of the tour's pictures: letters and hyphens
+    QString menuText; ///< with its mnemonic
+    QString help;
+    /// Makes the window; it deletes itself when it is closed. The server is connected.
+    std::function<QWidget*(const WindowContext&)> open;
+    /// Drives the open window as a person would; throws TourFailure when it does not behave.
+    std::function<void(Person&, QWidget&)> tour;
+};
+
+/// In the order of the menu.
+QList<WindowEntry> windowEntries();
+
+WindowEntry statSnapshotEntry();
+WindowEntry settingSnapshotEntry();
+
+} // namespace console

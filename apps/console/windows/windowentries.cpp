@@ -1,0 +1,10 @@
+#include "windows/window.h"
+
+namespace console {
+
+QList<WindowEntry> windowEntries()
+{
+    return { statSnapshotEntry(), settingSnapshotEntry() };
+}
+
+} // namespace console

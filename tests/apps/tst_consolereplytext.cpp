@@ -1,0 +1,213 @@
+// Replies as the console shows them.
+#include "replytext.h"
+
+#include <QTest>
+
+#include <cmath>
+#include <cstring>
+#include <limits>
+
+using namespace console;
+
+class TestConsoleReplyText : public QObject {
+    Q_OBJECT
+
+    static QByteArray bytesOf(const QList<double>& values)
+    {
+        QByteArray bytes(values.size() * qsizetype(sizeof(double)), Qt::Uninitialized);
+        std::memcpy(bytes.data(), values.constData(), size_t(bytes.size()));
+        return bytes;
+    }
+
+private Q_SLOTS:
+    void knowsWhatTheServerMeans()
+    {
+        QCOMPARE(replyKind(QStringLiteral("NG:no")), ReplyKind::Refused);
+        QCOMPARE(replyKind(QStringLiteral("OK:")), ReplyKind::Accepted);
+        QCOMPARE(replyKind(QStringLiteral(" NG:")), ReplyKind::Plain);
+        QCOMPARE(replyKind(QString()), ReplyKind::Plain);
+    }
+
+    void sumsUpNumbers()
+    {
+        const BinarySummary summary = summarizeBinary(bytesOf({ 3.0, -1.5, 7.0 }));
+        QCOMPARE(summary.count, qsizetype(3));
+        QCOMPARE(summary.sum, 8.5);
+        QCOMPARE(summary.least, -1.5);
+        QCOMPARE(summary.largest, 7.0);
+        QCOMPARE(summary.first, (QList<double> { 3.0, -1.5, 7.0 }));
+        QCOMPARE(binaryText(summary), QStringLiteral("3 values\nsum 8.5, least -1.5, largest 7\nfirst: 3 -1.5 7"));
+    }
+
+    void aNegativeBlockHasANegativeLargest()
+    {
+        const BinarySummary summary = summarizeBinary(bytesOf({ -3.0, -2.0 }));
+        QCOMPARE(summary.least, -3.0);
+        QCOMPARE(summary.largest, -2.0);
+    }
+
+    void anEmptyBlockHasNoNumbers()
+    {
+        QCOMPARE(binaryText(summarizeBinary(QByteArray())), QStringLiteral("0 values"));
+        QCOMPARE(binaryText(summarizeBinary(QByteArray(3, 'x'))),
+            QStringLiteral("0 values, and 3 bytes that make no whole value"));
+    }
+
+    void spareBytesAreCounted()
+    {
+        const BinarySummary summary = summarizeBinary(bytesOf({ 1.0 }) + "x");
+        QCOMPARE(summary.count, qsizetype(1));
+        QCOMPARE(summary.spareBytes, qsizetype(1));
+        QVERIFY(binaryText(summary).startsWith(QStringLiteral("1 value, and 1 byte that make")));
+    }
+
+    void showsTheFirstValuesOnly()
+    {
+        const BinarySummary summary = summarizeBinary(bytesOf(QList<double>(firstCount + 1, 2.0)));
+        QCOMPARE(summary.first.size(), qsizetype(firstCount));
+        QVERIFY(binaryText(summary).endsWith(QStringLiteral("2 ...")));
+        QVERIFY(!binaryText(summarizeBinary(bytesOf(QList<double>(firstCount, 2.0)))).contains(QStringLiteral("...")));
+    }
+
+    void leavesOutWhatIsNotFinite()
+    {
+        const double nan = std::numeric_limits<double>::quiet_NaN();
+        const double infinity = std::numeric_limits<double>::infinity();
+        const BinarySummary summary = summarizeBinary(bytesOf({ nan, 1.0, infinity, -infinity, 2.0 }));
+        QCOMPARE(summary.notFinite, qsizetype(3));
+        QCOMPARE(summary.sum, 3.0);
+        QCOMPARE(summary.least, 1.0);
+        QCOMPARE(summary.largest, 2.0);
+        QVERIFY(binaryText(summarizeBinary(bytesOf({ nan }))).contains(QStringLiteral("no finite value")));
+    }
+
+    void keepsSmallCountsBesideLargeOnes()
+    {
+        QList<double> values { 1e16 };
+        values.append(QList<double>(1000, 1.0));
+        values.append(-1e16);
+        QCOMPARE(summarizeBinary(bytesOf(values)).sum, 1000.0);
+    }
+
+    void aSumBeyondTheRangeIsInfinite()
+    {
+        const double most = std::numeric_limits<double>::max();
+        QVERIFY(std::isinf(summarizeBinary(bytesOf({ most, most })).sum));
+    }
+
+    void makesTextVisible_data()
+    {
+        QTest::addColumn<QByteArray>("reply");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("plain") << QByteArray("OK:\nline\n") << QStringLiteral("OK:\nline");
+        QTest::newRow("one line feed at the end goes") << QByteArray("a\n\n") << QStringLiteral("a\n");
+        QTest::newRow("carriage returns") << QByteArray("a\r\nb") << QStringLiteral("a\nb");
+        QTest::newRow("control bytes") << QByteArray("a\0b\x1b\x7f", 5) << QString::fromUtf8("a\u2400b\u241b\u2421");
+        QTest::newRow("tab") << QByteArray("a\tb") << QStringLiteral("a\tb");
+        QTest::newRow("UTF-8") << QByteArray("\xc2\xb5s") << QString::fromUtf8("\u00b5s");
+        QTest::newRow("no UTF-8") << QByteArray("\xff") << QString(QChar::ReplacementCharacter);
+        QTest::newRow("empty") << QByteArray() << QString();
+    }
+    void makesTextVisible()
+    {
+        QFETCH(QByteArray, reply);
+        QFETCH(QString, text);
+        QCOMPARE(visibleText(reply), text);
+    }
+
+    void leavesOutTheMiddleOfALongReply()
+    {
+        const QByteArray reply = QByteArray(50, 'a') + QByteArray(100, 'm') + QByteArray(50, 'z');
+        QCOMPARE(visibleText(reply, 200), QString::fromLatin1(reply));
+        const QString text = visibleText(reply, 100);
+        QCOMPARE(text, QString(50, u'a') + QStringLiteral("\n[100 bytes left out here]\n") + QString(50, u'z'));
+    }
+
+    void knowsWhatCannotBeSent_data()
+    {
+        QTest::addColumn<QString>("command");
+        QTest::addColumn<QString>("named"); // empty: it can
+        QTest::newRow("plain") << "stat"
+                               << "";
+        QTest::newRow("Latin-1") << QString::fromUtf8("set \u00b5") << "";
+        QTest::newRow("tab") << "a\tb"
+                             << "";
+        QTest::newRow("empty") << ""
+                               << "no command";
+        QTest::newRow("blanks") << "  "
+                                << "no command";
+        QTest::newRow("two lines") << "a\nb"
+                                   << "one line";
+        QTest::newRow("line separator") << QString(QChar::LineSeparator) + "a"
+                                        << "one line";
+        QTest::newRow("EOT") << QString(QChar(4)) << "control";
+        QTest::newRow("beyond Latin-1") << QString::fromUtf8("\u03b1") << QString::fromUtf8("\u03b1");
+        QTest::newRow("beyond 16 bits") << QString::fromUtf8("\U0001F600") << QString::fromUtf8("\U0001F600");
+    }
+    void knowsWhatCannotBeSent()
+    {
+        QFETCH(QString, command);
+        QFETCH(QString, named);
+        const QString problem = commandProblem(command);
+        QCOMPARE(problem.isEmpty(), named.isEmpty());
+        QVERIFY2(problem.contains(named), qPrintable(problem));
+    }
+
+    void countsBytes()
+    {
+        QCOMPARE(byteCountText(0), QStringLiteral("0 bytes"));
+        QCOMPARE(byteCountText(1), QStringLiteral("1 byte"));
+        QCOMPARE(byteCountText(1048575), QStringLiteral("1,048,575 bytes"));
+        QCOMPARE(byteCountText(1048576), QStringLiteral("1.0 MiB"));
+    }
+
+    void knowsHistogramCommands()
+    {
+        QVERIFY(looksBinary(QStringLiteral("hist1d total")));
+        QVERIFY(looksBinary(QStringLiteral(" hist2d")));
+        QVERIFY(!looksBinary(QStringLiteral("hists")));
+        QVERIFY(!looksBinary(QStringLiteral("help hist1d")));
+    }
+
+    void readsTheStateOfTheRun_data()
+    {
+        QTest::addColumn<QString>("command");
+        QTest::addColumn<QString>("reply");
+        QTest::addColumn<int>("state"); // 1 running, 0 not, -1 not told
+        QTest::newRow("start") << "start"
+                               << "OK:\nrun: 1\n"
+                               << 1;
+        QTest::newRow("start refused") << "start"
+                                       << "NG:running\n"
+                                       << -1;
+        QTest::newRow("stop") << "stop"
+                              << "OK:\n"
+                              << 0;
+        QTest::newRow("stat running") << "stat"
+                                      << "OK:\nstate: RUNNING\n"
+                                      << 1;
+        QTest::newRow("stat stopped") << "stat"
+                                      << "OK:\nstate: STOPPED\n"
+                                      << 0;
+        QTest::newRow("stat without a state") << "stat"
+                                              << "OK:\nevents: 1\n"
+                                              << -1;
+        QTest::newRow("another state") << "stat"
+                                       << "state: PAUSED\n"
+                                       << -1;
+        QTest::newRow("another command") << "restart"
+                                         << "state: RUNNING\n"
+                                         << -1;
+    }
+    void readsTheStateOfTheRun()
+    {
+        QFETCH(QString, command);
+        QFETCH(QString, reply);
+        QFETCH(int, state);
+        const std::optional<bool> isRunning = runStateFromReply(command, reply);
+        QCOMPARE(isRunning ? int(*isRunning) : -1, state);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestConsoleReplyText)
+#include "tst_consolereplytext.moc"
