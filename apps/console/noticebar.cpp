@@ -52,6 +52,7 @@ NoticeBar::NoticeBar(QWidget* parent)
     ui->setupUi(this);
     connect(ui->remedyButton, &QPushButton::clicked, this, [this] { Q_EMIT remedyPressed(m_notice.remedy); });
     connect(ui->dismissButton, &QToolButton::clicked, this, [this] { setNotice(Notice()); });
+    ui->remedyButton->hide();
     hide();
 }
 

@@ -90,6 +90,7 @@ void SettingsPanel::read()
 {
     if (m_controller.state() != ServerState::Up)
         return;
+    m_refusals.clear();
     say(tr("Reading..."));
     m_controller.tarnis().SendCmd(session, readName, QStringLiteral("setting"), false);
 }
@@ -128,6 +129,9 @@ void SettingsPanel::onSettingReply(const QString& reply)
     TarnisCmd::makeNameValueMap(reply.split(u'\n'), values);
     values.remove(QStringLiteral("OK"));
     m_model->setServerValues(values);
+    if (const QStringList refusals = std::exchange(m_refusals, {}); !refusals.isEmpty())
+        say(tr("The server refused %1 of %2: %3").arg(refusals.size()).arg(m_linesSent).arg(refusals.first()));
+    sayRefusals();
 }
 
 void SettingsPanel::onDownloadReply(const QString& command, const QString& reply)
@@ -139,10 +143,15 @@ void SettingsPanel::onDownloadReply(const QString& command, const QString& reply
         return;
     if (m_refusals.isEmpty())
         say(tr("The server took %1.").arg(lines(m_linesSent)));
-    else
-        say(tr("The server refused %1 of %2: %3").arg(m_refusals.size()).arg(m_linesSent).arg(m_refusals.first()));
     updateControls();
     m_controller.tarnis().SendCmd(session, readName, QStringLiteral("setting"), false);
+}
+
+void SettingsPanel::sayRefusals()
+{
+    // They stay on show while the values that the server has instead are read.
+    if (!m_refusals.isEmpty())
+        say(tr("The server refused %1 of %2: %3").arg(m_refusals.size()).arg(m_linesSent).arg(m_refusals.first()));
 }
 
 void SettingsPanel::onServerState()

@@ -41,6 +41,7 @@ protected:
     void onCmdReply(const QString& name, const QString& command, const QByteArray& result);
     void onSettingReply(const QString& reply);
     void onDownloadReply(const QString& command, const QString& reply);
+    void sayRefusals();
     void onServerState();
     void onEdited();
     void addSetting();

@@ -125,6 +125,9 @@ void Transcript::clearLive()
 {
     if (m_live.isNull())
         return;
+    // Only the cursor's position has stayed behind what was added; its anchor has moved along.
+    m_live.setPosition(m_live.position());
+    m_live.setPosition(m_live.position()); // insertions behind it have carried the anchor along
     m_live.movePosition(QTextCursor::End, QTextCursor::KeepAnchor);
     m_live.removeSelectedText();
     m_live = QTextCursor();

@@ -34,6 +34,13 @@ struct WindowEntry {
 /// In the order of the menu.
 QList<WindowEntry> windowEntries();
 
+WindowEntry rowsEntry();
+WindowEntry pairsEntry();
+WindowEntry singleRowEntry();
+WindowEntry mapEntry();
+WindowEntry statisticsEntry();
+WindowEntry basePathEntry();
+WindowEntry serverFilesEntry();
 WindowEntry statSnapshotEntry();
 WindowEntry settingSnapshotEntry();
 

@@ -4,7 +4,8 @@ namespace console {
 
 QList<WindowEntry> windowEntries()
 {
-    return { statSnapshotEntry(), settingSnapshotEntry() };
+    return { rowsEntry(), pairsEntry(), singleRowEntry(), mapEntry(), statisticsEntry(), basePathEntry(),
+        serverFilesEntry(), statSnapshotEntry(), settingSnapshotEntry() };
 }
 
 } // namespace console
