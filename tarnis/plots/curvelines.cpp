@@ -39,12 +39,11 @@ void joinColumn(CurveLines& curve, const SampleRun& samples, int begin, int end,
     const double* run = samples.from(begin);
     const SampleExtremes extremes = logScale ? logExtremesOf(run, end - begin) : extremesOf(run, end - begin);
     // On a log axis a tiny value counts as 0 and stands far below it: what is not drawn between zeros then matters.
-    if (!extremes.finite || (logScale && extremes.low <= DBL_EPSILON)) {
-        for (int i = begin; i < end; ++i)
-            curve.append(point(i));
+    const bool mayMerge = extremes.finite && !(logScale && extremes.low <= DBL_EPSILON);
+    if (mayMerge && curve.appendColumn(point(begin), point(end - 1), y.pixel(extremes.high), y.pixel(extremes.low)))
         return;
-    }
-    curve.appendColumn(point(begin), point(end - 1), y.pixel(extremes.high), y.pixel(extremes.low));
+    for (int i = begin; i < end; ++i)
+        curve.append(point(i));
 }
 
 // Remembers which rows of the present pixel column bear a cross.
@@ -81,7 +80,7 @@ bool rowsFollowValues(const ValueScale& y)
 // The tallest of the columns of [begin, end), which hides the others as long as none hangs down from the base row;
 // false, and nothing appended, if that is not sure.
 bool appendTallest(QList<QRect>& rects, const SampleRun& samples, int begin, int end, int column, const ValueScale& y,
-    const ColumnShape& shape)
+    const ColumnShape& shape, const Merging& merging)
 {
     const double* run = samples.from(begin);
     const SampleExtremes extremes = extremesOf(run, end - begin);
@@ -90,9 +89,11 @@ bool appendTallest(QList<QRect>& rects, const SampleRun& samples, int begin, int
     if (extremes.high <= 0.0)
         return true;
     const double lowest = lowestAbove(0.0, run, end - begin, extremes.high);
-    if (!(y.pixel(lowest) <= shape.baseRow))
+    const QRect tallest = shape.rect(column, y.pixel(extremes.high));
+    if (!(y.pixel(lowest) <= shape.baseRow) || !merging.area.contains(tallest.topLeft())
+        || !merging.area.contains(tallest.bottomRight()))
         return false;
-    rects.append(shape.rect(column, y.pixel(extremes.high)));
+    rects.append(tallest);
     return true;
 }
 
@@ -111,8 +112,10 @@ void CurveLines::append(CurvePoint point)
     m_hasPrevious = true;
 }
 
-void CurveLines::appendColumn(CurvePoint first, CurvePoint last, int topRow, int bottomRow)
+bool CurveLines::appendColumn(CurvePoint first, CurvePoint last, int topRow, int bottomRow)
 {
+    if (!m_merging.area.contains(first.pixel.x(), topRow) || !m_merging.area.contains(first.pixel.x(), bottomRow))
+        return false;
     const Rows rows { topRow, bottomRow };
     join(first, rows);
     if (topRow < bottomRow)
@@ -120,25 +123,29 @@ void CurveLines::appendColumn(CurvePoint first, CurvePoint last, int topRow, int
     m_previous = last;
     m_previousRows = rows;
     m_hasPrevious = true;
+    return true;
 }
 
-// A line to the next column that lies within the upright lines of both adds no pixel.
+bool CurveLines::liesWithinColumns(QPoint to, Rows rowsAtTo) const
+{
+    const QPoint from = m_previous.pixel;
+    return m_merging.joins && std::abs(to.x() - from.x()) == 1 && m_previousRows.covers(from.y(), to.y())
+        && rowsAtTo.covers(from.y(), to.y());
+}
+
 void CurveLines::join(CurvePoint to, Rows rowsAtTo)
 {
-    if (!m_hasPrevious || (m_previous.zero && to.zero) || m_previous.pixel == to.pixel)
-        return;
-    const int from = m_previous.pixel.y();
-    if (std::abs(to.pixel.x() - m_previous.pixel.x()) == 1 && m_previousRows.covers(from, to.pixel.y())
-        && rowsAtTo.covers(from, to.pixel.y()))
-        return;
-    lines.append(QLine(m_previous.pixel, to.pixel));
+    const bool nothing = !m_hasPrevious || (m_previous.zero && to.zero) || m_previous.pixel == to.pixel;
+    if (!nothing && !liesWithinColumns(to.pixel, rowsAtTo))
+        lines.append(QLine(m_previous.pixel, to.pixel));
 }
 
 template <typename Scale>
-QList<QLine> joinSamples(const SampleRun& samples, SampleRange range, const Scale& x, const ValueScale& y, Merge merge)
+QList<QLine> joinSamples(
+    const SampleRun& samples, SampleRange range, const Scale& x, const ValueScale& y, const Merging& merging)
 {
-    CurveLines curve;
-    if (merge == Merge::No || !rowsFollowValues(y)) {
+    CurveLines curve(merging);
+    if (!merging.columns || !rowsFollowValues(y)) {
         joinEverySample(curve, samples, range, x, y);
         return curve.lines;
     }
@@ -150,23 +157,26 @@ QList<QLine> joinSamples(const SampleRun& samples, SampleRange range, const Scal
     return curve.lines;
 }
 
+// The far edges are cut, not the sizes: a column that begins far above the screen still ends at the base row.
 QRect ColumnShape::rect(int column, int row) const
 {
-    // One less than the limit of pixels, so that the far edges fit into an int.
-    const auto size = [](double value) { return std::clamp(truncateToPixel(value), 1 - pixelLimit, pixelLimit - 1); };
-    return QRect(truncateToPixel(column - pixelsPerSample * 0.5), row, size(pixelsPerSample), size(baseRow - row));
+    const auto farEdge = [](int near, double size) {
+        return truncateToPixel(near + (std::isnan(size) ? 0.0 : std::trunc(size)) - 1.0);
+    };
+    const int left = truncateToPixel(column - pixelsPerSample * 0.5);
+    return QRect(QPoint(left, row), QPoint(farEdge(left, pixelsPerSample), farEdge(row, baseRow - row)));
 }
 
 template <typename Scale>
 QList<QRect> columnsOfSamples(const SampleRun& samples, SampleRange range, const Scale& x, const ValueScale& y,
-    const ColumnShape& shape, Merge merge)
+    const ColumnShape& shape, const Merging& merging)
 {
     QList<QRect> rects;
-    const bool mayMerge = merge == Merge::Yes && y.isMonotone();
+    const bool mayMerge = merging.columns && y.isMonotone();
     for (int begin = range.begin; begin < range.end;) {
         const int column = x.pixel(begin);
         const int end = mayMerge ? x.endOfColumn(begin, range.end) : begin + 1;
-        if (end - begin == 1 || !appendTallest(rects, samples, begin, end, column, y, shape)) {
+        if (end - begin == 1 || !appendTallest(rects, samples, begin, end, column, y, shape, merging)) {
             for (int i = begin; i < end; ++i) {
                 if (samples[i] > 0.0)
                     rects.append(shape.rect(column, y.pixel(samples[i])));
@@ -179,14 +189,14 @@ QList<QRect> columnsOfSamples(const SampleRun& samples, SampleRange range, const
 
 template <typename Scale>
 QList<QLine> crossesOfSamples(
-    const SampleRun& samples, SampleRange range, const Scale& x, const ValueScale& y, Merge merge)
+    const SampleRun& samples, SampleRange range, const Scale& x, const ValueScale& y, const Merging& merging)
 {
     QList<QLine> lines;
     CrossRows rows;
     for (int i = range.begin; i < range.end; ++i) {
         const int column = x.pixel(i);
         const int row = y.pixel(samples[i]);
-        if (merge == Merge::Yes && !rows.insert(column, row))
+        if (merging.columns && !rows.insert(column, row))
             continue;
         lines.append(QLine(column - 2, row - 2, column + 2, row + 2));
         lines.append(QLine(column + 2, row - 2, column - 2, row + 2));
@@ -194,13 +204,16 @@ QList<QLine> crossesOfSamples(
     return lines;
 }
 
-template QList<QLine> joinSamples(const SampleRun&, SampleRange, const SampleScale&, const ValueScale&, Merge);
-template QList<QLine> joinSamples(const SampleRun&, SampleRange, const FunctionScale&, const ValueScale&, Merge);
+template QList<QLine> joinSamples(const SampleRun&, SampleRange, const SampleScale&, const ValueScale&, const Merging&);
+template QList<QLine> joinSamples(
+    const SampleRun&, SampleRange, const FunctionScale&, const ValueScale&, const Merging&);
 template QList<QRect> columnsOfSamples(
-    const SampleRun&, SampleRange, const SampleScale&, const ValueScale&, const ColumnShape&, Merge);
+    const SampleRun&, SampleRange, const SampleScale&, const ValueScale&, const ColumnShape&, const Merging&);
 template QList<QRect> columnsOfSamples(
-    const SampleRun&, SampleRange, const FunctionScale&, const ValueScale&, const ColumnShape&, Merge);
-template QList<QLine> crossesOfSamples(const SampleRun&, SampleRange, const SampleScale&, const ValueScale&, Merge);
-template QList<QLine> crossesOfSamples(const SampleRun&, SampleRange, const FunctionScale&, const ValueScale&, Merge);
+    const SampleRun&, SampleRange, const FunctionScale&, const ValueScale&, const ColumnShape&, const Merging&);
+template QList<QLine> crossesOfSamples(
+    const SampleRun&, SampleRange, const SampleScale&, const ValueScale&, const Merging&);
+template QList<QLine> crossesOfSamples(
+    const SampleRun&, SampleRange, const FunctionScale&, const ValueScale&, const Merging&);
 
 } // namespace tarnis

@@ -11,9 +11,9 @@ QT_END_NAMESPACE
 
 namespace tarnis {
 
-/// Yes if a pixel that the painter's pen covers twice is the same as one that it covers once, and lines are whole
-/// pixels: an opaque colour, without antialiasing, on a raster device.
-Merge mergeOn(const QPainter& painter);
+/// What a painter lets be drawn together with its pen: nothing unless it covers whole pixels with an opaque colour on a
+/// raster device.
+Merging mergingOn(const QPainter& painter);
 
 /// How and where a curve is drawn.
 struct CurveDrawing {

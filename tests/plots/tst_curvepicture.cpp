@@ -1,0 +1,512 @@
+// The curves of the 1D plots, pixel by pixel against the drawing sample by sample, on seeded random plots.
+#include "support/curveoracle.h"
+#include "support/curveprobe.h"
+#include "support/frameoracle.h"
+#include "support/support.h"
+
+#include <QLoggingCategory>
+#include <QPainter>
+#include <QTest>
+
+#include <cmath>
+#include <limits>
+
+using tarnis::testing::FrameState;
+using tarnis::testing::MultiProbe;
+using tarnis::testing::MultiState;
+using tarnis::testing::VectorProbe;
+using tarnis::testing::VectorState;
+
+namespace {
+
+using Generator = std::mt19937_64;
+
+constexpr double infinity = std::numeric_limits<double>::infinity();
+constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
+
+int integer(Generator& random, int low, int high)
+{
+    return std::uniform_int_distribution<int>(low, high)(random);
+}
+
+double real(Generator& random, double low, double high)
+{
+    return std::uniform_real_distribution<double>(low, high)(random);
+}
+
+bool chance(Generator& random, double probability)
+{
+    return real(random, 0.0, 1.0) < probability;
+}
+
+double oddNumber(Generator& random)
+{
+    const double odd[] = { infinity, -infinity, notANumber, 1e308, -1e308, 5e-324, -5e-324, 1e-17, -1e-17, 2.2e-16,
+        2.3e-16, 4e9, -4e9, 1e18, -1e18 };
+    return odd[integer(random, 0, 14)];
+}
+
+int sampleCount(Generator& random)
+{
+    switch (integer(random, 0, 9)) {
+    case 0:
+        return integer(random, 0, 3);
+    case 1:
+        return integer(random, 4, 60);
+    case 2:
+    case 3:
+        return integer(random, 4000, 30000);
+    default:
+        return integer(random, 60, 4000);
+    }
+}
+
+/// Samples of one of the kinds that plots meet, and of some that break naive merging.
+QList<double> samples(Generator& random, int count)
+{
+    QList<double> values(count);
+    const int kind = integer(random, 0, 11);
+    const double height = std::pow(10.0, real(random, -2.0, 6.0));
+    const double phase = real(random, 0.0, 6.0);
+    const int stretch = integer(random, 1, 400);
+    for (int i = 0; i < count; ++i) {
+        double& v = values[i];
+        const double noise = real(random, 0.0, 1.0);
+        switch (kind) {
+        case 0: // noise
+            v = noise * height;
+            break;
+        case 1: // smooth
+            v = height * (1.0 + std::sin(phase + i * 12.0 / count));
+            break;
+        case 2: // counts, many of them 0
+            v = noise < 0.8 ? 0.0 : std::floor(noise * 30.0);
+            break;
+        case 3: // stretches of 0
+            v = i / stretch % 2 == 0 ? 0.0 : std::floor(noise * height);
+            break;
+        case 4: // a peak on a low background
+            v = std::floor(height * std::exp(-std::pow((i - count / 3.0) / (count * 0.02 + 1.0), 2)) + noise * 3.0);
+            break;
+        case 5: // below and above 0
+            v = (noise - 0.5) * height;
+            break;
+        case 6: // constant
+            v = height;
+            break;
+        case 7: // spikes
+            v = i % stretch == 0 ? height : 0.0;
+            break;
+        case 8: // around the smallest numbers that do not count as 0
+            v = noise < 0.3 ? 0.0 : noise < 0.6 ? 1e-17 * noise : std::pow(10.0, real(random, -20.0, 1.0));
+            break;
+        case 9: // decades
+            v = std::pow(10.0, real(random, -3.0, 6.0));
+            break;
+        case 10: // a staircase of whole numbers
+            v = i / stretch;
+            break;
+        default: // a slow ramp
+            v = height * i / count;
+            break;
+        }
+    }
+    if (count > 0 && chance(random, 0.15)) {
+        for (int k = integer(random, 1, 6); k > 0; --k)
+            values[integer(random, 0, count - 1)] = oddNumber(random);
+    }
+    return values;
+}
+
+double largest(const QList<double>& values)
+{
+    double high = 0.0;
+    for (const double value : values)
+        high = std::isfinite(value) ? std::max(high, value) : high;
+    return high;
+}
+
+double smallest(const QList<double>& values)
+{
+    double low = 0.0;
+    for (const double value : values)
+        low = std::isfinite(value) ? std::min(low, value) : low;
+    return low;
+}
+
+QSize plotSize(Generator& random)
+{
+    switch (integer(random, 0, 12)) {
+    case 0:
+        return { integer(random, 1, 90), integer(random, 1, 70) };
+    case 1:
+        return { integer(random, 800, 1600), integer(random, 600, 1200) };
+    default:
+        return { integer(random, 90, 900), integer(random, 70, 500) };
+    }
+}
+
+PeakSearch::Gaussian randomPeak(Generator& random, double low, double high, double top)
+{
+    PeakSearch::Gaussian peak;
+    peak.N = real(random, 0.0, top);
+    peak.center = real(random, low, high + 1e-3);
+    peak.sigma = real(random, -0.02, 0.1) * (high - low);
+    peak.offset = real(random, 0.0, 0.2 * top);
+    peak.start = integer(random, -5, 100);
+    for (int k = integer(random, 0, 40); k > 0; --k)
+        peak.points.append(chance(random, 0.02) ? oddNumber(random) : real(random, 0.0, top));
+    return peak;
+}
+
+/// Ranges and flags of the frame for data of `count` samples from `low` to `high`.
+template <typename Plot> void shuffleFrame(Plot& plot, Generator& random, double count, double low, double high)
+{
+    plot.resize(plotSize(random));
+    plot.m_nameX = chance(random, 0.5) ? QString() : QStringLiteral("Channel");
+    plot.m_showGrid = chance(random, 0.7);
+    plot.m_paintGridOnGraph = chance(random, 0.2);
+    plot.m_margin = chance(random, 0.8) ? QMargins() : QMargins(integer(random, 0, 60), 3, integer(random, 0, 60), 9);
+    const double rotations[] = { 90.0, -90.0 };
+    plot.m_rotation = chance(random, 0.75) ? 0.0 : rotations[integer(random, 0, 1)];
+    plot.m_logScaleY = chance(random, 0.4);
+
+    plot.m_manualX = false;
+    plot.m_initMinX = 0.0;
+    plot.m_initMaxX = count;
+    if (chance(random, 0.3))
+        plot.initManualX(real(random, -1000.0, 1000.0), real(random, -1000.0, 5000.0));
+    const double from = plot.m_initMinX;
+    const double to = plot.m_initMaxX;
+    switch (integer(random, 0, 7)) {
+    case 0: // zoomed in
+        plot.setMinMaxX(from + (to - from) * real(random, 0.0, 0.5), from + (to - from) * real(random, 0.5, 1.0));
+        break;
+    case 1: // far in
+        plot.setMinMaxX(from + (to - from) * 0.3, from + (to - from) * (0.3 + real(random, 0.0, 0.02)));
+        break;
+    case 2: // moved and zoomed out
+        plot.setMinMaxX(from - (to - from) * real(random, -1.0, 1.0), to + (to - from) * real(random, 0.0, 2.0));
+        break;
+    case 3: // whole numbers
+        plot.setMinMaxX(integer(random, -10, 10), integer(random, 11, 4000));
+        break;
+    case 4: // anything, reversed and empty ranges too
+        plot.setMinMaxX(chance(random, 0.2) ? oddNumber(random) : real(random, -100.0, count + 100.0),
+            chance(random, 0.2) ? oddNumber(random) : real(random, -100.0, count + 100.0));
+        break;
+    default:
+        plot.setMinMaxX(from, to);
+        break;
+    }
+    switch (integer(random, 0, 6)) {
+    case 0:
+        plot.setMinMaxY(low, high);
+        break;
+    case 1:
+        plot.setMinMaxY(real(random, low, high), high * real(random, 0.1, 2.0));
+        break;
+    case 2:
+        plot.setMinMaxY(chance(random, 0.3) ? oddNumber(random) : real(random, -10.0, 10.0),
+            chance(random, 0.3) ? oddNumber(random) : real(random, -10.0, 1000.0));
+        break;
+    case 3:
+        plot.setMinMaxY(1.0, std::pow(10.0, integer(random, 1, 6)));
+        break;
+    case 4:
+        plot.setMinMaxY(0.01, high * 1.2);
+        break;
+    default:
+        plot.setMinMaxY(0.0, high * 1.1);
+        break;
+    }
+}
+
+void shuffle(VectorProbe& plot, Generator& random)
+{
+    const QList<double> values = samples(random, sampleCount(random));
+    plot.m_autoScaleX = plot.m_autoScaleY = chance(random, 0.2);
+    shuffleFrame(plot, random, double(values.size()), smallest(values), largest(values));
+    plot.m_data = values;
+    plot.m_peaks.clear();
+    if (chance(random, 0.3))
+        plot.m_peaks = { randomPeak(random, plot.m_minX, plot.m_maxX, largest(values)) };
+}
+
+double sampleToMass(double position, void*)
+{
+    return 0.02 * position + 1e-5 * position * position;
+}
+
+double massToSample(double mass, void*)
+{
+    return (std::sqrt(4e-4 + 4e-5 * std::max(mass, 0.0)) - 0.02) / 2e-5;
+}
+
+double sine(double position, void*)
+{
+    return 100.0 * std::sin(position * 0.01);
+}
+
+double minusSeven(double, void*)
+{
+    return -7.5;
+}
+
+void shuffleForm(MultiProbe& plot, Generator& random)
+{
+    plot.m_columnChart = chance(random, 0.25);
+    plot.m_connectPoints = chance(random, 0.75);
+    plot.m_resolution = chance(random, 0.6) ? 1 : static_cast<unsigned int>(integer(random, 1, 20));
+    plot.m_funcX2Plot = nullptr;
+    plot.m_funcPlot2X = nullptr;
+    if (chance(random, 0.15)) {
+        const bool wavy = chance(random, 0.3);
+        plot.m_funcX2Plot = wavy ? sine : sampleToMass;
+        plot.m_funcPlot2X = wavy ? minusSeven : massToSample;
+    }
+}
+
+void shufflePeaks(MultiProbe& plot, Generator& random, double top)
+{
+    plot.m_peaks.clear();
+    for (int k = chance(random, 0.4) ? integer(random, 1, 5) : 0; k > 0; --k)
+        plot.m_peaks.append(randomPeak(random, plot.m_minX, plot.m_maxX, top));
+    qDeleteAll(plot.m_peakDialogs.map);
+    plot.m_peakDialogs.map.clear();
+    if (chance(random, 0.5))
+        plot.m_peakDialogs.map.insert(&plot, new QWidget);
+    plot.m_peakSelected = integer(random, -1, 4);
+    plot.m_peakThreshold = real(random, 0.0, top);
+    plot.m_peakDisplayPoints = chance(random, 0.5);
+}
+
+void shuffle(MultiProbe& plot, Generator& random)
+{
+    const int count = sampleCount(random);
+    const int records = integer(random, 0, chance(random, 0.2) ? 20 : 6);
+    plot.m_data.clear();
+    plot.m_maxValues.clear();
+    double low = 0.0;
+    double high = 0.0;
+    for (int i = 0; i < records; ++i) {
+        const bool other = chance(random, 0.2);
+        MultiVectorGraphWidget::Data data;
+        data.values = samples(random, other ? sampleCount(random) : count);
+        data.enable = chance(random, 0.8);
+        data.color = QColor(integer(random, 0, 255), integer(random, 0, 255), integer(random, 0, 255),
+            chance(random, 0.9) ? 255 : integer(random, 0, 255));
+        low = std::min(low, smallest(data.values));
+        high = std::max(high, largest(data.values));
+        plot.m_data.append(data);
+        if (chance(random, 0.9))
+            plot.m_maxValues.append(largest(data.values));
+    }
+    plot.m_groupSize = integer(random, 1, 9);
+    plot.m_addType = static_cast<MultiVectorGraphWidget::AddType>(integer(random, 0, 4));
+    shuffleForm(plot, random);
+    plot.m_autoScaleY = chance(random, 0.4);
+    shuffleFrame(plot, random, double(count) * plot.m_resolution, low, high);
+    shufflePeaks(plot, random, high);
+}
+
+template <typename Plot> QString describe(const Plot& plot, int number)
+{
+    return QStringLiteral("case %1: %2x%3, x %4 to %5, y %6 to %7, log %8, manual %9")
+        .arg(number)
+        .arg(plot.width())
+        .arg(plot.height())
+        .arg(plot.m_minX)
+        .arg(plot.m_maxX)
+        .arg(plot.m_minY)
+        .arg(plot.m_maxY)
+        .arg(plot.m_logScaleY)
+        .arg(plot.m_manualX);
+}
+
+QString describeForm(const MultiProbe& plot)
+{
+    return QStringLiteral(", type %1, groups of %2, columns %3, joined %4, resolution %5, function %6, records %7")
+        .arg(plot.m_addType)
+        .arg(plot.m_groupSize)
+        .arg(plot.m_columnChart)
+        .arg(plot.m_connectPoints)
+        .arg(plot.m_resolution)
+        .arg(plot.m_funcX2Plot != nullptr)
+        .arg(plot.m_data.size());
+}
+
+/// The curves alone on an image of that pixel ratio.
+template <typename PaintCurves>
+QImage curveImage(const QRect& graph, double ratio, QPainter::RenderHints hints, PaintCurves paintCurves)
+{
+    QImage image(QSize(graph.right() + 30, graph.bottom() + 30) * ratio, QImage::Format_ARGB32_Premultiplied);
+    image.setDevicePixelRatio(ratio);
+    image.fill(Qt::black);
+    QPainter painter(&image);
+    painter.setRenderHints(hints);
+    painter.setClipRect(graph);
+    paintCurves(painter);
+    return image;
+}
+
+} // namespace
+
+class TestCurvePicture : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { QLoggingCategory::setFilterRules(QStringLiteral("default.debug=false")); }
+    void oneSeriesIsTheSame();
+    void manySeriesAreTheSame();
+    void isTheSameAtAnyPixelRatio_data();
+    void isTheSameAtAnyPixelRatio();
+    void isTheSameAntialiased();
+    void returnsTheSumOfTheJoinedSamples();
+    void differsWhenAnythingDiffers();
+};
+
+void TestCurvePicture::oneSeriesIsTheSame()
+{
+    auto random = tarnis::testing::seededGenerator(3401);
+    VectorProbe plot;
+    plot.m_doubleBuffered = true;
+    for (int number = 0; number < 2500; ++number) {
+        shuffle(plot, random);
+        plot.m_refreshRequired = true;
+        FrameState frame = plot.frameState();
+        VectorState curves = plot.curveState();
+        const QPixmap expected = tarnis::testing::framePicture(frame, plot, [&](QPainter& painter, const QRect& graph) {
+            curves.graphRect = graph;
+            tarnis::testing::paintVector(curves, painter, graph);
+        });
+        plot.refreshPixmapIfRequired();
+        if (plot.m_pixmap.toImage() != expected.toImage())
+            QFAIL(qPrintable(describe(plot, number)));
+    }
+}
+
+void TestCurvePicture::manySeriesAreTheSame()
+{
+    auto random = tarnis::testing::seededGenerator(3501);
+    MultiProbe plot;
+    plot.m_doubleBuffered = true;
+    for (int number = 0; number < 4000; ++number) {
+        shuffle(plot, random);
+        plot.m_refreshRequired = true;
+        MultiState curves = plot.curveState();
+        tarnis::testing::fitBeforePaint(curves);
+        FrameState frame = plot.frameState();
+        frame.minY = curves.minY;
+        frame.maxY = curves.maxY;
+        const QPixmap expected = tarnis::testing::framePicture(frame, plot, [&](QPainter& painter, const QRect& graph) {
+            curves.graphRect = graph;
+            tarnis::testing::paintMulti(curves, painter, graph);
+        });
+        plot.refreshPixmapIfRequired();
+        if (plot.m_pixmap.toImage() != expected.toImage())
+            QFAIL(qPrintable(describe(plot, number) + describeForm(plot)));
+        QCOMPARE(plot.m_minY, curves.minY);
+    }
+}
+
+void TestCurvePicture::isTheSameAtAnyPixelRatio_data()
+{
+    QTest::addColumn<double>("ratio");
+    QTest::newRow("1") << 1.0;
+    QTest::newRow("1.25") << 1.25;
+    QTest::newRow("2") << 2.0;
+    QTest::newRow("3") << 3.0;
+}
+
+void TestCurvePicture::isTheSameAtAnyPixelRatio()
+{
+    QFETCH(double, ratio);
+    auto random = tarnis::testing::seededGenerator(3502);
+    MultiProbe plot;
+    for (int number = 0; number < 400; ++number) {
+        shuffle(plot, random);
+        const QRect graph(
+            integer(random, 0, 90), integer(random, 0, 30), integer(random, 1, 500), integer(random, 1, 300));
+        plot.m_graphRect = graph;
+        MultiState curves = plot.curveState();
+        const QImage expected = curveImage(
+            graph, ratio, {}, [&](QPainter& painter) { tarnis::testing::paintMulti(curves, painter, graph); });
+        const QImage picture = curveImage(graph, ratio, {}, [&](QPainter& painter) { plot.onPaint(painter, graph); });
+        if (picture != expected)
+            QFAIL(qPrintable(describe(plot, number) + describeForm(plot)));
+    }
+}
+
+void TestCurvePicture::isTheSameAntialiased()
+{
+    auto random = tarnis::testing::seededGenerator(3503);
+    VectorProbe plot;
+    for (int number = 0; number < 100; ++number) {
+        shuffle(plot, random);
+        const QRect graph(50, 10, integer(random, 1, 300), integer(random, 1, 200));
+        plot.m_graphRect = graph;
+        const VectorState curves = plot.curveState();
+        const QImage expected = curveImage(graph, 1.0, QPainter::Antialiasing,
+            [&](QPainter& painter) { tarnis::testing::paintVector(curves, painter, graph); });
+        const QImage picture =
+            curveImage(graph, 1.0, QPainter::Antialiasing, [&](QPainter& painter) { plot.onPaint(painter, graph); });
+        if (picture != expected)
+            QFAIL(qPrintable(describe(plot, number)));
+    }
+}
+
+void TestCurvePicture::returnsTheSumOfTheJoinedSamples()
+{
+    auto random = tarnis::testing::seededGenerator(3504);
+    MultiProbe plot;
+    QImage image(400, 300, QImage::Format_ARGB32_Premultiplied);
+    QPainter painter(&image);
+    for (int number = 0; number < 500; ++number) {
+        shuffleForm(plot, random);
+        const QList<double> values = samples(random, sampleCount(random));
+        const double first = real(random, -10.0, double(values.size()));
+        const double last = real(random, first, double(values.size()) + 10.0);
+        MultiState curves = plot.curveState();
+        const double expected =
+            tarnis::testing::paintMultiData(curves, painter, values, 0.1, first, last, 0.2, 10, 290);
+        const double sum = plot.paintData(painter, values, 0.1, first, last, 0.2, 10, 290);
+        QVERIFY2(sum == expected || (std::isnan(sum) && std::isnan(expected)), qPrintable(describeForm(plot)));
+    }
+}
+
+void TestCurvePicture::differsWhenAnythingDiffers()
+{
+    MultiProbe plot;
+    plot.resize(400, 300);
+    for (int i = 0; i < 300; ++i) {
+        plot.m_data[0].values.append(100.0 + 50.0 * std::sin(i * 0.1) + i * 7919 % 23);
+        plot.m_data[1].values.append(60.0 + i * 31 % 41);
+    }
+    plot.initManualX(0.0, 300.0);
+    plot.initManualY(0.0, 1.2 * largest(plot.m_data[0].values));
+    plot.initMode(false, false);
+    const QRect graph(40, 10, 340, 260);
+    plot.m_graphRect = graph;
+    const QImage picture = curveImage(graph, 1.0, {}, [&](QPainter& painter) { plot.onPaint(painter, graph); });
+    const auto oracle = [&](auto change) {
+        MultiState state = plot.curveState();
+        change(state);
+        return curveImage(
+            graph, 1.0, {}, [&](QPainter& painter) { tarnis::testing::paintMulti(state, painter, graph); });
+    };
+    QCOMPARE(oracle([](MultiState&) {}), picture);
+    QVERIFY(oracle([](MultiState& state) { state.columnChart = true; }) != picture);
+    QVERIFY(oracle([](MultiState& state) { state.connectPoints = false; }) != picture);
+    QVERIFY(oracle([](MultiState& state) { state.logScaleY = true; }) != picture);
+    QVERIFY(oracle([](MultiState& state) { state.addType = 1; }) != picture);
+    QVERIFY(oracle([](MultiState& state) { state.addType = 3; }) != picture);
+    QVERIFY(oracle([](MultiState& state) { state.maxX = 301.0; }) != picture);
+    QVERIFY(oracle([](MultiState& state) { state.maxY *= 1.01; }) != picture);
+    QVERIFY(oracle([](MultiState& state) { state.data[0].enable = false; }) != picture);
+    QVERIFY(oracle([](MultiState& state) { state.data[1].color = Qt::magenta; }) != picture);
+    QVERIFY(oracle([](MultiState& state) { state.data[0].values[150] = 0.0; }) != picture);
+}
+
+QTEST_MAIN(TestCurvePicture)
+#include "tst_curvepicture.moc"
