@@ -29,7 +29,7 @@ public:
     };
 
     /// What is drawn.
-    enum AddType {
+    enum AddType : int {
         AddNone = 0, ///< every enabled series
         AddEachGroup = 1, ///< the sum of each group
         AddEachPosition = 2, ///< for each position in a group, the sum over the groups

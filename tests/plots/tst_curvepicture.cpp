@@ -371,7 +371,7 @@ void TestCurvePicture::oneSeriesIsTheSame()
     auto random = tarnis::testing::seededGenerator(3401);
     VectorProbe plot;
     plot.m_doubleBuffered = true;
-    for (int number = 0; number < 2500; ++number) {
+    for (int number = 0; number < 1500; ++number) {
         shuffle(plot, random);
         plot.m_refreshRequired = true;
         FrameState frame = plot.frameState();
@@ -391,7 +391,7 @@ void TestCurvePicture::manySeriesAreTheSame()
     auto random = tarnis::testing::seededGenerator(3501);
     MultiProbe plot;
     plot.m_doubleBuffered = true;
-    for (int number = 0; number < 4000; ++number) {
+    for (int number = 0; number < 2500; ++number) {
         shuffle(plot, random);
         plot.m_refreshRequired = true;
         MultiState curves = plot.curveState();
@@ -424,7 +424,7 @@ void TestCurvePicture::isTheSameAtAnyPixelRatio()
     QFETCH(double, ratio);
     auto random = tarnis::testing::seededGenerator(3502);
     MultiProbe plot;
-    for (int number = 0; number < 400; ++number) {
+    for (int number = 0; number < 150; ++number) {
         shuffle(plot, random);
         const QRect graph(
             integer(random, 0, 90), integer(random, 0, 30), integer(random, 1, 500), integer(random, 1, 300));

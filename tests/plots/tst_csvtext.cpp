@@ -1,0 +1,97 @@
+// The text of CSV files.
+#include "support/support.h"
+
+#include "tarnis/plots/csvtext_p.h"
+
+#include <QLocale>
+#include <QTest>
+
+#include <cmath>
+#include <limits>
+
+class TestCsvText : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void numbersAreThoseOfArg();
+    void numbersIgnoreTheLocale();
+    void seriesWithoutIndex();
+    void seriesWithIndex();
+    void indexOfAnotherLengthIsLeftOut();
+    void columnsOfUnequalLength();
+    void indexStandsFirst();
+    void indexEndsWithTheData();
+    void indexShorterThanTheData();
+    void nothing();
+};
+
+void TestCsvText::numbersAreThoseOfArg()
+{
+    auto random = tarnis::testing::seededGenerator(3561);
+    std::uniform_real_distribution<double> mantissa(-10.0, 10.0);
+    std::uniform_int_distribution<int> exponent(-320, 308);
+    QList<double> values { 0.0, -0.0, 1.0, 100000.0, 999999.5, 1e6, 1e-5, 0.0001, 1.0 / 3.0,
+        std::numeric_limits<double>::infinity(), -std::numeric_limits<double>::infinity(),
+        std::numeric_limits<double>::quiet_NaN() };
+    for (int i = 0; i < 20000; ++i)
+        values << mantissa(random) << std::floor(mantissa(random) * 1000.0)
+               << mantissa(random) * std::pow(10.0, exponent(random));
+    for (const double value : values)
+        QCOMPARE(tarnis::plainNumber(value), QStringLiteral("%1").arg(value, 0, 'g', -1, QLatin1Char(' ')));
+}
+
+void TestCsvText::numbersIgnoreTheLocale()
+{
+    QLocale::setDefault(QLocale(QLocale::German));
+    QCOMPARE(tarnis::plainNumber(1234.5), QStringLiteral("1234.5"));
+    QLocale::setDefault(QLocale::c());
+}
+
+void TestCsvText::seriesWithoutIndex()
+{
+    QCOMPARE(tarnis::csvOfSeries({}, { 1.0, 2.5, 1e7 }), QStringLiteral("1\n2.5\n1e+07\n"));
+}
+
+void TestCsvText::seriesWithIndex()
+{
+    QCOMPARE(tarnis::csvOfSeries({ 0.5, 1.5 }, { 10.0, 20.0 }), QStringLiteral("0.5,10\n1.5,20\n"));
+}
+
+void TestCsvText::indexOfAnotherLengthIsLeftOut()
+{
+    QCOMPARE(tarnis::csvOfSeries({ 0.5 }, { 10.0, 20.0 }), QStringLiteral("10\n20\n"));
+    QCOMPARE(tarnis::csvOfSeries({ 0.5, 1.5, 2.5 }, { 10.0, 20.0 }), QStringLiteral("10\n20\n"));
+}
+
+void TestCsvText::columnsOfUnequalLength()
+{
+    QCOMPARE(tarnis::csvOfColumns({}, { { 1.0, 2.0, 3.0 }, { 4.0, 5.0, 6.0, 7.0, 8.0 } }),
+        QStringLiteral("1,4\n2,5\n3,6\n,7\n,8\n"));
+    QCOMPARE(tarnis::csvOfColumns({}, { { 1.0, 2.0 }, {}, { 3.0 } }), QStringLiteral("1,,3\n2,,\n"));
+}
+
+void TestCsvText::indexStandsFirst()
+{
+    QCOMPARE(tarnis::csvOfColumns({ 0.1, 0.2 }, { { 1.0, 2.0 }, { 3.0 } }), QStringLiteral("0.1,1,3\n0.2,2,\n"));
+}
+
+void TestCsvText::indexEndsWithTheData()
+{
+    const QList<double> index { 0, 1, 2, 3, 4, 5, 6, 7, 8, 9 };
+    QCOMPARE(tarnis::csvOfColumns(index, { { 1.0, 2.0, 3.0, 4.0 } }), QStringLiteral("0,1\n1,2\n2,3\n3,4\n"));
+}
+
+void TestCsvText::indexShorterThanTheData()
+{
+    QCOMPARE(tarnis::csvOfColumns({ 9.0 }, { { 1.0, 2.0 }, { 3.0, 4.0 } }), QStringLiteral("9,1,3\n2,4\n"));
+}
+
+void TestCsvText::nothing()
+{
+    QVERIFY(tarnis::csvOfSeries({}, {}).isEmpty());
+    QVERIFY(tarnis::csvOfColumns({ 1.0, 2.0 }, {}).isEmpty());
+    QVERIFY(tarnis::csvOfColumns({ 1.0, 2.0 }, { {}, {} }).isEmpty());
+}
+
+QTEST_APPLESS_MAIN(TestCsvText)
+#include "tst_csvtext.moc"

@@ -1,0 +1,142 @@
+// Columns of a CSV file and the curve of a peak search, with their names.
+#include "tarnis/plots/seriesnames_p.h"
+
+#include <QTest>
+
+using tarnis::AddType;
+using tarnis::Series;
+
+namespace {
+
+const tarnis::SeriesWords words { QStringLiteral("Module"), QStringLiteral("ch"), 5 };
+
+Series record(double value, bool enable = true, int count = 2)
+{
+    return { QList<double>(count, value), Qt::white, enable };
+}
+
+QString headerOf(const QList<Series>& series, AddType type, int groupSize)
+{
+    return tarnis::csvTableOf(series, type, groupSize, words).header.value_or(QStringLiteral("no header"));
+}
+
+/// First samples of the enabled columns.
+QList<double> firstLine(const QList<Series>& series, AddType type, int groupSize)
+{
+    QList<double> values;
+    const auto table = tarnis::csvTableOf(series, type, groupSize, words);
+    for (const Series& column : table.columns) {
+        if (column.enable)
+            values << column.values.value(0, -1.0);
+    }
+    return values;
+}
+
+QString searched(const QList<Series>& series, AddType type, int groupSize)
+{
+    const auto curve = tarnis::firstEnabledCurve(series, type, groupSize, words);
+    return curve ? curve->name + QStringLiteral(": %1").arg(curve->samples.value(0, -1.0)) : QStringLiteral("nothing");
+}
+
+} // namespace
+
+class TestSeriesNames : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void tableOfSeries();
+    void tableOfGroups();
+    void oneGroupHasNoHeader();
+    void tableOfPositions();
+    void tableOfAll();
+    void tableOfNothing();
+    void searchOfSeries();
+    void searchOfGroups();
+    void searchOfPositions();
+    void searchOfAll();
+    void placeholdersInWordsStay();
+};
+
+void TestSeriesNames::tableOfSeries()
+{
+    const QList<Series> series { record(1), record(2, false), record(3), record(4) };
+    QCOMPARE(headerOf(series, AddType::AddNone, 3), QStringLiteral("Module 5 - ch 0,Module 5 - ch 2,Module 6 - ch 0"));
+    QCOMPARE(firstLine(series, AddType::AddNone, 3), (QList<double> { 1, 3, 4 }));
+}
+
+void TestSeriesNames::tableOfGroups()
+{
+    const QList<Series> series { record(1), record(2, false), record(3, false), record(4), record(5) };
+    QCOMPARE(headerOf(series, AddType::AddEachGroup, 2), QStringLiteral("Module 5,Module 7"));
+    QCOMPARE(firstLine(series, AddType::AddEachGroup, 2), (QList<double> { 3, 5 }));
+    // The first series of the group decides, also an empty one.
+    QCOMPARE(headerOf({ record(1, false, 0), record(2), record(3), record(4) }, AddType::AddEachGroup, 2),
+        QStringLiteral("Module 6"));
+}
+
+void TestSeriesNames::oneGroupHasNoHeader()
+{
+    QCOMPARE(headerOf({ record(1), record(2) }, AddType::AddEachGroup, 8), QStringLiteral("no header"));
+    QCOMPARE(firstLine({ record(1), record(2) }, AddType::AddEachGroup, 8), (QList<double> { 3 }));
+}
+
+void TestSeriesNames::tableOfPositions()
+{
+    const QList<Series> series { record(1), record(2, false), record(3), record(10), record(20) };
+    QCOMPARE(headerOf(series, AddType::AddEachPosition, 3), QStringLiteral("ch 0,ch 2"));
+    QCOMPARE(firstLine(series, AddType::AddEachPosition, 3), (QList<double> { 11, 3 }));
+    QCOMPARE(headerOf({ record(1) }, AddType::AddEachPosition, 8), QStringLiteral("ch 0"));
+}
+
+void TestSeriesNames::tableOfAll()
+{
+    const QList<Series> series { record(1), record(2, false), record(3) };
+    QCOMPARE(headerOf(series, AddType::AddAll, 8), QStringLiteral("All"));
+    QCOMPARE(firstLine(series, AddType::AddAll, 8), (QList<double> { 6 })); // hidden ones too
+}
+
+void TestSeriesNames::tableOfNothing()
+{
+    QCOMPARE(headerOf({}, AddType::AddNone, 8), QString());
+    QCOMPARE(headerOf({ record(1, false) }, AddType::AddNone, 8), QString());
+    QCOMPARE(headerOf({}, AddType::AddEachGroup, 8), QString());
+    QCOMPARE(headerOf({}, AddType::AddAll, 8), QStringLiteral("All"));
+}
+
+void TestSeriesNames::searchOfSeries()
+{
+    const QList<Series> series { record(1, false), record(2, false), record(3, false), record(4) };
+    QCOMPARE(searched(series, AddType::AddNone, 3), QStringLiteral("Module 1 - ch 0: 4")); // without the first number
+    QCOMPARE(searched({ record(1, false) }, AddType::AddNone, 3), QStringLiteral("nothing"));
+    QCOMPARE(searched({}, AddType::AddNone, 3), QStringLiteral("nothing"));
+}
+
+void TestSeriesNames::searchOfGroups()
+{
+    const QList<Series> series { record(1, false), record(2), record(3), record(4, false), record(5) };
+    QCOMPARE(searched(series, AddType::AddEachGroup, 2), QStringLiteral("Module 1: 7"));
+    QCOMPARE(searched({ record(1, false), record(2) }, AddType::AddEachGroup, 2), QStringLiteral("nothing"));
+    QCOMPARE(searched({ record(1, true, 0), record(2), record(3) }, AddType::AddEachGroup, 3),
+        QStringLiteral("Module 0: 5"));
+}
+
+void TestSeriesNames::searchOfPositions()
+{
+    const QList<Series> series { record(1, false), record(2), record(3), record(4, false), record(5) };
+    QCOMPARE(searched(series, AddType::AddEachPosition, 2), QStringLiteral("ch 1: 6"));
+}
+
+void TestSeriesNames::searchOfAll()
+{
+    QCOMPARE(searched({ record(1, false), record(2) }, AddType::AddAll, 2), QStringLiteral("All: 3"));
+    QCOMPARE(searched({ record(1, false) }, AddType::AddAll, 2), QStringLiteral("nothing"));
+}
+
+void TestSeriesNames::placeholdersInWordsStay()
+{
+    QCOMPARE(
+        tarnis::recordName({ QStringLiteral("%2 g"), QStringLiteral("%1"), 0 }, 3, 4), QStringLiteral("%2 g 3 - %1 4"));
+}
+
+QTEST_APPLESS_MAIN(TestSeriesNames)
+#include "tst_seriesnames.moc"
