@@ -132,7 +132,7 @@ private Q_SLOTS:
     {
         ScriptedServer server;
         server.answer("a", { Step::text("first") });
-        server.answer("b", { Step::binary(QList<double> { 1.0 }, "second") });
+        server.answer("b", { Step::doubles({ 1.0 }, "second") });
         Control control;
         control.start(remote(server.port()));
         QVERIFY(control.reaches(ServerState::Up));
