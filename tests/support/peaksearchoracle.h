@@ -1,0 +1,29 @@
+// The peak search, spelt out step by step with its working lists: what PeakSearch must find, segment by segment.
+#pragma once
+
+#include <tarnis/peak/peaksearch.h>
+
+#include <QList>
+
+namespace tarnis::testing {
+
+struct OracleSegment {
+    QList<double> y;
+    QList<double> second; ///< x mode: abscissae; index mode: samples over threshold
+    int pos = 0; ///< index mode only
+};
+
+QList<OracleSegment> oracleIndexSegments(
+    const QList<double>& y, int start, int end, double threshold, int width, bool peak);
+
+QList<OracleSegment> oracleXSegments(
+    const QList<double>& x, const QList<double>& y, double threshold, int width, bool peak);
+
+/// What exec() returns: the segments above, each fitted by mpfit() with limits and starting values written out anew.
+QList<PeakSearch::Gaussian> oracleIndexPeaks(
+    const QList<double>& y, int start, int end, double threshold, int width, bool peak);
+
+QList<PeakSearch::Gaussian> oracleXPeaks(
+    const QList<double>& x, const QList<double>& y, double threshold, int width, bool peak);
+
+} // namespace tarnis::testing
