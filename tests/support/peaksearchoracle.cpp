@@ -26,7 +26,7 @@ int residuals(int m, int, double* p, double* r, double**, void* priv)
     return 0;
 }
 
-bool boundedFit(const OracleSegment& segment, double threshold, PeakSearch::Gaussian& out)
+bool boundedFit(const OracleSegment& segment, double threshold, PeakSearch::Gaussian& out, int* calls)
 {
     const int n = int(segment.y.size());
     double maxY = 0.0;
@@ -51,7 +51,11 @@ bool boundedFit(const OracleSegment& segment, double threshold, PeakSearch::Gaus
         par[3].limits[0] = 0.0;
         par[3].limited[1] = 1;
         par[3].limits[1] = threshold;
-        if (mpfit(residuals, n, 4, p, par, nullptr, &data, nullptr) < 1)
+        mp_result result = {};
+        const int status = mpfit(residuals, n, 4, p, par, nullptr, &data, &result);
+        if (calls)
+            *calls += result.nfev;
+        if (status < 1)
             return false;
         out.N = p[0];
         out.center = p[1];
@@ -219,12 +223,12 @@ QList<OracleSegment> oracleIndexSegments(
 }
 
 QList<PeakSearch::Gaussian> oracleIndexPeaks(
-    const QList<double>& y, int start, int end, double threshold, int width, bool peak)
+    const QList<double>& y, int start, int end, double threshold, int width, bool peak, int* calls)
 {
     QList<PeakSearch::Gaussian> peaks;
     for (const OracleSegment& segment : oracleIndexSegments(y, start, end, threshold, width, peak)) {
         PeakSearch::Gaussian gauss;
-        if (boundedFit(segment, threshold, gauss))
+        if (boundedFit(segment, threshold, gauss, calls))
             peaks.append(gauss);
     }
     return peaks;

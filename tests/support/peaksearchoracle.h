@@ -20,8 +20,9 @@ QList<OracleSegment> oracleXSegments(
     const QList<double>& x, const QList<double>& y, double threshold, int width, bool peak);
 
 /// What exec() returns: the segments above, each fitted by mpfit() with limits and starting values written out anew.
+/// calls, if given, is raised by the calls of the residuals.
 QList<PeakSearch::Gaussian> oracleIndexPeaks(
-    const QList<double>& y, int start, int end, double threshold, int width, bool peak);
+    const QList<double>& y, int start, int end, double threshold, int width, bool peak, int* calls = nullptr);
 
 QList<PeakSearch::Gaussian> oracleXPeaks(
     const QList<double>& x, const QList<double>& y, double threshold, int width, bool peak);
