@@ -6,7 +6,6 @@
 #include "tarnis/foundation/log.h"
 #include "tarnis/foundation/sysmsg.h"
 #include "tarnis/foundation/trace_p.h"
-#include "tarnis/server/serverexit_p.h"
 #include "tarnis/server/tarnissession.h"
 
 #include <QEvent>
@@ -48,14 +47,8 @@ Tarnis::Tarnis(const QByteArray* prompt, QObject* parent)
 Tarnis::~Tarnis()
 {
     LOG_BLOCK("~Tarnis");
-    if (m_process) {
-        LOG_BLOCK("local server deleting");
-        TARNIS_TRACE(QStringLiteral("ERROR:Disconnect Server Before delete."));
-        disconnect(m_process, SIGNAL(readyReadStandardOutput()), this, SLOT(onServerReadyStdOut()));
-        tarnis::askServerToExit(*m_process);
-        tarnis::waitForServerExit(*m_process, tarnis::serverExitGraceMs);
-        new tarnis::ServerExit(m_process); // deletes itself, with the process
-    }
+    if (m_process)
+        endLocalServer();
     endSupersededServers();
 }
 
@@ -239,6 +232,7 @@ TarnisSession* Tarnis::startNamedSession(const QString& id)
     return session;
 }
 
+// By value: the text of the connection names the type so. NOLINTNEXTLINE(performance-unnecessary-value-param)
 void Tarnis::onReply(PTarnisCmd cmd, const QByteArray& result)
 {
     if (!cmd || isCallOfClosedSession())

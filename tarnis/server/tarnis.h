@@ -51,7 +51,8 @@ public:
     /// Starts the local server again. Stops nothing first: shut down before. False without a local server to repeat.
     virtual bool Restart();
     /// Starts the local server (`path`, or the stored path if null), or sends "stat" to the remote one. False if the
-    /// local program does not start. The status follows later by StatusChanged().
+    /// local program does not start. The status follows later by StatusChanged(). What the local server prints is
+    /// dropped when more than 1 MiB of it has not been read.
     virtual bool Run(const QString* path);
     /// Queues a text command on the named session, which is made and started on first use. The reply comes by
     /// onCmdReply(). Always true.
@@ -158,4 +159,5 @@ protected:
     void supersedeLocalServer();
     void endSupersededServers();
     void closeLocalServer();
+    void endLocalServer();
 };

@@ -145,3 +145,13 @@ void Tarnis::closeLocalServer()
     if (ended)
         SetStatus(IDLE);
 }
+
+void Tarnis::endLocalServer()
+{
+    LOG_BLOCK("local server deleting");
+    TARNIS_TRACE(QStringLiteral("ERROR:Disconnect Server Before delete."));
+    disconnect(m_process, SIGNAL(readyReadStandardOutput()), this, SLOT(onServerReadyStdOut()));
+    tarnis::askServerToExit(*m_process);
+    tarnis::waitForServerExit(*m_process, tarnis::serverExitGraceMs);
+    new tarnis::ServerExit(m_process); // deletes itself, with the process
+}

@@ -501,8 +501,8 @@ void TestTarnisLocal::destructionLetsTheServerEndByItself()
     const QPointer<QProcess> process = host.manager->m_process;
     const qint64 processId = process->processId();
     host.record.events.clear();
-    QTest::ignoreMessage(
-        QtDebugMsg, QRegularExpression("^tarnis\\.cpp : \\d+ [0-9a-f]+ \\| ERROR:Disconnect Server Before delete\\.$"));
+    QTest::ignoreMessage(QtDebugMsg,
+        QRegularExpression("^tarnis_process\\.cpp : \\d+ [0-9a-f]+ \\| ERROR:Disconnect Server Before delete\\.$"));
     const LogFile log;
     delete host.manager;
     QCOMPARE(server.noted("end"), QByteArray("exit"));
