@@ -1,6 +1,7 @@
 // Commands: what they send, what they log, and the two parsers of reply text.
 #include "support/logfile.h"
 #include "support/support.h"
+#include "support/textoracle.h"
 #include "support/virtualorder.h"
 
 #include <tarnis/server/tarniscmds.h>
@@ -10,13 +11,14 @@
 #include <memory>
 
 using tarnis::testing::LogFile;
+using tarnis::testing::Sections;
 using tarnis::testing::seededGenerator;
+using tarnis::testing::spelledSections;
+using tarnis::testing::spelledValues;
+using tarnis::testing::Values;
 using tarnis::testing::virtualIndex;
 
 namespace {
-
-using Sections = QMap<QString, QList<QString>>;
-using Values = QMap<QString, QString>;
 
 Sections sectionsOf(const QString& text)
 {
@@ -29,64 +31,6 @@ Values valuesOf(const QStringList& lines)
 {
     Values out { { QStringLiteral("old"), QStringLiteral("old") } };
     TarnisCmd::makeNameValueMap(lines, out);
-    return out;
-}
-
-// The same two parsers, character by character.
-Sections spelledSections(const QString& text)
-{
-    Sections out;
-    QString key;
-    QStringList lines;
-    const auto store = [&] {
-        if (key.size() > 0 && lines.size() > 0)
-            out.insert(key, out.value(key) + lines);
-    };
-    qsizetype begin = 0;
-    while (begin <= text.size()) {
-        qsizetype end = begin;
-        while (end < text.size() && text[end] != QLatin1Char('\n'))
-            ++end;
-        const QString line = text.sliced(begin, end - begin);
-        begin = end + 1;
-        if (line.size() >= 2 && line[0] == QLatin1Char('-') && line[1] == QLatin1Char('-')) {
-            store();
-            key.clear();
-            lines.clear();
-            for (qsizetype i = 0; i < line.size(); ++i) {
-                if (i + 1 < line.size() && line[i] == QLatin1Char('-') && line[i + 1] == QLatin1Char('-'))
-                    ++i;
-                else
-                    key += line[i];
-            }
-        } else {
-            lines.append(line);
-        }
-    }
-    store();
-    return out;
-}
-
-QString withoutOuterSpace(QString text)
-{
-    const QString space = QStringLiteral(" \t\n\v\f\r");
-    if (!text.isEmpty() && space.contains(text.front()))
-        text = text.sliced(1);
-    while (!text.isEmpty() && space.contains(text.back()))
-        text.chop(1);
-    return text;
-}
-
-Values spelledValues(const QStringList& lines)
-{
-    Values out;
-    for (const QString& line : lines) {
-        qsizetype colon = 0;
-        while (colon < line.size() && line[colon] != QLatin1Char(':'))
-            ++colon;
-        if (colon > 0 && colon < line.size())
-            out.insert(withoutOuterSpace(line.first(colon)), withoutOuterSpace(line.sliced(colon + 1)));
-    }
     return out;
 }
 

@@ -1,0 +1,19 @@
+// The two parsers of reply text, spelt out character by character.
+#pragma once
+
+#include <QList>
+#include <QMap>
+#include <QString>
+#include <QStringList>
+
+namespace tarnis::testing {
+
+using Sections = QMap<QString, QList<QString>>;
+using Values = QMap<QString, QString>;
+
+/// As TarnisCmd::devideByKey().
+Sections spelledSections(const QString& text);
+/// As TarnisCmd::makeNameValueMap().
+Values spelledValues(const QStringList& lines);
+
+} // namespace tarnis::testing
