@@ -19,7 +19,9 @@ void DoubleBufferedWidget::refreshPixmap()
 
 void DoubleBufferedWidget::refreshPixmapIfRequired()
 {
-    if (!m_doubleBuffered || !m_refreshRequired)
+    // A window that has moved to a screen of another pixel ratio wants a picture of that resolution.
+    const bool otherScreen = !m_pixmap.isNull() && m_pixmap.devicePixelRatio() != devicePixelRatio();
+    if (!m_doubleBuffered || (!m_refreshRequired && !otherScreen))
         return;
     m_refreshRequired = false;
     m_pixmap = tarnis::windowPixmap(*this, size());

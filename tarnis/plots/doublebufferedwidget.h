@@ -22,7 +22,8 @@ public:
 
     /// Marks the picture stale and schedules an update. Draws nothing itself.
     void refreshPixmap();
-    /// Draws the cached picture now if it is stale. For subclasses that override paintEvent().
+    /// Draws the cached picture now if it is stale or made for another screen's resolution. For subclasses that
+    /// override paintEvent().
     void refreshPixmapIfRequired();
 
 Q_SIGNALS:

@@ -83,6 +83,7 @@ private Q_SLOTS:
     void pictureIsThatOfTheOracle();
     void pictureWithoutACache();
     void screenShowsThePictureUnchanged();
+    void pictureOfAnotherScreenIsMadeAgain();
     void savedPictureHasFullResolution();
     void printedPictureFillsThePage();
 };
@@ -166,6 +167,21 @@ void TestHiDpi::screenShowsThePictureUnchanged()
     const QImage grabbed = plot.grab().toImage().convertToFormat(QImage::Format_RGB32);
     QCOMPARE(grabbed.size(), QSize(400, 300) * ratio());
     QCOMPARE(grabbed, plot.m_pixmap.toImage().convertToFormat(QImage::Format_RGB32));
+}
+
+void TestHiDpi::pictureOfAnotherScreenIsMadeAgain()
+{
+    Plot plot(true);
+    plot.paintNow();
+    const QImage own = plot.m_pixmap.toImage();
+    QPixmap other(QSize(401, 303) * 3);
+    other.setDevicePixelRatio(3.0);
+    plot.m_pixmap = other;
+    plot.refreshPixmapIfRequired(); // nothing was refreshed: the window has moved
+    QCOMPARE(plot.m_pixmap.toImage(), own);
+    const qint64 key = plot.m_pixmap.cacheKey();
+    plot.refreshPixmapIfRequired();
+    QCOMPARE(plot.m_pixmap.cacheKey(), key);
 }
 
 void TestHiDpi::savedPictureHasFullResolution()
