@@ -1,6 +1,6 @@
-// A map of N x N bins on a plot of 800 x 800 pixels, against the spelt-out drawing calls and against QCustomPlot without
-// interpolation. The contestants take turns within each round; the counters are medians over the rounds, in milliseconds
-// of the thread's processor time.
+// A map of N x N bins on a plot of 800 x 800 pixels, against the spelt-out drawing calls and against QCustomPlot
+// without interpolation. The contestants take turns within each round; the counters are medians over the rounds, in
+// milliseconds of the thread's processor time.
 //
 //   map, spelt   bins of the map: this library, and one drawing call for each bin; auto scale of Z included
 //   qcpMap       QCustomPlot's map image made and drawn, its colours rounded to a table
@@ -111,8 +111,8 @@ public:
         yAxis->setRange(0.0, side);
         const QRect graph = plot.frameState().graphRect;
         axisRect()->setAutoMargins(QCP::msNone);
-        axisRect()->setMargins(QMargins(graph.left(), graph.top(), plot.width() - graph.left() - plotSide,
-            plot.height() - graph.top() - plotSide));
+        axisRect()->setMargins(QMargins(
+            graph.left(), graph.top(), plot.width() - graph.left() - plotSide, plot.height() - graph.top() - plotSide));
         resize(plot.size());
         show();
         QCoreApplication::processEvents();

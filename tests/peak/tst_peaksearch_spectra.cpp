@@ -100,7 +100,8 @@ void TestPeakSearchSpectra::findsTheStrongLines_data()
     QTest::newRow("germanium, by index") << germanium << 1 << 100.0 << 200.0 << 12 << 12 << false << 0.5;
     QTest::newRow("germanium, by abscissa") << germanium << 1 << 100.0 << 200.0 << 12 << 12 << true << 0.5;
     // Its lines are a hundred channels wide and of few counts: eight channels to a bin. The one that stands out is not
-    // isolated: the background is twice as high on its left as on its right, and a constant one draws the fit to the left.
+    // isolated: the background is twice as high on its left as on its right, and a constant one draws the fit to the
+    // left.
     QTest::newRow("caesium iodide, by index") << iodide << 8 << 160.0 << 200.0 << 9 << 1 << false << 1.5;
     QTest::newRow("caesium iodide, by abscissa") << iodide << 8 << 160.0 << 200.0 << 9 << 1 << true << 1.5;
 }

@@ -21,11 +21,11 @@ std::string trimmedAscii(std::string text)
 
 std::string formatted(double value, char format, int precision)
 {
-    const char specification[] = { '%', '.', '*', format, '\0' };
+    const char conversion[] = { '%', '.', '*', format, '\0' };
     char buffer[512];
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wformat-nonliteral"
-    const int length = std::snprintf(buffer, sizeof buffer, specification, precision, value);
+    const int length = std::snprintf(buffer, sizeof buffer, conversion, precision, value);
 #pragma GCC diagnostic pop
     return std::string(buffer, static_cast<std::size_t>(length));
 }
