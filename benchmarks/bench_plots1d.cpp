@@ -1,0 +1,267 @@
+// The curves of the 1D plots, drawing alone, 800 x 400, one thread: against the drawing sample by sample and against
+// QCustomPlot with adaptive sampling and without antialiasing. All three take turns within a round, so that a busy
+// machine slows them alike; the counters are medians over the rounds in milliseconds of the thread, and their ratios.
+#include "support/curveoracle.h"
+
+#include <tarnis/plots/multivectorgraphwidget.h>
+
+#include <qcustomplot.h>
+
+#include <QApplication>
+#include <QLoggingCategory>
+#include <QPainter>
+#include <QPixmap>
+
+#include <benchmark/benchmark.h>
+
+#include <algorithm>
+#include <cmath>
+#include <ctime>
+#include <random>
+#include <vector>
+
+namespace {
+
+constexpr int seriesCount = 8;
+const QSize pictureSize(800, 400);
+const QRect graph(QPoint(56, 18), QPoint(783, 358));
+
+enum Shape { Noisy, Smooth, Counts };
+enum Form { Lines, Columns, Crosses };
+
+struct Case {
+    int samples = 0;
+    Shape shape = Noisy;
+    bool logScale = false;
+    int addType = MultiVectorGraphWidget::AddNone;
+    int groupSize = 8;
+    Form form = Lines;
+};
+
+QList<double> samplesOf(const Case& test, int number)
+{
+    std::mt19937_64 generator(static_cast<std::uint64_t>(number) + 1);
+    std::uniform_real_distribution<double> noise(0.0, 1000.0);
+    std::poisson_distribution<int> counts(2.0);
+    QList<double> samples(test.samples);
+    for (int i = 0; i < test.samples; ++i) {
+        if (test.shape == Noisy)
+            samples[i] = noise(generator);
+        else if (test.shape == Smooth)
+            samples[i] = 500.0 + 490.0 * std::sin((i * (5.0 + number) / test.samples + 0.1 * number) * 6.283);
+        else
+            samples[i] = counts(generator);
+    }
+    return samples;
+}
+
+QPixmap emptyPicture()
+{
+    QPixmap picture(pictureSize);
+    picture.fill(Qt::black);
+    return picture;
+}
+
+/// A plot whose range and rectangle are set by hand.
+class Plot : public MultiVectorGraphWidget {
+public:
+    explicit Plot(const Case& test)
+    {
+        m_groupSize = test.groupSize;
+        m_addType = static_cast<AddType>(test.addType);
+        m_columnChart = test.form == Columns;
+        m_connectPoints = test.form == Lines;
+        m_logScaleY = test.logScale;
+        m_graphRect = graph;
+        for (int i = 0; i < seriesCount; ++i)
+            setData(i, samplesOf(test, i), 1000.0);
+        onAutoScaleX(false);
+        onAutoScaleY(false);
+        double top = 0.0;
+        for (const Data& series : std::as_const(m_data))
+            top = std::max(top, *std::max_element(series.values.cbegin(), series.values.cend()));
+        const int members = test.addType == AddNone ? 1 : test.groupSize;
+        setMinMaxX(0.0, test.samples);
+        setMinMaxY(test.logScale ? 1.0 : 0.0, top * members);
+    }
+
+    tarnis::testing::MultiState state() const
+    {
+        tarnis::testing::MultiState state;
+        state.minX = m_minX;
+        state.maxX = m_maxX;
+        state.minY = m_minY;
+        state.maxY = m_maxY;
+        state.logScaleY = m_logScaleY;
+        state.graphRect = m_graphRect;
+        state.data = m_data;
+        state.groupSize = m_groupSize;
+        state.addType = m_addType;
+        state.columnChart = m_columnChart;
+        state.connectPoints = m_connectPoints;
+        return state;
+    }
+
+    using MultiVectorGraphWidget::m_data;
+    using MultiVectorGraphWidget::m_maxY;
+    using MultiVectorGraphWidget::m_minY;
+};
+
+/// The same curves as graphs of QCustomPlot in the same rectangle.
+class PeerPlot {
+public:
+    explicit PeerPlot(const Plot& plot, const Case& test)
+    {
+        m_plot.resize(pictureSize);
+        m_plot.axisRect()->setAutoMargins(QCP::msNone);
+        m_plot.axisRect()->setMargins(QMargins(graph.left(), graph.top(), pictureSize.width() - 1 - graph.right(),
+            pictureSize.height() - 1 - graph.bottom()));
+        m_plot.xAxis->setRange(0.0, test.samples);
+        m_plot.yAxis->setRange(plot.m_minY, plot.m_maxY);
+        if (test.logScale)
+            m_plot.yAxis->setScaleType(QCPAxis::stLogarithmic);
+        for (const MultiVectorGraphWidget::Data& series : plot.m_data) {
+            auto* curve = new Graph(m_plot.xAxis, m_plot.yAxis);
+            QVector<QCPGraphData> points(series.values.size());
+            for (qsizetype i = 0; i < points.size(); ++i)
+                points[i] = QCPGraphData(static_cast<double>(i) + 0.5, series.values.at(i));
+            curve->data()->set(points, true);
+            curve->setPen(QPen(series.color));
+            curve->setAntialiased(false);
+            curve->setAdaptiveSampling(true);
+            m_graphs.push_back(curve);
+        }
+        m_plot.setNotAntialiasedElements(QCP::aeAll);
+        m_plot.replot();
+    }
+
+    void draw(QPixmap& picture)
+    {
+        QCPPainter painter(&picture);
+        painter.setClipRect(m_plot.axisRect()->rect());
+        for (Graph* curve : m_graphs) {
+            painter.setPen(curve->pen());
+            curve->draw(&painter);
+        }
+    }
+
+private:
+    class Graph : public QCPGraph {
+    public:
+        using QCPGraph::draw;
+        using QCPGraph::QCPGraph;
+    };
+
+    QCustomPlot m_plot;
+    std::vector<Graph*> m_graphs; // owned by the plot
+};
+
+/// Time of this thread alone: what other programs do in between does not count.
+double threadMilliseconds()
+{
+    timespec now {};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
+    return static_cast<double>(now.tv_sec) * 1e3 + static_cast<double>(now.tv_nsec) * 1e-6;
+}
+
+template <typename Work> double millisecondsOf(Work work)
+{
+    const double start = threadMilliseconds();
+    work();
+    return threadMilliseconds() - start;
+}
+
+double median(std::vector<double> values)
+{
+    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
+    std::nth_element(values.begin(), middle, values.end());
+    return *middle;
+}
+
+void drawCurves(benchmark::State& state, const Case& test)
+{
+    Plot plot(test);
+    tarnis::testing::MultiState oracle = plot.state();
+    PeerPlot peer(plot, test);
+    const bool hasPeer = test.addType == MultiVectorGraphWidget::AddNone && test.form == Lines;
+    std::vector<double> own;
+    std::vector<double> speltOut;
+    std::vector<double> peers;
+    for (auto unused : state) {
+        QPixmap picture = emptyPicture();
+        own.push_back(millisecondsOf([&] {
+            QPainter painter(&picture);
+            painter.setClipRect(graph);
+            plot.onPaint(painter, graph);
+        }));
+        QPixmap expected = emptyPicture();
+        speltOut.push_back(millisecondsOf([&] {
+            QPainter painter(&expected);
+            painter.setClipRect(graph);
+            tarnis::testing::paintMulti(oracle, painter, graph);
+        }));
+        if (hasPeer) {
+            QPixmap other = emptyPicture();
+            peers.push_back(millisecondsOf([&] { peer.draw(other); }));
+        }
+        if (picture.toImage() != expected.toImage()) {
+            state.SkipWithError("the pictures differ");
+            return;
+        }
+        state.SetIterationTime(own.back() / 1000.0);
+    }
+    state.counters["own_ms"] = median(own);
+    state.counters["spelt_ms"] = median(speltOut);
+    state.counters["x_spelt"] = median(speltOut) / median(own);
+    if (hasPeer) {
+        state.counters["peer_ms"] = median(peers);
+        state.counters["x_peer"] = median(peers) / median(own);
+    }
+}
+
+void addCase(const std::string& name, const Case& test)
+{
+    const int rounds = test.samples >= 1000000 ? 5 : test.samples >= 100000 ? 11 : 41;
+    benchmark::RegisterBenchmark(name.c_str(), [test](benchmark::State& state) { drawCurves(state, test); })
+        ->UseManualTime()
+        ->Unit(benchmark::kMillisecond)
+        ->Iterations(rounds);
+}
+
+void addCases()
+{
+    using Multi = MultiVectorGraphWidget;
+    for (const auto& [count, countName] :
+        { std::pair { 1000, "1k" }, { 10000, "10k" }, { 100000, "100k" }, { 1000000, "1M" } }) {
+        const std::string size = std::string("/8x") + countName;
+        for (const auto& [shape, shapeName] :
+            { std::pair { Noisy, "noisy" }, { Smooth, "smooth" }, { Counts, "counts" } }) {
+            addCase(shapeName + size, { .samples = count, .shape = shape });
+            addCase(shapeName + std::string("-log") + size, { .samples = count, .shape = shape, .logScale = true });
+        }
+        addCase("noisy-group-sums" + size,
+            { .samples = count, .shape = Noisy, .addType = Multi::AddEachGroup, .groupSize = 4 });
+        addCase("smooth-group-sums" + size,
+            { .samples = count, .shape = Smooth, .addType = Multi::AddEachGroup, .groupSize = 4 });
+        if (count <= 100000) {
+            addCase("noisy-columns" + size, { .samples = count, .shape = Noisy, .form = Columns });
+            addCase("noisy-crosses" + size, { .samples = count, .shape = Noisy, .form = Crosses });
+        }
+    }
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    const QApplication application(argc, argv);
+    QLoggingCategory::setFilterRules(QStringLiteral("default.debug=false"));
+    addCases();
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+        return 1;
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
+}
