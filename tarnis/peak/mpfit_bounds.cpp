@@ -46,23 +46,6 @@ double snapped(const mp_par& par, double x)
     return x;
 }
 
-bool isRoundedFrom(double value, double limit, double x)
-{
-    return std::fabs(value - limit) <= 4.0 * machineEpsilon * std::max(std::fabs(x), std::fabs(limit));
-}
-
-// Where a component that was cut at a bound ends. The one that set alpha reaches its bound exactly but for rounding,
-// which grows with x and is often wider than the test values above; left a few bits inside, it would cut the next step
-// to nothing, and the fit would stop there for want of progress.
-double landed(const mp_par& par, double x, double wholeStep, double xnew)
-{
-    if (par.limited[0] && x + wholeStep < par.limits[0] && isRoundedFrom(xnew, par.limits[0], x))
-        return par.limits[0];
-    if (par.limited[1] && x + wholeStep > par.limits[1] && isRoundedFrom(xnew, par.limits[1], x))
-        return par.limits[1];
-    return snapped(par, xnew);
-}
-
 // The part of the component that stays inside the bounds, 1 if all of it does.
 double partInside(const mp_par& par, double x, double step)
 {
@@ -74,6 +57,16 @@ double partInside(const mp_par& par, double x, double step)
     if (par.limited[1] && x + step > par.limits[1])
         alpha = std::min(alpha, (par.limits[1] - x) / step);
     return alpha;
+}
+
+// Where a component of a step that was cut by alpha ends. The one that set alpha ends on its bound: x + alpha * step is
+// the bound but for rounding, which grows with x and is often wider than the test values above. Left a few bits inside,
+// it would cut the next step to nothing, and the fit would stop there for want of progress.
+double landed(const mp_par& par, double x, double wholeStep, double alpha, double xnew)
+{
+    if (alpha < 1.0 && partInside(par, x, wholeStep) == alpha)
+        return wholeStep < 0.0 ? par.limits[0] : par.limits[1];
+    return snapped(par, xnew);
 }
 
 } // namespace
@@ -121,7 +114,7 @@ void Fit::takeStep(double alpha)
         m_step[j] *= alpha;
         m_xnew[j] = m_x[j] + m_step[j];
         if (m_anyLimit)
-            m_xnew[j] = landed(parameter(j), m_x[j], wholeStep, m_xnew[j]);
+            m_xnew[j] = landed(parameter(j), m_x[j], wholeStep, alpha, m_xnew[j]);
     }
 }
 

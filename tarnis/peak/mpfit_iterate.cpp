@@ -146,7 +146,7 @@ std::optional<int> Fit::tryStep()
     for (int j = 0; j < m_nfree; ++j)
         m_wa3[j] = m_diag[j] * m_step[j];
     m_pnorm = enorm(m_nfree, m_wa3);
-    if (!std::isfinite(m_pnorm) || std::isnan(m_delta) || std::isnan(m_xnorm))
+    if (!std::isfinite(m_pnorm) || std::isnan(m_delta) || !std::isfinite(m_xnorm))
         return MP_LIMIT_REACHED;
     if (m_iter == 1)
         m_delta = std::min(m_delta, m_pnorm);
@@ -166,6 +166,8 @@ std::optional<int> Fit::tryStep()
     updateStepBound();
     if (m_ratio >= acceptanceRatio)
         accept();
+    if (!std::isfinite(m_xnorm))
+        return MP_LIMIT_REACHED;
     return stopTest();
 }
 

@@ -19,7 +19,7 @@ struct HalfHeight {
     double minY = 0.0;
 };
 
-// The last of the n samples takes no part. n >= 2.
+// The last of the n samples takes no part, unless it is the only one.
 HalfHeight halfHeight(const QList<double>& y, qsizetype n)
 {
     HalfHeight h;
@@ -36,7 +36,7 @@ HalfHeight halfHeight(const QList<double>& y, qsizetype n)
     h.leftIndex = h.maxIndex;
     while (h.leftIndex > 0 && !(y[h.leftIndex] < half))
         --h.leftIndex;
-    h.rightIndex = h.maxIndex;
+    h.rightIndex = std::min(h.maxIndex, n - 2); // -1 for a single sample
     while (h.rightIndex < n - 2 && !(y[h.rightIndex] < half))
         ++h.rightIndex;
     return h;
@@ -107,7 +107,7 @@ bool PeakSearch::exec(PeakSearch::Gaussian const& init, PeakSearch::Gaussian& ou
 bool PeakSearch::peakSearch(QList<double> const& y, PeakSearch::Gaussian& out)
 {
     const qsizetype n = y.size();
-    if (n < 2 || n > std::numeric_limits<int>::max())
+    if (n < 1 || n > std::numeric_limits<int>::max())
         return false;
     const HalfHeight h = halfHeight(y, n);
     LOG_DBG("maxIndex=%d leftIndex=%d rightIndex=%d", int(h.maxIndex), int(h.leftIndex), int(h.rightIndex));

@@ -52,6 +52,7 @@ private Q_SLOTS:
     void finiteCheckStops();
     void finiteCheckLeavesAGoodFitAlone();
     void hugeResidualsEnd();
+    void anInfiniteNormOfTheParametersIsNoConvergence();
     void scaledResidualsGiveTheSameFit_data();
     void scaledResidualsGiveTheSameFit();
     void nonFiniteStarts_data();
@@ -152,6 +153,18 @@ void TestMpfitNonFinite::hugeResidualsEnd()
         QVERIFY(fit.run() > 0);
         QVERIFY(fit.result.nfev < 2000);
     }
+}
+
+// Start and slope are finite, their product is not.
+void TestMpfitNonFinite::anInfiniteNormOfTheParametersIsNoConvergence()
+{
+    FitCase fit(2, { 1e160 }, [](std::span<const double> x, std::span<double> r, double**) {
+        r[0] = x[0] == 1e160 ? 1.0 : 1e305;
+        r[1] = 0.0;
+        return 0;
+    });
+    QCOMPARE(fit.run(), 5);
+    QCOMPARE(fit.x[0], 1e160);
 }
 
 void TestMpfitNonFinite::scaledResidualsGiveTheSameFit_data()

@@ -451,6 +451,7 @@ void TestPeakSearch::startsFromHalfHeight_data()
         "initGauss.N10 offset=0 sigma=2 center=2");
     row("the last sample is the largest", { 1, 2, 6, 2, 1, 90 }, "maxIndex=2 leftIndex=1 rightIndex=3",
         "initGauss.N6 offset=1 sigma=1 center=2");
+    row("one sample", { 7 }, "maxIndex=0 leftIndex=0 rightIndex=-1", "initGauss.N7 offset=7 sigma=1 center=-0.5");
 }
 
 void TestPeakSearch::startsFromHalfHeight()
