@@ -2,6 +2,7 @@
 
 #include <QMutex>
 #include <QScopeGuard>
+#include <QScopedValueRollback>
 #include <QTimer>
 
 #include <algorithm>
@@ -16,9 +17,14 @@ QMutex& deferredCallMutex()
     return *mutex;
 }
 
-// Set while this thread runs a deferred function, and so holds the mutex: the function may destroy the guard of another
-// call, whose onDestroyed() then comes on the same thread.
-thread_local bool runsDeferredCall = false;
+// Set while this thread holds the mutex and runs or drops a function. That may destroy the guard of another call, or
+// run a nested event loop that comes to another call: both want the mutex on the same thread once more.
+thread_local bool holdsTheMutex = false;
+
+QMutex* unlessHeld()
+{
+    return holdsTheMutex ? nullptr : &deferredCallMutex();
+}
 
 } // namespace
 
@@ -38,20 +44,18 @@ void DelayCall::onTimeout()
 {
     // The function may destroy the guard itself; onDestroyed() must not come while it runs.
     disconnect(m_guardConnection);
-    const QMutexLocker locker(&deferredCallMutex());
-    const auto finished = qScopeGuard([this] {
-        runsDeferredCall = false;
-        deleteLater();
-    });
-    runsDeferredCall = true;
+    const QMutexLocker locker(unlessHeld());
+    const QScopedValueRollback held(holdsTheMutex, true);
+    const auto finished = qScopeGuard([this] { deleteLater(); });
     if (m_function)
         m_function();
 }
 
 void DelayCall::onDestroyed(QObject* /*object*/)
 {
-    QMutexLocker locker(runsDeferredCall ? nullptr : &deferredCallMutex());
+    const QMutexLocker locker(unlessHeld());
     {
+        const QScopedValueRollback held(holdsTheMutex, true);
         std::function<void()> dropped;
         m_function.swap(dropped);
     }

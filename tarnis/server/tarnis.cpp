@@ -8,15 +8,25 @@
 #include "tarnis/foundation/trace_p.h"
 #include "tarnis/server/tarnissession.h"
 
+#include <QCoreApplication>
 #include <QEvent>
 #include <QPointer>
 #include <QScopedValueRollback>
 #include <QVariant>
 
+#include <algorithm>
+
 namespace {
 
 // The manager that takes delivery of a queued call on this thread, if any.
 thread_local const Tarnis* queuedCallReceiver = nullptr;
+
+// The mark behind the queued calls of closed sessions.
+QEvent::Type queuedCallsDelivered()
+{
+    static const auto type = QEvent::Type(QEvent::registerEventType());
+    return type;
+}
 
 const char* boolName(bool value)
 {
@@ -54,16 +64,33 @@ Tarnis::~Tarnis()
 
 bool Tarnis::event(QEvent* event)
 {
+    if (event->type() == queuedCallsDelivered()) {
+        const QMutexLocker locker(&m_mutex);
+        --m_closings;
+        return true;
+    }
     if (event->type() != QEvent::MetaCall)
         return QObject::event(event);
     const QScopedValueRollback receiver(queuedCallReceiver, static_cast<const Tarnis*>(this));
     return QObject::event(event);
 }
 
+// Disconnecting a session does not take back the calls that it has queued already. They come before the mark behind
+// them, and their sender is gone; or it seems to be a new session, which got the memory of the old one.
 bool Tarnis::isCallOfClosedSession() const
 {
-    // Disconnecting a session does not take back the calls that it has queued already. They have no sender any more.
-    return queuedCallReceiver == this && sender() == nullptr;
+    const QMutexLocker locker(&m_mutex);
+    if (m_closings == 0 || queuedCallReceiver != this)
+        return false;
+    const QObject* const session = sender();
+    return !session || std::find(m_sessions.cbegin(), m_sessions.cend(), session) != m_sessions.cend();
+}
+
+// Until the mark comes round, calls of the sessions that were closed now may be in front of it.
+void Tarnis::outlastQueuedCalls()
+{
+    ++m_closings;
+    QCoreApplication::postEvent(this, new QEvent(queuedCallsDelivered()));
 }
 
 const char* Tarnis::GetStatusName(SERVER_STATUS status)
@@ -296,4 +323,5 @@ void Tarnis::closeNamedSessions()
         entry.value() = nullptr;
     }
     m_sessions.clear();
+    outlastQueuedCalls();
 }

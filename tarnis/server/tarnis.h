@@ -149,9 +149,11 @@ protected:
     bool m_bLocal = true;
     SERVER_STATUS m_status = IDLE;
     QList<QPointer<QProcess>> m_supersededProcesses; ///< servers that ran when another was started; owned
+    int m_closings = 0; ///< shutdowns whose sessions may still have calls in the queue
 
     // Steps of the operations above; the lock is held. The local server's are in tarnis_process.cpp
     bool isCallOfClosedSession() const;
+    void outlastQueuedCalls();
     TarnisSession* startNamedSession(const QString& id);
     void closeNamedSessions();
     bool startLocalServer();

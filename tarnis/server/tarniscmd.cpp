@@ -65,7 +65,7 @@ void TarnisCmd::makeNameValueMap(const QList<QString>& lines, QMap<QString, QStr
     LOG_BLOCK("makeNameValueMap");
     out.clear();
     // Not trimmed(): the anchored group matches once only, so that a second blank in front stays.
-    const QRegularExpression outerSpace(QStringLiteral("(^\\s)+|(\\s+$)"));
+    static const QRegularExpression outerSpace(QStringLiteral("(^\\s)+|(\\s+$)"));
     for (const QString& line : lines) {
         const qsizetype colon = line.indexOf(QLatin1Char(':'));
         if (colon < 1)

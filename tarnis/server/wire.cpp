@@ -60,7 +60,7 @@ bool endsBinaryReply(const QByteArray& received, qint32 length, const QByteArray
 QString splitBinaryReply(QByteArray& received, qint32 length, qsizetype promptSize)
 {
     const qsizetype payload = payloadSize(length);
-    const QString text = QString::fromUtf8(received.constData() + payload, received.size() - payload - promptSize);
+    QString text = QString::fromUtf8(received.constData() + payload, received.size() - payload - promptSize);
     received.truncate(payload);
     return text;
 }

@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
+#include <QEventLoop>
 #include <QPointer>
 #include <QSignalSpy>
 #include <QTest>
@@ -40,6 +41,8 @@ private Q_SLOTS:
     void guardThatLivesDoesNotHinder();
     void functionMayDestroyItsGuard();
     void functionMayDestroyTheGuardOfOthers();
+    void droppedCallMayDestroyTheGuardOfOthers();
+    void functionMayRunAnEventLoopWithOtherCalls();
     void functionMayAskForAnotherCall();
     void functionThatThrowsReleasesTheMutex();
     void callsOfTwoThreadsRunOneAtATime();
@@ -147,6 +150,39 @@ void TestDelayCall::functionMayDestroyTheGuardOfOthers()
     QPointer<DelayCall> other = new DelayCall([&calls, captured] { calls += 100; }, never, guard.get());
     QTRY_VERIFY(other.isNull());
     QCOMPARE(calls, 1);
+}
+
+void TestDelayCall::droppedCallMayDestroyTheGuardOfOthers()
+{
+    const Captured captured = std::make_shared<int>();
+    auto guardOfOther = std::make_shared<QObject>();
+    auto guard = std::make_unique<QObject>();
+    delay_call([guardOfOther] {}, never, guard.get());
+    delay_call([captured] {}, never, guardOfOther.get());
+    guardOfOther.reset();
+    guard.reset();
+    QCOMPARE(captured.use_count(), 1L);
+}
+
+void TestDelayCall::functionMayRunAnEventLoopWithOtherCalls()
+{
+    bool othersCame = false;
+    bool done = false;
+    delay_call(
+        [&] {
+            QEventLoop loop;
+            delay_call(
+                [&] {
+                    othersCame = true;
+                    loop.quit();
+                },
+                0, nullptr);
+            loop.exec();
+            done = true;
+        },
+        0, nullptr);
+    QTRY_VERIFY(done);
+    QVERIFY(othersCame);
 }
 
 void TestDelayCall::functionMayAskForAnotherCall()

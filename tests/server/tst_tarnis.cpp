@@ -8,6 +8,7 @@
 #include <QSignalSpy>
 #include <QTest>
 
+#include <algorithm>
 #include <atomic>
 #include <latch>
 #include <memory>
@@ -94,6 +95,7 @@ class TestTarnis : public QObject {
 private Q_SLOTS:
     void metaObjectHasTheGivenOrder();
     void virtualsHaveTheGivenOrder();
+    void membersHaveTheGivenOrder();
     void startsIdle();
     void registersTheSharedCommand();
 
@@ -131,7 +133,9 @@ private Q_SLOTS:
     void shutdownInIdleLeavesTheSessions();
     void shutdownLogsItsSteps();
     void sessionIsMadeAnewAfterShutdown();
+    void callsOfAClosedSessionComeToNothing_data();
     void callsOfAClosedSessionComeToNothing();
+    void queuedCallWithoutASenderCounts();
 
     void goesInEveryStatus_data();
     void goesInEveryStatus();
@@ -172,6 +176,16 @@ void TestTarnis::virtualsHaveTheGivenOrder()
     QCOMPARE(virtualIndex(&Tarnis::GetStatValue), std::ptrdiff_t(-1));
 }
 
+void TestTarnis::membersHaveTheGivenOrder()
+{
+    const OpenTarnis manager(&prompt, nullptr);
+    const std::vector<const void*> members { &manager.m_mutex, &manager.m_prompt, &manager.m_serverAddress,
+        &manager.m_readoutAddress, &manager.m_processPath, &manager.m_remoteHost, &manager.m_remotePort,
+        &manager.m_host, &manager.m_port, &manager.m_process, &manager.m_sessions, &manager.m_settings,
+        &manager.m_stats, &manager.m_commands, &manager.m_bLocal, &manager.m_status };
+    QVERIFY(std::ranges::is_sorted(members));
+}
+
 void TestTarnis::startsIdle()
 {
     const LogFile log;
@@ -182,6 +196,9 @@ void TestTarnis::startsIdle()
     QVERIFY(manager.m_bLocal);
     QCOMPARE(manager.m_process, nullptr);
     QCOMPARE(int(manager.m_port) + manager.m_remotePort, 0);
+    QCOMPARE(manager.m_remoteHost + manager.m_host + manager.m_processPath, QString());
+    QVERIFY(manager.m_sessions.isEmpty() && manager.m_settings.isEmpty());
+    QVERIFY(manager.m_stats.isEmpty() && manager.m_commands.isEmpty());
     QCOMPARE(manager.GetServerAddress() + manager.GetReadoutAddressText(), QString());
     QVERIFY(!manager.IsServerConnected());
 }
@@ -673,8 +690,17 @@ void TestTarnis::sessionIsMadeAnewAfterShutdown()
     QCOMPARE(server.connectionCount(), 2);
 }
 
+// A new session may get the memory of a closed one, and with it the look of the closed one's sender.
+void TestTarnis::callsOfAClosedSessionComeToNothing_data()
+{
+    QTest::addColumn<bool>("goesOn");
+    QTest::newRow("shut down") << false;
+    QTest::newRow("shut down, new sessions at once") << true;
+}
+
 void TestTarnis::callsOfAClosedSessionComeToNothing()
 {
+    QFETCH(bool, goesOn);
     ScriptedServer server;
     Host host(&server);
     QVERIFY(host.runUntilConnected());
@@ -691,8 +717,30 @@ void TestTarnis::callsOfAClosedSessionComeToNothing()
     queued.wait(); // the workers have emitted, and this thread has not yet run its events
     host.record.events.clear();
     QVERIFY(host.manager->Shutdown());
+    if (goesOn) {
+        host.manager->SendCmd("control", "new", "stat", false);
+        host.manager->SendCmd("second", "new", "stat", false);
+    }
+    const QStringList afterShutdown { "status SHUTTING DOWN", "status IDLE" };
+    QCoreApplication::sendPostedEvents(host.manager);
+    QCOMPARE(host.record.events.mid(0, 2), afterShutdown);
+    for (const QString& event : host.record.events) {
+        QVERIFY2(!event.contains(QLatin1String("late")), qPrintable(event));
+        QVERIFY2(!event.contains(QLatin1String("ERROR")), qPrintable(event));
+    }
+    if (goesOn)
+        QTRY_VERIFY(host.manager->IsServerConnected());
+    else
+        QCOMPARE(host.record.events, afterShutdown);
+}
+
+void TestTarnis::queuedCallWithoutASenderCounts()
+{
+    OpenTarnis manager(&prompt, nullptr);
+    QVERIFY(QMetaObject::invokeMethod(
+        &manager, "onError", Qt::QueuedConnection, Q_ARG(int, 1), Q_ARG(QString, QStringLiteral("x"))));
     QCoreApplication::processEvents();
-    QCOMPARE(host.record.events, (QStringList { "status SHUTTING DOWN", "status IDLE" }));
+    QCOMPARE(manager.m_status, Tarnis::SERVER_ERROR);
 }
 
 void TestTarnis::goesInEveryStatus_data()

@@ -96,6 +96,10 @@ private Q_SLOTS:
 
     void restartTable_data();
     void restartTable();
+    void restartsInEveryStatus_data();
+    void restartsInEveryStatus();
+    void shutsDownInEveryStatus_data();
+    void shutsDownInEveryStatus();
     void restartAfterACrashConnectsAgain();
     void secondRunConnectsNothingTwice();
     void serverThatIsReplacedGoesOnUntilTheEnd();
@@ -105,6 +109,9 @@ private Q_SLOTS:
     void destructionAfterTheServersEnd();
     void goesInEveryStatus_data();
     void goesInEveryStatus();
+
+private:
+    static void addEveryStatus();
 };
 
 void TestTarnisLocal::portBringsTheConnection()
@@ -447,6 +454,45 @@ void TestTarnisLocal::restartTable()
     QVERIFY(!host.manager->Restart()); // m_process is null
 }
 
+void TestTarnisLocal::restartsInEveryStatus()
+{
+    QFETCH(int, value);
+    const FakeServer server(FakeServer::wellBehaved(5000));
+    Host host;
+    QVERIFY(host.runUntilConnected(server));
+    const QPointer<QProcess> before = host.manager->m_process;
+    host.manager->SetStatus(static_cast<Tarnis::SERVER_STATUS>(value));
+    QVERIFY(host.manager->Restart());
+    QVERIFY(host.manager->m_process != before);
+    QVERIFY(before);
+    QCOMPARE(before->state(), QProcess::Running); // Restart stops nothing
+    QTRY_COMPARE(host.manager->m_status, Tarnis::SERVER_CONNECTED);
+}
+
+void TestTarnisLocal::shutsDownInEveryStatus()
+{
+    QFETCH(int, value);
+    const auto status = static_cast<Tarnis::SERVER_STATUS>(value);
+    const bool refuses = status == Tarnis::HARDWARE_BUSY || status == Tarnis::STARTING || value > Tarnis::SHUTTING_DOWN;
+    const bool closes = !refuses && status != Tarnis::IDLE && status != Tarnis::SHUTTING_DOWN;
+    const FakeServer server(FakeServer::wellBehaved(5000));
+    Host host;
+    QVERIFY(host.runUntilConnected(server));
+    const QPointer<QProcess> process = host.manager->m_process;
+    host.manager->SetStatus(status);
+    host.record.events.clear();
+    QCOMPARE(host.manager->Shutdown(), !refuses);
+    if (closes) {
+        QTRY_COMPARE(host.manager->m_status, Tarnis::IDLE);
+        QCOMPARE(server.noted("end"), QByteArray("exit"));
+        return;
+    }
+    QCOMPARE(int(host.manager->m_status), value);
+    QCOMPARE(host.record.events, QStringList());
+    QCOMPARE(host.manager->m_process, process.data());
+    QCOMPARE(process->state(), QProcess::Running);
+}
+
 void TestTarnisLocal::restartAfterACrashConnectsAgain()
 {
     const FakeServer server({ "print UI port: 5000\\n", "await 2", "crash" });
@@ -537,7 +583,22 @@ void TestTarnisLocal::destructionAfterTheServersEnd()
     QTRY_VERIFY(process.isNull());
 }
 
+void TestTarnisLocal::restartsInEveryStatus_data()
+{
+    addEveryStatus();
+}
+
+void TestTarnisLocal::shutsDownInEveryStatus_data()
+{
+    addEveryStatus();
+}
+
 void TestTarnisLocal::goesInEveryStatus_data()
+{
+    addEveryStatus();
+}
+
+void TestTarnisLocal::addEveryStatus()
 {
     QTest::addColumn<int>("value");
     for (int value = 0; value <= 10; ++value)
