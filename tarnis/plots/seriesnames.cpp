@@ -32,8 +32,8 @@ CsvTable tableOfGroups(const QList<Series>& series, int groupSize, const SeriesW
     QList<Series> columns;
     QStringList names;
     for (int group = 0; group < groups.size(); ++group) {
-        columns.append(
-            { wholeSums(series, groups.at(group)), groups.at(group).color, series.at(group * groupSize).enable });
+        columns.append({ wholeSums(series, groups.at(group)), groups.at(group).color,
+            series.at(qsizetype(group) * groupSize).enable });
         names.append(numberedName(words.group, group + words.firstNumber));
     }
     CsvTable table = tableWithHeader(columns, names);

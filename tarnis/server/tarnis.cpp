@@ -259,7 +259,6 @@ TarnisSession* Tarnis::startNamedSession(const QString& id)
     return session;
 }
 
-// By value: the text of the connection names the type so. NOLINTNEXTLINE(performance-unnecessary-value-param)
 void Tarnis::onReply(PTarnisCmd cmd, const QByteArray& result)
 {
     if (!cmd || isCallOfClosedSession())
