@@ -1,10 +1,15 @@
 #include "tarnis/plots/curvepaint_p.h"
 
+#include "tarnis/plots/pixelmask_p.h"
+
+#include <QImage>
 #include <QPaintEngine>
 #include <QPainter>
 #include <QTransform>
 
 #include <cmath>
+#include <cstdlib>
+#include <optional>
 
 namespace tarnis {
 
@@ -22,9 +27,9 @@ void paintOn(
         painter.setBrush(QBrush(painter.pen().color()));
         painter.drawRects(columnsOfSamples(samples, range, x, drawing.y, drawing.shape, merging));
     } else if (drawing.joined) {
-        painter.drawLines(joinSamples(samples, range, x, drawing.y, merging));
+        paintLines(painter, joinSamples(samples, range, x, drawing.y, merging));
     } else {
-        painter.drawLines(crossesOfSamples(samples, range, x, drawing.y, merging));
+        paintLines(painter, crossesOfSamples(samples, range, x, drawing.y, merging));
     }
 }
 
@@ -34,13 +39,19 @@ bool isQuarterTurn(const QTransform& transform)
         && std::abs(transform.m21()) == 1.0;
 }
 
+bool isFineOpaquePen(const QPen& pen)
+{
+    return pen.style() == Qt::SolidLine && pen.widthF() <= 1.0 && pen.brush().style() == Qt::SolidPattern
+        && pen.color().alpha() == 255;
+}
+
 bool coversWholePixels(const QPainter& painter)
 {
     const QPaintEngine* engine = painter.paintEngine();
     return engine != nullptr && engine->type() == QPaintEngine::Raster
         && !painter.testRenderHint(QPainter::Antialiasing)
         && painter.compositionMode() == QPainter::CompositionMode_SourceOver && painter.opacity() == 1.0
-        && painter.pen().color().alpha() == 255;
+        && isFineOpaquePen(painter.pen());
 }
 
 /// What the engine draws on, in its pixels: an image, also where the painter was opened on a widget.
@@ -51,7 +62,79 @@ QRect deviceRect(const QPaintEngine& engine)
     return systemClip.isEmpty() ? whole : whole.intersected(systemClip.boundingRect());
 }
 
+/// The pixels that a painter draws on, where lines may be written to them past the engine.
+struct PixelTarget {
+    PixelRows rows;
+    QRect device; ///< all of the pixels
+    QRect clip; ///< those that the painter may change
+    QPoint offset; ///< of the painter's coordinates
+    QRgb color = 0;
+};
+
+bool holdsPlainColors(const QImage& image)
+{
+    return image.format() == QImage::Format_RGB32 || image.format() == QImage::Format_ARGB32_Premultiplied
+        || image.format() == QImage::Format_ARGB32;
+}
+
+/// Where the painter shifts by whole pixels, clips to a rectangle, and has a pen that is a colour of 8 bits a channel.
+std::optional<PixelTarget> pixelTargetOf(const QPainter& painter)
+{
+    if (!coversWholePixels(painter))
+        return std::nullopt;
+    const QTransform& transform = painter.deviceTransform();
+    const QPoint offset(qRound(transform.dx()), qRound(transform.dy()));
+    const QColor color = painter.pen().color();
+    if (transform.type() > QTransform::TxTranslate || transform.dx() != offset.x() || transform.dy() != offset.y()
+        || QColor(color.rgb()).rgba64() != color.rgba64())
+        return std::nullopt;
+
+    const QPaintEngine& engine = *painter.paintEngine();
+    const QRegion clip = painter.hasClipping() ? painter.clipRegion() : QRegion();
+    // The engine writes to the image's own bytes, unshared since it began.
+    const auto* image = dynamic_cast<const QImage*>(engine.paintDevice());
+    if (image == nullptr || !holdsPlainColors(*image) || clip.rectCount() > 1 || engine.systemClip().rectCount() > 1)
+        return std::nullopt;
+    PixelTarget target { { const_cast<uchar*>(image->constBits()), image->bytesPerLine() }, image->rect(),
+        deviceRect(engine), offset, color.rgb() };
+    if (painter.hasClipping())
+        target.clip &= clip.boundingRect().translated(offset);
+    return target;
+}
+
+/// Whether the lines cost the engine clearly more than a mask of the whole clip takes to set up. A line takes it as
+/// long as 25 pixels.
+bool areWorthAMask(const QList<QLine>& lines, const QRect& clip)
+{
+    const qint64 enough = qint64(clip.width()) * clip.height() / 64;
+    qint64 pixels = 25 * lines.size();
+    for (auto line = lines.cbegin(); line != lines.cend() && pixels <= enough; ++line)
+        pixels += std::max(std::abs(qint64(line->x2()) - line->x1()), std::abs(qint64(line->y2()) - line->y1()));
+    return pixels > enough;
+}
+
 } // namespace
+
+void paintLines(QPainter& painter, const QList<QLine>& lines)
+{
+    const std::optional<PixelTarget> target = pixelTargetOf(painter);
+    if (!target || target->clip.isEmpty() || !areWorthAMask(lines, target->clip)) {
+        painter.drawLines(lines);
+        return;
+    }
+    PixelMask mask(target->clip);
+    QList<QLine> beyond; // the engine cuts these at the edges of the device before it chooses pixels
+    const QRect inside = target->device.translated(-target->offset);
+    for (const QLine& line : lines) {
+        if (inside.contains(line.p1()) && inside.contains(line.p2()))
+            mask.addLine(line.p1() + target->offset, line.p2() + target->offset);
+        else
+            beyond.append(line);
+    }
+    mask.writeTo(target->rows, target->color);
+    if (!beyond.isEmpty())
+        painter.drawLines(beyond);
+}
 
 Merging mergingOn(const QPainter& painter)
 {

@@ -15,6 +15,9 @@ namespace tarnis {
 /// raster device.
 Merging mergingOn(const QPainter& painter);
 
+/// Draws the lines with the painter's pen, each as QPainter::drawLine() does.
+void paintLines(QPainter& painter, const QList<QLine>& lines);
+
 /// How and where a curve is drawn.
 struct CurveDrawing {
     bool columnChart = false; ///< wins over joined

@@ -110,8 +110,9 @@ void VectorGraphWidget::onPaint(QPainter& painter, QRect const& graph)
 
     painter.setPen(Qt::white);
     const tarnis::SampleScale columns { view.first, view.pixelsPerSample, graph.left() };
-    painter.drawLines(tarnis::joinSamples({ m_data.constData(), 0 },
-        tarnis::wholeSamples(view.first, view.last, m_data.size()), columns, rows, tarnis::mergingOn(painter)));
+    tarnis::paintLines(painter,
+        tarnis::joinSamples({ m_data.constData(), 0 }, tarnis::wholeSamples(view.first, view.last, m_data.size()),
+            columns, rows, tarnis::mergingOn(painter)));
 
     if (!m_peaks.isEmpty()) {
         painter.setPen(Qt::red);
