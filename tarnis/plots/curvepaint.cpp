@@ -18,21 +18,6 @@ namespace {
 /// In units of the painter; more than the half width of a line that is one unit wide.
 constexpr int awayFromEdge = 3;
 
-template <typename Scale>
-void paintOn(
-    QPainter& painter, const SampleRun& samples, SampleRange range, const Scale& x, const CurveDrawing& drawing)
-{
-    const Merging merging = mergingOn(painter);
-    if (drawing.columnChart) {
-        painter.setBrush(QBrush(painter.pen().color()));
-        painter.drawRects(columnsOfSamples(samples, range, x, drawing.y, drawing.shape, merging));
-    } else if (drawing.joined) {
-        paintLines(painter, joinSamples(samples, range, x, drawing.y, merging));
-    } else {
-        paintLines(painter, crossesOfSamples(samples, range, x, drawing.y, merging));
-    }
-}
-
 bool isQuarterTurn(const QTransform& transform)
 {
     return transform.isAffine() && transform.m11() == 0.0 && transform.m22() == 0.0 && std::abs(transform.m12()) == 1.0
@@ -60,6 +45,30 @@ QRect deviceRect(const QPaintEngine& engine)
     const QRect whole(0, 0, engine.paintDevice()->width(), engine.paintDevice()->height());
     const QRegion systemClip = engine.systemClip();
     return systemClip.isEmpty() ? whole : whole.intersected(systemClip.boundingRect());
+}
+
+QRectF deviceInPaintersUnits(const QPainter& painter)
+{
+    return painter.deviceTransform().inverted().mapRect(QRectF(deviceRect(*painter.paintEngine())));
+}
+
+template <typename Scale>
+void paintOn(
+    QPainter& painter, const SampleRun& samples, SampleRange range, const Scale& x, const CurveDrawing& drawing)
+{
+    Merging merging = mergingOn(painter);
+    if (drawing.columnChart) {
+        // A rectangle that begins left of the device lacks its last corner. On a turned picture that side is the top of
+        // a column: one that reaches beyond does not hide those that stay inside.
+        if (merging.columns && isQuarterTurn(painter.deviceTransform()))
+            merging.area &= deviceInPaintersUnits(painter).toAlignedRect();
+        painter.setBrush(QBrush(painter.pen().color()));
+        painter.drawRects(columnsOfSamples(samples, range, x, drawing.y, drawing.shape, merging));
+    } else if (drawing.joined) {
+        paintLines(painter, joinSamples(samples, range, x, drawing.y, merging));
+    } else {
+        paintLines(painter, crossesOfSamples(samples, range, x, drawing.y, merging));
+    }
 }
 
 /// The pixels that a painter draws on, where lines may be written to them past the engine.
@@ -147,8 +156,8 @@ Merging mergingOn(const QPainter& painter)
         return {};
     // Lines are as wide as the scale here: their ends stick out of the columns, and those that the edge of the device
     // cuts end on either side of a half pixel.
-    const QRectF device = transform.inverted().mapRect(QRectF(deviceRect(*painter.paintEngine())));
-    return { true, false, device.toAlignedRect().adjusted(awayFromEdge, awayFromEdge, -awayFromEdge, -awayFromEdge) };
+    const QRect device = deviceInPaintersUnits(painter).toAlignedRect();
+    return { true, false, device.adjusted(awayFromEdge, awayFromEdge, -awayFromEdge, -awayFromEdge) };
 }
 
 SampleRange CurveDrawing::visited(qsizetype count) const

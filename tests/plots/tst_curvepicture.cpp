@@ -362,6 +362,8 @@ private Q_SLOTS:
     void isTheSameAtAnyPixelRatio_data();
     void isTheSameAtAnyPixelRatio();
     void isTheSameAntialiased();
+    void columnsThatLeaveATurnedPicture_data();
+    void columnsThatLeaveATurnedPicture();
     void returnsTheSumOfTheJoinedSamples();
     void differsWhenAnythingDiffers();
 };
@@ -452,6 +454,47 @@ void TestCurvePicture::isTheSameAntialiased()
         const QImage picture =
             curveImage(graph, 1.0, QPainter::Antialiasing, [&](QPainter& painter) { plot.onPaint(painter, graph); });
         if (picture != expected)
+            QFAIL(qPrintable(describe(plot, number)));
+    }
+}
+
+void TestCurvePicture::columnsThatLeaveATurnedPicture_data()
+{
+    QTest::addColumn<double>("rotation");
+    QTest::newRow("to the right") << 90.0;
+    QTest::newRow("to the left") << -90.0;
+}
+
+// The engine cuts a corner off a rectangle that begins beyond the left edge of the device.
+void TestCurvePicture::columnsThatLeaveATurnedPicture()
+{
+    QFETCH(double, rotation);
+    auto random = tarnis::testing::seededGenerator(3505);
+    MultiProbe plot;
+    plot.m_doubleBuffered = true;
+    plot.m_rotation = rotation;
+    plot.m_columnChart = true;
+    plot.m_funcX2Plot = sine; // wide columns, several at a place
+    plot.m_funcPlot2X = minusSeven;
+    for (int number = 0; number < 200; ++number) {
+        plot.resize(integer(random, 100, 400), integer(random, 100, 400));
+        plot.clearData();
+        QList<double> values(integer(random, 20, 60));
+        for (double& value : values)
+            value = chance(random, 0.05) ? std::pow(10.0, real(random, 2.0, 18.0)) : real(random, 0.0, 100.0);
+        plot.setData(0, values, 100.0);
+        plot.initManualX(-1000.0, 1000.0);
+        plot.initMode(false, false);
+        plot.setMinMaxY(0.0, 100.0);
+        plot.m_refreshRequired = true;
+        MultiState curves = plot.curveState();
+        FrameState frame = plot.frameState();
+        const QPixmap expected = tarnis::testing::framePicture(frame, plot, [&](QPainter& painter, const QRect& graph) {
+            curves.graphRect = graph;
+            tarnis::testing::paintMulti(curves, painter, graph);
+        });
+        plot.refreshPixmapIfRequired();
+        if (plot.m_pixmap.toImage() != expected.toImage())
             QFAIL(qPrintable(describe(plot, number)));
     }
 }
