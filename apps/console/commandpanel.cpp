@@ -81,6 +81,15 @@ void CommandPanel::note(const QString& text)
     ui->transcript->addNote(text);
 }
 
+void CommandPanel::insertPath(const QString& path)
+{
+    const int cursor =
+        ui->commandEdit->selectionStart() >= 0 ? ui->commandEdit->selectionStart() : ui->commandEdit->cursorPosition();
+    const bool stands = cursor > 0 && !ui->commandEdit->text().at(cursor - 1).isSpace();
+    ui->commandEdit->insert((stands ? QStringLiteral(" ") : QString()) + quotedPath(path));
+    ui->commandEdit->setFocus(Qt::OtherFocusReason);
+}
+
 void CommandPanel::clearRecord()
 {
     ui->transcript->clear();

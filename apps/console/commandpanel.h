@@ -38,6 +38,8 @@ public:
     /// The panel's session, for dialogs that read host, port and prompt from it.
     SessionLink& link() { return *m_link; }
     void note(const QString& text);
+    /// Puts a path of the server into the command line at the cursor, between quotation marks as the server reads it.
+    void insertPath(const QString& path);
 
 public Q_SLOTS:
     /// Sends what stands in the command line.

@@ -103,12 +103,12 @@ void MainWindow::addWindowActions()
 
 QWidget* MainWindow::openWindow(const WindowEntry& entry)
 {
-    if (m_controller->state() != ServerState::Up)
+    if (m_controller->state() != ServerState::Up || (entry.refusal && !entry.refusal(*m_controller).isEmpty()))
         return nullptr;
     void* key = const_cast<WindowEntry*>(&entry);
     QWidget* window = m_windows.map.value(key);
     if (!window) {
-        window = entry.open({ *m_controller, m_commandPanel->link(), this });
+        window = entry.open({ *m_controller, m_commandPanel->link(), this, *m_commandPanel });
         m_windows.map.insert(key, window);
         connect(window, &QObject::destroyed, &m_windows, &ModelessWidgetManager::onDestroyed);
         window->setAttribute(Qt::WA_DeleteOnClose);
@@ -168,8 +168,11 @@ void MainWindow::updateControls()
         setAvailable(action, m_settingsPanel->canDownload(), tr("Send all settings to the server"),
             isUp ? tr("Wait until the lines on their way are answered") : needsServer);
     }
-    for (qsizetype i = 0; i < m_windowActions.size(); ++i)
-        setAvailable(m_windowActions.at(i), isUp, m_entries.at(i).help, needsServer);
+    for (qsizetype i = 0; i < m_windowActions.size(); ++i) {
+        const WindowEntry& entry = m_entries.at(i);
+        const QString refusal = entry.refusal ? entry.refusal(*m_controller) : QString();
+        setAvailable(m_windowActions.at(i), isUp && refusal.isEmpty(), entry.help, isUp ? refusal : needsServer);
+    }
     showStatus();
 
     if (m_isClosing && state == ServerState::Off)

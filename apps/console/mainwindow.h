@@ -40,7 +40,7 @@ public:
     CommandPanel& commandPanel() { return *m_commandPanel; }
     SettingsPanel& settingsPanel() { return *m_settingsPanel; }
 
-    /// Opens the window of the entry, or brings it forward if it is open. Null while there is no server.
+    /// Opens the window of the entry, or brings it forward if it is open. Null while it cannot be opened.
     QWidget* openWindow(const WindowEntry& entry);
     const QList<WindowEntry>& entries() const { return m_entries; }
 

@@ -144,6 +144,13 @@ QString commandProblem(const QString& command)
     return {};
 }
 
+QString quotedPath(const QString& path)
+{
+    QString escaped = path;
+    escaped.replace(u'"', QLatin1String("\\\""));
+    return u'"' + escaped + u'"';
+}
+
 QString counted(qint64 count, const QString& one, const QString& many)
 {
     return QStringLiteral("%1 %2").arg(grouped(count), count == 1 ? one : many);

@@ -41,6 +41,9 @@ QString binaryText(const BinarySummary& summary);
 /// one line feed at the end dropped. Beyond `limit` bytes the middle is left out and a line says how much.
 QString visibleText(const QByteArray& reply, qsizetype limit = 65536);
 
+/// A path of the server as a command takes it: between quotation marks, a backslash before each one inside.
+QString quotedPath(const QString& path);
+
 /// Why `command` cannot go on the wire as one line, in words; empty if it can.
 QString commandProblem(const QString& command);
 

@@ -90,6 +90,20 @@ bool ServerController::hasProcess() const
     return m_process && m_process->state() != QProcess::NotRunning;
 }
 
+QString ServerController::basePathRefusal() const
+{
+    switch (m_status) {
+    case Tarnis::IDLE: // kept for the next server
+    case Tarnis::SERVER_CONNECTED:
+    case Tarnis::READOUT_CONNECTED:
+    case Tarnis::READOUT_ERROR:
+        return {};
+    default:
+        return tr("The base path cannot be changed in the status %1")
+            .arg(QLatin1String(Tarnis::GetStatusName(m_status)));
+    }
+}
+
 void ServerController::start(const ServerChoice& choice, const QByteArray& prompt)
 {
     m_next = choice;

@@ -49,6 +49,8 @@ public:
     QString serverName() const;
     /// True while a server process that this console started is running.
     bool hasProcess() const;
+    /// Why the base path cannot be set now, in words; empty if it can.
+    QString basePathRefusal() const;
     /// A remote server is only disconnected from.
     bool isLocal() const { return m_choice.kind == ServerChoice::Kind::Local; }
 
@@ -62,6 +64,9 @@ public:
     void endByForce();
     /// A connection of the host's own to the server broke: looks whether the server is still there, and if not, fails.
     void checkServer();
+
+    /// Shows a notice of a part that has no place of its own for it.
+    void tell(const Notice& text) { Q_EMIT notice(text); }
 
     /// Sets the manager's status by what an accepted command or the reply to "stat" tells: a run goes on, or has ended.
     void readReply(const QString& command, const QByteArray& reply);

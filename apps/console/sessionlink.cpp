@@ -9,6 +9,14 @@
 
 namespace console {
 
+void endInBackground(TarnisSession* session)
+{
+    if (!session)
+        return;
+    session->disconnect();
+    QThreadPool::globalInstance()->start([session] { delete session; });
+}
+
 SessionLink::SessionLink(Tarnis& server, const QString& name, QObject* parent)
     : QObject(parent)
     , m_server(server)
@@ -57,11 +65,7 @@ void SessionLink::send(TarnisCmd* command)
 QList<Request> SessionLink::drop()
 {
     ++m_generation;
-    if (TarnisSession* ended = std::exchange(m_session, nullptr)) {
-        ended->disconnect(this);
-        // The destructor waits for the worker, up to a read's wait or a connection attempt: not here.
-        QThreadPool::globalInstance()->start([ended] { delete ended; });
-    }
+    endInBackground(std::exchange(m_session, nullptr));
     return takeAll();
 }
 

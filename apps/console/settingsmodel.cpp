@@ -153,14 +153,47 @@ bool SettingsModel::store(const QString& name, const QString& value)
 
 void SettingsModel::setServerValues(const QMap<QString, QString>& values)
 {
-    const QStringList edited = changedNames();
+    for (const QString& name : std::exchange(m_sending, {}))
+        m_sent.insert(name, localValue(name));
+    m_sent.removeIf([&values](const auto& sent) { return values.value(sent.key()) != sent.value(); });
+    follow(values, changedNames());
+}
+
+int SettingsModel::setFreshServerValues(const QMap<QString, QString>& values)
+{
+    m_sending.clear();
+    QStringList kept = changedNames();
+    const qsizetype edited = kept.size();
+    for (auto sent = m_sent.cbegin(); sent != m_sent.cend(); ++sent) {
+        const bool isGone = values.value(sent.key()) != sent.value();
+        if (isGone && localValue(sent.key()) == sent.value() && !kept.contains(sent.key()))
+            kept.append(sent.key());
+    }
+    follow(values, kept);
+    return int(kept.size() - edited);
+}
+
+void SettingsModel::noteSending(const QStringList& names)
+{
+    m_sending += names;
+}
+
+void SettingsModel::forgetSent()
+{
+    m_sending.clear();
+    m_sent.clear();
+}
+
+/// Takes the values for all rows but the kept ones.
+void SettingsModel::follow(const QMap<QString, QString>& values, const QStringList& kept)
+{
     for (const QString& name : std::as_const(m_names)) {
-        if (!values.contains(name) && !edited.contains(name))
+        if (!values.contains(name) && !kept.contains(name))
             m_server.GetSettings().remove(name);
     }
     m_onServer = values;
     for (auto value = values.cbegin(); value != values.cend(); ++value) {
-        if (!edited.contains(value.key()))
+        if (!kept.contains(value.key()))
             m_server.SetSettingValue(value.key(), value.value());
     }
     reload();

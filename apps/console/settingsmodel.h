@@ -34,6 +34,13 @@ public:
 
     /// Takes what the server has now. Rows that were not edited follow; edited ones keep their value.
     void setServerValues(const QMap<QString, QString>& values);
+    /// The same for a server that began anew: what was sent to the one before and is gone keeps its value too. Returns
+    /// how many settings that are.
+    int setFreshServerValues(const QMap<QString, QString>& values);
+    /// These go to the server now; if the next setServerValues() brings them back they count as sent.
+    void noteSending(const QStringList& names);
+    /// Another server is in use: nothing was sent to it.
+    void forgetSent();
     /// Stores a new or existing setting as setData() does.
     bool add(const QString& name, const QString& value);
     /// Forgets the setting here; the server keeps it.
@@ -55,10 +62,13 @@ protected:
     QString localValue(const QString& name) const;
     bool isChanged(const QString& name) const;
     bool store(const QString& name, const QString& value);
+    void follow(const QMap<QString, QString>& values, const QStringList& kept);
 
     Tarnis& m_server;
     QStringList m_names; ///< ascending, the rows
     QMap<QString, QString> m_onServer;
+    QStringList m_sending; ///< on their way to the server
+    QMap<QString, QString> m_sent; ///< what a person sent and the server still had when it was last asked
 };
 
 } // namespace console

@@ -20,6 +20,7 @@ namespace {
 
 constexpr QLatin1String session("control");
 constexpr QLatin1String readName("settingCmd");
+constexpr QLatin1String readFirstName("settingBeforeDownloadCmd");
 constexpr QLatin1String basePathName("settingBasePathCmd"); // given by the manager, as the two below
 constexpr QLatin1String saveName("savesettingCmd");
 constexpr QLatin1String lineName("updateSettingCmd");
@@ -83,7 +84,7 @@ void SettingsPanel::focusTable()
 
 bool SettingsPanel::canDownload() const
 {
-    return m_controller.state() == ServerState::Up && m_linesPending == 0;
+    return m_controller.state() == ServerState::Up && m_linesPending == 0 && !m_downloadAsked;
 }
 
 void SettingsPanel::read()
@@ -100,6 +101,16 @@ void SettingsPanel::download(bool save)
     if (!canDownload())
         return;
     m_refusals.clear();
+    m_downloadAsked = save;
+    say(tr("Reading what the server has..."));
+    updateControls();
+    m_controller.tarnis().SendCmd(session, readFirstName, QStringLiteral("setting"), false);
+}
+
+void SettingsPanel::sendAll()
+{
+    const bool save = *std::exchange(m_downloadAsked, std::nullopt);
+    m_model->noteSending(m_model->changedNames());
     m_linesSent = m_controller.tarnis().DownloadSettings(session, save) + (save ? 1 : 0);
     m_linesPending = m_linesSent;
     say(tr("Sending %1...").arg(lines(m_linesSent)));
@@ -111,12 +122,17 @@ void SettingsPanel::onCmdReply(const QString& name, const QString& command, cons
     const QString reply = QString::fromUtf8(result);
     if (name == readName)
         onSettingReply(reply);
-    else if (name == saveName || name.startsWith(lineName))
+    else if (name == readFirstName && m_downloadAsked) {
+        takeValues(reply); // a server that does not tell its values takes some all the same
+        sendAll();
+    } else if (name == saveName || name.startsWith(lineName))
         onDownloadReply(command, reply);
     else if (name == basePathName && replyKind(reply) == ReplyKind::Refused)
         say(tr("The base path is refused: %1").arg(reply.trimmed()));
-    else if (name == basePathName)
+    else if (name == basePathName) {
+        m_model->noteSending({ QStringLiteral("basepath") });
         read();
+    }
 }
 
 void SettingsPanel::onSettingReply(const QString& reply)
@@ -125,13 +141,26 @@ void SettingsPanel::onSettingReply(const QString& reply)
         say(reply.trimmed());
         return;
     }
+    takeValues(reply);
+    // Behind the values, whose arrival says how many are changed.
+    if (const QStringList refusals = std::exchange(m_refusals, {}); !refusals.isEmpty())
+        say(tr("The server refused %1 of %2: %3").arg(refusals.size()).arg(m_linesSent).arg(refusals.first()));
+}
+
+void SettingsPanel::takeValues(const QString& reply)
+{
+    if (replyKind(reply) == ReplyKind::Refused)
+        return;
     QMap<QString, QString> values;
     TarnisCmd::makeNameValueMap(reply.split(u'\n'), values);
     values.remove(QStringLiteral("OK"));
-    m_model->setServerValues(values);
-    if (const QStringList refusals = std::exchange(m_refusals, {}); !refusals.isEmpty())
-        say(tr("The server refused %1 of %2: %3").arg(refusals.size()).arg(m_linesSent).arg(refusals.first()));
-    sayRefusals();
+    if (!std::exchange(m_isFresh, false)) {
+        m_model->setServerValues(values);
+        return;
+    }
+    if (const int kept = m_model->setFreshServerValues(values); kept > 0)
+        say(tr("The server began anew. Of what was sent before, %1 not on it: download to send again.")
+                .arg(counted(kept, tr("setting is"), tr("settings are"))));
 }
 
 void SettingsPanel::onDownloadReply(const QString& command, const QString& reply)
@@ -147,20 +176,20 @@ void SettingsPanel::onDownloadReply(const QString& command, const QString& reply
     m_controller.tarnis().SendCmd(session, readName, QStringLiteral("setting"), false);
 }
 
-void SettingsPanel::sayRefusals()
-{
-    // They stay on show while the values that the server has instead are read.
-    if (!m_refusals.isEmpty())
-        say(tr("The server refused %1 of %2: %3").arg(m_refusals.size()).arg(m_linesSent).arg(m_refusals.first()));
-}
-
 void SettingsPanel::onServerState()
 {
     const bool isUp = m_controller.state() == ServerState::Up;
-    if (!isUp)
+    if (!isUp) {
         m_linesPending = 0;
-    if (isUp && !m_wasUp)
+        m_downloadAsked.reset();
+    }
+    if (isUp && !m_wasUp) {
+        m_isFresh = m_controller.isLocal();
+        if (m_choice != m_controller.choice())
+            m_model->forgetSent();
+        m_choice = m_controller.choice();
         read();
+    }
     m_wasUp = isUp;
     updateControls();
 }
@@ -168,7 +197,7 @@ void SettingsPanel::onServerState()
 void SettingsPanel::onEdited()
 {
     const qsizetype changed = m_model->changedNames().size();
-    if (m_linesPending == 0) {
+    if (m_linesPending == 0 && !m_downloadAsked) {
         say(changed == 0 ? tr("As on the server.") : tr("%1 changed here, not on the server yet.").arg(changed));
     }
     showReadoutAddress();
@@ -256,15 +285,14 @@ void SettingsPanel::updateControls()
 
     const QString pathProblem = settingProblem(QStringLiteral("basepath"), ui->pathEdit->text().trimmed());
     const Tarnis::SERVER_STATUS status = m_controller.status();
-    const bool takesPath = status == Tarnis::IDLE || status == Tarnis::SERVER_CONNECTED
-        || status == Tarnis::READOUT_CONNECTED || status == Tarnis::READOUT_ERROR;
+    const QString refusal = m_controller.basePathRefusal();
     const bool hasPath = !ui->pathEdit->text().trimmed().isEmpty() && pathProblem.isEmpty();
     const QString pathHelp = status == Tarnis::IDLE ? tr("Keep the base path for the next download")
                                                     : tr("Send the base path to the server");
     QString pathReason = pathProblem.isEmpty() ? tr("Type a path first") : pathProblem;
-    if (!takesPath)
-        pathReason = tr("Not while the server is in the status %1").arg(QLatin1String(Tarnis::GetStatusName(status)));
-    setAvailable(ui->pathButton, takesPath && hasPath, pathHelp, pathReason);
+    if (!refusal.isEmpty())
+        pathReason = refusal;
+    setAvailable(ui->pathButton, refusal.isEmpty() && hasPath, pathHelp, pathReason);
 
     const QString ip = ui->ipEdit->text().trimmed();
     const bool isAddress = isIPv4(ip);

@@ -1,10 +1,13 @@
 // The settings half of the main window: the table with download and save, the base path and the readout addresses.
 #pragma once
 
+#include "commandline.h"
+
 #include <QStringList>
 #include <QWidget>
 
 #include <memory>
+#include <optional>
 
 namespace Ui {
 class SettingsPanel;
@@ -31,7 +34,8 @@ public:
 public Q_SLOTS:
     /// Asks the server for its settings.
     void read();
-    /// Sends all settings; with `save` the server is told to store them too.
+    /// Sends all settings, after a look at what the server has now: what was not edited here goes back as it is there.
+    /// With `save` the server is told to store them too.
     void download(bool save);
 
 Q_SIGNALS:
@@ -41,8 +45,9 @@ protected:
     void onCmdReply(const QString& name, const QString& command, const QByteArray& result);
     void onSettingReply(const QString& reply);
     void onDownloadReply(const QString& command, const QString& reply);
-    void sayRefusals();
     void onServerState();
+    void takeValues(const QString& reply);
+    void sendAll();
     void onEdited();
     void addSetting();
     void removeSetting();
@@ -59,6 +64,9 @@ protected:
     int m_linesSent = 0;
     QStringList m_refusals; ///< of the download under way
     bool m_wasUp = false;
+    std::optional<bool> m_downloadAsked; ///< waits for the server's values; true: to be saved too
+    bool m_isFresh = false; ///< the local server has begun anew and was not read yet
+    ServerChoice m_choice; ///< the server that the settings were sent to
     QString m_shownPath; ///< what the fields were last filled with
     QString m_shownAddress;
 };

@@ -10,6 +10,7 @@
 #include "settingsmodel.h"
 #include "settingspanel.h"
 
+#include "apps/desk.h"
 #include "apps/localprogram.h"
 #include "support/scriptedserver.h"
 
@@ -42,76 +43,6 @@ using namespace console;
 using namespace tarnis::testing;
 
 namespace {
-
-constexpr int patienceMs = 20000;
-
-/// A main window with a memory of its own.
-class Desk {
-public:
-    Desk()
-        : memory(m_directory.filePath(QStringLiteral("console.ini")), QSettings::IniFormat)
-        , window(std::make_unique<MainWindow>(memory))
-    {
-        window->controller().m_endTimeoutMs = 50;
-        window->show();
-    }
-
-    // What the person does.
-    void use(const ScriptedServer& server)
-    {
-        start({ ServerChoice::Kind::Remote, {}, ScriptedServer::host(), server.port() });
-    }
-    void use(const LocalProgram& program) { start({ ServerChoice::Kind::Local, program.path(), {}, 0 }); }
-    void start(const ServerChoice& choice)
-    {
-        Options options;
-        options.server = choice;
-        options.prompt = "> ";
-        window->startServer(options);
-    }
-    void type(const QString& text) { QTest::keyClicks(&edit(), text); }
-    void enter() { QTest::keyClick(&edit(), Qt::Key_Return); }
-    void send(const QString& command)
-    {
-        edit().clear();
-        type(command);
-        enter();
-    }
-    void press(const char* button) { QTest::mouseClick(&widget<QAbstractButton>(button), Qt::LeftButton); }
-    void choose(const char* action) { widget<QAction>(action).trigger(); }
-
-    // What the person sees.
-    template <typename Object> Object& widget(const char* name)
-    {
-        auto* object = window->findChild<Object*>(QString::fromLatin1(name));
-        if (!object)
-            qFatal("no %s", name);
-        return *object;
-    }
-    QLineEdit& edit() { return widget<QLineEdit>("commandEdit"); }
-    QString record() { return window->commandPanel().recordText(); }
-    const Notice& notice() { return widget<NoticeBar>("noticeBar").notice(); }
-    QString settingsState() { return widget<QLabel>("stateLabel").text(); }
-    bool reaches(ServerState state)
-    {
-        return QTest::qWaitFor([&] { return window->controller().state() == state; }, patienceMs);
-    }
-    bool shows(const QString& text)
-    {
-        return QTest::qWaitFor([&] { return record().contains(text); }, patienceMs);
-    }
-    bool isFree()
-    {
-        return QTest::qWaitFor([&] { return !window->commandPanel().isBusy(); }, patienceMs);
-    }
-
-private:
-    QTemporaryDir m_directory;
-
-public:
-    QSettings memory;
-    std::unique_ptr<MainWindow> window;
-};
 
 QByteArray bytesOf(const QList<double>& values)
 {
@@ -516,7 +447,9 @@ private Q_SLOTS:
     void settingsAreReadAndSentAndChecked()
     {
         ScriptedServer server;
-        server.answerInTurn("setting", { { Step::text("OK:\nrate: 10\n") }, { Step::text("OK:\nrate: 20\n") } });
+        server.answerInTurn("setting",
+            { { Step::text("OK:\nrate: 10\n") }, { Step::text("OK:\nrate: 10\n") },
+                { Step::text("OK:\nrate: 20\n") } });
         Desk desk;
         SettingsModel& model = desk.window->settingsPanel().model();
         QVERIFY(!desk.widget<QPushButton>("readButton").isEnabled());

@@ -1,11 +1,9 @@
 // The live 1D windows: rows of all modules, the sum in the pair format, a single row.
-#include "servercontroller.h"
-#include "sessionlink.h"
 #include "tour/person.h"
 #include "windows/histogramwindows.h"
+#include "windows/livewindows.h"
 #include "windows/window.h"
 
-#include <tarnis/dialogs/graph1ddialog.h>
 #include <tarnis/peak/peaksearchdialog.h>
 #include <tarnis/plots/multivectorgraphwidget.h>
 
@@ -28,29 +26,45 @@ QString translated(const char* text)
     return QCoreApplication::translate("Windows", text);
 }
 
-constexpr int channels = 16384;
+constexpr double period = 40000.0; // of the simulated source, in us
+constexpr double detectorSize = 1000.0; // in mm
 constexpr int binsShown = 1024;
 constexpr int modules = 8;
 
 QWidget* openRows(const WindowContext& context)
 {
-    return new Graph1DDialog(context.link.session(), translated("Arrival Times"), translated("Channel"), 0.0, channels,
-        channels / binsShown, 0, translated("Module"), {}, QStringLiteral("hist1d time bins:%1").arg(binsShown), 0,
-        modules - 1, context.parent);
+    CurvesRequest request;
+    request.title = translated("Arrival Times");
+    request.xLabel = translated("Time [us]");
+    request.xMax = period;
+    request.description = translated("Module");
+    request.command = QStringLiteral("hist1d time 0 %1 bins:%2").arg(modules - 1).arg(binsShown);
+    request.last = modules - 1;
+    auto* const window = new LiveCurves(context, request);
+    window->getGraphWidget()->SetEnableSelectXRangeFeature(true, translated("Time"));
+    return window;
 }
 
 QWidget* openPairs(const WindowContext& context)
 {
-    // Both ends 0: each reply brings its own axis.
-    return new Graph1DDialog(context.link.session(), translated("Arrival Times, All Modules"), translated("Time [us]"),
-        0.0, 0.0, 1, 0, translated("Sum"), {}, QStringLiteral("hist1d total pairs bins:%1").arg(binsShown), 0, 0,
-        context.parent);
+    CurvesRequest request; // both ends 0: each reply brings its own axis
+    request.title = translated("Arrival Times, All Modules");
+    request.xLabel = translated("Time [us]");
+    request.description = translated("Sum");
+    request.command = QStringLiteral("hist1d total pairs bins:%1").arg(binsShown);
+    auto* const window = new LiveCurves(context, request);
+    window->getGraphWidget()->SetEnableSelectXRangeFeature(true, translated("Time"));
+    return window;
 }
 
 QWidget* openSingleRow(const WindowContext& context)
 {
-    return new Graph1DDialog(context.link.session(), translated("Position, Module 0"), translated("Position [mm]"), 0.0,
-        1024.0, 1, 0, QString(), {}, QStringLiteral("hist1d position 0"), 0, 0, context.parent);
+    CurvesRequest request;
+    request.title = translated("Position, Module 0");
+    request.xLabel = translated("Position [mm]");
+    request.xMax = detectorSize;
+    request.command = QStringLiteral("hist1d position 0");
+    return new LiveCurves(context, request);
 }
 
 MultiVectorGraphWidget& plotOf(QWidget& window)
@@ -164,7 +178,6 @@ void drivePairs(Person& person, QWidget& window)
 {
     waitForCurves(person, window);
     MultiVectorGraphWidget& plot = plotOf(window);
-    plot.SetEnableSelectXRangeFeature(true, QStringLiteral("Time"));
     plotAction(plot, QStringLiteral("Select Time Range")).trigger();
     person.drag(plot, placeIn(plot, 0.3, 0.5), placeIn(plot, 0.5, 0.6));
     double min = 0.0;

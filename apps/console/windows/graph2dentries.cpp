@@ -1,11 +1,9 @@
 // The live 2D window on the detector's image.
-#include "servercontroller.h"
-#include "sessionlink.h"
 #include "tour/person.h"
 #include "windows/histogramwindows.h"
+#include "windows/livewindows.h"
 #include "windows/window.h"
 
-#include <tarnis/dialogs/graph2ddialog.h>
 #include <tarnis/plots/xy2dgraphwidget.h>
 
 #include <QAction>
@@ -27,9 +25,15 @@ constexpr int binsShown = 256;
 
 QWidget* openMap(const WindowContext& context)
 {
-    return new Graph2DDialog(context.link.session(), translated("Image"), translated("X"), binsShown, 0.0, binsShown, 1,
-        0, translated("Y"), binsShown, 0.0, binsShown, 1, 0, {}, QStringLiteral("hist2d image bins:%1").arg(binsShown),
-        context.parent);
+    MapRequest request;
+    request.title = translated("Image");
+    request.xLabel = translated("X");
+    request.yLabel = translated("Y");
+    request.bins = binsShown;
+    request.command = QStringLiteral("hist2d image bins:%1").arg(binsShown);
+    auto* const window = new LiveMap(context, request);
+    window->getGraphWidget()->enalbeRoiSelect(QRect(0, 0, binsShown, binsShown));
+    return window;
 }
 
 XY2DGraphWidget& plotOf(QWidget& window)
@@ -59,7 +63,6 @@ void cut(Person& person, QWidget& window)
 void regions(Person& person, QWidget& window)
 {
     XY2DGraphWidget& plot = plotOf(window);
-    plot.enalbeRoiSelect(QRect(0, 0, binsShown, binsShown));
     plot.SetRoiEnabled(true);
     person.drag(plot, placeIn(plot, 0.3, 0.3), placeIn(plot, 0.5, 0.5));
     person.picture(window, QStringLiteral("region"));

@@ -1,16 +1,14 @@
 // The server's statistics as they change, and its folders.
+#include "commandpanel.h"
 #include "servercontroller.h"
-#include "sessionlink.h"
+#include "settingsmodel.h"
 #include "tour/person.h"
+#include "windows/livewindows.h"
+#include "windows/pathwindows.h"
 #include "windows/window.h"
-
-#include <tarnis/dialogs/selectdirectorydialog.h>
-#include <tarnis/dialogs/selectpathdialog.h>
-#include <tarnis/dialogs/statdialog.h>
 
 #include <QComboBox>
 #include <QCoreApplication>
-#include <QHeaderView>
 #include <QListWidget>
 #include <QPushButton>
 #include <QTableWidget>
@@ -26,12 +24,7 @@ QString translated(const char* text)
 
 QWidget* openStatistics(const WindowContext& context)
 {
-    // This window takes the session over and shows itself.
-    auto* const window = new StatDialog(
-        context.controller.tarnis().NewTarnisSession(nullptr), translated("Statistics"), QString(), context.parent);
-    // The columns fill the table without the row numbers.
-    window->table()->verticalHeader()->hide();
-    return window;
+    return new LiveStatistics(context, translated("Statistics"));
 }
 
 void driveStatistics(Person& person, QWidget& window)
@@ -41,21 +34,33 @@ void driveStatistics(Person& person, QWidget& window)
     person.picture(window, QStringLiteral("table"));
 }
 
+void setBasePath(ServerController& controller, const QString& path)
+{
+    QString problem = controller.basePathRefusal(); // a run may have begun while the folder was being chosen
+    if (problem.isEmpty())
+        problem = settingProblem(QStringLiteral("basepath"), path);
+    if (problem.isEmpty())
+        controller.tarnis().SetBasePath(path, false);
+    else
+        controller.tell({ Notice::Severity::Warning, translated("%1 is not the base path now: %2").arg(path, problem),
+            Remedy::None });
+}
+
 /// The folder that is chosen becomes the base path.
 QWidget* openBasePath(const WindowContext& context)
 {
-    auto* const dialog = new SelectPathDialog(QString(), context.link.session(), context.parent);
-    dialog->setWindowTitle(translated("Base Path"));
+    auto* const dialog = new FolderChooser(context, translated("Base Path"));
     QObject::connect(dialog, qOverload<const QString&>(&SelectPathDialog::accepted), &context.controller,
-        [&controller = context.controller](const QString& path) { controller.tarnis().SetBasePath(path, false); });
+        [&controller = context.controller](const QString& path) { setBasePath(controller, path); });
     return dialog;
 }
 
 QWidget* openServerFile(const WindowContext& context)
 {
-    auto* const dialog = new SelectDirectoryDialog(QString(), context.link.session(), context.parent);
+    auto* const dialog = new FileChooser(context, translated("Files of the Server"));
     dialog->setExt({ QStringLiteral("*") }, false, QString());
-    dialog->setWindowTitle(translated("Files of the Server"));
+    QObject::connect(dialog, qOverload<const QString&>(&SelectDirectoryDialog::accepted), &context.commandPanel,
+        &CommandPanel::insertPath);
     return dialog;
 }
 
@@ -78,13 +83,14 @@ WindowEntry statisticsEntry()
 WindowEntry basePathEntry()
 {
     return { QStringLiteral("base-path"), translated("&Base Path..."),
-        translated("Choose the folder of the data on the server"), openBasePath, driveFolders };
+        translated("Choose the folder of the data on the server"), openBasePath, driveFolders,
+        [](const ServerController& controller) { return controller.basePathRefusal(); } };
 }
 
 WindowEntry serverFilesEntry()
 {
     return { QStringLiteral("server-files"), translated("&Files of the Server..."),
-        translated("Look at the files on the server"), openServerFile, driveFolders };
+        translated("Choose a file on the server for the command line"), openServerFile, driveFolders };
 }
 
 } // namespace console

@@ -10,6 +10,7 @@ class QWidget;
 
 namespace console {
 
+class CommandPanel;
 class Person;
 class ServerController;
 class SessionLink;
@@ -19,6 +20,7 @@ struct WindowContext {
     ServerController& controller; ///< the manager and the state of the server
     SessionLink& link; ///< the command line's session, for dialogs that clone one
     QWidget* parent;
+    CommandPanel& commandPanel; ///< takes what a window offers for the command line
 };
 
 struct WindowEntry {
@@ -29,6 +31,8 @@ struct WindowEntry {
     std::function<QWidget*(const WindowContext&)> open;
     /// Drives the open window as a person would; throws TourFailure when it does not behave.
     std::function<void(Person&, QWidget&)> tour;
+    /// Why the window cannot be opened now although the server is connected, in words; empty if it can.
+    std::function<QString(const ServerController&)> refusal = {};
 };
 
 /// In the order of the menu.

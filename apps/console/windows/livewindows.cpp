@@ -1,0 +1,186 @@
+#include "windows/livewindows.h"
+
+#include "availability.h"
+#include "servercontroller.h"
+#include "sessionlink.h"
+#include "windows/window.h"
+
+#include <tarnis/server/tarnissession.h>
+
+#include <QBoxLayout>
+#include <QCheckBox>
+#include <QHeaderView>
+#include <QLabel>
+#include <QPushButton>
+#include <QTableWidget>
+
+namespace console {
+
+namespace {
+
+/// The buttons that need a session tell why they are off.
+void setPolling(QDialog& window, bool isPolling)
+{
+    const QString reason = SessionKeeper::tr("Needs a connected server");
+    const auto set = [&](QWidget* control) {
+        if (control)
+            setAvailable(control, isPolling, QString(), reason);
+    };
+    set(window.findChild<QPushButton*>(QStringLiteral("updatePushButton")));
+    set(window.findChild<QCheckBox*>(QStringLiteral("autoUpdateCheckBox")));
+}
+
+/// The line below a plot holds whole sentences, and must not widen the window.
+void wrapInfo(QDialog& window)
+{
+    if (auto* const label = window.findChild<QLabel*>(QStringLiteral("infoLabel")))
+        label->setWordWrap(true);
+}
+
+bool isRefused(const QStringList& lines)
+{
+    for (const QString& line : lines) {
+        if (line.startsWith(u"NG:"))
+            return true;
+    }
+    return false;
+}
+
+/// Binds a new session to the slots that the library's constructor binds its own to, and starts it.
+template <typename Window> void startSession(TarnisSession& session, Window& window)
+{
+    QObject::connect(&session, &TarnisSession::connected, &window, [&window] {
+        window.setInfoText(QString());
+        window.onTimeout();
+    });
+    QObject::connect(&session, &TarnisSession::result, &window, &Window::result);
+    QObject::connect(&session, &TarnisSession::error, &window, &Window::error);
+    session.start(QThread::InheritPriority);
+}
+
+} // namespace
+
+LiveCurves::LiveCurves(const WindowContext& context, const CurvesRequest& request)
+    : Graph1DDialog(context.link.session(), request.title, request.xLabel, request.xMin, request.xMax,
+        request.resolution, 0, request.description, {}, request.command, request.first, request.last, context.parent)
+    , m_keeper(context.controller, session)
+{
+    wrapInfo(*this);
+    connect(&m_keeper, &SessionKeeper::lost, this, &LiveCurves::onLost);
+    connect(&m_keeper, &SessionKeeper::wanted, this, &LiveCurves::resume);
+}
+
+void LiveCurves::error(int /*code*/, QString const& text)
+{
+    m_keeper.fail(sender(), text);
+}
+
+bool LiveCurves::onResultExInfo(QList<QString> const& lines)
+{
+    return Graph1DDialog::onResultExInfo(lines) && !isRefused(lines);
+}
+
+void LiveCurves::closeEvent(QCloseEvent* event)
+{
+    m_keeper.end();
+    Graph1DDialog::closeEvent(event);
+}
+
+void LiveCurves::onLost(const QString& text)
+{
+    timer->stop();
+    setInfoText(text);
+    setPolling(*this, false);
+}
+
+void LiveCurves::resume()
+{
+    setPolling(*this, true);
+    startSession(*m_keeper.renew(), *this);
+}
+
+LiveMap::LiveMap(const WindowContext& context, const MapRequest& request)
+    : Graph2DDialog(context.link.session(), request.title, request.xLabel, request.bins, 0.0, request.bins, 1, 0,
+        request.yLabel, request.bins, 0.0, request.bins, 1, 0, {}, request.command, context.parent)
+    , m_keeper(context.controller, session)
+{
+    wrapInfo(*this);
+    connect(&m_keeper, &SessionKeeper::lost, this, &LiveMap::onLost);
+    connect(&m_keeper, &SessionKeeper::wanted, this, &LiveMap::resume);
+}
+
+void LiveMap::error(int /*socketError*/, QString message)
+{
+    m_keeper.fail(sender(), message);
+}
+
+bool LiveMap::onResultExInfo(QList<QString> const& lines)
+{
+    return Graph2DDialog::onResultExInfo(lines) && !isRefused(lines);
+}
+
+void LiveMap::closeEvent(QCloseEvent* event)
+{
+    m_keeper.end();
+    Graph2DDialog::closeEvent(event);
+}
+
+void LiveMap::onLost(const QString& text)
+{
+    timer->stop();
+    setInfoText(text);
+    setPolling(*this, false);
+}
+
+void LiveMap::resume()
+{
+    setPolling(*this, true);
+    startSession(*m_keeper.renew(), *this);
+}
+
+LiveStatistics::LiveStatistics(const WindowContext& context, const QString& title)
+    : StatDialog(context.controller.tarnis().NewTarnisSession(nullptr), title, QString(), context.parent)
+    , m_keeper(context.controller, session)
+    , m_infoLabel(new QLabel(this))
+{
+    m_infoLabel->setObjectName(QStringLiteral("infoLabel"));
+    m_infoLabel->setTextFormat(Qt::PlainText);
+    m_infoLabel->setWordWrap(true);
+    m_infoLabel->hide();
+    if (auto* const box = qobject_cast<QBoxLayout*>(layout()))
+        box->insertWidget(box->count() - 1, m_infoLabel); // above the buttons
+    // The columns fill the table without the row numbers.
+    table()->verticalHeader()->hide();
+    connect(&m_keeper, &SessionKeeper::lost, this, &LiveStatistics::onLost);
+    connect(&m_keeper, &SessionKeeper::wanted, this, &LiveStatistics::resume);
+}
+
+void LiveStatistics::result(PTarnisCmd command, QByteArray const& payload)
+{
+    if (!session)
+        return; // still queued when the session ended
+    m_infoLabel->hide();
+    StatDialog::result(command, payload);
+}
+
+void LiveStatistics::error(int /*code*/, QString const& text)
+{
+    m_keeper.fail(sender(), text);
+}
+
+void LiveStatistics::onLost(const QString& text)
+{
+    m_infoLabel->setText(text);
+    m_infoLabel->show();
+}
+
+void LiveStatistics::resume()
+{
+    TarnisSession& fresh = *m_keeper.renew();
+    connect(&fresh, &TarnisSession::result, this, &LiveStatistics::result);
+    connect(&fresh, &TarnisSession::error, this, &LiveStatistics::error);
+    fresh.start(QThread::InheritPriority);
+    sendCommand();
+}
+
+} // namespace console

@@ -1,0 +1,90 @@
+// The library's live windows as the console opens them: a lost server is said in the window itself, and the polling
+// goes on by itself when the server is back.
+#pragma once
+
+#include "windows/sessionkeeper.h"
+
+#include <tarnis/dialogs/graph1ddialog.h>
+#include <tarnis/dialogs/graph2ddialog.h>
+#include <tarnis/dialogs/statdialog.h>
+
+class QLabel;
+
+namespace console {
+
+struct WindowContext;
+
+/// What a 1D window shows.
+struct CurvesRequest {
+    QString title;
+    QString xLabel;
+    double xMin = 0.0; ///< with both ends 0 each reply brings its own axis
+    double xMax = 0.0;
+    int resolution = 1;
+    QString description;
+    QString command;
+    int first = 0; ///< of the rows, as `last`
+    int last = 0;
+};
+
+/// A refusal stands below the plot, and the polling goes on.
+class LiveCurves : public Graph1DDialog {
+    Q_OBJECT
+public:
+    LiveCurves(const WindowContext& context, const CurvesRequest& request);
+
+    void error(int code, QString const& text) override;
+    bool onResultExInfo(QList<QString> const& lines) override;
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+    void onLost(const QString& text);
+    void resume();
+
+    SessionKeeper m_keeper;
+};
+
+/// What a 2D window shows.
+struct MapRequest {
+    QString title;
+    QString xLabel;
+    QString yLabel;
+    int bins = 0; ///< to each side, and the ends of the axes
+    QString command;
+};
+
+/// A refusal stands below the plot, and the polling goes on.
+class LiveMap : public Graph2DDialog {
+    Q_OBJECT
+public:
+    LiveMap(const WindowContext& context, const MapRequest& request);
+
+    void error(int socketError, QString message) override;
+    bool onResultExInfo(QList<QString> const& lines) override;
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+    void onLost(const QString& text);
+    void resume();
+
+    SessionKeeper m_keeper;
+};
+
+/// The values of before stay on show while there is no server.
+class LiveStatistics : public StatDialog {
+    Q_OBJECT
+public:
+    LiveStatistics(const WindowContext& context, const QString& title);
+
+    void result(PTarnisCmd command, QByteArray const& payload) override;
+    void error(int code, QString const& text) override;
+
+protected:
+    void onLost(const QString& text);
+    void resume();
+
+    SessionKeeper m_keeper;
+    QLabel* m_infoLabel; ///< below the table; hidden while all is well
+};
+
+} // namespace console

@@ -1,0 +1,103 @@
+// A console with a person at it: what is typed, pressed and seen.
+#pragma once
+
+#include "apps/localprogram.h"
+#include "commandpanel.h"
+#include "mainwindow.h"
+#include "noticebar.h"
+#include "servercontroller.h"
+#include "support/scriptedserver.h"
+
+#include <QAbstractButton>
+#include <QAction>
+#include <QLabel>
+#include <QLineEdit>
+#include <QSettings>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <memory>
+
+namespace tarnis::testing {
+
+inline constexpr int patienceMs = 20000;
+
+/// A main window with a memory of its own.
+class Desk {
+public:
+    Desk()
+        : memory(m_directory.filePath(QStringLiteral("console.ini")), QSettings::IniFormat)
+        , window(std::make_unique<console::MainWindow>(memory))
+    {
+        window->controller().m_endTimeoutMs = 50;
+        window->show();
+    }
+
+    // What the person does.
+    void use(const ScriptedServer& server)
+    {
+        start({ console::ServerChoice::Kind::Remote, {}, ScriptedServer::host(), server.port() });
+    }
+    void use(const LocalProgram& program) { start({ console::ServerChoice::Kind::Local, program.path(), {}, 0 }); }
+    void start(const console::ServerChoice& choice)
+    {
+        console::Options options;
+        options.server = choice;
+        options.prompt = "> ";
+        window->startServer(options);
+    }
+    void type(const QString& text) { QTest::keyClicks(&edit(), text); }
+    void enter() { QTest::keyClick(&edit(), Qt::Key_Return); }
+    void send(const QString& command)
+    {
+        edit().clear();
+        type(command);
+        enter();
+    }
+    void press(const char* button) { QTest::mouseClick(&widget<QAbstractButton>(button), Qt::LeftButton); }
+    void choose(const char* action) { widget<QAction>(action).trigger(); }
+
+    // What the person sees.
+    template <typename Object> Object& widget(const char* name)
+    {
+        auto* object = window->findChild<Object*>(QString::fromLatin1(name));
+        if (!object)
+            qFatal("no %s", name);
+        return *object;
+    }
+    /// Opens the window of this entry; null if it is none of that class or cannot be opened.
+    template <typename Window> Window* open(const char* id) { return qobject_cast<Window*>(find(id)); }
+    QWidget* find(const char* id)
+    {
+        for (const console::WindowEntry& entry : window->entries()) {
+            if (entry.id == QLatin1String(id))
+                return window->openWindow(entry);
+        }
+        return nullptr;
+    }
+    QLineEdit& edit() { return widget<QLineEdit>("commandEdit"); }
+    QString record() { return window->commandPanel().recordText(); }
+    const console::Notice& notice() { return widget<console::NoticeBar>("noticeBar").notice(); }
+    QString settingsState() { return widget<QLabel>("stateLabel").text(); }
+    bool reaches(console::ServerState state)
+    {
+        return QTest::qWaitFor([&] { return window->controller().state() == state; }, patienceMs);
+    }
+    bool shows(const QString& text)
+    {
+        return QTest::qWaitFor([&] { return record().contains(text); }, patienceMs);
+    }
+    bool isFree()
+    {
+        return QTest::qWaitFor([&] { return !window->commandPanel().isBusy(); }, patienceMs);
+    }
+
+private:
+    QTemporaryDir m_directory;
+
+public:
+    QSettings memory;
+    std::unique_ptr<console::MainWindow> window;
+};
+
+} // namespace tarnis::testing
