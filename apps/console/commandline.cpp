@@ -1,5 +1,7 @@
 #include "commandline.h"
 
+#include "language.h"
+
 #include <QCommandLineParser>
 
 #include <array>
@@ -9,7 +11,8 @@ namespace console {
 namespace {
 
 constexpr char helpText[] =
-    R"(Usage: tarnis-console [--local PROGRAM | --remote HOST:PORT] [--prompt TEXT] [--log FILE] [--tour DIR]
+    R"(Usage: tarnis-console [--local PROGRAM | --remote HOST:PORT] [--prompt TEXT] [--log FILE]
+                      [--language CODE | --tour DIR]
 
 An operator's console for a data-acquisition server. Without --local and --remote it uses the server of the last run,
 and in the first run the simulated server tarnis-simserver that is installed beside it.
@@ -19,6 +22,8 @@ and in the first run the simulated server tarnis-simserver that is installed bes
   --prompt TEXT       what the server writes when it waits for a command, "> " for a server that was not used last;
                       \n \r \t \e \\ and \xHH stand for bytes that are hard to type
   --log FILE          append a log of everything that goes over the connection to FILE
+  --language CODE     show all texts in English (en) or German (de); without it as chosen in the menu View, and at first
+                      as on the desktop
   --tour DIR          open every window on live data, write a picture of each step and report.txt to DIR, and exit:
                       with 0 if all went well, with 1 if not; needs no display
   --help              print this text
@@ -48,6 +53,8 @@ QStringList withoutQtOptions(const QStringList& arguments)
     }
     return kept;
 }
+
+constexpr std::array valueOptions { "local", "remote", "prompt", "log", "language", "tour" };
 
 CommandLine mistake(const QString& text)
 {
@@ -143,7 +150,7 @@ std::optional<QString> singleValue(const QCommandLineParser& parser, const char*
 /// Fills `options` from the parser; returns what is wrong, or an empty text.
 QString readOptions(const QCommandLineParser& parser, Options& options)
 {
-    for (const char* name : { "local", "remote", "prompt", "log", "tour" }) {
+    for (const char* name : valueOptions) {
         if (!parser.isSet(QLatin1String(name)))
             continue;
         const std::optional<QString> value = singleValue(parser, name);
@@ -168,6 +175,11 @@ QString readOptions(const QCommandLineParser& parser, Options& options)
         if (!options.prompt)
             return QStringLiteral("the prompt '%1' holds an escape other than \\n \\r \\t \\e \\\\ \\xHH").arg(prompt);
     }
+    options.language = parser.value(QStringLiteral("language"));
+    if (!options.language.isEmpty() && !hasLanguage(options.language))
+        return QStringLiteral("there is no language '%1'; en and de are there").arg(options.language);
+    if (parser.isSet(QStringLiteral("language")) && parser.isSet(QStringLiteral("tour")))
+        return QStringLiteral("--language and --tour exclude each other: the tour speaks English");
     options.logFile = parser.value(QStringLiteral("log"));
     options.tourDirectory = parser.value(QStringLiteral("tour"));
     return {};
@@ -179,7 +191,7 @@ CommandLine parseCommandLine(const QStringList& arguments)
 {
     QCommandLineParser parser;
     const QString value = QStringLiteral("value");
-    for (const char* name : { "local", "remote", "prompt", "log", "tour" })
+    for (const char* name : valueOptions)
         parser.addOption({ QString::fromLatin1(name), QString(), value });
     parser.addOption(QCommandLineOption(QStringList { QStringLiteral("h"), QStringLiteral("help") }));
     parser.addOption(QCommandLineOption(QStringList { QStringLiteral("v"), QStringLiteral("version") }));

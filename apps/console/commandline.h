@@ -25,6 +25,7 @@ struct Options {
     std::optional<ServerChoice> server; ///< nothing: the last one used
     std::optional<QByteArray> prompt; ///< nothing: the last one used
     QString logFile;
+    QString language; ///< empty: the last one chosen
     QString tourDirectory; ///< not empty: run the tour and exit
 };
 

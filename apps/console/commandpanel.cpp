@@ -6,6 +6,7 @@
 #include "servercontroller.h"
 #include "ui_commandpanel.h"
 
+#include <QEvent>
 #include <QFile>
 #include <QFileDialog>
 #include <QFileInfo>
@@ -136,6 +137,15 @@ void CommandPanel::giveUp()
         return;
     ui->transcript->addNote(tr("Given up: %1. The server may still be working on it.").arg(lost.first().name));
     keepLost(lost.mid(1));
+}
+
+void CommandPanel::changeEvent(QEvent* event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() != QEvent::LanguageChange)
+        return;
+    ui->retranslateUi(this);
+    updateControls();
 }
 
 void CommandPanel::chooseUpload()

@@ -59,6 +59,7 @@ Q_SIGNALS:
     void busyChanged();
 
 protected:
+    void changeEvent(QEvent* event) override;
     void send(const Request& request);
     void onProgress(const QByteArray& piece);
     void onReplied(const PTarnisCmd& command, const QByteArray& reply);

@@ -99,6 +99,8 @@ int main(int argc, char** argv)
     const auto memory = isTour
         ? std::make_unique<QSettings>(scratch.filePath(QStringLiteral("console.ini")), QSettings::IniFormat)
         : std::make_unique<QSettings>();
+    if (const QString language = isTour ? QStringLiteral("en") : options.language; !language.isEmpty())
+        memory->setValue(QStringLiteral("window/language"), language);
     const int status = runConsole(options, *memory);
     QThreadPool::globalInstance()->waitForDone(); // sessions that end in the background still write to the log
     closelog();

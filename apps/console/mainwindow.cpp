@@ -5,6 +5,7 @@
 #include "commandpanel.h"
 #include "connectdialog.h"
 #include "history.h"
+#include "languagemenu.h"
 #include "messagelist.h"
 #include "servercontroller.h"
 #include "settingspanel.h"
@@ -29,6 +30,7 @@ MainWindow::MainWindow(QSettings& memory)
     , m_desktopPalette(QApplication::palette())
 {
     ui->setupUi(this);
+    ui->viewMenu->addMenu(new LanguageMenu(m_memory, ui->viewMenu));
     m_commandPanel = new CommandPanel(*m_controller, this);
     m_settingsPanel = new SettingsPanel(*m_controller, this);
     ui->splitter->insertWidget(0, m_commandPanel);
@@ -343,6 +345,25 @@ void MainWindow::remember()
     m_memory.setValue(QStringLiteral("server/host"), choice.host);
     m_memory.setValue(QStringLiteral("server/port"), choice.port);
     m_memory.setValue(QStringLiteral("server/prompt"), promptToText(m_controller->prompt()));
+}
+
+void MainWindow::changeEvent(QEvent* event)
+{
+    QMainWindow::changeEvent(event);
+    if (event->type() == QEvent::LanguageChange)
+        setTexts();
+}
+
+void MainWindow::setTexts()
+{
+    ui->retranslateUi(this);
+    const QList<WindowEntry> translated = windowEntries();
+    for (qsizetype i = 0; i < m_entries.size(); ++i) {
+        m_entries[i].menuText = translated.at(i).menuText;
+        m_entries[i].help = translated.at(i).help;
+        m_windowActions.at(i)->setText(translated.at(i).menuText);
+    }
+    updateControls();
 }
 
 void MainWindow::closeEvent(QCloseEvent* event)

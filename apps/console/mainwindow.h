@@ -45,9 +45,11 @@ public:
     const QList<WindowEntry>& entries() const { return m_entries; }
 
 protected:
+    void changeEvent(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
     void connectActions();
     void addWindowActions();
+    void setTexts();
     void updateControls();
     void showStatus();
     void onNotice(const Notice& notice);

@@ -13,7 +13,6 @@ MessageList::MessageList(QWidget* parent)
     setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     setMaximumBlockCount(2000);
     setUndoRedoEnabled(false);
-    setAccessibleName(tr("Host messages"));
     connect(&_g_sysMsg, &SysMsg::onSysMsg, this, &MessageList::onSysMsg);
 }
 

@@ -68,13 +68,18 @@ void NoticeBar::setNotice(const Notice& notice)
     const int size = style()->pixelMetric(QStyle::PM_SmallIconSize) + 6;
     ui->iconLabel->setPixmap(style()->standardIcon(severityIcon(notice.severity)).pixmap(size, size));
     ui->textLabel->setText(notice.text);
-    ui->remedyButton->setText(remedyText(notice.remedy));
-    ui->remedyButton->setShortcut(Qt::Key_F8);
+    setRemedyText();
     ui->remedyButton->setVisible(notice.remedy != Remedy::None);
     applyColours();
     setVisible(true);
     QAccessibleEvent alert(ui->textLabel, QAccessible::Alert);
     QAccessible::updateAccessibility(&alert);
+}
+
+void NoticeBar::setRemedyText()
+{
+    ui->remedyButton->setText(remedyText(m_notice.remedy));
+    ui->remedyButton->setShortcut(Qt::Key_F8); // a new text takes it away
 }
 
 void NoticeBar::applyColours()
@@ -89,6 +94,10 @@ void NoticeBar::changeEvent(QEvent* event)
     QFrame::changeEvent(event);
     if (event->type() == QEvent::ApplicationPaletteChange || event->type() == QEvent::StyleChange)
         applyColours();
+    if (event->type() == QEvent::LanguageChange) {
+        ui->retranslateUi(this);
+        setRemedyText();
+    }
 }
 
 } // namespace console

@@ -31,6 +31,7 @@ Q_SIGNALS:
 
 protected:
     void changeEvent(QEvent* event) override;
+    void setRemedyText();
     void applyColours();
 
     std::unique_ptr<Ui::NoticeBar> ui;

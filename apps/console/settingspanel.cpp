@@ -9,6 +9,7 @@
 
 #include <tarnis/server/tarniscmd.h>
 
+#include <QEvent>
 #include <QHeaderView>
 #include <QHostAddress>
 
@@ -216,6 +217,16 @@ void SettingsPanel::addSetting()
 void SettingsPanel::removeSetting()
 {
     m_model->remove(ui->table->currentIndex().row());
+}
+
+void SettingsPanel::changeEvent(QEvent* event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() != QEvent::LanguageChange)
+        return;
+    ui->retranslateUi(this);
+    Q_EMIT m_model->headerDataChanged(Qt::Horizontal, 0, SettingsModel::ColumnCount - 1);
+    onEdited();
 }
 
 void SettingsPanel::setBasePath()

@@ -42,6 +42,7 @@ Q_SIGNALS:
     void controlsChanged();
 
 protected:
+    void changeEvent(QEvent* event) override;
     void onCmdReply(const QString& name, const QString& command, const QByteArray& result);
     void onSettingReply(const QString& reply);
     void onDownloadReply(const QString& command, const QString& reply);

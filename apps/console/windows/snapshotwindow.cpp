@@ -6,6 +6,7 @@
 #include "sessionlink.h"
 #include "ui_snapshotwindow.h"
 
+#include <QEvent>
 #include <QHeaderView>
 
 namespace console {
@@ -77,6 +78,18 @@ void SnapshotWindow::fill()
     const int shown = ui->table->rowCount();
     const QString count = shown == m_values.size() ? values : tr("%1 of %2").arg(shown).arg(values);
     ui->stateLabel->setText(tr("%1, as of %2").arg(count, m_time.toString(u"HH:mm:ss")));
+}
+
+void SnapshotWindow::changeEvent(QEvent* event)
+{
+    QDialog::changeEvent(event);
+    if (event->type() != QEvent::LanguageChange)
+        return;
+    const QString title = windowTitle();
+    ui->retranslateUi(this);
+    setWindowTitle(title);
+    fill();
+    updateControls();
 }
 
 void SnapshotWindow::updateControls()

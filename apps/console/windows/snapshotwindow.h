@@ -37,6 +37,7 @@ public Q_SLOTS:
     void refresh();
 
 protected:
+    void changeEvent(QEvent* event) override;
     void onReplied(const PTarnisCmd& command, const QByteArray& reply);
     void fill();
     void updateControls();

@@ -1,0 +1,28 @@
+// The choice of the language in the menu View.
+#pragma once
+
+#include <QMenu>
+
+class QActionGroup;
+class QSettings;
+
+namespace console {
+
+/// One entry for the desktop's language and one for each catalogue. The choice is kept under "window/language" of
+/// `memory`, which must outlive the menu, and is in force as soon as the menu exists.
+class LanguageMenu : public QMenu {
+    Q_OBJECT
+public:
+    LanguageMenu(QSettings& memory, QWidget* parent);
+
+protected:
+    void changeEvent(QEvent* event) override;
+    void choose(const QString& code);
+    void setTexts();
+
+    QSettings& m_memory;
+    QActionGroup* m_group;
+    QAction* m_desktopAction;
+};
+
+} // namespace console

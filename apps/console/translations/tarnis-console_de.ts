@@ -1,0 +1,1093 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="de_DE">
+<context>
+    <name>AddSettingDialog</name>
+    <message>
+        <source>Add a Setting</source>
+        <translation>Einstellung hinzufügen</translation>
+    </message>
+    <message>
+        <source>&amp;Name:</source>
+        <translation>&amp;Name:</translation>
+    </message>
+    <message>
+        <source>Name of the setting</source>
+        <translation>Name der Einstellung</translation>
+    </message>
+    <message>
+        <source>&amp;Value:</source>
+        <translation>&amp;Wert:</translation>
+    </message>
+    <message>
+        <source>Value of the setting</source>
+        <translation>Wert der Einstellung</translation>
+    </message>
+    <message>
+        <source>What is wrong with name or value</source>
+        <translation>Was an Name oder Wert nicht stimmt</translation>
+    </message>
+</context>
+<context>
+    <name>CommandPanel</name>
+    <message>
+        <source>Commands and replies</source>
+        <translation>Befehle und Antworten</translation>
+    </message>
+    <message>
+        <source>Progress of the command</source>
+        <translation>Fortschritt des Befehls</translation>
+    </message>
+    <message>
+        <source>A reply is under way</source>
+        <translation>Eine Antwort ist unterwegs</translation>
+    </message>
+    <message>
+        <source>C&amp;ommand:</source>
+        <translation>Befeh&amp;l:</translation>
+    </message>
+    <message>
+        <source>Command</source>
+        <translation>Befehl</translation>
+    </message>
+    <message>
+        <source>A command for the server, for example help</source>
+        <translation>Ein Befehl für den Server, zum Beispiel help</translation>
+    </message>
+    <message>
+        <source>&amp;Binary reply</source>
+        <translation>Binäre Antwor&amp;t</translation>
+    </message>
+    <message>
+        <source>&amp;Upload File...</source>
+        <translation>Datei h&amp;ochladen...</translation>
+    </message>
+    <message>
+        <source>&amp;Give Up</source>
+        <translation>Auf&amp;geben</translation>
+    </message>
+    <message>
+        <source>Se&amp;nd</source>
+        <translation>Se&amp;nden</translation>
+    </message>
+</context>
+<context>
+    <name>ConnectDialog</name>
+    <message>
+        <source>Choose a Server</source>
+        <translation>Server wählen</translation>
+    </message>
+    <message>
+        <source>Start the &amp;simulated server that comes with the console</source>
+        <translation>Den mitgelieferten &amp;simulierten Server starten</translation>
+    </message>
+    <message>
+        <source>Start a &amp;program on this machine</source>
+        <translation>Ein &amp;Programm auf diesem Rechner starten</translation>
+    </message>
+    <message>
+        <source>Program of the server</source>
+        <translation>Programm des Servers</translation>
+    </message>
+    <message>
+        <source>/path/to/the/server, without arguments</source>
+        <translation>/Pfad/zum/Server, ohne Argumente</translation>
+    </message>
+    <message>
+        <source>&amp;Browse...</source>
+        <translation>&amp;Durchsuchen...</translation>
+    </message>
+    <message>
+        <source>&amp;Connect to a server that runs already</source>
+        <translation>&amp;Mit einem laufenden Server verbinden</translation>
+    </message>
+    <message>
+        <source>&amp;Host:</source>
+        <translation>&amp;Rechner:</translation>
+    </message>
+    <message>
+        <source>Host of the server</source>
+        <translation>Rechner des Servers</translation>
+    </message>
+    <message>
+        <source>name or address</source>
+        <translation>Name oder Adresse</translation>
+    </message>
+    <message>
+        <source>P&amp;ort:</source>
+        <translation>P&amp;ort:</translation>
+    </message>
+    <message>
+        <source>TCP port of the server</source>
+        <translation>TCP-Port des Servers</translation>
+    </message>
+    <message>
+        <source>Pro&amp;mpt of the server:</source>
+        <translation>Prompt des Ser&amp;vers:</translation>
+    </message>
+    <message>
+        <source>Prompt of the server</source>
+        <translation>Prompt des Servers</translation>
+    </message>
+    <message>
+        <source>What the server writes when it waits for a command. \n \r \t \e \\ and \xHH stand for bytes that are hard to type; blanks count.</source>
+        <translation>Was der Server schreibt, wenn er auf einen Befehl wartet. \n \r \t \e \\ und \xHH stehen für Bytes, die sich schlecht tippen lassen; Leerzeichen zählen.</translation>
+    </message>
+    <message>
+        <source>What is missing</source>
+        <translation>Was fehlt</translation>
+    </message>
+</context>
+<context>
+    <name>MainWindow</name>
+    <message>
+        <source>Tarnis Console</source>
+        <translation>Tarnis-Konsole</translation>
+    </message>
+    <message>
+        <source>Status of the server</source>
+        <translation>Status des Servers</translation>
+    </message>
+    <message>
+        <source>Server in use</source>
+        <translation>Benutzter Server</translation>
+    </message>
+    <message>
+        <source>Host messages</source>
+        <translation>Meldungen</translation>
+    </message>
+    <message>
+        <source>&amp;Server</source>
+        <translation>&amp;Server</translation>
+    </message>
+    <message>
+        <source>&amp;Command</source>
+        <translation>&amp;Befehl</translation>
+    </message>
+    <message>
+        <source>Se&amp;ttings</source>
+        <translation>&amp;Einstellungen</translation>
+    </message>
+    <message>
+        <source>&amp;Windows</source>
+        <translation>&amp;Fenster</translation>
+    </message>
+    <message>
+        <source>&amp;View</source>
+        <translation>&amp;Ansicht</translation>
+    </message>
+    <message>
+        <source>&amp;Help</source>
+        <translation>&amp;Hilfe</translation>
+    </message>
+    <message>
+        <source>&amp;Choose Server...</source>
+        <translation>Server &amp;wählen...</translation>
+    </message>
+    <message>
+        <source>Start another server, or connect to one (Ctrl+N)</source>
+        <translation>Einen anderen Server starten oder mit einem verbinden (Ctrl+N)</translation>
+    </message>
+    <message>
+        <source>&amp;Start</source>
+        <translation>&amp;Starten</translation>
+    </message>
+    <message>
+        <source>&amp;Restart</source>
+        <translation>&amp;Neu starten</translation>
+    </message>
+    <message>
+        <source>Shut &amp;Down</source>
+        <translation>&amp;Herunterfahren</translation>
+    </message>
+    <message>
+        <source>&amp;End by Force</source>
+        <translation>&amp;Gewaltsam beenden</translation>
+    </message>
+    <message>
+        <source>&amp;Quit</source>
+        <translation>&amp;Beenden</translation>
+    </message>
+    <message>
+        <source>Shut the server down and close the console (Ctrl+Q)</source>
+        <translation>Den Server herunterfahren und die Konsole schließen (Ctrl+Q)</translation>
+    </message>
+    <message>
+        <source>&amp;Upload File...</source>
+        <translation>Datei h&amp;ochladen...</translation>
+    </message>
+    <message>
+        <source>&amp;Give Up</source>
+        <translation>Auf&amp;geben</translation>
+    </message>
+    <message>
+        <source>&amp;Save Record...</source>
+        <translation>Protokoll &amp;speichern...</translation>
+    </message>
+    <message>
+        <source>Write the commands and replies on show to a text file (Ctrl+S)</source>
+        <translation>Die gezeigten Befehle und Antworten in eine Textdatei schreiben (Ctrl+S)</translation>
+    </message>
+    <message>
+        <source>&amp;Clear Record</source>
+        <translation>Protokoll &amp;leeren</translation>
+    </message>
+    <message>
+        <source>Take the commands and replies off the screen</source>
+        <translation>Befehle und Antworten vom Bildschirm nehmen</translation>
+    </message>
+    <message>
+        <source>&amp;Read</source>
+        <translation>E&amp;inlesen</translation>
+    </message>
+    <message>
+        <source>&amp;Download</source>
+        <translation>&amp;Download</translation>
+    </message>
+    <message>
+        <source>Download and &amp;Save</source>
+        <translation>Download und &amp;speichern</translation>
+    </message>
+    <message>
+        <source>Go to &amp;Command Line</source>
+        <translation>Zur &amp;Befehlszeile</translation>
+    </message>
+    <message>
+        <source>Go to &amp;Settings</source>
+        <translation>Zu den &amp;Einstellungen</translation>
+    </message>
+    <message>
+        <source>Go to Host &amp;Messages</source>
+        <translation>Zu den &amp;Meldungen</translation>
+    </message>
+    <message>
+        <source>&amp;Dark Colours</source>
+        <translation>&amp;Dunkle Farben</translation>
+    </message>
+    <message>
+        <source>&amp;Keyboard</source>
+        <translation>&amp;Tastatur</translation>
+    </message>
+    <message>
+        <source>&amp;About</source>
+        <translation>&amp;Über</translation>
+    </message>
+</context>
+<context>
+    <name>NoticeBar</name>
+    <message>
+        <source>Notice</source>
+        <translation>Hinweis</translation>
+    </message>
+    <message>
+        <source>Try Again</source>
+        <translation>Noch einmal</translation>
+    </message>
+    <message>
+        <source>Dismiss</source>
+        <translation>Ausblenden</translation>
+    </message>
+    <message>
+        <source>Take this notice away</source>
+        <translation>Diesen Hinweis ausblenden</translation>
+    </message>
+</context>
+<context>
+    <name>SettingsPanel</name>
+    <message>
+        <source>Settings</source>
+        <translation>Einstellungen</translation>
+    </message>
+    <message>
+        <source>State of the settings</source>
+        <translation>Stand der Einstellungen</translation>
+    </message>
+    <message>
+        <source>&amp;Read</source>
+        <translation>E&amp;inlesen</translation>
+    </message>
+    <message>
+        <source>&amp;Add...</source>
+        <translation>Hin&amp;zufügen...</translation>
+    </message>
+    <message>
+        <source>Re&amp;move</source>
+        <translation>Entfe&amp;rnen</translation>
+    </message>
+    <message>
+        <source>R&amp;evert</source>
+        <translation>Zurüc&amp;ksetzen</translation>
+    </message>
+    <message>
+        <source>Down&amp;load</source>
+        <translation>&amp;Download</translation>
+    </message>
+    <message>
+        <source>&amp;Download and Save</source>
+        <translation>Do&amp;wnload und speichern</translation>
+    </message>
+    <message>
+        <source>Addresses</source>
+        <translation>Adressen</translation>
+    </message>
+    <message>
+        <source>Base &amp;path:</source>
+        <translation>Basis&amp;pfad:</translation>
+    </message>
+    <message>
+        <source>Base path of the server&apos;s data</source>
+        <translation>Basispfad der Daten des Servers</translation>
+    </message>
+    <message>
+        <source>with inst</source>
+        <translation>mit inst</translation>
+    </message>
+    <message>
+        <source>Send the setting inst in the same line, in front of the base path</source>
+        <translation>Die Einstellung inst in derselben Zeile vor dem Basispfad senden</translation>
+    </message>
+    <message>
+        <source>Set Path</source>
+        <translation>Pfad setzen</translation>
+    </message>
+    <message>
+        <source>Readout &amp;IP:</source>
+        <translation>A&amp;uslese-IP:</translation>
+    </message>
+    <message>
+        <source>IP address of the readout module</source>
+        <translation>IP-Adresse des Auslesemoduls</translation>
+    </message>
+    <message>
+        <source>Inde&amp;x:</source>
+        <translation>Inde&amp;x:</translation>
+    </message>
+    <message>
+        <source>Index of the readout address</source>
+        <translation>Index der Ausleseadresse</translation>
+    </message>
+    <message>
+        <source>Number of the readout module; &quot;none&quot; for the one address without a number</source>
+        <translation>Nummer des Auslesemoduls; &quot;ohne&quot; für die eine Adresse ohne Nummer</translation>
+    </message>
+    <message>
+        <source>none</source>
+        <translation>ohne</translation>
+    </message>
+    <message>
+        <source>TCP port:</source>
+        <translation>TCP-Port:</translation>
+    </message>
+    <message>
+        <source>TCP port of the readout module</source>
+        <translation>TCP-Port des Auslesemoduls</translation>
+    </message>
+    <message>
+        <source>BCP port:</source>
+        <translation>BCP-Port:</translation>
+    </message>
+    <message>
+        <source>BCP port of the readout module</source>
+        <translation>BCP-Port des Auslesemoduls</translation>
+    </message>
+    <message>
+        <source>Readout address that was set last</source>
+        <translation>Zuletzt gesetzte Ausleseadresse</translation>
+    </message>
+    <message>
+        <source>Set Address</source>
+        <translation>Adresse setzen</translation>
+    </message>
+</context>
+<context>
+    <name>SnapshotWindow</name>
+    <message>
+        <source>&amp;Show:</source>
+        <translation>&amp;Zeigen:</translation>
+    </message>
+    <message>
+        <source>Part of the names to show</source>
+        <translation>Teil der gezeigten Namen</translation>
+    </message>
+    <message>
+        <source>part of a name; empty for all</source>
+        <translation>Teil eines Namens; leer für alle</translation>
+    </message>
+    <message>
+        <source>Values of the snapshot</source>
+        <translation>Werte der Aufnahme</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>Name</translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation>Wert</translation>
+    </message>
+    <message>
+        <source>State of the snapshot</source>
+        <translation>Stand der Aufnahme</translation>
+    </message>
+    <message>
+        <source>&amp;Refresh</source>
+        <translation>&amp;Auffrischen</translation>
+    </message>
+    <message>
+        <source>F5</source>
+        <translation>F5</translation>
+    </message>
+    <message>
+        <source>&amp;Close</source>
+        <translation>S&amp;chließen</translation>
+    </message>
+</context>
+<context>
+    <name>Windows</name>
+    <message>
+        <source>S&amp;tat Snapshot</source>
+        <translation>Aufnahme von s&amp;tat</translation>
+    </message>
+    <message>
+        <source>What the server tells about itself now</source>
+        <translation>Was der Server jetzt von sich berichtet</translation>
+    </message>
+    <message>
+        <source>Stat Snapshot</source>
+        <translation>Aufnahme von stat</translation>
+    </message>
+    <message>
+        <source>S&amp;etting Snapshot</source>
+        <translation>Aufnahme von s&amp;etting</translation>
+    </message>
+    <message>
+        <source>The settings that the server works with now</source>
+        <translation>Die Einstellungen, mit denen der Server jetzt arbeitet</translation>
+    </message>
+    <message>
+        <source>Setting Snapshot</source>
+        <translation>Aufnahme von setting</translation>
+    </message>
+</context>
+<context>
+    <name>console::AddSettingDialog</name>
+    <message>
+        <source>Add the setting</source>
+        <translation>Die Einstellung hinzufügen</translation>
+    </message>
+    <message>
+        <source>There is a setting of this name: it gets the new value.</source>
+        <translation>Eine Einstellung dieses Namens ist da: sie bekommt den neuen Wert.</translation>
+    </message>
+</context>
+<context>
+    <name>console::CommandPanel</name>
+    <message>
+        <source>Given up: %1. The server may still be working on it.</source>
+        <translation>Aufgegeben: %1. Der Server arbeitet vielleicht noch daran.</translation>
+    </message>
+    <message>
+        <source>Upload a File</source>
+        <translation>Datei hochladen</translation>
+    </message>
+    <message>
+        <source>%1 is not uploaded: %2</source>
+        <translation>%1 wird nicht hochgeladen: %2</translation>
+    </message>
+    <message>
+        <source>it cannot be read (%1).</source>
+        <translation>sie lässt sich nicht lesen (%1).</translation>
+    </message>
+    <message>
+        <source>it is larger than %1.</source>
+        <translation>sie ist größer als %1.</translation>
+    </message>
+    <message>
+        <source>its name cannot be sent. %1</source>
+        <translation>ihr Name lässt sich nicht senden. %1</translation>
+    </message>
+    <message>
+        <source>%1: %2 s, %3</source>
+        <translation>%1: %2 s, %3</translation>
+    </message>
+    <message>
+        <source>, %1 more to go</source>
+        <translation>, %1 weitere</translation>
+    </message>
+    <message>
+        <source>(an empty reply)</source>
+        <translation>(eine leere Antwort)</translation>
+    </message>
+    <message>
+        <source>The connection broke: %1.</source>
+        <translation>Die Verbindung ist abgerissen: %1.</translation>
+    </message>
+    <message>
+        <source>The connection broke before the reply to “%1” was complete (%2). The next command makes a new one.</source>
+        <translation>Die Verbindung ist abgerissen, bevor die Antwort auf „%1“ vollständig war (%2). Der nächste Befehl stellt eine neue her.</translation>
+    </message>
+    <message>
+        <source>No reply: %1</source>
+        <translation>Keine Antwort: %1</translation>
+    </message>
+    <message>
+        <source>Needs a connected server. What you type stays here.</source>
+        <translation>Braucht einen verbundenen Server. Was Sie tippen, bleibt hier stehen.</translation>
+    </message>
+    <message>
+        <source>Send the command (Enter)</source>
+        <translation>Den Befehl senden (Eingabetaste)</translation>
+    </message>
+    <message>
+        <source>Type a command first</source>
+        <translation>Tippen Sie zuerst einen Befehl</translation>
+    </message>
+    <message>
+        <source>Send a file to the server with txfile (Ctrl+O)</source>
+        <translation>Eine Datei mit txfile an den Server senden (Ctrl+O)</translation>
+    </message>
+    <message>
+        <source>Stop waiting for the reply and close its connection (Ctrl+G)</source>
+        <translation>Nicht länger auf die Antwort warten und ihre Verbindung schließen (Ctrl+G)</translation>
+    </message>
+    <message>
+        <source>No command is under way</source>
+        <translation>Kein Befehl ist unterwegs</translation>
+    </message>
+    <message>
+        <source>The reply is a block of numbers with text behind it, as that of hist1d and hist2d; follows the command</source>
+        <translation>Die Antwort ist ein Block von Zahlen mit Text dahinter, wie die von hist1d und hist2d; richtet sich nach dem Befehl</translation>
+    </message>
+</context>
+<context>
+    <name>console::ConnectDialog</name>
+    <message>
+        <source>Program of the Server</source>
+        <translation>Programm des Servers</translation>
+    </message>
+    <message>
+        <source>Type the server&apos;s prompt.</source>
+        <translation>Tippen Sie den Prompt des Servers.</translation>
+    </message>
+    <message>
+        <source>The prompt holds an escape other than \n \r \t \e \\ \xHH.</source>
+        <translation>Der Prompt enthält eine andere Umschreibung als \n \r \t \e \\ \xHH.</translation>
+    </message>
+    <message>
+        <source>Type or browse for the program to start.</source>
+        <translation>Tippen oder suchen Sie das Programm, das gestartet werden soll.</translation>
+    </message>
+    <message>
+        <source>The simulated server is not installed beside the console.</source>
+        <translation>Der simulierte Server ist nicht neben der Konsole installiert.</translation>
+    </message>
+    <message>
+        <source>There is no program of this name.</source>
+        <translation>Ein Programm dieses Namens gibt es nicht.</translation>
+    </message>
+    <message>
+        <source>Type the host&apos;s name or address.</source>
+        <translation>Tippen Sie Name oder Adresse des Rechners.</translation>
+    </message>
+    <message>
+        <source>Connect</source>
+        <translation>Verbinden</translation>
+    </message>
+    <message>
+        <source>Start</source>
+        <translation>Starten</translation>
+    </message>
+    <message>
+        <source>Use this server from now on</source>
+        <translation>Diesen Server von jetzt an benutzen</translation>
+    </message>
+</context>
+<context>
+    <name>console::LanguageMenu</name>
+    <message>
+        <source>&amp;Language</source>
+        <translation>&amp;Sprache</translation>
+    </message>
+    <message>
+        <source>As on the &amp;Desktop</source>
+        <translation>Wie auf dem Desk&amp;top</translation>
+    </message>
+</context>
+<context>
+    <name>console::MainWindow</name>
+    <message>
+        <source>Needs a connected server</source>
+        <translation>Braucht einen verbundenen Server</translation>
+    </message>
+    <message>
+        <source>&amp;Start</source>
+        <translation>&amp;Starten</translation>
+    </message>
+    <message>
+        <source>Co&amp;nnect</source>
+        <translation>&amp;Verbinden</translation>
+    </message>
+    <message>
+        <source>Shut &amp;Down</source>
+        <translation>&amp;Herunterfahren</translation>
+    </message>
+    <message>
+        <source>&amp;Disconnect</source>
+        <translation>&amp;Trennen</translation>
+    </message>
+    <message>
+        <source>Start %1 (Ctrl+T)</source>
+        <translation>%1 starten (Ctrl+T)</translation>
+    </message>
+    <message>
+        <source>Connect to %1 (Ctrl+T)</source>
+        <translation>Mit %1 verbinden (Ctrl+T)</translation>
+    </message>
+    <message>
+        <source>Wait until the server has ended</source>
+        <translation>Warten Sie, bis der Server geendet hat</translation>
+    </message>
+    <message>
+        <source>A server is in use already</source>
+        <translation>Ein Server wird schon benutzt</translation>
+    </message>
+    <message>
+        <source>Shut the server down and start it again (Ctrl+R)</source>
+        <translation>Den Server herunterfahren und wieder starten (Ctrl+R)</translation>
+    </message>
+    <message>
+        <source>Disconnect and connect again (Ctrl+R)</source>
+        <translation>Trennen und wieder verbinden (Ctrl+R)</translation>
+    </message>
+    <message>
+        <source>There is no server to restart</source>
+        <translation>Kein Server da, der neu starten könnte</translation>
+    </message>
+    <message>
+        <source>Let the server end (Ctrl+D)</source>
+        <translation>Den Server enden lassen (Ctrl+D)</translation>
+    </message>
+    <message>
+        <source>Leave the server; it goes on running (Ctrl+D)</source>
+        <translation>Den Server verlassen; er läuft weiter (Ctrl+D)</translation>
+    </message>
+    <message>
+        <source>No server is in use</source>
+        <translation>Kein Server wird benutzt</translation>
+    </message>
+    <message>
+        <source>Kill the local server; what it has not saved is lost</source>
+        <translation>Den lokalen Server abschießen; was er nicht gespeichert hat, geht verloren</translation>
+    </message>
+    <message>
+        <source>No server process of this console is running</source>
+        <translation>Kein Serverprozess dieser Konsole läuft</translation>
+    </message>
+    <message>
+        <source>Start another server, or connect to one (Ctrl+N)</source>
+        <translation>Einen anderen Server starten oder mit einem verbinden (Ctrl+N)</translation>
+    </message>
+    <message>
+        <source>Send a file to the server with txfile (Ctrl+O)</source>
+        <translation>Eine Datei mit txfile an den Server senden (Ctrl+O)</translation>
+    </message>
+    <message>
+        <source>Stop waiting for the reply (Ctrl+G)</source>
+        <translation>Nicht länger auf die Antwort warten (Ctrl+G)</translation>
+    </message>
+    <message>
+        <source>No command is under way</source>
+        <translation>Kein Befehl ist unterwegs</translation>
+    </message>
+    <message>
+        <source>Ask the server for its settings (F5)</source>
+        <translation>Den Server nach seinen Einstellungen fragen (F5)</translation>
+    </message>
+    <message>
+        <source>Send all settings to the server</source>
+        <translation>Alle Einstellungen an den Server senden</translation>
+    </message>
+    <message>
+        <source>Wait until the lines on their way are answered</source>
+        <translation>Warten Sie, bis die Zeilen unterwegs beantwortet sind</translation>
+    </message>
+    <message>
+        <source>No server</source>
+        <translation>Kein Server</translation>
+    </message>
+    <message>
+        <source>last: %1</source>
+        <translation>zuletzt: %1</translation>
+    </message>
+    <message>
+        <source>Starting...</source>
+        <translation>Startet...</translation>
+    </message>
+    <message>
+        <source>Connecting...</source>
+        <translation>Verbindet...</translation>
+    </message>
+    <message>
+        <source>%1 at %2</source>
+        <translation>%1 unter %2</translation>
+    </message>
+    <message>
+        <source>No connection</source>
+        <translation>Keine Verbindung</translation>
+    </message>
+    <message>
+        <source>Save the Record</source>
+        <translation>Protokoll speichern</translation>
+    </message>
+    <message>
+        <source>Text (*.txt)</source>
+        <translation>Text (*.txt)</translation>
+    </message>
+    <message>
+        <source>The record is in %1.</source>
+        <translation>Das Protokoll steht in %1.</translation>
+    </message>
+    <message>
+        <source>%1 cannot be written: %2. Choose another place.</source>
+        <translation>%1 lässt sich nicht schreiben: %2. Wählen Sie einen anderen Ort.</translation>
+    </message>
+    <message>
+        <source>&lt;tr&gt;&lt;td&gt;&lt;b&gt;Up, Down&lt;/b&gt;&amp;nbsp;&amp;nbsp;&amp;nbsp;&lt;/td&gt;&lt;td&gt;Walk through the commands that were typed&lt;/td&gt;&lt;/tr&gt;&lt;tr&gt;&lt;td&gt;&lt;b&gt;F8&lt;/b&gt;&lt;/td&gt;&lt;td&gt;Press the button of the notice&lt;/td&gt;&lt;/tr&gt;&lt;tr&gt;&lt;td&gt;&lt;b&gt;F2&lt;/b&gt;&lt;/td&gt;&lt;td&gt;Edit the chosen setting&lt;/td&gt;&lt;/tr&gt;</source>
+        <translation>&lt;tr&gt;&lt;td&gt;&lt;b&gt;Auf, Ab&lt;/b&gt;&amp;nbsp;&amp;nbsp;&amp;nbsp;&lt;/td&gt;&lt;td&gt;Durch die getippten Befehle gehen&lt;/td&gt;&lt;/tr&gt;&lt;tr&gt;&lt;td&gt;&lt;b&gt;F8&lt;/b&gt;&lt;/td&gt;&lt;td&gt;Den Knopf des Hinweises drücken&lt;/td&gt;&lt;/tr&gt;&lt;tr&gt;&lt;td&gt;&lt;b&gt;F2&lt;/b&gt;&lt;/td&gt;&lt;td&gt;Die gewählte Einstellung ändern&lt;/td&gt;&lt;/tr&gt;</translation>
+    </message>
+    <message>
+        <source>Keyboard</source>
+        <translation>Tastatur</translation>
+    </message>
+    <message>
+        <source>About</source>
+        <translation>Über</translation>
+    </message>
+    <message>
+        <source>&lt;p&gt;&lt;b&gt;Tarnis Console %1&lt;/b&gt;&lt;/p&gt;&lt;p&gt;Operates a data-acquisition server: status, commands, settings, live windows.&lt;/p&gt;</source>
+        <translation>&lt;p&gt;&lt;b&gt;Tarnis-Konsole %1&lt;/b&gt;&lt;/p&gt;&lt;p&gt;Bedient einen Server der Datennahme: Status, Befehle, Einstellungen, laufende Fenster.&lt;/p&gt;</translation>
+    </message>
+</context>
+<context>
+    <name>console::NoticeBar</name>
+    <message>
+        <source>Start Again (F8)</source>
+        <translation>Wieder starten (F8)</translation>
+    </message>
+    <message>
+        <source>Choose a Server... (F8)</source>
+        <translation>Server wählen... (F8)</translation>
+    </message>
+    <message>
+        <source>Stop Waiting (F8)</source>
+        <translation>Nicht länger warten (F8)</translation>
+    </message>
+    <message>
+        <source>End by Force (F8)</source>
+        <translation>Gewaltsam beenden (F8)</translation>
+    </message>
+    <message>
+        <source>Send Again (F8)</source>
+        <translation>Wieder senden (F8)</translation>
+    </message>
+</context>
+<context>
+    <name>console::ServerController</name>
+    <message>
+        <source>There is no program “%1” to start here. Choose another server.</source>
+        <translation>Hier gibt es kein Programm „%1“ zu starten. Wählen Sie einen anderen Server.</translation>
+    </message>
+    <message>
+        <source>The program “%1” could not be started. See that it may be executed, or choose another server.</source>
+        <translation>Das Programm „%1“ ließ sich nicht starten. Sehen Sie nach, ob es ausgeführt werden darf, oder wählen Sie einen anderen Server.</translation>
+    </message>
+    <message>
+        <source>Something answers at %1, but it does not greet with the prompt “%2”. See that it is the right port, and that the prompt is the server&apos;s.</source>
+        <translation>Unter %1 antwortet etwas, grüßt aber nicht mit dem Prompt „%2“. Sehen Sie nach, ob es der richtige Port und der Prompt des Servers ist.</translation>
+    </message>
+    <message>
+        <source>Nothing answers at %1: the connection was refused. See that the server runs there, then connect again.</source>
+        <translation>Unter %1 antwortet nichts: die Verbindung wurde abgelehnt. Sehen Sie nach, ob der Server dort läuft, und verbinden Sie wieder.</translation>
+    </message>
+    <message>
+        <source>The host of %1 was not found. See that its name is right, then connect again.</source>
+        <translation>Der Rechner von %1 wurde nicht gefunden. Sehen Sie nach, ob der Name stimmt, und verbinden Sie wieder.</translation>
+    </message>
+    <message>
+        <source>Nothing answers at %1 within %2 s. See that the host is up and reachable, then connect again.</source>
+        <translation>Unter %1 antwortet innerhalb von %2 s nichts. Sehen Sie nach, ob der Rechner läuft und erreichbar ist, und verbinden Sie wieder.</translation>
+    </message>
+    <message>
+        <source>No connection to %1: %2. See that it can be reached, then connect again.</source>
+        <translation>Keine Verbindung zu %1: %2. Sehen Sie nach, ob er erreichbar ist, und verbinden Sie wieder.</translation>
+    </message>
+    <message>
+        <source>The connection to %1 broke: %2. Connect again to go on.</source>
+        <translation>Die Verbindung zu %1 ist abgerissen: %2. Verbinden Sie wieder, um weiterzuarbeiten.</translation>
+    </message>
+    <message>
+        <source>it crashed</source>
+        <translation>er ist abgestürzt</translation>
+    </message>
+    <message>
+        <source>exit code %1</source>
+        <translation>Rückgabewert %1</translation>
+    </message>
+    <message>
+        <source>The server %1 has ended by itself (%2). Start it again to go on.</source>
+        <translation>Der Server %1 hat von selbst geendet (%2). Starten Sie ihn wieder, um weiterzuarbeiten.</translation>
+    </message>
+    <message>
+        <source>The server %1 has ended before it was ready (%2). Start it again, or choose another.</source>
+        <translation>Der Server %1 hat geendet, bevor er bereit war (%2). Starten Sie ihn wieder, oder wählen Sie einen anderen.</translation>
+    </message>
+    <message>
+        <source>%1 was told to end and has not done so yet. It is ended by force after half a minute.</source>
+        <translation>%1 soll enden und hat es noch nicht getan. Nach einer halben Minute wird er gewaltsam beendet.</translation>
+    </message>
+    <message>
+        <source>%1 runs, but has not told its port yet (the line “UI port:”).</source>
+        <translation>%1 läuft, hat aber seinen Port noch nicht genannt (die Zeile „UI port:“).</translation>
+    </message>
+    <message>
+        <source>%1 has greeted, but does not answer “stat” yet.</source>
+        <translation>%1 hat gegrüßt, antwortet aber noch nicht auf „stat“.</translation>
+    </message>
+    <message>
+        <source>The server is busy (%1) and is not shut down now. Wait until it is done.</source>
+        <translation>Der Server ist beschäftigt (%1) und wird jetzt nicht heruntergefahren. Warten Sie, bis er fertig ist.</translation>
+    </message>
+</context>
+<context>
+    <name>console::ServerProbe</name>
+    <message>
+        <source>No answer in time</source>
+        <translation>Keine rechtzeitige Antwort</translation>
+    </message>
+</context>
+<context>
+    <name>console::SettingsModel</name>
+    <message>
+        <source>%1 holds a blank, which would end it on the way to the server.</source>
+        <translation>%1 enthält ein Leerzeichen, das ihn auf dem Weg zum Server beenden würde.</translation>
+    </message>
+    <message>
+        <source>%1 holds a control character.</source>
+        <translation>%1 enthält ein Steuerzeichen.</translation>
+    </message>
+    <message>
+        <source>%1 holds a character outside Latin-1, which cannot be sent.</source>
+        <translation>%1 enthält ein Zeichen außerhalb von Latin-1, das sich nicht senden lässt.</translation>
+    </message>
+    <message>
+        <source>A setting needs a name.</source>
+        <translation>Eine Einstellung braucht einen Namen.</translation>
+    </message>
+    <message>
+        <source>The name holds a colon, which would end it on the way to the server.</source>
+        <translation>Der Name enthält einen Doppelpunkt, der ihn auf dem Weg zum Server beenden würde.</translation>
+    </message>
+    <message>
+        <source>The value holds a colon, which changes its meaning for the server.</source>
+        <translation>Der Wert enthält einen Doppelpunkt, der für den Server den Sinn ändert.</translation>
+    </message>
+    <message>
+        <source>The name</source>
+        <translation>Der Name</translation>
+    </message>
+    <message>
+        <source>The value</source>
+        <translation>Der Wert</translation>
+    </message>
+    <message>
+        <source>The server was not asked for this setting yet, or does not have it.</source>
+        <translation>Der Server wurde noch nicht nach dieser Einstellung gefragt, oder er hat sie nicht.</translation>
+    </message>
+    <message>
+        <source>Changed here. The server has “%1”.</source>
+        <translation>Hier geändert. Der Server hat „%1“.</translation>
+    </message>
+    <message>
+        <source>changed</source>
+        <translation>geändert</translation>
+    </message>
+    <message>
+        <source>as on the server</source>
+        <translation>wie auf dem Server</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>Name</translation>
+    </message>
+    <message>
+        <source>Value here</source>
+        <translation>Wert hier</translation>
+    </message>
+    <message>
+        <source>On the server</source>
+        <translation>Auf dem Server</translation>
+    </message>
+    <message>
+        <source>“%1” is no value for “%2”: it must be a whole number.</source>
+        <translation>„%1“ ist kein Wert für „%2“: es muss eine ganze Zahl sein.</translation>
+    </message>
+</context>
+<context>
+    <name>console::SettingsPanel</name>
+    <message>
+        <source>line</source>
+        <translation>Zeile</translation>
+    </message>
+    <message>
+        <source>lines</source>
+        <translation>Zeilen</translation>
+    </message>
+    <message>
+        <source>The base path %1 goes to the server.</source>
+        <translation>Der Basispfad %1 geht an den Server.</translation>
+    </message>
+    <message>
+        <source>Reading...</source>
+        <translation>Liest...</translation>
+    </message>
+    <message>
+        <source>Sending %1...</source>
+        <translation>Sendet %1...</translation>
+    </message>
+    <message>
+        <source>The base path is refused: %1</source>
+        <translation>Der Basispfad wird abgelehnt: %1</translation>
+    </message>
+    <message>
+        <source>The server refused %1 of %2: %3</source>
+        <translation>Der Server hat %1 von %2 abgelehnt: %3</translation>
+    </message>
+    <message>
+        <source>The server took %1.</source>
+        <translation>Der Server hat %1 angenommen.</translation>
+    </message>
+    <message>
+        <source>As on the server.</source>
+        <translation>Wie auf dem Server.</translation>
+    </message>
+    <message>
+        <source>%1 changed here, not on the server yet.</source>
+        <translation>%1 hier geändert, noch nicht auf dem Server.</translation>
+    </message>
+    <message>
+        <source>The base path is kept for the next download.</source>
+        <translation>Der Basispfad wird für den nächsten Download behalten.</translation>
+    </message>
+    <message>
+        <source>Set: %1</source>
+        <translation>Gesetzt: %1</translation>
+    </message>
+    <message>
+        <source>Needs a connected server</source>
+        <translation>Braucht einen verbundenen Server</translation>
+    </message>
+    <message>
+        <source>Wait until the lines on their way are answered</source>
+        <translation>Warten Sie, bis die Zeilen unterwegs beantwortet sind</translation>
+    </message>
+    <message>
+        <source>Ask the server for its settings (F5)</source>
+        <translation>Den Server nach seinen Einstellungen fragen (F5)</translation>
+    </message>
+    <message>
+        <source>Send all settings to the server</source>
+        <translation>Alle Einstellungen an den Server senden</translation>
+    </message>
+    <message>
+        <source>Send all settings and let the server store them</source>
+        <translation>Alle Einstellungen senden und vom Server speichern lassen</translation>
+    </message>
+    <message>
+        <source>Add a setting here</source>
+        <translation>Hier eine Einstellung hinzufügen</translation>
+    </message>
+    <message>
+        <source>Forget the chosen setting here</source>
+        <translation>Die gewählte Einstellung hier vergessen</translation>
+    </message>
+    <message>
+        <source>Choose a setting in the table first</source>
+        <translation>Wählen Sie zuerst eine Einstellung in der Tabelle</translation>
+    </message>
+    <message>
+        <source>Put all values back to the server&apos;s</source>
+        <translation>Alle Werte auf die des Servers zurücksetzen</translation>
+    </message>
+    <message>
+        <source>Nothing was changed here</source>
+        <translation>Hier wurde nichts geändert</translation>
+    </message>
+    <message>
+        <source>Keep the base path for the next download</source>
+        <translation>Den Basispfad für den nächsten Download behalten</translation>
+    </message>
+    <message>
+        <source>Send the base path to the server</source>
+        <translation>Den Basispfad an den Server senden</translation>
+    </message>
+    <message>
+        <source>Type a path first</source>
+        <translation>Tippen Sie zuerst einen Pfad</translation>
+    </message>
+    <message>
+        <source>Not while the server is in the status %1</source>
+        <translation>Nicht solange der Server im Status %1 ist</translation>
+    </message>
+    <message>
+        <source>Store the address in the settings; download them to send it</source>
+        <translation>Die Adresse in den Einstellungen ablegen; der Download sendet sie</translation>
+    </message>
+    <message>
+        <source>Type an IPv4 address such as 192.168.0.16 first</source>
+        <translation>Tippen Sie zuerst eine IPv4-Adresse wie 192.168.0.16</translation>
+    </message>
+</context>
+<context>
+    <name>console::SnapshotWindow</name>
+    <message>
+        <source>No reply: %1. Refresh to ask again.</source>
+        <translation>Keine Antwort: %1. Auffrischen fragt wieder.</translation>
+    </message>
+    <message>
+        <source>No reply: the server was stopped.</source>
+        <translation>Keine Antwort: der Server wurde angehalten.</translation>
+    </message>
+    <message>
+        <source>Asking the server...</source>
+        <translation>Fragt den Server...</translation>
+    </message>
+    <message>
+        <source>value</source>
+        <translation>Wert</translation>
+    </message>
+    <message>
+        <source>values</source>
+        <translation>Werte</translation>
+    </message>
+    <message>
+        <source>%1 of %2</source>
+        <translation>%1 von %2</translation>
+    </message>
+    <message>
+        <source>%1, as of %2</source>
+        <translation>%1, Stand %2</translation>
+    </message>
+    <message>
+        <source>Ask the server again (F5)</source>
+        <translation>Den Server wieder fragen (F5)</translation>
+    </message>
+    <message>
+        <source>Wait for the reply</source>
+        <translation>Warten Sie auf die Antwort</translation>
+    </message>
+    <message>
+        <source>Needs a connected server. The values of before stay here.</source>
+        <translation>Braucht einen verbundenen Server. Die bisherigen Werte bleiben hier.</translation>
+    </message>
+</context>
+</TS>
