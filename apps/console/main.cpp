@@ -47,15 +47,17 @@ int runConsole(const console::Options& options, QSettings& memory)
     window.show();
     QTimer::singleShot(0, &window, [&] { window.startServer(options); });
     if (options.tourDirectory.isEmpty()) {
-        const console::QuitSignals quitSignals(window);
+        const console::QuitSignals quitSignals(window, [&window] { window.close(); });
         return QApplication::exec();
     }
     console::Tour tour(window, options.tourDirectory);
     if (!tour.isReady())
         return complain(QStringLiteral("cannot write to %1").arg(options.tourDirectory), mistakeStatus);
+    const console::QuitSignals quitSignals(window, [&tour] { tour.interrupt(); });
     QApplication::setQuitOnLastWindowClosed(false); // the tour says when it is over
     QTimer::singleShot(0, &window, [&tour] { QCoreApplication::exit(tour.run()); });
-    return QApplication::exec();
+    const int status = QApplication::exec();
+    return status == 0 ? 0 : complain(tour.summary(), status);
 }
 
 } // namespace

@@ -1,7 +1,6 @@
 #include "quitsignals.h"
 
 #include <QSocketNotifier>
-#include <QWidget>
 
 #include <array>
 #include <csignal>
@@ -23,15 +22,15 @@ extern "C" void onQuitSignal(int /*signal*/)
 
 } // namespace
 
-QuitSignals::QuitSignals(QWidget& window)
+QuitSignals::QuitSignals(QObject& context, const std::function<void()>& quit)
 {
     if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, pipeEnds.data()) != 0)
         return;
-    auto* notifier = new QSocketNotifier(pipeEnds[1], QSocketNotifier::Read, &window);
-    QObject::connect(notifier, &QSocketNotifier::activated, &window, [&window] {
+    auto* notifier = new QSocketNotifier(pipeEnds[1], QSocketNotifier::Read, &context);
+    QObject::connect(notifier, &QSocketNotifier::activated, &context, [quit] {
         char byte = 0;
         if (::read(pipeEnds[1], &byte, 1) == 1)
-            window.close();
+            quit();
     });
     for (const int number : quitSignals)
         std::signal(number, onQuitSignal);
@@ -41,7 +40,7 @@ QuitSignals::~QuitSignals()
 {
     for (const int number : quitSignals)
         std::signal(number, SIG_DFL);
-    // The descriptors stay with the notifier, which the window deletes; the process ends soon after.
+    // The descriptors stay with the notifier, which its parent deletes; the process ends soon after.
 }
 
 } // namespace console

@@ -1,15 +1,18 @@
 // Ctrl+C in the terminal, and the end of the login session, close the console as its window's button does.
 #pragma once
 
-class QWidget;
+#include <QObject>
+
+#include <functional>
 
 namespace console {
 
-/// While it lives, SIGINT, SIGTERM and SIGHUP close the window, so that the local server is shut down too. One at a
-/// time.
+/// While it lives, SIGINT, SIGTERM and SIGHUP call `quit` in the event loop, so that the local server is shut down too.
+/// One at a time.
 class QuitSignals {
 public:
-    explicit QuitSignals(QWidget& window);
+    /// `quit` is not called any more after `context` has gone.
+    QuitSignals(QObject& context, const std::function<void()>& quit);
     ~QuitSignals();
     QuitSignals(const QuitSignals&) = delete;
     QuitSignals& operator=(const QuitSignals&) = delete;

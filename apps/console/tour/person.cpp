@@ -63,9 +63,10 @@ TourFailure::TourFailure(const QString& what)
 {
 }
 
-Person::Person(const QDir& directory, const QString& prefix)
+Person::Person(const QDir& directory, const QString& prefix, const bool& isInterrupted)
     : m_directory(directory)
     , m_prefix(prefix)
+    , m_isInterrupted(isInterrupted)
 {
 }
 
@@ -77,13 +78,15 @@ void Person::waitUntil(const QString& what, const std::function<bool()>& happene
     QTimer poll;
     poll.setInterval(pollMs);
     QObject::connect(&poll, &QTimer::timeout, &loop, [&] {
-        if (happened() || elapsed.hasExpired(limitMs))
+        if (m_isInterrupted || happened() || elapsed.hasExpired(limitMs))
             loop.quit();
     });
+    expect(!m_isInterrupted, QStringLiteral("nobody interrupts the tour"));
     if (happened())
         return;
     poll.start();
     loop.exec();
+    expect(!m_isInterrupted, QStringLiteral("nobody interrupts the tour"));
     if (!happened())
         throw TourFailure(QStringLiteral("waited %1 s in vain until %2").arg(limitMs / 1000).arg(what));
 }
@@ -233,6 +236,7 @@ void Person::answering(const std::function<void(QWidget&)>& answer, const std::f
 
 void Person::picture(QWidget& window, const QString& name)
 {
+    expect(!m_isInterrupted, QStringLiteral("nobody interrupts the tour"));
     look(60); // what is posted gets painted
     const QImage image = window.grab().toImage();
     const QString file = QStringLiteral("%1-%2-%3.png").arg(m_prefix).arg(m_pictures.size() + 1).arg(name);

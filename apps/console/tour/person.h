@@ -26,8 +26,9 @@ public:
 /// GUI thread; every wait keeps the event loop going.
 class Person {
 public:
-    /// Pictures go to `directory`, which exists, and are called prefix-N-name.png.
-    Person(const QDir& directory, const QString& prefix);
+    /// Pictures go to `directory`, which exists, and are called prefix-N-name.png. As soon as `isInterrupted` holds
+    /// every wait throws.
+    Person(const QDir& directory, const QString& prefix, const bool& isInterrupted);
 
     /// Files of the pictures taken so far.
     const QStringList& pictures() const { return m_pictures; }
@@ -79,6 +80,7 @@ protected:
     QDir m_directory;
     QString m_prefix;
     QStringList m_pictures;
+    const bool& m_isInterrupted;
 };
 
 } // namespace console

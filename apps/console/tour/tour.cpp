@@ -1,11 +1,14 @@
 #include "tour/tour.h"
 
 #include "mainwindow.h"
+#include "servercontroller.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
+#include <QEventLoop>
 #include <QFile>
 #include <QPointer>
+#include <QTimer>
 
 namespace console {
 
@@ -55,7 +58,7 @@ Tour::Tour(MainWindow& window, const QString& directory)
 {
     if (!m_directory.mkpath(QStringLiteral(".")))
         return;
-    for (const QString& file : m_directory.entryList({ QStringLiteral("[0-9][0-9]-*.png") }, QDir::Files))
+    for (const QString& file : m_directory.entryList({ QStringLiteral("[0-9][0-9]-*.*") }, QDir::Files))
         m_directory.remove(file);
     QFile report(m_directory.filePath(QStringLiteral("report.txt")));
     m_isReady = report.open(QIODevice::WriteOnly);
@@ -63,7 +66,8 @@ Tour::Tour(MainWindow& window, const QString& directory)
 
 bool Tour::runStep(const TourStep& step, int number, QTextStream& report)
 {
-    Person person(m_directory, QStringLiteral("%1-%2").arg(number, 2, 10, QLatin1Char('0')).arg(step.name));
+    Person person(
+        m_directory, QStringLiteral("%1-%2").arg(number, 2, 10, QLatin1Char('0')).arg(step.name), m_isInterrupted);
     QElapsedTimer elapsed;
     elapsed.start();
     QString failure;
@@ -75,10 +79,33 @@ bool Tour::runStep(const TourStep& step, int number, QTextStream& report)
     failure += closeStrayBoxes();
     report << (failure.isEmpty() ? "ok    " : "FAIL  ") << step.name << "  "
            << QString::number(double(elapsed.elapsed()) / 1000.0, 'f', 1) << " s  " << person.pictures().join(u' ');
-    if (!failure.isEmpty())
+    if (!failure.isEmpty()) {
         report << "\n      " << failure;
+        m_failures.append(QStringLiteral("%1: %2").arg(step.name, failure));
+    }
     report << Qt::endl;
     return failure.isEmpty();
+}
+
+QString Tour::summary() const
+{
+    return QStringLiteral("the tour failed\n%1\nThe report is %2.")
+        .arg(m_failures.join(u'\n'), m_directory.filePath(QStringLiteral("report.txt")));
+}
+
+void Tour::leaveServer()
+{
+    constexpr int limitMs = 5000;
+    ServerController& controller = m_window.controller();
+    controller.stop();
+    QEventLoop loop;
+    QObject::connect(&controller, &ServerController::stateChanged, &loop, [&] {
+        if (controller.state() == ServerState::Off)
+            loop.quit();
+    });
+    QTimer::singleShot(limitMs, &loop, &QEventLoop::quit); // beyond it the server is ended by force
+    if (controller.state() != ServerState::Off)
+        loop.exec();
 }
 
 int Tour::run()
@@ -98,7 +125,7 @@ int Tour::run()
         if (runStep(step, ++number, report))
             continue;
         ++failed;
-        if (step.isNeeded)
+        if (step.isNeeded || m_isInterrupted)
             break;
     }
     if (number < steps.size())
@@ -106,6 +133,7 @@ int Tour::run()
     report << (failed == 0 ? QStringLiteral("The tour went well: %1 steps.").arg(steps.size())
                            : QStringLiteral("%1 of %2 steps failed.").arg(failed).arg(steps.size()))
            << Qt::endl;
+    leaveServer();
     return failed == 0 && report.status() == QTextStream::Ok ? 0 : 1;
 }
 

@@ -25,7 +25,8 @@ struct TourStep {
 QList<TourStep> openingSteps();
 QList<TourStep> closingSteps();
 
-/// Runs all steps on the window and writes report.txt. Returns the process's exit status: 0 if every step went well.
+/// Runs all steps on the window and writes report.txt into the directory. Returns the process's exit status: 0 if every
+/// step went well.
 class Tour {
 public:
     /// `directory` is made if need be; files of an earlier tour in it are removed.
@@ -33,13 +34,21 @@ public:
     /// False if pictures cannot be written to the directory.
     bool isReady() const { return m_isReady; }
     int run();
+    /// Lets the step under way fail, and tries none of those behind it.
+    void interrupt() { m_isInterrupted = true; }
+    /// What went wrong, a line for each step, and where the report is.
+    QString summary() const;
 
 protected:
+    /// Lets a server end that a failed or interrupted tour has left running.
+    void leaveServer();
     bool runStep(const TourStep& step, int number, QTextStream& report);
 
     MainWindow& m_window;
     QDir m_directory;
     bool m_isReady = false;
+    bool m_isInterrupted = false;
+    QStringList m_failures;
 };
 
 } // namespace console

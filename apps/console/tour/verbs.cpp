@@ -2,6 +2,7 @@
 
 #include "commandpanel.h"
 #include "mainwindow.h"
+#include "noticebar.h"
 
 #include <QLineEdit>
 
@@ -9,7 +10,11 @@ namespace console {
 
 void waitForState(Person& person, MainWindow& window, ServerState state, const QString& what)
 {
-    person.waitUntil(what, [&] { return window.controller().state() == state; });
+    const auto has = [&](ServerState wanted) { return window.controller().state() == wanted; };
+    person.waitUntil(what, [&] { return has(state) || has(ServerState::Failed); });
+    if (!has(state)) // waiting on would bring nothing
+        throw TourFailure(
+            QStringLiteral("%1: %2").arg(what, person.find<NoticeBar>(window, "noticeBar").notice().text));
 }
 
 void ask(Person& person, MainWindow& window, const QString& command)
