@@ -3,6 +3,7 @@
 #include "tarnis/dialogs/histogramreply_p.h"
 #include "tarnis/dialogs/livewindow_p.h"
 #include "tarnis/foundation/checkedconnect_p.h"
+#include "tarnis/foundation/modalbox_p.h"
 #include "tarnis/foundation/trace_p.h"
 #include "tarnis/plots/multivectorgraphwidget.h"
 #include "tarnis/server/tarnissession.h"
@@ -11,7 +12,6 @@
 
 #include <QCloseEvent>
 #include <QCoreApplication>
-#include <QMessageBox>
 #include <QPointer>
 #include <QTimer>
 
@@ -194,7 +194,9 @@ bool Graph1DDialog::onResultExInfo(QList<QString> const& lines)
 
 void Graph1DDialog::error(int code, QString const& text)
 {
-    TarnisSession::showErrorMessage(code, text);
+    const bool closed = timer && !session; // the session had queued it before
+    if (!closed)
+        TarnisSession::showErrorMessage(code, text);
 }
 
 void Graph1DDialog::result(PTarnisCmd command, QByteArray const& payload)
@@ -202,7 +204,7 @@ void Graph1DDialog::result(PTarnisCmd command, QByteArray const& payload)
     if (!isVisible())
         return;
     if (!onResultExInfo(tarnis::replyTextLines(command->m_replyText))) {
-        timer->start();
+        pollLater();
         return;
     }
     if (!command->m_bBinary) {
@@ -220,7 +222,13 @@ void Graph1DDialog::result(PTarnisCmd command, QByteArray const& payload)
         return;
     ui->graphWidget->refreshPixmap();
     Q_EMIT onGraphUpdated();
-    timer->start();
+    pollLater();
+}
+
+void Graph1DDialog::pollLater()
+{
+    if (timer)
+        timer->start();
 }
 
 bool Graph1DDialog::showRows(QByteArray const& payload)
@@ -243,8 +251,8 @@ bool Graph1DDialog::showPairs(QString const& replyText, QByteArray const& payloa
     QString text = replyText;
     std::optional<tarnis::PairAxis> axis = tarnis::takePairAxis(text);
     if (!axis) {
-        QMessageBox::information(
-            this, QCoreApplication::applicationName(), tr("failed to parse information - '%1'").arg(text));
+        tarnis::showBox(QMessageBox::Information, this, QCoreApplication::applicationName(),
+            tr("failed to parse information - '%1'").arg(text));
         return false;
     }
     if (extendLastBin)
@@ -253,7 +261,7 @@ bool Graph1DDialog::showPairs(QString const& replyText, QByteArray const& payloa
     ui->graphWidget->setResolution(1);
     const std::optional<tarnis::PairSamples> samples = tarnis::pairSamples(payload, *axis);
     if (!samples) {
-        QMessageBox::warning(this, QCoreApplication::applicationName(), tr("Invalid index!"));
+        tarnis::showBox(QMessageBox::Warning, this, QCoreApplication::applicationName(), tr("Invalid index!"));
         return false;
     }
     ui->graphWidget->setData(0, samples->ys, tarnis::largest(samples->ys, 0.0));

@@ -70,13 +70,6 @@ protected:
     void changeEvent(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
 
-    void setUpDescription(QString const& desc);
-    void setUpPlot(QString const& title, QString const& xLabel, double xMin, double xMax, int resolution, int decimalX,
-        QString const& desc);
-    void showDemonstration(int resolution);
-    bool showRows(QByteArray const& payload);
-    bool showPairs(QString const& replyText, QByteArray const& payload);
-
     std::unique_ptr<Ui::Graph1DDialog> ui;
     TarnisSession* session = nullptr; ///< owned; null in the demonstration and after close
     QString cmd;
@@ -85,4 +78,13 @@ protected:
     bool pairMode; ///< the axis comes with each reply
     bool extendLastBin = false; ///< widens a reply's axis by a bin, so that its upper end is inside
     QTimer* timer = nullptr; ///< owned; null in the demonstration
+
+    // Steps of the constructor and of result()
+    TARNIS_NO_EXPORT void setUpDescription(QString const& desc);
+    TARNIS_NO_EXPORT void setUpPlot(QString const& title, QString const& xLabel, double xMin, double xMax,
+        int resolution, int decimalX, QString const& desc);
+    TARNIS_NO_EXPORT void showDemonstration(int resolution);
+    TARNIS_NO_EXPORT void pollLater();
+    TARNIS_NO_EXPORT bool showRows(QByteArray const& payload);
+    TARNIS_NO_EXPORT bool showPairs(QString const& replyText, QByteArray const& payload);
 };

@@ -90,9 +90,14 @@ std::optional<PairAxis> takePairAxis(QString& replyText)
     return axis;
 }
 
+double nearestBin(double x, const PairAxis& axis)
+{
+    return std::round((x - axis.min) * axis.bins / (axis.max - axis.min));
+}
+
 std::optional<int> binOf(double x, const PairAxis& axis)
 {
-    const double position = std::round((x - axis.min) * axis.bins / (axis.max - axis.min));
+    const double position = nearestBin(x, axis);
     // Written so that a NaN is refused too.
     if (!(position >= 0.0 && position < axis.bins))
         return std::nullopt;
@@ -110,7 +115,7 @@ std::optional<PairSamples> pairSamples(const QByteArray& payload, const PairAxis
         const double y = doubleAt(payload, 2 * pair + 1);
         const std::optional<int> index = binOf(x, axis);
         if (traced)
-            TARNIS_TRACE(QStringLiteral("[%1] %2,%3").arg(index.value_or(-1)).arg(x).arg(y));
+            TARNIS_TRACE(QStringLiteral("[%1] %2,%3").arg(nearestBin(x, axis) + 0.0, 0, 'f', 0).arg(x).arg(y));
         if (!index)
             return std::nullopt;
         samples.xs[pair] = x;

@@ -36,8 +36,10 @@ struct PairAxis {
 /// "(" is missing or first, if there are not three tokens at single blanks, or if there are more than 2^24 bins.
 std::optional<PairAxis> takePairAxis(QString& replyText);
 
-/// The bin of `x`: the nearest integer to (x - min) * bins / (max - min), halves away from zero; nothing outside of the
-/// bins or for a position that is no number.
+/// The nearest integer to (x - min) * bins / (max - min), halves away from zero; outside of the bins too.
+double nearestBin(double x, const PairAxis& axis);
+
+/// The bin of `x`, which is the nearest one; nothing outside of the bins or for a position that is no number.
 std::optional<int> binOf(double x, const PairAxis& axis);
 
 /// Samples of the pair format. `xs` is filled from the front, `ys` at the bins.

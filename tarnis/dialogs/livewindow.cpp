@@ -3,13 +3,13 @@
 #include "tarnis/dialogs/histogramreply_p.h"
 #include "tarnis/foundation/checkedconnect_p.h"
 #include "tarnis/foundation/helpers.h"
+#include "tarnis/foundation/modalbox_p.h"
 #include "tarnis/foundation/trace_p.h"
 #include "tarnis/server/tarniscmd.h"
 #include "tarnis/server/tarnissession.h"
 
 #include <QCoreApplication>
 #include <QLabel>
-#include <QMessageBox>
 #include <QProgressBar>
 #include <QTimer>
 
@@ -82,7 +82,7 @@ QString complaints(const QStringList& lines)
 
 void showRefusal(QWidget* window, const TarnisCmd& command, const QByteArray& reply)
 {
-    QMessageBox::warning(window, QCoreApplication::applicationName(),
+    showBox(QMessageBox::Warning, window, QCoreApplication::applicationName(),
         QCoreApplication::translate("LiveWindow", ">>> %1\n<<< %2").arg(command.m_cmd, QString::fromUtf8(reply)));
 }
 

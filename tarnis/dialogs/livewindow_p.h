@@ -21,8 +21,8 @@ inline constexpr int pollIntervalMs = 1000;
 /// reach the slots onTimeout(), result() and error() of `window`.
 TarnisSession* startPrivateSession(TarnisSession& model, QObject* window);
 
-/// Ends the session, waiting for its thread, and sets the pointer to null. What the session has still queued for
-/// `window` reaches it no more.
+/// Ends the session, waiting for its thread, and sets the pointer to null. What the session has queued for `window` by
+/// then still reaches its slots, which find the pointer null.
 void endPrivateSession(TarnisSession*& session, const QObject* window);
 
 /// Queues each of `commands` as a text command.

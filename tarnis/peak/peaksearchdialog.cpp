@@ -1,10 +1,11 @@
 #include "tarnis/peak/peaksearchdialog.h"
 
+#include "tarnis/foundation/modalbox_p.h"
+
 #include "ui_peaksearchdialog.h"
 
 #include <QCoreApplication>
 #include <QEvent>
-#include <QMessageBox>
 
 namespace {
 
@@ -53,12 +54,12 @@ void PeakSearchDialog::onSearch()
 {
     const int threshold = ui->lineEditThreshold->text().toInt();
     if (static_cast<unsigned int>(threshold) > maxThresholdPercent) {
-        QMessageBox::warning(this, QCoreApplication::applicationName(), tr("Invalid threshold."), QMessageBox::Ok);
+        tarnis::showBox(QMessageBox::Warning, this, QCoreApplication::applicationName(), tr("Invalid threshold."));
         return;
     }
     const int width = ui->lineEditWidth->text().toInt();
     if (width < minWidthSamples) {
-        QMessageBox::warning(this, QCoreApplication::applicationName(), tr("Invalid width."), QMessageBox::Ok);
+        tarnis::showBox(QMessageBox::Warning, this, QCoreApplication::applicationName(), tr("Invalid width."));
         return;
     }
     emit search(threshold, width, true);

@@ -163,8 +163,11 @@ QRect ColumnShape::rect(int column, int row) const
     const auto farEdge = [](int near, double size) {
         return truncateToPixel(near + (std::isnan(size) ? 0.0 : std::trunc(size)) - 1.0);
     };
+    // Half the limit, so that width and height are within int too.
+    const auto bounded = [](int edge) { return std::clamp(edge, -pixelLimit / 2, pixelLimit / 2); };
     const int left = truncateToPixel(column - pixelsPerSample * 0.5);
-    return QRect(QPoint(left, row), QPoint(farEdge(left, pixelsPerSample), farEdge(row, baseRow - row)));
+    return QRect(QPoint(bounded(left), bounded(row)),
+        QPoint(bounded(farEdge(left, pixelsPerSample)), bounded(farEdge(row, baseRow - row))));
 }
 
 template <typename Scale>

@@ -41,7 +41,8 @@ MultiVectorGraphWidget::MultiVectorGraphWidget(QWidget* parent)
     connect(addCheckable(tr("Column Chart"), false), &QAction::toggled, this, &MultiVectorGraphWidget::onColumnChart);
     connect(
         addCheckable(tr("Connect Points"), true), &QAction::toggled, this, &MultiVectorGraphWidget::onConnectPoints);
-    connect(add(tr("Peak Search")), &QAction::triggered, this, &MultiVectorGraphWidget::onPeakSearch);
+    m_actPeakSearch = add(tr("Peak Search"));
+    connect(m_actPeakSearch, &QAction::triggered, this, &MultiVectorGraphWidget::onPeakSearch);
     connect(addCheckable(tr("Log Scale"), false), &QAction::triggered, this, &MultiVectorGraphWidget::onLogScale);
 
     m_showGrid = true;
@@ -61,7 +62,7 @@ void MultiVectorGraphWidget::setData(int index, const QList<double>& values, dou
     if (index < 0)
         return;
     if (index >= m_data.size())
-        m_data.resize(index + 1);
+        m_data.resize(qsizetype(index) + 1);
     m_data[index].values = values;
     const int group = index / groupSize();
     if (group >= m_maxValues.size())
@@ -80,7 +81,7 @@ void MultiVectorGraphWidget::setEnable(int index, bool enable)
     if (index < 0)
         return;
     if (index >= m_data.size())
-        m_data.resize(index + 1);
+        m_data.resize(qsizetype(index) + 1);
     m_data[index].enable = enable;
 }
 
@@ -89,7 +90,7 @@ void MultiVectorGraphWidget::setColor(int index, QColor color)
     if (index < 0)
         return;
     if (index >= m_data.size())
-        m_data.resize(index + 1);
+        m_data.resize(qsizetype(index) + 1);
     m_data[index].color = color;
 }
 
@@ -158,11 +159,7 @@ void MultiVectorGraphWidget::setFuncX2Plot(double (*x2plot)(double, void*), doub
 {
     m_funcX2Plot = x2plot;
     m_funcPlot2X = plot2x;
-    const QList<QAction*> entries = actions();
-    for (QAction* entry : entries) {
-        if (entry->text() == tr("Peak Search"))
-            removeAction(entry);
-    }
+    removeAction(m_actPeakSearch);
 }
 
 int MultiVectorGraphWidget::groupSize() const

@@ -147,10 +147,13 @@ protected:
     double (*m_funcX2Plot)(double, void*) = nullptr;
     double (*m_funcPlot2X)(double, void*) = nullptr;
 
-    // Helpers of the implementation
-    int groupSize() const; ///< m_groupSize, at least 1
-    void fitAutoScaledAxes();
-    tarnis::CurveDrawing drawingOf(double sx, double first, double last, double sy, int x0, int y0) const;
-    void paintFoundPeaks(QPainter& painter, const QRect& graph, double first, double sx, double sy);
-    void fillVisiblesTable(QTableWidget& table) const;
+    QAction* m_actPeakSearch; ///< owned by the widget
+
+    // Steps of the above
+    TARNIS_NO_EXPORT int groupSize() const; ///< m_groupSize, at least 1
+    TARNIS_NO_EXPORT void fitAutoScaledAxes();
+    TARNIS_NO_EXPORT tarnis::CurveDrawing drawingOf(
+        double sx, double first, double last, double sy, int x0, int y0) const;
+    TARNIS_NO_EXPORT void paintFoundPeaks(QPainter& painter, const QRect& graph, double first, double sx, double sy);
+    TARNIS_NO_EXPORT void fillVisiblesTable(QTableWidget& table) const;
 };

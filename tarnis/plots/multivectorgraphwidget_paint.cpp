@@ -38,8 +38,10 @@ void MultiVectorGraphWidget::onPaint(QPainter& painter, QRect const& graph)
 
     const QList<tarnis::SummedCurve> curves = tarnis::curvesOf(m_data, m_addType, groupSize());
     for (const tarnis::SummedCurve& curve : curves) {
-        if (!curve.enable)
+        if (!curve.enable) {
+            tarnis::traceDifferentLengths(m_data, curve);
             continue;
+        }
         painter.setPen(curve.color);
         const tarnis::SampleRange range = drawing.visited(tarnis::lengthOf(m_data, curve));
         if (curve.records.size() > 1) {
@@ -92,6 +94,9 @@ void MultiVectorGraphWidget::paintFoundPeaks(QPainter& painter, const QRect& gra
     if (m_peaks.isEmpty())
         return;
     const auto rowOf = [&](double value) { return tarnis::truncateToPixel(graph.bottom() - (value - m_minY) * sy); };
+    const auto columnOf = [&](double start, int number) {
+        return tarnis::truncateToPixel((start + number + 0.5 - first) * sx + graph.left());
+    };
     painter.setPen(QPen(Qt::white, 1, Qt::DashLine));
     const int thresholdRow = rowOf(m_peakThreshold);
     painter.drawLine(graph.left(), thresholdRow, graph.right(), thresholdRow);
@@ -103,8 +108,7 @@ void MultiVectorGraphWidget::paintFoundPeaks(QPainter& painter, const QRect& gra
             continue;
         }
         for (int j = 0; j < peak.points.size(); ++j) {
-            const QPoint pixel(
-                tarnis::truncateToPixel((peak.start + j + 0.5 - first) * sx + graph.left()), rowOf(peak.points.at(j)));
+            const QPoint pixel(columnOf(peak.start, j), rowOf(peak.points.at(j)));
             painter.drawRect(QRect(pixel - QPoint(1, 1), pixel));
         }
     }
@@ -121,8 +125,9 @@ void MultiVectorGraphWidget::mouseMoveEvent(QMouseEvent* event)
 {
     const tarnis::ReadOutAxis axis { { m_minX, m_maxX }, { m_initMinX, m_initMaxX }, m_decimalX != 0,
         static_cast<double>(m_resolution), m_funcX2Plot, m_funcPlot2X };
+    const bool apart = m_addType == AddNone || m_addType == AddEachGroup || m_addType == AddEachPosition;
     const QString text = tarnis::readOut(m_data, event->position().toPoint(), m_graphRect, axis, { m_minY, m_maxY },
-        m_addType == AddAll, { m_nameX, m_groupName, m_firstNumber });
+        !apart, { m_nameX, m_groupName, m_firstNumber });
     if (text.isEmpty())
         QToolTip::showText(event->globalPosition().toPoint(), QString());
     else

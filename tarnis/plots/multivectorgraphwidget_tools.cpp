@@ -3,12 +3,13 @@
 
 #include "tarnis/dialogs/selectcheckeddialog.h"
 #include "tarnis/foundation/helpers.h"
+#include "tarnis/foundation/modalbox_p.h"
 #include "tarnis/foundation/trace_p.h"
 #include "tarnis/peak/peaksearchdialog.h"
 #include "tarnis/plots/csvtext_p.h"
 #include "tarnis/plots/seriesnames_p.h"
 
-#include <QFileDialog>
+#include <QFile>
 #include <QHeaderView>
 #include <QTableWidget>
 #include <QTextStream>
@@ -51,8 +52,7 @@ QString MultiVectorGraphWidget::vector2Csv(const QList<Data>& list)
 
 void MultiVectorGraphWidget::onSaveCsv()
 {
-    const QString path =
-        QFileDialog::getSaveFileName(this, tr("Save CSV"), getSaveDir(), tr("CSV Files (*.csv *.txt)"));
+    const QString path = tarnis::askSaveFileName(this, tr("Save CSV"), getSaveDir(), tr("CSV Files (*.csv *.txt)"));
     if (path.isEmpty())
         return;
     QFile file(path);
@@ -101,7 +101,7 @@ void MultiVectorGraphWidget::fillVisiblesTable(QTableWidget& table) const
     const bool byGroup = m_addType == AddEachGroup;
     const bool byPosition = m_addType == AddEachPosition;
     const int series = byGroup ? tarnis::filledSeries(m_data) : count;
-    const int rows = byPosition ? 1 : (series + group - 1) / group;
+    const int rows = byPosition ? 1 : static_cast<int>((qsizetype(series) + group - 1) / group);
     table.setRowCount(rows);
     table.setColumnCount(byGroup ? 2 : group);
 
@@ -125,7 +125,7 @@ void MultiVectorGraphWidget::fillVisiblesTable(QTableWidget& table) const
     const QList<tarnis::SummedCurve> sums =
         byGroup ? tarnis::curvesByGroup(m_data, group) : QList<tarnis::SummedCurve>();
     for (int row = 0; row < rows; ++row) {
-        for (int column = 0; column < (byGroup ? 1 : group) && row * group + column < count; ++column)
+        for (int column = 0; column < (byGroup ? 1 : std::min(group, count - row * group)); ++column)
             table.setItem(row, column, checkItem(m_data.at(row * group + column).enable));
         if (byGroup)
             table.setItem(row, 1, swatch(sums.at(row).color));

@@ -47,7 +47,7 @@ CsvTable tableOfPositions(const QList<Series>& series, int groupSize, const Seri
     const QList<SummedCurve> positions = curvesByPosition(series, groupSize);
     QList<Series> columns;
     QStringList names;
-    for (int position = 0; position < std::min<qsizetype>(positions.size(), series.size()); ++position) {
+    for (int position = 0; position < positions.size(); ++position) {
         const SummedCurve& curve = positions.at(position);
         columns.append({ wholeSums(series, curve), curve.color, curve.enable });
         names.append(numberedName(words.item, position));
@@ -58,21 +58,21 @@ CsvTable tableOfPositions(const QList<Series>& series, int groupSize, const Seri
 /// Index of the first enabled record among every `step`-th one, or -1.
 int firstEnabled(const QList<Series>& series, int step)
 {
-    for (int i = 0; i < series.size(); i += step) {
+    for (qsizetype i = 0; i < series.size(); i += step) {
         if (series.at(i).enable)
-            return i;
+            return static_cast<int>(i);
     }
     return -1;
 }
 
 /// Every `step`-th record from `first` on, started over while there are no samples.
-SummedCurve curveFrom(const QList<Series>& series, int first, int step, int end)
+SummedCurve curveFrom(const QList<Series>& series, int first, int step, qsizetype end)
 {
     SummedCurve curve;
-    for (int i = first; i < end; i += step) {
+    for (qsizetype i = first; i < end; i += step) {
         if (lengthOf(series, curve) == 0)
             curve.records.clear();
-        curve.records.append(i);
+        curve.records.append(static_cast<int>(i));
     }
     return curve;
 }
@@ -107,7 +107,7 @@ CsvTable csvTableOf(const QList<Series>& series, AddType type, int groupSize, co
 std::optional<NamedCurve> firstEnabledCurve(
     const QList<Series>& series, AddType type, int groupSize, const SeriesWords& words)
 {
-    const int count = static_cast<int>(series.size());
+    const qsizetype count = series.size();
     const int first = firstEnabled(series, type == AddType::AddEachGroup ? groupSize : 1);
     if (first < 0)
         return std::nullopt;
@@ -116,7 +116,7 @@ std::optional<NamedCurve> firstEnabledCurve(
         return NamedCurve { recordName(words, first / groupSize, first % groupSize), series.at(first).values };
     case AddType::AddEachGroup:
         return NamedCurve { numberedName(words.group, first / groupSize),
-            wholeSums(series, curveFrom(series, first, 1, std::min(first + groupSize, count))) };
+            wholeSums(series, curveFrom(series, first, 1, std::min(qsizetype(first) + groupSize, count))) };
     case AddType::AddEachPosition:
         return NamedCurve { numberedName(words.item, first),
             wholeSums(series, curveFrom(series, first, groupSize, count)) };

@@ -23,16 +23,6 @@ bool isEmpty(const QList<Series>& series, const SummedCurve& curve)
     return curve.records.isEmpty() || series.at(curve.records.constFirst()).values.isEmpty();
 }
 
-void traceDifferentLengths(const QList<Series>& series, const SummedCurve& curve)
-{
-    const qsizetype length = lengthOf(series, curve);
-    for (qsizetype i = 1; i < curve.records.size(); ++i) {
-        const qsizetype other = series.at(curve.records.at(i)).values.size();
-        if (other != length)
-            TARNIS_TRACE(QStringLiteral("Dst Size: %1 Src Size: %2").arg(length).arg(other));
-    }
-}
-
 // Adds sample by sample, block by block; every sum is taken in the order of the records.
 void addUp(const QList<Series>& series, const SummedCurve& curve, SampleRange range, double* sums)
 {
@@ -44,7 +34,7 @@ void addUp(const QList<Series>& series, const SummedCurve& curve, SampleRange ra
         for (qsizetype i = 1; i < curve.records.size(); ++i) {
             const QList<double>& other = series.at(curve.records.at(i)).values;
             const int common = static_cast<int>(std::min<qsizetype>(end, other.size())) - begin;
-            const double* samples = other.constData() + begin;
+            const double* samples = common > 0 ? other.constData() + begin : nullptr;
             for (int k = 0; k < common; ++k)
                 block[k] += samples[k];
         }
@@ -117,6 +107,16 @@ SummedCurve curveOfAll(const QList<Series>& series, bool enabledOnly)
         curve.records.append(i);
     }
     return curve;
+}
+
+void traceDifferentLengths(const QList<Series>& series, const SummedCurve& curve)
+{
+    const qsizetype length = lengthOf(series, curve);
+    for (qsizetype i = 1; i < curve.records.size(); ++i) {
+        const qsizetype other = series.at(curve.records.at(i)).values.size();
+        if (other != length)
+            TARNIS_TRACE(QStringLiteral("Dst Size: %1 Src Size: %2").arg(length).arg(other));
+    }
 }
 
 std::unique_ptr<double[]> sumsOf(const QList<Series>& series, const SummedCurve& curve, SampleRange range)

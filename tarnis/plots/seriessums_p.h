@@ -38,6 +38,9 @@ QList<SummedCurve> curvesByPosition(const QList<Series>& series, int groupSize);
 /// One curve of all records, or of the enabled ones, white until the first gives its colour.
 SummedCurve curveOfAll(const QList<Series>& series, bool enabledOnly);
 
+/// Traces each record of the curve whose length is not that of the first.
+void traceDifferentLengths(const QList<Series>& series, const SummedCurve& curve);
+
 /// The sums of the curve's records over `range`, which lies within the first of them. Where another is shorter, it adds
 /// its length only; a difference of lengths is traced.
 std::unique_ptr<double[]> sumsOf(const QList<Series>& series, const SummedCurve& curve, SampleRange range);

@@ -1,13 +1,14 @@
 #include "tarnis/plots/vectorgraphwidget.h"
 
 #include "tarnis/foundation/helpers.h"
+#include "tarnis/foundation/modalbox_p.h"
 #include "tarnis/peak/peaksearchdialog.h"
 #include "tarnis/plots/csvtext_p.h"
 #include "tarnis/plots/curvepaint_p.h"
 #include "tarnis/plots/peakcurve_p.h"
 
 #include <QAction>
-#include <QFileDialog>
+#include <QFile>
 #include <QPainter>
 #include <QTextStream>
 
@@ -144,8 +145,7 @@ void VectorGraphWidget::peakSearch(int threshold, int width, bool peak)
 
 void VectorGraphWidget::onSaveCsv()
 {
-    const QString path =
-        QFileDialog::getSaveFileName(this, tr("Save CSV"), getSaveDir(), tr("CSV Files (*.csv *.txt)"));
+    const QString path = tarnis::askSaveFileName(this, tr("Save CSV"), getSaveDir(), tr("CSV Files (*.csv *.txt)"));
     if (path.isEmpty())
         return;
     QFile file(path);

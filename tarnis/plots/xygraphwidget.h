@@ -239,10 +239,10 @@ protected:
     XRangeInputDialog* m_xRangeDialog = nullptr; ///< the open box, a child
 
     // Steps of the mouse tools and editors
-    tarnis::PlotRanges visibleRanges() const;
-    void changeRanges(const tarnis::PlotRanges& ranges);
-    void finishRubberBand();
-    void openEditorAt(const QPoint& point);
-    void enterMinY(double value);
-    void enterMaxY(double value);
+    TARNIS_NO_EXPORT tarnis::PlotRanges visibleRanges() const;
+    TARNIS_NO_EXPORT void changeRanges(const tarnis::PlotRanges& ranges);
+    TARNIS_NO_EXPORT void finishRubberBand();
+    TARNIS_NO_EXPORT void openEditorAt(const QPoint& point);
+    TARNIS_NO_EXPORT void enterMinY(double value);
+    TARNIS_NO_EXPORT void enterMaxY(double value);
 };

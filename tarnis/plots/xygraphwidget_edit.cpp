@@ -1,11 +1,11 @@
 // Editors of the axis ends: in place on the labels, and as a dialog for the Y axis.
 #include "tarnis/plots/xygraphwidget.h"
 
+#include "tarnis/foundation/modalbox_p.h"
 #include "tarnis/plots/labeleditor_p.h"
 #include "tarnis/plots/plotnumbers_p.h"
 #include "tarnis/plots/plotpixmap_p.h"
 
-#include <QInputDialog>
 #include <QLineEdit>
 
 #include <optional>
@@ -28,9 +28,8 @@ double takeNumber(QLineEdit*& edit)
 
 std::optional<double> askNumber(QWidget* parent, const QString& title, const QString& label, double value)
 {
-    bool accepted = false;
-    const QString text = QInputDialog::getText(parent, title, label, QLineEdit::Normal, editText(value), &accepted);
-    return accepted ? std::optional<double>(text.toDouble()) : std::nullopt;
+    const std::optional<QString> text = tarnis::askText(parent, title, label, editText(value));
+    return text ? std::optional<double>(text->toDouble()) : std::nullopt;
 }
 
 } // namespace

@@ -2,10 +2,9 @@
 #include "tarnis/plots/xygraphwidget.h"
 
 #include "tarnis/foundation/helpers.h"
+#include "tarnis/foundation/modalbox_p.h"
 #include "tarnis/plots/plotpixmap_p.h"
 
-#include <QFileDialog>
-#include <QMessageBox>
 #include <QPainter>
 #include <QPrintDialog>
 
@@ -13,21 +12,22 @@
 
 void XYGraphWidget::onSave()
 {
-    const QString path = QFileDialog::getSaveFileName(this, tr("Save"), getSaveDir(), tr("Images (*.png *.jpg)"));
+    const QString path = tarnis::askSaveFileName(this, tr("Save"), getSaveDir(), tr("Images (*.png *.jpg)"));
     if (path.isEmpty())
         return;
     const std::unique_ptr<QPixmap> pixmap(toPixmap());
     if (tarnis::savePixmap(*pixmap, path))
         setSaveFilePath(path);
     else
-        QMessageBox::warning(this, tr("Save Image"), tr("Save %1 failed.").arg(path), QMessageBox::Ok);
+        tarnis::showBox(QMessageBox::Warning, this, tr("Save Image"), tr("Save %1 failed.").arg(path));
 }
 
 void XYGraphWidget::onPrint()
 {
-    QPrintDialog dialog(&m_printer, this);
-    if (dialog.exec() != QDialog::Accepted)
+    auto* const dialog = new QPrintDialog(&m_printer, this);
+    if (!tarnis::isAccepted(dialog))
         return;
+    delete dialog;
     const std::unique_ptr<QPixmap> pixmap(toPixmap());
     pixmap->setDevicePixelRatio(1.0); // the page is filled by the picture's own pixels
     QPainter painter;

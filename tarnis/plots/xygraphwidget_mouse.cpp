@@ -22,6 +22,12 @@ void excludeOthers(const QAction* chosen, std::initializer_list<QAction*> tools)
     }
 }
 
+/// Values are divided by both sides, which may be negative where a plot is smaller than its margins.
+bool hasExtent(const QRect& graph)
+{
+    return graph.width() != 0 && graph.height() != 0;
+}
+
 } // namespace
 
 void XYGraphWidget::onRectangle()
@@ -103,7 +109,7 @@ void XYGraphWidget::finishRubberBand()
 {
     m_selecting = false;
     const QRect band = m_selectRect.normalized();
-    if (band.isValid() && !m_graphRect.isEmpty()) {
+    if (band.isValid() && hasExtent(m_graphRect)) {
         const auto [x, y] = tarnis::valuesOf(band, visibleRanges(), m_graphRect);
         onSetRectangle(x.min, x.max, y.min, y.max);
     }
@@ -157,7 +163,7 @@ void XYGraphWidget::mouseMoveEvent(QMouseEvent* event)
         m_rubberBand.setGeometry(m_selectRect.normalized() & m_graphRect);
         m_rubberBand.show();
         update();
-    } else if (m_selecting && m_mode == tarnis::MoveTool && point != m_lastPos && !m_graphRect.isEmpty()) {
+    } else if (m_selecting && m_mode == tarnis::MoveTool && point != m_lastPos && hasExtent(m_graphRect)) {
         changeRanges(tarnis::movedAlong(m_lastPos, point, visibleRanges(), m_graphRect));
         m_lastPos = point;
     }

@@ -14,7 +14,7 @@
 
 namespace tarnis::testing {
 
-/// Answers each message box with Ok and keeps what it said. While a box is open, `whileOpen` may act first.
+/// Answers each message box with Ok and keeps what it said. While a box is open, `whileOpen` may act first, or instead.
 class BoxWatch : public QObject {
 public:
     BoxWatch()
@@ -26,6 +26,7 @@ public:
     QStringList titles;
     QList<QMessageBox::Icon> icons;
     std::function<void()> whileOpen;
+    bool answers = true; ///< false: boxes stay open
 
 private:
     void look()
@@ -40,7 +41,7 @@ private:
         const QPointer<QMessageBox> guard(box);
         if (whileOpen)
             whileOpen();
-        if (guard)
+        if (guard && answers)
             guard->button(QMessageBox::Ok)->click();
     }
 

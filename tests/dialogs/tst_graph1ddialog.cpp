@@ -1,7 +1,9 @@
 // The live 1D window against a scripted server.
 #include "dialogs/livewindow.h"
+#include "support/virtualorder.h"
 
 #include <tarnis/dialogs/graph1ddialog.h>
+#include <tarnis/dialogs/selectcheckeddialog.h>
 #include <tarnis/plots/multivectorgraphwidget.h>
 
 #include <QCheckBox>
@@ -60,6 +62,55 @@ public:
             values = { -1 };
         return values;
     }
+};
+
+/// Collects the debug lines of its lifetime, without source, line and thread.
+class Traces {
+public:
+    Traces()
+        : m_previous(qInstallMessageHandler(collect))
+    {
+        lines().clear();
+    }
+    ~Traces() { qInstallMessageHandler(m_previous); }
+    Q_DISABLE_COPY_MOVE(Traces)
+
+    static QStringList texts() { return lines(); }
+
+private:
+    static QStringList& lines()
+    {
+        static QStringList collected;
+        return collected;
+    }
+    static void collect(QtMsgType type, const QMessageLogContext&, const QString& text)
+    {
+        const qsizetype bar = text.indexOf("| ");
+        // Sessions trace too, on their own threads.
+        if (type == QtDebugMsg && QThread::currentThread() == QCoreApplication::instance()->thread())
+            lines().append(text.mid(bar + 2));
+    }
+    QtMessageHandler m_previous;
+};
+
+class EventCount : public QObject {
+public:
+    EventCount(QObject& object, QEvent::Type type)
+        : m_type(type)
+    {
+        object.installEventFilter(this);
+    }
+    int count = 0;
+
+protected:
+    bool eventFilter(QObject*, QEvent* event) override
+    {
+        count += event->type() == m_type ? 1 : 0;
+        return false;
+    }
+
+private:
+    QEvent::Type m_type;
 };
 
 using WindowPointer = std::unique_ptr<Window>;
@@ -171,6 +222,47 @@ private Q_SLOTS:
         QCOMPARE(shown(nullptr, options)->series(0).size(), 10000);
         options.resolution = -5;
         QCOMPARE(shown(nullptr, options)->series(0).size(), 0);
+    }
+
+    void repliesInTheDemonstration()
+    {
+        const WindowPointer window = shown(nullptr);
+        BoxWatch boxes;
+        window->result(answered("hist", true, "OK:"), bytesOf({ 1, 2 }));
+        QCOMPARE(window->series(1), QList<double>({ 2 }));
+        window->drawReplies = false;
+        window->result(answered("hist", true, "OK:"), bytesOf({ 1, 2 }));
+        window->onTimeout();
+        window->error(1, "a socket");
+        QCOMPARE(boxes.texts.size(), 1);
+    }
+
+    void axisOfTheConstructorReachesThePlot()
+    {
+        Options options;
+        options.xMin = -5.0;
+        options.xMax = 20.0;
+        options.resolution = 3;
+        const WindowPointer window = shown(nullptr, options);
+        MultiVectorGraphWidget& plot = *window->getGraphWidget();
+        double min = 0.0;
+        double max = 0.0;
+        plot.getInitMinMaxX(min, max);
+        QCOMPARE(min, -5.0);
+        QCOMPARE(max, 20.0);
+        QCOMPARE(plot.getMaxCount(), 3 * (10000 / 3)); // samples times resolution
+    }
+
+    void virtualOrder()
+    {
+        const auto first = virtualIndex(&Graph1DDialog::update);
+        QVERIFY(first > 0);
+        QCOMPARE(virtualIndex(&Graph1DDialog::result), first + 1);
+        QCOMPARE(virtualIndex(&Graph1DDialog::error), first + 2);
+        QCOMPARE(virtualIndex(&Graph1DDialog::onAutoUpdateToggled), first + 3);
+        QCOMPARE(virtualIndex(&Graph1DDialog::onResultExInfo), first + 4);
+        QCOMPARE(virtualIndex(&Graph1DDialog::onTypeChanged), -1);
+        QCOMPARE(virtualIndex(&Graph1DDialog::onTimeout), -1);
     }
 
     void pairModeNeedsBothEndsAtZero_data()
@@ -351,6 +443,57 @@ private Q_SLOTS:
         window->setAutoUpdate(false);
     }
 
+    void sameCmdPollsNothing()
+    {
+        ScriptedServer server;
+        Model model(server);
+        const WindowPointer window = shown(&model);
+        const Traces traces;
+        window->setCmd("hist");
+        QVERIFY(traces.texts().isEmpty());
+        window->setCmd("other");
+        QCOMPARE(traces.texts(), QStringList(">>>other"));
+    }
+
+    // The second poll cancels the first.
+    void autoUpdateSetByCodeSendsTwice()
+    {
+        ScriptedServer server;
+        server.answer("hist", { Step::hold("reply"), Step::binary(bytesOf({ 1, 2 }), "OK:\n") });
+        Model model(server);
+        const WindowPointer window = shown(&model);
+        QVERIFY(server.waitForHold("reply"));
+        window->setAutoUpdate(false);
+        {
+            const Traces traces;
+            window->setAutoUpdate(true);
+            QCOMPARE(traces.texts(), QStringList({ ">>>hist", ">>>hist" }));
+            window->setAutoUpdate(true); // no change of the box: once
+            QCOMPARE(traces.texts().size(), 3);
+        }
+        server.open("reply");
+        QVERIFY(server.waitForRequests(2));
+        QCOMPARE(server.requests().size(), 2); // of the three that waited, the last alone
+    }
+
+    void tracesWhatItSendsAndReads()
+    {
+        ScriptedServer server;
+        Model model(server);
+        Options options = pairs();
+        options.initCmds = { "start" };
+        const Traces traces;
+        const WindowPointer window = shown(&model, options);
+        window->setObjectName("live");
+        window->setAutoUpdate(false);
+        window->update();
+        window->result(answered("hist", true, "OK: (0 10 10)\n"), bytesOf({ 2, 7 }));
+        window->result(answered("start", false, QString()), "started");
+        window->close();
+        const QStringList wanted { ">>>start", ">>>hist", "OK: (0 10 10)\n", "[2] 2,7", "started", "live: closeEvent" };
+        QCOMPARE(traces.texts(), wanted);
+    }
+
     void onePollOnlyIsUnderWay()
     {
         ScriptedServer server;
@@ -405,14 +548,30 @@ private Q_SLOTS:
         QVERIFY(!window->timer->isActive());
     }
 
+    void errorThatWasQueuedBeforeTheCloseIsNotTold()
+    {
+        ScriptedServer server;
+        Model model(server);
+        BoxWatch boxes;
+        const WindowPointer window = shown(&model);
+        QMetaObject::invokeMethod(window.get(), "error", Qt::QueuedConnection, Q_ARG(int, 1), Q_ARG(QString, "gone"));
+        window->close();
+        QCoreApplication::processEvents();
+        QVERIFY(boxes.texts.isEmpty());
+    }
+
     void mayBeDeletedWhileItsBoxIsOpen_data()
     {
         QTest::addColumn<bool>("pairMode");
         QTest::addColumn<bool>("binary");
         QTest::addColumn<QByteArray>("payload");
-        QTest::newRow("refusal") << false << false << QByteArray("NG: no");
-        QTest::newRow("parse failure") << true << true << QByteArray();
-        QTest::newRow("invalid index") << true << true << bytesOf({ 50, 1 });
+        QTest::addColumn<bool>("closed");
+        QTest::newRow("deleted at a refusal") << false << false << QByteArray("NG: no") << false;
+        QTest::newRow("deleted at a parse failure") << true << true << QByteArray() << false;
+        QTest::newRow("deleted at an invalid index") << true << true << bytesOf({ 50, 1 }) << false;
+        QTest::newRow("closed at a refusal") << false << false << QByteArray("NG: no") << true;
+        QTest::newRow("closed at a parse failure") << true << true << QByteArray() << true;
+        QTest::newRow("closed at an invalid index") << true << true << bytesOf({ 50, 1 }) << true;
     }
 
     void mayBeDeletedWhileItsBoxIsOpen()
@@ -420,16 +579,20 @@ private Q_SLOTS:
         QFETCH(bool, pairMode);
         QFETCH(bool, binary);
         QFETCH(QByteArray, payload);
+        QFETCH(bool, closed);
         ScriptedServer server;
         Model model(server);
         QPointer<Window> window = new Window(&model, pairMode ? pairs() : Options());
         window->show();
         BoxWatch boxes;
-        // The box is the window's child: it goes with it.
-        boxes.whileOpen = [&] { window->deleteLater(); };
+        boxes.answers = false; // the box goes with its window
+        if (closed)
+            boxes.whileOpen = [&] { window->close(); };
+        else
+            boxes.whileOpen = [&] { delete window; };
         window->result(answered("hist", binary, payload.isEmpty() ? "nothing" : "a (0 10 5)"), payload);
         QCOMPARE(boxes.texts.size(), 1);
-        QVERIFY(eventually([&] { return window.isNull(); }));
+        QVERIFY(window.isNull());
     }
 
     // --- the row format
@@ -487,6 +650,8 @@ private Q_SLOTS:
         QSignalSpy updated(window.get(), &Graph1DDialog::onGraphUpdated);
         window->result(answered("hist", true, "OK: t (10 20 5)\n"), bytesOf({ 14, 8, 10, 3, 99 }));
         QCOMPARE(window->series(0), QList<double>({ 3, 0, 8, 0, 0 }));
+        // The positions as they came are the first column of the CSV file.
+        QCOMPARE(window->getGraphWidget()->vector2Csv({ { window->series(0) } }), "14,3\n10,0\n0,8\n0,0\n0,0\n");
         double min = 0;
         double max = 0;
         window->getGraphWidget()->getMinMaxX(min, max);
@@ -581,6 +746,42 @@ private Q_SLOTS:
         QCOMPARE(reach(), 2.0);
         window->onTypeChanged("each");
         QCOMPARE(reach(), 3.0);
+    }
+
+    void toolButtonOpensTheVisibleItems()
+    {
+        const WindowPointer window = shown(nullptr);
+        QVERIFY(window->findChild<SelectCheckedDialog*>() == nullptr);
+        window->part<QToolButton>("toolButton").click();
+        const auto* const dialog = window->findChild<SelectCheckedDialog*>();
+        QVERIFY(dialog != nullptr);
+        QCOMPARE(dialog->parentWidget(), window->getGraphWidget());
+        QVERIFY(dialog->isVisible());
+    }
+
+    void rangeBoxFollowsTheWindow()
+    {
+        const WindowPointer window = shown(nullptr);
+        QVERIFY(QTest::qWaitForWindowActive(window.get()));
+        MultiVectorGraphWidget& plot = *window->getGraphWidget();
+        plot.SetEnableSelectXRangeFeature(true, "X");
+        plot.SetEnableSelectXRange(true);
+        auto* const box = plot.findChild<QDialog*>();
+        QVERIFY(box != nullptr);
+        const auto docked = [&] { return QPoint(window->frameGeometry().right(), window->frameGeometry().top()); };
+        QCOMPARE(box->pos(), docked());
+        window->move(window->pos() + QPoint(33, 21));
+        QTRY_COMPARE(box->pos(), docked());
+        window->resize(window->size() + QSize(40, 10));
+        QTRY_COMPARE(box->pos(), docked());
+
+        EventCount raised(*box, QEvent::ZOrderChange);
+        window->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(window.get()));
+        QEvent activation(QEvent::ActivationChange);
+        raised.count = 0;
+        QCoreApplication::sendEvent(window.get(), &activation);
+        QCOMPARE(raised.count, 1);
     }
 
     void progressAndInformation()

@@ -3,6 +3,7 @@
 
 #include "tarnis/dialogs/histogramreply_p.h"
 
+#include <QRegularExpression>
 #include <QTest>
 
 #include <cmath>
@@ -199,6 +200,26 @@ private Q_SLOTS:
         const BinCounts counts = exportedCounts(text).value_or(BinCounts { -1, -1 });
         QCOMPARE(counts.x, x);
         QCOMPARE(counts.y, y);
+    }
+
+    void tracesEachPair_data()
+    {
+        QTest::addColumn<double>("x");
+        QTest::addColumn<QString>("line");
+        QTest::newRow("within") << 2.0 << "[2] 2,1";
+        QTest::newRow("lower end, rounded up") << -0.4 << "[0] -0.4,1";
+        QTest::newRow("upper end") << 10.0 << "[10] 10,1";
+        QTest::newRow("above") << 12.0 << "[12] 12,1";
+        QTest::newRow("below") << -3.0 << "[-3] -3,1";
+        QTest::newRow("beyond int") << 1e12 << "[1000000000000] 1e+12,1";
+    }
+
+    void tracesEachPair()
+    {
+        QFETCH(double, x);
+        QFETCH(QString, line);
+        QTest::ignoreMessage(QtDebugMsg, QRegularExpression(QRegularExpression::escape(line) + '$'));
+        pairSamples(bytesOf({ x, 1 }), { 0.0, 10.0, 10 });
     }
 };
 

@@ -7,6 +7,7 @@
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QMetaMethod>
+#include <QPointer>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTableWidget>
@@ -24,6 +25,8 @@ private Q_SLOTS:
     void acceptedNumbers();
     void refusedNumbers_data();
     void refusedNumbers();
+    void mayBeDeletedWhileItWarns_data();
+    void mayBeDeletedWhileItWarns();
     void enterSearches();
     void resultsAreReplaced();
     void currentRowIsPassedOn();
@@ -215,6 +218,30 @@ void tst_PeakSearchDialog::refusedNumbers()
     QCOMPARE(dialog.findChild<QLineEdit*>(QStringLiteral("lineEditThreshold"))->text(), threshold);
     QCOMPARE(dialog.findChild<QLineEdit*>(QStringLiteral("lineEditWidth"))->text(), width);
     QCOMPARE(tableOf(dialog)->rowCount(), 1);
+}
+
+void tst_PeakSearchDialog::mayBeDeletedWhileItWarns_data()
+{
+    QTest::addColumn<QString>("threshold");
+    QTest::newRow("threshold") << "101";
+    QTest::newRow("width") << "20";
+}
+
+void tst_PeakSearchDialog::mayBeDeletedWhileItWarns()
+{
+    QFETCH(QString, threshold);
+    QWidget plot;
+    const QPointer<PeakSearchDialog> dialog = new PeakSearchDialog(&plot);
+    dialog->show();
+    type(*dialog, threshold, QStringLiteral("2"));
+    QTimer watchdog;
+    connect(&watchdog, &QTimer::timeout, this, [&] {
+        if (qobject_cast<QMessageBox*>(QApplication::activeModalWidget()) != nullptr)
+            delete dialog;
+    });
+    watchdog.start(5);
+    QMetaObject::invokeMethod(dialog, "onSearch");
+    QVERIFY(dialog.isNull());
 }
 
 void tst_PeakSearchDialog::enterSearches()

@@ -438,6 +438,19 @@ void TestCurvePicture::isTheSameAtAnyPixelRatio()
         if (picture != expected)
             QFAIL(qPrintable(describe(plot, number) + describeForm(plot)));
     }
+    VectorProbe single;
+    for (int number = 0; number < 150; ++number) {
+        shuffle(single, random);
+        const QRect graph(
+            integer(random, 0, 90), integer(random, 0, 30), integer(random, 1, 500), integer(random, 1, 300));
+        single.m_graphRect = graph;
+        const VectorState curve = single.curveState();
+        const QImage expected = curveImage(
+            graph, ratio, {}, [&](QPainter& painter) { tarnis::testing::paintVector(curve, painter, graph); });
+        const QImage picture = curveImage(graph, ratio, {}, [&](QPainter& painter) { single.onPaint(painter, graph); });
+        if (picture != expected)
+            QFAIL(qPrintable(describe(single, number)));
+    }
 }
 
 void TestCurvePicture::isTheSameAntialiased()

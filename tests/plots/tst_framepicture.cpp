@@ -166,7 +166,9 @@ void shuffle(CrossPlot& plot, Generator& random)
     XYGraphWidget::m_backGroundColor = chance(random, 0.7) ? QColor(Qt::black) : QColor(20, 40, 90);
     setNumberFormat(chance(random, 0.8) ? 'g' : 'f', integer(random, 0, 9));
     plot.m_xRangeMin = chance(random, 0.5) ? 0.0 : end();
-    plot.m_xRangeMax = chance(random, 0.3) ? plot.m_xRangeMin : real(random, plot.m_minX, plot.m_minX + 100.0);
+    plot.m_xRangeMax = chance(random, 0.3) ? plot.m_xRangeMin
+        : std::isfinite(plot.m_minX)       ? real(random, plot.m_minX, plot.m_minX + 100.0)
+                                           : end();
 }
 
 QString describe(const CrossPlot& plot, int number)

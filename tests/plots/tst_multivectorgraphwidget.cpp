@@ -3,9 +3,11 @@
 #include "support/plothand.h"
 #include "support/virtualorder.h"
 
+#include <tarnis/foundation/translation.h>
 #include <tarnis/plots/multivectorgraphwidget.h>
 
 #include <QMetaMethod>
+#include <QRegularExpression>
 #include <QSignalSpy>
 #include <QToolTip>
 
@@ -90,6 +92,8 @@ private Q_SLOTS:
     void addTypeRefits();
     void addTypeOutOfTheEnum();
     void functionTakesPeakSearchAway();
+    void functionTakesPeakSearchAwayInAnyLanguage();
+    void hugeWholeNumbersDoNotOverflow();
 
     void autoScaleX();
     void autoScaleY();
@@ -104,7 +108,9 @@ private Q_SLOTS:
     void peaksAreDrawnOverTheCurves();
 
     void tooltipFollowsTheMouse();
+    void tooltipOverASum_data();
     void tooltipOverASum();
+    void tracesDifferentLengthsOfHiddenSumsToo();
     void badNumbersDoNoHarm();
 };
 
@@ -420,6 +426,37 @@ void TestMultiVectorGraphWidget::functionTakesPeakSearchAway()
     plot.picture();
 }
 
+void TestMultiVectorGraphWidget::functionTakesPeakSearchAwayInAnyLanguage()
+{
+    Plot english;
+    QVERIFY(tarnis::setLanguage(QLocale(QLocale::German)));
+    Plot german;
+    english.setFuncX2Plot(same, same);
+    QCOMPARE(english.actions().size(), 16);
+    QVERIFY(english.entry(QStringLiteral("Peak Search")) == nullptr);
+    tarnis::setLanguage(QLocale(QLocale::English));
+    german.setFuncX2Plot(same, same);
+    QCOMPARE(german.actions().size(), 16);
+}
+
+void TestMultiVectorGraphWidget::hugeWholeNumbersDoNotOverflow()
+{
+    Plot plot;
+    constexpr int largest = std::numeric_limits<int>::max();
+    plot.m_peaks = { PeakSearch::Gaussian() };
+    plot.m_peaks[0].start = largest;
+    plot.m_peaks[0].points = { 1.0, 2.0 };
+    plot.m_peakDisplayPoints = true;
+    plot.m_peakDialogs.map.insert(&plot, new QWidget);
+    plot.setData(0, { 1.0, 2.0 }, 2.0);
+    plot.picture();
+    plot.m_groupSize = largest;
+    plot.setAddType(MultiVectorGraphWidget::AddEachGroup);
+    plot.picture();
+    plot.peakSearch(20, 3, true);
+    QCOMPARE(plot.getMaxValue(), 2.0 * largest);
+}
+
 void TestMultiVectorGraphWidget::autoScaleX()
 {
     Plot plot;
@@ -587,14 +624,22 @@ void TestMultiVectorGraphWidget::tooltipFollowsTheMouse()
     QTRY_VERIFY(!QToolTip::isVisible() || QToolTip::text().isEmpty());
 }
 
+void TestMultiVectorGraphWidget::tooltipOverASum_data()
+{
+    QTest::addColumn<int>("type");
+    QTest::newRow("sum of all") << int(MultiVectorGraphWidget::AddAll);
+    QTest::newRow("type out of the enumeration") << 77;
+}
+
 void TestMultiVectorGraphWidget::tooltipOverASum()
 {
+    QFETCH(int, type);
     Plot plot;
     plot.setData(0, QList<double>(100, 10.0), 90.0);
     plot.setData(1, QList<double>(100, 80.0), 90.0);
     plot.setData(2, QList<double>(100, 500.0), 90.0);
     plot.setEnable(2, false);
-    plot.setAddType(MultiVectorGraphWidget::AddAll);
+    plot.setAddType(static_cast<MultiVectorGraphWidget::AddType>(type));
     plot.initManualX(0.0, 100.0);
     plot.show();
     plot.picture();
@@ -602,6 +647,18 @@ void TestMultiVectorGraphWidget::tooltipOverASum()
     hand.move(plot.m_graphRect.center());
     QTRY_VERIFY(QToolTip::text().endsWith(QStringLiteral(" i:90")));
     hand.move(QPoint(2, 2));
+}
+
+void TestMultiVectorGraphWidget::tracesDifferentLengthsOfHiddenSumsToo()
+{
+    Plot plot;
+    plot.m_groupSize = 2;
+    plot.setData(0, { 1.0, 2.0, 3.0, 4.0 }, 4.0);
+    plot.setData(1, { 1.0, 2.0 }, 4.0);
+    plot.setEnable(0, false);
+    plot.setAddType(MultiVectorGraphWidget::AddEachGroup);
+    QTest::ignoreMessage(QtDebugMsg, QRegularExpression(QStringLiteral("Dst Size: 4 Src Size: 2")));
+    plot.picture();
 }
 
 void TestMultiVectorGraphWidget::badNumbersDoNoHarm()

@@ -31,6 +31,13 @@ public:
     using Box::ui;
 };
 
+class OpenXY : public Open<XYRangeInputDialog> {
+public:
+    using Open::Open;
+    using XYRangeInputDialog::m_yMax;
+    using XYRangeInputDialog::m_yMin;
+};
+
 QLineEdit* edit(const QWidget& box, const QString& end)
 {
     return box.findChild<QLineEdit*>(end + QStringLiteral("Edit"));
@@ -110,12 +117,20 @@ void TestRangeBoxes::xBoxHasItsForm()
 
 void TestRangeBoxes::xyBoxHasItsForm()
 {
-    const XYRangeInputDialog box(nullptr, 'g', 6);
+    const OpenXY box(nullptr, 'g', 6);
     verifyLook(box);
     QCOMPARE(rows(box),
         (QStringList { "xMinLabel:X-min:xMinEdit", "xMaxLabel:X-max:xMaxEdit", "yMinLabel:Y-min:yMinEdit",
             "yMaxLabel:Y-max:yMaxEdit" }));
     QCOMPARE(box.size(), QSize(115, 116));
+    QCOMPARE(box.m_format, 'g');
+    QCOMPARE(box.m_precision, 6);
+    for (const double end : { box.m_xMin, box.m_xMax, box.m_yMin, box.m_yMax })
+        QCOMPARE(end, 0.0);
+    QVERIFY(static_cast<const void*>(&box.ui) < static_cast<const void*>(&box.m_format));
+    QVERIFY(static_cast<const void*>(&box.m_format) < static_cast<const void*>(&box.m_precision));
+    QVERIFY(static_cast<const void*>(&box.m_precision) < static_cast<const void*>(&box.m_xMin));
+    QVERIFY(&box.m_xMin < &box.m_xMax && &box.m_xMax < &box.m_yMin && &box.m_yMin < &box.m_yMax);
 }
 
 void TestRangeBoxes::declareTheirMethodsInOrder()

@@ -54,6 +54,7 @@ private Q_SLOTS:
     void sumsTakeTheCommonLength();
     void sumsTellOfDifferentLengths();
     void sumsAreThoseOfTheGivenOrder();
+    void sumsBeyondAShorterRecord();
     void sumsOfOneRecordAreShared();
     void maxima_data();
     void maxima();
@@ -171,6 +172,15 @@ void TestSeriesSums::sumsTellOfDifferentLengths()
     tarnis::wholeSums(series, { { 0, 1, 2 }, {}, true });
     QTest::failOnWarning(QRegularExpression(QStringLiteral("Size")));
     tarnis::wholeSums(series, { { 0, 2 }, {}, true });
+}
+
+void TestSeriesSums::sumsBeyondAShorterRecord()
+{
+    const QList<Series> series { record(3000, 1), record(0, 10), record(5, 100) };
+    const auto sums = tarnis::sumsOf(series, { { 0, 1, 2 }, {}, true }, { 4, 3000 });
+    QCOMPARE(sums[0], 101.0);
+    QCOMPARE(sums[1], 1.0);
+    QCOMPARE(sums[2995], 1.0);
 }
 
 // Blocks of samples must not change a single bit.

@@ -230,6 +230,7 @@ void TestXYGraphFiles::saveThatFailsTells_data()
     QTest::addColumn<bool>("fullDisk");
     QTest::newRow("unknown format") << "plot.xyz" << false;
     QTest::newRow("no extension") << "plot" << false;
+    QTest::newRow("cannot be opened") << "no/such/folder/plot.png" << false;
     QTest::newRow("full disk, small picture") << "full.png" << true;
     QTest::newRow("full disk, large picture") << "full.bmp" << true;
 }

@@ -103,6 +103,7 @@ private Q_SLOTS:
     void moveRedrawsAtEveryStep();
     void moveWithoutAPressDoesNothing();
     void moveAcrossAVanishedGraph();
+    void toolsOnAPlotNarrowerThanItsMargins();
 
     void halfPixelsAreRounded();
 
@@ -560,6 +561,25 @@ void TestXYGraphTools::moveAcrossAVanishedGraph()
     plot->m_graphRect = QRect(); // as after a resize to nothing
     hand->move(QPoint(100, 100));
     QCOMPARE(plot->ranges(), untouched);
+}
+
+void TestXYGraphTools::toolsOnAPlotNarrowerThanItsMargins()
+{
+    const QRect narrow(QPoint(28, 28), QPoint(22, 166)); // -5 wide
+    const QPoint from(25, 100);
+    plot->m_graphRect = narrow;
+    plot->m_actMove->trigger();
+    hand->press(from);
+    hand->move(from + QPoint(0, 20));
+    hand->release(from + QPoint(0, 20));
+    QCOMPARE(plot->m_minY, 20 * 100.0 / 139);
+    QVERIFY(!plot->m_autoScaleY);
+
+    plot->setMinMaxY(0.0, 100.0);
+    plot->m_graphRect = narrow;
+    plot->m_actRectangle->trigger();
+    hand->drag(from, from + QPoint(2, 20));
+    QCOMPARE(plot->rectangles.size(), 1);
 }
 
 void TestXYGraphTools::halfPixelsAreRounded()

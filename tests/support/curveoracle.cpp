@@ -194,12 +194,13 @@ void paintPeaks(const MultiState& s, QPainter& painter, const QRect& rect, doubl
     }
 }
 
-/// A rectangle of that size, with far edges that an int can hold.
+/// A rectangle of that size, with edges so near that an int can hold their distance.
 QRect column(int left, int top, double width, double height)
 {
     width = std::isnan(width) ? 0.0 : std::trunc(width);
     height = std::isnan(height) ? 0.0 : std::trunc(height);
-    return QRect(QPoint(left, top), QPoint(cutToPixel(left + width - 1), cutToPixel(top + height - 1)));
+    const auto bounded = [](double edge) { return cutToPixel(std::clamp(edge, -536870912.0, 536870912.0)); };
+    return QRect(QPoint(bounded(left), bounded(top)), QPoint(bounded(left + width - 1), bounded(top + height - 1)));
 }
 
 } // namespace
