@@ -71,13 +71,12 @@ void BinMap::paint(QPainter& painter, const BinView& view, const BinRows& rows, 
         return;
     }
     m_converter.setScale(scale);
-    const BinRaster::Picture picture = m_raster.compose(view, rows, m_converter, *offset);
-    if (picture.area.isEmpty())
-        return;
-    const QImage image(reinterpret_cast<const uchar*>(picture.pixels), picture.area.width(), picture.area.height(),
-        picture.stride * static_cast<qsizetype>(sizeof(QRgb)),
-        picture.isOpaque ? QImage::Format_RGB32 : QImage::Format_ARGB32_Premultiplied);
-    painter.drawImage(view.rect.topLeft() + picture.area.topLeft(), image);
+    m_raster.compose(view, rows, m_converter, *offset, [&](const BinRaster::Strip& strip) {
+        const QImage image(reinterpret_cast<const uchar*>(strip.pixels), strip.area.width(), strip.area.height(),
+            strip.area.width() * static_cast<qsizetype>(sizeof(QRgb)),
+            strip.isOpaque ? QImage::Format_RGB32 : QImage::Format_ARGB32_Premultiplied);
+        painter.drawImage(view.rect.topLeft() + strip.area.topLeft(), image);
+    });
 }
 
 } // namespace tarnis

@@ -11,7 +11,7 @@ namespace {
 
 constexpr int tableSize = 1 << 16;
 constexpr QRgb unknownPixel = 1; // neither opaque nor noPixel
-constexpr int blendedRowsAtOnce = 15;
+constexpr int blendedAtOnce = 15; // rows
 
 /// Place of a whole count in the table, or of the entry that stays unknown.
 inline int tableIndex(double value)
@@ -61,9 +61,21 @@ double smallestPositiveBin(const BinRows& rows)
     return *std::min_element(least.begin(), least.end());
 }
 
+int listPixels(const QRgb* pixels, int count, QRgb pixel, int* places)
+{
+    if (hasWideLanes())
+        return listWide(pixels, count, pixel, places);
+    int found = 0;
+    for (int i = 0; i < count; ++i) {
+        places[found] = i;
+        found += static_cast<int>(pixels[i] == pixel);
+    }
+    return found;
+}
+
 void BinPixels::setScale(const ColorScale& scale)
 {
-    m_blendedRows = 0;
+    m_blendedValues = 0;
     if (!m_table.empty() && m_scale == scale)
         return;
     m_scale = scale;
@@ -72,78 +84,116 @@ void BinPixels::setScale(const ColorScale& scale)
 
 void BinPixels::convert(const double* values, int count, QRgb* pixels)
 {
-    if (m_blendedRows > 0) {
-        --m_blendedRows;
-        for (int i = 0; i < count; ++i)
-            pixels[i] = blend(values[i]);
-        return;
-    }
+    convertAt(values, nullptr, count, pixels);
+}
+
+void BinPixels::convertGroups(const double* values, const int* first, const int* groups, int count, QRgb* pixels)
+{
     reserve(count);
-    int* index = m_index.data();
+    int* columns = m_columns.data();
+    if (groups != nullptr) {
+        for (int i = 0; i < count; ++i)
+            columns[i] = first[groups[i]];
+    }
+    convertAt(values, groups != nullptr ? columns : first, count, pixels);
+
+    // Empty bins lie about at random: what is left to do is listed without a branch, and again and again until all
+    // groups have a pixel or come to their end.
+    int* places = m_places.data();
+    int* ends = m_ends.data();
+    const int empty = listPixels(pixels, count, noPixel, places);
+    int left = 0;
+    for (int k = 0; k < empty; ++k) {
+        const int place = places[k];
+        const int group = groups != nullptr ? groups[place] : place;
+        columns[left] = first[group] + 1;
+        places[left] = place;
+        ends[left] = first[group + 1];
+        left += static_cast<int>(first[group + 1] - first[group] > 1);
+    }
+    while (left > 0) {
+        convertAt(values, columns, left, m_found.data());
+        int still = 0;
+        for (int k = 0; k < left; ++k) {
+            const QRgb pixel = m_found[static_cast<std::size_t>(k)];
+            pixels[places[k]] = pixel;
+            const int column = columns[k] + 1;
+            columns[still] = column;
+            places[still] = places[k];
+            ends[still] = ends[k];
+            still += static_cast<int>((pixel == noPixel) & (column < ends[k]));
+        }
+        left = still;
+    }
+}
+
+/// Of values[columns[i]], or of values[i] if `columns` is null.
+void BinPixels::convertAt(const double* values, const int* columns, int count, QRgb* pixels)
+{
+    if (m_blendedValues > 0) {
+        m_blendedValues -= count;
+        blend(values, columns, count, pixels);
+    } else if (lookUp(values, columns, count, pixels)) {
+        resolve(values, columns, count, pixels);
+    }
+}
+
+void BinPixels::blend(const double* values, const int* columns, int count, QRgb* pixels)
+{
+    if (columns != nullptr) {
+        m_picked.resize(std::max(m_picked.size(), static_cast<std::size_t>(count)));
+        for (int i = 0; i < count; ++i)
+            m_picked[static_cast<std::size_t>(i)] = values[columns[i]];
+        values = m_picked.data();
+    }
+    m_scale.pixels(values, count, pixels);
     for (int i = 0; i < count; ++i)
-        index[i] = tableIndex(values[i]);
+        pixels[i] = isEmpty(values[i]) ? noPixel : pixels[i];
+}
+
+/// True if some pixels are not known yet.
+bool BinPixels::lookUp(const double* values, const int* columns, int count, QRgb* pixels) const
+{
     const QRgb* table = m_table.data();
+    if (hasWideLanes())
+        return lookUpWide(values, columns, count, table, tableSize, unknownPixel, pixels);
+    unsigned int unknown = 0;
+    for (int i = 0; i < count; ++i) {
+        pixels[i] = table[tableIndex(values[columns != nullptr ? columns[i] : i])];
+        unknown |= static_cast<unsigned int>(pixels[i] == unknownPixel);
+    }
+    return unknown != 0;
+}
+
+/// Blends what lookUp() did not find; whole counts are kept in the table.
+void BinPixels::resolve(const double* values, const int* columns, int count, QRgb* pixels)
+{
     int outside = 0;
     for (int i = 0; i < count; ++i) {
-        pixels[i] = table[index[i]];
-        if (pixels[i] == unknownPixel) {
-            pixels[i] = resolve(values[i], index[i]);
-            outside += static_cast<int>(index[i] == tableSize);
-        }
+        if (pixels[i] != unknownPixel)
+            continue;
+        const double value = values[columns != nullptr ? columns[i] : i];
+        const int index = tableIndex(value);
+        pixels[i] = isEmpty(value) ? noPixel : m_scale.pixel(value);
+        if (index < tableSize)
+            m_table[static_cast<std::size_t>(index)] = pixels[i];
+        else
+            ++outside;
     }
     // Many fractions or large counts: the look into the table only costs.
     if (outside > count / 4)
-        m_blendedRows = blendedRowsAtOnce;
-}
-
-void BinPixels::convertGroups(const double* values, const int* first, int count, QRgb* pixels)
-{
-    reserve(count);
-    double* firstValue = m_firstValue.data();
-    for (int i = 0; i < count; ++i)
-        firstValue[i] = values[first[i]];
-    convert(firstValue, count, pixels);
-    // Gaps are listed without a branch, since they lie about at random.
-    int* gap = m_index.data();
-    int gaps = 0;
-    for (int i = 0; i < count; ++i) {
-        gap[gaps] = i;
-        gaps += static_cast<int>((pixels[i] == noPixel) & (first[i + 1] - first[i] > 1));
-    }
-    for (int k = 0; k < gaps; ++k) {
-        const int i = gap[k];
-        for (int column = first[i] + 1; pixels[i] == noPixel && column < first[i + 1]; ++column)
-            pixels[i] = lookUp(values[column]);
-    }
-}
-
-QRgb BinPixels::blend(double value) const
-{
-    const QRgb pixel = m_scale.pixel(value);
-    return isEmpty(value) ? noPixel : pixel;
-}
-
-QRgb BinPixels::lookUp(double value)
-{
-    const int index = tableIndex(value);
-    const QRgb pixel = m_table[index];
-    return pixel == unknownPixel ? resolve(value, index) : pixel;
-}
-
-QRgb BinPixels::resolve(double value, int index)
-{
-    const QRgb pixel = blend(value);
-    if (index < tableSize)
-        m_table[index] = pixel;
-    return pixel;
+        m_blendedValues = blendedAtOnce * count;
 }
 
 void BinPixels::reserve(int count)
 {
-    if (m_index.size() < static_cast<std::size_t>(count)) {
-        m_index.resize(count);
-        m_firstValue.resize(count);
-    }
+    const auto size = static_cast<std::size_t>(count);
+    if (m_columns.size() >= size)
+        return;
+    m_columns.resize(size);
+    m_places.resize(size + placesBeyond);
+    m_ends.resize(size);
+    m_found.resize(size);
 }
 
 } // namespace tarnis

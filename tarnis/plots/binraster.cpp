@@ -10,33 +10,26 @@ namespace {
 
 constexpr double largestBin = 1 << 13; // pixels; a larger one leaves a handful of drawing calls
 constexpr int largestSide = 1 << 14;
+constexpr int narrowBlock = 4;
+constexpr int barBlock = 16;
+constexpr int stripPixels = 1 << 15; // small enough to stay near the processor until they are painted
 
 bool isOrdinary(const BinSpan& span)
 {
     return span.pixels > 0.0 && span.pixels <= largestBin && std::isfinite(span.low);
 }
 
-/// Copies pixels; true if none is transparent.
-bool copyPixels(QRgb* line, const QRgb* row, int count)
+void listGaps(const QRgb* pixels, int count, std::vector<int>& gaps)
 {
-    unsigned int gaps = 0;
-    for (int i = 0; i < count; ++i) {
-        line[i] = row[i];
-        gaps |= static_cast<unsigned int>(row[i] == BinPixels::noPixel);
-    }
-    return gaps == 0;
+    gaps.resize(static_cast<std::size_t>(count + placesBeyond));
+    gaps.resize(static_cast<std::size_t>(listPixels(pixels, count, BinPixels::noPixel, gaps.data())));
 }
 
-/// Copies pixels to where the line is transparent; true if it is no more.
-bool fillGaps(QRgb* line, const QRgb* row, int count)
+/// A bar of `width` pixels of one colour; up to `block` pixels behind it may be written too.
+template <int block> void paintBar(QRgb* pixels, int width, QRgb color)
 {
-    unsigned int gaps = 0;
-    for (int i = 0; i < count; ++i) {
-        const QRgb pixel = line[i] == BinPixels::noPixel ? row[i] : line[i];
-        line[i] = pixel;
-        gaps |= static_cast<unsigned int>(pixel == BinPixels::noPixel);
-    }
-    return gaps == 0;
+    for (int i = 0; i < width; i += block)
+        std::fill_n(pixels + i, block, color);
 }
 
 } // namespace
@@ -48,21 +41,47 @@ bool BinRaster::canCompose(const BinView& view)
         && rect.height() > 0 && rect.right() < largestSide && rect.bottom() < largestSide;
 }
 
-BinRaster::Picture BinRaster::compose(const BinView& view, const BinRows& rows, BinPixels& converter, int deviceX)
+void BinRaster::compose(const BinView& view, const BinRows& rows, BinPixels& converter, int deviceX, const Sink& sink)
 {
     m_size = view.rect.size();
-    m_lines.assign(static_cast<std::size_t>(m_size.height()), Untouched);
-    m_pixels.resize(static_cast<std::size_t>(m_size.width()) * static_cast<std::size_t>(m_size.height()));
+    m_bins = &rows;
+    m_converter = &converter;
+    for (Line& line : m_recent)
+        line.row = -1;
     planColumns(view, deviceX);
     if (m_left.empty())
-        return {};
+        return;
     planPixels();
-    for (int row = view.y.end - 1; row >= view.y.first; --row) {
-        const LineSpan lines = linesOf(view, row);
-        if (!isCovered(lines))
-            composeRow(valuesOf(rows.at(row), m_firstColumn.back()), lines, converter);
+    planRows(view);
+
+    const int stripLines = std::max(1, stripPixels / m_width);
+    m_strip.resize(static_cast<std::size_t>(stripLines) * static_cast<std::size_t>(m_width));
+    int top = -1; // first line of the strip; none yet
+    bool isOpaque = true;
+    const auto flush = [&](int end) {
+        if (top >= 0)
+            sink({ QRect(m_firstPixel, top, m_width, end - top), m_strip.data(), isOpaque });
+        top = -1;
+        isOpaque = true;
+    };
+    int row = m_firstRow + static_cast<int>(m_rows.size()) - 1;
+    for (int y = 0; y < m_size.height(); ++y) {
+        while (row >= m_firstRow && spanOf(row).last < y)
+            --row;
+        if (row < m_firstRow) {
+            flush(y);
+            return;
+        }
+        if (top < 0 && spanOf(row).first > y)
+            continue;
+        if (top < 0)
+            top = y;
+        composeLine(y, row, m_strip.data() + static_cast<std::size_t>(y - top) * static_cast<std::size_t>(m_width));
+        isOpaque = isOpaque && m_gaps.empty();
+        if (y + 1 - top == stripLines)
+            flush(y + 1);
     }
-    return picture();
+    flush(m_size.height());
 }
 
 void BinRaster::planColumns(const BinView& view, int deviceX)
@@ -98,23 +117,29 @@ void BinRaster::planPixels()
     const std::size_t groups = m_left.size();
     m_oneColumnEach = m_firstColumn.back() - m_firstColumn.front() == static_cast<int>(groups);
     m_firstPixel = std::max(0, m_left.front());
-    m_lastPixel = std::min(m_size.width() - 1, m_left.back() + m_extent);
+    const int lastPixel = std::min(m_size.width() - 1, m_left.back() + m_extent);
+    m_width = lastPixel - m_firstPixel + 1;
     m_groupPixels.resize(groups);
-    m_rowPixels.resize(static_cast<std::size_t>(m_size.width()));
-    m_shared.clear();
-    m_groupOf.clear();
+    m_shared.assign(groups, 0);
     m_isSimple = true;
     for (std::size_t group = 1; group < groups; ++group) {
         const int step = m_left[group] - m_left[group - 1];
         m_isSimple = m_isSimple && step > 0 && (step == m_extent || step == m_extent + 1);
-        if (step == m_extent)
-            m_shared.push_back(static_cast<int>(group));
+        m_shared[group] = step == m_extent ? ~QRgb(0) : 0;
     }
-    if (m_extent == 0 || !m_isSimple)
-        return;
-    for (std::size_t group = 0; group < groups; ++group) {
-        const int end = group + 1 < groups ? m_left[group + 1] : m_lastPixel + 1;
-        m_groupOf.resize(static_cast<std::size_t>(end - m_firstPixel), static_cast<int>(group));
+    m_isPixelEach = m_extent == 0 && m_isSimple && m_left.front() >= 0;
+}
+
+void BinRaster::planRows(const BinView& view)
+{
+    m_firstRow = view.y.first;
+    m_rows.resize(static_cast<std::size_t>(std::max(view.y.end - view.y.first, 0)));
+    int covered = -1; // lowest line of the rows above
+    for (int row = view.y.end - 1; row >= m_firstRow; --row) {
+        LineSpan& span = m_rows[static_cast<std::size_t>(row - m_firstRow)];
+        span = linesOf(view, row);
+        span.isTopSomewhere = span.last > covered;
+        covered = std::max(covered, span.last);
     }
 }
 
@@ -135,17 +160,9 @@ BinRaster::LineSpan BinRaster::linesOf(const BinView& view, int row) const
     return lines;
 }
 
-bool BinRaster::isCovered(const LineSpan& lines) const
+const double* BinRaster::valuesOf(const QList<double>& row)
 {
-    for (int y = lines.first; y <= lines.last; ++y) {
-        if (m_lines[static_cast<std::size_t>(y)] != Complete)
-            return false;
-    }
-    return true;
-}
-
-const double* BinRaster::valuesOf(const QList<double>& row, int end)
-{
+    const int end = m_firstColumn.back();
     if (row.size() >= end)
         return row.constData();
     m_paddedRow.assign(row.begin(), row.end());
@@ -153,40 +170,70 @@ const double* BinRaster::valuesOf(const QList<double>& row, int end)
     return m_paddedRow.data();
 }
 
-void BinRaster::composeRow(const double* values, const LineSpan& lines, BinPixels& converter)
+BinRaster::Line& BinRaster::lineOf(int row)
 {
-    const int groups = static_cast<int>(m_left.size());
-    const bool isPixelEach = m_extent == 0 && m_isSimple && m_left.front() >= 0;
-    QRgb* groupPixels = isPixelEach ? m_rowPixels.data() : m_groupPixels.data();
-    if (m_oneColumnEach)
-        converter.convert(values + m_firstColumn.front(), groups, groupPixels);
-    else
-        converter.convertGroups(values, m_firstColumn.data(), groups, groupPixels);
-    if (!isPixelEach)
-        spreadGroups();
-
-    for (int y = lines.first; y <= lines.last; ++y)
-        paintLine(y, lines.showsCorner && y == lines.last && cornerIsLost());
+    for (Line& line : m_recent) {
+        if (line.row == row)
+            return line;
+    }
+    Line& line = m_recent[m_nextRecent];
+    m_nextRecent = (m_nextRecent + 1) % m_recent.size();
+    composeRow(row, line);
+    return line;
 }
 
-void BinRaster::spreadGroups()
+void BinRaster::composeRow(int row, Line& line)
 {
-    QRgb* row = m_rowPixels.data();
-    const QRgb* pixels = m_groupPixels.data();
+    const double* values = valuesOf(m_bins->at(row));
+    const int groups = static_cast<int>(m_left.size());
+    line.row = row;
+    line.pixels.resize(static_cast<std::size_t>(m_width + barBlock));
+    QRgb* groupPixels = m_isPixelEach ? line.pixels.data() : m_groupPixels.data();
+    if (m_oneColumnEach)
+        m_converter->convert(values + m_firstColumn.front(), groups, groupPixels);
+    else
+        m_converter->convertGroups(values, m_firstColumn.data(), nullptr, groups, groupPixels);
+    if (!m_isPixelEach)
+        spreadGroups(line.pixels.data());
+    line.losesCorner = m_corner != noCorner && cornerIsLost();
+    listGaps(line.pixels.data(), m_width, line.gaps);
+}
+
+/// A later bar lies over the last pixel of the one before where both share it, unless it is transparent.
+template <int block> void BinRaster::spreadTouching(QRgb* row) const
+{
+    const QRgb* colors = m_groupPixels.data();
+    const QRgb* shared = m_shared.data();
+    const int* left = m_left.data();
+    const auto groups = static_cast<std::ptrdiff_t>(m_left.size());
+    const int first = m_firstPixel;
+    const int width = m_width;
+    const int extent = m_extent;
+    paintBar<block>(row, std::min(left[0] + extent + 1 - first, width), colors[0]);
+    for (std::ptrdiff_t group = 1; group < groups; ++group) {
+        QRgb* bar = row + (left[group] - first);
+        const QRgb color = colors[group];
+        const int inside = block > narrowBlock ? std::min(extent + 1, width - (left[group] - first)) : block;
+        paintBar<block>(bar, inside, color);
+        // Without a branch, since empty bins lie about at random.
+        const QRgb isEmpty = 0U - static_cast<QRgb>(color == BinPixels::noPixel);
+        bar[0] = color | (colors[group - 1] & shared[group] & isEmpty);
+    }
+}
+
+void BinRaster::spreadGroups(QRgb* row)
+{
     if (m_isSimple && m_extent > 0) {
-        const int count = m_lastPixel - m_firstPixel + 1;
-        for (int i = 0; i < count; ++i)
-            row[i] = pixels[m_groupOf[i]];
-        for (const int group : m_shared) {
-            QRgb& first = row[m_left[group] - m_firstPixel];
-            first = first == BinPixels::noPixel ? pixels[group - 1] : first;
-        }
+        if (m_extent < narrowBlock)
+            spreadTouching<narrowBlock>(row);
+        else
+            spreadTouching<barBlock>(row);
         return;
     }
-    std::fill_n(row, m_lastPixel - m_firstPixel + 1, BinPixels::noPixel);
+    std::fill_n(row, m_width, BinPixels::noPixel);
     for (std::size_t group = 0; group < m_left.size(); ++group) {
         const int first = std::max(m_left[group], m_firstPixel);
-        const int last = std::min(m_left[group] + m_extent, m_lastPixel);
+        const int last = std::min(m_left[group] + m_extent, m_firstPixel + m_width - 1);
         if (m_groupPixels[group] != BinPixels::noPixel)
             std::fill_n(row + (first - m_firstPixel), last - first + 1, m_groupPixels[group]);
     }
@@ -194,7 +241,7 @@ void BinRaster::spreadGroups()
 
 bool BinRaster::cornerIsLost() const
 {
-    if (m_corner == noCorner || m_groupPixels[m_cornerGroup] == BinPixels::noPixel)
+    if (m_groupPixels[m_cornerGroup] == BinPixels::noPixel)
         return false;
     // A later bin may lie over it.
     for (std::size_t group = m_cornerGroup + 1; group < m_left.size() && m_left[group] <= m_corner; ++group) {
@@ -204,41 +251,70 @@ bool BinRaster::cornerIsLost() const
     return true;
 }
 
-void BinRaster::paintLine(int y, bool losesCorner)
+bool BinRaster::showsLoss(const Line& line, int y) const
 {
-    QRgb* line = lineAt(y) + m_firstPixel;
-    LineState& state = m_lines[static_cast<std::size_t>(y)];
-    const std::size_t corner = losesCorner ? static_cast<std::size_t>(m_corner - m_firstPixel) : 0;
-    const QRgb below = losesCorner ? std::exchange(m_rowPixels[corner], BinPixels::noPixel) : 0;
-    const int count = m_lastPixel - m_firstPixel + 1;
-    bool isComplete = true;
-    if (state == Untouched)
-        isComplete = copyPixels(line, m_rowPixels.data(), count);
-    else if (state == HasGaps)
-        isComplete = fillGaps(line, m_rowPixels.data(), count);
-    state = isComplete ? Complete : HasGaps;
-    if (losesCorner)
-        m_rowPixels[corner] = below;
+    return line.losesCorner && spanOf(line.row).showsCorner && spanOf(line.row).last == y;
 }
 
-BinRaster::Picture BinRaster::picture()
+/// Rows above `topRow` do not reach the line.
+void BinRaster::composeLine(int y, int topRow, QRgb* target)
 {
-    const auto isTouched = [](LineState state) { return state != Untouched; };
-    const auto first = std::find_if(m_lines.begin(), m_lines.end(), isTouched);
-    const auto end = std::find_if(m_lines.rbegin(), m_lines.rend(), isTouched).base();
-    if (first >= end)
-        return {};
-    for (auto line = first; line != end; ++line) {
-        if (*line == Untouched)
-            std::fill_n(lineAt(static_cast<int>(line - m_lines.begin())), m_size.width(), BinPixels::noPixel);
+    bool isStarted = false;
+    for (int row = topRow; row >= m_firstRow && spanOf(row).first <= y; --row) {
+        if (spanOf(row).last < y)
+            continue;
+        if (!isStarted)
+            startLine(y, row, target);
+        else
+            fillGaps(y, row, target);
+        isStarted = true;
+        if (m_gaps.empty())
+            return;
     }
-    Picture picture;
-    picture.area = QRect(QPoint(m_firstPixel, static_cast<int>(first - m_lines.begin())),
-        QPoint(m_lastPixel, static_cast<int>(end - m_lines.begin()) - 1));
-    picture.pixels = lineAt(picture.area.top()) + m_firstPixel;
-    picture.stride = m_size.width();
-    picture.isOpaque = std::all_of(first, end, [](LineState state) { return state == Complete; });
-    return picture;
+    if (isStarted)
+        return;
+    std::fill_n(target, m_width, BinPixels::noPixel);
+    m_gaps.assign(1, 0);
+}
+
+void BinRaster::startLine(int y, int row, QRgb* target)
+{
+    const Line& line = lineOf(row);
+    std::copy_n(line.pixels.begin(), m_width, target);
+    m_gaps.assign(line.gaps.begin(), line.gaps.end());
+    if (!showsLoss(line, y))
+        return;
+    target[m_corner - m_firstPixel] = BinPixels::noPixel;
+    m_gaps.push_back(m_corner - m_firstPixel);
+}
+
+void BinRaster::fillGaps(int y, int row, QRgb* target)
+{
+    const int count = static_cast<int>(m_gaps.size());
+    m_gapPixels.resize(m_gaps.size());
+    QRgb* found = m_gapPixels.data();
+    int* gaps = m_gaps.data();
+    if (m_isPixelEach && !spanOf(row).isTopSomewhere) {
+        // Nothing else is ever seen of this row.
+        m_converter->convertGroups(valuesOf(m_bins->at(row)), m_firstColumn.data(), gaps, count, found);
+    } else {
+        const Line& line = lineOf(row);
+        for (int k = 0; k < count; ++k)
+            found[k] = line.pixels[static_cast<std::size_t>(gaps[k])];
+        if (showsLoss(line, y)) {
+            const auto corner = std::find(m_gaps.begin(), m_gaps.end(), m_corner - m_firstPixel);
+            if (corner != m_gaps.end())
+                found[corner - m_gaps.begin()] = BinPixels::noPixel;
+        }
+    }
+    int left = 0;
+    for (int k = 0; k < count; ++k) {
+        const int place = gaps[k];
+        target[place] = found[k];
+        gaps[left] = place;
+        left += static_cast<int>(found[k] == BinPixels::noPixel);
+    }
+    m_gaps.resize(static_cast<std::size_t>(left));
 }
 
 } // namespace tarnis

@@ -4,28 +4,31 @@
 #include "tarnis/plots/binpixels_p.h"
 #include "tarnis/plots/binview_p.h"
 
+#include <array>
+#include <functional>
 #include <vector>
 
 namespace tarnis {
 
-/// Composes the visible bins of a map. Rows are taken from the last to the first and a painted pixel is final, so that
-/// what later rows cover is never computed.
+/// Composes the visible bins of a map, pixel line by pixel line from the top. Of the rows that cover a line the last
+/// one lies on top: where it has a bin that is not empty, the rows below it are not looked at.
 class BinRaster {
 public:
-    /// What has been composed; valid until the next call.
-    struct Picture {
-        QRect area; ///< relative to the plot rectangle; empty if no bin reaches it
+    /// Neighbouring lines of the picture; valid until the next ones are composed.
+    struct Strip {
+        QRect area; ///< relative to the plot rectangle
         const QRgb* pixels = nullptr; ///< of the top left corner of `area`; transparent where no bin is painted
-        int stride = 0; ///< pixels from one line to the next
         bool isOpaque = false; ///< no pixel is transparent
     };
+    using Sink = std::function<void(const Strip&)>;
 
     /// True for views that compose() is made for: both axes ascend, bins are not larger than some widgets, and the plot
     /// rectangle lies in positive coordinates.
     static bool canCompose(const BinView& view);
 
-    /// `deviceX` is added to X coordinates by the painter: bars that begin left of its device lose a pixel.
-    Picture compose(const BinView& view, const BinRows& rows, BinPixels& converter, int deviceX);
+    /// Hands the picture to `sink` strip by strip, none if no bin reaches the plot rectangle. `deviceX` is added to X
+    /// coordinates by the painter: bars that begin left of its device lose a pixel.
+    void compose(const BinView& view, const BinRows& rows, BinPixels& converter, int deviceX, const Sink& sink);
 
 private:
     /// Pixel lines of a row, relative to the plot rectangle and clipped to it; empty if `first` is above `last`.
@@ -33,49 +36,63 @@ private:
         int first = 0;
         int last = -1;
         bool showsCorner = false; ///< `last` is the lowest line of a bar that is higher than one pixel
+        bool isTopSomewhere = false; ///< no later row covers its last line
     };
-    enum LineState : unsigned char { Untouched, HasGaps, Complete };
+    /// A row as one line of pixels.
+    struct Line {
+        int row = -1; ///< none
+        std::vector<QRgb> pixels; ///< and some room behind them
+        std::vector<int> gaps; ///< pixels that are transparent
+        bool losesCorner = false; ///< in its lowest line
+    };
     static constexpr int noCorner = -1;
 
     void planColumns(const BinView& view, int deviceX);
     void planPixels();
+    void planRows(const BinView& view);
     LineSpan linesOf(const BinView& view, int row) const;
-    bool isCovered(const LineSpan& lines) const;
-    const double* valuesOf(const QList<double>& row, int end);
-    void composeRow(const double* values, const LineSpan& lines, BinPixels& converter);
-    void spreadGroups();
+    const double* valuesOf(const QList<double>& row);
+    Line& lineOf(int row);
+    void composeRow(int row, Line& line);
+    void spreadGroups(QRgb* row);
+    template <int block> void spreadTouching(QRgb* row) const;
     bool cornerIsLost() const;
-    void paintLine(int y, bool losesCorner);
-    Picture picture();
+    void composeLine(int y, int topRow, QRgb* target);
+    void startLine(int y, int row, QRgb* target);
+    void fillGaps(int y, int row, QRgb* target);
+    bool showsLoss(const Line& line, int y) const;
 
-    QRgb* lineAt(int y)
-    {
-        return m_pixels.data() + static_cast<std::size_t>(y) * static_cast<std::size_t>(m_size.width());
-    }
+    const LineSpan& spanOf(int row) const { return m_rows[static_cast<std::size_t>(row - m_firstRow)]; }
 
     QSize m_size; ///< of the plot rectangle
+    const BinRows* m_bins = nullptr;
+    BinPixels* m_converter = nullptr;
 
     // Columns: those that begin at the same pixel form a group
     std::vector<int> m_firstColumn; ///< of each group, and the end of the last one
     std::vector<int> m_left; ///< first pixel of each group, relative to the plot rectangle
     int m_extent = 0; ///< pixels that a bin covers beyond its first one
     bool m_isSimple = false; ///< neighbouring groups touch or share one pixel
+    bool m_isPixelEach = false; ///< group i covers the one pixel i
     bool m_oneColumnEach = false;
     int m_corner = noCorner; ///< pixel that a group loses in its lowest line
     std::size_t m_cornerGroup = 0;
     int m_firstPixel = 0; ///< leftmost and rightmost pixel that any group covers
-    int m_lastPixel = -1;
-    std::vector<int> m_groupOf; ///< of each pixel, from the leftmost one on
-    std::vector<int> m_shared; ///< groups whose first pixel is the last one of the group before
+    int m_width = 0; ///< from the leftmost to the rightmost
+    std::vector<QRgb> m_shared; ///< all bits set for a group whose first pixel is the last one of the group before
 
-    // The row at work
+    // Rows
+    int m_firstRow = 0;
+    std::vector<LineSpan> m_rows; ///< of each visible row, from m_firstRow on
+
+    // At work
     std::vector<QRgb> m_groupPixels;
-    std::vector<QRgb> m_rowPixels;
     std::vector<double> m_paddedRow; ///< a row that is too short, with empty bins behind it
-
-    // The picture
-    std::vector<QRgb> m_pixels;
-    std::vector<LineState> m_lines;
+    std::array<Line, 4> m_recent; ///< the rows that were composed last
+    std::size_t m_nextRecent = 0;
+    std::vector<int> m_gaps; ///< of the line at work
+    std::vector<QRgb> m_gapPixels;
+    std::vector<QRgb> m_strip;
 };
 
 } // namespace tarnis

@@ -2,6 +2,8 @@
 // Values in, colours out; no widget.
 #pragma once
 
+#include "tarnis/plots/widelanes_p.h"
+
 #include <QColor>
 
 #include <array>
@@ -30,6 +32,9 @@ public:
         return m_ascending ? ascendingPixel(v) : anyPixel(v);
     }
 
+    /// pixel() of each of `count` values.
+    void pixels(const double* values, int count, QRgb* pixels) const;
+
     /// False if an end colour is not opaque: what it paints depends on what lies below.
     bool isOpaque() const;
 
@@ -37,51 +42,40 @@ public:
     bool operator==(const ColorScale& other) const;
 
 private:
-    struct Segment {
-        double base = 0.0; ///< where the lower colour stands
-        double width = 0.0; ///< from there to the upper colour
-        std::array<double, 3> lower {}; ///< red, green, blue
-        std::array<double, 3> upper {};
-
-        std::array<int, 3> blend(double t) const
-        {
-            const double rest = 1.0 - t;
-            std::array<int, 3> rgb {};
-            for (std::size_t i = 0; i < rgb.size(); ++i)
-                rgb[i] = static_cast<int>(upper[i] * t + lower[i] * rest);
-            return rgb;
-        }
-    };
     static constexpr int below = -1; ///< the lower end
     static constexpr int above = 4; ///< the upper end
-    static constexpr QRgb undefinedPixel = 0xff000000;
 
     static double logarithm(double value);
-    int segmentOf(double v) const;
+    int rangeOf(double v) const;
     QRgb anyPixel(double v) const;
+
+    /// `t` runs from 0 at the lower end of the range to 1 at its upper one.
+    std::array<int, 3> blend(std::size_t range, double t) const
+    {
+        const double rest = 1.0 - t;
+        std::array<int, 3> rgb {};
+        for (std::size_t i = 0; i < rgb.size(); ++i)
+            rgb[i] = static_cast<int>(m_ranges.upper[i][range] * t + m_ranges.lower[i][range] * rest);
+        return rgb;
+    }
 
     /// Without branches: neighbouring bins are noise, and a wrong guess costs more than the blend.
     QRgb ascendingPixel(double v) const
     {
-        const double inside = v < m_low ? m_low : (v > m_high ? m_high : v);
-        const auto index = static_cast<std::size_t>(inside >= m_segments[1].base)
-            + static_cast<std::size_t>(inside >= m_segments[2].base)
-            + static_cast<std::size_t>(inside >= m_segments[3].base);
-        const Segment& segment = m_segments[index];
+        const ScaleRanges& r = m_ranges;
+        const double inside = v < r.low ? r.low : (v > r.high ? r.high : v);
+        const auto range = static_cast<std::size_t>(inside >= r.base[1]) + static_cast<std::size_t>(inside >= r.base[2])
+            + static_cast<std::size_t>(inside >= r.base[3]);
         const bool isNumber = inside == inside;
-        const std::array<int, 3> rgb = segment.blend(isNumber ? (inside - segment.base) / segment.width : 0.0);
-        const QRgb between = isNumber ? qRgb(rgb[0], rgb[1], rgb[2]) : undefinedPixel;
-        return v < m_low ? m_lowPixel : (v > m_high ? m_highPixel : between);
+        const std::array<int, 3> rgb = blend(range, isNumber ? (inside - r.base[range]) / r.width[range] : 0.0);
+        const QRgb between = isNumber ? qRgb(rgb[0], rgb[1], rgb[2]) : ScaleRanges::undefinedPixel;
+        return v < r.low ? r.lowPixel : (v > r.high ? r.highPixel : between);
     }
 
-    double m_low = 0.0; ///< lower end; its logarithm on a log scale
-    double m_high = 0.0;
+    ScaleRanges m_ranges; ///< of the values, or of their logarithms on a log scale
     bool m_logScale = false;
     bool m_ascending = false; ///< the five points are finite and ascend
-    std::array<Segment, 4> m_segments;
     ScaleColors m_colors;
-    QRgb m_lowPixel = undefinedPixel;
-    QRgb m_highPixel = undefinedPixel;
 };
 
 } // namespace tarnis

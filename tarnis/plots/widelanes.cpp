@@ -1,0 +1,212 @@
+#include "tarnis/plots/widelanes_p.h"
+
+#include <algorithm>
+#include <bit>
+#include <cstdint>
+
+#if defined(__x86_64__) && defined(__GNUC__)
+#define TARNIS_WIDE_LANES __attribute__((target("avx2")))
+#include <immintrin.h>
+#endif
+
+namespace tarnis {
+
+namespace {
+
+bool wideLanesWanted = true;
+
+} // namespace
+
+void setWideLanes(bool on)
+{
+    wideLanesWanted = on;
+}
+
+#ifdef TARNIS_WIDE_LANES
+
+namespace {
+
+constexpr int lanes = 4;
+
+/// For each lane the entry of a column that its range names. `pick` holds both halves of each entry's place.
+TARNIS_WIDE_LANES inline __m256d entryOf(const ScaleRanges::Column& column, __m256i pick)
+{
+    return _mm256_castps_pd(_mm256_permutevar8x32_ps(_mm256_castpd_ps(_mm256_loadu_pd(column.data())), pick));
+}
+
+/// One bit pattern of 32 bits for each lane, out of masks of 64 bits.
+TARNIS_WIDE_LANES inline __m128i narrowed(__m256d mask)
+{
+    const __m256i evenHalves = _mm256_setr_epi32(0, 2, 4, 6, 0, 2, 4, 6);
+    return _mm256_castsi256_si128(_mm256_permutevar8x32_epi32(_mm256_castpd_si256(mask), evenHalves));
+}
+
+/// Four values to pixels, by the steps and in the order of ColorScale::pixel().
+TARNIS_WIDE_LANES inline __m128i blendLanes(const ScaleRanges& ranges, __m256d value)
+{
+    const __m256d low = _mm256_set1_pd(ranges.low);
+    const __m256d high = _mm256_set1_pd(ranges.high);
+    const __m256d isBelow = _mm256_cmp_pd(value, low, _CMP_LT_OQ);
+    const __m256d isAbove = _mm256_cmp_pd(value, high, _CMP_GT_OQ);
+    const __m256d inside = _mm256_blendv_pd(_mm256_blendv_pd(value, high, isAbove), low, isBelow);
+
+    __m256i range = _mm256_setzero_si256();
+    for (std::size_t i = 1; i < ranges.base.size(); ++i) {
+        const __m256d reaches = _mm256_cmp_pd(inside, _mm256_set1_pd(ranges.base[i]), _CMP_GE_OQ);
+        range = _mm256_sub_epi64(range, _mm256_castpd_si256(reaches));
+    }
+    const __m256i lowerHalf = _mm256_slli_epi64(range, 1);
+    const __m256i pick =
+        _mm256_or_si256(_mm256_or_si256(lowerHalf, _mm256_slli_epi64(lowerHalf, 32)), _mm256_set1_epi64x(1LL << 32));
+
+    const __m256d isNumber = _mm256_cmp_pd(inside, inside, _CMP_ORD_Q);
+    const __m256d ratio = _mm256_div_pd(_mm256_sub_pd(inside, entryOf(ranges.base, pick)), entryOf(ranges.width, pick));
+    const __m256d t = _mm256_and_pd(ratio, isNumber);
+    const __m256d rest = _mm256_sub_pd(_mm256_set1_pd(1.0), t);
+    __m128i pixel = _mm_set1_epi32(0xff);
+    for (std::size_t channel = 0; channel < ranges.upper.size(); ++channel) {
+        const __m256d blend = _mm256_add_pd(_mm256_mul_pd(entryOf(ranges.upper[channel], pick), t),
+            _mm256_mul_pd(entryOf(ranges.lower[channel], pick), rest));
+        pixel = _mm_or_si128(_mm_slli_epi32(pixel, 8), _mm256_cvttpd_epi32(blend));
+    }
+    const auto everywhere = [](QRgb color) { return _mm_set1_epi32(static_cast<int>(color)); };
+    pixel = _mm_blendv_epi8(everywhere(ranges.undefinedPixel), pixel, narrowed(isNumber));
+    pixel = _mm_blendv_epi8(pixel, everywhere(ranges.highPixel), narrowed(isAbove));
+    return _mm_blendv_epi8(pixel, everywhere(ranges.lowPixel), narrowed(isBelow));
+}
+
+/// For each set of eight lanes, given as bits, the chosen lanes in ascending order and then any others.
+constexpr std::array<std::array<std::uint8_t, 8>, 256> chosenLanes()
+{
+    std::array<std::array<std::uint8_t, 8>, 256> table {};
+    for (unsigned int set = 0; set < table.size(); ++set) {
+        std::size_t next = 0;
+        for (std::uint8_t lane = 0; lane < 8; ++lane) {
+            if ((set >> lane & 1U) != 0)
+                table[set][next++] = lane;
+        }
+    }
+    return table;
+}
+constexpr auto laneOrders = chosenLanes();
+
+/// Places in the table of four values; `size` for what is not a whole count below it.
+TARNIS_WIDE_LANES inline __m128i tablePlaces(__m256d value, __m256d limit, __m128i size)
+{
+    const __m128i whole = _mm256_cvttpd_epi32(value);
+    const __m256d isWhole = _mm256_cmp_pd(_mm256_cvtepi32_pd(whole), value, _CMP_EQ_OQ);
+    const __m256d isPositive = _mm256_cmp_pd(value, _mm256_setzero_pd(), _CMP_GE_OQ);
+    const __m256d isSmall = _mm256_cmp_pd(value, limit, _CMP_LT_OQ);
+    const __m256d isPlace = _mm256_and_pd(isWhole, _mm256_and_pd(isPositive, isSmall));
+    return _mm_blendv_epi8(size, whole, narrowed(isPlace));
+}
+
+/// Four values, side by side or from columns.
+template <bool fromColumns> TARNIS_WIDE_LANES inline __m256d loadLanes(const double* values, const int* columns, int i)
+{
+    if constexpr (!fromColumns)
+        return _mm256_loadu_pd(values + i);
+    return _mm256_setr_pd(values[columns[i]], values[columns[i + 1]], values[columns[i + 2]], values[columns[i + 3]]);
+}
+
+template <bool fromColumns>
+TARNIS_WIDE_LANES bool lookUpLanes(
+    const double* values, const int* columns, int count, const QRgb* table, int size, QRgb unknown, QRgb* pixels)
+{
+    const __m256d limit = _mm256_set1_pd(size);
+    const __m128i outside = _mm_set1_epi32(size);
+    alignas(16) std::array<int, lanes> places {};
+    int i = 0;
+    for (; i + lanes <= count; i += lanes) {
+        const __m128i place = tablePlaces(loadLanes<fromColumns>(values, columns, i), limit, outside);
+        // Four loads are faster than a gather.
+        _mm_store_si128(reinterpret_cast<__m128i*>(places.data()), place);
+        for (int k = 0; k < lanes; ++k)
+            pixels[i + k] = table[places[static_cast<std::size_t>(k)]];
+    }
+    for (; i < count; ++i) {
+        const __m128i place = tablePlaces(_mm256_set1_pd(values[fromColumns ? columns[i] : i]), limit, outside);
+        pixels[i] = table[_mm_cvtsi128_si32(place)];
+    }
+    unsigned int found = 0;
+    for (i = 0; i < count; ++i)
+        found |= static_cast<unsigned int>(pixels[i] == unknown);
+    return found != 0;
+}
+
+} // namespace
+
+bool hasWideLanes()
+{
+    return wideLanesWanted && __builtin_cpu_supports("avx2") != 0;
+}
+
+TARNIS_WIDE_LANES void blendWide(const ScaleRanges& ranges, const double* values, int count, QRgb* pixels)
+{
+    int i = 0;
+    for (; i + lanes <= count; i += lanes)
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(pixels + i), blendLanes(ranges, _mm256_loadu_pd(values + i)));
+    if (i == count)
+        return;
+    alignas(32) std::array<double, lanes> rest {};
+    alignas(16) std::array<QRgb, lanes> restPixels {};
+    std::copy_n(values + i, count - i, rest.begin());
+    _mm_store_si128(reinterpret_cast<__m128i*>(restPixels.data()), blendLanes(ranges, _mm256_load_pd(rest.data())));
+    std::copy_n(restPixels.begin(), count - i, pixels + i);
+}
+
+bool lookUpWide(
+    const double* values, const int* columns, int count, const QRgb* table, int size, QRgb unknown, QRgb* pixels)
+{
+    return columns != nullptr ? lookUpLanes<true>(values, columns, count, table, size, unknown, pixels)
+                              : lookUpLanes<false>(values, columns, count, table, size, unknown, pixels);
+}
+
+TARNIS_WIDE_LANES int listWide(const QRgb* pixels, int count, QRgb pixel, int* places)
+{
+    constexpr int wide = 8;
+    const __m256i wanted = _mm256_set1_epi32(static_cast<int>(pixel));
+    __m256i here = _mm256_setr_epi32(0, 1, 2, 3, 4, 5, 6, 7);
+    int found = 0;
+    int i = 0;
+    for (; i + wide <= count; i += wide) {
+        const __m256i isEqual =
+            _mm256_cmpeq_epi32(_mm256_loadu_si256(reinterpret_cast<const __m256i*>(pixels + i)), wanted);
+        const auto set = static_cast<unsigned int>(_mm256_movemask_ps(_mm256_castsi256_ps(isEqual)));
+        const __m256i order =
+            _mm256_cvtepu8_epi32(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(laneOrders[set].data())));
+        _mm256_storeu_si256(reinterpret_cast<__m256i*>(places + found), _mm256_permutevar8x32_epi32(here, order));
+        found += std::popcount(set);
+        here = _mm256_add_epi32(here, _mm256_set1_epi32(wide));
+    }
+    for (; i < count; ++i) {
+        places[found] = i;
+        found += static_cast<int>(pixels[i] == pixel);
+    }
+    return found;
+}
+
+#else
+
+bool hasWideLanes()
+{
+    return false;
+}
+
+void blendWide(const ScaleRanges&, const double*, int, QRgb*)
+{
+}
+
+bool lookUpWide(const double*, const int*, int, const QRgb*, int, QRgb, QRgb*)
+{
+    return false;
+}
+
+int listWide(const QRgb*, int, QRgb, int*)
+{
+    return 0;
+}
+
+#endif
+
+} // namespace tarnis

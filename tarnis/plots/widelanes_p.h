@@ -1,0 +1,43 @@
+// Loops over bins in lanes of 256 bits, for processors that have them. They give bit for bit what the plain loops give.
+#pragma once
+
+#include <QRgb>
+
+#include <array>
+
+namespace tarnis {
+
+/// True if the functions below may be called: the processor has AVX2, and nothing has switched them off.
+bool hasWideLanes();
+
+/// Off lets all go through the plain loops. Not while anything is painted.
+void setWideLanes(bool on);
+
+/// Four ranges of a scale, each with a colour at both of its ends, one column per range.
+struct ScaleRanges {
+    using Column = std::array<double, 4>;
+
+    Column base {}; ///< lower end
+    Column width {}; ///< up to the next base
+    std::array<Column, 3> lower {}; ///< red, green, blue
+    std::array<Column, 3> upper {};
+    double low = 0.0; ///< below it: lowPixel
+    double high = 0.0; ///< above it: highPixel
+    QRgb lowPixel = 0;
+    QRgb highPixel = 0;
+    static constexpr QRgb undefinedPixel = 0xff000000; ///< for NaN
+};
+
+/// Blends `count` values; the bases are finite and ascend.
+void blendWide(const ScaleRanges& ranges, const double* values, int count, QRgb* pixels);
+
+/// Looks up whole counts from 0 to `size` - 1, of values[columns[i]], or of values[i] if `columns` is null. For any
+/// other value table[size] is taken. True if one of the pixels is `unknown`.
+bool lookUpWide(
+    const double* values, const int* columns, int count, const QRgb* table, int size, QRgb unknown, QRgb* pixels);
+
+/// Writes the places at which a pixel stands, in ascending order, and gives their number. `places` has room for
+/// `count` + 7 entries.
+int listWide(const QRgb* pixels, int count, QRgb pixel, int* places);
+
+} // namespace tarnis
