@@ -1,34 +1,55 @@
 #include "tarnis/plots/binmap_p.h"
 
+#include "tarnis/plots/pixeltarget_p.h"
+
 #include <QImage>
-#include <QPaintEngine>
 #include <QPainter>
 
 #include <algorithm>
-#include <cmath>
 #include <optional>
 
 namespace tarnis {
 
 namespace {
 
-/// What the painter adds to X coordinates on their way to the device, if it does no more than moving whole pixels onto
-/// a raster device of 32 bits, and paints nothing outside of `rect`.
-std::optional<int> plainOffset(const QPainter& painter, const QRect& rect)
+/// True if the painter paints nothing outside of `rect`.
+bool isClippedTo(const QPainter& painter, const QRect& rect)
 {
-    const QPaintEngine* engine = painter.paintEngine();
-    if (engine == nullptr || engine->type() != QPaintEngine::Raster || painter.device()->depth() != 32)
-        return std::nullopt;
-    if (painter.opacity() != 1.0 || painter.compositionMode() != QPainter::CompositionMode_SourceOver
-        || painter.testRenderHint(QPainter::Antialiasing))
-        return std::nullopt;
-    const QTransform transform = painter.deviceTransform();
-    if (transform.type() > QTransform::TxTranslate || std::trunc(transform.dx()) != transform.dx()
-        || std::trunc(transform.dy()) != transform.dy())
-        return std::nullopt;
-    if (!painter.hasClipping() || !QRectF(rect).contains(painter.clipBoundingRect()))
-        return std::nullopt;
-    return static_cast<int>(transform.dx());
+    return painter.hasClipping() && QRectF(rect).contains(painter.clipBoundingRect());
+}
+
+/// Pixels over those of a line; transparent ones leave it as it is.
+void copyOver(QRgb* line, const QRgb* pixels, int count)
+{
+    for (int i = 0; i < count; ++i)
+        line[i] = pixels[i] == BinPixels::noPixel ? line[i] : pixels[i];
+}
+
+/// Writes a strip straight to an image. `topLeft` is the plot rectangle's, in device coordinates.
+void writeStrip(const PixelTarget& target, QPoint topLeft, const BinRaster::Strip& strip)
+{
+    const QRect area = strip.area.translated(topLeft);
+    const QRect visible = area & target.clip;
+    if (visible.isEmpty())
+        return;
+    for (int y = visible.top(); y <= visible.bottom(); ++y) {
+        const QRgb* pixels =
+            strip.pixels + static_cast<qsizetype>(y - area.top()) * area.width() + visible.left() - area.left();
+        QRgb* line = target.rows.at(visible.left(), y);
+        if (strip.isOpaque)
+            std::copy_n(pixels, visible.width(), line);
+        else
+            copyOver(line, pixels, visible.width());
+    }
+}
+
+/// The same by way of the painter, for clips that are no rectangle.
+void drawStrip(QPainter& painter, QPoint topLeft, const BinRaster::Strip& strip)
+{
+    const QImage image(reinterpret_cast<const uchar*>(strip.pixels), strip.area.width(), strip.area.height(),
+        strip.area.width() * static_cast<qsizetype>(sizeof(QRgb)),
+        strip.isOpaque ? QImage::Format_RGB32 : QImage::Format_ARGB32_Premultiplied);
+    painter.drawImage(topLeft + strip.area.topLeft(), image);
 }
 
 void paintRow(QPainter& painter, const BinView& view, int row, const QList<double>& values, const ColorScale& scale)
@@ -65,17 +86,20 @@ void paintBinsOneByOne(QPainter& painter, const BinView& view, const BinRows& ro
 
 void BinMap::paint(QPainter& painter, const BinView& view, const BinRows& rows, const ColorScale& scale)
 {
-    const std::optional<int> offset = plainOffset(painter, view.rect);
-    if (!offset || !scale.isOpaque() || !BinRaster::canCompose(view)) {
+    const std::optional<QPoint> offset = wholePixelOffset(painter);
+    if (!coversWholePixels(painter) || plainImageBehind(painter) == nullptr || !offset
+        || !isClippedTo(painter, view.rect) || !scale.isOpaque() || !BinRaster::canCompose(view)) {
         paintBinsOneByOne(painter, view, rows, scale);
         return;
     }
     m_converter.setScale(scale);
-    m_raster.compose(view, rows, m_converter, *offset, [&](const BinRaster::Strip& strip) {
-        const QImage image(reinterpret_cast<const uchar*>(strip.pixels), strip.area.width(), strip.area.height(),
-            strip.area.width() * static_cast<qsizetype>(sizeof(QRgb)),
-            strip.isOpaque ? QImage::Format_RGB32 : QImage::Format_ARGB32_Premultiplied);
-        painter.drawImage(view.rect.topLeft() + strip.area.topLeft(), image);
+    const QPoint topLeft = view.rect.topLeft();
+    const std::optional<PixelTarget> target = pixelTargetOf(painter);
+    m_raster.compose(view, rows, m_converter, offset->x(), [&](const BinRaster::Strip& strip) {
+        if (target)
+            writeStrip(*target, topLeft + *offset, strip);
+        else
+            drawStrip(painter, topLeft, strip);
     });
 }
 

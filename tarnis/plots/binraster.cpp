@@ -12,7 +12,7 @@ constexpr double largestBin = 1 << 13; // pixels; a larger one leaves a handful 
 constexpr int largestSide = 1 << 14;
 constexpr int narrowBlock = 4;
 constexpr int barBlock = 16;
-constexpr int stripPixels = 1 << 15; // small enough to stay near the processor until they are painted
+constexpr int stripPixels = 1 << 14; // small enough to stay near the processor until they are painted
 
 bool isOrdinary(const BinSpan& span)
 {

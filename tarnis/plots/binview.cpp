@@ -44,7 +44,7 @@ BinSpan visibleBins(const BinAxis& axis, int pixels, qsizetype bins)
         span.pixels *= axis.resolution;
     }
     span.first = std::max(0, roundToInt(std::floor(span.low)));
-    span.end = static_cast<int>(std::min<qsizetype>(roundToInt(std::ceil(span.high)), bins));
+    span.end = std::max(0, static_cast<int>(std::min<qsizetype>(roundToInt(std::ceil(span.high)), bins)));
     return span;
 }
 

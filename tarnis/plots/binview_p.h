@@ -25,7 +25,7 @@ struct BinSpan {
     double low = 0.0; ///< visible bounds as bin numbers
     double high = 0.0;
     int first = 0;
-    int end = 0; ///< excluded; not above the number of bins, but possibly below `first`
+    int end = 0; ///< excluded; from 0 to the number of bins, possibly below `first`
 };
 
 /// `bins` is the number of bins of the axis, `pixels` its length on the screen. A bound that is not a number counts as

@@ -1,8 +1,7 @@
 #include "tarnis/plots/curvepaint_p.h"
 
-#include "tarnis/plots/pixelmask_p.h"
+#include "tarnis/plots/pixeltarget_p.h"
 
-#include <QImage>
 #include <QPaintEngine>
 #include <QPainter>
 #include <QTransform>
@@ -30,21 +29,9 @@ bool isFineOpaquePen(const QPen& pen)
         && pen.color().alpha() == 255;
 }
 
-bool coversWholePixels(const QPainter& painter)
+bool drawsWholePixels(const QPainter& painter)
 {
-    const QPaintEngine* engine = painter.paintEngine();
-    return engine != nullptr && engine->type() == QPaintEngine::Raster
-        && !painter.testRenderHint(QPainter::Antialiasing)
-        && painter.compositionMode() == QPainter::CompositionMode_SourceOver && painter.opacity() == 1.0
-        && isFineOpaquePen(painter.pen());
-}
-
-/// What the engine draws on, in its pixels: an image, also where the painter was opened on a widget.
-QRect deviceRect(const QPaintEngine& engine)
-{
-    const QRect whole(0, 0, engine.paintDevice()->width(), engine.paintDevice()->height());
-    const QRegion systemClip = engine.systemClip();
-    return systemClip.isEmpty() ? whole : whole.intersected(systemClip.boundingRect());
+    return coversWholePixels(painter) && isFineOpaquePen(painter.pen());
 }
 
 QRectF deviceInPaintersUnits(const QPainter& painter)
@@ -71,44 +58,13 @@ void paintOn(
     }
 }
 
-/// The pixels that a painter draws on, where lines may be written to them past the engine.
-struct PixelTarget {
-    PixelRows rows;
-    QRect device; ///< all of the pixels
-    QRect clip; ///< those that the painter may change
-    QPoint offset; ///< of the painter's coordinates
-    QRgb color = 0;
-};
-
-bool holdsPlainColors(const QImage& image)
+/// Where lines of the painter's pen may be written: one that is a colour of 8 bits a channel.
+std::optional<PixelTarget> lineTargetOf(const QPainter& painter)
 {
-    return image.format() == QImage::Format_RGB32 || image.format() == QImage::Format_ARGB32_Premultiplied
-        || image.format() == QImage::Format_ARGB32;
-}
-
-/// Where the painter shifts by whole pixels, clips to a rectangle, and has a pen that is a colour of 8 bits a channel.
-std::optional<PixelTarget> pixelTargetOf(const QPainter& painter)
-{
-    if (!coversWholePixels(painter))
-        return std::nullopt;
-    const QTransform& transform = painter.deviceTransform();
-    const QPoint offset(qRound(transform.dx()), qRound(transform.dy()));
     const QColor color = painter.pen().color();
-    if (transform.type() > QTransform::TxTranslate || transform.dx() != offset.x() || transform.dy() != offset.y()
-        || QColor(color.rgb()).rgba64() != color.rgba64())
+    if (!isFineOpaquePen(painter.pen()) || QColor(color.rgb()).rgba64() != color.rgba64())
         return std::nullopt;
-
-    const QPaintEngine& engine = *painter.paintEngine();
-    const QRegion clip = painter.hasClipping() ? painter.clipRegion() : QRegion();
-    // The engine writes to the image's own bytes, unshared since it began.
-    const auto* image = dynamic_cast<const QImage*>(engine.paintDevice());
-    if (image == nullptr || !holdsPlainColors(*image) || clip.rectCount() > 1 || engine.systemClip().rectCount() > 1)
-        return std::nullopt;
-    PixelTarget target { { const_cast<uchar*>(image->constBits()), image->bytesPerLine() }, image->rect(),
-        deviceRect(engine), offset, color.rgb() };
-    if (painter.hasClipping())
-        target.clip &= clip.boundingRect().translated(offset);
-    return target;
+    return pixelTargetOf(painter);
 }
 
 /// Whether the lines cost the engine clearly more than a mask of the whole clip takes to set up. A line takes it as
@@ -126,7 +82,7 @@ bool areWorthAMask(const QList<QLine>& lines, const QRect& clip)
 
 void paintLines(QPainter& painter, const QList<QLine>& lines)
 {
-    const std::optional<PixelTarget> target = pixelTargetOf(painter);
+    const std::optional<PixelTarget> target = lineTargetOf(painter);
     if (!target || target->clip.isEmpty() || !areWorthAMask(lines, target->clip)) {
         painter.drawLines(lines);
         return;
@@ -140,14 +96,14 @@ void paintLines(QPainter& painter, const QList<QLine>& lines)
         else
             beyond.append(line);
     }
-    mask.writeTo(target->rows, target->color);
+    mask.writeTo(target->rows, painter.pen().color().rgb());
     if (!beyond.isEmpty())
         painter.drawLines(beyond);
 }
 
 Merging mergingOn(const QPainter& painter)
 {
-    if (!coversWholePixels(painter))
+    if (!drawsWholePixels(painter))
         return {};
     const QTransform& transform = painter.deviceTransform();
     if (transform.type() <= QTransform::TxTranslate || isQuarterTurn(transform))

@@ -134,7 +134,7 @@ CutSpan cutSpan(const BinAxis& axis, AxisRange cut, qsizetype bins)
     const int count = countOf(bins);
     CutSpan span;
     span.first = std::max(roundToInt(std::floor(inBins(axis.min))), 0);
-    span.end = std::min(roundToInt(std::ceil(inBins(axis.max))), count);
+    span.end = std::max(0, std::min(roundToInt(std::ceil(inBins(axis.max))), count));
     span.cutFirst = std::max(roundToInt(inBins(cut.min)), 0);
     span.cutEnd = std::min(roundToInt(inBins(cut.max)), count);
     span.step = axis.step;

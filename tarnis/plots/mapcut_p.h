@@ -34,7 +34,7 @@ double edgeValue(CutEdge edge, QPoint point, AxisRange visibleX, AxisRange visib
 /// Bins of one axis of a cut. All ends are excluded and can lie before their beginnings.
 struct CutSpan {
     int first = 0; ///< visible
-    int end = 0;
+    int end = 0; ///< not below 0
     int cutFirst = 0; ///< inside the rectangle
     int cutEnd = 0;
     double step = 0.0;

@@ -43,6 +43,7 @@ XYGraphWidget::XYGraphWidget(QWidget* parent)
     colours.setBrush(QPalette::Window, Qt::lightGray);
     setPalette(colours);
     setAutoFillBackground(true);
+    setAttribute(Qt::WA_OpaquePaintEvent); // paint() fills all of the widget: no need to clear it before
 
     m_actAutoScaleX = addCheckable(this, tr("Auto Scale X"), true);
     m_actAutoScaleY = addCheckable(this, tr("Auto Scale Y"), true);

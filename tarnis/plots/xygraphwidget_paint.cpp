@@ -2,6 +2,7 @@
 #include "tarnis/plots/xygraphwidget.h"
 
 #include "tarnis/foundation/helpers.h"
+#include "tarnis/plots/pixeltarget_p.h"
 #include "tarnis/plots/plotaxis_p.h"
 #include "tarnis/plots/plotmap_p.h"
 #include "tarnis/plots/plotnumbers_p.h"
@@ -118,18 +119,39 @@ void paintNotes(QPainter& painter, const QRect& frame, const QRect& graph, const
     painter.drawText(rect, Qt::AlignRight | Qt::AlignVCenter, notes);
 }
 
+/// Fills the frame but for the inside of the graph, which is painted over.
+void fillAround(QPainter& painter, const QRect& frame, const QRect& graph)
+{
+    const QRect inside = graph.adjusted(1, 1, -1, -1);
+    if (!inside.isValid() || !tarnis::coversWholePixels(painter) || !tarnis::wholePixelOffset(painter)) {
+        painter.fillRect(frame, QBrush(Qt::lightGray));
+        return;
+    }
+    for (const QRect& part : QRegion(frame).subtracted(inside))
+        painter.fillRect(part, QBrush(Qt::lightGray));
+}
+
 void paintGrid(QPainter& painter, const QList<int>& columns, const QList<int>& rows, const QRect& graph)
 {
     if (columns.isEmpty() && rows.isEmpty())
         return;
-    QList<QLine> lines;
-    lines.reserve(columns.size() + rows.size());
-    for (const int column : columns)
-        lines.append(QLine(column, graph.top(), column, graph.bottom()));
-    for (const int row : rows)
-        lines.append(QLine(graph.left(), row, graph.right(), row));
-    painter.setPen(QColor(64, 64, 64));
-    painter.drawLines(lines);
+    const QColor color(64, 64, 64);
+    painter.setPen(color);
+    if (tarnis::coversWholePixels(painter) && tarnis::wholePixelOffset(painter) && graph.isValid()) {
+        // Straight lines one pixel wide, as rectangles.
+        for (const int column : columns)
+            painter.fillRect(column, graph.top(), 1, graph.height(), color);
+        for (const int row : rows)
+            painter.fillRect(graph.left(), row, graph.width(), 1, color);
+    } else {
+        QList<QLine> lines;
+        lines.reserve(columns.size() + rows.size());
+        for (const int column : columns)
+            lines.append(QLine(column, graph.top(), column, graph.bottom()));
+        for (const int row : rows)
+            lines.append(QLine(graph.left(), row, graph.right(), row));
+        painter.drawLines(lines);
+    }
     painter.setPen(Qt::black);
 }
 
@@ -140,7 +162,7 @@ void XYGraphWidget::paint(QPainter& painter, QRect* rect)
     CharSize size;
     getCharSize(size.width, size.height);
     QRect frame = rect != nullptr ? *rect : painter.viewport();
-    painter.fillRect(frame, QBrush(Qt::lightGray));
+    const QRect whole = frame;
     frame = frame.marginsRemoved(m_margin);
 
     const auto [rangeX, rangeY] = visibleRanges();
@@ -165,6 +187,7 @@ void XYGraphWidget::paint(QPainter& painter, QRect* rect)
     keepEnds(labelsX, upright, frame.height(), m_labelRectMinX, m_labelRectMaxX);
     keepEnds(labelsY, upright, frame.height(), m_labelRectMinY, m_labelRectMaxY);
 
+    fillAround(painter, whole, m_backGroundColor.alpha() == 255 ? graph : QRect());
     painter.setBrush(QBrush(m_backGroundColor));
     painter.drawRects(&graph, 1);
     m_graphRect = graph;
