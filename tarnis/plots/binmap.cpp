@@ -18,38 +18,29 @@ bool isClippedTo(const QPainter& painter, const QRect& rect)
     return painter.hasClipping() && QRectF(rect).contains(painter.clipBoundingRect());
 }
 
-/// Pixels over those of a line; transparent ones leave it as it is.
-void copyOver(QRgb* line, const QRgb* pixels, int count)
+/// Writes a line straight to an image. `topLeft` is the plot rectangle's, in device coordinates.
+void writeLine(const PixelTarget& target, QPoint topLeft, const BinRaster::Line& line)
 {
-    for (int i = 0; i < count; ++i)
-        line[i] = pixels[i] == BinPixels::noPixel ? line[i] : pixels[i];
-}
-
-/// Writes a strip straight to an image. `topLeft` is the plot rectangle's, in device coordinates.
-void writeStrip(const PixelTarget& target, QPoint topLeft, const BinRaster::Strip& strip)
-{
-    const QRect area = strip.area.translated(topLeft);
-    const QRect visible = area & target.clip;
-    if (visible.isEmpty())
+    const int y = topLeft.y() + line.y;
+    const int x = topLeft.x() + line.x;
+    const int left = std::max(x, target.clip.left());
+    const int count = std::min(x + line.width - 1, target.clip.right()) - left + 1;
+    if (y < target.clip.top() || y > target.clip.bottom() || count <= 0)
         return;
-    for (int y = visible.top(); y <= visible.bottom(); ++y) {
-        const QRgb* pixels =
-            strip.pixels + static_cast<qsizetype>(y - area.top()) * area.width() + visible.left() - area.left();
-        QRgb* line = target.rows.at(visible.left(), y);
-        if (strip.isOpaque)
-            std::copy_n(pixels, visible.width(), line);
-        else
-            copyOver(line, pixels, visible.width());
-    }
+    const QRgb* pixels = line.pixels + (left - x);
+    if (line.isOpaque)
+        std::copy_n(pixels, count, target.rows.at(left, y));
+    else
+        copyOver(target.rows.at(left, y), pixels, count);
 }
 
 /// The same by way of the painter, for clips that are no rectangle.
-void drawStrip(QPainter& painter, QPoint topLeft, const BinRaster::Strip& strip)
+void drawLine(QPainter& painter, QPoint topLeft, const BinRaster::Line& line)
 {
-    const QImage image(reinterpret_cast<const uchar*>(strip.pixels), strip.area.width(), strip.area.height(),
-        strip.area.width() * static_cast<qsizetype>(sizeof(QRgb)),
-        strip.isOpaque ? QImage::Format_RGB32 : QImage::Format_ARGB32_Premultiplied);
-    painter.drawImage(topLeft + strip.area.topLeft(), image);
+    const QImage image(reinterpret_cast<const uchar*>(line.pixels), line.width, 1,
+        line.width * static_cast<qsizetype>(sizeof(QRgb)),
+        line.isOpaque ? QImage::Format_RGB32 : QImage::Format_ARGB32_Premultiplied);
+    painter.drawImage(topLeft + QPoint(line.x, line.y), image);
 }
 
 void paintRow(QPainter& painter, const BinView& view, int row, const QList<double>& values, const ColorScale& scale)
@@ -95,11 +86,11 @@ void BinMap::paint(QPainter& painter, const BinView& view, const BinRows& rows, 
     m_converter.setScale(scale);
     const QPoint topLeft = view.rect.topLeft();
     const std::optional<PixelTarget> target = pixelTargetOf(painter);
-    m_raster.compose(view, rows, m_converter, offset->x(), [&](const BinRaster::Strip& strip) {
+    m_raster.compose(view, rows, m_converter, offset->x(), [&](const BinRaster::Line& line) {
         if (target)
-            writeStrip(*target, topLeft + *offset, strip);
+            writeLine(*target, topLeft + *offset, line);
         else
-            drawStrip(painter, topLeft, strip);
+            drawLine(painter, topLeft, line);
     });
 }
 

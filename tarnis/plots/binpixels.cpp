@@ -61,6 +61,16 @@ double smallestPositiveBin(const BinRows& rows)
     return *std::min_element(least.begin(), least.end());
 }
 
+void copyOver(QRgb* line, const QRgb* pixels, int count)
+{
+    if (hasWideLanes()) {
+        copyOverWide(line, pixels, count);
+        return;
+    }
+    for (int i = 0; i < count; ++i)
+        line[i] = pixels[i] == BinPixels::noPixel ? line[i] : pixels[i];
+}
+
 int listPixels(const QRgb* pixels, int count, QRgb pixel, int* places)
 {
     if (hasWideLanes())

@@ -56,4 +56,7 @@ private:
     std::vector<QRgb> m_found;
 };
 
+/// Lays pixels over those of a line, which stays where they are noPixel.
+void copyOver(QRgb* line, const QRgb* pixels, int count);
+
 } // namespace tarnis

@@ -12,7 +12,6 @@ constexpr double largestBin = 1 << 13; // pixels; a larger one leaves a handful 
 constexpr int largestSide = 1 << 14;
 constexpr int narrowBlock = 4;
 constexpr int barBlock = 16;
-constexpr int stripPixels = 1 << 14; // small enough to stay near the processor until they are painted
 
 bool isOrdinary(const BinSpan& span)
 {
@@ -46,7 +45,7 @@ void BinRaster::compose(const BinView& view, const BinRows& rows, BinPixels& con
     m_size = view.rect.size();
     m_bins = &rows;
     m_converter = &converter;
-    for (Line& line : m_recent)
+    for (RowLine& line : m_recent)
         line.row = -1;
     planColumns(view, deviceX);
     if (m_left.empty())
@@ -54,34 +53,18 @@ void BinRaster::compose(const BinView& view, const BinRows& rows, BinPixels& con
     planPixels();
     planRows(view);
 
-    const int stripLines = std::max(1, stripPixels / m_width);
-    m_strip.resize(static_cast<std::size_t>(stripLines) * static_cast<std::size_t>(m_width));
-    int top = -1; // first line of the strip; none yet
-    bool isOpaque = true;
-    const auto flush = [&](int end) {
-        if (top >= 0)
-            sink({ QRect(m_firstPixel, top, m_width, end - top), m_strip.data(), isOpaque });
-        top = -1;
-        isOpaque = true;
-    };
+    m_line.resize(static_cast<std::size_t>(m_width));
     int row = m_firstRow + static_cast<int>(m_rows.size()) - 1;
+    bool isStarted = false;
     for (int y = 0; y < m_size.height(); ++y) {
         while (row >= m_firstRow && spanOf(row).last < y)
             --row;
-        if (row < m_firstRow) {
-            flush(y);
+        if (row < m_firstRow)
             return;
-        }
-        if (top < 0 && spanOf(row).first > y)
-            continue;
-        if (top < 0)
-            top = y;
-        composeLine(y, row, m_strip.data() + static_cast<std::size_t>(y - top) * static_cast<std::size_t>(m_width));
-        isOpaque = isOpaque && m_gaps.empty();
-        if (y + 1 - top == stripLines)
-            flush(y + 1);
+        isStarted = isStarted || spanOf(row).first <= y;
+        if (isStarted)
+            sink(composeLine(y, row));
     }
-    flush(m_size.height());
 }
 
 void BinRaster::planColumns(const BinView& view, int deviceX)
@@ -170,19 +153,19 @@ const double* BinRaster::valuesOf(const QList<double>& row)
     return m_paddedRow.data();
 }
 
-BinRaster::Line& BinRaster::lineOf(int row)
+BinRaster::RowLine& BinRaster::lineOf(int row)
 {
-    for (Line& line : m_recent) {
+    for (RowLine& line : m_recent) {
         if (line.row == row)
             return line;
     }
-    Line& line = m_recent[m_nextRecent];
+    RowLine& line = m_recent[m_nextRecent];
     m_nextRecent = (m_nextRecent + 1) % m_recent.size();
     composeRow(row, line);
     return line;
 }
 
-void BinRaster::composeRow(int row, Line& line)
+void BinRaster::composeRow(int row, RowLine& line)
 {
     const double* values = valuesOf(m_bins->at(row));
     const int groups = static_cast<int>(m_left.size());
@@ -251,44 +234,60 @@ bool BinRaster::cornerIsLost() const
     return true;
 }
 
-bool BinRaster::showsLoss(const Line& line, int y) const
+bool BinRaster::showsLoss(const RowLine& line, int y) const
 {
     return line.losesCorner && spanOf(line.row).showsCorner && spanOf(line.row).last == y;
 }
 
 /// Rows above `topRow` do not reach the line.
-void BinRaster::composeLine(int y, int topRow, QRgb* target)
+BinRaster::Line BinRaster::composeLine(int y, int topRow)
 {
+    Line line { y, m_firstPixel, m_width, m_line.data(), false };
+    if (isAlone(y, topRow)) {
+        const RowLine& row = lineOf(topRow);
+        line.pixels = row.pixels.data();
+        line.isOpaque = row.gaps.empty();
+        return line;
+    }
     bool isStarted = false;
     for (int row = topRow; row >= m_firstRow && spanOf(row).first <= y; --row) {
         if (spanOf(row).last < y)
             continue;
         if (!isStarted)
-            startLine(y, row, target);
+            startLine(y, row);
         else
-            fillGaps(y, row, target);
+            fillGaps(y, row);
         isStarted = true;
         if (m_gaps.empty())
-            return;
+            break;
     }
-    if (isStarted)
-        return;
-    std::fill_n(target, m_width, BinPixels::noPixel);
-    m_gaps.assign(1, 0);
+    if (!isStarted)
+        m_line.assign(m_line.size(), BinPixels::noPixel);
+    line.isOpaque = isStarted && m_gaps.empty();
+    return line;
 }
 
-void BinRaster::startLine(int y, int row, QRgb* target)
+/// True if the line shows all of the row and nothing else.
+bool BinRaster::isAlone(int y, int row) const
 {
-    const Line& line = lineOf(row);
-    std::copy_n(line.pixels.begin(), m_width, target);
+    const auto covers = [&](int other) { return spanOf(other).first <= y && spanOf(other).last >= y; };
+    if (!covers(row) || (m_corner != noCorner && spanOf(row).last == y))
+        return false;
+    return row == m_firstRow || spanOf(row - 1).first > y;
+}
+
+void BinRaster::startLine(int y, int row)
+{
+    const RowLine& line = lineOf(row);
+    std::copy_n(line.pixels.begin(), m_width, m_line.begin());
     m_gaps.assign(line.gaps.begin(), line.gaps.end());
     if (!showsLoss(line, y))
         return;
-    target[m_corner - m_firstPixel] = BinPixels::noPixel;
+    m_line[static_cast<std::size_t>(m_corner - m_firstPixel)] = BinPixels::noPixel;
     m_gaps.push_back(m_corner - m_firstPixel);
 }
 
-void BinRaster::fillGaps(int y, int row, QRgb* target)
+void BinRaster::fillGaps(int y, int row)
 {
     const int count = static_cast<int>(m_gaps.size());
     m_gapPixels.resize(m_gaps.size());
@@ -298,7 +297,7 @@ void BinRaster::fillGaps(int y, int row, QRgb* target)
         // Nothing else is ever seen of this row.
         m_converter->convertGroups(valuesOf(m_bins->at(row)), m_firstColumn.data(), gaps, count, found);
     } else {
-        const Line& line = lineOf(row);
+        const RowLine& line = lineOf(row);
         for (int k = 0; k < count; ++k)
             found[k] = line.pixels[static_cast<std::size_t>(gaps[k])];
         if (showsLoss(line, y)) {
@@ -307,6 +306,7 @@ void BinRaster::fillGaps(int y, int row, QRgb* target)
                 found[corner - m_gaps.begin()] = BinPixels::noPixel;
         }
     }
+    QRgb* target = m_line.data();
     int left = 0;
     for (int k = 0; k < count; ++k) {
         const int place = gaps[k];

@@ -14,20 +14,23 @@ namespace tarnis {
 /// one lies on top: where it has a bin that is not empty, the rows below it are not looked at.
 class BinRaster {
 public:
-    /// Neighbouring lines of the picture; valid until the next ones are composed.
-    struct Strip {
-        QRect area; ///< relative to the plot rectangle
-        const QRgb* pixels = nullptr; ///< of the top left corner of `area`; transparent where no bin is painted
+    /// A line of pixels of the picture, valid until the next one is composed.
+    struct Line {
+        int y = 0; ///< relative to the plot rectangle, as `x`
+        int x = 0; ///< of the first pixel
+        int width = 0;
+        const QRgb* pixels = nullptr; ///< transparent where no bin is painted
         bool isOpaque = false; ///< no pixel is transparent
     };
-    using Sink = std::function<void(const Strip&)>;
+    using Sink = std::function<void(const Line&)>;
 
     /// True for views that compose() is made for: both axes ascend, bins are not larger than some widgets, and the plot
     /// rectangle lies in positive coordinates.
     static bool canCompose(const BinView& view);
 
-    /// Hands the picture to `sink` strip by strip, none if no bin reaches the plot rectangle. `deviceX` is added to X
-    /// coordinates by the painter: bars that begin left of its device lose a pixel.
+    /// Hands the picture to `sink` line by line from the top, all lines alike in place and width. Lines that no bin
+    /// reaches are left out above and below. `deviceX` is added to X coordinates by the painter: bars that begin left
+    /// of its device lose a pixel.
     void compose(const BinView& view, const BinRows& rows, BinPixels& converter, int deviceX, const Sink& sink);
 
 private:
@@ -39,7 +42,7 @@ private:
         bool isTopSomewhere = false; ///< no later row covers its last line
     };
     /// A row as one line of pixels.
-    struct Line {
+    struct RowLine {
         int row = -1; ///< none
         std::vector<QRgb> pixels; ///< and some room behind them
         std::vector<int> gaps; ///< pixels that are transparent
@@ -52,15 +55,16 @@ private:
     void planRows(const BinView& view);
     LineSpan linesOf(const BinView& view, int row) const;
     const double* valuesOf(const QList<double>& row);
-    Line& lineOf(int row);
-    void composeRow(int row, Line& line);
+    RowLine& lineOf(int row);
+    void composeRow(int row, RowLine& line);
     void spreadGroups(QRgb* row);
     template <int block> void spreadTouching(QRgb* row) const;
     bool cornerIsLost() const;
-    void composeLine(int y, int topRow, QRgb* target);
-    void startLine(int y, int row, QRgb* target);
-    void fillGaps(int y, int row, QRgb* target);
-    bool showsLoss(const Line& line, int y) const;
+    Line composeLine(int y, int topRow);
+    bool isAlone(int y, int row) const;
+    void startLine(int y, int row);
+    void fillGaps(int y, int row);
+    bool showsLoss(const RowLine& line, int y) const;
 
     const LineSpan& spanOf(int row) const { return m_rows[static_cast<std::size_t>(row - m_firstRow)]; }
 
@@ -88,11 +92,11 @@ private:
     // At work
     std::vector<QRgb> m_groupPixels;
     std::vector<double> m_paddedRow; ///< a row that is too short, with empty bins behind it
-    std::array<Line, 4> m_recent; ///< the rows that were composed last
+    std::array<RowLine, 4> m_recent; ///< the rows that were composed last
     std::size_t m_nextRecent = 0;
     std::vector<int> m_gaps; ///< of the line at work
     std::vector<QRgb> m_gapPixels;
-    std::vector<QRgb> m_strip;
+    std::vector<QRgb> m_line; ///< the line at work, where it is made of several rows
 };
 
 } // namespace tarnis

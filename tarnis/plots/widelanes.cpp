@@ -186,6 +186,20 @@ TARNIS_WIDE_LANES int listWide(const QRgb* pixels, int count, QRgb pixel, int* p
     return found;
 }
 
+TARNIS_WIDE_LANES void copyOverWide(QRgb* line, const QRgb* pixels, int count)
+{
+    constexpr int wide = 8;
+    int i = 0;
+    for (; i + wide <= count; i += wide) {
+        auto* place = reinterpret_cast<__m256i*>(line + i);
+        const __m256i over = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(pixels + i));
+        const __m256i isGap = _mm256_cmpeq_epi32(over, _mm256_setzero_si256());
+        _mm256_storeu_si256(place, _mm256_blendv_epi8(over, _mm256_loadu_si256(place), isGap));
+    }
+    for (; i < count; ++i)
+        line[i] = pixels[i] == 0 ? line[i] : pixels[i];
+}
+
 #else
 
 bool hasWideLanes()
@@ -205,6 +219,10 @@ bool lookUpWide(const double*, const int*, int, const QRgb*, int, QRgb, QRgb*)
 int listWide(const QRgb*, int, QRgb, int*)
 {
     return 0;
+}
+
+void copyOverWide(QRgb*, const QRgb*, int)
+{
 }
 
 #endif

@@ -40,4 +40,7 @@ bool lookUpWide(
 /// `count` + 7 entries.
 int listWide(const QRgb* pixels, int count, QRgb pixel, int* places);
 
+/// Copies those of `count` pixels that are not 0.
+void copyOverWide(QRgb* line, const QRgb* pixels, int count);
+
 } // namespace tarnis
