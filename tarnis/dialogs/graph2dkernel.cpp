@@ -1,6 +1,7 @@
 #include "tarnis/dialogs/graph2dkernel_p.h"
 
 #include "tarnis/dialogs/graph2dfilterdialog.h"
+#include "tarnis/plots/widelanes_p.h"
 
 #include <algorithm>
 #include <array>
@@ -38,7 +39,7 @@ private:
 /// Filters `count` adjacent bins from `first` on. Each bin's terms are added in the order of the kernel, which decides
 /// the last bits; bins side by side keep the sums in registers.
 template <int count>
-void filterBins(double* out, const Neighbours& neighbours, qsizetype first, const Graph2DFilter& filter)
+inline void filterBins(double* out, const Neighbours& neighbours, qsizetype first, const Graph2DFilter& filter)
 {
     double sums[count] = {};
     for (std::size_t i = 0; i < 5; ++i) {
@@ -53,17 +54,32 @@ void filterBins(double* out, const Neighbours& neighbours, qsizetype first, cons
         out[first + bin] = filter.divisor != 0 ? sums[bin] / filter.divisor : sums[bin];
 }
 
-void filterRow(QList<double>& target, const Neighbours& neighbours, qsizetype columns, const Graph2DFilter& filter)
+/// The bins from 2 to `end` - 1.
+template <int block>
+inline void filterRow(double* out, qsizetype end, const Neighbours& neighbours, const Graph2DFilter& filter)
 {
-    constexpr int block = 8;
-    const qsizetype end = std::min(target.size(), columns - 2);
-    double* const out = target.data();
     qsizetype x = 2;
     for (; x + block <= end; x += block)
         filterBins<block>(out, neighbours, x, filter);
     for (; x < end; ++x)
         filterBins<1>(out, neighbours, x, filter);
 }
+
+void filterRowPlain(double* out, qsizetype end, const Neighbours& neighbours, const Graph2DFilter& filter)
+{
+    filterRow<8>(out, end, neighbours, filter);
+}
+
+#ifdef TARNIS_WIDE_LANES
+/// The same loops, compiled for lanes of 256 bits.
+[[gnu::flatten]] TARNIS_WIDE_LANES void filterRowWide(
+    double* out, qsizetype end, const Neighbours& neighbours, const Graph2DFilter& filter)
+{
+    filterRow<32>(out, end, neighbours, filter);
+}
+#else
+constexpr auto filterRowWide = filterRowPlain;
+#endif
 
 } // namespace
 
@@ -73,8 +89,11 @@ QList<QList<double>> filtered(const QList<QList<double>>& source, const Graph2DF
     const qsizetype columns = source.isEmpty() ? 0 : source.first().size();
     if (columns < 5)
         return target;
-    for (qsizetype y = source.size() - 3; y >= 2; --y)
-        filterRow(target[y], Neighbours(source, y, columns), columns, filter);
+    const auto filterOne = hasWideLanes() ? filterRowWide : filterRowPlain;
+    for (qsizetype y = source.size() - 3; y >= 2; --y) {
+        QList<double>& row = target[y];
+        filterOne(row.data(), std::min(row.size(), columns - 2), Neighbours(source, y, columns), filter);
+    }
     return target;
 }
 

@@ -40,6 +40,8 @@ public:
 
 private:
     void convertAt(const double* values, const int* columns, int count, QRgb* pixels);
+    template <typename Find>
+    void fillEmptyGroups(const int* first, const int* groups, int count, QRgb* pixels, const Find& find);
     void blend(const double* values, const int* columns, int count, QRgb* pixels);
     bool lookUp(const double* values, const int* columns, int count, QRgb* pixels) const;
     void resolve(const double* values, const int* columns, int count, QRgb* pixels);
@@ -54,6 +56,7 @@ private:
     std::vector<int> m_places; ///< of these groups among the pixels
     std::vector<int> m_ends; ///< of these groups
     std::vector<QRgb> m_found;
+    std::vector<QRgb> m_row; ///< all columns of a row
 };
 
 /// Lays pixels over those of a line, which stays where they are noPixel.

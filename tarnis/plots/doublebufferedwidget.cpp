@@ -24,6 +24,7 @@ void DoubleBufferedWidget::refreshPixmapIfRequired()
     if (!m_doubleBuffered || (!m_refreshRequired && !otherScreen))
         return;
     m_refreshRequired = false;
+    m_pixmap = QPixmap(); // first, so that the new one can take its place in memory
     m_pixmap = tarnis::windowPixmap(*this, size());
     QPainter painter;
     if (m_pixmap.isNull() || !painter.begin(&m_pixmap))

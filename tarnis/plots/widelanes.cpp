@@ -2,10 +2,11 @@
 
 #include <algorithm>
 #include <bit>
+#include <cmath>
 #include <cstdint>
+#include <limits>
 
-#if defined(__x86_64__) && defined(__GNUC__)
-#define TARNIS_WIDE_LANES __attribute__((target("avx2")))
+#ifdef TARNIS_WIDE_LANES
 #include <immintrin.h>
 #endif
 
@@ -155,6 +156,26 @@ TARNIS_WIDE_LANES void blendWide(const ScaleRanges& ranges, const double* values
     std::copy_n(restPixels.begin(), count - i, pixels + i);
 }
 
+TARNIS_WIDE_LANES void clearSmallWide(const double* values, int count, double least, QRgb* pixels)
+{
+    const __m256d limit = _mm256_set1_pd(least);
+    const __m256d infinity = _mm256_set1_pd(std::numeric_limits<double>::infinity());
+    const __m256d sign = _mm256_set1_pd(-0.0);
+    int i = 0;
+    for (; i + lanes <= count; i += lanes) {
+        auto* place = reinterpret_cast<__m128i*>(pixels + i);
+        const __m256d magnitude = _mm256_andnot_pd(sign, _mm256_loadu_pd(values + i));
+        const __m256d isCleared =
+            _mm256_or_pd(_mm256_cmp_pd(magnitude, limit, _CMP_LE_OQ), _mm256_cmp_pd(magnitude, infinity, _CMP_EQ_OQ));
+        _mm_storeu_si128(place, _mm_andnot_si128(narrowed(isCleared), _mm_loadu_si128(place)));
+    }
+    for (; i < count; ++i) {
+        const double magnitude = std::fabs(values[i]);
+        if (magnitude <= least || magnitude == std::numeric_limits<double>::infinity())
+            pixels[i] = 0;
+    }
+}
+
 bool lookUpWide(
     const double* values, const int* columns, int count, const QRgb* table, int size, QRgb unknown, QRgb* pixels)
 {
@@ -208,6 +229,10 @@ bool hasWideLanes()
 }
 
 void blendWide(const ScaleRanges&, const double*, int, QRgb*)
+{
+}
+
+void clearSmallWide(const double*, int, double, QRgb*)
 {
 }
 

@@ -5,6 +5,11 @@
 
 #include <array>
 
+#if defined(__x86_64__) && defined(__GNUC__)
+/// Marks a function that is compiled for lanes of 256 bits. It may be called where hasWideLanes().
+#define TARNIS_WIDE_LANES __attribute__((target("avx2")))
+#endif
+
 namespace tarnis {
 
 /// True if the functions below may be called: the processor has AVX2, and nothing has switched them off.
@@ -30,6 +35,9 @@ struct ScaleRanges {
 
 /// Blends `count` values; the bases are finite and ascend.
 void blendWide(const ScaleRanges& ranges, const double* values, int count, QRgb* pixels);
+
+/// Sets to 0 the pixels of values that are at most `least` in magnitude, or infinite.
+void clearSmallWide(const double* values, int count, double least, QRgb* pixels);
 
 /// Looks up whole counts from 0 to `size` - 1, of values[columns[i]], or of values[i] if `columns` is null. For any
 /// other value table[size] is taken. True if one of the pixels is `unknown`.
