@@ -4,6 +4,7 @@
 #include "tarnis/dialogs/histogramreply_p.h"
 #include "tarnis/dialogs/livewindow_p.h"
 #include "tarnis/foundation/checkedconnect_p.h"
+#include "tarnis/foundation/modalbox_p.h"
 #include "tarnis/foundation/trace_p.h"
 #include "tarnis/plots/xy2dgraphwidget.h"
 #include "tarnis/server/tarnissession.h"
@@ -12,7 +13,6 @@
 
 #include <QCloseEvent>
 #include <QCoreApplication>
-#include <QMessageBox>
 #include <QPointer>
 #include <QTimer>
 
@@ -174,6 +174,8 @@ bool Graph2DDialog::onResultExInfo(QList<QString> const& lines)
 
 void Graph2DDialog::error(int socketError, QString message)
 {
+    if (timer && !session)
+        return; // closed; the session had queued it before
     const QPointer<Graph2DDialog> guard(this);
     TarnisSession::showErrorMessage(socketError, message);
     if (guard)
@@ -185,7 +187,7 @@ void Graph2DDialog::result(PTarnisCmd command, QByteArray payload)
     if (!isVisible())
         return;
     if (!onResultExInfo(tarnis::replyTextLines(command->m_replyText))) {
-        timer->start();
+        pollLater();
         return;
     }
     if (!command->m_bBinary) {
@@ -208,7 +210,7 @@ void Graph2DDialog::result(PTarnisCmd command, QByteArray payload)
     } else if (fits(payload)) {
         showRows(payload);
     } else {
-        QMessageBox::information(this, QCoreApplication::applicationName(),
+        tarnis::showBox(QMessageBox::Information, this, QCoreApplication::applicationName(),
             tr("graph data size mismatched! %1 != %2 ( %3 * %4 )")
                 .arg(payload.size() / 4) // 4, not the 8 bytes of a value: hosts know the number so
                 .arg(qint64(binsX) * binsY)
@@ -217,7 +219,13 @@ void Graph2DDialog::result(PTarnisCmd command, QByteArray payload)
         return;
     }
     ui->graphWidget->refreshPixmap();
-    timer->start();
+    pollLater();
+}
+
+void Graph2DDialog::pollLater()
+{
+    if (timer)
+        timer->start();
 }
 
 bool Graph2DDialog::fits(QByteArray const& payload) const
@@ -249,7 +257,7 @@ void Graph2DDialog::onFilter()
     tarnis::checkedConnect(dialog, SIGNAL(accepted(Graph2DFilter)), this, SLOT(onFilterAccepted(Graph2DFilter)));
 }
 
-void Graph2DDialog::onFilterAccepted(Graph2DFilter filter)
+void Graph2DDialog::onFilterAccepted(const Graph2DFilter& filter)
 {
     XY2DGraphWidget& plot = *ui->graphWidget;
     QList<QList<double>> source;
@@ -266,9 +274,12 @@ void Graph2DDialog::onFilterAccepted(Graph2DFilter filter)
     plot.getInitMinMaxX(minY, maxY);
     auto* const window = new Graph2DDialog(nullptr, windowTitle(), plot.getNameX(), binsX, minX, maxX, 1,
         plot.getDecimalX(), plot.getNameY(), binsY, minY, maxY, 1, plot.getDecimalY(), {}, QString(), this);
-    for (qsizetype r = 0; r < target.size(); ++r)
+    const bool hasColumns = !target.first().isEmpty(); // by row 0, whatever the other rows are like
+    for (qsizetype r = 0; r < target.size(); ++r) {
+        const QList<double>& row = target.at(r);
         window->getGraphWidget()->setData(
-            static_cast<int>(r), target.at(r), rowPeak(target.at(r)), r == target.size() - 1);
+            static_cast<int>(r), row, hasColumns ? rowPeak(row) : 0.0, r == target.size() - 1);
+    }
     window->show();
 }
 

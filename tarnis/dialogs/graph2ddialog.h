@@ -60,7 +60,7 @@ public Q_SLOTS:
     virtual void error(int socketError, QString message);
     virtual void onAutoUpdateToggled(bool checked);
     /// Applies the kernel to what is shown and opens the result in a static window of this class.
-    void onFilterAccepted(Graph2DFilter filter);
+    void onFilterAccepted(const Graph2DFilter& filter);
     /// Opens the filter's dialog, or brings the open one forward.
     void onFilter();
     void onTimeout();
@@ -79,6 +79,7 @@ protected:
     void startPolling(TarnisSession& model, QList<QString> const& initCmds);
     bool fits(QByteArray const& payload) const;
     void showRows(QByteArray const& payload);
+    void pollLater();
 
     std::unique_ptr<Ui::Graph2DDialog> ui;
     TarnisSession* session = nullptr; ///< owned; null in a static window and after close

@@ -33,8 +33,8 @@ Q_SIGNALS:
     /// Once, when the user confirms, before the dialog closes.
     void accepted(Graph2DFilter filter);
 
-protected Q_SLOTS:
-    void onAccepted();
+public Q_SLOTS:
+    void onAccepted(); ///< takes the kernel from the fields
 
 protected:
     /// The edits of the form: the kernel's row by row, then the divisor's.

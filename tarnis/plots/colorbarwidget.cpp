@@ -83,9 +83,9 @@ void ColorBarWidget::updatePos(double position, QColor color)
 QPixmap ColorBarWidget::getPixmap()
 {
     QPixmap pixmap = tarnis::windowPixmap(*this, size());
-    if (pixmap.isNull())
-        return pixmap;
-    QPainter painter(&pixmap);
+    QPainter painter;
+    if (pixmap.isNull() || !painter.begin(&pixmap))
+        return pixmap; // a bar without size, or one beyond the memory
     initPainter(&painter);
     tarnis::useWidgetCoordinates(painter, pixmap, size());
     paint(painter, nullptr);

@@ -49,7 +49,7 @@ Q_SIGNALS:
     void beginEditingText(); ///< an editor is about to open
     void EditLineDeleted(); ///< an editor was dropped without a value
 
-protected Q_SLOTS:
+public Q_SLOTS:
     void onMaxEntered(); ///< Return in the editor; a text that is no number counts as 0
     void onMinEntered();
 

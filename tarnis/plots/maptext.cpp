@@ -14,7 +14,7 @@ int binAt(double value, const BinAxis& axis)
     return roundToInt(std::floor((value - axis.initMin) / axis.step));
 }
 
-QString shownPosition(int bin, const ReadOutAxis& axis)
+QString shownPosition(int bin, const MapAxis& axis)
 {
     const double place = axis.decimals == 0 ? bin : bin + 0.5;
     return plainNumber(axis.bins.initMin + place * axis.bins.step);
@@ -22,8 +22,7 @@ QString shownPosition(int bin, const ReadOutAxis& axis)
 
 } // namespace
 
-QString readOut(
-    const BinRows& rows, const ReadOutAxis& x, const ReadOutAxis& y, const QPoint& pixel, const QRect& graph)
+QString readOut(const BinRows& rows, const MapAxis& x, const MapAxis& y, const QPoint& pixel, const QRect& graph)
 {
     if (!graph.contains(pixel, true))
         return {};

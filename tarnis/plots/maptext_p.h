@@ -10,7 +10,7 @@
 namespace tarnis {
 
 /// An axis as the read-out tells it.
-struct ReadOutAxis {
+struct MapAxis {
     BinAxis bins;
     QString name;
     int decimals = 0; ///< 0 tells the lower edge of a bin, any other number its centre
@@ -18,8 +18,7 @@ struct ReadOutAxis {
 
 /// "name:x name:y i:value" for the bin under a pixel; empty if the pixel is not strictly inside of the graph or the bin
 /// is not above 0.
-QString readOut(
-    const BinRows& rows, const ReadOutAxis& x, const ReadOutAxis& y, const QPoint& pixel, const QRect& graph);
+QString readOut(const BinRows& rows, const MapAxis& x, const MapAxis& y, const QPoint& pixel, const QRect& graph);
 
 /// All bins, one line for each row from row 0 up.
 QString csvOfRows(const BinRows& rows);

@@ -1,5 +1,7 @@
 #include "tarnis/plots/viewselectedroi.h"
 
+#include "tarnis/foundation/modalbox_p.h"
+
 #include "ui_viewselectedroi.h"
 
 #include <QApplication>
@@ -65,7 +67,7 @@ const QList<QRect>& ViewSelectedROI::getRoiList() const
 void ViewSelectedROI::setRoiList(QList<QRect> list, int index)
 {
     if (!m_editable) {
-        QMessageBox::warning(this, QApplication::applicationName(), tr("Can not edit ROI."));
+        tarnis::showBox(QMessageBox::Warning, this, QApplication::applicationName(), tr("Can not edit ROI."));
         return;
     }
     const int selected = std::min(index, static_cast<int>(list.size()) - 1);

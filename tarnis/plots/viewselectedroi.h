@@ -39,7 +39,7 @@ Q_SIGNALS:
     /// `dataChanged` is false if only the selection has changed.
     void RoiChanged(QList<QRect> roiList, int selectedIndex, bool dataChanged);
 
-protected Q_SLOTS:
+public Q_SLOTS:
     void on_roiListWidget_currentRowChanged(int currentRow);
     void on_x1SpinBox_valueChanged(int arg1);
     void on_y1SpinBox_valueChanged(int arg1);

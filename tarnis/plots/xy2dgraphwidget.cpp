@@ -86,14 +86,14 @@ void XY2DGraphWidget::setData(int row, const QList<double>& values, double rowMa
     if (row < 0)
         return;
     if (row >= m_data.size()) {
-        m_data.resize(row + 1);
-        m_rowMax.resize(row + 1, 0.0);
+        m_data.resize(qsizetype(row) + 1);
+        m_rowMax.resize(qsizetype(row) + 1, 0.0);
     }
     m_data[row] = values;
     m_rowMax[row] = rowMax;
     if (m_autoScaleX) {
         m_minX = m_initMinX;
-        adjustAxisX(getMaxCount());
+        adjustAxisX(m_manualX ? 0 : getMaxCount()); // all rows are asked: not for an axis that ignores the answer
     }
     if (m_autoScaleY) {
         m_minY = m_initMinY;

@@ -122,6 +122,7 @@ public:
     // Regions - xy2dgraphwidget_roi.cpp
 
     /// Offers the selection of regions inside `range`, in whole axis units. A range without width or height is refused.
+    /// Called again it changes the range and clips the regions to it.
     void enalbeRoiSelect(QRect range);
     /// Switches the tool, if it is offered.
     void SetRoiEnabled(bool on);
@@ -142,8 +143,8 @@ public:
 
 Q_SIGNALS:
     void onColorBarChanged(XY2DGraphWidget* widget); ///< the colours of the scale were set by this plot
-    void onSelectRoiBegin(QList<QRect> roiList); ///< the region tool went on
-    void onSelectRoiChanged(QList<QRect> roiList); ///< a region was added, changed or removed
+    void onSelectRoiBegin(const QList<QRect>& roiList); ///< the region tool went on
+    void onSelectRoiChanged(const QList<QRect>& roiList); ///< a region was added, changed or removed
     void onSelectRoiEnd(); ///< the region tool went off
 
 public Q_SLOTS:
@@ -194,7 +195,7 @@ public Q_SLOTS:
     void onEditingColorBar();
     void onFinishEditingColorBar();
     // Regions, continued
-    void onROIChanged(QList<QRect> roiList, int selectedIndex, bool dataChanged);
+    void onROIChanged(const QList<QRect>& roiList, int selectedIndex, bool dataChanged);
 
 protected:
     void mousePressEvent(QMouseEvent* event) override;
@@ -282,6 +283,8 @@ protected:
     void finishEdgeDrag(const QPoint& point);
     QString readOutAt(const QPoint& point);
     void addRegion(double x1, double x2, double y1, double y2);
+    void makeRegionWindow();
+    void renewRegionWindow();
     void hideRegionWindow();
     void paintRegions(QPainter& painter);
     void printWithCuts(VectorGraphWidget& plotX, VectorGraphWidget& plotY);

@@ -1,6 +1,7 @@
 // The colour scale: its five colours, its limits, and what changes them.
 #include "tarnis/plots/xy2dgraphwidget.h"
 
+#include "tarnis/foundation/modalbox_p.h"
 #include "tarnis/plots/binpixels_p.h"
 #include "tarnis/plots/colorbarwidget.h"
 #include "tarnis/plots/plotnumbers_p.h"
@@ -109,7 +110,7 @@ void XY2DGraphWidget::onLogScale(bool on)
     m_logScale = on;
     m_colorBar->setLogScale(on);
     refreshPixmap();
-    if (m_act1dCut->isChecked())
+    if (m_1dCutActive)
         refresh1dCut(false);
 }
 
@@ -167,7 +168,12 @@ void XY2DGraphWidget::onColorReverse()
 
 void XY2DGraphWidget::askColor(QColor& color, const QString& title)
 {
-    const QColor chosen = QColorDialog::getColor(color, this, title);
+    auto* const dialog = new QColorDialog(color, this);
+    dialog->setWindowTitle(title);
+    if (!tarnis::isAccepted(dialog))
+        return;
+    const QColor chosen = dialog->selectedColor();
+    delete dialog;
     if (!chosen.isValid())
         return;
     color = chosen;

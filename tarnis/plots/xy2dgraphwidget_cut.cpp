@@ -9,6 +9,7 @@
 #include "tarnis/plots/xyrangeinputdialog.h"
 
 #include <QAction>
+#include <QDebug>
 #include <QLineEdit>
 #include <QPainter>
 
@@ -152,8 +153,9 @@ void XY2DGraphWidget::get1dData(QList<double>& horizontal, QList<double>& vertic
 {
     const tarnis::CutSpan x = tarnis::cutSpan(binAxisX(), {}, columnCount());
     const tarnis::CutSpan y = tarnis::cutSpan(binAxisY(), {}, m_data.size());
-    TARNIS_TRACE(
-        QStringLiteral("get1dData Horz: %1 - %2 Vert: %3 - %4").arg(x.first).arg(x.end).arg(y.first).arg(y.end));
+    QString note;
+    QDebug(&note) << "get1dData Horz:" << x.first << "-" << x.end << " Vert:" << y.first << "-" << y.end;
+    TARNIS_TRACE(note);
     tarnis::sumVisible(m_data, x, y, horizontal, vertical);
 }
 

@@ -2,6 +2,7 @@
 #include "tarnis/plots/xy2dgraphwidget.h"
 
 #include "tarnis/foundation/helpers.h"
+#include "tarnis/foundation/modalbox_p.h"
 #include "tarnis/foundation/trace_p.h"
 #include "tarnis/plots/colorbarwidget.h"
 #include "tarnis/plots/maptext_p.h"
@@ -11,9 +12,7 @@
 #include <QAction>
 #include <QDebug>
 #include <QFile>
-#include <QFileDialog>
 #include <QMenu>
-#include <QMessageBox>
 #include <QPainter>
 #include <QPrintDialog>
 #include <QTextStream>
@@ -23,9 +22,9 @@
 QPixmap* XY2DGraphWidget::toPixmap()
 {
     auto pixmap = std::make_unique<QPixmap>(tarnis::windowPixmap(*this, size()));
-    if (pixmap->isNull())
-        return pixmap.release();
-    QPainter painter(pixmap.get());
+    QPainter painter;
+    if (pixmap->isNull() || !painter.begin(pixmap.get()))
+        return pixmap.release(); // a plot without size, or one beyond the memory
     initPainter(&painter);
     tarnis::useWidgetCoordinates(painter, *pixmap, size());
     paint(painter, nullptr);
@@ -43,8 +42,7 @@ void XY2DGraphWidget::onSave()
 
 void XY2DGraphWidget::onSaveCsv()
 {
-    const QString path =
-        QFileDialog::getSaveFileName(this, tr("Save CSV"), getSaveDir(), tr("CSV Files (*.csv *.txt)"));
+    const QString path = tarnis::askSaveFileName(this, tr("Save CSV"), getSaveDir(), tr("CSV Files (*.csv *.txt)"));
     if (path.isEmpty())
         return;
     QFile file(path);
@@ -62,10 +60,15 @@ void XY2DGraphWidget::onPrint()
         XYGraphWidget::onPrint();
         return;
     }
-    QPrintDialog dialog(&m_printer, this);
-    if (dialog.exec() != QDialog::Accepted)
+    auto* const dialog = new QPrintDialog(&m_printer, this);
+    if (!tarnis::isAccepted(dialog))
         return;
-    printWithCuts(*plotX, *plotY);
+    delete dialog;
+    // The cuts may have been closed meanwhile.
+    plotX = cutPlot(m_cutXWindows);
+    plotY = cutPlot(m_cutYWindows);
+    if (plotX != nullptr && plotY != nullptr)
+        printWithCuts(*plotX, *plotY);
 }
 
 void XY2DGraphWidget::printWithCuts(VectorGraphWidget& plotX, VectorGraphWidget& plotY)
@@ -101,7 +104,7 @@ void XY2DGraphWidget::printWithCuts(VectorGraphWidget& plotX, VectorGraphWidget&
     const QSize printSize = picture.scaled(viewport.size(), Qt::KeepAspectRatio);
     QString note;
     QDebug(&note) << "Viewport: " << viewport << " Print Size: " << printSize;
-    TARNIS_TRACE(note);
+    tarnis::trace("xy2dgraphwidget", __LINE__, note);
     painter.setViewport(QRect(viewport.topLeft(), printSize));
     painter.setWindow(QRect(QPoint(0, 0), picture));
     painter.drawPixmap(std::max(dx, 0), sizeX.height(), *map);

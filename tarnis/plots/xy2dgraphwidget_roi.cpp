@@ -41,8 +41,10 @@ void XY2DGraphWidget::enalbeRoiSelect(QRect range)
         return;
     }
     m_roiRange = range;
-    if (m_actRoi != nullptr)
+    if (m_actRoi != nullptr) {
+        renewRegionWindow();
         return;
+    }
     m_actRoi = new QAction(tr("Select ROI..."), this);
     m_actRoi->setCheckable(true);
     m_actRoi->setChecked(false);
@@ -88,16 +90,36 @@ ViewSelectedROI* XY2DGraphWidget::GetViewSelectedROI()
     return m_roiWindow != nullptr ? m_roiWindow->findChild<ViewSelectedROI*>() : nullptr;
 }
 
+void XY2DGraphWidget::makeRegionWindow()
+{
+    m_roiWindow = new QDialog(this, Qt::FramelessWindowHint);
+    auto* layout = new QGridLayout(m_roiWindow);
+    layout->setContentsMargins(0, 0, 0, 0);
+    auto* view = new ViewSelectedROI(mostRegions, m_roiRange, m_roiWindow);
+    connect(view, &ViewSelectedROI::RoiChanged, this, &XY2DGraphWidget::onROIChanged);
+    layout->addWidget(view, 0, 0);
+}
+
+/// The list in the window keeps to the range that it was made with: a new range takes a new list, with the old regions.
+void XY2DGraphWidget::renewRegionWindow()
+{
+    const ViewSelectedROI* old = GetViewSelectedROI();
+    if (old == nullptr)
+        return;
+    const QList<QRect> regions = old->getRoiList();
+    const int selected = old->currentIndex();
+    m_roiWindow->hide();
+    m_roiWindow->deleteLater();
+    makeRegionWindow();
+    GetViewSelectedROI()->setRoiList(regions, selected);
+    if (IsRoiEnabled())
+        refreshROI();
+}
+
 void XY2DGraphWidget::refreshROI()
 {
-    if (m_roiWindow == nullptr) {
-        m_roiWindow = new QDialog(this, Qt::FramelessWindowHint);
-        auto* layout = new QGridLayout(m_roiWindow);
-        layout->setContentsMargins(0, 0, 0, 0);
-        auto* view = new ViewSelectedROI(mostRegions, m_roiRange, m_roiWindow);
-        connect(view, &ViewSelectedROI::RoiChanged, this, &XY2DGraphWidget::onROIChanged);
-        layout->addWidget(view, 0, 0);
-    }
+    if (m_roiWindow == nullptr)
+        makeRegionWindow();
     const tarnis::ScreenPlace place = screenPlace();
     m_roiWindow->move(place.frameRight, place.plot.top());
     m_roiWindow->resize(tarnis::cutWindowExtent(place.plot.width()), place.plot.height());
@@ -121,7 +143,7 @@ void XY2DGraphWidget::onROI(bool on)
     Q_EMIT onSelectRoiBegin(GetViewSelectedROI()->getRoiList());
 }
 
-void XY2DGraphWidget::onROIChanged(QList<QRect> roiList, int /*selectedIndex*/, bool dataChanged)
+void XY2DGraphWidget::onROIChanged(const QList<QRect>& roiList, int /*selectedIndex*/, bool dataChanged)
 {
     if (dataChanged)
         Q_EMIT onSelectRoiChanged(roiList);
