@@ -1,0 +1,376 @@
+// The log viewer: what it shows of a file that grows, is cut short, is replaced, is huge or is not there.
+#include "windows/logtail.h"
+#include "windows/logwindow.h"
+
+#include <QCheckBox>
+#include <QDir>
+#include <QFile>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QSettings>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <memory>
+
+using namespace console;
+
+namespace {
+
+/// A log file that somebody writes.
+class Writer {
+public:
+    QString path() const { return m_directory.filePath(QStringLiteral("server.log")); }
+    void append(const QByteArray& bytes) { put(bytes, QIODevice::Append); }
+    void rewrite(const QByteArray& bytes) { put(bytes, QIODevice::Truncate); }
+    void rename() { QVERIFY(QFile::rename(path(), path() + QStringLiteral(".1"))); }
+    void appendToRenamed(const QByteArray& bytes)
+    {
+        QFile file(path() + QStringLiteral(".1"));
+        QVERIFY(file.open(QIODevice::Append));
+        file.write(bytes);
+    }
+    void remove() { QVERIFY(QFile::remove(path())); }
+    QSettings& memory() { return m_memory; }
+
+private:
+    void put(const QByteArray& bytes, QIODevice::OpenMode mode)
+    {
+        QFile file(path());
+        QVERIFY(file.open(mode | QIODevice::WriteOnly));
+        QCOMPARE(file.write(bytes), bytes.size());
+    }
+
+    QTemporaryDir m_directory;
+    QSettings m_memory { m_directory.filePath(QStringLiteral("memory.ini")), QSettings::IniFormat };
+};
+
+/// One look in words: text as it stands, events in angle brackets.
+QString looked(LogTail& tail)
+{
+    QString all;
+    for (const LogNews& news : tail.look()) {
+        switch (news.kind) {
+        case LogNews::Kind::Text:
+            all += news.text;
+            break;
+        case LogNews::Kind::Skipped:
+            all += QStringLiteral("<skipped %1>").arg(news.bytes);
+            break;
+        case LogNews::Kind::Emptied:
+            all += QStringLiteral("<emptied>");
+            break;
+        case LogNews::Kind::Replaced:
+            all += QStringLiteral("<replaced>");
+            break;
+        case LogNews::Kind::Missing:
+            all += QStringLiteral("<missing>");
+            break;
+        }
+    }
+    return all;
+}
+
+/// The window with a person in front of it.
+class Viewer {
+public:
+    explicit Viewer(Writer& writer)
+        : window(writer.memory(), nullptr)
+    {
+        window.resize(600, 300);
+        window.show();
+    }
+    template <typename Object> Object& widget(const char* name)
+    {
+        auto* const object = window.findChild<Object*>(QString::fromLatin1(name));
+        if (!object)
+            qFatal("no %s", name);
+        return *object;
+    }
+    QPlainTextEdit& view() { return widget<QPlainTextEdit>("view"); }
+    QScrollBar& bar() { return *view().verticalScrollBar(); }
+    QString text() { return view().toPlainText(); }
+    QString state() { return widget<QLabel>("stateLabel").text(); }
+    bool isAtEnd() { return bar().value() == bar().maximum(); }
+    void press(const char* name) { QTest::mouseClick(&widget<QAbstractButton>(name), Qt::LeftButton, {}, { 8, 8 }); }
+    void openByName(const QString& path)
+    {
+        auto& edit = widget<QLineEdit>("fileEdit");
+        edit.clear();
+        QTest::keyClicks(&edit, path);
+        QTest::keyClick(&edit, Qt::Key_Return);
+    }
+
+    LogWindow window;
+};
+
+QByteArray lines(int first, int count)
+{
+    QByteArray text;
+    for (int i = first; i < first + count; ++i)
+        text += "line " + QByteArray::number(i) + '\n';
+    return text;
+}
+
+} // namespace
+
+class TestConsoleLog : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    // The file.
+
+    void growthComesAsItIsWritten()
+    {
+        Writer writer;
+        writer.append("one\n");
+        LogTail tail(writer.path());
+        QCOMPARE(looked(tail), "one\n");
+        QCOMPARE(looked(tail), "");
+        writer.append("two\nthr");
+        QCOMPARE(tail.pending(), 7);
+        QCOMPARE(looked(tail), "two\nthr");
+        writer.append("ee\n");
+        QCOMPARE(looked(tail), "ee\n");
+        QCOMPARE(tail.pending(), 0);
+    }
+
+    void aCharacterMayComeInTwoParts()
+    {
+        Writer writer;
+        writer.append("\xc3");
+        LogTail tail(writer.path());
+        QCOMPARE(looked(tail), "");
+        writer.append("\xa4\n");
+        QCOMPARE(looked(tail), QString::fromUtf8("ä\n"));
+        writer.append("\xff\n");
+        QCOMPARE(looked(tail), QString(QChar::ReplacementCharacter) + u'\n');
+    }
+
+    void whatIsNotThereYetIsSaidOnce()
+    {
+        Writer writer;
+        LogTail tail(writer.path());
+        QCOMPARE(looked(tail), "<missing>");
+        QCOMPARE(looked(tail), "");
+        QVERIFY(!tail.isGone());
+        writer.append("here\n");
+        QCOMPARE(looked(tail), "here\n");
+    }
+
+    void aFolderIsNoLog()
+    {
+        LogTail tail(QDir::tempPath());
+        QCOMPARE(looked(tail), "<missing>");
+    }
+
+    void aFileThatIsCutShortStartsAnew_data()
+    {
+        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<QString>("shown");
+        QTest::newRow("emptied") << QByteArray() << QStringLiteral("<emptied>");
+        QTest::newRow("shorter") << QByteArray("new\n") << QStringLiteral("<emptied>new\n");
+        QTest::newRow("longer than before") << QByteArray("something else that is longer\n")
+                                            << QStringLiteral("<emptied>something else that is longer\n");
+    }
+    void aFileThatIsCutShortStartsAnew()
+    {
+        QFETCH(QByteArray, content);
+        QFETCH(QString, shown);
+        Writer writer;
+        writer.append("old lines\n");
+        LogTail tail(writer.path());
+        tail.look();
+        writer.rewrite(content);
+        QCOMPARE(looked(tail), shown);
+        writer.append("after\n");
+        QCOMPARE(looked(tail), "after\n");
+    }
+
+    void theEndOfARotatedFileIsNotLost()
+    {
+        Writer writer;
+        writer.append("old\n");
+        LogTail tail(writer.path());
+        QCOMPARE(looked(tail), "old\n");
+        writer.rename();
+        QVERIFY(tail.isGone());
+        writer.appendToRenamed("its end\n");
+        QCOMPARE(looked(tail), "its end\n");
+        writer.appendToRenamed("its very end\n");
+        writer.append("new\n");
+        QCOMPARE(looked(tail), "its very end\n<replaced>new\n");
+        QVERIFY(!tail.isGone());
+        writer.append("more\n");
+        QCOMPARE(looked(tail), "more\n");
+    }
+
+    void anUnreadableSuccessorIsWaitedFor()
+    {
+        Writer writer;
+        writer.append("old\n");
+        LogTail tail(writer.path());
+        QCOMPARE(looked(tail), "old\n");
+        writer.remove();
+        QVERIFY(QDir().mkdir(writer.path()));
+        QCOMPARE(looked(tail), "<missing>");
+        QVERIFY(QDir().rmdir(writer.path()));
+        writer.append("new\n");
+        QCOMPARE(looked(tail), "new\n");
+    }
+
+    void aHugeFileIsReadFromNearItsEnd()
+    {
+        Writer writer;
+        QFile file(writer.path());
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        QVERIFY(file.resize(qint64 { 40 } * 1024 * 1024 * 1024)); // sparse
+        QVERIFY(file.seek(file.size()));
+        const QByteArray end = '\n' + lines(0, 200000);
+        QCOMPARE(file.write(end), end.size());
+        file.close();
+        LogTail tail(writer.path());
+        const QList<LogNews> news = tail.look();
+        QCOMPARE(news.size(), 2);
+        QCOMPARE(news.at(0).kind, LogNews::Kind::Skipped);
+        QVERIFY(news.at(1).text.size() <= LogTail::windowBytes);
+        QVERIFY(news.at(1).text.startsWith(u"line ")); // a whole line
+        QVERIFY(news.at(1).text.endsWith(u"line 199999\n"));
+        QCOMPARE(news.at(0).bytes + news.at(1).text.size(), QFile(writer.path()).size());
+    }
+
+    void longLinesAreBroken()
+    {
+        Writer writer;
+        writer.append(QByteArray(10000, 'x') + "\nshort\n");
+        LogTail tail(writer.path());
+        const QStringList shown = looked(tail).split(u'\n');
+        QCOMPARE(shown.size(), 5);
+        QCOMPARE(shown.at(0).size(), LogTail::lineLimit);
+        QCOMPARE(shown.at(0).size() + shown.at(1).size() + shown.at(2).size(), 10000);
+        QCOMPARE(shown.at(3), "short");
+    }
+
+    // The window.
+
+    void theFileIsTypedAndFollowed()
+    {
+        Writer writer;
+        writer.append(lines(0, 300));
+        Viewer viewer(writer);
+        QVERIFY(viewer.state().startsWith(u"Choose a log file"));
+        viewer.openByName(writer.path());
+        QVERIFY(viewer.text().endsWith(u"line 299\n"));
+        QVERIFY(viewer.isAtEnd());
+        writer.append(lines(300, 100));
+        QTRY_VERIFY(viewer.text().endsWith(u"line 399\n"));
+        QVERIFY(viewer.isAtEnd());
+        QCOMPARE(viewer.state(), "Following the file.");
+        viewer.window.resize(600, 500);
+        QTRY_VERIFY(viewer.isAtEnd());
+        QVERIFY(viewer.window.isFollowing());
+    }
+
+    void theFileIsRemembered()
+    {
+        Writer writer;
+        writer.append("here\n");
+        writer.memory().setValue(QStringLiteral("log/file"), writer.path());
+        Viewer viewer(writer);
+        QCOMPARE(viewer.text(), "here\n");
+    }
+
+    void scrollingUpPausesAndDownGoesOn()
+    {
+        Writer writer;
+        writer.append(lines(0, 300));
+        Viewer viewer(writer);
+        viewer.openByName(writer.path());
+        QTest::keyClick(&viewer.view(), Qt::Key_PageUp);
+        QTRY_VERIFY(!viewer.window.isFollowing());
+        const int place = viewer.bar().value();
+        writer.append(lines(300, 10));
+        QTRY_VERIFY(viewer.state().contains(QStringLiteral("90 bytes more")));
+        QVERIFY(!viewer.text().contains(QStringLiteral("line 300")));
+        QCOMPARE(viewer.bar().value(), place);
+        viewer.bar().triggerAction(QAbstractSlider::SliderToMaximum);
+        QVERIFY(viewer.window.isFollowing());
+        QTRY_VERIFY(viewer.text().endsWith(u"line 309\n"));
+        QVERIFY(viewer.isAtEnd());
+        viewer.bar().triggerAction(QAbstractSlider::SliderSingleStepSub); // with the mouse on the bar
+        QVERIFY(!viewer.window.isFollowing());
+        QTest::keyClick(&viewer.view(), Qt::Key_End, Qt::ControlModifier);
+        QTRY_VERIFY(viewer.window.isFollowing());
+    }
+
+    void theCheckBoxPausesToo()
+    {
+        Writer writer;
+        writer.append("one\n");
+        Viewer viewer(writer);
+        viewer.openByName(writer.path());
+        viewer.press("followCheck");
+        QVERIFY(!viewer.window.isFollowing());
+        QCOMPARE(viewer.state(), "Paused at the end of the file.");
+        writer.append("two\n");
+        writer.rename();
+        writer.append("three\n");
+        viewer.press("followCheck");
+        QCOMPARE(viewer.text(), "one\ntwo\n(another file has taken its name)\nthree\n");
+    }
+
+    void theOldestLinesGo()
+    {
+        Writer writer;
+        writer.append(lines(0, 10));
+        Viewer viewer(writer);
+        viewer.openByName(writer.path());
+        writer.append(lines(10, LogWindow::maxLines));
+        QTRY_VERIFY(viewer.text().endsWith(QStringLiteral("line %1\n").arg(LogWindow::maxLines + 9)));
+        QCOMPARE(viewer.view().blockCount(), LogWindow::maxLines);
+        QVERIFY(viewer.isAtEnd());
+    }
+
+    void whatIsMissingIsSaidAndComes()
+    {
+        Writer writer;
+        Viewer viewer(writer);
+        viewer.openByName(writer.path());
+        QVERIFY(viewer.state().contains(QStringLiteral("cannot be read")));
+        writer.append("there\n");
+        QTRY_COMPARE(viewer.text(), "there\n");
+        QTRY_COMPARE(viewer.state(), "Following the file.");
+        writer.remove();
+        QTRY_VERIFY(viewer.state().startsWith(u"The file is gone"));
+    }
+
+    void textIsFoundUpAndDown()
+    {
+        Writer writer;
+        writer.append("alpha\nbeta\ngamma\nbeta\n");
+        Viewer viewer(writer);
+        viewer.openByName(writer.path());
+        QVERIFY(!viewer.widget<QPushButton>("nextButton").isEnabled());
+        QTest::keyClicks(&viewer.widget<QLineEdit>("findEdit"), "beta");
+        const auto line = [&] { return viewer.view().textCursor().blockNumber(); };
+        viewer.press("nextButton");
+        QCOMPARE(line(), 1);
+        QVERIFY(!viewer.window.isFollowing());
+        viewer.press("nextButton");
+        QCOMPARE(line(), 3);
+        viewer.press("nextButton");
+        QCOMPARE(line(), 1);
+        viewer.press("previousButton");
+        QCOMPARE(line(), 3);
+        QTest::keyClicks(&viewer.widget<QLineEdit>("findEdit"), "x");
+        QTest::keyClick(&viewer.widget<QLineEdit>("findEdit"), Qt::Key_Return);
+        QVERIFY(viewer.state().contains(QStringLiteral("not in the lines")));
+        QCOMPARE(line(), 3);
+    }
+};
+
+QTEST_MAIN(TestConsoleLog)
+#include "tst_consolelog.moc"
