@@ -10,6 +10,7 @@
 #include "servercontroller.h"
 #include "settingspanel.h"
 #include "ui_mainwindow.h"
+#include "windows/openwindows.h"
 
 #include <tarnis/foundation/helpers.h>
 
@@ -27,6 +28,7 @@ MainWindow::MainWindow(QSettings& memory)
     , ui(std::make_unique<Ui::MainWindow>())
     , m_controller(new ServerController(this))
     , m_entries(windowEntries())
+    , m_windows(new OpenWindows(*this))
     , m_desktopPalette(QApplication::palette())
 {
     ui->setupUi(this);
@@ -42,6 +44,7 @@ MainWindow::MainWindow(QSettings& memory)
 
     connectActions();
     addWindowActions();
+    connect(m_windows, &OpenWindows::changed, this, &MainWindow::updateControls);
     connect(m_controller, &ServerController::stateChanged, this, &MainWindow::updateControls);
     connect(m_controller, &ServerController::notice, this, &MainWindow::onNotice);
     connect(m_commandPanel, &CommandPanel::notice, this, &MainWindow::onNotice);
@@ -58,9 +61,7 @@ MainWindow::~MainWindow()
     m_controller->disconnect(this);
     delete m_commandPanel; // before the manager that their sessions come from
     delete m_settingsPanel;
-    const auto windows = m_windows.map.values();
-    m_windows.map.clear();
-    qDeleteAll(windows);
+    delete m_windows;
     delete m_controller;
 }
 
@@ -86,6 +87,9 @@ void MainWindow::connectActions()
     connect(ui->goToCommandAction, &QAction::triggered, m_commandPanel, &CommandPanel::focusCommand);
     connect(ui->goToSettingsAction, &QAction::triggered, m_settingsPanel, &SettingsPanel::focusTable);
     connect(ui->goToMessagesAction, &QAction::triggered, this, [this] { ui->messageList->setFocus(); });
+    connect(ui->tileAction, &QAction::triggered, m_windows, &OpenWindows::tile);
+    connect(ui->cascadeAction, &QAction::triggered, m_windows, &OpenWindows::cascade);
+    connect(ui->closeWindowsAction, &QAction::triggered, m_windows, &OpenWindows::closeAll);
     connect(ui->darkAction, &QAction::toggled, this, &MainWindow::setDark);
     connect(ui->keysAction, &QAction::triggered, this, &MainWindow::showKeyboard);
     connect(ui->aboutAction, &QAction::triggered, this, &MainWindow::showAbout);
@@ -98,26 +102,30 @@ void MainWindow::addWindowActions()
         action->setObjectName(entry.id);
         if (m_windowActions.size() < 9)
             action->setShortcut(QKeySequence(Qt::CTRL | Qt::Key(Qt::Key_1 + int(m_windowActions.size()))));
+        else
+            action->setShortcut(QKeySequence(entry.shortcut));
         connect(action, &QAction::triggered, this, [this, &entry] { openWindow(entry); });
         m_windowActions.append(action);
     }
+    ui->windowsMenu->addSeparator();
+    ui->windowsMenu->addActions({ ui->tileAction, ui->cascadeAction, ui->closeWindowsAction });
 }
 
 QWidget* MainWindow::openWindow(const WindowEntry& entry)
 {
-    if (m_controller->state() != ServerState::Up || (entry.refusal && !entry.refusal(*m_controller).isEmpty()))
+    if (!refusal(entry).isEmpty())
         return nullptr;
-    void* key = const_cast<WindowEntry*>(&entry);
-    QWidget* window = m_windows.map.value(key);
-    if (!window) {
-        window = entry.open({ *m_controller, m_commandPanel->link(), this, *m_commandPanel });
-        m_windows.map.insert(key, window);
-        connect(window, &QObject::destroyed, &m_windows, &ModelessWidgetManager::onDestroyed);
-        window->setAttribute(Qt::WA_DeleteOnClose);
-    }
-    window->show();
-    window->activateWindow();
-    return window;
+    const auto make = [&] {
+        return entry.open({ *m_controller, m_commandPanel->link(), this, *m_commandPanel, *m_windows, m_memory });
+    };
+    return m_windows->show(entry.id, make, [&entry] { return entry.title; });
+}
+
+QString MainWindow::refusal(const WindowEntry& entry) const
+{
+    if (entry.needsServer && m_controller->state() != ServerState::Up)
+        return tr("Needs a connected server");
+    return entry.refusal ? entry.refusal(*m_controller) : QString();
 }
 
 void MainWindow::startServer(const Options& options)
@@ -171,14 +179,26 @@ void MainWindow::updateControls()
             isUp ? tr("Wait until the lines on their way are answered") : needsServer);
     }
     for (qsizetype i = 0; i < m_windowActions.size(); ++i) {
-        const WindowEntry& entry = m_entries.at(i);
-        const QString refusal = entry.refusal ? entry.refusal(*m_controller) : QString();
-        setAvailable(m_windowActions.at(i), isUp && refusal.isEmpty(), entry.help, isUp ? refusal : needsServer);
+        const QString reason = refusal(m_entries.at(i));
+        setAvailable(m_windowActions.at(i), reason.isEmpty(), m_entries.at(i).help, reason);
     }
+    updateArranging();
     showStatus();
 
     if (m_isClosing && state == ServerState::Off)
         QMetaObject::invokeMethod(this, &MainWindow::close, Qt::QueuedConnection);
+}
+
+void MainWindow::updateArranging()
+{
+    const bool isAnyOpen = !m_windows->onScreen().isEmpty();
+    const bool canPlace = canPlaceWindows(QGuiApplication::platformName());
+    const QString reason = canPlace
+        ? tr("No window is open")
+        : tr("This desktop (Wayland) places windows itself; started with QT_QPA_PLATFORM=xcb the console can do it");
+    setAvailable(ui->tileAction, canPlace && isAnyOpen, tr("Lay all open windows side by side"), reason);
+    setAvailable(ui->cascadeAction, canPlace && isAnyOpen, tr("Lay all open windows one behind the other"), reason);
+    setAvailable(ui->closeWindowsAction, isAnyOpen, tr("Close all windows but this one"), tr("No window is open"));
 }
 
 void MainWindow::showStatus()
@@ -360,6 +380,7 @@ void MainWindow::setTexts()
     const QList<WindowEntry> translated = windowEntries();
     for (qsizetype i = 0; i < m_entries.size(); ++i) {
         m_entries[i].menuText = translated.at(i).menuText;
+        m_entries[i].title = translated.at(i).title;
         m_entries[i].help = translated.at(i).help;
         m_windowActions.at(i)->setText(translated.at(i).menuText);
     }
@@ -372,9 +393,7 @@ void MainWindow::closeEvent(QCloseEvent* event)
     const bool canGo = m_controller->state() == ServerState::Off
         || (m_controller->state() == ServerState::Failed && !m_controller->hasProcess());
     if (canGo) {
-        const auto windows = m_windows.map.values();
-        for (QWidget* window : windows)
-            window->close();
+        m_windows->closeAll();
         event->accept();
         return;
     }

@@ -6,8 +6,6 @@
 #include "notice.h"
 #include "windows/window.h"
 
-#include <tarnis/foundation/modelesswidgetmanager.h>
-
 #include <QMainWindow>
 #include <QPalette>
 
@@ -22,6 +20,7 @@ class MainWindow;
 namespace console {
 
 class CommandPanel;
+class OpenWindows;
 class ServerController;
 class SettingsPanel;
 
@@ -43,6 +42,7 @@ public:
     /// Opens the window of the entry, or brings it forward if it is open. Null while it cannot be opened.
     QWidget* openWindow(const WindowEntry& entry);
     const QList<WindowEntry>& entries() const { return m_entries; }
+    OpenWindows& windows() { return *m_windows; }
 
 protected:
     void changeEvent(QEvent* event) override;
@@ -50,7 +50,9 @@ protected:
     void connectActions();
     void addWindowActions();
     void setTexts();
+    QString refusal(const WindowEntry& entry) const;
     void updateControls();
+    void updateArranging();
     void showStatus();
     void onNotice(const Notice& notice);
     void onRemedy(Remedy remedy);
@@ -70,7 +72,7 @@ protected:
     SettingsPanel* m_settingsPanel;
     QList<WindowEntry> m_entries;
     QList<QAction*> m_windowActions; ///< one for each entry
-    ModelessWidgetManager m_windows; ///< by entry
+    OpenWindows* m_windows;
     QPalette m_desktopPalette;
     bool m_isClosing = false; ///< close as soon as the server has ended
 };

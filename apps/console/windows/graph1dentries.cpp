@@ -10,7 +10,6 @@
 #include <QAction>
 #include <QCheckBox>
 #include <QComboBox>
-#include <QCoreApplication>
 #include <QDialogButtonBox>
 #include <QLineEdit>
 #include <QPushButton>
@@ -21,11 +20,6 @@ namespace console {
 
 namespace {
 
-QString translated(const char* text)
-{
-    return QCoreApplication::translate("Windows", text);
-}
-
 constexpr double period = 40000.0; // of the simulated source, in us
 constexpr double detectorSize = 1000.0; // in mm
 constexpr int binsShown = 1024;
@@ -34,34 +28,34 @@ constexpr int modules = 8;
 QWidget* openRows(const WindowContext& context)
 {
     CurvesRequest request;
-    request.title = translated("Arrival Times");
-    request.xLabel = translated("Time [us]");
+    request.title = Windows::tr("Arrival Times");
+    request.xLabel = Windows::tr("Time [us]");
     request.xMax = period;
-    request.description = translated("Module");
+    request.description = Windows::tr("Module");
     request.command = QStringLiteral("hist1d time 0 %1 bins:%2").arg(modules - 1).arg(binsShown);
     request.last = modules - 1;
     auto* const window = new LiveCurves(context, request);
-    window->getGraphWidget()->SetEnableSelectXRangeFeature(true, translated("Time"));
+    window->getGraphWidget()->SetEnableSelectXRangeFeature(true, Windows::tr("Time"));
     return window;
 }
 
 QWidget* openPairs(const WindowContext& context)
 {
     CurvesRequest request; // both ends 0: each reply brings its own axis
-    request.title = translated("Arrival Times, All Modules");
-    request.xLabel = translated("Time [us]");
-    request.description = translated("Sum");
+    request.title = Windows::tr("Arrival Times, All Modules");
+    request.xLabel = Windows::tr("Time [us]");
+    request.description = Windows::tr("Sum");
     request.command = QStringLiteral("hist1d total pairs bins:%1").arg(binsShown);
     auto* const window = new LiveCurves(context, request);
-    window->getGraphWidget()->SetEnableSelectXRangeFeature(true, translated("Time"));
+    window->getGraphWidget()->SetEnableSelectXRangeFeature(true, Windows::tr("Time"));
     return window;
 }
 
 QWidget* openSingleRow(const WindowContext& context)
 {
     CurvesRequest request;
-    request.title = translated("Position, Module 0");
-    request.xLabel = translated("Position [mm]");
+    request.title = Windows::tr("Position, Module 0");
+    request.xLabel = Windows::tr("Position [mm]");
     request.xMax = detectorSize;
     request.command = QStringLiteral("hist1d position 0");
     return new LiveCurves(context, request);
@@ -217,20 +211,20 @@ void driveSingleRow(Person& person, QWidget& window)
 
 WindowEntry rowsEntry()
 {
-    return { QStringLiteral("curves"), translated("&Arrival Times"),
-        translated("The arrival times of each module, live"), openRows, driveRows };
+    return { QStringLiteral("curves"), Windows::tr("&Arrival Times"), Windows::tr("Arrival Times"),
+        Windows::tr("The arrival times of each module, live"), openRows, driveRows };
 }
 
 WindowEntry pairsEntry()
 {
-    return { QStringLiteral("pairs"), translated("Arrival Times, A&ll Modules"),
-        translated("The sum of all modules, live; the server tells the axis"), openPairs, drivePairs };
+    return { QStringLiteral("pairs"), Windows::tr("Arrival Times, A&ll Modules"), Windows::tr("Arrival Times, All Modules"),
+        Windows::tr("The sum of all modules, live; the server tells the axis"), openPairs, drivePairs };
 }
 
 WindowEntry singleRowEntry()
 {
-    return { QStringLiteral("single-row"), translated("&Position of Module 0"),
-        translated("Where the events of one module are, live"), openSingleRow, driveSingleRow };
+    return { QStringLiteral("single-row"), Windows::tr("&Position of Module 0"), Windows::tr("Position, Module 0"),
+        Windows::tr("Where the events of one module are, live"), openSingleRow, driveSingleRow };
 }
 
 } // namespace console

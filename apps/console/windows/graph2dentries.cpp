@@ -7,7 +7,6 @@
 #include <tarnis/plots/xy2dgraphwidget.h>
 
 #include <QAction>
-#include <QCoreApplication>
 #include <QDialogButtonBox>
 #include <QLineEdit>
 #include <QPushButton>
@@ -16,19 +15,14 @@ namespace console {
 
 namespace {
 
-QString translated(const char* text)
-{
-    return QCoreApplication::translate("Windows", text);
-}
-
 constexpr int binsShown = 256;
 
 QWidget* openMap(const WindowContext& context)
 {
     MapRequest request;
-    request.title = translated("Image");
-    request.xLabel = translated("X");
-    request.yLabel = translated("Y");
+    request.title = Windows::tr("Image");
+    request.xLabel = Windows::tr("X");
+    request.yLabel = Windows::tr("Y");
     request.bins = binsShown;
     request.command = QStringLiteral("hist2d image bins:%1").arg(binsShown);
     auto* const window = new LiveMap(context, request);
@@ -122,7 +116,7 @@ void driveMap(Person& person, QWidget& window)
 
 WindowEntry mapEntry()
 {
-    return { QStringLiteral("map"), translated("&Image"), translated("The events by place, live"), openMap, driveMap };
+    return { QStringLiteral("map"), Windows::tr("&Image"), Windows::tr("Image"), Windows::tr("The events by place, live"), openMap, driveMap };
 }
 
 } // namespace console

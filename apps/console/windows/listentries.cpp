@@ -8,7 +8,6 @@
 #include "windows/window.h"
 
 #include <QComboBox>
-#include <QCoreApplication>
 #include <QListWidget>
 #include <QPushButton>
 #include <QTableWidget>
@@ -17,14 +16,9 @@ namespace console {
 
 namespace {
 
-QString translated(const char* text)
-{
-    return QCoreApplication::translate("Windows", text);
-}
-
 QWidget* openStatistics(const WindowContext& context)
 {
-    return new LiveStatistics(context, translated("Statistics"));
+    return new LiveStatistics(context, Windows::tr("Statistics"));
 }
 
 void driveStatistics(Person& person, QWidget& window)
@@ -42,14 +36,14 @@ void setBasePath(ServerController& controller, const QString& path)
     if (problem.isEmpty())
         controller.tarnis().SetBasePath(path, false);
     else
-        controller.tell({ Notice::Severity::Warning, translated("%1 is not the base path now: %2").arg(path, problem),
+        controller.tell({ Notice::Severity::Warning, Windows::tr("%1 is not the base path now: %2").arg(path, problem),
             Remedy::None });
 }
 
 /// The folder that is chosen becomes the base path.
 QWidget* openBasePath(const WindowContext& context)
 {
-    auto* const dialog = new FolderChooser(context, translated("Base Path"));
+    auto* const dialog = new FolderChooser(context, Windows::tr("Base Path"));
     QObject::connect(dialog, qOverload<const QString&>(&SelectPathDialog::accepted), &context.controller,
         [&controller = context.controller](const QString& path) { setBasePath(controller, path); });
     return dialog;
@@ -57,7 +51,7 @@ QWidget* openBasePath(const WindowContext& context)
 
 QWidget* openServerFile(const WindowContext& context)
 {
-    auto* const dialog = new FileChooser(context, translated("Files of the Server"));
+    auto* const dialog = new FileChooser(context, Windows::tr("Files of the Server"));
     dialog->setExt({ QStringLiteral("*") }, false, QString());
     QObject::connect(dialog, qOverload<const QString&>(&SelectDirectoryDialog::accepted), &context.commandPanel,
         &CommandPanel::insertPath);
@@ -76,21 +70,21 @@ void driveFolders(Person& person, QWidget& window)
 
 WindowEntry statisticsEntry()
 {
-    return { QStringLiteral("statistics"), translated("S&tatistics"),
-        translated("What the server tells about itself, live"), openStatistics, driveStatistics };
+    return { QStringLiteral("statistics"), Windows::tr("S&tatistics"), Windows::tr("Statistics"),
+        Windows::tr("What the server tells about itself, live"), openStatistics, driveStatistics };
 }
 
 WindowEntry basePathEntry()
 {
-    return { QStringLiteral("base-path"), translated("&Base Path..."),
-        translated("Choose the folder of the data on the server"), openBasePath, driveFolders,
+    return { QStringLiteral("base-path"), Windows::tr("&Base Path..."), Windows::tr("Base Path"),
+        Windows::tr("Choose the folder of the data on the server"), openBasePath, driveFolders,
         [](const ServerController& controller) { return controller.basePathRefusal(); } };
 }
 
 WindowEntry serverFilesEntry()
 {
-    return { QStringLiteral("server-files"), translated("&Files of the Server..."),
-        translated("Choose a file on the server for the command line"), openServerFile, driveFolders };
+    return { QStringLiteral("server-files"), Windows::tr("&Files of the Server..."), Windows::tr("Files of the Server"),
+        Windows::tr("Choose a file on the server for the command line"), openServerFile, driveFolders };
 }
 
 } // namespace console

@@ -6,7 +6,6 @@
 
 #include <tarnis/server/tarniscmds.h>
 
-#include <QCoreApplication>
 #include <QLineEdit>
 #include <QTableWidget>
 
@@ -32,11 +31,9 @@ template <typename Base> SnapshotWindow::Source source()
         } };
 }
 
-QWidget* openSnapshot(const WindowContext& context, const SnapshotWindow::Source& source, const QString& title)
+template <typename Base> QWidget* openSnapshot(const WindowContext& context)
 {
-    auto* window = new SnapshotWindow(context.controller, source, context.parent);
-    window->setWindowTitle(title);
-    return window;
+    return new SnapshotWindow(context.controller, source<Base>(), context.parent);
 }
 
 void driveSnapshot(Person& person, QWidget& window)
@@ -63,24 +60,14 @@ void driveSnapshot(Person& person, QWidget& window)
 
 WindowEntry statSnapshotEntry()
 {
-    return { QStringLiteral("stat-snapshot"), QCoreApplication::translate("Windows", "S&tat Snapshot"),
-        QCoreApplication::translate("Windows", "What the server tells about itself now"),
-        [](const WindowContext& context) {
-            return openSnapshot(
-                context, source<TarnisCmdStat>(), QCoreApplication::translate("Windows", "Stat Snapshot"));
-        },
-        driveSnapshot };
+    return { QStringLiteral("stat-snapshot"), Windows::tr("Stat S&napshot"), Windows::tr("Stat Snapshot"),
+        Windows::tr("What the server tells about itself now"), openSnapshot<TarnisCmdStat>, driveSnapshot };
 }
 
 WindowEntry settingSnapshotEntry()
 {
-    return { QStringLiteral("setting-snapshot"), QCoreApplication::translate("Windows", "S&etting Snapshot"),
-        QCoreApplication::translate("Windows", "The settings that the server works with now"),
-        [](const WindowContext& context) {
-            return openSnapshot(
-                context, source<TarnisCmdSetting>(), QCoreApplication::translate("Windows", "Setting Snapshot"));
-        },
-        driveSnapshot };
+    return { QStringLiteral("setting-snapshot"), Windows::tr("S&etting Snapshot"), Windows::tr("Setting Snapshot"),
+        Windows::tr("The settings that the server works with now"), openSnapshot<TarnisCmdSetting>, driveSnapshot };
 }
 
 } // namespace console

@@ -1,19 +1,27 @@
 // Every window that the console can open, as a list of entries. A new window is one more file with one more entry.
 #pragma once
 
+#include <QCoreApplication>
 #include <QList>
 #include <QString>
 
 #include <functional>
 
+class QSettings;
 class QWidget;
 
 namespace console {
 
 class CommandPanel;
+class OpenWindows;
 class Person;
 class ServerController;
 class SessionLink;
+
+/// The texts of the menu Windows and of what it opens.
+struct Windows {
+    Q_DECLARE_TR_FUNCTIONS(Windows)
+};
 
 /// What a window gets from the console.
 struct WindowContext {
@@ -21,18 +29,23 @@ struct WindowContext {
     SessionLink& link; ///< the command line's session, for dialogs that clone one
     QWidget* parent;
     CommandPanel& commandPanel; ///< takes what a window offers for the command line
+    OpenWindows& windows; ///< for windows that open others
+    QSettings& memory; ///< what is kept from one run to the next
 };
 
 struct WindowEntry {
     QString id; ///< of the tour's pictures: letters and hyphens
     QString menuText; ///< with its mnemonic
+    QString title;
     QString help;
-    /// Makes the window; it deletes itself when it is closed. The server is connected.
+    /// Makes the window; it deletes itself when it is closed. The server is connected if the window needs one.
     std::function<QWidget*(const WindowContext&)> open;
     /// Drives the open window as a person would; throws TourFailure when it does not behave.
     std::function<void(Person&, QWidget&)> tour;
     /// Why the window cannot be opened now although the server is connected, in words; empty if it can.
     std::function<QString(const ServerController&)> refusal = {};
+    bool needsServer = true;
+    QString shortcut = {}; ///< the first nine have Ctrl and their number
 };
 
 /// In the order of the menu.

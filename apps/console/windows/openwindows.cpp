@@ -1,0 +1,202 @@
+#include "windows/openwindows.h"
+
+#include <tarnis/dialogs/graph2ddialog.h>
+#include <tarnis/foundation/helpers.h>
+
+#include <QApplication>
+#include <QEvent>
+#include <QLabel>
+#include <QPointer>
+#include <QScreen>
+#include <QWindow>
+
+#include <algorithm>
+#include <cmath>
+
+namespace console {
+
+namespace {
+
+constexpr double likedRatio = 1.4; // of a plot's width to its height
+constexpr int cascadeStep = 32;
+constexpr char orderProperty[] = "openedAs";
+
+/// The library's windows take their first texts up again when the language changes: title and information are put back.
+class TextKeeper : public QObject {
+    Q_OBJECT
+public:
+    TextKeeper(QWidget& window, const std::function<QString()>& title)
+        : QObject(&window)
+        , m_window(window)
+        , m_title(title)
+    {
+        window.installEventFilter(this);
+        m_window.setWindowTitle(m_title());
+    }
+
+protected:
+    bool eventFilter(QObject* object, QEvent* event) override
+    {
+        if (event->type() == QEvent::LanguageChange && object == &m_window && !m_isPending) {
+            m_isPending = true; // one change of the language is told several times
+            const auto* const info = m_window.findChild<QLabel*>(QStringLiteral("infoLabel"));
+            m_info = info ? info->text() : QString();
+            QMetaObject::invokeMethod(this, &TextKeeper::putBack, Qt::QueuedConnection);
+        }
+        return QObject::eventFilter(object, event);
+    }
+
+    void putBack()
+    {
+        m_isPending = false;
+        m_window.setWindowTitle(m_title());
+        if (auto* const info = m_window.findChild<QLabel*>(QStringLiteral("infoLabel")))
+            info->setText(m_info);
+    }
+
+    QWidget& m_window;
+    std::function<QString()> m_title;
+    QString m_info;
+    bool m_isPending = false;
+};
+
+} // namespace
+
+QList<QRect> tileCells(int count, const QRect& area)
+{
+    QList<QRect> cells;
+    if (count <= 0)
+        return cells;
+    const double ratio = double(area.width()) / qMax(1, area.height());
+    const int columns = qBound(1, int(std::lround(std::sqrt(count * ratio / likedRatio))), count);
+    const int rows = (count + columns - 1) / columns;
+    for (int row = 0; row < rows; ++row) {
+        const int inRow = qMin(columns, count - row * columns);
+        const int top = area.top() + area.height() * row / rows;
+        const int bottom = area.top() + area.height() * (row + 1) / rows;
+        for (int column = 0; column < inRow; ++column) {
+            const int left = area.left() + area.width() * column / inRow;
+            const int right = area.left() + area.width() * (column + 1) / inRow;
+            cells.append(QRect(left, top, right - left, bottom - top));
+        }
+    }
+    return cells;
+}
+
+QList<QRect> cascadeCells(int count, const QRect& area)
+{
+    const QSize size(area.width() * 3 / 5, area.height() * 3 / 5);
+    const int room = qMin(area.width() - size.width(), area.height() - size.height());
+    const int steps = qMax(1, room / cascadeStep + 1);
+    QList<QRect> cells;
+    for (int i = 0; i < count; ++i)
+        cells.append(QRect(area.topLeft() + QPoint(1, 1) * (i % steps * cascadeStep), size));
+    return cells;
+}
+
+bool canPlaceWindows(const QString& platform)
+{
+    return !platform.startsWith(u"wayland");
+}
+
+OpenWindows::OpenWindows(QWidget& mainWindow)
+    : QObject(&mainWindow)
+    , m_mainWindow(mainWindow)
+{
+    connect(&m_windows, &ModelessWidgetManager::onClosed, this, &OpenWindows::changed);
+}
+
+OpenWindows::~OpenWindows()
+{
+    const auto windows = m_windows.map.values();
+    m_windows.map.clear();
+    m_windows.disconnect(this);
+    qDeleteAll(windows);
+}
+
+QWidget* OpenWindows::show(
+    const QString& id, const std::function<QWidget*()>& make, const std::function<QString()>& title)
+{
+    void* const key = const_cast<QString*>(&*m_ids.insert(id).first); // a name only, nothing is written to it
+    QWidget* window = m_windows.map.value(key);
+    const bool isNew = !window;
+    if (isNew) {
+        window = make();
+        m_windows.map.insert(key, window);
+        connect(window, &QObject::destroyed, &m_windows, &ModelessWidgetManager::onDestroyed);
+        window->setAttribute(Qt::WA_DeleteOnClose);
+        window->setProperty(orderProperty, qulonglong(++m_opened));
+        new TextKeeper(*window, title); // the window's
+    }
+    window->show();
+    window->activateWindow();
+    if (isNew)
+        Q_EMIT changed();
+    return window;
+}
+
+QList<QWidget*> OpenWindows::onScreen() const
+{
+    QList<QWidget*> found;
+    const QWidgetList all = QApplication::topLevelWidgets();
+    for (QWidget* const window : all) {
+        const bool isFiltered = qobject_cast<Graph2DDialog*>(window) && window->parentWidget()
+            && m_mainWindow.isAncestorOf(window->parentWidget());
+        const bool isOurs = window->property(orderProperty).isValid() && window->parentWidget() == &m_mainWindow;
+        if ((isOurs || isFiltered) && window->isVisible() && !window->isMinimized() && !window->isModal())
+            found.append(window);
+    }
+    // A map that was filtered out of another one has no number: behind all others.
+    const auto order = [](const QWidget* window) {
+        const QVariant number = window->property(orderProperty);
+        return number.isValid() ? number.toULongLong() : ~0ULL;
+    };
+    std::stable_sort(found.begin(), found.end(), [&](const QWidget* a, const QWidget* b) { return order(a) < order(b); });
+    return found;
+}
+
+void OpenWindows::arrange(const std::function<QList<QRect>(int count, const QRect& area)>& cells)
+{
+    const QList<QWidget*> windows = onScreen();
+    const QScreen* const screen = m_mainWindow.screen();
+    if (!screen || !canPlaceWindows(QGuiApplication::platformName()))
+        return;
+    const QRect area = screen->availableGeometry();
+    const QList<QRect> places = cells(int(windows.size()), area);
+    for (qsizetype i = 0; i < windows.size(); ++i) {
+        QWidget* const window = windows.at(i);
+        window->showNormal();
+        const QMargins frame = window->windowHandle() ? window->windowHandle()->frameMargins() : QMargins();
+        const QRect inside = places.at(i).marginsRemoved(frame);
+        // A window that needs more room than its cell stays on the screen all the same.
+        const QSize size = inside.size().expandedTo(window->minimumSizeHint()).expandedTo(window->minimumSize());
+        QRect place(inside.topLeft(), size);
+        window->setGeometry(moveIn(place, area.marginsRemoved(frame)));
+        window->raise();
+    }
+}
+
+void OpenWindows::tile()
+{
+    arrange(tileCells);
+}
+
+void OpenWindows::cascade()
+{
+    arrange(cascadeCells);
+}
+
+void OpenWindows::closeAll()
+{
+    QList<QPointer<QWidget>> windows; // one may close another
+    for (QWidget* const window : m_windows.map.values())
+        windows.append(window);
+    for (const QPointer<QWidget>& window : std::as_const(windows)) {
+        if (window)
+            window->close();
+    }
+}
+
+} // namespace console
+
+#include "openwindows.moc"

@@ -1,0 +1,58 @@
+// The console's open windows: one for each purpose, brought forward, laid out on the screen and closed together.
+#pragma once
+
+#include <tarnis/foundation/modelesswidgetmanager.h>
+
+#include <QList>
+#include <QObject>
+#include <QRect>
+#include <QString>
+
+#include <functional>
+#include <set>
+
+namespace console {
+
+/// `count` cells that fill the area, row by row, the last row stretched to it. Cells of a few windows are about as wide as
+/// a plot likes to be.
+QList<QRect> tileCells(int count, const QRect& area);
+
+/// `count` cells of one size, each further right and down, beginning again at the corner when the area ends.
+QList<QRect> cascadeCells(int count, const QRect& area);
+
+/// False where a window cannot place itself, as on Wayland. `platform` as QGuiApplication::platformName() gives it.
+bool canPlaceWindows(const QString& platform);
+
+/// GUI thread. Windows are children of the main window, delete themselves when they close, and are closed with it.
+class OpenWindows : public QObject {
+    Q_OBJECT
+public:
+    explicit OpenWindows(QWidget& mainWindow);
+    ~OpenWindows() override;
+
+    /// Shows the window of this id and brings it forward; `make` makes it if there is none. `title` is asked now and
+    /// with each change of the language.
+    QWidget* show(
+        const QString& id, const std::function<QWidget*()>& make, const std::function<QString()>& title);
+    /// The windows on the screen that can be laid out, in the order in which they were opened. Boxes and
+    /// the windows that belong to a plot are not among them.
+    QList<QWidget*> onScreen() const;
+
+    void tile();
+    void cascade();
+    void closeAll();
+
+Q_SIGNALS:
+    /// One has opened or closed.
+    void changed();
+
+protected:
+    void arrange(const std::function<QList<QRect>(int count, const QRect& area)>& cells);
+
+    QWidget& m_mainWindow;
+    ModelessWidgetManager m_windows; ///< by address of the id in m_ids
+    std::set<QString> m_ids;
+    unsigned long long m_opened = 0; ///< counts the windows ever opened
+};
+
+} // namespace console
