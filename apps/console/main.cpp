@@ -7,6 +7,7 @@
 #include <tarnis/foundation/log.h>
 
 #include <QApplication>
+#include <QFileInfo>
 #include <QLoggingCategory>
 #include <QSettings>
 #include <QTemporaryDir>
@@ -101,6 +102,8 @@ int main(int argc, char** argv)
     const auto memory = isTour
         ? std::make_unique<QSettings>(scratch.filePath(QStringLiteral("console.ini")), QSettings::IniFormat)
         : std::make_unique<QSettings>();
+    if (!options.logFile.isEmpty()) // what the log window shows first
+        memory->setValue(QStringLiteral("log/file"), QFileInfo(options.logFile).absoluteFilePath());
     if (const QString language = isTour ? QStringLiteral("en") : options.language; !language.isEmpty())
         memory->setValue(QStringLiteral("window/language"), language);
     const int status = runConsole(options, *memory);

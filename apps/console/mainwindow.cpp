@@ -108,6 +108,7 @@ void MainWindow::addWindowActions()
         m_windowActions.append(action);
     }
     ui->windowsMenu->addSeparator();
+    connect(ui->windowsMenu, &QMenu::aboutToShow, this, &MainWindow::updateArranging);
     ui->windowsMenu->addActions({ ui->tileAction, ui->cascadeAction, ui->closeWindowsAction });
 }
 

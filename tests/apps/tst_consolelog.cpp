@@ -314,7 +314,7 @@ private Q_SLOTS:
         viewer.openByName(writer.path());
         viewer.press("followCheck");
         QVERIFY(!viewer.window.isFollowing());
-        QCOMPARE(viewer.state(), "Paused at the end of the file.");
+        QCOMPARE(viewer.state(), "Paused; nothing new in the file.");
         writer.append("two\n");
         writer.rename();
         writer.append("three\n");

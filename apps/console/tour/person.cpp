@@ -8,6 +8,7 @@
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QMouseEvent>
+#include <QPainter>
 #include <QPixmap>
 #include <QPointer>
 #include <QSet>
@@ -236,9 +237,29 @@ void Person::answering(const std::function<void(QWidget&)>& answer, const std::f
 
 void Person::picture(QWidget& window, const QString& name)
 {
-    expect(!m_isInterrupted, QStringLiteral("nobody interrupts the tour"));
     look(60); // what is posted gets painted
-    const QImage image = window.grab().toImage();
+    save(window.grab().toImage(), name);
+}
+
+void Person::screen(const QList<QWidget*>& windows, const QString& name)
+{
+    look(60);
+    QRect area;
+    for (const QWidget* const window : windows)
+        area |= window->frameGeometry();
+    expect(!area.isEmpty(), QStringLiteral("there are windows on the screen"));
+    QImage image(area.size(), QImage::Format_RGB32);
+    image.fill(QColor(0x50, 0x58, 0x60));
+    QPainter painter(&image);
+    for (QWidget* const window : windows)
+        painter.drawPixmap(window->geometry().topLeft() - area.topLeft(), window->grab());
+    painter.end();
+    save(image, name);
+}
+
+void Person::save(const QImage& image, const QString& name)
+{
+    expect(!m_isInterrupted, QStringLiteral("nobody interrupts the tour"));
     const QString file = QStringLiteral("%1-%2-%3.png").arg(m_prefix).arg(m_pictures.size() + 1).arg(name);
     expect(colourCount(image) > 2, QStringLiteral("there is something on %1").arg(file));
     if (!image.save(m_directory.filePath(file)))

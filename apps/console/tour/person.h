@@ -12,6 +12,7 @@
 #include <stdexcept>
 
 class QAction;
+class QImage;
 class QLineEdit;
 
 namespace console {
@@ -72,10 +73,13 @@ public:
 
     /// Takes a picture. Throws if nothing is on it.
     void picture(QWidget& window, const QString& name);
+    /// Takes one picture of several windows as they lie on the screen, the last one in front.
+    void screen(const QList<QWidget*>& windows, const QString& name);
 
 protected:
     /// Runs `deed` inside an event loop, as the events of a real person come: what closes may be deleted behind it.
     void act(const std::function<void()>& deed);
+    void save(const QImage& image, const QString& name);
 
     QDir m_directory;
     QString m_prefix;

@@ -139,6 +139,85 @@
     </message>
 </context>
 <context>
+    <name>LogWindow</name>
+    <message>
+        <source>Log File</source>
+        <translation>Logdatei</translation>
+    </message>
+    <message>
+        <source>&amp;Log file:</source>
+        <translation>&amp;Logdatei:</translation>
+    </message>
+    <message>
+        <source>Log file on this machine</source>
+        <translation>Logdatei auf diesem Rechner</translation>
+    </message>
+    <message>
+        <source>path of a file on this machine</source>
+        <translation>Pfad einer Datei auf diesem Rechner</translation>
+    </message>
+    <message>
+        <source>&amp;Browse...</source>
+        <translation>&amp;Durchsuchen...</translation>
+    </message>
+    <message>
+        <source>Choose the log file</source>
+        <translation>Die Logdatei wählen</translation>
+    </message>
+    <message>
+        <source>Lines of the log file</source>
+        <translation>Zeilen der Logdatei</translation>
+    </message>
+    <message>
+        <source>State of the log file</source>
+        <translation>Stand der Logdatei</translation>
+    </message>
+    <message>
+        <source>&amp;Follow</source>
+        <translation>Ver&amp;folgen</translation>
+    </message>
+    <message>
+        <source>Show new lines as they are written. Scrolling up pauses, scrolling to the end goes on.</source>
+        <translation>Neue Zeilen zeigen, sobald sie geschrieben sind. Zurückrollen hält an, Rollen ans Ende macht weiter.</translation>
+    </message>
+    <message>
+        <source>F&amp;ind:</source>
+        <translation>&amp;Suchen:</translation>
+    </message>
+    <message>
+        <source>Text to find in the log</source>
+        <translation>Text, der im Log gesucht wird</translation>
+    </message>
+    <message>
+        <source>&amp;Previous</source>
+        <translation>&amp;Aufwärts</translation>
+    </message>
+    <message>
+        <source>Shift+F3</source>
+        <translation>Shift+F3</translation>
+    </message>
+    <message>
+        <source>Find the text further up (Shift+F3)</source>
+        <translation>Den Text weiter oben suchen (Shift+F3)</translation>
+    </message>
+    <message>
+        <source>&amp;Next</source>
+        <translation>A&amp;bwärts</translation>
+    </message>
+    <message>
+        <source>F3</source>
+        <translation>F3</translation>
+    </message>
+    <message>
+        <source>Find the text further down (F3)</source>
+        <translation>Den Text weiter unten suchen (F3)</translation>
+    </message>
+    <message>
+        <source>&amp;Close</source>
+        <translation>S&amp;chließen</translation>
+    </message>
+</context>
+<context>
     <name>MainWindow</name>
     <message>
         <source>Tarnis Console</source>
@@ -271,6 +350,18 @@
     <message>
         <source>&amp;About</source>
         <translation>&amp;Über</translation>
+    </message>
+    <message>
+        <source>&amp;Tile</source>
+        <translation>&amp;Nebeneinander</translation>
+    </message>
+    <message>
+        <source>&amp;Cascade</source>
+        <translation>Hintere&amp;inander</translation>
+    </message>
+    <message>
+        <source>Close All &amp;Windows</source>
+        <translation>Alle Fenster s&amp;chließen</translation>
     </message>
 </context>
 <context>
@@ -445,10 +536,6 @@
 <context>
     <name>Windows</name>
     <message>
-        <source>S&amp;tat Snapshot</source>
-        <translation>Aufnahme von s&amp;tat</translation>
-    </message>
-    <message>
         <source>What the server tells about itself now</source>
         <translation>Was der Server jetzt von sich berichtet</translation>
     </message>
@@ -467,6 +554,158 @@
     <message>
         <source>Setting Snapshot</source>
         <translation>Aufnahme von setting</translation>
+    </message>
+    <message>
+        <source>&amp;Histograms...</source>
+        <translation>&amp;Histogramme...</translation>
+    </message>
+    <message>
+        <source>Histograms</source>
+        <translation>Histogramme</translation>
+    </message>
+    <message>
+        <source>Choose which of the server&apos;s histograms to open (Ctrl+H)</source>
+        <translation>Wählen, welche Histogramme des Servers sich öffnen (Ctrl+H)</translation>
+    </message>
+    <message>
+        <source>Lo&amp;g File</source>
+        <translation>Lo&amp;gdatei</translation>
+    </message>
+    <message>
+        <source>Log File</source>
+        <translation>Logdatei</translation>
+    </message>
+    <message>
+        <source>Follow a log file as it grows (Ctrl+J)</source>
+        <translation>Eine Logdatei verfolgen, während sie wächst (Ctrl+J)</translation>
+    </message>
+    <message>
+        <source>Arrival Times</source>
+        <translation>Ankunftszeiten</translation>
+    </message>
+    <message>
+        <source>Time [us]</source>
+        <translation>Zeit [us]</translation>
+    </message>
+    <message>
+        <source>Module</source>
+        <translation>Modul</translation>
+    </message>
+    <message>
+        <source>Time</source>
+        <translation>Zeit</translation>
+    </message>
+    <message>
+        <source>Arrival Times, All Modules</source>
+        <translation>Ankunftszeiten, alle Module</translation>
+    </message>
+    <message>
+        <source>Sum</source>
+        <translation>Summe</translation>
+    </message>
+    <message>
+        <source>Position, Module 0</source>
+        <translation>Position, Modul 0</translation>
+    </message>
+    <message>
+        <source>Position [mm]</source>
+        <translation>Position [mm]</translation>
+    </message>
+    <message>
+        <source>&amp;Arrival Times</source>
+        <translation>&amp;Ankunftszeiten</translation>
+    </message>
+    <message>
+        <source>The arrival times of each module, live</source>
+        <translation>Die Ankunftszeiten jedes Moduls, laufend</translation>
+    </message>
+    <message>
+        <source>Arrival Times, A&amp;ll Modules</source>
+        <translation>Ankunftszeiten, alle &amp;Module</translation>
+    </message>
+    <message>
+        <source>The sum of all modules, live; the server tells the axis</source>
+        <translation>Die Summe aller Module, laufend; der Server nennt die Achse</translation>
+    </message>
+    <message>
+        <source>&amp;Position of Module 0</source>
+        <translation>&amp;Position von Modul 0</translation>
+    </message>
+    <message>
+        <source>Where the events of one module are, live</source>
+        <translation>Wo die Ereignisse eines Moduls liegen, laufend</translation>
+    </message>
+    <message>
+        <source>Image</source>
+        <translation>Bild</translation>
+    </message>
+    <message>
+        <source>X</source>
+        <translation>X</translation>
+    </message>
+    <message>
+        <source>Y</source>
+        <translation>Y</translation>
+    </message>
+    <message>
+        <source>&amp;Image</source>
+        <translation>&amp;Bild</translation>
+    </message>
+    <message>
+        <source>The events by place, live</source>
+        <translation>Die Ereignisse nach Ort, laufend</translation>
+    </message>
+    <message>
+        <source>Histogram %1</source>
+        <translation>Histogramm %1</translation>
+    </message>
+    <message>
+        <source>Row</source>
+        <translation>Zeile</translation>
+    </message>
+    <message>
+        <source>Statistics</source>
+        <translation>Statistik</translation>
+    </message>
+    <message>
+        <source>%1 is not the base path now: %2</source>
+        <translation>%1 ist jetzt nicht der Basispfad: %2</translation>
+    </message>
+    <message>
+        <source>Base Path</source>
+        <translation>Basispfad</translation>
+    </message>
+    <message>
+        <source>Files of the Server</source>
+        <translation>Dateien des Servers</translation>
+    </message>
+    <message>
+        <source>&amp;Statistics</source>
+        <translation>&amp;Statistik</translation>
+    </message>
+    <message>
+        <source>What the server tells about itself, live</source>
+        <translation>Was der Server von sich berichtet, laufend</translation>
+    </message>
+    <message>
+        <source>&amp;Base Path...</source>
+        <translation>Basisp&amp;fad...</translation>
+    </message>
+    <message>
+        <source>Choose the folder of the data on the server</source>
+        <translation>Den Ordner der Daten auf dem Server wählen</translation>
+    </message>
+    <message>
+        <source>&amp;Files of the Server...</source>
+        <translation>&amp;Dateien des Servers...</translation>
+    </message>
+    <message>
+        <source>Choose a file on the server for the command line</source>
+        <translation>Eine Datei auf dem Server für die Befehlszeile wählen</translation>
+    </message>
+    <message>
+        <source>Stat S&amp;napshot</source>
+        <translation>Aufnahme von s&amp;tat</translation>
     </message>
 </context>
 <context>
@@ -603,6 +842,69 @@
     </message>
 </context>
 <context>
+    <name>console::HistogramChooser</name>
+    <message>
+        <source>%1: map of %2 x %3 bins, %4 by %5</source>
+        <translation>%1: Karte aus %2 x %3 Kanälen, %4 gegen %5</translation>
+    </message>
+    <message>
+        <source>%1: %2 of %3 bins, %4</source>
+        <translation>%1: %2 zu %3 Kanälen, %4</translation>
+    </message>
+    <message>
+        <source>row</source>
+        <translation>Zeile</translation>
+    </message>
+    <message>
+        <source>rows</source>
+        <translation>Zeilen</translation>
+    </message>
+    <message>
+        <source>No reply: %1. Close and open this window to ask again.</source>
+        <translation>Keine Antwort: %1. Schließen und öffnen Sie dieses Fenster, um wieder zu fragen.</translation>
+    </message>
+    <message>
+        <source>Histograms of the server</source>
+        <translation>Histogramme des Servers</translation>
+    </message>
+    <message>
+        <source>Asking the server...</source>
+        <translation>Fragt den Server...</translation>
+    </message>
+    <message>
+        <source>The server does not list its histograms: %1</source>
+        <translation>Der Server listet seine Histogramme nicht auf: %1</translation>
+    </message>
+    <message>
+        <source>The server has no histograms.</source>
+        <translation>Der Server hat keine Histogramme.</translation>
+    </message>
+    <message>
+        <source>A live window opens for each checked histogram.</source>
+        <translation>Für jedes angekreuzte Histogramm öffnet sich ein laufendes Fenster.</translation>
+    </message>
+    <message>
+        <source>There is no connection to the server. The list comes again as soon as it is back.</source>
+        <translation>Es gibt keine Verbindung zum Server. Die Liste kommt wieder, sobald er zurück ist.</translation>
+    </message>
+    <message>
+        <source>Open a live window for each checked histogram</source>
+        <translation>Für jedes angekreuzte Histogramm ein laufendes Fenster öffnen</translation>
+    </message>
+    <message>
+        <source>Check a histogram first</source>
+        <translation>Kreuzen Sie zuerst ein Histogramm an</translation>
+    </message>
+    <message>
+        <source>Needs a connected server</source>
+        <translation>Braucht einen verbundenen Server</translation>
+    </message>
+    <message>
+        <source>There is no histogram to check</source>
+        <translation>Es ist kein Histogramm zum Ankreuzen da</translation>
+    </message>
+</context>
+<context>
     <name>console::LanguageMenu</name>
     <message>
         <source>&amp;Language</source>
@@ -611,6 +913,76 @@
     <message>
         <source>As on the &amp;Desktop</source>
         <translation>Wie auf dem Desk&amp;top</translation>
+    </message>
+</context>
+<context>
+    <name>console::LogTail</name>
+    <message>
+        <source>it is not an ordinary file</source>
+        <translation>es ist keine gewöhnliche Datei</translation>
+    </message>
+</context>
+<context>
+    <name>console::LogWindow</name>
+    <message>
+        <source>Open a Log File</source>
+        <translation>Logdatei öffnen</translation>
+    </message>
+    <message>
+        <source>Log files (*.log *.txt);;All files (*)</source>
+        <translation>Logdateien (*.log *.txt);;Alle Dateien (*)</translation>
+    </message>
+    <message>
+        <source>(%1 of the file are not shown)</source>
+        <translation>(%1 der Datei werden nicht gezeigt)</translation>
+    </message>
+    <message>
+        <source>(the file was emptied or written anew)</source>
+        <translation>(die Datei wurde geleert oder neu geschrieben)</translation>
+    </message>
+    <message>
+        <source>(another file has taken its name)</source>
+        <translation>(eine andere Datei hat ihren Namen bekommen)</translation>
+    </message>
+    <message>
+        <source>Find the text further down (F3)</source>
+        <translation>Den Text weiter unten suchen (F3)</translation>
+    </message>
+    <message>
+        <source>Type the text to find first</source>
+        <translation>Tippen Sie zuerst den gesuchten Text</translation>
+    </message>
+    <message>
+        <source>Find the text further up (Shift+F3)</source>
+        <translation>Den Text weiter oben suchen (Shift+F3)</translation>
+    </message>
+    <message>
+        <source>“%1” is not in the lines on show.</source>
+        <translation>„%1“ steht nicht in den gezeigten Zeilen.</translation>
+    </message>
+    <message>
+        <source>Choose a log file. The console writes one when it is started with --log FILE.</source>
+        <translation>Wählen Sie eine Logdatei. Die Konsole schreibt eine, wenn sie mit --log DATEI gestartet wird.</translation>
+    </message>
+    <message>
+        <source>%1 cannot be read: %2. It is shown as soon as it is there.</source>
+        <translation>%1 lässt sich nicht lesen: %2. Sie wird gezeigt, sobald sie da ist.</translation>
+    </message>
+    <message>
+        <source>The file is gone. Another of its name is shown as soon as it is there.</source>
+        <translation>Die Datei ist fort. Eine andere ihres Namens wird gezeigt, sobald sie da ist.</translation>
+    </message>
+    <message>
+        <source>Following the file.</source>
+        <translation>Die Datei wird verfolgt.</translation>
+    </message>
+    <message>
+        <source>Paused; %1 more in the file. Follow shows them.</source>
+        <translation>Angehalten; %1 mehr in der Datei. Verfolgen zeigt sie.</translation>
+    </message>
+    <message>
+        <source>Paused; nothing new in the file.</source>
+        <translation>Angehalten; nichts Neues in der Datei.</translation>
     </message>
 </context>
 <context>
@@ -767,6 +1139,26 @@
         <source>&lt;p&gt;&lt;b&gt;Tarnis Console %1&lt;/b&gt;&lt;/p&gt;&lt;p&gt;Operates a data-acquisition server: status, commands, settings, live windows.&lt;/p&gt;</source>
         <translation>&lt;p&gt;&lt;b&gt;Tarnis-Konsole %1&lt;/b&gt;&lt;/p&gt;&lt;p&gt;Bedient einen Server der Datennahme: Status, Befehle, Einstellungen, laufende Fenster.&lt;/p&gt;</translation>
     </message>
+    <message>
+        <source>No window is open</source>
+        <translation>Kein Fenster ist offen</translation>
+    </message>
+    <message>
+        <source>This desktop (Wayland) places windows itself; started with QT_QPA_PLATFORM=xcb the console can do it</source>
+        <translation>Dieser Desktop (Wayland) stellt Fenster selbst auf; mit QT_QPA_PLATFORM=xcb gestartet kann es die Konsole</translation>
+    </message>
+    <message>
+        <source>Lay all open windows side by side</source>
+        <translation>Alle offenen Fenster nebeneinander legen</translation>
+    </message>
+    <message>
+        <source>Lay all open windows one behind the other</source>
+        <translation>Alle offenen Fenster hintereinander legen</translation>
+    </message>
+    <message>
+        <source>Close all windows but this one</source>
+        <translation>Alle Fenster außer diesem schließen</translation>
+    </message>
 </context>
 <context>
     <name>console::NoticeBar</name>
@@ -857,12 +1249,35 @@
         <source>The server is busy (%1) and is not shut down now. Wait until it is done.</source>
         <translation>Der Server ist beschäftigt (%1) und wird jetzt nicht heruntergefahren. Warten Sie, bis er fertig ist.</translation>
     </message>
+    <message>
+        <source>The base path cannot be changed in the status %1</source>
+        <translation>Der Basispfad lässt sich im Status %1 nicht ändern</translation>
+    </message>
 </context>
 <context>
     <name>console::ServerProbe</name>
     <message>
         <source>No answer in time</source>
         <translation>Keine rechtzeitige Antwort</translation>
+    </message>
+</context>
+<context>
+    <name>console::SessionKeeper</name>
+    <message>
+        <source>Needs a connected server</source>
+        <translation>Braucht einen verbundenen Server</translation>
+    </message>
+    <message>
+        <source>The server is being stopped. This goes on as soon as a server is connected again.</source>
+        <translation>Der Server wird angehalten. Es geht weiter, sobald wieder ein Server verbunden ist.</translation>
+    </message>
+    <message>
+        <source>The connection broke: %1. This goes on as soon as the server answers again.</source>
+        <translation>Die Verbindung ist abgerissen: %1. Es geht weiter, sobald der Server wieder antwortet.</translation>
+    </message>
+    <message>
+        <source>There is no connection to the server. This goes on as soon as it is back.</source>
+        <translation>Es gibt keine Verbindung zum Server. Es geht weiter, sobald er zurück ist.</translation>
     </message>
 </context>
 <context>
@@ -1035,16 +1450,28 @@
         <translation>Tippen Sie zuerst einen Pfad</translation>
     </message>
     <message>
-        <source>Not while the server is in the status %1</source>
-        <translation>Nicht solange der Server im Status %1 ist</translation>
-    </message>
-    <message>
         <source>Store the address in the settings; download them to send it</source>
         <translation>Die Adresse in den Einstellungen ablegen; der Download sendet sie</translation>
     </message>
     <message>
         <source>Type an IPv4 address such as 192.168.0.16 first</source>
         <translation>Tippen Sie zuerst eine IPv4-Adresse wie 192.168.0.16</translation>
+    </message>
+    <message>
+        <source>Reading what the server has...</source>
+        <translation>Liest, was der Server hat...</translation>
+    </message>
+    <message>
+        <source>The server began anew. Of what was sent before, %1 not on it: download to send again.</source>
+        <translation>Der Server hat neu begonnen. Vom früher Gesendeten: %1 nicht auf ihm; der Download sendet es wieder.</translation>
+    </message>
+    <message>
+        <source>setting is</source>
+        <translation>Einstellung ist</translation>
+    </message>
+    <message>
+        <source>settings are</source>
+        <translation>Einstellungen sind</translation>
     </message>
 </context>
 <context>

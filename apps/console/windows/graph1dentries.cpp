@@ -217,7 +217,8 @@ WindowEntry rowsEntry()
 
 WindowEntry pairsEntry()
 {
-    return { QStringLiteral("pairs"), Windows::tr("Arrival Times, A&ll Modules"), Windows::tr("Arrival Times, All Modules"),
+    return { QStringLiteral("pairs"), Windows::tr("Arrival Times, A&ll Modules"),
+        Windows::tr("Arrival Times, All Modules"),
         Windows::tr("The sum of all modules, live; the server tells the axis"), openPairs, drivePairs };
 }
 

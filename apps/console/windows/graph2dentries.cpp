@@ -116,7 +116,8 @@ void driveMap(Person& person, QWidget& window)
 
 WindowEntry mapEntry()
 {
-    return { QStringLiteral("map"), Windows::tr("&Image"), Windows::tr("Image"), Windows::tr("The events by place, live"), openMap, driveMap };
+    return { QStringLiteral("map"), Windows::tr("&Image"), Windows::tr("Image"),
+        Windows::tr("The events by place, live"), openMap, driveMap };
 }
 
 } // namespace console

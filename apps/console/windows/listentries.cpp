@@ -70,7 +70,7 @@ void driveFolders(Person& person, QWidget& window)
 
 WindowEntry statisticsEntry()
 {
-    return { QStringLiteral("statistics"), Windows::tr("S&tatistics"), Windows::tr("Statistics"),
+    return { QStringLiteral("statistics"), Windows::tr("&Statistics"), Windows::tr("Statistics"),
         Windows::tr("What the server tells about itself, live"), openStatistics, driveStatistics };
 }
 

@@ -37,6 +37,16 @@ void wrapInfo(QDialog& window)
         label->setWordWrap(true);
 }
 
+int rowsOf(const MapRequest& request)
+{
+    return request.yBins > 0 ? request.yBins : request.bins;
+}
+
+double endOf(double min, double max, int bins)
+{
+    return min == 0.0 && max == 0.0 ? bins : max;
+}
+
 bool isRefused(const QStringList& lines)
 {
     for (const QString& line : lines) {
@@ -100,8 +110,9 @@ void LiveCurves::resume()
 }
 
 LiveMap::LiveMap(const WindowContext& context, const MapRequest& request)
-    : Graph2DDialog(context.link.session(), request.title, request.xLabel, request.bins, 0.0, request.bins, 1, 0,
-        request.yLabel, request.bins, 0.0, request.bins, 1, 0, {}, request.command, context.parent)
+    : Graph2DDialog(context.link.session(), request.title, request.xLabel, request.bins, request.xMin,
+        endOf(request.xMin, request.xMax, request.bins), 1, 0, request.yLabel, rowsOf(request), request.yMin,
+        endOf(request.yMin, request.yMax, rowsOf(request)), 1, 0, {}, request.command, context.parent)
     , m_keeper(context.controller, session)
 {
     wrapInfo(*this);

@@ -49,7 +49,12 @@ struct MapRequest {
     QString title;
     QString xLabel;
     QString yLabel;
-    int bins = 0; ///< to each side, and the ends of the axes
+    int bins = 0; ///< of a row, and rows unless yBins says more
+    int yBins = 0;
+    double xMin = 0.0; ///< with both ends 0 the axis counts the bins; so does Y
+    double xMax = 0.0;
+    double yMin = 0.0;
+    double yMax = 0.0;
     QString command;
 };
 

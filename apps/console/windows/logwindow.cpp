@@ -200,7 +200,7 @@ void LogWindow::showState()
         ui->stateLabel->setText(
             tr("Paused; %1 more in the file. Follow shows them.").arg(locale().formattedDataSize(bytes)));
     else
-        ui->stateLabel->setText(tr("Paused at the end of the file."));
+        ui->stateLabel->setText(tr("Paused; nothing new in the file."));
 }
 
 bool LogWindow::eventFilter(QObject* object, QEvent* event)

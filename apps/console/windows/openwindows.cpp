@@ -151,7 +151,8 @@ QList<QWidget*> OpenWindows::onScreen() const
         const QVariant number = window->property(orderProperty);
         return number.isValid() ? number.toULongLong() : ~0ULL;
     };
-    std::stable_sort(found.begin(), found.end(), [&](const QWidget* a, const QWidget* b) { return order(a) < order(b); });
+    std::stable_sort(
+        found.begin(), found.end(), [&](const QWidget* a, const QWidget* b) { return order(a) < order(b); });
     return found;
 }
 

@@ -13,8 +13,8 @@
 
 namespace console {
 
-/// `count` cells that fill the area, row by row, the last row stretched to it. Cells of a few windows are about as wide as
-/// a plot likes to be.
+/// `count` cells that fill the area, row by row, the last row stretched to it. Cells of a few windows are about as wide
+/// as a plot likes to be.
 QList<QRect> tileCells(int count, const QRect& area);
 
 /// `count` cells of one size, each further right and down, beginning again at the corner when the area ends.
@@ -32,8 +32,7 @@ public:
 
     /// Shows the window of this id and brings it forward; `make` makes it if there is none. `title` is asked now and
     /// with each change of the language.
-    QWidget* show(
-        const QString& id, const std::function<QWidget*()>& make, const std::function<QString()>& title);
+    QWidget* show(const QString& id, const std::function<QWidget*()>& make, const std::function<QString()>& title);
     /// The windows on the screen that can be laid out, in the order in which they were opened. Boxes and
     /// the windows that belong to a plot are not among them.
     QList<QWidget*> onScreen() const;

@@ -60,5 +60,7 @@ WindowEntry basePathEntry();
 WindowEntry serverFilesEntry();
 WindowEntry statSnapshotEntry();
 WindowEntry settingSnapshotEntry();
+WindowEntry histogramsEntry();
+WindowEntry logEntry();
 
 } // namespace console

@@ -1,0 +1,83 @@
+// The choice of the server's histograms, and the log file.
+#include "tour/person.h"
+#include "windows/histogramchooser.h"
+#include "windows/logwindow.h"
+#include "windows/openwindows.h"
+#include "windows/window.h"
+
+#include <QAbstractButton>
+#include <QDialogButtonBox>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QTemporaryDir>
+
+namespace console {
+
+namespace {
+
+void driveHistograms(Person& person, QWidget& window)
+{
+    auto& chooser = static_cast<HistogramChooser&>(window);
+    person.waitUntil(QStringLiteral("the histograms are listed"), [&] { return chooser.count() > 0; });
+    person.click(person.find<QPushButton>(window, "buttonCheckAll"));
+    person.picture(window, QStringLiteral("checked"));
+    auto& windows = *window.parentWidget()->findChild<OpenWindows*>();
+    const int chosen = chooser.count();
+    person.click(*person.find<QDialogButtonBox>(window, "buttonBox").button(QDialogButtonBox::Ok));
+    person.waitUntil(
+        QStringLiteral("a window opens for each of them"), [&] { return windows.onScreen().size() == chosen; });
+    windows.tile();
+    person.look(1200); // the first polls
+    person.screen(windows.onScreen(), QStringLiteral("tiled"));
+    windows.cascade();
+    person.screen(windows.onScreen(), QStringLiteral("cascaded"));
+    windows.closeAll();
+    person.waitUntil(QStringLiteral("all of them close"), [&] { return windows.onScreen().isEmpty(); });
+}
+
+void driveLog(Person& person, QWidget& window)
+{
+    const QTemporaryDir directory;
+    QFile file(directory.filePath(QStringLiteral("server.log")));
+    auto& view = person.find<QPlainTextEdit>(window, "view");
+    auto& edit = person.find<QLineEdit>(window, "fileEdit");
+    const auto write = [&](const QByteArray& text) {
+        person.expect(file.open(QIODevice::Append) && file.write(text) == text.size(),
+            QStringLiteral("a log file can be written"));
+        file.close();
+    };
+    for (int i = 0; i < 200; ++i)
+        write("12:00:00 line " + QByteArray::number(i) + '\n');
+    person.clearText(edit);
+    person.type(edit, file.fileName());
+    person.key(edit, Qt::Key_Return);
+    person.expect(view.toPlainText().contains(u"line 199"), QStringLiteral("the file is on show"));
+    write("12:00:01 the newest line\n");
+    person.waitUntil(QStringLiteral("its growth is followed"), [&] { return view.toPlainText().contains(u"newest"); });
+    person.picture(window, QStringLiteral("followed"));
+    person.type(person.find<QLineEdit>(window, "findEdit"), QStringLiteral("line 42"));
+    person.click(person.find<QPushButton>(window, "nextButton"));
+    person.expect(view.textCursor().hasSelection(), QStringLiteral("text is found in it"));
+    person.picture(window, QStringLiteral("found"));
+}
+
+} // namespace
+
+WindowEntry histogramsEntry()
+{
+    return { QStringLiteral("histograms"), Windows::tr("&Histograms..."), Windows::tr("Histograms"),
+        Windows::tr("Choose which of the server's histograms to open (Ctrl+H)"),
+        [](const WindowContext& context) -> QWidget* { return new HistogramChooser(context); }, driveHistograms, {},
+        true, QStringLiteral("Ctrl+H") };
+}
+
+WindowEntry logEntry()
+{
+    return { QStringLiteral("log"), Windows::tr("Lo&g File"), Windows::tr("Log File"),
+        Windows::tr("Follow a log file as it grows (Ctrl+J)"),
+        [](const WindowContext& context) -> QWidget* { return new LogWindow(context.memory, context.parent); },
+        driveLog, {}, false, QStringLiteral("Ctrl+J") };
+}
+
+} // namespace console

@@ -1,0 +1,153 @@
+#include "windows/histogramchooser.h"
+
+#include "availability.h"
+#include "replytext.h"
+#include "servercontroller.h"
+#include "sessionlink.h"
+#include "windows/openwindows.h"
+
+#include <QDialogButtonBox>
+#include <QEvent>
+#include <QListWidget>
+#include <QPushButton>
+#include <QSettings>
+
+namespace console {
+
+namespace {
+
+constexpr QLatin1String memoryKey("histograms/checked");
+
+/// "time: 8 rows of 16384 bins, Time [us]"
+QString textOf(const HistogramInfo& histogram)
+{
+    if (histogram.isMap)
+        return HistogramChooser::tr("%1: map of %2 x %3 bins, %4 by %5")
+            .arg(histogram.name)
+            .arg(histogram.x.bins)
+            .arg(histogram.y.bins)
+            .arg(histogram.x.text(), histogram.y.text());
+    return HistogramChooser::tr("%1: %2 of %3 bins, %4")
+        .arg(histogram.name, counted(histogram.rows, HistogramChooser::tr("row"), HistogramChooser::tr("rows")))
+        .arg(histogram.x.bins)
+        .arg(histogram.x.text());
+}
+
+QWidget* openHistogram(const WindowContext& context, const HistogramInfo& histogram)
+{
+    const auto make = [&]() -> QWidget* {
+        if (histogram.isMap)
+            return new LiveMap(context, mapRequest(histogram));
+        return new LiveCurves(context, curvesRequest(histogram));
+    };
+    return context.windows.show(QStringLiteral("histogram %1").arg(histogram.name), make,
+        [name = histogram.name] { return Windows::tr("Histogram %1").arg(name); });
+}
+
+} // namespace
+
+HistogramChooser::HistogramChooser(const WindowContext& context)
+    : DialogCheckList(QString(), context.parent)
+    , m_context(context)
+    , m_link(new SessionLink(context.controller.tarnis(), QStringLiteral("histograms"), this))
+{
+    resize(460, 400);
+    connect(
+        m_link, &SessionLink::replied, this, [this](const PTarnisCmd&, const QByteArray& reply) { onReplied(reply); });
+    connect(m_link, &SessionLink::failed, this, [this](int, const QString& message) {
+        say(tr("No reply: %1. Close and open this window to ask again.").arg(message));
+        m_context.controller.checkServer();
+    });
+    connect(&context.controller, &ServerController::aboutToStop, m_link, &SessionLink::drop);
+    connect(&context.controller, &ServerController::stateChanged, this, &HistogramChooser::onServerState);
+    connect(this, &QDialog::accepted, this, &HistogramChooser::openChecked);
+    auto* const list = findChild<QListWidget*>(QStringLiteral("listWidget"));
+    connect(list, &QListWidget::itemChanged, this, &HistogramChooser::updateControls);
+    list->setAccessibleName(tr("Histograms of the server"));
+    ask();
+}
+
+void HistogramChooser::ask()
+{
+    say(tr("Asking the server..."));
+    auto* const command = new TarnisCmd(QStringLiteral("hists")); // the session takes it over
+    command->m_cmdName = QStringLiteral("hists");
+    m_link->send(command);
+    updateControls();
+}
+
+void HistogramChooser::onReplied(const QByteArray& reply)
+{
+    const QString text = QString::fromUtf8(reply);
+    m_histograms = histogramsOf(text);
+    findChild<QListWidget*>(QStringLiteral("listWidget"))->clear();
+    const QStringList checked = m_context.memory.value(memoryKey).toStringList();
+    for (const HistogramInfo& histogram : std::as_const(m_histograms))
+        addItem(textOf(histogram), checked.contains(histogram.name));
+    if (replyKind(text) == ReplyKind::Refused)
+        say(tr("The server does not list its histograms: %1").arg(text.trimmed()));
+    else if (m_histograms.isEmpty())
+        say(tr("The server has no histograms."));
+    else
+        say(tr("A live window opens for each checked histogram."));
+    updateControls();
+}
+
+void HistogramChooser::onServerState()
+{
+    const bool isUp = m_context.controller.state() == ServerState::Up;
+    if (!isUp)
+        say(tr("There is no connection to the server. The list comes again as soon as it is back."));
+    else if (m_link->waiting().isEmpty())
+        ask();
+    updateControls();
+}
+
+void HistogramChooser::openChecked()
+{
+    QStringList names;
+    for (int i = 0; i < count(); ++i) {
+        QString text;
+        bool isChecked = false;
+        getItem(i, text, isChecked);
+        if (!isChecked)
+            continue;
+        names.append(m_histograms.at(i).name);
+        openHistogram(m_context, m_histograms.at(i));
+    }
+    m_context.memory.setValue(memoryKey, names);
+}
+
+void HistogramChooser::say(const QString& text)
+{
+    setDescription(text);
+}
+
+void HistogramChooser::updateControls()
+{
+    auto* const ok = findChild<QDialogButtonBox*>(QStringLiteral("buttonBox"))->button(QDialogButtonBox::Ok);
+    bool isAnyChecked = false;
+    for (int i = 0; i < count(); ++i) {
+        QString text;
+        bool isChecked = false;
+        getItem(i, text, isChecked);
+        isAnyChecked = isAnyChecked || isChecked;
+    }
+    const bool isUp = m_context.controller.state() == ServerState::Up;
+    setAvailable(ok, isUp && isAnyChecked, tr("Open a live window for each checked histogram"),
+        isUp ? tr("Check a histogram first") : tr("Needs a connected server"));
+    for (const char* const name : { "buttonCheckAll", "buttonUncheckAll", "buttonInvert" }) {
+        if (auto* const button = findChild<QPushButton*>(QLatin1String(name)))
+            setAvailable(button, count() > 0, QString(), tr("There is no histogram to check"));
+    }
+}
+
+void HistogramChooser::changeEvent(QEvent* event)
+{
+    DialogCheckList::changeEvent(event);
+    if (event->type() == QEvent::LanguageChange && m_context.controller.state() == ServerState::Up
+        && m_link->waiting().isEmpty())
+        ask(); // the list in the new language
+}
+
+} // namespace console

@@ -1,0 +1,332 @@
+// The choice of histograms, and what becomes of the windows that it opens: one for each, tiled, cascaded, closed.
+#include "apps/desk.h"
+#include "windows/histogramchooser.h"
+#include "windows/histogramlist.h"
+#include "windows/openwindows.h"
+
+#include <tarnis/plots/multivectorgraphwidget.h>
+#include <tarnis/plots/xy2dgraphwidget.h>
+
+#include <QApplication>
+#include <QDialogButtonBox>
+#include <QListWidget>
+#include <QPointer>
+#include <QPushButton>
+#include <QScreen>
+
+using namespace console;
+using namespace tarnis::testing;
+
+namespace {
+
+const QByteArray twoHistograms("OK:\ntime: kind=1d rows=2 bins=4 min=0 max=40000 label=Time unit=us\n"
+                               "image: kind=2d binsx=2 minx=0 maxx=10 labelx=Horizontal unitx=mm binsy=3 miny=-1 "
+                               "maxy=1 labely=Vertical unity=mm\n");
+
+/// A server with a curve and a map.
+class Laboratory : public ScriptedServer {
+public:
+    explicit Laboratory(const QByteArray& list = twoHistograms)
+    {
+        answer("hists", { Step::text(list) });
+        answer("hist1d time 0 1 bins:4", { Step::doubles({ 1, 2, 3, 4, 5, 6, 7, 8 }, "OK:\n") });
+        answer("hist2d image bins:2x3", { Step::doubles({ 1, 2, 3, 4, 5, 6 }, "OK: exported 2 x 3 y\n") });
+    }
+};
+
+/// A desk with the list open and filled.
+struct OpenList {
+    explicit OpenList(ScriptedServer& server, Desk& desk)
+    {
+        desk.use(server);
+        if (!desk.reaches(ServerState::Up))
+            qFatal("no server");
+        reopen(desk);
+    }
+    void reopen(Desk& desk) { chooser = desk.open<HistogramChooser>("histograms"); }
+    bool shows(const QString& text) const
+    {
+        return QTest::qWaitFor(
+            [&] {
+                const auto* const label = chooser->findChild<QLabel*>(QStringLiteral("labelDescription"));
+                return label->text().contains(text);
+            },
+            patienceMs);
+    }
+    bool isFilled(int count) const
+    {
+        return QTest::qWaitFor([&] { return chooser->count() == count; }, patienceMs);
+    }
+    QPushButton& ok() const
+    {
+        return *chooser->findChild<QDialogButtonBox*>(QStringLiteral("buttonBox"))->button(QDialogButtonBox::Ok);
+    }
+    void press(const char* name) const
+    {
+        QTest::mouseClick(chooser->findChild<QPushButton*>(QLatin1String(name)), Qt::LeftButton);
+    }
+    void accept() const { QTest::mouseClick(&ok(), Qt::LeftButton); }
+
+    QPointer<HistogramChooser> chooser;
+};
+
+QStringList titlesOf(const QList<QWidget*>& windows)
+{
+    QStringList titles;
+    for (const QWidget* window : windows)
+        titles.append(window->windowTitle());
+    return titles;
+}
+
+HistogramInfo one(const char* line)
+{
+    const QList<HistogramInfo> all = histogramsOf(QString::fromUtf8(line));
+    if (all.size() != 1)
+        qFatal("%s", line);
+    return all.first();
+}
+
+} // namespace
+
+class TestConsoleHistograms : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { QApplication::setQuitOnLastWindowClosed(false); }
+
+    // The list as text.
+
+    void linesAreRead()
+    {
+        const QList<HistogramInfo> all = histogramsOf(QString::fromUtf8(twoHistograms));
+        QCOMPARE(all.size(), 2);
+        QCOMPARE(all.at(0).name, "time");
+        QVERIFY(!all.at(0).isMap);
+        QCOMPARE(all.at(0).rows, 2);
+        QCOMPARE(all.at(0).x.bins, 4);
+        QCOMPARE(all.at(0).x.max, 40000.0);
+        QCOMPARE(all.at(0).x.text(), "Time [us]");
+        QVERIFY(all.at(1).isMap);
+        QCOMPARE(all.at(1).y.bins, 3);
+        QCOMPARE(all.at(1).y.min, -1.0);
+        QCOMPARE(all.at(1).y.text(), "Vertical [mm]");
+    }
+
+    void whatCannotBeAHistogramIsLeftOut_data()
+    {
+        QTest::addColumn<QByteArray>("line");
+        QTest::newRow("empty") << QByteArray();
+        QTest::newRow("accepted") << QByteArray("OK:");
+        QTest::newRow("refused") << QByteArray("NG:unknown command 'hists'");
+        QTest::newRow("no name") << QByteArray(": kind=1d bins=4 min=0 max=1");
+        QTest::newRow("blank in the name") << QByteArray("a b: kind=1d bins=4 min=0 max=1");
+        QTest::newRow("another kind") << QByteArray("a: kind=3d bins=4 min=0 max=1");
+        QTest::newRow("no bins") << QByteArray("a: kind=1d bins=0 min=0 max=1");
+        QTest::newRow("bins that are no number") << QByteArray("a: kind=1d bins=many min=0 max=1");
+        QTest::newRow("empty range") << QByteArray("a: kind=1d bins=4 min=1 max=1");
+        QTest::newRow("no number") << QByteArray("a: kind=1d bins=4 min=nan max=1");
+        QTest::newRow("no rows") << QByteArray("a: kind=1d rows=0 bins=4 min=0 max=1");
+        QTest::newRow("a map of one axis") << QByteArray("a: kind=2d binsx=4 minx=0 maxx=1");
+    }
+    void whatCannotBeAHistogramIsLeftOut()
+    {
+        QFETCH(QByteArray, line);
+        QVERIFY(histogramsOf(QString::fromUtf8(line)).isEmpty());
+    }
+
+    void binsThatDivide_data()
+    {
+        QTest::addColumn<int>("bins");
+        QTest::addColumn<int>("shown");
+        QTest::newRow("fewer than the limit") << 100 << 100;
+        QTest::newRow("the limit") << 1024 << 1024;
+        QTest::newRow("a power of two") << 16384 << 1024;
+        QTest::newRow("the greatest divisor") << 3000 << 1000;
+        QTest::newRow("a prime") << 10007 << 10007;
+        QTest::newRow("one") << 1 << 1;
+    }
+    void binsThatDivide()
+    {
+        QFETCH(int, bins);
+        QFETCH(int, shown);
+        QCOMPARE(binsToShow(bins, 1024), shown);
+        QCOMPARE(bins % shown, 0);
+    }
+
+    void requests()
+    {
+        QCOMPARE(curvesRequest(one("t: kind=1d rows=8 bins=16384 min=0 max=40 label=Time unit=us")).command,
+            "hist1d t 0 7 bins:1024");
+        QCOMPARE(curvesRequest(one("t: kind=1d bins=10 min=0 max=1")).command, "hist1d t 0 0 bins:10");
+        QCOMPARE(curvesRequest(one("t: kind=1d rows=1000 bins=10 min=0 max=1")).last, 63);
+        QCOMPARE(mapRequest(one("m: kind=2d binsx=1024 minx=0 maxx=1 binsy=100 miny=0 maxy=1")).command,
+            "hist2d m bins:256x100");
+    }
+
+    // The chooser.
+
+    void checkedHistogramsOpen()
+    {
+        Laboratory server;
+        Desk desk;
+        OpenList list(server, desk);
+        QVERIFY(list.isFilled(2));
+        QVERIFY(!list.ok().isEnabled());
+        QVERIFY(list.ok().toolTip().contains(QStringLiteral("Check a histogram")));
+        list.press("buttonCheckAll");
+        list.accept();
+        QTRY_VERIFY(list.chooser.isNull());
+        const QList<QWidget*> windows = desk.window->windows().onScreen();
+        QCOMPARE(titlesOf(windows), (QStringList { "Histogram time", "Histogram image" }));
+        auto* const curves = qobject_cast<Graph1DDialog*>(windows.at(0));
+        auto* const map = qobject_cast<Graph2DDialog*>(windows.at(1));
+        QVERIFY(curves && map);
+        QTRY_VERIFY(curves->getGraphWidget()->hasData());
+        QTRY_COMPARE(map->getGraphWidget()->getMaxValue(), 6.0);
+        double min = 0.0;
+        double max = 0.0;
+        map->getGraphWidget()->getMinMaxY(min, max);
+        QCOMPARE(min, -1.0);
+        QCOMPARE(max, 1.0);
+    }
+
+    void theChoiceIsRememberedAndOpensEachOnce()
+    {
+        Laboratory server;
+        Desk desk;
+        OpenList list(server, desk);
+        QVERIFY(list.isFilled(2));
+        list.chooser->setChecked(1, true);
+        list.accept();
+        QTRY_VERIFY(list.chooser.isNull());
+        QWidget* const first = desk.window->windows().onScreen().value(0);
+        list.reopen(desk);
+        QVERIFY(list.isFilled(2));
+        QVERIFY(list.ok().isEnabled());
+        list.accept();
+        QTRY_VERIFY(list.chooser.isNull());
+        QCOMPARE(desk.window->windows().onScreen(), QList<QWidget*> { first });
+    }
+
+    void cancelOpensNothing()
+    {
+        Laboratory server;
+        Desk desk;
+        OpenList list(server, desk);
+        QVERIFY(list.isFilled(2));
+        list.press("buttonCheckAll");
+        QTest::keyClick(list.chooser, Qt::Key_Escape);
+        QTRY_VERIFY(list.chooser.isNull());
+        QVERIFY(desk.window->windows().onScreen().isEmpty());
+    }
+
+    void aRefusalIsSaid()
+    {
+        Laboratory server("NG:unknown command 'hists'\n");
+        Desk desk;
+        OpenList list(server, desk);
+        QVERIFY(list.shows(QStringLiteral("NG:unknown command")));
+        QVERIFY(!list.ok().isEnabled());
+    }
+
+    void aServerWithoutHistogramsSaysSo()
+    {
+        Laboratory server("OK:\n");
+        Desk desk;
+        OpenList list(server, desk);
+        QVERIFY(list.shows(QStringLiteral("no histograms")));
+    }
+
+    void aLostServerIsSaidAndTheListComesAgain()
+    {
+        Laboratory server;
+        server.answer("hists", { Step::drop() });
+        Desk desk;
+        OpenList list(server, desk);
+        QVERIFY(list.shows(QStringLiteral("No reply")));
+        server.answer("hists", { Step::text(twoHistograms) });
+        desk.choose("shutDownAction");
+        QVERIFY(desk.reaches(ServerState::Off));
+        QVERIFY(list.shows(QStringLiteral("no connection")));
+        desk.choose("startAction");
+        QVERIFY(desk.reaches(ServerState::Up));
+        QVERIFY(list.isFilled(2));
+    }
+
+    // Windows on the screen.
+
+    void tilesFillTheArea_data()
+    {
+        QTest::addColumn<int>("count");
+        for (const int count : { 1, 2, 3, 4, 5, 6, 7, 12, 30 })
+            QTest::addRow("%d windows", count) << count;
+    }
+    void tilesFillTheArea()
+    {
+        QFETCH(int, count);
+        const QRect area(100, 30, 1920, 1050);
+        const QList<QRect> cells = tileCells(count, area);
+        QCOMPARE(cells.size(), count);
+        qint64 covered = 0;
+        for (qsizetype i = 0; i < cells.size(); ++i) {
+            QVERIFY(area.contains(cells.at(i)));
+            covered += qint64(cells.at(i).width()) * cells.at(i).height();
+            for (qsizetype k = i + 1; k < cells.size(); ++k)
+                QVERIFY(!cells.at(i).intersects(cells.at(k)));
+        }
+        QCOMPARE(covered, qint64(area.width()) * area.height());
+    }
+
+    void noWindowsNoTiles()
+    {
+        QVERIFY(tileCells(0, QRect(0, 0, 800, 600)).isEmpty());
+        QVERIFY(cascadeCells(0, QRect(0, 0, 800, 600)).isEmpty());
+        QCOMPARE(tileCells(2, QRect()).size(), 2);
+    }
+
+    void cascadedWindowsStayInTheArea()
+    {
+        const QRect area(100, 30, 1280, 1000);
+        const QList<QRect> cells = cascadeCells(40, area);
+        QCOMPARE(cells.size(), 40);
+        for (const QRect& cell : cells)
+            QVERIFY(area.contains(cell));
+        QVERIFY(cells.at(1).topLeft() != cells.at(0).topLeft());
+    }
+
+    void openWindowsAreLaidOutAndClosed()
+    {
+        Laboratory server;
+        Desk desk;
+        QVERIFY(!desk.widget<QAction>("tileAction").isEnabled());
+        QVERIFY(desk.widget<QAction>("tileAction").toolTip().contains(QStringLiteral("No window")));
+        OpenList list(server, desk);
+        QVERIFY(list.isFilled(2));
+        list.press("buttonCheckAll");
+        list.accept();
+        QTRY_VERIFY(list.chooser.isNull());
+        desk.choose("tileAction");
+        const QList<QWidget*> windows = desk.window->windows().onScreen();
+        QCOMPARE(windows.size(), 2);
+        const QRect screen = desk.window->screen()->availableGeometry();
+        for (const QWidget* window : windows)
+            QVERIFY(screen.contains(window->frameGeometry()));
+        QVERIFY(!windows.at(0)->frameGeometry().intersects(windows.at(1)->frameGeometry()));
+        desk.choose("cascadeAction");
+        QVERIFY(windows.at(0)->frameGeometry().intersects(windows.at(1)->frameGeometry()));
+        desk.choose("closeWindowsAction");
+        QTRY_VERIFY(!desk.widget<QAction>("closeWindowsAction").isEnabled());
+        QVERIFY(desk.window->isVisible());
+    }
+
+    void waylandPlacesWindowsItself()
+    {
+        QVERIFY(!canPlaceWindows(QStringLiteral("wayland")));
+        QVERIFY(!canPlaceWindows(QStringLiteral("wayland-egl")));
+        QVERIFY(canPlaceWindows(QStringLiteral("xcb")));
+        QVERIFY(canPlaceWindows(QStringLiteral("offscreen")));
+    }
+};
+
+QTEST_MAIN(TestConsoleHistograms)
+#include "tst_consolehistograms.moc"
