@@ -1,0 +1,292 @@
+// Ten live windows on one simulated server for a minute: share of the processor, memory, polls that did not come, and
+// how long the GUI thread keeps events waiting.
+//
+// usage: bench_livewindows [--seconds N]
+//
+// Ends with 1 if a poll is missing, the memory grows, or the GUI thread works for 20 ms or more at a stretch.
+#include <tarnis/dialogs/graph1ddialog.h>
+#include <tarnis/plots/multivectorgraphwidget.h>
+#include <tarnis/server/tarnissession.h>
+
+#include <QAbstractEventDispatcher>
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QLoggingCategory>
+#include <QProcess>
+#include <QTimer>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <ctime>
+#include <memory>
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include <unistd.h>
+
+namespace {
+
+constexpr double longestPollSeconds = 2.0; ///< the period is a second and what the server takes
+constexpr double longestStretchMs = 20.0;
+constexpr double warmUpSeconds = 10.0; ///< caches, fonts and the heap's first growth
+constexpr double mostGrowthMiB = 8.0;
+
+double threadMilliseconds()
+{
+    timespec now {};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
+    return static_cast<double>(now.tv_sec) * 1e3 + static_cast<double>(now.tv_nsec) * 1e-6;
+}
+
+/// What /proc tells of a process.
+struct Usage {
+    double cpuSeconds = 0.0;
+    double residentMiB = 0.0;
+
+    static Usage of(qint64 process)
+    {
+        QFile file(QStringLiteral("/proc/%1/stat").arg(process));
+        if (!file.open(QIODevice::ReadOnly))
+            return {};
+        // Behind the name in brackets, from field 3 on: user and system time are 14 and 15, resident pages 24.
+        const QByteArray text = file.readAll();
+        const QList<QByteArray> fields = text.mid(text.lastIndexOf(')') + 2).split(' ');
+        const auto ticks = static_cast<double>(sysconf(_SC_CLK_TCK));
+        const auto page = static_cast<double>(sysconf(_SC_PAGESIZE));
+        return { (fields.value(11).toDouble() + fields.value(12).toDouble()) / ticks,
+            fields.value(21).toDouble() * page / 1048576.0 };
+    }
+};
+
+/// A simulated server that takes a run, as long as the object lives.
+class Server {
+public:
+    Server()
+    {
+        m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+        m_process.start(QStringLiteral(SIMSERVER_PATH), { "--start", "--rate", "5000" });
+        QByteArray line;
+        while (!line.endsWith('\n') && m_process.waitForReadyRead(10000))
+            line += m_process.readLine();
+        m_port = line.mid(line.lastIndexOf(' ') + 1).trimmed().toUShort();
+    }
+    ~Server()
+    {
+        m_process.write("exit\n");
+        if (!m_process.waitForFinished(5000))
+            m_process.kill();
+    }
+    Q_DISABLE_COPY_MOVE(Server)
+
+    quint16 port() const { return m_port; }
+    qint64 process() const { return m_process.processId(); }
+
+private:
+    QProcess m_process;
+    quint16 m_port = 0;
+};
+
+/// What a window polls.
+struct Histogram {
+    const char* command;
+    double xMax; ///< 0: the replies bring their axis
+    int lastRow;
+};
+
+const Histogram histograms[] = {
+    { "hist1d time 0 7", 40000.0, 7 },
+    { "hist1d position 0 7", 1000.0, 7 },
+    { "hist1d total", 40000.0, 0 },
+    { "hist1d total pairs", 0.0, 0 },
+    { "hist1d counts", 8.0, 0 },
+};
+
+/// A window whose polls are counted.
+class Watched {
+public:
+    Watched(TarnisSession& model, const Histogram& histogram, const QPoint& at)
+        : m_window(&model, histogram.command, "X", 0.0, histogram.xMax, 1, 0, "row", {}, histogram.command, 0,
+            histogram.lastRow, nullptr)
+    {
+        m_window.setAttribute(Qt::WA_DeleteOnClose, false);
+        m_window.move(at);
+        m_window.resize(700, 450);
+        m_window.show();
+        m_sinceLast.start();
+        QObject::connect(&m_window, &Graph1DDialog::onGraphUpdated, &m_window, [this] {
+            longestGap = std::max(longestGap, static_cast<double>(m_sinceLast.restart()) / 1000.0);
+            ++polls;
+        });
+    }
+    double secondsSinceLast() const { return static_cast<double>(m_sinceLast.elapsed()) / 1000.0; }
+
+    int polls = 0;
+    double longestGap = 0.0;
+
+private:
+    Graph1DDialog m_window;
+    QElapsedTimer m_sinceLast;
+};
+
+std::vector<double> sorted(std::vector<double> values)
+{
+    std::sort(values.begin(), values.end());
+    return values;
+}
+
+/// How long the GUI thread works at a stretch: its own time from one look at its queue to the next. Waiting costs none.
+class Stretches {
+public:
+    Stretches()
+    {
+        QAbstractEventDispatcher* const dispatcher = QAbstractEventDispatcher::instance();
+        QObject::connect(dispatcher, &QAbstractEventDispatcher::aboutToBlock, dispatcher, [this] {
+            const double now = threadMilliseconds();
+            milliseconds.push_back(now - std::exchange(m_last, now));
+        });
+    }
+    std::vector<double> milliseconds;
+
+private:
+    double m_last = threadMilliseconds();
+};
+
+/// How long an event waits until the GUI thread takes it, on the wall clock: another thread posts one every 10 ms.
+class Waits {
+public:
+    Waits()
+        : m_poster([this](const std::stop_token& stop) { post(stop); })
+    {
+    }
+    std::vector<double> milliseconds;
+
+private:
+    void post(const std::stop_token& stop)
+    {
+        using Clock = std::chrono::steady_clock;
+        while (!stop.stop_requested()) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(10));
+            const Clock::time_point posted = Clock::now();
+            QMetaObject::invokeMethod(&m_receiver, [this, posted] {
+                milliseconds.push_back(std::chrono::duration<double, std::milli>(Clock::now() - posted).count());
+            });
+        }
+    }
+
+    QObject m_receiver;
+    std::jthread m_poster; // ends before what it posts to
+};
+
+double quantile(const std::vector<double>& sorted, double share)
+{
+    return sorted.empty() ? 0.0 : sorted[static_cast<std::size_t>(share * static_cast<double>(sorted.size() - 1))];
+}
+
+struct Memory {
+    double first = 0.0; ///< after the warm-up
+    double highest = 0.0;
+    double last = 0.0;
+
+    void add(double mebibytes)
+    {
+        first = first == 0.0 ? mebibytes : first;
+        highest = std::max(highest, mebibytes);
+        last = mebibytes;
+    }
+    double growth() const { return last - first; }
+    void print(const char* name) const
+    {
+        std::printf("%-28s %8.1f %8.1f %8.1f MiB (after warm-up, highest, at the end)\n", name, first, highest, last);
+    }
+};
+
+int run(int seconds)
+{
+    Server server;
+    if (server.port() == 0) {
+        std::fputs("the simulated server does not start\n", stderr);
+        return 2;
+    }
+    const QByteArray prompt("> ");
+    TarnisSession model(QStringLiteral("127.0.0.1"), server.port(), &prompt, nullptr); // lends its address only
+
+    std::vector<std::unique_ptr<Watched>> windows;
+    for (int i = 0; i < 10; ++i)
+        windows.push_back(std::make_unique<Watched>(model, histograms[i % 5], QPoint(30 * i, 20 * i)));
+
+    // What follows is about windows that live, not about ten that open at once.
+    QTimer::singleShot(1000, QCoreApplication::instance(), &QCoreApplication::quit);
+    QApplication::exec();
+
+    const Stretches stretches;
+    const Waits waits;
+    Memory ownMemory;
+    Memory serverMemory;
+    const Usage ownStart = Usage::of(getpid());
+    const Usage serverStart = Usage::of(server.process());
+    QElapsedTimer elapsed;
+    elapsed.start();
+    QTimer everySecond;
+    QObject::connect(&everySecond, &QTimer::timeout, &everySecond, [&] {
+        const double now = static_cast<double>(elapsed.elapsed()) / 1000.0;
+        if (now >= std::min(warmUpSeconds, seconds / 2.0)) {
+            ownMemory.add(Usage::of(getpid()).residentMiB);
+            serverMemory.add(Usage::of(server.process()).residentMiB);
+        }
+        if (now >= seconds)
+            QApplication::quit();
+    });
+    everySecond.start(1000);
+    QApplication::exec();
+
+    const double time = static_cast<double>(elapsed.elapsed()) / 1000.0;
+    const double own = Usage::of(getpid()).cpuSeconds - ownStart.cpuSeconds;
+    const double other = Usage::of(server.process()).cpuSeconds - serverStart.cpuSeconds;
+    int polls = 0;
+    double longestGap = 0.0;
+    for (const auto& window : windows) {
+        polls += window->polls;
+        longestGap = std::max({ longestGap, window->longestGap, window->secondsSinceLast() });
+    }
+    const std::vector<double> work = sorted(stretches.milliseconds);
+    const std::vector<double> wait = sorted(waits.milliseconds);
+
+    std::printf("%zu windows for %.1f s: %d polls\n", windows.size(), time, polls);
+    std::printf("%-28s %8.2f %%\n", "processor, ten windows", 100.0 * own / time);
+    std::printf("%-28s %8.2f %%\n", "processor, server", 100.0 * other / time);
+    ownMemory.print("memory, ten windows");
+    serverMemory.print("memory, server");
+    std::printf("%-28s %8.2f s\n", "longest wait for a poll", longestGap);
+    const auto print = [](const char* name, const std::vector<double>& values) {
+        std::printf("%-28s %8.2f %8.2f %8.2f ms (median, 99 %%, longest)\n", name, quantile(values, 0.5),
+            quantile(values, 0.99), quantile(values, 1.0));
+    };
+    print("GUI thread at a stretch", work);
+    print("an event waits for it", wait);
+
+    const bool good = longestGap < longestPollSeconds && ownMemory.growth() < mostGrowthMiB
+        && serverMemory.growth() < mostGrowthMiB && quantile(work, 1.0) < longestStretchMs;
+    std::puts(good ? "within the limits" : "beyond the limits");
+    return good ? 0 : 1;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    const QApplication application(argc, argv);
+    QLoggingCategory::setFilterRules(QStringLiteral("default.debug=false"));
+    const QStringList arguments = QApplication::arguments();
+    const qsizetype option = arguments.indexOf(QLatin1String("--seconds"));
+    const int seconds = option < 0 ? 60 : arguments.value(option + 1).toInt();
+    if (seconds < 1) {
+        std::fputs("usage: bench_livewindows [--seconds N]\n", stderr);
+        return 2;
+    }
+    return run(seconds);
+}
