@@ -39,9 +39,18 @@ void joinColumn(CurveLines& curve, const SampleRun& samples, int begin, int end,
     const double* run = samples.from(begin);
     const SampleExtremes extremes = logScale ? logExtremesOf(run, end - begin) : extremesOf(run, end - begin);
     // On a log axis a tiny value counts as 0 and stands far below it: what is not drawn between zeros then matters.
-    const bool mayMerge = extremes.finite && !(logScale && extremes.low <= DBL_EPSILON);
-    if (mayMerge && curve.appendColumn(point(begin), point(end - 1), y.pixel(extremes.high), y.pixel(extremes.low)))
-        return;
+    if (extremes.finite && !(logScale && extremes.low <= DBL_EPSILON)) {
+        const CurvePoint first = point(begin);
+        const CurvePoint last = point(end - 1);
+        // On a smooth curve the ends are the extremes.
+        const auto rowOf = [&](double value) {
+            return value == samples[begin]  ? first.pixel.y()
+                : value == samples[end - 1] ? last.pixel.y()
+                                            : y.pixel(value);
+        };
+        if (curve.appendColumn(first, last, rowOf(extremes.high), rowOf(extremes.low)))
+            return;
+    }
     for (int i = begin; i < end; ++i)
         curve.append(point(i));
 }

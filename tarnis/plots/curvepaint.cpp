@@ -67,6 +67,13 @@ std::optional<PixelTarget> lineTargetOf(const QPainter& painter)
     return pixelTargetOf(painter);
 }
 
+/// QRect::contains() is not inline.
+bool isWithin(const QRect& rect, QPoint point)
+{
+    return point.x() >= rect.left() && point.x() <= rect.right() && point.y() >= rect.top()
+        && point.y() <= rect.bottom();
+}
+
 /// Whether the lines cost the engine clearly more than a mask of the whole clip takes to set up. A line takes it as
 /// long as 25 pixels.
 bool areWorthAMask(const QList<QLine>& lines, const QRect& clip)
@@ -89,10 +96,10 @@ void paintLines(QPainter& painter, const QList<QLine>& lines)
     }
     PixelMask mask(target->clip);
     QList<QLine> beyond; // the engine cuts these at the edges of the device before it chooses pixels
-    const QRect inside = target->device.translated(-target->offset);
     for (const QLine& line : lines) {
-        if (inside.contains(line.p1()) && inside.contains(line.p2()))
-            mask.addLine(line.p1() + target->offset, line.p2() + target->offset);
+        const QLine shifted = line.translated(target->offset);
+        if (isWithin(target->device, shifted.p1()) && isWithin(target->device, shifted.p2()))
+            mask.addLine(shifted.p1(), shifted.p2());
         else
             beyond.append(line);
     }

@@ -1,6 +1,7 @@
 #include "tarnis/plots/pixelmask_p.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstdlib>
 #include <utility>
 
@@ -52,10 +53,8 @@ void setBits(quint16* words, int count, quint16 bits)
 
 void writeWord(QRgb* pixels, unsigned int bits, QRgb color)
 {
-    for (; bits != 0; bits >>= 1, ++pixels) {
-        if ((bits & 1U) != 0)
-            *pixels = color;
-    }
+    for (; bits != 0; bits &= bits - 1)
+        pixels[std::countr_zero(bits)] = color;
 }
 
 /// The same where all pixels of the band lie within the image.
@@ -79,10 +78,18 @@ void writeWholeWord(QRgb* pixels, unsigned int bits, QRgb color)
 
 } // namespace
 
-void PixelMask::Rows::include(int first, int last)
+void PixelMask::Rows::include(int first, int last, int count)
 {
     top = bottom < top ? first : std::min(top, first);
     bottom = std::max(bottom, last);
+    pixels += count;
+}
+
+// Setting one pixel after the other is quicker then.
+bool PixelMask::Rows::areSparse() const
+{
+    constexpr int fewPixels = 3; // a row
+    return pixels < qint64(fewPixels) * (bottom - top + 1);
 }
 
 PixelMask::PixelMask(const QRect& area)
@@ -105,7 +112,7 @@ void PixelMask::addColumn(int x, int top, int bottom)
     const int column = x - m_area.left();
     const int number = column / bandWidth;
     setBits(band(number) + first, last - first + 1, static_cast<quint16>(1U << (column % bandWidth)));
-    m_rows[static_cast<std::size_t>(number)].include(first, last);
+    m_rows[static_cast<std::size_t>(number)].include(first, last, last - first + 1);
 }
 
 void PixelMask::addRow(int left, int right, int y)
@@ -121,7 +128,7 @@ void PixelMask::addRow(int left, int right, int y)
         const int count = std::min(bandWidth - place, last - column + 1);
         quint16& word = band(number)[row];
         word = static_cast<quint16>(word | (((1U << count) - 1U) << place));
-        m_rows[static_cast<std::size_t>(number)].include(row, row);
+        m_rows[static_cast<std::size_t>(number)].include(row, row, count);
         column += count;
     }
 }
@@ -147,12 +154,13 @@ void PixelMask::writeTo(const PixelRows& rows, QRgb color)
         const bool whole = left + bandWidth - 1 <= m_area.right();
         quint16* const words = band(static_cast<int>(number));
         const Rows used = std::exchange(m_rows[number], Rows());
+        const bool sparse = used.areSparse();
         for (int row = used.top; row <= used.bottom; ++row) {
             const unsigned int bits = std::exchange(words[row], quint16(0));
             if (bits == 0)
                 continue;
             QRgb* const pixels = rows.at(left, m_area.top() + row);
-            if (whole)
+            if (whole && !sparse)
                 writeWholeWord(pixels, bits, color);
             else
                 writeWord(pixels, bits, color);

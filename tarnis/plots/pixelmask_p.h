@@ -33,11 +33,13 @@ public:
     void writeTo(const PixelRows& rows, QRgb color);
 
 private:
-    /// Rows that may hold pixels; top below bottom, or none.
+    /// Rows that may hold pixels, or none.
     struct Rows {
         int top = 0;
         int bottom = -1;
-        void include(int first, int last);
+        qint64 pixels = 0; ///< added so far; those added twice count twice
+        void include(int first, int last, int count);
+        bool areSparse() const;
     };
 
     quint16* band(int number) { return m_bits.data() + static_cast<std::size_t>(number) * m_height; }

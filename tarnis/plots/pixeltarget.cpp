@@ -3,6 +3,10 @@
 #include <QImage>
 #include <QPaintEngine>
 #include <QPainter>
+#include <QWidget>
+
+#include <algorithm>
+#include <cmath>
 
 namespace tarnis {
 
@@ -43,6 +47,8 @@ QRect deviceRect(const QPaintEngine& engine)
 std::optional<QPoint> wholePixelOffset(const QPainter& painter)
 {
     const QTransform& transform = painter.deviceTransform();
+    if (!(std::max(std::abs(transform.dx()), std::abs(transform.dy())) <= QWIDGETSIZE_MAX))
+        return std::nullopt;
     const QPoint offset(qRound(transform.dx()), qRound(transform.dy()));
     if (transform.type() > QTransform::TxTranslate || transform.dx() != offset.x() || transform.dy() != offset.y())
         return std::nullopt;
