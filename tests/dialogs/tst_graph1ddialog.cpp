@@ -46,6 +46,7 @@ public:
     using Graph1DDialog::session;
     using Graph1DDialog::timer;
 
+    int resultCalls = 0;
     bool drawReplies = true;
     QList<QStringList> seenLines;
 
@@ -53,6 +54,11 @@ public:
     {
         seenLines.append(lines);
         return Graph1DDialog::onResultExInfo(lines) && drawReplies;
+    }
+    void result(PTarnisCmd command, const QByteArray& payload) override
+    {
+        Graph1DDialog::result(command, payload);
+        ++resultCalls;
     }
     template <typename Widget> Widget& part(const char* name) { return *findChild<Widget*>(QLatin1String(name)); }
     QList<double> series(int index)
@@ -389,6 +395,45 @@ private Q_SLOTS:
         window->timer->stop();
         window->result(answered("start", false, QString()), "NG: no"); // before the branch on text: no box
         QVERIFY(window->timer->isActive() && window->isVisible());
+    }
+
+    void endedChainGoesOnWithTheNextUpdate_data()
+    {
+        QTest::addColumn<bool>("hidden");
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QList<double>>("payload");
+        QTest::newRow("after a reply to a hidden window") << true << "a (0 10 5)" << QList<double>({ 1, 1 });
+        QTest::newRow("after a parse failure") << false << "nothing" << QList<double>();
+        QTest::newRow("after an invalid index") << false << "a (0 10 5)" << QList<double>({ 50, 1 });
+    }
+
+    void endedChainGoesOnWithTheNextUpdate()
+    {
+        QFETCH(bool, hidden);
+        QFETCH(QString, text);
+        QFETCH(QList<double>, payload);
+        ScriptedServer server;
+        server.answerInTurn("hist",
+            { { Step::hold("first"), Step::doubles(payload, text.toLatin1()) },
+                { Step::doubles({ 2, 7 }, "a (0 10 5)") } });
+        Model model(server);
+        BoxWatch boxes;
+        const WindowPointer window = shown(&model, pairs());
+        QSignalSpy updated(window.get(), &Graph1DDialog::onGraphUpdated);
+        QVERIFY(server.waitForHold("first"));
+        window->setVisible(!hidden);
+        server.open("first");
+        if (hidden)
+            QVERIFY(eventually([&] { return window->resultCalls == 1; }));
+        else
+            QVERIFY(eventually([&] { return boxes.texts.size() == 1; }));
+        QVERIFY(!window->timer->isActive());
+        QCOMPARE(server.requests().size(), 1);
+        window->show();
+        window->part<QPushButton>("updatePushButton").click();
+        QVERIFY(eventually([&] { return updated.count() >= 1; }));
+        QCOMPARE(window->series(0), QList<double>({ 0, 7, 0, 0, 0 }));
+        QVERIFY(eventually([&] { return updated.count() >= 2; })); // auto update is on: the chain goes on
     }
 
     void hiddenWindowDropsTheReply()

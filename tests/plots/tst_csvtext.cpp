@@ -22,6 +22,7 @@ private Q_SLOTS:
     void indexStandsFirst();
     void indexEndsWithTheData();
     void indexShorterThanTheData();
+    void columnsKeepTheirPlaces();
     void nothing();
 };
 
@@ -84,6 +85,42 @@ void TestCsvText::indexEndsWithTheData()
 void TestCsvText::indexShorterThanTheData()
 {
     QCOMPARE(tarnis::csvOfColumns({ 9.0 }, { { 1.0, 2.0 }, { 3.0, 4.0 } }), QStringLiteral("9,1,3\n2,4\n"));
+}
+
+// As many rows as the longest column, as many cells in each, each with its number or empty.
+void TestCsvText::columnsKeepTheirPlaces()
+{
+    auto random = tarnis::testing::seededGenerator(3563);
+    const auto whole = [&](int low, int high) { return std::uniform_int_distribution<int>(low, high)(random); };
+    for (int number = 0; number < 500; ++number) {
+        const auto list = [&](int longest) {
+            QList<double> values(whole(0, longest));
+            for (double& value : values)
+                value = whole(-1000, 1000) / 8.0;
+            return values;
+        };
+        const QList<double> index = whole(0, 1) == 0 ? QList<double>() : list(40);
+        QList<QList<double>> columns;
+        qsizetype rows = 0;
+        for (int k = whole(1, 6); k > 0; --k) {
+            columns.append(list(30));
+            rows = std::max(rows, columns.last().size());
+        }
+        const QString text = tarnis::csvOfColumns(index, columns);
+        QStringList lines = text.split('\n');
+        QVERIFY(lines.takeLast().isEmpty()); // each line is ended
+        QCOMPARE(lines.size(), rows);
+        for (qsizetype row = 0; row < rows; ++row) {
+            QStringList cells = lines.at(row).split(',');
+            if (row < index.size())
+                QCOMPARE(cells.takeFirst().toDouble(), QString::number(index.at(row), 'g', 6).toDouble());
+            QCOMPARE(cells.size(), columns.size());
+            for (qsizetype k = 0; k < columns.size(); ++k) {
+                const QList<double>& column = columns.at(k);
+                QCOMPARE(cells.at(k), row < column.size() ? tarnis::plainNumber(column.at(row)) : QString());
+            }
+        }
+    }
 }
 
 void TestCsvText::nothing()

@@ -1,8 +1,11 @@
 // The read-out under the mouse, without a mouse.
+#include "support/support.h"
+
 #include "tarnis/plots/readout_p.h"
 
 #include <QTest>
 
+#include <cmath>
 #include <limits>
 
 using tarnis::ReadOutAxis;
@@ -29,6 +32,39 @@ QString read(const QList<Series>& series, QPoint pixel, const ReadOutAxis& axis,
 Series record(const QList<double>& values, bool enable = true)
 {
     return { values, Qt::white, enable };
+}
+
+/// The read-out by its written rules, step by step, on a linear index.
+QString speltOut(const QList<Series>& series, QPoint pixel, const ReadOutAxis& axis, tarnis::AxisRange y, bool summed)
+{
+    const double count = double(series[0].values.size());
+    const double x =
+        (axis.visible.max - axis.visible.min) * (pixel.x() - graph.left()) / graph.width() + axis.visible.min;
+    const double bin = (axis.initial.max - axis.initial.min) / count;
+    double index = std::floor((x - axis.initial.min) / bin);
+    index = index < 0 ? 0 : index > count - 1 ? count - 1 : index;
+    const double shown = axis.decimals ? axis.initial.min + (index + 0.5) * bin : axis.initial.min + index * bin;
+    const auto text = [](double value) { return QStringLiteral("%1").arg(value, 0, 'g', -1, QLatin1Char(' ')); };
+    double sum = 0.0;
+    int nearest = -1;
+    double distance = y.max - y.min;
+    const double under = y.max - (pixel.y() - graph.top()) * (y.max - y.min) / graph.height();
+    for (int i = 0; i < series.size(); ++i) {
+        if (!series[i].enable || index >= double(series[i].values.size()))
+            continue;
+        const double sample = series[i].values[int(index)];
+        sum += sample;
+        if (std::fabs(sample - under) < distance) {
+            distance = std::fabs(sample - under);
+            nearest = i;
+        }
+    }
+    if (summed || series.size() == 1)
+        return names.x + ':' + text(shown) + " i:" + text(sum);
+    if (nearest < 0)
+        return {};
+    return names.group + ':' + QString::number(nearest + names.firstNumber) + ' ' + names.x + ':' + text(shown)
+        + " i:" + text(series[nearest].values[int(index)]);
 }
 
 double half(double x, void*)
@@ -58,6 +94,8 @@ private Q_SLOTS:
     void nothingNear();
     void hiddenAndShortRecordsAreNotThere();
     void sumOfTheEnabledOnes();
+    void isThatOfTheWrittenRules();
+    void anyNumbersAreHarmless();
     void strictlyInside();
     void noData();
 };
@@ -168,6 +206,51 @@ void TestReadOut::noData()
 {
     QVERIFY(read({}, { 50, 50 }, axisTo(100.0)).isEmpty());
     QVERIFY(read({ record({}), record({ 1, 2 }) }, { 50, 50 }, axisTo(100.0)).isEmpty());
+}
+
+void TestReadOut::isThatOfTheWrittenRules()
+{
+    auto random = tarnis::testing::seededGenerator(3571);
+    const auto real = [&](double low, double high) {
+        return std::uniform_real_distribution<double>(low, high)(random);
+    };
+    const auto whole = [&](int low, int high) { return std::uniform_int_distribution<int>(low, high)(random); };
+    for (int number = 0; number < 5000; ++number) {
+        QList<Series> series;
+        for (int k = whole(1, 6); k > 0; --k) {
+            QList<double> values(whole(series.isEmpty() ? 1 : 0, 40));
+            for (double& value : values)
+                value = whole(0, 3) == 0 ? whole(0, 5) : real(-20.0, 120.0);
+            series.append(record(values, whole(0, 4) != 0));
+        }
+        ReadOutAxis axis;
+        axis.initial.min = whole(0, 1) == 0 ? 0.0 : real(-50.0, 50.0);
+        axis.initial.max = axis.initial.min + real(1.0, 100.0);
+        axis.visible = whole(0, 1) == 0 ? axis.initial : tarnis::AxisRange { real(-90.0, 50.0), real(60.0, 200.0) };
+        axis.decimals = whole(0, 1) == 0;
+        const tarnis::AxisRange y { real(-30.0, 0.0), real(10.0, 150.0) };
+        const QPoint pixel(whole(graph.left() + 1, graph.right() - 1), whole(graph.top() + 1, graph.bottom() - 1));
+        const bool summed = whole(0, 3) == 0;
+        QCOMPARE(
+            tarnis::readOut(series, pixel, graph, axis, y, summed, names), speltOut(series, pixel, axis, y, summed));
+    }
+}
+
+void TestReadOut::anyNumbersAreHarmless()
+{
+    const double odd[] = { 0.0, 1.0, -1.0, 1e308, -1e308, 5e-324, std::nan(""), HUGE_VAL, -HUGE_VAL };
+    for (const double a : odd) {
+        for (const double b : odd) {
+            ReadOutAxis axis;
+            axis.visible = { a, b };
+            axis.initial = { b, a };
+            tarnis::readOut({ record({ a, b }), record({ b }) }, { 50, 60 }, graph, axis, { a, b }, false, names);
+            axis.initial = axis.visible;
+            axis.plotX = half;
+            axis.position = twice;
+            tarnis::readOut({ record({ a, b }), record({ b }) }, { 50, 60 }, graph, axis, { b, a }, true, names);
+        }
+    }
 }
 
 QTEST_APPLESS_MAIN(TestReadOut)

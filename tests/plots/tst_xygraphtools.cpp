@@ -93,6 +93,8 @@ private Q_SLOTS:
     void rectangleTooSmallOnOneAxis();
     void clickInRectangleModeOnlyRefreshes();
     void rectangleTakesTheLastMoveNotTheRelease();
+    void rubberBandByTool_data();
+    void rubberBandByTool();
     void rubberBandIsShownWhileDragging();
     void otherReleasesHideTheBandAndKeepTheDrag();
     void rectangleOfAnEmptyGraph();
@@ -442,6 +444,48 @@ void TestXYGraphTools::rectangleTakesTheLastMoveNotTheRelease()
     hand->release(plot->middle() + QPoint(150, 100));
     const double pixels = plot->m_graphRect.right() - (plot->middle().x() + 20);
     QCOMPARE(plot->m_maxX, 1000.0 - pixels * 1000.0 / plot->m_graphRect.width());
+}
+
+void TestXYGraphTools::rubberBandByTool_data()
+{
+    QTest::addColumn<QString>("tool");
+    QTest::addColumn<bool>("band");
+    QTest::addColumn<bool>("zooms");
+    QTest::addColumn<bool>("selects");
+    QTest::newRow("none") << QString() << false << false << false;
+    QTest::newRow("Rectangle") << "Rectangle" << true << true << false;
+    QTest::newRow("Zoom In") << "Zoom In" << false << false << false;
+    QTest::newRow("Zoom Out") << "Zoom Out" << false << false << false;
+    QTest::newRow("Move") << "Move" << false << false << false;
+    QTest::newRow("Select X Range") << "Select X Range" << true << false << true;
+}
+
+// The band is that of two tools; what becomes of it is theirs.
+void TestXYGraphTools::rubberBandByTool()
+{
+    QFETCH(QString, tool);
+    QFETCH(bool, band);
+    plot->SetEnableSelectXRangeFeature(true, "X");
+    if (!tool.isEmpty())
+        QVERIFY(hand->pick(tool));
+    const QPoint from = plot->middle();
+    hand->press(from);
+    QCOMPARE(plot->m_rubberBand.isVisible(), band);
+    const QList<double> pressed = plot->ranges();
+    hand->move(from + QPoint(30, 20));
+    QCOMPARE(plot->m_rubberBand.isVisible(), band);
+    if (band)
+        QCOMPARE(plot->m_rubberBand.geometry(), QRect(from, from + QPoint(30, 20)));
+    QTEST(plot->m_selecting && plot->m_mode == 1, "band");
+    hand->release(from + QPoint(30, 20));
+    QVERIFY(plot->m_rubberBand.isHidden());
+    QVERIFY(!plot->m_selecting);
+    QCOMPARE(plot->rectangles.size(), band ? 1 : 0);
+    if (tool != QLatin1String("Move"))
+        QTEST(plot->ranges() != pressed, "zooms");
+    double min = 0.0;
+    double max = 0.0;
+    QTEST(plot->GetXRange(min, max), "selects");
 }
 
 void TestXYGraphTools::rubberBandIsShownWhileDragging()
