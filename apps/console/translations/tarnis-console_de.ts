@@ -384,6 +384,73 @@
     </message>
 </context>
 <context>
+    <name>RunsWindow</name>
+    <message>
+        <source>Runs</source>
+        <translation>Messläufe</translation>
+    </message>
+    <message>
+        <source>&amp;Folder:</source>
+        <translation>&amp;Ordner:</translation>
+    </message>
+    <message>
+        <source>Folder on the server</source>
+        <translation>Ordner auf dem Server</translation>
+    </message>
+    <message>
+        <source>empty for the server&apos;s own</source>
+        <translation>leer für den des Servers</translation>
+    </message>
+    <message>
+        <source>&amp;Browse...</source>
+        <translation>&amp;Durchsuchen...</translation>
+    </message>
+    <message>
+        <source>&amp;Prefix:</source>
+        <translation>&amp;Präfix:</translation>
+    </message>
+    <message>
+        <source>Prefix of the runs to show</source>
+        <translation>Präfix der gezeigten Messläufe</translation>
+    </message>
+    <message>
+        <source>&amp;Show:</source>
+        <translation>&amp;Zeigen:</translation>
+    </message>
+    <message>
+        <source>Part of the names to show</source>
+        <translation>Teil der gezeigten Namen</translation>
+    </message>
+    <message>
+        <source>part of a name; empty for all</source>
+        <translation>Teil eines Namens; leer für alle</translation>
+    </message>
+    <message>
+        <source>Run directories</source>
+        <translation>Ordner der Messläufe</translation>
+    </message>
+    <message>
+        <source>State of the list</source>
+        <translation>Stand der Liste</translation>
+    </message>
+    <message>
+        <source>&amp;Into the Command Line</source>
+        <translation>&amp;In die Befehlszeile</translation>
+    </message>
+    <message>
+        <source>&amp;Refresh</source>
+        <translation>&amp;Auffrischen</translation>
+    </message>
+    <message>
+        <source>F5</source>
+        <translation>F5</translation>
+    </message>
+    <message>
+        <source>&amp;Close</source>
+        <translation>S&amp;chließen</translation>
+    </message>
+</context>
+<context>
     <name>SettingsPanel</name>
     <message>
         <source>Settings</source>
@@ -706,6 +773,18 @@
     <message>
         <source>Stat S&amp;napshot</source>
         <translation>Aufnahme von s&amp;tat</translation>
+    </message>
+    <message>
+        <source>&amp;Runs</source>
+        <translation>Mess&amp;läufe</translation>
+    </message>
+    <message>
+        <source>Runs</source>
+        <translation>Messläufe</translation>
+    </message>
+    <message>
+        <source>The run directories of the server by prefix, run and date (Ctrl+U)</source>
+        <translation>Die Ordner der Messläufe auf dem Server nach Präfix, Lauf und Datum (Ctrl+U)</translation>
     </message>
 </context>
 <context>
@@ -1181,6 +1260,112 @@
     <message>
         <source>Send Again (F8)</source>
         <translation>Wieder senden (F8)</translation>
+    </message>
+</context>
+<context>
+    <name>console::RunTable</name>
+    <message>
+        <source>Prefix</source>
+        <translation>Präfix</translation>
+    </message>
+    <message>
+        <source>Run</source>
+        <translation>Lauf</translation>
+    </message>
+    <message>
+        <source>Date</source>
+        <translation>Datum</translation>
+    </message>
+    <message>
+        <source>Directory</source>
+        <translation>Ordner</translation>
+    </message>
+</context>
+<context>
+    <name>console::RunsWindow</name>
+    <message>
+        <source>No reply: %1. Refresh to ask again.</source>
+        <translation>Keine Antwort: %1. Auffrischen fragt wieder.</translation>
+    </message>
+    <message>
+        <source>No reply: the server was stopped.</source>
+        <translation>Keine Antwort: der Server wurde angehalten.</translation>
+    </message>
+    <message>
+        <source>The folder cannot be asked for: %1</source>
+        <translation>Nach dem Ordner lässt sich nicht fragen: %1</translation>
+    </message>
+    <message>
+        <source>Asking the server...</source>
+        <translation>Fragt den Server...</translation>
+    </message>
+    <message>
+        <source>The server does not list the folder: %1</source>
+        <translation>Der Server listet den Ordner nicht auf: %1</translation>
+    </message>
+    <message>
+        <source>all</source>
+        <translation>alle</translation>
+    </message>
+    <message>
+        <source>run</source>
+        <translation>Messlauf</translation>
+    </message>
+    <message>
+        <source>runs</source>
+        <translation>Messläufe</translation>
+    </message>
+    <message>
+        <source>%1 of %2</source>
+        <translation>%1 von %2</translation>
+    </message>
+    <message>
+        <source>%1 in %2</source>
+        <translation>%1 in %2</translation>
+    </message>
+    <message>
+        <source>%1 in %2, and %3</source>
+        <translation>%1 in %2 und %3</translation>
+    </message>
+    <message>
+        <source>other entry</source>
+        <translation>anderer Eintrag</translation>
+    </message>
+    <message>
+        <source>other entries</source>
+        <translation>andere Einträge</translation>
+    </message>
+    <message>
+        <source>Folder of the Runs</source>
+        <translation>Ordner der Messläufe</translation>
+    </message>
+    <message>
+        <source>Ask the server again (F5)</source>
+        <translation>Den Server wieder fragen (F5)</translation>
+    </message>
+    <message>
+        <source>Wait for the reply</source>
+        <translation>Warten Sie auf die Antwort</translation>
+    </message>
+    <message>
+        <source>Needs a connected server. The runs of before stay here.</source>
+        <translation>Braucht einen verbundenen Server. Die bisherigen Messläufe bleiben hier.</translation>
+    </message>
+    <message>
+        <source>Choose the folder on the server</source>
+        <translation>Den Ordner auf dem Server wählen</translation>
+    </message>
+    <message>
+        <source>Needs a connected server</source>
+        <translation>Braucht einen verbundenen Server</translation>
+    </message>
+    <message>
+        <source>Put the run&apos;s path into the command line</source>
+        <translation>Den Pfad des Messlaufs in die Befehlszeile setzen</translation>
+    </message>
+    <message>
+        <source>Choose a run in the table first</source>
+        <translation>Wählen Sie zuerst einen Messlauf in der Tabelle</translation>
     </message>
 </context>
 <context>

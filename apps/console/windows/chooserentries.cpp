@@ -1,15 +1,18 @@
-// The choice of the server's histograms, and the log file.
+// The choice of the server's histograms, its runs, and the log file.
 #include "tour/person.h"
 #include "windows/histogramchooser.h"
 #include "windows/logwindow.h"
 #include "windows/openwindows.h"
+#include "windows/runswindow.h"
 #include "windows/window.h"
 
 #include <QAbstractButton>
 #include <QDialogButtonBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QTableView>
 #include <QTemporaryDir>
 
 namespace console {
@@ -34,6 +37,25 @@ void driveHistograms(Person& person, QWidget& window)
     person.screen(windows.onScreen(), QStringLiteral("cascaded"));
     windows.closeAll();
     person.waitUntil(QStringLiteral("all of them close"), [&] { return windows.onScreen().isEmpty(); });
+}
+
+void driveRuns(Person& person, QWidget& window)
+{
+    const auto& table = person.find<QTableView>(window, "table");
+    const auto rows = [&] { return table.model()->rowCount(); };
+    const auto& state = person.find<QLabel>(window, "stateLabel");
+    person.waitUntil(QStringLiteral("the server's own folder is listed"), [&] { return state.text().contains(u'/'); });
+    auto& folder = person.find<QLineEdit>(window, "folderEdit");
+    person.type(folder, QStringLiteral("/data"));
+    person.key(folder, Qt::Key_Return);
+    person.waitUntil(QStringLiteral("the runs are listed"), [&] { return rows() > 0; });
+    const int all = rows();
+    person.picture(window, QStringLiteral("listed"));
+    auto& part = person.find<QLineEdit>(window, "partEdit");
+    person.type(part, QStringLiteral("no such run"));
+    person.expect(rows() == 0, QStringLiteral("the filter leaves what fits"));
+    person.clearText(part);
+    person.expect(rows() == all, QStringLiteral("without a filter all runs are there"));
 }
 
 void driveLog(Person& person, QWidget& window)
@@ -70,6 +92,14 @@ WindowEntry histogramsEntry()
         Windows::tr("Choose which of the server's histograms to open (Ctrl+H)"),
         [](const WindowContext& context) -> QWidget* { return new HistogramChooser(context); }, driveHistograms, {},
         true, QStringLiteral("Ctrl+H") };
+}
+
+WindowEntry runsEntry()
+{
+    return { QStringLiteral("runs"), Windows::tr("&Runs"), Windows::tr("Runs"),
+        Windows::tr("The run directories of the server by prefix, run and date (Ctrl+U)"),
+        [](const WindowContext& context) -> QWidget* { return new RunsWindow(context); }, driveRuns, {}, true,
+        QStringLiteral("Ctrl+U") };
 }
 
 WindowEntry logEntry()

@@ -61,6 +61,7 @@ WindowEntry serverFilesEntry();
 WindowEntry statSnapshotEntry();
 WindowEntry settingSnapshotEntry();
 WindowEntry histogramsEntry();
+WindowEntry runsEntry();
 WindowEntry logEntry();
 
 } // namespace console

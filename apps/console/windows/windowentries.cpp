@@ -5,7 +5,7 @@ namespace console {
 QList<WindowEntry> windowEntries()
 {
     return { rowsEntry(), pairsEntry(), singleRowEntry(), mapEntry(), statisticsEntry(), basePathEntry(),
-        serverFilesEntry(), statSnapshotEntry(), settingSnapshotEntry(), histogramsEntry(), logEntry() };
+        serverFilesEntry(), statSnapshotEntry(), settingSnapshotEntry(), histogramsEntry(), runsEntry(), logEntry() };
 }
 
 } // namespace console
