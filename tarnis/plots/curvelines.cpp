@@ -11,6 +11,8 @@ namespace tarnis {
 
 namespace {
 
+constexpr int mostLinesAtFirst = 1024;
+
 bool countsAsZero(double value)
 {
     return plotEqual(value, 0.0);
@@ -154,6 +156,7 @@ QList<QLine> joinSamples(
     const SampleRun& samples, SampleRange range, const Scale& x, const ValueScale& y, const Merging& merging)
 {
     CurveLines curve(merging);
+    curve.lines.reserve(std::clamp(range.end - range.begin, 0, mostLinesAtFirst));
     if (!merging.columns || !rowsFollowValues(y)) {
         joinEverySample(curve, samples, range, x, y);
         return curve.lines;

@@ -17,6 +17,9 @@ namespace {
 /// In units of the painter; more than the half width of a line that is one unit wide.
 constexpr int awayFromEdge = 3;
 
+/// Not worth a look at what the painter lets be drawn together.
+constexpr int fewSamples = 32;
+
 bool isQuarterTurn(const QTransform& transform)
 {
     return transform.isAffine() && transform.m11() == 0.0 && transform.m22() == 0.0 && std::abs(transform.m12()) == 1.0
@@ -43,7 +46,7 @@ template <typename Scale>
 void paintOn(
     QPainter& painter, const SampleRun& samples, SampleRange range, const Scale& x, const CurveDrawing& drawing)
 {
-    Merging merging = mergingOn(painter);
+    Merging merging = range.end - range.begin > fewSamples ? mergingOn(painter) : Merging();
     if (drawing.columnChart) {
         // A rectangle that begins left of the device lacks its last corner. On a turned picture that side is the top of
         // a column: one that reaches beyond does not hide those that stay inside.
@@ -74,23 +77,28 @@ bool isWithin(const QRect& rect, QPoint point)
         && point.y() <= rect.bottom();
 }
 
-/// Whether the lines cost the engine clearly more than a mask of the whole clip takes to set up. A line takes it as
-/// long as 25 pixels.
-bool areWorthAMask(const QList<QLine>& lines, const QRect& clip)
+/// Whether the lines cost the engine more time than so many pixels. A line takes it as long as 25 of its pixels.
+bool costMoreThan(qint64 enough, const QList<QLine>& lines)
 {
-    const qint64 enough = qint64(clip.width()) * clip.height() / 64;
     qint64 pixels = 25 * lines.size();
     for (auto line = lines.cbegin(); line != lines.cend() && pixels <= enough; ++line)
         pixels += std::max(std::abs(qint64(line->x2()) - line->x1()), std::abs(qint64(line->y2()) - line->y1()));
     return pixels > enough;
 }
 
+/// What a mask takes to set up, with a good margin.
+qint64 costOfAMask(const QRect& clip)
+{
+    return qint64(clip.width()) * clip.height() / 64;
+}
+
 } // namespace
 
 void paintLines(QPainter& painter, const QList<QLine>& lines)
 {
-    const std::optional<PixelTarget> target = lineTargetOf(painter);
-    if (!target || target->clip.isEmpty() || !areWorthAMask(lines, target->clip)) {
+    constexpr qint64 atTheLeast = 2000; // looking for the target costs too
+    const std::optional<PixelTarget> target = costMoreThan(atTheLeast, lines) ? lineTargetOf(painter) : std::nullopt;
+    if (!target || target->clip.isEmpty() || !costMoreThan(costOfAMask(target->clip), lines)) {
         painter.drawLines(lines);
         return;
     }

@@ -414,7 +414,7 @@ private Q_SLOTS:
         QFETCH(QList<double>, payload);
         ScriptedServer server;
         server.answerInTurn("hist",
-            { { Step::hold("first"), Step::doubles(payload, text.toLatin1()) },
+            { { Step::hold("first"), Step::binary(bytesOf(payload), text.toLatin1()) },
                 { Step::doubles({ 2, 7 }, "a (0 10 5)") } });
         Model model(server);
         BoxWatch boxes;
