@@ -57,8 +57,8 @@ public:
     }
     void result(PTarnisCmd command, const QByteArray& payload) override
     {
-        Graph1DDialog::result(command, payload);
         ++resultCalls;
+        Graph1DDialog::result(command, payload); // may delete the window
     }
     template <typename Widget> Widget& part(const char* name) { return *findChild<Widget*>(QLatin1String(name)); }
     QList<double> series(int index)
