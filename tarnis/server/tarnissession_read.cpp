@@ -22,10 +22,14 @@ int waitMs(int timeout)
 }
 
 // waitForReadyRead() answers to new bytes only: with `enough` of them in the socket's buffer it would hold up a reply
-// that is already here.
+// that is already here. It takes the request out, but not where it finds bytes to read at once.
 bool waitForBytes(QTcpSocket& socket, qint64 enough, int timeout)
 {
-    return socket.bytesAvailable() >= enough || socket.waitForReadyRead(waitMs(timeout));
+    if (socket.bytesAvailable() < enough && !socket.waitForReadyRead(waitMs(timeout)))
+        return false;
+    if (socket.bytesToWrite() > 0)
+        socket.flush();
+    return true;
 }
 
 // All that the socket holds, appended in one copy. Gives the number of bytes.

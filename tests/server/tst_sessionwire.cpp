@@ -233,6 +233,21 @@ private Q_SLOTS:
         QCOMPARE(server.received(), "ask\nnext\nlast\n");
     }
 
+    void sendsTheRequestThatAnEarlierReplyAnswers()
+    {
+        ScriptedServer server;
+        server.answer("ask", { Step::raw("one> "), Step::hold("rest"), Step::raw("two> "), Step::hold("sent") });
+        SessionClient client(server);
+        client.start();
+        QCOMPARE(client.ask("ask"), "one");
+        QVERIFY(server.waitForHold("rest"));
+        server.release("rest");
+        QVERIFY(server.waitForHold("sent"));
+        QCOMPARE(client.ask("next"), "two");
+        server.release("sent");
+        QVERIFY(server.waitForRequest("next"));
+    }
+
     void goesOnBehindBytesThatFollowThePrompt()
     {
         ScriptedServer server;

@@ -75,7 +75,8 @@ Step Step::binary(const QByteArray& payload, const QByteArray& text)
 Step Step::doubles(const QList<double>& values, const QByteArray& text)
 {
     QByteArray payload(values.size() * qsizetype(sizeof(double)), Qt::Uninitialized);
-    qToLittleEndian<double>(values.constData(), values.size(), payload.data());
+    if (!values.isEmpty())
+        qToLittleEndian<double>(values.constData(), values.size(), payload.data());
     return binary(payload, text);
 }
 
