@@ -212,7 +212,7 @@ void Graph1DDialog::result(PTarnisCmd command, QByteArray const& payload)
         if (!payload.startsWith("NG:"))
             return;
         const QPointer<Graph1DDialog> guard(this);
-        tarnis::showRefusal(this, *command, payload);
+        tarnis::showRefusal(this, tr(">>> %1\n<<< %2"), *command, payload);
         if (guard)
             close();
         return;

@@ -195,7 +195,7 @@ void Graph2DDialog::result(PTarnisCmd command, QByteArray payload)
         if (!payload.startsWith("NG:"))
             return;
         const QPointer<Graph2DDialog> guard(this);
-        tarnis::showRefusal(this, *command, payload);
+        tarnis::showRefusal(this, tr(">>> %1\n<<< %2"), *command, payload);
         if (guard)
             close();
         return;

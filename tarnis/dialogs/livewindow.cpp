@@ -80,10 +80,10 @@ QString complaints(const QStringList& lines)
     return startsWith(lines, QStringLiteral("NG:")).join(QLatin1Char('\n'));
 }
 
-void showRefusal(QWidget* window, const TarnisCmd& command, const QByteArray& reply)
+void showRefusal(QWidget* window, const QString& form, const TarnisCmd& command, const QByteArray& reply)
 {
     showBox(QMessageBox::Warning, window, QCoreApplication::applicationName(),
-        QCoreApplication::translate("LiveWindow", ">>> %1\n<<< %2").arg(command.m_cmd, QString::fromUtf8(reply)));
+        form.arg(command.m_cmd, QString::fromUtf8(reply)));
 }
 
 } // namespace tarnis

@@ -43,7 +43,8 @@ void showProgress(QProgressBar& bar, bool visible, unsigned long long value, uns
 /// The lines in which the server complains, joined.
 QString complaints(const QStringList& lines);
 
-/// Tells the user, in a box, that the server has refused the command.
-void showRefusal(QWidget* window, const TarnisCmd& command, const QByteArray& reply);
+/// Tells the user, in a box, that the server has refused the command. `form` is ">>> %1\n<<< %2", translated in the
+/// window's own context.
+void showRefusal(QWidget* window, const QString& form, const TarnisCmd& command, const QByteArray& reply);
 
 } // namespace tarnis

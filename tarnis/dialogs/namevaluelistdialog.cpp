@@ -3,12 +3,12 @@
 #include "tarnis/dialogs/namevalue.h"
 #include "tarnis/dialogs/tabletext_p.h"
 #include "tarnis/foundation/helpers.h"
+#include "tarnis/foundation/modalbox_p.h"
 
 #include "ui_namevaluelistdialog.h"
 
 #include <QEvent>
 #include <QFile>
-#include <QFileDialog>
 #include <QHeaderView>
 #include <QPushButton>
 #include <QTextStream>
@@ -17,11 +17,14 @@
 
 namespace {
 
-QTableWidgetItem* newCell(const QString& text, Qt::AlignmentFlag horizontal)
+// The table does not look at the column: one beyond the last would be a cell of the next row.
+void setCell(QTableWidget& table, int row, int column, const QString& text, Qt::AlignmentFlag horizontal)
 {
+    if (column >= table.columnCount())
+        return;
     auto* const item = new QTableWidgetItem(text);
     item->setTextAlignment(horizontal | Qt::AlignVCenter);
-    return item;
+    table.setItem(row, column, item);
 }
 
 } // namespace
@@ -70,8 +73,8 @@ void NameValueListDialog::updateList(QList<NameValue> const& list)
     table()->setRowCount(static_cast<int>(list.size()));
     int row = 0;
     for (const NameValue& record : list) {
-        table()->setItem(row, 0, newCell(record.name, Qt::AlignLeft));
-        table()->setItem(row, 1, newCell(record.value, Qt::AlignRight));
+        setCell(*table(), row, 0, record.name, Qt::AlignLeft);
+        setCell(*table(), row, 1, record.value, Qt::AlignRight);
         ++row;
     }
 }
@@ -85,10 +88,10 @@ void NameValueListDialog::updateList(QList<NameValues> const& list, QList<QStrin
     table()->setRowCount(static_cast<int>(list.size()));
     int row = 0;
     for (const NameValues& record : list) {
-        table()->setItem(row, 0, newCell(record.name, Qt::AlignLeft));
+        setCell(*table(), row, 0, record.name, Qt::AlignLeft);
         int column = 1;
         for (const QString& value : record.values)
-            table()->setItem(row, column++, newCell(value, Qt::AlignRight));
+            setCell(*table(), row, column++, value, Qt::AlignRight);
         ++row;
     }
 }
@@ -106,7 +109,7 @@ void NameValueListDialog::onButtonClicked(QAbstractButton* button)
 
 void NameValueListDialog::onSave()
 {
-    const QString path = QFileDialog::getSaveFileName(this, tr("Save"), getSaveDir(), tr("CSV Files (*.csv *.txt)"));
+    const QString path = tarnis::askSaveFileName(this, tr("Save"), getSaveDir(), tr("CSV Files (*.csv *.txt)"));
     if (path.isEmpty())
         return;
     QFile file(path);

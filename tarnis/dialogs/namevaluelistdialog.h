@@ -35,7 +35,7 @@ public:
     /// The table, owned by the dialog.
     QTableWidget* table();
 
-protected Q_SLOTS:
+public Q_SLOTS:
     void onButtonClicked(QAbstractButton* button);
     /// Asks for a path and writes the table as CSV, without quoting. A file that cannot be opened ends it silently.
     void onSave();

@@ -1,8 +1,10 @@
 #include "tarnis/dialogs/selectdirectorydialog.h"
 
+#include "tarnis/dialogs/folderlists_p.h"
 #include "tarnis/dialogs/serverpaths_p.h"
 #include "tarnis/foundation/checkedconnect_p.h"
 #include "tarnis/foundation/helpers.h"
+#include "tarnis/foundation/modalbox_p.h"
 #include "tarnis/foundation/trace_p.h"
 #include "tarnis/server/tarnissession.h"
 
@@ -10,7 +12,6 @@
 
 #include <QCloseEvent>
 #include <QCoreApplication>
-#include <QMessageBox>
 #include <QPointer>
 #include <QPushButton>
 
@@ -28,6 +29,9 @@ SelectDirectoryDialog::SelectDirectoryDialog(QString const& dir_, TarnisSession*
 {
     ui->setupUi(this);
     ui->fileNameLineEdit->hide();
+    lists = new tarnis::FolderLists(
+        ui->dirComboBox, ui->curDirListWidget, [this](QListWidgetItem* item) { onCurDirListItemDoubleClicked(item); },
+        this);
     connect(ui->dirComboBox, &QComboBox::currentIndexChanged, this,
         [this](int index) { onDirComboIndexChanged(ui->dirComboBox->itemText(index)); });
     connect(ui->curDirListWidget, &QListWidget::itemDoubleClicked, this,
@@ -84,26 +88,32 @@ void SelectDirectoryDialog::trimDir(QString& path)
 
 void SelectDirectoryDialog::requestPwd()
 {
-    sendRequest(QStringLiteral("pwd"), pwdName);
+    askedPwd = false;
+    askPwd();
 }
 
 void SelectDirectoryDialog::requestLs()
 {
+    askedPwd = false;
+    askLs();
+}
+
+void SelectDirectoryDialog::askLs()
+{
     sendRequest(tarnis::listRequest(dir), lsName);
+}
+
+void SelectDirectoryDialog::askPwd()
+{
+    sendRequest(QStringLiteral("pwd"), pwdName);
 }
 
 void SelectDirectoryDialog::sendRequest(QString const& text, QString const& name)
 {
     if (!session)
         return;
-    setBrowsingEnabled(false);
+    lists->setEnabled(false);
     session->send(tarnis::browseCommand(text, name));
-}
-
-void SelectDirectoryDialog::setBrowsingEnabled(bool enabled)
-{
-    ui->dirComboBox->setEnabled(enabled);
-    ui->curDirListWidget->setEnabled(enabled);
 }
 
 void SelectDirectoryDialog::result(PTarnisCmd cmd, QByteArray const& payload)
@@ -116,7 +126,7 @@ void SelectDirectoryDialog::result(PTarnisCmd cmd, QByteArray const& payload)
 
 void SelectDirectoryDialog::onPwdReply(QString const& reply)
 {
-    setBrowsingEnabled(true);
+    lists->setEnabled(true);
     TARNIS_TRACE(reply);
     if (!tarnis::isGoodReply(reply))
         return;
@@ -124,18 +134,18 @@ void SelectDirectoryDialog::onPwdReply(QString const& reply)
     if (lines.isEmpty())
         return;
     dir = lines.first();
-    requestLs();
+    askLs();
 }
 
 void SelectDirectoryDialog::onLsReply(QString const& reply)
 {
-    setBrowsingEnabled(true);
+    lists->setEnabled(true);
     TARNIS_TRACE(reply);
     if (!tarnis::isGoodReply(reply)) {
         // Once only: where the server's own directory cannot be listed either, asking again would go round for ever.
         if (!askedPwd) {
             askedPwd = true;
-            requestPwd();
+            askPwd();
         }
         return;
     }
@@ -164,7 +174,6 @@ void SelectDirectoryDialog::onDirComboIndexChanged(QString const& text)
 {
     if (!comboActive)
         return;
-    askedPwd = false;
     dir = text;
     requestLs();
 }
@@ -176,7 +185,6 @@ void SelectDirectoryDialog::onCurDirListItemDoubleClicked(QListWidgetItem* item)
         onAccepted();
         return;
     }
-    askedPwd = false;
     dir = tarnis::joinedPath(dir, name);
     trimDir(dir);
     requestLs();
@@ -231,7 +239,7 @@ bool SelectDirectoryDialog::mayTakeName(QString const& name)
 {
     if (!allNames.contains(name + suffix))
         return true;
-    return QMessageBox::question(this, QCoreApplication::applicationName(),
+    return tarnis::showBox(QMessageBox::Question, this, QCoreApplication::applicationName(),
                tr("'%1' already exists. Do you want to overwrite it?").arg(name), QMessageBox::Ok | QMessageBox::Cancel,
                QMessageBox::Cancel)
         == QMessageBox::Ok;

@@ -1,8 +1,10 @@
 #include "tarnis/dialogs/selectpathdialog.h"
 
+#include "tarnis/dialogs/folderlists_p.h"
 #include "tarnis/dialogs/serverpaths_p.h"
 #include "tarnis/foundation/checkedconnect_p.h"
 #include "tarnis/foundation/helpers.h"
+#include "tarnis/foundation/modalbox_p.h"
 #include "tarnis/foundation/trace_p.h"
 #include "tarnis/server/tarnissession.h"
 
@@ -10,7 +12,6 @@
 
 #include <QCloseEvent>
 #include <QCoreApplication>
-#include <QMessageBox>
 #include <QPointer>
 #include <QPushButton>
 #include <QSignalBlocker>
@@ -28,6 +29,9 @@ SelectPathDialog::SelectPathDialog(QString const& dir, TarnisSession* session_, 
 {
     ui->setupUi(this);
     ui->fileNameLineEdit->hide();
+    lists = new tarnis::FolderLists(
+        ui->dirComboBox, ui->curDirListWidget, [this](QListWidgetItem* item) { onCurDirListItemDoubleClicked(item); },
+        this);
     connect(ui->dirComboBox, &QComboBox::currentIndexChanged, this,
         [this](int index) { onDirComboIndexChanged(ui->dirComboBox->itemText(index)); });
     connect(
@@ -83,7 +87,13 @@ bool SelectPathDialog::matchExt(QString const& name)
 
 void SelectPathDialog::setDir(QString const& dir)
 {
-    if (dir == ui->dirComboBox->currentText())
+    askedPwd = false;
+    goTo(dir);
+}
+
+void SelectPathDialog::goTo(QString const& dir)
+{
+    if (dir == getDir())
         return;
     {
         const QSignalBlocker blocker(ui->dirComboBox);
@@ -91,7 +101,7 @@ void SelectPathDialog::setDir(QString const& dir)
         ui->dirComboBox->addItems(tarnis::ancestors(dir));
         ui->dirComboBox->setCurrentIndex(ui->dirComboBox->count() - 1);
     }
-    requestLs();
+    askLs();
 }
 
 QString SelectPathDialog::getDir() const
@@ -114,26 +124,32 @@ void SelectPathDialog::trimDir(QString& path)
 
 void SelectPathDialog::requestPwd()
 {
-    sendRequest(QStringLiteral("pwd"), pwdName);
+    askedPwd = false;
+    askPwd();
 }
 
 void SelectPathDialog::requestLs()
 {
+    askedPwd = false;
+    askLs();
+}
+
+void SelectPathDialog::askLs()
+{
     sendRequest(tarnis::listRequest(getDir()), lsName);
+}
+
+void SelectPathDialog::askPwd()
+{
+    sendRequest(QStringLiteral("pwd"), pwdName);
 }
 
 void SelectPathDialog::sendRequest(QString const& text, QString const& name)
 {
     if (!session)
         return;
-    setBrowsingEnabled(false);
+    lists->setEnabled(false);
     session->send(tarnis::browseCommand(text, name));
-}
-
-void SelectPathDialog::setBrowsingEnabled(bool enabled)
-{
-    ui->dirComboBox->setEnabled(enabled);
-    ui->curDirListWidget->setEnabled(enabled);
 }
 
 void SelectPathDialog::result(PTarnisCmd cmd, QByteArray const& payload)
@@ -146,24 +162,24 @@ void SelectPathDialog::result(PTarnisCmd cmd, QByteArray const& payload)
 
 void SelectPathDialog::onPwdReply(QString const& reply)
 {
-    setBrowsingEnabled(true);
+    lists->setEnabled(true);
     TARNIS_TRACE(reply);
     if (!tarnis::isGoodReply(reply))
         return;
     const QStringList lines = tarnis::replyLines(reply);
     if (!lines.isEmpty())
-        setDir(lines.first());
+        goTo(lines.first());
 }
 
 void SelectPathDialog::onLsReply(QString const& reply)
 {
-    setBrowsingEnabled(true);
+    lists->setEnabled(true);
     TARNIS_TRACE(reply);
     if (!tarnis::isGoodReply(reply)) {
         // Once only: where the server's own directory cannot be listed either, asking again would go round for ever.
         if (!askedPwd) {
             askedPwd = true;
-            requestPwd();
+            askPwd();
         }
         return;
     }
@@ -177,7 +193,6 @@ void SelectPathDialog::onLsReply(QString const& reply)
 
 void SelectPathDialog::onDirComboIndexChanged(QString const&)
 {
-    askedPwd = false;
     requestLs();
 }
 
@@ -187,7 +202,6 @@ void SelectPathDialog::onCurDirListItemDoubleClicked(QListWidgetItem* item)
     if (matchExt(name)) {
         onAccepted();
     } else if (name.endsWith(QLatin1Char('/'))) {
-        askedPwd = false;
         setDir(tarnis::joinedPath(getDir(), name));
     }
 }
@@ -227,12 +241,13 @@ bool SelectPathDialog::mayTakeName(QString const& name)
 {
     const bool exists = getNames().contains(name);
     if (mustExist && !exists) {
-        QMessageBox::information(this, QCoreApplication::applicationName(), tr("File not found: %1").arg(name));
+        tarnis::showBox(
+            QMessageBox::Information, this, QCoreApplication::applicationName(), tr("File not found: %1").arg(name));
         return false;
     }
     if (!confirmOverwrite || !exists)
         return true;
-    return QMessageBox::question(this, QCoreApplication::applicationName(),
+    return tarnis::showBox(QMessageBox::Question, this, QCoreApplication::applicationName(),
                tr("'%1' already exists. Do you want to overwrite it?").arg(name), QMessageBox::Ok | QMessageBox::Cancel)
         == QMessageBox::Ok;
 }

@@ -12,6 +12,9 @@
 
 class QListWidgetItem;
 class TarnisSession;
+namespace tarnis {
+class FolderLists;
+}
 namespace Ui {
 class SelectPathDialog;
 }
@@ -41,7 +44,9 @@ public:
 
     /// Removes all "/" at the end of `path`: "/" becomes empty.
     void trimDir(QString& path);
+    /// Asks for the server's own directory, goes there and lists it.
     void requestPwd();
+    /// Lists the current directory. Where that fails, the dialog goes to the server's own one, once.
     void requestLs();
 
 Q_SIGNALS:
@@ -61,7 +66,9 @@ protected:
     void closeEvent(QCloseEvent* event) override;
 
     void sendRequest(QString const& text, QString const& name);
-    void setBrowsingEnabled(bool enabled);
+    TARNIS_NO_EXPORT void askPwd();
+    TARNIS_NO_EXPORT void askLs();
+    TARNIS_NO_EXPORT void goTo(QString const& dir);
     void onPwdReply(QString const& reply);
     void onLsReply(QString const& reply);
     bool mayTakeName(QString const& name);
@@ -72,5 +79,6 @@ protected:
     QList<QString> exts;
     bool mustExist = false;
     bool confirmOverwrite = false;
-    bool askedPwd = false; ///< the last listing failed and "pwd" was asked: a second failure ends it
+    tarnis::FolderLists* lists; ///< the combo box and the list
+    bool askedPwd = false; ///< a listing failed and "pwd" was asked: a second failure ends it, until the next request
 };

@@ -23,6 +23,10 @@
         <source>Description</source>
         <translation>Beschreibung</translation>
     </message>
+    <message>
+        <source>Items</source>
+        <translation>Einträge</translation>
+    </message>
 </context>
 <context>
     <name>Graph1DDialog</name>
@@ -70,6 +74,16 @@
         <source>Invalid index!</source>
         <translation>Ungültiger Index!</translation>
     </message>
+    <message>
+        <source>1D histograms</source>
+        <translation>1D-Histogramme</translation>
+    </message>
+    <message>
+        <source>&gt;&gt;&gt; %1
+&lt;&lt;&lt; %2</source>
+        <translation>&gt;&gt;&gt; %1
+&lt;&lt;&lt; %2</translation>
+    </message>
 </context>
 <context>
     <name>Graph2DDialog</name>
@@ -100,6 +114,16 @@
     <message>
         <source>graph data size mismatched! %1 != %2 ( %3 * %4 )</source>
         <translation>Die Größe der Daten passt nicht! %1 != %2 ( %3 * %4 )</translation>
+    </message>
+    <message>
+        <source>2D histogram</source>
+        <translation>2D-Histogramm</translation>
+    </message>
+    <message>
+        <source>&gt;&gt;&gt; %1
+&lt;&lt;&lt; %2</source>
+        <translation>&gt;&gt;&gt; %1
+&lt;&lt;&lt; %2</translation>
     </message>
 </context>
 <context>
@@ -218,15 +242,6 @@
     </message>
 </context>
 <context>
-    <name>LiveWindow</name>
-    <message>
-        <source>&gt;&gt;&gt; %1
-&lt;&lt;&lt; %2</source>
-        <translation>&gt;&gt;&gt; %1
-&lt;&lt;&lt; %2</translation>
-    </message>
-</context>
-<context>
     <name>MultiVectorGraphWidget</name>
     <message>
         <source>Save CSV...</source>
@@ -279,6 +294,10 @@
         <source>CSV Files (*.csv *.txt)</source>
         <translation>CSV-Dateien (*.csv *.txt)</translation>
     </message>
+    <message>
+        <source>Values</source>
+        <translation>Werte</translation>
+    </message>
 </context>
 <context>
     <name>PeakSearchDialog</name>
@@ -322,6 +341,10 @@
         <source>Invalid width.</source>
         <translation>Ungültige Breite.</translation>
     </message>
+    <message>
+        <source>Peaks</source>
+        <translation>Peaks</translation>
+    </message>
 </context>
 <context>
     <name>SelectCheckedDialog</name>
@@ -344,6 +367,10 @@
     <message>
         <source>Apply</source>
         <translation>Anwenden</translation>
+    </message>
+    <message>
+        <source>Items</source>
+        <translation>Einträge</translation>
     </message>
 </context>
 <context>
@@ -474,6 +501,10 @@
     <message>
         <source>Are you sure to clear all items?</source>
         <translation>Sollen alle Einträge gelöscht werden?</translation>
+    </message>
+    <message>
+        <source>Regions</source>
+        <translation>Bereiche</translation>
     </message>
 </context>
 <context>

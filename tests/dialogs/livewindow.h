@@ -6,10 +6,12 @@
 #include <tarnis/server/tarnissession.h>
 
 #include <QApplication>
+#include <QDeadlineTimer>
 #include <QMessageBox>
 #include <QMetaMethod>
 #include <QPointer>
 #include <QPushButton>
+#include <QThread>
 #include <QTimer>
 
 namespace tarnis::testing {
@@ -27,22 +29,28 @@ public:
     QList<QMessageBox::Icon> icons;
     std::function<void()> whileOpen;
     bool answers = true; ///< false: boxes stay open
+    std::function<bool(const QMessageBox&)> leaveOpen; ///< true: this one stays open as yet
 
 private:
     void look()
     {
         auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-        if (!box || box->property("answered").toBool())
+        if (!box)
             return;
-        box->setProperty("answered", true);
-        texts.append(box->text());
-        titles.append(box->windowTitle());
-        icons.append(box->icon());
         const QPointer<QMessageBox> guard(box);
-        if (whileOpen)
-            whileOpen();
-        if (guard && answers)
+        if (!box->property("seen").toBool())
+            note(*box);
+        if (guard && answers && !(leaveOpen && leaveOpen(*guard)))
             guard->button(QMessageBox::Ok)->click();
+    }
+    void note(QMessageBox& box)
+    {
+        box.setProperty("seen", true);
+        texts.append(box.text());
+        titles.append(box.windowTitle());
+        icons.append(box.icon());
+        if (const auto act = whileOpen)
+            act();
     }
 
     QTimer m_timer;
@@ -60,6 +68,15 @@ public:
 inline QByteArray bytesOf(const QList<double>& values)
 {
     return QByteArray(reinterpret_cast<const char*>(values.constData()), values.size() * qsizetype(sizeof(double)));
+}
+
+/// Waits without Qt events, so that nothing of what a session has queued arrives.
+inline bool hasRequests(const ScriptedServer& server, int count)
+{
+    const QDeadlineTimer deadline(20000);
+    while (server.requests().size() < count && !deadline.hasExpired())
+        QThread::msleep(1);
+    return server.requests().size() >= count;
 }
 
 /// Signals and slots that the class itself adds, in their order.

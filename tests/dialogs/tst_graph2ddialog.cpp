@@ -1,9 +1,13 @@
 // The live 2D window against a scripted server, and its filter.
 #include "dialogs/livewindow.h"
+#include "support/virtualorder.h"
 
 #include <tarnis/dialogs/graph2ddialog.h>
+#include <tarnis/plots/colorbarwidget.h>
+#include <tarnis/plots/vectorgraphwidget.h>
 #include <tarnis/plots/xy2dgraphwidget.h>
 
+#include <QAction>
 #include <QCheckBox>
 #include <QDialogButtonBox>
 #include <QLabel>
@@ -11,7 +15,9 @@
 #include <QLineEdit>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QSignalSpy>
 #include <QTest>
+#include <QTranslator>
 
 using namespace tarnis::testing;
 
@@ -74,6 +80,44 @@ QList<Graph2DDialog*> filteredWindows(Graph2DDialog& window)
     return window.findChildren<Graph2DDialog*>(QString(), Qt::FindDirectChildrenOnly);
 }
 
+/// The plot's members that are open to subclasses only.
+class PlotInside : public XY2DGraphWidget {
+public:
+    static QList<double> rowMaxima(XY2DGraphWidget& plot) { return plot.*(&PlotInside::m_rowMax); }
+    static QAction* cutAction(XY2DGraphWidget& plot) { return plot.*(&PlotInside::m_act1dCut); }
+};
+
+class BarInside : public ColorBarWidget {
+public:
+    static int ticks(ColorBarWidget& bar) { return bar.*(&BarInside::m_ticks); }
+};
+
+/// A catalogue for one context.
+class Catalogue : public QTranslator {
+public:
+    explicit Catalogue(const char* context)
+        : m_context(context)
+    {
+    }
+    bool isEmpty() const override { return false; }
+    QString translate(const char* context, const char* source, const char*, int) const override
+    {
+        return m_context == context && QLatin1String(source) == ">>> %1\n<<< %2" ? "asked %1, told %2" : QString();
+    }
+
+private:
+    QByteArray m_context;
+};
+
+/// The windows of the two cuts, which the plot opens.
+QList<QWidget*> cutWindows(Graph2DDialog& window)
+{
+    QList<QWidget*> windows;
+    for (VectorGraphWidget* const plot : window.getGraphWidget()->findChildren<VectorGraphWidget*>())
+        windows.append(plot->window());
+    return windows;
+}
+
 QList<double> ramp(int count)
 {
     QList<double> values;
@@ -100,6 +144,19 @@ private Q_SLOTS:
         QCOMPARE(meta.method(first + 2).parameterNames(), QList<QByteArray>({ "socketError", "message" }));
         QCOMPARE(meta.method(first + 3).parameterNames(), QList<QByteArray>({ "checked" }));
         QCOMPARE(meta.method(first + 4).parameterNames(), QList<QByteArray>({ "filter" }));
+    }
+
+    void virtualOrder()
+    {
+        using D = Graph2DDialog;
+        const std::ptrdiff_t first = virtualIndex(&D::setCmd);
+        QVERIFY(first > virtualIndex(&QDialog::reject));
+        QCOMPARE(virtualIndex(&D::getCmd), first + 1);
+        QCOMPARE(virtualIndex(&D::update), first + 2);
+        QCOMPARE(virtualIndex(&D::result), first + 3);
+        QCOMPARE(virtualIndex(&D::error), first + 4);
+        QCOMPARE(virtualIndex(&D::onAutoUpdateToggled), first + 5);
+        QCOMPARE(virtualIndex(&D::onResultExInfo), first + 6);
     }
 
     void form()
@@ -209,6 +266,160 @@ private Q_SLOTS:
         QVERIFY(!window->isVisible() && !window->session && !window->timer->isActive());
     }
 
+    void refusalSpeaksTheWindowsLanguage()
+    {
+        ScriptedServer server;
+        Model model(server);
+        BoxWatch boxes;
+        const WindowPointer window = shown(&model);
+        const Catalogue catalogue("Graph2DDialog");
+        QCoreApplication::installTranslator(const_cast<Catalogue*>(&catalogue));
+        window->result(answered("start", false, QString()), "NG: no");
+        QCOMPARE(boxes.texts, QStringList("asked start, told NG: no"));
+    }
+
+    void initialCommandsGoFirst()
+    {
+        ScriptedServer server;
+        server.answer("map", { Step::binary(QByteArray(), "OK:\n") });
+        Model model(server);
+        const WindowPointer window = shown(&model, { "setting rate:1", "clear" });
+        QVERIFY(hasRequests(server, 2)); // connected() would poll, and drop what is queued
+        QVERIFY(server.waitForRequest("map"));
+        QCOMPARE(server.requests().first(3), QList<QByteArray>({ "setting rate:1", "clear", "map" }));
+    }
+
+    void serverRefusesAnInitialCommand()
+    {
+        ScriptedServer server;
+        server.answer("start", { Step::text("NG: is running\n") });
+        Model model(server);
+        BoxWatch boxes;
+        QPointer<Window> window = new Window(&model, { "start" });
+        window->show();
+        QVERIFY(hasRequests(server, 1));
+        QVERIFY(eventually([&] { return window.isNull(); }));
+        QCOMPARE(boxes.texts, QStringList(">>> start\n<<< NG: is running\n"));
+    }
+
+    void serverDiesWhileTheRefusalIsShown()
+    {
+        ScriptedServer server;
+        server.answer("start", { Step::text("NG: no\n") });
+        server.answer("map", { Step::drop() });
+        Model model(server);
+        BoxWatch boxes;
+        boxes.leaveOpen = [](const QMessageBox& box) { return box.text().startsWith(">>> "); };
+        QPointer<Window> window = new Window(&model, { "start" });
+        window->show();
+        QVERIFY(hasRequests(server, 1));
+        // The error's box is on top; its Ok closes the window, which deletes itself and the box below.
+        QVERIFY(eventually([&] { return window.isNull(); }));
+        QCOMPARE(boxes.texts.value(0), ">>> start\n<<< NG: no\n");
+        QVERIFY(boxes.texts.size() >= 2);
+        QVERIFY(!QApplication::activeModalWidget());
+    }
+
+    void secondErrorWhileTheFirstIsShown()
+    {
+        ScriptedServer server;
+        Model model(server);
+        BoxWatch boxes;
+        QPointer<Window> window = new Window(&model);
+        window->show();
+        boxes.leaveOpen = [&](const QMessageBox&) { return boxes.texts.size() == 1; };
+        boxes.whileOpen = [&] {
+            boxes.whileOpen = nullptr;
+            QTimer::singleShot(0, window, [&] { window->error(1, "second"); });
+        };
+        window->error(1, "first");
+        QCOMPARE(boxes.texts, QStringList({ "first.", "second." }));
+        QVERIFY(eventually([&] { return window.isNull(); }));
+    }
+
+    void updateButtonAsksOnceMore()
+    {
+        ScriptedServer server;
+        server.answer("map", { Step::binary(bytesOf(ramp(6)), "OK:\n") });
+        Model model(server);
+        const WindowPointer window = shown(&model);
+        window->setAutoUpdate(false);
+        window->part<QPushButton>("updatePushButton").click();
+        QVERIFY(eventually([&] { return window->timer->isActive(); }));
+        QVERIFY(eventually([&] { return !window->timer->isActive(); })); // and asks no more
+        QCOMPARE(server.requests().size(), 1);
+        window->part<QCheckBox>("autoUpdateCheckBox").setChecked(true); // a round at once
+        QVERIFY(server.waitForRequests(2));
+        QVERIFY(eventually([&] { return window->timer->isActive(); }));
+        window->timer->stop();
+        window->part<QPushButton>("updatePushButton").click();
+        QVERIFY(server.waitForRequests(4)); // the chain goes on by itself
+    }
+
+    void autoUpdateOffCancelsWhatIsQueued()
+    {
+        ScriptedServer server;
+        server.answerInTurn(
+            "map", { { Step::hold("reply"), Step::binary(QByteArray(), "OK:\n") }, { Step::binary(QByteArray()) } });
+        Model model(server);
+        const WindowPointer window = shown(&model);
+        QVERIFY(server.waitForHold("reply"));
+        window->update(); // waits behind the reply
+        window->part<QCheckBox>("autoUpdateCheckBox").click();
+        window->session->send(new TarnisCmd("marker"));
+        server.open("reply");
+        QVERIFY(server.waitForRequest("marker"));
+        QCOMPARE(server.requests(), QList<QByteArray>({ "map", "marker" }));
+    }
+
+    void setAutoUpdateAndSetCmd()
+    {
+        ScriptedServer server;
+        server.answer("map", { Step::binary(QByteArray(), "OK:\n") });
+        Model model(server);
+        const WindowPointer window = shown(&model);
+        window->setAutoUpdate(false);
+        QVERIFY(!window->isAutoUpdate());
+        window->setAutoUpdate(true);
+        QVERIFY(window->isAutoUpdate());
+        QVERIFY(server.waitForRequest("map"));
+        window->setAutoUpdate(false);
+        window->setCmd("map"); // the same: nothing goes out
+        window->setCmd("other map"); // goes out though the box is not checked
+        QCOMPARE(window->getCmd(), "other map");
+        QVERIFY(server.waitForRequest("other map"));
+        QCOMPARE(server.requests(), QList<QByteArray>({ "map", "other map" }));
+    }
+
+    void nextUpdateRestartsABrokenChain_data()
+    {
+        QTest::addColumn<bool>("hidden");
+        QTest::newRow("reply while hidden") << true;
+        QTest::newRow("size mismatch") << false;
+    }
+
+    void nextUpdateRestartsABrokenChain()
+    {
+        QFETCH(bool, hidden);
+        ScriptedServer server;
+        server.answerInTurn("map",
+            { { Step::hold("first"), Step::binary(bytesOf(ramp(hidden ? 6 : 5)), "OK:\n") },
+                { Step::binary(bytesOf(ramp(6)), "OK:\n") } });
+        Model model(server);
+        BoxWatch boxes;
+        const WindowPointer window = shown(&model);
+        QVERIFY(server.waitForHold("first"));
+        window->setVisible(!hidden);
+        QSignalSpy replies(window->session, &TarnisSession::result);
+        server.open("first");
+        QVERIFY(eventually([&] { return replies.size() == 1 && (hidden || boxes.texts.size() == 1); }));
+        QVERIFY(window->rows().isEmpty() && !window->timer->isActive());
+        window->show();
+        window->update();
+        QVERIFY(eventually([&] { return window->rows().size() == 2 && window->timer->isActive(); }));
+        QVERIFY(server.waitForRequests(3)); // and on
+    }
+
     void acceptedInitialCommandChangesNothing()
     {
         ScriptedServer server;
@@ -308,7 +519,7 @@ private Q_SLOTS:
         QPointer<Window> window = new Window(&model);
         window->show();
         BoxWatch boxes;
-        boxes.whileOpen = [&] { window->deleteLater(); };
+        boxes.whileOpen = [&] { delete window; };
         if (kind == 0)
             window->result(answered("start", false, QString()), "NG: no");
         else if (kind == 1)
@@ -316,7 +527,8 @@ private Q_SLOTS:
         else
             window->error(1, "gone");
         QCOMPARE(boxes.texts.size(), 1);
-        QVERIFY(eventually([&] { return window.isNull(); }));
+        QVERIFY(window.isNull());
+        QVERIFY(!QApplication::activeModalWidget());
     }
 
     // --- replies
@@ -391,6 +603,66 @@ private Q_SLOTS:
         QCOMPARE(window->binsX, 6);
     }
 
+    void emptyReplyClearsThePlot()
+    {
+        ScriptedServer server;
+        Model model(server);
+        const WindowPointer window = shown(&model);
+        window->reply("OK:", bytesOf(ramp(6)));
+        window->reply("OK: exported 3 x 0 y\n", QByteArray());
+        QVERIFY(window->rows().isEmpty());
+        QVERIFY(PlotInside::rowMaxima(*window->getGraphWidget()).isEmpty());
+        QCOMPARE(window->binsY, 0);
+        QVERIFY(window->timer->isActive());
+    }
+
+    void rowPeaksStandByRow()
+    {
+        ScriptedServer server;
+        Model model(server);
+        const WindowPointer window = shown(&model);
+        XY2DGraphWidget& plot = *window->getGraphWidget();
+        window->reply("OK:", bytesOf({ -3, -1, -2, 4, 6, 5 }));
+        QCOMPARE(PlotInside::rowMaxima(plot), QList<double>({ -1, 6 }));
+        // One row now: the upper one keeps its values and its peak.
+        window->reply("OK: exported 2 x 1 y", bytesOf({ -7, -8 }));
+        QCOMPARE(PlotInside::rowMaxima(plot), QList<double>({ -7, 6 }));
+        QCOMPARE(plot.getMaxValue(), 6.0);
+        window->reply("OK: exported 1 x 3 y", bytesOf({ 1, 2, 3 }));
+        QCOMPARE(PlotInside::rowMaxima(plot), QList<double>({ 1, 2, 3 }));
+    }
+
+    void aMillionRows()
+    {
+        ScriptedServer server;
+        Model model(server);
+        const WindowPointer window = shown(&model);
+        constexpr int count = 1000000;
+        // Rows are set one by one; a walk over all of them for each would take minutes.
+        window->reply(QStringLiteral("OK: exported 1 x %1 y").arg(count), bytesOf(ramp(count)));
+        QCOMPARE(window->rows().size(), count);
+        QCOMPARE(window->rows().constLast(), QList<double>({ double(count) }));
+        double min = 0;
+        double max = 0;
+        window->getGraphWidget()->getMinMaxX(min, max);
+        QCOMPARE(min, 0.0);
+        QCOMPARE(max, 30.0);
+        window->grab();
+    }
+
+    void staticWindowMayBeFed()
+    {
+        const WindowPointer window = shown(nullptr);
+        window->result(answered("map", true, "OK:"), bytesOf(ramp(6)));
+        QCOMPARE(window->rows(), QList<QList<double>>({ { 1, 2, 3 }, { 4, 5, 6 } }));
+        window->drawReplies = false;
+        window->result(answered("map", true, "OK:"), bytesOf({ 6, 5, 4, 3, 2, 1 }));
+        QCOMPARE(window->rows().first(), QList<double>({ 1, 2, 3 }));
+        window->drawReplies = true;
+        window->result(answered("map", true, "OK:"), QByteArray());
+        QVERIFY(window->rows().isEmpty());
+    }
+
     // --- the filter
 
     void filterOpensOnce()
@@ -447,6 +719,43 @@ private Q_SLOTS:
         QCOMPARE(rowsOf(*filteredWindows(*result).value(0)), expected);
     }
 
+    void unchangedFieldsAreTheIdentity()
+    {
+        const WindowPointer window = shown(nullptr);
+        for (int row = 0; row < 6; ++row)
+            window->getGraphWidget()->setData(row, { -1.5, 2, row * 0.1, 4, -5, 6e300 }, 6e300, row == 5);
+        Graph2DFilterDialog* const dialog = openFilter(*window);
+        for (int field = 0; field < 25; ++field)
+            dialog->findChild<QLineEdit*>(QStringLiteral("matrix%1%2LineEdit").arg(field / 5 + 1).arg(field % 5 + 1))
+                ->setText(field == 12 ? "1" : "0");
+        dialog->findChild<QLineEdit*>("divisorLineEdit")->setText("1");
+        dialog->findChild<QDialogButtonBox*>("buttonBox")->button(QDialogButtonBox::Ok)->click();
+        Graph2DFilterDialog* const again = openFilter(*window);
+        again->onAccepted(); // as it was opened
+        QCOMPARE(filteredWindows(*window).size(), 2);
+        for (Graph2DDialog* const result : filteredWindows(*window))
+            QCOMPARE(rowsOf(*result), window->rows());
+    }
+
+    void peaksOfTheFilteredRows_data()
+    {
+        QTest::addColumn<int>("firstRow");
+        QTest::addColumn<QList<double>>("peaks");
+        QTest::newRow("negative rows") << 0 << QList<double>({ -1, -1, -1, -1 });
+        QTest::newRow("no columns: row 0 has none") << 3 << QList<double>({ 0, 0, 0, 0 });
+    }
+
+    void peaksOfTheFilteredRows()
+    {
+        QFETCH(int, firstRow);
+        QFETCH(QList<double>, peaks);
+        const WindowPointer window = shown(nullptr);
+        for (int row = firstRow; row < 4; ++row)
+            window->getGraphWidget()->setData(row, firstRow == 0 ? QList<double>({ -2, -1 }) : ramp(9), 9, row == 3);
+        window->onFilterAccepted(Graph2DFilter());
+        QCOMPARE(PlotInside::rowMaxima(*filteredWindows(*window).value(0)->getGraphWidget()), peaks);
+    }
+
     void filterOnFourRowsShowsTheSame()
     {
         const WindowPointer window = shown(nullptr);
@@ -474,6 +783,40 @@ private Q_SLOTS:
         window->setEnabledUpdateControls(false);
         QVERIFY(!window->part<QCheckBox>("autoUpdateCheckBox").isEnabled());
         QVERIFY(window->part<QPushButton>("filterPushButton").isEnabled());
+    }
+
+    void stepsAndTicksGoToThePlot()
+    {
+        const WindowPointer window = shown(nullptr);
+        window->setStep(2.5, 7);
+        QCOMPARE(window->getGraphWidget()->getStepX(), 2.5);
+        QCOMPARE(window->getGraphWidget()->getStepY(), 7.0);
+        window->setColorBarTicks(4);
+        QCOMPARE(BarInside::ticks(*window->getGraphWidget()->findChild<ColorBarWidget*>()), 4);
+    }
+
+    void cutWindowsFollowTheWindow()
+    {
+        const WindowPointer window = shown(nullptr);
+        window->move(100, 100);
+        for (int row = 0; row < 5; ++row)
+            window->getGraphWidget()->setData(row, ramp(5), 5, row == 4);
+        PlotInside::cutAction(*window->getGraphWidget())->trigger();
+        const QList<QWidget*> cuts = cutWindows(*window);
+        QCOMPARE(cuts.size(), 2);
+        const auto places = [&] { return QList<QRect>({ cuts[0]->geometry(), cuts[1]->geometry() }); };
+        const QList<QRect> before = places();
+        window->move(160, 140);
+        QVERIFY(eventually([&] {
+            return places() == QList<QRect>({ before[0].translated(60, 40), before[1].translated(60, 40) });
+        }));
+        window->resize(window->width() + 50, window->height() + 30);
+        QVERIFY(eventually(
+            [&] { return places()[0].size() != before[0].size() && places()[1].size() != before[1].size(); }));
+        window->activateWindow();
+        QEvent activation(QEvent::ActivationChange);
+        QApplication::sendEvent(window.get(), &activation); // raises them; harmless where they are up
+        QCOMPARE(cutWindows(*window), cuts);
     }
 
     void languageChangePutsThePlaceholdersBack()

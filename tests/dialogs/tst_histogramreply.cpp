@@ -21,6 +21,46 @@ QByteArray bytesOf(const QList<double>& values)
 constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
 constexpr double infinite = std::numeric_limits<double>::infinity();
 
+/// A token of decimal digits with a sign and blanks around it, as far as it fits in 32 bits; 0 for anything else.
+int speltOutInteger(const QString& token)
+{
+    const QString text = token.trimmed();
+    qsizetype i = text.startsWith('-') || text.startsWith('+') ? 1 : 0;
+    if (i == text.size())
+        return 0;
+    long long value = 0;
+    for (; i < text.size(); ++i) {
+        if (text.at(i) < '0' || text.at(i) > '9' || value > 10000000000)
+            return 0;
+        value = 10 * value + (text.at(i).unicode() - '0');
+    }
+    if (text.startsWith('-'))
+        value = -value;
+    return value < -2147483648LL || value > 2147483647LL ? 0 : int(value);
+}
+
+/// The counts, character by character.
+std::optional<BinCounts> speltOutCounts(const QString& text)
+{
+    const QString word = "exported";
+    qsizetype at = 0;
+    while (at + word.size() <= text.size() && text.mid(at, word.size()) != word)
+        ++at;
+    if (at == 0 || at + word.size() > text.size())
+        return std::nullopt;
+    const qsizetype end = text.endsWith('\n') ? text.size() - 1 : text.size();
+    QStringList tokens { QString() };
+    for (qsizetype i = at + word.size() + 1; i < end; ++i) {
+        if (text.at(i) == ' ')
+            tokens.append(QString());
+        else
+            tokens.last() += text.at(i);
+    }
+    if (tokens.size() < 4)
+        return std::nullopt;
+    return BinCounts { speltOutInteger(tokens.at(0)), speltOutInteger(tokens.at(2)) };
+}
+
 } // namespace
 
 class TestHistogramReply : public QObject {
@@ -190,6 +230,29 @@ private Q_SLOTS:
         QTest::newRow("beyond 32 bits") << "OK: exported 2147483648 a 4 b" << 0 << 4;
         QTest::newRow("negative") << "OK: exported -3 a -4 b" << -3 << -4;
         QTest::newRow("the first word counts") << "an exported exported 3 a 4" << 0 << 0;
+    }
+
+    void exportedIsTheSpeltOutOne()
+    {
+        auto generator = testing::seededGenerator(52);
+        const QStringList pieces { "exported", " ", " ", " ", "3", "-4", "12", "2147483647", "2147483648", "x", "\n",
+            "exporte", "Exported", "+7", "0x1", " 5", ":", "exported 6 x 7 y" };
+        std::uniform_int_distribution<qsizetype> piece(0, pieces.size() - 1);
+        std::uniform_int_distribution<int> length(0, 14);
+        int told = 0;
+        for (int round = 0; round < 200000; ++round) {
+            QString text;
+            for (int i = length(generator); i > 0; --i)
+                text += pieces.at(piece(generator));
+            const std::optional<BinCounts> expected = speltOutCounts(text);
+            const std::optional<BinCounts> counts = exportedCounts(text);
+            QVERIFY2(counts.has_value() == expected.has_value(), qPrintable(text));
+            if (!expected)
+                continue;
+            ++told;
+            QVERIFY2(counts->x == expected->x && counts->y == expected->y, qPrintable(text));
+        }
+        QVERIFY(told > 10000);
     }
 
     void exported()

@@ -173,6 +173,63 @@ private Q_SLOTS:
         QCOMPARE(columnTexts(*dialog.table(), 2), QStringList("2"));
     }
 
+    void valuesBeyondTheColumnsAreNotShown()
+    {
+        NameValueListDialog dialog({ { "x", { "1", "2", "3" } }, { "y", {} } }, { "Name", "a" }, nullptr);
+        QCOMPARE(columnTexts(*dialog.table(), 1), QStringList({ "1", "(none)" }));
+        dialog.updateList(QList<NameValues> { { "x", { "4", "5" } }, { "y", { "6" } } }, nullptr);
+        QCOMPARE(columnTexts(*dialog.table(), 1), QStringList({ "4", "6" }));
+    }
+
+    void fewerThanTwoColumns()
+    {
+        const QList<QString> name { "Name" };
+        NameValueListDialog dialog(QList<NameValues> { { "x", { "1" } }, { "y", { "2" } } }, name, nullptr);
+        QCOMPARE(columnTexts(*dialog.table(), 0), QStringList({ "x", "y" }));
+        dialog.updateList(QList<NameValue> { { "v", "1" }, { "w", "2" } });
+        QCOMPARE(columnTexts(*dialog.table(), 0), QStringList({ "v", "w" }));
+        const QList<QString> none;
+        dialog.updateList(QList<NameValues> { { "x", { "1" } } }, &none);
+        QCOMPARE(dialog.table()->columnCount(), 0);
+        QCOMPARE(dialog.table()->rowCount(), 1);
+    }
+
+    void updateMayChangeTheColumns()
+    {
+        NameValueListDialog dialog({ { "a", { "1", "2" } } }, { "Name", "x", "y" }, nullptr);
+        const QList<QString> headers { "Key", "p", "q", "r" };
+        dialog.updateList(QList<NameValues> { { "a", { "7", "8", "9" } }, { "b", { "5" } } }, &headers);
+        QTableWidget& table = *dialog.table();
+        QCOMPARE(table.columnCount(), 4);
+        QCOMPARE(table.horizontalHeaderItem(0)->text(), "Key");
+        QCOMPARE(columnTexts(table, 3), QStringList({ "9", "(none)" }));
+        const QList<QString> fewer { "Key", "p" };
+        dialog.updateList(QList<NameValues> { { "c", { "3", "4" } } }, &fewer);
+        QCOMPARE(table.columnCount(), 2);
+        QCOMPARE(columnTexts(table, 1), QStringList("3"));
+    }
+
+    void savesManyColumns()
+    {
+        QTemporaryDir folder;
+        const QString path = folder.filePath("out.csv");
+        NameValueListDialog dialog({ { "a", { "1", "2" } }, { "b", { "3" } } }, { "Name", "x,1", "y" }, nullptr);
+        const FileDialogAnswer answer(path);
+        dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Save)->click();
+        QCOMPARE(answer.answered(), 1);
+        QCOMPARE(contentOf(path), QByteArray("Name,x,1,y\na,1,2\nb,3,\n"));
+    }
+
+    void hostMayAskForTheSave()
+    {
+        NameValueListDialog dialog(QList<NameValue>(), nullptr, "Name");
+        const FileDialogAnswer answer { QString() };
+        dialog.onSave();
+        QCOMPARE(answer.answered(), 1);
+        dialog.onButtonClicked(nullptr); // no button of the form
+        QVERIFY(dialog.isVisible());
+    }
+
     void updateShrinksTheTable()
     {
         NameValueListDialog dialog({ { "a", "1" }, { "b", "2" } }, nullptr, "Name");

@@ -1,118 +1,15 @@
 // The two choosers of paths on the server's side, against a scripted server.
-#include "support/scriptedserver.h"
-#include "support/support.h"
+#include "dialogs/chooser.h"
 
-#include <tarnis/dialogs/selectdirectorydialog.h>
-#include <tarnis/dialogs/selectpathdialog.h>
-#include <tarnis/server/tarnissession.h>
-
-#include <QComboBox>
-#include <QDialogButtonBox>
 #include <QEvent>
-#include <QLineEdit>
-#include <QListWidget>
-#include <QMessageBox>
 #include <QMetaMethod>
-#include <QPushButton>
-#include <QSignalSpy>
 #include <QTest>
-#include <QTimer>
 
-#include <memory>
-
-using tarnis::testing::eventually;
-using tarnis::testing::ScriptedServer;
-using tarnis::testing::Step;
+using namespace tarnis::testing;
 
 namespace {
 
-/// Answers the message box that opens next and keeps what it said.
-class BoxAnswer : public QObject {
-public:
-    explicit BoxAnswer(QMessageBox::StandardButton button)
-        : m_button(button)
-    {
-        connect(&m_timer, &QTimer::timeout, this, &BoxAnswer::look);
-        m_timer.start(5);
-    }
-    QString text;
-    QString title;
-    QMessageBox::StandardButton defaultButton = QMessageBox::NoButton;
-
-private:
-    void look()
-    {
-        auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-        if (!box)
-            return;
-        m_timer.stop();
-        text = box->text();
-        title = box->windowTitle();
-        if (box->defaultButton())
-            defaultButton = box->standardButton(box->defaultButton());
-        box->button(m_button)->click();
-    }
-
-    QMessageBox::StandardButton m_button;
-    QTimer m_timer;
-};
-
-template <typename Dialog> class Chooser {
-public:
-    explicit Chooser(ScriptedServer& server_, const QString& dir)
-        : server(server_)
-        , model(ScriptedServer::host(), server.port(), server.prompt(), nullptr)
-        , dialog(std::make_unique<Dialog>(dir, &model, nullptr))
-        , accepted(dialog.get(), SIGNAL(accepted(QString)))
-    {
-        dialog->show();
-    }
-
-    QComboBox& combo() { return *dialog->template findChild<QComboBox*>(QStringLiteral("dirComboBox")); }
-    QListWidget& list() { return *dialog->template findChild<QListWidget*>(QStringLiteral("curDirListWidget")); }
-    QLineEdit& edit() { return *dialog->template findChild<QLineEdit*>(QStringLiteral("fileNameLineEdit")); }
-    QPushButton& ok()
-    {
-        return *dialog->template findChild<QDialogButtonBox*>(QStringLiteral("buttonBox"))
-                    ->button(QDialogButtonBox::Ok);
-    }
-
-    QStringList ancestors()
-    {
-        QStringList texts;
-        for (int i = 0; i < combo().count(); ++i)
-            texts.append(combo().itemText(i));
-        return texts;
-    }
-    QStringList names()
-    {
-        QStringList texts;
-        for (int i = 0; i < list().count(); ++i)
-            texts.append(list().item(i)->text());
-        return texts;
-    }
-    /// The request has been answered: the lists are enabled again.
-    bool settles()
-    {
-        return eventually([this] { return list().isEnabled() && combo().isEnabled(); });
-    }
-    bool shows(const QStringList& expected)
-    {
-        return eventually([&] { return list().isEnabled() && names() == expected; });
-    }
-    QListWidgetItem* item(const QString& text) { return list().findItems(text, Qt::MatchExactly).value(0); }
-    void doubleClick(const QString& text) { Q_EMIT list().itemDoubleClicked(item(text)); }
-
-    ScriptedServer& server;
-    TarnisSession model;
-    std::unique_ptr<Dialog> dialog;
-    QSignalSpy accepted;
-};
-
-using PathChooser = Chooser<SelectPathDialog>;
-using DirectoryChooser = Chooser<SelectDirectoryDialog>;
-
-tarnis::testing::Script listing(const QByteArray& lines)
+Script listing(const QByteArray& lines)
 {
     return { Step::text("OK:\n" + lines) };
 }
@@ -124,8 +21,7 @@ void serveTree(ScriptedServer& server)
     server.answer("ls-F \"/data\"", listing("b.txt\nrun/\nA.TXT\nnotes\nempty/\n"));
     server.answer("ls-F \"/data/run\"", listing("one.txt\n"));
     server.answer("ls-F \"/\"", listing("data/\n"));
-    server.answerOthers(
-        [](const std::string&) { return tarnis::testing::Script { Step::text("NG: no such folder\n") }; });
+    server.answerOthers([](const std::string&) { return Script { Step::text("NG: no such folder\n") }; });
 }
 
 QStringList methodsOf(const QMetaObject& meta)
@@ -226,6 +122,33 @@ private Q_SLOTS:
         QVERIFY(chooser.shows({ "data/" }));
     }
 
+    void eachStepOfTheHostMayFallBackAgain()
+    {
+        ScriptedServer server;
+        serveTree(server);
+        server.answer("pwd", listing("/locked\n"));
+        PathChooser chooser(server, "/locked"); // refused; so is the server's own folder, which is the same
+        QVERIFY(server.waitForRequests(2));
+        QVERIFY(chooser.settles());
+        chooser.dialog->setDir("/gone");
+        QVERIFY(server.waitForRequests(5));
+        QVERIFY(chooser.settles());
+        chooser.dialog->requestLs();
+        QVERIFY(server.waitForRequests(7));
+        QVERIFY(chooser.settles());
+        QCOMPARE(server.requests(),
+            QList<QByteArray>(
+                { "ls-F \"/locked\"", "pwd", "ls-F \"/gone\"", "pwd", "ls-F \"/locked\"", "ls-F \"/locked\"", "pwd" }));
+        server.answer("pwd", { Step::text("NG: not told\n") });
+        chooser.dialog->setDir("/gone");
+        QVERIFY(server.waitForRequests(9));
+        QVERIFY(chooser.settles());
+        QCOMPARE(chooser.dialog->getDir(), "/gone");
+        chooser.dialog->setDir("/lost");
+        QVERIFY(server.waitForRequests(11));
+        QCOMPARE(server.requests().mid(7), QList<QByteArray>({ "ls-F \"/gone\"", "pwd", "ls-F \"/lost\"", "pwd" }));
+    }
+
     void failingPwdLeavesTheDialogEmptyAndEnabled()
     {
         ScriptedServer server;
@@ -234,6 +157,10 @@ private Q_SLOTS:
         QVERIFY(chooser.settles());
         QVERIFY(chooser.ancestors().isEmpty());
         QCOMPARE(server.requests(), QList<QByteArray>({ "pwd" }));
+        DirectoryChooser twin(server, QString());
+        QVERIFY(twin.settles());
+        QVERIFY(twin.ancestors().isEmpty() && twin.names().isEmpty());
+        QCOMPARE(server.requests(), QList<QByteArray>({ "pwd", "pwd" }));
     }
 
     void quotesAreEscaped()
@@ -457,6 +384,40 @@ private Q_SLOTS:
         QCOMPARE(chooser.accepted.value(0).value(0).toString(), "/data/b.txt");
     }
 
+    void namesAreLookedUpAsTheyAreListed()
+    {
+        ScriptedServer server;
+        serveTree(server);
+        PathChooser chooser(server, "/data");
+        chooser.dialog->setExt({ "txt" }, true, true);
+        QVERIFY(eventually([&] { return chooser.list().count() == 4; }));
+        // Another case is another file.
+        chooser.edit().setText("B.TXT");
+        const BoxAnswer otherCase(QMessageBox::Ok);
+        chooser.ok().click();
+        QCOMPARE(otherCase.text, "File not found: B.TXT");
+        // Both flags: the file exists, so the question comes.
+        chooser.edit().setText("b.txt");
+        const BoxAnswer question(QMessageBox::Cancel);
+        chooser.ok().click();
+        QCOMPARE(question.text, "'b.txt' already exists. Do you want to overwrite it?");
+        QVERIFY(question.defaultButton != QMessageBox::Cancel); // unlike the twin's
+        QVERIFY(chooser.accepted.isEmpty());
+    }
+
+    void filesThatAreNotListedDoNotExist()
+    {
+        ScriptedServer server;
+        serveTree(server);
+        PathChooser chooser(server, "/data"); // lists folders only
+        QVERIFY(chooser.shows({ "empty/", "run/" }));
+        chooser.dialog->setExt({ "txt" }, false, true); // and does not filter again
+        QCOMPARE(chooser.names(), QStringList({ "empty/", "run/" }));
+        chooser.edit().setText("b.txt");
+        chooser.ok().click(); // no question
+        QCOMPARE(chooser.accepted.value(0).value(0).toString(), "/data/b.txt");
+    }
+
     void overwritingIsAskedFor_data()
     {
         QTest::addColumn<QMessageBox::StandardButton>("answer");
@@ -662,6 +623,18 @@ private Q_SLOTS:
         QCOMPARE(chooser.accepted.value(0).value(0).toString(), "/data/other");
     }
 
+    void directoryEntersAFolderOfTheRoot()
+    {
+        ScriptedServer server;
+        serveTree(server);
+        server.answer("pwd", listing("/\n"));
+        DirectoryChooser chooser(server, QString());
+        QVERIFY(chooser.shows({ "data/" }));
+        chooser.doubleClick("data/");
+        QVERIFY(chooser.shows({ "empty/", "run/" }));
+        QCOMPARE(lastRequest(server), "ls-F \"/data\"");
+    }
+
     void rootOfTheServerGivesTwoSlashes()
     {
         ScriptedServer server;
@@ -677,6 +650,125 @@ private Q_SLOTS:
     }
 
     // --- both
+
+    void requestsCarryTheirNames()
+    {
+        // What comes back are the very commands that were sent.
+        class Path : public SelectPathDialog {
+        public:
+            using SelectPathDialog::SelectPathDialog;
+            using SelectPathDialog::session;
+        };
+        class Directory : public SelectDirectoryDialog {
+        public:
+            using SelectDirectoryDialog::SelectDirectoryDialog;
+            using SelectDirectoryDialog::session;
+        };
+        ScriptedServer server;
+        serveTree(server);
+        server.answer("pwd", { Step::hold("pwd"), Step::text("OK:\n/data\n") });
+        TarnisSession model(ScriptedServer::host(), server.port(), server.prompt(), nullptr);
+        Path path(QString(), &model, nullptr);
+        QList<PTarnisCmd> commands;
+        const auto keep = [&](const PTarnisCmd& command, const QByteArray&) { commands.append(command); };
+        connect(path.session, &TarnisSession::result, this, keep);
+        server.open("pwd");
+        QVERIFY(eventually([&] { return commands.size() == 2; }));
+        server.answer("pwd", { Step::hold("twin"), Step::text("OK:\n/data\n") });
+        Directory directory(QString(), &model, nullptr);
+        connect(directory.session, &TarnisSession::result, this, keep);
+        server.open("twin");
+        QVERIFY(eventually([&] { return commands.size() == 4; }));
+        QStringList names;
+        for (const PTarnisCmd& command : std::as_const(commands)) {
+            QVERIFY(command->m_bUser1 && command->m_bUser2 && !command->m_bBinary);
+            names.append(command->m_cmdName);
+        }
+        QCOMPARE(names, QStringList({ "pathSelectPwd", "pathSelectLs", "pwd", "ls" }));
+    }
+
+    void comboBoxOrArgument()
+    {
+        ScriptedServer server;
+        serveTree(server);
+        PathChooser chooser(server, "/data");
+        QVERIFY(chooser.settles());
+        chooser.dialog->onDirComboIndexChanged("/other");
+        QVERIFY(server.waitForRequests(2));
+        QCOMPARE(lastRequest(server), "ls-F \"/data\"");
+        DirectoryChooser twin(server, "/data");
+        QVERIFY(server.waitForRequests(3));
+        QVERIFY(twin.settles());
+        twin.dialog->onDirComboIndexChanged("/data/run");
+        QVERIFY(server.waitForRequests(4));
+        QCOMPARE(lastRequest(server), "ls-F \"/data/run\"");
+    }
+
+    void entersAFolderByTheKeyboard()
+    {
+        ScriptedServer server;
+        serveTree(server);
+        PathChooser chooser(server, "/data");
+        DirectoryChooser twin(server, "/data");
+        chooser.dialog->setExt({ "txt" }, false, false);
+        QVERIFY(chooser.settles() && twin.shows({ "empty/", "run/" }));
+        chooser.list().setFocus();
+        chooser.list().setCurrentItem(chooser.item("run/"));
+        QTest::keyClick(&chooser.list(), Qt::Key_Return);
+        QVERIFY(eventually([&] { return chooser.dialog->getDir() == "/data/run"; }));
+        QVERIFY(chooser.settles());
+        QVERIFY(chooser.dialog->isVisible());
+        QCOMPARE(chooser.dialog->focusWidget(), &chooser.list()); // as before the request
+        twin.list().setFocus();
+        twin.list().setCurrentItem(twin.item("run/"));
+        QTest::keyClick(&twin.list(), Qt::Key_Enter, Qt::KeypadModifier);
+        QVERIFY(eventually([&] { return twin.ancestors().size() == 3; }));
+        QCOMPARE(twin.dialog->focusWidget(), &twin.list());
+        // On a file, and where nothing is current, Enter presses Ok as everywhere in the dialog.
+        QVERIFY(chooser.shows({ "one.txt" }));
+        chooser.list().setCurrentRow(0);
+        QTest::keyClick(&chooser.list(), Qt::Key_Return);
+        QCOMPARE(chooser.accepted.value(0).value(0).toString(), "/data/run/one.txt");
+        twin.list().setCurrentItem(nullptr);
+        QTest::keyClick(&twin.list(), Qt::Key_Return);
+        QCOMPARE(twin.accepted.value(0).value(0).toString(), "/data/run");
+    }
+
+    void focusStaysWhereTheUserPutsIt()
+    {
+        ScriptedServer server;
+        serveTree(server);
+        server.answer("ls-F \"/data/run\"", { Step::hold("ls"), Step::text("OK:\none.txt\n") });
+        PathChooser chooser(server, "/data");
+        chooser.dialog->setExt({ "txt" }, false, false);
+        QVERIFY(chooser.settles());
+        chooser.combo().setFocus();
+        chooser.dialog->setDir("/data/run");
+        QVERIFY(!chooser.combo().hasFocus());
+        QWidget* const cancel = chooser.dialog->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Cancel);
+        cancel->setFocus();
+        server.open("ls");
+        QVERIFY(chooser.settles());
+        QCOMPARE(chooser.dialog->focusWidget(), cancel);
+    }
+
+    void focusThatComesBackChoosesNothing()
+    {
+        ScriptedServer server;
+        serveTree(server);
+        PathChooser chooser(server, "/data");
+        chooser.dialog->setExt({ "txt" }, false, false);
+        QVERIFY(eventually([&] { return chooser.list().count() == 4; }));
+        chooser.list().setFocus();
+        chooser.list().setCurrentItem(nullptr);
+        chooser.edit().setText("typed");
+        chooser.dialog->requestLs();
+        QVERIFY(chooser.settles());
+        QCOMPARE(chooser.dialog->focusWidget(), &chooser.list());
+        QVERIFY(!chooser.list().currentItem());
+        QCOMPARE(chooser.edit().text(), "typed");
+        QVERIFY(chooser.ok().isEnabled());
+    }
 
     void cancelRejects()
     {
@@ -700,6 +792,21 @@ private Q_SLOTS:
         chooser.dialog->requestLs(); // harmless
         twin.dialog->requestPwd();
         QVERIFY(chooser.list().isEnabled());
+    }
+
+    void closingInMidReply()
+    {
+        ScriptedServer server;
+        server.answer("ls-F \"/data\"", { Step::raw("OK:\nrun/\n"), Step::hold("rest"), Step::text("end/\n") });
+        PathChooser chooser(server, "/data");
+        DirectoryChooser twin(server, "/data");
+        QVERIFY(server.waitForHold("rest", 2));
+        chooser.dialog->close();
+        twin.dialog->close();
+        server.open("rest");
+        QVERIFY(server.waitUntilDeserted());
+        QVERIFY(chooser.names().isEmpty() && twin.names().isEmpty());
+        QVERIFY(!chooser.dialog->isVisible() && !twin.dialog->isVisible());
     }
 
     void acceptingKeepsTheSessionUntilDestruction()

@@ -1,5 +1,6 @@
 // The statistics window against a scripted server.
 #include "support/scriptedserver.h"
+#include "support/virtualorder.h"
 
 #include <tarnis/dialogs/namevalue.h>
 #include <tarnis/dialogs/statdialog.h>
@@ -12,6 +13,7 @@
 using tarnis::testing::eventually;
 using tarnis::testing::ScriptedServer;
 using tarnis::testing::Step;
+using tarnis::testing::virtualIndex;
 
 namespace {
 
@@ -41,6 +43,13 @@ private Q_SLOTS:
         QCOMPARE(meta.methodCount() - meta.methodOffset(), 2);
         QCOMPARE(meta.method(meta.methodOffset()).methodSignature(), "result(PTarnisCmd,QByteArray)");
         QCOMPARE(meta.method(meta.methodOffset() + 1).methodSignature(), "error(int,QString)");
+    }
+
+    void virtualOrder()
+    {
+        const std::ptrdiff_t first = virtualIndex(&StatDialog::result);
+        QVERIFY(first > virtualIndex(&QDialog::reject));
+        QCOMPARE(virtualIndex(&StatDialog::error), first + 1);
     }
 
     void titleAndCommand()
