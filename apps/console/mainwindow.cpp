@@ -10,6 +10,7 @@
 #include "servercontroller.h"
 #include "settingspanel.h"
 #include "ui_mainwindow.h"
+#include "windowaccess.h"
 #include "windows/openwindows.h"
 
 #include <tarnis/foundation/helpers.h>
@@ -32,6 +33,7 @@ MainWindow::MainWindow(QSettings& memory)
     , m_desktopPalette(QApplication::palette())
 {
     ui->setupUi(this);
+    new WindowAccess(this); // the window's
     ui->viewMenu->addMenu(new LanguageMenu(m_memory, ui->viewMenu));
     m_commandPanel = new CommandPanel(*m_controller, this);
     m_settingsPanel = new SettingsPanel(*m_controller, this);
@@ -318,7 +320,9 @@ void MainWindow::showKeyboard()
     }
     rows += tr("<tr><td><b>Up, Down</b>&nbsp;&nbsp;&nbsp;</td><td>Walk through the commands that were typed</td></tr>"
                "<tr><td><b>F8</b></td><td>Press the button of the notice</td></tr>"
-               "<tr><td><b>F2</b></td><td>Edit the chosen setting</td></tr>");
+               "<tr><td><b>F2</b></td><td>Edit the chosen setting</td></tr>"
+               "<tr><td><b>F5</b></td><td>Update a live window</td></tr>"
+               "<tr><td><b>Menu, arrows, +, -, Home</b></td><td>In a plot: its tools, move, zoom, show all</td></tr>");
     auto* box = new QMessageBox(
         QMessageBox::NoIcon, tr("Keyboard"), QStringLiteral("<table>%1</table>").arg(rows), QMessageBox::Close, this);
     box->setObjectName(QStringLiteral("keyboardBox"));

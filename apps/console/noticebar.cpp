@@ -78,6 +78,8 @@ void NoticeBar::setNotice(const Notice& notice)
 
 void NoticeBar::setRemedyText()
 {
+    if (m_notice.remedy == Remedy::None)
+        return; // the button is hidden
     ui->remedyButton->setText(remedyText(m_notice.remedy));
     ui->remedyButton->setShortcut(Qt::Key_F8); // a new text takes it away
 }

@@ -3,6 +3,7 @@
 #include "windows/histogramchooser.h"
 #include "windows/histogramlist.h"
 #include "windows/openwindows.h"
+#include "windows/replyfit.h"
 
 #include <tarnis/plots/multivectorgraphwidget.h>
 #include <tarnis/plots/xy2dgraphwidget.h>
@@ -251,6 +252,75 @@ private Q_SLOTS:
         desk.choose("startAction");
         QVERIFY(desk.reaches(ServerState::Up));
         QVERIFY(list.isFilled(2));
+    }
+
+    // Replies that cannot be drawn.
+
+    void mapsThatDoNotFit_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<int>("values");
+        QTest::addColumn<bool>("fits");
+        QTest::newRow("as announced") << "OK: image, exported 2 x 3 y\n" << 6 << true;
+        QTest::newRow("as before") << "OK:\n" << 8 << true;
+        QTest::newRow("no data") << "OK: exported 2 x 3 y\n" << 0 << true;
+        QTest::newRow("too few") << "OK: exported 2 x 3 y\n" << 5 << false;
+        QTest::newRow("too many") << "OK: exported 2 x 3 y\n" << 7 << false;
+        QTest::newRow("negative") << "OK: exported -2 x -3 y\n" << 6 << false;
+        QTest::newRow("huge") << "OK: exported 2147483647 x 2147483647 y\n" << 6 << false;
+        QTest::newRow("no number") << "OK: exported two x 3 y\n" << 6 << false;
+    }
+    void mapsThatDoNotFit()
+    {
+        QFETCH(QString, text);
+        QFETCH(int, values);
+        QFETCH(bool, fits);
+        QCOMPARE(mapProblem(text, QByteArray(values * 8, '\0'), 2, 4).isEmpty(), fits);
+    }
+
+    void pairsThatDoNotFit_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<double>("x");
+        QTest::addColumn<bool>("fits");
+        QTest::newRow("inside") << "OK: total (0 10 5)\n" << 2.0 << true;
+        QTest::newRow("at the upper end") << "OK: total (0 10 5)\n" << 10.0 << false;
+        QTest::newRow("below") << "OK: total (0 10 5)\n" << -3.0 << false;
+        QTest::newRow("no number") << "OK: total (0 10 5)\n" << qQNaN() << false;
+        QTest::newRow("no axis") << "OK: total\n" << 2.0 << false;
+        QTest::newRow("axis first") << "(0 10 5)\n" << 2.0 << false;
+        QTest::newRow("two numbers") << "OK: total (0 10)\n" << 2.0 << false;
+        QTest::newRow("too many bins") << "OK: total (0 10 16777217)\n" << 2.0 << false;
+        QTest::newRow("no bins") << "OK: total (0 10 0)\n" << 2.0 << false;
+        QTest::newRow("no range") << "OK: total (0 0 5)\n" << 2.0 << false;
+    }
+    void pairsThatDoNotFit()
+    {
+        QFETCH(QString, text);
+        QFETCH(double, x);
+        QFETCH(bool, fits);
+        const double pair[] { x, 1.0 };
+        const QByteArray payload(reinterpret_cast<const char*>(pair), sizeof pair);
+        QCOMPARE(pairsProblem(text, payload).isEmpty(), fits);
+    }
+
+    void whatCannotBeDrawnIsSaidAndAskedForAgain()
+    {
+        Laboratory server;
+        server.answer("hist2d image bins:256", { Step::doubles({ 1, 2, 3 }, "OK: exported 2 x 2 y\n") });
+        server.answer("hist1d total pairs bins:1024", { Step::doubles({ 0, 5 }, "OK:\n") });
+        Desk desk;
+        desk.use(server);
+        QVERIFY(desk.reaches(ServerState::Up));
+        for (const char* const id : { "map", "pairs" }) {
+            const auto* const label = desk.find(id)->findChild<QLabel*>(QStringLiteral("infoLabel"));
+            QTRY_VERIFY_WITH_TIMEOUT(label->isVisible() && label->text().contains(u"is not shown"), patienceMs);
+        }
+        QVERIFY(!QApplication::activeModalWidget());
+        server.answer("hist2d image bins:256", { Step::doubles({ 1, 2, 3, 4 }, "OK: exported 2 x 2 y\n") });
+        auto* const map = desk.open<Graph2DDialog>("map");
+        QTRY_COMPARE_WITH_TIMEOUT(map->getGraphWidget()->getMaxValue(), 4.0, patienceMs);
+        QTRY_VERIFY(!map->findChild<QLabel*>(QStringLiteral("infoLabel"))->isVisible());
     }
 
     // Windows on the screen.

@@ -1203,10 +1203,6 @@
         <translation>%1 lässt sich nicht schreiben: %2. Wählen Sie einen anderen Ort.</translation>
     </message>
     <message>
-        <source>&lt;tr&gt;&lt;td&gt;&lt;b&gt;Up, Down&lt;/b&gt;&amp;nbsp;&amp;nbsp;&amp;nbsp;&lt;/td&gt;&lt;td&gt;Walk through the commands that were typed&lt;/td&gt;&lt;/tr&gt;&lt;tr&gt;&lt;td&gt;&lt;b&gt;F8&lt;/b&gt;&lt;/td&gt;&lt;td&gt;Press the button of the notice&lt;/td&gt;&lt;/tr&gt;&lt;tr&gt;&lt;td&gt;&lt;b&gt;F2&lt;/b&gt;&lt;/td&gt;&lt;td&gt;Edit the chosen setting&lt;/td&gt;&lt;/tr&gt;</source>
-        <translation>&lt;tr&gt;&lt;td&gt;&lt;b&gt;Auf, Ab&lt;/b&gt;&amp;nbsp;&amp;nbsp;&amp;nbsp;&lt;/td&gt;&lt;td&gt;Durch die getippten Befehle gehen&lt;/td&gt;&lt;/tr&gt;&lt;tr&gt;&lt;td&gt;&lt;b&gt;F8&lt;/b&gt;&lt;/td&gt;&lt;td&gt;Den Knopf des Hinweises drücken&lt;/td&gt;&lt;/tr&gt;&lt;tr&gt;&lt;td&gt;&lt;b&gt;F2&lt;/b&gt;&lt;/td&gt;&lt;td&gt;Die gewählte Einstellung ändern&lt;/td&gt;&lt;/tr&gt;</translation>
-    </message>
-    <message>
         <source>Keyboard</source>
         <translation>Tastatur</translation>
     </message>
@@ -1238,6 +1234,10 @@
         <source>Close all windows but this one</source>
         <translation>Alle Fenster außer diesem schließen</translation>
     </message>
+    <message>
+        <source>&lt;tr&gt;&lt;td&gt;&lt;b&gt;Up, Down&lt;/b&gt;&amp;nbsp;&amp;nbsp;&amp;nbsp;&lt;/td&gt;&lt;td&gt;Walk through the commands that were typed&lt;/td&gt;&lt;/tr&gt;&lt;tr&gt;&lt;td&gt;&lt;b&gt;F8&lt;/b&gt;&lt;/td&gt;&lt;td&gt;Press the button of the notice&lt;/td&gt;&lt;/tr&gt;&lt;tr&gt;&lt;td&gt;&lt;b&gt;F2&lt;/b&gt;&lt;/td&gt;&lt;td&gt;Edit the chosen setting&lt;/td&gt;&lt;/tr&gt;&lt;tr&gt;&lt;td&gt;&lt;b&gt;F5&lt;/b&gt;&lt;/td&gt;&lt;td&gt;Update a live window&lt;/td&gt;&lt;/tr&gt;&lt;tr&gt;&lt;td&gt;&lt;b&gt;Menu, arrows, +, -, Home&lt;/b&gt;&lt;/td&gt;&lt;td&gt;In a plot: its tools, move, zoom, show all&lt;/td&gt;&lt;/tr&gt;</source>
+        <translation>&lt;tr&gt;&lt;td&gt;&lt;b&gt;Auf, Ab&lt;/b&gt;&amp;nbsp;&amp;nbsp;&amp;nbsp;&lt;/td&gt;&lt;td&gt;Durch die getippten Befehle gehen&lt;/td&gt;&lt;/tr&gt;&lt;tr&gt;&lt;td&gt;&lt;b&gt;F8&lt;/b&gt;&lt;/td&gt;&lt;td&gt;Den Knopf des Hinweises drücken&lt;/td&gt;&lt;/tr&gt;&lt;tr&gt;&lt;td&gt;&lt;b&gt;F2&lt;/b&gt;&lt;/td&gt;&lt;td&gt;Die gewählte Einstellung ändern&lt;/td&gt;&lt;/tr&gt;&lt;tr&gt;&lt;td&gt;&lt;b&gt;F5&lt;/b&gt;&lt;/td&gt;&lt;td&gt;Ein laufendes Fenster aktualisieren&lt;/td&gt;&lt;/tr&gt;&lt;tr&gt;&lt;td&gt;&lt;b&gt;Menü, Pfeile, +, -, Pos1&lt;/b&gt;&lt;/td&gt;&lt;td&gt;In einem Kurvenbild: seine Werkzeuge, verschieben, vergrößern, alles zeigen&lt;/td&gt;&lt;/tr&gt;</translation>
+    </message>
 </context>
 <context>
     <name>console::NoticeBar</name>
@@ -1260,6 +1260,21 @@
     <message>
         <source>Send Again (F8)</source>
         <translation>Wieder senden (F8)</translation>
+    </message>
+</context>
+<context>
+    <name>console::ReplyFit</name>
+    <message>
+        <source>The reply holds %1 values for %2 x %3 bins and is not shown.</source>
+        <translation>Die Antwort enthält %1 Werte für %2 x %3 Kanäle und wird nicht gezeigt.</translation>
+    </message>
+    <message>
+        <source>The reply tells no axis and is not shown: %1</source>
+        <translation>Die Antwort nennt keine Achse und wird nicht gezeigt: %1</translation>
+    </message>
+    <message>
+        <source>The reply holds a value outside of its axis and is not shown.</source>
+        <translation>Die Antwort enthält einen Wert außerhalb ihrer Achse und wird nicht gezeigt.</translation>
     </message>
 </context>
 <context>
@@ -1700,6 +1715,37 @@
     <message>
         <source>Needs a connected server. The values of before stay here.</source>
         <translation>Braucht einen verbundenen Server. Die bisherigen Werte bleiben hier.</translation>
+    </message>
+</context>
+<context>
+    <name>console::WindowAccess</name>
+    <message>
+        <source>How the curves are shown</source>
+        <translation>Wie die Kurven gezeigt werden</translation>
+    </message>
+    <message>
+        <source>Choose the visible curves</source>
+        <translation>Die sichtbaren Kurven wählen</translation>
+    </message>
+    <message>
+        <source>Progress</source>
+        <translation>Fortschritt</translation>
+    </message>
+    <message>
+        <source>Information</source>
+        <translation>Hinweis</translation>
+    </message>
+    <message>
+        <source>List</source>
+        <translation>Liste</translation>
+    </message>
+    <message>
+        <source>Table</source>
+        <translation>Tabelle</translation>
+    </message>
+    <message>
+        <source>Plot: %1</source>
+        <translation>Kurvenbild: %1</translation>
     </message>
 </context>
 </TS>

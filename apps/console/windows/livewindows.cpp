@@ -1,8 +1,10 @@
 #include "windows/livewindows.h"
 
 #include "availability.h"
+#include "replytext.h"
 #include "servercontroller.h"
 #include "sessionlink.h"
+#include "windows/replyfit.h"
 #include "windows/window.h"
 
 #include <tarnis/server/tarnissession.h>
@@ -80,6 +82,18 @@ LiveCurves::LiveCurves(const WindowContext& context, const CurvesRequest& reques
     connect(&m_keeper, &SessionKeeper::wanted, this, &LiveCurves::resume);
 }
 
+void LiveCurves::result(PTarnisCmd command, QByteArray const& payload)
+{
+    const bool isData = command->m_bBinary && replyKind(command->m_replyText) != ReplyKind::Refused;
+    const QString problem = pairMode && isData ? pairsProblem(command->m_replyText, payload) : QString();
+    if (problem.isEmpty() || !isVisible()) {
+        Graph1DDialog::result(command, payload);
+        return;
+    }
+    setInfoText(problem);
+    timer->start();
+}
+
 void LiveCurves::error(int /*code*/, QString const& text)
 {
     m_keeper.fail(sender(), text);
@@ -118,6 +132,18 @@ LiveMap::LiveMap(const WindowContext& context, const MapRequest& request)
     wrapInfo(*this);
     connect(&m_keeper, &SessionKeeper::lost, this, &LiveMap::onLost);
     connect(&m_keeper, &SessionKeeper::wanted, this, &LiveMap::resume);
+}
+
+void LiveMap::result(PTarnisCmd command, QByteArray payload)
+{
+    const bool isData = command->m_bBinary && replyKind(command->m_replyText) != ReplyKind::Refused;
+    const QString problem = isData ? mapProblem(command->m_replyText, payload, binsX, binsY) : QString();
+    if (problem.isEmpty() || !isVisible()) {
+        Graph2DDialog::result(command, payload);
+        return;
+    }
+    setInfoText(problem);
+    timer->start();
 }
 
 void LiveMap::error(int /*socketError*/, QString message)

@@ -27,12 +27,13 @@ struct CurvesRequest {
     int last = 0;
 };
 
-/// A refusal stands below the plot, and the polling goes on.
+/// A refusal, and a reply that cannot be drawn, stand below the plot, and the polling goes on.
 class LiveCurves : public Graph1DDialog {
     Q_OBJECT
 public:
     LiveCurves(const WindowContext& context, const CurvesRequest& request);
 
+    void result(PTarnisCmd command, QByteArray const& payload) override;
     void error(int code, QString const& text) override;
     bool onResultExInfo(QList<QString> const& lines) override;
 
@@ -58,12 +59,13 @@ struct MapRequest {
     QString command;
 };
 
-/// A refusal stands below the plot, and the polling goes on.
+/// A refusal, and a reply that cannot be drawn, stand below the plot, and the polling goes on.
 class LiveMap : public Graph2DDialog {
     Q_OBJECT
 public:
     LiveMap(const WindowContext& context, const MapRequest& request);
 
+    void result(PTarnisCmd command, QByteArray payload) override;
     void error(int socketError, QString message) override;
     bool onResultExInfo(QList<QString> const& lines) override;
 

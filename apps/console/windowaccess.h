@@ -1,0 +1,26 @@
+// What every window of the console has for people without a mouse or without sight: plots that take the keyboard, a key
+// to update, a name on each control.
+#pragma once
+
+#include <QObject>
+
+class QWidget;
+
+namespace console {
+
+/// Watches all windows of the application, the library's among them: each that comes up gets names on its nameless
+/// controls, F5 on its Update button, and keys in its plots. The menu key opens a plot's tools, arrows move it by a
+/// tenth of its range, plus and minus zoom along X, Home shows everything again. GUI thread.
+class WindowAccess : public QObject {
+    Q_OBJECT
+public:
+    explicit WindowAccess(QObject* parent);
+
+protected:
+    bool eventFilter(QObject* object, QEvent* event) override;
+    void makeAccessible(QWidget& window);
+
+    QObject* m_plotKeys;
+};
+
+} // namespace console

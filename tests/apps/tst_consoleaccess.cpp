@@ -1,0 +1,380 @@
+// Every window of the console for people without a mouse or without sight: names, keys, tab order, contrast, in both
+// languages.
+#include "apps/desk.h"
+#include "colours.h"
+#include "language.h"
+#include "windows/histogramchooser.h"
+#include "windows/openwindows.h"
+
+#include <tarnis/dialogs/graph1ddialog.h>
+#include <tarnis/dialogs/graph2ddialog.h>
+#include <tarnis/plots/multivectorgraphwidget.h>
+#include <tarnis/plots/xy2dgraphwidget.h>
+
+#include <QAbstractSpinBox>
+#include <QAccessible>
+#include <QApplication>
+#include <QComboBox>
+#include <QContextMenuEvent>
+#include <QHeaderView>
+#include <QMenu>
+#include <QMenuBar>
+#include <QPlainTextEdit>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QShortcut>
+#include <QStyle>
+
+#include <cmath>
+
+using namespace console;
+using namespace tarnis::testing;
+
+namespace {
+
+/// A server that answers everything that the windows ask.
+class Laboratory : public ScriptedServer {
+public:
+    Laboratory()
+    {
+        answer("hist1d time 0 7 bins:1024", { Step::doubles({ 1, 2, 3, 4, 5, 6, 7, 8 }, "OK:\n") });
+        answer("hist1d total pairs bins:1024", { Step::doubles({ 0, 5 }, "OK: (0 40000 1024)\n") });
+        answer("hist1d position 0", { Step::doubles({ 1, 2 }, "OK:\n") });
+        answer("hist2d image bins:256", { Step::doubles({ 1, 2, 3, 4 }, "OK: exported 2 x 2 y\n") });
+        answer("stat", { Step::text("OK:\nevents: 12\n") });
+        answer("setting", { Step::text("OK:\nrate: 12\n") });
+        answer("pwd", { Step::text("OK:\n/data\n") });
+        answer("ls-F \"/data\"", { Step::text("OK:\nrun000001_20260101/\nold/\n") });
+        answer("hists", { Step::text("OK:\ntime: kind=1d rows=1 bins=4 min=0 max=1 label=Time unit=us\n") });
+    }
+};
+
+/// A desk with every window of the menu open.
+struct FullDesk {
+    FullDesk()
+    {
+        desk.use(server);
+        if (!desk.reaches(ServerState::Up))
+            qFatal("no server");
+        for (const WindowEntry& entry : desk.window->entries()) {
+            QWidget* const window = desk.window->openWindow(entry);
+            if (!window)
+                qFatal("%s does not open", qPrintable(entry.id));
+            windows.append(window);
+        }
+        QCoreApplication::processEvents();
+    }
+    /// Changes the language; true when the windows have followed.
+    bool speaks(const QString& language) const
+    {
+        setLanguage(language);
+        const QString title = language == u"de" ? QStringLiteral("Ankunftszeiten") : QStringLiteral("Arrival Times");
+        return QTest::qWaitFor([&] { return windows.constFirst()->windowTitle() == title; }, patienceMs);
+    }
+    QList<QWidget*> all() const { return QList<QWidget*> { desk.window.get() } + windows; }
+
+    Laboratory server;
+    Desk desk;
+    QList<QWidget*> windows;
+};
+
+/// A part of a control, which the control speaks for.
+bool isInner(const QWidget& widget)
+{
+    return widget.objectName().startsWith(u"qt_") || qobject_cast<const QAbstractSpinBox*>(widget.parent())
+        || qobject_cast<const QComboBox*>(widget.parent()) || widget.inherits("QTableCornerButton")
+        || widget.inherits("QLineEditIconButton") || widget.inherits("QMenuBarExtension")
+        || widget.inherits("QHeaderView") || widget.inherits("QComboBoxPrivateContainer")
+        || widget.inherits("QComboBoxListView");
+}
+
+bool isControl(const QWidget& widget)
+{
+    return !isInner(widget)
+        && (qobject_cast<const QAbstractButton*>(&widget) || qobject_cast<const QLineEdit*>(&widget)
+            || qobject_cast<const QAbstractSpinBox*>(&widget) || qobject_cast<const QComboBox*>(&widget)
+            || qobject_cast<const QAbstractScrollArea*>(&widget) || qobject_cast<const QProgressBar*>(&widget)
+            || qobject_cast<const XYGraphWidget*>(&widget));
+}
+
+QString accessibleName(QWidget* widget)
+{
+    QAccessibleInterface* const interface = QAccessible::queryAccessibleInterface(widget);
+    return interface ? interface->text(QAccessible::Name) : QString();
+}
+
+QString placeOf(const QWidget& widget)
+{
+    return QStringLiteral("%1: %2 (%3)")
+        .arg(widget.window()->windowTitle(), widget.objectName(), QLatin1String(widget.metaObject()->className()));
+}
+
+QChar keyOf(const QString& text)
+{
+    const QKeySequence keys = QKeySequence::mnemonic(text);
+    return keys.isEmpty() ? QChar() : QChar(char16_t(keys[0].key()));
+}
+
+QMultiMap<QChar, QString> keysOf(const QStringList& texts)
+{
+    QMultiMap<QChar, QString> keys;
+    for (const QString& text : texts) {
+        if (const QChar key = keyOf(text); !key.isNull())
+            keys.insert(key, text);
+    }
+    return keys;
+}
+
+QStringList textsOf(const QWidget& window)
+{
+    QStringList texts;
+    for (const auto* button : window.findChildren<QAbstractButton*>()) {
+        if (button->window() == &window)
+            texts.append(button->text());
+    }
+    for (const auto* label : window.findChildren<QLabel*>()) {
+        if (label->window() == &window && label->buddy())
+            texts.append(label->text());
+    }
+    if (const auto* bar = window.findChild<QMenuBar*>()) {
+        for (const QAction* action : bar->actions())
+            texts.append(action->text());
+    }
+    return texts;
+}
+
+void compareNoSharedKeys(const QStringList& texts)
+{
+    const auto keys = keysOf(texts);
+    for (const QChar key : keys.uniqueKeys())
+        QVERIFY2(keys.count(key) == 1, qPrintable(keys.values(key).join(u'|')));
+}
+
+double luminance(const QColor& colour)
+{
+    const auto channel = [](double value) {
+        return value <= 0.03928 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * channel(colour.redF()) + 0.7152 * channel(colour.greenF()) + 0.0722 * channel(colour.blueF());
+}
+
+/// Contrast ratio of the Web Content Accessibility Guidelines 2.1, 1.4.3.
+double contrast(const QColor& a, const QColor& b)
+{
+    const double lighter = std::max(luminance(a), luminance(b));
+    const double darker = std::min(luminance(a), luminance(b));
+    return (lighter + 0.05) / (darker + 0.05);
+}
+
+} // namespace
+
+class TestConsoleAccess : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { QApplication::setQuitOnLastWindowClosed(false); }
+    void cleanup()
+    {
+        setLanguage(QStringLiteral("en"));
+        QApplication::setPalette(QApplication::style()->standardPalette());
+    }
+
+    void everyControlOfEveryWindowHasAName_data() { languageRows(); }
+    void everyControlOfEveryWindowHasAName()
+    {
+        QFETCH(QString, language);
+        const FullDesk full;
+        QVERIFY(full.speaks(language));
+        QStringList nameless;
+        for (const QWidget* window : full.all()) {
+            for (QWidget* widget : window->findChildren<QWidget*>()) {
+                if (isControl(*widget) && accessibleName(widget).isEmpty())
+                    nameless.append(placeOf(*widget));
+            }
+        }
+        QVERIFY2(nameless.isEmpty(), qPrintable(nameless.join(u'\n')));
+    }
+
+    void everyWindowHasATitle_data() { languageRows(); }
+    void everyWindowHasATitle()
+    {
+        QFETCH(QString, language);
+        const FullDesk full;
+        QVERIFY(full.speaks(language));
+        QStringList titles;
+        for (const QWidget* window : full.all()) {
+            QVERIFY2(!window->windowTitle().isEmpty() && window->windowTitle() != u"Dialog",
+                window->metaObject()->className());
+            titles.append(window->windowTitle());
+        }
+        QCOMPARE(titles.removeDuplicates(), 0);
+    }
+
+    void noTwoThingsShareAKey_data() { languageRows(); }
+    void noTwoThingsShareAKey()
+    {
+        QFETCH(QString, language);
+        const FullDesk full;
+        QVERIFY(full.speaks(language));
+        for (const QWidget* window : full.all())
+            compareNoSharedKeys(textsOf(*window));
+        for (const QMenu* menu : full.desk.window->findChildren<QMenu*>()) {
+            QStringList texts;
+            for (const QAction* action : menu->actions())
+                texts.append(action->text());
+            compareNoSharedKeys(texts);
+        }
+    }
+
+    void everyEntryOfTheMenusHasAKey_data() { languageRows(); }
+    void everyEntryOfTheMenusHasAKey()
+    {
+        QFETCH(QString, language);
+        const FullDesk full;
+        QVERIFY(full.speaks(language));
+        for (const QAction* title : full.desk.window->findChild<QMenuBar*>()->actions()) {
+            const QMenu* const menu = title->menu();
+            QVERIFY2(!keyOf(menu->title()).isNull(), qPrintable(menu->title()));
+            for (const QAction* action : menu->actions()) {
+                if (!action->isSeparator())
+                    QVERIFY2(!keyOf(action->text()).isNull(), qPrintable(action->text()));
+            }
+        }
+    }
+
+    void noTwoShortcutsAreTheSame()
+    {
+        const FullDesk full;
+        for (const QWidget* window : full.all()) {
+            QStringList keys;
+            for (const QAction* action : window->findChildren<QAction*>()) {
+                if (!action->shortcut().isEmpty())
+                    keys.append(action->shortcut().toString());
+            }
+            for (const QShortcut* shortcut : window->findChildren<QShortcut*>(QString(), Qt::FindDirectChildrenOnly))
+                keys.append(shortcut->key().toString());
+            QCOMPARE(keys.removeDuplicates(), 0);
+        }
+    }
+
+    void theTabKeyReachesEveryControl()
+    {
+        const FullDesk full;
+        QStringList missed;
+        for (QWidget* window : full.all()) {
+            QSet<const QWidget*> reached;
+            QWidget* widget = window;
+            do {
+                if (widget->focusPolicy() & Qt::TabFocus)
+                    reached.insert(widget);
+                widget = widget->nextInFocusChain();
+            } while (widget != window);
+            for (const QWidget* control : window->findChildren<QWidget*>()) {
+                // Update buttons of live windows have F5 instead.
+                const bool isKeyless = !isControl(*control) || qobject_cast<const QProgressBar*>(control)
+                    || control->objectName() == u"updatePushButton" || control->window() != window
+                    || control->inherits("QScrollArea");
+                if (!isKeyless && !reached.contains(control))
+                    missed.append(placeOf(*control));
+            }
+        }
+        QVERIFY2(missed.isEmpty(), qPrintable(missed.join(u'\n')));
+    }
+
+    void aLiveWindowIsUpdatedByF5()
+    {
+        const FullDesk full;
+        for (const QWidget* window : full.windows) {
+            if (!window->findChild<QPushButton*>(QStringLiteral("updatePushButton")))
+                continue;
+            const auto* const shortcut = window->findChild<QShortcut*>(QStringLiteral("updateShortcut"));
+            QVERIFY(shortcut);
+            QCOMPARE(shortcut->key(), QKeySequence(Qt::Key_F5));
+        }
+    }
+
+    void aPlotIsMovedAndZoomedByKeys()
+    {
+        FullDesk full;
+        auto* const window = full.desk.open<Graph1DDialog>("curves");
+        auto& plot = *window->getGraphWidget();
+        QTRY_VERIFY(plot.hasData());
+        plot.setFocus();
+        const auto range = [&] {
+            std::pair<double, double> ends;
+            plot.getMinMaxX(ends.first, ends.second);
+            return ends;
+        };
+        const auto whole = range();
+        QTest::keyClick(&plot, Qt::Key_Plus);
+        const auto zoomed = range();
+        QVERIFY(zoomed.first > whole.first && zoomed.second < whole.second);
+        QTest::keyClick(&plot, Qt::Key_Right);
+        QVERIFY(range().first > zoomed.first && range().second > zoomed.second);
+        QTest::keyClick(&plot, Qt::Key_Left);
+        QVERIFY(std::abs(range().first - zoomed.first) < 1e-6 * whole.second);
+        QTest::keyClick(&plot, Qt::Key_Minus);
+        QVERIFY(std::abs(range().second - whole.second) < 1e-6 * whole.second);
+        double bottom = 0.0;
+        double top = 0.0;
+        plot.getMinMaxY(bottom, top);
+        QTest::keyClick(&plot, Qt::Key_Up);
+        double movedBottom = 0.0;
+        double movedTop = 0.0;
+        plot.getMinMaxY(movedBottom, movedTop);
+        QVERIFY(movedTop > top);
+        QTest::keyClick(&plot, Qt::Key_Home);
+        QCOMPARE(range(), whole);
+    }
+
+    void theMenuKeyOpensAPlotsTools()
+    {
+        FullDesk full;
+        for (const char* const id : { "curves", "map" }) {
+            QWidget* const window = full.desk.find(id);
+            auto* const plot = window->findChild<XYGraphWidget*>();
+            QContextMenuEvent event(QContextMenuEvent::Keyboard, QPoint(), plot->mapToGlobal(QPoint()));
+            QApplication::sendEvent(plot, &event);
+            auto* const menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+            QVERIFY(menu);
+            QCOMPARE(menu->actions().size(), plot->actions().size());
+            menu->close();
+        }
+    }
+
+    void textStandsOutInEveryWindow_data()
+    {
+        QTest::addColumn<QPalette>("palette");
+        QTest::newRow("light") << QPalette(QColor(0xefefef), QColor(0xefefef));
+        QTest::newRow("dark") << darkPalette();
+    }
+    void textStandsOutInEveryWindow()
+    {
+        QFETCH(QPalette, palette);
+        QApplication::setPalette(palette);
+        const FullDesk full;
+        for (const QWidget* window : full.all()) {
+            for (const QWidget* widget : window->findChildren<QWidget*>()) {
+                const bool hasText = isControl(*widget) || qobject_cast<const QLabel*>(widget);
+                if (!hasText || qobject_cast<const XYGraphWidget*>(widget)) // plots draw black on grey in any palette
+                    continue;
+                const QPalette own = widget->palette();
+                const QColor ground = own.color(QPalette::Active, widget->backgroundRole());
+                const QColor text = own.color(QPalette::Active, widget->foregroundRole());
+                QVERIFY2(contrast(ground, text) >= 4.5,
+                    qPrintable(placeOf(*widget) + text.name() + QStringLiteral(" on ") + ground.name()));
+            }
+        }
+    }
+
+private:
+    static void languageRows()
+    {
+        QTest::addColumn<QString>("language");
+        QTest::newRow("English") << QStringLiteral("en");
+        QTest::newRow("German") << QStringLiteral("de");
+    }
+};
+
+QTEST_MAIN(TestConsoleAccess)
+#include "tst_consoleaccess.moc"
