@@ -140,8 +140,11 @@ bool CurveLines::appendColumn(CurvePoint first, CurvePoint last, int topRow, int
 bool CurveLines::liesWithinColumns(QPoint to, Rows rowsAtTo) const
 {
     const QPoint from = m_previous.pixel;
-    return m_merging.joins && std::abs(to.x() - from.x()) == 1 && m_previousRows.covers(from.y(), to.y())
-        && rowsAtTo.covers(from.y(), to.y());
+    if (!m_merging.joins || std::abs(to.x() - from.x()) != 1)
+        return false;
+    const bool isStep = std::abs(to.y() - from.y()) <= 1; // its ends are all its pixels
+    return m_previousRows.covers(from.y(), isStep ? from.y() : to.y())
+        && rowsAtTo.covers(isStep ? to.y() : from.y(), to.y());
 }
 
 void CurveLines::join(CurvePoint to, Rows rowsAtTo)

@@ -58,6 +58,7 @@ private Q_SLOTS:
     void nothingOnOnePixel();
     void oneUprightLineAColumn();
     void leavesOutHiddenJoins();
+    void leavesOutStepsOfSmoothCurves();
     void keepsJoinsOfScaledScreens();
     void samplesOutsideOfTheAreaAreNotMerged();
     void aColumnForEachSampleAboveZero();
@@ -126,6 +127,20 @@ void TestCurveLines::leavesOutHiddenJoins()
         values[i] = i % 2 == 0 ? 10.0 : 90.0; // every column spans the same rows
     const QList<QLine> lines = joined(values, dense, all);
     QVERIFY(std::all_of(lines.cbegin(), lines.cend(), [](const QLine& line) { return line.x1() == line.x2(); }));
+}
+
+// A step of one row from column to column shows its ends alone, which the columns hold.
+void TestCurveLines::leavesOutStepsOfSmoothCurves()
+{
+    QList<double> values(400);
+    for (int i = 0; i < values.size(); ++i)
+        values[i] = 0.5 * i; // five rows a column, the next begins a row or none above
+    const QList<QLine> lines = joined(values, dense, all);
+    QCOMPARE(lines.size(), 40);
+    QVERIFY(std::all_of(lines.cbegin(), lines.cend(), [](const QLine& line) { return line.x1() == line.x2(); }));
+    for (int i = 0; i < values.size(); ++i)
+        values[i] = 0.02 * i; // most columns are one pixel, which the joins draw
+    QCOMPARE(joined(values, dense, all).size(), joined(values, dense, { true, false }).size());
 }
 
 void TestCurveLines::keepsJoinsOfScaledScreens()
