@@ -1,4 +1,5 @@
 // What a person gets out of the 2D plot: the read-out under the mouse, the menu of the colour bar, images, CSV, pages.
+#include "support/hugepictures.h"
 #include "support/map2dprobe.h"
 #include "support/modalwatchdog.h"
 #include "support/plothand.h"
