@@ -2,6 +2,7 @@
 
 #include "tarnis/foundation/helpers.h"
 #include "tarnis/plots/colorbar_p.h"
+#include "tarnis/plots/labeleditor_p.h"
 #include "tarnis/plots/plotnumbers_p.h"
 #include "tarnis/plots/plotpixmap_p.h"
 
@@ -159,8 +160,7 @@ void ColorBarWidget::openEditorAt(const QPoint& point)
     if (!onMax && !m_minRect.contains(point, true))
         return;
     QRect geometry = onMax ? m_maxRect : m_minRect;
-    m_editLine = new QLineEdit(QString::number(onMax ? m_max : m_min, 'g', 6), this);
-    m_editLine->setStyleSheet(QStringLiteral("color:black; background-color:white;"));
+    m_editLine = new tarnis::LabelEditor(QString::number(onMax ? m_max : m_min, 'g', 6), this);
     Q_EMIT beginEditingText();
     if (m_editLine == nullptr)
         return; // a receiver has dropped it again

@@ -2,7 +2,23 @@
 
 #include "tarnis/foundation/helpers.h"
 
+#include <QKeyEvent>
+
 namespace tarnis {
+
+LabelEditor::LabelEditor(const QString& text, QWidget* plot)
+    : QLineEdit(text, plot)
+{
+    setStyleSheet(QStringLiteral("color:black; background-color:white;"));
+}
+
+void LabelEditor::keyPressEvent(QKeyEvent* event)
+{
+    const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    QLineEdit::keyPressEvent(event);
+    if (isReturn)
+        event->accept();
+}
 
 QRect editorRect(QRect label, bool upright, const QRect& bounds)
 {

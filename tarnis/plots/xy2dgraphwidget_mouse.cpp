@@ -2,6 +2,7 @@
 #include "tarnis/plots/xy2dgraphwidget.h"
 
 #include "tarnis/plots/colorbarwidget.h"
+#include "tarnis/plots/labeleditor_p.h"
 #include "tarnis/plots/mapcut_p.h"
 #include "tarnis/plots/maptext_p.h"
 #include "tarnis/plots/plottool_p.h"
@@ -53,8 +54,7 @@ bool XY2DGraphWidget::takeEdge(Qt::MouseButton button, const QPoint& point)
 void XY2DGraphWidget::openEdgeEditor(const QPoint& point)
 {
     const double values[] = { 0.0, m_cutMinX, m_cutMaxX, m_cutMaxY, m_cutMinY };
-    m_edit = new QLineEdit(QString::number(values[m_cutDragEdge], 'g', 6), this);
-    m_edit->setStyleSheet(QStringLiteral("color:black; background-color:white;"));
+    m_edit = new tarnis::LabelEditor(QString::number(values[m_cutDragEdge], 'g', 6), this);
     connect(m_edit, &QLineEdit::returnPressed, this, &XY2DGraphWidget::on1dCutEntered);
     m_edit->move(point);
     m_edit->show();

@@ -50,8 +50,7 @@ void XYGraphWidget::openEditorAt(const QPoint& point)
     for (const EndLabel& label : labels) {
         if (!label.rect.contains(point, true))
             continue;
-        m_edit = new QLineEdit(editText(label.value), this);
-        m_edit->setStyleSheet(QStringLiteral("color:black; background-color:white;"));
+        m_edit = new tarnis::LabelEditor(editText(label.value), this);
         connect(m_edit, &QLineEdit::returnPressed, this, label.entered);
         const QRect geometry = tarnis::editorRect(label.rect, tarnis::isQuarterTurn(m_rotation), rect());
         m_edit->resize(geometry.size());

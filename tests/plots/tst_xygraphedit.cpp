@@ -6,8 +6,11 @@
 #include <tarnis/foundation/helpers.h>
 #include <tarnis/plots/xygraphwidget.h>
 
+#include <QDialog>
 #include <QInputDialog>
 #include <QPointer>
+#include <QPushButton>
+#include <QSignalSpy>
 
 namespace {
 
@@ -82,6 +85,7 @@ private Q_SLOTS:
     void unchangedTextAppliesTheRoundedNumber();
     void secondScaleIsSpokenByTheEditors();
 
+    void returnPressesNoButtonOfADialog();
     void anotherPressDropsTheEditor();
     void pressInAZoomModeDropsTheEditorAndZooms();
     void oneEditorAtATime();
@@ -339,6 +343,25 @@ void TestXYGraphEdit::secondScaleIsSpokenByTheEditors()
     QCOMPARE(plot->m_minX, 80.0);
     plot->paintNow();
     QCOMPARE(openEditor(MaxY)->text(), QString("100")); // Y has no second scale
+}
+
+void TestXYGraphEdit::returnPressesNoButtonOfADialog()
+{
+    QDialog dialog;
+    auto* const button = new QPushButton(&dialog);
+    const QSignalSpy clicks(button, &QPushButton::clicked);
+    plot->setParent(&dialog);
+    plot->show();
+    dialog.show();
+    for (const int key : { int(Qt::Key_Return), int(Qt::Key_Enter) }) {
+        QVERIFY(openEditor(MaxX));
+        QTest::keyClick(plot->m_edit, Qt::Key(key));
+        QCOMPARE(plot->m_edit, nullptr);
+    }
+    QCOMPARE(clicks.count(), 0);
+    QTest::keyClick(&dialog, Qt::Key_Return);
+    QCOMPARE(clicks.count(), 1);
+    plot->setParent(nullptr);
 }
 
 void TestXYGraphEdit::anotherPressDropsTheEditor()
