@@ -1,6 +1,6 @@
 #include "tarnis/dialogs/statdialog.h"
 
-#include "tarnis/dialogs/namevalue.h"
+#include "tarnis/dialogs/statreply_p.h"
 #include "tarnis/foundation/checkedconnect_p.h"
 #include "tarnis/server/tarnissession.h"
 
@@ -38,17 +38,7 @@ void StatDialog::sendCommand()
 
 void StatDialog::result(PTarnisCmd, QByteArray const& payload)
 {
-    QList<NameValue> values;
-    const QStringList lines = QString::fromUtf8(payload).split(QLatin1Char('\n'));
-    for (const QString& line : lines) {
-        const qsizetype colon = line.indexOf(QLatin1Char(':'));
-        if (colon <= 0)
-            continue;
-        const QString key = line.left(colon);
-        if (key != QLatin1String("OK") && key != QLatin1String("NG"))
-            nvUpdate(values, NameValue { key, line.mid(colon + 1) });
-    }
-    updateList(values);
+    updateList(tarnis::namedValues(QString::fromUtf8(payload)));
     sendCommand();
 }
 
