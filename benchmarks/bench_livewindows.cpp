@@ -257,22 +257,28 @@ double quantile(const std::vector<double>& sorted, double share)
     return sorted.empty() ? 0.0 : sorted[static_cast<std::size_t>(share * static_cast<double>(sorted.size() - 1))];
 }
 
-struct Memory {
-    double first = 0.0; ///< after the warm-up
-    double highest = 0.0;
-    double last = 0.0;
-
-    void add(double mebibytes)
+/// Once a second after the warm-up.
+class Memory {
+public:
+    void add(double mebibytes) { m_samples.push_back(mebibytes); }
+    /// By the lowest values of both halves: a reply that is under way is no growth.
+    double growth() const
     {
-        first = first == 0.0 ? mebibytes : first;
-        highest = std::max(highest, mebibytes);
-        last = mebibytes;
+        const auto middle = m_samples.begin() + static_cast<std::ptrdiff_t>(m_samples.size() / 2);
+        return m_samples.size() < 2
+            ? 0.0
+            : *std::min_element(middle, m_samples.end()) - *std::min_element(m_samples.begin(), middle);
     }
-    double growth() const { return last - first; }
     void print(const char* name) const
     {
-        std::printf("%-28s %8.1f %8.1f %8.1f MiB (after warm-up, highest, at the end)\n", name, first, highest, last);
+        if (m_samples.empty())
+            return;
+        const auto [lowest, highest] = std::minmax_element(m_samples.begin(), m_samples.end());
+        std::printf("%-28s %8.1f %8.1f %8.1f MiB (lowest, highest, growth)\n", name, *lowest, *highest, growth());
     }
+
+private:
+    std::vector<double> m_samples;
 };
 
 int run(const Kind& kind, int seconds)
