@@ -45,7 +45,8 @@ private:
     struct RowLine {
         int row = -1; ///< none
         std::vector<QRgb> pixels; ///< and some room behind them
-        std::vector<int> gaps; ///< pixels that are transparent
+        std::vector<int> gaps; ///< pixels that are transparent, and some room behind them
+        int gapCount = 0;
         bool losesCorner = false; ///< in its lowest line
     };
     static constexpr int noCorner = -1;

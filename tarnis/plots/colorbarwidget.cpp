@@ -2,6 +2,7 @@
 
 #include "tarnis/foundation/helpers.h"
 #include "tarnis/plots/colorbar_p.h"
+#include "tarnis/plots/labelcache_p.h"
 #include "tarnis/plots/labeleditor_p.h"
 #include "tarnis/plots/plotnumbers_p.h"
 #include "tarnis/plots/plotpixmap_p.h"
@@ -13,6 +14,7 @@
 
 ColorBarWidget::ColorBarWidget(QWidget* parent)
     : DoubleBufferedWidget(parent)
+    , m_labels(std::make_unique<tarnis::LabelCache>())
 {
 }
 
@@ -133,10 +135,11 @@ int ColorBarWidget::paintTicks(QPainter& painter, const QRect& rect, const QRect
         const double y = bar.top() + i * (static_cast<double>(bar.height()) / intervals);
         painter.drawLine(QLineF(right, y, right + charSize.width() / 2, y));
         const QString label = numStr(tarnis::colorBarValue({ m_min, m_max }, m_logScale, intervals - i, intervals));
-        painter.drawText(QRectF(right + charSize.width(), y - charSize.height() / 2,
-                             rect.width() - bar.width() - charSize.width(), charSize.height()),
+        m_labels->draw(painter,
+            QRectF(right + charSize.width(), y - charSize.height() / 2, rect.width() - bar.width() - charSize.width(),
+                charSize.height()),
             Qt::AlignLeft | Qt::AlignVCenter, label);
-        widest = qMax(widest, metrics.horizontalAdvance(label));
+        widest = qMax(widest, m_labels->advanceOf(label, metrics));
     }
     return widest;
 }

@@ -8,9 +8,14 @@
 #include <QList>
 #include <QRect>
 
+#include <memory>
+
 QT_BEGIN_NAMESPACE
 class QLineEdit;
 QT_END_NAMESPACE
+namespace tarnis {
+class LabelCache;
+}
 
 /// A colour scale. Numbers count as equal within DBL_EPSILON of the larger magnitude (of 1 for smaller ones).
 class TARNIS_EXPORT ColorBarWidget : public DoubleBufferedWidget {
@@ -72,6 +77,8 @@ protected:
     QRect m_minRect; ///< click areas of the end labels, as of the latest paint
     QRect m_maxRect;
     QLineEdit* m_editLine = nullptr; ///< the open editor, a child
+
+    std::unique_ptr<tarnis::LabelCache> m_labels; ///< layouts of the labels
 
     /// Draws marks and labels; returns the width of the widest label.
     int paintTicks(QPainter& painter, const QRect& rect, const QRect& bar, QSize charSize) const;

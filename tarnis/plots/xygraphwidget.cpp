@@ -2,6 +2,7 @@
 // events), _edit (editors of the axis ends), _range (selection of an X range), _files (saving and printing).
 #include "tarnis/plots/xygraphwidget.h"
 
+#include "tarnis/plots/labelcache_p.h"
 #include "tarnis/plots/plotnumbers_p.h"
 
 #include <QAction>
@@ -38,6 +39,7 @@ XYGraphWidget::XYGraphWidget(QWidget* parent)
     , m_rubberBand(QRubberBand::Rectangle, this)
     , m_funcX2Tick(identity)
     , m_funcTick2X(identity)
+    , m_labels(std::make_unique<tarnis::LabelCache>())
 {
     QPalette colours = palette();
     colours.setBrush(QPalette::Window, Qt::lightGray);

@@ -13,14 +13,17 @@
 #include <QRubberBand>
 #include <QString>
 
+#include <memory>
+
 QT_BEGIN_NAMESPACE
 class QAction;
 class QLineEdit;
 QT_END_NAMESPACE
 class XRangeInputDialog;
 namespace tarnis {
+class LabelCache;
 struct PlotRanges;
-}
+} // namespace tarnis
 
 /// A plot frame. A subclass draws its data in onPaint(), inside the clipped plot rectangle. Setters store and do not
 /// repaint unless they say so: end a batch with refreshPixmap().
@@ -237,6 +240,8 @@ protected:
     // Selection of an X range
     QString m_xRangeName;
     XRangeInputDialog* m_xRangeDialog = nullptr; ///< the open box, a child
+
+    std::unique_ptr<tarnis::LabelCache> m_labels; ///< layouts of tick labels
 
     // Steps of the mouse tools and editors
     TARNIS_NO_EXPORT tarnis::PlotRanges visibleRanges() const;

@@ -2,6 +2,7 @@
 #include "tarnis/plots/xygraphwidget.h"
 
 #include "tarnis/foundation/helpers.h"
+#include "tarnis/plots/labelcache_p.h"
 #include "tarnis/plots/pixeltarget_p.h"
 #include "tarnis/plots/plotaxis_p.h"
 #include "tarnis/plots/plotmap_p.h"
@@ -87,7 +88,8 @@ void keepEnds(const QList<TickRecord>& records, bool upright, int frameHeight, Q
 }
 
 /// Draws marks and labels, the last record first. A drawn label clears the later ones that it touches.
-template <typename DrawMark> void paintTicks(QPainter& painter, QList<TickRecord> records, int flags, DrawMark drawMark)
+template <typename DrawMark>
+void paintTicks(QPainter& painter, tarnis::LabelCache& labels, QList<TickRecord> records, int flags, DrawMark drawMark)
 {
     std::rotate(records.begin(), records.end() - 1, records.end());
     for (qsizetype i = 0; i < records.size(); ++i) {
@@ -95,7 +97,7 @@ template <typename DrawMark> void paintTicks(QPainter& painter, QList<TickRecord
         drawMark(record.position);
         if (record.label.isEmpty())
             continue;
-        painter.drawText(record.rect, flags, record.label);
+        labels.draw(painter, record.rect, flags, record.label);
         for (qsizetype later = i + 1; later < records.size(); ++later) {
             if (records.at(later).rect.intersects(record.rect))
                 records[later].label.clear();
@@ -193,9 +195,9 @@ void XYGraphWidget::paint(QPainter& painter, QRect* rect)
     m_graphRect = graph;
     painter.setPen(Qt::black);
     paintNames(painter, frame, graph, m_nameX, m_nameY);
-    paintTicks(painter, labelsX, Qt::AlignHCenter | Qt::AlignTop,
+    paintTicks(painter, *m_labels, labelsX, Qt::AlignHCenter | Qt::AlignTop,
         [&](int column) { painter.drawLine(column, graph.bottom(), column, graph.bottom() + 3); });
-    paintTicks(painter, labelsY, Qt::AlignRight | Qt::AlignVCenter,
+    paintTicks(painter, *m_labels, labelsY, Qt::AlignRight | Qt::AlignVCenter,
         [&](int row) { painter.drawLine(graph.left() - 3, row, graph.left(), row); });
     if (!m_notes.isEmpty())
         paintNotes(painter, frame, graph, m_notes);
