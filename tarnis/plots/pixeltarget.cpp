@@ -64,7 +64,9 @@ std::optional<PixelTarget> pixelTargetOf(const QPainter& painter)
     const QRegion clip = painter.hasClipping() ? painter.clipRegion() : QRegion();
     // The engine writes to the image's own bytes, unshared since it began.
     const QImage* image = plainImageBehind(painter);
-    if (image == nullptr || clip.rectCount() > 1 || engine.systemClip().rectCount() > 1)
+    // The engine rounds a clip of fractions in its own way.
+    const bool roundedClip = painter.hasClipping() && painter.clipBoundingRect() != QRectF(clip.boundingRect());
+    if (image == nullptr || roundedClip || clip.rectCount() > 1 || engine.systemClip().rectCount() > 1)
         return std::nullopt;
     PixelTarget target { { const_cast<uchar*>(image->constBits()), image->bytesPerLine() }, image->rect(),
         deviceRect(engine), *offset };

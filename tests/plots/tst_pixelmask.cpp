@@ -6,6 +6,7 @@
 
 #include <QImage>
 #include <QPainter>
+#include <QPainterPath>
 #include <QTest>
 #include <QWidget>
 
@@ -81,6 +82,57 @@ void prepareTwoClips(QPainter& painter)
 {
     painter.setPen(Qt::white);
     painter.setClipRegion(QRegion(10, 10, 60, 60) + QRegion(90, 30, 100, 90));
+}
+
+void prepareFractionalClip(QPainter& painter)
+{
+    painter.setPen(Qt::white);
+    painter.setClipRect(QRectF(31.4, 17.6, 201.3, 110.8));
+}
+
+void prepareEllipse(QPainter& painter)
+{
+    painter.setPen(Qt::white);
+    QPainterPath path;
+    path.addEllipse(QRectF(20.0, 10.0, 220.0, 150.0));
+    painter.setClipPath(path);
+}
+
+void prepareRectangularPath(QPainter& painter)
+{
+    painter.setPen(Qt::white);
+    QPainterPath path;
+    path.addRect(QRectF(20.5, 10.5, 220.0, 150.0));
+    painter.setClipPath(path);
+}
+
+void prepareClipWithinClip(QPainter& painter)
+{
+    painter.setPen(Qt::white);
+    painter.setClipRect(QRect(10, 10, 200, 150));
+    painter.setClipRect(QRect(60, 5, 200, 100), Qt::IntersectClip);
+}
+
+void prepareClipOfAScale(QPainter& painter)
+{
+    painter.setPen(Qt::white);
+    painter.scale(1.3, 1.7);
+    painter.setClipRect(QRect(11, 13, 121, 71));
+    painter.resetTransform();
+}
+
+void prepareClipThenShift(QPainter& painter)
+{
+    painter.setPen(Qt::white);
+    painter.setClipRect(QRect(31, 17, 201, 111));
+    painter.translate(12, -9);
+}
+
+void prepareClipOff(QPainter& painter)
+{
+    painter.setPen(Qt::white);
+    painter.setClipRect(QRect(31, 17, 201, 111));
+    painter.setClipping(false);
 }
 
 void prepareShift(QPainter& painter)
@@ -262,6 +314,13 @@ void TestPixelMask::paintsAsThePainter_data()
     row("clipped", prepareClip);
     row("clipped away", prepareEmptyClip);
     row("clipped to two rectangles", prepareTwoClips);
+    row("clipped to fractions", prepareFractionalClip);
+    row("clipped to an ellipse", prepareEllipse);
+    row("clipped to a path that is a rectangle", prepareRectangularPath);
+    row("clipped twice", prepareClipWithinClip);
+    row("clipped while it scaled", prepareClipOfAScale);
+    row("clipped, then shifted", prepareClipThenShift);
+    row("clip switched off", prepareClipOff);
     row("shifted", prepareShift);
     row("shifted by a fraction", prepareFractionalShift);
     row("turned", prepareQuarterTurn);
