@@ -123,42 +123,42 @@ void XY2DGraphWidget::updatePattern()
 
 void XY2DGraphWidget::onPatternRainbow1()
 {
-    setColors("#ff0000", "#ffff00", "#00ff00", "#0000ff", "#000000");
+    setColors(0xff0000U, 0xffff00U, 0x00ff00U, 0x0000ffU, 0x000000U);
 }
 
 void XY2DGraphWidget::onPatternRainbow2()
 {
-    setColors("#ff0000", "#ffff00", "#00ff00", "#0000ff", "#ff00ff");
+    setColors(0xff0000U, 0xffff00U, 0x00ff00U, 0x0000ffU, 0xff00ffU);
 }
 
 void XY2DGraphWidget::onPatternGrays()
 {
-    setColors("#ffffff", "#c0c0c0", "#808080", "#404040", "#000000");
+    setColors(0xffffffU, 0xc0c0c0U, 0x808080U, 0x404040U, 0x000000U);
 }
 
 void XY2DGraphWidget::onPatternBlueRedGreen()
 {
-    setColors("#00ff00", "#808000", "#ff0000", "#800080", "#0000ff");
+    setColors(0x00ff00U, 0x808000U, 0xff0000U, 0x800080U, 0x0000ffU);
 }
 
 void XY2DGraphWidget::onPatternRedWhiteBlue()
 {
-    setColors("#0000ff", "#8080ff", "#ffffff", "#ff8080", "#ff0000");
+    setColors(0x0000ffU, 0x8080ffU, 0xffffffU, 0xff8080U, 0xff0000U);
 }
 
 void XY2DGraphWidget::onPatternCyanMagenta()
 {
-    setColors("#ff00ff", "#c040ff", "#8080ff", "#40c0ff", "#00ffff");
+    setColors(0xff00ffU, 0xc040ffU, 0x8080ffU, 0x40c0ffU, 0x00ffffU);
 }
 
 void XY2DGraphWidget::onPatternYellowHot()
 {
-    setColors("#ffffff", "#ffff00", "#ff0000", "#800000", "#000000");
+    setColors(0xffffffU, 0xffff00U, 0xff0000U, 0x800000U, 0x000000U);
 }
 
 void XY2DGraphWidget::onPatternBlue()
 {
-    setColors("#ffffff", "#c0c0ff", "#0000ff", "#000080", "#000000");
+    setColors(0xffffffU, 0xc0c0ffU, 0x0000ffU, 0x000080U, 0x000000U);
 }
 
 void XY2DGraphWidget::onColorReverse()
