@@ -13,6 +13,12 @@ namespace {
 
 constexpr int mostLinesAtFirst = 1024;
 
+/// Pixels may lie further apart than an int can tell.
+qint64 distance(int a, int b)
+{
+    return std::abs(qint64(a) - b);
+}
+
 bool countsAsZero(double value)
 {
     return plotEqual(value, 0.0);
@@ -140,9 +146,9 @@ bool CurveLines::appendColumn(CurvePoint first, CurvePoint last, int topRow, int
 bool CurveLines::liesWithinColumns(QPoint to, Rows rowsAtTo) const
 {
     const QPoint from = m_previous.pixel;
-    if (!m_merging.joins || std::abs(to.x() - from.x()) != 1)
+    if (!m_merging.joins || distance(to.x(), from.x()) != 1)
         return false;
-    const bool isStep = std::abs(to.y() - from.y()) <= 1; // its ends are all its pixels
+    const bool isStep = distance(to.y(), from.y()) <= 1; // its ends are all its pixels
     return m_previousRows.covers(from.y(), isStep ? from.y() : to.y())
         && rowsAtTo.covers(isStep ? to.y() : from.y(), to.y());
 }
