@@ -261,13 +261,15 @@ double quantile(const std::vector<double>& sorted, double share)
 class Memory {
 public:
     void add(double mebibytes) { m_samples.push_back(mebibytes); }
-    /// By the lowest values of both halves: a reply that is under way is no growth.
+    /// The lowest value of the second half above the median of the first: replies of 8 MiB come and go, and the heap
+    /// gives back late.
     double growth() const
     {
         const auto middle = m_samples.begin() + static_cast<std::ptrdiff_t>(m_samples.size() / 2);
-        return m_samples.size() < 2
-            ? 0.0
-            : *std::min_element(middle, m_samples.end()) - *std::min_element(m_samples.begin(), middle);
+        if (middle == m_samples.begin())
+            return 0.0;
+        const std::vector<double> before = sorted({ m_samples.begin(), middle });
+        return *std::min_element(middle, m_samples.end()) - before[before.size() / 2];
     }
     void print(const char* name) const
     {
