@@ -1,7 +1,8 @@
 // The GUI thread's share of what the choosers and tables of the server do: a folder of 10,000 entries from the reply to
 // the painted list (limit: usable within a second), and the statistics of 1,000 names from the reply to the table
 // (limit: less than 5 ms of every second). The counters are medians in milliseconds of the thread, beside them the
-// parts that the dialogs call: the sort by the language's rules, the list widget alone, the table widget alone.
+// parts that the dialogs call: the sort by the language's rules, the list widget alone, the items of the table alone.
+// The same folder on the simulated server is timed on the wall clock, from the request to the painted list.
 #include <tarnis/dialogs/selectdirectorydialog.h>
 #include <tarnis/dialogs/selectpathdialog.h>
 #include <tarnis/dialogs/statdialog.h>
@@ -9,9 +10,14 @@
 #include <tarnis/server/tarnissession.h>
 
 #include <QApplication>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
 #include <QListWidget>
 #include <QLoggingCategory>
+#include <QProcess>
 #include <QTableWidget>
+#include <QTemporaryDir>
 
 #include <benchmark/benchmark.h>
 
@@ -129,6 +135,55 @@ void directoryListing(benchmark::State& state)
     listFolder<SelectDirectoryDialog>(state, "ls");
 }
 BENCHMARK(directoryListing)->Arg(1000)->Arg(10000)->UseManualTime()->Iterations(21)->Unit(benchmark::kMillisecond);
+
+#ifdef SIMSERVER_PATH
+void listingFromTheServer(benchmark::State& state)
+{
+    const QTemporaryDir root;
+    const int count = static_cast<int>(state.range(0));
+    if (!QDir(root.path()).mkdir(QStringLiteral("many")))
+        std::abort();
+    for (int i = 0; i < count; ++i) {
+        QFile file(QStringLiteral("%1/many/Zählrate %2.txt").arg(root.path()).arg(i * 7919 % 100003));
+        if (!file.open(QIODevice::WriteOnly))
+            std::abort();
+    }
+    QProcess server;
+    server.start(QStringLiteral(SIMSERVER_PATH), { QStringLiteral("--root"), root.path() });
+    QByteArray line;
+    while (!line.endsWith('\n') && server.waitForReadyRead(10000))
+        line += server.readLine();
+    const QByteArray prompt("> ");
+    TarnisSession model(
+        QStringLiteral("127.0.0.1"), line.mid(line.lastIndexOf(' ') + 1).trimmed().toUShort(), &prompt, nullptr);
+    SelectPathDialog dialog(QStringLiteral("/"), &model, nullptr);
+    dialog.setExt({ "txt" }, false, false);
+    dialog.show();
+    QListWidget& list = *dialog.findChild<QListWidget*>();
+    const auto waitFor = [&](int entries) {
+        while (list.count() != entries || !list.isEnabled())
+            QApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    };
+    waitFor(1);
+    std::vector<double> times;
+    for ([[maybe_unused]] auto unused : state) {
+        QElapsedTimer elapsed;
+        elapsed.start();
+        dialog.setDir(QStringLiteral("/many"));
+        waitFor(count);
+        QApplication::processEvents();
+        list.viewport()->repaint();
+        times.push_back(static_cast<double>(elapsed.nsecsElapsed()) * 1e-6);
+        state.SetIterationTime(times.back() / 1000.0);
+        dialog.setDir(QStringLiteral("/"));
+        waitFor(1);
+    }
+    state.counters["wall_ms"] = median(times);
+    server.closeWriteChannel();
+    server.waitForFinished(5000);
+}
+BENCHMARK(listingFromTheServer)->Arg(10000)->UseManualTime()->Iterations(11)->Unit(benchmark::kMillisecond);
+#endif
 
 void statistics(benchmark::State& state)
 {
