@@ -104,14 +104,14 @@ void BinPixels::convertGroups(const double* values, const int* first, const int*
     const int all = first[count] - base;
     if (groups == nullptr && m_blendedValues <= 0 && all < 2 * count) {
         // Side by side they are looked up faster, even if some are never seen.
-        m_row.resize(static_cast<std::size_t>(all));
-        convertAt(values + base, nullptr, all, m_row.data());
+        m_row.resize(static_cast<std::size_t>(first[count])); // places as in the row itself
+        convertAt(values + base, nullptr, all, m_row.data() + base);
         const QRgb* row = m_row.data();
         for (int i = 0; i < count; ++i)
-            pixels[i] = row[first[i] - base];
-        fillEmptyGroups(first, groups, count, pixels, [row, base](const int* columns, int left, QRgb* found) {
+            pixels[i] = row[first[i]];
+        fillEmptyGroups(first, groups, count, pixels, [row](const int* columns, int left, QRgb* found) {
             for (int k = 0; k < left; ++k)
-                found[k] = row[columns[k] - base];
+                found[k] = row[columns[k]];
         });
         return;
     }

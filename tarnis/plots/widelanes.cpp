@@ -91,15 +91,13 @@ constexpr std::array<std::array<std::uint8_t, 8>, 256> chosenLanes()
 }
 constexpr auto laneOrders = chosenLanes();
 
-/// Places in the table of four values; `size` for what is not a whole count below it.
-TARNIS_WIDE_LANES inline __m128i tablePlaces(__m256d value, __m256d limit, __m128i size)
+/// Places in the table of four values; `size` for what is not a whole count below it. Negative numbers are large ones
+/// without a sign.
+TARNIS_WIDE_LANES inline __m128i tablePlaces(__m256d value, __m128i size)
 {
     const __m128i whole = _mm256_cvttpd_epi32(value);
-    const __m256d isWhole = _mm256_cmp_pd(_mm256_cvtepi32_pd(whole), value, _CMP_EQ_OQ);
-    const __m256d isPositive = _mm256_cmp_pd(value, _mm256_setzero_pd(), _CMP_GE_OQ);
-    const __m256d isSmall = _mm256_cmp_pd(value, limit, _CMP_LT_OQ);
-    const __m256d isPlace = _mm256_and_pd(isWhole, _mm256_and_pd(isPositive, isSmall));
-    return _mm_blendv_epi8(size, whole, narrowed(isPlace));
+    const __m256d isFraction = _mm256_cmp_pd(_mm256_cvtepi32_pd(whole), value, _CMP_NEQ_UQ);
+    return _mm_min_epu32(_mm_or_si128(whole, narrowed(isFraction)), size);
 }
 
 /// Four values, side by side or from columns.
@@ -114,19 +112,18 @@ template <bool fromColumns>
 TARNIS_WIDE_LANES bool lookUpLanes(
     const double* values, const int* columns, int count, const QRgb* table, int size, QRgb unknown, QRgb* pixels)
 {
-    const __m256d limit = _mm256_set1_pd(size);
     const __m128i outside = _mm_set1_epi32(size);
     alignas(16) std::array<int, lanes> places {};
     int i = 0;
     for (; i + lanes <= count; i += lanes) {
-        const __m128i place = tablePlaces(loadLanes<fromColumns>(values, columns, i), limit, outside);
+        const __m128i place = tablePlaces(loadLanes<fromColumns>(values, columns, i), outside);
         // Four loads are faster than a gather.
         _mm_store_si128(reinterpret_cast<__m128i*>(places.data()), place);
         for (int k = 0; k < lanes; ++k)
             pixels[i + k] = table[places[static_cast<std::size_t>(k)]];
     }
     for (; i < count; ++i) {
-        const __m128i place = tablePlaces(_mm256_set1_pd(values[fromColumns ? columns[i] : i]), limit, outside);
+        const __m128i place = tablePlaces(_mm256_set1_pd(values[fromColumns ? columns[i] : i]), outside);
         pixels[i] = table[_mm_cvtsi128_si32(place)];
     }
     unsigned int found = 0;
