@@ -105,8 +105,10 @@ protected:
     void resizeEvent(QResizeEvent* /*event*/) override { plot.onParentMoved(); }
     void changeEvent(QEvent* event) override
     {
-        if (event->type() == QEvent::ActivationChange && isActiveWindow())
-            plot.onParentActivate();
+        if (event->type() != QEvent::ActivationChange || !isActiveWindow())
+            return;
+        plot.onParentMoved(); // by now the window has its frame, beside which cuts and regions stand
+        plot.onParentActivate();
     }
 };
 
