@@ -670,13 +670,14 @@ private Q_SLOTS:
         TarnisSession model(ScriptedServer::host(), server.port(), server.prompt(), nullptr);
         Path path(QString(), &model, nullptr);
         QList<PTarnisCmd> commands;
+        QObject receiver;
         const auto keep = [&](const PTarnisCmd& command, const QByteArray&) { commands.append(command); };
-        connect(path.session, &TarnisSession::result, this, keep);
+        connect(path.session, &TarnisSession::result, &receiver, keep);
         server.open("pwd");
         QVERIFY(eventually([&] { return commands.size() == 2; }));
         server.answer("pwd", { Step::hold("twin"), Step::text("OK:\n/data\n") });
         Directory directory(QString(), &model, nullptr);
-        connect(directory.session, &TarnisSession::result, this, keep);
+        connect(directory.session, &TarnisSession::result, &receiver, keep);
         server.open("twin");
         QVERIFY(eventually([&] { return commands.size() == 4; }));
         QStringList names;
