@@ -18,16 +18,6 @@ bool isOrdinary(const BinSpan& span)
     return span.pixels > 0.0 && span.pixels <= largestBin && std::isfinite(span.low);
 }
 
-/// Fetches values from memory that will soon be read: rows lie about, so the processor does not foresee them.
-void fetch(const double* values, int count)
-{
-#ifdef __GNUC__
-    constexpr int valuesPerCacheLine = 8;
-    for (int i = 0; i < count; i += valuesPerCacheLine)
-        __builtin_prefetch(values + i);
-#endif
-}
-
 /// A bar of `width` pixels of one colour; up to `block` pixels behind it may be written too.
 template <int block> void paintBar(QRgb* pixels, int width, QRgb color)
 {
@@ -157,6 +147,18 @@ const double* BinRaster::valuesOf(const QList<double>& row)
     return m_paddedRow.data();
 }
 
+/// Fetches from memory what will soon be read: rows lie about, so the processor does not foresee them.
+void BinRaster::fetchRow(int row) const
+{
+#ifdef __GNUC__
+    constexpr qsizetype valuesPerCacheLine = 8;
+    const QList<double>& values = m_bins->at(row);
+    const qsizetype end = std::min<qsizetype>(m_firstColumn.back(), values.size());
+    for (qsizetype column = m_firstColumn.front(); column < end; column += valuesPerCacheLine)
+        __builtin_prefetch(values.constData() + column);
+#endif
+}
+
 BinRaster::RowLine& BinRaster::lineOf(int row)
 {
     for (RowLine& line : m_recent) {
@@ -173,12 +175,8 @@ void BinRaster::composeRow(int row, RowLine& line)
 {
     const double* values = valuesOf(m_bins->at(row));
     const int groups = static_cast<int>(m_left.size());
-    if (row > m_firstRow && spanOf(row - 1).isTopSomewhere) {
-        const QList<double>& next = m_bins->at(row - 1);
-        const int first = m_firstColumn.front();
-        fetch(
-            next.constData() + first, static_cast<int>(std::min<qsizetype>(m_firstColumn.back(), next.size())) - first);
-    }
+    if (row > m_firstRow && spanOf(row - 1).isTopSomewhere)
+        fetchRow(row - 1);
     line.row = row;
     line.pixels.resize(static_cast<std::size_t>(m_width) + barBlock);
     QRgb* groupPixels = m_isPixelEach ? line.pixels.data() : m_groupPixels.data();
@@ -191,6 +189,9 @@ void BinRaster::composeRow(int row, RowLine& line)
     line.losesCorner = m_corner != noCorner && cornerIsLost();
     line.gaps.resize(static_cast<std::size_t>(m_width) + placesBeyond);
     line.gapCount = listPixels(line.pixels.data(), m_width, BinPixels::noPixel, line.gaps.data());
+    // The next row is looked at here and there.
+    if (row > m_firstRow && !spanOf(row - 1).isTopSomewhere && line.gapCount > m_width / 8)
+        fetchRow(row - 1);
 }
 
 /// A later bar lies over the last pixel of the one before where both share it, unless it is transparent.
@@ -306,6 +307,8 @@ void BinRaster::fillGaps(int y, int row)
     int* gaps = m_gaps.data();
     if (m_isPixelEach && !spanOf(row).isTopSomewhere) {
         // Nothing else is ever seen of this row.
+        if (row > m_firstRow && spanOf(row - 1).isTopSomewhere)
+            fetchRow(row - 1);
         m_converter->convertGroups(valuesOf(m_bins->at(row)), m_firstColumn.data(), gaps, count, found);
     } else {
         const RowLine& line = lineOf(row);

@@ -56,6 +56,7 @@ private:
     void planRows(const BinView& view);
     LineSpan linesOf(const BinView& view, int row) const;
     const double* valuesOf(const QList<double>& row);
+    void fetchRow(int row) const;
     RowLine& lineOf(int row);
     void composeRow(int row, RowLine& line);
     void spreadGroups(QRgb* row);
