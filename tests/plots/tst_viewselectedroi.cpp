@@ -4,8 +4,10 @@
 #include <tarnis/plots/viewselectedroi.h>
 
 #include <QApplication>
+#include <QDialog>
 #include <QGridLayout>
 #include <QLabel>
+#include <QLineEdit>
 #include <QListWidget>
 #include <QMessageBox>
 #include <QMetaMethod>
@@ -125,6 +127,7 @@ private Q_SLOTS:
     void spinBoxesMoveEdges();
     void spinBoxSnapsBack();
     void spinBoxWithoutASelection();
+    void returnInASpinBoxPressesNoButton();
 
     void deleting();
     void deletingTheOnlyOne();
@@ -376,6 +379,25 @@ void TestViewSelectedROI::spinBoxWithoutASelection()
     view.y2.setValue(77);
     QVERIFY(view.changed.isEmpty());
     QCOMPARE(view.getRoiList().at(2), corners(9, 10, 11, 12));
+}
+
+void TestViewSelectedROI::returnInASpinBoxPressesNoButton()
+{
+    QDialog window;
+    View view;
+    view.setParent(&window);
+    view.show();
+    view.fill();
+    window.show();
+    const QSignalSpy deletes(&view.deleteButton, &QPushButton::clicked);
+    const QSignalSpy clears(&view.clearButton, &QPushButton::clicked);
+    view.deleteButton.disconnect(&view);
+    view.clearButton.disconnect(&view);
+    for (QSpinBox* const spinBox : view.spinBoxes())
+        QTest::keyClick(spinBox->findChild<QLineEdit*>(), Qt::Key_Return);
+    QCOMPARE(deletes.count(), 0);
+    QCOMPARE(clears.count(), 0);
+    view.setParent(nullptr);
 }
 
 void TestViewSelectedROI::deleting()

@@ -2,11 +2,13 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QComboBox>
 #include <QElapsedTimer>
 #include <QEventLoop>
 #include <QImage>
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QMenu>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPixmap>
@@ -14,6 +16,7 @@
 #include <QSet>
 #include <QTimer>
 
+#include <algorithm>
 #include <exception>
 
 namespace console {
@@ -22,18 +25,53 @@ namespace {
 
 constexpr int pollMs = 10;
 
-void sendMouse(QWidget& widget, QEvent::Type type, QPoint position, Qt::MouseButton button, Qt::MouseButtons buttons)
+void sendMouse(QWidget& widget, QEvent::Type type, QPoint position, Qt::MouseButton button, Qt::MouseButtons buttons,
+    Qt::KeyboardModifiers modifiers = Qt::NoModifier)
 {
-    QMouseEvent event(type, QPointF(position), QPointF(widget.mapToGlobal(position)), button, buttons, Qt::NoModifier);
+    QMouseEvent event(type, QPointF(position), QPointF(widget.mapToGlobal(position)), button, buttons, modifiers);
     QApplication::sendEvent(&widget, &event);
 }
 
-void clickOnce(QWidget& control, QPoint position)
+void clickOnce(QWidget& control, QPoint position, Qt::MouseButton button = Qt::LeftButton,
+    Qt::KeyboardModifiers modifiers = Qt::NoModifier)
 {
     const QPointer<QWidget> guard(&control);
-    sendMouse(control, QEvent::MouseButtonPress, position, Qt::LeftButton, Qt::LeftButton);
+    sendMouse(control, QEvent::MouseButtonPress, position, button, button, modifiers);
     if (guard)
-        sendMouse(control, QEvent::MouseButtonRelease, position, Qt::LeftButton, Qt::NoButton);
+        sendMouse(control, QEvent::MouseButtonRelease, position, button, Qt::NoButton, modifiers);
+}
+
+/// Inside its frame, on the screen.
+QRect placeOf(const QWidget& window)
+{
+    return { window.mapToGlobal(QPoint(0, 0)), window.size() };
+}
+
+bool belongsTo(const QWidget& widget, const QWidget& window)
+{
+    // Not isAncestorOf(), which ends at the border of a window.
+    for (const QWidget* above = widget.parentWidget(); above; above = above->parentWidget()) {
+        if (above == &window)
+            return true;
+    }
+    return false;
+}
+
+/// The window, those that are its own and on show, and at last menus and tool tips.
+QList<QWidget*> standingWith(QWidget& window)
+{
+    QList<QWidget*> shown { &window };
+    QList<QWidget*> above;
+    const QWidgetList all = QApplication::topLevelWidgets();
+    for (QWidget* const widget : all) {
+        if (!widget->isVisible() || widget == &window)
+            continue;
+        if (qobject_cast<QMenu*>(widget) || widget->inherits("QTipLabel"))
+            above.append(widget);
+        else if (belongsTo(*widget, window))
+            shown.append(widget);
+    }
+    return shown + above;
 }
 
 void strike(QWidget& widget, int key, Qt::KeyboardModifiers modifiers, const QString& text)
@@ -82,12 +120,12 @@ void Person::waitUntil(const QString& what, const std::function<bool()>& happene
         if (m_isInterrupted || happened() || elapsed.hasExpired(limitMs))
             loop.quit();
     });
-    expect(!m_isInterrupted, QStringLiteral("nobody interrupts the tour"));
+    checkInterruption();
     if (happened())
         return;
     poll.start();
     loop.exec();
-    expect(!m_isInterrupted, QStringLiteral("nobody interrupts the tour"));
+    checkInterruption();
     if (!happened())
         throw TourFailure(QStringLiteral("waited %1 s in vain until %2").arg(limitMs / 1000).arg(what));
 }
@@ -154,6 +192,16 @@ void Person::doubleClick(QWidget& control, QPoint position)
     });
 }
 
+void Person::clickAt(QWidget& widget, QPoint position, Qt::MouseButton button, Qt::KeyboardModifiers modifiers)
+{
+    act([&] { clickOnce(widget, position, button, modifiers); });
+}
+
+void Person::hover(QWidget& widget, QPoint position)
+{
+    act([&] { sendMouse(widget, QEvent::MouseMove, position, Qt::NoButton, Qt::NoButton); });
+}
+
 void Person::drag(QWidget& widget, QPoint from, QPoint to)
 {
     constexpr int steps = 8;
@@ -208,41 +256,89 @@ void Person::choose(QWidget& window, const char* actionName)
     act([&] { action.trigger(); });
 }
 
+QMenu& Person::openMenu(QWidget& widget, QPoint position)
+{
+    clickAt(widget, position, Qt::RightButton);
+    QMenu* menu = nullptr;
+    waitUntil(QStringLiteral("a menu opens"), [&] {
+        menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+        return menu != nullptr && menu->isVisible();
+    });
+    return *menu;
+}
+
+void Person::chooseInMenu(QWidget& widget, QPoint position, const QString& text)
+{
+    const QPointer<QMenu> menu(&openMenu(widget, position));
+    const QList<QAction*> actions = menu->actions();
+    const auto found =
+        std::find_if(actions.begin(), actions.end(), [&text](const QAction* action) { return action->text() == text; });
+    if (found == actions.end() || !(*found)->isVisible() || !(*found)->isEnabled()) {
+        menu->close();
+        throw TourFailure(QStringLiteral("%1 cannot be chosen in the menu").arg(text));
+    }
+    const QPoint middle = menu->actionGeometry(*found).center();
+    constexpr int moves = 8; // a menu takes a release for a slip of the hand if the pointer has hardly moved
+    for (int i = moves; i > 0; --i) {
+        act([&] { sendMouse(*menu, QEvent::MouseMove, middle - QPoint(i, 0), Qt::NoButton, Qt::NoButton); });
+    }
+    act([&] { clickOnce(*menu, middle); });
+    if (menu)
+        waitUntil(QStringLiteral("the menu closes"), [&] { return menu.isNull() || !menu->isVisible(); });
+}
+
+void Person::chooseItem(QComboBox& box, const QString& text)
+{
+    box.setFocus(Qt::MouseFocusReason);
+    key(box, Qt::Key_Home);
+    for (int i = 0; i < box.count() && box.currentText() != text; ++i)
+        key(box, Qt::Key_Down);
+    expect(box.currentText() == text, QStringLiteral("%1 can be chosen").arg(text));
+}
+
 void Person::answering(const std::function<void(QWidget&)>& answer, const std::function<void()>& act)
 {
+    constexpr int limitMs = 10000;
     std::exception_ptr failure;
-    bool isAnswered = false;
+    QElapsedTimer sinceAnswer;
     QTimer poll;
     poll.setInterval(pollMs);
     QObject::connect(&poll, &QTimer::timeout, &poll, [&] {
-        QWidget* box = QApplication::activeModalWidget();
-        if (!box || !box->isVisible())
-            return;
-        poll.stop();
-        isAnswered = true;
-        try { // no exception may pass the event loop
-            answer(*box);
-        } catch (...) {
-            failure = std::current_exception();
-            box->close();
+        QWidget* const box = QApplication::activeModalWidget();
+        if (!sinceAnswer.isValid() && box && box->isVisible() && !m_isInterrupted) {
+            sinceAnswer.start();
+            try { // no exception may pass the event loop
+                answer(*box);
+            } catch (...) {
+                failure = std::current_exception();
+            }
+        }
+        const bool isOver = m_isInterrupted || failure || (sinceAnswer.isValid() && sinceAnswer.hasExpired(limitMs));
+        if (isOver && box && box->isVisible()) {
+            if (!failure)
+                failure = std::make_exception_ptr(
+                    TourFailure(QStringLiteral("the box %1 stays open").arg(box->windowTitle())));
+            box->close(); // what waits for it goes on
         }
     });
     poll.start();
     act();
-    if (!isAnswered)
-        waitUntil(QStringLiteral("a box opens"), [&] { return isAnswered; });
+    if (!failure && !sinceAnswer.isValid())
+        waitUntil(QStringLiteral("a box opens"), [&] { return sinceAnswer.isValid(); });
     if (failure)
         std::rethrow_exception(failure);
 }
 
 void Person::picture(QWidget& window, const QString& name)
 {
+    checkInterruption();
     look(60); // what is posted gets painted
-    save(window.grab().toImage(), name);
+    keep(window.grab().toImage(), name);
 }
 
 void Person::screen(const QList<QWidget*>& windows, const QString& name)
 {
+    checkInterruption();
     look(60);
     QRect area;
     for (const QWidget* const window : windows)
@@ -254,17 +350,50 @@ void Person::screen(const QList<QWidget*>& windows, const QString& name)
     for (QWidget* const window : windows)
         painter.drawPixmap(window->geometry().topLeft() - area.topLeft(), window->grab());
     painter.end();
-    save(image, name);
+    keep(image, name);
 }
 
-void Person::save(const QImage& image, const QString& name)
+void Person::scene(QWidget& window, const QString& name)
 {
-    expect(!m_isInterrupted, QStringLiteral("nobody interrupts the tour"));
-    const QString file = QStringLiteral("%1-%2-%3.png").arg(m_prefix).arg(m_pictures.size() + 1).arg(name);
+    checkInterruption();
+    look(60);
+    const QList<QWidget*> shown = standingWith(window);
+    QRect bounds;
+    for (const QWidget* widget : shown)
+        bounds |= placeOf(*widget);
+    QImage image(bounds.size(), QImage::Format_RGB32);
+    image.fill(QColor(0x505860)); // the desktop
+    QPainter painter(&image);
+    for (QWidget* const widget : shown)
+        painter.drawPixmap(placeOf(*widget).topLeft() - bounds.topLeft(), widget->grab());
+    painter.end();
+    keep(image, name);
+}
+
+QString Person::newFile(const QString& name)
+{
+    const QString file = nextName(name);
+    m_files.append(file);
+    return m_directory.absoluteFilePath(file);
+}
+
+QString Person::nextName(const QString& name) const
+{
+    return QStringLiteral("%1-%2-%3").arg(m_prefix).arg(m_files.size() + 1).arg(name);
+}
+
+void Person::keep(const QImage& image, const QString& name)
+{
+    const QString file = nextName(name + QStringLiteral(".png"));
     expect(colourCount(image) > 2, QStringLiteral("there is something on %1").arg(file));
     if (!image.save(m_directory.filePath(file)))
         throw TourFailure(QStringLiteral("%1 cannot be written").arg(m_directory.filePath(file)));
-    m_pictures.append(file);
+    m_files.append(file);
+}
+
+void Person::checkInterruption()
+{
+    expect(!m_isInterrupted, QStringLiteral("nobody interrupts the tour"));
 }
 
 } // namespace console

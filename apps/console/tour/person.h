@@ -11,9 +11,10 @@
 #include <functional>
 #include <stdexcept>
 
-class QAction;
+class QComboBox;
 class QImage;
 class QLineEdit;
+class QMenu;
 
 namespace console {
 
@@ -31,8 +32,11 @@ public:
     /// every wait throws.
     Person(const QDir& directory, const QString& prefix, const bool& isInterrupted);
 
-    /// Files of the pictures taken so far.
-    const QStringList& pictures() const { return m_pictures; }
+    /// Files of the pictures taken and of what was saved so far, in order.
+    const QStringList& files() const { return m_files; }
+    /// What the report says beside the files: why something was not there to be done.
+    const QStringList& remarks() const { return m_remarks; }
+    void remark(const QString& text) { m_remarks.append(text); }
 
     /// Waits for something to happen; throws after `limitMs`.
     void waitUntil(const QString& what, const std::function<bool()>& happened, int limitMs = 20000);
@@ -54,8 +58,13 @@ public:
     /// A click in the middle. The control must be visible and enabled.
     void click(QWidget& control);
     void doubleClick(QWidget& control, QPoint position);
+    /// Press and release at one place, in the widget's coordinates.
+    void clickAt(QWidget& widget, QPoint position, Qt::MouseButton button = Qt::LeftButton,
+        Qt::KeyboardModifiers modifiers = Qt::NoModifier);
     /// Press, moves and release of the left button, in the widget's coordinates.
     void drag(QWidget& widget, QPoint from, QPoint to);
+    /// Moves the pointer there and rests.
+    void hover(QWidget& widget, QPoint position);
     void key(QWidget& widget, Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
     /// Gives the keyboard to the edit and types at its end.
     void type(QWidget& edit, const QString& text);
@@ -64,6 +73,12 @@ public:
     void shortcut(QWidget& window, const QKeySequence& keys);
     /// An action by object name, as from its menu; it must be enabled.
     void choose(QWidget& window, const char* actionName);
+    /// The menu that a right click opens there.
+    QMenu& openMenu(QWidget& widget, QPoint position);
+    /// A click on the entry of this text in the menu of a right click; it must be enabled.
+    void chooseInMenu(QWidget& widget, QPoint position, const QString& text);
+    /// Walks with the arrow keys to the item of this text.
+    void chooseItem(QComboBox& box, const QString& text);
 
     /// Closes a window by its own button.
     void close(QWidget& window);
@@ -75,15 +90,23 @@ public:
     void picture(QWidget& window, const QString& name);
     /// Takes one picture of several windows as they lie on the screen, the last one in front.
     void screen(const QList<QWidget*>& windows, const QString& name);
+    /// Takes a picture of the window with the windows around it that belong to it, menus and tool tips included, where
+    /// they stand on the screen.
+    void scene(QWidget& window, const QString& name);
+    /// A path for a file that the console is told to write; it stays beside the pictures.
+    QString newFile(const QString& name);
 
 protected:
     /// Runs `deed` inside an event loop, as the events of a real person come: what closes may be deleted behind it.
     void act(const std::function<void()>& deed);
-    void save(const QImage& image, const QString& name);
+    void checkInterruption();
+    void keep(const QImage& image, const QString& name);
+    QString nextName(const QString& name) const;
 
     QDir m_directory;
     QString m_prefix;
-    QStringList m_pictures;
+    QStringList m_files;
+    QStringList m_remarks;
     const bool& m_isInterrupted;
 };
 

@@ -78,7 +78,9 @@ bool Tour::runStep(const TourStep& step, int number, QTextStream& report)
     }
     failure += closeStrayBoxes();
     report << (failure.isEmpty() ? "ok    " : "FAIL  ") << step.name << "  "
-           << QString::number(double(elapsed.elapsed()) / 1000.0, 'f', 1) << " s  " << person.pictures().join(u' ');
+           << QString::number(double(elapsed.elapsed()) / 1000.0, 'f', 1) << " s  " << person.files().join(u' ');
+    for (const QString& remark : person.remarks())
+        report << "\n      " << remark;
     if (!failure.isEmpty()) {
         report << "\n      " << failure;
         m_failures.append(QStringLiteral("%1: %2").arg(step.name, failure));

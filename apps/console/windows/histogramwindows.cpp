@@ -4,66 +4,74 @@
 
 #include <tarnis/plots/xygraphwidget.h>
 
-#include <QAction>
+#include <QApplication>
+#include <QComboBox>
 #include <QDialogButtonBox>
-#include <QFileDialog>
+#include <QFile>
 #include <QFileInfo>
 #include <QLineEdit>
-#include <QPrintDialog>
-#include <QPrinter>
 #include <QPushButton>
-#include <QTemporaryDir>
 
 namespace console {
 
-QAction& plotAction(XYGraphWidget& plot, const QString& text)
+namespace {
+
+/// A place on the plot that is no edge of a cut, where the menu opens.
+QPoint menuPlace(const QWidget& plot)
 {
-    for (QAction* const action : plot.actions()) {
-        if (action->text() != text)
-            continue;
-        if (!action->isEnabled())
-            throw TourFailure(QStringLiteral("%1 cannot be chosen").arg(text));
-        return *action;
-    }
-    throw TourFailure(QStringLiteral("the plot's menu has no %1").arg(text));
+    return placeIn(plot, 0.8, 0.2);
 }
+
+} // namespace
 
 QPoint placeIn(const QWidget& widget, double x, double y)
 {
     return { static_cast<int>(x * widget.width()), static_cast<int>(y * widget.height()) };
 }
 
-void saveAs(Person& person, XYGraphWidget& plot, const QString& menuText, const QString& fileName)
+QString saveAs(Person& person, XYGraphWidget& plot, const QString& menuText, const QString& fileName)
 {
-    const QTemporaryDir folder;
-    const QString path = folder.filePath(fileName);
+    const QString path = person.newFile(fileName);
     person.answering(
         [&](QWidget& box) {
             auto& edit = person.find<QLineEdit>(box, "fileNameEdit");
             person.clearText(edit);
             person.type(edit, path);
             auto& buttons = person.find<QDialogButtonBox>(box, "buttonBox");
+            fprintf(stderr, "A %s | %d\n", qPrintable(edit.text()), int(box.isVisible()));
             person.click(*buttons.button(QDialogButtonBox::Save));
+            fprintf(stderr, "B %s | %d %s\n", qPrintable(edit.text()), int(box.isVisible()),
+                QApplication::activeModalWidget() ? qPrintable(QApplication::activeModalWidget()->windowTitle()) : "-");
         },
-        [&] { plotAction(plot, menuText).trigger(); });
+        [&] { person.chooseInMenu(plot, menuPlace(plot), menuText); });
     person.waitUntil(QStringLiteral("%1 is written").arg(fileName), [&] { return QFileInfo(path).size() > 0; });
+    return path;
 }
 
-void printToPdf(Person& person, const std::function<void()>& print)
+void printToPdf(Person& person, XYGraphWidget& plot, const QString& fileName)
 {
-    const QTemporaryDir folder;
-    const QString path = folder.filePath(QStringLiteral("page.pdf"));
+    const QString path = person.newFile(fileName);
     person.answering(
         [&](QWidget& box) {
-            auto* const dialog = qobject_cast<QPrintDialog*>(&box);
-            person.expect(dialog != nullptr, QStringLiteral("the printer's dialog opens"));
-            dialog->printer()->setOutputFormat(QPrinter::PdfFormat);
-            dialog->printer()->setOutputFileName(path);
-            // The dialog's own Print button would ask for a printer that this machine may not have.
-            dialog->done(QDialog::Accepted);
+            person.chooseItem(person.find<QComboBox>(box, "printers"), QStringLiteral("Print to File (PDF)"));
+            auto& edit = person.find<QLineEdit>(box, "filename");
+            person.clearText(edit);
+            person.type(edit, path);
+            for (QPushButton* const button : box.findChildren<QPushButton*>()) {
+                if (button->isDefault())
+                    person.click(*button);
+            }
         },
-        print);
-    person.waitUntil(QStringLiteral("the page is written"), [&] { return QFileInfo(path).size() > 0; });
+        [&] { person.chooseInMenu(plot, menuPlace(plot), QStringLiteral("Print...")); });
+    person.waitUntil(QStringLiteral("%1 is written").arg(fileName), [&] { return QFileInfo(path).size() > 0; });
+    QFile file(path);
+    person.expect(file.open(QIODevice::ReadOnly) && file.read(5) == "%PDF-", QStringLiteral("the page is a PDF"));
+}
+
+qsizetype linesOf(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll().count('\n') : 0;
 }
 
 } // namespace console

@@ -1,29 +1,33 @@
-// Live windows on the histograms of the simulated server, and what the tour does with any of them.
+// What the tour does with the live histogram windows.
 #pragma once
-
-#include "windows/window.h"
 
 #include <QPoint>
 #include <QString>
 
-#include <functional>
-
-class QAction;
+class QWidget;
 class XYGraphWidget;
 
 namespace console {
 
-/// The menu entry of a plot by its text; throws TourFailure if there is none or it is disabled.
-QAction& plotAction(XYGraphWidget& plot, const QString& text);
+class Person;
 
 /// A point of a widget by shares of its width and height.
 QPoint placeIn(const QWidget& widget, double x, double y);
 
-/// Chooses the menu entry that opens a file dialog, gives it `fileName` in a temporary folder and presses Save. Throws
-/// TourFailure if no file comes of it.
-void saveAs(Person& person, XYGraphWidget& plot, const QString& menuText, const QString& fileName);
+/// Chooses the menu entry that opens a file dialog, gives it a path beside the pictures and presses Save. Returns the
+/// path; throws TourFailure if no file comes of it.
+QString saveAs(Person& person, XYGraphWidget& plot, const QString& menuText, const QString& fileName);
 
-/// Prints to a PDF in a temporary folder; `print` opens the printer's dialog.
-void printToPdf(Person& person, const std::function<void()>& print);
+/// Prints by the menu of the plot, into a PDF beside the pictures.
+void printToPdf(Person& person, XYGraphWidget& plot, const QString& fileName);
+
+/// Number of lines of a text file.
+qsizetype linesOf(const QString& path);
+
+void driveRows(Person& person, QWidget& window);
+void drivePairs(Person& person, QWidget& window);
+void driveSingleRow(Person& person, QWidget& window);
+void driveSpectrum(Person& person, QWidget& window);
+void driveMap(Person& person, QWidget& window);
 
 } // namespace console

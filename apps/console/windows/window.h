@@ -54,6 +54,7 @@ QList<WindowEntry> windowEntries();
 WindowEntry rowsEntry();
 WindowEntry pairsEntry();
 WindowEntry singleRowEntry();
+WindowEntry spectrumEntry();
 WindowEntry mapEntry();
 WindowEntry statisticsEntry();
 WindowEntry basePathEntry();

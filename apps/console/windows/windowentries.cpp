@@ -4,8 +4,9 @@ namespace console {
 
 QList<WindowEntry> windowEntries()
 {
-    return { rowsEntry(), pairsEntry(), singleRowEntry(), mapEntry(), statisticsEntry(), basePathEntry(),
-        serverFilesEntry(), statSnapshotEntry(), settingSnapshotEntry(), histogramsEntry(), runsEntry(), logEntry() };
+    return { rowsEntry(), pairsEntry(), singleRowEntry(), spectrumEntry(), mapEntry(), statisticsEntry(),
+        basePathEntry(), serverFilesEntry(), statSnapshotEntry(), settingSnapshotEntry(), histogramsEntry(),
+        runsEntry(), logEntry() };
 }
 
 } // namespace console
