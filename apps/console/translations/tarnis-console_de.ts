@@ -786,6 +786,26 @@
         <source>The run directories of the server by prefix, run and date (Ctrl+U)</source>
         <translation>Die Ordner der Messläufe auf dem Server nach Präfix, Lauf und Datum (Ctrl+U)</translation>
     </message>
+    <message>
+        <source>Measured Spectrum</source>
+        <translation>Gemessenes Spektrum</translation>
+    </message>
+    <message>
+        <source>Energy or Channel</source>
+        <translation>Energie oder Kanal</translation>
+    </message>
+    <message>
+        <source>Spectrum</source>
+        <translation>Spektrum</translation>
+    </message>
+    <message>
+        <source>&amp;Measured Spectrum</source>
+        <translation>Gemessenes Spe&amp;ktrum</translation>
+    </message>
+    <message>
+        <source>The spectrum that the server was given with --spectrum</source>
+        <translation>Das Spektrum, das der Server mit --spectrum bekommen hat</translation>
+    </message>
 </context>
 <context>
     <name>console::AddSettingDialog</name>

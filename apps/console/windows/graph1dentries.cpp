@@ -83,7 +83,7 @@ WindowEntry singleRowEntry()
 
 WindowEntry spectrumEntry()
 {
-    return { QStringLiteral("spectrum"), Windows::tr("Measured Spe&ctrum"), Windows::tr("Measured Spectrum"),
+    return { QStringLiteral("spectrum"), Windows::tr("&Measured Spectrum"), Windows::tr("Measured Spectrum"),
         Windows::tr("The spectrum that the server was given with --spectrum"), openSpectrum, driveSpectrum };
 }
 

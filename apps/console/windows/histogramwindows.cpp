@@ -4,7 +4,6 @@
 
 #include <tarnis/plots/xygraphwidget.h>
 
-#include <QApplication>
 #include <QComboBox>
 #include <QDialogButtonBox>
 #include <QFile>
@@ -38,10 +37,7 @@ QString saveAs(Person& person, XYGraphWidget& plot, const QString& menuText, con
             person.clearText(edit);
             person.type(edit, path);
             auto& buttons = person.find<QDialogButtonBox>(box, "buttonBox");
-            fprintf(stderr, "A %s | %d\n", qPrintable(edit.text()), int(box.isVisible()));
             person.click(*buttons.button(QDialogButtonBox::Save));
-            fprintf(stderr, "B %s | %d %s\n", qPrintable(edit.text()), int(box.isVisible()),
-                QApplication::activeModalWidget() ? qPrintable(QApplication::activeModalWidget()->windowTitle()) : "-");
         },
         [&] { person.chooseInMenu(plot, menuPlace(plot), menuText); });
     person.waitUntil(QStringLiteral("%1 is written").arg(fileName), [&] { return QFileInfo(path).size() > 0; });
