@@ -26,7 +26,7 @@ LabelCache::~LabelCache() = default;
 
 void LabelCache::draw(QPainter& painter, const QRectF& rect, int flags, const QString& text)
 {
-    if (!isPlain(text) || painter.layoutDirection() != Qt::LeftToRight || painter.pen().style() == Qt::NoPen) {
+    if (!isPlain(text) || painter.layoutDirection() == Qt::RightToLeft || painter.pen().style() == Qt::NoPen) {
         painter.drawText(rect, flags, text);
         return;
     }
@@ -87,7 +87,7 @@ const LabelCache::Label& LabelCache::labelOf(const QString& text, const QFont& f
     QTextLine line = layout.createLine();
     line.setLineWidth(endlessLine);
     line.setPosition(QPointF(0.0, 0.0));
-    label->height = line.height();
+    label->height = line.ascent() + line.descent(); // height() would be rounded up
     label->width = line.naturalTextWidth();
     label->advance = line.horizontalAdvance();
     layout.endLayout();

@@ -71,6 +71,8 @@ QImage picture(Generator generator, const Draw& draw)
         painter.setPen(Qt::NoPen);
     if (generator() % 16 == 0)
         painter.setLayoutDirection(Qt::RightToLeft);
+    else if (generator() % 2 == 0)
+        painter.setLayoutDirection(Qt::LeftToRight);
     for (int i = whole(generator, 1, 5); i > 0; --i) {
         QRectF rect(real(generator, -20.0, 150.0), real(generator, -20.0, 100.0), real(generator, 0.0, 90.0),
             real(generator, 0.0, 40.0));
