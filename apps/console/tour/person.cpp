@@ -228,6 +228,13 @@ void Person::type(QWidget& edit, const QString& text)
     });
 }
 
+void Person::enter(QWidget& edit, const QString& text)
+{
+    expect(edit.isVisible() && edit.isEnabled(), QStringLiteral("%1 takes text").arg(edit.objectName()));
+    edit.setFocus(Qt::MouseFocusReason);
+    act([&] { strike(edit, 0, Qt::NoModifier, text); });
+}
+
 void Person::clearText(QLineEdit& edit)
 {
     edit.setFocus(Qt::MouseFocusReason);

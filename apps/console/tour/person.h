@@ -68,6 +68,8 @@ public:
     void key(QWidget& widget, Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
     /// Gives the keyboard to the edit and types at its end.
     void type(QWidget& edit, const QString& text);
+    /// The whole text at once, as an input method does: a file dialog selects folders on the way while a path is typed.
+    void enter(QWidget& edit, const QString& text);
     void clearText(QLineEdit& edit);
     /// The action of the window that this shortcut would trigger; it must be enabled.
     void shortcut(QWidget& window, const QKeySequence& keys);

@@ -35,7 +35,7 @@ QString saveAs(Person& person, XYGraphWidget& plot, const QString& menuText, con
         [&](QWidget& box) {
             auto& edit = person.find<QLineEdit>(box, "fileNameEdit");
             person.clearText(edit);
-            person.type(edit, path);
+            person.enter(edit, path);
             auto& buttons = person.find<QDialogButtonBox>(box, "buttonBox");
             person.click(*buttons.button(QDialogButtonBox::Save));
         },
