@@ -64,6 +64,12 @@ void closeCutWindow(ModelessWidgetManager& windows)
     window->close();
 }
 
+/// A window without a place of its own gets one by the window manager, maybe after it was put in its right one.
+void moveOnTo(QWidget* window, const QWidget& plot)
+{
+    window->move(plot.mapToGlobal(QPoint(0, 0)));
+}
+
 void raiseIfOpen(QWidget* window)
 {
     if (window != nullptr)
@@ -78,6 +84,7 @@ void XY2DGraphWidget::refresh1dCut(bool refreshData)
         m_cutRangeDialog = new XYRangeInputDialog(this, 'g', 6);
         connect(m_cutRangeDialog, &XYRangeInputDialog::edited, this, &XY2DGraphWidget::on1dCutEdited);
         fillRangeBox();
+        moveOnTo(m_cutRangeDialog, *this);
         m_cutRangeDialog->show();
         m_cutRangeDialog->raise();
     }
@@ -109,6 +116,7 @@ void XY2DGraphWidget::openCutWindow(ModelessWidgetManager& windows, bool upright
     windows.map.insert(nullptr, window);
     connect(window, &QObject::destroyed, &windows, &ModelessWidgetManager::onDestroyed);
     window->setAttribute(Qt::WA_DeleteOnClose);
+    moveOnTo(window, *this);
     window->show();
 }
 
