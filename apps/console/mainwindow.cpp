@@ -398,8 +398,8 @@ void MainWindow::closeEvent(QCloseEvent* event)
     const bool canGo = m_controller->state() == ServerState::Off
         || (m_controller->state() == ServerState::Failed && !m_controller->hasProcess());
     if (canGo) {
-        m_windows->closeAll();
-        event->accept();
+        m_isClosing = false;
+        event->setAccepted(m_windows->closeAll()); // not with changes that nobody has decided about
         return;
     }
     event->ignore(); // goes when the server has ended, see updateControls()

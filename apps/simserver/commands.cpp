@@ -44,6 +44,7 @@ const auto commands = std::to_array<Command>({
     { "pwd", "pwd", "the current directory, which is the setting basepath", pwdCommand },
     { "ls-F", "ls-F [\"DIRECTORY\"]", "what a directory holds; directories end with /", listCommand },
     { "txfile", "txfile NAME, line feed, content, byte 0x04", "stores a file", uploadWithoutContent },
+    { "rxfile", "rxfile NAME", "the bytes of a file; binary", downloadCommand },
     { "broadcast", "broadcast COMMAND", "a module command to all modules", broadcastCommand },
     { "unicast", "unicast MODULE COMMAND", "a module command to one module", unicastCommand },
     { "mc", "mc orsino COMMAND", "a module command to the modules with even numbers", multicastCommand },

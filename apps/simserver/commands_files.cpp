@@ -9,6 +9,12 @@
 
 namespace simserver {
 
+namespace {
+
+constexpr qint64 maxDownload = qint64 { 16 } * 1024 * 1024;
+
+} // namespace
+
 Reply pwdCommand(Simulation& simulation, const QString& arguments)
 {
     if (!arguments.isEmpty())
@@ -23,6 +29,22 @@ Reply listCommand(Simulation& simulation, const QString& arguments)
     if (!listing.error.isEmpty())
         return Reply::refusal(QStringLiteral("cannot list '%1': %2").arg(shown(directory), listing.error));
     return Reply::ok(listing.entries);
+}
+
+Reply downloadCommand(Simulation& simulation, const QString& arguments)
+{
+    const QString name = unquoted(arguments);
+    if (name.isEmpty())
+        return Reply::binaryRefusal(QStringLiteral("rxfile needs the name of a file"));
+    const QString path = cleanServerPath(name, simulation.settings().values().basePath);
+    const ServerFiles::Content content = simulation.files().read(path, maxDownload);
+    if (!content.error.isEmpty())
+        return Reply::binaryRefusal(QStringLiteral("cannot read '%1': %2").arg(shown(path), content.error));
+    Reply reply;
+    reply.kind = Reply::Kind::File;
+    reply.payload = content.bytes;
+    reply.text = "OK: " + path.toUtf8() + ", " + QByteArray::number(content.bytes.size()) + " bytes\n";
+    return reply;
 }
 
 Reply uploadRequest(Simulation& simulation, const QByteArray& request)

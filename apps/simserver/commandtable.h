@@ -36,6 +36,7 @@ Reply multicastCommand(Simulation& simulation, const QString& arguments);
 // commands_files.cpp
 Reply pwdCommand(Simulation& simulation, const QString& arguments);
 Reply listCommand(Simulation& simulation, const QString& arguments);
+Reply downloadCommand(Simulation& simulation, const QString& arguments);
 Reply uploadRequest(Simulation& simulation, const QByteArray& request);
 
 /// For commands that take no arguments: the refusal, or nothing to say.

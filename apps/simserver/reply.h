@@ -10,7 +10,7 @@
 namespace simserver {
 
 struct Reply {
-    enum class Kind { Text, Rows, Pairs, Map };
+    enum class Kind { Text, Rows, Pairs, Map, File };
 
     /// A piece of text that goes out before the rest, after a pause.
     struct Lead {

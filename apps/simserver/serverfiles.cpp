@@ -60,6 +60,28 @@ ServerFiles::Listing ServerFiles::list(const QString& directory) const
     return listing;
 }
 
+ServerFiles::Content ServerFiles::read(const QString& path, qint64 limit) const
+{
+    Content content;
+    const fs::path real = realPath(path, content.error);
+    if (!content.error.isEmpty())
+        return content;
+    std::error_code code;
+    if (!fs::is_regular_file(real, code)) {
+        content.error = QStringLiteral("not an ordinary file");
+        return content;
+    }
+    QFile file(QFile::decodeName(QByteArray::fromStdString(real.native())));
+    if (!file.open(QIODevice::ReadOnly)) {
+        content.error = file.errorString();
+        return content;
+    }
+    content.bytes = file.read(limit + 1);
+    if (content.bytes.size() > limit)
+        content = { {}, QStringLiteral("larger than %1 bytes").arg(limit) };
+    return content;
+}
+
 bool ServerFiles::isDirectory(const QString& path) const
 {
     QString error;

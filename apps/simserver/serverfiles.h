@@ -23,6 +23,13 @@ public:
     /// What `directory` holds. Names that begin with a dot or hold a line feed are left out.
     Listing list(const QString& directory) const;
 
+    struct Content {
+        QByteArray bytes;
+        QString error; ///< empty on success
+    };
+    /// A whole file of at most `limit` bytes.
+    Content read(const QString& path, qint64 limit) const;
+
     bool isDirectory(const QString& path) const;
     /// Writes a whole file, in place of an old one of that name only when everything is on disk. Returns an error in
     /// words, or an empty text.

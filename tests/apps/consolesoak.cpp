@@ -1,6 +1,6 @@
-// consolesoak [--seconds N]: a long day of the console in a short time. Every window is open on the simulated server
-// while faults come and go, the server dies and is started again, windows close and open, language and colours change.
-// Prints numbers and what was wrong; exits 0 if nothing was.
+// consolesoak [--seconds N] [--calm]: a long day of the console in a short time. Every window is open on the simulated
+// server while faults come and go (none with --calm), the server dies and is started again, windows close and open,
+// language and colours change. Prints numbers and what was wrong; exits 0 if nothing was.
 //
 // What is checked: each poll of a live window is answered, or the window says that it was not; no window is silent for
 // longer than a session needs to notice a silence; no box stops the work; the heap is flat after the first minute; at
@@ -40,6 +40,7 @@ namespace {
 constexpr int faultMs = 6000; // how long a fault lasts
 constexpr int calmMs = 4000; // how long there is none
 constexpr int minuteMs = 60000;
+constexpr int closingMs = 1500; // until the sessions of closed windows have ended
 constexpr int silenceLimitMs = 60000; // a session notices silence after 41 s and connects anew after 1 s
 constexpr int settleMs = 70000; // after the last fault every poll is answered or given up within this time
 constexpr int heapJudgedFrom = 180; // seconds: a shorter run has no plateau to look at
@@ -111,16 +112,48 @@ const QList<QByteArray>& faults()
     return all;
 }
 
+/// Another program's log, which is long already and begins anew now and then.
+class LogWriter {
+public:
+    explicit LogWriter(const QString& path)
+        : m_path(path)
+    {
+        write(60000);
+    }
+    void write(int lines)
+    {
+        QFile file(m_path);
+        if (!file.open(QIODevice::Append))
+            return;
+        for (int i = 0; i < lines; ++i)
+            file.write("12:00:00 line " + QByteArray::number(++m_line) + " of a log that grows all day\n");
+    }
+    /// The old file gets another name; the new one is as long.
+    void rotate()
+    {
+        const QString old = m_path + QStringLiteral(".1");
+        QFile::remove(old);
+        QFile::rename(m_path, old);
+        write(60000);
+    }
+
+private:
+    QString m_path;
+    int m_line = 1000000;
+};
+
 class Soak {
 public:
-    Soak(MainWindow& window, QSettings& memory)
+    Soak(MainWindow& window, QSettings& memory, const QString& logFile)
         : m_window(window)
+        , m_log(logFile)
         , m_context { window.controller(), window.commandPanel().link(), &window, window.commandPanel(),
             window.windows(), memory }
     {
     }
 
     int run(int seconds);
+    void beCalm() { m_isCalm = true; }
 
 private:
     void start();
@@ -136,8 +169,10 @@ private:
     void closeBoxes();
     QAction& action(const char* name) { return *m_window.findChild<QAction*>(QLatin1String(name)); }
     void report(int seconds);
+    void judgeHeap(const char* what, const QList<std::size_t>& minutes);
 
     MainWindow& m_window;
+    LogWriter m_log;
     WindowContext m_context;
     FaultSwitch m_switch;
     QElapsedTimer m_clock;
@@ -148,9 +183,11 @@ private:
     int m_starts = 0; ///< of a server that had gone
     int m_rounds = 0; ///< of closing and opening everything
     int m_commands = 0;
+    bool m_isCalm = false;
     bool m_isOpeningDue = false;
     qsizetype m_mostWindows = 0;
     QList<std::size_t> m_heap; ///< the least of each minute
+    QList<std::size_t> m_closedHeap; ///< after each minute, with all windows closed
     std::size_t m_leastHeap = 0;
 };
 
@@ -238,9 +275,14 @@ void Soak::everyMinute()
 {
     ++m_rounds;
     m_window.windows().closeAll();
+    action("clearRecordAction").trigger();
+    QTest::qWait(closingMs);
+    ::malloc_trim(0);
+    m_closedHeap.append(heapInUse());
     m_isOpeningDue = true;
     setLanguage(m_rounds % 2 == 0 ? QStringLiteral("en") : QStringLiteral("de"));
     action("darkAction").setChecked(m_rounds % 4 >= 2);
+    m_log.rotate();
     if (m_rounds % 3 == 0 && action("restartAction").isEnabled())
         action("restartAction").trigger();
 }
@@ -270,8 +312,10 @@ void Soak::sample()
     if (minute < m_heap.size() + 1)
         return;
     m_heap.append(m_leastHeap);
-    std::printf("%6.0f s  heap %.1f MiB, %lld threads, %d faults, %d starts\n", double(m_clock.elapsed()) / 1000.0,
-        megabytes(m_leastHeap), static_cast<long long>(threadNames().size()), m_faultsSet, m_starts);
+    std::printf("%6.0f s  heap %.2f MiB, with all windows closed %.2f MiB, %lld threads, %d faults, %d starts\n",
+        double(m_clock.elapsed()) / 1000.0, megabytes(m_leastHeap),
+        megabytes(m_closedHeap.isEmpty() ? 0 : m_closedHeap.constLast()), static_cast<long long>(threadNames().size()),
+        m_faultsSet, m_starts);
     std::fflush(stdout);
     m_leastHeap = 0;
 }
@@ -308,12 +352,13 @@ int Soak::run(int seconds)
     while (m_clock.elapsed() < seconds * 1000LL) {
         QTest::qWait(50);
         const qint64 now = m_clock.elapsed();
-        if (now - lastFault > (isFaulty ? faultMs : calmMs)) {
+        if (!m_isCalm && now - lastFault > (isFaulty ? faultMs : calmMs)) {
             isFaulty = !isFaulty;
             fault(isFaulty);
             lastFault = now;
         }
         if (now - lastWork > 1000) {
+            m_log.write(100);
             work();
             sample();
             lastWork = now;
@@ -362,11 +407,18 @@ void Soak::report(int seconds)
     }
     if (seconds < heapJudgedFrom)
         return;
-    // The first minute makes caches; from the second on the least of each minute stays.
-    const std::size_t plateau = m_heap.value(1);
-    const std::size_t end = m_heap.constLast();
-    std::printf("heap            %.2f MiB after 2 minutes, %.2f MiB at the end\n", megabytes(plateau), megabytes(end));
-    if (end > plateau + plateau / 20 + 512 * 1024)
+    judgeHeap("heap", m_heap);
+    judgeHeap("heap, closed", m_closedHeap);
+}
+
+/// The first minute makes caches; from then on what a minute leaves stays the same.
+void Soak::judgeHeap(const char* what, const QList<std::size_t>& minutes)
+{
+    const std::size_t plateau = std::max(minutes.at(0), minutes.at(1));
+    const std::size_t end = minutes.constLast();
+    std::printf("%-15s %.2f MiB after 1 minute, %.2f MiB after 2, %.2f MiB at the end\n", what,
+        megabytes(minutes.at(0)), megabytes(minutes.at(1)), megabytes(end));
+    if (end > plateau + plateau / 20)
         wrong(QStringLiteral("the heap grows"));
 }
 
@@ -382,6 +434,9 @@ void printMessage(QtMsgType, const QMessageLogContext&, const QString& text)
 int main(int argc, char** argv)
 {
     int seconds = 600;
+    bool isCalm = false;
+    for (int i = 1; i < argc; ++i)
+        isCalm = isCalm || qstrcmp(argv[i], "--calm") == 0;
     for (int i = 1; i + 1 < argc; ++i) {
         if (qstrcmp(argv[i], "--seconds") == 0)
             seconds = qMax(1, QByteArray(argv[i + 1]).toInt());
@@ -396,12 +451,16 @@ int main(int argc, char** argv)
     QApplication::setQuitOnLastWindowClosed(false);
     initlog(scratch.filePath(QStringLiteral("console.log")).toStdString(), 0);
     QSettings memory(scratch.filePath(QStringLiteral("console.ini")), QSettings::IniFormat);
-    memory.setValue(QStringLiteral("log/file"), scratch.filePath(QStringLiteral("console.log")));
+    const QString logFile = scratch.filePath(QStringLiteral("server.log"));
+    memory.setValue(QStringLiteral("log/file"), logFile);
     int status = 1;
     {
         MainWindow window(memory);
         window.show();
-        status = Soak(window, memory).run(seconds);
+        Soak soak(window, memory, logFile);
+        if (isCalm)
+            soak.beCalm();
+        status = soak.run(seconds);
     }
     QThreadPool::globalInstance()->waitForDone();
     closelog();

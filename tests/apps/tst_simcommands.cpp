@@ -110,6 +110,9 @@ private Q_SLOTS:
     void pathsStayBelowTheRoot();
     void currentDirectoryIsTheBasePath();
     void filesAreUploaded();
+    void filesAreRead();
+    void readingIsRefused_data();
+    void readingIsRefused();
     void uploadsAreRefused_data();
     void uploadsAreRefused();
 
@@ -275,8 +278,9 @@ void TestSimCommands::helpListsEveryCommand()
 {
     const QString help = ask("help");
     QVERIFY(help.startsWith("OK:\n"));
-    for (const char* const name : { "help", "stat", "setting", "savesetting", "start", "stop", "clear", "hists",
-             "hist1d", "hist2d", "pwd", "ls-F", "txfile", "broadcast", "unicast", "mc", "sleep", "fault", "close" })
+    for (const char* const name :
+        { "help", "stat", "setting", "savesetting", "start", "stop", "clear", "hists", "hist1d", "hist2d", "pwd",
+            "ls-F", "txfile", "rxfile", "broadcast", "unicast", "mc", "sleep", "fault", "close" })
         QVERIFY2(help.contains(QStringLiteral("\n  %1 ").arg(name)), name);
 }
 
@@ -700,6 +704,46 @@ void TestSimCommands::filesAreUploaded()
     QCOMPARE(upload("txfile \"a b/M\xfc.txt\"\n\xe4\xff\r\n"),
         QStringLiteral("OK:\nfile: /data/a b/M\u00fc.txt\nbytes: 4\n"));
     QCOMPARE(readFile(local(QStringLiteral("data/a b/M\u00fc.txt"))), QByteArray("\xe4\xff\r\n"));
+}
+
+void TestSimCommands::filesAreRead()
+{
+    upload("txfile \"/data/a \"b\".bin\"\n\x01\xff\r\n> x");
+    const Reply read = reply("rxfile \"/data/a \\\"b\\\".bin\"");
+    QVERIFY(read.isBinary());
+    QCOMPARE(read.payload, QByteArray("\x01\xff\r\n> x"));
+    QCOMPARE(read.text, QByteArray("OK: /data/a \"b\".bin, 7 bytes\n"));
+    ask("setting basepath:/data");
+    upload("txfile empty\n");
+    QCOMPARE(ask("rxfile empty"), QStringLiteral("OK: /data/empty, 0 bytes\n"));
+}
+
+void TestSimCommands::readingIsRefused_data()
+{
+    QTest::addColumn<QByteArray>("line");
+    QTest::addColumn<QString>("reason");
+    QTest::newRow("no name") << QByteArray("rxfile") << "rxfile needs the name of a file";
+    QTest::newRow("a directory") << QByteArray("rxfile /data") << "cannot read '/data': not an ordinary file";
+    QTest::newRow("absent") << QByteArray("rxfile /no") << "cannot read '/no': No such file or directory";
+    QTest::newRow("outside") << QByteArray("rxfile \"/way out/x\"")
+                             << "cannot read '/way out/x': it lies outside of the root";
+    QTest::newRow("too large") << QByteArray("rxfile /large") << "cannot read '/large': larger than 16777216 bytes";
+}
+
+void TestSimCommands::readingIsRefused()
+{
+    QFETCH(QByteArray, line);
+    QFETCH(QString, reason);
+    const QTemporaryDir outside;
+    QFile secret(outside.filePath("x"));
+    QVERIFY(secret.open(QIODevice::WriteOnly));
+    QVERIFY(QFile::link(outside.path(), local("way out")));
+    QFile large(local("large"));
+    QVERIFY(large.open(QIODevice::WriteOnly) && large.resize(16777217));
+    const Reply refused = reply(line);
+    QVERIFY(refused.isBinary());
+    QCOMPARE(refused.payload, QByteArray());
+    QCOMPARE(QString::fromUtf8(refused.text), "NG:" + reason + '\n');
 }
 
 void TestSimCommands::uploadsAreRefused_data()

@@ -45,7 +45,7 @@ QRegularExpression pattern(const QString& expected)
 
 QString play(Wire& wire, const QString& command)
 {
-    if (!command.startsWith("hist1d") && !command.startsWith("hist2d"))
+    if (!command.startsWith("hist1d") && !command.startsWith("hist2d") && !command.startsWith("rxfile"))
         return QString::fromUtf8(wire.ask(command.toLatin1()));
     const BinaryReply reply = wire.askBinary(command.toLatin1());
     return QStringLiteral("(%1 bytes)\n").arg(reply.length) + QString::fromUtf8(reply.text);

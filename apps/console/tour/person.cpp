@@ -3,6 +3,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QComboBox>
+#include <QDialog>
 #include <QElapsedTimer>
 #include <QEventLoop>
 #include <QImage>
@@ -24,6 +25,7 @@ namespace console {
 namespace {
 
 constexpr int pollMs = 10;
+constexpr int unansweredMs = 30000; // longer than answering() takes
 
 void sendMouse(QWidget& widget, QEvent::Type type, QPoint position, Qt::MouseButton button, Qt::MouseButtons buttons,
     Qt::KeyboardModifiers modifiers = Qt::NoModifier)
@@ -139,12 +141,28 @@ void Person::look(int ms)
 
 void Person::act(const std::function<void()>& deed)
 {
+    QString left; // the title of a box that the deed has opened and nobody answers
+    QElapsedTimer elapsed;
+    elapsed.start();
+    QTimer watch;
+    watch.setInterval(pollMs);
+    QObject::connect(&watch, &QTimer::timeout, &watch, [&] {
+        auto* const box = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+        if (box && (m_isInterrupted || elapsed.hasExpired(unansweredMs))) {
+            left = QStringLiteral("%1 \"%2\"").arg(QLatin1String(box->metaObject()->className()), box->windowTitle());
+            box->reject();
+        }
+    });
+    watch.start();
     QEventLoop loop;
     QTimer::singleShot(0, &loop, [&] {
         deed();
         loop.quit();
     });
     loop.exec();
+    checkInterruption();
+    if (!left.isEmpty())
+        throw TourFailure(QStringLiteral("%1 came and nobody expected it").arg(left));
 }
 
 void Person::close(QWidget& window)

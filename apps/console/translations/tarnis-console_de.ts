@@ -451,6 +451,49 @@
     </message>
 </context>
 <context>
+    <name>ServerText</name>
+    <message>
+        <source>Path of the file on the server</source>
+        <translation>Pfad der Datei auf dem Server</translation>
+    </message>
+    <message>
+        <source>Text of the file</source>
+        <translation>Text der Datei</translation>
+    </message>
+    <message>
+        <source>State of the text</source>
+        <translation>Zustand des Textes</translation>
+    </message>
+    <message>
+        <source>&amp;Open...</source>
+        <translation>&amp;Öffnen...</translation>
+    </message>
+    <message>
+        <source>Ctrl+O</source>
+        <translation>Ctrl+O</translation>
+    </message>
+    <message>
+        <source>&amp;Save</source>
+        <translation>&amp;Speichern</translation>
+    </message>
+    <message>
+        <source>Ctrl+S</source>
+        <translation>Ctrl+S</translation>
+    </message>
+    <message>
+        <source>Save &amp;As...</source>
+        <translation>Speichern &amp;unter...</translation>
+    </message>
+    <message>
+        <source>Ctrl+Shift+S</source>
+        <translation>Ctrl+Shift+S</translation>
+    </message>
+    <message>
+        <source>&amp;Close</source>
+        <translation>S&amp;chließen</translation>
+    </message>
+</context>
+<context>
     <name>SettingsPanel</name>
     <message>
         <source>Settings</source>
@@ -801,6 +844,18 @@
     <message>
         <source>&amp;Measured Spectrum</source>
         <translation>Gemessenes Spe&amp;ktrum</translation>
+    </message>
+    <message>
+        <source>Te&amp;xt on the Server</source>
+        <translation>Te&amp;xt auf dem Server</translation>
+    </message>
+    <message>
+        <source>Text on the Server[*]</source>
+        <translation>Text auf dem Server[*]</translation>
+    </message>
+    <message>
+        <source>Open, edit and save a text file on the server&apos;s side (Ctrl+B)</source>
+        <translation>Eine Textdatei auf dem Server öffnen, ändern und speichern (Strg+B)</translation>
     </message>
     <message>
         <source>The spectrum that the server was given with --spectrum</source>
@@ -1479,6 +1534,89 @@
     <message>
         <source>No answer in time</source>
         <translation>Keine rechtzeitige Antwort</translation>
+    </message>
+</context>
+<context>
+    <name>console::ServerTextWindow</name>
+    <message>
+        <source>Saved.</source>
+        <translation>Gespeichert.</translation>
+    </message>
+    <message>
+        <source>Opened, %1.</source>
+        <translation>Geöffnet, %1.</translation>
+    </message>
+    <message>
+        <source>No reply: %1. Try again.</source>
+        <translation>Keine Antwort: %1. Bitte noch einmal versuchen.</translation>
+    </message>
+    <message>
+        <source>No reply: the server was stopped. The text stays here.</source>
+        <translation>Keine Antwort: der Server wurde beendet. Der Text bleibt hier.</translation>
+    </message>
+    <message>
+        <source>Open on the Server</source>
+        <translation>Auf dem Server öffnen</translation>
+    </message>
+    <message>
+        <source>Save on the Server</source>
+        <translation>Auf dem Server speichern</translation>
+    </message>
+    <message>
+        <source>Reading %1...</source>
+        <translation>%1 wird gelesen...</translation>
+    </message>
+    <message>
+        <source>Not saved: the file is in Latin-1, and a character of the text is not.</source>
+        <translation>Nicht gespeichert: die Datei ist in Latin-1, und ein Zeichen des Textes gehört nicht dazu.</translation>
+    </message>
+    <message>
+        <source>Writing %1...</source>
+        <translation>%1 wird geschrieben...</translation>
+    </message>
+    <message>
+        <source>Needs a connected server. The text stays here.</source>
+        <translation>Braucht einen verbundenen Server. Der Text bleibt hier.</translation>
+    </message>
+    <message>
+        <source>%1 is not opened: %2</source>
+        <translation>%1 wird nicht geöffnet: %2</translation>
+    </message>
+    <message>
+        <source>%1 is not opened: it is no text, or larger than %2.</source>
+        <translation>%1 wird nicht geöffnet: es ist kein Text oder größer als %2.</translation>
+    </message>
+    <message>
+        <source>%1 is not saved: %2</source>
+        <translation>%1 wird nicht gespeichert: %2</translation>
+    </message>
+    <message>
+        <source>The text has changes that are not saved on the server.</source>
+        <translation>Der Text hat Änderungen, die auf dem Server nicht gespeichert sind.</translation>
+    </message>
+    <message>
+        <source>A text without a file yet</source>
+        <translation>Ein Text, der noch keine Datei hat</translation>
+    </message>
+    <message>
+        <source>Wait for the reply</source>
+        <translation>Warten Sie auf die Antwort</translation>
+    </message>
+    <message>
+        <source>Open a file on the server (Ctrl+O)</source>
+        <translation>Eine Datei auf dem Server öffnen (Strg+O)</translation>
+    </message>
+    <message>
+        <source>Save under another name on the server (Ctrl+Shift+S)</source>
+        <translation>Unter einem anderen Namen auf dem Server speichern (Strg+Umschalt+S)</translation>
+    </message>
+    <message>
+        <source>Save on the server (Ctrl+S)</source>
+        <translation>Auf dem Server speichern (Strg+S)</translation>
+    </message>
+    <message>
+        <source>Nothing has changed</source>
+        <translation>Nichts hat sich geändert</translation>
     </message>
 </context>
 <context>

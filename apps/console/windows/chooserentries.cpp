@@ -4,9 +4,11 @@
 #include "windows/logwindow.h"
 #include "windows/openwindows.h"
 #include "windows/runswindow.h"
+#include "windows/servertext.h"
 #include "windows/window.h"
 
 #include <QAbstractButton>
+#include <QComboBox>
 #include <QDialogButtonBox>
 #include <QLabel>
 #include <QLineEdit>
@@ -58,6 +60,30 @@ void driveRuns(Person& person, QWidget& window)
     person.expect(rows() == all, QStringLiteral("without a filter all runs are there"));
 }
 
+/// Types a text, saves it under a name on the server, and opens it again.
+void driveServerText(Person& person, QWidget& window)
+{
+    auto& edit = person.find<QPlainTextEdit>(window, "edit");
+    const auto& state = person.find<QLabel>(window, "stateLabel");
+    person.type(edit, QStringLiteral("written by the tour"));
+    person.click(person.find<QPushButton>(window, "saveAsButton"));
+    QWidget& saving = person.dialogOf(window);
+    auto& folders = person.find<QComboBox>(saving, "dirComboBox");
+    person.waitUntil(
+        QStringLiteral("the folder is listed"), [&] { return folders.isEnabled() && folders.count() > 0; });
+    person.type(person.find<QLineEdit>(saving, "fileNameLineEdit"), QStringLiteral("tour-text"));
+    person.picture(saving, QStringLiteral("save-as"));
+    person.click(*person.find<QDialogButtonBox>(saving, "buttonBox").button(QDialogButtonBox::Ok));
+    person.waitUntil(QStringLiteral("the text is saved"),
+        [&] { return state.text() == ServerTextWindow::tr("Saved.") && !window.isWindowModified(); });
+    person.picture(window, QStringLiteral("saved"));
+
+    static_cast<ServerTextWindow&>(window).openFile(QStringLiteral("/tour-text.txt"));
+    person.waitUntil(QStringLiteral("the text is opened"),
+        [&] { return state.text().startsWith(ServerTextWindow::tr("Opened, %1.").section(u'%', 0, 0)); });
+    person.expect(edit.toPlainText() == u"written by the tour", QStringLiteral("it is the text that was saved"));
+}
+
 void driveLog(Person& person, QWidget& window)
 {
     const QTemporaryDir directory;
@@ -100,6 +126,14 @@ WindowEntry runsEntry()
         Windows::tr("The run directories of the server by prefix, run and date (Ctrl+U)"),
         [](const WindowContext& context) -> QWidget* { return new RunsWindow(context); }, driveRuns, {}, true,
         QStringLiteral("Ctrl+U") };
+}
+
+WindowEntry serverTextEntry()
+{
+    return { QStringLiteral("server-text"), Windows::tr("Te&xt on the Server"), Windows::tr("Text on the Server[*]"),
+        Windows::tr("Open, edit and save a text file on the server's side (Ctrl+B)"),
+        [](const WindowContext& context) -> QWidget* { return new ServerTextWindow(context); }, driveServerText, {},
+        true, QStringLiteral("Ctrl+B") };
 }
 
 WindowEntry logEntry()

@@ -187,15 +187,17 @@ void OpenWindows::cascade()
     arrange(cascadeCells);
 }
 
-void OpenWindows::closeAll()
+bool OpenWindows::closeAll()
 {
     QList<QPointer<QWidget>> windows; // one may close another
     for (QWidget* const window : m_windows.map.values())
         windows.append(window);
+    bool isEachClosed = true;
     for (const QPointer<QWidget>& window : std::as_const(windows)) {
-        if (window)
-            window->close();
+        if (window && !window->close())
+            isEachClosed = false;
     }
+    return isEachClosed;
 }
 
 } // namespace console

@@ -39,7 +39,8 @@ public:
 
     void tile();
     void cascade();
-    void closeAll();
+    /// False if one stays, as for a question about changes.
+    bool closeAll();
 
 Q_SIGNALS:
     /// One has opened or closed.

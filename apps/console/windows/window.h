@@ -63,6 +63,7 @@ WindowEntry statSnapshotEntry();
 WindowEntry settingSnapshotEntry();
 WindowEntry histogramsEntry();
 WindowEntry runsEntry();
+WindowEntry serverTextEntry();
 WindowEntry logEntry();
 
 } // namespace console

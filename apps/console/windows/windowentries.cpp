@@ -6,7 +6,7 @@ QList<WindowEntry> windowEntries()
 {
     return { rowsEntry(), pairsEntry(), singleRowEntry(), spectrumEntry(), mapEntry(), statisticsEntry(),
         basePathEntry(), serverFilesEntry(), statSnapshotEntry(), settingSnapshotEntry(), histogramsEntry(),
-        runsEntry(), logEntry() };
+        runsEntry(), serverTextEntry(), logEntry() };
 }
 
 } // namespace console
