@@ -19,6 +19,7 @@
 #include <QElapsedTimer>
 #include <QLineEdit>
 #include <QLoggingCategory>
+#include <QPixmapCache>
 #include <QSettings>
 #include <QTcpSocket>
 #include <QTemporaryDir>
@@ -449,6 +450,9 @@ int main(int argc, char** argv)
     const QTemporaryDir scratch;
     const QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
+    // Qt keeps up to 10 MiB of painted controls, which colours and languages fill over a quarter of an hour. A smaller
+    // cache is full after the first minute.
+    QPixmapCache::setCacheLimit(256); // KiB
     initlog(scratch.filePath(QStringLiteral("console.log")).toStdString(), 0);
     QSettings memory(scratch.filePath(QStringLiteral("console.ini")), QSettings::IniFormat);
     const QString logFile = scratch.filePath(QStringLiteral("server.log"));
