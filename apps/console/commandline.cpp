@@ -131,7 +131,7 @@ std::optional<ServerChoice> remoteFromText(const QString& text)
     else if (host.contains(u':'))
         return std::nullopt;
     bool isNumber = false;
-    const quint16 port = text.mid(colon + 1).toUShort(&isNumber);
+    const quint16 port = QStringView(text).mid(colon + 1).toUShort(&isNumber);
     if (!isNumber || port == 0 || host.isEmpty() || host.contains(u' '))
         return std::nullopt;
     return ServerChoice { ServerChoice::Kind::Remote, {}, host, port };

@@ -53,8 +53,8 @@ MultiVectorGraphWidget::MultiVectorGraphWidget(QWidget* parent)
 // The peak search dialog tells of its end, which this object must hear while it is whole.
 MultiVectorGraphWidget::~MultiVectorGraphWidget()
 {
-    const QList<QWidget*> open = m_visibleDialogs.map.values() + m_peakDialogs.map.values();
-    qDeleteAll(open);
+    for (const auto& open : { m_visibleDialogs.map, m_peakDialogs.map }) // copies: each dialog takes itself out
+        qDeleteAll(open);
 }
 
 void MultiVectorGraphWidget::setData(int index, const QList<double>& values, double maxValue)

@@ -75,7 +75,6 @@ void nobodyAnswers(Person& person, MainWindow& window)
 
 void restart(Person& person, MainWindow& window)
 {
-    const QString address = window.controller().tarnis().GetServerAddress();
     person.shortcut(window, QKeySequence(Qt::CTRL | Qt::Key_R));
     waitForState(person, window, ServerState::Stopping, QStringLiteral("the server is told to end"));
     waitForState(person, window, ServerState::Up, QStringLiteral("the server is back"));

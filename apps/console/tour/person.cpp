@@ -170,10 +170,9 @@ void Person::close(QWidget& window)
     act([&] { window.close(); });
 }
 
-void Person::expect(bool isTrue, const QString& what)
+void Person::fail(const QString& what)
 {
-    if (!isTrue)
-        throw TourFailure(QStringLiteral("not as expected: %1").arg(what));
+    throw TourFailure(QStringLiteral("not as expected: %1").arg(what));
 }
 
 QWidget& Person::dialogOf(QWidget& window)

@@ -42,7 +42,13 @@ public:
     void waitUntil(const QString& what, const std::function<bool()>& happened, int limitMs = 20000);
     /// Lets time pass, as somebody who looks.
     void look(int ms);
-    void expect(bool isTrue, const QString& what);
+    /// Throws if it is not.
+    static void expect(bool isTrue, const QString& what)
+    {
+        if (!isTrue)
+            fail(what);
+    }
+    [[noreturn]] static void fail(const QString& what);
 
     /// The widget or action of this object name inside `window`.
     template <typename Object> Object& find(QWidget& window, const char* name)

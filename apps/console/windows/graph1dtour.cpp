@@ -85,9 +85,9 @@ void zoomAndMove(Person& person, QWidget& window)
 /// corner.
 QLineEdit& openEditorOfMaxX(Person& person, MultiVectorGraphWidget& plot)
 {
-    for (double y = 0.97; y > 0.7; y -= 0.03) {
-        for (double x = 0.99; x > 0.85; x -= 0.02) {
-            person.clickAt(plot, placeIn(plot, x, y));
+    for (int y = 97; y > 70; y -= 3) {
+        for (int x = 99; x > 85; x -= 2) {
+            person.clickAt(plot, placeIn(plot, x / 100.0, y / 100.0));
             if (auto* const edit = plot.findChild<QLineEdit*>())
                 return *edit;
         }

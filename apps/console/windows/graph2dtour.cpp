@@ -160,8 +160,8 @@ void readOut(Person& person, QWidget& window)
 {
     XY2DGraphWidget& plot = plotOf(window);
     // Empty bins tell nothing: along a line until one is hit.
-    for (double x = 0.3; x < 0.7 && !QToolTip::isVisible(); x += 0.004)
-        person.hover(plot, placeIn(plot, x, 0.45));
+    for (int x = 300; x < 700 && !QToolTip::isVisible(); x += 4)
+        person.hover(plot, placeIn(plot, x / 1000.0, 0.45));
     person.expect(QToolTip::isVisible() && !QToolTip::text().isEmpty(), QStringLiteral("a bin is read out"));
     person.scene(window, QStringLiteral("read-out"));
     QToolTip::hideText();

@@ -30,7 +30,7 @@ QPoint placeIn(const QWidget& widget, double x, double y)
 
 QString saveAs(Person& person, XYGraphWidget& plot, const QString& menuText, const QString& fileName)
 {
-    const QString path = person.newFile(fileName);
+    QString path = person.newFile(fileName);
     person.answering(
         [&](QWidget& box) {
             auto& edit = person.find<QLineEdit>(box, "fileNameEdit");
