@@ -190,8 +190,8 @@ void OpenWindows::cascade()
 bool OpenWindows::closeAll()
 {
     QList<QPointer<QWidget>> windows; // one may close another
-    for (QWidget* const window : m_windows.map.values())
-        windows.append(window);
+    for (auto entry = m_windows.map.cbegin(); entry != m_windows.map.cend(); ++entry)
+        windows.append(entry.value());
     bool isEachClosed = true;
     for (const QPointer<QWidget>& window : std::as_const(windows)) {
         if (window && !window->close())
