@@ -13,7 +13,7 @@
     </message>
     <message>
         <source>Uncheck All</source>
-        <translation>Keines ankreuzen</translation>
+        <translation>Alle abwählen</translation>
     </message>
     <message>
         <source>Invert</source>
@@ -56,7 +56,7 @@
     </message>
     <message>
         <source>AutoUpdate</source>
-        <translation>Laufend</translation>
+        <translation>Laufend aktualisieren</translation>
     </message>
     <message>
         <source>Progress</source>
@@ -97,7 +97,7 @@
     </message>
     <message>
         <source>AutoUpdate</source>
-        <translation>Laufend</translation>
+        <translation>Laufend aktualisieren</translation>
     </message>
     <message>
         <source>Filter</source>
@@ -249,7 +249,7 @@
     </message>
     <message>
         <source>Column Chart</source>
-        <translation>Säulen</translation>
+        <translation>Säulendiagramm</translation>
     </message>
     <message>
         <source>Connect Points</source>
@@ -358,7 +358,7 @@
     </message>
     <message>
         <source>UnCheck Selected</source>
-        <translation>Auswahl nicht ankreuzen</translation>
+        <translation>Auswahl abwählen</translation>
     </message>
     <message>
         <source>Reverse Selection</source>
@@ -393,7 +393,7 @@
     </message>
     <message>
         <source>&apos;%1&apos; already exists. Do you want to overwrite it?</source>
-        <translation>&apos;%1&apos; ist schon vorhanden. Soll es überschrieben werden?</translation>
+        <translation>&apos;%1&apos; gibt es schon. Soll es überschrieben werden?</translation>
     </message>
 </context>
 <context>
@@ -420,7 +420,7 @@
     </message>
     <message>
         <source>&apos;%1&apos; already exists. Do you want to overwrite it?</source>
-        <translation>&apos;%1&apos; ist schon vorhanden. Soll es überschrieben werden?</translation>
+        <translation>&apos;%1&apos; gibt es schon. Soll es überschrieben werden?</translation>
     </message>
 </context>
 <context>
@@ -464,7 +464,7 @@
     <name>ViewSelectedROI</name>
     <message>
         <source>Form</source>
-        <translation>Formular</translation>
+        <translation>Bereiche</translation>
     </message>
     <message>
         <source>x1</source>
@@ -534,11 +534,11 @@
     <name>XY2DGraphWidget</name>
     <message>
         <source>Auto</source>
-        <translation>Automatisch</translation>
+        <translation>Auto</translation>
     </message>
     <message>
         <source>Manual</source>
-        <translation>Von Hand</translation>
+        <translation>Manuell</translation>
     </message>
     <message>
         <source>Save CSV...</source>
@@ -653,7 +653,7 @@
     </message>
     <message>
         <source>Edit</source>
-        <translation>Ändern</translation>
+        <translation>Bearbeiten</translation>
     </message>
     <message>
         <source>Min Y</source>

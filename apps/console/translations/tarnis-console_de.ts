@@ -131,7 +131,7 @@
     </message>
     <message>
         <source>What the server writes when it waits for a command. \n \r \t \e \\ and \xHH stand for bytes that are hard to type; blanks count.</source>
-        <translation>Was der Server schreibt, wenn er auf einen Befehl wartet. \n \r \t \e \\ und \xHH stehen für Bytes, die sich schlecht tippen lassen; Leerzeichen zählen.</translation>
+        <translation>Was der Server schreibt, wenn er auf einen Befehl wartet. \n \r \t \e \\ und \xHH stehen für Bytes, die sich schlecht eingeben lassen; Leerzeichen zählen.</translation>
     </message>
     <message>
         <source>What is missing</source>
@@ -178,7 +178,7 @@
     </message>
     <message>
         <source>Show new lines as they are written. Scrolling up pauses, scrolling to the end goes on.</source>
-        <translation>Neue Zeilen zeigen, sobald sie geschrieben sind. Zurückrollen hält an, Rollen ans Ende macht weiter.</translation>
+        <translation>Neue Zeilen zeigen, sobald sie geschrieben sind. Zurückscrollen hält an, Scrollen ans Ende setzt fort.</translation>
     </message>
     <message>
         <source>F&amp;ind:</source>
@@ -186,7 +186,7 @@
     </message>
     <message>
         <source>Text to find in the log</source>
-        <translation>Text, der im Log gesucht wird</translation>
+        <translation>Gesuchter Text im Log</translation>
     </message>
     <message>
         <source>&amp;Previous</source>
@@ -229,7 +229,7 @@
     </message>
     <message>
         <source>Server in use</source>
-        <translation>Benutzter Server</translation>
+        <translation>Verwendeter Server</translation>
     </message>
     <message>
         <source>Host messages</source>
@@ -321,11 +321,11 @@
     </message>
     <message>
         <source>&amp;Download</source>
-        <translation>&amp;Download</translation>
+        <translation>Über&amp;tragen</translation>
     </message>
     <message>
         <source>Download and &amp;Save</source>
-        <translation>Download und &amp;speichern</translation>
+        <translation>Übertragen und &amp;speichern</translation>
     </message>
     <message>
         <source>Go to &amp;Command Line</source>
@@ -372,7 +372,7 @@
     </message>
     <message>
         <source>Try Again</source>
-        <translation>Noch einmal</translation>
+        <translation>Erneut versuchen</translation>
     </message>
     <message>
         <source>Dismiss</source>
@@ -439,7 +439,7 @@
     </message>
     <message>
         <source>&amp;Refresh</source>
-        <translation>&amp;Auffrischen</translation>
+        <translation>&amp;Aktualisieren</translation>
     </message>
     <message>
         <source>F5</source>
@@ -521,11 +521,11 @@
     </message>
     <message>
         <source>Down&amp;load</source>
-        <translation>&amp;Download</translation>
+        <translation>&amp;Übertragen</translation>
     </message>
     <message>
         <source>&amp;Download and Save</source>
-        <translation>Do&amp;wnload und speichern</translation>
+        <translation>Übertragen und spei&amp;chern</translation>
     </message>
     <message>
         <source>Addresses</source>
@@ -616,7 +616,7 @@
     </message>
     <message>
         <source>Values of the snapshot</source>
-        <translation>Werte der Aufnahme</translation>
+        <translation>Werte der Momentaufnahme</translation>
     </message>
     <message>
         <source>Name</source>
@@ -628,11 +628,11 @@
     </message>
     <message>
         <source>State of the snapshot</source>
-        <translation>Stand der Aufnahme</translation>
+        <translation>Stand der Momentaufnahme</translation>
     </message>
     <message>
         <source>&amp;Refresh</source>
-        <translation>&amp;Auffrischen</translation>
+        <translation>&amp;Aktualisieren</translation>
     </message>
     <message>
         <source>F5</source>
@@ -651,11 +651,11 @@
     </message>
     <message>
         <source>Stat Snapshot</source>
-        <translation>Aufnahme von stat</translation>
+        <translation>Momentaufnahme von stat</translation>
     </message>
     <message>
         <source>S&amp;etting Snapshot</source>
-        <translation>Aufnahme von s&amp;etting</translation>
+        <translation>Momentaufnahme von s&amp;etting</translation>
     </message>
     <message>
         <source>The settings that the server works with now</source>
@@ -663,7 +663,7 @@
     </message>
     <message>
         <source>Setting Snapshot</source>
-        <translation>Aufnahme von setting</translation>
+        <translation>Momentaufnahme von setting</translation>
     </message>
     <message>
         <source>&amp;Histograms...</source>
@@ -727,7 +727,7 @@
     </message>
     <message>
         <source>The arrival times of each module, live</source>
-        <translation>Die Ankunftszeiten jedes Moduls, laufend</translation>
+        <translation>Die Ankunftszeiten jedes Moduls, live</translation>
     </message>
     <message>
         <source>Arrival Times, A&amp;ll Modules</source>
@@ -735,7 +735,7 @@
     </message>
     <message>
         <source>The sum of all modules, live; the server tells the axis</source>
-        <translation>Die Summe aller Module, laufend; der Server nennt die Achse</translation>
+        <translation>Die Summe aller Module, live; der Server nennt die Achse</translation>
     </message>
     <message>
         <source>&amp;Position of Module 0</source>
@@ -743,7 +743,7 @@
     </message>
     <message>
         <source>Where the events of one module are, live</source>
-        <translation>Wo die Ereignisse eines Moduls liegen, laufend</translation>
+        <translation>Wo die Ereignisse eines Moduls liegen, live</translation>
     </message>
     <message>
         <source>Image</source>
@@ -763,7 +763,7 @@
     </message>
     <message>
         <source>The events by place, live</source>
-        <translation>Die Ereignisse nach Ort, laufend</translation>
+        <translation>Die Ereignisse nach Ort, live</translation>
     </message>
     <message>
         <source>Histogram %1</source>
@@ -795,7 +795,7 @@
     </message>
     <message>
         <source>What the server tells about itself, live</source>
-        <translation>Was der Server von sich berichtet, laufend</translation>
+        <translation>Was der Server von sich berichtet, live</translation>
     </message>
     <message>
         <source>&amp;Base Path...</source>
@@ -815,7 +815,7 @@
     </message>
     <message>
         <source>Stat S&amp;napshot</source>
-        <translation>Aufnahme von s&amp;tat</translation>
+        <translation>Momentaufnahme von s&amp;tat</translation>
     </message>
     <message>
         <source>&amp;Runs</source>
@@ -870,7 +870,7 @@
     </message>
     <message>
         <source>There is a setting of this name: it gets the new value.</source>
-        <translation>Eine Einstellung dieses Namens ist da: sie bekommt den neuen Wert.</translation>
+        <translation>Es gibt schon eine Einstellung dieses Namens: sie bekommt den neuen Wert.</translation>
     </message>
 </context>
 <context>
@@ -909,7 +909,7 @@
     </message>
     <message>
         <source>(an empty reply)</source>
-        <translation>(eine leere Antwort)</translation>
+        <translation>(leere Antwort)</translation>
     </message>
     <message>
         <source>The connection broke: %1.</source>
@@ -925,7 +925,7 @@
     </message>
     <message>
         <source>Needs a connected server. What you type stays here.</source>
-        <translation>Braucht einen verbundenen Server. Was Sie tippen, bleibt hier stehen.</translation>
+        <translation>Nur mit verbundenem Server. Was Sie eingeben, bleibt hier stehen.</translation>
     </message>
     <message>
         <source>Send the command (Enter)</source>
@@ -933,7 +933,7 @@
     </message>
     <message>
         <source>Type a command first</source>
-        <translation>Tippen Sie zuerst einen Befehl</translation>
+        <translation>Geben Sie zuerst einen Befehl ein</translation>
     </message>
     <message>
         <source>Send a file to the server with txfile (Ctrl+O)</source>
@@ -949,7 +949,7 @@
     </message>
     <message>
         <source>The reply is a block of numbers with text behind it, as that of hist1d and hist2d; follows the command</source>
-        <translation>Die Antwort ist ein Block von Zahlen mit Text dahinter, wie die von hist1d und hist2d; richtet sich nach dem Befehl</translation>
+        <translation>Die Antwort ist ein Block von Zahlen mit Text dahinter wie bei hist1d und hist2d; richtet sich nach dem Befehl</translation>
     </message>
 </context>
 <context>
@@ -960,15 +960,15 @@
     </message>
     <message>
         <source>Type the server&apos;s prompt.</source>
-        <translation>Tippen Sie den Prompt des Servers.</translation>
+        <translation>Geben Sie den Prompt des Servers ein.</translation>
     </message>
     <message>
         <source>The prompt holds an escape other than \n \r \t \e \\ \xHH.</source>
-        <translation>Der Prompt enthält eine andere Umschreibung als \n \r \t \e \\ \xHH.</translation>
+        <translation>Der Prompt enthält eine andere Escape-Folge als \n \r \t \e \\ \xHH.</translation>
     </message>
     <message>
         <source>Type or browse for the program to start.</source>
-        <translation>Tippen oder suchen Sie das Programm, das gestartet werden soll.</translation>
+        <translation>Geben Sie das Programm an, das gestartet werden soll, oder suchen Sie es.</translation>
     </message>
     <message>
         <source>The simulated server is not installed beside the console.</source>
@@ -980,7 +980,7 @@
     </message>
     <message>
         <source>Type the host&apos;s name or address.</source>
-        <translation>Tippen Sie Name oder Adresse des Rechners.</translation>
+        <translation>Geben Sie Name oder Adresse des Rechners ein.</translation>
     </message>
     <message>
         <source>Connect</source>
@@ -992,7 +992,7 @@
     </message>
     <message>
         <source>Use this server from now on</source>
-        <translation>Diesen Server von jetzt an benutzen</translation>
+        <translation>Ab jetzt diesen Server verwenden</translation>
     </message>
 </context>
 <context>
@@ -1003,7 +1003,7 @@
     </message>
     <message>
         <source>%1: %2 of %3 bins, %4</source>
-        <translation>%1: %2 zu %3 Kanälen, %4</translation>
+        <translation>%1: %2 zu je %3 Kanälen, %4</translation>
     </message>
     <message>
         <source>row</source>
@@ -1015,7 +1015,7 @@
     </message>
     <message>
         <source>No reply: %1. Close and open this window to ask again.</source>
-        <translation>Keine Antwort: %1. Schließen und öffnen Sie dieses Fenster, um wieder zu fragen.</translation>
+        <translation>Keine Antwort: %1. Schließen und öffnen Sie dieses Fenster, um erneut zu fragen.</translation>
     </message>
     <message>
         <source>Histograms of the server</source>
@@ -1023,7 +1023,7 @@
     </message>
     <message>
         <source>Asking the server...</source>
-        <translation>Fragt den Server...</translation>
+        <translation>Der Server wird gefragt...</translation>
     </message>
     <message>
         <source>The server does not list its histograms: %1</source>
@@ -1035,7 +1035,7 @@
     </message>
     <message>
         <source>A live window opens for each checked histogram.</source>
-        <translation>Für jedes angekreuzte Histogramm öffnet sich ein laufendes Fenster.</translation>
+        <translation>Für jedes angekreuzte Histogramm öffnet sich ein Live-Fenster.</translation>
     </message>
     <message>
         <source>There is no connection to the server. The list comes again as soon as it is back.</source>
@@ -1043,7 +1043,7 @@
     </message>
     <message>
         <source>Open a live window for each checked histogram</source>
-        <translation>Für jedes angekreuzte Histogramm ein laufendes Fenster öffnen</translation>
+        <translation>Für jedes angekreuzte Histogramm ein Live-Fenster öffnen</translation>
     </message>
     <message>
         <source>Check a histogram first</source>
@@ -1051,11 +1051,11 @@
     </message>
     <message>
         <source>Needs a connected server</source>
-        <translation>Braucht einen verbundenen Server</translation>
+        <translation>Nur mit verbundenem Server</translation>
     </message>
     <message>
         <source>There is no histogram to check</source>
-        <translation>Es ist kein Histogramm zum Ankreuzen da</translation>
+        <translation>Es gibt kein Histogramm zum Ankreuzen</translation>
     </message>
 </context>
 <context>
@@ -1104,7 +1104,7 @@
     </message>
     <message>
         <source>Type the text to find first</source>
-        <translation>Tippen Sie zuerst den gesuchten Text</translation>
+        <translation>Geben Sie zuerst den gesuchten Text ein</translation>
     </message>
     <message>
         <source>Find the text further up (Shift+F3)</source>
@@ -1120,11 +1120,11 @@
     </message>
     <message>
         <source>%1 cannot be read: %2. It is shown as soon as it is there.</source>
-        <translation>%1 lässt sich nicht lesen: %2. Sie wird gezeigt, sobald sie da ist.</translation>
+        <translation>%1 lässt sich nicht lesen: %2. Die Datei wird gezeigt, sobald sie da ist.</translation>
     </message>
     <message>
         <source>The file is gone. Another of its name is shown as soon as it is there.</source>
-        <translation>Die Datei ist fort. Eine andere ihres Namens wird gezeigt, sobald sie da ist.</translation>
+        <translation>Die Datei ist verschwunden. Eine neue dieses Namens wird gezeigt, sobald sie da ist.</translation>
     </message>
     <message>
         <source>Following the file.</source>
@@ -1132,7 +1132,7 @@
     </message>
     <message>
         <source>Paused; %1 more in the file. Follow shows them.</source>
-        <translation>Angehalten; %1 mehr in der Datei. Verfolgen zeigt sie.</translation>
+        <translation>Angehalten; in der Datei sind %1 mehr. „Verfolgen“ zeigt sie.</translation>
     </message>
     <message>
         <source>Paused; nothing new in the file.</source>
@@ -1143,7 +1143,7 @@
     <name>console::MainWindow</name>
     <message>
         <source>Needs a connected server</source>
-        <translation>Braucht einen verbundenen Server</translation>
+        <translation>Nur mit verbundenem Server</translation>
     </message>
     <message>
         <source>&amp;Start</source>
@@ -1171,11 +1171,11 @@
     </message>
     <message>
         <source>Wait until the server has ended</source>
-        <translation>Warten Sie, bis der Server geendet hat</translation>
+        <translation>Warten Sie, bis sich der Server beendet hat</translation>
     </message>
     <message>
         <source>A server is in use already</source>
-        <translation>Ein Server wird schon benutzt</translation>
+        <translation>Es wird schon ein Server verwendet</translation>
     </message>
     <message>
         <source>Shut the server down and start it again (Ctrl+R)</source>
@@ -1187,7 +1187,7 @@
     </message>
     <message>
         <source>There is no server to restart</source>
-        <translation>Kein Server da, der neu starten könnte</translation>
+        <translation>Es gibt keinen Server, der neu gestartet werden könnte</translation>
     </message>
     <message>
         <source>Let the server end (Ctrl+D)</source>
@@ -1199,15 +1199,15 @@
     </message>
     <message>
         <source>No server is in use</source>
-        <translation>Kein Server wird benutzt</translation>
+        <translation>Es wird kein Server verwendet</translation>
     </message>
     <message>
         <source>Kill the local server; what it has not saved is lost</source>
-        <translation>Den lokalen Server abschießen; was er nicht gespeichert hat, geht verloren</translation>
+        <translation>Den lokalen Server gewaltsam beenden; was er nicht gespeichert hat, geht verloren</translation>
     </message>
     <message>
         <source>No server process of this console is running</source>
-        <translation>Kein Serverprozess dieser Konsole läuft</translation>
+        <translation>Es läuft kein Serverprozess dieser Konsole</translation>
     </message>
     <message>
         <source>Start another server, or connect to one (Ctrl+N)</source>
@@ -1235,7 +1235,7 @@
     </message>
     <message>
         <source>Wait until the lines on their way are answered</source>
-        <translation>Warten Sie, bis die Zeilen unterwegs beantwortet sind</translation>
+        <translation>Warten Sie, bis die gesendeten Zeilen beantwortet sind</translation>
     </message>
     <message>
         <source>No server</source>
@@ -1247,11 +1247,11 @@
     </message>
     <message>
         <source>Starting...</source>
-        <translation>Startet...</translation>
+        <translation>Wird gestartet...</translation>
     </message>
     <message>
         <source>Connecting...</source>
-        <translation>Verbindet...</translation>
+        <translation>Wird verbunden...</translation>
     </message>
     <message>
         <source>%1 at %2</source>
@@ -1295,15 +1295,15 @@
     </message>
     <message>
         <source>This desktop (Wayland) places windows itself; started with QT_QPA_PLATFORM=xcb the console can do it</source>
-        <translation>Dieser Desktop (Wayland) stellt Fenster selbst auf; mit QT_QPA_PLATFORM=xcb gestartet kann es die Konsole</translation>
+        <translation>Dieser Desktop (Wayland) ordnet Fenster selbst an; mit QT_QPA_PLATFORM=xcb gestartet kann es die Konsole</translation>
     </message>
     <message>
         <source>Lay all open windows side by side</source>
-        <translation>Alle offenen Fenster nebeneinander legen</translation>
+        <translation>Alle offenen Fenster nebeneinander anordnen</translation>
     </message>
     <message>
         <source>Lay all open windows one behind the other</source>
-        <translation>Alle offenen Fenster hintereinander legen</translation>
+        <translation>Alle offenen Fenster hintereinander anordnen</translation>
     </message>
     <message>
         <source>Close all windows but this one</source>
@@ -1375,11 +1375,11 @@
     <name>console::RunsWindow</name>
     <message>
         <source>No reply: %1. Refresh to ask again.</source>
-        <translation>Keine Antwort: %1. Auffrischen fragt wieder.</translation>
+        <translation>Keine Antwort: %1. „Aktualisieren“ fragt noch einmal.</translation>
     </message>
     <message>
         <source>No reply: the server was stopped.</source>
-        <translation>Keine Antwort: der Server wurde angehalten.</translation>
+        <translation>Keine Antwort: der Server wurde beendet.</translation>
     </message>
     <message>
         <source>The folder cannot be asked for: %1</source>
@@ -1387,7 +1387,7 @@
     </message>
     <message>
         <source>Asking the server...</source>
-        <translation>Fragt den Server...</translation>
+        <translation>Der Server wird gefragt...</translation>
     </message>
     <message>
         <source>The server does not list the folder: %1</source>
@@ -1439,7 +1439,7 @@
     </message>
     <message>
         <source>Needs a connected server. The runs of before stay here.</source>
-        <translation>Braucht einen verbundenen Server. Die bisherigen Messläufe bleiben hier.</translation>
+        <translation>Nur mit verbundenem Server. Die bisherigen Messläufe bleiben hier stehen.</translation>
     </message>
     <message>
         <source>Choose the folder on the server</source>
@@ -1447,11 +1447,11 @@
     </message>
     <message>
         <source>Needs a connected server</source>
-        <translation>Braucht einen verbundenen Server</translation>
+        <translation>Nur mit verbundenem Server</translation>
     </message>
     <message>
         <source>Put the run&apos;s path into the command line</source>
-        <translation>Den Pfad des Messlaufs in die Befehlszeile setzen</translation>
+        <translation>Den Pfad des Messlaufs in die Befehlszeile übernehmen</translation>
     </message>
     <message>
         <source>Choose a run in the table first</source>
@@ -1462,39 +1462,39 @@
     <name>console::ServerController</name>
     <message>
         <source>There is no program “%1” to start here. Choose another server.</source>
-        <translation>Hier gibt es kein Programm „%1“ zu starten. Wählen Sie einen anderen Server.</translation>
+        <translation>Ein Programm „%1“ gibt es hier nicht. Wählen Sie einen anderen Server.</translation>
     </message>
     <message>
         <source>The program “%1” could not be started. See that it may be executed, or choose another server.</source>
-        <translation>Das Programm „%1“ ließ sich nicht starten. Sehen Sie nach, ob es ausgeführt werden darf, oder wählen Sie einen anderen Server.</translation>
+        <translation>Das Programm „%1“ ließ sich nicht starten. Prüfen Sie, ob es ausgeführt werden darf, oder wählen Sie einen anderen Server.</translation>
     </message>
     <message>
         <source>Something answers at %1, but it does not greet with the prompt “%2”. See that it is the right port, and that the prompt is the server&apos;s.</source>
-        <translation>Unter %1 antwortet etwas, grüßt aber nicht mit dem Prompt „%2“. Sehen Sie nach, ob es der richtige Port und der Prompt des Servers ist.</translation>
+        <translation>Unter %1 antwortet etwas, meldet sich aber nicht mit dem Prompt „%2“. Prüfen Sie, ob Port und Prompt die des Servers sind.</translation>
     </message>
     <message>
         <source>Nothing answers at %1: the connection was refused. See that the server runs there, then connect again.</source>
-        <translation>Unter %1 antwortet nichts: die Verbindung wurde abgelehnt. Sehen Sie nach, ob der Server dort läuft, und verbinden Sie wieder.</translation>
+        <translation>Unter %1 antwortet nichts: die Verbindung wurde abgelehnt. Prüfen Sie, ob der Server dort läuft, und verbinden Sie erneut.</translation>
     </message>
     <message>
         <source>The host of %1 was not found. See that its name is right, then connect again.</source>
-        <translation>Der Rechner von %1 wurde nicht gefunden. Sehen Sie nach, ob der Name stimmt, und verbinden Sie wieder.</translation>
+        <translation>Der Rechner wurde nicht gefunden (%1). Prüfen Sie, ob der Name stimmt, und verbinden Sie erneut.</translation>
     </message>
     <message>
         <source>Nothing answers at %1 within %2 s. See that the host is up and reachable, then connect again.</source>
-        <translation>Unter %1 antwortet innerhalb von %2 s nichts. Sehen Sie nach, ob der Rechner läuft und erreichbar ist, und verbinden Sie wieder.</translation>
+        <translation>Unter %1 antwortet innerhalb von %2 s nichts. Prüfen Sie, ob der Rechner läuft und erreichbar ist, und verbinden Sie erneut.</translation>
     </message>
     <message>
         <source>No connection to %1: %2. See that it can be reached, then connect again.</source>
-        <translation>Keine Verbindung zu %1: %2. Sehen Sie nach, ob er erreichbar ist, und verbinden Sie wieder.</translation>
+        <translation>Keine Verbindung zu %1: %2. Prüfen Sie, ob der Server erreichbar ist, und verbinden Sie erneut.</translation>
     </message>
     <message>
         <source>The connection to %1 broke: %2. Connect again to go on.</source>
-        <translation>Die Verbindung zu %1 ist abgerissen: %2. Verbinden Sie wieder, um weiterzuarbeiten.</translation>
+        <translation>Die Verbindung zu %1 ist abgerissen: %2. Verbinden Sie erneut, um weiterzuarbeiten.</translation>
     </message>
     <message>
         <source>it crashed</source>
-        <translation>er ist abgestürzt</translation>
+        <translation>Absturz</translation>
     </message>
     <message>
         <source>exit code %1</source>
@@ -1502,15 +1502,15 @@
     </message>
     <message>
         <source>The server %1 has ended by itself (%2). Start it again to go on.</source>
-        <translation>Der Server %1 hat von selbst geendet (%2). Starten Sie ihn wieder, um weiterzuarbeiten.</translation>
+        <translation>Der Server %1 hat sich beendet (%2). Starten Sie ihn erneut, um weiterzuarbeiten.</translation>
     </message>
     <message>
         <source>The server %1 has ended before it was ready (%2). Start it again, or choose another.</source>
-        <translation>Der Server %1 hat geendet, bevor er bereit war (%2). Starten Sie ihn wieder, oder wählen Sie einen anderen.</translation>
+        <translation>Der Server %1 hat sich beendet, bevor er bereit war (%2). Starten Sie ihn erneut oder wählen Sie einen anderen.</translation>
     </message>
     <message>
         <source>%1 was told to end and has not done so yet. It is ended by force after half a minute.</source>
-        <translation>%1 soll enden und hat es noch nicht getan. Nach einer halben Minute wird er gewaltsam beendet.</translation>
+        <translation>%1 wird heruntergefahren, hat sich aber noch nicht beendet. Nach einer halben Minute wird er gewaltsam beendet.</translation>
     </message>
     <message>
         <source>%1 runs, but has not told its port yet (the line “UI port:”).</source>
@@ -1518,7 +1518,7 @@
     </message>
     <message>
         <source>%1 has greeted, but does not answer “stat” yet.</source>
-        <translation>%1 hat gegrüßt, antwortet aber noch nicht auf „stat“.</translation>
+        <translation>%1 hat sich gemeldet, antwortet aber noch nicht auf „stat“.</translation>
     </message>
     <message>
         <source>The server is busy (%1) and is not shut down now. Wait until it is done.</source>
@@ -1548,11 +1548,11 @@
     </message>
     <message>
         <source>No reply: %1. Try again.</source>
-        <translation>Keine Antwort: %1. Bitte noch einmal versuchen.</translation>
+        <translation>Keine Antwort: %1. Versuchen Sie es noch einmal.</translation>
     </message>
     <message>
         <source>No reply: the server was stopped. The text stays here.</source>
-        <translation>Keine Antwort: der Server wurde beendet. Der Text bleibt hier.</translation>
+        <translation>Keine Antwort: der Server wurde beendet. Der Text bleibt hier stehen.</translation>
     </message>
     <message>
         <source>Open on the Server</source>
@@ -1576,7 +1576,7 @@
     </message>
     <message>
         <source>Needs a connected server. The text stays here.</source>
-        <translation>Braucht einen verbundenen Server. Der Text bleibt hier.</translation>
+        <translation>Nur mit verbundenem Server. Der Text bleibt hier stehen.</translation>
     </message>
     <message>
         <source>%1 is not opened: %2</source>
@@ -1623,11 +1623,11 @@
     <name>console::SessionKeeper</name>
     <message>
         <source>Needs a connected server</source>
-        <translation>Braucht einen verbundenen Server</translation>
+        <translation>Nur mit verbundenem Server</translation>
     </message>
     <message>
         <source>The server is being stopped. This goes on as soon as a server is connected again.</source>
-        <translation>Der Server wird angehalten. Es geht weiter, sobald wieder ein Server verbunden ist.</translation>
+        <translation>Die Verbindung zum Server wird beendet. Es geht weiter, sobald wieder ein Server verbunden ist.</translation>
     </message>
     <message>
         <source>The connection broke: %1. This goes on as soon as the server answers again.</source>
@@ -1642,7 +1642,7 @@
     <name>console::SettingsModel</name>
     <message>
         <source>%1 holds a blank, which would end it on the way to the server.</source>
-        <translation>%1 enthält ein Leerzeichen, das ihn auf dem Weg zum Server beenden würde.</translation>
+        <translation>%1 enthält ein Leerzeichen, das ihn auf dem Weg zum Server abschneiden würde.</translation>
     </message>
     <message>
         <source>%1 holds a control character.</source>
@@ -1658,11 +1658,11 @@
     </message>
     <message>
         <source>The name holds a colon, which would end it on the way to the server.</source>
-        <translation>Der Name enthält einen Doppelpunkt, der ihn auf dem Weg zum Server beenden würde.</translation>
+        <translation>Der Name enthält einen Doppelpunkt, der ihn auf dem Weg zum Server abschneiden würde.</translation>
     </message>
     <message>
         <source>The value holds a colon, which changes its meaning for the server.</source>
-        <translation>Der Wert enthält einen Doppelpunkt, der für den Server den Sinn ändert.</translation>
+        <translation>Der Wert enthält einen Doppelpunkt, der für den Server seinen Sinn ändert.</translation>
     </message>
     <message>
         <source>The name</source>
@@ -1721,7 +1721,7 @@
     </message>
     <message>
         <source>Reading...</source>
-        <translation>Liest...</translation>
+        <translation>Wird eingelesen...</translation>
     </message>
     <message>
         <source>Sending %1...</source>
@@ -1749,7 +1749,7 @@
     </message>
     <message>
         <source>The base path is kept for the next download.</source>
-        <translation>Der Basispfad wird für den nächsten Download behalten.</translation>
+        <translation>Der Basispfad wird für die nächste Übertragung behalten.</translation>
     </message>
     <message>
         <source>Set: %1</source>
@@ -1757,11 +1757,11 @@
     </message>
     <message>
         <source>Needs a connected server</source>
-        <translation>Braucht einen verbundenen Server</translation>
+        <translation>Nur mit verbundenem Server</translation>
     </message>
     <message>
         <source>Wait until the lines on their way are answered</source>
-        <translation>Warten Sie, bis die Zeilen unterwegs beantwortet sind</translation>
+        <translation>Warten Sie, bis die gesendeten Zeilen beantwortet sind</translation>
     </message>
     <message>
         <source>Ask the server for its settings (F5)</source>
@@ -1797,7 +1797,7 @@
     </message>
     <message>
         <source>Keep the base path for the next download</source>
-        <translation>Den Basispfad für den nächsten Download behalten</translation>
+        <translation>Den Basispfad für die nächste Übertragung behalten</translation>
     </message>
     <message>
         <source>Send the base path to the server</source>
@@ -1805,19 +1805,19 @@
     </message>
     <message>
         <source>Type a path first</source>
-        <translation>Tippen Sie zuerst einen Pfad</translation>
+        <translation>Geben Sie zuerst einen Pfad ein</translation>
     </message>
     <message>
         <source>Store the address in the settings; download them to send it</source>
-        <translation>Die Adresse in den Einstellungen ablegen; der Download sendet sie</translation>
+        <translation>Die Adresse in den Einstellungen ablegen; „Übertragen“ sendet sie</translation>
     </message>
     <message>
         <source>Type an IPv4 address such as 192.168.0.16 first</source>
-        <translation>Tippen Sie zuerst eine IPv4-Adresse wie 192.168.0.16</translation>
+        <translation>Geben Sie zuerst eine IPv4-Adresse ein, etwa 192.168.0.16</translation>
     </message>
     <message>
         <source>Reading what the server has...</source>
-        <translation>Liest, was der Server hat...</translation>
+        <translation>Was der Server hat, wird eingelesen...</translation>
     </message>
     <message>
         <source>The server began anew. Of what was sent before, %1 not on it: download to send again.</source>
@@ -1836,15 +1836,15 @@
     <name>console::SnapshotWindow</name>
     <message>
         <source>No reply: %1. Refresh to ask again.</source>
-        <translation>Keine Antwort: %1. Auffrischen fragt wieder.</translation>
+        <translation>Keine Antwort: %1. „Aktualisieren“ fragt noch einmal.</translation>
     </message>
     <message>
         <source>No reply: the server was stopped.</source>
-        <translation>Keine Antwort: der Server wurde angehalten.</translation>
+        <translation>Keine Antwort: der Server wurde beendet.</translation>
     </message>
     <message>
         <source>Asking the server...</source>
-        <translation>Fragt den Server...</translation>
+        <translation>Der Server wird gefragt...</translation>
     </message>
     <message>
         <source>value</source>
@@ -1872,7 +1872,7 @@
     </message>
     <message>
         <source>Needs a connected server. The values of before stay here.</source>
-        <translation>Braucht einen verbundenen Server. Die bisherigen Werte bleiben hier.</translation>
+        <translation>Nur mit verbundenem Server. Die bisherigen Werte bleiben hier stehen.</translation>
     </message>
 </context>
 <context>
@@ -1903,7 +1903,7 @@
     </message>
     <message>
         <source>Plot: %1</source>
-        <translation>Kurvenbild: %1</translation>
+        <translation>Diagramm: %1</translation>
     </message>
 </context>
 </TS>
