@@ -48,7 +48,7 @@ int runConsole(const console::Options& options, QSettings& memory)
     window.show();
     QTimer::singleShot(0, &window, [&] { window.startServer(options); });
     if (options.tourDirectory.isEmpty()) {
-        const console::QuitSignals quitSignals(window, [&window] { window.close(); });
+        const console::QuitSignals quitSignals(window, [&window] { window.leave(); });
         return QApplication::exec();
     }
     console::Tour tour(window, options.tourDirectory);

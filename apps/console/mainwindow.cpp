@@ -16,7 +16,7 @@
 #include <tarnis/foundation/helpers.h>
 
 #include <QApplication>
-#include <QCloseEvent>
+#include <QEvent>
 #include <QFileDialog>
 #include <QMessageBox>
 #include <QSaveFile>
@@ -47,6 +47,11 @@ MainWindow::MainWindow(QSettings& memory)
     connectActions();
     addWindowActions();
     connect(m_windows, &OpenWindows::changed, this, &MainWindow::updateControls);
+    connect(m_windows, &OpenWindows::changed, this, &MainWindow::goOnLeaving);
+    connect(m_windows, &OpenWindows::kept, this, [this] {
+        m_isAskingToSave = false;
+        m_isRunGivenUp = false;
+    });
     connect(m_controller, &ServerController::stateChanged, this, &MainWindow::updateControls);
     connect(m_controller, &ServerController::notice, this, &MainWindow::onNotice);
     connect(m_commandPanel, &CommandPanel::notice, this, &MainWindow::onNotice);
@@ -75,9 +80,12 @@ void MainWindow::connectActions()
     ui->shutDownButton->setDefaultAction(ui->shutDownAction);
     connect(ui->chooseAction, &QAction::triggered, this, &MainWindow::chooseServer);
     connect(ui->startAction, &QAction::triggered, this, &MainWindow::startAgain);
-    connect(ui->restartAction, &QAction::triggered, m_controller, &ServerController::restart);
-    connect(ui->shutDownAction, &QAction::triggered, m_controller, &ServerController::stop);
-    connect(ui->forceAction, &QAction::triggered, m_controller, &ServerController::endByForce);
+    connect(ui->restartAction, &QAction::triggered, this,
+        [this] { unlessRunMatters([this] { m_controller->restart(); }); });
+    connect(
+        ui->shutDownAction, &QAction::triggered, this, [this] { unlessRunMatters([this] { m_controller->stop(); }); });
+    connect(ui->forceAction, &QAction::triggered, this,
+        [this] { unlessRunMatters([this] { m_controller->endByForce(); }); });
     connect(ui->quitAction, &QAction::triggered, this, &MainWindow::close);
     connect(ui->uploadAction, &QAction::triggered, m_commandPanel, &CommandPanel::chooseUpload);
     connect(ui->giveUpAction, &QAction::triggered, m_commandPanel, &CommandPanel::giveUp);
@@ -167,8 +175,7 @@ void MainWindow::updateControls()
         isLocal ? tr("Shut the server down and start it again (Ctrl+R)") : tr("Disconnect and connect again (Ctrl+R)"),
         tr("There is no server to restart"));
     setAvailable(ui->shutDownAction, !canStart && !isStopping,
-        isLocal ? tr("Let the server end (Ctrl+D)") : tr("Leave the server; it goes on running (Ctrl+D)"),
-        tr("No server is in use"));
+        isLocal ? tr("Let the server end") : tr("Leave the server; it goes on running"), tr("No server is in use"));
     setAvailable(ui->forceAction, m_controller->hasProcess(),
         tr("Kill the local server; what it has not saved is lost"), tr("No server process of this console is running"));
     setAvailable(ui->chooseAction, !isStopping, tr("Start another server, or connect to one (Ctrl+N)"),
@@ -280,8 +287,12 @@ void MainWindow::chooseServer()
 {
     auto* dialog = new ConnectDialog(m_controller->choice(), m_controller->prompt(), this);
     connect(dialog, &QDialog::accepted, this, [this, dialog] {
-        m_controller->start(dialog->choice(), dialog->prompt());
-        remember();
+        const ServerChoice choice = dialog->choice();
+        const QByteArray prompt = dialog->prompt();
+        unlessRunMatters([this, choice, prompt] {
+            m_controller->start(choice, prompt);
+            remember();
+        });
     });
     dialog->open();
 }
@@ -390,23 +401,6 @@ void MainWindow::setTexts()
         m_windowActions.at(i)->setText(translated.at(i).menuText);
     }
     updateControls();
-}
-
-void MainWindow::closeEvent(QCloseEvent* event)
-{
-    remember();
-    const bool canGo = m_controller->state() == ServerState::Off
-        || (m_controller->state() == ServerState::Failed && !m_controller->hasProcess());
-    if (canGo) {
-        m_isClosing = false;
-        event->setAccepted(m_windows->closeAll()); // not with changes that nobody has decided about
-        return;
-    }
-    event->ignore(); // goes when the server has ended, see updateControls()
-    m_isClosing = true;
-    m_controller->stop();
-    if (m_controller->state() == ServerState::Up)
-        m_isClosing = false; // refused: the server is busy
 }
 
 } // namespace console

@@ -9,6 +9,7 @@
 #include <QMainWindow>
 #include <QPalette>
 
+#include <functional>
 #include <memory>
 
 class QSettings;
@@ -24,7 +25,8 @@ class OpenWindows;
 class ServerController;
 class SettingsPanel;
 
-/// Closing it shuts the server down first and goes when the server has ended. GUI thread.
+/// Closing it asks about a run and about work that is not saved, then shuts the server down, and goes when the server
+/// has ended. GUI thread.
 class MainWindow : public QMainWindow {
     Q_OBJECT
 public:
@@ -44,6 +46,9 @@ public:
     const QList<WindowEntry>& entries() const { return m_entries; }
     OpenWindows& windows() { return *m_windows; }
 
+    /// Closes without a question about a run: the program is ended from outside.
+    void leave();
+
 protected:
     void changeEvent(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
@@ -56,6 +61,8 @@ protected:
     void showStatus();
     void onNotice(const Notice& notice);
     void onRemedy(Remedy remedy);
+    void goOnLeaving();
+    void unlessRunMatters(const std::function<void()>& deed);
     void chooseServer();
     void startAgain();
     void saveRecord();
@@ -74,6 +81,8 @@ protected:
     QList<QAction*> m_windowActions; ///< one for each entry
     OpenWindows* m_windows;
     QPalette m_desktopPalette;
+    bool m_isRunGivenUp = false; ///< the person who closes the window knows that a run ends
+    bool m_isAskingToSave = false; ///< a window with unsaved work was asked to close; this one closes behind it
     bool m_isClosing = false; ///< close as soon as the server has ended
 };
 

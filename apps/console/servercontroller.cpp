@@ -90,6 +90,11 @@ bool ServerController::hasProcess() const
     return m_process && m_process->state() != QProcess::NotRunning;
 }
 
+bool ServerController::isRunAtStake() const
+{
+    return isLocal() && m_state == ServerState::Up && m_status == Tarnis::RUNNING;
+}
+
 QString ServerController::basePathRefusal() const
 {
     switch (m_status) {

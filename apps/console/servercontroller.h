@@ -49,6 +49,8 @@ public:
     QString serverName() const;
     /// True while a server process that this console started is running.
     bool hasProcess() const;
+    /// True while a run goes on that would end with the server.
+    bool isRunAtStake() const;
     /// Why the base path cannot be set now, in words; empty if it can.
     QString basePathRefusal() const;
     /// A remote server is only disconnected from.

@@ -14,11 +14,13 @@
 
 #include <tarnis/foundation/log.h>
 
+#include <QAbstractButton>
 #include <QAction>
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QLineEdit>
 #include <QLoggingCategory>
+#include <QMessageBox>
 #include <QPixmapCache>
 #include <QSettings>
 #include <QTcpSocket>
@@ -290,7 +292,14 @@ void Soak::everyMinute()
 
 void Soak::closeBoxes()
 {
-    if (QWidget* const box = QApplication::activeModalWidget()) {
+    QWidget* const box = QApplication::activeModalWidget();
+    if (auto* const question = qobject_cast<QMessageBox*>(box); question && box->objectName() == u"runBox") {
+        for (QAbstractButton* const button : question->buttons()) {
+            if (question->buttonRole(button) == QMessageBox::AcceptRole)
+                return button->click(); // the soak's own run
+        }
+    }
+    if (box) {
         wrong(QStringLiteral("a box stood in the way: %1").arg(box->property("text").toString().left(100)));
         box->close();
     }

@@ -233,23 +233,6 @@ private Q_SLOTS:
         text.answer(QMessageBox::Discard);
         QTRY_VERIFY(text.window.isNull());
     }
-
-    void theConsoleStaysOpenForChanges()
-    {
-        Archive server;
-        Desk desk;
-        const OpenText text(server, desk);
-        QTest::keyClicks(&text.edit(), "x");
-        desk.choose("shutDownAction");
-        QVERIFY(desk.reaches(ServerState::Off));
-        desk.window->close();
-        QVERIFY(desk.window->isVisible());
-        QVERIFY(text.question());
-        text.answer(QMessageBox::Discard);
-        QTRY_VERIFY(text.window.isNull());
-        desk.window->close();
-        QVERIFY(!desk.window->isVisible());
-    }
 };
 
 QTEST_MAIN(TestConsoleText)

@@ -84,7 +84,7 @@ void restart(Person& person, MainWindow& window)
 
 void shutDown(Person& person, MainWindow& window)
 {
-    person.shortcut(window, QKeySequence(Qt::CTRL | Qt::Key_D));
+    person.choose(window, "shutDownAction");
     waitForState(person, window, ServerState::Off, QStringLiteral("the server has ended"));
     person.expect(!window.controller().hasProcess(), QStringLiteral("no process is left"));
     person.picture(window, QStringLiteral("off"));

@@ -1190,14 +1190,6 @@
         <translation>Es gibt keinen Server, der neu gestartet werden könnte</translation>
     </message>
     <message>
-        <source>Let the server end (Ctrl+D)</source>
-        <translation>Den Server enden lassen (Ctrl+D)</translation>
-    </message>
-    <message>
-        <source>Leave the server; it goes on running (Ctrl+D)</source>
-        <translation>Den Server verlassen; er läuft weiter (Ctrl+D)</translation>
-    </message>
-    <message>
         <source>No server is in use</source>
         <translation>Es wird kein Server verwendet</translation>
     </message>
@@ -1312,6 +1304,22 @@
     <message>
         <source>&lt;tr&gt;&lt;td&gt;&lt;b&gt;Up, Down&lt;/b&gt;&amp;nbsp;&amp;nbsp;&amp;nbsp;&lt;/td&gt;&lt;td&gt;Walk through the commands that were typed&lt;/td&gt;&lt;/tr&gt;&lt;tr&gt;&lt;td&gt;&lt;b&gt;F8&lt;/b&gt;&lt;/td&gt;&lt;td&gt;Press the button of the notice&lt;/td&gt;&lt;/tr&gt;&lt;tr&gt;&lt;td&gt;&lt;b&gt;F2&lt;/b&gt;&lt;/td&gt;&lt;td&gt;Edit the chosen setting&lt;/td&gt;&lt;/tr&gt;&lt;tr&gt;&lt;td&gt;&lt;b&gt;F5&lt;/b&gt;&lt;/td&gt;&lt;td&gt;Update a live window&lt;/td&gt;&lt;/tr&gt;&lt;tr&gt;&lt;td&gt;&lt;b&gt;Menu, arrows, +, -, Home&lt;/b&gt;&lt;/td&gt;&lt;td&gt;In a plot: its tools, move, zoom, show all&lt;/td&gt;&lt;/tr&gt;</source>
         <translation>&lt;tr&gt;&lt;td&gt;&lt;b&gt;Auf, Ab&lt;/b&gt;&amp;nbsp;&amp;nbsp;&amp;nbsp;&lt;/td&gt;&lt;td&gt;Durch die getippten Befehle gehen&lt;/td&gt;&lt;/tr&gt;&lt;tr&gt;&lt;td&gt;&lt;b&gt;F8&lt;/b&gt;&lt;/td&gt;&lt;td&gt;Den Knopf des Hinweises drücken&lt;/td&gt;&lt;/tr&gt;&lt;tr&gt;&lt;td&gt;&lt;b&gt;F2&lt;/b&gt;&lt;/td&gt;&lt;td&gt;Die gewählte Einstellung ändern&lt;/td&gt;&lt;/tr&gt;&lt;tr&gt;&lt;td&gt;&lt;b&gt;F5&lt;/b&gt;&lt;/td&gt;&lt;td&gt;Ein laufendes Fenster aktualisieren&lt;/td&gt;&lt;/tr&gt;&lt;tr&gt;&lt;td&gt;&lt;b&gt;Menü, Pfeile, +, -, Pos1&lt;/b&gt;&lt;/td&gt;&lt;td&gt;In einem Kurvenbild: seine Werkzeuge, verschieben, vergrößern, alles zeigen&lt;/td&gt;&lt;/tr&gt;</translation>
+    </message>
+    <message>
+        <source>A run goes on at %1. It ends with the server.</source>
+        <translation>Auf %1 läuft ein Messlauf. Er endet mit dem Server.</translation>
+    </message>
+    <message>
+        <source>&amp;End the Run</source>
+        <translation>Messlauf &amp;beenden</translation>
+    </message>
+    <message>
+        <source>Let the server end</source>
+        <translation>Den Server enden lassen</translation>
+    </message>
+    <message>
+        <source>Leave the server; it goes on running</source>
+        <translation>Den Server verlassen; er läuft weiter</translation>
     </message>
 </context>
 <context>
@@ -1617,6 +1625,10 @@
     <message>
         <source>Nothing has changed</source>
         <translation>Nichts hat sich geändert</translation>
+    </message>
+    <message>
+        <source>No server is connected: they cannot be saved now.</source>
+        <translation>Kein Server ist verbunden: Jetzt lassen sie sich nicht speichern.</translation>
     </message>
 </context>
 <context>

@@ -200,6 +200,19 @@ bool OpenWindows::closeAll()
     return isEachClosed;
 }
 
+bool OpenWindows::closeUnsaved()
+{
+    const auto windows = m_windows.map.values();
+    const auto found = std::find_if(
+        windows.begin(), windows.end(), [](const QWidget* window) { return window && window->isWindowModified(); });
+    if (found == windows.end())
+        return false;
+    (*found)->showNormal();
+    (*found)->raise();
+    (*found)->close();
+    return true;
+}
+
 } // namespace console
 
 #include "openwindows.moc"

@@ -41,10 +41,16 @@ public:
     void cascade();
     /// False if one stays, as for a question about changes.
     bool closeAll();
+    /// Asks the first window with work that is not saved (QWidget::isWindowModified()) to close. False if there is
+    /// none. It closes, which changed() tells, or stays, which kept() tells.
+    bool closeUnsaved();
+    /// To be called by a window that was asked to close and stays.
+    void keep() { Q_EMIT kept(); }
 
 Q_SIGNALS:
     /// One has opened or closed.
     void changed();
+    void kept();
 
 protected:
     void arrange(const std::function<QList<QRect>(int count, const QRect& area)>& cells);

@@ -5,6 +5,7 @@
 #include "servercontroller.h"
 #include "sessionlink.h"
 #include "ui_servertext.h"
+#include "windows/openwindows.h"
 #include "windows/pathwindows.h"
 
 #include <QEvent>
@@ -66,12 +67,12 @@ ServerTextWindow::ServerTextWindow(const WindowContext& context)
     connect(m_link, &SessionLink::replied, this, &ServerTextWindow::onReplied);
     connect(m_link, &SessionLink::waitingChanged, this, &ServerTextWindow::updateControls);
     connect(m_link, &SessionLink::failed, this, [this](int, const QString& message) {
-        m_afterSave = {};
+        stay();
         say(tr("No reply: %1. Try again.").arg(message));
         m_context.controller.checkServer();
     });
     connect(&context.controller, &ServerController::aboutToStop, this, [this] {
-        m_afterSave = {};
+        stay();
         if (!m_link->drop().isEmpty())
             say(tr("No reply: the server was stopped. The text stays here."));
     });
@@ -111,7 +112,7 @@ void ServerTextWindow::chooseSaveAs()
     if (const qsizetype slash = m_path.lastIndexOf(u'/'); slash > 0)
         chooser->setDir(m_path.left(slash));
     connect(chooser, qOverload<const QString&>(&SelectPathDialog::accepted), this, &ServerTextWindow::saveTo);
-    connect(chooser, &QDialog::rejected, this, [this] { m_afterSave = {}; });
+    connect(chooser, &QDialog::rejected, this, [this] { stay(); });
     chooser->open();
 }
 
@@ -134,7 +135,7 @@ void ServerTextWindow::saveTo(const QString& path)
 {
     const auto bytes = bytesOfText(ui->edit->toPlainText(), m_form);
     if (!bytes) {
-        m_afterSave = {};
+        stay();
         say(tr("Not saved: the file is in Latin-1, and a character of the text is not."));
         return;
     }
@@ -148,7 +149,7 @@ void ServerTextWindow::send(const QString& request, const QString& name, bool is
 {
     const QString problem = commandProblem(request.section(u'\n', 0, 0));
     if (!problem.isEmpty() || m_context.controller.state() != ServerState::Up) {
-        m_afterSave = {};
+        stay();
         say(problem.isEmpty() ? tr("Needs a connected server. The text stays here.") : problem);
         return;
     }
@@ -189,15 +190,15 @@ void ServerTextWindow::onRead(const PTarnisCmd& command, const QByteArray& bytes
 void ServerTextWindow::onWritten(const QByteArray& reply)
 {
     const QString text = QString::fromUtf8(reply);
-    const auto next = std::exchange(m_afterSave, {});
     if (!text.startsWith(u"OK:")) {
+        stay();
         say(tr("%1 is not saved: %2").arg(m_asked, text.trimmed()));
         return;
     }
     m_path = m_asked;
     ui->edit->document()->setModified(false);
     say(tr("Saved."));
-    if (next)
+    if (const auto next = std::exchange(m_afterSave, {}))
         next();
 }
 
@@ -207,22 +208,40 @@ void ServerTextWindow::askAboutChanges(const std::function<void()>& goOn)
         goOn();
         return;
     }
+    const bool canSave = m_context.controller.state() == ServerState::Up;
     auto* const box = new QMessageBox(QMessageBox::Question, windowTitle().remove(QLatin1String("[*]")),
-        tr("The text has changes that are not saved on the server."),
-        QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, this);
+        tr("The text has changes that are not saved on the server."), QMessageBox::Discard | QMessageBox::Cancel, this);
+    if (canSave)
+        box->addButton(QMessageBox::Save);
+    else
+        box->setInformativeText(tr("No server is connected: they cannot be saved now."));
+    box->setDefaultButton(canSave ? QMessageBox::Save : QMessageBox::Cancel);
     box->setObjectName(QStringLiteral("changesBox"));
     box->setAttribute(Qt::WA_DeleteOnClose);
-    connect(box, &QMessageBox::buttonClicked, this, [this, box, goOn](QAbstractButton* button) {
-        const auto answer = box->standardButton(button);
-        m_afterSave = answer == QMessageBox::Save ? goOn : std::function<void()>();
-        if (answer == QMessageBox::Save)
-            save();
-        if (answer != QMessageBox::Discard)
-            return;
+    connect(box, &QMessageBox::finished, this,
+        [this, box, goOn] { onAnswered(box->standardButton(box->clickedButton()), goOn); });
+    box->open();
+}
+
+void ServerTextWindow::onAnswered(int button, const std::function<void()>& goOn)
+{
+    m_afterSave = goOn;
+    if (button == QMessageBox::Save) {
+        save();
+    } else if (button == QMessageBox::Discard) {
+        m_afterSave = {};
         ui->edit->document()->setModified(false);
         goOn();
-    });
-    box->open();
+    } else {
+        stay();
+    }
+}
+
+/// What was to follow the saving does not.
+void ServerTextWindow::stay()
+{
+    if (std::exchange(m_afterSave, {}))
+        m_context.windows.keep();
 }
 
 void ServerTextWindow::reject()

@@ -51,6 +51,8 @@ protected:
     void save();
     void showOpenChooser();
     void askAboutChanges(const std::function<void()>& goOn);
+    void onAnswered(int button, const std::function<void()>& goOn);
+    void stay();
     void send(const QString& request, const QString& name, bool isBinary);
     void onReplied(const PTarnisCmd& command, const QByteArray& reply);
     void onRead(const PTarnisCmd& command, const QByteArray& bytes);
