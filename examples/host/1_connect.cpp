@@ -3,12 +3,15 @@
 #include <tarnis/server/tarnis.h>
 
 #include <QApplication>
+#include <QDebug>
+#include <QFileInfo>
 #include <QLabel>
 
 int main(int argc, char** argv)
 {
     QApplication application(argc, argv);
-    const QString program = argc > 1 ? application.arguments().at(1) : QStringLiteral("tarnis-simserver");
+    const QString program =
+        argc > 1 ? QFileInfo(application.arguments().at(1)).absoluteFilePath() : QStringLiteral("tarnis-simserver");
 
     const QByteArray prompt = "> "; // outlives every session
     Tarnis server(&prompt, nullptr);
@@ -17,7 +20,7 @@ int main(int argc, char** argv)
     status.resize(300, 60);
     QObject::connect(&server, &Tarnis::StatusChanged, &status,
         [&](Tarnis::SERVER_STATUS value) { status.setText(Tarnis::GetStatusName(value)); });
-    QObject::connect(&_g_sysMsg, &SysMsg::onSysMsg, &status, &QWidget::setToolTip);
+    QObject::connect(&_g_sysMsg, &SysMsg::onSysMsg, &status, [](const QString& text) { qInfo().noquote() << text; });
     status.show();
 
     if (!server.Run(&program))

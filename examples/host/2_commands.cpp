@@ -3,6 +3,7 @@
 #include <tarnis/server/tarnis.h>
 
 #include <QApplication>
+#include <QFileInfo>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QVBoxLayout>
@@ -10,7 +11,8 @@
 int main(int argc, char** argv)
 {
     QApplication application(argc, argv);
-    const QString program = argc > 1 ? application.arguments().at(1) : QStringLiteral("tarnis-simserver");
+    const QString program =
+        argc > 1 ? QFileInfo(application.arguments().at(1)).absoluteFilePath() : QStringLiteral("tarnis-simserver");
     initlog("host.log", 3); // blocks and failures, but not every trace
 
     const QByteArray prompt = "> ";

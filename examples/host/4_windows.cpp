@@ -8,6 +8,7 @@
 #include <tarnis/server/tarnissession.h>
 
 #include <QApplication>
+#include <QFileInfo>
 #include <QLabel>
 #include <QMainWindow>
 #include <QMenu>
@@ -76,7 +77,8 @@ int main(int argc, char** argv)
 {
     QApplication application(argc, argv);
     tarnis::setLanguage(); // the library's texts in the user's language, where there is a catalogue
-    const QString program = argc > 1 ? application.arguments().at(1) : QStringLiteral("tarnis-simserver");
+    const QString program =
+        argc > 1 ? QFileInfo(application.arguments().at(1)).absoluteFilePath() : QStringLiteral("tarnis-simserver");
     const QByteArray prompt = "> ";
     Tarnis server(&prompt, nullptr);
     MainWindow window(server);

@@ -2,35 +2,80 @@
 """The documents' code is the code that is compiled, their tables name files that exist, and their links lead somewhere.
 
 usage: check_documents.py ROOT
+       check_documents.py ROOT --write DOCUMENT FOLDER   writes the files that the document shows into the folder
+       check_documents.py ROOT --typed DOCUMENT SCRIPT   prints the commands that the document says the script types
 """
 
 import pathlib
 import re
 import sys
 
-SHOWN = re.compile(r"<!-- (\S+) -->\n```cpp\n(.*?)```", re.DOTALL)
+SHOWN = re.compile(r"<!-- (\S+) -->\n```(?:cpp|cmake)\n(.*?)```", re.DOTALL)
+FENCED = re.compile(r"^```(\w*)\n(.*?)^```", re.DOTALL | re.MULTILINE)
+TYPED = re.compile(r"<!-- typed by (\S+) -->\n```sh\n(.*?)```", re.DOTALL)
 NAMED = re.compile(r"`((?:docs|apps|examples|script|tests|tarnis|cmake|benchmarks|fuzz)/[\w./-]+)`")
 LINK = re.compile(r"!?\[[^\]]*\]\(([^)#:]+)\)")
+SCRIPT = re.compile(r"(?<!\S)(script/\w+)")
+OPTION = re.compile(r"-D(TARNIS_\w+)")
+KINDS = {"", "cpp", "cmake", "sh", "transcript"}  # without one: output
+
+
+def blocks(root, document, text):
+    """Faults of the fenced blocks: a block of code is that of a file, the words of a command exist."""
+    shown = {code for _, code in SHOWN.findall(text)}
+    options = (root / "CMakeLists.txt").read_text(encoding="utf-8")
+    for kind, code in FENCED.findall(text):
+        if kind not in KINDS:
+            yield f"{document}: a block of the kind '{kind}'"
+        if kind in ("cpp", "cmake") and code not in shown:
+            yield f"{document}: a block of {kind} that is no file"
+        if kind == "sh":
+            for path in SCRIPT.findall(code):
+                if not (root / path).exists():
+                    yield f"{document}: no {path}"
+            for option in OPTION.findall(code):
+                if f"option({option} " not in options:
+                    yield f"{document}: no option {option}"
+    for path, code in SHOWN.findall(text):
+        source = root / path
+        if not source.exists() or source.read_text(encoding="utf-8") != code:
+            yield f"{document}: the code shown is not that of {path}"
+    for path, _ in TYPED.findall(text):
+        name = document.name
+        if not (root / path).exists() or name not in (root / path).read_text(encoding="utf-8"):
+            yield f"{document}: {path} does not type what is shown"
 
 
 def faults(root):
-    for document in [*root.glob("*.md"), *root.glob("docs/*.md"), *root.glob("tarnis/*/README.md")]:
-        text = document.read_text(encoding="utf-8")
-        name = document.relative_to(root)
-        for path, code in SHOWN.findall(text):
-            source = root / path
-            if not source.exists() or source.read_text(encoding="utf-8") != code:
-                yield f"{name}: the code shown is not that of {path}"
-        for path in NAMED.findall(text):
-            if not any((root / (path + ending)).exists() for ending in ("", ".h", ".cpp")):
-                yield f"{name}: no {path}"
-        for path in LINK.findall(re.sub(r"```.*?```", "", text, flags=re.DOTALL)):
-            if not (document.parent / path).exists():
-                yield f"{name}: link to {path} leads nowhere"
+    for path in [*root.glob("*.md"), *root.glob("docs/*.md"), *root.glob("tarnis/*/README.md")]:
+        text = path.read_text(encoding="utf-8")
+        document = path.relative_to(root)
+        yield from blocks(root, document, text)
+        for name in NAMED.findall(text):
+            if not any((root / (name + ending)).exists() for ending in ("", ".h", ".cpp")):
+                yield f"{document}: no {name}"
+        for link in LINK.findall(re.sub(r"```.*?```", "", text, flags=re.DOTALL)):
+            if not (path.parent / link).exists():
+                yield f"{document}: link to {link} leads nowhere"
+
+
+def write(document, folder):
+    folder.mkdir(parents=True, exist_ok=True)
+    for path, code in SHOWN.findall(document.read_text(encoding="utf-8")):
+        (folder / pathlib.PurePosixPath(path).name).write_text(code, encoding="utf-8")
 
 
 def main():
-    found = list(faults(pathlib.Path(sys.argv[1])))
+    root = pathlib.Path(sys.argv[1])
+    if len(sys.argv) > 4 and sys.argv[2] == "--write":
+        write(root / sys.argv[3], pathlib.Path(sys.argv[4]))
+        return 0
+    if len(sys.argv) > 4 and sys.argv[2] == "--typed":
+        text = (root / sys.argv[3]).read_text(encoding="utf-8")
+        commands = "".join(code for script, code in TYPED.findall(text) if script == sys.argv[4])
+        print(commands, end="")
+        return 0 if commands else 1
+    found = list(faults(root))
     print("\n".join(found))
     print(f"{len(found)} faults")
     return 1 if found else 0
