@@ -24,8 +24,13 @@ function(tarnis_translations target resource)
       VERBATIM)
     list(APPEND catalogues "${qm}")
     string(APPEND entries "    <file alias=\"${name}.qm\">${qm}</file>\n")
+    # English texts need a catalogue for their plurals alone.
+    set(only "")
+    if(name MATCHES "_en$")
+      set(only -pluralonly)
+    endif()
     add_custom_target(update_${name}
-      COMMAND "${TARNIS_LUPDATE}" -silent -locations none -no-obsolete
+      COMMAND "${TARNIS_LUPDATE}" -silent -locations none -no-obsolete ${only}
         -I "${PROJECT_SOURCE_DIR}" "${CMAKE_CURRENT_SOURCE_DIR}" -ts "${source}"
       VERBATIM)
     add_dependencies(update_translations update_${name})

@@ -206,7 +206,7 @@ void CommandPanel::showProgress()
                        .arg(double(elapsedMs) / 1000.0, 0, 'f', 1)
                        .arg(byteCountText(m_received));
     if (waiting.size() > 1)
-        text += tr(", %1 more to go").arg(waiting.size() - 1);
+        text += tr(", %Ln more to go", nullptr, int(waiting.size()) - 1);
     ui->progressLabel->setText(text);
     if (m_shown != m_received) {
         m_shown = m_received;
@@ -221,7 +221,7 @@ void CommandPanel::onReplied(const PTarnisCmd& command, const QByteArray& reply)
         const QString text = visibleText(command->m_replyText.toUtf8());
         const QString numbers = binaryText(summarizeBinary(reply));
         ui->transcript->addReply(
-            text.isEmpty() ? numbers : numbers + QStringLiteral("\ntext: ") + text, replyKind(text));
+            text.isEmpty() ? numbers : numbers + u'\n' + tr("text: %1").arg(text), replyKind(text));
     } else {
         const QString text = visibleText(reply);
         ui->transcript->addReply(text.isEmpty() ? tr("(an empty reply)") : text, replyKind(text));
@@ -309,8 +309,10 @@ void CommandPanel::updateControls()
     const QString needsServer = tr("Needs a connected server. What you type stays here.");
     setAvailable(ui->sendButton, isUp && problem.isEmpty(), tr("Send the command (Enter)"),
         typed.isEmpty() ? tr("Type a command first") : (problem.isEmpty() ? needsServer : problem));
-    setAvailable(ui->uploadButton, isUp, tr("Send a file to the server with txfile (Ctrl+O)"), needsServer);
-    setAvailable(ui->giveUpButton, isBusy(), tr("Stop waiting for the reply and close its connection (Ctrl+G)"),
+    setAvailable(ui->uploadButton, isUp, withKey(tr("Send a file to the server with txfile"), Qt::CTRL | Qt::Key_O),
+        needsServer);
+    setAvailable(ui->giveUpButton, isBusy(),
+        withKey(tr("Stop waiting for the reply and close its connection"), Qt::CTRL | Qt::Key_G),
         tr("No command is under way"));
     ui->binaryCheck->setToolTip(
         tr("The reply is a block of numbers with text behind it, as that of hist1d and hist2d; follows the command"));

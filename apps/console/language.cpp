@@ -39,6 +39,18 @@ void install(const QString& catalogue, const QString& folder, const QLocale& loc
         QCoreApplication::installTranslator(translator);
 }
 
+/// The console's own texts. English has a catalogue too, of its plurals; it serves where there is no other.
+void installOwn(const QLocale& locale)
+{
+    const QString catalogue = QStringLiteral("tarnis-console");
+    const QString folder = QStringLiteral(":/tarnis/translations");
+    QTranslator* const translator = translatorNamed(catalogue);
+    QCoreApplication::removeTranslator(translator);
+    if (translator->load(locale, catalogue, QStringLiteral("_"), folder)
+        || translator->load(QLocale(QLocale::English), catalogue, QStringLiteral("_"), folder))
+        QCoreApplication::installTranslator(translator);
+}
+
 } // namespace
 
 QList<Language> languages()
@@ -58,9 +70,10 @@ bool setLanguage(const QString& code)
         return false;
     makeCataloguesAvailable();
     const QLocale locale = code.isEmpty() ? QLocale::system() : QLocale(code);
+    QLocale::setDefault(locale); // digits go with the words
     // The texts of Qt's own boxes and buttons, where the desktop has them. What is asked first is installed last.
     install(QStringLiteral("qtbase"), QLibraryInfo::path(QLibraryInfo::TranslationsPath), locale);
-    install(QStringLiteral("tarnis-console"), QStringLiteral(":/tarnis/translations"), locale);
+    installOwn(locale);
     tarnis::setLanguage(locale);
     return true;
 }

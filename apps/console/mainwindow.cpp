@@ -168,22 +168,21 @@ void MainWindow::updateControls()
 
     ui->startAction->setText(isLocal ? tr("&Start") : tr("Co&nnect"));
     ui->shutDownAction->setText(isLocal ? tr("Shut &Down") : tr("&Disconnect"));
-    setAvailable(ui->startAction, canStart,
-        isLocal ? tr("Start %1 (Ctrl+T)").arg(name) : tr("Connect to %1 (Ctrl+T)").arg(name),
+    setAvailable(ui->startAction, canStart, isLocal ? tr("Start %1").arg(name) : tr("Connect to %1").arg(name),
         isStopping ? tr("Wait until the server has ended") : tr("A server is in use already"));
     setAvailable(ui->restartAction, isUp || state == ServerState::Failed,
-        isLocal ? tr("Shut the server down and start it again (Ctrl+R)") : tr("Disconnect and connect again (Ctrl+R)"),
+        isLocal ? tr("Shut the server down and start it again") : tr("Disconnect and connect again"),
         tr("There is no server to restart"));
     setAvailable(ui->shutDownAction, !canStart && !isStopping,
         isLocal ? tr("Let the server end") : tr("Leave the server; it goes on running"), tr("No server is in use"));
     setAvailable(ui->forceAction, m_controller->hasProcess(),
         tr("Kill the local server; what it has not saved is lost"), tr("No server process of this console is running"));
-    setAvailable(ui->chooseAction, !isStopping, tr("Start another server, or connect to one (Ctrl+N)"),
+    setAvailable(ui->chooseAction, !isStopping, tr("Start another server, or connect to one"),
         tr("Wait until the server has ended"));
-    setAvailable(ui->uploadAction, isUp, tr("Send a file to the server with txfile (Ctrl+O)"), needsServer);
-    setAvailable(ui->giveUpAction, m_commandPanel->isBusy(), tr("Stop waiting for the reply (Ctrl+G)"),
-        tr("No command is under way"));
-    setAvailable(ui->readAction, isUp, tr("Ask the server for its settings (F5)"), needsServer);
+    setAvailable(ui->uploadAction, isUp, tr("Send a file to the server with txfile"), needsServer);
+    setAvailable(
+        ui->giveUpAction, m_commandPanel->isBusy(), tr("Stop waiting for the reply"), tr("No command is under way"));
+    setAvailable(ui->readAction, isUp, tr("Ask the server for its settings"), needsServer);
     for (QAction* action : { ui->downloadAction, ui->downloadSaveAction }) {
         setAvailable(action, m_settingsPanel->canDownload(), tr("Send all settings to the server"),
             isUp ? tr("Wait until the lines on their way are answered") : needsServer);

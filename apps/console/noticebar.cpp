@@ -1,5 +1,6 @@
 #include "noticebar.h"
 
+#include "availability.h"
 #include "colours.h"
 #include "ui_noticebar.h"
 
@@ -15,15 +16,15 @@ QString remedyText(Remedy remedy)
 {
     switch (remedy) {
     case Remedy::StartAgain:
-        return NoticeBar::tr("Start Again (F8)");
+        return NoticeBar::tr("Start Again");
     case Remedy::ChooseServer:
-        return NoticeBar::tr("Choose a Server... (F8)");
+        return NoticeBar::tr("Choose a Server...");
     case Remedy::Stop:
-        return NoticeBar::tr("Stop Waiting (F8)");
+        return NoticeBar::tr("Stop Waiting");
     case Remedy::EndByForce:
-        return NoticeBar::tr("End by Force (F8)");
+        return NoticeBar::tr("End by Force");
     case Remedy::SendAgain:
-        return NoticeBar::tr("Send Again (F8)");
+        return NoticeBar::tr("Send Again");
     case Remedy::None:
         break;
     }
@@ -80,7 +81,7 @@ void NoticeBar::setRemedyText()
 {
     if (m_notice.remedy == Remedy::None)
         return; // the button is hidden
-    ui->remedyButton->setText(remedyText(m_notice.remedy));
+    ui->remedyButton->setText(withKey(remedyText(m_notice.remedy), Qt::Key_F8));
     ui->remedyButton->setShortcut(Qt::Key_F8); // a new text takes it away
 }
 

@@ -2,12 +2,14 @@
 
 #include <tarnis/server/tarniscmd.h>
 
+#include <QCoreApplication>
 #include <QLocale>
 #include <QStringList>
 
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <limits>
 
 namespace console {
 
@@ -20,10 +22,14 @@ QString number(double value)
     return QString::number(value, 'g', 12);
 }
 
-QString grouped(qint64 value)
+struct ReplyText {
+    Q_DECLARE_TR_FUNCTIONS(ReplyText)
+};
+
+/// A count as `tr` takes it to choose the plural.
+int toCount(qint64 count)
 {
-    QLocale locale(QLocale::English);
-    return locale.toString(value);
+    return int(qMin(count, qint64 { std::numeric_limits<int>::max() }));
 }
 
 } // namespace
@@ -82,24 +88,24 @@ BinarySummary summarizeBinary(const QByteArray& payload)
 
 QString binaryText(const BinarySummary& summary)
 {
-    QString count = counted(summary.count, QStringLiteral("value"), QStringLiteral("values"));
+    QString count = ReplyText::tr("%Ln value(s)", nullptr, toCount(summary.count));
     if (summary.spareBytes > 0)
-        count += QStringLiteral(", and %1 that make no whole value").arg(byteCountText(summary.spareBytes));
+        count += ReplyText::tr(", and %1 that make no whole value").arg(byteCountText(summary.spareBytes));
     if (summary.notFinite > 0)
-        count += QStringLiteral(", %1 of them not finite and left out below").arg(grouped(summary.notFinite));
+        count += ReplyText::tr(", %Ln of them not finite and left out below", nullptr, toCount(summary.notFinite));
     if (summary.count == 0)
         return count;
 
     const QString range = summary.notFinite == summary.count
-        ? QStringLiteral("no finite value")
-        : QStringLiteral("sum %1, least %2, largest %3")
+        ? ReplyText::tr("no finite value")
+        : ReplyText::tr("sum %1, least %2, largest %3")
               .arg(number(summary.sum), number(summary.least), number(summary.largest));
     QStringList first;
     for (const double value : summary.first)
         first.append(number(value));
     if (summary.count > summary.first.size())
         first.append(QStringLiteral("..."));
-    return QStringLiteral("%1\n%2\nfirst: %3").arg(count, range, first.join(u' '));
+    return QStringList { count, range, ReplyText::tr("first: %1").arg(first.join(u' ')) }.join(u'\n');
 }
 
 QString visibleText(const QByteArray& reply, qsizetype limit)
@@ -109,9 +115,9 @@ QString visibleText(const QByteArray& reply, qsizetype limit)
         text = QString::fromUtf8(reply);
     } else {
         const qsizetype half = limit / 2;
-        text = QStringLiteral("%1\n[%2 left out here]\n%3")
-                   .arg(QString::fromUtf8(reply.first(half)), byteCountText(reply.size() - 2 * half),
-                       QString::fromUtf8(reply.last(half)));
+        const QString gap = ReplyText::tr("[%1 left out here]").arg(byteCountText(reply.size() - 2 * half));
+        text =
+            QStringList { QString::fromUtf8(reply.first(half)), gap, QString::fromUtf8(reply.last(half)) }.join(u'\n');
     }
     text.replace(QLatin1String("\r\n"), QLatin1String("\n"));
     if (text.endsWith(u'\n'))
@@ -130,15 +136,15 @@ QString visibleText(const QByteArray& reply, qsizetype limit)
 QString commandProblem(const QString& command)
 {
     if (command.trimmed().isEmpty())
-        return QStringLiteral("There is no command.");
+        return ReplyText::tr("There is no command.");
     for (qsizetype i = 0; i < command.size(); ++i) {
         const QChar c = command.at(i);
         if (c == u'\n' || c == u'\r' || c == QChar::LineSeparator || c == QChar::ParagraphSeparator)
-            return QStringLiteral("A command is one line; send the lines one after the other.");
+            return ReplyText::tr("A command is one line; send the lines one after the other.");
         if (c.unicode() < 0x20 && c != u'\t')
-            return QStringLiteral("The command holds a control character, which the server cannot take.");
+            return ReplyText::tr("The command holds a control character, which the server cannot take.");
         if (c.unicode() > 0xff)
-            return QStringLiteral("The character \u201c%1\u201d cannot be sent: commands are Latin-1.")
+            return ReplyText::tr("The character \u201c%1\u201d cannot be sent: commands are Latin-1.")
                 .arg(command.mid(i, c.isHighSurrogate() ? 2 : 1));
     }
     return {};
@@ -151,16 +157,11 @@ QString quotedPath(const QString& path)
     return u'"' + escaped + u'"';
 }
 
-QString counted(qint64 count, const QString& one, const QString& many)
-{
-    return QStringLiteral("%1 %2").arg(grouped(count), count == 1 ? one : many);
-}
-
 QString byteCountText(qint64 bytes)
 {
     if (bytes < mebibyte)
-        return counted(bytes, QStringLiteral("byte"), QStringLiteral("bytes"));
-    return QStringLiteral("%1 MiB").arg(double(bytes) / double(mebibyte), 0, 'f', 1);
+        return ReplyText::tr("%Ln byte(s)", nullptr, toCount(bytes));
+    return ReplyText::tr("%L1 MiB").arg(double(bytes) / double(mebibyte), 0, 'f', 1);
 }
 
 bool looksBinary(const QString& command)

@@ -47,10 +47,7 @@ QString quotedPath(const QString& path);
 /// Why `command` cannot go on the wire as one line, in words; empty if it can.
 QString commandProblem(const QString& command);
 
-/// "1 line", "3 lines", "12,345 lines".
-QString counted(qint64 count, const QString& one, const QString& many);
-
-/// "1 byte", "12,345 bytes", "3.1 MiB".
+/// "1 byte", "12,345 bytes", "3.1 MiB", in the language of now.
 QString byteCountText(qint64 bytes);
 
 /// True for the histogram commands, whose replies are blocks of doubles: first word hist1d or hist2d.

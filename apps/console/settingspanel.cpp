@@ -26,11 +26,6 @@ constexpr QLatin1String basePathName("settingBasePathCmd"); // given by the mana
 constexpr QLatin1String saveName("savesettingCmd");
 constexpr QLatin1String lineName("updateSettingCmd");
 
-QString lines(int count)
-{
-    return counted(count, SettingsPanel::tr("line"), SettingsPanel::tr("lines"));
-}
-
 bool isIPv4(const QString& text)
 {
     return text.count(u'.') == 3 && QHostAddress(text).protocol() == QAbstractSocket::IPv4Protocol;
@@ -114,7 +109,7 @@ void SettingsPanel::sendAll()
     m_model->noteSending(m_model->changedNames());
     m_linesSent = m_controller.tarnis().DownloadSettings(session, save) + (save ? 1 : 0);
     m_linesPending = m_linesSent;
-    say(tr("Sending %1...").arg(lines(m_linesSent)));
+    say(tr("Sending %Ln line(s)...", nullptr, m_linesSent));
     updateControls();
 }
 
@@ -160,8 +155,8 @@ void SettingsPanel::takeValues(const QString& reply)
         return;
     }
     if (const int kept = m_model->setFreshServerValues(values); kept > 0)
-        say(tr("The server began anew. Of what was sent before, %1 not on it: download to send again.")
-                .arg(counted(kept, tr("setting is"), tr("settings are"))));
+        say(tr(
+            "The server began anew. %Ln setting(s) sent before are not on it: download to send again.", nullptr, kept));
 }
 
 void SettingsPanel::onDownloadReply(const QString& command, const QString& reply)
@@ -172,7 +167,7 @@ void SettingsPanel::onDownloadReply(const QString& command, const QString& reply
     if (m_linesPending > 0)
         return;
     if (m_refusals.isEmpty())
-        say(tr("The server took %1.").arg(lines(m_linesSent)));
+        say(tr("The server took %Ln line(s).", nullptr, m_linesSent));
     updateControls();
     m_controller.tarnis().SendCmd(session, readName, QStringLiteral("setting"), false);
 }
@@ -199,7 +194,8 @@ void SettingsPanel::onEdited()
 {
     const qsizetype changed = m_model->changedNames().size();
     if (m_linesPending == 0 && !m_downloadAsked) {
-        say(changed == 0 ? tr("As on the server.") : tr("%1 changed here, not on the server yet.").arg(changed));
+        say(changed == 0 ? tr("As on the server.")
+                         : tr("%Ln changed here, not on the server yet.", nullptr, int(changed)));
     }
     showReadoutAddress();
     const QString path = m_controller.tarnis().GetSettingValue(QStringLiteral("basepath"), QString());
@@ -285,9 +281,10 @@ void SettingsPanel::updateControls()
     const bool hasChanges = !m_model->changedNames().isEmpty();
     const QString needsServer = tr("Needs a connected server");
     const QString wait = isUp ? tr("Wait until the lines on their way are answered") : needsServer;
-    setAvailable(ui->readButton, isUp, tr("Ask the server for its settings (F5)"), needsServer);
-    setAvailable(ui->downloadButton, canDownload(), tr("Send all settings to the server"), wait);
-    setAvailable(ui->saveButton, canDownload(), tr("Send all settings and let the server store them"), wait);
+    setAvailable(ui->readButton, isUp, withKey(tr("Ask the server for its settings"), Qt::Key_F5), needsServer);
+    setAvailable(ui->downloadButton, canDownload(), withKey(tr("Send all settings to the server"), Qt::Key_F6), wait);
+    setAvailable(ui->saveButton, canDownload(),
+        withKey(tr("Send all settings and let the server store them"), Qt::Key_F7), wait);
     setAvailable(ui->addButton, true, tr("Add a setting here"), QString());
     setAvailable(ui->removeButton, ui->table->currentIndex().isValid(), tr("Forget the chosen setting here"),
         tr("Choose a setting in the table first"));

@@ -1,4 +1,5 @@
 // The console's language: chosen in the menu, by the option and by the desktop; changed while windows are open.
+#include "availability.h"
 #include "commandline.h"
 #include "connectdialog.h"
 #include "language.h"
@@ -10,6 +11,7 @@
 #include <QMenu>
 #include <QPushButton>
 #include <QSettings>
+#include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTranslator>
@@ -96,6 +98,34 @@ private Q_SLOTS:
         QCOMPARE(console.statusText(), "No server");
         console.choose("desktopLanguageAction");
         QCOMPARE(console.menuTitle(), "&Help");
+    }
+
+    void keysAreNamedAsInTheMenu()
+    {
+        Console console;
+        for (const char* const language : { "deAction", "enAction" }) {
+            console.choose(language);
+            const auto* const action = console.window->findChild<QAction*>(QStringLiteral("chooseAction"));
+            const QString key = action->shortcut().toString(QKeySequence::NativeText);
+            QVERIFY2(action->toolTip().endsWith(QStringLiteral(" (%1)").arg(key)), qPrintable(action->toolTip()));
+        }
+    }
+
+    void aKeyPressesItsButtonInEveryLanguage()
+    {
+        QPushButton button(QStringLiteral("&Refresh"));
+        addKey(&button, Qt::Key_F5);
+        button.show();
+        button.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&button));
+        const QSignalSpy pressed(&button, &QPushButton::clicked);
+        QTest::keyClick(&button, Qt::Key_F5);
+        button.setText(QStringLiteral("&Aktualisieren"));
+        QTest::keyClick(&button, Qt::Key_F5);
+        QCOMPARE(pressed.size(), 2);
+        button.setEnabled(false);
+        QTest::keyClick(&button, Qt::Key_F5);
+        QCOMPARE(pressed.size(), 2);
     }
 
     void theChoiceIsRemembered()

@@ -1,4 +1,5 @@
 // The log viewer: what it shows of a file that grows, is cut short, is replaced, is huge or is not there.
+#include "language.h"
 #include "windows/logtail.h"
 #include "windows/logwindow.h"
 
@@ -121,6 +122,8 @@ class TestConsoleLog : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    void initTestCase() { QVERIFY(setLanguage(QStringLiteral("en"))); }
+
     // The file.
 
     void growthComesAsItIsWritten()

@@ -1,4 +1,5 @@
 // Replies as the console shows them.
+#include "language.h"
 #include "replytext.h"
 
 #include <QTest>
@@ -20,6 +21,9 @@ class TestConsoleReplyText : public QObject {
     }
 
 private Q_SLOTS:
+    void initTestCase() { QVERIFY(setLanguage(QStringLiteral("en"))); }
+    void cleanup() { setLanguage(QStringLiteral("en")); }
+
     void knowsWhatTheServerMeans()
     {
         QCOMPARE(replyKind(QStringLiteral("NG:no")), ReplyKind::Refused);
@@ -159,6 +163,19 @@ private Q_SLOTS:
         QCOMPARE(byteCountText(1), QStringLiteral("1 byte"));
         QCOMPARE(byteCountText(1048575), QStringLiteral("1,048,575 bytes"));
         QCOMPARE(byteCountText(1048576), QStringLiteral("1.0 MiB"));
+    }
+
+    void speaksGerman()
+    {
+        setLanguage(QStringLiteral("de"));
+        QCOMPARE(byteCountText(1), QStringLiteral("1 Byte"));
+        QCOMPARE(byteCountText(1048575), QStringLiteral("1.048.575 Bytes"));
+        QCOMPARE(byteCountText(3250586), QStringLiteral("3,1 MiB"));
+        QCOMPARE(binaryText(summarizeBinary(bytesOf({ 3.0, -1.5 }))),
+            QString::fromUtf8("2 Werte\nSumme 1.5, kleinster -1.5, gr\u00f6\u00dfter 3\nerste: 3 -1.5"));
+        QCOMPARE(binaryText(summarizeBinary(bytesOf({ 1.0 }))).section(u'\n', 0, 0), QStringLiteral("1 Wert"));
+        QCOMPARE(commandProblem(QString()), QStringLiteral("Es gibt keinen Befehl."));
+        QVERIFY(visibleText(QByteArray(300, 'x'), 100).contains(QStringLiteral("[200 Bytes hier ausgelassen]")));
     }
 
     void knowsHistogramCommands()

@@ -193,28 +193,20 @@
         <translation>&amp;Aufwärts</translation>
     </message>
     <message>
-        <source>Shift+F3</source>
-        <translation>Shift+F3</translation>
-    </message>
-    <message>
-        <source>Find the text further up (Shift+F3)</source>
-        <translation>Den Text weiter oben suchen (Shift+F3)</translation>
-    </message>
-    <message>
         <source>&amp;Next</source>
         <translation>A&amp;bwärts</translation>
     </message>
     <message>
-        <source>F3</source>
-        <translation>F3</translation>
-    </message>
-    <message>
-        <source>Find the text further down (F3)</source>
-        <translation>Den Text weiter unten suchen (F3)</translation>
-    </message>
-    <message>
         <source>&amp;Close</source>
         <translation>S&amp;chließen</translation>
+    </message>
+    <message>
+        <source>Find the text further up</source>
+        <translation>Den Text weiter oben suchen</translation>
+    </message>
+    <message>
+        <source>Find the text further down</source>
+        <translation>Den Text weiter unten suchen</translation>
     </message>
 </context>
 <context>
@@ -264,10 +256,6 @@
         <translation>Server &amp;wählen...</translation>
     </message>
     <message>
-        <source>Start another server, or connect to one (Ctrl+N)</source>
-        <translation>Einen anderen Server starten oder mit einem verbinden (Ctrl+N)</translation>
-    </message>
-    <message>
         <source>&amp;Start</source>
         <translation>&amp;Starten</translation>
     </message>
@@ -288,10 +276,6 @@
         <translation>&amp;Beenden</translation>
     </message>
     <message>
-        <source>Shut the server down and close the console (Ctrl+Q)</source>
-        <translation>Den Server herunterfahren und die Konsole schließen (Ctrl+Q)</translation>
-    </message>
-    <message>
         <source>&amp;Upload File...</source>
         <translation>Datei h&amp;ochladen...</translation>
     </message>
@@ -302,10 +286,6 @@
     <message>
         <source>&amp;Save Record...</source>
         <translation>Protokoll &amp;speichern...</translation>
-    </message>
-    <message>
-        <source>Write the commands and replies on show to a text file (Ctrl+S)</source>
-        <translation>Die gezeigten Befehle und Antworten in eine Textdatei schreiben (Ctrl+S)</translation>
     </message>
     <message>
         <source>&amp;Clear Record</source>
@@ -363,6 +343,18 @@
         <source>Close All &amp;Windows</source>
         <translation>Alle Fenster s&amp;chließen</translation>
     </message>
+    <message>
+        <source>Start another server, or connect to one</source>
+        <translation>Einen anderen Server starten oder mit einem verbinden</translation>
+    </message>
+    <message>
+        <source>Shut the server down and close the console</source>
+        <translation>Den Server herunterfahren und die Konsole schließen</translation>
+    </message>
+    <message>
+        <source>Write the commands and replies on show to a text file</source>
+        <translation>Die gezeigten Befehle und Antworten in eine Textdatei schreiben</translation>
+    </message>
 </context>
 <context>
     <name>NoticeBar</name>
@@ -381,6 +373,70 @@
     <message>
         <source>Take this notice away</source>
         <translation>Diesen Hinweis ausblenden</translation>
+    </message>
+</context>
+<context>
+    <name>ReplyText</name>
+    <message numerus="yes">
+        <source>%Ln value(s)</source>
+        <translation>
+            <numerusform>%Ln Wert</numerusform>
+            <numerusform>%Ln Werte</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>, and %1 that make no whole value</source>
+        <translation>, und %1, die keinen ganzen Wert ergeben</translation>
+    </message>
+    <message numerus="yes">
+        <source>, %Ln of them not finite and left out below</source>
+        <translation>
+            <numerusform>, davon %Ln nicht endlich und unten nicht mitgezählt</numerusform>
+            <numerusform>, davon %Ln nicht endlich und unten nicht mitgezählt</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>no finite value</source>
+        <translation>kein endlicher Wert</translation>
+    </message>
+    <message>
+        <source>sum %1, least %2, largest %3</source>
+        <translation>Summe %1, kleinster %2, größter %3</translation>
+    </message>
+    <message>
+        <source>first: %1</source>
+        <translation>erste: %1</translation>
+    </message>
+    <message>
+        <source>[%1 left out here]</source>
+        <translation>[%1 hier ausgelassen]</translation>
+    </message>
+    <message>
+        <source>There is no command.</source>
+        <translation>Es gibt keinen Befehl.</translation>
+    </message>
+    <message>
+        <source>A command is one line; send the lines one after the other.</source>
+        <translation>Ein Befehl ist eine Zeile; senden Sie die Zeilen nacheinander.</translation>
+    </message>
+    <message>
+        <source>The command holds a control character, which the server cannot take.</source>
+        <translation>Der Befehl enthält ein Steuerzeichen, das der Server nicht annehmen kann.</translation>
+    </message>
+    <message>
+        <source>The character “%1” cannot be sent: commands are Latin-1.</source>
+        <translation>Das Zeichen „%1“ lässt sich nicht senden: Befehle sind in Latin-1.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln byte(s)</source>
+        <translation>
+            <numerusform>%Ln Byte</numerusform>
+            <numerusform>%Ln Bytes</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>%L1 MiB</source>
+        <translation>%L1 MiB</translation>
     </message>
 </context>
 <context>
@@ -442,10 +498,6 @@
         <translation>&amp;Aktualisieren</translation>
     </message>
     <message>
-        <source>F5</source>
-        <translation>F5</translation>
-    </message>
-    <message>
         <source>&amp;Close</source>
         <translation>S&amp;chließen</translation>
     </message>
@@ -469,24 +521,12 @@
         <translation>&amp;Öffnen...</translation>
     </message>
     <message>
-        <source>Ctrl+O</source>
-        <translation>Ctrl+O</translation>
-    </message>
-    <message>
         <source>&amp;Save</source>
         <translation>&amp;Speichern</translation>
     </message>
     <message>
-        <source>Ctrl+S</source>
-        <translation>Ctrl+S</translation>
-    </message>
-    <message>
         <source>Save &amp;As...</source>
         <translation>Speichern &amp;unter...</translation>
-    </message>
-    <message>
-        <source>Ctrl+Shift+S</source>
-        <translation>Ctrl+Shift+S</translation>
     </message>
     <message>
         <source>&amp;Close</source>
@@ -635,10 +675,6 @@
         <translation>&amp;Aktualisieren</translation>
     </message>
     <message>
-        <source>F5</source>
-        <translation>F5</translation>
-    </message>
-    <message>
         <source>&amp;Close</source>
         <translation>S&amp;chließen</translation>
     </message>
@@ -674,20 +710,12 @@
         <translation>Histogramme</translation>
     </message>
     <message>
-        <source>Choose which of the server&apos;s histograms to open (Ctrl+H)</source>
-        <translation>Wählen, welche Histogramme des Servers sich öffnen (Ctrl+H)</translation>
-    </message>
-    <message>
         <source>Lo&amp;g File</source>
         <translation>Lo&amp;gdatei</translation>
     </message>
     <message>
         <source>Log File</source>
         <translation>Logdatei</translation>
-    </message>
-    <message>
-        <source>Follow a log file as it grows (Ctrl+J)</source>
-        <translation>Eine Logdatei verfolgen, während sie wächst (Ctrl+J)</translation>
     </message>
     <message>
         <source>Arrival Times</source>
@@ -826,10 +854,6 @@
         <translation>Messläufe</translation>
     </message>
     <message>
-        <source>The run directories of the server by prefix, run and date (Ctrl+U)</source>
-        <translation>Die Ordner der Messläufe auf dem Server nach Präfix, Lauf und Datum (Ctrl+U)</translation>
-    </message>
-    <message>
         <source>Measured Spectrum</source>
         <translation>Gemessenes Spektrum</translation>
     </message>
@@ -854,12 +878,24 @@
         <translation>Text auf dem Server[*]</translation>
     </message>
     <message>
-        <source>Open, edit and save a text file on the server&apos;s side (Ctrl+B)</source>
-        <translation>Eine Textdatei auf dem Server öffnen, ändern und speichern (Strg+B)</translation>
-    </message>
-    <message>
         <source>The spectrum that the server was given with --spectrum</source>
         <translation>Das Spektrum, das der Server mit --spectrum bekommen hat</translation>
+    </message>
+    <message>
+        <source>Choose which of the server&apos;s histograms to open</source>
+        <translation>Wählen, welche Histogramme des Servers geöffnet werden</translation>
+    </message>
+    <message>
+        <source>The run directories of the server by prefix, run and date</source>
+        <translation>Die Ordner der Messläufe auf dem Server nach Präfix, Lauf und Datum</translation>
+    </message>
+    <message>
+        <source>Open, edit and save a text file on the server&apos;s side</source>
+        <translation>Eine Textdatei auf dem Server öffnen, ändern und speichern</translation>
+    </message>
+    <message>
+        <source>Follow a log file as it grows</source>
+        <translation>Eine Logdatei verfolgen, während sie wächst</translation>
     </message>
 </context>
 <context>
@@ -904,10 +940,6 @@
         <translation>%1: %2 s, %3</translation>
     </message>
     <message>
-        <source>, %1 more to go</source>
-        <translation>, %1 weitere</translation>
-    </message>
-    <message>
         <source>(an empty reply)</source>
         <translation>(leere Antwort)</translation>
     </message>
@@ -936,20 +968,31 @@
         <translation>Geben Sie zuerst einen Befehl ein</translation>
     </message>
     <message>
-        <source>Send a file to the server with txfile (Ctrl+O)</source>
-        <translation>Eine Datei mit txfile an den Server senden (Ctrl+O)</translation>
-    </message>
-    <message>
-        <source>Stop waiting for the reply and close its connection (Ctrl+G)</source>
-        <translation>Nicht länger auf die Antwort warten und ihre Verbindung schließen (Ctrl+G)</translation>
-    </message>
-    <message>
         <source>No command is under way</source>
         <translation>Kein Befehl ist unterwegs</translation>
     </message>
     <message>
         <source>The reply is a block of numbers with text behind it, as that of hist1d and hist2d; follows the command</source>
         <translation>Die Antwort ist ein Block von Zahlen mit Text dahinter wie bei hist1d und hist2d; richtet sich nach dem Befehl</translation>
+    </message>
+    <message numerus="yes">
+        <source>, %Ln more to go</source>
+        <translation>
+            <numerusform>, %Ln weiterer</numerusform>
+            <numerusform>, %Ln weitere</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>text: %1</source>
+        <translation>Text: %1</translation>
+    </message>
+    <message>
+        <source>Send a file to the server with txfile</source>
+        <translation>Eine Datei mit txfile an den Server senden</translation>
+    </message>
+    <message>
+        <source>Stop waiting for the reply and close its connection</source>
+        <translation>Nicht länger auf die Antwort warten und ihre Verbindung schließen</translation>
     </message>
 </context>
 <context>
@@ -1002,18 +1045,6 @@
         <translation>%1: Karte aus %2 x %3 Kanälen, %4 gegen %5</translation>
     </message>
     <message>
-        <source>%1: %2 of %3 bins, %4</source>
-        <translation>%1: %2 zu je %3 Kanälen, %4</translation>
-    </message>
-    <message>
-        <source>row</source>
-        <translation>Zeile</translation>
-    </message>
-    <message>
-        <source>rows</source>
-        <translation>Zeilen</translation>
-    </message>
-    <message>
         <source>No reply: %1. Close and open this window to ask again.</source>
         <translation>Keine Antwort: %1. Schließen und öffnen Sie dieses Fenster, um erneut zu fragen.</translation>
     </message>
@@ -1057,6 +1088,13 @@
         <source>There is no histogram to check</source>
         <translation>Es gibt kein Histogramm zum Ankreuzen</translation>
     </message>
+    <message numerus="yes">
+        <source>%1: %Ln row(s) of %2 bins, %3</source>
+        <translation>
+            <numerusform>%1: %Ln Zeile zu %2 Kanälen, %3</numerusform>
+            <numerusform>%1: %Ln Zeilen zu je %2 Kanälen, %3</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>console::LanguageMenu</name>
@@ -1099,16 +1137,8 @@
         <translation>(eine andere Datei hat ihren Namen bekommen)</translation>
     </message>
     <message>
-        <source>Find the text further down (F3)</source>
-        <translation>Den Text weiter unten suchen (F3)</translation>
-    </message>
-    <message>
         <source>Type the text to find first</source>
         <translation>Geben Sie zuerst den gesuchten Text ein</translation>
-    </message>
-    <message>
-        <source>Find the text further up (Shift+F3)</source>
-        <translation>Den Text weiter oben suchen (Shift+F3)</translation>
     </message>
     <message>
         <source>“%1” is not in the lines on show.</source>
@@ -1138,6 +1168,14 @@
         <source>Paused; nothing new in the file.</source>
         <translation>Angehalten; nichts Neues in der Datei.</translation>
     </message>
+    <message>
+        <source>Find the text further down</source>
+        <translation>Den Text weiter unten suchen</translation>
+    </message>
+    <message>
+        <source>Find the text further up</source>
+        <translation>Den Text weiter oben suchen</translation>
+    </message>
 </context>
 <context>
     <name>console::MainWindow</name>
@@ -1162,28 +1200,12 @@
         <translation>&amp;Trennen</translation>
     </message>
     <message>
-        <source>Start %1 (Ctrl+T)</source>
-        <translation>%1 starten (Ctrl+T)</translation>
-    </message>
-    <message>
-        <source>Connect to %1 (Ctrl+T)</source>
-        <translation>Mit %1 verbinden (Ctrl+T)</translation>
-    </message>
-    <message>
         <source>Wait until the server has ended</source>
         <translation>Warten Sie, bis sich der Server beendet hat</translation>
     </message>
     <message>
         <source>A server is in use already</source>
         <translation>Es wird schon ein Server verwendet</translation>
-    </message>
-    <message>
-        <source>Shut the server down and start it again (Ctrl+R)</source>
-        <translation>Den Server herunterfahren und wieder starten (Ctrl+R)</translation>
-    </message>
-    <message>
-        <source>Disconnect and connect again (Ctrl+R)</source>
-        <translation>Trennen und wieder verbinden (Ctrl+R)</translation>
     </message>
     <message>
         <source>There is no server to restart</source>
@@ -1202,24 +1224,8 @@
         <translation>Es läuft kein Serverprozess dieser Konsole</translation>
     </message>
     <message>
-        <source>Start another server, or connect to one (Ctrl+N)</source>
-        <translation>Einen anderen Server starten oder mit einem verbinden (Ctrl+N)</translation>
-    </message>
-    <message>
-        <source>Send a file to the server with txfile (Ctrl+O)</source>
-        <translation>Eine Datei mit txfile an den Server senden (Ctrl+O)</translation>
-    </message>
-    <message>
-        <source>Stop waiting for the reply (Ctrl+G)</source>
-        <translation>Nicht länger auf die Antwort warten (Ctrl+G)</translation>
-    </message>
-    <message>
         <source>No command is under way</source>
         <translation>Kein Befehl ist unterwegs</translation>
-    </message>
-    <message>
-        <source>Ask the server for its settings (F5)</source>
-        <translation>Den Server nach seinen Einstellungen fragen (F5)</translation>
     </message>
     <message>
         <source>Send all settings to the server</source>
@@ -1315,34 +1321,66 @@
     </message>
     <message>
         <source>Let the server end</source>
-        <translation>Den Server enden lassen</translation>
+        <translation>Den Server herunterfahren</translation>
     </message>
     <message>
         <source>Leave the server; it goes on running</source>
-        <translation>Den Server verlassen; er läuft weiter</translation>
+        <translation>Vom Server trennen; er läuft weiter</translation>
+    </message>
+    <message>
+        <source>Start %1</source>
+        <translation>%1 starten</translation>
+    </message>
+    <message>
+        <source>Connect to %1</source>
+        <translation>Mit %1 verbinden</translation>
+    </message>
+    <message>
+        <source>Shut the server down and start it again</source>
+        <translation>Den Server herunterfahren und neu starten</translation>
+    </message>
+    <message>
+        <source>Disconnect and connect again</source>
+        <translation>Trennen und erneut verbinden</translation>
+    </message>
+    <message>
+        <source>Start another server, or connect to one</source>
+        <translation>Einen anderen Server starten oder mit einem verbinden</translation>
+    </message>
+    <message>
+        <source>Send a file to the server with txfile</source>
+        <translation>Eine Datei mit txfile an den Server senden</translation>
+    </message>
+    <message>
+        <source>Stop waiting for the reply</source>
+        <translation>Nicht länger auf die Antwort warten</translation>
+    </message>
+    <message>
+        <source>Ask the server for its settings</source>
+        <translation>Den Server nach seinen Einstellungen fragen</translation>
     </message>
 </context>
 <context>
     <name>console::NoticeBar</name>
     <message>
-        <source>Start Again (F8)</source>
-        <translation>Wieder starten (F8)</translation>
+        <source>Start Again</source>
+        <translation>Erneut starten</translation>
     </message>
     <message>
-        <source>Choose a Server... (F8)</source>
-        <translation>Server wählen... (F8)</translation>
+        <source>Choose a Server...</source>
+        <translation>Server wählen...</translation>
     </message>
     <message>
-        <source>Stop Waiting (F8)</source>
-        <translation>Nicht länger warten (F8)</translation>
+        <source>Stop Waiting</source>
+        <translation>Nicht länger warten</translation>
     </message>
     <message>
-        <source>End by Force (F8)</source>
-        <translation>Gewaltsam beenden (F8)</translation>
+        <source>End by Force</source>
+        <translation>Gewaltsam beenden</translation>
     </message>
     <message>
-        <source>Send Again (F8)</source>
-        <translation>Wieder senden (F8)</translation>
+        <source>Send Again</source>
+        <translation>Erneut senden</translation>
     </message>
 </context>
 <context>
@@ -1406,18 +1444,6 @@
         <translation>alle</translation>
     </message>
     <message>
-        <source>run</source>
-        <translation>Messlauf</translation>
-    </message>
-    <message>
-        <source>runs</source>
-        <translation>Messläufe</translation>
-    </message>
-    <message>
-        <source>%1 of %2</source>
-        <translation>%1 von %2</translation>
-    </message>
-    <message>
         <source>%1 in %2</source>
         <translation>%1 in %2</translation>
     </message>
@@ -1426,20 +1452,8 @@
         <translation>%1 in %2 und %3</translation>
     </message>
     <message>
-        <source>other entry</source>
-        <translation>anderer Eintrag</translation>
-    </message>
-    <message>
-        <source>other entries</source>
-        <translation>andere Einträge</translation>
-    </message>
-    <message>
         <source>Folder of the Runs</source>
         <translation>Ordner der Messläufe</translation>
-    </message>
-    <message>
-        <source>Ask the server again (F5)</source>
-        <translation>Den Server wieder fragen (F5)</translation>
     </message>
     <message>
         <source>Wait for the reply</source>
@@ -1464,6 +1478,31 @@
     <message>
         <source>Choose a run in the table first</source>
         <translation>Wählen Sie zuerst einen Messlauf in der Tabelle</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln run(s)</source>
+        <translation>
+            <numerusform>%Ln Messlauf</numerusform>
+            <numerusform>%Ln Messläufe</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%L1 of %Ln run(s)</source>
+        <translation>
+            <numerusform>%L1 von %Ln Messlauf</numerusform>
+            <numerusform>%L1 von %Ln Messläufen</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln other entry(s)</source>
+        <translation>
+            <numerusform>%Ln anderer Eintrag</numerusform>
+            <numerusform>%Ln andere Einträge</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Ask the server again</source>
+        <translation>Den Server erneut fragen</translation>
     </message>
 </context>
 <context>
@@ -1611,24 +1650,24 @@
         <translation>Warten Sie auf die Antwort</translation>
     </message>
     <message>
-        <source>Open a file on the server (Ctrl+O)</source>
-        <translation>Eine Datei auf dem Server öffnen (Strg+O)</translation>
-    </message>
-    <message>
-        <source>Save under another name on the server (Ctrl+Shift+S)</source>
-        <translation>Unter einem anderen Namen auf dem Server speichern (Strg+Umschalt+S)</translation>
-    </message>
-    <message>
-        <source>Save on the server (Ctrl+S)</source>
-        <translation>Auf dem Server speichern (Strg+S)</translation>
-    </message>
-    <message>
         <source>Nothing has changed</source>
         <translation>Nichts hat sich geändert</translation>
     </message>
     <message>
         <source>No server is connected: they cannot be saved now.</source>
         <translation>Kein Server ist verbunden: Jetzt lassen sie sich nicht speichern.</translation>
+    </message>
+    <message>
+        <source>Open a file on the server</source>
+        <translation>Eine Datei auf dem Server öffnen</translation>
+    </message>
+    <message>
+        <source>Save under another name on the server</source>
+        <translation>Unter einem anderen Namen auf dem Server speichern</translation>
+    </message>
+    <message>
+        <source>Save on the server</source>
+        <translation>Auf dem Server speichern</translation>
     </message>
 </context>
 <context>
@@ -1720,24 +1759,12 @@
 <context>
     <name>console::SettingsPanel</name>
     <message>
-        <source>line</source>
-        <translation>Zeile</translation>
-    </message>
-    <message>
-        <source>lines</source>
-        <translation>Zeilen</translation>
-    </message>
-    <message>
         <source>The base path %1 goes to the server.</source>
         <translation>Der Basispfad %1 geht an den Server.</translation>
     </message>
     <message>
         <source>Reading...</source>
         <translation>Wird eingelesen...</translation>
-    </message>
-    <message>
-        <source>Sending %1...</source>
-        <translation>Sendet %1...</translation>
     </message>
     <message>
         <source>The base path is refused: %1</source>
@@ -1748,16 +1775,8 @@
         <translation>Der Server hat %1 von %2 abgelehnt: %3</translation>
     </message>
     <message>
-        <source>The server took %1.</source>
-        <translation>Der Server hat %1 angenommen.</translation>
-    </message>
-    <message>
         <source>As on the server.</source>
         <translation>Wie auf dem Server.</translation>
-    </message>
-    <message>
-        <source>%1 changed here, not on the server yet.</source>
-        <translation>%1 hier geändert, noch nicht auf dem Server.</translation>
     </message>
     <message>
         <source>The base path is kept for the next download.</source>
@@ -1774,10 +1793,6 @@
     <message>
         <source>Wait until the lines on their way are answered</source>
         <translation>Warten Sie, bis die gesendeten Zeilen beantwortet sind</translation>
-    </message>
-    <message>
-        <source>Ask the server for its settings (F5)</source>
-        <translation>Den Server nach seinen Einstellungen fragen (F5)</translation>
     </message>
     <message>
         <source>Send all settings to the server</source>
@@ -1831,17 +1846,37 @@
         <source>Reading what the server has...</source>
         <translation>Was der Server hat, wird eingelesen...</translation>
     </message>
-    <message>
-        <source>The server began anew. Of what was sent before, %1 not on it: download to send again.</source>
-        <translation>Der Server hat neu begonnen. Vom früher Gesendeten: %1 nicht auf ihm; der Download sendet es wieder.</translation>
+    <message numerus="yes">
+        <source>Sending %Ln line(s)...</source>
+        <translation>
+            <numerusform>%Ln Zeile wird gesendet...</numerusform>
+            <numerusform>%Ln Zeilen werden gesendet...</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>The server began anew. %Ln setting(s) sent before are not on it: download to send again.</source>
+        <translation>
+            <numerusform>Der Server hat neu begonnen. %Ln früher gesendete Einstellung fehlt ihm; „Übertragen“ sendet sie erneut.</numerusform>
+            <numerusform>Der Server hat neu begonnen. %Ln früher gesendete Einstellungen fehlen ihm; „Übertragen“ sendet sie erneut.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>The server took %Ln line(s).</source>
+        <translation>
+            <numerusform>Der Server hat %Ln Zeile angenommen.</numerusform>
+            <numerusform>Der Server hat %Ln Zeilen angenommen.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln changed here, not on the server yet.</source>
+        <translation>
+            <numerusform>%Ln hier geändert, noch nicht auf dem Server.</numerusform>
+            <numerusform>%Ln hier geändert, noch nicht auf dem Server.</numerusform>
+        </translation>
     </message>
     <message>
-        <source>setting is</source>
-        <translation>Einstellung ist</translation>
-    </message>
-    <message>
-        <source>settings are</source>
-        <translation>Einstellungen sind</translation>
+        <source>Ask the server for its settings</source>
+        <translation>Den Server nach seinen Einstellungen fragen</translation>
     </message>
 </context>
 <context>
@@ -1859,24 +1894,8 @@
         <translation>Der Server wird gefragt...</translation>
     </message>
     <message>
-        <source>value</source>
-        <translation>Wert</translation>
-    </message>
-    <message>
-        <source>values</source>
-        <translation>Werte</translation>
-    </message>
-    <message>
-        <source>%1 of %2</source>
-        <translation>%1 von %2</translation>
-    </message>
-    <message>
         <source>%1, as of %2</source>
         <translation>%1, Stand %2</translation>
-    </message>
-    <message>
-        <source>Ask the server again (F5)</source>
-        <translation>Den Server wieder fragen (F5)</translation>
     </message>
     <message>
         <source>Wait for the reply</source>
@@ -1885,6 +1904,24 @@
     <message>
         <source>Needs a connected server. The values of before stay here.</source>
         <translation>Nur mit verbundenem Server. Die bisherigen Werte bleiben hier stehen.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln value(s)</source>
+        <translation>
+            <numerusform>%Ln Wert</numerusform>
+            <numerusform>%Ln Werte</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%L1 of %Ln value(s)</source>
+        <translation>
+            <numerusform>%L1 von %Ln Wert</numerusform>
+            <numerusform>%L1 von %Ln Werten</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Ask the server again</source>
+        <translation>Den Server erneut fragen</translation>
     </message>
 </context>
 <context>

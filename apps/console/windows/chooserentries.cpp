@@ -115,7 +115,7 @@ void driveLog(Person& person, QWidget& window)
 WindowEntry histogramsEntry()
 {
     return { QStringLiteral("histograms"), Windows::tr("&Histograms..."), Windows::tr("Histograms"),
-        Windows::tr("Choose which of the server's histograms to open (Ctrl+H)"),
+        Windows::tr("Choose which of the server's histograms to open"),
         [](const WindowContext& context) -> QWidget* { return new HistogramChooser(context); }, driveHistograms, {},
         true, QStringLiteral("Ctrl+H") };
 }
@@ -123,7 +123,7 @@ WindowEntry histogramsEntry()
 WindowEntry runsEntry()
 {
     return { QStringLiteral("runs"), Windows::tr("&Runs"), Windows::tr("Runs"),
-        Windows::tr("The run directories of the server by prefix, run and date (Ctrl+U)"),
+        Windows::tr("The run directories of the server by prefix, run and date"),
         [](const WindowContext& context) -> QWidget* { return new RunsWindow(context); }, driveRuns, {}, true,
         QStringLiteral("Ctrl+U") };
 }
@@ -131,7 +131,7 @@ WindowEntry runsEntry()
 WindowEntry serverTextEntry()
 {
     return { QStringLiteral("server-text"), Windows::tr("Te&xt on the Server"), Windows::tr("Text on the Server[*]"),
-        Windows::tr("Open, edit and save a text file on the server's side (Ctrl+B)"),
+        Windows::tr("Open, edit and save a text file on the server's side"),
         [](const WindowContext& context) -> QWidget* { return new ServerTextWindow(context); }, driveServerText, {},
         true, QStringLiteral("Ctrl+B") };
 }
@@ -139,7 +139,7 @@ WindowEntry serverTextEntry()
 WindowEntry logEntry()
 {
     return { QStringLiteral("log"), Windows::tr("Lo&g File"), Windows::tr("Log File"),
-        Windows::tr("Follow a log file as it grows (Ctrl+J)"),
+        Windows::tr("Follow a log file as it grows"),
         [](const WindowContext& context) -> QWidget* { return new LogWindow(context.memory, context.parent); },
         driveLog, {}, false, QStringLiteral("Ctrl+J") };
 }

@@ -27,10 +27,8 @@ QString textOf(const HistogramInfo& histogram)
             .arg(histogram.x.bins)
             .arg(histogram.y.bins)
             .arg(histogram.x.text(), histogram.y.text());
-    return HistogramChooser::tr("%1: %2 of %3 bins, %4")
-        .arg(histogram.name, counted(histogram.rows, HistogramChooser::tr("row"), HistogramChooser::tr("rows")))
-        .arg(histogram.x.bins)
-        .arg(histogram.x.text());
+    return HistogramChooser::tr("%1: %Ln row(s) of %2 bins, %3", nullptr, histogram.rows)
+        .arg(histogram.name, QString::number(histogram.x.bins), histogram.x.text());
 }
 
 QWidget* openHistogram(const WindowContext& context, const HistogramInfo& histogram)

@@ -1,6 +1,7 @@
 #include "windows/logwindow.h"
 
 #include "availability.h"
+#include "replytext.h"
 #include "ui_logwindow.h"
 
 #include <tarnis/foundation/helpers.h>
@@ -51,6 +52,8 @@ LogWindow::LogWindow(QSettings& memory, QWidget* parent)
     m_timer.setInterval(lookMs);
     connect(&m_timer, &QTimer::timeout, this, &LogWindow::look);
     m_timer.start();
+    addKey(ui->nextButton, Qt::Key_F3);
+    addKey(ui->previousButton, Qt::SHIFT | Qt::Key_F3);
     updateFind();
     setFile(m_memory.value(memoryKey).toString());
 }
@@ -107,7 +110,7 @@ void LogWindow::append(const LogNews& news)
         m_problem.clear();
         break;
     case LogNews::Kind::Skipped:
-        note = tr("(%1 of the file are not shown)").arg(locale().formattedDataSize(news.bytes));
+        note = tr("(%1 of the file are not shown)").arg(byteCountText(news.bytes));
         break;
     case LogNews::Kind::Emptied:
         note = tr("(the file was emptied or written anew)");
@@ -177,9 +180,10 @@ void LogWindow::updateFind()
 {
     m_isFoundNowhere = false;
     const bool hasText = !ui->findEdit->text().isEmpty();
-    setAvailable(ui->nextButton, hasText, tr("Find the text further down (F3)"), tr("Type the text to find first"));
-    setAvailable(
-        ui->previousButton, hasText, tr("Find the text further up (Shift+F3)"), tr("Type the text to find first"));
+    setAvailable(ui->nextButton, hasText, withKey(tr("Find the text further down"), Qt::Key_F3),
+        tr("Type the text to find first"));
+    setAvailable(ui->previousButton, hasText, withKey(tr("Find the text further up"), Qt::SHIFT | Qt::Key_F3),
+        tr("Type the text to find first"));
     showState();
 }
 
@@ -197,8 +201,7 @@ void LogWindow::showState()
     else if (isFollowing())
         ui->stateLabel->setText(tr("Following the file."));
     else if (const qint64 bytes = m_tail->pending(); bytes > 0)
-        ui->stateLabel->setText(
-            tr("Paused; %1 more in the file. Follow shows them.").arg(locale().formattedDataSize(bytes)));
+        ui->stateLabel->setText(tr("Paused; %1 more in the file. Follow shows them.").arg(byteCountText(bytes)));
     else
         ui->stateLabel->setText(tr("Paused; nothing new in the file."));
 }

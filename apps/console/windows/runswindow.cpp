@@ -39,6 +39,7 @@ RunsWindow::RunsWindow(const WindowContext& context)
     ui->table->verticalHeader()->setDefaultSectionSize(ui->table->fontMetrics().height() + 6);
 
     connect(ui->folderEdit, &QLineEdit::returnPressed, this, &RunsWindow::refresh);
+    addKey(ui->refreshButton, Qt::Key_F5);
     connect(ui->refreshButton, &QPushButton::clicked, this, &RunsWindow::refresh);
     connect(ui->browseButton, &QPushButton::clicked, this, &RunsWindow::browse);
     connect(ui->closeButton, &QPushButton::clicked, this, &RunsWindow::close);
@@ -148,12 +149,13 @@ void RunsWindow::showCount()
 {
     if (!m_isListed)
         return;
-    const QString runs = counted(m_runs.rowCount(), tr("run"), tr("runs"));
+    const int all = m_runs.rowCount();
     const int shown = m_order.rowCount();
-    const QString count = shown == m_runs.rowCount() ? runs : tr("%1 of %2").arg(shown).arg(runs);
+    const QString count =
+        shown == all ? tr("%Ln run(s)", nullptr, all) : tr("%L1 of %Ln run(s)", nullptr, all).arg(shown);
     ui->stateLabel->setText(m_others == 0
             ? tr("%1 in %2").arg(count, m_shown)
-            : tr("%1 in %2, and %3").arg(count, m_shown, counted(m_others, tr("other entry"), tr("other entries"))));
+            : tr("%1 in %2, and %3").arg(count, m_shown, tr("%Ln other entry(s)", nullptr, int(m_others))));
 }
 
 void RunsWindow::browse()
@@ -177,7 +179,7 @@ void RunsWindow::updateControls()
 {
     const bool isUp = m_context.controller.state() == ServerState::Up;
     const bool isAsking = !m_link->waiting().isEmpty();
-    setAvailable(ui->refreshButton, isUp && !isAsking, tr("Ask the server again (F5)"),
+    setAvailable(ui->refreshButton, isUp && !isAsking, withKey(tr("Ask the server again"), Qt::Key_F5),
         isUp ? tr("Wait for the reply") : tr("Needs a connected server. The runs of before stay here."));
     setAvailable(ui->browseButton, isUp, tr("Choose the folder on the server"), tr("Needs a connected server"));
     setAvailable(ui->insertButton, ui->table->selectionModel()->hasSelection(),

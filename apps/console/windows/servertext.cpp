@@ -10,6 +10,7 @@
 
 #include <QEvent>
 #include <QFontDatabase>
+#include <QKeySequence>
 #include <QMessageBox>
 #include <QStringDecoder>
 
@@ -21,6 +22,9 @@ namespace {
 
 constexpr QLatin1String readName("textRead");
 constexpr QLatin1String writeName("textWrite");
+constexpr QKeyCombination openKey = Qt::CTRL | Qt::Key_O;
+constexpr QKeyCombination saveKey = Qt::CTRL | Qt::Key_S;
+constexpr QKeyCombination saveAsKey = Qt::CTRL | Qt::SHIFT | Qt::Key_S;
 constexpr qsizetype sizeLimit = qsizetype { 4 } * 1024 * 1024; // more is no text to edit
 
 } // namespace
@@ -59,6 +63,9 @@ ServerTextWindow::ServerTextWindow(const WindowContext& context)
     m_context.parent = this; // of what this window opens
     ui->setupUi(this);
     ui->edit->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    addKey(ui->openButton, openKey);
+    addKey(ui->saveButton, saveKey);
+    addKey(ui->saveAsButton, saveAsKey);
     connect(ui->openButton, &QPushButton::clicked, this, &ServerTextWindow::chooseOpen);
     connect(ui->saveButton, &QPushButton::clicked, this, &ServerTextWindow::save);
     connect(ui->saveAsButton, &QPushButton::clicked, this, &ServerTextWindow::chooseSaveAs);
@@ -263,10 +270,11 @@ void ServerTextWindow::updateControls()
     const bool isUp = m_context.controller.state() == ServerState::Up;
     const bool isFree = m_link->waiting().isEmpty();
     const QString reason = isUp ? tr("Wait for the reply") : tr("Needs a connected server. The text stays here.");
-    setAvailable(ui->openButton, isUp && isFree, tr("Open a file on the server (Ctrl+O)"), reason);
-    setAvailable(ui->saveAsButton, isUp && isFree, tr("Save under another name on the server (Ctrl+Shift+S)"), reason);
+    setAvailable(ui->openButton, isUp && isFree, withKey(tr("Open a file on the server"), openKey), reason);
+    setAvailable(
+        ui->saveAsButton, isUp && isFree, withKey(tr("Save under another name on the server"), saveAsKey), reason);
     setAvailable(ui->saveButton, isUp && isFree && (isModified() || m_path.isEmpty()),
-        tr("Save on the server (Ctrl+S)"), isUp && isFree ? tr("Nothing has changed") : reason);
+        withKey(tr("Save on the server"), saveKey), isUp && isFree ? tr("Nothing has changed") : reason);
 }
 
 void ServerTextWindow::changeEvent(QEvent* event)

@@ -21,6 +21,7 @@ SnapshotWindow::SnapshotWindow(ServerController& controller, const Source& sourc
     ui->setupUi(this);
     ui->table->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
     ui->table->verticalHeader()->setDefaultSectionSize(ui->table->fontMetrics().height() + 6);
+    addKey(ui->refreshButton, Qt::Key_F5);
     connect(ui->refreshButton, &QPushButton::clicked, this, &SnapshotWindow::refresh);
     connect(ui->closeButton, &QPushButton::clicked, this, &SnapshotWindow::close);
     connect(ui->filterEdit, &QLineEdit::textChanged, this, &SnapshotWindow::fill);
@@ -74,9 +75,10 @@ void SnapshotWindow::fill()
     }
     if (!m_time.isValid())
         return;
-    const QString values = counted(m_values.size(), tr("value"), tr("values"));
+    const int all = int(m_values.size());
     const int shown = ui->table->rowCount();
-    const QString count = shown == m_values.size() ? values : tr("%1 of %2").arg(shown).arg(values);
+    const QString count =
+        shown == all ? tr("%Ln value(s)", nullptr, all) : tr("%L1 of %Ln value(s)", nullptr, all).arg(shown);
     ui->stateLabel->setText(tr("%1, as of %2").arg(count, m_time.toString(u"HH:mm:ss")));
 }
 
@@ -96,7 +98,7 @@ void SnapshotWindow::updateControls()
 {
     const bool isUp = m_controller.state() == ServerState::Up;
     const bool isAsking = !m_link->waiting().isEmpty();
-    setAvailable(ui->refreshButton, isUp && !isAsking, tr("Ask the server again (F5)"),
+    setAvailable(ui->refreshButton, isUp && !isAsking, withKey(tr("Ask the server again"), Qt::Key_F5),
         isUp ? tr("Wait for the reply") : tr("Needs a connected server. The values of before stay here."));
 }
 

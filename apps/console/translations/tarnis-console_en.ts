@@ -1,0 +1,120 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="en_GB">
+<context>
+    <name>ReplyText</name>
+    <message numerus="yes">
+        <source>%Ln value(s)</source>
+        <translation>
+            <numerusform>%Ln value</numerusform>
+            <numerusform>%Ln values</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>, %Ln of them not finite and left out below</source>
+        <translation>
+            <numerusform>, %Ln of them not finite and left out below</numerusform>
+            <numerusform>, %Ln of them not finite and left out below</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln byte(s)</source>
+        <translation>
+            <numerusform>%Ln byte</numerusform>
+            <numerusform>%Ln bytes</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>console::CommandPanel</name>
+    <message numerus="yes">
+        <source>, %Ln more to go</source>
+        <translation>
+            <numerusform>, %Ln more to go</numerusform>
+            <numerusform>, %Ln more to go</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>console::HistogramChooser</name>
+    <message numerus="yes">
+        <source>%1: %Ln row(s) of %2 bins, %3</source>
+        <translation>
+            <numerusform>%1: %Ln row of %2 bins, %3</numerusform>
+            <numerusform>%1: %Ln rows of %2 bins, %3</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>console::RunsWindow</name>
+    <message numerus="yes">
+        <source>%Ln run(s)</source>
+        <translation>
+            <numerusform>%Ln run</numerusform>
+            <numerusform>%Ln runs</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%L1 of %Ln run(s)</source>
+        <translation>
+            <numerusform>%L1 of %Ln run</numerusform>
+            <numerusform>%L1 of %Ln runs</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln other entry(s)</source>
+        <translation>
+            <numerusform>%Ln other entry</numerusform>
+            <numerusform>%Ln other entries</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>console::SettingsPanel</name>
+    <message numerus="yes">
+        <source>Sending %Ln line(s)...</source>
+        <translation>
+            <numerusform>Sending %Ln line...</numerusform>
+            <numerusform>Sending %Ln lines...</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>The server began anew. %Ln setting(s) sent before are not on it: download to send again.</source>
+        <translation>
+            <numerusform>The server began anew. Of what was sent before, %Ln setting is not on it: download to send again.</numerusform>
+            <numerusform>The server began anew. Of what was sent before, %Ln settings are not on it: download to send again.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>The server took %Ln line(s).</source>
+        <translation>
+            <numerusform>The server took %Ln line.</numerusform>
+            <numerusform>The server took %Ln lines.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln changed here, not on the server yet.</source>
+        <translation>
+            <numerusform>%Ln changed here, not on the server yet.</numerusform>
+            <numerusform>%Ln changed here, not on the server yet.</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>console::SnapshotWindow</name>
+    <message numerus="yes">
+        <source>%Ln value(s)</source>
+        <translation>
+            <numerusform>%Ln value</numerusform>
+            <numerusform>%Ln values</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%L1 of %Ln value(s)</source>
+        <translation>
+            <numerusform>%L1 of %Ln value</numerusform>
+            <numerusform>%L1 of %Ln values</numerusform>
+        </translation>
+    </message>
+</context>
+</TS>
