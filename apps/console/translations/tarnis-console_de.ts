@@ -357,6 +357,53 @@
     </message>
 </context>
 <context>
+    <name>ModulesForm</name>
+    <message>
+        <source>&amp;To:</source>
+        <translation>A&amp;n:</translation>
+    </message>
+    <message>
+        <source>Whom the command goes to</source>
+        <translation>An wen der Befehl geht</translation>
+    </message>
+    <message>
+        <source>All modules</source>
+        <translation>Alle Module</translation>
+    </message>
+    <message>
+        <source>The modules of the family orsino</source>
+        <translation>Die Module der Familie orsino</translation>
+    </message>
+    <message>
+        <source>One module</source>
+        <translation>Ein Modul</translation>
+    </message>
+    <message>
+        <source>Several modules, one after the other</source>
+        <translation>Mehrere Module, eines nach dem anderen</translation>
+    </message>
+    <message>
+        <source>&amp;Modules:</source>
+        <translation>&amp;Module:</translation>
+    </message>
+    <message>
+        <source>Numbers of the modules</source>
+        <translation>Nummern der Module</translation>
+    </message>
+    <message>
+        <source>one: 3; several: 0, 2, 4-7</source>
+        <translation>eines: 3; mehrere: 0, 2, 4-7</translation>
+    </message>
+    <message>
+        <source>C&amp;ommand:</source>
+        <translation>Befeh&amp;l:</translation>
+    </message>
+    <message>
+        <source>Command to the modules</source>
+        <translation>Befehl an die Module</translation>
+    </message>
+</context>
+<context>
     <name>NoticeBar</name>
     <message>
         <source>Notice</source>
@@ -373,6 +420,25 @@
     <message>
         <source>Take this notice away</source>
         <translation>Diesen Hinweis ausblenden</translation>
+    </message>
+</context>
+<context>
+    <name>RateWindow</name>
+    <message>
+        <source>Rate now and on average</source>
+        <translation>Rate jetzt und im Mittel</translation>
+    </message>
+    <message>
+        <source>C&amp;lear</source>
+        <translation>&amp;Leeren</translation>
+    </message>
+    <message>
+        <source>Begin the curve anew</source>
+        <translation>Die Kurve neu beginnen</translation>
+    </message>
+    <message>
+        <source>&amp;Close</source>
+        <translation>S&amp;chließen</translation>
     </message>
 </context>
 <context>
@@ -641,45 +707,6 @@
     </message>
 </context>
 <context>
-    <name>SnapshotWindow</name>
-    <message>
-        <source>&amp;Show:</source>
-        <translation>&amp;Zeigen:</translation>
-    </message>
-    <message>
-        <source>Part of the names to show</source>
-        <translation>Teil der gezeigten Namen</translation>
-    </message>
-    <message>
-        <source>part of a name; empty for all</source>
-        <translation>Teil eines Namens; leer für alle</translation>
-    </message>
-    <message>
-        <source>Values of the snapshot</source>
-        <translation>Werte der Momentaufnahme</translation>
-    </message>
-    <message>
-        <source>Name</source>
-        <translation>Name</translation>
-    </message>
-    <message>
-        <source>Value</source>
-        <translation>Wert</translation>
-    </message>
-    <message>
-        <source>State of the snapshot</source>
-        <translation>Stand der Momentaufnahme</translation>
-    </message>
-    <message>
-        <source>&amp;Refresh</source>
-        <translation>&amp;Aktualisieren</translation>
-    </message>
-    <message>
-        <source>&amp;Close</source>
-        <translation>S&amp;chließen</translation>
-    </message>
-</context>
-<context>
     <name>Windows</name>
     <message>
         <source>What the server tells about itself now</source>
@@ -896,6 +923,30 @@
     <message>
         <source>Follow a log file as it grows</source>
         <translation>Eine Logdatei verfolgen, während sie wächst</translation>
+    </message>
+    <message>
+        <source>Sen&amp;d to Modules</source>
+        <translation>An Mod&amp;ule senden</translation>
+    </message>
+    <message>
+        <source>Send to Modules</source>
+        <translation>An Module senden</translation>
+    </message>
+    <message>
+        <source>A command for all readout modules, a family, one or several</source>
+        <translation>Ein Befehl an alle Auslesemodule, eine Familie, eines oder mehrere</translation>
+    </message>
+    <message>
+        <source>E&amp;vent Rate</source>
+        <translation>E&amp;reignisrate</translation>
+    </message>
+    <message>
+        <source>Event Rate</source>
+        <translation>Ereignisrate</translation>
+    </message>
+    <message>
+        <source>The event rate over the last hour, once a second</source>
+        <translation>Die Ereignisrate der letzten Stunde, einmal in der Sekunde</translation>
     </message>
 </context>
 <context>
@@ -1361,6 +1412,150 @@
     </message>
 </context>
 <context>
+    <name>console::ModuleAnswers</name>
+    <message>
+        <source>done</source>
+        <translation>erledigt</translation>
+    </message>
+    <message>
+        <source>refused: %1</source>
+        <translation>abgelehnt: %1</translation>
+    </message>
+    <message>
+        <source>%1 is no range of modules</source>
+        <translation>%1 ist kein Bereich von Modulen</translation>
+    </message>
+    <message>
+        <source>Type the number of a module</source>
+        <translation>Tippen Sie die Nummer eines Moduls</translation>
+    </message>
+    <message>
+        <source>These are more than %L1 modules</source>
+        <translation>Das sind mehr als %L1 Module</translation>
+    </message>
+</context>
+<context>
+    <name>console::ModulesWindow</name>
+    <message>
+        <source>No reply: %1. Whether a module has obeyed is not known: ask it with stat or setting.</source>
+        <translation>Keine Antwort: %1. Ob ein Modul gehorcht hat, ist nicht bekannt: fragen Sie es mit stat oder setting.</translation>
+    </message>
+    <message>
+        <source>no reply</source>
+        <translation>keine Antwort</translation>
+    </message>
+    <message>
+        <source>No reply: the server was stopped.</source>
+        <translation>Keine Antwort: der Server wurde heruntergefahren.</translation>
+    </message>
+    <message>
+        <source>Answers of the modules</source>
+        <translation>Antworten der Module</translation>
+    </message>
+    <message>
+        <source>State of the command</source>
+        <translation>Stand des Befehls</translation>
+    </message>
+    <message>
+        <source>Se&amp;nd</source>
+        <translation>S&amp;enden</translation>
+    </message>
+    <message>
+        <source>&amp;Give Up</source>
+        <translation>Auf&amp;geben</translation>
+    </message>
+    <message>
+        <source>Type a command</source>
+        <translation>Tippen Sie einen Befehl</translation>
+    </message>
+    <message>
+        <source>These are several modules: choose &quot;Several modules&quot; above</source>
+        <translation>Das sind mehrere Module: wählen Sie oben „Mehrere Module“</translation>
+    </message>
+    <message>
+        <source>module %1</source>
+        <translation>Modul %1</translation>
+    </message>
+    <message>
+        <source>all modules</source>
+        <translation>alle Module</translation>
+    </message>
+    <message>
+        <source>family orsino</source>
+        <translation>Familie orsino</translation>
+    </message>
+    <message>
+        <source>Asking the server...</source>
+        <translation>Der Server wird gefragt...</translation>
+    </message>
+    <message numerus="yes">
+        <source>Waiting for %Ln more</source>
+        <translation>
+            <numerusform>Noch %Ln unterwegs</numerusform>
+            <numerusform>Noch %Ln unterwegs</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln row(s) answered</source>
+        <translation>
+            <numerusform>%Ln Zeile beantwortet</numerusform>
+            <numerusform>%Ln Zeilen beantwortet</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Given up. Whether a module has obeyed is not known: ask it with stat or setting.</source>
+        <translation>Aufgegeben. Ob ein Modul gehorcht hat, ist nicht bekannt: fragen Sie es mit stat oder setting.</translation>
+    </message>
+    <message>
+        <source>given up</source>
+        <translation>aufgegeben</translation>
+    </message>
+    <message>
+        <source>Module</source>
+        <translation>Modul</translation>
+    </message>
+    <message>
+        <source>Answer</source>
+        <translation>Antwort</translation>
+    </message>
+    <message>
+        <source>waiting...</source>
+        <translation>wartet...</translation>
+    </message>
+    <message>
+        <source>Numbers between commas; 4-7 is a range</source>
+        <translation>Nummern zwischen Kommas; 4-7 ist ein Bereich</translation>
+    </message>
+    <message>
+        <source>All of them get the command</source>
+        <translation>Alle bekommen den Befehl</translation>
+    </message>
+    <message>
+        <source>Sends &quot;%1&quot; and so on</source>
+        <translation>Sendet „%1“ und so weiter</translation>
+    </message>
+    <message>
+        <source>Sends &quot;%1&quot;</source>
+        <translation>Sendet „%1“</translation>
+    </message>
+    <message>
+        <source>Needs a connected server</source>
+        <translation>Braucht einen verbundenen Server</translation>
+    </message>
+    <message>
+        <source>Wait for the reply</source>
+        <translation>Warten Sie auf die Antwort</translation>
+    </message>
+    <message>
+        <source>Stop waiting for the reply</source>
+        <translation>Nicht länger auf die Antwort warten</translation>
+    </message>
+    <message>
+        <source>No command is under way</source>
+        <translation>Kein Befehl ist unterwegs</translation>
+    </message>
+</context>
+<context>
     <name>console::NoticeBar</name>
     <message>
         <source>Start Again</source>
@@ -1381,6 +1576,37 @@
     <message>
         <source>Send Again</source>
         <translation>Erneut senden</translation>
+    </message>
+</context>
+<context>
+    <name>console::RateWindow</name>
+    <message>
+        <source>No reply: %1. It is asked again.</source>
+        <translation>Keine Antwort: %1. Es wird wieder gefragt.</translation>
+    </message>
+    <message>
+        <source>The server tells no rate: its reply to stat has no line &quot;rate:&quot;.</source>
+        <translation>Der Server nennt keine Rate: in seiner Antwort auf stat fehlt die Zeile „rate:“.</translation>
+    </message>
+    <message>
+        <source>largest %1 /s</source>
+        <translation>höchste %1 /s</translation>
+    </message>
+    <message>
+        <source>%1 /s now, %2 /s on average over %3 s</source>
+        <translation>%1 /s jetzt, %2 /s im Mittel über %3 s</translation>
+    </message>
+    <message>
+        <source>Reply, one a second</source>
+        <translation>Antwort, eine in der Sekunde</translation>
+    </message>
+    <message>
+        <source>Rate [1/s]</source>
+        <translation>Rate [1/s]</translation>
+    </message>
+    <message>
+        <source>Needs a connected server; the curve goes on by itself when it is back.</source>
+        <translation>Braucht einen verbundenen Server; die Kurve geht von selbst weiter, wenn er wieder da ist.</translation>
     </message>
 </context>
 <context>
@@ -1880,6 +2106,21 @@
     </message>
 </context>
 <context>
+    <name>console::SnapshotRecord</name>
+    <message>
+        <source>changed</source>
+        <translation>geändert</translation>
+    </message>
+    <message>
+        <source>gone</source>
+        <translation>entfallen</translation>
+    </message>
+    <message>
+        <source>new</source>
+        <translation>neu</translation>
+    </message>
+</context>
+<context>
     <name>console::SnapshotWindow</name>
     <message>
         <source>No reply: %1. Refresh to ask again.</source>
@@ -1922,6 +2163,53 @@
     <message>
         <source>Ask the server again</source>
         <translation>Den Server erneut fragen</translation>
+    </message>
+    <message>
+        <source>Sho&amp;w:</source>
+        <translation>&amp;Zeigen:</translation>
+    </message>
+    <message>
+        <source>Part of the names to show</source>
+        <translation>Teil der gezeigten Namen</translation>
+    </message>
+    <message>
+        <source>part of a name; empty for all</source>
+        <translation>Teil eines Namens; leer für alle</translation>
+    </message>
+    <message>
+        <source>Values of the snapshot</source>
+        <translation>Werte der Aufnahme</translation>
+    </message>
+    <message>
+        <source>State of the snapshot</source>
+        <translation>Stand der Aufnahme</translation>
+    </message>
+    <message>
+        <source>&amp;Refresh</source>
+        <translation>&amp;Aktualisieren</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>Name</translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation>Wert</translation>
+    </message>
+    <message>
+        <source>Before</source>
+        <translation>Vorher</translation>
+    </message>
+    <message>
+        <source>Change</source>
+        <translation>Änderung</translation>
+    </message>
+    <message numerus="yes">
+        <source>%1, %Ln of them changed since the snapshot before, as of %2</source>
+        <translation>
+            <numerusform>%1, davon %Ln seit der vorigen Aufnahme geändert, Stand %2</numerusform>
+            <numerusform>%1, davon %Ln seit der vorigen Aufnahme geändert, Stand %2</numerusform>
+        </translation>
     </message>
 </context>
 <context>

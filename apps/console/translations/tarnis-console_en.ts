@@ -46,6 +46,23 @@
     </message>
 </context>
 <context>
+    <name>console::ModulesWindow</name>
+    <message numerus="yes">
+        <source>Waiting for %Ln more</source>
+        <translation>
+            <numerusform>Waiting for %Ln more</numerusform>
+            <numerusform>Waiting for %Ln more</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln row(s) answered</source>
+        <translation>
+            <numerusform>%Ln row answered</numerusform>
+            <numerusform>%Ln rows answered</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>console::RunsWindow</name>
     <message numerus="yes">
         <source>%Ln run(s)</source>
@@ -114,6 +131,13 @@
         <translation>
             <numerusform>%L1 of %Ln value</numerusform>
             <numerusform>%L1 of %Ln values</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%1, %Ln of them changed since the snapshot before, as of %2</source>
+        <translation>
+            <numerusform>%1, %Ln of them changed since the snapshot before, as of %2</numerusform>
+            <numerusform>%1, %Ln of them changed since the snapshot before, as of %2</numerusform>
         </translation>
     </message>
 </context>

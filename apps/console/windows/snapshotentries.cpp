@@ -25,8 +25,11 @@ template <typename Base> SnapshotWindow::Source source()
         [](TarnisCmd& command, const QByteArray& reply) {
             auto& snapshot = static_cast<Snapshot<Base>&>(command);
             snapshot.onReply(reply);
-            QMap<QString, QString> values = snapshot.values();
-            values.remove(QStringLiteral("OK")); // the first line of an accepted command, no value
+            QList<NameValue> values;
+            for (auto value = snapshot.values().cbegin(); value != snapshot.values().cend(); ++value) {
+                if (value.key() != u"OK") // the first line of an accepted command, no value
+                    values.append({ value.key(), value.value() });
+            }
             return values;
         } };
 }
@@ -38,7 +41,7 @@ template <typename Base> QWidget* openSnapshot(const WindowContext& context)
 
 void driveSnapshot(Person& person, QWidget& window)
 {
-    auto& table = person.find<QTableWidget>(window, "table");
+    QTableWidget& table = *static_cast<SnapshotWindow&>(window).table();
     person.waitUntil(QStringLiteral("the snapshot shows values"), [&] { return table.rowCount() > 0; });
     person.picture(window, QStringLiteral("values"));
 
@@ -54,6 +57,7 @@ void driveSnapshot(Person& person, QWidget& window)
     person.waitUntil(QStringLiteral("the refresh is answered"),
         [&] { return person.find<QWidget>(window, "refreshButton").isEnabled(); });
     person.expect(table.rowCount() == all, QStringLiteral("the refreshed snapshot shows all values"));
+    person.picture(window, QStringLiteral("refreshed"));
 }
 
 } // namespace
@@ -67,7 +71,8 @@ WindowEntry statSnapshotEntry()
 WindowEntry settingSnapshotEntry()
 {
     return { QStringLiteral("setting-snapshot"), Windows::tr("S&etting Snapshot"), Windows::tr("Setting Snapshot"),
-        Windows::tr("The settings that the server works with now"), openSnapshot<TarnisCmdSetting>, driveSnapshot };
+        Windows::tr("The settings that the server works with now"), openSnapshot<TarnisCmdSetting>, driveSnapshot, {},
+        true, QStringLiteral("Ctrl+0") };
 }
 
 } // namespace console

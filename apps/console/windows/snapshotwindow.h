@@ -1,19 +1,19 @@
-// A snapshot of what the server tells about itself, as a table: the reply to one command, read by the command's own
-// class.
+// A snapshot of what the server tells about itself, as a table beside the snapshot before: the reply to one command,
+// read by the command's own class.
 #pragma once
 
+#include "windows/snapshotrecord.h"
+
+#include <tarnis/dialogs/namevaluelistdialog.h>
 #include <tarnis/server/tarniscmd.h>
 
-#include <QDialog>
-#include <QMap>
 #include <QTime>
 
 #include <functional>
-#include <memory>
 
-namespace Ui {
-class SnapshotWindow;
-}
+class QLabel;
+class QLineEdit;
+class QPushButton;
 
 namespace console {
 
@@ -21,32 +21,38 @@ class SessionLink;
 class ServerController;
 
 /// Asks when it opens and with every refresh, on a session of its own. After a failure the last values stay on show.
-class SnapshotWindow : public QDialog {
+/// What the filter leaves can be saved as CSV.
+class SnapshotWindow : public NameValueListDialog {
     Q_OBJECT
 public:
     /// A command that reads its own reply: how to make it, and its values once it has been answered.
     struct Source {
         std::function<TarnisCmd*()> make;
-        std::function<QMap<QString, QString>(TarnisCmd&, const QByteArray& reply)> read;
+        std::function<QList<NameValue>(TarnisCmd&, const QByteArray& reply)> read;
     };
 
     SnapshotWindow(ServerController& controller, const Source& source, QWidget* parent);
-    ~SnapshotWindow() override;
 
 public Q_SLOTS:
     void refresh();
 
 protected:
     void changeEvent(QEvent* event) override;
+    void setUp();
+    void setTexts();
     void onReplied(const PTarnisCmd& command, const QByteArray& reply);
     void fill();
     void updateControls();
+    static QStringList headers();
 
     ServerController& m_controller;
     Source m_source;
-    std::unique_ptr<Ui::SnapshotWindow> ui;
     SessionLink* m_link;
-    QMap<QString, QString> m_values;
+    QLabel* m_filterLabel;
+    QLineEdit* m_filterEdit; ///< part of the names to show
+    QLabel* m_stateLabel;
+    QPushButton* m_refreshButton;
+    SnapshotRecord m_record;
     QTime m_time; ///< of the last reply; invalid before it
 };
 

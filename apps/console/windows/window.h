@@ -61,6 +61,8 @@ WindowEntry basePathEntry();
 WindowEntry serverFilesEntry();
 WindowEntry statSnapshotEntry();
 WindowEntry settingSnapshotEntry();
+WindowEntry modulesEntry();
+WindowEntry rateEntry();
 WindowEntry histogramsEntry();
 WindowEntry runsEntry();
 WindowEntry serverTextEntry();

@@ -5,8 +5,8 @@ namespace console {
 QList<WindowEntry> windowEntries()
 {
     return { rowsEntry(), pairsEntry(), singleRowEntry(), spectrumEntry(), mapEntry(), statisticsEntry(),
-        basePathEntry(), serverFilesEntry(), statSnapshotEntry(), settingSnapshotEntry(), histogramsEntry(),
-        runsEntry(), serverTextEntry(), logEntry() };
+        basePathEntry(), serverFilesEntry(), statSnapshotEntry(), settingSnapshotEntry(), modulesEntry(), rateEntry(),
+        histogramsEntry(), runsEntry(), serverTextEntry(), logEntry() };
 }
 
 } // namespace console
