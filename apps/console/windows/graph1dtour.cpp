@@ -3,6 +3,7 @@
 #include "windows/histogramwindows.h"
 
 #include <tarnis/dialogs/graph1ddialog.h>
+#include <tarnis/dialogs/selectcheckeddialog.h>
 #include <tarnis/peak/peaksearchdialog.h>
 #include <tarnis/plots/multivectorgraphwidget.h>
 
@@ -131,7 +132,7 @@ QPoint rowOf(const QTableWidget& table, int row)
 void visibleItems(Person& person, QWidget& window)
 {
     person.click(person.find<QToolButton>(window, "toolButton"));
-    auto* const dialog = plotOf(window).findChild<QDialog*>(QStringLiteral("SelectCheckedDialog"));
+    auto* const dialog = plotOf(window).findChild<SelectCheckedDialog*>();
     person.expect(dialog != nullptr && dialog->isVisible(), QStringLiteral("the visible items can be chosen"));
     auto& table = person.find<QTableWidget>(*dialog, "tableWidget");
     person.look(60); // until it is laid out

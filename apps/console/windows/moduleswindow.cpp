@@ -120,6 +120,7 @@ QString ModulesWindow::addressee(const TarnisCmd& command) const
 
 void ModulesWindow::send()
 {
+    LOG_BLOCK("ModulesWindow::send");
     QString problem;
     auto made = commands(problem);
     if (made.empty() || m_controller.state() != ServerState::Up || !m_link->waiting().isEmpty())
