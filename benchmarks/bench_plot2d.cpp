@@ -5,7 +5,10 @@
 //   map, spelt   bins of the map: this library, and one drawing call for each bin; auto scale of Z included
 //   qcpMap       QCustomPlot's map image made and drawn, its colours rounded to a table
 //   plot         change of one bin, redraw of the picture, repaint of the window
-//   qcpPlot      change of one cell, replot of QCustomPlot with immediate refresh
+//   qcpPlot      change of one cell, replot of QCustomPlot with immediate refresh; it has what the plot has: names of
+//   the
+//                axes and a colour scale
+//   qcpBare      the same without names and scale
 #include "support/map2dprobe.h"
 
 #include <benchmark/benchmark.h>
@@ -92,7 +95,9 @@ public:
 
 class Peer : public QCustomPlot {
 public:
-    Peer(const Plot& plot, bool logScale)
+    enum Parts { MapOnly, WithScaleAndNames };
+
+    Peer(const Plot& plot, bool logScale, Parts parts)
         : m_map(new PeerMap(xAxis, yAxis))
     {
         const MapState state = plot.mapState();
@@ -105,19 +110,26 @@ public:
         }
         m_map->setGradient(QCPColorGradient(QCPColorGradient::gpJet));
         m_map->setInterpolate(false);
+        if (parts == WithScaleAndNames)
+            addScaleAndNames();
         m_map->setDataScaleType(logScale ? QCPAxis::stLogarithmic : QCPAxis::stLinear);
         m_map->setDataRange(QCPRange(state.minZ, state.maxZ));
         xAxis->setRange(0.0, side);
         yAxis->setRange(0.0, side);
         const QRect graph = plot.frameState().graphRect;
         axisRect()->setAutoMargins(QCP::msNone);
-        axisRect()->setMargins(QMargins(
-            graph.left(), graph.top(), plot.width() - graph.left() - plotSide, plot.height() - graph.top() - plotSide));
+        axisRect()->setMargins(QMargins(graph.left(), graph.top(), 10, plot.height() - graph.top() - plotSide));
         resize(plot.size());
         show();
         QCoreApplication::processEvents();
         replot(rpImmediateRefresh);
+        // The map gets the same pixels; what is too wide or too narrow now is beside it.
+        const QMargins margins = axisRect()->margins();
+        axisRect()->setMargins(
+            margins + QMargins(0, 0, axisRect()->width() - plotSide, axisRect()->height() - plotSide));
+        replot(rpImmediateRefresh);
     }
+    QSize mapSize() const { return axisRect()->size(); }
     void changeCell() { m_map->data()->setCell(0, 0, m_map->data()->cell(0, 0) > 0.0 ? 0.0 : 1.0); }
     void drawMap(QPixmap& pixmap)
     {
@@ -127,6 +139,18 @@ public:
     }
 
 private:
+    void addScaleAndNames()
+    {
+        auto* scale = new QCPColorScale(this);
+        plotLayout()->addElement(0, 1, scale);
+        scale->setType(QCPAxis::atRight);
+        scale->setRangeDrag(false);
+        m_map->setColorScale(scale);
+        m_map->setGradient(QCPColorGradient(QCPColorGradient::gpJet));
+        xAxis->setLabel(QStringLiteral("x"));
+        yAxis->setLabel(QStringLiteral("y"));
+    }
+
     PeerMap* m_map;
 };
 
@@ -178,20 +202,23 @@ void drawSpeltOut(const Plot& plot, QPixmap& pixmap)
 void map(benchmark::State& state, Values values, bool logScale)
 {
     Plot plot(randomRows(static_cast<int>(state.range(0)), values), logScale);
-    Peer peer(plot, logScale);
+    Peer peer(plot, logScale, Peer::WithScaleAndNames);
+    Peer bare(plot, logScale, Peer::MapOnly);
     QPixmap pixmap(plot.size());
     Times product;
     Times spelt;
     Times peerMap;
     Times whole;
     Times peerWhole;
+    Times bareWhole;
     QPixmap expected(plot.size());
     QPixmap actual(plot.size());
     expected.fill(Qt::gray);
     actual.fill(Qt::gray);
     drawSpeltOut(plot, expected);
     drawMap(plot, actual);
-    if (plot.frameState().graphRect.size() != QSize(plotSide, plotSide)) {
+    const QSize asked(plotSide, plotSide);
+    if (plot.frameState().graphRect.size() != asked || peer.mapSize() != asked || bare.mapSize() != asked) {
         state.SkipWithError("the plot has another size");
         return;
     }
@@ -216,6 +243,10 @@ void map(benchmark::State& state, Values values, bool logScale)
             peer.changeCell();
             peer.replot(QCustomPlot::rpImmediateRefresh);
         });
+        bareWhole.take([&] {
+            bare.changeCell();
+            bare.replot(QCustomPlot::rpImmediateRefresh);
+        });
     }
     state.counters["map"] = product.median();
     state.counters["spelt"] = spelt.median();
@@ -225,6 +256,8 @@ void map(benchmark::State& state, Values values, bool logScale)
     state.counters["plot"] = whole.median();
     state.counters["qcpPlot"] = peerWhole.median();
     state.counters["qcpPlot/plot"] = peerWhole.median() / whole.median();
+    state.counters["qcpBare"] = bareWhole.median();
+    state.counters["qcpBare/plot"] = bareWhole.median() / whole.median();
 }
 
 void registerAll()

@@ -96,7 +96,7 @@ void BinRaster::planPixels()
     m_firstPixel = std::max(0, m_left.front());
     const int lastPixel = std::min(m_size.width() - 1, m_left.back() + m_extent);
     m_width = lastPixel - m_firstPixel + 1;
-    m_groupPixels.resize(groups);
+    m_groupPixels.resize(groups + 1 + SpreadBlock::width);
     m_shared.assign(groups, 0);
     m_isSimple = true;
     for (std::size_t group = 1; group < groups; ++group) {
@@ -105,6 +105,31 @@ void BinRaster::planPixels()
         m_shared[group] = step == m_extent ? ~QRgb(0) : 0;
     }
     m_isPixelEach = m_extent == 0 && m_isSimple && m_left.front() >= 0;
+    planSpread();
+}
+
+/// Where each pixel of a line takes its colour from, eight pixels at a time.
+void BinRaster::planSpread()
+{
+    m_spread.clear();
+    if (!m_isSimple || m_extent == 0 || !hasWideLanes())
+        return;
+    const int last = static_cast<int>(m_left.size()) - 1;
+    int group = 0;
+    for (int x = 0; x < m_width; x += SpreadBlock::width) {
+        SpreadBlock& block = m_spread.emplace_back();
+        for (int i = 0; i < SpreadBlock::width; ++i) {
+            const int pixel = m_firstPixel + x + i;
+            if (group < last && m_left[static_cast<std::size_t>(group) + 1] <= pixel)
+                ++group; // by one at the most: groups begin at different pixels
+            if (i == 0)
+                block.first = group;
+            const auto lane = static_cast<std::size_t>(i);
+            block.place[lane] = group - block.first;
+            block.shared[lane] =
+                m_left[static_cast<std::size_t>(group)] == pixel ? m_shared[static_cast<std::size_t>(group)] : 0;
+        }
+    }
 }
 
 void BinRaster::planRows(const BinView& view)
@@ -179,11 +204,11 @@ void BinRaster::composeRow(int row, RowLine& line)
         fetchRow(row - 1);
     line.row = row;
     line.pixels.resize(static_cast<std::size_t>(m_width) + barBlock);
-    QRgb* groupPixels = m_isPixelEach ? line.pixels.data() : m_groupPixels.data();
+    QRgb* found = m_isPixelEach ? line.pixels.data() : groupPixels();
     if (m_oneColumnEach)
-        m_converter->convert(values + m_firstColumn.front(), groups, groupPixels);
+        m_converter->convert(values + m_firstColumn.front(), groups, found);
     else
-        m_converter->convertGroups(values, m_firstColumn.data(), nullptr, groups, groupPixels);
+        m_converter->convertGroups(values, m_firstColumn.data(), nullptr, groups, found);
     if (!m_isPixelEach)
         spreadGroups(line.pixels.data());
     line.losesCorner = m_corner != noCorner && cornerIsLost();
@@ -197,7 +222,7 @@ void BinRaster::composeRow(int row, RowLine& line)
 /// A later bar lies over the last pixel of the one before where both share it, unless it is transparent.
 template <int block> void BinRaster::spreadTouching(QRgb* row) const
 {
-    const QRgb* colors = m_groupPixels.data();
+    const QRgb* colors = groupPixels();
     const QRgb* shared = m_shared.data();
     const int* left = m_left.data();
     const auto groups = static_cast<std::ptrdiff_t>(m_left.size());
@@ -218,6 +243,10 @@ template <int block> void BinRaster::spreadTouching(QRgb* row) const
 
 void BinRaster::spreadGroups(QRgb* row)
 {
+    if (!m_spread.empty()) {
+        spreadWide(groupPixels(), m_spread.data(), m_spread.size(), row);
+        return;
+    }
     if (m_isSimple && m_extent > 0) {
         if (m_extent < narrowBlock)
             spreadTouching<narrowBlock>(row);
@@ -229,18 +258,18 @@ void BinRaster::spreadGroups(QRgb* row)
     for (std::size_t group = 0; group < m_left.size(); ++group) {
         const int first = std::max(m_left[group], m_firstPixel);
         const int last = std::min(m_left[group] + m_extent, m_firstPixel + m_width - 1);
-        if (m_groupPixels[group] != BinPixels::noPixel)
-            std::fill_n(row + (first - m_firstPixel), last - first + 1, m_groupPixels[group]);
+        if (groupPixels()[group] != BinPixels::noPixel)
+            std::fill_n(row + (first - m_firstPixel), last - first + 1, groupPixels()[group]);
     }
 }
 
 bool BinRaster::cornerIsLost() const
 {
-    if (m_groupPixels[m_cornerGroup] == BinPixels::noPixel)
+    if (groupPixels()[m_cornerGroup] == BinPixels::noPixel)
         return false;
     // A later bin may lie over it.
     for (std::size_t group = m_cornerGroup + 1; group < m_left.size() && m_left[group] <= m_corner; ++group) {
-        if (m_groupPixels[group] != BinPixels::noPixel)
+        if (groupPixels()[group] != BinPixels::noPixel)
             return false;
     }
     return true;

@@ -3,6 +3,7 @@
 
 #include "tarnis/plots/binpixels_p.h"
 #include "tarnis/plots/binview_p.h"
+#include "tarnis/plots/widelanes_p.h"
 
 #include <array>
 #include <functional>
@@ -53,6 +54,7 @@ private:
 
     void planColumns(const BinView& view, int deviceX);
     void planPixels();
+    void planSpread();
     void planRows(const BinView& view);
     LineSpan linesOf(const BinView& view, int row) const;
     const double* valuesOf(const QList<double>& row);
@@ -61,6 +63,8 @@ private:
     void composeRow(int row, RowLine& line);
     void spreadGroups(QRgb* row);
     template <int block> void spreadTouching(QRgb* row) const;
+    QRgb* groupPixels() { return m_groupPixels.data() + 1; }
+    const QRgb* groupPixels() const { return m_groupPixels.data() + 1; }
     bool cornerIsLost() const;
     Line composeLine(int y, int topRow);
     bool isAlone(int y, int row) const;
@@ -85,6 +89,7 @@ private:
     std::size_t m_cornerGroup = 0;
     int m_firstPixel = 0; ///< leftmost and rightmost pixel that any group covers
     int m_width = 0; ///< from the leftmost to the rightmost
+    std::vector<SpreadBlock> m_spread; ///< for simple columns, where there are wide lanes
     std::vector<QRgb> m_shared; ///< all bits set for a group whose first pixel is the last one of the group before
 
     // Rows
@@ -92,7 +97,7 @@ private:
     std::vector<LineSpan> m_rows; ///< of each visible row, from m_firstRow on
 
     // At work
-    std::vector<QRgb> m_groupPixels;
+    std::vector<QRgb> m_groupPixels; ///< of each group, with one entry before and some room behind them
     std::vector<double> m_paddedRow; ///< a row that is too short, with empty bins behind it
     std::array<RowLine, 4> m_recent; ///< the rows that were composed last
     std::size_t m_nextRecent = 0;

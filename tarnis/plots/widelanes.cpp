@@ -76,6 +76,11 @@ TARNIS_WIDE_LANES inline __m128i blendLanes(const ScaleRanges& ranges, __m256d v
     return _mm_blendv_epi8(pixel, everywhere(ranges.lowPixel), narrowed(isBelow));
 }
 
+TARNIS_WIDE_LANES inline __m256i loadWide(const void* from)
+{
+    return _mm256_loadu_si256(static_cast<const __m256i*>(from));
+}
+
 /// For each set of eight lanes, given as bits, the chosen lanes in ascending order and then any others.
 constexpr std::array<std::array<std::uint8_t, 8>, 256> chosenLanes()
 {
@@ -204,6 +209,20 @@ TARNIS_WIDE_LANES int listWide(const QRgb* pixels, int count, QRgb pixel, int* p
     return found;
 }
 
+TARNIS_WIDE_LANES void spreadWide(const QRgb* colors, const SpreadBlock* blocks, std::size_t count, QRgb* pixels)
+{
+    for (std::size_t i = 0; i < count; ++i) {
+        const SpreadBlock& block = blocks[i];
+        const __m256i place = loadWide(block.place.data());
+        const __m256i own = _mm256_permutevar8x32_epi32(loadWide(colors + block.first), place);
+        const __m256i before = _mm256_permutevar8x32_epi32(loadWide(colors + block.first - 1), place);
+        const __m256i showsBefore =
+            _mm256_and_si256(loadWide(block.shared.data()), _mm256_cmpeq_epi32(own, _mm256_setzero_si256()));
+        _mm256_storeu_si256(reinterpret_cast<__m256i*>(pixels + i * SpreadBlock::width),
+            _mm256_or_si256(own, _mm256_and_si256(before, showsBefore)));
+    }
+}
+
 TARNIS_WIDE_LANES void copyOverWide(QRgb* line, const QRgb* pixels, int count)
 {
     constexpr int wide = 8;
@@ -241,6 +260,10 @@ bool lookUpWide(const double*, const int*, int, const QRgb*, int, QRgb, QRgb*)
 int listWide(const QRgb*, int, QRgb, int*)
 {
     return 0;
+}
+
+void spreadWide(const QRgb*, const SpreadBlock*, std::size_t, QRgb*)
+{
 }
 
 void copyOverWide(QRgb*, const QRgb*, int)

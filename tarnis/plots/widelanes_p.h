@@ -48,6 +48,18 @@ bool lookUpWide(
 /// `count` + 7 entries.
 int listWide(const QRgb* pixels, int count, QRgb pixel, int* places);
 
+/// Where eight neighbouring pixels take their colours from.
+struct SpreadBlock {
+    static constexpr int width = 8;
+
+    std::array<int, width> place {}; ///< of each pixel's colour, counted from `first`
+    std::array<QRgb, width> shared {}; ///< all bits set where the colour before shows if the pixel's own is transparent
+    int first = 0;
+};
+
+/// Writes eight pixels for each block. Readable are colors[-1] and eight entries from each block's first one on.
+void spreadWide(const QRgb* colors, const SpreadBlock* blocks, std::size_t count, QRgb* pixels);
+
 /// Copies those of `count` pixels that are not 0.
 void copyOverWide(QRgb* line, const QRgb* pixels, int count);
 
