@@ -9,6 +9,7 @@
 #include "messagelist.h"
 #include "servercontroller.h"
 #include "settingspanel.h"
+#include "statewatch.h"
 #include "ui_mainwindow.h"
 #include "windowaccess.h"
 #include "windows/openwindows.h"
@@ -37,6 +38,8 @@ MainWindow::MainWindow(QSettings& memory)
     ui->viewMenu->addMenu(new LanguageMenu(m_memory, ui->viewMenu));
     m_commandPanel = new CommandPanel(*m_controller, this);
     m_settingsPanel = new SettingsPanel(*m_controller, this);
+    m_stateWatch = new StateWatch(
+        *m_controller, [this] { return !m_commandPanel->isBusy(); }, this);
     ui->splitter->insertWidget(0, m_commandPanel);
     ui->sideSplitter->insertWidget(0, m_settingsPanel);
     ui->splitter->setStretchFactor(0, 3);
@@ -66,6 +69,7 @@ MainWindow::MainWindow(QSettings& memory)
 MainWindow::~MainWindow()
 {
     m_controller->disconnect(this);
+    delete m_stateWatch; // asks the panel
     delete m_commandPanel; // before the manager that their sessions come from
     delete m_settingsPanel;
     delete m_windows;

@@ -24,6 +24,7 @@ class CommandPanel;
 class OpenWindows;
 class ServerController;
 class SettingsPanel;
+class StateWatch;
 
 /// Closing it asks about a run and about work that is not saved, then shuts the server down, and goes when the server
 /// has ended. GUI thread.
@@ -45,6 +46,7 @@ public:
     QWidget* openWindow(const WindowEntry& entry);
     const QList<WindowEntry>& entries() const { return m_entries; }
     OpenWindows& windows() { return *m_windows; }
+    StateWatch& stateWatch() { return *m_stateWatch; }
 
     /// Closes without a question about a run: the program is ended from outside.
     void leave();
@@ -77,6 +79,7 @@ protected:
     ServerController* m_controller;
     CommandPanel* m_commandPanel;
     SettingsPanel* m_settingsPanel;
+    StateWatch* m_stateWatch;
     QList<WindowEntry> m_entries;
     QList<QAction*> m_windowActions; ///< one for each entry
     OpenWindows* m_windows;

@@ -12,6 +12,7 @@
 #include <QStandardPaths>
 #include <QThreadPool>
 
+#include <limits>
 #include <utility>
 
 namespace console {
@@ -150,10 +151,27 @@ void ServerController::readReply(const QString& command, const QByteArray& reply
     const std::optional<bool> isRunning = runStateFromReply(command, QString::fromUtf8(reply));
     if (!isRunning)
         return;
+    m_stateTold.start();
     if (*isRunning)
         m_tarnis.SetStatus(Tarnis::RUNNING);
     else if (m_status == Tarnis::RUNNING)
         m_tarnis.SetStatus(Tarnis::SERVER_CONNECTED);
+}
+
+void ServerController::readState(const QByteArray& reply)
+{
+    if (canReadState())
+        readReply(QStringLiteral("stat"), reply);
+}
+
+bool ServerController::canReadState() const
+{
+    return m_state == ServerState::Up && (m_status == Tarnis::SERVER_CONNECTED || m_status == Tarnis::RUNNING);
+}
+
+qint64 ServerController::stateAgeMs() const
+{
+    return m_stateTold.isValid() ? m_stateTold.elapsed() : std::numeric_limits<qint64>::max();
 }
 
 void ServerController::begin()
@@ -164,6 +182,7 @@ void ServerController::begin()
         TarnisSession::SetDefaultPrompt(&m_prompts.back());
     }
     m_lastSocketError.clear();
+    m_stateTold.invalidate();
     Q_EMIT notice({});
     setState(ServerState::Starting);
     if (isLocal())

@@ -8,6 +8,7 @@
 
 #include <tarnis/server/tarnis.h>
 
+#include <QElapsedTimer>
 #include <QObject>
 #include <QPointer>
 #include <QTimer>
@@ -72,6 +73,12 @@ public:
 
     /// Sets the manager's status by what an accepted command or the reply to "stat" tells: a run goes on, or has ended.
     void readReply(const QString& command, const QByteArray& reply);
+    /// The same with the reply to a "stat" that nobody typed: a status that the server does not tell stays.
+    void readState(const QByteArray& reply);
+    /// True while a reply to "stat" can change the status: connected or running, and not busy.
+    bool canReadState() const;
+    /// Since a reply last told whether a run goes on; very long if none has.
+    qint64 stateAgeMs() const;
 
     /// Times after which a person is told that something takes long, in ms. Tests make them short.
     int m_probeTimeoutMs = 10000;
@@ -113,6 +120,7 @@ protected:
     QTimer m_slowTimer; ///< fires when starting or stopping takes long
     QPointer<QProcess> m_process; ///< the local server, also after Shutdown() has let go of it
     QString m_lastSocketError;
+    QElapsedTimer m_stateTold; ///< since a reply last told whether a run goes on
 };
 
 /// Path of the program to start for a local choice: absolute, the simulator beside the console for an empty one, looked

@@ -6,6 +6,7 @@
 #include "mainwindow.h"
 #include "noticebar.h"
 #include "servercontroller.h"
+#include "statewatch.h"
 #include "support/scriptedserver.h"
 
 #include <QAbstractButton>
@@ -30,6 +31,7 @@ public:
         , window(std::make_unique<console::MainWindow>(memory))
     {
         window->controller().m_endTimeoutMs = 50;
+        window->stateWatch().setInterval(0); // a test counts what it sends itself
         window->show();
     }
 

@@ -177,6 +177,7 @@ void LiveMap::resume()
 
 LiveStatistics::LiveStatistics(const WindowContext& context, const QString& title)
     : StatDialog(context.controller.tarnis().NewTarnisSession(nullptr), title, QString(), context.parent)
+    , m_controller(context.controller)
     , m_keeper(context.controller, session)
     , m_infoLabel(new QLabel(this))
 {
@@ -197,6 +198,7 @@ void LiveStatistics::result(PTarnisCmd command, QByteArray const& payload)
     if (!session)
         return; // still queued when the session ended
     m_infoLabel->hide();
+    m_controller.readState(payload);
     StatDialog::result(command, payload);
 }
 

@@ -12,6 +12,7 @@ class QLabel;
 
 namespace console {
 
+class ServerController;
 struct WindowContext;
 
 /// What a 1D window shows.
@@ -90,6 +91,7 @@ protected:
     void onLost(const QString& text);
     void resume();
 
+    ServerController& m_controller;
     SessionKeeper m_keeper;
     QLabel* m_infoLabel; ///< below the table; hidden while all is well
 };

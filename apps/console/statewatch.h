@@ -1,0 +1,37 @@
+// Keeps the status of the server true while nobody asks for it: a run that ends by itself, a server that goes.
+#pragma once
+
+#include <QObject>
+#include <QTimer>
+
+#include <functional>
+
+namespace console {
+
+class ServerController;
+class SessionLink;
+
+/// Sends "stat" on a session of its own while a server is up and not busy, unless its state was told meanwhile. The
+/// replies go to the controller and nowhere else. GUI thread.
+class StateWatch : public QObject {
+    Q_OBJECT
+public:
+    /// `isFree` says whether the console asks nothing else: a server that works on a command is left alone.
+    StateWatch(ServerController& controller, const std::function<bool()>& isFree, QObject* parent);
+    ~StateWatch() override;
+
+    /// 0: never asks.
+    void setInterval(int intervalMs);
+    /// Asks now. False if this is not the time for it.
+    bool ask();
+
+protected:
+    void onServerState();
+
+    ServerController& m_controller;
+    std::function<bool()> m_isFree;
+    SessionLink* m_link;
+    QTimer m_timer;
+};
+
+} // namespace console
