@@ -17,6 +17,7 @@
 #include <QComboBox>
 #include <QContextMenuEvent>
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QMenu>
 #include <QMenuBar>
 #include <QPlainTextEdit>
@@ -168,6 +169,55 @@ double contrast(const QColor& a, const QColor& b)
 
 } // namespace
 
+/// The keys of menus, shortcuts and buttons.
+QList<QKeySequence> shortcutsOf(const QWidget& window)
+{
+    QList<QKeySequence> keys;
+    for (const QAction* action : window.findChildren<QAction*>())
+        keys += action->shortcuts();
+    for (const QShortcut* shortcut : window.findChildren<QShortcut*>())
+        keys.append(shortcut->key());
+    for (const QAbstractButton* button : window.findChildren<QAbstractButton*>()) {
+        if (!button->shortcut().isEmpty() && keyOf(button->text()).isNull())
+            keys.append(button->shortcut());
+    }
+    return keys;
+}
+
+QList<QKeySequence::StandardKey> editingKeys()
+{
+    QList<QKeySequence::StandardKey> keys { QKeySequence::Cut, QKeySequence::Copy, QKeySequence::Paste,
+        QKeySequence::Undo, QKeySequence::Redo, QKeySequence::Delete, QKeySequence::DeleteStartOfWord,
+        QKeySequence::DeleteEndOfWord, QKeySequence::DeleteEndOfLine, QKeySequence::DeleteCompleteLine,
+        QKeySequence::InsertParagraphSeparator, QKeySequence::InsertLineSeparator, QKeySequence::Bold,
+        QKeySequence::Italic, QKeySequence::Underline, QKeySequence::SelectAll, QKeySequence::Deselect,
+        QKeySequence::Backspace };
+    for (int key = QKeySequence::MoveToNextChar; key <= QKeySequence::SelectEndOfDocument; ++key)
+        keys.append(QKeySequence::StandardKey(key));
+    return keys;
+}
+
+/// Neither a line nor a text takes this key for itself.
+bool isLeftToTheWindow(const QKeySequence& key)
+{
+    const QKeyCombination combination = key[0];
+    QLineEdit line(QStringLiteral("typed before"));
+    QPlainTextEdit text(QStringLiteral("typed before"));
+    line.setCursorPosition(5);
+    text.moveCursor(QTextCursor::NextWord);
+    for (QWidget* const editor : { static_cast<QWidget*>(&line), static_cast<QWidget*>(&text) }) {
+        QKeyEvent claim(QEvent::ShortcutOverride, combination.key(), combination.keyboardModifiers());
+        claim.ignore();
+        QApplication::sendEvent(editor, &claim);
+        QKeyEvent press(QEvent::KeyPress, combination.key(), combination.keyboardModifiers());
+        QApplication::sendEvent(editor, &press);
+        if (claim.isAccepted())
+            return false;
+    }
+    return line.text() == u"typed before" && line.cursorPosition() == 5 && text.toPlainText() == u"typed before"
+        && text.textCursor().position() == 6;
+}
+
 class TestConsoleAccess : public QObject {
     Q_OBJECT
 
@@ -254,6 +304,25 @@ private Q_SLOTS:
             for (const QShortcut* shortcut : window->findChildren<QShortcut*>(QString(), Qt::FindDirectChildrenOnly))
                 keys.append(shortcut->key().toString());
             QCOMPARE(keys.removeDuplicates(), 0);
+        }
+    }
+
+    void noShortcutIsAKeyOfTheEditors()
+    {
+        // What editors do with a key goes before what the window does with it. The letters are those that Qt's editors
+        // know with Ctrl on any desktop, and those of terminals.
+        const FullDesk full;
+        for (const QWidget* window : full.all()) {
+            for (const QKeySequence& key : shortcutsOf(*window)) {
+                const QString name = window->windowTitle() + u' ' + key.toString();
+                for (const char letter : QByteArray("ABCDEFHIKUVXYZ"))
+                    QVERIFY2(key != QKeySequence(Qt::CTRL | Qt::Key(letter)), qPrintable(name));
+                QVERIFY2(key != QKeySequence(QStringLiteral("Ctrl+Shift+Z")), qPrintable(name));
+                QVERIFY2(key != QKeySequence(QStringLiteral("Ctrl+Shift+A")), qPrintable(name));
+                for (const auto standard : editingKeys())
+                    QVERIFY2(!QKeySequence::keyBindings(standard).contains(key), qPrintable(name));
+                QVERIFY2(isLeftToTheWindow(key), qPrintable(name));
+            }
         }
     }
 

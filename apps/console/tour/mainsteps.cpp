@@ -122,7 +122,7 @@ void upload(Person& person, MainWindow& window)
 /// Edits the value of a setting in the table, by keyboard.
 void editSetting(Person& person, MainWindow& window, const QString& name, const QString& value)
 {
-    person.shortcut(window, QKeySequence(Qt::CTRL | Qt::Key_E));
+    person.shortcut(window, QKeySequence(Qt::CTRL | Qt::Key_Comma));
     auto& table = person.find<QTableView>(window, "table");
     const int row = window.settingsPanel().model().rowOf(name);
     person.expect(row >= 0, QStringLiteral("there is a setting %1").arg(name));

@@ -117,7 +117,7 @@ WindowEntry histogramsEntry()
     return { QStringLiteral("histograms"), Windows::tr("&Histograms..."), Windows::tr("Histograms"),
         Windows::tr("Choose which of the server's histograms to open"),
         [](const WindowContext& context) -> QWidget* { return new HistogramChooser(context); }, driveHistograms, {},
-        true, QStringLiteral("Ctrl+H") };
+        true, QStringLiteral("Ctrl+Shift+H") };
 }
 
 WindowEntry runsEntry()
@@ -125,7 +125,7 @@ WindowEntry runsEntry()
     return { QStringLiteral("runs"), Windows::tr("&Runs"), Windows::tr("Runs"),
         Windows::tr("The run directories of the server by prefix, run and date"),
         [](const WindowContext& context) -> QWidget* { return new RunsWindow(context); }, driveRuns, {}, true,
-        QStringLiteral("Ctrl+U") };
+        QStringLiteral("Ctrl+Shift+R") };
 }
 
 WindowEntry serverTextEntry()
@@ -133,7 +133,7 @@ WindowEntry serverTextEntry()
     return { QStringLiteral("server-text"), Windows::tr("Te&xt on the Server"), Windows::tr("Text on the Server[*]"),
         Windows::tr("Open, edit and save a text file on the server's side"),
         [](const WindowContext& context) -> QWidget* { return new ServerTextWindow(context); }, driveServerText, {},
-        true, QStringLiteral("Ctrl+B") };
+        true, QStringLiteral("Ctrl+Shift+X") };
 }
 
 WindowEntry logEntry()
