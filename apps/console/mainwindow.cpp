@@ -100,6 +100,7 @@ void MainWindow::connectActions()
     connect(ui->downloadSaveAction, &QAction::triggered, this, [this] { m_settingsPanel->download(true); });
     connect(ui->goToCommandAction, &QAction::triggered, m_commandPanel, &CommandPanel::focusCommand);
     connect(ui->goToSettingsAction, &QAction::triggered, m_settingsPanel, &SettingsPanel::focusTable);
+    connect(ui->goToConsoleAction, &QAction::triggered, this, [this] { OpenWindows::bringForward(*this); });
     connect(ui->goToMessagesAction, &QAction::triggered, this, [this] { ui->messageList->setFocus(); });
     connect(ui->tileAction, &QAction::triggered, m_windows, &OpenWindows::tile);
     connect(ui->cascadeAction, &QAction::triggered, m_windows, &OpenWindows::cascade);
@@ -123,6 +124,7 @@ void MainWindow::addWindowActions()
     }
     ui->windowsMenu->addSeparator();
     connect(ui->windowsMenu, &QMenu::aboutToShow, this, &MainWindow::updateArranging);
+    connect(ui->windowsMenu, &QMenu::aboutToShow, this, &MainWindow::listOpenWindows);
     ui->windowsMenu->addActions({ ui->tileAction, ui->cascadeAction, ui->closeWindowsAction });
 }
 
@@ -212,6 +214,26 @@ void MainWindow::updateArranging()
     setAvailable(ui->tileAction, canPlace && isAnyOpen, tr("Lay all open windows side by side"), reason);
     setAvailable(ui->cascadeAction, canPlace && isAnyOpen, tr("Lay all open windows one behind the other"), reason);
     setAvailable(ui->closeWindowsAction, isAnyOpen, tr("Close all windows but this one"), tr("No window is open"));
+}
+
+void MainWindow::listOpenWindows()
+{
+    qDeleteAll(m_openActions);
+    m_openActions.clear();
+    const QList<QWidget*> open = m_windows->all();
+    if (!open.isEmpty())
+        m_openActions.append(ui->windowsMenu->addSeparator());
+    for (QWidget* const window : open) {
+        const QString title = window->windowTitle().remove(QLatin1String("[*]")).replace(u'&', QLatin1String("&&"));
+        const QString number = QString::number(m_openActions.size());
+        QAction* const action =
+            ui->windowsMenu->addAction(m_openActions.size() < 10 ? QStringLiteral("&%1 %2").arg(number, title) : title);
+        action->setCheckable(true);
+        action->setChecked(window == m_windows->front());
+        action->setToolTip(tr("Bring this window forward"));
+        connect(action, &QAction::triggered, window, [window] { OpenWindows::bringForward(*window); });
+        m_openActions.append(action);
+    }
 }
 
 void MainWindow::showStatus()

@@ -60,6 +60,7 @@ protected:
     QString refusal(const WindowEntry& entry) const;
     void updateControls();
     void updateArranging();
+    void listOpenWindows();
     void showStatus();
     void onNotice(const Notice& notice);
     void onRemedy(Remedy remedy);
@@ -82,6 +83,7 @@ protected:
     StateWatch* m_stateWatch;
     QList<WindowEntry> m_entries;
     QList<QAction*> m_windowActions; ///< one for each entry
+    QList<QAction*> m_openActions; ///< the open windows as the menu last showed them
     OpenWindows* m_windows;
     QPalette m_desktopPalette;
     bool m_isRunGivenUp = false; ///< the person who closes the window knows that a run ends

@@ -11,6 +11,7 @@
 #include <QApplication>
 #include <QDialogButtonBox>
 #include <QListWidget>
+#include <QMenu>
 #include <QPointer>
 #include <QPushButton>
 #include <QScreen>
@@ -347,6 +348,71 @@ private Q_SLOTS:
         QCOMPARE(covered, qint64(area.width()) * area.height());
     }
 
+    void theConsoleKeepsAPartOfTheScreen_data()
+    {
+        QTest::addColumn<QRect>("console");
+        QTest::addColumn<QSize>("least");
+        QTest::addColumn<bool>("stays");
+        QTest::newRow("small, at the left") << QRect(100, 30, 900, 1050) << QSize(800, 600) << true;
+        QTest::newRow("small, at the bottom") << QRect(100, 700, 1920, 380) << QSize(800, 300) << true;
+        QTest::newRow("in the middle") << QRect(600, 200, 900, 700) << QSize(800, 600) << false;
+        QTest::newRow("maximized") << QRect(100, 30, 1920, 1050) << QSize(800, 600) << false;
+        QTest::newRow("too wide for a strip") << QRect(100, 30, 1920, 1050) << QSize(1500, 600) << false;
+        QTest::newRow("too large for any") << QRect(100, 30, 1920, 1050) << QSize(1500, 900) << false;
+        QTest::newRow("on another screen") << QRect(5000, 30, 900, 700) << QSize(800, 600) << false;
+    }
+    void theConsoleKeepsAPartOfTheScreen()
+    {
+        QFETCH(QRect, console);
+        QFETCH(QSize, least);
+        QFETCH(bool, stays);
+        const QRect area(100, 30, 1920, 1050);
+        const Shares shares = sharesOf(area, console, least);
+        QCOMPARE(shares.console == console, stays);
+        QVERIFY(area.contains(shares.console) && area.contains(shares.windows));
+        QVERIFY(!shares.console.intersects(shares.windows));
+        QVERIFY(shares.windows.width() * 5 >= area.width() * 2 - 5);
+        QVERIFY(shares.windows.height() * 5 >= area.height() * 2 - 5);
+        if (least.width() <= area.width() * 3 / 5)
+            QVERIFY(shares.console.width() >= least.width());
+    }
+
+    void theMenuListsTheOpenWindows()
+    {
+        Laboratory server;
+        Desk desk;
+        auto& menu = desk.widget<QMenu>("windowsMenu");
+        const auto entry = [&menu](const QString& title) -> QAction* {
+            Q_EMIT menu.aboutToShow();
+            for (QAction* const action : menu.actions()) {
+                if (action->text().endsWith(u' ' + title) && action->isCheckable())
+                    return action;
+            }
+            return nullptr;
+        };
+        const QString title = QStringLiteral("Log File");
+        QVERIFY(!entry(title));
+        QWidget* const log = desk.find("log");
+        QVERIFY(entry(title));
+        log->showMinimized();
+        QVERIFY(entry(title));
+        entry(title)->trigger();
+        QVERIFY(!log->isMinimized() && log->isVisible());
+        QTRY_VERIFY(entry(title)->isChecked());
+        log->close();
+        QTRY_VERIFY(!entry(title));
+    }
+
+    void aKeyLeadsBackToTheConsole()
+    {
+        Desk desk;
+        QWidget* const log = desk.find("log");
+        QVERIFY(QTest::qWaitForWindowActive(log));
+        QVERIFY(!desk.window->isActiveWindow());
+        QTest::keyClick(log, Qt::Key_0, Qt::ControlModifier);
+        QTRY_VERIFY(desk.window->isActiveWindow());
+    }
+
     void noWindowsNoTiles()
     {
         QVERIFY(tileCells(0, QRect(0, 0, 800, 600)).isEmpty());
@@ -382,6 +448,8 @@ private Q_SLOTS:
         for (const QWidget* window : windows)
             QVERIFY(screen.contains(window->frameGeometry()));
         QVERIFY(!windows.at(0)->frameGeometry().intersects(windows.at(1)->frameGeometry()));
+        for (const QWidget* window : windows)
+            QVERIFY(!desk.window->frameGeometry().contains(window->frameGeometry()));
         desk.choose("cascadeAction");
         QVERIFY(windows.at(0)->frameGeometry().intersects(windows.at(1)->frameGeometry()));
         desk.choose("closeWindowsAction");

@@ -355,6 +355,14 @@
         <source>Write the commands and replies on show to a text file</source>
         <translation>Die gezeigten Befehle und Antworten in eine Textdatei schreiben</translation>
     </message>
+    <message>
+        <source>Go to the Console&apos;s &amp;Window</source>
+        <translation>Zum &amp;Fenster der Konsole</translation>
+    </message>
+    <message>
+        <source>From any window back to this one</source>
+        <translation>Aus jedem Fenster zurück zu diesem</translation>
+    </message>
 </context>
 <context>
     <name>ModulesForm</name>
@@ -1409,6 +1417,10 @@
     <message>
         <source>Ask the server for its settings</source>
         <translation>Den Server nach seinen Einstellungen fragen</translation>
+    </message>
+    <message>
+        <source>Bring this window forward</source>
+        <translation>Dieses Fenster nach vorn holen</translation>
     </message>
 </context>
 <context>

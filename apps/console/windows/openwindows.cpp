@@ -94,6 +94,32 @@ QList<QRect> cascadeCells(int count, const QRect& area)
     return cells;
 }
 
+Shares sharesOf(const QRect& area, const QRect& console, const QSize& least)
+{
+    const QRect stands = console.intersected(area);
+    QRect free;
+    for (const QRect& side : { QRect(area.topLeft(), QPoint(stands.left() - 1, area.bottom())),
+             QRect(QPoint(stands.right() + 1, area.top()), area.bottomRight()),
+             QRect(area.topLeft(), QPoint(area.right(), stands.top() - 1)),
+             QRect(QPoint(area.left(), stands.bottom() + 1), area.bottomRight()) }) {
+        if (side.isValid() && qint64(side.width()) * side.height() > qint64(free.width()) * free.height())
+            free = side;
+    }
+    if (!stands.isEmpty() && qint64(free.width()) * free.height() * 2 >= qint64(area.width()) * area.height())
+        return { console, free };
+    const int mostWidth = area.width() * 3 / 5;
+    const int mostHeight = area.height() * 3 / 5;
+    Shares shares { area, area };
+    if (least.width() <= mostWidth || least.height() > mostHeight) {
+        shares.console.setWidth(qBound(area.width() * 2 / 5, least.width(), mostWidth));
+        shares.windows.setLeft(shares.console.right() + 1);
+    } else {
+        shares.console.setHeight(qBound(area.height() * 2 / 5, least.height(), mostHeight));
+        shares.windows.setTop(shares.console.bottom() + 1);
+    }
+    return shares;
+}
+
 bool canPlaceWindows(const QString& platform)
 {
     return !platform.startsWith(u"wayland");
@@ -104,6 +130,10 @@ OpenWindows::OpenWindows(QWidget& mainWindow)
     , m_mainWindow(mainWindow)
 {
     connect(&m_windows, &ModelessWidgetManager::onClosed, this, &OpenWindows::changed);
+    connect(qApp, &QApplication::focusChanged, this, [this](const QWidget* /*old*/, QWidget* now) {
+        if (now && now->window() != &m_mainWindow)
+            m_front = now->window();
+    });
 }
 
 OpenWindows::~OpenWindows()
@@ -128,14 +158,28 @@ QWidget* OpenWindows::show(
         window->setProperty(orderProperty, qulonglong(++m_opened));
         new TextKeeper(*window, title); // the window's
     }
-    window->show();
-    window->activateWindow();
+    bringForward(*window);
     if (isNew)
         Q_EMIT changed();
     return window;
 }
 
+void OpenWindows::bringForward(QWidget& window)
+{
+    window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
+    window.show();
+    window.raise();
+    window.activateWindow();
+}
+
 QList<QWidget*> OpenWindows::onScreen() const
+{
+    QList<QWidget*> found = all();
+    found.removeIf([](const QWidget* window) { return window->isMinimized(); });
+    return found;
+}
+
+QList<QWidget*> OpenWindows::all() const
 {
     QList<QWidget*> found;
     const QWidgetList all = QApplication::topLevelWidgets();
@@ -143,7 +187,7 @@ QList<QWidget*> OpenWindows::onScreen() const
         const bool isFiltered = qobject_cast<Graph2DDialog*>(window) && window->parentWidget()
             && m_mainWindow.isAncestorOf(window->parentWidget());
         const bool isOurs = window->property(orderProperty).isValid() && window->parentWidget() == &m_mainWindow;
-        if ((isOurs || isFiltered) && window->isVisible() && !window->isMinimized() && !window->isModal())
+        if ((isOurs || isFiltered) && window->isVisible() && !window->isModal())
             found.append(window);
     }
     // A map that was filtered out of another one has no number: behind all others.
@@ -162,7 +206,7 @@ void OpenWindows::arrange(const std::function<QList<QRect>(int count, const QRec
     const QScreen* const screen = m_mainWindow.screen();
     if (!screen || !canPlaceWindows(QGuiApplication::platformName()))
         return;
-    const QRect area = screen->availableGeometry();
+    const QRect area = placeConsole(screen->availableGeometry());
     const QList<QRect> places = cells(int(windows.size()), area);
     for (qsizetype i = 0; i < windows.size(); ++i) {
         QWidget* const window = windows.at(i);
@@ -172,9 +216,26 @@ void OpenWindows::arrange(const std::function<QList<QRect>(int count, const QRec
         // A window that needs more room than its cell stays on the screen all the same.
         const QSize size = inside.size().expandedTo(window->minimumSizeHint()).expandedTo(window->minimumSize());
         QRect place(inside.topLeft(), size);
-        window->setGeometry(moveIn(place, area.marginsRemoved(frame)));
+        place = moveIn(place, area.marginsRemoved(frame));
+        window->setGeometry(moveIn(place, screen->availableGeometry().marginsRemoved(frame)));
         window->raise();
     }
+}
+
+/// Returns what is left for the windows.
+QRect OpenWindows::placeConsole(const QRect& area)
+{
+    const QMargins frame = m_mainWindow.windowHandle() ? m_mainWindow.windowHandle()->frameMargins() : QMargins();
+    const QSize least = m_mainWindow.minimumSizeHint().expandedTo(m_mainWindow.minimumSize());
+    if (!m_mainWindow.isVisible() || m_mainWindow.isMinimized())
+        return area;
+    const Shares shares =
+        sharesOf(area, m_mainWindow.frameGeometry(), QRect(QPoint(), least).marginsAdded(frame).size());
+    if (shares.console != m_mainWindow.frameGeometry()) {
+        m_mainWindow.showNormal();
+        m_mainWindow.setGeometry(shares.console.marginsRemoved(frame));
+    }
+    return shares.windows;
 }
 
 void OpenWindows::tile()

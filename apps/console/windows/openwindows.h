@@ -5,8 +5,10 @@
 
 #include <QList>
 #include <QObject>
+#include <QPointer>
 #include <QRect>
 #include <QString>
+#include <QWidget>
 
 #include <functional>
 #include <set>
@@ -19,6 +21,16 @@ QList<QRect> tileCells(int count, const QRect& area);
 
 /// `count` cells of one size, each further right and down, beginning again at the corner when the area ends.
 QList<QRect> cascadeCells(int count, const QRect& area);
+
+/// How the screen is shared between the console and its windows, which are always in front of it.
+struct Shares {
+    QRect console;
+    QRect windows;
+};
+
+/// The console stays where it is if half of the area is free beside, above or below it. Otherwise it gets a strip at
+/// the left or, where it is too wide for that, at the top, of at least its least size but not more than three fifths.
+Shares sharesOf(const QRect& area, const QRect& console, const QSize& least);
 
 /// False where a window cannot place itself, as on Wayland. `platform` as QGuiApplication::platformName() gives it.
 bool canPlaceWindows(const QString& platform);
@@ -36,7 +48,14 @@ public:
     /// The windows on the screen that can be laid out, in the order in which they were opened. Boxes and
     /// the windows that belong to a plot are not among them.
     QList<QWidget*> onScreen() const;
+    /// All of them, minimized ones too.
+    QList<QWidget*> all() const;
+    /// The one that had the keyboard last; null if it is closed, or none had.
+    QWidget* front() const { return m_front; }
+    /// Brings the console's window or one of the others forward.
+    static void bringForward(QWidget& window);
 
+    /// Both leave a part of the screen to the console.
     void tile();
     void cascade();
     /// False if one stays, as for a question about changes.
@@ -54,10 +73,12 @@ Q_SIGNALS:
 
 protected:
     void arrange(const std::function<QList<QRect>(int count, const QRect& area)>& cells);
+    QRect placeConsole(const QRect& area);
 
     QWidget& m_mainWindow;
     ModelessWidgetManager m_windows; ///< by address of the id in m_ids
     std::set<QString> m_ids;
+    QPointer<QWidget> m_front;
     unsigned long long m_opened = 0; ///< counts the windows ever opened
 };
 
