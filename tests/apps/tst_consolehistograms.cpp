@@ -160,7 +160,9 @@ private Q_SLOTS:
         QCOMPARE(curvesRequest(one("t: kind=1d rows=8 bins=16384 min=0 max=40 label=Time unit=us")).command,
             "hist1d t 0 7 bins:1024");
         QCOMPARE(curvesRequest(one("t: kind=1d bins=10 min=0 max=1")).command, "hist1d t 0 0 bins:10");
-        QCOMPARE(curvesRequest(one("t: kind=1d rows=1000 bins=10 min=0 max=1")).last, 63);
+        const CurvesRequest cut = curvesRequest(one("t: kind=1d rows=1000 bins=10 min=0 max=1"));
+        QCOMPARE(cut.last, 63);
+        QCOMPARE(cut.title, "t, the first 64 of 1000 rows");
         QCOMPARE(mapRequest(one("m: kind=2d binsx=1024 minx=0 maxx=1 binsy=100 miny=0 maxy=1")).command,
             "hist2d m bins:256x100");
     }
@@ -253,6 +255,58 @@ private Q_SLOTS:
         desk.choose("startAction");
         QVERIFY(desk.reaches(ServerState::Up));
         QVERIFY(list.isFilled(2));
+    }
+
+    void checksStayThroughEverything()
+    {
+        Laboratory server;
+        Desk desk;
+        OpenList list(server, desk);
+        QVERIFY(list.isFilled(2));
+        list.chooser->setChecked(1, true);
+        const auto isChecked = [&](int index) {
+            QString text;
+            bool is = false;
+            list.chooser->getItem(index, text, is);
+            return is;
+        };
+        const qsizetype asked = server.requests().count("hists");
+        desk.window->controller().readReply(QStringLiteral("start"), "OK:\n"); // as when a run begins
+        QCOMPARE(desk.window->controller().status(), Tarnis::RUNNING);
+        desk.window->controller().readReply(QStringLiteral("stop"), "OK:\n");
+        QVERIFY(isChecked(1));
+        QEvent language(QEvent::LanguageChange);
+        QApplication::sendEvent(list.chooser, &language);
+        QVERIFY(isChecked(1));
+        QCOMPARE(server.requests().count("hists"), asked);
+        // A reconnect asks again; the list comes in another order, with one more.
+        server.answer("hists",
+            { Step::text("OK:\nimage: kind=2d binsx=2 minx=0 maxx=10 binsy=3 miny=-1 maxy=1\n"
+                         "a: kind=1d bins=4 min=0 max=1\ntime: kind=1d bins=4 min=0 max=1\n") });
+        desk.choose("shutDownAction");
+        QVERIFY(desk.reaches(ServerState::Off));
+        QVERIFY(isChecked(1));
+        desk.choose("startAction");
+        QVERIFY(desk.reaches(ServerState::Up));
+        QVERIFY(list.isFilled(3));
+        QVERIFY(isChecked(0) && !isChecked(1) && !isChecked(2));
+    }
+
+    void rowsThatAreLeftOutAreSaid()
+    {
+        Laboratory server("OK:\nbig: kind=1d rows=100 bins=4 min=0 max=1\n");
+        Desk desk;
+        OpenList list(server, desk);
+        QVERIFY(list.isFilled(1));
+        QString text;
+        bool isChecked = false;
+        list.chooser->getItem(0, text, isChecked);
+        QVERIFY2(text.contains(QStringLiteral("only the first 64 are shown")), qPrintable(text));
+        list.press("buttonCheckAll");
+        list.accept();
+        QTRY_VERIFY(list.chooser.isNull());
+        QCOMPARE(
+            titlesOf(desk.window->windows().onScreen()), QStringList { "Histogram big, the first 64 of 100 rows" });
     }
 
     // Replies that cannot be drawn.

@@ -59,18 +59,55 @@ struct OpenText {
         if (!says(QStringLiteral("Opened")))
             qFatal("%s", qPrintable(state()));
     }
-    /// The chooser in front of the window, as soon as it has listed the folder.
-    QWidget* chooser() const
+    void append(const QString& typed) const
     {
-        QWidget* found = nullptr;
-        const bool isListed = QTest::qWaitFor(
-            [&] {
-                found = QApplication::activeModalWidget();
-                auto* const list = found ? found->findChild<QListWidget*>() : nullptr;
-                return list && list->isEnabled() && list->count() > 0;
-            },
-            patienceMs);
-        return isListed ? found : nullptr;
+        edit().moveCursor(QTextCursor::End);
+        QTest::keyClicks(&edit(), typed);
+    }
+    QDialog* shownChooser() const
+    {
+        for (QDialog* const dialog : window->findChildren<QDialog*>()) {
+            if (dialog->isVisible() && dialog->findChild<QListWidget*>())
+                return dialog;
+        }
+        return nullptr;
+    }
+    /// The chooser in front of the window, as soon as it has listed the folder.
+    QDialog* chooser() const
+    {
+        const auto isListed = [&] {
+            auto* const list = shownChooser() ? shownChooser()->findChild<QListWidget*>() : nullptr;
+            return list && list->isEnabled() && list->count() > 0;
+        };
+        return QTest::qWaitFor(isListed, patienceMs) ? shownChooser() : nullptr;
+    }
+    static QPushButton& ok(QWidget& dialog)
+    {
+        return *in<QDialogButtonBox>(dialog, "buttonBox").button(QDialogButtonBox::Ok);
+    }
+    static QString stateOf(QWidget& dialog) { return in<QLabel>(dialog, "stateLabel").text(); }
+    static bool says(QWidget& dialog, const QString& part)
+    {
+        return QTest::qWaitFor([&] { return stateOf(dialog).contains(part); }, patienceMs);
+    }
+    static void choose(QWidget& dialog, const QString& name)
+    {
+        auto& list = in<QListWidget>(dialog, "curDirListWidget");
+        const auto found = list.findItems(name, Qt::MatchExactly);
+        if (found.size() != 1)
+            qFatal("no %s", qPrintable(name));
+        list.setCurrentItem(found.first());
+    }
+    /// Chooses notes.txt in the chooser that opens a file.
+    bool choosesNotes() const
+    {
+        press("openButton");
+        QDialog* const dialog = chooser();
+        if (!dialog)
+            return false;
+        choose(*dialog, QStringLiteral("notes.txt"));
+        QTest::mouseClick(&ok(*dialog), Qt::LeftButton);
+        return true;
     }
     QMessageBox* question() const { return window->findChild<QMessageBox*>(QStringLiteral("changesBox")); }
     void answer(QMessageBox::StandardButton button) const { question()->button(button)->click(); }
@@ -120,15 +157,7 @@ private Q_SLOTS:
         Archive server;
         Desk desk;
         const OpenText text(server, desk);
-        text.press("openButton");
-        QWidget* const chooser = text.chooser();
-        QVERIFY(chooser);
-        auto& list = OpenText::in<QListWidget>(*chooser, "curDirListWidget");
-        const auto found = list.findItems(QStringLiteral("notes.txt"), Qt::MatchExactly);
-        QCOMPARE(found.size(), 1);
-        list.setCurrentItem(found.first());
-        QTest::mouseClick(
-            OpenText::in<QDialogButtonBox>(*chooser, "buttonBox").button(QDialogButtonBox::Ok), Qt::LeftButton);
+        QVERIFY(text.choosesNotes());
         QVERIFY(text.says(QStringLiteral("Opened, 8 bytes")));
         QCOMPARE(text.edit().toPlainText(), "one\ntwo\n");
         QCOMPARE(text.path(), "/data/notes.txt");
@@ -153,18 +182,196 @@ private Q_SLOTS:
     void aNewNameIsChosenForSaving()
     {
         Archive server;
-        server.answer("txfile \"/data/new.txt\"\nhello", { Step::text("OK:\nfile: /data/new.txt\n") });
+        server.answer("txfile \"/data/new.md\"\nhello", { Step::text("OK:\nfile: /data/new.md\n") });
         Desk desk;
         const OpenText text(server, desk);
         QTest::keyClicks(&text.edit(), "hello");
         text.press("saveButton"); // has no file yet
-        QWidget* const chooser = text.chooser();
+        QDialog* const chooser = text.chooser();
         QVERIFY(chooser);
-        QTest::keyClicks(&OpenText::in<QLineEdit>(*chooser, "fileNameLineEdit"), "new");
-        QTest::mouseClick(
-            OpenText::in<QDialogButtonBox>(*chooser, "buttonBox").button(QDialogButtonBox::Ok), Qt::LeftButton);
+        QVERIFY(!OpenText::ok(*chooser).isEnabled());
+        QCOMPARE(OpenText::stateOf(*chooser), "Type a name, or choose a file");
+        QCOMPARE(OpenText::ok(*chooser).toolTip(), "Type a name, or choose a file");
+        QTest::keyClicks(&OpenText::in<QLineEdit>(*chooser, "fileNameLineEdit"), "new.md");
+        QCOMPARE(OpenText::stateOf(*chooser), "OK takes /data/new.md");
+        QTest::mouseClick(&OpenText::ok(*chooser), Qt::LeftButton);
         QVERIFY(text.says(QStringLiteral("Saved")));
-        QCOMPARE(text.path(), "/data/new.txt");
+        QCOMPARE(text.path(), "/data/new.md"); // as it was typed
+    }
+
+    void thePresentNameIsThere()
+    {
+        Archive server;
+        Desk desk;
+        const OpenText text(server, desk);
+        text.openNotes();
+        text.press("saveAsButton");
+        QDialog* const chooser = text.chooser();
+        QVERIFY(chooser);
+        auto& name = OpenText::in<QLineEdit>(*chooser, "fileNameLineEdit");
+        QCOMPARE(name.text(), "notes.txt");
+        QCOMPARE(name.selectedText(), "notes");
+        QTRY_VERIFY(OpenText::ok(*chooser).isEnabled());
+        name.setText(QStringLiteral("a/b"));
+        QVERIFY(!OpenText::ok(*chooser).isEnabled());
+        QVERIFY(OpenText::stateOf(*chooser).contains(QStringLiteral("slash")));
+    }
+
+    void aChooserSaysWhatIsMissing()
+    {
+        Archive server;
+        server.answer(
+            "ls-F \"/data/old\"", { Step::hold("old"), Step::text("NG:cannot list '/data/old': No permission\n") });
+        Desk desk;
+        const OpenText text(server, desk);
+        text.press("openButton");
+        QDialog* const chooser = text.chooser();
+        QVERIFY(chooser);
+        QVERIFY(OpenText::says(*chooser, QStringLiteral("Choose a file")));
+        QVERIFY(!OpenText::ok(*chooser).isEnabled());
+        OpenText::choose(*chooser, QStringLiteral("old/"));
+        QCOMPARE(OpenText::stateOf(*chooser), "Choose a file; Enter opens the folder");
+        QTest::keyClick(&OpenText::in<QListWidget>(*chooser, "curDirListWidget"), Qt::Key_Return);
+        QCOMPARE(OpenText::stateOf(*chooser), "Listing...");
+        QVERIFY(!OpenText::ok(*chooser).isEnabled());
+        server.release("old");
+        // The chooser goes back to the server's own folder by itself; the reason stays on show.
+        QVERIFY(OpenText::says(*chooser, QStringLiteral("No permission\nChoose a file")));
+        OpenText::choose(*chooser, QStringLiteral("notes.txt"));
+        QVERIFY(OpenText::ok(*chooser).isEnabled());
+        server.answer("ls-F \"/\"", { Step::text("OK:\ndata/\n") });
+        OpenText::in<QComboBox>(*chooser, "dirComboBox").setCurrentIndex(0);
+        QTRY_COMPARE_WITH_TIMEOUT(OpenText::stateOf(*chooser), "Choose a file", patienceMs);
+    }
+
+    void aTypedNameSurvivesTheServer()
+    {
+        Archive server;
+        server.answer("txfile \"/data/x\"\nhello", { Step::text("OK:\n") });
+        Desk desk;
+        const OpenText text(server, desk);
+        QTest::keyClicks(&text.edit(), "hello");
+        text.press("saveButton");
+        QPointer<QDialog> chooser = text.chooser();
+        QVERIFY(chooser);
+        QTest::keyClicks(&OpenText::in<QLineEdit>(*chooser, "fileNameLineEdit"), "x");
+        desk.choose("shutDownAction");
+        QVERIFY(desk.reaches(ServerState::Off));
+        QVERIFY(chooser && chooser->isVisible());
+        QVERIFY(!OpenText::ok(*chooser).isEnabled());
+        QVERIFY(OpenText::stateOf(*chooser).contains(QStringLiteral("no connection")));
+        QVERIFY(!QApplication::activeModalWidget()); // or nobody could start the server
+        desk.choose("startAction");
+        QVERIFY(desk.reaches(ServerState::Up));
+        QTRY_VERIFY_WITH_TIMEOUT(OpenText::ok(*chooser).isEnabled(), patienceMs);
+        QTest::mouseClick(&OpenText::ok(*chooser), Qt::LeftButton);
+        QVERIFY(text.says(QStringLiteral("Saved")));
+        QCOMPARE(text.path(), "/data/x");
+    }
+
+    void savingWithoutAServerSaysSo()
+    {
+        Archive server;
+        Desk desk;
+        const OpenText text(server, desk);
+        QTest::keyClicks(&text.edit(), "hello");
+        text.window->close();
+        desk.choose("shutDownAction");
+        QVERIFY(desk.reaches(ServerState::Off));
+        text.answer(QMessageBox::Save);
+        QVERIFY(text.says(QStringLiteral("Needs a connected server")));
+        QVERIFY(!text.shownChooser());
+        QVERIFY(text.window->isVisible());
+    }
+
+    void changesGoOnlyWhenTheOtherFileIsThere()
+    {
+        Archive server;
+        Desk desk;
+        const OpenText text(server, desk);
+        QTest::keyClicks(&text.edit(), "mine");
+        text.press("openButton");
+        QVERIFY(text.chooser());
+        text.chooser()->reject();
+        QVERIFY(text.window->isWindowModified());
+        server.answer("rxfile \"/data/notes.txt\"", { Step::binary("", "NG:cannot read\n") });
+        QVERIFY(text.choosesNotes());
+        QVERIFY(text.question());
+        text.answer(QMessageBox::Cancel);
+        QTRY_VERIFY(!text.question());
+        QVERIFY(text.choosesNotes());
+        text.answer(QMessageBox::Discard);
+        QVERIFY(text.says(QStringLiteral("NG:cannot read")));
+        QVERIFY(text.window->isWindowModified());
+        QCOMPARE(text.edit().toPlainText(), "mine");
+        server.answer("rxfile \"/data/notes.txt\"", { Step::binary("one\ntwo\n", "OK:\n") });
+        QTRY_VERIFY(!text.question());
+        QVERIFY(text.choosesNotes());
+        text.answer(QMessageBox::Discard);
+        QVERIFY(text.says(QStringLiteral("Opened")));
+        QVERIFY(!text.window->isWindowModified());
+    }
+
+    void whatIsTypedDuringAWriteIsNotSaved()
+    {
+        Archive server;
+        server.answer("txfile \"/data/notes.txt\"\none\ntwo\nx", { Step::hold("write"), Step::text("OK:\n") });
+        server.answer("txfile \"/data/notes.txt\"\none\ntwo\nxy", { Step::text("OK:\n") });
+        Desk desk;
+        const OpenText text(server, desk);
+        text.openNotes();
+        text.append(QStringLiteral("x"));
+        text.press("saveButton");
+        QVERIFY(server.waitForHold("write"));
+        text.append(QStringLiteral("y"));
+        server.release("write");
+        QVERIFY(text.says(QStringLiteral("but for what was typed since")));
+        QVERIFY(text.window->isWindowModified());
+        // What the file holds is no step of undo: back at the start the text still differs from it.
+        while (text.edit().document()->isUndoAvailable())
+            text.edit().undo();
+        QCOMPARE(text.edit().toPlainText(), "one\ntwo\n");
+        QVERIFY(text.window->isWindowModified());
+        text.append(QStringLiteral("xy"));
+        text.press("saveButton");
+        QTRY_VERIFY_WITH_TIMEOUT(!text.window->isWindowModified(), patienceMs);
+    }
+
+    void closingDuringAWriteSavesTheRest()
+    {
+        Archive server;
+        server.answer("txfile \"/data/notes.txt\"\none\ntwo\nx", { Step::hold("write"), Step::text("OK:\n") });
+        server.answer("txfile \"/data/notes.txt\"\none\ntwo\nxy", { Step::hold("rest"), Step::text("OK:\n") });
+        Desk desk;
+        const OpenText text(server, desk);
+        text.openNotes();
+        text.append(QStringLiteral("x"));
+        text.press("saveButton");
+        QVERIFY(server.waitForHold("write"));
+        text.append(QStringLiteral("y"));
+        QVERIFY(!text.window->close());
+        text.answer(QMessageBox::Save);
+        server.release("write");
+        QVERIFY(server.waitForHold("rest"));
+        QVERIFY(text.window);
+        server.release("rest");
+        QTRY_VERIFY_WITH_TIMEOUT(text.window.isNull(), patienceMs);
+    }
+
+    void nothingIsTypedWhileAFileComes()
+    {
+        Archive server;
+        server.answer("rxfile \"/data/notes.txt\"", { Step::hold("read"), Step::binary("one\n", "OK:\n") });
+        Desk desk;
+        const OpenText text(server, desk);
+        text.window->openFile(QStringLiteral("/data/notes.txt"));
+        QVERIFY(text.edit().isReadOnly());
+        QVERIFY(server.waitForHold("read"));
+        QTest::keyClicks(&text.edit(), "lost");
+        QCOMPARE(text.edit().toPlainText(), QString());
+        server.release("read");
+        QVERIFY(text.says(QStringLiteral("Opened")));
+        QVERIFY(!text.edit().isReadOnly());
     }
 
     void refusalsAreSaidAndChangeNothing()

@@ -956,6 +956,10 @@
         <source>The event rate over the last hour, once a second</source>
         <translation>Die Ereignisrate der letzten Stunde, einmal in der Sekunde</translation>
     </message>
+    <message>
+        <source>%1, the first %2 of %3 rows</source>
+        <translation>%1, die ersten %2 von %3 Zeilen</translation>
+    </message>
 </context>
 <context>
     <name>console::AddSettingDialog</name>
@@ -966,6 +970,41 @@
     <message>
         <source>There is a setting of this name: it gets the new value.</source>
         <translation>Es gibt schon eine Einstellung dieses Namens: sie bekommt den neuen Wert.</translation>
+    </message>
+</context>
+<context>
+    <name>console::ChooserGuide</name>
+    <message>
+        <source>State of the choice</source>
+        <translation>Stand der Auswahl</translation>
+    </message>
+    <message>
+        <source>There is no connection to the server. This goes on as soon as it is back.</source>
+        <translation>Es gibt keine Verbindung zum Server. Es geht weiter, sobald er zurück ist.</translation>
+    </message>
+    <message>
+        <source>Listing...</source>
+        <translation>Wird aufgelistet ...</translation>
+    </message>
+    <message>
+        <source>The server lists no folder</source>
+        <translation>Der Server listet keinen Ordner auf</translation>
+    </message>
+    <message>
+        <source>The server does not list the folder: %1</source>
+        <translation>Der Server listet den Ordner nicht auf: %1</translation>
+    </message>
+    <message>
+        <source>OK takes %1</source>
+        <translation>OK nimmt %1</translation>
+    </message>
+    <message>
+        <source>Type a name, or choose a file</source>
+        <translation>Einen Namen eingeben oder eine Datei wählen</translation>
+    </message>
+    <message>
+        <source>A name holds no slash; open the folder in the list</source>
+        <translation>Ein Name enthält keinen Schrägstrich; den Ordner in der Liste öffnen</translation>
     </message>
 </context>
 <context>
@@ -1098,6 +1137,17 @@
     </message>
 </context>
 <context>
+    <name>console::FileChooser</name>
+    <message>
+        <source>Choose a file</source>
+        <translation>Eine Datei wählen</translation>
+    </message>
+    <message>
+        <source>Choose a file; Enter opens the folder</source>
+        <translation>Eine Datei wählen; die Eingabetaste öffnet den Ordner</translation>
+    </message>
+</context>
+<context>
     <name>console::HistogramChooser</name>
     <message>
         <source>%1: map of %2 x %3 bins, %4 by %5</source>
@@ -1153,6 +1203,10 @@
             <numerusform>%1: %Ln Zeile zu %2 Kanälen, %3</numerusform>
             <numerusform>%1: %Ln Zeilen zu je %2 Kanälen, %3</numerusform>
         </translation>
+    </message>
+    <message>
+        <source>%1; only the first %2 are shown</source>
+        <translation>%1; nur die ersten %2 werden gezeigt</translation>
     </message>
 </context>
 <context>
@@ -1906,6 +1960,14 @@
     <message>
         <source>Save on the server</source>
         <translation>Auf dem Server speichern</translation>
+    </message>
+    <message>
+        <source>%1 is not opened: the text is being written.</source>
+        <translation>%1 wird nicht geöffnet: der Text wird gerade geschrieben.</translation>
+    </message>
+    <message>
+        <source>Saved, but for what was typed since.</source>
+        <translation>Gespeichert, bis auf das seither Eingegebene.</translation>
     </message>
 </context>
 <context>

@@ -3,6 +3,7 @@
 #include "windows/histogramchooser.h"
 #include "windows/logwindow.h"
 #include "windows/openwindows.h"
+#include "windows/pathwindows.h"
 #include "windows/runswindow.h"
 #include "windows/servertext.h"
 #include "windows/window.h"
@@ -67,11 +68,11 @@ void driveServerText(Person& person, QWidget& window)
     const auto& state = person.find<QLabel>(window, "stateLabel");
     person.type(edit, QStringLiteral("written by the tour"));
     person.click(person.find<QPushButton>(window, "saveAsButton"));
-    QWidget& saving = person.dialogOf(window);
+    auto& saving = person.find<FolderChooser>(window, "SelectPathDialog");
     auto& folders = person.find<QComboBox>(saving, "dirComboBox");
     person.waitUntil(
         QStringLiteral("the folder is listed"), [&] { return folders.isEnabled() && folders.count() > 0; });
-    person.type(person.find<QLineEdit>(saving, "fileNameLineEdit"), QStringLiteral("tour-text"));
+    person.type(person.find<QLineEdit>(saving, "fileNameLineEdit"), QStringLiteral("tour-text.txt"));
     person.picture(saving, QStringLiteral("save-as"));
     person.click(*person.find<QDialogButtonBox>(saving, "buttonBox").button(QDialogButtonBox::Ok));
     person.waitUntil(QStringLiteral("the text is saved"),

@@ -12,6 +12,8 @@
 #include <QPushButton>
 #include <QSettings>
 
+#include <utility>
+
 namespace console {
 
 namespace {
@@ -27,8 +29,11 @@ QString textOf(const HistogramInfo& histogram)
             .arg(histogram.x.bins)
             .arg(histogram.y.bins)
             .arg(histogram.x.text(), histogram.y.text());
-    return HistogramChooser::tr("%1: %Ln row(s) of %2 bins, %3", nullptr, histogram.rows)
-        .arg(histogram.name, QString::number(histogram.x.bins), histogram.x.text());
+    const QString text = HistogramChooser::tr("%1: %Ln row(s) of %2 bins, %3", nullptr, histogram.rows)
+                             .arg(histogram.name, QString::number(histogram.x.bins), histogram.x.text());
+    const int shown = rowsToShow(histogram);
+    return shown == histogram.rows ? text
+                                   : HistogramChooser::tr("%1; only the first %2 are shown").arg(text).arg(shown);
 }
 
 QWidget* openHistogram(const WindowContext& context, const HistogramInfo& histogram)
@@ -39,7 +44,7 @@ QWidget* openHistogram(const WindowContext& context, const HistogramInfo& histog
         return new LiveCurves(context, curvesRequest(histogram));
     };
     return context.windows.show(QStringLiteral("histogram %1").arg(histogram.name), make,
-        [name = histogram.name] { return Windows::tr("Histogram %1").arg(name); });
+        [histogram] { return Windows::tr("Histogram %1").arg(titleOf(histogram)); });
 }
 
 } // namespace
@@ -48,10 +53,13 @@ HistogramChooser::HistogramChooser(const WindowContext& context)
     : DialogCheckList(QString(), context.parent)
     , m_context(context)
     , m_link(new SessionLink(context.controller.tarnis(), QStringLiteral("histograms"), this))
+    , m_checked(context.memory.value(memoryKey).toStringList())
 {
     resize(460, 400);
-    connect(
-        m_link, &SessionLink::replied, this, [this](const PTarnisCmd&, const QByteArray& reply) { onReplied(reply); });
+    connect(m_link, &SessionLink::replied, this, [this](const PTarnisCmd&, const QByteArray& reply) {
+        m_reply = QString::fromUtf8(reply);
+        showReply();
+    });
     connect(m_link, &SessionLink::failed, this, [this](int, const QString& message) {
         say(tr("No reply: %1. Close and open this window to ask again.").arg(message));
         m_context.controller.checkServer();
@@ -74,16 +82,15 @@ void HistogramChooser::ask()
     updateControls();
 }
 
-void HistogramChooser::onReplied(const QByteArray& reply)
+void HistogramChooser::showReply()
 {
-    const QString text = QString::fromUtf8(reply);
-    m_histograms = histogramsOf(text);
+    noteChecks();
+    m_histograms = histogramsOf(m_reply);
     findChild<QListWidget*>(QStringLiteral("listWidget"))->clear();
-    const QStringList checked = m_context.memory.value(memoryKey).toStringList();
     for (const HistogramInfo& histogram : std::as_const(m_histograms))
-        addItem(textOf(histogram), checked.contains(histogram.name));
-    if (replyKind(text) == ReplyKind::Refused)
-        say(tr("The server does not list its histograms: %1").arg(text.trimmed()));
+        addItem(textOf(histogram), m_checked.contains(histogram.name));
+    if (replyKind(m_reply) == ReplyKind::Refused)
+        say(tr("The server does not list its histograms: %1").arg(m_reply.trimmed()));
     else if (m_histograms.isEmpty())
         say(tr("The server has no histograms."));
     else
@@ -91,11 +98,30 @@ void HistogramChooser::onReplied(const QByteArray& reply)
     updateControls();
 }
 
+bool HistogramChooser::isChecked(int index) const
+{
+    QString text;
+    bool isChecked = false;
+    getItem(index, text, isChecked);
+    return isChecked;
+}
+
+void HistogramChooser::noteChecks()
+{
+    for (int i = 0; i < count(); ++i) {
+        m_checked.removeAll(m_histograms.at(i).name);
+        if (isChecked(i))
+            m_checked.append(m_histograms.at(i).name);
+    }
+}
+
 void HistogramChooser::onServerState()
 {
     const bool isUp = m_context.controller.state() == ServerState::Up;
+    if (isUp == std::exchange(m_isUp, isUp))
+        return; // a run that begins or ends
     if (!isUp)
-        say(tr("There is no connection to the server. The list comes again as soon as it is back."));
+        sayLost();
     else if (m_link->waiting().isEmpty())
         ask();
     updateControls();
@@ -105,15 +131,17 @@ void HistogramChooser::openChecked()
 {
     QStringList names;
     for (int i = 0; i < count(); ++i) {
-        QString text;
-        bool isChecked = false;
-        getItem(i, text, isChecked);
-        if (!isChecked)
+        if (!isChecked(i))
             continue;
         names.append(m_histograms.at(i).name);
         openHistogram(m_context, m_histograms.at(i));
     }
     m_context.memory.setValue(memoryKey, names);
+}
+
+void HistogramChooser::sayLost()
+{
+    say(tr("There is no connection to the server. The list comes again as soon as it is back."));
 }
 
 void HistogramChooser::say(const QString& text)
@@ -125,12 +153,8 @@ void HistogramChooser::updateControls()
 {
     auto* const ok = findChild<QDialogButtonBox*>(QStringLiteral("buttonBox"))->button(QDialogButtonBox::Ok);
     bool isAnyChecked = false;
-    for (int i = 0; i < count(); ++i) {
-        QString text;
-        bool isChecked = false;
-        getItem(i, text, isChecked);
-        isAnyChecked = isAnyChecked || isChecked;
-    }
+    for (int i = 0; i < count(); ++i)
+        isAnyChecked = isAnyChecked || isChecked(i);
     const bool isUp = m_context.controller.state() == ServerState::Up;
     setAvailable(ok, isUp && isAnyChecked, tr("Open a live window for each checked histogram"),
         isUp ? tr("Check a histogram first") : tr("Needs a connected server"));
@@ -143,9 +167,14 @@ void HistogramChooser::updateControls()
 void HistogramChooser::changeEvent(QEvent* event)
 {
     DialogCheckList::changeEvent(event);
-    if (event->type() == QEvent::LanguageChange && m_context.controller.state() == ServerState::Up
-        && m_link->waiting().isEmpty())
-        ask(); // the list in the new language
+    if (event->type() != QEvent::LanguageChange)
+        return;
+    if (!m_reply.isNull())
+        showReply(); // in the new language
+    if (m_context.controller.state() != ServerState::Up)
+        sayLost();
+    else if (!m_link->waiting().isEmpty())
+        say(tr("Asking the server..."));
 }
 
 } // namespace console

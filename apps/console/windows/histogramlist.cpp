@@ -13,7 +13,7 @@ namespace {
 
 constexpr int curveBins = 1024;
 constexpr int mapBins = 256;
-constexpr int mostRows = 64; // a curve each
+constexpr int mostRows = 64;
 
 QMap<QString, QString> pairsOf(const QString& text)
 {
@@ -88,14 +88,29 @@ int binsToShow(int bins, int limit)
     return shown * 8 < qMin(bins, limit) ? bins : shown;
 }
 
+int rowsToShow(const HistogramInfo& histogram)
+{
+    return qMin(histogram.rows, mostRows);
+}
+
+QString titleOf(const HistogramInfo& histogram)
+{
+    if (histogram.rows <= rowsToShow(histogram))
+        return histogram.name;
+    return Windows::tr("%1, the first %2 of %3 rows")
+        .arg(histogram.name)
+        .arg(rowsToShow(histogram))
+        .arg(histogram.rows);
+}
+
 CurvesRequest curvesRequest(const HistogramInfo& histogram)
 {
     CurvesRequest request;
-    request.title = histogram.name;
+    request.title = titleOf(histogram);
     request.xLabel = histogram.x.text();
     request.xMin = histogram.x.min;
     request.xMax = histogram.x.max;
-    request.last = qMin(histogram.rows, mostRows) - 1;
+    request.last = rowsToShow(histogram) - 1;
     if (histogram.rows > 1)
         request.description = Windows::tr("Row");
     request.command = QStringLiteral("hist1d %1 0 %2 bins:%3")

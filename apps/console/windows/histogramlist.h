@@ -35,6 +35,11 @@ QList<HistogramInfo> histogramsOf(const QString& reply);
 /// The bins to ask for: the most that divide `bins` and are not more than `limit`; all of them if only few do.
 int binsToShow(int bins, int limit);
 
+/// How many of its rows, from the first, one window shows: a curve each.
+int rowsToShow(const HistogramInfo& histogram);
+/// The name, and that rows are left out if some are.
+QString titleOf(const HistogramInfo& histogram);
+
 CurvesRequest curvesRequest(const HistogramInfo& histogram);
 MapRequest mapRequest(const HistogramInfo& histogram);
 

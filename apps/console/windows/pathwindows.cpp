@@ -1,30 +1,37 @@
 #include "windows/pathwindows.h"
 
+#include "replytext.h"
 #include "servercontroller.h"
 #include "sessionlink.h"
 #include "windows/window.h"
 
 #include <tarnis/server/tarnissession.h>
 
-#include <QMessageBox>
+#include <QLineEdit>
+#include <QListWidget>
 
 namespace console {
 
 namespace {
 
-/// A chooser without its server has nothing to choose from.
-void closeWithServer(QDialog& window, const ServerController& controller)
+QString joined(const QString& folder, const QString& name)
 {
-    const auto close = [&window] {
-        for (QMessageBox* const question : window.findChildren<QMessageBox*>())
-            question->reject();
-        window.close();
-    };
-    QObject::connect(&controller, &ServerController::aboutToStop, &window, close);
-    QObject::connect(&controller, &ServerController::stateChanged, &window, [&controller, close] {
-        if (controller.state() != ServerState::Up)
-            close();
-    });
+    return folder.endsWith(u'/') ? folder + name : folder + u'/' + name;
+}
+
+QString typedName(const QDialog& chooser)
+{
+    return chooser.findChild<QLineEdit*>(QStringLiteral("fileNameLineEdit"))->text();
+}
+
+/// The problem of a name that is typed; empty for one that can be sent.
+QString nameProblem(const QString& name)
+{
+    if (name.isEmpty())
+        return ChooserGuide::tr("Type a name, or choose a file");
+    if (name.contains(u'/'))
+        return ChooserGuide::tr("A name holds no slash; open the folder in the list");
+    return commandProblem(name);
 }
 
 } // namespace
@@ -32,11 +39,25 @@ void closeWithServer(QDialog& window, const ServerController& controller)
 FolderChooser::FolderChooser(const WindowContext& context, const QString& title)
     : SelectPathDialog(QString(), context.link.session(), context.parent)
     , m_keeper(context.controller, session)
+    , m_guide(*this, [this] { return choice(); })
 {
     setWindowTitle(title);
+    setAttribute(Qt::WA_DeleteOnClose);
     listen();
+    connect(&m_keeper, &SessionKeeper::lost, this, [this] { m_guide.setLost(true); });
     connect(&m_keeper, &SessionKeeper::wanted, this, &FolderChooser::resume);
-    closeWithServer(*this, context.controller);
+}
+
+void FolderChooser::askForName(const QString& name)
+{
+    setExt({ QStringLiteral("*") }, false, true);
+    exts = { QStringLiteral("*") }; // without the dot that setExt() puts before it: any name
+    auto* const edit = findChild<QLineEdit*>(QStringLiteral("fileNameLineEdit"));
+    edit->setText(name);
+    edit->setFocus(Qt::OtherFocusReason);
+    const qsizetype dot = name.lastIndexOf(u'.');
+    edit->setSelection(0, int(dot > 0 ? dot : name.size()));
+    m_guide.update();
 }
 
 void FolderChooser::closeEvent(QCloseEvent* event)
@@ -47,6 +68,7 @@ void FolderChooser::closeEvent(QCloseEvent* event)
 
 void FolderChooser::listen()
 {
+    connect(session, &TarnisSession::result, &m_guide, &ChooserGuide::onReply);
     connect(session, &TarnisSession::error, this,
         [this](int, const QString& message) { m_keeper.fail(sender(), message); });
 }
@@ -60,16 +82,27 @@ void FolderChooser::resume()
         requestPwd();
     else
         requestLs();
+    m_guide.setLost(false);
+}
+
+ChooserGuide::Choice FolderChooser::choice()
+{
+    if (exts.isEmpty())
+        return { {}, getDir() };
+    const QString name = typedName(*this);
+    return { nameProblem(name), joined(getDir(), matchExt(name) ? name : name + exts.constFirst()) };
 }
 
 FileChooser::FileChooser(const WindowContext& context, const QString& title)
     : SelectDirectoryDialog(QString(), context.link.session(), context.parent)
     , m_keeper(context.controller, session)
+    , m_guide(*this, [this] { return choice(); })
 {
     setWindowTitle(title);
+    setAttribute(Qt::WA_DeleteOnClose);
     listen();
+    connect(&m_keeper, &SessionKeeper::lost, this, [this] { m_guide.setLost(true); });
     connect(&m_keeper, &SessionKeeper::wanted, this, &FileChooser::resume);
-    closeWithServer(*this, context.controller);
 }
 
 void FileChooser::closeEvent(QCloseEvent* event)
@@ -80,6 +113,7 @@ void FileChooser::closeEvent(QCloseEvent* event)
 
 void FileChooser::listen()
 {
+    connect(session, &TarnisSession::result, &m_guide, &ChooserGuide::onReply);
     connect(session, &TarnisSession::error, this,
         [this](int, const QString& message) { m_keeper.fail(sender(), message); });
 }
@@ -93,6 +127,20 @@ void FileChooser::resume()
         requestPwd();
     else
         requestLs();
+    m_guide.setLost(false);
+}
+
+ChooserGuide::Choice FileChooser::choice()
+{
+    if (exts.isEmpty())
+        return { {}, dir };
+    const QListWidgetItem* const item = selectedItem();
+    const QString name = nameEdit ? typedName(*this) : item ? item->text() : QString();
+    if (nameEdit)
+        return { nameProblem(name), joined(dir, name.endsWith(exts.constFirst()) ? name : name + exts.constFirst()) };
+    if (name.isEmpty())
+        return { tr("Choose a file"), {} };
+    return { matchExt(name) ? QString() : tr("Choose a file; Enter opens the folder"), joined(dir, name) };
 }
 
 } // namespace console

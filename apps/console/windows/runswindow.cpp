@@ -160,10 +160,11 @@ void RunsWindow::showCount()
 
 void RunsWindow::browse()
 {
+    if (bringForward<FolderChooser>(*this))
+        return;
     auto* const chooser = new FolderChooser(m_context, tr("Folder of the Runs"));
-    chooser->setAttribute(Qt::WA_DeleteOnClose);
     connect(chooser, qOverload<const QString&>(&SelectPathDialog::accepted), this, &RunsWindow::setFolder);
-    chooser->open();
+    chooser->show();
 }
 
 void RunsWindow::insertChosen()

@@ -73,15 +73,21 @@ ServerTextWindow::ServerTextWindow(const WindowContext& context)
     connect(ui->edit, &QPlainTextEdit::modificationChanged, this, &ServerTextWindow::updateControls);
     connect(m_link, &SessionLink::replied, this, &ServerTextWindow::onReplied);
     connect(m_link, &SessionLink::waitingChanged, this, &ServerTextWindow::updateControls);
-    connect(m_link, &SessionLink::failed, this, [this](int, const QString& message) {
+    connect(m_link, &SessionLink::failed, this, [this](int, const QString& message, const QList<Request>& lost) {
         stay();
+        if (!lost.isEmpty() && lost.constFirst().name == writeName)
+            keepModified(); // the server may have written it, or a part of it
         say(tr("No reply: %1. Try again.").arg(message));
         m_context.controller.checkServer();
     });
     connect(&context.controller, &ServerController::aboutToStop, this, [this] {
         stay();
-        if (!m_link->drop().isEmpty())
-            say(tr("No reply: the server was stopped. The text stays here."));
+        const QList<Request> lost = m_link->drop();
+        if (lost.isEmpty())
+            return;
+        if (lost.constFirst().name == writeName)
+            keepModified();
+        say(tr("No reply: the server was stopped. The text stays here."));
     });
     connect(&context.controller, &ServerController::stateChanged, this, &ServerTextWindow::updateControls);
     updateControls();
@@ -94,76 +100,120 @@ bool ServerTextWindow::isModified() const
     return ui->edit->document()->isModified();
 }
 
-void ServerTextWindow::chooseOpen()
+/// Text that differs from the file whatever is undone: what the file holds is no state of the text any more.
+void ServerTextWindow::keepModified()
 {
-    askAboutChanges([this] { showOpenChooser(); });
+    ui->edit->document()->setModified(false);
+    ui->edit->document()->setModified(true);
 }
 
-void ServerTextWindow::showOpenChooser()
+bool ServerTextWindow::isUnderWay(QLatin1String name) const
 {
+    const QList<Request> waiting = m_link->waiting();
+    return !waiting.isEmpty() && waiting.constFirst().name == name;
+}
+
+/// A chooser without a server has nothing to show.
+bool ServerTextWindow::mayChoose()
+{
+    if (m_context.controller.state() == ServerState::Up)
+        return true;
+    stay();
+    say(tr("Needs a connected server. The text stays here."));
+    return false;
+}
+
+void ServerTextWindow::chooseOpen()
+{
+    if (!mayChoose() || bringForward<FileChooser>(*this))
+        return;
     auto* const chooser = new FileChooser(m_context, tr("Open on the Server"));
-    chooser->setAttribute(Qt::WA_DeleteOnClose);
     chooser->setExt({ QStringLiteral("*") }, false, QString());
-    connect(chooser, qOverload<const QString&>(&SelectDirectoryDialog::accepted), this, &ServerTextWindow::openFile);
-    chooser->open();
+    connect(chooser, qOverload<const QString&>(&SelectDirectoryDialog::accepted), this, [this](const QString& path) {
+        askAboutChanges([this, path] {
+            m_context.windows.keep();
+            openFile(path);
+        });
+    });
+    chooser->show();
 }
 
 void ServerTextWindow::chooseSaveAs()
 {
+    if (!mayChoose() || bringForward<FolderChooser>(*this))
+        return;
     auto* const chooser = new FolderChooser(m_context, tr("Save on the Server"));
-    chooser->setAttribute(Qt::WA_DeleteOnClose);
-    // The first is put behind a name that has none of them.
-    chooser->setExt({ QStringLiteral("txt"), QStringLiteral("csv"), QStringLiteral("log"), QStringLiteral("set"),
-                        QStringLiteral("cfg"), QStringLiteral("conf"), QStringLiteral("settings") },
-        false, true);
+    chooser->askForName(m_path.section(u'/', -1));
     if (const qsizetype slash = m_path.lastIndexOf(u'/'); slash > 0)
         chooser->setDir(m_path.left(slash));
     connect(chooser, qOverload<const QString&>(&SelectPathDialog::accepted), this, &ServerTextWindow::saveTo);
     connect(chooser, &QDialog::rejected, this, [this] { stay(); });
-    chooser->open();
+    chooser->show();
 }
 
 void ServerTextWindow::save()
 {
-    if (m_path.isEmpty())
+    const QString path = isUnderWay(writeName) ? m_asked : m_path;
+    if (path.isEmpty())
         chooseSaveAs();
     else
-        saveTo(m_path);
+        saveTo(path);
 }
 
 void ServerTextWindow::openFile(const QString& path)
 {
-    m_asked = path;
-    say(tr("Reading %1...").arg(path));
-    send(QStringLiteral("rxfile ") + quotedPath(path), readName, true);
+    if (isUnderWay(writeName)) {
+        say(tr("%1 is not opened: the text is being written.").arg(path));
+        return;
+    }
+    if (isUnderWay(readName))
+        m_link->drop(); // this one is wanted now
+    if (send(QStringLiteral("rxfile ") + quotedPath(path), readName, true)) {
+        m_asked = path;
+        say(tr("Reading %1...").arg(path));
+    }
 }
 
 void ServerTextWindow::saveTo(const QString& path)
 {
+    if (isUnderWay(writeName)) {
+        if (path != m_asked)
+            m_afterSave = [this, path, next = std::exchange(m_afterSave, {})] {
+                m_afterSave = next;
+                saveTo(path);
+            };
+        return; // the reply sees to what has changed since, if anything waits for it
+    }
     const auto bytes = bytesOfText(ui->edit->toPlainText(), m_form);
     if (!bytes) {
         stay();
         say(tr("Not saved: the file is in Latin-1, and a character of the text is not."));
         return;
     }
-    m_asked = path;
-    say(tr("Writing %1...").arg(path));
+    if (isUnderWay(readName))
+        m_link->drop(); // it would take the place of the text
+    m_sentRevision = ui->edit->document()->revision();
     // A request is sent as Latin-1: each byte is one character of it.
-    send(QStringLiteral("txfile ") + quotedPath(path) + u'\n' + QString::fromLatin1(*bytes), writeName, false);
+    const QString content = QString::fromLatin1(*bytes);
+    if (send(QStringLiteral("txfile ") + quotedPath(path) + u'\n' + content, writeName, false)) {
+        m_asked = path;
+        say(tr("Writing %1...").arg(path));
+    }
 }
 
-void ServerTextWindow::send(const QString& request, const QString& name, bool isBinary)
+bool ServerTextWindow::send(const QString& request, const QString& name, bool isBinary)
 {
     const QString problem = commandProblem(request.section(u'\n', 0, 0));
     if (!problem.isEmpty() || m_context.controller.state() != ServerState::Up) {
         stay();
         say(problem.isEmpty() ? tr("Needs a connected server. The text stays here.") : problem);
-        return;
+        return false;
     }
     auto* const command = new TarnisCmd(request); // the session takes it over
     command->m_cmdName = name;
     command->m_bBinary = isBinary;
     m_link->send(command);
+    return true;
 }
 
 void ServerTextWindow::onReplied(const PTarnisCmd& command, const QByteArray& reply)
@@ -203,14 +253,26 @@ void ServerTextWindow::onWritten(const QByteArray& reply)
         return;
     }
     m_path = m_asked;
-    ui->edit->document()->setModified(false);
-    say(tr("Saved."));
-    if (const auto next = std::exchange(m_afterSave, {}))
-        next();
+    const auto next = std::exchange(m_afterSave, {});
+    if (ui->edit->document()->revision() == m_sentRevision) {
+        ui->edit->document()->setModified(false);
+        say(tr("Saved."));
+        if (next)
+            next();
+        return;
+    }
+    keepModified();
+    say(tr("Saved, but for what was typed since."));
+    if (next) {
+        m_afterSave = next;
+        save();
+    }
 }
 
 void ServerTextWindow::askAboutChanges(const std::function<void()>& goOn)
 {
+    if (findChild<QMessageBox*>(QStringLiteral("changesBox")))
+        return; // asked already
     if (!isModified()) {
         goOn();
         return;
@@ -237,8 +299,7 @@ void ServerTextWindow::onAnswered(int button, const std::function<void()>& goOn)
         save();
     } else if (button == QMessageBox::Discard) {
         m_afterSave = {};
-        ui->edit->document()->setModified(false);
-        goOn();
+        goOn(); // the changes are there until something takes their place
     } else {
         stay();
     }
@@ -254,8 +315,10 @@ void ServerTextWindow::stay()
 void ServerTextWindow::reject()
 {
     // Close button, Escape and the window's own button all come here.
-    if (!findChild<QMessageBox*>(QStringLiteral("changesBox")))
-        askAboutChanges([this] { QDialog::reject(); });
+    askAboutChanges([this] {
+        ui->edit->document()->setModified(false);
+        QDialog::reject();
+    });
 }
 
 void ServerTextWindow::say(const QString& text)
@@ -269,6 +332,7 @@ void ServerTextWindow::updateControls()
     ui->pathLabel->setText(m_path.isEmpty() ? tr("A text without a file yet") : m_path);
     const bool isUp = m_context.controller.state() == ServerState::Up;
     const bool isFree = m_link->waiting().isEmpty();
+    ui->edit->setReadOnly(isUnderWay(readName)); // what would be typed now would be gone when the file is there
     const QString reason = isUp ? tr("Wait for the reply") : tr("Needs a connected server. The text stays here.");
     setAvailable(ui->openButton, isUp && isFree, withKey(tr("Open a file on the server"), openKey), reason);
     setAvailable(

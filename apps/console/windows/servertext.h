@@ -28,15 +28,15 @@ std::optional<QString> textOfFile(const QByteArray& bytes, TextForm& form);
 /// The bytes of a text; nothing if the form cannot hold a character of it.
 std::optional<QByteArray> bytesOfText(const QString& text, const TextForm& form);
 
-/// Reads with `rxfile`, writes with `txfile`. What is being typed survives a server that goes; closing asks about
-/// changes that are not saved. GUI thread.
+/// Reads with `rxfile`, writes with `txfile`. What is typed counts as saved only when the server has written that very
+/// text; it survives a server that goes. Closing, and opening another file, ask about changes. GUI thread.
 class ServerTextWindow : public QDialog {
     Q_OBJECT
 public:
     explicit ServerTextWindow(const WindowContext& context);
     ~ServerTextWindow() override;
 
-    /// Asks the server for this file.
+    /// Asks the server for this file. Changes go as soon as it is there, without a question.
     void openFile(const QString& path);
     /// Writes the text to this file on the server, in place of what is there.
     void saveTo(const QString& path);
@@ -49,15 +49,17 @@ protected:
     void chooseOpen();
     void chooseSaveAs();
     void save();
-    void showOpenChooser();
     void askAboutChanges(const std::function<void()>& goOn);
     void onAnswered(int button, const std::function<void()>& goOn);
     void stay();
-    void send(const QString& request, const QString& name, bool isBinary);
+    bool mayChoose();
+    bool isUnderWay(QLatin1String name) const;
+    bool send(const QString& request, const QString& name, bool isBinary);
     void onReplied(const PTarnisCmd& command, const QByteArray& reply);
     void onRead(const PTarnisCmd& command, const QByteArray& bytes);
     void onWritten(const QByteArray& reply);
     bool isModified() const;
+    void keepModified();
     void say(const QString& text);
     void updateControls();
 
@@ -67,6 +69,7 @@ protected:
     QString m_path; ///< of the text on show; empty for one that has no file yet
     QString m_asked; ///< what is being read or written
     TextForm m_form;
+    int m_sentRevision = 0; ///< of the text that is being written
     std::function<void()> m_afterSave; ///< what waits for it
 };
 
