@@ -104,6 +104,7 @@ void CommandPanel::sendTyped()
     }
     const QString command = ui->commandEdit->text().trimmed();
     history().add(command);
+    Q_EMIT commandTyped();
     const bool isBinary = ui->binaryCheck->isChecked();
     ui->commandEdit->clear();
     send({ command, command, isBinary });

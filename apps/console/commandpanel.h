@@ -57,6 +57,8 @@ public Q_SLOTS:
 Q_SIGNALS:
     void notice(const console::Notice& notice);
     void busyChanged();
+    /// A command has come into the history.
+    void commandTyped();
 
 protected:
     void changeEvent(QEvent* event) override;

@@ -6,10 +6,12 @@
 #include "connectdialog.h"
 #include "history.h"
 #include "languagemenu.h"
+#include "lastserver.h"
 #include "messagelist.h"
 #include "servercontroller.h"
 #include "settingspanel.h"
 #include "statewatch.h"
+#include "statustext.h"
 #include "ui_mainwindow.h"
 #include "windowaccess.h"
 #include "windows/openwindows.h"
@@ -22,6 +24,8 @@
 #include <QMessageBox>
 #include <QSaveFile>
 #include <QSettings>
+
+#include <utility>
 
 namespace console {
 
@@ -57,7 +61,9 @@ MainWindow::MainWindow(QSettings& memory)
     });
     connect(m_controller, &ServerController::stateChanged, this, &MainWindow::updateControls);
     connect(m_controller, &ServerController::notice, this, &MainWindow::onNotice);
-    connect(m_commandPanel, &CommandPanel::notice, this, &MainWindow::onNotice);
+    connect(m_controller, &ServerController::told, this, &MainWindow::onPassingNotice);
+    connect(m_commandPanel, &CommandPanel::notice, this, &MainWindow::onPassingNotice);
+    connect(m_commandPanel, &CommandPanel::commandTyped, this, &MainWindow::remember);
     connect(m_commandPanel, &CommandPanel::busyChanged, this, &MainWindow::updateControls);
     connect(m_settingsPanel, &SettingsPanel::controlsChanged, this, &MainWindow::updateControls);
     connect(ui->noticeBar, &NoticeBar::remedyPressed, this, &MainWindow::onRemedy);
@@ -82,10 +88,9 @@ void MainWindow::connectActions()
     ui->startButton->setDefaultAction(ui->startAction);
     ui->restartButton->setDefaultAction(ui->restartAction);
     ui->shutDownButton->setDefaultAction(ui->shutDownAction);
-    connect(ui->chooseAction, &QAction::triggered, this, &MainWindow::chooseServer);
+    connect(ui->chooseAction, &QAction::triggered, this, [this] { chooseServer(); });
     connect(ui->startAction, &QAction::triggered, this, &MainWindow::startAgain);
-    connect(ui->restartAction, &QAction::triggered, this,
-        [this] { unlessRunMatters([this] { m_controller->restart(); }); });
+    connect(ui->restartAction, &QAction::triggered, this, &MainWindow::startAgain);
     connect(
         ui->shutDownAction, &QAction::triggered, this, [this] { unlessRunMatters([this] { m_controller->stop(); }); });
     connect(ui->forceAction, &QAction::triggered, this,
@@ -147,19 +152,24 @@ QString MainWindow::refusal(const WindowEntry& entry) const
 
 void MainWindow::startServer(const Options& options)
 {
-    ServerChoice last;
-    if (m_memory.value(QStringLiteral("server/kind")).toString() == u"remote") {
-        last.kind = ServerChoice::Kind::Remote;
-        last.host = m_memory.value(QStringLiteral("server/host")).toString();
-        last.port = quint16(m_memory.value(QStringLiteral("server/port")).toUInt());
-    } else {
-        last.program = m_memory.value(QStringLiteral("server/program")).toString();
+    checkMemory();
+    const LastServer last = readLastServer(m_memory);
+    const ServerChoice choice = options.server.value_or(last.choice);
+    QByteArray prompt = m_controller->prompt();
+    if (options.prompt)
+        prompt = *options.prompt;
+    else if (choice == last.choice && !last.prompt.isEmpty())
+        prompt = last.prompt;
+    if (!options.server && !last.problem.isEmpty()) {
+        onNotice({ Notice::Severity::Warning, tr("The server of the last time cannot be used. %1").arg(last.problem),
+            Remedy::ChooseServer });
+        chooseServer(last.choice, prompt);
+        return;
     }
-    const ServerChoice choice = options.server.value_or(last);
-    std::optional<QByteArray> prompt = options.prompt;
-    if (!prompt && choice == last)
-        prompt = promptFromText(m_memory.value(QStringLiteral("server/prompt")).toString());
-    m_controller->start(choice, prompt.value_or(m_controller->prompt()));
+    if (choice == last.choice && last.problem.isEmpty())
+        m_controller->setKnown(choice);
+    m_isServerChosen = true;
+    m_controller->start(choice, prompt);
 }
 
 void MainWindow::updateControls()
@@ -254,7 +264,7 @@ void MainWindow::showStatus()
         break;
     case ServerState::Up:
         lamp = m_controller->status() == Tarnis::RUNNING ? Lamp::Busy : Lamp::Good;
-        status = QLatin1String(Tarnis::GetStatusName(m_controller->status()));
+        status = statusText(m_controller->status());
         if (m_controller->isLocal())
             server = tr("%1 at %2").arg(name, address);
         break;
@@ -264,12 +274,15 @@ void MainWindow::showStatus()
         break;
     case ServerState::Stopping:
         lamp = Lamp::Waiting;
-        status = QLatin1String(Tarnis::GetStatusName(Tarnis::SHUTTING_DOWN));
+        status = statusText(Tarnis::SHUTTING_DOWN);
         break;
     }
     ui->lampLabel->setPixmap(lampPicture(lamp, 18, devicePixelRatioF()));
     ui->lampLabel->setAccessibleName(status);
     ui->statusLabel->setText(status);
+    const QString rawName = QLatin1String(Tarnis::GetStatusName(m_controller->status()));
+    ui->statusLabel->setToolTip(rawName);
+    ui->lampLabel->setToolTip(rawName);
     ui->serverLabel->setText(server);
 }
 
@@ -280,10 +293,18 @@ void MainWindow::onNotice(const Notice& notice)
         m_commandPanel->note(notice.text);
 }
 
+void MainWindow::onPassingNotice(const Notice& notice)
+{
+    ui->noticeBar->setPassingNotice(notice);
+    if (!notice.text.isEmpty())
+        m_commandPanel->note(notice.text);
+}
+
 void MainWindow::onRemedy(Remedy remedy)
 {
     switch (remedy) {
     case Remedy::StartAgain:
+    case Remedy::ConnectAgain:
         startAgain();
         break;
     case Remedy::ChooseServer:
@@ -305,16 +326,22 @@ void MainWindow::onRemedy(Remedy remedy)
 
 void MainWindow::startAgain()
 {
-    m_controller->restart();
+    unlessRunMatters([this] { m_controller->restart(); });
 }
 
 void MainWindow::chooseServer()
 {
-    auto* dialog = new ConnectDialog(m_controller->choice(), m_controller->prompt(), this);
+    chooseServer(m_controller->choice(), m_controller->prompt());
+}
+
+void MainWindow::chooseServer(const ServerChoice& current, const QByteArray& currentPrompt)
+{
+    auto* dialog = new ConnectDialog(current, currentPrompt, this);
     connect(dialog, &QDialog::accepted, this, [this, dialog] {
         const ServerChoice choice = dialog->choice();
         const QByteArray prompt = dialog->prompt();
         unlessRunMatters([this, choice, prompt] {
+            m_isServerChosen = true;
             m_controller->start(choice, prompt);
             remember();
         });
@@ -334,9 +361,9 @@ void MainWindow::saveRecord()
             && file.write(m_commandPanel->recordText().toUtf8() + '\n') >= 0 && file.commit();
         if (isWritten) {
             setSaveFilePath(path);
-            onNotice({ Notice::Severity::Information, tr("The record is in %1.").arg(path), Remedy::None });
+            onPassingNotice({ Notice::Severity::Information, tr("The record is in %1.").arg(path), Remedy::None });
         } else {
-            onNotice({ Notice::Severity::Warning,
+            onPassingNotice({ Notice::Severity::Warning,
                 tr("%1 cannot be written: %2. Choose another place.").arg(path, file.errorString()), Remedy::None });
         }
     });
@@ -399,13 +426,23 @@ void MainWindow::remember()
     m_memory.setValue(QStringLiteral("window/sideSplitter"), ui->sideSplitter->saveState());
     m_memory.setValue(QStringLiteral("window/dark"), ui->darkAction->isChecked());
     m_memory.setValue(QStringLiteral("commands"), m_commandPanel->history().entries());
-    const ServerChoice& choice = m_controller->choice();
-    const bool isRemote = choice.kind == ServerChoice::Kind::Remote;
-    m_memory.setValue(QStringLiteral("server/kind"), isRemote ? QStringLiteral("remote") : QStringLiteral("local"));
-    m_memory.setValue(QStringLiteral("server/program"), choice.program);
-    m_memory.setValue(QStringLiteral("server/host"), choice.host);
-    m_memory.setValue(QStringLiteral("server/port"), choice.port);
-    m_memory.setValue(QStringLiteral("server/prompt"), promptToText(m_controller->prompt()));
+    if (m_isServerChosen) // else what is kept may still be mended
+        writeLastServer(m_memory, m_controller->choice(), m_controller->prompt());
+    m_memory.sync();
+    checkMemory();
+}
+
+/// Tells once that what is to be kept cannot be.
+void MainWindow::checkMemory()
+{
+    if (m_memory.status() == QSettings::NoError || std::exchange(m_isMemoryFaultTold, true))
+        return;
+    const QString file = m_memory.fileName();
+    onPassingNotice({ Notice::Severity::Warning,
+        m_memory.status() == QSettings::FormatError
+            ? tr("The file %1 cannot be read: its form is wrong. What the console remembers is not kept.").arg(file)
+            : tr("The file %1 cannot be written. Commands, windows and the server are not remembered.").arg(file),
+        Remedy::None });
 }
 
 void MainWindow::changeEvent(QEvent* event)

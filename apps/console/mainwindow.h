@@ -63,6 +63,9 @@ protected:
     void listOpenWindows();
     void showStatus();
     void onNotice(const Notice& notice);
+    void onPassingNotice(const Notice& notice);
+    void chooseServer(const ServerChoice& choice, const QByteArray& prompt);
+    void checkMemory();
     void onRemedy(Remedy remedy);
     void goOnLeaving();
     void unlessRunMatters(const std::function<void()>& deed);
@@ -86,6 +89,8 @@ protected:
     QList<QAction*> m_openActions; ///< the open windows as the menu last showed them
     OpenWindows* m_windows;
     QPalette m_desktopPalette;
+    bool m_isServerChosen = false;
+    bool m_isMemoryFaultTold = false;
     bool m_isRunGivenUp = false; ///< the person who closes the window knows that a run ends
     bool m_isAskingToSave = false; ///< a window with unsaved work was asked to close; this one closes behind it
     bool m_isClosing = false; ///< close as soon as the server has ended

@@ -9,7 +9,8 @@ namespace console {
 /// What one press of the notice's button does.
 enum class Remedy {
     None,
-    StartAgain, ///< start or connect to the server of before
+    StartAgain, ///< start the server of before
+    ConnectAgain, ///< connect to the server of before
     ChooseServer, ///< ask which server to use
     Stop, ///< give up waiting for the server to come up
     EndByForce, ///< kill the local server

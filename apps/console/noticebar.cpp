@@ -17,6 +17,8 @@ QString remedyText(Remedy remedy)
     switch (remedy) {
     case Remedy::StartAgain:
         return NoticeBar::tr("Start Again");
+    case Remedy::ConnectAgain:
+        return NoticeBar::tr("Connect Again");
     case Remedy::ChooseServer:
         return NoticeBar::tr("Choose a Server...");
     case Remedy::Stop:
@@ -52,14 +54,65 @@ NoticeBar::NoticeBar(QWidget* parent)
 {
     ui->setupUi(this);
     connect(ui->remedyButton, &QPushButton::clicked, this, [this] { Q_EMIT remedyPressed(m_notice.remedy); });
-    connect(ui->dismissButton, &QToolButton::clicked, this, [this] { setNotice(Notice()); });
+    connect(ui->dismissButton, &QToolButton::clicked, this, [this] { dismiss(); });
     ui->remedyButton->hide();
+    ui->noteLabel->hide();
     hide();
 }
 
 NoticeBar::~NoticeBar() = default;
 
+QString NoticeBar::note() const
+{
+    return ui->noteLabel->isHidden() ? QString() : ui->noteLabel->text();
+}
+
 void NoticeBar::setNotice(const Notice& notice)
+{
+    m_isPassing = false;
+    showNote({});
+    show(notice);
+}
+
+void NoticeBar::setPassingNotice(const Notice& notice)
+{
+    const bool isStanding = !m_isPassing && !m_notice.text.isEmpty()
+        && (m_notice.severity == Notice::Severity::Failure
+            || (m_notice.remedy != Remedy::None && notice.remedy == Remedy::None));
+    if (isStanding) {
+        showNote(notice.text);
+        return;
+    }
+    if (notice.text.isEmpty() && !m_isPassing)
+        return;
+    m_isPassing = true;
+    show(notice);
+}
+
+/// What came last goes first.
+void NoticeBar::dismiss()
+{
+    if (note().isEmpty())
+        setNotice({});
+    else
+        showNote({});
+}
+
+void NoticeBar::showNote(const QString& text)
+{
+    ui->noteLabel->setText(text);
+    ui->noteLabel->setVisible(!text.isEmpty());
+    if (!text.isEmpty())
+        announce(*ui->noteLabel);
+}
+
+void NoticeBar::announce(QWidget& label)
+{
+    QAccessibleEvent alert(&label, QAccessible::Alert);
+    QAccessible::updateAccessibility(&alert);
+}
+
+void NoticeBar::show(const Notice& notice)
 {
     m_notice = notice;
     if (notice.text.isEmpty()) {
@@ -73,8 +126,7 @@ void NoticeBar::setNotice(const Notice& notice)
     ui->remedyButton->setVisible(notice.remedy != Remedy::None);
     applyColours();
     setVisible(true);
-    QAccessibleEvent alert(ui->textLabel, QAccessible::Alert);
-    QAccessible::updateAccessibility(&alert);
+    announce(*ui->textLabel);
 }
 
 void NoticeBar::setRemedyText()

@@ -21,21 +21,31 @@ public:
     ~NoticeBar() override;
 
     const Notice& notice() const { return m_notice; }
+    /// What stands beside the notice; empty if nothing does.
+    QString note() const;
 
 public Q_SLOTS:
-    /// Shows the notice in place of the one before; an empty text hides the bar.
+    /// Shows the notice in place of everything before; an empty text hides the bar.
     void setNotice(const console::Notice& notice);
+    /// Shows a notice that comes and goes: beside one that still needs the person, else in place of it. An empty text
+    /// takes away what this brought.
+    void setPassingNotice(const console::Notice& notice);
 
 Q_SIGNALS:
     void remedyPressed(console::Remedy remedy);
 
 protected:
     void changeEvent(QEvent* event) override;
+    void show(const Notice& notice);
+    void showNote(const QString& text);
+    void dismiss();
+    void announce(QWidget& label);
     void setRemedyText();
     void applyColours();
 
     std::unique_ptr<Ui::NoticeBar> ui;
     Notice m_notice;
+    bool m_isPassing = false; ///< the notice is one that comes and goes
 };
 
 } // namespace console

@@ -1,14 +1,13 @@
 #include "servercontroller.h"
 
 #include "replytext.h"
+#include "statustext.h"
 
-#include <tarnis/foundation/sysmsg.h>
 #include <tarnis/server/tarnissession.h>
 
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
-#include <QRegularExpression>
 #include <QStandardPaths>
 #include <QThreadPool>
 
@@ -29,6 +28,13 @@ void ManagedTarnis::discardEndedProcess()
         m_process->deleteLater();
         m_process = nullptr;
     }
+}
+
+void ManagedTarnis::onError(int socketError, const QString& message)
+{
+    if (!isCallOfClosedSession())
+        m_lastError = message; // before the status tells everybody
+    Tarnis::onError(socketError, message);
 }
 
 QString resolveProgram(const QString& program)
@@ -60,7 +66,6 @@ ServerController::ServerController(QObject* parent)
     connect(&m_tarnis, &Tarnis::onCmdReply, this,
         [this](
             const QString& /*name*/, const QString& command, const QByteArray& reply) { readReply(command, reply); });
-    connect(&_g_sysMsg, &SysMsg::onSysMsg, this, &ServerController::onSysMsg);
 }
 
 ServerController::~ServerController()
@@ -93,7 +98,8 @@ bool ServerController::hasProcess() const
 
 bool ServerController::isRunAtStake() const
 {
-    return isLocal() && m_state == ServerState::Up && m_status == Tarnis::RUNNING;
+    const bool isThere = m_state == ServerState::Up || (m_state == ServerState::Failed && hasProcess());
+    return isLocal() && isThere && m_isRunning;
 }
 
 QString ServerController::basePathRefusal() const
@@ -105,8 +111,7 @@ QString ServerController::basePathRefusal() const
     case Tarnis::READOUT_ERROR:
         return {};
     default:
-        return tr("The base path cannot be changed in the status %1")
-            .arg(QLatin1String(Tarnis::GetStatusName(m_status)));
+        return tr("The base path cannot be changed in the status \u201c%1\u201d").arg(statusText(m_status));
     }
 }
 
@@ -181,7 +186,9 @@ void ServerController::begin()
         m_prompts.push_back(m_nextPrompt);
         TarnisSession::SetDefaultPrompt(&m_prompts.back());
     }
-    m_lastSocketError.clear();
+    m_tarnis.forgetError();
+    m_hasGreeted = false;
+    m_isRunning = false;
     m_stateTold.invalidate();
     Q_EMIT notice({});
     setState(ServerState::Starting);
@@ -226,70 +233,104 @@ void ServerController::onProbed(ServerProbe::Outcome outcome)
     const bool isThere = outcome == ServerProbe::Outcome::Greeted;
     if (m_state == ServerState::Starting) {
         if (!isThere) {
-            fail(probeFailure(outcome), Remedy::StartAgain);
+            fail(probeFailure(outcome));
             return;
         }
+        m_hasGreeted = true;
         m_tarnis.SetLocal(false);
         m_tarnis.SetRemoteHost(m_choice.host, m_choice.port);
         m_slowTimer.start(m_portTimeoutMs);
         m_tarnis.Run(nullptr);
     } else if (m_state == ServerState::Up && !isThere) {
-        fail(probeFailure(outcome), Remedy::StartAgain);
+        fail(probeFailure(outcome));
         m_tarnis.SetStatus(Tarnis::SERVER_ERROR);
+    } else {
+        m_hasGreeted = m_hasGreeted || isThere;
     }
 }
 
-QString ServerController::probeFailure(ServerProbe::Outcome outcome) const
+QString ServerController::adviceAgain() const
+{
+    return isLocal() ? tr("Start it again to go on.") : tr("Connect again to go on.");
+}
+
+Notice ServerController::probeFailure(ServerProbe::Outcome outcome) const
 {
     const QString address = QStringLiteral("%1:%2")
                                 .arg(isLocal() ? m_tarnis.host() : m_choice.host)
                                 .arg(isLocal() ? m_tarnis.port() : m_choice.port);
-    if (outcome == ServerProbe::Outcome::NoPrompt) {
-        return tr("Something answers at %1, but it does not greet with the prompt \u201c%2\u201d. See that it is the "
-                  "right port, and that the prompt is the server's.")
-            .arg(address, promptToText(prompt()));
-    }
+    return outcome == ServerProbe::Outcome::NoPrompt ? greetingFailure(address) : reachFailure(address);
+}
+
+/// Somebody is there, but not the prompt.
+Notice ServerController::greetingFailure(const QString& address) const
+{
+    const auto severity = Notice::Severity::Failure;
+    if (m_hasGreeted) // so the prompt is right
+        return { severity,
+            tr("%1 takes connections, but does not greet any more.").arg(serverName()) + u' ' + adviceAgain(),
+            again() };
+    if (isLocal())
+        return { severity,
+            tr("%1 runs, but does not greet with the prompt \u201c%2\u201d. Choose the server with its own prompt.")
+                .arg(serverName(), promptToText(prompt())),
+            Remedy::ChooseServer };
+    return { severity,
+        tr("Something answers at %1, but it does not greet with the prompt \u201c%2\u201d. See that it is the right "
+           "port, and that the prompt is the server's.")
+            .arg(address, promptToText(prompt())),
+        Remedy::ChooseServer };
+}
+
+/// Nobody is there: a wrong address, or a server that is known and gone.
+Notice ServerController::reachFailure(const QString& address) const
+{
+    QString text;
     switch (m_probe.socketError()) {
-    case QAbstractSocket::ConnectionRefusedError:
-        return tr("Nothing answers at %1: the connection was refused. See that the server runs there, then connect "
-                  "again.")
-            .arg(address);
     case QAbstractSocket::HostNotFoundError:
-        return tr("The host of %1 was not found. See that its name is right, then connect again.").arg(address);
+        return { Notice::Severity::Failure,
+            tr("The host of %1 was not found. See that its name is right.").arg(address), Remedy::ChooseServer };
+    case QAbstractSocket::ConnectionRefusedError:
+        text = tr("Nothing answers at %1: the connection was refused.").arg(address);
+        break;
     case QAbstractSocket::SocketTimeoutError:
-        return tr("Nothing answers at %1 within %2 s. See that the host is up and reachable, then connect again.")
-            .arg(address)
-            .arg(m_probeTimeoutMs / 1000.0);
+        text = tr("Nothing answers at %1 within %2 s.").arg(address).arg(m_probeTimeoutMs / 1000.0);
+        break;
     default:
-        return tr("No connection to %1: %2. See that it can be reached, then connect again.")
-            .arg(address, m_probe.errorText());
+        text = tr("No connection to %1: %2.").arg(address, m_probe.errorText());
+        break;
     }
+    if (isLocal())
+        return { Notice::Severity::Failure, text + u' ' + adviceAgain(), again() };
+    if (m_known == m_choice)
+        return { Notice::Severity::Failure, text + u' ' + tr("See that the server runs there, then connect again."),
+            again() };
+    return { Notice::Severity::Failure,
+        text + u' ' + tr("See that host and port are right, and that the server runs there."), Remedy::ChooseServer };
 }
 
 void ServerController::onStatusChanged(Tarnis::SERVER_STATUS status)
 {
     m_status = status;
+    if (status == Tarnis::RUNNING)
+        m_isRunning = true;
+    else if (status == Tarnis::SERVER_CONNECTED || status == Tarnis::IDLE)
+        m_isRunning = false;
     if (status == Tarnis::SERVER_CONNECTED && m_state == ServerState::Starting)
         onConnected();
     else if (status == Tarnis::IDLE && m_state == ServerState::Stopping)
         // The manager still holds its lock here, and its process is in the middle of a signal.
         QMetaObject::invokeMethod(this, &ServerController::reachedOff, Qt::QueuedConnection);
     else if (status == Tarnis::SERVER_ERROR && (m_state == ServerState::Starting || m_state == ServerState::Up))
-        fail(tr("The connection to %1 broke: %2. Connect again to go on.").arg(serverName(), m_lastSocketError),
-            Remedy::StartAgain);
+        fail(tr("The connection to %1 broke: %2.").arg(serverName(), m_tarnis.lastError()) + u' ' + adviceAgain(),
+            again());
     Q_EMIT stateChanged();
-}
-
-void ServerController::onSysMsg(const QString& message)
-{
-    static const QRegularExpression socketError(QStringLiteral("^Socket Error \\d+ (.*?)\\.?$"));
-    if (const auto match = socketError.match(message); match.hasMatch())
-        m_lastSocketError = match.captured(1);
 }
 
 void ServerController::onConnected()
 {
     m_slowTimer.stop();
+    m_known = m_choice;
     Q_EMIT notice({});
     setState(ServerState::Up);
     if (isLocal())
@@ -322,12 +363,12 @@ void ServerController::onSlow()
     }
 }
 
-void ServerController::fail(const QString& text, Remedy remedy)
+void ServerController::fail(const Notice& failure)
 {
     m_slowTimer.stop();
     m_probe.stop();
     setState(ServerState::Failed);
-    Q_EMIT notice({ Notice::Severity::Failure, text, remedy });
+    Q_EMIT notice(failure);
 }
 
 void ServerController::shutDown()
@@ -344,8 +385,7 @@ void ServerController::shutDown()
         m_next.reset();
         setState(before);
         Q_EMIT notice({ Notice::Severity::Warning,
-            tr("The server is busy (%1) and is not shut down now. Wait until it is done.")
-                .arg(QLatin1String(Tarnis::GetStatusName(m_status))),
+            tr("The server is busy (%1) and is not shut down now. Wait until it is done.").arg(statusText(m_status)),
             Remedy::None });
         return;
     }

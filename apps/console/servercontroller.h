@@ -28,8 +28,18 @@ public:
     /// Where sessions connect to.
     const QString& host() const { return m_host; }
     quint16 port() const { return m_port; }
+    /// Why the connection broke last, in the socket's words; empty if it did not since forgetError().
+    const QString& lastError() const { return m_lastError; }
+    void forgetError() { m_lastError.clear(); }
     /// Deletes a process that has ended by itself, so that Shutdown() does not wait for its end.
     void discardEndedProcess();
+
+public Q_SLOTS:
+    /// In place of the manager's own: named sessions look their receiver up by this name.
+    void onError(int socketError, const QString& message);
+
+protected:
+    QString m_lastError;
 };
 
 enum class ServerState { Off, Starting, Up, Failed, Stopping };
@@ -69,7 +79,10 @@ public:
     void checkServer();
 
     /// Shows a notice of a part that has no place of its own for it.
-    void tell(const Notice& text) { Q_EMIT notice(text); }
+    void tell(const Notice& text) { Q_EMIT told(text); }
+
+    /// A server that was there before: if nothing answers, its address is right all the same.
+    void setKnown(const ServerChoice& choice) { m_known = choice; }
 
     /// Sets the manager's status by what an accepted command or the reply to "stat" tells: a run goes on, or has ended.
     void readReply(const QString& command, const QByteArray& reply);
@@ -89,6 +102,8 @@ Q_SIGNALS:
     void stateChanged();
     /// Replaces the notice before; an empty text takes it away.
     void notice(const console::Notice& notice);
+    /// Comes and goes beside the notice.
+    void told(const console::Notice& notice);
     /// The manager is about to end its sessions: end your own now, their server goes.
     void aboutToStop();
 
@@ -98,15 +113,19 @@ protected:
     void beginRemote();
     void onProbed(ServerProbe::Outcome outcome);
     void onStatusChanged(Tarnis::SERVER_STATUS status);
-    void onSysMsg(const QString& message);
     void onConnected();
     void onProcessFinished();
     void onSlow();
-    void fail(const QString& text, Remedy remedy);
+    void fail(const Notice& failure);
+    void fail(const QString& text, Remedy remedy) { fail({ Notice::Severity::Failure, text, remedy }); }
+    Remedy again() const { return isLocal() ? Remedy::StartAgain : Remedy::ConnectAgain; }
+    QString adviceAgain() const;
     void shutDown();
     void reachedOff();
     void setState(ServerState state);
-    QString probeFailure(ServerProbe::Outcome outcome) const;
+    Notice probeFailure(ServerProbe::Outcome outcome) const;
+    Notice greetingFailure(const QString& address) const;
+    Notice reachFailure(const QString& address) const;
 
     ManagedTarnis m_tarnis;
     ServerState m_state = ServerState::Off;
@@ -119,7 +138,9 @@ protected:
     ServerProbe m_probe;
     QTimer m_slowTimer; ///< fires when starting or stopping takes long
     QPointer<QProcess> m_process; ///< the local server, also after Shutdown() has let go of it
-    QString m_lastSocketError;
+    std::optional<ServerChoice> m_known; ///< was there before
+    bool m_hasGreeted = false; ///< with the prompt, since begin()
+    bool m_isRunning = false; ///< a run goes on, as far as it was told
     QElapsedTimer m_stateTold; ///< since a reply last told whether a run goes on
 };
 

@@ -408,7 +408,7 @@ private Q_SLOTS:
         QVERIFY(action.isEnabled());
         tarnis.SetStatus(Tarnis::RUNNING);
         QVERIFY(!action.isEnabled());
-        QVERIFY(action.toolTip().contains(QStringLiteral("RUNNING")));
+        QVERIFY(action.toolTip().contains(QStringLiteral("Running")));
         QVERIFY(!desk.find("base-path"));
         tarnis.SetStatus(Tarnis::SERVER_CONNECTED);
         QVERIFY(action.isEnabled());
@@ -425,7 +425,7 @@ private Q_SLOTS:
         QTRY_VERIFY_WITH_TIMEOUT(list->count() > 0, patienceMs);
         desk.window->controller().tarnis().SetStatus(Tarnis::RUNNING);
         QTest::mouseClick(chooser->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok), Qt::LeftButton);
-        QVERIFY(desk.notice().text.contains(QStringLiteral("RUNNING")));
+        QVERIFY(desk.notice().text.contains(QStringLiteral("Running")));
         QVERIFY(desk.notice().text.contains(QStringLiteral("/data")));
         for (const QByteArray& request : server.requests())
             QVERIFY2(!request.contains("basepath"), request.constData());

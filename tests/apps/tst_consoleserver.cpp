@@ -229,7 +229,8 @@ private Q_SLOTS:
         Control control;
         control.start(remote(ScriptedServer::closedPort(), host));
         QVERIFY(control.reaches(ServerState::Failed));
-        QVERIFY2(control.says(words, Remedy::StartAgain), qPrintable(control.lastWords()));
+        // A server that was never there may have another address.
+        QVERIFY2(control.says(words, Remedy::ChooseServer), qPrintable(control.lastWords()));
         QVERIFY(control.lastWords().contains(host));
         control.controller.stop();
         QVERIFY(control.reaches(ServerState::Off));
@@ -241,7 +242,52 @@ private Q_SLOTS:
         Control control;
         control.controller.m_probeTimeoutMs = 200;
         control.start(remote(server.port()));
-        QVERIFY2(control.says("prompt", Remedy::StartAgain), qPrintable(control.lastWords()));
+        QVERIFY2(control.says("prompt", Remedy::ChooseServer), qPrintable(control.lastWords()));
+    }
+
+    void saysThatALocalPromptIsWrong()
+    {
+        ScriptedServer server({ Step::raw("login: "), Step::silence() });
+        const LocalProgram program(faithful(server.port()));
+        Control control;
+        control.controller.m_probeTimeoutMs = 200;
+        control.start(local(program));
+        QVERIFY2(control.says("does not greet with the prompt", Remedy::ChooseServer), qPrintable(control.lastWords()));
+        QVERIFY(!control.lastWords().contains(QStringLiteral("port")));
+    }
+
+    void aKnownServerThatIsNotThereKeepsItsAddress()
+    {
+        const ServerChoice choice = remote(ScriptedServer::closedPort());
+        Control control;
+        control.controller.setKnown(choice);
+        control.start(choice);
+        QVERIFY2(control.says("connect again", Remedy::ConnectAgain), qPrintable(control.lastWords()));
+    }
+
+    void aServerThatGreetsNoMoreHasTheRightPrompt()
+    {
+        ScriptedServer server;
+        Control control;
+        control.controller.m_probeTimeoutMs = 200;
+        control.start(remote(server.port()));
+        QVERIFY(control.reaches(ServerState::Up));
+        server.setScript(server.connectionCount(), { Step::silence() });
+        control.controller.checkServer();
+        QVERIFY2(control.says("does not greet any more", Remedy::ConnectAgain), qPrintable(control.lastWords()));
+    }
+
+    void aBrokenControlSessionIsSaidInTheSocketsWords()
+    {
+        ScriptedServer server;
+        server.answer("a", { Step::drop() });
+        Control control;
+        control.start(remote(server.port()));
+        QVERIFY(control.reaches(ServerState::Up));
+        control.controller.tarnis().SendCmd(QStringLiteral("control"), QStringLiteral("n"), QStringLiteral("a"), false);
+        QVERIFY2(control.says("broke: The remote host closed the connection.", Remedy::ConnectAgain),
+            qPrintable(control.lastWords()));
+        QCOMPARE(control.controller.tarnis().lastError(), QStringLiteral("The remote host closed the connection"));
     }
 
     void oneAttemptIsGivenUpForAnother()
@@ -268,7 +314,7 @@ private Q_SLOTS:
         server.reset();
         control.controller.checkServer();
         QVERIFY(control.reaches(ServerState::Failed));
-        QVERIFY2(control.says("again", Remedy::StartAgain), qPrintable(control.lastWords()));
+        QVERIFY2(control.says("again", Remedy::ConnectAgain), qPrintable(control.lastWords()));
         QCOMPARE(control.controller.status(), Tarnis::SERVER_ERROR);
 
         ScriptedServer next;
@@ -429,7 +475,7 @@ private Q_SLOTS:
         control.controller.tarnis().SetStatus(Tarnis::HARDWARE_BUSY);
         control.controller.stop();
         QCOMPARE(control.controller.state(), ServerState::Up);
-        QVERIFY(control.says("HARDWARE BUSY", Remedy::None));
+        QVERIFY(control.says("Hardware busy", Remedy::None));
         control.controller.tarnis().SetStatus(Tarnis::SERVER_CONNECTED);
         control.controller.stop();
         QVERIFY(control.reaches(ServerState::Off));

@@ -499,7 +499,7 @@ private Q_SLOTS:
         QVERIFY(server.waitForRequest("setting inst: basepath:/data/a"));
         desk.window->controller().tarnis().SetStatus(Tarnis::RUNNING);
         QVERIFY(!desk.widget<QPushButton>("pathButton").isEnabled());
-        QVERIFY(desk.widget<QPushButton>("pathButton").toolTip().contains(QStringLiteral("RUNNING")));
+        QVERIFY(desk.widget<QPushButton>("pathButton").toolTip().contains(QStringLiteral("Running")));
     }
 
     void theReadoutAddressGoesToTheSettings()

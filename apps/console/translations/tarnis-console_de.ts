@@ -139,6 +139,29 @@
     </message>
 </context>
 <context>
+    <name>LastServerText</name>
+    <message>
+        <source>“%1” is no name of a host.</source>
+        <translation>„%1“ ist kein Name eines Rechners.</translation>
+    </message>
+    <message>
+        <source>“%1” is no port: that is a number from 1 to 65535.</source>
+        <translation>„%1“ ist kein Port: Das ist eine Zahl von 1 bis 65535.</translation>
+    </message>
+    <message>
+        <source>The port is missing.</source>
+        <translation>Der Port fehlt.</translation>
+    </message>
+    <message>
+        <source>“%1” is no kind of server.</source>
+        <translation>„%1“ ist keine Art von Server.</translation>
+    </message>
+    <message>
+        <source>The prompt “%1” holds an escape other than \n \r \t \e \\ \xHH.</source>
+        <translation>Der Prompt „%1“ enthält eine andere Escape-Folge als \n \r \t \e \\ \xHH.</translation>
+    </message>
+</context>
+<context>
     <name>LogWindow</name>
     <message>
         <source>Log File</source>
@@ -429,6 +452,10 @@
         <source>Take this notice away</source>
         <translation>Diesen Hinweis ausblenden</translation>
     </message>
+    <message>
+        <source>Another notice</source>
+        <translation>Weitere Meldung</translation>
+    </message>
 </context>
 <context>
     <name>RateWindow</name>
@@ -712,6 +739,49 @@
     <message>
         <source>Set Address</source>
         <translation>Adresse setzen</translation>
+    </message>
+</context>
+<context>
+    <name>Status</name>
+    <message>
+        <source>Not connected</source>
+        <translation>Nicht verbunden</translation>
+    </message>
+    <message>
+        <source>Connected</source>
+        <translation>Verbunden</translation>
+    </message>
+    <message>
+        <source>Connection lost</source>
+        <translation>Verbindung verloren</translation>
+    </message>
+    <message>
+        <source>Readout connected</source>
+        <translation>Auslese verbunden</translation>
+    </message>
+    <message>
+        <source>Readout error</source>
+        <translation>Fehler der Auslese</translation>
+    </message>
+    <message>
+        <source>Hardware busy</source>
+        <translation>Hardware beschäftigt</translation>
+    </message>
+    <message>
+        <source>Starting</source>
+        <translation>Startet</translation>
+    </message>
+    <message>
+        <source>Running</source>
+        <translation>Läuft</translation>
+    </message>
+    <message>
+        <source>Loading</source>
+        <translation>Lädt</translation>
+    </message>
+    <message>
+        <source>Shutting down</source>
+        <translation>Fährt herunter</translation>
     </message>
 </context>
 <context>
@@ -1476,6 +1546,18 @@
         <source>Bring this window forward</source>
         <translation>Dieses Fenster nach vorn holen</translation>
     </message>
+    <message>
+        <source>The server of the last time cannot be used. %1</source>
+        <translation>Der Server vom letzten Mal ist nicht verwendbar. %1</translation>
+    </message>
+    <message>
+        <source>The file %1 cannot be read: its form is wrong. What the console remembers is not kept.</source>
+        <translation>Die Datei %1 ist nicht lesbar: Ihre Form ist falsch. Was die Konsole sich merkt, geht verloren.</translation>
+    </message>
+    <message>
+        <source>The file %1 cannot be written. Commands, windows and the server are not remembered.</source>
+        <translation>Die Datei %1 ist nicht beschreibbar. Befehle, Fenster und Server werden nicht gemerkt.</translation>
+    </message>
 </context>
 <context>
     <name>console::ModuleAnswers</name>
@@ -1642,6 +1724,10 @@
     <message>
         <source>Send Again</source>
         <translation>Erneut senden</translation>
+    </message>
+    <message>
+        <source>Connect Again</source>
+        <translation>Erneut verbinden</translation>
     </message>
 </context>
 <context>
@@ -1812,26 +1898,6 @@
         <translation>Unter %1 antwortet etwas, meldet sich aber nicht mit dem Prompt „%2“. Prüfen Sie, ob Port und Prompt die des Servers sind.</translation>
     </message>
     <message>
-        <source>Nothing answers at %1: the connection was refused. See that the server runs there, then connect again.</source>
-        <translation>Unter %1 antwortet nichts: die Verbindung wurde abgelehnt. Prüfen Sie, ob der Server dort läuft, und verbinden Sie erneut.</translation>
-    </message>
-    <message>
-        <source>The host of %1 was not found. See that its name is right, then connect again.</source>
-        <translation>Der Rechner wurde nicht gefunden (%1). Prüfen Sie, ob der Name stimmt, und verbinden Sie erneut.</translation>
-    </message>
-    <message>
-        <source>Nothing answers at %1 within %2 s. See that the host is up and reachable, then connect again.</source>
-        <translation>Unter %1 antwortet innerhalb von %2 s nichts. Prüfen Sie, ob der Rechner läuft und erreichbar ist, und verbinden Sie erneut.</translation>
-    </message>
-    <message>
-        <source>No connection to %1: %2. See that it can be reached, then connect again.</source>
-        <translation>Keine Verbindung zu %1: %2. Prüfen Sie, ob der Server erreichbar ist, und verbinden Sie erneut.</translation>
-    </message>
-    <message>
-        <source>The connection to %1 broke: %2. Connect again to go on.</source>
-        <translation>Die Verbindung zu %1 ist abgerissen: %2. Verbinden Sie erneut, um weiterzuarbeiten.</translation>
-    </message>
-    <message>
         <source>it crashed</source>
         <translation>Absturz</translation>
     </message>
@@ -1864,8 +1930,52 @@
         <translation>Der Server ist beschäftigt (%1) und wird jetzt nicht heruntergefahren. Warten Sie, bis er fertig ist.</translation>
     </message>
     <message>
-        <source>The base path cannot be changed in the status %1</source>
-        <translation>Der Basispfad lässt sich im Status %1 nicht ändern</translation>
+        <source>The base path cannot be changed in the status “%1”</source>
+        <translation>Der Basispfad lässt sich im Status „%1“ nicht ändern</translation>
+    </message>
+    <message>
+        <source>Start it again to go on.</source>
+        <translation>Starten Sie ihn erneut, um weiterzuarbeiten.</translation>
+    </message>
+    <message>
+        <source>Connect again to go on.</source>
+        <translation>Verbinden Sie erneut, um weiterzuarbeiten.</translation>
+    </message>
+    <message>
+        <source>%1 takes connections, but does not greet any more.</source>
+        <translation>%1 nimmt Verbindungen an, meldet sich aber nicht mehr.</translation>
+    </message>
+    <message>
+        <source>%1 runs, but does not greet with the prompt “%2”. Choose the server with its own prompt.</source>
+        <translation>%1 läuft, meldet sich aber nicht mit dem Prompt „%2“. Wählen Sie den Server mit seinem eigenen Prompt.</translation>
+    </message>
+    <message>
+        <source>The host of %1 was not found. See that its name is right.</source>
+        <translation>Der Rechner von %1 wurde nicht gefunden. Prüfen Sie seinen Namen.</translation>
+    </message>
+    <message>
+        <source>Nothing answers at %1: the connection was refused.</source>
+        <translation>Unter %1 antwortet niemand: Die Verbindung wurde abgelehnt.</translation>
+    </message>
+    <message>
+        <source>Nothing answers at %1 within %2 s.</source>
+        <translation>Unter %1 antwortet innerhalb von %2 s niemand.</translation>
+    </message>
+    <message>
+        <source>No connection to %1: %2.</source>
+        <translation>Keine Verbindung zu %1: %2.</translation>
+    </message>
+    <message>
+        <source>See that the server runs there, then connect again.</source>
+        <translation>Prüfen Sie, ob der Server dort läuft, und verbinden Sie erneut.</translation>
+    </message>
+    <message>
+        <source>See that host and port are right, and that the server runs there.</source>
+        <translation>Prüfen Sie, ob Rechner und Port stimmen und ob der Server dort läuft.</translation>
+    </message>
+    <message>
+        <source>The connection to %1 broke: %2.</source>
+        <translation>Die Verbindung zu %1 ist abgebrochen: %2.</translation>
     </message>
 </context>
 <context>

@@ -126,7 +126,7 @@ WindowEntry runsEntry()
     return { QStringLiteral("runs"), Windows::tr("&Runs"), Windows::tr("Runs"),
         Windows::tr("The run directories of the server by prefix, run and date"),
         [](const WindowContext& context) -> QWidget* { return new RunsWindow(context); }, driveRuns, {}, true,
-        QStringLiteral("Ctrl+Shift+R") };
+        QStringLiteral("Ctrl+Shift+L") };
 }
 
 WindowEntry serverTextEntry()
