@@ -1,5 +1,6 @@
-// Runs a function once, after a delay, unless a named object dies first. On the thread that asks, which needs an event
-// loop; all deferred calls of the process run one at a time.
+/// @file
+/// Runs a function once, after a delay, unless a named object dies first. On the thread that asks, which needs an event
+/// loop; all deferred calls of the process run one at a time.
 #pragma once
 
 #include <tarnis/tarnis_export.h>
@@ -26,8 +27,8 @@ public Q_SLOTS:
 protected:
     std::function<void()> m_function; ///< empty once dropped
     QObject* m_guard; ///< not owned, may be null
-    QTimer* m_timer;
-    QMetaObject::Connection m_guardConnection;
+    QTimer* m_timer; ///< single shot, a child
+    QMetaObject::Connection m_guardConnection; ///< to onDestroyed(), cut while the function runs
 };
 
 /// Calls `function` after `delayMs` milliseconds on this thread's event loop; 0 (or less) means its next turn.

@@ -1,5 +1,6 @@
-// Free functions on text, numbers, rectangles and run directories that every other folder calls. Two values are kept
-// for the whole process, the number format and the save directory; neither is locked: GUI thread only.
+/// @file
+/// Free functions on text, numbers, rectangles and run directories that every other folder calls. Two values are kept
+/// for the whole process, the number format and the save directory; neither is locked: GUI thread only.
 #pragma once
 
 #include <tarnis/tarnis_export.h>

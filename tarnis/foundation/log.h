@@ -1,5 +1,7 @@
-// The process-wide text log: a level gate, one flushed line per entry, and numbered blocks that show what is still open
-// on a thread. Any thread may log at any time; the host calls initlog() first and closelog() when the others are done.
+/// @file
+/// The process-wide text log: a level gate, one flushed line per entry, and numbered blocks that show what is still
+/// open on a thread. Any thread may log at any time; the host calls initlog() first and closelog() when the others are
+/// done.
 #pragma once
 
 #include <tarnis/tarnis_export.h>
@@ -24,6 +26,7 @@ inline bool logIsOn()
 {
     return std::atomic_ref(logStream).load(std::memory_order_acquire) != nullptr;
 }
+/// True while the log is on and takes lines of this level.
 inline bool logPasses(int level)
 {
     return logIsOn() && level >= std::atomic_ref(logMinimumLevel).load(std::memory_order_relaxed);
@@ -83,12 +86,14 @@ public:
 
 protected:
     long long m_num = 0; ///< 0 while the block is below the gate
+    /// As given to the constructor; both lines of the block show file and line. @{
     std::string m_file;
     int m_line;
     int m_level;
+    /// @}
 
-    void open(const char* name);
-    void close();
+    void open(const char* name); ///< takes the number and writes the first line
+    void close(); ///< writes the last line and forgets the number
 
     static long long _next_num; ///< guarded by the log's mutex
     static std::map<unsigned long long, std::set<long long>> _num_map; ///< thread id to open blocks; same guard
@@ -107,19 +112,21 @@ consteval const char* sourceName(const char* path)
     return name;
 }
 
-/// A block's name as bytes.
+/// A block's name as bytes, for LOG_BLOCK().
 class LogBlockName {
 public:
+    /// Keeps the pointer.
     explicit LogBlockName(const char* name)
         : m_name(name)
     {
     }
+    /// Keeps the text as UTF-8.
     explicit LogBlockName(const QString& name)
         : m_text(name.toUtf8())
         , m_name(m_text.constData())
     {
     }
-    const char* text() const { return m_name; }
+    const char* text() const { return m_name; } ///< lives as long as this
 
 private:
     QByteArray m_text;
@@ -128,18 +135,26 @@ private:
 
 } // namespace tarnis
 
+/// @cond
 #define TARNIS_LOG_JOIN_(a, b) a##b
 #define TARNIS_LOG_JOIN(a, b) TARNIS_LOG_JOIN_(a, b)
 #define TARNIS_LOG_LINE(level, word, ...)                                                                              \
     (tarnis::logIsOn() ? __log__(level, word, tarnis::sourceName(__FILE__), __LINE__, __VA_ARGS__) : void())
 
+/// @endcond
+
+/// A line of the level 0, 10 or 30, from a text or a printf form. With the log off the arguments are not evaluated. @{
 #define LOG_DBG(...) TARNIS_LOG_LINE(0, "DBG", __VA_ARGS__)
 #define LOG_INFO(...) TARNIS_LOG_LINE(10, "INFO", __VA_ARGS__)
 #define LOG_ERR(...) TARNIS_LOG_LINE(30, "ERR", __VA_ARGS__)
+/// @}
+/// @cond
 // One text stands as it is, a text with arguments is a printf form.
 #define TARNIS_LOG_NAME_PLAIN(name) name
 #define TARNIS_LOG_NAME_PLAIN_FORMATTED(...) strprintf(__VA_ARGS__)
 #define TARNIS_LOG_NAME(name, ...) TARNIS_LOG_NAME_PLAIN##__VA_OPT__(_FORMATTED)(name __VA_OPT__(, ) __VA_ARGS__)
+/// @endcond
+
 /// Opens a block of level 3 to the end of the scope. Takes a text or a printf form; with the log off the arguments are
 /// not even evaluated.
 #define LOG_BLOCK(...)                                                                                                 \

@@ -16,6 +16,7 @@
 class TARNIS_EXPORT ModelessWidgetManager : public QObject {
     Q_OBJECT
 public:
+    /// Empty. A member of its owner needs no parent.
     explicit ModelessWidgetManager(QObject* parent = nullptr)
         : QObject(parent)
     {

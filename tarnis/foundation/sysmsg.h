@@ -1,5 +1,6 @@
-// The one-way channel by which the library tells its host what happens at system level: connect to
-// _g_sysMsg's onSysMsg(). Any thread may post.
+/// @file
+/// The one-way channel by which the library tells its host what happens at system level: connect to
+/// _g_sysMsg's onSysMsg(). Any thread may post.
 #pragma once
 
 #include <tarnis/tarnis_export.h>
@@ -10,6 +11,7 @@
 class TARNIS_EXPORT SysMsg : public QObject {
     Q_OBJECT
 public:
+    /// A channel of a host's own; the library posts to _g_sysMsg only.
     explicit SysMsg(QObject* parent = nullptr);
 
     /// Emits the text.
@@ -26,7 +28,7 @@ public:
         ;
 
 Q_SIGNALS:
-    void onSysMsg(const QString& message);
+    void onSysMsg(const QString& message); ///< one text, emitted on the thread that posts it
 };
 
 /// The instance to which all of the library posts. Lives from the library's load to its unload.

@@ -1,4 +1,5 @@
-/* Bounded Levenberg-Marquardt least squares: minimises the sum of squares of m residuals over npar parameters, which
+/** @file
+ * Bounded Levenberg-Marquardt least squares: minimises the sum of squares of m residuals over npar parameters, which
  * may be bounded or held. Plain C interface, C99 or C++. Re-entrant: a call shares nothing with another one, and runs
  * on the caller's thread. Model, options and statuses are told in docs/fitting.md.
  *

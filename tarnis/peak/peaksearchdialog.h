@@ -20,6 +20,7 @@ class PeakSearchDialog;
 class TARNIS_EXPORT PeakSearchDialog : public QDialog {
     Q_OBJECT
 public:
+    /// Threshold 20 %, width 15 samples, an empty table.
     explicit PeakSearchDialog(QWidget* parent);
     ~PeakSearchDialog() override;
 
@@ -31,15 +32,17 @@ Q_SIGNALS:
     void search(int threshold, int width, bool peak);
     /// The table's current row, which is the index of the peak, or -1.
     void selectedChange(int);
+    /// The check box by which the owner draws the fitted samples instead of the curve.
     void toggledDisplayPoints(bool);
 
 public Q_SLOTS:
     /// Emits search(), or warns of the first of the two numbers that is out of range. Text that is no number is 0.
     void onSearch();
+    /// Emits selectedChange() with the row; the others are the signal's of QTableWidget.
     void currentCellChanged(int currentRow, int currentColumn, int previousRow, int previousColumn);
 
 protected:
     void changeEvent(QEvent* event) override;
 
-    std::unique_ptr<Ui::PeakSearchDialog> ui;
+    std::unique_ptr<Ui::PeakSearchDialog> ui; ///< the controls
 };

@@ -21,18 +21,19 @@ class TarnisSession;
 class TARNIS_EXPORT Tarnis : public QObject {
     Q_OBJECT
 public:
-    /// The values 3 to 8 are never entered by the manager: the host sets them as it reads the replies.
+    /// What the server does. The values 3 to 8 are never entered by the manager: the host sets them as it reads the
+    /// replies.
     enum SERVER_STATUS : int {
-        IDLE,
-        SERVER_CONNECTED,
-        SERVER_ERROR,
-        READOUT_CONNECTED,
-        READOUT_ERROR,
-        HARDWARE_BUSY,
-        STARTING,
-        RUNNING,
-        LOADING,
-        SHUTTING_DOWN
+        IDLE, ///< no server, or one that has ended
+        SERVER_CONNECTED, ///< the port is known, or a remote server has answered
+        SERVER_ERROR, ///< a named session has lost its connection
+        READOUT_CONNECTED, ///< SetBasePath() sends
+        READOUT_ERROR, ///< SetBasePath() sends
+        HARDWARE_BUSY, ///< Shutdown() refuses
+        STARTING, ///< Shutdown() refuses
+        RUNNING, ///< nothing follows from it here
+        LOADING, ///< nothing follows from it here
+        SHUTTING_DOWN ///< Shutdown() has begun
     };
     Q_ENUM(SERVER_STATUS)
 
@@ -64,6 +65,7 @@ public:
 
     // Settings - tarnis_settings.cpp
 
+    /// The value that is stored here, or `defaultValue` for a key without one.
     virtual QString GetSettingValue(const QString& key, const QString& defaultValue) const;
     /// Stores the value here; nothing goes to the server. A value that CheckSettingKey() refuses gives false.
     virtual bool SetSettingValue(const QString& key, const QString& value);
@@ -80,7 +82,7 @@ public:
 
     /// The settings themselves, not guarded: the manager's own thread only.
     virtual QMap<QString, QString>& GetSettings();
-    virtual QMap<QString, QString> CopySettings() const;
+    virtual QMap<QString, QString> CopySettings() const; ///< all settings; for any thread
     /// Keeps a line for the next DownloadSettings(), which sends it first.
     virtual void AddCommand(const QString& line);
     /// Sends the kept lines and all settings, five in a "setting" line; with `bSave` "savesetting" after them. Returns
@@ -96,11 +98,13 @@ public:
     void SetLocal(bool local);
     /// Program of the local server, the whole text, without arguments. Takes no lock.
     void SetProcessPath(const QString& path);
+    /// The remote server of the next Run(); GetServerAddress() gives it at once.
     void SetRemoteHost(const QString& host, quint16 port);
-    void GetRemoteHost(QString& host, quint16& port) const;
+    void GetRemoteHost(QString& host, quint16& port) const; ///< as set; not the address of a local server
     /// Stores the status and signals a change, with the manager's lock held. Any value may follow any value.
     void SetStatus(SERVER_STATUS status);
-    bool IsServerConnected() const;
+    bool IsServerConnected() const; ///< false in IDLE, SERVER_ERROR and SHUTTING_DOWN
+    /// The value's name with blanks for "_", as "SERVER CONNECTED"; "UNKNOWN" for any other number.
     static const char* GetStatusName(SERVER_STATUS status);
 
     // Settings, continued - tarnis_settings.cpp
@@ -108,50 +112,56 @@ public:
     /// Null for every key as long as no subclass fills m_stats.
     QString GetStatValue(const QString& key) const;
     /// The settings "ip", "tcp" and "bcp", with the index behind each in the second form. False if a port is no number;
-    /// it is 0 then.
+    /// it is 0 then. @{
     bool GetReadoutAddress(QString& ip, unsigned int& tcp, unsigned int& bcp) const;
     bool GetReadoutAddress(int index, QString& ip, unsigned int& tcp, unsigned int& bcp) const;
-    /// Stores the three settings and the text of GetReadoutAddressText(). True also when a port is refused.
+    /// @}
+    /// Stores the three settings and the text of GetReadoutAddressText(). True also when a port is refused. @{
     bool SetReadoutAddress(QString& ip, unsigned int tcp, unsigned int bcp);
     bool SetReadoutAddress(int index, QString& ip, unsigned int tcp, unsigned int bcp);
+    /// @}
 
 Q_SIGNALS:
     /// Emitted with the manager's lock held: a slot must not wait for a thread that needs the manager.
     void StatusChanged(Tarnis::SERVER_STATUS status);
+    /// The reply to SendCmd(): the name and the text that it was given, and the server's bytes without the prompt.
     void onCmdReply(const QString& cmdName, const QString& cmd, const QByteArray& result);
-    void onBasePathChange(const QString& baseDir);
+    void onBasePathChange(const QString& baseDir); ///< SetBasePath() has sent this path; no reply has come yet
 
 public Q_SLOTS:
+    /// Looks for "UI port:" in what the local server prints. A port other than 0 brings SERVER_CONNECTED.
     void onServerReadyStdOut();
-    void onServerError(QProcess::ProcessError err);
-    void onStatusChanged(Tarnis::SERVER_STATUS status);
+    void onServerError(QProcess::ProcessError err); ///< posts the local server's failure to _g_sysMsg
+    void onStatusChanged(Tarnis::SERVER_STATUS status); ///< logs it; bound from the first local server on
+    /// A named session's reply: in IDLE it brings SERVER_CONNECTED; then onCmdReply() is emitted.
     void onReply(PTarnisCmd cmd, const QByteArray& result);
+    /// A named session's failure: posts it to _g_sysMsg and sets SERVER_ERROR.
     void onError(int socketError, const QString& message);
-    void onLocalSvrFinished(int exitCode, QProcess::ExitStatus exitStatus);
+    void onLocalSvrFinished(int exitCode, QProcess::ExitStatus exitStatus); ///< sets IDLE, whatever the exit code
 
 protected:
     bool event(QEvent* event) override;
 
     mutable QRecursiveMutex m_mutex; ///< guards everything below
     const QByteArray* m_prompt; ///< not owned
-    QString m_serverAddress;
-    QString m_readoutAddress;
-    QString m_processPath;
-    QString m_remoteHost;
-    quint16 m_remotePort = 0;
+    QString m_serverAddress; ///< see GetServerAddress()
+    QString m_readoutAddress; ///< see GetReadoutAddressText()
+    QString m_processPath; ///< see SetProcessPath()
+    QString m_remoteHost; ///< see SetRemoteHost(), with m_remotePort
+    quint16 m_remotePort = 0; ///< see m_remoteHost
     QString m_host; ///< what new sessions connect to, with m_port
-    quint16 m_port = 0;
+    quint16 m_port = 0; ///< see m_host
     QProcess* m_process = nullptr; ///< the local server, owned
     QMap<QString, TarnisSession*> m_sessions; ///< by name
-    QMap<QString, QString> m_settings;
+    QMap<QString, QString> m_settings; ///< by key
     QMap<QString, QString> m_stats; ///< nothing here writes it
     QList<QString> m_commands; ///< lines for the next DownloadSettings()
-    bool m_bLocal = true;
-    SERVER_STATUS m_status = IDLE;
+    bool m_bLocal = true; ///< Run() starts a program
+    SERVER_STATUS m_status = IDLE; ///< see SetStatus()
     QList<QPointer<QProcess>> m_supersededProcesses; ///< servers that ran when another was started; owned
     int m_closings = 0; ///< shutdowns whose sessions may still have calls in the queue
 
-    // Steps of the operations above; the lock is held. The local server's are in tarnis_process.cpp
+    /// Steps of the operations above and of the destructor. The local server's are in tarnis_process.cpp. @{
     bool isCallOfClosedSession() const;
     void outlastQueuedCalls();
     TarnisSession* startNamedSession(const QString& id);
@@ -162,4 +172,5 @@ protected:
     void endSupersededServers();
     void closeLocalServer();
     void endLocalServer();
+    /// @}
 };

@@ -1,6 +1,7 @@
-// A command: what a caller hands to a TarnisSession, and the two parsers that turn a reply's text into maps.
-// The caller's thread fills a command before it is sent, the session's thread while it is handled; afterwards it is
-// only read.
+/// @file
+/// A command: what a caller hands to a TarnisSession, and the two parsers that turn a reply's text into maps.
+/// The caller's thread fills a command before it is sent, the session's thread while it is handled; afterwards it is
+/// only read.
 #pragma once
 
 #include <tarnis/tarnis_export.h>
@@ -16,8 +17,8 @@ class TARNIS_EXPORT TarnisCmd {
 public:
     QString m_cmdName; ///< the caller's name, by which a handler of `result` knows what was asked
     QString m_cmd; ///< command text without routing prefix and line end; empty: nothing is sent, the reply is empty
-    bool m_bUser1 = false; ///< marks of the caller's own; the library never reads them
-    bool m_bUser2 = false;
+    bool m_bUser1 = false; ///< a mark of the caller's own; the library never reads it
+    bool m_bUser2 = false; ///< another one
     QString m_replyText; ///< the text behind a binary reply's payload; null for a text reply
     int m_afterSleep = AFTER_SLEEP_DEFAULT; ///< ms that the session pauses after it has delivered the result
     bool m_bBinary = false; ///< the reply comes in the binary form

@@ -10,7 +10,7 @@ class TarnisCmdH;
 /// A command for all readout modules.
 class TARNIS_EXPORT TarnisCmdBroadcast : public TarnisCmd {
 public:
-    explicit TarnisCmdBroadcast(const QString& cmd);
+    explicit TarnisCmdBroadcast(const QString& cmd); ///< the text without its prefix
     /// "broadcast " and the command text.
     QString getCmdString() const override;
 };
@@ -18,7 +18,7 @@ public:
 /// A command for the multicast family.
 class TARNIS_EXPORT TarnisCmdMulticastOrsino : public TarnisCmd {
 public:
-    explicit TarnisCmdMulticastOrsino(const QString& cmd);
+    explicit TarnisCmdMulticastOrsino(const QString& cmd); ///< the text without its prefix
     /// "mc orsino " and the command text.
     QString getCmdString() const override;
 };
@@ -35,17 +35,18 @@ public:
     virtual void onReply(const QByteArray& reply, TarnisCmdH* handler);
 
 protected:
-    QString m_unicastId;
+    QString m_unicastId; ///< the module's id
 };
 
 /// A command for one module, with an index for the caller that does not go on the wire.
 class TARNIS_EXPORT TarnisCmdUnicastWithIndex : public TarnisCmdUnicast {
 public:
+    /// As TarnisCmdUnicast; any index is kept as it is.
     TarnisCmdUnicastWithIndex(const QString& id, const QString& cmd, int index);
-    int getIndex() const;
+    int getIndex() const; ///< as given
 
 protected:
-    int m_index;
+    int m_index; ///< the caller's
 };
 
 /// "stat", with the values of its last reply. Used on one thread once the session has delivered the reply.
@@ -62,7 +63,7 @@ public:
     QString getValue(const QString& text, const QString& prefix, const QString& suffix);
 
 protected:
-    QMap<QString, QString> m_values;
+    QMap<QString, QString> m_values; ///< by name
 };
 
 /// "setting", with the values of its last reply. As TarnisCmdStat in everything else.
@@ -77,5 +78,5 @@ public:
     QString getValue(const QString& text, const QString& prefix, const QString& suffix);
 
 protected:
-    QMap<QString, QString> m_values;
+    QMap<QString, QString> m_values; ///< by name
 };
