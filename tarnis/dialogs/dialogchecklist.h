@@ -24,16 +24,16 @@ public:
     void setDescription(QString const& text);
     /// Appends an entry.
     void addItem(QString const& text, bool checked);
-    int count() const;
+    int count() const; ///< of the entries
     /// Gives an entry. A partially checked one reads as unchecked.
     void getItem(int index, QString& text, bool& checked) const;
-    void setChecked(int index, bool checked);
+    void setChecked(int index, bool checked); ///< sets or takes the mark of an entry
 
 public Q_SLOTS:
-    void on_buttonCheckAll_clicked();
-    void on_buttonUncheckAll_clicked();
-    void on_buttonInvert_clicked();
+    void on_buttonCheckAll_clicked(); ///< checks every entry
+    void on_buttonUncheckAll_clicked(); ///< unchecks every entry
+    void on_buttonInvert_clicked(); ///< checks the unchecked and the partially checked, unchecks the others
 
 protected:
-    std::unique_ptr<Ui::DialogCheckList> ui;
+    std::unique_ptr<Ui::DialogCheckList> ui; ///< the controls
 };

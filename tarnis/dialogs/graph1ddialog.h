@@ -24,8 +24,9 @@ class TARNIS_EXPORT Graph1DDialog : public QDialog {
     Q_OBJECT
 public:
     /// Rows `start` to `end`, both included, `start` not above `end`. With xMin = xMax = 0 each reply brings its own
-    /// axis. `initCmds` are sent first, as text commands: one that is refused closes the window. Host, port and prompt
-    /// come from `session`, which stays the caller's; without one the window shows a demonstration.
+    /// axis. `initCmds` are sent first, as text commands; the first poll drops those that the session has not taken by
+    /// then, and one that is refused closes the window. Host, port and prompt come from `session`, which stays the
+    /// caller's; without one the window shows a demonstration.
     Graph1DDialog(TarnisSession* session, QString const& title, QString const& xLabel, double xMin, double xMax,
         int resolution, int decimalX, QString const& desc, QList<QString> const& initCmds, QString const& cmd,
         int start, int end, QWidget* parent);
@@ -37,11 +38,13 @@ public:
     MultiVectorGraphWidget* getGraphWidget() const;
     /// Polls another command from now on, at once; the same text changes nothing.
     void setCmd(QString const& cmd);
-    bool isAutoUpdate() const;
+    bool isAutoUpdate() const; ///< the state of the check box
     /// Sets the check box and, if on, polls at once.
     void setAutoUpdate(bool on);
+    /// The button "Update" and the check box. Neither call starts or ends the polling. @{
     void setVisibleUpdateControls(bool visible);
     void setEnabledUpdateControls(bool enabled);
+    /// @}
     /// Shows value / maximum as a bar, or hides it.
     void setProgressInfo(bool visible, unsigned long long value, unsigned long long maximum);
     /// A line below the plot; an empty one is hidden.
@@ -53,11 +56,14 @@ Q_SIGNALS:
 public Q_SLOTS:
     /// Drops what is still queued and sends the command; does nothing without a session.
     virtual void update();
+    /// Draws a binary reply and starts the timer. A text reply that is refused is told in a box and closes the window;
+    /// a reply that cannot be read is told in a box and ends the chain. While the window is hidden it does nothing.
     virtual void result(PTarnisCmd cmd, QByteArray const& payload);
-    virtual void error(int code, QString const& text);
+    virtual void error(int code, QString const& text); ///< tells it in a box; the window stays, without polls
+    /// On: polls at once. Off: drops what is still queued, a reply under way is drawn.
     virtual void onAutoUpdateToggled(bool on);
-    void onTypeChanged(QString const& text);
-    void onTimeout();
+    void onTypeChanged(QString const& text); ///< "Each" draws a curve for each row, any other text their sum
+    void onTimeout(); ///< polls if the check box is on; bound to the session's `connected` too
 
 public:
     /// Sees the lines of each reply's text first and shows the server's complaints. False: the reply is not drawn, the
@@ -70,15 +76,16 @@ protected:
     void changeEvent(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
 
-    std::unique_ptr<Ui::Graph1DDialog> ui;
+    std::unique_ptr<Ui::Graph1DDialog> ui; ///< the controls
     TarnisSession* session = nullptr; ///< owned; null in the demonstration and after close
-    QString cmd;
-    int start;
-    int end;
+    QString cmd; ///< what is polled
+    int start; ///< number of the first row
+    int end; ///< number of the last row
     bool pairMode; ///< the axis comes with each reply
     bool extendLastBin = false; ///< widens a reply's axis by a bin, so that its upper end is inside
     QTimer* timer = nullptr; ///< owned; null in the demonstration
 
+    /// @cond
     // Steps of the constructor and of result()
     TARNIS_NO_EXPORT void setUpDescription(QString const& desc);
     TARNIS_NO_EXPORT void setUpPlot(QString const& title, QString const& xLabel, double xMin, double xMax,
@@ -87,4 +94,5 @@ protected:
     TARNIS_NO_EXPORT void pollLater();
     TARNIS_NO_EXPORT bool showRows(QByteArray const& payload);
     TARNIS_NO_EXPORT bool showPairs(QString const& replyText, QByteArray const& payload);
+    /// @endcond
 };

@@ -25,9 +25,10 @@ class Graph2DDialog;
 class TARNIS_EXPORT Graph2DDialog : public QDialog {
     Q_OBJECT
 public:
-    /// `binsX` by `binsY` bins at first; a reply may change both. `initCmds` are sent first, as text commands: one that
-    /// is refused closes the window. Host, port and prompt come from `session`, which stays the caller's; without one
-    /// the window is static and shows what setData() of the plot is given.
+    /// `binsX` by `binsY` bins at first; a reply may change both. `initCmds` are sent first, as text commands; the
+    /// first poll drops those that the session has not taken by then, and one that is refused closes the window. Host,
+    /// port and prompt come from `session`, which stays the caller's; without one the window is static and shows what
+    /// setData() of the plot is given.
     Graph2DDialog(TarnisSession* session, QString const& title, QString const& nameX, int binsX, double minX,
         double maxX, int resolutionX, int decimalX, QString const& nameY, int binsY, double minY, double maxY,
         int resolutionY, int decimalY, QList<QString> const& initCmds, QString const& cmd, QWidget* parent);
@@ -37,33 +38,39 @@ public:
 
     /// Polls another command from now on, at once; the same text changes nothing.
     virtual void setCmd(QString const& cmd);
-    virtual QString getCmd() const;
+    virtual QString getCmd() const; ///< asked at each poll
     /// The plot, owned by the window.
     XY2DGraphWidget* getGraphWidget() const;
-    bool isAutoUpdate() const;
+    bool isAutoUpdate() const; ///< the state of the check box
     /// Sets the check box and, if on, polls at once.
     void setAutoUpdate(bool on);
+    /// The button "Update" and the check box. Neither call starts or ends the polling. @{
     void setVisibleUpdateControls(bool visible);
     void setEnabledUpdateControls(bool enabled);
+    /// @}
     /// Shows value / maximum as a bar, or hides it.
     void setProgressInfo(bool visible, unsigned long long value, unsigned long long maximum);
     /// A line below the plot; an empty one is hidden.
     void setInfoText(QString const& text);
-    /// Steps of the plot's axes.
+    /// The plot's setStepX() and setStepY().
     void setStep(double x, double y);
-    void setColorBarTicks(int ticks);
+    void setColorBarTicks(int ticks); ///< the plot's setColorBarTicks()
 
 public Q_SLOTS:
     /// Drops what is still queued and sends the command; does nothing without a session.
     virtual void update();
+    /// Draws a binary reply and starts the timer; an empty one clears the plot. A text reply that is refused is told in
+    /// a box and closes the window; data that do not fit the bins are told in a box and end the chain. While the window
+    /// is hidden it does nothing.
     virtual void result(PTarnisCmd cmd, QByteArray);
-    virtual void error(int socketError, QString message);
+    virtual void error(int socketError, QString message); ///< tells it in a box and closes the window
+    /// On: polls at once. Off: stops the timer and drops what is still queued; a reply under way is drawn.
     virtual void onAutoUpdateToggled(bool checked);
     /// Applies the kernel to what is shown and opens the result in a static window of this class.
     void onFilterAccepted(const Graph2DFilter& filter);
     /// Opens the filter's dialog, or brings the open one forward.
     void onFilter();
-    void onTimeout();
+    void onTimeout(); ///< polls if the check box is on; bound to the session's `connected` too
 
 public:
     /// Sees the lines of each reply's text first and shows the server's complaints. False: the reply is not drawn, the
@@ -76,16 +83,16 @@ protected:
     void changeEvent(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
 
-    void startPolling(TarnisSession& model, QList<QString> const& initCmds);
-    bool fits(QByteArray const& payload) const;
-    void showRows(QByteArray const& payload);
-    void pollLater();
+    void startPolling(TarnisSession& model, QList<QString> const& initCmds); ///< the constructor's, with a session
+    bool fits(QByteArray const& payload) const; ///< whether it holds binsX * binsY values, at least one
+    void showRows(QByteArray const& payload); ///< gives the plot each row of a payload that fits
+    void pollLater(); ///< starts the timer, where there is one
 
-    std::unique_ptr<Ui::Graph2DDialog> ui;
+    std::unique_ptr<Ui::Graph2DDialog> ui; ///< the controls
     TarnisSession* session = nullptr; ///< owned; null in a static window and after close
     int binsX; ///< bins per row
     int binsY; ///< rows
-    QString cmd;
-    ModelessWidgetManager filterDialogs;
+    QString cmd; ///< what is polled
+    ModelessWidgetManager filterDialogs; ///< the filter's open dialog, by the pointer `this`
     QTimer* timer = nullptr; ///< owned; null in a static window
 };

@@ -26,6 +26,7 @@ Q_DECLARE_METATYPE(Graph2DFilter)
 class TARNIS_EXPORT Graph2DFilterDialog : public QDialog {
     Q_OBJECT
 public:
+    /// Not shown yet. Registers Graph2DFilter with Qt, for queued and string-based connections.
     explicit Graph2DFilterDialog(QWidget* parent);
     ~Graph2DFilterDialog() override;
 
@@ -40,5 +41,5 @@ protected:
     /// The edits of the form: the kernel's row by row, then the divisor's.
     std::array<QLineEdit*, 26> fields() const;
 
-    std::unique_ptr<Ui::Graph2DFilterDialog> ui;
+    std::unique_ptr<Ui::Graph2DFilterDialog> ui; ///< the controls
 };

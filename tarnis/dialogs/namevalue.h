@@ -1,4 +1,5 @@
-// Lists of names with one or several values, as the statistics tables show them. Plain values, no lock.
+/// @file
+/// Lists of names with one or several values, as the statistics tables show them. Plain values, no lock.
 #pragma once
 
 #include <tarnis/tarnis_export.h>
@@ -8,14 +9,14 @@
 
 /// A name with its value.
 struct NameValue {
-    QString name;
-    QString value;
+    QString name; ///< compared as it stands
+    QString value; ///< shown as it stands
 };
 
 /// A name with its values, one per column of a table.
 struct NameValues {
-    QString name;
-    QList<QString> values;
+    QString name; ///< compared as it stands
+    QList<QString> values; ///< may be shorter than the table is wide
 };
 
 /// Empties the values of every record; names and order stay.

@@ -36,14 +36,14 @@ public:
     QTableWidget* table();
 
 public Q_SLOTS:
-    void onButtonClicked(QAbstractButton* button);
+    void onButtonClicked(QAbstractButton* button); ///< calls onSave() for "Save"; nothing for other buttons
     /// Asks for a path and writes the table as CSV, without quoting. A file that cannot be opened ends it silently.
     void onSave();
 
 protected:
     void changeEvent(QEvent* event) override;
 
-    void setUpForm();
+    void setUpForm(); ///< what the constructors share
 
-    std::unique_ptr<Ui::NameValueListDialog> ui;
+    std::unique_ptr<Ui::NameValueListDialog> ui; ///< the controls
 };

@@ -19,7 +19,7 @@ class SelectCheckedDialog;
 class TARNIS_EXPORT SelectCheckedDialog : public QDialog {
     Q_OBJECT
 public:
-    explicit SelectCheckedDialog(QWidget* parent);
+    explicit SelectCheckedDialog(QWidget* parent); ///< not shown yet
     ~SelectCheckedDialog() override;
 
     /// The table, owned by the dialog. Empty at first.
@@ -38,5 +38,5 @@ public Q_SLOTS:
 protected:
     void changeEvent(QEvent* event) override;
 
-    std::unique_ptr<Ui::SelectCheckedDialog> ui;
+    std::unique_ptr<Ui::SelectCheckedDialog> ui; ///< the controls
 };

@@ -47,33 +47,41 @@ Q_SIGNALS:
     void accepted(QString const& path);
 
 public Q_SLOTS:
-    void onDirComboIndexChanged(QString const& text);
+    void onDirComboIndexChanged(QString const& text); ///< goes to `text`, unless the combo box is being filled
+    /// Calls onAccepted() for a name with one of the extensions, which reads edit or selection, not `item`; else opens
+    /// it as a folder.
     void onCurDirListItemDoubleClicked(QListWidgetItem* item);
+    /// Emits accepted() and closes: with the directory, or with a "/" and the name behind it. A typed name gets the
+    /// first extension if it does not end with that. Without a name it does nothing.
     void onAccepted();
-    void onFileNameChanged(QString const& text);
-    void onCurDirListItemSelectioChanged();
+    void onFileNameChanged(QString const& text); ///< Ok is on for a name that is not empty
+    void onCurDirListItemSelectioChanged(); ///< Ok is on for a selected name with one of the extensions
+    /// Reads the replies to "pwd" and `ls-F`. A refused listing asks for the server's own directory, once.
     void result(PTarnisCmd cmd, QByteArray const& payload);
 
 protected:
     void changeEvent(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
 
+    /// Disables the lists until the reply and queues the command under `name`; does nothing without a session.
     void sendRequest(QString const& text, QString const& name);
+    /// @cond
     TARNIS_NO_EXPORT void askPwd();
     TARNIS_NO_EXPORT void askLs();
-    void onPwdReply(QString const& reply);
-    void onLsReply(QString const& reply);
-    void rebuildDirCombo();
-    QListWidgetItem* selectedItem() const;
-    bool mayTakeName(QString const& name);
+    /// @endcond
+    void onPwdReply(QString const& reply); ///< goes to the directory of the first line, if it is a good reply
+    void onLsReply(QString const& reply); ///< fills the list, sorted: folders, and names with one of the extensions
+    void rebuildDirCombo(); ///< the directory and those above it
+    QListWidgetItem* selectedItem() const; ///< null without a selection
+    bool mayTakeName(QString const& name); ///< asks about a name that is listed with the suffix behind it
 
-    std::unique_ptr<Ui::SelectDirectoryDialog> ui;
+    std::unique_ptr<Ui::SelectDirectoryDialog> ui; ///< the controls
     QString dir; ///< the current directory
-    QList<QString> exts;
-    QString suffix;
+    QList<QString> exts; ///< as given to setExt(); empty: folders only
+    QString suffix; ///< see setExt()
     TarnisSession* session = nullptr; ///< owned; null after the window has been closed
-    bool comboActive = true;
-    bool nameEdit = false;
+    bool comboActive = true; ///< false while the combo box is being filled
+    bool nameEdit = false; ///< a name is typed
     QList<QString> allNames; ///< the last listing, sorted, unfiltered
     tarnis::FolderLists* lists; ///< the combo box and the list
     bool askedPwd = false; ///< a listing failed and "pwd" was asked: a second failure ends it, until the next request

@@ -38,7 +38,7 @@ public:
 
     /// Goes to `dir` and lists it, unless it is the current one.
     void setDir(QString const& dir);
-    QString getDir() const;
+    QString getDir() const; ///< the current directory; empty while the server has not told its own
     /// The listed names, folders with a "/" behind, in the order of the list.
     QList<QString> getNames() const;
 
@@ -54,31 +54,39 @@ Q_SIGNALS:
     void accepted(QString const& path);
 
 public Q_SLOTS:
-    void onDirComboIndexChanged(QString const& text);
+    void onDirComboIndexChanged(QString const& text); ///< lists what the combo box shows; `text` is not read
+    /// Opens a folder. For a name with one of the extensions it calls onAccepted(), which reads the edit, not `item`.
     void onCurDirListItemDoubleClicked(QListWidgetItem* item);
+    /// Emits accepted() and closes: with the directory, or with the typed name in it, to which the first extension is
+    /// appended if it has none. An empty name and one with a "/" do nothing; refusals as setExt() says.
     void onAccepted();
-    void onFileNameChanged(QString const& text);
+    void onFileNameChanged(QString const& text); ///< Ok is on for a name that is not empty
+    /// Takes a name with one of the extensions into the edit; Ok is on for such a name only.
     void onCurDirListChanged(QString const& text);
+    /// Reads the replies to "pwd" and `ls-F`. A refused listing asks for the server's own directory, once.
     void result(PTarnisCmd cmd, QByteArray const& payload);
 
 protected:
     void changeEvent(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
 
+    /// Disables the lists until the reply and queues the command under `name`; does nothing without a session.
     void sendRequest(QString const& text, QString const& name);
+    /// @cond
     TARNIS_NO_EXPORT void askPwd();
     TARNIS_NO_EXPORT void askLs();
     TARNIS_NO_EXPORT void goTo(QString const& dir);
-    void onPwdReply(QString const& reply);
-    void onLsReply(QString const& reply);
-    bool mayTakeName(QString const& name);
-    void finish(QString const& path);
+    /// @endcond
+    void onPwdReply(QString const& reply); ///< goes to the directory of the first line, if it is a good reply
+    void onLsReply(QString const& reply); ///< fills the list, sorted: folders, and names with one of the extensions
+    bool mayTakeName(QString const& name); ///< whether setExt() lets it pass; tells or asks in a box
+    void finish(QString const& path); ///< emits accepted() and closes
 
-    std::unique_ptr<Ui::SelectPathDialog> ui;
+    std::unique_ptr<Ui::SelectPathDialog> ui; ///< the controls
     TarnisSession* session = nullptr; ///< owned; null after the window has been closed
-    QList<QString> exts;
-    bool mustExist = false;
-    bool confirmOverwrite = false;
+    QList<QString> exts; ///< each with its dot; empty: folders only
+    bool mustExist = false; ///< see setExt()
+    bool confirmOverwrite = false; ///< see setExt()
     tarnis::FolderLists* lists; ///< the combo box and the list
     bool askedPwd = false; ///< a listing failed and "pwd" was asked: a second failure ends it, until the next request
 };

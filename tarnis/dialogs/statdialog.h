@@ -18,12 +18,13 @@ public:
     ~StatDialog() override;
 
 public Q_SLOTS:
+    /// Replaces the table by the "name:value" lines of the reply, and sends the next command.
     virtual void result(PTarnisCmd cmd, QByteArray const& payload);
-    virtual void error(int code, QString const& text);
+    virtual void error(int code, QString const& text); ///< empties the table; nothing is sent any more
 
 protected:
-    void sendCommand();
+    void sendCommand(); ///< queues one more poll; needs a session
 
     TarnisSession* session; ///< owned
-    QString cmd;
+    QString cmd; ///< what is polled
 };
