@@ -22,6 +22,7 @@ class TARNIS_EXPORT ColorBarWidget : public DoubleBufferedWidget {
     Q_OBJECT
 
 public:
+    /// 0 to 100 in ten intervals, automatic, linear, without a colour.
     explicit ColorBarWidget(QWidget* parent = nullptr);
     ~ColorBarWidget() override;
 
@@ -30,11 +31,14 @@ public:
     /// Labels at equal distances of the logarithm. No repaint.
     void setLogScale(bool on);
     /// Value at the bottom or at the top. Refreshes on a change; emits nothing. The minimum may be above the maximum.
+    /// @{
     void setMin(double min);
     void setMax(double max);
-    /// While the range is automatic, the labels cannot be edited. An open editor stays open.
+    /// @}
+    /// While the range is automatic, the labels cannot be edited. An open editor stays open. @{
     bool isAutoScale() const;
     void setAutoScale(bool on);
+    /// @}
     /// True if an editor is open and has the keyboard focus.
     bool isEditing();
     /// Drops an open editor without its value.
@@ -48,41 +52,48 @@ public:
     void paint(QPainter& painter, QRect* rect) override;
 
 Q_SIGNALS:
-    void onMinChanged(double min); ///< after Return in the editor, on an unchanged value too
+    /// After Return in the editor, on an unchanged value too. @{
+    void onMinChanged(double min);
     void onMaxChanged(double max);
+    /// @}
     void sizeChanging(int width); ///< the width that the labels need; comes from within paint()
     void beginEditingText(); ///< an editor is about to open
     void EditLineDeleted(); ///< an editor was dropped without a value
 
 public Q_SLOTS:
-    void onMaxEntered(); ///< Return in the editor; a text that is no number counts as 0
+    /// Return in the editor; a text that is no number counts as 0. Without an editor nothing happens. @{
+    void onMaxEntered();
     void onMinEntered();
+    /// @}
 
 protected:
     void mousePressEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
 
-    // Gradient, parallel lists in the order of insertion
+    /// The gradient: parallel lists in the order of insertion. @{
     QList<double> m_positions;
     QList<QColor> m_colors;
+    /// @}
 
     // Scale
-    int m_ticks = 10;
-    bool m_logScale = false;
-    bool m_autoScale = true;
+    int m_ticks = 10; ///< intervals wanted, at least 1
+    bool m_logScale = false; ///< of the labels
+    bool m_autoScale = true; ///< the labels cannot be edited
     double m_min = 0.0; ///< at the bottom
     double m_max = 100.0; ///< at the top
 
     // Editing
-    QRect m_minRect; ///< click areas of the end labels, as of the latest paint
+    /// Click areas of the end labels, as of the latest paint. @{
+    QRect m_minRect;
     QRect m_maxRect;
+    /// @}
     QLineEdit* m_editLine = nullptr; ///< the open editor, a child
 
     std::unique_ptr<tarnis::LabelCache> m_labels; ///< layouts of the labels
 
     /// Draws marks and labels; returns the width of the widest label.
     int paintTicks(QPainter& painter, const QRect& rect, const QRect& bar, QSize charSize) const;
-    void openEditorAt(const QPoint& point);
+    void openEditorAt(const QPoint& point); ///< on an end label; elsewhere it does nothing
     /// Text of the open editor as a number, 0 for what is none. The editor goes.
     double takeNumber();
 };

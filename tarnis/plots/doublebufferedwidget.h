@@ -13,6 +13,7 @@ class TARNIS_EXPORT DoubleBufferedWidget : public QWidget {
     Q_OBJECT
 
 public:
+    /// Without the cache, see m_doubleBuffered.
     explicit DoubleBufferedWidget(QWidget* parent = nullptr);
     ~DoubleBufferedWidget() override;
 

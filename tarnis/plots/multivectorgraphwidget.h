@@ -23,8 +23,8 @@ class TARNIS_EXPORT MultiVectorGraphWidget : public XYGraphWidget {
 public:
     /// One series.
     struct Data {
-        QList<double> values;
-        QColor color = Qt::white;
+        QList<double> values; ///< any number; empty for a record without samples
+        QColor color = Qt::white; ///< of the pen
         bool enable = true; ///< shown
     };
 
@@ -36,6 +36,7 @@ public:
         AddAll = 3 ///< the sum of all enabled series; any other value acts like this one
     };
 
+    /// Eight records without samples, in eight colours, and a grid.
     explicit MultiVectorGraphWidget(QWidget* parent = nullptr);
     ~MultiVectorGraphWidget() override;
 
@@ -46,8 +47,10 @@ public:
     void setData(int index, const QList<double>& values, double maxValue);
     /// Drops records from the end or adds default ones.
     void resizeData(int count);
+    /// Of a record; adds default ones up to `index`. @{
     void setEnable(int index, bool enable);
     void setColor(int index, QColor color);
+    /// @}
     /// Leaves m_groupSize records without samples, and no peaks. Colours and `enable` stay.
     void clearData();
     /// Whether any record has samples.
@@ -92,8 +95,10 @@ public:
 public Q_SLOTS:
     void onSelectVisibles(); ///< opens the visible-items dialog, or brings the open one to the front
     void onPainting(); ///< fits an automatic Y axis to the largest values, before the ticks are laid out
+    /// When switched on: fits the axis to the series, or X to its initial range if init() made it so, and refreshes. @{
     void onAutoScaleX(bool checked) override;
     void onAutoScaleY(bool checked) override;
+    /// @}
     void onSelectXRange(bool) override; ///< without data the tool goes off again
     void onDlgSelectCheckedApply(); ///< takes the marks of the visible-items dialog over. Refreshes.
     /// Asks for a file and writes the curves of the present type. Silent where it cannot.
@@ -104,51 +109,54 @@ public Q_SLOTS:
     void peakSearch(int threshold, int width, bool peak);
     void peakSelected(int index); ///< the peak that is drawn bold, -1 for none. Refreshes on a change.
     void peakToggledDisplayPoints(bool checked); ///< fitted samples instead of curves. Refreshes.
-    void peakClear(); ///< Refreshes.
-    void onConnectPoints(bool bConnectPoints); ///< Refreshes.
-    void onColumnChart(bool bColumnChart); ///< Refreshes.
-    void onLogScale(bool);
+    void peakClear(); ///< takes all peaks off the plot. Refreshes.
+    void onConnectPoints(bool bConnectPoints); ///< a joined line, else crosses. Refreshes.
+    void onColumnChart(bool bColumnChart); ///< columns, whatever onConnectPoints() says. Refreshes.
+    void onLogScale(bool); ///< as setLogScaleY()
 
 protected:
     void mouseMoveEvent(QMouseEvent* event) override;
 
-    // Series
-    QList<Data> m_data;
+    QList<Data> m_data; ///< the series
 
 public:
     int m_groupSize = 8; ///< series per group
     int m_firstNumber = 0; ///< number of the first group in texts
 
 protected:
-    AddType m_addType = AddNone;
+    AddType m_addType = AddNone; ///< see setAddType()
     QList<double> m_maxValues; ///< largest value of each group, as told by setData()
 
-    // Windows of the tools, key this
+    /// Open windows of the tools, under the key this. @{
     ModelessWidgetManager m_visibleDialogs;
     ModelessWidgetManager m_peakDialogs;
+    /// @}
 
 public:
     QString m_itemName; ///< word for a position in a group
     QString m_groupName; ///< word for a group
 
 protected:
-    QList<double> m_manualIndex;
+    QList<double> m_manualIndex; ///< see setManualIndex()
 
     // Peaks
     QList<PeakSearch::Gaussian> m_peaks; ///< on show
-    int m_peakSelected = -1;
+    int m_peakSelected = -1; ///< index in m_peaks, -1 for none
     double m_peakThreshold = 0.0; ///< in Y units
-    bool m_peakDisplayPoints = false;
+    bool m_peakDisplayPoints = false; ///< fitted samples instead of curves
 
     // Form of the curves
-    unsigned int m_resolution = 1;
-    bool m_columnChart = false;
-    bool m_connectPoints = true;
+    unsigned int m_resolution = 1; ///< X units per sample, at least 1
+    bool m_columnChart = false; ///< see onColumnChart()
+    bool m_connectPoints = true; ///< see onConnectPoints()
+    /// See setFuncX2Plot(); null for a linear axis. @{
     double (*m_funcX2Plot)(double, void*) = nullptr;
     double (*m_funcPlot2X)(double, void*) = nullptr;
+    /// @}
 
     QAction* m_actPeakSearch; ///< owned by the widget
 
+    /// @cond
     // Steps of the above
     TARNIS_NO_EXPORT int groupSize() const; ///< m_groupSize, at least 1
     TARNIS_NO_EXPORT void fitAutoScaledAxes();
@@ -156,4 +164,5 @@ protected:
         double sx, double first, double last, double sy, int x0, int y0) const;
     TARNIS_NO_EXPORT void paintFoundPeaks(QPainter& painter, const QRect& graph, double first, double sx, double sy);
     TARNIS_NO_EXPORT void fillVisiblesTable(QTableWidget& table) const;
+    /// @endcond
 };

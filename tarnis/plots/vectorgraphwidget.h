@@ -14,6 +14,7 @@ class TARNIS_EXPORT VectorGraphWidget : public XYGraphWidget {
     Q_OBJECT
 
 public:
+    /// An empty plot with "Save CSV..." in its menu.
     explicit VectorGraphWidget(QWidget* parent = nullptr);
     ~VectorGraphWidget() override;
 
@@ -32,8 +33,11 @@ public:
     void paintPeak(QPainter& painter, const PeakSearch::Gaussian& g, double scaleY, int x0, int y0);
 
 public Q_SLOTS:
+    /// When switched on: fits the axis to the samples, or X to its initial range if init() made it so, and refreshes.
+    /// @{
     void onAutoScaleX(bool checked) override;
     void onAutoScaleY(bool checked) override;
+    /// @}
     /// Asks for a file and writes a line a sample, with the abscissa before it if there are as many as samples. Silent
     /// where it cannot.
     void onSaveCsv();
@@ -46,9 +50,9 @@ public:
     void onPaint(QPainter& painter, QRect const& graph) override;
 
 protected:
-    QList<double> m_data;
+    QList<double> m_data; ///< see setData()
     double m_maxValue = 0.0; ///< as told by setMaxValue()
-    QList<double> m_index;
+    QList<double> m_index; ///< see setIndex()
     QList<PeakSearch::Gaussian> m_peaks; ///< the peak on show: one at most
     ModelessWidgetManager m_modeless; ///< the open peak search dialog, key this
 };

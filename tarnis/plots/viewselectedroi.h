@@ -22,38 +22,42 @@ public:
     ViewSelectedROI(int maxCount, QRect range, QWidget* parent);
     ~ViewSelectedROI() override;
 
-    /// While it is off, every change ends in a warning box.
+    /// While it is off, every change ends in a warning box. @{
     void setEditable(bool on);
     bool isEditable() const;
+    /// @}
     /// Row of the selected rectangle, or -1.
     int currentIndex() const;
-    const QList<QRect>& getRoiList() const;
+    const QList<QRect>& getRoiList() const; ///< the oldest first, each clipped
     /// Replaces the list, clipped, and selects `index`, at most the last one. Emits RoiChanged() once, or not at all if
     /// neither the rectangles, compared before they are clipped, nor the selection change.
     void setRoiList(QList<QRect> list, int index);
     /// Adds a rectangle and selects it.
     void addRoi(const QRect& rect);
-    void clear();
+    void clear(); ///< removes all, without a question
 
 Q_SIGNALS:
     /// `dataChanged` is false if only the selection has changed.
     void RoiChanged(QList<QRect> roiList, int selectedIndex, bool dataChanged);
 
 public Q_SLOTS:
+    /// Shows the corners of that rectangle, or zeros, in the boxes, and emits RoiChanged().
     void on_roiListWidget_currentRowChanged(int currentRow);
+    /// Moves one edge of the selected rectangle; the result is clipped. Without a selection nothing happens. @{
     void on_x1SpinBox_valueChanged(int arg1);
     void on_y1SpinBox_valueChanged(int arg1);
     void on_x2SpinBox_valueChanged(int arg1);
     void on_y2SpinBox_valueChanged(int arg1);
+    /// @}
     void on_deleteButton_clicked(); ///< asks first; tells a change of data even after a Cancel
     void on_clearButton_clicked(); ///< asks first
 
 protected:
-    std::unique_ptr<Ui::ViewSelectedROI> ui;
+    std::unique_ptr<Ui::ViewSelectedROI> ui; ///< the controls
     int m_maxCount; ///< 0 is no limit
-    QRect m_range;
-    bool m_editable = true;
-    QList<QRect> m_roiList;
+    QRect m_range; ///< what every rectangle is clipped to
+    bool m_editable = true; ///< see setEditable()
+    QList<QRect> m_roiList; ///< see getRoiList()
 
     /// Applies a change to the selected rectangle, if there is one.
     template <typename Change> void changeSelected(const Change& change);

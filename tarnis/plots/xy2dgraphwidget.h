@@ -36,15 +36,18 @@ class TARNIS_EXPORT XY2DGraphWidget : public XYGraphWidget {
     Q_OBJECT
 
 public:
+    /// No rows, the colour bar automatic, the grid over the bins; to be followed by init().
     explicit XY2DGraphWidget(QWidget* parent = nullptr);
     ~XY2DGraphWidget() override;
 
     /// The five points of the colour scale, at 0.0, 0.25, 0.5, 0.75 and 1.0 of it; shared by all maps of the process.
+    /// @{
     static QColor colMin;
     static QColor colHalfMin;
     static QColor colHalf;
     static QColor colHalfMax;
     static QColor colMax;
+    /// @}
 
     // Data - xy2dgraphwidget.cpp
 
@@ -56,12 +59,15 @@ public:
     void clearData();
     /// Gives the rows, implicitly shared.
     void getData(QList<QList<double>>& rows);
-    /// Axis units per bin; 0 derives it from the initial range.
+    /// Axis units per bin; 0 derives it from the initial range. @{
     void setStepX(double step);
     void setStepY(double step);
-    /// The step in force: initial range by bins (of row 0), 1e-5 without rows. Not finite if row 0 is empty.
+    /// @}
+    /// The step in force: as set, or initial range by bins (of row 0), 1e-5 without rows. Not finite if row 0 is empty.
+    /// @{
     double getStepX();
     double getStepY();
+    /// @}
     /// Axis units per bin on axes that are not manual; 0 counts as 1. Refreshes on a change.
     void setResolution(unsigned int x, unsigned int y);
     /// Length of the longest row times the X resolution.
@@ -73,7 +79,7 @@ public:
 
     /// Gives the value at the top of the scale; returns whether the scale is automatic.
     bool getMaxZ(double& maxZ);
-    void setColorBarTicks(int ticks);
+    void setColorBarTicks(int ticks); ///< as ColorBarWidget::setTicks()
     /// Colour of a value; invalid where the scale is undefined, for NaN and for a value that equals both limits.
     QColor getColor(double value);
     /// Sets the five colours of all maps and, if it is valid, the background of all plots; repaints this plot. If one
@@ -96,8 +102,10 @@ public:
     /// Sets the cut rectangle to the visible range. No refresh.
     void init1dCutRectWithDrawingRange();
     /// Widens the range to whole bins, limited below by 0 and above by the number of bins; the range box follows.
+    /// @{
     void update1dCutRangeX(double& min, double& max);
     void update1dCutRangeY(double& min, double& max);
+    /// @}
     /// Opens the range box and the cut windows where they are missing and places them beside the window. With
     /// `refreshData` the sums are made anew.
     void refresh1dCut(bool refreshData);
@@ -126,7 +134,7 @@ public:
     void enalbeRoiSelect(QRect range);
     /// Switches the tool, if it is offered.
     void SetRoiEnabled(bool on);
-    bool IsRoiEnabled() const;
+    bool IsRoiEnabled() const; ///< whether it is on
     /// Opens the window of the regions where it is missing, and places it beside the parent.
     void refreshROI();
     /// Shows or hides the menu entry; hiding it switches the tool off.
@@ -149,39 +157,42 @@ Q_SIGNALS:
 
 public Q_SLOTS:
     // Colour scale, continued
-    void onAutoScaleZToggled(bool checked);
+    void onAutoScaleZToggled(bool checked); ///< off: the limits stay and the bar's labels can be edited. Refreshes.
     void onMaxZChanged(double max); ///< sets the upper limit of the scale
     // Cut, continued
     void onParentMoved(); ///< the owner's window moved: cut and region windows follow
     void onParentActivate(); ///< the owner's window became active: they come to the front
     void on1dCutEntered(); ///< Return in the editor of an edge; a value out of sight is ignored
     // Files, continued
-    void onColorBarMenuHide();
+    void onColorBarMenuHide(); ///< drops the menu that has closed
     // Data, continued
     void onAutoScaleX(bool) override; ///< fits to the longest row
     void onAutoScaleY(bool) override; ///< fits to the number of rows
-    void onReset() override;
+    void onReset() override; ///< the cut, if it is on, follows
     // Files, continued
-    void onSave() override;
+    void onSave() override; ///< with overlay and colour bar
     void onPrint() override; ///< with both cut windows open, the three plots on one page
     void onSaveCsv(); ///< all bins, one line for each row; a file that cannot be opened is dropped silently
     // Cut, continued
-    void on1dCut(bool);
+    void on1dCut(bool); ///< the tool: on, it cuts all bins and opens its windows; off, it closes them
     void on1dCutInside(bool); ///< cut plots leave out what lies outside of the rectangle
     void on1dCutEdited(double x_min, double x_max, double y_min, double y_max); ///< from the range box
     // Colour scale, continued
-    void onLogScale(bool);
+    void onLogScale(bool); ///< of the colours, and of the Y axes of the cut plots. Refreshes.
     // Regions, continued
-    void onROI(bool);
+    void onROI(bool); ///< the tool: opens or hides the window of the regions, and tells it by a signal
     // Colour scale, continued
     void onMinZChanged(double min); ///< sets the lower limit of the scale
     void onColorBarSizeChanging(int width); ///< gives the colour bar that width
-    void onMinColor(); ///< asks for the colour, as do the four after it
+    /// Asks for the colour of one point of the scale. @{
+    void onMinColor();
     void onHalfMinColor();
     void onHalfColor();
     void onHalfMaxColor();
     void onMaxColor();
+    /// @}
     void updatePattern(); ///< the colours were set: repaints and tells it
+    /// Sets the five colours of all maps; this one repaints. @{
     void onPatternRainbow1();
     void onPatternRainbow2();
     void onPatternGrays();
@@ -191,10 +202,14 @@ public Q_SLOTS:
     void onPatternYellowHot();
     void onPatternBlue();
     void onColorReverse();
-    void onBackGroundColor();
+    /// @}
+    void onBackGroundColor(); ///< asks for the background of all plots; this one repaints
+    /// An editor of the colour bar opens, or is dropped. @{
     void onEditingColorBar();
     void onFinishEditingColorBar();
+    /// @}
     // Regions, continued
+    /// From the list of regions: repaints, and tells a change of the rectangles by onSelectRoiChanged().
     void onROIChanged(const QList<QRect>& roiList, int selectedIndex, bool dataChanged);
 
 protected:
@@ -209,31 +224,34 @@ protected:
 
     // Colour bar
     QPushButton* m_autoButton; ///< "Auto" or "Manual"
-    ColorBarWidget* m_colorBar;
+    ColorBarWidget* m_colorBar; ///< a child, at the right edge
     QMenu* m_colorBarMenu = nullptr; ///< the open menu
     double m_minZ = 0.0; ///< value at the bottom of the scale
     double m_maxZ = 100.0; ///< value at the top
 
-    // Bins on the axes
-    double m_stepX = 0.0, m_stepY = 0.0; ///< axis units per bin; 0 derives them
+    /// Axis units per bin, 0 derives them; and on axes that are not manual, at least 1. @{
+    double m_stepX = 0.0, m_stepY = 0.0;
     unsigned int m_resolutionX = 1, m_resolutionY = 1;
+    /// @}
 
-    // Cut
-    QAction* m_act1dCut;
+    QAction* m_act1dCut; ///< the tool's entry of the menu
     bool m_1dCutMode = false; ///< the tool is on
     bool m_1dCutActive = false; ///< there is a rectangle: sums are made, its edges answer the mouse
-    QAction* m_act1dCutInside;
-    bool m_1dCutInside = false;
+    QAction* m_act1dCutInside; ///< its second entry, visible while it is on
+    bool m_1dCutInside = false; ///< see on1dCutInside()
 
     // Colour scale
     bool m_logScale = false; ///< colours by the logarithm
 
-    // Cut, continued
-    double m_cutMinX = 0.0, m_cutMaxX = 0.0, m_cutMinY = 0.0, m_cutMaxY = 0.0; ///< the rectangle
+    /// The rectangle of the cut. @{
+    double m_cutMinX = 0.0, m_cutMaxX = 0.0, m_cutMinY = 0.0, m_cutMaxY = 0.0;
+    /// @}
     QRect m_cutPixelRect; ///< in widget pixels, as last painted
     int m_cutDragEdge = 0; ///< 0 none, 1 left, 2 right, 3 top, 4 bottom
-    ModelessWidgetManager m_cutXWindows, m_cutYWindows; ///< each holds its window under the key null
-    XYRangeInputDialog* m_cutRangeDialog = nullptr;
+    /// Each holds its cut window under the key null. @{
+    ModelessWidgetManager m_cutXWindows, m_cutYWindows;
+    /// @}
+    XYRangeInputDialog* m_cutRangeDialog = nullptr; ///< the open range box, a child
 
     // Painting
     QList<QPointF> m_points; ///< crosses, in axis units
@@ -241,23 +259,23 @@ protected:
     // Regions
     QAction* m_actRoi = nullptr; ///< null until the tool is offered
     QRect m_roiRange; ///< whole axis units
-    QDialog* m_roiWindow = nullptr;
+    QDialog* m_roiWindow = nullptr; ///< a child; null until the tool was first switched on
 
     // Mouse
     QPoint m_pressPos; ///< of the last press
 
-    // Cut, continued
-    bool m_display1dCutIntensity = false;
+    bool m_display1dCutIntensity = false; ///< see setDisplay1dCutIntensity()
 
-    // Colour bar, continued: two latches that nothing clears
+    /// An editor of the colour bar was opened, or dropped, once; nothing clears them. @{
     bool m_editingColorBar = false, m_finishedEditingColorBar = false;
+    /// @}
 
     std::unique_ptr<tarnis::BinMap> m_map; ///< paints the bins and keeps buffers for it
 
-    // Steps of the above
+    /// Steps of the above. @{
     tarnis::BinAxis binAxisX();
     tarnis::BinAxis binAxisY();
-    qsizetype columnCount() const; ///< of row 0
+    qsizetype columnCount() const;
     void feedColorBar();
     void fitColorScale();
     tarnis::ColorScale colorScale() const;
@@ -288,4 +306,5 @@ protected:
     void hideRegionWindow();
     void paintRegions(QPainter& painter);
     void printWithCuts(VectorGraphWidget& plotX, VectorGraphWidget& plotY);
+    /// @}
 };

@@ -31,6 +31,7 @@ class TARNIS_EXPORT XYGraphWidget : public DoubleBufferedWidget {
     Q_OBJECT
 
 public:
+    /// Ranges of 0 to 0 on automatic axes, and the actions of the menu; to be followed by init().
     explicit XYGraphWidget(QWidget* parent = nullptr);
     ~XYGraphWidget() override;
 
@@ -41,37 +42,44 @@ public:
 
     /// Names, a range from 0 to the rounded maximum on either axis, and automatic scaling. Ends any manual range.
     void init(const QString& nameX, const QString& nameY, double maxX, double maxY, bool autoX, bool autoY);
-    /// Fixes the range of the axis: visible and initial range are min to max, unrounded; min may be above max.
+    /// Fixes the range of the axis: visible and initial range are min to max, unrounded; min may be above max. @{
     void initManualX(double min, double max);
     void initManualY(double min, double max);
+    /// @}
     /// Switches automatic scaling of both axes and reads the mouse tool.
     void initMode(bool autoX, bool autoY);
+    /// The visible range, as it is given; an axis that scales automatically goes on doing so. @{
     void setMinMaxX(double min, double max);
     void setMinMaxY(double min, double max);
-    /// Gives the visible range; returns whether the axis scales automatically.
+    /// @}
+    /// Gives the visible range; returns whether the axis scales automatically. @{
     bool getMinMaxX(double& min, double& max);
     bool getMinMaxY(double& min, double& max);
-    /// Gives the range that init() or initManualX() was called with.
+    /// @}
+    /// Gives the range that init() or initManualX(), initManualY() was called with. @{
     void getInitMinMaxX(double& min, double& max) const;
     void getInitMinMaxY(double& min, double& max) const;
+    /// @}
     /// On a change: new initial and visible maximum (rounded unless the range is manual), and a refresh.
     void setInitMaxX(double max);
-    /// On a change: a refresh.
+    /// Name beside the axis. On a change: a refresh. @{
     void setNameX(const QString& name);
     void setNameY(const QString& name);
     QString getNameX() const;
     QString getNameY() const;
+    /// @}
     /// Free text above the plot, right-aligned.
     void setNotes(const QString& notes);
     /// Heading of the printed page; not shown on the screen.
     void setTitle(const QString& title);
     /// Decimals wanted on the axis. Without any, no tick step is below 1. A new value reaches the Y ticks at the next
-    /// paint and the X ticks one paint later.
+    /// paint and the X ticks one paint later. @{
     void setDecimalX(int decimal);
     void setDecimalY(int decimal);
     int getDecimalX() const;
     int getDecimalY() const;
-    /// Stores and refreshes.
+    /// @}
+    /// A logarithmic Y axis. Stores and refreshes.
     virtual void setLogScaleY(bool on);
     /// Grid over the data instead of under it. Refreshes.
     void SetPaintGridLineOnGraph(bool on);
@@ -83,8 +91,10 @@ public:
 
     /// log10(x) for x above 0, else 0.
     static double LOG10(double x);
+    /// The value in the process-wide number format. @{
     QString getLabelX(double value);
     QString getLabelY(double value);
+    /// @}
     /// Average width and height of a character in the widget's font.
     void getCharSize(int& width, int& height);
     /// Room for labels and names around the plot rectangle.
@@ -93,8 +103,10 @@ public:
     /// receives the number used (at most 3) if the step falls below 1 and one is wanted.
     static QList<double> calcTicks(double a, double b, int& decimal);
     /// Rounds a maximum up to whole tick steps; `ticks` receives their number, at least 4. Negative values give NaN.
+    /// @{
     double adjustAxis(double value, unsigned int& ticks);
     double adjustAxis(double value);
+    /// @}
     /// Sets the visible maximum: the initial one on a manual axis, else the rounded value.
     void adjustAxisX(double value);
     /// The same; on a log axis the first power of ten from 1 up that is not below the value.
@@ -105,7 +117,7 @@ public:
     QPoint calcGraphPoint(const QPoint& point) const;
     /// Values to pixels, the inverse.
     QPointF calcWidgetPointF(const QPointF& point) const;
-    QPoint calcWidgetPoint(const QPoint& point) const;
+    QPoint calcWidgetPoint(const QPoint& point) const; ///< the same on whole numbers, as calcGraphPoint() rounds
 
     // Painting - xygraphwidget_paint.cpp
 
@@ -116,10 +128,10 @@ public:
 
     // Selection of an X range - xygraphwidget_range.cpp
 
-    /// Shows the two menu entries, with `name` for the word X.
+    /// Shows or hides the two menu entries, with `name` for the word X.
     void SetEnableSelectXRangeFeature(bool enable, const QString& name);
-    bool IsEnableSelectXRangeFeature() const;
-    bool IsEnableSelectXRange() const;
+    bool IsEnableSelectXRangeFeature() const; ///< whether they are shown
+    bool IsEnableSelectXRange() const; ///< whether the selection tool is on
     /// Switches the selection tool.
     void SetEnableSelectXRange(bool enable);
     /// Gives the selected range; true if there is one.
@@ -136,35 +148,40 @@ Q_SIGNALS:
 
 public Q_SLOTS:
     // Editors of the axis ends - xygraphwidget_edit.cpp
-    void onEditMinY(); ///< asks for the limit in a box
+    /// Asks for the limit in a box; one that is out of order is ignored. @{
+    void onEditMinY();
     void onEditMaxY();
+    /// @}
     // Selection of an X range, continued
     void onParentMoved(); ///< the owner's window moved: the range box follows
     void onParentActivate(); ///< the owner's window became active: the range box comes to the front
     // Set-up and ranges, continued
-    /// Stores the flag and sets the check mark. Subclasses refit the range to their data.
+    /// Stores the flag and sets the check mark. Subclasses refit the range to their data. @{
     virtual void onAutoScaleX(bool checked);
     virtual void onAutoScaleY(bool checked);
-    // Mouse tools - xygraphwidget_mouse.cpp; each reads its action's check mark
+    /// @}
+    /// Mouse tools - xygraphwidget_mouse.cpp. If the tool's action is checked, the others are unchecked. @{
     virtual void onRectangle();
     virtual void onZoomIn();
     virtual void onZoomOut();
     virtual void onMove();
+    /// @}
     virtual void onReset(); ///< both axes scale automatically again
     virtual void onShowGrid(); ///< flips the grid; the check mark is left alone
     // Files and printing - xygraphwidget_files.cpp
     virtual void onSave(); ///< asks for a file name; a failed write is told in a box
     virtual void onPrint(); ///< prints title and plot on one page
     // Selection of an X range, continued
+    /// Opens the range box beside the parent, in place of the mouse tools, or closes it; tells it by a signal.
     virtual void onSelectXRange(bool);
-    virtual void onClearXRange();
-    // Editors of the axis ends, continued: Return in the open editor. A value out of order is ignored.
+    virtual void onClearXRange(); ///< selects nothing, and tells it by xRangeSelectClear()
+    /// Return in the open editor: sets the end and ends automatic scaling. A value out of order is ignored. @{
     void onMinXEntered();
     void onMaxXEntered();
     void onMinYEntered();
     void onMaxYEntered();
-    // Selection of an X range, continued
-    void onTofRangeEdited(double x_min, double x_max);
+    /// @}
+    void onTofRangeEdited(double x_min, double x_max); ///< from the range box: as SetXRange()
 
 public:
     /// Takes mode and cursor from the check marks of the tools.
@@ -183,27 +200,38 @@ protected:
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
 
-    // Ranges
-    double m_minX = 0.0, m_maxX = 0.0; ///< visible
+    /// The visible ranges. @{
+    double m_minX = 0.0, m_maxX = 0.0;
     double m_minY = 0.0, m_maxY = 0.0;
-    double m_initMinX = 0.0, m_initMaxX = 0.0; ///< as given at set-up
+    /// @}
+    /// The ranges as given at set-up. @{
+    double m_initMinX = 0.0, m_initMaxX = 0.0;
     double m_initMinY = 0.0, m_initMaxY = 0.0;
-    double m_xRangeMin = 0.0, m_xRangeMax = 0.0; ///< selected; equal values select nothing
-    bool m_autoScaleX = true, m_autoScaleY = true; ///< the subclass fits the range to its data
+    /// @}
+    /// The selected X range; equal values select nothing. @{
+    double m_xRangeMin = 0.0, m_xRangeMax = 0.0;
+    /// @}
+    /// The subclass fits the range to its data. @{
+    bool m_autoScaleX = true, m_autoScaleY = true;
+    /// @}
     bool m_initAutoScaleX = true; ///< as given to init()
-    bool m_manualX = false, m_manualY = false; ///< the maximum stays the initial one, unrounded
+    /// The maximum stays the initial one, unrounded. @{
+    bool m_manualX = false, m_manualY = false;
+    /// @}
 
-    // Ticks
-    int m_decimalX = 0, m_decimalY = 0; ///< wanted
-    int m_tickDecimalX = 0, m_tickDecimalY = 0; ///< working copies of a paint
-    void* m_funcUserData = nullptr;
-    bool m_logScaleY = false;
-    bool m_paintGridOnGraph = false;
+    /// Decimals of the ticks: wanted, and the working copies of a paint. @{
+    int m_decimalX = 0, m_decimalY = 0;
+    int m_tickDecimalX = 0, m_tickDecimalY = 0;
+    /// @}
+    void* m_funcUserData = nullptr; ///< see setFuncX2Tick()
+    bool m_logScaleY = false; ///< see setLogScaleY()
+    bool m_paintGridOnGraph = false; ///< see SetPaintGridLineOnGraph()
 
-    // Texts
+    /// The texts on and above the plot, and of its printed page. @{
     QString m_nameX, m_nameY;
     QString m_notes;
     QString m_title;
+    /// @}
 
     // Geometry
     QRect m_graphRect; ///< inner plot rectangle of the latest paint, in the painter's coordinates
@@ -213,10 +241,10 @@ protected:
     int m_mode = 0; ///< 0 none, 1 rubber band, 2 zoom in, 3 zoom out, 4 move
     bool m_selecting = false; ///< a drag is under way
     QRect m_selectRect; ///< the rubber band, not clipped
-    QRubberBand m_rubberBand;
+    QRubberBand m_rubberBand; ///< what the user sees of it, clipped
     QPoint m_lastPos; ///< previous position while moving
 
-    // Actions, owned by the widget
+    /// Entries of the menu, owned by the widget. @{
     QAction* m_actAutoScaleX;
     QAction* m_actAutoScaleY;
     QAction* m_actRectangle;
@@ -226,23 +254,26 @@ protected:
     QAction* m_actShowGrid;
     QAction* m_actSelectXRange;
     QAction* m_actClearXRange;
+    /// @}
 
-    // Editors of the axis ends
-    QRect m_labelRectMinX, m_labelRectMaxX, m_labelRectMinY, m_labelRectMaxY; ///< labels that open an editor
+    /// The labels that open an editor, in pixels of the widget. @{
+    QRect m_labelRectMinX, m_labelRectMaxX, m_labelRectMinY, m_labelRectMaxY;
+    /// @}
     QLineEdit* m_edit = nullptr; ///< the open editor, a child
 
-    // Continued
-    bool m_showGrid = true;
+    bool m_showGrid = true; ///< see onShowGrid()
     QPrinter m_printer; ///< keeps the settings between prints
+    /// See setFuncX2Tick(); never null. @{
     double (*m_funcX2Tick)(double, void*);
     double (*m_funcTick2X)(double, void*);
+    /// @}
 
-    // Selection of an X range
-    QString m_xRangeName;
+    QString m_xRangeName; ///< the word for X in the menu and the range box
     XRangeInputDialog* m_xRangeDialog = nullptr; ///< the open box, a child
 
     std::unique_ptr<tarnis::LabelCache> m_labels; ///< layouts of tick labels
 
+    /// @cond
     // Steps of the mouse tools and editors
     TARNIS_NO_EXPORT tarnis::PlotRanges visibleRanges() const;
     TARNIS_NO_EXPORT void changeRanges(const tarnis::PlotRanges& ranges);
@@ -250,4 +281,5 @@ protected:
     TARNIS_NO_EXPORT void openEditorAt(const QPoint& point);
     TARNIS_NO_EXPORT void enterMinY(double value);
     TARNIS_NO_EXPORT void enterMaxY(double value);
+    /// @endcond
 };
