@@ -52,7 +52,7 @@ protected:
 /// "stat", with the values of its last reply. Used on one thread once the session has delivered the reply.
 class TARNIS_EXPORT TarnisCmdStat : public TarnisCmd {
 public:
-    TarnisCmdStat();
+    TarnisCmdStat(); ///< no values yet
     /// Replaces the values by those of a reply of lines name, colon, value, in UTF-8. A null reply changes nothing, an
     /// empty one leaves no values.
     virtual void onReply(const QByteArray& reply);
@@ -69,7 +69,7 @@ protected:
 /// "setting", with the values of its last reply. As TarnisCmdStat in everything else.
 class TARNIS_EXPORT TarnisCmdSetting : public TarnisCmd {
 public:
-    TarnisCmdSetting();
+    TarnisCmdSetting(); ///< no values yet
     /// As TarnisCmdStat::onReply().
     virtual void onReply(const QByteArray& reply);
     /// The value of a name; a null string where the last reply has none.
