@@ -150,13 +150,13 @@ bool showsStatistics()
 
 void use()
 {
-    int result = 0;
     try {
         HAND_STEPS();
     } catch (const Failed&) {
-        result = 1;
+        QCoreApplication::exit(1);
+        return;
     }
-    QCoreApplication::exit(result);
+    QApplication::closeAllWindows(); // the program ends with its last window
 }
 
 void raiseHand()
