@@ -1,5 +1,7 @@
 #include "tarnis/dialogs/dialogchecklist.h"
 
+#include "tarnis/foundation/followlanguage_p.h"
+
 #include "ui_dialogchecklist.h"
 
 DialogCheckList::DialogCheckList(QString const& title, QWidget* parent)
@@ -10,6 +12,13 @@ DialogCheckList::DialogCheckList(QString const& title, QWidget* parent)
     setDescription(QString());
     if (!title.isEmpty())
         setWindowTitle(title);
+    tarnis::followLanguage(*this, [this] {
+        const QString shownTitle = windowTitle();
+        const QString description = ui->labelDescription->text();
+        ui->retranslateUi(this);
+        setWindowTitle(shownTitle);
+        ui->labelDescription->setText(description);
+    });
 }
 
 DialogCheckList::~DialogCheckList() = default;

@@ -2,6 +2,7 @@
 // peak search).
 #include "tarnis/plots/multivectorgraphwidget.h"
 
+#include "tarnis/foundation/followlanguage_p.h"
 #include "tarnis/plots/plotnumbers_p.h"
 #include "tarnis/plots/seriessums_p.h"
 
@@ -26,24 +27,27 @@ MultiVectorGraphWidget::MultiVectorGraphWidget(QWidget* parent)
     // The range must be there before the frame lays out its ticks.
     connect(this, &DoubleBufferedWidget::painting, this, &MultiVectorGraphWidget::onPainting, Qt::DirectConnection);
 
-    const auto add = [this](const QString& text) {
-        auto* action = new QAction(text, this);
+    const auto add = [this](const char* text) {
+        auto* action = new QAction(this);
+        tarnis::nameAction(*action, *this, [text] { return tr(text); });
         addAction(action);
         return action;
     };
-    const auto addCheckable = [&add](const QString& text, bool checked) {
+    const auto addCheckable = [&add](const char* text, bool checked) {
         QAction* action = add(text);
         action->setCheckable(true);
         action->setChecked(checked);
         return action;
     };
-    connect(add(tr("Save CSV...")), &QAction::triggered, this, &MultiVectorGraphWidget::onSaveCsv);
-    connect(addCheckable(tr("Column Chart"), false), &QAction::toggled, this, &MultiVectorGraphWidget::onColumnChart);
-    connect(
-        addCheckable(tr("Connect Points"), true), &QAction::toggled, this, &MultiVectorGraphWidget::onConnectPoints);
-    m_actPeakSearch = add(tr("Peak Search"));
+    connect(add(QT_TR_NOOP("Save CSV...")), &QAction::triggered, this, &MultiVectorGraphWidget::onSaveCsv);
+    connect(addCheckable(QT_TR_NOOP("Column Chart"), false), &QAction::toggled, this,
+        &MultiVectorGraphWidget::onColumnChart);
+    connect(addCheckable(QT_TR_NOOP("Connect Points"), true), &QAction::toggled, this,
+        &MultiVectorGraphWidget::onConnectPoints);
+    m_actPeakSearch = add(QT_TR_NOOP("Peak Search"));
     connect(m_actPeakSearch, &QAction::triggered, this, &MultiVectorGraphWidget::onPeakSearch);
-    connect(addCheckable(tr("Log Scale"), false), &QAction::triggered, this, &MultiVectorGraphWidget::onLogScale);
+    connect(
+        addCheckable(QT_TR_NOOP("Log Scale"), false), &QAction::triggered, this, &MultiVectorGraphWidget::onLogScale);
 
     m_showGrid = true;
     m_actShowGrid->setChecked(true);

@@ -2,6 +2,7 @@
 #include "tarnis/plots/multivectorgraphwidget.h"
 
 #include "tarnis/dialogs/selectcheckeddialog.h"
+#include "tarnis/foundation/followlanguage_p.h"
 #include "tarnis/foundation/helpers.h"
 #include "tarnis/foundation/modalbox_p.h"
 #include "tarnis/foundation/trace_p.h"
@@ -83,6 +84,7 @@ void MultiVectorGraphWidget::onSelectVisibles()
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->show();
     dialog->setWindowTitle(tr("Select Visible Items"));
+    tarnis::followLanguage(*dialog, [dialog] { dialog->setWindowTitle(tr("Select Visible Items")); });
 
     QTableWidget* table = dialog->getTable();
     table->horizontalHeader()->setVisible(true);

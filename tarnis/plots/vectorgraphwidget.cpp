@@ -1,5 +1,6 @@
 #include "tarnis/plots/vectorgraphwidget.h"
 
+#include "tarnis/foundation/followlanguage_p.h"
 #include "tarnis/foundation/helpers.h"
 #include "tarnis/foundation/modalbox_p.h"
 #include "tarnis/peak/peaksearchdialog.h"
@@ -25,7 +26,8 @@ constexpr double headroom = 1.1111111111111112;
 VectorGraphWidget::VectorGraphWidget(QWidget* parent)
     : XYGraphWidget(parent)
 {
-    auto* saveCsv = new QAction(tr("Save CSV..."), this);
+    auto* saveCsv = new QAction(this);
+    tarnis::nameAction(*saveCsv, *this, [] { return tr("Save CSV..."); });
     connect(saveCsv, &QAction::triggered, this, &VectorGraphWidget::onSaveCsv);
     addAction(saveCsv);
 }

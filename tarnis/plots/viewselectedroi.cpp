@@ -1,5 +1,6 @@
 #include "tarnis/plots/viewselectedroi.h"
 
+#include "tarnis/foundation/followlanguage_p.h"
 #include "tarnis/foundation/modalbox_p.h"
 
 #include "ui_viewselectedroi.h"
@@ -36,6 +37,7 @@ ViewSelectedROI::ViewSelectedROI(int maxCount, QRect range, QWidget* parent)
     , m_range(range.normalized())
 {
     ui->setupUi(this);
+    tarnis::followLanguage(*this, [this] { ui->retranslateUi(this); });
 }
 
 ViewSelectedROI::~ViewSelectedROI() = default;

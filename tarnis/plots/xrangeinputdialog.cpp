@@ -1,5 +1,6 @@
 #include "tarnis/plots/xrangeinputdialog.h"
 
+#include "tarnis/foundation/followlanguage_p.h"
 #include "tarnis/plots/rangebox_p.h"
 #include "ui_xrangeinputdialog.h"
 
@@ -10,8 +11,12 @@ XRangeInputDialog::XRangeInputDialog(const QString& name, char format, int preci
     , m_precision(precision)
 {
     ui->setupUi(this);
-    ui->xMinLabel->setText(tr("%1-min").arg(name));
-    ui->xMaxLabel->setText(tr("%1-max").arg(name));
+    const auto setLabels = [this, name] {
+        ui->xMinLabel->setText(tr("%1-min").arg(name));
+        ui->xMaxLabel->setText(tr("%1-max").arg(name));
+    };
+    setLabels();
+    tarnis::followLanguage(*this, setLabels);
     tarnis::paintAsRangeBox(*this);
 }
 

@@ -3,6 +3,7 @@
 // bar).
 #include "tarnis/plots/xy2dgraphwidget.h"
 
+#include "tarnis/foundation/followlanguage_p.h"
 #include "tarnis/plots/binmap_p.h"
 #include "tarnis/plots/colorbarwidget.h"
 #include "tarnis/plots/plotnumbers_p.h"
@@ -22,14 +23,15 @@ constexpr double emptyStep = 1e-5;
 
 constexpr int firstBarMargin = 56;
 
-QAction* addPlain(QWidget* widget, const QString& text)
+QAction* addPlain(QWidget* widget, const char* text)
 {
-    auto* action = new QAction(text, widget);
+    auto* action = new QAction(widget);
+    tarnis::nameAction(*action, *widget, [text] { return XY2DGraphWidget::tr(text); });
     widget->addAction(action);
     return action;
 }
 
-QAction* addCheckable(QWidget* widget, const QString& text)
+QAction* addCheckable(QWidget* widget, const char* text)
 {
     QAction* action = addPlain(widget, text);
     action->setCheckable(true);
@@ -63,13 +65,20 @@ XY2DGraphWidget::XY2DGraphWidget(QWidget* parent)
     m_autoButton->setText(text);
     m_margin.setRight(m_autoButton->width() + tarnis::besideAutoButton);
 
-    connect(addPlain(this, tr("Save CSV...")), &QAction::triggered, this, &XY2DGraphWidget::onSaveCsv);
-    m_act1dCut = addCheckable(this, tr("1D Cut"));
+    connect(addPlain(this, QT_TR_NOOP("Save CSV...")), &QAction::triggered, this, &XY2DGraphWidget::onSaveCsv);
+    m_act1dCut = addCheckable(this, QT_TR_NOOP("1D Cut"));
     connect(m_act1dCut, &QAction::toggled, this, &XY2DGraphWidget::on1dCut);
-    m_act1dCutInside = addCheckable(this, tr("Inside Only"));
+    m_act1dCutInside = addCheckable(this, QT_TR_NOOP("Inside Only"));
     m_act1dCutInside->setVisible(false);
     connect(m_act1dCutInside, &QAction::toggled, this, &XY2DGraphWidget::on1dCutInside);
-    connect(addCheckable(this, tr("Log Scale")), &QAction::triggered, this, &XY2DGraphWidget::onLogScale);
+    connect(addCheckable(this, QT_TR_NOOP("Log Scale")), &QAction::triggered, this, &XY2DGraphWidget::onLogScale);
+
+    tarnis::followLanguage(*this, [this] {
+        m_autoButton->setText(tr("Manual")); // the longer word
+        m_autoButton->adjustSize();
+        m_autoButton->setText(m_autoButton->isChecked() ? tr("Auto") : tr("Manual"));
+        adjustWidgetPosition(size());
+    });
 
     setMouseTracking(true); // for the read-out
     adjustWidgetPosition(size());

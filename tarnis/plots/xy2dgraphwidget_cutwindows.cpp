@@ -1,6 +1,7 @@
 // The range box and the two cut windows, which are glued to the window around the plot.
 #include "tarnis/plots/xy2dgraphwidget.h"
 
+#include "tarnis/foundation/followlanguage_p.h"
 #include "tarnis/foundation/helpers.h"
 #include "tarnis/plots/colorbarwidget.h"
 #include "tarnis/plots/mapcut_p.h"
@@ -16,24 +17,38 @@
 
 namespace {
 
+/// In the language of now: the plot has just been made.
+bool isSaving(const QAction& action)
+{
+    const QString text = action.text();
+    return text.startsWith(QLatin1String("Save")) || text == XYGraphWidget::tr("Save PNG...")
+        || text == VectorGraphWidget::tr("Save CSV...");
+}
+
+QAction* addEntry(VectorGraphWidget* plot, const char* text)
+{
+    auto* action = new QAction(plot);
+    tarnis::nameAction(*action, *plot, [text] { return XY2DGraphWidget::tr(text); });
+    plot->addAction(action);
+    return action;
+}
+
 /// Leaves saving and the Y range to a cut plot, and gives it two entries to type that range.
 void keepCutActions(VectorGraphWidget* plot)
 {
     const QString autoScaleY = XYGraphWidget::tr("Auto Scale Y");
     const QList<QAction*> actions = plot->actions();
     for (QAction* action : actions) {
-        if (action->text().startsWith(QLatin1String("Save")))
+        if (isSaving(*action))
             continue;
         plot->removeAction(action);
         if (action->text() != autoScaleY)
             continue;
         plot->addAction(action);
-        auto* editMin = new QAction(XY2DGraphWidget::tr("Edit Min Y ..."), plot);
+        QAction* editMin = addEntry(plot, QT_TRANSLATE_NOOP("XY2DGraphWidget", "Edit Min Y ..."));
         QObject::connect(editMin, &QAction::triggered, plot, &XYGraphWidget::onEditMinY);
-        plot->addAction(editMin);
-        auto* editMax = new QAction(XY2DGraphWidget::tr("Edit Max Y ..."), plot);
+        QAction* editMax = addEntry(plot, QT_TRANSLATE_NOOP("XY2DGraphWidget", "Edit Max Y ..."));
         QObject::connect(editMax, &QAction::triggered, plot, &XYGraphWidget::onEditMaxY);
-        plot->addAction(editMax);
     }
 }
 

@@ -1,6 +1,7 @@
 // Regions of interest: the tool, its window, and the rectangles over the map.
 #include "tarnis/plots/xy2dgraphwidget.h"
 
+#include "tarnis/foundation/followlanguage_p.h"
 #include "tarnis/foundation/trace_p.h"
 #include "tarnis/plots/mapcut_p.h"
 #include "tarnis/plots/plotnumbers_p.h"
@@ -45,7 +46,8 @@ void XY2DGraphWidget::enalbeRoiSelect(QRect range)
         renewRegionWindow();
         return;
     }
-    m_actRoi = new QAction(tr("Select ROI..."), this);
+    m_actRoi = new QAction(this);
+    tarnis::nameAction(*m_actRoi, *this, [] { return tr("Select ROI..."); });
     m_actRoi->setCheckable(true);
     m_actRoi->setChecked(false);
     connect(m_actRoi, &QAction::toggled, this, &XY2DGraphWidget::onROI);

@@ -2,6 +2,7 @@
 // events), _edit (editors of the axis ends), _range (selection of an X range), _files (saving and printing).
 #include "tarnis/plots/xygraphwidget.h"
 
+#include "tarnis/foundation/followlanguage_p.h"
 #include "tarnis/plots/labelcache_p.h"
 #include "tarnis/plots/plotnumbers_p.h"
 
@@ -16,19 +17,19 @@ double identity(double value, void* /*data*/)
     return value;
 }
 
-QAction* addCheckable(QWidget* widget, const QString& text, bool checked)
+QAction* addPlain(QWidget* widget, const char* text)
 {
-    auto* action = new QAction(text, widget);
-    action->setCheckable(true);
-    action->setChecked(checked);
+    auto* action = new QAction(widget);
+    tarnis::nameAction(*action, *widget, [text] { return XYGraphWidget::tr(text); });
     widget->addAction(action);
     return action;
 }
 
-QAction* addPlain(QWidget* widget, const QString& text)
+QAction* addCheckable(QWidget* widget, const char* text, bool checked)
 {
-    auto* action = new QAction(text, widget);
-    widget->addAction(action);
+    QAction* action = addPlain(widget, text);
+    action->setCheckable(true);
+    action->setChecked(checked);
     return action;
 }
 
@@ -47,18 +48,18 @@ XYGraphWidget::XYGraphWidget(QWidget* parent)
     setAutoFillBackground(true);
     setAttribute(Qt::WA_OpaquePaintEvent); // paint() fills all of the widget: no need to clear it before
 
-    m_actAutoScaleX = addCheckable(this, tr("Auto Scale X"), true);
-    m_actAutoScaleY = addCheckable(this, tr("Auto Scale Y"), true);
-    m_actRectangle = addCheckable(this, tr("Rectangle"), false);
-    m_actZoomIn = addCheckable(this, tr("Zoom In"), false);
-    m_actZoomOut = addCheckable(this, tr("Zoom Out"), false);
-    m_actMove = addCheckable(this, tr("Move"), false);
-    QAction* reset = addPlain(this, tr("Reset"));
-    m_actShowGrid = addCheckable(this, tr("Show Grid"), true);
-    QAction* print = addPlain(this, tr("Print..."));
-    QAction* save = addPlain(this, tr("Save PNG..."));
-    m_actSelectXRange = addCheckable(this, tr("Select X Range"), false);
-    m_actClearXRange = addPlain(this, tr("Clear X Range"));
+    m_actAutoScaleX = addCheckable(this, QT_TR_NOOP("Auto Scale X"), true);
+    m_actAutoScaleY = addCheckable(this, QT_TR_NOOP("Auto Scale Y"), true);
+    m_actRectangle = addCheckable(this, QT_TR_NOOP("Rectangle"), false);
+    m_actZoomIn = addCheckable(this, QT_TR_NOOP("Zoom In"), false);
+    m_actZoomOut = addCheckable(this, QT_TR_NOOP("Zoom Out"), false);
+    m_actMove = addCheckable(this, QT_TR_NOOP("Move"), false);
+    QAction* reset = addPlain(this, QT_TR_NOOP("Reset"));
+    m_actShowGrid = addCheckable(this, QT_TR_NOOP("Show Grid"), true);
+    QAction* print = addPlain(this, QT_TR_NOOP("Print..."));
+    QAction* save = addPlain(this, QT_TR_NOOP("Save PNG..."));
+    m_actSelectXRange = addCheckable(this, QT_TR_NOOP("Select X Range"), false);
+    m_actClearXRange = addPlain(this, QT_TR_NOOP("Clear X Range"));
     m_actSelectXRange->setVisible(false);
     m_actClearXRange->setVisible(false);
     m_actClearXRange->setEnabled(false); // an invisible action is disabled anyway; this one stays so when it is shown

@@ -1,6 +1,7 @@
 // The selected X range: its menu entries, its floating box, and the signals that tell of it.
 #include "tarnis/plots/xygraphwidget.h"
 
+#include "tarnis/foundation/followlanguage_p.h"
 #include "tarnis/foundation/log.h"
 #include "tarnis/plots/plotnumbers_p.h"
 #include "tarnis/plots/xrangeinputdialog.h"
@@ -32,8 +33,8 @@ void XYGraphWidget::SetEnableSelectXRangeFeature(bool enable, const QString& nam
     m_xRangeName = name;
     m_actSelectXRange->setVisible(enable);
     m_actClearXRange->setVisible(enable);
-    m_actSelectXRange->setText(tr("Select %1 Range").arg(name));
-    m_actClearXRange->setText(tr("Clear %1 Range").arg(name));
+    tarnis::nameAction(*m_actSelectXRange, *this, [name] { return tr("Select %1 Range").arg(name); });
+    tarnis::nameAction(*m_actClearXRange, *this, [name] { return tr("Clear %1 Range").arg(name); });
 }
 
 bool XYGraphWidget::IsEnableSelectXRangeFeature() const

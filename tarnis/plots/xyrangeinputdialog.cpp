@@ -1,5 +1,6 @@
 #include "tarnis/plots/xyrangeinputdialog.h"
 
+#include "tarnis/foundation/followlanguage_p.h"
 #include "tarnis/plots/rangebox_p.h"
 #include "ui_xyrangeinputdialog.h"
 
@@ -10,6 +11,7 @@ XYRangeInputDialog::XYRangeInputDialog(QWidget* parent, char format, int precisi
     , m_precision(precision)
 {
     ui->setupUi(this);
+    tarnis::followLanguage(*this, [this] { ui->retranslateUi(this); });
     tarnis::paintAsRangeBox(*this);
 }
 

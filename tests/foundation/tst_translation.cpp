@@ -1,9 +1,16 @@
 // The library's texts in another language, changed while windows are open.
+#include <tarnis/dialogs/dialogchecklist.h>
 #include <tarnis/dialogs/graph1ddialog.h>
+#include <tarnis/dialogs/selectcheckeddialog.h>
 #include <tarnis/foundation/translation.h>
+#include <tarnis/plots/multivectorgraphwidget.h>
+#include <tarnis/plots/vectorgraphwidget.h>
+#include <tarnis/plots/xy2dgraphwidget.h>
 
+#include <QAction>
 #include <QApplication>
 #include <QComboBox>
+#include <QLabel>
 #include <QPushButton>
 #include <QTest>
 #include <QTranslator>
@@ -47,6 +54,83 @@ private Q_SLOTS:
         QCOMPARE(window.findChild<QComboBox*>("typeComboBox")->itemText(0), "Each");
         tarnis::setLanguage(QLocale(QLocale::English));
         QTRY_COMPARE(button->text(), "Update");
+    }
+
+    void toolsOfAPlotFollow()
+    {
+        MultiVectorGraphWidget plot;
+        plot.SetEnableSelectXRangeFeature(true, "T");
+        plot.actions().at(1)->setText("the host's own");
+        const auto texts = [&plot] {
+            QStringList all;
+            const auto actions = plot.actions();
+            for (const QAction* action : actions)
+                all.append(action->text());
+            return all;
+        };
+        const QStringList english = texts();
+        tarnis::setLanguage(QLocale(QLocale::German));
+        QTRY_VERIFY(texts().contains("Vergr\u00f6\u00dfern"));
+        QCOMPARE(texts().at(1), "the host's own");
+        QVERIFY(texts().contains("T-Bereich w\u00e4hlen"));
+        QVERIFY(texts().contains("CSV speichern..."));
+        plot.SetEnableSelectXRangeFeature(true, "T2");
+        QVERIFY(texts().contains("T2-Bereich w\u00e4hlen"));
+        plot.SetEnableSelectXRangeFeature(true, "T");
+        tarnis::setLanguage(QLocale(QLocale::English));
+        QTRY_COMPARE(texts(), english);
+    }
+
+    void buttonOfAMapFollows()
+    {
+        XY2DGraphWidget plot;
+        const auto* const button = plot.findChild<QPushButton*>();
+        plot.onAutoScaleZToggled(false);
+        tarnis::setLanguage(QLocale(QLocale::German));
+        QTRY_COMPARE(button->text(), "Manuell");
+        QVERIFY(button->width() >= button->sizeHint().width());
+        tarnis::setLanguage(QLocale(QLocale::English));
+        QTRY_COMPARE(button->text(), "Manual");
+    }
+
+    void aCutKeepsItsSavingInEveryLanguage()
+    {
+        tarnis::setLanguage(QLocale(QLocale::German));
+        XY2DGraphWidget plot;
+        plot.init("X", "Y", 2, 2, true, true);
+        plot.setData(0, { 1, 2 }, 2, false);
+        plot.setData(1, { 3, 4 }, 4, true);
+        plot.show1dCutWithGauss({}, {});
+        const auto* const cut = plot.findChild<VectorGraphWidget*>();
+        QVERIFY(cut);
+        QStringList texts;
+        const auto actions = cut->actions();
+        for (const QAction* action : actions)
+            texts.append(action->text());
+        QCOMPARE(texts,
+            QStringList({ "PNG speichern...", "CSV speichern...", "Y automatisch", "Y-Minimum \u00e4ndern ...",
+                "Y-Maximum \u00e4ndern ..." }));
+    }
+
+    void aListOfCurvesKeepsItsTitle()
+    {
+        MultiVectorGraphWidget plot;
+        plot.setData(0, { 1, 2 }, 2);
+        plot.onSelectVisibles();
+        const auto* const list = plot.findChild<SelectCheckedDialog*>();
+        tarnis::setLanguage(QLocale(QLocale::German));
+        QTRY_COMPARE(list->windowTitle(), "Sichtbare Kurven w\u00e4hlen");
+        QTRY_COMPARE(list->findChild<QPushButton*>("applyPushButton")->text(), "Anwenden");
+    }
+
+    void aCheckListKeepsWhatItWasGiven()
+    {
+        DialogCheckList list("Title", nullptr);
+        list.setDescription("Words");
+        tarnis::setLanguage(QLocale(QLocale::German));
+        QTRY_COMPARE(list.findChild<QPushButton*>("buttonUncheckAll")->text(), "Alle abw\u00e4hlen");
+        QCOMPARE(list.windowTitle(), "Title");
+        QCOMPARE(list.findChild<QLabel*>("labelDescription")->text(), "Words");
     }
 
     void loadsOnce()

@@ -11,7 +11,7 @@ namespace {
 
 constexpr int binsShown = 256;
 
-QWidget* openMap(const WindowContext& context)
+MapRequest imageRequest()
 {
     MapRequest request;
     request.title = Windows::tr("Image");
@@ -19,7 +19,12 @@ QWidget* openMap(const WindowContext& context)
     request.yLabel = Windows::tr("Y");
     request.bins = binsShown;
     request.command = QStringLiteral("hist2d image bins:%1").arg(binsShown);
-    auto* const window = new LiveMap(context, request);
+    return request;
+}
+
+QWidget* openMap(const WindowContext& context)
+{
+    auto* const window = new LiveMap(context, std::function(imageRequest));
     window->getGraphWidget()->enalbeRoiSelect(QRect(0, 0, binsShown, binsShown));
     return window;
 }

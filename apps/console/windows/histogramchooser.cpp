@@ -40,8 +40,8 @@ QWidget* openHistogram(const WindowContext& context, const HistogramInfo& histog
 {
     const auto make = [&]() -> QWidget* {
         if (histogram.isMap)
-            return new LiveMap(context, mapRequest(histogram));
-        return new LiveCurves(context, curvesRequest(histogram));
+            return new LiveMap(context, std::function([histogram] { return mapRequest(histogram); }));
+        return new LiveCurves(context, std::function([histogram] { return curvesRequest(histogram); }));
     };
     return context.windows.show(QStringLiteral("histogram %1").arg(histogram.name), make,
         [histogram] { return Windows::tr("Histogram %1").arg(titleOf(histogram)); });

@@ -7,10 +7,14 @@
 #include "windows/replyfit.h"
 #include "windows/window.h"
 
+#include <tarnis/plots/multivectorgraphwidget.h>
+#include <tarnis/plots/xy2dgraphwidget.h>
 #include <tarnis/server/tarnissession.h>
 
 #include <QBoxLayout>
 #include <QCheckBox>
+#include <QComboBox>
+#include <QEvent>
 #include <QHeaderView>
 #include <QLabel>
 #include <QPushButton>
@@ -49,6 +53,12 @@ double endOf(double min, double max, int bins)
     return min == 0.0 && max == 0.0 ? bins : max;
 }
 
+QString infoOf(const QDialog& window)
+{
+    const auto* const label = window.findChild<QLabel*>(QStringLiteral("infoLabel"));
+    return label ? label->text() : QString();
+}
+
 bool isRefused(const QStringList& lines)
 {
     for (const QString& line : lines) {
@@ -72,12 +82,24 @@ template <typename Window> void startSession(TarnisSession& session, Window& win
 
 } // namespace
 
+LiveCurves::LiveCurves(const WindowContext& context, const std::function<CurvesRequest()>& request)
+    : LiveCurves(context, request())
+{
+    m_request = request;
+}
+
 LiveCurves::LiveCurves(const WindowContext& context, const CurvesRequest& request)
     : Graph1DDialog(context.link.session(), request.title, request.xLabel, request.xMin, request.xMax,
         request.resolution, 0, request.description, {}, request.command, request.first, request.last, context.parent)
+    , m_request([request] { return request; })
     , m_keeper(context.controller, session)
 {
     wrapInfo(*this);
+    // The library's slot knows the entries by their English words, and has been called with those on show.
+    if (auto* const box = findChild<QComboBox*>(QStringLiteral("typeComboBox")))
+        connect(box, &QComboBox::currentIndexChanged, this,
+            [this](int index) { onTypeChanged(index == 0 ? QStringLiteral("Each") : QStringLiteral("All")); });
+    setTexts();
     connect(&m_keeper, &SessionKeeper::lost, this, &LiveCurves::onLost);
     connect(&m_keeper, &SessionKeeper::wanted, this, &LiveCurves::resume);
 }
@@ -104,16 +126,49 @@ bool LiveCurves::onResultExInfo(QList<QString> const& lines)
     return Graph1DDialog::onResultExInfo(lines) && !isRefused(lines);
 }
 
+void LiveCurves::setTexts()
+{
+    const CurvesRequest request = m_request();
+    MultiVectorGraphWidget& plot = *getGraphWidget();
+    plot.setNameX(request.xLabel);
+    plot.setNameY(tr("Intensity"));
+    plot.setTitle(request.title);
+    plot.m_groupName = request.description;
+    if (!request.rangeName.isEmpty())
+        plot.SetEnableSelectXRangeFeature(true, request.rangeName);
+    QString description = request.description;
+    if (start != end)
+        description = QStringLiteral("%1 %2-%3").arg(description).arg(start).arg(end);
+    if (auto* const label = findChild<QLabel*>(QStringLiteral("descLabel")))
+        label->setText(description.trimmed());
+    if (auto* const box = findChild<QComboBox*>(QStringLiteral("typeComboBox"))) {
+        box->setItemText(0, tr("Each"));
+        box->setItemText(1, tr("All"));
+    }
+}
+
+void LiveCurves::changeEvent(QEvent* event)
+{
+    const QString info = infoOf(*this);
+    Graph1DDialog::changeEvent(event);
+    if (event->type() != QEvent::LanguageChange)
+        return;
+    setTexts();
+    setInfoText(info);
+    if (!session)
+        onLost();
+}
+
 void LiveCurves::closeEvent(QCloseEvent* event)
 {
     m_keeper.end();
     Graph1DDialog::closeEvent(event);
 }
 
-void LiveCurves::onLost(const QString& text)
+void LiveCurves::onLost()
 {
     timer->stop();
-    setInfoText(text);
+    setInfoText(m_keeper.text());
     setPolling(*this, false);
 }
 
@@ -123,10 +178,17 @@ void LiveCurves::resume()
     startSession(*m_keeper.renew(), *this);
 }
 
+LiveMap::LiveMap(const WindowContext& context, const std::function<MapRequest()>& request)
+    : LiveMap(context, request())
+{
+    m_request = request;
+}
+
 LiveMap::LiveMap(const WindowContext& context, const MapRequest& request)
     : Graph2DDialog(context.link.session(), request.title, request.xLabel, request.bins, request.xMin,
         endOf(request.xMin, request.xMax, request.bins), 1, 0, request.yLabel, rowsOf(request), request.yMin,
         endOf(request.yMin, request.yMax, rowsOf(request)), 1, 0, {}, request.command, context.parent)
+    , m_request([request] { return request; })
     , m_keeper(context.controller, session)
 {
     wrapInfo(*this);
@@ -156,16 +218,51 @@ bool LiveMap::onResultExInfo(QList<QString> const& lines)
     return Graph2DDialog::onResultExInfo(lines) && !isRefused(lines);
 }
 
+void LiveMap::setTexts()
+{
+    const MapRequest request = m_request();
+    XY2DGraphWidget& plot = *getGraphWidget();
+    plot.setNameX(request.xLabel);
+    plot.setNameY(request.yLabel);
+    plot.setTitle(request.title);
+}
+
+/// The maps that were filtered out of this one bear its words.
+void LiveMap::setFilteredTexts()
+{
+    const MapRequest request = m_request();
+    const auto maps = findChildren<Graph2DDialog*>();
+    for (Graph2DDialog* const map : maps) {
+        map->setWindowTitle(windowTitle());
+        map->setInfoText(QString());
+        map->getGraphWidget()->setNameX(request.xLabel);
+        map->getGraphWidget()->setNameY(request.yLabel);
+    }
+}
+
+void LiveMap::changeEvent(QEvent* event)
+{
+    const QString info = infoOf(*this);
+    Graph2DDialog::changeEvent(event);
+    if (event->type() != QEvent::LanguageChange)
+        return;
+    setTexts();
+    setInfoText(info);
+    if (!session)
+        onLost();
+    QMetaObject::invokeMethod(this, &LiveMap::setFilteredTexts, Qt::QueuedConnection); // when they are through with it
+}
+
 void LiveMap::closeEvent(QCloseEvent* event)
 {
     m_keeper.end();
     Graph2DDialog::closeEvent(event);
 }
 
-void LiveMap::onLost(const QString& text)
+void LiveMap::onLost()
 {
     timer->stop();
-    setInfoText(text);
+    setInfoText(m_keeper.text());
     setPolling(*this, false);
 }
 
@@ -207,9 +304,23 @@ void LiveStatistics::error(int /*code*/, QString const& text)
     m_keeper.fail(sender(), text);
 }
 
-void LiveStatistics::onLost(const QString& text)
+void LiveStatistics::setTexts()
 {
-    m_infoLabel->setText(text);
+    table()->setHorizontalHeaderLabels({ tr("Name"), tr("Value") });
+}
+
+void LiveStatistics::changeEvent(QEvent* event)
+{
+    StatDialog::changeEvent(event);
+    if (event->type() != QEvent::LanguageChange)
+        return;
+    setTexts();
+    m_infoLabel->setText(m_keeper.text());
+}
+
+void LiveStatistics::onLost()
+{
+    m_infoLabel->setText(m_keeper.text());
     m_infoLabel->show();
 }
 

@@ -8,6 +8,8 @@
 #include <tarnis/dialogs/graph2ddialog.h>
 #include <tarnis/dialogs/statdialog.h>
 
+#include <functional>
+
 class QLabel;
 
 namespace console {
@@ -23,6 +25,7 @@ struct CurvesRequest {
     double xMax = 0.0;
     int resolution = 1;
     QString description;
+    QString rangeName; ///< of the ranges that can be selected; empty: none can
     QString command;
     int first = 0; ///< of the rows, as `last`
     int last = 0;
@@ -32,6 +35,8 @@ struct CurvesRequest {
 class LiveCurves : public Graph1DDialog {
     Q_OBJECT
 public:
+    /// The request is asked again, for its texts, when the language changes.
+    LiveCurves(const WindowContext& context, const std::function<CurvesRequest()>& request);
     LiveCurves(const WindowContext& context, const CurvesRequest& request);
 
     void result(PTarnisCmd command, QByteArray const& payload) override;
@@ -39,10 +44,13 @@ public:
     bool onResultExInfo(QList<QString> const& lines) override;
 
 protected:
+    void changeEvent(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
-    void onLost(const QString& text);
+    void setTexts();
+    void onLost();
     void resume();
 
+    std::function<CurvesRequest()> m_request;
     SessionKeeper m_keeper;
 };
 
@@ -64,6 +72,8 @@ struct MapRequest {
 class LiveMap : public Graph2DDialog {
     Q_OBJECT
 public:
+    /// The request is asked again, for its texts, when the language changes.
+    LiveMap(const WindowContext& context, const std::function<MapRequest()>& request);
     LiveMap(const WindowContext& context, const MapRequest& request);
 
     void result(PTarnisCmd command, QByteArray payload) override;
@@ -71,10 +81,14 @@ public:
     bool onResultExInfo(QList<QString> const& lines) override;
 
 protected:
+    void changeEvent(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
-    void onLost(const QString& text);
+    void setTexts();
+    void setFilteredTexts();
+    void onLost();
     void resume();
 
+    std::function<MapRequest()> m_request;
     SessionKeeper m_keeper;
 };
 
@@ -88,7 +102,9 @@ public:
     void error(int code, QString const& text) override;
 
 protected:
-    void onLost(const QString& text);
+    void changeEvent(QEvent* event) override;
+    void setTexts();
+    void onLost();
     void resume();
 
     ServerController& m_controller;

@@ -1,11 +1,11 @@
 #include "windows/openwindows.h"
 
+#include "words.h"
+
 #include <tarnis/dialogs/graph2ddialog.h>
 #include <tarnis/foundation/helpers.h>
 
 #include <QApplication>
-#include <QEvent>
-#include <QLabel>
 #include <QPointer>
 #include <QScreen>
 #include <QWindow>
@@ -20,45 +20,6 @@ namespace {
 constexpr double likedRatio = 1.4; // of a plot's width to its height
 constexpr int cascadeStep = 32;
 constexpr char orderProperty[] = "openedAs";
-
-/// The library's windows take their first texts up again when the language changes: title and information are put back.
-class TextKeeper : public QObject {
-    Q_OBJECT
-public:
-    TextKeeper(QWidget& window, const std::function<QString()>& title)
-        : QObject(&window)
-        , m_window(window)
-        , m_title(title)
-    {
-        window.installEventFilter(this);
-        m_window.setWindowTitle(m_title());
-    }
-
-protected:
-    bool eventFilter(QObject* object, QEvent* event) override
-    {
-        if (event->type() == QEvent::LanguageChange && object == &m_window && !m_isPending) {
-            m_isPending = true; // one change of the language is told several times
-            const auto* const info = m_window.findChild<QLabel*>(QStringLiteral("infoLabel"));
-            m_info = info ? info->text() : QString();
-            QMetaObject::invokeMethod(this, &TextKeeper::putBack, Qt::QueuedConnection);
-        }
-        return QObject::eventFilter(object, event);
-    }
-
-    void putBack()
-    {
-        m_isPending = false;
-        m_window.setWindowTitle(m_title());
-        if (auto* const info = m_window.findChild<QLabel*>(QStringLiteral("infoLabel")))
-            info->setText(m_info);
-    }
-
-    QWidget& m_window;
-    std::function<QString()> m_title;
-    QString m_info;
-    bool m_isPending = false;
-};
 
 } // namespace
 
@@ -156,7 +117,7 @@ QWidget* OpenWindows::show(
         connect(window, &QObject::destroyed, &m_windows, &ModelessWidgetManager::onDestroyed);
         window->setAttribute(Qt::WA_DeleteOnClose);
         window->setProperty(orderProperty, qulonglong(++m_opened));
-        new TextKeeper(*window, title); // the window's
+        keepTitle(*window, title);
     }
     bringForward(*window);
     if (isNew)
@@ -275,5 +236,3 @@ bool OpenWindows::closeUnsaved()
 }
 
 } // namespace console
-
-#include "openwindows.moc"

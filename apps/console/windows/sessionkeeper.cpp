@@ -16,8 +16,9 @@ SessionKeeper::SessionKeeper(ServerController& controller, TarnisSession*& sessi
     m_retryTimer.setSingleShot(true);
     connect(&m_retryTimer, &QTimer::timeout, this, &SessionKeeper::ask);
     connect(&controller, &ServerController::stateChanged, this, &SessionKeeper::onServerState);
-    connect(&controller, &ServerController::aboutToStop, this,
-        [this] { drop(tr("The server is being stopped. This goes on as soon as a server is connected again.")); });
+    connect(&controller, &ServerController::aboutToStop, this, [this] {
+        drop([] { return tr("The server is being stopped. This goes on as soon as a server is connected again."); });
+    });
 }
 
 SessionKeeper::~SessionKeeper()
@@ -29,7 +30,9 @@ void SessionKeeper::fail(const QObject* sender, const QString& message)
 {
     if (!m_session || sender != m_session)
         return;
-    drop(tr("The connection broke: %1. This goes on as soon as the server answers again.").arg(message));
+    drop([message] {
+        return tr("The connection broke: %1. This goes on as soon as the server answers again.").arg(message);
+    });
     m_controller.checkServer();
     m_retryTimer.start(m_retryMs);
 }
@@ -44,21 +47,28 @@ void SessionKeeper::end()
 TarnisSession* SessionKeeper::renew()
 {
     m_session = m_controller.tarnis().NewTarnisSession(nullptr);
+    m_words = {};
     return m_session;
 }
 
-void SessionKeeper::drop(const QString& text)
+QString SessionKeeper::text() const
+{
+    return m_words ? m_words() : QString();
+}
+
+void SessionKeeper::drop(const Words& words)
 {
     if (m_isEnded || !m_session)
         return;
     endInBackground(std::exchange(m_session, nullptr));
-    Q_EMIT lost(text);
+    m_words = words;
+    Q_EMIT lost();
 }
 
 void SessionKeeper::onServerState()
 {
     if (m_controller.state() != ServerState::Up)
-        drop(tr("There is no connection to the server. This goes on as soon as it is back."));
+        drop([] { return tr("There is no connection to the server. This goes on as soon as it is back."); });
     else if (!m_retryTimer.isActive())
         ask();
 }

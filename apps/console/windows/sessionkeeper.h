@@ -2,6 +2,8 @@
 // the server is there again.
 #pragma once
 
+#include "words.h"
+
 #include <QObject>
 #include <QString>
 #include <QTimer>
@@ -27,23 +29,26 @@ public:
     void end();
     /// A new session to the server of now, neither connected to anything nor started. The server is up.
     TarnisSession* renew();
+    /// Why there is no session, in the language of now; empty while there is one.
+    QString text() const;
 
     int m_retryMs = 1000; ///< the pause before a new session while the server is up
 
 Q_SIGNALS:
-    /// The session has ended; `text` says so to a person.
-    void lost(const QString& text);
+    /// The session has ended; text() says so to a person.
+    void lost();
     /// The server is there: the window calls renew(), connects and starts it.
     void wanted();
 
 protected:
-    void drop(const QString& text);
+    void drop(const Words& words);
     void onServerState();
     void ask();
 
     ServerController& m_controller;
     TarnisSession*& m_session;
     QTimer m_retryTimer;
+    Words m_words; ///< of text()
     bool m_isEnded = false;
 };
 
