@@ -1294,26 +1294,26 @@
     <name>console::LiveCurves</name>
     <message>
         <source>Intensity</source>
-        <translation type="unfinished"></translation>
+        <translation>Intensität</translation>
     </message>
     <message>
         <source>Each</source>
-        <translation type="unfinished"></translation>
+        <translation>Einzeln</translation>
     </message>
     <message>
         <source>All</source>
-        <translation type="unfinished"></translation>
+        <translation>Alle</translation>
     </message>
 </context>
 <context>
     <name>console::LiveStatistics</name>
     <message>
         <source>Name</source>
-        <translation type="unfinished">Name</translation>
+        <translation>Name</translation>
     </message>
     <message>
         <source>Value</source>
-        <translation type="unfinished">Wert</translation>
+        <translation>Wert</translation>
     </message>
 </context>
 <context>
@@ -1620,7 +1620,7 @@
     </message>
     <message>
         <source>No reply: the server was stopped.</source>
-        <translation>Keine Antwort: der Server wurde heruntergefahren.</translation>
+        <translation>Keine Antwort: der Server wurde beendet.</translation>
     </message>
     <message>
         <source>Answers of the modules</source>
@@ -1714,7 +1714,7 @@
     </message>
     <message>
         <source>Needs a connected server</source>
-        <translation>Braucht einen verbundenen Server</translation>
+        <translation>Nur mit verbundenem Server</translation>
     </message>
     <message>
         <source>Wait for the reply</source>
@@ -2388,11 +2388,11 @@
     </message>
     <message>
         <source>Values of the snapshot</source>
-        <translation>Werte der Aufnahme</translation>
+        <translation>Werte der Momentaufnahme</translation>
     </message>
     <message>
         <source>State of the snapshot</source>
-        <translation>Stand der Aufnahme</translation>
+        <translation>Stand der Momentaufnahme</translation>
     </message>
     <message>
         <source>&amp;Refresh</source>
