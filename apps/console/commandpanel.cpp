@@ -160,26 +160,27 @@ void CommandPanel::chooseUpload()
 
 void CommandPanel::upload(const QString& path)
 {
-    const auto refuse = [this, &path](const QString& why) {
-        Q_EMIT notice({ Notice::Severity::Warning, tr("%1 is not uploaded: %2").arg(path, why), Remedy::None });
+    const auto refuse = [this, &path](const Words& why) {
+        Q_EMIT notice(
+            noticeOf(Notice::Severity::Warning, [path, why] { return tr("%1 is not uploaded: %2").arg(path, why()); }));
     };
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly)) {
-        refuse(tr("it cannot be read (%1).").arg(file.errorString()));
+        refuse([error = file.errorString()] { return tr("it cannot be read (%1).").arg(error); });
         return;
     }
     if (file.size() > uploadLimit) {
-        refuse(tr("it is larger than %1.").arg(byteCountText(uploadLimit)));
+        refuse([] { return tr("it is larger than %1.").arg(byteCountText(uploadLimit)); });
         return;
     }
     const QByteArray content = file.readAll();
     if (file.error() != QFileDevice::NoError) {
-        refuse(tr("it cannot be read (%1).").arg(file.errorString()));
+        refuse([error = file.errorString()] { return tr("it cannot be read (%1).").arg(error); });
         return;
     }
     const QString header = QStringLiteral("txfile %1").arg(QFileInfo(path).fileName());
     if (const QString problem = commandProblem(header); !problem.isEmpty()) {
-        refuse(tr("its name cannot be sent. %1").arg(problem));
+        refuse([header] { return tr("its name cannot be sent. %1").arg(commandProblem(header)); });
         return;
     }
     Q_EMIT notice({});
@@ -236,12 +237,14 @@ void CommandPanel::onFailed(int /*socketError*/, const QString& message, const Q
     keepLost(unanswered);
     // A server that is lost altogether has a notice of its own.
     if (!unanswered.isEmpty() && m_controller.state() == ServerState::Up) {
-        Q_EMIT notice({ Notice::Severity::Warning,
-            tr("The connection broke before the reply to \u201c%1\u201d was complete (%2). The next command makes a "
-               "new "
-               "one.")
-                .arg(unanswered.first().name, message),
-            Remedy::SendAgain });
+        Q_EMIT notice(noticeOf(
+            Notice::Severity::Warning,
+            [name = unanswered.first().name, message] {
+                return tr("The connection broke before the reply to \u201c%1\u201d was complete (%2). The next command "
+                          "makes a new one.")
+                    .arg(name, message);
+            },
+            Remedy::SendAgain));
     }
     m_controller.checkServer();
 }

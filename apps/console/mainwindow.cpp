@@ -361,10 +361,12 @@ void MainWindow::saveRecord()
             && file.write(m_commandPanel->recordText().toUtf8() + '\n') >= 0 && file.commit();
         if (isWritten) {
             setSaveFilePath(path);
-            onPassingNotice({ Notice::Severity::Information, tr("The record is in %1.").arg(path), Remedy::None });
+            onPassingNotice(
+                noticeOf(Notice::Severity::Information, [path] { return tr("The record is in %1.").arg(path); }));
         } else {
-            onPassingNotice({ Notice::Severity::Warning,
-                tr("%1 cannot be written: %2. Choose another place.").arg(path, file.errorString()), Remedy::None });
+            onPassingNotice(noticeOf(Notice::Severity::Warning, [path, error = file.errorString()] {
+                return tr("%1 cannot be written: %2. Choose another place.").arg(path, error);
+            }));
         }
     });
     dialog->open();
@@ -438,11 +440,11 @@ void MainWindow::checkMemory()
     if (m_memory.status() == QSettings::NoError || std::exchange(m_isMemoryFaultTold, true))
         return;
     const QString file = m_memory.fileName();
-    onPassingNotice({ Notice::Severity::Warning,
-        m_memory.status() == QSettings::FormatError
+    onPassingNotice(noticeOf(Notice::Severity::Warning, [file, status = m_memory.status()] {
+        return status == QSettings::FormatError
             ? tr("The file %1 cannot be read: its form is wrong. What the console remembers is not kept.").arg(file)
-            : tr("The file %1 cannot be written. Commands, windows and the server are not remembered.").arg(file),
-        Remedy::None });
+            : tr("The file %1 cannot be written. Commands, windows and the server are not remembered.").arg(file);
+    }));
 }
 
 void MainWindow::changeEvent(QEvent* event)

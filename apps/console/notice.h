@@ -1,6 +1,8 @@
 // Something that a person should know and can act on: words, and at most one thing to press.
 #pragma once
 
+#include "words.h"
+
 #include <QMetaType>
 #include <QString>
 
@@ -23,8 +25,18 @@ struct Notice {
     QString text; ///< whole sentences; what happened, then what to do
     Remedy remedy = Remedy::None;
 
-    bool operator==(const Notice&) const = default;
+    Words words = {}; ///< `text` in the language of now, if given
+
+    bool operator==(const Notice& other) const
+    {
+        return severity == other.severity && text == other.text && remedy == other.remedy;
+    }
 };
+
+inline Notice noticeOf(Notice::Severity severity, const Words& words, Remedy remedy = Remedy::None)
+{
+    return { severity, words(), remedy, words };
+}
 
 } // namespace console
 

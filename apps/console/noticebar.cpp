@@ -33,6 +33,11 @@ QString remedyText(Remedy remedy)
     return {};
 }
 
+Words wordsOf(const Notice& notice)
+{
+    return notice.words ? notice.words : Words([text = notice.text] { return text; });
+}
+
 QStyle::StandardPixmap severityIcon(Notice::Severity severity)
 {
     switch (severity) {
@@ -80,7 +85,7 @@ void NoticeBar::setPassingNotice(const Notice& notice)
         && (m_notice.severity == Notice::Severity::Failure
             || (m_notice.remedy != Remedy::None && notice.remedy == Remedy::None));
     if (isStanding) {
-        showNote(notice.text);
+        showNote(notice);
         return;
     }
     if (notice.text.isEmpty() && !m_isPassing)
@@ -98,11 +103,11 @@ void NoticeBar::dismiss()
         showNote({});
 }
 
-void NoticeBar::showNote(const QString& text)
+void NoticeBar::showNote(const Notice& notice)
 {
-    ui->noteLabel->setText(text);
-    ui->noteLabel->setVisible(!text.isEmpty());
-    if (!text.isEmpty())
+    say(*ui->noteLabel, wordsOf(notice));
+    ui->noteLabel->setVisible(!notice.text.isEmpty());
+    if (!notice.text.isEmpty())
         announce(*ui->noteLabel);
 }
 
@@ -121,7 +126,7 @@ void NoticeBar::show(const Notice& notice)
     }
     const int size = style()->pixelMetric(QStyle::PM_SmallIconSize) + 6;
     ui->iconLabel->setPixmap(style()->standardIcon(severityIcon(notice.severity)).pixmap(size, size));
-    ui->textLabel->setText(notice.text);
+    say(*ui->textLabel, wordsOf(notice));
     setRemedyText();
     ui->remedyButton->setVisible(notice.remedy != Remedy::None);
     applyColours();
@@ -151,6 +156,7 @@ void NoticeBar::changeEvent(QEvent* event)
         applyColours();
     if (event->type() == QEvent::LanguageChange) {
         ui->retranslateUi(this);
+        m_notice.text = wordsOf(m_notice)();
         setRemedyText();
     }
 }

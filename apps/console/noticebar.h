@@ -37,7 +37,7 @@ Q_SIGNALS:
 protected:
     void changeEvent(QEvent* event) override;
     void show(const Notice& notice);
-    void showNote(const QString& text);
+    void showNote(const Notice& notice);
     void dismiss();
     void announce(QWidget& label);
     void setRemedyText();

@@ -203,16 +203,22 @@ void ServerController::beginLocal()
     const QString program = resolveProgram(m_choice.program);
     if (program.isEmpty()) {
         const QString wanted = m_choice.program.isEmpty() ? serverName() : m_choice.program;
-        fail(tr("There is no program \u201c%1\u201d to start here. Choose another server.").arg(wanted),
+        fail(
+            [wanted] {
+                return tr("There is no program \u201c%1\u201d to start here. Choose another server.").arg(wanted);
+            },
             Remedy::ChooseServer);
         return;
     }
     m_tarnis.SetLocal(true);
     m_tarnis.SetProcessPath(program);
     if (!m_tarnis.Run(nullptr)) {
-        fail(tr("The program \u201c%1\u201d could not be started. See that it may be executed, or choose another "
-                "server.")
-                 .arg(program),
+        fail(
+            [program] {
+                return tr("The program \u201c%1\u201d could not be started. See that it may be executed, or choose "
+                          "another server.")
+                    .arg(program);
+            },
             Remedy::ChooseServer);
         return;
     }
@@ -249,9 +255,9 @@ void ServerController::onProbed(ServerProbe::Outcome outcome)
     }
 }
 
-QString ServerController::adviceAgain() const
+QString ServerController::adviceAgain(bool isLocal)
 {
-    return isLocal() ? tr("Start it again to go on.") : tr("Connect again to go on.");
+    return isLocal ? tr("Start it again to go on.") : tr("Connect again to go on.");
 }
 
 Notice ServerController::probeFailure(ServerProbe::Outcome outcome) const
@@ -266,47 +272,68 @@ Notice ServerController::probeFailure(ServerProbe::Outcome outcome) const
 Notice ServerController::greetingFailure(const QString& address) const
 {
     const auto severity = Notice::Severity::Failure;
+    const QString shownPrompt = promptToText(prompt());
     if (m_hasGreeted) // so the prompt is right
-        return { severity,
-            tr("%1 takes connections, but does not greet any more.").arg(serverName()) + u' ' + adviceAgain(),
-            again() };
+        return noticeOf(
+            severity,
+            [isLocal = isLocal(), name = serverName()] {
+                return tr("%1 takes connections, but does not greet any more.").arg(name) + u' ' + adviceAgain(isLocal);
+            },
+            again());
     if (isLocal())
-        return { severity,
-            tr("%1 runs, but does not greet with the prompt \u201c%2\u201d. Choose the server with its own prompt.")
-                .arg(serverName(), promptToText(prompt())),
-            Remedy::ChooseServer };
-    return { severity,
-        tr("Something answers at %1, but it does not greet with the prompt \u201c%2\u201d. See that it is the right "
-           "port, and that the prompt is the server's.")
-            .arg(address, promptToText(prompt())),
-        Remedy::ChooseServer };
+        return noticeOf(
+            severity,
+            [shownPrompt, name = serverName()] {
+                return tr("%1 runs, but does not greet with the prompt \u201c%2\u201d. Choose the server with its own "
+                          "prompt.")
+                    .arg(name, shownPrompt);
+            },
+            Remedy::ChooseServer);
+    return noticeOf(
+        severity,
+        [shownPrompt, address] {
+            return tr("Something answers at %1, but it does not greet with the prompt \u201c%2\u201d. See that it is "
+                      "the right port, and that the prompt is the server's.")
+                .arg(address, shownPrompt);
+        },
+        Remedy::ChooseServer);
+}
+
+/// What keeps the probe from the address.
+Words ServerController::obstacle(const QString& address) const
+{
+    switch (m_probe.socketError()) {
+    case QAbstractSocket::HostNotFoundError:
+        return [address] { return tr("The host of %1 was not found. See that its name is right.").arg(address); };
+    case QAbstractSocket::ConnectionRefusedError:
+        return [address] { return tr("Nothing answers at %1: the connection was refused.").arg(address); };
+    case QAbstractSocket::SocketTimeoutError:
+        return [address, seconds = m_probeTimeoutMs / 1000.0] {
+            return tr("Nothing answers at %1 within %2 s.").arg(address).arg(seconds);
+        };
+    default:
+        return [address, error = m_probe.errorText()] { return tr("No connection to %1: %2.").arg(address, error); };
+    }
 }
 
 /// Nobody is there: a wrong address, or a server that is known and gone.
 Notice ServerController::reachFailure(const QString& address) const
 {
-    QString text;
-    switch (m_probe.socketError()) {
-    case QAbstractSocket::HostNotFoundError:
-        return { Notice::Severity::Failure,
-            tr("The host of %1 was not found. See that its name is right.").arg(address), Remedy::ChooseServer };
-    case QAbstractSocket::ConnectionRefusedError:
-        text = tr("Nothing answers at %1: the connection was refused.").arg(address);
-        break;
-    case QAbstractSocket::SocketTimeoutError:
-        text = tr("Nothing answers at %1 within %2 s.").arg(address).arg(m_probeTimeoutMs / 1000.0);
-        break;
-    default:
-        text = tr("No connection to %1: %2.").arg(address, m_probe.errorText());
-        break;
-    }
+    const auto severity = Notice::Severity::Failure;
+    const Words what = obstacle(address);
+    if (m_probe.socketError() == QAbstractSocket::HostNotFoundError)
+        return noticeOf(severity, what, Remedy::ChooseServer);
     if (isLocal())
-        return { Notice::Severity::Failure, text + u' ' + adviceAgain(), again() };
+        return noticeOf(
+            severity, [what] { return what() + u' ' + adviceAgain(true); }, again());
     if (m_known == m_choice)
-        return { Notice::Severity::Failure, text + u' ' + tr("See that the server runs there, then connect again."),
-            again() };
-    return { Notice::Severity::Failure,
-        text + u' ' + tr("See that host and port are right, and that the server runs there."), Remedy::ChooseServer };
+        return noticeOf(
+            severity, [what] { return what() + u' ' + tr("See that the server runs there, then connect again."); },
+            again());
+    return noticeOf(
+        severity,
+        [what] { return what() + u' ' + tr("See that host and port are right, and that the server runs there."); },
+        Remedy::ChooseServer);
 }
 
 void ServerController::onStatusChanged(Tarnis::SERVER_STATUS status)
@@ -322,7 +349,10 @@ void ServerController::onStatusChanged(Tarnis::SERVER_STATUS status)
         // The manager still holds its lock here, and its process is in the middle of a signal.
         QMetaObject::invokeMethod(this, &ServerController::reachedOff, Qt::QueuedConnection);
     else if (status == Tarnis::SERVER_ERROR && (m_state == ServerState::Starting || m_state == ServerState::Up))
-        fail(tr("The connection to %1 broke: %2.").arg(serverName(), m_tarnis.lastError()) + u' ' + adviceAgain(),
+        fail(
+            [isLocal = isLocal(), name = serverName(), error = m_tarnis.lastError()] {
+                return tr("The connection to %1 broke: %2.").arg(name, error) + u' ' + adviceAgain(isLocal);
+            },
             again());
     Q_EMIT stateChanged();
 }
@@ -342,24 +372,35 @@ void ServerController::onProcessFinished()
     if (m_state != ServerState::Starting && m_state != ServerState::Up)
         return;
     const bool hasCrashed = m_process && m_process->exitStatus() == QProcess::CrashExit;
-    const QString how = hasCrashed ? tr("it crashed") : tr("exit code %1").arg(m_process ? m_process->exitCode() : 0);
-    const QString text = m_state == ServerState::Up
-        ? tr("The server %1 has ended by itself (%2). Start it again to go on.")
-        : tr("The server %1 has ended before it was ready (%2). Start it again, or choose another.");
-    fail(text.arg(serverName(), how), Remedy::StartAgain);
+    const int code = m_process ? m_process->exitCode() : 0;
+    fail(
+        [hasCrashed, code, wasUp = m_state == ServerState::Up, name = serverName()] {
+            const QString how = hasCrashed ? tr("it crashed") : tr("exit code %1").arg(code);
+            const QString text = wasUp
+                ? tr("The server %1 has ended by itself (%2). Start it again to go on.")
+                : tr("The server %1 has ended before it was ready (%2). Start it again, or choose another.");
+            return text.arg(name, how);
+        },
+        Remedy::StartAgain);
 }
 
 void ServerController::onSlow()
 {
     if (m_state == ServerState::Stopping) {
-        Q_EMIT notice({ Notice::Severity::Warning,
-            tr("%1 was told to end and has not done so yet. It is ended by force after half a minute.")
-                .arg(serverName()),
-            Remedy::EndByForce });
+        Q_EMIT notice(noticeOf(
+            Notice::Severity::Warning,
+            [name = serverName()] {
+                return tr("%1 was told to end and has not done so yet. It is ended by force after half a minute.")
+                    .arg(name);
+            },
+            Remedy::EndByForce));
     } else if (m_state == ServerState::Starting) {
-        const QString text = isLocal() ? tr("%1 runs, but has not told its port yet (the line \u201cUI port:\u201d).")
-                                       : tr("%1 has greeted, but does not answer \u201cstat\u201d yet.");
-        Q_EMIT notice({ Notice::Severity::Warning, text.arg(serverName()), Remedy::Stop });
+        const auto words = [isLocal = isLocal(), name = serverName()] {
+            const QString text = isLocal ? tr("%1 runs, but has not told its port yet (the line \u201cUI port:\u201d).")
+                                         : tr("%1 has greeted, but does not answer \u201cstat\u201d yet.");
+            return text.arg(name);
+        };
+        Q_EMIT notice(noticeOf(Notice::Severity::Warning, words, Remedy::Stop));
     }
 }
 
@@ -384,9 +425,10 @@ void ServerController::shutDown()
     if (!m_tarnis.Shutdown()) {
         m_next.reset();
         setState(before);
-        Q_EMIT notice({ Notice::Severity::Warning,
-            tr("The server is busy (%1) and is not shut down now. Wait until it is done.").arg(statusText(m_status)),
-            Remedy::None });
+        Q_EMIT notice(noticeOf(Notice::Severity::Warning, [status = m_status] {
+            return tr("The server is busy (%1) and is not shut down now. Wait until it is done.")
+                .arg(statusText(status));
+        }));
         return;
     }
     if (m_state == ServerState::Stopping && hasProcess())

@@ -117,9 +117,10 @@ protected:
     void onProcessFinished();
     void onSlow();
     void fail(const Notice& failure);
-    void fail(const QString& text, Remedy remedy) { fail({ Notice::Severity::Failure, text, remedy }); }
+    void fail(const Words& words, Remedy remedy) { fail(noticeOf(Notice::Severity::Failure, words, remedy)); }
     Remedy again() const { return isLocal() ? Remedy::StartAgain : Remedy::ConnectAgain; }
-    QString adviceAgain() const;
+    static QString adviceAgain(bool isLocal);
+    Words obstacle(const QString& address) const;
     void shutDown();
     void reachedOff();
     void setState(ServerState state);

@@ -60,12 +60,12 @@ SettingsPanel::SettingsPanel(ServerController& controller, QWidget* parent)
     connect(ui->indexSpin, &QSpinBox::valueChanged, this, &SettingsPanel::showReadoutAddress);
     connect(ui->table->selectionModel(), &QItemSelectionModel::currentChanged, this, &SettingsPanel::updateControls);
 
-    connect(m_model, &SettingsModel::refused, this, &SettingsPanel::say);
+    connect(m_model, &SettingsModel::refused, this, [this](const QString& text) { tell([text] { return text; }); });
     connect(m_model, &SettingsModel::edited, this, &SettingsPanel::onEdited);
     connect(&controller, &ServerController::stateChanged, this, &SettingsPanel::onServerState);
     connect(&controller.tarnis(), &Tarnis::onCmdReply, this, &SettingsPanel::onCmdReply);
     connect(&controller.tarnis(), &Tarnis::onBasePathChange, this,
-        [this](const QString& path) { say(tr("The base path %1 goes to the server.").arg(path)); });
+        [this](const QString& path) { tell([path] { return tr("The base path %1 goes to the server.").arg(path); }); });
     updateControls();
 }
 
@@ -88,7 +88,7 @@ void SettingsPanel::read()
     if (m_controller.state() != ServerState::Up)
         return;
     m_refusals.clear();
-    say(tr("Reading..."));
+    tell([] { return tr("Reading..."); });
     m_controller.tarnis().SendCmd(session, readName, QStringLiteral("setting"), false);
 }
 
@@ -98,7 +98,7 @@ void SettingsPanel::download(bool save)
         return;
     m_refusals.clear();
     m_downloadAsked = save;
-    say(tr("Reading what the server has..."));
+    tell([] { return tr("Reading what the server has..."); });
     updateControls();
     m_controller.tarnis().SendCmd(session, readFirstName, QStringLiteral("setting"), false);
 }
@@ -109,7 +109,7 @@ void SettingsPanel::sendAll()
     m_model->noteSending(m_model->changedNames());
     m_linesSent = m_controller.tarnis().DownloadSettings(session, save) + (save ? 1 : 0);
     m_linesPending = m_linesSent;
-    say(tr("Sending %Ln line(s)...", nullptr, m_linesSent));
+    tell([count = m_linesSent] { return tr("Sending %Ln line(s)...", nullptr, count); });
     updateControls();
 }
 
@@ -124,7 +124,7 @@ void SettingsPanel::onCmdReply(const QString& name, const QString& command, cons
     } else if (name == saveName || name.startsWith(lineName))
         onDownloadReply(command, reply);
     else if (name == basePathName && replyKind(reply) == ReplyKind::Refused)
-        say(tr("The base path is refused: %1").arg(reply.trimmed()));
+        tell([answer = reply.trimmed()] { return tr("The base path is refused: %1").arg(answer); });
     else if (name == basePathName) {
         m_model->noteSending({ QStringLiteral("basepath") });
         read();
@@ -134,13 +134,15 @@ void SettingsPanel::onCmdReply(const QString& name, const QString& command, cons
 void SettingsPanel::onSettingReply(const QString& reply)
 {
     if (replyKind(reply) == ReplyKind::Refused) {
-        say(reply.trimmed());
+        tell([answer = reply.trimmed()] { return answer; });
         return;
     }
     takeValues(reply);
     // Behind the values, whose arrival says how many are changed.
     if (const QStringList refusals = std::exchange(m_refusals, {}); !refusals.isEmpty())
-        say(tr("The server refused %1 of %2: %3").arg(refusals.size()).arg(m_linesSent).arg(refusals.first()));
+        tell([refusals, sent = m_linesSent] {
+            return tr("The server refused %L1 of %L2: %3").arg(refusals.size()).arg(sent).arg(refusals.first());
+        });
 }
 
 void SettingsPanel::takeValues(const QString& reply)
@@ -155,8 +157,10 @@ void SettingsPanel::takeValues(const QString& reply)
         return;
     }
     if (const int kept = m_model->setFreshServerValues(values); kept > 0)
-        say(tr(
-            "The server began anew. %Ln setting(s) sent before are not on it: download to send again.", nullptr, kept));
+        tell([kept] {
+            return tr("The server began anew. %Ln setting(s) sent before are not on it: download to send again.",
+                nullptr, kept);
+        });
 }
 
 void SettingsPanel::onDownloadReply(const QString& command, const QString& reply)
@@ -167,7 +171,7 @@ void SettingsPanel::onDownloadReply(const QString& command, const QString& reply
     if (m_linesPending > 0)
         return;
     if (m_refusals.isEmpty())
-        say(tr("The server took %Ln line(s).", nullptr, m_linesSent));
+        tell([count = m_linesSent] { return tr("The server took %Ln line(s).", nullptr, count); });
     updateControls();
     m_controller.tarnis().SendCmd(session, readName, QStringLiteral("setting"), false);
 }
@@ -194,8 +198,10 @@ void SettingsPanel::onEdited()
 {
     const qsizetype changed = m_model->changedNames().size();
     if (m_linesPending == 0 && !m_downloadAsked) {
-        say(changed == 0 ? tr("As on the server.")
-                         : tr("%Ln changed here, not on the server yet.", nullptr, int(changed)));
+        tell([changed] {
+            return changed == 0 ? tr("As on the server.")
+                                : tr("%Ln changed here, not on the server yet.", nullptr, int(changed));
+        });
     }
     showReadoutAddress();
     const QString path = m_controller.tarnis().GetSettingValue(QStringLiteral("basepath"), QString());
@@ -234,7 +240,7 @@ void SettingsPanel::setBasePath()
     tarnis.SetBasePath(ui->pathEdit->text().trimmed(), ui->instCheck->isChecked());
     m_model->reload();
     if (isStoredOnly)
-        say(tr("The base path is kept for the next download."));
+        tell([] { return tr("The base path is kept for the next download."); });
 }
 
 void SettingsPanel::setReadoutAddress()
@@ -269,10 +275,12 @@ void SettingsPanel::showReadoutAddress()
     ui->bcpSpin->setValue(int(qMin(bcp, 65535U)));
 }
 
-void SettingsPanel::say(const QString& text)
+void SettingsPanel::tell(const Words& words)
 {
-    ui->stateLabel->setText(text);
-    ui->stateLabel->setToolTip(text);
+    say(*ui->stateLabel, [label = ui->stateLabel, words] {
+        label->setToolTip(words());
+        return words();
+    });
 }
 
 void SettingsPanel::updateControls()

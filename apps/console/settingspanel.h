@@ -2,6 +2,7 @@
 #pragma once
 
 #include "commandline.h"
+#include "words.h"
 
 #include <QStringList>
 #include <QWidget>
@@ -55,7 +56,7 @@ protected:
     void setBasePath();
     void setReadoutAddress();
     void showReadoutAddress();
-    void say(const QString& text);
+    void tell(const Words& words);
     void updateControls();
 
     ServerController& m_controller;

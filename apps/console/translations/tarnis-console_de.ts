@@ -2207,10 +2207,6 @@
         <translation>Der Basispfad wird abgelehnt: %1</translation>
     </message>
     <message>
-        <source>The server refused %1 of %2: %3</source>
-        <translation>Der Server hat %1 von %2 abgelehnt: %3</translation>
-    </message>
-    <message>
         <source>As on the server.</source>
         <translation>Wie auf dem Server.</translation>
     </message>
@@ -2313,6 +2309,10 @@
     <message>
         <source>Ask the server for its settings</source>
         <translation>Den Server nach seinen Einstellungen fragen</translation>
+    </message>
+    <message>
+        <source>The server refused %L1 of %L2: %3</source>
+        <translation>Der Server hat %L1 von %L2 abgelehnt: %3</translation>
     </message>
 </context>
 <context>

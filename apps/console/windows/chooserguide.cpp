@@ -27,7 +27,6 @@ ChooserGuide::ChooserGuide(QDialog& chooser, std::function<Choice()> choice)
     auto* const buttons = chooser.findChild<QDialogButtonBox*>(QStringLiteral("buttonBox"));
     m_ok = buttons->button(QDialogButtonBox::Ok);
     m_label->setObjectName(QStringLiteral("stateLabel"));
-    m_label->setAccessibleName(tr("State of the choice"));
     m_label->setTextFormat(Qt::PlainText);
     m_label->setWordWrap(true);
     if (auto* const grid = qobject_cast<QGridLayout*>(chooser.layout())) {
@@ -97,6 +96,7 @@ void ChooserGuide::update()
     QString text = why.isEmpty() ? tr("OK takes %1").arg(choice.path) : why;
     if (!m_refusal.isEmpty() && !m_isLost && text != refusal)
         text.prepend(refusal + u'\n');
+    m_label->setAccessibleName(tr("State of the choice"));
     m_label->setText(text);
     setAvailable(m_ok, why.isEmpty(), QString(), why);
 }

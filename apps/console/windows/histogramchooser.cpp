@@ -175,6 +175,7 @@ void HistogramChooser::changeEvent(QEvent* event)
         sayLost();
     else if (!m_link->waiting().isEmpty())
         say(tr("Asking the server..."));
+    updateControls();
 }
 
 } // namespace console

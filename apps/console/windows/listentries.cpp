@@ -36,14 +36,14 @@ void setBasePath(ServerController& controller, const QString& path)
     if (problem.isEmpty())
         controller.tarnis().SetBasePath(path, false);
     else
-        controller.tell({ Notice::Severity::Warning, Windows::tr("%1 is not the base path now: %2").arg(path, problem),
-            Remedy::None });
+        controller.tell(noticeOf(Notice::Severity::Warning,
+            [path, problem] { return Windows::tr("%1 is not the base path now: %2").arg(path, problem); }));
 }
 
 /// The folder that is chosen becomes the base path.
 QWidget* openBasePath(const WindowContext& context)
 {
-    auto* const dialog = new FolderChooser(context, Windows::tr("Base Path"));
+    auto* const dialog = new FolderChooser(context, [] { return Windows::tr("Base Path"); });
     QObject::connect(dialog, qOverload<const QString&>(&SelectPathDialog::accepted), &context.controller,
         [&controller = context.controller](const QString& path) { setBasePath(controller, path); });
     return dialog;
@@ -51,7 +51,7 @@ QWidget* openBasePath(const WindowContext& context)
 
 QWidget* openServerFile(const WindowContext& context)
 {
-    auto* const dialog = new FileChooser(context, Windows::tr("Files of the Server"));
+    auto* const dialog = new FileChooser(context, [] { return Windows::tr("Files of the Server"); });
     dialog->setExt({ QStringLiteral("*") }, false, QString());
     QObject::connect(dialog, qOverload<const QString&>(&SelectDirectoryDialog::accepted), &context.commandPanel,
         &CommandPanel::insertPath);

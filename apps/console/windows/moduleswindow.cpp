@@ -37,13 +37,17 @@ ModulesWindow::ModulesWindow(ServerController& controller, QWidget* parent)
     connect(m_link, &SessionLink::replied, this, &ModulesWindow::onReplied);
     connect(m_link, &SessionLink::waitingChanged, this, &ModulesWindow::updateControls);
     connect(m_link, &SessionLink::failed, this, [this](int, const QString& message) {
-        onEnded(tr("No reply: %1. Whether a module has obeyed is not known: ask it with stat or setting.").arg(message),
+        onEnded(
+            [message] {
+                return tr("No reply: %1. Whether a module has obeyed is not known: ask it with stat or setting.")
+                    .arg(message);
+            },
             tr("no reply"));
         m_controller.checkServer();
     });
     connect(&controller, &ServerController::aboutToStop, this, [this] {
         if (!m_link->drop().isEmpty())
-            onEnded(tr("No reply: the server was stopped."), tr("no reply"));
+            onEnded([] { return tr("No reply: the server was stopped."); }, tr("no reply"));
     });
     connect(&controller, &ServerController::stateChanged, this, &ModulesWindow::updateControls);
 }
@@ -72,7 +76,7 @@ void ModulesWindow::setTexts()
     m_stateLabel->setAccessibleName(tr("State of the command"));
     m_sendButton->setText(tr("Se&nd"));
     m_giveUpButton->setText(tr("&Give Up"));
-    tell(m_stateLabel->text());
+    tell(m_words);
     updateControls();
 }
 
@@ -130,7 +134,7 @@ void ModulesWindow::send()
     m_waiting = qsizetype(made.size());
     for (const auto& command : made)
         m_answers.append({ addressee(*command), {}, {} });
-    tell(tr("Asking the server..."));
+    tell([] { return tr("Asking the server..."); });
     for (auto& command : made) {
         LOG_INFO("to the modules: %s", command->getCmdString().toUtf8().constData());
         m_link->send(command.release());
@@ -147,8 +151,9 @@ void ModulesWindow::onReplied(const PTarnisCmd& command, const QByteArray& reply
         row = int(m_answers.size()); // a reply that tells of several modules goes on behind the last row
     }
     --m_waiting;
-    tell(m_waiting > 0 ? tr("Waiting for %Ln more", nullptr, int(m_waiting))
-                       : tr("%Ln row(s) answered", nullptr, int(m_answers.size())));
+    tell([waiting = int(m_waiting), rows = int(m_answers.size())] {
+        return waiting > 0 ? tr("Waiting for %Ln more", nullptr, waiting) : tr("%Ln row(s) answered", nullptr, rows);
+    });
 }
 
 void ModulesWindow::takeAnswer(int row, const ModuleAnswer& answer)
@@ -163,7 +168,7 @@ void ModulesWindow::takeAnswer(int row, const ModuleAnswer& answer)
     }
 }
 
-void ModulesWindow::onEnded(const QString& sentence, const QString& answer)
+void ModulesWindow::onEnded(const Words& sentence, const QString& answer)
 {
     for (ModuleAnswer& row : m_answers) {
         if (row.text.isEmpty())
@@ -176,10 +181,11 @@ void ModulesWindow::onEnded(const QString& sentence, const QString& answer)
 void ModulesWindow::giveUp()
 {
     if (!m_link->drop().isEmpty())
-        onEnded(tr("Given up. Whether a module has obeyed is not known: ask it with stat or setting."), tr("given up"));
+        onEnded([] { return tr("Given up. Whether a module has obeyed is not known: ask it with stat or setting."); },
+            tr("given up"));
 }
 
-void ModulesWindow::tell(const QString& sentence)
+void ModulesWindow::tell(const Words& sentence)
 {
     const QStringList headers = QStringList { tr("Module"), tr("Answer") } + m_names;
     QList<NameValues> rows;
@@ -190,7 +196,8 @@ void ModulesWindow::tell(const QString& sentence)
         rows.append(row);
     }
     updateList(rows, &headers);
-    m_stateLabel->setText(sentence);
+    m_words = sentence;
+    say(*m_stateLabel, sentence);
 }
 
 void ModulesWindow::changeEvent(QEvent* event)

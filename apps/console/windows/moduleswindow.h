@@ -2,6 +2,7 @@
 #pragma once
 
 #include "windows/moduleanswers.h"
+#include "words.h"
 
 #include <tarnis/dialogs/namevalue.h>
 #include <tarnis/dialogs/namevaluelistdialog.h>
@@ -45,10 +46,10 @@ protected:
     std::vector<std::unique_ptr<TarnisCmd>> commands(QString& problem) const;
     QString addressee(const TarnisCmd& command) const;
     void onReplied(const PTarnisCmd& command, const QByteArray& reply);
-    void onEnded(const QString& sentence, const QString& answer);
+    void onEnded(const Words& sentence, const QString& answer);
     void takeAnswer(int row, const ModuleAnswer& answer);
     /// Fills the table and says the sentence below it.
-    void tell(const QString& sentence);
+    void tell(const Words& sentence);
     void updateControls();
 
     ServerController& m_controller;
@@ -60,6 +61,7 @@ protected:
     QList<ModuleAnswer> m_answers; ///< a row each; without a text while it is waited for
     QStringList m_names; ///< of the values that came, in order: a column each
     qsizetype m_waiting = 0; ///< commands without a reply
+    Words m_words = [] { return QString(); }; ///< of the state line
 };
 
 } // namespace console

@@ -36,12 +36,12 @@ QString nameProblem(const QString& name)
 
 } // namespace
 
-FolderChooser::FolderChooser(const WindowContext& context, const QString& title)
+FolderChooser::FolderChooser(const WindowContext& context, const Words& title)
     : SelectPathDialog(QString(), context.link.session(), context.parent)
     , m_keeper(context.controller, session)
     , m_guide(*this, [this] { return choice(); })
 {
-    setWindowTitle(title);
+    keepTitle(*this, title);
     setAttribute(Qt::WA_DeleteOnClose);
     listen();
     connect(&m_keeper, &SessionKeeper::lost, this, [this] { m_guide.setLost(true); });
@@ -93,12 +93,12 @@ ChooserGuide::Choice FolderChooser::choice()
     return { nameProblem(name), joined(getDir(), matchExt(name) ? name : name + exts.constFirst()) };
 }
 
-FileChooser::FileChooser(const WindowContext& context, const QString& title)
+FileChooser::FileChooser(const WindowContext& context, const Words& title)
     : SelectDirectoryDialog(QString(), context.link.session(), context.parent)
     , m_keeper(context.controller, session)
     , m_guide(*this, [this] { return choice(); })
 {
-    setWindowTitle(title);
+    keepTitle(*this, title);
     setAttribute(Qt::WA_DeleteOnClose);
     listen();
     connect(&m_keeper, &SessionKeeper::lost, this, [this] { m_guide.setLost(true); });

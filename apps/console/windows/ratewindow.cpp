@@ -4,6 +4,7 @@
 #include "servercontroller.h"
 #include "sessionlink.h"
 #include "ui_ratewindow.h"
+#include "words.h"
 
 #include <tarnis/foundation/delaycall.h>
 #include <tarnis/foundation/helpers.h>
@@ -54,7 +55,7 @@ RateWindow::RateWindow(ServerController& controller, QWidget* parent)
     connect(
         m_link, &SessionLink::replied, this, [this](const PTarnisCmd&, const QByteArray& reply) { onReplied(reply); });
     connect(m_link, &SessionLink::failed, this, [this](int, const QString& message) {
-        ui->infoLabel->setText(tr("No reply: %1. It is asked again.").arg(message));
+        say(*ui->infoLabel, [message] { return tr("No reply: %1. It is asked again.").arg(message); });
         m_controller.checkServer();
         askLater();
     });
@@ -71,7 +72,7 @@ void RateWindow::clear()
     m_rates.clear();
     m_seconds.clear();
     m_elapsed.start();
-    ui->infoLabel->clear();
+    say(*ui->infoLabel, [] { return QString(); });
     draw();
 }
 
@@ -100,9 +101,11 @@ void RateWindow::onReplied(const QByteArray& reply)
     const QString text = QString::fromUtf8(reply);
     const std::optional<double> rate = rateOf(text);
     if (!rate) {
-        ui->infoLabel->setText(replyKind(text) == ReplyKind::Refused
+        say(*ui->infoLabel, [text] {
+            return replyKind(text) == ReplyKind::Refused
                 ? text.trimmed()
-                : tr("The server tells no rate: its reply to stat has no line \"rate:\"."));
+                : tr("The server tells no rate: its reply to stat has no line \"rate:\".");
+        });
         return;
     }
     if (m_rates.size() == mostRates) {
@@ -126,9 +129,10 @@ void RateWindow::draw()
         const double mean = std::accumulate(m_rates.cbegin(), m_rates.cend(), 0.0) / double(m_rates.size());
         m_plot->setMaxValue(std::max(largest, 1.0));
         m_plot->setNotes(tr("largest %1 /s").arg(engineeringNumber(largest, digits)));
-        ui->infoLabel->setText(tr("%1 /s now, %2 /s on average over %3 s")
-                                   .arg(numStr(m_rates.constLast(), 'g', digits + 1), numStr(mean, 'g', digits + 1),
-                                       numStr(m_seconds.constLast() - m_seconds.constFirst(), 'f', 0)));
+        say(*ui->infoLabel, [now = m_rates.constLast(), mean, span = m_seconds.constLast() - m_seconds.constFirst()] {
+            return tr("%1 /s now, %2 /s on average over %3 s")
+                .arg(numStr(now, 'g', digits + 1), numStr(mean, 'g', digits + 1), numStr(span, 'f', 0));
+        });
     }
     m_plot->refreshPixmap();
 }
@@ -148,6 +152,7 @@ void RateWindow::changeEvent(QEvent* event)
         return;
     ui->retranslateUi(this);
     setTexts();
+    draw();
 }
 
 void RateWindow::updateControls()
@@ -155,7 +160,8 @@ void RateWindow::updateControls()
     if (m_controller.state() == ServerState::Up)
         askLater();
     else
-        ui->infoLabel->setText(tr("Needs a connected server; the curve goes on by itself when it is back."));
+        say(*ui->infoLabel,
+            [] { return tr("Needs a connected server; the curve goes on by itself when it is back."); });
 }
 
 } // namespace console

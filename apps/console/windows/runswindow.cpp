@@ -7,6 +7,7 @@
 #include "sessionlink.h"
 #include "ui_runswindow.h"
 #include "windows/pathwindows.h"
+#include "words.h"
 
 #include <QEvent>
 #include <QHeaderView>
@@ -57,12 +58,12 @@ RunsWindow::RunsWindow(const WindowContext& context)
     connect(m_link, &SessionLink::replied, this, &RunsWindow::onReplied);
     connect(m_link, &SessionLink::waitingChanged, this, &RunsWindow::updateControls);
     connect(m_link, &SessionLink::failed, this, [this](int, const QString& message) {
-        ui->stateLabel->setText(tr("No reply: %1. Refresh to ask again.").arg(message));
+        say(*ui->stateLabel, [message] { return tr("No reply: %1. Refresh to ask again.").arg(message); });
         m_context.controller.checkServer();
     });
     connect(&context.controller, &ServerController::aboutToStop, this, [this] {
         if (!m_link->drop().isEmpty())
-            ui->stateLabel->setText(tr("No reply: the server was stopped."));
+            say(*ui->stateLabel, [] { return tr("No reply: the server was stopped."); });
     });
     connect(&context.controller, &ServerController::stateChanged, this, &RunsWindow::updateControls);
     fillPrefixes();
@@ -84,10 +85,12 @@ void RunsWindow::refresh()
     m_link->drop(); // another folder was asked for: its list does not count any more
     m_asked = ui->folderEdit->text().trimmed();
     if (const QString problem = commandProblem(quotedPath(m_asked)); !problem.isEmpty()) {
-        ui->stateLabel->setText(tr("The folder cannot be asked for: %1").arg(problem));
+        say(*ui->stateLabel, [asked = quotedPath(m_asked)] {
+            return tr("The folder cannot be asked for: %1").arg(commandProblem(asked));
+        });
         return;
     }
-    ui->stateLabel->setText(tr("Asking the server..."));
+    say(*ui->stateLabel, [] { return tr("Asking the server..."); });
     if (m_asked.isEmpty())
         ask(QStringLiteral("pwd"), pwdName);
     else
@@ -106,7 +109,8 @@ void RunsWindow::onReplied(const PTarnisCmd& command, const QByteArray& reply)
     const QString text = QString::fromUtf8(reply);
     QStringList lines = text.split(u'\n');
     if (!lines.constFirst().startsWith(u"OK:")) {
-        ui->stateLabel->setText(tr("The server does not list the folder: %1").arg(text.trimmed()));
+        say(*ui->stateLabel,
+            [answer = text.trimmed()] { return tr("The server does not list the folder: %1").arg(answer); });
         return;
     }
     lines.removeFirst();
@@ -149,20 +153,22 @@ void RunsWindow::showCount()
 {
     if (!m_isListed)
         return;
-    const int all = m_runs.rowCount();
-    const int shown = m_order.rowCount();
-    const QString count =
-        shown == all ? tr("%Ln run(s)", nullptr, all) : tr("%L1 of %Ln run(s)", nullptr, all).arg(shown);
-    ui->stateLabel->setText(m_others == 0
+    say(*ui->stateLabel, [this] {
+        const int all = m_runs.rowCount();
+        const int shown = m_order.rowCount();
+        const QString count =
+            shown == all ? tr("%Ln run(s)", nullptr, all) : tr("%L1 of %Ln run(s)", nullptr, all).arg(shown);
+        return m_others == 0
             ? tr("%1 in %2").arg(count, m_shown)
-            : tr("%1 in %2, and %3").arg(count, m_shown, tr("%Ln other entry(s)", nullptr, int(m_others))));
+            : tr("%1 in %2, and %3").arg(count, m_shown, tr("%Ln other entry(s)", nullptr, int(m_others)));
+    });
 }
 
 void RunsWindow::browse()
 {
     if (bringForward<FolderChooser>(*this))
         return;
-    auto* const chooser = new FolderChooser(m_context, tr("Folder of the Runs"));
+    auto* const chooser = new FolderChooser(m_context, [] { return tr("Folder of the Runs"); });
     connect(chooser, qOverload<const QString&>(&SelectPathDialog::accepted), this, &RunsWindow::setFolder);
     chooser->show();
 }
@@ -195,7 +201,6 @@ void RunsWindow::changeEvent(QEvent* event)
     ui->retranslateUi(this);
     ui->prefixCombo->setItemText(0, tr("all"));
     Q_EMIT m_runs.headerDataChanged(Qt::Horizontal, 0, RunTable::ColumnCount - 1);
-    showCount();
     updateControls();
 }
 

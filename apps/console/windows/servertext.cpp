@@ -77,7 +77,7 @@ ServerTextWindow::ServerTextWindow(const WindowContext& context)
         stay();
         if (!lost.isEmpty() && lost.constFirst().name == writeName)
             keepModified(); // the server may have written it, or a part of it
-        say(tr("No reply: %1. Try again.").arg(message));
+        tell([message] { return tr("No reply: %1. Try again.").arg(message); });
         m_context.controller.checkServer();
     });
     connect(&context.controller, &ServerController::aboutToStop, this, [this] {
@@ -87,7 +87,7 @@ ServerTextWindow::ServerTextWindow(const WindowContext& context)
             return;
         if (lost.constFirst().name == writeName)
             keepModified();
-        say(tr("No reply: the server was stopped. The text stays here."));
+        tell([] { return tr("No reply: the server was stopped. The text stays here."); });
     });
     connect(&context.controller, &ServerController::stateChanged, this, &ServerTextWindow::updateControls);
     updateControls();
@@ -119,7 +119,7 @@ bool ServerTextWindow::mayChoose()
     if (m_context.controller.state() == ServerState::Up)
         return true;
     stay();
-    say(tr("Needs a connected server. The text stays here."));
+    tell([] { return tr("Needs a connected server. The text stays here."); });
     return false;
 }
 
@@ -127,7 +127,7 @@ void ServerTextWindow::chooseOpen()
 {
     if (!mayChoose() || bringForward<FileChooser>(*this))
         return;
-    auto* const chooser = new FileChooser(m_context, tr("Open on the Server"));
+    auto* const chooser = new FileChooser(m_context, [] { return tr("Open on the Server"); });
     chooser->setExt({ QStringLiteral("*") }, false, QString());
     connect(chooser, qOverload<const QString&>(&SelectDirectoryDialog::accepted), this, [this](const QString& path) {
         askAboutChanges([this, path] {
@@ -142,7 +142,7 @@ void ServerTextWindow::chooseSaveAs()
 {
     if (!mayChoose() || bringForward<FolderChooser>(*this))
         return;
-    auto* const chooser = new FolderChooser(m_context, tr("Save on the Server"));
+    auto* const chooser = new FolderChooser(m_context, [] { return tr("Save on the Server"); });
     chooser->askForName(m_path.section(u'/', -1));
     if (const qsizetype slash = m_path.lastIndexOf(u'/'); slash > 0)
         chooser->setDir(m_path.left(slash));
@@ -163,14 +163,14 @@ void ServerTextWindow::save()
 void ServerTextWindow::openFile(const QString& path)
 {
     if (isUnderWay(writeName)) {
-        say(tr("%1 is not opened: the text is being written.").arg(path));
+        tell([path] { return tr("%1 is not opened: the text is being written.").arg(path); });
         return;
     }
     if (isUnderWay(readName))
         m_link->drop(); // this one is wanted now
     if (send(QStringLiteral("rxfile ") + quotedPath(path), readName, true)) {
         m_asked = path;
-        say(tr("Reading %1...").arg(path));
+        tell([path] { return tr("Reading %1...").arg(path); });
     }
 }
 
@@ -187,7 +187,7 @@ void ServerTextWindow::saveTo(const QString& path)
     const auto bytes = bytesOfText(ui->edit->toPlainText(), m_form);
     if (!bytes) {
         stay();
-        say(tr("Not saved: the file is in Latin-1, and a character of the text is not."));
+        tell([] { return tr("Not saved: the file is in Latin-1, and a character of the text is not."); });
         return;
     }
     if (isUnderWay(readName))
@@ -197,16 +197,19 @@ void ServerTextWindow::saveTo(const QString& path)
     const QString content = QString::fromLatin1(*bytes);
     if (send(QStringLiteral("txfile ") + quotedPath(path) + u'\n' + content, writeName, false)) {
         m_asked = path;
-        say(tr("Writing %1...").arg(path));
+        tell([path] { return tr("Writing %1...").arg(path); });
     }
 }
 
 bool ServerTextWindow::send(const QString& request, const QString& name, bool isBinary)
 {
-    const QString problem = commandProblem(request.section(u'\n', 0, 0));
-    if (!problem.isEmpty() || m_context.controller.state() != ServerState::Up) {
+    const QString line = request.section(u'\n', 0, 0);
+    if (!commandProblem(line).isEmpty() || m_context.controller.state() != ServerState::Up) {
         stay();
-        say(problem.isEmpty() ? tr("Needs a connected server. The text stays here.") : problem);
+        tell([line] {
+            const QString why = commandProblem(line);
+            return why.isEmpty() ? tr("Needs a connected server. The text stays here.") : why;
+        });
         return false;
     }
     auto* const command = new TarnisCmd(request); // the session takes it over
@@ -228,20 +231,24 @@ void ServerTextWindow::onReplied(const PTarnisCmd& command, const QByteArray& re
 void ServerTextWindow::onRead(const PTarnisCmd& command, const QByteArray& bytes)
 {
     if (!command->m_replyText.startsWith(u"OK:")) {
-        say(tr("%1 is not opened: %2").arg(m_asked, command->m_replyText.trimmed()));
+        tell([path = m_asked, answer = command->m_replyText.trimmed()] {
+            return tr("%1 is not opened: %2").arg(path, answer);
+        });
         return;
     }
     TextForm form;
     const auto text = bytes.size() <= sizeLimit ? textOfFile(bytes, form) : std::nullopt;
     if (!text) {
-        say(tr("%1 is not opened: it is no text, or larger than %2.").arg(m_asked, byteCountText(sizeLimit)));
+        tell([path = m_asked] {
+            return tr("%1 is not opened: it is no text, or larger than %2.").arg(path, byteCountText(sizeLimit));
+        });
         return;
     }
     m_path = m_asked;
     m_form = form;
     ui->edit->setPlainText(*text);
     ui->edit->document()->setModified(false);
-    say(tr("Opened, %1.").arg(byteCountText(bytes.size())));
+    tell([count = bytes.size()] { return tr("Opened, %1.").arg(byteCountText(count)); });
 }
 
 void ServerTextWindow::onWritten(const QByteArray& reply)
@@ -249,20 +256,20 @@ void ServerTextWindow::onWritten(const QByteArray& reply)
     const QString text = QString::fromUtf8(reply);
     if (!text.startsWith(u"OK:")) {
         stay();
-        say(tr("%1 is not saved: %2").arg(m_asked, text.trimmed()));
+        tell([path = m_asked, answer = text.trimmed()] { return tr("%1 is not saved: %2").arg(path, answer); });
         return;
     }
     m_path = m_asked;
     const auto next = std::exchange(m_afterSave, {});
     if (ui->edit->document()->revision() == m_sentRevision) {
         ui->edit->document()->setModified(false);
-        say(tr("Saved."));
+        tell([] { return tr("Saved."); });
         if (next)
             next();
         return;
     }
     keepModified();
-    say(tr("Saved, but for what was typed since."));
+    tell([] { return tr("Saved, but for what was typed since."); });
     if (next) {
         m_afterSave = next;
         save();
@@ -321,9 +328,9 @@ void ServerTextWindow::reject()
     });
 }
 
-void ServerTextWindow::say(const QString& text)
+void ServerTextWindow::tell(const Words& words)
 {
-    ui->stateLabel->setText(text);
+    say(*ui->stateLabel, words);
 }
 
 void ServerTextWindow::updateControls()

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "windows/window.h"
+#include "words.h"
 
 #include <tarnis/server/tarniscmd.h>
 
@@ -60,7 +61,7 @@ protected:
     void onWritten(const QByteArray& reply);
     bool isModified() const;
     void keepModified();
-    void say(const QString& text);
+    void tell(const Words& words);
     void updateControls();
 
     WindowContext m_context;

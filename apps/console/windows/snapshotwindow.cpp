@@ -5,6 +5,7 @@
 #include "servercontroller.h"
 #include "sessionlink.h"
 #include "windows/tabledialog.h"
+#include "words.h"
 
 #include <QBoxLayout>
 #include <QEvent>
@@ -33,12 +34,12 @@ SnapshotWindow::SnapshotWindow(ServerController& controller, const Source& sourc
     connect(m_link, &SessionLink::replied, this, &SnapshotWindow::onReplied);
     connect(m_link, &SessionLink::waitingChanged, this, &SnapshotWindow::updateControls);
     connect(m_link, &SessionLink::failed, this, [this](int, const QString& message) {
-        m_stateLabel->setText(tr("No reply: %1. Refresh to ask again.").arg(message));
+        say(*m_stateLabel, [message] { return tr("No reply: %1. Refresh to ask again.").arg(message); });
         m_controller.checkServer();
     });
     connect(&controller, &ServerController::aboutToStop, this, [this] {
         if (!m_link->drop().isEmpty())
-            m_stateLabel->setText(tr("No reply: the server was stopped."));
+            say(*m_stateLabel, [] { return tr("No reply: the server was stopped."); });
     });
     connect(&controller, &ServerController::stateChanged, this, &SnapshotWindow::updateControls);
     refresh();
@@ -70,7 +71,6 @@ void SnapshotWindow::setTexts()
     m_stateLabel->setAccessibleName(tr("State of the snapshot"));
     m_refreshButton->setText(tr("&Refresh"));
     table()->setHorizontalHeaderLabels(headers());
-    fill();
     updateControls();
 }
 
@@ -83,7 +83,7 @@ void SnapshotWindow::refresh()
 {
     if (m_controller.state() != ServerState::Up || !m_link->waiting().isEmpty())
         return;
-    m_stateLabel->setText(tr("Asking the server..."));
+    say(*m_stateLabel, [] { return tr("Asking the server..."); });
     m_link->send(m_source.make());
 }
 
@@ -91,7 +91,7 @@ void SnapshotWindow::onReplied(const PTarnisCmd& command, const QByteArray& repl
 {
     const QString text = QString::fromUtf8(reply);
     if (replyKind(text) == ReplyKind::Refused) {
-        m_stateLabel->setText(text.trimmed());
+        say(*m_stateLabel, [answer = text.trimmed()] { return answer; });
         return;
     }
     m_record.take(m_source.read(*command, reply));
@@ -107,14 +107,16 @@ void SnapshotWindow::fill()
     updateList(shown, nullptr);
     if (!m_time.isValid())
         return;
-    const int all = int(m_record.count());
-    const QString count =
-        part.isEmpty() ? tr("%Ln value(s)", nullptr, all) : tr("%L1 of %Ln value(s)", nullptr, all).arg(shown.size());
-    const int changes = int(m_record.changes());
-    const QString time = m_time.toString(u"HH:mm:ss");
-    m_stateLabel->setText(changes == 0
+    say(*m_stateLabel, [this, isPart = !part.isEmpty(), rows = shown.size()] {
+        const int all = int(m_record.count());
+        const QString count =
+            isPart ? tr("%L1 of %Ln value(s)", nullptr, all).arg(rows) : tr("%Ln value(s)", nullptr, all);
+        const int changes = int(m_record.changes());
+        const QString time = m_time.toString(u"HH:mm:ss");
+        return changes == 0
             ? tr("%1, as of %2").arg(count, time)
-            : tr("%1, %Ln of them changed since the snapshot before, as of %2", nullptr, changes).arg(count, time));
+            : tr("%1, %Ln of them changed since the snapshot before, as of %2", nullptr, changes).arg(count, time);
+    });
 }
 
 void SnapshotWindow::changeEvent(QEvent* event)
