@@ -18,8 +18,8 @@ class Graph1DDialog;
 }
 
 /// Polls one binary command on a session of its own. A good reply starts a single-shot timer of a second, whose timeout
-/// sends the next command while "AutoUpdate" is checked; a failure ends that chain until the next update(). The window
-/// deletes itself on close.
+/// sends the next command while "AutoUpdate" is checked. A reply that cannot be read ends that chain until the next
+/// update(), a lost connection for good. The window deletes itself on close.
 class TARNIS_EXPORT Graph1DDialog : public QDialog {
     Q_OBJECT
 public:
