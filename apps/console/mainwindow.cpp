@@ -5,6 +5,7 @@
 #include "commandpanel.h"
 #include "connectdialog.h"
 #include "history.h"
+#include "keyboarddialog.h"
 #include "languagemenu.h"
 #include "lastserver.h"
 #include "messagelist.h"
@@ -374,24 +375,7 @@ void MainWindow::saveRecord()
 
 void MainWindow::showKeyboard()
 {
-    QString rows;
-    for (const QMenu* menu : ui->menuBar->findChildren<QMenu*>()) {
-        for (const QAction* action : menu->actions()) {
-            if (!action->shortcut().isEmpty())
-                rows += QStringLiteral("<tr><td><b>%1</b>&nbsp;&nbsp;&nbsp;</td><td>%2</td></tr>")
-                            .arg(action->shortcut().toString(QKeySequence::NativeText),
-                                action->text().remove(u'&').toHtmlEscaped());
-        }
-    }
-    rows += tr("<tr><td><b>Up, Down</b>&nbsp;&nbsp;&nbsp;</td><td>Walk through the commands that were typed</td></tr>"
-               "<tr><td><b>F8</b></td><td>Press the button of the notice</td></tr>"
-               "<tr><td><b>F2</b></td><td>Edit the chosen setting</td></tr>"
-               "<tr><td><b>F5</b></td><td>Update a live window</td></tr>"
-               "<tr><td><b>Menu, arrows, +, -, Home</b></td><td>In a plot: its tools, move, zoom, show all</td></tr>");
-    auto* box = new QMessageBox(
-        QMessageBox::NoIcon, tr("Keyboard"), QStringLiteral("<table>%1</table>").arg(rows), QMessageBox::Close, this);
-    box->setObjectName(QStringLiteral("keyboardBox"));
-    box->setAttribute(Qt::WA_DeleteOnClose);
+    auto* box = new KeyboardDialog(ui->menuBar->findChildren<QMenu*>(), this);
     box->open();
 }
 

@@ -11,6 +11,9 @@ class MessageList : public QPlainTextEdit {
 public:
     explicit MessageList(QWidget* parent = nullptr);
 
+    /// A message of the library in the language of now; any other as it is.
+    static QString translated(const QString& message);
+
 protected:
     void onSysMsg(const QString& message);
 };

@@ -1,5 +1,8 @@
 #include "windowaccess.h"
 
+#include "colourbarmenu.h"
+
+#include <tarnis/plots/xy2dgraphwidget.h>
 #include <tarnis/plots/xygraphwidget.h>
 
 #include <QAction>
@@ -160,6 +163,11 @@ WindowAccess::WindowAccess(QObject* parent)
 
 bool WindowAccess::eventFilter(QObject* object, QEvent* event)
 {
+    // Before the menu takes the size of its entries.
+    if (event->type() == QEvent::Polish && qobject_cast<XY2DGraphWidget*>(object->parent())) {
+        if (auto* const menu = qobject_cast<QMenu*>(object))
+            translateColourBarMenu(*menu);
+    }
     if (event->type() == QEvent::Show || event->type() == QEvent::WindowTitleChange) {
         auto* const widget = qobject_cast<QWidget*>(object);
         if (widget && widget->isWindow())

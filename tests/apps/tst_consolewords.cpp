@@ -1,6 +1,7 @@
 // Every word in the console's open windows when the language changes: none of the language of before is left.
 #include "apps/desk.h"
 #include "language.h"
+#include "messagelist.h"
 #include "settingspanel.h"
 
 #include <tarnis/dialogs/graph1ddialog.h>
@@ -17,6 +18,7 @@
 #include <QPlainTextEdit>
 #include <QRegularExpression>
 #include <QTableView>
+#include <QTableWidget>
 #include <QXmlStreamReader>
 
 using namespace console;
@@ -246,6 +248,48 @@ private Q_SLOTS:
         QCOMPARE(curves->getGraphWidget()->m_groupName, "Modul");
         desk.choose("enAction");
         QTRY_COMPARE(label->text(), "Module 0-7");
+    }
+
+    void messagesOfTheLibraryAreTranslated()
+    {
+        const QString crash = QStringLiteral("Server process crashed.");
+        QCOMPARE(MessageList::translated(crash), crash);
+        setLanguage(QStringLiteral("de"));
+        QCOMPARE(MessageList::translated(crash), QString::fromUtf8("Der Serverprozess ist abgest\u00fcrzt."));
+        QCOMPARE(MessageList::translated(QStringLiteral("Socket Error 0 Connection (%1) refused")),
+            "Verbindungsfehler 0: Connection (%1) refused");
+        QCOMPARE(MessageList::translated(QStringLiteral("from a host")), "from a host");
+    }
+
+    void theMenuOfAColourBarIsTranslated()
+    {
+        Laboratory server;
+        Desk desk;
+        desk.use(server);
+        QVERIFY(desk.reaches(ServerState::Up));
+        desk.choose("deAction");
+        auto* const map = desk.open<Graph2DDialog>("map");
+        auto* const plot = map->getGraphWidget();
+        QTest::mouseClick(plot, Qt::RightButton, {}, QPoint(plot->width() - 8, plot->height() / 2));
+        QMenu* menu = nullptr;
+        QTRY_VERIFY((menu = qobject_cast<QMenu*>(QApplication::activePopupWidget())));
+        QCOMPARE(menu->actions().at(0)->text(), "Muster - Regenbogen 1");
+        QCOMPARE(menu->actions().at(8)->text(), QString::fromUtf8(" \u00c4ndern - Farbe des Maximums"));
+        menu->close();
+    }
+
+    void theKeyboardBoxFitsAndFollows()
+    {
+        Desk desk;
+        desk.choose("keysAction");
+        const auto* const box = desk.window->findChild<QDialog*>(QStringLiteral("keyboardBox"));
+        const auto* const table = box->findChild<QTableWidget*>(QStringLiteral("keyTable"));
+        QVERIFY(box->height() <= 500);
+        QVERIFY(table->rowCount() > 20);
+        const int width = table->fontMetrics().horizontalAdvance(table->item(table->rowCount() - 3, 0)->text());
+        QVERIFY(table->columnWidth(0) > width);
+        desk.choose("deAction");
+        QTRY_COMPARE(table->item(table->rowCount() - 1, 1)->text(), "In einem Diagramm: alles zeigen");
     }
 
     void whatIsAddedUpDoesNotDependOnTheLanguage()

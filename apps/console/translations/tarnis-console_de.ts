@@ -29,6 +29,69 @@
     </message>
 </context>
 <context>
+    <name>ColourBarMenu</name>
+    <message>
+        <source>Pattern - Rainbow1</source>
+        <translation>Muster - Regenbogen 1</translation>
+    </message>
+    <message>
+        <source>Pattern - Rainbow2</source>
+        <translation>Muster - Regenbogen 2</translation>
+    </message>
+    <message>
+        <source>Pattern - Grayscale</source>
+        <translation>Muster - Graustufen</translation>
+    </message>
+    <message>
+        <source>Pattern - BlueRedGreen</source>
+        <translation>Muster - Blau Rot Grün</translation>
+    </message>
+    <message>
+        <source>Pattern - RedWhiteBlue</source>
+        <translation>Muster - Rot Weiß Blau</translation>
+    </message>
+    <message>
+        <source>Pattern - CyanMagenta</source>
+        <translation>Muster - Cyan Magenta</translation>
+    </message>
+    <message>
+        <source>Pattern - YellowHot</source>
+        <translation>Muster - Gelbglut</translation>
+    </message>
+    <message>
+        <source>Pattern - Blue</source>
+        <translation>Muster - Blau</translation>
+    </message>
+    <message>
+        <source> Edit - Max Color</source>
+        <translation> Ändern - Farbe des Maximums</translation>
+    </message>
+    <message>
+        <source> Edit - Half Max Color</source>
+        <translation> Ändern - Farbe bei drei Vierteln</translation>
+    </message>
+    <message>
+        <source> Edit - Half Color</source>
+        <translation> Ändern - Farbe der Mitte</translation>
+    </message>
+    <message>
+        <source> Edit - Half Min Color</source>
+        <translation> Ändern - Farbe bei einem Viertel</translation>
+    </message>
+    <message>
+        <source> Edit - Min Color</source>
+        <translation> Ändern - Farbe des Minimums</translation>
+    </message>
+    <message>
+        <source>Edit - Reverse</source>
+        <translation>Ändern - Umkehren</translation>
+    </message>
+    <message>
+        <source> Edit - Back Ground Color</source>
+        <translation> Ändern - Hintergrundfarbe</translation>
+    </message>
+</context>
+<context>
     <name>CommandPanel</name>
     <message>
         <source>Commands and replies</source>
@@ -1280,6 +1343,57 @@
     </message>
 </context>
 <context>
+    <name>console::KeyboardDialog</name>
+    <message>
+        <source>Keyboard</source>
+        <translation>Tastatur</translation>
+    </message>
+    <message>
+        <source>Keys</source>
+        <translation>Tasten</translation>
+    </message>
+    <message>
+        <source>Key</source>
+        <translation>Taste</translation>
+    </message>
+    <message>
+        <source>What it does</source>
+        <translation>Wirkung</translation>
+    </message>
+    <message>
+        <source>Walk through the commands that were typed</source>
+        <translation>Durch die eingegebenen Befehle gehen</translation>
+    </message>
+    <message>
+        <source>Press the button of the notice</source>
+        <translation>Die Schaltfläche des Hinweises drücken</translation>
+    </message>
+    <message>
+        <source>Edit the chosen setting</source>
+        <translation>Die gewählte Einstellung ändern</translation>
+    </message>
+    <message>
+        <source>Update a live window</source>
+        <translation>Ein Live-Fenster aktualisieren</translation>
+    </message>
+    <message>
+        <source>In a plot: its tools</source>
+        <translation>In einem Diagramm: seine Werkzeuge</translation>
+    </message>
+    <message>
+        <source>In a plot: move</source>
+        <translation>In einem Diagramm: verschieben</translation>
+    </message>
+    <message>
+        <source>In a plot: zoom in and out</source>
+        <translation>In einem Diagramm: vergrößern und verkleinern</translation>
+    </message>
+    <message>
+        <source>In a plot: show all</source>
+        <translation>In einem Diagramm: alles zeigen</translation>
+    </message>
+</context>
+<context>
     <name>console::LanguageMenu</name>
     <message>
         <source>&amp;Language</source>
@@ -1485,10 +1599,6 @@
         <translation>%1 lässt sich nicht schreiben: %2. Wählen Sie einen anderen Ort.</translation>
     </message>
     <message>
-        <source>Keyboard</source>
-        <translation>Tastatur</translation>
-    </message>
-    <message>
         <source>About</source>
         <translation>Über</translation>
     </message>
@@ -1515,10 +1625,6 @@
     <message>
         <source>Close all windows but this one</source>
         <translation>Alle Fenster außer diesem schließen</translation>
-    </message>
-    <message>
-        <source>&lt;tr&gt;&lt;td&gt;&lt;b&gt;Up, Down&lt;/b&gt;&amp;nbsp;&amp;nbsp;&amp;nbsp;&lt;/td&gt;&lt;td&gt;Walk through the commands that were typed&lt;/td&gt;&lt;/tr&gt;&lt;tr&gt;&lt;td&gt;&lt;b&gt;F8&lt;/b&gt;&lt;/td&gt;&lt;td&gt;Press the button of the notice&lt;/td&gt;&lt;/tr&gt;&lt;tr&gt;&lt;td&gt;&lt;b&gt;F2&lt;/b&gt;&lt;/td&gt;&lt;td&gt;Edit the chosen setting&lt;/td&gt;&lt;/tr&gt;&lt;tr&gt;&lt;td&gt;&lt;b&gt;F5&lt;/b&gt;&lt;/td&gt;&lt;td&gt;Update a live window&lt;/td&gt;&lt;/tr&gt;&lt;tr&gt;&lt;td&gt;&lt;b&gt;Menu, arrows, +, -, Home&lt;/b&gt;&lt;/td&gt;&lt;td&gt;In a plot: its tools, move, zoom, show all&lt;/td&gt;&lt;/tr&gt;</source>
-        <translation>&lt;tr&gt;&lt;td&gt;&lt;b&gt;Auf, Ab&lt;/b&gt;&amp;nbsp;&amp;nbsp;&amp;nbsp;&lt;/td&gt;&lt;td&gt;Durch die getippten Befehle gehen&lt;/td&gt;&lt;/tr&gt;&lt;tr&gt;&lt;td&gt;&lt;b&gt;F8&lt;/b&gt;&lt;/td&gt;&lt;td&gt;Den Knopf des Hinweises drücken&lt;/td&gt;&lt;/tr&gt;&lt;tr&gt;&lt;td&gt;&lt;b&gt;F2&lt;/b&gt;&lt;/td&gt;&lt;td&gt;Die gewählte Einstellung ändern&lt;/td&gt;&lt;/tr&gt;&lt;tr&gt;&lt;td&gt;&lt;b&gt;F5&lt;/b&gt;&lt;/td&gt;&lt;td&gt;Ein laufendes Fenster aktualisieren&lt;/td&gt;&lt;/tr&gt;&lt;tr&gt;&lt;td&gt;&lt;b&gt;Menü, Pfeile, +, -, Pos1&lt;/b&gt;&lt;/td&gt;&lt;td&gt;In einem Kurvenbild: seine Werkzeuge, verschieben, vergrößern, alles zeigen&lt;/td&gt;&lt;/tr&gt;</translation>
     </message>
     <message>
         <source>A run goes on at %1. It ends with the server.</source>
@@ -1583,6 +1689,37 @@
     <message>
         <source>The file %1 cannot be written. Commands, windows and the server are not remembered.</source>
         <translation>Die Datei %1 ist nicht beschreibbar. Befehle, Fenster und Server werden nicht gemerkt.</translation>
+    </message>
+</context>
+<context>
+    <name>console::MessageList</name>
+    <message>
+        <source>Local Server[%1] Started</source>
+        <translation>Lokaler Server [%1] gestartet</translation>
+    </message>
+    <message>
+        <source>Could not Start Local Server[%1] - check velmark.xml localServer element</source>
+        <translation>Der lokale Server [%1] ließ sich nicht starten - siehe velmark.xml, Element localServer</translation>
+    </message>
+    <message>
+        <source>Local Tarnis Server Started on port %1</source>
+        <translation>Lokaler Tarnis-Server bereit, Port %1</translation>
+    </message>
+    <message>
+        <source>Remote Tarnis Server Started on port %1</source>
+        <translation>Entfernter Tarnis-Server verbunden, Port %1</translation>
+    </message>
+    <message>
+        <source>Server process crashed.</source>
+        <translation>Der Serverprozess ist abgestürzt.</translation>
+    </message>
+    <message>
+        <source>ServerError: Crashed but shutting down or idle. err[%1]</source>
+        <translation>Serverfehler beim Herunterfahren oder im Leerlauf: err[%1]</translation>
+    </message>
+    <message>
+        <source>Socket Error %1 %2</source>
+        <translation>Verbindungsfehler %1: %2</translation>
     </message>
 </context>
 <context>

@@ -1,0 +1,11 @@
+// The menu of a map's colour bar, which the library leaves in English.
+#pragma once
+
+class QMenu;
+
+namespace console {
+
+/// Gives the entries of a colour bar's menu their words in the language of now; leaves every other entry alone.
+void translateColourBarMenu(QMenu& menu);
+
+} // namespace console

@@ -1,0 +1,28 @@
+// The keys of the console in a table: those of the menus, then those that stand in none.
+#pragma once
+
+#include <QDialog>
+
+class QMenu;
+class QTableWidget;
+
+namespace console {
+
+/// Names keys as the desktop does, and follows the language while it is open.
+class KeyboardDialog : public QDialog {
+    Q_OBJECT
+public:
+    KeyboardDialog(const QList<QMenu*>& menus, QWidget* parent);
+
+protected:
+    void changeEvent(QEvent* event) override;
+    void setTexts();
+    void addMenus();
+    void addOthers();
+    void addRow(const QString& keys, const QString& text);
+
+    QList<QMenu*> m_menus;
+    QTableWidget* m_table;
+};
+
+} // namespace console
