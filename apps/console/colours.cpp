@@ -7,11 +7,6 @@ namespace console {
 
 namespace {
 
-bool isDark(const QPalette& palette)
-{
-    return palette.color(QPalette::Base).lightness() < 128;
-}
-
 QColor mixed(const QColor& ground, const QColor& tint, double share)
 {
     const auto channel = [share](int a, int b) { return int(a * (1.0 - share) + b * share); };
@@ -20,6 +15,11 @@ QColor mixed(const QColor& ground, const QColor& tint, double share)
 }
 
 } // namespace
+
+bool isDark(const QPalette& palette)
+{
+    return palette.color(QPalette::Base).lightness() < 128;
+}
 
 QColor goodText(const QPalette& palette)
 {

@@ -12,6 +12,9 @@ namespace console {
 
 enum class Lamp { Off, Waiting, Good, Busy, Bad };
 
+/// Whether text stands light on dark.
+bool isDark(const QPalette& palette);
+
 /// Text on the palette's base in a hue that says good or bad; contrast at least 4.5 to 1 on white and on #202020.
 QColor goodText(const QPalette& palette);
 QColor badText(const QPalette& palette);

@@ -1,5 +1,6 @@
 // tarnis-console: an operator's console for a data-acquisition server.
 #include "commandline.h"
+#include "indicatorstyle.h"
 #include "mainwindow.h"
 #include "quitsignals.h"
 #include "tour/tour.h"
@@ -91,6 +92,7 @@ int main(int argc, char** argv)
     QCoreApplication::setApplicationVersion(QStringLiteral(TARNIS_CONSOLE_VERSION));
     QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs, isTour); // so that they come out on the pictures
     const QApplication application(argc, argv);
+    console::IndicatorStyle::install();
 
     if (!options.logFile.isEmpty()) {
         initlog(options.logFile.toStdString(), 0);

@@ -4,6 +4,7 @@
 #include "commandpanel.h"
 #include "connectdialog.h"
 #include "history.h"
+#include "indicatorstyle.h"
 #include "mainwindow.h"
 #include "noticebar.h"
 #include "servercontroller.h"
@@ -21,16 +22,19 @@
 #include <QCheckBox>
 #include <QDialogButtonBox>
 #include <QFile>
+#include <QImage>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
+#include <QPainter>
 #include <QPlainTextEdit>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSettings>
 #include <QSpinBox>
+#include <QStyleOptionButton>
 #include <QTableView>
 #include <QTemporaryDir>
 #include <QTest>
@@ -243,6 +247,31 @@ private Q_SLOTS:
         for (const auto severity :
             { Notice::Severity::Information, Notice::Severity::Warning, Notice::Severity::Failure }) {
             QVERIFY(contrast(palette.color(QPalette::WindowText), noticeGround(palette, severity)) >= 4.5);
+        }
+    }
+
+    void emptyIndicatorsStandOutInTheDark()
+    {
+        const QPalette palette = darkPalette();
+        const IndicatorStyle style(QStringLiteral("fusion"));
+        QStyleOptionButton option;
+        option.rect = QRect(1, 1, 14, 14);
+        option.palette = palette;
+        option.state = QStyle::State_Enabled | QStyle::State_Off;
+        for (const auto indicator :
+            { QStyle::PE_IndicatorCheckBox, QStyle::PE_IndicatorRadioButton, QStyle::PE_IndicatorItemViewItemCheck }) {
+            for (const auto role : { QPalette::Base, QPalette::AlternateBase, QPalette::Window }) {
+                const QColor ground = palette.color(role);
+                QImage picture(16, 16, QImage::Format_RGB32);
+                picture.fill(ground);
+                QPainter painter(&picture);
+                style.drawPrimitive(indicator, &option, &painter, nullptr);
+                painter.end();
+                double best = 1.0;
+                for (int x = 0; x < picture.width(); ++x)
+                    best = std::max(best, contrast(picture.pixelColor(x, 8), ground));
+                QVERIFY2(best >= 3.0, qPrintable(QString::number(best)));
+            }
         }
     }
 
