@@ -5,11 +5,10 @@
 #include "replytext.h"
 #include "servercontroller.h"
 #include "ui_commandpanel.h"
+#include "uploader.h"
 
 #include <QEvent>
-#include <QFile>
 #include <QFileDialog>
-#include <QFileInfo>
 
 #include <utility>
 
@@ -20,7 +19,6 @@ namespace {
 constexpr qsizetype liveBytes = 16384;
 constexpr int progressIntervalMs = 100;
 constexpr int progressDelayMs = 400; // a quick reply shows no progress at all
-constexpr qint64 uploadLimit = 256LL * 1024 * 1024;
 
 } // namespace
 
@@ -29,6 +27,7 @@ CommandPanel::CommandPanel(ServerController& controller, QWidget* parent)
     , m_controller(controller)
     , ui(std::make_unique<Ui::CommandPanel>())
     , m_link(new SessionLink(controller.tarnis(), QStringLiteral("console"), this))
+    , m_uploader(new Uploader(controller, *this))
 {
     ui->setupUi(this);
     QSizePolicy keepsRoom = ui->progressBar->sizePolicy();
@@ -42,6 +41,9 @@ CommandPanel::CommandPanel(ServerController& controller, QWidget* parent)
     connect(ui->giveUpButton, &QPushButton::clicked, this, &CommandPanel::giveUp);
     connect(ui->uploadButton, &QPushButton::clicked, this, &CommandPanel::chooseUpload);
 
+    connect(m_uploader, &Uploader::ready, this, &CommandPanel::sendFile);
+    connect(m_uploader, &Uploader::refused, this,
+        [this](const Words& words) { Q_EMIT notice(noticeOf(Notice::Severity::Warning, words)); });
     connect(m_link, &SessionLink::progress, this, &CommandPanel::onProgress);
     connect(m_link, &SessionLink::replied, this, &CommandPanel::onReplied);
     connect(m_link, &SessionLink::failed, this, &CommandPanel::onFailed);
@@ -160,33 +162,15 @@ void CommandPanel::chooseUpload()
 
 void CommandPanel::upload(const QString& path)
 {
-    const auto refuse = [this, &path](const Words& why) {
-        Q_EMIT notice(
-            noticeOf(Notice::Severity::Warning, [path, why] { return tr("%1 is not uploaded: %2").arg(path, why()); }));
-    };
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
-        refuse([error = file.errorString()] { return tr("it cannot be read (%1).").arg(error); });
-        return;
-    }
-    if (file.size() > uploadLimit) {
-        refuse([] { return tr("it is larger than %1.").arg(byteCountText(uploadLimit)); });
-        return;
-    }
-    const QByteArray content = file.readAll();
-    if (file.error() != QFileDevice::NoError) {
-        refuse([error = file.errorString()] { return tr("it cannot be read (%1).").arg(error); });
-        return;
-    }
-    const QString header = QStringLiteral("txfile %1").arg(QFileInfo(path).fileName());
-    if (const QString problem = commandProblem(header); !problem.isEmpty()) {
-        refuse([header] { return tr("its name cannot be sent. %1").arg(commandProblem(header)); });
-        return;
-    }
+    m_uploader->start(path);
+}
+
+void CommandPanel::sendFile(const QString& request, const QByteArray& content)
+{
     Q_EMIT notice({});
     // Latin-1 both ways keeps every byte. A file with the byte 0x04 is refused by the session itself.
-    const QString shown = QStringLiteral("%1  (%2)").arg(header, byteCountText(content.size()));
-    send({ header + u'\n' + QString::fromLatin1(content), shown, false });
+    const QString shown = QStringLiteral("%1  (%2)").arg(request, byteCountText(content.size()));
+    send({ request + u'\n' + QString::fromLatin1(content), shown, false });
 }
 
 void CommandPanel::onProgress(const QByteArray& piece)
@@ -221,9 +205,9 @@ void CommandPanel::onReplied(const PTarnisCmd& command, const QByteArray& reply)
     m_isAnnounced = false;
     if (command->m_bBinary) {
         const QString text = visibleText(command->m_replyText.toUtf8());
-        const QString numbers = binaryText(summarizeBinary(reply));
-        ui->transcript->addReply(
-            text.isEmpty() ? numbers : numbers + u'\n' + tr("text: %1").arg(text), replyKind(text));
+        const bool isFile = bringsFile(command->m_cmd);
+        const QString block = isFile ? fileText(reply) : binaryText(summarizeBinary(reply));
+        ui->transcript->addReply(text.isEmpty() ? block : block + u'\n' + tr("text: %1").arg(text), replyKind(text));
     } else {
         const QString text = visibleText(reply);
         ui->transcript->addReply(text.isEmpty() ? tr("(an empty reply)") : text, replyKind(text));
@@ -318,8 +302,8 @@ void CommandPanel::updateControls()
     setAvailable(ui->giveUpButton, isBusy(),
         withKey(tr("Stop waiting for the reply and close its connection"), Qt::CTRL | Qt::Key_G),
         tr("No command is under way"));
-    ui->binaryCheck->setToolTip(
-        tr("The reply is a block of numbers with text behind it, as that of hist1d and hist2d; follows the command"));
+    ui->binaryCheck->setToolTip(tr("The reply is a block of numbers with text behind it, as that of hist1d and hist2d, "
+                                   "or a file, as that of rxfile; follows the command"));
 }
 
 } // namespace console

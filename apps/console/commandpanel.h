@@ -20,6 +20,7 @@ namespace console {
 
 class History;
 class ServerController;
+class Uploader;
 
 /// Sends what is typed on a session of its own, one after the other, and shows every reply. GUI thread.
 class CommandPanel : public QWidget {
@@ -48,7 +49,7 @@ public Q_SLOTS:
     void giveUp();
     /// Asks for a file and uploads it.
     void chooseUpload();
-    /// Uploads the file under its own name, after a look at whether that can work.
+    /// Uploads the file under its own name, after a look at whether that can work; asks before one is overwritten.
     void upload(const QString& path);
     /// Puts the commands that were lost last back: into the command line if there is no server, else on their way.
     void sendAgain();
@@ -63,6 +64,7 @@ Q_SIGNALS:
 protected:
     void changeEvent(QEvent* event) override;
     void send(const Request& request);
+    void sendFile(const QString& request, const QByteArray& content);
     void onProgress(const QByteArray& piece);
     void onReplied(const PTarnisCmd& command, const QByteArray& reply);
     void onFailed(int socketError, const QString& message, const QList<Request>& unanswered);
@@ -77,6 +79,7 @@ protected:
     ServerController& m_controller;
     std::unique_ptr<Ui::CommandPanel> ui;
     SessionLink* m_link;
+    Uploader* m_uploader;
     QTimer m_progressTimer;
     bool m_isAnnounced = false; ///< the command on the wire stands in the record
     QElapsedTimer m_elapsed; ///< since the command on the wire went out

@@ -16,6 +16,7 @@
 #include "ui_mainwindow.h"
 #include "windowaccess.h"
 #include "windows/openwindows.h"
+#include "windows/serverhistograms.h"
 
 #include <tarnis/foundation/helpers.h>
 
@@ -36,6 +37,7 @@ MainWindow::MainWindow(QSettings& memory)
     , m_controller(new ServerController(this))
     , m_entries(windowEntries())
     , m_windows(new OpenWindows(*this))
+    , m_histograms(new ServerHistograms(*m_controller))
     , m_desktopPalette(QApplication::palette())
 {
     ui->setupUi(this);
@@ -55,6 +57,7 @@ MainWindow::MainWindow(QSettings& memory)
     connectActions();
     addWindowActions();
     connect(m_windows, &OpenWindows::changed, this, &MainWindow::updateControls);
+    connect(m_histograms, &ServerHistograms::changed, this, &MainWindow::updateControls);
     connect(m_windows, &OpenWindows::changed, this, &MainWindow::goOnLeaving);
     connect(m_windows, &OpenWindows::kept, this, [this] {
         m_isAskingToSave = false;
@@ -80,6 +83,7 @@ MainWindow::~MainWindow()
     delete m_commandPanel; // before the manager that their sessions come from
     delete m_settingsPanel;
     delete m_windows;
+    delete m_histograms;
     delete m_controller;
 }
 
@@ -139,7 +143,8 @@ QWidget* MainWindow::openWindow(const WindowEntry& entry)
     if (!refusal(entry).isEmpty())
         return nullptr;
     const auto make = [&] {
-        return entry.open({ *m_controller, m_commandPanel->link(), this, *m_commandPanel, *m_windows, m_memory });
+        return entry.open(
+            { *m_controller, m_commandPanel->link(), this, *m_commandPanel, *m_windows, m_memory, *m_histograms });
     };
     return m_windows->show(entry.id, make, [&entry] { return entry.title; });
 }
@@ -148,6 +153,8 @@ QString MainWindow::refusal(const WindowEntry& entry) const
 {
     if (entry.needsServer && m_controller->state() != ServerState::Up)
         return tr("Needs a connected server");
+    if (const QString reason = m_histograms->refusal(entry.histogram); !reason.isEmpty())
+        return reason;
     return entry.refusal ? entry.refusal(*m_controller) : QString();
 }
 

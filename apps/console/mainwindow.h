@@ -23,6 +23,7 @@ namespace console {
 class CommandPanel;
 class OpenWindows;
 class ServerController;
+class ServerHistograms;
 class SettingsPanel;
 class StateWatch;
 
@@ -44,8 +45,11 @@ public:
 
     /// Opens the window of the entry, or brings it forward if it is open. Null while it cannot be opened.
     QWidget* openWindow(const WindowEntry& entry);
+    /// Why the window of the entry cannot be opened now, in words; empty if it can.
+    QString refusal(const WindowEntry& entry) const;
     const QList<WindowEntry>& entries() const { return m_entries; }
     OpenWindows& windows() { return *m_windows; }
+    const ServerHistograms& histograms() const { return *m_histograms; }
     StateWatch& stateWatch() { return *m_stateWatch; }
 
     /// Closes without a question about a run: the program is ended from outside.
@@ -57,7 +61,6 @@ protected:
     void connectActions();
     void addWindowActions();
     void setTexts();
-    QString refusal(const WindowEntry& entry) const;
     void updateControls();
     void updateArranging();
     void listOpenWindows();
@@ -88,6 +91,7 @@ protected:
     QList<QAction*> m_windowActions; ///< one for each entry
     QList<QAction*> m_openActions; ///< the open windows as the menu last showed them
     OpenWindows* m_windows;
+    ServerHistograms* m_histograms;
     QPalette m_desktopPalette;
     bool m_isServerChosen = false;
     bool m_isMemoryFaultTold = false;

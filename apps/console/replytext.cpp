@@ -4,6 +4,7 @@
 
 #include <QCoreApplication>
 #include <QLocale>
+#include <QStringDecoder>
 #include <QStringList>
 
 #include <algorithm>
@@ -164,10 +165,27 @@ QString byteCountText(qint64 bytes)
     return ReplyText::tr("%L1 MiB").arg(double(bytes) / double(mebibyte), 0, 'f', 1);
 }
 
+QString fileText(const QByteArray& bytes)
+{
+    const QString size = byteCountText(bytes.size());
+    if (bytes.isEmpty())
+        return size;
+    if (bytes.contains('\0'))
+        return ReplyText::tr("%1, which are no text").arg(size);
+    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
+    const QString text = decoder.decode(bytes);
+    return size + u'\n' + visibleText(decoder.hasError() ? QString::fromLatin1(bytes).toUtf8() : bytes);
+}
+
 bool looksBinary(const QString& command)
 {
     const QString word = command.trimmed().section(u' ', 0, 0);
-    return word == u"hist1d" || word == u"hist2d";
+    return word == u"hist1d" || word == u"hist2d" || bringsFile(command);
+}
+
+bool bringsFile(const QString& command)
+{
+    return command.trimmed().section(u' ', 0, 0) == u"rxfile";
 }
 
 } // namespace console

@@ -50,7 +50,12 @@ QString commandProblem(const QString& command);
 /// "1 byte", "12,345 bytes", "3.1 MiB", in the language of now.
 QString byteCountText(qint64 bytes);
 
-/// True for the histogram commands, whose replies are blocks of doubles: first word hist1d or hist2d.
+/// A file as it came: its size, and below it the text; the size alone of what is no text.
+QString fileText(const QByteArray& bytes);
+
+/// True for the commands with binary replies: first word hist1d, hist2d (doubles) or rxfile (a file).
 bool looksBinary(const QString& command);
+/// True for the one among them whose payload are the bytes of a file.
+bool bringsFile(const QString& command);
 
 } // namespace console

@@ -46,7 +46,12 @@ public:
         answer("setting", { Step::text("OK:\nrate: 12\n") });
         answer("pwd", { Step::text("OK:\n/data\n") });
         answer("ls-F \"/data\"", { Step::text("OK:\nrun000001_20260101/\nold/\n") });
-        answer("hists", { Step::text("OK:\ntime: kind=1d rows=1 bins=4 min=0 max=1 label=Time unit=us\n") });
+        answer("hists",
+            { Step::text("OK:\ntime: kind=1d rows=8 bins=1024 min=0 max=40000 label=Time unit=us\n"
+                         "total: kind=1d rows=1 bins=1024 min=0 max=40000 label=Time unit=us\n"
+                         "position: kind=1d rows=8 bins=1000 min=0 max=1000 label=Position unit=mm\n"
+                         "spectrum: kind=1d rows=1 bins=100 min=0 max=100\n"
+                         "image: kind=2d binsx=256 minx=0 maxx=1 binsy=256 miny=0 maxy=1\n") });
     }
 };
 

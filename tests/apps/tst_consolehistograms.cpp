@@ -309,6 +309,60 @@ private Q_SLOTS:
             titlesOf(desk.window->windows().onScreen()), QStringList { "Histogram big, the first 64 of 100 rows" });
     }
 
+    // Windows of certain histograms.
+
+    void windowsTakeWhatTheServerLists()
+    {
+        Laboratory server("OK:\ntime: kind=1d rows=3 bins=2000 min=5 max=500 label=Flight unit=ms\n"
+                          "total: kind=1d rows=1 bins=100 min=0 max=1\n");
+        server.answer("hist1d time 0 2 bins:1000", { Step::doubles(QList<double>(3000, 1.0), "OK:\n") });
+        server.answer("hist1d total pairs bins:100", { Step::doubles({ 0, 1 }, "OK: (0 1 100)\n") });
+        Desk desk;
+        desk.use(server);
+        QVERIFY(desk.reaches(ServerState::Up));
+        const auto& missing = desk.widget<QAction>("single-row");
+        QTRY_VERIFY_WITH_TIMEOUT(!missing.isEnabled(), patienceMs);
+        QCOMPARE(missing.toolTip(), QString::fromUtf8("The server has no histogram \u201cposition\u201d"));
+        QVERIFY(!desk.find("single-row"));
+        QVERIFY(!desk.widget<QAction>("spectrum").isEnabled());
+        QVERIFY(!desk.widget<QAction>("map").isEnabled());
+        auto* const curves = desk.open<Graph1DDialog>("curves");
+        QVERIFY(curves);
+        QTRY_VERIFY_WITH_TIMEOUT(curves->getGraphWidget()->hasData(), patienceMs);
+        double min = 0.0;
+        double max = 0.0;
+        curves->getGraphWidget()->getMinMaxX(min, max);
+        QCOMPARE(min, 5.0);
+        QCOMPARE(max, 500.0);
+        QVERIFY(desk.find("pairs"));
+        QVERIFY(server.waitForRequest("hist1d total pairs bins:100"));
+    }
+
+    void aServerWithoutAListIsTakenAsItWas()
+    {
+        Laboratory server("NG:unknown command 'hists'\n");
+        Desk desk;
+        desk.use(server);
+        QVERIFY(desk.reaches(ServerState::Up));
+        QVERIFY(server.waitForRequest("hists"));
+        QVERIFY(desk.find("curves"));
+        QVERIFY(desk.find("single-row"));
+        QVERIFY(server.waitForRequest("hist1d time 0 7 bins:1024"));
+    }
+
+    void anotherServerHasItsOwnList()
+    {
+        Laboratory server("OK:\ntotal: kind=1d bins=4 min=0 max=1\n");
+        Laboratory other;
+        Desk desk;
+        desk.use(server);
+        QVERIFY(desk.reaches(ServerState::Up));
+        QTRY_VERIFY_WITH_TIMEOUT(!desk.widget<QAction>("curves").isEnabled(), patienceMs);
+        desk.use(other);
+        QTRY_VERIFY_WITH_TIMEOUT(
+            desk.widget<QAction>("curves").isEnabled() && !desk.widget<QAction>("pairs").isEnabled(), patienceMs);
+    }
+
     // Replies that cannot be drawn.
 
     void mapsThatDoNotFit_data()
@@ -361,7 +415,7 @@ private Q_SLOTS:
 
     void whatCannotBeDrawnIsSaidAndAskedForAgain()
     {
-        Laboratory server;
+        Laboratory server("NG:unknown command 'hists'\n");
         server.answer("hist2d image bins:256", { Step::doubles({ 1, 2, 3 }, "OK: exported 2 x 2 y\n") });
         server.answer("hist1d total pairs bins:1024", { Step::doubles({ 0, 5 }, "OK:\n") });
         Desk desk;

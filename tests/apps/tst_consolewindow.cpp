@@ -428,49 +428,6 @@ private Q_SLOTS:
         QVERIFY(desk.shows(QStringLiteral("done")));
     }
 
-    void everyByteOfAFileIsUploaded()
-    {
-        QByteArray content;
-        for (int value = 0; value < 256; ++value) {
-            if (value != 4)
-                content += char(value);
-        }
-        QTemporaryDir directory;
-        QFile file(directory.filePath(QStringLiteral("all bytes.bin")));
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write(content);
-        file.close();
-        ScriptedServer server;
-        Desk desk;
-        desk.use(server);
-        QVERIFY(desk.reaches(ServerState::Up));
-        desk.window->commandPanel().upload(file.fileName());
-        QVERIFY(desk.shows(QStringLiteral("txfile all bytes.bin  (255 bytes)")));
-        QVERIFY(desk.isFree());
-        QVERIFY(server.requests().contains("txfile all bytes.bin\n" + content));
-    }
-
-    void aFileThatCannotBeUploadedIsRefusedWithAReason()
-    {
-        ScriptedServer server;
-        Desk desk;
-        desk.use(server);
-        QVERIFY(desk.reaches(ServerState::Up));
-        desk.window->commandPanel().upload(QStringLiteral("/no/such/file"));
-        QVERIFY(desk.notice().text.contains(QStringLiteral("cannot be read")));
-        QTemporaryDir directory;
-        QFile file(directory.filePath(QString::fromUtf8("\u03b1.txt")));
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        desk.window->commandPanel().upload(file.fileName());
-        QVERIFY(desk.notice().text.contains(QStringLiteral("its name cannot be sent")));
-        QFile marked(directory.filePath(QStringLiteral("eot.txt")));
-        QVERIFY(marked.open(QIODevice::WriteOnly));
-        marked.write("a\x04");
-        marked.close();
-        desk.window->commandPanel().upload(marked.fileName());
-        QVERIFY(desk.shows(QStringLiteral("NG:File contains EOT(0x04) char.")));
-    }
-
     // Settings.
 
     void settingsAreReadAndSentAndChecked()

@@ -18,6 +18,12 @@ namespace {
 TourStep windowStep(const WindowEntry& entry)
 {
     return { entry.id, [&entry](Person& person, MainWindow& window) {
+                const QString refusal = window.refusal(entry);
+                if (!entry.histogram.isEmpty() && !refusal.isEmpty()) {
+                    person.expect(!window.openWindow(entry), QStringLiteral("what is refused does not open"));
+                    person.remark(refusal);
+                    return;
+                }
                 const QPointer<QWidget> opened = window.openWindow(entry);
                 person.expect(opened != nullptr && opened->isVisible(), QStringLiteral("the window opens"));
                 person.expect(

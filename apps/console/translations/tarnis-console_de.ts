@@ -602,6 +602,10 @@
         <source>%L1 MiB</source>
         <translation>%L1 MiB</translation>
     </message>
+    <message>
+        <source>%1, which are no text</source>
+        <translation>%1, die kein Text sind</translation>
+    </message>
 </context>
 <context>
     <name>RunsWindow</name>
@@ -1093,6 +1097,10 @@
         <source>%1, the first %2 of %3 rows</source>
         <translation>%1, die ersten %2 von %3 Zeilen</translation>
     </message>
+    <message>
+        <source>The server has no histogram “%1”</source>
+        <translation>Der Server hat kein Histogramm „%1“</translation>
+    </message>
 </context>
 <context>
     <name>console::AddSettingDialog</name>
@@ -1151,22 +1159,6 @@
         <translation>Datei hochladen</translation>
     </message>
     <message>
-        <source>%1 is not uploaded: %2</source>
-        <translation>%1 wird nicht hochgeladen: %2</translation>
-    </message>
-    <message>
-        <source>it cannot be read (%1).</source>
-        <translation>sie lässt sich nicht lesen (%1).</translation>
-    </message>
-    <message>
-        <source>it is larger than %1.</source>
-        <translation>sie ist größer als %1.</translation>
-    </message>
-    <message>
-        <source>its name cannot be sent. %1</source>
-        <translation>ihr Name lässt sich nicht senden. %1</translation>
-    </message>
-    <message>
         <source>%1: %2 s, %3</source>
         <translation>%1: %2 s, %3</translation>
     </message>
@@ -1202,10 +1194,6 @@
         <source>No command is under way</source>
         <translation>Kein Befehl ist unterwegs</translation>
     </message>
-    <message>
-        <source>The reply is a block of numbers with text behind it, as that of hist1d and hist2d; follows the command</source>
-        <translation>Die Antwort ist ein Block von Zahlen mit Text dahinter wie bei hist1d und hist2d; richtet sich nach dem Befehl</translation>
-    </message>
     <message numerus="yes">
         <source>, %Ln more to go</source>
         <translation>
@@ -1224,6 +1212,10 @@
     <message>
         <source>Stop waiting for the reply and close its connection</source>
         <translation>Nicht länger auf die Antwort warten und ihre Verbindung schließen</translation>
+    </message>
+    <message>
+        <source>The reply is a block of numbers with text behind it, as that of hist1d and hist2d, or a file, as that of rxfile; follows the command</source>
+        <translation>Die Antwort ist ein Block von Zahlen mit Text dahinter, wie bei hist1d und hist2d, oder eine Datei, wie bei rxfile; richtet sich nach dem Befehl</translation>
     </message>
 </context>
 <context>
@@ -2557,6 +2549,53 @@
             <numerusform>%1, davon %Ln seit der vorigen Aufnahme geändert, Stand %2</numerusform>
             <numerusform>%1, davon %Ln seit der vorigen Aufnahme geändert, Stand %2</numerusform>
         </translation>
+    </message>
+</context>
+<context>
+    <name>console::Uploader</name>
+    <message>
+        <source>the connection broke (%1).</source>
+        <translation>die Verbindung ist abgebrochen (%1).</translation>
+    </message>
+    <message>
+        <source>%1 is not uploaded: %2 is on its way.</source>
+        <translation>%1 wird nicht hochgeladen: %2 ist noch unterwegs.</translation>
+    </message>
+    <message>
+        <source>its name cannot be sent. %1</source>
+        <translation>ihr Name lässt sich nicht senden. %1</translation>
+    </message>
+    <message>
+        <source>it cannot be read (%1).</source>
+        <translation>sie lässt sich nicht lesen (%1).</translation>
+    </message>
+    <message>
+        <source>it is larger than %1.</source>
+        <translation>sie ist größer als %1.</translation>
+    </message>
+    <message>
+        <source>there is no connection to the server.</source>
+        <translation>es gibt keine Verbindung zum Server.</translation>
+    </message>
+    <message>
+        <source>“%1” already exists in %2 on the server. Do you want to overwrite it?</source>
+        <translation>„%1“ gibt es schon in %2 auf dem Server. Soll die Datei überschrieben werden?</translation>
+    </message>
+    <message>
+        <source>The server does not tell whether it has a file “%1”. Do you want to upload it? A file of that name would be overwritten.</source>
+        <translation>Der Server sagt nicht, ob er eine Datei „%1“ hat. Soll sie hochgeladen werden? Eine Datei dieses Namens würde überschrieben.</translation>
+    </message>
+    <message>
+        <source>Upload a File</source>
+        <translation>Datei hochladen</translation>
+    </message>
+    <message>
+        <source>%1 is not uploaded: %2</source>
+        <translation>%1 wird nicht hochgeladen: %2</translation>
+    </message>
+    <message>
+        <source>the server was stopped.</source>
+        <translation>der Server wurde heruntergefahren.</translation>
     </message>
 </context>
 <context>

@@ -33,8 +33,13 @@ QWidget* openMap(const WindowContext& context)
 
 WindowEntry mapEntry()
 {
-    return { QStringLiteral("map"), Windows::tr("&Image"), Windows::tr("Image"),
-        Windows::tr("The events by place, live"), openMap, driveMap };
+    return { .id = QStringLiteral("map"),
+        .menuText = Windows::tr("&Image"),
+        .title = Windows::tr("Image"),
+        .help = Windows::tr("The events by place, live"),
+        .open = openMap,
+        .tour = driveMap,
+        .histogram = QStringLiteral("image") };
 }
 
 } // namespace console

@@ -44,7 +44,7 @@ QWidget* openHistogram(const WindowContext& context, const HistogramInfo& histog
         return new LiveCurves(context, std::function([histogram] { return curvesRequest(histogram); }));
     };
     return context.windows.show(QStringLiteral("histogram %1").arg(histogram.name), make,
-        [histogram] { return Windows::tr("Histogram %1").arg(titleOf(histogram)); });
+        [histogram] { return Windows::tr("Histogram %1").arg(titleOf(histogram, histogram.name)); });
 }
 
 } // namespace

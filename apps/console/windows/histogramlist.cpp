@@ -93,20 +93,17 @@ int rowsToShow(const HistogramInfo& histogram)
     return qMin(histogram.rows, mostRows);
 }
 
-QString titleOf(const HistogramInfo& histogram)
+QString titleOf(const HistogramInfo& histogram, const QString& name)
 {
     if (histogram.rows <= rowsToShow(histogram))
-        return histogram.name;
-    return Windows::tr("%1, the first %2 of %3 rows")
-        .arg(histogram.name)
-        .arg(rowsToShow(histogram))
-        .arg(histogram.rows);
+        return name;
+    return Windows::tr("%1, the first %2 of %3 rows").arg(name).arg(rowsToShow(histogram)).arg(histogram.rows);
 }
 
 CurvesRequest curvesRequest(const HistogramInfo& histogram)
 {
     CurvesRequest request;
-    request.title = titleOf(histogram);
+    request.title = titleOf(histogram, histogram.name);
     request.xLabel = histogram.x.text();
     request.xMin = histogram.x.min;
     request.xMax = histogram.x.max;

@@ -37,8 +37,8 @@ int binsToShow(int bins, int limit);
 
 /// How many of its rows, from the first, one window shows: a curve each.
 int rowsToShow(const HistogramInfo& histogram);
-/// The name, and that rows are left out if some are.
-QString titleOf(const HistogramInfo& histogram);
+/// The name for a person, and that rows are left out if some are.
+QString titleOf(const HistogramInfo& histogram, const QString& name);
 
 CurvesRequest curvesRequest(const HistogramInfo& histogram);
 MapRequest mapRequest(const HistogramInfo& histogram);

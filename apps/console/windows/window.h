@@ -16,6 +16,7 @@ class CommandPanel;
 class OpenWindows;
 class Person;
 class ServerController;
+class ServerHistograms;
 class SessionLink;
 
 /// The texts of the menu Windows and of what it opens.
@@ -31,6 +32,7 @@ struct WindowContext {
     CommandPanel& commandPanel; ///< takes what a window offers for the command line
     OpenWindows& windows; ///< for windows that open others
     QSettings& memory; ///< what is kept from one run to the next
+    const ServerHistograms& histograms; ///< what the server has listed
 };
 
 struct WindowEntry {
@@ -46,6 +48,7 @@ struct WindowEntry {
     std::function<QString(const ServerController&)> refusal = {};
     bool needsServer = true;
     QString shortcut = {}; ///< the first nine have Ctrl and their number
+    QString histogram = {}; ///< of the server, that the window shows: it needs one of this name
 };
 
 /// In the order of the menu.

@@ -1,0 +1,65 @@
+#include "windows/serverhistograms.h"
+
+#include "replytext.h"
+#include "servercontroller.h"
+#include "sessionlink.h"
+#include "windows/window.h"
+
+#include <utility>
+
+namespace console {
+
+ServerHistograms::ServerHistograms(ServerController& controller)
+    : m_controller(controller)
+    , m_link(new SessionLink(controller.tarnis(), QStringLiteral("hists"), this))
+{
+    connect(m_link, &SessionLink::replied, this, [this](const PTarnisCmd&, const QByteArray& reply) {
+        const QString text = QString::fromUtf8(reply);
+        if (replyKind(text) == ReplyKind::Accepted)
+            setList(histogramsOf(text));
+        // Asked once: the connection is not needed any more. Not from inside its own signal.
+        QMetaObject::invokeMethod(m_link, &SessionLink::drop, Qt::QueuedConnection);
+    });
+    connect(&controller, &ServerController::aboutToStop, m_link, &SessionLink::drop);
+    connect(&controller, &ServerController::stateChanged, this, &ServerHistograms::onServerState);
+}
+
+ServerHistograms::~ServerHistograms() = default;
+
+void ServerHistograms::onServerState()
+{
+    const bool isUp = m_controller.state() == ServerState::Up;
+    if (isUp == std::exchange(m_isUp, isUp))
+        return;
+    m_link->drop();
+    setList(std::nullopt);
+    if (!isUp)
+        return;
+    auto* const command = new TarnisCmd(QStringLiteral("hists")); // the session takes it over
+    command->m_cmdName = QStringLiteral("hists");
+    m_link->send(command);
+}
+
+void ServerHistograms::setList(const std::optional<QList<HistogramInfo>>& list)
+{
+    m_list = list;
+    Q_EMIT changed();
+}
+
+std::optional<HistogramInfo> ServerHistograms::find(const QString& name) const
+{
+    for (const HistogramInfo& histogram : m_list.value_or(QList<HistogramInfo>())) {
+        if (histogram.name == name)
+            return histogram;
+    }
+    return std::nullopt;
+}
+
+QString ServerHistograms::refusal(const QString& name) const
+{
+    if (name.isEmpty() || !m_list || find(name))
+        return {};
+    return Windows::tr("The server has no histogram \u201c%1\u201d").arg(name);
+}
+
+} // namespace console
