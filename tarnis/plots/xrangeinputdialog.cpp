@@ -25,13 +25,13 @@ XRangeInputDialog::~XRangeInputDialog() = default;
 void XRangeInputDialog::setXMin(double value)
 {
     m_xMin = value;
-    ui->xMinEdit->setText(QString::number(value, m_format, m_precision));
+    tarnis::showNumber(*ui->xMinEdit, value, m_format, m_precision);
 }
 
 void XRangeInputDialog::setXMax(double value)
 {
     m_xMax = value;
-    ui->xMaxEdit->setText(QString::number(value, m_format, m_precision));
+    tarnis::showNumber(*ui->xMaxEdit, value, m_format, m_precision);
 }
 
 void XRangeInputDialog::on_xMinEdit_returnPressed()

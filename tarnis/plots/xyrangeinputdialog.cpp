@@ -20,25 +20,25 @@ XYRangeInputDialog::~XYRangeInputDialog() = default;
 void XYRangeInputDialog::setXMin(double value)
 {
     m_xMin = value;
-    ui->xMinEdit->setText(QString::number(value, m_format, m_precision));
+    tarnis::showNumber(*ui->xMinEdit, value, m_format, m_precision);
 }
 
 void XYRangeInputDialog::setXMax(double value)
 {
     m_xMax = value;
-    ui->xMaxEdit->setText(QString::number(value, m_format, m_precision));
+    tarnis::showNumber(*ui->xMaxEdit, value, m_format, m_precision);
 }
 
 void XYRangeInputDialog::setYMin(double value)
 {
     m_yMin = value;
-    ui->yMinEdit->setText(QString::number(value, m_format, m_precision));
+    tarnis::showNumber(*ui->yMinEdit, value, m_format, m_precision);
 }
 
 void XYRangeInputDialog::setYMax(double value)
 {
     m_yMax = value;
-    ui->yMaxEdit->setText(QString::number(value, m_format, m_precision));
+    tarnis::showNumber(*ui->yMaxEdit, value, m_format, m_precision);
 }
 
 void XYRangeInputDialog::on_xMinEdit_returnPressed()

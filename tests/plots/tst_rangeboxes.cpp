@@ -91,6 +91,8 @@ private Q_SLOTS:
     void xySettersShowWithoutASignal();
     void numbersAreShownInTheGivenFormat();
 
+    void longNumbersHaveRoom();
+
     void typedNumbers_data();
     void typedNumbers();
     void returnTellsOnceAndRewritesTheText();
@@ -184,6 +186,26 @@ void TestRangeBoxes::numbersAreShownInTheGivenFormat()
     fixed.setXMax(std::numeric_limits<double>::infinity());
     QCOMPARE(edit(fixed, "xMin")->text(), QString::number(0.005, 'f', 2));
     QCOMPARE(edit(fixed, "xMax")->text(), QString("inf"));
+}
+
+void TestRangeBoxes::longNumbersHaveRoom()
+{
+    XRangeInputDialog box("Time", 'g', 9, nullptr);
+    box.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&box));
+    for (const double value : { 11212.7237, -1.23456789e-105 }) {
+        box.setXMin(value);
+        const QLineEdit* const line = edit(box, "xMin");
+        const QString text = QString::number(value, 'g', 9);
+        QCOMPARE(line->text(), text);
+        // Where the whole text has room nothing is scrolled out of sight: the frame, the margins and the cursor fit
+        // too.
+        QTRY_VERIFY(line->width() >= line->fontMetrics().horizontalAdvance(text) + 8);
+        QTRY_VERIFY(box.rect().contains(line->geometry()));
+    }
+    const int wide = box.width();
+    box.setXMin(1.0);
+    QCOMPARE(box.width(), wide); // stays
 }
 
 void TestRangeBoxes::typedNumbers_data()
