@@ -196,6 +196,18 @@ void dark(Person& person, MainWindow& window)
         !person.find<QAction>(window, "darkAction").isChecked(), QStringLiteral("the light colours are back"));
 }
 
+void german(Person& person, MainWindow& window)
+{
+    person.choose(window, "deAction");
+    person.look(60); // the change is on its way
+    person.expect(
+        person.find<QMenu>(window, "helpMenu").title() == u"&Hilfe", QStringLiteral("the window is in German"));
+    person.picture(window, QStringLiteral("window"));
+    person.choose(window, "enAction");
+    person.look(60);
+    person.expect(person.find<QMenu>(window, "helpMenu").title() == u"&Help", QStringLiteral("English is back"));
+}
+
 void keyboard(Person& person, MainWindow& window)
 {
     person.shortcut(window, QKeySequence(Qt::Key_F1));
@@ -224,6 +236,7 @@ QList<TourStep> openingSteps()
         { QStringLiteral("settings"), settings },
         { QStringLiteral("addresses"), addresses },
         { QStringLiteral("dark"), dark },
+        { QStringLiteral("german"), german },
         { QStringLiteral("keyboard"), keyboard },
     };
 }

@@ -14,6 +14,7 @@
 #include <QPainter>
 #include <QPixmap>
 #include <QPointer>
+#include <QScreen>
 #include <QSet>
 #include <QTimer>
 
@@ -368,6 +369,12 @@ void Person::screen(const QList<QWidget*>& windows, const QString& name)
     for (const QWidget* const window : windows)
         area |= window->frameGeometry();
     expect(!area.isEmpty(), QStringLiteral("there are windows on the screen"));
+    if (QGuiApplication::platformName() == u"xcb") { // with the frames of the window manager
+        look(500); // which draws them in its own time
+        keep(windows.constFirst()->screen()->grabWindow(0, area.x(), area.y(), area.width(), area.height()).toImage(),
+            name);
+        return;
+    }
     QImage image(area.size(), QImage::Format_RGB32);
     image.fill(QColor(0x50, 0x58, 0x60));
     QPainter painter(&image);

@@ -1,5 +1,7 @@
 // What the tour does with the live 1D windows.
+#include "mainwindow.h"
 #include "tour/person.h"
+#include "tour/verbs.h"
 #include "windows/histogramwindows.h"
 
 #include <tarnis/dialogs/graph1ddialog.h>
@@ -218,7 +220,12 @@ void drivePairs(Person& person, QWidget& window)
 {
     waitForCurves(person, window);
     selectRange(person, window);
-    searchPeaks(person, window, QStringLiteral("30"), QStringLiteral("5"));
+    auto& console = *qobject_cast<MainWindow*>(window.parentWidget());
+    ask(person, console, QStringLiteral("start"));
+    MultiVectorGraphWidget& plot = plotOf(window);
+    person.waitUntil(QStringLiteral("the peaks stand out"), [&] { return plot.getMaxValue() >= 100.0; });
+    ask(person, console, QStringLiteral("stop"));
+    searchPeaks(person, window, QStringLiteral("25"), QStringLiteral("5"));
 }
 
 void driveSingleRow(Person& person, QWidget& window)
