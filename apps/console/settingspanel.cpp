@@ -255,7 +255,8 @@ void SettingsPanel::setReadoutAddress()
     else
         m_controller.tarnis().SetReadoutAddress(ui->indexSpin->value(), ip, tcp, bcp);
     m_model->reload();
-    ui->addressLabel->setText(tr("Set: %1").arg(m_controller.tarnis().GetReadoutAddressText()));
+    say(*ui->addressLabel,
+        [address = m_controller.tarnis().GetReadoutAddressText()] { return tr("Set: %1").arg(address); });
 }
 
 void SettingsPanel::showReadoutAddress()

@@ -215,6 +215,9 @@ private Q_SLOTS:
         Desk desk;
         desk.use(server);
         QVERIFY(desk.reaches(ServerState::Up));
+        desk.widget<QLineEdit>("ipEdit").setText(QStringLiteral("192.168.0.16"));
+        desk.press("addressButton");
+        QVERIFY(desk.widget<QLabel>("addressLabel").text().startsWith(u"Set: "));
         openAll(desk);
         changeThereAndBack(desk);
     }

@@ -33,6 +33,7 @@ void driveHistograms(Person& person, QWidget& window)
     person.click(*person.find<QDialogButtonBox>(window, "buttonBox").button(QDialogButtonBox::Ok));
     person.waitUntil(
         QStringLiteral("a window opens for each of them"), [&] { return windows.onScreen().size() == chosen; });
+    person.look(300); // a window manager gives them their frames
     windows.tile();
     person.look(1200); // the first polls
     person.screen(windows.onScreen(), QStringLiteral("tiled"));

@@ -225,7 +225,7 @@ void drivePairs(Person& person, QWidget& window)
     MultiVectorGraphWidget& plot = plotOf(window);
     person.waitUntil(QStringLiteral("the peaks stand out"), [&] { return plot.getMaxValue() >= 100.0; });
     ask(person, console, QStringLiteral("stop"));
-    searchPeaks(person, window, QStringLiteral("25"), QStringLiteral("5"));
+    searchPeaks(person, window, QStringLiteral("20"), QStringLiteral("4"));
 }
 
 void driveSingleRow(Person& person, QWidget& window)
