@@ -307,6 +307,9 @@ private Q_SLOTS:
         QTRY_VERIFY(list.chooser.isNull());
         QCOMPARE(
             titlesOf(desk.window->windows().onScreen()), QStringList { "Histogram big, the first 64 of 100 rows" });
+        const auto* const label =
+            desk.window->windows().onScreen().constFirst()->findChild<QLabel*>(QStringLiteral("descLabel"));
+        QCOMPARE(label->text(), "Row 0-63 of 100");
     }
 
     // Windows of certain histograms.

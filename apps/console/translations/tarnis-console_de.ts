@@ -1410,6 +1410,10 @@
         <source>All</source>
         <translation>Alle</translation>
     </message>
+    <message>
+        <source>%1 of %2</source>
+        <translation>%1 von %2</translation>
+    </message>
 </context>
 <context>
     <name>console::LiveStatistics</name>

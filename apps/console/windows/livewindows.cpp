@@ -139,6 +139,8 @@ void LiveCurves::setTexts()
     QString description = request.description;
     if (start != end)
         description = QStringLiteral("%1 %2-%3").arg(description).arg(start).arg(end);
+    if (start != end && request.rows > end + 1)
+        description = tr("%1 of %2").arg(description).arg(request.rows);
     if (auto* const label = findChild<QLabel*>(QStringLiteral("descLabel")))
         label->setText(description.trimmed());
     if (auto* const box = findChild<QComboBox*>(QStringLiteral("typeComboBox"))) {

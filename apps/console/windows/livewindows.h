@@ -29,6 +29,7 @@ struct CurvesRequest {
     QString command;
     int first = 0; ///< of the rows, as `last`
     int last = 0;
+    int rows = 0; ///< of the histogram, said where `last` leaves some out
 };
 
 /// A refusal, and a reply that cannot be drawn, stand below the plot, and the polling goes on.
