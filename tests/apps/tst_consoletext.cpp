@@ -211,6 +211,9 @@ private Q_SLOTS:
         auto& name = OpenText::in<QLineEdit>(*chooser, "fileNameLineEdit");
         QCOMPARE(name.text(), "notes.txt");
         QCOMPARE(name.selectedText(), "notes");
+        const auto& list = OpenText::in<QListWidget>(*chooser, "curDirListWidget");
+        QTRY_COMPARE(list.count(), 2);
+        QCOMPARE(list.item(0)->text(), "notes.txt");
         QTRY_VERIFY(OpenText::ok(*chooser).isEnabled());
         name.setText(QStringLiteral("a/b"));
         QVERIFY(!OpenText::ok(*chooser).isEnabled());

@@ -49,8 +49,12 @@ void ChooserGuide::onReply(const PTarnisCmd& command, const QByteArray& reply)
 {
     const bool isAccepted = reply.startsWith("OK:");
     const bool isListing = command->getCmdString().startsWith(u"ls-F");
-    if (isListing)
+    if (isListing) {
         m_isListed = isAccepted;
+        // Behind the last line feed stands no name, which any name would be.
+        for (QListWidgetItem* const item : m_list->findItems(QString(), Qt::MatchExactly))
+            delete item;
+    }
     if (!isAccepted) {
         m_refusal = QString::fromUtf8(reply).trimmed();
         m_isRefusalFresh = true;
