@@ -1,26 +1,22 @@
 #include "windowaccess.h"
 
 #include "colourbarmenu.h"
+#include "plotkeys.h"
 
+#include <tarnis/dialogs/selectcheckeddialog.h>
 #include <tarnis/plots/xy2dgraphwidget.h>
 #include <tarnis/plots/xygraphwidget.h>
 
-#include <QAction>
-#include <QContextMenuEvent>
 #include <QCoreApplication>
-#include <QFocusFrame>
-#include <QKeyEvent>
+#include <QEvent>
 #include <QMenu>
-#include <QPointer>
 #include <QPushButton>
 #include <QShortcut>
+#include <QVariant>
 
 namespace console {
 
 namespace {
-
-constexpr double moveShare = 0.1;
-constexpr double zoomFactor = 1.25;
 
 void nameIfNameless(QWidget* control, const QString& name)
 {
@@ -46,111 +42,6 @@ void nameControls(QWidget& window)
     for (XYGraphWidget* const plot : plots)
         nameIfNameless(plot, WindowAccess::tr("Plot: %1").arg(plot->window()->windowTitle()));
 }
-
-void moveX(XYGraphWidget& plot, double share)
-{
-    double min = 0.0;
-    double max = 0.0;
-    plot.getMinMaxX(min, max);
-    plot.onAutoScaleX(false);
-    plot.setMinMaxX(min + (max - min) * share, max + (max - min) * share);
-    plot.refreshPixmap();
-}
-
-void moveY(XYGraphWidget& plot, double share)
-{
-    double min = 0.0;
-    double max = 0.0;
-    plot.getMinMaxY(min, max);
-    plot.onAutoScaleY(false);
-    plot.setMinMaxY(min + (max - min) * share, max + (max - min) * share);
-    plot.refreshPixmap();
-}
-
-void zoomX(XYGraphWidget& plot, double factor)
-{
-    double min = 0.0;
-    double max = 0.0;
-    plot.getMinMaxX(min, max);
-    const double middle = min + (max - min) / 2.0;
-    const double half = (max - min) / 2.0 / factor;
-    plot.onAutoScaleX(false);
-    plot.setMinMaxX(middle - half, middle + half);
-    plot.refreshPixmap();
-}
-
-bool pressed(XYGraphWidget& plot, int key)
-{
-    switch (key) {
-    case Qt::Key_Left:
-        moveX(plot, -moveShare);
-        return true;
-    case Qt::Key_Right:
-        moveX(plot, moveShare);
-        return true;
-    case Qt::Key_Up:
-        moveY(plot, moveShare);
-        return true;
-    case Qt::Key_Down:
-        moveY(plot, -moveShare);
-        return true;
-    case Qt::Key_Plus:
-        zoomX(plot, zoomFactor);
-        return true;
-    case Qt::Key_Minus:
-        zoomX(plot, 1.0 / zoomFactor);
-        return true;
-    case Qt::Key_Home:
-        plot.onReset();
-        return true;
-    default:
-        return false;
-    }
-}
-
-void openTools(XYGraphWidget& plot)
-{
-    if (plot.actions().isEmpty())
-        return;
-    auto* const menu = new QMenu(&plot);
-    menu->setAttribute(Qt::WA_DeleteOnClose);
-    menu->addActions(plot.actions());
-    menu->popup(plot.mapToGlobal(plot.rect().center()));
-}
-
-/// The keys of every plot.
-class PlotKeys : public QObject {
-public:
-    using QObject::QObject;
-    ~PlotKeys() override { delete m_frame; }
-
-protected:
-    bool eventFilter(QObject* object, QEvent* event) override
-    {
-        auto& plot = static_cast<XYGraphWidget&>(*object);
-        switch (event->type()) {
-        case QEvent::KeyPress: // an editor inside the plot hands on what it does not take
-            return plot.hasFocus() && pressed(plot, static_cast<QKeyEvent*>(event)->key());
-        case QEvent::ContextMenu:
-            if (static_cast<QContextMenuEvent*>(event)->reason() != QContextMenuEvent::Keyboard)
-                return false; // the plot opens its menu by the mouse itself
-            openTools(plot);
-            return true;
-        case QEvent::FocusIn:
-            delete m_frame;
-            m_frame = new QFocusFrame(plot.window()); // goes with the window
-            m_frame->setWidget(&plot);
-            return false;
-        case QEvent::FocusOut:
-            delete m_frame;
-            return false;
-        default:
-            return false;
-        }
-    }
-
-    QPointer<QFocusFrame> m_frame; ///< around the plot that has the keyboard
-};
 
 } // namespace
 
@@ -178,14 +69,18 @@ bool WindowAccess::eventFilter(QObject* object, QEvent* event)
 
 void WindowAccess::makeAccessible(QWidget& window)
 {
+    // The library's form takes its own title up again when the language changes.
+    if (qobject_cast<SelectCheckedDialog*>(&window) && window.windowTitle() == u"Dialog")
+        window.setWindowTitle(tr("Select Visible Items"));
     nameControls(window);
     const auto plots = window.findChildren<XYGraphWidget*>();
-    for (XYGraphWidget* const plot : plots) {
-        plot->setFocusPolicy(Qt::StrongFocus);
-        plot->installEventFilter(m_plotKeys);
-    }
+    for (XYGraphWidget* const plot : plots)
+        m_plotKeys->serve(*plot);
     auto* const update = window.findChild<QPushButton*>(QStringLiteral("updatePushButton"));
-    if (!update || window.findChild<QShortcut*>(QStringLiteral("updateShortcut")))
+    if (!update)
+        return;
+    update->setFocusPolicy(Qt::StrongFocus); // the library's form takes it out of the way of Tab
+    if (window.findChild<QShortcut*>(QStringLiteral("updateShortcut")))
         return;
     auto* const shortcut = new QShortcut(QKeySequence(Qt::Key_F5), &window);
     shortcut->setObjectName(QStringLiteral("updateShortcut"));

@@ -8,9 +8,10 @@ class QWidget;
 
 namespace console {
 
+class PlotKeys;
+
 /// Watches all windows of the application, the library's among them: each that comes up gets names on its nameless
-/// controls, F5 on its Update button, and keys in its plots. The menu key opens a plot's tools, arrows move it by a
-/// tenth of its range, plus and minus zoom along X, Home shows everything again. GUI thread.
+/// controls, F5 and Tab on its Update button, and keys in its plots. GUI thread.
 class WindowAccess : public QObject {
     Q_OBJECT
 public:
@@ -20,7 +21,7 @@ protected:
     bool eventFilter(QObject* object, QEvent* event) override;
     void makeAccessible(QWidget& window);
 
-    QObject* m_plotKeys;
+    PlotKeys* m_plotKeys;
 };
 
 } // namespace console
