@@ -1377,12 +1377,20 @@
         <translation>In einem Diagramm: verschieben</translation>
     </message>
     <message>
-        <source>In a plot: zoom in and out</source>
-        <translation>In einem Diagramm: vergrößern und verkleinern</translation>
-    </message>
-    <message>
         <source>In a plot: show all</source>
         <translation>In einem Diagramm: alles zeigen</translation>
+    </message>
+    <message>
+        <source>In a plot: zoom in and out along X</source>
+        <translation>In einem Diagramm: längs X vergrößern und verkleinern</translation>
+    </message>
+    <message>
+        <source>In a plot: zoom in and out along Y</source>
+        <translation>In einem Diagramm: längs Y vergrößern und verkleinern</translation>
+    </message>
+    <message>
+        <source>In a plot: to the boxes beside its window, and back</source>
+        <translation>In einem Diagramm: zu den Kästen neben seinem Fenster und zurück</translation>
     </message>
 </context>
 <context>
