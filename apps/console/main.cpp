@@ -53,8 +53,9 @@ int runConsole(const console::Options& options, QSettings& memory)
         return QApplication::exec();
     }
     console::Tour tour(window, options.tourDirectory);
-    if (!tour.isReady())
-        return complain(QStringLiteral("cannot write to %1").arg(options.tourDirectory), mistakeStatus);
+    if (!tour.problem().isEmpty())
+        return complain(
+            QStringLiteral("the tour cannot go to %1: %2").arg(options.tourDirectory, tour.problem()), mistakeStatus);
     const console::QuitSignals quitSignals(window, [&tour] { tour.interrupt(); });
     QApplication::setQuitOnLastWindowClosed(false); // the tour says when it is over
     QTimer::singleShot(0, &window, [&tour] { QCoreApplication::exit(tour.run()); });

@@ -76,6 +76,14 @@ class TestConsoleTour : public QObject {
 
     QTemporaryDir m_scratch;
     QString scratch(const QString& name) const { return m_scratch.filePath(name); }
+    static void write(const QString& directory, const QStringList& names, const QByteArray& text = {})
+    {
+        QVERIFY(QDir().mkpath(directory));
+        for (const QString& name : names) {
+            QFile file(directory + u'/' + name);
+            QVERIFY(file.open(QIODevice::WriteOnly) && file.write(text) == text.size());
+        }
+    }
     QString report(const QString& name) const { return textOf(scratch(name + QStringLiteral("/report.txt"))); }
 
 private Q_SLOTS:
@@ -133,14 +141,43 @@ private Q_SLOTS:
     void whatATourLeftBeforeGoes()
     {
         const QString directory = scratch(QStringLiteral("again"));
-        QVERIFY(QDir().mkpath(directory));
-        for (const char* name : { "01-start-1-connected.png", "11-curves-curves.csv", "mine.png" }) {
-            QFile file(directory + u'/' + QLatin1String(name));
-            QVERIFY(file.open(QIODevice::WriteOnly));
-        }
+        write(directory,
+            { "01-start-1-connected.png", "11-curves-curves.csv", "02-photo.jpg", "03-tour-1-mine.png", "mine.png" });
+        write(directory, { "report.txt" },
+            "ok    start  0.1 s  01-start-1-connected.png\n"
+            "FAIL  curves  1.0 s  11-curves-curves.csv ../outside.png mine.png\n      03-tour-1-mine.png\n");
+        write(scratch(QString()), { "outside.png" });
         Program console(tourTo(directory, ScriptedServer::closedPort()));
         QCOMPARE(console.end(), QStringLiteral("exit 1"));
-        QCOMPARE(QDir(directory).entryList(QDir::Files), (QStringList { "mine.png", "report.txt" }));
+        QCOMPARE(QDir(directory).entryList(QDir::Files),
+            (QStringList { "02-photo.jpg", "03-tour-1-mine.png", "mine.png", "report.txt" }));
+        QVERIFY(QFile::exists(scratch(QStringLiteral("outside.png"))));
+    }
+
+    void aFolderOfSomethingElseIsRefused_data()
+    {
+        QTest::addColumn<QStringList>("files");
+        QTest::addColumn<QByteArray>("text");
+        QTest::addColumn<bool>("isRefused");
+        QTest::newRow("numbered photos") << QStringList { "01-beach.jpg", "02-harbour.jpg" } << QByteArray() << true;
+        QTest::newRow("a report of something else")
+            << QStringList { "report.txt" } << QByteArray("Minutes of the meeting\n01-beach.jpg\n") << true;
+        QTest::newRow("a hidden file") << QStringList { ".keep" } << QByteArray() << true;
+        QTest::newRow("a tour that was ended before its first step")
+            << QStringList { "report.txt" } << QByteArray() << false;
+    }
+    void aFolderOfSomethingElseIsRefused()
+    {
+        QFETCH(QStringList, files);
+        QFETCH(QByteArray, text);
+        QFETCH(bool, isRefused);
+        const QString directory = scratch(QLatin1String(QTest::currentDataTag()));
+        write(directory, files, text);
+        Program console(tourTo(directory, ScriptedServer::closedPort()));
+        QCOMPARE(console.end(), isRefused ? QStringLiteral("exit 2") : QStringLiteral("exit 1"));
+        QCOMPARE(QDir(directory).entryList(QDir::Files | QDir::Hidden), files);
+        if (isRefused)
+            QVERIFY(console.errors().contains(QStringLiteral("choose an empty folder")));
     }
 
     void withoutADisplayThereIsATourOnly()

@@ -7,8 +7,13 @@
 #include <QElapsedTimer>
 #include <QEventLoop>
 #include <QFile>
+#include <QFileInfo>
 #include <QPointer>
+#include <QRegularExpression>
 #include <QTimer>
+
+#include <algorithm>
+#include <iterator>
 
 namespace console {
 
@@ -42,6 +47,29 @@ TourStep windowStep(const WindowEntry& entry)
             } };
 }
 
+/// What an earlier tour has left by the names in its report, and the report itself. Empty if there is none, or one of
+/// somebody else's.
+QStringList filesOf(const QString& report)
+{
+    static const QRegularExpression step(QStringLiteral("^(?:ok    |FAIL  )\\S+  [\\d.]+ s  (.*)$"));
+    static const QRegularExpression name(QStringLiteral("^\\d\\d-[\\w.-]+$"));
+    QFile file(report);
+    if (!file.open(QIODevice::ReadOnly | QIODevice::Text))
+        return {};
+    QStringList files;
+    while (!file.atEnd()) {
+        const QRegularExpressionMatch match = step.match(QString::fromUtf8(file.readLine()));
+        if (files.isEmpty() && !match.hasMatch())
+            return {};
+        if (files.isEmpty())
+            files.append(QFileInfo(report).fileName());
+        const QStringList names = match.captured(1).trimmed().split(u' ');
+        std::copy_if(names.cbegin(), names.cend(), std::back_inserter(files),
+            [](const QString& text) { return name.match(text).hasMatch(); });
+    }
+    return files;
+}
+
 /// Boxes that nobody asked for would stop everything behind them: what they say goes into the report.
 QString closeStrayBoxes()
 {
@@ -62,12 +90,24 @@ Tour::Tour(MainWindow& window, const QString& directory)
     : m_window(window)
     , m_directory(directory)
 {
-    if (!m_directory.mkpath(QStringLiteral(".")))
+    if (!m_directory.mkpath(QStringLiteral("."))) {
+        m_problem = QStringLiteral("it cannot be made");
         return;
-    for (const QString& file : m_directory.entryList({ QStringLiteral("[0-9][0-9]-*.*") }, QDir::Files))
+    }
+    const QString report = m_directory.filePath(QStringLiteral("report.txt"));
+    const QStringList earlier = filesOf(report);
+    QStringList others = m_directory.entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
+    if (QFileInfo(report).size() == 0)
+        others.removeAll(QFileInfo(report).fileName()); // of a tour that was ended before its first step
+    if (earlier.isEmpty() && !others.isEmpty()) {
+        m_problem = QStringLiteral("it holds other files and no report of a tour; choose an empty folder");
+        return;
+    }
+    for (const QString& file : earlier)
         m_directory.remove(file);
-    QFile report(m_directory.filePath(QStringLiteral("report.txt")));
-    m_isReady = report.open(QIODevice::WriteOnly);
+    QFile file(report);
+    if (!file.open(QIODevice::WriteOnly))
+        m_problem = QStringLiteral("it cannot be written to");
 }
 
 bool Tour::runStep(const TourStep& step, int number, QTextStream& report)

@@ -29,10 +29,11 @@ QList<TourStep> closingSteps();
 /// step went well.
 class Tour {
 public:
-    /// `directory` is made if need be; files of an earlier tour in it are removed.
+    /// `directory` is made if need be. What the report of an earlier tour in it names is removed; a folder with
+    /// anything else in it and no such report is refused.
     Tour(MainWindow& window, const QString& directory);
-    /// False if pictures cannot be written to the directory.
-    bool isReady() const { return m_isReady; }
+    /// Why the tour cannot go there, in words; empty if it can.
+    const QString& problem() const { return m_problem; }
     int run();
     /// Lets the step under way fail, and tries none of those behind it.
     void interrupt() { m_isInterrupted = true; }
@@ -46,7 +47,7 @@ protected:
 
     MainWindow& m_window;
     QDir m_directory;
-    bool m_isReady = false;
+    QString m_problem;
     bool m_isInterrupted = false;
     QStringList m_failures;
 };
