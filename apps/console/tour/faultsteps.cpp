@@ -10,6 +10,9 @@
 #include <QRadioButton>
 #include <QSpinBox>
 #include <QTcpServer>
+#include <QTcpSocket>
+
+#include <utility>
 
 namespace console {
 
@@ -73,6 +76,29 @@ void nobodyAnswers(Person& person, MainWindow& window)
     waitForState(person, window, ServerState::Up, QStringLiteral("the server of before is back"));
 }
 
+/// Something else listens at the port: it greets, but not with the prompt.
+void wrongPrompt(Person& person, MainWindow& window)
+{
+    constexpr int shortMs = 1000; // instead of the ten seconds that somebody would wait
+    ServerController& controller = window.controller();
+    const ServerChoice before = controller.choice();
+    const int patienceMs = std::exchange(controller.m_probeTimeoutMs, shortMs);
+    QTcpServer other;
+    person.expect(other.listen(QHostAddress::LocalHost), QStringLiteral("there is a free port"));
+    QObject::connect(
+        &other, &QTcpServer::newConnection, &other, [&] { other.nextPendingConnection()->write("220 mail\n"); });
+    ServerChoice wrong;
+    wrong.kind = ServerChoice::Kind::Remote;
+    wrong.host = QStringLiteral("127.0.0.1");
+    wrong.port = other.serverPort();
+    controller.start(wrong, controller.prompt());
+    waitForState(person, window, ServerState::Failed, QStringLiteral("the console sees that it is no server"));
+    person.picture(window, QStringLiteral("not-greeted"));
+    controller.m_probeTimeoutMs = patienceMs;
+    controller.start(before, controller.prompt());
+    waitForState(person, window, ServerState::Up, QStringLiteral("the server of before is back"));
+}
+
 void restart(Person& person, MainWindow& window)
 {
     person.shortcut(window, QKeySequence(Qt::CTRL | Qt::Key_R));
@@ -107,6 +133,7 @@ QList<TourStep> closingSteps()
     return {
         { QStringLiteral("server-dies"), serverDies },
         { QStringLiteral("nobody-answers"), nobodyAnswers },
+        { QStringLiteral("wrong-prompt"), wrongPrompt },
         { QStringLiteral("restart"), restart },
         { QStringLiteral("shut-down"), shutDown },
         { QStringLiteral("close"), closeWindow },

@@ -5,6 +5,7 @@
 #include "settingsmodel.h"
 #include "settingspanel.h"
 #include "tour/verbs.h"
+#include "windows/histogramwindows.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -187,6 +188,41 @@ void addresses(Person& person, MainWindow& window)
     });
 }
 
+/// What somebody else has changed on the server is read by a key.
+void readAgain(Person& person, MainWindow& window)
+{
+    const SettingsModel& model = window.settingsPanel().model();
+    const auto value = [&] {
+        return model.index(model.rowOf(QStringLiteral("rate")), SettingsModel::Value).data().toString();
+    };
+    const QString before = value();
+    ask(person, window, QStringLiteral("setting rate:1234"));
+    person.shortcut(window, QKeySequence(Qt::Key_F5));
+    person.waitUntil(QStringLiteral("the new rate is read"), [&] { return value() == u"1234"; });
+    person.picture(window, QStringLiteral("read"));
+    ask(person, window, QStringLiteral("setting rate:") + before);
+    person.shortcut(window, QKeySequence(Qt::Key_F5));
+    person.waitUntil(QStringLiteral("the rate of before is read"), [&] { return value() == before; });
+}
+
+void saveRecord(Person& person, MainWindow& window)
+{
+    const QString path = saveBy(
+        person, QStringLiteral("record.txt"), [&] { person.shortcut(window, QKeySequence(Qt::CTRL | Qt::Key_S)); });
+    person.expect(linesOf(path) > 10, QStringLiteral("the file has commands and replies"));
+    person.picture(window, QStringLiteral("saved"));
+}
+
+void language(Person& person, MainWindow& window)
+{
+    const QString title = window.windowTitle();
+    person.choose(window, "deAction");
+    person.waitUntil(QStringLiteral("the texts are German"), [&] { return window.windowTitle() != title; });
+    person.picture(window, QStringLiteral("german"));
+    person.choose(window, "enAction");
+    person.waitUntil(QStringLiteral("the texts are English"), [&] { return window.windowTitle() == title; });
+}
+
 void dark(Person& person, MainWindow& window)
 {
     person.choose(window, "darkAction");
@@ -235,6 +271,9 @@ QList<TourStep> openingSteps()
         { QStringLiteral("upload"), upload },
         { QStringLiteral("settings"), settings },
         { QStringLiteral("addresses"), addresses },
+        { QStringLiteral("read"), readAgain },
+        { QStringLiteral("record"), saveRecord },
+        { QStringLiteral("language"), language },
         { QStringLiteral("dark"), dark },
         { QStringLiteral("german"), german },
         { QStringLiteral("keyboard"), keyboard },

@@ -168,7 +168,10 @@ void Person::act(const std::function<void()>& deed)
 
 void Person::close(QWidget& window)
 {
-    act([&] { window.close(); });
+    act([guard = QPointer<QWidget>(&window)] { // one that is closed already may be deleted on the way
+        if (guard)
+            guard->close();
+    });
 }
 
 void Person::fail(const QString& what)

@@ -1,4 +1,5 @@
 // The choice of the server's histograms, its runs, and the log file.
+#include "mainwindow.h"
 #include "tour/person.h"
 #include "windows/histogramchooser.h"
 #include "windows/logwindow.h"
@@ -13,6 +14,8 @@
 #include <QDialogButtonBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListWidget>
+#include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTableView>
@@ -33,13 +36,14 @@ void driveHistograms(Person& person, QWidget& window)
     person.click(*person.find<QDialogButtonBox>(window, "buttonBox").button(QDialogButtonBox::Ok));
     person.waitUntil(
         QStringLiteral("a window opens for each of them"), [&] { return windows.onScreen().size() == chosen; });
+    auto& console = *qobject_cast<MainWindow*>(windows.parent());
     person.look(300); // a window manager gives them their frames
-    windows.tile();
+    person.choose(console, "tileAction");
     person.look(1200); // the first polls
     person.screen(windows.onScreen(), QStringLiteral("tiled"));
-    windows.cascade();
+    person.choose(console, "cascadeAction");
     person.screen(windows.onScreen(), QStringLiteral("cascaded"));
-    windows.closeAll();
+    person.choose(console, "closeWindowsAction");
     person.waitUntil(QStringLiteral("all of them close"), [&] { return windows.onScreen().isEmpty(); });
 }
 
@@ -49,9 +53,21 @@ void driveRuns(Person& person, QWidget& window)
     const auto rows = [&] { return table.model()->rowCount(); };
     const auto& state = person.find<QLabel>(window, "stateLabel");
     person.waitUntil(QStringLiteral("the server's own folder is listed"), [&] { return state.text().contains(u'/'); });
-    auto& folder = person.find<QLineEdit>(window, "folderEdit");
-    person.type(folder, QStringLiteral("/data"));
-    person.key(folder, Qt::Key_Return);
+    person.clearText(person.find<QLineEdit>(window, "folderEdit"));
+    person.type(person.find<QLineEdit>(window, "folderEdit"), QStringLiteral("/"));
+    person.key(person.find<QLineEdit>(window, "folderEdit"), Qt::Key_Return);
+    person.waitUntil(QStringLiteral("the folder above the runs is listed"), [&] { return rows() == 0; });
+    person.click(person.find<QPushButton>(window, "browseButton"));
+    auto& chooser = person.find<FolderChooser>(window, "SelectPathDialog");
+    auto& list = person.find<QListWidget>(chooser, "curDirListWidget");
+    const auto data = [&] { return list.findItems(QStringLiteral("data/"), Qt::MatchExactly); };
+    person.waitUntil(QStringLiteral("the folders are listed"), [&] { return list.isEnabled() && !data().isEmpty(); });
+    person.doubleClick(*list.viewport(), list.visualItemRect(data().constFirst()).center());
+    const auto& folders = person.find<QComboBox>(chooser, "dirComboBox");
+    person.waitUntil(QStringLiteral("the folder is open"),
+        [&] { return folders.isEnabled() && folders.currentText().contains(QStringLiteral("data")); });
+    person.picture(chooser, QStringLiteral("browse"));
+    person.click(*person.find<QDialogButtonBox>(chooser, "buttonBox").button(QDialogButtonBox::Ok));
     person.waitUntil(QStringLiteral("the runs are listed"), [&] { return rows() > 0; });
     const int all = rows();
     person.picture(window, QStringLiteral("listed"));
@@ -60,6 +76,19 @@ void driveRuns(Person& person, QWidget& window)
     person.expect(rows() == 0, QStringLiteral("the filter leaves what fits"));
     person.clearText(part);
     person.expect(rows() == all, QStringLiteral("without a filter all runs are there"));
+
+    auto& prefix = person.find<QComboBox>(window, "prefixCombo");
+    person.expect(prefix.count() > 1, QStringLiteral("there are prefixes to choose from"));
+    person.chooseItem(prefix, prefix.itemText(1));
+    person.expect(rows() > 0 && rows() <= all, QStringLiteral("the runs of a prefix are on show"));
+    const QModelIndex first = table.model()->index(0, 0);
+    person.clickAt(*table.viewport(), table.visualRect(first).center());
+    person.picture(window, QStringLiteral("chosen"));
+    person.click(person.find<QPushButton>(window, "insertButton"));
+    auto& edit = person.find<QLineEdit>(*window.parentWidget(), "commandEdit");
+    person.expect(edit.text().startsWith(u'"') && edit.text().contains(u"/data/"),
+        QStringLiteral("the run is in the command line"));
+    person.clearText(edit);
 }
 
 /// Types a text, saves it under a name on the server, and opens it again.
@@ -84,6 +113,16 @@ void driveServerText(Person& person, QWidget& window)
     person.waitUntil(QStringLiteral("the text is opened"),
         [&] { return state.text().startsWith(ServerTextWindow::tr("Opened, %1.").section(u'%', 0, 0)); });
     person.expect(edit.toPlainText() == u"written by the tour", QStringLiteral("it is the text that was saved"));
+
+    person.type(edit, QStringLiteral(", and changed"));
+    for (const QMessageBox::StandardButton answer : { QMessageBox::Cancel, QMessageBox::Discard }) {
+        person.expect(window.isVisible() && window.isWindowModified(), QStringLiteral("the change is still there"));
+        person.close(window);
+        auto& box = static_cast<QMessageBox&>(person.dialogOf(window));
+        if (answer == QMessageBox::Cancel)
+            person.picture(box, QStringLiteral("unsaved"));
+        person.click(*box.button(answer));
+    }
 }
 
 void driveLog(Person& person, QWidget& window)

@@ -28,7 +28,7 @@ QPoint placeIn(const QWidget& widget, double x, double y)
     return { static_cast<int>(x * widget.width()), static_cast<int>(y * widget.height()) };
 }
 
-QString saveAs(Person& person, XYGraphWidget& plot, const QString& menuText, const QString& fileName)
+QString saveBy(Person& person, const QString& fileName, const std::function<void()>& act)
 {
     QString path = person.newFile(fileName);
     person.answering(
@@ -39,9 +39,14 @@ QString saveAs(Person& person, XYGraphWidget& plot, const QString& menuText, con
             auto& buttons = person.find<QDialogButtonBox>(box, "buttonBox");
             person.click(*buttons.button(QDialogButtonBox::Save));
         },
-        [&] { person.chooseInMenu(plot, menuPlace(plot), menuText); });
+        act);
     person.waitUntil(QStringLiteral("%1 is written").arg(fileName), [&] { return QFileInfo(path).size() > 0; });
     return path;
+}
+
+QString saveAs(Person& person, XYGraphWidget& plot, const QString& menuText, const QString& fileName)
+{
+    return saveBy(person, fileName, [&] { person.chooseInMenu(plot, menuPlace(plot), menuText); });
 }
 
 void printToPdf(Person& person, XYGraphWidget& plot, const QString& fileName)

@@ -4,6 +4,8 @@
 #include <QPoint>
 #include <QString>
 
+#include <functional>
+
 class QWidget;
 class XYGraphWidget;
 
@@ -13,6 +15,10 @@ class Person;
 
 /// A point of a widget by shares of its width and height.
 QPoint placeIn(const QWidget& widget, double x, double y);
+
+/// Gives the file dialog that `act` opens a path beside the pictures and presses Save. Returns the path; throws
+/// TourFailure if no file comes of it.
+QString saveBy(Person& person, const QString& fileName, const std::function<void()>& act);
 
 /// Chooses the menu entry that opens a file dialog, gives it a path beside the pictures and presses Save. Returns the
 /// path; throws TourFailure if no file comes of it.

@@ -1,13 +1,19 @@
 // The server's statistics as they change, and its folders.
 #include "commandpanel.h"
+#include "mainwindow.h"
 #include "servercontroller.h"
 #include "settingsmodel.h"
+#include "settingspanel.h"
 #include "tour/person.h"
+#include "windows/histogramwindows.h"
 #include "windows/livewindows.h"
 #include "windows/pathwindows.h"
 #include "windows/window.h"
 
 #include <QComboBox>
+#include <QDialogButtonBox>
+#include <QLabel>
+#include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
 #include <QTableWidget>
@@ -26,6 +32,9 @@ void driveStatistics(Person& person, QWidget& window)
     QTableWidget& table = *static_cast<StatDialog&>(window).table();
     person.waitUntil(QStringLiteral("the statistics are on show"), [&] { return table.rowCount() > 0; });
     person.picture(window, QStringLiteral("table"));
+    const QString path = saveBy(person, QStringLiteral("statistics.csv"),
+        [&] { person.click(*person.find<QDialogButtonBox>(window, "buttonBox").button(QDialogButtonBox::Save)); });
+    person.expect(linesOf(path) > 1, QStringLiteral("the file has a line for each value"));
 }
 
 void setBasePath(ServerController& controller, const QString& path)
@@ -58,12 +67,55 @@ QWidget* openServerFile(const WindowContext& context)
     return dialog;
 }
 
-void driveFolders(Person& person, QWidget& window)
+/// Waits for the list and chooses an entry of it by a click.
+void chooseListed(Person& person, QWidget& window, const QString& text)
 {
-    auto& folders = person.find<QComboBox>(window, "dirComboBox");
+    auto& list = person.find<QListWidget>(window, "curDirListWidget");
+    person.waitUntil(QStringLiteral("%1 is listed").arg(text),
+        [&] { return list.isEnabled() && !list.findItems(text, Qt::MatchExactly).isEmpty(); });
+    QListWidgetItem* const item = list.findItems(text, Qt::MatchExactly).constFirst();
+    list.scrollToItem(item);
+    person.look(60); // until it is laid out
+    person.clickAt(*list.viewport(), list.visualItemRect(item).center());
+}
+
+void pressOk(Person& person, QWidget& window)
+{
+    person.click(*person.find<QDialogButtonBox>(window, "buttonBox").button(QDialogButtonBox::Ok));
+}
+
+void driveBasePath(Person& person, QWidget& window)
+{
+    auto& console = *qobject_cast<MainWindow*>(window.parentWidget());
+    Tarnis& server = console.controller().tarnis();
+    const auto basePath = [&] { return server.GetSettingValue(QStringLiteral("basepath"), QString()); };
+    const QString before = basePath();
+    chooseListed(person, window, QStringLiteral("data/"));
+    person.key(person.find<QListWidget>(window, "curDirListWidget"), Qt::Key_Return);
+    const auto& folders = person.find<QComboBox>(window, "dirComboBox");
+    person.waitUntil(QStringLiteral("the folder is open"),
+        [&] { return folders.isEnabled() && folders.currentText().contains(QStringLiteral("data")); });
+    person.picture(window, QStringLiteral("chosen"));
+    pressOk(person, window);
     person.waitUntil(
-        QStringLiteral("the folder is listed"), [&] { return folders.isEnabled() && folders.count() > 0; });
-    person.picture(window, QStringLiteral("listed"));
+        QStringLiteral("the folder is the base path"), [&] { return basePath().endsWith(QStringLiteral("/data")); });
+    person.picture(console, QStringLiteral("set"));
+    server.SetBasePath(before, false);
+    const auto& state = person.find<QLabel>(console.settingsPanel(), "stateLabel");
+    person.waitUntil(QStringLiteral("the server has the base path of before"),
+        [&] { return state.text() == SettingsPanel::tr("As on the server."); });
+}
+
+void driveServerFiles(Person& person, QWidget& window)
+{
+    auto& console = *qobject_cast<MainWindow*>(window.parentWidget());
+    chooseListed(person, window, QStringLiteral("tour.txt")); // was uploaded by the tour
+    person.picture(window, QStringLiteral("chosen"));
+    pressOk(person, window);
+    auto& edit = person.find<QLineEdit>(console, "commandEdit");
+    person.expect(edit.text().startsWith(u'"') && edit.text().endsWith(u"/tour.txt\""),
+        QStringLiteral("the path is in the command line in quotation marks, not %1").arg(edit.text()));
+    person.clearText(edit);
 }
 
 } // namespace
@@ -77,14 +129,14 @@ WindowEntry statisticsEntry()
 WindowEntry basePathEntry()
 {
     return { QStringLiteral("base-path"), Windows::tr("&Base Path..."), Windows::tr("Base Path"),
-        Windows::tr("Choose the folder of the data on the server"), openBasePath, driveFolders,
+        Windows::tr("Choose the folder of the data on the server"), openBasePath, driveBasePath,
         [](const ServerController& controller) { return controller.basePathRefusal(); } };
 }
 
 WindowEntry serverFilesEntry()
 {
     return { QStringLiteral("server-files"), Windows::tr("&Files of the Server..."), Windows::tr("Files of the Server"),
-        Windows::tr("Choose a file on the server for the command line"), openServerFile, driveFolders };
+        Windows::tr("Choose a file on the server for the command line"), openServerFile, driveServerFiles };
 }
 
 } // namespace console
