@@ -83,8 +83,8 @@ void KeyboardDialog::addOthers()
     addRow(named({ Qt::Key_Left, Qt::Key_Right, Qt::Key_Up, Qt::Key_Down }), tr("In a plot: move"));
     addRow(named({ Qt::Key_Plus, Qt::Key_Minus }), tr("In a plot: zoom in and out along X"));
     addRow(named({ Qt::Key_PageUp, Qt::Key_PageDown }), tr("In a plot: zoom in and out along Y"));
-    addRow(named({ Qt::Key_Home }), tr("In a plot: show all"));
     addRow(named({ Qt::Key_F6 }), tr("In a plot: to the boxes beside its window, and back"));
+    addRow(named({ Qt::Key_Home }), tr("In a plot: show all"));
 }
 
 void KeyboardDialog::addRow(const QString& keys, const QString& text)
