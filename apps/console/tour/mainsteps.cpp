@@ -213,16 +213,6 @@ void saveRecord(Person& person, MainWindow& window)
     person.picture(window, QStringLiteral("saved"));
 }
 
-void language(Person& person, MainWindow& window)
-{
-    const QString title = window.windowTitle();
-    person.choose(window, "deAction");
-    person.waitUntil(QStringLiteral("the texts are German"), [&] { return window.windowTitle() != title; });
-    person.picture(window, QStringLiteral("german"));
-    person.choose(window, "enAction");
-    person.waitUntil(QStringLiteral("the texts are English"), [&] { return window.windowTitle() == title; });
-}
-
 void dark(Person& person, MainWindow& window)
 {
     person.choose(window, "darkAction");
@@ -273,7 +263,6 @@ QList<TourStep> openingSteps()
         { QStringLiteral("addresses"), addresses },
         { QStringLiteral("read"), readAgain },
         { QStringLiteral("record"), saveRecord },
-        { QStringLiteral("language"), language },
         { QStringLiteral("dark"), dark },
         { QStringLiteral("german"), german },
         { QStringLiteral("keyboard"), keyboard },
