@@ -22,8 +22,8 @@ and in the first run the simulated server tarnis-simserver that is installed bes
   --prompt TEXT       what the server writes when it waits for a command, "> " for a server that was not used last;
                       \n \r \t \e \\ and \xHH stand for bytes that are hard to type
   --log FILE          append a log of everything that goes over the connection to FILE
-  --language CODE     show all texts in English (en) or German (de); without it as chosen in the menu View, and at first
-                      as on the desktop
+  --language CODE     show all texts in English (en) or German (de) in this run; without it as chosen in the menu View,
+                      and at first as on the desktop
   --tour DIR          open every window on live data, write a picture of each step and report.txt to DIR, and exit:
                       with 0 if all went well, with 1 if not; needs no display
   --help              print this text

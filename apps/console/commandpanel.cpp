@@ -212,6 +212,8 @@ void CommandPanel::onReplied(const PTarnisCmd& command, const QByteArray& reply)
         const QString text = visibleText(reply);
         ui->transcript->addReply(text.isEmpty() ? tr("(an empty reply)") : text, replyKind(text));
         m_controller.readReply(command->m_cmd, reply);
+        if (replyKind(text) != ReplyKind::Refused)
+            Q_EMIT accepted(command->m_cmd);
     }
 }
 

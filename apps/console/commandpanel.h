@@ -60,6 +60,8 @@ Q_SIGNALS:
     void busyChanged();
     /// A command has come into the history.
     void commandTyped();
+    /// The server has not refused it.
+    void accepted(const QString& command);
 
 protected:
     void changeEvent(QEvent* event) override;

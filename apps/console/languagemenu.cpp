@@ -14,7 +14,7 @@ constexpr QLatin1String memoryKey("window/language");
 
 } // namespace
 
-LanguageMenu::LanguageMenu(QSettings& memory, QWidget* parent)
+LanguageMenu::LanguageMenu(QSettings& memory, const QString& language, QWidget* parent)
     : QMenu(parent)
     , m_memory(memory)
     , m_group(new QActionGroup(this))
@@ -23,9 +23,9 @@ LanguageMenu::LanguageMenu(QSettings& memory, QWidget* parent)
     setObjectName(QStringLiteral("languageMenu"));
     m_desktopAction->setData(QString());
     const QList<Language> all = languages();
-    for (const Language& language : all)
-        addAction(language.name)->setData(language.code);
-    const QString chosen = m_memory.value(memoryKey).toString();
+    for (const Language& known : all)
+        addAction(known.name)->setData(known.code);
+    const QString chosen = language.isEmpty() ? m_memory.value(memoryKey).toString() : language;
     m_desktopAction->setChecked(true);
     const QList<QAction*> choices = actions();
     for (QAction* const action : choices) {

@@ -9,11 +9,12 @@ class QSettings;
 namespace console {
 
 /// One entry for the desktop's language and one for each catalogue. The choice is kept under "window/language" of
-/// `memory`, which must outlive the menu, and is in force as soon as the menu exists.
+/// `memory`, which must outlive the menu, and is in force as soon as the menu exists, unless `language` is given: that
+/// is in force until something is chosen, and is not kept.
 class LanguageMenu : public QMenu {
     Q_OBJECT
 public:
-    LanguageMenu(QSettings& memory, QWidget* parent);
+    LanguageMenu(QSettings& memory, const QString& language, QWidget* parent);
 
 protected:
     void changeEvent(QEvent* event) override;

@@ -45,7 +45,7 @@ int complain(const QString& text, int status)
 
 int runConsole(const console::Options& options, QSettings& memory)
 {
-    console::MainWindow window(memory);
+    console::MainWindow window(memory, options.tourDirectory.isEmpty() ? options.language : QStringLiteral("en"));
     window.show();
     QTimer::singleShot(0, &window, [&] { window.startServer(options); });
     if (options.tourDirectory.isEmpty()) {
@@ -107,8 +107,6 @@ int main(int argc, char** argv)
         : std::make_unique<QSettings>();
     if (!options.logFile.isEmpty()) // what the log window shows first
         memory->setValue(QStringLiteral("log/file"), QFileInfo(options.logFile).absoluteFilePath());
-    if (const QString language = isTour ? QStringLiteral("en") : options.language; !language.isEmpty())
-        memory->setValue(QStringLiteral("window/language"), language);
     const int status = runConsole(options, *memory);
     QThreadPool::globalInstance()->waitForDone(); // sessions that end in the background still write to the log
     closelog();

@@ -31,18 +31,17 @@
 
 namespace console {
 
-MainWindow::MainWindow(QSettings& memory)
+MainWindow::MainWindow(QSettings& memory, const QString& language)
     : m_memory(memory)
     , ui(std::make_unique<Ui::MainWindow>())
     , m_controller(new ServerController(this))
     , m_entries(windowEntries())
     , m_windows(new OpenWindows(*this))
     , m_histograms(new ServerHistograms(*m_controller))
-    , m_desktopPalette(QApplication::palette())
 {
     ui->setupUi(this);
     new WindowAccess(this); // the window's
-    ui->viewMenu->addMenu(new LanguageMenu(m_memory, ui->viewMenu));
+    ui->viewMenu->addMenu(new LanguageMenu(m_memory, language, ui->viewMenu));
     m_commandPanel = new CommandPanel(*m_controller, this);
     m_settingsPanel = new SettingsPanel(*m_controller, this);
     m_stateWatch = new StateWatch(
@@ -67,6 +66,8 @@ MainWindow::MainWindow(QSettings& memory)
     connect(m_controller, &ServerController::notice, this, &MainWindow::onNotice);
     connect(m_controller, &ServerController::told, this, &MainWindow::onPassingNotice);
     connect(m_commandPanel, &CommandPanel::notice, this, &MainWindow::onPassingNotice);
+    connect(m_commandPanel, &CommandPanel::accepted, m_settingsPanel, &SettingsPanel::onCommandAccepted);
+    connect(m_settingsPanel, &SettingsPanel::basePathWanted, this, [this] { openWindow(QStringLiteral("base-path")); });
     connect(m_commandPanel, &CommandPanel::commandTyped, this, &MainWindow::remember);
     connect(m_commandPanel, &CommandPanel::busyChanged, this, &MainWindow::updateControls);
     connect(m_settingsPanel, &SettingsPanel::controlsChanged, this, &MainWindow::updateControls);
@@ -147,6 +148,14 @@ QWidget* MainWindow::openWindow(const WindowEntry& entry)
             { *m_controller, m_commandPanel->link(), this, *m_commandPanel, *m_windows, m_memory, *m_histograms });
     };
     return m_windows->show(entry.id, make, [&entry] { return entry.title; });
+}
+
+void MainWindow::openWindow(const QString& id)
+{
+    for (const WindowEntry& entry : std::as_const(m_entries)) {
+        if (entry.id == id)
+            openWindow(entry);
+    }
 }
 
 QString MainWindow::refusal(const WindowEntry& entry) const
@@ -400,7 +409,7 @@ void MainWindow::showAbout()
 
 void MainWindow::setDark(bool isDark)
 {
-    QApplication::setPalette(isDark ? darkPalette() : m_desktopPalette);
+    QApplication::setPalette(isDark ? darkPalette() : QPalette()); // an empty one follows the desktop
 }
 
 void MainWindow::restore()

@@ -7,7 +7,6 @@
 #include "windows/window.h"
 
 #include <QMainWindow>
-#include <QPalette>
 
 #include <functional>
 #include <memory>
@@ -32,8 +31,9 @@ class StateWatch;
 class MainWindow : public QMainWindow {
     Q_OBJECT
 public:
-    /// `memory` is what is kept from one run to the next; it must outlive the window.
-    explicit MainWindow(QSettings& memory);
+    /// `memory` is what is kept from one run to the next; it must outlive the window. `language` is that of this run;
+    /// empty: the one that was chosen last.
+    explicit MainWindow(QSettings& memory, const QString& language = QString());
     ~MainWindow() override;
 
     /// Uses the server of the options, else the last one, else the simulator. Called once, after the window is shown.
@@ -61,6 +61,7 @@ protected:
     void connectActions();
     void addWindowActions();
     void setTexts();
+    void openWindow(const QString& id);
     void updateControls();
     void updateArranging();
     void listOpenWindows();
@@ -92,7 +93,6 @@ protected:
     QList<QAction*> m_openActions; ///< the open windows as the menu last showed them
     OpenWindows* m_windows;
     ServerHistograms* m_histograms;
-    QPalette m_desktopPalette;
     bool m_isServerChosen = false;
     bool m_isMemoryFaultTold = false;
     bool m_isRunGivenUp = false; ///< the person who closes the window knows that a run ends

@@ -66,6 +66,8 @@ SettingsPanel::SettingsPanel(ServerController& controller, QWidget* parent)
     connect(&controller.tarnis(), &Tarnis::onCmdReply, this, &SettingsPanel::onCmdReply);
     connect(&controller.tarnis(), &Tarnis::onBasePathChange, this,
         [this](const QString& path) { tell([path] { return tr("The base path %1 goes to the server.").arg(path); }); });
+    connect(ui->pathBrowseButton, &QPushButton::clicked, this, &SettingsPanel::basePathWanted);
+    showState();
     updateControls();
 }
 
@@ -89,7 +91,22 @@ void SettingsPanel::read()
         return;
     m_refusals.clear();
     tell([] { return tr("Reading..."); });
+    sendRead();
+}
+
+void SettingsPanel::sendRead()
+{
     m_controller.tarnis().SendCmd(session, readName, QStringLiteral("setting"), false);
+}
+
+void SettingsPanel::onCommandAccepted(const QString& command)
+{
+    const QString word = command.section(u' ', 0, 0);
+    const bool mayChange =
+        (word == u"setting" && command.contains(u':')) || word == u"start" || word == u"stop" || word == u"clear";
+    // A download reads anyhow.
+    if (mayChange && canDownload())
+        sendRead();
 }
 
 void SettingsPanel::download(bool save)
@@ -152,6 +169,7 @@ void SettingsPanel::takeValues(const QString& reply)
     QMap<QString, QString> values;
     TarnisCmd::makeNameValueMap(reply.split(u'\n'), values);
     values.remove(QStringLiteral("OK"));
+    m_hasRead = true;
     if (!std::exchange(m_isFresh, false)) {
         m_model->setServerValues(values);
         return;
@@ -173,7 +191,7 @@ void SettingsPanel::onDownloadReply(const QString& command, const QString& reply
     if (m_refusals.isEmpty())
         tell([count = m_linesSent] { return tr("The server took %Ln line(s).", nullptr, count); });
     updateControls();
-    m_controller.tarnis().SendCmd(session, readName, QStringLiteral("setting"), false);
+    sendRead();
 }
 
 void SettingsPanel::onServerState()
@@ -182,6 +200,8 @@ void SettingsPanel::onServerState()
     if (!isUp) {
         m_linesPending = 0;
         m_downloadAsked.reset();
+        m_refusals.clear();
+        showState(); // nothing is on its way any more
     }
     if (isUp && !m_wasUp) {
         m_isFresh = m_controller.isLocal();
@@ -194,15 +214,27 @@ void SettingsPanel::onServerState()
     updateControls();
 }
 
+/// What holds while nothing is on its way.
+void SettingsPanel::showState()
+{
+    tell([this] { return stateText(); });
+}
+
+QString SettingsPanel::stateText() const
+{
+    const auto changed = int(m_model->changedNames().size());
+    const QString changes = changed > 0 ? tr("%Ln changed here, not on the server yet.", nullptr, changed) : QString();
+    if (m_controller.state() == ServerState::Up)
+        return changed > 0 ? changes : tr("As on the server.");
+    const QString state =
+        m_hasRead ? tr("Not connected; as the server was last read.") : tr("No server was asked yet.");
+    return changed > 0 ? state + u' ' + changes : state;
+}
+
 void SettingsPanel::onEdited()
 {
-    const qsizetype changed = m_model->changedNames().size();
-    if (m_linesPending == 0 && !m_downloadAsked) {
-        tell([changed] {
-            return changed == 0 ? tr("As on the server.")
-                                : tr("%Ln changed here, not on the server yet.", nullptr, int(changed));
-        });
-    }
+    if (m_linesPending == 0 && !m_downloadAsked)
+        showState();
     showReadoutAddress();
     const QString path = m_controller.tarnis().GetSettingValue(QStringLiteral("basepath"), QString());
     if (path != std::exchange(m_shownPath, path)) // else what somebody is typing there stays
@@ -310,6 +342,9 @@ void SettingsPanel::updateControls()
     if (!refusal.isEmpty())
         pathReason = refusal;
     setAvailable(ui->pathButton, refusal.isEmpty() && hasPath, pathHelp, pathReason);
+
+    setAvailable(ui->pathBrowseButton, isUp && refusal.isEmpty(), tr("Choose the folder of the data on the server"),
+        isUp ? refusal : needsServer);
 
     const QString ip = ui->ipEdit->text().trimmed();
     const bool isAddress = isIPv4(ip);

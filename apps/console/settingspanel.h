@@ -39,8 +39,13 @@ public Q_SLOTS:
     /// With `save` the server is told to store them too.
     void download(bool save);
 
+    /// Asks again if the server may have other settings after this command, which it has accepted.
+    void onCommandAccepted(const QString& command);
+
 Q_SIGNALS:
     void controlsChanged();
+    /// A folder of the server is to be chosen as the base path.
+    void basePathWanted();
 
 protected:
     void changeEvent(QEvent* event) override;
@@ -48,6 +53,9 @@ protected:
     void onSettingReply(const QString& reply);
     void onDownloadReply(const QString& command, const QString& reply);
     void onServerState();
+    void showState();
+    QString stateText() const;
+    void sendRead();
     void takeValues(const QString& reply);
     void sendAll();
     void onEdited();
@@ -66,6 +74,7 @@ protected:
     int m_linesSent = 0;
     QStringList m_refusals; ///< of the download under way
     bool m_wasUp = false;
+    bool m_hasRead = false; ///< the server's values have come once
     std::optional<bool> m_downloadAsked; ///< waits for the server's values; true: to be saved too
     bool m_isFresh = false; ///< the local server has begun anew and was not read yet
     ServerChoice m_choice; ///< the server that the settings were sent to

@@ -26,10 +26,10 @@ namespace {
 class Console {
 public:
     Console() { open(); }
-    void open()
+    void open(const QString& language = QString())
     {
         window.reset();
-        window = std::make_unique<MainWindow>(memory);
+        window = std::make_unique<MainWindow>(memory, language);
         window->show();
         QCoreApplication::processEvents();
     }
@@ -136,6 +136,18 @@ private Q_SLOTS:
         console.open();
         QVERIFY(console.isChosen("deAction"));
         QCOMPARE(console.menuTitle(), "&Hilfe");
+    }
+
+    void theLanguageOfOneRunIsNotKept()
+    {
+        Console console;
+        console.choose("enAction");
+        console.open(QStringLiteral("de"));
+        QVERIFY(console.isChosen("deAction"));
+        QCOMPARE(console.menuTitle(), "&Hilfe");
+        console.open();
+        QVERIFY(console.isChosen("enAction"));
+        QCOMPARE(console.menuTitle(), "&Help");
     }
 
     void anUnknownMemoryIsTheDesktop()

@@ -2,6 +2,7 @@
 #include "apps/desk.h"
 #include "settingsmodel.h"
 #include "settingspanel.h"
+#include "windows/openwindows.h"
 
 #include <QCheckBox>
 #include <QPushButton>
@@ -118,6 +119,119 @@ private Q_SLOTS:
         desk.press("readButton");
         QTRY_VERIFY_WITH_TIMEOUT(server.requests().count("setting") > readings, patienceMs);
         QTRY_VERIFY_WITH_TIMEOUT(desk.settingsState().startsWith(QStringLiteral("1 changed")), patienceMs);
+    }
+
+    // What the panel says.
+
+    void whatIsSentByCommandIsReadAgain_data()
+    {
+        QTest::addColumn<QString>("command");
+        QTest::addColumn<QByteArray>("reply");
+        QTest::addColumn<bool>("isRead");
+        QTest::newRow("a setting") << "setting rate:20" << QByteArray("OK:\n") << true;
+        QTest::newRow("a refused setting") << "setting rate:20" << QByteArray("NG:no\n") << false;
+        QTest::newRow("start") << "start" << QByteArray("OK:\n") << true;
+        QTest::newRow("stop") << "stop" << QByteArray("OK:\n") << true;
+        QTest::newRow("clear") << "clear" << QByteArray("OK:\n") << true;
+        QTest::newRow("something else") << "pwd" << QByteArray("OK:\n/\n") << false;
+    }
+    void whatIsSentByCommandIsReadAgain()
+    {
+        QFETCH(QString, command);
+        QFETCH(QByteArray, reply);
+        QFETCH(bool, isRead);
+        ScriptedServer server;
+        server.answerInTurn("setting", { told("rate: 10\n"), told("rate: 20\n") });
+        server.answer(command.toLatin1(), { Step::text(reply) });
+        SettingsDesk desk;
+        desk.use(server);
+        QVERIFY(desk.hasRead(server, 1));
+        QTRY_COMPARE_WITH_TIMEOUT(desk.here("rate"), QStringLiteral("10"), patienceMs);
+        desk.send(command);
+        QVERIFY(desk.isFree());
+        if (!isRead)
+            desk.press("readButton");
+        QTRY_COMPARE_WITH_TIMEOUT(desk.here("rate"), QStringLiteral("20"), patienceMs);
+        QCOMPARE(desk.settingsState(), QStringLiteral("As on the server."));
+        QCOMPARE(server.requests().count("setting"), 2);
+    }
+
+    void aDeadServerHasNoState()
+    {
+        auto server = std::make_unique<ScriptedServer>();
+        server->answer("setting", told("rate: 10\n"));
+        SettingsDesk desk;
+        QVERIFY(!desk.settingsState().isEmpty());
+        desk.use(*server);
+        QVERIFY(desk.hasRead(*server, 1));
+        QTRY_COMPARE_WITH_TIMEOUT(desk.settingsState(), QStringLiteral("As on the server."), patienceMs);
+        server.reset();
+        desk.window->controller().checkServer();
+        QVERIFY(desk.reaches(ServerState::Failed));
+        QVERIFY2(desk.settingsState().startsWith(QStringLiteral("Not connected")), qPrintable(desk.settingsState()));
+        QVERIFY(desk.edit("rate", "20"));
+        QVERIFY2(desk.settingsState().startsWith(QStringLiteral("Not connected")), qPrintable(desk.settingsState()));
+        QVERIFY(desk.settingsState().contains(QStringLiteral("1 changed")));
+    }
+
+    void nothingIsUnderWayToADeadServer_data()
+    {
+        QTest::addColumn<QByteArray>("button");
+        QTest::newRow("reading") << QByteArray("readButton");
+        QTest::newRow("sending") << QByteArray("downloadButton");
+    }
+    void nothingIsUnderWayToADeadServer()
+    {
+        QFETCH(QByteArray, button);
+        ScriptedServer server;
+        server.answerInTurn("setting", { told("rate: 10\n"), { Step::silence() } });
+        SettingsDesk desk;
+        desk.use(server);
+        QVERIFY(desk.hasRead(server, 1));
+        QTRY_COMPARE_WITH_TIMEOUT(desk.settingsState(), QStringLiteral("As on the server."), patienceMs);
+        desk.press(button.constData());
+        QVERIFY2(desk.settingsState().startsWith(QStringLiteral("Reading")), qPrintable(desk.settingsState()));
+        desk.choose("shutDownAction");
+        QVERIFY(desk.reaches(ServerState::Off));
+        QVERIFY2(desk.settingsState().startsWith(QStringLiteral("Not connected")), qPrintable(desk.settingsState()));
+    }
+
+    void theNextServersRefusalReplacesWhatTheLastOneSaid()
+    {
+        ScriptedServer server;
+        server.answerInTurn(
+            "setting", { told("rate: 10\n"), told("rate: 10\n"), told("rate: 20\n"), told("rate: 10\n") });
+        const LocalProgram program(faithful(server.port()));
+        SettingsDesk desk;
+        desk.use(program);
+        QVERIFY(desk.hasRead(server, 1));
+        QTRY_COMPARE_WITH_TIMEOUT(desk.here("rate"), QStringLiteral("10"), patienceMs);
+        QVERIFY(desk.edit("rate", "20"));
+        QVERIFY(desk.pressed("downloadButton"));
+        QTRY_COMPARE_WITH_TIMEOUT(desk.onServer("rate"), QStringLiteral("20"), patienceMs);
+        desk.choose("restartAction");
+        QTRY_VERIFY_WITH_TIMEOUT(desk.settingsState().contains(QStringLiteral("began anew")), patienceMs);
+        desk.start({ ServerChoice::Kind::Remote, {}, ScriptedServer::host(), ScriptedServer::closedPort() });
+        QVERIFY(desk.reaches(ServerState::Failed));
+        QVERIFY2(desk.settingsState().startsWith(QStringLiteral("Not connected")), qPrintable(desk.settingsState()));
+    }
+
+    void theBasePathIsChosenFromTheServersFolders()
+    {
+        ScriptedServer server;
+        server.answer("pwd", { Step::text("OK:\n/data\n") });
+        server.answer("ls-F \"/data\"", { Step::text("OK:\na/\n") });
+        SettingsDesk desk;
+        auto& button = desk.widget<QPushButton>("pathBrowseButton");
+        QVERIFY(!button.isEnabled() && !button.toolTip().isEmpty());
+        desk.use(server);
+        QVERIFY(desk.reaches(ServerState::Up));
+        desk.press("pathBrowseButton");
+        QTRY_VERIFY(!desk.window->windows().onScreen().isEmpty());
+        QCOMPARE(desk.find("base-path"), desk.window->windows().onScreen().constFirst());
+        desk.window->controller().tarnis().SetStatus(Tarnis::RUNNING);
+        QVERIFY(!button.isEnabled());
+        QVERIFY(button.toolTip().contains(QStringLiteral("Running")));
     }
 
     // A local server that begins anew with its own values.

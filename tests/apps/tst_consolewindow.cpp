@@ -275,6 +275,16 @@ private Q_SLOTS:
         }
     }
 
+    void theLightColoursAreTheDesktops()
+    {
+        Desk desk;
+        desk.choose("darkAction");
+        QCOMPARE(QApplication::palette().color(QPalette::Base), darkPalette().color(QPalette::Base));
+        desk.choose("darkAction");
+        QVERIFY(QApplication::palette().color(QPalette::Base) != darkPalette().color(QPalette::Base));
+        QCOMPARE(QApplication::palette().resolveMask(), 0); // no role is held against a change of the desktop's
+    }
+
     void theLampsDifferInShape()
     {
         QList<QImage> shapes;

@@ -807,6 +807,10 @@
         <source>Set Address</source>
         <translation>Adresse setzen</translation>
     </message>
+    <message>
+        <source>Browse...</source>
+        <translation>Durchsuchen...</translation>
+    </message>
 </context>
 <context>
     <name>Status</name>
@@ -2497,6 +2501,18 @@
     <message>
         <source>The server refused %L1 of %L2: %3</source>
         <translation>Der Server hat %L1 von %L2 abgelehnt: %3</translation>
+    </message>
+    <message>
+        <source>Not connected; as the server was last read.</source>
+        <translation>Nicht verbunden; wie zuletzt vom Server gelesen.</translation>
+    </message>
+    <message>
+        <source>No server was asked yet.</source>
+        <translation>Noch wurde kein Server gefragt.</translation>
+    </message>
+    <message>
+        <source>Choose the folder of the data on the server</source>
+        <translation>Den Ordner der Daten auf dem Server wählen</translation>
     </message>
 </context>
 <context>
