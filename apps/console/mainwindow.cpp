@@ -162,7 +162,7 @@ QString MainWindow::refusal(const WindowEntry& entry) const
 {
     if (entry.needsServer && m_controller->state() != ServerState::Up)
         return tr("Needs a connected server");
-    if (const QString reason = m_histograms->refusal(entry.histogram); !reason.isEmpty())
+    if (QString reason = m_histograms->refusal(entry.histogram); !reason.isEmpty())
         return reason;
     return entry.refusal ? entry.refusal(*m_controller) : QString();
 }

@@ -167,7 +167,7 @@ QString byteCountText(qint64 bytes)
 
 QString fileText(const QByteArray& bytes)
 {
-    const QString size = byteCountText(bytes.size());
+    QString size = byteCountText(bytes.size());
     if (bytes.isEmpty())
         return size;
     if (bytes.contains('\0'))
