@@ -57,6 +57,7 @@ void printToPdf(Person& person, XYGraphWidget& plot, const QString& fileName)
             person.chooseItem(person.find<QComboBox>(box, "printers"), QStringLiteral("Print to File (PDF)"));
             auto& edit = person.find<QLineEdit>(box, "filename");
             person.clearText(edit);
+            edit.setCompleter(nullptr); // its list opens when the folder has been read, over whatever is pressed then
             person.type(edit, path);
             for (QPushButton* const button : box.findChildren<QPushButton*>()) {
                 if (button->isDefault())
