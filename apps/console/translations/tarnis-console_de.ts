@@ -1129,7 +1129,7 @@
     </message>
     <message>
         <source>Listing...</source>
-        <translation>Wird aufgelistet ...</translation>
+        <translation>Wird aufgelistet...</translation>
     </message>
     <message>
         <source>The server lists no folder</source>
@@ -1196,7 +1196,7 @@
     </message>
     <message>
         <source>No command is under way</source>
-        <translation>Kein Befehl ist unterwegs</translation>
+        <translation>Es ist kein Befehl unterwegs</translation>
     </message>
     <message numerus="yes">
         <source>, %Ln more to go</source>
@@ -1556,7 +1556,7 @@
     </message>
     <message>
         <source>No command is under way</source>
-        <translation>Kein Befehl ist unterwegs</translation>
+        <translation>Es ist kein Befehl unterwegs</translation>
     </message>
     <message>
         <source>Send all settings to the server</source>
@@ -1612,11 +1612,11 @@
     </message>
     <message>
         <source>&lt;p&gt;&lt;b&gt;Tarnis Console %1&lt;/b&gt;&lt;/p&gt;&lt;p&gt;Operates a data-acquisition server: status, commands, settings, live windows.&lt;/p&gt;</source>
-        <translation>&lt;p&gt;&lt;b&gt;Tarnis-Konsole %1&lt;/b&gt;&lt;/p&gt;&lt;p&gt;Bedient einen Server der Datennahme: Status, Befehle, Einstellungen, laufende Fenster.&lt;/p&gt;</translation>
+        <translation>&lt;p&gt;&lt;b&gt;Tarnis-Konsole %1&lt;/b&gt;&lt;/p&gt;&lt;p&gt;Bedient einen Server der Datennahme: Status, Befehle, Einstellungen, Live-Fenster.&lt;/p&gt;</translation>
     </message>
     <message>
         <source>No window is open</source>
-        <translation>Kein Fenster ist offen</translation>
+        <translation>Es ist kein Fenster offen</translation>
     </message>
     <message>
         <source>This desktop (Wayland) places windows itself; started with QT_QPA_PLATFORM=xcb the console can do it</source>
@@ -1746,7 +1746,7 @@
     </message>
     <message>
         <source>Type the number of a module</source>
-        <translation>Tippen Sie die Nummer eines Moduls</translation>
+        <translation>Geben Sie die Nummer eines Moduls ein</translation>
     </message>
     <message>
         <source>These are more than %L1 modules</source>
@@ -1785,7 +1785,7 @@
     </message>
     <message>
         <source>Type a command</source>
-        <translation>Tippen Sie einen Befehl</translation>
+        <translation>Geben Sie einen Befehl ein</translation>
     </message>
     <message>
         <source>These are several modules: choose &quot;Several modules&quot; above</source>
@@ -1871,7 +1871,7 @@
     </message>
     <message>
         <source>No command is under way</source>
-        <translation>Kein Befehl ist unterwegs</translation>
+        <translation>Es ist kein Befehl unterwegs</translation>
     </message>
 </context>
 <context>
@@ -1948,7 +1948,7 @@
     <name>console::RateWindow</name>
     <message>
         <source>No reply: %1. It is asked again.</source>
-        <translation>Keine Antwort: %1. Es wird wieder gefragt.</translation>
+        <translation>Keine Antwort: %1. Es wird erneut gefragt.</translation>
     </message>
     <message>
         <source>The server tells no rate: its reply to stat has no line &quot;rate:&quot;.</source>
@@ -1972,7 +1972,7 @@
     </message>
     <message>
         <source>Needs a connected server; the curve goes on by itself when it is back.</source>
-        <translation>Braucht einen verbundenen Server; die Kurve geht von selbst weiter, wenn er wieder da ist.</translation>
+        <translation>Nur mit verbundenem Server; die Kurve geht von selbst weiter, sobald er wieder da ist.</translation>
     </message>
 </context>
 <context>
@@ -2165,7 +2165,7 @@
     </message>
     <message>
         <source>The host of %1 was not found. See that its name is right.</source>
-        <translation>Der Rechner von %1 wurde nicht gefunden. Prüfen Sie seinen Namen.</translation>
+        <translation>Der Rechner wurde nicht gefunden (%1). Prüfen Sie seinen Namen.</translation>
     </message>
     <message>
         <source>Nothing answers at %1: the connection was refused.</source>
@@ -2189,7 +2189,7 @@
     </message>
     <message>
         <source>The connection to %1 broke: %2.</source>
-        <translation>Die Verbindung zu %1 ist abgebrochen: %2.</translation>
+        <translation>Die Verbindung zu %1 ist abgerissen: %2.</translation>
     </message>
 </context>
 <context>
@@ -2617,8 +2617,8 @@
     <message numerus="yes">
         <source>%1, %Ln of them changed since the snapshot before, as of %2</source>
         <translation>
-            <numerusform>%1, davon %Ln seit der vorigen Aufnahme geändert, Stand %2</numerusform>
-            <numerusform>%1, davon %Ln seit der vorigen Aufnahme geändert, Stand %2</numerusform>
+            <numerusform>%1, davon %Ln seit der vorigen Momentaufnahme geändert, Stand %2</numerusform>
+            <numerusform>%1, davon %Ln seit der vorigen Momentaufnahme geändert, Stand %2</numerusform>
         </translation>
     </message>
 </context>
@@ -2626,7 +2626,7 @@
     <name>console::Uploader</name>
     <message>
         <source>the connection broke (%1).</source>
-        <translation>die Verbindung ist abgebrochen (%1).</translation>
+        <translation>die Verbindung ist abgerissen (%1).</translation>
     </message>
     <message>
         <source>%1 is not uploaded: %2 is on its way.</source>
@@ -2666,7 +2666,7 @@
     </message>
     <message>
         <source>the server was stopped.</source>
-        <translation>der Server wurde heruntergefahren.</translation>
+        <translation>der Server wurde beendet.</translation>
     </message>
 </context>
 <context>
