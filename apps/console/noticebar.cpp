@@ -152,7 +152,9 @@ void NoticeBar::applyColours()
 void NoticeBar::changeEvent(QEvent* event)
 {
     QFrame::changeEvent(event);
-    if (event->type() == QEvent::ApplicationPaletteChange || event->type() == QEvent::StyleChange)
+    // Of a change of the application's palette a part of a window hears this way; its own colours do not change twice.
+    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::ApplicationPaletteChange
+        || event->type() == QEvent::StyleChange)
         applyColours();
     if (event->type() == QEvent::LanguageChange) {
         ui->retranslateUi(this);

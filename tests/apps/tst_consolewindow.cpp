@@ -250,6 +250,19 @@ private Q_SLOTS:
         }
     }
 
+    void aNoticeStaysReadableWhenItGetsDark()
+    {
+        Desk desk;
+        auto& bar = desk.widget<NoticeBar>("noticeBar");
+        bar.setNotice({ Notice::Severity::Information, QStringLiteral("words"), Remedy::None });
+        for (int i = 0; i < 2; ++i) {
+            desk.choose("darkAction");
+            QCoreApplication::processEvents();
+            const QPalette colours = bar.palette();
+            QVERIFY(contrast(colours.color(QPalette::WindowText), colours.color(QPalette::Window)) >= 4.5);
+        }
+    }
+
     void emptyIndicatorsStandOutInTheDark()
     {
         const QPalette palette = darkPalette();
