@@ -31,6 +31,7 @@
 #include <QToolButton>
 
 #include <cmath>
+#include <string_view>
 
 using namespace console;
 using namespace tarnis::testing;
@@ -439,7 +440,7 @@ private Q_SLOTS:
         for (const QWidget* window : full.all()) {
             for (const QKeySequence& key : shortcutsOf(*window)) {
                 const QString name = window->windowTitle() + u' ' + key.toString();
-                for (const char letter : QByteArray("ABCDEFHIKUVXYZ"))
+                for (const char letter : std::string_view("ABCDEFHIKUVXYZ"))
                     QVERIFY2(key != QKeySequence(Qt::CTRL | Qt::Key(letter)), qPrintable(name));
                 QVERIFY2(key != QKeySequence(QStringLiteral("Ctrl+Shift+Z")), qPrintable(name));
                 QVERIFY2(key != QKeySequence(QStringLiteral("Ctrl+Shift+A")), qPrintable(name));
@@ -690,8 +691,10 @@ private Q_SLOTS:
             QApplication::sendEvent(plot, &event);
             auto* const menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
             QVERIFY(menu);
-            for (const QAction* action : plot->actions())
-                QVERIFY(menu->actions().contains(action));
+            const QList<QAction*> offered = menu->actions();
+            const QList<QAction*> tools = plot->actions();
+            for (QAction* const tool : tools)
+                QVERIFY(offered.contains(tool));
             menu->close();
         }
     }

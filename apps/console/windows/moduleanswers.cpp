@@ -34,7 +34,7 @@ std::tuple<QString, qulonglong, QString> orderKey(const QString& name)
     qsizetype digits = name.size();
     while (digits > 0 && name.at(digits - 1) >= u'0' && name.at(digits - 1) <= u'9')
         --digits;
-    return { name.left(digits), name.mid(digits).toULongLong(), name };
+    return { name.left(digits), QStringView(name).mid(digits).toULongLong(), name };
 }
 
 ModuleAnswer wholeAnswer(const QString& addressed, const QString& reply)
