@@ -289,9 +289,11 @@ private Q_SLOTS:
         desk.send(QStringLiteral("here?")); // the command line has its connection
         QVERIFY(desk.shows(QStringLiteral("yes")));
         desk.choose("clearRecordAction");
+        QVERIFY(server.waitForFarewells(2)); // of the look at the server and of the list of its histograms
         const int before = server.connectionCount();
         const QPointer<QWidget> window = desk.open<QWidget>(id.constData());
         QVERIFY(server.waitForConnections(before + 1));
+        desk.window->setUpdatesEnabled(false); // Qt paints with threads of the pool
         BlockedPool pool;
         const int farewells = server.farewells();
         window->close();
