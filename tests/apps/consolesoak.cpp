@@ -11,6 +11,7 @@
 #include "mainwindow.h"
 #include "messagelist.h"
 #include "servercontroller.h"
+#include "transcript.h"
 #include "windows/openwindows.h"
 
 #include <tarnis/foundation/log.h>
@@ -19,9 +20,12 @@
 #include <QAction>
 #include <QApplication>
 #include <QElapsedTimer>
+#include <QFont>
 #include <QLineEdit>
 #include <QLoggingCategory>
 #include <QMessageBox>
+#include <QPainter>
+#include <QPixmap>
 #include <QPixmapCache>
 #include <QSettings>
 #include <QTcpSocket>
@@ -281,6 +285,7 @@ void Soak::everyMinute()
     m_window.windows().closeAll();
     action("clearRecordAction").trigger();
     QTest::qWait(closingMs);
+    QPixmapCache::clear(); // the controls that Qt keeps painted, with a name each
     ::malloc_trim(0);
     m_closedHeap.append(heapInUse());
     m_isOpeningDue = true;
@@ -433,6 +438,24 @@ void Soak::judgeHeap(const char* what, const QList<std::size_t>& minutes)
         wrong(QStringLiteral("the heap grows"));
 }
 
+/// Lets Qt load the letters of broken replies, which faults show at their own time, and keep them as it does for good.
+void loadLetters(const QList<QFont>& fonts)
+{
+    QString letters;
+    for (char16_t letter = u' '; letter < 0x300; ++letter)
+        letters += QChar(letter);
+    letters += QChar(QChar::ReplacementCharacter);
+    QPixmap paper(2000, 400);
+    for (QFont font : fonts) {
+        for (const bool isBold : { false, true }) {
+            font.setBold(isBold);
+            QPainter painter(&paper);
+            painter.setFont(font);
+            painter.drawText(paper.rect(), Qt::TextWrapAnywhere, letters);
+        }
+    }
+}
+
 /// What the platform without a screen cannot do is no news.
 void printMessage(QtMsgType, const QMessageLogContext&, const QString& text)
 {
@@ -473,6 +496,7 @@ int main(int argc, char** argv)
         // The console keeps the last 2000 messages, which faults fill over a day.
         window.findChild<MessageList*>()->setMaximumBlockCount(20);
         window.show();
+        loadLetters({ window.font(), window.findChild<Transcript*>()->font() });
         Soak soak(window, memory, logFile);
         if (isCalm)
             soak.beCalm();
