@@ -160,7 +160,8 @@ public Q_SLOTS:
     virtual void onAutoScaleX(bool checked);
     virtual void onAutoScaleY(bool checked);
     /// @}
-    /// Mouse tools - xygraphwidget_mouse.cpp. If the tool's action is checked, the others are unchecked. @{
+    // Mouse tools - xygraphwidget_mouse.cpp
+    /// If the tool's action is checked, the others are unchecked. @{
     virtual void onRectangle();
     virtual void onZoomIn();
     virtual void onZoomOut();
