@@ -194,6 +194,7 @@ private:
     bool m_isCalm = false;
     bool m_isOpeningDue = false;
     qsizetype m_mostWindows = 0;
+    QSize m_size; ///< of the console before windows are tiled
     QList<std::size_t> m_heap; ///< the least of each minute
     QList<std::size_t> m_closedHeap; ///< after each minute, with all windows closed
     std::size_t m_leastHeap = 0;
@@ -283,6 +284,7 @@ void Soak::everyMinute()
 {
     ++m_rounds;
     m_window.windows().closeAll();
+    m_window.resize(m_size); // its picture counts
     action("clearRecordAction").trigger();
     QTest::qWait(closingMs);
     QPixmapCache::clear(); // the controls that Qt keeps painted, with a name each
@@ -355,6 +357,7 @@ void Soak::settle()
 int Soak::run(int seconds)
 {
     const qsizetype threadsBefore = threadNames().size();
+    m_size = m_window.size();
     m_clock.start();
     QTimer boxes; // they stop everything else
     QObject::connect(&boxes, &QTimer::timeout, &boxes, [this] { closeBoxes(); });
@@ -442,10 +445,13 @@ void Soak::judgeHeap(const char* what, const QList<std::size_t>& minutes)
 void loadLetters(const QList<QFont>& fonts)
 {
     QString letters;
-    for (char16_t letter = u' '; letter < 0x300; ++letter)
+    for (char16_t letter = u' '; letter < 0x800; ++letter)
         letters += QChar(letter);
-    letters += QChar(QChar::ReplacementCharacter);
-    QPixmap paper(2000, 400);
+    for (char32_t letter = 0x800; letter < 0x20000; letter += 0x20) { // every script there is a font for
+        if (!QChar::isSurrogate(letter))
+            letters += QString::fromUcs4(&letter, 1);
+    }
+    QPixmap paper(2000, 2000);
     for (QFont font : fonts) {
         for (const bool isBold : { false, true }) {
             font.setBold(isBold);
