@@ -195,6 +195,13 @@ void goToBox(XYGraphWidget& plot, qsizetype number)
     }
 }
 
+/// A plus sign needs Shift on many keyboards.
+bool isBare(const QKeyEvent& event)
+{
+    const Qt::KeyboardModifiers modifiers = event.modifiers() & ~Qt::KeypadModifier;
+    return modifiers == Qt::NoModifier || (modifiers == Qt::ShiftModifier && event.key() == Qt::Key_Plus);
+}
+
 } // namespace
 
 PlotKeys::~PlotKeys()
@@ -249,7 +256,9 @@ bool PlotKeys::isTaken(XYGraphWidget& plot, int key)
 /// Return takes the keyboard back to the plot, and so does Escape, which would close the window otherwise.
 void PlotKeys::watchEditor(XYGraphWidget& plot)
 {
-    auto* const edit = plot.findChild<QLineEdit*>(); // a bar's, too
+    auto* edit = plot.findChild<QLineEdit*>(QString(), Qt::FindDirectChildrenOnly); // boxes beside the plot have their own
+    if (auto* const bar = plot.findChild<ColorBarWidget*>(); bar && !edit)
+        edit = bar->findChild<QLineEdit*>(QString(), Qt::FindDirectChildrenOnly);
     if (!edit)
         return;
     edit->installEventFilter(this);
@@ -341,7 +350,8 @@ bool PlotKeys::eventFilter(QObject* object, QEvent* event)
         return isKeyOfEditor(object, event);
     switch (event->type()) {
     case QEvent::KeyPress: // an editor inside the plot hands on what it does not take
-        return plot->hasFocus() && isTaken(*plot, static_cast<QKeyEvent*>(event)->key());
+        return plot->hasFocus() && isBare(*static_cast<QKeyEvent*>(event))
+            && isTaken(*plot, static_cast<QKeyEvent*>(event)->key());
     case QEvent::ContextMenu:
         if (static_cast<QContextMenuEvent*>(event)->reason() != QContextMenuEvent::Keyboard)
             return false; // the plot opens its menu by the mouse itself

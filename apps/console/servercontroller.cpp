@@ -151,22 +151,30 @@ void ServerController::checkServer()
 
 void ServerController::readReply(const QString& command, const QByteArray& reply)
 {
+    if (takeState(command, reply))
+        m_commanded.start();
+}
+
+bool ServerController::takeState(const QString& command, const QByteArray& reply)
+{
     if (m_state != ServerState::Up)
-        return;
+        return false;
     const std::optional<bool> isRunning = runStateFromReply(command, QString::fromUtf8(reply));
     if (!isRunning)
-        return;
+        return false;
     m_stateTold.start();
     if (*isRunning)
         m_tarnis.SetStatus(Tarnis::RUNNING);
     else if (m_status == Tarnis::RUNNING)
         m_tarnis.SetStatus(Tarnis::SERVER_CONNECTED);
+    return true;
 }
 
-void ServerController::readState(const QByteArray& reply)
+void ServerController::readState(const QByteArray& reply, qint64 askedMsAgo)
 {
-    if (canReadState())
-        readReply(QStringLiteral("stat"), reply);
+    const bool isOvertaken = m_commanded.isValid() && m_commanded.elapsed() <= askedMsAgo;
+    if (canReadState() && !isOvertaken)
+        takeState(QStringLiteral("stat"), reply);
 }
 
 bool ServerController::canReadState() const
@@ -190,6 +198,7 @@ void ServerController::begin()
     m_hasGreeted = false;
     m_isRunning = false;
     m_stateTold.invalidate();
+    m_commanded.invalidate();
     Q_EMIT notice({});
     setState(ServerState::Starting);
     if (isLocal())

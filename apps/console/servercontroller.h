@@ -86,8 +86,9 @@ public:
 
     /// Sets the manager's status by what an accepted command or the reply to "stat" tells: a run goes on, or has ended.
     void readReply(const QString& command, const QByteArray& reply);
-    /// The same with the reply to a "stat" that nobody typed: a status that the server does not tell stays.
-    void readState(const QByteArray& reply);
+    /// The same with the reply to a "stat" that nobody typed: a status that the server does not tell stays, and so does
+    /// one that a command has told since the asking.
+    void readState(const QByteArray& reply, qint64 askedMsAgo);
     /// True while a reply to "stat" can change the status: connected or running, and not busy.
     bool canReadState() const;
     /// Since a reply last told whether a run goes on; very long if none has.
@@ -108,6 +109,7 @@ Q_SIGNALS:
     void aboutToStop();
 
 protected:
+    bool takeState(const QString& command, const QByteArray& reply);
     void begin();
     void beginLocal();
     void beginRemote();
@@ -143,6 +145,7 @@ protected:
     bool m_hasGreeted = false; ///< with the prompt, since begin()
     bool m_isRunning = false; ///< a run goes on, as far as it was told
     QElapsedTimer m_stateTold; ///< since a reply last told whether a run goes on
+    QElapsedTimer m_commanded; ///< since the reply to a command did
 };
 
 /// Path of the program to start for a local choice: absolute, the simulator beside the console for an empty one, looked

@@ -19,8 +19,9 @@ StateWatch::StateWatch(ServerController& controller, const std::function<bool()>
 {
     m_timer.setInterval(defaultIntervalMs);
     connect(&m_timer, &QTimer::timeout, this, &StateWatch::ask);
-    connect(m_link, &SessionLink::replied, this,
-        [this](const PTarnisCmd& /*command*/, const QByteArray& reply) { m_controller.readState(reply); });
+    connect(m_link, &SessionLink::replied, this, [this](const PTarnisCmd& /*command*/, const QByteArray& reply) {
+        m_controller.readState(reply, m_asked.elapsed());
+    });
     connect(m_link, &SessionLink::failed, &controller, &ServerController::checkServer);
     connect(&controller, &ServerController::aboutToStop, this, [this] { m_link->drop(); });
     connect(&controller, &ServerController::stateChanged, this, &StateWatch::onServerState);
@@ -50,6 +51,7 @@ bool StateWatch::ask()
     const bool isTold = m_controller.stateAgeMs() < m_timer.interval();
     if (isTold || !m_controller.canReadState() || !m_isFree() || !m_link->waiting().isEmpty())
         return false;
+    m_asked.start();
     m_link->send(new TarnisCmd(QStringLiteral("stat"))); // the session takes it over
     return true;
 }

@@ -1,6 +1,7 @@
 // Keeps the status of the server true while nobody asks for it: a run that ends by itself, a server that goes.
 #pragma once
 
+#include <QElapsedTimer>
 #include <QObject>
 #include <QTimer>
 
@@ -31,6 +32,7 @@ protected:
     ServerController& m_controller;
     std::function<bool()> m_isFree;
     SessionLink* m_link;
+    QElapsedTimer m_asked;
     QTimer m_timer;
 };
 

@@ -169,6 +169,7 @@ private:
     void openCounted();
     void fault(bool isOn);
     void work();
+    void changeLook(int round);
     void everyMinute();
     void sample();
     void watch();
@@ -280,6 +281,13 @@ void Soak::work()
     ++m_commands;
 }
 
+/// Four looks take turns. Qt keeps letters and controls of each.
+void Soak::changeLook(int round)
+{
+    setLanguage(round % 2 == 0 ? QStringLiteral("en") : QStringLiteral("de"));
+    action("darkAction").setChecked(round % 4 >= 2);
+}
+
 void Soak::everyMinute()
 {
     ++m_rounds;
@@ -291,8 +299,7 @@ void Soak::everyMinute()
     ::malloc_trim(0);
     m_closedHeap.append(heapInUse());
     m_isOpeningDue = true;
-    setLanguage(m_rounds % 2 == 0 ? QStringLiteral("en") : QStringLiteral("de"));
-    action("darkAction").setChecked(m_rounds % 4 >= 2);
+    changeLook(m_rounds);
     m_log.rotate();
     if (m_rounds % 3 == 0 && action("restartAction").isEnabled())
         action("restartAction").trigger();
@@ -364,6 +371,11 @@ int Soak::run(int seconds)
     boxes.start(200);
     start();
     openEverything();
+    for (int look = 0; look < 4; ++look) {
+        changeLook(look);
+        QTest::qWait(closingMs);
+    }
+    changeLook(0);
     qint64 lastFault = 0;
     qint64 lastMinute = 0;
     qint64 lastWork = 0;

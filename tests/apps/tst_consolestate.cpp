@@ -118,10 +118,26 @@ private Q_SLOTS:
         for (const auto busy : { Tarnis::HARDWARE_BUSY, Tarnis::STARTING, Tarnis::LOADING }) {
             tarnis.SetStatus(busy);
             QVERIFY(!desk.window->stateWatch().ask());
-            desk.window->controller().readState("OK:\nstate: RUNNING\n"); // asked before it was busy
+            desk.window->controller().readState("OK:\nstate: RUNNING\n", 0); // asked before it was busy
             QCOMPARE(desk.window->controller().status(), busy);
         }
         tarnis.SetStatus(Tarnis::SERVER_CONNECTED);
+    }
+
+    void aStateAskedBeforeACommandIsOldNews()
+    {
+        ScriptedServer server;
+        server.answer("stat", told("STOPPED"));
+        WatchingDesk desk(server);
+        desk.send(QStringLiteral("start"));
+        QVERIFY(desk.has(Tarnis::RUNNING));
+        ServerController& controller = desk.window->controller();
+        constexpr qint64 longAgo = 1000LL * patienceMs;
+        controller.readState("OK:\nstate: STOPPED\n", longAgo);
+        QCOMPARE(controller.status(), Tarnis::RUNNING);
+        QTRY_VERIFY(controller.stateAgeMs() > 1); // the same millisecond counts as before
+        controller.readState("OK:\nstate: STOPPED\n", 0);
+        QCOMPARE(controller.status(), Tarnis::SERVER_CONNECTED);
     }
 
     void whatTheStatisticsTellIsNotAskedAgain()

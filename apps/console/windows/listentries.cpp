@@ -90,6 +90,10 @@ void driveBasePath(Person& person, QWidget& window)
     Tarnis& server = console.controller().tarnis();
     const auto basePath = [&] { return server.GetSettingValue(QStringLiteral("basepath"), QString()); };
     const QString before = basePath();
+    int answers = 0;
+    const QObject counter; // until the step has ended in any way
+    QObject::connect(&server, &Tarnis::onCmdReply, &counter,
+        [&answers](const QString& name) { answers += int(name == u"settingBasePathCmd"); });
     chooseListed(person, window, QStringLiteral("data/"));
     person.key(person.find<QListWidget>(window, "curDirListWidget"), Qt::Key_Return);
     const auto& folders = person.find<QComboBox>(window, "dirComboBox");
@@ -97,12 +101,14 @@ void driveBasePath(Person& person, QWidget& window)
         [&] { return folders.isEnabled() && folders.currentText().contains(QStringLiteral("data")); });
     person.picture(window, QStringLiteral("chosen"));
     pressOk(person, window);
-    person.waitUntil(
-        QStringLiteral("the folder is the base path"), [&] { return basePath().endsWith(QStringLiteral("/data")); });
+    person.waitUntil(QStringLiteral("the folder is the base path"),
+        [&] { return answers == 1 && basePath().endsWith(QStringLiteral("/data")); });
     person.picture(console, QStringLiteral("set"));
     server.SetBasePath(before, false);
+    // The steps behind this one list the server's own folder.
+    person.waitUntil(QStringLiteral("the server has the base path of before"), [&] { return answers == 2; });
     const auto& state = person.find<QLabel>(console.settingsPanel(), "stateLabel");
-    person.waitUntil(QStringLiteral("the server has the base path of before"),
+    person.waitUntil(QStringLiteral("the settings are read again"),
         [&] { return state.text() == SettingsPanel::tr("As on the server."); });
 }
 

@@ -288,6 +288,7 @@ LiveStatistics::LiveStatistics(const WindowContext& context, const QString& titl
         box->insertWidget(box->count() - 1, m_infoLabel); // above the buttons
     // The columns fill the table without the row numbers.
     table()->verticalHeader()->hide();
+    m_sinceResult.start();
     connect(&m_keeper, &SessionKeeper::lost, this, &LiveStatistics::onLost);
     connect(&m_keeper, &SessionKeeper::wanted, this, &LiveStatistics::resume);
 }
@@ -297,7 +298,7 @@ void LiveStatistics::result(PTarnisCmd command, QByteArray const& payload)
     if (!session)
         return; // still queued when the session ended
     m_infoLabel->hide();
-    m_controller.readState(payload);
+    m_controller.readState(payload, m_sinceResult.restart());
     StatDialog::result(command, payload);
 }
 

@@ -8,6 +8,8 @@
 #include <tarnis/dialogs/graph2ddialog.h>
 #include <tarnis/dialogs/statdialog.h>
 
+#include <QElapsedTimer>
+
 #include <functional>
 
 class QLabel;
@@ -110,6 +112,7 @@ protected:
 
     ServerController& m_controller;
     SessionKeeper m_keeper;
+    QElapsedTimer m_sinceResult; ///< the next poll is asked after a result: at least as long as it is under way
     QLabel* m_infoLabel; ///< below the table; hidden while all is well
 };
 
