@@ -256,7 +256,8 @@ bool PlotKeys::isTaken(XYGraphWidget& plot, int key)
 /// Return takes the keyboard back to the plot, and so does Escape, which would close the window otherwise.
 void PlotKeys::watchEditor(XYGraphWidget& plot)
 {
-    auto* edit = plot.findChild<QLineEdit*>(QString(), Qt::FindDirectChildrenOnly); // boxes beside the plot have their own
+    auto* edit =
+        plot.findChild<QLineEdit*>(QString(), Qt::FindDirectChildrenOnly); // boxes beside the plot have their own
     if (auto* const bar = plot.findChild<ColorBarWidget*>(); bar && !edit)
         edit = bar->findChild<QLineEdit*>(QString(), Qt::FindDirectChildrenOnly);
     if (!edit)
