@@ -79,6 +79,11 @@ void KeyboardDialog::addOthers()
     addRow(named({ Qt::Key_F8 }), tr("Press the button of the notice"));
     addRow(named({ Qt::Key_F2 }), tr("Edit the chosen setting"));
     addRow(named({ Qt::Key_F5 }), tr("Update a live window"));
+    addRow(named({ Qt::Key_F5 }), tr("In Runs and the snapshots: refresh"));
+    addRow(named({ Qt::Key_F3, Qt::SHIFT | Qt::Key_F3 }), tr("In the log file: find further down and up"));
+    addRow(named({ Qt::CTRL | Qt::Key_O }), tr("In Text on the Server: open"));
+    addRow(named({ Qt::CTRL | Qt::Key_S, Qt::CTRL | Qt::SHIFT | Qt::Key_S }),
+        tr("In Text on the Server: save, save under another name"));
     addRow(named({ Qt::Key_Menu }), tr("In a plot: its tools"));
     addRow(named({ Qt::Key_Left, Qt::Key_Right, Qt::Key_Up, Qt::Key_Down }), tr("In a plot: move"));
     addRow(named({ Qt::Key_Plus, Qt::Key_Minus }), tr("In a plot: zoom in and out along X"));

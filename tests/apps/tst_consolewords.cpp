@@ -295,6 +295,21 @@ private Q_SLOTS:
         QTRY_COMPARE(table->item(table->rowCount() - 1, 1)->text(), "In einem Diagramm: alles zeigen");
     }
 
+    void theKeyboardBoxKnowsTheKeysOfTheWindows()
+    {
+        Desk desk;
+        desk.choose("keysAction");
+        const auto* const table =
+            desk.window->findChild<QDialog*>(QStringLiteral("keyboardBox"))->findChild<QTableWidget*>();
+        QStringList rows;
+        for (int row = 0; row < table->rowCount(); ++row)
+            rows.append(table->item(row, 0)->text() + QLatin1String(": ") + table->item(row, 1)->text());
+        for (const char* const expected : { "F5: In Runs and the snapshots: refresh",
+                 "F3, Shift+F3: In the log file: find further down and up", "Ctrl+O: In Text on the Server: open",
+                 "Ctrl+S, Ctrl+Shift+S: In Text on the Server: save, save under another name" })
+            QVERIFY2(rows.contains(QLatin1String(expected)), expected);
+    }
+
     void whatIsAddedUpDoesNotDependOnTheLanguage()
     {
         Laboratory server;

@@ -1373,6 +1373,22 @@
         <translation>Ein Live-Fenster aktualisieren</translation>
     </message>
     <message>
+        <source>In Runs and the snapshots: refresh</source>
+        <translation>In Messläufen und Momentaufnahmen: aktualisieren</translation>
+    </message>
+    <message>
+        <source>In the log file: find further down and up</source>
+        <translation>In der Logdatei: weiter unten und weiter oben suchen</translation>
+    </message>
+    <message>
+        <source>In Text on the Server: open</source>
+        <translation>Im Text auf dem Server: öffnen</translation>
+    </message>
+    <message>
+        <source>In Text on the Server: save, save under another name</source>
+        <translation>Im Text auf dem Server: speichern, unter anderem Namen speichern</translation>
+    </message>
+    <message>
         <source>In a plot: its tools</source>
         <translation>In einem Diagramm: seine Werkzeuge</translation>
     </message>
