@@ -49,7 +49,7 @@ public:
     QString refusal(const WindowEntry& entry) const;
     const QList<WindowEntry>& entries() const { return m_entries; }
     OpenWindows& windows() { return *m_windows; }
-    const ServerHistograms& histograms() const { return *m_histograms; }
+    ServerHistograms& histograms() { return *m_histograms; }
     StateWatch& stateWatch() { return *m_stateWatch; }
 
     /// Closes without a question about a run: the program is ended from outside.

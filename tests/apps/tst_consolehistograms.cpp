@@ -353,6 +353,33 @@ private Q_SLOTS:
         QVERIFY(server.waitForRequest("hist1d time 0 7 bins:1024"));
     }
 
+    void aListThatComesInTheChooserCountsForTheMenu()
+    {
+        Laboratory server("OK:\ntotal: kind=1d bins=4 min=0 max=1\n");
+        Desk desk;
+        desk.use(server);
+        QVERIFY(desk.reaches(ServerState::Up));
+        QTRY_VERIFY_WITH_TIMEOUT(!desk.widget<QAction>("curves").isEnabled(), patienceMs);
+        server.answer("hists", { Step::text(twoHistograms) });
+        QVERIFY(desk.open<HistogramChooser>("histograms"));
+        QTRY_VERIFY_WITH_TIMEOUT(
+            desk.widget<QAction>("curves").isEnabled() && !desk.widget<QAction>("pairs").isEnabled(), patienceMs);
+    }
+
+    void aListThatBreaksOffIsAskedForAgain()
+    {
+        Laboratory server;
+        server.answer("hists", { Step::drop() });
+        Desk desk;
+        desk.use(server);
+        QVERIFY(desk.reaches(ServerState::Up));
+        QVERIFY(server.waitForRequest("hists"));
+        server.answer("hists", { Step::text(twoHistograms) });
+        QTRY_VERIFY_WITH_TIMEOUT(!desk.widget<QAction>("pairs").isEnabled(), patienceMs);
+        QVERIFY(desk.widget<QAction>("curves").isEnabled());
+        QCOMPARE(server.requests().count("hists"), 2);
+    }
+
     void anotherServerHasItsOwnList()
     {
         Laboratory server("OK:\ntotal: kind=1d bins=4 min=0 max=1\n");

@@ -5,6 +5,7 @@
 #include "servercontroller.h"
 #include "sessionlink.h"
 #include "windows/openwindows.h"
+#include "windows/serverhistograms.h"
 
 #include <QDialogButtonBox>
 #include <QEvent>
@@ -59,6 +60,7 @@ HistogramChooser::HistogramChooser(const WindowContext& context)
     connect(m_link, &SessionLink::replied, this, [this](const PTarnisCmd&, const QByteArray& reply) {
         m_reply = QString::fromUtf8(reply);
         showReply();
+        m_context.histograms.read(m_reply); // may be newer than what it has
     });
     connect(m_link, &SessionLink::failed, this, [this](int, const QString& message) {
         say(tr("No reply: %1. Close and open this window to ask again.").arg(message));

@@ -14,12 +14,17 @@ ServerHistograms::ServerHistograms(ServerController& controller)
     , m_link(new SessionLink(controller.tarnis(), QStringLiteral("hists"), this))
 {
     connect(m_link, &SessionLink::replied, this, [this](const PTarnisCmd&, const QByteArray& reply) {
-        const QString text = QString::fromUtf8(reply);
-        if (replyKind(text) == ReplyKind::Accepted)
-            setList(histogramsOf(text));
+        read(QString::fromUtf8(reply));
         // Asked once: the connection is not needed any more. Not from inside its own signal.
         QMetaObject::invokeMethod(m_link, &SessionLink::drop, Qt::QueuedConnection);
     });
+    connect(m_link, &SessionLink::failed, this, [this] {
+        if (m_isUp && !std::exchange(m_isAskedAgain, true))
+            m_retryTimer.start(m_retryMs);
+    });
+    m_retryTimer.setSingleShot(true);
+    connect(&m_retryTimer, &QTimer::timeout, this, &ServerHistograms::ask);
+    connect(&controller, &ServerController::aboutToStop, &m_retryTimer, &QTimer::stop);
     connect(&controller, &ServerController::aboutToStop, m_link, &SessionLink::drop);
     connect(&controller, &ServerController::stateChanged, this, &ServerHistograms::onServerState);
 }
@@ -32,12 +37,24 @@ void ServerHistograms::onServerState()
     if (isUp == std::exchange(m_isUp, isUp))
         return;
     m_link->drop();
+    m_retryTimer.stop();
+    m_isAskedAgain = false;
     setList(std::nullopt);
-    if (!isUp)
-        return;
+    if (isUp)
+        ask();
+}
+
+void ServerHistograms::ask()
+{
     auto* const command = new TarnisCmd(QStringLiteral("hists")); // the session takes it over
     command->m_cmdName = QStringLiteral("hists");
     m_link->send(command);
+}
+
+void ServerHistograms::read(const QString& reply)
+{
+    if (m_isUp && replyKind(reply) == ReplyKind::Accepted)
+        setList(histogramsOf(reply));
 }
 
 void ServerHistograms::setList(const std::optional<QList<HistogramInfo>>& list)

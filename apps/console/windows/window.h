@@ -32,7 +32,7 @@ struct WindowContext {
     CommandPanel& commandPanel; ///< takes what a window offers for the command line
     OpenWindows& windows; ///< for windows that open others
     QSettings& memory; ///< what is kept from one run to the next
-    const ServerHistograms& histograms; ///< what the server has listed
+    ServerHistograms& histograms; ///< what the server has listed
 };
 
 struct WindowEntry {
