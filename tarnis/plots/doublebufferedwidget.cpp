@@ -4,6 +4,8 @@
 
 #include <QPainter>
 
+#include <utility>
+
 DoubleBufferedWidget::DoubleBufferedWidget(QWidget* parent)
     : QWidget(parent)
 {
@@ -24,8 +26,17 @@ void DoubleBufferedWidget::refreshPixmapIfRequired()
     if (!m_doubleBuffered || (!m_refreshRequired && !otherScreen))
         return;
     m_refreshRequired = false;
+    bool filled = false;
+    do {
+        filled = !std::exchange(m_coversPicture, false) || tarnis::isTurned(m_rotation) || devicePixelRatio() != 1.0;
+        drawPicture(filled);
+    } while (!filled && !m_coversPicture);
+}
+
+void DoubleBufferedWidget::drawPicture(bool filled)
+{
     m_pixmap = QPixmap(); // first, so that the new one can take its place in memory
-    m_pixmap = tarnis::windowPixmap(*this, size());
+    m_pixmap = filled ? tarnis::windowPixmap(*this, size()) : QPixmap(size());
     QPainter painter;
     if (m_pixmap.isNull() || !painter.begin(&m_pixmap))
         return; // an empty widget, or one beyond the memory: there is nothing to paint on

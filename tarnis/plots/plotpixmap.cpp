@@ -38,6 +38,11 @@ bool isQuarterTurnBack(double rotation)
     return plotEqual(rotation, -90.0);
 }
 
+bool isTurned(double rotation)
+{
+    return isQuarterTurn(rotation) || isQuarterTurnBack(rotation);
+}
+
 bool savePixmap(const QPixmap& pixmap, const QString& path)
 {
     // The image writer opens the file, picks the format from its name and removes what it could not use. It does not

@@ -22,6 +22,8 @@ void useWidgetCoordinates(QPainter& painter, const QPixmap& pixmap, const QSize&
 bool isQuarterTurn(double rotation);
 /// True for about -90 degrees.
 bool isQuarterTurnBack(double rotation);
+/// True for either.
+bool isTurned(double rotation);
 
 /// Writes the picture in the format of the file's extension. False if anything fails, a full disk included.
 bool savePixmap(const QPixmap& pixmap, const QString& path);

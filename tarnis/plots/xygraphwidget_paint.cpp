@@ -133,6 +133,15 @@ void fillAround(QPainter& painter, const QRect& frame, const QRect& graph)
         painter.fillRect(part, QBrush(Qt::lightGray));
 }
 
+/// True if a fill of the rectangle leaves no pixel of the painter's device as it was.
+bool coversAll(const QPainter& painter, const QRect& rect)
+{
+    const QPaintDevice& device = *painter.device();
+    const auto offset = tarnis::wholePixelOffset(painter);
+    return offset && tarnis::coversWholePixels(painter) && !painter.hasClipping()
+        && rect.translated(*offset).contains(QRect(0, 0, device.width(), device.height()));
+}
+
 void paintGrid(QPainter& painter, const QList<int>& columns, const QList<int>& rows, const QRect& graph)
 {
     if (columns.isEmpty() && rows.isEmpty())
@@ -192,6 +201,7 @@ void XYGraphWidget::paint(QPainter& painter, QRect* rect)
     fillAround(painter, whole, m_backGroundColor.alpha() == 255 ? graph : QRect());
     painter.setBrush(QBrush(m_backGroundColor));
     painter.drawRects(&graph, 1);
+    m_coversPicture = painter.device() == &m_pixmap && coversAll(painter, whole);
     m_graphRect = graph;
     painter.setPen(Qt::black);
     paintNames(painter, frame, graph, m_nameX, m_nameY);
@@ -219,8 +229,7 @@ QPixmap* XYGraphWidget::toPixmap()
 {
     if (m_doubleBuffered)
         return new QPixmap(m_pixmap);
-    const bool turned = tarnis::isQuarterTurn(m_rotation) || tarnis::isQuarterTurnBack(m_rotation);
-    const QSize pictureSize = turned ? size().transposed() : size();
+    const QSize pictureSize = tarnis::isTurned(m_rotation) ? size().transposed() : size();
     auto pixmap = std::make_unique<QPixmap>(tarnis::windowPixmap(*this, pictureSize));
     QPainter painter;
     if (!pixmap->isNull() && painter.begin(pixmap.get())) {

@@ -220,6 +220,7 @@ private Q_SLOTS:
     void isTheSameWithoutACache();
     void isTheSameInAGivenRectangle();
     void showsTheSelectedRangeOverThePicture();
+    void aPaintThatLeavesPixelsFindsThePictureFilled();
     void differsWhenAnythingDiffers();
 };
 
@@ -316,6 +317,45 @@ void TestFramePicture::showsTheSelectedRangeOverThePicture()
         if (picture != expected)
             QFAIL(qPrintable(describe(plot, number)));
     }
+}
+
+void TestFramePicture::aPaintThatLeavesPixelsFindsThePictureFilled()
+{
+    struct Sketch : XYGraphWidget {
+        void paint(QPainter& painter, QRect* rect) override
+        {
+            ++paints;
+            if (withFrame)
+                XYGraphWidget::paint(painter, rect);
+            painter.fillRect(0, 0, 10, 10, Qt::red);
+        }
+        void onPaint(QPainter&, QRect const&) override { }
+        QImage look()
+        {
+            refreshPixmap();
+            refreshPixmapIfRequired();
+            return m_pixmap.toImage();
+        }
+
+        bool withFrame = true;
+        int paints = 0;
+    };
+    Sketch plot;
+    plot.m_doubleBuffered = true;
+    plot.resize(200, 150);
+    QPixmap mark(plot.size());
+    mark.fill(Qt::lightGray);
+    QPainter(&mark).fillRect(0, 0, 10, 10, Qt::red);
+    const QImage framed = plot.look();
+    QCOMPARE(plot.look(), framed);
+    QCOMPARE(plot.paints, 2);
+    plot.withFrame = false;
+    QCOMPARE(plot.look(), mark.toImage());
+    QCOMPARE(plot.paints, 4); // the first of the two found what the frame would have covered
+    QCOMPARE(plot.look(), mark.toImage());
+    QCOMPARE(plot.paints, 5);
+    plot.withFrame = true;
+    QCOMPARE(plot.look(), framed);
 }
 
 void TestFramePicture::differsWhenAnythingDiffers()
