@@ -11,8 +11,11 @@
 
 #include <QAbstractButton>
 #include <QAction>
+#include <QDialogButtonBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMessageBox>
+#include <QPushButton>
 #include <QSettings>
 #include <QTemporaryDir>
 #include <QTest>
@@ -22,6 +25,34 @@
 namespace tarnis::testing {
 
 inline constexpr int patienceMs = 20000;
+
+/// Presses the button as soon as it can be pressed: one that is disabled would swallow the press.
+inline void press(QAbstractButton& button)
+{
+    if (!QTest::qWaitFor([&] { return button.isEnabled(); }, patienceMs))
+        qFatal("%s stays disabled: %s", qPrintable(button.objectName() + button.text()), qPrintable(button.toolTip()));
+    QTest::mouseClick(&button, Qt::LeftButton);
+}
+
+/// Answers the box of this name on the window as soon as it is there.
+inline void answer(const QWidget& window, const char* box, QMessageBox::StandardButton choice)
+{
+    QAbstractButton* button = nullptr;
+    const auto isAsked = [&] {
+        const auto* const question = window.findChild<QMessageBox*>(QLatin1String(box));
+        button = question && question->isVisible() ? question->button(choice) : nullptr;
+        return button != nullptr;
+    };
+    if (!QTest::qWaitFor(isAsked, patienceMs))
+        qFatal("no %s that offers this answer", box);
+    press(*button);
+}
+
+/// Presses OK in a chooser of paths as soon as it takes what is chosen.
+inline void acceptChoice(const QWidget& chooser)
+{
+    press(*chooser.findChild<QDialogButtonBox*>(QStringLiteral("buttonBox"))->button(QDialogButtonBox::Ok));
+}
 
 /// A main window with a memory of its own.
 class Desk {
@@ -56,7 +87,7 @@ public:
         type(command);
         enter();
     }
-    void press(const char* button) { QTest::mouseClick(&widget<QAbstractButton>(button), Qt::LeftButton); }
+    void press(const char* button) { testing::press(widget<QAbstractButton>(button)); }
     void choose(const char* action) { widget<QAction>(action).trigger(); }
 
     // What the person sees.

@@ -65,9 +65,12 @@ struct OpenList {
     }
     void press(const char* name) const
     {
-        QTest::mouseClick(chooser->findChild<QPushButton*>(QLatin1String(name)), Qt::LeftButton);
+        auto* const button = chooser->findChild<QPushButton*>(QLatin1String(name));
+        if (!button)
+            qFatal("no %s", name);
+        tarnis::testing::press(*button);
     }
-    void accept() const { QTest::mouseClick(&ok(), Qt::LeftButton); }
+    void accept() const { tarnis::testing::press(ok()); }
 
     QPointer<HistogramChooser> chooser;
 };

@@ -29,13 +29,15 @@ public:
     QMessageBox* question() { return window->findChild<QMessageBox*>(QStringLiteral("runBox")); }
     void answerYes()
     {
+        if (!QTest::qWaitFor([this] { return question() && question()->isVisible(); }, patienceMs))
+            qFatal("nothing is asked about the run");
         for (QAbstractButton* const button : question()->buttons()) {
             if (question()->buttonRole(button) == QMessageBox::AcceptRole)
-                return button->click();
+                return tarnis::testing::press(*button);
         }
         qFatal("nothing to end the run with");
     }
-    void answerNo() { question()->button(QMessageBox::Cancel)->click(); }
+    void answerNo() { answer(*window, "runBox", QMessageBox::Cancel); }
     bool isUp() const { return window->controller().state() == ServerState::Up; }
     /// Reaches Off, and hands every event on the way out.
     bool isLeft()
@@ -110,9 +112,10 @@ private Q_SLOTS:
             dialog->findChild<QAbstractButton*>(QStringLiteral("remoteRadio"))->click();
             dialog->findChild<QLineEdit*>(QStringLiteral("hostEdit"))->setText(ScriptedServer::host());
             dialog->findChild<QSpinBox*>(QStringLiteral("portSpin"))->setValue(other.port());
-            dialog->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok)->click();
+            acceptChoice(*dialog);
         };
         chooseOther();
+        QTRY_VERIFY(!desk.window->findChild<ConnectDialog*>());
         QVERIFY(desk.question());
         desk.answerNo();
         QTRY_VERIFY(!desk.question());
@@ -165,12 +168,12 @@ private Q_SLOTS:
         desk.window->close();
         QVERIFY(LeavingDesk::changesOf(*text));
         QVERIFY(desk.isUp());
-        LeavingDesk::changesOf(*text)->button(QMessageBox::Cancel)->click();
+        answer(*text, "changesBox", QMessageBox::Cancel);
         QTRY_VERIFY(!LeavingDesk::changesOf(*text));
         QVERIFY(desk.isUp() && desk.window->isVisible() && text->isVisible());
         // What was given up is not taken up by a later answer.
         text->close();
-        LeavingDesk::changesOf(*text)->button(QMessageBox::Discard)->click();
+        answer(*text, "changesBox", QMessageBox::Discard);
         QTRY_VERIFY(text.isNull());
         QCoreApplication::processEvents();
         QVERIFY(desk.isUp() && desk.window->isVisible());
@@ -182,7 +185,7 @@ private Q_SLOTS:
         LeavingDesk desk(server);
         const auto* const text = desk.typeText(QStringLiteral("x"));
         desk.window->close();
-        LeavingDesk::changesOf(*text)->button(QMessageBox::Discard)->click();
+        answer(*text, "changesBox", QMessageBox::Discard);
         QVERIFY(desk.isLeft());
     }
 
@@ -198,7 +201,7 @@ private Q_SLOTS:
         QTRY_COMPARE_WITH_TIMEOUT(edit->toPlainText(), QStringLiteral("one\n"), patienceMs);
         desk.typeText(QStringLiteral("x"));
         desk.window->close();
-        LeavingDesk::changesOf(*text)->button(QMessageBox::Save)->click();
+        answer(*text, "changesBox", QMessageBox::Save);
         QVERIFY(desk.isLeft());
         QVERIFY(server.requests().contains("txfile \"/notes\"\nxone\n"));
     }
@@ -215,11 +218,11 @@ private Q_SLOTS:
         QTRY_VERIFY_WITH_TIMEOUT(state->text().startsWith(QStringLiteral("Opened")), patienceMs);
         desk.typeText(QStringLiteral("x"));
         desk.window->close();
-        LeavingDesk::changesOf(*text)->button(QMessageBox::Save)->click();
+        answer(*text, "changesBox", QMessageBox::Save);
         QTRY_VERIFY_WITH_TIMEOUT(state->text().contains(QStringLiteral("NG:full")), patienceMs);
         QVERIFY(desk.isUp() && desk.window->isVisible());
         text->close();
-        LeavingDesk::changesOf(*text)->button(QMessageBox::Discard)->click();
+        answer(*text, "changesBox", QMessageBox::Discard);
         QTRY_VERIFY(text.isNull());
         QCoreApplication::processEvents();
         QVERIFY(desk.isUp() && desk.window->isVisible());
@@ -236,7 +239,7 @@ private Q_SLOTS:
         QVERIFY(LeavingDesk::changesOf(*text));
         QVERIFY(!LeavingDesk::changesOf(*text)->button(QMessageBox::Save));
         QVERIFY(!LeavingDesk::changesOf(*text)->informativeText().isEmpty());
-        LeavingDesk::changesOf(*text)->button(QMessageBox::Discard)->click();
+        answer(*text, "changesBox", QMessageBox::Discard);
         QVERIFY(desk.isLeft());
     }
 
@@ -250,13 +253,13 @@ private Q_SLOTS:
         QVERIFY(!LeavingDesk::changesOf(*text));
         desk.answerYes();
         QVERIFY(LeavingDesk::changesOf(*text));
-        LeavingDesk::changesOf(*text)->button(QMessageBox::Cancel)->click();
+        answer(*text, "changesBox", QMessageBox::Cancel);
         QTRY_VERIFY(!LeavingDesk::changesOf(*text));
         QTRY_VERIFY(!desk.question());
         desk.window->close();
         QVERIFY(desk.question()); // the answer of before counted once
         desk.answerYes();
-        LeavingDesk::changesOf(*text)->button(QMessageBox::Discard)->click();
+        answer(*text, "changesBox", QMessageBox::Discard);
         QVERIFY(desk.isLeft());
     }
 };

@@ -244,7 +244,7 @@ private Q_SLOTS:
         QTRY_VERIFY_WITH_TIMEOUT(LiveWindows::infoOf(*window).isEmpty(), patienceMs);
         QVERIFY(!window->isAutoUpdate());
         QCOMPARE(server.requests().count(curvesRequest), polls);
-        QTest::mouseClick(window->findChild<QPushButton*>(QStringLiteral("updatePushButton")), Qt::LeftButton);
+        press(*window->findChild<QPushButton*>(QStringLiteral("updatePushButton")));
         QTRY_COMPARE_WITH_TIMEOUT(server.requests().count(curvesRequest), polls + 1, patienceMs);
     }
 
@@ -391,7 +391,7 @@ private Q_SLOTS:
         desk.type(typed);
         desk.edit().setCursorPosition(cursor);
         list->setCurrentItem(list->findItems(QStringLiteral("run\"two"), Qt::MatchExactly).constFirst());
-        QTest::mouseClick(chooser->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok), Qt::LeftButton);
+        acceptChoice(*chooser);
         QTRY_VERIFY(chooser.isNull());
         QCOMPARE(desk.edit().text(), line);
         QCOMPARE(desk.edit().cursorPosition(), int(line.indexOf(u"two\"")) + 4);
@@ -426,7 +426,7 @@ private Q_SLOTS:
         auto* const list = chooser->findChild<QListWidget*>(QStringLiteral("curDirListWidget"));
         QTRY_VERIFY_WITH_TIMEOUT(list->count() > 0, patienceMs);
         desk.window->controller().tarnis().SetStatus(Tarnis::RUNNING);
-        QTest::mouseClick(chooser->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok), Qt::LeftButton);
+        acceptChoice(*chooser);
         QVERIFY(desk.notice().text.contains(QStringLiteral("Running")));
         QVERIFY(desk.notice().text.contains(QStringLiteral("/data")));
         for (const QByteArray& request : server.requests())

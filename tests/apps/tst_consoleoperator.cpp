@@ -72,7 +72,7 @@ struct Modules {
     void send(ModulesWindow::Target target, const QString& modules, const QString& command) const
     {
         aim(target, modules, command);
-        sendButton().click();
+        press(sendButton());
     }
     bool isAnswered() const
     {
@@ -164,7 +164,7 @@ private Q_SLOTS:
         QVERIFY(window);
         QTRY_COMPARE(window->table()->rowCount(), 2);
         server.answer("stat", { Step::text("OK:\nevents: 20\nstate: RUNNING\n") });
-        in<QPushButton>(window, "refreshButton").click();
+        press(in<QPushButton>(window, "refreshButton"));
         QTRY_COMPARE(cells(window->table(), 0), (Row { "events", "20", "12", "+8" }));
         QCOMPARE(cells(window->table(), 1), (Row { "state", "RUNNING", "RUNNING", "" }));
         QVERIFY(in<QLabel>(window, "stateLabel").text().startsWith(u"2 values, 1 of them changed"));
@@ -174,7 +174,7 @@ private Q_SLOTS:
         const QTemporaryDir directory;
         const QString path = directory.filePath(QStringLiteral("snapshot.csv"));
         ModalWatchdog watchdog({ acceptFile(path) });
-        in<QDialogButtonBox>(window, "buttonBox").button(QDialogButtonBox::Save)->click();
+        press(*in<QDialogButtonBox>(window, "buttonBox").button(QDialogButtonBox::Save));
         QVERIFY(watchdog.isContent());
         QFile file(path);
         QVERIFY(file.open(QIODevice::ReadOnly));
@@ -191,7 +191,7 @@ private Q_SLOTS:
         auto* const window = desk.open<NameValueListDialog>("setting-snapshot");
         QTRY_COMPARE(window->table()->rowCount(), 1);
         server.answer("setting", { Step::text("NG:not now\n") });
-        in<QPushButton>(window, "refreshButton").click();
+        press(in<QPushButton>(window, "refreshButton"));
         QTRY_COMPARE(in<QLabel>(window, "stateLabel").text(), QStringLiteral("NG:not now"));
         QCOMPARE(window->table()->rowCount(), 1);
     }
@@ -325,7 +325,7 @@ private Q_SLOTS:
         QVERIFY(server.waitForRequest("unicast 2 stat"));
         QTRY_COMPARE(modules.row(0), (Row { "module 1", "done", "OFF" }));
         QCOMPARE(modules.row(2).at(1), QStringLiteral("waiting..."));
-        in<QPushButton>(modules.window, "giveUpButton").click();
+        press(in<QPushButton>(modules.window, "giveUpButton"));
         QCOMPARE(modules.row(0).at(1), QStringLiteral("done"));
         QCOMPARE(modules.row(1).at(1), QStringLiteral("given up"));
         QCOMPARE(modules.row(2).at(1), QStringLiteral("given up"));
@@ -379,7 +379,7 @@ private Q_SLOTS:
         QVERIFY(plot->getMinMaxY(least, largest));
         QVERIFY(largest >= 600.0 && largest < 1000.0);
         QVERIFY(in<QLabel>(window, "infoLabel").text().startsWith(u"600 /s now"));
-        in<QPushButton>(window, "clearButton").click();
+        press(in<QPushButton>(window, "clearButton"));
         QCOMPARE(window->count(), 0);
         QTRY_VERIFY(window->count() >= 1);
     }

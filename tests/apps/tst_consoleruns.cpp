@@ -150,7 +150,7 @@ private Q_SLOTS:
         QCOMPARE(runs.names(), QStringList { "beam000010_20260102" });
         // A refresh keeps both.
         server.answer("ls-F \"/data\"", { Step::text(folder + "beam100010_20260102/\n") });
-        QTest::mouseClick(&runs.widget<QPushButton>("refreshButton"), Qt::LeftButton);
+        press(runs.widget<QPushButton>("refreshButton"));
         QVERIFY(runs.lists(2));
         QCOMPARE(prefixes.currentText(), "beam");
         prefixes.setCurrentIndex(0);
@@ -182,7 +182,7 @@ private Q_SLOTS:
         auto& button = runs.widget<QPushButton>("insertButton");
         QVERIFY(!button.isEnabled());
         runs.widget<QTableView>("table").selectRow(1);
-        QTest::mouseClick(&button, Qt::LeftButton);
+        press(button);
         QCOMPARE(desk.edit().text(), "\"/data/beam000009_20260103\"");
     }
 
@@ -193,7 +193,7 @@ private Q_SLOTS:
         const OpenRuns runs(server, desk);
         QVERIFY(runs.lists(4));
         server.answer("pwd", { Step::drop() });
-        QTest::mouseClick(&runs.widget<QPushButton>("refreshButton"), Qt::LeftButton);
+        press(runs.widget<QPushButton>("refreshButton"));
         QVERIFY(runs.says(QStringLiteral("No reply")));
         desk.choose("shutDownAction");
         QVERIFY(desk.reaches(ServerState::Off));

@@ -52,7 +52,7 @@ struct OpenText {
     {
         return QTest::qWaitFor([&] { return state().contains(text); }, patienceMs);
     }
-    void press(const char* name) const { QTest::mouseClick(&widget<QPushButton>(name), Qt::LeftButton); }
+    void press(const char* name) const { tarnis::testing::press(widget<QPushButton>(name)); }
     void openNotes() const
     {
         window->openFile(QStringLiteral("/data/notes.txt"));
@@ -72,12 +72,15 @@ struct OpenText {
         }
         return nullptr;
     }
-    /// The chooser in front of the window, as soon as it has listed the folder.
+    /// The chooser in front of the window, as soon as it has listed the folder and says what can be done there: the
+    /// names and what is said come in two events.
     QDialog* chooser() const
     {
         const auto isListed = [&] {
-            auto* const list = shownChooser() ? shownChooser()->findChild<QListWidget*>() : nullptr;
-            return list && list->isEnabled() && list->count() > 0;
+            QDialog* const dialog = shownChooser();
+            auto* const list = dialog ? dialog->findChild<QListWidget*>() : nullptr;
+            return list && list->isEnabled() && list->count() > 0
+                && stateOf(*dialog) != QStringLiteral("The server lists no folder");
         };
         return QTest::qWaitFor(isListed, patienceMs) ? shownChooser() : nullptr;
     }
@@ -106,11 +109,11 @@ struct OpenText {
         if (!dialog)
             return false;
         choose(*dialog, QStringLiteral("notes.txt"));
-        QTest::mouseClick(&ok(*dialog), Qt::LeftButton);
+        acceptChoice(*dialog);
         return true;
     }
     QMessageBox* question() const { return window->findChild<QMessageBox*>(QStringLiteral("changesBox")); }
-    void answer(QMessageBox::StandardButton button) const { question()->button(button)->click(); }
+    void answer(QMessageBox::StandardButton button) const { tarnis::testing::answer(*window, "changesBox", button); }
 
     QPointer<ServerTextWindow> window;
 };
@@ -194,7 +197,7 @@ private Q_SLOTS:
         QCOMPARE(OpenText::ok(*chooser).toolTip(), "Type a name, or choose a file");
         QTest::keyClicks(&OpenText::in<QLineEdit>(*chooser, "fileNameLineEdit"), "new.md");
         QCOMPARE(OpenText::stateOf(*chooser), "OK takes /data/new.md");
-        QTest::mouseClick(&OpenText::ok(*chooser), Qt::LeftButton);
+        acceptChoice(*chooser);
         QVERIFY(text.says(QStringLiteral("Saved")));
         QCOMPARE(text.path(), "/data/new.md"); // as it was typed
     }
@@ -241,7 +244,7 @@ private Q_SLOTS:
         // The chooser goes back to the server's own folder by itself; the reason stays on show.
         QVERIFY(OpenText::says(*chooser, QStringLiteral("No permission\nChoose a file")));
         OpenText::choose(*chooser, QStringLiteral("notes.txt"));
-        QVERIFY(OpenText::ok(*chooser).isEnabled());
+        QTRY_VERIFY_WITH_TIMEOUT(OpenText::ok(*chooser).isEnabled(), patienceMs);
         server.answer("ls-F \"/\"", { Step::text("OK:\ndata/\n") });
         OpenText::in<QComboBox>(*chooser, "dirComboBox").setCurrentIndex(0);
         QTRY_COMPARE_WITH_TIMEOUT(OpenText::stateOf(*chooser), "Choose a file", patienceMs);
@@ -267,7 +270,7 @@ private Q_SLOTS:
         desk.choose("startAction");
         QVERIFY(desk.reaches(ServerState::Up));
         QTRY_VERIFY_WITH_TIMEOUT(OpenText::ok(*chooser).isEnabled(), patienceMs);
-        QTest::mouseClick(&OpenText::ok(*chooser), Qt::LeftButton);
+        acceptChoice(*chooser);
         QVERIFY(text.says(QStringLiteral("Saved")));
         QCOMPARE(text.path(), "/data/x");
     }

@@ -50,7 +50,7 @@ bool isAsked(Desk& desk)
 
 void answer(Desk& desk, QMessageBox::StandardButton button)
 {
-    QTest::mouseClick(questionOf(desk)->button(button), Qt::LeftButton);
+    tarnis::testing::answer(*desk.window, "uploadBox", button);
 }
 
 } // namespace
