@@ -51,6 +51,7 @@ void MainWindow::closeEvent(QCloseEvent* event)
 {
     remember();
     event->ignore();
+    m_isAskingToSave = false; // until it is asked below
     if (!m_isRunGivenUp && m_controller->isRunAtStake()) {
         unlessRunMatters([this] { leave(); });
         return;

@@ -1,6 +1,7 @@
 // Leaving the console and ending its server: what somebody still needs is asked about first, and nothing else is.
 #include "apps/desk.h"
 #include "connectdialog.h"
+#include "windows/pathwindows.h"
 #include "windows/servertext.h"
 
 #include <QDialogButtonBox>
@@ -225,6 +226,78 @@ private Q_SLOTS:
         answer(*text, "changesBox", QMessageBox::Discard);
         QTRY_VERIFY(text.isNull());
         QCoreApplication::processEvents();
+        QVERIFY(desk.isUp() && desk.window->isVisible());
+    }
+
+    void savingThatIsGivenUpKeepsTheConsole_data()
+    {
+        QTest::addColumn<bool>("isRunning");
+        QTest::addColumn<bool>("isByKey");
+        QTest::newRow("by the frame of the chooser") << false << false;
+        QTest::newRow("by the frame of the chooser during a run") << true << false;
+        QTest::newRow("by Escape") << false << true;
+    }
+    void savingThatIsGivenUpKeepsTheConsole()
+    {
+        QFETCH(bool, isRunning);
+        QFETCH(bool, isByKey);
+        ScriptedServer server;
+        server.answer("pwd", { Step::text("OK:\n/data\n") });
+        server.answer("ls-F \"/data\"", { Step::text("OK:\nold/\n") });
+        server.answer("txfile \"/data/new\"\nx", { Step::text("OK:\n") });
+        LeavingDesk desk(server);
+        const QPointer<ServerTextWindow> text = desk.typeText(QStringLiteral("x"));
+        if (isRunning)
+            desk.beginRun();
+        desk.window->close();
+        if (isRunning)
+            desk.answerYes();
+        answer(*text, "changesBox", QMessageBox::Save);
+        const QPointer<FolderChooser> chooser = text->findChild<FolderChooser*>();
+        QVERIFY(chooser && chooser->isVisible());
+        int rejections = 0;
+        connect(chooser, &QDialog::rejected, text, [&] { ++rejections; });
+        if (isByKey)
+            QTest::keyClick(chooser, Qt::Key_Escape);
+        else
+            chooser->close(); // as the frame of the window does
+        QTRY_VERIFY(chooser.isNull());
+        QCOMPARE(rejections, 1);
+        QTRY_VERIFY(!LeavingDesk::changesOf(*text));
+        QTRY_VERIFY(!desk.question());
+        // A later saving is nothing but that.
+        text->saveTo(QStringLiteral("/data/new"));
+        const auto* const state = text->findChild<QLabel*>(QStringLiteral("stateLabel"));
+        QTRY_COMPARE_WITH_TIMEOUT(state->text(), QStringLiteral("Saved."), patienceMs);
+        QCoreApplication::processEvents();
+        QVERIFY(text && text->isVisible());
+        QVERIFY(desk.isUp() && desk.window->isVisible());
+        if (isRunning) {
+            desk.window->close();
+            QVERIFY(desk.question()); // the answer of before counted once
+        }
+    }
+
+    void aRunThatBeginsWhileSavingKeepsTheConsole()
+    {
+        ScriptedServer server;
+        server.answer("pwd", { Step::text("OK:\n/data\n") });
+        server.answer("ls-F \"/data\"", { Step::text("OK:\nold/\n") });
+        server.answer("txfile \"/data/new\"\nx", { Step::text("OK:\n") });
+        LeavingDesk desk(server);
+        const QPointer<ServerTextWindow> text = desk.typeText(QStringLiteral("x"));
+        desk.window->close();
+        answer(*text, "changesBox", QMessageBox::Save);
+        QVERIFY(text->findChild<FolderChooser*>());
+        desk.beginRun();
+        desk.window->close();
+        desk.answerNo();
+        QTRY_VERIFY(!desk.question());
+        // The text goes when it is saved, but nothing behind it.
+        text->saveTo(QStringLiteral("/data/new"));
+        QTRY_VERIFY_WITH_TIMEOUT(text.isNull(), patienceMs);
+        QCoreApplication::processEvents();
+        QVERIFY(!desk.question());
         QVERIFY(desk.isUp() && desk.window->isVisible());
     }
 

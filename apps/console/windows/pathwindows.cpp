@@ -62,8 +62,11 @@ void FolderChooser::askForName(const QString& name)
 
 void FolderChooser::closeEvent(QCloseEvent* event)
 {
+    const bool isGivenUp = isVisible(); // nobody tells so of a dialog that the next line hides
     m_keeper.end();
     SelectPathDialog::closeEvent(event);
+    if (isGivenUp)
+        reject();
 }
 
 void FolderChooser::listen()
@@ -107,8 +110,11 @@ FileChooser::FileChooser(const WindowContext& context, const Words& title)
 
 void FileChooser::closeEvent(QCloseEvent* event)
 {
+    const bool isGivenUp = isVisible(); // nobody tells so of a dialog that the next line hides
     m_keeper.end();
     SelectDirectoryDialog::closeEvent(event);
+    if (isGivenUp)
+        reject();
 }
 
 void FileChooser::listen()
