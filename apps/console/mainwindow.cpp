@@ -357,11 +357,13 @@ void MainWindow::chooseServer(const ServerChoice& current, const QByteArray& cur
     connect(dialog, &QDialog::accepted, this, [this, dialog] {
         const ServerChoice choice = dialog->choice();
         const QByteArray prompt = dialog->prompt();
-        unlessRunMatters([this, choice, prompt] {
-            m_isServerChosen = true;
-            m_controller->start(choice, prompt);
-            remember();
-        });
+        unlessRunMatters(
+            [this, choice, prompt] {
+                m_isServerChosen = true;
+                m_controller->start(choice, prompt);
+                remember();
+            },
+            [this, choice, prompt] { chooseServer(choice, prompt); });
     });
     dialog->open();
 }

@@ -72,7 +72,7 @@ protected:
     void checkMemory();
     void onRemedy(Remedy remedy);
     void goOnLeaving();
-    void unlessRunMatters(const std::function<void()>& deed);
+    void unlessRunMatters(const std::function<void()>& deed, const std::function<void()>& otherwise = {});
     void chooseServer();
     void startAgain();
     void saveRecord();

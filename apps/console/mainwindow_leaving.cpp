@@ -12,7 +12,7 @@
 
 namespace console {
 
-void MainWindow::unlessRunMatters(const std::function<void()>& deed)
+void MainWindow::unlessRunMatters(const std::function<void()>& deed, const std::function<void()>& otherwise)
 {
     if (!m_controller->isRunAtStake()) {
         deed();
@@ -28,9 +28,11 @@ void MainWindow::unlessRunMatters(const std::function<void()>& deed)
     box->setEscapeButton(QMessageBox::Cancel);
     box->setObjectName(name);
     box->setAttribute(Qt::WA_DeleteOnClose);
-    connect(box, &QMessageBox::finished, this, [box, end, deed] {
+    connect(box, &QMessageBox::finished, this, [box, end, deed, otherwise] {
         if (box->clickedButton() == end)
             deed();
+        else if (otherwise)
+            otherwise();
     });
     box->open();
 }

@@ -121,7 +121,13 @@ private Q_SLOTS:
         desk.answerNo();
         QTRY_VERIFY(!desk.question());
         QVERIFY(desk.isUp() && desk.window->controller().isLocal());
-        chooseOther();
+        // What was chosen is not lost.
+        const auto* const dialog = desk.window->findChild<ConnectDialog*>();
+        QVERIFY(dialog && dialog->isVisible());
+        QCOMPARE(dialog->choice().kind, ServerChoice::Kind::Remote);
+        QCOMPARE(dialog->choice().host, ScriptedServer::host());
+        QCOMPARE(dialog->choice().port, other.port());
+        acceptChoice(*dialog);
         desk.answerYes();
         QTRY_VERIFY_WITH_TIMEOUT(desk.isUp() && !desk.window->controller().isLocal(), patienceMs);
     }
