@@ -256,7 +256,6 @@ void CommandPanel::sendAgain()
         ui->commandEdit->clear();
     for (const Request& request : lost)
         send(request);
-    Q_EMIT notice({});
 }
 
 void CommandPanel::onWaitingChanged()

@@ -51,7 +51,7 @@ public Q_SLOTS:
     void chooseUpload();
     /// Uploads the file under its own name, after a look at whether that can work; asks before one is overwritten.
     void upload(const QString& path);
-    /// Puts the commands that were lost last back: into the command line if there is no server, else on their way.
+    /// Sends the commands that were lost last once more; does nothing without a server.
     void sendAgain();
     void clearRecord();
 

@@ -334,6 +334,8 @@ void MainWindow::onRemedy(Remedy remedy)
         m_controller->endByForce();
         break;
     case Remedy::SendAgain:
+        if (m_controller->state() == ServerState::Up)
+            ui->noticeBar->setNotice({});
         m_commandPanel->sendAgain();
         break;
     case Remedy::None:

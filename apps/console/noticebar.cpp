@@ -81,8 +81,8 @@ void NoticeBar::setNotice(const Notice& notice)
 
 void NoticeBar::setPassingNotice(const Notice& notice)
 {
-    const bool isStanding = !m_isPassing && !m_notice.text.isEmpty()
-        && (m_notice.severity == Notice::Severity::Failure
+    const bool isStanding = !m_notice.text.isEmpty()
+        && ((!m_isPassing && m_notice.severity == Notice::Severity::Failure)
             || (m_notice.remedy != Remedy::None && notice.remedy == Remedy::None));
     if (isStanding) {
         showNote(notice);
@@ -91,6 +91,7 @@ void NoticeBar::setPassingNotice(const Notice& notice)
     if (notice.text.isEmpty() && !m_isPassing)
         return;
     m_isPassing = true;
+    showNote({}); // it is older
     show(notice);
 }
 

@@ -27,8 +27,9 @@ public:
 public Q_SLOTS:
     /// Shows the notice in place of everything before; an empty text hides the bar.
     void setNotice(const console::Notice& notice);
-    /// Shows a notice that comes and goes: beside one that still needs the person, else in place of it. An empty text
-    /// takes away what this brought.
+    /// Shows a notice that comes and goes: beside one that still needs the person (a failure, or something to press
+    /// where this one has nothing), else in place of it. An empty text takes away what this brought, but nothing that
+    /// can still be pressed.
     void setPassingNotice(const console::Notice& notice);
 
 Q_SIGNALS:

@@ -60,6 +60,38 @@ private Q_SLOTS:
         QVERIFY(bar.isHidden());
     }
 
+    void whatCanBeSentAgainStaysBesidePassingNotices()
+    {
+        const Notice lost { Notice::Severity::Warning, QStringLiteral("lost"), Remedy::SendAgain };
+        NoticeBar bar;
+        bar.setPassingNotice(lost);
+        bar.setPassingNotice(note(QStringLiteral("by the way")));
+        QCOMPARE(bar.notice(), lost);
+        QCOMPARE(bar.note(), QStringLiteral("by the way"));
+        bar.setPassingNotice({});
+        QCOMPARE(bar.notice(), lost);
+        QVERIFY(bar.note().isEmpty());
+        bar.findChild<QAbstractButton*>(QStringLiteral("dismissButton"))->click();
+        QVERIFY(bar.isHidden());
+    }
+
+    void whatIsOlderThanThePassingNoticeGoesWithTheNoticeBefore()
+    {
+        NoticeBar bar;
+        bar.setNotice({ Notice::Severity::Warning, QStringLiteral("slow"), Remedy::Stop });
+        bar.setPassingNotice(note(QStringLiteral("by the way")));
+        QCOMPARE(bar.note(), QStringLiteral("by the way"));
+        const Notice lost { Notice::Severity::Warning, QStringLiteral("lost"), Remedy::SendAgain };
+        bar.setPassingNotice(lost);
+        QCOMPARE(bar.notice(), lost);
+        QVERIFY(bar.note().isEmpty());
+        // A failure displaces what can be sent again, and is displaced by nothing that passes.
+        bar.setNotice(failure(QStringLiteral("gone")));
+        bar.setPassingNotice(lost);
+        QCOMPARE(bar.notice(), failure(QStringLiteral("gone")));
+        QCOMPARE(bar.note(), QStringLiteral("lost"));
+    }
+
     void dismissingTakesTheNoteFirst()
     {
         NoticeBar bar;
