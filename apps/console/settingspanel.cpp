@@ -260,7 +260,7 @@ void SettingsPanel::changeEvent(QEvent* event)
         return;
     ui->retranslateUi(this);
     Q_EMIT m_model->headerDataChanged(Qt::Horizontal, 0, SettingsModel::ColumnCount - 1);
-    onEdited();
+    updateControls();
 }
 
 void SettingsPanel::setBasePath()

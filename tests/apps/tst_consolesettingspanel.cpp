@@ -1,5 +1,6 @@
 // The settings beside a server that changes under them: values of others, restarts, refusals.
 #include "apps/desk.h"
+#include "language.h"
 #include "settingsmodel.h"
 #include "settingspanel.h"
 #include "windows/openwindows.h"
@@ -50,6 +51,7 @@ class TestConsoleSettingsPanel : public QObject {
 
 private Q_SLOTS:
     void initTestCase() { QApplication::setQuitOnLastWindowClosed(false); }
+    void cleanup() { setLanguage(QStringLiteral("en")); }
 
     void whatOthersChangedMeanwhileGoesBackAsItIs()
     {
@@ -122,6 +124,26 @@ private Q_SLOTS:
     }
 
     // What the panel says.
+
+    void aChangeOfTheLanguageKeepsWhatIsSaid()
+    {
+        ScriptedServer server;
+        server.answer("setting", told("rate: 10\n"));
+        server.answer("setting rate:0 ", { Step::text("NG:rate is too small\n") });
+        SettingsDesk desk;
+        desk.use(server);
+        QVERIFY(desk.hasRead(server, 1));
+        QTRY_COMPARE_WITH_TIMEOUT(desk.model().rowCount(), 1, patienceMs);
+        QVERIFY(desk.edit("rate", "0"));
+        QVERIFY(desk.pressed("downloadButton"));
+        QTRY_VERIFY_WITH_TIMEOUT(desk.settingsState().contains(QStringLiteral("rate is too small")), patienceMs);
+        const QString english = desk.settingsState();
+        setLanguage(QStringLiteral("de"));
+        QTRY_VERIFY(desk.settingsState() != english);
+        QVERIFY2(desk.settingsState().contains(QStringLiteral("rate is too small")), qPrintable(desk.settingsState()));
+        setLanguage(QStringLiteral("en"));
+        QTRY_COMPARE(desk.settingsState(), english);
+    }
 
     void whatIsSentByCommandIsReadAgain_data()
     {
