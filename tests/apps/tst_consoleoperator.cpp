@@ -1,5 +1,6 @@
 // The snapshots, the commands to the readout modules and the event rate.
 #include "apps/desk.h"
+#include "language.h"
 #include "support/modalwatchdog.h"
 #include "windows/moduleswindow.h"
 #include "windows/ratewindow.h"
@@ -92,6 +93,7 @@ class TestConsoleOperator : public QObject {
 
 private Q_SLOTS:
     void initTestCase() { QApplication::setQuitOnLastWindowClosed(false); }
+    void cleanup() { setLanguage(QStringLiteral("en")); }
 
     // Snapshots.
 
@@ -382,6 +384,19 @@ private Q_SLOTS:
         press(in<QPushButton>(window, "clearButton"));
         QCOMPARE(window->count(), 0);
         QTRY_VERIFY(window->count() >= 1);
+    }
+
+    void theRatesPlotHasATitle()
+    {
+        struct Plot : VectorGraphWidget {
+            static QString titleOf(const VectorGraphWidget& plot) { return plot.*(&Plot::m_title); }
+        };
+        Desk desk;
+        const RateWindow window(desk.window->controller(), nullptr);
+        const auto* const plot = window.findChild<VectorGraphWidget*>();
+        QCOMPARE(Plot::titleOf(*plot), QStringLiteral("Event Rate"));
+        setLanguage(QStringLiteral("de"));
+        QTRY_COMPARE(Plot::titleOf(*plot), QStringLiteral("Ereignisrate"));
     }
 
     void aServerWithoutARateIsToldInWords()

@@ -1963,6 +1963,10 @@
 <context>
     <name>console::RateWindow</name>
     <message>
+        <source>Event Rate</source>
+        <translation>Ereignisrate</translation>
+    </message>
+    <message>
         <source>No reply: %1. It is asked again.</source>
         <translation>Keine Antwort: %1. Es wird erneut gefragt.</translation>
     </message>

@@ -141,7 +141,7 @@ void RateWindow::setTexts()
 {
     m_plot->setNameX(tr("Reply, one a second"));
     m_plot->setNameY(tr("Rate [1/s]"));
-    m_plot->setTitle(windowTitle());
+    m_plot->setTitle(tr("Event Rate"));
     updateControls();
 }
 
