@@ -4,7 +4,26 @@
 
 #include <QPainter>
 
+#include <optional>
 #include <utility>
+
+namespace {
+
+/// Turns the painter of a picture of `size`. Returns the rectangle of the picture as the painter then sees it; none for
+/// an upright one.
+std::optional<QRect> turn(QPainter& painter, double rotation, const QSize& size)
+{
+    if (!tarnis::isTurned(rotation))
+        return std::nullopt;
+    if (tarnis::isQuarterTurn(rotation))
+        painter.translate(size.width(), 0);
+    else
+        painter.translate(0, size.height());
+    painter.rotate(rotation);
+    return QRect(QPoint(0, 0), size.transposed());
+}
+
+} // namespace
 
 DoubleBufferedWidget::DoubleBufferedWidget(QWidget* parent)
     : QWidget(parent)
@@ -29,34 +48,18 @@ void DoubleBufferedWidget::refreshPixmapIfRequired()
     bool filled = false;
     do {
         filled = !std::exchange(m_coversPicture, false) || tarnis::isTurned(m_rotation) || devicePixelRatio() != 1.0;
-        drawPicture(filled);
+        m_pixmap = QPixmap(); // first, so that the new one can take its place in memory
+        m_pixmap = filled ? tarnis::windowPixmap(*this, size()) : QPixmap(size());
+        QPainter painter;
+        if (m_pixmap.isNull() || !painter.begin(&m_pixmap))
+            return; // an empty widget, or one beyond the memory: there is nothing to paint on
+        initPainter(&painter);
+        tarnis::useWidgetCoordinates(painter, m_pixmap, size());
+        std::optional<QRect> turned = turn(painter, m_rotation, size());
+        Q_EMIT painting();
+        paint(painter, turned ? &*turned : nullptr);
+        Q_EMIT painted();
     } while (!filled && !m_coversPicture);
-}
-
-void DoubleBufferedWidget::drawPicture(bool filled)
-{
-    m_pixmap = QPixmap(); // first, so that the new one can take its place in memory
-    m_pixmap = filled ? tarnis::windowPixmap(*this, size()) : QPixmap(size());
-    QPainter painter;
-    if (m_pixmap.isNull() || !painter.begin(&m_pixmap))
-        return; // an empty widget, or one beyond the memory: there is nothing to paint on
-    initPainter(&painter);
-    tarnis::useWidgetCoordinates(painter, m_pixmap, size());
-    QRect turned(0, 0, height(), width());
-    QRect* rect = nullptr;
-    if (tarnis::isQuarterTurn(m_rotation)) {
-        painter.translate(width(), 0);
-        rect = &turned;
-    } else if (tarnis::isQuarterTurnBack(m_rotation)) {
-        painter.translate(0, height());
-        rect = &turned;
-    }
-    if (rect != nullptr)
-        painter.rotate(m_rotation);
-
-    Q_EMIT painting();
-    paint(painter, rect);
-    Q_EMIT painted();
 }
 
 void DoubleBufferedWidget::paintEvent(QPaintEvent* /*event*/)

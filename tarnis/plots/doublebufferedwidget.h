@@ -40,7 +40,6 @@ public:
 protected:
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
-    void drawPicture(bool filled);
 
     /// Told by a paint() that covers every pixel of m_pixmap: the next picture is not filled before it. A paint() that
     /// then does not cover it runs once more, on a filled one.
