@@ -295,7 +295,6 @@ void Soak::everyMinute()
     m_window.resize(m_size); // its picture counts
     action("clearRecordAction").trigger();
     QTest::qWait(closingMs);
-    QPixmapCache::clear(); // the controls that Qt keeps painted, with a name each
     ::malloc_trim(0);
     m_closedHeap.append(heapInUse());
     m_isOpeningDue = true;
@@ -501,9 +500,9 @@ int main(int argc, char** argv)
     const QTemporaryDir scratch;
     const QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
-    // Qt keeps up to 10 MiB of painted controls, which colours and languages fill over a quarter of an hour. A smaller
-    // cache is full after the first minute.
-    QPixmapCache::setCacheLimit(256); // KiB
+    // Qt keeps up to 10 MiB of painted controls, which colours and languages fill over a quarter of an hour, and their
+    // names beyond that: none here.
+    QPixmapCache::setCacheLimit(0);
     initlog(scratch.filePath(QStringLiteral("console.log")).toStdString(), 0);
     QSettings memory(scratch.filePath(QStringLiteral("console.ini")), QSettings::IniFormat);
     const QString logFile = scratch.filePath(QStringLiteral("server.log"));
