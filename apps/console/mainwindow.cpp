@@ -15,6 +15,7 @@
 #include "statustext.h"
 #include "ui_mainwindow.h"
 #include "windowaccess.h"
+#include "windows/histogramfollower.h"
 #include "windows/openwindows.h"
 #include "windows/serverhistograms.h"
 
@@ -38,6 +39,7 @@ MainWindow::MainWindow(QSettings& memory, const QString& language)
     , m_entries(windowEntries())
     , m_windows(new OpenWindows(*this))
     , m_histograms(new ServerHistograms(*m_controller))
+    , m_follower(new HistogramFollower(*m_windows, *m_histograms))
 {
     ui->setupUi(this);
     new WindowAccess(this); // the window's
@@ -83,6 +85,7 @@ MainWindow::~MainWindow()
     delete m_stateWatch; // asks the panel
     delete m_commandPanel; // before the manager that their sessions come from
     delete m_settingsPanel;
+    delete m_follower;
     delete m_windows;
     delete m_histograms;
     delete m_controller;
@@ -143,11 +146,16 @@ QWidget* MainWindow::openWindow(const WindowEntry& entry)
 {
     if (!refusal(entry).isEmpty())
         return nullptr;
-    const auto make = [&] {
-        return entry.open(
-            { *m_controller, m_commandPanel->link(), this, *m_commandPanel, *m_windows, m_memory, *m_histograms });
+    const auto make = [this, &entry] {
+        return entry.open({ *m_controller, m_commandPanel->link(), this, *m_commandPanel, *m_windows, m_memory,
+            *m_histograms, *m_follower });
     };
-    return m_windows->show(entry.id, make, [&entry] { return entry.title; });
+    const auto title = [&entry] { return entry.title; };
+    if (entry.histogram.isEmpty())
+        return m_windows->show(entry.id, make, title);
+    using Listed = HistogramWindow::Listed;
+    return m_follower->show({ entry.id, entry.histogram, m_histograms->find(entry.histogram),
+        [make](const Listed&) { return make(); }, [title](const Listed&) { return title(); } });
 }
 
 void MainWindow::openWindow(const QString& id)

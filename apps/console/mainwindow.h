@@ -20,6 +20,7 @@ class MainWindow;
 namespace console {
 
 class CommandPanel;
+class HistogramFollower;
 class OpenWindows;
 class ServerController;
 class ServerHistograms;
@@ -50,6 +51,7 @@ public:
     const QList<WindowEntry>& entries() const { return m_entries; }
     OpenWindows& windows() { return *m_windows; }
     ServerHistograms& histograms() { return *m_histograms; }
+    HistogramFollower& follower() { return *m_follower; }
     StateWatch& stateWatch() { return *m_stateWatch; }
 
     /// Closes without a question about a run: the program is ended from outside.
@@ -93,6 +95,7 @@ protected:
     QList<QAction*> m_openActions; ///< the open windows as the menu last showed them
     OpenWindows* m_windows;
     ServerHistograms* m_histograms;
+    HistogramFollower* m_follower;
     bool m_isServerChosen = false;
     bool m_isMemoryFaultTold = false;
     bool m_isRunGivenUp = false; ///< the person who closes the window knows that a run ends

@@ -1,6 +1,7 @@
 // Every window of the console for people without a mouse or without sight: names, keys, tab order, contrast, in both
 // languages.
 #include "apps/desk.h"
+#include "apps/listed.h"
 #include "colours.h"
 #include "language.h"
 #include "windows/histogramchooser.h"
@@ -65,7 +66,7 @@ struct FullDesk {
     FullDesk()
     {
         desk.use(server);
-        if (!desk.reaches(ServerState::Up))
+        if (!desk.reaches(ServerState::Up) || !isListed(desk, "time"))
             qFatal("no server");
         for (const WindowEntry& entry : desk.window->entries()) {
             QWidget* const window = desk.window->openWindow(entry);

@@ -1,5 +1,6 @@
 // Every word in the console's open windows when the language changes: none of the language of before is left.
 #include "apps/desk.h"
+#include "apps/listed.h"
 #include "language.h"
 #include "messagelist.h"
 #include "settingspanel.h"
@@ -34,7 +35,13 @@ public:
         answer("hist1d time 0 7 bins:1024", { Step::doubles({ 1, 2, 3, 4, 5, 6, 7, 8 }, "OK:\n") });
         answer("hist1d total pairs bins:1024", { Step::doubles({ 0, 5 }, "OK: (0 40000 1024)\n") });
         answer("hist2d image bins:256", { Step::doubles(QList<double>(256 * 256, 1.0), "OK: exported 256 x 256 y\n") });
-        answer("hists", { Step::text("OK:\ntime: kind=1d rows=8 bins=1024 min=0 max=40 label=Time unit=us\n") });
+        // Without labels: what the server calls an axis stays as it is in every language.
+        answer("hists",
+            { Step::text("OK:\ntime: kind=1d rows=8 bins=1024 min=0 max=40\n"
+                         "total: kind=1d bins=1024 min=0 max=40\n"
+                         "position: kind=1d rows=8 bins=1000 min=0 max=1000\n"
+                         "spectrum: kind=1d bins=100 min=0 max=100\n"
+                         "image: kind=2d binsx=256 minx=0 maxx=1 binsy=256 miny=0 maxy=1\n") });
         answer("stat", { Step::text("OK:\nevents: 12\n") });
         answer("setting", { Step::text("OK:\nthreshold: 20\n") });
         answer("pwd", { Step::text("OK:\n/data\n") });
@@ -214,7 +221,7 @@ private Q_SLOTS:
         Laboratory server;
         Desk desk;
         desk.use(server);
-        QVERIFY(desk.reaches(ServerState::Up));
+        QVERIFY(desk.reaches(ServerState::Up) && isListed(desk, "time"));
         desk.widget<QLineEdit>("ipEdit").setText(QStringLiteral("192.168.0.16"));
         desk.press("addressButton");
         QVERIFY(desk.widget<QLabel>("addressLabel").text().startsWith(u"Set: "));
@@ -227,7 +234,7 @@ private Q_SLOTS:
         auto server = std::make_unique<Laboratory>();
         Desk desk;
         desk.use(*server);
-        QVERIFY(desk.reaches(ServerState::Up));
+        QVERIFY(desk.reaches(ServerState::Up) && isListed(desk, "time"));
         openAll(desk);
         server.reset();
         QVERIFY(desk.reaches(ServerState::Failed));
@@ -240,7 +247,7 @@ private Q_SLOTS:
         Laboratory server;
         Desk desk;
         desk.use(server);
-        QVERIFY(desk.reaches(ServerState::Up));
+        QVERIFY(desk.reaches(ServerState::Up) && isListed(desk, "time"));
         auto* const curves = desk.open<Graph1DDialog>("curves");
         const auto* const label = curves->findChild<QLabel*>(QStringLiteral("descLabel"));
         QCOMPARE(label->text(), "Module 0-7");
@@ -269,7 +276,7 @@ private Q_SLOTS:
         Laboratory server;
         Desk desk;
         desk.use(server);
-        QVERIFY(desk.reaches(ServerState::Up));
+        QVERIFY(desk.reaches(ServerState::Up) && isListed(desk, "time"));
         desk.choose("deAction");
         auto* const map = desk.open<Graph2DDialog>("map");
         auto* const plot = map->getGraphWidget();
@@ -315,7 +322,7 @@ private Q_SLOTS:
         Laboratory server;
         Desk desk;
         desk.use(server);
-        QVERIFY(desk.reaches(ServerState::Up));
+        QVERIFY(desk.reaches(ServerState::Up) && isListed(desk, "time"));
         desk.choose("deAction");
         auto* const curves = desk.open<Graph1DDialog>("curves");
         auto& box = *curves->findChild<QComboBox*>(QStringLiteral("typeComboBox"));

@@ -4,7 +4,7 @@
 #include "replytext.h"
 #include "servercontroller.h"
 #include "sessionlink.h"
-#include "windows/openwindows.h"
+#include "windows/histogramfollower.h"
 #include "windows/serverhistograms.h"
 
 #include <QDialogButtonBox>
@@ -37,15 +37,16 @@ QString textOf(const HistogramInfo& histogram)
                                    : HistogramChooser::tr("%1; only the first %2 are shown").arg(text).arg(shown);
 }
 
-QWidget* openHistogram(const WindowContext& context, const HistogramInfo& histogram)
+void openHistogram(const WindowContext& context, const HistogramInfo& histogram)
 {
-    const auto make = [&]() -> QWidget* {
-        if (histogram.isMap)
-            return new LiveMap(context, std::function([histogram] { return mapRequest(histogram); }));
-        return new LiveCurves(context, std::function([histogram] { return curvesRequest(histogram); }));
+    using Listed = HistogramWindow::Listed; // never nothing: these windows open with what is listed
+    const auto make = [context](const Listed& listed) -> QWidget* {
+        if (listed->isMap)
+            return new LiveMap(context, std::function([listed] { return mapRequest(*listed); }));
+        return new LiveCurves(context, std::function([listed] { return curvesRequest(*listed); }));
     };
-    return context.windows.show(QStringLiteral("histogram %1").arg(histogram.name), make,
-        [histogram] { return Windows::tr("Histogram %1").arg(titleOf(histogram, histogram.name)); });
+    context.follower.show({ QStringLiteral("histogram %1").arg(histogram.name), histogram.name, histogram, make,
+        [](const Listed& listed) { return Windows::tr("Histogram %1").arg(titleOf(*listed, listed->name)); } });
 }
 
 } // namespace

@@ -17,6 +17,7 @@ struct HistogramAxis {
 
     /// "Time [us]"; empty without a label.
     QString text() const;
+    bool operator==(const HistogramAxis& other) const = default;
 };
 
 /// Rows of counts over one axis, or a map over two.
@@ -26,6 +27,8 @@ struct HistogramInfo {
     int rows = 1; ///< 1D only
     HistogramAxis x;
     HistogramAxis y; ///< of a map
+
+    bool operator==(const HistogramInfo& other) const = default;
 };
 
 /// Reads the reply to "hists": a line for each histogram, a name and pairs of name and value behind a colon. A line

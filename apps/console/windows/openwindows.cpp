@@ -21,6 +21,32 @@ constexpr double likedRatio = 1.4; // of a plot's width to its height
 constexpr int cascadeStep = 32;
 constexpr char orderProperty[] = "openedAs";
 
+/// The same place on the screen, maximized or minimized as the other was. Takes the keyboard only on request.
+void showInPlace(QWidget& window, const QRect& place, Qt::WindowStates states, bool isActive)
+{
+    window.setGeometry(place);
+    window.setWindowState(states & ~Qt::WindowActive);
+    window.setAttribute(Qt::WA_ShowWithoutActivating, !isActive);
+    window.show();
+    if (isActive)
+        window.activateWindow();
+}
+
+/// The maps that were filtered out of the old window are results of their own: they stay on the screen.
+void handOverMaps(const QWidget& old, QWidget& fresh)
+{
+    const auto maps = old.findChildren<Graph2DDialog*>(QString(), Qt::FindDirectChildrenOnly);
+    for (Graph2DDialog* const map : maps) {
+        if (!map->isVisible())
+            continue; // closed already
+        const QRect place = map->normalGeometry();
+        const Qt::WindowStates states = map->windowState();
+        const bool isActive = map->isActiveWindow();
+        map->setParent(&fresh, map->windowFlags()); // hides it
+        showInPlace(*map, place, states, isActive);
+    }
+}
+
 } // namespace
 
 QList<QRect> tileCells(int count, const QRect& area)
@@ -108,21 +134,55 @@ OpenWindows::~OpenWindows()
 QWidget* OpenWindows::show(
     const QString& id, const std::function<QWidget*()>& make, const std::function<QString()>& title)
 {
-    void* const key = const_cast<QString*>(&*m_ids.insert(id).first); // a name only, nothing is written to it
-    QWidget* window = m_windows.map.value(key);
+    QWidget* window = m_windows.map.value(keyOf(id));
     const bool isNew = !window;
-    if (isNew) {
-        window = make();
-        m_windows.map.insert(key, window);
-        connect(window, &QObject::destroyed, &m_windows, &ModelessWidgetManager::onDestroyed);
-        window->setAttribute(Qt::WA_DeleteOnClose);
-        window->setProperty(orderProperty, qulonglong(++m_opened));
-        keepTitle(*window, title);
-    }
+    if (isNew)
+        window = enter(id, make(), title);
     bringForward(*window);
     if (isNew)
         Q_EMIT changed();
     return window;
+}
+
+void* OpenWindows::keyOf(const QString& id)
+{
+    return const_cast<QString*>(&*m_ids.insert(id).first); // a name only, nothing is written to it
+}
+
+QWidget* OpenWindows::enter(const QString& id, QWidget* window, const std::function<QString()>& title)
+{
+    m_windows.map.insert(keyOf(id), window);
+    connect(window, &QObject::destroyed, &m_windows, &ModelessWidgetManager::onDestroyed);
+    window->setAttribute(Qt::WA_DeleteOnClose);
+    window->setProperty(orderProperty, qulonglong(++m_opened));
+    keepTitle(*window, title);
+    return window;
+}
+
+QWidget* OpenWindows::find(const QString& id)
+{
+    QWidget* const window = m_windows.map.value(keyOf(id));
+    return window && window->isVisible() ? window : nullptr; // closed, and not yet gone
+}
+
+void OpenWindows::replace(
+    const QString& id, const std::function<QWidget*()>& make, const std::function<QString()>& title)
+{
+    QWidget* const old = find(id);
+    if (!old)
+        return;
+    QWidget* const active = QApplication::activeWindow();
+    const bool isFront = m_front == old;
+    QWidget* const fresh = enter(id, make(), title);
+    disconnect(old, nullptr, &m_windows, nullptr); // its key is the new one's
+    fresh->setProperty(orderProperty, old->property(orderProperty));
+    showInPlace(*fresh, old->normalGeometry(), old->windowState(), active == old);
+    handOverMaps(*old, *fresh);
+    old->close();
+    if (isFront)
+        m_front = fresh;
+    if (active && active != old)
+        active->activateWindow(); // where the screen gives the keyboard to whatever comes new
 }
 
 void OpenWindows::bringForward(QWidget& window)

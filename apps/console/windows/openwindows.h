@@ -45,6 +45,11 @@ public:
     /// Shows the window of this id and brings it forward; `make` makes it if there is none. `title` is asked now and
     /// with each change of the language.
     QWidget* show(const QString& id, const std::function<QWidget*()>& make, const std::function<QString()>& title);
+    /// The open window of this id, a minimized one too; null if there is none.
+    QWidget* find(const QString& id);
+    /// Puts the window that `make` makes in the place of the open one, which closes: its geometry, its place among the
+    /// others, the keyboard if it had it, and the maps that were filtered out of it.
+    void replace(const QString& id, const std::function<QWidget*()>& make, const std::function<QString()>& title);
     /// The windows on the screen that can be laid out, in the order in which they were opened. Boxes and
     /// the windows that belong to a plot are not among them.
     QList<QWidget*> onScreen() const;
@@ -72,6 +77,8 @@ Q_SIGNALS:
     void kept();
 
 protected:
+    void* keyOf(const QString& id);
+    QWidget* enter(const QString& id, QWidget* window, const std::function<QString()>& title);
     void arrange(const std::function<QList<QRect>(int count, const QRect& area)>& cells);
     QRect placeConsole(const QRect& area);
 

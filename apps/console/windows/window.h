@@ -13,6 +13,7 @@ class QWidget;
 namespace console {
 
 class CommandPanel;
+class HistogramFollower;
 class OpenWindows;
 class Person;
 class ServerController;
@@ -33,6 +34,7 @@ struct WindowContext {
     OpenWindows& windows; ///< for windows that open others
     QSettings& memory; ///< what is kept from one run to the next
     ServerHistograms& histograms; ///< what the server has listed
+    HistogramFollower& follower; ///< for windows that open those of histograms
 };
 
 struct WindowEntry {
