@@ -139,7 +139,16 @@ void CommandPanel::giveUp()
     if (lost.isEmpty())
         return;
     ui->transcript->addNote(tr("Given up: %1. The server may still be working on it.").arg(lost.first().name));
-    keepLost(lost.mid(1));
+    const QList<Request> behind = lost.mid(1);
+    keepLost(behind);
+    if (behind.isEmpty())
+        return;
+    Q_EMIT notice(noticeOf(
+        Notice::Severity::Warning,
+        [name = lost.first().name, count = int(behind.size())] {
+            return tr("\u201c%1\u201d is given up; %Ln command(s) behind it got no reply.", nullptr, count).arg(name);
+        },
+        Remedy::SendAgain));
 }
 
 void CommandPanel::changeEvent(QEvent* event)

@@ -447,8 +447,30 @@ private Q_SLOTS:
         desk.press("giveUpButton");
         QVERIFY(!desk.window->commandPanel().isBusy());
         QVERIFY(desk.record().contains(QStringLiteral("Given up: never")));
+        QVERIFY(desk.notice().text.isEmpty());
         desk.send(QStringLiteral("next"));
         QVERIFY(desk.shows(QStringLiteral("done")));
+    }
+
+    void whatWaitsBehindAGivenUpCommandCanBeSentAgain()
+    {
+        ScriptedServer server;
+        server.answer("never", { Step::silence() });
+        server.answer("next", { Step::text("done\n") });
+        server.answer("last", { Step::text("done too\n") });
+        Desk desk;
+        desk.use(server);
+        QVERIFY(desk.reaches(ServerState::Up));
+        for (const char* const command : { "never", "next", "last" })
+            desk.send(QLatin1String(command));
+        QVERIFY(server.waitForRequest("never"));
+        desk.press("giveUpButton");
+        QCOMPARE(desk.notice().remedy, Remedy::SendAgain);
+        QVERIFY2(desk.notice().text.contains(QStringLiteral("2 commands")), qPrintable(desk.notice().text));
+        desk.press("remedyButton");
+        QVERIFY(desk.shows(QStringLiteral("done too")));
+        QVERIFY(desk.notice().text.isEmpty());
+        QCOMPARE(server.requests().count("never"), 1);
     }
 
     // Settings.

@@ -1221,6 +1221,13 @@
         <source>The reply is a block of numbers with text behind it, as that of hist1d and hist2d, or a file, as that of rxfile; follows the command</source>
         <translation>Die Antwort ist ein Block von Zahlen mit Text dahinter, wie bei hist1d und hist2d, oder eine Datei, wie bei rxfile; richtet sich nach dem Befehl</translation>
     </message>
+    <message numerus="yes">
+        <source>“%1” is given up; %Ln command(s) behind it got no reply.</source>
+        <translation>
+            <numerusform>„%1“ ist aufgegeben; %Ln Befehl dahinter blieb ohne Antwort.</numerusform>
+            <numerusform>„%1“ ist aufgegeben; %Ln Befehle dahinter blieben ohne Antwort.</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>console::ConnectDialog</name>

@@ -34,6 +34,13 @@
             <numerusform>, %Ln more to go</numerusform>
         </translation>
     </message>
+    <message numerus="yes">
+        <source>“%1” is given up; %Ln command(s) behind it got no reply.</source>
+        <translation>
+            <numerusform>“%1” is given up; %Ln command behind it got no reply.</numerusform>
+            <numerusform>“%1” is given up; %Ln commands behind it got no reply.</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>console::HistogramChooser</name>

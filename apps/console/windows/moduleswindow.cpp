@@ -18,6 +18,12 @@
 
 namespace console {
 
+namespace {
+
+constexpr int showMs = 100;
+
+} // namespace
+
 ModulesWindow::ModulesWindow(ServerController& controller, QWidget* parent)
     : NameValueListDialog(QList<NameValues>(), QStringList { QString(), QString() }, parent)
     , m_controller(controller)
@@ -27,6 +33,9 @@ ModulesWindow::ModulesWindow(ServerController& controller, QWidget* parent)
     , m_sendButton(mainButtonOf(*this))
     , m_giveUpButton(buttonBoxOf(*this).addButton(QString(), QDialogButtonBox::ActionRole))
 {
+    m_showTimer.setSingleShot(true);
+    m_showTimer.setInterval(showMs);
+    connect(&m_showTimer, &QTimer::timeout, this, &ModulesWindow::showAnswers);
     setUp();
     setTexts();
     connect(m_sendButton, &QPushButton::clicked, this, &ModulesWindow::send);
@@ -76,7 +85,7 @@ void ModulesWindow::setTexts()
     m_stateLabel->setAccessibleName(tr("State of the command"));
     m_sendButton->setText(tr("Se&nd"));
     m_giveUpButton->setText(tr("&Give Up"));
-    tell(m_words);
+    showAnswers();
     updateControls();
 }
 
@@ -85,9 +94,9 @@ ModulesWindow::Target ModulesWindow::target() const
     return Target(m_form->targetBox->currentIndex());
 }
 
-std::vector<std::unique_ptr<TarnisCmd>> ModulesWindow::commands(QString& problem) const
+ModulesWindow::Commands ModulesWindow::commands(QString& problem) const
 {
-    std::vector<std::unique_ptr<TarnisCmd>> made;
+    Commands made;
     const QString text = m_form->commandBox->currentText().trimmed();
     problem = text.isEmpty() ? tr("Type a command") : commandProblem(text);
     if (!problem.isEmpty())
@@ -150,10 +159,13 @@ void ModulesWindow::onReplied(const PTarnisCmd& command, const QByteArray& reply
         takeAnswer(row, answer);
         row = int(m_answers.size()); // a reply that tells of several modules goes on behind the last row
     }
-    --m_waiting;
-    tell([waiting = int(m_waiting), rows = int(m_answers.size())] {
-        return waiting > 0 ? tr("Waiting for %Ln more", nullptr, waiting) : tr("%Ln row(s) answered", nullptr, rows);
-    });
+    if (--m_waiting == 0) {
+        tell([rows = int(m_answers.size())] { return tr("%Ln row(s) answered", nullptr, rows); });
+        return;
+    }
+    say(*m_stateLabel, [waiting = int(m_waiting)] { return tr("Waiting for %Ln more", nullptr, waiting); });
+    if (!m_showTimer.isActive())
+        m_showTimer.start();
 }
 
 void ModulesWindow::takeAnswer(int row, const ModuleAnswer& answer)
@@ -185,8 +197,9 @@ void ModulesWindow::giveUp()
             tr("given up"));
 }
 
-void ModulesWindow::tell(const Words& sentence)
+void ModulesWindow::showAnswers()
 {
+    m_showTimer.stop();
     const QStringList headers = QStringList { tr("Module"), tr("Answer") } + m_names;
     QList<NameValues> rows;
     for (const ModuleAnswer& answer : std::as_const(m_answers)) {
@@ -196,7 +209,11 @@ void ModulesWindow::tell(const Words& sentence)
         rows.append(row);
     }
     updateList(rows, &headers);
-    m_words = sentence;
+}
+
+void ModulesWindow::tell(const Words& sentence)
+{
+    showAnswers();
     say(*m_stateLabel, sentence);
 }
 
@@ -219,7 +236,7 @@ void ModulesWindow::updateControls()
     setAvailable(m_form->modulesEdit, isAddressed, tr("Numbers between commas; 4-7 is a range"),
         tr("All of them get the command"));
     QString problem;
-    const auto made = commands(problem);
+    const auto made = isBusy ? Commands() : commands(problem);
     const QString line = made.empty() ? QString() : made.front()->getCmdString();
     const QString help = made.size() > 1 ? tr("Sends \"%1\" and so on").arg(line) : tr("Sends \"%1\"").arg(line);
     const QString reason = !isUp ? tr("Needs a connected server") : isBusy ? tr("Wait for the reply") : problem;

@@ -8,6 +8,8 @@
 #include <tarnis/dialogs/namevaluelistdialog.h>
 #include <tarnis/server/tarniscmd.h>
 
+#include <QTimer>
+
 #include <memory>
 #include <vector>
 
@@ -38,16 +40,19 @@ public Q_SLOTS:
     void giveUp();
 
 protected:
+    using Commands = std::vector<std::unique_ptr<TarnisCmd>>;
+
     void changeEvent(QEvent* event) override;
     void setUp();
     void setTexts();
     Target target() const;
     /// The commands as they would go out now; none, and the reason, if something is missing.
-    std::vector<std::unique_ptr<TarnisCmd>> commands(QString& problem) const;
+    Commands commands(QString& problem) const;
     QString addressee(const TarnisCmd& command) const;
     void onReplied(const PTarnisCmd& command, const QByteArray& reply);
     void onEnded(const Words& sentence, const QString& answer);
     void takeAnswer(int row, const ModuleAnswer& answer);
+    void showAnswers();
     /// Fills the table and says the sentence below it.
     void tell(const Words& sentence);
     void updateControls();
@@ -61,7 +66,7 @@ protected:
     QList<ModuleAnswer> m_answers; ///< a row each; without a text while it is waited for
     QStringList m_names; ///< of the values that came, in order: a column each
     qsizetype m_waiting = 0; ///< commands without a reply
-    Words m_words = [] { return QString(); }; ///< of the state line
+    QTimer m_showTimer; ///< while replies come: filling the table for each would take longer with each module
 };
 
 } // namespace console
