@@ -47,7 +47,7 @@ public:
         answer("hist1d time 0 7 bins:1024", { Step::doubles({ 1, 2, 3, 4, 5, 6, 7, 8 }, "OK:\n") });
         answer("hist1d total pairs bins:1024", { Step::doubles({ 0, 5 }, "OK: (0 40000 1024)\n") });
         answer("hist1d position 0", { Step::doubles({ 1, 2 }, "OK:\n") });
-        answer("hist2d image bins:256", { Step::doubles({ 1, 2, 3, 4 }, "OK: exported 2 x 2 y\n") });
+        answer("hist2d image bins:256x256", { Step::doubles({ 1, 2, 3, 4 }, "OK: exported 2 x 2 y\n") });
         answer("stat", { Step::text("OK:\nevents: 12\n") });
         answer("setting", { Step::text("OK:\nrate: 12\n") });
         answer("pwd", { Step::text("OK:\n/data\n") });

@@ -7,6 +7,7 @@
 #include "windows/replyfit.h"
 
 #include <tarnis/plots/multivectorgraphwidget.h>
+#include <tarnis/plots/viewselectedroi.h>
 #include <tarnis/plots/xy2dgraphwidget.h>
 
 #include <QApplication>
@@ -380,6 +381,33 @@ private Q_SLOTS:
         QCOMPARE(max, 500.0);
         QVERIFY(desk.find("pairs"));
         QVERIFY(server.waitForRequest("hist1d total pairs bins:100"));
+    }
+
+    void theImageHasTheBinsThatTheServerLists()
+    {
+        Laboratory server("OK:\nimage: kind=2d binsx=100 minx=-5.5 maxx=10 labelx=Horizontal unitx=mm binsy=80 miny=2 "
+                          "maxy=40.5 labely=Vertical unity=mm\n");
+        server.answer("hist2d image bins:100x80", { Step::doubles(QList<double>(8000, 3.0), "OK:\n") });
+        Desk desk;
+        desk.use(server);
+        QVERIFY(isListed(desk, "image"));
+        auto* const map = desk.open<Graph2DDialog>("map");
+        QVERIFY(map);
+        XY2DGraphWidget& plot = *map->getGraphWidget();
+        QTRY_COMPARE_WITH_TIMEOUT(plot.getMaxValue(), 3.0, patienceMs);
+        double min = 0.0;
+        double max = 0.0;
+        plot.getMinMaxX(min, max);
+        QCOMPARE(min, 0.0);
+        QCOMPARE(max, 100.0);
+        plot.getMinMaxY(min, max);
+        QCOMPARE(min, 0.0);
+        QCOMPARE(max, 80.0);
+        QCOMPARE(map->windowTitle(), "Image");
+        plot.SetRoiEnabled(true);
+        ViewSelectedROI* const regions = plot.GetViewSelectedROI();
+        regions->addRoi(QRect(QPoint(-1000, -1000), QPoint(1000, 1000)));
+        QCOMPARE(regions->getRoiList(), QList<QRect> { QRect(0, 0, 100, 80) });
     }
 
     void aServerWithoutAListIsTakenAsItWas()

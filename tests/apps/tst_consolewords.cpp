@@ -34,7 +34,8 @@ public:
     {
         answer("hist1d time 0 7 bins:1024", { Step::doubles({ 1, 2, 3, 4, 5, 6, 7, 8 }, "OK:\n") });
         answer("hist1d total pairs bins:1024", { Step::doubles({ 0, 5 }, "OK: (0 40000 1024)\n") });
-        answer("hist2d image bins:256", { Step::doubles(QList<double>(256 * 256, 1.0), "OK: exported 256 x 256 y\n") });
+        answer("hist2d image bins:256x256",
+            { Step::doubles(QList<double>(256 * 256, 1.0), "OK: exported 256 x 256 y\n") });
         // Without labels: what the server calls an axis stays as it is in every language.
         answer("hists",
             { Step::text("OK:\ntime: kind=1d rows=8 bins=1024 min=0 max=40\n"
