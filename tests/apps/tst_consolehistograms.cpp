@@ -634,6 +634,7 @@ private Q_SLOTS:
         QVERIFY(filtered && filtered->isVisible());
         QCOMPARE(filtered->geometry(), QRect(30, 60, 420, 380));
         QCOMPARE(filtered->parentWidget(), desk.window->windows().find(id));
+        QCOMPARE(desk.window->windows().onScreen().constLast(), filtered.data());
     }
 
     void aMenuThatIsOpenIsWaitedFor()

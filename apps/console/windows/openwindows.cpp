@@ -32,6 +32,17 @@ void showInPlace(QWidget& window, const QRect& place, Qt::WindowStates states, b
         window.activateWindow();
 }
 
+/// Out of a map of this main window. Not by isAncestorOf(), which ends at the border of a window.
+bool isFilteredMap(const QWidget& window, const QWidget& mainWindow)
+{
+    const QWidget* parent = window.parentWidget();
+    if (!qobject_cast<const Graph2DDialog*>(&window) || !qobject_cast<const Graph2DDialog*>(parent))
+        return false;
+    while (parent && parent != &mainWindow)
+        parent = parent->parentWidget();
+    return parent != nullptr;
+}
+
 /// The maps that were filtered out of the old window are results of their own: they stay on the screen.
 void handOverMaps(const QWidget& old, QWidget& fresh)
 {
@@ -205,8 +216,7 @@ QList<QWidget*> OpenWindows::all() const
     QList<QWidget*> found;
     const QWidgetList all = QApplication::topLevelWidgets();
     for (QWidget* const window : all) {
-        const bool isFiltered = qobject_cast<Graph2DDialog*>(window) && window->parentWidget()
-            && m_mainWindow.isAncestorOf(window->parentWidget());
+        const bool isFiltered = isFilteredMap(*window, m_mainWindow);
         const bool isOurs = window->property(orderProperty).isValid() && window->parentWidget() == &m_mainWindow;
         if ((isOurs || isFiltered) && window->isVisible() && !window->isModal())
             found.append(window);
