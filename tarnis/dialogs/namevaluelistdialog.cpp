@@ -2,13 +2,11 @@
 
 #include "tarnis/dialogs/namevalue.h"
 #include "tarnis/dialogs/tabletext_p.h"
-#include "tarnis/foundation/helpers.h"
 #include "tarnis/foundation/modalbox_p.h"
 
 #include "ui_namevaluelistdialog.h"
 
 #include <QEvent>
-#include <QFile>
 #include <QHeaderView>
 #include <QPushButton>
 #include <QTextStream>
@@ -109,14 +107,10 @@ void NameValueListDialog::onButtonClicked(QAbstractButton* button)
 
 void NameValueListDialog::onSave()
 {
-    const QString path = tarnis::askSaveFileName(this, tr("Save"), getSaveDir(), tr("CSV Files (*.csv *.txt)"));
-    if (path.isEmpty())
+    const auto file = tarnis::openForSaving(this, tr("Save"), tr("CSV Files (*.csv *.txt)"));
+    if (file == nullptr)
         return;
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Text))
-        return;
-    setSaveFilePath(path);
-    QTextStream(&file) << tarnis::tableText(*table());
+    QTextStream(file.get()) << tarnis::tableText(*table());
 }
 
 void NameValueListDialog::changeEvent(QEvent* event)

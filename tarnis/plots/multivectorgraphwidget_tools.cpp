@@ -3,14 +3,12 @@
 
 #include "tarnis/dialogs/selectcheckeddialog.h"
 #include "tarnis/foundation/followlanguage_p.h"
-#include "tarnis/foundation/helpers.h"
 #include "tarnis/foundation/modalbox_p.h"
 #include "tarnis/foundation/trace_p.h"
 #include "tarnis/peak/peaksearchdialog.h"
 #include "tarnis/plots/csvtext_p.h"
 #include "tarnis/plots/seriesnames_p.h"
 
-#include <QFile>
 #include <QHeaderView>
 #include <QTableWidget>
 #include <QTextStream>
@@ -53,17 +51,13 @@ QString MultiVectorGraphWidget::vector2Csv(const QList<Data>& list)
 
 void MultiVectorGraphWidget::onSaveCsv()
 {
-    const QString path = tarnis::askSaveFileName(this, tr("Save CSV"), getSaveDir(), tr("CSV Files (*.csv *.txt)"));
-    if (path.isEmpty())
+    const auto file = tarnis::openForSaving(this, tr("Save CSV"), tr("CSV Files (*.csv *.txt)"));
+    if (file == nullptr)
         return;
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Text))
-        return;
-    setSaveFilePath(path);
 
     const tarnis::CsvTable table =
         tarnis::csvTableOf(m_data, m_addType, groupSize(), { m_groupName, m_itemName, m_firstNumber });
-    QTextStream stream(&file);
+    QTextStream stream(file.get());
     if (table.header)
         stream << *table.header << '\n';
     stream << vector2Csv(table.columns);

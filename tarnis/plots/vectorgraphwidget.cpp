@@ -1,7 +1,6 @@
 #include "tarnis/plots/vectorgraphwidget.h"
 
 #include "tarnis/foundation/followlanguage_p.h"
-#include "tarnis/foundation/helpers.h"
 #include "tarnis/foundation/modalbox_p.h"
 #include "tarnis/peak/peaksearchdialog.h"
 #include "tarnis/plots/csvtext_p.h"
@@ -9,7 +8,6 @@
 #include "tarnis/plots/peakcurve_p.h"
 
 #include <QAction>
-#include <QFile>
 #include <QPainter>
 #include <QTextStream>
 
@@ -147,12 +145,8 @@ void VectorGraphWidget::peakSearch(int threshold, int width, bool peak)
 
 void VectorGraphWidget::onSaveCsv()
 {
-    const QString path = tarnis::askSaveFileName(this, tr("Save CSV"), getSaveDir(), tr("CSV Files (*.csv *.txt)"));
-    if (path.isEmpty())
+    const auto file = tarnis::openForSaving(this, tr("Save CSV"), tr("CSV Files (*.csv *.txt)"));
+    if (file == nullptr)
         return;
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Text))
-        return;
-    setSaveFilePath(path);
-    QTextStream(&file) << tarnis::csvOfSeries(m_index, m_data);
+    QTextStream(file.get()) << tarnis::csvOfSeries(m_index, m_data);
 }

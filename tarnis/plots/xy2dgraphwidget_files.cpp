@@ -1,7 +1,6 @@
 // Images, CSV, printing, and the menu of the colour bar.
 #include "tarnis/plots/xy2dgraphwidget.h"
 
-#include "tarnis/foundation/helpers.h"
 #include "tarnis/foundation/modalbox_p.h"
 #include "tarnis/foundation/trace_p.h"
 #include "tarnis/plots/colorbarwidget.h"
@@ -11,7 +10,6 @@
 
 #include <QAction>
 #include <QDebug>
-#include <QFile>
 #include <QMenu>
 #include <QPainter>
 #include <QPrintDialog>
@@ -42,14 +40,10 @@ void XY2DGraphWidget::onSave()
 
 void XY2DGraphWidget::onSaveCsv()
 {
-    const QString path = tarnis::askSaveFileName(this, tr("Save CSV"), getSaveDir(), tr("CSV Files (*.csv *.txt)"));
-    if (path.isEmpty())
+    const auto file = tarnis::openForSaving(this, tr("Save CSV"), tr("CSV Files (*.csv *.txt)"));
+    if (file == nullptr)
         return;
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Text))
-        return;
-    setSaveFilePath(path);
-    QTextStream(&file) << tarnis::csvOfRows(m_data);
+    QTextStream(file.get()) << tarnis::csvOfRows(m_data);
 }
 
 void XY2DGraphWidget::onPrint()
