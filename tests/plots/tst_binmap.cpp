@@ -1,5 +1,6 @@
 // The composed map against the spelt-out drawing calls, on random data, zooms, scales and painters.
 #include "support/plot2doracle.h"
+#include "support/randomcases.h"
 #include "support/support.h"
 #include "tarnis/plots/binmap_p.h"
 
@@ -15,23 +16,6 @@
 using namespace tarnis::testing;
 
 namespace {
-
-using Generator = std::mt19937_64;
-
-double uniform(Generator& generator, double low, double high)
-{
-    return std::uniform_real_distribution<double>(low, high)(generator);
-}
-
-int whole(Generator& generator, int low, int high)
-{
-    return std::uniform_int_distribution<int>(low, high)(generator);
-}
-
-bool chance(Generator& generator, double probability)
-{
-    return uniform(generator, 0.0, 1.0) < probability;
-}
 
 /// Values of one kind: counts, fractions, or anything at all.
 double randomValue(Generator& generator, int kind, double top)

@@ -1,5 +1,6 @@
 // The colour scale bit by bit: against the spelt-out blend, by single values and by rows, in lanes and in plain loops.
 #include "support/plot2doracle.h"
+#include "support/randomcases.h"
 #include "support/support.h"
 #include "tarnis/plots/binpixels_p.h"
 
@@ -12,13 +13,6 @@
 using namespace tarnis::testing;
 
 namespace {
-
-using Generator = std::mt19937_64;
-
-double uniform(Generator& generator, double low, double high)
-{
-    return std::uniform_real_distribution<double>(low, high)(generator);
-}
 
 QColor randomColor(Generator& generator)
 {

@@ -2,6 +2,7 @@
 #include "support/curveoracle.h"
 #include "support/curveprobe.h"
 #include "support/frameoracle.h"
+#include "support/randomcases.h"
 #include "support/support.h"
 
 #include <QLoggingCategory>
@@ -11,53 +12,40 @@
 #include <cmath>
 #include <limits>
 
+using tarnis::testing::chance;
 using tarnis::testing::FrameState;
+using tarnis::testing::Generator;
 using tarnis::testing::MultiProbe;
 using tarnis::testing::MultiState;
+using tarnis::testing::uniform;
 using tarnis::testing::VectorProbe;
 using tarnis::testing::VectorState;
+using tarnis::testing::whole;
 
 namespace {
 
-using Generator = std::mt19937_64;
-
 constexpr double infinity = std::numeric_limits<double>::infinity();
 constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
-
-int integer(Generator& random, int low, int high)
-{
-    return std::uniform_int_distribution<int>(low, high)(random);
-}
-
-double real(Generator& random, double low, double high)
-{
-    return std::uniform_real_distribution<double>(low, high)(random);
-}
-
-bool chance(Generator& random, double probability)
-{
-    return real(random, 0.0, 1.0) < probability;
-}
 
 double oddNumber(Generator& random)
 {
     const double odd[] = { infinity, -infinity, notANumber, 1e308, -1e308, 5e-324, -5e-324, 1e-17, -1e-17, 2.2e-16,
         2.3e-16, 4e9, -4e9, 1e18, -1e18 };
-    return odd[integer(random, 0, 14)];
+    return odd[whole(random, 0, 14)];
 }
 
 int sampleCount(Generator& random)
 {
-    switch (integer(random, 0, 9)) {
+    switch (whole(random, 0, 9)) {
     case 0:
-        return integer(random, 0, 3);
+        return whole(random, 0, 3);
     case 1:
-        return integer(random, 4, 60);
+        return whole(random, 4, 60);
     case 2:
     case 3:
-        return integer(random, 4000, 30000);
+        return whole(random, 4000, 30000);
     default:
-        return integer(random, 60, 4000);
+        return whole(random, 60, 4000);
     }
 }
 
@@ -65,13 +53,13 @@ int sampleCount(Generator& random)
 QList<double> samples(Generator& random, int count)
 {
     QList<double> values(count);
-    const int kind = integer(random, 0, 11);
-    const double height = std::pow(10.0, real(random, -2.0, 6.0));
-    const double phase = real(random, 0.0, 6.0);
-    const int stretch = integer(random, 1, 400);
+    const int kind = whole(random, 0, 11);
+    const double height = std::pow(10.0, uniform(random, -2.0, 6.0));
+    const double phase = uniform(random, 0.0, 6.0);
+    const int stretch = whole(random, 1, 400);
     for (int i = 0; i < count; ++i) {
         double& v = values[i];
-        const double noise = real(random, 0.0, 1.0);
+        const double noise = uniform(random, 0.0, 1.0);
         switch (kind) {
         case 0: // noise
             v = noise * height;
@@ -98,10 +86,10 @@ QList<double> samples(Generator& random, int count)
             v = i % stretch == 0 ? height : 0.0;
             break;
         case 8: // around the smallest numbers that do not count as 0
-            v = noise < 0.3 ? 0.0 : noise < 0.6 ? 1e-17 * noise : std::pow(10.0, real(random, -20.0, 1.0));
+            v = noise < 0.3 ? 0.0 : noise < 0.6 ? 1e-17 * noise : std::pow(10.0, uniform(random, -20.0, 1.0));
             break;
         case 9: // decades
-            v = std::pow(10.0, real(random, -3.0, 6.0));
+            v = std::pow(10.0, uniform(random, -3.0, 6.0));
             break;
         case 10: // a staircase of whole numbers
             v = i / stretch;
@@ -112,8 +100,8 @@ QList<double> samples(Generator& random, int count)
         }
     }
     if (count > 0 && chance(random, 0.15)) {
-        for (int k = integer(random, 1, 6); k > 0; --k)
-            values[integer(random, 0, count - 1)] = oddNumber(random);
+        for (int k = whole(random, 1, 6); k > 0; --k)
+            values[whole(random, 0, count - 1)] = oddNumber(random);
     }
     return values;
 }
@@ -136,26 +124,26 @@ double smallest(const QList<double>& values)
 
 QSize plotSize(Generator& random)
 {
-    switch (integer(random, 0, 12)) {
+    switch (whole(random, 0, 12)) {
     case 0:
-        return { integer(random, 1, 90), integer(random, 1, 70) };
+        return { whole(random, 1, 90), whole(random, 1, 70) };
     case 1:
-        return { integer(random, 800, 1600), integer(random, 600, 1200) };
+        return { whole(random, 800, 1600), whole(random, 600, 1200) };
     default:
-        return { integer(random, 90, 900), integer(random, 70, 500) };
+        return { whole(random, 90, 900), whole(random, 70, 500) };
     }
 }
 
 PeakSearch::Gaussian randomPeak(Generator& random, double low, double high, double top)
 {
     PeakSearch::Gaussian peak;
-    peak.N = real(random, 0.0, top);
-    peak.center = real(random, low, high + 1e-3);
-    peak.sigma = real(random, -0.02, 0.1) * (high - low);
-    peak.offset = real(random, 0.0, 0.2 * top);
-    peak.start = integer(random, -5, 100);
-    for (int k = integer(random, 0, 40); k > 0; --k)
-        peak.points.append(chance(random, 0.02) ? oddNumber(random) : real(random, 0.0, top));
+    peak.N = uniform(random, 0.0, top);
+    peak.center = uniform(random, low, high + 1e-3);
+    peak.sigma = uniform(random, -0.02, 0.1) * (high - low);
+    peak.offset = uniform(random, 0.0, 0.2 * top);
+    peak.start = whole(random, -5, 100);
+    for (int k = whole(random, 0, 40); k > 0; --k)
+        peak.points.append(chance(random, 0.02) ? oddNumber(random) : uniform(random, 0.0, top));
     return peak;
 }
 
@@ -166,52 +154,52 @@ template <typename Plot> void shuffleFrame(Plot& plot, Generator& random, double
     plot.m_nameX = chance(random, 0.5) ? QString() : QStringLiteral("Channel");
     plot.m_showGrid = chance(random, 0.7);
     plot.m_paintGridOnGraph = chance(random, 0.2);
-    plot.m_margin = chance(random, 0.8) ? QMargins() : QMargins(integer(random, 0, 60), 3, integer(random, 0, 60), 9);
+    plot.m_margin = chance(random, 0.8) ? QMargins() : QMargins(whole(random, 0, 60), 3, whole(random, 0, 60), 9);
     const double rotations[] = { 90.0, -90.0 };
-    plot.m_rotation = chance(random, 0.75) ? 0.0 : rotations[integer(random, 0, 1)];
+    plot.m_rotation = chance(random, 0.75) ? 0.0 : rotations[whole(random, 0, 1)];
     plot.m_logScaleY = chance(random, 0.4);
 
     plot.m_manualX = false;
     plot.m_initMinX = 0.0;
     plot.m_initMaxX = count;
     if (chance(random, 0.3))
-        plot.initManualX(real(random, -1000.0, 1000.0), real(random, -1000.0, 5000.0));
+        plot.initManualX(uniform(random, -1000.0, 1000.0), uniform(random, -1000.0, 5000.0));
     const double from = plot.m_initMinX;
     const double to = plot.m_initMaxX;
-    switch (integer(random, 0, 7)) {
+    switch (whole(random, 0, 7)) {
     case 0: // zoomed in
-        plot.setMinMaxX(from + (to - from) * real(random, 0.0, 0.5), from + (to - from) * real(random, 0.5, 1.0));
+        plot.setMinMaxX(from + (to - from) * uniform(random, 0.0, 0.5), from + (to - from) * uniform(random, 0.5, 1.0));
         break;
     case 1: // far in
-        plot.setMinMaxX(from + (to - from) * 0.3, from + (to - from) * (0.3 + real(random, 0.0, 0.02)));
+        plot.setMinMaxX(from + (to - from) * 0.3, from + (to - from) * (0.3 + uniform(random, 0.0, 0.02)));
         break;
     case 2: // moved and zoomed out
-        plot.setMinMaxX(from - (to - from) * real(random, -1.0, 1.0), to + (to - from) * real(random, 0.0, 2.0));
+        plot.setMinMaxX(from - (to - from) * uniform(random, -1.0, 1.0), to + (to - from) * uniform(random, 0.0, 2.0));
         break;
     case 3: // whole numbers
-        plot.setMinMaxX(integer(random, -10, 10), integer(random, 11, 4000));
+        plot.setMinMaxX(whole(random, -10, 10), whole(random, 11, 4000));
         break;
     case 4: // anything, reversed and empty ranges too
-        plot.setMinMaxX(chance(random, 0.2) ? oddNumber(random) : real(random, -100.0, count + 100.0),
-            chance(random, 0.2) ? oddNumber(random) : real(random, -100.0, count + 100.0));
+        plot.setMinMaxX(chance(random, 0.2) ? oddNumber(random) : uniform(random, -100.0, count + 100.0),
+            chance(random, 0.2) ? oddNumber(random) : uniform(random, -100.0, count + 100.0));
         break;
     default:
         plot.setMinMaxX(from, to);
         break;
     }
-    switch (integer(random, 0, 6)) {
+    switch (whole(random, 0, 6)) {
     case 0:
         plot.setMinMaxY(low, high);
         break;
     case 1:
-        plot.setMinMaxY(real(random, low, high), high * real(random, 0.1, 2.0));
+        plot.setMinMaxY(uniform(random, low, high), high * uniform(random, 0.1, 2.0));
         break;
     case 2:
-        plot.setMinMaxY(chance(random, 0.3) ? oddNumber(random) : real(random, -10.0, 10.0),
-            chance(random, 0.3) ? oddNumber(random) : real(random, -10.0, 1000.0));
+        plot.setMinMaxY(chance(random, 0.3) ? oddNumber(random) : uniform(random, -10.0, 10.0),
+            chance(random, 0.3) ? oddNumber(random) : uniform(random, -10.0, 1000.0));
         break;
     case 3:
-        plot.setMinMaxY(1.0, std::pow(10.0, integer(random, 1, 6)));
+        plot.setMinMaxY(1.0, std::pow(10.0, whole(random, 1, 6)));
         break;
     case 4:
         plot.setMinMaxY(0.01, high * 1.2);
@@ -257,7 +245,7 @@ void shuffleForm(MultiProbe& plot, Generator& random)
 {
     plot.m_columnChart = chance(random, 0.25);
     plot.m_connectPoints = chance(random, 0.75);
-    plot.m_resolution = chance(random, 0.6) ? 1 : static_cast<unsigned int>(integer(random, 1, 20));
+    plot.m_resolution = chance(random, 0.6) ? 1 : static_cast<unsigned int>(whole(random, 1, 20));
     plot.m_funcX2Plot = nullptr;
     plot.m_funcPlot2X = nullptr;
     if (chance(random, 0.15)) {
@@ -270,21 +258,21 @@ void shuffleForm(MultiProbe& plot, Generator& random)
 void shufflePeaks(MultiProbe& plot, Generator& random, double top)
 {
     plot.m_peaks.clear();
-    for (int k = chance(random, 0.4) ? integer(random, 1, 5) : 0; k > 0; --k)
+    for (int k = chance(random, 0.4) ? whole(random, 1, 5) : 0; k > 0; --k)
         plot.m_peaks.append(randomPeak(random, plot.m_minX, plot.m_maxX, top));
     qDeleteAll(plot.m_peakDialogs.map);
     plot.m_peakDialogs.map.clear();
     if (chance(random, 0.5))
         plot.m_peakDialogs.map.insert(&plot, new QWidget);
-    plot.m_peakSelected = integer(random, -1, 4);
-    plot.m_peakThreshold = real(random, 0.0, top);
+    plot.m_peakSelected = whole(random, -1, 4);
+    plot.m_peakThreshold = uniform(random, 0.0, top);
     plot.m_peakDisplayPoints = chance(random, 0.5);
 }
 
 void shuffle(MultiProbe& plot, Generator& random)
 {
     const int count = sampleCount(random);
-    const int records = integer(random, 0, chance(random, 0.2) ? 20 : 6);
+    const int records = whole(random, 0, chance(random, 0.2) ? 20 : 6);
     plot.m_data.clear();
     plot.m_maxValues.clear();
     double low = 0.0;
@@ -294,16 +282,16 @@ void shuffle(MultiProbe& plot, Generator& random)
         MultiVectorGraphWidget::Data data;
         data.values = samples(random, other ? sampleCount(random) : count);
         data.enable = chance(random, 0.8);
-        data.color = QColor(integer(random, 0, 255), integer(random, 0, 255), integer(random, 0, 255),
-            chance(random, 0.9) ? 255 : integer(random, 0, 255));
+        data.color = QColor(whole(random, 0, 255), whole(random, 0, 255), whole(random, 0, 255),
+            chance(random, 0.9) ? 255 : whole(random, 0, 255));
         low = std::min(low, smallest(data.values));
         high = std::max(high, largest(data.values));
         plot.m_data.append(data);
         if (chance(random, 0.9))
             plot.m_maxValues.append(largest(data.values));
     }
-    plot.m_groupSize = integer(random, 1, 9);
-    plot.m_addType = static_cast<MultiVectorGraphWidget::AddType>(integer(random, 0, 4));
+    plot.m_groupSize = whole(random, 1, 9);
+    plot.m_addType = static_cast<MultiVectorGraphWidget::AddType>(whole(random, 0, 4));
     shuffleForm(plot, random);
     plot.m_autoScaleY = chance(random, 0.4);
     shuffleFrame(plot, random, double(count) * plot.m_resolution, low, high);
@@ -428,8 +416,7 @@ void TestCurvePicture::isTheSameAtAnyPixelRatio()
     MultiProbe plot;
     for (int number = 0; number < 150; ++number) {
         shuffle(plot, random);
-        const QRect graph(
-            integer(random, 0, 90), integer(random, 0, 30), integer(random, 1, 500), integer(random, 1, 300));
+        const QRect graph(whole(random, 0, 90), whole(random, 0, 30), whole(random, 1, 500), whole(random, 1, 300));
         plot.m_graphRect = graph;
         MultiState curves = plot.curveState();
         const QImage expected = curveImage(
@@ -441,8 +428,7 @@ void TestCurvePicture::isTheSameAtAnyPixelRatio()
     VectorProbe single;
     for (int number = 0; number < 150; ++number) {
         shuffle(single, random);
-        const QRect graph(
-            integer(random, 0, 90), integer(random, 0, 30), integer(random, 1, 500), integer(random, 1, 300));
+        const QRect graph(whole(random, 0, 90), whole(random, 0, 30), whole(random, 1, 500), whole(random, 1, 300));
         single.m_graphRect = graph;
         const VectorState curve = single.curveState();
         const QImage expected = curveImage(
@@ -459,7 +445,7 @@ void TestCurvePicture::isTheSameAntialiased()
     VectorProbe plot;
     for (int number = 0; number < 100; ++number) {
         shuffle(plot, random);
-        const QRect graph(50, 10, integer(random, 1, 300), integer(random, 1, 200));
+        const QRect graph(50, 10, whole(random, 1, 300), whole(random, 1, 200));
         plot.m_graphRect = graph;
         const VectorState curves = plot.curveState();
         const QImage expected = curveImage(graph, 1.0, QPainter::Antialiasing,
@@ -490,11 +476,11 @@ void TestCurvePicture::columnsThatLeaveATurnedPicture()
     plot.m_funcX2Plot = sine; // wide columns, several at a place
     plot.m_funcPlot2X = minusSeven;
     for (int number = 0; number < 200; ++number) {
-        plot.resize(integer(random, 100, 400), integer(random, 100, 400));
+        plot.resize(whole(random, 100, 400), whole(random, 100, 400));
         plot.clearData();
-        QList<double> values(integer(random, 20, 60));
+        QList<double> values(whole(random, 20, 60));
         for (double& value : values)
-            value = chance(random, 0.05) ? std::pow(10.0, real(random, 2.0, 18.0)) : real(random, 0.0, 100.0);
+            value = chance(random, 0.05) ? std::pow(10.0, uniform(random, 2.0, 18.0)) : uniform(random, 0.0, 100.0);
         plot.setData(0, values, 100.0);
         plot.initManualX(-1000.0, 1000.0);
         plot.initMode(false, false);
@@ -521,8 +507,8 @@ void TestCurvePicture::returnsTheSumOfTheJoinedSamples()
     for (int number = 0; number < 500; ++number) {
         shuffleForm(plot, random);
         const QList<double> values = samples(random, sampleCount(random));
-        const double first = real(random, -10.0, double(values.size()));
-        const double last = real(random, first, double(values.size()) + 10.0);
+        const double first = uniform(random, -10.0, double(values.size()));
+        const double last = uniform(random, first, double(values.size()) + 10.0);
         MultiState curves = plot.curveState();
         const double expected =
             tarnis::testing::paintMultiData(curves, painter, values, 0.1, first, last, 0.2, 10, 290);

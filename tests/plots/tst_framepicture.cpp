@@ -1,6 +1,7 @@
 // The plot frame's pictures, pixel by pixel against the frame drawn call by call, on seeded random plots.
 #include "support/frameoracle.h"
 #include "support/frameprobe.h"
+#include "support/randomcases.h"
 #include "support/support.h"
 
 #include <tarnis/foundation/helpers.h>
@@ -12,29 +13,16 @@
 #include <cmath>
 #include <limits>
 
+using tarnis::testing::chance;
 using tarnis::testing::FrameState;
+using tarnis::testing::Generator;
+using tarnis::testing::uniform;
+using tarnis::testing::whole;
 
 namespace {
 
-using Generator = std::mt19937_64;
-
 constexpr double infinity = std::numeric_limits<double>::infinity();
 constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
-
-int integer(Generator& random, int low, int high)
-{
-    return std::uniform_int_distribution<int>(low, high)(random);
-}
-
-double real(Generator& random, double low, double high)
-{
-    return std::uniform_real_distribution<double>(low, high)(random);
-}
-
-bool chance(Generator& random, double probability)
-{
-    return real(random, 0.0, 1.0) < probability;
-}
 
 /// Something that grid and clip can be told from.
 void drawCross(QPainter& painter, const QRect& graph)
@@ -70,47 +58,47 @@ double massToChannel(double mass, void* offset)
 /// Ends of a range: mostly what people set, sometimes what breaks naive arithmetic.
 double limit(Generator& random)
 {
-    switch (integer(random, 0, 13)) {
+    switch (whole(random, 0, 13)) {
     case 0:
         return 0.0;
     case 1:
         return 1.0;
     case 2:
-        return integer(random, -10, 10);
+        return whole(random, -10, 10);
     case 3:
-        return std::pow(10.0, integer(random, -3, 6));
+        return std::pow(10.0, whole(random, -3, 6));
     case 4:
-        return integer(random, 0, 1) * 1024.0 * integer(random, 1, 32);
+        return whole(random, 0, 1) * 1024.0 * whole(random, 1, 32);
     case 5:
-        return real(random, -1.0, 1.0);
+        return uniform(random, -1.0, 1.0);
     case 6:
-        return real(random, -1e-9, 1e-9);
+        return uniform(random, -1e-9, 1e-9);
     case 7:
-        return std::pow(10.0, real(random, -12.0, 15.0));
+        return std::pow(10.0, uniform(random, -12.0, 15.0));
     case 8:
-        return -std::pow(10.0, real(random, -12.0, 15.0));
+        return -std::pow(10.0, uniform(random, -12.0, 15.0));
     default:
-        return real(random, -2000.0, 20000.0);
+        return uniform(random, -2000.0, 20000.0);
     }
 }
 
 double oddLimit(Generator& random)
 {
     const double odd[] = { infinity, -infinity, notANumber, 1e308, -1e308, 5e-324, 1e-310, 4.6e18, -2147483649.0 };
-    return odd[integer(random, 0, 8)];
+    return odd[whole(random, 0, 8)];
 }
 
 QSize plotSize(Generator& random)
 {
-    switch (integer(random, 0, 9)) {
+    switch (whole(random, 0, 9)) {
     case 0:
-        return { integer(random, 1, 80), integer(random, 1, 60) };
+        return { whole(random, 1, 80), whole(random, 1, 60) };
     case 1:
-        return { integer(random, 800, 1600), integer(random, 600, 1200) };
+        return { whole(random, 800, 1600), whole(random, 600, 1200) };
     case 2:
-        return { integer(random, 1, 1600), integer(random, 1, 40) };
+        return { whole(random, 1, 1600), whole(random, 1, 40) };
     default:
-        return { integer(random, 60, 700), integer(random, 50, 500) };
+        return { whole(random, 60, 700), whole(random, 50, 500) };
     }
 }
 
@@ -119,7 +107,7 @@ QString name(Generator& random)
     const QString names[] = { QString(), QStringLiteral("Energy [keV]"), QStringLiteral("X"),
         QStringLiteral("Ünits µs"),
         QStringLiteral("A name that is a good deal longer than most plots are wide, so that it is cut somewhere") };
-    return names[integer(random, 0, 4)];
+    return names[whole(random, 0, 4)];
 }
 
 /// Draws lots for everything that the picture depends on.
@@ -135,39 +123,39 @@ void shuffle(CrossPlot& plot, Generator& random)
     if (chance(random, 0.1))
         plot.setMinMaxY(plot.m_minY, plot.m_minY);
     if (chance(random, 0.2))
-        plot.initManualX(real(random, -100.0, 100.0), real(random, -100.0, 100.0));
+        plot.initManualX(uniform(random, -100.0, 100.0), uniform(random, -100.0, 100.0));
     if (chance(random, 0.3)) {
         plot.setMinMaxX(0.0, plot.adjustAxis(std::fabs(limit(random))));
         plot.setMinMaxY(0.0, plot.adjustAxis(std::fabs(limit(random))));
     }
     plot.m_logScaleY = chance(random, 0.3);
-    plot.setDecimalX(integer(random, -1, 4));
-    plot.setDecimalY(integer(random, -1, 4));
-    plot.m_tickDecimalX = integer(random, 0, 3);
+    plot.setDecimalX(whole(random, -1, 4));
+    plot.setDecimalY(whole(random, -1, 4));
+    plot.m_tickDecimalX = whole(random, 0, 3);
     plot.m_nameX = name(random);
     plot.m_nameY = name(random);
     plot.setNotes(chance(random, 0.5) ? QString() : name(random));
     plot.m_margin = chance(random, 0.6)
         ? QMargins()
-        : QMargins(integer(random, 0, 60), integer(random, 0, 60), integer(random, 0, 120), integer(random, 0, 60));
+        : QMargins(whole(random, 0, 60), whole(random, 0, 60), whole(random, 0, 120), whole(random, 0, 60));
     plot.m_showGrid = chance(random, 0.8);
     plot.m_paintGridOnGraph = chance(random, 0.4);
     const double rotations[] = { 0.0, 90.0, -90.0, 45.0, std::nextafter(90.0, 91.0), 180.0 };
-    plot.m_rotation = chance(random, 0.6) ? 0.0 : rotations[integer(random, 0, 5)];
+    plot.m_rotation = chance(random, 0.6) ? 0.0 : rotations[whole(random, 0, 5)];
     static double offset = 0.5;
     if (chance(random, 0.15))
         plot.setFuncX2Tick(channelToMass, massToChannel, &offset);
     else
         plot.setFuncX2Tick(nullptr, nullptr, nullptr);
     QFont font;
-    font.setPointSize(integer(random, 6, 16));
+    font.setPointSize(whole(random, 6, 16));
     font.setBold(chance(random, 0.2));
     plot.setFont(font);
     XYGraphWidget::m_backGroundColor = chance(random, 0.7) ? QColor(Qt::black) : QColor(20, 40, 90);
-    setNumberFormat(chance(random, 0.8) ? 'g' : 'f', integer(random, 0, 9));
+    setNumberFormat(chance(random, 0.8) ? 'g' : 'f', whole(random, 0, 9));
     plot.m_xRangeMin = chance(random, 0.5) ? 0.0 : end();
     plot.m_xRangeMax = chance(random, 0.3) ? plot.m_xRangeMin
-        : std::isfinite(plot.m_minX)       ? real(random, plot.m_minX, plot.m_minX + 100.0)
+        : std::isfinite(plot.m_minX)       ? uniform(random, plot.m_minX, plot.m_minX + 100.0)
                                            : end();
 }
 
@@ -248,7 +236,7 @@ void TestFramePicture::isTheSameWithoutACache()
     CrossPlot plot;
     for (int number = 0; number < 1000; ++number) {
         shuffle(plot, random);
-        plot.refit = chance(random, 0.3) ? real(random, 0.0, 100.0) : 0.0;
+        plot.refit = chance(random, 0.3) ? uniform(random, 0.0, 100.0) : 0.0;
         FrameState state = plot.frameState();
         const std::unique_ptr<QPixmap> picture(plot.toPixmap());
         const bool turned = std::fabs(std::fabs(plot.m_rotation) - 90.0) < 1e-9;
@@ -275,14 +263,14 @@ void TestFramePicture::isTheSameInAGivenRectangle()
     CrossPlot plot;
     for (int number = 0; number < 1000; ++number) {
         shuffle(plot, random);
-        QRect rect(QPoint(integer(random, -50, 200), integer(random, -50, 150)), plotSize(random));
+        QRect rect(QPoint(whole(random, -50, 200), whole(random, -50, 150)), plotSize(random));
         QImage picture(500, 400, QImage::Format_ARGB32_Premultiplied);
         picture.fill(Qt::cyan);
         QImage expected = picture;
         FrameState state = plot.frameState();
         QPainter painter(&picture);
         QPainter expectedPainter(&expected);
-        const QPen pen(QColor(integer(random, 0, 255), 0, 200), integer(random, 0, 3));
+        const QPen pen(QColor(whole(random, 0, 255), 0, 200), whole(random, 0, 3));
         painter.setPen(pen);
         expectedPainter.setPen(pen);
         plot.paint(painter, &rect);

@@ -1,4 +1,5 @@
 // Labels with a kept layout against the painter's own text, pixel by pixel.
+#include "support/randomcases.h"
 #include "support/support.h"
 #include "tarnis/plots/labelcache_p.h"
 
@@ -8,26 +9,18 @@
 
 #include <functional>
 
+using tarnis::testing::Generator;
+using tarnis::testing::uniform;
+using tarnis::testing::whole;
+
 namespace {
-
-using Generator = std::mt19937_64;
-
-int whole(Generator& generator, int low, int high)
-{
-    return std::uniform_int_distribution<int>(low, high)(generator);
-}
-
-double real(Generator& generator, double low, double high)
-{
-    return std::uniform_real_distribution<double>(low, high)(generator);
-}
 
 QString randomText(Generator& generator)
 {
     static const QStringList texts { "0", "1000", "-12.5", "1e+06", "6.30957e-05", "nan", "inf", "Counts", "a&b", "",
         "two words", " 1", "1 ", "1\n2", "1\t2", QStringLiteral("µs"), QStringLiteral("שלום"), "fi", "AVAWA" };
     return generator() % 2 == 0 ? texts.at(whole(generator, 0, static_cast<int>(texts.size()) - 1))
-                                : QString::number(real(generator, -1e6, 1e6), 'g', whole(generator, 1, 8));
+                                : QString::number(uniform(generator, -1e6, 1e6), 'g', whole(generator, 1, 8));
 }
 
 int randomFlags(Generator& generator)
@@ -74,8 +67,8 @@ QImage picture(Generator generator, const Draw& draw)
     else if (generator() % 2 == 0)
         painter.setLayoutDirection(Qt::LeftToRight);
     for (int i = whole(generator, 1, 5); i > 0; --i) {
-        QRectF rect(real(generator, -20.0, 150.0), real(generator, -20.0, 100.0), real(generator, 0.0, 90.0),
-            real(generator, 0.0, 40.0));
+        QRectF rect(uniform(generator, -20.0, 150.0), uniform(generator, -20.0, 100.0), uniform(generator, 0.0, 90.0),
+            uniform(generator, 0.0, 40.0));
         if (generator() % 2 == 0)
             rect = rect.toRect();
         const int flags = randomFlags(generator);

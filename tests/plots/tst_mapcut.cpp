@@ -1,5 +1,6 @@
 // The arithmetic of the cut against its spelt-out copy, and its edge cases by name.
 #include "support/cutoracle.h"
+#include "support/randomcases.h"
 #include "support/support.h"
 #include "tarnis/plots/mapcut_p.h"
 
@@ -11,13 +12,6 @@
 using namespace tarnis::testing;
 
 namespace {
-
-using Generator = std::mt19937_64;
-
-double uniform(Generator& generator, double low, double high)
-{
-    return std::uniform_real_distribution<double>(low, high)(generator);
-}
 
 MapState randomMap(Generator& generator)
 {

@@ -2,6 +2,7 @@
 // the overlay of cut and regions, the colour bar, and all of them together.
 #include "support/cutoracle.h"
 #include "support/map2dprobe.h"
+#include "support/randomcases.h"
 #include "support/support.h"
 
 #include <tarnis/foundation/helpers.h>
@@ -16,23 +17,6 @@
 using namespace tarnis::testing;
 
 namespace {
-
-using Generator = std::mt19937_64;
-
-double uniform(Generator& generator, double low, double high)
-{
-    return std::uniform_real_distribution<double>(low, high)(generator);
-}
-
-int whole(Generator& generator, int low, int high)
-{
-    return std::uniform_int_distribution<int>(low, high)(generator);
-}
-
-bool chance(Generator& generator, double probability)
-{
-    return uniform(generator, 0.0, 1.0) < probability;
-}
 
 double randomBin(Generator& generator)
 {

@@ -1,4 +1,5 @@
 // Pixels of lines against those of the raster engine, and lines drawn through a painter in any of its states.
+#include "support/randomcases.h"
 #include "support/support.h"
 
 #include "tarnis/plots/curvepaint_p.h"
@@ -15,16 +16,12 @@
 using tarnis::PixelMask;
 using tarnis::PixelRows;
 
+using tarnis::testing::Generator;
+using tarnis::testing::whole;
+
 namespace {
 
-using Generator = std::mt19937_64;
-
 constexpr QRgb ink = qRgb(255, 51, 0);
-
-int integer(Generator& random, int low, int high)
-{
-    return std::uniform_int_distribution<int>(low, high)(random);
-}
 
 QImage emptyImage(const QSize& size, QImage::Format format = QImage::Format_RGB32)
 {
@@ -41,14 +38,14 @@ PixelRows rowsOf(QImage& image)
 /// From nearly nothing to beyond the image, steep and flat.
 QLine randomLine(Generator& random, const QSize& size, int beyond)
 {
-    const auto within = [&](int length) { return integer(random, -beyond, length - 1 + beyond); };
+    const auto within = [&](int length) { return whole(random, -beyond, length - 1 + beyond); };
     const QPoint from(within(size.width()), within(size.height()));
     QPoint to(within(size.width()), within(size.height()));
-    const int kind = integer(random, 0, 4);
+    const int kind = whole(random, 0, 4);
     if (kind < 3) // a neighbour
-        to.setX(std::clamp(from.x() + integer(random, -kind, kind), -beyond, size.width() - 1 + beyond));
+        to.setX(std::clamp(from.x() + whole(random, -kind, kind), -beyond, size.width() - 1 + beyond));
     else if (kind == 3)
-        to.setY(std::clamp(from.y() + integer(random, -2, 2), -beyond, size.height() - 1 + beyond));
+        to.setY(std::clamp(from.y() + whole(random, -2, 2), -beyond, size.height() - 1 + beyond));
     return { from, to };
 }
 
@@ -235,8 +232,8 @@ void TestPixelMask::linesAreThoseOfTheEngine()
 {
     auto random = tarnis::testing::seededGenerator(3601);
     for (int number = 0; number < 400; ++number) {
-        const QSize size(integer(random, 1, 500), integer(random, 1, 400));
-        const QList<QLine> lines = randomLines(random, size, integer(random, 1, 60), 0);
+        const QSize size(whole(random, 1, 500), whole(random, 1, 400));
+        const QList<QLine> lines = randomLines(random, size, whole(random, 1, 60), 0);
         QImage expected = emptyImage(size);
         QPainter painter(&expected);
         painter.setPen(QColor(ink));
@@ -257,8 +254,8 @@ void TestPixelMask::leavesOutWhatIsOutside()
     auto random = tarnis::testing::seededGenerator(3602);
     const QSize size(120, 90);
     for (int number = 0; number < 400; ++number) {
-        const QRect area(QPoint(integer(random, 0, 60), integer(random, 0, 40)),
-            QPoint(integer(random, 0, 119), integer(random, 0, 89)));
+        const QRect area(
+            QPoint(whole(random, 0, 60), whole(random, 0, 40)), QPoint(whole(random, 0, 119), whole(random, 0, 89)));
         const QList<QLine> lines = randomLines(random, size, 40, 0);
         QImage expected = emptyImage(size);
         if (area.isValid()) {
@@ -343,7 +340,7 @@ void TestPixelMask::paintsAsThePainter()
     const QSize size(300, 200);
     for (int number = 0; number < 60; ++number) {
         const QList<QLine> lines =
-            randomLines(random, size, integer(random, 0, 400), number % 3 == 0 ? 0 : integer(random, 0, 500));
+            randomLines(random, size, whole(random, 0, 400), number % 3 == 0 ? 0 : whole(random, 0, 500));
         QImage expected = emptyImage(size, QImage::Format_ARGB32_Premultiplied);
         QImage image = expected;
         {
