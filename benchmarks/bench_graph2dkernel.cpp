@@ -1,8 +1,7 @@
 // The 5 by 5 filter on a 1024 x 1024 map against the spelt-out loops, in one run.
+#include "measure.h"
 #include "tarnis/dialogs/graph2dfilterdialog.h"
 #include "tarnis/dialogs/graph2dkernel_p.h"
-
-#include <benchmark/benchmark.h>
 
 #include <malloc.h>
 
@@ -79,10 +78,5 @@ int main(int argc, char** argv)
 {
     // Freed maps stay with the process: else most of both times would be the kernel's, that hands out zeroed pages.
     mallopt(M_TRIM_THRESHOLD, 1 << 28);
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
+    return runBenchmarks(argc, argv);
 }

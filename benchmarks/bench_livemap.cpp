@@ -1,6 +1,8 @@
 // The live 2D window with a map of 1024 x 1024 bins (8 MiB): what the GUI thread spends on a poll, from the reply to
 // the picture on the window (limit: 40 ms), and on steps of a person who cuts and zooms (limit: 30 ms). The counters
 // are medians in milliseconds of the thread's processor time, beside them one copy of the reply's bytes.
+#include "measure.h"
+
 #include <tarnis/dialogs/graph2ddialog.h>
 #include <tarnis/plots/xy2dgraphwidget.h>
 
@@ -9,12 +11,8 @@
 #include <QLoggingCategory>
 #include <QMouseEvent>
 
-#include <benchmark/benchmark.h>
-
-#include <algorithm>
 #include <cmath>
 #include <cstring>
-#include <ctime>
 #include <functional>
 #include <random>
 #include <vector>
@@ -35,25 +33,6 @@ QByteArray payloadOf(bool fractions)
         values.push_back(fractions ? value : std::floor(value));
     }
     return { reinterpret_cast<const char*>(values.data()), qsizetype(values.size() * sizeof(double)) };
-}
-
-template <typename Work> double millisecondsOf(Work work)
-{
-    const auto now = [] {
-        timespec time {};
-        clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-        return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) * 1e-6;
-    };
-    const double start = now();
-    work();
-    return now() - start;
-}
-
-double median(std::vector<double> values)
-{
-    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
-    std::nth_element(values.begin(), middle, values.end());
-    return *middle;
 }
 
 class Window : public Graph2DDialog {
@@ -163,10 +142,5 @@ int main(int argc, char** argv)
     add("reply/fractions-log", [](benchmark::State& state) { replyToPicture(state, true, true); });
     add("cut", [](benchmark::State& state) { step(state, false); });
     add("zoom", [](benchmark::State& state) { step(state, true); });
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
+    return runBenchmarks(argc, argv);
 }

@@ -2,6 +2,8 @@
 // (limit: less than 10 ms), and maps, of which 1024 x 1024 at 800 x 800 has to take less than 40 ms. The counters are
 // medians in milliseconds of the thread: taking the reply over, drawing, both; beside them one copy of the reply's
 // bytes.
+#include "measure.h"
+
 #include <tarnis/dialogs/graph1ddialog.h>
 #include <tarnis/dialogs/graph2ddialog.h>
 #include <tarnis/plots/multivectorgraphwidget.h>
@@ -10,12 +12,8 @@
 #include <QApplication>
 #include <QLoggingCategory>
 
-#include <benchmark/benchmark.h>
-
-#include <algorithm>
 #include <cmath>
 #include <cstring>
-#include <ctime>
 #include <functional>
 #include <random>
 #include <vector>
@@ -41,26 +39,6 @@ QByteArray payloadOf(Shape shape)
         }
     }
     return QByteArray(reinterpret_cast<const char*>(values.data()), qsizetype(values.size() * sizeof(double)));
-}
-
-/// Time of this thread alone: what other programs do in between does not count.
-template <typename Work> double millisecondsOf(Work work)
-{
-    const auto now = [] {
-        timespec time {};
-        clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-        return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) * 1e-6;
-    };
-    const double start = now();
-    work();
-    return now() - start;
-}
-
-double median(std::vector<double> values)
-{
-    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
-    std::nth_element(values.begin(), middle, values.end());
-    return *middle;
 }
 
 /// Hands a reply to a window again and again.
@@ -178,9 +156,5 @@ int main(int argc, char** argv)
     addMap("map-1024-real-log", { .whole = false, .logScale = true });
     addMap("map-64x16384", { .columns = 64, .rows = 16384 });
     addMap("map-16384x64", { .columns = 16384, .rows = 64 });
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
-    benchmark::RunSpecifiedBenchmarks();
-    return 0;
+    return runBenchmarks(argc, argv);
 }

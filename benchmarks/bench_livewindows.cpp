@@ -5,6 +5,8 @@
 //
 // Ends with 1 if a poll is missing, the memory grows, or the GUI thread works for 20 ms (maps: 40 ms) or more at a
 // stretch.
+#include "measure.h"
+
 #include <tarnis/dialogs/graph1ddialog.h>
 #include <tarnis/dialogs/graph2ddialog.h>
 #include <tarnis/plots/multivectorgraphwidget.h>
@@ -21,7 +23,6 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
-#include <ctime>
 #include <memory>
 #include <thread>
 #include <utility>
@@ -34,13 +35,6 @@ namespace {
 constexpr double longestPollSeconds = 2.0; ///< the period is a second and what the server takes
 constexpr double warmUpSeconds = 10.0; ///< caches, fonts and the heap's first growth
 constexpr double mostGrowthMiB = 8.0;
-
-double threadMilliseconds()
-{
-    timespec now {};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
-    return static_cast<double>(now.tv_sec) * 1e3 + static_cast<double>(now.tv_nsec) * 1e-6;
-}
 
 /// What /proc tells of a process.
 struct Usage {

@@ -1,13 +1,11 @@
 // What the log costs. Off: a line beside a call of an empty function, a block beside the copy of its file name. On:
 // lines of four threads beside bare fputs() and fflush() of lines of the same length. Each pair runs in one program,
 // one after the other in short rounds; the counters "over_ns" and "ratio" compare the medians of those rounds.
+#include "measure.h"
 #include "tarnis/foundation/log.h"
-
-#include <benchmark/benchmark.h>
 
 #include <QTemporaryDir>
 
-#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <string>
@@ -37,12 +35,6 @@ using Clock = std::chrono::steady_clock;
 [[gnu::noinline]] void logBlock()
 {
     LOG_BLOCK("block of [%s]", "something");
-}
-
-double median(std::vector<double> values)
-{
-    std::nth_element(values.begin(), values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2), values.end());
-    return values[values.size() / 2];
 }
 
 // Nanoseconds that one call takes, over `count` calls.

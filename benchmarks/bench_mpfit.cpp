@@ -1,13 +1,13 @@
 // One Gaussian on a constant, fitted by mpfit(), by cminpack's lmdif and by GSL's trust region: the same residuals, the
 // same start, the same tolerances. The three take turns, so that a ratio is of neighbours in time; the medians are
 // told.
+#include "measure.h"
+
 #include <tarnis/peak/mpfit.h>
 
-#include <benchmark/benchmark.h>
 #include <cminpack.h>
 #include <gsl/gsl_multifit_nlinear.h>
 
-#include <algorithm>
 #include <array>
 #include <cmath>
 #include <ctime>
@@ -140,13 +140,6 @@ double timeOf(double (*fit)(Series&), Series& series)
     for (int i = 0; i < fits; ++i)
         benchmark::DoNotOptimize(fit(series));
     return (processorTime() - begin) / fits;
-}
-
-double median(std::vector<double> values)
-{
-    const auto middle = values.begin() + std::ptrdiff_t(values.size() / 2);
-    std::nth_element(values.begin(), middle, values.end());
-    return *middle;
 }
 
 double callsOf(double (*fit)(Series&), Series& series)

@@ -9,9 +9,9 @@
 //   the
 //                axes and a colour scale
 //   qcpBare      the same without names and scale
+#include "measure.h"
 #include "support/map2dprobe.h"
 
-#include <benchmark/benchmark.h>
 #include <qcustomplot.h>
 
 #include <QApplication>
@@ -154,28 +154,14 @@ private:
     PeerMap* m_map;
 };
 
-/// Processor time of this thread, in milliseconds: other programs on the machine do not count.
-double now()
-{
-    timespec time {};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-    return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) * 1e-6;
-}
-
 class Times {
 public:
     template <typename Work> double take(const Work& work)
     {
-        const double start = now();
-        work();
-        m_times.push_back(now() - start);
+        m_times.push_back(millisecondsOf(work));
         return m_times.back();
     }
-    double median()
-    {
-        std::sort(m_times.begin(), m_times.end());
-        return m_times.empty() ? 0.0 : m_times.at(m_times.size() / 2);
-    }
+    double median() const { return ::median(m_times); }
 
 private:
     std::vector<double> m_times;
@@ -282,10 +268,5 @@ int main(int argc, char** argv)
 {
     QApplication app(argc, argv);
     registerAll();
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
+    return runBenchmarks(argc, argv);
 }

@@ -1,6 +1,7 @@
 // The curves of the 1D plots, drawing alone, 800 x 400, one thread: against the drawing sample by sample and against
 // QCustomPlot with adaptive sampling and without antialiasing. All three take turns within a round, so that a busy
 // machine slows them alike; the counters are medians over the rounds in milliseconds of the thread, and their ratios.
+#include "measure.h"
 #include "support/curveoracle.h"
 
 #include <tarnis/plots/multivectorgraphwidget.h>
@@ -12,11 +13,8 @@
 #include <QPainter>
 #include <QPixmap>
 
-#include <benchmark/benchmark.h>
-
 #include <algorithm>
 #include <cmath>
-#include <ctime>
 #include <random>
 #include <vector>
 
@@ -178,28 +176,6 @@ private:
     std::vector<Graph*> m_graphs; // owned by the plot
 };
 
-/// Time of this thread alone: what other programs do in between does not count.
-double threadMilliseconds()
-{
-    timespec now {};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
-    return static_cast<double>(now.tv_sec) * 1e3 + static_cast<double>(now.tv_nsec) * 1e-6;
-}
-
-template <typename Work> double millisecondsOf(Work work)
-{
-    const double start = threadMilliseconds();
-    work();
-    return threadMilliseconds() - start;
-}
-
-double median(std::vector<double> values)
-{
-    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
-    std::nth_element(values.begin(), middle, values.end());
-    return *middle;
-}
-
 void drawCurves(benchmark::State& state, const Case& test)
 {
     Plot plot(test);
@@ -306,9 +282,5 @@ int main(int argc, char** argv)
     QLoggingCategory::setFilterRules(QStringLiteral("default.debug=false"));
     addCases();
     addHardCases();
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
-    benchmark::RunSpecifiedBenchmarks();
-    return 0;
+    return runBenchmarks(argc, argv);
 }

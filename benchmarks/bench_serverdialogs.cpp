@@ -3,6 +3,8 @@
 // (limit: less than 5 ms of every second). The counters are medians in milliseconds of the thread, beside them the
 // parts that the dialogs call: the sort by the language's rules, the list widget alone, the items of the table alone.
 // The same folder on the simulated server is timed on the wall clock, from the request to the painted list.
+#include "measure.h"
+
 #include <tarnis/dialogs/selectdirectorydialog.h>
 #include <tarnis/dialogs/selectpathdialog.h>
 #include <tarnis/dialogs/statdialog.h>
@@ -19,34 +21,11 @@
 #include <QTableWidget>
 #include <QTemporaryDir>
 
-#include <benchmark/benchmark.h>
-
 #include <algorithm>
-#include <ctime>
 #include <random>
 #include <vector>
 
 namespace {
-
-/// Time of this thread alone: what other programs do in between does not count.
-template <typename Work> double millisecondsOf(Work work)
-{
-    const auto now = [] {
-        timespec time {};
-        clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-        return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) * 1e-6;
-    };
-    const double start = now();
-    work();
-    return now() - start;
-}
-
-double median(std::vector<double> values)
-{
-    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
-    std::nth_element(values.begin(), middle, values.end());
-    return *middle;
-}
 
 /// Nobody listens there: the replies are handed to the dialogs' slots.
 TarnisSession* newSession()
@@ -234,9 +213,5 @@ int main(int argc, char** argv)
         qputenv("QT_QPA_PLATFORM", "offscreen");
     const QApplication application(argc, argv);
     QLoggingCategory::setFilterRules(QStringLiteral("default.debug=false"));
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
-    benchmark::RunSpecifiedBenchmarks();
-    return 0;
+    return runBenchmarks(argc, argv);
 }
