@@ -111,6 +111,11 @@ void CommandPanel::sendTyped()
     ui->commandEdit->clear();
     send({ command, command, isBinary });
     ui->commandEdit->setFocus();
+    if (!m_lost.isEmpty() && m_lost.constFirst().text == command) {
+        m_lost.removeFirst(); // it is sent again
+        if (m_lost.isEmpty())
+            Q_EMIT nothingLost();
+    }
 }
 
 void CommandPanel::send(const Request& request)

@@ -60,6 +60,8 @@ Q_SIGNALS:
     void busyChanged();
     /// A command has come into the history.
     void commandTyped();
+    /// What could be sent again was sent by hand.
+    void nothingLost();
     /// The server has not refused it.
     void accepted(const QString& command);
 
@@ -88,7 +90,7 @@ protected:
     QByteArray m_liveTail; ///< the end of the reply that is coming
     qint64 m_received = 0; ///< bytes of it
     qint64 m_shown = 0; ///< bytes of it when it was last shown
-    QList<Request> m_lost; ///< commands that a failure left unanswered
+    QList<Request> m_lost; ///< commands without a reply that can be sent again
     bool m_isBinaryChosen = false; ///< the person has set the binary mark, it does not follow the text any more
 };
 

@@ -70,6 +70,10 @@ MainWindow::MainWindow(QSettings& memory, const QString& language)
     connect(m_commandPanel, &CommandPanel::notice, this, &MainWindow::onPassingNotice);
     connect(m_commandPanel, &CommandPanel::accepted, m_settingsPanel, &SettingsPanel::onCommandAccepted);
     connect(m_settingsPanel, &SettingsPanel::basePathWanted, this, [this] { openWindow(QStringLiteral("base-path")); });
+    connect(m_commandPanel, &CommandPanel::nothingLost, this, [this] {
+        if (ui->noticeBar->notice().remedy == Remedy::SendAgain)
+            ui->noticeBar->setNotice({});
+    });
     connect(m_commandPanel, &CommandPanel::commandTyped, this, &MainWindow::remember);
     connect(m_commandPanel, &CommandPanel::busyChanged, this, &MainWindow::updateControls);
     connect(m_settingsPanel, &SettingsPanel::controlsChanged, this, &MainWindow::updateControls);

@@ -2,6 +2,7 @@
 
 #include "tarnis/plots/plotpixmap_p.h"
 
+#include <QMetaMethod>
 #include <QPainter>
 
 #include <optional>
@@ -45,9 +46,11 @@ void DoubleBufferedWidget::refreshPixmapIfRequired()
     if (!m_doubleBuffered || (!m_refreshRequired && !otherScreen))
         return;
     m_refreshRequired = false;
+    const bool isFillSeen = isSignalConnected(QMetaMethod::fromSignal(&DoubleBufferedWidget::painting))
+        || tarnis::isTurned(m_rotation) || devicePixelRatio() != 1.0 || tarnis::fillOf(*this).alpha() != 255;
     bool filled = false;
     do {
-        filled = !std::exchange(m_coversPicture, false) || tarnis::isTurned(m_rotation) || devicePixelRatio() != 1.0;
+        filled = !std::exchange(m_coversPicture, false) || isFillSeen;
         m_pixmap = QPixmap(); // first, so that the new one can take its place in memory
         m_pixmap = filled ? tarnis::windowPixmap(*this, size()) : QPixmap(size());
         QPainter painter;

@@ -8,6 +8,11 @@
 
 namespace tarnis {
 
+QColor fillOf(const QWidget& widget)
+{
+    return widget.palette().brush(QPalette::Current, QPalette::Window).color();
+}
+
 QPixmap windowPixmap(const QWidget& widget, const QSize& size)
 {
     const qreal ratio = widget.devicePixelRatio();
@@ -15,7 +20,7 @@ QPixmap windowPixmap(const QWidget& widget, const QSize& size)
     if (pixmap.isNull())
         return pixmap;
     pixmap.setDevicePixelRatio(ratio);
-    pixmap.fill(widget.palette().brush(QPalette::Current, QPalette::Window).color());
+    pixmap.fill(fillOf(widget));
     return pixmap;
 }
 

@@ -1,6 +1,7 @@
 // Pixmaps that widgets paint themselves on, at the resolution of the screen.
 #pragma once
 
+#include <QColor>
 #include <QPixmap>
 
 QT_BEGIN_NAMESPACE
@@ -10,8 +11,11 @@ QT_END_NAMESPACE
 
 namespace tarnis {
 
-/// A pixmap for a picture of `size` in the widget's coordinates, at the widget's device pixel ratio, filled with the
-/// colour of its palette's window brush. Null for an empty size; beyond the memory no painter begins on it.
+/// The colour that a widget's picture is filled with: that of its palette's window brush.
+QColor fillOf(const QWidget& widget);
+
+/// A pixmap for a picture of `size` in the widget's coordinates, at the widget's device pixel ratio, filled. Null for
+/// an empty size; beyond the memory no painter begins on it.
 QPixmap windowPixmap(const QWidget& widget, const QSize& size);
 
 /// Makes window and viewport of a painter that has just begun on such a pixmap count in the widget's coordinates. At a

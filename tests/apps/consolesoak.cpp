@@ -51,7 +51,7 @@ constexpr int minuteMs = 60000;
 constexpr int closingMs = 1500; // until the sessions of closed windows have ended
 constexpr int silenceLimitMs = 60000; // a session notices silence after 41 s and connects anew after 1 s
 constexpr int settleMs = 70000; // after the last fault every poll is answered or given up within this time
-constexpr int heapJudgedFrom = 180; // seconds: a shorter run has no plateau to look at
+constexpr int heapJudgedFrom = 240; // seconds: a shorter run has no plateau to look at
 
 double megabytes(std::size_t bytes)
 {

@@ -424,13 +424,17 @@ private Q_SLOTS:
     void aLostCommandComesBackToAnEmptyLine()
     {
         ScriptedServer server;
-        server.answer("a", { Step::drop() });
+        server.answerInTurn("a", { { Step::drop() }, { Step::text("whole\n") } });
         Desk desk;
         desk.use(server);
         QVERIFY(desk.reaches(ServerState::Up));
         desk.send(QStringLiteral("a"));
         QVERIFY(desk.shows(QStringLiteral("No reply: a")));
         QCOMPARE(desk.edit().text(), QStringLiteral("a"));
+        QTRY_COMPARE_WITH_TIMEOUT(desk.notice().remedy, Remedy::SendAgain, patienceMs);
+        QTest::keyClick(&desk.edit(), Qt::Key_Return);
+        QVERIFY(desk.notice().text.isEmpty()); // else it could be sent a second time
+        QVERIFY(desk.shows(QStringLiteral("whole")));
     }
 
     void aCommandCanBeGivenUp()

@@ -209,6 +209,8 @@ private Q_SLOTS:
     void isTheSameInAGivenRectangle();
     void showsTheSelectedRangeOverThePicture();
     void aPaintThatLeavesPixelsFindsThePictureFilled();
+    void whoeverLooksBeforeThePaintFindsThePictureFilled();
+    void keepsTheFormatOfATranslucentPalette();
     void differsWhenAnythingDiffers();
 };
 
@@ -344,6 +346,40 @@ void TestFramePicture::aPaintThatLeavesPixelsFindsThePictureFilled()
     QCOMPARE(plot.paints, 5);
     plot.withFrame = true;
     QCOMPARE(plot.look(), framed);
+}
+
+void TestFramePicture::whoeverLooksBeforeThePaintFindsThePictureFilled()
+{
+    CrossPlot plot;
+    plot.m_doubleBuffered = true;
+    plot.resize(200, 150);
+    QList<QImage> seen;
+    const auto look = [&] {
+        plot.refreshPixmap();
+        plot.refreshPixmapIfRequired();
+    };
+    look();
+    QObject::connect(&plot, &DoubleBufferedWidget::painting, &plot, [&] { seen.append(plot.m_pixmap.toImage()); });
+    look();
+    look();
+    QPixmap filled(plot.size());
+    filled.fill(Qt::lightGray);
+    QCOMPARE(seen, QList<QImage>({ filled.toImage(), filled.toImage() }));
+}
+
+void TestFramePicture::keepsTheFormatOfATranslucentPalette()
+{
+    CrossPlot plot;
+    plot.m_doubleBuffered = true;
+    plot.resize(200, 150);
+    QPalette colours = plot.palette();
+    colours.setBrush(QPalette::Window, QColor(0, 0, 0, 100));
+    plot.setPalette(colours);
+    for (int i = 0; i < 3; ++i) {
+        plot.refreshPixmap();
+        plot.refreshPixmapIfRequired();
+        QVERIFY(plot.m_pixmap.hasAlphaChannel());
+    }
 }
 
 void TestFramePicture::differsWhenAnythingDiffers()

@@ -45,7 +45,8 @@ void openHistogram(const WindowContext& context, const HistogramInfo& histogram)
             return new LiveMap(context, std::function([listed] { return mapRequest(*listed); }));
         return new LiveCurves(context, std::function([listed] { return curvesRequest(*listed); }));
     };
-    context.follower.show({ QStringLiteral("histogram %1").arg(histogram.name), histogram.name, histogram, make,
+    const HistogramInfo newest = context.histograms.find(histogram.name).value_or(histogram);
+    context.follower.show({ QStringLiteral("histogram %1").arg(histogram.name), histogram.name, newest, make,
         [](const Listed& listed) { return Windows::tr("Histogram %1").arg(titleOf(*listed, listed->name)); } });
 }
 

@@ -3,9 +3,11 @@
 #include "windows/openwindows.h"
 #include "windows/serverhistograms.h"
 
+#include <QAbstractSpinBox>
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QLineEdit>
 #include <QPushButton>
 
 namespace console {
@@ -26,6 +28,15 @@ bool isFrozen(const QWidget& window)
 {
     const QCheckBox* const box = autoUpdateOf(window);
     return box && !box->isChecked();
+}
+
+/// A menu or a box may belong to the window, whose code waits for it; a line may be half typed, a range half drawn.
+bool isInHand(const QWidget& window)
+{
+    const QWidget* const focus = QApplication::focusWidget();
+    const bool isTyped = qobject_cast<const QLineEdit*>(focus) || qobject_cast<const QAbstractSpinBox*>(focus);
+    return QApplication::activePopupWidget() || QApplication::activeModalWidget()
+        || QApplication::mouseButtons() != Qt::NoButton || (isTyped && isWithin(*focus, window));
 }
 
 /// What a person has set by the window's own controls.
@@ -97,8 +108,7 @@ void HistogramFollower::renew(const QString& id)
     const QWidget* const old = m_windows.find(id);
     if (!old || !listed || listed == shown.listed)
         return;
-    // A menu or a box may belong to the window, whose code waits for it.
-    if (QApplication::activePopupWidget() || QApplication::activeModalWidget()) {
+    if (isInHand(*old)) {
         m_laterTimer.start(m_laterMs);
         return;
     }

@@ -2,6 +2,7 @@
 
 #include "words.h"
 
+#include <tarnis/dialogs/graph1ddialog.h>
 #include <tarnis/dialogs/graph2ddialog.h>
 #include <tarnis/foundation/helpers.h>
 
@@ -32,15 +33,12 @@ void showInPlace(QWidget& window, const QRect& place, Qt::WindowStates states, b
         window.activateWindow();
 }
 
-/// Out of a map of this main window. Not by isAncestorOf(), which ends at the border of a window.
+/// Out of a map of this main window. Its histogram may have become one of curves since.
 bool isFilteredMap(const QWidget& window, const QWidget& mainWindow)
 {
-    const QWidget* parent = window.parentWidget();
-    if (!qobject_cast<const Graph2DDialog*>(&window) || !qobject_cast<const Graph2DDialog*>(parent))
-        return false;
-    while (parent && parent != &mainWindow)
-        parent = parent->parentWidget();
-    return parent != nullptr;
+    const QWidget* const parent = window.parentWidget();
+    const bool isOfHistogram = qobject_cast<const Graph2DDialog*>(parent) || qobject_cast<const Graph1DDialog*>(parent);
+    return qobject_cast<const Graph2DDialog*>(&window) && isOfHistogram && isWithin(window, mainWindow);
 }
 
 /// The maps that were filtered out of the old window are results of their own: they stay on the screen.
@@ -118,6 +116,14 @@ Shares sharesOf(const QRect& area, const QRect& console, const QSize& least)
     return shares;
 }
 
+bool isWithin(const QWidget& widget, const QWidget& window)
+{
+    const QWidget* within = &widget;
+    while (within && within != &window)
+        within = within->parentWidget();
+    return within != nullptr;
+}
+
 bool canPlaceWindows(const QString& platform)
 {
     return !platform.startsWith(u"wayland");
@@ -182,18 +188,18 @@ void OpenWindows::replace(
     QWidget* const old = find(id);
     if (!old)
         return;
-    QWidget* const active = QApplication::activeWindow();
-    const bool isFront = m_front == old;
+    const QPointer<QWidget> active = QApplication::activeWindow();
     QWidget* const fresh = enter(id, make(), title);
     disconnect(old, nullptr, &m_windows, nullptr); // its key is the new one's
     fresh->setProperty(orderProperty, old->property(orderProperty));
     showInPlace(*fresh, old->normalGeometry(), old->windowState(), active == old);
     handOverMaps(*old, *fresh);
+    const auto heir = [&](QWidget* window) { return window && isWithin(*window, *old) ? fresh : window; };
+    m_front = heir(m_front);
+    QWidget* const next = heir(active); // the boxes of the old one go with it
     old->close();
-    if (isFront)
-        m_front = fresh;
-    if (active && active != old)
-        active->activateWindow(); // where the screen gives the keyboard to whatever comes new
+    if (next && active != old)
+        next->activateWindow(); // where the screen gives the keyboard to whatever comes new
 }
 
 void OpenWindows::bringForward(QWidget& window)

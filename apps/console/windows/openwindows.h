@@ -32,6 +32,9 @@ struct Shares {
 /// the left or, where it is too wide for that, at the top, of at least its least size but not more than three fifths.
 Shares sharesOf(const QRect& area, const QRect& console, const QSize& least);
 
+/// True if it is the window, or a part or box of it, at any depth. QWidget::isAncestorOf() ends at a window's border.
+bool isWithin(const QWidget& widget, const QWidget& window);
+
 /// False where a window cannot place itself, as on Wayland. `platform` as QGuiApplication::platformName() gives it.
 bool canPlaceWindows(const QString& platform);
 
