@@ -6,6 +6,8 @@
 #include <QRegularExpression>
 #include <QTest>
 
+#include <algorithm>
+
 using namespace tarnis::testing;
 
 namespace {
@@ -74,6 +76,34 @@ private:
     const LogFile m_log;
 };
 
+/// Sends a command and quits while the worker waits for the queue. Seldom the worker has left the lock behind and not
+/// said so yet: it then takes nothing.
+void quitAtTheLock(bool& wasTaken)
+{
+    const ScriptedServer server;
+    SessionClient client(server);
+    const Trace trace(client);
+    client.start();
+    QVERIFY(client.waitForConnected());
+    {
+        const QMutexLocker locker(&client.session->m_mutex);
+        // With the queue locked the worker gets as far as its next look at it.
+        QVERIFY(eventually([&] {
+            const QStringList lines = trace.worker();
+            return !lines.isEmpty() && lines.last() == "BLCK locking";
+        }));
+        client.send("stat");
+        client.session->quit();
+    }
+    QVERIFY(client.waitForEnd());
+    wasTaken = trace.worker().contains("DBG quit");
+    if (!wasTaken)
+        return;
+    QCOMPARE(client.signalled, QStringList("connected"));
+    QCOMPARE(client.session->queued(), QStringList());
+    QCOMPARE(server.requests().size(), 0);
+}
+
 } // namespace
 
 class TestSessionLog : public QObject {
@@ -124,6 +154,11 @@ private Q_SLOTS:
         client.send("stat");
         client.start();
         QVERIFY(client.waitForAnswers(1));
+        QVERIFY(eventually([&] {
+            const QList<LogEntry> entries = trace.log().entries();
+            return std::any_of(entries.begin(), entries.end(),
+                [](const LogEntry& entry) { return entry.message == "cmd is null, sleep 50"; });
+        }));
         client.destroy();
         // Depth of each block of the worker: what is open when it opens.
         QHash<QString, int> depth;
@@ -221,7 +256,8 @@ private Q_SLOTS:
         // A line feed in the command goes on in the next line of the file.
         QStringList lines = trace.loop();
         lines.removeIf([](const QString& line) {
-            return line.startsWith("BLCK handle cmd") || line == "BLCK loop" || line == "BLCK locking";
+            return line.startsWith("BLCK handle cmd") || line == "BLCK loop" || line == "BLCK locking"
+                || line == "DBG quit"; // told when the end comes between two looks at it
         });
         QCOMPARE(lines, inside + QStringList({ "BLCK emit result()", "BLCK sleep 0" }));
     }
@@ -278,26 +314,10 @@ private Q_SLOTS:
 
     void quitWithACommandJustTaken()
     {
-        const ScriptedServer server;
-        SessionClient client(server);
-        const Trace trace(client);
-        client.start();
-        QVERIFY(client.waitForConnected());
-        {
-            const QMutexLocker locker(&client.session->m_mutex);
-            // With the queue locked the worker gets as far as its next look at it.
-            QVERIFY(eventually([&] {
-                const QStringList lines = trace.worker();
-                return !lines.isEmpty() && lines.last() == "BLCK locking";
-            }));
-            client.send("stat");
-            client.session->quit();
-        }
-        QVERIFY(client.waitForEnd());
-        QVERIFY(trace.worker().contains("DBG quit"));
-        QCOMPARE(client.signalled, QStringList("connected"));
-        QCOMPARE(client.session->queued(), QStringList());
-        QCOMPARE(server.requests().size(), 0);
+        bool wasTaken = false;
+        for (int attempt = 0; attempt < 10 && !wasTaken && !QTest::currentTestFailed(); ++attempt)
+            quitAtTheLock(wasTaken);
+        QVERIFY(wasTaken);
     }
 
     void quitWithAReplyJustRead()
