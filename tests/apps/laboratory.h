@@ -65,6 +65,15 @@ struct OpenList {
         tarnis::testing::press(*button);
     }
     void accept() const { tarnis::testing::press(ok()); }
+    /// Of the two histograms the second alone.
+    bool opensTheMap() const
+    {
+        if (!isFilled(2))
+            return false;
+        chooser->setChecked(1, true);
+        accept();
+        return QTest::qWaitFor([&] { return chooser.isNull(); }, patienceMs);
+    }
 
     QPointer<HistogramChooser> chooser;
 };

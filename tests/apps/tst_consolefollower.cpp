@@ -71,10 +71,7 @@ private Q_SLOTS:
         server.answer("hist2d image bins:3x2", { Step::doubles({ 1, 2, 3, 4, 5, 9 }, "OK: exported 3 x 2 y\n") });
         Desk desk;
         OpenList list(server, desk);
-        QVERIFY(list.isFilled(2));
-        list.chooser->setChecked(1, true);
-        list.accept();
-        QTRY_VERIFY(list.chooser.isNull());
+        QVERIFY(list.opensTheMap());
         OpenWindows& windows = desk.window->windows();
         const QPointer<QWidget> curves = desk.find("curves");
         const QPointer<QWidget> map = windows.find(QStringLiteral("histogram image"));
@@ -222,10 +219,7 @@ private Q_SLOTS:
         Laboratory server;
         Desk desk;
         OpenList list(server, desk);
-        QVERIFY(list.isFilled(2));
-        list.chooser->setChecked(1, true);
-        list.accept();
-        QTRY_VERIFY(list.chooser.isNull());
+        QVERIFY(list.opensTheMap());
         const QString id = QStringLiteral("histogram image");
         const QPointer<Graph2DDialog> map = qobject_cast<Graph2DDialog*>(desk.window->windows().find(id));
         QVERIFY(map);
