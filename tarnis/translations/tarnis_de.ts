@@ -711,4 +711,59 @@
         <translation>Y-Max</translation>
     </message>
 </context>
+<context>
+    <name>tarnis::Files</name>
+    <message>
+        <source>no space is left on the device: free some or choose another folder</source>
+        <translation>auf dem Datenträger ist kein Platz mehr: Platz schaffen oder einen anderen Ordner wählen</translation>
+    </message>
+    <message>
+        <source>the disk quota is used up: free some space or choose another folder</source>
+        <translation>das Speicherkontingent ist verbraucht: Platz schaffen oder einen anderen Ordner wählen</translation>
+    </message>
+    <message>
+        <source>the file would be larger than this file system allows</source>
+        <translation>die Datei wäre größer, als es dieses Dateisystem erlaubt</translation>
+    </message>
+    <message>
+        <source>permission denied: choose another file or folder</source>
+        <translation>keine Berechtigung: eine andere Datei oder einen anderen Ordner wählen</translation>
+    </message>
+    <message>
+        <source>the file system is read-only: choose another folder</source>
+        <translation>das Dateisystem ist schreibgeschützt: einen anderen Ordner wählen</translation>
+    </message>
+    <message>
+        <source>the folder &apos;%1&apos; does not exist: create it or choose another one</source>
+        <translation>der Ordner „%1“ existiert nicht: ihn anlegen oder einen anderen wählen</translation>
+    </message>
+    <message>
+        <source>there is no such file</source>
+        <translation>es gibt keine solche Datei</translation>
+    </message>
+    <message>
+        <source>&apos;%1&apos; is not a folder</source>
+        <translation>„%1“ ist kein Ordner</translation>
+    </message>
+    <message>
+        <source>it is a folder: give the name of a file</source>
+        <translation>es ist ein Ordner: den Namen einer Datei angeben</translation>
+    </message>
+    <message>
+        <source>the reader has closed the pipe</source>
+        <translation>der Leser hat die Pipe geschlossen</translation>
+    </message>
+    <message>
+        <source>the name is too long: choose a shorter one</source>
+        <translation>der Name ist zu lang: einen kürzeren wählen</translation>
+    </message>
+    <message>
+        <source>the symbolic link leads nowhere: choose another file</source>
+        <translation>der symbolische Link führt ins Leere: eine andere Datei wählen</translation>
+    </message>
+    <message>
+        <source>it is larger than %1 bytes</source>
+        <translation>sie ist größer als %1 Bytes</translation>
+    </message>
+</context>
 </TS>
