@@ -32,25 +32,23 @@ bool waitForBytes(QTcpSocket& socket, qint64 enough, int timeout)
     return true;
 }
 
-// All that the socket holds, appended in one copy. Gives the number of bytes.
-qsizetype takeAvailable(QTcpSocket& socket, QByteArray& buffer)
+// All that the socket holds, in one copy. Returns the number of bytes.
+qsizetype takeAvailable(QTcpSocket& socket, tarnis::ReplyFrame& frame)
 {
     const qint64 available = socket.bytesAvailable();
     if (available <= 0)
         return 0;
-    const qsizetype before = buffer.size();
-    buffer.resize(before + available);
-    const qint64 taken = std::max<qint64>(socket.read(buffer.data() + before, available), 0);
-    buffer.truncate(before + taken);
+    const qint64 taken = std::max<qint64>(socket.read(frame.room(available), available), 0);
+    frame.commit(taken);
     return taken;
 }
 
-// The announced length, once its four bytes are here; one to three of them stay in the socket.
-bool takeLength(QTcpSocket& socket, qint32& length)
+// Reads the announced length once its four bytes are here; one to three of them stay in the socket.
+bool takeLength(QTcpSocket& socket, tarnis::ReplyFrame& frame)
 {
     if (socket.bytesAvailable() < tarnis::lengthFieldSize)
         return false;
-    length = tarnis::announcedLength(socket.read(tarnis::lengthFieldSize));
+    frame.setLength(socket.read(tarnis::lengthFieldSize));
     return true;
 }
 
@@ -77,22 +75,12 @@ private:
     QTcpSocket& m_socket;
 };
 
-qsizetype takePayload(QTcpSocket& socket, QByteArray& buffer, qint32 length)
-{
-    const qsizetype received = buffer.size() + socket.bytesAvailable();
-    const qsizetype worthHaving = tarnis::binaryReplyCapacity(length, received);
-    // A text that is longer than foreseen grows the buffer as any other.
-    if (received > buffer.capacity() && received <= worthHaving)
-        buffer.reserve(worthHaving);
-    return takeAvailable(socket, buffer);
-}
-
 } // namespace
 
 bool TarnisSession::read(QTcpSocket& socket, QByteArray& buffer, bool emitRead)
 {
     LOG_BLOCK("TarnisSession::read(), this[%p]", static_cast<void*>(this));
-    buffer.clear();
+    tarnis::ReplyFrame frame(tarnis::ReplyFrame::Form::Text, buffer);
     if (std::atomic_ref(m_bQuit).load())
         return false;
     for (int idle = 0;;) {
@@ -101,18 +89,18 @@ bool TarnisSession::read(QTcpSocket& socket, QByteArray& buffer, bool emitRead)
             Q_EMIT error(socket.error(), socket.errorString());
             return false;
         }
-        const qsizetype taken = takeAvailable(socket, buffer);
+        const qsizetype taken = takeAvailable(socket, frame);
         ++idle;
         if (taken > 0) {
             const QByteArray* const prompt = GetPrompt();
             if (!prompt)
                 return false;
-            const bool complete = buffer.endsWith(*prompt);
+            const bool complete = frame.isComplete(*prompt);
             const qsizetype fresh = complete ? taken - prompt->size() : taken;
             if (emitRead && fresh > 0)
                 Q_EMIT read(buffer.mid(buffer.size() - taken, fresh));
             if (complete) {
-                buffer.chop(prompt->size());
+                frame.finish(*prompt);
                 return true;
             }
             idle = 0;
@@ -125,34 +113,31 @@ bool TarnisSession::read(QTcpSocket& socket, QByteArray& buffer, bool emitRead)
 bool TarnisSession::readBinary(QTcpSocket& socket, QByteArray& buffer, QString& text)
 {
     LOG_BLOCK("TarnisSession::readBinary(), this[%p]", static_cast<void*>(this));
-    buffer.clear();
+    tarnis::ReplyFrame frame(tarnis::ReplyFrame::Form::Binary, buffer);
     text.clear();
     if (std::atomic_ref(m_bQuit).load())
         return false;
-    qint32 length = 0;
-    bool lengthKnown = false;
     PayloadWindow window(socket);
     // Unlike in read(), the idle rounds of the whole reply count.
     for (int idle = 0;;) {
-        window.update(lengthKnown ? length - buffer.size() : 0);
-        const qint64 enough = lengthKnown ? 1 : tarnis::lengthFieldSize;
+        window.update(frame.missing());
+        const qint64 enough = frame.needsLength() ? tarnis::lengthFieldSize : 1;
         const bool ready = waitForBytes(socket, enough, std::atomic_ref(m_timeout).load(std::memory_order_relaxed));
         if (!ready && idle > allowedIdleRounds) {
             Q_EMIT error(socket.error(), socket.errorString());
             return false;
         }
-        if (!lengthKnown) {
+        if (frame.needsLength()) {
             // A round that reads the length takes no payload.
-            lengthKnown = takeLength(socket, length);
-            idle += lengthKnown ? 0 : 1;
-        } else if (takePayload(socket, buffer, length) == 0) {
+            idle += takeLength(socket, frame) ? 0 : 1;
+        } else if (takeAvailable(socket, frame) == 0) {
             ++idle;
         } else {
             const QByteArray* const prompt = GetPrompt();
             if (!prompt)
                 return false;
-            if (tarnis::endsBinaryReply(buffer, length, *prompt)) {
-                text = tarnis::splitBinaryReply(buffer, length, prompt->size());
+            if (frame.isComplete(*prompt)) {
+                text = frame.finish(*prompt);
                 return true;
             }
         }

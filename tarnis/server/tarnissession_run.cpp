@@ -18,7 +18,7 @@ constexpr unsigned long idlePauseMs = 50;
 // There is no event loop that would send what is still in the socket's buffer when it is closed.
 void writeFarewell(QTcpSocket& socket)
 {
-    socket.write("close");
+    socket.write(tarnis::farewell);
     socket.flush();
 }
 

@@ -71,4 +71,57 @@ qsizetype binaryReplyCapacity(qint32 length, qsizetype received)
     return std::min(whole, std::max(believedCapacity, 2 * received));
 }
 
+ReplyFrame::ReplyFrame(Form form, QByteArray& buffer)
+    : m_form(form)
+    , m_buffer(buffer)
+    , m_needsLength(form == Form::Binary)
+{
+    m_buffer.clear();
+}
+
+void ReplyFrame::setLength(const QByteArray& field)
+{
+    m_length = announcedLength(field);
+    m_needsLength = false;
+}
+
+qsizetype ReplyFrame::missing() const
+{
+    return std::max<qsizetype>(payloadSize(m_length) - m_received, 0);
+}
+
+char* ReplyFrame::room(qsizetype size)
+{
+    const qsizetype wanted = m_received + size;
+    if (m_form == Form::Binary) {
+        const qsizetype worthHaving = binaryReplyCapacity(m_length, wanted);
+        // A text that is longer than expected grows the buffer like any other.
+        if (wanted > m_buffer.capacity() && wanted <= worthHaving)
+            m_buffer.reserve(worthHaving);
+    }
+    m_buffer.resize(wanted);
+    return m_buffer.data() + m_received;
+}
+
+void ReplyFrame::commit(qsizetype taken)
+{
+    m_received += taken;
+    m_buffer.truncate(m_received);
+}
+
+bool ReplyFrame::isComplete(const QByteArray& prompt) const
+{
+    if (m_form == Form::Text)
+        return m_buffer.endsWith(prompt);
+    return !m_needsLength && endsBinaryReply(m_buffer, m_length, prompt);
+}
+
+QString ReplyFrame::finish(const QByteArray& prompt)
+{
+    if (m_form == Form::Binary)
+        return splitBinaryReply(m_buffer, m_length, prompt.size());
+    m_buffer.chop(prompt.size());
+    return {};
+}
+
 } // namespace tarnis
