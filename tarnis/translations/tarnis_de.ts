@@ -712,6 +712,120 @@
     </message>
 </context>
 <context>
+    <name>tarnis::Client</name>
+    <message>
+        <source>The client was closed.</source>
+        <translation>Der Client wurde geschlossen.</translation>
+    </message>
+    <message>
+        <source>The connection was closed by this program.</source>
+        <translation>Dieses Programm hat die Verbindung geschlossen.</translation>
+    </message>
+    <message>
+        <source>The connection was aborted by this program.</source>
+        <translation>Dieses Programm hat die Verbindung abgebrochen.</translation>
+    </message>
+    <message>
+        <source>The name of the uploaded file is empty or holds a line feed.</source>
+        <translation>Der Name der hochzuladenden Datei ist leer oder enthält einen Zeilenumbruch.</translation>
+    </message>
+    <message>
+        <source>The prompt is empty. Without it the end of a reply cannot be recognised.</source>
+        <translation>Der Prompt ist leer. Ohne ihn ist das Ende einer Antwort nicht zu erkennen.</translation>
+    </message>
+    <message>
+        <source>The name of the server&apos;s host is empty.</source>
+        <translation>Der Name des Rechners, auf dem der Server läuft, ist leer.</translation>
+    </message>
+    <message>
+        <source>The port must be from 1 to 65535.</source>
+        <translation>Der Port muss zwischen 1 und 65535 liegen.</translation>
+    </message>
+    <message>
+        <source>The client connects to another server.</source>
+        <translation>Der Client verbindet sich mit einem anderen Server.</translation>
+    </message>
+    <message>
+        <source>The request was cancelled before it was sent.</source>
+        <translation>Die Anfrage wurde abgebrochen, bevor sie gesendet wurde.</translation>
+    </message>
+    <message>
+        <source>The request was made on another thread than the client&apos;s.</source>
+        <translation>Die Anfrage kam von einem anderen Thread als dem des Clients.</translation>
+    </message>
+    <message>
+        <source>The command holds a line feed. Send one command per request.</source>
+        <translation>Der Befehl enthält einen Zeilenumbruch. Senden Sie einen Befehl je Anfrage.</translation>
+    </message>
+    <message>
+        <source>The client is not connected to a server.</source>
+        <translation>Der Client ist mit keinem Server verbunden.</translation>
+    </message>
+    <message>
+        <source>%1 requests wait already.</source>
+        <translation>Es warten bereits %1 Anfragen.</translation>
+    </message>
+    <message>
+        <source>The server sent bytes that no request asked for.</source>
+        <translation>Der Server hat Bytes gesendet, die nicht angefordert wurden.</translation>
+    </message>
+    <message>
+        <source>The request was not sent within its deadline of %1 s.</source>
+        <translation>Die Anfrage konnte nicht innerhalb ihrer Frist von %1 s gesendet werden.</translation>
+    </message>
+    <message>
+        <source>The reply was not complete within the deadline of %1 s.</source>
+        <translation>Die Antwort war nach der Frist von %1 s nicht vollständig.</translation>
+    </message>
+    <message>
+        <source>The server was silent for %1 s.</source>
+        <translation>Der Server hat %1 s lang nichts gesendet.</translation>
+    </message>
+    <message>
+        <source>No connection to the server within %1 s.</source>
+        <translation>Keine Verbindung zum Server innerhalb von %1 s.</translation>
+    </message>
+    <message>
+        <source>No prompt from the server within %1 s.</source>
+        <translation>Kein Prompt vom Server innerhalb von %1 s.</translation>
+    </message>
+</context>
+<context>
+    <name>tarnis::Connection</name>
+    <message>
+        <source>The server sent bytes that no request asked for.</source>
+        <translation>Der Server hat Bytes gesendet, die nicht angefordert wurden.</translation>
+    </message>
+    <message>
+        <source>The server announced a reply of %1 bytes; at most %2 are accepted.</source>
+        <translation>Der Server hat eine Antwort von %1 Bytes angekündigt; höchstens %2 sind zulässig.</translation>
+    </message>
+    <message>
+        <source>The reply is larger than the accepted %1 bytes.</source>
+        <translation>Die Antwort ist größer als die zulässigen %1 Bytes.</translation>
+    </message>
+    <message>
+        <source>The connection was refused: no server listens at this address.</source>
+        <translation>Die Verbindung wurde abgelehnt: Unter dieser Adresse läuft kein Server.</translation>
+    </message>
+    <message>
+        <source>The host was not found. Check its name.</source>
+        <translation>Der Rechner wurde nicht gefunden. Prüfen Sie seinen Namen.</translation>
+    </message>
+    <message>
+        <source>The server has closed the connection.</source>
+        <translation>Der Server hat die Verbindung geschlossen.</translation>
+    </message>
+    <message>
+        <source>The network connection was interrupted (%1).</source>
+        <translation>Die Netzwerkverbindung wurde unterbrochen (%1).</translation>
+    </message>
+    <message>
+        <source>The connection has failed.</source>
+        <translation>Die Verbindung ist fehlgeschlagen.</translation>
+    </message>
+</context>
+<context>
     <name>tarnis::Files</name>
     <message>
         <source>no space is left on the device: free some or choose another folder</source>

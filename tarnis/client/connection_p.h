@@ -1,0 +1,69 @@
+// The socket of a client: TCP connection, greeting, one exchange at a time. It keeps no queue and no clock. The owner
+// may delete it in any of its signals.
+#pragma once
+
+#include "tarnis/server/wire_p.h"
+
+#include <QByteArray>
+#include <QByteArrayView>
+#include <QObject>
+#include <QString>
+#include <QTcpSocket>
+
+#include <memory>
+#include <optional>
+
+namespace tarnis {
+
+class Connection : public QObject {
+    Q_OBJECT
+public:
+    enum class Phase { Closed, Connecting, Greeting, Idle, Exchange };
+
+    explicit Connection(QByteArray prompt, QObject* parent);
+    ~Connection() override;
+
+    Phase phase() const { return m_phase; }
+    /// Starts an attempt in place of whatever was before. No signal comes before it returns.
+    void open(const QString& host, quint16 port);
+    /// Sends a request. Only when Idle. A reply of more than `maxSize` bytes fails.
+    void exchange(const QByteArray& request, ReplyFrame::Form form, qint64 maxSize);
+    /// Bytes have arrived that no request asked for. The next reply could not be told from them.
+    bool hasStrayBytes() const;
+    /// Disconnects without a signal, from an idle connection with the farewell if `politely`.
+    void close(bool politely);
+
+Q_SIGNALS:
+    void opened(); ///< TCP is up, the greeting is awaited
+    void greeted(const QByteArray& text); ///< Idle
+    /// Something of a reply has arrived: its bytes so far, the announced length or -1, the new piece of a text.
+    void received(qint64 size, qint64 expected, QByteArrayView piece);
+    void replied(const QByteArray& data, const QString& binaryText); ///< Idle
+    void lost(const QString& reason); ///< Closed
+
+protected:
+    void makeSocket();
+    void onConnected();
+    void onReadyRead();
+    void onUnasked();
+    bool readLength();
+    qint64 readSome();
+    bool reportProgress(qint64 taken, bool complete);
+    bool checkSize();
+    void onComplete();
+    void onSocketError();
+    void fail(const QString& reason);
+    QString socketReason() const;
+
+    const QByteArray m_prompt;
+    std::unique_ptr<QTcpSocket> m_socket;
+    quint64 m_socketNumber = 0; ///< queued calls of an earlier socket are recognised by theirs
+    Phase m_phase = Phase::Closed;
+    QByteArray m_buffer;
+    std::optional<ReplyFrame> m_frame;
+    bool m_isText = true;
+    qint64 m_maxSize = 0;
+    QByteArray m_lengthField; ///< what has arrived of a binary reply's length
+};
+
+} // namespace tarnis

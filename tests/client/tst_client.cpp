@@ -1,0 +1,541 @@
+// The asynchronous client: states, futures, limits, recovery.
+#include "support/scriptedserver.h"
+
+#include <tarnis/client/client.h>
+
+#include <QSignalSpy>
+#include <QTest>
+
+#include <memory>
+#include <thread>
+
+using namespace tarnis;
+using namespace tarnis::testing;
+using namespace std::chrono_literals;
+
+using Outcome = Reply::Outcome;
+using State = Client::State;
+
+namespace {
+
+/// Short waits, so that a reconnect takes no time.
+ClientOptions quick()
+{
+    ClientOptions options;
+    options.reconnect.first = 1ms;
+    options.reconnect.longest = 5ms;
+    return options;
+}
+
+ClientOptions once()
+{
+    ClientOptions options;
+    options.reconnect.enabled = false;
+    return options;
+}
+
+RequestOptions binary()
+{
+    RequestOptions options;
+    options.form = RequestOptions::Form::Binary;
+    return options;
+}
+
+/// Runs the event loop until the future has ended.
+Reply endOf(const QFuture<Reply>& future)
+{
+    if (!eventually([&] { return future.isFinished(); }) || future.resultCount() != 1) {
+        QTest::qFail("the request has not ended with a result", __FILE__, __LINE__);
+        return {};
+    }
+    return future.result();
+}
+
+} // namespace
+
+class TestClient : public QObject {
+    Q_OBJECT
+private:
+    /// A client that is connected to the server.
+    static std::unique_ptr<Client> connectedTo(const ScriptedServer& server, const ClientOptions& options = quick())
+    {
+        auto client = std::make_unique<Client>(options);
+        client->connectTo(server.host(), server.port());
+        if (!eventually([&] { return client->state() == State::Ready; }))
+            QTest::qFail("not connected", __FILE__, __LINE__);
+        return client;
+    }
+
+private Q_SLOTS:
+    void goesThroughItsStates()
+    {
+        ScriptedServer server;
+        server.answer("stat", { Step::text("a: 1\n") });
+        Client client(quick());
+        QList<State> states;
+        connect(&client, &Client::stateChanged, this, [&](State state) { states.append(state); });
+        QCOMPARE(client.state(), State::Disconnected);
+        client.connectTo(server.host(), server.port());
+        QCOMPARE(client.state(), State::Connecting);
+        QCOMPARE(endOf(client.request("stat")).data, QByteArray("a: 1\n"));
+        client.close();
+        QCOMPARE(states,
+            QList<State>(
+                { State::Connecting, State::Greeting, State::Ready, State::Busy, State::Ready, State::Disconnected }));
+        QVERIFY(server.waitForFarewells(1));
+    }
+
+    void answersInOrder()
+    {
+        ScriptedServer server;
+        server.answerOthers(
+            [](const std::string& request) { return Script { Step::text(QByteArray::fromStdString(request)) }; });
+        const auto client = connectedTo(server);
+        QStringList ends;
+        for (int i = 0; i < 100; ++i)
+            client->request(QString::number(i)).then([&](const Reply& reply) { ends.append(reply.text()); });
+        QVERIFY(eventually([&] { return ends.size() == 100; }));
+        for (int i = 0; i < 100; ++i)
+            QCOMPARE(ends.at(i), QString::number(i));
+    }
+
+    void sendsHigherPrioritiesFirst()
+    {
+        ScriptedServer server;
+        server.answer("first", { Step::hold("gate"), Step::text("") });
+        const auto client = connectedTo(server);
+        client->request("first");
+        RequestOptions urgent;
+        urgent.priority = 1;
+        client->request("second");
+        client->request("third");
+        client->request("urgent", urgent);
+        QVERIFY(server.waitForHold("gate"));
+        server.release("gate");
+        QVERIFY(server.waitForRequests(4));
+        QCOMPARE(server.requests(), QList<QByteArray>({ "first", "urgent", "second", "third" }));
+    }
+
+    void readsBothForms_data()
+    {
+        QTest::addColumn<int>("chunk");
+        QTest::newRow("whole") << 0;
+        QTest::newRow("byte by byte") << 1;
+        QTest::newRow("three bytes") << 3;
+    }
+    void readsBothForms()
+    {
+        QFETCH(int, chunk);
+        const auto cut = [chunk](const Step& step) { return chunk == 0 ? step : step.inChunksOf(chunk); };
+        ScriptedServer server;
+        server.answer("text", { cut(Step::text("a >b\n")) });
+        server.answer("hist", { cut(Step::binary("> 12345> ", "OK:\u00b5\n")) });
+        server.answer("none", { cut(Step::binary("", "")) });
+        const auto client = connectedTo(server);
+        const auto text = client->request("text");
+        const auto hist = client->requestBinary("hist");
+        const auto none = client->requestBinary("none");
+        QCOMPARE(endOf(text).data, QByteArray("a >b\n"));
+        QVERIFY(endOf(text).binaryText.isNull());
+        QCOMPARE(endOf(hist).data, QByteArray("> 12345> "));
+        QCOMPARE(endOf(hist).binaryText, QStringLiteral("OK:\u00b5\n"));
+        QCOMPARE(endOf(none).outcome, Outcome::Replied);
+        QVERIFY(!endOf(none).binaryText.isNull());
+    }
+
+    void readsLargeReplies()
+    {
+        const QByteArray payload(48 << 20, 'x');
+        ScriptedServer server;
+        server.answer("hist", { Step::binary(payload, "OK:\n") });
+        const auto client = connectedTo(server);
+        qint64 last = 0;
+        RequestOptions options = binary();
+        options.progress = [&](const Progress& progress) {
+            QVERIFY(progress.received > last);
+            QCOMPARE(progress.expected, payload.size());
+            last = progress.received;
+        };
+        const Reply reply = endOf(client->request("hist", options));
+        QVERIFY(reply.data == payload);
+        QVERIFY(last >= payload.size());
+    }
+
+    void reportsPiecesOfText()
+    {
+        ScriptedServer server;
+        server.answer("long", { Step::text("abcdef").inChunksOf(2) });
+        const auto client = connectedTo(server);
+        QByteArray pieces;
+        RequestOptions options;
+        options.progress = [&](const Progress& progress) { pieces += progress.piece.toByteArray(); };
+        QCOMPARE(endOf(client->request("long", options)).data, QByteArray("abcdef"));
+        QCOMPARE(pieces, QByteArray("abcdef"));
+    }
+
+    void uploads()
+    {
+        ScriptedServer server;
+        const auto client = connectedTo(server);
+        const QByteArray content("a\nb\xff\0c", 6);
+        QCOMPARE(endOf(client->upload("name", content)).outcome, Outcome::Replied);
+        QCOMPARE(server.received(), QByteArray("txfile name\n") + content + '\x04');
+    }
+
+    void refusesWhatCannotBeSent_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QByteArray>("data");
+        QTest::newRow("line feed") << "a\nb" << QByteArray();
+        QTest::newRow("upload without header")
+            << "txfile" << QByteArray("NG:Command does not contain newline charactor[\\n].\n");
+        QTest::newRow("upload with the end mark")
+            << "txfile a\n\x04" << QByteArray("NG:File contains EOT(0x04) char.\n");
+    }
+    void refusesWhatCannotBeSent()
+    {
+        QFETCH(QString, text);
+        QFETCH(QByteArray, data);
+        ScriptedServer server;
+        const auto client = connectedTo(server);
+        const Reply reply = endOf(client->request(text));
+        QCOMPARE(reply.outcome, Outcome::Refused);
+        QCOMPARE(reply.data, data);
+        QVERIFY(!reply.reason.isEmpty());
+        QCOMPARE(endOf(client->upload("a\nb", "x")).outcome, Outcome::Refused);
+        QCOMPARE(endOf(client->request("")).outcome, Outcome::Replied);
+        client->close();
+        QVERIFY(server.waitForFarewells(1));
+        QCOMPARE(server.received(), QByteArray("close"));
+    }
+
+    void tellsRefusals()
+    {
+        ScriptedServer server;
+        server.answer("bad", { Step::text("NG:no such thing\n") });
+        server.answer("badhist", { Step::binary("", "NG:no histogram\n") });
+        const auto client = connectedTo(server);
+        const Reply text = endOf(client->request("bad"));
+        QCOMPARE(text.outcome, Outcome::Refused);
+        QCOMPARE(text.reason, QStringLiteral("no such thing"));
+        QCOMPARE(endOf(client->requestBinary("badhist")).reason, QStringLiteral("no histogram"));
+    }
+
+    void failsWithoutConnection()
+    {
+        Client client(once());
+        QCOMPARE(endOf(client.request("stat")).outcome, Outcome::Failed);
+        client.connectTo("127.0.0.1", ScriptedServer::closedPort());
+        const Reply reply = endOf(client.request("stat"));
+        QCOMPARE(reply.outcome, Outcome::Failed);
+        QVERIFY(reply.reason.contains("refused"));
+        QCOMPARE(client.state(), State::Failed);
+        QCOMPARE(client.reason(), reply.reason);
+        QCOMPARE(endOf(client.request("stat")).reason, reply.reason);
+    }
+
+    void refusesAddresses_data()
+    {
+        QTest::addColumn<QString>("host");
+        QTest::addColumn<int>("port");
+        QTest::addColumn<QByteArray>("prompt");
+        QTest::newRow("no host") << " " << 5000 << QByteArray("> ");
+        QTest::newRow("no port") << "localhost" << 0 << QByteArray("> ");
+        QTest::newRow("no prompt") << "localhost" << 5000 << QByteArray();
+    }
+    void refusesAddresses()
+    {
+        QFETCH(QString, host);
+        QFETCH(int, port);
+        QFETCH(QByteArray, prompt);
+        ClientOptions options;
+        options.prompt = prompt;
+        Client client(options);
+        client.connectTo(host, quint16(port));
+        QCOMPARE(client.state(), State::Failed);
+        QVERIFY(!client.reason().isEmpty());
+        client.reconnectNow();
+        QCOMPARE(client.state(), State::Failed);
+    }
+
+    void comesBackAfterALoss()
+    {
+        ScriptedServer server;
+        server.setScript(0, { Step::text("hello\n"), Step::expectLine("a"), Step::drop() });
+        server.answer("b", { Step::text("yes") });
+        Client client(quick());
+        QSignalSpy lost(&client, &Client::connectionLost);
+        QSignalSpy up(&client, &Client::connected);
+        client.connectTo(server.host(), server.port());
+        const auto first = client.request("a");
+        const auto second = client.request("b");
+        QCOMPARE(endOf(first).outcome, Outcome::Failed);
+        QVERIFY(!endOf(first).reason.isEmpty());
+        QCOMPARE(endOf(second).data, QByteArray("yes"));
+        QCOMPARE(lost.size(), 1);
+        QCOMPARE(up.size(), 2);
+        QVERIFY(client.reason().isEmpty());
+    }
+
+    void givesUpAfterSoManyAttempts()
+    {
+        ClientOptions options = quick();
+        options.reconnect.maxAttempts = 3;
+        ScriptedServer server({ Step::drop() });
+        Client client(options);
+        client.connectTo(server.host(), server.port());
+        QCOMPARE(endOf(client.request("stat")).outcome, Outcome::Failed);
+        QCOMPARE(client.state(), State::Failed);
+        QVERIFY(server.waitForConnections(3));
+        client.reconnectNow();
+        QCOMPARE(client.state(), State::Connecting);
+    }
+
+    void timesOut_data()
+    {
+        QTest::addColumn<RequestOptions>("options");
+        RequestOptions deadline;
+        deadline.deadline = 20ms;
+        QTest::newRow("deadline") << deadline;
+        RequestOptions silence;
+        silence.silence = 20ms;
+        QTest::newRow("silence") << silence;
+        silence.deadline = 0ms;
+        silence.form = RequestOptions::Form::Binary;
+        QTest::newRow("silence, binary, without deadline") << silence;
+    }
+    void timesOut()
+    {
+        QFETCH(RequestOptions, options);
+        ScriptedServer server;
+        server.answer("silent", { Step::raw("ab"), Step::silence() });
+        server.answer("next", { Step::text("yes") });
+        const auto client = connectedTo(server);
+        const auto silent = client->request("silent", options);
+        const auto next = client->request("next");
+        QCOMPARE(endOf(silent).outcome, Outcome::TimedOut);
+        QVERIFY(!endOf(silent).reason.isEmpty());
+        QCOMPARE(endOf(next).data, QByteArray("yes"));
+    }
+
+    void timesOutInTheQueue()
+    {
+        ScriptedServer server;
+        server.answer("long", { Step::hold("gate"), Step::text("done") });
+        const auto client = connectedTo(server);
+        const auto first = client->request("long");
+        RequestOptions brief;
+        brief.deadline = 5ms;
+        QCOMPARE(endOf(client->request("brief", brief)).outcome, Outcome::TimedOut);
+        server.release("gate");
+        QCOMPARE(endOf(first).data, QByteArray("done"));
+        QCOMPARE(server.requests(), QList<QByteArray>({ "long" }));
+    }
+
+    void timesOutWithoutAGreeting()
+    {
+        ClientOptions options = once();
+        options.greetingTimeout = 20ms;
+        ScriptedServer server({ Step::silence() });
+        Client client(options);
+        client.connectTo(server.host(), server.port());
+        QCOMPARE(endOf(client.request("stat")).outcome, Outcome::Failed);
+        QCOMPARE(client.state(), State::Failed);
+    }
+
+    void boundsReplies_data()
+    {
+        QTest::addColumn<Script>("answer");
+        QTest::addColumn<bool>("isBinary");
+        QTest::newRow("text") << Script { Step::text(QByteArray(200000, 'x')) } << false;
+        QTest::newRow("announced") << Script { Step::binary("abc").announcing(1 << 30) } << true;
+        QTest::newRow("text behind a payload") << Script { Step::binary("abc", QByteArray(200000, 'x')) } << true;
+    }
+    void boundsReplies()
+    {
+        QFETCH(Script, answer);
+        QFETCH(bool, isBinary);
+        ScriptedServer server;
+        server.answer("large", answer);
+        const auto client = connectedTo(server);
+        RequestOptions options = isBinary ? binary() : RequestOptions();
+        options.maxSize = 100000;
+        const Reply reply = endOf(client->request("large", options));
+        QCOMPARE(reply.outcome, Outcome::Failed);
+        QVERIFY(reply.reason.contains("100000"));
+        QCOMPARE(endOf(client->request("next")).outcome, Outcome::Replied);
+    }
+
+    void boundsTheQueue()
+    {
+        ClientOptions options = quick();
+        options.maxQueued = 3;
+        ScriptedServer server({ Step::silence() });
+        Client client(options);
+        client.connectTo(server.host(), server.port());
+        QList<QFuture<Reply>> futures;
+        for (int i = 0; i < 4; ++i)
+            futures.append(client.request("stat"));
+        QVERIFY(!futures.at(2).isFinished());
+        QCOMPARE(endOf(futures.at(3)).outcome, Outcome::Failed);
+        client.abort();
+        for (int i = 0; i < 3; ++i)
+            QCOMPARE(endOf(futures.at(i)).outcome, Outcome::Cancelled);
+        QCOMPARE(client.state(), State::Disconnected);
+    }
+
+    void dropsAConnectionWithStrayBytes()
+    {
+        ScriptedServer server;
+        server.setScript(0,
+            { Step::text("hello"), Step::expectLine("a"), Step::text("ok"), Step::hold("stray"), Step::raw("stray"),
+                Step::serve() });
+        server.answer("b", { Step::text("right") });
+        const auto client = connectedTo(server);
+        QCOMPARE(endOf(client->request("a")).data, QByteArray("ok"));
+        QSignalSpy lost(client.get(), &Client::connectionLost);
+        server.release("stray");
+        QVERIFY(eventually([&] { return lost.size() == 1; }));
+        QCOMPARE(endOf(client->request("b")).data, QByteArray("right"));
+    }
+
+    void callerCancels()
+    {
+        ScriptedServer server;
+        server.answer("long", { Step::hold("gate"), Step::text("late") });
+        server.answer("next", { Step::text("right") });
+        const auto client = connectedTo(server);
+        auto underWay = client->request("long");
+        auto waiting = client->request("waiting");
+        const auto next = client->request("next");
+        QVERIFY(server.waitForHold("gate"));
+        underWay.cancel();
+        waiting.cancel();
+        QVERIFY(eventually([&] { return underWay.isFinished() && waiting.isFinished(); }));
+        QCOMPARE(underWay.resultCount(), 0);
+        QCOMPARE(client->pending(), 1);
+        server.release("gate");
+        QCOMPARE(endOf(next).data, QByteArray("right"));
+        QCOMPARE(server.requests(), QList<QByteArray>({ "long", "next" }));
+    }
+
+    void cancelAllLeavesTheOneUnderWay()
+    {
+        ScriptedServer server;
+        server.answer("long", { Step::hold("gate"), Step::text("done") });
+        const auto client = connectedTo(server);
+        const auto first = client->request("long");
+        const auto second = client->request("second");
+        client->cancelAll();
+        QCOMPARE(endOf(second).outcome, Outcome::Cancelled);
+        server.release("gate");
+        QCOMPARE(endOf(first).data, QByteArray("done"));
+    }
+
+    void keepsAlive()
+    {
+        ClientOptions options = quick();
+        options.keepAlive.interval = 5ms;
+        options.keepAlive.silence = 20ms;
+        options.keepAlive.command = "ping";
+        ScriptedServer server;
+        server.answerInTurn("ping", { { Step::text("") }, { Step::silence() }, { Step::text("") } });
+        const auto client = connectedTo(server, options);
+        QSignalSpy lost(client.get(), &Client::connectionLost);
+        QVERIFY(server.waitForConnections(2));
+        QVERIFY(eventually([&] { return client->isConnected(); }));
+        QCOMPARE(lost.size(), 1);
+        QVERIFY(lost.first().first().toString().contains("silent"));
+    }
+
+    void refusedGreetingIsAReason()
+    {
+        ScriptedServer server({ Step::text("NG:too many clients\n") });
+        Client client(once());
+        client.connectTo(server.host(), server.port());
+        QVERIFY(eventually([&] { return client.state() == State::Failed; }));
+        QCOMPARE(client.reason(), QStringLiteral("too many clients"));
+    }
+
+    void deletedAnywhere_data()
+    {
+        QTest::addColumn<int>("place");
+        QTest::newRow("stateChanged to Greeting") << 0;
+        QTest::newRow("connected") << 1;
+        QTest::newRow("stateChanged to Busy") << 2;
+        QTest::newRow("continuation") << 3;
+        QTest::newRow("progress") << 4;
+        QTest::newRow("connectionLost") << 5;
+        QTest::newRow("continuation of a failed request") << 6;
+        QTest::newRow("continuation of a timed-out request") << 7;
+    }
+    void deletedAnywhere()
+    {
+        QFETCH(int, place);
+        ScriptedServer server;
+        server.answer("ok", { Step::text("fine") });
+        server.answer("drop", { Step::raw("a"), Step::drop() });
+        server.answer("silent", { Step::silence() });
+        auto* client = new Client(quick());
+        const auto end = [&](bool now) {
+            if (now && client)
+                delete std::exchange(client, nullptr);
+        };
+        connect(client, &Client::stateChanged, this, [&](State state) {
+            end(place == 0 && state == State::Greeting);
+            end(place == 2 && state == State::Busy);
+        });
+        connect(client, &Client::connected, this, [&] { end(place == 1); });
+        connect(client, &Client::connectionLost, this, [&] { end(place == 5); });
+        client->connectTo(server.host(), server.port());
+        QList<QFuture<Reply>> futures;
+        RequestOptions options;
+        options.progress = [&](const Progress&) { end(place == 4); };
+        futures.append(client->request("ok", options));
+        futures.last().then([&](const Reply&) { end(place == 3); });
+        futures.append(client->request("drop"));
+        futures.last().then([&](const Reply&) { end(place == 6); });
+        options.silence = 10ms;
+        futures.append(client->request("silent", options));
+        futures.last().then([&](const Reply&) { end(place == 7); });
+        futures.append(client->request("ok"));
+        QVERIFY(eventually([&] { return !client; }));
+        for (const QFuture<Reply>& future : futures) {
+            QVERIFY(future.isFinished());
+            QCOMPARE(future.resultCount(), 1);
+        }
+    }
+
+    void continuationsMayDoAnything()
+    {
+        ScriptedServer server;
+        const auto client = connectedTo(server);
+        int ends = 0;
+        client->request("a").then([&](const Reply&) {
+            ++ends;
+            client->request("b").then([&](const Reply&) {
+                ++ends;
+                client->connectTo(server.host(), server.port());
+                client->request("c").then([&](const Reply&) {
+                    ++ends;
+                    client->abort();
+                });
+            });
+        });
+        QVERIFY(eventually([&] { return ends == 3; }));
+        QCOMPARE(client->state(), State::Disconnected);
+        QCOMPARE(server.requests(), QList<QByteArray>({ "a", "b", "c" }));
+    }
+
+    void refusesOtherThreads()
+    {
+        ScriptedServer server;
+        const auto client = connectedTo(server);
+        QFuture<Reply> future;
+        std::thread([&] { future = client->request("stat"); }).join();
+        QCOMPARE(endOf(future).outcome, Outcome::Failed);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestClient)
+#include "tst_client.moc"
