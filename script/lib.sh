@@ -5,8 +5,6 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 cd "$root"
 
 jobs=${TARNIS_JOBS:-$(nproc)}
-# The compiler's cache serves every checkout, wherever it lies.
-export CCACHE_BASEDIR=$root CCACHE_NOHASHDIR=1
 export CMAKE_BUILD_PARALLEL_LEVEL=$jobs CTEST_PARALLEL_LEVEL=$jobs
 
 # stage NAME COMMAND...: runs the command and prints how long it took.
