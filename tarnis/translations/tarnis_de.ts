@@ -826,6 +826,49 @@
     </message>
 </context>
 <context>
+    <name>tarnis::Csv</name>
+    <message>
+        <source>line %1: %2</source>
+        <translation>Zeile %1: %2</translation>
+    </message>
+    <message>
+        <source>it has no numbers: it must have one column of counts, or x and counts</source>
+        <translation>sie enthält keine Zahlen: eine Spalte mit Ereigniszahlen oder x und Ereigniszahlen sind nötig</translation>
+    </message>
+    <message>
+        <source>field %1: &apos;%2&apos; is not a number: correct it, or begin the line with # if it is a comment</source>
+        <translation>Feld %1: „%2“ ist keine Zahl: berichtigen, oder die Zeile mit # beginnen, wenn sie ein Kommentar ist</translation>
+    </message>
+    <message>
+        <source>more than %1 numbers: split the file</source>
+        <translation>mehr als %1 Zahlen: die Datei aufteilen</translation>
+    </message>
+    <message>
+        <source>fields: %1, in the lines before: %2; each line needs the same number of fields</source>
+        <translation>Felder: %1, in den Zeilen davor: %2; jede Zeile braucht gleich viele Felder</translation>
+    </message>
+    <message>
+        <source>fields in a line: %1, which does not fit the header: restore the file</source>
+        <translation>Felder je Zeile: %1, was nicht zum Kopf passt: die Datei wiederherstellen</translation>
+    </message>
+    <message>
+        <source>the axes of the header do not fit the table: restore the file</source>
+        <translation>die Achsen im Kopf passen nicht zur Tabelle: die Datei wiederherstellen</translation>
+    </message>
+    <message>
+        <source>the first of two columns is x and must rise: sort the lines by x</source>
+        <translation>die erste von zwei Spalten ist x und muss ansteigen: die Zeilen nach x sortieren</translation>
+    </message>
+    <message>
+        <source>&apos;%1&apos; is not a list of numbers: correct &apos;%2&apos;</source>
+        <translation>„%1“ ist keine Liste von Zahlen: „%2“ berichtigen</translation>
+    </message>
+    <message>
+        <source>&apos;%1&apos; is not a time: write it as 2026-03-10T12:00:00Z</source>
+        <translation>„%1“ ist keine Zeit: als 2026-03-10T12:00:00Z schreiben</translation>
+    </message>
+</context>
+<context>
     <name>tarnis::Files</name>
     <message>
         <source>no space is left on the device: free some or choose another folder</source>
@@ -878,6 +921,99 @@
     <message>
         <source>it is larger than %1 bytes</source>
         <translation>sie ist größer als %1 Bytes</translation>
+    </message>
+</context>
+<context>
+    <name>tarnis::Formats</name>
+    <message>
+        <source>HDF5 files need the library %1, which is not installed: install it or use .csv or .npy</source>
+        <translation>HDF5-Dateien brauchen die Bibliothek %1, die nicht installiert ist: sie installieren oder .csv oder .npy verwenden</translation>
+    </message>
+    <message>
+        <source>the name does not end in .csv, .npy, .spe or .h5: rename the file</source>
+        <translation>der Name endet nicht auf .csv, .npy, .spe oder .h5: die Datei umbenennen</translation>
+    </message>
+    <message>
+        <source>there are no values to write</source>
+        <translation>es gibt keine Werte zu schreiben</translation>
+    </message>
+    <message>
+        <source>a .spe file has one spectrum of counts over channel numbers: choose another format</source>
+        <translation>eine .spe-Datei enthält ein Spektrum über Kanalnummern: ein anderes Format wählen</translation>
+    </message>
+</context>
+<context>
+    <name>tarnis::Npy</name>
+    <message>
+        <source>byte 0: it does not begin as an NPY file: save it again with numpy.save()</source>
+        <translation>Byte 0: sie beginnt nicht wie eine NPY-Datei: erneut mit numpy.save() speichern</translation>
+    </message>
+    <message>
+        <source>byte 6: version %1 of the format is not known: save it as version 1 to 3</source>
+        <translation>Byte 6: Version %1 des Formats ist unbekannt: als Version 1 bis 3 speichern</translation>
+    </message>
+    <message>
+        <source>byte %1: the file ends in its header: it is incomplete, copy it again</source>
+        <translation>Byte %1: die Datei endet in ihrem Kopf: sie ist unvollständig, erneut kopieren</translation>
+    </message>
+    <message>
+        <source>byte %1: the header is damaged: save the array again with numpy.save()</source>
+        <translation>Byte %1: der Kopf ist beschädigt: das Feld erneut mit numpy.save() speichern</translation>
+    </message>
+    <message>
+        <source>the array has %1 dimensions: save one or two of them</source>
+        <translation>das Feld hat %1 Dimensionen: eine oder zwei davon speichern</translation>
+    </message>
+    <message>
+        <source>the array is empty: save one with values</source>
+        <translation>das Feld ist leer: eines mit Werten speichern</translation>
+    </message>
+    <message>
+        <source>the array has more than %1 values: save a part of it</source>
+        <translation>das Feld hat mehr als %1 Werte: einen Teil davon speichern</translation>
+    </message>
+    <message>
+        <source>the values are of the type &apos;%1&apos;: convert them to real numbers, for example float64</source>
+        <translation>die Werte sind vom Typ „%1“: in reelle Zahlen umwandeln, zum Beispiel float64</translation>
+    </message>
+    <message>
+        <source>byte %1: the shape needs %2 bytes of values and the file has %3: it is damaged, copy it again</source>
+        <translation>Byte %1: die Form braucht %2 Bytes an Werten und die Datei hat %3: sie ist beschädigt, erneut kopieren</translation>
+    </message>
+</context>
+<context>
+    <name>tarnis::Spe</name>
+    <message>
+        <source>it has no section $DATA: it is not a spectrum in the .spe format, or incomplete</source>
+        <translation>sie hat keinen Abschnitt $DATA: sie ist kein Spektrum im .spe-Format oder unvollständig</translation>
+    </message>
+    <message>
+        <source>$DATA announces %1 channels and has %2: the file is damaged, copy it again</source>
+        <translation>$DATA kündigt %1 Kanäle an und hat %2: die Datei ist beschädigt, erneut kopieren</translation>
+    </message>
+    <message>
+        <source>a second section $DATA: keep one spectrum in the file</source>
+        <translation>ein zweiter Abschnitt $DATA: nur ein Spektrum in der Datei behalten</translation>
+    </message>
+    <message>
+        <source>&apos;%1&apos; is not the first and the last channel: the file is damaged</source>
+        <translation>„%1“ ist nicht der erste und der letzte Kanal: die Datei ist beschädigt</translation>
+    </message>
+    <message>
+        <source>&apos;%1&apos;: more than %2 channels are not read</source>
+        <translation>„%1“: mehr als %2 Kanäle werden nicht gelesen</translation>
+    </message>
+    <message>
+        <source>&apos;%1&apos; is not a count: correct it</source>
+        <translation>„%1“ ist keine Ereigniszahl: berichtigen</translation>
+    </message>
+    <message>
+        <source>more than the announced %1 channels: the file is damaged, copy it again</source>
+        <translation>mehr als die angekündigten %1 Kanäle: die Datei ist beschädigt, erneut kopieren</translation>
+    </message>
+    <message>
+        <source>line %1: %2</source>
+        <translation>Zeile %1: %2</translation>
     </message>
 </context>
 </TS>

@@ -11,6 +11,7 @@ import sys
 # A folder of tarnis/ may include itself and these.
 ALLOWED = {
     "foundation": set(),
+    "formats": {"foundation"},
     "server": {"foundation"},
     "client": {"foundation", "server"},
     "peak": {"foundation"},

@@ -15,7 +15,7 @@ class CheckIncludes(unittest.TestCase):
         self.folder = tempfile.TemporaryDirectory()
         self.addCleanup(self.folder.cleanup)
         self.root = pathlib.Path(self.folder.name)
-        for name in ("foundation", "server", "client", "peak", "plots", "dialogs"):
+        for name in ("foundation", "formats", "server", "client", "peak", "plots", "dialogs"):
             self.write(f"tarnis/{name}/CMakeLists.txt", "tarnis_public_headers(\n  a.h)\n")
 
     def write(self, path, text):

@@ -1,0 +1,10 @@
+// The reader of NPY files: an error, or a dataset that is written and read back as it is.
+#include "formatcheck.h"
+
+#include <tarnis/formats/npy.h>
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    tarnis::fuzzing::checkFormat(data, size, tarnis::decodeNpy, tarnis::encodeNpy);
+    return 0;
+}
