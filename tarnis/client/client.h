@@ -124,7 +124,7 @@ protected:
     void timerEvent(QTimerEvent* event) override; ///< all limits of the client
 
 private:
-    class Private;
+    class TARNIS_NO_EXPORT Private;
     std::unique_ptr<Private> d;
 };
 

@@ -1,7 +1,7 @@
 #include "tarnis/dialogs/graph2ddialog.h"
 
+#include "tarnis/client/histogramwire_p.h"
 #include "tarnis/dialogs/graph2dkernel_p.h"
-#include "tarnis/dialogs/histogramreply_p.h"
 #include "tarnis/dialogs/livewindow_p.h"
 #include "tarnis/foundation/checkedconnect_p.h"
 #include "tarnis/foundation/modalbox_p.h"

@@ -1,6 +1,6 @@
 #include "tarnis/dialogs/livewindow_p.h"
 
-#include "tarnis/dialogs/histogramreply_p.h"
+#include "tarnis/client/histogramwire_p.h"
 #include "tarnis/foundation/checkedconnect_p.h"
 #include "tarnis/foundation/helpers.h"
 #include "tarnis/foundation/modalbox_p.h"

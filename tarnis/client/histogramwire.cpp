@@ -1,4 +1,4 @@
-#include "tarnis/dialogs/histogramreply_p.h"
+#include "tarnis/client/histogramwire_p.h"
 
 #include "tarnis/foundation/helpers.h"
 #include "tarnis/foundation/trace_p.h"

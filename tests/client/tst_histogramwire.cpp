@@ -1,7 +1,7 @@
 // What the live windows read out of histogram replies.
 #include "support/support.h"
 
-#include "tarnis/dialogs/histogramreply_p.h"
+#include "tarnis/client/histogramwire_p.h"
 
 #include <QRegularExpression>
 #include <QTest>
@@ -63,7 +63,7 @@ std::optional<BinCounts> speltOutCounts(const QString& text)
 
 } // namespace
 
-class TestHistogramReply : public QObject {
+class TestHistogramWire : public QObject {
     Q_OBJECT
 private Q_SLOTS:
     void textLines()
@@ -286,5 +286,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_APPLESS_MAIN(TestHistogramReply)
-#include "tst_histogramreply.moc"
+QTEST_APPLESS_MAIN(TestHistogramWire)
+#include "tst_histogramwire.moc"
