@@ -14,12 +14,7 @@ namespace tarnis {
 
 namespace {
 
-constexpr int mostPairBins = 1 << 24;
-
-double doubleAt(const QByteArray& payload, qsizetype index)
-{
-    return qFromLittleEndian<double>(payload.constData() + index * qsizetype(sizeof(double)));
-}
+constexpr int maxPairBins = 1 << 24;
 
 void dropTrailing(QString& text, QChar character)
 {
@@ -39,6 +34,11 @@ QStringList replyTextLines(const QString& replyText)
 qsizetype doubleCount(const QByteArray& payload)
 {
     return payload.size() / qsizetype(sizeof(double));
+}
+
+double doubleAt(const QByteArray& payload, qsizetype index)
+{
+    return qFromLittleEndian<double>(payload.constData() + index * qsizetype(sizeof(double)));
 }
 
 QList<double> stridedDoubles(const QByteArray& payload, qsizetype first, qsizetype stride, qsizetype count)
@@ -85,7 +85,7 @@ std::optional<PairAxis> takePairAxis(QString& replyText)
     if (tokens.size() != 3)
         return std::nullopt;
     const PairAxis axis { tokens.at(0).toDouble(), tokens.at(1).toDouble(), tokens.at(2).toInt() };
-    if (axis.bins > mostPairBins)
+    if (axis.bins > maxPairBins)
         return std::nullopt;
     return axis;
 }

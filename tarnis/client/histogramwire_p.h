@@ -1,4 +1,5 @@
-// What the live windows read out of a histogram reply: the block of doubles and the text behind it. Plain values.
+// The parts of a histogram reply, as the live windows and HistogramReply read them: the block of doubles and the text
+// behind it. Plain values.
 #pragma once
 
 #include <QByteArray>
@@ -16,6 +17,9 @@ QStringList replyTextLines(const QString& replyText);
 /// How many whole doubles a payload holds; trailing bytes do not count.
 qsizetype doubleCount(const QByteArray& payload);
 
+/// One double of the payload, which is little-endian.
+double doubleAt(const QByteArray& payload, qsizetype index);
+
 /// Every `stride`-th double of the payload from `first` on, `count` of them, all inside the payload.
 QList<double> stridedDoubles(const QByteArray& payload, qsizetype first, qsizetype stride, qsizetype count);
 
@@ -25,7 +29,7 @@ double largest(const QList<double>& values, double start);
 /// The integer part of value / maximum * 100.0, both as doubles; 0 for a maximum of 0.
 int percent(unsigned long long value, unsigned long long maximum);
 
-/// The axis that stands at the end of a reply in the pair format: "... (min max bins)".
+/// The axis at the end of a reply in the pair format: "... (min max bins)".
 struct PairAxis {
     double min = 0.0;
     double max = 0.0;

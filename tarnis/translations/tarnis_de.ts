@@ -943,6 +943,68 @@
     </message>
 </context>
 <context>
+    <name>tarnis::HistogramPoller</name>
+    <message>
+        <source>The connection to the server was closed.</source>
+        <translation>Die Verbindung zum Server wurde geschlossen.</translation>
+    </message>
+</context>
+<context>
+    <name>tarnis::HistogramReply</name>
+    <message>
+        <source>%1 bytes are not a whole number of 64-bit values.</source>
+        <translation>%1 Bytes sind keine ganze Zahl von 64-Bit-Werten.</translation>
+    </message>
+    <message>
+        <source>%1 bins are more than the accepted %2.</source>
+        <translation>%1 Bins sind mehr als die zulässigen %2.</translation>
+    </message>
+    <message>
+        <source>The axis &quot;(min max bins)&quot; is missing.</source>
+        <translation>Die Achse „(min max bins)“ fehlt.</translation>
+    </message>
+    <message>
+        <source>%1 values are less than a row of %2 bins.</source>
+        <translation>%1 Werte sind weniger als eine Zeile mit %2 Bins.</translation>
+    </message>
+    <message>
+        <source>%1 values are not %2 rows of %3 bins.</source>
+        <translation>%1 Werte ergeben nicht %2 Zeilen mit %3 Bins.</translation>
+    </message>
+    <message>
+        <source>The last position has no value.</source>
+        <translation>Zur letzten Position fehlt der Wert.</translation>
+    </message>
+    <message>
+        <source>The position %1 is outside of the axis from %2 to %3.</source>
+        <translation>Die Position %1 liegt außerhalb der Achse von %2 bis %3.</translation>
+    </message>
+    <message>
+        <source>The numbers of bins, &quot;exported X x Y y&quot;, are missing.</source>
+        <translation>Die Anzahlen der Bins, „exported X x Y y“, fehlen.</translation>
+    </message>
+    <message>
+        <source>The numbers of bins are not positive integers.</source>
+        <translation>Die Anzahlen der Bins sind keine positiven ganzen Zahlen.</translation>
+    </message>
+    <message>
+        <source>%1 values are not a map of %2 x %3 bins.</source>
+        <translation>%1 Werte ergeben keine Karte mit %2 x %3 Bins.</translation>
+    </message>
+    <message>
+        <source>The axis does not end with a parenthesis.</source>
+        <translation>Die Achse endet nicht mit einer Klammer.</translation>
+    </message>
+    <message>
+        <source>The axis must be of the form (min max bins).</source>
+        <translation>Die Achse muss die Form (min max bins) haben.</translation>
+    </message>
+    <message>
+        <source>The axis has no bins, or ends before it begins.</source>
+        <translation>Die Achse hat keine Bins oder endet vor ihrem Anfang.</translation>
+    </message>
+</context>
+<context>
     <name>tarnis::Npy</name>
     <message>
         <source>byte 0: it does not begin as an NPY file: save it again with numpy.save()</source>

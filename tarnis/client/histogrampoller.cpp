@@ -1,0 +1,265 @@
+#include "tarnis/client/histogrampoller.h"
+
+#include <QPointer>
+#include <QThreadPool>
+#include <QTimer>
+
+#include <algorithm>
+#include <mutex>
+#include <vector>
+
+namespace tarnis {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+using std::chrono::milliseconds;
+
+milliseconds since(Clock::time_point moment)
+{
+    return std::chrono::duration_cast<milliseconds>(Clock::now() - moment);
+}
+
+/// The shared pollers of a client, as its child.
+class PollerRegistry : public QObject {
+public:
+    using QObject::QObject;
+    struct Entry {
+        QString command;
+        HistogramFormat format;
+        std::weak_ptr<HistogramPoller> poller;
+    };
+    std::vector<Entry> entries;
+
+    static PollerRegistry& of(Client& client)
+    {
+        for (QObject* child : client.children()) {
+            if (auto* const registry = dynamic_cast<PollerRegistry*>(child))
+                return *registry;
+        }
+        return *new PollerRegistry(&client);
+    }
+};
+
+} // namespace
+
+class HistogramPoller::Private {
+public:
+    /// Where the thread pool hands its results in. The poller may go while a reply is decoded.
+    struct Mailbox {
+        std::mutex mutex;
+        HistogramPoller* receiver = nullptr; ///< guarded by mutex
+    };
+
+    Private(HistogramPoller& poller, Client& pollerClient, const QString& text, const HistogramFormat& expected,
+        const PollOptions& pollOptions);
+    void poll();
+    void onReply(const Reply& reply, quint64 number);
+    void decode(const Reply& reply, quint64 number);
+    void onDecoded(const HistogramReply& histogram, quint64 number);
+    void pollLater();
+    void onFailed(const QString& why);
+    void onStale();
+
+    HistogramPoller& q;
+    QPointer<Client> client;
+    const QString command;
+    const HistogramFormat format;
+    PollOptions options;
+    std::shared_ptr<Mailbox> mailbox = std::make_shared<Mailbox>();
+    QTimer pollTimer;
+    QTimer staleTimer;
+    bool isRunning = false;
+    quint64 number = 0; ///< of the poll under way; results of earlier ones are dropped
+    Clock::time_point begin; ///< of the last poll
+    Clock::time_point lastGood; ///< the request of the last histogram, or start()
+    HistogramReply last;
+    QString lastFailure; ///< empty after a histogram
+};
+
+HistogramPoller::Private::Private(HistogramPoller& poller, Client& pollerClient, const QString& text,
+    const HistogramFormat& expected, const PollOptions& pollOptions)
+    : q(poller)
+    , client(&pollerClient)
+    , command(text)
+    , format(expected)
+    , options(pollOptions)
+    , pollTimer(&poller)
+    , staleTimer(&poller)
+{
+    mailbox->receiver = &poller;
+    options.interval = std::max(options.interval, milliseconds(1));
+    pollTimer.setSingleShot(true);
+    connect(&pollTimer, &QTimer::timeout, &q, [this] { poll(); });
+    connect(&staleTimer, &QTimer::timeout, &q, [this] { onStale(); });
+}
+
+void HistogramPoller::Private::poll()
+{
+    if (!client) {
+        q.stop();
+        onFailed(HistogramPoller::tr("The connection to the server was closed."));
+        return;
+    }
+    begin = Clock::now();
+    RequestOptions request;
+    request.form = RequestOptions::Form::Binary;
+    request.deadline = options.deadline;
+    request.silence = options.silence;
+    request.maxSize = options.maxSize;
+    request.priority = options.priority;
+    // The future may have ended already, and the call below may have deleted the poller.
+    client->request(command, request).then([poller = QPointer(&q), number = ++this->number](const Reply& reply) {
+        if (poller)
+            poller->d->onReply(reply, number);
+    });
+}
+
+void HistogramPoller::Private::onReply(const Reply& reply, quint64 replyNumber)
+{
+    if (replyNumber != number || !isRunning)
+        return;
+    if (reply.isOk()) {
+        decode(reply, replyNumber);
+        return;
+    }
+    pollLater();
+    onFailed(reply.reason);
+}
+
+void HistogramPoller::Private::decode(const Reply& reply, quint64 replyNumber)
+{
+    QThreadPool::globalInstance()->start([box = mailbox, reply, expected = format, replyNumber] {
+        const HistogramReply histogram = HistogramReply::parse(reply.data, reply.binaryText, expected);
+        const std::lock_guard lock(box->mutex);
+        HistogramPoller* const poller = box->receiver;
+        if (!poller)
+            return;
+        QMetaObject::invokeMethod(
+            poller, [poller, histogram, replyNumber] { poller->d->onDecoded(histogram, replyNumber); },
+            Qt::QueuedConnection);
+    });
+}
+
+void HistogramPoller::Private::onDecoded(const HistogramReply& histogram, quint64 replyNumber)
+{
+    if (replyNumber != number || !isRunning)
+        return;
+    pollLater();
+    if (!histogram.isOk()) {
+        onFailed(histogram.reason);
+        return;
+    }
+    last = histogram;
+    lastFailure.clear();
+    lastGood = begin;
+    if (staleTimer.interval() > 0)
+        staleTimer.start();
+    Q_EMIT q.updated(histogram);
+}
+
+void HistogramPoller::Private::pollLater()
+{
+    pollTimer.start(std::max(options.interval - since(begin), milliseconds(0)));
+}
+
+void HistogramPoller::Private::onFailed(const QString& why)
+{
+    if (why == lastFailure)
+        return;
+    lastFailure = why;
+    Q_EMIT q.failed(why);
+}
+
+void HistogramPoller::Private::onStale()
+{
+    Q_EMIT q.stale(since(lastGood));
+}
+
+HistogramPoller::HistogramPoller(
+    Client& client, const QString& command, const HistogramFormat& format, const PollOptions& options, QObject* parent)
+    : QObject(parent)
+    , d(std::make_unique<Private>(*this, client, command, format, options))
+{
+}
+
+HistogramPoller::~HistogramPoller()
+{
+    const std::lock_guard lock(d->mailbox->mutex);
+    d->mailbox->receiver = nullptr;
+}
+
+std::shared_ptr<HistogramPoller> HistogramPoller::shared(
+    Client& client, const QString& command, const HistogramFormat& format, const PollOptions& options)
+{
+    auto& entries = PollerRegistry::of(client).entries;
+    std::erase_if(entries, [](const auto& entry) { return entry.poller.expired(); });
+    for (const auto& entry : entries) {
+        if (entry.command != command || !(entry.format == format))
+            continue;
+        std::shared_ptr<HistogramPoller> poller = entry.poller.lock();
+        if (options.interval < poller->interval())
+            poller->setInterval(options.interval);
+        poller->start();
+        return poller;
+    }
+    auto poller = std::make_shared<HistogramPoller>(client, command, format, options);
+    entries.push_back({ command, format, poller });
+    poller->start();
+    return poller;
+}
+
+void HistogramPoller::start()
+{
+    if (d->isRunning)
+        return;
+    d->isRunning = true;
+    d->lastGood = Clock::now();
+    d->lastFailure.clear();
+    if (d->options.staleAfter > milliseconds(0))
+        d->staleTimer.start(d->options.staleAfter);
+    // Not from here: a poll that fails at once would signal before the caller has connected to the signals.
+    d->pollTimer.start(0);
+}
+
+void HistogramPoller::stop()
+{
+    d->isRunning = false;
+    d->pollTimer.stop();
+    d->staleTimer.stop();
+    ++d->number;
+}
+
+bool HistogramPoller::isRunning() const
+{
+    return d->isRunning;
+}
+
+void HistogramPoller::setInterval(milliseconds interval)
+{
+    d->options.interval = std::max(interval, milliseconds(1));
+    if (d->pollTimer.isActive() && d->number > 0)
+        d->pollLater();
+}
+
+QString HistogramPoller::command() const
+{
+    return d->command;
+}
+
+milliseconds HistogramPoller::interval() const
+{
+    return d->options.interval;
+}
+
+HistogramReply HistogramPoller::last() const
+{
+    return d->last;
+}
+
+milliseconds HistogramPoller::age() const
+{
+    return since(d->lastGood);
+}
+
+} // namespace tarnis

@@ -1,0 +1,159 @@
+// Polling a histogram: results, failures, age, sharing.
+#include "support/scriptedserver.h"
+
+#include <tarnis/client/histogrampoller.h>
+
+#include <QSignalSpy>
+#include <QTest>
+#include <QThreadPool>
+
+using namespace tarnis;
+using namespace tarnis::testing;
+using namespace std::chrono_literals;
+
+namespace {
+
+const QByteArray axis("OK: (0 2 2)\n");
+
+PollOptions fast()
+{
+    PollOptions options;
+    options.interval = 1ms;
+    return options;
+}
+
+ClientOptions quick()
+{
+    ClientOptions options;
+    options.reconnect.first = 1ms;
+    options.reconnect.longest = 5ms;
+    return options;
+}
+
+} // namespace
+
+class TestHistogramPoller : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void cleanup() { QThreadPool::globalInstance()->waitForDone(); }
+
+    void bringsHistograms()
+    {
+        ScriptedServer server;
+        server.answerInTurn("hist", { { Step::doubles({ 1, 2 }, axis) }, { Step::doubles({ 3, 4 }, axis) } });
+        Client client(quick());
+        client.connectTo(server.host(), server.port());
+        HistogramPoller poller(client, "hist", {}, fast());
+        QVERIFY(!poller.isRunning());
+        QList<QList<double>> rows;
+        connect(&poller, &HistogramPoller::updated, this,
+            [&](const HistogramReply& histogram) { rows.append(histogram.rows.first()); });
+        poller.start();
+        QVERIFY(eventually([&] { return rows.size() >= 3; }));
+        QCOMPARE(rows.first(), QList<double>({ 1, 2 }));
+        QCOMPARE(rows.last(), QList<double>({ 3, 4 }));
+        QCOMPARE(poller.last().rows.first(), QList<double>({ 3, 4 }));
+        poller.stop();
+        QVERIFY(!poller.isRunning());
+    }
+
+    void goesOnAfterFailures()
+    {
+        ScriptedServer server;
+        server.answerInTurn("hist",
+            { { Step::binary("", "NG:not yet\n") }, { Step::binary("", "NG:not yet\n") }, { Step::binary("123", axis) },
+                { Step::drop() }, { Step::doubles({ 3, 4 }, axis) } });
+        Client client(quick());
+        client.connectTo(server.host(), server.port());
+        HistogramPoller poller(client, "hist", {}, fast());
+        QSignalSpy failed(&poller, &HistogramPoller::failed);
+        QSignalSpy updated(&poller, &HistogramPoller::updated);
+        poller.start();
+        QVERIFY(eventually([&] { return !updated.isEmpty(); }));
+        QCOMPARE(failed.size(), 3);
+        QCOMPARE(failed.at(0).first().toString(), QStringLiteral("not yet"));
+        QVERIFY(failed.at(1).first().toString().contains("64-bit"));
+    }
+
+    void reportsItsAge()
+    {
+        ScriptedServer server;
+        server.answerInTurn("hist", { { Step::doubles({ 1, 2 }, axis) }, { Step::silence() } });
+        Client client(quick());
+        client.connectTo(server.host(), server.port());
+        PollOptions options = fast();
+        options.staleAfter = 10ms;
+        HistogramPoller poller(client, "hist", {}, options);
+        QSignalSpy updated(&poller, &HistogramPoller::updated);
+        QList<std::chrono::milliseconds> ages;
+        connect(&poller, &HistogramPoller::stale, this, [&](std::chrono::milliseconds age) {
+            if (!updated.isEmpty())
+                ages.append(age);
+        });
+        poller.start();
+        QVERIFY(eventually([&] { return ages.size() == 3; }));
+        QVERIFY(ages.at(2) > ages.at(1) && ages.at(1) > ages.at(0));
+        QVERIFY(poller.age() >= ages.at(2));
+        QCOMPARE(updated.size(), 1);
+    }
+
+    void viewersShareThePoll()
+    {
+        ScriptedServer server;
+        server.answer("hist", { Step::hold("gate"), Step::doubles({ 1, 2 }, axis) });
+        Client client(quick());
+        client.connectTo(server.host(), server.port());
+        PollOptions slow;
+        slow.interval = 1h;
+        auto first = HistogramPoller::shared(client, "hist", {}, slow);
+        auto second = HistogramPoller::shared(client, "hist", {}, fast());
+        QCOMPARE(first, second);
+        QCOMPARE(first->interval(), 1ms);
+        QVERIFY(first != HistogramPoller::shared(client, "other", {}));
+        QSignalSpy one(first.get(), &HistogramPoller::updated);
+        QVERIFY(server.waitForHold("gate"));
+        second.reset();
+        server.open("gate");
+        QVERIFY(eventually([&] { return one.size() > 1; }));
+        const std::weak_ptr<HistogramPoller> watched = first;
+        // Also in its own signal.
+        connect(first.get(), &HistogramPoller::updated, this, [&] { first.reset(); });
+        QVERIFY(eventually([&] { return watched.expired(); }));
+        QVERIFY(HistogramPoller::shared(client, "hist", {}, slow)->last().rows.isEmpty());
+    }
+
+    void outlivesItsClient()
+    {
+        ScriptedServer server;
+        server.answer("hist", { Step::silence() });
+        auto client = std::make_unique<Client>(quick());
+        client->connectTo(server.host(), server.port());
+        HistogramPoller poller(*client, "hist", {}, fast());
+        QSignalSpy failed(&poller, &HistogramPoller::failed);
+        poller.start();
+        QVERIFY(server.waitForRequest("hist"));
+        client.reset();
+        QVERIFY(eventually([&] { return !poller.isRunning(); }));
+        QVERIFY(!failed.isEmpty());
+    }
+
+    void deletedWhileAReplyIsDecoded()
+    {
+        ScriptedServer server;
+        const QList<double> many(1 << 16, 1.0);
+        server.answer("hist", { Step::doubles(many, "OK: (0 2 65536)\n") });
+        Client client(quick());
+        client.connectTo(server.host(), server.port());
+        for (int i = 0; i < 20; ++i) {
+            auto poller = std::make_unique<HistogramPoller>(client, "hist", HistogramFormat(), fast());
+            poller->start();
+            QVERIFY(server.waitForRequests(i + 1));
+            QVERIFY(eventually([&] { return client.pending() == 0; }));
+        }
+        QThreadPool::globalInstance()->waitForDone();
+        QCoreApplication::processEvents();
+    }
+};
+
+QTEST_GUILESS_MAIN(TestHistogramPoller)
+#include "tst_histogrampoller.moc"
