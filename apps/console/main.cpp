@@ -1,8 +1,8 @@
 // tarnis-console: an operator's console for a data-acquisition server.
-#include "commandline.h"
-#include "indicatorstyle.h"
+#include "app/commandline.h"
+#include "app/indicatorstyle.h"
 #include "mainwindow.h"
-#include "quitsignals.h"
+#include "app/quitsignals.h"
 #include "tour/tour.h"
 
 #include <tarnis/foundation/log.h>

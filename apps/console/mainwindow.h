@@ -2,8 +2,8 @@
 // and the menu of all other windows.
 #pragma once
 
-#include "commandline.h"
-#include "notice.h"
+#include "app/commandline.h"
+#include "notices/notice.h"
 #include "windows/window.h"
 
 #include <QMainWindow>

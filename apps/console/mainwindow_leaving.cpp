@@ -1,7 +1,7 @@
 // How the console is left and its server ended, without the loss of what somebody still needs.
 #include "mainwindow.h"
 
-#include "servercontroller.h"
+#include "server/servercontroller.h"
 #include "windows/openwindows.h"
 
 #include <QCloseEvent>

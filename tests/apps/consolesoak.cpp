@@ -6,11 +6,11 @@
 // longer than a session needs to notice a silence; no box stops the work; the heap is flat after the first minute; at
 // the end no thread is left.
 #include "apps/soakwindows.h"
-#include "commandpanel.h"
-#include "language.h"
+#include "command/commandpanel.h"
+#include "app/language.h"
 #include "mainwindow.h"
-#include "messagelist.h"
-#include "servercontroller.h"
+#include "notices/messagelist.h"
+#include "server/servercontroller.h"
 #include "windows/openwindows.h"
 
 #include <tarnis/foundation/log.h>

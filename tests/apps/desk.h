@@ -2,11 +2,11 @@
 #pragma once
 
 #include "apps/localprogram.h"
-#include "commandpanel.h"
+#include "command/commandpanel.h"
 #include "mainwindow.h"
-#include "noticebar.h"
-#include "servercontroller.h"
-#include "statewatch.h"
+#include "notices/noticebar.h"
+#include "server/servercontroller.h"
+#include "server/statuspoller.h"
 #include "support/scriptedserver.h"
 
 #include <QAbstractButton>

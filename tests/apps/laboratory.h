@@ -2,7 +2,7 @@
 #pragma once
 
 #include "apps/desk.h"
-#include "windows/histogramchooser.h"
+#include "histograms/histogramchooser.h"
 
 #include <QDialogButtonBox>
 #include <QLabel>

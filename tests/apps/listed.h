@@ -2,7 +2,7 @@
 #pragma once
 
 #include "apps/desk.h"
-#include "windows/serverhistograms.h"
+#include "histograms/serverhistograms.h"
 
 namespace tarnis::testing {
 

@@ -1,7 +1,7 @@
 // The console's live windows, with a count of what becomes of their polls.
 #pragma once
 
-#include "windows/livewindows.h"
+#include "histograms/livewindows.h"
 #include "windows/window.h"
 
 #include <QElapsedTimer>

@@ -2,9 +2,9 @@
 // languages.
 #include "apps/desk.h"
 #include "apps/listed.h"
-#include "colours.h"
-#include "language.h"
-#include "windows/histogramchooser.h"
+#include "app/colours.h"
+#include "app/language.h"
+#include "histograms/histogramchooser.h"
 #include "windows/openwindows.h"
 
 #include <tarnis/dialogs/graph1ddialog.h>

@@ -1,5 +1,5 @@
 // What a person types behind tarnis-console.
-#include "commandline.h"
+#include "app/commandline.h"
 
 #include <QTest>
 

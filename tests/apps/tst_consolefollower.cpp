@@ -2,7 +2,7 @@
 #include "apps/desk.h"
 #include "apps/laboratory.h"
 #include "apps/listed.h"
-#include "windows/histogramlist.h"
+#include "histograms/histogramlist.h"
 #include "windows/openwindows.h"
 
 #include <tarnis/plots/multivectorgraphwidget.h>

@@ -2,10 +2,10 @@
 #include "apps/desk.h"
 #include "apps/laboratory.h"
 #include "apps/listed.h"
-#include "windows/histogramchooser.h"
-#include "windows/histogramlist.h"
+#include "histograms/histogramchooser.h"
+#include "histograms/histogramlist.h"
 #include "windows/openwindows.h"
-#include "windows/replyfit.h"
+#include "histograms/replyfit.h"
 
 #include <tarnis/plots/multivectorgraphwidget.h>
 #include <tarnis/plots/viewselectedroi.h>

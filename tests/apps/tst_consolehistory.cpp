@@ -1,6 +1,6 @@
 // The history of the command line, alone and under the arrow keys.
-#include "commandedit.h"
-#include "history.h"
+#include "command/commandedit.h"
+#include "command/history.h"
 
 #include <QTest>
 

@@ -1,8 +1,8 @@
 // The console's language: chosen in the menu, by the option and by the desktop; changed while windows are open.
-#include "availability.h"
-#include "commandline.h"
-#include "connectdialog.h"
-#include "language.h"
+#include "app/availability.h"
+#include "app/commandline.h"
+#include "server/connectdialog.h"
+#include "app/language.h"
 #include "mainwindow.h"
 
 #include <QAction>

@@ -1,8 +1,8 @@
 // Leaving the console and ending its server: what somebody still needs is asked about first, and nothing else is.
 #include "apps/desk.h"
-#include "connectdialog.h"
-#include "windows/pathwindows.h"
-#include "windows/servertext.h"
+#include "server/connectdialog.h"
+#include "browse/pathwindows.h"
+#include "browse/servertext.h"
 
 #include <QDialogButtonBox>
 #include <QMessageBox>

@@ -1,7 +1,7 @@
 // The console's live windows and path choosers when servers go and come back, and what is chosen in them.
 #include "apps/desk.h"
-#include "settingspanel.h"
-#include "windows/pathwindows.h"
+#include "settings/settingspanel.h"
+#include "browse/pathwindows.h"
 
 #include <tarnis/dialogs/graph1ddialog.h>
 #include <tarnis/dialogs/graph2ddialog.h>

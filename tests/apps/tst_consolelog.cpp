@@ -1,7 +1,7 @@
 // The log viewer: what it shows of a file that grows, is cut short, is replaced, is huge or is not there.
-#include "language.h"
-#include "windows/logtail.h"
-#include "windows/logwindow.h"
+#include "app/language.h"
+#include "log/logtail.h"
+#include "log/logwindow.h"
 
 #include <QCheckBox>
 #include <QDir>

@@ -1,10 +1,10 @@
 // What the console says of itself: notices that stand and such that pass, the status in words, a memory that is broken.
 #include "apps/desk.h"
-#include "connectdialog.h"
-#include "history.h"
-#include "language.h"
-#include "lastserver.h"
-#include "statustext.h"
+#include "server/connectdialog.h"
+#include "command/history.h"
+#include "app/language.h"
+#include "server/lastserver.h"
+#include "server/statustext.h"
 
 #include <QPushButton>
 #include <QSpinBox>

@@ -1,10 +1,10 @@
 // The snapshots, the commands to the readout modules and the event rate.
 #include "apps/desk.h"
-#include "language.h"
+#include "app/language.h"
 #include "support/modalwatchdog.h"
-#include "windows/moduleswindow.h"
-#include "windows/ratewindow.h"
-#include "windows/snapshotwindow.h"
+#include "tables/moduleswindow.h"
+#include "tables/ratewindow.h"
+#include "tables/snapshotwindow.h"
 
 #include <tarnis/foundation/helpers.h>
 #include <tarnis/plots/vectorgraphwidget.h>

@@ -1,6 +1,6 @@
 // Replies as the console shows them.
-#include "language.h"
-#include "replytext.h"
+#include "app/language.h"
+#include "command/replytext.h"
 
 #include <QTest>
 

@@ -1,6 +1,6 @@
 // The window of the run directories: which entries are runs, how they are sorted and filtered, what becomes of one.
 #include "apps/desk.h"
-#include "windows/runswindow.h"
+#include "browse/runswindow.h"
 
 #include <QComboBox>
 #include <QPointer>

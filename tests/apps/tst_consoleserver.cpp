@@ -1,8 +1,8 @@
 // How the console comes to its server and loses it: the probe, a link of its own, and the control of the manager,
 // against a scripted server and against programs that behave well and badly as a local server.
-#include "servercontroller.h"
-#include "serverprobe.h"
-#include "sessionlink.h"
+#include "server/servercontroller.h"
+#include "server/serverprobe.h"
+#include "server/commandchannel.h"
 
 #include "apps/localprogram.h"
 #include "support/scriptedserver.h"

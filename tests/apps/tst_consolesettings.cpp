@@ -1,5 +1,5 @@
 // The table of settings, over a manager without a server.
-#include "settingsmodel.h"
+#include "settings/settingsmodel.h"
 
 #include <tarnis/server/tarnis.h>
 

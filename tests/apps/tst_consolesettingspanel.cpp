@@ -1,8 +1,8 @@
 // The settings beside a server that changes under them: values of others, restarts, refusals.
 #include "apps/desk.h"
-#include "language.h"
-#include "settingsmodel.h"
-#include "settingspanel.h"
+#include "app/language.h"
+#include "settings/settingsmodel.h"
+#include "settings/settingspanel.h"
 #include "windows/openwindows.h"
 
 #include <QCheckBox>

@@ -1,6 +1,6 @@
 // The status of the server while nobody types: runs that end by themselves, servers that go, busy ones left alone.
 #include "apps/desk.h"
-#include "windows/livewindows.h"
+#include "histograms/livewindows.h"
 
 #include <QPushButton>
 

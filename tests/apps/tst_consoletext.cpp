@@ -1,7 +1,7 @@
 // The window of a text on the server: opened and saved through the choosers, in the form that it had, with changes that
 // nobody loses.
 #include "apps/desk.h"
-#include "windows/servertext.h"
+#include "browse/servertext.h"
 
 #include <QComboBox>
 #include <QDialogButtonBox>

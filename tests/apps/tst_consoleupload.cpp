@@ -1,6 +1,6 @@
 // Files to the server and from it by the command line: every byte, the name as it is, nothing overwritten unasked.
 #include "apps/desk.h"
-#include "replytext.h"
+#include "command/replytext.h"
 
 #include <QCheckBox>
 #include <QFile>

@@ -1,9 +1,9 @@
 // Every word in the console's open windows when the language changes: none of the language of before is left.
 #include "apps/desk.h"
 #include "apps/listed.h"
-#include "language.h"
-#include "messagelist.h"
-#include "settingspanel.h"
+#include "app/language.h"
+#include "notices/messagelist.h"
+#include "settings/settingspanel.h"
 
 #include <tarnis/dialogs/graph1ddialog.h>
 #include <tarnis/dialogs/graph2ddialog.h>

@@ -1,8 +1,8 @@
 // The tour's steps through what goes wrong, and how one press mends it; and the end.
-#include "commandpanel.h"
+#include "command/commandpanel.h"
 #include "mainwindow.h"
-#include "noticebar.h"
-#include "tour/verbs.h"
+#include "notices/noticebar.h"
+#include "tour/tourhelpers.h"
 
 #include <QDialogButtonBox>
 #include <QLineEdit>

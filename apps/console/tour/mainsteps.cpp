@@ -1,11 +1,11 @@
 // The tour's steps through the main window.
-#include "commandpanel.h"
+#include "command/commandpanel.h"
 #include "mainwindow.h"
-#include "servercontroller.h"
-#include "settingsmodel.h"
-#include "settingspanel.h"
-#include "tour/verbs.h"
-#include "windows/histogramwindows.h"
+#include "server/servercontroller.h"
+#include "settings/settingsmodel.h"
+#include "settings/settingspanel.h"
+#include "tour/tourhelpers.h"
+#include "tour/histogramsteps.h"
 
 #include <QApplication>
 #include <QCheckBox>

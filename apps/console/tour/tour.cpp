@@ -1,7 +1,7 @@
 #include "tour/tour.h"
 
 #include "mainwindow.h"
-#include "servercontroller.h"
+#include "server/servercontroller.h"
 
 #include <QApplication>
 #include <QElapsedTimer>

@@ -1,7 +1,7 @@
 // The tour: opens every window on live data, drives it as a person would, and writes pictures and a report.
 #pragma once
 
-#include "tour/person.h"
+#include "tour/uidriver.h"
 
 #include <QDir>
 #include <QList>

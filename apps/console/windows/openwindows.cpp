@@ -1,6 +1,6 @@
 #include "windows/openwindows.h"
 
-#include "words.h"
+#include "app/words.h"
 
 #include <tarnis/dialogs/graph1ddialog.h>
 #include <tarnis/dialogs/graph2ddialog.h>

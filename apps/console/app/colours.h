@@ -1,0 +1,32 @@
+// Colours that stay readable on a light and on a dark desktop, made from the palette in use.
+#pragma once
+
+#include "notices/notice.h"
+
+#include <QColor>
+#include <QPalette>
+
+class QPixmap;
+
+namespace console {
+
+enum class Lamp { Off, Waiting, Good, Busy, Bad };
+
+/// Whether text stands light on dark.
+bool isDark(const QPalette& palette);
+
+/// Text on the palette's base in a hue that says good or bad; contrast at least 4.5 to 1 on white and on #202020.
+QColor goodText(const QPalette& palette);
+QColor badText(const QPalette& palette);
+QColor quietText(const QPalette& palette);
+
+/// The palette's window colour with a tint of the severity.
+QColor noticeGround(const QPalette& palette, Notice::Severity severity);
+
+/// A lamp of `size` pixels. Each has a shape of its own, so that nobody depends on the colour.
+QPixmap lampPicture(Lamp lamp, int size, qreal devicePixelRatio);
+
+/// A dark palette for the night shift.
+QPalette darkPalette();
+
+} // namespace console

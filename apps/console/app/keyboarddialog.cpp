@@ -1,0 +1,110 @@
+#include "app/keyboarddialog.h"
+
+#include <QAction>
+#include <QDialogButtonBox>
+#include <QEvent>
+#include <QHeaderView>
+#include <QMenu>
+#include <QTableWidget>
+#include <QVBoxLayout>
+
+#include <initializer_list>
+
+namespace console {
+
+namespace {
+
+QString named(std::initializer_list<QKeySequence> keys)
+{
+    QStringList names;
+    for (const QKeySequence& key : keys)
+        names.append(key.toString(QKeySequence::NativeText));
+    return names.join(QLatin1String(", "));
+}
+
+} // namespace
+
+KeyboardDialog::KeyboardDialog(const QList<QMenu*>& menus, QWidget* parent)
+    : QDialog(parent)
+    , m_menus(menus)
+    , m_table(new QTableWidget(0, 2, this))
+{
+    setObjectName(QStringLiteral("keyboardBox"));
+    setAttribute(Qt::WA_DeleteOnClose);
+    m_table->setObjectName(QStringLiteral("keyTable"));
+    m_table->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    m_table->setSelectionBehavior(QAbstractItemView::SelectRows);
+    m_table->setTabKeyNavigation(false);
+    m_table->setShowGrid(false);
+    m_table->setAlternatingRowColors(true);
+    m_table->verticalHeader()->hide();
+    m_table->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 8);
+    m_table->horizontalHeader()->setHighlightSections(false);
+    m_table->horizontalHeader()->setStretchLastSection(true);
+    auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Close, this);
+    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    auto* const box = new QVBoxLayout(this);
+    box->addWidget(m_table);
+    box->addWidget(buttons);
+    resize(560, 440);
+    setTexts();
+}
+
+void KeyboardDialog::setTexts()
+{
+    setWindowTitle(tr("Keyboard"));
+    m_table->setAccessibleName(tr("Keys"));
+    m_table->setHorizontalHeaderLabels({ tr("Key"), tr("What it does") });
+    m_table->setRowCount(0);
+    addMenus();
+    addOthers();
+    m_table->resizeColumnToContents(0);
+    m_table->setColumnWidth(0, m_table->columnWidth(0) + fontMetrics().averageCharWidth() * 3);
+}
+
+void KeyboardDialog::addMenus()
+{
+    for (const QMenu* const menu : std::as_const(m_menus)) {
+        const auto actions = menu->actions();
+        for (const QAction* const action : actions) {
+            if (!action->shortcut().isEmpty())
+                addRow(named({ action->shortcut() }), action->text().remove(u'&'));
+        }
+    }
+}
+
+void KeyboardDialog::addOthers()
+{
+    addRow(named({ Qt::Key_Up, Qt::Key_Down }), tr("Walk through the commands that were typed"));
+    addRow(named({ Qt::Key_F8 }), tr("Press the button of the notice"));
+    addRow(named({ Qt::Key_F2 }), tr("Edit the chosen setting"));
+    addRow(named({ Qt::Key_F5 }), tr("Update a live window"));
+    addRow(named({ Qt::Key_F5 }), tr("In Runs and the snapshots: refresh"));
+    addRow(named({ Qt::Key_F3, Qt::SHIFT | Qt::Key_F3 }), tr("In the log file: find further down and up"));
+    addRow(named({ Qt::CTRL | Qt::Key_O }), tr("In Text on the Server: open"));
+    addRow(named({ Qt::CTRL | Qt::Key_S, Qt::CTRL | Qt::SHIFT | Qt::Key_S }),
+        tr("In Text on the Server: save, save under another name"));
+    addRow(named({ Qt::Key_Menu }), tr("In a plot: its tools"));
+    addRow(named({ Qt::Key_Left, Qt::Key_Right, Qt::Key_Up, Qt::Key_Down }), tr("In a plot: move"));
+    addRow(named({ Qt::Key_Plus, Qt::Key_Minus }), tr("In a plot: zoom in and out along X"));
+    addRow(named({ Qt::Key_PageUp, Qt::Key_PageDown }), tr("In a plot: zoom in and out along Y"));
+    addRow(named({ Qt::Key_F6 }), tr("In a plot: to the boxes beside its window, and back"));
+    addRow(named({ Qt::Key_Home }), tr("In a plot: show all"));
+}
+
+void KeyboardDialog::addRow(const QString& keys, const QString& text)
+{
+    const int row = m_table->rowCount();
+    m_table->insertRow(row);
+    m_table->setItem(row, 0, new QTableWidgetItem(keys));
+    m_table->setItem(row, 1, new QTableWidgetItem(text));
+}
+
+void KeyboardDialog::changeEvent(QEvent* event)
+{
+    QDialog::changeEvent(event);
+    if (event->type() == QEvent::LanguageChange)
+        setTexts();
+}
+
+} // namespace console

@@ -1,0 +1,63 @@
+#include "app/languagemenu.h"
+
+#include "app/language.h"
+
+#include <QActionGroup>
+#include <QEvent>
+#include <QSettings>
+
+namespace console {
+
+namespace {
+
+constexpr QLatin1String memoryKey("window/language");
+
+} // namespace
+
+LanguageMenu::LanguageMenu(QSettings& memory, const QString& language, QWidget* parent)
+    : QMenu(parent)
+    , m_memory(memory)
+    , m_group(new QActionGroup(this))
+    , m_desktopAction(addAction(QString()))
+{
+    setObjectName(QStringLiteral("languageMenu"));
+    m_desktopAction->setData(QString());
+    const QList<Language> all = languages();
+    for (const Language& known : all)
+        addAction(known.name)->setData(known.code);
+    const QString chosen = language.isEmpty() ? m_memory.value(memoryKey).toString() : language;
+    m_desktopAction->setChecked(true);
+    const QList<QAction*> choices = actions();
+    for (QAction* const action : choices) {
+        const QString code = action->data().toString();
+        action->setObjectName(
+            code.isEmpty() ? QStringLiteral("desktopLanguageAction") : QStringLiteral("%1Action").arg(code));
+        action->setCheckable(true);
+        m_group->addAction(action);
+        action->setChecked(code.isEmpty() || code == chosen);
+        connect(action, &QAction::triggered, this, [this, code] { choose(code); });
+    }
+    setLanguage(hasLanguage(chosen) ? chosen : QString());
+    setTexts();
+}
+
+void LanguageMenu::choose(const QString& code)
+{
+    m_memory.setValue(memoryKey, code);
+    setLanguage(code);
+}
+
+void LanguageMenu::setTexts()
+{
+    setTitle(tr("&Language"));
+    m_desktopAction->setText(tr("As on the &Desktop"));
+}
+
+void LanguageMenu::changeEvent(QEvent* event)
+{
+    QMenu::changeEvent(event);
+    if (event->type() == QEvent::LanguageChange)
+        setTexts();
+}
+
+} // namespace console

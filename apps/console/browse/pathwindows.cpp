@@ -1,0 +1,152 @@
+#include "browse/pathwindows.h"
+
+#include "command/replytext.h"
+#include "server/servercontroller.h"
+#include "server/commandchannel.h"
+#include "windows/window.h"
+
+#include <tarnis/server/tarnissession.h>
+
+#include <QLineEdit>
+#include <QListWidget>
+
+namespace console {
+
+namespace {
+
+QString joined(const QString& folder, const QString& name)
+{
+    return folder.endsWith(u'/') ? folder + name : folder + u'/' + name;
+}
+
+QString typedName(const QDialog& chooser)
+{
+    return chooser.findChild<QLineEdit*>(QStringLiteral("fileNameLineEdit"))->text();
+}
+
+/// The problem of a name that is typed; empty for one that can be sent.
+QString nameProblem(const QString& name)
+{
+    if (name.isEmpty())
+        return ChooserGuide::tr("Type a name, or choose a file");
+    if (name.contains(u'/'))
+        return ChooserGuide::tr("A name holds no slash; open the folder in the list");
+    return commandProblem(name);
+}
+
+} // namespace
+
+FolderChooser::FolderChooser(const WindowContext& context, const Words& title)
+    : SelectPathDialog(QString(), context.link.session(), context.parent)
+    , m_keeper(context.controller, session)
+    , m_guide(*this, [this] { return choice(); })
+{
+    keepTitle(*this, title);
+    setAttribute(Qt::WA_DeleteOnClose);
+    listen();
+    connect(&m_keeper, &SessionKeeper::lost, this, [this] { m_guide.setLost(true); });
+    connect(&m_keeper, &SessionKeeper::wanted, this, &FolderChooser::resume);
+}
+
+void FolderChooser::askForName(const QString& name)
+{
+    setExt({ QStringLiteral("*") }, false, true);
+    exts = { QStringLiteral("*") }; // without the dot that setExt() puts before it: any name
+    auto* const edit = findChild<QLineEdit*>(QStringLiteral("fileNameLineEdit"));
+    edit->setText(name);
+    edit->setFocus(Qt::OtherFocusReason);
+    const qsizetype dot = name.lastIndexOf(u'.');
+    edit->setSelection(0, int(dot > 0 ? dot : name.size()));
+    m_guide.update();
+}
+
+void FolderChooser::closeEvent(QCloseEvent* event)
+{
+    const bool isGivenUp = isVisible(); // nobody tells so of a dialog that the next line hides
+    m_keeper.end();
+    SelectPathDialog::closeEvent(event);
+    if (isGivenUp)
+        reject();
+}
+
+void FolderChooser::listen()
+{
+    connect(session, &TarnisSession::result, &m_guide, &ChooserGuide::onReply);
+    connect(session, &TarnisSession::error, this,
+        [this](int, const QString& message) { m_keeper.fail(sender(), message); });
+}
+
+void FolderChooser::resume()
+{
+    connect(m_keeper.renew(), &TarnisSession::result, this, &FolderChooser::result);
+    listen();
+    session->start(QThread::InheritPriority);
+    if (getDir().isEmpty())
+        requestPwd();
+    else
+        requestLs();
+    m_guide.setLost(false);
+}
+
+ChooserGuide::Choice FolderChooser::choice()
+{
+    if (exts.isEmpty())
+        return { {}, getDir() };
+    const QString name = typedName(*this);
+    return { nameProblem(name), joined(getDir(), matchExt(name) ? name : name + exts.constFirst()) };
+}
+
+FileChooser::FileChooser(const WindowContext& context, const Words& title)
+    : SelectDirectoryDialog(QString(), context.link.session(), context.parent)
+    , m_keeper(context.controller, session)
+    , m_guide(*this, [this] { return choice(); })
+{
+    keepTitle(*this, title);
+    setAttribute(Qt::WA_DeleteOnClose);
+    listen();
+    connect(&m_keeper, &SessionKeeper::lost, this, [this] { m_guide.setLost(true); });
+    connect(&m_keeper, &SessionKeeper::wanted, this, &FileChooser::resume);
+}
+
+void FileChooser::closeEvent(QCloseEvent* event)
+{
+    const bool isGivenUp = isVisible(); // nobody tells so of a dialog that the next line hides
+    m_keeper.end();
+    SelectDirectoryDialog::closeEvent(event);
+    if (isGivenUp)
+        reject();
+}
+
+void FileChooser::listen()
+{
+    connect(session, &TarnisSession::result, &m_guide, &ChooserGuide::onReply);
+    connect(session, &TarnisSession::error, this,
+        [this](int, const QString& message) { m_keeper.fail(sender(), message); });
+}
+
+void FileChooser::resume()
+{
+    connect(m_keeper.renew(), &TarnisSession::result, this, &FileChooser::result);
+    listen();
+    session->start(QThread::InheritPriority);
+    if (dir.isEmpty())
+        requestPwd();
+    else
+        requestLs();
+    m_guide.setLost(false);
+}
+
+ChooserGuide::Choice FileChooser::choice()
+{
+    if (exts.isEmpty())
+        return { {}, dir };
+    const QListWidgetItem* const item = selectedItem();
+    const QString name = nameEdit ? typedName(*this) : item ? item->text() : QString();
+    if (nameEdit)
+        return { nameProblem(name), joined(dir, name.endsWith(exts.constFirst()) ? name : name + exts.constFirst()) };
+    if (name.isEmpty())
+        return { tr("Choose a file"), {} };
+    return { matchExt(name) ? QString() : tr("Choose a file; Enter opens the folder"), joined(dir, name) };
+}
+
+} // namespace console

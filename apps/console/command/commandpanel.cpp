@@ -1,0 +1,324 @@
+#include "command/commandpanel.h"
+
+#include "app/availability.h"
+#include "command/history.h"
+#include "command/replytext.h"
+#include "server/servercontroller.h"
+#include "ui_commandpanel.h"
+#include "command/uploader.h"
+
+#include <QEvent>
+#include <QFileDialog>
+
+#include <utility>
+
+namespace console {
+
+namespace {
+
+constexpr qsizetype liveBytes = 16384;
+constexpr int progressIntervalMs = 100;
+constexpr int progressDelayMs = 400; // a quick reply shows no progress at all
+
+} // namespace
+
+CommandPanel::CommandPanel(ServerController& controller, QWidget* parent)
+    : QWidget(parent)
+    , m_controller(controller)
+    , ui(std::make_unique<Ui::CommandPanel>())
+    , m_link(new SessionLink(controller.tarnis(), QStringLiteral("console"), this))
+    , m_uploader(new Uploader(controller, *this))
+{
+    ui->setupUi(this);
+    QSizePolicy keepsRoom = ui->progressBar->sizePolicy();
+    keepsRoom.setRetainSizeWhenHidden(true);
+    ui->progressBar->setSizePolicy(keepsRoom);
+
+    connect(ui->commandEdit, &QLineEdit::returnPressed, this, &CommandPanel::sendTyped);
+    connect(ui->commandEdit, &QLineEdit::textChanged, this, &CommandPanel::onTyped);
+    connect(ui->binaryCheck, &QCheckBox::clicked, this, [this] { m_isBinaryChosen = true; });
+    connect(ui->sendButton, &QPushButton::clicked, this, &CommandPanel::sendTyped);
+    connect(ui->giveUpButton, &QPushButton::clicked, this, &CommandPanel::giveUp);
+    connect(ui->uploadButton, &QPushButton::clicked, this, &CommandPanel::chooseUpload);
+
+    connect(m_uploader, &Uploader::ready, this, &CommandPanel::sendFile);
+    connect(m_uploader, &Uploader::refused, this,
+        [this](const Words& words) { Q_EMIT notice(noticeOf(Notice::Severity::Warning, words)); });
+    connect(m_link, &SessionLink::progress, this, &CommandPanel::onProgress);
+    connect(m_link, &SessionLink::replied, this, &CommandPanel::onReplied);
+    connect(m_link, &SessionLink::failed, this, &CommandPanel::onFailed);
+    connect(m_link, &SessionLink::waitingChanged, this, &CommandPanel::onWaitingChanged);
+    connect(&controller, &ServerController::stateChanged, this, &CommandPanel::updateControls);
+    connect(&controller, &ServerController::aboutToStop, this, [this] { keepLost(m_link->drop()); });
+
+    m_progressTimer.setInterval(progressIntervalMs);
+    connect(&m_progressTimer, &QTimer::timeout, this, &CommandPanel::showProgress);
+    onWaitingChanged();
+}
+
+CommandPanel::~CommandPanel() = default;
+
+History& CommandPanel::history()
+{
+    return ui->commandEdit->history();
+}
+
+void CommandPanel::focusCommand()
+{
+    ui->commandEdit->setFocus(Qt::ShortcutFocusReason);
+    ui->commandEdit->selectAll();
+}
+
+bool CommandPanel::isBusy() const
+{
+    return !m_link->waiting().isEmpty();
+}
+
+QString CommandPanel::recordText() const
+{
+    return ui->transcript->toPlainText();
+}
+
+void CommandPanel::note(const QString& text)
+{
+    ui->transcript->addNote(text);
+}
+
+void CommandPanel::insertPath(const QString& path)
+{
+    const int cursor =
+        ui->commandEdit->selectionStart() >= 0 ? ui->commandEdit->selectionStart() : ui->commandEdit->cursorPosition();
+    const bool stands = cursor > 0 && !ui->commandEdit->text().at(cursor - 1).isSpace();
+    ui->commandEdit->insert((stands ? QStringLiteral(" ") : QString()) + quotedPath(path));
+    ui->commandEdit->setFocus(Qt::OtherFocusReason);
+}
+
+void CommandPanel::clearRecord()
+{
+    ui->transcript->clear();
+}
+
+void CommandPanel::sendTyped()
+{
+    if (!ui->sendButton->isEnabled()) {
+        hint(ui->sendButton->toolTip());
+        return;
+    }
+    const QString command = ui->commandEdit->text().trimmed();
+    history().add(command);
+    Q_EMIT commandTyped();
+    const bool isBinary = ui->binaryCheck->isChecked();
+    ui->commandEdit->clear();
+    send({ command, command, isBinary });
+    ui->commandEdit->setFocus();
+    if (!m_lost.isEmpty() && m_lost.constFirst().text == command) {
+        m_lost.removeFirst(); // it is sent again
+        if (m_lost.isEmpty())
+            Q_EMIT nothingLost();
+    }
+}
+
+void CommandPanel::send(const Request& request)
+{
+    auto* command = new TarnisCmd(request.text); // the session takes it over
+    command->m_cmdName = request.name;
+    command->m_bBinary = request.isBinary;
+    command->m_bProgress = true;
+    m_link->send(command);
+}
+
+/// The command whose turn has come, so that every reply stands below its command.
+void CommandPanel::announce()
+{
+    m_isAnnounced = true;
+    m_received = 0;
+    m_shown = 0;
+    m_liveTail.clear();
+    m_elapsed.start();
+    ui->transcript->addCommand(m_link->waiting().constFirst().name);
+}
+
+void CommandPanel::giveUp()
+{
+    const QList<Request> lost = m_link->drop();
+    if (lost.isEmpty())
+        return;
+    ui->transcript->addNote(tr("Given up: %1. The server may still be working on it.").arg(lost.first().name));
+    const QList<Request> behind = lost.mid(1);
+    keepLost(behind);
+    if (behind.isEmpty())
+        return;
+    Q_EMIT notice(noticeOf(
+        Notice::Severity::Warning,
+        [name = lost.first().name, count = int(behind.size())] {
+            return tr("\u201c%1\u201d is given up; %Ln command(s) behind it got no reply.", nullptr, count).arg(name);
+        },
+        Remedy::SendAgain));
+}
+
+void CommandPanel::changeEvent(QEvent* event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() != QEvent::LanguageChange)
+        return;
+    ui->retranslateUi(this);
+    updateControls();
+}
+
+void CommandPanel::chooseUpload()
+{
+    auto* dialog = new QFileDialog(this, tr("Upload a File"));
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setFileMode(QFileDialog::ExistingFile);
+    connect(dialog, &QFileDialog::fileSelected, this, &CommandPanel::upload);
+    dialog->open();
+}
+
+void CommandPanel::upload(const QString& path)
+{
+    m_uploader->start(path);
+}
+
+void CommandPanel::sendFile(const QString& request, const QByteArray& content)
+{
+    Q_EMIT notice({});
+    // Latin-1 both ways keeps every byte. A file with the byte 0x04 is refused by the session itself.
+    const QString shown = QStringLiteral("%1  (%2)").arg(request, byteCountText(content.size()));
+    send({ request + u'\n' + QString::fromLatin1(content), shown, false });
+}
+
+void CommandPanel::onProgress(const QByteArray& piece)
+{
+    m_received += piece.size();
+    m_liveTail = (m_liveTail + piece).right(liveBytes);
+}
+
+void CommandPanel::showProgress()
+{
+    const qint64 elapsedMs = m_elapsed.elapsed();
+    const bool isLong = elapsedMs >= progressDelayMs;
+    ui->progressBar->setVisible(isLong);
+    if (!isLong)
+        return;
+    const QList<Request> waiting = m_link->waiting();
+    QString text = tr("%1: %2 s, %3")
+                       .arg(waiting.value(0).name)
+                       .arg(double(elapsedMs) / 1000.0, 0, 'f', 1)
+                       .arg(byteCountText(m_received));
+    if (waiting.size() > 1)
+        text += tr(", %Ln more to go", nullptr, int(waiting.size()) - 1);
+    ui->progressLabel->setText(text);
+    if (m_shown != m_received) {
+        m_shown = m_received;
+        ui->transcript->setLive(visibleText(m_liveTail));
+    }
+}
+
+void CommandPanel::onReplied(const PTarnisCmd& command, const QByteArray& reply)
+{
+    m_isAnnounced = false;
+    if (command->m_bBinary) {
+        const QString text = visibleText(command->m_replyText.toUtf8());
+        const bool isFile = bringsFile(command->m_cmd);
+        const QString block = isFile ? fileText(reply) : binaryText(summarizeBinary(reply));
+        ui->transcript->addReply(text.isEmpty() ? block : block + u'\n' + tr("text: %1").arg(text), replyKind(text));
+    } else {
+        const QString text = visibleText(reply);
+        ui->transcript->addReply(text.isEmpty() ? tr("(an empty reply)") : text, replyKind(text));
+        m_controller.readReply(command->m_cmd, reply);
+        if (replyKind(text) != ReplyKind::Refused)
+            Q_EMIT accepted(command->m_cmd);
+    }
+}
+
+void CommandPanel::onFailed(int /*socketError*/, const QString& message, const QList<Request>& unanswered)
+{
+    ui->transcript->addNote(tr("The connection broke: %1.").arg(message));
+    keepLost(unanswered);
+    // A server that is lost altogether has a notice of its own.
+    if (!unanswered.isEmpty() && m_controller.state() == ServerState::Up) {
+        Q_EMIT notice(noticeOf(
+            Notice::Severity::Warning,
+            [name = unanswered.first().name, message] {
+                return tr("The connection broke before the reply to \u201c%1\u201d was complete (%2). The next command "
+                          "makes a new one.")
+                    .arg(name, message);
+            },
+            Remedy::SendAgain));
+    }
+    m_controller.checkServer();
+}
+
+void CommandPanel::keepLost(const QList<Request>& unanswered)
+{
+    if (unanswered.isEmpty())
+        return;
+    m_lost = unanswered;
+    for (const Request& request : unanswered)
+        ui->transcript->addNote(tr("No reply: %1").arg(request.name));
+    // One line can stand in the command line again, unless something new is being typed there.
+    if (ui->commandEdit->text().isEmpty() && !unanswered.first().text.contains(u'\n'))
+        ui->commandEdit->setText(unanswered.first().text);
+}
+
+void CommandPanel::sendAgain()
+{
+    if (m_controller.state() != ServerState::Up)
+        return;
+    const QList<Request> lost = std::exchange(m_lost, {});
+    if (!lost.isEmpty() && ui->commandEdit->text() == lost.first().text)
+        ui->commandEdit->clear();
+    for (const Request& request : lost)
+        send(request);
+}
+
+void CommandPanel::onWaitingChanged()
+{
+    if (!isBusy()) {
+        m_isAnnounced = false;
+        m_progressTimer.stop();
+        ui->transcript->clearLive();
+        ui->progressLabel->clear();
+        ui->progressBar->hide();
+    } else if (!m_isAnnounced) {
+        announce();
+        m_progressTimer.start();
+    }
+    updateControls();
+    Q_EMIT busyChanged();
+}
+
+void CommandPanel::hint(const QString& text)
+{
+    if (!isBusy())
+        ui->progressLabel->setText(text);
+}
+
+void CommandPanel::onTyped(const QString& text)
+{
+    if (text.isEmpty())
+        m_isBinaryChosen = false;
+    if (!m_isBinaryChosen)
+        ui->binaryCheck->setChecked(looksBinary(text));
+    hint(text.isEmpty() ? QString() : commandProblem(text));
+    updateControls();
+}
+
+void CommandPanel::updateControls()
+{
+    const bool isUp = m_controller.state() == ServerState::Up;
+    const QString typed = ui->commandEdit->text();
+    const QString problem = commandProblem(typed);
+    const QString needsServer = tr("Needs a connected server. What you type stays here.");
+    setAvailable(ui->sendButton, isUp && problem.isEmpty(), tr("Send the command (Enter)"),
+        typed.isEmpty() ? tr("Type a command first") : (problem.isEmpty() ? needsServer : problem));
+    setAvailable(ui->uploadButton, isUp, withKey(tr("Send a file to the server with txfile"), Qt::CTRL | Qt::Key_O),
+        needsServer);
+    setAvailable(ui->giveUpButton, isBusy(),
+        withKey(tr("Stop waiting for the reply and close its connection"), Qt::CTRL | Qt::Key_G),
+        tr("No command is under way"));
+    ui->binaryCheck->setToolTip(tr("The reply is a block of numbers with text behind it, as that of hist1d and hist2d, "
+                                   "or a file, as that of rxfile; follows the command"));
+}
+
+} // namespace console

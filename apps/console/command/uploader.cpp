@@ -1,0 +1,162 @@
+#include "command/uploader.h"
+
+#include "command/replytext.h"
+#include "server/servercontroller.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QMessageBox>
+
+#include <algorithm>
+#include <utility>
+
+namespace console {
+
+namespace {
+
+constexpr qint64 sizeLimit = 256LL * 1024 * 1024;
+
+/// Between quotation marks where the name alone could be read as something else.
+QString nameInRequest(const QString& name)
+{
+    const bool isPlain =
+        std::none_of(name.begin(), name.end(), [](QChar c) { return c.isSpace() || c == u'"' || c == u'\\'; });
+    return isPlain ? name : quotedPath(name);
+}
+
+} // namespace
+
+Uploader::Uploader(ServerController& controller, QWidget& window)
+    : QObject(&window)
+    , m_controller(controller)
+    , m_window(window)
+    , m_link(new SessionLink(controller.tarnis(), QStringLiteral("upload"), this))
+{
+    connect(m_link, &SessionLink::replied, this, &Uploader::onReplied);
+    connect(m_link, &SessionLink::failed, this, [this](int, const QString& message) {
+        refuse([message] { return tr("the connection broke (%1).").arg(message); });
+        m_controller.checkServer();
+    });
+    connect(&controller, &ServerController::aboutToStop, this, &Uploader::onStopping);
+}
+
+Uploader::~Uploader() = default;
+
+void Uploader::start(const QString& path)
+{
+    if (m_isBusy) {
+        Q_EMIT refused([path, other = m_path] { return tr("%1 is not uploaded: %2 is on its way.").arg(path, other); });
+        return;
+    }
+    m_path = path;
+    if (!read(path))
+        return;
+    m_name = QFileInfo(path).fileName();
+    if (const QString problem = commandProblem(m_name); !problem.isEmpty()) {
+        refuse([name = m_name] { return tr("its name cannot be sent. %1").arg(commandProblem(name)); });
+        return;
+    }
+    m_isBusy = true;
+    look(QStringLiteral("pwd"));
+}
+
+bool Uploader::read(const QString& path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        refuse([error = file.errorString()] { return tr("it cannot be read (%1).").arg(error); });
+        return false;
+    }
+    if (file.size() > sizeLimit) {
+        refuse([] { return tr("it is larger than %1.").arg(byteCountText(sizeLimit)); });
+        return false;
+    }
+    m_content = file.readAll();
+    if (file.error() == QFileDevice::NoError)
+        return true;
+    refuse([error = file.errorString()] { return tr("it cannot be read (%1).").arg(error); });
+    return false;
+}
+
+void Uploader::look(const QString& command)
+{
+    if (m_controller.state() != ServerState::Up) {
+        refuse([] { return tr("there is no connection to the server."); });
+        return;
+    }
+    auto* const asked = new TarnisCmd(command); // the session takes it over
+    asked->m_cmdName = command.section(u' ', 0, 0);
+    m_link->send(asked);
+}
+
+void Uploader::onReplied(const PTarnisCmd& command, const QByteArray& reply)
+{
+    const QString text = QString::fromUtf8(reply);
+    QStringList lines = text.split(u'\n');
+    if (!lines.takeFirst().startsWith(u"OK:")) {
+        onUnknown(text.trimmed());
+    } else if (command->m_cmdName == u"pwd") {
+        m_folder = lines.value(0);
+        look(QStringLiteral("ls-F ") + quotedPath(m_folder));
+    } else if (lines.contains(m_name)) {
+        question([name = m_name, folder = m_folder] {
+            return tr("\u201c%1\u201d already exists in %2 on the server. Do you want to overwrite it?")
+                .arg(name, folder);
+        });
+    } else {
+        finish();
+    }
+}
+
+void Uploader::onUnknown(const QString& why)
+{
+    question([name = m_name, why] {
+        const QString text = tr(
+            "The server does not tell whether it has a file \u201c%1\u201d. Do you want to upload it? A file of that "
+            "name would be overwritten.")
+                                 .arg(name);
+        return why.isEmpty() ? text : text + QStringLiteral("\n\n") + why;
+    });
+}
+
+void Uploader::question(const Words& words)
+{
+    auto* const box = new QMessageBox(
+        QMessageBox::Question, tr("Upload a File"), words(), QMessageBox::Ok | QMessageBox::Cancel, &m_window);
+    box->setObjectName(QStringLiteral("uploadBox"));
+    box->setTextFormat(Qt::PlainText);
+    box->setDefaultButton(QMessageBox::Cancel);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    connect(box, &QDialog::finished, this, [this, box] {
+        if (box->standardButton(box->clickedButton()) == QMessageBox::Ok)
+            finish();
+        else
+            m_isBusy = false;
+    });
+    box->open();
+}
+
+void Uploader::finish()
+{
+    if (m_controller.state() != ServerState::Up) {
+        refuse([] { return tr("there is no connection to the server."); });
+        return;
+    }
+    m_isBusy = false;
+    Q_EMIT ready(QStringLiteral("txfile ") + nameInRequest(m_name), std::exchange(m_content, {}));
+}
+
+void Uploader::refuse(const Words& why)
+{
+    m_isBusy = false;
+    m_content.clear();
+    Q_EMIT refused([path = m_path, why] { return tr("%1 is not uploaded: %2").arg(path, why()); });
+}
+
+void Uploader::onStopping()
+{
+    if (!m_link->drop().isEmpty())
+        refuse([] { return tr("the server was stopped."); });
+}
+
+} // namespace console

@@ -1,0 +1,339 @@
+#include "histograms/livewindows.h"
+
+#include "app/availability.h"
+#include "command/replytext.h"
+#include "server/servercontroller.h"
+#include "server/commandchannel.h"
+#include "histograms/replyfit.h"
+#include "windows/window.h"
+
+#include <tarnis/plots/multivectorgraphwidget.h>
+#include <tarnis/plots/xy2dgraphwidget.h>
+#include <tarnis/server/tarnissession.h>
+
+#include <QBoxLayout>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QEvent>
+#include <QHeaderView>
+#include <QLabel>
+#include <QPushButton>
+#include <QTableWidget>
+
+namespace console {
+
+namespace {
+
+/// The buttons that need a session tell why they are off.
+void setPolling(QDialog& window, bool isPolling)
+{
+    const QString reason = SessionKeeper::tr("Needs a connected server");
+    const auto set = [&](QWidget* control) {
+        if (control)
+            setAvailable(control, isPolling, QString(), reason);
+    };
+    set(window.findChild<QPushButton*>(QStringLiteral("updatePushButton")));
+    set(window.findChild<QCheckBox*>(QStringLiteral("autoUpdateCheckBox")));
+}
+
+/// The line below a plot holds whole sentences, and must not widen the window.
+void wrapInfo(QDialog& window)
+{
+    if (auto* const label = window.findChild<QLabel*>(QStringLiteral("infoLabel")))
+        label->setWordWrap(true);
+}
+
+int rowsOf(const MapRequest& request)
+{
+    return request.yBins > 0 ? request.yBins : request.bins;
+}
+
+double endOf(double min, double max, int bins)
+{
+    return min == 0.0 && max == 0.0 ? bins : max;
+}
+
+QString infoOf(const QDialog& window)
+{
+    const auto* const label = window.findChild<QLabel*>(QStringLiteral("infoLabel"));
+    return label ? label->text() : QString();
+}
+
+bool isRefused(const QStringList& lines)
+{
+    for (const QString& line : lines) {
+        if (line.startsWith(u"NG:"))
+            return true;
+    }
+    return false;
+}
+
+/// Binds a new session to the slots that the library's constructor binds its own to, and starts it.
+template <typename Window> void startSession(TarnisSession& session, Window& window)
+{
+    QObject::connect(&session, &TarnisSession::connected, &window, [&window] {
+        window.setInfoText(QString());
+        window.onTimeout();
+    });
+    QObject::connect(&session, &TarnisSession::result, &window, &Window::result);
+    QObject::connect(&session, &TarnisSession::error, &window, &Window::error);
+    session.start(QThread::InheritPriority);
+}
+
+} // namespace
+
+LiveCurves::LiveCurves(const WindowContext& context, const std::function<CurvesRequest()>& request)
+    : LiveCurves(context, request())
+{
+    m_request = request;
+}
+
+LiveCurves::LiveCurves(const WindowContext& context, const CurvesRequest& request)
+    : Graph1DDialog(context.link.session(), request.title, request.xLabel, request.xMin, request.xMax,
+        request.resolution, 0, request.description, {}, request.command, request.first, request.last, context.parent)
+    , m_request([request] { return request; })
+    , m_keeper(context.controller, session)
+{
+    wrapInfo(*this);
+    // The library's slot knows the entries by their English words, and has been called with those on show.
+    if (auto* const box = findChild<QComboBox*>(QStringLiteral("typeComboBox")))
+        connect(box, &QComboBox::currentIndexChanged, this,
+            [this](int index) { onTypeChanged(index == 0 ? QStringLiteral("Each") : QStringLiteral("All")); });
+    setTexts();
+    connect(&m_keeper, &SessionKeeper::lost, this, &LiveCurves::onLost);
+    connect(&m_keeper, &SessionKeeper::wanted, this, &LiveCurves::resume);
+}
+
+void LiveCurves::result(PTarnisCmd command, QByteArray const& payload)
+{
+    const bool isData = command->m_bBinary && replyKind(command->m_replyText) != ReplyKind::Refused;
+    const QString problem = pairMode && isData ? pairsProblem(command->m_replyText, payload) : QString();
+    if (problem.isEmpty() || !isVisible()) {
+        Graph1DDialog::result(command, payload);
+        return;
+    }
+    setInfoText(problem);
+    timer->start();
+}
+
+void LiveCurves::error(int /*code*/, QString const& text)
+{
+    m_keeper.fail(sender(), text);
+}
+
+bool LiveCurves::onResultExInfo(QList<QString> const& lines)
+{
+    return Graph1DDialog::onResultExInfo(lines) && !isRefused(lines);
+}
+
+void LiveCurves::setTexts()
+{
+    const CurvesRequest request = m_request();
+    MultiVectorGraphWidget& plot = *getGraphWidget();
+    plot.setNameX(request.xLabel);
+    plot.setNameY(tr("Intensity"));
+    plot.setTitle(request.title);
+    plot.m_groupName = request.description;
+    if (!request.rangeName.isEmpty())
+        plot.SetEnableSelectXRangeFeature(true, request.rangeName);
+    QString description = request.description;
+    if (start != end)
+        description = QStringLiteral("%1 %2-%3").arg(description).arg(start).arg(end);
+    if (start != end && request.rows > end + 1)
+        description = tr("%1 of %2").arg(description).arg(request.rows);
+    if (auto* const label = findChild<QLabel*>(QStringLiteral("descLabel")))
+        label->setText(description.trimmed());
+    if (auto* const box = findChild<QComboBox*>(QStringLiteral("typeComboBox"))) {
+        box->setItemText(0, tr("Each"));
+        box->setItemText(1, tr("All"));
+    }
+}
+
+void LiveCurves::changeEvent(QEvent* event)
+{
+    const QString info = infoOf(*this);
+    Graph1DDialog::changeEvent(event);
+    if (event->type() != QEvent::LanguageChange)
+        return;
+    setTexts();
+    setInfoText(info);
+    if (!session)
+        onLost();
+}
+
+void LiveCurves::closeEvent(QCloseEvent* event)
+{
+    m_keeper.end();
+    Graph1DDialog::closeEvent(event);
+}
+
+void LiveCurves::onLost()
+{
+    timer->stop();
+    setInfoText(m_keeper.text());
+    setPolling(*this, false);
+}
+
+void LiveCurves::resume()
+{
+    setPolling(*this, true);
+    startSession(*m_keeper.renew(), *this);
+}
+
+LiveMap::LiveMap(const WindowContext& context, const std::function<MapRequest()>& request)
+    : LiveMap(context, request())
+{
+    m_request = request;
+}
+
+LiveMap::LiveMap(const WindowContext& context, const MapRequest& request)
+    : Graph2DDialog(context.link.session(), request.title, request.xLabel, request.bins, request.xMin,
+        endOf(request.xMin, request.xMax, request.bins), 1, 0, request.yLabel, rowsOf(request), request.yMin,
+        endOf(request.yMin, request.yMax, rowsOf(request)), 1, 0, {}, request.command, context.parent)
+    , m_request([request] { return request; })
+    , m_keeper(context.controller, session)
+{
+    wrapInfo(*this);
+    connect(&m_keeper, &SessionKeeper::lost, this, &LiveMap::onLost);
+    connect(&m_keeper, &SessionKeeper::wanted, this, &LiveMap::resume);
+}
+
+void LiveMap::result(PTarnisCmd command, QByteArray payload)
+{
+    const bool isData = command->m_bBinary && replyKind(command->m_replyText) != ReplyKind::Refused;
+    const QString problem = isData ? mapProblem(command->m_replyText, payload, binsX, binsY) : QString();
+    if (problem.isEmpty() || !isVisible()) {
+        Graph2DDialog::result(command, payload);
+        return;
+    }
+    setInfoText(problem);
+    timer->start();
+}
+
+void LiveMap::error(int /*socketError*/, QString message)
+{
+    m_keeper.fail(sender(), message);
+}
+
+bool LiveMap::onResultExInfo(QList<QString> const& lines)
+{
+    return Graph2DDialog::onResultExInfo(lines) && !isRefused(lines);
+}
+
+void LiveMap::setTexts()
+{
+    const MapRequest request = m_request();
+    XY2DGraphWidget& plot = *getGraphWidget();
+    plot.setNameX(request.xLabel);
+    plot.setNameY(request.yLabel);
+    plot.setTitle(request.title);
+}
+
+/// The maps that were filtered out of this one bear its words.
+void LiveMap::setFilteredTexts()
+{
+    const MapRequest request = m_request();
+    const auto maps = findChildren<Graph2DDialog*>();
+    for (Graph2DDialog* const map : maps) {
+        map->setWindowTitle(windowTitle());
+        map->setInfoText(QString());
+        map->getGraphWidget()->setNameX(request.xLabel);
+        map->getGraphWidget()->setNameY(request.yLabel);
+    }
+}
+
+void LiveMap::changeEvent(QEvent* event)
+{
+    const QString info = infoOf(*this);
+    Graph2DDialog::changeEvent(event);
+    if (event->type() != QEvent::LanguageChange)
+        return;
+    setTexts();
+    setInfoText(info);
+    if (!session)
+        onLost();
+    QMetaObject::invokeMethod(this, &LiveMap::setFilteredTexts, Qt::QueuedConnection); // when they are through with it
+}
+
+void LiveMap::closeEvent(QCloseEvent* event)
+{
+    m_keeper.end();
+    Graph2DDialog::closeEvent(event);
+}
+
+void LiveMap::onLost()
+{
+    timer->stop();
+    setInfoText(m_keeper.text());
+    setPolling(*this, false);
+}
+
+void LiveMap::resume()
+{
+    setPolling(*this, true);
+    startSession(*m_keeper.renew(), *this);
+}
+
+LiveStatistics::LiveStatistics(const WindowContext& context, const QString& title)
+    : StatDialog(context.controller.tarnis().NewTarnisSession(nullptr), title, QString(), context.parent)
+    , m_controller(context.controller)
+    , m_keeper(context.controller, session)
+    , m_infoLabel(new QLabel(this))
+{
+    m_infoLabel->setObjectName(QStringLiteral("infoLabel"));
+    m_infoLabel->setTextFormat(Qt::PlainText);
+    m_infoLabel->setWordWrap(true);
+    m_infoLabel->hide();
+    if (auto* const box = qobject_cast<QBoxLayout*>(layout()))
+        box->insertWidget(box->count() - 1, m_infoLabel); // above the buttons
+    // The columns fill the table without the row numbers.
+    table()->verticalHeader()->hide();
+    m_sinceResult.start();
+    connect(&m_keeper, &SessionKeeper::lost, this, &LiveStatistics::onLost);
+    connect(&m_keeper, &SessionKeeper::wanted, this, &LiveStatistics::resume);
+}
+
+void LiveStatistics::result(PTarnisCmd command, QByteArray const& payload)
+{
+    if (!session)
+        return; // still queued when the session ended
+    m_infoLabel->hide();
+    m_controller.readState(payload, m_sinceResult.restart());
+    StatDialog::result(command, payload);
+}
+
+void LiveStatistics::error(int /*code*/, QString const& text)
+{
+    m_keeper.fail(sender(), text);
+}
+
+void LiveStatistics::setTexts()
+{
+    table()->setHorizontalHeaderLabels({ tr("Name"), tr("Value") });
+}
+
+void LiveStatistics::changeEvent(QEvent* event)
+{
+    StatDialog::changeEvent(event);
+    if (event->type() != QEvent::LanguageChange)
+        return;
+    setTexts();
+    m_infoLabel->setText(m_keeper.text());
+}
+
+void LiveStatistics::onLost()
+{
+    m_infoLabel->setText(m_keeper.text());
+    m_infoLabel->show();
+}
+
+void LiveStatistics::resume()
+{
+    TarnisSession& fresh = *m_keeper.renew();
+    connect(&fresh, &TarnisSession::result, this, &LiveStatistics::result);
+    connect(&fresh, &TarnisSession::error, this, &LiveStatistics::error);
+    fresh.start(QThread::InheritPriority);
+    sendCommand();
+}
+
+} // namespace console

@@ -1,0 +1,119 @@
+// The library's live windows as the console opens them: a lost server is said in the window itself, and the polling
+// goes on by itself when the server is back.
+#pragma once
+
+#include "server/sessionrecovery.h"
+
+#include <tarnis/dialogs/graph1ddialog.h>
+#include <tarnis/dialogs/graph2ddialog.h>
+#include <tarnis/dialogs/statdialog.h>
+
+#include <QElapsedTimer>
+
+#include <functional>
+
+class QLabel;
+
+namespace console {
+
+class ServerController;
+struct WindowContext;
+
+/// What a 1D window shows.
+struct CurvesRequest {
+    QString title;
+    QString xLabel;
+    double xMin = 0.0; ///< with both ends 0 each reply brings its own axis
+    double xMax = 0.0;
+    int resolution = 1;
+    QString description;
+    QString rangeName; ///< of the ranges that can be selected; empty: none can
+    QString command;
+    int first = 0; ///< of the rows, as `last`
+    int last = 0;
+    int rows = 0; ///< of the histogram, said where `last` leaves some out
+};
+
+/// A refusal, and a reply that cannot be drawn, stand below the plot, and the polling goes on.
+class LiveCurves : public Graph1DDialog {
+    Q_OBJECT
+public:
+    /// The request is asked again, for its texts, when the language changes.
+    LiveCurves(const WindowContext& context, const std::function<CurvesRequest()>& request);
+    LiveCurves(const WindowContext& context, const CurvesRequest& request);
+
+    void result(PTarnisCmd command, QByteArray const& payload) override;
+    void error(int code, QString const& text) override;
+    bool onResultExInfo(QList<QString> const& lines) override;
+
+protected:
+    void changeEvent(QEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+    void setTexts();
+    void onLost();
+    void resume();
+
+    std::function<CurvesRequest()> m_request;
+    SessionKeeper m_keeper;
+};
+
+/// What a 2D window shows.
+struct MapRequest {
+    QString title;
+    QString xLabel;
+    QString yLabel;
+    int bins = 0; ///< of a row, and rows unless yBins says more
+    int yBins = 0;
+    double xMin = 0.0; ///< with both ends 0 the axis counts the bins; so does Y
+    double xMax = 0.0;
+    double yMin = 0.0;
+    double yMax = 0.0;
+    QString command;
+};
+
+/// A refusal, and a reply that cannot be drawn, stand below the plot, and the polling goes on.
+class LiveMap : public Graph2DDialog {
+    Q_OBJECT
+public:
+    /// The request is asked again, for its texts, when the language changes.
+    LiveMap(const WindowContext& context, const std::function<MapRequest()>& request);
+    LiveMap(const WindowContext& context, const MapRequest& request);
+
+    void result(PTarnisCmd command, QByteArray payload) override;
+    void error(int socketError, QString message) override;
+    bool onResultExInfo(QList<QString> const& lines) override;
+
+protected:
+    void changeEvent(QEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+    void setTexts();
+    void setFilteredTexts();
+    void onLost();
+    void resume();
+
+    std::function<MapRequest()> m_request;
+    SessionKeeper m_keeper;
+};
+
+/// The values of before stay on show while there is no server.
+class LiveStatistics : public StatDialog {
+    Q_OBJECT
+public:
+    LiveStatistics(const WindowContext& context, const QString& title);
+
+    void result(PTarnisCmd command, QByteArray const& payload) override;
+    void error(int code, QString const& text) override;
+
+protected:
+    void changeEvent(QEvent* event) override;
+    void setTexts();
+    void onLost();
+    void resume();
+
+    ServerController& m_controller;
+    SessionKeeper m_keeper;
+    QElapsedTimer m_sinceResult; ///< the next poll is asked after a result: at least as long as it is under way
+    QLabel* m_infoLabel; ///< below the table; hidden while all is well
+};
+
+} // namespace console

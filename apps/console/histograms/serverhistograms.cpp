@@ -1,0 +1,82 @@
+#include "histograms/serverhistograms.h"
+
+#include "command/replytext.h"
+#include "server/servercontroller.h"
+#include "server/commandchannel.h"
+#include "windows/window.h"
+
+#include <utility>
+
+namespace console {
+
+ServerHistograms::ServerHistograms(ServerController& controller)
+    : m_controller(controller)
+    , m_link(new SessionLink(controller.tarnis(), QStringLiteral("hists"), this))
+{
+    connect(m_link, &SessionLink::replied, this, [this](const PTarnisCmd&, const QByteArray& reply) {
+        read(QString::fromUtf8(reply));
+        // Asked once: the connection is not needed any more. Not from inside its own signal.
+        QMetaObject::invokeMethod(m_link, &SessionLink::drop, Qt::QueuedConnection);
+    });
+    connect(m_link, &SessionLink::failed, this, [this] {
+        if (m_isUp && !std::exchange(m_isAskedAgain, true))
+            m_retryTimer.start(m_retryMs);
+    });
+    m_retryTimer.setSingleShot(true);
+    connect(&m_retryTimer, &QTimer::timeout, this, &ServerHistograms::ask);
+    connect(&controller, &ServerController::aboutToStop, &m_retryTimer, &QTimer::stop);
+    connect(&controller, &ServerController::aboutToStop, m_link, &SessionLink::drop);
+    connect(&controller, &ServerController::stateChanged, this, &ServerHistograms::onServerState);
+}
+
+ServerHistograms::~ServerHistograms() = default;
+
+void ServerHistograms::onServerState()
+{
+    const bool isUp = m_controller.state() == ServerState::Up;
+    if (isUp == std::exchange(m_isUp, isUp))
+        return;
+    m_link->drop();
+    m_retryTimer.stop();
+    m_isAskedAgain = false;
+    setList(std::nullopt);
+    if (isUp)
+        ask();
+}
+
+void ServerHistograms::ask()
+{
+    auto* const command = new TarnisCmd(QStringLiteral("hists")); // the session takes it over
+    command->m_cmdName = QStringLiteral("hists");
+    m_link->send(command);
+}
+
+void ServerHistograms::read(const QString& reply)
+{
+    if (m_isUp && replyKind(reply) == ReplyKind::Accepted)
+        setList(histogramsOf(reply));
+}
+
+void ServerHistograms::setList(const std::optional<QList<HistogramInfo>>& list)
+{
+    m_list = list;
+    Q_EMIT changed();
+}
+
+std::optional<HistogramInfo> ServerHistograms::find(const QString& name) const
+{
+    for (const HistogramInfo& histogram : m_list.value_or(QList<HistogramInfo>())) {
+        if (histogram.name == name)
+            return histogram;
+    }
+    return std::nullopt;
+}
+
+QString ServerHistograms::refusal(const QString& name) const
+{
+    if (name.isEmpty() || !m_list || find(name))
+        return {};
+    return Windows::tr("The server has no histogram \u201c%1\u201d").arg(name);
+}
+
+} // namespace console

@@ -1,0 +1,82 @@
+#include "server/sessionrecovery.h"
+
+#include "server/servercontroller.h"
+#include "server/commandchannel.h"
+
+#include <tarnis/server/tarnissession.h>
+
+#include <utility>
+
+namespace console {
+
+SessionKeeper::SessionKeeper(ServerController& controller, TarnisSession*& session)
+    : m_controller(controller)
+    , m_session(session)
+{
+    m_retryTimer.setSingleShot(true);
+    connect(&m_retryTimer, &QTimer::timeout, this, &SessionKeeper::ask);
+    connect(&controller, &ServerController::stateChanged, this, &SessionKeeper::onServerState);
+    connect(&controller, &ServerController::aboutToStop, this, [this] {
+        drop([] { return tr("The server is being stopped. This goes on as soon as a server is connected again."); });
+    });
+}
+
+SessionKeeper::~SessionKeeper()
+{
+    end();
+}
+
+void SessionKeeper::fail(const QObject* sender, const QString& message)
+{
+    if (!m_session || sender != m_session)
+        return;
+    drop([message] {
+        return tr("The connection broke: %1. This goes on as soon as the server answers again.").arg(message);
+    });
+    m_controller.checkServer();
+    m_retryTimer.start(m_retryMs);
+}
+
+void SessionKeeper::end()
+{
+    m_isEnded = true;
+    m_retryTimer.stop();
+    endInBackground(std::exchange(m_session, nullptr));
+}
+
+TarnisSession* SessionKeeper::renew()
+{
+    m_session = m_controller.tarnis().NewTarnisSession(nullptr);
+    m_words = {};
+    return m_session;
+}
+
+QString SessionKeeper::text() const
+{
+    return m_words ? m_words() : QString();
+}
+
+void SessionKeeper::drop(const Words& words)
+{
+    if (m_isEnded || !m_session)
+        return;
+    endInBackground(std::exchange(m_session, nullptr));
+    m_words = words;
+    Q_EMIT lost();
+}
+
+void SessionKeeper::onServerState()
+{
+    if (m_controller.state() != ServerState::Up)
+        drop([] { return tr("There is no connection to the server. This goes on as soon as it is back."); });
+    else if (!m_retryTimer.isActive())
+        ask();
+}
+
+void SessionKeeper::ask()
+{
+    if (!m_isEnded && !m_session && m_controller.state() == ServerState::Up)
+        Q_EMIT wanted();
+}
+
+} // namespace console

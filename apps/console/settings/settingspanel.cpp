@@ -1,0 +1,356 @@
+#include "settings/settingspanel.h"
+
+#include "settings/addsettingdialog.h"
+#include "app/availability.h"
+#include "command/replytext.h"
+#include "server/servercontroller.h"
+#include "settings/settingsmodel.h"
+#include "ui_settingspanel.h"
+
+#include <tarnis/server/tarniscmd.h>
+
+#include <QEvent>
+#include <QHeaderView>
+#include <QHostAddress>
+
+#include <utility>
+
+namespace console {
+
+namespace {
+
+constexpr QLatin1String session("control");
+constexpr QLatin1String readName("settingCmd");
+constexpr QLatin1String readFirstName("settingBeforeDownloadCmd");
+constexpr QLatin1String basePathName("settingBasePathCmd"); // given by the manager, as the two below
+constexpr QLatin1String saveName("savesettingCmd");
+constexpr QLatin1String lineName("updateSettingCmd");
+
+bool isIPv4(const QString& text)
+{
+    return text.count(u'.') == 3 && QHostAddress(text).protocol() == QAbstractSocket::IPv4Protocol;
+}
+
+} // namespace
+
+SettingsPanel::SettingsPanel(ServerController& controller, QWidget* parent)
+    : QWidget(parent)
+    , m_controller(controller)
+    , ui(std::make_unique<Ui::SettingsPanel>())
+    , m_model(new SettingsModel(controller.tarnis(), this))
+{
+    ui->setupUi(this);
+    ui->table->setModel(m_model);
+    ui->table->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
+    ui->table->horizontalHeader()->setHighlightSections(false);
+    ui->table->verticalHeader()->setDefaultSectionSize(ui->table->fontMetrics().height() + 8);
+
+    connect(ui->readButton, &QPushButton::clicked, this, &SettingsPanel::read);
+    connect(ui->addButton, &QPushButton::clicked, this, &SettingsPanel::addSetting);
+    connect(ui->removeButton, &QPushButton::clicked, this, &SettingsPanel::removeSetting);
+    connect(ui->revertButton, &QPushButton::clicked, m_model, &SettingsModel::takeServerValues);
+    connect(ui->downloadButton, &QPushButton::clicked, this, [this] { download(false); });
+    connect(ui->saveButton, &QPushButton::clicked, this, [this] { download(true); });
+    connect(ui->pathButton, &QPushButton::clicked, this, &SettingsPanel::setBasePath);
+    connect(ui->pathEdit, &QLineEdit::returnPressed, this, &SettingsPanel::setBasePath);
+    connect(ui->pathEdit, &QLineEdit::textChanged, this, &SettingsPanel::updateControls);
+    connect(ui->addressButton, &QPushButton::clicked, this, &SettingsPanel::setReadoutAddress);
+    connect(ui->ipEdit, &QLineEdit::returnPressed, this, &SettingsPanel::setReadoutAddress);
+    connect(ui->ipEdit, &QLineEdit::textChanged, this, &SettingsPanel::updateControls);
+    connect(ui->indexSpin, &QSpinBox::valueChanged, this, &SettingsPanel::showReadoutAddress);
+    connect(ui->table->selectionModel(), &QItemSelectionModel::currentChanged, this, &SettingsPanel::updateControls);
+
+    connect(m_model, &SettingsModel::refused, this, [this](const QString& text) { tell([text] { return text; }); });
+    connect(m_model, &SettingsModel::edited, this, &SettingsPanel::onEdited);
+    connect(&controller, &ServerController::stateChanged, this, &SettingsPanel::onServerState);
+    connect(&controller.tarnis(), &Tarnis::onCmdReply, this, &SettingsPanel::onCmdReply);
+    connect(&controller.tarnis(), &Tarnis::onBasePathChange, this,
+        [this](const QString& path) { tell([path] { return tr("The base path %1 goes to the server.").arg(path); }); });
+    connect(ui->pathBrowseButton, &QPushButton::clicked, this, &SettingsPanel::basePathWanted);
+    showState();
+    updateControls();
+}
+
+SettingsPanel::~SettingsPanel() = default;
+
+void SettingsPanel::focusTable()
+{
+    ui->table->setFocus(Qt::ShortcutFocusReason);
+    if (!ui->table->currentIndex().isValid())
+        ui->table->setCurrentIndex(m_model->index(0, SettingsModel::Value));
+}
+
+bool SettingsPanel::canDownload() const
+{
+    return m_controller.state() == ServerState::Up && m_linesPending == 0 && !m_downloadAsked;
+}
+
+void SettingsPanel::read()
+{
+    if (m_controller.state() != ServerState::Up)
+        return;
+    m_refusals.clear();
+    tell([] { return tr("Reading..."); });
+    sendRead();
+}
+
+void SettingsPanel::sendRead()
+{
+    m_controller.tarnis().SendCmd(session, readName, QStringLiteral("setting"), false);
+}
+
+void SettingsPanel::onCommandAccepted(const QString& command)
+{
+    const QString word = command.section(u' ', 0, 0);
+    const bool mayChange =
+        (word == u"setting" && command.contains(u':')) || word == u"start" || word == u"stop" || word == u"clear";
+    // A download reads anyhow.
+    if (mayChange && canDownload())
+        sendRead();
+}
+
+void SettingsPanel::download(bool save)
+{
+    if (!canDownload())
+        return;
+    m_refusals.clear();
+    m_downloadAsked = save;
+    tell([] { return tr("Reading what the server has..."); });
+    updateControls();
+    m_controller.tarnis().SendCmd(session, readFirstName, QStringLiteral("setting"), false);
+}
+
+void SettingsPanel::sendAll()
+{
+    const bool save = *std::exchange(m_downloadAsked, std::nullopt);
+    m_model->noteSending(m_model->changedNames());
+    m_linesSent = m_controller.tarnis().DownloadSettings(session, save) + (save ? 1 : 0);
+    m_linesPending = m_linesSent;
+    tell([count = m_linesSent] { return tr("Sending %Ln line(s)...", nullptr, count); });
+    updateControls();
+}
+
+void SettingsPanel::onCmdReply(const QString& name, const QString& command, const QByteArray& result)
+{
+    const QString reply = QString::fromUtf8(result);
+    if (name == readName)
+        onSettingReply(reply);
+    else if (name == readFirstName && m_downloadAsked) {
+        takeValues(reply); // a server that does not tell its values takes some all the same
+        sendAll();
+    } else if (name == saveName || name.startsWith(lineName))
+        onDownloadReply(command, reply);
+    else if (name == basePathName && replyKind(reply) == ReplyKind::Refused)
+        tell([answer = reply.trimmed()] { return tr("The base path is refused: %1").arg(answer); });
+    else if (name == basePathName) {
+        m_model->noteSending({ QStringLiteral("basepath") });
+        read();
+    }
+}
+
+void SettingsPanel::onSettingReply(const QString& reply)
+{
+    if (replyKind(reply) == ReplyKind::Refused) {
+        tell([answer = reply.trimmed()] { return answer; });
+        return;
+    }
+    takeValues(reply);
+    // Behind the values, whose arrival says how many are changed.
+    if (const QStringList refusals = std::exchange(m_refusals, {}); !refusals.isEmpty())
+        tell([refusals, sent = m_linesSent] {
+            return tr("The server refused %L1 of %L2: %3").arg(refusals.size()).arg(sent).arg(refusals.first());
+        });
+}
+
+void SettingsPanel::takeValues(const QString& reply)
+{
+    if (replyKind(reply) == ReplyKind::Refused)
+        return;
+    QMap<QString, QString> values;
+    TarnisCmd::makeNameValueMap(reply.split(u'\n'), values);
+    values.remove(QStringLiteral("OK"));
+    m_hasRead = true;
+    if (!std::exchange(m_isFresh, false)) {
+        m_model->setServerValues(values);
+        return;
+    }
+    if (const int kept = m_model->setFreshServerValues(values); kept > 0)
+        tell([kept] {
+            return tr("The server began anew. %Ln setting(s) sent before are not on it: download to send again.",
+                nullptr, kept);
+        });
+}
+
+void SettingsPanel::onDownloadReply(const QString& command, const QString& reply)
+{
+    if (replyKind(reply) == ReplyKind::Refused)
+        m_refusals.append(QStringLiteral("%1: %2").arg(command.section(u' ', 0, 0), reply.trimmed()));
+    m_linesPending = qMax(0, m_linesPending - 1);
+    if (m_linesPending > 0)
+        return;
+    if (m_refusals.isEmpty())
+        tell([count = m_linesSent] { return tr("The server took %Ln line(s).", nullptr, count); });
+    updateControls();
+    sendRead();
+}
+
+void SettingsPanel::onServerState()
+{
+    const bool isUp = m_controller.state() == ServerState::Up;
+    if (!isUp) {
+        m_linesPending = 0;
+        m_downloadAsked.reset();
+        m_refusals.clear();
+        showState(); // nothing is on its way any more
+    }
+    if (isUp && !m_wasUp) {
+        m_isFresh = m_controller.isLocal();
+        if (m_choice != m_controller.choice())
+            m_model->forgetSent();
+        m_choice = m_controller.choice();
+        read();
+    }
+    m_wasUp = isUp;
+    updateControls();
+}
+
+/// What holds while nothing is on its way.
+void SettingsPanel::showState()
+{
+    tell([this] { return stateText(); });
+}
+
+QString SettingsPanel::stateText() const
+{
+    const auto changed = int(m_model->changedNames().size());
+    const QString changes = changed > 0 ? tr("%Ln changed here, not on the server yet.", nullptr, changed) : QString();
+    if (m_controller.state() == ServerState::Up)
+        return changed > 0 ? changes : tr("As on the server.");
+    const QString state =
+        m_hasRead ? tr("Not connected; as the server was last read.") : tr("No server was asked yet.");
+    return changed > 0 ? state + u' ' + changes : state;
+}
+
+void SettingsPanel::onEdited()
+{
+    if (m_linesPending == 0 && !m_downloadAsked)
+        showState();
+    showReadoutAddress();
+    const QString path = m_controller.tarnis().GetSettingValue(QStringLiteral("basepath"), QString());
+    if (path != std::exchange(m_shownPath, path)) // else what somebody is typing there stays
+        ui->pathEdit->setText(path);
+    updateControls();
+}
+
+void SettingsPanel::addSetting()
+{
+    auto* dialog = new AddSettingDialog(*m_model, this);
+    dialog->open();
+}
+
+void SettingsPanel::removeSetting()
+{
+    m_model->remove(ui->table->currentIndex().row());
+}
+
+void SettingsPanel::changeEvent(QEvent* event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() != QEvent::LanguageChange)
+        return;
+    ui->retranslateUi(this);
+    Q_EMIT m_model->headerDataChanged(Qt::Horizontal, 0, SettingsModel::ColumnCount - 1);
+    updateControls();
+}
+
+void SettingsPanel::setBasePath()
+{
+    if (!ui->pathButton->isEnabled())
+        return;
+    Tarnis& tarnis = m_controller.tarnis();
+    const bool isStoredOnly = m_controller.status() == Tarnis::IDLE;
+    tarnis.SetBasePath(ui->pathEdit->text().trimmed(), ui->instCheck->isChecked());
+    m_model->reload();
+    if (isStoredOnly)
+        tell([] { return tr("The base path is kept for the next download."); });
+}
+
+void SettingsPanel::setReadoutAddress()
+{
+    if (!ui->addressButton->isEnabled())
+        return;
+    QString ip = ui->ipEdit->text().trimmed();
+    const auto tcp = unsigned(ui->tcpSpin->value());
+    const auto bcp = unsigned(ui->bcpSpin->value());
+    if (ui->indexSpin->value() < 0)
+        m_controller.tarnis().SetReadoutAddress(ip, tcp, bcp);
+    else
+        m_controller.tarnis().SetReadoutAddress(ui->indexSpin->value(), ip, tcp, bcp);
+    m_model->reload();
+    say(*ui->addressLabel,
+        [address = m_controller.tarnis().GetReadoutAddressText()] { return tr("Set: %1").arg(address); });
+}
+
+void SettingsPanel::showReadoutAddress()
+{
+    QString ip;
+    unsigned int tcp = 0;
+    unsigned int bcp = 0;
+    if (ui->indexSpin->value() < 0)
+        m_controller.tarnis().GetReadoutAddress(ip, tcp, bcp);
+    else
+        m_controller.tarnis().GetReadoutAddress(ui->indexSpin->value(), ip, tcp, bcp);
+    const QString shown = QStringLiteral("%1 %2 %3 %4").arg(ui->indexSpin->value()).arg(ip).arg(tcp).arg(bcp);
+    if (shown == std::exchange(m_shownAddress, shown))
+        return; // nothing new: what somebody is typing there stays
+    ui->ipEdit->setText(ip);
+    ui->tcpSpin->setValue(int(qMin(tcp, 65535U)));
+    ui->bcpSpin->setValue(int(qMin(bcp, 65535U)));
+}
+
+void SettingsPanel::tell(const Words& words)
+{
+    say(*ui->stateLabel, [label = ui->stateLabel, words] {
+        label->setToolTip(words());
+        return words();
+    });
+}
+
+void SettingsPanel::updateControls()
+{
+    const bool isUp = m_controller.state() == ServerState::Up;
+    const bool hasChanges = !m_model->changedNames().isEmpty();
+    const QString needsServer = tr("Needs a connected server");
+    const QString wait = isUp ? tr("Wait until the lines on their way are answered") : needsServer;
+    setAvailable(ui->readButton, isUp, withKey(tr("Ask the server for its settings"), Qt::Key_F5), needsServer);
+    setAvailable(ui->downloadButton, canDownload(), withKey(tr("Send all settings to the server"), Qt::Key_F6), wait);
+    setAvailable(ui->saveButton, canDownload(),
+        withKey(tr("Send all settings and let the server store them"), Qt::Key_F7), wait);
+    setAvailable(ui->addButton, true, tr("Add a setting here"), QString());
+    setAvailable(ui->removeButton, ui->table->currentIndex().isValid(), tr("Forget the chosen setting here"),
+        tr("Choose a setting in the table first"));
+    setAvailable(
+        ui->revertButton, hasChanges, tr("Put all values back to the server's"), tr("Nothing was changed here"));
+
+    const QString pathProblem = settingProblem(QStringLiteral("basepath"), ui->pathEdit->text().trimmed());
+    const Tarnis::SERVER_STATUS status = m_controller.status();
+    const QString refusal = m_controller.basePathRefusal();
+    const bool hasPath = !ui->pathEdit->text().trimmed().isEmpty() && pathProblem.isEmpty();
+    const QString pathHelp = status == Tarnis::IDLE ? tr("Keep the base path for the next download")
+                                                    : tr("Send the base path to the server");
+    QString pathReason = pathProblem.isEmpty() ? tr("Type a path first") : pathProblem;
+    if (!refusal.isEmpty())
+        pathReason = refusal;
+    setAvailable(ui->pathButton, refusal.isEmpty() && hasPath, pathHelp, pathReason);
+
+    setAvailable(ui->pathBrowseButton, isUp && refusal.isEmpty(), tr("Choose the folder of the data on the server"),
+        isUp ? refusal : needsServer);
+
+    const QString ip = ui->ipEdit->text().trimmed();
+    const bool isAddress = isIPv4(ip);
+    setAvailable(ui->addressButton, isAddress, tr("Store the address in the settings; download them to send it"),
+        tr("Type an IPv4 address such as 192.168.0.16 first"));
+    Q_EMIT controlsChanged();
+}
+
+} // namespace console

@@ -1,0 +1,167 @@
+#include "tables/ratewindow.h"
+
+#include "command/replytext.h"
+#include "server/servercontroller.h"
+#include "server/commandchannel.h"
+#include "ui_ratewindow.h"
+#include "app/words.h"
+
+#include <tarnis/foundation/delaycall.h>
+#include <tarnis/foundation/helpers.h>
+#include <tarnis/plots/vectorgraphwidget.h>
+#include <tarnis/server/tarniscmds.h>
+
+#include <QEvent>
+#include <QPushButton>
+
+#include <algorithm>
+#include <cmath>
+#include <numeric>
+
+namespace console {
+
+namespace {
+
+constexpr int pauseMs = 1000;
+constexpr qsizetype mostRates = 3600;
+constexpr int digits = 3;
+
+} // namespace
+
+std::optional<double> rateOf(const QString& reply)
+{
+    bool isNumber = false;
+    const QString text = valueOf(reply.split(u'\n'), QStringLiteral("rate"), QStringLiteral(":"), QString(), true);
+    const double rate = text.toDouble(&isNumber);
+    return isNumber && std::isfinite(rate) ? std::optional(rate) : std::nullopt;
+}
+
+RateWindow::RateWindow(ServerController& controller, QWidget* parent)
+    : QDialog(parent)
+    , m_controller(controller)
+    , ui(std::make_unique<Ui::RateWindow>())
+    , m_plot(new VectorGraphWidget(this))
+    , m_link(new SessionLink(controller.tarnis(), QStringLiteral("rate"), this))
+{
+    ui->setupUi(this);
+    ui->windowLayout->insertWidget(0, m_plot, 1);
+    m_plot->setMinimumSize(300, 160);
+    m_plot->init(QString(), QString(), 60, 1, true, true);
+    m_plot->setMaxValue(1);
+    setTabOrder(m_plot, ui->clearButton);
+    setTexts();
+    connect(ui->clearButton, &QPushButton::clicked, this, &RateWindow::clear);
+    connect(ui->closeButton, &QPushButton::clicked, this, &RateWindow::close);
+    connect(
+        m_link, &SessionLink::replied, this, [this](const PTarnisCmd&, const QByteArray& reply) { onReplied(reply); });
+    connect(m_link, &SessionLink::failed, this, [this](int, const QString& message) {
+        say(*ui->infoLabel, [message] { return tr("No reply: %1. It is asked again.").arg(message); });
+        m_controller.checkServer();
+        askLater();
+    });
+    connect(&controller, &ServerController::aboutToStop, m_link, &SessionLink::drop);
+    connect(&controller, &ServerController::stateChanged, this, &RateWindow::updateControls);
+    m_elapsed.start();
+    ask();
+}
+
+RateWindow::~RateWindow() = default;
+
+void RateWindow::clear()
+{
+    m_rates.clear();
+    m_seconds.clear();
+    m_elapsed.start();
+    say(*ui->infoLabel, [] { return QString(); });
+    draw();
+}
+
+void RateWindow::ask()
+{
+    if (m_controller.state() == ServerState::Up && m_link->waiting().isEmpty())
+        m_link->send(new TarnisCmdStat);
+}
+
+void RateWindow::askLater()
+{
+    if (m_isAskingLater)
+        return;
+    m_isAskingLater = true;
+    delay_call(
+        [this] {
+            m_isAskingLater = false;
+            ask();
+        },
+        pauseMs, this);
+}
+
+void RateWindow::onReplied(const QByteArray& reply)
+{
+    askLater();
+    const QString text = QString::fromUtf8(reply);
+    const std::optional<double> rate = rateOf(text);
+    if (!rate) {
+        say(*ui->infoLabel, [text] {
+            return replyKind(text) == ReplyKind::Refused
+                ? text.trimmed()
+                : tr("The server tells no rate: its reply to stat has no line \"rate:\".");
+        });
+        return;
+    }
+    if (m_rates.size() == mostRates) {
+        m_rates.removeFirst();
+        m_seconds.removeFirst();
+    }
+    m_rates.append(*rate);
+    m_seconds.append(double(m_elapsed.elapsed()) / 1000.0);
+    draw();
+}
+
+void RateWindow::draw()
+{
+    m_plot->setData(m_rates);
+    m_plot->setIndex(m_seconds);
+    if (m_rates.isEmpty()) {
+        m_plot->setMaxValue(1);
+        m_plot->setNotes(QString());
+    } else {
+        const double largest = *std::max_element(m_rates.cbegin(), m_rates.cend());
+        const double mean = std::accumulate(m_rates.cbegin(), m_rates.cend(), 0.0) / double(m_rates.size());
+        m_plot->setMaxValue(std::max(largest, 1.0));
+        m_plot->setNotes(tr("largest %1 /s").arg(engineeringNumber(largest, digits)));
+        say(*ui->infoLabel, [now = m_rates.constLast(), mean, span = m_seconds.constLast() - m_seconds.constFirst()] {
+            return tr("%1 /s now, %2 /s on average over %3 s")
+                .arg(numStr(now, 'g', digits + 1), numStr(mean, 'g', digits + 1), numStr(span, 'f', 0));
+        });
+    }
+    m_plot->refreshPixmap();
+}
+
+void RateWindow::setTexts()
+{
+    m_plot->setNameX(tr("Reply, one a second"));
+    m_plot->setNameY(tr("Rate [1/s]"));
+    m_plot->setTitle(tr("Event Rate"));
+    updateControls();
+}
+
+void RateWindow::changeEvent(QEvent* event)
+{
+    QDialog::changeEvent(event);
+    if (event->type() != QEvent::LanguageChange)
+        return;
+    ui->retranslateUi(this);
+    setTexts();
+    draw();
+}
+
+void RateWindow::updateControls()
+{
+    if (m_controller.state() == ServerState::Up)
+        askLater();
+    else
+        say(*ui->infoLabel,
+            [] { return tr("Needs a connected server; the curve goes on by itself when it is back."); });
+}
+
+} // namespace console

@@ -1,0 +1,66 @@
+#include "tables/tabledialog.h"
+
+#include <tarnis/dialogs/namevaluelistdialog.h>
+
+#include <QBoxLayout>
+#include <QDialogButtonBox>
+#include <QHeaderView>
+#include <QLabel>
+#include <QPushButton>
+#include <QTableWidget>
+
+namespace console {
+
+QDialogButtonBox& buttonBoxOf(NameValueListDialog& dialog)
+{
+    return *dialog.findChild<QDialogButtonBox*>(QStringLiteral("buttonBox"));
+}
+
+QPushButton* mainButtonOf(NameValueListDialog& dialog)
+{
+    QDialogButtonBox& box = buttonBoxOf(dialog);
+    const auto others = box.buttons();
+    for (QAbstractButton* const other : others) {
+        if (auto* const button = qobject_cast<QPushButton*>(other)) {
+            button->setAutoDefault(false);
+            button->setDefault(false); // the box has chosen one when the library showed the dialog
+        }
+    }
+    auto* const button = box.addButton(QString(), QDialogButtonBox::ActionRole);
+    button->setDefault(true);
+    return button;
+}
+
+QLabel* stateLabelOf(NameValueListDialog& dialog)
+{
+    auto* const label = new QLabel(&dialog);
+    label->setObjectName(QStringLiteral("stateLabel"));
+    label->setTextFormat(Qt::PlainText);
+    label->setWordWrap(true);
+    if (auto* const box = qobject_cast<QBoxLayout*>(dialog.layout()))
+        box->insertWidget(box->count() - 1, label);
+    return label;
+}
+
+void putOnTop(NameValueListDialog& dialog, QLayout& form)
+{
+    if (auto* const box = qobject_cast<QBoxLayout*>(dialog.layout()))
+        box->insertLayout(0, &form);
+}
+
+void putOnTop(NameValueListDialog& dialog, QWidget& form)
+{
+    if (auto* const box = qobject_cast<QBoxLayout*>(dialog.layout()))
+        box->insertWidget(0, &form);
+}
+
+void layTable(QTableWidget& table)
+{
+    table.horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
+    table.verticalHeader()->hide();
+    table.verticalHeader()->setDefaultSectionSize(table.fontMetrics().height() + 6);
+    table.setAlternatingRowColors(true);
+    table.setTabKeyNavigation(false);
+}
+
+} // namespace console

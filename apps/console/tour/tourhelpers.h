@@ -1,0 +1,17 @@
+// What the tour's steps do again and again.
+#pragma once
+
+#include "server/servercontroller.h"
+#include "tour/tour.h"
+
+namespace console {
+
+void waitForState(Person& person, MainWindow& window, ServerState state, const QString& what);
+
+/// Types a command, sends it with Enter and waits for the reply.
+void ask(Person& person, MainWindow& window, const QString& command);
+
+/// The record from the last time on that a command beginning so was sent.
+QString lastOf(MainWindow& window, const QString& command);
+
+} // namespace console

@@ -1,0 +1,374 @@
+#include "windows/plotkeys.h"
+
+#include "app/availability.h"
+
+#include <tarnis/foundation/helpers.h>
+#include <tarnis/plots/colorbarwidget.h>
+#include <tarnis/plots/viewselectedroi.h>
+#include <tarnis/plots/xy2dgraphwidget.h>
+
+#include <QAction>
+#include <QApplication>
+#include <QContextMenuEvent>
+#include <QDialog>
+#include <QFocusFrame>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMouseEvent>
+#include <QPushButton>
+#include <QShortcut>
+
+#include <algorithm>
+#include <cmath>
+
+namespace console {
+
+namespace {
+
+constexpr double moveShare = 0.1;
+constexpr double zoomFactor = 1.25;
+constexpr double mostEdge = 1e9; // of a region: leaves room to reckon with widths
+constexpr int boxKey = Qt::Key_F6;
+
+struct Range {
+    double min = 0.0;
+    double max = 0.0;
+
+    double width() const { return max - min; }
+    Range moved(double share) const { return { min + width() * share, max + width() * share }; }
+    /// The point at `share` of the range stays where it is.
+    Range zoomed(double factor, double share) const
+    {
+        const double still = min + width() * share;
+        return { still - (still - min) / factor, still + (max - still) / factor };
+    }
+};
+
+Range rangeX(XYGraphWidget& plot)
+{
+    Range range;
+    plot.getMinMaxX(range.min, range.max);
+    return range;
+}
+
+Range rangeY(XYGraphWidget& plot)
+{
+    Range range;
+    plot.getMinMaxY(range.min, range.max);
+    return range;
+}
+
+void showX(XYGraphWidget& plot, const Range& range)
+{
+    plot.onAutoScaleX(false);
+    plot.setMinMaxX(range.min, range.max);
+    plot.refreshPixmap();
+}
+
+void showY(XYGraphWidget& plot, const Range& range)
+{
+    plot.onAutoScaleY(false);
+    plot.setMinMaxY(range.min, range.max);
+    plot.refreshPixmap();
+}
+
+/// A map is zoomed about its middle, a curve keeps its lower end.
+void zoomY(XYGraphWidget& plot, double factor)
+{
+    showY(plot, rangeY(plot).zoomed(factor, qobject_cast<XY2DGraphWidget*>(&plot) ? 0.5 : 0.0));
+}
+
+/// Where the labels stand that open an editor: what a host that subclasses the plot sees of it.
+class PlotLabels : public XYGraphWidget {
+public:
+    struct Label {
+        const char* name;
+        QRect rect;
+    };
+    static QList<Label> of(XYGraphWidget& plot)
+    {
+        return { { QT_TRANSLATE_NOOP("console::PlotKeys", "&Left End of the Axis..."),
+                     plot.*(&PlotLabels::m_labelRectMinX) },
+            { QT_TRANSLATE_NOOP("console::PlotKeys", "&Right End of the Axis..."),
+                plot.*(&PlotLabels::m_labelRectMaxX) },
+            { QT_TRANSLATE_NOOP("console::PlotKeys", "&Bottom End of the Axis..."),
+                plot.*(&PlotLabels::m_labelRectMinY) },
+            { QT_TRANSLATE_NOOP("console::PlotKeys", "&Top End of the Axis..."),
+                plot.*(&PlotLabels::m_labelRectMaxY) } };
+    }
+    /// A label opens its editor with no tool, and with the two that take single clicks.
+    static bool isEditable(XYGraphWidget& plot)
+    {
+        const int mode = plot.*(&PlotLabels::m_mode);
+        return mode == 0 || mode == 2 || mode == 3;
+    }
+};
+
+class MapRegions : public XY2DGraphWidget {
+public:
+    static bool isOffered(XY2DGraphWidget& map) { return map.*(&MapRegions::m_actRoi) != nullptr; }
+};
+
+void sendMouse(QWidget& widget, QEvent::Type type, QPoint position, Qt::MouseButton button)
+{
+    const Qt::MouseButtons held = type == QEvent::MouseButtonPress ? button : Qt::NoButton;
+    QMouseEvent event(type, QPointF(position), QPointF(widget.mapToGlobal(position)), button, held, Qt::NoModifier);
+    QApplication::sendEvent(&widget, &event);
+}
+
+void click(QWidget& widget, QPoint position)
+{
+    sendMouse(widget, QEvent::MouseButtonPress, position, Qt::LeftButton);
+    sendMouse(widget, QEvent::MouseButtonRelease, position, Qt::LeftButton);
+}
+
+/// The middle half of what is on show, as a new region.
+void addMiddle(XY2DGraphWidget& map)
+{
+    map.SetRoiEnabled(true);
+    ViewSelectedROI* const regions = map.GetViewSelectedROI();
+    if (!regions)
+        return;
+    const auto edge = [](const Range& range, double share) {
+        return int(std::lround(std::clamp(range.min + range.width() * share, -mostEdge, mostEdge)));
+    };
+    const Range x = rangeX(map);
+    const Range y = rangeY(map);
+    regions->addRoi(QRect(QPoint(edge(x, 0.25), edge(y, 0.25)), QPoint(edge(x, 0.75), edge(y, 0.75))));
+    map.refreshROI();
+}
+
+QPushButton* autoButtonOf(const XY2DGraphWidget& map)
+{
+    for (QPushButton* const button : map.findChildren<QPushButton*>(QString(), Qt::FindDirectChildrenOnly)) {
+        if (button->isCheckable())
+            return button;
+    }
+    return nullptr;
+}
+
+/// Opens the editor of a limit of the colours, which are no longer automatic then.
+void editLimit(XY2DGraphWidget& map, bool isUpper)
+{
+    auto* const bar = map.findChild<ColorBarWidget*>();
+    QPushButton* const button = autoButtonOf(map);
+    if (!bar || !button)
+        return;
+    if (bar->isAutoScale())
+        button->click();
+    const int lineHeight = bar->fontMetrics().height(); // the two labels stand that far from the ends of the bar
+    click(*bar, { bar->width() * 7 / 10, isUpper ? lineHeight : bar->height() - 1 - lineHeight });
+}
+
+/// The boxes beside the window that belong to the plot: ranges, cuts, regions, peaks.
+QList<QDialog*> boxesOf(const XYGraphWidget& plot)
+{
+    QList<QDialog*> boxes = plot.findChildren<QDialog*>(QString(), Qt::FindDirectChildrenOnly);
+    boxes.removeIf([](const QDialog* box) { return !box->isVisible(); });
+    return boxes;
+}
+
+void goToBox(XYGraphWidget& plot, qsizetype number)
+{
+    const QList<QDialog*> boxes = boxesOf(plot);
+    if (number >= boxes.size()) {
+        plot.window()->activateWindow();
+        plot.setFocus(Qt::ShortcutFocusReason);
+        return;
+    }
+    QDialog* const box = boxes.at(number);
+    box->activateWindow();
+    if (!box->focusWidget()) {
+        for (QWidget* widget = box->nextInFocusChain(); widget != box; widget = widget->nextInFocusChain()) {
+            if ((widget->focusPolicy() & Qt::TabFocus) && widget->isEnabled()) {
+                widget->setFocus(Qt::TabFocusReason);
+                break;
+            }
+        }
+    }
+    if (!box->findChild<QShortcut*>(QStringLiteral("boxShortcut"))) {
+        auto* const shortcut = new QShortcut(QKeySequence(boxKey), box);
+        shortcut->setObjectName(QStringLiteral("boxShortcut"));
+        QObject::connect(
+            shortcut, &QShortcut::activated, &plot, [&plot, box] { goToBox(plot, boxesOf(plot).indexOf(box) + 1); });
+    }
+}
+
+/// A plus sign needs Shift on many keyboards.
+bool isBare(const QKeyEvent& event)
+{
+    const Qt::KeyboardModifiers modifiers = event.modifiers() & ~Qt::KeypadModifier;
+    return modifiers == Qt::NoModifier || (modifiers == Qt::ShiftModifier && event.key() == Qt::Key_Plus);
+}
+
+} // namespace
+
+PlotKeys::~PlotKeys()
+{
+    delete m_frame;
+}
+
+void PlotKeys::serve(XYGraphWidget& plot)
+{
+    plot.setFocusPolicy(Qt::StrongFocus);
+    plot.installEventFilter(this);
+}
+
+bool PlotKeys::isTaken(XYGraphWidget& plot, int key)
+{
+    switch (key) {
+    case Qt::Key_Left:
+        showX(plot, rangeX(plot).moved(-moveShare));
+        return true;
+    case Qt::Key_Right:
+        showX(plot, rangeX(plot).moved(moveShare));
+        return true;
+    case Qt::Key_Up:
+        showY(plot, rangeY(plot).moved(moveShare));
+        return true;
+    case Qt::Key_Down:
+        showY(plot, rangeY(plot).moved(-moveShare));
+        return true;
+    case Qt::Key_Plus:
+        showX(plot, rangeX(plot).zoomed(zoomFactor, 0.5));
+        return true;
+    case Qt::Key_Minus:
+        showX(plot, rangeX(plot).zoomed(1.0 / zoomFactor, 0.5));
+        return true;
+    case Qt::Key_PageUp:
+        zoomY(plot, zoomFactor);
+        return true;
+    case Qt::Key_PageDown:
+        zoomY(plot, 1.0 / zoomFactor);
+        return true;
+    case Qt::Key_Home:
+        plot.onReset();
+        return true;
+    case boxKey:
+        goToBox(plot, 0);
+        return true;
+    default:
+        return false;
+    }
+}
+
+/// Return takes the keyboard back to the plot, and so does Escape, which would close the window otherwise.
+void PlotKeys::watchEditor(XYGraphWidget& plot)
+{
+    auto* edit =
+        plot.findChild<QLineEdit*>(QString(), Qt::FindDirectChildrenOnly); // boxes beside the plot have their own
+    if (auto* const bar = plot.findChild<ColorBarWidget*>(); bar && !edit)
+        edit = bar->findChild<QLineEdit*>(QString(), Qt::FindDirectChildrenOnly);
+    if (!edit)
+        return;
+    edit->installEventFilter(this);
+    edit->selectAll();
+    connect(
+        edit, &QObject::destroyed, this,
+        [guard = QPointer<XYGraphWidget>(&plot)] {
+            if (guard && guard->isVisible())
+                guard->setFocus(Qt::OtherFocusReason);
+        },
+        Qt::QueuedConnection); // a plot that takes its editor along is gone by then
+}
+
+void PlotKeys::addEditors(QMenu& menu, XYGraphWidget& plot)
+{
+    const bool isEditable = PlotLabels::isEditable(plot);
+    for (const PlotLabels::Label& label : PlotLabels::of(plot)) {
+        QAction* const action = menu.addAction(tr(label.name));
+        setAvailable(
+            action, isEditable && label.rect.isValid(), QString(), tr("Switch the tool of the mouse off first"));
+        // Behind the menu, which would take the keyboard away again.
+        connect(
+            action, &QAction::triggered, &plot,
+            [this, &plot, middle = center(label.rect)] {
+                click(plot, middle);
+                watchEditor(plot);
+            },
+            Qt::QueuedConnection);
+    }
+}
+
+void PlotKeys::addMapTools(QMenu& menu, XYGraphWidget& plot)
+{
+    auto* const map = qobject_cast<XY2DGraphWidget*>(&plot);
+    auto* const bar = map ? map->findChild<ColorBarWidget*>() : nullptr;
+    if (!bar)
+        return;
+    const auto add = [&](const QString& text, const auto& act) {
+        connect(menu.addAction(text), &QAction::triggered, map, act, Qt::QueuedConnection);
+    };
+    add(tr("&Colours..."),
+        [map, bar] { sendMouse(*map, QEvent::MouseButtonPress, bar->geometry().center(), Qt::RightButton); });
+    add(tr("&Upper Limit of the Colours..."), [this, map] {
+        editLimit(*map, true);
+        watchEditor(*map);
+    });
+    add(tr("Lo&wer Limit of the Colours..."), [this, map] {
+        editLimit(*map, false);
+        watchEditor(*map);
+    });
+    if (MapRegions::isOffered(*map))
+        add(tr("Add a Re&gion in the Middle"), [map] { addMiddle(*map); });
+}
+
+void PlotKeys::openTools(XYGraphWidget& plot)
+{
+    auto* const menu = new QMenu(&plot);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    menu->setToolTipsVisible(true);
+    menu->addActions(plot.actions());
+    menu->addSeparator();
+    addEditors(*menu, plot);
+    addMapTools(*menu, plot);
+    if (!boxesOf(plot).isEmpty()) {
+        QAction* const action = menu->addAction(tr("To the Bo&x Beside"));
+        action->setShortcut(QKeySequence(boxKey)); // shown only: the plot takes the key itself
+        connect(
+            action, &QAction::triggered, &plot, [&plot] { goToBox(plot, 0); }, Qt::QueuedConnection);
+    }
+    menu->popup(plot.mapToGlobal(plot.rect().center()));
+}
+
+bool PlotKeys::isKeyOfEditor(QObject* object, QEvent* event)
+{
+    auto* const edit = qobject_cast<QLineEdit*>(object);
+    if (!edit || event->type() != QEvent::KeyPress || static_cast<QKeyEvent*>(event)->key() != Qt::Key_Escape)
+        return false;
+    if (auto* const bar = qobject_cast<ColorBarWidget*>(edit->parentWidget()))
+        bar->deleteEditLine();
+    else if (edit->parentWidget())
+        sendMouse(*edit->parentWidget(), QEvent::MouseButtonPress, QPoint(0, 0), Qt::LeftButton); // drops it
+    return true;
+}
+
+bool PlotKeys::eventFilter(QObject* object, QEvent* event)
+{
+    auto* const plot = qobject_cast<XYGraphWidget*>(object);
+    if (!plot)
+        return isKeyOfEditor(object, event);
+    switch (event->type()) {
+    case QEvent::KeyPress: // an editor inside the plot hands on what it does not take
+        return plot->hasFocus() && isBare(*static_cast<QKeyEvent*>(event))
+            && isTaken(*plot, static_cast<QKeyEvent*>(event)->key());
+    case QEvent::ContextMenu:
+        if (static_cast<QContextMenuEvent*>(event)->reason() != QContextMenuEvent::Keyboard)
+            return false; // the plot opens its menu by the mouse itself
+        openTools(*plot);
+        return true;
+    case QEvent::FocusIn:
+        delete m_frame;
+        m_frame = new QFocusFrame(plot->window()); // goes with the window
+        m_frame->setWidget(plot);
+        return false;
+    case QEvent::FocusOut:
+        delete m_frame;
+        return false;
+    default:
+        return false;
+    }
+}
+
+} // namespace console
