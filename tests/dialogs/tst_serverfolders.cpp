@@ -1,5 +1,5 @@
 // The two choosers on the simulated server and real folders below its root.
-#include "apps/simprogram.h"
+#include "simserver/simprogram.h"
 #include "dialogs/chooser.h"
 
 #include <QDir>

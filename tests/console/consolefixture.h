@@ -1,0 +1,136 @@
+// A console with a person at it: what is typed, pressed and seen.
+#pragma once
+
+#include "console/localprogram.h"
+#include "command/commandpanel.h"
+#include "mainwindow.h"
+#include "notices/noticebar.h"
+#include "server/servercontroller.h"
+#include "server/statuspoller.h"
+#include "support/scriptedserver.h"
+
+#include <QAbstractButton>
+#include <QAction>
+#include <QDialogButtonBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QSettings>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <memory>
+
+namespace tarnis::testing {
+
+inline constexpr int patienceMs = 20000;
+
+/// Presses the button as soon as it can be pressed: one that is disabled would swallow the press.
+inline void press(QAbstractButton& button)
+{
+    if (!QTest::qWaitFor([&] { return button.isEnabled(); }, patienceMs))
+        qFatal("%s stays disabled: %s", qPrintable(button.objectName() + button.text()), qPrintable(button.toolTip()));
+    QTest::mouseClick(&button, Qt::LeftButton);
+}
+
+/// Answers the box of this name on the window as soon as it is there.
+inline void answer(const QWidget& window, const char* box, QMessageBox::StandardButton choice)
+{
+    QAbstractButton* button = nullptr;
+    const auto isAsked = [&] {
+        const auto* const question = window.findChild<QMessageBox*>(QLatin1String(box));
+        button = question && question->isVisible() ? question->button(choice) : nullptr;
+        return button != nullptr;
+    };
+    if (!QTest::qWaitFor(isAsked, patienceMs))
+        qFatal("no %s that offers this answer", box);
+    press(*button);
+}
+
+/// Presses OK in a chooser of paths as soon as it takes what is chosen.
+inline void acceptChoice(const QWidget& chooser)
+{
+    press(*chooser.findChild<QDialogButtonBox*>(QStringLiteral("buttonBox"))->button(QDialogButtonBox::Ok));
+}
+
+/// A main window with a memory of its own.
+class Desk {
+public:
+    Desk()
+        : memory(m_directory.filePath(QStringLiteral("console.ini")), QSettings::IniFormat)
+        , window(std::make_unique<console::MainWindow>(memory))
+    {
+        window->controller().m_endTimeoutMs = 50;
+        window->stateWatch().setInterval(0); // a test counts what it sends itself
+        window->show();
+    }
+
+    // What the person does.
+    void use(const ScriptedServer& server)
+    {
+        start({ console::ServerChoice::Kind::Remote, {}, ScriptedServer::host(), server.port() });
+    }
+    void use(const LocalProgram& program) { start({ console::ServerChoice::Kind::Local, program.path(), {}, 0 }); }
+    void start(const console::ServerChoice& choice)
+    {
+        console::Options options;
+        options.server = choice;
+        options.prompt = "> ";
+        window->startServer(options);
+    }
+    void type(const QString& text) { QTest::keyClicks(&edit(), text); }
+    void enter() { QTest::keyClick(&edit(), Qt::Key_Return); }
+    void send(const QString& command)
+    {
+        edit().clear();
+        type(command);
+        enter();
+    }
+    void press(const char* button) { testing::press(widget<QAbstractButton>(button)); }
+    void choose(const char* action) { widget<QAction>(action).trigger(); }
+
+    // What the person sees.
+    template <typename Object> Object& widget(const char* name)
+    {
+        auto* object = window->findChild<Object*>(QString::fromLatin1(name));
+        if (!object)
+            qFatal("no %s", name);
+        return *object;
+    }
+    /// Opens the window of this entry; null if it is none of that class or cannot be opened.
+    template <typename Window> Window* open(const char* id) { return qobject_cast<Window*>(find(id)); }
+    QWidget* find(const char* id)
+    {
+        for (const console::WindowEntry& entry : window->entries()) {
+            if (entry.id == QLatin1String(id))
+                return window->openWindow(entry);
+        }
+        return nullptr;
+    }
+    QLineEdit& edit() { return widget<QLineEdit>("commandEdit"); }
+    QString record() { return window->commandPanel().recordText(); }
+    const console::Notice& notice() { return widget<console::NoticeBar>("noticeBar").notice(); }
+    QString settingsState() { return widget<QLabel>("stateLabel").text(); }
+    bool reaches(console::ServerState state)
+    {
+        return QTest::qWaitFor([&] { return window->controller().state() == state; }, patienceMs);
+    }
+    bool shows(const QString& text)
+    {
+        return QTest::qWaitFor([&] { return record().contains(text); }, patienceMs);
+    }
+    bool isFree()
+    {
+        return QTest::qWaitFor([&] { return !window->commandPanel().isBusy(); }, patienceMs);
+    }
+
+private:
+    QTemporaryDir m_directory;
+
+public:
+    QSettings memory;
+    std::unique_ptr<console::MainWindow> window;
+};
+
+} // namespace tarnis::testing

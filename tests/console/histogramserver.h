@@ -1,0 +1,89 @@
+// A server with two histograms, and a console at which somebody chooses among them.
+#pragma once
+
+#include "console/consolefixture.h"
+#include "histograms/histogramchooser.h"
+
+#include <QDialogButtonBox>
+#include <QLabel>
+#include <QPointer>
+#include <QPushButton>
+
+namespace tarnis::testing {
+
+using console::HistogramChooser;
+using console::ServerState;
+
+inline const QByteArray twoHistograms(
+    "OK:\ntime: kind=1d rows=2 bins=4 min=0 max=40000 label=Time unit=us\n"
+    "image: kind=2d binsx=2 minx=0 maxx=10 labelx=Horizontal unitx=mm binsy=3 miny=-1 "
+    "maxy=1 labely=Vertical unity=mm\n");
+
+/// A server with a curve and a map.
+class Laboratory : public ScriptedServer {
+public:
+    explicit Laboratory(const QByteArray& list = twoHistograms)
+    {
+        answer("hists", { Step::text(list) });
+        answer("hist1d time 0 1 bins:4", { Step::doubles({ 1, 2, 3, 4, 5, 6, 7, 8 }, "OK:\n") });
+        answer("hist2d image bins:2x3", { Step::doubles({ 1, 2, 3, 4, 5, 6 }, "OK: exported 2 x 3 y\n") });
+    }
+};
+
+/// A desk with the list open and filled.
+struct OpenList {
+    explicit OpenList(ScriptedServer& server, Desk& desk)
+    {
+        desk.use(server);
+        if (!desk.reaches(ServerState::Up))
+            qFatal("no server");
+        reopen(desk);
+    }
+    void reopen(Desk& desk) { chooser = desk.open<HistogramChooser>("histograms"); }
+    bool shows(const QString& text) const
+    {
+        return QTest::qWaitFor(
+            [&] {
+                const auto* const label = chooser->findChild<QLabel*>(QStringLiteral("labelDescription"));
+                return label->text().contains(text);
+            },
+            patienceMs);
+    }
+    bool isFilled(int count) const
+    {
+        return QTest::qWaitFor([&] { return chooser->count() == count; }, patienceMs);
+    }
+    QPushButton& ok() const
+    {
+        return *chooser->findChild<QDialogButtonBox*>(QStringLiteral("buttonBox"))->button(QDialogButtonBox::Ok);
+    }
+    void press(const char* name) const
+    {
+        auto* const button = chooser->findChild<QPushButton*>(QLatin1String(name));
+        if (!button)
+            qFatal("no %s", name);
+        tarnis::testing::press(*button);
+    }
+    void accept() const { tarnis::testing::press(ok()); }
+    /// Of the two histograms the second alone.
+    bool opensTheMap() const
+    {
+        if (!isFilled(2))
+            return false;
+        chooser->setChecked(1, true);
+        accept();
+        return QTest::qWaitFor([&] { return chooser.isNull(); }, patienceMs);
+    }
+
+    QPointer<HistogramChooser> chooser;
+};
+
+inline QStringList titlesOf(const QList<QWidget*>& windows)
+{
+    QStringList titles;
+    for (const QWidget* window : windows)
+        titles.append(window->windowTitle());
+    return titles;
+}
+
+} // namespace tarnis::testing

@@ -1,0 +1,577 @@
+// The choice of histograms, and what becomes of the windows that it opens: one for each, tiled, cascaded, closed.
+#include "console/consolefixture.h"
+#include "console/histogramserver.h"
+#include "console/windowlists.h"
+#include "histograms/histogramchooser.h"
+#include "histograms/histogramlist.h"
+#include "windows/openwindows.h"
+#include "histograms/replyfit.h"
+
+#include <tarnis/plots/multivectorgraphwidget.h>
+#include <tarnis/plots/viewselectedroi.h>
+#include <tarnis/plots/xy2dgraphwidget.h>
+
+#include <QApplication>
+#include <QComboBox>
+#include <QDialogButtonBox>
+#include <QListWidget>
+#include <QMenu>
+#include <QPointer>
+#include <QPushButton>
+#include <QScreen>
+
+using namespace console;
+using namespace tarnis::testing;
+
+namespace {
+
+HistogramInfo one(const char* line)
+{
+    const QList<HistogramInfo> all = histogramsOf(QString::fromUtf8(line));
+    if (all.size() != 1)
+        qFatal("%s", line);
+    return all.first();
+}
+
+} // namespace
+
+class TestConsoleHistograms : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { QApplication::setQuitOnLastWindowClosed(false); }
+
+    // The list as text.
+
+    void linesAreRead()
+    {
+        const QList<HistogramInfo> all = histogramsOf(QString::fromUtf8(twoHistograms));
+        QCOMPARE(all.size(), 2);
+        QCOMPARE(all.at(0).name, "time");
+        QVERIFY(!all.at(0).isMap);
+        QCOMPARE(all.at(0).rows, 2);
+        QCOMPARE(all.at(0).x.bins, 4);
+        QCOMPARE(all.at(0).x.max, 40000.0);
+        QCOMPARE(all.at(0).x.text(), "Time [us]");
+        QVERIFY(all.at(1).isMap);
+        QCOMPARE(all.at(1).y.bins, 3);
+        QCOMPARE(all.at(1).y.min, -1.0);
+        QCOMPARE(all.at(1).y.text(), "Vertical [mm]");
+    }
+
+    void whatCannotBeAHistogramIsLeftOut_data()
+    {
+        QTest::addColumn<QByteArray>("line");
+        QTest::newRow("empty") << QByteArray();
+        QTest::newRow("accepted") << QByteArray("OK:");
+        QTest::newRow("refused") << QByteArray("NG:unknown command 'hists'");
+        QTest::newRow("no name") << QByteArray(": kind=1d bins=4 min=0 max=1");
+        QTest::newRow("blank in the name") << QByteArray("a b: kind=1d bins=4 min=0 max=1");
+        QTest::newRow("another kind") << QByteArray("a: kind=3d bins=4 min=0 max=1");
+        QTest::newRow("no bins") << QByteArray("a: kind=1d bins=0 min=0 max=1");
+        QTest::newRow("bins that are no number") << QByteArray("a: kind=1d bins=many min=0 max=1");
+        QTest::newRow("empty range") << QByteArray("a: kind=1d bins=4 min=1 max=1");
+        QTest::newRow("no number") << QByteArray("a: kind=1d bins=4 min=nan max=1");
+        QTest::newRow("no rows") << QByteArray("a: kind=1d rows=0 bins=4 min=0 max=1");
+        QTest::newRow("a map of one axis") << QByteArray("a: kind=2d binsx=4 minx=0 maxx=1");
+    }
+    void whatCannotBeAHistogramIsLeftOut()
+    {
+        QFETCH(QByteArray, line);
+        QVERIFY(histogramsOf(QString::fromUtf8(line)).isEmpty());
+    }
+
+    void binsThatDivide_data()
+    {
+        QTest::addColumn<int>("bins");
+        QTest::addColumn<int>("shown");
+        QTest::newRow("fewer than the limit") << 100 << 100;
+        QTest::newRow("the limit") << 1024 << 1024;
+        QTest::newRow("a power of two") << 16384 << 1024;
+        QTest::newRow("the greatest divisor") << 3000 << 1000;
+        QTest::newRow("a prime") << 10007 << 10007;
+        QTest::newRow("one") << 1 << 1;
+    }
+    void binsThatDivide()
+    {
+        QFETCH(int, bins);
+        QFETCH(int, shown);
+        QCOMPARE(binsToShow(bins, 1024), shown);
+        QCOMPARE(bins % shown, 0);
+    }
+
+    void requests()
+    {
+        QCOMPARE(curvesRequest(one("t: kind=1d rows=8 bins=16384 min=0 max=40 label=Time unit=us")).command,
+            "hist1d t 0 7 bins:1024");
+        QCOMPARE(curvesRequest(one("t: kind=1d bins=10 min=0 max=1")).command, "hist1d t 0 0 bins:10");
+        const CurvesRequest cut = curvesRequest(one("t: kind=1d rows=1000 bins=10 min=0 max=1"));
+        QCOMPARE(cut.last, 63);
+        QCOMPARE(cut.title, "t, the first 64 of 1000 rows");
+        QCOMPARE(mapRequest(one("m: kind=2d binsx=1024 minx=0 maxx=1 binsy=100 miny=0 maxy=1")).command,
+            "hist2d m bins:256x100");
+    }
+
+    // The chooser.
+
+    void checkedHistogramsOpen()
+    {
+        Laboratory server;
+        Desk desk;
+        OpenList list(server, desk);
+        QVERIFY(list.isFilled(2));
+        QVERIFY(!list.ok().isEnabled());
+        QVERIFY(list.ok().toolTip().contains(QStringLiteral("Check a histogram")));
+        list.press("buttonCheckAll");
+        list.accept();
+        QTRY_VERIFY(list.chooser.isNull());
+        const QList<QWidget*> windows = desk.window->windows().onScreen();
+        QCOMPARE(titlesOf(windows), (QStringList { "Histogram time", "Histogram image" }));
+        auto* const curves = qobject_cast<Graph1DDialog*>(windows.at(0));
+        auto* const map = qobject_cast<Graph2DDialog*>(windows.at(1));
+        QVERIFY(curves && map);
+        QTRY_VERIFY(curves->getGraphWidget()->hasData());
+        QTRY_COMPARE(map->getGraphWidget()->getMaxValue(), 6.0);
+        double min = 0.0;
+        double max = 0.0;
+        map->getGraphWidget()->getMinMaxY(min, max);
+        QCOMPARE(min, -1.0);
+        QCOMPARE(max, 1.0);
+    }
+
+    void theChoiceIsRememberedAndOpensEachOnce()
+    {
+        Laboratory server;
+        Desk desk;
+        OpenList list(server, desk);
+        QVERIFY(list.opensTheMap());
+        QWidget* const first = desk.window->windows().onScreen().value(0);
+        list.reopen(desk);
+        QVERIFY(list.isFilled(2));
+        QVERIFY(list.ok().isEnabled());
+        list.accept();
+        QTRY_VERIFY(list.chooser.isNull());
+        QCOMPARE(desk.window->windows().onScreen(), QList<QWidget*> { first });
+    }
+
+    void cancelOpensNothing()
+    {
+        Laboratory server;
+        Desk desk;
+        OpenList list(server, desk);
+        QVERIFY(list.isFilled(2));
+        list.press("buttonCheckAll");
+        QTest::keyClick(list.chooser, Qt::Key_Escape);
+        QTRY_VERIFY(list.chooser.isNull());
+        QVERIFY(desk.window->windows().onScreen().isEmpty());
+    }
+
+    void aRefusalIsSaid()
+    {
+        Laboratory server("NG:unknown command 'hists'\n");
+        Desk desk;
+        OpenList list(server, desk);
+        QVERIFY(list.shows(QStringLiteral("NG:unknown command")));
+        QVERIFY(!list.ok().isEnabled());
+    }
+
+    void aServerWithoutHistogramsSaysSo()
+    {
+        Laboratory server("OK:\n");
+        Desk desk;
+        OpenList list(server, desk);
+        QVERIFY(list.shows(QStringLiteral("no histograms")));
+    }
+
+    void aLostServerIsSaidAndTheListComesAgain()
+    {
+        Laboratory server;
+        server.answer("hists", { Step::drop() });
+        Desk desk;
+        OpenList list(server, desk);
+        QVERIFY(list.shows(QStringLiteral("No reply")));
+        server.answer("hists", { Step::text(twoHistograms) });
+        desk.choose("shutDownAction");
+        QVERIFY(desk.reaches(ServerState::Off));
+        QVERIFY(list.shows(QStringLiteral("no connection")));
+        desk.choose("startAction");
+        QVERIFY(desk.reaches(ServerState::Up));
+        QVERIFY(list.isFilled(2));
+    }
+
+    void checksStayThroughEverything()
+    {
+        Laboratory server;
+        Desk desk;
+        OpenList list(server, desk);
+        QVERIFY(list.isFilled(2));
+        list.chooser->setChecked(1, true);
+        const auto isChecked = [&](int index) {
+            QString text;
+            bool is = false;
+            list.chooser->getItem(index, text, is);
+            return is;
+        };
+        const qsizetype asked = server.requests().count("hists");
+        desk.window->controller().readReply(QStringLiteral("start"), "OK:\n"); // as when a run begins
+        QCOMPARE(desk.window->controller().status(), Tarnis::RUNNING);
+        desk.window->controller().readReply(QStringLiteral("stop"), "OK:\n");
+        QVERIFY(isChecked(1));
+        QEvent language(QEvent::LanguageChange);
+        QApplication::sendEvent(list.chooser, &language);
+        QVERIFY(isChecked(1));
+        QCOMPARE(server.requests().count("hists"), asked);
+        // A reconnect asks again; the list comes in another order, with one more.
+        server.answer("hists",
+            { Step::text("OK:\nimage: kind=2d binsx=2 minx=0 maxx=10 binsy=3 miny=-1 maxy=1\n"
+                         "a: kind=1d bins=4 min=0 max=1\ntime: kind=1d bins=4 min=0 max=1\n") });
+        desk.choose("shutDownAction");
+        QVERIFY(desk.reaches(ServerState::Off));
+        QVERIFY(isChecked(1));
+        desk.choose("startAction");
+        QVERIFY(desk.reaches(ServerState::Up));
+        QVERIFY(list.isFilled(3));
+        QVERIFY(isChecked(0) && !isChecked(1) && !isChecked(2));
+    }
+
+    void rowsThatAreLeftOutAreSaid()
+    {
+        Laboratory server("OK:\nbig: kind=1d rows=100 bins=4 min=0 max=1\n");
+        Desk desk;
+        OpenList list(server, desk);
+        QVERIFY(list.isFilled(1));
+        QString text;
+        bool isChecked = false;
+        list.chooser->getItem(0, text, isChecked);
+        QVERIFY2(text.contains(QStringLiteral("only the first 64 are shown")), qPrintable(text));
+        list.press("buttonCheckAll");
+        list.accept();
+        QTRY_VERIFY(list.chooser.isNull());
+        QCOMPARE(
+            titlesOf(desk.window->windows().onScreen()), QStringList { "Histogram big, the first 64 of 100 rows" });
+        const auto* const label =
+            desk.window->windows().onScreen().constFirst()->findChild<QLabel*>(QStringLiteral("descLabel"));
+        QCOMPARE(label->text(), "Row 0-63 of 100");
+    }
+
+    // Windows of certain histograms.
+
+    void windowsTakeWhatTheServerLists()
+    {
+        Laboratory server("OK:\ntime: kind=1d rows=3 bins=2000 min=5 max=500 label=Flight unit=ms\n"
+                          "total: kind=1d rows=1 bins=100 min=0 max=1\n");
+        server.answer("hist1d time 0 2 bins:1000", { Step::doubles(QList<double>(3000, 1.0), "OK:\n") });
+        server.answer("hist1d total pairs bins:100", { Step::doubles({ 0, 1 }, "OK: (0 1 100)\n") });
+        Desk desk;
+        desk.use(server);
+        QVERIFY(desk.reaches(ServerState::Up));
+        const auto& missing = desk.widget<QAction>("single-row");
+        QTRY_VERIFY_WITH_TIMEOUT(!missing.isEnabled(), patienceMs);
+        QCOMPARE(missing.toolTip(), QString::fromUtf8("The server has no histogram \u201cposition\u201d"));
+        QVERIFY(!desk.find("single-row"));
+        QVERIFY(!desk.widget<QAction>("spectrum").isEnabled());
+        QVERIFY(!desk.widget<QAction>("map").isEnabled());
+        auto* const curves = desk.open<Graph1DDialog>("curves");
+        QVERIFY(curves);
+        QTRY_VERIFY_WITH_TIMEOUT(curves->getGraphWidget()->hasData(), patienceMs);
+        double min = 0.0;
+        double max = 0.0;
+        curves->getGraphWidget()->getMinMaxX(min, max);
+        QCOMPARE(min, 5.0);
+        QCOMPARE(max, 500.0);
+        QVERIFY(desk.find("pairs"));
+        QVERIFY(server.waitForRequest("hist1d total pairs bins:100"));
+    }
+
+    void theImageHasTheBinsThatTheServerLists()
+    {
+        Laboratory server("OK:\nimage: kind=2d binsx=100 minx=-5.5 maxx=10 labelx=Horizontal unitx=mm binsy=80 miny=2 "
+                          "maxy=40.5 labely=Vertical unity=mm\n");
+        server.answer("hist2d image bins:100x80", { Step::doubles(QList<double>(8000, 3.0), "OK:\n") });
+        Desk desk;
+        desk.use(server);
+        QVERIFY(isListed(desk, "image"));
+        auto* const map = desk.open<Graph2DDialog>("map");
+        QVERIFY(map);
+        XY2DGraphWidget& plot = *map->getGraphWidget();
+        QTRY_COMPARE_WITH_TIMEOUT(plot.getMaxValue(), 3.0, patienceMs);
+        double min = 0.0;
+        double max = 0.0;
+        plot.getMinMaxX(min, max);
+        QCOMPARE(min, 0.0);
+        QCOMPARE(max, 100.0);
+        plot.getMinMaxY(min, max);
+        QCOMPARE(min, 0.0);
+        QCOMPARE(max, 80.0);
+        QCOMPARE(map->windowTitle(), "Image");
+        plot.SetRoiEnabled(true);
+        ViewSelectedROI* const regions = plot.GetViewSelectedROI();
+        regions->addRoi(QRect(QPoint(-1000, -1000), QPoint(1000, 1000)));
+        QCOMPARE(regions->getRoiList(), QList<QRect> { QRect(0, 0, 100, 80) });
+    }
+
+    void aServerWithoutAListIsTakenAsItWas()
+    {
+        Laboratory server("NG:unknown command 'hists'\n");
+        Desk desk;
+        desk.use(server);
+        QVERIFY(desk.reaches(ServerState::Up));
+        QVERIFY(server.waitForRequest("hists"));
+        QVERIFY(desk.find("curves"));
+        QVERIFY(desk.find("single-row"));
+        QVERIFY(server.waitForRequest("hist1d time 0 7 bins:1024"));
+    }
+
+    void aListThatComesInTheChooserCountsForTheMenu()
+    {
+        Laboratory server("OK:\ntotal: kind=1d bins=4 min=0 max=1\n");
+        Desk desk;
+        desk.use(server);
+        QVERIFY(desk.reaches(ServerState::Up));
+        QTRY_VERIFY_WITH_TIMEOUT(!desk.widget<QAction>("curves").isEnabled(), patienceMs);
+        server.answer("hists", { Step::text(twoHistograms) });
+        QVERIFY(desk.open<HistogramChooser>("histograms"));
+        QTRY_VERIFY_WITH_TIMEOUT(
+            desk.widget<QAction>("curves").isEnabled() && !desk.widget<QAction>("pairs").isEnabled(), patienceMs);
+    }
+
+    void aListThatBreaksOffIsAskedForAgain()
+    {
+        Laboratory server;
+        server.answer("hists", { Step::drop() });
+        Desk desk;
+        desk.use(server);
+        QVERIFY(desk.reaches(ServerState::Up));
+        QVERIFY(server.waitForRequest("hists"));
+        server.answer("hists", { Step::text(twoHistograms) });
+        QTRY_VERIFY_WITH_TIMEOUT(!desk.widget<QAction>("pairs").isEnabled(), patienceMs);
+        QVERIFY(desk.widget<QAction>("curves").isEnabled());
+        QCOMPARE(server.requests().count("hists"), 2);
+    }
+
+    void anotherServerHasItsOwnList()
+    {
+        Laboratory server("OK:\ntotal: kind=1d bins=4 min=0 max=1\n");
+        Laboratory other;
+        Desk desk;
+        desk.use(server);
+        QVERIFY(desk.reaches(ServerState::Up));
+        QTRY_VERIFY_WITH_TIMEOUT(!desk.widget<QAction>("curves").isEnabled(), patienceMs);
+        desk.use(other);
+        QTRY_VERIFY_WITH_TIMEOUT(
+            desk.widget<QAction>("curves").isEnabled() && !desk.widget<QAction>("pairs").isEnabled(), patienceMs);
+    }
+
+    // Replies that cannot be drawn.
+
+    void mapsThatDoNotFit_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<int>("values");
+        QTest::addColumn<bool>("fits");
+        QTest::newRow("as announced") << "OK: image, exported 2 x 3 y\n" << 6 << true;
+        QTest::newRow("as before") << "OK:\n" << 8 << true;
+        QTest::newRow("no data") << "OK: exported 2 x 3 y\n" << 0 << true;
+        QTest::newRow("too few") << "OK: exported 2 x 3 y\n" << 5 << false;
+        QTest::newRow("too many") << "OK: exported 2 x 3 y\n" << 7 << false;
+        QTest::newRow("negative") << "OK: exported -2 x -3 y\n" << 6 << false;
+        QTest::newRow("huge") << "OK: exported 2147483647 x 2147483647 y\n" << 6 << false;
+        QTest::newRow("no number") << "OK: exported two x 3 y\n" << 6 << false;
+    }
+    void mapsThatDoNotFit()
+    {
+        QFETCH(QString, text);
+        QFETCH(int, values);
+        QFETCH(bool, fits);
+        QCOMPARE(mapProblem(text, QByteArray(values * 8, '\0'), 2, 4).isEmpty(), fits);
+    }
+
+    void pairsThatDoNotFit_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<double>("x");
+        QTest::addColumn<bool>("fits");
+        QTest::newRow("inside") << "OK: total (0 10 5)\n" << 2.0 << true;
+        QTest::newRow("at the upper end") << "OK: total (0 10 5)\n" << 10.0 << false;
+        QTest::newRow("below") << "OK: total (0 10 5)\n" << -3.0 << false;
+        QTest::newRow("no number") << "OK: total (0 10 5)\n" << qQNaN() << false;
+        QTest::newRow("no axis") << "OK: total\n" << 2.0 << false;
+        QTest::newRow("axis first") << "(0 10 5)\n" << 2.0 << false;
+        QTest::newRow("two numbers") << "OK: total (0 10)\n" << 2.0 << false;
+        QTest::newRow("too many bins") << "OK: total (0 10 16777217)\n" << 2.0 << false;
+        QTest::newRow("no bins") << "OK: total (0 10 0)\n" << 2.0 << false;
+        QTest::newRow("no range") << "OK: total (0 0 5)\n" << 2.0 << false;
+    }
+    void pairsThatDoNotFit()
+    {
+        QFETCH(QString, text);
+        QFETCH(double, x);
+        QFETCH(bool, fits);
+        const double pair[] { x, 1.0 };
+        const QByteArray payload(reinterpret_cast<const char*>(pair), sizeof pair);
+        QCOMPARE(pairsProblem(text, payload).isEmpty(), fits);
+    }
+
+    void whatCannotBeDrawnIsSaidAndAskedForAgain()
+    {
+        Laboratory server("NG:unknown command 'hists'\n");
+        server.answer("hist2d image bins:256", { Step::doubles({ 1, 2, 3 }, "OK: exported 2 x 2 y\n") });
+        server.answer("hist1d total pairs bins:1024", { Step::doubles({ 0, 5 }, "OK:\n") });
+        Desk desk;
+        desk.use(server);
+        QVERIFY(desk.reaches(ServerState::Up));
+        for (const char* const id : { "map", "pairs" }) {
+            const auto* const label = desk.find(id)->findChild<QLabel*>(QStringLiteral("infoLabel"));
+            QTRY_VERIFY_WITH_TIMEOUT(label->isVisible() && label->text().contains(u"is not shown"), patienceMs);
+        }
+        QVERIFY(!QApplication::activeModalWidget());
+        server.answer("hist2d image bins:256", { Step::doubles({ 1, 2, 3, 4 }, "OK: exported 2 x 2 y\n") });
+        auto* const map = desk.open<Graph2DDialog>("map");
+        QTRY_COMPARE_WITH_TIMEOUT(map->getGraphWidget()->getMaxValue(), 4.0, patienceMs);
+        QTRY_VERIFY(!map->findChild<QLabel*>(QStringLiteral("infoLabel"))->isVisible());
+    }
+
+    // Windows on the screen.
+
+    void tilesFillTheArea_data()
+    {
+        QTest::addColumn<int>("count");
+        for (const int count : { 1, 2, 3, 4, 5, 6, 7, 12, 30 })
+            QTest::addRow("%d windows", count) << count;
+    }
+    void tilesFillTheArea()
+    {
+        QFETCH(int, count);
+        const QRect area(100, 30, 1920, 1050);
+        const QList<QRect> cells = tileCells(count, area);
+        QCOMPARE(cells.size(), count);
+        qint64 covered = 0;
+        for (qsizetype i = 0; i < cells.size(); ++i) {
+            QVERIFY(area.contains(cells.at(i)));
+            covered += qint64(cells.at(i).width()) * cells.at(i).height();
+            for (qsizetype k = i + 1; k < cells.size(); ++k)
+                QVERIFY(!cells.at(i).intersects(cells.at(k)));
+        }
+        QCOMPARE(covered, qint64(area.width()) * area.height());
+    }
+
+    void theConsoleKeepsAPartOfTheScreen_data()
+    {
+        QTest::addColumn<QRect>("console");
+        QTest::addColumn<QSize>("least");
+        QTest::addColumn<bool>("stays");
+        QTest::newRow("small, at the left") << QRect(100, 30, 900, 1050) << QSize(800, 600) << true;
+        QTest::newRow("small, at the bottom") << QRect(100, 700, 1920, 380) << QSize(800, 300) << true;
+        QTest::newRow("in the middle") << QRect(600, 200, 900, 700) << QSize(800, 600) << false;
+        QTest::newRow("maximized") << QRect(100, 30, 1920, 1050) << QSize(800, 600) << false;
+        QTest::newRow("too wide for a strip") << QRect(100, 30, 1920, 1050) << QSize(1500, 600) << false;
+        QTest::newRow("too large for any") << QRect(100, 30, 1920, 1050) << QSize(1500, 900) << false;
+        QTest::newRow("on another screen") << QRect(5000, 30, 900, 700) << QSize(800, 600) << false;
+    }
+    void theConsoleKeepsAPartOfTheScreen()
+    {
+        QFETCH(QRect, console);
+        QFETCH(QSize, least);
+        QFETCH(bool, stays);
+        const QRect area(100, 30, 1920, 1050);
+        const Shares shares = sharesOf(area, console, least);
+        QCOMPARE(shares.console == console, stays);
+        QVERIFY(area.contains(shares.console) && area.contains(shares.windows));
+        QVERIFY(!shares.console.intersects(shares.windows));
+        QVERIFY(shares.windows.width() * 5 >= area.width() * 2 - 5);
+        QVERIFY(shares.windows.height() * 5 >= area.height() * 2 - 5);
+        if (least.width() <= area.width() * 3 / 5)
+            QVERIFY(shares.console.width() >= least.width());
+    }
+
+    void theMenuListsTheOpenWindows()
+    {
+        Laboratory server;
+        Desk desk;
+        auto& menu = desk.widget<QMenu>("windowsMenu");
+        const auto entry = [&menu](const QString& title) -> QAction* {
+            Q_EMIT menu.aboutToShow();
+            for (QAction* const action : menu.actions()) {
+                if (action->text().endsWith(u' ' + title) && action->isCheckable())
+                    return action;
+            }
+            return nullptr;
+        };
+        const QString title = QStringLiteral("Log File");
+        QVERIFY(!entry(title));
+        QWidget* const log = desk.find("log");
+        QVERIFY(entry(title));
+        log->showMinimized();
+        QVERIFY(entry(title));
+        entry(title)->trigger();
+        QVERIFY(!log->isMinimized() && log->isVisible());
+        QTRY_VERIFY(entry(title)->isChecked());
+        log->close();
+        QTRY_VERIFY(!entry(title));
+    }
+
+    void aKeyLeadsBackToTheConsole()
+    {
+        Desk desk;
+        QWidget* const log = desk.find("log");
+        QVERIFY(QTest::qWaitForWindowActive(log));
+        QVERIFY(!desk.window->isActiveWindow());
+        QTest::keyClick(log, Qt::Key_F12);
+        QTRY_VERIFY(desk.window->isActiveWindow());
+    }
+
+    void noWindowsNoTiles()
+    {
+        QVERIFY(tileCells(0, QRect(0, 0, 800, 600)).isEmpty());
+        QVERIFY(cascadeCells(0, QRect(0, 0, 800, 600)).isEmpty());
+        QCOMPARE(tileCells(2, QRect()).size(), 2);
+    }
+
+    void cascadedWindowsStayInTheArea()
+    {
+        const QRect area(100, 30, 1280, 1000);
+        const QList<QRect> cells = cascadeCells(40, area);
+        QCOMPARE(cells.size(), 40);
+        for (const QRect& cell : cells)
+            QVERIFY(area.contains(cell));
+        QVERIFY(cells.at(1).topLeft() != cells.at(0).topLeft());
+    }
+
+    void openWindowsAreLaidOutAndClosed()
+    {
+        Laboratory server;
+        Desk desk;
+        QVERIFY(!desk.widget<QAction>("tileAction").isEnabled());
+        QVERIFY(desk.widget<QAction>("tileAction").toolTip().contains(QStringLiteral("No window")));
+        OpenList list(server, desk);
+        QVERIFY(list.isFilled(2));
+        list.press("buttonCheckAll");
+        list.accept();
+        QTRY_VERIFY(list.chooser.isNull());
+        desk.choose("tileAction");
+        const QList<QWidget*> windows = desk.window->windows().onScreen();
+        QCOMPARE(windows.size(), 2);
+        const QRect screen = desk.window->screen()->availableGeometry();
+        for (const QWidget* window : windows)
+            QVERIFY(screen.contains(window->frameGeometry()));
+        QVERIFY(!windows.at(0)->frameGeometry().intersects(windows.at(1)->frameGeometry()));
+        for (const QWidget* window : windows)
+            QVERIFY(!desk.window->frameGeometry().contains(window->frameGeometry()));
+        desk.choose("cascadeAction");
+        QVERIFY(windows.at(0)->frameGeometry().intersects(windows.at(1)->frameGeometry()));
+        desk.choose("closeWindowsAction");
+        QTRY_VERIFY(!desk.widget<QAction>("closeWindowsAction").isEnabled());
+        QVERIFY(desk.window->isVisible());
+    }
+
+    void waylandPlacesWindowsItself()
+    {
+        QVERIFY(!canPlaceWindows(QStringLiteral("wayland")));
+        QVERIFY(!canPlaceWindows(QStringLiteral("wayland-egl")));
+        QVERIFY(canPlaceWindows(QStringLiteral("xcb")));
+        QVERIFY(canPlaceWindows(QStringLiteral("offscreen")));
+    }
+};
+
+QTEST_MAIN(TestConsoleHistograms)
+#include "tst_consolehistograms.moc"

@@ -1,0 +1,347 @@
+// Leaving the console and ending its server: what somebody still needs is asked about first, and nothing else is.
+#include "console/consolefixture.h"
+#include "server/connectdialog.h"
+#include "browse/pathwindows.h"
+#include "browse/servertext.h"
+
+#include <QDialogButtonBox>
+#include <QMessageBox>
+#include <QPlainTextEdit>
+#include <QPointer>
+#include <QPushButton>
+#include <QSpinBox>
+
+using namespace console;
+using namespace tarnis::testing;
+
+namespace {
+
+/// A console on a server of this machine, which may be in the middle of a run.
+class LeavingDesk : public Desk {
+public:
+    explicit LeavingDesk(ScriptedServer& server)
+        : program(faithful(server.port()))
+    {
+        use(program);
+        if (!reaches(ServerState::Up))
+            qFatal("no server");
+    }
+    void beginRun() { window->controller().tarnis().SetStatus(Tarnis::RUNNING); }
+    QMessageBox* question() { return window->findChild<QMessageBox*>(QStringLiteral("runBox")); }
+    void answerYes()
+    {
+        if (!QTest::qWaitFor([this] { return question() && question()->isVisible(); }, patienceMs))
+            qFatal("nothing is asked about the run");
+        for (QAbstractButton* const button : question()->buttons()) {
+            if (question()->buttonRole(button) == QMessageBox::AcceptRole)
+                return tarnis::testing::press(*button);
+        }
+        qFatal("nothing to end the run with");
+    }
+    void answerNo() { answer(*window, "runBox", QMessageBox::Cancel); }
+    bool isUp() const { return window->controller().state() == ServerState::Up; }
+    /// Reaches Off, and hands every event on the way out.
+    bool isLeft()
+    {
+        return QTest::qWaitFor([this] { return !window->isVisible(); }, patienceMs);
+    }
+
+    ServerTextWindow* typeText(const QString& text)
+    {
+        auto* const found = open<ServerTextWindow>("server-text");
+        found->findChild<QPlainTextEdit*>(QStringLiteral("edit"))->insertPlainText(text);
+        return found;
+    }
+    static QMessageBox* changesOf(const QWidget& text)
+    {
+        return text.findChild<QMessageBox*>(QStringLiteral("changesBox"));
+    }
+
+    const LocalProgram program;
+};
+
+} // namespace
+
+class TestConsoleLeaving : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { QApplication::setQuitOnLastWindowClosed(false); }
+
+    // A run.
+
+    void aRunIsNotEndedWithoutAQuestion_data()
+    {
+        QTest::addColumn<QString>("action");
+        QTest::addColumn<ServerState>("afterwards");
+        QTest::newRow("Shut Down") << "shutDownAction" << ServerState::Off;
+        QTest::newRow("Restart") << "restartAction" << ServerState::Stopping;
+        QTest::newRow("End by Force") << "forceAction" << ServerState::Failed;
+        QTest::newRow("Quit") << "quitAction" << ServerState::Off;
+    }
+    void aRunIsNotEndedWithoutAQuestion()
+    {
+        QFETCH(QString, action);
+        QFETCH(ServerState, afterwards);
+        ScriptedServer server;
+        LeavingDesk desk(server);
+        desk.beginRun();
+        desk.choose(qPrintable(action));
+        QVERIFY(desk.question());
+        QVERIFY(desk.question()->text().contains(QStringLiteral("server")));
+        QCOMPARE(desk.question()->defaultButton(), desk.question()->button(QMessageBox::Cancel));
+        desk.answerNo();
+        QTRY_VERIFY(!desk.question());
+        QVERIFY(desk.isUp());
+        QVERIFY(desk.window->isVisible());
+        desk.choose(qPrintable(action));
+        desk.answerYes();
+        QVERIFY(desk.reaches(afterwards));
+        if (action == u"quitAction")
+            QVERIFY(desk.isLeft());
+    }
+
+    void aRunIsNotEndedByAnotherServerWithoutAQuestion()
+    {
+        ScriptedServer server;
+        ScriptedServer other;
+        LeavingDesk desk(server);
+        desk.beginRun();
+        const auto chooseOther = [&] {
+            desk.choose("chooseAction");
+            auto* const dialog = desk.window->findChild<ConnectDialog*>();
+            dialog->findChild<QAbstractButton*>(QStringLiteral("remoteRadio"))->click();
+            dialog->findChild<QLineEdit*>(QStringLiteral("hostEdit"))->setText(ScriptedServer::host());
+            dialog->findChild<QSpinBox*>(QStringLiteral("portSpin"))->setValue(other.port());
+            acceptChoice(*dialog);
+        };
+        chooseOther();
+        QTRY_VERIFY(!desk.window->findChild<ConnectDialog*>());
+        QVERIFY(desk.question());
+        desk.answerNo();
+        QTRY_VERIFY(!desk.question());
+        QVERIFY(desk.isUp() && desk.window->controller().isLocal());
+        // What was chosen is not lost.
+        const auto* const dialog = desk.window->findChild<ConnectDialog*>();
+        QVERIFY(dialog && dialog->isVisible());
+        QCOMPARE(dialog->choice().kind, ServerChoice::Kind::Remote);
+        QCOMPARE(dialog->choice().host, ScriptedServer::host());
+        QCOMPARE(dialog->choice().port, other.port());
+        acceptChoice(*dialog);
+        desk.answerYes();
+        QTRY_VERIFY_WITH_TIMEOUT(desk.isUp() && !desk.window->controller().isLocal(), patienceMs);
+    }
+
+    void withoutARunNothingIsAsked()
+    {
+        ScriptedServer server;
+        LeavingDesk desk(server);
+        desk.choose("restartAction");
+        QVERIFY(!desk.question());
+        QTRY_VERIFY_WITH_TIMEOUT(desk.isUp(), patienceMs);
+        desk.window->close();
+        QVERIFY(!desk.question());
+        QVERIFY(desk.isLeft());
+    }
+
+    void aRemoteRunGoesOnWithoutUs()
+    {
+        ScriptedServer server;
+        Desk desk;
+        desk.use(server);
+        QVERIFY(desk.reaches(ServerState::Up));
+        desk.window->controller().tarnis().SetStatus(Tarnis::RUNNING);
+        desk.choose("shutDownAction");
+        QVERIFY(desk.reaches(ServerState::Off));
+    }
+
+    void theEndOfTheProgramFromOutsideIsNotHeldUpByARun()
+    {
+        ScriptedServer server;
+        LeavingDesk desk(server);
+        desk.beginRun();
+        desk.window->leave();
+        QVERIFY(!desk.question());
+        QVERIFY(desk.isLeft());
+    }
+
+    // A text with changes.
+
+    void changesAreAskedAboutWhileTheServerIsThere()
+    {
+        ScriptedServer server;
+        LeavingDesk desk(server);
+        const QPointer<ServerTextWindow> text = desk.typeText(QStringLiteral("x"));
+        desk.window->close();
+        QVERIFY(LeavingDesk::changesOf(*text));
+        QVERIFY(desk.isUp());
+        answer(*text, "changesBox", QMessageBox::Cancel);
+        QTRY_VERIFY(!LeavingDesk::changesOf(*text));
+        QVERIFY(desk.isUp() && desk.window->isVisible() && text->isVisible());
+        // What was given up is not taken up by a later answer.
+        text->close();
+        answer(*text, "changesBox", QMessageBox::Discard);
+        QTRY_VERIFY(text.isNull());
+        QCoreApplication::processEvents();
+        QVERIFY(desk.isUp() && desk.window->isVisible());
+    }
+
+    void theConsoleGoesBehindDiscardedChanges()
+    {
+        ScriptedServer server;
+        LeavingDesk desk(server);
+        const auto* const text = desk.typeText(QStringLiteral("x"));
+        desk.window->close();
+        answer(*text, "changesBox", QMessageBox::Discard);
+        QVERIFY(desk.isLeft());
+    }
+
+    void theConsoleGoesBehindSavedChanges()
+    {
+        ScriptedServer server;
+        server.answer("rxfile \"/notes\"", { Step::binary("one\n", "OK: /notes, 4 bytes\n") });
+        server.answer("txfile \"/notes\"\nxone\n", { Step::text("OK:\n") });
+        LeavingDesk desk(server);
+        auto* const text = desk.open<ServerTextWindow>("server-text");
+        text->openFile(QStringLiteral("/notes"));
+        auto* const edit = text->findChild<QPlainTextEdit*>(QStringLiteral("edit"));
+        QTRY_COMPARE_WITH_TIMEOUT(edit->toPlainText(), QStringLiteral("one\n"), patienceMs);
+        desk.typeText(QStringLiteral("x"));
+        desk.window->close();
+        answer(*text, "changesBox", QMessageBox::Save);
+        QVERIFY(desk.isLeft());
+        QVERIFY(server.requests().contains("txfile \"/notes\"\nxone\n"));
+    }
+
+    void changesThatCannotBeSavedKeepTheConsole()
+    {
+        ScriptedServer server;
+        server.answer("rxfile \"/notes\"", { Step::binary("one\n", "OK: /notes, 4 bytes\n") });
+        server.answer("txfile \"/notes\"\nxone\n", { Step::text("NG:full\n") });
+        LeavingDesk desk(server);
+        const QPointer<ServerTextWindow> text = desk.open<ServerTextWindow>("server-text");
+        text->openFile(QStringLiteral("/notes"));
+        const auto* const state = text->findChild<QLabel*>(QStringLiteral("stateLabel"));
+        QTRY_VERIFY_WITH_TIMEOUT(state->text().startsWith(QStringLiteral("Opened")), patienceMs);
+        desk.typeText(QStringLiteral("x"));
+        desk.window->close();
+        answer(*text, "changesBox", QMessageBox::Save);
+        QTRY_VERIFY_WITH_TIMEOUT(state->text().contains(QStringLiteral("NG:full")), patienceMs);
+        QVERIFY(desk.isUp() && desk.window->isVisible());
+        text->close();
+        answer(*text, "changesBox", QMessageBox::Discard);
+        QTRY_VERIFY(text.isNull());
+        QCoreApplication::processEvents();
+        QVERIFY(desk.isUp() && desk.window->isVisible());
+    }
+
+    void savingThatIsGivenUpKeepsTheConsole_data()
+    {
+        QTest::addColumn<bool>("isRunning");
+        QTest::addColumn<bool>("isByKey");
+        QTest::newRow("by the frame of the chooser") << false << false;
+        QTest::newRow("by the frame of the chooser during a run") << true << false;
+        QTest::newRow("by Escape") << false << true;
+    }
+    void savingThatIsGivenUpKeepsTheConsole()
+    {
+        QFETCH(bool, isRunning);
+        QFETCH(bool, isByKey);
+        ScriptedServer server;
+        server.answer("pwd", { Step::text("OK:\n/data\n") });
+        server.answer("ls-F \"/data\"", { Step::text("OK:\nold/\n") });
+        server.answer("txfile \"/data/new\"\nx", { Step::text("OK:\n") });
+        LeavingDesk desk(server);
+        const QPointer<ServerTextWindow> text = desk.typeText(QStringLiteral("x"));
+        if (isRunning)
+            desk.beginRun();
+        desk.window->close();
+        if (isRunning)
+            desk.answerYes();
+        answer(*text, "changesBox", QMessageBox::Save);
+        const QPointer<FolderChooser> chooser = text->findChild<FolderChooser*>();
+        QVERIFY(chooser && chooser->isVisible());
+        int rejections = 0;
+        connect(chooser, &QDialog::rejected, text, [&] { ++rejections; });
+        if (isByKey)
+            QTest::keyClick(chooser, Qt::Key_Escape);
+        else
+            chooser->close(); // as the frame of the window does
+        QTRY_VERIFY(chooser.isNull());
+        QCOMPARE(rejections, 1);
+        QTRY_VERIFY(!LeavingDesk::changesOf(*text));
+        QTRY_VERIFY(!desk.question());
+        // A later saving is nothing but that.
+        text->saveTo(QStringLiteral("/data/new"));
+        const auto* const state = text->findChild<QLabel*>(QStringLiteral("stateLabel"));
+        QTRY_COMPARE_WITH_TIMEOUT(state->text(), QStringLiteral("Saved."), patienceMs);
+        QCoreApplication::processEvents();
+        QVERIFY(text && text->isVisible());
+        QVERIFY(desk.isUp() && desk.window->isVisible());
+        if (isRunning) {
+            desk.window->close();
+            QVERIFY(desk.question()); // the answer of before counted once
+        }
+    }
+
+    void aRunThatBeginsWhileSavingKeepsTheConsole()
+    {
+        ScriptedServer server;
+        server.answer("pwd", { Step::text("OK:\n/data\n") });
+        server.answer("ls-F \"/data\"", { Step::text("OK:\nold/\n") });
+        server.answer("txfile \"/data/new\"\nx", { Step::text("OK:\n") });
+        LeavingDesk desk(server);
+        const QPointer<ServerTextWindow> text = desk.typeText(QStringLiteral("x"));
+        desk.window->close();
+        answer(*text, "changesBox", QMessageBox::Save);
+        QVERIFY(text->findChild<FolderChooser*>());
+        desk.beginRun();
+        desk.window->close();
+        desk.answerNo();
+        QTRY_VERIFY(!desk.question());
+        // The text goes when it is saved, but nothing behind it.
+        text->saveTo(QStringLiteral("/data/new"));
+        QTRY_VERIFY_WITH_TIMEOUT(text.isNull(), patienceMs);
+        QCoreApplication::processEvents();
+        QVERIFY(!desk.question());
+        QVERIFY(desk.isUp() && desk.window->isVisible());
+    }
+
+    void withoutAServerNothingCanBeSaved()
+    {
+        ScriptedServer server;
+        LeavingDesk desk(server);
+        const auto* const text = desk.typeText(QStringLiteral("x"));
+        desk.choose("shutDownAction");
+        QVERIFY(desk.reaches(ServerState::Off));
+        desk.window->close();
+        QVERIFY(LeavingDesk::changesOf(*text));
+        QVERIFY(!LeavingDesk::changesOf(*text)->button(QMessageBox::Save));
+        QVERIFY(!LeavingDesk::changesOf(*text)->informativeText().isEmpty());
+        answer(*text, "changesBox", QMessageBox::Discard);
+        QVERIFY(desk.isLeft());
+    }
+
+    void theRunIsAskedAboutFirst()
+    {
+        ScriptedServer server;
+        LeavingDesk desk(server);
+        const auto* const text = desk.typeText(QStringLiteral("x"));
+        desk.beginRun();
+        desk.window->close();
+        QVERIFY(!LeavingDesk::changesOf(*text));
+        desk.answerYes();
+        QVERIFY(LeavingDesk::changesOf(*text));
+        answer(*text, "changesBox", QMessageBox::Cancel);
+        QTRY_VERIFY(!LeavingDesk::changesOf(*text));
+        QTRY_VERIFY(!desk.question());
+        desk.window->close();
+        QVERIFY(desk.question()); // the answer of before counted once
+        desk.answerYes();
+        answer(*text, "changesBox", QMessageBox::Discard);
+        QVERIFY(desk.isLeft());
+    }
+};
+
+QTEST_MAIN(TestConsoleLeaving)
+#include "tst_consoleleaving.moc"

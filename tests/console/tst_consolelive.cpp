@@ -1,0 +1,458 @@
+// The console's live windows and path choosers when servers go and come back, and what is chosen in them.
+#include "console/consolefixture.h"
+#include "settings/settingspanel.h"
+#include "browse/pathwindows.h"
+
+#include <tarnis/dialogs/graph1ddialog.h>
+#include <tarnis/dialogs/graph2ddialog.h>
+#include <tarnis/dialogs/statdialog.h>
+#include <tarnis/plots/multivectorgraphwidget.h>
+#include <tarnis/plots/xy2dgraphwidget.h>
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDialogButtonBox>
+#include <QListWidget>
+#include <QMessageBox>
+#include <QPointer>
+#include <QPushButton>
+#include <QSemaphore>
+#include <QTableWidget>
+#include <QThreadPool>
+
+#include <memory>
+
+using namespace console;
+using namespace tarnis::testing;
+
+namespace {
+
+const QByteArray curvesRequest("hist1d time 0 7 bins:1024");
+const QByteArray pairsRequest("hist1d total pairs bins:1024");
+const QByteArray mapRequest("hist2d image bins:256");
+
+/// A server with histograms of one bin, statistics and a folder.
+class Laboratory : public ScriptedServer {
+public:
+    Laboratory()
+    {
+        answer(curvesRequest, { Step::doubles({ 1, 2, 3, 4, 5, 6, 7, 8 }, "OK:\n") });
+        answer(pairsRequest, { Step::doubles({ 0, 5 }, "OK: (0 40000 1024)\n") });
+        answer(mapRequest, { Step::doubles({ 1, 2, 3, 4 }, "OK: exported 2 x 2 y\n") });
+        answer("stat", { Step::text("OK:\nevents: 12\n") });
+        answer("pwd", { Step::text("OK:\n/data\n") });
+        answer("ls-F \"/data\"", { Step::text("OK:\nrun one\nrun\"two\nold/\n") });
+    }
+};
+
+bool noBoxIsOpen()
+{
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    for (const QWidget* window : windows) {
+        if (window->isVisible() && qobject_cast<const QMessageBox*>(window))
+            return false;
+    }
+    return QApplication::activeModalWidget() == nullptr;
+}
+
+/// The three live windows of a console.
+struct LiveWindows {
+    explicit LiveWindows(Desk& desk)
+        : curves(desk.open<Graph1DDialog>("curves"))
+        , map(desk.open<Graph2DDialog>("map"))
+        , statistics(desk.open<StatDialog>("statistics"))
+    {
+    }
+    bool areFilled() const
+    {
+        return QTest::qWaitFor(
+            [this] {
+                return curves->getGraphWidget()->hasData() && map->getGraphWidget()->getMaxValue() > 0.0
+                    && statistics->table()->rowCount() > 0;
+            },
+            patienceMs);
+    }
+    static QString infoOf(const QWidget& window)
+    {
+        const auto* label = window.findChild<QLabel*>(QStringLiteral("infoLabel"));
+        return label && label->isVisible() ? label->text() : QString();
+    }
+    bool allSay(const QString& text) const
+    {
+        return QTest::qWaitFor(
+            [&] {
+                return infoOf(*curves).contains(text) && infoOf(*map).contains(text)
+                    && infoOf(*statistics).contains(text);
+            },
+            patienceMs);
+    }
+    bool areQuiet() const
+    {
+        return QTest::qWaitFor(
+            [this] { return infoOf(*curves).isEmpty() && infoOf(*map).isEmpty() && infoOf(*statistics).isEmpty(); },
+            patienceMs);
+    }
+    /// What is on show and what was set are as before.
+    bool areKept() const
+    {
+        return curves->isVisible() && map->isVisible() && statistics->isVisible() && curves->getGraphWidget()->hasData()
+            && map->getGraphWidget()->getMaxValue() > 0.0 && statistics->table()->rowCount() > 0
+            && curves->findChild<QComboBox*>(QStringLiteral("typeComboBox"))->currentText() == u"All";
+    }
+    bool canUpdate() const
+    {
+        return curves->findChild<QPushButton*>(QStringLiteral("updatePushButton"))->isEnabled()
+            && map->findChild<QPushButton*>(QStringLiteral("updatePushButton"))->isEnabled();
+    }
+
+    QPointer<Graph1DDialog> curves;
+    QPointer<Graph2DDialog> map;
+    QPointer<StatDialog> statistics;
+};
+
+/// The pool does nothing until release(): whatever is left to it has not happened.
+class BlockedPool {
+public:
+    BlockedPool()
+        : m_before(QThreadPool::globalInstance()->maxThreadCount())
+    {
+        QThreadPool::globalInstance()->waitForDone();
+        QThreadPool::globalInstance()->setMaxThreadCount(1);
+        QThreadPool::globalInstance()->start([this] { m_gate.acquire(); });
+    }
+    ~BlockedPool() { release(); }
+    void release()
+    {
+        if (std::exchange(m_isReleased, true))
+            return;
+        m_gate.release();
+        QThreadPool::globalInstance()->setMaxThreadCount(m_before);
+        QThreadPool::globalInstance()->waitForDone();
+    }
+
+private:
+    QSemaphore m_gate;
+    int m_before;
+    bool m_isReleased = false;
+};
+
+} // namespace
+
+class TestConsoleLive : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { QApplication::setQuitOnLastWindowClosed(false); }
+
+    // Servers that go.
+
+    void liveWindowsGoOnAfterTheServerWasLost_data()
+    {
+        QTest::addColumn<QByteArray>("deed");
+        QTest::newRow("killed") << QByteArray("forceAction");
+        QTest::newRow("shut down") << QByteArray("shutDownAction");
+    }
+    void liveWindowsGoOnAfterTheServerWasLost()
+    {
+        QFETCH(QByteArray, deed);
+        Laboratory server;
+        const LocalProgram program(faithful(server.port()));
+        Desk desk;
+        desk.use(program);
+        QVERIFY(desk.reaches(ServerState::Up));
+        const LiveWindows live(desk);
+        QVERIFY(live.areFilled());
+        live.curves->findChild<QComboBox*>(QStringLiteral("typeComboBox"))->setCurrentText(QStringLiteral("All"));
+
+        desk.choose(deed.constData());
+        QVERIFY(live.allSay(QStringLiteral("goes on")));
+        QVERIFY(noBoxIsOpen());
+        QVERIFY(live.areKept());
+        QVERIFY(!live.canUpdate());
+        if (deed == "shutDownAction")
+            QVERIFY(server.waitUntilDeserted()); // no session is left behind
+        QTRY_VERIFY_WITH_TIMEOUT(!desk.window->controller().hasProcess(), patienceMs);
+        desk.window->controller().restart();
+        QVERIFY(desk.reaches(ServerState::Up));
+        const auto polls = server.requests().count(curvesRequest);
+        QVERIFY(live.areQuiet());
+        QTRY_VERIFY_WITH_TIMEOUT(server.requests().count(curvesRequest) > polls, patienceMs);
+        QVERIFY(live.areKept());
+        QVERIFY(live.canUpdate());
+        QVERIFY(noBoxIsOpen());
+    }
+
+    void aRemoteServerThatVanishesIsSaidWithoutABox()
+    {
+        auto server = std::make_unique<Laboratory>();
+        Desk desk;
+        desk.use(*server);
+        QVERIFY(desk.reaches(ServerState::Up));
+        const LiveWindows live(desk);
+        QVERIFY(live.areFilled());
+        live.curves->findChild<QComboBox*>(QStringLiteral("typeComboBox"))->setCurrentText(QStringLiteral("All"));
+        server.reset();
+        QVERIFY(live.allSay(QStringLiteral("goes on")));
+        QVERIFY(desk.reaches(ServerState::Failed));
+        QVERIFY(noBoxIsOpen());
+        QVERIFY(live.areKept());
+
+        Laboratory another;
+        desk.use(another);
+        QVERIFY(desk.reaches(ServerState::Up));
+        QVERIFY(live.areQuiet());
+        QVERIFY(another.waitForRequest(curvesRequest));
+        QVERIFY(another.waitForRequest(mapRequest));
+        QVERIFY(live.areKept());
+    }
+
+    void aConnectionThatBreaksIsMadeAnewWhileTheServerIsUp()
+    {
+        Laboratory server;
+        server.answerInTurn(curvesRequest,
+            { { Step::doubles({ 1, 2, 3, 4, 5, 6, 7, 8 }, "OK:\n") }, { Step::raw("half"), Step::drop() },
+                { Step::hold("gate"), Step::doubles({ 8, 8, 8, 8, 8, 8, 8, 8 }, "OK:\n") } });
+        Desk desk;
+        desk.use(server);
+        QVERIFY(desk.reaches(ServerState::Up));
+        auto* const window = desk.open<Graph1DDialog>("curves");
+        QTRY_VERIFY_WITH_TIMEOUT(window->getGraphWidget()->hasData(), patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(LiveWindows::infoOf(*window).contains(QStringLiteral("connection broke")), patienceMs);
+        QVERIFY(noBoxIsOpen());
+        QVERIFY(server.waitForHold("gate"));
+        QCOMPARE(desk.window->controller().state(), ServerState::Up);
+        server.open("gate");
+        QTRY_COMPARE_WITH_TIMEOUT(window->getGraphWidget()->getMaxValue(), 8.0, patienceMs);
+        QVERIFY(LiveWindows::infoOf(*window).isEmpty());
+    }
+
+    void aWindowThatDoesNotPollSaysOnlyThatItIsBack()
+    {
+        Laboratory server;
+        const LocalProgram program(faithful(server.port()));
+        Desk desk;
+        desk.use(program);
+        QVERIFY(desk.reaches(ServerState::Up));
+        auto* const window = desk.open<Graph1DDialog>("curves");
+        QTRY_VERIFY_WITH_TIMEOUT(window->getGraphWidget()->hasData(), patienceMs);
+        window->setAutoUpdate(false);
+        desk.choose("shutDownAction");
+        QVERIFY(desk.reaches(ServerState::Off));
+        QVERIFY(!LiveWindows::infoOf(*window).isEmpty());
+        const auto polls = server.requests().count(curvesRequest);
+        desk.choose("startAction");
+        QTRY_VERIFY_WITH_TIMEOUT(LiveWindows::infoOf(*window).isEmpty(), patienceMs);
+        QVERIFY(!window->isAutoUpdate());
+        QCOMPARE(server.requests().count(curvesRequest), polls);
+        press(*window->findChild<QPushButton*>(QStringLiteral("updatePushButton")));
+        QTRY_COMPARE_WITH_TIMEOUT(server.requests().count(curvesRequest), polls + 1, patienceMs);
+    }
+
+    void aRefusalStandsInTheWindowAndThePollingGoesOn_data()
+    {
+        QTest::addColumn<QByteArray>("id");
+        QTest::addColumn<QByteArray>("request");
+        QTest::newRow("rows") << QByteArray("curves") << curvesRequest;
+        QTest::newRow("pairs") << QByteArray("pairs") << pairsRequest;
+        QTest::newRow("map") << QByteArray("map") << mapRequest;
+    }
+    void aRefusalStandsInTheWindowAndThePollingGoesOn()
+    {
+        QFETCH(QByteArray, id);
+        QFETCH(QByteArray, request);
+        Laboratory server;
+        server.answer(request, { Step::binary("", "NG:no such histogram\n") });
+        Desk desk;
+        desk.use(server);
+        QVERIFY(desk.reaches(ServerState::Up));
+        const auto* const window = desk.open<QDialog>(id.constData());
+        QTRY_VERIFY_WITH_TIMEOUT(
+            LiveWindows::infoOf(*window).contains(QStringLiteral("no such histogram")), patienceMs);
+        QVERIFY(noBoxIsOpen());
+        QTRY_VERIFY_WITH_TIMEOUT(server.requests().count(request) > 1, patienceMs);
+    }
+
+    void closingLeavesTheEndOfTheSessionToTheBackground_data()
+    {
+        QTest::addColumn<QByteArray>("id");
+        for (const char* id : { "curves", "map", "statistics", "base-path", "server-files" })
+            QTest::newRow(id) << QByteArray(id);
+    }
+    void closingLeavesTheEndOfTheSessionToTheBackground()
+    {
+        QFETCH(QByteArray, id);
+        Laboratory server;
+        server.answer("here?", { Step::text("yes\n") });
+        Desk desk;
+        desk.use(server);
+        QVERIFY(desk.reaches(ServerState::Up));
+        desk.send(QStringLiteral("here?")); // the command line has its connection
+        QVERIFY(desk.shows(QStringLiteral("yes")));
+        desk.choose("clearRecordAction");
+        QVERIFY(server.waitForFarewells(2)); // of the look at the server and of the list of its histograms
+        const int before = server.connectionCount();
+        const QPointer<QWidget> window = desk.open<QWidget>(id.constData());
+        QVERIFY(server.waitForConnections(before + 1));
+        desk.window->setUpdatesEnabled(false); // Qt paints with threads of the pool
+        BlockedPool pool;
+        const int farewells = server.farewells();
+        window->close();
+        QTRY_VERIFY(window.isNull());
+        desk.send(QStringLiteral("here?"));
+        QVERIFY(desk.shows(QStringLiteral("yes")));
+        QCOMPARE(server.farewells(), farewells);
+        pool.release();
+        QVERIFY(server.waitForFarewells(farewells + 1));
+        QCOMPARE(QThreadPool::globalInstance()->activeThreadCount(), 0);
+    }
+
+    void theConsoleLeavesNoThreadBehind()
+    {
+        Laboratory server;
+        {
+            Desk desk;
+            desk.use(server);
+            QVERIFY(desk.reaches(ServerState::Up));
+            const LiveWindows live(desk);
+            QVERIFY(live.areFilled());
+            desk.window->close();
+            QTRY_VERIFY_WITH_TIMEOUT(!desk.window->isVisible(), patienceMs);
+        }
+        QCOMPARE(QThreadPool::globalInstance()->activeThreadCount(), 0);
+        QVERIFY(server.waitUntilDeserted());
+    }
+
+    // Path choosers.
+
+    void choosersStayWithoutTheServer_data()
+    {
+        QTest::addColumn<QByteArray>("id");
+        QTest::newRow("base path") << QByteArray("base-path");
+        QTest::newRow("files") << QByteArray("server-files");
+    }
+    void choosersStayWithoutTheServer()
+    {
+        QFETCH(QByteArray, id);
+        auto server = std::make_unique<Laboratory>();
+        Desk desk;
+        desk.use(*server);
+        QVERIFY(desk.reaches(ServerState::Up));
+        const QPointer<QWidget> chooser = desk.open<QWidget>(id.constData());
+        QTRY_VERIFY_WITH_TIMEOUT(
+            chooser->findChild<QListWidget*>(QStringLiteral("curDirListWidget"))->count() > 0, patienceMs);
+        server.reset();
+        desk.send(QStringLiteral("anybody?"));
+        const auto* const ok = chooser->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok);
+        const auto* const state = chooser->findChild<QLabel*>(QStringLiteral("stateLabel"));
+        QTRY_VERIFY_WITH_TIMEOUT(state->text().contains(QStringLiteral("no connection")), patienceMs);
+        QVERIFY(!ok->isEnabled());
+        QVERIFY(ok->toolTip().contains(QStringLiteral("no connection")));
+        QVERIFY(chooser->isVisible());
+        QVERIFY(noBoxIsOpen());
+    }
+
+    void aChooserAsksAgainWhenItsConnectionBreaks_data() { choosersStayWithoutTheServer_data(); }
+    void aChooserAsksAgainWhenItsConnectionBreaks()
+    {
+        QFETCH(QByteArray, id);
+        Laboratory server;
+        server.answerInTurn("ls-F \"/data\"", { { Step::drop() }, { Step::text("OK:\nold/\n") } });
+        Desk desk;
+        desk.use(server);
+        QVERIFY(desk.reaches(ServerState::Up));
+        const auto* const chooser = desk.open<QWidget>(id.constData());
+        const auto* const list = chooser->findChild<QListWidget*>(QStringLiteral("curDirListWidget"));
+        QTRY_VERIFY_WITH_TIMEOUT(list->count() == 1 && list->isEnabled(), patienceMs);
+        QVERIFY(chooser->isVisible());
+    }
+
+    void aChosenFileGoesIntoTheCommandLine_data()
+    {
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<int>("cursor");
+        QTest::addColumn<QString>("line");
+        QTest::newRow("empty line") << "" << 0 << "\"/data/run\\\"two\"";
+        QTest::newRow("behind a blank") << "show " << 5 << "show \"/data/run\\\"two\"";
+        QTest::newRow("behind a word") << "show" << 4 << "show \"/data/run\\\"two\"";
+        QTest::newRow("in the middle") << "copy  again" << 5 << "copy \"/data/run\\\"two\" again";
+    }
+    void aChosenFileGoesIntoTheCommandLine()
+    {
+        QFETCH(QString, typed);
+        QFETCH(int, cursor);
+        QFETCH(QString, line);
+        Laboratory server;
+        Desk desk;
+        desk.use(server);
+        QVERIFY(desk.reaches(ServerState::Up));
+        const QPointer<QWidget> chooser = desk.open<QWidget>("server-files");
+        auto* const list = chooser->findChild<QListWidget*>(QStringLiteral("curDirListWidget"));
+        QTRY_VERIFY_WITH_TIMEOUT(list->count() > 0, patienceMs);
+        desk.type(typed);
+        desk.edit().setCursorPosition(cursor);
+        list->setCurrentItem(list->findItems(QStringLiteral("run\"two"), Qt::MatchExactly).constFirst());
+        acceptChoice(*chooser);
+        QTRY_VERIFY(chooser.isNull());
+        QCOMPARE(desk.edit().text(), line);
+        QCOMPARE(desk.edit().cursorPosition(), int(line.indexOf(u"two\"")) + 4);
+    }
+
+    // The base path.
+
+    void theBasePathIsNotForARun()
+    {
+        Laboratory server;
+        Desk desk;
+        desk.use(server);
+        QVERIFY(desk.reaches(ServerState::Up));
+        Tarnis& tarnis = desk.window->controller().tarnis();
+        auto& action = desk.widget<QAction>("base-path");
+        QVERIFY(action.isEnabled());
+        tarnis.SetStatus(Tarnis::RUNNING);
+        QVERIFY(!action.isEnabled());
+        QVERIFY(action.toolTip().contains(QStringLiteral("Running")));
+        QVERIFY(!desk.find("base-path"));
+        tarnis.SetStatus(Tarnis::SERVER_CONNECTED);
+        QVERIFY(action.isEnabled());
+    }
+
+    void aRunThatBeginsMeanwhileIsToldWithThePath()
+    {
+        Laboratory server;
+        Desk desk;
+        desk.use(server);
+        QVERIFY(desk.reaches(ServerState::Up));
+        const QPointer<QWidget> chooser = desk.open<QWidget>("base-path");
+        auto* const list = chooser->findChild<QListWidget*>(QStringLiteral("curDirListWidget"));
+        QTRY_VERIFY_WITH_TIMEOUT(list->count() > 0, patienceMs);
+        desk.window->controller().tarnis().SetStatus(Tarnis::RUNNING);
+        acceptChoice(*chooser);
+        QVERIFY(desk.notice().text.contains(QStringLiteral("Running")));
+        QVERIFY(desk.notice().text.contains(QStringLiteral("/data")));
+        for (const QByteArray& request : server.requests())
+            QVERIFY2(!request.contains("basepath"), request.constData());
+    }
+
+    // What the windows offer.
+
+    void theWindowsOfferTheirToolsInTheMenu()
+    {
+        Laboratory server;
+        Desk desk;
+        desk.use(server);
+        QVERIFY(desk.reaches(ServerState::Up));
+        const auto offers = [](QWidget* plot, const QString& text) {
+            for (const QAction* action : plot->actions()) {
+                if (action->text() == text)
+                    return action->isVisible() && action->isEnabled();
+            }
+            return false;
+        };
+        for (const char* id : { "curves", "pairs" })
+            QVERIFY(offers(desk.open<Graph1DDialog>(id)->getGraphWidget(), QStringLiteral("Select Time Range")));
+        QVERIFY(offers(desk.open<Graph2DDialog>("map")->getGraphWidget(), QStringLiteral("Select ROI...")));
+    }
+};
+
+QTEST_MAIN(TestConsoleLive)
+#include "tst_consolelive.moc"

@@ -1,0 +1,220 @@
+// The window of the run directories: which entries are runs, how they are sorted and filtered, what becomes of one.
+#include "console/consolefixture.h"
+#include "browse/runswindow.h"
+
+#include <QComboBox>
+#include <QPointer>
+#include <QPushButton>
+#include <QTableView>
+
+using namespace console;
+using namespace tarnis::testing;
+
+namespace {
+
+const QByteArray folder("OK:\nbeam000010_20260102/\nbeam000009_20260103/\nalpha000011_20260101/\nnotes.txt\nold/\n"
+                        "beam000012_20261399/\nbeam000013_20260101\n");
+
+/// A server with runs in its own directory, and other folders.
+class Archive : public ScriptedServer {
+public:
+    Archive()
+    {
+        answer("pwd", { Step::text("OK:\n/data\n") });
+        answer("ls-F \"/data\"", { Step::text(folder) });
+        answer("ls-F \"/other \\\"x\\\"\"", { Step::text("OK:\nrun000001_20250101/\n") });
+        answer("ls-F \"/none\"", { Step::text("NG:cannot list '/none': No such file or directory\n") });
+    }
+};
+
+struct OpenRuns {
+    OpenRuns(ScriptedServer& server, Desk& desk)
+    {
+        desk.use(server);
+        if (!desk.reaches(ServerState::Up))
+            qFatal("no server");
+        window = desk.open<RunsWindow>("runs");
+    }
+    template <typename Object> Object& widget(const char* name) const
+    {
+        auto* const object = window->findChild<Object*>(QLatin1String(name));
+        if (!object)
+            qFatal("no %s", name);
+        return *object;
+    }
+    QStringList names() const
+    {
+        const QAbstractItemModel& model = *widget<QTableView>("table").model();
+        QStringList all;
+        for (int row = 0; row < model.rowCount(); ++row)
+            all.append(model.index(row, RunTable::Name).data().toString());
+        return all;
+    }
+    bool lists(qsizetype count) const
+    {
+        return QTest::qWaitFor([&] { return names().size() == count; }, patienceMs);
+    }
+    bool says(const QString& text) const
+    {
+        return QTest::qWaitFor([&] { return state().contains(text); }, patienceMs);
+    }
+    QString state() const { return widget<QLabel>("stateLabel").text(); }
+    void goTo(const QString& path) const
+    {
+        auto& edit = widget<QLineEdit>("folderEdit");
+        edit.clear();
+        QTest::keyClicks(&edit, path);
+        QTest::keyClick(&edit, Qt::Key_Return);
+    }
+    void sortBy(int column, Qt::SortOrder order = Qt::AscendingOrder) const
+    {
+        widget<QTableView>("table").sortByColumn(column, order);
+    }
+
+    QPointer<RunsWindow> window;
+};
+
+} // namespace
+
+class TestConsoleRuns : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { QApplication::setQuitOnLastWindowClosed(false); }
+
+    void onlyRunDirectoriesAreRuns()
+    {
+        const auto runs = runDirectoriesOf({ "a000001_20260101/", "a000001_20260101", "a00001_20260101/", "a/", "x.txt",
+            "", "000001_20260101/", "a0000001_20260101/", "a000001_20260101x/" });
+        QCOMPARE(runs.size(), 2);
+        QCOMPARE(runs.at(0).name, "a000001_20260101");
+        QCOMPARE(runs.at(1).prefix, "a0"); // the last six digits are the run
+    }
+
+    void runsStandByPrefixRunAndDate()
+    {
+        Archive server;
+        Desk desk;
+        const OpenRuns runs(server, desk);
+        QVERIFY(runs.lists(4));
+        QCOMPARE(runs.names(),
+            (QStringList {
+                "alpha000011_20260101", "beam000009_20260103", "beam000010_20260102", "beam000012_20261399" }));
+        QCOMPARE(runs.state(), "4 runs in /data, and 3 other entries");
+        const QAbstractItemModel& model = *runs.widget<QTableView>("table").model();
+        QCOMPARE(model.index(1, RunTable::Run).data().toInt(), 9);
+        QCOMPARE(model.index(1, RunTable::Date).data().toString(), "2026-01-03");
+        QCOMPARE(model.index(3, RunTable::Date).data().toString(), "20261399"); // no day of the calendar
+    }
+
+    void columnsSort_data()
+    {
+        QTest::addColumn<int>("column");
+        QTest::addColumn<QString>("first");
+        QTest::addColumn<QString>("last");
+        QTest::newRow("run") << int(RunTable::Run) << "beam000009_20260103"
+                             << "beam000012_20261399";
+        QTest::newRow("date") << int(RunTable::Date) << "alpha000011_20260101"
+                              << "beam000012_20261399";
+        QTest::newRow("name") << int(RunTable::Name) << "alpha000011_20260101"
+                              << "beam000012_20261399";
+    }
+    void columnsSort()
+    {
+        QFETCH(int, column);
+        QFETCH(QString, first);
+        QFETCH(QString, last);
+        Archive server;
+        Desk desk;
+        const OpenRuns runs(server, desk);
+        QVERIFY(runs.lists(4));
+        runs.sortBy(column);
+        QCOMPARE(runs.names().constFirst(), first);
+        QCOMPARE(runs.names().constLast(), last);
+        runs.sortBy(column, Qt::DescendingOrder);
+        QCOMPARE(runs.names().constFirst(), last);
+    }
+
+    void prefixAndPartFilter()
+    {
+        Archive server;
+        Desk desk;
+        const OpenRuns runs(server, desk);
+        QVERIFY(runs.lists(4));
+        auto& prefixes = runs.widget<QComboBox>("prefixCombo");
+        QCOMPARE(prefixes.count(), 3);
+        prefixes.setCurrentText(QStringLiteral("beam"));
+        QCOMPARE(runs.names().size(), 3);
+        QCOMPARE(runs.state(), "3 of 4 runs in /data, and 3 other entries");
+        QTest::keyClicks(&runs.widget<QLineEdit>("partEdit"), "00010");
+        QCOMPARE(runs.names(), QStringList { "beam000010_20260102" });
+        // A refresh keeps both.
+        server.answer("ls-F \"/data\"", { Step::text(folder + "beam100010_20260102/\n") });
+        press(runs.widget<QPushButton>("refreshButton"));
+        QVERIFY(runs.lists(2));
+        QCOMPARE(prefixes.currentText(), "beam");
+        prefixes.setCurrentIndex(0);
+        QCOMPARE(runs.names().size(), 2);
+    }
+
+    void anotherFolderIsTyped()
+    {
+        Archive server;
+        Desk desk;
+        const OpenRuns runs(server, desk);
+        QVERIFY(runs.lists(4));
+        runs.goTo(QStringLiteral("/other \"x\""));
+        QVERIFY(runs.lists(1));
+        QCOMPARE(runs.state(), "1 run in /other \"x\"");
+        runs.goTo(QStringLiteral("/none"));
+        QVERIFY(runs.says(QStringLiteral("NG:cannot list '/none'")));
+        QCOMPARE(runs.names().size(), 1); // those of before
+        runs.window->setFolder(QString::fromUtf8("/\u03b1"));
+        QVERIFY(runs.says(QStringLiteral("Latin-1")));
+    }
+
+    void aChosenRunGoesIntoTheCommandLine()
+    {
+        Archive server;
+        Desk desk;
+        const OpenRuns runs(server, desk);
+        QVERIFY(runs.lists(4));
+        auto& button = runs.widget<QPushButton>("insertButton");
+        QVERIFY(!button.isEnabled());
+        runs.widget<QTableView>("table").selectRow(1);
+        press(button);
+        QCOMPARE(desk.edit().text(), "\"/data/beam000009_20260103\"");
+    }
+
+    void aLostServerLeavesTheRunsOnShow()
+    {
+        Archive server;
+        Desk desk;
+        const OpenRuns runs(server, desk);
+        QVERIFY(runs.lists(4));
+        server.answer("pwd", { Step::drop() });
+        press(runs.widget<QPushButton>("refreshButton"));
+        QVERIFY(runs.says(QStringLiteral("No reply")));
+        desk.choose("shutDownAction");
+        QVERIFY(desk.reaches(ServerState::Off));
+        QVERIFY(!runs.widget<QPushButton>("refreshButton").isEnabled());
+        QCOMPARE(runs.names().size(), 4);
+    }
+
+    void tenThousandEntries()
+    {
+        QByteArray many("OK:\n");
+        for (int i = 0; i < 10000; ++i)
+            many += "run" + QByteArray::number(i).rightJustified(6, '0') + "_20260101/\n";
+        Archive server;
+        server.answer("ls-F \"/data\"", { Step::text(many) });
+        Desk desk;
+        const OpenRuns runs(server, desk);
+        QVERIFY(runs.lists(10000));
+        runs.sortBy(RunTable::Run, Qt::DescendingOrder);
+        QCOMPARE(runs.names().constFirst(), "run009999_20260101");
+    }
+};
+
+QTEST_MAIN(TestConsoleRuns)
+#include "tst_consoleruns.moc"

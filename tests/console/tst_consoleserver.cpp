@@ -1,0 +1,532 @@
+// How the console comes to its server and loses it: the probe, a link of its own, and the control of the manager,
+// against a scripted server and against programs that behave well and badly as a local server.
+#include "server/servercontroller.h"
+#include "server/serverprobe.h"
+#include "server/commandchannel.h"
+
+#include "console/localprogram.h"
+#include "support/scriptedserver.h"
+
+#include <tarnis/server/tarnissession.h>
+
+#include <QFile>
+#include <QSignalSpy>
+#include <QTest>
+
+#include <memory>
+
+using namespace console;
+using namespace tarnis::testing;
+
+namespace {
+
+constexpr int patienceMs = 20000;
+
+ServerChoice local(const LocalProgram& program)
+{
+    return { ServerChoice::Kind::Local, program.path(), {}, 0 };
+}
+
+ServerChoice remote(quint16 port, const QString& host = ScriptedServer::host())
+{
+    return { ServerChoice::Kind::Remote, {}, host, port };
+}
+
+/// A controller with short patience, and the notices that it gives.
+struct Control {
+    ServerController controller;
+    QList<Notice> notices;
+
+    Control()
+    {
+        controller.m_endTimeoutMs = 50;
+        QObject::connect(&controller, &ServerController::notice, &controller,
+            [this](const Notice& notice) { notices.append(notice); });
+    }
+    void start(const ServerChoice& choice) { controller.start(choice, "> "); }
+    bool reaches(ServerState state)
+    {
+        return QTest::qWaitFor([&] { return controller.state() == state; }, patienceMs);
+    }
+    bool says(const QString& words, Remedy remedy)
+    {
+        return QTest::qWaitFor(
+            [&] {
+                return !notices.isEmpty() && notices.last().text.contains(words) && notices.last().remedy == remedy;
+            },
+            patienceMs);
+    }
+    QString lastWords() const { return notices.isEmpty() ? QString() : notices.last().text; }
+};
+
+} // namespace
+
+class TestConsoleServer : public QObject {
+    Q_OBJECT
+
+    static ServerProbe::Outcome probe(ServerProbe& probe, quint16 port, int timeoutMs, const QString& host)
+    {
+        QSignalSpy finished(&probe, &ServerProbe::finished);
+        probe.start(host, port, "> ", timeoutMs);
+        if (!finished.wait(patienceMs))
+            qFatal("the probe does not end");
+        return finished.first().first().value<ServerProbe::Outcome>();
+    }
+
+private Q_SLOTS:
+    void theProbeMeetsAServer()
+    {
+        ScriptedServer server;
+        ServerProbe one;
+        QCOMPARE(probe(one, server.port(), patienceMs, ScriptedServer::host()), ServerProbe::Outcome::Greeted);
+        QVERIFY(server.waitForFarewells(1));
+        QVERIFY(!one.isActive());
+    }
+
+    void theProbeMeetsAGreetingInPieces()
+    {
+        ScriptedServer server({ Step::text("hello\n").inChunksOf(1), Step::serve() });
+        ServerProbe one;
+        QCOMPARE(probe(one, server.port(), patienceMs, ScriptedServer::host()), ServerProbe::Outcome::Greeted);
+        QVERIFY(one.received().endsWith("> "));
+    }
+
+    void theProbeFindsNobody()
+    {
+        ServerProbe one;
+        QCOMPARE(probe(one, ScriptedServer::closedPort(), patienceMs, ScriptedServer::host()),
+            ServerProbe::Outcome::NotReached);
+        QCOMPARE(one.socketError(), QAbstractSocket::ConnectionRefusedError);
+    }
+
+    void theProbeMeetsSomethingElse_data()
+    {
+        QTest::addColumn<QByteArray>("greeting");
+        QTest::addColumn<bool>("hangsUp");
+        QTest::newRow("silence") << QByteArray() << false;
+        QTest::newRow("another prompt") << QByteArray("login: ") << false;
+        QTest::newRow("hangs up") << QByteArray("busy\n") << true;
+        QTest::newRow("endless talk") << QByteArray(200000, 'x') << false;
+    }
+    void theProbeMeetsSomethingElse()
+    {
+        QFETCH(QByteArray, greeting);
+        QFETCH(bool, hangsUp);
+        ScriptedServer server({ Step::raw(greeting), hangsUp ? Step::drop() : Step::silence() });
+        ServerProbe one;
+        QCOMPARE(probe(one, server.port(), 300, ScriptedServer::host()), ServerProbe::Outcome::NoPrompt);
+    }
+
+    void aStoppedProbeIsSilent()
+    {
+        ScriptedServer server;
+        ServerProbe one;
+        QSignalSpy finished(&one, &ServerProbe::finished);
+        one.start(ScriptedServer::host(), server.port(), "> ", patienceMs);
+        one.stop();
+        QVERIFY(server.waitUntilDeserted());
+        QCOMPARE(finished.size(), 0);
+    }
+
+    void theLinkAnswersInOrder()
+    {
+        ScriptedServer server;
+        server.answer("a", { Step::text("first") });
+        server.answer("b", { Step::doubles({ 1.0 }, "second") });
+        Control control;
+        control.start(remote(server.port()));
+        QVERIFY(control.reaches(ServerState::Up));
+        SessionLink link(control.controller.tarnis(), QStringLiteral("test"), nullptr);
+        QSignalSpy replied(&link, &SessionLink::replied);
+        auto* binary = new TarnisCmd(QStringLiteral("b"));
+        binary->m_bBinary = true;
+        link.send(new TarnisCmd(QStringLiteral("a")));
+        link.send(binary);
+        QCOMPARE(link.waiting().size(), qsizetype(2));
+        QTRY_COMPARE_WITH_TIMEOUT(replied.size(), 2, patienceMs);
+        QCOMPARE(replied.at(0).at(1).toByteArray(), QByteArray("first"));
+        QCOMPARE(replied.at(1).at(0).value<PTarnisCmd>()->m_replyText, QStringLiteral("second"));
+        QVERIFY(link.waiting().isEmpty());
+    }
+
+    void theLinkTellsWhatWasLostAndComesBack()
+    {
+        ScriptedServer server;
+        server.answerInTurn("a", { { Step::raw("half"), Step::drop() }, { Step::text("whole") } });
+        Control control;
+        control.start(remote(server.port()));
+        QVERIFY(control.reaches(ServerState::Up));
+        SessionLink link(control.controller.tarnis(), QStringLiteral("test"), nullptr);
+        QSignalSpy failed(&link, &SessionLink::failed);
+        QSignalSpy replied(&link, &SessionLink::replied);
+        link.send(new TarnisCmd(QStringLiteral("a")));
+        link.send(new TarnisCmd(QStringLiteral("b")));
+        QTRY_COMPARE_WITH_TIMEOUT(failed.size(), 1, patienceMs);
+        const auto lost = failed.first().at(2).value<QList<Request>>();
+        QCOMPARE(lost.size(), qsizetype(2));
+        QCOMPARE(lost.at(1).text, QStringLiteral("b"));
+        link.send(new TarnisCmd(QStringLiteral("a")));
+        QTRY_COMPARE_WITH_TIMEOUT(replied.size(), 1, patienceMs);
+        QCOMPARE(replied.first().at(1).toByteArray(), QByteArray("whole"));
+    }
+
+    void aDroppedLinkIsSilent()
+    {
+        ScriptedServer server;
+        server.answer("a", { Step::hold("gate"), Step::text("late") });
+        Control control;
+        control.start(remote(server.port()));
+        QVERIFY(control.reaches(ServerState::Up));
+        SessionLink link(control.controller.tarnis(), QStringLiteral("test"), nullptr);
+        QSignalSpy replied(&link, &SessionLink::replied);
+        link.send(new TarnisCmd(QStringLiteral("a")));
+        QVERIFY(server.waitForHold("gate"));
+        QCOMPARE(link.drop().size(), qsizetype(1));
+        server.open("gate");
+        link.send(new TarnisCmd(QStringLiteral("b")));
+        QTRY_COMPARE_WITH_TIMEOUT(replied.size(), 1, patienceMs);
+        QCOMPARE(replied.first().at(0).value<PTarnisCmd>()->m_cmd, QStringLiteral("b"));
+    }
+
+    void connectsToARemoteServerAndLeavesIt()
+    {
+        ScriptedServer server;
+        Control control;
+        control.start(remote(server.port()));
+        QVERIFY(control.reaches(ServerState::Up));
+        QCOMPARE(control.controller.status(), Tarnis::SERVER_CONNECTED);
+        QVERIFY(!control.controller.hasProcess());
+        control.controller.stop();
+        QVERIFY(control.reaches(ServerState::Off));
+        QVERIFY(server.waitUntilDeserted());
+    }
+
+    void aRunThatGoesOnIsSeenAtOnce()
+    {
+        ScriptedServer server;
+        server.answer("stat", { Step::text("OK:\nstate: RUNNING\n") });
+        Control control;
+        control.start(remote(server.port()));
+        QVERIFY(control.reaches(ServerState::Up));
+        QTRY_COMPARE(control.controller.status(), Tarnis::RUNNING);
+        control.controller.readReply(QStringLiteral("stop"), "OK:\n");
+        QCOMPARE(control.controller.status(), Tarnis::SERVER_CONNECTED);
+    }
+
+    void saysWhyThereIsNoRemoteServer_data()
+    {
+        QTest::addColumn<QString>("host");
+        QTest::addColumn<QString>("words");
+        QTest::newRow("nobody listens") << "127.0.0.1"
+                                        << "refused";
+        QTest::newRow("no such host") << "no-such-host.invalid"
+                                      << "not found";
+    }
+    void saysWhyThereIsNoRemoteServer()
+    {
+        QFETCH(QString, host);
+        QFETCH(QString, words);
+        Control control;
+        control.start(remote(ScriptedServer::closedPort(), host));
+        QVERIFY(control.reaches(ServerState::Failed));
+        // A server that was never there may have another address.
+        QVERIFY2(control.says(words, Remedy::ChooseServer), qPrintable(control.lastWords()));
+        QVERIFY(control.lastWords().contains(host));
+        control.controller.stop();
+        QVERIFY(control.reaches(ServerState::Off));
+    }
+
+    void saysThatThePromptIsWrong()
+    {
+        ScriptedServer server({ Step::raw("login: "), Step::silence() });
+        Control control;
+        control.controller.m_probeTimeoutMs = 200;
+        control.start(remote(server.port()));
+        QVERIFY2(control.says("prompt", Remedy::ChooseServer), qPrintable(control.lastWords()));
+    }
+
+    void saysThatALocalPromptIsWrong()
+    {
+        ScriptedServer server({ Step::raw("login: "), Step::silence() });
+        const LocalProgram program(faithful(server.port()));
+        Control control;
+        control.controller.m_probeTimeoutMs = 200;
+        control.start(local(program));
+        QVERIFY2(control.says("does not greet with the prompt", Remedy::ChooseServer), qPrintable(control.lastWords()));
+        QVERIFY(!control.lastWords().contains(QStringLiteral("port")));
+    }
+
+    void aKnownServerThatIsNotThereKeepsItsAddress()
+    {
+        const ServerChoice choice = remote(ScriptedServer::closedPort());
+        Control control;
+        control.controller.setKnown(choice);
+        control.start(choice);
+        QVERIFY2(control.says("connect again", Remedy::ConnectAgain), qPrintable(control.lastWords()));
+    }
+
+    void aServerThatGreetsNoMoreHasTheRightPrompt()
+    {
+        ScriptedServer server;
+        Control control;
+        control.controller.m_probeTimeoutMs = 200;
+        control.start(remote(server.port()));
+        QVERIFY(control.reaches(ServerState::Up));
+        server.setScript(server.connectionCount(), { Step::silence() });
+        control.controller.checkServer();
+        QVERIFY2(control.says("does not greet any more", Remedy::ConnectAgain), qPrintable(control.lastWords()));
+    }
+
+    void aBrokenControlSessionIsSaidInTheSocketsWords()
+    {
+        ScriptedServer server;
+        server.answer("a", { Step::drop() });
+        Control control;
+        control.start(remote(server.port()));
+        QVERIFY(control.reaches(ServerState::Up));
+        control.controller.tarnis().SendCmd(QStringLiteral("control"), QStringLiteral("n"), QStringLiteral("a"), false);
+        QVERIFY2(control.says("broke: The remote host closed the connection.", Remedy::ConnectAgain),
+            qPrintable(control.lastWords()));
+        QCOMPARE(control.controller.tarnis().lastError(), QStringLiteral("The remote host closed the connection"));
+    }
+
+    void oneAttemptIsGivenUpForAnother()
+    {
+        ScriptedServer silent({ Step::silence() });
+        ScriptedServer server;
+        Control control;
+        control.start(remote(silent.port()));
+        QVERIFY(silent.waitForConnections(1));
+        QCOMPARE(control.controller.state(), ServerState::Starting);
+        control.start(remote(server.port()));
+        QVERIFY(control.reaches(ServerState::Up));
+        QVERIFY(silent.waitUntilDeserted());
+        QCOMPARE(control.controller.choice().port, server.port());
+    }
+
+    void aRemoteServerThatGoesIsNoticedAndComesBack()
+    {
+        auto server = std::make_unique<ScriptedServer>();
+        const quint16 port = server->port();
+        Control control;
+        control.start(remote(port));
+        QVERIFY(control.reaches(ServerState::Up));
+        server.reset();
+        control.controller.checkServer();
+        QVERIFY(control.reaches(ServerState::Failed));
+        QVERIFY2(control.says("again", Remedy::ConnectAgain), qPrintable(control.lastWords()));
+        QCOMPARE(control.controller.status(), Tarnis::SERVER_ERROR);
+
+        ScriptedServer next;
+        control.start(remote(next.port()));
+        QVERIFY(control.reaches(ServerState::Up));
+        QVERIFY(control.lastWords().isEmpty());
+    }
+
+    void aCheckOfALivingServerChangesNothing()
+    {
+        ScriptedServer server;
+        Control control;
+        control.start(remote(server.port()));
+        QVERIFY(control.reaches(ServerState::Up));
+        const int farewells = server.farewells();
+        control.controller.checkServer();
+        QVERIFY(server.waitForFarewells(farewells + 1));
+        QCOMPARE(control.controller.state(), ServerState::Up);
+    }
+
+    void startsAndEndsALocalServer()
+    {
+        ScriptedServer server;
+        const LocalProgram program(faithful(server.port()));
+        Control control;
+        control.start(local(program));
+        QVERIFY(control.reaches(ServerState::Up));
+        const qint64 processId = control.controller.tarnis().process()->processId();
+        QVERIFY(control.controller.hasProcess());
+        QCOMPARE(control.controller.tarnis().GetServerAddress(), QStringLiteral("localhost:%1").arg(server.port()));
+        control.controller.stop();
+        QCOMPARE(control.controller.state(), ServerState::Stopping);
+        QVERIFY(control.reaches(ServerState::Off));
+        QVERIFY(!isRunning(processId));
+    }
+
+    void restartsALocalServer()
+    {
+        ScriptedServer server;
+        const LocalProgram program(faithful(server.port()));
+        Control control;
+        control.start(local(program));
+        QVERIFY(control.reaches(ServerState::Up));
+        const qint64 processId = control.controller.tarnis().process()->processId();
+        control.controller.restart();
+        QVERIFY(control.reaches(ServerState::Stopping));
+        QVERIFY(control.reaches(ServerState::Up));
+        QVERIFY(control.controller.tarnis().process()->processId() != processId);
+        QVERIFY(!isRunning(processId));
+    }
+
+    void saysWhyThereIsNoLocalServer_data()
+    {
+        QTest::addColumn<QString>("body");
+        QTest::addColumn<QString>("words");
+        QTest::newRow("ends at once") << "exit 3"
+                                      << "exit code 3";
+        QTest::newRow("crashes before it is ready") << "kill -SEGV $$"
+                                                    << "crashed";
+    }
+    void saysWhyThereIsNoLocalServer()
+    {
+        QFETCH(QString, body);
+        QFETCH(QString, words);
+        const LocalProgram program(body);
+        Control control;
+        control.start(local(program));
+        QVERIFY(control.reaches(ServerState::Failed));
+        QVERIFY2(control.says(words, Remedy::StartAgain), qPrintable(control.lastWords()));
+    }
+
+    void aMissingProgramIsSaidByName()
+    {
+        Control control;
+        control.start({ ServerChoice::Kind::Local, QStringLiteral("/no/such/server"), {}, 0 });
+        QCOMPARE(control.controller.state(), ServerState::Failed);
+        QVERIFY(control.says("/no/such/server", Remedy::ChooseServer));
+    }
+
+    void aProgramThatCannotRunIsSaidByName()
+    {
+        const LocalProgram program(QStringLiteral("exit 0"));
+        QFile file(program.path());
+        file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write("#!/no/such/interpreter\n");
+        file.close();
+        Control control;
+        control.start(local(program));
+        QCOMPARE(control.controller.state(), ServerState::Failed);
+        QVERIFY2(control.says(program.path(), Remedy::ChooseServer), qPrintable(control.lastWords()));
+    }
+
+    void aServerWithoutAPortCanBeStopped_data()
+    {
+        QTest::addColumn<QString>("told");
+        QTest::newRow("silent") << "";
+        QTest::newRow("port 0") << "echo 'UI port: 0'";
+        QTest::newRow("port too large") << "echo 'UI port: 70000'";
+    }
+    void aServerWithoutAPortCanBeStopped()
+    {
+        QFETCH(QString, told);
+        const LocalProgram program(told + QStringLiteral("\nread line"));
+        Control control;
+        control.controller.m_portTimeoutMs = 100;
+        control.start(local(program));
+        QVERIFY2(control.says("port", Remedy::Stop), qPrintable(control.lastWords()));
+        QCOMPARE(control.controller.state(), ServerState::Starting);
+        const qint64 processId = control.controller.tarnis().process()->processId();
+        control.controller.stop();
+        QVERIFY(control.reaches(ServerState::Off));
+        QVERIFY(!isRunning(processId));
+    }
+
+    void aServerThatDoesNotEndIsEndedByForce()
+    {
+        ScriptedServer server;
+        const LocalProgram program(deaf(server.port()));
+        Control control;
+        control.start(local(program));
+        QVERIFY(control.reaches(ServerState::Up));
+        const qint64 processId = control.controller.tarnis().process()->processId();
+        control.controller.stop();
+        QVERIFY2(control.says("not done so", Remedy::EndByForce), qPrintable(control.lastWords()));
+        QVERIFY(isRunning(processId));
+        control.controller.endByForce();
+        QVERIFY(control.reaches(ServerState::Off));
+        QVERIFY(!isRunning(processId));
+        QVERIFY(control.lastWords().isEmpty());
+    }
+
+    void aLocalServerThatDiesIsNoticedAndComesBack()
+    {
+        ScriptedServer server;
+        const LocalProgram program(faithful(server.port()));
+        Control control;
+        control.start(local(program));
+        QVERIFY(control.reaches(ServerState::Up));
+        control.controller.tarnis().SendCmd(QStringLiteral("control"), QStringLiteral("n"), QStringLiteral("a"), false);
+        QVERIFY(server.waitForRequest("a"));
+        control.controller.endByForce();
+        QVERIFY(control.reaches(ServerState::Failed));
+        QVERIFY2(control.says("crashed", Remedy::StartAgain), qPrintable(control.lastWords()));
+        control.controller.restart();
+        QVERIFY(control.reaches(ServerState::Up));
+        QSignalSpy replied(&control.controller.tarnis(), &Tarnis::onCmdReply);
+        control.controller.tarnis().SendCmd(QStringLiteral("control"), QStringLiteral("n"), QStringLiteral("a"), false);
+        QTRY_COMPARE_WITH_TIMEOUT(replied.size(), 1, patienceMs);
+    }
+
+    void aBusyServerIsNotShutDown()
+    {
+        ScriptedServer server;
+        Control control;
+        control.start(remote(server.port()));
+        QVERIFY(control.reaches(ServerState::Up));
+        control.controller.tarnis().SetStatus(Tarnis::HARDWARE_BUSY);
+        control.controller.stop();
+        QCOMPARE(control.controller.state(), ServerState::Up);
+        QVERIFY(control.says("Hardware busy", Remedy::None));
+        control.controller.tarnis().SetStatus(Tarnis::SERVER_CONNECTED);
+        control.controller.stop();
+        QVERIFY(control.reaches(ServerState::Off));
+    }
+
+    void canBeDestroyedInEveryState_data()
+    {
+        QTest::addColumn<QString>("body"); // empty: remote
+        QTest::addColumn<ServerState>("state");
+        QTest::newRow("remote, starting") << "" << ServerState::Starting;
+        QTest::newRow("remote, up") << "" << ServerState::Up;
+        QTest::newRow("local, starting") << "read line" << ServerState::Starting;
+        QTest::newRow("local, up") << "echo 'UI port: %1'; read line" << ServerState::Up;
+        QTest::newRow("local, up, deaf") << "echo 'UI port: %1'; while :; do sleep 1; done" << ServerState::Up;
+        QTest::newRow("local, stopping") << "echo 'UI port: %1'; while :; do sleep 1; done" << ServerState::Stopping;
+        QTest::newRow("local, failed") << "exit 1" << ServerState::Failed;
+    }
+    void canBeDestroyedInEveryState()
+    {
+        QFETCH(QString, body);
+        QFETCH(ServerState, state);
+        ScriptedServer server;
+        const LocalProgram program(body.contains(u'%') ? body.arg(server.port()) : body);
+        qint64 processId = 0;
+        {
+            Control control;
+            control.start(body.isEmpty() ? remote(server.port()) : local(program));
+            if (state == ServerState::Stopping) {
+                QVERIFY(control.reaches(ServerState::Up));
+                processId = control.controller.tarnis().process()->processId();
+                control.controller.stop();
+            }
+            QVERIFY(control.reaches(state));
+            if (QProcess* process = control.controller.tarnis().process())
+                processId = process->processId();
+        }
+        if (processId > 0)
+            QVERIFY(!isRunning(processId));
+    }
+
+    void findsPrograms()
+    {
+        QVERIFY(resolveProgram(QStringLiteral("/no/such/server")).isEmpty());
+        QVERIFY(resolveProgram(QStringLiteral("/tmp")).isEmpty());
+        QVERIFY(QFileInfo(resolveProgram(QStringLiteral("sh"))).isAbsolute());
+        const LocalProgram program(QStringLiteral("exit 0"));
+        QCOMPARE(resolveProgram(program.path()), program.path());
+        const QString relative = QDir::current().relativeFilePath(program.path());
+        QVERIFY(QFileInfo(resolveProgram(relative)).isAbsolute());
+    }
+};
+
+QTEST_MAIN(TestConsoleServer)
+#include "tst_consoleserver.moc"

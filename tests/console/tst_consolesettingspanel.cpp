@@ -1,0 +1,363 @@
+// The settings beside a server that changes under them: values of others, restarts, refusals.
+#include "console/consolefixture.h"
+#include "app/language.h"
+#include "settings/settingsmodel.h"
+#include "settings/settingspanel.h"
+#include "windows/openwindows.h"
+
+#include <QCheckBox>
+#include <QPushButton>
+
+using namespace console;
+using namespace tarnis::testing;
+
+namespace {
+
+/// A console whose settings are at hand.
+class SettingsDesk : public Desk {
+public:
+    SettingsModel& model() { return window->settingsPanel().model(); }
+    QString here(const QString& name) { return window->controller().tarnis().GetSettingValue(name, QString()); }
+    QString onServer(const QString& name)
+    {
+        return model().index(model().rowOf(name), SettingsModel::OnServer).data().toString();
+    }
+    bool edit(const QString& name, const QString& value)
+    {
+        return model().setData(model().index(model().rowOf(name), SettingsModel::Value), value, Qt::EditRole);
+    }
+    /// Presses a button and waits until everything that it sent is answered.
+    bool pressed(const char* button)
+    {
+        press(button);
+        return QTest::qWaitFor([this] { return window->settingsPanel().canDownload(); }, patienceMs);
+    }
+    bool hasRead(const ScriptedServer& server, int times)
+    {
+        return QTest::qWaitFor(
+            [&] { return server.requests().count("setting") >= times && model().rowCount() > 0; }, patienceMs);
+    }
+};
+
+Script told(const QByteArray& values)
+{
+    return { Step::text("OK:\n" + values) };
+}
+
+} // namespace
+
+class TestConsoleSettingsPanel : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { QApplication::setQuitOnLastWindowClosed(false); }
+    void cleanup() { setLanguage(QStringLiteral("en")); }
+
+    void whatOthersChangedMeanwhileGoesBackAsItIs()
+    {
+        ScriptedServer server;
+        server.answerInTurn(
+            "setting", { told("rate: 10\nseed: 1\n"), told("rate: 10\nseed: 2\n"), told("rate: 20\nseed: 2\n") });
+        SettingsDesk desk;
+        desk.use(server);
+        QVERIFY(desk.hasRead(server, 1));
+        QTRY_COMPARE_WITH_TIMEOUT(desk.here("seed"), QStringLiteral("1"), patienceMs);
+        QVERIFY(desk.edit("rate", "20"));
+        QVERIFY(desk.pressed("downloadButton"));
+        QCOMPARE(desk.here("seed"), QStringLiteral("2"));
+        QTRY_VERIFY_WITH_TIMEOUT(desk.model().changedNames().isEmpty(), patienceMs);
+        bool isSent = false;
+        for (const QByteArray& request : server.requests()) {
+            QVERIFY2(!request.contains("seed:1"), request.constData());
+            isSent = isSent || request.contains("rate:20");
+        }
+        QVERIFY(isSent);
+    }
+
+    void aServerThatDoesNotTellItsSettingsGetsThemAllTheSame()
+    {
+        ScriptedServer server;
+        server.answer("setting", { Step::text("NG:it is a secret\n") });
+        SettingsDesk desk;
+        desk.use(server);
+        QVERIFY(desk.reaches(ServerState::Up));
+        QTRY_VERIFY_WITH_TIMEOUT(desk.settingsState().contains(QStringLiteral("secret")), patienceMs);
+        QVERIFY(desk.model().add("rate", "20"));
+        QVERIFY(desk.pressed("downloadButton"));
+        QVERIFY(server.waitForRequest("setting rate:20 "));
+    }
+
+    void aDownloadCannotBePressedTwice()
+    {
+        ScriptedServer server;
+        server.answerInTurn("setting", { told("rate: 10\n"), { Step::hold("gate"), Step::text("OK:\nrate: 10\n") } });
+        SettingsDesk desk;
+        desk.use(server);
+        QVERIFY(desk.hasRead(server, 1));
+        desk.press("downloadButton");
+        QVERIFY(server.waitForHold("gate"));
+        QVERIFY(!desk.widget<QPushButton>("downloadButton").isEnabled());
+        QVERIFY(!desk.widget<QPushButton>("downloadButton").toolTip().isEmpty());
+        server.open("gate");
+        QTRY_VERIFY_WITH_TIMEOUT(desk.widget<QPushButton>("downloadButton").isEnabled(), patienceMs);
+        QCOMPARE(server.requests().count("setting rate:10 "), 1);
+    }
+
+    void aRefusalIsSaidOnceAndGoesWithTheNextReading()
+    {
+        ScriptedServer server;
+        server.answer("setting", told("rate: 10\n"));
+        server.answer("setting rate:0 ", { Step::text("NG:rate is too small\n") });
+        SettingsDesk desk;
+        desk.use(server);
+        QVERIFY(desk.hasRead(server, 1));
+        QTRY_COMPARE_WITH_TIMEOUT(desk.model().rowCount(), 1, patienceMs);
+        QVERIFY(desk.edit("rate", "0"));
+        QVERIFY(desk.pressed("downloadButton"));
+        QTRY_VERIFY_WITH_TIMEOUT(desk.settingsState().contains(QStringLiteral("rate is too small")), patienceMs);
+        QVERIFY(!desk.record().contains(QStringLiteral("too small")));
+        QVERIFY(desk.notice().text.isEmpty());
+        const auto readings = server.requests().count("setting");
+        desk.press("readButton");
+        QTRY_VERIFY_WITH_TIMEOUT(server.requests().count("setting") > readings, patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(desk.settingsState().startsWith(QStringLiteral("1 changed")), patienceMs);
+    }
+
+    // What the panel says.
+
+    void aChangeOfTheLanguageKeepsWhatIsSaid()
+    {
+        ScriptedServer server;
+        server.answer("setting", told("rate: 10\n"));
+        server.answer("setting rate:0 ", { Step::text("NG:rate is too small\n") });
+        SettingsDesk desk;
+        desk.use(server);
+        QVERIFY(desk.hasRead(server, 1));
+        QTRY_COMPARE_WITH_TIMEOUT(desk.model().rowCount(), 1, patienceMs);
+        QVERIFY(desk.edit("rate", "0"));
+        QVERIFY(desk.pressed("downloadButton"));
+        QTRY_VERIFY_WITH_TIMEOUT(desk.settingsState().contains(QStringLiteral("rate is too small")), patienceMs);
+        const QString english = desk.settingsState();
+        setLanguage(QStringLiteral("de"));
+        QTRY_VERIFY(desk.settingsState() != english);
+        QVERIFY2(desk.settingsState().contains(QStringLiteral("rate is too small")), qPrintable(desk.settingsState()));
+        setLanguage(QStringLiteral("en"));
+        QTRY_COMPARE(desk.settingsState(), english);
+    }
+
+    void whatIsSentByCommandIsReadAgain_data()
+    {
+        QTest::addColumn<QString>("command");
+        QTest::addColumn<QByteArray>("reply");
+        QTest::addColumn<bool>("isRead");
+        QTest::newRow("a setting") << "setting rate:20" << QByteArray("OK:\n") << true;
+        QTest::newRow("a refused setting") << "setting rate:20" << QByteArray("NG:no\n") << false;
+        QTest::newRow("start") << "start" << QByteArray("OK:\n") << true;
+        QTest::newRow("stop") << "stop" << QByteArray("OK:\n") << true;
+        QTest::newRow("clear") << "clear" << QByteArray("OK:\n") << true;
+        QTest::newRow("something else") << "pwd" << QByteArray("OK:\n/\n") << false;
+    }
+    void whatIsSentByCommandIsReadAgain()
+    {
+        QFETCH(QString, command);
+        QFETCH(QByteArray, reply);
+        QFETCH(bool, isRead);
+        ScriptedServer server;
+        server.answerInTurn("setting", { told("rate: 10\n"), told("rate: 20\n") });
+        server.answer(command.toLatin1(), { Step::text(reply) });
+        SettingsDesk desk;
+        desk.use(server);
+        QVERIFY(desk.hasRead(server, 1));
+        QTRY_COMPARE_WITH_TIMEOUT(desk.here("rate"), QStringLiteral("10"), patienceMs);
+        desk.send(command);
+        QVERIFY(desk.isFree());
+        if (!isRead)
+            desk.press("readButton");
+        QTRY_COMPARE_WITH_TIMEOUT(desk.here("rate"), QStringLiteral("20"), patienceMs);
+        QCOMPARE(desk.settingsState(), QStringLiteral("As on the server."));
+        QCOMPARE(server.requests().count("setting"), 2);
+    }
+
+    void aDeadServerHasNoState()
+    {
+        auto server = std::make_unique<ScriptedServer>();
+        server->answer("setting", told("rate: 10\n"));
+        SettingsDesk desk;
+        QVERIFY(!desk.settingsState().isEmpty());
+        desk.use(*server);
+        QVERIFY(desk.hasRead(*server, 1));
+        QTRY_COMPARE_WITH_TIMEOUT(desk.settingsState(), QStringLiteral("As on the server."), patienceMs);
+        server.reset();
+        desk.window->controller().checkServer();
+        QVERIFY(desk.reaches(ServerState::Failed));
+        QVERIFY2(desk.settingsState().startsWith(QStringLiteral("Not connected")), qPrintable(desk.settingsState()));
+        QVERIFY(desk.edit("rate", "20"));
+        QVERIFY2(desk.settingsState().startsWith(QStringLiteral("Not connected")), qPrintable(desk.settingsState()));
+        QVERIFY(desk.settingsState().contains(QStringLiteral("1 changed")));
+    }
+
+    void nothingIsUnderWayToADeadServer_data()
+    {
+        QTest::addColumn<QByteArray>("button");
+        QTest::newRow("reading") << QByteArray("readButton");
+        QTest::newRow("sending") << QByteArray("downloadButton");
+    }
+    void nothingIsUnderWayToADeadServer()
+    {
+        QFETCH(QByteArray, button);
+        ScriptedServer server;
+        server.answerInTurn("setting", { told("rate: 10\n"), { Step::silence() } });
+        SettingsDesk desk;
+        desk.use(server);
+        QVERIFY(desk.hasRead(server, 1));
+        QTRY_COMPARE_WITH_TIMEOUT(desk.settingsState(), QStringLiteral("As on the server."), patienceMs);
+        desk.press(button.constData());
+        QVERIFY2(desk.settingsState().startsWith(QStringLiteral("Reading")), qPrintable(desk.settingsState()));
+        desk.choose("shutDownAction");
+        QVERIFY(desk.reaches(ServerState::Off));
+        QVERIFY2(desk.settingsState().startsWith(QStringLiteral("Not connected")), qPrintable(desk.settingsState()));
+    }
+
+    void theNextServersRefusalReplacesWhatTheLastOneSaid()
+    {
+        ScriptedServer server;
+        server.answerInTurn(
+            "setting", { told("rate: 10\n"), told("rate: 10\n"), told("rate: 20\n"), told("rate: 10\n") });
+        const LocalProgram program(faithful(server.port()));
+        SettingsDesk desk;
+        desk.use(program);
+        QVERIFY(desk.hasRead(server, 1));
+        QTRY_COMPARE_WITH_TIMEOUT(desk.here("rate"), QStringLiteral("10"), patienceMs);
+        QVERIFY(desk.edit("rate", "20"));
+        QVERIFY(desk.pressed("downloadButton"));
+        QTRY_COMPARE_WITH_TIMEOUT(desk.onServer("rate"), QStringLiteral("20"), patienceMs);
+        desk.choose("restartAction");
+        QTRY_VERIFY_WITH_TIMEOUT(desk.settingsState().contains(QStringLiteral("began anew")), patienceMs);
+        desk.start({ ServerChoice::Kind::Remote, {}, ScriptedServer::host(), ScriptedServer::closedPort() });
+        QVERIFY(desk.reaches(ServerState::Failed));
+        QVERIFY2(desk.settingsState().startsWith(QStringLiteral("Not connected")), qPrintable(desk.settingsState()));
+    }
+
+    void theBasePathIsChosenFromTheServersFolders()
+    {
+        ScriptedServer server;
+        server.answer("pwd", { Step::text("OK:\n/data\n") });
+        server.answer("ls-F \"/data\"", { Step::text("OK:\na/\n") });
+        SettingsDesk desk;
+        auto& button = desk.widget<QPushButton>("pathBrowseButton");
+        QVERIFY(!button.isEnabled() && !button.toolTip().isEmpty());
+        desk.use(server);
+        QVERIFY(desk.reaches(ServerState::Up));
+        desk.press("pathBrowseButton");
+        QTRY_VERIFY(!desk.window->windows().onScreen().isEmpty());
+        QCOMPARE(desk.find("base-path"), desk.window->windows().onScreen().constFirst());
+        desk.window->controller().tarnis().SetStatus(Tarnis::RUNNING);
+        QVERIFY(!button.isEnabled());
+        QVERIFY(button.toolTip().contains(QStringLiteral("Running")));
+    }
+
+    // A local server that begins anew with its own values.
+
+    void whatWasSentIsKeptOverARestart()
+    {
+        ScriptedServer server;
+        server.answerInTurn("setting",
+            { told("rate: 10\nseed: 1\n"), told("rate: 10\nseed: 1\n"), told("rate: 20\nseed: 1\n"),
+                told("rate: 10\nseed: 7\n") });
+        const LocalProgram program(faithful(server.port()));
+        SettingsDesk desk;
+        desk.use(program);
+        QVERIFY(desk.hasRead(server, 1));
+        QTRY_COMPARE_WITH_TIMEOUT(desk.here("rate"), QStringLiteral("10"), patienceMs);
+        QVERIFY(desk.edit("rate", "20"));
+        QVERIFY(desk.pressed("downloadButton"));
+        QTRY_COMPARE_WITH_TIMEOUT(desk.onServer("rate"), QStringLiteral("20"), patienceMs);
+
+        desk.choose("restartAction");
+        QTRY_COMPARE_WITH_TIMEOUT(desk.onServer("seed"), QStringLiteral("7"), patienceMs);
+        QCOMPARE(desk.here("rate"), QStringLiteral("20"));
+        QCOMPARE(desk.onServer("rate"), QStringLiteral("10"));
+        QCOMPARE(desk.model().changedNames(), QStringList { "rate" });
+        QCOMPARE(desk.here("seed"), QStringLiteral("7"));
+        QVERIFY(desk.settingsState().contains(QStringLiteral("began anew")));
+        QVERIFY(desk.settingsState().contains(QStringLiteral("1 setting")));
+    }
+
+    void whatOthersSentSinceIsNotKept()
+    {
+        ScriptedServer server;
+        server.answerInTurn("setting",
+            { told("rate: 10\n"), told("rate: 10\n"), told("rate: 20\n"), told("rate: 30\n"), told("rate: 10\n") });
+        const LocalProgram program(faithful(server.port()));
+        SettingsDesk desk;
+        desk.use(program);
+        QVERIFY(desk.hasRead(server, 1));
+        QTRY_COMPARE_WITH_TIMEOUT(desk.here("rate"), QStringLiteral("10"), patienceMs);
+        QVERIFY(desk.edit("rate", "20"));
+        QVERIFY(desk.pressed("downloadButton"));
+        QTRY_COMPARE_WITH_TIMEOUT(desk.onServer("rate"), QStringLiteral("20"), patienceMs);
+        desk.press("readButton");
+        QTRY_COMPARE_WITH_TIMEOUT(desk.here("rate"), QStringLiteral("30"), patienceMs);
+        desk.choose("restartAction");
+        QTRY_COMPARE_WITH_TIMEOUT(desk.here("rate"), QStringLiteral("10"), patienceMs);
+        QVERIFY(desk.model().changedNames().isEmpty());
+    }
+
+    void aRemoteServerIsFollowed()
+    {
+        ScriptedServer server;
+        server.answerInTurn(
+            "setting", { told("rate: 10\n"), told("rate: 10\n"), told("rate: 20\n"), told("rate: 30\n") });
+        SettingsDesk desk;
+        desk.use(server);
+        QVERIFY(desk.hasRead(server, 1));
+        QTRY_COMPARE_WITH_TIMEOUT(desk.here("rate"), QStringLiteral("10"), patienceMs);
+        QVERIFY(desk.edit("rate", "20"));
+        QVERIFY(desk.pressed("downloadButton"));
+        QTRY_COMPARE_WITH_TIMEOUT(desk.onServer("rate"), QStringLiteral("20"), patienceMs);
+        desk.choose("restartAction"); // disconnects and connects again
+        QTRY_COMPARE_WITH_TIMEOUT(desk.here("rate"), QStringLiteral("30"), patienceMs);
+        QVERIFY(desk.model().changedNames().isEmpty());
+    }
+
+    void aBasePathThatWasSentIsKeptOverARestart()
+    {
+        ScriptedServer server;
+        server.answerInTurn("setting", { told("basepath: /\n"), told("basepath: /data\n"), told("basepath: /\n") });
+        const LocalProgram program(faithful(server.port()));
+        SettingsDesk desk;
+        desk.use(program);
+        QVERIFY(desk.hasRead(server, 1));
+        QTRY_COMPARE_WITH_TIMEOUT(desk.here("basepath"), QStringLiteral("/"), patienceMs);
+        desk.widget<QLineEdit>("pathEdit").setText(QStringLiteral("/data"));
+        desk.press("pathButton");
+        QTRY_COMPARE_WITH_TIMEOUT(desk.onServer("basepath"), QStringLiteral("/data"), patienceMs);
+        desk.choose("restartAction");
+        QTRY_COMPARE_WITH_TIMEOUT(desk.onServer("basepath"), QStringLiteral("/"), patienceMs);
+        QCOMPARE(desk.here("basepath"), QStringLiteral("/data"));
+        QCOMPARE(desk.widget<QLineEdit>("pathEdit").text(), QStringLiteral("/data"));
+    }
+
+    void anotherServerDoesNotGetWhatWasSentToTheFirst()
+    {
+        ScriptedServer first;
+        first.answerInTurn("setting", { told("rate: 10\n"), told("rate: 10\n"), told("rate: 20\n") });
+        ScriptedServer second;
+        second.answer("setting", told("rate: 5\n"));
+        const LocalProgram one(faithful(first.port()));
+        const LocalProgram two(faithful(second.port()));
+        SettingsDesk desk;
+        desk.use(one);
+        QVERIFY(desk.hasRead(first, 1));
+        QTRY_COMPARE_WITH_TIMEOUT(desk.here("rate"), QStringLiteral("10"), patienceMs);
+        QVERIFY(desk.edit("rate", "20"));
+        QVERIFY(desk.pressed("downloadButton"));
+        QTRY_COMPARE_WITH_TIMEOUT(desk.onServer("rate"), QStringLiteral("20"), patienceMs);
+        desk.use(two);
+        QTRY_COMPARE_WITH_TIMEOUT(desk.here("rate"), QStringLiteral("5"), patienceMs);
+        QVERIFY(desk.model().changedNames().isEmpty());
+    }
+};
+
+QTEST_MAIN(TestConsoleSettingsPanel)
+#include "tst_consolesettingspanel.moc"

@@ -1,0 +1,452 @@
+// The window of a text on the server: opened and saved through the choosers, in the form that it had, with changes that
+// nobody loses.
+#include "console/consolefixture.h"
+#include "browse/servertext.h"
+
+#include <QComboBox>
+#include <QDialogButtonBox>
+#include <QListWidget>
+#include <QMessageBox>
+#include <QPlainTextEdit>
+#include <QPointer>
+#include <QPushButton>
+
+using namespace console;
+using namespace tarnis::testing;
+
+namespace {
+
+/// A server with a file.
+class Archive : public ScriptedServer {
+public:
+    Archive()
+    {
+        answer("pwd", { Step::text("OK:\n/data\n") });
+        answer("ls-F \"/data\"", { Step::text("OK:\nnotes.txt\nold/\n") });
+        answer("rxfile \"/data/notes.txt\"", { Step::binary("one\ntwo\n", "OK: /data/notes.txt, 8 bytes\n") });
+        answer("rxfile \"/none\"", { Step::binary("", "NG:cannot read '/none': No such file or directory\n") });
+        answer("rxfile \"/binary\"", { Step::binary(QByteArray("a\0b", 3), "OK: /binary, 3 bytes\n") });
+    }
+};
+
+struct OpenText {
+    OpenText(ScriptedServer& server, Desk& desk)
+    {
+        desk.use(server);
+        if (!desk.reaches(ServerState::Up))
+            qFatal("no server");
+        window = desk.open<ServerTextWindow>("server-text");
+    }
+    template <typename Object> Object& widget(const char* name) const { return in<Object>(*window, name); }
+    template <typename Object> static Object& in(QWidget& dialog, const char* name)
+    {
+        auto* const object = dialog.findChild<Object*>(QLatin1String(name));
+        if (!object)
+            qFatal("no %s", name);
+        return *object;
+    }
+    QPlainTextEdit& edit() const { return widget<QPlainTextEdit>("edit"); }
+    QString state() const { return widget<QLabel>("stateLabel").text(); }
+    QString path() const { return widget<QLabel>("pathLabel").text(); }
+    bool says(const QString& text) const
+    {
+        return QTest::qWaitFor([&] { return state().contains(text); }, patienceMs);
+    }
+    void press(const char* name) const { tarnis::testing::press(widget<QPushButton>(name)); }
+    void openNotes() const
+    {
+        window->openFile(QStringLiteral("/data/notes.txt"));
+        if (!says(QStringLiteral("Opened")))
+            qFatal("%s", qPrintable(state()));
+    }
+    void append(const QString& typed) const
+    {
+        edit().moveCursor(QTextCursor::End);
+        QTest::keyClicks(&edit(), typed);
+    }
+    QDialog* shownChooser() const
+    {
+        for (QDialog* const dialog : window->findChildren<QDialog*>()) {
+            if (dialog->isVisible() && dialog->findChild<QListWidget*>())
+                return dialog;
+        }
+        return nullptr;
+    }
+    /// The chooser in front of the window, as soon as it has listed the folder and says what can be done there: the
+    /// names and what is said come in two events.
+    QDialog* chooser() const
+    {
+        const auto isListed = [&] {
+            QDialog* const dialog = shownChooser();
+            auto* const list = dialog ? dialog->findChild<QListWidget*>() : nullptr;
+            return list && list->isEnabled() && list->count() > 0
+                && stateOf(*dialog) != QStringLiteral("The server lists no folder");
+        };
+        return QTest::qWaitFor(isListed, patienceMs) ? shownChooser() : nullptr;
+    }
+    static QPushButton& ok(QWidget& dialog)
+    {
+        return *in<QDialogButtonBox>(dialog, "buttonBox").button(QDialogButtonBox::Ok);
+    }
+    static QString stateOf(QWidget& dialog) { return in<QLabel>(dialog, "stateLabel").text(); }
+    static bool says(QWidget& dialog, const QString& part)
+    {
+        return QTest::qWaitFor([&] { return stateOf(dialog).contains(part); }, patienceMs);
+    }
+    static void choose(QWidget& dialog, const QString& name)
+    {
+        auto& list = in<QListWidget>(dialog, "curDirListWidget");
+        const auto found = list.findItems(name, Qt::MatchExactly);
+        if (found.size() != 1)
+            qFatal("no %s", qPrintable(name));
+        list.setCurrentItem(found.first());
+    }
+    /// Chooses notes.txt in the chooser that opens a file.
+    bool choosesNotes() const
+    {
+        press("openButton");
+        QDialog* const dialog = chooser();
+        if (!dialog)
+            return false;
+        choose(*dialog, QStringLiteral("notes.txt"));
+        acceptChoice(*dialog);
+        return true;
+    }
+    QMessageBox* question() const { return window->findChild<QMessageBox*>(QStringLiteral("changesBox")); }
+    void answer(QMessageBox::StandardButton button) const { tarnis::testing::answer(*window, "changesBox", button); }
+
+    QPointer<ServerTextWindow> window;
+};
+
+} // namespace
+
+class TestConsoleText : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { QApplication::setQuitOnLastWindowClosed(false); }
+
+    void bytesComeBackAsTheyWere_data()
+    {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("empty") << QByteArray() << QString();
+        QTest::newRow("plain") << QByteArray("a\nb\n") << QStringLiteral("a\nb\n");
+        QTest::newRow("UTF-8") << QByteArray("\xc3\xa4\n") << QString::fromUtf8("ä\n");
+        QTest::newRow("Latin-1") << QByteArray("M\xfcller\n") << QString::fromUtf8("Müller\n");
+        QTest::newRow("carriage returns") << QByteArray("a\r\nb\r\n") << QStringLiteral("a\nb\n");
+    }
+    void bytesComeBackAsTheyWere()
+    {
+        QFETCH(QByteArray, bytes);
+        QFETCH(QString, text);
+        TextForm form;
+        QCOMPARE(textOfFile(bytes, form).value_or(QStringLiteral("nothing")), text);
+        QCOMPARE(bytesOfText(text, form).value_or("nothing"), bytes);
+    }
+
+    void whatIsNoText()
+    {
+        TextForm form;
+        QVERIFY(!textOfFile(QByteArray("a\0b", 3), form));
+        QVERIFY(!textOfFile("a\r\nb\n", form));
+        QVERIFY(!textOfFile("a\rb", form));
+        QVERIFY(textOfFile("M\xfcller", form));
+        QVERIFY(!bytesOfText(QString::fromUtf8("\u03b1"), form)); // Latin-1 has no alpha
+    }
+
+    void aFileIsChosenAndOpened()
+    {
+        Archive server;
+        Desk desk;
+        const OpenText text(server, desk);
+        QVERIFY(text.choosesNotes());
+        QVERIFY(text.says(QStringLiteral("Opened, 8 bytes")));
+        QCOMPARE(text.edit().toPlainText(), "one\ntwo\n");
+        QCOMPARE(text.path(), "/data/notes.txt");
+        QVERIFY(!text.widget<QPushButton>("saveButton").isEnabled());
+    }
+
+    void changesAreSavedInPlace()
+    {
+        Archive server;
+        server.answer("txfile \"/data/notes.txt\"\none\ntwo\nthree", { Step::text("OK:\nfile: /data/notes.txt\n") });
+        Desk desk;
+        const OpenText text(server, desk);
+        text.openNotes();
+        text.edit().moveCursor(QTextCursor::End);
+        QTest::keyClicks(&text.edit(), "three");
+        QVERIFY(text.window->isWindowModified());
+        text.press("saveButton");
+        QVERIFY(text.says(QStringLiteral("Saved")));
+        QVERIFY(!text.window->isWindowModified());
+    }
+
+    void aNewNameIsChosenForSaving()
+    {
+        Archive server;
+        server.answer("txfile \"/data/new.md\"\nhello", { Step::text("OK:\nfile: /data/new.md\n") });
+        Desk desk;
+        const OpenText text(server, desk);
+        QTest::keyClicks(&text.edit(), "hello");
+        text.press("saveButton"); // has no file yet
+        QDialog* const chooser = text.chooser();
+        QVERIFY(chooser);
+        QVERIFY(!OpenText::ok(*chooser).isEnabled());
+        QCOMPARE(OpenText::stateOf(*chooser), "Type a name, or choose a file");
+        QCOMPARE(OpenText::ok(*chooser).toolTip(), "Type a name, or choose a file");
+        QTest::keyClicks(&OpenText::in<QLineEdit>(*chooser, "fileNameLineEdit"), "new.md");
+        QCOMPARE(OpenText::stateOf(*chooser), "OK takes /data/new.md");
+        acceptChoice(*chooser);
+        QVERIFY(text.says(QStringLiteral("Saved")));
+        QCOMPARE(text.path(), "/data/new.md"); // as it was typed
+    }
+
+    void thePresentNameIsThere()
+    {
+        Archive server;
+        Desk desk;
+        const OpenText text(server, desk);
+        text.openNotes();
+        text.press("saveAsButton");
+        QDialog* const chooser = text.chooser();
+        QVERIFY(chooser);
+        auto& name = OpenText::in<QLineEdit>(*chooser, "fileNameLineEdit");
+        QCOMPARE(name.text(), "notes.txt");
+        QCOMPARE(name.selectedText(), "notes");
+        const auto& list = OpenText::in<QListWidget>(*chooser, "curDirListWidget");
+        QTRY_COMPARE(list.count(), 2);
+        QCOMPARE(list.item(0)->text(), "notes.txt");
+        QTRY_VERIFY(OpenText::ok(*chooser).isEnabled());
+        name.setText(QStringLiteral("a/b"));
+        QVERIFY(!OpenText::ok(*chooser).isEnabled());
+        QVERIFY(OpenText::stateOf(*chooser).contains(QStringLiteral("slash")));
+    }
+
+    void aChooserSaysWhatIsMissing()
+    {
+        Archive server;
+        server.answer(
+            "ls-F \"/data/old\"", { Step::hold("old"), Step::text("NG:cannot list '/data/old': No permission\n") });
+        Desk desk;
+        const OpenText text(server, desk);
+        text.press("openButton");
+        QDialog* const chooser = text.chooser();
+        QVERIFY(chooser);
+        QVERIFY(OpenText::says(*chooser, QStringLiteral("Choose a file")));
+        QVERIFY(!OpenText::ok(*chooser).isEnabled());
+        OpenText::choose(*chooser, QStringLiteral("old/"));
+        QCOMPARE(OpenText::stateOf(*chooser), "Choose a file; Enter opens the folder");
+        QTest::keyClick(&OpenText::in<QListWidget>(*chooser, "curDirListWidget"), Qt::Key_Return);
+        QCOMPARE(OpenText::stateOf(*chooser), "Listing...");
+        QVERIFY(!OpenText::ok(*chooser).isEnabled());
+        server.release("old");
+        // The chooser goes back to the server's own folder by itself; the reason stays on show.
+        QVERIFY(OpenText::says(*chooser, QStringLiteral("No permission\nChoose a file")));
+        OpenText::choose(*chooser, QStringLiteral("notes.txt"));
+        QTRY_VERIFY_WITH_TIMEOUT(OpenText::ok(*chooser).isEnabled(), patienceMs);
+        server.answer("ls-F \"/\"", { Step::text("OK:\ndata/\n") });
+        OpenText::in<QComboBox>(*chooser, "dirComboBox").setCurrentIndex(0);
+        QTRY_COMPARE_WITH_TIMEOUT(OpenText::stateOf(*chooser), "Choose a file", patienceMs);
+    }
+
+    void aTypedNameSurvivesTheServer()
+    {
+        Archive server;
+        server.answer("txfile \"/data/x\"\nhello", { Step::text("OK:\n") });
+        Desk desk;
+        const OpenText text(server, desk);
+        QTest::keyClicks(&text.edit(), "hello");
+        text.press("saveButton");
+        QPointer<QDialog> chooser = text.chooser();
+        QVERIFY(chooser);
+        QTest::keyClicks(&OpenText::in<QLineEdit>(*chooser, "fileNameLineEdit"), "x");
+        desk.choose("shutDownAction");
+        QVERIFY(desk.reaches(ServerState::Off));
+        QVERIFY(chooser && chooser->isVisible());
+        QVERIFY(!OpenText::ok(*chooser).isEnabled());
+        QVERIFY(OpenText::stateOf(*chooser).contains(QStringLiteral("no connection")));
+        QVERIFY(!QApplication::activeModalWidget()); // or nobody could start the server
+        desk.choose("startAction");
+        QVERIFY(desk.reaches(ServerState::Up));
+        QTRY_VERIFY_WITH_TIMEOUT(OpenText::ok(*chooser).isEnabled(), patienceMs);
+        acceptChoice(*chooser);
+        QVERIFY(text.says(QStringLiteral("Saved")));
+        QCOMPARE(text.path(), "/data/x");
+    }
+
+    void savingWithoutAServerSaysSo()
+    {
+        Archive server;
+        Desk desk;
+        const OpenText text(server, desk);
+        QTest::keyClicks(&text.edit(), "hello");
+        text.window->close();
+        desk.choose("shutDownAction");
+        QVERIFY(desk.reaches(ServerState::Off));
+        text.answer(QMessageBox::Save);
+        QVERIFY(text.says(QStringLiteral("Needs a connected server")));
+        QVERIFY(!text.shownChooser());
+        QVERIFY(text.window->isVisible());
+    }
+
+    void changesGoOnlyWhenTheOtherFileIsThere()
+    {
+        Archive server;
+        Desk desk;
+        const OpenText text(server, desk);
+        QTest::keyClicks(&text.edit(), "mine");
+        text.press("openButton");
+        QVERIFY(text.chooser());
+        text.chooser()->reject();
+        QVERIFY(text.window->isWindowModified());
+        server.answer("rxfile \"/data/notes.txt\"", { Step::binary("", "NG:cannot read\n") });
+        QVERIFY(text.choosesNotes());
+        QVERIFY(text.question());
+        text.answer(QMessageBox::Cancel);
+        QTRY_VERIFY(!text.question());
+        QVERIFY(text.choosesNotes());
+        text.answer(QMessageBox::Discard);
+        QVERIFY(text.says(QStringLiteral("NG:cannot read")));
+        QVERIFY(text.window->isWindowModified());
+        QCOMPARE(text.edit().toPlainText(), "mine");
+        server.answer("rxfile \"/data/notes.txt\"", { Step::binary("one\ntwo\n", "OK:\n") });
+        QTRY_VERIFY(!text.question());
+        QVERIFY(text.choosesNotes());
+        text.answer(QMessageBox::Discard);
+        QVERIFY(text.says(QStringLiteral("Opened")));
+        QVERIFY(!text.window->isWindowModified());
+    }
+
+    void whatIsTypedDuringAWriteIsNotSaved()
+    {
+        Archive server;
+        server.answer("txfile \"/data/notes.txt\"\none\ntwo\nx", { Step::hold("write"), Step::text("OK:\n") });
+        server.answer("txfile \"/data/notes.txt\"\none\ntwo\nxy", { Step::text("OK:\n") });
+        Desk desk;
+        const OpenText text(server, desk);
+        text.openNotes();
+        text.append(QStringLiteral("x"));
+        text.press("saveButton");
+        QVERIFY(server.waitForHold("write"));
+        text.append(QStringLiteral("y"));
+        server.release("write");
+        QVERIFY(text.says(QStringLiteral("but for what was typed since")));
+        QVERIFY(text.window->isWindowModified());
+        // What the file holds is no step of undo: back at the start the text still differs from it.
+        while (text.edit().document()->isUndoAvailable())
+            text.edit().undo();
+        QCOMPARE(text.edit().toPlainText(), "one\ntwo\n");
+        QVERIFY(text.window->isWindowModified());
+        text.append(QStringLiteral("xy"));
+        text.press("saveButton");
+        QTRY_VERIFY_WITH_TIMEOUT(!text.window->isWindowModified(), patienceMs);
+    }
+
+    void closingDuringAWriteSavesTheRest()
+    {
+        Archive server;
+        server.answer("txfile \"/data/notes.txt\"\none\ntwo\nx", { Step::hold("write"), Step::text("OK:\n") });
+        server.answer("txfile \"/data/notes.txt\"\none\ntwo\nxy", { Step::hold("rest"), Step::text("OK:\n") });
+        Desk desk;
+        const OpenText text(server, desk);
+        text.openNotes();
+        text.append(QStringLiteral("x"));
+        text.press("saveButton");
+        QVERIFY(server.waitForHold("write"));
+        text.append(QStringLiteral("y"));
+        QVERIFY(!text.window->close());
+        text.answer(QMessageBox::Save);
+        server.release("write");
+        QVERIFY(server.waitForHold("rest"));
+        QVERIFY(text.window);
+        server.release("rest");
+        QTRY_VERIFY_WITH_TIMEOUT(text.window.isNull(), patienceMs);
+    }
+
+    void nothingIsTypedWhileAFileComes()
+    {
+        Archive server;
+        server.answer("rxfile \"/data/notes.txt\"", { Step::hold("read"), Step::binary("one\n", "OK:\n") });
+        Desk desk;
+        const OpenText text(server, desk);
+        text.window->openFile(QStringLiteral("/data/notes.txt"));
+        QVERIFY(text.edit().isReadOnly());
+        QVERIFY(server.waitForHold("read"));
+        QTest::keyClicks(&text.edit(), "lost");
+        QCOMPARE(text.edit().toPlainText(), QString());
+        server.release("read");
+        QVERIFY(text.says(QStringLiteral("Opened")));
+        QVERIFY(!text.edit().isReadOnly());
+    }
+
+    void refusalsAreSaidAndChangeNothing()
+    {
+        Archive server;
+        server.answer("txfile \"/data/notes.txt\"\none\ntwo\nx", { Step::text("NG:cannot write\n") });
+        Desk desk;
+        const OpenText text(server, desk);
+        text.openNotes();
+        text.window->openFile(QStringLiteral("/none"));
+        QVERIFY(text.says(QStringLiteral("NG:cannot read '/none'")));
+        text.window->openFile(QStringLiteral("/binary"));
+        QVERIFY(text.says(QStringLiteral("it is no text")));
+        QCOMPARE(text.path(), "/data/notes.txt");
+        QCOMPARE(text.edit().toPlainText(), "one\ntwo\n");
+        text.edit().moveCursor(QTextCursor::End);
+        QTest::keyClicks(&text.edit(), "x");
+        text.press("saveButton");
+        QVERIFY(text.says(QStringLiteral("NG:cannot write")));
+        QVERIFY(text.window->isWindowModified());
+    }
+
+    void aLostServerLeavesTheText()
+    {
+        Archive server;
+        server.answer("txfile \"/data/notes.txt\"\none\ntwo\nx", { Step::drop() });
+        Desk desk;
+        const OpenText text(server, desk);
+        text.openNotes();
+        text.edit().moveCursor(QTextCursor::End);
+        QTest::keyClicks(&text.edit(), "x");
+        text.press("saveButton");
+        QVERIFY(text.says(QStringLiteral("No reply")));
+        server.answer("txfile \"/data/notes.txt\"\none\ntwo\nx", { Step::text("OK:\n") });
+        QTRY_VERIFY(text.widget<QPushButton>("saveButton").isEnabled());
+        text.press("saveButton");
+        QVERIFY(text.says(QStringLiteral("Saved")));
+    }
+
+    void closingAsksAboutChanges()
+    {
+        Archive server;
+        server.answer("txfile \"/data/notes.txt\"\none\ntwo\nx", { Step::text("OK:\n") });
+        Desk desk;
+        const OpenText text(server, desk);
+        text.openNotes();
+        text.edit().moveCursor(QTextCursor::End);
+        QTest::keyClicks(&text.edit(), "x");
+        QTest::keyClick(text.window, Qt::Key_Escape);
+        QVERIFY(text.question());
+        text.answer(QMessageBox::Cancel);
+        QTRY_VERIFY(!text.question());
+        QVERIFY(text.window->isVisible());
+        QVERIFY(!text.window->close());
+        text.answer(QMessageBox::Save);
+        QTRY_VERIFY_WITH_TIMEOUT(text.window.isNull(), patienceMs);
+    }
+
+    void discardedChangesAreGone()
+    {
+        Archive server;
+        Desk desk;
+        const OpenText text(server, desk);
+        QTest::keyClicks(&text.edit(), "x");
+        text.window->close();
+        text.answer(QMessageBox::Discard);
+        QTRY_VERIFY(text.window.isNull());
+    }
+};
+
+QTEST_MAIN(TestConsoleText)
+#include "tst_consoletext.moc"

@@ -1,0 +1,210 @@
+// Files to the server and from it by the command line: every byte, the name as it is, nothing overwritten unasked.
+#include "console/consolefixture.h"
+#include "command/replytext.h"
+
+#include <QCheckBox>
+#include <QFile>
+#include <QMessageBox>
+#include <QPushButton>
+
+using namespace console;
+using namespace tarnis::testing;
+
+namespace {
+
+/// A server with a folder.
+class Archive : public ScriptedServer {
+public:
+    Archive()
+    {
+        answer("pwd", { Step::text("OK:\n/data\n") });
+        answer("ls-F \"/data\"", { Step::text("OK:\nnotes.txt\nold/\n") });
+    }
+};
+
+/// Files of this machine.
+class Desktop {
+public:
+    QString file(const QString& name, const QByteArray& content = "text") const
+    {
+        QString path = m_directory.filePath(name);
+        QFile file(path);
+        if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
+            qFatal("no scratch file");
+        return path;
+    }
+
+private:
+    QTemporaryDir m_directory;
+};
+
+QMessageBox* questionOf(Desk& desk)
+{
+    return desk.window->findChild<QMessageBox*>(QStringLiteral("uploadBox"));
+}
+
+bool isAsked(Desk& desk)
+{
+    return QTest::qWaitFor([&] { return questionOf(desk) != nullptr; }, patienceMs);
+}
+
+void answer(Desk& desk, QMessageBox::StandardButton button)
+{
+    tarnis::testing::answer(*desk.window, "uploadBox", button);
+}
+
+} // namespace
+
+class TestConsoleUpload : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { QApplication::setQuitOnLastWindowClosed(false); }
+
+    void everyByteOfAFileIsUploaded()
+    {
+        QByteArray content;
+        for (int value = 0; value < 256; ++value) {
+            if (value != 4)
+                content += char(value);
+        }
+        const Desktop files;
+        Archive server;
+        Desk desk;
+        desk.use(server);
+        QVERIFY(desk.reaches(ServerState::Up));
+        desk.window->commandPanel().upload(files.file(QStringLiteral("all.bin"), content));
+        QVERIFY(desk.shows(QStringLiteral("txfile all.bin  (255 bytes)")));
+        QVERIFY(desk.isFree());
+        QVERIFY(server.requests().contains("txfile all.bin\n" + content));
+        QVERIFY(!questionOf(desk));
+    }
+
+    void namesComeThroughAsTheyAre_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QByteArray>("request");
+        QTest::newRow("plain") << "a-1.txt" << QByteArray("txfile a-1.txt\ntext");
+        QTest::newRow("blank") << "a b" << QByteArray("txfile \"a b\"\ntext");
+        QTest::newRow("blanks at the ends") << " a " << QByteArray("txfile \" a \"\ntext");
+        QTest::newRow("in quotation marks") << "\"a\"" << QByteArray("txfile \"\\\"a\\\"\"\ntext");
+    }
+    void namesComeThroughAsTheyAre()
+    {
+        QFETCH(QString, name);
+        QFETCH(QByteArray, request);
+        const Desktop files;
+        Archive server;
+        Desk desk;
+        desk.use(server);
+        QVERIFY(desk.reaches(ServerState::Up));
+        desk.window->commandPanel().upload(files.file(name));
+        QVERIFY(server.waitForRequest(request));
+    }
+
+    void aFileOfTheServerIsOverwrittenOnlyWhenAsked()
+    {
+        const QByteArray request("txfile notes.txt\ntext");
+        const Desktop files;
+        Archive server;
+        Desk desk;
+        desk.use(server);
+        QVERIFY(desk.reaches(ServerState::Up));
+        desk.window->commandPanel().upload(files.file(QStringLiteral("notes.txt")));
+        QVERIFY(isAsked(desk));
+        QVERIFY(questionOf(desk)->text().contains(QStringLiteral("already exists in /data")));
+        QCOMPARE(questionOf(desk)->defaultButton(), questionOf(desk)->button(QMessageBox::Cancel));
+        // Another one waits for the answer to this one.
+        desk.window->commandPanel().upload(files.file(QStringLiteral("other.txt")));
+        QVERIFY(desk.notice().text.contains(QStringLiteral("is on its way")));
+        answer(desk, QMessageBox::Cancel);
+        QTRY_VERIFY(!questionOf(desk));
+        desk.send(QStringLiteral("stat"));
+        QVERIFY(desk.isFree());
+        QVERIFY(!server.requests().contains(request));
+        desk.window->commandPanel().upload(files.file(QStringLiteral("notes.txt")));
+        QVERIFY(isAsked(desk));
+        answer(desk, QMessageBox::Ok);
+        QVERIFY(server.waitForRequest(request));
+    }
+
+    void aServerThatDoesNotListIsNoReasonToOverwrite()
+    {
+        const Desktop files;
+        Archive server;
+        server.answer("ls-F \"/data\"", { Step::text("NG:no permission\n") });
+        Desk desk;
+        desk.use(server);
+        QVERIFY(desk.reaches(ServerState::Up));
+        desk.window->commandPanel().upload(files.file(QStringLiteral("new.txt")));
+        QVERIFY(isAsked(desk));
+        QVERIFY(questionOf(desk)->text().contains(QStringLiteral("does not tell")));
+        QVERIFY(questionOf(desk)->text().contains(QStringLiteral("NG:no permission")));
+        answer(desk, QMessageBox::Ok);
+        QVERIFY(server.waitForRequest("txfile new.txt\ntext"));
+    }
+
+    void aServerThatGoesIsSaid()
+    {
+        const Desktop files;
+        Archive server;
+        server.answer("pwd", { Step::hold("pwd") });
+        Desk desk;
+        desk.use(server);
+        QVERIFY(desk.reaches(ServerState::Up));
+        desk.window->commandPanel().upload(files.file(QStringLiteral("new.txt")));
+        QVERIFY(server.waitForHold("pwd"));
+        desk.choose("shutDownAction");
+        QVERIFY(desk.reaches(ServerState::Off));
+        QVERIFY(desk.record().contains(QStringLiteral("is not uploaded: the server was stopped.")));
+        desk.window->commandPanel().upload(files.file(QStringLiteral("new.txt")));
+        QVERIFY(desk.notice().text.contains(QStringLiteral("there is no connection")));
+    }
+
+    void aFileThatCannotBeUploadedIsRefusedWithAReason()
+    {
+        const Desktop files;
+        Archive server;
+        Desk desk;
+        desk.use(server);
+        QVERIFY(desk.reaches(ServerState::Up));
+        desk.window->commandPanel().upload(QStringLiteral("/no/such/file"));
+        QVERIFY(desk.notice().text.contains(QStringLiteral("cannot be read")));
+        desk.window->commandPanel().upload(files.file(QString::fromUtf8("\u03b1.txt")));
+        QVERIFY(desk.notice().text.contains(QStringLiteral("its name cannot be sent")));
+        desk.window->commandPanel().upload(files.file(QStringLiteral("eot.txt"), "a\x04z"));
+        QVERIFY(desk.shows(QStringLiteral("NG:File contains EOT(0x04) char.")));
+    }
+
+    void aFileOfTheServerIsShownAsTextOrSize()
+    {
+        Archive server;
+        server.answer("rxfile notes.txt", { Step::binary("one\ntwo\n", "OK: /data/notes.txt, 8 bytes\n") });
+        server.answer("rxfile image", { Step::binary(QByteArray("a\0b", 3), "OK: /data/image, 3 bytes\n") });
+        server.answer("rxfile none", { Step::binary("", "NG:cannot read\n") });
+        Desk desk;
+        desk.use(server);
+        QVERIFY(desk.reaches(ServerState::Up));
+        desk.type(QStringLiteral("rxfile notes.txt"));
+        QVERIFY(desk.widget<QCheckBox>("binaryCheck").isChecked());
+        desk.enter();
+        QVERIFY(desk.shows(QStringLiteral("8 bytes\none\ntwo\ntext: OK: /data/notes.txt")));
+        desk.send(QStringLiteral("rxfile image"));
+        QVERIFY(desk.shows(QStringLiteral("3 bytes, which are no text")));
+        desk.send(QStringLiteral("rxfile none"));
+        QVERIFY(desk.shows(QStringLiteral("NG:cannot read")));
+        desk.send(QStringLiteral("stat"));
+        QVERIFY(desk.isFree());
+    }
+
+    void filesAsText()
+    {
+        QCOMPARE(fileText(""), "0 bytes");
+        QCOMPARE(fileText("a\n"), "2 bytes\na");
+        QCOMPARE(fileText("M\xfcller"), QString::fromUtf8("6 bytes\nMüller"));
+        QCOMPARE(fileText("M\xc3\xbcller"), QString::fromUtf8("7 bytes\nMüller"));
+    }
+};
+
+QTEST_MAIN(TestConsoleUpload)
+#include "tst_consoleupload.moc"

@@ -1,0 +1,739 @@
+// The console's windows: what a person types, presses and reads, with servers that behave well and badly.
+#include "settings/addsettingdialog.h"
+#include "app/colours.h"
+#include "command/commandpanel.h"
+#include "server/connectdialog.h"
+#include "command/history.h"
+#include "app/indicatorstyle.h"
+#include "mainwindow.h"
+#include "notices/noticebar.h"
+#include "server/servercontroller.h"
+#include "settings/settingsmodel.h"
+#include "settings/settingspanel.h"
+
+#include "console/consolefixture.h"
+#include "console/localprogram.h"
+#include "support/scriptedserver.h"
+
+#include <QAbstractSpinBox>
+#include <QAccessible>
+#include <QAction>
+#include <QApplication>
+#include <QCheckBox>
+#include <QDialogButtonBox>
+#include <QFile>
+#include <QImage>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMenuBar>
+#include <QPainter>
+#include <QPlainTextEdit>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QSettings>
+#include <QSpinBox>
+#include <QStyleOptionButton>
+#include <QTableView>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QToolButton>
+
+#include <algorithm>
+#include <memory>
+
+using namespace console;
+using namespace tarnis::testing;
+
+namespace {
+
+QByteArray bytesOf(const QList<double>& values)
+{
+    return QByteArray(reinterpret_cast<const char*>(values.constData()), values.size() * qsizetype(sizeof(double)));
+}
+
+bool isControl(const QWidget* widget)
+{
+    const bool isInner = widget->objectName().startsWith(u"qt_") || qobject_cast<QAbstractSpinBox*>(widget->parent())
+        || widget->inherits("QTableCornerButton") || widget->inherits("QLineEditIconButton")
+        || widget->inherits("QMenuBarExtension") || widget->inherits("QHeaderView");
+    return !isInner
+        && (qobject_cast<const QAbstractButton*>(widget) || qobject_cast<const QLineEdit*>(widget)
+            || qobject_cast<const QAbstractSpinBox*>(widget) || qobject_cast<const QPlainTextEdit*>(widget)
+            || qobject_cast<const QAbstractItemView*>(widget) || qobject_cast<const QProgressBar*>(widget));
+}
+
+QString accessibleName(QWidget* widget)
+{
+    QAccessibleInterface* interface = QAccessible::queryAccessibleInterface(widget);
+    return interface ? interface->text(QAccessible::Name) : QString();
+}
+
+QChar mnemonicOf(const QString& text)
+{
+    const QKeySequence keys = QKeySequence::mnemonic(text);
+    return keys.isEmpty() ? QChar() : QChar(char16_t(keys[0].key()));
+}
+
+/// Alt keys of everything that is on show, with who has them.
+QMultiMap<QChar, QString> mnemonicsOf(const QWidget& window)
+{
+    QMultiMap<QChar, QString> found;
+    const auto add = [&found](const QString& text) {
+        if (const QChar key = mnemonicOf(text); !key.isNull())
+            found.insert(key, text);
+    };
+    for (const auto* button : window.findChildren<QAbstractButton*>())
+        add(button->text());
+    for (const auto* label : window.findChildren<QLabel*>()) {
+        if (label->buddy())
+            add(label->text());
+    }
+    if (const auto* bar = window.findChild<QMenuBar*>()) {
+        for (const QAction* action : bar->actions())
+            add(action->text());
+    }
+    return found;
+}
+
+double luminance(const QColor& colour)
+{
+    const auto channel = [](double value) {
+        return value <= 0.03928 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * channel(colour.redF()) + 0.7152 * channel(colour.greenF()) + 0.0722 * channel(colour.blueF());
+}
+
+/// Contrast ratio of the Web Content Accessibility Guidelines 2.1, 1.4.3.
+double contrast(const QColor& a, const QColor& b)
+{
+    const double lighter = std::max(luminance(a), luminance(b));
+    const double darker = std::min(luminance(a), luminance(b));
+    return (lighter + 0.05) / (darker + 0.05);
+}
+
+void compareNoCutText(const QWidget& window)
+{
+    for (const auto* widget : window.findChildren<QWidget*>()) {
+        const auto* label = qobject_cast<const QLabel*>(widget);
+        const bool isText = (label && !label->wordWrap() && !label->inherits("console::ElidedLabel"))
+            || qobject_cast<const QAbstractButton*>(widget);
+        if (!isText || !widget->isVisible() || widget->objectName().startsWith(u"qt_")
+            || widget->inherits("QTableCornerButton") || widget->inherits("QLineEditIconButton"))
+            continue;
+        QVERIFY2(widget->width() >= widget->minimumSizeHint().width()
+                && widget->height() >= widget->minimumSizeHint().height(),
+            qPrintable(widget->objectName()));
+    }
+}
+
+} // namespace
+
+class TestConsoleWindow : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { QApplication::setQuitOnLastWindowClosed(false); }
+    void cleanup() { QApplication::setPalette(QApplication::style()->standardPalette()); }
+
+    // How it looks.
+
+    void everyControlHasANameAndTellsWhyItIsDisabled()
+    {
+        Desk desk;
+        for (QWidget* widget : desk.window->findChildren<QWidget*>()) {
+            if (!isControl(widget) || widget->isHidden())
+                continue;
+            QVERIFY2(!accessibleName(widget).isEmpty(), qPrintable(widget->objectName()));
+            if (!widget->isEnabled())
+                QVERIFY2(!widget->toolTip().isEmpty(), qPrintable(widget->objectName()));
+        }
+        for (const QAction* action : desk.window->findChildren<QAction*>()) {
+            if (!action->isEnabled() && !action->text().isEmpty())
+                QVERIFY2(!action->toolTip().isEmpty(), qPrintable(action->objectName()));
+        }
+    }
+
+    void noTwoThingsShareAKey()
+    {
+        Desk desk;
+        SettingsModel& model = desk.window->settingsPanel().model();
+        auto* connectDialog = new ConnectDialog({}, "> ", desk.window.get());
+        auto* addDialog = new AddSettingDialog(model, desk.window.get());
+        const QList<const QWidget*> windows { connectDialog, addDialog };
+        for (const QWidget* window : windows) {
+            const auto mnemonics = mnemonicsOf(*window);
+            for (const QChar key : mnemonics.uniqueKeys())
+                QVERIFY2(mnemonics.count(key) == 1, qPrintable(mnemonics.values(key).join(u'|')));
+        }
+        delete connectDialog;
+        delete addDialog;
+        const auto mnemonics = mnemonicsOf(*desk.window);
+        for (const QChar key : mnemonics.uniqueKeys())
+            QVERIFY2(mnemonics.count(key) == 1, qPrintable(mnemonics.values(key).join(u'|')));
+        QStringList keys;
+        for (const QAction* action : desk.window->findChildren<QAction*>()) {
+            if (!action->shortcut().isEmpty())
+                keys.append(action->shortcut().toString());
+        }
+        QStringList once = keys;
+        once.removeDuplicates();
+        QCOMPARE(once, keys);
+    }
+
+    void theTabKeyReachesEveryControl()
+    {
+        ScriptedServer server;
+        Desk desk;
+        desk.use(server);
+        QVERIFY(desk.reaches(ServerState::Up));
+        desk.type(QStringLiteral("x"));
+        QSet<const QWidget*> reached;
+        QWidget* start = &desk.edit();
+        for (QWidget* widget = start->nextInFocusChain(); widget != start; widget = widget->nextInFocusChain()) {
+            if (widget->focusPolicy() & Qt::TabFocus)
+                reached.insert(widget);
+        }
+        reached.insert(start);
+        for (const QWidget* widget : desk.window->findChildren<QWidget*>()) {
+            const bool takesKeys = isControl(widget) && !qobject_cast<const QProgressBar*>(widget);
+            if (takesKeys) {
+                const QString name = widget->objectName() + u' ' + QLatin1String(widget->metaObject()->className());
+                QVERIFY2(reached.contains(widget), qPrintable(name));
+            }
+        }
+    }
+
+    void noTextIsCutOff_data()
+    {
+        QTest::addColumn<int>("points");
+        QTest::newRow("ordinary letters") << 9;
+        QTest::newRow("large letters") << 15;
+    }
+    void noTextIsCutOff()
+    {
+        QFETCH(int, points);
+        const QFont before = QApplication::font();
+        QFont font = before;
+        font.setPointSize(points);
+        QApplication::setFont(font);
+        {
+            Desk desk;
+            desk.window->resize(desk.window->minimumSizeHint());
+            compareNoCutText(*desk.window);
+            ConnectDialog dialog({}, "> ", nullptr);
+            dialog.show();
+            compareNoCutText(dialog);
+        }
+        QApplication::setFont(before);
+    }
+
+    void textStandsOutOnLightAndDark_data()
+    {
+        QTest::addColumn<QPalette>("palette");
+        QTest::newRow("light") << QPalette(QColor(0xefefef), QColor(0xefefef));
+        QTest::newRow("dark") << darkPalette();
+    }
+    void textStandsOutOnLightAndDark()
+    {
+        QFETCH(QPalette, palette);
+        const QColor base = palette.color(QPalette::Base);
+        for (const QColor& text : { badText(palette), quietText(palette), palette.color(QPalette::Text) })
+            QVERIFY2(contrast(text, base) >= 4.5, qPrintable(text.name()));
+        QVERIFY(contrast(palette.color(QPalette::WindowText), palette.color(QPalette::Window)) >= 4.5);
+        QVERIFY(contrast(palette.color(QPalette::ButtonText), palette.color(QPalette::Button)) >= 4.5);
+        QVERIFY(contrast(palette.color(QPalette::HighlightedText), palette.color(QPalette::Highlight)) >= 4.5);
+        for (const auto severity :
+            { Notice::Severity::Information, Notice::Severity::Warning, Notice::Severity::Failure }) {
+            QVERIFY(contrast(palette.color(QPalette::WindowText), noticeGround(palette, severity)) >= 4.5);
+        }
+    }
+
+    void aNoticeStaysReadableWhenItGetsDark()
+    {
+        Desk desk;
+        auto& bar = desk.widget<NoticeBar>("noticeBar");
+        bar.setNotice({ Notice::Severity::Information, QStringLiteral("words"), Remedy::None });
+        for (int i = 0; i < 2; ++i) {
+            desk.choose("darkAction");
+            QCoreApplication::processEvents();
+            const QPalette colours = bar.palette();
+            QVERIFY(contrast(colours.color(QPalette::WindowText), colours.color(QPalette::Window)) >= 4.5);
+        }
+    }
+
+    void emptyIndicatorsStandOutInTheDark()
+    {
+        const QPalette palette = darkPalette();
+        const IndicatorStyle style(QStringLiteral("fusion"));
+        QStyleOptionButton option;
+        option.rect = QRect(1, 1, 14, 14);
+        option.palette = palette;
+        option.state = QStyle::State_Enabled | QStyle::State_Off;
+        for (const auto indicator :
+            { QStyle::PE_IndicatorCheckBox, QStyle::PE_IndicatorRadioButton, QStyle::PE_IndicatorItemViewItemCheck }) {
+            for (const auto role : { QPalette::Base, QPalette::AlternateBase, QPalette::Window }) {
+                const QColor ground = palette.color(role);
+                QImage picture(16, 16, QImage::Format_RGB32);
+                picture.fill(ground);
+                QPainter painter(&picture);
+                style.drawPrimitive(indicator, &option, &painter, nullptr);
+                painter.end();
+                double best = 1.0;
+                for (int x = 0; x < picture.width(); ++x)
+                    best = std::max(best, contrast(picture.pixelColor(x, 8), ground));
+                QVERIFY2(best >= 3.0, qPrintable(QString::number(best)));
+            }
+        }
+    }
+
+    void theLightColoursAreTheDesktops()
+    {
+        Desk desk;
+        desk.choose("darkAction");
+        QCOMPARE(QApplication::palette().color(QPalette::Base), darkPalette().color(QPalette::Base));
+        desk.choose("darkAction");
+        QVERIFY(QApplication::palette().color(QPalette::Base) != darkPalette().color(QPalette::Base));
+        QCOMPARE(QApplication::palette().resolveMask(), 0); // no role is held against a change of the desktop's
+    }
+
+    void theLampsDifferInShape()
+    {
+        QList<QImage> shapes;
+        for (const Lamp lamp : { Lamp::Off, Lamp::Waiting, Lamp::Good, Lamp::Busy, Lamp::Bad })
+            shapes.append(lampPicture(lamp, 18, 1.0).toImage().convertToFormat(QImage::Format_Alpha8));
+        for (qsizetype i = 0; i < shapes.size(); ++i) {
+            for (qsizetype k = i + 1; k < shapes.size(); ++k)
+                QVERIFY(shapes.at(i) != shapes.at(k));
+        }
+    }
+
+    // Commands.
+
+    void aCommandWithoutAServerStaysAndGoesLater()
+    {
+        ScriptedServer server;
+        server.answer("hello", { Step::text("hi\n") });
+        Desk desk;
+        desk.type(QStringLiteral("hello"));
+        desk.enter();
+        QCOMPARE(desk.edit().text(), QStringLiteral("hello"));
+        QVERIFY(desk.widget<QLabel>("progressLabel").text().contains(QStringLiteral("server")));
+        desk.use(server);
+        QVERIFY(desk.reaches(ServerState::Up));
+        desk.enter();
+        QVERIFY(desk.shows(QStringLiteral("> hello\nhi")));
+        QVERIFY(desk.edit().text().isEmpty());
+    }
+
+    void whatCannotBeSentStaysWithAReason()
+    {
+        ScriptedServer server;
+        Desk desk;
+        desk.use(server);
+        QVERIFY(desk.reaches(ServerState::Up));
+        desk.edit().setText(QString::fromUtf8("set \u03b1"));
+        desk.enter();
+        QCOMPARE(desk.edit().text(), QString::fromUtf8("set \u03b1"));
+        QVERIFY(desk.widget<QLabel>("progressLabel").text().contains(QStringLiteral("Latin-1")));
+    }
+
+    void repliesStandBelowTheirCommands()
+    {
+        ScriptedServer server;
+        server.answer("a", { Step::hold("gate"), Step::text("1\n") });
+        server.answer("b", { Step::text("NG:2\n") });
+        server.answer("c", { Step::text("") });
+        Desk desk;
+        desk.use(server);
+        QVERIFY(desk.reaches(ServerState::Up));
+        for (const char* command : { "a", "b", "c" })
+            desk.send(QLatin1String(command));
+        QVERIFY(server.waitForHold("gate"));
+        server.open("gate");
+        QVERIFY(desk.shows(QStringLiteral("(an empty reply)")));
+        QString record = desk.record();
+        record.remove(QRegularExpression(QStringLiteral("\\d\\d:\\d\\d:\\d\\d  ")));
+        QCOMPARE(record, QStringLiteral("> a\n1\n> b\nNG:2\n> c\n(an empty reply)"));
+    }
+
+    void aLongReplyIsSeenWhileItComes()
+    {
+        ScriptedServer server;
+        server.answer("slow", { Step::raw("half of it\n"), Step::hold("gate"), Step::text("the rest\n") });
+        Desk desk;
+        desk.use(server);
+        QVERIFY(desk.reaches(ServerState::Up));
+        desk.send(QStringLiteral("slow"));
+        QVERIFY(desk.shows(QStringLiteral("half of it")));
+        QVERIFY(desk.widget<QProgressBar>("progressBar").isVisible());
+        QVERIFY(desk.widget<QLabel>("progressLabel").text().contains(QStringLiteral("11 bytes")));
+        server.open("gate");
+        QVERIFY(desk.shows(QStringLiteral("the rest")));
+        QVERIFY(desk.isFree());
+        QCOMPARE(desk.record().count(QStringLiteral("half of it")), 1);
+        QVERIFY(!desk.widget<QProgressBar>("progressBar").isVisible());
+    }
+
+    void aBinaryReplyIsShownInNumbers()
+    {
+        ScriptedServer server;
+        server.answer("hist1d x", { Step::binary(bytesOf({ 1.0, 5.0 }), "OK: x\n") });
+        server.answer("numbers", { Step::binary(bytesOf({ 2.0 }), "") });
+        Desk desk;
+        desk.use(server);
+        QVERIFY(desk.reaches(ServerState::Up));
+        desk.send(QStringLiteral("hist1d x"));
+        QVERIFY(desk.shows(QStringLiteral("2 values\nsum 6, least 1, largest 5\nfirst: 1 5\ntext: OK: x")));
+        QVERIFY(!desk.widget<QCheckBox>("binaryCheck").isChecked());
+        desk.type(QStringLiteral("numbers"));
+        desk.press("binaryCheck");
+        desk.enter();
+        QVERIFY(desk.shows(QStringLiteral("1 value\nsum 2")));
+    }
+
+    void whatThePersonChoseAboutBinaryStays()
+    {
+        Desk desk;
+        desk.type(QStringLiteral("hist1d"));
+        QVERIFY(desk.widget<QCheckBox>("binaryCheck").isChecked());
+        desk.press("binaryCheck");
+        desk.type(QStringLiteral(" total"));
+        QVERIFY(!desk.widget<QCheckBox>("binaryCheck").isChecked());
+    }
+
+    void aBrokenConnectionIsMendedByOnePress()
+    {
+        ScriptedServer server;
+        server.answerInTurn("a", { { Step::raw("half"), Step::drop() }, { Step::text("whole\n") } });
+        Desk desk;
+        desk.use(server);
+        QVERIFY(desk.reaches(ServerState::Up));
+        desk.send(QStringLiteral("a"));
+        desk.type(QStringLiteral("being typed"));
+        QTRY_COMPARE_WITH_TIMEOUT(desk.notice().remedy, Remedy::SendAgain, patienceMs);
+        QVERIFY(desk.notice().text.contains(u'a'));
+        QCOMPARE(desk.window->controller().state(), ServerState::Up);
+        desk.press("remedyButton");
+        QVERIFY(desk.shows(QStringLiteral("whole")));
+        QVERIFY(desk.notice().text.isEmpty());
+        QCOMPARE(desk.edit().text(), QStringLiteral("being typed"));
+    }
+
+    void aLostCommandComesBackToAnEmptyLine()
+    {
+        ScriptedServer server;
+        server.answerInTurn("a", { { Step::drop() }, { Step::text("whole\n") } });
+        Desk desk;
+        desk.use(server);
+        QVERIFY(desk.reaches(ServerState::Up));
+        desk.send(QStringLiteral("a"));
+        QVERIFY(desk.shows(QStringLiteral("No reply: a")));
+        QCOMPARE(desk.edit().text(), QStringLiteral("a"));
+        QTRY_COMPARE_WITH_TIMEOUT(desk.notice().remedy, Remedy::SendAgain, patienceMs);
+        QTest::keyClick(&desk.edit(), Qt::Key_Return);
+        QVERIFY(desk.notice().text.isEmpty()); // else it could be sent a second time
+        QVERIFY(desk.shows(QStringLiteral("whole")));
+    }
+
+    void aCommandCanBeGivenUp()
+    {
+        ScriptedServer server;
+        server.answer("never", { Step::silence() });
+        server.answer("next", { Step::text("done\n") });
+        Desk desk;
+        QVERIFY(!desk.widget<QPushButton>("giveUpButton").isEnabled());
+        desk.use(server);
+        QVERIFY(desk.reaches(ServerState::Up));
+        desk.send(QStringLiteral("never"));
+        QVERIFY(server.waitForRequest("never"));
+        desk.press("giveUpButton");
+        QVERIFY(!desk.window->commandPanel().isBusy());
+        QVERIFY(desk.record().contains(QStringLiteral("Given up: never")));
+        QVERIFY(desk.notice().text.isEmpty());
+        desk.send(QStringLiteral("next"));
+        QVERIFY(desk.shows(QStringLiteral("done")));
+    }
+
+    void whatWaitsBehindAGivenUpCommandCanBeSentAgain()
+    {
+        ScriptedServer server;
+        server.answer("never", { Step::silence() });
+        server.answer("next", { Step::text("done\n") });
+        server.answer("last", { Step::text("done too\n") });
+        Desk desk;
+        desk.use(server);
+        QVERIFY(desk.reaches(ServerState::Up));
+        for (const char* const command : { "never", "next", "last" })
+            desk.send(QLatin1String(command));
+        QVERIFY(server.waitForRequest("never"));
+        desk.press("giveUpButton");
+        QCOMPARE(desk.notice().remedy, Remedy::SendAgain);
+        QVERIFY2(desk.notice().text.contains(QStringLiteral("2 commands")), qPrintable(desk.notice().text));
+        desk.press("remedyButton");
+        QVERIFY(desk.shows(QStringLiteral("done too")));
+        QVERIFY(desk.notice().text.isEmpty());
+        QCOMPARE(server.requests().count("never"), 1);
+    }
+
+    // Settings.
+
+    void settingsAreReadAndSentAndChecked()
+    {
+        ScriptedServer server;
+        server.answerInTurn("setting",
+            { { Step::text("OK:\nrate: 10\n") }, { Step::text("OK:\nrate: 10\n") },
+                { Step::text("OK:\nrate: 20\n") } });
+        Desk desk;
+        SettingsModel& model = desk.window->settingsPanel().model();
+        QVERIFY(!desk.widget<QPushButton>("readButton").isEnabled());
+        desk.use(server);
+        QTRY_COMPARE_WITH_TIMEOUT(model.rowCount(), 1, patienceMs);
+        QCOMPARE(desk.settingsState(), QStringLiteral("As on the server."));
+        QVERIFY(model.setData(model.index(0, SettingsModel::Value), "20", Qt::EditRole));
+        QVERIFY(desk.settingsState().startsWith(QStringLiteral("1 changed")));
+        desk.press("saveButton");
+        QVERIFY(!desk.widget<QPushButton>("saveButton").isEnabled());
+        QTRY_VERIFY_WITH_TIMEOUT(model.changedNames().isEmpty(), patienceMs);
+        QVERIFY(server.requests().contains("setting rate:20 "));
+        QVERIFY(server.requests().contains("savesetting"));
+        QVERIFY(desk.widget<QPushButton>("saveButton").isEnabled());
+    }
+
+    void aRefusedSettingIsSaid()
+    {
+        ScriptedServer server;
+        server.answer("setting", { Step::text("OK:\nrate: 10\n") });
+        server.answer("setting rate:0 ", { Step::text("NG:rate is too small\n") });
+        Desk desk;
+        SettingsModel& model = desk.window->settingsPanel().model();
+        desk.use(server);
+        QTRY_COMPARE_WITH_TIMEOUT(model.rowCount(), 1, patienceMs);
+        model.setData(model.index(0, SettingsModel::Value), "0", Qt::EditRole);
+        desk.press("downloadButton");
+        QTRY_VERIFY_WITH_TIMEOUT(desk.settingsState().contains(QStringLiteral("rate is too small")), patienceMs);
+        QCOMPARE(model.changedNames(), QStringList { "rate" });
+    }
+
+    void theBasePathFollowsTheStatus()
+    {
+        ScriptedServer server;
+        Desk desk;
+        auto& path = desk.widget<QLineEdit>("pathEdit");
+        path.setText(QStringLiteral("/data"));
+        desk.press("pathButton"); // no server: kept
+        QCOMPARE(desk.window->controller().tarnis().GetSettingValue("basepath", QString()), QStringLiteral("/data"));
+        desk.use(server);
+        QVERIFY(desk.reaches(ServerState::Up));
+        path.setText(QStringLiteral("/data/a b"));
+        QVERIFY(!desk.widget<QPushButton>("pathButton").isEnabled());
+        path.setText(QStringLiteral("/data/a"));
+        desk.widget<QCheckBox>("instCheck").setChecked(true);
+        desk.press("pathButton");
+        QVERIFY(server.waitForRequest("setting inst: basepath:/data/a"));
+        desk.window->controller().tarnis().SetStatus(Tarnis::RUNNING);
+        QVERIFY(!desk.widget<QPushButton>("pathButton").isEnabled());
+        QVERIFY(desk.widget<QPushButton>("pathButton").toolTip().contains(QStringLiteral("Running")));
+    }
+
+    void theReadoutAddressGoesToTheSettings()
+    {
+        Desk desk;
+        Tarnis& tarnis = desk.window->controller().tarnis();
+        desk.widget<QLineEdit>("ipEdit").setText(QStringLiteral("10.0.0"));
+        QVERIFY(!desk.widget<QPushButton>("addressButton").isEnabled());
+        desk.widget<QLineEdit>("ipEdit").setText(QStringLiteral("10.0.0.7"));
+        desk.widget<QSpinBox>("tcpSpin").setValue(24);
+        desk.widget<QSpinBox>("bcpSpin").setValue(4660);
+        desk.press("addressButton");
+        QCOMPARE(tarnis.GetSettingValue("ip", QString()), QStringLiteral("10.0.0.7"));
+        desk.widget<QSpinBox>("indexSpin").setValue(2);
+        QVERIFY(desk.widget<QLineEdit>("ipEdit").text().isEmpty());
+        desk.widget<QLineEdit>("ipEdit").setText(QStringLiteral("10.0.0.8"));
+        desk.press("addressButton");
+        QCOMPARE(tarnis.GetSettingValue("ip2", QString()), QStringLiteral("10.0.0.8"));
+        QCOMPARE(tarnis.GetReadoutAddressText(), QStringLiteral("10.0.0.8:0"));
+        desk.widget<QSpinBox>("indexSpin").setValue(-1);
+        QCOMPARE(desk.widget<QLineEdit>("ipEdit").text(), QStringLiteral("10.0.0.7"));
+        QCOMPARE(desk.widget<QSpinBox>("bcpSpin").value(), 4660);
+    }
+
+    // The server.
+
+    void theDialogAsksForWhatIsMissing()
+    {
+        ConnectDialog dialog({ ServerChoice::Kind::Remote, {}, QStringLiteral("daq"), 5000 }, "> ", nullptr);
+        auto* ok = dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok);
+        QVERIFY(ok->isEnabled());
+        QVERIFY((dialog.choice() == ServerChoice { ServerChoice::Kind::Remote, {}, QStringLiteral("daq"), 5000 }));
+        QCOMPARE(dialog.prompt(), QByteArray("> "));
+        dialog.findChild<QLineEdit*>(QStringLiteral("hostEdit"))->clear();
+        QVERIFY(!ok->isEnabled());
+        auto* program = dialog.findChild<QLineEdit*>(QStringLiteral("programEdit"));
+        QTest::keyClicks(program, QStringLiteral("/no/such/program"));
+        QVERIFY(dialog.findChild<QRadioButton*>(QStringLiteral("localRadio"))->isChecked());
+        QVERIFY(!ok->isEnabled());
+        program->setText(QStringLiteral("/bin/sh"));
+        QVERIFY(ok->isEnabled());
+        dialog.findChild<QLineEdit*>(QStringLiteral("promptEdit"))->clear();
+        QVERIFY(!ok->isEnabled());
+        QVERIFY(!ok->toolTip().isEmpty());
+    }
+
+    void aServerThatDiesIsStartedAgainByOnePress()
+    {
+        ScriptedServer server;
+        server.answer("a", { Step::silence() });
+        const LocalProgram program(faithful(server.port()));
+        Desk desk;
+        desk.use(program);
+        QVERIFY(desk.reaches(ServerState::Up));
+        desk.send(QStringLiteral("a"));
+        desk.type(QStringLiteral("being typed"));
+        QVERIFY(server.waitForRequest("a"));
+        desk.choose("forceAction");
+        QVERIFY(desk.reaches(ServerState::Failed));
+        QCOMPARE(desk.notice().remedy, Remedy::StartAgain);
+        QCOMPARE(desk.widget<QLabel>("statusLabel").text(), QStringLiteral("No connection"));
+        desk.press("remedyButton");
+        QVERIFY(desk.reaches(ServerState::Up));
+        QVERIFY(desk.notice().text.isEmpty());
+        QCOMPARE(desk.edit().text(), QStringLiteral("being typed"));
+        desk.send(QStringLiteral("b"));
+        QVERIFY(desk.shows(QStringLiteral("> b\n(an empty reply)")));
+    }
+
+    void closingEndsTheServerInEveryState_data()
+    {
+        QTest::addColumn<QString>("kind");
+        QTest::addColumn<ServerState>("state");
+        QTest::newRow("no server") << "none" << ServerState::Off;
+        QTest::newRow("remote, nobody greets") << "mute" << ServerState::Starting;
+        QTest::newRow("remote") << "remote" << ServerState::Up;
+        QTest::newRow("remote, a reply under way") << "busy" << ServerState::Up;
+        QTest::newRow("remote, refused") << "refused" << ServerState::Failed;
+        QTest::newRow("local, no port yet") << "read line" << ServerState::Starting;
+        QTest::newRow("local") << "echo 'UI port: %1'; read line" << ServerState::Up;
+        QTest::newRow("local, ended by itself") << "exit 1" << ServerState::Failed;
+    }
+    void closingEndsTheServerInEveryState()
+    {
+        QFETCH(QString, kind);
+        QFETCH(ServerState, state);
+        ScriptedServer server;
+        ScriptedServer mute({ Step::silence() });
+        server.answer("long", { Step::silence() });
+        const LocalProgram program(kind.contains(u'%') ? kind.arg(server.port()) : kind);
+        Desk desk;
+        if (kind == u"mute")
+            desk.use(mute);
+        else if (kind == u"refused")
+            desk.start({ ServerChoice::Kind::Remote, {}, ScriptedServer::host(), ScriptedServer::closedPort() });
+        else if (kind == u"remote" || kind == u"busy")
+            desk.use(server);
+        else if (kind != u"none")
+            desk.use(program);
+        QVERIFY(desk.reaches(state));
+        if (kind == u"busy") {
+            desk.send(QStringLiteral("long"));
+            QVERIFY(server.waitForRequest("long"));
+        }
+        const QProcess* process = desk.window->controller().tarnis().process();
+        const qint64 processId = process ? process->processId() : 0;
+        desk.window->close();
+        QTRY_VERIFY_WITH_TIMEOUT(!desk.window->isVisible(), patienceMs);
+        if (processId > 0)
+            QVERIFY(!isRunning(processId));
+        desk.window.reset();
+        QVERIFY(server.waitUntilDeserted());
+        QVERIFY(mute.waitUntilDeserted());
+    }
+
+    void closingADeafServerOffersToEndIt()
+    {
+        ScriptedServer server;
+        const LocalProgram program(deaf(server.port()));
+        Desk desk;
+        desk.use(program);
+        QVERIFY(desk.reaches(ServerState::Up));
+        const qint64 processId = desk.window->controller().tarnis().process()->processId();
+        desk.window->close();
+        QTRY_COMPARE_WITH_TIMEOUT(desk.notice().remedy, Remedy::EndByForce, patienceMs);
+        QVERIFY(desk.window->isVisible());
+        desk.press("remedyButton");
+        QTRY_VERIFY_WITH_TIMEOUT(!desk.window->isVisible(), patienceMs);
+        QVERIFY(!isRunning(processId));
+    }
+
+    void aBusyServerKeepsTheWindowOpen()
+    {
+        ScriptedServer server;
+        Desk desk;
+        desk.use(server);
+        QVERIFY(desk.reaches(ServerState::Up));
+        desk.window->controller().tarnis().SetStatus(Tarnis::HARDWARE_BUSY);
+        desk.window->close();
+        QVERIFY(desk.window->isVisible());
+        QVERIFY(desk.notice().text.contains(QStringLiteral("busy")));
+        desk.window->controller().tarnis().SetStatus(Tarnis::SERVER_CONNECTED);
+        desk.choose("shutDownAction");
+        QVERIFY(desk.reaches(ServerState::Off));
+        QTest::qWait(0);
+        QVERIFY(desk.window->isVisible()); // the close of before is forgotten
+    }
+
+    void theNextRunRemembers()
+    {
+        QTemporaryDir directory;
+        const QString file = directory.filePath(QStringLiteral("console.ini"));
+        ScriptedServer server(wellBehaved(), "# ");
+        Options options;
+        options.server = ServerChoice { ServerChoice::Kind::Remote, {}, ScriptedServer::host(), server.port() };
+        options.prompt = "# ";
+        {
+            QSettings memory(file, QSettings::IniFormat);
+            MainWindow window(memory);
+            window.resize(1300, 800);
+            window.show();
+            window.commandPanel().history().add(QStringLiteral("typed once"));
+            window.startServer(options);
+            QTRY_COMPARE_WITH_TIMEOUT(window.controller().state(), ServerState::Up, patienceMs);
+            window.close();
+            QTRY_VERIFY_WITH_TIMEOUT(!window.isVisible(), patienceMs);
+        }
+        QSettings memory(file, QSettings::IniFormat);
+        MainWindow window(memory);
+        window.show();
+        QCOMPARE(window.commandPanel().history().entries(), QStringList { "typed once" });
+        window.startServer({});
+        QTRY_COMPARE_WITH_TIMEOUT(window.controller().state(), ServerState::Up, patienceMs);
+        QVERIFY(window.controller().choice() == *options.server);
+        QCOMPARE(window.controller().prompt(), QByteArray("# "));
+        window.close();
+        QTRY_VERIFY_WITH_TIMEOUT(!window.isVisible(), patienceMs);
+    }
+
+    void everyWindowOpensOnceAndCloses()
+    {
+        ScriptedServer server;
+        server.answer("stat", { Step::text("OK:\na: 1\n") });
+        server.answer("setting", { Step::text("OK:\nb: 2\n") });
+        Desk desk;
+        QVERIFY(!desk.window->openWindow(desk.window->entries().first()));
+        desk.use(server);
+        QVERIFY(desk.reaches(ServerState::Up));
+        for (const WindowEntry& entry : desk.window->entries()) {
+            const QPointer<QWidget> window = desk.window->openWindow(entry);
+            QVERIFY(window && window->isVisible());
+            QCOMPARE(desk.window->openWindow(entry), window.data());
+            QVERIFY2(!window->windowTitle().isEmpty(), qPrintable(entry.id));
+            window->close();
+            QTRY_VERIFY(window.isNull());
+            QVERIFY(desk.window->openWindow(entry));
+        }
+    }
+};
+
+QTEST_MAIN(TestConsoleWindow)
+#include "tst_consolewindow.moc"

@@ -1,0 +1,279 @@
+// Open windows of the server's histograms when its list changes: a new one takes the place of each that it concerns.
+#include "console/consolefixture.h"
+#include "console/histogramserver.h"
+#include "console/windowlists.h"
+#include "histograms/histogramlist.h"
+#include "windows/openwindows.h"
+
+#include <tarnis/plots/multivectorgraphwidget.h>
+#include <tarnis/plots/xy2dgraphwidget.h>
+
+#include <QApplication>
+#include <QComboBox>
+#include <QDialog>
+#include <QLineEdit>
+#include <QMenu>
+#include <QPointer>
+
+using namespace console;
+using namespace tarnis::testing;
+
+namespace {
+
+/// Other ones than those of twoHistograms.
+const QByteArray otherTimes("OK:\ntime: kind=1d bins=5 min=0 max=10\n");
+
+/// Connected, with the list read and the arrival times on show.
+QWidget* openCurves(ScriptedServer& server, Desk& desk)
+{
+    desk.use(server);
+    const auto isOnShow = [&] {
+        auto* const curves = desk.open<Graph1DDialog>("curves");
+        return curves && curves->getGraphWidget()->hasData();
+    };
+    if (!isListed(desk, "time") || !QTest::qWaitFor(isOnShow, patienceMs))
+        qFatal("no curves");
+    return desk.find("curves");
+}
+
+/// The server ends and is back with this list, which has been read.
+void comeBackWith(ScriptedServer& server, Desk& desk, const QByteArray& list)
+{
+    server.answer("hists", { Step::text(list) });
+    const qsizetype asked = server.requests().count("hists");
+    desk.choose("shutDownAction");
+    if (!desk.reaches(ServerState::Off))
+        qFatal("not off");
+    const QList<HistogramInfo> all = histogramsOf(QString::fromUtf8(list));
+    desk.choose("startAction");
+    if (!desk.reaches(ServerState::Up))
+        qFatal("not back");
+    const auto isRead = [&] {
+        return all.isEmpty() ? server.requests().count("hists") > asked
+                             : desk.window->histograms().find(all.first().name).has_value();
+    };
+    if (!QTest::qWaitFor(isRead, patienceMs))
+        qFatal("no list");
+}
+
+} // namespace
+
+class TestConsoleFollower : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { QApplication::setQuitOnLastWindowClosed(false); }
+
+    void windowsFollowANewList()
+    {
+        Laboratory server;
+        server.answer("hist1d time 0 2 bins:1000", { Step::doubles(QList<double>(3000, 1.0), "OK:\n") });
+        server.answer("hist2d image bins:3x2", { Step::doubles({ 1, 2, 3, 4, 5, 9 }, "OK: exported 3 x 2 y\n") });
+        Desk desk;
+        OpenList list(server, desk);
+        QVERIFY(list.opensTheMap());
+        OpenWindows& windows = desk.window->windows();
+        const QPointer<QWidget> curves = desk.find("curves");
+        const QPointer<QWidget> map = windows.find(QStringLiteral("histogram image"));
+        QVERIFY(curves && map);
+        curves->setGeometry(40, 50, 700, 400);
+        curves->findChild<QComboBox*>(QStringLiteral("typeComboBox"))->setCurrentIndex(1);
+        map->setGeometry(10, 20, 500, 450);
+        map->showMaximized();
+        const QStringList titles = titlesOf(windows.all());
+        comeBackWith(server, desk,
+            "OK:\ntime: kind=1d rows=3 bins=2000 min=5 max=500 label=Flight unit=ms\n"
+            "image: kind=2d binsx=3 minx=-2 maxx=2 binsy=2 miny=0 maxy=7\n");
+        QTRY_VERIFY(curves.isNull() && map.isNull());
+        auto* const freshCurves = qobject_cast<Graph1DDialog*>(windows.find(QStringLiteral("curves")));
+        auto* const freshMap = qobject_cast<Graph2DDialog*>(windows.find(QStringLiteral("histogram image")));
+        QVERIFY(freshCurves && freshMap);
+        QCOMPARE(titlesOf(windows.all()), titles); // in the order in which they were opened
+        QVERIFY(server.waitForRequest("hist1d time 0 2 bins:1000"));
+        QTRY_VERIFY_WITH_TIMEOUT(freshCurves->getGraphWidget()->hasData(), patienceMs);
+        double min = 0.0;
+        double max = 0.0;
+        freshCurves->getGraphWidget()->getMinMaxX(min, max);
+        QCOMPARE(min, 5.0);
+        QCOMPARE(max, 500.0);
+        QCOMPARE(freshCurves->getGraphWidget()->getNameX(), "Flight [ms]");
+        QCOMPARE(freshCurves->geometry(), QRect(40, 50, 700, 400));
+        QCOMPARE(freshCurves->findChild<QComboBox*>(QStringLiteral("typeComboBox"))->currentIndex(), 1);
+        QTRY_COMPARE_WITH_TIMEOUT(freshMap->getGraphWidget()->getMaxValue(), 9.0, patienceMs);
+        freshMap->getGraphWidget()->getMinMaxY(min, max);
+        QCOMPARE(max, 7.0);
+        QVERIFY(freshMap->isMaximized());
+        QCOMPARE(freshMap->normalGeometry(), QRect(10, 20, 500, 450));
+    }
+
+    void theKeyboardStaysWhereItIs_data()
+    {
+        QTest::addColumn<QString>("place");
+        QTest::newRow("in the console") << "console";
+        QTest::newRow("in the window") << "window";
+        QTest::newRow("in a box of the window") << "box";
+    }
+    void theKeyboardStaysWhereItIs()
+    {
+        QFETCH(QString, place);
+        Laboratory server;
+        Desk desk;
+        const QPointer<QWidget> curves = openCurves(server, desk);
+        QDialog* const box = new QDialog(curves);
+        box->show();
+        QWidget& has = place == u"console" ? *desk.window : place == u"window" ? *curves : *box;
+        OpenWindows::bringForward(has);
+        QTRY_VERIFY(has.isActiveWindow());
+        comeBackWith(server, desk, otherTimes);
+        QTRY_VERIFY(curves.isNull());
+        OpenWindows& windows = desk.window->windows();
+        QWidget* const fresh = windows.find(QStringLiteral("curves"));
+        QTRY_COMPARE(QApplication::activeWindow(), place == u"console" ? desk.window.get() : fresh);
+        QCOMPARE(windows.front(), fresh);
+    }
+
+    void whatTheListDoesNotChangeStays_data()
+    {
+        QTest::addColumn<QByteArray>("list");
+        QTest::newRow("the same") << twoHistograms;
+        QTest::newRow("gone from the list") << QByteArray("OK:\ntotal: kind=1d bins=4 min=0 max=1\n");
+        QTest::newRow("no list") << QByteArray("NG:unknown command 'hists'\n");
+    }
+    void whatTheListDoesNotChangeStays()
+    {
+        QFETCH(QByteArray, list);
+        Laboratory server;
+        Desk desk;
+        const QPointer<QWidget> curves = openCurves(server, desk);
+        const qsizetype polls = server.requests().count("hist1d time 0 1 bins:4");
+        comeBackWith(server, desk, list);
+        QTRY_VERIFY_WITH_TIMEOUT(server.requests().count("hist1d time 0 1 bins:4") >= polls + 2, patienceMs);
+        QVERIFY(curves && curves->isVisible());
+        QCOMPARE(desk.window->windows().find(QStringLiteral("curves")), curves.data());
+    }
+
+    void aListThatComesLateCountsForOpenWindows()
+    {
+        Laboratory server;
+        server.answer("hists", { Step::hold("list"), Step::text(twoHistograms) });
+        Desk desk;
+        desk.use(server);
+        QVERIFY(desk.reaches(ServerState::Up));
+        QVERIFY(server.waitForHold("list"));
+        const QPointer<QWidget> curves = desk.find("curves");
+        QVERIFY(server.waitForRequest("hist1d time 0 7 bins:1024"));
+        server.open("list");
+        QTRY_VERIFY_WITH_TIMEOUT(curves.isNull(), patienceMs);
+        QVERIFY(server.waitForRequest("hist1d time 0 1 bins:4"));
+        const QPointer<QWidget> fresh = desk.window->windows().find(QStringLiteral("curves"));
+        QVERIFY(fresh);
+        desk.window->histograms().read(QString::fromUtf8(twoHistograms)); // the same once more
+        QCOMPARE(desk.find("curves"), fresh.data());
+    }
+
+    void aMinimizedWindowStaysMinimized()
+    {
+        Laboratory server;
+        Desk desk;
+        const QPointer<QWidget> curves = openCurves(server, desk);
+        curves->showMinimized();
+        comeBackWith(server, desk, otherTimes);
+        QTRY_VERIFY(curves.isNull());
+        const QWidget* const fresh = desk.window->windows().find(QStringLiteral("curves"));
+        QVERIFY(fresh && fresh->isMinimized());
+        QVERIFY(desk.window->windows().onScreen().isEmpty());
+    }
+
+    void aPictureThatIsKeptStaysUntilTheNextUpdate_data()
+    {
+        QTest::addColumn<QString>("control");
+        QTest::addColumn<bool>("isLive");
+        QTest::newRow("button") << "updatePushButton" << false;
+        QTest::newRow("check box") << "autoUpdateCheckBox" << true;
+    }
+    void aPictureThatIsKeptStaysUntilTheNextUpdate()
+    {
+        QFETCH(QString, control);
+        QFETCH(bool, isLive);
+        Laboratory server;
+        server.answer("hist1d time 0 0 bins:5", { Step::doubles({ 1, 2, 3, 4, 5 }, "OK:\n") });
+        Desk desk;
+        const QPointer<QWidget> curves = openCurves(server, desk);
+        curves->findChild<QAbstractButton*>(QStringLiteral("autoUpdateCheckBox"))->setChecked(false);
+        comeBackWith(server, desk, otherTimes);
+        QVERIFY(curves);
+        QCOMPARE(desk.find("curves"), curves.data());
+        auto* const button = curves->findChild<QAbstractButton*>(control);
+        QTRY_VERIFY_WITH_TIMEOUT(button->isEnabled(), patienceMs);
+        QVERIFY(!server.requests().contains("hist1d time 0 0 bins:5"));
+        button->click();
+        QTRY_VERIFY(curves.isNull());
+        auto* const fresh = qobject_cast<Graph1DDialog*>(desk.window->windows().find(QStringLiteral("curves")));
+        QVERIFY(fresh);
+        QTRY_VERIFY_WITH_TIMEOUT(fresh->getGraphWidget()->hasData(), patienceMs);
+        QCOMPARE(fresh->isAutoUpdate(), isLive);
+    }
+
+    void aFilteredMapOutlivesItsMap()
+    {
+        Laboratory server;
+        Desk desk;
+        OpenList list(server, desk);
+        QVERIFY(list.opensTheMap());
+        const QString id = QStringLiteral("histogram image");
+        const QPointer<Graph2DDialog> map = qobject_cast<Graph2DDialog*>(desk.window->windows().find(id));
+        QVERIFY(map);
+        QTRY_COMPARE_WITH_TIMEOUT(map->getGraphWidget()->getMaxValue(), 6.0, patienceMs);
+        Graph2DFilter filter;
+        map->onFilterAccepted(filter);
+        const QPointer<Graph2DDialog> filtered = map->findChild<Graph2DDialog*>();
+        QVERIFY(filtered);
+        filtered->setGeometry(30, 60, 420, 380);
+        comeBackWith(server, desk, "OK:\nimage: kind=2d binsx=3 minx=-2 maxx=2 binsy=2 miny=0 maxy=7\n");
+        QTRY_VERIFY(map.isNull());
+        QVERIFY(filtered && filtered->isVisible());
+        QCOMPARE(filtered->geometry(), QRect(30, 60, 420, 380));
+        QCOMPARE(filtered->parentWidget(), desk.window->windows().find(id));
+        QCOMPARE(desk.window->windows().onScreen().constLast(), filtered.data());
+    }
+
+    void aMenuThatIsOpenIsWaitedFor()
+    {
+        Laboratory server;
+        Desk desk;
+        const QPointer<QWidget> curves = openCurves(server, desk);
+        QMenu menu(curves);
+        menu.addAction(QStringLiteral("one"));
+        menu.popup(QPoint(100, 100));
+        QCOMPARE(QApplication::activePopupWidget(), &menu);
+        desk.window->histograms().read(QString::fromUtf8(otherTimes));
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QVERIFY(curves && curves->isVisible());
+        menu.close();
+        menu.setParent(nullptr);
+        QTRY_VERIFY(curves.isNull());
+        QVERIFY(desk.window->windows().find(QStringLiteral("curves")));
+    }
+
+    void aLineThatIsTypedIsWaitedFor()
+    {
+        Laboratory server;
+        Desk desk;
+        const QPointer<QWidget> curves = openCurves(server, desk);
+        auto* const box = new QDialog(curves);
+        auto* const line = new QLineEdit(box);
+        box->show();
+        OpenWindows::bringForward(*box);
+        line->setFocus();
+        QTRY_COMPARE(QApplication::focusWidget(), line);
+        desk.window->histograms().read(QString::fromUtf8(otherTimes));
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QVERIFY(curves && curves->isVisible());
+        line->clearFocus();
+        QTRY_VERIFY(curves.isNull());
+        QVERIFY(desk.window->windows().find(QStringLiteral("curves")));
+    }
+};
+
+QTEST_MAIN(TestConsoleFollower)
+#include "tst_consolewindowupdater.moc"

@@ -1,0 +1,339 @@
+// Every word in the console's open windows when the language changes: none of the language of before is left.
+#include "console/consolefixture.h"
+#include "console/windowlists.h"
+#include "app/language.h"
+#include "notices/messagelist.h"
+#include "settings/settingspanel.h"
+
+#include <tarnis/dialogs/graph1ddialog.h>
+#include <tarnis/dialogs/graph2ddialog.h>
+#include <tarnis/dialogs/statdialog.h>
+#include <tarnis/plots/multivectorgraphwidget.h>
+#include <tarnis/plots/xy2dgraphwidget.h>
+
+#include <QComboBox>
+#include <QFile>
+#include <QGroupBox>
+#include <QHeaderView>
+#include <QMenu>
+#include <QPlainTextEdit>
+#include <QRegularExpression>
+#include <QTableView>
+#include <QTableWidget>
+#include <QXmlStreamReader>
+
+using namespace console;
+using namespace tarnis::testing;
+
+namespace {
+
+/// A server with a little of everything that the windows ask for.
+class Laboratory : public ScriptedServer {
+public:
+    Laboratory()
+    {
+        answer("hist1d time 0 7 bins:1024", { Step::doubles({ 1, 2, 3, 4, 5, 6, 7, 8 }, "OK:\n") });
+        answer("hist1d total pairs bins:1024", { Step::doubles({ 0, 5 }, "OK: (0 40000 1024)\n") });
+        answer("hist2d image bins:256x256",
+            { Step::doubles(QList<double>(256 * 256, 1.0), "OK: exported 256 x 256 y\n") });
+        // Without labels: what the server calls an axis stays as it is in every language.
+        answer("hists",
+            { Step::text("OK:\ntime: kind=1d rows=8 bins=1024 min=0 max=40\n"
+                         "total: kind=1d bins=1024 min=0 max=40\n"
+                         "position: kind=1d rows=8 bins=1000 min=0 max=1000\n"
+                         "spectrum: kind=1d bins=100 min=0 max=100\n"
+                         "image: kind=2d binsx=256 minx=0 maxx=1 binsy=256 miny=0 maxy=1\n") });
+        answer("stat", { Step::text("OK:\nevents: 12\n") });
+        answer("setting", { Step::text("OK:\nthreshold: 20\n") });
+        answer("pwd", { Step::text("OK:\n/data\n") });
+        answer("ls-F \"/data\"", { Step::text("OK:\nrun000001_20260101_120000/\nnotes\n") });
+    }
+};
+
+/// Texts of a catalogue as patterns: what stands for a number or a name matches anything.
+class Vocabulary {
+public:
+    void add(const QString& text)
+    {
+        QString pattern = QRegularExpression::escape(text);
+        pattern.replace(QRegularExpression(QStringLiteral("%L?(\\d|n)|\\\\%(\\\\)?L?(\\d|n)")), QStringLiteral(".+"));
+        QString letters = text;
+        letters.remove(QRegularExpression(QStringLiteral("%L?(\\d|n)|[^A-Za-z]")));
+        if (letters.size() < 3)
+            return; // says nothing in any language
+        m_patterns.append(QRegularExpression(
+            QRegularExpression::anchoredPattern(pattern), QRegularExpression::DotMatchesEverythingOption));
+    }
+    bool holds(const QString& text) const
+    {
+        return std::any_of(m_patterns.begin(), m_patterns.end(),
+            [&](const QRegularExpression& pattern) { return pattern.match(text).hasMatch(); });
+    }
+
+private:
+    QList<QRegularExpression> m_patterns;
+};
+
+struct Catalogue {
+    Vocabulary english;
+    Vocabulary german;
+
+    void read(const QString& path)
+    {
+        QFile file(path);
+        if (!file.open(QIODevice::ReadOnly))
+            qFatal("%s is missing", qPrintable(path));
+        QXmlStreamReader xml(&file);
+        QString source;
+        while (!xml.atEnd()) {
+            if (xml.readNext() != QXmlStreamReader::StartElement)
+                continue;
+            if (xml.name() == u"source")
+                source = xml.readElementText();
+            else if (xml.name() == u"translation" || xml.name() == u"numerusform")
+                addPair(source, xml.readElementText(QXmlStreamReader::IncludeChildElements));
+        }
+    }
+    void addPair(const QString& source, const QString& translation)
+    {
+        if (translation == source)
+            return;
+        english.add(source);
+        german.add(translation);
+    }
+};
+
+int addType(const MultiVectorGraphWidget& plot)
+{
+    struct Peek : MultiVectorGraphWidget {
+        static int of(const MultiVectorGraphWidget& plot) { return plot.*(&Peek::m_addType); }
+    };
+    return Peek::of(plot);
+}
+
+QString plain(QString text)
+{
+    static const QRegularExpression key(QStringLiteral(" \\([^()]*(F\\d+|\\+.)\\)$")); // of withKey()
+    text.remove(key);
+    return text;
+}
+
+void addTexts(QStringList& texts, const QObject& object)
+{
+    for (const char* const property :
+        { "text", "title", "windowTitle", "toolTip", "placeholderText", "accessibleName", "accessibleDescription" }) {
+        const QString text = plain(object.property(property).toString());
+        if (!text.isEmpty() && !qobject_cast<const QLineEdit*>(&object))
+            texts.append(text);
+    }
+    if (const auto* const plot = qobject_cast<const XYGraphWidget*>(&object))
+        texts << plot->getNameX() << plot->getNameY();
+    if (const auto* const header = qobject_cast<const QHeaderView*>(&object)) {
+        for (int i = 0; header->model() && header->orientation() == Qt::Horizontal && i < header->count(); ++i)
+            texts.append(header->model()->headerData(i, Qt::Horizontal).toString());
+    }
+    if (const auto* const box = qobject_cast<const QComboBox*>(&object)) {
+        for (int i = 0; i < box->count(); ++i)
+            texts.append(box->itemText(i));
+    }
+}
+
+/// All that stands in the open windows, but for what people and servers wrote.
+QStringList textsOnShow()
+{
+    QStringList texts;
+    const QWidgetList all = QApplication::allWidgets();
+    for (const QWidget* const widget : all) {
+        if (!widget->window()->isVisible() && !qobject_cast<const QMenu*>(widget))
+            continue;
+        if (qobject_cast<const QPlainTextEdit*>(widget))
+            continue; // a record of what was said
+        addTexts(texts, *widget);
+        const auto actions = widget->actions();
+        for (const QAction* const action : actions)
+            addTexts(texts, *action);
+    }
+    texts.removeDuplicates();
+    return texts;
+}
+
+QStringList leftOver(const Vocabulary& before, const Vocabulary& now)
+{
+    QStringList left;
+    const QStringList texts = textsOnShow();
+    for (const QString& text : texts) {
+        if (before.holds(text) && !now.holds(text))
+            left.append(text);
+    }
+    return left;
+}
+
+} // namespace
+
+class TestConsoleWords : public QObject {
+    Q_OBJECT
+
+    Catalogue m_catalogue;
+
+    static void openAll(Desk& desk)
+    {
+        for (const WindowEntry& entry : desk.window->entries())
+            desk.window->openWindow(entry);
+    }
+
+    /// Until what is on its way has arrived and been said.
+    void change(Desk& desk, const char* action, const Vocabulary& before, const Vocabulary& now)
+    {
+        desk.choose(action);
+        QStringList left;
+        const bool isClean = QTest::qWaitFor(
+            [&] {
+                left = leftOver(before, now);
+                return left.isEmpty();
+            },
+            5000);
+        QVERIFY2(isClean, qPrintable(left.join(QStringLiteral(" | "))));
+    }
+    void changeThereAndBack(Desk& desk)
+    {
+        change(desk, "deAction", m_catalogue.english, m_catalogue.german);
+        change(desk, "enAction", m_catalogue.german, m_catalogue.english);
+        QVERIFY(!textsOnShow().contains(QStringLiteral("desc")));
+    }
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        QApplication::setQuitOnLastWindowClosed(false);
+        m_catalogue.read(QStringLiteral(SOURCE_DIRECTORY "/apps/console/translations/tarnis-console_de.ts"));
+        m_catalogue.read(QStringLiteral(SOURCE_DIRECTORY "/tarnis/translations/tarnis_de.ts"));
+    }
+    void cleanup() { setLanguage(QStringLiteral("en")); }
+
+    void withoutAServer()
+    {
+        Desk desk;
+        openAll(desk);
+        changeThereAndBack(desk);
+    }
+
+    void withEveryWindow()
+    {
+        Laboratory server;
+        Desk desk;
+        desk.use(server);
+        QVERIFY(desk.reaches(ServerState::Up) && isListed(desk, "time"));
+        desk.widget<QLineEdit>("ipEdit").setText(QStringLiteral("192.168.0.16"));
+        desk.press("addressButton");
+        QVERIFY(desk.widget<QLabel>("addressLabel").text().startsWith(u"Set: "));
+        openAll(desk);
+        changeThereAndBack(desk);
+    }
+
+    void whenTheServerIsLost()
+    {
+        auto server = std::make_unique<Laboratory>();
+        Desk desk;
+        desk.use(*server);
+        QVERIFY(desk.reaches(ServerState::Up) && isListed(desk, "time"));
+        openAll(desk);
+        server.reset();
+        QVERIFY(desk.reaches(ServerState::Failed));
+        QTRY_VERIFY_WITH_TIMEOUT(!desk.notice().text.isEmpty(), patienceMs);
+        changeThereAndBack(desk);
+    }
+
+    void aLiveWindowIsNamedAnew()
+    {
+        Laboratory server;
+        Desk desk;
+        desk.use(server);
+        QVERIFY(desk.reaches(ServerState::Up) && isListed(desk, "time"));
+        auto* const curves = desk.open<Graph1DDialog>("curves");
+        const auto* const label = curves->findChild<QLabel*>(QStringLiteral("descLabel"));
+        QCOMPARE(label->text(), "Module 0-7");
+        desk.choose("deAction");
+        QTRY_COMPARE(label->text(), "Modul 0-7");
+        QCOMPARE(curves->windowTitle(), "Ankunftszeiten");
+        QCOMPARE(curves->getGraphWidget()->getNameX(), "Zeit [us]");
+        QCOMPARE(curves->getGraphWidget()->m_groupName, "Modul");
+        desk.choose("enAction");
+        QTRY_COMPARE(label->text(), "Module 0-7");
+    }
+
+    void messagesOfTheLibraryAreTranslated()
+    {
+        const QString crash = QStringLiteral("Server process crashed.");
+        QCOMPARE(MessageList::translated(crash), crash);
+        setLanguage(QStringLiteral("de"));
+        QCOMPARE(MessageList::translated(crash), QString::fromUtf8("Der Serverprozess ist abgest\u00fcrzt."));
+        QCOMPARE(MessageList::translated(QStringLiteral("Socket Error 0 Connection (%1) refused")),
+            "Verbindungsfehler 0: Connection (%1) refused");
+        QCOMPARE(MessageList::translated(QStringLiteral("from a host")), "from a host");
+    }
+
+    void theMenuOfAColourBarIsTranslated()
+    {
+        Laboratory server;
+        Desk desk;
+        desk.use(server);
+        QVERIFY(desk.reaches(ServerState::Up) && isListed(desk, "time"));
+        desk.choose("deAction");
+        auto* const map = desk.open<Graph2DDialog>("map");
+        auto* const plot = map->getGraphWidget();
+        QTest::mouseClick(plot, Qt::RightButton, {}, QPoint(plot->width() - 8, plot->height() / 2));
+        QMenu* menu = nullptr;
+        QTRY_VERIFY((menu = qobject_cast<QMenu*>(QApplication::activePopupWidget())));
+        QCOMPARE(menu->actions().at(0)->text(), "Muster - Regenbogen 1");
+        QCOMPARE(menu->actions().at(8)->text(), QString::fromUtf8(" \u00c4ndern - Farbe des Maximums"));
+        menu->close();
+    }
+
+    void theKeyboardBoxFitsAndFollows()
+    {
+        Desk desk;
+        desk.choose("keysAction");
+        const auto* const box = desk.window->findChild<QDialog*>(QStringLiteral("keyboardBox"));
+        const auto* const table = box->findChild<QTableWidget*>(QStringLiteral("keyTable"));
+        QVERIFY(box->height() <= 500);
+        QVERIFY(table->rowCount() > 20);
+        const int width = table->fontMetrics().horizontalAdvance(table->item(table->rowCount() - 3, 0)->text());
+        QVERIFY(table->columnWidth(0) > width);
+        desk.choose("deAction");
+        QTRY_COMPARE(table->item(table->rowCount() - 1, 1)->text(), "In einem Diagramm: alles zeigen");
+    }
+
+    void theKeyboardBoxKnowsTheKeysOfTheWindows()
+    {
+        Desk desk;
+        desk.choose("keysAction");
+        const auto* const table =
+            desk.window->findChild<QDialog*>(QStringLiteral("keyboardBox"))->findChild<QTableWidget*>();
+        QStringList rows;
+        for (int row = 0; row < table->rowCount(); ++row)
+            rows.append(table->item(row, 0)->text() + QLatin1String(": ") + table->item(row, 1)->text());
+        for (const char* const expected : { "F5: In Runs and the snapshots: refresh",
+                 "F3, Shift+F3: In the log file: find further down and up", "Ctrl+O: In Text on the Server: open",
+                 "Ctrl+S, Ctrl+Shift+S: In Text on the Server: save, save under another name" })
+            QVERIFY2(rows.contains(QLatin1String(expected)), expected);
+    }
+
+    void whatIsAddedUpDoesNotDependOnTheLanguage()
+    {
+        Laboratory server;
+        Desk desk;
+        desk.use(server);
+        QVERIFY(desk.reaches(ServerState::Up) && isListed(desk, "time"));
+        desk.choose("deAction");
+        auto* const curves = desk.open<Graph1DDialog>("curves");
+        auto& box = *curves->findChild<QComboBox*>(QStringLiteral("typeComboBox"));
+        QCOMPARE(box.itemText(0), "Einzeln");
+        box.setCurrentIndex(1);
+        QCOMPARE(addType(*curves->getGraphWidget()), int(MultiVectorGraphWidget::AddAll));
+        box.setCurrentIndex(0);
+        QCOMPARE(addType(*curves->getGraphWidget()), int(MultiVectorGraphWidget::AddEachGroup));
+    }
+};
+
+QTEST_MAIN(TestConsoleWords)
+#include "tst_consolewords.moc"

@@ -1,0 +1,16 @@
+// What a person at a console knows of the server's histograms.
+#pragma once
+
+#include "console/consolefixture.h"
+#include "histograms/serverhistograms.h"
+
+namespace tarnis::testing {
+
+/// The server's list has come, with this one: windows that open now are not replaced.
+inline bool isListed(Desk& desk, const char* histogram)
+{
+    return QTest::qWaitFor(
+        [&] { return desk.window->histograms().find(QLatin1String(histogram)).has_value(); }, patienceMs);
+}
+
+} // namespace tarnis::testing

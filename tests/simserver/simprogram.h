@@ -1,0 +1,84 @@
+// The simulated server as a process, and a plain client for it, for tests.
+#pragma once
+
+#include "console/payload.h"
+
+#include <QByteArray>
+#include <QProcess>
+#include <QStringList>
+
+#include <vector>
+
+namespace simtest {
+
+constexpr int patienceMs = 30000;
+
+/// Starts tarnis-simserver and ends it on destruction.
+class Program {
+public:
+    explicit Program(const QStringList& arguments = {});
+    ~Program();
+    Program(const Program&) = delete;
+    Program& operator=(const Program&) = delete;
+
+    /// The port that it prints; 0 if it ends before.
+    quint16 port();
+    /// Everything on standard output so far and until `text` is in it or the program ends.
+    QByteArray outputUntil(const QByteArray& text);
+    void type(const QByteArray& text); ///< on its standard input
+    void closeInput();
+    void terminate() { m_process.terminate(); }
+    bool isRunning() const { return m_process.state() == QProcess::Running; }
+    /// "exit 0", "crash": how it ended. Waits for it.
+    QString end();
+    QByteArray errors(); ///< standard error; waits for the end
+    qint64 processId() const { return m_process.processId(); }
+
+private:
+    QProcess m_process;
+    QByteArray m_output;
+    quint16 m_port = 0;
+};
+
+struct BinaryReply {
+    qint32 length = 0;
+    QByteArray payload;
+    QByteArray text;
+    std::vector<double> values() const { return doublesOf(payload); }
+};
+
+/// One connection. Every wait ends after half a minute, which no test reaches.
+class Wire {
+public:
+    /// Connects and takes the greeting, unless `greeted` is false.
+    explicit Wire(quint16 port, const QByteArray& prompt = "> ", bool greeted = true);
+    ~Wire();
+    Wire(const Wire&) = delete;
+    Wire& operator=(const Wire&) = delete;
+
+    void send(const QByteArray& bytes);
+    /// Bytes up to the prompt at their end, without it.
+    QByteArray text();
+    BinaryReply binary();
+    QByteArray ask(const QByteArray& command);
+    BinaryReply askBinary(const QByteArray& command);
+    /// The value behind "name: " in a text reply.
+    QByteArray value(const QByteArray& command, const QByteArray& name);
+    /// Exactly so many bytes, or what comes before the connection ends.
+    QByteArray bytes(qsizetype count);
+    /// All that comes until the server ends the connection.
+    QByteArray untilClosed();
+    bool isReset() const { return m_reset; } ///< how the connection ended
+    const QByteArray& greeting() const { return m_greeting; }
+
+private:
+    bool more();
+
+    int m_socket;
+    QByteArray m_prompt;
+    QByteArray m_buffer;
+    QByteArray m_greeting;
+    bool m_reset = false;
+};
+
+} // namespace simtest
