@@ -1,7 +1,7 @@
 #include "tarnis/dialogs/graph2dkernel_p.h"
 
 #include "tarnis/dialogs/graph2dfilterdialog.h"
-#include "tarnis/plots/widelanes_p.h"
+#include "tarnis/plots/raster/bincolouring_avx2_p.h"
 
 #include <algorithm>
 #include <array>

@@ -1,6 +1,6 @@
 #include "tarnis/plots/curvepaint_p.h"
 
-#include "tarnis/plots/pixeltarget_p.h"
+#include "tarnis/plots/raster/pixeltarget_p.h"
 
 #include <QPaintEngine>
 #include <QPainter>

@@ -1,7 +1,7 @@
 // Curves drawn with a painter's pen.
 #pragma once
 
-#include "tarnis/plots/curvelines_p.h"
+#include "tarnis/plots/math/curvelines_p.h"
 
 #include <optional>
 

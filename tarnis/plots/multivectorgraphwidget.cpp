@@ -3,8 +3,8 @@
 #include "tarnis/plots/multivectorgraphwidget.h"
 
 #include "tarnis/foundation/followlanguage_p.h"
-#include "tarnis/plots/plotnumbers_p.h"
-#include "tarnis/plots/seriessums_p.h"
+#include "tarnis/plots/math/floatcomparison_p.h"
+#include "tarnis/plots/math/seriesgrouping_p.h"
 
 #include <QAction>
 

@@ -2,9 +2,9 @@
 #include "tarnis/plots/multivectorgraphwidget.h"
 
 #include "tarnis/plots/curvepaint_p.h"
-#include "tarnis/plots/peakcurve_p.h"
-#include "tarnis/plots/readout_p.h"
-#include "tarnis/plots/seriessums_p.h"
+#include "tarnis/plots/math/peakcurve_p.h"
+#include "tarnis/plots/math/readout_p.h"
+#include "tarnis/plots/math/seriesgrouping_p.h"
 
 #include <QMouseEvent>
 #include <QPainter>

@@ -6,8 +6,8 @@
 #include "tarnis/foundation/modalbox_p.h"
 #include "tarnis/foundation/trace_p.h"
 #include "tarnis/peak/peaksearchdialog.h"
-#include "tarnis/plots/csvtext_p.h"
-#include "tarnis/plots/seriesnames_p.h"
+#include "tarnis/plots/math/csvtext_p.h"
+#include "tarnis/plots/math/seriesnames_p.h"
 
 #include <QHeaderView>
 #include <QTableWidget>

@@ -1,6 +1,6 @@
 #include "tarnis/plots/plotpixmap_p.h"
 
-#include "tarnis/plots/plotnumbers_p.h"
+#include "tarnis/plots/math/floatcomparison_p.h"
 
 #include <QFile>
 #include <QPainter>

@@ -3,9 +3,9 @@
 #include "tarnis/foundation/followlanguage_p.h"
 #include "tarnis/foundation/modalbox_p.h"
 #include "tarnis/peak/peaksearchdialog.h"
-#include "tarnis/plots/csvtext_p.h"
+#include "tarnis/plots/math/csvtext_p.h"
 #include "tarnis/plots/curvepaint_p.h"
-#include "tarnis/plots/peakcurve_p.h"
+#include "tarnis/plots/math/peakcurve_p.h"
 
 #include <QAction>
 #include <QPainter>

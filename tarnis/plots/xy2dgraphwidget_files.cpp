@@ -4,7 +4,7 @@
 #include "tarnis/foundation/modalbox_p.h"
 #include "tarnis/foundation/trace_p.h"
 #include "tarnis/plots/colorbarwidget.h"
-#include "tarnis/plots/maptext_p.h"
+#include "tarnis/plots/math/maptext_p.h"
 #include "tarnis/plots/plotpixmap_p.h"
 #include "tarnis/plots/vectorgraphwidget.h"
 

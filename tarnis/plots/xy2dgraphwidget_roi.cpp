@@ -3,8 +3,8 @@
 
 #include "tarnis/foundation/followlanguage_p.h"
 #include "tarnis/foundation/trace_p.h"
-#include "tarnis/plots/mapcut_p.h"
-#include "tarnis/plots/plotnumbers_p.h"
+#include "tarnis/plots/math/projection_p.h"
+#include "tarnis/plots/math/floatcomparison_p.h"
 #include "tarnis/plots/viewselectedroi.h"
 
 #include <QAction>

@@ -4,7 +4,7 @@
 
 #include "tarnis/foundation/followlanguage_p.h"
 #include "tarnis/plots/labelcache_p.h"
-#include "tarnis/plots/plotnumbers_p.h"
+#include "tarnis/plots/math/floatcomparison_p.h"
 
 #include <QAction>
 

@@ -3,7 +3,7 @@
 
 #include "tarnis/foundation/modalbox_p.h"
 #include "tarnis/plots/labeleditor_p.h"
-#include "tarnis/plots/plotnumbers_p.h"
+#include "tarnis/plots/math/floatcomparison_p.h"
 #include "tarnis/plots/plotpixmap_p.h"
 
 #include <QLineEdit>

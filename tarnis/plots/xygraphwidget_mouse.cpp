@@ -1,7 +1,7 @@
 // The mouse tools: their actions, the events, and what a drag or a click does to the ranges.
 #include "tarnis/plots/xygraphwidget.h"
 
-#include "tarnis/plots/plotmap_p.h"
+#include "tarnis/plots/math/axismapping_p.h"
 #include "tarnis/plots/plottool_p.h"
 
 #include <QAction>

@@ -3,10 +3,10 @@
 
 #include "tarnis/foundation/helpers.h"
 #include "tarnis/plots/labelcache_p.h"
-#include "tarnis/plots/pixeltarget_p.h"
-#include "tarnis/plots/plotaxis_p.h"
-#include "tarnis/plots/plotmap_p.h"
-#include "tarnis/plots/plotnumbers_p.h"
+#include "tarnis/plots/raster/pixeltarget_p.h"
+#include "tarnis/plots/math/axisticks_p.h"
+#include "tarnis/plots/math/axismapping_p.h"
+#include "tarnis/plots/math/floatcomparison_p.h"
 #include "tarnis/plots/plotpixmap_p.h"
 
 #include <QPainter>

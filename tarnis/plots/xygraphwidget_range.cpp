@@ -3,7 +3,7 @@
 
 #include "tarnis/foundation/followlanguage_p.h"
 #include "tarnis/foundation/log.h"
-#include "tarnis/plots/plotnumbers_p.h"
+#include "tarnis/plots/math/floatcomparison_p.h"
 #include "tarnis/plots/xrangeinputdialog.h"
 
 #include <QAction>

@@ -2,8 +2,8 @@
 #include "tarnis/plots/xygraphwidget.h"
 
 #include "tarnis/foundation/helpers.h"
-#include "tarnis/plots/plotmap_p.h"
-#include "tarnis/plots/plotnumbers_p.h"
+#include "tarnis/plots/math/axismapping_p.h"
+#include "tarnis/plots/math/floatcomparison_p.h"
 
 #include <QFontMetrics>
 

@@ -1,7 +1,7 @@
 // The text of CSV files.
 #include "support/support.h"
 
-#include "tarnis/plots/csvtext_p.h"
+#include "tarnis/plots/math/csvtext_p.h"
 
 #include <QLocale>
 #include <QTest>

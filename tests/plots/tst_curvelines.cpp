@@ -2,8 +2,8 @@
 // extremes of runs.
 #include "support/support.h"
 
-#include "tarnis/plots/curvelines_p.h"
-#include "tarnis/plots/sampleextremes_p.h"
+#include "tarnis/plots/math/curvelines_p.h"
+#include "tarnis/plots/math/sampleextremes_p.h"
 
 #include <QTest>
 

@@ -1,7 +1,7 @@
 // Which samples of a curve are in view, and on which pixels they stand.
 #include "support/support.h"
 
-#include "tarnis/plots/curvescale_p.h"
+#include "tarnis/plots/math/curvescale_p.h"
 
 #include <QTest>
 

@@ -1,7 +1,7 @@
 // The texts of a map: the read-out against its spelt-out copy, and the CSV byte for byte.
 #include "support/cutoracle.h"
 #include "support/support.h"
-#include "tarnis/plots/maptext_p.h"
+#include "tarnis/plots/math/maptext_p.h"
 
 #include <QTest>
 

@@ -1,7 +1,7 @@
 // The read-out under the mouse, without a mouse.
 #include "support/support.h"
 
-#include "tarnis/plots/readout_p.h"
+#include "tarnis/plots/math/readout_p.h"
 
 #include <QTest>
 

@@ -1,5 +1,5 @@
 // Columns of a CSV file and the curve of a peak search, with their names.
-#include "tarnis/plots/seriesnames_p.h"
+#include "tarnis/plots/math/seriesnames_p.h"
 
 #include <QTest>
 

@@ -1,0 +1,23 @@
+#include "tarnis/plots/math/colorbar_p.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace tarnis {
+
+int fittingIntervals(int wanted, int barHeight, int lineHeight)
+{
+    const int fitting = lineHeight > 0 ? barHeight / lineHeight : wanted;
+    return std::min(wanted, std::max(fitting, 1));
+}
+
+double colorBarValue(AxisRange range, bool logScale, int mark, int intervals)
+{
+    if (!logScale)
+        return mark * (range.max - range.min) / intervals + range.min;
+    const double low = floorLog10(range.min);
+    const double high = floorLog10(range.max);
+    return std::pow(10.0, mark * (high - low) / intervals + low);
+}
+
+} // namespace tarnis

@@ -1,0 +1,129 @@
+#include "tarnis/plots/math/colorscale_p.h"
+
+#include "tarnis/plots/math/axisticks_p.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace tarnis {
+
+namespace {
+
+std::array<double, 3> channels(const QColor& color)
+{
+    return { static_cast<double>(color.red()), static_cast<double>(color.green()), static_cast<double>(color.blue()) };
+}
+
+bool isOpaqueColor(const QColor& color)
+{
+    return !color.isValid() || color.rgba64().alpha() == 0xffff;
+}
+
+} // namespace
+
+ColorScale::ColorScale(double low, double high, bool logScale, const ScaleColors& colors)
+    : m_logScale(logScale)
+    , m_ascending(true)
+    , m_colors(colors)
+{
+    m_ranges.low = logScale ? logarithm(low) : low;
+    m_ranges.high = logScale ? logarithm(high) : high;
+    m_ranges.lowPixel = colors.front().isValid() ? colors.front().rgb() : ScaleRanges::undefinedPixel;
+    m_ranges.highPixel = colors.back().isValid() ? colors.back().rgb() : ScaleRanges::undefinedPixel;
+    const double from = m_ranges.low;
+    const double to = m_ranges.high;
+    const std::array<double, 5> points = { from, from * 0.75 + to * 0.25, (from + to) * 0.5, from * 0.25 + to * 0.75,
+        to };
+    for (std::size_t i = 0; i < m_ranges.base.size(); ++i) {
+        m_ranges.base[i] = points[i];
+        m_ranges.width[i] = points[i + 1] - points[i];
+        for (std::size_t channel = 0; channel < m_ranges.lower.size(); ++channel) {
+            m_ranges.lower[channel][i] = channels(colors[i])[channel];
+            m_ranges.upper[channel][i] = channels(colors[i + 1])[channel];
+        }
+        m_ascending = m_ascending && points[i] < points[i + 1] && std::isfinite(m_ranges.width[i]);
+    }
+}
+
+QColor ColorScale::color(double value) const
+{
+    const double v = m_logScale ? logarithm(value) : value;
+    const int index = rangeOf(v);
+    if (index == below)
+        return m_colors.front();
+    if (index == above)
+        return m_colors.back();
+    const auto range = static_cast<std::size_t>(index);
+    const double t = (v - m_ranges.base[range]) / m_ranges.width[range];
+    // The order of the comparisons keeps t in 0 to 1, unless it is not a number.
+    if (std::isnan(t))
+        return {};
+    const std::array<int, 3> rgb = blend(range, t);
+    return { rgb[0], rgb[1], rgb[2] };
+}
+
+void ColorScale::pixels(const double* values, int count, QRgb* pixels) const
+{
+    if (!m_ascending || !hasWideLanes()) {
+        for (int i = 0; i < count; ++i)
+            pixels[i] = pixel(values[i]);
+        return;
+    }
+    if (!m_logScale) {
+        blendWide(m_ranges, values, count, pixels);
+        return;
+    }
+    constexpr int block = 256;
+    std::array<double, block> logarithms {};
+    for (int first = 0; first < count; first += block) {
+        const int inBlock = std::min(block, count - first);
+        for (int i = 0; i < inBlock; ++i)
+            logarithms[static_cast<std::size_t>(i)] = logarithm(values[first + i]);
+        blendWide(m_ranges, logarithms.data(), inBlock, pixels + first);
+    }
+}
+
+bool ColorScale::isOpaque() const
+{
+    return isOpaqueColor(m_colors.front()) && isOpaqueColor(m_colors.back());
+}
+
+bool ColorScale::operator==(const ColorScale& other) const
+{
+    return m_ranges.low == other.m_ranges.low && m_ranges.high == other.m_ranges.high && m_logScale == other.m_logScale
+        && m_colors == other.m_colors;
+}
+
+double ColorScale::logarithm(double value)
+{
+    return floorLog10(value);
+}
+
+int ColorScale::rangeOf(double v) const
+{
+    // In this order also where the points do not ascend or are not numbers.
+    if (v < m_ranges.base[1])
+        return v < m_ranges.low ? below : 0;
+    if (v < m_ranges.base[2])
+        return 1;
+    if (v < m_ranges.base[3])
+        return 2;
+    return v > m_ranges.high ? above : 3;
+}
+
+QRgb ColorScale::anyPixel(double v) const
+{
+    const int index = rangeOf(v);
+    if (index == below)
+        return m_ranges.lowPixel;
+    if (index == above)
+        return m_ranges.highPixel;
+    const auto range = static_cast<std::size_t>(index);
+    const double t = (v - m_ranges.base[range]) / m_ranges.width[range];
+    if (std::isnan(t))
+        return ScaleRanges::undefinedPixel;
+    const std::array<int, 3> rgb = blend(range, t);
+    return qRgb(rgb[0], rgb[1], rgb[2]);
+}
+
+} // namespace tarnis

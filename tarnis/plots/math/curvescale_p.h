@@ -1,0 +1,114 @@
+// Where the samples of a curve fall: which of them are in view, and the pixel of an index and of a value. The order of
+// every operation is kept, so that pictures are the same to the pixel. Plain values in and out.
+#pragma once
+
+#include "tarnis/plots/math/axisticks_p.h"
+#include "tarnis/plots/math/floatcomparison_p.h"
+
+#include <QtGlobal>
+
+namespace tarnis {
+
+/// Samples in view as fractional indices, and the width of a sample in pixels.
+struct SampleView {
+    double first = 0.0;
+    double last = 0.0;
+    double pixelsPerSample = 0.0;
+};
+
+/// X axis of a curve. On a manual axis the `count` samples spread over the initial range, else X is the index.
+/// `widthPixels` counts both edges. `resolution` widens the samples of an axis that is not manual, and nothing else.
+SampleView sampleView(
+    AxisRange visible, AxisRange initial, bool manual, qsizetype count, int widthPixels, unsigned int resolution = 1);
+
+/// Half-open range of indices.
+struct SampleRange {
+    int begin = 0;
+    int end = 0;
+};
+
+/// The whole samples from `first` to `last`, within 0..count; empty where a limit is not a number.
+SampleRange wholeSamples(double first, double last, qsizetype count);
+
+/// Pixels per unit of a Y axis of `heightPixels`, or per decade on a log axis. 0 if the range is not above 0, on a log
+/// axis if it is not above 1.
+double valuePixels(AxisRange y, bool logScale, int heightPixels);
+
+/// Pixel column of the middle of a sample: truncate((index + 0.5 - first) * pixelsPerSample + left).
+struct SampleScale {
+    double first = 0.0;
+    double pixelsPerSample = 0.0;
+    int left = 0;
+
+    int pixel(int index) const { return truncateToPixel((index + 0.5 - first) * pixelsPerSample + left); }
+    /// One past the last sample from `begin` on, at most `end`, that shares the pixel column of `begin` with all
+    /// between.
+    int endOfColumn(int begin, int end) const;
+};
+
+/// Pixel column of a sample whose plot X value is a function of its position (index * resolution + base).
+struct FunctionScale {
+    double (*plotX)(double, void*) = nullptr;
+    double resolution = 1.0;
+    double base = 0.0;
+    AxisRange visible;
+    int widthPixels = 0;
+    int left = 0;
+
+    int pixel(int index) const
+    {
+        const double x = plotX(resolution * index + base, nullptr);
+        return truncateToPixel((x - visible.min) * widthPixels / (visible.max - visible.min) + left);
+    }
+    /// As that of SampleScale.
+    int endOfColumn(int begin, int end) const;
+};
+
+/// The position of the first sample: `position` cut to a whole number and rounded down to a multiple of `resolution`;
+/// 0 if it is not finite.
+double basePosition(double position, unsigned int resolution);
+
+/// Pixel row of a value.
+class ValueScale {
+public:
+    enum class Kind {
+        Linear,
+        Log, ///< values at or below 0 stand where 1 stands
+        LogWithFloor ///< values not more than 1 above the minimum lie on the bottom
+    };
+    ValueScale(Kind kind, double minimum, double pixelsPerUnit, int bottom)
+        : m_kind(kind)
+        , m_minimum(minimum)
+        , m_origin(kind == Kind::Linear ? minimum : floorLog10(minimum))
+        , m_pixelsPerUnit(pixelsPerUnit)
+        , m_bottom(bottom)
+    {
+    }
+
+    Kind kind() const { return m_kind; }
+
+    int pixel(double value) const
+    {
+        if (m_kind == Kind::LogWithFloor && !(value - m_minimum > 1.0))
+            return m_bottom;
+        const double height = (m_kind == Kind::Linear ? value : floorLog10(value)) - m_origin;
+        return truncateToPixel(m_bottom - height * m_pixelsPerUnit);
+    }
+
+    /// True if the rows of finite values never fall while the values rise (on a log axis: while those above 0 rise),
+    /// so that extreme values give extreme rows.
+    bool isMonotone() const;
+
+    /// True if every value that counts as 0 stands on the row of 0. On a log axis, where small positive values lie far
+    /// below 0, this is false.
+    bool zeroesShareARow() const;
+
+private:
+    Kind m_kind;
+    double m_minimum;
+    double m_origin; ///< of the axis, in decades on a log axis
+    double m_pixelsPerUnit;
+    int m_bottom;
+};
+
+} // namespace tarnis

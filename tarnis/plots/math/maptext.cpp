@@ -1,0 +1,56 @@
+#include "tarnis/plots/math/maptext_p.h"
+
+#include "tarnis/plots/math/csvtext_p.h"
+#include "tarnis/plots/math/floatcomparison_p.h"
+
+#include <cmath>
+
+namespace tarnis {
+
+namespace {
+
+int binAt(double value, const BinAxis& axis)
+{
+    return roundToInt(std::floor((value - axis.initMin) / axis.step));
+}
+
+QString shownPosition(int bin, const MapAxis& axis)
+{
+    const double place = axis.decimals == 0 ? bin : bin + 0.5;
+    return plainNumber(axis.bins.initMin + place * axis.bins.step);
+}
+
+} // namespace
+
+QString readOut(const BinRows& rows, const MapAxis& x, const MapAxis& y, const QPoint& pixel, const QRect& graph)
+{
+    if (!graph.contains(pixel, true))
+        return {};
+    const double valueX = (pixel.x() - graph.left()) * (x.bins.max - x.bins.min) / graph.width() + x.bins.min;
+    const double valueY = y.bins.max - (pixel.y() - graph.top()) * (y.bins.max - y.bins.min) / graph.height();
+    const int column = binAt(valueX, x.bins);
+    const int row = binAt(valueY, y.bins);
+    if (column < 0 || row < 0 || row >= rows.size() || column >= rows.at(row).size())
+        return {};
+    const double value = rows.at(row).at(column);
+    if (!(value > 0.0))
+        return {};
+    return QStringLiteral("%1:%2 %3:%4 i:%5")
+        .arg(x.name, shownPosition(column, x), y.name, shownPosition(row, y), plainNumber(value));
+}
+
+QString csvOfRows(const BinRows& rows)
+{
+    QString text;
+    for (const QList<double>& row : rows) {
+        for (qsizetype column = 0; column < row.size(); ++column) {
+            if (column > 0)
+                text += QLatin1Char(',');
+            text += plainNumber(row.at(column));
+        }
+        text += QLatin1Char('\n');
+    }
+    return text;
+}
+
+} // namespace tarnis

@@ -1,0 +1,36 @@
+// The curve of a fitted peak as the 1D plots draw it.
+#pragma once
+
+#include "tarnis/peak/peaksearch.h"
+#include "tarnis/plots/math/axisticks_p.h"
+
+#include <QLine>
+#include <QList>
+
+namespace tarnis {
+
+/// Where a peak's curve is drawn. The row is linear in the value, on a log axis too.
+struct PeakScale {
+    double minX = 0.0;
+    double pixelsPerX = 0.0;
+    int x0 = 0; ///< column of minX
+    double minY = 0.0;
+    double pixelsPerY = 0.0;
+    int y0 = 0; ///< row of minY
+};
+
+/// Part of the X axis, a half-open range.
+struct PeakExtent {
+    double start = 0.0;
+    double stop = 0.0;
+};
+
+/// The part of `visible`, an ascending range, that lies within one and a half times the full width at half maximum of
+/// the centre; empty if stop is not above start.
+PeakExtent peakExtent(const PeakSearch::Gaussian& peak, AxisRange visible);
+
+/// Lines between the points of the curve at start, start + step and so on below stop. A step that does not move x
+/// ends them.
+QList<QLine> peakLines(const PeakSearch::Gaussian& peak, PeakExtent extent, double step, const PeakScale& scale);
+
+} // namespace tarnis

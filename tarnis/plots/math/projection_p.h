@@ -1,0 +1,83 @@
+// Arithmetic of the cut through a map: which bins it sums, where its edges stand, what a drag makes of them. Values in,
+// values out; no widget.
+#pragma once
+
+#include "tarnis/plots/raster/bincolouring_p.h"
+#include "tarnis/plots/math/bingeometry_p.h"
+#include "tarnis/plots/math/axisticks_p.h"
+
+#include <QPoint>
+#include <QString>
+
+namespace tarnis {
+
+/// What the mouse has hold of; the values of XY2DGraphWidget::m_cutDragEdge.
+enum CutEdge : int { NoEdge = 0, MinXEdge = 1, MaxXEdge = 2, MaxYEdge = 3, MinYEdge = 4 };
+
+/// The edge within 4 pixels of a point, in the order of their numbers.
+CutEdge edgeAt(const QRect& cut, const QPoint& point);
+
+/// The cut rectangle in pixels, by truncation; a visible range that does not ascend has no extent.
+QRect cutPixels(AxisRange cutX, AxisRange cutY, AxisRange visibleX, AxisRange visibleY, const QRect& graph);
+
+/// Widens a range to whole bins. Its lower end is limited only from below, by 0, and its upper end only from above, by
+/// the number of bins, so that the ends of a range beyond the data can be exchanged.
+AxisRange snappedToBins(AxisRange range, const BinAxis& axis, qsizetype bins);
+
+/// Rounds a range, in either order, to bin numbers: not below 0 at its lower end, not above the number of bins at its
+/// upper one.
+AxisRange roundedToBins(AxisRange range, qsizetype bins);
+
+/// Value of an edge that is dropped at a pixel, which is moved into the graph first.
+double edgeValue(CutEdge edge, QPoint point, AxisRange visibleX, AxisRange visibleY, const QRect& graph);
+
+/// Bins of one axis of a cut. All ends are excluded and can lie before their beginnings.
+struct CutSpan {
+    int first = 0; ///< visible
+    int end = 0; ///< not below 0
+    int cutFirst = 0; ///< inside the rectangle
+    int cutEnd = 0;
+    double step = 0.0;
+    double initMin = 0.0;
+
+    double valueOf(int bin) const { return bin * step + initMin; }
+    bool isInside(int bin) const { return bin >= cutFirst && bin < cutEnd; }
+};
+
+CutSpan cutSpan(const BinAxis& axis, AxisRange cut, qsizetype bins);
+
+/// A projection of the visible bins.
+struct CutSums {
+    QList<double> values;
+    QList<double> index; ///< axis value of each entry
+    double peak = 0.0; ///< largest sum, at least 0
+    double inside = 0.0; ///< of the sums inside of the rectangle
+    double total = 0.0; ///< of all sums
+};
+
+enum class CutContent { Nothing, Everything, InsideOnly };
+
+/// For each visible column, from left to right, the sum over the rows inside of the rectangle.
+CutSums sumsByColumn(const BinRows& rows, const CutSpan& x, const CutSpan& y, CutContent content);
+
+/// For each visible row, from the top down, the sum over the columns inside of the rectangle.
+CutSums sumsByRow(const BinRows& rows, const CutSpan& x, const CutSpan& y, CutContent content);
+
+/// Sums of the visible bins by column from left to right, and by row from the bottom up.
+void sumVisible(
+    const BinRows& rows, const CutSpan& x, const CutSpan& y, QList<double>& horizontal, QList<double>& vertical);
+
+/// Where a plot and the window around it stand on the screen.
+struct ScreenPlace {
+    QRect plot;
+    int frameRight = 0;
+    int frameTop = 0;
+};
+
+/// "name from-to" for the range that was summed.
+QString cutLabel(const QString& name, double from, double to);
+
+/// Extent of a cut window beside a plot of that length.
+int cutWindowExtent(int plotLength);
+
+} // namespace tarnis

@@ -1,0 +1,129 @@
+#include "tarnis/plots/math/seriesnames_p.h"
+
+#include <QStringList>
+
+#include <algorithm>
+
+namespace tarnis {
+
+namespace {
+
+CsvTable tableWithHeader(const QList<Series>& columns, const QStringList& names)
+{
+    QStringList shown;
+    for (qsizetype i = 0; i < columns.size(); ++i) {
+        if (columns.at(i).enable)
+            shown.append(names.at(i));
+    }
+    return { shown.join(u','), columns };
+}
+
+CsvTable tableOfRecords(const QList<Series>& series, int groupSize, const SeriesWords& words)
+{
+    QStringList names;
+    for (int i = 0; i < series.size(); ++i)
+        names.append(recordName(words, i / groupSize + words.firstNumber, i % groupSize));
+    return tableWithHeader(series, names);
+}
+
+CsvTable tableOfGroups(const QList<Series>& series, int groupSize, const SeriesWords& words)
+{
+    const QList<SummedCurve> groups = curvesByGroup(series, groupSize);
+    QList<Series> columns;
+    QStringList names;
+    for (int group = 0; group < groups.size(); ++group) {
+        columns.append({ wholeSums(series, groups.at(group)), groups.at(group).color,
+            series.at(qsizetype(group) * groupSize).enable });
+        names.append(numberedName(words.group, group + words.firstNumber));
+    }
+    CsvTable table = tableWithHeader(columns, names);
+    if (groups.size() == 1)
+        table.header.reset();
+    return table;
+}
+
+CsvTable tableOfPositions(const QList<Series>& series, int groupSize, const SeriesWords& words)
+{
+    const QList<SummedCurve> positions = curvesByPosition(series, groupSize);
+    QList<Series> columns;
+    QStringList names;
+    for (int position = 0; position < positions.size(); ++position) {
+        const SummedCurve& curve = positions.at(position);
+        columns.append({ wholeSums(series, curve), curve.color, curve.enable });
+        names.append(numberedName(words.item, position));
+    }
+    return tableWithHeader(columns, names);
+}
+
+/// Index of the first enabled record among every `step`-th one, or -1.
+int firstEnabled(const QList<Series>& series, int step)
+{
+    for (qsizetype i = 0; i < series.size(); i += step) {
+        if (series.at(i).enable)
+            return static_cast<int>(i);
+    }
+    return -1;
+}
+
+/// Every `step`-th record from `first` on, started over while there are no samples.
+SummedCurve curveFrom(const QList<Series>& series, int first, int step, qsizetype end)
+{
+    SummedCurve curve;
+    for (qsizetype i = first; i < end; i += step) {
+        if (lengthOf(series, curve) == 0)
+            curve.records.clear();
+        curve.records.append(static_cast<int>(i));
+    }
+    return curve;
+}
+
+} // namespace
+
+QString numberedName(const QString& word, int number)
+{
+    return QStringLiteral("%1 %2").arg(word, QString::number(number));
+}
+
+QString recordName(const SeriesWords& words, int group, int position)
+{
+    return QStringLiteral("%1 - %2").arg(numberedName(words.group, group), numberedName(words.item, position));
+}
+
+CsvTable csvTableOf(const QList<Series>& series, AddType type, int groupSize, const SeriesWords& words)
+{
+    switch (type) {
+    case AddType::AddNone:
+        return tableOfRecords(series, groupSize, words);
+    case AddType::AddEachGroup:
+        return tableOfGroups(series, groupSize, words);
+    case AddType::AddEachPosition:
+        return tableOfPositions(series, groupSize, words);
+    case AddType::AddAll:
+        break;
+    }
+    return { QStringLiteral("All"), { { wholeSums(series, curveOfAll(series, false)), Qt::white, true } } };
+}
+
+std::optional<NamedCurve> firstEnabledCurve(
+    const QList<Series>& series, AddType type, int groupSize, const SeriesWords& words)
+{
+    const qsizetype count = series.size();
+    const int first = firstEnabled(series, type == AddType::AddEachGroup ? groupSize : 1);
+    if (first < 0)
+        return std::nullopt;
+    switch (type) {
+    case AddType::AddNone:
+        return NamedCurve { recordName(words, first / groupSize, first % groupSize), series.at(first).values };
+    case AddType::AddEachGroup:
+        return NamedCurve { numberedName(words.group, first / groupSize),
+            wholeSums(series, curveFrom(series, first, 1, std::min(qsizetype(first) + groupSize, count))) };
+    case AddType::AddEachPosition:
+        return NamedCurve { numberedName(words.item, first),
+            wholeSums(series, curveFrom(series, first, groupSize, count)) };
+    case AddType::AddAll:
+        break;
+    }
+    return NamedCurve { QStringLiteral("All"), wholeSums(series, curveOfAll(series, false)) };
+}
+
+} // namespace tarnis

@@ -1,0 +1,28 @@
+// Painting the bins of a map.
+#pragma once
+
+#include "tarnis/plots/raster/mapcompositor_p.h"
+
+QT_BEGIN_NAMESPACE
+class QPainter;
+QT_END_NAMESPACE
+
+namespace tarnis {
+
+/// One drawing call for each bin that is not empty, rows and columns in ascending order; of the bins of a row that
+/// begin at the same pixel only the first is drawn. Leaves pen and brush changed.
+void paintBinsOneByOne(QPainter& painter, const BinView& view, const BinRows& rows, const ColorScale& scale);
+
+/// The same picture, faster: composed in memory where the painter draws pixels straight onto a raster device, clipped
+/// to the plot rectangle; bin by bin for any other. Keeps its buffers from one painting to the next.
+class BinMap {
+public:
+    /// Leaves pen and brush unspecified.
+    void paint(QPainter& painter, const BinView& view, const BinRows& rows, const ColorScale& scale);
+
+private:
+    BinPixels m_converter;
+    BinRaster m_raster;
+};
+
+} // namespace tarnis
