@@ -34,7 +34,7 @@ namespace {
 
 constexpr double longestPollSeconds = 2.0; ///< the period is a second and what the server takes
 constexpr double warmUpSeconds = 10.0; ///< caches, fonts and the heap's first growth
-constexpr double mostGrowthMiB = 8.0;
+constexpr double maxGrowthMiB = 8.0;
 
 /// What /proc tells of a process.
 struct Usage {
@@ -339,8 +339,8 @@ int run(const Kind& kind, int seconds)
     print("GUI thread at a stretch", work);
     print("an event waits for it", wait);
 
-    const bool good = longestGap < longestPollSeconds && ownMemory.growth() < mostGrowthMiB
-        && serverMemory.growth() < mostGrowthMiB && quantile(work, 1.0) < kind.longestStretchMs;
+    const bool good = longestGap < longestPollSeconds && ownMemory.growth() < maxGrowthMiB
+        && serverMemory.growth() < maxGrowthMiB && quantile(work, 1.0) < kind.longestStretchMs;
     std::puts(good ? "within the limits" : "beyond the limits");
     return good ? 0 : 1;
 }

@@ -1,8 +1,8 @@
 // tarnis-console: an operator's console for a data-acquisition server.
 #include "app/commandline.h"
 #include "app/indicatorstyle.h"
-#include "mainwindow.h"
 #include "app/quitsignals.h"
+#include "mainwindow.h"
 #include "tour/tour.h"
 
 #include <tarnis/foundation/log.h>

@@ -2,22 +2,22 @@
 
 #include "app/availability.h"
 #include "app/colours.h"
-#include "command/commandpanel.h"
-#include "server/connectdialog.h"
-#include "command/history.h"
 #include "app/keyboarddialog.h"
 #include "app/languagemenu.h"
-#include "server/lastserver.h"
+#include "command/commandpanel.h"
+#include "command/history.h"
+#include "histograms/histogramwindowupdater.h"
+#include "histograms/serverhistograms.h"
 #include "notices/messagelist.h"
+#include "server/connectdialog.h"
+#include "server/lastserver.h"
 #include "server/servercontroller.h"
-#include "settings/settingspanel.h"
 #include "server/statuspoller.h"
 #include "server/statustext.h"
+#include "settings/settingspanel.h"
 #include "ui_mainwindow.h"
-#include "windows/windowaccess.h"
-#include "histograms/histogramwindowupdater.h"
 #include "windows/openwindows.h"
-#include "histograms/serverhistograms.h"
+#include "windows/windowaccess.h"
 
 #include <tarnis/foundation/helpers.h>
 
@@ -39,14 +39,14 @@ MainWindow::MainWindow(QSettings& memory, const QString& language)
     , m_entries(windowEntries())
     , m_windows(new OpenWindows(*this))
     , m_histograms(new ServerHistograms(*m_controller))
-    , m_follower(new HistogramFollower(*m_windows, *m_histograms))
+    , m_follower(new HistogramWindowUpdater(*m_windows, *m_histograms))
 {
     ui->setupUi(this);
     new WindowAccess(this); // the window's
     ui->viewMenu->addMenu(new LanguageMenu(m_memory, language, ui->viewMenu));
     m_commandPanel = new CommandPanel(*m_controller, this);
     m_settingsPanel = new SettingsPanel(*m_controller, this);
-    m_stateWatch = new StateWatch(
+    m_stateWatch = new StatusPoller(
         *m_controller, [this] { return !m_commandPanel->isBusy(); }, this);
     ui->splitter->insertWidget(0, m_commandPanel);
     ui->sideSplitter->insertWidget(0, m_settingsPanel);

@@ -20,12 +20,12 @@ class MainWindow;
 namespace console {
 
 class CommandPanel;
-class HistogramFollower;
+class HistogramWindowUpdater;
 class OpenWindows;
 class ServerController;
 class ServerHistograms;
 class SettingsPanel;
-class StateWatch;
+class StatusPoller;
 
 /// Closing it asks about a run and about work that is not saved, then shuts the server down, and goes when the server
 /// has ended. GUI thread.
@@ -51,8 +51,8 @@ public:
     const QList<WindowEntry>& entries() const { return m_entries; }
     OpenWindows& windows() { return *m_windows; }
     ServerHistograms& histograms() { return *m_histograms; }
-    HistogramFollower& follower() { return *m_follower; }
-    StateWatch& stateWatch() { return *m_stateWatch; }
+    HistogramWindowUpdater& follower() { return *m_follower; }
+    StatusPoller& stateWatch() { return *m_stateWatch; }
 
     /// Closes without a question about a run: the program is ended from outside.
     void leave();
@@ -89,13 +89,13 @@ protected:
     ServerController* m_controller;
     CommandPanel* m_commandPanel;
     SettingsPanel* m_settingsPanel;
-    StateWatch* m_stateWatch;
+    StatusPoller* m_stateWatch;
     QList<WindowEntry> m_entries;
     QList<QAction*> m_windowActions; ///< one for each entry
     QList<QAction*> m_openActions; ///< the open windows as the menu last showed them
     OpenWindows* m_windows;
     ServerHistograms* m_histograms;
-    HistogramFollower* m_follower;
+    HistogramWindowUpdater* m_follower;
     bool m_isServerChosen = false;
     bool m_isMemoryFaultTold = false;
     bool m_isRunGivenUp = false; ///< the person who closes the window knows that a run ends

@@ -70,9 +70,9 @@ void filterRowPlain(double* out, qsizetype end, const Neighbours& neighbours, co
     filterRow<8>(out, end, neighbours, filter);
 }
 
-#ifdef TARNIS_WIDE_LANES
+#ifdef TARNIS_AVX2
 /// The same loops, compiled for lanes of 256 bits.
-[[gnu::flatten]] TARNIS_WIDE_LANES void filterRowWide(
+[[gnu::flatten]] TARNIS_AVX2 void filterRowWide(
     double* out, qsizetype end, const Neighbours& neighbours, const Graph2DFilter& filter)
 {
     filterRow<32>(out, end, neighbours, filter);
@@ -89,7 +89,7 @@ QList<QList<double>> filtered(const QList<QList<double>>& source, const Graph2DF
     const qsizetype columns = source.isEmpty() ? 0 : source.first().size();
     if (columns < 5)
         return target;
-    const auto filterOne = hasWideLanes() ? filterRowWide : filterRowPlain;
+    const auto filterOne = hasAvx2() ? filterRowWide : filterRowPlain;
     for (qsizetype y = source.size() - 3; y >= 2; --y) {
         QList<double>& row = target[y];
         filterOne(row.data(), std::min(row.size(), columns - 2), Neighbours(source, y, columns), filter);

@@ -1,9 +1,9 @@
 #include "tarnis/plots/colorbarwidget.h"
 
 #include "tarnis/foundation/helpers.h"
-#include "tarnis/plots/math/colorbar_p.h"
 #include "tarnis/plots/labelcache_p.h"
 #include "tarnis/plots/labeleditor_p.h"
+#include "tarnis/plots/math/colorbar_p.h"
 #include "tarnis/plots/math/floatcomparison_p.h"
 #include "tarnis/plots/plotpixmap_p.h"
 

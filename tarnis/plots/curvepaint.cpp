@@ -102,7 +102,7 @@ void paintLines(QPainter& painter, const QList<QLine>& lines)
         painter.drawLines(lines);
         return;
     }
-    PixelMask mask(target->clip);
+    LineRasterizer mask(target->clip);
     QList<QLine> beyond; // the engine cuts these at the edges of the device before it chooses pixels
     for (const QLine& line : lines) {
         const QLine shifted = line.translated(target->offset);

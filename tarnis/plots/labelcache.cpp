@@ -9,7 +9,7 @@ namespace tarnis {
 
 namespace {
 
-constexpr qsizetype mostLabels = 256;
+constexpr qsizetype maxLabels = 256;
 constexpr qreal endlessLine = 0x01000000; // what QPainter::drawText() gives to lines that do not wrap
 
 /// No spaces, control characters or letters that a layout would turn around, break or combine.
@@ -58,7 +58,7 @@ void LabelCache::draw(QPainter& painter, const QRectF& rect, int flags, const QS
 
 int LabelCache::advanceOf(const QString& text, const QFontMetrics& metrics)
 {
-    if (m_metrics != metrics || m_advances.size() >= mostLabels) {
+    if (m_metrics != metrics || m_advances.size() >= maxLabels) {
         m_advances.clear();
         m_metrics = metrics;
     }
@@ -68,7 +68,7 @@ int LabelCache::advanceOf(const QString& text, const QFontMetrics& metrics)
 
 const LabelCache::Label& LabelCache::labelOf(const QString& text, const QFont& font)
 {
-    if (m_font != font || m_labels.size() >= mostLabels) {
+    if (m_font != font || m_labels.size() >= maxLabels) {
         m_labels.clear();
         m_font = font;
     }

@@ -3,8 +3,8 @@
 #include "tarnis/foundation/followlanguage_p.h"
 #include "tarnis/foundation/modalbox_p.h"
 #include "tarnis/peak/peaksearchdialog.h"
-#include "tarnis/plots/math/csvtext_p.h"
 #include "tarnis/plots/curvepaint_p.h"
+#include "tarnis/plots/math/csvtext_p.h"
 #include "tarnis/plots/math/peakcurve_p.h"
 
 #include <QAction>

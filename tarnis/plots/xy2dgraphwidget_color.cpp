@@ -2,9 +2,9 @@
 #include "tarnis/plots/xy2dgraphwidget.h"
 
 #include "tarnis/foundation/modalbox_p.h"
-#include "tarnis/plots/raster/bincolouring_p.h"
 #include "tarnis/plots/colorbarwidget.h"
 #include "tarnis/plots/math/floatcomparison_p.h"
+#include "tarnis/plots/raster/bincolouring_p.h"
 
 #include <QAction>
 #include <QColorDialog>

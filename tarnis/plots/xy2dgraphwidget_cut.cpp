@@ -3,8 +3,8 @@
 #include "tarnis/plots/xy2dgraphwidget.h"
 
 #include "tarnis/foundation/trace_p.h"
-#include "tarnis/plots/math/projection_p.h"
 #include "tarnis/plots/math/axismapping_p.h"
+#include "tarnis/plots/math/projection_p.h"
 #include "tarnis/plots/plottool_p.h"
 #include "tarnis/plots/xyrangeinputdialog.h"
 

@@ -4,8 +4,8 @@
 #include "tarnis/foundation/followlanguage_p.h"
 #include "tarnis/foundation/helpers.h"
 #include "tarnis/plots/colorbarwidget.h"
-#include "tarnis/plots/math/projection_p.h"
 #include "tarnis/plots/math/floatcomparison_p.h"
+#include "tarnis/plots/math/projection_p.h"
 #include "tarnis/plots/vectorgraphwidget.h"
 #include "tarnis/plots/xyrangeinputdialog.h"
 

@@ -3,8 +3,8 @@
 
 #include "tarnis/plots/colorbarwidget.h"
 #include "tarnis/plots/labeleditor_p.h"
-#include "tarnis/plots/math/projection_p.h"
 #include "tarnis/plots/math/maptext_p.h"
+#include "tarnis/plots/math/projection_p.h"
 #include "tarnis/plots/plottool_p.h"
 
 #include <QAction>

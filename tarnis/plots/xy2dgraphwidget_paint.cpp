@@ -1,8 +1,8 @@
 // Bins, crosses, the layout of button and colour bar, and the overlay of cut and regions.
 #include "tarnis/plots/xy2dgraphwidget.h"
 
-#include "tarnis/plots/raster/mappainter_p.h"
 #include "tarnis/plots/colorbarwidget.h"
+#include "tarnis/plots/raster/mappainter_p.h"
 #include "tarnis/plots/xy2dgraphwidget_p.h"
 
 #include <QAction>

@@ -3,8 +3,8 @@
 
 #include "tarnis/foundation/followlanguage_p.h"
 #include "tarnis/foundation/trace_p.h"
-#include "tarnis/plots/math/projection_p.h"
 #include "tarnis/plots/math/floatcomparison_p.h"
+#include "tarnis/plots/math/projection_p.h"
 #include "tarnis/plots/viewselectedroi.h"
 
 #include <QAction>
@@ -16,7 +16,7 @@
 
 namespace {
 
-constexpr int mostRegions = 8;
+constexpr int maxRegions = 8;
 
 /// A corner of a region. Values beyond any region are cut to a limit that leaves room to reckon with widths.
 int regionEdge(double value)
@@ -97,7 +97,7 @@ void XY2DGraphWidget::makeRegionWindow()
     m_roiWindow = new QDialog(this, Qt::FramelessWindowHint);
     auto* layout = new QGridLayout(m_roiWindow);
     layout->setContentsMargins(0, 0, 0, 0);
-    auto* view = new ViewSelectedROI(mostRegions, m_roiRange, m_roiWindow);
+    auto* view = new ViewSelectedROI(maxRegions, m_roiRange, m_roiWindow);
     connect(view, &ViewSelectedROI::RoiChanged, this, &XY2DGraphWidget::onROIChanged);
     layout->addWidget(view, 0, 0);
 }

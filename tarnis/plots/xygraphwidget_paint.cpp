@@ -3,11 +3,11 @@
 
 #include "tarnis/foundation/helpers.h"
 #include "tarnis/plots/labelcache_p.h"
-#include "tarnis/plots/raster/pixeltarget_p.h"
-#include "tarnis/plots/math/axisticks_p.h"
 #include "tarnis/plots/math/axismapping_p.h"
+#include "tarnis/plots/math/axisticks_p.h"
 #include "tarnis/plots/math/floatcomparison_p.h"
 #include "tarnis/plots/plotpixmap_p.h"
+#include "tarnis/plots/raster/pixeltarget_p.h"
 
 #include <QPainter>
 

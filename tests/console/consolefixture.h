@@ -1,8 +1,8 @@
 // A console with a person at it: what is typed, pressed and seen.
 #pragma once
 
-#include "console/localprogram.h"
 #include "command/commandpanel.h"
+#include "console/localprogram.h"
 #include "mainwindow.h"
 #include "notices/noticebar.h"
 #include "server/servercontroller.h"
@@ -24,12 +24,12 @@
 
 namespace tarnis::testing {
 
-inline constexpr int patienceMs = 20000;
+inline constexpr int timeoutMs = 20000;
 
 /// Presses the button as soon as it can be pressed: one that is disabled would swallow the press.
 inline void press(QAbstractButton& button)
 {
-    if (!QTest::qWaitFor([&] { return button.isEnabled(); }, patienceMs))
+    if (!QTest::qWaitFor([&] { return button.isEnabled(); }, timeoutMs))
         qFatal("%s stays disabled: %s", qPrintable(button.objectName() + button.text()), qPrintable(button.toolTip()));
     QTest::mouseClick(&button, Qt::LeftButton);
 }
@@ -43,7 +43,7 @@ inline void answer(const QWidget& window, const char* box, QMessageBox::Standard
         button = question && question->isVisible() ? question->button(choice) : nullptr;
         return button != nullptr;
     };
-    if (!QTest::qWaitFor(isAsked, patienceMs))
+    if (!QTest::qWaitFor(isAsked, timeoutMs))
         qFatal("no %s that offers this answer", box);
     press(*button);
 }
@@ -55,9 +55,9 @@ inline void acceptChoice(const QWidget& chooser)
 }
 
 /// A main window with a memory of its own.
-class Desk {
+class ConsoleFixture {
 public:
-    Desk()
+    ConsoleFixture()
         : memory(m_directory.filePath(QStringLiteral("console.ini")), QSettings::IniFormat)
         , window(std::make_unique<console::MainWindow>(memory))
     {
@@ -114,15 +114,15 @@ public:
     QString settingsState() { return widget<QLabel>("stateLabel").text(); }
     bool reaches(console::ServerState state)
     {
-        return QTest::qWaitFor([&] { return window->controller().state() == state; }, patienceMs);
+        return QTest::qWaitFor([&] { return window->controller().state() == state; }, timeoutMs);
     }
     bool shows(const QString& text)
     {
-        return QTest::qWaitFor([&] { return record().contains(text); }, patienceMs);
+        return QTest::qWaitFor([&] { return record().contains(text); }, timeoutMs);
     }
     bool isFree()
     {
-        return QTest::qWaitFor([&] { return !window->commandPanel().isBusy(); }, patienceMs);
+        return QTest::qWaitFor([&] { return !window->commandPanel().isBusy(); }, timeoutMs);
     }
 
 private:

@@ -5,9 +5,9 @@
 // What is checked: each poll of a live window is answered, or the window says that it was not; no window is silent for
 // longer than a session needs to notice a silence; no box stops the work; the heap is flat after the first minute; at
 // the end no thread is left.
-#include "console/soakwindows.h"
-#include "command/commandpanel.h"
 #include "app/language.h"
+#include "command/commandpanel.h"
+#include "console/soakwindows.h"
 #include "mainwindow.h"
 #include "notices/messagelist.h"
 #include "server/servercontroller.h"

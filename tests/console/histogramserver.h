@@ -20,9 +20,9 @@ inline const QByteArray twoHistograms(
     "maxy=1 labely=Vertical unity=mm\n");
 
 /// A server with a curve and a map.
-class Laboratory : public ScriptedServer {
+class HistogramServer : public ScriptedServer {
 public:
-    explicit Laboratory(const QByteArray& list = twoHistograms)
+    explicit HistogramServer(const QByteArray& list = twoHistograms)
     {
         answer("hists", { Step::text(list) });
         answer("hist1d time 0 1 bins:4", { Step::doubles({ 1, 2, 3, 4, 5, 6, 7, 8 }, "OK:\n") });
@@ -32,14 +32,14 @@ public:
 
 /// A desk with the list open and filled.
 struct OpenList {
-    explicit OpenList(ScriptedServer& server, Desk& desk)
+    explicit OpenList(ScriptedServer& server, ConsoleFixture& desk)
     {
         desk.use(server);
         if (!desk.reaches(ServerState::Up))
             qFatal("no server");
         reopen(desk);
     }
-    void reopen(Desk& desk) { chooser = desk.open<HistogramChooser>("histograms"); }
+    void reopen(ConsoleFixture& desk) { chooser = desk.open<HistogramChooser>("histograms"); }
     bool shows(const QString& text) const
     {
         return QTest::qWaitFor(
@@ -47,11 +47,11 @@ struct OpenList {
                 const auto* const label = chooser->findChild<QLabel*>(QStringLiteral("labelDescription"));
                 return label->text().contains(text);
             },
-            patienceMs);
+            timeoutMs);
     }
     bool isFilled(int count) const
     {
-        return QTest::qWaitFor([&] { return chooser->count() == count; }, patienceMs);
+        return QTest::qWaitFor([&] { return chooser->count() == count; }, timeoutMs);
     }
     QPushButton& ok() const
     {
@@ -72,7 +72,7 @@ struct OpenList {
             return false;
         chooser->setChecked(1, true);
         accept();
-        return QTest::qWaitFor([&] { return chooser.isNull(); }, patienceMs);
+        return QTest::qWaitFor([&] { return chooser.isNull(); }, timeoutMs);
     }
 
     QPointer<HistogramChooser> chooser;

@@ -1,9 +1,9 @@
 // Every window of the console for people without a mouse or without sight: names, keys, tab order, contrast, in both
 // languages.
-#include "console/consolefixture.h"
-#include "console/windowlists.h"
 #include "app/colours.h"
 #include "app/language.h"
+#include "console/consolefixture.h"
+#include "console/windowlists.h"
 #include "histograms/histogramchooser.h"
 #include "windows/openwindows.h"
 
@@ -40,9 +40,9 @@ using namespace tarnis::testing;
 namespace {
 
 /// A server that answers everything that the windows ask.
-class Laboratory : public ScriptedServer {
+class HistogramServer : public ScriptedServer {
 public:
-    Laboratory()
+    HistogramServer()
     {
         answer("hist1d time 0 7 bins:1024", { Step::doubles({ 1, 2, 3, 4, 5, 6, 7, 8 }, "OK:\n") });
         answer("hist1d total pairs bins:1024", { Step::doubles({ 0, 5 }, "OK: (0 40000 1024)\n") });
@@ -62,8 +62,8 @@ public:
 };
 
 /// A desk with every window of the menu open.
-struct FullDesk {
-    FullDesk()
+struct FullConsoleFixture {
+    FullConsoleFixture()
     {
         desk.use(server);
         if (!desk.reaches(ServerState::Up) || !isListed(desk, "time"))
@@ -81,18 +81,18 @@ struct FullDesk {
     {
         setLanguage(language);
         const QString title = language == u"de" ? QStringLiteral("Ankunftszeiten") : QStringLiteral("Arrival Times");
-        return QTest::qWaitFor([&] { return windows.constFirst()->windowTitle() == title; }, patienceMs);
+        return QTest::qWaitFor([&] { return windows.constFirst()->windowTitle() == title; }, timeoutMs);
     }
     QList<QWidget*> all() const { return QList<QWidget*> { desk.window.get() } + windows; }
 
-    Laboratory server;
-    Desk desk;
+    HistogramServer server;
+    ConsoleFixture desk;
     QList<QWidget*> windows;
 };
 
 /// The same with every box open that stands in front of or beside one of the windows.
-struct DeskOfBoxes : FullDesk {
-    DeskOfBoxes()
+struct BoxesFixture : FullConsoleFixture {
+    BoxesFixture()
     {
         auto* const map = desk.open<Graph2DDialog>("map");
         map->onFilter();
@@ -104,7 +104,7 @@ struct DeskOfBoxes : FullDesk {
         cut->on1dCut(true);
         auto* const curves = desk.open<Graph1DDialog>("curves");
         auto& plot = *curves->getGraphWidget();
-        if (!QTest::qWaitFor([&] { return plot.hasData(); }, patienceMs)) // the first curve ends a selection
+        if (!QTest::qWaitFor([&] { return plot.hasData(); }, timeoutMs)) // the first curve ends a selection
             qFatal("no curve");
         plot.SetEnableSelectXRange(true);
         plot.onPeakSearch();
@@ -225,7 +225,7 @@ void takeKeyboard(XYGraphWidget& plot)
 {
     plot.window()->activateWindow();
     plot.setFocus();
-    if (!QTest::qWaitFor([&] { return QApplication::focusWidget() == &plot; }, patienceMs))
+    if (!QTest::qWaitFor([&] { return QApplication::focusWidget() == &plot; }, timeoutMs))
         qFatal("the plot does not get the keyboard");
 }
 
@@ -357,7 +357,7 @@ private Q_SLOTS:
     void everyControlOfEveryWindowHasAName()
     {
         QFETCH(QString, language);
-        const DeskOfBoxes full;
+        const BoxesFixture full;
         QVERIFY(full.speaks(language));
         QStringList nameless;
         for (const QWidget* window : full.all()) {
@@ -373,7 +373,7 @@ private Q_SLOTS:
     void everyWindowHasATitle()
     {
         QFETCH(QString, language);
-        const DeskOfBoxes full;
+        const BoxesFixture full;
         QVERIFY(full.speaks(language));
         QStringList titles;
         for (const QWidget* window : full.all()) {
@@ -390,7 +390,7 @@ private Q_SLOTS:
     void noTwoThingsShareAKey()
     {
         QFETCH(QString, language);
-        const DeskOfBoxes full;
+        const BoxesFixture full;
         QVERIFY(full.speaks(language));
         for (const QWidget* window : full.all())
             compareNoSharedKeys(textsOf(*window));
@@ -406,7 +406,7 @@ private Q_SLOTS:
     void everyEntryOfTheMenusHasAKey()
     {
         QFETCH(QString, language);
-        const FullDesk full;
+        const FullConsoleFixture full;
         QVERIFY(full.speaks(language));
         for (const QAction* title : full.desk.window->findChild<QMenuBar*>()->actions()) {
             const QMenu* const menu = title->menu();
@@ -420,7 +420,7 @@ private Q_SLOTS:
 
     void noTwoShortcutsAreTheSame()
     {
-        const DeskOfBoxes full;
+        const BoxesFixture full;
         for (const QWidget* window : full.all()) {
             QStringList keys;
             for (const QAction* action : window->findChildren<QAction*>()) {
@@ -437,7 +437,7 @@ private Q_SLOTS:
     {
         // What editors do with a key goes before what the window does with it. The letters are those that Qt's editors
         // know with Ctrl on any desktop, and those of terminals.
-        const FullDesk full;
+        const FullConsoleFixture full;
         for (const QWidget* window : full.all()) {
             for (const QKeySequence& key : shortcutsOf(*window)) {
                 const QString name = window->windowTitle() + u' ' + key.toString();
@@ -454,7 +454,7 @@ private Q_SLOTS:
 
     void theTabKeyReachesEveryControl()
     {
-        const DeskOfBoxes full;
+        const BoxesFixture full;
         QStringList missed;
         for (QWidget* window : full.all()) {
             QSet<const QWidget*> reached;
@@ -476,7 +476,7 @@ private Q_SLOTS:
 
     void aLiveWindowIsUpdatedByF5()
     {
-        const FullDesk full;
+        const FullConsoleFixture full;
         for (const QWidget* window : full.windows) {
             if (!window->findChild<QPushButton*>(QStringLiteral("updatePushButton")))
                 continue;
@@ -488,7 +488,7 @@ private Q_SLOTS:
 
     void aPlotIsMovedAndZoomedByKeys()
     {
-        FullDesk full;
+        FullConsoleFixture full;
         auto* const window = full.desk.open<Graph1DDialog>("curves");
         auto& plot = *window->getGraphWidget();
         QTRY_VERIFY(plot.hasData());
@@ -522,7 +522,7 @@ private Q_SLOTS:
 
     void aPlotIsZoomedAlongYByKeys()
     {
-        FullDesk full;
+        FullConsoleFixture full;
         const auto rangeOf = [](XYGraphWidget& plot) {
             std::pair<double, double> ends;
             plot.getMinMaxY(ends.first, ends.second);
@@ -565,7 +565,7 @@ private Q_SLOTS:
         QFETCH(QString, entry);
         QFETCH(QString, value);
         QFETCH(int, end);
-        FullDesk full;
+        FullConsoleFixture full;
         auto& plot = *full.desk.open<Graph1DDialog>("curves")->getGraphWidget();
         QTRY_VERIFY(plot.hasData());
         plot.grab(); // the labels stand where they were painted
@@ -585,7 +585,7 @@ private Q_SLOTS:
 
     void escapeLeavesAnEditorAndNotTheWindow()
     {
-        FullDesk full;
+        FullConsoleFixture full;
         auto* const window = full.desk.open<Graph1DDialog>("curves");
         auto& plot = *window->getGraphWidget();
         QTRY_VERIFY(plot.hasData());
@@ -601,7 +601,7 @@ private Q_SLOTS:
 
     void aToolThatTakesTheMouseSaysWhyAnEndCannotBeEdited()
     {
-        FullDesk full;
+        FullConsoleFixture full;
         auto& plot = *full.desk.open<Graph1DDialog>("curves")->getGraphWidget();
         QTRY_VERIFY(plot.hasData());
         plot.grab();
@@ -613,7 +613,7 @@ private Q_SLOTS:
 
     void theColoursAreChosenByKeys()
     {
-        FullDesk full;
+        FullConsoleFixture full;
         auto& map = *full.desk.open<Graph2DDialog>("map")->getGraphWidget();
         const QColor before = XY2DGraphWidget::colMax;
         takeKeyboard(map);
@@ -626,7 +626,7 @@ private Q_SLOTS:
 
     void theLimitsOfTheColoursAreEditedByKeys()
     {
-        FullDesk full;
+        FullConsoleFixture full;
         auto& map = *full.desk.open<Graph2DDialog>("map")->getGraphWidget();
         QTRY_VERIFY(map.getMaxValue() > 0.0);
         auto* const bar = map.findChild<ColorBarWidget*>();
@@ -649,7 +649,7 @@ private Q_SLOTS:
 
     void aRegionIsAddedByKeys()
     {
-        FullDesk full;
+        FullConsoleFixture full;
         auto& map = *full.desk.open<Graph2DDialog>("map")->getGraphWidget();
         map.onAutoScaleX(false);
         map.onAutoScaleY(false);
@@ -664,7 +664,7 @@ private Q_SLOTS:
 
     void theBoxesBesideAPlotAreReachedByF6()
     {
-        FullDesk full;
+        FullConsoleFixture full;
         auto* const window = full.desk.open<Graph1DDialog>("curves");
         auto& plot = *window->getGraphWidget();
         QTRY_VERIFY(plot.hasData());
@@ -684,7 +684,7 @@ private Q_SLOTS:
 
     void theMenuKeyOpensAPlotsTools()
     {
-        FullDesk full;
+        FullConsoleFixture full;
         for (const char* const id : { "curves", "map" }) {
             QWidget* const window = full.desk.find(id);
             auto* const plot = window->findChild<XYGraphWidget*>();
@@ -710,7 +710,7 @@ private Q_SLOTS:
     {
         QFETCH(QPalette, palette);
         QApplication::setPalette(palette);
-        const FullDesk full;
+        const FullConsoleFixture full;
         for (const QWidget* window : full.all()) {
             for (const QWidget* widget : window->findChildren<QWidget*>()) {
                 const bool hasText = isControl(*widget) || qobject_cast<const QLabel*>(widget);

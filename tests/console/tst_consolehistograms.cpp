@@ -4,8 +4,8 @@
 #include "console/windowlists.h"
 #include "histograms/histogramchooser.h"
 #include "histograms/histogramlist.h"
-#include "windows/openwindows.h"
 #include "histograms/replyfit.h"
+#include "windows/openwindows.h"
 
 #include <tarnis/plots/multivectorgraphwidget.h>
 #include <tarnis/plots/viewselectedroi.h>
@@ -116,8 +116,8 @@ private Q_SLOTS:
 
     void checkedHistogramsOpen()
     {
-        Laboratory server;
-        Desk desk;
+        HistogramServer server;
+        ConsoleFixture desk;
         OpenList list(server, desk);
         QVERIFY(list.isFilled(2));
         QVERIFY(!list.ok().isEnabled());
@@ -141,8 +141,8 @@ private Q_SLOTS:
 
     void theChoiceIsRememberedAndOpensEachOnce()
     {
-        Laboratory server;
-        Desk desk;
+        HistogramServer server;
+        ConsoleFixture desk;
         OpenList list(server, desk);
         QVERIFY(list.opensTheMap());
         QWidget* const first = desk.window->windows().onScreen().value(0);
@@ -156,8 +156,8 @@ private Q_SLOTS:
 
     void cancelOpensNothing()
     {
-        Laboratory server;
-        Desk desk;
+        HistogramServer server;
+        ConsoleFixture desk;
         OpenList list(server, desk);
         QVERIFY(list.isFilled(2));
         list.press("buttonCheckAll");
@@ -168,8 +168,8 @@ private Q_SLOTS:
 
     void aRefusalIsSaid()
     {
-        Laboratory server("NG:unknown command 'hists'\n");
-        Desk desk;
+        HistogramServer server("NG:unknown command 'hists'\n");
+        ConsoleFixture desk;
         OpenList list(server, desk);
         QVERIFY(list.shows(QStringLiteral("NG:unknown command")));
         QVERIFY(!list.ok().isEnabled());
@@ -177,17 +177,17 @@ private Q_SLOTS:
 
     void aServerWithoutHistogramsSaysSo()
     {
-        Laboratory server("OK:\n");
-        Desk desk;
+        HistogramServer server("OK:\n");
+        ConsoleFixture desk;
         OpenList list(server, desk);
         QVERIFY(list.shows(QStringLiteral("no histograms")));
     }
 
     void aLostServerIsSaidAndTheListComesAgain()
     {
-        Laboratory server;
+        HistogramServer server;
         server.answer("hists", { Step::drop() });
-        Desk desk;
+        ConsoleFixture desk;
         OpenList list(server, desk);
         QVERIFY(list.shows(QStringLiteral("No reply")));
         server.answer("hists", { Step::text(twoHistograms) });
@@ -201,8 +201,8 @@ private Q_SLOTS:
 
     void checksStayThroughEverything()
     {
-        Laboratory server;
-        Desk desk;
+        HistogramServer server;
+        ConsoleFixture desk;
         OpenList list(server, desk);
         QVERIFY(list.isFilled(2));
         list.chooser->setChecked(1, true);
@@ -236,8 +236,8 @@ private Q_SLOTS:
 
     void rowsThatAreLeftOutAreSaid()
     {
-        Laboratory server("OK:\nbig: kind=1d rows=100 bins=4 min=0 max=1\n");
-        Desk desk;
+        HistogramServer server("OK:\nbig: kind=1d rows=100 bins=4 min=0 max=1\n");
+        ConsoleFixture desk;
         OpenList list(server, desk);
         QVERIFY(list.isFilled(1));
         QString text;
@@ -258,22 +258,22 @@ private Q_SLOTS:
 
     void windowsTakeWhatTheServerLists()
     {
-        Laboratory server("OK:\ntime: kind=1d rows=3 bins=2000 min=5 max=500 label=Flight unit=ms\n"
-                          "total: kind=1d rows=1 bins=100 min=0 max=1\n");
+        HistogramServer server("OK:\ntime: kind=1d rows=3 bins=2000 min=5 max=500 label=Flight unit=ms\n"
+                               "total: kind=1d rows=1 bins=100 min=0 max=1\n");
         server.answer("hist1d time 0 2 bins:1000", { Step::doubles(QList<double>(3000, 1.0), "OK:\n") });
         server.answer("hist1d total pairs bins:100", { Step::doubles({ 0, 1 }, "OK: (0 1 100)\n") });
-        Desk desk;
+        ConsoleFixture desk;
         desk.use(server);
         QVERIFY(desk.reaches(ServerState::Up));
         const auto& missing = desk.widget<QAction>("single-row");
-        QTRY_VERIFY_WITH_TIMEOUT(!missing.isEnabled(), patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(!missing.isEnabled(), timeoutMs);
         QCOMPARE(missing.toolTip(), QString::fromUtf8("The server has no histogram \u201cposition\u201d"));
         QVERIFY(!desk.find("single-row"));
         QVERIFY(!desk.widget<QAction>("spectrum").isEnabled());
         QVERIFY(!desk.widget<QAction>("map").isEnabled());
         auto* const curves = desk.open<Graph1DDialog>("curves");
         QVERIFY(curves);
-        QTRY_VERIFY_WITH_TIMEOUT(curves->getGraphWidget()->hasData(), patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(curves->getGraphWidget()->hasData(), timeoutMs);
         double min = 0.0;
         double max = 0.0;
         curves->getGraphWidget()->getMinMaxX(min, max);
@@ -285,16 +285,17 @@ private Q_SLOTS:
 
     void theImageHasTheBinsThatTheServerLists()
     {
-        Laboratory server("OK:\nimage: kind=2d binsx=100 minx=-5.5 maxx=10 labelx=Horizontal unitx=mm binsy=80 miny=2 "
-                          "maxy=40.5 labely=Vertical unity=mm\n");
+        HistogramServer server(
+            "OK:\nimage: kind=2d binsx=100 minx=-5.5 maxx=10 labelx=Horizontal unitx=mm binsy=80 miny=2 "
+            "maxy=40.5 labely=Vertical unity=mm\n");
         server.answer("hist2d image bins:100x80", { Step::doubles(QList<double>(8000, 3.0), "OK:\n") });
-        Desk desk;
+        ConsoleFixture desk;
         desk.use(server);
         QVERIFY(isListed(desk, "image"));
         auto* const map = desk.open<Graph2DDialog>("map");
         QVERIFY(map);
         XY2DGraphWidget& plot = *map->getGraphWidget();
-        QTRY_COMPARE_WITH_TIMEOUT(plot.getMaxValue(), 3.0, patienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(plot.getMaxValue(), 3.0, timeoutMs);
         double min = 0.0;
         double max = 0.0;
         plot.getMinMaxX(min, max);
@@ -312,8 +313,8 @@ private Q_SLOTS:
 
     void aServerWithoutAListIsTakenAsItWas()
     {
-        Laboratory server("NG:unknown command 'hists'\n");
-        Desk desk;
+        HistogramServer server("NG:unknown command 'hists'\n");
+        ConsoleFixture desk;
         desk.use(server);
         QVERIFY(desk.reaches(ServerState::Up));
         QVERIFY(server.waitForRequest("hists"));
@@ -324,42 +325,42 @@ private Q_SLOTS:
 
     void aListThatComesInTheChooserCountsForTheMenu()
     {
-        Laboratory server("OK:\ntotal: kind=1d bins=4 min=0 max=1\n");
-        Desk desk;
+        HistogramServer server("OK:\ntotal: kind=1d bins=4 min=0 max=1\n");
+        ConsoleFixture desk;
         desk.use(server);
         QVERIFY(desk.reaches(ServerState::Up));
-        QTRY_VERIFY_WITH_TIMEOUT(!desk.widget<QAction>("curves").isEnabled(), patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(!desk.widget<QAction>("curves").isEnabled(), timeoutMs);
         server.answer("hists", { Step::text(twoHistograms) });
         QVERIFY(desk.open<HistogramChooser>("histograms"));
         QTRY_VERIFY_WITH_TIMEOUT(
-            desk.widget<QAction>("curves").isEnabled() && !desk.widget<QAction>("pairs").isEnabled(), patienceMs);
+            desk.widget<QAction>("curves").isEnabled() && !desk.widget<QAction>("pairs").isEnabled(), timeoutMs);
     }
 
     void aListThatBreaksOffIsAskedForAgain()
     {
-        Laboratory server;
+        HistogramServer server;
         server.answer("hists", { Step::drop() });
-        Desk desk;
+        ConsoleFixture desk;
         desk.use(server);
         QVERIFY(desk.reaches(ServerState::Up));
         QVERIFY(server.waitForRequest("hists"));
         server.answer("hists", { Step::text(twoHistograms) });
-        QTRY_VERIFY_WITH_TIMEOUT(!desk.widget<QAction>("pairs").isEnabled(), patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(!desk.widget<QAction>("pairs").isEnabled(), timeoutMs);
         QVERIFY(desk.widget<QAction>("curves").isEnabled());
         QCOMPARE(server.requests().count("hists"), 2);
     }
 
     void anotherServerHasItsOwnList()
     {
-        Laboratory server("OK:\ntotal: kind=1d bins=4 min=0 max=1\n");
-        Laboratory other;
-        Desk desk;
+        HistogramServer server("OK:\ntotal: kind=1d bins=4 min=0 max=1\n");
+        HistogramServer other;
+        ConsoleFixture desk;
         desk.use(server);
         QVERIFY(desk.reaches(ServerState::Up));
-        QTRY_VERIFY_WITH_TIMEOUT(!desk.widget<QAction>("curves").isEnabled(), patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(!desk.widget<QAction>("curves").isEnabled(), timeoutMs);
         desk.use(other);
         QTRY_VERIFY_WITH_TIMEOUT(
-            desk.widget<QAction>("curves").isEnabled() && !desk.widget<QAction>("pairs").isEnabled(), patienceMs);
+            desk.widget<QAction>("curves").isEnabled() && !desk.widget<QAction>("pairs").isEnabled(), timeoutMs);
     }
 
     // Replies that cannot be drawn.
@@ -414,20 +415,20 @@ private Q_SLOTS:
 
     void whatCannotBeDrawnIsSaidAndAskedForAgain()
     {
-        Laboratory server("NG:unknown command 'hists'\n");
+        HistogramServer server("NG:unknown command 'hists'\n");
         server.answer("hist2d image bins:256", { Step::doubles({ 1, 2, 3 }, "OK: exported 2 x 2 y\n") });
         server.answer("hist1d total pairs bins:1024", { Step::doubles({ 0, 5 }, "OK:\n") });
-        Desk desk;
+        ConsoleFixture desk;
         desk.use(server);
         QVERIFY(desk.reaches(ServerState::Up));
         for (const char* const id : { "map", "pairs" }) {
             const auto* const label = desk.find(id)->findChild<QLabel*>(QStringLiteral("infoLabel"));
-            QTRY_VERIFY_WITH_TIMEOUT(label->isVisible() && label->text().contains(u"is not shown"), patienceMs);
+            QTRY_VERIFY_WITH_TIMEOUT(label->isVisible() && label->text().contains(u"is not shown"), timeoutMs);
         }
         QVERIFY(!QApplication::activeModalWidget());
         server.answer("hist2d image bins:256", { Step::doubles({ 1, 2, 3, 4 }, "OK: exported 2 x 2 y\n") });
         auto* const map = desk.open<Graph2DDialog>("map");
-        QTRY_COMPARE_WITH_TIMEOUT(map->getGraphWidget()->getMaxValue(), 4.0, patienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(map->getGraphWidget()->getMaxValue(), 4.0, timeoutMs);
         QTRY_VERIFY(!map->findChild<QLabel*>(QStringLiteral("infoLabel"))->isVisible());
     }
 
@@ -486,8 +487,8 @@ private Q_SLOTS:
 
     void theMenuListsTheOpenWindows()
     {
-        Laboratory server;
-        Desk desk;
+        HistogramServer server;
+        ConsoleFixture desk;
         auto& menu = desk.widget<QMenu>("windowsMenu");
         const auto entry = [&menu](const QString& title) -> QAction* {
             Q_EMIT menu.aboutToShow();
@@ -512,7 +513,7 @@ private Q_SLOTS:
 
     void aKeyLeadsBackToTheConsole()
     {
-        Desk desk;
+        ConsoleFixture desk;
         QWidget* const log = desk.find("log");
         QVERIFY(QTest::qWaitForWindowActive(log));
         QVERIFY(!desk.window->isActiveWindow());
@@ -539,8 +540,8 @@ private Q_SLOTS:
 
     void openWindowsAreLaidOutAndClosed()
     {
-        Laboratory server;
-        Desk desk;
+        HistogramServer server;
+        ConsoleFixture desk;
         QVERIFY(!desk.widget<QAction>("tileAction").isEnabled());
         QVERIFY(desk.widget<QAction>("tileAction").toolTip().contains(QStringLiteral("No window")));
         OpenList list(server, desk);

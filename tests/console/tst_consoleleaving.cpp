@@ -1,8 +1,8 @@
 // Leaving the console and ending its server: what somebody still needs is asked about first, and nothing else is.
-#include "console/consolefixture.h"
-#include "server/connectdialog.h"
 #include "browse/pathwindows.h"
 #include "browse/servertext.h"
+#include "console/consolefixture.h"
+#include "server/connectdialog.h"
 
 #include <QDialogButtonBox>
 #include <QMessageBox>
@@ -17,7 +17,7 @@ using namespace tarnis::testing;
 namespace {
 
 /// A console on a server of this machine, which may be in the middle of a run.
-class LeavingDesk : public Desk {
+class LeavingDesk : public ConsoleFixture {
 public:
     explicit LeavingDesk(ScriptedServer& server)
         : program(faithful(server.port()))
@@ -30,7 +30,7 @@ public:
     QMessageBox* question() { return window->findChild<QMessageBox*>(QStringLiteral("runBox")); }
     void answerYes()
     {
-        if (!QTest::qWaitFor([this] { return question() && question()->isVisible(); }, patienceMs))
+        if (!QTest::qWaitFor([this] { return question() && question()->isVisible(); }, timeoutMs))
             qFatal("nothing is asked about the run");
         for (QAbstractButton* const button : question()->buttons()) {
             if (question()->buttonRole(button) == QMessageBox::AcceptRole)
@@ -43,7 +43,7 @@ public:
     /// Reaches Off, and hands every event on the way out.
     bool isLeft()
     {
-        return QTest::qWaitFor([this] { return !window->isVisible(); }, patienceMs);
+        return QTest::qWaitFor([this] { return !window->isVisible(); }, timeoutMs);
     }
 
     ServerTextWindow* typeText(const QString& text)
@@ -129,7 +129,7 @@ private Q_SLOTS:
         QCOMPARE(dialog->choice().port, other.port());
         acceptChoice(*dialog);
         desk.answerYes();
-        QTRY_VERIFY_WITH_TIMEOUT(desk.isUp() && !desk.window->controller().isLocal(), patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(desk.isUp() && !desk.window->controller().isLocal(), timeoutMs);
     }
 
     void withoutARunNothingIsAsked()
@@ -138,7 +138,7 @@ private Q_SLOTS:
         LeavingDesk desk(server);
         desk.choose("restartAction");
         QVERIFY(!desk.question());
-        QTRY_VERIFY_WITH_TIMEOUT(desk.isUp(), patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(desk.isUp(), timeoutMs);
         desk.window->close();
         QVERIFY(!desk.question());
         QVERIFY(desk.isLeft());
@@ -147,7 +147,7 @@ private Q_SLOTS:
     void aRemoteRunGoesOnWithoutUs()
     {
         ScriptedServer server;
-        Desk desk;
+        ConsoleFixture desk;
         desk.use(server);
         QVERIFY(desk.reaches(ServerState::Up));
         desk.window->controller().tarnis().SetStatus(Tarnis::RUNNING);
@@ -205,7 +205,7 @@ private Q_SLOTS:
         auto* const text = desk.open<ServerTextWindow>("server-text");
         text->openFile(QStringLiteral("/notes"));
         auto* const edit = text->findChild<QPlainTextEdit*>(QStringLiteral("edit"));
-        QTRY_COMPARE_WITH_TIMEOUT(edit->toPlainText(), QStringLiteral("one\n"), patienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(edit->toPlainText(), QStringLiteral("one\n"), timeoutMs);
         desk.typeText(QStringLiteral("x"));
         desk.window->close();
         answer(*text, "changesBox", QMessageBox::Save);
@@ -222,11 +222,11 @@ private Q_SLOTS:
         const QPointer<ServerTextWindow> text = desk.open<ServerTextWindow>("server-text");
         text->openFile(QStringLiteral("/notes"));
         const auto* const state = text->findChild<QLabel*>(QStringLiteral("stateLabel"));
-        QTRY_VERIFY_WITH_TIMEOUT(state->text().startsWith(QStringLiteral("Opened")), patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(state->text().startsWith(QStringLiteral("Opened")), timeoutMs);
         desk.typeText(QStringLiteral("x"));
         desk.window->close();
         answer(*text, "changesBox", QMessageBox::Save);
-        QTRY_VERIFY_WITH_TIMEOUT(state->text().contains(QStringLiteral("NG:full")), patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(state->text().contains(QStringLiteral("NG:full")), timeoutMs);
         QVERIFY(desk.isUp() && desk.window->isVisible());
         text->close();
         answer(*text, "changesBox", QMessageBox::Discard);
@@ -274,7 +274,7 @@ private Q_SLOTS:
         // A later saving is nothing but that.
         text->saveTo(QStringLiteral("/data/new"));
         const auto* const state = text->findChild<QLabel*>(QStringLiteral("stateLabel"));
-        QTRY_COMPARE_WITH_TIMEOUT(state->text(), QStringLiteral("Saved."), patienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(state->text(), QStringLiteral("Saved."), timeoutMs);
         QCoreApplication::processEvents();
         QVERIFY(text && text->isVisible());
         QVERIFY(desk.isUp() && desk.window->isVisible());
@@ -301,7 +301,7 @@ private Q_SLOTS:
         QTRY_VERIFY(!desk.question());
         // The text goes when it is saved, but nothing behind it.
         text->saveTo(QStringLiteral("/data/new"));
-        QTRY_VERIFY_WITH_TIMEOUT(text.isNull(), patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(text.isNull(), timeoutMs);
         QCoreApplication::processEvents();
         QVERIFY(!desk.question());
         QVERIFY(desk.isUp() && desk.window->isVisible());

@@ -1,7 +1,7 @@
 // The console's live windows and path choosers when servers go and come back, and what is chosen in them.
+#include "browse/pathwindows.h"
 #include "console/consolefixture.h"
 #include "settings/settingspanel.h"
-#include "browse/pathwindows.h"
 
 #include <tarnis/dialogs/graph1ddialog.h>
 #include <tarnis/dialogs/graph2ddialog.h>
@@ -32,9 +32,9 @@ const QByteArray pairsRequest("hist1d total pairs bins:1024");
 const QByteArray mapRequest("hist2d image bins:256");
 
 /// A server with histograms of one bin, statistics and a folder.
-class Laboratory : public ScriptedServer {
+class HistogramServer : public ScriptedServer {
 public:
-    Laboratory()
+    HistogramServer()
     {
         answer(curvesRequest, { Step::doubles({ 1, 2, 3, 4, 5, 6, 7, 8 }, "OK:\n") });
         answer(pairsRequest, { Step::doubles({ 0, 5 }, "OK: (0 40000 1024)\n") });
@@ -57,7 +57,7 @@ bool noBoxIsOpen()
 
 /// The three live windows of a console.
 struct LiveWindows {
-    explicit LiveWindows(Desk& desk)
+    explicit LiveWindows(ConsoleFixture& desk)
         : curves(desk.open<Graph1DDialog>("curves"))
         , map(desk.open<Graph2DDialog>("map"))
         , statistics(desk.open<StatDialog>("statistics"))
@@ -70,7 +70,7 @@ struct LiveWindows {
                 return curves->getGraphWidget()->hasData() && map->getGraphWidget()->getMaxValue() > 0.0
                     && statistics->table()->rowCount() > 0;
             },
-            patienceMs);
+            timeoutMs);
     }
     static QString infoOf(const QWidget& window)
     {
@@ -84,13 +84,13 @@ struct LiveWindows {
                 return infoOf(*curves).contains(text) && infoOf(*map).contains(text)
                     && infoOf(*statistics).contains(text);
             },
-            patienceMs);
+            timeoutMs);
     }
     bool areQuiet() const
     {
         return QTest::qWaitFor(
             [this] { return infoOf(*curves).isEmpty() && infoOf(*map).isEmpty() && infoOf(*statistics).isEmpty(); },
-            patienceMs);
+            timeoutMs);
     }
     /// What is on show and what was set are as before.
     bool areKept() const
@@ -155,9 +155,9 @@ private Q_SLOTS:
     void liveWindowsGoOnAfterTheServerWasLost()
     {
         QFETCH(QByteArray, deed);
-        Laboratory server;
+        HistogramServer server;
         const LocalProgram program(faithful(server.port()));
-        Desk desk;
+        ConsoleFixture desk;
         desk.use(program);
         QVERIFY(desk.reaches(ServerState::Up));
         const LiveWindows live(desk);
@@ -171,12 +171,12 @@ private Q_SLOTS:
         QVERIFY(!live.canUpdate());
         if (deed == "shutDownAction")
             QVERIFY(server.waitUntilDeserted()); // no session is left behind
-        QTRY_VERIFY_WITH_TIMEOUT(!desk.window->controller().hasProcess(), patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(!desk.window->controller().hasProcess(), timeoutMs);
         desk.window->controller().restart();
         QVERIFY(desk.reaches(ServerState::Up));
         const auto polls = server.requests().count(curvesRequest);
         QVERIFY(live.areQuiet());
-        QTRY_VERIFY_WITH_TIMEOUT(server.requests().count(curvesRequest) > polls, patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(server.requests().count(curvesRequest) > polls, timeoutMs);
         QVERIFY(live.areKept());
         QVERIFY(live.canUpdate());
         QVERIFY(noBoxIsOpen());
@@ -184,8 +184,8 @@ private Q_SLOTS:
 
     void aRemoteServerThatVanishesIsSaidWithoutABox()
     {
-        auto server = std::make_unique<Laboratory>();
-        Desk desk;
+        auto server = std::make_unique<HistogramServer>();
+        ConsoleFixture desk;
         desk.use(*server);
         QVERIFY(desk.reaches(ServerState::Up));
         const LiveWindows live(desk);
@@ -197,7 +197,7 @@ private Q_SLOTS:
         QVERIFY(noBoxIsOpen());
         QVERIFY(live.areKept());
 
-        Laboratory another;
+        HistogramServer another;
         desk.use(another);
         QVERIFY(desk.reaches(ServerState::Up));
         QVERIFY(live.areQuiet());
@@ -208,44 +208,44 @@ private Q_SLOTS:
 
     void aConnectionThatBreaksIsMadeAnewWhileTheServerIsUp()
     {
-        Laboratory server;
+        HistogramServer server;
         server.answerInTurn(curvesRequest,
             { { Step::doubles({ 1, 2, 3, 4, 5, 6, 7, 8 }, "OK:\n") }, { Step::raw("half"), Step::drop() },
                 { Step::hold("gate"), Step::doubles({ 8, 8, 8, 8, 8, 8, 8, 8 }, "OK:\n") } });
-        Desk desk;
+        ConsoleFixture desk;
         desk.use(server);
         QVERIFY(desk.reaches(ServerState::Up));
         auto* const window = desk.open<Graph1DDialog>("curves");
-        QTRY_VERIFY_WITH_TIMEOUT(window->getGraphWidget()->hasData(), patienceMs);
-        QTRY_VERIFY_WITH_TIMEOUT(LiveWindows::infoOf(*window).contains(QStringLiteral("connection broke")), patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(window->getGraphWidget()->hasData(), timeoutMs);
+        QTRY_VERIFY_WITH_TIMEOUT(LiveWindows::infoOf(*window).contains(QStringLiteral("connection broke")), timeoutMs);
         QVERIFY(noBoxIsOpen());
         QVERIFY(server.waitForHold("gate"));
         QCOMPARE(desk.window->controller().state(), ServerState::Up);
         server.open("gate");
-        QTRY_COMPARE_WITH_TIMEOUT(window->getGraphWidget()->getMaxValue(), 8.0, patienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(window->getGraphWidget()->getMaxValue(), 8.0, timeoutMs);
         QVERIFY(LiveWindows::infoOf(*window).isEmpty());
     }
 
     void aWindowThatDoesNotPollSaysOnlyThatItIsBack()
     {
-        Laboratory server;
+        HistogramServer server;
         const LocalProgram program(faithful(server.port()));
-        Desk desk;
+        ConsoleFixture desk;
         desk.use(program);
         QVERIFY(desk.reaches(ServerState::Up));
         auto* const window = desk.open<Graph1DDialog>("curves");
-        QTRY_VERIFY_WITH_TIMEOUT(window->getGraphWidget()->hasData(), patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(window->getGraphWidget()->hasData(), timeoutMs);
         window->setAutoUpdate(false);
         desk.choose("shutDownAction");
         QVERIFY(desk.reaches(ServerState::Off));
         QVERIFY(!LiveWindows::infoOf(*window).isEmpty());
         const auto polls = server.requests().count(curvesRequest);
         desk.choose("startAction");
-        QTRY_VERIFY_WITH_TIMEOUT(LiveWindows::infoOf(*window).isEmpty(), patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(LiveWindows::infoOf(*window).isEmpty(), timeoutMs);
         QVERIFY(!window->isAutoUpdate());
         QCOMPARE(server.requests().count(curvesRequest), polls);
         press(*window->findChild<QPushButton*>(QStringLiteral("updatePushButton")));
-        QTRY_COMPARE_WITH_TIMEOUT(server.requests().count(curvesRequest), polls + 1, patienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(server.requests().count(curvesRequest), polls + 1, timeoutMs);
     }
 
     void aRefusalStandsInTheWindowAndThePollingGoesOn_data()
@@ -260,16 +260,15 @@ private Q_SLOTS:
     {
         QFETCH(QByteArray, id);
         QFETCH(QByteArray, request);
-        Laboratory server;
+        HistogramServer server;
         server.answer(request, { Step::binary("", "NG:no such histogram\n") });
-        Desk desk;
+        ConsoleFixture desk;
         desk.use(server);
         QVERIFY(desk.reaches(ServerState::Up));
         const auto* const window = desk.open<QDialog>(id.constData());
-        QTRY_VERIFY_WITH_TIMEOUT(
-            LiveWindows::infoOf(*window).contains(QStringLiteral("no such histogram")), patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(LiveWindows::infoOf(*window).contains(QStringLiteral("no such histogram")), timeoutMs);
         QVERIFY(noBoxIsOpen());
-        QTRY_VERIFY_WITH_TIMEOUT(server.requests().count(request) > 1, patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(server.requests().count(request) > 1, timeoutMs);
     }
 
     void closingLeavesTheEndOfTheSessionToTheBackground_data()
@@ -281,9 +280,9 @@ private Q_SLOTS:
     void closingLeavesTheEndOfTheSessionToTheBackground()
     {
         QFETCH(QByteArray, id);
-        Laboratory server;
+        HistogramServer server;
         server.answer("here?", { Step::text("yes\n") });
-        Desk desk;
+        ConsoleFixture desk;
         desk.use(server);
         QVERIFY(desk.reaches(ServerState::Up));
         desk.send(QStringLiteral("here?")); // the command line has its connection
@@ -308,15 +307,15 @@ private Q_SLOTS:
 
     void theConsoleLeavesNoThreadBehind()
     {
-        Laboratory server;
+        HistogramServer server;
         {
-            Desk desk;
+            ConsoleFixture desk;
             desk.use(server);
             QVERIFY(desk.reaches(ServerState::Up));
             const LiveWindows live(desk);
             QVERIFY(live.areFilled());
             desk.window->close();
-            QTRY_VERIFY_WITH_TIMEOUT(!desk.window->isVisible(), patienceMs);
+            QTRY_VERIFY_WITH_TIMEOUT(!desk.window->isVisible(), timeoutMs);
         }
         QCOMPARE(QThreadPool::globalInstance()->activeThreadCount(), 0);
         QVERIFY(server.waitUntilDeserted());
@@ -333,18 +332,18 @@ private Q_SLOTS:
     void choosersStayWithoutTheServer()
     {
         QFETCH(QByteArray, id);
-        auto server = std::make_unique<Laboratory>();
-        Desk desk;
+        auto server = std::make_unique<HistogramServer>();
+        ConsoleFixture desk;
         desk.use(*server);
         QVERIFY(desk.reaches(ServerState::Up));
         const QPointer<QWidget> chooser = desk.open<QWidget>(id.constData());
         QTRY_VERIFY_WITH_TIMEOUT(
-            chooser->findChild<QListWidget*>(QStringLiteral("curDirListWidget"))->count() > 0, patienceMs);
+            chooser->findChild<QListWidget*>(QStringLiteral("curDirListWidget"))->count() > 0, timeoutMs);
         server.reset();
         desk.send(QStringLiteral("anybody?"));
         const auto* const ok = chooser->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok);
         const auto* const state = chooser->findChild<QLabel*>(QStringLiteral("stateLabel"));
-        QTRY_VERIFY_WITH_TIMEOUT(state->text().contains(QStringLiteral("no connection")), patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(state->text().contains(QStringLiteral("no connection")), timeoutMs);
         QVERIFY(!ok->isEnabled());
         QVERIFY(ok->toolTip().contains(QStringLiteral("no connection")));
         QVERIFY(chooser->isVisible());
@@ -355,14 +354,14 @@ private Q_SLOTS:
     void aChooserAsksAgainWhenItsConnectionBreaks()
     {
         QFETCH(QByteArray, id);
-        Laboratory server;
+        HistogramServer server;
         server.answerInTurn("ls-F \"/data\"", { { Step::drop() }, { Step::text("OK:\nold/\n") } });
-        Desk desk;
+        ConsoleFixture desk;
         desk.use(server);
         QVERIFY(desk.reaches(ServerState::Up));
         const auto* const chooser = desk.open<QWidget>(id.constData());
         const auto* const list = chooser->findChild<QListWidget*>(QStringLiteral("curDirListWidget"));
-        QTRY_VERIFY_WITH_TIMEOUT(list->count() == 1 && list->isEnabled(), patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(list->count() == 1 && list->isEnabled(), timeoutMs);
         QVERIFY(chooser->isVisible());
     }
 
@@ -381,13 +380,13 @@ private Q_SLOTS:
         QFETCH(QString, typed);
         QFETCH(int, cursor);
         QFETCH(QString, line);
-        Laboratory server;
-        Desk desk;
+        HistogramServer server;
+        ConsoleFixture desk;
         desk.use(server);
         QVERIFY(desk.reaches(ServerState::Up));
         const QPointer<QWidget> chooser = desk.open<QWidget>("server-files");
         auto* const list = chooser->findChild<QListWidget*>(QStringLiteral("curDirListWidget"));
-        QTRY_VERIFY_WITH_TIMEOUT(list->count() > 0, patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(list->count() > 0, timeoutMs);
         desk.type(typed);
         desk.edit().setCursorPosition(cursor);
         list->setCurrentItem(list->findItems(QStringLiteral("run\"two"), Qt::MatchExactly).constFirst());
@@ -401,8 +400,8 @@ private Q_SLOTS:
 
     void theBasePathIsNotForARun()
     {
-        Laboratory server;
-        Desk desk;
+        HistogramServer server;
+        ConsoleFixture desk;
         desk.use(server);
         QVERIFY(desk.reaches(ServerState::Up));
         Tarnis& tarnis = desk.window->controller().tarnis();
@@ -418,13 +417,13 @@ private Q_SLOTS:
 
     void aRunThatBeginsMeanwhileIsToldWithThePath()
     {
-        Laboratory server;
-        Desk desk;
+        HistogramServer server;
+        ConsoleFixture desk;
         desk.use(server);
         QVERIFY(desk.reaches(ServerState::Up));
         const QPointer<QWidget> chooser = desk.open<QWidget>("base-path");
         auto* const list = chooser->findChild<QListWidget*>(QStringLiteral("curDirListWidget"));
-        QTRY_VERIFY_WITH_TIMEOUT(list->count() > 0, patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(list->count() > 0, timeoutMs);
         desk.window->controller().tarnis().SetStatus(Tarnis::RUNNING);
         acceptChoice(*chooser);
         QVERIFY(desk.notice().text.contains(QStringLiteral("Running")));
@@ -437,8 +436,8 @@ private Q_SLOTS:
 
     void theWindowsOfferTheirToolsInTheMenu()
     {
-        Laboratory server;
-        Desk desk;
+        HistogramServer server;
+        ConsoleFixture desk;
         desk.use(server);
         QVERIFY(desk.reaches(ServerState::Up));
         const auto offers = [](QWidget* plot, const QString& text) {

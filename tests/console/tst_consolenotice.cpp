@@ -1,8 +1,8 @@
 // What the console says of itself: notices that stand and such that pass, the status in words, a memory that is broken.
+#include "app/language.h"
+#include "command/history.h"
 #include "console/consolefixture.h"
 #include "server/connectdialog.h"
-#include "command/history.h"
-#include "app/language.h"
 #include "server/lastserver.h"
 #include "server/statustext.h"
 
@@ -107,7 +107,7 @@ private Q_SLOTS:
 
     void aLostServerStaysSaidWhileOtherThingsAre()
     {
-        Desk desk;
+        ConsoleFixture desk;
         desk.start({ ServerChoice::Kind::Remote, {}, ScriptedServer::host(), ScriptedServer::closedPort() });
         QVERIFY(desk.reaches(ServerState::Failed));
         const Notice before = desk.notice();
@@ -119,7 +119,7 @@ private Q_SLOTS:
     void aRemoteServerIsConnectedToAgain()
     {
         auto server = std::make_unique<ScriptedServer>();
-        Desk desk;
+        ConsoleFixture desk;
         desk.use(*server);
         QVERIFY(desk.reaches(ServerState::Up));
         server.reset();
@@ -133,7 +133,7 @@ private Q_SLOTS:
     void theStatusIsSaidInWords()
     {
         ScriptedServer server;
-        Desk desk;
+        ConsoleFixture desk;
         desk.use(server);
         QVERIFY(desk.reaches(ServerState::Up));
         auto& label = desk.widget<QLabel>("statusLabel");
@@ -247,7 +247,7 @@ private Q_SLOTS:
 
     void aWrongServerIsAskedFor()
     {
-        Desk desk;
+        ConsoleFixture desk;
         desk.memory.setValue(QStringLiteral("server/kind"), QStringLiteral("remote"));
         desk.memory.setValue(QStringLiteral("server/host"), QStringLiteral("daq"));
         desk.memory.setValue(QStringLiteral("server/port"), QStringLiteral("99999"));
@@ -266,7 +266,7 @@ private Q_SLOTS:
     void commandsAreKeptAtOnce()
     {
         ScriptedServer server;
-        Desk desk;
+        ConsoleFixture desk;
         desk.use(server);
         QVERIFY(desk.reaches(ServerState::Up));
         desk.send(QStringLiteral("typed"));
@@ -288,7 +288,7 @@ private Q_SLOTS:
         options.server = ServerChoice { ServerChoice::Kind::Remote, {}, ScriptedServer::host(), server.port() };
         options.prompt = "> ";
         window.startServer(options);
-        QTRY_COMPARE_WITH_TIMEOUT(window.controller().state(), ServerState::Up, patienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(window.controller().state(), ServerState::Up, timeoutMs);
         auto* const edit = window.findChild<QLineEdit*>(QStringLiteral("commandEdit"));
         for (int i = 0; i < 2; ++i) {
             QTest::keyClicks(edit, QStringLiteral("typed"));

@@ -1,6 +1,6 @@
 // The snapshots, the commands to the readout modules and the event rate.
-#include "console/consolefixture.h"
 #include "app/language.h"
+#include "console/consolefixture.h"
 #include "support/modalwatchdog.h"
 #include "tables/moduleswindow.h"
 #include "tables/ratewindow.h"
@@ -77,12 +77,12 @@ struct Modules {
     }
     bool isAnswered() const
     {
-        return QTest::qWaitFor([&] { return !in<QPushButton>(window, "giveUpButton").isEnabled(); }, patienceMs);
+        return QTest::qWaitFor([&] { return !in<QPushButton>(window, "giveUpButton").isEnabled(); }, timeoutMs);
     }
     QString state() const { return in<QLabel>(window, "stateLabel").text(); }
     Row row(int number) const { return cells(window->table(), number); }
 
-    Desk desk;
+    ConsoleFixture desk;
     ModulesWindow* window = nullptr;
 };
 
@@ -159,7 +159,7 @@ private Q_SLOTS:
     {
         ScriptedServer server;
         server.answer("stat", { Step::text("OK:\nevents: 12\nstate: RUNNING\n") });
-        Desk desk;
+        ConsoleFixture desk;
         desk.use(server);
         QVERIFY(desk.reaches(ServerState::Up));
         auto* const window = desk.open<NameValueListDialog>("stat-snapshot");
@@ -187,7 +187,7 @@ private Q_SLOTS:
     {
         ScriptedServer server;
         server.answer("setting", { Step::text("OK:\nrate: 12\n") });
-        Desk desk;
+        ConsoleFixture desk;
         desk.use(server);
         QVERIFY(desk.reaches(ServerState::Up));
         auto* const window = desk.open<NameValueListDialog>("setting-snapshot");
@@ -367,7 +367,7 @@ private Q_SLOTS:
     {
         ScriptedServer server;
         server.answer("stat", { Step::text("OK:\nrate: 400\n") });
-        Desk desk;
+        ConsoleFixture desk;
         desk.use(server);
         QVERIFY(desk.reaches(ServerState::Up));
         auto* const window = desk.open<RateWindow>("rate");
@@ -391,7 +391,7 @@ private Q_SLOTS:
         struct Plot : VectorGraphWidget {
             static QString titleOf(const VectorGraphWidget& plot) { return plot.*(&Plot::m_title); }
         };
-        Desk desk;
+        ConsoleFixture desk;
         const RateWindow window(desk.window->controller(), nullptr);
         const auto* const plot = window.findChild<VectorGraphWidget*>();
         QCOMPARE(Plot::titleOf(*plot), QStringLiteral("Event Rate"));
@@ -403,7 +403,7 @@ private Q_SLOTS:
     {
         ScriptedServer server;
         server.answer("stat", { Step::text("OK:\nevents: 4\n") });
-        Desk desk;
+        ConsoleFixture desk;
         desk.use(server);
         QVERIFY(desk.reaches(ServerState::Up));
         auto* const window = desk.open<RateWindow>("rate");
@@ -414,7 +414,7 @@ private Q_SLOTS:
     {
         ScriptedServer server;
         server.answer("stat", { Step::text("OK:\nrate: 400\n") });
-        Desk desk;
+        ConsoleFixture desk;
         desk.use(server);
         QVERIFY(desk.reaches(ServerState::Up));
         auto* const window = desk.open<RateWindow>("rate");

@@ -1,6 +1,6 @@
 // The window of the run directories: which entries are runs, how they are sorted and filtered, what becomes of one.
-#include "console/consolefixture.h"
 #include "browse/runswindow.h"
+#include "console/consolefixture.h"
 
 #include <QComboBox>
 #include <QPointer>
@@ -28,7 +28,7 @@ public:
 };
 
 struct OpenRuns {
-    OpenRuns(ScriptedServer& server, Desk& desk)
+    OpenRuns(ScriptedServer& server, ConsoleFixture& desk)
     {
         desk.use(server);
         if (!desk.reaches(ServerState::Up))
@@ -52,11 +52,11 @@ struct OpenRuns {
     }
     bool lists(qsizetype count) const
     {
-        return QTest::qWaitFor([&] { return names().size() == count; }, patienceMs);
+        return QTest::qWaitFor([&] { return names().size() == count; }, timeoutMs);
     }
     bool says(const QString& text) const
     {
-        return QTest::qWaitFor([&] { return state().contains(text); }, patienceMs);
+        return QTest::qWaitFor([&] { return state().contains(text); }, timeoutMs);
     }
     QString state() const { return widget<QLabel>("stateLabel").text(); }
     void goTo(const QString& path) const
@@ -94,7 +94,7 @@ private Q_SLOTS:
     void runsStandByPrefixRunAndDate()
     {
         Archive server;
-        Desk desk;
+        ConsoleFixture desk;
         const OpenRuns runs(server, desk);
         QVERIFY(runs.lists(4));
         QCOMPARE(runs.names(),
@@ -125,7 +125,7 @@ private Q_SLOTS:
         QFETCH(QString, first);
         QFETCH(QString, last);
         Archive server;
-        Desk desk;
+        ConsoleFixture desk;
         const OpenRuns runs(server, desk);
         QVERIFY(runs.lists(4));
         runs.sortBy(column);
@@ -138,7 +138,7 @@ private Q_SLOTS:
     void prefixAndPartFilter()
     {
         Archive server;
-        Desk desk;
+        ConsoleFixture desk;
         const OpenRuns runs(server, desk);
         QVERIFY(runs.lists(4));
         auto& prefixes = runs.widget<QComboBox>("prefixCombo");
@@ -160,7 +160,7 @@ private Q_SLOTS:
     void anotherFolderIsTyped()
     {
         Archive server;
-        Desk desk;
+        ConsoleFixture desk;
         const OpenRuns runs(server, desk);
         QVERIFY(runs.lists(4));
         runs.goTo(QStringLiteral("/other \"x\""));
@@ -176,7 +176,7 @@ private Q_SLOTS:
     void aChosenRunGoesIntoTheCommandLine()
     {
         Archive server;
-        Desk desk;
+        ConsoleFixture desk;
         const OpenRuns runs(server, desk);
         QVERIFY(runs.lists(4));
         auto& button = runs.widget<QPushButton>("insertButton");
@@ -189,7 +189,7 @@ private Q_SLOTS:
     void aLostServerLeavesTheRunsOnShow()
     {
         Archive server;
-        Desk desk;
+        ConsoleFixture desk;
         const OpenRuns runs(server, desk);
         QVERIFY(runs.lists(4));
         server.answer("pwd", { Step::drop() });
@@ -208,7 +208,7 @@ private Q_SLOTS:
             many += "run" + QByteArray::number(i).rightJustified(6, '0') + "_20260101/\n";
         Archive server;
         server.answer("ls-F \"/data\"", { Step::text(many) });
-        Desk desk;
+        ConsoleFixture desk;
         const OpenRuns runs(server, desk);
         QVERIFY(runs.lists(10000));
         runs.sortBy(RunTable::Run, Qt::DescendingOrder);

@@ -1,8 +1,8 @@
 // How the console comes to its server and loses it: the probe, a link of its own, and the control of the manager,
 // against a scripted server and against programs that behave well and badly as a local server.
+#include "server/commandchannel.h"
 #include "server/servercontroller.h"
 #include "server/serverprobe.h"
-#include "server/commandchannel.h"
 
 #include "console/localprogram.h"
 #include "support/scriptedserver.h"
@@ -20,7 +20,7 @@ using namespace tarnis::testing;
 
 namespace {
 
-constexpr int patienceMs = 20000;
+constexpr int timeoutMs = 20000;
 
 ServerChoice local(const LocalProgram& program)
 {
@@ -46,7 +46,7 @@ struct Control {
     void start(const ServerChoice& choice) { controller.start(choice, "> "); }
     bool reaches(ServerState state)
     {
-        return QTest::qWaitFor([&] { return controller.state() == state; }, patienceMs);
+        return QTest::qWaitFor([&] { return controller.state() == state; }, timeoutMs);
     }
     bool says(const QString& words, Remedy remedy)
     {
@@ -54,7 +54,7 @@ struct Control {
             [&] {
                 return !notices.isEmpty() && notices.last().text.contains(words) && notices.last().remedy == remedy;
             },
-            patienceMs);
+            timeoutMs);
     }
     QString lastWords() const { return notices.isEmpty() ? QString() : notices.last().text; }
 };
@@ -68,7 +68,7 @@ class TestConsoleServer : public QObject {
     {
         QSignalSpy finished(&probe, &ServerProbe::finished);
         probe.start(host, port, "> ", timeoutMs);
-        if (!finished.wait(patienceMs))
+        if (!finished.wait(timeoutMs))
             qFatal("the probe does not end");
         return finished.first().first().value<ServerProbe::Outcome>();
     }
@@ -78,7 +78,7 @@ private Q_SLOTS:
     {
         ScriptedServer server;
         ServerProbe one;
-        QCOMPARE(probe(one, server.port(), patienceMs, ScriptedServer::host()), ServerProbe::Outcome::Greeted);
+        QCOMPARE(probe(one, server.port(), timeoutMs, ScriptedServer::host()), ServerProbe::Outcome::Greeted);
         QVERIFY(server.waitForFarewells(1));
         QVERIFY(!one.isActive());
     }
@@ -87,14 +87,14 @@ private Q_SLOTS:
     {
         ScriptedServer server({ Step::text("hello\n").inChunksOf(1), Step::serve() });
         ServerProbe one;
-        QCOMPARE(probe(one, server.port(), patienceMs, ScriptedServer::host()), ServerProbe::Outcome::Greeted);
+        QCOMPARE(probe(one, server.port(), timeoutMs, ScriptedServer::host()), ServerProbe::Outcome::Greeted);
         QVERIFY(one.received().endsWith("> "));
     }
 
     void theProbeFindsNobody()
     {
         ServerProbe one;
-        QCOMPARE(probe(one, ScriptedServer::closedPort(), patienceMs, ScriptedServer::host()),
+        QCOMPARE(probe(one, ScriptedServer::closedPort(), timeoutMs, ScriptedServer::host()),
             ServerProbe::Outcome::NotReached);
         QCOMPARE(one.socketError(), QAbstractSocket::ConnectionRefusedError);
     }
@@ -122,7 +122,7 @@ private Q_SLOTS:
         ScriptedServer server;
         ServerProbe one;
         QSignalSpy finished(&one, &ServerProbe::finished);
-        one.start(ScriptedServer::host(), server.port(), "> ", patienceMs);
+        one.start(ScriptedServer::host(), server.port(), "> ", timeoutMs);
         one.stop();
         QVERIFY(server.waitUntilDeserted());
         QCOMPARE(finished.size(), 0);
@@ -136,14 +136,14 @@ private Q_SLOTS:
         Control control;
         control.start(remote(server.port()));
         QVERIFY(control.reaches(ServerState::Up));
-        SessionLink link(control.controller.tarnis(), QStringLiteral("test"), nullptr);
-        QSignalSpy replied(&link, &SessionLink::replied);
+        CommandChannel link(control.controller.tarnis(), QStringLiteral("test"), nullptr);
+        QSignalSpy replied(&link, &CommandChannel::replied);
         auto* binary = new TarnisCmd(QStringLiteral("b"));
         binary->m_bBinary = true;
         link.send(new TarnisCmd(QStringLiteral("a")));
         link.send(binary);
         QCOMPARE(link.waiting().size(), qsizetype(2));
-        QTRY_COMPARE_WITH_TIMEOUT(replied.size(), 2, patienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(replied.size(), 2, timeoutMs);
         QCOMPARE(replied.at(0).at(1).toByteArray(), QByteArray("first"));
         QCOMPARE(replied.at(1).at(0).value<PTarnisCmd>()->m_replyText, QStringLiteral("second"));
         QVERIFY(link.waiting().isEmpty());
@@ -156,17 +156,17 @@ private Q_SLOTS:
         Control control;
         control.start(remote(server.port()));
         QVERIFY(control.reaches(ServerState::Up));
-        SessionLink link(control.controller.tarnis(), QStringLiteral("test"), nullptr);
-        QSignalSpy failed(&link, &SessionLink::failed);
-        QSignalSpy replied(&link, &SessionLink::replied);
+        CommandChannel link(control.controller.tarnis(), QStringLiteral("test"), nullptr);
+        QSignalSpy failed(&link, &CommandChannel::failed);
+        QSignalSpy replied(&link, &CommandChannel::replied);
         link.send(new TarnisCmd(QStringLiteral("a")));
         link.send(new TarnisCmd(QStringLiteral("b")));
-        QTRY_COMPARE_WITH_TIMEOUT(failed.size(), 1, patienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(failed.size(), 1, timeoutMs);
         const auto lost = failed.first().at(2).value<QList<Request>>();
         QCOMPARE(lost.size(), qsizetype(2));
         QCOMPARE(lost.at(1).text, QStringLiteral("b"));
         link.send(new TarnisCmd(QStringLiteral("a")));
-        QTRY_COMPARE_WITH_TIMEOUT(replied.size(), 1, patienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(replied.size(), 1, timeoutMs);
         QCOMPARE(replied.first().at(1).toByteArray(), QByteArray("whole"));
     }
 
@@ -177,14 +177,14 @@ private Q_SLOTS:
         Control control;
         control.start(remote(server.port()));
         QVERIFY(control.reaches(ServerState::Up));
-        SessionLink link(control.controller.tarnis(), QStringLiteral("test"), nullptr);
-        QSignalSpy replied(&link, &SessionLink::replied);
+        CommandChannel link(control.controller.tarnis(), QStringLiteral("test"), nullptr);
+        QSignalSpy replied(&link, &CommandChannel::replied);
         link.send(new TarnisCmd(QStringLiteral("a")));
         QVERIFY(server.waitForHold("gate"));
         QCOMPARE(link.drop().size(), qsizetype(1));
         server.open("gate");
         link.send(new TarnisCmd(QStringLiteral("b")));
-        QTRY_COMPARE_WITH_TIMEOUT(replied.size(), 1, patienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(replied.size(), 1, timeoutMs);
         QCOMPARE(replied.first().at(0).value<PTarnisCmd>()->m_cmd, QStringLiteral("b"));
     }
 
@@ -463,7 +463,7 @@ private Q_SLOTS:
         QVERIFY(control.reaches(ServerState::Up));
         QSignalSpy replied(&control.controller.tarnis(), &Tarnis::onCmdReply);
         control.controller.tarnis().SendCmd(QStringLiteral("control"), QStringLiteral("n"), QStringLiteral("a"), false);
-        QTRY_COMPARE_WITH_TIMEOUT(replied.size(), 1, patienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(replied.size(), 1, timeoutMs);
     }
 
     void aBusyServerIsNotShutDown()

@@ -1,6 +1,6 @@
 // The settings beside a server that changes under them: values of others, restarts, refusals.
-#include "console/consolefixture.h"
 #include "app/language.h"
+#include "console/consolefixture.h"
 #include "settings/settingsmodel.h"
 #include "settings/settingspanel.h"
 #include "windows/openwindows.h"
@@ -14,7 +14,7 @@ using namespace tarnis::testing;
 namespace {
 
 /// A console whose settings are at hand.
-class SettingsDesk : public Desk {
+class SettingsDesk : public ConsoleFixture {
 public:
     SettingsModel& model() { return window->settingsPanel().model(); }
     QString here(const QString& name) { return window->controller().tarnis().GetSettingValue(name, QString()); }
@@ -30,12 +30,12 @@ public:
     bool pressed(const char* button)
     {
         press(button);
-        return QTest::qWaitFor([this] { return window->settingsPanel().canDownload(); }, patienceMs);
+        return QTest::qWaitFor([this] { return window->settingsPanel().canDownload(); }, timeoutMs);
     }
     bool hasRead(const ScriptedServer& server, int times)
     {
         return QTest::qWaitFor(
-            [&] { return server.requests().count("setting") >= times && model().rowCount() > 0; }, patienceMs);
+            [&] { return server.requests().count("setting") >= times && model().rowCount() > 0; }, timeoutMs);
     }
 };
 
@@ -61,11 +61,11 @@ private Q_SLOTS:
         SettingsDesk desk;
         desk.use(server);
         QVERIFY(desk.hasRead(server, 1));
-        QTRY_COMPARE_WITH_TIMEOUT(desk.here("seed"), QStringLiteral("1"), patienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(desk.here("seed"), QStringLiteral("1"), timeoutMs);
         QVERIFY(desk.edit("rate", "20"));
         QVERIFY(desk.pressed("downloadButton"));
         QCOMPARE(desk.here("seed"), QStringLiteral("2"));
-        QTRY_VERIFY_WITH_TIMEOUT(desk.model().changedNames().isEmpty(), patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(desk.model().changedNames().isEmpty(), timeoutMs);
         bool isSent = false;
         for (const QByteArray& request : server.requests()) {
             QVERIFY2(!request.contains("seed:1"), request.constData());
@@ -81,7 +81,7 @@ private Q_SLOTS:
         SettingsDesk desk;
         desk.use(server);
         QVERIFY(desk.reaches(ServerState::Up));
-        QTRY_VERIFY_WITH_TIMEOUT(desk.settingsState().contains(QStringLiteral("secret")), patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(desk.settingsState().contains(QStringLiteral("secret")), timeoutMs);
         QVERIFY(desk.model().add("rate", "20"));
         QVERIFY(desk.pressed("downloadButton"));
         QVERIFY(server.waitForRequest("setting rate:20 "));
@@ -99,7 +99,7 @@ private Q_SLOTS:
         QVERIFY(!desk.widget<QPushButton>("downloadButton").isEnabled());
         QVERIFY(!desk.widget<QPushButton>("downloadButton").toolTip().isEmpty());
         server.open("gate");
-        QTRY_VERIFY_WITH_TIMEOUT(desk.widget<QPushButton>("downloadButton").isEnabled(), patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(desk.widget<QPushButton>("downloadButton").isEnabled(), timeoutMs);
         QCOMPARE(server.requests().count("setting rate:10 "), 1);
     }
 
@@ -111,16 +111,16 @@ private Q_SLOTS:
         SettingsDesk desk;
         desk.use(server);
         QVERIFY(desk.hasRead(server, 1));
-        QTRY_COMPARE_WITH_TIMEOUT(desk.model().rowCount(), 1, patienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(desk.model().rowCount(), 1, timeoutMs);
         QVERIFY(desk.edit("rate", "0"));
         QVERIFY(desk.pressed("downloadButton"));
-        QTRY_VERIFY_WITH_TIMEOUT(desk.settingsState().contains(QStringLiteral("rate is too small")), patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(desk.settingsState().contains(QStringLiteral("rate is too small")), timeoutMs);
         QVERIFY(!desk.record().contains(QStringLiteral("too small")));
         QVERIFY(desk.notice().text.isEmpty());
         const auto readings = server.requests().count("setting");
         desk.press("readButton");
-        QTRY_VERIFY_WITH_TIMEOUT(server.requests().count("setting") > readings, patienceMs);
-        QTRY_VERIFY_WITH_TIMEOUT(desk.settingsState().startsWith(QStringLiteral("1 changed")), patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(server.requests().count("setting") > readings, timeoutMs);
+        QTRY_VERIFY_WITH_TIMEOUT(desk.settingsState().startsWith(QStringLiteral("1 changed")), timeoutMs);
     }
 
     // What the panel says.
@@ -133,10 +133,10 @@ private Q_SLOTS:
         SettingsDesk desk;
         desk.use(server);
         QVERIFY(desk.hasRead(server, 1));
-        QTRY_COMPARE_WITH_TIMEOUT(desk.model().rowCount(), 1, patienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(desk.model().rowCount(), 1, timeoutMs);
         QVERIFY(desk.edit("rate", "0"));
         QVERIFY(desk.pressed("downloadButton"));
-        QTRY_VERIFY_WITH_TIMEOUT(desk.settingsState().contains(QStringLiteral("rate is too small")), patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(desk.settingsState().contains(QStringLiteral("rate is too small")), timeoutMs);
         const QString english = desk.settingsState();
         setLanguage(QStringLiteral("de"));
         QTRY_VERIFY(desk.settingsState() != english);
@@ -168,12 +168,12 @@ private Q_SLOTS:
         SettingsDesk desk;
         desk.use(server);
         QVERIFY(desk.hasRead(server, 1));
-        QTRY_COMPARE_WITH_TIMEOUT(desk.here("rate"), QStringLiteral("10"), patienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(desk.here("rate"), QStringLiteral("10"), timeoutMs);
         desk.send(command);
         QVERIFY(desk.isFree());
         if (!isRead)
             desk.press("readButton");
-        QTRY_COMPARE_WITH_TIMEOUT(desk.here("rate"), QStringLiteral("20"), patienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(desk.here("rate"), QStringLiteral("20"), timeoutMs);
         QCOMPARE(desk.settingsState(), QStringLiteral("As on the server."));
         QCOMPARE(server.requests().count("setting"), 2);
     }
@@ -186,7 +186,7 @@ private Q_SLOTS:
         QVERIFY(!desk.settingsState().isEmpty());
         desk.use(*server);
         QVERIFY(desk.hasRead(*server, 1));
-        QTRY_COMPARE_WITH_TIMEOUT(desk.settingsState(), QStringLiteral("As on the server."), patienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(desk.settingsState(), QStringLiteral("As on the server."), timeoutMs);
         server.reset();
         desk.window->controller().checkServer();
         QVERIFY(desk.reaches(ServerState::Failed));
@@ -210,7 +210,7 @@ private Q_SLOTS:
         SettingsDesk desk;
         desk.use(server);
         QVERIFY(desk.hasRead(server, 1));
-        QTRY_COMPARE_WITH_TIMEOUT(desk.settingsState(), QStringLiteral("As on the server."), patienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(desk.settingsState(), QStringLiteral("As on the server."), timeoutMs);
         desk.press(button.constData());
         QVERIFY2(desk.settingsState().startsWith(QStringLiteral("Reading")), qPrintable(desk.settingsState()));
         desk.choose("shutDownAction");
@@ -227,12 +227,12 @@ private Q_SLOTS:
         SettingsDesk desk;
         desk.use(program);
         QVERIFY(desk.hasRead(server, 1));
-        QTRY_COMPARE_WITH_TIMEOUT(desk.here("rate"), QStringLiteral("10"), patienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(desk.here("rate"), QStringLiteral("10"), timeoutMs);
         QVERIFY(desk.edit("rate", "20"));
         QVERIFY(desk.pressed("downloadButton"));
-        QTRY_COMPARE_WITH_TIMEOUT(desk.onServer("rate"), QStringLiteral("20"), patienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(desk.onServer("rate"), QStringLiteral("20"), timeoutMs);
         desk.choose("restartAction");
-        QTRY_VERIFY_WITH_TIMEOUT(desk.settingsState().contains(QStringLiteral("began anew")), patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(desk.settingsState().contains(QStringLiteral("began anew")), timeoutMs);
         desk.start({ ServerChoice::Kind::Remote, {}, ScriptedServer::host(), ScriptedServer::closedPort() });
         QVERIFY(desk.reaches(ServerState::Failed));
         QVERIFY2(desk.settingsState().startsWith(QStringLiteral("Not connected")), qPrintable(desk.settingsState()));
@@ -268,13 +268,13 @@ private Q_SLOTS:
         SettingsDesk desk;
         desk.use(program);
         QVERIFY(desk.hasRead(server, 1));
-        QTRY_COMPARE_WITH_TIMEOUT(desk.here("rate"), QStringLiteral("10"), patienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(desk.here("rate"), QStringLiteral("10"), timeoutMs);
         QVERIFY(desk.edit("rate", "20"));
         QVERIFY(desk.pressed("downloadButton"));
-        QTRY_COMPARE_WITH_TIMEOUT(desk.onServer("rate"), QStringLiteral("20"), patienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(desk.onServer("rate"), QStringLiteral("20"), timeoutMs);
 
         desk.choose("restartAction");
-        QTRY_COMPARE_WITH_TIMEOUT(desk.onServer("seed"), QStringLiteral("7"), patienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(desk.onServer("seed"), QStringLiteral("7"), timeoutMs);
         QCOMPARE(desk.here("rate"), QStringLiteral("20"));
         QCOMPARE(desk.onServer("rate"), QStringLiteral("10"));
         QCOMPARE(desk.model().changedNames(), QStringList { "rate" });
@@ -292,14 +292,14 @@ private Q_SLOTS:
         SettingsDesk desk;
         desk.use(program);
         QVERIFY(desk.hasRead(server, 1));
-        QTRY_COMPARE_WITH_TIMEOUT(desk.here("rate"), QStringLiteral("10"), patienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(desk.here("rate"), QStringLiteral("10"), timeoutMs);
         QVERIFY(desk.edit("rate", "20"));
         QVERIFY(desk.pressed("downloadButton"));
-        QTRY_COMPARE_WITH_TIMEOUT(desk.onServer("rate"), QStringLiteral("20"), patienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(desk.onServer("rate"), QStringLiteral("20"), timeoutMs);
         desk.press("readButton");
-        QTRY_COMPARE_WITH_TIMEOUT(desk.here("rate"), QStringLiteral("30"), patienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(desk.here("rate"), QStringLiteral("30"), timeoutMs);
         desk.choose("restartAction");
-        QTRY_COMPARE_WITH_TIMEOUT(desk.here("rate"), QStringLiteral("10"), patienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(desk.here("rate"), QStringLiteral("10"), timeoutMs);
         QVERIFY(desk.model().changedNames().isEmpty());
     }
 
@@ -311,12 +311,12 @@ private Q_SLOTS:
         SettingsDesk desk;
         desk.use(server);
         QVERIFY(desk.hasRead(server, 1));
-        QTRY_COMPARE_WITH_TIMEOUT(desk.here("rate"), QStringLiteral("10"), patienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(desk.here("rate"), QStringLiteral("10"), timeoutMs);
         QVERIFY(desk.edit("rate", "20"));
         QVERIFY(desk.pressed("downloadButton"));
-        QTRY_COMPARE_WITH_TIMEOUT(desk.onServer("rate"), QStringLiteral("20"), patienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(desk.onServer("rate"), QStringLiteral("20"), timeoutMs);
         desk.choose("restartAction"); // disconnects and connects again
-        QTRY_COMPARE_WITH_TIMEOUT(desk.here("rate"), QStringLiteral("30"), patienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(desk.here("rate"), QStringLiteral("30"), timeoutMs);
         QVERIFY(desk.model().changedNames().isEmpty());
     }
 
@@ -328,12 +328,12 @@ private Q_SLOTS:
         SettingsDesk desk;
         desk.use(program);
         QVERIFY(desk.hasRead(server, 1));
-        QTRY_COMPARE_WITH_TIMEOUT(desk.here("basepath"), QStringLiteral("/"), patienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(desk.here("basepath"), QStringLiteral("/"), timeoutMs);
         desk.widget<QLineEdit>("pathEdit").setText(QStringLiteral("/data"));
         desk.press("pathButton");
-        QTRY_COMPARE_WITH_TIMEOUT(desk.onServer("basepath"), QStringLiteral("/data"), patienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(desk.onServer("basepath"), QStringLiteral("/data"), timeoutMs);
         desk.choose("restartAction");
-        QTRY_COMPARE_WITH_TIMEOUT(desk.onServer("basepath"), QStringLiteral("/"), patienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(desk.onServer("basepath"), QStringLiteral("/"), timeoutMs);
         QCOMPARE(desk.here("basepath"), QStringLiteral("/data"));
         QCOMPARE(desk.widget<QLineEdit>("pathEdit").text(), QStringLiteral("/data"));
     }
@@ -349,12 +349,12 @@ private Q_SLOTS:
         SettingsDesk desk;
         desk.use(one);
         QVERIFY(desk.hasRead(first, 1));
-        QTRY_COMPARE_WITH_TIMEOUT(desk.here("rate"), QStringLiteral("10"), patienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(desk.here("rate"), QStringLiteral("10"), timeoutMs);
         QVERIFY(desk.edit("rate", "20"));
         QVERIFY(desk.pressed("downloadButton"));
-        QTRY_COMPARE_WITH_TIMEOUT(desk.onServer("rate"), QStringLiteral("20"), patienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(desk.onServer("rate"), QStringLiteral("20"), timeoutMs);
         desk.use(two);
-        QTRY_COMPARE_WITH_TIMEOUT(desk.here("rate"), QStringLiteral("5"), patienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(desk.here("rate"), QStringLiteral("5"), timeoutMs);
         QVERIFY(desk.model().changedNames().isEmpty());
     }
 };

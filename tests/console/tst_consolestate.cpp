@@ -15,7 +15,7 @@ Script told(const QByteArray& state)
 }
 
 /// A console that looks after its server's state all the time.
-class WatchingDesk : public Desk {
+class WatchingDesk : public ConsoleFixture {
 public:
     explicit WatchingDesk(const ScriptedServer& server)
     {
@@ -26,11 +26,11 @@ public:
     void watch() { window->stateWatch().setInterval(20); }
     bool has(Tarnis::SERVER_STATUS status)
     {
-        return QTest::qWaitFor([&] { return window->controller().status() == status; }, patienceMs);
+        return QTest::qWaitFor([&] { return window->controller().status() == status; }, timeoutMs);
     }
     bool asks(const ScriptedServer& server, int times)
     {
-        return QTest::qWaitFor([&] { return server.requests().count("stat") >= times; }, patienceMs);
+        return QTest::qWaitFor([&] { return server.requests().count("stat") >= times; }, timeoutMs);
     }
 };
 
@@ -132,7 +132,7 @@ private Q_SLOTS:
         desk.send(QStringLiteral("start"));
         QVERIFY(desk.has(Tarnis::RUNNING));
         ServerController& controller = desk.window->controller();
-        constexpr qint64 longAgo = 1000LL * patienceMs;
+        constexpr qint64 longAgo = 1000LL * timeoutMs;
         controller.readState("OK:\nstate: STOPPED\n", longAgo);
         QCOMPARE(controller.status(), Tarnis::RUNNING);
         const auto isBelieved = [&] {
@@ -150,7 +150,7 @@ private Q_SLOTS:
         auto* const statistics = desk.open<LiveStatistics>("statistics");
         QVERIFY(statistics);
         QVERIFY(desk.has(Tarnis::RUNNING));
-        desk.window->stateWatch().setInterval(patienceMs);
+        desk.window->stateWatch().setInterval(timeoutMs);
         QVERIFY(!desk.window->stateWatch().ask());
     }
 

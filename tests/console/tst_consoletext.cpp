@@ -1,7 +1,7 @@
 // The window of a text on the server: opened and saved through the choosers, in the form that it had, with changes that
 // nobody loses.
-#include "console/consolefixture.h"
 #include "browse/servertext.h"
+#include "console/consolefixture.h"
 
 #include <QComboBox>
 #include <QDialogButtonBox>
@@ -30,7 +30,7 @@ public:
 };
 
 struct OpenText {
-    OpenText(ScriptedServer& server, Desk& desk)
+    OpenText(ScriptedServer& server, ConsoleFixture& desk)
     {
         desk.use(server);
         if (!desk.reaches(ServerState::Up))
@@ -50,7 +50,7 @@ struct OpenText {
     QString path() const { return widget<QLabel>("pathLabel").text(); }
     bool says(const QString& text) const
     {
-        return QTest::qWaitFor([&] { return state().contains(text); }, patienceMs);
+        return QTest::qWaitFor([&] { return state().contains(text); }, timeoutMs);
     }
     void press(const char* name) const { tarnis::testing::press(widget<QPushButton>(name)); }
     void openNotes() const
@@ -82,7 +82,7 @@ struct OpenText {
             return list && list->isEnabled() && list->count() > 0
                 && stateOf(*dialog) != QStringLiteral("The server lists no folder");
         };
-        return QTest::qWaitFor(isListed, patienceMs) ? shownChooser() : nullptr;
+        return QTest::qWaitFor(isListed, timeoutMs) ? shownChooser() : nullptr;
     }
     static QPushButton& ok(QWidget& dialog)
     {
@@ -91,7 +91,7 @@ struct OpenText {
     static QString stateOf(QWidget& dialog) { return in<QLabel>(dialog, "stateLabel").text(); }
     static bool says(QWidget& dialog, const QString& part)
     {
-        return QTest::qWaitFor([&] { return stateOf(dialog).contains(part); }, patienceMs);
+        return QTest::qWaitFor([&] { return stateOf(dialog).contains(part); }, timeoutMs);
     }
     static void choose(QWidget& dialog, const QString& name)
     {
@@ -158,7 +158,7 @@ private Q_SLOTS:
     void aFileIsChosenAndOpened()
     {
         Archive server;
-        Desk desk;
+        ConsoleFixture desk;
         const OpenText text(server, desk);
         QVERIFY(text.choosesNotes());
         QVERIFY(text.says(QStringLiteral("Opened, 8 bytes")));
@@ -171,7 +171,7 @@ private Q_SLOTS:
     {
         Archive server;
         server.answer("txfile \"/data/notes.txt\"\none\ntwo\nthree", { Step::text("OK:\nfile: /data/notes.txt\n") });
-        Desk desk;
+        ConsoleFixture desk;
         const OpenText text(server, desk);
         text.openNotes();
         text.edit().moveCursor(QTextCursor::End);
@@ -186,7 +186,7 @@ private Q_SLOTS:
     {
         Archive server;
         server.answer("txfile \"/data/new.md\"\nhello", { Step::text("OK:\nfile: /data/new.md\n") });
-        Desk desk;
+        ConsoleFixture desk;
         const OpenText text(server, desk);
         QTest::keyClicks(&text.edit(), "hello");
         text.press("saveButton"); // has no file yet
@@ -205,7 +205,7 @@ private Q_SLOTS:
     void thePresentNameIsThere()
     {
         Archive server;
-        Desk desk;
+        ConsoleFixture desk;
         const OpenText text(server, desk);
         text.openNotes();
         text.press("saveAsButton");
@@ -228,7 +228,7 @@ private Q_SLOTS:
         Archive server;
         server.answer(
             "ls-F \"/data/old\"", { Step::hold("old"), Step::text("NG:cannot list '/data/old': No permission\n") });
-        Desk desk;
+        ConsoleFixture desk;
         const OpenText text(server, desk);
         text.press("openButton");
         QDialog* const chooser = text.chooser();
@@ -244,17 +244,17 @@ private Q_SLOTS:
         // The chooser goes back to the server's own folder by itself; the reason stays on show.
         QVERIFY(OpenText::says(*chooser, QStringLiteral("No permission\nChoose a file")));
         OpenText::choose(*chooser, QStringLiteral("notes.txt"));
-        QTRY_VERIFY_WITH_TIMEOUT(OpenText::ok(*chooser).isEnabled(), patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(OpenText::ok(*chooser).isEnabled(), timeoutMs);
         server.answer("ls-F \"/\"", { Step::text("OK:\ndata/\n") });
         OpenText::in<QComboBox>(*chooser, "dirComboBox").setCurrentIndex(0);
-        QTRY_COMPARE_WITH_TIMEOUT(OpenText::stateOf(*chooser), "Choose a file", patienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(OpenText::stateOf(*chooser), "Choose a file", timeoutMs);
     }
 
     void aTypedNameSurvivesTheServer()
     {
         Archive server;
         server.answer("txfile \"/data/x\"\nhello", { Step::text("OK:\n") });
-        Desk desk;
+        ConsoleFixture desk;
         const OpenText text(server, desk);
         QTest::keyClicks(&text.edit(), "hello");
         text.press("saveButton");
@@ -269,7 +269,7 @@ private Q_SLOTS:
         QVERIFY(!QApplication::activeModalWidget()); // or nobody could start the server
         desk.choose("startAction");
         QVERIFY(desk.reaches(ServerState::Up));
-        QTRY_VERIFY_WITH_TIMEOUT(OpenText::ok(*chooser).isEnabled(), patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(OpenText::ok(*chooser).isEnabled(), timeoutMs);
         acceptChoice(*chooser);
         QVERIFY(text.says(QStringLiteral("Saved")));
         QCOMPARE(text.path(), "/data/x");
@@ -278,7 +278,7 @@ private Q_SLOTS:
     void savingWithoutAServerSaysSo()
     {
         Archive server;
-        Desk desk;
+        ConsoleFixture desk;
         const OpenText text(server, desk);
         QTest::keyClicks(&text.edit(), "hello");
         text.window->close();
@@ -293,7 +293,7 @@ private Q_SLOTS:
     void changesGoOnlyWhenTheOtherFileIsThere()
     {
         Archive server;
-        Desk desk;
+        ConsoleFixture desk;
         const OpenText text(server, desk);
         QTest::keyClicks(&text.edit(), "mine");
         text.press("openButton");
@@ -323,7 +323,7 @@ private Q_SLOTS:
         Archive server;
         server.answer("txfile \"/data/notes.txt\"\none\ntwo\nx", { Step::hold("write"), Step::text("OK:\n") });
         server.answer("txfile \"/data/notes.txt\"\none\ntwo\nxy", { Step::text("OK:\n") });
-        Desk desk;
+        ConsoleFixture desk;
         const OpenText text(server, desk);
         text.openNotes();
         text.append(QStringLiteral("x"));
@@ -340,7 +340,7 @@ private Q_SLOTS:
         QVERIFY(text.window->isWindowModified());
         text.append(QStringLiteral("xy"));
         text.press("saveButton");
-        QTRY_VERIFY_WITH_TIMEOUT(!text.window->isWindowModified(), patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(!text.window->isWindowModified(), timeoutMs);
     }
 
     void closingDuringAWriteSavesTheRest()
@@ -348,7 +348,7 @@ private Q_SLOTS:
         Archive server;
         server.answer("txfile \"/data/notes.txt\"\none\ntwo\nx", { Step::hold("write"), Step::text("OK:\n") });
         server.answer("txfile \"/data/notes.txt\"\none\ntwo\nxy", { Step::hold("rest"), Step::text("OK:\n") });
-        Desk desk;
+        ConsoleFixture desk;
         const OpenText text(server, desk);
         text.openNotes();
         text.append(QStringLiteral("x"));
@@ -361,14 +361,14 @@ private Q_SLOTS:
         QVERIFY(server.waitForHold("rest"));
         QVERIFY(text.window);
         server.release("rest");
-        QTRY_VERIFY_WITH_TIMEOUT(text.window.isNull(), patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(text.window.isNull(), timeoutMs);
     }
 
     void nothingIsTypedWhileAFileComes()
     {
         Archive server;
         server.answer("rxfile \"/data/notes.txt\"", { Step::hold("read"), Step::binary("one\n", "OK:\n") });
-        Desk desk;
+        ConsoleFixture desk;
         const OpenText text(server, desk);
         text.window->openFile(QStringLiteral("/data/notes.txt"));
         QVERIFY(text.edit().isReadOnly());
@@ -384,7 +384,7 @@ private Q_SLOTS:
     {
         Archive server;
         server.answer("txfile \"/data/notes.txt\"\none\ntwo\nx", { Step::text("NG:cannot write\n") });
-        Desk desk;
+        ConsoleFixture desk;
         const OpenText text(server, desk);
         text.openNotes();
         text.window->openFile(QStringLiteral("/none"));
@@ -404,7 +404,7 @@ private Q_SLOTS:
     {
         Archive server;
         server.answer("txfile \"/data/notes.txt\"\none\ntwo\nx", { Step::drop() });
-        Desk desk;
+        ConsoleFixture desk;
         const OpenText text(server, desk);
         text.openNotes();
         text.edit().moveCursor(QTextCursor::End);
@@ -421,7 +421,7 @@ private Q_SLOTS:
     {
         Archive server;
         server.answer("txfile \"/data/notes.txt\"\none\ntwo\nx", { Step::text("OK:\n") });
-        Desk desk;
+        ConsoleFixture desk;
         const OpenText text(server, desk);
         text.openNotes();
         text.edit().moveCursor(QTextCursor::End);
@@ -433,13 +433,13 @@ private Q_SLOTS:
         QVERIFY(text.window->isVisible());
         QVERIFY(!text.window->close());
         text.answer(QMessageBox::Save);
-        QTRY_VERIFY_WITH_TIMEOUT(text.window.isNull(), patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(text.window.isNull(), timeoutMs);
     }
 
     void discardedChangesAreGone()
     {
         Archive server;
-        Desk desk;
+        ConsoleFixture desk;
         const OpenText text(server, desk);
         QTest::keyClicks(&text.edit(), "x");
         text.window->close();

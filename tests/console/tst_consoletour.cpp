@@ -12,7 +12,7 @@ using namespace tarnis::testing;
 
 namespace {
 
-constexpr int patienceMs = 60000;
+constexpr int timeoutMs = 60000;
 
 /// The console as somebody starts it who has a home directory of its own.
 class Program {
@@ -44,7 +44,7 @@ public:
     /// "exit 0", "crash": how it ended.
     QString end()
     {
-        if (!m_process.waitForFinished(patienceMs))
+        if (!m_process.waitForFinished(timeoutMs))
             return QStringLiteral("runs on");
         return m_process.exitStatus() == QProcess::CrashExit ? QStringLiteral("crash")
                                                              : QStringLiteral("exit %1").arg(m_process.exitCode());
@@ -230,7 +230,7 @@ private Q_SLOTS:
         install.start(QStringLiteral(CMAKE_PROGRAM),
             { QStringLiteral("--install"), QStringLiteral(BUILD_DIRECTORY), QStringLiteral("--prefix"), prefix,
                 QStringLiteral("--component"), QStringLiteral("runtime") });
-        QVERIFY(install.waitForFinished(patienceMs));
+        QVERIFY(install.waitForFinished(timeoutMs));
         QVERIFY2(install.exitCode() == 0, install.readAllStandardError().constData());
         const QString path = prefix + QStringLiteral("/bin/tarnis-console");
         Program console({ QStringLiteral("--version") }, path);
@@ -239,7 +239,7 @@ private Q_SLOTS:
         // With the installed simulator beside it, which a tour that is interrupted early shows.
         Program tour({ QStringLiteral("--tour"), scratch(QStringLiteral("installed")) }, path);
         const QString picture = scratch(QStringLiteral("installed/01-start-1-connected.png"));
-        QVERIFY(eventually([&] { return QFile::exists(picture); }, patienceMs));
+        QVERIFY(eventually([&] { return QFile::exists(picture); }, timeoutMs));
         tour.terminate();
         QCOMPARE(tour.end(), QStringLiteral("exit 1"));
         QVERIFY(report(QStringLiteral("installed")).startsWith(QStringLiteral("ok    start")));

@@ -1,6 +1,6 @@
 // Files to the server and from it by the command line: every byte, the name as it is, nothing overwritten unasked.
-#include "console/consolefixture.h"
 #include "command/replytext.h"
+#include "console/consolefixture.h"
 
 #include <QCheckBox>
 #include <QFile>
@@ -38,17 +38,17 @@ private:
     QTemporaryDir m_directory;
 };
 
-QMessageBox* questionOf(Desk& desk)
+QMessageBox* questionOf(ConsoleFixture& desk)
 {
     return desk.window->findChild<QMessageBox*>(QStringLiteral("uploadBox"));
 }
 
-bool isAsked(Desk& desk)
+bool isAsked(ConsoleFixture& desk)
 {
-    return QTest::qWaitFor([&] { return questionOf(desk) != nullptr; }, patienceMs);
+    return QTest::qWaitFor([&] { return questionOf(desk) != nullptr; }, timeoutMs);
 }
 
-void answer(Desk& desk, QMessageBox::StandardButton button)
+void answer(ConsoleFixture& desk, QMessageBox::StandardButton button)
 {
     tarnis::testing::answer(*desk.window, "uploadBox", button);
 }
@@ -70,7 +70,7 @@ private Q_SLOTS:
         }
         const Desktop files;
         Archive server;
-        Desk desk;
+        ConsoleFixture desk;
         desk.use(server);
         QVERIFY(desk.reaches(ServerState::Up));
         desk.window->commandPanel().upload(files.file(QStringLiteral("all.bin"), content));
@@ -95,7 +95,7 @@ private Q_SLOTS:
         QFETCH(QByteArray, request);
         const Desktop files;
         Archive server;
-        Desk desk;
+        ConsoleFixture desk;
         desk.use(server);
         QVERIFY(desk.reaches(ServerState::Up));
         desk.window->commandPanel().upload(files.file(name));
@@ -107,7 +107,7 @@ private Q_SLOTS:
         const QByteArray request("txfile notes.txt\ntext");
         const Desktop files;
         Archive server;
-        Desk desk;
+        ConsoleFixture desk;
         desk.use(server);
         QVERIFY(desk.reaches(ServerState::Up));
         desk.window->commandPanel().upload(files.file(QStringLiteral("notes.txt")));
@@ -133,7 +133,7 @@ private Q_SLOTS:
         const Desktop files;
         Archive server;
         server.answer("ls-F \"/data\"", { Step::text("NG:no permission\n") });
-        Desk desk;
+        ConsoleFixture desk;
         desk.use(server);
         QVERIFY(desk.reaches(ServerState::Up));
         desk.window->commandPanel().upload(files.file(QStringLiteral("new.txt")));
@@ -149,7 +149,7 @@ private Q_SLOTS:
         const Desktop files;
         Archive server;
         server.answer("pwd", { Step::hold("pwd") });
-        Desk desk;
+        ConsoleFixture desk;
         desk.use(server);
         QVERIFY(desk.reaches(ServerState::Up));
         desk.window->commandPanel().upload(files.file(QStringLiteral("new.txt")));
@@ -165,7 +165,7 @@ private Q_SLOTS:
     {
         const Desktop files;
         Archive server;
-        Desk desk;
+        ConsoleFixture desk;
         desk.use(server);
         QVERIFY(desk.reaches(ServerState::Up));
         desk.window->commandPanel().upload(QStringLiteral("/no/such/file"));
@@ -182,7 +182,7 @@ private Q_SLOTS:
         server.answer("rxfile notes.txt", { Step::binary("one\ntwo\n", "OK: /data/notes.txt, 8 bytes\n") });
         server.answer("rxfile image", { Step::binary(QByteArray("a\0b", 3), "OK: /data/image, 3 bytes\n") });
         server.answer("rxfile none", { Step::binary("", "NG:cannot read\n") });
-        Desk desk;
+        ConsoleFixture desk;
         desk.use(server);
         QVERIFY(desk.reaches(ServerState::Up));
         desk.type(QStringLiteral("rxfile notes.txt"));

@@ -1,13 +1,13 @@
 // The console's windows: what a person types, presses and reads, with servers that behave well and badly.
-#include "settings/addsettingdialog.h"
 #include "app/colours.h"
-#include "command/commandpanel.h"
-#include "server/connectdialog.h"
-#include "command/history.h"
 #include "app/indicatorstyle.h"
+#include "command/commandpanel.h"
+#include "command/history.h"
 #include "mainwindow.h"
 #include "notices/noticebar.h"
+#include "server/connectdialog.h"
 #include "server/servercontroller.h"
+#include "settings/addsettingdialog.h"
 #include "settings/settingsmodel.h"
 #include "settings/settingspanel.h"
 
@@ -141,7 +141,7 @@ private Q_SLOTS:
 
     void everyControlHasANameAndTellsWhyItIsDisabled()
     {
-        Desk desk;
+        ConsoleFixture desk;
         for (QWidget* widget : desk.window->findChildren<QWidget*>()) {
             if (!isControl(widget) || widget->isHidden())
                 continue;
@@ -157,7 +157,7 @@ private Q_SLOTS:
 
     void noTwoThingsShareAKey()
     {
-        Desk desk;
+        ConsoleFixture desk;
         SettingsModel& model = desk.window->settingsPanel().model();
         auto* connectDialog = new ConnectDialog({}, "> ", desk.window.get());
         auto* addDialog = new AddSettingDialog(model, desk.window.get());
@@ -185,7 +185,7 @@ private Q_SLOTS:
     void theTabKeyReachesEveryControl()
     {
         ScriptedServer server;
-        Desk desk;
+        ConsoleFixture desk;
         desk.use(server);
         QVERIFY(desk.reaches(ServerState::Up));
         desk.type(QStringLiteral("x"));
@@ -219,7 +219,7 @@ private Q_SLOTS:
         font.setPointSize(points);
         QApplication::setFont(font);
         {
-            Desk desk;
+            ConsoleFixture desk;
             desk.window->resize(desk.window->minimumSizeHint());
             compareNoCutText(*desk.window);
             ConnectDialog dialog({}, "> ", nullptr);
@@ -252,7 +252,7 @@ private Q_SLOTS:
 
     void aNoticeStaysReadableWhenItGetsDark()
     {
-        Desk desk;
+        ConsoleFixture desk;
         auto& bar = desk.widget<NoticeBar>("noticeBar");
         bar.setNotice({ Notice::Severity::Information, QStringLiteral("words"), Remedy::None });
         for (int i = 0; i < 2; ++i) {
@@ -290,7 +290,7 @@ private Q_SLOTS:
 
     void theLightColoursAreTheDesktops()
     {
-        Desk desk;
+        ConsoleFixture desk;
         desk.choose("darkAction");
         QCOMPARE(QApplication::palette().color(QPalette::Base), darkPalette().color(QPalette::Base));
         desk.choose("darkAction");
@@ -315,7 +315,7 @@ private Q_SLOTS:
     {
         ScriptedServer server;
         server.answer("hello", { Step::text("hi\n") });
-        Desk desk;
+        ConsoleFixture desk;
         desk.type(QStringLiteral("hello"));
         desk.enter();
         QCOMPARE(desk.edit().text(), QStringLiteral("hello"));
@@ -330,7 +330,7 @@ private Q_SLOTS:
     void whatCannotBeSentStaysWithAReason()
     {
         ScriptedServer server;
-        Desk desk;
+        ConsoleFixture desk;
         desk.use(server);
         QVERIFY(desk.reaches(ServerState::Up));
         desk.edit().setText(QString::fromUtf8("set \u03b1"));
@@ -345,7 +345,7 @@ private Q_SLOTS:
         server.answer("a", { Step::hold("gate"), Step::text("1\n") });
         server.answer("b", { Step::text("NG:2\n") });
         server.answer("c", { Step::text("") });
-        Desk desk;
+        ConsoleFixture desk;
         desk.use(server);
         QVERIFY(desk.reaches(ServerState::Up));
         for (const char* command : { "a", "b", "c" })
@@ -362,7 +362,7 @@ private Q_SLOTS:
     {
         ScriptedServer server;
         server.answer("slow", { Step::raw("half of it\n"), Step::hold("gate"), Step::text("the rest\n") });
-        Desk desk;
+        ConsoleFixture desk;
         desk.use(server);
         QVERIFY(desk.reaches(ServerState::Up));
         desk.send(QStringLiteral("slow"));
@@ -381,7 +381,7 @@ private Q_SLOTS:
         ScriptedServer server;
         server.answer("hist1d x", { Step::binary(bytesOf({ 1.0, 5.0 }), "OK: x\n") });
         server.answer("numbers", { Step::binary(bytesOf({ 2.0 }), "") });
-        Desk desk;
+        ConsoleFixture desk;
         desk.use(server);
         QVERIFY(desk.reaches(ServerState::Up));
         desk.send(QStringLiteral("hist1d x"));
@@ -395,7 +395,7 @@ private Q_SLOTS:
 
     void whatThePersonChoseAboutBinaryStays()
     {
-        Desk desk;
+        ConsoleFixture desk;
         desk.type(QStringLiteral("hist1d"));
         QVERIFY(desk.widget<QCheckBox>("binaryCheck").isChecked());
         desk.press("binaryCheck");
@@ -407,12 +407,12 @@ private Q_SLOTS:
     {
         ScriptedServer server;
         server.answerInTurn("a", { { Step::raw("half"), Step::drop() }, { Step::text("whole\n") } });
-        Desk desk;
+        ConsoleFixture desk;
         desk.use(server);
         QVERIFY(desk.reaches(ServerState::Up));
         desk.send(QStringLiteral("a"));
         desk.type(QStringLiteral("being typed"));
-        QTRY_COMPARE_WITH_TIMEOUT(desk.notice().remedy, Remedy::SendAgain, patienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(desk.notice().remedy, Remedy::SendAgain, timeoutMs);
         QVERIFY(desk.notice().text.contains(u'a'));
         QCOMPARE(desk.window->controller().state(), ServerState::Up);
         desk.press("remedyButton");
@@ -425,13 +425,13 @@ private Q_SLOTS:
     {
         ScriptedServer server;
         server.answerInTurn("a", { { Step::drop() }, { Step::text("whole\n") } });
-        Desk desk;
+        ConsoleFixture desk;
         desk.use(server);
         QVERIFY(desk.reaches(ServerState::Up));
         desk.send(QStringLiteral("a"));
         QVERIFY(desk.shows(QStringLiteral("No reply: a")));
         QCOMPARE(desk.edit().text(), QStringLiteral("a"));
-        QTRY_COMPARE_WITH_TIMEOUT(desk.notice().remedy, Remedy::SendAgain, patienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(desk.notice().remedy, Remedy::SendAgain, timeoutMs);
         QTest::keyClick(&desk.edit(), Qt::Key_Return);
         QVERIFY(desk.notice().text.isEmpty()); // else it could be sent a second time
         QVERIFY(desk.shows(QStringLiteral("whole")));
@@ -442,7 +442,7 @@ private Q_SLOTS:
         ScriptedServer server;
         server.answer("never", { Step::silence() });
         server.answer("next", { Step::text("done\n") });
-        Desk desk;
+        ConsoleFixture desk;
         QVERIFY(!desk.widget<QPushButton>("giveUpButton").isEnabled());
         desk.use(server);
         QVERIFY(desk.reaches(ServerState::Up));
@@ -462,7 +462,7 @@ private Q_SLOTS:
         server.answer("never", { Step::silence() });
         server.answer("next", { Step::text("done\n") });
         server.answer("last", { Step::text("done too\n") });
-        Desk desk;
+        ConsoleFixture desk;
         desk.use(server);
         QVERIFY(desk.reaches(ServerState::Up));
         for (const char* const command : { "never", "next", "last" })
@@ -485,17 +485,17 @@ private Q_SLOTS:
         server.answerInTurn("setting",
             { { Step::text("OK:\nrate: 10\n") }, { Step::text("OK:\nrate: 10\n") },
                 { Step::text("OK:\nrate: 20\n") } });
-        Desk desk;
+        ConsoleFixture desk;
         SettingsModel& model = desk.window->settingsPanel().model();
         QVERIFY(!desk.widget<QPushButton>("readButton").isEnabled());
         desk.use(server);
-        QTRY_COMPARE_WITH_TIMEOUT(model.rowCount(), 1, patienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(model.rowCount(), 1, timeoutMs);
         QCOMPARE(desk.settingsState(), QStringLiteral("As on the server."));
         QVERIFY(model.setData(model.index(0, SettingsModel::Value), "20", Qt::EditRole));
         QVERIFY(desk.settingsState().startsWith(QStringLiteral("1 changed")));
         desk.press("saveButton");
         QVERIFY(!desk.widget<QPushButton>("saveButton").isEnabled());
-        QTRY_VERIFY_WITH_TIMEOUT(model.changedNames().isEmpty(), patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(model.changedNames().isEmpty(), timeoutMs);
         QVERIFY(server.requests().contains("setting rate:20 "));
         QVERIFY(server.requests().contains("savesetting"));
         QVERIFY(desk.widget<QPushButton>("saveButton").isEnabled());
@@ -506,20 +506,20 @@ private Q_SLOTS:
         ScriptedServer server;
         server.answer("setting", { Step::text("OK:\nrate: 10\n") });
         server.answer("setting rate:0 ", { Step::text("NG:rate is too small\n") });
-        Desk desk;
+        ConsoleFixture desk;
         SettingsModel& model = desk.window->settingsPanel().model();
         desk.use(server);
-        QTRY_COMPARE_WITH_TIMEOUT(model.rowCount(), 1, patienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(model.rowCount(), 1, timeoutMs);
         model.setData(model.index(0, SettingsModel::Value), "0", Qt::EditRole);
         desk.press("downloadButton");
-        QTRY_VERIFY_WITH_TIMEOUT(desk.settingsState().contains(QStringLiteral("rate is too small")), patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(desk.settingsState().contains(QStringLiteral("rate is too small")), timeoutMs);
         QCOMPARE(model.changedNames(), QStringList { "rate" });
     }
 
     void theBasePathFollowsTheStatus()
     {
         ScriptedServer server;
-        Desk desk;
+        ConsoleFixture desk;
         auto& path = desk.widget<QLineEdit>("pathEdit");
         path.setText(QStringLiteral("/data"));
         desk.press("pathButton"); // no server: kept
@@ -539,7 +539,7 @@ private Q_SLOTS:
 
     void theReadoutAddressGoesToTheSettings()
     {
-        Desk desk;
+        ConsoleFixture desk;
         Tarnis& tarnis = desk.window->controller().tarnis();
         desk.widget<QLineEdit>("ipEdit").setText(QStringLiteral("10.0.0"));
         QVERIFY(!desk.widget<QPushButton>("addressButton").isEnabled());
@@ -586,7 +586,7 @@ private Q_SLOTS:
         ScriptedServer server;
         server.answer("a", { Step::silence() });
         const LocalProgram program(faithful(server.port()));
-        Desk desk;
+        ConsoleFixture desk;
         desk.use(program);
         QVERIFY(desk.reaches(ServerState::Up));
         desk.send(QStringLiteral("a"));
@@ -625,7 +625,7 @@ private Q_SLOTS:
         ScriptedServer mute({ Step::silence() });
         server.answer("long", { Step::silence() });
         const LocalProgram program(kind.contains(u'%') ? kind.arg(server.port()) : kind);
-        Desk desk;
+        ConsoleFixture desk;
         if (kind == u"mute")
             desk.use(mute);
         else if (kind == u"refused")
@@ -642,7 +642,7 @@ private Q_SLOTS:
         const QProcess* process = desk.window->controller().tarnis().process();
         const qint64 processId = process ? process->processId() : 0;
         desk.window->close();
-        QTRY_VERIFY_WITH_TIMEOUT(!desk.window->isVisible(), patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(!desk.window->isVisible(), timeoutMs);
         if (processId > 0)
             QVERIFY(!isRunning(processId));
         desk.window.reset();
@@ -654,22 +654,22 @@ private Q_SLOTS:
     {
         ScriptedServer server;
         const LocalProgram program(deaf(server.port()));
-        Desk desk;
+        ConsoleFixture desk;
         desk.use(program);
         QVERIFY(desk.reaches(ServerState::Up));
         const qint64 processId = desk.window->controller().tarnis().process()->processId();
         desk.window->close();
-        QTRY_COMPARE_WITH_TIMEOUT(desk.notice().remedy, Remedy::EndByForce, patienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(desk.notice().remedy, Remedy::EndByForce, timeoutMs);
         QVERIFY(desk.window->isVisible());
         desk.press("remedyButton");
-        QTRY_VERIFY_WITH_TIMEOUT(!desk.window->isVisible(), patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(!desk.window->isVisible(), timeoutMs);
         QVERIFY(!isRunning(processId));
     }
 
     void aBusyServerKeepsTheWindowOpen()
     {
         ScriptedServer server;
-        Desk desk;
+        ConsoleFixture desk;
         desk.use(server);
         QVERIFY(desk.reaches(ServerState::Up));
         desk.window->controller().tarnis().SetStatus(Tarnis::HARDWARE_BUSY);
@@ -698,20 +698,20 @@ private Q_SLOTS:
             window.show();
             window.commandPanel().history().add(QStringLiteral("typed once"));
             window.startServer(options);
-            QTRY_COMPARE_WITH_TIMEOUT(window.controller().state(), ServerState::Up, patienceMs);
+            QTRY_COMPARE_WITH_TIMEOUT(window.controller().state(), ServerState::Up, timeoutMs);
             window.close();
-            QTRY_VERIFY_WITH_TIMEOUT(!window.isVisible(), patienceMs);
+            QTRY_VERIFY_WITH_TIMEOUT(!window.isVisible(), timeoutMs);
         }
         QSettings memory(file, QSettings::IniFormat);
         MainWindow window(memory);
         window.show();
         QCOMPARE(window.commandPanel().history().entries(), QStringList { "typed once" });
         window.startServer({});
-        QTRY_COMPARE_WITH_TIMEOUT(window.controller().state(), ServerState::Up, patienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(window.controller().state(), ServerState::Up, timeoutMs);
         QVERIFY(window.controller().choice() == *options.server);
         QCOMPARE(window.controller().prompt(), QByteArray("# "));
         window.close();
-        QTRY_VERIFY_WITH_TIMEOUT(!window.isVisible(), patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(!window.isVisible(), timeoutMs);
     }
 
     void everyWindowOpensOnceAndCloses()
@@ -719,7 +719,7 @@ private Q_SLOTS:
         ScriptedServer server;
         server.answer("stat", { Step::text("OK:\na: 1\n") });
         server.answer("setting", { Step::text("OK:\nb: 2\n") });
-        Desk desk;
+        ConsoleFixture desk;
         QVERIFY(!desk.window->openWindow(desk.window->entries().first()));
         desk.use(server);
         QVERIFY(desk.reaches(ServerState::Up));

@@ -24,20 +24,20 @@ namespace {
 const QByteArray otherTimes("OK:\ntime: kind=1d bins=5 min=0 max=10\n");
 
 /// Connected, with the list read and the arrival times on show.
-QWidget* openCurves(ScriptedServer& server, Desk& desk)
+QWidget* openCurves(ScriptedServer& server, ConsoleFixture& desk)
 {
     desk.use(server);
     const auto isOnShow = [&] {
         auto* const curves = desk.open<Graph1DDialog>("curves");
         return curves && curves->getGraphWidget()->hasData();
     };
-    if (!isListed(desk, "time") || !QTest::qWaitFor(isOnShow, patienceMs))
+    if (!isListed(desk, "time") || !QTest::qWaitFor(isOnShow, timeoutMs))
         qFatal("no curves");
     return desk.find("curves");
 }
 
 /// The server ends and is back with this list, which has been read.
-void comeBackWith(ScriptedServer& server, Desk& desk, const QByteArray& list)
+void comeBackWith(ScriptedServer& server, ConsoleFixture& desk, const QByteArray& list)
 {
     server.answer("hists", { Step::text(list) });
     const qsizetype asked = server.requests().count("hists");
@@ -52,7 +52,7 @@ void comeBackWith(ScriptedServer& server, Desk& desk, const QByteArray& list)
         return all.isEmpty() ? server.requests().count("hists") > asked
                              : desk.window->histograms().find(all.first().name).has_value();
     };
-    if (!QTest::qWaitFor(isRead, patienceMs))
+    if (!QTest::qWaitFor(isRead, timeoutMs))
         qFatal("no list");
 }
 
@@ -66,10 +66,10 @@ private Q_SLOTS:
 
     void windowsFollowANewList()
     {
-        Laboratory server;
+        HistogramServer server;
         server.answer("hist1d time 0 2 bins:1000", { Step::doubles(QList<double>(3000, 1.0), "OK:\n") });
         server.answer("hist2d image bins:3x2", { Step::doubles({ 1, 2, 3, 4, 5, 9 }, "OK: exported 3 x 2 y\n") });
-        Desk desk;
+        ConsoleFixture desk;
         OpenList list(server, desk);
         QVERIFY(list.opensTheMap());
         OpenWindows& windows = desk.window->windows();
@@ -90,7 +90,7 @@ private Q_SLOTS:
         QVERIFY(freshCurves && freshMap);
         QCOMPARE(titlesOf(windows.all()), titles); // in the order in which they were opened
         QVERIFY(server.waitForRequest("hist1d time 0 2 bins:1000"));
-        QTRY_VERIFY_WITH_TIMEOUT(freshCurves->getGraphWidget()->hasData(), patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(freshCurves->getGraphWidget()->hasData(), timeoutMs);
         double min = 0.0;
         double max = 0.0;
         freshCurves->getGraphWidget()->getMinMaxX(min, max);
@@ -99,7 +99,7 @@ private Q_SLOTS:
         QCOMPARE(freshCurves->getGraphWidget()->getNameX(), "Flight [ms]");
         QCOMPARE(freshCurves->geometry(), QRect(40, 50, 700, 400));
         QCOMPARE(freshCurves->findChild<QComboBox*>(QStringLiteral("typeComboBox"))->currentIndex(), 1);
-        QTRY_COMPARE_WITH_TIMEOUT(freshMap->getGraphWidget()->getMaxValue(), 9.0, patienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(freshMap->getGraphWidget()->getMaxValue(), 9.0, timeoutMs);
         freshMap->getGraphWidget()->getMinMaxY(min, max);
         QCOMPARE(max, 7.0);
         QVERIFY(freshMap->isMaximized());
@@ -116,8 +116,8 @@ private Q_SLOTS:
     void theKeyboardStaysWhereItIs()
     {
         QFETCH(QString, place);
-        Laboratory server;
-        Desk desk;
+        HistogramServer server;
+        ConsoleFixture desk;
         const QPointer<QWidget> curves = openCurves(server, desk);
         QDialog* const box = new QDialog(curves);
         box->show();
@@ -142,28 +142,28 @@ private Q_SLOTS:
     void whatTheListDoesNotChangeStays()
     {
         QFETCH(QByteArray, list);
-        Laboratory server;
-        Desk desk;
+        HistogramServer server;
+        ConsoleFixture desk;
         const QPointer<QWidget> curves = openCurves(server, desk);
         const qsizetype polls = server.requests().count("hist1d time 0 1 bins:4");
         comeBackWith(server, desk, list);
-        QTRY_VERIFY_WITH_TIMEOUT(server.requests().count("hist1d time 0 1 bins:4") >= polls + 2, patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(server.requests().count("hist1d time 0 1 bins:4") >= polls + 2, timeoutMs);
         QVERIFY(curves && curves->isVisible());
         QCOMPARE(desk.window->windows().find(QStringLiteral("curves")), curves.data());
     }
 
     void aListThatComesLateCountsForOpenWindows()
     {
-        Laboratory server;
+        HistogramServer server;
         server.answer("hists", { Step::hold("list"), Step::text(twoHistograms) });
-        Desk desk;
+        ConsoleFixture desk;
         desk.use(server);
         QVERIFY(desk.reaches(ServerState::Up));
         QVERIFY(server.waitForHold("list"));
         const QPointer<QWidget> curves = desk.find("curves");
         QVERIFY(server.waitForRequest("hist1d time 0 7 bins:1024"));
         server.open("list");
-        QTRY_VERIFY_WITH_TIMEOUT(curves.isNull(), patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(curves.isNull(), timeoutMs);
         QVERIFY(server.waitForRequest("hist1d time 0 1 bins:4"));
         const QPointer<QWidget> fresh = desk.window->windows().find(QStringLiteral("curves"));
         QVERIFY(fresh);
@@ -173,8 +173,8 @@ private Q_SLOTS:
 
     void aMinimizedWindowStaysMinimized()
     {
-        Laboratory server;
-        Desk desk;
+        HistogramServer server;
+        ConsoleFixture desk;
         const QPointer<QWidget> curves = openCurves(server, desk);
         curves->showMinimized();
         comeBackWith(server, desk, otherTimes);
@@ -195,35 +195,35 @@ private Q_SLOTS:
     {
         QFETCH(QString, control);
         QFETCH(bool, isLive);
-        Laboratory server;
+        HistogramServer server;
         server.answer("hist1d time 0 0 bins:5", { Step::doubles({ 1, 2, 3, 4, 5 }, "OK:\n") });
-        Desk desk;
+        ConsoleFixture desk;
         const QPointer<QWidget> curves = openCurves(server, desk);
         curves->findChild<QAbstractButton*>(QStringLiteral("autoUpdateCheckBox"))->setChecked(false);
         comeBackWith(server, desk, otherTimes);
         QVERIFY(curves);
         QCOMPARE(desk.find("curves"), curves.data());
         auto* const button = curves->findChild<QAbstractButton*>(control);
-        QTRY_VERIFY_WITH_TIMEOUT(button->isEnabled(), patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(button->isEnabled(), timeoutMs);
         QVERIFY(!server.requests().contains("hist1d time 0 0 bins:5"));
         button->click();
         QTRY_VERIFY(curves.isNull());
         auto* const fresh = qobject_cast<Graph1DDialog*>(desk.window->windows().find(QStringLiteral("curves")));
         QVERIFY(fresh);
-        QTRY_VERIFY_WITH_TIMEOUT(fresh->getGraphWidget()->hasData(), patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(fresh->getGraphWidget()->hasData(), timeoutMs);
         QCOMPARE(fresh->isAutoUpdate(), isLive);
     }
 
     void aFilteredMapOutlivesItsMap()
     {
-        Laboratory server;
-        Desk desk;
+        HistogramServer server;
+        ConsoleFixture desk;
         OpenList list(server, desk);
         QVERIFY(list.opensTheMap());
         const QString id = QStringLiteral("histogram image");
         const QPointer<Graph2DDialog> map = qobject_cast<Graph2DDialog*>(desk.window->windows().find(id));
         QVERIFY(map);
-        QTRY_COMPARE_WITH_TIMEOUT(map->getGraphWidget()->getMaxValue(), 6.0, patienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(map->getGraphWidget()->getMaxValue(), 6.0, timeoutMs);
         Graph2DFilter filter;
         map->onFilterAccepted(filter);
         const QPointer<Graph2DDialog> filtered = map->findChild<Graph2DDialog*>();
@@ -239,8 +239,8 @@ private Q_SLOTS:
 
     void aMenuThatIsOpenIsWaitedFor()
     {
-        Laboratory server;
-        Desk desk;
+        HistogramServer server;
+        ConsoleFixture desk;
         const QPointer<QWidget> curves = openCurves(server, desk);
         QMenu menu(curves);
         menu.addAction(QStringLiteral("one"));
@@ -257,8 +257,8 @@ private Q_SLOTS:
 
     void aLineThatIsTypedIsWaitedFor()
     {
-        Laboratory server;
-        Desk desk;
+        HistogramServer server;
+        ConsoleFixture desk;
         const QPointer<QWidget> curves = openCurves(server, desk);
         auto* const box = new QDialog(curves);
         auto* const line = new QLineEdit(box);

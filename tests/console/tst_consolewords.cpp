@@ -1,7 +1,7 @@
 // Every word in the console's open windows when the language changes: none of the language of before is left.
+#include "app/language.h"
 #include "console/consolefixture.h"
 #include "console/windowlists.h"
-#include "app/language.h"
 #include "notices/messagelist.h"
 #include "settings/settingspanel.h"
 
@@ -28,9 +28,9 @@ using namespace tarnis::testing;
 namespace {
 
 /// A server with a little of everything that the windows ask for.
-class Laboratory : public ScriptedServer {
+class HistogramServer : public ScriptedServer {
 public:
-    Laboratory()
+    HistogramServer()
     {
         answer("hist1d time 0 7 bins:1024", { Step::doubles({ 1, 2, 3, 4, 5, 6, 7, 8 }, "OK:\n") });
         answer("hist1d total pairs bins:1024", { Step::doubles({ 0, 5 }, "OK: (0 40000 1024)\n") });
@@ -175,14 +175,14 @@ class TestConsoleWords : public QObject {
 
     Catalogue m_catalogue;
 
-    static void openAll(Desk& desk)
+    static void openAll(ConsoleFixture& desk)
     {
         for (const WindowEntry& entry : desk.window->entries())
             desk.window->openWindow(entry);
     }
 
     /// Until what is on its way has arrived and been said.
-    void change(Desk& desk, const char* action, const Vocabulary& before, const Vocabulary& now)
+    void change(ConsoleFixture& desk, const char* action, const Vocabulary& before, const Vocabulary& now)
     {
         desk.choose(action);
         QStringList left;
@@ -194,7 +194,7 @@ class TestConsoleWords : public QObject {
             5000);
         QVERIFY2(isClean, qPrintable(left.join(QStringLiteral(" | "))));
     }
-    void changeThereAndBack(Desk& desk)
+    void changeThereAndBack(ConsoleFixture& desk)
     {
         change(desk, "deAction", m_catalogue.english, m_catalogue.german);
         change(desk, "enAction", m_catalogue.german, m_catalogue.english);
@@ -212,15 +212,15 @@ private Q_SLOTS:
 
     void withoutAServer()
     {
-        Desk desk;
+        ConsoleFixture desk;
         openAll(desk);
         changeThereAndBack(desk);
     }
 
     void withEveryWindow()
     {
-        Laboratory server;
-        Desk desk;
+        HistogramServer server;
+        ConsoleFixture desk;
         desk.use(server);
         QVERIFY(desk.reaches(ServerState::Up) && isListed(desk, "time"));
         desk.widget<QLineEdit>("ipEdit").setText(QStringLiteral("192.168.0.16"));
@@ -232,21 +232,21 @@ private Q_SLOTS:
 
     void whenTheServerIsLost()
     {
-        auto server = std::make_unique<Laboratory>();
-        Desk desk;
+        auto server = std::make_unique<HistogramServer>();
+        ConsoleFixture desk;
         desk.use(*server);
         QVERIFY(desk.reaches(ServerState::Up) && isListed(desk, "time"));
         openAll(desk);
         server.reset();
         QVERIFY(desk.reaches(ServerState::Failed));
-        QTRY_VERIFY_WITH_TIMEOUT(!desk.notice().text.isEmpty(), patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(!desk.notice().text.isEmpty(), timeoutMs);
         changeThereAndBack(desk);
     }
 
     void aLiveWindowIsNamedAnew()
     {
-        Laboratory server;
-        Desk desk;
+        HistogramServer server;
+        ConsoleFixture desk;
         desk.use(server);
         QVERIFY(desk.reaches(ServerState::Up) && isListed(desk, "time"));
         auto* const curves = desk.open<Graph1DDialog>("curves");
@@ -274,8 +274,8 @@ private Q_SLOTS:
 
     void theMenuOfAColourBarIsTranslated()
     {
-        Laboratory server;
-        Desk desk;
+        HistogramServer server;
+        ConsoleFixture desk;
         desk.use(server);
         QVERIFY(desk.reaches(ServerState::Up) && isListed(desk, "time"));
         desk.choose("deAction");
@@ -291,7 +291,7 @@ private Q_SLOTS:
 
     void theKeyboardBoxFitsAndFollows()
     {
-        Desk desk;
+        ConsoleFixture desk;
         desk.choose("keysAction");
         const auto* const box = desk.window->findChild<QDialog*>(QStringLiteral("keyboardBox"));
         const auto* const table = box->findChild<QTableWidget*>(QStringLiteral("keyTable"));
@@ -305,7 +305,7 @@ private Q_SLOTS:
 
     void theKeyboardBoxKnowsTheKeysOfTheWindows()
     {
-        Desk desk;
+        ConsoleFixture desk;
         desk.choose("keysAction");
         const auto* const table =
             desk.window->findChild<QDialog*>(QStringLiteral("keyboardBox"))->findChild<QTableWidget*>();
@@ -320,8 +320,8 @@ private Q_SLOTS:
 
     void whatIsAddedUpDoesNotDependOnTheLanguage()
     {
-        Laboratory server;
-        Desk desk;
+        HistogramServer server;
+        ConsoleFixture desk;
         desk.use(server);
         QVERIFY(desk.reaches(ServerState::Up) && isListed(desk, "time"));
         desk.choose("deAction");

@@ -7,10 +7,10 @@
 namespace tarnis::testing {
 
 /// The server's list has come, with this one: windows that open now are not replaced.
-inline bool isListed(Desk& desk, const char* histogram)
+inline bool isListed(ConsoleFixture& desk, const char* histogram)
 {
     return QTest::qWaitFor(
-        [&] { return desk.window->histograms().find(QLatin1String(histogram)).has_value(); }, patienceMs);
+        [&] { return desk.window->histograms().find(QLatin1String(histogram)).has_value(); }, timeoutMs);
 }
 
 } // namespace tarnis::testing

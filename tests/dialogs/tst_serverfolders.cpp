@@ -1,6 +1,6 @@
 // The two choosers on the simulated server and real folders below its root.
-#include "simserver/simprogram.h"
 #include "dialogs/chooser.h"
+#include "simserver/simprogram.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,4 +1,4 @@
-// Linked with a step of examples/host: uses its windows as a person would, and ends the program with 0 if they did what
+// Linked with a step of examples/host: uses its windows as a user would, and ends the program with 0 if they did what
 // the documents say.
 #include <tarnis/dialogs/graph1ddialog.h>
 #include <tarnis/dialogs/graph2ddialog.h>
@@ -30,13 +30,13 @@ namespace {
 
 using tarnis::testing::ModalWatchdog;
 
-constexpr int patienceMs = 30000;
+constexpr int timeoutMs = 30000;
 
 struct Failed { };
 
 void expect(const char* what, const std::function<bool()>& condition)
 {
-    if (QTest::qWaitFor(condition, patienceMs))
+    if (QTest::qWaitFor(condition, timeoutMs))
         return;
     std::fprintf(stderr, "the hand waits in vain: %s\n", what);
     throw Failed();
@@ -124,8 +124,7 @@ bool showsStatistics()
     bool isListed = false;
     ModalWatchdog answers({ [&isListed](QWidget& dialog) {
         isListed = QTest::qWaitFor(
-            [&] { return dialog.findChild<QListWidget*>(QStringLiteral("curDirListWidget"))->count() > 0; },
-            patienceMs);
+            [&] { return dialog.findChild<QListWidget*>(QStringLiteral("curDirListWidget"))->count() > 0; }, timeoutMs);
         qobject_cast<SelectPathDialog*>(&dialog)->reject();
     } });
     open(3);

@@ -91,7 +91,7 @@ class TestColorScale : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void cleanup() { tarnis::setWideLanes(true); }
+    void cleanup() { tarnis::setAvx2(true); }
 
     void colorsBitByBit();
     void rowsBitByBit_data();
@@ -142,7 +142,7 @@ void TestColorScale::rowsBitByBit()
 {
     QFETCH(bool, wide);
     QFETCH(bool, counts);
-    tarnis::setWideLanes(wide);
+    tarnis::setAvx2(wide);
     Generator generator = seededGenerator(counts ? 2 : 3);
     tarnis::BinPixels converter;
     for (int i = 0; i < 2500; ++i) {
@@ -183,7 +183,7 @@ void TestColorScale::groupsBitByBit()
 {
     QFETCH(bool, wide);
     QFETCH(int, widest);
-    tarnis::setWideLanes(wide);
+    tarnis::setAvx2(wide);
     Generator generator = seededGenerator(static_cast<unsigned long long>(widest));
     tarnis::BinPixels converter;
     for (int i = 0; i < 1500; ++i) {
@@ -232,7 +232,7 @@ void TestColorScale::listsPixels_data()
 void TestColorScale::listsPixels()
 {
     QFETCH(bool, wide);
-    tarnis::setWideLanes(wide);
+    tarnis::setAvx2(wide);
     Generator generator = seededGenerator(5);
     for (std::size_t count = 0; count < 200; ++count) {
         std::vector<QRgb> pixels(count);
@@ -257,7 +257,7 @@ void TestColorScale::laysPixelsOver_data()
 void TestColorScale::laysPixelsOver()
 {
     QFETCH(bool, wide);
-    tarnis::setWideLanes(wide);
+    tarnis::setAvx2(wide);
     Generator generator = seededGenerator(6);
     for (std::size_t count = 0; count < 100; ++count) {
         std::vector<QRgb> line(count + 1, 0xff123456U);

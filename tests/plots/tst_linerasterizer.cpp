@@ -13,7 +13,7 @@
 
 #include <cmath>
 
-using tarnis::PixelMask;
+using tarnis::LineRasterizer;
 using tarnis::PixelRows;
 
 using tarnis::testing::Generator;
@@ -241,7 +241,7 @@ void TestPixelMask::linesAreThoseOfTheEngine()
         painter.end();
 
         QImage image = emptyImage(size);
-        PixelMask mask(image.rect());
+        LineRasterizer mask(image.rect());
         for (const QLine& line : lines)
             mask.addLine(line.p1(), line.p2());
         mask.writeTo(rowsOf(image), ink);
@@ -265,7 +265,7 @@ void TestPixelMask::leavesOutWhatIsOutside()
             painter.drawLines(lines);
         }
         QImage image = emptyImage(size);
-        PixelMask mask(area);
+        LineRasterizer mask(area);
         for (const QLine& line : lines)
             mask.addLine(line.p1(), line.p2());
         mask.writeTo(rowsOf(image), ink);
@@ -276,7 +276,7 @@ void TestPixelMask::leavesOutWhatIsOutside()
 void TestPixelMask::isEmptyAfterwards()
 {
     QImage image = emptyImage({ 40, 30 });
-    PixelMask mask(image.rect());
+    LineRasterizer mask(image.rect());
     mask.addRow(0, 39, 5);
     mask.addColumn(20, 0, 29);
     mask.writeTo(rowsOf(image), ink);
@@ -294,7 +294,7 @@ void TestPixelMask::anEmptyArea()
 {
     QImage image = emptyImage({ 4, 3 });
     for (const QRect& area : { QRect(), QRect(2, 2, 0, 5), QRect(QPoint(3, 2), QPoint(0, 0)) }) {
-        PixelMask mask(area);
+        LineRasterizer mask(area);
         mask.addLine({ 0, 0 }, { 3, 2 });
         mask.addRow(0, 3, 1);
         mask.addColumn(1, 0, 2);

@@ -226,7 +226,7 @@ class TestBinMap : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void cleanup() { tarnis::setWideLanes(true); }
+    void cleanup() { tarnis::setAvx2(true); }
 
     void picture_data();
     void picture();
@@ -255,7 +255,7 @@ void TestBinMap::compare(tarnis::BinMap& product, const MapState& map, const Can
 void TestBinMap::picture_data()
 {
     QTest::addColumn<int>("cases");
-    QTest::addColumn<int>("mostBins");
+    QTest::addColumn<int>("maxBins");
     QTest::addColumn<int>("kind");
     QTest::addColumn<double>("zeros");
     QTest::addColumn<bool>("ragged");
@@ -275,7 +275,7 @@ void TestBinMap::picture_data()
 void TestBinMap::picture()
 {
     QFETCH(int, cases);
-    QFETCH(int, mostBins);
+    QFETCH(int, maxBins);
     QFETCH(int, kind);
     QFETCH(double, zeros);
     QFETCH(bool, ragged);
@@ -283,7 +283,7 @@ void TestBinMap::picture()
     tarnis::BinMap product;
     for (int number = 0; number < cases && !QTest::currentTestFailed(); ++number) {
         MapState map;
-        const Bins bins = { whole(generator, 0, mostBins), whole(generator, 0, mostBins), kind, zeros, ragged };
+        const Bins bins = { whole(generator, 0, maxBins), whole(generator, 0, maxBins), kind, zeros, ragged };
         fill(map, bins, generator);
         setAxes(map, bins, generator);
         setColors(map, generator);
@@ -299,9 +299,9 @@ void TestBinMap::pictureInPlainLoops_data()
 
 void TestBinMap::pictureInPlainLoops()
 {
-    tarnis::setWideLanes(false);
+    tarnis::setAvx2(false);
     QFETCH(int, cases);
-    QFETCH(int, mostBins);
+    QFETCH(int, maxBins);
     QFETCH(int, kind);
     QFETCH(double, zeros);
     QFETCH(bool, ragged);
@@ -309,7 +309,7 @@ void TestBinMap::pictureInPlainLoops()
     tarnis::BinMap product;
     for (int number = 0; number < cases / 4 && !QTest::currentTestFailed(); ++number) {
         MapState map;
-        const Bins bins = { whole(generator, 0, mostBins), whole(generator, 0, mostBins), kind, zeros, ragged };
+        const Bins bins = { whole(generator, 0, maxBins), whole(generator, 0, maxBins), kind, zeros, ragged };
         fill(map, bins, generator);
         setAxes(map, bins, generator);
         setColors(map, generator);

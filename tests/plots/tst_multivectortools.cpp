@@ -1,4 +1,4 @@
-// The tools of the plot of many series, used as a person does: CSV file, visible items, peak search.
+// The tools of the plot of many series, used as a user does: CSV file, visible items, peak search.
 #include "support/curveprobe.h"
 #include "support/modalwatchdog.h"
 #include "support/plothand.h"

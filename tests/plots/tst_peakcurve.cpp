@@ -1,6 +1,6 @@
 // The curve of a peak as lines.
-#include "tarnis/plots/math/peakcurve_p.h"
 #include "tarnis/plots/math/floatcomparison_p.h"
+#include "tarnis/plots/math/peakcurve_p.h"
 
 #include <QTest>
 

@@ -1,4 +1,4 @@
-// Saving the plot as an image and printing it, with the dialogs answered as a person does.
+// Saving the plot as an image and printing it, with the dialogs answered as a user does.
 #include "support/frameprobe.h"
 #include "support/modalwatchdog.h"
 #include "support/plothand.h"

@@ -1,4 +1,4 @@
-// The mouse tools of the plot frame, driven through the widget as a person does.
+// The mouse tools of the plot frame, driven through the widget as a user does.
 #include "support/frameprobe.h"
 #include "support/plothand.h"
 

@@ -26,7 +26,7 @@ Program::Program(const QStringList& arguments)
         ::prctl(PR_CAPBSET_DROP, CAP_DAC_READ_SEARCH);
     });
     m_process.start(SIMSERVER_PATH, arguments);
-    if (!m_process.waitForStarted(patienceMs))
+    if (!m_process.waitForStarted(timeoutMs))
         qFatal("cannot start %s", SIMSERVER_PATH);
 }
 
@@ -35,7 +35,7 @@ Program::~Program()
     if (!isRunning())
         return;
     m_process.kill();
-    m_process.waitForFinished(patienceMs);
+    m_process.waitForFinished(timeoutMs);
 }
 
 quint16 Program::port()
@@ -50,7 +50,7 @@ quint16 Program::port()
 QByteArray Program::outputUntil(const QByteArray& text)
 {
     m_output += m_process.readAllStandardOutput();
-    while (!m_output.contains(text) && m_process.waitForReadyRead(patienceMs))
+    while (!m_output.contains(text) && m_process.waitForReadyRead(timeoutMs))
         m_output += m_process.readAllStandardOutput();
     m_output += m_process.readAllStandardOutput();
     return m_output;
@@ -59,7 +59,7 @@ QByteArray Program::outputUntil(const QByteArray& text)
 void Program::type(const QByteArray& text)
 {
     m_process.write(text);
-    while (m_process.bytesToWrite() > 0 && m_process.waitForBytesWritten(patienceMs)) { }
+    while (m_process.bytesToWrite() > 0 && m_process.waitForBytesWritten(timeoutMs)) { }
 }
 
 void Program::closeInput()
@@ -69,7 +69,7 @@ void Program::closeInput()
 
 QString Program::end()
 {
-    if (isRunning() && !m_process.waitForFinished(patienceMs))
+    if (isRunning() && !m_process.waitForFinished(timeoutMs))
         return QStringLiteral("still running");
     if (m_process.exitStatus() == QProcess::CrashExit)
         return QStringLiteral("crash");
@@ -86,7 +86,7 @@ Wire::Wire(quint16 port, const QByteArray& prompt, bool greeted)
     : m_socket(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0))
     , m_prompt(prompt)
 {
-    const timeval patience { .tv_sec = patienceMs / 1000, .tv_usec = 0 };
+    const timeval patience { .tv_sec = timeoutMs / 1000, .tv_usec = 0 };
     setsockopt(m_socket, SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof(patience));
     setsockopt(m_socket, SOL_SOCKET, SO_SNDTIMEO, &patience, sizeof(patience));
     sockaddr_in address {};

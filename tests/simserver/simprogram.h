@@ -11,7 +11,7 @@
 
 namespace simtest {
 
-constexpr int patienceMs = 30000;
+constexpr int timeoutMs = 30000;
 
 /// Starts tarnis-simserver and ends it on destruction.
 class Program {

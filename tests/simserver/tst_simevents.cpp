@@ -1,7 +1,7 @@
 // The event stream: Poisson statistics, reproducibility, and the shape of what comes.
 #include "acquisition.h"
-#include "simserver/chisquare.h"
 #include "events.h"
+#include "simserver/chisquare.h"
 #include "support/support.h"
 
 #include <QtTest>

@@ -1,6 +1,6 @@
 // Histograms and the payloads of their replies, read back as a client reads them.
-#include "histograms.h"
 #include "console/payload.h"
+#include "histograms.h"
 #include "support/support.h"
 
 #include <QtTest>

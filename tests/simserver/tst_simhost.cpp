@@ -11,7 +11,7 @@
 
 namespace {
 
-constexpr int patienceMs = 30000;
+constexpr int timeoutMs = 30000;
 const QByteArray prompt = "> ";
 
 } // namespace
@@ -24,7 +24,7 @@ private:
     {
         QSignalSpy replies(m_server.get(), &Tarnis::onCmdReply);
         m_server->SendCmd("control", "test", command, false);
-        if (!replies.wait(patienceMs))
+        if (!replies.wait(timeoutMs))
             return "no reply";
         return replies.front().at(2).toByteArray();
     }
@@ -50,7 +50,7 @@ void TestSimHost::init()
     m_server->SetLocal(true);
     const QString path = SIMSERVER_PATH;
     QVERIFY(m_server->Run(&path));
-    QTRY_VERIFY_WITH_TIMEOUT(m_server->IsServerConnected(), patienceMs);
+    QTRY_VERIFY_WITH_TIMEOUT(m_server->IsServerConnected(), timeoutMs);
 }
 
 void TestSimHost::cleanup()
@@ -60,7 +60,7 @@ void TestSimHost::cleanup()
     const auto isIdle = [&] {
         return !statuses.isEmpty() && statuses.back().front().value<Tarnis::SERVER_STATUS>() == Tarnis::IDLE;
     };
-    QTRY_VERIFY_WITH_TIMEOUT(isIdle(), patienceMs);
+    QTRY_VERIFY_WITH_TIMEOUT(isIdle(), timeoutMs);
     m_server.reset();
 }
 
@@ -77,7 +77,7 @@ void TestSimHost::optionsComeByTheEnvironment()
 
 void TestSimHost::statIsReadBySections()
 {
-    QTRY_VERIFY_WITH_TIMEOUT(ask("stat").contains("\nstate: STOPPED\n"), patienceMs);
+    QTRY_VERIFY_WITH_TIMEOUT(ask("stat").contains("\nstate: STOPPED\n"), timeoutMs);
     QMap<QString, QList<QString>> sections;
     TarnisCmd::devideByKey(QString::fromUtf8(ask("stat")), sections);
     QCOMPARE(sections.keys(), (QStringList { "histograms", "modules", "run", "server" }));
@@ -96,7 +96,7 @@ void TestSimHost::binaryRepliesComeOverASession()
         command->m_bBinary = true;
         session->send(command.release());
     }
-    QTRY_COMPARE_WITH_TIMEOUT(results.size(), 3, patienceMs);
+    QTRY_COMPARE_WITH_TIMEOUT(results.size(), 3, timeoutMs);
     const auto sizeOf = [&](int i) { return results.at(i).at(1).toByteArray().size(); };
     const auto textOf = [&](int i) { return results.at(i).at(0).value<PTarnisCmd>()->m_replyText; };
     QCOMPARE(sizeOf(0), 5 * 16384 * 8);
@@ -116,18 +116,18 @@ void TestSimHost::uploadAndPathCommands()
 
 void TestSimHost::settingsAreDownloaded()
 {
-    QTRY_VERIFY_WITH_TIMEOUT(ask("stat").contains("\nstate: STOPPED\n"), patienceMs);
+    QTRY_VERIFY_WITH_TIMEOUT(ask("stat").contains("\nstate: STOPPED\n"), timeoutMs);
     for (const auto& [key, value] : { std::pair { "ip", "10.0.0.7" }, { "tcp", "4000" }, { "bcp", "4001" },
              { "rate", "33" }, { "inst", "ABC" }, { "run", "17" } })
         QVERIFY(m_server->SetSettingValue(key, value));
     QSignalSpy replies(m_server.get(), &Tarnis::onCmdReply);
     QCOMPARE(m_server->DownloadSettings("control", true), 2);
-    QTRY_COMPARE_WITH_TIMEOUT(replies.size(), 3, patienceMs);
+    QTRY_COMPARE_WITH_TIMEOUT(replies.size(), 3, timeoutMs);
     QCOMPARE(replies.at(0).at(2).toByteArray(), QByteArray("OK:\n"));
     QCOMPARE(replies.at(1).at(2).toByteArray(), QByteArray("OK:\n"));
     QCOMPARE(replies.at(2).at(2).toByteArray(), QByteArray("OK:\nfile: /simserver.settings\n"));
     m_server->SetBasePath("/data/M\u00fcller", true);
-    QTRY_COMPARE_WITH_TIMEOUT(replies.size(), 4, patienceMs);
+    QTRY_COMPARE_WITH_TIMEOUT(replies.size(), 4, timeoutMs);
     const QByteArray settings = ask("setting");
     for (const char* const line : { "\nip: 10.0.0.7\n", "\ntcp: 4000\n", "\nrate: 33\n", "\ninst: ABC\n", "\nrun: 17\n",
              "\nbasepath: /data/M\u00fcller\n" })

@@ -40,7 +40,7 @@ double residentMemory(qint64 processId)
 
 void waitForState(Wire& wire, const QByteArray& state)
 {
-    QTRY_COMPARE_WITH_TIMEOUT(wire.value("stat", "state"), state, simtest::patienceMs);
+    QTRY_COMPARE_WITH_TIMEOUT(wire.value("stat", "state"), state, simtest::timeoutMs);
 }
 
 } // namespace

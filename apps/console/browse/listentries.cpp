@@ -1,13 +1,13 @@
 // The server's statistics as they change, and its folders.
+#include "browse/pathwindows.h"
 #include "command/commandpanel.h"
+#include "histograms/livewindows.h"
 #include "mainwindow.h"
 #include "server/servercontroller.h"
 #include "settings/settingsmodel.h"
 #include "settings/settingspanel.h"
-#include "tour/uidriver.h"
 #include "tour/histogramsteps.h"
-#include "histograms/livewindows.h"
-#include "browse/pathwindows.h"
+#include "tour/uidriver.h"
 #include "windows/window.h"
 
 #include <QComboBox>
@@ -27,14 +27,14 @@ QWidget* openStatistics(const WindowContext& context)
     return new LiveStatistics(context, Windows::tr("Statistics"));
 }
 
-void driveStatistics(Person& person, QWidget& window)
+void driveStatistics(UiDriver& driver, QWidget& window)
 {
     QTableWidget& table = *static_cast<StatDialog&>(window).table();
-    person.waitUntil(QStringLiteral("the statistics are on show"), [&] { return table.rowCount() > 0; });
-    person.picture(window, QStringLiteral("table"));
-    const QString path = saveBy(person, QStringLiteral("statistics.csv"),
-        [&] { person.click(*person.find<QDialogButtonBox>(window, "buttonBox").button(QDialogButtonBox::Save)); });
-    person.expect(linesOf(path) > 1, QStringLiteral("the file has a line for each value"));
+    driver.waitUntil(QStringLiteral("the statistics are on show"), [&] { return table.rowCount() > 0; });
+    driver.picture(window, QStringLiteral("table"));
+    const QString path = saveBy(driver, QStringLiteral("statistics.csv"),
+        [&] { driver.click(*driver.find<QDialogButtonBox>(window, "buttonBox").button(QDialogButtonBox::Save)); });
+    driver.expect(linesOf(path) > 1, QStringLiteral("the file has a line for each value"));
 }
 
 void setBasePath(ServerController& controller, const QString& path)
@@ -68,23 +68,23 @@ QWidget* openServerFile(const WindowContext& context)
 }
 
 /// Waits for the list and chooses an entry of it by a click.
-void chooseListed(Person& person, QWidget& window, const QString& text)
+void chooseListed(UiDriver& driver, QWidget& window, const QString& text)
 {
-    auto& list = person.find<QListWidget>(window, "curDirListWidget");
-    person.waitUntil(QStringLiteral("%1 is listed").arg(text),
+    auto& list = driver.find<QListWidget>(window, "curDirListWidget");
+    driver.waitUntil(QStringLiteral("%1 is listed").arg(text),
         [&] { return list.isEnabled() && !list.findItems(text, Qt::MatchExactly).isEmpty(); });
     QListWidgetItem* const item = list.findItems(text, Qt::MatchExactly).constFirst();
     list.scrollToItem(item);
-    person.look(60); // until it is laid out
-    person.clickAt(*list.viewport(), list.visualItemRect(item).center());
+    driver.look(60); // until it is laid out
+    driver.clickAt(*list.viewport(), list.visualItemRect(item).center());
 }
 
-void pressOk(Person& person, QWidget& window)
+void pressOk(UiDriver& driver, QWidget& window)
 {
-    person.click(*person.find<QDialogButtonBox>(window, "buttonBox").button(QDialogButtonBox::Ok));
+    driver.click(*driver.find<QDialogButtonBox>(window, "buttonBox").button(QDialogButtonBox::Ok));
 }
 
-void driveBasePath(Person& person, QWidget& window)
+void driveBasePath(UiDriver& driver, QWidget& window)
 {
     auto& console = *qobject_cast<MainWindow*>(window.parentWidget());
     Tarnis& server = console.controller().tarnis();
@@ -94,34 +94,34 @@ void driveBasePath(Person& person, QWidget& window)
     const QObject counter; // until the step has ended in any way
     QObject::connect(&server, &Tarnis::onCmdReply, &counter,
         [&answers](const QString& name) { answers += int(name == u"settingBasePathCmd"); });
-    chooseListed(person, window, QStringLiteral("data/"));
-    person.key(person.find<QListWidget>(window, "curDirListWidget"), Qt::Key_Return);
-    const auto& folders = person.find<QComboBox>(window, "dirComboBox");
-    person.waitUntil(QStringLiteral("the folder is open"),
+    chooseListed(driver, window, QStringLiteral("data/"));
+    driver.key(driver.find<QListWidget>(window, "curDirListWidget"), Qt::Key_Return);
+    const auto& folders = driver.find<QComboBox>(window, "dirComboBox");
+    driver.waitUntil(QStringLiteral("the folder is open"),
         [&] { return folders.isEnabled() && folders.currentText().contains(QStringLiteral("data")); });
-    person.picture(window, QStringLiteral("chosen"));
-    pressOk(person, window);
-    person.waitUntil(QStringLiteral("the folder is the base path"),
+    driver.picture(window, QStringLiteral("chosen"));
+    pressOk(driver, window);
+    driver.waitUntil(QStringLiteral("the folder is the base path"),
         [&] { return answers == 1 && basePath().endsWith(QStringLiteral("/data")); });
-    person.picture(console, QStringLiteral("set"));
+    driver.picture(console, QStringLiteral("set"));
     server.SetBasePath(before, false);
     // The steps behind this one list the server's own folder.
-    person.waitUntil(QStringLiteral("the server has the base path of before"), [&] { return answers == 2; });
-    const auto& state = person.find<QLabel>(console.settingsPanel(), "stateLabel");
-    person.waitUntil(QStringLiteral("the settings are read again"),
+    driver.waitUntil(QStringLiteral("the server has the base path of before"), [&] { return answers == 2; });
+    const auto& state = driver.find<QLabel>(console.settingsPanel(), "stateLabel");
+    driver.waitUntil(QStringLiteral("the settings are read again"),
         [&] { return state.text() == SettingsPanel::tr("As on the server."); });
 }
 
-void driveServerFiles(Person& person, QWidget& window)
+void driveServerFiles(UiDriver& driver, QWidget& window)
 {
     auto& console = *qobject_cast<MainWindow*>(window.parentWidget());
-    chooseListed(person, window, QStringLiteral("tour.txt")); // was uploaded by the tour
-    person.picture(window, QStringLiteral("chosen"));
-    pressOk(person, window);
-    auto& edit = person.find<QLineEdit>(console, "commandEdit");
-    person.expect(edit.text().startsWith(u'"') && edit.text().endsWith(u"/tour.txt\""),
+    chooseListed(driver, window, QStringLiteral("tour.txt")); // was uploaded by the tour
+    driver.picture(window, QStringLiteral("chosen"));
+    pressOk(driver, window);
+    auto& edit = driver.find<QLineEdit>(console, "commandEdit");
+    driver.expect(edit.text().startsWith(u'"') && edit.text().endsWith(u"/tour.txt\""),
         QStringLiteral("the path is in the command line in quotation marks, not %1").arg(edit.text()));
-    person.clearText(edit);
+    driver.clearText(edit);
 }
 
 } // namespace

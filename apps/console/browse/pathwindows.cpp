@@ -1,8 +1,8 @@
 #include "browse/pathwindows.h"
 
 #include "command/replytext.h"
-#include "server/servercontroller.h"
 #include "server/commandchannel.h"
+#include "server/servercontroller.h"
 #include "windows/window.h"
 
 #include <tarnis/server/tarnissession.h>
@@ -44,8 +44,8 @@ FolderChooser::FolderChooser(const WindowContext& context, const Words& title)
     keepTitle(*this, title);
     setAttribute(Qt::WA_DeleteOnClose);
     listen();
-    connect(&m_keeper, &SessionKeeper::lost, this, [this] { m_guide.setLost(true); });
-    connect(&m_keeper, &SessionKeeper::wanted, this, &FolderChooser::resume);
+    connect(&m_keeper, &SessionRecovery::lost, this, [this] { m_guide.setLost(true); });
+    connect(&m_keeper, &SessionRecovery::wanted, this, &FolderChooser::resume);
 }
 
 void FolderChooser::askForName(const QString& name)
@@ -104,8 +104,8 @@ FileChooser::FileChooser(const WindowContext& context, const Words& title)
     keepTitle(*this, title);
     setAttribute(Qt::WA_DeleteOnClose);
     listen();
-    connect(&m_keeper, &SessionKeeper::lost, this, [this] { m_guide.setLost(true); });
-    connect(&m_keeper, &SessionKeeper::wanted, this, &FileChooser::resume);
+    connect(&m_keeper, &SessionRecovery::lost, this, [this] { m_guide.setLost(true); });
+    connect(&m_keeper, &SessionRecovery::wanted, this, &FileChooser::resume);
 }
 
 void FileChooser::closeEvent(QCloseEvent* event)

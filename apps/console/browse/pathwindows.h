@@ -27,7 +27,7 @@ protected:
     void resume();
     ChooserGuide::Choice choice();
 
-    SessionKeeper m_keeper;
+    SessionRecovery m_keeper;
     ChooserGuide m_guide;
 };
 
@@ -43,7 +43,7 @@ protected:
     void resume();
     ChooserGuide::Choice choice();
 
-    SessionKeeper m_keeper;
+    SessionRecovery m_keeper;
     ChooserGuide m_guide;
 };
 

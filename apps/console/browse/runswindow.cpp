@@ -1,13 +1,13 @@
 #include "browse/runswindow.h"
 
 #include "app/availability.h"
+#include "app/words.h"
+#include "browse/pathwindows.h"
 #include "command/commandpanel.h"
 #include "command/replytext.h"
-#include "server/servercontroller.h"
 #include "server/commandchannel.h"
+#include "server/servercontroller.h"
 #include "ui_runswindow.h"
-#include "browse/pathwindows.h"
-#include "app/words.h"
 
 #include <QEvent>
 #include <QHeaderView>
@@ -27,7 +27,7 @@ RunsWindow::RunsWindow(const WindowContext& context)
     : QDialog(context.parent)
     , m_context(context)
     , ui(std::make_unique<Ui::RunsWindow>())
-    , m_link(new SessionLink(context.controller.tarnis(), QStringLiteral("runs"), this))
+    , m_link(new CommandChannel(context.controller.tarnis(), QStringLiteral("runs"), this))
 {
     m_context.parent = this; // of what this window opens
     ui->setupUi(this);
@@ -55,9 +55,9 @@ RunsWindow::RunsWindow(const WindowContext& context)
         m_order.setPrefix(index > 0 ? ui->prefixCombo->currentText() : QString());
         showCount();
     });
-    connect(m_link, &SessionLink::replied, this, &RunsWindow::onReplied);
-    connect(m_link, &SessionLink::waitingChanged, this, &RunsWindow::updateControls);
-    connect(m_link, &SessionLink::failed, this, [this](int, const QString& message) {
+    connect(m_link, &CommandChannel::replied, this, &RunsWindow::onReplied);
+    connect(m_link, &CommandChannel::waitingChanged, this, &RunsWindow::updateControls);
+    connect(m_link, &CommandChannel::failed, this, [this](int, const QString& message) {
         say(*ui->stateLabel, [message] { return tr("No reply: %1. Refresh to ask again.").arg(message); });
         m_context.controller.checkServer();
     });

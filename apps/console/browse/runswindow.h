@@ -42,7 +42,7 @@ protected:
 
     WindowContext m_context;
     std::unique_ptr<Ui::RunsWindow> ui;
-    SessionLink* m_link;
+    CommandChannel* m_link;
     RunTable m_runs;
     RunOrder m_order;
     QString m_asked; ///< the folder whose list is awaited

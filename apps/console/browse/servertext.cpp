@@ -1,12 +1,12 @@
 #include "browse/servertext.h"
 
 #include "app/availability.h"
+#include "browse/pathwindows.h"
 #include "command/replytext.h"
-#include "server/servercontroller.h"
 #include "server/commandchannel.h"
+#include "server/servercontroller.h"
 #include "ui_servertext.h"
 #include "windows/openwindows.h"
-#include "browse/pathwindows.h"
 
 #include <QEvent>
 #include <QFontDatabase>
@@ -58,7 +58,7 @@ ServerTextWindow::ServerTextWindow(const WindowContext& context)
     : QDialog(context.parent)
     , m_context(context)
     , ui(std::make_unique<Ui::ServerText>())
-    , m_link(new SessionLink(context.controller.tarnis(), QStringLiteral("text"), this))
+    , m_link(new CommandChannel(context.controller.tarnis(), QStringLiteral("text"), this))
 {
     m_context.parent = this; // of what this window opens
     ui->setupUi(this);
@@ -71,9 +71,9 @@ ServerTextWindow::ServerTextWindow(const WindowContext& context)
     connect(ui->saveAsButton, &QPushButton::clicked, this, &ServerTextWindow::chooseSaveAs);
     connect(ui->closeButton, &QPushButton::clicked, this, &ServerTextWindow::close);
     connect(ui->edit, &QPlainTextEdit::modificationChanged, this, &ServerTextWindow::updateControls);
-    connect(m_link, &SessionLink::replied, this, &ServerTextWindow::onReplied);
-    connect(m_link, &SessionLink::waitingChanged, this, &ServerTextWindow::updateControls);
-    connect(m_link, &SessionLink::failed, this, [this](int, const QString& message, const QList<Request>& lost) {
+    connect(m_link, &CommandChannel::replied, this, &ServerTextWindow::onReplied);
+    connect(m_link, &CommandChannel::waitingChanged, this, &ServerTextWindow::updateControls);
+    connect(m_link, &CommandChannel::failed, this, [this](int, const QString& message, const QList<Request>& lost) {
         stay();
         if (!lost.isEmpty() && lost.constFirst().name == writeName)
             keepModified(); // the server may have written it, or a part of it

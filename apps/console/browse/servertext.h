@@ -1,8 +1,8 @@
 // A text file on the server's side: opened, edited and saved there.
 #pragma once
 
-#include "windows/window.h"
 #include "app/words.h"
+#include "windows/window.h"
 
 #include <tarnis/server/tarniscmd.h>
 
@@ -66,7 +66,7 @@ protected:
 
     WindowContext m_context;
     std::unique_ptr<Ui::ServerText> ui;
-    SessionLink* m_link;
+    CommandChannel* m_link;
     QString m_path; ///< of the text on show; empty for one that has no file yet
     QString m_asked; ///< what is being read or written
     TextForm m_form;

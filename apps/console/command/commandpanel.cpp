@@ -3,9 +3,9 @@
 #include "app/availability.h"
 #include "command/history.h"
 #include "command/replytext.h"
+#include "command/uploader.h"
 #include "server/servercontroller.h"
 #include "ui_commandpanel.h"
-#include "command/uploader.h"
 
 #include <QEvent>
 #include <QFileDialog>
@@ -26,7 +26,7 @@ CommandPanel::CommandPanel(ServerController& controller, QWidget* parent)
     : QWidget(parent)
     , m_controller(controller)
     , ui(std::make_unique<Ui::CommandPanel>())
-    , m_link(new SessionLink(controller.tarnis(), QStringLiteral("console"), this))
+    , m_link(new CommandChannel(controller.tarnis(), QStringLiteral("console"), this))
     , m_uploader(new Uploader(controller, *this))
 {
     ui->setupUi(this);
@@ -44,10 +44,10 @@ CommandPanel::CommandPanel(ServerController& controller, QWidget* parent)
     connect(m_uploader, &Uploader::ready, this, &CommandPanel::sendFile);
     connect(m_uploader, &Uploader::refused, this,
         [this](const Words& words) { Q_EMIT notice(noticeOf(Notice::Severity::Warning, words)); });
-    connect(m_link, &SessionLink::progress, this, &CommandPanel::onProgress);
-    connect(m_link, &SessionLink::replied, this, &CommandPanel::onReplied);
-    connect(m_link, &SessionLink::failed, this, &CommandPanel::onFailed);
-    connect(m_link, &SessionLink::waitingChanged, this, &CommandPanel::onWaitingChanged);
+    connect(m_link, &CommandChannel::progress, this, &CommandPanel::onProgress);
+    connect(m_link, &CommandChannel::replied, this, &CommandPanel::onReplied);
+    connect(m_link, &CommandChannel::failed, this, &CommandPanel::onFailed);
+    connect(m_link, &CommandChannel::waitingChanged, this, &CommandPanel::onWaitingChanged);
     connect(&controller, &ServerController::stateChanged, this, &CommandPanel::updateControls);
     connect(&controller, &ServerController::aboutToStop, this, [this] { keepLost(m_link->drop()); });
 

@@ -37,7 +37,7 @@ public:
     /// The whole record as text.
     QString recordText() const;
     /// The panel's session, for dialogs that read host, port and prompt from it.
-    SessionLink& link() { return *m_link; }
+    CommandChannel& link() { return *m_link; }
     void note(const QString& text);
     /// Puts a path of the server into the command line at the cursor, between quotation marks as the server reads it.
     void insertPath(const QString& path);
@@ -82,7 +82,7 @@ protected:
 
     ServerController& m_controller;
     std::unique_ptr<Ui::CommandPanel> ui;
-    SessionLink* m_link;
+    CommandChannel* m_link;
     Uploader* m_uploader;
     QTimer m_progressTimer;
     bool m_isAnnounced = false; ///< the command on the wire stands in the record

@@ -30,10 +30,10 @@ Uploader::Uploader(ServerController& controller, QWidget& window)
     : QObject(&window)
     , m_controller(controller)
     , m_window(window)
-    , m_link(new SessionLink(controller.tarnis(), QStringLiteral("upload"), this))
+    , m_link(new CommandChannel(controller.tarnis(), QStringLiteral("upload"), this))
 {
-    connect(m_link, &SessionLink::replied, this, &Uploader::onReplied);
-    connect(m_link, &SessionLink::failed, this, [this](int, const QString& message) {
+    connect(m_link, &CommandChannel::replied, this, &Uploader::onReplied);
+    connect(m_link, &CommandChannel::failed, this, [this](int, const QString& message) {
         refuse([message] { return tr("the connection broke (%1).").arg(message); });
         m_controller.checkServer();
     });

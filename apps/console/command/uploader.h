@@ -1,8 +1,8 @@
 // A file on its way to the server: read, its name looked up there, and a question asked before one is overwritten.
 #pragma once
 
-#include "server/commandchannel.h"
 #include "app/words.h"
+#include "server/commandchannel.h"
 
 #include <QByteArray>
 #include <QObject>
@@ -44,7 +44,7 @@ protected:
 
     ServerController& m_controller;
     QWidget& m_window;
-    SessionLink* m_link;
+    CommandChannel* m_link;
     bool m_isBusy = false;
     QString m_path; ///< on this machine
     QString m_name; ///< on the server

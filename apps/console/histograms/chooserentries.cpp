@@ -1,12 +1,12 @@
 // The choice of the server's histograms, its runs, and the log file.
-#include "mainwindow.h"
-#include "tour/uidriver.h"
-#include "histograms/histogramchooser.h"
-#include "log/logwindow.h"
-#include "windows/openwindows.h"
 #include "browse/pathwindows.h"
 #include "browse/runswindow.h"
 #include "browse/servertext.h"
+#include "histograms/histogramchooser.h"
+#include "log/logwindow.h"
+#include "mainwindow.h"
+#include "tour/uidriver.h"
+#include "windows/openwindows.h"
 #include "windows/window.h"
 
 #include <QAbstractButton>
@@ -25,130 +25,130 @@ namespace console {
 
 namespace {
 
-void driveHistograms(Person& person, QWidget& window)
+void driveHistograms(UiDriver& driver, QWidget& window)
 {
     auto& chooser = static_cast<HistogramChooser&>(window);
-    person.waitUntil(QStringLiteral("the histograms are listed"), [&] { return chooser.count() > 0; });
-    person.click(person.find<QPushButton>(window, "buttonCheckAll"));
-    person.picture(window, QStringLiteral("checked"));
+    driver.waitUntil(QStringLiteral("the histograms are listed"), [&] { return chooser.count() > 0; });
+    driver.click(driver.find<QPushButton>(window, "buttonCheckAll"));
+    driver.picture(window, QStringLiteral("checked"));
     auto& windows = *window.parentWidget()->findChild<OpenWindows*>();
     const int chosen = chooser.count();
-    person.click(*person.find<QDialogButtonBox>(window, "buttonBox").button(QDialogButtonBox::Ok));
-    person.waitUntil(
+    driver.click(*driver.find<QDialogButtonBox>(window, "buttonBox").button(QDialogButtonBox::Ok));
+    driver.waitUntil(
         QStringLiteral("a window opens for each of them"), [&] { return windows.onScreen().size() == chosen; });
     auto& console = *qobject_cast<MainWindow*>(windows.parent());
-    person.look(300); // a window manager gives them their frames
-    person.choose(console, "tileAction");
-    person.look(1200); // the first polls
-    person.screen(windows.onScreen(), QStringLiteral("tiled"));
-    person.choose(console, "cascadeAction");
-    person.screen(windows.onScreen(), QStringLiteral("cascaded"));
-    person.choose(console, "closeWindowsAction");
-    person.waitUntil(QStringLiteral("all of them close"), [&] { return windows.onScreen().isEmpty(); });
+    driver.look(300); // a window manager gives them their frames
+    driver.choose(console, "tileAction");
+    driver.look(1200); // the first polls
+    driver.screen(windows.onScreen(), QStringLiteral("tiled"));
+    driver.choose(console, "cascadeAction");
+    driver.screen(windows.onScreen(), QStringLiteral("cascaded"));
+    driver.choose(console, "closeWindowsAction");
+    driver.waitUntil(QStringLiteral("all of them close"), [&] { return windows.onScreen().isEmpty(); });
 }
 
-void driveRuns(Person& person, QWidget& window)
+void driveRuns(UiDriver& driver, QWidget& window)
 {
-    const auto& table = person.find<QTableView>(window, "table");
+    const auto& table = driver.find<QTableView>(window, "table");
     const auto rows = [&] { return table.model()->rowCount(); };
-    const auto& state = person.find<QLabel>(window, "stateLabel");
-    person.waitUntil(QStringLiteral("the server's own folder is listed"), [&] { return state.text().contains(u'/'); });
-    person.clearText(person.find<QLineEdit>(window, "folderEdit"));
-    person.type(person.find<QLineEdit>(window, "folderEdit"), QStringLiteral("/"));
-    person.key(person.find<QLineEdit>(window, "folderEdit"), Qt::Key_Return);
-    person.waitUntil(QStringLiteral("the folder above the runs is listed"), [&] { return rows() == 0; });
-    person.click(person.find<QPushButton>(window, "browseButton"));
-    auto& chooser = person.find<FolderChooser>(window, "SelectPathDialog");
-    auto& list = person.find<QListWidget>(chooser, "curDirListWidget");
+    const auto& state = driver.find<QLabel>(window, "stateLabel");
+    driver.waitUntil(QStringLiteral("the server's own folder is listed"), [&] { return state.text().contains(u'/'); });
+    driver.clearText(driver.find<QLineEdit>(window, "folderEdit"));
+    driver.type(driver.find<QLineEdit>(window, "folderEdit"), QStringLiteral("/"));
+    driver.key(driver.find<QLineEdit>(window, "folderEdit"), Qt::Key_Return);
+    driver.waitUntil(QStringLiteral("the folder above the runs is listed"), [&] { return rows() == 0; });
+    driver.click(driver.find<QPushButton>(window, "browseButton"));
+    auto& chooser = driver.find<FolderChooser>(window, "SelectPathDialog");
+    auto& list = driver.find<QListWidget>(chooser, "curDirListWidget");
     const auto data = [&] { return list.findItems(QStringLiteral("data/"), Qt::MatchExactly); };
-    person.waitUntil(QStringLiteral("the folders are listed"), [&] { return list.isEnabled() && !data().isEmpty(); });
-    person.doubleClick(*list.viewport(), list.visualItemRect(data().constFirst()).center());
-    const auto& folders = person.find<QComboBox>(chooser, "dirComboBox");
-    person.waitUntil(QStringLiteral("the folder is open"),
+    driver.waitUntil(QStringLiteral("the folders are listed"), [&] { return list.isEnabled() && !data().isEmpty(); });
+    driver.doubleClick(*list.viewport(), list.visualItemRect(data().constFirst()).center());
+    const auto& folders = driver.find<QComboBox>(chooser, "dirComboBox");
+    driver.waitUntil(QStringLiteral("the folder is open"),
         [&] { return folders.isEnabled() && folders.currentText().contains(QStringLiteral("data")); });
-    person.picture(chooser, QStringLiteral("browse"));
-    person.click(*person.find<QDialogButtonBox>(chooser, "buttonBox").button(QDialogButtonBox::Ok));
-    person.waitUntil(QStringLiteral("the runs are listed"), [&] { return rows() > 0; });
+    driver.picture(chooser, QStringLiteral("browse"));
+    driver.click(*driver.find<QDialogButtonBox>(chooser, "buttonBox").button(QDialogButtonBox::Ok));
+    driver.waitUntil(QStringLiteral("the runs are listed"), [&] { return rows() > 0; });
     const int all = rows();
-    person.picture(window, QStringLiteral("listed"));
-    auto& part = person.find<QLineEdit>(window, "partEdit");
-    person.type(part, QStringLiteral("no such run"));
-    person.expect(rows() == 0, QStringLiteral("the filter leaves what fits"));
-    person.clearText(part);
-    person.expect(rows() == all, QStringLiteral("without a filter all runs are there"));
+    driver.picture(window, QStringLiteral("listed"));
+    auto& part = driver.find<QLineEdit>(window, "partEdit");
+    driver.type(part, QStringLiteral("no such run"));
+    driver.expect(rows() == 0, QStringLiteral("the filter leaves what fits"));
+    driver.clearText(part);
+    driver.expect(rows() == all, QStringLiteral("without a filter all runs are there"));
 
-    auto& prefix = person.find<QComboBox>(window, "prefixCombo");
-    person.expect(prefix.count() > 1, QStringLiteral("there are prefixes to choose from"));
-    person.chooseItem(prefix, prefix.itemText(1));
-    person.expect(rows() > 0 && rows() <= all, QStringLiteral("the runs of a prefix are on show"));
+    auto& prefix = driver.find<QComboBox>(window, "prefixCombo");
+    driver.expect(prefix.count() > 1, QStringLiteral("there are prefixes to choose from"));
+    driver.chooseItem(prefix, prefix.itemText(1));
+    driver.expect(rows() > 0 && rows() <= all, QStringLiteral("the runs of a prefix are on show"));
     const QModelIndex first = table.model()->index(0, 0);
-    person.clickAt(*table.viewport(), table.visualRect(first).center());
-    person.picture(window, QStringLiteral("chosen"));
-    person.click(person.find<QPushButton>(window, "insertButton"));
-    auto& edit = person.find<QLineEdit>(*window.parentWidget(), "commandEdit");
-    person.expect(edit.text().startsWith(u'"') && edit.text().contains(u"/data/"),
+    driver.clickAt(*table.viewport(), table.visualRect(first).center());
+    driver.picture(window, QStringLiteral("chosen"));
+    driver.click(driver.find<QPushButton>(window, "insertButton"));
+    auto& edit = driver.find<QLineEdit>(*window.parentWidget(), "commandEdit");
+    driver.expect(edit.text().startsWith(u'"') && edit.text().contains(u"/data/"),
         QStringLiteral("the run is in the command line"));
-    person.clearText(edit);
+    driver.clearText(edit);
 }
 
 /// Types a text, saves it under a name on the server, and opens it again.
-void driveServerText(Person& person, QWidget& window)
+void driveServerText(UiDriver& driver, QWidget& window)
 {
-    auto& edit = person.find<QPlainTextEdit>(window, "edit");
-    const auto& state = person.find<QLabel>(window, "stateLabel");
-    person.type(edit, QStringLiteral("written by the tour"));
-    person.click(person.find<QPushButton>(window, "saveAsButton"));
-    auto& saving = person.find<FolderChooser>(window, "SelectPathDialog");
-    auto& folders = person.find<QComboBox>(saving, "dirComboBox");
-    person.waitUntil(
+    auto& edit = driver.find<QPlainTextEdit>(window, "edit");
+    const auto& state = driver.find<QLabel>(window, "stateLabel");
+    driver.type(edit, QStringLiteral("written by the tour"));
+    driver.click(driver.find<QPushButton>(window, "saveAsButton"));
+    auto& saving = driver.find<FolderChooser>(window, "SelectPathDialog");
+    auto& folders = driver.find<QComboBox>(saving, "dirComboBox");
+    driver.waitUntil(
         QStringLiteral("the folder is listed"), [&] { return folders.isEnabled() && folders.count() > 0; });
-    person.type(person.find<QLineEdit>(saving, "fileNameLineEdit"), QStringLiteral("tour-text.txt"));
-    person.picture(saving, QStringLiteral("save-as"));
-    person.click(*person.find<QDialogButtonBox>(saving, "buttonBox").button(QDialogButtonBox::Ok));
-    person.waitUntil(QStringLiteral("the text is saved"),
+    driver.type(driver.find<QLineEdit>(saving, "fileNameLineEdit"), QStringLiteral("tour-text.txt"));
+    driver.picture(saving, QStringLiteral("save-as"));
+    driver.click(*driver.find<QDialogButtonBox>(saving, "buttonBox").button(QDialogButtonBox::Ok));
+    driver.waitUntil(QStringLiteral("the text is saved"),
         [&] { return state.text() == ServerTextWindow::tr("Saved.") && !window.isWindowModified(); });
-    person.picture(window, QStringLiteral("saved"));
+    driver.picture(window, QStringLiteral("saved"));
 
     static_cast<ServerTextWindow&>(window).openFile(QStringLiteral("/tour-text.txt"));
-    person.waitUntil(QStringLiteral("the text is opened"),
+    driver.waitUntil(QStringLiteral("the text is opened"),
         [&] { return state.text().startsWith(ServerTextWindow::tr("Opened, %1.").section(u'%', 0, 0)); });
-    person.expect(edit.toPlainText() == u"written by the tour", QStringLiteral("it is the text that was saved"));
+    driver.expect(edit.toPlainText() == u"written by the tour", QStringLiteral("it is the text that was saved"));
 
-    person.type(edit, QStringLiteral(", and changed"));
+    driver.type(edit, QStringLiteral(", and changed"));
     for (const QMessageBox::StandardButton answer : { QMessageBox::Cancel, QMessageBox::Discard }) {
-        person.expect(window.isVisible() && window.isWindowModified(), QStringLiteral("the change is still there"));
-        person.close(window);
-        auto& box = static_cast<QMessageBox&>(person.dialogOf(window));
+        driver.expect(window.isVisible() && window.isWindowModified(), QStringLiteral("the change is still there"));
+        driver.close(window);
+        auto& box = static_cast<QMessageBox&>(driver.dialogOf(window));
         if (answer == QMessageBox::Cancel)
-            person.picture(box, QStringLiteral("unsaved"));
-        person.click(*box.button(answer));
+            driver.picture(box, QStringLiteral("unsaved"));
+        driver.click(*box.button(answer));
     }
 }
 
-void driveLog(Person& person, QWidget& window)
+void driveLog(UiDriver& driver, QWidget& window)
 {
     const QTemporaryDir directory;
     QFile file(directory.filePath(QStringLiteral("server.log")));
-    auto& view = person.find<QPlainTextEdit>(window, "view");
-    auto& edit = person.find<QLineEdit>(window, "fileEdit");
+    auto& view = driver.find<QPlainTextEdit>(window, "view");
+    auto& edit = driver.find<QLineEdit>(window, "fileEdit");
     const auto write = [&](const QByteArray& text) {
-        person.expect(file.open(QIODevice::Append) && file.write(text) == text.size(),
+        driver.expect(file.open(QIODevice::Append) && file.write(text) == text.size(),
             QStringLiteral("a log file can be written"));
         file.close();
     };
     for (int i = 0; i < 200; ++i)
         write("12:00:00 line " + QByteArray::number(i) + '\n');
-    person.clearText(edit);
-    person.type(edit, file.fileName());
-    person.key(edit, Qt::Key_Return);
-    person.expect(view.toPlainText().contains(u"line 199"), QStringLiteral("the file is on show"));
+    driver.clearText(edit);
+    driver.type(edit, file.fileName());
+    driver.key(edit, Qt::Key_Return);
+    driver.expect(view.toPlainText().contains(u"line 199"), QStringLiteral("the file is on show"));
     write("12:00:01 the newest line\n");
-    person.waitUntil(QStringLiteral("its growth is followed"), [&] { return view.toPlainText().contains(u"newest"); });
-    person.picture(window, QStringLiteral("followed"));
-    person.type(person.find<QLineEdit>(window, "findEdit"), QStringLiteral("line 42"));
-    person.click(person.find<QPushButton>(window, "nextButton"));
-    person.expect(view.textCursor().hasSelection(), QStringLiteral("text is found in it"));
-    person.picture(window, QStringLiteral("found"));
+    driver.waitUntil(QStringLiteral("its growth is followed"), [&] { return view.toPlainText().contains(u"newest"); });
+    driver.picture(window, QStringLiteral("followed"));
+    driver.type(driver.find<QLineEdit>(window, "findEdit"), QStringLiteral("line 42"));
+    driver.click(driver.find<QPushButton>(window, "nextButton"));
+    driver.expect(view.textCursor().hasSelection(), QStringLiteral("text is found in it"));
+    driver.picture(window, QStringLiteral("found"));
 }
 
 } // namespace

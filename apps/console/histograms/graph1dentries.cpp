@@ -1,9 +1,9 @@
 // The live 1D windows: rows of all modules, the sum in the pair format, a single row, a measured spectrum. Rows, axes
 // and units are those that the server lists; a server that lists none is taken for the simulated one as it starts.
 #include "histograms/histogramlist.h"
-#include "tour/histogramsteps.h"
 #include "histograms/livewindows.h"
 #include "histograms/serverhistograms.h"
+#include "tour/histogramsteps.h"
 #include "windows/window.h"
 
 #include <functional>

@@ -1,9 +1,9 @@
 // The live 2D window on the detector's image. The numbers of bins are those that the server lists; a server that lists
 // none is taken for one of 256 bins each way.
 #include "histograms/histogramlist.h"
-#include "tour/histogramsteps.h"
 #include "histograms/livewindows.h"
 #include "histograms/serverhistograms.h"
+#include "tour/histogramsteps.h"
 #include "windows/window.h"
 
 #include <tarnis/plots/xy2dgraphwidget.h>

@@ -2,10 +2,10 @@
 
 #include "app/availability.h"
 #include "command/replytext.h"
-#include "server/servercontroller.h"
-#include "server/commandchannel.h"
 #include "histograms/histogramwindowupdater.h"
 #include "histograms/serverhistograms.h"
+#include "server/commandchannel.h"
+#include "server/servercontroller.h"
 
 #include <QDialogButtonBox>
 #include <QEvent>
@@ -55,20 +55,20 @@ void openHistogram(const WindowContext& context, const HistogramInfo& histogram)
 HistogramChooser::HistogramChooser(const WindowContext& context)
     : DialogCheckList(QString(), context.parent)
     , m_context(context)
-    , m_link(new SessionLink(context.controller.tarnis(), QStringLiteral("histograms"), this))
+    , m_link(new CommandChannel(context.controller.tarnis(), QStringLiteral("histograms"), this))
     , m_checked(context.memory.value(memoryKey).toStringList())
 {
     resize(460, 400);
-    connect(m_link, &SessionLink::replied, this, [this](const PTarnisCmd&, const QByteArray& reply) {
+    connect(m_link, &CommandChannel::replied, this, [this](const PTarnisCmd&, const QByteArray& reply) {
         m_reply = QString::fromUtf8(reply);
         showReply();
         m_context.histograms.read(m_reply); // may be newer than what it has
     });
-    connect(m_link, &SessionLink::failed, this, [this](int, const QString& message) {
+    connect(m_link, &CommandChannel::failed, this, [this](int, const QString& message) {
         say(tr("No reply: %1. Close and open this window to ask again.").arg(message));
         m_context.controller.checkServer();
     });
-    connect(&context.controller, &ServerController::aboutToStop, m_link, &SessionLink::drop);
+    connect(&context.controller, &ServerController::aboutToStop, m_link, &CommandChannel::drop);
     connect(&context.controller, &ServerController::stateChanged, this, &HistogramChooser::onServerState);
     connect(this, &QDialog::accepted, this, &HistogramChooser::openChecked);
     auto* const list = findChild<QListWidget*>(QStringLiteral("listWidget"));

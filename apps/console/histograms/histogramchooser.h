@@ -30,7 +30,7 @@ protected:
     void noteChecks();
 
     WindowContext m_context;
-    SessionLink* m_link;
+    CommandChannel* m_link;
     QString m_reply; ///< that is on show
     QList<HistogramInfo> m_histograms; ///< in the order of the list
     QStringList m_checked; ///< also such as are not in the list now

@@ -13,7 +13,7 @@ namespace {
 
 constexpr int curveBins = 1024;
 constexpr int mapBins = 256;
-constexpr int mostRows = 64;
+constexpr int maxRows = 64;
 
 QMap<QString, QString> pairsOf(const QString& text)
 {
@@ -90,7 +90,7 @@ int binsToShow(int bins, int limit)
 
 int rowsToShow(const HistogramInfo& histogram)
 {
-    return qMin(histogram.rows, mostRows);
+    return qMin(histogram.rows, maxRows);
 }
 
 QString titleOf(const HistogramInfo& histogram, const QString& name)

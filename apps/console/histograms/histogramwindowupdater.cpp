@@ -1,7 +1,7 @@
 #include "histograms/histogramwindowupdater.h"
 
-#include "windows/openwindows.h"
 #include "histograms/serverhistograms.h"
+#include "windows/openwindows.h"
 
 #include <QAbstractSpinBox>
 #include <QApplication>
@@ -55,16 +55,16 @@ void carryOver(const QWidget& old, QWidget& fresh)
 
 } // namespace
 
-HistogramFollower::HistogramFollower(OpenWindows& windows, const ServerHistograms& histograms)
+HistogramWindowUpdater::HistogramWindowUpdater(OpenWindows& windows, const ServerHistograms& histograms)
     : m_windows(windows)
     , m_histograms(histograms)
 {
     m_laterTimer.setSingleShot(true);
-    connect(&m_laterTimer, &QTimer::timeout, this, &HistogramFollower::renewAll);
-    connect(&histograms, &ServerHistograms::changed, this, &HistogramFollower::renewAll);
+    connect(&m_laterTimer, &QTimer::timeout, this, &HistogramWindowUpdater::renewAll);
+    connect(&histograms, &ServerHistograms::changed, this, &HistogramWindowUpdater::renewAll);
 }
 
-QWidget* HistogramFollower::show(const HistogramWindow& window)
+QWidget* HistogramWindowUpdater::show(const HistogramWindow& window)
 {
     const auto made = [&] {
         m_shown[window.id] = window;
@@ -73,7 +73,7 @@ QWidget* HistogramFollower::show(const HistogramWindow& window)
     return m_windows.show(window.id, made, [title = window.title, listed = window.listed] { return title(listed); });
 }
 
-QWidget* HistogramFollower::make(const QString& id)
+QWidget* HistogramWindowUpdater::make(const QString& id)
 {
     const HistogramWindow& shown = m_shown.at(id);
     QWidget* const window = shown.make(shown.listed);
@@ -92,7 +92,7 @@ QWidget* HistogramFollower::make(const QString& id)
     return window;
 }
 
-void HistogramFollower::renewAll()
+void HistogramWindowUpdater::renewAll()
 {
     for (const auto& [id, shown] : m_shown) {
         const QWidget* const window = m_windows.find(id);
@@ -101,7 +101,7 @@ void HistogramFollower::renewAll()
     }
 }
 
-void HistogramFollower::renew(const QString& id)
+void HistogramWindowUpdater::renew(const QString& id)
 {
     HistogramWindow& shown = m_shown.at(id);
     const HistogramWindow::Listed listed = m_histograms.find(shown.histogram);

@@ -32,11 +32,11 @@ struct HistogramWindow {
 /// When the server lists a histogram otherwise than when its window opened, a new window takes the place of the old
 /// one. What the server does not list, and one that is gone, changes nothing. A window without "AutoUpdate" keeps its
 /// picture until it asks again. GUI thread.
-class HistogramFollower : public QObject {
+class HistogramWindowUpdater : public QObject {
     Q_OBJECT
 public:
     /// Both must outlive it.
-    HistogramFollower(OpenWindows& windows, const ServerHistograms& histograms);
+    HistogramWindowUpdater(OpenWindows& windows, const ServerHistograms& histograms);
 
     /// As OpenWindows::show(). A window that is open stays what it is.
     QWidget* show(const HistogramWindow& window);

@@ -2,9 +2,9 @@
 
 #include "app/availability.h"
 #include "command/replytext.h"
-#include "server/servercontroller.h"
-#include "server/commandchannel.h"
 #include "histograms/replyfit.h"
+#include "server/commandchannel.h"
+#include "server/servercontroller.h"
 #include "windows/window.h"
 
 #include <tarnis/plots/multivectorgraphwidget.h>
@@ -27,7 +27,7 @@ namespace {
 /// The buttons that need a session tell why they are off.
 void setPolling(QDialog& window, bool isPolling)
 {
-    const QString reason = SessionKeeper::tr("Needs a connected server");
+    const QString reason = SessionRecovery::tr("Needs a connected server");
     const auto set = [&](QWidget* control) {
         if (control)
             setAvailable(control, isPolling, QString(), reason);
@@ -100,8 +100,8 @@ LiveCurves::LiveCurves(const WindowContext& context, const CurvesRequest& reques
         connect(box, &QComboBox::currentIndexChanged, this,
             [this](int index) { onTypeChanged(index == 0 ? QStringLiteral("Each") : QStringLiteral("All")); });
     setTexts();
-    connect(&m_keeper, &SessionKeeper::lost, this, &LiveCurves::onLost);
-    connect(&m_keeper, &SessionKeeper::wanted, this, &LiveCurves::resume);
+    connect(&m_keeper, &SessionRecovery::lost, this, &LiveCurves::onLost);
+    connect(&m_keeper, &SessionRecovery::wanted, this, &LiveCurves::resume);
 }
 
 void LiveCurves::result(PTarnisCmd command, QByteArray const& payload)
@@ -194,8 +194,8 @@ LiveMap::LiveMap(const WindowContext& context, const MapRequest& request)
     , m_keeper(context.controller, session)
 {
     wrapInfo(*this);
-    connect(&m_keeper, &SessionKeeper::lost, this, &LiveMap::onLost);
-    connect(&m_keeper, &SessionKeeper::wanted, this, &LiveMap::resume);
+    connect(&m_keeper, &SessionRecovery::lost, this, &LiveMap::onLost);
+    connect(&m_keeper, &SessionRecovery::wanted, this, &LiveMap::resume);
 }
 
 void LiveMap::result(PTarnisCmd command, QByteArray payload)
@@ -289,8 +289,8 @@ LiveStatistics::LiveStatistics(const WindowContext& context, const QString& titl
     // The columns fill the table without the row numbers.
     table()->verticalHeader()->hide();
     m_sinceResult.start();
-    connect(&m_keeper, &SessionKeeper::lost, this, &LiveStatistics::onLost);
-    connect(&m_keeper, &SessionKeeper::wanted, this, &LiveStatistics::resume);
+    connect(&m_keeper, &SessionRecovery::lost, this, &LiveStatistics::onLost);
+    connect(&m_keeper, &SessionRecovery::wanted, this, &LiveStatistics::resume);
 }
 
 void LiveStatistics::result(PTarnisCmd command, QByteArray const& payload)

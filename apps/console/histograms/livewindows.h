@@ -54,7 +54,7 @@ protected:
     void resume();
 
     std::function<CurvesRequest()> m_request;
-    SessionKeeper m_keeper;
+    SessionRecovery m_keeper;
 };
 
 /// What a 2D window shows.
@@ -92,7 +92,7 @@ protected:
     void resume();
 
     std::function<MapRequest()> m_request;
-    SessionKeeper m_keeper;
+    SessionRecovery m_keeper;
 };
 
 /// The values of before stay on show while there is no server.
@@ -111,7 +111,7 @@ protected:
     void resume();
 
     ServerController& m_controller;
-    SessionKeeper m_keeper;
+    SessionRecovery m_keeper;
     QElapsedTimer m_sinceResult; ///< the next poll is asked after a result: at least as long as it is under way
     QLabel* m_infoLabel; ///< below the table; hidden while all is well
 };

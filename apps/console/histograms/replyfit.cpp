@@ -12,7 +12,7 @@ namespace console {
 namespace {
 
 constexpr qsizetype valueBytes = sizeof(double);
-constexpr int mostPairBins = 1 << 24;
+constexpr int maxPairBins = 1 << 24;
 
 struct ReplyFit {
     Q_DECLARE_TR_FUNCTIONS(console::ReplyFit)
@@ -61,7 +61,7 @@ QString pairsProblem(const QString& replyText, const QByteArray& payload)
     }
     const QStringList tokens = open > 0 ? text.mid(open + 1).split(u' ') : QStringList();
     const int bins = tokens.size() == 3 ? tokens.at(2).toInt() : 0;
-    if (tokens.size() != 3 || bins > mostPairBins)
+    if (tokens.size() != 3 || bins > maxPairBins)
         return ReplyFit::tr("The reply tells no axis and is not shown: %1").arg(replyText.trimmed());
     const double min = tokens.at(0).toDouble();
     const double max = tokens.at(1).toDouble();

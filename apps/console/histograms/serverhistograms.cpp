@@ -1,8 +1,8 @@
 #include "histograms/serverhistograms.h"
 
 #include "command/replytext.h"
-#include "server/servercontroller.h"
 #include "server/commandchannel.h"
+#include "server/servercontroller.h"
 #include "windows/window.h"
 
 #include <utility>
@@ -11,21 +11,21 @@ namespace console {
 
 ServerHistograms::ServerHistograms(ServerController& controller)
     : m_controller(controller)
-    , m_link(new SessionLink(controller.tarnis(), QStringLiteral("hists"), this))
+    , m_link(new CommandChannel(controller.tarnis(), QStringLiteral("hists"), this))
 {
-    connect(m_link, &SessionLink::replied, this, [this](const PTarnisCmd&, const QByteArray& reply) {
+    connect(m_link, &CommandChannel::replied, this, [this](const PTarnisCmd&, const QByteArray& reply) {
         read(QString::fromUtf8(reply));
         // Asked once: the connection is not needed any more. Not from inside its own signal.
-        QMetaObject::invokeMethod(m_link, &SessionLink::drop, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(m_link, &CommandChannel::drop, Qt::QueuedConnection);
     });
-    connect(m_link, &SessionLink::failed, this, [this] {
+    connect(m_link, &CommandChannel::failed, this, [this] {
         if (m_isUp && !std::exchange(m_isAskedAgain, true))
             m_retryTimer.start(m_retryMs);
     });
     m_retryTimer.setSingleShot(true);
     connect(&m_retryTimer, &QTimer::timeout, this, &ServerHistograms::ask);
     connect(&controller, &ServerController::aboutToStop, &m_retryTimer, &QTimer::stop);
-    connect(&controller, &ServerController::aboutToStop, m_link, &SessionLink::drop);
+    connect(&controller, &ServerController::aboutToStop, m_link, &CommandChannel::drop);
     connect(&controller, &ServerController::stateChanged, this, &ServerHistograms::onServerState);
 }
 

@@ -11,7 +11,7 @@
 namespace console {
 
 class ServerController;
-class SessionLink;
+class CommandChannel;
 
 /// Asks `hists` each time that a server is connected, and once again if the connection breaks over it. GUI thread.
 class ServerHistograms : public QObject {
@@ -41,7 +41,7 @@ protected:
     void setList(const std::optional<QList<HistogramInfo>>& list);
 
     ServerController& m_controller;
-    SessionLink* m_link;
+    CommandChannel* m_link;
     std::optional<QList<HistogramInfo>> m_list;
     QTimer m_retryTimer;
     bool m_isAskedAgain = false; ///< of this server

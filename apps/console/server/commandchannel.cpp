@@ -17,20 +17,20 @@ void endInBackground(TarnisSession* session)
     QThreadPool::globalInstance()->start([session] { delete session; });
 }
 
-SessionLink::SessionLink(Tarnis& server, const QString& name, QObject* parent)
+CommandChannel::CommandChannel(Tarnis& server, const QString& name, QObject* parent)
     : QObject(parent)
     , m_server(server)
     , m_name(name)
 {
 }
 
-SessionLink::~SessionLink()
+CommandChannel::~CommandChannel()
 {
     blockSignals(true);
     drop();
 }
 
-TarnisSession* SessionLink::session()
+TarnisSession* CommandChannel::session()
 {
     if (m_session)
         return m_session;
@@ -55,21 +55,21 @@ TarnisSession* SessionLink::session()
     return m_session;
 }
 
-void SessionLink::send(TarnisCmd* command)
+void CommandChannel::send(TarnisCmd* command)
 {
     m_waiting.append({ command, { command->getCmdString(), command->m_cmdName, command->m_bBinary } });
     session()->send(command);
     Q_EMIT waitingChanged();
 }
 
-QList<Request> SessionLink::drop()
+QList<Request> CommandChannel::drop()
 {
     ++m_generation;
     endInBackground(std::exchange(m_session, nullptr));
     return takeAll();
 }
 
-QList<Request> SessionLink::waiting() const
+QList<Request> CommandChannel::waiting() const
 {
     QList<Request> requests;
     for (const Entry& entry : m_waiting)
@@ -77,7 +77,7 @@ QList<Request> SessionLink::waiting() const
     return requests;
 }
 
-QList<Request> SessionLink::takeAll()
+QList<Request> CommandChannel::takeAll()
 {
     QList<Request> requests = waiting();
     m_waiting.clear();
@@ -86,7 +86,7 @@ QList<Request> SessionLink::takeAll()
     return requests;
 }
 
-void SessionLink::onResult(const PTarnisCmd& command, const QByteArray& reply)
+void CommandChannel::onResult(const PTarnisCmd& command, const QByteArray& reply)
 {
     if (!m_waiting.isEmpty() && m_waiting.constFirst().command == command.data())
         m_waiting.removeFirst();
@@ -94,7 +94,7 @@ void SessionLink::onResult(const PTarnisCmd& command, const QByteArray& reply)
     Q_EMIT waitingChanged();
 }
 
-void SessionLink::onError(int socketError, const QString& message)
+void CommandChannel::onError(int socketError, const QString& message)
 {
     const QList<Request> unanswered = drop();
     Q_EMIT failed(socketError, message, unanswered);

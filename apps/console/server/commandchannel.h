@@ -25,12 +25,12 @@ struct Request {
 };
 
 /// Sends commands in order and tells what became of each. GUI thread.
-class SessionLink : public QObject {
+class CommandChannel : public QObject {
     Q_OBJECT
 public:
     /// `server` must outlive the link. `name` is the session's label in the log.
-    SessionLink(Tarnis& server, const QString& name, QObject* parent);
-    ~SessionLink() override;
+    CommandChannel(Tarnis& server, const QString& name, QObject* parent);
+    ~CommandChannel() override;
 
     /// Takes the command over and queues it, on a new session if there is none. The server must be connected.
     void send(TarnisCmd* command);

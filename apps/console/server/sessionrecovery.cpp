@@ -1,7 +1,7 @@
 #include "server/sessionrecovery.h"
 
-#include "server/servercontroller.h"
 #include "server/commandchannel.h"
+#include "server/servercontroller.h"
 
 #include <tarnis/server/tarnissession.h>
 
@@ -9,24 +9,24 @@
 
 namespace console {
 
-SessionKeeper::SessionKeeper(ServerController& controller, TarnisSession*& session)
+SessionRecovery::SessionRecovery(ServerController& controller, TarnisSession*& session)
     : m_controller(controller)
     , m_session(session)
 {
     m_retryTimer.setSingleShot(true);
-    connect(&m_retryTimer, &QTimer::timeout, this, &SessionKeeper::ask);
-    connect(&controller, &ServerController::stateChanged, this, &SessionKeeper::onServerState);
+    connect(&m_retryTimer, &QTimer::timeout, this, &SessionRecovery::ask);
+    connect(&controller, &ServerController::stateChanged, this, &SessionRecovery::onServerState);
     connect(&controller, &ServerController::aboutToStop, this, [this] {
         drop([] { return tr("The server is being stopped. This goes on as soon as a server is connected again."); });
     });
 }
 
-SessionKeeper::~SessionKeeper()
+SessionRecovery::~SessionRecovery()
 {
     end();
 }
 
-void SessionKeeper::fail(const QObject* sender, const QString& message)
+void SessionRecovery::fail(const QObject* sender, const QString& message)
 {
     if (!m_session || sender != m_session)
         return;
@@ -37,26 +37,26 @@ void SessionKeeper::fail(const QObject* sender, const QString& message)
     m_retryTimer.start(m_retryMs);
 }
 
-void SessionKeeper::end()
+void SessionRecovery::end()
 {
     m_isEnded = true;
     m_retryTimer.stop();
     endInBackground(std::exchange(m_session, nullptr));
 }
 
-TarnisSession* SessionKeeper::renew()
+TarnisSession* SessionRecovery::renew()
 {
     m_session = m_controller.tarnis().NewTarnisSession(nullptr);
     m_words = {};
     return m_session;
 }
 
-QString SessionKeeper::text() const
+QString SessionRecovery::text() const
 {
     return m_words ? m_words() : QString();
 }
 
-void SessionKeeper::drop(const Words& words)
+void SessionRecovery::drop(const Words& words)
 {
     if (m_isEnded || !m_session)
         return;
@@ -65,7 +65,7 @@ void SessionKeeper::drop(const Words& words)
     Q_EMIT lost();
 }
 
-void SessionKeeper::onServerState()
+void SessionRecovery::onServerState()
 {
     if (m_controller.state() != ServerState::Up)
         drop([] { return tr("There is no connection to the server. This goes on as soon as it is back."); });
@@ -73,7 +73,7 @@ void SessionKeeper::onServerState()
         ask();
 }
 
-void SessionKeeper::ask()
+void SessionRecovery::ask()
 {
     if (!m_isEnded && !m_session && m_controller.state() == ServerState::Up)
         Q_EMIT wanted();

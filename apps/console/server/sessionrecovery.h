@@ -15,13 +15,13 @@ namespace console {
 class ServerController;
 
 /// Looks after the session pointer of one window. GUI thread.
-class SessionKeeper : public QObject {
+class SessionRecovery : public QObject {
     Q_OBJECT
 public:
     /// `session` is the window's own pointer; the keeper sets it to null when it ends the session. A member of the
     /// window's class, so that the session is gone before the library's destructor would wait for it.
-    SessionKeeper(ServerController& controller, TarnisSession*& session);
-    ~SessionKeeper() override;
+    SessionRecovery(ServerController& controller, TarnisSession*& session);
+    ~SessionRecovery() override;
 
     /// To be called with the `error` of a session. That of one which has been ended already does nothing.
     void fail(const QObject* sender, const QString& message);

@@ -1,7 +1,7 @@
 #include "server/statuspoller.h"
 
-#include "server/servercontroller.h"
 #include "server/commandchannel.h"
+#include "server/servercontroller.h"
 
 namespace console {
 
@@ -11,32 +11,32 @@ constexpr int defaultIntervalMs = 3000;
 
 } // namespace
 
-StateWatch::StateWatch(ServerController& controller, const std::function<bool()>& isFree, QObject* parent)
+StatusPoller::StatusPoller(ServerController& controller, const std::function<bool()>& isFree, QObject* parent)
     : QObject(parent)
     , m_controller(controller)
     , m_isFree(isFree)
-    , m_link(new SessionLink(controller.tarnis(), QStringLiteral("state"), this))
+    , m_link(new CommandChannel(controller.tarnis(), QStringLiteral("state"), this))
 {
     m_timer.setInterval(defaultIntervalMs);
-    connect(&m_timer, &QTimer::timeout, this, &StateWatch::ask);
-    connect(m_link, &SessionLink::replied, this, [this](const PTarnisCmd& /*command*/, const QByteArray& reply) {
+    connect(&m_timer, &QTimer::timeout, this, &StatusPoller::ask);
+    connect(m_link, &CommandChannel::replied, this, [this](const PTarnisCmd& /*command*/, const QByteArray& reply) {
         m_controller.readState(reply, m_asked.elapsed());
     });
-    connect(m_link, &SessionLink::failed, &controller, &ServerController::checkServer);
+    connect(m_link, &CommandChannel::failed, &controller, &ServerController::checkServer);
     connect(&controller, &ServerController::aboutToStop, this, [this] { m_link->drop(); });
-    connect(&controller, &ServerController::stateChanged, this, &StateWatch::onServerState);
+    connect(&controller, &ServerController::stateChanged, this, &StatusPoller::onServerState);
 }
 
-StateWatch::~StateWatch() = default;
+StatusPoller::~StatusPoller() = default;
 
-void StateWatch::setInterval(int intervalMs)
+void StatusPoller::setInterval(int intervalMs)
 {
     m_timer.stop();
     m_timer.setInterval(intervalMs);
     onServerState();
 }
 
-void StateWatch::onServerState()
+void StatusPoller::onServerState()
 {
     if (m_controller.state() != ServerState::Up) {
         m_timer.stop();
@@ -46,7 +46,7 @@ void StateWatch::onServerState()
     }
 }
 
-bool StateWatch::ask()
+bool StatusPoller::ask()
 {
     const bool isTold = m_controller.stateAgeMs() < m_timer.interval();
     if (isTold || !m_controller.canReadState() || !m_isFree() || !m_link->waiting().isEmpty())

@@ -10,16 +10,16 @@
 namespace console {
 
 class ServerController;
-class SessionLink;
+class CommandChannel;
 
 /// Sends "stat" on a session of its own while a server is up and not busy, unless its state was told meanwhile. The
 /// replies go to the controller and nowhere else. GUI thread.
-class StateWatch : public QObject {
+class StatusPoller : public QObject {
     Q_OBJECT
 public:
     /// `isFree` says whether the console asks nothing else: a server that works on a command is left alone.
-    StateWatch(ServerController& controller, const std::function<bool()>& isFree, QObject* parent);
-    ~StateWatch() override;
+    StatusPoller(ServerController& controller, const std::function<bool()>& isFree, QObject* parent);
+    ~StatusPoller() override;
 
     /// 0: never asks.
     void setInterval(int intervalMs);
@@ -31,7 +31,7 @@ protected:
 
     ServerController& m_controller;
     std::function<bool()> m_isFree;
-    SessionLink* m_link;
+    CommandChannel* m_link;
     QElapsedTimer m_asked;
     QTimer m_timer;
 };

@@ -1,9 +1,9 @@
 #include "settings/settingspanel.h"
 
-#include "settings/addsettingdialog.h"
 #include "app/availability.h"
 #include "command/replytext.h"
 #include "server/servercontroller.h"
+#include "settings/addsettingdialog.h"
 #include "settings/settingsmodel.h"
 #include "ui_settingspanel.h"
 

@@ -14,7 +14,7 @@ namespace console {
 
 namespace {
 
-constexpr int mostModules = 1000;
+constexpr int maxModules = 1000;
 
 struct ModuleAnswers {
     Q_DECLARE_TR_FUNCTIONS(console::ModuleAnswers)
@@ -80,7 +80,7 @@ QStringList moduleIds(const QString& text, QString& problem)
         }
         const int first = match.captured(1).toInt();
         const int last = match.captured(2).toInt();
-        if (last < first || last - first >= mostModules)
+        if (last < first || last - first >= maxModules)
             problem = ModuleAnswers::tr("%1 is no range of modules").arg(word);
         for (int id = first; problem.isEmpty() && id <= last; ++id)
             ids.append(QString::number(id));
@@ -88,8 +88,8 @@ QStringList moduleIds(const QString& text, QString& problem)
     ids.removeDuplicates();
     if (problem.isEmpty() && ids.isEmpty())
         problem = ModuleAnswers::tr("Type the number of a module");
-    else if (problem.isEmpty() && ids.size() > mostModules)
-        problem = ModuleAnswers::tr("These are more than %L1 modules").arg(mostModules);
+    else if (problem.isEmpty() && ids.size() > maxModules)
+        problem = ModuleAnswers::tr("These are more than %L1 modules").arg(maxModules);
     return ids;
 }
 

@@ -2,10 +2,10 @@
 
 #include "app/availability.h"
 #include "command/replytext.h"
-#include "server/servercontroller.h"
 #include "server/commandchannel.h"
-#include "ui_modulesform.h"
+#include "server/servercontroller.h"
 #include "tables/tabledialog.h"
+#include "ui_modulesform.h"
 
 #include <tarnis/foundation/log.h>
 #include <tarnis/server/tarniscmds.h>
@@ -28,7 +28,7 @@ ModulesWindow::ModulesWindow(ServerController& controller, QWidget* parent)
     : NameValueListDialog(QList<NameValues>(), QStringList { QString(), QString() }, parent)
     , m_controller(controller)
     , m_form(std::make_unique<Ui::ModulesForm>())
-    , m_link(new SessionLink(controller.tarnis(), QStringLiteral("modules"), this))
+    , m_link(new CommandChannel(controller.tarnis(), QStringLiteral("modules"), this))
     , m_stateLabel(stateLabelOf(*this))
     , m_sendButton(mainButtonOf(*this))
     , m_giveUpButton(buttonBoxOf(*this).addButton(QString(), QDialogButtonBox::ActionRole))
@@ -43,9 +43,9 @@ ModulesWindow::ModulesWindow(ServerController& controller, QWidget* parent)
     connect(m_form->targetBox, &QComboBox::currentIndexChanged, this, &ModulesWindow::updateControls);
     connect(m_form->modulesEdit, &QLineEdit::textChanged, this, &ModulesWindow::updateControls);
     connect(m_form->commandBox, &QComboBox::editTextChanged, this, &ModulesWindow::updateControls);
-    connect(m_link, &SessionLink::replied, this, &ModulesWindow::onReplied);
-    connect(m_link, &SessionLink::waitingChanged, this, &ModulesWindow::updateControls);
-    connect(m_link, &SessionLink::failed, this, [this](int, const QString& message) {
+    connect(m_link, &CommandChannel::replied, this, &ModulesWindow::onReplied);
+    connect(m_link, &CommandChannel::waitingChanged, this, &ModulesWindow::updateControls);
+    connect(m_link, &CommandChannel::failed, this, [this](int, const QString& message) {
         onEnded(
             [message] {
                 return tr("No reply: %1. Whether a module has obeyed is not known: ask it with stat or setting.")

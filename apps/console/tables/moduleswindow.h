@@ -1,8 +1,8 @@
 // A command for the readout modules: to all, to a family, to one, or to several in turn, and what each answered.
 #pragma once
 
-#include "tables/moduleanswers.h"
 #include "app/words.h"
+#include "tables/moduleanswers.h"
 
 #include <tarnis/dialogs/namevalue.h>
 #include <tarnis/dialogs/namevaluelistdialog.h>
@@ -21,7 +21,7 @@ class ModulesForm;
 
 namespace console {
 
-class SessionLink;
+class CommandChannel;
 class ServerController;
 
 /// A row for each answer, with a column for each value that came. Sends on a session of its own, and goes on asking for
@@ -59,7 +59,7 @@ protected:
 
     ServerController& m_controller;
     std::unique_ptr<Ui::ModulesForm> m_form;
-    SessionLink* m_link;
+    CommandChannel* m_link;
     QLabel* m_stateLabel;
     QPushButton* m_sendButton;
     QPushButton* m_giveUpButton;

@@ -1,8 +1,8 @@
 // Commands to the readout modules, and the event rate over time.
 #include "mainwindow.h"
-#include "tour/tourhelpers.h"
 #include "tables/moduleswindow.h"
 #include "tables/ratewindow.h"
+#include "tour/tourhelpers.h"
 #include "windows/window.h"
 
 #include <tarnis/plots/vectorgraphwidget.h>
@@ -18,56 +18,56 @@ namespace console {
 namespace {
 
 /// Sends to whom the box has at this place, and waits until all have answered.
-void sendTo(Person& person, QWidget& window, const QString& target, const QString& modules, const QString& command)
+void sendTo(UiDriver& driver, QWidget& window, const QString& target, const QString& modules, const QString& command)
 {
-    person.chooseItem(person.find<QComboBox>(window, "targetBox"), target);
-    auto& edit = person.find<QLineEdit>(window, "modulesEdit");
+    driver.chooseItem(driver.find<QComboBox>(window, "targetBox"), target);
+    auto& edit = driver.find<QLineEdit>(window, "modulesEdit");
     if (!modules.isEmpty()) {
-        person.clearText(edit);
-        person.type(edit, modules);
+        driver.clearText(edit);
+        driver.type(edit, modules);
     }
-    auto& line = *person.find<QComboBox>(window, "commandBox").lineEdit();
-    person.clearText(line);
-    person.type(line, command);
-    person.click(person.find<QPushButton>(window, "sendButton"));
-    person.waitUntil(QStringLiteral("%1 is answered").arg(command),
-        [&] { return !person.find<QPushButton>(window, "giveUpButton").isEnabled(); });
+    auto& line = *driver.find<QComboBox>(window, "commandBox").lineEdit();
+    driver.clearText(line);
+    driver.type(line, command);
+    driver.click(driver.find<QPushButton>(window, "sendButton"));
+    driver.waitUntil(QStringLiteral("%1 is answered").arg(command),
+        [&] { return !driver.find<QPushButton>(window, "giveUpButton").isEnabled(); });
 }
 
-void driveModules(Person& person, QWidget& window)
+void driveModules(UiDriver& driver, QWidget& window)
 {
     const QTableWidget& table = *static_cast<ModulesWindow&>(window).table();
     const auto answer = [&](int row) { return table.item(row, 1)->text(); };
     const QString done = QStringLiteral("done");
-    sendTo(person, window, QStringLiteral("All modules"), QString(), QStringLiteral("stat"));
-    person.expect(table.rowCount() > 1 && table.columnCount() > 2 && answer(0) == done,
+    sendTo(driver, window, QStringLiteral("All modules"), QString(), QStringLiteral("stat"));
+    driver.expect(table.rowCount() > 1 && table.columnCount() > 2 && answer(0) == done,
         QStringLiteral("each module has a row with its values"));
-    person.picture(window, QStringLiteral("all"));
+    driver.picture(window, QStringLiteral("all"));
     const int all = table.rowCount();
-    sendTo(person, window, QStringLiteral("The modules of the family orsino"), QString(), QStringLiteral("stat"));
-    person.expect(table.rowCount() < all, QStringLiteral("the family is a part of them"));
-    sendTo(person, window, QStringLiteral("One module"), QStringLiteral("3"), QStringLiteral("setting threshold:100"));
-    person.expect(table.rowCount() == 1 && answer(0) == done, QStringLiteral("one module obeys"));
-    sendTo(person, window, QStringLiteral("Several modules, one after the other"), QStringLiteral("0, 2-3, 99"),
+    sendTo(driver, window, QStringLiteral("The modules of the family orsino"), QString(), QStringLiteral("stat"));
+    driver.expect(table.rowCount() < all, QStringLiteral("the family is a part of them"));
+    sendTo(driver, window, QStringLiteral("One module"), QStringLiteral("3"), QStringLiteral("setting threshold:100"));
+    driver.expect(table.rowCount() == 1 && answer(0) == done, QStringLiteral("one module obeys"));
+    sendTo(driver, window, QStringLiteral("Several modules, one after the other"), QStringLiteral("0, 2-3, 99"),
         QStringLiteral("setting"));
-    person.expect(table.rowCount() == 4 && answer(2) == done && answer(3).startsWith(QStringLiteral("refused: ")),
+    driver.expect(table.rowCount() == 4 && answer(2) == done && answer(3).startsWith(QStringLiteral("refused: ")),
         QStringLiteral("each module has its answer, one that is not there a refusal"));
-    person.picture(window, QStringLiteral("several"));
-    sendTo(person, window, QStringLiteral("All modules"), QString(), QStringLiteral("reset"));
-    person.expect(answer(0) == done, QStringLiteral("the modules are as before"));
+    driver.picture(window, QStringLiteral("several"));
+    sendTo(driver, window, QStringLiteral("All modules"), QString(), QStringLiteral("reset"));
+    driver.expect(answer(0) == done, QStringLiteral("the modules are as before"));
 }
 
-void driveRate(Person& person, QWidget& window)
+void driveRate(UiDriver& driver, QWidget& window)
 {
     const auto& rate = static_cast<const RateWindow&>(window);
     auto& console = *qobject_cast<MainWindow*>(window.parentWidget());
-    person.waitUntil(QStringLiteral("the curve has begun"), [&] { return rate.count() > 0; });
-    ask(person, console, QStringLiteral("start"));
-    person.waitUntil(QStringLiteral("the curve goes on"), [&] { return rate.count() >= 4; });
-    person.picture(window, QStringLiteral("curve"));
-    person.click(person.find<QPushButton>(window, "clearButton"));
-    person.expect(rate.count() <= 1, QStringLiteral("the curve begins anew"));
-    ask(person, console, QStringLiteral("stop"));
+    driver.waitUntil(QStringLiteral("the curve has begun"), [&] { return rate.count() > 0; });
+    ask(driver, console, QStringLiteral("start"));
+    driver.waitUntil(QStringLiteral("the curve goes on"), [&] { return rate.count() >= 4; });
+    driver.picture(window, QStringLiteral("curve"));
+    driver.click(driver.find<QPushButton>(window, "clearButton"));
+    driver.expect(rate.count() <= 1, QStringLiteral("the curve begins anew"));
+    ask(driver, console, QStringLiteral("stop"));
 }
 
 } // namespace

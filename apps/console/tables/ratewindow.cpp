@@ -1,10 +1,10 @@
 #include "tables/ratewindow.h"
 
-#include "command/replytext.h"
-#include "server/servercontroller.h"
-#include "server/commandchannel.h"
-#include "ui_ratewindow.h"
 #include "app/words.h"
+#include "command/replytext.h"
+#include "server/commandchannel.h"
+#include "server/servercontroller.h"
+#include "ui_ratewindow.h"
 
 #include <tarnis/foundation/delaycall.h>
 #include <tarnis/foundation/helpers.h>
@@ -23,7 +23,7 @@ namespace console {
 namespace {
 
 constexpr int pauseMs = 1000;
-constexpr qsizetype mostRates = 3600;
+constexpr qsizetype maxRates = 3600;
 constexpr int digits = 3;
 
 } // namespace
@@ -41,7 +41,7 @@ RateWindow::RateWindow(ServerController& controller, QWidget* parent)
     , m_controller(controller)
     , ui(std::make_unique<Ui::RateWindow>())
     , m_plot(new VectorGraphWidget(this))
-    , m_link(new SessionLink(controller.tarnis(), QStringLiteral("rate"), this))
+    , m_link(new CommandChannel(controller.tarnis(), QStringLiteral("rate"), this))
 {
     ui->setupUi(this);
     ui->windowLayout->insertWidget(0, m_plot, 1);
@@ -52,14 +52,14 @@ RateWindow::RateWindow(ServerController& controller, QWidget* parent)
     setTexts();
     connect(ui->clearButton, &QPushButton::clicked, this, &RateWindow::clear);
     connect(ui->closeButton, &QPushButton::clicked, this, &RateWindow::close);
-    connect(
-        m_link, &SessionLink::replied, this, [this](const PTarnisCmd&, const QByteArray& reply) { onReplied(reply); });
-    connect(m_link, &SessionLink::failed, this, [this](int, const QString& message) {
+    connect(m_link, &CommandChannel::replied, this,
+        [this](const PTarnisCmd&, const QByteArray& reply) { onReplied(reply); });
+    connect(m_link, &CommandChannel::failed, this, [this](int, const QString& message) {
         say(*ui->infoLabel, [message] { return tr("No reply: %1. It is asked again.").arg(message); });
         m_controller.checkServer();
         askLater();
     });
-    connect(&controller, &ServerController::aboutToStop, m_link, &SessionLink::drop);
+    connect(&controller, &ServerController::aboutToStop, m_link, &CommandChannel::drop);
     connect(&controller, &ServerController::stateChanged, this, &RateWindow::updateControls);
     m_elapsed.start();
     ask();
@@ -108,7 +108,7 @@ void RateWindow::onReplied(const QByteArray& reply)
         });
         return;
     }
-    if (m_rates.size() == mostRates) {
+    if (m_rates.size() == maxRates) {
         m_rates.removeFirst();
         m_seconds.removeFirst();
     }

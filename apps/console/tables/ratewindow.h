@@ -15,7 +15,7 @@ class RateWindow;
 
 namespace console {
 
-class SessionLink;
+class CommandChannel;
 class ServerController;
 
 /// The value of "rate" in a reply to stat; nothing where it has none or it is no number.
@@ -46,7 +46,7 @@ protected:
     ServerController& m_controller;
     std::unique_ptr<Ui::RateWindow> ui;
     VectorGraphWidget* m_plot;
-    SessionLink* m_link;
+    CommandChannel* m_link;
     QElapsedTimer m_elapsed;
     QList<double> m_rates; ///< 1/s, the latest last
     QList<double> m_seconds; ///< when each was told

@@ -1,7 +1,7 @@
 // The two snapshots: `stat` and `setting`.
 #include "server/servercontroller.h"
-#include "tour/uidriver.h"
 #include "tables/snapshotwindow.h"
+#include "tour/uidriver.h"
 #include "windows/window.h"
 
 #include <tarnis/server/tarniscmds.h>
@@ -39,25 +39,25 @@ template <typename Base> QWidget* openSnapshot(const WindowContext& context)
     return new SnapshotWindow(context.controller, source<Base>(), context.parent);
 }
 
-void driveSnapshot(Person& person, QWidget& window)
+void driveSnapshot(UiDriver& driver, QWidget& window)
 {
     QTableWidget& table = *static_cast<SnapshotWindow&>(window).table();
-    person.waitUntil(QStringLiteral("the snapshot shows values"), [&] { return table.rowCount() > 0; });
-    person.picture(window, QStringLiteral("values"));
+    driver.waitUntil(QStringLiteral("the snapshot shows values"), [&] { return table.rowCount() > 0; });
+    driver.picture(window, QStringLiteral("values"));
 
     const int all = table.rowCount();
     const QString name = table.item(0, 0)->text();
-    person.type(person.find<QLineEdit>(window, "filterEdit"), name);
-    person.expect(
+    driver.type(driver.find<QLineEdit>(window, "filterEdit"), name);
+    driver.expect(
         table.rowCount() >= 1 && table.rowCount() < all, QStringLiteral("the filter leaves some of the rows"));
-    person.picture(window, QStringLiteral("filtered"));
+    driver.picture(window, QStringLiteral("filtered"));
 
-    person.clearText(person.find<QLineEdit>(window, "filterEdit"));
-    person.click(person.find<QWidget>(window, "refreshButton"));
-    person.waitUntil(QStringLiteral("the refresh is answered"),
-        [&] { return person.find<QWidget>(window, "refreshButton").isEnabled(); });
-    person.expect(table.rowCount() == all, QStringLiteral("the refreshed snapshot shows all values"));
-    person.picture(window, QStringLiteral("refreshed"));
+    driver.clearText(driver.find<QLineEdit>(window, "filterEdit"));
+    driver.click(driver.find<QWidget>(window, "refreshButton"));
+    driver.waitUntil(QStringLiteral("the refresh is answered"),
+        [&] { return driver.find<QWidget>(window, "refreshButton").isEnabled(); });
+    driver.expect(table.rowCount() == all, QStringLiteral("the refreshed snapshot shows all values"));
+    driver.picture(window, QStringLiteral("refreshed"));
 }
 
 } // namespace

@@ -1,11 +1,11 @@
 #include "tables/snapshotwindow.h"
 
 #include "app/availability.h"
-#include "command/replytext.h"
-#include "server/servercontroller.h"
-#include "server/commandchannel.h"
-#include "tables/tabledialog.h"
 #include "app/words.h"
+#include "command/replytext.h"
+#include "server/commandchannel.h"
+#include "server/servercontroller.h"
+#include "tables/tabledialog.h"
 
 #include <QBoxLayout>
 #include <QEvent>
@@ -20,7 +20,7 @@ SnapshotWindow::SnapshotWindow(ServerController& controller, const Source& sourc
     : NameValueListDialog(QList<NameValues>(), headers(), parent)
     , m_controller(controller)
     , m_source(source)
-    , m_link(new SessionLink(controller.tarnis(), QStringLiteral("snapshot"), this))
+    , m_link(new CommandChannel(controller.tarnis(), QStringLiteral("snapshot"), this))
     , m_filterLabel(new QLabel(this))
     , m_filterEdit(new QLineEdit(this))
     , m_stateLabel(stateLabelOf(*this))
@@ -31,9 +31,9 @@ SnapshotWindow::SnapshotWindow(ServerController& controller, const Source& sourc
     addKey(m_refreshButton, Qt::Key_F5);
     connect(m_refreshButton, &QPushButton::clicked, this, &SnapshotWindow::refresh);
     connect(m_filterEdit, &QLineEdit::textChanged, this, &SnapshotWindow::fill);
-    connect(m_link, &SessionLink::replied, this, &SnapshotWindow::onReplied);
-    connect(m_link, &SessionLink::waitingChanged, this, &SnapshotWindow::updateControls);
-    connect(m_link, &SessionLink::failed, this, [this](int, const QString& message) {
+    connect(m_link, &CommandChannel::replied, this, &SnapshotWindow::onReplied);
+    connect(m_link, &CommandChannel::waitingChanged, this, &SnapshotWindow::updateControls);
+    connect(m_link, &CommandChannel::failed, this, [this](int, const QString& message) {
         say(*m_stateLabel, [message] { return tr("No reply: %1. Refresh to ask again.").arg(message); });
         m_controller.checkServer();
     });

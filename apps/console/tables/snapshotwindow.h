@@ -17,7 +17,7 @@ class QPushButton;
 
 namespace console {
 
-class SessionLink;
+class CommandChannel;
 class ServerController;
 
 /// Asks when it opens and with every refresh, on a session of its own. After a failure the last values stay on show.
@@ -47,7 +47,7 @@ protected:
 
     ServerController& m_controller;
     Source m_source;
-    SessionLink* m_link;
+    CommandChannel* m_link;
     QLabel* m_filterLabel;
     QLineEdit* m_filterEdit; ///< part of the names to show
     QLabel* m_stateLabel;

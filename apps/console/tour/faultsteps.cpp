@@ -26,65 +26,65 @@ quint16 deafPort()
     return server.serverPort();
 }
 
-Notice noticeOf(Person& person, MainWindow& window)
+Notice noticeOf(UiDriver& driver, MainWindow& window)
 {
-    return person.find<NoticeBar>(window, "noticeBar").notice();
+    return driver.find<NoticeBar>(window, "noticeBar").notice();
 }
 
-void pressRemedy(Person& person, MainWindow& window)
+void pressRemedy(UiDriver& driver, MainWindow& window)
 {
-    person.click(person.find<QPushButton>(person.find<NoticeBar>(window, "noticeBar"), "remedyButton"));
+    driver.click(driver.find<QPushButton>(driver.find<NoticeBar>(window, "noticeBar"), "remedyButton"));
 }
 
 /// The server dies while a command is under way and another one is being typed.
-void serverDies(Person& person, MainWindow& window)
+void serverDies(UiDriver& driver, MainWindow& window)
 {
-    auto& edit = person.find<QLineEdit>(window, "commandEdit");
-    person.type(edit, QStringLiteral("sleep 30000"));
-    person.key(edit, Qt::Key_Return);
-    person.type(edit, QStringLiteral("a command half typed"));
-    person.waitUntil(QStringLiteral("the command is under way"), [&] { return window.commandPanel().isBusy(); });
+    auto& edit = driver.find<QLineEdit>(window, "commandEdit");
+    driver.type(edit, QStringLiteral("sleep 30000"));
+    driver.key(edit, Qt::Key_Return);
+    driver.type(edit, QStringLiteral("a command half typed"));
+    driver.waitUntil(QStringLiteral("the command is under way"), [&] { return window.commandPanel().isBusy(); });
     window.controller().endByForce();
-    waitForState(person, window, ServerState::Failed, QStringLiteral("the loss is noticed"));
-    person.waitUntil(QStringLiteral("the command line is free again"), [&] { return !window.commandPanel().isBusy(); });
-    person.picture(window, QStringLiteral("lost"));
-    person.expect(
-        noticeOf(person, window).remedy == Remedy::StartAgain, QStringLiteral("the notice offers a new start"));
-    pressRemedy(person, window);
-    waitForState(person, window, ServerState::Up, QStringLiteral("one press brings the server back"));
-    person.expect(edit.text() == u"a command half typed", QStringLiteral("what was typed is still there"));
-    person.clearText(edit);
-    ask(person, window, QStringLiteral("pwd"));
-    person.picture(window, QStringLiteral("back"));
+    waitForState(driver, window, ServerState::Failed, QStringLiteral("the loss is noticed"));
+    driver.waitUntil(QStringLiteral("the command line is free again"), [&] { return !window.commandPanel().isBusy(); });
+    driver.picture(window, QStringLiteral("lost"));
+    driver.expect(
+        noticeOf(driver, window).remedy == Remedy::StartAgain, QStringLiteral("the notice offers a new start"));
+    pressRemedy(driver, window);
+    waitForState(driver, window, ServerState::Up, QStringLiteral("one press brings the server back"));
+    driver.expect(edit.text() == u"a command half typed", QStringLiteral("what was typed is still there"));
+    driver.clearText(edit);
+    ask(driver, window, QStringLiteral("pwd"));
+    driver.picture(window, QStringLiteral("back"));
 }
 
-void nobodyAnswers(Person& person, MainWindow& window)
+void nobodyAnswers(UiDriver& driver, MainWindow& window)
 {
     const ServerChoice before = window.controller().choice();
-    person.shortcut(window, QKeySequence(Qt::CTRL | Qt::Key_N));
-    QWidget& dialog = person.dialogOf(window);
-    person.click(person.find<QRadioButton>(dialog, "remoteRadio"));
-    person.clearText(person.find<QLineEdit>(dialog, "hostEdit"));
-    person.type(person.find<QLineEdit>(dialog, "hostEdit"), QStringLiteral("localhost"));
-    person.find<QSpinBox>(dialog, "portSpin").setValue(deafPort());
-    person.picture(dialog, QStringLiteral("dialog"));
-    person.click(*person.find<QDialogButtonBox>(dialog, "buttonBox").button(QDialogButtonBox::Ok));
-    waitForState(person, window, ServerState::Failed, QStringLiteral("the console sees that nobody answers"));
-    person.picture(window, QStringLiteral("refused"));
+    driver.shortcut(window, QKeySequence(Qt::CTRL | Qt::Key_N));
+    QWidget& dialog = driver.dialogOf(window);
+    driver.click(driver.find<QRadioButton>(dialog, "remoteRadio"));
+    driver.clearText(driver.find<QLineEdit>(dialog, "hostEdit"));
+    driver.type(driver.find<QLineEdit>(dialog, "hostEdit"), QStringLiteral("localhost"));
+    driver.find<QSpinBox>(dialog, "portSpin").setValue(deafPort());
+    driver.picture(dialog, QStringLiteral("dialog"));
+    driver.click(*driver.find<QDialogButtonBox>(dialog, "buttonBox").button(QDialogButtonBox::Ok));
+    waitForState(driver, window, ServerState::Failed, QStringLiteral("the console sees that nobody answers"));
+    driver.picture(window, QStringLiteral("refused"));
 
     window.controller().start(before, window.controller().prompt());
-    waitForState(person, window, ServerState::Up, QStringLiteral("the server of before is back"));
+    waitForState(driver, window, ServerState::Up, QStringLiteral("the server of before is back"));
 }
 
 /// Something else listens at the port: it greets, but not with the prompt.
-void wrongPrompt(Person& person, MainWindow& window)
+void wrongPrompt(UiDriver& driver, MainWindow& window)
 {
     constexpr int shortMs = 1000; // instead of the ten seconds that somebody would wait
     ServerController& controller = window.controller();
     const ServerChoice before = controller.choice();
-    const int patienceMs = std::exchange(controller.m_probeTimeoutMs, shortMs);
+    const int timeoutMs = std::exchange(controller.m_probeTimeoutMs, shortMs);
     QTcpServer other;
-    person.expect(other.listen(QHostAddress::LocalHost), QStringLiteral("there is a free port"));
+    driver.expect(other.listen(QHostAddress::LocalHost), QStringLiteral("there is a free port"));
     QObject::connect(
         &other, &QTcpServer::newConnection, &other, [&] { other.nextPendingConnection()->write("220 mail\n"); });
     ServerChoice wrong;
@@ -92,38 +92,38 @@ void wrongPrompt(Person& person, MainWindow& window)
     wrong.host = QStringLiteral("127.0.0.1");
     wrong.port = other.serverPort();
     controller.start(wrong, controller.prompt());
-    waitForState(person, window, ServerState::Failed, QStringLiteral("the console sees that it is no server"));
-    person.picture(window, QStringLiteral("not-greeted"));
-    controller.m_probeTimeoutMs = patienceMs;
+    waitForState(driver, window, ServerState::Failed, QStringLiteral("the console sees that it is no server"));
+    driver.picture(window, QStringLiteral("not-greeted"));
+    controller.m_probeTimeoutMs = timeoutMs;
     controller.start(before, controller.prompt());
-    waitForState(person, window, ServerState::Up, QStringLiteral("the server of before is back"));
+    waitForState(driver, window, ServerState::Up, QStringLiteral("the server of before is back"));
 }
 
-void restart(Person& person, MainWindow& window)
+void restart(UiDriver& driver, MainWindow& window)
 {
-    person.shortcut(window, QKeySequence(Qt::CTRL | Qt::Key_R));
-    waitForState(person, window, ServerState::Stopping, QStringLiteral("the server is told to end"));
-    waitForState(person, window, ServerState::Up, QStringLiteral("the server is back"));
-    ask(person, window, QStringLiteral("stat"));
-    person.picture(window, QStringLiteral("back"));
+    driver.shortcut(window, QKeySequence(Qt::CTRL | Qt::Key_R));
+    waitForState(driver, window, ServerState::Stopping, QStringLiteral("the server is told to end"));
+    waitForState(driver, window, ServerState::Up, QStringLiteral("the server is back"));
+    ask(driver, window, QStringLiteral("stat"));
+    driver.picture(window, QStringLiteral("back"));
 }
 
-void shutDown(Person& person, MainWindow& window)
+void shutDown(UiDriver& driver, MainWindow& window)
 {
-    person.choose(window, "shutDownAction");
-    waitForState(person, window, ServerState::Off, QStringLiteral("the server has ended"));
-    person.expect(!window.controller().hasProcess(), QStringLiteral("no process is left"));
-    person.picture(window, QStringLiteral("off"));
+    driver.choose(window, "shutDownAction");
+    waitForState(driver, window, ServerState::Off, QStringLiteral("the server has ended"));
+    driver.expect(!window.controller().hasProcess(), QStringLiteral("no process is left"));
+    driver.picture(window, QStringLiteral("off"));
 }
 
 /// Closing the window with a server running ends the server first.
-void closeWindow(Person& person, MainWindow& window)
+void closeWindow(UiDriver& driver, MainWindow& window)
 {
-    person.choose(window, "startAction");
-    waitForState(person, window, ServerState::Up, QStringLiteral("the server is back"));
+    driver.choose(window, "startAction");
+    waitForState(driver, window, ServerState::Up, QStringLiteral("the server is back"));
     window.close();
-    person.waitUntil(QStringLiteral("the window is closed"), [&] { return !window.isVisible(); });
-    person.expect(!window.controller().hasProcess(), QStringLiteral("no process is left"));
+    driver.waitUntil(QStringLiteral("the window is closed"), [&] { return !window.isVisible(); });
+    driver.expect(!window.controller().hasProcess(), QStringLiteral("no process is left"));
 }
 
 } // namespace

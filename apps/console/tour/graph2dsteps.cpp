@@ -1,6 +1,6 @@
 // What the tour does with the live 2D window.
-#include "tour/uidriver.h"
 #include "tour/histogramsteps.h"
+#include "tour/uidriver.h"
 
 #include <tarnis/dialogs/graph2ddialog.h>
 #include <tarnis/plots/colorbarwidget.h>
@@ -28,9 +28,9 @@ XY2DGraphWidget& plotOf(QWidget& window)
     return *static_cast<Graph2DDialog&>(window).getGraphWidget();
 }
 
-void choose(Person& person, XY2DGraphWidget& plot, const char* entry)
+void choose(UiDriver& driver, XY2DGraphWidget& plot, const char* entry)
 {
-    person.chooseInMenu(plot, placeIn(plot, 0.75, 0.2), QLatin1String(entry));
+    driver.chooseInMenu(plot, placeIn(plot, 0.75, 0.2), QLatin1String(entry));
 }
 
 QRectF rangeOf(XY2DGraphWidget& plot)
@@ -44,11 +44,11 @@ QRectF rangeOf(XY2DGraphWidget& plot)
     return { QPointF(minX, minY), QPointF(maxX, maxY) };
 }
 
-void typeInto(Person& person, QLineEdit& edit, const QString& text)
+void typeInto(UiDriver& driver, QLineEdit& edit, const QString& text)
 {
-    person.clearText(edit);
-    person.type(edit, text);
-    person.key(edit, Qt::Key_Return);
+    driver.clearText(edit);
+    driver.type(edit, text);
+    driver.key(edit, Qt::Key_Return);
 }
 
 // Colours.
@@ -60,35 +60,35 @@ QList<QRgb> colours()
 }
 
 /// The menu of the colour bar opens on the plot, beside which the bar stands.
-void chooseColours(Person& person, XY2DGraphWidget& plot, const QString& entry)
+void chooseColours(UiDriver& driver, XY2DGraphWidget& plot, const QString& entry)
 {
     const auto& bar = *plot.findChild<ColorBarWidget*>();
-    person.chooseInMenu(plot, bar.geometry().center(), entry);
+    driver.chooseInMenu(plot, bar.geometry().center(), entry);
 }
 
-void palettes(Person& person, QWidget& window)
+void palettes(UiDriver& driver, QWidget& window)
 {
     XY2DGraphWidget& plot = plotOf(window);
     const QList<QRgb> before = colours();
-    person.openMenu(plot, plot.findChild<ColorBarWidget*>()->geometry().center());
-    person.scene(window, QStringLiteral("colour-menu"));
-    person.key(*QApplication::activePopupWidget(), Qt::Key_Escape);
+    driver.openMenu(plot, plot.findChild<ColorBarWidget*>()->geometry().center());
+    driver.scene(window, QStringLiteral("colour-menu"));
+    driver.key(*QApplication::activePopupWidget(), Qt::Key_Escape);
 
     QList<QList<QRgb>> seen;
     for (const char* name :
         { "Rainbow2", "Grayscale", "BlueRedGreen", "RedWhiteBlue", "CyanMagenta", "YellowHot", "Blue", "Rainbow1" }) {
-        chooseColours(person, plot, QStringLiteral("Pattern - ") + QLatin1String(name));
-        person.expect(!seen.contains(colours()), QStringLiteral("%1 has colours of its own").arg(QLatin1String(name)));
+        chooseColours(driver, plot, QStringLiteral("Pattern - ") + QLatin1String(name));
+        driver.expect(!seen.contains(colours()), QStringLiteral("%1 has colours of its own").arg(QLatin1String(name)));
         seen.append(colours());
-        person.picture(window, QString::fromLatin1(name).toLower());
+        driver.picture(window, QString::fromLatin1(name).toLower());
     }
-    chooseColours(person, plot, QStringLiteral("Edit - Reverse"));
+    chooseColours(driver, plot, QStringLiteral("Edit - Reverse"));
     QList<QRgb> turned = seen.constLast();
     std::reverse(turned.begin(), turned.end());
-    person.expect(colours() == turned, QStringLiteral("the colours are reversed"));
-    person.picture(window, QStringLiteral("reversed"));
-    chooseColours(person, plot, QStringLiteral("Edit - Reverse"));
-    person.expect(colours() == before, QStringLiteral("the colours are those of before"));
+    driver.expect(colours() == turned, QStringLiteral("the colours are reversed"));
+    driver.picture(window, QStringLiteral("reversed"));
+    chooseColours(driver, plot, QStringLiteral("Edit - Reverse"));
+    driver.expect(colours() == before, QStringLiteral("the colours are those of before"));
 }
 
 QPushButton& autoButtonOf(XY2DGraphWidget& plot)
@@ -101,207 +101,207 @@ QPushButton& autoButtonOf(XY2DGraphWidget& plot)
 }
 
 /// Opens the editor on the upper or lower label of the bar and types a limit.
-void typeLimit(Person& person, ColorBarWidget& bar, double y, const QString& text)
+void typeLimit(UiDriver& driver, ColorBarWidget& bar, double y, const QString& text)
 {
-    person.clickAt(bar, placeIn(bar, 0.7, y));
+    driver.clickAt(bar, placeIn(bar, 0.7, y));
     auto* const edit = bar.findChild<QLineEdit*>();
-    person.expect(edit != nullptr, QStringLiteral("a click on a label of the bar opens an editor"));
-    typeInto(person, *edit, text);
+    driver.expect(edit != nullptr, QStringLiteral("a click on a label of the bar opens an editor"));
+    typeInto(driver, *edit, text);
 }
 
-void colourScale(Person& person, QWidget& window)
+void colourScale(UiDriver& driver, QWidget& window)
 {
     XY2DGraphWidget& plot = plotOf(window);
     auto& bar = *plot.findChild<ColorBarWidget*>();
     QPushButton& button = autoButtonOf(plot);
-    person.click(button);
+    driver.click(button);
     double max = 0.0;
-    person.expect(!plot.getMaxZ(max), QStringLiteral("the scale is manual"));
+    driver.expect(!plot.getMaxZ(max), QStringLiteral("the scale is manual"));
     const double wanted = std::max(2.0, std::floor(max / 3.0));
-    typeLimit(person, bar, 0.01, QString::number(wanted));
-    person.expect(!plot.getMaxZ(max) && max == wanted, QStringLiteral("the scale ends where it was told to"));
-    typeLimit(person, bar, 0.99, QStringLiteral("1"));
-    person.picture(window, QStringLiteral("manual-scale"));
-    person.click(button);
-    person.expect(plot.getMaxZ(max), QStringLiteral("the scale follows the data again"));
+    typeLimit(driver, bar, 0.01, QString::number(wanted));
+    driver.expect(!plot.getMaxZ(max) && max == wanted, QStringLiteral("the scale ends where it was told to"));
+    typeLimit(driver, bar, 0.99, QStringLiteral("1"));
+    driver.picture(window, QStringLiteral("manual-scale"));
+    driver.click(button);
+    driver.expect(plot.getMaxZ(max), QStringLiteral("the scale follows the data again"));
 
-    choose(person, plot, "Log Scale");
-    person.picture(window, QStringLiteral("log-scale"));
-    choose(person, plot, "Log Scale");
+    choose(driver, plot, "Log Scale");
+    driver.picture(window, QStringLiteral("log-scale"));
+    choose(driver, plot, "Log Scale");
 }
 
 // Zoom.
 
-void zoom(Person& person, QWidget& window)
+void zoom(UiDriver& driver, QWidget& window)
 {
     XY2DGraphWidget& plot = plotOf(window);
     const QRectF whole = rangeOf(plot);
-    choose(person, plot, "Rectangle");
-    person.drag(plot, placeIn(plot, 0.3, 0.3), placeIn(plot, 0.6, 0.6));
+    choose(driver, plot, "Rectangle");
+    driver.drag(plot, placeIn(plot, 0.3, 0.3), placeIn(plot, 0.6, 0.6));
     const QRectF part = rangeOf(plot);
-    person.expect(part.width() < 0.6 * whole.width() && part.height() < 0.6 * whole.height(),
+    driver.expect(part.width() < 0.6 * whole.width() && part.height() < 0.6 * whole.height(),
         QStringLiteral("the rectangle is zoomed to"));
-    person.picture(window, QStringLiteral("zoomed"));
-    choose(person, plot, "Move");
-    person.drag(plot, placeIn(plot, 0.5, 0.5), placeIn(plot, 0.35, 0.6));
-    person.expect(rangeOf(plot).left() > part.left(), QStringLiteral("the map is moved"));
-    person.picture(window, QStringLiteral("moved"));
-    choose(person, plot, "Zoom In");
-    person.clickAt(plot, placeIn(plot, 0.5, 0.5));
-    person.expect(rangeOf(plot).width() < part.width(), QStringLiteral("a click zooms in"));
-    choose(person, plot, "Zoom Out");
-    person.clickAt(plot, placeIn(plot, 0.5, 0.5));
-    choose(person, plot, "Zoom Out"); // the tool goes off again
-    choose(person, plot, "Reset");
-    person.expect(rangeOf(plot) == whole, QStringLiteral("Reset shows everything again"));
+    driver.picture(window, QStringLiteral("zoomed"));
+    choose(driver, plot, "Move");
+    driver.drag(plot, placeIn(plot, 0.5, 0.5), placeIn(plot, 0.35, 0.6));
+    driver.expect(rangeOf(plot).left() > part.left(), QStringLiteral("the map is moved"));
+    driver.picture(window, QStringLiteral("moved"));
+    choose(driver, plot, "Zoom In");
+    driver.clickAt(plot, placeIn(plot, 0.5, 0.5));
+    driver.expect(rangeOf(plot).width() < part.width(), QStringLiteral("a click zooms in"));
+    choose(driver, plot, "Zoom Out");
+    driver.clickAt(plot, placeIn(plot, 0.5, 0.5));
+    choose(driver, plot, "Zoom Out"); // the tool goes off again
+    choose(driver, plot, "Reset");
+    driver.expect(rangeOf(plot) == whole, QStringLiteral("Reset shows everything again"));
 }
 
-void readOut(Person& person, QWidget& window)
+void readOut(UiDriver& driver, QWidget& window)
 {
     XY2DGraphWidget& plot = plotOf(window);
     // Empty bins tell nothing: along a line until one is hit.
     for (int x = 300; x < 700 && !QToolTip::isVisible(); x += 4)
-        person.hover(plot, placeIn(plot, x / 1000.0, 0.45));
-    person.expect(QToolTip::isVisible() && !QToolTip::text().isEmpty(), QStringLiteral("a bin is read out"));
-    person.scene(window, QStringLiteral("read-out"));
+        driver.hover(plot, placeIn(plot, x / 1000.0, 0.45));
+    driver.expect(QToolTip::isVisible() && !QToolTip::text().isEmpty(), QStringLiteral("a bin is read out"));
+    driver.scene(window, QStringLiteral("read-out"));
     QToolTip::hideText();
 }
 
 // Cuts.
 
 /// The limits of the cut as its box shows them.
-double limitIn(Person& person, QWidget& box, const char* edit)
+double limitIn(UiDriver& driver, QWidget& box, const char* edit)
 {
-    return person.find<QLineEdit>(box, edit).text().toDouble();
+    return driver.find<QLineEdit>(box, edit).text().toDouble();
 }
 
-QWidget& rangeBoxOf(Person& person, XY2DGraphWidget& plot)
+QWidget& rangeBoxOf(UiDriver& driver, XY2DGraphWidget& plot)
 {
     auto* const box = plot.findChild<QDialog*>(QStringLiteral("XYRangeInputDialog"));
-    person.expect(box != nullptr && box->isVisible(), QStringLiteral("the cut has its box"));
+    driver.expect(box != nullptr && box->isVisible(), QStringLiteral("the cut has its box"));
     return *box;
 }
 
-void cut(Person& person, QWidget& window)
+void cut(UiDriver& driver, QWidget& window)
 {
     XY2DGraphWidget& plot = plotOf(window);
-    choose(person, plot, "1D Cut");
-    person.drag(plot, placeIn(plot, 0.35, 0.35), placeIn(plot, 0.55, 0.6));
-    QWidget& box = rangeBoxOf(person, plot);
-    person.expect(limitIn(person, box, "xMaxEdit") > limitIn(person, box, "xMinEdit"),
+    choose(driver, plot, "1D Cut");
+    driver.drag(plot, placeIn(plot, 0.35, 0.35), placeIn(plot, 0.55, 0.6));
+    QWidget& box = rangeBoxOf(driver, plot);
+    driver.expect(limitIn(driver, box, "xMaxEdit") > limitIn(driver, box, "xMinEdit"),
         QStringLiteral("the drag makes a rectangle"));
-    person.scene(window, QStringLiteral("cut"));
+    driver.scene(window, QStringLiteral("cut"));
 
     // By its left edge, as far as the middle between the edges.
-    const double left = limitIn(person, box, "xMinEdit");
-    const double middleY = (limitIn(person, box, "yMinEdit") + limitIn(person, box, "yMaxEdit")) / 2.0;
+    const double left = limitIn(driver, box, "xMinEdit");
+    const double middleY = (limitIn(driver, box, "yMinEdit") + limitIn(driver, box, "yMaxEdit")) / 2.0;
     const QPoint edge = plot.calcWidgetPointF(QPointF(left, middleY)).toPoint();
-    person.drag(plot, edge, edge + QPoint(30, 0));
-    person.expect(limitIn(person, box, "xMinEdit") > left, QStringLiteral("the edge goes along with the pointer"));
+    driver.drag(plot, edge, edge + QPoint(30, 0));
+    driver.expect(limitIn(driver, box, "xMinEdit") > left, QStringLiteral("the edge goes along with the pointer"));
 
     // Typed in the box, and on an edge after a right click.
-    typeInto(person, person.find<QLineEdit>(box, "xMinEdit"), QStringLiteral("64"));
-    person.expect(limitIn(person, box, "xMinEdit") == 64.0, QStringLiteral("the box takes a limit"));
-    const QPoint upper = plot.calcWidgetPointF(QPointF((64.0 + limitIn(person, box, "xMaxEdit")) / 2.0,
-                                                   limitIn(person, box, "yMaxEdit")))
+    typeInto(driver, driver.find<QLineEdit>(box, "xMinEdit"), QStringLiteral("64"));
+    driver.expect(limitIn(driver, box, "xMinEdit") == 64.0, QStringLiteral("the box takes a limit"));
+    const QPoint upper = plot.calcWidgetPointF(QPointF((64.0 + limitIn(driver, box, "xMaxEdit")) / 2.0,
+                                                   limitIn(driver, box, "yMaxEdit")))
                              .toPoint();
-    person.clickAt(plot, upper, Qt::RightButton);
+    driver.clickAt(plot, upper, Qt::RightButton);
     auto* const edit = plot.findChild<QLineEdit*>(QString(), Qt::FindDirectChildrenOnly);
-    person.expect(edit != nullptr, QStringLiteral("a right click on an edge opens an editor"));
-    person.scene(window, QStringLiteral("cut-editor"));
-    typeInto(person, *edit, QStringLiteral("200"));
-    person.expect(limitIn(person, box, "yMaxEdit") == 200.0, QStringLiteral("the editor takes a limit"));
+    driver.expect(edit != nullptr, QStringLiteral("a right click on an edge opens an editor"));
+    driver.scene(window, QStringLiteral("cut-editor"));
+    typeInto(driver, *edit, QStringLiteral("200"));
+    driver.expect(limitIn(driver, box, "yMaxEdit") == 200.0, QStringLiteral("the editor takes a limit"));
 
-    choose(person, plot, "Inside Only");
-    person.scene(window, QStringLiteral("inside-only"));
-    choose(person, plot, "Inside Only");
-    printToPdf(person, plot, QStringLiteral("map-and-cuts.pdf"));
-    choose(person, plot, "1D Cut");
-    person.waitUntil(
+    choose(driver, plot, "Inside Only");
+    driver.scene(window, QStringLiteral("inside-only"));
+    choose(driver, plot, "Inside Only");
+    printToPdf(driver, plot, QStringLiteral("map-and-cuts.pdf"));
+    choose(driver, plot, "1D Cut");
+    driver.waitUntil(
         QStringLiteral("the cut goes off with its windows"), [&] { return plot.findChildren<QDialog*>().isEmpty(); });
 }
 
 // Regions.
 
-void regions(Person& person, QWidget& window)
+void regions(UiDriver& driver, QWidget& window)
 {
     XY2DGraphWidget& plot = plotOf(window);
-    choose(person, plot, "Select ROI...");
-    person.drag(plot, placeIn(plot, 0.3, 0.3), placeIn(plot, 0.5, 0.5));
-    person.drag(plot, placeIn(plot, 0.55, 0.6), placeIn(plot, 0.7, 0.75));
+    choose(driver, plot, "Select ROI...");
+    driver.drag(plot, placeIn(plot, 0.3, 0.3), placeIn(plot, 0.5, 0.5));
+    driver.drag(plot, placeIn(plot, 0.55, 0.6), placeIn(plot, 0.7, 0.75));
     ViewSelectedROI* const view = plot.GetViewSelectedROI();
-    person.expect(view != nullptr && view->isVisible(), QStringLiteral("the regions are listed"));
-    person.expect(view->getRoiList().size() == 2, QStringLiteral("each drag adds a region"));
-    person.scene(window, QStringLiteral("regions"));
+    driver.expect(view != nullptr && view->isVisible(), QStringLiteral("the regions are listed"));
+    driver.expect(view->getRoiList().size() == 2, QStringLiteral("each drag adds a region"));
+    driver.scene(window, QStringLiteral("regions"));
 
-    auto& spin = person.find<QSpinBox>(*view, "x1SpinBox");
+    auto& spin = driver.find<QSpinBox>(*view, "x1SpinBox");
     auto& edit = *spin.findChild<QLineEdit*>();
-    typeInto(person, edit, QStringLiteral("100"));
-    person.expect(view->getRoiList().at(1).left() == 100, QStringLiteral("a region can be edited"));
-    person.scene(window, QStringLiteral("region-edited"));
+    typeInto(driver, edit, QStringLiteral("100"));
+    driver.expect(view->getRoiList().at(1).left() == 100, QStringLiteral("a region can be edited"));
+    driver.scene(window, QStringLiteral("region-edited"));
 
-    person.answering(
+    driver.answering(
         [&](QWidget& box) {
             auto* const question = qobject_cast<QMessageBox*>(&box);
-            person.expect(question != nullptr, QStringLiteral("it is asked before a region goes"));
-            person.picture(box, QStringLiteral("delete"));
-            person.click(*question->button(QMessageBox::Ok));
+            driver.expect(question != nullptr, QStringLiteral("it is asked before a region goes"));
+            driver.picture(box, QStringLiteral("delete"));
+            driver.click(*question->button(QMessageBox::Ok));
         },
-        [&] { person.click(person.find<QPushButton>(*view, "deleteButton")); });
-    person.expect(view->getRoiList().size() == 1, QStringLiteral("a region can be deleted"));
-    person.scene(window, QStringLiteral("region-deleted"));
-    choose(person, plot, "Select ROI...");
-    person.expect(!view->isVisible(), QStringLiteral("the list goes with the tool"));
+        [&] { driver.click(driver.find<QPushButton>(*view, "deleteButton")); });
+    driver.expect(view->getRoiList().size() == 1, QStringLiteral("a region can be deleted"));
+    driver.scene(window, QStringLiteral("region-deleted"));
+    choose(driver, plot, "Select ROI...");
+    driver.expect(!view->isVisible(), QStringLiteral("the list goes with the tool"));
 }
 
-void filter(Person& person, QWidget& window)
+void filter(UiDriver& driver, QWidget& window)
 {
-    person.click(person.find<QPushButton>(window, "filterPushButton"));
+    driver.click(driver.find<QPushButton>(window, "filterPushButton"));
     auto* const dialog = window.findChild<Graph2DFilterDialog*>();
-    person.expect(dialog != nullptr && dialog->isVisible(), QStringLiteral("the filter's dialog opens"));
+    driver.expect(dialog != nullptr && dialog->isVisible(), QStringLiteral("the filter's dialog opens"));
     for (int row = 1; row <= 5; ++row) {
         for (int column = 1; column <= 5; ++column) {
-            auto& edit = person.find<QLineEdit>(
+            auto& edit = driver.find<QLineEdit>(
                 *dialog, QStringLiteral("matrix%1%2LineEdit").arg(row).arg(column).toLatin1().constData());
-            person.clearText(edit);
-            person.type(edit, QStringLiteral("1"));
+            driver.clearText(edit);
+            driver.type(edit, QStringLiteral("1"));
         }
     }
-    auto& divisor = person.find<QLineEdit>(*dialog, "divisorLineEdit");
-    person.clearText(divisor);
-    person.type(divisor, QStringLiteral("25"));
-    person.picture(*dialog, QStringLiteral("filter"));
-    person.click(*person.find<QDialogButtonBox>(*dialog, "buttonBox").button(QDialogButtonBox::Ok));
+    auto& divisor = driver.find<QLineEdit>(*dialog, "divisorLineEdit");
+    driver.clearText(divisor);
+    driver.type(divisor, QStringLiteral("25"));
+    driver.picture(*dialog, QStringLiteral("filter"));
+    driver.click(*driver.find<QDialogButtonBox>(*dialog, "buttonBox").button(QDialogButtonBox::Ok));
     auto* const filtered = window.findChild<Graph2DDialog*>();
-    person.expect(filtered != nullptr && filtered->isVisible(), QStringLiteral("the filtered map opens"));
-    person.picture(*filtered, QStringLiteral("filtered"));
-    person.close(*filtered);
+    driver.expect(filtered != nullptr && filtered->isVisible(), QStringLiteral("the filtered map opens"));
+    driver.picture(*filtered, QStringLiteral("filtered"));
+    driver.close(*filtered);
 }
 
-void files(Person& person, QWidget& window)
+void files(UiDriver& driver, QWidget& window)
 {
     XY2DGraphWidget& plot = plotOf(window);
-    const QString table = saveAs(person, plot, QStringLiteral("Save CSV..."), QStringLiteral("map.csv"));
-    person.expect(linesOf(table) > 0, QStringLiteral("the file has a line for each row"));
-    const QImage image(saveAs(person, plot, QStringLiteral("Save PNG..."), QStringLiteral("map-with-bar.png")));
-    person.expect(image.width() >= plot.width(), QStringLiteral("the colour bar is on the saved picture"));
-    printToPdf(person, plot, QStringLiteral("map.pdf"));
+    const QString table = saveAs(driver, plot, QStringLiteral("Save CSV..."), QStringLiteral("map.csv"));
+    driver.expect(linesOf(table) > 0, QStringLiteral("the file has a line for each row"));
+    const QImage image(saveAs(driver, plot, QStringLiteral("Save PNG..."), QStringLiteral("map-with-bar.png")));
+    driver.expect(image.width() >= plot.width(), QStringLiteral("the colour bar is on the saved picture"));
+    printToPdf(driver, plot, QStringLiteral("map.pdf"));
 }
 
 } // namespace
 
-void driveMap(Person& person, QWidget& window)
+void driveMap(UiDriver& driver, QWidget& window)
 {
-    person.waitUntil(QStringLiteral("the first map is on show"), [&] { return plotOf(window).getMaxValue() > 0.0; });
-    person.picture(window, QStringLiteral("map"));
-    palettes(person, window);
-    colourScale(person, window);
-    zoom(person, window);
-    readOut(person, window);
-    cut(person, window);
-    regions(person, window);
-    filter(person, window);
-    files(person, window);
+    driver.waitUntil(QStringLiteral("the first map is on show"), [&] { return plotOf(window).getMaxValue() > 0.0; });
+    driver.picture(window, QStringLiteral("map"));
+    palettes(driver, window);
+    colourScale(driver, window);
+    zoom(driver, window);
+    readOut(driver, window);
+    cut(driver, window);
+    regions(driver, window);
+    filter(driver, window);
+    files(driver, window);
 }
 
 } // namespace console

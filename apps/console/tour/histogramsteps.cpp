@@ -28,46 +28,46 @@ QPoint placeIn(const QWidget& widget, double x, double y)
     return { static_cast<int>(x * widget.width()), static_cast<int>(y * widget.height()) };
 }
 
-QString saveBy(Person& person, const QString& fileName, const std::function<void()>& act)
+QString saveBy(UiDriver& driver, const QString& fileName, const std::function<void()>& act)
 {
-    QString path = person.newFile(fileName);
-    person.answering(
+    QString path = driver.newFile(fileName);
+    driver.answering(
         [&](QWidget& box) {
-            auto& edit = person.find<QLineEdit>(box, "fileNameEdit");
-            person.clearText(edit);
-            person.enter(edit, path);
-            auto& buttons = person.find<QDialogButtonBox>(box, "buttonBox");
-            person.click(*buttons.button(QDialogButtonBox::Save));
+            auto& edit = driver.find<QLineEdit>(box, "fileNameEdit");
+            driver.clearText(edit);
+            driver.enter(edit, path);
+            auto& buttons = driver.find<QDialogButtonBox>(box, "buttonBox");
+            driver.click(*buttons.button(QDialogButtonBox::Save));
         },
         act);
-    person.waitUntil(QStringLiteral("%1 is written").arg(fileName), [&] { return QFileInfo(path).size() > 0; });
+    driver.waitUntil(QStringLiteral("%1 is written").arg(fileName), [&] { return QFileInfo(path).size() > 0; });
     return path;
 }
 
-QString saveAs(Person& person, XYGraphWidget& plot, const QString& menuText, const QString& fileName)
+QString saveAs(UiDriver& driver, XYGraphWidget& plot, const QString& menuText, const QString& fileName)
 {
-    return saveBy(person, fileName, [&] { person.chooseInMenu(plot, menuPlace(plot), menuText); });
+    return saveBy(driver, fileName, [&] { driver.chooseInMenu(plot, menuPlace(plot), menuText); });
 }
 
-void printToPdf(Person& person, XYGraphWidget& plot, const QString& fileName)
+void printToPdf(UiDriver& driver, XYGraphWidget& plot, const QString& fileName)
 {
-    const QString path = person.newFile(fileName);
-    person.answering(
+    const QString path = driver.newFile(fileName);
+    driver.answering(
         [&](QWidget& box) {
-            person.chooseItem(person.find<QComboBox>(box, "printers"), QStringLiteral("Print to File (PDF)"));
-            auto& edit = person.find<QLineEdit>(box, "filename");
-            person.clearText(edit);
+            driver.chooseItem(driver.find<QComboBox>(box, "printers"), QStringLiteral("Print to File (PDF)"));
+            auto& edit = driver.find<QLineEdit>(box, "filename");
+            driver.clearText(edit);
             edit.setCompleter(nullptr); // its list opens when the folder has been read, over whatever is pressed then
-            person.type(edit, path);
+            driver.type(edit, path);
             for (QPushButton* const button : box.findChildren<QPushButton*>()) {
                 if (button->isDefault())
-                    person.click(*button);
+                    driver.click(*button);
             }
         },
-        [&] { person.chooseInMenu(plot, menuPlace(plot), QStringLiteral("Print...")); });
-    person.waitUntil(QStringLiteral("%1 is written").arg(fileName), [&] { return QFileInfo(path).size() > 0; });
+        [&] { driver.chooseInMenu(plot, menuPlace(plot), QStringLiteral("Print...")); });
+    driver.waitUntil(QStringLiteral("%1 is written").arg(fileName), [&] { return QFileInfo(path).size() > 0; });
     QFile file(path);
-    person.expect(file.open(QIODevice::ReadOnly) && file.read(5) == "%PDF-", QStringLiteral("the page is a PDF"));
+    driver.expect(file.open(QIODevice::ReadOnly) && file.read(5) == "%PDF-", QStringLiteral("the page is a PDF"));
 }
 
 qsizetype linesOf(const QString& path)

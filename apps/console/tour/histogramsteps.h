@@ -11,29 +11,29 @@ class XYGraphWidget;
 
 namespace console {
 
-class Person;
+class UiDriver;
 
 /// A point of a widget by shares of its width and height.
 QPoint placeIn(const QWidget& widget, double x, double y);
 
 /// Gives the file dialog that `act` opens a path beside the pictures and presses Save. Returns the path; throws
 /// TourFailure if no file comes of it.
-QString saveBy(Person& person, const QString& fileName, const std::function<void()>& act);
+QString saveBy(UiDriver& driver, const QString& fileName, const std::function<void()>& act);
 
 /// Chooses the menu entry that opens a file dialog, gives it a path beside the pictures and presses Save. Returns the
 /// path; throws TourFailure if no file comes of it.
-QString saveAs(Person& person, XYGraphWidget& plot, const QString& menuText, const QString& fileName);
+QString saveAs(UiDriver& driver, XYGraphWidget& plot, const QString& menuText, const QString& fileName);
 
 /// Prints by the menu of the plot, into a PDF beside the pictures.
-void printToPdf(Person& person, XYGraphWidget& plot, const QString& fileName);
+void printToPdf(UiDriver& driver, XYGraphWidget& plot, const QString& fileName);
 
 /// Number of lines of a text file.
 qsizetype linesOf(const QString& path);
 
-void driveRows(Person& person, QWidget& window);
-void drivePairs(Person& person, QWidget& window);
-void driveSingleRow(Person& person, QWidget& window);
-void driveSpectrum(Person& person, QWidget& window);
-void driveMap(Person& person, QWidget& window);
+void driveRows(UiDriver& driver, QWidget& window);
+void drivePairs(UiDriver& driver, QWidget& window);
+void driveSingleRow(UiDriver& driver, QWidget& window);
+void driveSpectrum(UiDriver& driver, QWidget& window);
+void driveMap(UiDriver& driver, QWidget& window);
 
 } // namespace console

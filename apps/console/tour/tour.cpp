@@ -22,28 +22,28 @@ namespace {
 /// The step of one window of the menu: open, drive, close.
 TourStep windowStep(const WindowEntry& entry)
 {
-    return { entry.id, [&entry](Person& person, MainWindow& window) {
+    return { entry.id, [&entry](UiDriver& driver, MainWindow& window) {
                 const QString refusal = window.refusal(entry);
                 if (!entry.histogram.isEmpty() && !refusal.isEmpty()) {
-                    person.expect(!window.openWindow(entry), QStringLiteral("what is refused does not open"));
-                    person.remark(refusal);
+                    driver.expect(!window.openWindow(entry), QStringLiteral("what is refused does not open"));
+                    driver.remark(refusal);
                     return;
                 }
                 const QPointer<QWidget> opened = window.openWindow(entry);
-                person.expect(opened != nullptr && opened->isVisible(), QStringLiteral("the window opens"));
-                person.expect(
+                driver.expect(opened != nullptr && opened->isVisible(), QStringLiteral("the window opens"));
+                driver.expect(
                     window.openWindow(entry) == opened, QStringLiteral("a second request shows the same window"));
                 try {
-                    entry.tour(person, *opened);
+                    entry.tour(driver, *opened);
                 } catch (const TourFailure&) {
                     // The steps behind this one want no window in front of them.
                     if (opened)
-                        person.close(*opened);
+                        driver.close(*opened);
                     throw;
                 }
                 if (opened)
-                    person.close(*opened);
-                person.waitUntil(QStringLiteral("the window is gone"), [&] { return opened.isNull(); });
+                    driver.close(*opened);
+                driver.waitUntil(QStringLiteral("the window is gone"), [&] { return opened.isNull(); });
             } };
 }
 
@@ -112,20 +112,20 @@ Tour::Tour(MainWindow& window, const QString& directory)
 
 bool Tour::runStep(const TourStep& step, int number, QTextStream& report)
 {
-    Person person(
+    UiDriver driver(
         m_directory, QStringLiteral("%1-%2").arg(number, 2, 10, QLatin1Char('0')).arg(step.name), m_isInterrupted);
     QElapsedTimer elapsed;
     elapsed.start();
     QString failure;
     try {
-        step.act(person, m_window);
+        step.act(driver, m_window);
     } catch (const TourFailure& caught) {
         failure = caught.text();
     }
     failure += closeStrayBoxes();
     report << (failure.isEmpty() ? "ok    " : "FAIL  ") << step.name << "  "
-           << QString::number(double(elapsed.elapsed()) / 1000.0, 'f', 1) << " s  " << person.files().join(u' ');
-    for (const QString& remark : person.remarks())
+           << QString::number(double(elapsed.elapsed()) / 1000.0, 'f', 1) << " s  " << driver.files().join(u' ');
+    for (const QString& remark : driver.remarks())
         report << "\n      " << remark;
     if (!failure.isEmpty()) {
         report << "\n      " << failure;

@@ -1,4 +1,4 @@
-// The tour: opens every window on live data, drives it as a person would, and writes pictures and a report.
+// The tour: opens every window on live data, drives it as a user would, and writes pictures and a report.
 #pragma once
 
 #include "tour/uidriver.h"
@@ -17,7 +17,7 @@ class MainWindow;
 /// One thing that the tour does; a TourFailure that it throws makes the tour fail, and the next step goes on.
 struct TourStep {
     QString name;
-    std::function<void(Person&, MainWindow&)> act;
+    std::function<void(UiDriver&, MainWindow&)> act;
     bool isNeeded = false; ///< without it the steps behind it make no sense
 };
 

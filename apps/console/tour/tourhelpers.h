@@ -6,10 +6,10 @@
 
 namespace console {
 
-void waitForState(Person& person, MainWindow& window, ServerState state, const QString& what);
+void waitForState(UiDriver& driver, MainWindow& window, ServerState state, const QString& what);
 
 /// Types a command, sends it with Enter and waits for the reply.
-void ask(Person& person, MainWindow& window, const QString& command);
+void ask(UiDriver& driver, MainWindow& window, const QString& command);
 
 /// The record from the last time on that a command beginning so was sent.
 QString lastOf(MainWindow& window, const QString& command);

@@ -105,14 +105,14 @@ TourFailure::TourFailure(const QString& what)
 {
 }
 
-Person::Person(const QDir& directory, const QString& prefix, const bool& isInterrupted)
+UiDriver::UiDriver(const QDir& directory, const QString& prefix, const bool& isInterrupted)
     : m_directory(directory)
     , m_prefix(prefix)
     , m_isInterrupted(isInterrupted)
 {
 }
 
-void Person::waitUntil(const QString& what, const std::function<bool()>& happened, int limitMs)
+void UiDriver::waitUntil(const QString& what, const std::function<bool()>& happened, int limitMs)
 {
     QElapsedTimer elapsed;
     elapsed.start();
@@ -133,14 +133,14 @@ void Person::waitUntil(const QString& what, const std::function<bool()>& happene
         throw TourFailure(QStringLiteral("waited %1 s in vain until %2").arg(limitMs / 1000).arg(what));
 }
 
-void Person::look(int ms)
+void UiDriver::look(int ms)
 {
     QEventLoop loop;
     QTimer::singleShot(ms, &loop, &QEventLoop::quit);
     loop.exec();
 }
 
-void Person::act(const std::function<void()>& deed)
+void UiDriver::act(const std::function<void()>& deed)
 {
     QString left; // the title of a box that the deed has opened and nobody answers
     QElapsedTimer elapsed;
@@ -166,7 +166,7 @@ void Person::act(const std::function<void()>& deed)
         throw TourFailure(QStringLiteral("%1 came and nobody expected it").arg(left));
 }
 
-void Person::close(QWidget& window)
+void UiDriver::close(QWidget& window)
 {
     act([guard = QPointer<QWidget>(&window)] { // one that is closed already may be deleted on the way
         if (guard)
@@ -174,12 +174,12 @@ void Person::close(QWidget& window)
     });
 }
 
-void Person::fail(const QString& what)
+void UiDriver::fail(const QString& what)
 {
     throw TourFailure(QStringLiteral("not as expected: %1").arg(what));
 }
 
-QWidget& Person::dialogOf(QWidget& window)
+QWidget& UiDriver::dialogOf(QWidget& window)
 {
     QWidget* dialog = nullptr;
     waitUntil(QStringLiteral("a dialog opens"), [&] {
@@ -190,7 +190,7 @@ QWidget& Person::dialogOf(QWidget& window)
     return *dialog;
 }
 
-void Person::click(QWidget& control)
+void UiDriver::click(QWidget& control)
 {
     expect(control.isVisible(), QStringLiteral("%1 is on show").arg(control.objectName()));
     expect(control.isEnabled(),
@@ -202,7 +202,7 @@ void Person::click(QWidget& control)
     act([&] { clickOnce(control, middle); });
 }
 
-void Person::doubleClick(QWidget& control, QPoint position)
+void UiDriver::doubleClick(QWidget& control, QPoint position)
 {
     act([&] {
         clickOnce(control, position);
@@ -213,17 +213,17 @@ void Person::doubleClick(QWidget& control, QPoint position)
     });
 }
 
-void Person::clickAt(QWidget& widget, QPoint position, Qt::MouseButton button, Qt::KeyboardModifiers modifiers)
+void UiDriver::clickAt(QWidget& widget, QPoint position, Qt::MouseButton button, Qt::KeyboardModifiers modifiers)
 {
     act([&] { clickOnce(widget, position, button, modifiers); });
 }
 
-void Person::hover(QWidget& widget, QPoint position)
+void UiDriver::hover(QWidget& widget, QPoint position)
 {
     act([&] { sendMouse(widget, QEvent::MouseMove, position, Qt::NoButton, Qt::NoButton); });
 }
 
-void Person::drag(QWidget& widget, QPoint from, QPoint to)
+void UiDriver::drag(QWidget& widget, QPoint from, QPoint to)
 {
     constexpr int steps = 8;
     act([&] { sendMouse(widget, QEvent::MouseButtonPress, from, Qt::LeftButton, Qt::LeftButton); });
@@ -234,12 +234,12 @@ void Person::drag(QWidget& widget, QPoint from, QPoint to)
     act([&] { sendMouse(widget, QEvent::MouseButtonRelease, to, Qt::LeftButton, Qt::NoButton); });
 }
 
-void Person::key(QWidget& widget, Qt::Key key, Qt::KeyboardModifiers modifiers)
+void UiDriver::key(QWidget& widget, Qt::Key key, Qt::KeyboardModifiers modifiers)
 {
     act([&] { strike(widget, key, modifiers, QString()); });
 }
 
-void Person::type(QWidget& edit, const QString& text)
+void UiDriver::type(QWidget& edit, const QString& text)
 {
     expect(edit.isVisible() && edit.isEnabled(), QStringLiteral("%1 takes text").arg(edit.objectName()));
     edit.setFocus(Qt::MouseFocusReason);
@@ -249,14 +249,14 @@ void Person::type(QWidget& edit, const QString& text)
     });
 }
 
-void Person::enter(QWidget& edit, const QString& text)
+void UiDriver::enter(QWidget& edit, const QString& text)
 {
     expect(edit.isVisible() && edit.isEnabled(), QStringLiteral("%1 takes text").arg(edit.objectName()));
     edit.setFocus(Qt::MouseFocusReason);
     act([&] { strike(edit, 0, Qt::NoModifier, text); });
 }
 
-void Person::clearText(QLineEdit& edit)
+void UiDriver::clearText(QLineEdit& edit)
 {
     edit.setFocus(Qt::MouseFocusReason);
     key(edit, Qt::Key_A, Qt::ControlModifier);
@@ -264,7 +264,7 @@ void Person::clearText(QLineEdit& edit)
     expect(edit.text().isEmpty(), QStringLiteral("%1 is empty").arg(edit.objectName()));
 }
 
-void Person::shortcut(QWidget& window, const QKeySequence& keys)
+void UiDriver::shortcut(QWidget& window, const QKeySequence& keys)
 {
     QList<QAction*> found;
     for (QAction* action : window.findChildren<QAction*>()) {
@@ -276,7 +276,7 @@ void Person::shortcut(QWidget& window, const QKeySequence& keys)
     choose(window, found.first()->objectName().toLatin1().constData());
 }
 
-void Person::choose(QWidget& window, const char* actionName)
+void UiDriver::choose(QWidget& window, const char* actionName)
 {
     auto& action = find<QAction>(window, actionName);
     expect(action.isEnabled(),
@@ -284,7 +284,7 @@ void Person::choose(QWidget& window, const char* actionName)
     act([&] { action.trigger(); });
 }
 
-QMenu& Person::openMenu(QWidget& widget, QPoint position)
+QMenu& UiDriver::openMenu(QWidget& widget, QPoint position)
 {
     clickAt(widget, position, Qt::RightButton);
     QMenu* menu = nullptr;
@@ -295,7 +295,7 @@ QMenu& Person::openMenu(QWidget& widget, QPoint position)
     return *menu;
 }
 
-void Person::chooseInMenu(QWidget& widget, QPoint position, const QString& text)
+void UiDriver::chooseInMenu(QWidget& widget, QPoint position, const QString& text)
 {
     const QPointer<QMenu> menu(&openMenu(widget, position));
     const QList<QAction*> actions = menu->actions();
@@ -315,7 +315,7 @@ void Person::chooseInMenu(QWidget& widget, QPoint position, const QString& text)
         waitUntil(QStringLiteral("the menu closes"), [&] { return menu.isNull() || !menu->isVisible(); });
 }
 
-void Person::chooseItem(QComboBox& box, const QString& text)
+void UiDriver::chooseItem(QComboBox& box, const QString& text)
 {
     box.setFocus(Qt::MouseFocusReason);
     key(box, Qt::Key_Home);
@@ -324,7 +324,7 @@ void Person::chooseItem(QComboBox& box, const QString& text)
     expect(box.currentText() == text, QStringLiteral("%1 can be chosen").arg(text));
 }
 
-void Person::answering(const std::function<void(QWidget&)>& answer, const std::function<void()>& act)
+void UiDriver::answering(const std::function<void(QWidget&)>& answer, const std::function<void()>& act)
 {
     constexpr int limitMs = 10000;
     std::exception_ptr failure;
@@ -357,14 +357,14 @@ void Person::answering(const std::function<void(QWidget&)>& answer, const std::f
         std::rethrow_exception(failure);
 }
 
-void Person::picture(QWidget& window, const QString& name)
+void UiDriver::picture(QWidget& window, const QString& name)
 {
     checkInterruption();
     look(60); // what is posted gets painted
     keep(window.grab().toImage(), name);
 }
 
-void Person::screen(const QList<QWidget*>& windows, const QString& name)
+void UiDriver::screen(const QList<QWidget*>& windows, const QString& name)
 {
     checkInterruption();
     look(60);
@@ -387,7 +387,7 @@ void Person::screen(const QList<QWidget*>& windows, const QString& name)
     keep(image, name);
 }
 
-void Person::scene(QWidget& window, const QString& name)
+void UiDriver::scene(QWidget& window, const QString& name)
 {
     checkInterruption();
     look(60);
@@ -404,19 +404,19 @@ void Person::scene(QWidget& window, const QString& name)
     keep(image, name);
 }
 
-QString Person::newFile(const QString& name)
+QString UiDriver::newFile(const QString& name)
 {
     const QString file = nextName(name);
     m_files.append(file);
     return m_directory.absoluteFilePath(file);
 }
 
-QString Person::nextName(const QString& name) const
+QString UiDriver::nextName(const QString& name) const
 {
     return QStringLiteral("%1-%2-%3").arg(m_prefix).arg(m_files.size() + 1).arg(name);
 }
 
-void Person::keep(const QImage& image, const QString& name)
+void UiDriver::keep(const QImage& image, const QString& name)
 {
     const QString file = nextName(name + QStringLiteral(".png"));
     expect(colourCount(image) > 2, QStringLiteral("there is something on %1").arg(file));
@@ -425,7 +425,7 @@ void Person::keep(const QImage& image, const QString& name)
     m_files.append(file);
 }
 
-void Person::checkInterruption()
+void UiDriver::checkInterruption()
 {
     expect(!m_isInterrupted, QStringLiteral("nobody interrupts the tour"));
 }

@@ -1,4 +1,4 @@
-// Drives windows as a person would, with keys and mouse, and takes pictures of them. What does not behave as expected
+// Drives windows as a user would, with keys and mouse, and takes pictures of them. What does not behave as expected
 // is thrown as a TourFailure.
 #pragma once
 
@@ -26,11 +26,11 @@ public:
 };
 
 /// GUI thread; every wait keeps the event loop going.
-class Person {
+class UiDriver {
 public:
     /// Pictures go to `directory`, which exists, and are called prefix-N-name.png. As soon as `isInterrupted` holds
     /// every wait throws.
-    Person(const QDir& directory, const QString& prefix, const bool& isInterrupted);
+    UiDriver(const QDir& directory, const QString& prefix, const bool& isInterrupted);
 
     /// Files of the pictures taken and of what was saved so far, in order.
     const QStringList& files() const { return m_files; }

@@ -1428,7 +1428,7 @@
     </message>
     <message>
         <source>As on the &amp;Desktop</source>
-        <translation>Wie auf dem Desk&amp;top</translation>
+        <translation>Wie auf dem ConsoleFixture&amp;top</translation>
     </message>
 </context>
 <context>
@@ -2322,7 +2322,7 @@
     </message>
 </context>
 <context>
-    <name>console::SessionKeeper</name>
+    <name>console::SessionRecovery</name>
     <message>
         <source>Needs a connected server</source>
         <translation>Nur mit verbundenem Server</translation>

@@ -103,14 +103,14 @@ Shares sharesOf(const QRect& area, const QRect& console, const QSize& least)
     }
     if (!stands.isEmpty() && qint64(free.width()) * free.height() * 2 >= qint64(area.width()) * area.height())
         return { console, free };
-    const int mostWidth = area.width() * 3 / 5;
-    const int mostHeight = area.height() * 3 / 5;
+    const int maxWidth = area.width() * 3 / 5;
+    const int maxHeight = area.height() * 3 / 5;
     Shares shares { area, area };
-    if (least.width() <= mostWidth || least.height() > mostHeight) {
-        shares.console.setWidth(qBound(area.width() * 2 / 5, least.width(), mostWidth));
+    if (least.width() <= maxWidth || least.height() > maxHeight) {
+        shares.console.setWidth(qBound(area.width() * 2 / 5, least.width(), maxWidth));
         shares.windows.setLeft(shares.console.right() + 1);
     } else {
-        shares.console.setHeight(qBound(area.height() * 2 / 5, least.height(), mostHeight));
+        shares.console.setHeight(qBound(area.height() * 2 / 5, least.height(), maxHeight));
         shares.windows.setTop(shares.console.bottom() + 1);
     }
     return shares;

@@ -28,7 +28,7 @@ namespace {
 
 constexpr double moveShare = 0.1;
 constexpr double zoomFactor = 1.25;
-constexpr double mostEdge = 1e9; // of a region: leaves room to reckon with widths
+constexpr double maxEdge = 1e9; // of a region: leaves room to reckon with widths
 constexpr int boxKey = Qt::Key_F6;
 
 struct Range {
@@ -131,7 +131,7 @@ void addMiddle(XY2DGraphWidget& map)
     if (!regions)
         return;
     const auto edge = [](const Range& range, double share) {
-        return int(std::lround(std::clamp(range.min + range.width() * share, -mostEdge, mostEdge)));
+        return int(std::lround(std::clamp(range.min + range.width() * share, -maxEdge, maxEdge)));
     };
     const Range x = rangeX(map);
     const Range y = rangeY(map);

@@ -13,12 +13,12 @@ class QWidget;
 namespace console {
 
 class CommandPanel;
-class HistogramFollower;
+class HistogramWindowUpdater;
 class OpenWindows;
-class Person;
+class UiDriver;
 class ServerController;
 class ServerHistograms;
-class SessionLink;
+class CommandChannel;
 
 /// The texts of the menu Windows and of what it opens.
 struct Windows {
@@ -28,13 +28,13 @@ struct Windows {
 /// What a window gets from the console.
 struct WindowContext {
     ServerController& controller; ///< the manager and the state of the server
-    SessionLink& link; ///< the command line's session, for dialogs that clone one
+    CommandChannel& link; ///< the command line's session, for dialogs that clone one
     QWidget* parent;
     CommandPanel& commandPanel; ///< takes what a window offers for the command line
     OpenWindows& windows; ///< for windows that open others
     QSettings& memory; ///< what is kept from one run to the next
     ServerHistograms& histograms; ///< what the server has listed
-    HistogramFollower& follower; ///< for windows that open those of histograms
+    HistogramWindowUpdater& follower; ///< for windows that open those of histograms
 };
 
 struct WindowEntry {
@@ -44,8 +44,8 @@ struct WindowEntry {
     QString help;
     /// Makes the window; it deletes itself when it is closed. The server is connected if the window needs one.
     std::function<QWidget*(const WindowContext&)> open;
-    /// Drives the open window as a person would; throws TourFailure when it does not behave.
-    std::function<void(Person&, QWidget&)> tour;
+    /// Drives the open window as a user would; throws TourFailure when it does not behave.
+    std::function<void(UiDriver&, QWidget&)> tour;
     /// Why the window cannot be opened now although the server is connected, in words; empty if it can.
     std::function<QString(const ServerController&)> refusal = {};
     bool needsServer = true;

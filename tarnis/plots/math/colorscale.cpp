@@ -64,7 +64,7 @@ QColor ColorScale::color(double value) const
 
 void ColorScale::pixels(const double* values, int count, QRgb* pixels) const
 {
-    if (!m_ascending || !hasWideLanes()) {
+    if (!m_ascending || !hasAvx2()) {
         for (int i = 0; i < count; ++i)
             pixels[i] = pixel(values[i]);
         return;

@@ -11,7 +11,7 @@ namespace tarnis {
 
 namespace {
 
-constexpr int mostLinesAtFirst = 1024;
+constexpr int maxLinesAtFirst = 1024;
 
 /// Pixels may lie further apart than an int can tell.
 qint64 distance(int a, int b)
@@ -165,7 +165,7 @@ QList<QLine> joinSamples(
     const SampleRun& samples, SampleRange range, const Scale& x, const ValueScale& y, const Merging& merging)
 {
     CurveLines curve(merging);
-    curve.lines.reserve(std::clamp(range.end - range.begin, 0, mostLinesAtFirst));
+    curve.lines.reserve(std::clamp(range.end - range.begin, 0, maxLinesAtFirst));
     if (!merging.columns || !rowsFollowValues(y)) {
         joinEverySample(curve, samples, range, x, y);
         return curve.lines;

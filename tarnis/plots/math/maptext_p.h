@@ -1,8 +1,8 @@
 // Texts of a map: the bin under the mouse, the CSV file. Values in, text out; no widget.
 #pragma once
 
-#include "tarnis/plots/raster/bincolouring_p.h"
 #include "tarnis/plots/math/bingeometry_p.h"
+#include "tarnis/plots/raster/bincolouring_p.h"
 
 #include <QPoint>
 #include <QString>

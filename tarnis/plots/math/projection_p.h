@@ -2,9 +2,9 @@
 // values out; no widget.
 #pragma once
 
-#include "tarnis/plots/raster/bincolouring_p.h"
-#include "tarnis/plots/math/bingeometry_p.h"
 #include "tarnis/plots/math/axisticks_p.h"
+#include "tarnis/plots/math/bingeometry_p.h"
+#include "tarnis/plots/raster/bincolouring_p.h"
 
 #include <QPoint>
 #include <QString>

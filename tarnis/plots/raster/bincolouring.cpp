@@ -63,7 +63,7 @@ double smallestPositiveBin(const BinRows& rows)
 
 void copyOver(QRgb* line, const QRgb* pixels, int count)
 {
-    if (hasWideLanes()) {
+    if (hasAvx2()) {
         copyOverWide(line, pixels, count);
         return;
     }
@@ -73,7 +73,7 @@ void copyOver(QRgb* line, const QRgb* pixels, int count)
 
 int listPixels(const QRgb* pixels, int count, QRgb pixel, int* places)
 {
-    if (hasWideLanes())
+    if (hasAvx2())
         return listWide(pixels, count, pixel, places);
     int found = 0;
     for (int i = 0; i < count; ++i) {
@@ -179,7 +179,7 @@ void BinPixels::blend(const double* values, const int* columns, int count, QRgb*
         values = m_picked.data();
     }
     m_scale.pixels(values, count, pixels);
-    if (hasWideLanes()) {
+    if (hasAvx2()) {
         clearSmallWide(values, count, DBL_EPSILON, pixels);
         return;
     }
@@ -191,7 +191,7 @@ void BinPixels::blend(const double* values, const int* columns, int count, QRgb*
 bool BinPixels::lookUp(const double* values, const int* columns, int count, QRgb* pixels) const
 {
     const QRgb* table = m_table.data();
-    if (hasWideLanes())
+    if (hasAvx2())
         return lookUpWide(values, columns, count, table, tableSize, unknownPixel, pixels);
     unsigned int unknown = 0;
     for (int i = 0; i < count; ++i) {

@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <limits>
 
-#ifdef TARNIS_WIDE_LANES
+#ifdef TARNIS_AVX2
 #include <immintrin.h>
 #endif
 
@@ -14,36 +14,36 @@ namespace tarnis {
 
 namespace {
 
-bool wideLanesWanted = true;
+bool isAvx2Wanted = true;
 
 } // namespace
 
-void setWideLanes(bool on)
+void setAvx2(bool on)
 {
-    wideLanesWanted = on;
+    isAvx2Wanted = on;
 }
 
-#ifdef TARNIS_WIDE_LANES
+#ifdef TARNIS_AVX2
 
 namespace {
 
 constexpr int lanes = 4;
 
 /// For each lane the entry of a column that its range names. `pick` holds both halves of each entry's place.
-TARNIS_WIDE_LANES inline __m256d entryOf(const ScaleRanges::Column& column, __m256i pick)
+TARNIS_AVX2 inline __m256d entryOf(const ScaleRanges::Column& column, __m256i pick)
 {
     return _mm256_castps_pd(_mm256_permutevar8x32_ps(_mm256_castpd_ps(_mm256_loadu_pd(column.data())), pick));
 }
 
 /// One bit pattern of 32 bits for each lane, out of masks of 64 bits.
-TARNIS_WIDE_LANES inline __m128i narrowed(__m256d mask)
+TARNIS_AVX2 inline __m128i narrowed(__m256d mask)
 {
     const __m256i evenHalves = _mm256_setr_epi32(0, 2, 4, 6, 0, 2, 4, 6);
     return _mm256_castsi256_si128(_mm256_permutevar8x32_epi32(_mm256_castpd_si256(mask), evenHalves));
 }
 
 /// Four values to pixels, by the steps and in the order of ColorScale::pixel().
-TARNIS_WIDE_LANES inline __m128i blendLanes(const ScaleRanges& ranges, __m256d value)
+TARNIS_AVX2 inline __m128i blendLanes(const ScaleRanges& ranges, __m256d value)
 {
     const __m256d low = _mm256_set1_pd(ranges.low);
     const __m256d high = _mm256_set1_pd(ranges.high);
@@ -76,7 +76,7 @@ TARNIS_WIDE_LANES inline __m128i blendLanes(const ScaleRanges& ranges, __m256d v
     return _mm_blendv_epi8(pixel, everywhere(ranges.lowPixel), narrowed(isBelow));
 }
 
-TARNIS_WIDE_LANES inline __m256i loadWide(const void* from)
+TARNIS_AVX2 inline __m256i loadWide(const void* from)
 {
     return _mm256_loadu_si256(static_cast<const __m256i*>(from));
 }
@@ -98,7 +98,7 @@ constexpr auto laneOrders = chosenLanes();
 
 /// Places in the table of four values; `size` for what is not a whole count below it. Negative numbers are large ones
 /// without a sign.
-TARNIS_WIDE_LANES inline __m128i tablePlaces(__m256d value, __m128i size)
+TARNIS_AVX2 inline __m128i tablePlaces(__m256d value, __m128i size)
 {
     const __m128i whole = _mm256_cvttpd_epi32(value);
     const __m256d isFraction = _mm256_cmp_pd(_mm256_cvtepi32_pd(whole), value, _CMP_NEQ_UQ);
@@ -106,7 +106,7 @@ TARNIS_WIDE_LANES inline __m128i tablePlaces(__m256d value, __m128i size)
 }
 
 /// Four values, side by side or from columns.
-template <bool fromColumns> TARNIS_WIDE_LANES inline __m256d loadLanes(const double* values, const int* columns, int i)
+template <bool fromColumns> TARNIS_AVX2 inline __m256d loadLanes(const double* values, const int* columns, int i)
 {
     if constexpr (!fromColumns)
         return _mm256_loadu_pd(values + i);
@@ -114,7 +114,7 @@ template <bool fromColumns> TARNIS_WIDE_LANES inline __m256d loadLanes(const dou
 }
 
 template <bool fromColumns>
-TARNIS_WIDE_LANES bool lookUpLanes(
+TARNIS_AVX2 bool lookUpLanes(
     const double* values, const int* columns, int count, const QRgb* table, int size, QRgb unknown, QRgb* pixels)
 {
     const __m128i outside = _mm_set1_epi32(size);
@@ -139,12 +139,12 @@ TARNIS_WIDE_LANES bool lookUpLanes(
 
 } // namespace
 
-bool hasWideLanes()
+bool hasAvx2()
 {
-    return wideLanesWanted && __builtin_cpu_supports("avx2") != 0;
+    return isAvx2Wanted && __builtin_cpu_supports("avx2") != 0;
 }
 
-TARNIS_WIDE_LANES void blendWide(const ScaleRanges& ranges, const double* values, int count, QRgb* pixels)
+TARNIS_AVX2 void blendWide(const ScaleRanges& ranges, const double* values, int count, QRgb* pixels)
 {
     int i = 0;
     for (; i + lanes <= count; i += lanes)
@@ -158,7 +158,7 @@ TARNIS_WIDE_LANES void blendWide(const ScaleRanges& ranges, const double* values
     std::copy_n(restPixels.begin(), count - i, pixels + i);
 }
 
-TARNIS_WIDE_LANES void clearSmallWide(const double* values, int count, double least, QRgb* pixels)
+TARNIS_AVX2 void clearSmallWide(const double* values, int count, double least, QRgb* pixels)
 {
     const __m256d limit = _mm256_set1_pd(least);
     const __m256d infinity = _mm256_set1_pd(std::numeric_limits<double>::infinity());
@@ -185,7 +185,7 @@ bool lookUpWide(
                               : lookUpLanes<false>(values, columns, count, table, size, unknown, pixels);
 }
 
-TARNIS_WIDE_LANES int listWide(const QRgb* pixels, int count, QRgb pixel, int* places)
+TARNIS_AVX2 int listWide(const QRgb* pixels, int count, QRgb pixel, int* places)
 {
     constexpr int wide = 8;
     const __m256i wanted = _mm256_set1_epi32(static_cast<int>(pixel));
@@ -209,7 +209,7 @@ TARNIS_WIDE_LANES int listWide(const QRgb* pixels, int count, QRgb pixel, int* p
     return found;
 }
 
-TARNIS_WIDE_LANES void spreadWide(const QRgb* colors, const SpreadBlock* blocks, std::size_t count, QRgb* pixels)
+TARNIS_AVX2 void spreadWide(const QRgb* colors, const SpreadBlock* blocks, std::size_t count, QRgb* pixels)
 {
     for (std::size_t i = 0; i < count; ++i) {
         const SpreadBlock& block = blocks[i];
@@ -223,7 +223,7 @@ TARNIS_WIDE_LANES void spreadWide(const QRgb* colors, const SpreadBlock* blocks,
     }
 }
 
-TARNIS_WIDE_LANES void copyOverWide(QRgb* line, const QRgb* pixels, int count)
+TARNIS_AVX2 void copyOverWide(QRgb* line, const QRgb* pixels, int count)
 {
     constexpr int wide = 8;
     int i = 0;
@@ -239,7 +239,7 @@ TARNIS_WIDE_LANES void copyOverWide(QRgb* line, const QRgb* pixels, int count)
 
 #else
 
-bool hasWideLanes()
+bool hasAvx2()
 {
     return false;
 }

@@ -6,17 +6,17 @@
 #include <array>
 
 #if defined(__x86_64__) && defined(__GNUC__)
-/// Marks a function that is compiled for lanes of 256 bits. It may be called where hasWideLanes().
-#define TARNIS_WIDE_LANES __attribute__((target("avx2")))
+/// Marks a function that is compiled for lanes of 256 bits. It may be called where hasAvx2().
+#define TARNIS_AVX2 __attribute__((target("avx2")))
 #endif
 
 namespace tarnis {
 
 /// True if the functions below may be called: the processor has AVX2, and nothing has switched them off.
-bool hasWideLanes();
+bool hasAvx2();
 
 /// Off lets all go through the plain loops. Not while anything is painted.
-void setWideLanes(bool on);
+void setAvx2(bool on);
 
 /// Four ranges of a scale, each with a colour at both of its ends, one column per range.
 struct ScaleRanges {

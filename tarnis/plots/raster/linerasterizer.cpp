@@ -78,7 +78,7 @@ void writeWholeWord(QRgb* pixels, unsigned int bits, QRgb color)
 
 } // namespace
 
-void PixelMask::Rows::include(int first, int last, int count)
+void LineRasterizer::Rows::include(int first, int last, int count)
 {
     top = bottom < top ? first : std::min(top, first);
     bottom = std::max(bottom, last);
@@ -86,13 +86,13 @@ void PixelMask::Rows::include(int first, int last, int count)
 }
 
 // Setting one pixel after the other is quicker then.
-bool PixelMask::Rows::areSparse() const
+bool LineRasterizer::Rows::areSparse() const
 {
     constexpr int fewPixels = 3; // a row
     return pixels < qint64(fewPixels) * (bottom - top + 1);
 }
 
-PixelMask::PixelMask(const QRect& area)
+LineRasterizer::LineRasterizer(const QRect& area)
     : m_area(area)
     , m_height(static_cast<std::size_t>(std::max(area.height(), 0)))
 {
@@ -101,7 +101,7 @@ PixelMask::PixelMask(const QRect& area)
     m_rows.resize(bands);
 }
 
-void PixelMask::addColumn(int x, int top, int bottom)
+void LineRasterizer::addColumn(int x, int top, int bottom)
 {
     if (x < m_area.left() || x > m_area.right())
         return;
@@ -115,7 +115,7 @@ void PixelMask::addColumn(int x, int top, int bottom)
     m_rows[static_cast<std::size_t>(number)].include(first, last, last - first + 1);
 }
 
-void PixelMask::addRow(int left, int right, int y)
+void LineRasterizer::addRow(int left, int right, int y)
 {
     if (y < m_area.top() || y > m_area.bottom())
         return;
@@ -133,7 +133,7 @@ void PixelMask::addRow(int left, int right, int y)
     }
 }
 
-void PixelMask::addLine(QPoint from, QPoint to)
+void LineRasterizer::addLine(QPoint from, QPoint to)
 {
     if (std::abs(to.x() - from.x()) < std::abs(to.y() - from.y())) {
         if (to.y() < from.y())
@@ -147,7 +147,7 @@ void PixelMask::addLine(QPoint from, QPoint to)
     }
 }
 
-void PixelMask::writeTo(const PixelRows& rows, QRgb color)
+void LineRasterizer::writeTo(const PixelRows& rows, QRgb color)
 {
     for (std::size_t number = 0; number < m_rows.size(); ++number) {
         const int left = m_area.left() + static_cast<int>(number) * bandWidth;

@@ -20,9 +20,9 @@ struct PixelRows {
 };
 
 /// Pixels within `area`; what is added outside of it is left out. Ends of runs and of lines are included.
-class PixelMask {
+class LineRasterizer {
 public:
-    explicit PixelMask(const QRect& area);
+    explicit LineRasterizer(const QRect& area);
 
     void addColumn(int x, int top, int bottom);
     void addRow(int left, int right, int y);

@@ -112,7 +112,7 @@ void BinRaster::planPixels()
 void BinRaster::planSpread()
 {
     m_spread.clear();
-    if (!m_isSimple || m_extent == 0 || !hasWideLanes())
+    if (!m_isSimple || m_extent == 0 || !hasAvx2())
         return;
     const int last = static_cast<int>(m_left.size()) - 1;
     int group = 0;

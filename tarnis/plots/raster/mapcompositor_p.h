@@ -1,9 +1,9 @@
 // The picture of a map composed in memory, pixel for pixel what one drawing call for each bin would leave. No painter.
 #pragma once
 
-#include "tarnis/plots/raster/bincolouring_p.h"
 #include "tarnis/plots/math/bingeometry_p.h"
 #include "tarnis/plots/raster/bincolouring_avx2_p.h"
+#include "tarnis/plots/raster/bincolouring_p.h"
 
 #include <array>
 #include <functional>
