@@ -26,9 +26,9 @@ void Client::reconnectNow()
     d->reconnectNow();
 }
 
-void Client::close()
+void Client::close(const QString& reason)
 {
-    d->disconnectAs(tr("The connection was closed by this program."), true);
+    d->disconnectAs(reason.isEmpty() ? tr("The connection was closed by this program.") : reason, true);
 }
 
 void Client::abort()

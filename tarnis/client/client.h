@@ -80,8 +80,8 @@ public:
     /// In Reconnecting and Failed starts the next attempt at once; nothing otherwise.
     void reconnectNow();
     /// Ends every request as Cancelled, says "close" to the server unless a request is under way, and disconnects.
-    /// The state is Disconnected when it returns.
-    void close();
+    /// The state is Disconnected when it returns. `reason` is the reason of the requests, empty for a general one.
+    void close(const QString& reason = {});
     /// As close() without a word to the server: nothing more is sent.
     void abort();
     /// Ends the waiting requests as Cancelled. The one under way goes on.

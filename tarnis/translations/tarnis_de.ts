@@ -1044,6 +1044,60 @@
     </message>
 </context>
 <context>
+    <name>tarnis::Server</name>
+    <message>
+        <source>The server is started again.</source>
+        <translation>Der Server wird neu gestartet.</translation>
+    </message>
+    <message>
+        <source>Another step was begun.</source>
+        <translation>Ein anderer Schritt wurde begonnen.</translation>
+    </message>
+    <message>
+        <source>The server is shut down.</source>
+        <translation>Der Server wird heruntergefahren.</translation>
+    </message>
+    <message>
+        <source>The connection attempt was cancelled.</source>
+        <translation>Der Verbindungsversuch wurde abgebrochen.</translation>
+    </message>
+    <message>
+        <source>The server was not reached within %1 s.</source>
+        <translation>Der Server wurde innerhalb von %1 s nicht erreicht.</translation>
+    </message>
+    <message>
+        <source>The server object was destroyed.</source>
+        <translation>Das Server-Objekt wurde gelöscht.</translation>
+    </message>
+</context>
+<context>
+    <name>tarnis::ServerProcess</name>
+    <message>
+        <source>The server announced a port that is not valid: &quot;%1&quot;.</source>
+        <translation>Der Server hat einen ungültigen Port angegeben: „%1“.</translation>
+    </message>
+    <message>
+        <source>The server &quot;%1&quot; could not be started: %2.</source>
+        <translation>Der Server „%1“ konnte nicht gestartet werden: %2.</translation>
+    </message>
+    <message>
+        <source>The server was stopped.</source>
+        <translation>Der Server wurde beendet.</translation>
+    </message>
+    <message>
+        <source>The server has crashed.</source>
+        <translation>Der Server ist abgestürzt.</translation>
+    </message>
+    <message>
+        <source>The server has exited with code %1.</source>
+        <translation>Der Server hat sich mit dem Code %1 beendet.</translation>
+    </message>
+    <message>
+        <source>The server did not announce its port within %1 s.</source>
+        <translation>Der Server hat seinen Port nicht innerhalb von %1 s angegeben.</translation>
+    </message>
+</context>
+<context>
     <name>tarnis::Spe</name>
     <message>
         <source>it has no section $DATA: it is not a spectrum in the .spe format, or incomplete</source>

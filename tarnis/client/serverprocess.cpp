@@ -1,0 +1,251 @@
+#include "tarnis/client/serverprocess.h"
+
+#include "tarnis/server/localserver_p.h"
+#include "tarnis/server/serverexit_p.h"
+
+#include <QByteArray>
+#include <QDir>
+#include <QFileInfo>
+#include <QMetaObject>
+#include <QProcess>
+#include <QTimer>
+
+#include <optional>
+#include <utility>
+
+namespace tarnis {
+
+namespace {
+
+// A server may print for months. What is kept of it is bounded.
+constexpr qsizetype maxLine = qsizetype(64) << 10;
+constexpr qsizetype maxErrorOutput = qsizetype(4) << 10;
+
+} // namespace
+
+class ServerProcess::Private {
+public:
+    explicit Private(ServerProcess& serverProcess);
+
+    template <typename Signal, typename Slot> void queue(Signal signal, Slot slot);
+    void launch();
+    void onOutput();
+    void onPort(quint16 announced);
+    void onErrorOutput();
+    void onProcessError(QProcess::ProcessError error);
+    void onFinished(int exitCode, QProcess::ExitStatus status);
+    void onTimeout();
+    void killForPort(const QString& why);
+    void finish(End end, const QString& reason);
+    QString withErrorOutput(const QString& text) const;
+
+    ServerProcess& q;
+    QProcess* process = nullptr; ///< owned; null in NotRunning
+    quint64 number = 0; ///< queued calls of an earlier process are recognised by theirs
+    ServerProcessOptions options;
+    QString program;
+    State state = State::NotRunning;
+    quint16 port = 0;
+    QString portProblem; ///< why the program is being killed; else empty
+    QByteArray output; ///< the line that has begun, until the port is known
+    QByteArray errorOutput; ///< the end of it
+    QTimer timer; ///< of the start and of the grace time
+};
+
+ServerProcess::Private::Private(ServerProcess& serverProcess)
+    : q(serverProcess)
+    , timer(&serverProcess)
+{
+    timer.setSingleShot(true);
+    connect(&timer, &QTimer::timeout, &q, [this] { onTimeout(); });
+}
+
+// Queued: the receivers may delete the process object, and QProcess may signal from within start().
+template <typename Signal, typename Slot> void ServerProcess::Private::queue(Signal signal, Slot slot)
+{
+    connect(
+        process, signal, &q,
+        [this, own = number, slot](auto... arguments) {
+            if (process && own == number)
+                (this->*slot)(arguments...);
+        },
+        Qt::QueuedConnection);
+}
+
+void ServerProcess::Private::launch()
+{
+    process = new QProcess(&q);
+    ++number;
+    port = 0;
+    portProblem.clear();
+    output.clear();
+    errorOutput.clear();
+    connect(process, &QProcess::started, &q, &ServerProcess::started, Qt::QueuedConnection);
+    connect(process, &QProcess::readyReadStandardOutput, &q, [this] { onOutput(); });
+    connect(process, &QProcess::readyReadStandardError, &q, [this] { onErrorOutput(); });
+    queue(&QProcess::errorOccurred, &Private::onProcessError);
+    queue(&QProcess::finished, &Private::onFinished);
+    const bool isPath = QDir::fromNativeSeparators(program).contains(QLatin1Char('/'));
+    const QFileInfo file(program);
+    if (!options.workingDirectory.isEmpty())
+        process->setWorkingDirectory(options.workingDirectory);
+    else if (isPath)
+        process->setWorkingDirectory(file.absolutePath());
+    state = State::Starting;
+    timer.start(options.startTimeout);
+    process->start(isPath ? file.absoluteFilePath() : program, options.arguments);
+}
+
+void ServerProcess::Private::onOutput()
+{
+    const QByteArray piece = process->readAllStandardOutput();
+    if (state != State::Starting || !portProblem.isEmpty())
+        return;
+    output += piece;
+    const qsizetype end = output.lastIndexOf('\n') + 1;
+    const std::optional<quint16> announced = announcedPort(QString::fromUtf8(output.first(end)));
+    const QString lines = QString::fromUtf8(output.first(end)).trimmed();
+    output.remove(0, end);
+    if (output.size() > maxLine)
+        output.clear();
+    if (!announced)
+        return;
+    output.clear();
+    if (*announced == 0) {
+        killForPort(ServerProcess::tr("The server announced a port that is not valid: \"%1\".").arg(lines.right(80)));
+        return;
+    }
+    // Queued as all signals are.
+    QMetaObject::invokeMethod(
+        &q,
+        [this, own = number, value = *announced] {
+            if (process && own == number)
+                onPort(value);
+        },
+        Qt::QueuedConnection);
+}
+
+void ServerProcess::Private::onPort(quint16 announced)
+{
+    if (state != State::Starting)
+        return;
+    timer.stop();
+    port = announced;
+    state = State::Running;
+    Q_EMIT q.portKnown(port);
+}
+
+void ServerProcess::Private::onErrorOutput()
+{
+    errorOutput = (errorOutput + process->readAllStandardError()).right(maxErrorOutput);
+}
+
+void ServerProcess::Private::onProcessError(QProcess::ProcessError error)
+{
+    // Every other error is followed by the end of the process, or is none of it.
+    if (error == QProcess::FailedToStart)
+        finish(End::NotStarted,
+            ServerProcess::tr("The server \"%1\" could not be started: %2.").arg(program, process->errorString()));
+}
+
+void ServerProcess::Private::onFinished(int exitCode, QProcess::ExitStatus status)
+{
+    if (!portProblem.isEmpty())
+        finish(End::NoPort, withErrorOutput(portProblem));
+    else if (state == State::Stopping)
+        finish(End::Stopped, ServerProcess::tr("The server was stopped."));
+    else if (status == QProcess::CrashExit)
+        finish(End::Crashed, withErrorOutput(ServerProcess::tr("The server has crashed.")));
+    else
+        finish(End::Exited, withErrorOutput(ServerProcess::tr("The server has exited with code %1.").arg(exitCode)));
+}
+
+void ServerProcess::Private::onTimeout()
+{
+    if (state == State::Starting)
+        killForPort(ServerProcess::tr("The server did not announce its port within %1 s.")
+                        .arg(std::chrono::duration<double>(options.startTimeout).count()));
+    else if (process)
+        process->kill();
+}
+
+void ServerProcess::Private::killForPort(const QString& why)
+{
+    portProblem = why;
+    process->kill();
+}
+
+void ServerProcess::Private::finish(End end, const QString& reason)
+{
+    timer.stop();
+    state = State::NotRunning;
+    port = 0;
+    delete std::exchange(process, nullptr);
+    Q_EMIT q.ended(end, reason);
+}
+
+QString ServerProcess::Private::withErrorOutput(const QString& text) const
+{
+    const QString line = QString::fromUtf8(errorOutput.trimmed().split('\n').constLast()).trimmed();
+    return line.isEmpty() ? text : text + QLatin1Char(' ') + line;
+}
+
+ServerProcess::ServerProcess(QObject* parent)
+    : QObject(parent)
+    , d(std::make_unique<Private>(*this))
+{
+}
+
+ServerProcess::~ServerProcess()
+{
+    if (!d->process)
+        return;
+    QProcess* const process = std::exchange(d->process, nullptr);
+    process->disconnect(this);
+    askServerToExit(*process);
+    new ServerExit(process, static_cast<int>(d->options.exitGrace.count())); // deletes itself, with the process
+}
+
+bool ServerProcess::start(const QString& program, const ServerProcessOptions& options)
+{
+    if (d->process)
+        return false;
+    d->program = program;
+    d->options = options;
+    d->launch();
+    return true;
+}
+
+void ServerProcess::stop()
+{
+    if (!d->process || d->state == State::Stopping || !d->portProblem.isEmpty())
+        return;
+    d->state = State::Stopping;
+    askServerToExit(*d->process);
+    d->timer.start(d->options.exitGrace);
+}
+
+void ServerProcess::kill()
+{
+    if (!d->process)
+        return;
+    d->state = State::Stopping;
+    d->process->kill();
+}
+
+ServerProcess::State ServerProcess::state() const
+{
+    return d->state;
+}
+
+quint16 ServerProcess::port() const
+{
+    return d->port;
+}
+
+QString ServerProcess::program() const
+{
+    return d->program;
+}
+
+} // namespace tarnis

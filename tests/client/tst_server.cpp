@@ -1,0 +1,255 @@
+// A local or remote server with its clients: steps, losses, states.
+#include "support/fakeserver.h"
+#include "support/scriptedserver.h"
+
+#include <tarnis/client/server.h>
+
+#include <QTest>
+
+#include <memory>
+
+using namespace tarnis;
+using namespace tarnis::testing;
+using namespace std::chrono_literals;
+
+using Outcome = ServerStep::Outcome;
+using State = Server::State;
+using RunState = Server::RunState;
+
+namespace {
+
+ServerOptions quick()
+{
+    ServerOptions options;
+    options.client.reconnect.first = 1ms;
+    options.client.reconnect.longest = 5ms;
+    options.statInterval = 1ms;
+    return options;
+}
+
+ServerStep endOf(const QFuture<ServerStep>& future)
+{
+    if (!eventually([&] { return future.isFinished(); }) || future.resultCount() != 1) {
+        QTest::qFail("the step has not ended with a result", __FILE__, __LINE__);
+        return {};
+    }
+    return future.result();
+}
+
+Reply endOf(const QFuture<Reply>& future)
+{
+    if (!eventually([&] { return future.isFinished(); }) || future.resultCount() != 1) {
+        QTest::qFail("the request has not ended with a result", __FILE__, __LINE__);
+        return {};
+    }
+    return future.result();
+}
+
+} // namespace
+
+class TestServer : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void runsALocalServer()
+    {
+        ScriptedServer socket;
+        const FakeServer program(FakeServer::wellBehaved(socket.port()));
+        Server server(quick());
+        QList<State> states;
+        connect(&server, &Server::stateChanged, this, [&](State state) { states.append(state); });
+        Client* const control = server.client("control");
+        QCOMPARE(control, server.client("control"));
+        QCOMPARE(endOf(control->request("early")).outcome, Reply::Outcome::Failed);
+        QCOMPARE(endOf(server.startLocal(program.path())).outcome, Outcome::Done);
+        QCOMPARE(server.port(), socket.port());
+        QVERIFY(server.isLocal());
+        QCOMPARE(endOf(server.client("other")->request("a")).outcome, Reply::Outcome::Replied);
+        QCOMPARE(endOf(server.shutdown()).outcome, Outcome::Done);
+        QCOMPARE(states,
+            QList<State>({ State::Starting, State::Connecting, State::Connected, State::Stopping, State::Idle }));
+        QVERIFY(program.hasNoted("end"));
+        QCOMPARE(endOf(server.shutdown()).outcome, Outcome::Done);
+    }
+
+    void followsTheRunState()
+    {
+        ScriptedServer socket;
+        socket.answerInTurn("stat",
+            { { Step::text("OK:\n--run\nstate: STOPPED\n") },
+                { Step::text("OK:\n--run\nstate: RUNNING\nrate: 5\n") } });
+        Server server(quick());
+        QList<RunState> states;
+        connect(&server, &Server::runStateChanged, this, [&](RunState state) { states.append(state); });
+        server.connectTo(socket.host(), socket.port());
+        QVERIFY(eventually([&] { return server.runState() == RunState::Running; }));
+        QCOMPARE(server.statistics().value("rate"), QStringLiteral("5"));
+        server.shutdown();
+        QCOMPARE(states, QList<RunState>({ RunState::Stopped, RunState::Running, RunState::Unknown }));
+        QCOMPARE(server.state(), State::Idle);
+    }
+
+    void sessionsComeBack()
+    {
+        auto socket = std::make_unique<ScriptedServer>();
+        const quint16 port = socket->port();
+        Server server(quick());
+        QCOMPARE(endOf(server.connectTo(socket->host(), port)).outcome, Outcome::Done);
+        Client* const worker = server.client("worker");
+        QCOMPARE(endOf(worker->request("a")).outcome, Reply::Outcome::Replied);
+        socket.reset();
+        QVERIFY(eventually([&] { return server.state() == State::Reconnecting; }));
+        QVERIFY(!server.reason().isEmpty());
+        ScriptedServer next;
+        QCOMPARE(endOf(server.connectTo(next.host(), next.port())).outcome, Outcome::Done);
+        QVERIFY(eventually([&] { return worker->isConnected(); }));
+        QCOMPARE(endOf(worker->request("b")).outcome, Reply::Outcome::Replied);
+    }
+
+    void comesBackByItself()
+    {
+        ScriptedServer socket;
+        socket.setScript(0, { Step::text("hello"), Step::hold("loss"), Step::drop() });
+        ServerOptions options = quick();
+        options.statInterval = 0ms;
+        Server server(options);
+        QCOMPARE(endOf(server.connectTo(socket.host(), socket.port())).outcome, Outcome::Done);
+        QList<State> states;
+        connect(&server, &Server::stateChanged, this, [&](State state) { states.append(state); });
+        socket.release("loss");
+        QVERIFY(eventually([&] { return states.size() == 2; }));
+        QCOMPARE(states, QList<State>({ State::Reconnecting, State::Connected }));
+    }
+
+    void startThatFails_data()
+    {
+        QTest::addColumn<QStringList>("script");
+        QTest::addColumn<QString>("word");
+        QTest::newRow("exits") << QStringList("exit 3") << "code 3";
+        QTest::newRow("crashes") << QStringList("crash") << "crashed";
+        QTest::newRow("no port") << QStringList("linger") << "port";
+        QTest::newRow("bad port") << QStringList({ "print UI port: 70000\\n", "linger" }) << "70000";
+        QTest::newRow("nobody listens") << QStringList(
+            { QStringLiteral("print UI port: %1\\n").arg(ScriptedServer::closedPort()), "linger" })
+                                        << "refused";
+        QTest::newRow("no such program") << QStringList() << "could not be started";
+    }
+    void startThatFails()
+    {
+        QFETCH(QStringList, script);
+        QFETCH(QString, word);
+        const FakeServer program(script);
+        ServerOptions options = quick();
+        options.process.startTimeout = script == QStringList("linger") ? 30ms : 30s;
+        options.process.exitGrace = 30ms;
+        options.connectTimeout = 300ms;
+        Server server(options);
+        const ServerStep step = endOf(server.startLocal(script.isEmpty() ? "/nowhere/x" : program.path()));
+        QCOMPARE(step.outcome, Outcome::Failed);
+        QVERIFY2(step.reason.contains(word), qPrintable(step.reason));
+        QCOMPARE(server.state(), State::Failed);
+        QCOMPARE(server.reason(), step.reason);
+    }
+
+    void restartsAfterACrash()
+    {
+        ScriptedServer socket;
+        const FakeServer program({ QStringLiteral("print UI port: %1\\n").arg(socket.port()), "linger" });
+        ServerOptions options = quick();
+        options.process.exitGrace = 30ms;
+        Server server(options);
+        QCOMPARE(endOf(server.startLocal(program.path())).outcome, Outcome::Done);
+        Client* const worker = server.client("worker");
+        // Two restarts in a row: the first step is replaced.
+        const auto first = server.restart();
+        const auto second = server.restart();
+        QCOMPARE(endOf(first).outcome, Outcome::Cancelled);
+        QCOMPARE(endOf(second).outcome, Outcome::Done);
+        QVERIFY(eventually([&] { return worker->isConnected(); }));
+    }
+
+    void aServerThatEndsIsReported()
+    {
+        ScriptedServer socket;
+        socket.answer("go", { Step::hold("gate"), Step::text("") });
+        // It crashes when its standard input ends: the step of the next server makes it do that.
+        const FakeServer program({ QStringLiteral("print UI port: %1\\n").arg(socket.port()), "await-end", "crash" });
+        Server server(quick());
+        QCOMPARE(endOf(server.startLocal(program.path())).outcome, Outcome::Done);
+        const auto reply = server.client("worker")->request("go");
+        QVERIFY(socket.waitForHold("gate"));
+        QCOMPARE(endOf(server.restart()).outcome, Outcome::Done);
+        QCOMPARE(endOf(reply).outcome, Reply::Outcome::Cancelled);
+    }
+
+    void aServerThatCrashesIsReported()
+    {
+        ScriptedServer socket;
+        const FakeServer program(
+            { QStringLiteral("print UI port: %1\\n").arg(socket.port()), "flood 100000", "crash" });
+        Server server(quick());
+        server.startLocal(program.path());
+        QVERIFY(eventually([&] { return server.state() == State::Failed; }));
+        QVERIFY2(server.reason().contains("crashed"), qPrintable(server.reason()));
+        QCOMPARE(server.port(), 0);
+    }
+
+    void cancelStopsAStart()
+    {
+        const FakeServer program(QStringList("linger"));
+        Server server(quick());
+        const auto step = server.startLocal(program.path());
+        server.cancel();
+        QVERIFY(step.isFinished());
+        QCOMPARE(endOf(step).outcome, Outcome::Cancelled);
+        QCOMPARE(server.state(), State::Idle);
+        server.cancel();
+        QCOMPARE(endOf(server.shutdown()).outcome, Outcome::Done);
+    }
+
+    void shutdownStopsAConnect()
+    {
+        ScriptedServer socket({ Step::silence() });
+        Server server(quick());
+        const auto step = server.connectTo(socket.host(), socket.port());
+        QVERIFY(socket.waitForConnections(1));
+        const auto down = server.shutdown();
+        QCOMPARE(endOf(step).outcome, Outcome::Cancelled);
+        QCOMPARE(endOf(down).outcome, Outcome::Done);
+        QVERIFY(socket.waitUntilDeserted());
+    }
+
+    void shutdownTwiceEndsBoth()
+    {
+        ScriptedServer socket;
+        const FakeServer program({ QStringLiteral("print UI port: %1\\n").arg(socket.port()), "linger" });
+        ServerOptions options = quick();
+        options.process.exitGrace = 30ms;
+        Server server(options);
+        QCOMPARE(endOf(server.startLocal(program.path())).outcome, Outcome::Done);
+        const auto first = server.shutdown();
+        const auto second = server.shutdown();
+        QCOMPARE(endOf(first).outcome, Outcome::Done);
+        QCOMPARE(endOf(second).outcome, Outcome::Done);
+    }
+
+    void deletedInAContinuation()
+    {
+        ScriptedServer socket;
+        auto* server = new Server(quick());
+        bool isGone = false;
+        server->connectTo(socket.host(), socket.port()).then([&](const ServerStep&) {
+            delete server;
+            isGone = true;
+        });
+        QVERIFY(eventually([&] { return isGone; }));
+        server = new Server(quick());
+        const auto step = server->connectTo(socket.host(), socket.port());
+        const auto reply = server->client("a")->request("b");
+        delete server;
+        QCOMPARE(endOf(step).outcome, Outcome::Cancelled);
+        QCOMPARE(endOf(reply).outcome, Reply::Outcome::Cancelled);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestServer)
+#include "tst_server.moc"

@@ -1,0 +1,191 @@
+// A local server program: its start, its port, each of its ends.
+#include "support/fakeserver.h"
+#include "support/scriptedserver.h"
+
+#include <tarnis/client/serverprocess.h>
+
+#include <QFileInfo>
+#include <QTest>
+
+#include <memory>
+
+using namespace tarnis;
+using namespace tarnis::testing;
+using namespace std::chrono_literals;
+
+using End = ServerProcess::End;
+using State = ServerProcess::State;
+
+namespace {
+
+/// A process object and what it has reported.
+struct Watched {
+    Watched()
+    {
+        QObject::connect(process.get(), &ServerProcess::started, [this] { events.append("started"); });
+        QObject::connect(
+            process.get(), &ServerProcess::portKnown, [this](quint16 port) { events.append(QString::number(port)); });
+        QObject::connect(process.get(), &ServerProcess::ended, [this](End end, const QString& why) {
+            events.append("ended");
+            ends.append(end);
+            reason = why;
+        });
+    }
+    bool waitForEnd() const
+    {
+        return eventually([this] { return !ends.isEmpty(); });
+    }
+    bool waitForPort() const
+    {
+        return eventually([this] { return process->state() == State::Running; });
+    }
+
+    std::unique_ptr<ServerProcess> process = std::make_unique<ServerProcess>();
+    QStringList events;
+    QList<End> ends;
+    QString reason;
+};
+
+ServerProcessOptions brief()
+{
+    ServerProcessOptions options;
+    options.startTimeout = 30ms;
+    options.exitGrace = 30ms;
+    return options;
+}
+
+} // namespace
+
+class TestServerProcess : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void startsAndStops()
+    {
+        const FakeServer server(FakeServer::wellBehaved(5000), "folder with blanks/server");
+        Watched watched;
+        QCOMPARE(watched.process->state(), State::NotRunning);
+        QVERIFY(watched.process->start(server.path()));
+        QVERIFY(!watched.process->start(server.path()));
+        QVERIFY(watched.events.isEmpty());
+        QVERIFY(watched.waitForPort());
+        QCOMPARE(watched.process->port(), 5000);
+        watched.process->stop();
+        QCOMPARE(watched.process->state(), State::Stopping);
+        QVERIFY(watched.waitForEnd());
+        QCOMPARE(watched.events, QStringList({ "started", "5000", "ended" }));
+        QCOMPARE(watched.ends, QList<End>({ End::Stopped }));
+        QVERIFY(server.hasNoted("end"));
+        QCOMPARE(watched.process->port(), 0);
+        QVERIFY(watched.process->start(server.path()));
+        QVERIFY(watched.waitForPort());
+    }
+
+    void readsThePort_data()
+    {
+        QTest::addColumn<QStringList>("script");
+        QTest::newRow("in one piece") << QStringList({ "print UI port: 5000\\n", "linger" });
+        QTest::newRow("among other lines") << QStringList({ "print a\\nUI port: 5000\\nb\\n", "linger" });
+        QTest::newRow("in pieces") << QStringList(
+            { "print UI po", "complain x\\n", "print rt: 50", "print 00\\n", "linger" });
+        QTest::newRow("behind much output") << QStringList({ "flood 300000", "print \\nUI port: 5000\\n", "linger" });
+    }
+    void readsThePort()
+    {
+        QFETCH(QStringList, script);
+        const FakeServer server(script);
+        Watched watched;
+        watched.process->start(server.path());
+        QVERIFY(watched.waitForPort());
+        QCOMPARE(watched.process->port(), 5000);
+    }
+
+    void reportsEachEnd_data()
+    {
+        QTest::addColumn<QStringList>("script");
+        QTest::addColumn<End>("end");
+        QTest::addColumn<QString>("word");
+        QTest::newRow("exits at once") << QStringList({ "complain no detector\\n", "exit 3" }) << End::Exited
+                                       << "code 3. no detector";
+        QTest::newRow("crashes at once") << QStringList("crash") << End::Crashed << "crashed";
+        QTest::newRow("crashes later") << QStringList({ "print UI port: 5000\\n", "crash" }) << End::Crashed
+                                       << "crashed";
+        QTest::newRow("never a port") << QStringList("linger") << End::NoPort << "within";
+        QTest::newRow("port 0") << QStringList({ "print UI port: 0\\n", "linger" }) << End::NoPort << "UI port: 0";
+        QTest::newRow("port 70000") << QStringList({ "print UI port: 70000\\n", "linger" }) << End::NoPort << "70000";
+    }
+    void reportsEachEnd()
+    {
+        QFETCH(QStringList, script);
+        QFETCH(QString, word);
+        const FakeServer server(script);
+        Watched watched;
+        ServerProcessOptions options;
+        if (script == QStringList("linger"))
+            options.startTimeout = 30ms;
+        watched.process->start(server.path(), options);
+        QVERIFY(watched.waitForEnd());
+        QTEST(watched.ends.first(), "end");
+        QVERIFY2(watched.reason.contains(word), qPrintable(watched.reason));
+        QCOMPARE(watched.process->state(), State::NotRunning);
+        QCoreApplication::processEvents();
+        QCOMPARE(watched.ends.size(), 1);
+    }
+
+    void reportsAMissingProgram()
+    {
+        Watched watched;
+        QVERIFY(watched.process->start("/nowhere/server"));
+        QVERIFY(watched.events.isEmpty());
+        QVERIFY(watched.waitForEnd());
+        QCOMPARE(watched.events, QStringList("ended"));
+        QCOMPARE(watched.ends.first(), End::NotStarted);
+        QVERIFY(watched.reason.contains("/nowhere/server"));
+    }
+
+    void killsAServerThatStays()
+    {
+        const FakeServer server({ "print UI port: 5000\\n", "linger" });
+        Watched watched;
+        ServerProcessOptions options = brief();
+        options.startTimeout = 30s;
+        watched.process->start(server.path(), options);
+        QVERIFY(watched.waitForPort());
+        watched.process->stop();
+        QVERIFY(watched.waitForEnd());
+        QCOMPARE(watched.ends, QList<End>({ End::Stopped }));
+    }
+
+    void deletedInItsSignals_data()
+    {
+        QTest::addColumn<int>("place");
+        QTest::newRow("started") << 0;
+        QTest::newRow("portKnown") << 1;
+        QTest::newRow("ended") << 2;
+    }
+    void deletedInItsSignals()
+    {
+        QFETCH(int, place);
+        const FakeServer server(FakeServer::wellBehaved(5000));
+        auto* process = new ServerProcess;
+        const auto end = [&process] { delete std::exchange(process, nullptr); };
+        connect(process, &ServerProcess::started, this, [&] {
+            if (place == 0)
+                end();
+        });
+        connect(process, &ServerProcess::portKnown, this, [&] {
+            if (place == 1)
+                end();
+            else
+                process->stop();
+        });
+        connect(process, &ServerProcess::ended, this, end);
+        process->start(server.path());
+        QVERIFY(eventually([&] { return !process; }));
+        // Asked to exit, not killed: it has noted that. The one that was asked early may have been asked before it
+        // read.
+        QVERIFY(eventually([&] { return server.hasNoted("end"); }));
+    }
+};
+
+QTEST_GUILESS_MAIN(TestServerProcess)
+#include "tst_serverprocess.moc"
