@@ -47,6 +47,7 @@ public:
     };
     Q_ENUM(End)
 
+    /// Starts nothing.
     explicit ServerProcess(QObject* parent = nullptr);
     /// A program that runs is asked to exit, and killed after its grace time; that outlives this object and does not
     /// block. What still runs when the application object is destroyed is waited for there.
