@@ -2,14 +2,13 @@
 
 #include "tarnis/dialogs/namevalue.h"
 #include "tarnis/dialogs/tabletext_p.h"
-#include "tarnis/foundation/modalbox_p.h"
+#include "tarnis/foundation/saving_p.h"
 
 #include "ui_namevaluelistdialog.h"
 
 #include <QEvent>
 #include <QHeaderView>
 #include <QPushButton>
-#include <QTextStream>
 
 #include <cmath>
 
@@ -107,10 +106,7 @@ void NameValueListDialog::onButtonClicked(QAbstractButton* button)
 
 void NameValueListDialog::onSave()
 {
-    const auto file = tarnis::openForSaving(this, tr("Save"), tr("CSV Files (*.csv *.txt)"));
-    if (file == nullptr)
-        return;
-    QTextStream(file.get()) << tarnis::tableText(*table());
+    tarnis::saveTable(this, tr("Save"), tr("CSV Files (*.csv *.txt)"), [this] { return tarnis::tableText(*table()); });
 }
 
 void NameValueListDialog::changeEvent(QEvent* event)

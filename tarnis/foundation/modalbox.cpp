@@ -1,7 +1,5 @@
 #include "tarnis/foundation/modalbox_p.h"
 
-#include "tarnis/foundation/helpers.h"
-
 #include <QDialog>
 #include <QFileDialog>
 #include <QInputDialog>
@@ -37,18 +35,6 @@ QString askSaveFileName(QWidget* parent, const QString& caption, const QString& 
         return {};
     const std::unique_ptr<QFileDialog> owner(dialog);
     return dialog->selectedFiles().value(0);
-}
-
-std::unique_ptr<QFile> openForSaving(QWidget* parent, const QString& caption, const QString& filter)
-{
-    const QString path = askSaveFileName(parent, caption, getSaveDir(), filter);
-    if (path.isEmpty())
-        return nullptr;
-    auto file = std::make_unique<QFile>(path);
-    if (!file->open(QIODevice::WriteOnly | QIODevice::Text))
-        return nullptr;
-    setSaveFilePath(path);
-    return file;
 }
 
 std::optional<QString> askText(QWidget* parent, const QString& title, const QString& label, const QString& text)

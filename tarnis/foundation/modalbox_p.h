@@ -2,7 +2,6 @@
 // that tidies up: the box then goes with it, and the caller learns that nothing was answered. GUI thread only.
 #pragma once
 
-#include <QFile>
 #include <QMessageBox>
 #include <QPointer>
 #include <QString>
@@ -25,10 +24,6 @@ QMessageBox::StandardButton showBox(QMessageBox::Icon icon, QWidget* parent, con
 
 /// What QFileDialog::getSaveFileName() does. Empty if the parent went.
 QString askSaveFileName(QWidget* parent, const QString& caption, const QString& directory, const QString& filter);
-
-/// Asks for the name of a text file and opens it, emptied; the next box then opens in its folder. Null if the parent
-/// went, no name was given, or the file cannot be written.
-std::unique_ptr<QFile> openForSaving(QWidget* parent, const QString& caption, const QString& filter);
 
 /// What QInputDialog::getText() does. Nothing if it was not accepted or the parent went.
 std::optional<QString> askText(QWidget* parent, const QString& title, const QString& label, const QString& text);

@@ -3,7 +3,7 @@
 
 #include "tarnis/dialogs/selectcheckeddialog.h"
 #include "tarnis/foundation/followlanguage_p.h"
-#include "tarnis/foundation/modalbox_p.h"
+#include "tarnis/foundation/saving_p.h"
 #include "tarnis/foundation/trace_p.h"
 #include "tarnis/peak/peaksearchdialog.h"
 #include "tarnis/plots/math/csvtext_p.h"
@@ -11,7 +11,6 @@
 
 #include <QHeaderView>
 #include <QTableWidget>
-#include <QTextStream>
 
 #include <algorithm>
 
@@ -51,16 +50,12 @@ QString MultiVectorGraphWidget::vector2Csv(const QList<Data>& list)
 
 void MultiVectorGraphWidget::onSaveCsv()
 {
-    const auto file = tarnis::openForSaving(this, tr("Save CSV"), tr("CSV Files (*.csv *.txt)"));
-    if (file == nullptr)
-        return;
-
-    const tarnis::CsvTable table =
-        tarnis::csvTableOf(m_data, m_addType, groupSize(), { m_groupName, m_itemName, m_firstNumber });
-    QTextStream stream(file.get());
-    if (table.header)
-        stream << *table.header << '\n';
-    stream << vector2Csv(table.columns);
+    tarnis::saveTable(this, tr("Save CSV"), tr("CSV Files (*.csv *.txt)"), [this] {
+        const tarnis::CsvTable table =
+            tarnis::csvTableOf(m_data, m_addType, groupSize(), { m_groupName, m_itemName, m_firstNumber });
+        const QString header = table.header ? *table.header + QLatin1Char('\n') : QString();
+        return header + vector2Csv(table.columns);
+    });
 }
 
 // Visible series

@@ -1,7 +1,7 @@
 #include "tarnis/plots/vectorgraphwidget.h"
 
 #include "tarnis/foundation/followlanguage_p.h"
-#include "tarnis/foundation/modalbox_p.h"
+#include "tarnis/foundation/saving_p.h"
 #include "tarnis/peak/peaksearchdialog.h"
 #include "tarnis/plots/curvepaint_p.h"
 #include "tarnis/plots/math/csvtext_p.h"
@@ -9,7 +9,6 @@
 
 #include <QAction>
 #include <QPainter>
-#include <QTextStream>
 
 #include <algorithm>
 #include <cmath>
@@ -145,8 +144,6 @@ void VectorGraphWidget::peakSearch(int threshold, int width, bool peak)
 
 void VectorGraphWidget::onSaveCsv()
 {
-    const auto file = tarnis::openForSaving(this, tr("Save CSV"), tr("CSV Files (*.csv *.txt)"));
-    if (file == nullptr)
-        return;
-    QTextStream(file.get()) << tarnis::csvOfSeries(m_index, m_data);
+    tarnis::saveTable(
+        this, tr("Save CSV"), tr("CSV Files (*.csv *.txt)"), [this] { return tarnis::csvOfSeries(m_index, m_data); });
 }

@@ -2,6 +2,7 @@
 #include "tarnis/plots/xy2dgraphwidget.h"
 
 #include "tarnis/foundation/modalbox_p.h"
+#include "tarnis/foundation/saving_p.h"
 #include "tarnis/foundation/trace_p.h"
 #include "tarnis/plots/colorbarwidget.h"
 #include "tarnis/plots/math/maptext_p.h"
@@ -13,7 +14,6 @@
 #include <QMenu>
 #include <QPainter>
 #include <QPrintDialog>
-#include <QTextStream>
 
 #include <algorithm>
 
@@ -40,10 +40,8 @@ void XY2DGraphWidget::onSave()
 
 void XY2DGraphWidget::onSaveCsv()
 {
-    const auto file = tarnis::openForSaving(this, tr("Save CSV"), tr("CSV Files (*.csv *.txt)"));
-    if (file == nullptr)
-        return;
-    QTextStream(file.get()) << tarnis::csvOfRows(m_data);
+    tarnis::saveTable(
+        this, tr("Save CSV"), tr("CSV Files (*.csv *.txt)"), [this] { return tarnis::csvOfRows(m_data); });
 }
 
 void XY2DGraphWidget::onPrint()
@@ -84,26 +82,26 @@ void XY2DGraphWidget::printWithCuts(VectorGraphWidget& plotX, VectorGraphWidget&
     const int dy = marginY.width() - margin.height();
     const QSize picture(mapSize.width() + dx + sizeY.width(), mapSize.height() + sizeX.height());
 
-    QPainter painter;
-    if (!painter.begin(&m_printer))
-        return;
-    QRect viewport = painter.viewport();
-    const int edge = std::min(viewport.width() / 10, viewport.height() / 10);
-    QFont font = painter.font();
-    font.setPointSize(16);
-    painter.setFont(font);
-    painter.drawText(QRect(QPoint(0, 0), QPoint(viewport.right() - viewport.left(), static_cast<int>(edge * 0.95) - 1)),
-        Qt::AlignHCenter | Qt::AlignVCenter | Qt::AlignBottom, m_title);
-    viewport.adjust(edge, edge, -edge, -edge);
-    const QSize printSize = picture.scaled(viewport.size(), Qt::KeepAspectRatio);
-    QString note;
-    QDebug(&note) << "Viewport: " << viewport << " Print Size: " << printSize;
-    tarnis::trace("xy2dgraphwidget", __LINE__, note);
-    painter.setViewport(QRect(viewport.topLeft(), printSize));
-    painter.setWindow(QRect(QPoint(0, 0), picture));
-    painter.drawPixmap(std::max(dx, 0), sizeX.height(), *map);
-    painter.drawPixmap(dx >= 1 ? 0 : -dx, 0, *cutX);
-    painter.drawPixmap(mapSize.width(), sizeX.height() - dy, *cutY);
+    tarnis::printPage(this, m_printer, [&](QPainter& painter) {
+        QRect viewport = painter.viewport();
+        const int edge = std::min(viewport.width() / 10, viewport.height() / 10);
+        QFont font = painter.font();
+        font.setPointSize(16);
+        painter.setFont(font);
+        painter.drawText(
+            QRect(QPoint(0, 0), QPoint(viewport.right() - viewport.left(), static_cast<int>(edge * 0.95) - 1)),
+            Qt::AlignHCenter | Qt::AlignVCenter | Qt::AlignBottom, m_title);
+        viewport.adjust(edge, edge, -edge, -edge);
+        const QSize printSize = picture.scaled(viewport.size(), Qt::KeepAspectRatio);
+        QString note;
+        QDebug(&note) << "Viewport: " << viewport << " Print Size: " << printSize;
+        tarnis::trace("xy2dgraphwidget", __LINE__, note);
+        painter.setViewport(QRect(viewport.topLeft(), printSize));
+        painter.setWindow(QRect(QPoint(0, 0), picture));
+        painter.drawPixmap(std::max(dx, 0), sizeX.height(), *map);
+        painter.drawPixmap(dx >= 1 ? 0 : -dx, 0, *cutX);
+        painter.drawPixmap(mapSize.width(), sizeX.height() - dy, *cutY);
+    });
 }
 
 void XY2DGraphWidget::openColorBarMenu(const QPoint& globalPosition)

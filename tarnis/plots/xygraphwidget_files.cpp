@@ -3,6 +3,7 @@
 
 #include "tarnis/foundation/helpers.h"
 #include "tarnis/foundation/modalbox_p.h"
+#include "tarnis/foundation/saving_p.h"
 #include "tarnis/plots/plotpixmap_p.h"
 
 #include <QPainter>
@@ -12,13 +13,18 @@
 
 void XYGraphWidget::onSave()
 {
-    const QString path = tarnis::askSaveFileName(this, tr("Save"), getSaveDir(), tr("Images (*.png *.jpg)"));
+    const QString path = tarnis::askSavePath(this, tarnis::SaveKind::Picture, tr("Save"), tr("Images (*.png *.jpg)"));
     if (path.isEmpty())
         return;
     const std::unique_ptr<QPixmap> pixmap(toPixmap());
-    if (tarnis::savePixmap(*pixmap, path))
+    const bool isReported = tarnis::isSaveReported();
+    const QString error = isReported ? tarnis::writePicture(*pixmap, path) : QString();
+    const bool isSaved = isReported ? error.isEmpty() : tarnis::savePixmap(*pixmap, path);
+    if (isSaved)
         setSaveFilePath(path);
-    else
+    if (isReported)
+        tarnis::reportSave(this, path, error);
+    else if (!isSaved)
         tarnis::showBox(QMessageBox::Warning, this, tr("Save Image"), tr("Save %1 failed.").arg(path));
 }
 
@@ -30,22 +36,20 @@ void XYGraphWidget::onPrint()
     delete dialog;
     const std::unique_ptr<QPixmap> pixmap(toPixmap());
     pixmap->setDevicePixelRatio(1.0); // the page is filled by the picture's own pixels
-    QPainter painter;
-    if (!painter.begin(&m_printer))
-        return;
+    tarnis::printPage(this, m_printer, [&](QPainter& painter) {
+        QRect viewport = painter.viewport();
+        const int margin = qMin(viewport.height() / 10, viewport.width() / 10);
+        QFont font = painter.font();
+        font.setPointSize(16);
+        painter.setFont(font);
+        painter.drawText(
+            QRect(0, 0, viewport.width(), static_cast<int>(margin * 0.95)), Qt::AlignCenter | Qt::AlignBottom, m_title);
 
-    QRect viewport = painter.viewport();
-    const int margin = qMin(viewport.height() / 10, viewport.width() / 10);
-    QFont font = painter.font();
-    font.setPointSize(16);
-    painter.setFont(font);
-    painter.drawText(
-        QRect(0, 0, viewport.width(), static_cast<int>(margin * 0.95)), Qt::AlignCenter | Qt::AlignBottom, m_title);
-
-    viewport.adjust(margin, margin, -margin, -margin);
-    if (pixmap->isNull())
-        return;
-    painter.setViewport(QRect(viewport.topLeft(), pixmap->size().scaled(viewport.size(), Qt::KeepAspectRatio)));
-    painter.setWindow(pixmap->rect());
-    painter.drawPixmap(0, 0, *pixmap);
+        viewport.adjust(margin, margin, -margin, -margin);
+        if (pixmap->isNull())
+            return;
+        painter.setViewport(QRect(viewport.topLeft(), pixmap->size().scaled(viewport.size(), Qt::KeepAspectRatio)));
+        painter.setWindow(pixmap->rect());
+        painter.drawPixmap(0, 0, *pixmap);
+    });
 }

@@ -1044,6 +1044,25 @@
     </message>
 </context>
 <context>
+    <name>tarnis::Saving</name>
+    <message>
+        <source>the page cannot be made in the folder for temporary files &apos;%1&apos;: free some space there</source>
+        <translation>die Seite kann im Ordner für temporäre Dateien &apos;%1&apos; nicht erzeugt werden: dort Platz schaffen</translation>
+    </message>
+    <message>
+        <source>the extension of the file name is not a picture format: use .png or .jpg</source>
+        <translation>die Endung des Dateinamens ist kein Bildformat: .png oder .jpg verwenden</translation>
+    </message>
+    <message>
+        <source>the picture is empty or too large: change the size of the window</source>
+        <translation>das Bild ist leer oder zu groß: die Größe des Fensters ändern</translation>
+    </message>
+    <message>
+        <source>the printer does not accept the page: check that it is ready</source>
+        <translation>der Drucker nimmt die Seite nicht an: prüfen, ob er bereit ist</translation>
+    </message>
+</context>
+<context>
     <name>tarnis::Server</name>
     <message>
         <source>The server is started again.</source>

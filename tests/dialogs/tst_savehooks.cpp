@@ -1,0 +1,301 @@
+// The library's own saves as a host sees them: each is reported with its cause, and none leaves half a file.
+#include "support/modalwatchdog.h"
+#include "support/savecases.h"
+
+#include <tarnis/dialogs/namevalue.h>
+#include <tarnis/dialogs/namevaluelistdialog.h>
+#include <tarnis/foundation/helpers.h>
+#include <tarnis/foundation/savehooks.h>
+#include <tarnis/plots/multivectorgraphwidget.h>
+#include <tarnis/plots/vectorgraphwidget.h>
+#include <tarnis/plots/xy2dgraphwidget.h>
+
+#include <QDialogButtonBox>
+#include <QFileDialog>
+#include <QImage>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPrintDialog>
+#include <QPushButton>
+
+using namespace tarnis::testing;
+
+namespace {
+
+/// A chooser that has been answered already.
+class Answered : public QFileDialog {
+public:
+    Answered(QWidget* parent, const QString& path)
+        : QFileDialog(parent)
+    {
+        setAcceptMode(QFileDialog::AcceptSave);
+        setFileMode(QFileDialog::AnyFile);
+        setOption(QFileDialog::DontUseNativeDialog);
+        findChild<QLineEdit*>("fileNameEdit")->setText(path); // as typed
+    }
+    int exec() override { return QDialog::Accepted; }
+};
+
+struct Report {
+    QWidget* source = nullptr;
+    QString path;
+    QString error;
+};
+
+/// The hooks of a host, while it exists.
+class Host {
+public:
+    explicit Host(SavePlace& place)
+    {
+        tarnis::setSaveHooks({ .makeDialog =
+                                   [this, &place](const tarnis::SaveRequest& request) {
+                                       requests.append(request);
+                                       auto* const dialog = new Answered(request.source, place.path());
+                                       place.begin();
+                                       return dialog;
+                                   },
+            .report =
+                [this](QWidget& source, const QString& path, const QString& error) {
+                    reports.append({ &source, path, error });
+                } });
+    }
+    ~Host() { tarnis::setSaveHooks({}); }
+    Host(const Host&) = delete;
+    Host& operator=(const Host&) = delete;
+
+    QList<tarnis::SaveRequest> requests;
+    QList<Report> reports;
+};
+
+/// A plot with data whose picture is taken when the printer's dialog has been answered.
+template <typename Plot> class Watched : public Plot {
+public:
+    std::function<void()> watch;
+
+    QPixmap* toPixmap() override
+    {
+        if (watch)
+            watch();
+        return Plot::toPixmap();
+    }
+};
+
+ModalWatchdog::Answer print(const QString& path)
+{
+    return [path](QWidget& window) {
+        auto* const dialog = qobject_cast<QPrintDialog*>(&window);
+        if (!dialog)
+            return;
+        dialog->findChild<QLineEdit*>("filename")->setText(path);
+        dialog->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok)->click();
+    };
+}
+
+void agree(QWidget& window)
+{
+    if (auto* const box = qobject_cast<QMessageBox*>(&window))
+        box->button(QMessageBox::Yes)->click();
+}
+
+} // namespace
+
+class TestSaveHooks : public QObject {
+    Q_OBJECT
+
+    /// Everything that is common to the saves.
+    template <typename Widget>
+    void check(Widget& widget, const QString& suffix, const std::function<bool(const QByteArray&)>& isWhole)
+    {
+        QFETCH(SaveTrouble, trouble);
+        QFETCH(QString, cause);
+        SavePlace place(trouble, suffix);
+        if (!place.isThere())
+            QSKIP("mounting is not allowed here");
+        setSaveFilePath("/before/");
+        const Host host(place);
+        ModalWatchdog watchdog; // no box of the library's
+        widget.save();
+        QVERIFY(watchdog.isContent());
+        QCOMPARE(host.requests.size(), 1);
+        QCOMPARE(host.requests.first().source, static_cast<QWidget*>(&widget));
+        QCOMPARE(host.reports.size(), 1);
+        QCOMPARE(host.reports.first().source, static_cast<QWidget*>(&widget));
+        QCOMPARE(host.reports.first().path, place.path());
+        const QString error = host.reports.first().error;
+        if (trouble == SaveTrouble::None) {
+            QCOMPARE(error, QString());
+            QVERIFY(isWhole(place.content()));
+            QCOMPARE(getSaveDir(), QFileInfo(place.path()).path() + '/');
+            return;
+        }
+        QVERIFY2(error.contains(cause), qPrintable(error));
+        QVERIFY(place.isUntouched());
+        QCOMPARE(getSaveDir(), QString("/before/"));
+    }
+
+private Q_SLOTS:
+    void picture_data() { addSaveTroubles(); }
+    void picture()
+    {
+        struct Plot : VectorGraphWidget {
+            void save() { onSave(); }
+        } plot;
+        plot.resize(300, 200);
+        check(plot, ".png", [](const QByteArray& bytes) { return QImage::fromData(bytes).size() == QSize(300, 200); });
+    }
+
+    void series_data() { addSaveTroubles(); }
+    void series()
+    {
+        struct Plot : VectorGraphWidget {
+            void save() { onSaveCsv(); }
+        } plot;
+        plot.setData(QList<double>(3000, 1.5));
+        check(plot, ".csv", [](const QByteArray& bytes) { return bytes.count("1.5\n") == 3000; });
+    }
+
+    void curves_data() { addSaveTroubles(); }
+    void curves()
+    {
+        struct Plot : MultiVectorGraphWidget {
+            void save() { onSaveCsv(); }
+        } plot;
+        plot.setData(0, QList<double>(3000, 1.5), 1.5);
+        plot.setData(1, QList<double>(3000, 2.5), 2.5);
+        check(plot, ".csv", [](const QByteArray& bytes) { return bytes.count("1.5") == 3000 && bytes.endsWith("\n"); });
+    }
+
+    void map_data() { addSaveTroubles(); }
+    void map()
+    {
+        struct Plot : XY2DGraphWidget {
+            void save() { onSaveCsv(); }
+        } plot;
+        for (int row = 0; row < 100; ++row)
+            plot.setData(row, QList<double>(50, 1.5), 1.5, row == 99);
+        check(plot, ".csv", [](const QByteArray& bytes) { return bytes.count("1.5") == 5000; });
+    }
+
+    void table_data() { addSaveTroubles(); }
+    void table()
+    {
+        struct Table : NameValueListDialog {
+            using NameValueListDialog::NameValueListDialog;
+            void save() { onSave(); }
+        };
+        QList<NameValue> values;
+        for (int i = 0; i < 1000; ++i)
+            values.append({ QString::number(i), QStringLiteral("value") });
+        Table table(values, nullptr, "Name");
+        check(table, ".csv", [](const QByteArray& bytes) { return bytes.count("value\n") == 1000; });
+    }
+
+    void page_data() { addSaveTroubles(); }
+    void page()
+    {
+        QFETCH(SaveTrouble, trouble);
+        QFETCH(QString, cause);
+        if (trouble == SaveTrouble::SlashInName)
+            QSKIP("the printer's dialog does not accept such a name");
+        SavePlace place(trouble, ".pdf");
+        if (!place.isThere())
+            QSKIP("mounting is not allowed here");
+        Watched<VectorGraphWidget> plot;
+        plot.resize(300, 200);
+        plot.setData(QList<double>(3000, 1.5));
+        plot.watch = [&] { place.begin(); };
+        const Host host(place);
+        QList<ModalWatchdog::Answer> answers { print(place.path()) };
+        if (QFileInfo::exists(place.path()))
+            answers.append(agree); // it exists: overwrite?
+        ModalWatchdog watchdog(answers);
+        plot.onPrint();
+        QVERIFY(watchdog.isContent());
+        QCOMPARE(host.reports.size(), 1);
+        QCOMPARE(host.reports.first().path, place.path());
+        const QString error = host.reports.first().error;
+        if (trouble == SaveTrouble::None) {
+            QCOMPARE(error, QString());
+            QVERIFY(place.content().startsWith("%PDF-"));
+            QVERIFY(place.content().trimmed().endsWith("%%EOF"));
+            return;
+        }
+        QVERIFY2(error.contains(cause), qPrintable(error));
+        QVERIFY(place.isUntouched());
+    }
+
+    void picturesNeedAKnownEnding()
+    {
+        SavePlace place(SaveTrouble::None, ".12");
+        const Host host(place);
+        VectorGraphWidget plot;
+        plot.resize(300, 200);
+        plot.onSave();
+        QCOMPARE(host.reports.size(), 1);
+        QVERIFY(host.reports.first().error.contains(".png"));
+        QCOMPARE(place.content(), QByteArray("old"));
+    }
+
+    void theRequestSaysWhatIsSaved()
+    {
+        SavePlace place(SaveTrouble::None, ".png");
+        const Host host(place);
+        setSaveFilePath("/here/");
+        VectorGraphWidget plot;
+        plot.resize(300, 200);
+        plot.onSave();
+        QCOMPARE(host.requests.first().kind, tarnis::SaveKind::Picture);
+        QCOMPARE(host.requests.first().caption, QString("Save"));
+        QCOMPARE(host.requests.first().directory, QString("/here/"));
+        QCOMPARE(host.requests.first().filter, QString("Images (*.png *.jpg)"));
+        plot.onSaveCsv();
+        QCOMPARE(host.requests.last().kind, tarnis::SaveKind::Table);
+        QCOMPARE(host.requests.last().filter, QString("CSV Files (*.csv *.txt)"));
+    }
+
+    void withoutADialogOfTheHostTheLibraryAsks()
+    {
+        SavePlace place(SaveTrouble::None, ".csv");
+        int reports = 0;
+        tarnis::setSaveHooks(
+            { .makeDialog = {}, .report = [&](QWidget&, const QString&, const QString&) { ++reports; } });
+        VectorGraphWidget plot;
+        plot.setData({ 1.0 });
+        {
+            ModalWatchdog cancelled({ reject() });
+            plot.onSaveCsv();
+            QVERIFY(cancelled.isContent());
+        }
+        QCOMPARE(reports, 0); // nothing was tried
+        ModalWatchdog accepted({ acceptFile(place.path()), agree });
+        plot.onSaveCsv();
+        QVERIFY(accepted.isContent());
+        QCOMPARE(reports, 1);
+        QCOMPARE(place.content(), QByteArray("1\n"));
+        tarnis::setSaveHooks({});
+    }
+
+    /// A dialog that is closed, or whose plot goes while it is open, saves nothing.
+    void aDialogThatEndsOtherwiseSavesNothing()
+    {
+        int reports = 0;
+        auto* const plot = new VectorGraphWidget;
+        struct Deleting : QFileDialog {
+            using QFileDialog::QFileDialog;
+            int exec() override
+            {
+                delete parentWidget(); // and this with it
+                return QDialog::Accepted;
+            }
+        };
+        tarnis::setSaveHooks(
+            { .makeDialog = [](const tarnis::SaveRequest& request) { return new Deleting(request.source); },
+                .report = [&](QWidget&, const QString&, const QString&) { ++reports; } });
+        plot->onSaveCsv();
+        QCOMPARE(reports, 0);
+        tarnis::setSaveHooks({});
+    }
+};
+
+QTEST_MAIN(TestSaveHooks)
+#include "tst_savehooks.moc"

@@ -1,0 +1,178 @@
+// Places where a file can and cannot be saved, for the tests of every save.
+#pragma once
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <memory>
+#include <optional>
+
+#include <sys/mount.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace tarnis::testing {
+
+/// A folder on a full disk of its own: 8 KiB, of which a file takes all but nothing. Needs the rights to mount.
+class FullDisk {
+public:
+    FullDisk()
+        : m_isMounted(::mount("tmpfs", path("").toLocal8Bit().constData(), "tmpfs", 0, "size=8k") == 0)
+    {
+        if (!m_isMounted)
+            return;
+        QFile old(path("old"));
+        QFile filler(path("filler"));
+        if (!old.open(QIODevice::WriteOnly) || old.write("old") != 3 || !old.flush()
+            || !filler.open(QIODevice::WriteOnly) || filler.write(QByteArray(4096, 'x')) != 4096)
+            qFatal("cannot fill the disk");
+    }
+    ~FullDisk()
+    {
+        if (m_isMounted)
+            ::umount2(path("").toLocal8Bit().constData(), MNT_DETACH);
+    }
+    FullDisk(const FullDisk&) = delete;
+    FullDisk& operator=(const FullDisk&) = delete;
+
+    bool isMounted() const { return m_isMounted; }
+    QString path(const QString& name) const { return m_folder.filePath(name); }
+
+private:
+    QTemporaryDir m_folder;
+    bool m_isMounted;
+};
+
+/// What is wrong with the place.
+enum class SaveTrouble { None, FullDevice, FullDisk, ReadOnlyFolder, VanishedFolder, SlashInName, FolderInPlace };
+
+/// The rows of a test that saves in each place: `trouble`, and a part of the error that it leads to.
+inline void addSaveTroubles()
+{
+    QTest::addColumn<SaveTrouble>("trouble");
+    QTest::addColumn<QString>("cause");
+    QTest::newRow("no trouble") << SaveTrouble::None << QString();
+    QTest::newRow("/dev/full") << SaveTrouble::FullDevice << "no space is left";
+    QTest::newRow("full disk") << SaveTrouble::FullDisk << "no space is left";
+    QTest::newRow("read-only folder") << SaveTrouble::ReadOnlyFolder << "permission denied";
+    QTest::newRow("vanished folder") << SaveTrouble::VanishedFolder << "does not exist";
+    QTest::newRow("slash in the name") << SaveTrouble::SlashInName << "does not exist";
+    QTest::newRow("a folder of that name") << SaveTrouble::FolderInPlace << "it is a folder";
+}
+
+/// One such place, with an older file in it where there can be one.
+class SavePlace {
+public:
+    /// `suffix` with its dot.
+    SavePlace(SaveTrouble trouble, const QString& suffix)
+        : m_trouble(trouble)
+    {
+        switch (trouble) {
+        case SaveTrouble::None:
+        case SaveTrouble::ReadOnlyFolder:
+            m_path = m_folder.filePath("data" + suffix);
+            writeOld();
+            break;
+        case SaveTrouble::FullDevice:
+            m_path = m_folder.filePath("data" + suffix);
+            if (!QFile::link("/dev/full", m_path))
+                qFatal("no link");
+            break;
+        case SaveTrouble::FullDisk:
+            m_disk = std::make_unique<FullDisk>();
+            m_path = m_disk->path("old" + suffix);
+            if (m_disk->isMounted() && !QFile::rename(m_disk->path("old"), m_path))
+                qFatal("no old file");
+            break;
+        case SaveTrouble::VanishedFolder:
+            QDir(m_folder.path()).mkdir("gone");
+            m_path = m_folder.filePath("gone/data" + suffix);
+            break;
+        case SaveTrouble::SlashInName:
+            m_path = m_folder.filePath("run 1/2" + suffix);
+            break;
+        case SaveTrouble::FolderInPlace:
+            m_path = m_folder.filePath("data" + suffix);
+            break;
+        }
+    }
+    ~SavePlace()
+    {
+        if (m_trouble == SaveTrouble::ReadOnlyFolder && m_isRoot && ::seteuid(0) != 0)
+            qFatal("cannot get the privileges back");
+    }
+    SavePlace(const SavePlace&) = delete;
+    SavePlace& operator=(const SavePlace&) = delete;
+
+    /// False where the test has not the rights to make the place.
+    bool isThere() const { return !m_disk || m_disk->isMounted(); }
+    const QString& path() const { return m_path; }
+
+    /// The trouble begins: to be called when the file has been chosen.
+    void begin()
+    {
+        if (m_trouble == SaveTrouble::VanishedFolder)
+            QDir(m_folder.filePath("gone")).removeRecursively();
+        else if (m_trouble == SaveTrouble::FolderInPlace)
+            QDir(m_folder.path()).mkdir(QFileInfo(m_path).fileName());
+        else if (m_trouble == SaveTrouble::ReadOnlyFolder)
+            takeRightsAway();
+    }
+
+    /// What was there before is there, and nothing beside it.
+    bool isUntouched() const
+    {
+        const QFileInfo info(m_path);
+        const QDir folder(info.path());
+        const QStringList names =
+            folder.entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
+        switch (m_trouble) {
+        case SaveTrouble::None:
+            return false;
+        case SaveTrouble::ReadOnlyFolder:
+            return names.size() == 1 && content() == "old";
+        case SaveTrouble::FullDisk:
+            return names.size() == 2 && content() == "old";
+        case SaveTrouble::FullDevice:
+            return names.size() == 1 && info.isSymLink();
+        case SaveTrouble::VanishedFolder:
+        case SaveTrouble::SlashInName:
+            return !folder.exists();
+        case SaveTrouble::FolderInPlace:
+            return names.size() == 1 && info.isDir();
+        }
+        return false;
+    }
+    QByteArray content() const
+    {
+        QFile file(m_path);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+
+private:
+    void writeOld() const
+    {
+        QFile file(m_path);
+        if (!file.open(QIODevice::WriteOnly) || file.write("old") != 3)
+            qFatal("cannot write");
+    }
+    /// Root may write everywhere: the process becomes another user, who may read the folder and its file.
+    void takeRightsAway() const
+    {
+        const QByteArray folder = m_folder.path().toLocal8Bit();
+        const QByteArray file = m_path.toLocal8Bit();
+        if (::chmod(file.constData(), 0444) != 0 || ::chmod(folder.constData(), 0555) != 0
+            || (m_isRoot && ::seteuid(65534) != 0))
+            qFatal("cannot give up the privileges");
+    }
+
+    QTemporaryDir m_folder;
+    std::unique_ptr<FullDisk> m_disk;
+    SaveTrouble m_trouble;
+    QString m_path;
+    const bool m_isRoot = ::geteuid() == 0;
+};
+
+} // namespace tarnis::testing
