@@ -1,0 +1,54 @@
+// The command line: which options a command has, and what was given.
+#pragma once
+
+#include "outcome.h"
+
+#include <QHash>
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+namespace cli {
+
+/// An option of a command.
+struct Option {
+    QString name; ///< without "--"; "o" for an option of one letter alone
+    QString value; ///< what follows it, for example "HOST:PORT"; empty for a switch
+    QString help; ///< one line
+
+    /// "--name" or "-o".
+    QString spelling() const { return (name.size() == 1 ? QStringLiteral("-") : QStringLiteral("--")) + name; }
+};
+
+/// What was given to a command.
+class Arguments {
+public:
+    /// Reads the words behind the command's name. Options may stand anywhere; "--" ends them; "--name=value" and
+    /// "-ovalue" are accepted. A word that begins with "-" is an option unless it is "-" or a number.
+    static Result<Arguments> parse(const QStringList& words, const QList<Option>& options);
+
+    bool has(const QString& option) const { return m_options.contains(option); }
+    /// The last value of the option; a null text if it is not given.
+    QString value(const QString& option) const { return m_options.value(option); }
+    const QStringList& words() const { return m_words; }
+
+private:
+    QHash<QString, QString> m_options;
+    QStringList m_words;
+};
+
+/// A pair of values, as in "100:200".
+template <typename Number> struct Range {
+    Number first;
+    Number last;
+};
+
+// Values of options. The failure names the option.
+
+/// A finite number from `least` to `most`, or `otherwise` if the option is not given.
+Result<double> numberOption(
+    const Arguments& arguments, const QString& option, double least, double most, double otherwise);
+/// Two finite numbers with a colon between them; nothing if the option is not given.
+Result<std::optional<Range<double>>> rangeOption(const Arguments& arguments, const QString& option);
+
+} // namespace cli

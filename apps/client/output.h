@@ -1,0 +1,30 @@
+// Standard output, standard error and files. Nothing is buffered: a failed write is known where it happens.
+#pragma once
+
+#include "outcome.h"
+
+#include <QByteArray>
+#include <QString>
+
+class QJsonObject;
+
+namespace cli {
+
+/// Writes all of it to standard output.
+Outcome print(const QByteArray& text);
+/// The object on one line.
+Outcome print(const QJsonObject& object);
+
+/// "tarnis: ", the text with its line feeds as blanks, and a line feed, on standard error.
+void printError(const QString& text);
+
+/// Writes a file in one step; "-" is standard output. An interrupt waits until the file is complete.
+Outcome writeOutput(const QString& path, const QByteArray& content);
+
+/// Whether the path is "-", or a device or pipe that exists: its name does not tell the format of what is written.
+bool isStream(const QString& path);
+
+/// Reads a file; "-" is standard input.
+Result<QByteArray> readInput(const QString& path);
+
+} // namespace cli

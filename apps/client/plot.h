@@ -1,0 +1,16 @@
+// tarnis plot: figures from files and from histograms of the server.
+#pragma once
+
+#include "arguments.h"
+
+namespace cli {
+
+/// The program `tarnis` passes the command line on to `tarnis-plot`, which has the widgets that draw: each of the two
+/// programs has its own version of this function.
+Outcome plot(const Arguments& arguments);
+
+/// Runs tarnis-plot with the words, which begin with "plot", and returns its exit code. A failure if it cannot be run.
+/// Commands that draw a figure beside their numbers use it.
+Result<int> runPlotProgram(const QStringList& words);
+
+} // namespace cli

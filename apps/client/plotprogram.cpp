@@ -1,0 +1,67 @@
+// The half of `tarnis plot` that links no widgets.
+#include "plot.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QFileInfo>
+#include <QProcess>
+
+#include <cstdlib>
+#include <vector>
+
+#include <unistd.h>
+
+namespace cli {
+
+namespace {
+
+Failure missing()
+{
+    return { .code = FileError, .text = "figures need the program tarnis-plot, which is not installed: install it" };
+}
+
+/// The program beside this one in a build folder, or in the folder for programs of programs.
+QString plotProgram()
+{
+    const QString folder = QCoreApplication::applicationDirPath();
+    for (const char* const place : { "/../" TARNIS_LIBEXEC "/tarnis-plot", "/tarnis-plot" }) {
+        const QFileInfo file(folder + QLatin1String(place));
+        if (file.isExecutable())
+            return file.canonicalFilePath();
+    }
+    return {};
+}
+
+} // namespace
+
+Outcome plot(const Arguments& /*arguments*/)
+{
+    const QString program = plotProgram();
+    if (program.isEmpty())
+        return missing();
+    std::vector<QByteArray> words { QFile::encodeName(program) };
+    for (const QString& word : QCoreApplication::arguments().mid(1))
+        words.push_back(word.toLocal8Bit());
+    std::vector<char*> pointers;
+    for (QByteArray& word : words)
+        pointers.push_back(word.data());
+    pointers.push_back(nullptr);
+    // The other program takes the place of this one: exit code, signals and standard streams are its own.
+    ::execv(words.front().constData(), pointers.data());
+    return missing();
+}
+
+Result<int> runPlotProgram(const QStringList& words)
+{
+    const QString program = plotProgram();
+    if (program.isEmpty())
+        return missing();
+    QProcess process;
+    process.setProcessChannelMode(QProcess::ForwardedChannels);
+    process.start(program, words);
+    if (!process.waitForFinished(-1) || process.exitStatus() != QProcess::NormalExit)
+        return missing();
+    return process.exitCode();
+}
+
+} // namespace cli

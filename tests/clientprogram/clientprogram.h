@@ -1,0 +1,54 @@
+// The program tarnis, run as a shell runs it.
+#pragma once
+
+#include <QByteArray>
+#include <QProcess>
+#include <QStringList>
+
+namespace clienttest {
+
+constexpr int patienceMs = 60000;
+
+/// What a run of the program leaves.
+struct Run {
+    int exitCode = -1; ///< 128 + signal if a signal ended it
+    QByteArray output;
+    QByteArray errors;
+
+    /// One line that begins with "tarnis: ".
+    bool hasOneLineOfError() const
+    {
+        return errors.startsWith("tarnis: ") && errors.indexOf('\n') == errors.size() - 1;
+    }
+};
+
+inline Run finish(QProcess& process)
+{
+    if (!process.waitForFinished(patienceMs))
+        qFatal("tarnis does not end");
+    return { .exitCode = process.exitStatus() == QProcess::CrashExit ? 128 + process.exitCode() : process.exitCode(),
+        .output = process.readAllStandardOutput(),
+        .errors = process.readAllStandardError() };
+}
+
+inline Run runTarnis(const QStringList& words, const QByteArray& input = {})
+{
+    QProcess process;
+    process.start(QStringLiteral(CLIENT_PATH), words);
+    process.write(input);
+    process.closeWriteChannel();
+    return finish(process);
+}
+
+/// The same behind a shell, for redirections and pipes. "$TARNIS" is the program.
+inline Run shell(const QString& line)
+{
+    QProcess process;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("TARNIS"), QStringLiteral(CLIENT_PATH));
+    process.setProcessEnvironment(environment);
+    process.start(QStringLiteral("/bin/bash"), { QStringLiteral("-c"), line });
+    return finish(process);
+}
+
+} // namespace clienttest

@@ -1,0 +1,99 @@
+// The command line of tarnis: help, options, and what is refused before anything is done.
+#include "clientprogram.h"
+
+#include <QTest>
+
+using clienttest::Run;
+using clienttest::runTarnis;
+
+class TestClientUsage : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void helpsAtEveryLevel_data()
+    {
+        QTest::addColumn<QStringList>("words");
+        QTest::addColumn<QByteArray>("text");
+        QTest::newRow("program") << QStringList { "--help" } << QByteArray("usage: tarnis COMMAND");
+        for (const char* const name : { "send", "hist", "plot", "watch", "put", "get", "completion" }) {
+            QTest::addRow("%s --help", name) << QStringList { name, "--help" } << QByteArray("usage: tarnis ") + name;
+            QTest::addRow("help %s", name) << QStringList { "help", name } << QByteArray("usage: tarnis ") + name;
+        }
+        QTest::newRow("version") << QStringList { "--version" } << QByteArray("tarnis 0.");
+    }
+    void helpsAtEveryLevel()
+    {
+        QFETCH(QStringList, words);
+        QFETCH(QByteArray, text);
+        const Run run = runTarnis(words);
+        QCOMPARE(run.exitCode, 0);
+        QVERIFY(run.output.startsWith(text));
+        QCOMPARE(run.errors, QByteArray());
+    }
+
+    void refusesWrongUsage_data()
+    {
+        QTest::addColumn<QStringList>("words");
+        QTest::addColumn<QByteArray>("text");
+        const auto row = [](const char* name, const QStringList& words, const QByteArray& text) {
+            QTest::newRow(name) << words << text;
+        };
+        row("nothing", {}, "no command");
+        row("unknown command", { "frobnicate" }, "unknown command 'frobnicate'");
+        row("unknown option", { "send", "--colour", "stat" }, "unknown option '--colour'");
+        row("value missing", { "send", "stat", "--server" }, "--server needs HOST:PORT");
+        row("value of a switch", { "send", "--json=1", "stat" }, "--json has no value");
+        row("no server", { "send", "stat" }, "no server: give --server HOST:PORT or --local PROGRAM");
+        row("two servers", { "send", "--server", "a:1", "--local", "b", "stat" },
+            "--server and --local exclude each other");
+        row("no port", { "send", "--server", "localhost", "stat" }, "'localhost' is not of the form HOST:PORT");
+        row("port 0", { "send", "--server", "localhost:0", "stat" }, "'localhost:0' is not of the form");
+        row("large port", { "send", "--server", "localhost:65536", "stat" }, "is not of the form");
+        row("timeout", { "send", "--server", "a:1", "--timeout", "soon", "stat" },
+            "--timeout 'soon' is not a number from");
+        row("timeout 0", { "send", "--server", "a:1", "--timeout", "0", "stat" }, "--timeout '0' is not a number from");
+        row("empty prompt", { "send", "--server", "a:1", "--prompt", "", "stat" }, "--prompt needs a text");
+        row("no words", { "send", "--server", "a:1" }, "usage: tarnis send");
+        row("hist without output", { "hist", "--server", "a:1", "total" }, "no output: give -o FILE");
+        row("hist of two names", { "hist", "a", "b", "-o", "c.csv" }, "unexpected 'b'");
+        row("hist to another format", { "hist", "--server", "a:1", "a", "-o", "c.xls" }, "'c.xls' does not end in");
+        row("hist format", { "hist", "--server", "a:1", "a", "-o", "-", "--format", "xls" }, "--format 'xls' is not");
+        row("hist rows", { "hist", "--server", "a:1", "a", "-o", "c.csv", "--rows", "3:1" },
+            "--rows '3:1' is not a range");
+        row("json and output", { "hist", "--server", "a:1", "a", "-o", "-", "--json" }, "both use standard output");
+        row("watch every", { "watch", "--server", "a:1", "--every", "-1" }, "--every '-1' is not a number from");
+        row("put without remote", { "put", "--server", "a:1", "file" }, "usage: tarnis put");
+        row("put of a bad name", { "put", "--server", "a:1", "-", "a\nb" }, "is not the name of a file on the server");
+        row("completion", { "completion", "fish" }, "no completion for 'fish'");
+    }
+    void refusesWrongUsage()
+    {
+        QFETCH(QStringList, words);
+        QFETCH(QByteArray, text);
+        const Run run = runTarnis(words);
+        QCOMPARE(run.exitCode, 2);
+        QVERIFY2(run.hasOneLineOfError() && run.errors.contains(text), run.errors.constData());
+        QVERIFY(run.output.isEmpty() || words.contains("--json"));
+    }
+
+    void reportsErrorsAsJsonToo()
+    {
+        const Run run = runTarnis({ "send", "--json", "stat" });
+        QCOMPARE(run.exitCode, 2);
+        QCOMPARE(run.output,
+            QByteArray("{\"error\":\"no server: give --server HOST:PORT or --local PROGRAM\",\"exitCode\":2}\n"));
+        QVERIFY(run.hasOneLineOfError());
+    }
+
+    void completesInBash()
+    {
+        const QString complete = QStringLiteral(
+            "source <($TARNIS completion bash); COMP_WORDS=(tarnis %1); COMP_CWORD=%2; _tarnis; echo ${COMPREPLY[*]}");
+        QCOMPARE(clienttest::shell(complete.arg("se").arg(1)).output, QByteArray("send\n"));
+        QCOMPARE(clienttest::shell(complete.arg("hist --ro").arg(2)).output, QByteArray("--rows\n"));
+        QCOMPARE(clienttest::shell(complete.arg("completion b").arg(2)).output, QByteArray("bash\n"));
+        QCOMPARE(clienttest::shell("cd /; " + complete.arg("plot de").arg(2)).output, QByteArray("dev\n"));
+    }
+};
+
+QTEST_GUILESS_MAIN(TestClientUsage)
+#include "tst_clientusage.moc"
