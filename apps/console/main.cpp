@@ -6,13 +6,13 @@
 #include "tour/tour.h"
 
 #include <tarnis/foundation/log.h>
+#include <tarnis/server/sessionend.h>
 
 #include <QApplication>
 #include <QFileInfo>
 #include <QLoggingCategory>
 #include <QSettings>
 #include <QTemporaryDir>
-#include <QThreadPool>
 #include <QTimer>
 
 #include <cstdio>
@@ -108,7 +108,7 @@ int main(int argc, char** argv)
     if (!options.logFile.isEmpty()) // what the log window shows first
         memory->setValue(QStringLiteral("log/file"), QFileInfo(options.logFile).absoluteFilePath());
     const int status = runConsole(options, *memory);
-    QThreadPool::globalInstance()->waitForDone(); // sessions that end in the background still write to the log
+    tarnis::waitForEndingSessions(); // sessions that end in the background still write to the log
     closelog();
     return status;
 }

@@ -5,6 +5,7 @@
 #include "tarnis/foundation/helpers.h"
 #include "tarnis/foundation/modalbox_p.h"
 #include "tarnis/foundation/trace_p.h"
+#include "tarnis/server/sessionend.h"
 #include "tarnis/server/tarniscmd.h"
 #include "tarnis/server/tarnissession.h"
 
@@ -12,6 +13,8 @@
 #include <QLabel>
 #include <QProgressBar>
 #include <QTimer>
+
+#include <utility>
 
 namespace tarnis {
 
@@ -30,8 +33,7 @@ void endPrivateSession(TarnisSession*& session, const QObject* window)
     if (!session)
         return;
     session->disconnect(window);
-    delete session;
-    session = nullptr;
+    endInBackground(std::exchange(session, nullptr));
 }
 
 void sendInitialCommands(TarnisSession& session, const QStringList& commands)

@@ -21,7 +21,7 @@ inline constexpr int pollIntervalMs = 1000;
 /// reach the slots onTimeout(), result() and error() of `window`.
 TarnisSession* startPrivateSession(TarnisSession& model, QObject* window);
 
-/// Ends the session, waiting for its thread, and sets the pointer to null. What the session has queued for `window` by
+/// Ends the session in the background and sets the pointer to null. What the session has queued for `window` by
 /// then still reaches its slots, which find the pointer null.
 void endPrivateSession(TarnisSession*& session, const QObject* window);
 

@@ -6,6 +6,7 @@
 #include "tarnis/foundation/helpers.h"
 #include "tarnis/foundation/modalbox_p.h"
 #include "tarnis/foundation/trace_p.h"
+#include "tarnis/server/sessionend.h"
 #include "tarnis/server/tarnissession.h"
 
 #include "ui_selectdirectorydialog.h"
@@ -51,7 +52,7 @@ SelectDirectoryDialog::SelectDirectoryDialog(QString const& dir_, TarnisSession*
 
 SelectDirectoryDialog::~SelectDirectoryDialog()
 {
-    delete session;
+    tarnis::endInBackground(session);
 }
 
 void SelectDirectoryDialog::setExt(QList<QString> const& exts_, bool nameEdit_, QString const& suffix_)
@@ -255,7 +256,6 @@ void SelectDirectoryDialog::changeEvent(QEvent* event)
 void SelectDirectoryDialog::closeEvent(QCloseEvent* event)
 {
     hide();
-    delete session;
-    session = nullptr;
+    tarnis::endInBackground(std::exchange(session, nullptr));
     QDialog::closeEvent(event);
 }

@@ -6,6 +6,7 @@
 #include "tarnis/foundation/helpers.h"
 #include "tarnis/foundation/modalbox_p.h"
 #include "tarnis/foundation/trace_p.h"
+#include "tarnis/server/sessionend.h"
 #include "tarnis/server/tarnissession.h"
 
 #include "ui_selectpathdialog.h"
@@ -15,6 +16,8 @@
 #include <QPointer>
 #include <QPushButton>
 #include <QSignalBlocker>
+
+#include <utility>
 
 namespace {
 
@@ -50,7 +53,7 @@ SelectPathDialog::SelectPathDialog(QString const& dir, TarnisSession* session_, 
 
 SelectPathDialog::~SelectPathDialog()
 {
-    delete session;
+    tarnis::endInBackground(session);
 }
 
 void SelectPathDialog::setExt(QList<QString> const& exts_, bool mustExist_, bool confirmOverwrite_)
@@ -270,7 +273,6 @@ void SelectPathDialog::changeEvent(QEvent* event)
 void SelectPathDialog::closeEvent(QCloseEvent* event)
 {
     hide();
-    delete session;
-    session = nullptr;
+    tarnis::endInBackground(std::exchange(session, nullptr));
     QDialog::closeEvent(event);
 }

@@ -2,6 +2,7 @@
 
 #include "tarnis/dialogs/statreply_p.h"
 #include "tarnis/foundation/checkedconnect_p.h"
+#include "tarnis/server/sessionend.h"
 #include "tarnis/server/tarnissession.h"
 
 #include <QCoreApplication>
@@ -26,7 +27,7 @@ StatDialog::StatDialog(TarnisSession* session_, QString const& title, QString co
 
 StatDialog::~StatDialog()
 {
-    delete session;
+    tarnis::endInBackground(session);
 }
 
 void StatDialog::sendCommand()

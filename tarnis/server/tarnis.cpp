@@ -6,6 +6,7 @@
 #include "tarnis/foundation/log.h"
 #include "tarnis/foundation/sysmsg.h"
 #include "tarnis/foundation/trace_p.h"
+#include "tarnis/server/sessionend_p.h"
 #include "tarnis/server/tarnissession.h"
 
 #include <QCoreApplication>
@@ -310,6 +311,11 @@ bool Tarnis::Shutdown()
 
 void Tarnis::closeNamedSessions()
 {
+    // All at once: each then has to be waited for a moment only.
+    for (TarnisSession* const session : std::as_const(m_sessions)) {
+        if (session)
+            tarnis::SessionEnd::request(*session);
+    }
     for (auto entry = m_sessions.begin(); entry != m_sessions.end(); ++entry) {
         TarnisSession* const session = entry.value();
         if (!session)

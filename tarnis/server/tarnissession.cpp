@@ -3,6 +3,7 @@
 #include "tarnis/server/tarnissession.h"
 
 #include "tarnis/foundation/log.h"
+#include "tarnis/server/sessionsocket_p.h"
 
 #include <QAbstractSocket>
 #include <QApplication>
@@ -51,6 +52,7 @@ TarnisSession::TarnisSession(const QString& host, quint16 port, const QByteArray
     , m_host(host)
     , m_port(port)
     , m_pPrompt(prompt)
+    , m_stop(std::make_unique<tarnis::SessionStop>(m_bQuit))
 {
     LOG_DBG("TarnisSession::TarnisSession(), this[%p]", static_cast<void*>(this));
 }
@@ -58,7 +60,7 @@ TarnisSession::TarnisSession(const QString& host, quint16 port, const QByteArray
 TarnisSession::~TarnisSession()
 {
     LOG_BLOCK("TarnisSession::~TarnisSession(), this[%p] id[%s]", static_cast<void*>(this), qUtf8Printable(m_id));
-    std::atomic_ref(m_bQuit).store(true);
+    m_stop->request();
     {
         LOG_BLOCK("waiting");
         wait();
@@ -77,6 +79,11 @@ void TarnisSession::SetDefaultPrompt(QByteArray* prompt)
 void TarnisSession::setTimeout(int timeout)
 {
     std::atomic_ref(m_timeout).store(timeout, std::memory_order_relaxed);
+}
+
+void TarnisSession::setMaxReplySize(qint64 bytes)
+{
+    std::atomic_ref(m_maxReplySize).store(bytes, std::memory_order_relaxed);
 }
 
 const QByteArray* TarnisSession::GetPrompt()

@@ -11,7 +11,13 @@
 #include <QString>
 #include <QThread>
 
+#include <memory>
+
 class QTcpSocket;
+namespace tarnis {
+class SessionEnd;
+class SessionStop;
+} // namespace tarnis
 
 /// Connect the slots, call start(), send commands. The worker writes one command at a time, reads to the server's
 /// prompt and emits `result`. After an `error` the session has ended: destroy it and make another.
@@ -23,7 +29,7 @@ public:
 
 protected:
     QRecursiveMutex m_mutex; ///< guards m_queue and m_id; never held across socket work or signals
-    bool m_bQuit = false; ///< set once, by the destructor; through std::atomic_ref
+    bool m_bQuit = false; ///< set once, when the session is to end; through std::atomic_ref
     int m_timeout = 40; ///< read time-out in units of 10 ms; through std::atomic_ref
     const QByteArray* m_pPrompt; ///< not owned, may be null
     QList<PTarnisCmd> m_queue; ///< first to go in front
@@ -34,8 +40,9 @@ protected:
 public:
     /// `prompt` ends every reply of the server; it must outlive the session. Null: the default prompt serves.
     TarnisSession(const QString& host, quint16 port, const QByteArray* prompt, QObject* parent);
-    /// Waits for the worker: for the rest of a read's wait, of a command's pause, or of a connection attempt (30 s at
-    /// most). Commands in the queue die unanswered. Not from the worker itself.
+    /// Waits for the worker, whose waits for a reply, a connection or a command's pause end at once: in effect for the
+    /// slots that its signals call directly. Commands in the queue die unanswered. Not from the worker itself.
+    /// tarnis::endInBackground() does not wait.
     ~TarnisSession() override;
 
     /// The prompt of sessions that have none of their own. Not taken over; it must outlive those sessions.
@@ -43,6 +50,10 @@ public:
     /// The allowed silence of the server: a read fails after 102 waits of `timeout` * 10 ms, in effect `timeout`
     /// seconds. From the next wait on; any thread.
     void setTimeout(int timeout);
+    /// The bytes that one reply may have, the text behind a payload included; 0 for no limit. 1 GiB at first. A larger
+    /// reply is not read to its end: `error` comes with QAbstractSocket::SocketResourceError and a text that says so,
+    /// and the session ends. From the next bytes on; any thread.
+    void setMaxReplySize(qint64 bytes);
     /// The session's prompt, else the default. With neither, a programming error, it shows a box and gives null.
     const QByteArray* GetPrompt();
     /// A label for the log. Any thread.
@@ -83,4 +94,13 @@ protected:
     void run() override;
 
     class TARNIS_NO_EXPORT Worker; ///< the steps of run()
+
+private:
+    friend class tarnis::SessionEnd;
+    TARNIS_NO_EXPORT bool isTooLarge(qint64 bytes) const;
+    TARNIS_NO_EXPORT bool copyPrompt(QByteArray& copy);
+    TARNIS_NO_EXPORT bool failTooLarge();
+
+    qint64 m_maxReplySize = qint64(1) << 30; ///< through std::atomic_ref
+    const std::unique_ptr<tarnis::SessionStop> m_stop;
 };

@@ -2,8 +2,10 @@
 #include "tarnis/server/tarnissession.h"
 
 #include "tarnis/foundation/log.h"
+#include "tarnis/server/sessionsocket_p.h"
 #include "tarnis/server/wire_p.h"
 
+#include <QLocale>
 #include <QTcpSocket>
 
 #include <algorithm>
@@ -77,6 +79,27 @@ private:
 
 } // namespace
 
+bool TarnisSession::isTooLarge(qint64 bytes) const
+{
+    // atomic_ref of a const object comes with C++26 only.
+    const qint64 limit = std::atomic_ref(const_cast<qint64&>(m_maxReplySize)).load(std::memory_order_relaxed);
+    return limit > 0 && bytes > limit;
+}
+
+bool TarnisSession::copyPrompt(QByteArray& copy)
+{
+    return m_stop->copyPrompt([this] { return GetPrompt(); }, copy);
+}
+
+// Returns false, the answer of a reader that has failed.
+bool TarnisSession::failTooLarge()
+{
+    const QString limit = QLocale().formattedDataSize(std::atomic_ref(m_maxReplySize).load(std::memory_order_relaxed));
+    Q_EMIT error(QAbstractSocket::SocketResourceError,
+        tr("The server's reply is larger than the limit of %1. The connection has been closed").arg(limit));
+    return false;
+}
+
 bool TarnisSession::read(QTcpSocket& socket, QByteArray& buffer, bool emitRead)
 {
     LOG_BLOCK("TarnisSession::read(), this[%p]", static_cast<void*>(this));
@@ -85,22 +108,24 @@ bool TarnisSession::read(QTcpSocket& socket, QByteArray& buffer, bool emitRead)
         return false;
     for (int idle = 0;;) {
         const bool ready = waitForBytes(socket, 1, std::atomic_ref(m_timeout).load(std::memory_order_relaxed));
-        if (idle > allowedIdleRounds && !ready) {
+        if (idle > allowedIdleRounds && !ready && !m_stop->isQuitting()) {
             Q_EMIT error(socket.error(), socket.errorString());
             return false;
         }
         const qsizetype taken = takeAvailable(socket, frame);
         ++idle;
         if (taken > 0) {
-            const QByteArray* const prompt = GetPrompt();
-            if (!prompt)
+            if (isTooLarge(buffer.size()))
+                return failTooLarge();
+            QByteArray prompt;
+            if (!copyPrompt(prompt))
                 return false;
-            const bool complete = frame.isComplete(*prompt);
-            const qsizetype fresh = complete ? taken - prompt->size() : taken;
+            const bool complete = frame.isComplete(prompt);
+            const qsizetype fresh = complete ? taken - prompt.size() : taken;
             if (emitRead && fresh > 0)
                 Q_EMIT read(buffer.mid(buffer.size() - taken, fresh));
             if (complete) {
-                frame.finish(*prompt);
+                frame.finish(prompt);
                 return true;
             }
             idle = 0;
@@ -123,21 +148,25 @@ bool TarnisSession::readBinary(QTcpSocket& socket, QByteArray& buffer, QString& 
         window.update(frame.missing());
         const qint64 enough = frame.needsLength() ? tarnis::lengthFieldSize : 1;
         const bool ready = waitForBytes(socket, enough, std::atomic_ref(m_timeout).load(std::memory_order_relaxed));
-        if (!ready && idle > allowedIdleRounds) {
+        if (!ready && idle > allowedIdleRounds && !m_stop->isQuitting()) {
             Q_EMIT error(socket.error(), socket.errorString());
             return false;
         }
         if (frame.needsLength()) {
             // A round that reads the length takes no payload.
             idle += takeLength(socket, frame) ? 0 : 1;
+            if (isTooLarge(frame.length()))
+                return failTooLarge();
         } else if (takeAvailable(socket, frame) == 0) {
             ++idle;
         } else {
-            const QByteArray* const prompt = GetPrompt();
-            if (!prompt)
+            if (isTooLarge(buffer.size()))
+                return failTooLarge();
+            QByteArray prompt;
+            if (!copyPrompt(prompt))
                 return false;
-            if (frame.isComplete(*prompt)) {
-                text = frame.finish(*prompt);
+            if (frame.isComplete(prompt)) {
+                text = frame.finish(prompt);
                 return true;
             }
         }

@@ -2,18 +2,16 @@
 #include "tarnis/server/tarnissession.h"
 
 #include "tarnis/foundation/log.h"
+#include "tarnis/server/sessionsocket_p.h"
 #include "tarnis/server/wire_p.h"
 
-#include <QTcpSocket>
-
-#include <atomic>
 #include <cstdlib>
 #include <typeinfo>
 
 namespace {
 
 constexpr int connectTimeoutMs = 30000;
-constexpr unsigned long idlePauseMs = 50;
+constexpr int idlePauseMs = 50;
 
 // There is no event loop that would send what is still in the socket's buffer when it is closed.
 void writeFarewell(QTcpSocket& socket)
@@ -37,6 +35,7 @@ class TarnisSession::Worker {
 public:
     explicit Worker(TarnisSession& session)
         : m_session(session)
+        , m_socket(*session.m_stop)
     {
     }
     void run();
@@ -49,10 +48,10 @@ private:
     bool handle(const PTarnisCmd& cmd);
     bool exchange(TarnisCmd& cmd, const QString& request);
     bool readReply(TarnisCmd& cmd);
-    bool isQuitting() const { return std::atomic_ref(m_session.m_bQuit).load(); }
+    bool isQuitting() const { return m_session.m_stop->isQuitting(); }
 
     TarnisSession& m_session;
-    QTcpSocket m_socket;
+    tarnis::SessionSocket m_socket;
     QByteArray m_reply;
     QString m_id; ///< the session's label when the command was taken
 };
@@ -86,6 +85,10 @@ bool TarnisSession::Worker::openConnection()
         LOG_DBG("connected");
         return true;
     }
+    if (isQuitting()) {
+        LOG_DBG("quit");
+        return false;
+    }
     LOG_ERR("socket error: [%d][%s]", int(m_socket.error()), qUtf8Printable(m_socket.errorString()));
     Q_EMIT m_session.error(m_socket.error(), m_socket.errorString());
     return false;
@@ -108,6 +111,8 @@ bool TarnisSession::Worker::readGreeting()
     } else {
         LOG_DBG("socke is not open");
     }
+    if (m_session.isTooLarge(m_reply.size()))
+        return false; // the reader's own error says so; the socket has none
     // A reader that gave up after silence has emitted the error already; receivers get it twice.
     LOG_BLOCK("emit error(%d, %s)", code, qUtf8Printable(message));
     Q_EMIT m_session.error(code, message);
@@ -125,7 +130,7 @@ void TarnisSession::Worker::serveQueue()
         }
         if (!cmd) {
             LOG_BLOCK("cmd is null, sleep 50");
-            QThread::msleep(idlePauseMs);
+            m_session.m_stop->sleep(idlePauseMs);
             continue;
         }
         if (!handle(cmd))
@@ -164,7 +169,7 @@ bool TarnisSession::Worker::handle(const PTarnisCmd& cmd)
     m_reply.clear();
     LOG_BLOCK("sleep %d", cmd->m_afterSleep);
     if (cmd->m_afterSleep > 0)
-        QThread::msleep(static_cast<unsigned long>(cmd->m_afterSleep));
+        m_session.m_stop->sleep(cmd->m_afterSleep);
     return true;
 }
 

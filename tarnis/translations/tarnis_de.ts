@@ -444,6 +444,10 @@
         <source>%1.</source>
         <translation>%1.</translation>
     </message>
+    <message>
+        <source>The server&apos;s reply is larger than the limit of %1. The connection has been closed</source>
+        <translation>Die Antwort des Servers ist größer als die Grenze von %1. Die Verbindung wurde geschlossen</translation>
+    </message>
 </context>
 <context>
     <name>VectorGraphWidget</name>

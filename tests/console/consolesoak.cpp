@@ -14,6 +14,7 @@
 #include "windows/openwindows.h"
 
 #include <tarnis/foundation/log.h>
+#include <tarnis/server/sessionend.h>
 
 #include <QAbstractButton>
 #include <QAction>
@@ -30,7 +31,6 @@
 #include <QTcpSocket>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QThreadPool>
 #include <QTimer>
 
 #include <algorithm>
@@ -457,7 +457,6 @@ int Soak::run(int seconds)
     m_window.close();
     if (!QTest::qWaitFor([&] { return !m_window.isVisible(); }, 60000))
         wrong(QStringLiteral("the console does not close"));
-    QThreadPool::globalInstance()->setExpiryTimeout(0);
     if (!QTest::qWaitFor([&] { return threadNames().size() <= threadsBefore; }, 60000))
         wrong(QStringLiteral("threads are left: %1").arg(threadNames().join(u' ')));
     std::printf("threads         %lld before, %lld after\n", static_cast<long long>(threadsBefore),
@@ -553,7 +552,7 @@ int main(int argc, char** argv)
             soak.beCalm();
         status = soak.run(seconds);
     }
-    QThreadPool::globalInstance()->waitForDone();
+    tarnis::waitForEndingSessions();
     closelog();
     return status;
 }

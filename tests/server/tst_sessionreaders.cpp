@@ -254,6 +254,7 @@ private Q_SLOTS:
         QFETCH(int, length);
         FedSocket socket({ lengthField(length) + "123OK> " });
         Reader reader;
+        reader.setMaxReplySize(0); // else an announced length beyond the limit ends the session at once
         const ReadOutcome out = reader.readBinaryReply(socket);
         QVERIFY(!out.complete);
         QVERIFY(out.error);

@@ -1,21 +1,12 @@
 #include "server/commandchannel.h"
 
+#include <tarnis/server/sessionend.h>
 #include <tarnis/server/tarnis.h>
 #include <tarnis/server/tarnissession.h>
-
-#include <QThreadPool>
 
 #include <utility>
 
 namespace console {
-
-void endInBackground(TarnisSession* session)
-{
-    if (!session)
-        return;
-    session->disconnect();
-    QThreadPool::globalInstance()->start([session] { delete session; });
-}
 
 CommandChannel::CommandChannel(Tarnis& server, const QString& name, QObject* parent)
     : QObject(parent)
@@ -65,7 +56,7 @@ void CommandChannel::send(TarnisCmd* command)
 QList<Request> CommandChannel::drop()
 {
     ++m_generation;
-    endInBackground(std::exchange(m_session, nullptr));
+    tarnis::endInBackground(std::exchange(m_session, nullptr));
     return takeAll();
 }
 

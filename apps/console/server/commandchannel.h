@@ -13,10 +13,6 @@ class TarnisSession;
 
 namespace console {
 
-/// Cuts the session off from everybody and destroys it in the background: its destructor waits for the worker, up to a
-/// read's wait, a command's pause or a connection attempt. Whoever ends the process waits for the global thread pool.
-void endInBackground(TarnisSession* session);
-
 /// A command as it was given up: enough to send it again.
 struct Request {
     QString text;

@@ -3,13 +3,13 @@
 #include "command/replytext.h"
 #include "server/statustext.h"
 
+#include <tarnis/server/sessionend.h>
 #include <tarnis/server/tarnissession.h>
 
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
 #include <QStandardPaths>
-#include <QThreadPool>
 
 #include <limits>
 #include <utility>
@@ -78,7 +78,7 @@ ServerController::~ServerController()
     endByForce();
     if (m_process)
         m_process->waitForFinished(m_endTimeoutMs);
-    QThreadPool::globalInstance()->waitForDone(); // sessions that end in the background read a prompt of ours
+    tarnis::waitForEndingSessions(); // sessions that end in the background read a prompt of ours
     TarnisSession::SetDefaultPrompt(nullptr);
 }
 

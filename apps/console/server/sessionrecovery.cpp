@@ -1,8 +1,8 @@
 #include "server/sessionrecovery.h"
 
-#include "server/commandchannel.h"
 #include "server/servercontroller.h"
 
+#include <tarnis/server/sessionend.h>
 #include <tarnis/server/tarnissession.h>
 
 #include <utility>
@@ -41,7 +41,7 @@ void SessionRecovery::end()
 {
     m_isEnded = true;
     m_retryTimer.stop();
-    endInBackground(std::exchange(m_session, nullptr));
+    tarnis::endInBackground(std::exchange(m_session, nullptr));
 }
 
 TarnisSession* SessionRecovery::renew()
@@ -60,7 +60,7 @@ void SessionRecovery::drop(const Words& words)
 {
     if (m_isEnded || !m_session)
         return;
-    endInBackground(std::exchange(m_session, nullptr));
+    tarnis::endInBackground(std::exchange(m_session, nullptr));
     m_words = words;
     Q_EMIT lost();
 }
