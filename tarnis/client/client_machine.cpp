@@ -14,6 +14,11 @@ namespace {
 
 const QLatin1String refusalMark("NG:");
 
+// A caller cancels a future without a word to the client. A watcher reports it, but costs as much as a whole request;
+// so only requests that wait longer than this get one, and those of a long queue are looked through instead.
+constexpr std::chrono::milliseconds lookInterval(50);
+constexpr qsizetype maxWatched = 64;
+
 double secondsOf(std::chrono::milliseconds limit)
 {
     return std::chrono::duration<double>(limit).count();
@@ -131,6 +136,7 @@ void Client::Private::disconnectAs(const QString& why, bool politely)
     timer.stop();
     armed = never;
     phaseDue = never;
+    lookDue = never;
     state = State::Disconnected;
     reason.clear();
     greeting.clear();
@@ -184,14 +190,35 @@ QFuture<Reply> Client::Private::request(const QString& text, const RequestOption
     request.promise->start();
     QFuture<Reply> future = request.promise->future();
     const RequestKey key { -requestOptions.priority, nextNumber++ };
-    watch(request, key);
     queue.insert(key, std::move(request));
+    if (lookDue == never)
+        lookDue = Clock::now() + lookInterval;
     advance();
     return future;
 }
 
+void Client::Private::lookForCancelled(Clock::time_point now)
+{
+    EndedRequests cancelled;
+    for (Request& request : queue.takeCancelled())
+        cancelled.emplace_back(request, Reply());
+    if (underWay && underWay->request.isCancelled())
+        cancelled.emplace_back(underWay->request, Reply());
+    if (queue.size() <= maxWatched) {
+        lookDue = never;
+        queue.forEach([this](RequestKey key, Request& request) { watch(request, key); });
+        if (underWay)
+            watch(underWay->request, underWay->key);
+    } else {
+        lookDue = now + lookInterval;
+    }
+    finishAll(std::move(cancelled));
+}
+
 void Client::Private::watch(Request& request, RequestKey key)
 {
+    if (request.watcher || !request.promise)
+        return;
     request.watcher = std::make_unique<QFutureWatcher<Reply>>();
     // Queued: the watcher is deleted with its request.
     connect(
@@ -240,20 +267,27 @@ void Client::Private::onGreeted(const QByteArray& text)
 /// Sends the next request if there is one, and brings the state up to date.
 void Client::Private::advance()
 {
+    EndedRequests cancelled;
     if (!underWay && connection.phase() == Connection::Phase::Idle) {
-        if (!queue.isEmpty()) {
-            if (connection.hasStrayBytes()) {
-                connection.close(false);
-                lose(Client::tr("The server sent bytes that no request asked for."));
-                return;
-            }
+        if (!queue.isEmpty() && connection.hasStrayBytes()) {
+            connection.close(false);
+            lose(Client::tr("The server sent bytes that no request asked for."));
+            return;
+        }
+        while (!queue.isEmpty() && !underWay) {
             auto [key, request] = queue.takeFirst();
-            send(key, std::move(request));
+            if (request.isCancelled())
+                cancelled.emplace_back(request, Reply());
+            else
+                send(key, std::move(request));
         }
         state = underWay ? State::Busy : State::Ready;
     }
     arm();
-    announce();
+    const QPointer<Client> alive(&q);
+    finishAll(std::move(cancelled));
+    if (alive)
+        announce();
 }
 
 void Client::Private::send(RequestKey key, Request request)
@@ -361,6 +395,8 @@ void Client::Private::onTimer()
     }
     const QPointer<Client> alive(&q);
     finishAll(std::move(expired));
+    if (alive && now >= lookDue)
+        lookForCancelled(now);
     if (alive && !expireUnderWay(now) && alive)
         expirePhase(now);
     if (alive)
@@ -409,7 +445,7 @@ void Client::Private::expirePhase(Clock::time_point now)
 
 Clock::time_point Client::Private::nextDue() const
 {
-    Clock::time_point due = std::min(queue.nextDue(), phaseDue);
+    Clock::time_point due = std::min({ queue.nextDue(), phaseDue, lookDue });
     if (underWay)
         due = std::min({ due, underWay->request.due, after(underWay->lastByte, underWay->request.options.silence) });
     else if (state == State::Ready)

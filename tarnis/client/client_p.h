@@ -45,6 +45,7 @@ public:
     std::optional<Reply> localReply(const QString& text) const;
     QString addressProblem() const;
     void watch(Request& request, RequestKey key);
+    void lookForCancelled(Clock::time_point now);
     void startAttempt();
     void advance();
     void send(RequestKey key, Request request);
@@ -78,6 +79,7 @@ public:
     QByteArray greeting;
     int failures = 0; ///< in a row, without a reply in between
     Clock::time_point phaseDue = never; ///< of Connecting, Greeting and Reconnecting
+    Clock::time_point lookDue = never; ///< when requests are looked through for cancelled ones
     Clock::time_point lastExchange; ///< an idle connection's keep-alive counts from here
     QBasicTimer timer;
     Clock::time_point armed = never; ///< when the timer fires; it may be early, never late

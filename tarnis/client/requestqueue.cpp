@@ -71,11 +71,26 @@ std::vector<Request> RequestQueue::takeExpired(Clock::time_point now)
     for (auto deadline = m_deadlines.begin(); deadline != m_deadlines.end() && deadline->first <= now; ++deadline)
         keys.push_back(deadline->second);
     std::ranges::sort(keys);
-    std::vector<Request> expired;
-    expired.reserve(keys.size());
+    return take(keys);
+}
+
+std::vector<Request> RequestQueue::takeCancelled()
+{
+    std::vector<RequestKey> keys;
+    for (const auto& [key, request] : m_requests) {
+        if (request.isCancelled())
+            keys.push_back(key);
+    }
+    return take(keys);
+}
+
+std::vector<Request> RequestQueue::take(const std::vector<RequestKey>& keys)
+{
+    std::vector<Request> requests;
+    requests.reserve(keys.size());
     for (const RequestKey& key : keys)
-        expired.push_back(*take(key));
-    return expired;
+        requests.push_back(*take(key));
+    return requests;
 }
 
 std::vector<Request> RequestQueue::takeAll()

@@ -39,8 +39,11 @@ struct Request {
     Clock::time_point due = never; ///< the deadline
     /// Nothing for a keep-alive, or once the request has ended while the server still owes the reply.
     std::optional<QPromise<Reply>> promise;
-    /// Reports that the caller has cancelled the future.
+    /// Reports that the caller has cancelled the future. Only requests that wait for long have one.
     std::unique_ptr<QFutureWatcher<Reply>> watcher;
+
+    /// The caller has cancelled the future.
+    bool isCancelled() const { return promise && promise->isCanceled(); }
 };
 
 /// A request that has ended, and how. Separate from the queue: its continuations may do anything to the client.
@@ -72,8 +75,17 @@ public:
     /// All whose deadline has passed, in the order of their places.
     std::vector<Request> takeExpired(Clock::time_point now);
     std::vector<Request> takeAll();
+    /// All whose future the caller has cancelled, in the order of their places.
+    std::vector<Request> takeCancelled();
+    /// Calls `visit` with each key and request, in order.
+    template <typename Visit> void forEach(const Visit& visit)
+    {
+        for (auto& [key, request] : m_requests)
+            visit(key, request);
+    }
 
 private:
+    std::vector<Request> take(const std::vector<RequestKey>& keys);
     std::map<RequestKey, Request> m_requests;
     std::set<std::pair<Clock::time_point, RequestKey>> m_deadlines; ///< of those that have one
 };

@@ -1121,6 +1121,45 @@
     </message>
 </context>
 <context>
+    <name>tarnis::SettingsModel</name>
+    <message>
+        <source>A setting cannot hold control characters.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is outside of Latin-1 and cannot be sent.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The connection to the server was closed.</source>
+        <translation type="unfinished">Die Verbindung zum Server wurde geschlossen.</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation type="unfinished">Name</translation>
+    </message>
+    <message>
+        <source>Value here</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>On the server</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The name of a setting must be one word.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>A setting cannot hold a colon, which separates its name from its value.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The value holds several spaces in a row, of which the server would keep one.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>tarnis::Spe</name>
     <message>
         <source>it has no section $DATA: it is not a spectrum in the .spe format, or incomplete</source>
