@@ -1124,11 +1124,11 @@
     <name>tarnis::SettingsModel</name>
     <message>
         <source>A setting cannot hold control characters.</source>
-        <translation type="unfinished"></translation>
+        <translation>Eine Einstellung kann keine Steuerzeichen enthalten.</translation>
     </message>
     <message>
         <source>&quot;%1&quot; is outside of Latin-1 and cannot be sent.</source>
-        <translation type="unfinished"></translation>
+        <translation>„%1“ liegt außerhalb von Latin-1 und kann nicht gesendet werden.</translation>
     </message>
     <message>
         <source>The connection to the server was closed.</source>
@@ -1140,23 +1140,23 @@
     </message>
     <message>
         <source>Value here</source>
-        <translation type="unfinished"></translation>
+        <translation>Wert hier</translation>
     </message>
     <message>
         <source>On the server</source>
-        <translation type="unfinished"></translation>
+        <translation>Auf dem Server</translation>
     </message>
     <message>
         <source>The name of a setting must be one word.</source>
-        <translation type="unfinished"></translation>
+        <translation>Der Name einer Einstellung muss ein einzelnes Wort sein.</translation>
     </message>
     <message>
         <source>A setting cannot hold a colon, which separates its name from its value.</source>
-        <translation type="unfinished"></translation>
+        <translation>Eine Einstellung kann keinen Doppelpunkt enthalten; er trennt ihren Namen vom Wert.</translation>
     </message>
     <message>
         <source>The value holds several spaces in a row, of which the server would keep one.</source>
-        <translation type="unfinished"></translation>
+        <translation>Der Wert enthält mehrere Leerzeichen hintereinander, von denen der Server nur eines behielte.</translation>
     </message>
 </context>
 <context>
