@@ -130,14 +130,14 @@ void MainWindow::connectActions()
 
 void MainWindow::addWindowActions()
 {
-    for (const WindowEntry& entry : std::as_const(m_entries)) {
+    for (const WindowEntry& entry : m_entries) {
         QAction* action = ui->windowsMenu->addAction(entry.menuText);
         action->setObjectName(entry.id);
         if (m_windowActions.size() < 9)
             action->setShortcut(QKeySequence(Qt::CTRL | Qt::Key(Qt::Key_1 + int(m_windowActions.size()))));
         else
             action->setShortcut(QKeySequence(entry.shortcut));
-        connect(action, &QAction::triggered, this, [this, &entry] { openWindow(entry); });
+        connect(action, &QAction::triggered, this, [this, id = entry.id] { openWindow(id); });
         m_windowActions.append(action);
     }
     ui->windowsMenu->addSeparator();
@@ -164,7 +164,7 @@ QWidget* MainWindow::openWindow(const WindowEntry& entry)
 
 void MainWindow::openWindow(const QString& id)
 {
-    for (const WindowEntry& entry : std::as_const(m_entries)) {
+    for (const WindowEntry& entry : m_entries) {
         if (entry.id == id)
             openWindow(entry);
     }
@@ -473,12 +473,10 @@ void MainWindow::changeEvent(QEvent* event)
 void MainWindow::setTexts()
 {
     ui->retranslateUi(this);
-    const QList<WindowEntry> translated = windowEntries();
-    for (qsizetype i = 0; i < m_entries.size(); ++i) {
-        m_entries[i].menuText = translated.at(i).menuText;
-        m_entries[i].title = translated.at(i).title;
-        m_entries[i].help = translated.at(i).help;
-        m_windowActions.at(i)->setText(translated.at(i).menuText);
+    std::vector<WindowEntry> translated = windowEntries();
+    for (std::size_t i = 0; i < m_entries.size(); ++i) {
+        m_windowActions.at(qsizetype(i))->setText(translated[i].menuText);
+        m_entries[i] = std::move(translated[i]);
     }
     updateControls();
 }

@@ -48,7 +48,7 @@ public:
     QWidget* openWindow(const WindowEntry& entry);
     /// Why the window of the entry cannot be opened now, in words; empty if it can.
     QString refusal(const WindowEntry& entry) const;
-    const QList<WindowEntry>& entries() const { return m_entries; }
+    const std::vector<WindowEntry>& entries() const { return m_entries; }
     OpenWindows& windows() { return *m_windows; }
     ServerHistograms& histograms() { return *m_histograms; }
     HistogramWindowUpdater& follower() { return *m_follower; }
@@ -90,7 +90,7 @@ protected:
     CommandPanel* m_commandPanel;
     SettingsPanel* m_settingsPanel;
     StatusPoller* m_stateWatch;
-    QList<WindowEntry> m_entries;
+    std::vector<WindowEntry> m_entries; ///< never grows: open windows refer to their entries
     QList<QAction*> m_windowActions; ///< one for each entry
     QList<QAction*> m_openActions; ///< the open windows as the menu last showed them
     OpenWindows* m_windows;

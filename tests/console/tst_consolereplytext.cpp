@@ -1,6 +1,6 @@
 // Replies as the console shows them.
 #include "app/language.h"
-#include "command/replytext.h"
+#include "server/replytext.h"
 
 #include <QTest>
 

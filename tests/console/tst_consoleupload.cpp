@@ -1,5 +1,5 @@
 // Files to the server and from it by the command line: every byte, the name as it is, nothing overwritten unasked.
-#include "command/replytext.h"
+#include "server/replytext.h"
 #include "console/consolefixture.h"
 
 #include <QCheckBox>

@@ -720,7 +720,7 @@ private Q_SLOTS:
         server.answer("stat", { Step::text("OK:\na: 1\n") });
         server.answer("setting", { Step::text("OK:\nb: 2\n") });
         ConsoleFixture desk;
-        QVERIFY(!desk.window->openWindow(desk.window->entries().first()));
+        QVERIFY(!desk.window->openWindow(desk.window->entries().front()));
         desk.use(server);
         QVERIFY(desk.reaches(ServerState::Up));
         for (const WindowEntry& entry : desk.window->entries()) {

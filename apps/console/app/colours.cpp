@@ -36,18 +36,9 @@ QColor quietText(const QPalette& palette)
     return isDark(palette) ? QColor(0xb0b0b0) : QColor(0x5c5c5c);
 }
 
-QColor noticeGround(const QPalette& palette, Notice::Severity severity)
+QColor tintedWindow(const QPalette& palette, const QColor& tint, double share)
 {
-    const QColor ground = palette.color(QPalette::Window);
-    switch (severity) {
-    case Notice::Severity::Failure:
-        return mixed(ground, QColor(0xd93025), 0.22);
-    case Notice::Severity::Warning:
-        return mixed(ground, QColor(0xf9ab00), 0.25);
-    case Notice::Severity::Information:
-        break;
-    }
-    return mixed(ground, QColor(0x1a73e8), 0.15);
+    return mixed(palette.color(QPalette::Window), tint, share);
 }
 
 QPixmap lampPicture(Lamp lamp, int size, qreal devicePixelRatio)

@@ -1,8 +1,6 @@
 // Colours that stay readable on a light and on a dark desktop, made from the palette in use.
 #pragma once
 
-#include "notices/notice.h"
-
 #include <QColor>
 #include <QPalette>
 
@@ -20,8 +18,8 @@ QColor goodText(const QPalette& palette);
 QColor badText(const QPalette& palette);
 QColor quietText(const QPalette& palette);
 
-/// The palette's window colour with a tint of the severity.
-QColor noticeGround(const QPalette& palette, Notice::Severity severity);
+/// The palette's window colour with a share (0 to 1) of another colour.
+QColor tintedWindow(const QPalette& palette, const QColor& tint, double share);
 
 /// A lamp of `size` pixels. Each has a shape of its own, so that nobody depends on the colour.
 QPixmap lampPicture(Lamp lamp, int size, qreal devicePixelRatio);

@@ -1,6 +1,6 @@
 #include "browse/pathwindows.h"
 
-#include "command/replytext.h"
+#include "server/replytext.h"
 #include "server/commandchannel.h"
 #include "server/servercontroller.h"
 #include "windows/window.h"

@@ -2,7 +2,7 @@
 // it is back, and do not block when they close.
 #pragma once
 
-#include "histograms/chooserguide.h"
+#include "windows/chooserguide.h"
 #include "server/sessionrecovery.h"
 
 #include <tarnis/dialogs/selectdirectorydialog.h>

@@ -4,7 +4,7 @@
 #include "app/words.h"
 #include "browse/pathwindows.h"
 #include "command/commandpanel.h"
-#include "command/replytext.h"
+#include "server/replytext.h"
 #include "server/commandchannel.h"
 #include "server/servercontroller.h"
 #include "ui_runswindow.h"

@@ -2,7 +2,7 @@
 
 #include "app/availability.h"
 #include "browse/pathwindows.h"
-#include "command/replytext.h"
+#include "server/replytext.h"
 #include "server/commandchannel.h"
 #include "server/servercontroller.h"
 #include "ui_servertext.h"

@@ -2,7 +2,7 @@
 
 #include "app/availability.h"
 #include "command/history.h"
-#include "command/replytext.h"
+#include "server/replytext.h"
 #include "command/uploader.h"
 #include "server/servercontroller.h"
 #include "ui_commandpanel.h"

@@ -1,7 +1,7 @@
 // The record of commands and replies, as a person reads it.
 #pragma once
 
-#include "command/replytext.h"
+#include "server/replytext.h"
 
 #include <QPlainTextEdit>
 #include <QTextCursor>

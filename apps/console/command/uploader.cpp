@@ -1,6 +1,6 @@
 #include "command/uploader.h"
 
-#include "command/replytext.h"
+#include "server/replytext.h"
 #include "server/servercontroller.h"
 
 #include <QFile>

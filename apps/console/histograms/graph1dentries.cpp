@@ -3,7 +3,6 @@
 #include "histograms/histogramlist.h"
 #include "histograms/livewindows.h"
 #include "histograms/serverhistograms.h"
-#include "tour/histogramsteps.h"
 #include "windows/window.h"
 
 #include <functional>
@@ -106,31 +105,49 @@ WindowEntry entryOf(WindowEntry entry, const QString& histogram, CurvesRequest (
 
 WindowEntry rowsEntry()
 {
-    return entryOf({ QStringLiteral("curves"), Windows::tr("&Arrival Times"), Windows::tr("Arrival Times"),
-                       Windows::tr("The arrival times of each module, live"), {}, driveRows },
+    return entryOf(
+        {
+            .id = QStringLiteral("curves"),
+            .menuText = Windows::tr("&Arrival Times"),
+            .title = Windows::tr("Arrival Times"),
+            .help = Windows::tr("The arrival times of each module, live"),
+        },
         QStringLiteral("time"), rowsRequest);
 }
 
 WindowEntry pairsEntry()
 {
-    return entryOf({ QStringLiteral("pairs"), Windows::tr("Arrival Times, A&ll Modules"),
-                       Windows::tr("Arrival Times, All Modules"),
-                       Windows::tr("The sum of all modules, live; the server tells the axis"), {}, drivePairs },
+    return entryOf(
+        {
+            .id = QStringLiteral("pairs"),
+            .menuText = Windows::tr("Arrival Times, A&ll Modules"),
+            .title = Windows::tr("Arrival Times, All Modules"),
+            .help = Windows::tr("The sum of all modules, live; the server tells the axis"),
+        },
         QStringLiteral("total"), pairsRequest);
 }
 
 WindowEntry singleRowEntry()
 {
     return entryOf(
-        { QStringLiteral("single-row"), Windows::tr("&Position of Module 0"), Windows::tr("Position, Module 0"),
-            Windows::tr("Where the events of one module are, live"), {}, driveSingleRow },
+        {
+            .id = QStringLiteral("single-row"),
+            .menuText = Windows::tr("&Position of Module 0"),
+            .title = Windows::tr("Position, Module 0"),
+            .help = Windows::tr("Where the events of one module are, live"),
+        },
         QStringLiteral("position"), singleRowRequest);
 }
 
 WindowEntry spectrumEntry()
 {
-    return entryOf({ QStringLiteral("spectrum"), Windows::tr("&Measured Spectrum"), Windows::tr("Measured Spectrum"),
-                       Windows::tr("The spectrum that the server was given with --spectrum"), {}, driveSpectrum },
+    return entryOf(
+        {
+            .id = QStringLiteral("spectrum"),
+            .menuText = Windows::tr("&Measured Spectrum"),
+            .title = Windows::tr("Measured Spectrum"),
+            .help = Windows::tr("The spectrum that the server was given with --spectrum"),
+        },
         QStringLiteral("spectrum"), spectrumRequest);
 }
 

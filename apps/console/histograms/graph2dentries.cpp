@@ -3,7 +3,6 @@
 #include "histograms/histogramlist.h"
 #include "histograms/livewindows.h"
 #include "histograms/serverhistograms.h"
-#include "tour/histogramsteps.h"
 #include "windows/window.h"
 
 #include <tarnis/plots/xy2dgraphwidget.h>
@@ -57,7 +56,6 @@ WindowEntry mapEntry()
         .title = Windows::tr("Image"),
         .help = Windows::tr("The events by place, live"),
         .open = openMap,
-        .tour = driveMap,
         .histogram = QStringLiteral("image") };
 }
 

@@ -1,7 +1,7 @@
 #include "histograms/histogramchooser.h"
 
 #include "app/availability.h"
-#include "command/replytext.h"
+#include "server/replytext.h"
 #include "histograms/histogramwindowupdater.h"
 #include "histograms/serverhistograms.h"
 #include "server/commandchannel.h"

@@ -1,7 +1,7 @@
 #include "histograms/livewindows.h"
 
 #include "app/availability.h"
-#include "command/replytext.h"
+#include "server/replytext.h"
 #include "histograms/replyfit.h"
 #include "server/commandchannel.h"
 #include "server/servercontroller.h"

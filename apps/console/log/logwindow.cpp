@@ -1,7 +1,7 @@
 #include "log/logwindow.h"
 
 #include "app/availability.h"
-#include "command/replytext.h"
+#include "server/replytext.h"
 #include "ui_logwindow.h"
 
 #include <tarnis/foundation/helpers.h>

@@ -53,6 +53,19 @@ QStyle::StandardPixmap severityIcon(Notice::Severity severity)
 
 } // namespace
 
+QColor noticeGround(const QPalette& palette, Notice::Severity severity)
+{
+    switch (severity) {
+    case Notice::Severity::Failure:
+        return tintedWindow(palette, QColor(0xd93025), 0.22);
+    case Notice::Severity::Warning:
+        return tintedWindow(palette, QColor(0xf9ab00), 0.25);
+    case Notice::Severity::Information:
+        break;
+    }
+    return tintedWindow(palette, QColor(0x1a73e8), 0.15);
+}
+
 NoticeBar::NoticeBar(QWidget* parent)
     : QFrame(parent)
     , ui(std::make_unique<Ui::NoticeBar>())

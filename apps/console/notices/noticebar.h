@@ -13,6 +13,9 @@ class NoticeBar;
 
 namespace console {
 
+/// The palette's window colour with a tint of the severity.
+QColor noticeGround(const QPalette& palette, Notice::Severity severity);
+
 /// Hidden while there is nothing to say.
 class NoticeBar : public QFrame {
     Q_OBJECT

@@ -1,6 +1,6 @@
 #include "server/servercontroller.h"
 
-#include "command/replytext.h"
+#include "server/replytext.h"
 #include "server/statustext.h"
 
 #include <tarnis/server/sessionend.h>

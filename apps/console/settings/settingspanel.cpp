@@ -1,7 +1,7 @@
 #include "settings/settingspanel.h"
 
 #include "app/availability.h"
-#include "command/replytext.h"
+#include "server/replytext.h"
 #include "server/servercontroller.h"
 #include "settings/addsettingdialog.h"
 #include "settings/settingsmodel.h"

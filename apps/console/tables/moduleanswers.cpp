@@ -1,6 +1,6 @@
 #include "tables/moduleanswers.h"
 
-#include "command/replytext.h"
+#include "server/replytext.h"
 
 #include <tarnis/server/tarniscmd.h>
 

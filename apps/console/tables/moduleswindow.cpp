@@ -1,7 +1,7 @@
 #include "tables/moduleswindow.h"
 
 #include "app/availability.h"
-#include "command/replytext.h"
+#include "server/replytext.h"
 #include "server/commandchannel.h"
 #include "server/servercontroller.h"
 #include "tables/tabledialog.h"

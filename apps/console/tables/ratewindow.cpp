@@ -1,7 +1,7 @@
 #include "tables/ratewindow.h"
 
 #include "app/words.h"
-#include "command/replytext.h"
+#include "server/replytext.h"
 #include "server/commandchannel.h"
 #include "server/servercontroller.h"
 #include "ui_ratewindow.h"

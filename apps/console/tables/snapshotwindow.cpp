@@ -2,7 +2,7 @@
 
 #include "app/availability.h"
 #include "app/words.h"
-#include "command/replytext.h"
+#include "server/replytext.h"
 #include "server/commandchannel.h"
 #include "server/servercontroller.h"
 #include "tables/tabledialog.h"

@@ -3,6 +3,7 @@
 #include "tour/histogramsteps.h"
 #include "tour/tourhelpers.h"
 #include "tour/uidriver.h"
+#include "tour/windowsteps.h"
 
 #include <tarnis/dialogs/graph1ddialog.h>
 #include <tarnis/dialogs/selectcheckeddialog.h>

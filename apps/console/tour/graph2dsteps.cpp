@@ -1,6 +1,7 @@
 // What the tour does with the live 2D window.
 #include "tour/histogramsteps.h"
 #include "tour/uidriver.h"
+#include "tour/windowsteps.h"
 
 #include <tarnis/dialogs/graph2ddialog.h>
 #include <tarnis/plots/colorbarwidget.h>

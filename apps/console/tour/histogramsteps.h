@@ -30,10 +30,4 @@ void printToPdf(UiDriver& driver, XYGraphWidget& plot, const QString& fileName);
 /// Number of lines of a text file.
 qsizetype linesOf(const QString& path);
 
-void driveRows(UiDriver& driver, QWidget& window);
-void drivePairs(UiDriver& driver, QWidget& window);
-void driveSingleRow(UiDriver& driver, QWidget& window);
-void driveSpectrum(UiDriver& driver, QWidget& window);
-void driveMap(UiDriver& driver, QWidget& window);
-
 } // namespace console

@@ -2,10 +2,10 @@
 #pragma once
 
 #include <QCoreApplication>
-#include <QList>
 #include <QString>
 
 #include <functional>
+#include <vector>
 
 class QSettings;
 class QWidget;
@@ -15,7 +15,6 @@ namespace console {
 class CommandPanel;
 class HistogramWindowUpdater;
 class OpenWindows;
-class UiDriver;
 class ServerController;
 class ServerHistograms;
 class CommandChannel;
@@ -43,9 +42,7 @@ struct WindowEntry {
     QString title;
     QString help;
     /// Makes the window; it deletes itself when it is closed. The server is connected if the window needs one.
-    std::function<QWidget*(const WindowContext&)> open;
-    /// Drives the open window as a user would; throws TourFailure when it does not behave.
-    std::function<void(UiDriver&, QWidget&)> tour;
+    std::function<QWidget*(const WindowContext&)> open = {};
     /// Why the window cannot be opened now although the server is connected, in words; empty if it can.
     std::function<QString(const ServerController&)> refusal = {};
     bool needsServer = true;
@@ -54,7 +51,7 @@ struct WindowEntry {
 };
 
 /// In the order of the menu.
-QList<WindowEntry> windowEntries();
+std::vector<WindowEntry> windowEntries();
 
 WindowEntry rowsEntry();
 WindowEntry pairsEntry();

@@ -1,6 +1,6 @@
 #include "windows/windowaccess.h"
 
-#include "histograms/colourbarmenu.h"
+#include "windows/colourbarmenu.h"
 #include "windows/plotkeys.h"
 
 #include <tarnis/dialogs/selectcheckeddialog.h>

@@ -2,7 +2,7 @@
 
 namespace console {
 
-QList<WindowEntry> windowEntries()
+std::vector<WindowEntry> windowEntries()
 {
     return { rowsEntry(), pairsEntry(), singleRowEntry(), spectrumEntry(), mapEntry(), statisticsEntry(),
         basePathEntry(), serverFilesEntry(), statSnapshotEntry(), settingSnapshotEntry(), modulesEntry(), rateEntry(),

@@ -1,13 +1,17 @@
-// Commands to the readout modules, and the event rate over time.
+// The windows of tables: statistics, snapshots, answers of the modules, and the event rate.
 #include "mainwindow.h"
 #include "tables/moduleswindow.h"
 #include "tables/ratewindow.h"
+#include "tables/snapshotwindow.h"
+#include "tour/histogramsteps.h"
 #include "tour/tourhelpers.h"
-#include "windows/window.h"
+#include "tour/windowsteps.h"
 
+#include <tarnis/dialogs/statdialog.h>
 #include <tarnis/plots/vectorgraphwidget.h>
 
 #include <QComboBox>
+#include <QDialogButtonBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -32,6 +36,39 @@ void sendTo(UiDriver& driver, QWidget& window, const QString& target, const QStr
     driver.click(driver.find<QPushButton>(window, "sendButton"));
     driver.waitUntil(QStringLiteral("%1 is answered").arg(command),
         [&] { return !driver.find<QPushButton>(window, "giveUpButton").isEnabled(); });
+}
+
+} // namespace
+
+void driveStatistics(UiDriver& driver, QWidget& window)
+{
+    QTableWidget& table = *static_cast<StatDialog&>(window).table();
+    driver.waitUntil(QStringLiteral("the statistics are on show"), [&] { return table.rowCount() > 0; });
+    driver.picture(window, QStringLiteral("table"));
+    const QString path = saveBy(driver, QStringLiteral("statistics.csv"),
+        [&] { driver.click(*driver.find<QDialogButtonBox>(window, "buttonBox").button(QDialogButtonBox::Save)); });
+    driver.expect(linesOf(path) > 1, QStringLiteral("the file has a line for each value"));
+}
+
+void driveSnapshot(UiDriver& driver, QWidget& window)
+{
+    QTableWidget& table = *static_cast<SnapshotWindow&>(window).table();
+    driver.waitUntil(QStringLiteral("the snapshot shows values"), [&] { return table.rowCount() > 0; });
+    driver.picture(window, QStringLiteral("values"));
+
+    const int all = table.rowCount();
+    const QString name = table.item(0, 0)->text();
+    driver.type(driver.find<QLineEdit>(window, "filterEdit"), name);
+    driver.expect(
+        table.rowCount() >= 1 && table.rowCount() < all, QStringLiteral("the filter leaves some of the rows"));
+    driver.picture(window, QStringLiteral("filtered"));
+
+    driver.clearText(driver.find<QLineEdit>(window, "filterEdit"));
+    driver.click(driver.find<QWidget>(window, "refreshButton"));
+    driver.waitUntil(QStringLiteral("the refresh is answered"),
+        [&] { return driver.find<QWidget>(window, "refreshButton").isEnabled(); });
+    driver.expect(table.rowCount() == all, QStringLiteral("the refreshed snapshot shows all values"));
+    driver.picture(window, QStringLiteral("refreshed"));
 }
 
 void driveModules(UiDriver& driver, QWidget& window)
@@ -68,24 +105,6 @@ void driveRate(UiDriver& driver, QWidget& window)
     driver.click(driver.find<QPushButton>(window, "clearButton"));
     driver.expect(rate.count() <= 1, QStringLiteral("the curve begins anew"));
     ask(driver, console, QStringLiteral("stop"));
-}
-
-} // namespace
-
-WindowEntry modulesEntry()
-{
-    return { QStringLiteral("modules"), Windows::tr("Sen&d to Modules"), Windows::tr("Send to Modules"),
-        Windows::tr("A command for all readout modules, a family, one or several"),
-        [](const WindowContext& context) -> QWidget* { return new ModulesWindow(context.controller, context.parent); },
-        driveModules, {}, true, QStringLiteral("Ctrl+Shift+M") };
-}
-
-WindowEntry rateEntry()
-{
-    return { QStringLiteral("rate"), Windows::tr("E&vent Rate"), Windows::tr("Event Rate"),
-        Windows::tr("The event rate over the last hour, once a second"),
-        [](const WindowContext& context) -> QWidget* { return new RateWindow(context.controller, context.parent); },
-        driveRate, {}, true, QStringLiteral("Ctrl+Shift+R") };
 }
 
 } // namespace console

@@ -1,13 +1,11 @@
-// The choice of the server's histograms, its runs, and the log file.
+// The windows of the server's folders, files, runs and texts.
 #include "browse/pathwindows.h"
-#include "browse/runswindow.h"
 #include "browse/servertext.h"
-#include "histograms/histogramchooser.h"
-#include "log/logwindow.h"
 #include "mainwindow.h"
+#include "server/servercontroller.h"
+#include "settings/settingspanel.h"
 #include "tour/uidriver.h"
-#include "windows/openwindows.h"
-#include "windows/window.h"
+#include "tour/windowsteps.h"
 
 #include <QAbstractButton>
 #include <QComboBox>
@@ -19,32 +17,68 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTableView>
-#include <QTemporaryDir>
 
 namespace console {
 
 namespace {
 
-void driveHistograms(UiDriver& driver, QWidget& window)
+/// Waits for the list and chooses an entry of it by a click.
+void chooseListed(UiDriver& driver, QWidget& window, const QString& text)
 {
-    auto& chooser = static_cast<HistogramChooser&>(window);
-    driver.waitUntil(QStringLiteral("the histograms are listed"), [&] { return chooser.count() > 0; });
-    driver.click(driver.find<QPushButton>(window, "buttonCheckAll"));
-    driver.picture(window, QStringLiteral("checked"));
-    auto& windows = *window.parentWidget()->findChild<OpenWindows*>();
-    const int chosen = chooser.count();
+    auto& list = driver.find<QListWidget>(window, "curDirListWidget");
+    driver.waitUntil(QStringLiteral("%1 is listed").arg(text),
+        [&] { return list.isEnabled() && !list.findItems(text, Qt::MatchExactly).isEmpty(); });
+    QListWidgetItem* const item = list.findItems(text, Qt::MatchExactly).constFirst();
+    list.scrollToItem(item);
+    driver.look(60); // until it is laid out
+    driver.clickAt(*list.viewport(), list.visualItemRect(item).center());
+}
+
+void pressOk(UiDriver& driver, QWidget& window)
+{
     driver.click(*driver.find<QDialogButtonBox>(window, "buttonBox").button(QDialogButtonBox::Ok));
-    driver.waitUntil(
-        QStringLiteral("a window opens for each of them"), [&] { return windows.onScreen().size() == chosen; });
-    auto& console = *qobject_cast<MainWindow*>(windows.parent());
-    driver.look(300); // a window manager gives them their frames
-    driver.choose(console, "tileAction");
-    driver.look(1200); // the first polls
-    driver.screen(windows.onScreen(), QStringLiteral("tiled"));
-    driver.choose(console, "cascadeAction");
-    driver.screen(windows.onScreen(), QStringLiteral("cascaded"));
-    driver.choose(console, "closeWindowsAction");
-    driver.waitUntil(QStringLiteral("all of them close"), [&] { return windows.onScreen().isEmpty(); });
+}
+
+} // namespace
+
+void driveBasePath(UiDriver& driver, QWidget& window)
+{
+    auto& console = *qobject_cast<MainWindow*>(window.parentWidget());
+    Tarnis& server = console.controller().tarnis();
+    const auto basePath = [&] { return server.GetSettingValue(QStringLiteral("basepath"), QString()); };
+    const QString before = basePath();
+    int answers = 0;
+    const QObject counter; // until the step has ended in any way
+    QObject::connect(&server, &Tarnis::onCmdReply, &counter,
+        [&answers](const QString& name) { answers += int(name == u"settingBasePathCmd"); });
+    chooseListed(driver, window, QStringLiteral("data/"));
+    driver.key(driver.find<QListWidget>(window, "curDirListWidget"), Qt::Key_Return);
+    const auto& folders = driver.find<QComboBox>(window, "dirComboBox");
+    driver.waitUntil(QStringLiteral("the folder is open"),
+        [&] { return folders.isEnabled() && folders.currentText().contains(QStringLiteral("data")); });
+    driver.picture(window, QStringLiteral("chosen"));
+    pressOk(driver, window);
+    driver.waitUntil(QStringLiteral("the folder is the base path"),
+        [&] { return answers == 1 && basePath().endsWith(QStringLiteral("/data")); });
+    driver.picture(console, QStringLiteral("set"));
+    server.SetBasePath(before, false);
+    // The steps behind this one list the server's own folder.
+    driver.waitUntil(QStringLiteral("the server has the base path of before"), [&] { return answers == 2; });
+    const auto& state = driver.find<QLabel>(console.settingsPanel(), "stateLabel");
+    driver.waitUntil(QStringLiteral("the settings are read again"),
+        [&] { return state.text() == SettingsPanel::tr("As on the server."); });
+}
+
+void driveServerFiles(UiDriver& driver, QWidget& window)
+{
+    auto& console = *qobject_cast<MainWindow*>(window.parentWidget());
+    chooseListed(driver, window, QStringLiteral("tour.txt")); // was uploaded by the tour
+    driver.picture(window, QStringLiteral("chosen"));
+    pressOk(driver, window);
+    auto& edit = driver.find<QLineEdit>(console, "commandEdit");
+    driver.expect(edit.text().startsWith(u'"') && edit.text().endsWith(u"/tour.txt\""),
+        QStringLiteral("the path is in the command line in quotation marks, not %1").arg(edit.text()));
+    driver.clearText(edit);
 }
 
 void driveRuns(UiDriver& driver, QWidget& window)
@@ -123,66 +157,6 @@ void driveServerText(UiDriver& driver, QWidget& window)
             driver.picture(box, QStringLiteral("unsaved"));
         driver.click(*box.button(answer));
     }
-}
-
-void driveLog(UiDriver& driver, QWidget& window)
-{
-    const QTemporaryDir directory;
-    QFile file(directory.filePath(QStringLiteral("server.log")));
-    auto& view = driver.find<QPlainTextEdit>(window, "view");
-    auto& edit = driver.find<QLineEdit>(window, "fileEdit");
-    const auto write = [&](const QByteArray& text) {
-        driver.expect(file.open(QIODevice::Append) && file.write(text) == text.size(),
-            QStringLiteral("a log file can be written"));
-        file.close();
-    };
-    for (int i = 0; i < 200; ++i)
-        write("12:00:00 line " + QByteArray::number(i) + '\n');
-    driver.clearText(edit);
-    driver.type(edit, file.fileName());
-    driver.key(edit, Qt::Key_Return);
-    driver.expect(view.toPlainText().contains(u"line 199"), QStringLiteral("the file is on show"));
-    write("12:00:01 the newest line\n");
-    driver.waitUntil(QStringLiteral("its growth is followed"), [&] { return view.toPlainText().contains(u"newest"); });
-    driver.picture(window, QStringLiteral("followed"));
-    driver.type(driver.find<QLineEdit>(window, "findEdit"), QStringLiteral("line 42"));
-    driver.click(driver.find<QPushButton>(window, "nextButton"));
-    driver.expect(view.textCursor().hasSelection(), QStringLiteral("text is found in it"));
-    driver.picture(window, QStringLiteral("found"));
-}
-
-} // namespace
-
-WindowEntry histogramsEntry()
-{
-    return { QStringLiteral("histograms"), Windows::tr("&Histograms..."), Windows::tr("Histograms"),
-        Windows::tr("Choose which of the server's histograms to open"),
-        [](const WindowContext& context) -> QWidget* { return new HistogramChooser(context); }, driveHistograms, {},
-        true, QStringLiteral("Ctrl+Shift+H") };
-}
-
-WindowEntry runsEntry()
-{
-    return { QStringLiteral("runs"), Windows::tr("&Runs"), Windows::tr("Runs"),
-        Windows::tr("The run directories of the server by prefix, run and date"),
-        [](const WindowContext& context) -> QWidget* { return new RunsWindow(context); }, driveRuns, {}, true,
-        QStringLiteral("Ctrl+Shift+L") };
-}
-
-WindowEntry serverTextEntry()
-{
-    return { QStringLiteral("server-text"), Windows::tr("Te&xt on the Server"), Windows::tr("Text on the Server[*]"),
-        Windows::tr("Open, edit and save a text file on the server's side"),
-        [](const WindowContext& context) -> QWidget* { return new ServerTextWindow(context); }, driveServerText, {},
-        true, QStringLiteral("Ctrl+Shift+X") };
-}
-
-WindowEntry logEntry()
-{
-    return { QStringLiteral("log"), Windows::tr("Lo&g File"), Windows::tr("Log File"),
-        Windows::tr("Follow a log file as it grows"),
-        [](const WindowContext& context) -> QWidget* { return new LogWindow(context.memory, context.parent); },
-        driveLog, {}, false, QStringLiteral("Ctrl+J") };
 }
 
 } // namespace console

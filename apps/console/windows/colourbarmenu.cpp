@@ -1,4 +1,4 @@
-#include "histograms/colourbarmenu.h"
+#include "windows/colourbarmenu.h"
 
 #include <QAction>
 #include <QCoreApplication>

@@ -1,4 +1,4 @@
-#include "command/replytext.h"
+#include "server/replytext.h"
 
 #include <tarnis/server/tarniscmd.h>
 

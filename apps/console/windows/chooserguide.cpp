@@ -1,4 +1,4 @@
-#include "histograms/chooserguide.h"
+#include "windows/chooserguide.h"
 
 #include "app/availability.h"
 

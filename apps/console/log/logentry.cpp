@@ -1,0 +1,19 @@
+#include "log/logwindow.h"
+#include "windows/window.h"
+
+namespace console {
+
+WindowEntry logEntry()
+{
+    return {
+        .id = QStringLiteral("log"),
+        .menuText = Windows::tr("Lo&g File"),
+        .title = Windows::tr("Log File"),
+        .help = Windows::tr("Follow a log file as it grows"),
+        .open = [](const WindowContext& context) -> QWidget* { return new LogWindow(context.memory, context.parent); },
+        .needsServer = false,
+        .shortcut = QStringLiteral("Ctrl+J"),
+    };
+}
+
+} // namespace console

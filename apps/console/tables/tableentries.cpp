@@ -1,0 +1,110 @@
+// The server's statistics, its two snapshots, commands to the readout modules, and the event rate over time.
+#include "histograms/livewindows.h"
+#include "server/servercontroller.h"
+#include "tables/moduleswindow.h"
+#include "tables/ratewindow.h"
+#include "tables/snapshotwindow.h"
+#include "windows/window.h"
+
+#include <tarnis/server/tarniscmds.h>
+
+namespace console {
+
+namespace {
+
+QWidget* openStatistics(const WindowContext& context)
+{
+    return new LiveStatistics(context, Windows::tr("Statistics"));
+}
+
+/// A snapshot whose names can be listed, not only asked for.
+template <typename Base> class Snapshot : public Base {
+public:
+    const QMap<QString, QString>& values() const { return this->m_values; }
+};
+
+template <typename Base> SnapshotWindow::Source source()
+{
+    return { [] { return new Snapshot<Base>; }, // the session takes it over
+        [](TarnisCmd& command, const QByteArray& reply) {
+            auto& snapshot = static_cast<Snapshot<Base>&>(command);
+            snapshot.onReply(reply);
+            QList<NameValue> values;
+            for (auto value = snapshot.values().cbegin(); value != snapshot.values().cend(); ++value) {
+                if (value.key() != u"OK") // the first line of an accepted command, no value
+                    values.append({ value.key(), value.value() });
+            }
+            return values;
+        } };
+}
+
+template <typename Base> QWidget* openSnapshot(const WindowContext& context)
+{
+    return new SnapshotWindow(context.controller, source<Base>(), context.parent);
+}
+
+} // namespace
+
+WindowEntry statisticsEntry()
+{
+    return {
+        .id = QStringLiteral("statistics"),
+        .menuText = Windows::tr("&Statistics"),
+        .title = Windows::tr("Statistics"),
+        .help = Windows::tr("What the server tells about itself, live"),
+        .open = openStatistics,
+    };
+}
+
+WindowEntry statSnapshotEntry()
+{
+    return {
+        .id = QStringLiteral("stat-snapshot"),
+        .menuText = Windows::tr("Stat S&napshot"),
+        .title = Windows::tr("Stat Snapshot"),
+        .help = Windows::tr("What the server tells about itself now"),
+        .open = openSnapshot<TarnisCmdStat>,
+    };
+}
+
+WindowEntry settingSnapshotEntry()
+{
+    return {
+        .id = QStringLiteral("setting-snapshot"),
+        .menuText = Windows::tr("S&etting Snapshot"),
+        .title = Windows::tr("Setting Snapshot"),
+        .help = Windows::tr("The settings that the server works with now"),
+        .open = openSnapshot<TarnisCmdSetting>,
+        .shortcut = QStringLiteral("Ctrl+0"),
+    };
+}
+
+WindowEntry modulesEntry()
+{
+    return {
+        .id = QStringLiteral("modules"),
+        .menuText = Windows::tr("Sen&d to Modules"),
+        .title = Windows::tr("Send to Modules"),
+        .help = Windows::tr("A command for all readout modules, a family, one or several"),
+        .open = [](const WindowContext& context) -> QWidget* {
+            return new ModulesWindow(context.controller, context.parent);
+        },
+        .shortcut = QStringLiteral("Ctrl+Shift+M"),
+    };
+}
+
+WindowEntry rateEntry()
+{
+    return {
+        .id = QStringLiteral("rate"),
+        .menuText = Windows::tr("E&vent Rate"),
+        .title = Windows::tr("Event Rate"),
+        .help = Windows::tr("The event rate over the last hour, once a second"),
+        .open = [](const WindowContext& context) -> QWidget* {
+            return new RateWindow(context.controller, context.parent);
+        },
+        .shortcut = QStringLiteral("Ctrl+Shift+R"),
+    };
+}
+
+} // namespace console
