@@ -3,6 +3,7 @@
 
 #include "tarnis/foundation/modalbox_p.h"
 #include "tarnis/plots/colorbarwidget.h"
+#include "tarnis/plots/math/binvalues_p.h"
 #include "tarnis/plots/math/floatcomparison_p.h"
 #include "tarnis/plots/raster/bincolouring_p.h"
 

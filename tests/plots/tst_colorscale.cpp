@@ -2,6 +2,7 @@
 #include "support/plot2doracle.h"
 #include "support/randomcases.h"
 #include "support/support.h"
+#include "tarnis/plots/math/binvalues_p.h"
 #include "tarnis/plots/raster/bincolouring_p.h"
 
 #include <QTest>

@@ -18,6 +18,26 @@ ALLOWED = {
     "plots": {"foundation", "peak"},
     "dialogs": {"foundation", "server", "client", "peak", "plots"},
 }
+# Rooms inside tarnis/plots: what else of that folder a room may include.
+PLOT_ROOMS = {
+    "math": {"math", "multivectorgraphwidget.h"},  # the header holds the record of a curve
+    "raster": {"math", "raster"},
+}
+# Headers that pure arithmetic has no use for.
+WIDGET_HEADERS = {"QWidget", "QPainter", "QPixmap", "QApplication", "QDialog"}
+# A room of apps/console may include itself and these. mainwindow.h and tour/ are for the root and for the tour.
+CONSOLE_ROOMS = {
+    "app": set(),
+    "notices": {"app"},
+    "server": {"app", "notices"},
+    "command": {"app", "notices", "server"},
+    "settings": {"app", "notices", "server"},
+    "windows": {"app", "notices", "server"},
+    "browse": {"app", "notices", "server", "command", "settings", "windows"},
+    "histograms": {"app", "notices", "server", "windows"},
+    "tables": {"app", "notices", "server", "windows", "histograms"},
+    "log": {"app", "notices", "server", "windows"},
+}
 # The one exception: a leaf that includes nothing of ours.
 LEAF = "tarnis/dialogs/selectcheckeddialog.h"
 LEAF_USER = "plots"
@@ -58,6 +78,37 @@ def leaf_faults(root):
                 yield f"{path.relative_to(root)}: {target}: this dialog includes nothing of the library"
 
 
+def plot_room_faults(root):
+    for room, may_include in PLOT_ROOMS.items():
+        for path in sources_of(root / "tarnis" / "plots" / room):
+            for target in included(path):
+                parts = target.split("/")
+                if target.startswith("tarnis/plots/") and parts[2] not in may_include:
+                    yield f"{path.relative_to(root)}: {target}: plots/{room} may not include it"
+                if room == "math" and target in WIDGET_HEADERS:
+                    yield f"{path.relative_to(root)}: {target}: plots/math has no widgets and paints nothing"
+
+
+def console_faults(root):
+    console = root / "apps" / "console"
+    for room, may_include in CONSOLE_ROOMS.items():
+        for path in sources_of(console / room):
+            for target in included(path):
+                other = target.split("/")[0]
+                is_ours = (console / target).exists() or other in CONSOLE_ROOMS or other == "tour"
+                if is_ours and other != room and other not in may_include:
+                    yield f"{path.relative_to(root)}: {target}: {room} may not include it"
+    for path in sorted(console.glob("*")):
+        if path.suffix in SOURCES and path.name != "main.cpp":
+            for target in included(path):
+                if target.startswith("tour/"):
+                    yield f"{path.relative_to(root)}: {target}: only main.cpp and the tour itself include the tour"
+
+
+def sources_of(folder):
+    return [path for path in sorted(folder.rglob("*")) if path.suffix in SOURCES]
+
+
 def outside_faults(root):
     """Programs and examples see what an installed package has; installed headers see installed headers only."""
     for top in ("apps", "examples"):
@@ -82,7 +133,9 @@ def is_installed(header):
 
 def main():
     root = pathlib.Path(sys.argv[1])
-    faults = [*library_faults(root), *leaf_faults(root), *outside_faults(root)]
+    faults = [
+        *library_faults(root), *leaf_faults(root), *plot_room_faults(root), *console_faults(root), *outside_faults(root)
+    ]
     print("\n".join(faults))
     print(f"{len(faults)} faults")
     return 1 if faults else 0

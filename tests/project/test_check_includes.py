@@ -51,6 +51,28 @@ class CheckIncludes(unittest.TestCase):
         self.write("tarnis/dialogs/selectcheckeddialog.cpp", '#include "tarnis/foundation/log.h"\n')
         self.assertIn("includes nothing of the library", self.faults())
 
+    def test_plot_rooms(self):
+        self.write("tarnis/plots/raster/a.cpp", '#include "tarnis/plots/math/a_p.h"\n#include <QPainter>\n')
+        self.assertEqual(self.faults(), "\n0 faults\n")
+        self.write("tarnis/plots/math/a.cpp", '#include "tarnis/plots/raster/a_p.h"\n#include <QPainter>\n')
+        faults = self.faults()
+        self.assertIn("plots/math may not include it", faults)
+        self.assertIn("plots/math has no widgets", faults)
+
+    def test_console_rooms(self):
+        self.write("apps/console/log/a.cpp", '#include "server/a.h"\n#include "ui_a.h"\n')
+        self.write("apps/console/tour/a.cpp", '#include "mainwindow.h"\n')
+        self.write("apps/console/main.cpp", '#include "tour/tour.h"\n')
+        self.assertEqual(self.faults(), "\n0 faults\n")
+        self.write("apps/console/mainwindow.h", "")
+        self.write("apps/console/log/a.cpp", '#include "mainwindow.h"\n')
+        self.assertIn("log may not include it", self.faults())
+        self.write("apps/console/log/a.cpp", '#include "histograms/a.h"\n')
+        self.assertIn("log may not include it", self.faults())
+        self.write("apps/console/log/a.cpp", "")
+        self.write("apps/console/mainwindow.cpp", '#include "tour/tour.h"\n')
+        self.assertIn("only main.cpp", self.faults())
+
     def test_private_header_outside(self):
         self.write("apps/console/main.cpp", "#include <tarnis/plots/ticks_p.h>\n")
         self.assertIn("not installed", self.faults())

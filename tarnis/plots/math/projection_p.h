@@ -4,7 +4,7 @@
 
 #include "tarnis/plots/math/axisticks_p.h"
 #include "tarnis/plots/math/bingeometry_p.h"
-#include "tarnis/plots/raster/bincolouring_p.h"
+#include "tarnis/plots/math/binvalues_p.h"
 
 #include <QPoint>
 #include <QString>

@@ -1,7 +1,7 @@
-// Bins turned into pixels, and the search for the least positive bin. Plain arrays in and out.
+// Bins turned into pixels. Plain arrays in and out.
 #pragma once
 
-#include "tarnis/plots/math/colorscale_p.h"
+#include "tarnis/plots/raster/colorscale_p.h"
 
 #include <QList>
 
@@ -9,13 +9,8 @@
 
 namespace tarnis {
 
-using BinRows = QList<QList<double>>;
-
 /// True if a bin counts as 0 within the plot tolerance and is not painted. By that rule an infinite one does too.
 bool isEmptyBin(double value);
-
-/// The smallest bin that is above 0 beyond the plot tolerance; 1.0 if none is smaller than that.
-double smallestPositiveBin(const BinRows& rows);
 
 /// Writes the places at which a pixel stands, in ascending order, and gives their number. `places` has room for
 /// `count` + placesBeyond entries.

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "tarnis/plots/math/bingeometry_p.h"
+#include "tarnis/plots/math/binvalues_p.h"
 #include "tarnis/plots/raster/bincolouring_avx2_p.h"
 #include "tarnis/plots/raster/bincolouring_p.h"
 

@@ -1,6 +1,7 @@
 // Painting the bins of a map.
 #pragma once
 
+#include "tarnis/plots/math/binvalues_p.h"
 #include "tarnis/plots/raster/mapcompositor_p.h"
 
 QT_BEGIN_NAMESPACE
