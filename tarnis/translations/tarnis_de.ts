@@ -1132,11 +1132,11 @@
     </message>
     <message>
         <source>The connection to the server was closed.</source>
-        <translation type="unfinished">Die Verbindung zum Server wurde geschlossen.</translation>
+        <translation>Die Verbindung zum Server wurde geschlossen.</translation>
     </message>
     <message>
         <source>Name</source>
-        <translation type="unfinished">Name</translation>
+        <translation>Name</translation>
     </message>
     <message>
         <source>Value here</source>
