@@ -147,6 +147,22 @@ bool showsStatistics()
     expect("four curves after all", [] { return curves() == 4; });
 }
 
+// As restart(); the plot is the host's own.
+[[maybe_unused]] void window()
+{
+    expect("the host's button", [] { return hostButton() != nullptr; });
+    QPushButton* const button = hostButton();
+    const auto* const text = button->window()->findChild<QLabel*>(QString(), Qt::FindDirectChildrenOnly);
+    auto* const plot = button->window()->findChild<MultiVectorGraphWidget*>();
+    expect("a curve", [&] { return plot->getValidDataCount() == 1; });
+    for (int round = 0; round < 2; ++round) {
+        expect("words for the loss",
+            [&] { return button->isEnabled() && text->text().endsWith(QLatin1String("Press Restart to go on.")); });
+        button->click();
+        expect("the server again", [&] { return text->text() == QLatin1String("The server is running."); });
+    }
+}
+
 void use()
 {
     try {
