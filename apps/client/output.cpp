@@ -48,6 +48,15 @@ Outcome print(const QJsonObject& object)
     return print(QJsonDocument(object).toJson(QJsonDocument::Compact) + '\n');
 }
 
+void prepareStreams()
+{
+    std::signal(SIGPIPE, SIG_IGN);
+    qInstallMessageHandler([](QtMsgType type, const QMessageLogContext& /*context*/, const QString& text) {
+        if (type == QtFatalMsg)
+            printError(text);
+    });
+}
+
 void printError(const QString& text)
 {
     QString line = text.trimmed();

@@ -15,6 +15,10 @@ Outcome print(const QByteArray& text);
 /// The object on one line.
 Outcome print(const QJsonObject& object);
 
+/// Prepares the standard streams: a closed pipe is an error of the write with an exit code of its own, and what Qt logs
+/// stays out of standard error, where scripts expect one line.
+void prepareStreams();
+
 /// "tarnis: ", the text with its line feeds as blanks, and a line feed, on standard error.
 void printError(const QString& text);
 

@@ -22,4 +22,8 @@ TARNIS_EXPORT QByteArray encodeCsv(const Dataset& data);
 /// name line and field.
 TARNIS_EXPORT DatasetResult decodeCsv(QByteArrayView text);
 
+/// The numbers with tabs between them, as spreadsheets take them from a clipboard: a line of names, then low and high
+/// edge of each bin and the value of each curve. A map is a matrix with the centres of x above and of y in front.
+TARNIS_EXPORT QString tableText(const Dataset& data);
+
 } // namespace tarnis

@@ -8,8 +8,8 @@ namespace tarnis {
 
 /// The two functions that the library of a format exports, under the names below.
 struct FormatModule {
-    EncodeResult (*encode)(const Dataset& data) = nullptr;
-    DatasetResult (*decode)(QByteArrayView bytes) = nullptr;
+    void (*encode)(const Dataset& data, EncodeResult& result) = nullptr;
+    void (*decode)(QByteArrayView bytes, DatasetResult& result) = nullptr;
     QString error; ///< why there are none
 };
 

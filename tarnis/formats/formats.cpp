@@ -25,13 +25,19 @@ QString unknownName()
 EncodeResult encodeHdf5(const Dataset& data)
 {
     const FormatModule module = loadHdf5Module();
-    return module.encode == nullptr ? EncodeResult { .bytes = {}, .error = module.error } : module.encode(data);
+    EncodeResult result { .bytes = {}, .error = module.error };
+    if (module.encode != nullptr)
+        module.encode(data, result);
+    return result;
 }
 
 DatasetResult decodeHdf5(QByteArrayView bytes)
 {
     const FormatModule module = loadHdf5Module();
-    return module.decode == nullptr ? DatasetResult { .data = {}, .error = module.error } : module.decode(bytes);
+    DatasetResult result { .data = {}, .error = module.error };
+    if (module.decode != nullptr)
+        module.decode(bytes, result);
+    return result;
 }
 
 } // namespace

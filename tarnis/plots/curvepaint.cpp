@@ -1,5 +1,6 @@
 #include "tarnis/plots/curvepaint_p.h"
 
+#include "tarnis/plots/exactdrawing_p.h"
 #include "tarnis/plots/raster/pixeltarget_p.h"
 
 #include <QPaintEngine>
@@ -138,6 +139,8 @@ SampleRange CurveDrawing::visited(qsizetype count) const
 
 void paintCurve(QPainter& painter, const SampleRun& samples, SampleRange range, const CurveDrawing& drawing)
 {
+    if (const ExactDevice* const device = exactDeviceBehind(painter))
+        return paintCurveExactly(painter, samples, range, drawing, *device);
     if (drawing.plotX)
         paintOn(painter, samples, range, *drawing.plotX, drawing);
     else

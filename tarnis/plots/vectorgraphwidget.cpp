@@ -4,6 +4,7 @@
 #include "tarnis/foundation/saving_p.h"
 #include "tarnis/peak/peaksearchdialog.h"
 #include "tarnis/plots/curvepaint_p.h"
+#include "tarnis/plots/exactdrawing_p.h"
 #include "tarnis/plots/math/csvtext_p.h"
 #include "tarnis/plots/math/peakcurve_p.h"
 
@@ -110,9 +111,13 @@ void VectorGraphWidget::onPaint(QPainter& painter, QRect const& graph)
 
     painter.setPen(Qt::white);
     const tarnis::SampleScale columns { view.first, view.pixelsPerSample, graph.left() };
-    tarnis::paintLines(painter,
-        tarnis::joinSamples({ m_data.constData(), 0 }, tarnis::wholeSamples(view.first, view.last, m_data.size()),
-            columns, rows, tarnis::mergingOn(painter)));
+    const tarnis::SampleRun samples { m_data.constData(), 0 };
+    const tarnis::SampleRange range = tarnis::wholeSamples(view.first, view.last, m_data.size());
+    if (const tarnis::ExactDevice* const device = tarnis::exactDeviceBehind(painter))
+        tarnis::paintCurveExactly(
+            painter, samples, range, { false, true, view.first, view.last, columns, {}, rows, {} }, *device);
+    else
+        tarnis::paintLines(painter, tarnis::joinSamples(samples, range, columns, rows, tarnis::mergingOn(painter)));
 
     if (!m_peaks.isEmpty()) {
         painter.setPen(Qt::red);

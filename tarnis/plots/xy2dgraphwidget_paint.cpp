@@ -2,6 +2,7 @@
 #include "tarnis/plots/xy2dgraphwidget.h"
 
 #include "tarnis/plots/colorbarwidget.h"
+#include "tarnis/plots/exactdrawing_p.h"
 #include "tarnis/plots/raster/mappainter_p.h"
 #include "tarnis/plots/xy2dgraphwidget_p.h"
 
@@ -30,7 +31,10 @@ void XY2DGraphWidget::onPaint(QPainter& painter, QRect const& graph)
         return;
     const tarnis::BinView view { graph, tarnis::visibleBins(binAxisX(), graph.width(), columnCount()),
         tarnis::visibleBins(binAxisY(), graph.height(), m_data.size()) };
-    m_map->paint(painter, view, m_data, colorScale());
+    if (tarnis::exactDeviceBehind(painter) != nullptr)
+        tarnis::paintMapExactly(painter, view, m_data, colorScale());
+    else
+        m_map->paint(painter, view, m_data, colorScale());
     paintPoints(painter, graph);
 }
 

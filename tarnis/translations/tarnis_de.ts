@@ -947,6 +947,69 @@
     </message>
 </context>
 <context>
+    <name>tarnis::Hdf5</name>
+    <message>
+        <source>&apos;counts&apos; has %1 dimensions: save one or two of them</source>
+        <translation>„counts“ hat %1 Dimensionen: eine oder zwei davon speichern</translation>
+    </message>
+    <message>
+        <source>&apos;counts&apos; is empty: save an array with values</source>
+        <translation>„counts“ ist leer: ein Feld mit Werten speichern</translation>
+    </message>
+    <message>
+        <source>&apos;counts&apos; has more than %1 values: save a part of it</source>
+        <translation>„counts“ hat mehr als %1 Werte: einen Teil davon speichern</translation>
+    </message>
+    <message>
+        <source>&apos;counts&apos; announces more values than the file holds: it is damaged, copy it again</source>
+        <translation>„counts“ kündigt mehr Werte an, als die Datei enthält: sie ist beschädigt, erneut kopieren</translation>
+    </message>
+    <message>
+        <source>&apos;%1&apos; does not hold real numbers</source>
+        <translation>„%1“ enthält keine reellen Zahlen</translation>
+    </message>
+    <message>
+        <source>&apos;%1&apos; cannot be read: the file is damaged, copy it again</source>
+        <translation>„%1“ ist nicht lesbar: die Datei ist beschädigt, erneut kopieren</translation>
+    </message>
+    <message>
+        <source>the group has no dataset &apos;%1&apos;: restore the file</source>
+        <translation>die Gruppe hat keinen Datensatz „%1“: die Datei wiederherstellen</translation>
+    </message>
+    <message>
+        <source>the file has no dataset of numbers</source>
+        <translation>die Datei hat keinen Datensatz mit Zahlen</translation>
+    </message>
+    <message>
+        <source>the axis &apos;%1&apos; does not fit %2 bins: restore the file</source>
+        <translation>die Achse „%1“ passt nicht zu %2 Bins: die Datei wiederherstellen</translation>
+    </message>
+    <message>
+        <source>the file has no entry of the class NXentry and no dataset of numbers</source>
+        <translation>die Datei hat keinen Eintrag der Klasse NXentry und keinen Datensatz mit Zahlen</translation>
+    </message>
+    <message>
+        <source>the entry &apos;%1&apos; has no group of the class NXdata</source>
+        <translation>der Eintrag „%1“ hat keine Gruppe der Klasse NXdata</translation>
+    </message>
+    <message>
+        <source>it is not an HDF5 file, or it is incomplete: copy it again</source>
+        <translation>sie ist keine HDF5-Datei oder unvollständig: erneut kopieren</translation>
+    </message>
+    <message>
+        <source>the axes do not fit the values: restore the file</source>
+        <translation>die Achsen passen nicht zu den Werten: die Datei wiederherstellen</translation>
+    </message>
+    <message>
+        <source>there are no values to write</source>
+        <translation>es gibt keine Werte zu schreiben</translation>
+    </message>
+    <message>
+        <source>the HDF5 library could not build the file: there may not be enough memory</source>
+        <translation>die HDF5-Bibliothek konnte die Datei nicht erstellen: vielleicht reicht der Speicher nicht</translation>
+    </message>
+</context>
+<context>
     <name>tarnis::HistogramPoller</name>
     <message>
         <source>The connection to the server was closed.</source>
@@ -1045,6 +1108,17 @@
     <message>
         <source>byte %1: the shape needs %2 bytes of values and the file has %3: it is damaged, copy it again</source>
         <translation>Byte %1: die Form braucht %2 Bytes an Werten und die Datei hat %3: sie ist beschädigt, erneut kopieren</translation>
+    </message>
+</context>
+<context>
+    <name>tarnis::PlotExporter</name>
+    <message>
+        <source>the picture is too large: choose a smaller size or resolution</source>
+        <translation>das Bild ist zu groß: eine kleinere Größe oder Auflösung wählen</translation>
+    </message>
+    <message>
+        <source>the name does not end in .png, .pdf or .svg: rename the file</source>
+        <translation>der Name endet nicht auf .png, .pdf oder .svg: die Datei umbenennen</translation>
     </message>
 </context>
 <context>

@@ -15,8 +15,8 @@
 #include <numeric>
 
 using clienttest::Run;
-using clienttest::shell;
 using clienttest::runTarnis;
+using clienttest::shell;
 
 class TestClientServer : public QObject {
     Q_OBJECT

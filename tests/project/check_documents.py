@@ -17,7 +17,7 @@ NAMED = re.compile(r"`((?:docs|apps|examples|script|tests|tarnis|cmake|benchmark
 LINK = re.compile(r"!?\[[^\]]*\]\(([^)#:]+)\)")
 SCRIPT = re.compile(r"(?<!\S)(script/\w+)")
 OPTION = re.compile(r"-D(TARNIS_\w+)")
-KINDS = {"", "cpp", "cmake", "sh", "transcript"}  # without one: output
+KINDS = {"", "cpp", "cmake", "sh", "transcript", "recipe"}  # without one: output
 
 
 def blocks(root, document, text):
@@ -54,7 +54,9 @@ def faults(root):
         for name in NAMED.findall(text):
             if not any((root / (name + ending)).exists() for ending in ("", ".h", ".cpp")):
                 yield f"{document}: no {name}"
-        for link in LINK.findall(re.sub(r"```.*?```", "", text, flags=re.DOTALL)):
+        # Code, fenced or indented, may hold brackets that look like a link.
+        prose = re.sub(r"^ {4}.*$", "", re.sub(r"```.*?```", "", text, flags=re.DOTALL), flags=re.MULTILINE)
+        for link in LINK.findall(prose):
             if not (path.parent / link).exists():
                 yield f"{document}: link to {link} leads nowhere"
 

@@ -16,7 +16,9 @@ ALLOWED = {
     "client": {"foundation", "server"},
     "peak": {"foundation"},
     "plots": {"foundation", "peak"},
-    "dialogs": {"foundation", "server", "client", "peak", "plots"},
+    "hdf5": {"foundation", "formats"},
+    "export": {"foundation", "formats", "peak", "plots"},
+    "dialogs": {"foundation", "formats", "server", "client", "peak", "plots", "export"},
 }
 # Rooms inside tarnis/plots: what else of that folder a room may include.
 PLOT_ROOMS = {

@@ -40,7 +40,8 @@ struct SampleScale {
     double pixelsPerSample = 0.0;
     int left = 0;
 
-    int pixel(int index) const { return truncateToPixel((index + 0.5 - first) * pixelsPerSample + left); }
+    double position(int index) const { return (index + 0.5 - first) * pixelsPerSample + left; } ///< not truncated
+    int pixel(int index) const { return truncateToPixel(position(index)); }
     /// One past the last sample from `begin` on, at most `end`, that shares the pixel column of `begin` with all
     /// between.
     int endOfColumn(int begin, int end) const;
@@ -55,11 +56,12 @@ struct FunctionScale {
     int widthPixels = 0;
     int left = 0;
 
-    int pixel(int index) const
+    double position(int index) const ///< not truncated
     {
         const double x = plotX(resolution * index + base, nullptr);
-        return truncateToPixel((x - visible.min) * widthPixels / (visible.max - visible.min) + left);
+        return (x - visible.min) * widthPixels / (visible.max - visible.min) + left;
     }
+    int pixel(int index) const { return truncateToPixel(position(index)); }
     /// As that of SampleScale.
     int endOfColumn(int begin, int end) const;
 };
@@ -91,8 +93,13 @@ public:
     {
         if (m_kind == Kind::LogWithFloor && !(value - m_minimum > 1.0))
             return m_bottom;
-        const double height = (m_kind == Kind::Linear ? value : floorLog10(value)) - m_origin;
-        return truncateToPixel(m_bottom - height * m_pixelsPerUnit);
+        return truncateToPixel(rowOf(value));
+    }
+
+    /// pixel() without truncation.
+    double position(double value) const
+    {
+        return m_kind == Kind::LogWithFloor && !(value - m_minimum > 1.0) ? m_bottom : rowOf(value);
     }
 
     /// True if the rows of finite values never fall while the values rise (on a log axis: while those above 0 rise),
@@ -104,6 +111,12 @@ public:
     bool zeroesShareARow() const;
 
 private:
+    double rowOf(double value) const
+    {
+        const double height = (m_kind == Kind::Linear ? value : floorLog10(value)) - m_origin;
+        return m_bottom - height * m_pixelsPerUnit;
+    }
+
     Kind m_kind;
     double m_minimum;
     double m_origin; ///< of the axis, in decades on a log axis

@@ -1,0 +1,237 @@
+#include "plotwidgets.h"
+
+#include <tarnis/plots/multivectorgraphwidget.h>
+#include <tarnis/plots/xy2dgraphwidget.h>
+
+#include <QHash>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+namespace cli {
+
+namespace {
+
+using tarnis::Dataset;
+
+QString nameWithUnit(const QString& name, const QString& unit)
+{
+    return unit.isEmpty() ? name : QStringLiteral("%1 [%2]").arg(name, unit);
+}
+
+/// Whether all bins are equally wide, within what the rounding of written centres does to them.
+bool areEven(const std::vector<double>& edges)
+{
+    const double width = (edges.back() - edges.front()) / static_cast<double>(edges.size() - 1);
+    for (std::size_t i = 0; i + 1 < edges.size(); ++i) {
+        if (!(std::fabs(edges[i + 1] - edges[i] - width) <= 1e-4 * std::fabs(width)))
+            return false;
+    }
+    return width > 0.0;
+}
+
+double largest(const std::vector<double>& values)
+{
+    double result = 0.0;
+    for (const double value : values)
+        result = std::isfinite(value) ? std::max(result, value) : result;
+    return result;
+}
+
+QList<double> rowOf(const Dataset& data, qsizetype row)
+{
+    const auto begin = data.values.begin() + row * data.columns;
+    return { begin, begin + data.columns };
+}
+
+// The plot's function of an uneven axis has no argument for its data. One plot is drawn in a run of the program.
+std::vector<double> unevenCentres;
+
+double centreOfPosition(double position, void* /*data*/)
+{
+    const auto last = static_cast<double>(unevenCentres.size() - 1);
+    const double index = std::clamp(std::floor(position), 0.0, last);
+    return unevenCentres[static_cast<std::size_t>(index)];
+}
+
+double positionOfCentre(double centre, void* /*data*/)
+{
+    const auto place = std::lower_bound(unevenCentres.begin(), unevenCentres.end(), centre);
+    return static_cast<double>(place - unevenCentres.begin());
+}
+
+void setRanges(XYGraphWidget& plot, const FigureOptions& options)
+{
+    if (options.x) {
+        plot.onAutoScaleX(false);
+        plot.setMinMaxX(options.x->first, options.x->last);
+    }
+    if (options.y) {
+        plot.onAutoScaleY(false);
+        plot.setMinMaxY(options.y->first, options.y->last);
+    }
+}
+
+Outcome checkAxes(const std::vector<Dataset>& data)
+{
+    const Dataset& first = data.front();
+    for (const Dataset& other : data) {
+        const bool same = first.x.values.empty()
+            ? other.x.values.empty()
+            : tarnis::edgesOf(first.x, first.columns) == tarnis::edgesOf(other.x, other.columns);
+        if (!same) {
+            return Failure { .code = WrongUsage,
+                .text = QStringLiteral("'%1' and '%2' have different x axes: draw them one by one")
+                            .arg(first.title, other.title) };
+        }
+    }
+    return std::nullopt;
+}
+
+void setAxisX(MultiVectorGraphWidget& plot, const Dataset& data)
+{
+    if (data.x.values.empty())
+        return;
+    const std::vector<double> edges = tarnis::edgesOf(data.x, data.columns);
+    plot.initManualX(edges.front(), edges.back());
+    plot.setDecimalX(3);
+    if (areEven(edges))
+        return;
+    unevenCentres = tarnis::centresOf(data.x, data.columns);
+    plot.setFuncX2Plot(centreOfPosition, positionOfCentre);
+}
+
+Result<std::unique_ptr<XYGraphWidget>> makeCurves(const std::vector<Dataset>& data, const FigureOptions& options)
+{
+    if (const Outcome wrong = checkAxes(data))
+        return *wrong;
+    auto plot = std::make_unique<MultiVectorGraphWidget>();
+    plot->resize(options.size);
+    const Dataset& first = data.front();
+    double top = 0.0;
+    qsizetype columns = 0;
+    int curves = 0;
+    for (const Dataset& spectrum : data) {
+        top = std::max(top, largest(spectrum.values));
+        columns = std::max(columns, spectrum.columns);
+        curves += static_cast<int>(spectrum.rows);
+    }
+    plot->init(nameWithUnit(first.x.name, first.x.unit), nameWithUnit(first.name, first.unit), double(columns), top,
+        true, true);
+    plot->setDecimalY(3);
+    setAxisX(*plot, first);
+    plot->m_groupSize = curves;
+    plot->resizeData(curves);
+    int curve = 0;
+    for (const Dataset& spectrum : data) {
+        for (qsizetype row = 0; row < spectrum.rows; ++row)
+            plot->setData(curve++, rowOf(spectrum, row), top);
+    }
+    if (curves == 1)
+        plot->setColor(0, Qt::white);
+    plot->setLogScaleY(options.log);
+    plot->onAutoScaleX(true);
+    setRanges(*plot, options);
+    return std::unique_ptr<XYGraphWidget>(std::move(plot));
+}
+
+using Colours = std::array<const char*, 5>; // from the least to the largest value
+
+/// Five points of common colour maps; the data of viridis, cividis and magma are in the public domain (CC0).
+const QHash<QString, Colours>& colourMaps()
+{
+    static const QHash<QString, Colours> maps {
+        { "viridis", { "#440154", "#3b528b", "#21918c", "#5cc863", "#fde725" } },
+        { "cividis", { "#00224e", "#434e6c", "#7d7c78", "#bbad6d", "#fee838" } },
+        { "magma", { "#000004", "#51127c", "#b73779", "#fb8761", "#fcfdbf" } },
+        { "greys", { "#000000", "#404040", "#808080", "#c0c0c0", "#ffffff" } },
+        { "rainbow", { "#0000ff", "#00ffff", "#00ff00", "#ffff00", "#ff0000" } },
+        { "hot", { "#000000", "#b30000", "#ff6600", "#ffcc00", "#ffffff" } },
+    };
+    return maps;
+}
+
+Outcome setColours(XY2DGraphWidget& plot, const QString& name)
+{
+    if (name.isNull())
+        return std::nullopt;
+    const auto map = colourMaps().constFind(name);
+    if (map == colourMaps().constEnd()) {
+        QStringList known = colourMaps().keys();
+        known.sort();
+        return Failure { .code = WrongUsage,
+            .text = QStringLiteral("--map '%1' is not one of %2").arg(name, known.join(QStringLiteral(", "))) };
+    }
+    const Colours& c = *map;
+    plot.updateColor(
+        QColor(c[4]), QColor(c[3]), QColor(c[2]), QColor(c[1]), QColor(c[0]), XYGraphWidget::m_backGroundColor);
+    return std::nullopt;
+}
+
+/// The value below which a share of the sorted values lies, between two neighbours in proportion.
+double quantile(const std::vector<double>& sorted, double percent)
+{
+    const double place = percent / 100.0 * static_cast<double>(sorted.size() - 1);
+    const auto below = static_cast<std::size_t>(place);
+    const std::size_t above = std::min(below + 1, sorted.size() - 1);
+    return sorted[below] + (place - static_cast<double>(below)) * (sorted[above] - sorted[below]);
+}
+
+void setLevels(XY2DGraphWidget& plot, const Dataset& data, Range<double> percent)
+{
+    std::vector<double> filled;
+    std::copy_if(data.values.begin(), data.values.end(), std::back_inserter(filled),
+        [](double value) { return std::isfinite(value) && value != 0.0; });
+    if (filled.empty())
+        return;
+    std::sort(filled.begin(), filled.end());
+    plot.onAutoScaleZToggled(false);
+    plot.onMinZChanged(quantile(filled, percent.first));
+    plot.onMaxZChanged(quantile(filled, percent.last));
+}
+
+Result<std::unique_ptr<XYGraphWidget>> makeMap(const Dataset& data, const FigureOptions& options)
+{
+    const std::vector<double> x = tarnis::edgesOf(data.x, data.columns);
+    const std::vector<double> y = tarnis::edgesOf(data.y, data.rows);
+    if (!areEven(x) || !areEven(y)) {
+        return Failure { .code = FileError,
+            .text =
+                QStringLiteral("cannot draw '%1': the bins of a map must be equally wide and rise").arg(data.title) };
+    }
+    auto plot = std::make_unique<XY2DGraphWidget>();
+    plot->resize(options.size);
+    plot->init(nameWithUnit(data.x.name, data.x.unit), nameWithUnit(data.y.name, data.y.unit), x.back(), y.back(),
+        false, false);
+    plot->initManualX(x.front(), x.back());
+    plot->initManualY(y.front(), y.back());
+    plot->setDecimalX(3);
+    plot->setDecimalY(3);
+    if (const Outcome wrong = setColours(*plot, options.map))
+        return *wrong;
+    for (qsizetype row = 0; row < data.rows; ++row) {
+        const QList<double> values = rowOf(data, row);
+        plot->setData(static_cast<int>(row), values, largest({ values.begin(), values.end() }), false);
+    }
+    plot->onLogScale(options.log);
+    if (options.levels)
+        setLevels(*plot, data, *options.levels);
+    setRanges(*plot, options);
+    return std::unique_ptr<XYGraphWidget>(std::move(plot));
+}
+
+} // namespace
+
+Result<std::unique_ptr<XYGraphWidget>> makePlot(const std::vector<Dataset>& data, const FigureOptions& options)
+{
+    const bool hasMap =
+        std::any_of(data.begin(), data.end(), [](const Dataset& one) { return one.kind == Dataset::Kind::Map; });
+    if (hasMap && data.size() > 1)
+        return Failure { .code = WrongUsage, .text = "a map is drawn alone: give one file" };
+    if (!hasMap && (!options.map.isNull() || options.levels))
+        return Failure { .code = WrongUsage, .text = "--map and --levels are for maps, and these are spectra" };
+    return hasMap ? makeMap(data.front(), options) : makeCurves(data, options);
+}
+
+} // namespace cli

@@ -1,0 +1,254 @@
+#include "tarnis/export/plotdata_p.h"
+
+#include "tarnis/plots/math/bingeometry_p.h"
+#include "tarnis/plots/math/seriesnames_p.h"
+#include "tarnis/plots/multivectorgraphwidget.h"
+#include "tarnis/plots/vectorgraphwidget.h"
+#include "tarnis/plots/xy2dgraphwidget.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace tarnis {
+
+namespace {
+
+// The members that a subclass may use. A pointer to a member that is named through a subclass is one of the base.
+struct Frame : XYGraphWidget {
+    static constexpr auto minX = &Frame::m_minX;
+    static constexpr auto maxX = &Frame::m_maxX;
+    static constexpr auto minY = &Frame::m_minY;
+    static constexpr auto maxY = &Frame::m_maxY;
+    static constexpr auto initMinX = &Frame::m_initMinX;
+    static constexpr auto initMaxX = &Frame::m_initMaxX;
+    static constexpr auto initMinY = &Frame::m_initMinY;
+    static constexpr auto manualX = &Frame::m_manualX;
+    static constexpr auto manualY = &Frame::m_manualY;
+    static constexpr auto title = &Frame::m_title;
+};
+struct Single : VectorGraphWidget {
+    static constexpr auto samples = &Single::m_data;
+};
+struct Many : MultiVectorGraphWidget {
+    static constexpr auto series = &Many::m_data;
+    static constexpr auto addType = &Many::m_addType;
+    static constexpr auto resolution = &Many::m_resolution;
+    static constexpr auto plotX = &Many::m_funcX2Plot;
+};
+struct Map : XY2DGraphWidget {
+    static constexpr auto resolutionX = &Map::m_resolutionX;
+    static constexpr auto resolutionY = &Map::m_resolutionY;
+};
+
+/// "Time [us]" and "Time (us)" as name and unit.
+DataAxis namedAxis(const QString& text)
+{
+    DataAxis axis { .name = text.trimmed(), .unit = {}, .values = {} };
+    for (const auto& [open, close] : { std::pair(u'[', u']'), std::pair(u'(', u')') }) {
+        const qsizetype begin = axis.name.lastIndexOf(open);
+        if (begin > 0 && axis.name.endsWith(close)) {
+            axis.unit = axis.name.mid(begin + 1).chopped(1).trimmed();
+            axis.name = axis.name.left(begin).trimmed();
+        }
+    }
+    return axis;
+}
+
+/// Bins from `low` that are `width` wide, or none for bins that are counted from 0.
+std::vector<double> binEdges(double low, double high, qsizetype bins)
+{
+    if (bins == 0 || (low == 0.0 && high == static_cast<double>(bins)) || !std::isfinite(low) || !std::isfinite(high))
+        return {};
+    return uniformEdges(low, high, bins);
+}
+
+/// The values of curves of different lengths; what a shorter one lacks is missing.
+void appendCurve(Dataset& data, const QList<double>& samples)
+{
+    const qsizetype present = std::min(samples.size(), data.columns);
+    data.values.insert(data.values.end(), samples.begin(), samples.begin() + present);
+    data.values.insert(
+        data.values.end(), static_cast<std::size_t>(data.columns - present), std::numeric_limits<double>::quiet_NaN());
+    ++data.rows;
+}
+
+void readValueName(Dataset& data, const QString& text)
+{
+    const DataAxis axis = namedAxis(text);
+    if (!axis.name.isEmpty())
+        data.name = axis.name;
+    data.unit = axis.unit;
+}
+
+Dataset spectrumOf(VectorGraphWidget& plot)
+{
+    Dataset data;
+    const QList<double>& samples = plot.*Single::samples;
+    data.columns = samples.size();
+    data.x = namedAxis(plot.getNameX());
+    if (plot.*Frame::manualX)
+        data.x.values = binEdges(plot.*Frame::initMinX, plot.*Frame::initMaxX, data.columns);
+    appendCurve(data, samples);
+    readValueName(data, plot.getNameY());
+    return data;
+}
+
+QString curveName(const MultiVectorGraphWidget& plot, AddType type, const SummedCurve& curve, int number)
+{
+    const SeriesWords words { plot.m_groupName, plot.m_itemName, plot.m_firstNumber };
+    const int groupSize = std::max(plot.m_groupSize, 1);
+    const int record = curve.records.value(0, number);
+    switch (type) {
+    case AddType::AddNone:
+        return recordName(words, record / groupSize, record % groupSize);
+    case AddType::AddEachGroup:
+        return numberedName(words.group, record / groupSize + words.firstNumber);
+    case AddType::AddEachPosition:
+        return numberedName(words.item, record % groupSize);
+    case AddType::AddAll:
+        break;
+    }
+    return QStringLiteral("All");
+}
+
+void readSeriesAxis(Dataset& data, MultiVectorGraphWidget& plot)
+{
+    data.x = namedAxis(plot.getNameX());
+    const double resolution = plot.*Many::resolution;
+    const auto plotX = plot.*Many::plotX;
+    if (plotX != nullptr) {
+        for (qsizetype i = 0; i < data.columns; ++i)
+            data.x.values.push_back(plotX(resolution * static_cast<double>(i), nullptr));
+    } else if (plot.*Frame::manualX) {
+        data.x.values = binEdges(plot.*Frame::initMinX, plot.*Frame::initMaxX, data.columns);
+    } else {
+        data.x.values = binEdges(0.0, resolution * static_cast<double>(data.columns), data.columns);
+    }
+}
+
+Dataset curvesOf(MultiVectorGraphWidget& plot)
+{
+    Dataset data;
+    const QList<Series>& series = plot.*Many::series;
+    const AddType type = plot.*Many::addType;
+    QList<QList<double>> samples;
+    QStringList names;
+    int number = 0;
+    for (const SummedCurve& curve : tarnis::curvesOf(series, type, std::max(plot.m_groupSize, 1))) {
+        const QList<double> sums = wholeSums(series, curve);
+        if (curve.enable && !sums.isEmpty()) {
+            samples += sums;
+            names += curveName(plot, type, curve, number);
+            data.columns = std::max(data.columns, sums.size());
+        }
+        ++number;
+    }
+    for (const QList<double>& curve : std::as_const(samples))
+        appendCurve(data, curve);
+    if (names.size() > 1)
+        data.rowNames = names;
+    readSeriesAxis(data, plot);
+    readValueName(data, plot.getNameY());
+    return data;
+}
+
+Dataset mapOf(XY2DGraphWidget& plot)
+{
+    Dataset data;
+    data.kind = Dataset::Kind::Map;
+    QList<QList<double>> rows;
+    plot.getData(rows);
+    for (const QList<double>& row : std::as_const(rows))
+        data.columns = std::max(data.columns, row.size());
+    for (const QList<double>& row : std::as_const(rows))
+        appendCurve(data, row);
+    data.x = namedAxis(plot.getNameX());
+    data.y = namedAxis(plot.getNameY());
+    const auto edges = [](bool manual, double low, double step, double resolution, qsizetype bins) {
+        return manual ? binEdges(low, low + step * static_cast<double>(bins), bins)
+                      : binEdges(0.0, static_cast<double>(bins) * resolution, bins);
+    };
+    data.x.values =
+        edges(plot.*Frame::manualX, plot.*Frame::initMinX, plot.getStepX(), plot.*Map::resolutionX, data.columns);
+    data.y.values =
+        edges(plot.*Frame::manualY, plot.*Frame::initMinY, plot.getStepY(), plot.*Map::resolutionY, data.rows);
+    return data;
+}
+
+/// Bins [first, end) of an axis that reach into the range.
+struct Bins {
+    qsizetype first = 0;
+    qsizetype end = 0;
+};
+
+Bins binsWithin(const DataAxis& axis, qsizetype bins, double low, double high)
+{
+    if (low > high)
+        std::swap(low, high);
+    const std::vector<double> edges = edgesOf(axis, bins);
+    Bins within { bins, 0 };
+    for (qsizetype bin = 0; bin < bins; ++bin) {
+        const auto [begin, end] =
+            std::minmax(edges[static_cast<std::size_t>(bin)], edges[static_cast<std::size_t>(bin) + 1]);
+        if (end > low && begin < high) {
+            within.first = std::min(within.first, bin);
+            within.end = bin + 1;
+        }
+    }
+    return within.first < within.end ? within : Bins {};
+}
+
+void crop(DataAxis& axis, qsizetype bins, Bins kept)
+{
+    if (axis.values.empty() && kept.first == 0)
+        return;
+    const std::vector<double> edges = edgesOf(axis, bins);
+    const bool centres = static_cast<qsizetype>(axis.values.size()) == bins;
+    const std::vector<double>& from = centres ? axis.values : edges;
+    axis.values = { from.begin() + kept.first, from.begin() + kept.end + (centres ? 0 : 1) };
+}
+
+Dataset cropped(const Dataset& whole, Bins columns, Bins rows)
+{
+    Dataset data = whole;
+    data.values.clear();
+    for (qsizetype row = rows.first; row < rows.end; ++row) {
+        const auto begin = whole.values.begin() + row * whole.columns;
+        data.values.insert(data.values.end(), begin + columns.first, begin + columns.end);
+    }
+    crop(data.x, whole.columns, columns);
+    if (whole.kind == Dataset::Kind::Map)
+        crop(data.y, whole.rows, rows);
+    data.columns = columns.end - columns.first;
+    data.rows = rows.end - rows.first;
+    return data;
+}
+
+Dataset visiblePart(const XYGraphWidget& plot, const Dataset& whole)
+{
+    const Bins columns = binsWithin(whole.x, whole.columns, plot.*Frame::minX, plot.*Frame::maxX);
+    const Bins rows = whole.kind == Dataset::Kind::Map
+        ? binsWithin(whole.y, whole.rows, plot.*Frame::minY, plot.*Frame::maxY)
+        : Bins { 0, whole.rows };
+    return cropped(whole, columns, rows);
+}
+
+} // namespace
+
+Dataset plotData(XYGraphWidget& plot, Extent extent)
+{
+    Dataset data;
+    if (auto* const single = qobject_cast<VectorGraphWidget*>(&plot))
+        data = spectrumOf(*single);
+    else if (auto* const many = qobject_cast<MultiVectorGraphWidget*>(&plot))
+        data = curvesOf(*many);
+    else if (auto* const map = qobject_cast<XY2DGraphWidget*>(&plot))
+        data = mapOf(*map);
+    data.title = plot.*Frame::title;
+    if (!isConsistent(data))
+        return {};
+    return extent == Extent::All ? data : visiblePart(plot, data);
+}
+
+} // namespace tarnis

@@ -1,0 +1,234 @@
+#include "tarnis/export/plotpicture_p.h"
+
+#include "tarnis/export/svgdevice_p.h"
+#include "tarnis/plots/colorbarwidget.h"
+#include "tarnis/plots/multivectorgraphwidget.h"
+#include "tarnis/plots/xy2dgraphwidget.h"
+
+#include <QBuffer>
+#include <QFontInfo>
+#include <QPainter>
+#include <QPdfWriter>
+#include <QSignalBlocker>
+
+#include <cmath>
+
+namespace tarnis {
+
+namespace {
+
+constexpr double screenDpi = 96.0; // of the layout
+constexpr double printDpi = 600.0; // of what vector files must show
+constexpr double maxPixels = 4e8;
+constexpr int maxSide = 32767; // of the raster engine
+constexpr int headingHeight = 28;
+
+/// What painting changes in a plot, put back at the end.
+struct Layout : XYGraphWidget {
+    static constexpr auto graphRect = &Layout::m_graphRect;
+    static constexpr auto margin = &Layout::m_margin;
+    static constexpr auto minXLabel = &Layout::m_labelRectMinX;
+    static constexpr auto maxXLabel = &Layout::m_labelRectMaxX;
+    static constexpr auto minYLabel = &Layout::m_labelRectMinY;
+    static constexpr auto maxYLabel = &Layout::m_labelRectMaxY;
+    static constexpr auto covers = &Layout::m_coversPicture;
+};
+struct Map : XY2DGraphWidget {
+    static constexpr auto bar = &Map::m_colorBar;
+};
+
+class LayoutKeeper {
+public:
+    explicit LayoutKeeper(XYGraphWidget& plot)
+        : m_plot(plot)
+        , m_graphRect(plot.*Layout::graphRect)
+        , m_labels { plot.*Layout::minXLabel, plot.*Layout::maxXLabel, plot.*Layout::minYLabel,
+            plot.*Layout::maxYLabel }
+        , m_covers(plot.*Layout::covers)
+    {
+    }
+    ~LayoutKeeper()
+    {
+        m_plot.*Layout::graphRect = m_graphRect;
+        m_plot.*Layout::minXLabel = m_labels[0];
+        m_plot.*Layout::maxXLabel = m_labels[1];
+        m_plot.*Layout::minYLabel = m_labels[2];
+        m_plot.*Layout::maxYLabel = m_labels[3];
+        m_plot.*Layout::covers = m_covers;
+    }
+    LayoutKeeper(const LayoutKeeper&) = delete;
+    LayoutKeeper& operator=(const LayoutKeeper&) = delete;
+
+private:
+    XYGraphWidget& m_plot;
+    QRect m_graphRect;
+    QRect m_labels[4];
+    bool m_covers;
+};
+
+/// Pixels of a resolution other than the screen's.
+class ExactImage : public QImage, public ExactDevice {
+public:
+    ExactImage(QSize size, double finest)
+        : QImage(size, QImage::Format_RGB32)
+        , ExactDevice(finest)
+    {
+    }
+};
+
+class PdfDevice : public QPdfWriter, public ExactDevice {
+public:
+    PdfDevice(QIODevice* device, QSize size)
+        : QPdfWriter(device)
+        , ExactDevice(screenDpi / printDpi)
+    {
+        constexpr double pointsPerPixel = 72.0 / screenDpi;
+        setPageSize(QPageSize(QSizeF(size) * pointsPerPixel, QPageSize::Point, QString(), QPageSize::ExactMatch));
+        setPageMargins(QMarginsF());
+        setResolution(int(screenDpi));
+    }
+};
+
+} // namespace
+
+PlotPicture::PlotPicture(XYGraphWidget& plot, const PictureOptions& options)
+    : m_plot(plot)
+    , m_options(options)
+    , m_size(options.size.isEmpty() ? plot.size() : options.size)
+{
+}
+
+/// The margins follow the labels of the colour bar, which follow the data.
+void PlotPicture::settleLayout() const
+{
+    if (auto* const many = qobject_cast<MultiVectorGraphWidget*>(&m_plot))
+        many->onPainting();
+    auto* const map = qobject_cast<XY2DGraphWidget*>(&m_plot);
+    if (map == nullptr)
+        return;
+    QImage scratch(m_size, QImage::Format_RGB32);
+    QPainter painter(&scratch);
+    painter.setFont(m_plot.font());
+    QRect rect(QPoint(0, 0), m_size);
+    m_plot.paint(painter, &rect);
+    (map->*Map::bar)->getPixmap();
+}
+
+void PlotPicture::paint(QPainter& painter) const
+{
+    QFont font = m_plot.font();
+    // In pixels, whatever the device makes of points.
+    font.setPixelSize(QFontInfo(font).pixelSize());
+    painter.setFont(font);
+    const int top = m_options.heading.isEmpty() ? 0 : headingHeight;
+    painter.fillRect(QRect(QPoint(0, 0), m_size), Qt::lightGray);
+    if (top > 0) {
+        QFont bold = font;
+        bold.setBold(true);
+        painter.setFont(bold);
+        painter.setPen(Qt::black);
+        painter.drawText(QRect(0, 0, m_size.width(), top), Qt::AlignCenter, m_options.heading);
+        painter.setFont(font);
+    }
+    QRect rect(QPoint(0, top), QSize(m_size.width(), m_size.height() - top));
+    m_plot.paint(painter, &rect);
+    if (auto* const map = qobject_cast<XY2DGraphWidget*>(&m_plot)) {
+        painter.setClipping(false);
+        map->paintSelectedRect(painter);
+        painter.setClipping(false);
+        ColorBarWidget& bar = *(map->*Map::bar);
+        const QSignalBlocker settled(bar);
+        const int width = (m_plot.*Layout::margin).right();
+        QRect inside(0, 0, width, rect.height() - 2 * bar.y());
+        painter.translate(m_size.width() - width, top + bar.y());
+        painter.setPen(Qt::black);
+        bar.paint(painter, &inside);
+    }
+}
+
+QImage PlotPicture::image() const
+{
+    const double scale = m_options.dpi / screenDpi;
+    const QSizeF exact = QSizeF(m_size) * scale;
+    if (!(exact.width() >= 1.0) || !(exact.height() >= 1.0) || exact.width() > maxSide || exact.height() > maxSide
+        || exact.width() * exact.height() > maxPixels)
+        return {};
+    const LayoutKeeper keeper(m_plot);
+    settleLayout();
+    const bool screen = scale == 1.0;
+    ExactImage detailed(screen ? QSize() : exact.toSize(), 1.0 / scale);
+    QImage plain(screen ? m_size : QSize(), QImage::Format_RGB32);
+    QImage& target = screen ? plain : detailed;
+    QPainter painter;
+    if (!painter.begin(&target))
+        return {};
+    painter.scale(scale, scale);
+    paint(painter);
+    painter.end();
+    QImage image = screen ? plain : static_cast<const QImage&>(detailed).copy();
+    // Not before: Qt takes the size of fonts from it.
+    const int dotsPerMetre = int(std::lround(m_options.dpi / 0.0254));
+    image.setDotsPerMeterX(dotsPerMetre);
+    image.setDotsPerMeterY(dotsPerMetre);
+    return image;
+}
+
+QString PlotPicture::description() const
+{
+    QStringList parts;
+    if (!m_options.source.isEmpty())
+        parts += m_options.source;
+    if (m_options.time.isValid())
+        parts += m_options.time.toUTC().toString(Qt::ISODateWithMs);
+    return parts.join(QStringLiteral(", "));
+}
+
+QByteArray PlotPicture::png() const
+{
+    QImage picture = image();
+    if (picture.isNull())
+        return {};
+    if (!m_options.title.isEmpty())
+        picture.setText(QStringLiteral("Title"), m_options.title);
+    if (!m_options.source.isEmpty())
+        picture.setText(QStringLiteral("Source"), m_options.source);
+    if (m_options.time.isValid())
+        picture.setText(QStringLiteral("Creation Time"), m_options.time.toUTC().toString(Qt::ISODateWithMs));
+    QByteArray content;
+    QBuffer buffer(&content);
+    return picture.save(&buffer, "PNG") ? content : QByteArray();
+}
+
+QByteArray PlotPicture::pdf() const
+{
+    const LayoutKeeper keeper(m_plot);
+    settleLayout();
+    QByteArray content;
+    QBuffer buffer(&content);
+    if (!buffer.open(QIODevice::WriteOnly))
+        return {};
+    PdfDevice device(&buffer, m_size);
+    device.setTitle(m_options.title);
+    device.setCreator(QStringLiteral("Tarnis"));
+    QPainter painter;
+    if (!painter.begin(&device))
+        return {};
+    paint(painter);
+    painter.end();
+    return content;
+}
+
+QByteArray PlotPicture::svg() const
+{
+    const LayoutKeeper keeper(m_plot);
+    settleLayout();
+    SvgDevice device(m_size, screenDpi / printDpi);
+    QPainter painter;
+    if (!painter.begin(&device))
+        return {};
+    paint(painter);
+    painter.end();
+    return device.file(m_options.title, description());
+}
+
+} // namespace tarnis

@@ -1,0 +1,16 @@
+// What the core library looks for when it loads this one: the names are those of tarnis/formats/formatmodule_p.h.
+#include "tarnis/formats/formatmodule_p.h"
+#include "tarnis/hdf5/nexusfile.h"
+
+extern "C" {
+
+TARNIS_HDF5_EXPORT void tarnis_hdf5_encode(const tarnis::Dataset& data, tarnis::EncodeResult& result)
+{
+    result = tarnis::encodeHdf5(data);
+}
+
+TARNIS_HDF5_EXPORT void tarnis_hdf5_decode(QByteArrayView bytes, tarnis::DatasetResult& result)
+{
+    result = tarnis::decodeHdf5(bytes);
+}
+}

@@ -1,0 +1,19 @@
+/// @file
+/// HDF5 files in the NeXus layout NXdata, by the HDF5 C library. The component Tarnis::Hdf5; any thread, one at a time.
+#pragma once
+
+#include <tarnis/formats/formats.h>
+#include <tarnis/hdf5/hdf5_export.h>
+
+namespace tarnis {
+
+/// The content of a NeXus file with one entry and one NXdata group: `counts`, `counts_errors` if there are errors, the
+/// axes `x` and `y` (edges or centres, as in the dataset), names and units, title, source and time. Values that are
+/// missing are NaN. An error if the dataset is inconsistent or the library fails.
+TARNIS_HDF5_EXPORT EncodeResult encodeHdf5(const Dataset& data);
+
+/// Reads a NeXus file: the group that the attributes `default` lead to, else the first NXdata group, else a file's only
+/// dataset of numbers with one or two dimensions. Sizes are checked before memory is used for them.
+TARNIS_HDF5_EXPORT DatasetResult decodeHdf5(QByteArrayView bytes);
+
+} // namespace tarnis

@@ -1,0 +1,172 @@
+// tarnis plot: figures of files and histograms, and what it refuses.
+#include "clientprogram.h"
+#include "simserver/simprogram.h"
+
+#include <tarnis/foundation/files.h>
+
+#include <QDir>
+#include <QImage>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QTest>
+
+using clienttest::Run;
+using clienttest::runTarnis;
+using clienttest::shell;
+
+class TestClientPlot : public QObject {
+    Q_OBJECT
+private:
+    QTemporaryDir m_folder;
+    QString path(const QString& name) const { return m_folder.filePath(name); }
+    QString write(const QString& name, const QByteArray& content) const
+    {
+        if (!tarnis::writeFile(path(name), content).isEmpty())
+            qFatal("no scratch file");
+        return path(name);
+    }
+    static QByteArray counts(int bins)
+    {
+        QByteArray text = "# counts\n";
+        for (int i = 0; i < bins; ++i)
+            text += QByteArray::number(5 + i * 7 % 11) + '\n';
+        return text;
+    }
+    QByteArray read(const QString& name) const { return tarnis::readFile(path(name)).bytes; }
+    QStringList names() const
+    {
+        return QDir(m_folder.path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
+    }
+
+private Q_SLOTS:
+    void init() { m_folder = QTemporaryDir(); }
+
+    void drawsAFileInEachFormat()
+    {
+        const QString file = write("a.csv", counts(100));
+        for (const char* const name : { "a.png", "a.pdf", "a.svg" }) {
+            const Run run = runTarnis({ "plot", file, "-o", path(name) });
+            QCOMPARE(run.exitCode, 0);
+            QCOMPARE(run.output + run.errors, QByteArray());
+        }
+        QCOMPARE(QImage(path("a.png")).size(), QSize(800, 500));
+        QVERIFY(read("a.pdf").startsWith("%PDF-"));
+        QVERIFY(read("a.svg").contains("<polyline points=\""));
+    }
+
+    void obeysItsOptions()
+    {
+        const QString file = write("a.csv", counts(100));
+        const Run run = runTarnis({ "plot", file, "-o", path("a.png"), "--size", "400x300", "--dpi", "192", "--range",
+            "10:20", "--yrange", "1:100", "--log", "--title", "A title", "--json" });
+        QCOMPARE(run.exitCode, 0);
+        const QImage image(path("a.png"));
+        QCOMPARE(image.size(), QSize(800, 600));
+        QCOMPARE(image.text("Title"), "A title");
+        QVERIFY(run.output.contains("\"width\":400"));
+        QCOMPARE(runTarnis({ "plot", file, "-o", path("a.svg"), "--range", "10:20", "--title", "T & T" }).exitCode, 0);
+        QVERIFY(read("a.svg").contains(">T &amp; T</text>"));
+        QVERIFY(read("a.svg").contains(">20</text>"));
+        QVERIFY(!read("a.svg").contains(">100</text>"));
+    }
+
+    void drawsAMapWithColoursAndLevels()
+    {
+        const QString file = write("m.csv", "4,0,3\n2,1,4\n4,2,60\n");
+        QCOMPARE(runTarnis({ "plot", file, "-o", path("m.png"), "--map", "greys", "--levels", "0:100" }).exitCode, 0);
+        QCOMPARE(runTarnis({ "plot", file, "-o", path("m.svg"), "--map", "viridis", "--log" }).exitCode, 0);
+        QVERIFY(read("m.svg").contains("data:image/png;base64,"));
+        const QImage image(path("m.png"));
+        bool white = false;
+        for (int x = 0; x < image.width(); ++x)
+            white = white || image.pixel(x, image.height() / 4) == qRgb(255, 255, 255);
+        QVERIFY(white);
+    }
+
+    void drawsSeveralSpectraAndUnevenAxes()
+    {
+        const QString a = write("a.csv", counts(50));
+        const QString b = write("b.csv", counts(80));
+        QCOMPARE(runTarnis({ "plot", a, b, "-o", path("ab.svg") }).exitCode, 0);
+        // Ticks are lines of two points.
+        static const QRegularExpression curve("<polyline points=\"([-0-9.]+,[-0-9.]+ ?){3,}\"");
+        QCOMPARE(QString::fromUtf8(read("ab.svg")).count(curve), 2);
+        const QString uneven = write("u.csv", "1,5\n2,6\n4,9\n8,3\n16,7\n");
+        QCOMPARE(runTarnis({ "plot", uneven, "-o", path("u.svg") }).exitCode, 0);
+    }
+
+    void drawsAHistogramOfTheServer()
+    {
+        simtest::Program server({ "--start" });
+        const Run run = runTarnis(
+            { "plot", "total", "-o", path("t.png"), "--server", QStringLiteral("127.0.0.1:%1").arg(server.port()) });
+        QCOMPARE(run.errors, QByteArray());
+        QCOMPARE(run.exitCode, 0);
+        QCOMPARE(QImage(path("t.png")).text("Title"), "total");
+        QCOMPARE(shell(QStringLiteral("$TARNIS plot image -o - --server 127.0.0.1:%1 | head -c 4").arg(server.port()))
+                     .output.mid(1),
+            QByteArray("PNG"));
+    }
+
+    void refusesWhatItCannotDraw_data()
+    {
+        QTest::addColumn<QString>("words");
+        QTest::addColumn<int>("exitCode");
+        QTest::addColumn<QByteArray>("text");
+        const auto row = [](const char* name, const char* words, int exitCode, const QByteArray& text) {
+            QTest::newRow(name) << QString::fromLatin1(words) << exitCode << text;
+        };
+        row("no output", "a.csv", 2, "no output: give -o FILE");
+        row("another format", "a.csv -o b.bmp", 2, "'b.bmp' does not end in .png, .pdf or .svg");
+        row("size", "a.csv -o b.png --size 10", 2, "--size '10' is not of the form WxH");
+        row("small size", "a.csv -o b.png --size 10x10", 2, "--size '10x10' is not of the form WxH");
+        row("dpi", "a.csv -o b.png --dpi 10000", 2, "--dpi '10000' is not a number from 24 to 1200");
+        row("range", "a.csv -o b.png --range 5", 2, "--range '5' is not a range");
+        row("reversed range", "a.csv -o b.png --range 9:5", 2, "the second number must be larger");
+        row("levels", "m.csv -o b.png --levels 5:500", 2, "--levels are percentages");
+        row("map", "m.csv -o b.png --map pink", 2, "--map 'pink' is not one of cividis,");
+        row("map of a spectrum", "a.csv -o b.png --map viridis", 2, "--map and --levels are for maps");
+        row("two maps", "m.csv m.csv -o b.png", 2, "a map is drawn alone");
+        row("no such file", "none.csv -o b.png", 4, "cannot read 'none.csv': there is no such file");
+        row("name without server", "total -o b.png", 2,
+            "'total' is not a file, and for a histogram there is no server");
+        row("damaged file", "bad.csv -o b.png", 4, "cannot read 'bad.csv': line 2: field 1: 'x' is not a number");
+        row("damaged spectrum", "bad.spe -o b.png", 4, "cannot read 'bad.spe': it has no section $DATA");
+        row("damaged array", "bad.npy -o b.png", 4, "cannot read 'bad.npy': byte 0");
+        row("damaged HDF5", "bad.h5 -o b.png", 4, "cannot read 'bad.h5': ");
+        row("no connection", "total -o b.png --server 127.0.0.1:1", 3, "no connection to 127.0.0.1:1");
+        row("full device", "a.csv -o /dev/full", 4, "cannot write '/dev/full': no space is left on the device");
+        row("no folder", "a.csv -o no/b.png", 4, "the folder 'no' does not exist");
+        row("full output", "a.csv -o - > /dev/full", 4, "cannot write to standard output: no space");
+    }
+    void refusesWhatItCannotDraw()
+    {
+        QFETCH(QString, words);
+        QFETCH(int, exitCode);
+        QFETCH(QByteArray, text);
+        write("a.csv", counts(20));
+        write("m.csv", "4,0,3\n2,1,4\n");
+        write("bad.csv", "1\nx\n");
+        write("bad.spe", "nothing");
+        write("bad.npy", "nothing");
+        write("bad.h5", "nothing");
+        const QStringList before = names();
+        const Run run = shell(QStringLiteral("cd '%1'; $TARNIS plot %2").arg(m_folder.path(), words));
+        QCOMPARE(run.exitCode, exitCode);
+        QVERIFY2(run.hasOneLineOfError() && run.errors.contains(text), run.errors.constData());
+        QCOMPARE(names(), before);
+    }
+
+    void needsNoDisplay()
+    {
+        const QString file = write("a.csv", counts(20));
+        const Run run =
+            shell(QStringLiteral("env -u DISPLAY -u WAYLAND_DISPLAY QT_QPA_PLATFORM=xcb $TARNIS plot %1 -o %2")
+                      .arg(file, path("a.png")));
+        QCOMPARE(run.exitCode, 0);
+        QCOMPARE(run.errors, QByteArray());
+    }
+};
+
+QTEST_GUILESS_MAIN(TestClientPlot)
+#include "tst_clientplot.moc"

@@ -1,0 +1,70 @@
+// The recipes of docs/client.md, each run as it is written, and the options that the man page and the document name.
+#include "clientprogram.h"
+#include "simserver/simprogram.h"
+
+#include <tarnis/foundation/files.h>
+
+#include <QDir>
+#include <QFileInfo>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QTest>
+
+using clienttest::Run;
+
+class TestClientRecipes : public QObject {
+    Q_OBJECT
+private:
+    static QString document() { return QString::fromUtf8(tarnis::readFile(QStringLiteral(CLIENT_DOCUMENT)).bytes); }
+    static QStringList recipes()
+    {
+        QStringList found;
+        static const QRegularExpression block("```recipe\n(.*?)```", QRegularExpression::DotMatchesEverythingOption);
+        auto matches = block.globalMatch(document());
+        while (matches.hasNext())
+            found += matches.next().captured(1);
+        return found;
+    }
+
+private Q_SLOTS:
+    void everyRecipeWorks_data()
+    {
+        QTest::addColumn<QString>("recipe");
+        QVERIFY(recipes().size() >= 3);
+        for (const QString& recipe : recipes())
+            QTest::addRow("%s", qUtf8Printable(recipe.section('\n', 0, 0))) << recipe;
+    }
+    void everyRecipeWorks()
+    {
+        QFETCH(QString, recipe);
+        simtest::Program server({ "--start" });
+        const QTemporaryDir folder;
+        const Run run = clienttest::shell(
+            QStringLiteral("set -e -o pipefail; export PATH=\"%1:$PATH\" TARNIS_SERVER=127.0.0.1:%2; cd '%3'\n")
+                .arg(QFileInfo(QStringLiteral(CLIENT_PATH)).path())
+                .arg(server.port())
+                .arg(folder.path())
+            + recipe);
+        QCOMPARE(run.errors, QByteArray());
+        QCOMPARE(run.exitCode, 0);
+        for (const QFileInfo& file : QDir(folder.path()).entryInfoList(QDir::Files))
+            QVERIFY2(file.size() > 0, qPrintable(file.fileName()));
+    }
+
+    void manPageAndDocumentNameEveryOption()
+    {
+        const QString manual = QString::fromUtf8(tarnis::readFile(QStringLiteral(CLIENT_MANUAL)).bytes).remove('\\');
+        static const QRegularExpression option("^  (--?[a-z]+)", QRegularExpression::MultilineOption);
+        for (const char* const command : { "send", "hist", "plot", "watch", "put", "get" }) {
+            auto matches = option.globalMatch(QString::fromUtf8(clienttest::runTarnis({ command, "--help" }).output));
+            while (matches.hasNext()) {
+                const QString name = matches.next().captured(1);
+                QVERIFY2(manual.contains(name), qPrintable(name));
+                QVERIFY2(document().contains(name) || name == u"--json", qPrintable(name));
+            }
+        }
+    }
+};
+
+QTEST_GUILESS_MAIN(TestClientRecipes)
+#include "tst_clientrecipes.moc"
