@@ -9,6 +9,8 @@
 #include "histograms/histogramwindowupdater.h"
 #include "histograms/serverhistograms.h"
 #include "notices/messagelist.h"
+#include "saves/savedialog.h"
+#include "saves/savereports.h"
 #include "server/connectdialog.h"
 #include "server/lastserver.h"
 #include "server/servercontroller.h"
@@ -19,13 +21,12 @@
 #include "windows/openwindows.h"
 #include "windows/windowaccess.h"
 
+#include <tarnis/foundation/files.h>
 #include <tarnis/foundation/helpers.h>
 
 #include <QApplication>
 #include <QEvent>
-#include <QFileDialog>
 #include <QMessageBox>
-#include <QSaveFile>
 #include <QSettings>
 
 #include <utility>
@@ -36,6 +37,7 @@ MainWindow::MainWindow(QSettings& memory, const QString& language)
     : m_memory(memory)
     , ui(std::make_unique<Ui::MainWindow>())
     , m_controller(new ServerController(this))
+    , m_saves(new SaveReports(*m_controller, [] { return QString(); }))
     , m_entries(windowEntries())
     , m_windows(new OpenWindows(*this))
     , m_histograms(new ServerHistograms(*m_controller))
@@ -92,6 +94,7 @@ MainWindow::~MainWindow()
     delete m_follower;
     delete m_windows;
     delete m_histograms;
+    delete m_saves;
     delete m_controller;
 }
 
@@ -384,23 +387,14 @@ void MainWindow::chooseServer(const ServerChoice& current, const QByteArray& cur
 
 void MainWindow::saveRecord()
 {
-    auto* dialog = new QFileDialog(this, tr("Save the Record"), getSaveDir(), tr("Text (*.txt)"));
+    auto* dialog =
+        new SaveDialog(this, tr("Save the Record"), { tr("Text (*.txt)") }, m_saves->suggestedName(tr("Record")));
     dialog->setAttribute(Qt::WA_DeleteOnClose);
-    dialog->setAcceptMode(QFileDialog::AcceptSave);
-    dialog->setDefaultSuffix(QStringLiteral("txt"));
     connect(dialog, &QFileDialog::fileSelected, this, [this](const QString& path) {
-        QSaveFile file(path);
-        const bool isWritten = file.open(QIODevice::WriteOnly)
-            && file.write(m_commandPanel->recordText().toUtf8() + '\n') >= 0 && file.commit();
-        if (isWritten) {
+        const QString error = tarnis::writeFile(path, m_commandPanel->recordText().toUtf8() + '\n');
+        if (error.isEmpty())
             setSaveFilePath(path);
-            onPassingNotice(
-                noticeOf(Notice::Severity::Information, [path] { return tr("The record is in %1.").arg(path); }));
-        } else {
-            onPassingNotice(noticeOf(Notice::Severity::Warning, [path, error = file.errorString()] {
-                return tr("%1 cannot be written: %2. Choose another place.").arg(path, error);
-            }));
-        }
+        m_saves->report(*this, path, error);
     });
     dialog->open();
 }

@@ -24,6 +24,7 @@ class HistogramWindowUpdater;
 class OpenWindows;
 class ServerController;
 class ServerHistograms;
+class SaveReports;
 class SettingsPanel;
 class StatusPoller;
 
@@ -50,6 +51,7 @@ public:
     QString refusal(const WindowEntry& entry) const;
     const std::vector<WindowEntry>& entries() const { return m_entries; }
     OpenWindows& windows() { return *m_windows; }
+    SaveReports& saves() { return *m_saves; }
     ServerHistograms& histograms() { return *m_histograms; }
     HistogramWindowUpdater& follower() { return *m_follower; }
     StatusPoller& stateWatch() { return *m_stateWatch; }
@@ -87,6 +89,7 @@ protected:
     QSettings& m_memory;
     std::unique_ptr<Ui::MainWindow> ui;
     ServerController* m_controller;
+    SaveReports* m_saves;
     CommandPanel* m_commandPanel;
     SettingsPanel* m_settingsPanel;
     StatusPoller* m_stateWatch;

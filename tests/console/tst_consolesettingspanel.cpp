@@ -74,6 +74,52 @@ private Q_SLOTS:
         QVERIFY(isSent);
     }
 
+    void thePressOfAButtonDoesNotMoveTheKeyboardToTheBasePath_data()
+    {
+        QTest::addColumn<QByteArray>("button");
+        QTest::newRow("download") << QByteArray("downloadButton");
+        QTest::newRow("download and save") << QByteArray("saveButton");
+    }
+    void thePressOfAButtonDoesNotMoveTheKeyboardToTheBasePath()
+    {
+        QFETCH(QByteArray, button);
+        ScriptedServer server;
+        server.answer("setting", told("rate: 10\nbasepath: /data\n"));
+        SettingsDesk desk;
+        desk.use(server);
+        QVERIFY(desk.hasRead(server, 1));
+        const auto& path = desk.widget<QLineEdit>("pathEdit");
+        QTRY_COMPARE_WITH_TIMEOUT(path.text(), QStringLiteral("/data"), timeoutMs);
+        auto& pressed = desk.widget<QPushButton>(button.constData());
+        pressed.setFocus();
+        QVERIFY(desk.pressed(button.constData()));
+        QVERIFY(!path.hasSelectedText());
+        QTRY_COMPARE_WITH_TIMEOUT(desk.window->focusWidget(), &pressed, timeoutMs);
+        QCOMPARE(path.text(), QStringLiteral("/data"));
+    }
+
+    void theKeyboardDoesNotComeBackFromWhereThePersonHasGone()
+    {
+        ScriptedServer server;
+        server.answerInTurn("setting",
+            { told("rate: 10\n"), { Step::hold("reading"), Step::text("OK:\nrate: 10\n") }, told("rate: 10\n") });
+        SettingsDesk desk;
+        desk.use(server);
+        QVERIFY(desk.hasRead(server, 1));
+        auto& button = desk.widget<QPushButton>("downloadButton");
+        QTRY_VERIFY_WITH_TIMEOUT(button.isEnabled(), timeoutMs);
+        button.setFocus();
+        desk.press("downloadButton");
+        QVERIFY(server.waitForHold("reading"));
+        QVERIFY(!button.isEnabled());
+        QVERIFY(!desk.window->focusWidget()); // letters go nowhere
+        desk.edit("rate", "11");
+        desk.ConsoleFixture::edit().setFocus();
+        server.open("reading");
+        QTRY_VERIFY_WITH_TIMEOUT(button.isEnabled(), timeoutMs);
+        QCOMPARE(desk.window->focusWidget(), &desk.ConsoleFixture::edit());
+    }
+
     void aServerThatDoesNotTellItsSettingsGetsThemAllTheSame()
     {
         ScriptedServer server;

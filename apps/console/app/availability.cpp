@@ -3,6 +3,7 @@
 #include <QAbstractButton>
 #include <QAction>
 #include <QShortcut>
+#include <QVariant>
 
 namespace console {
 
@@ -17,9 +18,33 @@ void addKey(QAbstractButton* button, const QKeySequence& key)
     QObject::connect(shortcut, &QShortcut::activated, button, &QAbstractButton::click);
 }
 
+namespace {
+
+constexpr char waitingProperty[] = "waitsForKeyboard";
+
+/// A button that is switched off by its own press would hand the keyboard on, perhaps to a line whose text is selected
+/// then, so that the next letters replace it. Meanwhile nothing has the keyboard; the button gets it back.
+void enable(QWidget& control, bool isEnabled)
+{
+    QWidget* const window = control.window();
+    const bool hasKeyboard = window->focusWidget() == &control && qobject_cast<QAbstractButton*>(&control);
+    if (!isEnabled && control.isEnabled() && hasKeyboard) {
+        control.clearFocus();
+        control.setProperty(waitingProperty, true);
+    }
+    control.setEnabled(isEnabled);
+    if (!isEnabled || !control.property(waitingProperty).toBool())
+        return;
+    control.setProperty(waitingProperty, false);
+    if (!window->focusWidget())
+        control.setFocus(Qt::OtherFocusReason);
+}
+
+} // namespace
+
 void setAvailable(QWidget* control, bool isAvailable, const QString& help, const QString& reason)
 {
-    control->setEnabled(isAvailable);
+    enable(*control, isAvailable);
     control->setToolTip(isAvailable ? help : reason);
     control->setAccessibleDescription(isAvailable ? help : reason);
 }

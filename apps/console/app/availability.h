@@ -16,7 +16,7 @@ QString withKey(const QString& help, const QKeySequence& key);
 void addKey(QAbstractButton* button, const QKeySequence& key);
 
 /// Enables or disables the control. Its tooltip is `help`, or `reason` while it is disabled. An action's own key is
-/// added to its help.
+/// added to its help. A button that has the keyboard when it is disabled gets it back, unless another control took it.
 void setAvailable(QWidget* control, bool isAvailable, const QString& help, const QString& reason);
 void setAvailable(QAction* action, bool isAvailable, const QString& help, const QString& reason);
 

@@ -84,7 +84,9 @@ void KeyboardDialog::addOthers()
     addRow(named({ Qt::CTRL | Qt::Key_O }), tr("In Text on the Server: open"));
     addRow(named({ Qt::CTRL | Qt::Key_S, Qt::CTRL | Qt::SHIFT | Qt::Key_S }),
         tr("In Text on the Server: save, save under another name"));
+    addRow(named({ Qt::CTRL | Qt::Key_W }), tr("Close a window"));
     addRow(named({ Qt::Key_Menu }), tr("In a plot: its tools"));
+    addRow(named({ Qt::Key_Escape }), tr("In a plot: leave the tool"));
     addRow(named({ Qt::Key_Left, Qt::Key_Right, Qt::Key_Up, Qt::Key_Down }), tr("In a plot: move"));
     addRow(named({ Qt::Key_Plus, Qt::Key_Minus }), tr("In a plot: zoom in and out along X"));
     addRow(named({ Qt::Key_PageUp, Qt::Key_PageDown }), tr("In a plot: zoom in and out along Y"));

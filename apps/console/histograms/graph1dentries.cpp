@@ -29,7 +29,8 @@ CurvesRequest requestFor(const Listed& histogram, const CurvesRequest& otherwise
         request.xLabel = otherwise.xLabel;
     request.title = titleOf(*histogram, otherwise.title);
     request.description = otherwise.description;
-    request.rangeName = otherwise.rangeName;
+    if (!otherwise.rangeName.isEmpty())
+        request.rangeName = otherwise.rangeName;
     return request;
 }
 

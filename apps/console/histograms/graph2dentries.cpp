@@ -5,8 +5,6 @@
 #include "histograms/serverhistograms.h"
 #include "windows/window.h"
 
-#include <tarnis/plots/xy2dgraphwidget.h>
-
 #include <optional>
 
 namespace console {
@@ -41,10 +39,7 @@ QWidget* openMap(const WindowContext& context)
     Listed listed = context.histograms.find(QStringLiteral("image"));
     if (listed && !listed->isMap)
         listed.reset();
-    const MapRequest request = imageRequest(listed);
-    auto* const window = new LiveMap(context, std::function([listed] { return imageRequest(listed); }));
-    window->getGraphWidget()->enalbeRoiSelect(QRect(0, 0, request.bins, request.yBins));
-    return window;
+    return new LiveMap(context, std::function([listed] { return imageRequest(listed); }));
 }
 
 } // namespace

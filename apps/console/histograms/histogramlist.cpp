@@ -107,6 +107,7 @@ CurvesRequest curvesRequest(const HistogramInfo& histogram)
     request.xLabel = histogram.x.text();
     request.xMin = histogram.x.min;
     request.xMax = histogram.x.max;
+    request.rangeName = histogram.x.label;
     request.rows = histogram.rows;
     request.last = rowsToShow(histogram) - 1;
     if (histogram.rows > 1)

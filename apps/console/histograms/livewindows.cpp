@@ -1,9 +1,11 @@
 #include "histograms/livewindows.h"
 
 #include "app/availability.h"
-#include "server/replytext.h"
+#include "histograms/keptdata.h"
 #include "histograms/replyfit.h"
+#include "saves/savereports.h"
 #include "server/commandchannel.h"
+#include "server/replytext.h"
 #include "server/servercontroller.h"
 #include "windows/window.h"
 
@@ -42,6 +44,23 @@ void wrapInfo(QDialog& window)
     if (auto* const label = window.findChild<QLabel*>(QStringLiteral("infoLabel")))
         label->setWordWrap(true);
 }
+
+/// The lines that every live plot has below its controls.
+void addLines(QDialog& window, DataAge& age, KeptData& kept)
+{
+    if (auto* const box = qobject_cast<QBoxLayout*>(window.layout())) {
+        box->addWidget(age.label());
+        box->addWidget(&kept);
+    }
+}
+
+/// The server's name of the histogram, which the request has behind its first word.
+QString histogramOf(const QString& command)
+{
+    return command.section(u' ', 1, 1, QString::SectionSkipEmpty);
+}
+
+constexpr char filteredProperty[] = "filteredData"; // of a filtered map: the time of the data
 
 int rowsOf(const MapRequest& request)
 {
@@ -93,8 +112,14 @@ LiveCurves::LiveCurves(const WindowContext& context, const CurvesRequest& reques
         request.resolution, 0, request.description, {}, request.command, request.first, request.last, context.parent)
     , m_request([request] { return request; })
     , m_keeper(context.controller, session)
+    , m_age(*this, [this] { return session && (isAutoUpdate() || m_isAsked); })
+    , m_kept(new KeptData(context.controller, *getGraphWidget(),
+          [this] { return getGraphWidget()->getMaxValue() > 0.0 ? m_age.time() : QTime(); }))
 {
     wrapInfo(*this);
+    addLines(*this, m_age, *m_kept);
+    setSavedName(*this, histogramOf(request.command));
+    connect(m_kept, &KeptData::released, this, &LiveCurves::update);
     // The library's slot knows the entries by their English words, and has been called with those on show.
     if (auto* const box = findChild<QComboBox*>(QStringLiteral("typeComboBox")))
         connect(box, &QComboBox::currentIndexChanged, this,
@@ -108,12 +133,42 @@ void LiveCurves::result(PTarnisCmd command, QByteArray const& payload)
 {
     const bool isData = command->m_bBinary && replyKind(command->m_replyText) != ReplyKind::Refused;
     const QString problem = pairMode && isData ? pairsProblem(command->m_replyText, payload) : QString();
-    if (problem.isEmpty() || !isVisible()) {
+    m_isAsked = false;
+    if (!problem.isEmpty() && isVisible()) {
+        m_age.answered();
+        setInfoText(problem);
+        timer->start();
+    } else if (!isData || !isVisible()) {
+        m_age.answered();
         Graph1DDialog::result(command, payload);
-        return;
+    } else if (m_kept->holds(isAllZero(payload, pairMode))) {
+        m_age.answered();
+        setInfoText(QString());
+        timer->start();
+    } else {
+        show(command, payload);
+        m_age.arrived();
     }
-    setInfoText(problem);
-    timer->start();
+}
+
+/// In the pair format each reply sets the axis, and with it the range on show.
+void LiveCurves::show(const PTarnisCmd& command, const QByteArray& payload)
+{
+    MultiVectorGraphWidget& plot = *getGraphWidget();
+    double min = 0.0;
+    double max = 0.0;
+    const bool isChosen = !plot.getMinMaxX(min, max) && min < max;
+    Graph1DDialog::result(command, payload);
+    if (!pairMode || !isChosen)
+        return;
+    plot.setMinMaxX(min, max);
+    plot.refreshPixmap();
+}
+
+void LiveCurves::update()
+{
+    m_isAsked = true;
+    Graph1DDialog::update();
 }
 
 void LiveCurves::error(int /*code*/, QString const& text)
@@ -134,8 +189,7 @@ void LiveCurves::setTexts()
     plot.setNameY(tr("Intensity"));
     plot.setTitle(request.title);
     plot.m_groupName = request.description;
-    if (!request.rangeName.isEmpty())
-        plot.SetEnableSelectXRangeFeature(true, request.rangeName);
+    plot.SetEnableSelectXRangeFeature(true, request.rangeName.isEmpty() ? tr("X") : request.rangeName);
     QString description = request.description;
     if (start != end)
         description = QStringLiteral("%1 %2-%3").arg(description).arg(start).arg(end);
@@ -192,8 +246,15 @@ LiveMap::LiveMap(const WindowContext& context, const MapRequest& request)
         endOf(request.yMin, request.yMax, rowsOf(request)), 1, 0, {}, request.command, context.parent)
     , m_request([request] { return request; })
     , m_keeper(context.controller, session)
+    , m_age(*this, [this] { return session && (isAutoUpdate() || m_isAsked); })
+    , m_kept(new KeptData(context.controller, *getGraphWidget(),
+          [this] { return getGraphWidget()->getMaxValue() > 0.0 ? m_age.time() : QTime(); }))
 {
     wrapInfo(*this);
+    addLines(*this, m_age, *m_kept);
+    setSavedName(*this, histogramOf(request.command));
+    getGraphWidget()->enalbeRoiSelect(QRect(0, 0, request.bins, rowsOf(request)));
+    connect(m_kept, &KeptData::released, this, &LiveMap::update);
     connect(&m_keeper, &SessionRecovery::lost, this, &LiveMap::onLost);
     connect(&m_keeper, &SessionRecovery::wanted, this, &LiveMap::resume);
 }
@@ -202,12 +263,40 @@ void LiveMap::result(PTarnisCmd command, QByteArray payload)
 {
     const bool isData = command->m_bBinary && replyKind(command->m_replyText) != ReplyKind::Refused;
     const QString problem = isData ? mapProblem(command->m_replyText, payload, binsX, binsY) : QString();
-    if (problem.isEmpty() || !isVisible()) {
+    m_isAsked = false;
+    if (!problem.isEmpty() && isVisible()) {
+        m_age.answered();
+        setInfoText(problem);
+        timer->start();
+    } else if (!isData || !isVisible()) {
+        m_age.answered();
         Graph2DDialog::result(command, payload);
-        return;
+    } else if (m_kept->holds(isAllZero(payload, false))) {
+        m_age.answered();
+        setInfoText(QString());
+        timer->start();
+    } else {
+        Graph2DDialog::result(command, payload);
+        m_age.arrived();
     }
-    setInfoText(problem);
-    timer->start();
+}
+
+void LiveMap::update()
+{
+    m_isAsked = true;
+    Graph2DDialog::update();
+}
+
+void LiveMap::onFilterAccepted(const Graph2DFilter& filter)
+{
+    const QTime time = m_age.time().isValid() ? m_age.time() : QTime::currentTime();
+    const auto before = findChildren<Graph2DDialog*>();
+    Graph2DDialog::onFilterAccepted(filter);
+    for (Graph2DDialog* const map : findChildren<Graph2DDialog*>()) {
+        if (!before.contains(map))
+            map->setProperty(filteredProperty, time);
+    }
+    setFilteredTexts();
 }
 
 void LiveMap::error(int /*socketError*/, QString message)
@@ -235,7 +324,10 @@ void LiveMap::setFilteredTexts()
     const MapRequest request = m_request();
     const auto maps = findChildren<Graph2DDialog*>();
     for (Graph2DDialog* const map : maps) {
-        map->setWindowTitle(windowTitle());
+        const QString time = map->property(filteredProperty).toTime().toString(u"HH:mm:ss");
+        map->setWindowTitle(tr("%1 (filtered, %2)").arg(windowTitle(), time));
+        map->getGraphWidget()->setTitle(map->windowTitle());
+        map->getGraphWidget()->refreshPixmap();
         map->setInfoText(QString());
         map->getGraphWidget()->setNameX(request.xLabel);
         map->getGraphWidget()->setNameY(request.yLabel);
@@ -279,13 +371,16 @@ LiveStatistics::LiveStatistics(const WindowContext& context, const QString& titl
     , m_controller(context.controller)
     , m_keeper(context.controller, session)
     , m_infoLabel(new QLabel(this))
+    , m_age(*this, [this] { return session != nullptr; })
 {
     m_infoLabel->setObjectName(QStringLiteral("infoLabel"));
     m_infoLabel->setTextFormat(Qt::PlainText);
     m_infoLabel->setWordWrap(true);
     m_infoLabel->hide();
-    if (auto* const box = qobject_cast<QBoxLayout*>(layout()))
-        box->insertWidget(box->count() - 1, m_infoLabel); // above the buttons
+    if (auto* const box = qobject_cast<QBoxLayout*>(layout())) { // above the buttons
+        box->insertWidget(box->count() - 1, m_age.label());
+        box->insertWidget(box->count() - 1, m_infoLabel);
+    }
     // The columns fill the table without the row numbers.
     table()->verticalHeader()->hide();
     m_sinceResult.start();
@@ -298,6 +393,7 @@ void LiveStatistics::result(PTarnisCmd command, QByteArray const& payload)
     if (!session)
         return; // still queued when the session ended
     m_infoLabel->hide();
+    m_age.arrived();
     m_controller.readState(payload, m_sinceResult.restart());
     StatDialog::result(command, payload);
 }

@@ -2,6 +2,7 @@
 // goes on by itself when the server is back.
 #pragma once
 
+#include "histograms/dataage.h"
 #include "server/sessionrecovery.h"
 
 #include <tarnis/dialogs/graph1ddialog.h>
@@ -16,6 +17,7 @@ class QLabel;
 
 namespace console {
 
+class KeptData;
 class ServerController;
 struct WindowContext;
 
@@ -27,14 +29,15 @@ struct CurvesRequest {
     double xMax = 0.0;
     int resolution = 1;
     QString description;
-    QString rangeName; ///< of the ranges that can be selected; empty: none can
+    QString rangeName; ///< of the ranges that can be selected; empty: "X"
     QString command;
     int first = 0; ///< of the rows, as `last`
     int last = 0;
     int rows = 0; ///< of the histogram, said where `last` leaves some out
 };
 
-/// A refusal, and a reply that cannot be drawn, stand below the plot, and the polling goes on.
+/// A refusal, and a reply that cannot be drawn, stand below the plot, and the polling goes on. So does the time of the
+/// last data. With the pair format a range along X that the user has chosen stays until Reset.
 class LiveCurves : public Graph1DDialog {
     Q_OBJECT
 public:
@@ -42,19 +45,26 @@ public:
     LiveCurves(const WindowContext& context, const std::function<CurvesRequest()>& request);
     LiveCurves(const WindowContext& context, const CurvesRequest& request);
 
+    void update() override;
     void result(PTarnisCmd command, QByteArray const& payload) override;
     void error(int code, QString const& text) override;
     bool onResultExInfo(QList<QString> const& lines) override;
 
+    DataAge& dataAge() { return m_age; }
+
 protected:
     void changeEvent(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
+    void show(const PTarnisCmd& command, const QByteArray& payload);
     void setTexts();
     void onLost();
     void resume();
 
     std::function<CurvesRequest()> m_request;
     SessionRecovery m_keeper;
+    bool m_isAsked = false; ///< a poll is under way
+    DataAge m_age;
+    KeptData* m_kept;
 };
 
 /// What a 2D window shows.
@@ -71,7 +81,8 @@ struct MapRequest {
     QString command;
 };
 
-/// A refusal, and a reply that cannot be drawn, stand below the plot, and the polling goes on.
+/// A refusal, and a reply that cannot be drawn, stand below the plot, and the polling goes on. So does the time of the
+/// last data.
 class LiveMap : public Graph2DDialog {
     Q_OBJECT
 public:
@@ -79,9 +90,17 @@ public:
     LiveMap(const WindowContext& context, const std::function<MapRequest()>& request);
     LiveMap(const WindowContext& context, const MapRequest& request);
 
+    void update() override;
     void result(PTarnisCmd command, QByteArray payload) override;
     void error(int socketError, QString message) override;
     bool onResultExInfo(QList<QString> const& lines) override;
+
+    DataAge& dataAge() { return m_age; }
+
+public Q_SLOTS:
+    /// In place of the library's own, which the filter's dialog looks up by this name: the title of the new map says
+    /// that it is filtered, and when.
+    void onFilterAccepted(const Graph2DFilter& filter);
 
 protected:
     void changeEvent(QEvent* event) override;
@@ -93,6 +112,9 @@ protected:
 
     std::function<MapRequest()> m_request;
     SessionRecovery m_keeper;
+    bool m_isAsked = false; ///< a poll is under way
+    DataAge m_age;
+    KeptData* m_kept;
 };
 
 /// The values of before stay on show while there is no server.
@@ -104,6 +126,8 @@ public:
     void result(PTarnisCmd command, QByteArray const& payload) override;
     void error(int code, QString const& text) override;
 
+    DataAge& dataAge() { return m_age; }
+
 protected:
     void changeEvent(QEvent* event) override;
     void setTexts();
@@ -114,6 +138,7 @@ protected:
     SessionRecovery m_keeper;
     QElapsedTimer m_sinceResult; ///< the next poll is asked after a result: at least as long as it is under way
     QLabel* m_infoLabel; ///< below the table; hidden while all is well
+    DataAge m_age;
 };
 
 } // namespace console

@@ -61,6 +61,9 @@ ServerController::ServerController(QObject* parent)
     TarnisSession::SetDefaultPrompt(&m_prompts.back());
     m_slowTimer.setSingleShot(true);
     connect(&m_slowTimer, &QTimer::timeout, this, &ServerController::onSlow);
+    m_againTimer.setSingleShot(true);
+    connect(&m_againTimer, &QTimer::timeout, this,
+        [this] { m_probe.start(m_choice.host, m_choice.port, prompt(), m_probeTimeoutMs); });
     connect(&m_probe, &ServerProbe::finished, this, &ServerController::onProbed);
     connect(&m_tarnis, &Tarnis::StatusChanged, this, &ServerController::onStatusChanged);
     connect(&m_tarnis, &Tarnis::onCmdReply, this,
@@ -259,6 +262,10 @@ void ServerController::onProbed(ServerProbe::Outcome outcome)
     } else if (m_state == ServerState::Up && !isThere) {
         fail(probeFailure(outcome));
         m_tarnis.SetStatus(Tarnis::SERVER_ERROR);
+    } else if (m_state == ServerState::Failed && isThere) {
+        restart();
+    } else if (m_state == ServerState::Failed) {
+        m_againTimer.start(m_againMs);
     } else {
         m_hasGreeted = m_hasGreeted || isThere;
     }
@@ -417,14 +424,28 @@ void ServerController::fail(const Notice& failure)
 {
     m_slowTimer.stop();
     m_probe.stop();
+    // A remote server that was there before comes back without the console's help.
+    const bool comesBack = !isLocal() && m_known == m_choice;
+    if (comesBack)
+        m_againTimer.start(m_againMs);
     setState(ServerState::Failed);
-    Q_EMIT notice(failure);
+    if (!comesBack) {
+        Q_EMIT notice(failure);
+        return;
+    }
+    Q_EMIT notice(noticeOf(
+        failure.severity,
+        [words = failure.words] {
+            return words() + u' ' + tr("The console connects by itself as soon as the server answers.");
+        },
+        failure.remedy));
 }
 
 void ServerController::shutDown()
 {
     const ServerState before = m_state;
     m_slowTimer.stop();
+    m_againTimer.stop();
     m_probe.stop();
     setState(ServerState::Stopping);
     Q_EMIT aboutToStop();

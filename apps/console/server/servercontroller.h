@@ -98,6 +98,8 @@ public:
     int m_probeTimeoutMs = 10000;
     int m_portTimeoutMs = 10000;
     int m_endTimeoutMs = 3000;
+    /// The pause before it looks again whether a remote server that has gone is back.
+    int m_againMs = 3000;
 
 Q_SIGNALS:
     void stateChanged();
@@ -140,6 +142,7 @@ protected:
     std::optional<ServerChoice> m_next; ///< to start as soon as the state is Off
     ServerProbe m_probe;
     QTimer m_slowTimer; ///< fires when starting or stopping takes long
+    QTimer m_againTimer; ///< looks for a remote server that has gone
     QPointer<QProcess> m_process; ///< the local server, also after Shutdown() has let go of it
     std::optional<ServerChoice> m_known; ///< was there before
     bool m_hasGreeted = false; ///< with the prompt, since begin()

@@ -67,8 +67,16 @@ void SessionRecovery::drop(const Words& words)
 
 void SessionRecovery::onServerState()
 {
-    if (m_controller.state() != ServerState::Up)
-        drop([] { return tr("There is no connection to the server. This goes on as soon as it is back."); });
+    const ServerState state = m_controller.state();
+    const Words words = [isEnded = state == ServerState::Failed && m_controller.isLocal()] {
+        return isEnded ? tr("The server has ended. This goes on when it has been started again (F8).")
+                       : tr("There is no connection to the server. This goes on as soon as it is back.");
+    };
+    if (state == ServerState::Failed && !m_isEnded && !m_session) {
+        m_words = words; // a connection that broke before has said less
+        Q_EMIT lost();
+    } else if (state != ServerState::Up)
+        drop(words);
     else if (!m_retryTimer.isActive())
         ask();
 }

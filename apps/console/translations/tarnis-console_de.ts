@@ -1273,6 +1273,21 @@
     </message>
 </context>
 <context>
+    <name>console::DataAge</name>
+    <message>
+        <source>Last data: %1.</source>
+        <translation>Letzte Daten: %1.</translation>
+    </message>
+    <message>
+        <source>No data yet.</source>
+        <translation>Noch keine Daten.</translation>
+    </message>
+    <message>
+        <source>The server has not answered since %1 (%2 s). The window waits.</source>
+        <translation>Der Server hat seit %1 (%2 s) nicht geantwortet. Das Fenster wartet.</translation>
+    </message>
+</context>
+<context>
     <name>console::FileChooser</name>
     <message>
         <source>Choose a file</source>
@@ -1343,6 +1358,37 @@
     <message>
         <source>%1; only the first %2 are shown</source>
         <translation>%1; nur die ersten %2 werden gezeigt</translation>
+    </message>
+</context>
+<context>
+    <name>console::KeptData</name>
+    <message>
+        <source>These data are of %1, when the server was last there. They stay until it has new data.</source>
+        <translation>Diese Daten sind von %1, als der Server zuletzt da war. Sie bleiben, bis er neue hat.</translation>
+    </message>
+    <message>
+        <source>Save &amp;Picture...</source>
+        <translation>&amp;Bild speichern...</translation>
+    </message>
+    <message>
+        <source>Save what is shown as a picture</source>
+        <translation>Das Gezeigte als Bild speichern</translation>
+    </message>
+    <message>
+        <source>Save &amp;Values...</source>
+        <translation>&amp;Werte speichern...</translation>
+    </message>
+    <message>
+        <source>Save what is shown as comma-separated values</source>
+        <translation>Das Gezeigte als durch Kommas getrennte Werte speichern</translation>
+    </message>
+    <message>
+        <source>Show the &amp;New Data</source>
+        <translation>&amp;Neue Daten zeigen</translation>
+    </message>
+    <message>
+        <source>Let go of these data; the server has none yet</source>
+        <translation>Diese Daten aufgeben; der Server hat noch keine</translation>
     </message>
 </context>
 <context>
@@ -1419,6 +1465,14 @@
         <source>In a plot: to the boxes beside its window, and back</source>
         <translation>In einem Diagramm: zu den Kästen neben seinem Fenster und zurück</translation>
     </message>
+    <message>
+        <source>Close a window</source>
+        <translation>Ein Fenster schließen</translation>
+    </message>
+    <message>
+        <source>In a plot: leave the tool</source>
+        <translation>In einem Diagramm: das Werkzeug verlassen</translation>
+    </message>
 </context>
 <context>
     <name>console::LanguageMenu</name>
@@ -1448,6 +1502,17 @@
     <message>
         <source>%1 of %2</source>
         <translation>%1 von %2</translation>
+    </message>
+    <message>
+        <source>X</source>
+        <translation>X</translation>
+    </message>
+</context>
+<context>
+    <name>console::LiveMap</name>
+    <message>
+        <source>%1 (filtered, %2)</source>
+        <translation>%1 (gefiltert, %2)</translation>
     </message>
 </context>
 <context>
@@ -1622,14 +1687,6 @@
         <translation>Text (*.txt)</translation>
     </message>
     <message>
-        <source>The record is in %1.</source>
-        <translation>Das Protokoll steht in %1.</translation>
-    </message>
-    <message>
-        <source>%1 cannot be written: %2. Choose another place.</source>
-        <translation>%1 lässt sich nicht schreiben: %2. Wählen Sie einen anderen Ort.</translation>
-    </message>
-    <message>
         <source>About</source>
         <translation>Über</translation>
     </message>
@@ -1720,6 +1777,10 @@
     <message>
         <source>The file %1 cannot be written. Commands, windows and the server are not remembered.</source>
         <translation>Die Datei %1 ist nicht beschreibbar. Befehle, Fenster und Server werden nicht gemerkt.</translation>
+    </message>
+    <message>
+        <source>Record</source>
+        <translation>Protokoll</translation>
     </message>
 </context>
 <context>
@@ -2125,6 +2186,33 @@
     </message>
 </context>
 <context>
+    <name>console::SaveReports</name>
+    <message>
+        <source>PNG image (*.png)</source>
+        <translation>PNG-Bild (*.png)</translation>
+    </message>
+    <message>
+        <source>JPEG image (*.jpg *.jpeg)</source>
+        <translation>JPEG-Bild (*.jpg *.jpeg)</translation>
+    </message>
+    <message>
+        <source>Comma-separated values (*.csv)</source>
+        <translation>Durch Kommas getrennte Werte (*.csv)</translation>
+    </message>
+    <message>
+        <source>Text (*.txt)</source>
+        <translation>Text (*.txt)</translation>
+    </message>
+    <message>
+        <source>Saved as %1.</source>
+        <translation>Gespeichert als %1.</translation>
+    </message>
+    <message>
+        <source>%1 was not saved: %2.</source>
+        <translation>%1 wurde nicht gespeichert: %2.</translation>
+    </message>
+</context>
+<context>
     <name>console::ServerController</name>
     <message>
         <source>There is no program “%1” to start here. Choose another server.</source>
@@ -2217,6 +2305,10 @@
     <message>
         <source>The connection to %1 broke: %2.</source>
         <translation>Die Verbindung zu %1 ist abgerissen: %2.</translation>
+    </message>
+    <message>
+        <source>The console connects by itself as soon as the server answers.</source>
+        <translation>Die Konsole verbindet sich von selbst, sobald der Server antwortet.</translation>
     </message>
 </context>
 <context>
@@ -2338,6 +2430,10 @@
     <message>
         <source>There is no connection to the server. This goes on as soon as it is back.</source>
         <translation>Es gibt keine Verbindung zum Server. Es geht weiter, sobald er zurück ist.</translation>
+    </message>
+    <message>
+        <source>The server has ended. This goes on when it has been started again (F8).</source>
+        <translation>Der Server ist beendet. Hier geht es weiter, wenn er wieder gestartet ist (F8).</translation>
     </message>
 </context>
 <context>

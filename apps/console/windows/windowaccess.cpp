@@ -1,6 +1,7 @@
 #include "windows/windowaccess.h"
 
 #include "windows/colourbarmenu.h"
+#include "windows/leavetool.h"
 #include "windows/plotkeys.h"
 
 #include <tarnis/dialogs/selectcheckeddialog.h>
@@ -8,7 +9,9 @@
 #include <tarnis/plots/xygraphwidget.h>
 
 #include <QCoreApplication>
+#include <QDialog>
 #include <QEvent>
+#include <QKeyEvent>
 #include <QMenu>
 #include <QPushButton>
 #include <QShortcut>
@@ -64,7 +67,25 @@ bool WindowAccess::eventFilter(QObject* object, QEvent* event)
         if (widget && widget->isWindow())
             makeAccessible(*widget);
     }
+    if (event->type() == QEvent::KeyPress && object->isWidgetType()) {
+        const auto& key = static_cast<const QKeyEvent&>(*event);
+        auto* const widget = static_cast<QWidget*>(object);
+        // What the control with the keyboard has not taken has come up to the window.
+        return key.key() == Qt::Key_Escape && key.modifiers() == Qt::NoModifier && widget->isWindow()
+            && takesEscape(*widget);
+    }
     return false;
+}
+
+/// Escape does not close windows with data: another key does.
+void WindowAccess::addCloseKey(QWidget& window)
+{
+    const bool isBox = window.isModal() || window.windowFlags().testFlag(Qt::FramelessWindowHint);
+    if (!qobject_cast<QDialog*>(&window) || isBox || window.findChild<QShortcut*>(QStringLiteral("closeShortcut")))
+        return;
+    auto* const shortcut = new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_W), &window);
+    shortcut->setObjectName(QStringLiteral("closeShortcut"));
+    connect(shortcut, &QShortcut::activated, &window, &QWidget::close);
 }
 
 void WindowAccess::makeAccessible(QWidget& window)
@@ -73,6 +94,7 @@ void WindowAccess::makeAccessible(QWidget& window)
     if (qobject_cast<SelectCheckedDialog*>(&window) && window.windowTitle() == u"Dialog")
         window.setWindowTitle(tr("Select Visible Items"));
     nameControls(window);
+    addCloseKey(window);
     const auto plots = window.findChildren<XYGraphWidget*>();
     for (XYGraphWidget* const plot : plots)
         m_plotKeys->serve(*plot);

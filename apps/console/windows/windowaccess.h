@@ -11,7 +11,8 @@ namespace console {
 class PlotKeys;
 
 /// Watches all windows of the application, the library's among them: each that comes up gets names on its nameless
-/// controls, F5 and Tab on its Update button, and keys in its plots. GUI thread.
+/// controls, F5 and Tab on its Update button, Ctrl+W to close it, and keys in its plots. Escape leaves the tool of a
+/// plot and does not close a live window. GUI thread.
 class WindowAccess : public QObject {
     Q_OBJECT
 public:
@@ -20,6 +21,7 @@ public:
 protected:
     bool eventFilter(QObject* object, QEvent* event) override;
     void makeAccessible(QWidget& window);
+    static void addCloseKey(QWidget& window);
 
     PlotKeys* m_plotKeys;
 };

@@ -1,0 +1,54 @@
+// The data of a server that has gone stay on the screen until the next server has some.
+#pragma once
+
+#include <QFrame>
+#include <QTime>
+
+#include <functional>
+
+QT_BEGIN_NAMESPACE
+class QLabel;
+class QPushButton;
+QT_END_NAMESPACE
+
+class XYGraphWidget;
+
+namespace console {
+
+class ServerController;
+
+/// A bar that says so and offers to save the picture and the values. It is hidden unless data are kept. GUI thread.
+class KeptData : public QFrame {
+    Q_OBJECT
+public:
+    /// `dataTime` returns when the data on show came; not valid: there is nothing to keep.
+    KeptData(ServerController& controller, XYGraphWidget& plot, const std::function<QTime()>& dataTime);
+
+    /// True if the reply must not be shown, because all its counts are 0 and there are data to keep. False ends it.
+    bool holds(bool isReplyEmpty);
+
+Q_SIGNALS:
+    /// The user wants to see the new data.
+    void released();
+
+protected:
+    void changeEvent(QEvent* event) override;
+    void onServerState();
+    void release();
+    void setTexts();
+
+    ServerController& m_controller;
+    std::function<QTime()> m_dataTime;
+    QLabel* m_label;
+    QPushButton* m_pictureButton;
+    QPushButton* m_valuesButton;
+    QPushButton* m_releaseButton;
+    QTime m_keptTime; ///< of the data
+    bool m_isKeeping = false;
+    bool m_wasUp;
+};
+
+/// True if every double of the payload is 0, of pairs every second one.
+bool isAllZero(const QByteArray& payload, bool arePairs);
+
+} // namespace console

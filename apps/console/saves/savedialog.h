@@ -1,0 +1,29 @@
+// Asks for the name of a file to save.
+#pragma once
+
+#include <QFileDialog>
+#include <QStringList>
+
+namespace console {
+
+/// A name that ends in none of the suffixes of the filters gets the first one of the chosen filter, before the dialog
+/// asks about an older file. Choosing another filter changes the suffix of the name.
+class SaveDialog : public QFileDialog {
+    Q_OBJECT
+public:
+    /// Filters are of the form "PNG image (*.png)"; `name` is suggested, without a suffix. Opens in getSaveDir().
+    SaveDialog(QWidget* parent, const QString& caption, const QStringList& filters, const QString& name);
+
+    void accept() override;
+
+protected:
+    void onFilter(const QString& filter);
+    void setName(const QString& name);
+
+    QStringList m_suffixes; ///< of all filters, without the dot
+};
+
+/// The suffixes of a filter, without the dot: "JPEG image (*.jpg *.jpeg)" has two.
+QStringList suffixesOf(const QString& filter);
+
+} // namespace console

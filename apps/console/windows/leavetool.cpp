@@ -1,0 +1,104 @@
+#include "windows/leavetool.h"
+
+#include <tarnis/dialogs/statdialog.h>
+#include <tarnis/plots/colorbarwidget.h>
+#include <tarnis/plots/xy2dgraphwidget.h>
+
+#include <QAction>
+#include <QApplication>
+#include <QDialog>
+#include <QLineEdit>
+#include <QMouseEvent>
+
+namespace console {
+
+namespace {
+
+/// The entries of the tools in the menu: what a host that subclasses the plot sees of it.
+class PlotTools : public XYGraphWidget {
+public:
+    static QList<QAction*> of(XYGraphWidget& plot)
+    {
+        return { plot.*(&PlotTools::m_actRectangle), plot.*(&PlotTools::m_actZoomIn), plot.*(&PlotTools::m_actZoomOut),
+            plot.*(&PlotTools::m_actMove), plot.*(&PlotTools::m_actSelectXRange) };
+    }
+};
+
+class MapTools : public XY2DGraphWidget {
+public:
+    static QList<QAction*> of(XY2DGraphWidget& map)
+    {
+        return { map.*(&MapTools::m_act1dCut), map.*(&MapTools::m_actRoi) };
+    }
+};
+
+QList<QAction*> toolsOf(XYGraphWidget& plot)
+{
+    QList<QAction*> tools = PlotTools::of(plot);
+    if (auto* const map = qobject_cast<XY2DGraphWidget*>(&plot))
+        tools.append(MapTools::of(*map));
+    tools.removeAll(nullptr); // regions need not be offered
+    return tools;
+}
+
+bool leaveEditor(XYGraphWidget& plot)
+{
+    if (auto* const bar = plot.findChild<ColorBarWidget*>();
+        bar && bar->findChild<QLineEdit*>(QString(), Qt::FindDirectChildrenOnly)) {
+        bar->deleteEditLine();
+        return true;
+    }
+    if (!plot.findChild<QLineEdit*>(QString(), Qt::FindDirectChildrenOnly))
+        return false;
+    // A press beside the graph drops the editor.
+    QMouseEvent press(QEvent::MouseButtonPress, QPointF(), plot.mapToGlobal(QPointF()), Qt::LeftButton, Qt::LeftButton,
+        Qt::NoModifier);
+    QApplication::sendEvent(&plot, &press);
+    return true;
+}
+
+XYGraphWidget* plotWithBox(const QWidget& window)
+{
+    return window.windowFlags().testFlag(Qt::FramelessWindowHint) ? qobject_cast<XYGraphWidget*>(window.parentWidget())
+                                                                  : nullptr;
+}
+
+XYGraphWidget* plotIn(const QWidget& window)
+{
+    for (XYGraphWidget* const plot : window.findChildren<XYGraphWidget*>()) {
+        if (plot->window() == &window)
+            return plot;
+    }
+    return nullptr;
+}
+
+} // namespace
+
+bool leaveTool(XYGraphWidget& plot)
+{
+    if (leaveEditor(plot))
+        return true;
+    bool isLeft = false;
+    for (QAction* const tool : toolsOf(plot)) {
+        if (!tool->isChecked())
+            continue;
+        tool->trigger(); // as in the menu: some listen to this, some to the check mark
+        isLeft = true;
+    }
+    return isLeft;
+}
+
+bool takesEscape(QWidget& window)
+{
+    if (!qobject_cast<QDialog*>(&window))
+        return false;
+    if (XYGraphWidget* const plot = plotWithBox(window))
+        return leaveTool(*plot);
+    if (XYGraphWidget* const plot = plotIn(window)) {
+        leaveTool(*plot);
+        return true;
+    }
+    return qobject_cast<StatDialog*>(&window) != nullptr; // live too
+}
+
+} // namespace console

@@ -1,0 +1,528 @@
+// What the live windows of the console keep, say and offer about their data: their age, a server that hangs or comes
+// back, the range that the user has chosen, the tools, filtered maps.
+#include "console/consolefixture.h"
+#include "histograms/histogramchooser.h"
+#include "histograms/keptdata.h"
+#include "histograms/livewindows.h"
+#include "support/modalwatchdog.h"
+
+#include <tarnis/plots/multivectorgraphwidget.h>
+#include <tarnis/plots/viewselectedroi.h>
+#include <tarnis/plots/xy2dgraphwidget.h>
+
+#include "app/language.h"
+#include "histograms/serverhistograms.h"
+#include "windows/openwindows.h"
+
+#include <QAction>
+#include <QLabel>
+#include <QPointer>
+#include <QPushButton>
+#include <QRegularExpression>
+#include <QTcpServer>
+#include <QTcpSocket>
+
+#include <cmath>
+
+using namespace console;
+using namespace tarnis::testing;
+
+namespace {
+
+const QByteArray curvesCommand("hist1d time 0 7 bins:1024");
+const QByteArray pairsCommand("hist1d total pairs bins:1024");
+const QByteArray mapCommand("hist2d image bins:256");
+
+Script curvesOf(double value)
+{
+    return { Step::doubles(QList<double>(8, value), "OK:\n") };
+}
+
+class LiveServer : public ScriptedServer {
+public:
+    LiveServer()
+    {
+        answer(curvesCommand, curvesOf(3));
+        answer(pairsCommand, { Step::doubles({ 0, 5, 39, 6 }, "OK: (0 40000 1024)\n") });
+        answer(mapCommand, { Step::doubles({ 1, 2, 3, 4 }, "OK: exported 2 x 2 y\n") });
+        answer("stat", { Step::text("OK:\nevents: 12\n") });
+    }
+};
+
+QString ageOf(const QWidget& window)
+{
+    const auto* const label = window.findChild<QLabel*>(QStringLiteral("dataAgeLabel"));
+    return label && label->isVisible() ? label->text() : QString();
+}
+
+QAction* actionOf(const XYGraphWidget& plot, const QString& text)
+{
+    for (QAction* const action : plot.actions()) {
+        if (action->text() == text)
+            return action;
+    }
+    return nullptr;
+}
+
+/// The way to a server, which can be shut and opened again at the same port.
+class Door : public QTcpServer {
+public:
+    explicit Door(quint16 target)
+        : m_target(target)
+    {
+    }
+    bool open() { return listen(QHostAddress::LocalHost, m_port) && (m_port = serverPort()) != 0; }
+    void shut()
+    {
+        close();
+        for (QTcpSocket* const socket : findChildren<QTcpSocket*>())
+            socket->abort();
+    }
+
+protected:
+    void incomingConnection(qintptr descriptor) override
+    {
+        auto* const client = new QTcpSocket(this);
+        auto* const server = new QTcpSocket(this);
+        client->setSocketDescriptor(descriptor);
+        server->connectToHost(QHostAddress::LocalHost, m_target);
+        join(*client, *server);
+        join(*server, *client);
+    }
+
+private:
+    void join(QTcpSocket& from, QTcpSocket& to)
+    {
+        connect(&from, &QTcpSocket::readyRead, &to, [&from, &to] { to.write(from.readAll()); });
+        connect(&from, &QTcpSocket::disconnected, &to, &QTcpSocket::disconnectFromHost);
+    }
+
+    quint16 m_target;
+    quint16 m_port = 0;
+};
+
+template <typename Window> bool isFilled(const Window& window)
+{
+    return QTest::qWaitFor([&] { return window.getGraphWidget()->getMaxValue() > 0.0; }, timeoutMs);
+}
+
+class LiveDesk : public ConsoleFixture {
+public:
+    explicit LiveDesk(const ScriptedServer& server)
+    {
+        use(server);
+        if (!reaches(ServerState::Up))
+            qFatal("no server");
+    }
+};
+
+void setLimit(QWidget& window, int limitMs)
+{
+    if (auto* const curves = qobject_cast<LiveCurves*>(&window))
+        curves->dataAge().m_limitMs = limitMs;
+    else if (auto* const map = qobject_cast<LiveMap*>(&window))
+        map->dataAge().m_limitMs = limitMs;
+    else
+        dynamic_cast<LiveStatistics&>(window).dataAge().m_limitMs = limitMs;
+}
+
+} // namespace
+
+class TestConsoleLiveData : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { QApplication::setQuitOnLastWindowClosed(false); }
+
+    // The age of the data.
+
+    void aServerThatHangsIsSaid_data()
+    {
+        QTest::addColumn<QByteArray>("id");
+        QTest::addColumn<QByteArray>("command");
+        QTest::newRow("curves") << QByteArray("curves") << curvesCommand;
+        QTest::newRow("pairs") << QByteArray("pairs") << pairsCommand;
+        QTest::newRow("map") << QByteArray("map") << mapCommand;
+        QTest::newRow("statistics") << QByteArray("statistics") << QByteArray("stat");
+    }
+    void aServerThatHangsIsSaid()
+    {
+        QFETCH(QByteArray, id);
+        QFETCH(QByteArray, command);
+        LiveServer server;
+        LiveDesk desk(server);
+        auto* const window = desk.find(id.constData());
+        QVERIFY(window);
+        QTRY_VERIFY_WITH_TIMEOUT(ageOf(*window).startsWith(QStringLiteral("Last data: ")), timeoutMs);
+        QVERIFY(QRegularExpression(QStringLiteral("\\d\\d:\\d\\d:\\d\\d")).match(ageOf(*window)).hasMatch());
+        QVERIFY(!ageOf(*window).contains(QStringLiteral("waits")));
+        server.answer(command, { Step::hold("hung"), Step::text("NG:late\n") });
+        setLimit(*window, 0); // rather than three polls
+        QVERIFY(server.waitForHold("hung"));
+        QTRY_VERIFY_WITH_TIMEOUT(ageOf(*window).contains(QStringLiteral("waits")), timeoutMs);
+        QVERIFY(ageOf(*window).startsWith(QStringLiteral("Last data: ")));
+        setLimit(*window, 1 << 30);
+        server.open("hung");
+        QTRY_VERIFY_WITH_TIMEOUT(!ageOf(*window).contains(QStringLiteral("waits")), timeoutMs);
+    }
+
+    void aWindowThatNeverGotDataSaysSo()
+    {
+        LiveServer server;
+        server.answer(curvesCommand, { Step::silence() });
+        LiveDesk desk(server);
+        auto* const window = desk.find("curves");
+        setLimit(*window, 0);
+        QTRY_VERIFY_WITH_TIMEOUT(ageOf(*window).contains(QStringLiteral("waits")), timeoutMs);
+        QVERIFY(ageOf(*window).startsWith(QStringLiteral("No data yet")));
+    }
+
+    void aWindowThatDoesNotPollDoesNotWait()
+    {
+        LiveServer server;
+        LiveDesk desk(server);
+        auto* const window = desk.open<LiveCurves>("curves");
+        QVERIFY(isFilled(*window));
+        window->setAutoUpdate(false);
+        const auto polls = server.requests().count(curvesCommand);
+        server.answer(curvesCommand, { Step::hold("hung"), Step::text("NG:late\n") });
+        bool isExpected = false;
+        DataAge age(*window, [&] { return isExpected; });
+        age.m_limitMs = 0;
+        window->dataAge().m_limitMs = 0;
+        isExpected = true; // a line that waits shows that this one was looked at too
+        QTRY_VERIFY_WITH_TIMEOUT(age.label()->text().contains(QStringLiteral("waits")), timeoutMs);
+        QVERIFY(!ageOf(*window).contains(QStringLiteral("waits")));
+        QCOMPARE(server.requests().count(curvesCommand), polls);
+        // Until an update is asked for by hand.
+        press(*window->findChild<QPushButton*>(QStringLiteral("updatePushButton")));
+        QTRY_VERIFY_WITH_TIMEOUT(ageOf(*window).contains(QStringLiteral("waits")), timeoutMs);
+    }
+
+    void threePollsMayBeMissed()
+    {
+        QWidget window;
+        const DataAge age(window, [] { return true; });
+        QCOMPARE(age.m_limitMs, 3000);
+    }
+
+    // Servers that come back.
+
+    void aRemoteServerThatIsStartedAgainIsConnectedByItself()
+    {
+        LiveServer server;
+        Door door(server.port());
+        QVERIFY(door.open());
+        ConsoleFixture desk;
+        desk.window->controller().m_againMs = 20;
+        desk.start({ ServerChoice::Kind::Remote, {}, ScriptedServer::host(), door.serverPort() });
+        QVERIFY(desk.reaches(ServerState::Up));
+        auto* const window = desk.open<LiveCurves>("curves");
+        QVERIFY(isFilled(*window));
+        door.shut();
+        QVERIFY(desk.reaches(ServerState::Failed));
+        QVERIFY2(desk.notice().text.contains(QStringLiteral("by itself")), qPrintable(desk.notice().text));
+        const auto* const info = window->findChild<QLabel*>(QStringLiteral("infoLabel"));
+        QVERIFY(info->text().contains(QStringLiteral("goes on as soon as it is back")));
+        server.answer(curvesCommand, curvesOf(7));
+        QVERIFY(door.open());
+        QVERIFY(desk.reaches(ServerState::Up));
+        QTRY_COMPARE_WITH_TIMEOUT(window->getGraphWidget()->getMaxValue(), 7.0, timeoutMs);
+        QVERIFY(!info->isVisible());
+        QVERIFY(desk.notice().text.isEmpty());
+    }
+
+    void aLocalServerThatEndedSaysWhatHelps()
+    {
+        LiveServer server;
+        const LocalProgram program(faithful(server.port()));
+        ConsoleFixture desk;
+        desk.use(program);
+        QVERIFY(desk.reaches(ServerState::Up));
+        auto* const window = desk.open<LiveCurves>("curves");
+        QVERIFY(isFilled(*window));
+        desk.window->controller().endByForce();
+        QVERIFY(desk.reaches(ServerState::Failed));
+        const auto* const info = window->findChild<QLabel*>(QStringLiteral("infoLabel"));
+        QTRY_VERIFY_WITH_TIMEOUT(info->text().contains(QStringLiteral("F8")), timeoutMs);
+    }
+
+    // Data of a server that has gone.
+
+    void thePictureStaysUntilTheNewServerHasData_data()
+    {
+        QTest::addColumn<QByteArray>("id");
+        QTest::addColumn<QByteArray>("command");
+        QTest::addColumn<QList<double>>("nothing");
+        QTest::addColumn<QList<double>>("something");
+        QTest::addColumn<QByteArray>("text");
+        QTest::newRow("curves") << QByteArray("curves") << curvesCommand << QList<double>(8, 0.0)
+                                << QList<double>(8, 1.0) << QByteArray("OK:\n");
+        QTest::newRow("pairs") << QByteArray("pairs") << pairsCommand << QList<double> { 0, 0, 39, 0 }
+                               << QList<double> { 0, 0, 39, 1 } << QByteArray("OK: (0 40000 1024)\n");
+        QTest::newRow("map") << QByteArray("map") << mapCommand << QList<double>(4, 0.0) << QList<double>(4, 1.0)
+                             << QByteArray("OK: exported 2 x 2 y\n");
+    }
+    void thePictureStaysUntilTheNewServerHasData()
+    {
+        QFETCH(QByteArray, id);
+        QFETCH(QByteArray, command);
+        QFETCH(QList<double>, nothing);
+        QFETCH(QList<double>, something);
+        QFETCH(QByteArray, text);
+        LiveServer server;
+        const LocalProgram program(faithful(server.port()));
+        ConsoleFixture desk;
+        desk.use(program);
+        QVERIFY(desk.reaches(ServerState::Up));
+        auto* const window = desk.find(id.constData());
+        const auto largest = [window] {
+            const auto* const curves = qobject_cast<LiveCurves*>(window);
+            return curves ? curves->getGraphWidget()->getMaxValue()
+                          : dynamic_cast<LiveMap&>(*window).getGraphWidget()->getMaxValue();
+        };
+        QTRY_VERIFY_WITH_TIMEOUT(largest() > 1.0, timeoutMs);
+        auto& bar = *window->findChild<KeptData*>();
+        QVERIFY(!bar.isVisible());
+        const double kept = largest();
+
+        desk.window->controller().endByForce(); // as a crash
+        QVERIFY(desk.reaches(ServerState::Failed));
+        QVERIFY(bar.isVisible());
+        QVERIFY(!bar.findChild<QPushButton*>(QStringLiteral("keptReleaseButton"))->isVisible());
+        // What is on show can be saved before anything else happens.
+        for (const char* const name : { "keptPictureButton", "keptValuesButton" }) {
+            const ModalWatchdog watchdog({ reject() });
+            press(*bar.findChild<QPushButton*>(QLatin1String(name)));
+            QVERIFY(watchdog.isContent());
+        }
+        server.answerInTurn(command,
+            { { Step::doubles(nothing, text) }, { Step::hold("empty"), Step::doubles(nothing, text) },
+                { Step::doubles(something, text) } });
+        desk.window->controller().restart();
+        QVERIFY(desk.reaches(ServerState::Up));
+        QVERIFY(server.waitForHold("empty")); // the first empty reply has been dealt with
+        QCOMPARE(largest(), kept);
+        QVERIFY(bar.isVisible());
+        server.open("empty");
+        QTRY_COMPARE_WITH_TIMEOUT(largest(), 1.0, timeoutMs);
+        QVERIFY(!bar.isVisible());
+    }
+
+    void thePersonMayLetTheOldDataGo()
+    {
+        LiveServer server;
+        const LocalProgram program(faithful(server.port()));
+        ConsoleFixture desk;
+        desk.use(program);
+        QVERIFY(desk.reaches(ServerState::Up));
+        auto* const window = desk.open<LiveCurves>("curves");
+        QVERIFY(isFilled(*window));
+        desk.window->controller().endByForce();
+        QVERIFY(desk.reaches(ServerState::Failed));
+        server.answer(curvesCommand, curvesOf(0));
+        desk.window->controller().restart();
+        QVERIFY(desk.reaches(ServerState::Up));
+        press(*window->findChild<QPushButton*>(QStringLiteral("keptReleaseButton")));
+        QTRY_COMPARE_WITH_TIMEOUT(window->getGraphWidget()->getMaxValue(), 0.0, timeoutMs);
+        QVERIFY(!window->findChild<KeptData*>()->isVisible());
+    }
+
+    void dataThatAreClearedOnTheSameServerGoAtOnce()
+    {
+        LiveServer server;
+        LiveDesk desk(server);
+        auto* const window = desk.open<LiveCurves>("curves");
+        QVERIFY(isFilled(*window));
+        server.answer(curvesCommand, curvesOf(0));
+        QTRY_COMPARE_WITH_TIMEOUT(window->getGraphWidget()->getMaxValue(), 0.0, timeoutMs);
+        QVERIFY(!window->findChild<KeptData*>()->isVisible());
+    }
+
+    void zerosAreFoundInRowsAndPairs()
+    {
+        const auto bytes = [](const QList<double>& values) {
+            return QByteArray(
+                reinterpret_cast<const char*>(values.constData()), values.size() * qsizetype(sizeof(double)));
+        };
+        QVERIFY(isAllZero({}, false));
+        QVERIFY(isAllZero(bytes({ 0, -0.0 }), false));
+        QVERIFY(!isAllZero(bytes({ 0, 1 }), false));
+        QVERIFY(!isAllZero(bytes({ 0, std::nan("") }), false));
+        QVERIFY(isAllZero(bytes({ 5, 0, 6, 0 }), true));
+        QVERIFY(!isAllZero(bytes({ 5, 0, 6, 1 }), true));
+        QVERIFY(isAllZero(bytes({ 5 }), true)); // half a pair
+    }
+
+    // What the user has chosen.
+
+    void aZoomInThePairFormatStaysUntilReset()
+    {
+        LiveServer server;
+        LiveDesk desk(server);
+        auto* const window = desk.open<LiveCurves>("pairs");
+        auto& plot = *window->getGraphWidget();
+        QVERIFY(isFilled(*window));
+        double min = 0.0;
+        double max = 0.0;
+        const auto isShown = [&](double expectedMin, double expectedMax) {
+            plot.getMinMaxX(min, max);
+            return min == expectedMin && max == expectedMax;
+        };
+        QVERIFY(isShown(0, 40000));
+        plot.setFocus();
+        QTest::keyClick(&plot, Qt::Key_Plus);
+        plot.getMinMaxX(min, max);
+        const double zoomedMin = min;
+        const double zoomedMax = max;
+        QVERIFY(zoomedMin > 0 && zoomedMax < 40000);
+        server.answer(pairsCommand, { Step::doubles({ 0, 9 }, "OK: (0 40000 1024)\n") });
+        QTRY_COMPARE_WITH_TIMEOUT(plot.getMaxValue(), 9.0, timeoutMs);
+        QVERIFY(isShown(zoomedMin, zoomedMax));
+        plot.onReset();
+        QVERIFY(isShown(0, 40000));
+        server.answer(pairsCommand, { Step::doubles({ 0, 8 }, "OK: (0 50000 1024)\n") });
+        QTRY_COMPARE_WITH_TIMEOUT(plot.getMaxValue(), 8.0, timeoutMs);
+        QVERIFY(isShown(0, 50000)); // again as the server says
+    }
+
+    void escapeLeavesTheToolAndCtrlWCloses_data()
+    {
+        QTest::addColumn<QByteArray>("id");
+        QTest::addColumn<QStringList>("tools");
+        const QStringList common { "Rectangle", "Zoom In", "Zoom Out", "Move" };
+        QTest::newRow("curves") << QByteArray("curves") << common + QStringList { "Select Time Range" };
+        QTest::newRow("single row") << QByteArray("single-row") << common;
+        QTest::newRow("map") << QByteArray("map") << common + QStringList { "1D Cut", "Select ROI..." };
+        QTest::newRow("rate") << QByteArray("rate") << common;
+        QTest::newRow("statistics") << QByteArray("statistics") << QStringList();
+    }
+    void escapeLeavesTheToolAndCtrlWCloses()
+    {
+        QFETCH(QByteArray, id);
+        QFETCH(QStringList, tools);
+        LiveServer server;
+        LiveDesk desk(server);
+        const QPointer<QWidget> window = desk.find(id.constData());
+        QApplication::setActiveWindow(window);
+        QTRY_COMPARE(QApplication::activeWindow(), window.data()); // a shortcut needs it
+        if (auto* const curves = qobject_cast<LiveCurves*>(window.data()); curves && id == "curves")
+            QVERIFY(isFilled(*curves)); // a range needs data
+        auto* const plot = window->findChild<XYGraphWidget*>();
+        for (const QString& text : tools) {
+            QAction* const tool = actionOf(*plot, text);
+            QVERIFY2(tool, qPrintable(text));
+            tool->trigger();
+            QVERIFY(tool->isChecked());
+            QVERIFY(plot->cursor().shape() != Qt::ArrowCursor || text.startsWith(u"1D") || text.contains(u"ROI"));
+            QTest::keyClick(window, Qt::Key_Escape);
+            QVERIFY2(!tool->isChecked(), qPrintable(text));
+            QCOMPARE(plot->cursor().shape(), Qt::ArrowCursor);
+            QVERIFY(window->isVisible());
+        }
+        QTest::keyClick(window, Qt::Key_Escape);
+        QVERIFY(window->isVisible());
+        QTest::keyClick(window, Qt::Key_W, Qt::ControlModifier);
+        QTRY_VERIFY(window.isNull() || !window->isVisible());
+    }
+
+    void escapeInTheBoxOfAToolLeavesTheTool()
+    {
+        LiveServer server;
+        LiveDesk desk(server);
+        auto* const window = desk.open<LiveMap>("map");
+        QVERIFY(isFilled(*window));
+        XY2DGraphWidget& plot = *window->getGraphWidget();
+        plot.SetRoiEnabled(true);
+        QWidget* const box = plot.GetViewSelectedROI()->window();
+        QVERIFY(box->isVisible());
+        QTest::keyClick(box, Qt::Key_Escape);
+        QVERIFY(!plot.IsRoiEnabled());
+        QVERIFY(!box->isVisible());
+        QVERIFY(window->isVisible());
+    }
+
+    void escapeStillClosesADialog()
+    {
+        LiveServer server;
+        LiveDesk desk(server);
+        const QPointer<QWidget> window = desk.find("histograms");
+        QTest::keyClick(window, Qt::Key_Escape);
+        QTRY_VERIFY(window.isNull() || !window->isVisible());
+    }
+
+    // Filtered maps.
+
+    void aFilteredMapSaysThatItIsOne()
+    {
+        LiveServer server;
+        LiveDesk desk(server);
+        auto* const window = desk.open<LiveMap>("map");
+        QVERIFY(isFilled(*window));
+        window->onFilter(); // the filter's dialog finds the slot by its name
+        auto* const dialog = window->findChild<Graph2DFilterDialog*>();
+        QVERIFY(QMetaObject::invokeMethod(dialog, "accepted", Q_ARG(Graph2DFilter, Graph2DFilter())));
+        const auto maps = window->findChildren<Graph2DDialog*>();
+        QCOMPARE(maps.size(), 1);
+        const QRegularExpression english(QStringLiteral("^Image \\(filtered, \\d\\d:\\d\\d:\\d\\d\\)$"));
+        QVERIFY2(english.match(maps.first()->windowTitle()).hasMatch(), qPrintable(maps.first()->windowTitle()));
+        QCOMPARE(window->windowTitle(), QStringLiteral("Image"));
+        const QString time = maps.first()->windowTitle().right(9);
+        setLanguage(QStringLiteral("de"));
+        const auto title = [&] { return maps.first()->windowTitle(); };
+        QTRY_VERIFY2_WITH_TIMEOUT(title().contains(QStringLiteral("gefiltert")), qPrintable(title()), timeoutMs);
+        QVERIFY(title().endsWith(time));
+        setLanguage(QStringLiteral("en"));
+        QTRY_VERIFY2_WITH_TIMEOUT(english.match(title()).hasMatch(), qPrintable(title()), timeoutMs);
+    }
+
+    // One set of tools.
+
+    void everyWindowOfTheSameDataHasTheSameTools_data()
+    {
+        QTest::addColumn<QByteArray>("id");
+        QTest::addColumn<QString>("other");
+        QTest::newRow("curves") << QByteArray("curves") << "Histogram time";
+        QTest::newRow("map") << QByteArray("map") << "Histogram image";
+    }
+    void everyWindowOfTheSameDataHasTheSameTools()
+    {
+        QFETCH(QByteArray, id);
+        QFETCH(QString, other);
+        LiveServer server;
+        server.answer("hists",
+            { Step::text("OK:\ntime: kind=1d rows=8 bins=1024 min=0 max=40000 label=Time unit=us\n"
+                         "image: kind=2d binsx=256 minx=0 maxx=256 binsy=256 miny=0 maxy=256\n") });
+        LiveDesk desk(server);
+        QTRY_VERIFY_WITH_TIMEOUT(desk.window->histograms().find(QStringLiteral("image")), timeoutMs);
+        auto* const chooser = desk.open<HistogramChooser>("histograms");
+        QTRY_COMPARE_WITH_TIMEOUT(chooser->count(), 2, timeoutMs);
+        chooser->setChecked(0, true);
+        chooser->setChecked(1, true);
+        acceptChoice(*chooser);
+        const auto toolsOf = [](const QWidget& window) {
+            QStringList tools;
+            for (const QAction* const action : window.findChild<XYGraphWidget*>()->actions()) {
+                if (action->isVisible())
+                    tools.append(action->text());
+            }
+            return tools;
+        };
+        const QStringList tools = toolsOf(*desk.find(id.constData()));
+        QStringList others;
+        QTRY_VERIFY_WITH_TIMEOUT(
+            [&] {
+                for (const QWidget* const window : desk.window->windows().all()) {
+                    if (window->windowTitle() == other)
+                        others = toolsOf(*window);
+                }
+                return !others.isEmpty();
+            }(),
+            timeoutMs);
+        QCOMPARE(others, tools);
+        QVERIFY(tools.contains(QStringLiteral("Select Time Range")) || tools.contains(QStringLiteral("Select ROI...")));
+    }
+};
+
+QTEST_MAIN(TestConsoleLiveData)
+#include "tst_consolelivedata.moc"

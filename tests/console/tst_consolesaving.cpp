@@ -1,0 +1,341 @@
+// The console's saves: each says how it ended, leaves an older file alone when it fails, and suggests a name.
+#include "console/consolefixture.h"
+#include "support/modalwatchdog.h"
+#include "support/savecases.h"
+
+#include <tarnis/dialogs/graph1ddialog.h>
+#include <tarnis/dialogs/graph2ddialog.h>
+#include <tarnis/dialogs/statdialog.h>
+#include <tarnis/foundation/helpers.h>
+#include <tarnis/plots/multivectorgraphwidget.h>
+#include <tarnis/plots/vectorgraphwidget.h>
+#include <tarnis/plots/xy2dgraphwidget.h>
+
+#include <QAction>
+#include <QDialogButtonBox>
+#include <QFileDialog>
+#include <QImageReader>
+#include <QMessageBox>
+#include <QPrintDialog>
+#include <QPushButton>
+#include <QRegularExpression>
+#include <QTableWidget>
+
+using namespace console;
+using namespace tarnis::testing;
+
+namespace {
+
+/// Replies that make files of more than a page.
+class DataServer : public ScriptedServer {
+public:
+    DataServer()
+    {
+        QByteArray statistics;
+        for (int i = 0; i < 500; ++i)
+            statistics += "value " + QByteArray::number(i) + ": 1\n";
+        answer("hist1d time 0 7 bins:1024", { Step::doubles(QList<double>(8 * 1024, 1.5), "OK:\n") });
+        answer("hist2d image bins:256", { Step::doubles(QList<double>(4096, 1.5), "OK: exported 64 x 64 y\n") });
+        answer("stat", { Step::text("OK:\nrate: 1.5\n" + statistics) });
+    }
+};
+
+class SaveDesk : public ConsoleFixture {
+public:
+    SaveDesk()
+    {
+        use(server);
+        if (!reaches(ServerState::Up))
+            qFatal("no server");
+    }
+    /// The window with data in it.
+    QWidget* filled(const char* id)
+    {
+        QWidget* const opened = find(id);
+        const auto hasData = [opened] {
+            if (const auto* const curves = qobject_cast<Graph1DDialog*>(opened))
+                return curves->getGraphWidget()->hasData();
+            if (const auto* const map = qobject_cast<Graph2DDialog*>(opened))
+                return map->getGraphWidget()->getMaxValue() > 0.0;
+            const auto* const table = opened->findChild<QTableWidget*>();
+            return !table || table->rowCount() > 0 || opened->findChild<QWidget*>(QStringLiteral("targetBox"));
+        };
+        if (!QTest::qWaitFor(hasData, timeoutMs))
+            qFatal("%s stays empty", id);
+        return opened;
+    }
+    /// Chooses the entry of the plot, or presses Save.
+    static void save(QWidget& window, const QString& entry)
+    {
+        auto* const plot = window.findChild<XYGraphWidget*>();
+        if (!plot) {
+            window.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Save)->click();
+            return;
+        }
+        for (QAction* const action : plot->actions()) {
+            if (action->text() == entry)
+                return action->trigger();
+        }
+        qFatal("no %s", qPrintable(entry));
+    }
+    static QMessageBox* boxOn(const QWidget& window)
+    {
+        auto* const box = window.findChild<QMessageBox*>(QStringLiteral("saveBox"));
+        return box && box->isVisible() ? box : nullptr;
+    }
+
+    DataServer server;
+};
+
+/// Types the name into the chooser, in whose folder the trouble has begun meanwhile, and presses Save.
+ModalWatchdog::Answer saveTo(SavePlace& place)
+{
+    return [&place](QWidget& window) {
+        place.begin();
+        acceptFile(place.path())(window);
+    };
+}
+
+void agree(QWidget& window)
+{
+    if (auto* const box = qobject_cast<QMessageBox*>(&window))
+        box->button(QMessageBox::Yes)->click();
+}
+
+ModalWatchdog::Answer print(const QString& path)
+{
+    return [path](QWidget& window) {
+        auto* const dialog = qobject_cast<QPrintDialog*>(&window);
+        if (!dialog)
+            return;
+        dialog->findChild<QLineEdit*>(QStringLiteral("filename"))->setText(path);
+        dialog->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok)->click();
+    };
+}
+
+QString nameIn(const QWidget& dialog)
+{
+    return dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->text();
+}
+
+struct Trouble {
+    SaveTrouble trouble;
+    const char* cause;
+};
+
+// A chooser enters a folder of the name that is typed instead of saving over it.
+constexpr Trouble chooserTroubles[] = {
+    { SaveTrouble::FullDevice, "no space is left" },
+    { SaveTrouble::FullDisk, "no space is left" },
+    { SaveTrouble::ReadOnlyFolder, "permission denied" },
+    { SaveTrouble::VanishedFolder, "does not exist" },
+    { SaveTrouble::SlashInName, "does not exist" },
+};
+// The printer's dialog looks at the others itself.
+constexpr Trouble printerTroubles[] = {
+    { SaveTrouble::FullDevice, "no space is left" },
+    { SaveTrouble::FullDisk, "no space is left" },
+};
+
+} // namespace
+
+class TestConsoleSaving : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { QApplication::setQuitOnLastWindowClosed(false); }
+
+    void everySaveOfAWindowSaysHowItEnded_data()
+    {
+        QTest::addColumn<QByteArray>("id");
+        QTest::addColumn<QString>("entry");
+        for (const char* const id : { "curves", "map", "rate" }) {
+            for (const char* const entry : { "Save PNG...", "Save CSV...", "Print..." })
+                QTest::newRow(qPrintable(QStringLiteral("%1, %2").arg(QLatin1String(id), QLatin1String(entry))))
+                    << QByteArray(id) << QString(QLatin1String(entry));
+        }
+        for (const char* const id : { "statistics", "stat-snapshot", "modules" })
+            QTest::newRow(id) << QByteArray(id) << QString();
+    }
+    void everySaveOfAWindowSaysHowItEnded()
+    {
+        QFETCH(QByteArray, id);
+        QFETCH(QString, entry);
+        const bool isPrint = entry == u"Print...";
+        const QString suffix = isPrint ? ".pdf" : entry == u"Save PNG..." ? ".png" : ".csv";
+        SaveDesk desk;
+        QWidget* const window = desk.filled(id.constData());
+        const auto save = [&](SavePlace& place) {
+            QList<ModalWatchdog::Answer> answers { isPrint ? print(place.path()) : saveTo(place) };
+            if (QFileInfo::exists(place.path()))
+                answers.append(agree); // it exists: overwrite?
+            const ModalWatchdog watchdog(answers);
+            SaveDesk::save(*window, entry);
+            return watchdog.isContent();
+        };
+        {
+            SavePlace place(SaveTrouble::None, suffix);
+            QVERIFY(save(place));
+            QVERIFY(!SaveDesk::boxOn(*window));
+            QVERIFY(desk.record().contains(QStringLiteral("Saved as %1.").arg(place.path())));
+            QVERIFY(place.content() != "old");
+            QVERIFY(!place.content().isEmpty());
+        }
+        for (const auto& [trouble, cause] : isPrint
+                ? QList<Trouble>(std::begin(printerTroubles), std::end(printerTroubles))
+                : QList<Trouble>(std::begin(chooserTroubles), std::end(chooserTroubles))) {
+            SavePlace place(trouble, suffix);
+            if (!place.isThere())
+                continue; // mounting is not allowed here
+            QVERIFY(save(place));
+            QMessageBox* const box = SaveDesk::boxOn(*window);
+            QVERIFY2(box, cause);
+            QVERIFY2(box->text().contains(QLatin1String(cause)), qPrintable(box->text()));
+            QVERIFY(box->text().contains(place.path()));
+            QVERIFY(desk.record().contains(box->text()));
+            QVERIFY2(place.isUntouched(), cause);
+            delete box;
+        }
+    }
+
+    void theRecordSaysHowItEnded_data() { addSaveTroubles(); }
+    void theRecordSaysHowItEnded()
+    {
+        QFETCH(SaveTrouble, trouble);
+        QFETCH(QString, cause);
+        if (trouble == SaveTrouble::FolderInPlace)
+            QSKIP("the chooser enters the folder");
+        SaveDesk desk;
+        desk.window->commandPanel().note(QString(9000, u'x')); // more than the disk holds
+        SavePlace place(trouble, ".txt");
+        if (!place.isThere())
+            QSKIP("mounting is not allowed here");
+        QList<ModalWatchdog::Answer> answers { saveTo(place) };
+        if (QFileInfo::exists(place.path()))
+            answers.append(agree);
+        const ModalWatchdog watchdog(answers);
+        desk.choose("saveRecordAction");
+        const bool isGood = trouble == SaveTrouble::None;
+        const QString said = isGood ? QStringLiteral("Saved as") : QStringLiteral("was not saved");
+        QVERIFY(desk.shows(said));
+        QVERIFY(watchdog.isContent());
+        QCOMPARE(desk.widget<NoticeBar>("noticeBar").isVisible(), true);
+        if (isGood) {
+            QVERIFY(place.content().contains(QByteArray(9000, 'x')));
+            return;
+        }
+        QVERIFY2(desk.record().contains(cause), qPrintable(desk.record()));
+        QVERIFY(place.isUntouched());
+    }
+
+    void aNameIsSuggested_data()
+    {
+        QTest::addColumn<QByteArray>("id");
+        QTest::addColumn<QString>("entry");
+        QTest::addColumn<QString>("start");
+        QTest::addColumn<QString>("suffix");
+        QTest::newRow("picture of curves") << QByteArray("curves") << "Save PNG..."
+                                           << "time"
+                                           << "png";
+        QTest::newRow("values of curves") << QByteArray("curves") << "Save CSV..."
+                                          << "time"
+                                          << "csv";
+        QTest::newRow("picture of a map") << QByteArray("map") << "Save PNG..."
+                                          << "image"
+                                          << "png";
+        QTest::newRow("event rate") << QByteArray("rate") << "Save CSV..."
+                                    << "Event-Rate"
+                                    << "csv";
+        QTest::newRow("statistics") << QByteArray("statistics") << ""
+                                    << "Statistics"
+                                    << "csv";
+    }
+    void aNameIsSuggested()
+    {
+        QFETCH(QByteArray, id);
+        QFETCH(QString, entry);
+        QFETCH(QString, start);
+        QFETCH(QString, suffix);
+        SaveDesk desk;
+        QString name;
+        QStringList filters;
+        const ModalWatchdog watchdog({ [&](QWidget& window) {
+            name = nameIn(window);
+            filters = dynamic_cast<QFileDialog&>(window).nameFilters();
+            reject()(window);
+        } });
+        SaveDesk::save(*desk.filled(id.constData()), entry);
+        QVERIFY(watchdog.isContent());
+        const QRegularExpression expected(QStringLiteral("^%1_\\d{8}-\\d{6}\\.%2$").arg(start, suffix));
+        QVERIFY2(expected.match(name).hasMatch(), qPrintable(name));
+        QVERIFY(filters.first().contains(QStringLiteral("(*.%1)").arg(suffix)));
+        QVERIFY(!desk.record().contains(QStringLiteral("aved")));
+    }
+
+    void theSuffixIsAdded_data()
+    {
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<QString>("written");
+        QTest::newRow("no suffix") << "plot"
+                                   << "plot.png";
+        QTest::newRow("a dot in the name") << "run.12"
+                                           << "run.12.png";
+        QTest::newRow("its own suffix") << "plot.jpg"
+                                        << "plot.jpg";
+        QTest::newRow("capitals") << "PLOT.PNG"
+                                  << "PLOT.PNG";
+    }
+    void theSuffixIsAdded()
+    {
+        QFETCH(QString, typed);
+        QFETCH(QString, written);
+        const QTemporaryDir folder;
+        SaveDesk desk;
+        const ModalWatchdog watchdog({ acceptFile(folder.filePath(typed)) });
+        SaveDesk::save(*desk.filled("curves"), QStringLiteral("Save PNG..."));
+        QVERIFY(watchdog.isContent());
+        QCOMPARE(QDir(folder.path()).entryList(QDir::Files), QStringList { written });
+        QVERIFY(!QImageReader(folder.filePath(written)).read().isNull());
+        QVERIFY(desk.record().contains(QStringLiteral("Saved as %1.").arg(folder.filePath(written))));
+    }
+
+    void anOlderFileWithTheAddedSuffixIsAskedAbout()
+    {
+        SavePlace place(SaveTrouble::None, ".12.png");
+        SaveDesk desk;
+        const QString typed = place.path().chopped(4);
+        bool isAsked = false;
+        const ModalWatchdog watchdog({ acceptFile(typed), [&](QWidget& window) {
+                                          auto& box = dynamic_cast<QMessageBox&>(window);
+                                          isAsked = box.text().contains(QFileInfo(place.path()).fileName());
+                                          QMetaObject::invokeMethod(
+                                              box.parentWidget(), "reject", Qt::QueuedConnection); // the chooser
+                                          box.button(QMessageBox::No)->click();
+                                      } });
+        SaveDesk::save(*desk.filled("curves"), QStringLiteral("Save PNG..."));
+        QVERIFY(isAsked);
+        QCOMPARE(place.content(), QByteArray("old"));
+    }
+
+    void anotherFilterChangesTheSuffixOfTheName()
+    {
+        SaveDesk desk;
+        QString png;
+        QString jpg;
+        const ModalWatchdog watchdog({ [&](QWidget& window) {
+            auto& dialog = dynamic_cast<QFileDialog&>(window);
+            png = nameIn(dialog);
+            dialog.selectNameFilter(dialog.nameFilters().last());
+            Q_EMIT dialog.filterSelected(dialog.nameFilters().last()); // as the list of the dialog does
+            jpg = nameIn(dialog);
+            dialog.reject();
+        } });
+        SaveDesk::save(*desk.filled("curves"), QStringLiteral("Save PNG..."));
+        QVERIFY(watchdog.isContent());
+        QVERIFY(png.endsWith(QStringLiteral(".png")));
+        QCOMPARE(jpg, png.chopped(3) + QStringLiteral("jpg"));
+    }
+};
+
+QTEST_MAIN(TestConsoleSaving)
+#include "tst_consolesaving.moc"
