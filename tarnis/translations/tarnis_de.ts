@@ -716,6 +716,60 @@
     </message>
 </context>
 <context>
+    <name>tarnis::BinnedData</name>
+    <message>
+        <source>There are no bins.</source>
+        <translation>Es gibt keine Bins.</translation>
+    </message>
+    <message>
+        <source>Each bin needs one variance.</source>
+        <translation>Jeder Bin braucht eine Varianz.</translation>
+    </message>
+    <message>
+        <source>A variance is negative or not finite. Correct the variances.</source>
+        <translation>Eine Varianz ist negativ oder nicht endlich. Berichtigen Sie die Varianzen.</translation>
+    </message>
+    <message>
+        <source>The axis needs a finite start and a positive bin width.</source>
+        <translation>Die Achse braucht einen endlichen Anfang und eine positive Binbreite.</translation>
+    </message>
+    <message>
+        <source>The axis needs one more edge than bins.</source>
+        <translation>Die Achse braucht eine Kante mehr als Bins.</translation>
+    </message>
+    <message>
+        <source>The edges of the axis must be finite and rise.</source>
+        <translation>Die Kanten der Achse müssen endlich sein und steigen.</translation>
+    </message>
+    <message>
+        <source>Bin %1 is not a finite number.</source>
+        <translation>Bin %1 ist keine endliche Zahl.</translation>
+    </message>
+    <message>
+        <source>Bin %1 is negative (%2). Contents that were subtracted are no counts and need variances.</source>
+        <translation>Bin %1 ist negativ (%2). Inhalte, von denen etwas abgezogen wurde, sind keine Zählwerte und brauchen Varianzen.</translation>
+    </message>
+    <message>
+        <source>Bin %1 is not a whole number (%2). Contents that were scaled are no counts and need variances.</source>
+        <translation>Bin %1 ist keine ganze Zahl (%2). Skalierte Inhalte sind keine Zählwerte und brauchen Varianzen.</translation>
+    </message>
+</context>
+<context>
+    <name>tarnis::CalibrationLines</name>
+    <message>
+        <source>There is no source &quot;%1&quot;. Known are: %2.</source>
+        <translation>Es gibt keine Quelle „%1“. Bekannt sind: %2.</translation>
+    </message>
+    <message>
+        <source>Line %1 is not &quot;energy, error, channel, name&quot;: give a positive energy and an error that is not negative.</source>
+        <translation>Zeile %1 ist nicht „Energie, Fehler, Kanal, Name“: Geben Sie eine positive Energie und einen nicht negativen Fehler an.</translation>
+    </message>
+    <message>
+        <source>There are no lines. Write &quot;energy, error&quot; in each line.</source>
+        <translation>Es gibt keine Linien. Schreiben Sie „Energie, Fehler“ in jede Zeile.</translation>
+    </message>
+</context>
+<context>
     <name>tarnis::Client</name>
     <message>
         <source>The client was closed.</source>
@@ -870,6 +924,57 @@
     <message>
         <source>&apos;%1&apos; is not a time: write it as 2026-03-10T12:00:00Z</source>
         <translation>„%1“ ist keine Zeit: als 2026-03-10T12:00:00Z schreiben</translation>
+    </message>
+</context>
+<context>
+    <name>tarnis::EnergyCalibration</name>
+    <message>
+        <source>This is no JSON: %1 at byte %2.</source>
+        <translation>Das ist kein JSON: %1 bei Byte %2.</translation>
+    </message>
+    <message>
+        <source>This is no calibration file of version 1. Make one with &quot;tarnis calibrate&quot;.</source>
+        <translation>Das ist keine Kalibrierdatei der Version 1. Erzeugen Sie eine mit „tarnis calibrate“.</translation>
+    </message>
+    <message>
+        <source>The calibration file is damaged: coefficients, covariance or points are missing or no numbers.</source>
+        <translation>Die Kalibrierdatei ist beschädigt: Koeffizienten, Kovarianz oder Punkte fehlen oder sind keine Zahlen.</translation>
+    </message>
+    <message>
+        <source>The energy of this calibration does not rise with the channel.</source>
+        <translation>Die Energie dieser Kalibrierung steigt nicht mit dem Kanal.</translation>
+    </message>
+    <message>
+        <source>The degree of a calibration is 1 or 2.</source>
+        <translation>Der Grad einer Kalibrierung ist 1 oder 2.</translation>
+    </message>
+    <message>
+        <source>%1 lines were assigned; a calibration needs %2, so that one is left as a check.</source>
+        <translation>%1 Linien wurden zugeordnet; eine Kalibrierung braucht %2, damit eine zur Kontrolle bleibt.</translation>
+    </message>
+    <message>
+        <source>The limits of the axis must be finite and rise.</source>
+        <translation>Die Grenzen der Achse müssen endlich sein und steigen.</translation>
+    </message>
+    <message>
+        <source>A line has a position or an energy that is not a finite number.</source>
+        <translation>Eine Linie hat eine Position oder eine Energie, die keine endliche Zahl ist.</translation>
+    </message>
+    <message>
+        <source>The line at %1 needs an error of its position or its energy.</source>
+        <translation>Die Linie bei %1 braucht einen Fehler ihrer Position oder ihrer Energie.</translation>
+    </message>
+    <message>
+        <source>The energies do not rise with the positions between %1 and %2. Check the assignment of the lines.</source>
+        <translation>Die Energien steigen zwischen %1 und %2 nicht mit den Positionen. Prüfen Sie die Zuordnung der Linien.</translation>
+    </message>
+    <message>
+        <source>The lines do not determine a calibration. Use lines that are further apart.</source>
+        <translation>Die Linien bestimmen keine Kalibrierung. Verwenden Sie Linien, die weiter auseinander liegen.</translation>
+    </message>
+    <message>
+        <source>The calibration does not rise over the whole axis. Use degree 1, more lines or another assignment.</source>
+        <translation>Die Kalibrierung steigt nicht über die ganze Achse. Verwenden Sie Grad 1, mehr Linien oder eine andere Zuordnung.</translation>
     </message>
 </context>
 <context>
@@ -1072,6 +1177,37 @@
     </message>
 </context>
 <context>
+    <name>tarnis::MapRegion</name>
+    <message>
+        <source>The map has no bins.</source>
+        <translation>Die Karte hat keine Bins.</translation>
+    </message>
+    <message>
+        <source>The map needs one content for each bin.</source>
+        <translation>Die Karte braucht einen Inhalt für jeden Bin.</translation>
+    </message>
+    <message>
+        <source>The axes of the map need a finite start and a positive bin width.</source>
+        <translation>Die Achsen der Karte brauchen einen endlichen Anfang und eine positive Binbreite.</translation>
+    </message>
+    <message>
+        <source>The region holds no bin of the map. Choose an outline on the map.</source>
+        <translation>Der Bereich enthält keinen Bin der Karte. Wählen Sie einen Umriss auf der Karte.</translation>
+    </message>
+    <message>
+        <source>A bin of the region is not a finite number. Choose an outline without it.</source>
+        <translation>Ein Bin des Bereichs ist keine endliche Zahl. Wählen Sie einen Umriss ohne ihn.</translation>
+    </message>
+    <message>
+        <source>There is no frame of finite bins around the region: no background and no net content.</source>
+        <translation>Um den Bereich gibt es keinen Rahmen endlicher Bins: kein Untergrund und kein Nettoinhalt.</translation>
+    </message>
+    <message>
+        <source>The frame is not whole: the background is a plane fitted to it.</source>
+        <translation>Der Rahmen ist nicht vollständig: Der Untergrund ist eine daran angepasste Ebene.</translation>
+    </message>
+</context>
+<context>
     <name>tarnis::Npy</name>
     <message>
         <source>byte 0: it does not begin as an NPY file: save it again with numpy.save()</source>
@@ -1111,6 +1247,52 @@
     </message>
 </context>
 <context>
+    <name>tarnis::PeakShape</name>
+    <message>
+        <source>Gaussian</source>
+        <translation>Gauß</translation>
+    </message>
+    <message>
+        <source>Lorentzian</source>
+        <translation>Lorentz</translation>
+    </message>
+    <message>
+        <source>Pseudo-Voigt</source>
+        <translation>Pseudo-Voigt</translation>
+    </message>
+    <message>
+        <source>Voigt</source>
+        <translation>Voigt</translation>
+    </message>
+    <message>
+        <source>Gaussian with left tail</source>
+        <translation>Gauß mit linkem Ausläufer</translation>
+    </message>
+    <message>
+        <source>Gaussian with right tail</source>
+        <translation>Gauß mit rechtem Ausläufer</translation>
+    </message>
+    <message>
+        <source>Back-to-back exponentials</source>
+        <translation>Zweiseitige Exponentialfunktion</translation>
+    </message>
+    <message>
+        <source>Gaussian plus left tail</source>
+        <translation>Gauß und linker Ausläufer</translation>
+    </message>
+</context>
+<context>
+    <name>tarnis::PeakTable</name>
+    <message>
+        <source>The range holds no bins, or contents that are not finite numbers. Choose another one.</source>
+        <translation>Der Bereich enthält keine Bins oder Inhalte, die keine endlichen Zahlen sind. Wählen Sie einen anderen.</translation>
+    </message>
+    <message>
+        <source>No peak is strong enough to learn the width of the peaks from. Give a width calibration.</source>
+        <translation>Kein Peak ist stark genug, um die Breite der Peaks daraus zu bestimmen. Geben Sie eine Breitenkalibrierung an.</translation>
+    </message>
+</context>
+<context>
     <name>tarnis::PlotExporter</name>
     <message>
         <source>the picture is too large: choose a smaller size or resolution</source>
@@ -1119,6 +1301,33 @@
     <message>
         <source>the name does not end in .png, .pdf or .svg: rename the file</source>
         <translation>der Name endet nicht auf .png, .pdf oder .svg: die Datei umbenennen</translation>
+    </message>
+</context>
+<context>
+    <name>tarnis::RegionStatistics</name>
+    <message>
+        <source>Bin %1 is not a finite number. Choose a region without it.</source>
+        <translation>Bin %1 ist keine endliche Zahl. Wählen Sie einen Bereich ohne ihn.</translation>
+    </message>
+    <message>
+        <source>The region covers no part of a bin.</source>
+        <translation>Der Bereich bedeckt keinen Teil eines Bins.</translation>
+    </message>
+    <message>
+        <source>There are no bins next to the region: no background and no net area.</source>
+        <translation>Neben dem Bereich gibt es keine Bins: kein Untergrund und keine Nettofläche.</translation>
+    </message>
+    <message>
+        <source>A bin next to the region is not a finite number: no background and no net area.</source>
+        <translation>Ein Bin neben dem Bereich ist keine endliche Zahl: kein Untergrund und keine Nettofläche.</translation>
+    </message>
+    <message>
+        <source>One side is missing at the end of the axis: the background is flat.</source>
+        <translation>Am Ende der Achse fehlt eine Seite: Der Untergrund ist flach.</translation>
+    </message>
+    <message>
+        <source>The region holds no bin of the axis. Choose limits on the axis.</source>
+        <translation>Der Bereich enthält keinen Bin der Achse. Wählen Sie Grenzen auf der Achse.</translation>
     </message>
 </context>
 <context>
@@ -1266,6 +1475,153 @@
     <message>
         <source>line %1: %2</source>
         <translation>Zeile %1: %2</translation>
+    </message>
+</context>
+<context>
+    <name>tarnis::SpectrumFit</name>
+    <message>
+        <source>The parameter %1 is tied to %2, which the model does not have.</source>
+        <translation>Der Parameter %1 ist an %2 gebunden, den das Modell nicht hat.</translation>
+    </message>
+    <message>
+        <source>The parameter %1 is tied to %2, which is tied itself. Tie both to the same parameter.</source>
+        <translation>Der Parameter %1 ist an %2 gebunden, der selbst gebunden ist. Binden Sie beide an denselben Parameter.</translation>
+    </message>
+    <message>
+        <source>The tie of the parameter %1 needs another parameter and a finite factor and offset.</source>
+        <translation>Die Bindung des Parameters %1 braucht einen anderen Parameter und einen endlichen Faktor und Versatz.</translation>
+    </message>
+    <message>
+        <source>The model has no parameter %1. Its parameters are: %2.</source>
+        <translation>Das Modell hat keinen Parameter %1. Seine Parameter sind: %2.</translation>
+    </message>
+    <message>
+        <source>The fixed parameter %1 needs a value.</source>
+        <translation>Der festgehaltene Parameter %1 braucht einen Wert.</translation>
+    </message>
+    <message>
+        <source>The lower bound of %1 must be below its upper bound.</source>
+        <translation>Die untere Grenze von %1 muss unter der oberen liegen.</translation>
+    </message>
+    <message>
+        <source>The value of %1 is not a finite number.</source>
+        <translation>Der Wert von %1 ist keine endliche Zahl.</translation>
+    </message>
+    <message>
+        <source>The parameter %1 must be positive.</source>
+        <translation>Der Parameter %1 muss positiv sein.</translation>
+    </message>
+    <message>
+        <source>All parameters are fixed. Free at least one.</source>
+        <translation>Alle Parameter sind festgehalten. Geben Sie mindestens einen frei.</translation>
+    </message>
+    <message>
+        <source>The fit did not converge.</source>
+        <translation>Die Anpassung hat nicht konvergiert.</translation>
+    </message>
+    <message>
+        <source>The range has %1 bins, too few for %2 free parameters.</source>
+        <translation>Der Bereich hat %1 Bins, zu wenige für %2 freie Parameter.</translation>
+    </message>
+    <message>
+        <source>The area %1 is at its bound.</source>
+        <translation>Die Fläche %1 ist an ihrer Grenze.</translation>
+    </message>
+    <message>
+        <source>The parameter %1 is at its bound.</source>
+        <translation>Der Parameter %1 ist an seiner Grenze.</translation>
+    </message>
+    <message>
+        <source>The parameter %1 has no error.</source>
+        <translation>Der Parameter %1 hat keinen Fehler.</translation>
+    </message>
+    <message>
+        <source>The error of %1 is open to one side.</source>
+        <translation>Der Fehler von %1 ist zu einer Seite offen.</translation>
+    </message>
+    <message>
+        <source>%1 and %2 are correlated by %3: the range does not tell them apart.</source>
+        <translation>%1 und %2 sind mit %3 korreliert: Der Bereich unterscheidet sie nicht.</translation>
+    </message>
+    <message>
+        <source>The area %1 is below three of its errors.</source>
+        <translation>Die Fläche %1 liegt unter drei ihrer Fehler.</translation>
+    </message>
+    <message>
+        <source>The peak at %1 is within one standard deviation of the end of the range.</source>
+        <translation>Der Peak bei %1 liegt weniger als eine Standardabweichung vor dem Ende des Bereichs.</translation>
+    </message>
+    <message>
+        <source>The peak at %1 is wider than half of the range, which shows no background.</source>
+        <translation>Der Peak bei %1 ist breiter als der halbe Bereich, der keinen Untergrund zeigt.</translation>
+    </message>
+    <message>
+        <source>The counts of the peak at %1 are no significant excess (probability %2 without a peak).</source>
+        <translation>Die Ereignisse des Peaks bei %1 sind kein signifikanter Überschuss (Wahrscheinlichkeit %2 ohne Peak).</translation>
+    </message>
+    <message>
+        <source>The model does not fit: the statistic is %1 standard deviations from its expectation.</source>
+        <translation>Das Modell passt nicht: Die Statistik liegt %1 Standardabweichungen neben ihrem Erwartungswert.</translation>
+    </message>
+    <message>
+        <source>The range %1 to %2 is not within the bins 0 to %3.</source>
+        <translation>Der Bereich %1 bis %2 liegt nicht innerhalb der Bins 0 bis %3.</translation>
+    </message>
+    <message>
+        <source>A range can hold 0 to %1 peaks.</source>
+        <translation>Ein Bereich kann 0 bis %1 Peaks enthalten.</translation>
+    </message>
+    <message>
+        <source>The model is empty. Choose a peak or a background.</source>
+        <translation>Das Modell ist leer. Wählen Sie einen Peak oder einen Untergrund.</translation>
+    </message>
+    <message>
+        <source>There are %1 positions for %2 peaks.</source>
+        <translation>Es gibt %1 Positionen für %2 Peaks.</translation>
+    </message>
+    <message>
+        <source>Widths by calibration need Gaussian peaks.</source>
+        <translation>Kalibrierte Breiten brauchen Gauß-Peaks.</translation>
+    </message>
+    <message>
+        <source>The width calibration is not finite.</source>
+        <translation>Die Breitenkalibrierung ist nicht endlich.</translation>
+    </message>
+    <message>
+        <source>A content of the range is not a finite number. Choose a range without it.</source>
+        <translation>Ein Inhalt des Bereichs ist keine endliche Zahl. Wählen Sie einen Bereich ohne ihn.</translation>
+    </message>
+    <message>
+        <source>All contents of the range are 0. There is nothing to fit.</source>
+        <translation>Alle Inhalte des Bereichs sind 0. Es gibt nichts anzupassen.</translation>
+    </message>
+    <message>
+        <source>The contents are no counts but have variances of their own. Use the statistic neyman or unweighted.</source>
+        <translation>Die Inhalte sind keine Zählwerte, sondern haben eigene Varianzen. Verwenden Sie die Statistik neyman oder unweighted.</translation>
+    </message>
+    <message>
+        <source>Poisson statistics need counts: %1 Use the statistic unweighted.</source>
+        <translation>Poisson-Statistik braucht Zählwerte: %1 Verwenden Sie die Statistik unweighted.</translation>
+    </message>
+    <message>
+        <source>A variance of the range is 0. Use the statistic unweighted or leave the bin out.</source>
+        <translation>Eine Varianz des Bereichs ist 0. Verwenden Sie die Statistik unweighted oder lassen Sie den Bin aus.</translation>
+    </message>
+    <message>
+        <source>The position %1 is outside of the range.</source>
+        <translation>Die Position %1 liegt außerhalb des Bereichs.</translation>
+    </message>
+    <message>
+        <source>The range has %1 bins, fewer than the %2 free parameters.</source>
+        <translation>Der Bereich hat %1 Bins, weniger als die %2 freien Parameter.</translation>
+    </message>
+    <message>
+        <source>The range is too short for %1 peaks. Give their positions.</source>
+        <translation>Der Bereich ist zu kurz für %1 Peaks. Geben Sie ihre Positionen an.</translation>
+    </message>
+    <message>
+        <source>The model is 0 or negative at bins that have counts. Choose a background or another range.</source>
+        <translation>Das Modell ist 0 oder negativ an Bins, die Ereignisse haben. Wählen Sie einen Untergrund oder einen anderen Bereich.</translation>
     </message>
 </context>
 </TS>

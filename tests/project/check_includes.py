@@ -15,6 +15,7 @@ ALLOWED = {
     "server": {"foundation"},
     "client": {"foundation", "server"},
     "peak": {"foundation"},
+    "analysis": {"foundation", "peak"},
     "plots": {"foundation", "peak"},
     "hdf5": {"foundation", "formats"},
     "export": {"foundation", "formats", "peak", "plots"},

@@ -1,0 +1,174 @@
+// Asymmetric errors: how far a parameter can move, with all others fitted again, until the statistic has risen by 1.
+#include "tarnis/analysis/fitresult_p.h"
+
+#include <algorithm>
+#include <cmath>
+#include <optional>
+
+namespace tarnis::analysis {
+
+namespace {
+
+constexpr double none = std::numeric_limits<double>::quiet_NaN();
+
+// Of one variable, to one side.
+class Profile {
+public:
+    Profile(FitSolver& solver, const Minimum& minimum, const std::vector<double>& covariance, double rise)
+        : m_solver(solver)
+        , m_minimum(minimum)
+        , m_covariance(covariance)
+        , m_rise(rise)
+    {
+    }
+
+    struct Side {
+        double distance = none;
+        bool atBound = false;
+    };
+    Side search(std::size_t variable, double direction, double error);
+    /// A point below the minimum that was met on the way.
+    const std::optional<Minimum>& lower() const { return m_lower; }
+
+private:
+    double risenAt(std::size_t variable, double offset);
+
+    FitSolver& m_solver;
+    const Minimum& m_minimum;
+    const std::vector<double>& m_covariance; ///< of the variables
+    double m_rise;
+    std::optional<Minimum> m_lower;
+};
+
+// The statistic above its minimum with one variable moved and held; the others begin where the covariance sends them.
+double Profile::risenAt(std::size_t variable, double offset)
+{
+    const std::size_t n = m_minimum.variables.size();
+    std::vector<char> held(n, 0);
+    held[variable] = 1;
+    std::vector<double> start = m_minimum.variables;
+    const double variance = m_covariance[variable * n + variable];
+    for (std::size_t j = 0; j < n; ++j) {
+        const SolverVariable& limits = m_solver.map().variables[j];
+        if (variance > 0.0)
+            start[j] += offset * m_covariance[j * n + variable] / variance;
+        start[j] = std::clamp(start[j], limits.lower, limits.upper);
+    }
+    start[variable] = m_minimum.variables[variable] + offset;
+    Minimum moved = m_solver.minimise(start, held);
+    if (!std::isfinite(moved.value)) {
+        start = m_minimum.variables;
+        start[variable] += offset;
+        moved = m_solver.minimise(start, held);
+    }
+    if (moved.value < m_minimum.value - 1e-4 * m_rise && (!m_lower || moved.value < m_lower->value))
+        m_lower = moved;
+    return moved.value - m_minimum.value - m_rise;
+}
+
+// Regula falsi on the root of the rise, which is nearly linear in the distance.
+Profile::Side Profile::search(std::size_t variable, double direction, double error)
+{
+    const SolverVariable& limits = m_solver.map().variables[variable];
+    const double at = m_minimum.variables[variable];
+    const double room = direction > 0.0 ? limits.upper - at : at - limits.lower;
+    if (!(room > 0.0))
+        return { 0.0, true };
+    const auto root = [&](double f) { return std::sqrt(std::max(0.0, f + m_rise)) - std::sqrt(m_rise); };
+    double low = 0.0;
+    double fLow = root(-m_rise);
+    double high = std::min(error, room);
+    double fHigh = 0.0;
+    for (int i = 0;; ++i) {
+        const double risen = risenAt(variable, direction * high);
+        if (!std::isfinite(risen))
+            return {};
+        fHigh = root(risen);
+        if (fHigh >= 0.0)
+            break;
+        if (high >= room)
+            return { room, true };
+        if (i == 12)
+            return {};
+        low = high;
+        fLow = fHigh;
+        high = std::min(room, high * 1.5);
+    }
+    int side = 0;
+    for (int i = 0; i < 30 && std::fabs(fHigh) > 1e-6; ++i) {
+        double next = low + (high - low) * fLow / (fLow - fHigh);
+        if (!(next > low && next < high))
+            next = 0.5 * (low + high);
+        const double risen = risenAt(variable, direction * next);
+        if (!std::isfinite(risen))
+            return {};
+        const double f = root(risen);
+        if (std::fabs(f) < 1e-5)
+            return { next, false };
+        // The Illinois rule: an end that is kept twice counts half, else it would stay for ever.
+        if (f > 0.0) {
+            high = next;
+            fHigh = f;
+            fLow *= side > 0 ? 0.5 : 1.0;
+            side = 1;
+        } else {
+            low = next;
+            fLow = f;
+            fHigh *= side < 0 ? 0.5 : 1.0;
+            side = -1;
+        }
+    }
+    return { high, false };
+}
+
+bool isWanted(const FitResult& result, const FitParameter& parameter)
+{
+    const QString kind = kindOf(parameter.name);
+    if (kind == QLatin1StringView("b") || kind == QLatin1StringView("step"))
+        return false;
+    if (result.options.profileErrors)
+        return true;
+    return result.options.profileWeakAreas && kind == QLatin1StringView("area") && parameter.error > 0.0
+        && parameter.value < 10.0 * parameter.error;
+}
+
+} // namespace
+
+bool addProfiles(FitSolver& solver, Minimum& minimum, FitResult& result)
+{
+    const VariableMap& map = solver.map();
+    std::vector<double> covariance;
+    bool known = false;
+    const bool unweighted = result.options.statistic == FitStatistic::Unweighted;
+    const double rise = unweighted && result.ndf > 0 ? std::max(1e-300, result.value / result.ndf) : 1.0;
+    for (std::size_t j = 0; j < map.variables.size(); ++j) {
+        const int index = map.variables[j].parameter;
+        if (index < 0 || !isWanted(result, result.parameters[static_cast<std::size_t>(index)]))
+            continue;
+        if (!known) {
+            const Information information = solver.informationAt(minimum.variables);
+            std::vector<char> held(map.variables.size(), 0);
+            for (std::size_t k = 0; k < held.size(); ++k)
+                held[k] = solver.isAtLower(minimum.variables, k) || solver.isAtUpper(minimum.variables, k);
+            if (!solveSymmetric(information.matrix, held, nullptr, {}, &covariance))
+                return false;
+            known = true;
+        }
+        FitParameter& parameter = result.parameters[static_cast<std::size_t>(index)];
+        // On a bound there is no error to begin with: a small part of the room.
+        const SolverVariable& limits = map.variables[j];
+        const double scale = parameter.error > 0.0 ? parameter.error * std::sqrt(rise)
+                                                   : 1e-3 * std::min(1e3, limits.upper - limits.lower);
+        Profile profile(solver, minimum, covariance, rise);
+        const Profile::Side below = profile.search(j, -1.0, scale);
+        const Profile::Side above = profile.search(j, 1.0, scale);
+        if (profile.lower()) {
+            minimum = solver.minimise(profile.lower()->variables);
+            return true;
+        }
+        parameter.profile = ProfileError { -below.distance, above.distance, below.atBound, above.atBound };
+    }
+    return false;
+}
+
+} // namespace tarnis::analysis

@@ -1,0 +1,381 @@
+// The library's own solver over the residuals of a statistic, followed by steps of Fisher scoring: the solver stops at
+// a relative change of the statistic, which for unweighted fits of large contents is far from a small part of an error.
+#include "tarnis/analysis/fitsolver_p.h"
+
+#include "tarnis/analysis/special_p.h"
+
+#include "tarnis/peak/mpfit.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace tarnis::analysis {
+
+namespace {
+
+constexpr double none = std::numeric_limits<double>::quiet_NaN();
+// Distance from the minimum, in squared errors, below which scoring ends, and above which a fit has not converged.
+constexpr double stillDistance = 1e-14;
+constexpr double convergedDistance = 1e-6;
+
+BinTerm cashTerm(double y, double m)
+{
+    if (y <= 0.0) {
+        const double r = std::sqrt(2.0 * m);
+        return { r, m > 0.0 ? 1.0 / r : 0.0 };
+    }
+    if (!(m > 0.0))
+        return { none, none };
+    const double r = std::copysign(std::sqrt(2.0 * halfDeviance(y, m)), m - y);
+    // At m = y both numerator and denominator of (1 - y/m)/r vanish.
+    const double slope = std::fabs(m - y) < 1e-6 * y ? 1.0 / std::sqrt(m) : (1.0 - y / m) / r;
+    return { r, slope };
+}
+
+} // namespace
+
+std::vector<double> VariableMap::parameters(const std::vector<double>& values) const
+{
+    std::vector<double> p = constant;
+    for (const Term& term : terms)
+        p[static_cast<std::size_t>(term.parameter)] += term.factor * values[static_cast<std::size_t>(term.variable)];
+    return p;
+}
+
+BinTerm binTerm(FitStatistic statistic, double y, double variance, double m, bool hasVariance)
+{
+    switch (statistic) {
+    case FitStatistic::Cash:
+        return m >= 0.0 ? cashTerm(y, m) : BinTerm { none, none };
+    case FitStatistic::Pearson: {
+        if (m == 0.0 && y == 0.0)
+            return { 0.0, 0.0 };
+        if (!(m > 0.0))
+            return { none, none };
+        const double root = std::sqrt(m);
+        return { (m - y) / root, (m + y) / (2.0 * m * root) };
+    }
+    case FitStatistic::Neyman: {
+        const double weight = 1.0 / std::sqrt(hasVariance ? variance : std::max(y, 1.0));
+        return { (m - y) * weight, weight };
+    }
+    case FitStatistic::Unweighted:
+        break;
+    }
+    return { m - y, 1.0 };
+}
+
+bool solveSymmetric(const std::vector<double>& a, const std::vector<char>& held, std::vector<double>* x,
+    const std::vector<double>& b, std::vector<double>* inverse)
+{
+    const std::size_t all = held.size();
+    std::vector<std::size_t> free;
+    for (std::size_t j = 0; j < all; ++j) {
+        if (!held[j])
+            free.push_back(j);
+    }
+    const std::size_t n = free.size();
+    // Scaled to a unit diagonal, then Cholesky: the pivots show how near to singular the matrix is.
+    std::vector<double> scale(n);
+    std::vector<double> l(n * n);
+    for (std::size_t i = 0; i < n; ++i) {
+        const double diagonal = a[free[i] * all + free[i]];
+        if (!(diagonal > 0.0) || std::isinf(diagonal))
+            return false;
+        scale[i] = 1.0 / std::sqrt(diagonal);
+    }
+    for (std::size_t i = 0; i < n; ++i) {
+        for (std::size_t j = 0; j <= i; ++j) {
+            double sum = a[free[i] * all + free[j]] * scale[i] * scale[j];
+            for (std::size_t k = 0; k < j; ++k)
+                sum -= l[i * n + k] * l[j * n + k];
+            if (i != j) {
+                l[i * n + j] = sum / l[j * n + j];
+                continue;
+            }
+            if (!(sum > 1e-13))
+                return false;
+            l[i * n + i] = std::sqrt(sum);
+        }
+    }
+    const auto solve = [&](std::vector<double>& v) {
+        for (std::size_t i = 0; i < n; ++i) {
+            for (std::size_t k = 0; k < i; ++k)
+                v[i] -= l[i * n + k] * v[k];
+            v[i] /= l[i * n + i];
+        }
+        for (std::size_t i = n; i-- > 0;) {
+            for (std::size_t k = i + 1; k < n; ++k)
+                v[i] -= l[k * n + i] * v[k];
+            v[i] /= l[i * n + i];
+        }
+    };
+    std::vector<double> v(n);
+    if (x) {
+        for (std::size_t i = 0; i < n; ++i)
+            v[i] = scale[i] * b[free[i]];
+        solve(v);
+        x->assign(all, 0.0);
+        for (std::size_t i = 0; i < n; ++i)
+            (*x)[free[i]] = scale[i] * v[i];
+    }
+    if (inverse) {
+        inverse->assign(all * all, 0.0);
+        for (std::size_t j = 0; j < n; ++j) {
+            std::fill(v.begin(), v.end(), 0.0);
+            v[j] = 1.0;
+            solve(v);
+            for (std::size_t i = 0; i < n; ++i)
+                (*inverse)[free[i] * all + free[j]] = scale[i] * scale[j] * v[i];
+        }
+    }
+    return true;
+}
+
+FitSolver::FitSolver(FitProblem& problem, FitStatistic statistic, VariableMap map, int maxIterations)
+    : m_problem(problem)
+    , m_statistic(statistic)
+    , m_map(std::move(map))
+    , m_maxIterations(maxIterations)
+    , m_p(m_map.constant.size())
+    , m_slopes(problem.bins())
+{
+}
+
+const std::vector<double>& FitSolver::parametersAt(const double* variables)
+{
+    m_p = m_map.constant;
+    for (const VariableMap::Term& term : m_map.terms)
+        m_p[static_cast<std::size_t>(term.parameter)] += term.factor * variables[term.variable];
+    return m_p;
+}
+
+int FitSolver::residuals(int, int, double* x, double* fvec, double** dvec, void* self)
+{
+    return static_cast<FitSolver*>(self)->writeResiduals(x, fvec, dvec);
+}
+
+int FitSolver::writeResiduals(const double* variables, double* fvec, double** dvec)
+{
+    const std::size_t n = m_map.variables.size();
+    // Derivatives are wanted where the solver has just been: model and residuals there are known to both.
+    if (!dvec || !std::equal(m_last.begin(), m_last.end(), variables, variables + n)) {
+        const std::span<const double> model = m_problem.evaluate(parametersAt(variables).data());
+        m_last.assign(variables, variables + n);
+        const std::span<const double> y = m_problem.contents();
+        const std::span<const double> variance = m_problem.variances();
+        for (std::size_t i = 0; i < model.size(); ++i) {
+            const bool has = !variance.empty();
+            const BinTerm term = binTerm(m_statistic, y[i], has ? variance[i] : y[i], model[i], has);
+            fvec[i] = term.residual;
+            m_slopes[i] = term.slope;
+        }
+    }
+    if (!dvec)
+        return 0;
+    m_problem.differentiate();
+    for (std::size_t j = 0; j < n; ++j) {
+        if (dvec[j])
+            std::fill_n(dvec[j], m_problem.bins(), 0.0);
+    }
+    for (const VariableMap::Term& term : m_map.terms) {
+        double* const target = dvec[term.variable];
+        if (!target)
+            continue;
+        const std::span<const double> column = m_problem.column(term.parameter);
+        for (std::size_t i = 0; i < column.size(); ++i)
+            target[i] += term.factor * m_slopes[i] * column[i];
+    }
+    return 0;
+}
+
+double FitSolver::valueAt(const std::vector<double>& variables)
+{
+    std::vector<double> residuals(m_problem.bins());
+    m_last.clear();
+    writeResiduals(variables.data(), residuals.data(), nullptr);
+    double sum = 0.0;
+    for (const double r : residuals)
+        sum += r * r;
+    return sum;
+}
+
+Information FitSolver::informationAt(const std::vector<double>& variables)
+{
+    const std::size_t n = m_map.variables.size();
+    Information result;
+    result.value = valueAt(variables);
+    result.matrix.assign(n * n, 0.0);
+    result.gradient.assign(n, 0.0);
+    const std::vector<double> columns = jacobian();
+    const std::span<const double> y = m_problem.contents();
+    const std::span<const double> variance = m_problem.variances();
+    const std::span<const double> model = m_problem.values();
+    std::vector<double> weights(y.size());
+    std::vector<double> forces(y.size());
+    for (std::size_t i = 0; i < y.size(); ++i) {
+        const double m = model[i];
+        double weight = 1.0;
+        double force = m - y[i];
+        switch (m_statistic) {
+        case FitStatistic::Cash:
+            weight = m > 0.0 ? 1.0 / m : 0.0;
+            force = m > 0.0 ? 1.0 - y[i] / m : 1.0;
+            break;
+        case FitStatistic::Pearson:
+            weight = m > 0.0 ? 1.0 / m : 0.0;
+            force = m > 0.0 ? 0.5 * (1.0 - y[i] / m * (y[i] / m)) : 0.5;
+            break;
+        case FitStatistic::Neyman:
+            weight = 1.0 / (variance.empty() ? std::max(y[i], 1.0) : variance[i]);
+            force *= weight;
+            break;
+        case FitStatistic::Unweighted:
+            break;
+        }
+        weights[i] = weight;
+        forces[i] = force;
+    }
+    const std::size_t bins = y.size();
+    for (std::size_t j = 0; j < n; ++j) {
+        const double* const cj = columns.data() + j * bins;
+        for (std::size_t i = 0; i < bins; ++i)
+            result.gradient[j] += forces[i] * cj[i];
+        for (std::size_t k = 0; k <= j; ++k) {
+            const double* const ck = columns.data() + k * bins;
+            double sum = 0.0;
+            for (std::size_t i = 0; i < bins; ++i)
+                sum += weights[i] * cj[i] * ck[i];
+            result.matrix[j * n + k] = result.matrix[k * n + j] = sum;
+        }
+    }
+    return result;
+}
+
+std::vector<double> FitSolver::jacobian()
+{
+    const std::size_t bins = m_problem.bins();
+    std::vector<double> columns(bins * m_map.variables.size(), 0.0);
+    m_problem.differentiate();
+    for (const VariableMap::Term& term : m_map.terms) {
+        double* const target = columns.data() + static_cast<std::size_t>(term.variable) * bins;
+        const std::span<const double> column = m_problem.column(term.parameter);
+        for (std::size_t i = 0; i < bins; ++i)
+            target[i] += term.factor * column[i];
+    }
+    return columns;
+}
+
+bool FitSolver::isAtLower(const std::vector<double>& variables, std::size_t j) const
+{
+    const SolverVariable& variable = m_map.variables[j];
+    return variables[j] - variable.lower <= 1e-9 * std::min(1.0, variable.upper - variable.lower)
+        || variables[j] <= variable.lower;
+}
+
+bool FitSolver::isAtUpper(const std::vector<double>& variables, std::size_t j) const
+{
+    const SolverVariable& variable = m_map.variables[j];
+    return variable.upper - variables[j] <= 1e-9 * std::min(1.0, variable.upper - variable.lower)
+        || variables[j] >= variable.upper;
+}
+
+// Steps by the information matrix, halved until the statistic falls; they also measure how far the minimum is away.
+void FitSolver::polish(Minimum& minimum, const std::vector<char>& held)
+{
+    const std::size_t n = m_map.variables.size();
+    minimum.converged = false;
+    for (int round = 0; round < 12; ++round) {
+        const Information information = informationAt(minimum.variables);
+        std::vector<char> still(n, 0);
+        for (std::size_t j = 0; j < n; ++j) {
+            const double g = information.gradient[j];
+            still[j] = (!held.empty() && held[j]) || (g > 0.0 && isAtLower(minimum.variables, j))
+                || (g < 0.0 && isAtUpper(minimum.variables, j));
+        }
+        std::vector<double> step;
+        if (!solveSymmetric(information.matrix, still, &step, information.gradient, nullptr))
+            return;
+        double distance = 0.0;
+        for (std::size_t j = 0; j < n; ++j)
+            distance += step[j] * information.gradient[j];
+        const double scale = m_statistic == FitStatistic::Unweighted && m_problem.bins() > n
+            ? std::max(1.0, minimum.value / static_cast<double>(m_problem.bins() - n))
+            : 1.0;
+        minimum.converged = distance < convergedDistance * scale;
+        if (!(distance > stillDistance))
+            return;
+        double length = 1.0;
+        for (std::size_t j = 0; j < n; ++j) {
+            const SolverVariable& variable = m_map.variables[j];
+            if (step[j] > 0.0)
+                length = std::min(length, (minimum.variables[j] - variable.lower) / step[j]);
+            else if (step[j] < 0.0)
+                length = std::min(length, (minimum.variables[j] - variable.upper) / step[j]);
+        }
+        bool moved = false;
+        for (int halving = 0; halving < 6 && !moved; ++halving, length *= 0.5) {
+            std::vector<double> next = minimum.variables;
+            for (std::size_t j = 0; j < n; ++j)
+                next[j] = std::clamp(next[j] - length * step[j], m_map.variables[j].lower, m_map.variables[j].upper);
+            const double value = valueAt(next);
+            ++minimum.calls;
+            // Near the minimum the statistic does not change any more within its rounding.
+            if (value <= minimum.value * (1.0 + 1e-15)) {
+                moved = next != minimum.variables;
+                minimum.variables = std::move(next);
+                minimum.value = value;
+                break;
+            }
+        }
+        if (!moved)
+            return;
+    }
+}
+
+Minimum FitSolver::minimise(std::vector<double> start, const std::vector<char>& held)
+{
+    Minimum minimum;
+    const std::size_t n = m_map.variables.size();
+    std::vector<mp_par> pars(n);
+    bool anyFree = false;
+    for (std::size_t j = 0; j < n; ++j) {
+        const SolverVariable& variable = m_map.variables[j];
+        mp_par& par = pars[j];
+        par = {};
+        par.fixed = !held.empty() && held[j] ? 1 : 0;
+        par.limited[0] = std::isfinite(variable.lower) ? 1 : 0;
+        par.limited[1] = std::isfinite(variable.upper) ? 1 : 0;
+        par.limits[0] = variable.lower;
+        par.limits[1] = variable.upper;
+        par.side = 3;
+        start[j] = std::clamp(start[j], variable.lower, variable.upper);
+        anyFree = anyFree || !par.fixed;
+    }
+    minimum.variables = std::move(start);
+    minimum.value = valueAt(minimum.variables);
+    m_last.clear();
+    if (!std::isfinite(minimum.value))
+        return minimum;
+    minimum.converged = true;
+    if (!anyFree)
+        return minimum;
+    mp_config config {};
+    config.ftol = m_statistic == FitStatistic::Unweighted ? 1e-13 : 1e-10;
+    config.stepfactor = 1.0;
+    config.maxiter = m_maxIterations;
+    config.nprint = 0;
+    mp_result result {};
+    mpfit(residuals, static_cast<int>(m_problem.bins()), static_cast<int>(n), minimum.variables.data(), pars.data(),
+        &config, this, &result);
+    minimum.calls = result.nfev;
+    for (std::size_t j = 0; j < n; ++j)
+        minimum.variables[j] = std::clamp(minimum.variables[j], m_map.variables[j].lower, m_map.variables[j].upper);
+    minimum.value = valueAt(minimum.variables);
+    if (std::isfinite(minimum.value))
+        polish(minimum, held);
+    return minimum;
+}
+
+} // namespace tarnis::analysis

@@ -1,0 +1,94 @@
+// The minimum of a statistic over the free parameters of a model.
+#pragma once
+
+#include "tarnis/analysis/fitproblem_p.h"
+
+#include <vector>
+
+namespace tarnis::analysis {
+
+/// One number that the solver moves. A free parameter mostly, but the background is moved by its values at the ends of
+/// the range, which can be kept from becoming negative.
+struct SolverVariable {
+    int parameter = -1; ///< the parameter that it is; -1: a node of the background
+    double start = 0.0;
+    double lower = 0.0;
+    double upper = 0.0;
+};
+
+/// Parameters p from variables: p = constant + sum of factor * variable.
+struct VariableMap {
+    struct Term {
+        int parameter;
+        int variable;
+        double factor;
+    };
+    std::vector<SolverVariable> variables;
+    std::vector<double> constant; ///< one for each parameter
+    std::vector<Term> terms;
+
+    std::vector<double> parameters(const std::vector<double>& variables) const;
+};
+
+/// What the statistic does at one bin.
+struct BinTerm {
+    double residual; ///< its square is the bin's part
+    double slope; ///< derivative of the residual by the model content
+};
+/// NaN where the statistic does not exist.
+BinTerm binTerm(FitStatistic statistic, double y, double variance, double m, bool hasVariance);
+
+struct Minimum {
+    std::vector<double> variables;
+    double value = 0.0; ///< NaN: no start at which the statistic exists
+    bool converged = false;
+    int calls = 0;
+};
+
+/// Information matrix and gradient at a point, for all variables.
+struct Information {
+    std::vector<double> matrix; ///< sum of w (dm/dv)(dm/dv), row by row
+    std::vector<double> gradient; ///< half the derivative of the statistic
+    double value = 0.0;
+};
+
+class FitSolver {
+public:
+    FitSolver(FitProblem& problem, FitStatistic statistic, VariableMap map, int maxIterations);
+
+    const VariableMap& map() const { return m_map; }
+    FitProblem& problem() { return m_problem; }
+    FitStatistic statistic() const { return m_statistic; }
+
+    /// Minimises from a start, with some variables held (empty: none).
+    Minimum minimise(std::vector<double> start, const std::vector<char>& held = {});
+    /// The statistic at a point; NaN where it does not exist.
+    double valueAt(const std::vector<double>& variables);
+    /// Evaluates model and derivatives at a point.
+    Information informationAt(const std::vector<double>& variables);
+    /// Derivatives of the model by the variables at the point of the last informationAt(), bin by bin.
+    std::vector<double> jacobian();
+    bool isAtLower(const std::vector<double>& variables, std::size_t j) const;
+    bool isAtUpper(const std::vector<double>& variables, std::size_t j) const;
+
+private:
+    static int residuals(int m, int n, double* x, double* fvec, double** dvec, void* self);
+    int writeResiduals(const double* variables, double* fvec, double** dvec);
+    const std::vector<double>& parametersAt(const double* variables);
+    void polish(Minimum& minimum, const std::vector<char>& held);
+
+    FitProblem& m_problem;
+    FitStatistic m_statistic;
+    VariableMap m_map;
+    int m_maxIterations;
+    std::vector<double> m_p;
+    std::vector<double> m_last; ///< variables of the last model, whose derivatives the solver requests next
+    std::vector<double> m_slopes;
+};
+
+/// Solves the symmetric positive definite system a x = b for the variables that are not held; false if it is singular.
+/// inverse: receives the inverse of the free part, zero in held rows and columns; may be null.
+bool solveSymmetric(const std::vector<double>& a, const std::vector<char>& held, std::vector<double>* x,
+    const std::vector<double>& b, std::vector<double>* inverse);
+
+} // namespace tarnis::analysis

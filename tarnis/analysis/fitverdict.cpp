@@ -1,0 +1,196 @@
+// What is against a fit, in words.
+#include "tarnis/analysis/fitresult_p.h"
+
+#include "tarnis/analysis/countstatistics.h"
+
+#include <QCoreApplication>
+
+#include <algorithm>
+#include <cmath>
+
+using namespace Qt::StringLiterals;
+
+namespace tarnis::analysis {
+
+namespace {
+
+QString sentence(const char* text)
+{
+    return QCoreApplication::translate("tarnis::SpectrumFit", text);
+}
+
+constexpr double largestGoodness = 4.0;
+
+class Verdict {
+public:
+    Verdict(const FitProblem& problem, FitResult& result)
+        : m_problem(problem)
+        , m_layout(problem.layout())
+        , m_result(result)
+    {
+    }
+    void judge();
+
+private:
+    void against(const QString& reason) { m_result.reasons.append(reason); }
+    const FitParameter& parameter(int index) const { return m_result.parameters[static_cast<std::size_t>(index)]; }
+    QString nameOfPeak(int peak) const { return parameter(m_layout.centre[static_cast<std::size_t>(peak)]).name; }
+    void judgeConvergence();
+    void judgeErrors();
+    void judgeBounds(const FitParameter& parameter, bool isArea);
+    void judgeCorrelations();
+    void judgePeak(int peak);
+    void judgeExcess(int peak);
+    void judgeGoodness();
+
+    const FitProblem& m_problem;
+    const FitLayout& m_layout;
+    FitResult& m_result;
+};
+
+void Verdict::judgeConvergence()
+{
+    if (m_result.status == FitStatus::NotConverged)
+        against(sentence(QT_TRANSLATE_NOOP("tarnis::SpectrumFit", "The fit did not converge.")));
+    if (m_result.points < m_result.free + 3)
+        against(
+            sentence(QT_TRANSLATE_NOOP("tarnis::SpectrumFit", "The range has %1 bins, too few for %2 free parameters."))
+                .arg(m_result.points)
+                .arg(m_result.free));
+}
+
+void Verdict::judgeBounds(const FitParameter& parameter, bool isArea)
+{
+    if (!parameter.fixed && (parameter.atLower || parameter.atUpper))
+        against((isArea ? sentence(QT_TRANSLATE_NOOP("tarnis::SpectrumFit", "The area %1 is at its bound."))
+                        : sentence(QT_TRANSLATE_NOOP("tarnis::SpectrumFit", "The parameter %1 is at its bound.")))
+                    .arg(parameter.name));
+}
+
+// Parameters of the peaks; the background may well be 0.
+void Verdict::judgeErrors()
+{
+    for (int i = 0; i < m_layout.background; ++i) {
+        const FitParameter& p = parameter(i);
+        const QString kind = kindOf(p.name);
+        if (p.fixed || kind == "step"_L1)
+            continue;
+        if (p.atLower || p.atUpper) {
+            // No Lorentzian or no Gaussian part is an answer, not a failure.
+            if (kind != "eta"_L1 && kind != "ratio"_L1)
+                judgeBounds(p, kind == "area"_L1);
+            continue;
+        }
+        if (!(p.error > 0.0) || std::isinf(p.error))
+            against(sentence(QT_TRANSLATE_NOOP("tarnis::SpectrumFit", "The parameter %1 has no error.")).arg(p.name));
+        if (p.profile && (std::isnan(p.profile->lower) || std::isnan(p.profile->upper)))
+            against(
+                sentence(QT_TRANSLATE_NOOP("tarnis::SpectrumFit", "The error of %1 is open to one side.")).arg(p.name));
+    }
+}
+
+void Verdict::judgeCorrelations()
+{
+    const std::size_t n = m_result.parameters.size();
+    for (std::size_t i = 0; i < n; ++i) {
+        for (std::size_t j = i + 1; j < n; ++j) {
+            // Terms of the background among themselves do not touch the peaks; a tie is no finding.
+            if (static_cast<int>(i) >= m_layout.background)
+                continue;
+            if (parameter(static_cast<int>(i)).tied || parameter(static_cast<int>(j)).tied)
+                continue;
+            const double correlation = m_result.correlation[i * n + j];
+            if (std::fabs(correlation) > 0.99)
+                against(sentence(QT_TRANSLATE_NOOP("tarnis::SpectrumFit",
+                                     "%1 and %2 are correlated by %3: the range does not tell them apart."))
+                            .arg(m_result.parameters[i].name, m_result.parameters[j].name)
+                            .arg(correlation, 0, 'f', 4));
+        }
+    }
+}
+
+void Verdict::judgePeak(int peak)
+{
+    const auto k = static_cast<std::size_t>(peak);
+    const FitParameter& area = parameter(m_layout.area[k]);
+    const FitParameter& centre = parameter(m_layout.centre[k]);
+    if (!area.fixed && area.shownError > 0.0 && std::fabs(area.value) < 3.0 * area.shownError)
+        against(sentence(QT_TRANSLATE_NOOP("tarnis::SpectrumFit", "The area %1 is below three of its errors."))
+                    .arg(area.name));
+    const double fwhm = m_result.peaks[k].measures.fwhm;
+    const double sigma = fwhm / 2.354820045;
+    const double top = m_result.peaks[k].measures.top;
+    if (!centre.fixed && (top - m_problem.lower() < sigma || m_problem.upper() - top < sigma))
+        against(sentence(QT_TRANSLATE_NOOP("tarnis::SpectrumFit",
+                             "The peak at %1 is within one standard deviation of the end of the range."))
+                    .arg(centre.name));
+    if (fwhm > 0.5 * (m_problem.upper() - m_problem.lower()) && m_layout.backgrounds > 1)
+        against(sentence(QT_TRANSLATE_NOOP("tarnis::SpectrumFit",
+                             "The peak at %1 is wider than half of the range, which shows no background."))
+                    .arg(centre.name));
+    judgeExcess(peak);
+}
+
+// The exact test of "no such peak": the counts of the range, without it, would be spread like the rest of the model.
+void Verdict::judgeExcess(int peak)
+{
+    if (!m_result.areCounts || m_problem.model().allowDips)
+        return;
+    const auto k = static_cast<std::size_t>(peak);
+    const PeakMeasures& measures = m_result.peaks[k].measures;
+    std::array<double, maxWidthParameters> widths {};
+    std::vector<double> p;
+    for (const FitParameter& parameter : m_result.parameters)
+        p.push_back(parameter.value);
+    m_problem.widthsOf(peak, p.data(), widths.data());
+    const auto edges = m_problem.edges();
+    double inside = 0.0;
+    double outside = 0.0;
+    double restInside = 0.0;
+    double restOutside = 0.0;
+    for (std::size_t i = 0; i < m_problem.bins(); ++i) {
+        const double own = m_result.peaks[k].area
+            * peakIntegral(m_problem.model().shape, edges[i], edges[i + 1], m_result.peaks[k].centre, widths);
+        const bool isInside = std::fabs(0.5 * (edges[i] + edges[i + 1]) - measures.top) <= measures.fwhm;
+        (isInside ? inside : outside) += m_problem.contents()[i];
+        (isInside ? restInside : restOutside) += std::max(0.0, m_result.modelContents[i] - own);
+    }
+    const double rest = restInside + restOutside;
+    if (!(rest > 0.0))
+        return;
+    const double probability = excessProbability(inside, outside, std::clamp(restInside / rest, 0.0, 1.0));
+    if (!(probability < 0.05))
+        against(sentence(QT_TRANSLATE_NOOP("tarnis::SpectrumFit",
+                             "The counts of the peak at %1 are no significant excess (probability %2 without a peak)."))
+                    .arg(nameOfPeak(peak))
+                    .arg(probability, 0, 'g', 2));
+}
+
+void Verdict::judgeGoodness()
+{
+    if (std::fabs(m_result.goodness) > largestGoodness)
+        against(sentence(QT_TRANSLATE_NOOP("tarnis::SpectrumFit",
+                             "The model does not fit: the statistic is %1 standard deviations from its expectation."))
+                    .arg(m_result.goodness, 0, 'f', 1));
+}
+
+void Verdict::judge()
+{
+    m_result.reasons.clear();
+    judgeConvergence();
+    judgeErrors();
+    judgeCorrelations();
+    for (int peak = 0; peak < m_layout.peaks; ++peak)
+        judgePeak(peak);
+    judgeGoodness();
+    m_result.acceptable = m_result.reasons.isEmpty();
+}
+
+} // namespace
+
+void addVerdict(const FitProblem& problem, FitResult& result)
+{
+    Verdict(problem, result).judge();
+}
+
+} // namespace tarnis::analysis

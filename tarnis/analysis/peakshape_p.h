@@ -1,0 +1,39 @@
+// Peaks over the bins of a fit.
+#pragma once
+
+#include "tarnis/analysis/peakshape.h"
+
+#include <cstddef>
+#include <vector>
+
+namespace tarnis::analysis {
+
+int widthCount(PeakShape shape);
+
+/// Distribution function below the centre, distribution function less 1 above it: keeps its digits in both tails.
+/// Derivatives are those of the distribution function. Not for PeakShape::Voigt.
+PeakDensity signedTail(PeakShape shape, double x, double centre, const double* widths);
+PeakDensity density(PeakShape shape, double x, double centre, const double* widths);
+
+/// Contents of bins for a peak of unit area, and their derivatives. Arrays have one double for each bin. value null:
+/// they are known already; byCentre null: no derivatives.
+struct PeakColumns {
+    double* value;
+    double* byCentre;
+    std::array<double*, maxWidthParameters> byWidth;
+};
+
+/// Scratch of fillPeak(), kept between calls.
+struct PeakScratch {
+    std::vector<double> tail;
+    std::vector<double> density;
+};
+
+/// Integrals over the bins between neighbouring edges.
+void integratePeak(PeakShape shape, std::span<const double> edges, double centre, const double* widths,
+    const PeakColumns& columns, PeakScratch& scratch);
+/// Density at each bin's centre times its width.
+void samplePeak(
+    PeakShape shape, std::span<const double> edges, double centre, const double* widths, const PeakColumns& columns);
+
+} // namespace tarnis::analysis

@@ -1,0 +1,23 @@
+// Measured and synthetic spectra with reference numbers of an independent computation, and how they are compared.
+#pragma once
+
+#include <QJsonObject>
+#include <QString>
+
+#include <optional>
+#include <vector>
+
+namespace tarnis::testing {
+
+/// A JSON file below the folder of reference numbers; nothing if the folder is absent.
+std::optional<QJsonObject> referenceNumbers(const QString& relativePath);
+/// The spectrum of a file of reference numbers: the path of an .spe file or of one with a count in each line, below the
+/// folder of shared data.
+std::vector<double> spectrumAt(const QString& relativePath);
+
+/// Fails the running test, naming the quantity, unless the numbers are within the tolerance. NaN equals null.
+bool agrees(const QString& what, double found, double expected, double tolerance);
+/// The same with a relative tolerance.
+bool agreesRelatively(const QString& what, double found, double expected, double tolerance);
+
+} // namespace tarnis::testing
