@@ -107,7 +107,8 @@ QString ServerFiles::write(const QString& path, const QByteArray& content) const
     if (!file.open(QIODevice::WriteOnly))
         return file.errorString();
     file.write(content);
-    return file.commit() ? QString() : file.errorString();
+    // commit() alone does not notice that the last bytes found no room.
+    return file.flush() && file.commit() ? QString() : file.errorString();
 }
 
 QString ServerFiles::makeDirectory(const QString& path) const

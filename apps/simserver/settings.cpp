@@ -231,7 +231,8 @@ QString Settings::save(const QString& path) const
     for (const Pair& pair : all())
         text += pair.key + QStringLiteral(": ") + pair.value + QLatin1Char('\n');
     file.write(text.toUtf8());
-    return file.commit() ? QString() : file.errorString();
+    // commit() alone does not notice that the last bytes found no room.
+    return file.flush() && file.commit() ? QString() : file.errorString();
 }
 
 QString Settings::load(const QString& path, const Context& context)

@@ -18,7 +18,6 @@ INSTEAD = {
     "_LogBlock": ("LOG_BLOCK", "a block is opened by the macro, which names file and line"),
     "DoubleBufferedWidget": ("XYGraphWidget", "the common ground of the plots, which shows nothing itself"),
     "PeakSearch": ("PeakSearchDialog", "the plots search and fit when their dialog asks for it"),
-    "Graph2DFilter": ("Graph2DFilterDialog", "the kernel goes from the filter's dialog to the map by itself"),
 }
 
 

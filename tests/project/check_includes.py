@@ -33,11 +33,12 @@ CONSOLE_ROOMS = {
     "app": set(),
     "notices": {"app"},
     "server": {"app", "notices"},
+    "saves": {"app", "notices", "server"},
     "command": {"app", "notices", "server"},
     "settings": {"app", "notices", "server"},
     "windows": {"app", "notices", "server"},
     "browse": {"app", "notices", "server", "command", "settings", "windows"},
-    "histograms": {"app", "notices", "server", "windows"},
+    "histograms": {"app", "notices", "server", "saves", "windows"},
     "tables": {"app", "notices", "server", "windows", "histograms"},
     "log": {"app", "notices", "server", "windows"},
 }

@@ -185,7 +185,9 @@ int Tour::run()
                            : QStringLiteral("%1 of %2 steps failed.").arg(failed).arg(steps.size()))
            << Qt::endl;
     leaveServer();
-    return failed == 0 && report.status() == QTextStream::Ok ? 0 : 1;
+    report.flush();
+    const bool isReported = report.status() == QTextStream::Ok && file.flush(); // a full disk shows with the flush
+    return failed == 0 && isReported ? 0 : 1;
 }
 
 } // namespace console

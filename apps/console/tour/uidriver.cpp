@@ -1,7 +1,10 @@
 #include "tour/uidriver.h"
 
+#include <tarnis/foundation/files.h>
+
 #include <QAction>
 #include <QApplication>
+#include <QBuffer>
 #include <QComboBox>
 #include <QDialog>
 #include <QElapsedTimer>
@@ -420,8 +423,13 @@ void UiDriver::keep(const QImage& image, const QString& name)
 {
     const QString file = nextName(name + QStringLiteral(".png"));
     expect(colourCount(image) > 2, QStringLiteral("there is something on %1").arg(file));
-    if (!image.save(m_directory.filePath(file)))
-        throw TourFailure(QStringLiteral("%1 cannot be written").arg(m_directory.filePath(file)));
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    expect(
+        buffer.open(QIODevice::WriteOnly) && image.save(&buffer, "png"), QStringLiteral("%1 can be encoded").arg(file));
+    const QString error = tarnis::writeFile(m_directory.filePath(file), bytes);
+    if (!error.isEmpty())
+        throw TourFailure(QStringLiteral("%1 cannot be written: %2").arg(m_directory.filePath(file), error));
     m_files.append(file);
 }
 
