@@ -3,6 +3,7 @@
 #include "tarnis/hdf5/hdf5handle_p.h"
 
 #include <QCoreApplication>
+#include <QtEndian>
 
 #include <array>
 
@@ -298,6 +299,40 @@ private:
     qsizetype m_fileBytes;
 };
 
+/// The library of version 1.10 walks the objects of a heap of texts by their sizes, for ever at one without size. The
+/// layout is that of section III.E of the HDF5 file format, version 3.0: signature, version, three zeros,
+/// size; then objects of two numbers, four zeros, size and content, of which number 0 is the free rest.
+bool isEndlessHeap(QByteArrayView bytes)
+{
+    constexpr qsizetype header = 16;
+    constexpr quint64 alignment = 8;
+    const auto sizeAt = [&](qsizetype place) { return qFromLittleEndian<quint64>(bytes.data() + place); };
+    if (bytes.size() < header || bytes[4] != 1 || sizeAt(8) > static_cast<quint64>(bytes.size()))
+        return false; // the library refuses it
+    const auto end = static_cast<qsizetype>(sizeAt(8));
+    for (qsizetype place = header; place + header <= end;) {
+        const quint64 size = sizeAt(place + 8);
+        const quint64 left = static_cast<quint64>(end - place);
+        const bool isRest = qFromLittleEndian<quint16>(bytes.data() + place) == 0;
+        if (size > left)
+            return true;
+        const quint64 step = isRest ? size : header + (size + alignment - 1) / alignment * alignment;
+        if (step == 0 || step > left)
+            return true;
+        place += static_cast<qsizetype>(step);
+    }
+    return false;
+}
+
+bool hasEndlessHeap(QByteArrayView bytes)
+{
+    for (qsizetype place = bytes.indexOf("GCOL"); place >= 0; place = bytes.indexOf("GCOL", place + 1)) {
+        if (place % 8 == 0 && isEndlessHeap(bytes.sliced(place)))
+            return true;
+    }
+    return false;
+}
+
 QString read(hid_t file, qsizetype fileBytes, Dataset& data)
 {
     const auto isEntry = [](hid_t group, const char* name) { return isOfClass(group, name, "NXentry"); };
@@ -324,6 +359,8 @@ QString read(hid_t file, qsizetype fileBytes, Dataset& data)
 DatasetResult decodeHdf5(QByteArrayView bytes)
 {
     const hdf5::Quiet quiet;
+    if (hasEndlessHeap(bytes))
+        return { .data = {}, .error = Texts::tr("it is not an HDF5 file, or it is incomplete: copy it again") };
     const Handle access(H5Pcreate(H5P_FILE_ACCESS), H5Pclose);
     constexpr std::size_t growth = std::size_t { 1 } << 16;
     const hbool_t onDisk = 0;

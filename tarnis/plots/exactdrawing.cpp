@@ -147,16 +147,23 @@ QImage imageOf(const BinView& view, const BinRows& rows, const ColorScale& scale
     QImage image(view.x.end - view.x.first, view.y.end - view.y.first, QImage::Format_ARGB32);
     image.fill(Qt::transparent);
     const bool opaque = scale.isOpaque();
+    bool isFilled = opaque;
     for (int row = view.y.first; row < view.y.end && !image.isNull(); ++row) {
         auto* const line = reinterpret_cast<QRgb*>(image.scanLine(view.y.end - 1 - row));
         const QList<double>& values = rows.at(row);
         const auto end = static_cast<int>(std::min<qsizetype>(view.x.end, values.size()));
         for (int column = view.x.first; column < end; ++column) {
-            if (!isEmptyBin(values.at(column)))
+            if (isEmptyBin(values.at(column)))
+                isFilled = false;
+            else
                 line[column - view.x.first] =
                     opaque ? scale.pixel(values.at(column)) : scale.color(values.at(column)).rgba();
         }
+        isFilled = isFilled && end == view.x.end;
     }
+    // A file without transparency needs no mask.
+    if (isFilled)
+        image.reinterpretAsFormat(QImage::Format_RGB32);
     return image;
 }
 

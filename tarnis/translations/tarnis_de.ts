@@ -978,6 +978,105 @@
     </message>
 </context>
 <context>
+    <name>tarnis::ExportDialog</name>
+    <message>
+        <source>PNG picture</source>
+        <translation>PNG-Bild</translation>
+    </message>
+    <message>
+        <source>PDF page</source>
+        <translation>PDF-Seite</translation>
+    </message>
+    <message>
+        <source>SVG drawing</source>
+        <translation>SVG-Zeichnung</translation>
+    </message>
+    <message>
+        <source>CSV table</source>
+        <translation>CSV-Tabelle</translation>
+    </message>
+    <message>
+        <source>NPY array</source>
+        <translation>NPY-Feld</translation>
+    </message>
+    <message>
+        <source>HDF5 (NeXus) file</source>
+        <translation>HDF5-Datei (NeXus)</translation>
+    </message>
+    <message>
+        <source> px</source>
+        <translation> px</translation>
+    </message>
+    <message>
+        <source> dpi</source>
+        <translation> dpi</translation>
+    </message>
+    <message>
+        <source>Export</source>
+        <translation>Exportieren</translation>
+    </message>
+    <message>
+        <source>All bins</source>
+        <translation>Alle Bins</translation>
+    </message>
+    <message>
+        <source>Visible bins</source>
+        <translation>Sichtbare Bins</translation>
+    </message>
+    <message>
+        <source>Preview</source>
+        <translation>Vorschau</translation>
+    </message>
+    <message>
+        <source>Browse...</source>
+        <translation>Durchsuchen...</translation>
+    </message>
+    <message>
+        <source>&amp;Format:</source>
+        <translation>&amp;Format:</translation>
+    </message>
+    <message>
+        <source>&amp;Width:</source>
+        <translation>&amp;Breite:</translation>
+    </message>
+    <message>
+        <source>&amp;Height:</source>
+        <translation>&amp;Höhe:</translation>
+    </message>
+    <message>
+        <source>&amp;Resolution:</source>
+        <translation>&amp;Auflösung:</translation>
+    </message>
+    <message>
+        <source>&amp;Bins:</source>
+        <translation>B&amp;ins:</translation>
+    </message>
+    <message>
+        <source>Size:</source>
+        <translation>Größe:</translation>
+    </message>
+    <message>
+        <source>F&amp;ile:</source>
+        <translation>&amp;Datei:</translation>
+    </message>
+    <message>
+        <source>%1 x %2 mm</source>
+        <translation>%1 x %2 mm</translation>
+    </message>
+    <message>
+        <source>numbers, not a picture</source>
+        <translation>Zahlen, kein Bild</translation>
+    </message>
+    <message>
+        <source>%1 x %2 pixels, %3</source>
+        <translation>%1 x %2 Pixel, %3</translation>
+    </message>
+    <message>
+        <source>Cannot save the file: %1.</source>
+        <translation>Die Datei kann nicht gespeichert werden: %1.</translation>
+    </message>
+</context>
+<context>
     <name>tarnis::Files</name>
     <message>
         <source>no space is left on the device: free some or choose another folder</source>

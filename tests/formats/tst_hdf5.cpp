@@ -4,6 +4,7 @@
 #include <tarnis/formats/formats.h>
 #include <tarnis/hdf5/nexusfile.h>
 
+#include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
 
@@ -54,6 +55,21 @@ private Q_SLOTS:
         QVERIFY(!decodeHdf5("1\n2\n").error.isEmpty());
         QVERIFY(!decodeHdf5(QByteArrayView(whole).first(600)).error.isEmpty());
         QCOMPARE(encodeHdf5({}).error, QString("there are no values to write"));
+    }
+
+    void refusesAHeapWithoutEnd()
+    {
+        // A file of another program, whose texts are in a heap.
+        QFile file(QStringLiteral(HDF5_SEEDS "/nexus.h5"));
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QByteArray bytes = file.readAll();
+        const DatasetResult whole = decodeHdf5(bytes);
+        QCOMPARE(whole.error, QString());
+        QCOMPARE(whole.data.x.values, (std::vector<double> { 0.0, 1.0, 2.0, 4.0 }));
+        const qsizetype heap = bytes.indexOf("GCOL");
+        QVERIFY(heap > 0);
+        bytes.replace(heap + 16, 16, QByteArray(16, '\0'));
+        QVERIFY(!decodeHdf5(bytes).error.isEmpty());
     }
 
     void opensInH5py()

@@ -1,0 +1,109 @@
+// The dialog that exports a plot: what it suggests, what it saves, and that a failed save keeps it open.
+#include <tarnis/export/exportdialog.h>
+#include <tarnis/formats/formats.h>
+#include <tarnis/foundation/helpers.h>
+#include <tarnis/plots/vectorgraphwidget.h>
+
+#include <QComboBox>
+#include <QDir>
+#include <QFileInfo>
+#include <QImage>
+#include <QLabel>
+#include <QSignalSpy>
+#include <QSpinBox>
+#include <QTemporaryDir>
+#include <QTest>
+
+using tarnis::ExportDialog;
+
+class TestExportDialog : public QObject {
+    Q_OBJECT
+private:
+    QTemporaryDir m_folder;
+    VectorGraphWidget m_plot;
+
+private Q_SLOTS:
+    void init()
+    {
+        m_folder = QTemporaryDir();
+        setSaveFilePath(m_folder.filePath("x"));
+        m_plot.resize(400, 300);
+        m_plot.init("Time [us]", "Counts", 4.0, 10.0, true, true);
+        m_plot.setData({ 1.0, 5.0, 2.0, 3.0 });
+        m_plot.setMaxValue(5.0);
+    }
+
+    void suggestsANameInTheRememberedFolder()
+    {
+        const ExportDialog dialog(m_plot, "total", "7");
+        const QFileInfo file(dialog.path());
+        QCOMPARE(file.path(), m_folder.path());
+        QVERIFY(file.fileName().startsWith("total_run7_2"));
+        QCOMPARE(file.suffix(), "png");
+    }
+
+    void formatAndNameFollowEachOther()
+    {
+        ExportDialog dialog(m_plot, "total");
+        auto* const format = dialog.findChild<QComboBox*>();
+        format->setCurrentIndex(format->findData("pdf"));
+        QCOMPARE(QFileInfo(dialog.path()).suffix(), "pdf");
+        dialog.setPath(m_folder.filePath("a.csv"));
+        QCOMPARE(format->currentData().toString(), "csv");
+    }
+
+    void savesAPictureOfTheChosenSize()
+    {
+        ExportDialog dialog(m_plot, "total");
+        dialog.setPath(m_folder.filePath("a.png"));
+        const QList<QSpinBox*> boxes = dialog.findChildren<QSpinBox*>();
+        QCOMPARE(boxes.size(), 3);
+        boxes.at(0)->setValue(500);
+        boxes.at(1)->setValue(200);
+        boxes.at(2)->setValue(192);
+        const QSignalSpy saved(&dialog, &ExportDialog::saved);
+        dialog.accept();
+        QCOMPARE(saved.size(), 1);
+        QCOMPARE(dialog.result(), int(QDialog::Accepted));
+        QCOMPARE(QImage(m_folder.filePath("a.png")).size(), QSize(1000, 400));
+    }
+
+    void savesATableWithItsSource()
+    {
+        ExportDialog dialog(m_plot, "total", "7", "localhost:5000, run 7");
+        dialog.setPath(m_folder.filePath("a.csv"));
+        dialog.accept();
+        const tarnis::Dataset data = tarnis::readDataset(m_folder.filePath("a.csv")).data;
+        QCOMPARE(data.values, (std::vector<double> { 1.0, 5.0, 2.0, 3.0 }));
+        QCOMPARE(data.title, "total");
+        QCOMPARE(data.source, "localhost:5000, run 7");
+    }
+
+    void staysOpenWithTheCauseOfAFailure()
+    {
+        ExportDialog dialog(m_plot, "total");
+        dialog.open();
+        dialog.setPath(m_folder.filePath("none/a.png"));
+        dialog.accept();
+        QVERIFY(dialog.isVisible());
+        bool shown = false;
+        for (const QLabel* const label : dialog.findChildren<QLabel*>())
+            shown = shown || (label->isVisible() && label->text().contains("does not exist"));
+        QVERIFY(shown);
+        dialog.setPath(m_folder.filePath("a.png"));
+        dialog.accept();
+        QVERIFY(!dialog.isVisible());
+    }
+
+    void showsAPreview()
+    {
+        const ExportDialog dialog(m_plot, "total");
+        bool shown = false;
+        for (const QLabel* const label : dialog.findChildren<QLabel*>())
+            shown = shown || !label->pixmap().isNull();
+        QVERIFY(shown);
+    }
+};
+
+QTEST_MAIN(TestExportDialog)
+#include "tst_exportdialog.moc"
