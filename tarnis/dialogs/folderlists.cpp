@@ -1,5 +1,7 @@
 #include "tarnis/dialogs/folderlists_p.h"
 
+#include "tarnis/dialogs/plaintextdelegate_p.h"
+
 #include <QComboBox>
 #include <QKeyEvent>
 #include <QListWidget>
@@ -25,6 +27,10 @@ FolderLists::FolderLists(QComboBox* ancestors, QListWidget* entries, Open open, 
     , m_dialog(dialog)
 {
     m_entries->installEventFilter(this);
+    m_entries->setItemDelegate(new PlainTextDelegate(m_entries));
+    // The names are the server's: they must not decide on the width of the dialog.
+    m_ancestors->setItemDelegate(new PlainTextDelegate(m_ancestors));
+    m_ancestors->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
 }
 
 void FolderLists::setEnabled(bool enabled)

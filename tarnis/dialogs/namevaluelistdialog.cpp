@@ -1,6 +1,7 @@
 #include "tarnis/dialogs/namevaluelistdialog.h"
 
 #include "tarnis/dialogs/namevalue.h"
+#include "tarnis/dialogs/plaintextdelegate_p.h"
 #include "tarnis/dialogs/tabletext_p.h"
 #include "tarnis/foundation/saving_p.h"
 
@@ -62,6 +63,7 @@ void NameValueListDialog::setUpForm()
 {
     ui->setupUi(this);
     setWindowFlags(windowFlags() & ~Qt::WindowContextHelpButtonHint);
+    tarnis::PlainTextDelegate::installOn(*table());
     connect(ui->buttonBox, &QDialogButtonBox::clicked, this, &NameValueListDialog::onButtonClicked);
 }
 

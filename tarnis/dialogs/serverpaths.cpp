@@ -7,6 +7,7 @@ namespace tarnis {
 namespace {
 
 constexpr QLatin1Char slash('/');
+constexpr qsizetype maxPathChars = 16384; // four times what common systems allow
 
 } // namespace
 
@@ -39,6 +40,8 @@ QStringList replyLines(const QString& reply)
 
 QStringList ancestors(const QString& dir)
 {
+    if (dir.size() > maxPathChars)
+        return {}; // the list would grow with the square of the path
     QStringList result;
     for (qsizetype position = dir.indexOf(slash); position >= 0; position = dir.indexOf(slash, position + 1))
         result.append(position == 0 ? QString(slash) : dir.left(position));

@@ -21,7 +21,8 @@ bool isGoodReply(const QString& reply);
 QStringList replyLines(const QString& reply);
 
 /// The directories on the way to `dir`, the root first and `dir` itself last: "/a/b" gives "/", "/a", "/a/b". Where
-/// `dir` ends with "/", the last is `dir` without it; the root alone is "/".
+/// `dir` ends with "/", the last is `dir` without it; the root alone is "/". A path of more than 16384
+/// characters has none.
 QStringList ancestors(const QString& dir);
 
 /// `dir` and `name` with one "/" between them, none added where `dir` ends with one.

@@ -1,10 +1,22 @@
 #include "tarnis/foundation/modalbox_p.h"
 
+#include "tarnis/foundation/shorttext_p.h"
+
 #include <QDialog>
 #include <QFileDialog>
 #include <QInputDialog>
 
 namespace tarnis {
+
+namespace {
+
+// What a box can show on a small screen, and what its details can show at once.
+constexpr qsizetype boxChars = 1500;
+constexpr int boxLines = 15;
+constexpr qsizetype detailChars = 20000;
+constexpr int detailLines = 500;
+
+} // namespace
 
 bool isAccepted(const QPointer<QDialog>& dialog)
 {
@@ -17,7 +29,11 @@ bool isAccepted(const QPointer<QDialog>& dialog)
 QMessageBox::StandardButton showBox(QMessageBox::Icon icon, QWidget* parent, const QString& title, const QString& text,
     QMessageBox::StandardButtons buttons, QMessageBox::StandardButton defaultButton)
 {
-    const QPointer<QMessageBox> box = new QMessageBox(icon, title, text, buttons, parent);
+    const QString shown = shortText(text, boxChars, boxLines);
+    const QPointer<QMessageBox> box = new QMessageBox(icon, title, shown, buttons, parent);
+    box->setTextFormat(Qt::PlainText); // before the box measures it: a server's text is not markup
+    if (shown != text)
+        box->setDetailedText(shortText(text, detailChars, detailLines));
     box->setDefaultButton(defaultButton);
     box->exec();
     if (!box)

@@ -3,6 +3,7 @@
 #include "tarnis/server/tarnissession.h"
 
 #include "tarnis/foundation/log.h"
+#include "tarnis/foundation/modalbox_p.h"
 #include "tarnis/server/sessionsocket_p.h"
 
 #include <QAbstractSocket>
@@ -153,5 +154,5 @@ void TarnisSession::showErrorMessage(int socketError, const QString& message)
     default:
         text = tr("%1.").arg(message);
     }
-    QMessageBox::information(nullptr, QCoreApplication::applicationName(), text, QMessageBox::Ok);
+    tarnis::showBox(QMessageBox::Information, nullptr, QCoreApplication::applicationName(), text);
 }
