@@ -26,6 +26,13 @@ bool countsAsZero(double value)
     return std::abs(value) <= DBL_EPSILON * std::max(1.0, std::abs(value));
 }
 
+// In the row format: of all rows together.
+double expectedValues(double xMin, double xMax, int resolution, int rows)
+{
+    const double samples = std::abs(xMax - xMin) / std::max(resolution, 1);
+    return std::isfinite(samples) ? samples * std::max(rows, 1) : 0.0;
+}
+
 } // namespace
 
 const bool Graph1DDialog::initialAutoUpdate = true;
@@ -39,6 +46,7 @@ Graph1DDialog::Graph1DDialog(TarnisSession* session_, QString const& title, QStr
     , start(start_)
     , end(end_)
     , pairMode(countsAsZero(xMin) && countsAsZero(xMax))
+    , live(new tarnis::LiveWindow(*this, session, expectedValues(xMin, xMax, resolution, end_ - start_ + 1)))
 {
     ui->setupUi(this);
     ui->progressBar->hide();
@@ -60,15 +68,23 @@ Graph1DDialog::Graph1DDialog(TarnisSession* session_, QString const& title, QStr
         return;
     }
     tarnis::checkedConnect(ui->updatePushButton, SIGNAL(clicked()), this, SLOT(update()));
-    session = tarnis::startPrivateSession(*session_, this);
-    tarnis::sendInitialCommands(*session, initCmds);
+    live->start(*this, { session_->m_host, session_->m_port, session_->GetPrompt() }, initCmds);
     timer = tarnis::newPollTimer(this);
+}
+
+// The session made here is a model only, and goes when the window has read it.
+Graph1DDialog::Graph1DDialog(tarnis::ServerAddress const& server, QString const& title, QString const& xLabel,
+    double xMin, double xMax, int resolution, int decimalX, QString const& desc, QList<QString> const& initCmds,
+    QString const& cmd_, int start_, int end_, QWidget* parent)
+    : Graph1DDialog(std::make_unique<TarnisSession>(server.host, server.port, server.prompt, nullptr).get(), title,
+        xLabel, xMin, xMax, resolution, decimalX, desc, initCmds, cmd_, start_, end_, parent)
+{
 }
 
 Graph1DDialog::~Graph1DDialog()
 {
     delete timer;
-    tarnis::endPrivateSession(session, this);
+    live->end();
 }
 
 void Graph1DDialog::setUpDescription(QString const& desc)
@@ -160,10 +176,43 @@ void Graph1DDialog::setInfoText(QString const& text)
     tarnis::showInfo(*ui->infoLabel, text);
 }
 
+void Graph1DDialog::renewSession(tarnis::ServerAddress const& server)
+{
+    if (timer)
+        live->start(*this, server, QStringList(live->initialCommands()));
+}
+
+QString Graph1DDialog::stopReason() const
+{
+    return live->stopReason();
+}
+
+// True if a hook has dealt with it; the polling then goes on.
+bool Graph1DDialog::isDealtWith(tarnis::UndrawnReply const& reply)
+{
+    if (!hooks.onUndrawn || !hooks.onUndrawn(reply))
+        return false;
+    pollLater();
+    return true;
+}
+
+void Graph1DDialog::showUndrawn(tarnis::UndrawnReply const& reply, bool isWarning)
+{
+    live->setStopped(reply.text);
+    tarnis::showBox(isWarning ? QMessageBox::Warning : QMessageBox::Information, this,
+        QCoreApplication::applicationName(), reply.text);
+}
+
+void Graph1DDialog::reportUndrawn(tarnis::UndrawnReply const& reply)
+{
+    if (!isDealtWith(reply))
+        showUndrawn(reply, false);
+}
+
 void Graph1DDialog::update()
 {
     if (session)
-        tarnis::sendPoll(*session, cmd);
+        live->poll(*this, cmd);
 }
 
 void Graph1DDialog::onTimeout()
@@ -194,16 +243,21 @@ bool Graph1DDialog::onResultExInfo(QList<QString> const& lines)
 
 void Graph1DDialog::error(int code, QString const& text)
 {
-    const bool closed = timer && !session; // the session had queued it before
-    if (!closed)
-        TarnisSession::showErrorMessage(code, text);
+    if (timer && !session)
+        return; // closed; the session had queued it before
+    if (timer)
+        live->setFailed(text);
+    TarnisSession::showErrorMessage(code, text);
 }
 
 void Graph1DDialog::result(PTarnisCmd command, QByteArray const& payload)
 {
-    if (!isVisible())
+    if (!isVisible()) {
+        if (timer && command->m_bBinary)
+            live->setStopped(tarnis::LiveWindow::tr("The window was hidden."));
         return;
-    if (!onResultExInfo(tarnis::replyTextLines(command->m_replyText))) {
+    }
+    if (!onResultExInfo(tarnis::replyTextLines(command->m_replyText.left(tarnis::maxTextChars)))) {
         pollLater();
         return;
     }
@@ -215,6 +269,10 @@ void Graph1DDialog::result(PTarnisCmd command, QByteArray const& payload)
         tarnis::showRefusal(this, tr(">>> %1\n<<< %2"), *command, payload);
         if (guard)
             close();
+        return;
+    }
+    if (live->isTooLarge(tarnis::doubleCount(payload))) {
+        reportUndrawn(live->tooLarge(tarnis::doubleCount(payload)));
         return;
     }
     const bool shown = pairMode ? showPairs(command->m_replyText, payload) : showRows(payload);
@@ -242,6 +300,9 @@ bool Graph1DDialog::showRows(QByteArray const& payload)
         ui->graphWidget->setData(row, values, tarnis::largest(values, 0.0));
     }
     ui->graphWidget->resizeData(rows);
+    if (hooks.onDrawn)
+        hooks.onDrawn(
+            { samples * rows, tarnis::countNotFinite(payload.first(samples * rows * qsizetype(sizeof(double)))) });
     return true;
 }
 
@@ -250,23 +311,34 @@ bool Graph1DDialog::showPairs(QString const& replyText, QByteArray const& payloa
     TARNIS_TRACE(replyText);
     QString text = replyText;
     std::optional<tarnis::PairAxis> axis = tarnis::takePairAxis(text);
+    const qint64 values = tarnis::doubleCount(payload);
     if (!axis) {
-        tarnis::showBox(QMessageBox::Information, this, QCoreApplication::applicationName(),
-            tr("failed to parse information - '%1'").arg(text));
+        reportUndrawn({ tarnis::UndrawnReply::Reason::NoAxis, tr("failed to parse information - '%1'").arg(text),
+            replyText, values });
+        return false;
+    }
+    if (live->isTooLarge(2 * qint64(axis->bins))) {
+        reportUndrawn(live->tooLarge(2 * qint64(axis->bins)));
         return false;
     }
     if (extendLastBin)
         axis->max += (axis->max - axis->min) / (static_cast<double>(axis->bins) - 1.0);
+    const std::optional<tarnis::PairSamples> samples = tarnis::pairSamples(payload, *axis);
+    const tarnis::UndrawnReply outside { tarnis::UndrawnReply::Reason::OutsideAxis, tr("Invalid index!"), replyText,
+        values };
+    if (!samples && isDealtWith(outside))
+        return false;
     ui->graphWidget->initManualX(axis->min, axis->max);
     ui->graphWidget->setResolution(1);
-    const std::optional<tarnis::PairSamples> samples = tarnis::pairSamples(payload, *axis);
     if (!samples) {
-        tarnis::showBox(QMessageBox::Warning, this, QCoreApplication::applicationName(), tr("Invalid index!"));
+        showUndrawn(outside, true);
         return false;
     }
     ui->graphWidget->setData(0, samples->ys, tarnis::largest(samples->ys, 0.0));
     ui->graphWidget->setManualIndex(samples->xs);
     ui->graphWidget->resizeData(1);
+    if (hooks.onDrawn)
+        hooks.onDrawn({ samples->ys.size(), tarnis::countNotFinite(samples->ys) });
     return true;
 }
 
@@ -285,9 +357,10 @@ void Graph1DDialog::resizeEvent(QResizeEvent* event)
 void Graph1DDialog::changeEvent(QEvent* event)
 {
     QDialog::changeEvent(event);
-    if (event->type() == QEvent::LanguageChange)
+    if (event->type() == QEvent::LanguageChange) {
         ui->retranslateUi(this);
-    else if (event->type() == QEvent::ActivationChange && isActiveWindow())
+        live->retranslate();
+    } else if (event->type() == QEvent::ActivationChange && isActiveWindow())
         ui->graphWidget->onParentActivate();
 }
 
@@ -295,6 +368,6 @@ void Graph1DDialog::closeEvent(QCloseEvent* event)
 {
     TARNIS_TRACE(objectName() + QStringLiteral(": closeEvent"));
     hide();
-    tarnis::endPrivateSession(session, this);
+    live->end();
     QDialog::closeEvent(event);
 }

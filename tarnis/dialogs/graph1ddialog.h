@@ -1,6 +1,8 @@
 // A window that asks the server for 1D histograms once a second and shows them as curves. GUI thread only.
 #pragma once
 
+#include <tarnis/dialogs/livewindowhooks.h>
+#include <tarnis/server/serveraddress.h>
 #include <tarnis/server/tarniscmd.h>
 #include <tarnis/tarnis_export.h>
 
@@ -13,6 +15,9 @@
 class MultiVectorGraphWidget;
 class QTimer;
 class TarnisSession;
+namespace tarnis {
+class LiveWindow;
+}
 namespace Ui {
 class Graph1DDialog;
 }
@@ -30,6 +35,10 @@ public:
     Graph1DDialog(TarnisSession* session, QString const& title, QString const& xLabel, double xMin, double xMax,
         int resolution, int decimalX, QString const& desc, QList<QString> const& initCmds, QString const& cmd,
         int start, int end, QWidget* parent);
+    /// The same with a server's address in place of a session.
+    Graph1DDialog(tarnis::ServerAddress const& server, QString const& title, QString const& xLabel, double xMin,
+        double xMax, int resolution, int decimalX, QString const& desc, QList<QString> const& initCmds,
+        QString const& cmd, int start, int end, QWidget* parent);
     ~Graph1DDialog() override;
 
     static const bool initialAutoUpdate; ///< the check box at construction
@@ -47,8 +56,16 @@ public:
     /// @}
     /// Shows value / maximum as a bar, or hides it.
     void setProgressInfo(bool visible, unsigned long long value, unsigned long long maximum);
-    /// A line below the plot; an empty one is hidden.
+    /// A text below the plot; an empty one is hidden. It is shown as plain text, in five lines at most; the rest is in
+    /// its tool tip and context menu.
     void setInfoText(QString const& text);
+    /// Ends the window's session, if there is one, and polls on a new one to `server`, after the initial commands. For
+    /// a server that was started again or moved. A window without a server of its own does nothing.
+    void renewSession(tarnis::ServerAddress const& server);
+    /// Why the polling has stopped, which the window says too; empty while it goes on, and when the user or the host
+    /// has switched it off. update(), also by the button "Update", starts it again, on a new session to the same server
+    /// where the present one has ended.
+    QString stopReason() const;
 
 Q_SIGNALS:
     void onGraphUpdated(); ///< after each change of the curves
@@ -84,6 +101,7 @@ protected:
     bool pairMode; ///< the axis comes with each reply
     bool extendLastBin = false; ///< widens a reply's axis by a bin, so that its upper end is inside
     QTimer* timer = nullptr; ///< owned; null in the demonstration
+    tarnis::LiveWindowHooks hooks; ///< empty; a subclass may set them at any time
 
     /// @cond
     // Steps of the constructor and of result()
@@ -95,4 +113,11 @@ protected:
     TARNIS_NO_EXPORT bool showRows(QByteArray const& payload);
     TARNIS_NO_EXPORT bool showPairs(QString const& replyText, QByteArray const& payload);
     /// @endcond
+
+private:
+    TARNIS_NO_EXPORT bool isDealtWith(tarnis::UndrawnReply const& reply);
+    TARNIS_NO_EXPORT void showUndrawn(tarnis::UndrawnReply const& reply, bool isWarning);
+    TARNIS_NO_EXPORT void reportUndrawn(tarnis::UndrawnReply const& reply);
+
+    tarnis::LiveWindow* live; ///< owned as a child; what the members above do not hold
 };

@@ -35,6 +35,7 @@ Graph2DDialog::Graph2DDialog(TarnisSession* session_, QString const& title, QStr
     , binsX(binsX_)
     , binsY(binsY_)
     , cmd(cmd_)
+    , live(new tarnis::LiveWindow(*this, session, double(binsX_) * binsY_))
 {
     ui->setupUi(this);
     ui->progressBar->hide();
@@ -67,15 +68,24 @@ Graph2DDialog::Graph2DDialog(TarnisSession* session_, QString const& title, QStr
 Graph2DDialog::~Graph2DDialog()
 {
     delete timer;
-    tarnis::endPrivateSession(session, this);
+    live->end();
+}
+
+// The session made here is a model only, and goes when the window has read it.
+Graph2DDialog::Graph2DDialog(tarnis::ServerAddress const& server, QString const& title, QString const& nameX,
+    int binsX_, double minX, double maxX, int resolutionX, int decimalX, QString const& nameY, int binsY_, double minY,
+    double maxY, int resolutionY, int decimalY, QList<QString> const& initCmds, QString const& cmd_, QWidget* parent)
+    : Graph2DDialog(std::make_unique<TarnisSession>(server.host, server.port, server.prompt, nullptr).get(), title,
+        nameX, binsX_, minX, maxX, resolutionX, decimalX, nameY, binsY_, minY, maxY, resolutionY, decimalY, initCmds,
+        cmd_, parent)
+{
 }
 
 void Graph2DDialog::startPolling(TarnisSession& model, QList<QString> const& initCmds)
 {
     tarnis::checkedConnect(ui->updatePushButton, SIGNAL(clicked()), this, SLOT(update()));
     tarnis::checkedConnect(ui->autoUpdateCheckBox, SIGNAL(toggled(bool)), this, SLOT(onAutoUpdateToggled(bool)));
-    session = tarnis::startPrivateSession(model, this);
-    tarnis::sendInitialCommands(*session, initCmds);
+    live->start(*this, { model.m_host, model.m_port, model.GetPrompt() }, initCmds);
     timer = tarnis::newPollTimer(this);
 }
 
@@ -142,10 +152,37 @@ void Graph2DDialog::setColorBarTicks(int ticks)
     ui->graphWidget->setColorBarTicks(ticks);
 }
 
+void Graph2DDialog::renewSession(tarnis::ServerAddress const& server)
+{
+    if (timer)
+        live->start(*this, server, QStringList(live->initialCommands()));
+}
+
+QString Graph2DDialog::stopReason() const
+{
+    return live->stopReason();
+}
+
+// True if a hook has dealt with it; the polling then goes on.
+bool Graph2DDialog::isDealtWith(tarnis::UndrawnReply const& reply)
+{
+    if (!hooks.onUndrawn || !hooks.onUndrawn(reply))
+        return false;
+    pollLater();
+    return true;
+}
+
+void Graph2DDialog::showUndrawn(tarnis::UndrawnReply const& reply, bool isWarning)
+{
+    live->setStopped(reply.text);
+    tarnis::showBox(isWarning ? QMessageBox::Warning : QMessageBox::Information, this,
+        QCoreApplication::applicationName(), reply.text);
+}
+
 void Graph2DDialog::update()
 {
     if (session)
-        tarnis::sendPoll(*session, getCmd());
+        live->poll(*this, getCmd());
 }
 
 void Graph2DDialog::onTimeout()
@@ -176,6 +213,8 @@ void Graph2DDialog::error(int socketError, QString message)
 {
     if (timer && !session)
         return; // closed; the session had queued it before
+    if (timer)
+        live->setFailed(message);
     const QPointer<Graph2DDialog> guard(this);
     TarnisSession::showErrorMessage(socketError, message);
     if (guard)
@@ -184,9 +223,12 @@ void Graph2DDialog::error(int socketError, QString message)
 
 void Graph2DDialog::result(PTarnisCmd command, QByteArray payload)
 {
-    if (!isVisible())
+    if (!isVisible()) {
+        if (timer && command->m_bBinary)
+            live->setStopped(tarnis::LiveWindow::tr("The window was hidden."));
         return;
-    if (!onResultExInfo(tarnis::replyTextLines(command->m_replyText))) {
+    }
+    if (!onResultExInfo(tarnis::replyTextLines(command->m_replyText.left(tarnis::maxTextChars)))) {
         pollLater();
         return;
     }
@@ -200,26 +242,49 @@ void Graph2DDialog::result(PTarnisCmd command, QByteArray payload)
             close();
         return;
     }
+    const tarnis::BinCounts previous { binsX, binsY };
     if (const auto counts = tarnis::exportedCounts(command->m_replyText)) {
         binsX = counts->x;
         binsY = counts->y;
     }
+    const qint64 values = tarnis::doubleCount(payload);
+    if (!payload.isEmpty() && (live->isTooLarge(values) || !fits(payload))) {
+        rejectReply(command->m_replyText, payload, previous.x, previous.y);
+        return;
+    }
     if (payload.isEmpty()) {
         ui->graphWidget->clearData();
         TARNIS_TRACE(QStringLiteral("graph deata is empty."));
-    } else if (fits(payload)) {
-        showRows(payload);
     } else {
-        tarnis::showBox(QMessageBox::Information, this, QCoreApplication::applicationName(),
-            tr("graph data size mismatched! %1 != %2 ( %3 * %4 )")
-                .arg(payload.size() / 4) // 4, not the 8 bytes of a value: hosts know the number so
-                .arg(qint64(binsX) * binsY)
-                .arg(binsX)
-                .arg(binsY));
-        return;
+        showRows(payload);
     }
+    if (hooks.onDrawn)
+        hooks.onDrawn({ values, tarnis::countNotFinite(payload) });
     ui->graphWidget->refreshPixmap();
     pollLater();
+}
+
+// With a hook that deals with it, the window keeps the bins of the data that it shows.
+void Graph2DDialog::rejectReply(QString const& replyText, QByteArray const& payload, int oldBinsX, int oldBinsY)
+{
+    const qint64 values = tarnis::doubleCount(payload);
+    tarnis::UndrawnReply reply { tarnis::UndrawnReply::Reason::SizeMismatch,
+        tr("graph data size mismatched! %1 != %2 ( %3 * %4 )")
+            .arg(payload.size() / 4) // 4, not the 8 bytes of a value: hosts know the number so
+            .arg(qint64(binsX) * binsY)
+            .arg(binsX)
+            .arg(binsY),
+        replyText, values };
+    if (fits(payload))
+        reply = live->tooLarge(values);
+    reply.binsX = binsX;
+    reply.binsY = binsY;
+    if (isDealtWith(reply)) {
+        binsX = oldBinsX;
+        binsY = oldBinsY;
+        return;
+    }
+    showUndrawn(reply, false);
 }
 
 void Graph2DDialog::pollLater()
@@ -298,9 +363,10 @@ void Graph2DDialog::resizeEvent(QResizeEvent* event)
 void Graph2DDialog::changeEvent(QEvent* event)
 {
     QDialog::changeEvent(event);
-    if (event->type() == QEvent::LanguageChange)
+    if (event->type() == QEvent::LanguageChange) {
         ui->retranslateUi(this);
-    else if (event->type() == QEvent::ActivationChange && isActiveWindow())
+        live->retranslate();
+    } else if (event->type() == QEvent::ActivationChange && isActiveWindow())
         ui->graphWidget->onParentActivate();
 }
 
@@ -308,7 +374,7 @@ void Graph2DDialog::closeEvent(QCloseEvent* event)
 {
     TARNIS_TRACE(objectName() + QStringLiteral(": closeEvent"));
     hide();
-    tarnis::endPrivateSession(session, this);
+    live->end();
     update();
     QDialog::closeEvent(event);
 }

@@ -2,7 +2,9 @@
 #pragma once
 
 #include <tarnis/dialogs/graph2dfilterdialog.h>
+#include <tarnis/dialogs/livewindowhooks.h>
 #include <tarnis/foundation/modelesswidgetmanager.h>
+#include <tarnis/server/serveraddress.h>
 #include <tarnis/server/tarniscmd.h>
 #include <tarnis/tarnis_export.h>
 
@@ -15,6 +17,9 @@
 class QTimer;
 class TarnisSession;
 class XY2DGraphWidget;
+namespace tarnis {
+class LiveWindow;
+}
 namespace Ui {
 class Graph2DDialog;
 }
@@ -32,6 +37,11 @@ public:
     Graph2DDialog(TarnisSession* session, QString const& title, QString const& nameX, int binsX, double minX,
         double maxX, int resolutionX, int decimalX, QString const& nameY, int binsY, double minY, double maxY,
         int resolutionY, int decimalY, QList<QString> const& initCmds, QString const& cmd, QWidget* parent);
+    /// The same with a server's address in place of a session.
+    Graph2DDialog(tarnis::ServerAddress const& server, QString const& title, QString const& nameX, int binsX,
+        double minX, double maxX, int resolutionX, int decimalX, QString const& nameY, int binsY, double minY,
+        double maxY, int resolutionY, int decimalY, QList<QString> const& initCmds, QString const& cmd,
+        QWidget* parent);
     ~Graph2DDialog() override;
 
     static const bool initialAutoUpdate; ///< the check box at construction
@@ -50,8 +60,16 @@ public:
     /// @}
     /// Shows value / maximum as a bar, or hides it.
     void setProgressInfo(bool visible, unsigned long long value, unsigned long long maximum);
-    /// A line below the plot; an empty one is hidden.
+    /// A text below the plot; an empty one is hidden. It is shown as plain text, in five lines at most; the rest is in
+    /// its tool tip and context menu.
     void setInfoText(QString const& text);
+    /// Ends the window's session, if there is one, and polls on a new one to `server`, after the initial commands. For
+    /// a server that was started again or moved. A window without a server of its own does nothing.
+    void renewSession(tarnis::ServerAddress const& server);
+    /// Why the polling has stopped, which the window says too; empty while it goes on, and when the user or the host
+    /// has switched it off. update(), also by the button "Update", starts it again, on a new session to the same server
+    /// where the present one has ended.
+    QString stopReason() const;
     /// The plot's setStepX() and setStepY().
     void setStep(double x, double y);
     void setColorBarTicks(int ticks); ///< the plot's setColorBarTicks()
@@ -95,4 +113,12 @@ protected:
     QString cmd; ///< what is polled
     ModelessWidgetManager filterDialogs; ///< the filter's open dialog, by the pointer `this`
     QTimer* timer = nullptr; ///< owned; null in a static window
+    tarnis::LiveWindowHooks hooks; ///< empty; a subclass may set them at any time
+
+private:
+    TARNIS_NO_EXPORT bool isDealtWith(tarnis::UndrawnReply const& reply);
+    TARNIS_NO_EXPORT void showUndrawn(tarnis::UndrawnReply const& reply, bool isWarning);
+    TARNIS_NO_EXPORT void rejectReply(QString const& replyText, QByteArray const& payload, int oldBinsX, int oldBinsY);
+
+    tarnis::LiveWindow* live; ///< owned as a child; what the members above do not hold
 };

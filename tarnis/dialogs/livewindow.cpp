@@ -1,6 +1,7 @@
 #include "tarnis/dialogs/livewindow_p.h"
 
 #include "tarnis/client/histogramwire_p.h"
+#include "tarnis/dialogs/messagelabel_p.h"
 #include "tarnis/foundation/checkedconnect_p.h"
 #include "tarnis/foundation/helpers.h"
 #include "tarnis/foundation/modalbox_p.h"
@@ -10,31 +11,27 @@
 #include "tarnis/server/tarnissession.h"
 
 #include <QCoreApplication>
+#include <QDialog>
 #include <QLabel>
+#include <QLayout>
 #include <QProgressBar>
+#include <QTime>
 #include <QTimer>
 
+#include <algorithm>
+#include <cmath>
 #include <utility>
 
 namespace tarnis {
 
-TarnisSession* startPrivateSession(TarnisSession& model, QObject* window)
-{
-    auto* const session = new TarnisSession(model.m_host, model.m_port, model.GetPrompt(), nullptr);
-    checkedConnect(session, SIGNAL(connected()), window, SLOT(onTimeout()));
-    checkedConnect(session, SIGNAL(result(PTarnisCmd, QByteArray)), window, SLOT(result(PTarnisCmd, QByteArray)));
-    checkedConnect(session, SIGNAL(error(int, QString)), window, SLOT(error(int, QString)));
-    session->start(QThread::InheritPriority);
-    return session;
-}
+namespace {
 
-void endPrivateSession(TarnisSession*& session, const QObject* window)
-{
-    if (!session)
-        return;
-    session->disconnect(window);
-    endInBackground(std::exchange(session, nullptr));
-}
+// Values that a window accepts whatever its bins are, which are decoded in some ten milliseconds, and the most it
+// accepts, which fill a gigabyte.
+constexpr double leastMaxValues = 1 << 22;
+constexpr double largestMaxValues = 1 << 27;
+
+} // namespace
 
 void sendInitialCommands(TarnisSession& session, const QStringList& commands)
 {
@@ -44,14 +41,19 @@ void sendInitialCommands(TarnisSession& session, const QStringList& commands)
     }
 }
 
-void sendPoll(TarnisSession& session, const QString& text)
+TarnisCmd* newPoll(const QString& text)
 {
-    session.cancel();
     auto* const command = new TarnisCmd(text);
     command->m_bBinary = true;
     command->m_afterSleep = pollIntervalMs;
     TARNIS_TRACE(QStringLiteral(">>>") + text);
-    session.send(command);
+    return command;
+}
+
+void sendPoll(TarnisSession& session, const QString& text)
+{
+    session.cancel();
+    session.send(newPoll(text));
 }
 
 QTimer* newPollTimer(QObject* window)
@@ -86,6 +88,81 @@ void showRefusal(QWidget* window, const QString& form, const TarnisCmd& command,
 {
     showBox(QMessageBox::Warning, window, QCoreApplication::applicationName(),
         form.arg(command.m_cmd, QString::fromUtf8(reply)));
+}
+
+qint64 countNotFinite(const QList<double>& values)
+{
+    return std::count_if(values.cbegin(), values.cend(), [](double value) { return !std::isfinite(value); });
+}
+
+qint64 countNotFinite(const QByteArray& payload)
+{
+    return countNotFinite(stridedDoubles(payload, 0, 1, doubleCount(payload)));
+}
+
+LiveWindow::LiveWindow(QDialog& window, TarnisSession*& session, double expectedValues)
+    : QObject(&window)
+    , m_window(window)
+    , m_session(session)
+    , m_maxValues(static_cast<qint64>(std::clamp(4.0 * expectedValues, leastMaxValues, largestMaxValues)))
+{
+}
+
+void LiveWindow::begin(const ServerAddress& address)
+{
+    end();
+    setStopped({});
+    m_hasFailed = false;
+    m_address = address;
+    m_session = new TarnisSession(address.host, address.port, address.prompt, nullptr);
+}
+
+void LiveWindow::end()
+{
+    ++m_generation;
+    endInBackground(std::exchange(m_session, nullptr));
+}
+
+bool LiveWindow::hasEnded() const
+{
+    return m_hasFailed || m_session->isFinished();
+}
+
+void LiveWindow::setFailed(const QString& message)
+{
+    m_hasFailed = true;
+    setStopped(message);
+}
+
+void LiveWindow::setStopped(const QString& reason)
+{
+    if (reason.isEmpty() && m_reason.isEmpty())
+        return;
+    m_reason = reason;
+    m_stoppedAt = QTime::currentTime().toString(QStringLiteral("HH:mm:ss"));
+    if (!m_label) {
+        m_label = new MessageLabel(&m_window);
+        m_label->setObjectName(QStringLiteral("stateLabel"));
+        m_window.layout()->addWidget(m_label);
+    }
+    m_label->setVisible(!reason.isEmpty());
+    retranslate();
+}
+
+void LiveWindow::retranslate()
+{
+    if (m_label)
+        m_label->setText(tr("Stopped at %1. \"Update\" starts again. %2").arg(m_stoppedAt, m_reason));
+}
+
+UndrawnReply LiveWindow::tooLarge(qint64 values) const
+{
+    UndrawnReply reply;
+    reply.reason = UndrawnReply::Reason::TooLarge;
+    reply.values = values;
+    reply.text =
+        tr("The reply is too large for this window: %1 values, at most %2 are accepted.").arg(values).arg(m_maxValues);
+    return reply;
 }
 
 } // namespace tarnis

@@ -1,32 +1,36 @@
-// What the two live windows share: a private session, the poll, the line of information, the bar of progress.
+// What the two live windows share: their private sessions, the poll, their state, the line of information, the bar of
+// progress.
 #pragma once
 
+#include "tarnis/dialogs/livewindowhooks.h"
+#include "tarnis/server/serveraddress.h"
+#include "tarnis/server/tarnissession.h"
+
+#include <QObject>
 #include <QString>
 #include <QStringList>
 
+class QDialog;
 class QLabel;
-class QObject;
 class QProgressBar;
 class QTimer;
 class QWidget;
-class TarnisCmd;
-class TarnisSession;
 
 namespace tarnis {
+
+class MessageLabel;
 
 /// The pause of the session and the time of the window's timer between two polls.
 inline constexpr int pollIntervalMs = 1000;
 
-/// A started session for host, port and prompt of `model`, owned by the caller, whose `connected`, `result` and `error`
-/// reach the slots onTimeout(), result() and error() of `window`.
-TarnisSession* startPrivateSession(TarnisSession& model, QObject* window);
-
-/// Ends the session in the background and sets the pointer to null. What the session has queued for `window` by
-/// then still reaches its slots, which find the pointer null.
-void endPrivateSession(TarnisSession*& session, const QObject* window);
+/// As much of the text behind a payload as is looked through for complaints.
+inline constexpr qsizetype maxTextChars = 1 << 16;
 
 /// Queues each of `commands` as a text command.
 void sendInitialCommands(TarnisSession& session, const QStringList& commands);
+
+/// A binary command with the pause of a poll behind it.
+TarnisCmd* newPoll(const QString& text);
 
 /// Drops what the session has still queued and sends `text` as the next poll.
 void sendPoll(TarnisSession& session, const QString& text);
@@ -46,5 +50,86 @@ QString complaints(const QStringList& lines);
 /// Tells the user, in a box, that the server has refused the command. `form` is ">>> %1\n<<< %2", translated in the
 /// window's own context.
 void showRefusal(QWidget* window, const QString& form, const TarnisCmd& command, const QByteArray& reply);
+
+/// The number of values, or of doubles of a payload, that are NaN or infinite. @{
+qint64 countNotFinite(const QList<double>& values);
+qint64 countNotFinite(const QByteArray& payload);
+/// @}
+
+/// The state of a live window beside its specified members: its sessions, and why the polling has stopped. GUI thread.
+class LiveWindow : public QObject {
+    Q_OBJECT
+public:
+    /// `session` is the window's pointer, which may be set from outside too. `expectedValues` are those of a reply that
+    /// fills the window's bins.
+    LiveWindow(QDialog& window, TarnisSession*& session, double expectedValues);
+
+    /// Starts a session whose `connected`, `result` and `error` reach onTimeout(), result() and error() of `window`,
+    /// and queues the initial commands. What an earlier session has queued for the window is dropped.
+    template <typename Window>
+    void start(Window& window, const ServerAddress& address, const QStringList& initialCommands)
+    {
+        begin(address);
+        const int generation = m_generation;
+        QObject::connect(m_session, &TarnisSession::connected, &window, [this, &window, generation] {
+            if (generation == m_generation)
+                window.onTimeout();
+        });
+        QObject::connect(m_session, &TarnisSession::result, &window,
+            [this, &window, generation](const PTarnisCmd& command, const QByteArray& payload) {
+                if (generation == m_generation)
+                    window.result(command, payload);
+            });
+        QObject::connect(
+            m_session, &TarnisSession::error, &window, [this, &window, generation](int code, const QString& text) {
+                if (generation == m_generation)
+                    window.error(code, text);
+            });
+        m_initialCommands = initialCommands;
+        m_session->start(QThread::InheritPriority);
+        sendInitialCommands(*m_session, m_initialCommands);
+    }
+    /// Sends `text` as the next poll, with a new session to the same server where the present one has ended.
+    template <typename Window> void poll(Window& window, const QString& text)
+    {
+        setStopped({});
+        if (!hasEnded()) {
+            sendPoll(*m_session, text);
+            return;
+        }
+        start(window, ServerAddress(m_address), QStringList(m_initialCommands));
+        m_session->send(newPoll(text)); // behind the initial commands, where "AutoUpdate" is off
+    }
+    /// Ends the session in the background; the window's pointer is null then.
+    void end();
+    /// To be called with the `error` of the present session.
+    void setFailed(const QString& message);
+
+    /// Shows, below the plot, that the polling has stopped and why; an empty reason takes that back.
+    void setStopped(const QString& reason);
+    QString stopReason() const { return m_reason; } ///< empty while the polling goes on
+    void retranslate(); ///< shows the state in the current language
+
+    /// A reply with more values than the window accepts is not decoded.
+    bool isTooLarge(qint64 values) const { return values > m_maxValues; }
+    /// For onUndrawn: what is the matter with such a reply.
+    UndrawnReply tooLarge(qint64 values) const;
+    const QStringList& initialCommands() const { return m_initialCommands; } ///< of start()
+
+private:
+    void begin(const ServerAddress& address);
+    bool hasEnded() const;
+
+    QDialog& m_window;
+    TarnisSession*& m_session;
+    ServerAddress m_address;
+    QStringList m_initialCommands;
+    int m_generation = 0; ///< counts sessions: calls that an ended one has queued are recognised
+    bool m_hasFailed = false;
+    QString m_reason;
+    QString m_stoppedAt; ///< time of day
+    MessageLabel* m_label = nullptr; ///< made when it is needed first
+    qint64 m_maxValues;
+};
 
 } // namespace tarnis

@@ -153,6 +153,12 @@ QString Tarnis::GetServerAddress() const
     return m_serverAddress;
 }
 
+tarnis::ServerAddress Tarnis::GetSessionAddress() const
+{
+    const QMutexLocker locker(&m_mutex);
+    return { m_host, m_port, m_prompt };
+}
+
 bool Tarnis::IsServerConnected() const
 {
     const QMutexLocker locker(&m_mutex);

@@ -3,6 +3,7 @@
 // are all the reports that it makes; it does not read the meaning of replies.
 #pragma once
 
+#include <tarnis/server/serveraddress.h>
 #include <tarnis/server/tarniscmd.h>
 #include <tarnis/tarnis_export.h>
 
@@ -94,6 +95,9 @@ public:
 
     // Operations that are not virtual - tarnis.cpp
 
+    /// Where new sessions connect to: of the server that Run() has started or was pointed at. Its prompt is the
+    /// manager's. Any thread.
+    tarnis::ServerAddress GetSessionAddress() const;
     /// Takes no lock: call it from the manager's own thread.
     void SetLocal(bool local);
     /// Program of the local server, the whole text, without arguments. Takes no lock.

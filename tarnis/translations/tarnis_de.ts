@@ -1276,6 +1276,21 @@
     </message>
 </context>
 <context>
+    <name>tarnis::LiveWindow</name>
+    <message>
+        <source>Stopped at %1. &quot;Update&quot; starts again. %2</source>
+        <translation>Angehalten um %1. „Aktualisieren“ startet wieder. %2</translation>
+    </message>
+    <message>
+        <source>The reply is too large for this window: %1 values, at most %2 are accepted.</source>
+        <translation>Die Antwort ist zu groß für dieses Fenster: %1 Werte, höchstens %2 werden angenommen.</translation>
+    </message>
+    <message>
+        <source>The window was hidden.</source>
+        <translation>Das Fenster war nicht zu sehen.</translation>
+    </message>
+</context>
+<context>
     <name>tarnis::MapRegion</name>
     <message>
         <source>The map has no bins.</source>
@@ -1304,6 +1319,17 @@
     <message>
         <source>The frame is not whole: the background is a plane fitted to it.</source>
         <translation>Der Rahmen ist nicht vollständig: Der Untergrund ist eine daran angepasste Ebene.</translation>
+    </message>
+</context>
+<context>
+    <name>tarnis::MessageLabel</name>
+    <message>
+        <source>Copy</source>
+        <translation>Kopieren</translation>
+    </message>
+    <message>
+        <source>Show All...</source>
+        <translation>Alles zeigen...</translation>
     </message>
 </context>
 <context>

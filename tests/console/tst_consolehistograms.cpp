@@ -4,7 +4,6 @@
 #include "console/windowlists.h"
 #include "histograms/histogramchooser.h"
 #include "histograms/histogramlist.h"
-#include "histograms/replyfit.h"
 #include "windows/openwindows.h"
 
 #include <tarnis/plots/multivectorgraphwidget.h>
@@ -364,54 +363,6 @@ private Q_SLOTS:
     }
 
     // Replies that cannot be drawn.
-
-    void mapsThatDoNotFit_data()
-    {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<int>("values");
-        QTest::addColumn<bool>("fits");
-        QTest::newRow("as announced") << "OK: image, exported 2 x 3 y\n" << 6 << true;
-        QTest::newRow("as before") << "OK:\n" << 8 << true;
-        QTest::newRow("no data") << "OK: exported 2 x 3 y\n" << 0 << true;
-        QTest::newRow("too few") << "OK: exported 2 x 3 y\n" << 5 << false;
-        QTest::newRow("too many") << "OK: exported 2 x 3 y\n" << 7 << false;
-        QTest::newRow("negative") << "OK: exported -2 x -3 y\n" << 6 << false;
-        QTest::newRow("huge") << "OK: exported 2147483647 x 2147483647 y\n" << 6 << false;
-        QTest::newRow("no number") << "OK: exported two x 3 y\n" << 6 << false;
-    }
-    void mapsThatDoNotFit()
-    {
-        QFETCH(QString, text);
-        QFETCH(int, values);
-        QFETCH(bool, fits);
-        QCOMPARE(mapProblem(text, QByteArray(values * 8, '\0'), 2, 4).isEmpty(), fits);
-    }
-
-    void pairsThatDoNotFit_data()
-    {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<double>("x");
-        QTest::addColumn<bool>("fits");
-        QTest::newRow("inside") << "OK: total (0 10 5)\n" << 2.0 << true;
-        QTest::newRow("at the upper end") << "OK: total (0 10 5)\n" << 10.0 << false;
-        QTest::newRow("below") << "OK: total (0 10 5)\n" << -3.0 << false;
-        QTest::newRow("no number") << "OK: total (0 10 5)\n" << qQNaN() << false;
-        QTest::newRow("no axis") << "OK: total\n" << 2.0 << false;
-        QTest::newRow("axis first") << "(0 10 5)\n" << 2.0 << false;
-        QTest::newRow("two numbers") << "OK: total (0 10)\n" << 2.0 << false;
-        QTest::newRow("too many bins") << "OK: total (0 10 16777217)\n" << 2.0 << false;
-        QTest::newRow("no bins") << "OK: total (0 10 0)\n" << 2.0 << false;
-        QTest::newRow("no range") << "OK: total (0 0 5)\n" << 2.0 << false;
-    }
-    void pairsThatDoNotFit()
-    {
-        QFETCH(QString, text);
-        QFETCH(double, x);
-        QFETCH(bool, fits);
-        const double pair[] { x, 1.0 };
-        const QByteArray payload(reinterpret_cast<const char*>(pair), sizeof pair);
-        QCOMPARE(pairsProblem(text, payload).isEmpty(), fits);
-    }
 
     void whatCannotBeDrawnIsSaidAndAskedForAgain()
     {

@@ -2,15 +2,14 @@
 
 #include "app/availability.h"
 #include "histograms/keptdata.h"
-#include "histograms/replyfit.h"
 #include "saves/savereports.h"
-#include "server/commandchannel.h"
 #include "server/replytext.h"
 #include "server/servercontroller.h"
 #include "windows/window.h"
 
 #include <tarnis/plots/multivectorgraphwidget.h>
 #include <tarnis/plots/xy2dgraphwidget.h>
+#include <tarnis/server/tarnis.h>
 #include <tarnis/server/tarnissession.h>
 
 #include <QBoxLayout>
@@ -36,13 +35,6 @@ void setPolling(QDialog& window, bool isPolling)
     };
     set(window.findChild<QPushButton*>(QStringLiteral("updatePushButton")));
     set(window.findChild<QCheckBox*>(QStringLiteral("autoUpdateCheckBox")));
-}
-
-/// The line below a plot holds whole sentences, and must not widen the window.
-void wrapInfo(QDialog& window)
-{
-    if (auto* const label = window.findChild<QLabel*>(QStringLiteral("infoLabel")))
-        label->setWordWrap(true);
 }
 
 /// The lines that every live plot has below its controls.
@@ -87,16 +79,56 @@ bool isRefused(const QStringList& lines)
     return false;
 }
 
-/// Binds a new session to the slots that the library's constructor binds its own to, and starts it.
-template <typename Window> void startSession(TarnisSession& session, Window& window)
+/// Why a reply is not drawn, for the line below the plot.
+QString undrawnText(const tarnis::UndrawnReply& reply)
 {
-    QObject::connect(&session, &TarnisSession::connected, &window, [&window] {
+    using Reason = tarnis::UndrawnReply::Reason;
+    switch (reply.reason) {
+    case Reason::NoAxis:
+        return LiveCurves::tr("The reply tells no axis and is not shown: %1").arg(reply.replyText.trimmed());
+    case Reason::OutsideAxis:
+        return LiveCurves::tr("The reply holds a value outside of its axis and is not shown.");
+    case Reason::SizeMismatch:
+        return LiveMap::tr("The reply holds %1 values for %2 x %3 bins and is not shown.")
+            .arg(reply.values)
+            .arg(reply.binsX)
+            .arg(reply.binsY);
+    case Reason::TooLarge:
+        break;
+    }
+    return reply.text;
+}
+
+/// What the plot cannot show of a reply; empty if it shows everything.
+QString drawnText(const tarnis::DrawnReply& reply)
+{
+    if (reply.notFinite == 0)
+        return {};
+    return LiveCurves::tr("%1 of %2 values are not finite.").arg(reply.notFinite).arg(reply.values);
+}
+
+/// Both texts are shown below the plot, and the polling goes on.
+template <typename Window> tarnis::LiveWindowHooks hooksOf(Window& window, bool& isDrawn)
+{
+    return { [&window](const tarnis::UndrawnReply& reply) {
+                window.setInfoText(undrawnText(reply));
+                return true;
+            },
+        [&window, &isDrawn](const tarnis::DrawnReply& reply) {
+            isDrawn = true;
+            const QString text = drawnText(reply);
+            if (!text.isEmpty())
+                window.setInfoText(text);
+        } };
+}
+
+/// A first good reply clears the line below the plot, but nothing asks for one without "AutoUpdate".
+template <typename Window> void resumePolling(Window& window, const tarnis::ServerAddress& address)
+{
+    setPolling(window, true);
+    if (!window.isAutoUpdate())
         window.setInfoText(QString());
-        window.onTimeout();
-    });
-    QObject::connect(&session, &TarnisSession::result, &window, &Window::result);
-    QObject::connect(&session, &TarnisSession::error, &window, &Window::error);
-    session.start(QThread::InheritPriority);
+    window.renewSession(address);
 }
 
 } // namespace
@@ -108,18 +140,19 @@ LiveCurves::LiveCurves(const WindowContext& context, const std::function<CurvesR
 }
 
 LiveCurves::LiveCurves(const WindowContext& context, const CurvesRequest& request)
-    : Graph1DDialog(context.link.session(), request.title, request.xLabel, request.xMin, request.xMax,
-        request.resolution, 0, request.description, {}, request.command, request.first, request.last, context.parent)
+    : Graph1DDialog(context.controller.tarnis().GetSessionAddress(), request.title, request.xLabel, request.xMin,
+        request.xMax, request.resolution, 0, request.description, {}, request.command, request.first, request.last,
+        context.parent)
     , m_request([request] { return request; })
     , m_keeper(context.controller, session)
     , m_age(*this, [this] { return session && (isAutoUpdate() || m_isAsked); })
     , m_kept(new KeptData(context.controller, *getGraphWidget(),
           [this] { return getGraphWidget()->getMaxValue() > 0.0 ? m_age.time() : QTime(); }))
 {
-    wrapInfo(*this);
     addLines(*this, m_age, *m_kept);
     setSavedName(*this, histogramOf(request.command));
     connect(m_kept, &KeptData::released, this, &LiveCurves::update);
+    hooks = hooksOf(*this, m_isDrawn);
     // The library's slot knows the entries by their English words, and has been called with those on show.
     if (auto* const box = findChild<QComboBox*>(QStringLiteral("typeComboBox")))
         connect(box, &QComboBox::currentIndexChanged, this,
@@ -132,23 +165,18 @@ LiveCurves::LiveCurves(const WindowContext& context, const CurvesRequest& reques
 void LiveCurves::result(PTarnisCmd command, QByteArray const& payload)
 {
     const bool isData = command->m_bBinary && replyKind(command->m_replyText) != ReplyKind::Refused;
-    const QString problem = pairMode && isData ? pairsProblem(command->m_replyText, payload) : QString();
     m_isAsked = false;
-    if (!problem.isEmpty() && isVisible()) {
-        m_age.answered();
-        setInfoText(problem);
-        timer->start();
-    } else if (!isData || !isVisible()) {
-        m_age.answered();
-        Graph1DDialog::result(command, payload);
-    } else if (m_kept->holds(isAllZero(payload, pairMode))) {
-        m_age.answered();
+    m_isDrawn = false;
+    if (isData && isVisible() && m_kept->holds(isAllZero(payload, pairMode))) {
         setInfoText(QString());
         timer->start();
     } else {
         show(command, payload);
-        m_age.arrived();
     }
+    if (m_isDrawn)
+        m_age.arrived();
+    else
+        m_age.answered();
 }
 
 /// In the pair format each reply sets the axis, and with it the range on show.
@@ -230,8 +258,7 @@ void LiveCurves::onLost()
 
 void LiveCurves::resume()
 {
-    setPolling(*this, true);
-    startSession(*m_keeper.renew(), *this);
+    resumePolling(*this, m_keeper.renewedAddress());
 }
 
 LiveMap::LiveMap(const WindowContext& context, const std::function<MapRequest()>& request)
@@ -241,20 +268,20 @@ LiveMap::LiveMap(const WindowContext& context, const std::function<MapRequest()>
 }
 
 LiveMap::LiveMap(const WindowContext& context, const MapRequest& request)
-    : Graph2DDialog(context.link.session(), request.title, request.xLabel, request.bins, request.xMin,
-        endOf(request.xMin, request.xMax, request.bins), 1, 0, request.yLabel, rowsOf(request), request.yMin,
-        endOf(request.yMin, request.yMax, rowsOf(request)), 1, 0, {}, request.command, context.parent)
+    : Graph2DDialog(context.controller.tarnis().GetSessionAddress(), request.title, request.xLabel, request.bins,
+        request.xMin, endOf(request.xMin, request.xMax, request.bins), 1, 0, request.yLabel, rowsOf(request),
+        request.yMin, endOf(request.yMin, request.yMax, rowsOf(request)), 1, 0, {}, request.command, context.parent)
     , m_request([request] { return request; })
     , m_keeper(context.controller, session)
     , m_age(*this, [this] { return session && (isAutoUpdate() || m_isAsked); })
     , m_kept(new KeptData(context.controller, *getGraphWidget(),
           [this] { return getGraphWidget()->getMaxValue() > 0.0 ? m_age.time() : QTime(); }))
 {
-    wrapInfo(*this);
     addLines(*this, m_age, *m_kept);
     setSavedName(*this, histogramOf(request.command));
     getGraphWidget()->enalbeRoiSelect(QRect(0, 0, request.bins, rowsOf(request)));
     connect(m_kept, &KeptData::released, this, &LiveMap::update);
+    hooks = hooksOf(*this, m_isDrawn);
     connect(&m_keeper, &SessionRecovery::lost, this, &LiveMap::onLost);
     connect(&m_keeper, &SessionRecovery::wanted, this, &LiveMap::resume);
 }
@@ -262,23 +289,18 @@ LiveMap::LiveMap(const WindowContext& context, const MapRequest& request)
 void LiveMap::result(PTarnisCmd command, QByteArray payload)
 {
     const bool isData = command->m_bBinary && replyKind(command->m_replyText) != ReplyKind::Refused;
-    const QString problem = isData ? mapProblem(command->m_replyText, payload, binsX, binsY) : QString();
     m_isAsked = false;
-    if (!problem.isEmpty() && isVisible()) {
-        m_age.answered();
-        setInfoText(problem);
-        timer->start();
-    } else if (!isData || !isVisible()) {
-        m_age.answered();
-        Graph2DDialog::result(command, payload);
-    } else if (m_kept->holds(isAllZero(payload, false))) {
-        m_age.answered();
+    m_isDrawn = false;
+    if (isData && isVisible() && m_kept->holds(isAllZero(payload, false))) {
         setInfoText(QString());
         timer->start();
     } else {
         Graph2DDialog::result(command, payload);
-        m_age.arrived();
     }
+    if (m_isDrawn)
+        m_age.arrived();
+    else
+        m_age.answered();
 }
 
 void LiveMap::update()
@@ -362,8 +384,7 @@ void LiveMap::onLost()
 
 void LiveMap::resume()
 {
-    setPolling(*this, true);
-    startSession(*m_keeper.renew(), *this);
+    resumePolling(*this, m_keeper.renewedAddress());
 }
 
 LiveStatistics::LiveStatistics(const WindowContext& context, const QString& title)

@@ -62,6 +62,7 @@ protected:
 
     std::function<CurvesRequest()> m_request;
     SessionRecovery m_keeper;
+    bool m_isDrawn = false; ///< the reply under way was drawn
     bool m_isAsked = false; ///< a poll is under way
     DataAge m_age;
     KeptData* m_kept;
@@ -112,6 +113,7 @@ protected:
 
     std::function<MapRequest()> m_request;
     SessionRecovery m_keeper;
+    bool m_isDrawn = false; ///< the reply under way was drawn
     bool m_isAsked = false; ///< a poll is under way
     DataAge m_age;
     KeptData* m_kept;

@@ -51,6 +51,12 @@ TarnisSession* SessionRecovery::renew()
     return m_session;
 }
 
+tarnis::ServerAddress SessionRecovery::renewedAddress()
+{
+    m_words = {};
+    return m_controller.tarnis().GetSessionAddress();
+}
+
 QString SessionRecovery::text() const
 {
     return m_words ? m_words() : QString();

@@ -4,6 +4,8 @@
 
 #include "app/words.h"
 
+#include <tarnis/server/serveraddress.h>
+
 #include <QObject>
 #include <QString>
 #include <QTimer>
@@ -29,6 +31,8 @@ public:
     void end();
     /// A new session to the server of now, neither connected to anything nor started. The server is up.
     TarnisSession* renew();
+    /// Where the window's next session goes, for windows that make it themselves when it is wanted. The server is up.
+    tarnis::ServerAddress renewedAddress();
     /// Why there is no session, in the language of now; empty while there is one.
     QString text() const;
 

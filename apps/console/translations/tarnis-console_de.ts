@@ -1504,6 +1504,18 @@
         <translation>%1 von %2</translation>
     </message>
     <message>
+        <source>The reply tells no axis and is not shown: %1</source>
+        <translation>Die Antwort nennt keine Achse und wird nicht gezeigt: %1</translation>
+    </message>
+    <message>
+        <source>The reply holds a value outside of its axis and is not shown.</source>
+        <translation>Die Antwort enthält einen Wert außerhalb ihrer Achse und wird nicht gezeigt.</translation>
+    </message>
+    <message>
+        <source>%1 of %2 values are not finite.</source>
+        <translation>%1 von %2 Werten sind nicht endlich.</translation>
+    </message>
+    <message>
         <source>X</source>
         <translation>X</translation>
     </message>
@@ -1513,6 +1525,10 @@
     <message>
         <source>%1 (filtered, %2)</source>
         <translation>%1 (gefiltert, %2)</translation>
+    </message>
+    <message>
+        <source>The reply holds %1 values for %2 x %3 bins and is not shown.</source>
+        <translation>Die Antwort enthält %1 Werte für %2 x %3 Kanäle und wird nicht gezeigt.</translation>
     </message>
 </context>
 <context>
@@ -2061,21 +2077,6 @@
     <message>
         <source>Needs a connected server; the curve goes on by itself when it is back.</source>
         <translation>Nur mit verbundenem Server; die Kurve geht von selbst weiter, sobald er wieder da ist.</translation>
-    </message>
-</context>
-<context>
-    <name>console::ReplyFit</name>
-    <message>
-        <source>The reply holds %1 values for %2 x %3 bins and is not shown.</source>
-        <translation>Die Antwort enthält %1 Werte für %2 x %3 Kanäle und wird nicht gezeigt.</translation>
-    </message>
-    <message>
-        <source>The reply tells no axis and is not shown: %1</source>
-        <translation>Die Antwort nennt keine Achse und wird nicht gezeigt: %1</translation>
-    </message>
-    <message>
-        <source>The reply holds a value outside of its axis and is not shown.</source>
-        <translation>Die Antwort enthält einen Wert außerhalb ihrer Achse und wird nicht gezeigt.</translation>
     </message>
 </context>
 <context>
