@@ -89,7 +89,7 @@ public:
 
     /// The body of a CSV file: a column for each enabled record, behind the manual index.
     QString vector2Csv(const QList<Data>& list);
-    /// Shows this peak instead of those before. Refreshes.
+    /// Shows this peak instead of those before. Its `center` and `sigma` are in units of the X axis. Refreshes.
     void showPeak(const PeakSearch::Gaussian& g);
 
 public Q_SLOTS:

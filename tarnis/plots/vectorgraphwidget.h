@@ -26,7 +26,7 @@ public:
     void setMaxValue(double value);
     /// Refits an automatic Y axis; its minimum stays. Refreshes.
     void setLogScaleY(bool on) override;
-    /// Shows this peak instead of the one before. Refreshes.
+    /// Shows this peak instead of the one before. Its `center` and `sigma` are in units of the X axis. Refreshes.
     void showPeak(const PeakSearch::Gaussian& g);
     /// Draws the curve with the painter's pen: `x0` is the column of the left end of the X axis, `y0` the row of the
     /// lower end of the Y axis, `scaleY` the pixels per unit of Y. Linear in Y on a log axis too.

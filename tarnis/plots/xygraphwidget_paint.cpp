@@ -7,6 +7,7 @@
 #include "tarnis/plots/math/axisticks_p.h"
 #include "tarnis/plots/math/floatcomparison_p.h"
 #include "tarnis/plots/plotpixmap_p.h"
+#include "tarnis/plots/raster/devicepixels_p.h"
 #include "tarnis/plots/raster/pixeltarget_p.h"
 
 #include <QPainter>
@@ -148,7 +149,12 @@ void paintGrid(QPainter& painter, const QList<int>& columns, const QList<int>& r
         return;
     const QColor color(64, 64, 64);
     painter.setPen(color);
-    if (tarnis::coversWholePixels(painter) && tarnis::wholePixelOffset(painter) && graph.isValid()) {
+    if (const auto pixels = tarnis::DevicePixels::of(painter)) {
+        for (const int column : columns)
+            pixels->drawColumn(painter, column, graph.top(), graph.bottom(), color);
+        for (const int row : rows)
+            pixels->drawRow(painter, row, graph.left(), graph.right(), color);
+    } else if (tarnis::coversWholePixels(painter) && tarnis::wholePixelOffset(painter) && graph.isValid()) {
         // Straight lines one pixel wide, as rectangles.
         for (const int column : columns)
             painter.fillRect(column, graph.top(), 1, graph.height(), color);
@@ -200,19 +206,34 @@ void XYGraphWidget::paint(QPainter& painter, QRect* rect)
 
     fillAround(painter, whole, m_backGroundColor.alpha() == 255 ? graph : QRect());
     painter.setBrush(QBrush(m_backGroundColor));
-    painter.drawRects(&graph, 1);
+    const std::optional<tarnis::DevicePixels> pixels = tarnis::DevicePixels::of(painter);
+    if (pixels)
+        pixels->drawFrame(painter, graph, painter.pen().color(), m_backGroundColor);
+    else
+        painter.drawRects(&graph, 1);
     m_coversPicture = painter.device() == &m_pixmap && coversAll(painter, whole);
     m_graphRect = graph;
     painter.setPen(Qt::black);
     paintNames(painter, frame, graph, m_nameX, m_nameY);
-    paintTicks(painter, *m_labels, labelsX, Qt::AlignHCenter | Qt::AlignTop,
-        [&](int column) { painter.drawLine(column, graph.bottom(), column, graph.bottom() + 3); });
-    paintTicks(painter, *m_labels, labelsY, Qt::AlignRight | Qt::AlignVCenter,
-        [&](int row) { painter.drawLine(graph.left() - 3, row, graph.left(), row); });
+    paintTicks(painter, *m_labels, labelsX, Qt::AlignHCenter | Qt::AlignTop, [&](int column) {
+        if (pixels)
+            pixels->drawColumn(painter, column, graph.bottom(), graph.bottom() + 3, Qt::black);
+        else
+            painter.drawLine(column, graph.bottom(), column, graph.bottom() + 3);
+    });
+    paintTicks(painter, *m_labels, labelsY, Qt::AlignRight | Qt::AlignVCenter, [&](int row) {
+        if (pixels)
+            pixels->drawRow(painter, row, graph.left() - 3, graph.left(), Qt::black);
+        else
+            painter.drawLine(graph.left() - 3, row, graph.left(), row);
+    });
     if (!m_notes.isEmpty())
         paintNotes(painter, frame, graph, m_notes);
 
-    painter.setClipRect(graph, Qt::ReplaceClip);
+    if (pixels)
+        painter.setClipRect(pixels->aligned(graph), Qt::ReplaceClip);
+    else
+        painter.setClipRect(graph, Qt::ReplaceClip);
     const bool gridLast = m_paintGridOnGraph;
     if (gridLast)
         onPaint(painter, graph); // may change a range that scales automatically: the grid takes the new one

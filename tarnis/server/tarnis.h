@@ -52,9 +52,9 @@ public:
     virtual TarnisSession* GetTarnisSession(const QString& id);
     /// Starts the local server again. Stops nothing first: shut down before. False without a local server to repeat.
     virtual bool Restart();
-    /// Starts the local server (`path`, or the stored path if null), or sends "stat" to the remote one. False if the
-    /// local program does not start. The status follows later by StatusChanged(). What the local server prints is
-    /// dropped when more than 1 MiB of it has not been read.
+    /// Starts the local server (`path`, or the stored path if null), or sends "stat" to the remote one on the session
+    /// named "control", as the command named "statCmd". False if the local program does not start. The status follows
+    /// later by StatusChanged(). What the local server prints is dropped when more than 1 MiB of it has not been read.
     virtual bool Run(const QString* path);
     /// Queues a text command on the named session, which is made and started on first use. The reply comes by
     /// onCmdReply(). Always true.

@@ -1,5 +1,6 @@
 // Plots on screens with more pixels than points. Runs once for each ratio, which QT_SCALE_FACTOR gives from outside.
-#include "support/frameprobe.h"
+#include "support/devicepixeloracle.h"
+#include "support/map2dprobe.h"
 #include "support/modalwatchdog.h"
 #include "support/recordingprinter.h"
 
@@ -59,6 +60,30 @@ public:
     QSizeF scale;
 };
 
+/// A map whose picture is made at once.
+class Map : public tarnis::testing::MapProbe {
+public:
+    Map(int columns, int rows, QSize size, const std::function<double(int, int)>& value)
+    {
+        m_doubleBuffered = true;
+        init(QStringLiteral("X"), QStringLiteral("Y"), static_cast<unsigned>(columns), static_cast<unsigned>(rows),
+            true, true);
+        initManualX(0.0, columns);
+        initManualY(0.0, rows);
+        m_showGrid = false;
+        for (int row = 0; row < rows; ++row) {
+            QList<double> values;
+            for (int column = 0; column < columns; ++column)
+                values.append(value(row, column));
+            setData(row, values, 100.0, row == rows - 1);
+        }
+        resize(size);
+        m_refreshRequired = true;
+        refreshPixmapIfRequired();
+    }
+    using XY2DGraphWidget::paint;
+};
+
 /// Geometry that the same plot has on a screen of ratio 1.
 QRect plainGraph(const Plot& plot, const QSize& size)
 {
@@ -86,6 +111,10 @@ private Q_SLOTS:
     void pictureOfAnotherScreenIsMadeAgain();
     void savedPictureHasFullResolution();
     void printedPictureFillsThePage();
+    void equalBinsLeaveNoHole_data();
+    void equalBinsLeaveNoHole();
+    void binsAreThoseOfAnOrdinaryScreenEnlarged();
+    void gridLinesAreOfOneThickness();
 };
 
 void TestHiDpi::runsAtTheWantedRatio()
@@ -174,8 +203,8 @@ void TestHiDpi::pictureOfAnotherScreenIsMadeAgain()
     Plot plot(true);
     plot.paintNow();
     const QImage own = plot.m_pixmap.toImage();
-    QPixmap other(QSize(401, 303) * 3);
-    other.setDevicePixelRatio(3.0);
+    QPixmap other(QSize(401, 303) * 4);
+    other.setDevicePixelRatio(4.0);
     plot.m_pixmap = other;
     plot.refreshPixmapIfRequired(); // nothing was refreshed: the window has moved
     QCOMPARE(plot.m_pixmap.toImage(), own);
@@ -217,6 +246,81 @@ void TestHiDpi::printedPictureFillsThePage()
     QCOMPARE(page.pictures.size(), 1);
     QCOMPARE(page.pictures.first().pixmap.size(), QSize(400, 300) * ratio());
     QCOMPARE(page.pictures.first().target, QRectF(200, 200, 1600, 1200));
+}
+
+void TestHiDpi::equalBinsLeaveNoHole_data()
+{
+    QTest::addColumn<int>("bins");
+    QTest::newRow("larger than a pixel") << 200;
+    QTest::newRow("much larger") << 7;
+    QTest::newRow("smaller than a pixel") << 900;
+}
+
+void TestHiDpi::equalBinsLeaveNoHole()
+{
+    QFETCH(int, bins);
+    const Map map(bins, bins, QSize(640, 520), [](int, int) { return 50.0; });
+    const QImage picture = map.m_pixmap.toImage();
+    const QTransform scale = QTransform::fromScale(ratio(), ratio());
+    // The bins begin a little inside of the frame: their own extent is what must be filled.
+    const QRect graph = tarnis::testing::devicePixels(scale, map.m_graphRect.adjusted(4, 4, -4, -4));
+    const QRgb color = picture.pixel(graph.center());
+    QVERIFY(color != QColor(XYGraphWidget::m_backGroundColor).rgb());
+    int others = 0;
+    for (int y = graph.top(); y <= graph.bottom(); ++y) {
+        for (int x = graph.left(); x <= graph.right(); ++x)
+            others += picture.pixel(x, y) != color ? 1 : 0;
+    }
+    QCOMPARE(others, 0);
+}
+
+void TestHiDpi::binsAreThoseOfAnOrdinaryScreenEnlarged()
+{
+    for (const int bins : { 3, 40, 333, 1000 }) {
+        Map map(bins, bins, QSize(401, 303), [](int row, int column) { return 1.0 + (row * 31 + column * 17) % 97; });
+        const QImage picture = map.m_pixmap.toImage();
+        QImage ordinary(map.size(), QImage::Format_RGB32);
+        QPainter painter(&ordinary);
+        painter.setFont(map.font());
+        map.paint(painter, nullptr);
+        painter.end();
+        const QTransform scale = QTransform::fromScale(ratio(), ratio());
+        const QRect graph = map.m_graphRect.adjusted(1, 1, -1, -1);
+        for (int y = graph.top(); y <= graph.bottom(); ++y) {
+            for (int x = graph.left(); x <= graph.right(); ++x) {
+                const QRect pixel = tarnis::testing::devicePixels(scale, QRect(x, y, 1, 1));
+                QCOMPARE(picture.pixel(pixel.topLeft()), ordinary.pixel(x, y));
+                QCOMPARE(picture.pixel(pixel.bottomRight()), ordinary.pixel(x, y));
+            }
+        }
+    }
+}
+
+void TestHiDpi::gridLinesAreOfOneThickness()
+{
+    Plot plot(true);
+    plot.m_showGrid = true;
+    plot.resize(640, 480);
+    plot.paintNow();
+    const QImage picture = plot.m_pixmap.toImage();
+    const QRect graph =
+        tarnis::testing::devicePixels(QTransform::fromScale(ratio(), ratio()), plot.m_graphRect.adjusted(2, 2, -2, -2));
+    const QRgb line = QColor(64, 64, 64).rgb();
+    QList<int> runs;
+    // A row of pixels that is no line itself.
+    int y = graph.bottom();
+    while (picture.pixel(graph.left(), y) == line)
+        --y;
+    int run = 0;
+    for (int x = graph.left(); x <= graph.right(); ++x) {
+        const bool isLine = picture.pixel(x, y) == line;
+        if (!isLine && run > 0)
+            runs.append(run);
+        run = isLine ? run + 1 : 0;
+    }
+    QVERIFY(runs.size() > 3);
+    const int thickness = std::max(1, int(std::lround(ratio())));
+    QCOMPARE(runs, QList<int>(runs.size(), thickness));
 }
 
 QTEST_MAIN(TestHiDpi)

@@ -1,5 +1,7 @@
 #include "support/frameoracle.h"
 
+#include "support/devicepixeloracle.h"
+
 #include "tarnis/foundation/helpers.h"
 
 #include <QFontMetrics>
@@ -133,9 +135,9 @@ void drawTicks(QPainter& painter, const QRect& graph, QList<Tick> ticks, bool ve
     for (qsizetype i = 0; i < ticks.size(); i++) {
         const int at = ticks[i].position;
         if (vertical)
-            painter.drawLine(QPoint(graph.left() - 3, at), QPoint(graph.left(), at));
+            oracleLine(painter, QPoint(graph.left() - 3, at), QPoint(graph.left(), at));
         else
-            painter.drawLine(QPoint(at, graph.bottom()), QPoint(at, graph.bottom() + 3));
+            oracleLine(painter, QPoint(at, graph.bottom()), QPoint(at, graph.bottom() + 3));
         if (ticks[i].label == "")
             continue;
         painter.drawText(ticks[i].rect,
@@ -153,11 +155,11 @@ void drawGrid(const FrameState& s, QPainter& painter, const QList<double>& xs, d
     const QRect g = s.graphRect;
     const auto vertical = [&](double x) {
         if (cutToPixel(x) > g.left() && cutToPixel(x) < g.right())
-            painter.drawLine(cutToPixel(x), g.top(), cutToPixel(x), g.bottom());
+            oracleLine(painter, QPoint(cutToPixel(x), g.top()), QPoint(cutToPixel(x), g.bottom()));
     };
     const auto horizontal = [&](double y) {
         if (cutToPixel(y) > g.top() && cutToPixel(y) < g.bottom())
-            painter.drawLine(g.left(), cutToPixel(y), g.right(), cutToPixel(y));
+            oracleLine(painter, QPoint(g.left(), cutToPixel(y)), QPoint(g.right(), cutToPixel(y)));
     };
     for (qsizetype i = 1; i < xs.size() - 1; i++) {
         painter.setPen(QColor(64, 64, 64));
@@ -311,7 +313,7 @@ void paintFrame(FrameState& s, QPainter& painter, const QRect* rect, const Paint
     labelY(s, frame, ch, recordsY);
 
     painter.setBrush(QBrush(s.backGround));
-    painter.drawRects(&graph, 1);
+    oracleFrame(painter, graph);
     painter.setPen(Qt::black);
     painter.drawText(nameX, Qt::AlignHCenter | Qt::AlignBottom, s.nameX);
     const QRect nameY(QPoint(graph.left() - 10, frame.top() + 2), QSize(graph.right(), graph.top()));
@@ -325,7 +327,7 @@ void paintFrame(FrameState& s, QPainter& painter, const QRect* rect, const Paint
         painter.setClipRect(notes, Qt::ReplaceClip);
         painter.drawText(notes, Qt::AlignRight | Qt::AlignVCenter, s.notes);
     }
-    painter.setClipRect(graph, Qt::ReplaceClip);
+    oracleClip(painter, graph);
     if (!s.paintGridOnGraph && s.showGrid)
         drawGrid(s, painter, xs, stepX, ys, stepY);
     if (paintData)

@@ -1,5 +1,6 @@
 #include "tarnis/plots/raster/mappainter_p.h"
 
+#include "tarnis/plots/raster/devicepixels_p.h"
 #include "tarnis/plots/raster/pixeltarget_p.h"
 
 #include <QImage>
@@ -43,7 +44,17 @@ void drawLine(QPainter& painter, QPoint topLeft, const BinRaster::Line& line)
     painter.drawImage(topLeft + QPoint(line.x, line.y), image);
 }
 
-void paintRow(QPainter& painter, const BinView& view, int row, const QList<double>& values, const ColorScale& scale)
+/// The pixels that drawRects() and drawLine() cover at ratio 1, the corner included that the former leaves out.
+QRect pixelsOf(const BinView& view, int row, int column)
+{
+    if (view.paintsBars())
+        return view.bar(row, column).adjusted(0, 0, 1, 1);
+    const int left = view.left(column);
+    return { QPoint(left, view.lineTop(row)), QPoint(left, view.lineBottom(row)) };
+}
+
+void paintRow(QPainter& painter, const BinView& view, int row, const QList<double>& values, const ColorScale& scale,
+    const std::optional<DevicePixels>& pixels)
 {
     const int end = static_cast<int>(std::min<qsizetype>(view.x.end, values.size()));
     int lastPainted = -1;
@@ -56,6 +67,10 @@ void paintRow(QPainter& painter, const BinView& view, int row, const QList<doubl
             continue;
         lastPainted = left;
         const QColor color = scale.color(value);
+        if (pixels) {
+            pixels->fill(painter, pixelsOf(view, row, column), color);
+            continue;
+        }
         painter.setPen(color);
         if (view.paintsBars()) {
             painter.setBrush(QBrush(color, Qt::SolidPattern));
@@ -71,8 +86,9 @@ void paintRow(QPainter& painter, const BinView& view, int row, const QList<doubl
 
 void paintBinsOneByOne(QPainter& painter, const BinView& view, const BinRows& rows, const ColorScale& scale)
 {
+    const std::optional<DevicePixels> pixels = DevicePixels::of(painter);
     for (int row = view.y.first; row < view.y.end; ++row)
-        paintRow(painter, view, row, rows.at(row), scale);
+        paintRow(painter, view, row, rows.at(row), scale, pixels);
 }
 
 void BinMap::paint(QPainter& painter, const BinView& view, const BinRows& rows, const ColorScale& scale)
