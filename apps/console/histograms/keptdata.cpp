@@ -108,7 +108,7 @@ void KeptData::release()
 
 void KeptData::setTexts()
 {
-    m_label->setText(tr("These data are of %1, when the server was last there. They stay until it has new data.")
+    m_label->setText(tr("These data are from %1, when the server was last connected. They stay until it has new data.")
                          .arg(m_keptTime.toString(u"HH:mm:ss")));
     m_pictureButton->setText(tr("Save &Picture..."));
     m_pictureButton->setToolTip(tr("Save what is shown as a picture"));

@@ -1363,10 +1363,6 @@
 <context>
     <name>console::KeptData</name>
     <message>
-        <source>These data are of %1, when the server was last there. They stay until it has new data.</source>
-        <translation>Diese Daten sind von %1, als der Server zuletzt da war. Sie bleiben, bis er neue hat.</translation>
-    </message>
-    <message>
         <source>Save &amp;Picture...</source>
         <translation>&amp;Bild speichern...</translation>
     </message>
@@ -1389,6 +1385,10 @@
     <message>
         <source>Let go of these data; the server has none yet</source>
         <translation>Diese Daten aufgeben; der Server hat noch keine</translation>
+    </message>
+    <message>
+        <source>These data are from %1, when the server was last connected. They stay until it has new data.</source>
+        <translation>Diese Daten sind von %1, als der Server zuletzt verbunden war. Sie bleiben, bis er neue hat.</translation>
     </message>
 </context>
 <context>
