@@ -5,6 +5,7 @@
 #include "histograms/keptdata.h"
 #include "histograms/livewindows.h"
 #include "support/modalwatchdog.h"
+#include "tables/ratewindow.h"
 
 #include <tarnis/plots/multivectorgraphwidget.h>
 #include <tarnis/plots/viewselectedroi.h>
@@ -45,7 +46,7 @@ public:
         answer(curvesCommand, curvesOf(3));
         answer(pairsCommand, { Step::doubles({ 0, 5, 39, 6 }, "OK: (0 40000 1024)\n") });
         answer(mapCommand, { Step::doubles({ 1, 2, 3, 4 }, "OK: exported 2 x 2 y\n") });
-        answer("stat", { Step::text("OK:\nevents: 12\n") });
+        answer("stat", { Step::text("OK:\nevents: 12\nrate: 5\n") });
     }
 };
 
@@ -122,6 +123,8 @@ void setLimit(QWidget& window, int limitMs)
         curves->dataAge().m_limitMs = limitMs;
     else if (auto* const map = qobject_cast<LiveMap*>(&window))
         map->dataAge().m_limitMs = limitMs;
+    else if (auto* const rate = qobject_cast<RateWindow*>(&window))
+        rate->dataAge().m_limitMs = limitMs;
     else
         dynamic_cast<LiveStatistics&>(window).dataAge().m_limitMs = limitMs;
 }
@@ -144,6 +147,7 @@ private Q_SLOTS:
         QTest::newRow("pairs") << QByteArray("pairs") << pairsCommand;
         QTest::newRow("map") << QByteArray("map") << mapCommand;
         QTest::newRow("statistics") << QByteArray("statistics") << QByteArray("stat");
+        QTest::newRow("rate") << QByteArray("rate") << QByteArray("stat");
     }
     void aServerThatHangsIsSaid()
     {

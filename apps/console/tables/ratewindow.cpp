@@ -1,8 +1,9 @@
 #include "tables/ratewindow.h"
 
 #include "app/words.h"
-#include "server/replytext.h"
+#include "histograms/dataage.h"
 #include "server/commandchannel.h"
+#include "server/replytext.h"
 #include "server/servercontroller.h"
 #include "ui_ratewindow.h"
 
@@ -48,6 +49,8 @@ RateWindow::RateWindow(ServerController& controller, QWidget* parent)
     m_plot->setMinimumSize(300, 160);
     m_plot->init(QString(), QString(), 60, 1, true, true);
     m_plot->setMaxValue(1);
+    m_age = new DataAge(*this, [this] { return m_controller.state() == ServerState::Up; });
+    ui->windowLayout->insertWidget(1, m_age->label());
     setTabOrder(m_plot, ui->clearButton);
     setTexts();
     connect(ui->clearButton, &QPushButton::clicked, this, &RateWindow::clear);
@@ -101,6 +104,7 @@ void RateWindow::onReplied(const QByteArray& reply)
     const QString text = QString::fromUtf8(reply);
     const std::optional<double> rate = rateOf(text);
     if (!rate) {
+        m_age->answered();
         say(*ui->infoLabel, [text] {
             return replyKind(text) == ReplyKind::Refused
                 ? text.trimmed()
@@ -112,6 +116,7 @@ void RateWindow::onReplied(const QByteArray& reply)
         m_rates.removeFirst();
         m_seconds.removeFirst();
     }
+    m_age->arrived();
     m_rates.append(*rate);
     m_seconds.append(double(m_elapsed.elapsed()) / 1000.0);
     draw();

@@ -16,6 +16,7 @@ class RateWindow;
 namespace console {
 
 class CommandChannel;
+class DataAge;
 class ServerController;
 
 /// The value of "rate" in a reply to stat; nothing where it has none or it is no number.
@@ -30,6 +31,7 @@ public:
     ~RateWindow() override;
 
     qsizetype count() const { return m_rates.size(); }
+    DataAge& dataAge() { return *m_age; }
 
 public Q_SLOTS:
     void clear();
@@ -46,6 +48,7 @@ protected:
     ServerController& m_controller;
     std::unique_ptr<Ui::RateWindow> ui;
     VectorGraphWidget* m_plot;
+    DataAge* m_age;
     CommandChannel* m_link;
     QElapsedTimer m_elapsed;
     QList<double> m_rates; ///< 1/s, the latest last
