@@ -24,7 +24,7 @@ Failure missing()
 QString plotProgram()
 {
     const QString folder = QCoreApplication::applicationDirPath();
-    for (const char* const place : { "/../" TARNIS_LIBEXEC "/tarnis-plot", "/tarnis-plot" }) {
+    for (const char* const place : { "/" TARNIS_LIBEXEC "/tarnis-plot", "/tarnis-plot" }) {
         const QFileInfo file(folder + QLatin1String(place));
         if (file.isExecutable())
             return file.canonicalFilePath();

@@ -60,7 +60,7 @@ private Q_SLOTS:
     void refusesAHeapWithoutEnd()
     {
         // A file of another program, whose texts are in a heap.
-        QFile file(QStringLiteral(HDF5_SEEDS "/nexus.h5"));
+        QFile file(QStringLiteral(HDF5_FILES "/nexus.h5"));
         QVERIFY(file.open(QIODevice::ReadOnly));
         QByteArray bytes = file.readAll();
         const DatasetResult whole = decodeHdf5(bytes);
