@@ -3,8 +3,8 @@
 
 #include "outcome.h"
 
-#include <QHash>
 #include <QList>
+#include <QMultiHash>
 #include <QString>
 #include <QStringList>
 
@@ -30,10 +30,12 @@ public:
     bool has(const QString& option) const { return m_options.contains(option); }
     /// The last value of the option; a null text if it is not given.
     QString value(const QString& option) const { return m_options.value(option); }
+    /// All values of an option that may be repeated.
+    QStringList values(const QString& option) const { return m_options.values(option); }
     const QStringList& words() const { return m_words; }
 
 private:
-    QHash<QString, QString> m_options;
+    QMultiHash<QString, QString> m_options; ///< the last value of an option first
     QStringList m_words;
 };
 

@@ -11,6 +11,10 @@ constexpr const Command* commandList[] = {
     &watchCommand,
     &putCommand,
     &getCommand,
+    &statsCommand,
+    &fitCommand,
+    &peaksCommand,
+    &calibrateCommand,
     &completionCommand,
 };
 

@@ -1,0 +1,44 @@
+// What the commands of the analysis share: a spectrum in channels from a file, and options of channels.
+#pragma once
+
+#include "arguments.h"
+#include "outcome.h"
+
+#include <tarnis/analysis/binneddata.h>
+#include <tarnis/formats/dataset.h>
+
+#include <QJsonValue>
+
+#include <cstddef>
+#include <utility>
+#include <vector>
+
+namespace cli {
+
+/// One spectrum whose bins are channels with whole numbers.
+struct Spectrum {
+    tarnis::Dataset data;
+    qsizetype firstChannel = 0; ///< number of the first bin
+
+    /// A view in channels: channel c reaches from c - 0.5 to c + 0.5. Valid while the spectrum is.
+    tarnis::BinnedData bins() const;
+    qsizetype lastChannel() const { return firstChannel + data.columns - 1; }
+    std::ptrdiff_t binOf(qsizetype channel) const { return channel - firstChannel; }
+};
+
+/// Reads a file of one spectrum: CSV, .spe, .npy, .h5.
+Result<Spectrum> readSpectrum(const QString& path);
+
+/// Channels LO:HI of an option, both ends included and within the spectrum; all channels if it is not given.
+Result<Range<qsizetype>> channelOption(const Arguments& arguments, const QString& option, const Spectrum& spectrum);
+
+/// Wrong usage with a sentence of the library, without its full stop.
+Failure wrongUse(QString sentence);
+
+/// Null for what is not a number.
+QJsonValue jsonNumber(double value);
+
+/// Lines of columns, each as wide as its widest text.
+QByteArray alignedTable(const QList<QStringList>& rows);
+
+} // namespace cli
