@@ -135,7 +135,7 @@ int main(int argc, char** argv)
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     const QApplication application(argc, argv);
-    QLoggingCategory::setFilterRules(QStringLiteral("default.debug=false"));
+    QLoggingCategory::setFilterRules(QStringLiteral("tarnis.*.debug=false"));
     add("reply/counts", [](benchmark::State& state) { replyToPicture(state, false, false); });
     add("reply/counts-log", [](benchmark::State& state) { replyToPicture(state, false, true); });
     add("reply/fractions", [](benchmark::State& state) { replyToPicture(state, true, false); });

@@ -352,7 +352,7 @@ int main(int argc, char** argv)
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     const QApplication application(argc, argv);
-    QLoggingCategory::setFilterRules(QStringLiteral("default.debug=false"));
+    QLoggingCategory::setFilterRules(QStringLiteral("tarnis.*.debug=false"));
     QStringList arguments = QApplication::arguments().mid(1);
     int seconds = 60;
     if (const qsizetype option = arguments.indexOf(QLatin1String("--seconds")); option >= 0) {

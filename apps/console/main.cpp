@@ -86,8 +86,8 @@ int main(int argc, char** argv)
             return complain(QStringLiteral("there is no display; --tour DIR works without one"), 1);
         qputenv("QT_QPA_PLATFORM", "offscreen");
     }
-    // The library's traces are for developers, who ask for them with QT_LOGGING_RULES="default.debug=true".
-    QLoggingCategory::setFilterRules(QStringLiteral("default.debug=false"));
+    // The library's traces are for developers, who ask for them with QT_LOGGING_RULES="tarnis.*.debug=true".
+    QLoggingCategory::setFilterRules(QStringLiteral("tarnis.*.debug=false"));
     QCoreApplication::setOrganizationName(QStringLiteral("tarnis"));
     QCoreApplication::setApplicationName(QStringLiteral("tarnis-console"));
     QCoreApplication::setApplicationVersion(QStringLiteral(TARNIS_CONSOLE_VERSION));

@@ -5,6 +5,7 @@
 #include <tarnis/tarnis_export.h>
 
 #include <QDebug>
+#include <QLoggingCategory>
 #include <QMap>
 #include <QObject>
 #include <QThread>
@@ -33,9 +34,10 @@ public Q_SLOTS:
     /// Removes the window's entry and emits onClosed(). An unknown window removes the entry of the null key, if any.
     void onDestroyed(QObject* obj)
     {
-        qDebug() << "modelesswidgetmanager.h"
-                 << ":" << __LINE__ << QThread::currentThreadId() << "|"
-                 << "Destroyed:" << static_cast<const void*>(obj);
+        static const QLoggingCategory category("tarnis.foundation");
+        qCDebug(category) << "modelesswidgetmanager.h"
+                          << ":" << __LINE__ << QThread::currentThreadId() << "|"
+                          << "Destroyed:" << static_cast<const void*>(obj);
         void* key = nullptr;
         for (auto entry = map.cbegin(); entry != map.cend(); ++entry) {
             if (static_cast<QObject*>(entry.value()) == obj) {

@@ -6,9 +6,9 @@
 
 namespace tarnis {
 
-void trace(const char* file, int line, const QString& text)
+void trace(const QLoggingCategory& category, const char* file, int line, const QString& text)
 {
-    qDebug().noquote() << file << ":" << line << QString::number(currentThreadNumber(), 16) << "|" << text;
+    qCDebug(category).noquote() << file << ":" << line << QString::number(currentThreadNumber(), 16) << "|" << text;
 }
 
 } // namespace tarnis

@@ -95,7 +95,7 @@ void XY2DGraphWidget::printWithCuts(VectorGraphWidget& plotX, VectorGraphWidget&
         const QSize printSize = picture.scaled(viewport.size(), Qt::KeepAspectRatio);
         QString note;
         QDebug(&note) << "Viewport: " << viewport << " Print Size: " << printSize;
-        tarnis::trace("xy2dgraphwidget", __LINE__, note);
+        tarnis::trace(TARNIS_TRACE_CATEGORY(), "xy2dgraphwidget", __LINE__, note);
         painter.setViewport(QRect(viewport.topLeft(), printSize));
         painter.setWindow(QRect(QPoint(0, 0), picture));
         painter.drawPixmap(std::max(dx, 0), sizeX.height(), *map);

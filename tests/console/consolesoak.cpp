@@ -529,7 +529,7 @@ int main(int argc, char** argv)
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     qputenv("TARNIS_SIMSERVER_OPTIONS", "--start --rate 20000");
-    QLoggingCategory::setFilterRules(QStringLiteral("default.debug=false\nqt.qpa.*=false"));
+    QLoggingCategory::setFilterRules(QStringLiteral("tarnis.*.debug=false\nqt.qpa.*=false"));
     qInstallMessageHandler(printMessage);
     const QTemporaryDir scratch;
     const QApplication application(argc, argv);

@@ -344,7 +344,7 @@ class TestCurvePicture : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { QLoggingCategory::setFilterRules(QStringLiteral("default.debug=false")); }
+    void initTestCase() { QLoggingCategory::setFilterRules(QStringLiteral("tarnis.*.debug=false")); }
     void oneSeriesIsTheSame();
     void manySeriesAreTheSame();
     void isTheSameAtAnyPixelRatio_data();

@@ -189,7 +189,7 @@ void TestSeriesSums::sumsAreThoseOfTheGivenOrder()
     auto random = tarnis::testing::seededGenerator(3562);
     std::uniform_real_distribution<double> value(-1.0, 1.0);
     std::uniform_int_distribution<int> length(0, 5000);
-    QLoggingCategory::setFilterRules(QStringLiteral("default.debug=false"));
+    QLoggingCategory::setFilterRules(QStringLiteral("tarnis.*.debug=false"));
     for (int number = 0; number < 60; ++number) {
         QList<Series> series(1 + number % 9);
         SummedCurve curve;
