@@ -1,7 +1,10 @@
 #include "tarnis/foundation/modalbox_p.h"
 
+#include "tarnis/foundation/message.h"
+#include "tarnis/foundation/messagelog_p.h"
 #include "tarnis/foundation/shorttext_p.h"
 
+#include <QApplication>
 #include <QDialog>
 #include <QFileDialog>
 #include <QInputDialog>
@@ -16,6 +19,32 @@ constexpr int boxLines = 15;
 constexpr qsizetype detailChars = 20000;
 constexpr int detailLines = 500;
 
+// The kinds and buttons of a message are those of a box by another name.
+static_assert(int(MessageKind::Plain) == QMessageBox::NoIcon && int(MessageKind::Question) == QMessageBox::Question
+    && int(MessageKind::Information) == QMessageBox::Information && int(MessageKind::Warning) == QMessageBox::Warning
+    && int(MessageKind::Critical) == QMessageBox::Critical);
+static_assert(int(MessageButton::None) == QMessageBox::NoButton && int(MessageButton::Ok) == QMessageBox::Ok
+    && int(MessageButton::Yes) == QMessageBox::Yes && int(MessageButton::No) == QMessageBox::No
+    && int(MessageButton::Cancel) == QMessageBox::Cancel);
+
+MessageButton showMessageBox(const Message& message)
+{
+    if (!qobject_cast<QApplication*>(QCoreApplication::instance()))
+        return logMessage(message);
+    const QString shown = shortText(message.text, boxChars, boxLines);
+    const QPointer<QMessageBox> box = new QMessageBox(QMessageBox::Icon(message.kind), message.title, shown,
+        QMessageBox::StandardButtons(message.buttons.toInt()), qobject_cast<QWidget*>(message.window));
+    box->setTextFormat(Qt::PlainText); // before the box measures it: a server's text is not markup
+    if (shown != message.text)
+        box->setDetailedText(shortText(message.text, detailChars, detailLines));
+    box->setDefaultButton(QMessageBox::StandardButton(message.defaultButton));
+    box->exec();
+    if (!box)
+        return MessageButton::None;
+    const std::unique_ptr<QMessageBox> owner(box);
+    return MessageButton(box->standardButton(box->clickedButton()));
+}
+
 } // namespace
 
 bool isAccepted(const QPointer<QDialog>& dialog)
@@ -29,17 +58,12 @@ bool isAccepted(const QPointer<QDialog>& dialog)
 QMessageBox::StandardButton showBox(QMessageBox::Icon icon, QWidget* parent, const QString& title, const QString& text,
     QMessageBox::StandardButtons buttons, QMessageBox::StandardButton defaultButton)
 {
-    const QString shown = shortText(text, boxChars, boxLines);
-    const QPointer<QMessageBox> box = new QMessageBox(icon, title, shown, buttons, parent);
-    box->setTextFormat(Qt::PlainText); // before the box measures it: a server's text is not markup
-    if (shown != text)
-        box->setDetailedText(shortText(text, detailChars, detailLines));
-    box->setDefaultButton(defaultButton);
-    box->exec();
-    if (!box)
-        return QMessageBox::NoButton;
-    const std::unique_ptr<QMessageBox> owner(box);
-    return box->standardButton(box->clickedButton());
+    return QMessageBox::StandardButton(showMessage({ .kind = MessageKind(icon),
+        .title = title,
+        .text = text,
+        .buttons = MessageButtons::fromInt(int(buttons)),
+        .defaultButton = MessageButton(defaultButton),
+        .window = parent }));
 }
 
 QString askSaveFileName(QWidget* parent, const QString& caption, const QString& directory, const QString& filter)
@@ -66,3 +90,15 @@ std::optional<QString> askText(QWidget* parent, const QString& title, const QStr
 }
 
 } // namespace tarnis
+
+// Programs call nothing for their message boxes: the handler is there while this part of the library is loaded.
+static void installMessageBoxes()
+{
+    tarnis::setDefaultMessageHandler(tarnis::showMessageBox);
+}
+static void removeMessageBoxes()
+{
+    tarnis::setDefaultMessageHandler({});
+}
+Q_CONSTRUCTOR_FUNCTION(installMessageBoxes)
+Q_DESTRUCTOR_FUNCTION(removeMessageBoxes)

@@ -17,8 +17,9 @@ namespace tarnis {
 /// deleted.
 bool isAccepted(const QPointer<QDialog>& dialog);
 
-/// What the static functions of QMessageBox do, with plain text. A long text is shortened, with more of it behind the
-/// button "Show Details...". NoButton if the parent went while the box was open.
+/// Shows a message by the handler in use, by default a QMessageBox: see message.h. The box shows plain text; a
+/// long one is shortened, with more of it behind the button "Show Details...". NoButton if the parent went while the
+/// box was open.
 QMessageBox::StandardButton showBox(QMessageBox::Icon icon, QWidget* parent, const QString& title, const QString& text,
     QMessageBox::StandardButtons buttons = QMessageBox::Ok,
     QMessageBox::StandardButton defaultButton = QMessageBox::NoButton);

@@ -16,11 +16,9 @@ namespace {
 
 bool isConfirmed(const QString& question)
 {
-    QMessageBox box;
-    box.setText(question);
-    box.setStandardButtons(QMessageBox::Ok | QMessageBox::Cancel);
-    box.setDefaultButton(QMessageBox::Cancel);
-    return box.exec() == QMessageBox::Ok;
+    return tarnis::showBox(QMessageBox::NoIcon, nullptr, QString(), question, QMessageBox::Ok | QMessageBox::Cancel,
+               QMessageBox::Cancel)
+        == QMessageBox::Ok;
 }
 
 QString itemText(const QRect& rect)

@@ -3,12 +3,11 @@
 #include "tarnis/server/tarnissession.h"
 
 #include "tarnis/foundation/log.h"
-#include "tarnis/foundation/modalbox_p.h"
+#include "tarnis/foundation/message.h"
 #include "tarnis/server/sessionsocket_p.h"
 
 #include <QAbstractSocket>
-#include <QApplication>
-#include <QMessageBox>
+#include <QCoreApplication>
 
 #include <atomic>
 
@@ -27,15 +26,16 @@ QByteArray textOf(const TarnisCmd* cmd)
 
 void showAssertion()
 {
-    QMessageBox::critical(nullptr, QStringLiteral("Assertion"),
-        QStringLiteral("Assertion failed: m_pDefaultPrompt != nullptr || m_pPrompt != nullptr"), QMessageBox::Ok);
+    tarnis::showMessage({ .kind = tarnis::MessageKind::Critical,
+        .title = QStringLiteral("Assertion"),
+        .text = QStringLiteral("Assertion failed: m_pDefaultPrompt != nullptr || m_pPrompt != nullptr") });
 }
 
 // The worker misses the prompt, but a box belongs to the GUI thread. The worker does not wait for its answer: that
 // thread may itself be waiting for the worker.
 void showAssertionOnGuiThread()
 {
-    auto* const application = qobject_cast<QApplication*>(QCoreApplication::instance());
+    QCoreApplication* const application = QCoreApplication::instance();
     if (!application)
         return;
     if (QThread::currentThread() == application->thread())
@@ -154,5 +154,5 @@ void TarnisSession::showErrorMessage(int socketError, const QString& message)
     default:
         text = tr("%1.").arg(message);
     }
-    tarnis::showBox(QMessageBox::Information, nullptr, QCoreApplication::applicationName(), text);
+    tarnis::showMessage({ .title = QCoreApplication::applicationName(), .text = text });
 }

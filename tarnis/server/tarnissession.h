@@ -54,7 +54,8 @@ public:
     /// reply is not read to its end: `error` comes with QAbstractSocket::SocketResourceError and a text that says so,
     /// and the session ends. From the next bytes on; any thread.
     void setMaxReplySize(qint64 bytes);
-    /// The session's prompt, else the default. With neither, a programming error, it shows a box and gives null.
+    /// The session's prompt, else the default. With neither, a programming error, it shows a message, see
+    /// tarnis::setMessageHandler(), and returns null.
     const QByteArray* GetPrompt();
     /// A label for the log. Any thread.
     void SetId(const QString& id);
@@ -69,7 +70,7 @@ public:
     /// Destroys the commands in the queue, unanswered. The one on the wire still gets its result. Any thread.
     void cancel();
 
-    /// Tells the user of a session's `error` in a box. GUI thread.
+    /// Shows the user a session's `error` in a box, or as tarnis::setMessageHandler() has it. GUI thread.
     static void showErrorMessage(int socketError, const QString& message);
 
     /// Reads a text reply into `buffer`, without its prompt. With `emitRead` its pieces go out through the signal

@@ -1,0 +1,55 @@
+#include "tarnis/foundation/message.h"
+
+#include "tarnis/foundation/messagelog_p.h"
+
+#include <QMutex>
+
+#include <utility>
+
+namespace tarnis {
+
+namespace {
+
+struct Handlers {
+    QMutex mutex;
+    MessageHandler host; ///< empty: the default one serves
+    MessageHandler byDefault; ///< empty: the Qt log serves
+};
+
+// Never destroyed: the widget part takes its handler back while the process's statics go.
+Handlers& handlers()
+{
+    static auto* const instance = new Handlers;
+    return *instance;
+}
+
+} // namespace
+
+MessageHandler setMessageHandler(MessageHandler handler)
+{
+    const QMutexLocker locker(&handlers().mutex);
+    return std::exchange(handlers().host, std::move(handler));
+}
+
+MessageHandler defaultMessageHandler()
+{
+    const QMutexLocker locker(&handlers().mutex);
+    return handlers().byDefault ? handlers().byDefault : logMessage;
+}
+
+void setDefaultMessageHandler(MessageHandler handler)
+{
+    const QMutexLocker locker(&handlers().mutex);
+    handlers().byDefault = std::move(handler);
+}
+
+MessageButton showMessage(const Message& message)
+{
+    // The lock is not held during the call: a handler may replace itself, or show a message of its own.
+    QMutexLocker locker(&handlers().mutex);
+    const MessageHandler handler = handlers().host;
+    locker.unlock();
+    return handler ? handler(message) : defaultMessageHandler()(message);
+}
+
+} // namespace tarnis
