@@ -1,26 +1,33 @@
-# tarnis_precompile(<target>...): compiles the targets with the precompiled header of their kind.
+# tarnis_precompile(<target>... [CORE]): compiles the targets with the precompiled header of their kind. CORE: the header
+# without widgets, for targets that do not see them.
 #
 # GCC and Clang accept a precompiled header only from a compilation with the same code generation flags, so each kind of
 # target (archive, program) shares one that an empty target holds. The library's objects have hidden symbols and hold
 # their own. TARNIS_PCH=OFF compiles each source from its own includes alone.
 
 set(TARNIS_PCH_HEADER "${PROJECT_SOURCE_DIR}/cmake/pch/headers.h")
+set(TARNIS_PCH_CORE_HEADER "${PROJECT_SOURCE_DIR}/cmake/pch/coreheaders.h")
 
-# The holder of the precompiled header for targets of <type>, made on first use.
-function(_tarnis_pch_holder type result)
+# The holder of <header> for targets of <type>, made on first use.
+function(_tarnis_pch_holder type header result)
+  set(kind archive)
   if(type STREQUAL "EXECUTABLE")
-    set(holder tarnis_pch_program)
-  else()
-    set(holder tarnis_pch_archive)
+    set(kind program)
   endif()
+  get_filename_component(name "${header}" NAME_WE)
+  set(holder tarnis_pch_${kind}_${name})
   if(NOT TARGET ${holder})
     if(type STREQUAL "EXECUTABLE")
       add_executable(${holder} EXCLUDE_FROM_ALL "${PROJECT_SOURCE_DIR}/cmake/pch/empty.cpp")
     else()
       add_library(${holder} STATIC EXCLUDE_FROM_ALL "${PROJECT_SOURCE_DIR}/cmake/pch/empty.cpp")
     endif()
-    target_link_libraries(${holder} PRIVATE Qt6::Widgets Qt6::Network tarnis_warnings)
-    target_precompile_headers(${holder} PRIVATE "${TARNIS_PCH_HEADER}")
+    set(modules Qt6::Network)
+    if(header STREQUAL TARNIS_PCH_HEADER)
+      list(APPEND modules Qt6::Widgets)
+    endif()
+    target_link_libraries(${holder} PRIVATE ${modules} tarnis_warnings)
+    target_precompile_headers(${holder} PRIVATE "${header}")
   endif()
   set(${result} ${holder} PARENT_SCOPE)
 endfunction()
@@ -29,12 +36,17 @@ function(tarnis_precompile)
   if(NOT TARNIS_PCH)
     return()
   endif()
-  foreach(target IN LISTS ARGN)
+  cmake_parse_arguments(arg "CORE" "" "" ${ARGN})
+  set(header "${TARNIS_PCH_HEADER}")
+  if(arg_CORE)
+    set(header "${TARNIS_PCH_CORE_HEADER}")
+  endif()
+  foreach(target IN LISTS arg_UNPARSED_ARGUMENTS)
     get_target_property(type ${target} TYPE)
     if(type STREQUAL "OBJECT_LIBRARY")
-      target_precompile_headers(${target} PRIVATE "${TARNIS_PCH_HEADER}")
+      target_precompile_headers(${target} PRIVATE "${header}")
     else()
-      _tarnis_pch_holder(${type} holder)
+      _tarnis_pch_holder(${type} "${header}" holder)
       target_precompile_headers(${target} REUSE_FROM ${holder})
     endif()
   endforeach()

@@ -2,6 +2,8 @@
 
 #include "output.h"
 
+#include <tarnis/version.h>
+
 #include <QJsonObject>
 
 #include <algorithm>
@@ -103,7 +105,7 @@ int runProgram(const QStringList& words, std::span<const Command* const> command
     if (first == u"--help" || first == u"-h" || (first == u"help" && words.size() == 1)) {
         outcome = print(helpOfProgram(commands).toUtf8());
     } else if (first == u"--version") {
-        outcome = print("tarnis " TARNIS_VERSION "\n");
+        outcome = print("tarnis " TARNIS_VERSION_STRING "\n");
     } else {
         const bool help = first == u"help";
         const QString name = help ? words.at(1) : first;

@@ -6,6 +6,7 @@
 #include "text.h"
 
 #include <tarnis/foundation/log.h>
+#include <tarnis/version.h>
 
 #include <algorithm>
 #include <array>
@@ -150,7 +151,7 @@ Reply answer(Simulation& simulation, const Request& request)
 
 QByteArray greetingText()
 {
-    return "tarnis-simserver " TARNIS_VERSION ", a simulated data-acquisition server; help lists the commands\n";
+    return "tarnis-simserver " TARNIS_VERSION_STRING ", a simulated data-acquisition server; help lists the commands\n";
 }
 
 QString unexpected(const QString& arguments)

@@ -5,6 +5,7 @@
 #include "text.h"
 
 #include <tarnis/foundation/log.h>
+#include <tarnis/version.h>
 
 namespace simserver {
 
@@ -34,7 +35,7 @@ void addServer(Lines& lines, Simulation& simulation)
 {
     const ServerFacts facts = simulation.facts();
     lines.section("server");
-    lines.add("version", QStringLiteral(TARNIS_VERSION));
+    lines.add("version", QStringLiteral(TARNIS_VERSION_STRING));
     lines.add("port", facts.port);
     lines.add("up time", facts.upSeconds);
     lines.add("clients", facts.clients);

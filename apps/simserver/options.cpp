@@ -1,5 +1,7 @@
 #include "options.h"
 
+#include <tarnis/version.h>
+
 #include <QCommandLineParser>
 #include <QProcess>
 
@@ -172,7 +174,7 @@ Options parseOptions(const QStringList& arguments, const QString& environment)
     if (parser.isSet(QStringLiteral("help")))
         return message(Options::Action::Help, helpText(parser));
     if (parser.isSet(QStringLiteral("version")))
-        return message(Options::Action::Version, QStringLiteral("tarnis-simserver " TARNIS_VERSION "\n"));
+        return message(Options::Action::Version, QStringLiteral("tarnis-simserver " TARNIS_VERSION_STRING "\n"));
     if (!parser.positionalArguments().isEmpty())
         return failure(QStringLiteral("unexpected '%1'").arg(parser.positionalArguments().constFirst()));
     Options options;

@@ -14,7 +14,7 @@ struct Texts {
     Q_DECLARE_TR_FUNCTIONS(tarnis::Formats)
 };
 
-constexpr char libraryName[] = "libtarnis-hdf5.so.0";
+constexpr char libraryName[] = "libtarnis-hdf5.so." TARNIS_SOVERSION;
 
 void* openLibrary()
 {

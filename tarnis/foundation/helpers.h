@@ -65,7 +65,7 @@ TARNIS_EXPORT QString getSaveDir();
 /// Remembers `path` up to and including its last "/". A path without one changes nothing.
 TARNIS_EXPORT void setSaveFilePath(const QString& path);
 
-// Rectangles and widgets - helpers_geometry.cpp
+// Rectangles - helpers_geometry.cpp
 
 /// The middle by integer division of the width: one pixel right of and below QRect::center() for even sizes.
 TARNIS_EXPORT QPoint center(const QRect& rect);
@@ -77,6 +77,8 @@ TARNIS_EXPORT void stretchRect(QRect& rect, double xFactor, double yFactor);
 /// Moves `rect` inside `bounds` without resizing it and returns it. If it is larger, its left and top edges win.
 TARNIS_EXPORT QRect& moveIn(QRect& rect, const QRect& bounds);
 
+// Widgets - helpers_widgets.cpp
+
 /// QWidget::setEnabled() with a grey style sheet while disabled. Replaces any style sheet that the widget had. A null
-/// widget is passed over.
+/// widget is passed over. Needs Tarnis::Tarnis: it is not part of Tarnis::Core.
 TARNIS_EXPORT void setEnabled(QWidget* widget, bool enabled);

@@ -1,7 +1,5 @@
-// The helpers on rectangles and widgets. Sizes are right - left + 1, in 64 bit, so that no edge overflows.
+// The helpers on rectangles. Sizes are right - left + 1, in 64 bit, so that no edge overflows.
 #include "tarnis/foundation/helpers.h"
-
-#include <QWidget>
 
 #include <cmath>
 #include <limits>
@@ -83,12 +81,4 @@ QRect& moveIn(QRect& rect, const QRect& bounds)
         top = bounds.top();
     setEdges(rect, left, top, width, height);
     return rect;
-}
-
-void setEnabled(QWidget* widget, bool enabled)
-{
-    if (!widget)
-        return;
-    widget->setEnabled(enabled);
-    widget->setStyleSheet(enabled ? QString() : QStringLiteral("color:gray; background-color:rgb(240,240,240);"));
 }

@@ -1,16 +1,19 @@
 #!/usr/bin/env python3
-"""Compares what the shared library exports with the list beside this file.
+"""Compares what the shared libraries export with the list beside this file.
 
-usage: check_symbols.py LIBRARY LIST [--update]
+usage: check_symbols.py FOLDER [--update]       FOLDER holds the libraries: build/dev/tarnis
 
-The list holds the demangled names of all strong dynamic symbols. Weak ones (inline functions, templates of Qt's headers)
-depend on the compiler's inlining and are left out. --update writes the list anew: the diff is then for a reviewer.
+Each line of the list holds a library and the demangled name of a strong dynamic symbol. Weak ones (inline functions,
+templates of Qt's headers) depend on the compiler's inlining and are left out. --update writes the list again: the diff is
+then for a reviewer.
 """
 
 import pathlib
 import subprocess
 import sys
 
+LIBRARIES = ("tarnis", "tarnis-core", "tarnis-fit")
+LIST = pathlib.Path(__file__).with_name("exported_symbols.txt")
 # The virtual tables and type information that every exported class brings along are strong; so are these of the linker.
 LINKER_NAMES = {"_init", "_fini", "__bss_start", "_edata", "_end"}
 
@@ -30,18 +33,19 @@ def exported(library):
 
 
 def main():
-    library, list_path = sys.argv[1], pathlib.Path(sys.argv[2])
-    names = exported(library)
+    folder = pathlib.Path(sys.argv[1])
+    lines = {library: {f"{library} {name}" for name in exported(folder / f"lib{library}.so")} for library in LIBRARIES}
+    names = set().union(*lines.values())
     if "--update" in sys.argv:
-        list_path.write_text("\n".join(sorted(names)) + "\n", encoding="utf-8")
+        LIST.write_text("\n".join(sorted(names)) + "\n", encoding="utf-8")
         return 0
-    wanted = set(list_path.read_text(encoding="utf-8").splitlines())
+    wanted = set(LIST.read_text(encoding="utf-8").splitlines())
     for name in sorted(wanted - names):
         print(f"not exported any more: {name}")
     for name in sorted(names - wanted):
         print(f"exported, not in the list: {name}")
     print(f"{len(names)} exported symbols, {len(wanted ^ names)} differences")
-    return 1 if wanted != names or not names else 0
+    return 1 if wanted != names or not all(lines.values()) else 0
 
 
 if __name__ == "__main__":

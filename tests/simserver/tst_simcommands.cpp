@@ -4,6 +4,8 @@
 #include "settings.h"
 #include "simulation.h"
 
+#include <tarnis/version.h>
+
 #include <QDate>
 #include <QDir>
 #include <QTemporaryDir>
@@ -321,7 +323,7 @@ void TestSimCommands::statHasAllSections()
     QCOMPARE(value("stat", "histogram time"), QStringLiteral("8 x 16384"));
     QCOMPARE(value("stat", "histogram image"), QStringLiteral("map 1024 x 1024"));
     QCOMPARE(value("stat", "fault"), QStringLiteral("none"));
-    QCOMPARE(value("stat", "version"), QStringLiteral(TARNIS_VERSION));
+    QCOMPARE(value("stat", "version"), QStringLiteral(TARNIS_VERSION_STRING));
 }
 
 void TestSimCommands::settingsAreTold()

@@ -1,6 +1,8 @@
 // The command line: what each option sets, and what is refused.
 #include "options.h"
 
+#include <tarnis/version.h>
+
 #include <QtTest>
 
 using namespace simserver;
@@ -91,7 +93,7 @@ void TestSimOptions::versionIsTold()
 {
     const Options options = parsed({ "--version" });
     QVERIFY(options.action == Options::Action::Version);
-    QCOMPARE(options.message, QStringLiteral("tarnis-simserver " TARNIS_VERSION "\n"));
+    QCOMPARE(options.message, QStringLiteral("tarnis-simserver " TARNIS_VERSION_STRING "\n"));
 }
 
 void TestSimOptions::wrongLinesAreRefused_data()

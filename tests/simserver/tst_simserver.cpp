@@ -4,6 +4,8 @@
 #include "spectrum.h"
 #include "support/support.h"
 
+#include <tarnis/version.h>
+
 #include <QDir>
 #include <QFile>
 #include <QTcpServer>
@@ -114,7 +116,7 @@ void TestSimServer::portIsPrintedAndClientsAreGreeted()
     const Wire wire(program.port());
     QCOMPARE(wire.greeting(),
         QByteArray(
-            "tarnis-simserver " TARNIS_VERSION ", a simulated data-acquisition server; help lists the commands\n"));
+            "tarnis-simserver " TARNIS_VERSION_STRING ", a simulated data-acquisition server; help lists the commands\n"));
 }
 
 void TestSimServer::commandsAnswer_data()
@@ -523,7 +525,7 @@ void TestSimServer::faultsOfTheGreeting()
     }
     wire.send("pwd\n");
     const QByteArray greeting =
-        "tarnis-simserver " TARNIS_VERSION ", a simulated data-acquisition server; help lists the commands\n> ";
+        "tarnis-simserver " TARNIS_VERSION_STRING ", a simulated data-acquisition server; help lists the commands\n> ";
     const QByteArray expected = (greeted ? greeting : QByteArray()) + "OK:\n/\n> ";
     QCOMPARE(wire.bytes(expected.size()), expected);
 }
@@ -766,7 +768,7 @@ void TestSimServer::helpAndVersionArePrinted()
     QVERIFY(help.outputUntil("Exit codes").startsWith("Usage: "));
     QCOMPARE(help.end(), QStringLiteral("exit 0"));
     Program version({ "--version" });
-    QCOMPARE(version.outputUntil("\n"), QByteArray("tarnis-simserver " TARNIS_VERSION "\n"));
+    QCOMPARE(version.outputUntil("\n"), QByteArray("tarnis-simserver " TARNIS_VERSION_STRING "\n"));
     QCOMPARE(version.end(), QStringLiteral("exit 0"));
 }
 

@@ -1,0 +1,12 @@
+// The helper on widgets, apart from the others: it belongs to the part of the library that needs Qt Widgets.
+#include "tarnis/foundation/helpers.h"
+
+#include <QWidget>
+
+void setEnabled(QWidget* widget, bool enabled)
+{
+    if (!widget)
+        return;
+    widget->setEnabled(enabled);
+    widget->setStyleSheet(enabled ? QString() : QStringLiteral("color:gray; background-color:rgb(240,240,240);"));
+}
