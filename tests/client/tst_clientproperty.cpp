@@ -222,7 +222,9 @@ void World::step()
     else if (lot < 329)
         renew(slot);
     else {
-        std::this_thread::yield(); // the servers are threads of this process
+        // The servers are threads of this process. On a busy machine a yield takes long.
+        if (lot > 990)
+            std::this_thread::yield();
         QCoreApplication::processEvents();
     }
     Client& current = *m_clients[std::size_t(slot)]; // maybe a new one
