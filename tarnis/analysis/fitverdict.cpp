@@ -144,13 +144,16 @@ void Verdict::judgeExcess(int peak)
         p.push_back(parameter.value);
     m_problem.widthsOf(peak, p.data(), widths.data());
     const auto edges = m_problem.edges();
+    std::vector<double> unit(m_problem.bins());
+    PeakScratch scratch;
+    integratePeak(
+        m_problem.model().shape, edges, m_result.peaks[k].centre, widths.data(), { unit.data(), nullptr, {} }, scratch);
     double inside = 0.0;
     double outside = 0.0;
     double restInside = 0.0;
     double restOutside = 0.0;
     for (std::size_t i = 0; i < m_problem.bins(); ++i) {
-        const double own = m_result.peaks[k].area
-            * peakIntegral(m_problem.model().shape, edges[i], edges[i + 1], m_result.peaks[k].centre, widths);
+        const double own = m_result.peaks[k].area * unit[i];
         const bool isInside = std::fabs(0.5 * (edges[i] + edges[i + 1]) - measures.top) <= measures.fwhm;
         (isInside ? inside : outside) += m_problem.contents()[i];
         (isInside ? restInside : restOutside) += std::max(0.0, m_result.modelContents[i] - own);
