@@ -183,6 +183,10 @@ ScriptedConnection::Going ScriptedConnection::sendPieces(const Step& step)
         while (begin > 0 && !m_stop.stop_requested() && !clientHasTaken()) {
             m_wakeUp.waitWith(m_socket, false, apartMicroseconds);
             pump();
+            // Its bytes would be waited for until the server ends.
+            const std::lock_guard lock(m_board.mutex);
+            if (clientClosed)
+                return Going::Over;
         }
         if (sendAll(std::string_view(bytes).substr(begin, end - begin)) == Going::Over)
             return Going::Over;
