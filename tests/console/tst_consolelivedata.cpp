@@ -248,7 +248,7 @@ private Q_SLOTS:
         desk.window->controller().endByForce();
         QVERIFY(desk.reaches(ServerState::Failed));
         const auto* const info = window->findChild<QLabel*>(QStringLiteral("infoLabel"));
-        QTRY_VERIFY_WITH_TIMEOUT(info->text().contains(QStringLiteral("F8")), timeoutMs);
+        QTRY_VERIFY_WITH_TIMEOUT(info->text().contains(QStringLiteral("started again")), timeoutMs);
     }
 
     // Data of a server that has gone.

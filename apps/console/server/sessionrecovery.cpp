@@ -75,7 +75,7 @@ void SessionRecovery::onServerState()
 {
     const ServerState state = m_controller.state();
     const Words words = [isEnded = state == ServerState::Failed && m_controller.isLocal()] {
-        return isEnded ? tr("The server has ended. This goes on when it has been started again (F8).")
+        return isEnded ? tr("The server has ended. This goes on when it has been started again in the main window.")
                        : tr("There is no connection to the server. This goes on as soon as it is back.");
     };
     if (state == ServerState::Failed && !m_isEnded && !m_session) {

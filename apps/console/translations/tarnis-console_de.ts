@@ -2433,8 +2433,8 @@
         <translation>Es gibt keine Verbindung zum Server. Es geht weiter, sobald er zurück ist.</translation>
     </message>
     <message>
-        <source>The server has ended. This goes on when it has been started again (F8).</source>
-        <translation>Der Server ist beendet. Hier geht es weiter, wenn er wieder gestartet ist (F8).</translation>
+        <source>The server has ended. This goes on when it has been started again in the main window.</source>
+        <translation>Der Server ist beendet. Hier geht es weiter, wenn er im Hauptfenster wieder gestartet wurde.</translation>
     </message>
 </context>
 <context>
