@@ -131,7 +131,6 @@ private Q_SLOTS:
         inSlot.acquire(3);
         for (TarnisSession* const session : std::as_const(sessions))
             tarnis::endInBackground(session); // a destructor would wait for the gate
-        QCOMPARE(deleted.load(), 0);
         gate.release(3);
         tarnis::waitForEndingSessions();
         QCOMPARE(deleted.load(), 3);
