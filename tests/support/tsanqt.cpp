@@ -5,6 +5,7 @@
 //   QRecursiveMutex                 lock after unlock
 //   signals, posted events          their delivery after their emission
 //   connect                         before the signals that reach the new receiver
+//   QThreadPool::start              before the function runs on its thread
 //   QThread::wait, its destructor   after the end of the thread, which Qt announces by pthread_cond_broadcast
 //
 // Accesses inside Qt's own functions stay unseen.
@@ -14,16 +15,21 @@
 #include <QMutex>
 #include <QObject>
 #include <QThread>
+#include <QThreadPool>
 
 #include <dlfcn.h>
 #include <pthread.h>
 #include <sanitizer/tsan_interface.h>
+
+#include <functional>
+#include <utility>
 
 namespace {
 
 char queuedCalls; // stands for all that has been handed to event loops
 char connections;
 char threadEnds;
+char pooledFunctions;
 
 template <typename Function> Function next(const char* mangledName)
 {
@@ -100,6 +106,18 @@ void QCoreApplication::postEvent(QObject* receiver, QEvent* event, int priority)
         next<void (*)(QObject*, QEvent*, int)>("_ZN16QCoreApplication9postEventEP7QObjectP6QEventi");
     __tsan_release(&queuedCalls);
     call(receiver, event, priority);
+}
+
+void QThreadPool::start(std::function<void()> function, int priority)
+{
+    static const auto call =
+        next<void (*)(QThreadPool*, std::function<void()>, int)>("_ZN11QThreadPool5startESt8functionIFvvEEi");
+    std::function<void()> run = [function = std::move(function)] {
+        __tsan_acquire(&pooledFunctions);
+        function();
+    };
+    __tsan_release(&pooledFunctions); // behind all that the other thread will read
+    call(this, std::move(run), priority);
 }
 
 extern "C" int pthread_cond_broadcast(pthread_cond_t* condition)
