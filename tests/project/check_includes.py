@@ -24,7 +24,7 @@ ALLOWED = {
 # Rooms inside tarnis/plots: what else of that folder a room may include.
 PLOT_ROOMS = {
     "math": {"math", "multivectorgraphwidget.h"},  # the header holds the record of a curve
-    "raster": {"math", "raster"},
+    "raster": {"math", "raster", "rasterpath.h"},
 }
 # Headers that pure arithmetic has no use for.
 WIDGET_HEADERS = {"QWidget", "QPainter", "QPixmap", "QApplication", "QDialog"}

@@ -1,5 +1,7 @@
 #include "tarnis/plots/raster/pixeltarget_p.h"
 
+#include "tarnis/plots/rasterpath.h"
+
 #include <QImage>
 #include <QPaintEngine>
 #include <QPainter>
@@ -32,7 +34,7 @@ const QImage* plainImageBehind(const QPainter& painter)
 bool coversWholePixels(const QPainter& painter)
 {
     const QPaintEngine* engine = painter.paintEngine();
-    return engine != nullptr && engine->type() == QPaintEngine::Raster
+    return engine != nullptr && engine->type() == QPaintEngine::Raster && rasterPath() == RasterPath::Direct
         && !painter.testRenderHint(QPainter::Antialiasing)
         && painter.compositionMode() == QPainter::CompositionMode_SourceOver && painter.opacity() == 1.0;
 }

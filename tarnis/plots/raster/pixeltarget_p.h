@@ -20,7 +20,8 @@ namespace tarnis {
 /// or a widget; null for any other.
 const QImage* plainImageBehind(const QPainter& painter);
 
-/// True if a raster engine puts an opaque colour on whole pixels: no antialiasing, opacity or composition mode.
+/// True if pixels may be written directly (rasterPath()) and a raster engine puts an opaque colour on whole pixels: no
+/// antialiasing, opacity or composition mode.
 bool coversWholePixels(const QPainter& painter);
 
 /// What an engine draws on, in its pixels: an image, also where the painter was opened on a widget.
