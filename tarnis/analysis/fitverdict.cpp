@@ -20,6 +20,8 @@ QString sentence(const char* text)
 }
 
 constexpr double largestGoodness = 4.0;
+// Of the residuals of the right model the largest of a range is rarely above 3.5.
+constexpr double largestResidual = 4.5;
 
 class Verdict {
 public:
@@ -42,6 +44,7 @@ private:
     void judgePeak(int peak);
     void judgeExcess(int peak);
     void judgeGoodness();
+    void judgeResiduals();
 
     const FitProblem& m_problem;
     const FitLayout& m_layout;
@@ -177,6 +180,46 @@ void Verdict::judgeGoodness()
                     .arg(m_result.goodness, 0, 'f', 1));
 }
 
+// A further peak, or a wrong shape, that is narrow against the range hardly moves the statistic: the residuals, summed
+// with a Gaussian of the fitted width, show it.
+void Verdict::judgeResiduals()
+{
+    if (!m_result.areCounts || m_result.peaks.empty())
+        return;
+    double fwhm = m_result.peaks.front().measures.fwhm;
+    for (const FittedPeak& peak : m_result.peaks)
+        fwhm = std::min(fwhm, peak.measures.fwhm);
+    const auto edges = m_problem.edges();
+    const std::size_t n = m_problem.bins();
+    const double sigma = std::max(fwhm / 2.354820045, m_problem.meanWidth());
+    double worst = 0.0;
+    double place = 0.0;
+    for (std::size_t i = 0; i < n; ++i) {
+        const double x = 0.5 * (edges[i] + edges[i + 1]);
+        double sum = 0.0;
+        double variance = 0.0;
+        for (std::size_t j = 0; j < n; ++j) {
+            const double z = (0.5 * (edges[j] + edges[j + 1]) - x) / sigma;
+            if (std::fabs(z) > 4.0)
+                continue;
+            const double kernel = std::exp(-0.5 * z * z);
+            sum += kernel * (m_problem.contents()[j] - m_result.modelContents[j]);
+            variance += kernel * kernel * std::max(m_result.modelContents[j], 0.05);
+        }
+        const double significance = sum / std::sqrt(variance);
+        if (std::fabs(significance) > std::fabs(worst)) {
+            worst = significance;
+            place = x;
+        }
+    }
+    if (std::fabs(worst) > largestResidual)
+        against(sentence(
+            QT_TRANSLATE_NOOP("tarnis::SpectrumFit",
+                "The residuals around %1 are off by %2 standard deviations: a peak is missing or the shape is wrong."))
+                    .arg(place, 0, 'f', 1)
+                    .arg(worst, 0, 'f', 1));
+}
+
 void Verdict::judge()
 {
     m_result.reasons.clear();
@@ -186,6 +229,7 @@ void Verdict::judge()
     for (int peak = 0; peak < m_layout.peaks; ++peak)
         judgePeak(peak);
     judgeGoodness();
+    judgeResiduals();
     m_result.acceptable = m_result.reasons.isEmpty();
 }
 

@@ -1748,5 +1748,9 @@
         <source>The model is 0 or negative at bins that have counts. Choose a background or another range.</source>
         <translation>Das Modell ist 0 oder negativ an Bins, die Ereignisse haben. Wählen Sie einen Untergrund oder einen anderen Bereich.</translation>
     </message>
+    <message>
+        <source>The residuals around %1 are off by %2 standard deviations: a peak is missing or the shape is wrong.</source>
+        <translation>Die Residuen um %1 weichen um %2 Standardabweichungen ab: Ein Peak fehlt oder die Form ist falsch.</translation>
+    </message>
 </context>
 </TS>
