@@ -160,8 +160,13 @@ void ColorBarWidget::mouseReleaseEvent(QMouseEvent* event)
 void ColorBarWidget::openEditorAt(const QPoint& point)
 {
     const bool onMax = m_maxRect.contains(point, true);
-    if (!onMax && !m_minRect.contains(point, true))
-        return;
+    if (onMax || m_minRect.contains(point, true))
+        openEditor(onMax);
+}
+
+void ColorBarWidget::openEditor(bool onMax)
+{
+    deleteEditLine();
     QRect geometry = onMax ? m_maxRect : m_minRect;
     m_editLine = new tarnis::LabelEditor(QString::number(onMax ? m_max : m_min, 'g', 6), this);
     Q_EMIT beginEditingText();

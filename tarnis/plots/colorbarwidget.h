@@ -15,7 +15,8 @@ class QLineEdit;
 QT_END_NAMESPACE
 namespace tarnis {
 class LabelCache;
-}
+class PlotAccess;
+} // namespace tarnis
 
 /// A colour scale. Numbers count as equal within DBL_EPSILON of the larger magnitude (of 1 for smaller ones).
 class TARNIS_EXPORT ColorBarWidget : public DoubleBufferedWidget {
@@ -94,6 +95,10 @@ protected:
     /// Draws marks and labels; returns the width of the widest label.
     int paintTicks(QPainter& painter, const QRect& rect, const QRect& bar, QSize charSize) const;
     void openEditorAt(const QPoint& point); ///< on an end label; elsewhere it does nothing
+    TARNIS_NO_EXPORT void openEditor(bool onMax); ///< of the upper or the lower end
     /// Text of the open editor as a number, 0 for what is none. The editor goes.
     double takeNumber();
+
+private:
+    friend class tarnis::PlotAccess;
 };

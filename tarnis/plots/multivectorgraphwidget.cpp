@@ -68,6 +68,7 @@ void MultiVectorGraphWidget::setData(int index, const QList<double>& values, dou
     if (index >= m_data.size())
         m_data.resize(qsizetype(index) + 1);
     m_data[index].values = values;
+    dataTouched();
     const int group = index / groupSize();
     if (group >= m_maxValues.size())
         m_maxValues.resize(group + 1);
@@ -78,6 +79,7 @@ void MultiVectorGraphWidget::setData(int index, const QList<double>& values, dou
 void MultiVectorGraphWidget::resizeData(int count)
 {
     m_data.resize(std::max(count, 0));
+    dataTouched();
 }
 
 void MultiVectorGraphWidget::setEnable(int index, bool enable)
@@ -87,6 +89,7 @@ void MultiVectorGraphWidget::setEnable(int index, bool enable)
     if (index >= m_data.size())
         m_data.resize(qsizetype(index) + 1);
     m_data[index].enable = enable;
+    dataTouched();
 }
 
 void MultiVectorGraphWidget::setColor(int index, QColor color)
@@ -96,6 +99,7 @@ void MultiVectorGraphWidget::setColor(int index, QColor color)
     if (index >= m_data.size())
         m_data.resize(qsizetype(index) + 1);
     m_data[index].color = color;
+    dataTouched();
 }
 
 void MultiVectorGraphWidget::clearData()
@@ -105,6 +109,7 @@ void MultiVectorGraphWidget::clearData()
         series.values.clear();
     m_maxValues.clear();
     m_peaks.clear();
+    dataTouched();
 }
 
 bool MultiVectorGraphWidget::hasData() const
@@ -146,12 +151,14 @@ void MultiVectorGraphWidget::setResolution(unsigned int resolution)
     if (resolution == m_resolution)
         return;
     m_resolution = std::max(resolution, 1U);
+    dataTouched();
     refreshPixmap();
 }
 
 void MultiVectorGraphWidget::setAddType(AddType type)
 {
     m_addType = type;
+    dataTouched();
     initMode(m_autoScaleX, m_autoScaleY);
     fitAutoScaledAxes();
     if (QWidget* dialog = m_visibleDialogs.map.value(this))
@@ -163,6 +170,7 @@ void MultiVectorGraphWidget::setFuncX2Plot(double (*x2plot)(double, void*), doub
 {
     m_funcX2Plot = x2plot;
     m_funcPlot2X = plot2x;
+    dataTouched();
     removeAction(m_actPeakSearch);
 }
 

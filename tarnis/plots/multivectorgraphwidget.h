@@ -165,4 +165,7 @@ protected:
     TARNIS_NO_EXPORT void paintFoundPeaks(QPainter& painter, const QRect& graph, double first, double sx, double sy);
     TARNIS_NO_EXPORT void fillVisiblesTable(QTableWidget& table) const;
     /// @endcond
+
+private:
+    friend class tarnis::PlotAccess;
 };

@@ -126,8 +126,9 @@ void MultiVectorGraphWidget::mouseMoveEvent(QMouseEvent* event)
     const tarnis::ReadOutAxis axis { { m_minX, m_maxX }, { m_initMinX, m_initMaxX }, m_decimalX != 0,
         static_cast<double>(m_resolution), m_funcX2Plot, m_funcPlot2X };
     const bool apart = m_addType == AddNone || m_addType == AddEachGroup || m_addType == AddEachPosition;
-    const QString text = tarnis::readOut(m_data, event->position().toPoint(), m_graphRect, axis, { m_minY, m_maxY },
-        !apart, { m_nameX, m_groupName, m_firstNumber });
+    const QString text = isReadOutByTool() ? QString()
+                                           : tarnis::readOut(m_data, event->position().toPoint(), m_graphRect, axis,
+                                               { m_minY, m_maxY }, !apart, { m_nameX, m_groupName, m_firstNumber });
     if (text.isEmpty())
         QToolTip::showText(event->globalPosition().toPoint(), QString());
     else

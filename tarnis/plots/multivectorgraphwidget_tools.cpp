@@ -137,6 +137,7 @@ void MultiVectorGraphWidget::onDlgSelectCheckedApply()
                 m_data[index].enable = item->checkState() == Qt::Checked;
         }
     }
+    dataTouched();
     refreshPixmap();
 }
 

@@ -35,6 +35,7 @@ VectorGraphWidget::~VectorGraphWidget() = default;
 void VectorGraphWidget::setData(const QList<double>& samples)
 {
     m_data = samples;
+    dataTouched();
     if (m_autoScaleX) {
         m_minX = m_initMinX;
         adjustAxisX(static_cast<double>(m_data.size()));
@@ -49,6 +50,7 @@ void VectorGraphWidget::setIndex(const QList<double>& index)
 void VectorGraphWidget::setMaxValue(double value)
 {
     m_maxValue = value;
+    dataTouched();
     if (m_autoScaleY) {
         m_minY = m_initMinY;
         adjustAxisY(value * headroom);
@@ -58,6 +60,7 @@ void VectorGraphWidget::setMaxValue(double value)
 void VectorGraphWidget::setLogScaleY(bool on)
 {
     m_logScaleY = on;
+    viewTouched();
     if (m_autoScaleY)
         adjustAxisY(m_maxValue * headroom);
     refreshPixmap();

@@ -55,4 +55,7 @@ protected:
     QList<double> m_index; ///< see setIndex()
     QList<PeakSearch::Gaussian> m_peaks; ///< the peak on show: one at most
     ModelessWidgetManager m_modeless; ///< the open peak search dialog, key this
+
+private:
+    friend class tarnis::PlotAccess;
 };

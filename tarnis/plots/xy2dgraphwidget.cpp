@@ -100,6 +100,7 @@ void XY2DGraphWidget::setData(int row, const QList<double>& values, double rowMa
     }
     m_data[row] = values;
     m_rowMax[row] = rowMax;
+    dataTouched();
     if (m_autoScaleX) {
         m_minX = m_initMinX;
         adjustAxisX(m_manualX ? 0 : getMaxCount()); // all rows are asked: not for an axis that ignores the answer
@@ -116,6 +117,7 @@ void XY2DGraphWidget::clearData()
 {
     m_data.clear();
     m_rowMax.clear();
+    dataTouched();
     m_autoButton->setChecked(true);
     onAutoScaleZToggled(true);
     close1dCut();
@@ -130,11 +132,13 @@ void XY2DGraphWidget::getData(QList<QList<double>>& rows)
 void XY2DGraphWidget::setStepX(double step)
 {
     m_stepX = step;
+    dataTouched();
 }
 
 void XY2DGraphWidget::setStepY(double step)
 {
     m_stepY = step;
+    dataTouched();
 }
 
 double XY2DGraphWidget::getStepX()
@@ -159,10 +163,12 @@ void XY2DGraphWidget::setResolution(unsigned int x, unsigned int y)
 {
     if (x != m_resolutionX) {
         m_resolutionX = std::max(x, 1U);
+        dataTouched();
         refreshPixmap();
     }
     if (y != m_resolutionY) {
         m_resolutionY = std::max(y, 1U);
+        dataTouched();
         refreshPixmap();
     }
 }

@@ -307,4 +307,7 @@ protected:
     void paintRegions(QPainter& painter);
     void printWithCuts(VectorGraphWidget& plotX, VectorGraphWidget& plotY);
     /// @}
+
+private:
+    friend class tarnis::PlotAccess;
 };

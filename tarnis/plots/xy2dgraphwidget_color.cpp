@@ -84,6 +84,7 @@ void XY2DGraphWidget::onAutoScaleZToggled(bool checked)
 {
     m_colorBar->setAutoScale(checked);
     m_autoButton->setChecked(checked);
+    viewTouched();
     m_autoButton->setText(checked ? tr("Auto") : tr("Manual"));
     refreshPixmap();
 }
@@ -93,6 +94,7 @@ void XY2DGraphWidget::onMaxZChanged(double max)
     if (tarnis::plotEqual(max, m_maxZ))
         return;
     m_maxZ = max;
+    viewTouched();
     m_colorBar->setMax(max);
     refreshPixmap();
 }
@@ -102,6 +104,7 @@ void XY2DGraphWidget::onMinZChanged(double min)
     if (tarnis::plotEqual(min, m_minZ))
         return;
     m_minZ = min;
+    viewTouched();
     m_colorBar->setMin(min);
     refreshPixmap();
 }
@@ -109,6 +112,7 @@ void XY2DGraphWidget::onMinZChanged(double min)
 void XY2DGraphWidget::onLogScale(bool on)
 {
     m_logScale = on;
+    viewTouched();
     m_colorBar->setLogScale(on);
     refreshPixmap();
     if (m_1dCutActive)

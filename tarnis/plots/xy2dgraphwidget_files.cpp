@@ -6,6 +6,7 @@
 #include "tarnis/foundation/trace_p.h"
 #include "tarnis/plots/colorbarwidget.h"
 #include "tarnis/plots/math/maptext_p.h"
+#include "tarnis/plots/plothooks_p.h"
 #include "tarnis/plots/plotpixmap_p.h"
 #include "tarnis/plots/vectorgraphwidget.h"
 
@@ -27,8 +28,10 @@ QPixmap* XY2DGraphWidget::toPixmap()
     tarnis::useWidgetCoordinates(painter, *pixmap, size());
     paint(painter, nullptr);
     paintSelectedRect(painter);
-    const QPixmap bar = m_colorBar->getPixmap();
     painter.setClipping(false);
+    if (const auto* hooks = tarnis::PlotHooks::existing(*this))
+        hooks->paintOverlays(painter, true);
+    const QPixmap bar = m_colorBar->getPixmap();
     painter.drawPixmap(QRect(QPoint(width() - m_colorBar->width(), m_colorBar->y()), m_colorBar->size()), bar);
     return pixmap.release();
 }

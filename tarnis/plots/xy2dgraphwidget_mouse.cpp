@@ -82,7 +82,7 @@ void XY2DGraphWidget::mouseReleaseEvent(QMouseEvent* event)
 
 void XY2DGraphWidget::mouseMoveEvent(QMouseEvent* event)
 {
-    const QString text = readOutAt(event->position().toPoint());
+    const QString text = isReadOutByTool() ? QString() : readOutAt(event->position().toPoint());
     if (text.isEmpty())
         QToolTip::showText(QPoint(), QString(), nullptr, QRect());
     else

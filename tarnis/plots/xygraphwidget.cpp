@@ -5,6 +5,8 @@
 #include "tarnis/foundation/followlanguage_p.h"
 #include "tarnis/plots/labelcache_p.h"
 #include "tarnis/plots/math/floatcomparison_p.h"
+#include "tarnis/plots/plotaccess_p.h"
+#include "tarnis/plots/plothooks_p.h"
 
 #include <QAction>
 
@@ -80,6 +82,28 @@ XYGraphWidget::XYGraphWidget(QWidget* parent)
 
 XYGraphWidget::~XYGraphWidget() = default;
 
+bool tarnis::PlotAccess::hasTickFunction(const XYGraphWidget& plot)
+{
+    return plot.m_funcX2Tick != identity;
+}
+
+void XYGraphWidget::viewTouched()
+{
+    if (m_hooks != nullptr)
+        m_hooks->touch();
+}
+
+void XYGraphWidget::dataTouched()
+{
+    if (m_hooks != nullptr)
+        m_hooks->touchData();
+}
+
+bool XYGraphWidget::isReadOutByTool() const
+{
+    return m_hooks != nullptr && m_hooks->hasReadOut();
+}
+
 void XYGraphWidget::init(const QString& nameX, const QString& nameY, double maxX, double maxY, bool autoX, bool autoY)
 {
     m_manualX = false;
@@ -98,16 +122,22 @@ void XYGraphWidget::init(const QString& nameX, const QString& nameY, double maxX
 
 void XYGraphWidget::initManualX(double min, double max)
 {
+    const tarnis::AxisRange previous { m_minX, m_maxX };
     m_manualX = true;
     m_minX = m_initMinX = min;
     m_maxX = m_initMaxX = max;
+    if (m_hooks != nullptr)
+        m_hooks->initialized(Qt::Horizontal, previous);
 }
 
 void XYGraphWidget::initManualY(double min, double max)
 {
+    const tarnis::AxisRange previous { m_minY, m_maxY };
     m_manualY = true;
     m_minY = m_initMinY = min;
     m_maxY = m_initMaxY = max;
+    if (m_hooks != nullptr)
+        m_hooks->initialized(Qt::Vertical, previous);
 }
 
 void XYGraphWidget::initMode(bool autoX, bool autoY)
@@ -121,12 +151,14 @@ void XYGraphWidget::setMinMaxX(double min, double max)
 {
     m_minX = min;
     m_maxX = max;
+    viewTouched();
 }
 
 void XYGraphWidget::setMinMaxY(double min, double max)
 {
     m_minY = min;
     m_maxY = max;
+    viewTouched();
 }
 
 bool XYGraphWidget::getMinMaxX(double& min, double& max)
@@ -161,6 +193,7 @@ void XYGraphWidget::setInitMaxX(double max)
         return;
     m_initMaxX = max;
     m_maxX = m_manualX ? max : adjustAxis(max);
+    viewTouched();
     refreshPixmap();
 }
 
@@ -223,6 +256,7 @@ int XYGraphWidget::getDecimalY() const
 void XYGraphWidget::setLogScaleY(bool on)
 {
     m_logScaleY = on;
+    viewTouched();
     refreshPixmap();
 }
 
@@ -242,11 +276,13 @@ void XYGraphWidget::setFuncX2Tick(double (*x2tick)(double, void*), double (*tick
 void XYGraphWidget::onAutoScaleX(bool checked)
 {
     m_autoScaleX = checked;
+    viewTouched(); // of the range too, which a subclass fits next
     m_actAutoScaleX->setChecked(checked);
 }
 
 void XYGraphWidget::onAutoScaleY(bool checked)
 {
     m_autoScaleY = checked;
+    viewTouched();
     m_actAutoScaleY->setChecked(checked);
 }

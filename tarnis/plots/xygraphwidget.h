@@ -22,6 +22,8 @@ QT_END_NAMESPACE
 class XRangeInputDialog;
 namespace tarnis {
 class LabelCache;
+class PlotAccess;
+class PlotHooks;
 struct PlotRanges;
 } // namespace tarnis
 
@@ -274,7 +276,17 @@ protected:
 
     std::unique_ptr<tarnis::LabelCache> m_labels; ///< layouts of tick labels
 
+private:
+    friend class tarnis::PlotAccess;
+    std::unique_ptr<tarnis::PlotHooks> m_hooks; // null until an observer or an overlay attaches
+
+protected:
     /// @cond
+    // Observers and overlays
+    TARNIS_NO_EXPORT void viewTouched();
+    TARNIS_NO_EXPORT void dataTouched();
+    TARNIS_NO_EXPORT bool isReadOutByTool() const;
+    TARNIS_NO_EXPORT std::unique_ptr<QPixmap> copyWithOverlays() const;
     // Steps of the mouse tools and editors
     TARNIS_NO_EXPORT tarnis::PlotRanges visibleRanges() const;
     TARNIS_NO_EXPORT void changeRanges(const tarnis::PlotRanges& ranges);

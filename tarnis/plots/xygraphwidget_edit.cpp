@@ -71,6 +71,7 @@ void XYGraphWidget::onMinXEntered()
         return;
     onAutoScaleX(false);
     m_minX = value;
+    viewTouched();
     refreshPixmap();
 }
 
@@ -84,6 +85,7 @@ void XYGraphWidget::onMaxXEntered()
         return;
     onAutoScaleX(false);
     m_maxX = value;
+    viewTouched();
     refreshPixmap();
 }
 
@@ -117,6 +119,7 @@ void XYGraphWidget::enterMinY(double value)
         return;
     onAutoScaleY(false);
     m_minY = value;
+    viewTouched();
     refreshPixmap();
 }
 
@@ -126,5 +129,6 @@ void XYGraphWidget::enterMaxY(double value)
         return;
     onAutoScaleY(false);
     m_maxY = value;
+    viewTouched();
     refreshPixmap();
 }

@@ -6,6 +6,7 @@
 #include "tarnis/plots/math/axismapping_p.h"
 #include "tarnis/plots/math/axisticks_p.h"
 #include "tarnis/plots/math/floatcomparison_p.h"
+#include "tarnis/plots/plothooks_p.h"
 #include "tarnis/plots/plotpixmap_p.h"
 #include "tarnis/plots/raster/devicepixels_p.h"
 #include "tarnis/plots/raster/pixeltarget_p.h"
@@ -244,12 +245,13 @@ void XYGraphWidget::paint(QPainter& painter, QRect* rect)
     }
     if (!gridLast)
         onPaint(painter, graph);
+    viewTouched(); // the rectangle, and what subclasses change in their own members
 }
 
 QPixmap* XYGraphWidget::toPixmap()
 {
     if (m_doubleBuffered)
-        return new QPixmap(m_pixmap);
+        return copyWithOverlays().release();
     const QSize pictureSize = tarnis::isTurned(m_rotation) ? size().transposed() : size();
     auto pixmap = std::make_unique<QPixmap>(tarnis::windowPixmap(*this, pictureSize));
     QPainter painter;
@@ -257,9 +259,25 @@ QPixmap* XYGraphWidget::toPixmap()
         initPainter(&painter);
         tarnis::useWidgetCoordinates(painter, *pixmap, pictureSize);
         paint(painter, nullptr);
+        if (m_hooks != nullptr && m_hooks->hasOverlays()) {
+            painter.setClipping(false);
+            m_hooks->paintOverlays(painter, true);
+        }
         painter.end();
     }
     return pixmap.release();
+}
+
+std::unique_ptr<QPixmap> XYGraphWidget::copyWithOverlays() const
+{
+    auto pixmap = std::make_unique<QPixmap>(m_pixmap);
+    QPainter painter;
+    if (m_hooks == nullptr || !m_hooks->hasOverlays() || pixmap->isNull() || !painter.begin(pixmap.get()))
+        return pixmap;
+    initPainter(&painter);
+    tarnis::useWidgetCoordinates(painter, *pixmap, size());
+    m_hooks->paintOverlaysTurned(painter, true);
+    return pixmap;
 }
 
 void XYGraphWidget::paintEvent(QPaintEvent* /*event*/)
@@ -271,6 +289,10 @@ void XYGraphWidget::paintEvent(QPaintEvent* /*event*/)
     else
         paint(painter, nullptr);
     paintSelectedRect(painter);
+    if (m_hooks != nullptr && m_hooks->hasOverlays()) {
+        painter.setClipping(false);
+        m_hooks->paintOverlaysTurned(painter, false);
+    }
 }
 
 void XYGraphWidget::paintSelectedRect(QPainter& painter)

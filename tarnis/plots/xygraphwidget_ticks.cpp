@@ -60,6 +60,7 @@ double XYGraphWidget::adjustAxis(double value)
 void XYGraphWidget::adjustAxisX(double value)
 {
     m_maxX = m_manualX ? m_initMaxX : adjustAxis(value);
+    viewTouched();
 }
 
 void XYGraphWidget::adjustAxisY(double value)
@@ -68,6 +69,7 @@ void XYGraphWidget::adjustAxisY(double value)
         m_maxY = m_initMaxY;
     else
         m_maxY = m_logScaleY ? tarnis::adjustLogAxis(value) : adjustAxis(value);
+    viewTouched();
 }
 
 QPointF XYGraphWidget::calcGraphPointF(const QPointF& point) const

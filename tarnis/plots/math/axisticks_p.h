@@ -2,6 +2,8 @@
 // The order of every operation is kept, so that round ranges fall on whole pixels.
 #pragma once
 
+#include "tarnis/plots/axisrange.h"
+
 #include <QList>
 #include <QRect>
 
@@ -21,12 +23,6 @@ double adjustAxis(double value, unsigned int& ticks);
 
 /// The first of 1, 10, 100 and so on that is not below `value`; 1 for NaN.
 double adjustLogAxis(double value);
-
-/// Visible range of an axis.
-struct AxisRange {
-    double min = 0.0;
-    double max = 0.0;
-};
 
 /// Ticks of an axis in plot order, both ends of the range included, and the distance of the inner ones.
 struct AxisTicks {

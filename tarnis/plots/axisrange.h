@@ -1,0 +1,17 @@
+// The range of an axis: a pair of numbers that plots, mappings and tools share.
+#pragma once
+
+namespace tarnis {
+
+/// Visible range of an axis in its own units. `min` is the left or lower end and may be above `max`.
+struct AxisRange {
+    double min = 0.0;
+    double max = 0.0;
+
+    /// Exact comparison of both ends. @{
+    friend bool operator==(const AxisRange& a, const AxisRange& b) { return a.min == b.min && a.max == b.max; }
+    friend bool operator!=(const AxisRange& a, const AxisRange& b) { return !(a == b); }
+    /// @}
+};
+
+} // namespace tarnis

@@ -1,0 +1,86 @@
+// What the library's own observers and tools see of a plot's protected state. Plain reads, and the few writes that have
+// no public function.
+#pragma once
+
+#include "tarnis/plots/axisrange.h"
+#include "tarnis/plots/multivectorgraphwidget.h"
+#include "tarnis/plots/vectorgraphwidget.h"
+#include "tarnis/plots/xy2dgraphwidget.h"
+
+#include <memory>
+
+namespace tarnis {
+
+class PlotHooks;
+
+/// A friend of the plots.
+class PlotAccess {
+public:
+    static std::unique_ptr<PlotHooks>& hooks(XYGraphWidget& plot) { return plot.m_hooks; }
+    static PlotHooks* hooks(const XYGraphWidget& plot) { return plot.m_hooks.get(); }
+
+    static AxisRange x(const XYGraphWidget& plot) { return { plot.m_minX, plot.m_maxX }; }
+    static AxisRange y(const XYGraphWidget& plot) { return { plot.m_minY, plot.m_maxY }; }
+    static AxisRange initialX(const XYGraphWidget& plot) { return { plot.m_initMinX, plot.m_initMaxX }; }
+    static AxisRange initialY(const XYGraphWidget& plot) { return { plot.m_initMinY, plot.m_initMaxY }; }
+    static bool isAutoX(const XYGraphWidget& plot) { return plot.m_autoScaleX; }
+    static bool isAutoY(const XYGraphWidget& plot) { return plot.m_autoScaleY; }
+    static bool isManualX(const XYGraphWidget& plot) { return plot.m_manualX; }
+    static bool isManualY(const XYGraphWidget& plot) { return plot.m_manualY; }
+    static bool isLogY(const XYGraphWidget& plot) { return plot.m_logScaleY; }
+    static QRect plotRect(const XYGraphWidget& plot) { return plot.m_graphRect; }
+    static QString nameX(const XYGraphWidget& plot) { return plot.m_nameX; }
+    static QString nameY(const XYGraphWidget& plot) { return plot.m_nameY; }
+    static QString title(const XYGraphWidget& plot) { return plot.m_title; }
+    static QString notes(const XYGraphWidget& plot) { return plot.m_notes; }
+    static bool isGridShown(const XYGraphWidget& plot) { return plot.m_showGrid; }
+    static QAction* gridAction(const XYGraphWidget& plot) { return plot.m_actShowGrid; }
+    static int mode(const XYGraphWidget& plot) { return plot.m_mode; }
+    static bool isDragging(const XYGraphWidget& plot) { return plot.m_selecting; }
+    static QLineEdit* editor(const XYGraphWidget& plot) { return plot.m_edit; }
+    static void openEditor(XYGraphWidget& plot, const QPoint& point) { plot.openEditorAt(point); }
+    static void dropEditor(XYGraphWidget& plot);
+    static double tickOf(const XYGraphWidget& plot, double x) { return plot.m_funcX2Tick(x, plot.m_funcUserData); }
+
+    using TickFunction = double (*)(double, void*);
+    static TickFunction tickFunction(const XYGraphWidget& plot) { return plot.m_funcX2Tick; }
+    static bool hasTickFunction(const XYGraphWidget& plot);
+    static void* tickData(const XYGraphWidget& plot) { return plot.m_funcUserData; }
+
+    /// The labels that open an editor: left, right, bottom, top end. @{
+    static QRect minXLabel(const XYGraphWidget& plot) { return plot.m_labelRectMinX; }
+    static QRect maxXLabel(const XYGraphWidget& plot) { return plot.m_labelRectMaxX; }
+    static QRect minYLabel(const XYGraphWidget& plot) { return plot.m_labelRectMinY; }
+    static QRect maxYLabel(const XYGraphWidget& plot) { return plot.m_labelRectMaxY; }
+    /// @}
+
+    static const QList<double>& samples(const VectorGraphWidget& plot) { return plot.m_data; }
+    static double largest(const VectorGraphWidget& plot) { return plot.m_maxValue; }
+
+    static const QList<MultiVectorGraphWidget::Data>& series(const MultiVectorGraphWidget& plot) { return plot.m_data; }
+    static MultiVectorGraphWidget::AddType addType(const MultiVectorGraphWidget& plot) { return plot.m_addType; }
+    static int groupSize(const MultiVectorGraphWidget& plot) { return plot.groupSize(); }
+    static unsigned int resolution(const MultiVectorGraphWidget& plot) { return plot.m_resolution; }
+    static TickFunction positionToX(const MultiVectorGraphWidget& plot) { return plot.m_funcX2Plot; }
+    static TickFunction xToPosition(const MultiVectorGraphWidget& plot) { return plot.m_funcPlot2X; }
+
+    static const QList<QList<double>>& rows(const XY2DGraphWidget& map) { return map.m_data; }
+    static AxisRange levels(const XY2DGraphWidget& map) { return { map.m_minZ, map.m_maxZ }; }
+    static bool isLogZ(const XY2DGraphWidget& map) { return map.m_logScale; }
+    static bool isCutOn(const XY2DGraphWidget& map);
+    static bool offersRegions(const XY2DGraphWidget& map) { return map.m_actRoi != nullptr; }
+    static ColorBarWidget& colorBar(const XY2DGraphWidget& map) { return *map.m_colorBar; }
+    static void openColorBarMenu(XY2DGraphWidget& map, const QPoint& globalPosition)
+    {
+        map.openColorBarMenu(globalPosition);
+    }
+    struct MapAxis {
+        double step = 0.0;
+        unsigned int resolution = 1;
+    };
+    static MapAxis mapAxisX(const XY2DGraphWidget& map);
+    static MapAxis mapAxisY(const XY2DGraphWidget& map);
+    static void openLimitEditor(XY2DGraphWidget& map, bool isUpper);
+};
+
+} // namespace tarnis

@@ -1,0 +1,104 @@
+// How a plot maps values to pixels: a small value that any code can ask a plot for, keep and pass on.
+#pragma once
+
+#include <tarnis/plots/axisrange.h>
+#include <tarnis/tarnis_export.h>
+
+#include <QPointF>
+#include <QRect>
+
+class XYGraphWidget;
+
+namespace tarnis {
+
+/// A copy of a plot's geometry at one moment. It knows logarithmic Y axes, X axes with a tick function or a plot
+/// function, and plots turned by a quarter. Pixels are positions in the widget, as mouse events have them; the frame's
+/// coordinates are those that a painter of the plot's picture uses and differ from them on a turned plot only. All
+/// functions are cheap. On a mapping that is not valid they return finite values without meaning.
+class TARNIS_EXPORT PlotMapping {
+public:
+    /// A mapping that is not valid.
+    PlotMapping() = default;
+    /// The mapping in use: the visible ranges, and the plot rectangle of the latest paint.
+    static PlotMapping of(const XYGraphWidget& plot);
+
+    /// True if the plot rectangle has an area and both ranges are finite and not empty.
+    bool isValid() const;
+
+    /// The plot rectangle. @{
+    QRect plotRect() const; ///< in pixels of the widget
+    QRect frameRect() const; ///< in the frame's coordinates
+    /// @}
+    /// The visible ranges. @{
+    AxisRange x() const;
+    AxisRange y() const;
+    /// @}
+    bool isLogY() const; ///< Y runs in decades; values at or below 0 count as 1
+    double rotation() const; ///< 0, 90 or -90 degrees
+
+    /// Value under a pixel, and pixel of a value. Both are defined outside of the plot rectangle too. @{
+    QPointF valueAt(const QPointF& pixel) const;
+    QPointF pixelOf(const QPointF& value) const;
+    /// @}
+
+    /// Between pixels of the widget and the frame's coordinates. @{
+    QPointF toFrame(const QPointF& pixel) const;
+    QPointF fromFrame(const QPointF& point) const;
+    /// @}
+    /// Between values and the frame's coordinates, one axis at a time. @{
+    double columnOf(double x) const;
+    double rowOf(double y) const;
+    double xAt(double column) const;
+    double yAt(double row) const;
+    /// @}
+
+    /// The value of X on the second scale of setFuncX2Tick(); x itself without one. @{
+    double tickOf(double x) const;
+    bool hasTickFunction() const;
+    /// @}
+
+    /// Bins of the X axis: samples of a curve, columns of a map. @{
+    qsizetype columns() const; ///< their number; 0 without data
+    qsizetype columnAt(double x) const; ///< the bin that x falls in, -1 outside of the data
+    AxisRange columnEdges(qsizetype column) const; ///< the bin's edges in units of X; the lower end belongs to it
+    /// @}
+    /// Bins of the Y axis: rows of a map. Curves have none. @{
+    qsizetype rows() const; ///< their number; 0 for curves
+    qsizetype rowAt(double y) const; ///< the bin that y falls in, -1 outside of the data
+    AxisRange rowEdges(qsizetype row) const; ///< the bin's edges in units of Y; the lower end belongs to it
+    /// @}
+
+private:
+    /// Bins of equal width along an axis.
+    struct Bins {
+        double origin = 0.0; // lower edge of bin 0
+        double width = 1.0;
+        qsizetype count = 0;
+
+        qsizetype at(double value) const;
+        AxisRange edges(qsizetype bin) const;
+    };
+    /// A function that plots apply to an axis, with its last argument.
+    struct Function {
+        double (*function)(double, void*) = nullptr;
+        void* data = nullptr;
+
+        double operator()(double value) const { return function != nullptr ? function(value, data) : value; }
+    };
+    struct Reader;
+
+    QRect m_rect; // in the frame's coordinates
+    AxisRange m_x;
+    AxisRange m_y;
+    bool m_logY = false;
+    int m_rotation = 0;
+    QPointF m_turn; // where a turned picture's origin is in the widget
+    Bins m_binsX;
+    Bins m_binsY;
+    Function m_tick;
+    bool m_hasTick = false;
+    Function m_positionToX; // of setFuncX2Plot(); then bins of X count positions
+    Function m_xToPosition;
+};
+
+} // namespace tarnis
