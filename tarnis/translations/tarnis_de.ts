@@ -1418,6 +1418,17 @@
     </message>
 </context>
 <context>
+    <name>tarnis::PlotCrosshair</name>
+    <message>
+        <source>no data</source>
+        <translation>keine Daten</translation>
+    </message>
+    <message>
+        <source>%1 [%2, %3) bin %4</source>
+        <translation>%1 [%2, %3) Kanal %4</translation>
+    </message>
+</context>
+<context>
     <name>tarnis::PlotExporter</name>
     <message>
         <source>the picture is too large: choose a smaller size or resolution</source>
@@ -1426,6 +1437,25 @@
     <message>
         <source>the name does not end in .png, .pdf or .svg: rename the file</source>
         <translation>der Name endet nicht auf .png, .pdf oder .svg: die Datei umbenennen</translation>
+    </message>
+</context>
+<context>
+    <name>tarnis::PlotNavigator</name>
+    <message>
+        <source>There is no earlier view.</source>
+        <translation>Es gibt keine frühere Ansicht.</translation>
+    </message>
+    <message>
+        <source>There is no later view.</source>
+        <translation>Es gibt keine spätere Ansicht.</translation>
+    </message>
+    <message>
+        <source>X held</source>
+        <translation>X gehalten</translation>
+    </message>
+    <message>
+        <source>Y held</source>
+        <translation>Y gehalten</translation>
     </message>
 </context>
 <context>

@@ -1,0 +1,60 @@
+// The base of all tools that attach to a plot.
+#pragma once
+
+#include <tarnis/plots/plotobserver.h>
+#include <tarnis/tarnis_export.h>
+
+#include <QObject>
+
+QT_BEGIN_NAMESPACE
+class QCursor;
+QT_END_NAMESPACE
+class XYGraphWidget;
+
+namespace tarnis {
+
+/// A tool that is attached to one plot from its construction to its destruction. It is a child of the plot, which
+/// deletes it; a host may delete it earlier at any time. With the last tool the plot gets back the focus policy, the
+/// mouse tracking and the cursor that it had before. GUI thread only.
+class TARNIS_EXPORT InteractiveTool : public QObject, public PlotObserver {
+    Q_OBJECT
+
+public:
+    /// What a tool changes in the plot's input.
+    enum Need : unsigned int {
+        Nothing = 0,
+        MouseMoves = 1, ///< moves without a pressed button
+        KeyboardFocus = 2, ///< keys, after a click or Tab
+        ReadOut = 4 ///< the tool shows what is under the pointer; the plot's own tool tips stay away
+    };
+    Q_DECLARE_FLAGS(Needs, Need)
+
+    ~InteractiveTool() override;
+
+    /// The plot; null once it has been destroyed, and where null was passed.
+    XYGraphWidget* plot() const { return observedPlot(); }
+
+protected:
+    /// Null is reported as a warning, and the tool does nothing.
+    InteractiveTool(XYGraphWidget* plot, Needs needs);
+
+    /// An event of the plot, before the plot handles it. Return true to keep it from the plot and from tools that were
+    /// attached earlier.
+    virtual bool handleEvent(QEvent* event);
+    bool eventFilter(QObject* object, QEvent* event) final;
+
+    /// Changes what the tool needs. @{
+    void setNeeds(Needs needs);
+    Needs needs() const { return m_needs; }
+    /// @}
+    /// Shows a cursor over the plot until restoreCursor(). While another tool shows one, nothing happens. @{
+    void showCursor(const QCursor& cursor);
+    void restoreCursor();
+    /// @}
+
+private:
+    Needs m_needs;
+};
+Q_DECLARE_OPERATORS_FOR_FLAGS(InteractiveTool::Needs)
+
+} // namespace tarnis

@@ -1,0 +1,65 @@
+// Reading values off a plot.
+#pragma once
+
+#include <tarnis/plots/plotoverlay.h>
+#include <tarnis/tools/interactivetool.h>
+
+#include <QPointF>
+
+namespace tarnis {
+
+struct PlotReadOut;
+
+/// A cross under the pointer with a line above the plot that reads out the bin there: its number and edges, the value
+/// on the second scale of X if there is one, and the value of every visible curve, or of the map's bin. It snaps to
+/// bins and never interpolates. An empty bin reads 0, a place outside of the data a dash, a value that is not a number
+/// "no data". The line follows data that arrive while the pointer rests. The plot's own tool tips stay away meanwhile.
+///
+/// With the keyboard on the plot, C switches the cross, P pins it to the value under it, Ctrl+C copies the read-out as
+/// a table separated by tabs, and Escape releases the pin or switches the cross off. A pinned cross appears in saved
+/// pictures.
+class TARNIS_EXPORT PlotCrosshair : public InteractiveTool, protected PlotOverlay {
+    Q_OBJECT
+
+public:
+    /// Attaches to the plot, which owns the cross. It is switched on.
+    explicit PlotCrosshair(XYGraphWidget* plot);
+    ~PlotCrosshair() override;
+
+    bool isOn() const; ///< switched on; it shows while the pointer is in the plot rectangle, or while pinned
+    bool isPinned() const; ///< stays at its value
+    QString text() const; ///< the line as shown; empty while nothing is shown
+    QString table() const; ///< header and numbers, separated by tabs; empty outside of the data
+
+public Q_SLOTS:
+    void setOn(bool on); ///< switching off releases the pin
+    void pinAt(const QPointF& value); ///< switches the cross on and pins it to a value of both axes
+    void release(); ///< the cross follows the pointer again
+    void copy(); ///< the table to the clipboard; outside of the data nothing changes
+
+Q_SIGNALS:
+    void textChanged(const QString& text); ///< see text()
+    void onChanged(bool on); ///< see isOn()
+
+protected:
+    bool handleEvent(QEvent* event) override;
+    void plotChanged(Changes changes) override;
+    void paintOverlay(QPainter& painter, const PlotMapping& mapping) override;
+    bool isSaved() const override;
+
+private:
+    TARNIS_NO_EXPORT bool isShown() const;
+    TARNIS_NO_EXPORT QPointF value(const PlotMapping& mapping) const;
+    TARNIS_NO_EXPORT PlotReadOut readOut() const;
+    TARNIS_NO_EXPORT void renew();
+    TARNIS_NO_EXPORT bool handleKey(int key, Qt::KeyboardModifiers modifiers);
+
+    bool m_isOn = true;
+    bool m_isPinned = false;
+    bool m_isOver = false; // the pointer is in the plot rectangle
+    QPointF m_pointer; // in pixels of the widget
+    QPointF m_pin; // in values
+    QString m_text;
+};
+
+} // namespace tarnis

@@ -1,0 +1,35 @@
+// Small texts over a plot's picture, readable on any data.
+#pragma once
+
+#include <QPoint>
+#include <QRect>
+#include <QString>
+#include <Qt>
+
+QT_BEGIN_NAMESPACE
+class QColor;
+class QPainter;
+QT_END_NAMESPACE
+
+namespace tarnis {
+
+enum class LabelStyle {
+    Plain, ///< dark, with light text
+    Selected, ///< inverted
+    Button ///< with a border: it answers a click
+};
+
+/// Draws the text in a box whose corner or edge given by `alignment` is at `at`. Returns the box.
+QRect paintLabel(QPainter& painter, const QString& text, const QPoint& at, Qt::Alignment alignment,
+    LabelStyle style = LabelStyle::Plain);
+
+/// The size of that box.
+QSize labelSize(const QPainter& painter, const QString& text);
+
+/// Draws a line that shows on light and on dark pixels.
+void paintLine(QPainter& painter, const QPointF& from, const QPointF& to, const QColor& color, bool dashed = false);
+
+/// A coordinate that a painter can reckon with, wherever a value is.
+double limitedCoordinate(double coordinate);
+
+} // namespace tarnis

@@ -1,0 +1,94 @@
+// Zooming and moving a plot by wheel, middle button, touchpad and keys, with a way back.
+#pragma once
+
+#include <tarnis/plots/plotoverlay.h>
+#include <tarnis/tools/interactivetool.h>
+
+#include <memory>
+
+QT_BEGIN_NAMESPACE
+class QKeyEvent;
+class QMouseEvent;
+class QNativeGestureEvent;
+class QWheelEvent;
+QT_END_NAMESPACE
+
+namespace tarnis {
+
+/// Attached to a plot, it adds these gestures; all others stay with the plot.
+///
+/// - Wheel over the plot: zooms at the pointer, curves along X, maps along both axes; with Shift along Y, with Ctrl
+/// along
+///   both. Wheel over an axis: that axis. Wheel over the colour bar of a map: the upper limit, with Shift the lower
+///   one. Inside a scroll area a wheel without Ctrl needs the plot to have the keyboard focus.
+/// - Middle drag: moves the plot, begun on an axis along that axis. Escape cancels it.
+/// - Double click, while no tool of the mouse is chosen: both axes follow the data again; on an axis, that axis.
+/// - Backspace and Alt+Left go back to the previous view, Alt+Right forward again; so do the side buttons of a mouse.
+/// - Arrows move, plus and minus zoom along X, Page Up and Page Down along Y, Home shows everything; G switches the
+/// grid,
+///   L the logarithmic scale.
+///
+/// A change by hand stops automatic scaling of that axis only; a mark "X held" or "Y held" on the plot resumes it with
+/// a click. Such a range stays when the host sets the axis up again with initManualX() or initManualY(), unless the new
+/// axis does not reach it. Zooming ends at 4 bins, 1 count or a tenth of a decade, and at 1.2 times the data. The
+/// history keeps 50 views: ranges, limits of colours, scale type and which axes follow the data. One gesture is one
+/// entry, also one of the plot's own tools; data never make one.
+class TARNIS_EXPORT PlotNavigator : public InteractiveTool, protected PlotOverlay {
+    Q_OBJECT
+
+public:
+    /// Attaches to the plot, which owns the navigator.
+    explicit PlotNavigator(XYGraphWidget* plot);
+    ~PlotNavigator() override;
+
+    bool canGoBack() const; ///< there is a previous view
+    bool canGoForward() const; ///< the user went back from a view
+    /// Whether the user has changed the range of an axis, which therefore does not follow the data.
+    bool isHeld(Qt::Orientation axis) const;
+
+public Q_SLOTS:
+    /// The previous or next view. Without one, message() says so. @{
+    void goBack();
+    void goForward();
+    /// @}
+    void goHome(); ///< both axes follow the data; goBack() takes it back
+    void zoomIn(); ///< one step about the middle, along X on curves and along both axes on maps
+    void zoomOut(); ///< the opposite
+    /// The axis follows the data again. @{
+    void fitX();
+    void fitY();
+    /// @}
+
+Q_SIGNALS:
+    void historyChanged(); ///< canGoBack(), canGoForward() or isHeld() may have changed
+    void message(const QString& text); ///< a sentence for a status bar, in the application's language
+
+protected:
+    bool handleEvent(QEvent* event) override;
+    void plotChanged(Changes changes) override;
+    void axisInitialized(Qt::Orientation axis, double previousMin, double previousMax) override;
+    void paintOverlay(QPainter& painter, const PlotMapping& mapping) override;
+    bool isSaved() const override;
+
+private:
+    struct Internals;
+    TARNIS_NO_EXPORT bool handleWheel(QWheelEvent& event);
+    TARNIS_NO_EXPORT bool handlePinch(const QNativeGestureEvent& event);
+    TARNIS_NO_EXPORT bool handlePress(const QMouseEvent& event);
+    TARNIS_NO_EXPORT bool handleMove(const QMouseEvent& event);
+    TARNIS_NO_EXPORT bool handleRelease(const QMouseEvent& event);
+    TARNIS_NO_EXPORT bool handleDoubleClick(const QMouseEvent& event);
+    TARNIS_NO_EXPORT bool handleKey(const QKeyEvent& event);
+    TARNIS_NO_EXPORT void beginPan(const QPointF& position, quint64 timeMs);
+    TARNIS_NO_EXPORT void endPan(bool cancel);
+    TARNIS_NO_EXPORT void zoomAxis(Qt::Orientation axis, double share, int eighths);
+    TARNIS_NO_EXPORT void zoomLevels(bool upper, int eighths);
+    TARNIS_NO_EXPORT void noteChange();
+    TARNIS_NO_EXPORT void commit(int kind, int serial, quint64 timeMs);
+    TARNIS_NO_EXPORT void zoomAboutMiddle(int eighths);
+    TARNIS_NO_EXPORT void fit(Qt::Orientation axis, bool both);
+
+    std::unique_ptr<Internals> m_data;
+};
+
+} // namespace tarnis

@@ -1,0 +1,198 @@
+// The cross and its read-out: bins, sums, empty bins, places outside of the data, live data, pin and copy.
+#include "support/support.h"
+
+#include <tarnis/plots/multivectorgraphwidget.h>
+#include <tarnis/plots/plotmapping.h>
+#include <tarnis/plots/vectorgraphwidget.h>
+#include <tarnis/plots/xy2dgraphwidget.h>
+#include <tarnis/tools/plotcrosshair.h>
+
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QMouseEvent>
+#include <QSignalSpy>
+#include <QTest>
+
+#include <cmath>
+#include <memory>
+
+using namespace tarnis;
+
+namespace {
+
+void show(XYGraphWidget& plot)
+{
+    plot.m_doubleBuffered = true;
+    plot.resize(500, 400);
+    plot.show();
+    plot.activateWindow();
+    if (!QTest::qWaitForWindowActive(&plot))
+        qFatal("no window");
+    plot.setFocus();
+    plot.grab();
+}
+
+void moveTo(XYGraphWidget& plot, double x, double y)
+{
+    const QPointF at = PlotMapping::of(plot).pixelOf({ x, y });
+    QMouseEvent event(QEvent::MouseMove, at, plot.mapToGlobal(at), Qt::NoButton, Qt::NoButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(&plot, &event);
+}
+
+/// Ten samples from 0 to 9, the third empty, on an axis from 0 to 100.
+void fill(VectorGraphWidget& plot)
+{
+    plot.init("Time", "Counts", 100, 10, true, true);
+    plot.initManualX(0, 100);
+    plot.setData({ 4, 1, 0, std::nan(""), 2.5, 5, 6, 7, 1234567, 9 });
+    plot.setMaxValue(9);
+}
+
+} // namespace
+
+class TestPlotCrosshair : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void readsTheBinUnderThePointer_data()
+    {
+        QTest::addColumn<double>("x");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("count") << 5.0 << "Time [0, 10) bin 0   4 ± 2";
+        QTest::newRow("empty") << 29.0 << "Time [20, 30) bin 2   0";
+        QTest::newRow("not a number") << 35.0 << "Time [30, 40) bin 3   no data";
+        QTest::newRow("real") << 45.0 << "Time [40, 50) bin 4   2.5";
+        QTest::newRow("all digits") << 85.0 << QStringLiteral("Time [80, 90) bin 8   1234567 ± 1.11e+03");
+    }
+    void readsTheBinUnderThePointer()
+    {
+        QFETCH(double, x);
+        QFETCH(QString, text);
+        VectorGraphWidget plot;
+        fill(plot);
+        auto* const cross = new PlotCrosshair(&plot);
+        show(plot);
+        moveTo(plot, x, 5);
+        QCOMPARE(cross->text(), text);
+    }
+
+    void readsADashOutsideOfTheData()
+    {
+        VectorGraphWidget plot;
+        fill(plot);
+        auto* const cross = new PlotCrosshair(&plot);
+        plot.onAutoScaleX(false);
+        plot.setMinMaxX(-50, 200);
+        show(plot);
+        moveTo(plot, 150, 5);
+        QCOMPARE(cross->text(), QStringLiteral("–"));
+        QVERIFY(cross->table().isEmpty());
+    }
+
+    void readsEveryVisibleCurve()
+    {
+        MultiVectorGraphWidget plot;
+        plot.init("Channel", "Counts", 0, 0, true, true);
+        plot.m_groupSize = 1;
+        for (int i = 0; i < 3; ++i)
+            plot.setData(i, { 1.0 + i, 10.0 + i }, 12);
+        plot.resizeData(3);
+        plot.setEnable(1, false);
+        auto* const cross = new PlotCrosshair(&plot);
+        show(plot);
+        moveTo(plot, 1.5, 5);
+        QCOMPARE(cross->text(), QStringLiteral("Channel [1, 2) bin 1   0: 10 ± 3.16   2: 12 ± 3.46"));
+        plot.setAddType(MultiVectorGraphWidget::AddAll);
+        QCOMPARE(cross->table(), QStringLiteral("bin\tlo\thi\tvalue\n1\t1\t2\t22\n")); // of those that are shown
+    }
+
+    void readsAMap()
+    {
+        XY2DGraphWidget map;
+        map.init("X", "Y", 4, 2, true, true);
+        map.initManualX(0, 4);
+        map.initManualY(0, 2);
+        map.setData(0, { 0, 0, 0, 0 }, 0, false);
+        map.setData(1, { 0, 7 }, 7, false); // a short row
+        auto* const cross = new PlotCrosshair(&map);
+        show(map);
+        moveTo(map, 1.5, 1.5);
+        QCOMPARE(cross->text(), QStringLiteral("X [1, 2) bin 1   Y [1, 2) bin 1   7 ± 2.65"));
+        moveTo(map, 0.5, 0.5);
+        QVERIFY(cross->text().endsWith(QStringLiteral("bin 0   0")));
+        moveTo(map, 3.5, 1.5);
+        QVERIFY(cross->text().endsWith(QStringLiteral("–")));
+    }
+
+    void followsDataWhileThePointerRests()
+    {
+        VectorGraphWidget plot;
+        fill(plot);
+        auto* const cross = new PlotCrosshair(&plot);
+        show(plot);
+        moveTo(plot, 5, 5);
+        const QSignalSpy spy(cross, &PlotCrosshair::textChanged);
+        plot.setData(QList<double>(10, 9.0));
+        plot.refreshPixmap();
+        QCoreApplication::processEvents();
+        QVERIFY(cross->text().endsWith(QStringLiteral("9 ± 3")));
+        QCOMPARE(spy.count(), 1);
+    }
+
+    void pinsAndCopies()
+    {
+        VectorGraphWidget plot;
+        fill(plot);
+        auto* const cross = new PlotCrosshair(&plot);
+        show(plot);
+        moveTo(plot, 15, 5);
+        QTest::keyClick(&plot, Qt::Key_P);
+        QVERIFY(cross->isPinned());
+        moveTo(plot, 75, 5);
+        QVERIFY(cross->text().endsWith(QStringLiteral("bin 1   1 ± 1")));
+        QTest::keyClick(&plot, Qt::Key_C, Qt::ControlModifier);
+        QCOMPARE(QGuiApplication::clipboard()->text(), QStringLiteral("bin\tlo\thi\tvalue\n1\t10\t20\t1\n"));
+        QTest::keyClick(&plot, Qt::Key_Escape);
+        QVERIFY(!cross->isPinned());
+        QTest::keyClick(&plot, Qt::Key_C);
+        QVERIFY(!cross->isOn());
+        QVERIFY(cross->text().isEmpty());
+    }
+
+    void drawsOverThePictureOnly()
+    {
+        VectorGraphWidget plot;
+        fill(plot);
+        show(plot);
+        const QImage before = plot.grab().toImage();
+        const QSignalSpy painted(&plot, &DoubleBufferedWidget::painted);
+        auto* const cross = new PlotCrosshair(&plot);
+        moveTo(plot, 55, 5);
+        QVERIFY(plot.grab().toImage() != before);
+        const std::unique_ptr<QPixmap> saved(plot.toPixmap());
+        QCOMPARE(saved->toImage(), before); // a cross that is not pinned stays out of files
+        cross->pinAt({ 55, 5 });
+        const std::unique_ptr<QPixmap> pinned(plot.toPixmap());
+        QVERIFY(pinned->toImage() != before);
+        delete cross;
+        QCOMPARE(plot.grab().toImage(), before);
+        QCOMPARE(painted.count(), 0);
+    }
+
+    void survivesPlotsWithoutDataOrSize()
+    {
+        MultiVectorGraphWidget plot;
+        auto* const cross = new PlotCrosshair(&plot);
+        plot.resize(0, 0);
+        plot.grab();
+        cross->pinAt({ 1, 1 });
+        cross->pinAt({ std::nan(""), INFINITY });
+        plot.resize(300, 200);
+        plot.grab();
+        QCOMPARE(cross->text(), QStringLiteral("–"));
+        cross->copy();
+    }
+};
+
+QTEST_MAIN(TestPlotCrosshair)
+#include "tst_plotcrosshair.moc"
