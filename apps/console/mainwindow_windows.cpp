@@ -1,0 +1,101 @@
+// The windows that the main window opens: their menu, what keeps them from opening, and how they are laid out.
+#include "mainwindow.h"
+
+#include "app/availability.h"
+#include "command/commandpanel.h"
+#include "histograms/histogramwindowupdater.h"
+#include "histograms/serverhistograms.h"
+#include "server/servercontroller.h"
+#include "ui_mainwindow.h"
+#include "windows/openwindows.h"
+
+#include <QGuiApplication>
+
+#include <utility>
+
+namespace console {
+
+void MainWindow::addWindowActions()
+{
+    for (const WindowEntry& entry : m_entries) {
+        QAction* action = ui->windowsMenu->addAction(entry.menuText);
+        action->setObjectName(entry.id);
+        if (m_windowActions.size() < 9)
+            action->setShortcut(QKeySequence(Qt::CTRL | Qt::Key(Qt::Key_1 + int(m_windowActions.size()))));
+        else
+            action->setShortcut(QKeySequence(entry.shortcut));
+        connect(action, &QAction::triggered, this, [this, id = entry.id] { openWindow(id); });
+        m_windowActions.append(action);
+    }
+    ui->windowsMenu->addSeparator();
+    connect(ui->windowsMenu, &QMenu::aboutToShow, this, &MainWindow::updateArranging);
+    connect(ui->windowsMenu, &QMenu::aboutToShow, this, &MainWindow::listOpenWindows);
+    ui->windowsMenu->addActions({ ui->tileAction, ui->cascadeAction, ui->closeWindowsAction });
+}
+
+QWidget* MainWindow::openWindow(const WindowEntry& entry)
+{
+    if (!refusal(entry).isEmpty())
+        return nullptr;
+    const auto make = [this, &entry] {
+        return entry.open({ *m_controller, m_commandPanel->link(), this, *m_commandPanel, *m_windows, m_memory,
+            *m_histograms, *m_follower });
+    };
+    const auto title = [&entry] { return entry.title; };
+    if (entry.histogram.isEmpty())
+        return m_windows->show(entry.id, make, title);
+    using Listed = HistogramWindow::Listed;
+    return m_follower->show({ entry.id, entry.histogram, m_histograms->find(entry.histogram),
+        [make](const Listed&) { return make(); }, [title](const Listed&) { return title(); } });
+}
+
+void MainWindow::openWindow(const QString& id)
+{
+    for (const WindowEntry& entry : m_entries) {
+        if (entry.id == id)
+            openWindow(entry);
+    }
+}
+
+QString MainWindow::refusal(const WindowEntry& entry) const
+{
+    if (entry.needsServer && m_controller->state() != ServerState::Up)
+        return tr("Needs a connected server");
+    if (QString reason = m_histograms->refusal(entry.histogram); !reason.isEmpty())
+        return reason;
+    return entry.refusal ? entry.refusal(*m_controller) : QString();
+}
+
+void MainWindow::updateArranging()
+{
+    const bool isAnyOpen = !m_windows->onScreen().isEmpty();
+    const bool canPlace = canPlaceWindows(QGuiApplication::platformName());
+    const QString reason = canPlace
+        ? tr("No window is open")
+        : tr("This desktop (Wayland) places windows itself; started with QT_QPA_PLATFORM=xcb the console can do it");
+    setAvailable(ui->tileAction, canPlace && isAnyOpen, tr("Lay all open windows side by side"), reason);
+    setAvailable(ui->cascadeAction, canPlace && isAnyOpen, tr("Lay all open windows one behind the other"), reason);
+    setAvailable(ui->closeWindowsAction, isAnyOpen, tr("Close all windows but this one"), tr("No window is open"));
+}
+
+void MainWindow::listOpenWindows()
+{
+    qDeleteAll(m_openActions);
+    m_openActions.clear();
+    const QList<QWidget*> open = m_windows->all();
+    if (!open.isEmpty())
+        m_openActions.append(ui->windowsMenu->addSeparator());
+    for (QWidget* const window : open) {
+        const QString title = window->windowTitle().remove(QLatin1String("[*]")).replace(u'&', QLatin1String("&&"));
+        const QString number = QString::number(m_openActions.size());
+        QAction* const action =
+            ui->windowsMenu->addAction(m_openActions.size() < 10 ? QStringLiteral("&%1 %2").arg(number, title) : title);
+        action->setCheckable(true);
+        action->setChecked(window == m_windows->front());
+        action->setToolTip(tr("Bring this window forward"));
+        connect(action, &QAction::triggered, window, [window] { OpenWindows::bringForward(*window); });
+        m_openActions.append(action);
+    }
+}
+
+} // namespace console
