@@ -210,7 +210,7 @@ void XY2DGraphWidget::placeCutWindows()
     if (VectorGraphWidget* plot = cutPlot(m_cutXWindows)) {
         plot->getMargin(topLeft, bottomRight);
         const int height = tarnis::cutWindowExtent(place.plot.height());
-        QWidget* window = plot->window();
+        QWidget* window = m_cutXWindows.map.value(nullptr); // a host may have put it inside another window
         window->move(place.plot.left() - topLeft.width(), place.frameTop - height);
         window->resize(topLeft.width() + place.plot.width() + bottomRight.width(), height);
         plot->setLogScaleY(m_logScale);
@@ -218,7 +218,7 @@ void XY2DGraphWidget::placeCutWindows()
     }
     if (VectorGraphWidget* plot = cutPlot(m_cutYWindows)) {
         plot->getMargin(topLeft, bottomRight);
-        QWidget* window = plot->window();
+        QWidget* window = m_cutYWindows.map.value(nullptr);
         window->move(place.frameRight, place.plot.top() - topLeft.width());
         window->resize(
             tarnis::cutWindowExtent(place.plot.width()), place.plot.height() + topLeft.width() + bottomRight.width());
