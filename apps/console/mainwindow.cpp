@@ -2,6 +2,7 @@
 
 #include "app/availability.h"
 #include "app/colours.h"
+#include "app/columnscroll.h"
 #include "app/keyboarddialog.h"
 #include "app/languagemenu.h"
 #include "command/commandpanel.h"
@@ -9,6 +10,8 @@
 #include "histograms/histogramwindowupdater.h"
 #include "histograms/serverhistograms.h"
 #include "notices/messagelist.h"
+#include "run/runcontrol.h"
+#include "run/runpanel.h"
 #include "saves/savedialog.h"
 #include "saves/savereports.h"
 #include "server/connectdialog.h"
@@ -27,7 +30,9 @@
 #include <QApplication>
 #include <QEvent>
 #include <QMessageBox>
+#include <QScreen>
 #include <QSettings>
+#include <QSignalBlocker>
 
 #include <utility>
 
@@ -37,9 +42,9 @@ MainWindow::MainWindow(QSettings& memory, const QString& language)
     : m_memory(memory)
     , ui(std::make_unique<Ui::MainWindow>())
     , m_controller(new ServerController(this))
-    , m_saves(new SaveReports(*m_controller, [] { return QString(); }))
+    , m_saves(new SaveReports(*m_controller, [this] { return runNumber(); }))
     , m_entries(windowEntries())
-    , m_windows(new OpenWindows(*this))
+    , m_windows(new OpenWindows(*this, memory))
     , m_histograms(new ServerHistograms(*m_controller))
     , m_follower(new HistogramWindowUpdater(*m_windows, *m_histograms))
 {
@@ -50,8 +55,12 @@ MainWindow::MainWindow(QSettings& memory, const QString& language)
     m_settingsPanel = new SettingsPanel(*m_controller, this);
     m_stateWatch = new StatusPoller(
         *m_controller, [this] { return !m_commandPanel->isBusy(); }, this);
+    m_runPanel = new RunPanel(*m_controller, *m_stateWatch, ui->centre);
+    ui->centreLayout->insertWidget(1, m_runPanel);
+    ui->runMenu->addActions(m_runPanel->actions());
     ui->splitter->insertWidget(0, m_commandPanel);
-    ui->sideSplitter->insertWidget(0, m_settingsPanel);
+    ui->sideSplitter->insertWidget(0, new ColumnScroll(m_settingsPanel));
+    ui->splitter->setSizes({ 600, 500 });
     ui->splitter->setStretchFactor(0, 3);
     ui->splitter->setStretchFactor(1, 2);
     ui->sideSplitter->setStretchFactor(0, 3);
@@ -67,9 +76,12 @@ MainWindow::MainWindow(QSettings& memory, const QString& language)
         m_isRunGivenUp = false;
     });
     connect(m_controller, &ServerController::stateChanged, this, &MainWindow::updateControls);
+    connect(m_saves, &SaveReports::saved, m_stateWatch, &StatusPoller::noteSaved);
     connect(m_controller, &ServerController::notice, this, &MainWindow::onNotice);
     connect(m_controller, &ServerController::told, this, &MainWindow::onPassingNotice);
     connect(m_commandPanel, &CommandPanel::notice, this, &MainWindow::onPassingNotice);
+    connect(&m_runPanel->control(), &RunControl::notice, this, &MainWindow::onPassingNotice);
+    connect(&m_runPanel->control(), &RunControl::answered, m_commandPanel, &CommandPanel::addExchange);
     connect(m_commandPanel, &CommandPanel::accepted, m_settingsPanel, &SettingsPanel::onCommandAccepted);
     connect(m_settingsPanel, &SettingsPanel::basePathWanted, this, [this] { openWindow(QStringLiteral("base-path")); });
     connect(m_commandPanel, &CommandPanel::nothingLost, this, [this] {
@@ -88,6 +100,7 @@ MainWindow::MainWindow(QSettings& memory, const QString& language)
 MainWindow::~MainWindow()
 {
     m_controller->disconnect(this);
+    delete m_runPanel; // watches the poller
     delete m_stateWatch; // asks the panel
     delete m_commandPanel; // before the manager that their sessions come from
     delete m_settingsPanel;
@@ -163,8 +176,9 @@ void MainWindow::updateControls()
     const QString name = m_controller->serverName();
     const QString needsServer = tr("Needs a connected server");
 
-    ui->startAction->setText(isLocal ? tr("&Start") : tr("Co&nnect"));
-    ui->shutDownAction->setText(isLocal ? tr("Shut &Down") : tr("&Disconnect"));
+    ui->startAction->setText(isLocal ? tr("&Start Server") : tr("Co&nnect"));
+    ui->shutDownAction->setText(isLocal ? tr("Shut &Down Server") : tr("&Disconnect"));
+    ui->restartAction->setText(isLocal ? tr("&Restart Server") : tr("&Reconnect"));
     setAvailable(ui->startAction, canStart, isLocal ? tr("Start %1").arg(name) : tr("Connect to %1").arg(name),
         isStopping ? tr("Wait until the server has ended") : tr("A server is in use already"));
     setAvailable(ui->restartAction, isUp || state == ServerState::Failed,
@@ -180,16 +194,24 @@ void MainWindow::updateControls()
     setAvailable(
         ui->giveUpAction, m_commandPanel->isBusy(), tr("Stop waiting for the reply"), tr("No command is under way"));
     setAvailable(ui->readAction, isUp, tr("Ask the server for its settings"), needsServer);
-    for (QAction* action : { ui->downloadAction, ui->downloadSaveAction }) {
-        setAvailable(action, m_settingsPanel->canDownload(), tr("Send all settings to the server"),
-            isUp ? tr("Wait until the lines on their way are answered") : needsServer);
-    }
+    const bool canSend = m_settingsPanel->canDownload();
+    const QString wait = isUp ? tr("Wait until the lines on their way are answered") : needsServer;
+    setAvailable(ui->downloadAction, m_settingsPanel->hasChangesToSend(), tr("Send the settings to the server"),
+        canSend ? tr("There is nothing to send: all settings are as on the server") : wait);
+    setAvailable(ui->downloadSaveAction, canSend, tr("Send the settings and let the server store them"), wait);
+    const bool hasRecord = m_commandPanel->hasRecord();
+    const QString noRecord = tr("The record is empty");
+    setAvailable(ui->saveRecordAction, hasRecord, tr("Write the commands and replies to a text file"), noRecord);
+    setAvailable(ui->clearRecordAction, hasRecord, tr("Remove the commands and replies from the window"), noRecord);
     for (qsizetype i = 0; i < m_windowActions.size(); ++i) {
         const QString reason = refusal(m_entries.at(i));
         setAvailable(m_windowActions.at(i), reason.isEmpty(), m_entries.at(i).help, reason);
     }
+    ui->sideSplitter->widget(0)->setAccessibleName(tr("Settings and addresses"));
     updateArranging();
     showStatus();
+    if (m_isServerChosen)
+        reopenWindows();
 
     if (m_isClosing && state == ServerState::Off)
         QMetaObject::invokeMethod(this, &MainWindow::close, Qt::QueuedConnection);
@@ -302,6 +324,12 @@ void MainWindow::chooseServer(const ServerChoice& current, const QByteArray& cur
     dialog->open();
 }
 
+QString MainWindow::runNumber() const
+{
+    const std::optional<qint64> run = m_stateWatch->runStatus().run;
+    return run ? QString::number(*run) : QString();
+}
+
 void MainWindow::saveRecord()
 {
     auto* dialog =
@@ -311,6 +339,7 @@ void MainWindow::saveRecord()
         const QString error = tarnis::writeFile(path, m_commandPanel->recordText().toUtf8() + '\n');
         if (error.isEmpty())
             setSaveFilePath(path);
+        const QSignalBlocker blocker(m_saves); // the record is none of the server's data
         m_saves->report(*this, path, error);
     });
     dialog->open();
@@ -342,9 +371,12 @@ void MainWindow::setDark(bool isDark)
 void MainWindow::restore()
 {
     restoreGeometry(m_memory.value(QStringLiteral("window/geometry")).toByteArray());
+    if (const QScreen* const place = screen(); place && !isMaximized()) // with room for a frame
+        resize(size().boundedTo(place->availableGeometry().size() - QSize(2, 1) * fontMetrics().height()));
     ui->splitter->restoreState(m_memory.value(QStringLiteral("window/splitter")).toByteArray());
     ui->sideSplitter->restoreState(m_memory.value(QStringLiteral("window/sideSplitter")).toByteArray());
     ui->darkAction->setChecked(m_memory.value(QStringLiteral("window/dark")).toBool());
+    m_windowsToReopen = m_memory.value(QStringLiteral("windows/open")).toStringList();
     m_commandPanel->history().setEntries(m_memory.value(QStringLiteral("commands")).toStringList());
 }
 
@@ -355,6 +387,7 @@ void MainWindow::remember()
     m_memory.setValue(QStringLiteral("window/sideSplitter"), ui->sideSplitter->saveState());
     m_memory.setValue(QStringLiteral("window/dark"), ui->darkAction->isChecked());
     m_memory.setValue(QStringLiteral("commands"), m_commandPanel->history().entries());
+    rememberWindows();
     if (m_isServerChosen) // else what is kept may still be mended
         writeLastServer(m_memory, m_controller->choice(), m_controller->prompt());
     m_memory.sync();

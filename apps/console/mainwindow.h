@@ -22,6 +22,7 @@ namespace console {
 class CommandPanel;
 class HistogramWindowUpdater;
 class OpenWindows;
+class RunPanel;
 class ServerController;
 class ServerHistograms;
 class SaveReports;
@@ -69,6 +70,10 @@ protected:
     void updateControls();
     void updateArranging();
     void listOpenWindows();
+    WindowContext windowContext();
+    bool reopenWindow(const QString& id);
+    void reopenWindows();
+    void rememberWindows();
     void showStatus();
     void onNotice(const Notice& notice);
     void onPassingNotice(const Notice& notice);
@@ -79,6 +84,7 @@ protected:
     void unlessRunMatters(const std::function<void()>& deed, const std::function<void()>& otherwise = {});
     void chooseServer();
     void startAgain();
+    QString runNumber() const;
     void saveRecord();
     void showKeyboard();
     void showAbout();
@@ -93,12 +99,15 @@ protected:
     CommandPanel* m_commandPanel;
     SettingsPanel* m_settingsPanel;
     StatusPoller* m_stateWatch;
+    RunPanel* m_runPanel;
     std::vector<WindowEntry> m_entries; ///< never grows: open windows refer to their entries
     QList<QAction*> m_windowActions; ///< one for each entry
     QList<QAction*> m_openActions; ///< the open windows as the menu last showed them
     OpenWindows* m_windows;
     ServerHistograms* m_histograms;
     HistogramWindowUpdater* m_follower;
+    QStringList m_windowsToReopen; ///< those of the last run that could not be opened yet
+    bool m_isReopening = false;
     bool m_isServerChosen = false;
     bool m_isMemoryFaultTold = false;
     bool m_isRunGivenUp = false; ///< the person who closes the window knows that a run ends

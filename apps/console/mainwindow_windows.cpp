@@ -3,6 +3,7 @@
 
 #include "app/availability.h"
 #include "command/commandpanel.h"
+#include "histograms/histogramchooser.h"
 #include "histograms/histogramwindowupdater.h"
 #include "histograms/serverhistograms.h"
 #include "server/servercontroller.h"
@@ -10,10 +11,19 @@
 #include "windows/openwindows.h"
 
 #include <QGuiApplication>
+#include <QScopedValueRollback>
+#include <QSettings>
 
 #include <utility>
 
 namespace console {
+
+namespace {
+
+constexpr QLatin1String histogramPrefix("histogram "); // of the ids of windows that the chooser opens
+constexpr QLatin1String openWindowsKey("windows/open");
+
+} // namespace
 
 void MainWindow::addWindowActions()
 {
@@ -37,10 +47,7 @@ QWidget* MainWindow::openWindow(const WindowEntry& entry)
 {
     if (!refusal(entry).isEmpty())
         return nullptr;
-    const auto make = [this, &entry] {
-        return entry.open({ *m_controller, m_commandPanel->link(), this, *m_commandPanel, *m_windows, m_memory,
-            *m_histograms, *m_follower });
-    };
+    const auto make = [this, &entry] { return entry.open(windowContext()); };
     const auto title = [&entry] { return entry.title; };
     if (entry.histogram.isEmpty())
         return m_windows->show(entry.id, make, title);
@@ -96,6 +103,53 @@ void MainWindow::listOpenWindows()
         connect(action, &QAction::triggered, window, [window] { OpenWindows::bringForward(*window); });
         m_openActions.append(action);
     }
+}
+
+WindowContext MainWindow::windowContext()
+{
+    return { *m_controller, m_commandPanel->link(), this, *m_commandPanel, *m_windows, m_memory, *m_histograms,
+        *m_follower, *m_stateWatch };
+}
+
+bool MainWindow::reopenWindow(const QString& id)
+{
+    if (id.startsWith(histogramPrefix)) {
+        const auto histogram = m_histograms->find(id.mid(histogramPrefix.size()));
+        if (!histogram || m_controller->state() != ServerState::Up)
+            return false;
+        openHistogram(windowContext(), *histogram);
+        return true;
+    }
+    for (const WindowEntry& entry : std::as_const(m_entries)) {
+        if (entry.id == id)
+            return openWindow(entry) != nullptr;
+    }
+    return true; // of another version: forgotten
+}
+
+/// Each as soon as its server and histogram are there.
+void MainWindow::reopenWindows()
+{
+    if (m_windowsToReopen.isEmpty() || m_isReopening || m_isClosing || !isVisible())
+        return;
+    const QScopedValueRollback guard(m_isReopening, true);
+    const bool wasActive = isActiveWindow();
+    const qsizetype before = m_windowsToReopen.size();
+    m_windowsToReopen.removeIf([this](const QString& id) { return reopenWindow(id); });
+    if (wasActive && m_windowsToReopen.size() != before)
+        activateWindow();
+}
+
+void MainWindow::rememberWindows()
+{
+    QStringList open = m_windows->ids();
+    for (const QString& id : std::as_const(m_windowsToReopen)) {
+        if (!open.contains(id))
+            open.append(id); // its server has not been there
+    }
+    open.removeIf([](const QString& id) { return id == u"base-path" || id == u"server-files" || id == u"histograms"; });
+    m_memory.setValue(openWindowsKey, open);
+    m_windows->storePlaces();
 }
 
 } // namespace console

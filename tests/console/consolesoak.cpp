@@ -192,7 +192,7 @@ public:
         : m_window(window)
         , m_log(logFile)
         , m_context { window.controller(), window.commandPanel().link(), &window, window.commandPanel(),
-            window.windows(), memory, window.histograms(), window.follower() }
+            window.windows(), memory, window.histograms(), window.follower(), window.stateWatch() }
     {
     }
 

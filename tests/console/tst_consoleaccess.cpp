@@ -369,6 +369,57 @@ private Q_SLOTS:
         QVERIFY2(nameless.isEmpty(), qPrintable(nameless.join(u'\n')));
     }
 
+    void everyControlExplainsItself_data()
+    {
+        QTest::addColumn<QString>("language");
+        QTest::newRow("English") << QStringLiteral("en");
+        QTest::newRow("German") << QStringLiteral("de");
+    }
+    void everyControlExplainsItself()
+    {
+        QFETCH(QString, language);
+        setLanguage(QStringLiteral("en"));
+        const BoxesFixture full;
+        QVERIFY(full.speaks(language));
+        QCoreApplication::processEvents();
+        QStringList silent;
+        for (const QWidget* const window : full.all()) {
+            const auto widgets = window->findChildren<QWidget*>();
+            for (const QWidget* const widget : widgets) {
+                const auto* const button = qobject_cast<const QAbstractButton*>(widget);
+                const bool isExplained = button || qobject_cast<const QLineEdit*>(widget)
+                    || qobject_cast<const QAbstractSpinBox*>(widget) || qobject_cast<const QComboBox*>(widget);
+                if (!isExplained || isInner(*widget) || widget->window() != window)
+                    continue;
+                if (widget->toolTip().isEmpty() || (button && widget->toolTip() == button->text().remove(u'&')))
+                    silent.append(placeOf(*widget));
+            }
+        }
+        for (const QMenu* const menu : full.desk.window->findChildren<QMenu*>()) {
+            for (const QAction* const action : menu->actions()) {
+                const bool isOpenWindow = action->isSeparator() || action->menu() || action->text().startsWith(u'&');
+                if (!isOpenWindow && action->toolTip() == action->text().remove(u'&'))
+                    silent.append(action->text());
+            }
+        }
+        QVERIFY2(silent.isEmpty(), qPrintable(silent.join(u'\n')));
+    }
+
+    void theButtonsOfAnEmptyListOfRegionsAreOff()
+    {
+        const BoxesFixture full;
+        auto& plot = *full.desk.window->findChild<Graph2DDialog*>()->getGraphWidget();
+        QWidget& box = *plot.GetViewSelectedROI()->window();
+        auto* const remove = box.findChild<QPushButton*>(QStringLiteral("deleteButton"));
+        auto* const clear = box.findChild<QPushButton*>(QStringLiteral("clearButton"));
+        QVERIFY(!remove->isEnabled() && !clear->isEnabled());
+        QVERIFY(!remove->toolTip().isEmpty());
+        plot.GetViewSelectedROI()->addRoi(QRect(0, 0, 1, 1));
+        QTRY_VERIFY(remove->isEnabled() && clear->isEnabled());
+        plot.GetViewSelectedROI()->clear();
+        QTRY_VERIFY(!remove->isEnabled() && !clear->isEnabled());
+    }
+
     void everyWindowHasATitle_data() { languageRows(); }
     void everyWindowHasATitle()
     {

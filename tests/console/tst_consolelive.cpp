@@ -95,7 +95,7 @@ struct LiveWindows {
     {
         return curves->isVisible() && map->isVisible() && statistics->isVisible() && curves->getGraphWidget()->hasData()
             && map->getGraphWidget()->getMaxValue() > 0.0 && statistics->table()->rowCount() > 0
-            && curves->findChild<QComboBox*>(QStringLiteral("typeComboBox"))->currentText() == u"All";
+            && curves->findChild<QComboBox*>(QStringLiteral("typeComboBox"))->currentText() == u"Sum of All";
     }
     bool canUpdate() const
     {
@@ -134,7 +134,7 @@ private Q_SLOTS:
         QVERIFY(desk.reaches(ServerState::Up));
         const LiveWindows live(desk);
         QVERIFY(live.areFilled());
-        live.curves->findChild<QComboBox*>(QStringLiteral("typeComboBox"))->setCurrentText(QStringLiteral("All"));
+        live.curves->findChild<QComboBox*>(QStringLiteral("typeComboBox"))->setCurrentText(QStringLiteral("Sum of All"));
 
         desk.choose(deed.constData());
         QVERIFY(live.allSay(QStringLiteral("goes on")));
@@ -162,7 +162,7 @@ private Q_SLOTS:
         QVERIFY(desk.reaches(ServerState::Up));
         const LiveWindows live(desk);
         QVERIFY(live.areFilled());
-        live.curves->findChild<QComboBox*>(QStringLiteral("typeComboBox"))->setCurrentText(QStringLiteral("All"));
+        live.curves->findChild<QComboBox*>(QStringLiteral("typeComboBox"))->setCurrentText(QStringLiteral("Sum of All"));
         server.reset();
         QVERIFY(live.allSay(QStringLiteral("goes on")));
         QVERIFY(desk.reaches(ServerState::Failed));

@@ -392,7 +392,7 @@ private Q_SLOTS:
             static QString titleOf(const VectorGraphWidget& plot) { return plot.*(&Plot::m_title); }
         };
         ConsoleFixture desk;
-        const RateWindow window(desk.window->controller(), nullptr);
+        const RateWindow window(desk.window->controller(), desk.window->stateWatch(), nullptr);
         const auto* const plot = window.findChild<VectorGraphWidget*>();
         QCOMPARE(Plot::titleOf(*plot), QStringLiteral("Event Rate"));
         setLanguage(QStringLiteral("de"));

@@ -7,6 +7,7 @@
 
 #include <QCheckBox>
 #include <QPushButton>
+#include <QTableView>
 
 using namespace console;
 using namespace tarnis::testing;
@@ -90,6 +91,7 @@ private Q_SLOTS:
         QVERIFY(desk.hasRead(server, 1));
         const auto& path = desk.widget<QLineEdit>("pathEdit");
         QTRY_COMPARE_WITH_TIMEOUT(path.text(), QStringLiteral("/data"), timeoutMs);
+        QVERIFY(desk.edit("rate", "20"));
         auto& pressed = desk.widget<QPushButton>(button.constData());
         pressed.setFocus();
         QVERIFY(desk.pressed(button.constData()));
@@ -106,6 +108,8 @@ private Q_SLOTS:
         SettingsDesk desk;
         desk.use(server);
         QVERIFY(desk.hasRead(server, 1));
+        QTRY_COMPARE_WITH_TIMEOUT(desk.here("rate"), QStringLiteral("10"), timeoutMs);
+        QVERIFY(desk.edit("rate", "20"));
         auto& button = desk.widget<QPushButton>("downloadButton");
         QTRY_VERIFY_WITH_TIMEOUT(button.isEnabled(), timeoutMs);
         button.setFocus();
@@ -140,12 +144,12 @@ private Q_SLOTS:
         SettingsDesk desk;
         desk.use(server);
         QVERIFY(desk.hasRead(server, 1));
-        desk.press("downloadButton");
+        desk.press("saveButton");
         QVERIFY(server.waitForHold("gate"));
-        QVERIFY(!desk.widget<QPushButton>("downloadButton").isEnabled());
-        QVERIFY(!desk.widget<QPushButton>("downloadButton").toolTip().isEmpty());
+        QVERIFY(!desk.widget<QPushButton>("saveButton").isEnabled());
+        QVERIFY(!desk.widget<QPushButton>("saveButton").toolTip().isEmpty());
         server.open("gate");
-        QTRY_VERIFY_WITH_TIMEOUT(desk.widget<QPushButton>("downloadButton").isEnabled(), timeoutMs);
+        QTRY_VERIFY_WITH_TIMEOUT(desk.widget<QPushButton>("saveButton").isEnabled(), timeoutMs);
         QCOMPARE(server.requests().count("setting rate:10 "), 1);
     }
 
@@ -246,7 +250,7 @@ private Q_SLOTS:
     {
         QTest::addColumn<QByteArray>("button");
         QTest::newRow("reading") << QByteArray("readButton");
-        QTest::newRow("sending") << QByteArray("downloadButton");
+        QTest::newRow("sending") << QByteArray("saveButton");
     }
     void nothingIsUnderWayToADeadServer()
     {
@@ -402,6 +406,50 @@ private Q_SLOTS:
         desk.use(two);
         QTRY_COMPARE_WITH_TIMEOUT(desk.here("rate"), QStringLiteral("5"), timeoutMs);
         QVERIFY(desk.model().changedNames().isEmpty());
+    }
+
+    void whatCannotBeDoneIsOff()
+    {
+        ScriptedServer server;
+        server.answer("setting", told("rate: 10\n"));
+        SettingsDesk desk;
+        auto& send = desk.widget<QPushButton>("downloadButton");
+        auto& remove = desk.widget<QPushButton>("removeButton");
+        auto& address = desk.widget<QPushButton>("addressButton");
+        desk.widget<QLineEdit>("ipEdit").setText(QStringLiteral("192.168.0.16"));
+        QVERIFY(!send.isEnabled());
+        QVERIFY(!address.isEnabled());
+        desk.use(server);
+        QVERIFY(desk.hasRead(server, 1));
+        QTRY_COMPARE_WITH_TIMEOUT(desk.here("rate"), QStringLiteral("10"), timeoutMs);
+        desk.widget<QLineEdit>("ipEdit").setText(QStringLiteral("192.168.0.16"));
+        QVERIFY(address.isEnabled());
+        QVERIFY(!send.isEnabled()); // nothing was changed
+        QVERIFY(!send.toolTip().isEmpty());
+        desk.widget<QTableView>("table").setCurrentIndex(desk.model().index(0, SettingsModel::Value));
+        QVERIFY(!remove.isEnabled()); // the server has it
+        QVERIFY(desk.model().add(QStringLiteral("user.note"), QStringLiteral("x")));
+        QVERIFY(send.isEnabled());
+        const int row = desk.model().rowOf(QStringLiteral("user.note"));
+        desk.widget<QTableView>("table").setCurrentIndex(desk.model().index(row, SettingsModel::Value));
+        QVERIFY(remove.isEnabled());
+    }
+
+    void anEmptyRecordIsNeitherSavedNorCleared()
+    {
+        ScriptedServer server;
+        server.answer("pwd", told("/\n"));
+        SettingsDesk desk;
+        desk.choose("clearRecordAction");
+        QVERIFY(!desk.widget<QAction>("clearRecordAction").isEnabled());
+        QVERIFY(!desk.widget<QAction>("saveRecordAction").isEnabled());
+        desk.use(server);
+        QVERIFY(desk.reaches(ServerState::Up));
+        desk.send(QStringLiteral("pwd"));
+        QVERIFY(desk.shows(QStringLiteral("> pwd")));
+        QVERIFY(desk.widget<QAction>("clearRecordAction").isEnabled());
+        desk.choose("clearRecordAction");
+        QTRY_VERIFY(!desk.widget<QAction>("clearRecordAction").isEnabled());
     }
 };
 

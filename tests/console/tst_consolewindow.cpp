@@ -539,7 +539,10 @@ private Q_SLOTS:
 
     void theReadoutAddressGoesToTheSettings()
     {
+        const ScriptedServer server;
         ConsoleFixture desk;
+        desk.use(server);
+        QVERIFY(desk.reaches(ServerState::Up));
         Tarnis& tarnis = desk.window->controller().tarnis();
         desk.widget<QLineEdit>("ipEdit").setText(QStringLiteral("10.0.0"));
         QVERIFY(!desk.widget<QPushButton>("addressButton").isEnabled());

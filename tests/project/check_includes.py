@@ -37,6 +37,7 @@ CONSOLE_ROOMS = {
     "saves": {"app", "notices", "server"},
     "command": {"app", "notices", "server"},
     "settings": {"app", "notices", "server"},
+    "run": {"app", "notices", "server"},
     "windows": {"app", "notices", "server"},
     "browse": {"app", "notices", "server", "command", "settings", "windows"},
     "histograms": {"app", "notices", "server", "saves", "windows"},

@@ -44,9 +44,10 @@ void enable(QWidget& control, bool isEnabled)
 
 void setAvailable(QWidget* control, bool isAvailable, const QString& help, const QString& reason)
 {
+    const QString usual = help.isEmpty() ? control->property(helpProperty).toString() : help;
     enable(*control, isAvailable);
-    control->setToolTip(isAvailable ? help : reason);
-    control->setAccessibleDescription(isAvailable ? help : reason);
+    control->setToolTip(isAvailable ? usual : reason);
+    control->setAccessibleDescription(isAvailable ? usual : reason);
 }
 
 void setAvailable(QAction* action, bool isAvailable, const QString& help, const QString& reason)

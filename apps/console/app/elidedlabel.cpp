@@ -5,11 +5,20 @@
 #include <QStyle>
 #include <QToolTip>
 
+#include <algorithm>
+
 namespace console {
+
+namespace {
+
+constexpr int minChars = 14;
+
+} // namespace
 
 QSize ElidedLabel::minimumSizeHint() const
 {
-    return { 0, QLabel::minimumSizeHint().height() };
+    const QSize whole = QLabel::minimumSizeHint();
+    return { std::min(whole.width(), fontMetrics().averageCharWidth() * minChars), whole.height() };
 }
 
 void ElidedLabel::paintEvent(QPaintEvent* /*event*/)

@@ -21,6 +21,7 @@ LanguageMenu::LanguageMenu(QSettings& memory, const QString& language, QWidget* 
     , m_desktopAction(addAction(QString()))
 {
     setObjectName(QStringLiteral("languageMenu"));
+    setToolTipsVisible(true);
     m_desktopAction->setData(QString());
     const QList<Language> all = languages();
     for (const Language& known : all)
@@ -51,6 +52,10 @@ void LanguageMenu::setTexts()
 {
     setTitle(tr("&Language"));
     m_desktopAction->setText(tr("As on the &Desktop"));
+    const QList<QAction*> choices = actions();
+    for (QAction* const action : choices)
+        action->setToolTip(tr("Show all texts in this language"));
+    m_desktopAction->setToolTip(tr("Show all texts in the language of the desktop"));
 }
 
 void LanguageMenu::changeEvent(QEvent* event)

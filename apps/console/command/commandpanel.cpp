@@ -2,8 +2,8 @@
 
 #include "app/availability.h"
 #include "command/history.h"
-#include "server/replytext.h"
 #include "command/uploader.h"
+#include "server/replytext.h"
 #include "server/servercontroller.h"
 #include "ui_commandpanel.h"
 
@@ -51,6 +51,10 @@ CommandPanel::CommandPanel(ServerController& controller, QWidget* parent)
     connect(&controller, &ServerController::stateChanged, this, &CommandPanel::updateControls);
     connect(&controller, &ServerController::aboutToStop, this, [this] { keepLost(m_link->drop()); });
 
+    connect(ui->transcript, &Transcript::textChanged, this, [this] {
+        if (hasRecord() != std::exchange(m_hadRecord, hasRecord()))
+            Q_EMIT busyChanged();
+    });
     m_progressTimer.setInterval(progressIntervalMs);
     connect(&m_progressTimer, &QTimer::timeout, this, &CommandPanel::showProgress);
     onWaitingChanged();
@@ -72,6 +76,11 @@ void CommandPanel::focusCommand()
 bool CommandPanel::isBusy() const
 {
     return !m_link->waiting().isEmpty();
+}
+
+bool CommandPanel::hasRecord() const
+{
+    return !ui->transcript->document()->isEmpty();
 }
 
 QString CommandPanel::recordText() const
@@ -167,7 +176,7 @@ void CommandPanel::changeEvent(QEvent* event)
 
 void CommandPanel::chooseUpload()
 {
-    auto* dialog = new QFileDialog(this, tr("Upload a File"));
+    auto* dialog = new QFileDialog(this, tr("Send a File"));
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setFileMode(QFileDialog::ExistingFile);
     connect(dialog, &QFileDialog::fileSelected, this, &CommandPanel::upload);
@@ -225,10 +234,27 @@ void CommandPanel::onReplied(const PTarnisCmd& command, const QByteArray& reply)
     } else {
         const QString text = visibleText(reply);
         ui->transcript->addReply(text.isEmpty() ? tr("(an empty reply)") : text, replyKind(text));
-        m_controller.readReply(command->m_cmd, reply);
-        if (replyKind(text) != ReplyKind::Refused)
-            Q_EMIT accepted(command->m_cmd);
+        takeReply(command->m_cmd, reply);
     }
+}
+
+void CommandPanel::addExchange(const QString& command, const QByteArray& reply)
+{
+    const QString text = visibleText(reply);
+    if (isBusy()) { // the reply that is coming belongs below its own command
+        ui->transcript->addNote(QStringLiteral("%1: %2").arg(command, text));
+    } else {
+        ui->transcript->addCommand(command);
+        ui->transcript->addReply(text.isEmpty() ? tr("(an empty reply)") : text, replyKind(text));
+    }
+    takeReply(command, reply);
+}
+
+void CommandPanel::takeReply(const QString& command, const QByteArray& reply)
+{
+    m_controller.readReply(command, reply);
+    if (replyKind(QString::fromUtf8(reply)) != ReplyKind::Refused)
+        Q_EMIT accepted(command);
 }
 
 void CommandPanel::onFailed(int /*socketError*/, const QString& message, const QList<Request>& unanswered)

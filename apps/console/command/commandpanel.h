@@ -34,11 +34,15 @@ public:
     void focusCommand();
     /// True while a command has no answer yet.
     bool isBusy() const;
+    bool hasRecord() const;
     /// The whole record as text.
     QString recordText() const;
     /// The panel's session, for dialogs that read host, port and prompt from it.
     CommandChannel& link() { return *m_link; }
     void note(const QString& text);
+    /// Records a command that another part of the console has sent, with its reply, and acts on the reply as on one to
+    /// a typed command.
+    void addExchange(const QString& command, const QByteArray& reply);
     /// Puts a path of the server into the command line at the cursor, between quotation marks as the server reads it.
     void insertPath(const QString& path);
 
@@ -47,9 +51,9 @@ public Q_SLOTS:
     void sendTyped();
     /// Forgets the commands that have no answer yet, together with their connection.
     void giveUp();
-    /// Asks for a file and uploads it.
+    /// Asks for a file and sends it.
     void chooseUpload();
-    /// Uploads the file under its own name, after a look at whether that can work; asks before one is overwritten.
+    /// Sends the file under its own name, after a look at whether that can work; asks before one is overwritten.
     void upload(const QString& path);
     /// Sends the commands that were lost last once more; does nothing without a server.
     void sendAgain();
@@ -57,6 +61,7 @@ public Q_SLOTS:
 
 Q_SIGNALS:
     void notice(const console::Notice& notice);
+    /// The panel has become busy or free, or the record empty or not.
     void busyChanged();
     /// A command has come into the history.
     void commandTyped();
@@ -69,6 +74,7 @@ protected:
     void changeEvent(QEvent* event) override;
     void send(const Request& request);
     void sendFile(const QString& request, const QByteArray& content);
+    void takeReply(const QString& command, const QByteArray& reply);
     void onProgress(const QByteArray& piece);
     void onReplied(const PTarnisCmd& command, const QByteArray& reply);
     void onFailed(int socketError, const QString& message, const QList<Request>& unanswered);
@@ -90,6 +96,7 @@ protected:
     QByteArray m_liveTail; ///< the end of the reply that is coming
     qint64 m_received = 0; ///< bytes of it
     qint64 m_shown = 0; ///< bytes of it when it was last shown
+    bool m_hadRecord = false; ///< when the record last changed
     QList<Request> m_lost; ///< commands without a reply that can be sent again
     bool m_isBinaryChosen = false; ///< the person has set the binary mark, it does not follow the text any more
 };

@@ -45,7 +45,7 @@ Uploader::~Uploader() = default;
 void Uploader::start(const QString& path)
 {
     if (m_isBusy) {
-        Q_EMIT refused([path, other = m_path] { return tr("%1 is not uploaded: %2 is on its way.").arg(path, other); });
+        Q_EMIT refused([path, other = m_path] { return tr("%1 is not sent: %2 is on its way.").arg(path, other); });
         return;
     }
     m_path = path;
@@ -122,7 +122,7 @@ void Uploader::onUnknown(const QString& why)
 void Uploader::question(const Words& words)
 {
     auto* const box = new QMessageBox(
-        QMessageBox::Question, tr("Upload a File"), words(), QMessageBox::Ok | QMessageBox::Cancel, &m_window);
+        QMessageBox::Question, tr("Send a File"), words(), QMessageBox::Ok | QMessageBox::Cancel, &m_window);
     box->setObjectName(QStringLiteral("uploadBox"));
     box->setTextFormat(Qt::PlainText);
     box->setDefaultButton(QMessageBox::Cancel);
@@ -150,7 +150,7 @@ void Uploader::refuse(const Words& why)
 {
     m_isBusy = false;
     m_content.clear();
-    Q_EMIT refused([path = m_path, why] { return tr("%1 is not uploaded: %2").arg(path, why()); });
+    Q_EMIT refused([path = m_path, why] { return tr("%1 is not sent: %2").arg(path, why()); });
 }
 
 void Uploader::onStopping()

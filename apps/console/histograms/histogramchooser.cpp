@@ -1,10 +1,10 @@
 #include "histograms/histogramchooser.h"
 
 #include "app/availability.h"
-#include "server/replytext.h"
 #include "histograms/histogramwindowupdater.h"
 #include "histograms/serverhistograms.h"
 #include "server/commandchannel.h"
+#include "server/replytext.h"
 #include "server/servercontroller.h"
 
 #include <QDialogButtonBox>
@@ -37,6 +37,8 @@ QString textOf(const HistogramInfo& histogram)
                                    : HistogramChooser::tr("%1; only the first %2 are shown").arg(text).arg(shown);
 }
 
+} // namespace
+
 void openHistogram(const WindowContext& context, const HistogramInfo& histogram)
 {
     using Listed = HistogramWindow::Listed; // never nothing: these windows open with what is listed
@@ -49,8 +51,6 @@ void openHistogram(const WindowContext& context, const HistogramInfo& histogram)
     context.follower.show({ QStringLiteral("histogram %1").arg(histogram.name), histogram.name, newest, make,
         [](const Listed& listed) { return Windows::tr("Histogram %1").arg(titleOf(*listed, listed->name)); } });
 }
-
-} // namespace
 
 HistogramChooser::HistogramChooser(const WindowContext& context)
     : DialogCheckList(QString(), context.parent)

@@ -9,6 +9,9 @@
 
 namespace console {
 
+/// Opens the live window of the histogram, or brings it forward. The id of the window is "histogram " and the name.
+void openHistogram(const WindowContext& context, const HistogramInfo& histogram);
+
 /// Asks the server when it opens and when it is back after a loss; checks stay with the names meanwhile. Ok opens a
 /// live window for each checked histogram, or brings it forward. What was checked is kept for the next time. GUI
 /// thread.

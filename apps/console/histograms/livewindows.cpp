@@ -2,6 +2,7 @@
 
 #include "app/availability.h"
 #include "histograms/keptdata.h"
+#include "histograms/rowcaption.h"
 #include "saves/savereports.h"
 #include "server/replytext.h"
 #include "server/servercontroller.h"
@@ -14,6 +15,7 @@
 #include <tarnis/tools/plotcrosshair.h>
 #include <tarnis/tools/plotnavigator.h>
 
+#include <QAction>
 #include <QBoxLayout>
 #include <QCheckBox>
 #include <QComboBox>
@@ -22,10 +24,16 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QTableWidget>
+#include <QToolButton>
+
+#include <algorithm>
 
 namespace console {
 
 namespace {
+
+constexpr int maxColumns = 64; // bins of a histogram that opens as columns
+constexpr int minPlotLines = 9; // height of a plot, in lines of text
 
 /// The buttons that need a session tell why they are off.
 void setPolling(QDialog& window, bool isPolling)
@@ -163,6 +171,8 @@ LiveCurves::LiveCurves(const WindowContext& context, const CurvesRequest& reques
     setSavedName(*this, histogramOf(request.command));
     connect(m_kept, &KeptData::released, this, &LiveCurves::update);
     hooks = hooksOf(*this, m_isDrawn);
+    getGraphWidget()->setMinimumHeight(fontMetrics().height() * minPlotLines);
+    getGraphWidget()->installEventFilter(this);
     // The library's slot knows the entries by their English words, and has been called with those on show.
     if (auto* const box = findChild<QComboBox*>(QStringLiteral("typeComboBox")))
         connect(box, &QComboBox::currentIndexChanged, this,
@@ -198,6 +208,7 @@ void LiveCurves::show(const PTarnisCmd& command, const QByteArray& payload)
     double max = 0.0;
     const bool isChosen = !plot.getMinMaxX(min, max) && min < max;
     Graph1DDialog::result(command, payload);
+    chooseForm();
     if (!pairMode || !isChosen)
         return;
     plot.setMinMaxX(min, max);
@@ -229,17 +240,44 @@ void LiveCurves::setTexts()
     plot.setTitle(request.title);
     plot.m_groupName = request.description;
     plot.SetEnableSelectXRangeFeature(true, request.rangeName.isEmpty() ? tr("X") : request.rangeName);
-    QString description = request.description;
-    if (start != end)
-        description = QStringLiteral("%1 %2-%3").arg(description).arg(start).arg(end);
-    if (start != end && request.rows > end + 1)
-        description = tr("%1 of %2").arg(description).arg(request.rows);
-    if (auto* const label = findChild<QLabel*>(QStringLiteral("descLabel")))
-        label->setText(description.trimmed());
+    showCaption();
     if (auto* const box = findChild<QComboBox*>(QStringLiteral("typeComboBox"))) {
-        box->setItemText(0, tr("Each"));
-        box->setItemText(1, tr("All"));
+        box->setItemText(0, tr("Each Curve"));
+        box->setItemText(1, tr("Sum of All"));
     }
+    if (auto* const button = findChild<QToolButton*>(QStringLiteral("toolButton")))
+        button->setText(tr("Curves..."));
+}
+
+/// Names the curves that the plot draws.
+void LiveCurves::showCaption()
+{
+    auto* const label = findChild<QLabel*>(QStringLiteral("descLabel"));
+    if (!label || start == end)
+        return; // a single row has its name and no choice
+    const CurvesRequest request = m_request();
+    const QString text = rowCaption(
+        request.description, visibleRows(*getGraphWidget(), start, end), std::max(request.rows, end - start + 1));
+    if (label->text() != text)
+        label->setText(text);
+}
+
+/// A line between a few points would show values that nobody has measured.
+void LiveCurves::chooseForm()
+{
+    MultiVectorGraphWidget& plot = *getGraphWidget();
+    if (m_isFormChosen || !plot.hasData())
+        return;
+    m_isFormChosen = true;
+    if (plot.getMaxCount() <= maxColumns)
+        showAsColumns(plot);
+}
+
+bool LiveCurves::eventFilter(QObject* object, QEvent* event)
+{
+    if (event->type() == QEvent::Paint && object == getGraphWidget())
+        showCaption(); // the choice of the visible curves has no signal
+    return Graph1DDialog::eventFilter(object, event);
 }
 
 void LiveCurves::changeEvent(QEvent* event)
@@ -293,6 +331,7 @@ LiveMap::LiveMap(const WindowContext& context, const MapRequest& request)
     getGraphWidget()->enalbeRoiSelect(QRect(0, 0, request.bins, rowsOf(request)));
     connect(m_kept, &KeptData::released, this, &LiveMap::update);
     hooks = hooksOf(*this, m_isDrawn);
+    getGraphWidget()->setMinimumHeight(fontMetrics().height() * minPlotLines);
     connect(&m_keeper, &SessionRecovery::lost, this, &LiveMap::onLost);
     connect(&m_keeper, &SessionRecovery::wanted, this, &LiveMap::resume);
     attachTools(*getGraphWidget());

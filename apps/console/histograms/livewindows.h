@@ -56,10 +56,14 @@ protected:
     void changeEvent(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
     void show(const PTarnisCmd& command, const QByteArray& payload);
+    bool eventFilter(QObject* object, QEvent* event) override;
     void setTexts();
+    void showCaption();
+    void chooseForm();
     void onLost();
     void resume();
 
+    bool m_isFormChosen = false; ///< columns or a line: once, when the number of bins is known
     std::function<CurvesRequest()> m_request;
     SessionRecovery m_keeper;
     bool m_isDrawn = false; ///< the reply under way was drawn

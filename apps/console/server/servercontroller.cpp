@@ -11,7 +11,6 @@
 #include <QFileInfo>
 #include <QStandardPaths>
 
-#include <limits>
 #include <utility>
 
 namespace console {
@@ -162,10 +161,12 @@ bool ServerController::takeState(const QString& command, const QByteArray& reply
 {
     if (m_state != ServerState::Up)
         return false;
-    const std::optional<bool> isRunning = runStateFromReply(command, QString::fromUtf8(reply));
+    const QString text = QString::fromUtf8(reply);
+    if (command.trimmed() == u"stat" && replyKind(text) != ReplyKind::Refused)
+        Q_EMIT statRead(reply);
+    const std::optional<bool> isRunning = runStateFromReply(command, text);
     if (!isRunning)
         return false;
-    m_stateTold.start();
     if (*isRunning)
         m_tarnis.SetStatus(Tarnis::RUNNING);
     else if (m_status == Tarnis::RUNNING)
@@ -185,11 +186,6 @@ bool ServerController::canReadState() const
     return m_state == ServerState::Up && (m_status == Tarnis::SERVER_CONNECTED || m_status == Tarnis::RUNNING);
 }
 
-qint64 ServerController::stateAgeMs() const
-{
-    return m_stateTold.isValid() ? m_stateTold.elapsed() : std::numeric_limits<qint64>::max();
-}
-
 void ServerController::begin()
 {
     m_choice = *std::exchange(m_next, std::nullopt);
@@ -200,7 +196,6 @@ void ServerController::begin()
     m_tarnis.forgetError();
     m_hasGreeted = false;
     m_isRunning = false;
-    m_stateTold.invalidate();
     m_commanded.invalidate();
     Q_EMIT notice({});
     setState(ServerState::Starting);

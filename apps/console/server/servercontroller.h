@@ -91,8 +91,6 @@ public:
     void readState(const QByteArray& reply, qint64 askedMsAgo);
     /// True while a reply to "stat" can change the status: connected or running, and not busy.
     bool canReadState() const;
-    /// Since a reply last told whether a run goes on; very long if none has.
-    qint64 stateAgeMs() const;
 
     /// Times after which a person is told that something takes long, in ms. Tests make them short.
     int m_probeTimeoutMs = 10000;
@@ -107,6 +105,8 @@ Q_SIGNALS:
     void notice(const console::Notice& notice);
     /// Comes and goes beside the notice.
     void told(const console::Notice& notice);
+    /// An accepted reply to "stat" has come, whoever has sent the command.
+    void statRead(const QByteArray& reply);
     /// The manager is about to end its sessions: end your own now, their server goes.
     void aboutToStop();
 
@@ -147,8 +147,7 @@ protected:
     std::optional<ServerChoice> m_known; ///< was there before
     bool m_hasGreeted = false; ///< with the prompt, since begin()
     bool m_isRunning = false; ///< a run goes on, as far as it was told
-    QElapsedTimer m_stateTold; ///< since a reply last told whether a run goes on
-    QElapsedTimer m_commanded; ///< since the reply to a command did
+    QElapsedTimer m_commanded; ///< since the reply to a command last told whether a run goes on
 };
 
 /// Path of the program to start for a local choice: absolute, the simulator beside the console for an empty one, looked

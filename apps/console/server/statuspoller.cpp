@@ -3,11 +3,15 @@
 #include "server/commandchannel.h"
 #include "server/servercontroller.h"
 
+#include <algorithm>
+#include <utility>
+
 namespace console {
 
 namespace {
 
 constexpr int defaultIntervalMs = 3000;
+constexpr int fastIntervalMs = 1000;
 
 } // namespace
 
@@ -15,15 +19,22 @@ StatusPoller::StatusPoller(ServerController& controller, const std::function<boo
     : QObject(parent)
     , m_controller(controller)
     , m_isFree(isFree)
-    , m_link(new CommandChannel(controller.tarnis(), QStringLiteral("state"), this))
+    , m_channel(new CommandChannel(controller.tarnis(), QStringLiteral("state"), this))
+    , m_intervalMs(defaultIntervalMs)
 {
-    m_timer.setInterval(defaultIntervalMs);
-    connect(&m_timer, &QTimer::timeout, this, &StatusPoller::ask);
-    connect(m_link, &CommandChannel::replied, this, [this](const PTarnisCmd& /*command*/, const QByteArray& reply) {
+    connect(&m_timer, &QTimer::timeout, this, &StatusPoller::onTimeout);
+    connect(m_channel, &CommandChannel::replied, this, [this](const PTarnisCmd& /*command*/, const QByteArray& reply) {
+        m_isReading = true;
         m_controller.readState(reply, m_asked.elapsed());
+        m_isReading = false;
+        Q_EMIT replied(reply);
     });
-    connect(m_link, &CommandChannel::failed, &controller, &ServerController::checkServer);
-    connect(&controller, &ServerController::aboutToStop, this, [this] { m_link->drop(); });
+    connect(m_channel, &CommandChannel::failed, this, [this](int /*socketError*/, const QString& message) {
+        Q_EMIT failed(message);
+        m_controller.checkServer();
+    });
+    connect(&controller, &ServerController::statRead, this, &StatusPoller::read);
+    connect(&controller, &ServerController::aboutToStop, this, [this] { m_channel->drop(); });
     connect(&controller, &ServerController::stateChanged, this, &StatusPoller::onServerState);
 }
 
@@ -31,29 +42,99 @@ StatusPoller::~StatusPoller() = default;
 
 void StatusPoller::setInterval(int intervalMs)
 {
-    m_timer.stop();
-    m_timer.setInterval(intervalMs);
-    onServerState();
+    m_intervalMs = intervalMs;
+    schedule();
+}
+
+void StatusPoller::watch(QObject* watcher)
+{
+    ++m_watchers;
+    connect(watcher, &QObject::destroyed, this, [this] {
+        --m_watchers;
+        schedule();
+    });
+    schedule();
+    request();
+}
+
+bool StatusPoller::isAsking() const
+{
+    return !m_channel->waiting().isEmpty();
 }
 
 void StatusPoller::onServerState()
 {
     if (m_controller.state() != ServerState::Up) {
-        m_timer.stop();
-        m_link->drop();
-    } else if (!m_timer.isActive() && m_timer.interval() > 0) {
-        m_timer.start();
+        m_channel->drop();
+        m_toldByOthers.invalidate();
+        m_unsaved.forget();
+        if (m_runStatus != RunStatus()) {
+            m_runStatus = {};
+            Q_EMIT runStatusChanged();
+        }
     }
+    schedule();
+    // A server that is new, and a run that begins or ends, show their numbers at once.
+    const Tarnis::SERVER_STATUS status = m_controller.status();
+    const bool isNews = status != std::exchange(m_status, status) && !m_isReading;
+    if (isNews && m_timer.isActive())
+        onTimeout();
+}
+
+void StatusPoller::schedule()
+{
+    const bool isFast = m_watchers > 0 || m_controller.status() == Tarnis::RUNNING;
+    int intervalMs = m_intervalMs;
+    if (m_watchers > 0 && intervalMs <= 0)
+        intervalMs = fastIntervalMs;
+    if (isFast)
+        intervalMs = std::min(intervalMs, fastIntervalMs);
+    if (m_controller.state() != ServerState::Up || intervalMs <= 0)
+        m_timer.stop();
+    else if (!m_timer.isActive() || m_timer.interval() != intervalMs)
+        m_timer.start(intervalMs);
+}
+
+void StatusPoller::onTimeout()
+{
+    if (m_watchers > 0)
+        request();
+    else
+        ask();
+}
+
+bool StatusPoller::isToldByOthers() const
+{
+    return m_toldByOthers.isValid() && m_toldByOthers.elapsed() < m_intervalMs;
 }
 
 bool StatusPoller::ask()
 {
-    const bool isTold = m_controller.stateAgeMs() < m_timer.interval();
-    if (isTold || !m_controller.canReadState() || !m_isFree() || !m_link->waiting().isEmpty())
+    if (isToldByOthers() || !m_controller.canReadState() || !m_isFree() || isAsking())
         return false;
-    m_asked.start();
-    m_link->send(new TarnisCmd(QStringLiteral("stat"))); // the session takes it over
+    send();
     return true;
+}
+
+void StatusPoller::request()
+{
+    if (m_controller.state() == ServerState::Up && !isAsking())
+        send();
+}
+
+void StatusPoller::send()
+{
+    m_asked.start();
+    m_channel->send(new TarnisCmd(QStringLiteral("stat"))); // the session takes it over
+}
+
+void StatusPoller::read(const QByteArray& reply)
+{
+    if (!m_isReading)
+        m_toldByOthers.start();
+    m_runStatus = runStatusOf(QString::fromUtf8(reply));
+    m_unsaved.read(m_runStatus);
+    Q_EMIT runStatusChanged();
 }
 
 } // namespace console

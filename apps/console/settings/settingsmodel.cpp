@@ -207,6 +207,11 @@ bool SettingsModel::add(const QString& name, const QString& value)
     return true;
 }
 
+bool SettingsModel::isRemovable(int row) const
+{
+    return row >= 0 && row < m_names.size() && !m_onServer.contains(m_names.at(row));
+}
+
 void SettingsModel::remove(int row)
 {
     if (row < 0 || row >= m_names.size())

@@ -43,6 +43,8 @@ public:
     void forgetSent();
     /// Stores a new or existing setting as setData() does.
     bool add(const QString& name, const QString& value);
+    /// True for a setting that exists here alone. Another would come back with the next reading.
+    bool isRemovable(int row) const;
     /// Forgets the setting here; the server keeps it.
     void remove(int row);
     /// Puts every value back to the server's; settings that the server does not have go.

@@ -85,6 +85,11 @@ bool SettingsPanel::canDownload() const
     return m_controller.state() == ServerState::Up && m_linesPending == 0 && !m_downloadAsked;
 }
 
+bool SettingsPanel::hasChangesToSend() const
+{
+    return canDownload() && !m_model->changedNames().isEmpty();
+}
+
 void SettingsPanel::read()
 {
     if (m_controller.state() != ServerState::Up)
@@ -176,7 +181,7 @@ void SettingsPanel::takeValues(const QString& reply)
     }
     if (const int kept = m_model->setFreshServerValues(values); kept > 0)
         tell([kept] {
-            return tr("The server began anew. %Ln setting(s) sent before are not on it: download to send again.",
+            return tr("The server began anew. %Ln setting(s) sent before are not on it: send the settings again.",
                 nullptr, kept);
         });
 }
@@ -272,7 +277,7 @@ void SettingsPanel::setBasePath()
     tarnis.SetBasePath(ui->pathEdit->text().trimmed(), ui->instCheck->isChecked());
     m_model->reload();
     if (isStoredOnly)
-        tell([] { return tr("The base path is kept for the next download."); });
+        tell([] { return tr("The base path is kept until settings are sent."); });
 }
 
 void SettingsPanel::setReadoutAddress()
@@ -323,12 +328,15 @@ void SettingsPanel::updateControls()
     const QString needsServer = tr("Needs a connected server");
     const QString wait = isUp ? tr("Wait until the lines on their way are answered") : needsServer;
     setAvailable(ui->readButton, isUp, withKey(tr("Ask the server for its settings"), Qt::Key_F5), needsServer);
-    setAvailable(ui->downloadButton, canDownload(), withKey(tr("Send all settings to the server"), Qt::Key_F6), wait);
+    setAvailable(ui->downloadButton, hasChangesToSend(), withKey(tr("Send the settings to the server"), Qt::Key_F6),
+        canDownload() ? tr("There is nothing to send: all settings are as on the server") : wait);
     setAvailable(ui->saveButton, canDownload(),
         withKey(tr("Send all settings and let the server store them"), Qt::Key_F7), wait);
     setAvailable(ui->addButton, true, tr("Add a setting here"), QString());
-    setAvailable(ui->removeButton, ui->table->currentIndex().isValid(), tr("Forget the chosen setting here"),
-        tr("Choose a setting in the table first"));
+    const QModelIndex chosen = ui->table->currentIndex();
+    setAvailable(ui->removeButton, m_model->isRemovable(chosen.row()), tr("Forget the chosen setting here"),
+        chosen.isValid() ? tr("The server has this setting; only settings that were added here can be removed")
+                         : tr("Choose a setting in the table first"));
     setAvailable(
         ui->revertButton, hasChanges, tr("Put all values back to the server's"), tr("Nothing was changed here"));
 
@@ -336,7 +344,7 @@ void SettingsPanel::updateControls()
     const Tarnis::SERVER_STATUS status = m_controller.status();
     const QString refusal = m_controller.basePathRefusal();
     const bool hasPath = !ui->pathEdit->text().trimmed().isEmpty() && pathProblem.isEmpty();
-    const QString pathHelp = status == Tarnis::IDLE ? tr("Keep the base path for the next download")
+    const QString pathHelp = status == Tarnis::IDLE ? tr("Keep the base path until settings are sent")
                                                     : tr("Send the base path to the server");
     QString pathReason = pathProblem.isEmpty() ? tr("Type a path first") : pathProblem;
     if (!refusal.isEmpty())
@@ -348,8 +356,8 @@ void SettingsPanel::updateControls()
 
     const QString ip = ui->ipEdit->text().trimmed();
     const bool isAddress = isIPv4(ip);
-    setAvailable(ui->addressButton, isAddress, tr("Store the address in the settings; download them to send it"),
-        tr("Type an IPv4 address such as 192.168.0.16 first"));
+    setAvailable(ui->addressButton, isUp && isAddress, tr("Store the address in the settings; then send the settings"),
+        isUp ? tr("Type an IPv4 address such as 192.168.0.16 first") : needsServer);
     Q_EMIT controlsChanged();
 }
 

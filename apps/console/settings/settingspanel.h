@@ -31,6 +31,8 @@ public:
     void focusTable();
     /// True while settings can be sent: a server is connected and nothing is on its way.
     bool canDownload() const;
+    /// True while that would change something on the server.
+    bool hasChangesToSend() const;
 
 public Q_SLOTS:
     /// Asks the server for its settings.

@@ -1,16 +1,15 @@
 #include "tables/ratewindow.h"
 
+#include "app/availability.h"
 #include "app/words.h"
 #include "histograms/dataage.h"
-#include "server/commandchannel.h"
 #include "server/replytext.h"
 #include "server/servercontroller.h"
+#include "server/statuspoller.h"
 #include "ui_ratewindow.h"
 
-#include <tarnis/foundation/delaycall.h>
 #include <tarnis/foundation/helpers.h>
 #include <tarnis/plots/vectorgraphwidget.h>
-#include <tarnis/server/tarniscmds.h>
 
 #include <QEvent>
 #include <QPushButton>
@@ -23,7 +22,6 @@ namespace console {
 
 namespace {
 
-constexpr int pauseMs = 1000;
 constexpr qsizetype maxRates = 3600;
 constexpr int digits = 3;
 
@@ -37,12 +35,11 @@ std::optional<double> rateOf(const QString& reply)
     return isNumber && std::isfinite(rate) ? std::optional(rate) : std::nullopt;
 }
 
-RateWindow::RateWindow(ServerController& controller, QWidget* parent)
+RateWindow::RateWindow(ServerController& controller, StatusPoller& poller, QWidget* parent)
     : QDialog(parent)
     , m_controller(controller)
     , ui(std::make_unique<Ui::RateWindow>())
     , m_plot(new VectorGraphWidget(this))
-    , m_link(new CommandChannel(controller.tarnis(), QStringLiteral("rate"), this))
 {
     ui->setupUi(this);
     ui->windowLayout->insertWidget(0, m_plot, 1);
@@ -55,17 +52,13 @@ RateWindow::RateWindow(ServerController& controller, QWidget* parent)
     setTexts();
     connect(ui->clearButton, &QPushButton::clicked, this, &RateWindow::clear);
     connect(ui->closeButton, &QPushButton::clicked, this, &RateWindow::close);
-    connect(m_link, &CommandChannel::replied, this,
-        [this](const PTarnisCmd&, const QByteArray& reply) { onReplied(reply); });
-    connect(m_link, &CommandChannel::failed, this, [this](int, const QString& message) {
+    connect(&poller, &StatusPoller::replied, this, &RateWindow::onReplied);
+    connect(&poller, &StatusPoller::failed, this, [this](const QString& message) {
         say(*ui->infoLabel, [message] { return tr("No reply: %1. It is asked again.").arg(message); });
-        m_controller.checkServer();
-        askLater();
     });
-    connect(&controller, &ServerController::aboutToStop, m_link, &CommandChannel::drop);
     connect(&controller, &ServerController::stateChanged, this, &RateWindow::updateControls);
     m_elapsed.start();
-    ask();
+    poller.watch(this);
 }
 
 RateWindow::~RateWindow() = default;
@@ -79,28 +72,8 @@ void RateWindow::clear()
     draw();
 }
 
-void RateWindow::ask()
-{
-    if (m_controller.state() == ServerState::Up && m_link->waiting().isEmpty())
-        m_link->send(new TarnisCmdStat);
-}
-
-void RateWindow::askLater()
-{
-    if (m_isAskingLater)
-        return;
-    m_isAskingLater = true;
-    delay_call(
-        [this] {
-            m_isAskingLater = false;
-            ask();
-        },
-        pauseMs, this);
-}
-
 void RateWindow::onReplied(const QByteArray& reply)
 {
-    askLater();
     const QString text = QString::fromUtf8(reply);
     const std::optional<double> rate = rateOf(text);
     if (!rate) {
@@ -124,6 +97,7 @@ void RateWindow::onReplied(const QByteArray& reply)
 
 void RateWindow::draw()
 {
+    updateControls();
     m_plot->setData(m_rates);
     m_plot->setIndex(m_seconds);
     if (m_rates.isEmpty()) {
@@ -162,9 +136,9 @@ void RateWindow::changeEvent(QEvent* event)
 
 void RateWindow::updateControls()
 {
-    if (m_controller.state() == ServerState::Up)
-        askLater();
-    else
+    setAvailable(
+        ui->clearButton, !m_rates.isEmpty(), tr("Drop the points and begin again"), tr("There is no point yet"));
+    if (m_controller.state() != ServerState::Up)
         say(*ui->infoLabel,
             [] { return tr("Needs a connected server; the curve goes on by itself when it is back."); });
 }

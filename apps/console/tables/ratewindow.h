@@ -15,19 +15,20 @@ class RateWindow;
 
 namespace console {
 
-class CommandChannel;
 class DataAge;
 class ServerController;
+class StatusPoller;
 
 /// The value of "rate" in a reply to stat; nothing where it has none or it is no number.
 std::optional<double> rateOf(const QString& reply);
 
-/// Asks with "stat", a second after each reply, and draws the last hour as a curve; its CSV has the seconds since the
+/// Lets the poller ask once a second and draws the last hour as a curve; its CSV has the seconds since the
 /// window was opened or cleared. Without a server it says so and goes on by itself. GUI thread.
 class RateWindow : public QDialog {
     Q_OBJECT
 public:
-    RateWindow(ServerController& controller, QWidget* parent);
+    /// Both must outlive it.
+    RateWindow(ServerController& controller, StatusPoller& poller, QWidget* parent);
     ~RateWindow() override;
 
     qsizetype count() const { return m_rates.size(); }
@@ -39,8 +40,6 @@ public Q_SLOTS:
 protected:
     void changeEvent(QEvent* event) override;
     void setTexts();
-    void ask();
-    void askLater();
     void onReplied(const QByteArray& reply);
     void draw();
     void updateControls();
@@ -49,11 +48,9 @@ protected:
     std::unique_ptr<Ui::RateWindow> ui;
     VectorGraphWidget* m_plot;
     DataAge* m_age;
-    CommandChannel* m_link;
     QElapsedTimer m_elapsed;
     QList<double> m_rates; ///< 1/s, the latest last
     QList<double> m_seconds; ///< when each was told
-    bool m_isAskingLater = false;
 };
 
 } // namespace console

@@ -2,9 +2,10 @@
 
 #include "app/availability.h"
 #include "app/words.h"
-#include "server/replytext.h"
 #include "server/commandchannel.h"
+#include "server/replytext.h"
 #include "server/servercontroller.h"
+#include "server/statuspoller.h"
 #include "tables/tabledialog.h"
 
 #include <QBoxLayout>
@@ -14,11 +15,15 @@
 #include <QPushButton>
 #include <QTableWidget>
 
+#include <utility>
+
 namespace console {
 
-SnapshotWindow::SnapshotWindow(ServerController& controller, const Source& source, QWidget* parent)
+SnapshotWindow::SnapshotWindow(
+    ServerController& controller, StatusPoller& poller, const Source& source, QWidget* parent)
     : NameValueListDialog(QList<NameValues>(), headers(), parent)
     , m_controller(controller)
+    , m_poller(poller)
     , m_source(source)
     , m_link(new CommandChannel(controller.tarnis(), QStringLiteral("snapshot"), this))
     , m_filterLabel(new QLabel(this))
@@ -34,15 +39,43 @@ SnapshotWindow::SnapshotWindow(ServerController& controller, const Source& sourc
     connect(m_link, &CommandChannel::replied, this, &SnapshotWindow::onReplied);
     connect(m_link, &CommandChannel::waitingChanged, this, &SnapshotWindow::updateControls);
     connect(m_link, &CommandChannel::failed, this, [this](int, const QString& message) {
-        say(*m_stateLabel, [message] { return tr("No reply: %1. Refresh to ask again.").arg(message); });
+        stopWaiting([message] { return tr("No reply: %1. Refresh to ask again.").arg(message); });
         m_controller.checkServer();
     });
     connect(&controller, &ServerController::aboutToStop, this, [this] {
-        if (!m_link->drop().isEmpty())
-            say(*m_stateLabel, [] { return tr("No reply: the server was stopped."); });
+        if (isAsking())
+            stopWaiting([] { return tr("No reply: the server was stopped."); });
+        m_link->drop();
     });
+    bindPoller();
     connect(&controller, &ServerController::stateChanged, this, &SnapshotWindow::updateControls);
     refresh();
+}
+
+void SnapshotWindow::bindPoller()
+{
+    connect(&m_poller, &StatusPoller::replied, this, [this](const QByteArray& reply) {
+        if (!std::exchange(m_isPollAwaited, false))
+            return;
+        onReplied(PTarnisCmd(m_source.make()), reply);
+        updateControls();
+    });
+    connect(&m_poller, &StatusPoller::failed, this, [this](const QString& message) {
+        if (m_isPollAwaited)
+            stopWaiting([message] { return tr("No reply: %1. Refresh to ask again.").arg(message); });
+    });
+}
+
+void SnapshotWindow::stopWaiting(const Words& words)
+{
+    m_isPollAwaited = false;
+    say(*m_stateLabel, words);
+    updateControls();
+}
+
+bool SnapshotWindow::isAsking() const
+{
+    return m_isPollAwaited || !m_link->waiting().isEmpty();
 }
 
 void SnapshotWindow::setUp()
@@ -81,10 +114,16 @@ QStringList SnapshotWindow::headers()
 
 void SnapshotWindow::refresh()
 {
-    if (m_controller.state() != ServerState::Up || !m_link->waiting().isEmpty())
+    if (m_controller.state() != ServerState::Up || isAsking())
         return;
     say(*m_stateLabel, [] { return tr("Asking the server..."); });
-    m_link->send(m_source.make());
+    if (m_source.isPolled) {
+        m_isPollAwaited = true;
+        m_poller.request();
+        updateControls();
+    } else {
+        m_link->send(m_source.make());
+    }
 }
 
 void SnapshotWindow::onReplied(const PTarnisCmd& command, const QByteArray& reply)
@@ -129,8 +168,7 @@ void SnapshotWindow::changeEvent(QEvent* event)
 void SnapshotWindow::updateControls()
 {
     const bool isUp = m_controller.state() == ServerState::Up;
-    const bool isAsking = !m_link->waiting().isEmpty();
-    setAvailable(m_refreshButton, isUp && !isAsking, withKey(tr("Ask the server again"), Qt::Key_F5),
+    setAvailable(m_refreshButton, isUp && !isAsking(), withKey(tr("Ask the server again"), Qt::Key_F5),
         isUp ? tr("Wait for the reply") : tr("Needs a connected server. The values of before stay here."));
 }
 

@@ -2,6 +2,7 @@
 // read by the command's own class.
 #pragma once
 
+#include "app/words.h"
 #include "tables/snapshotrecord.h"
 
 #include <tarnis/dialogs/namevaluelistdialog.h>
@@ -19,9 +20,10 @@ namespace console {
 
 class CommandChannel;
 class ServerController;
+class StatusPoller;
 
-/// Asks when it opens and with every refresh, on a session of its own. After a failure the last values stay on show.
-/// What the filter leaves can be saved as CSV.
+/// Asks when it opens and with every refresh: through the poller, or on a session of its own. After a failure the last
+/// values stay on show. What the filter leaves can be saved as CSV.
 class SnapshotWindow : public NameValueListDialog {
     Q_OBJECT
 public:
@@ -29,9 +31,11 @@ public:
     struct Source {
         std::function<TarnisCmd*()> make;
         std::function<QList<NameValue>(TarnisCmd&, const QByteArray& reply)> read;
+        bool isPolled = false; ///< it is "stat", which the poller asks
     };
 
-    SnapshotWindow(ServerController& controller, const Source& source, QWidget* parent);
+    /// Controller and poller must outlive it.
+    SnapshotWindow(ServerController& controller, StatusPoller& poller, const Source& source, QWidget* parent);
 
 public Q_SLOTS:
     void refresh();
@@ -43,9 +47,13 @@ protected:
     void onReplied(const PTarnisCmd& command, const QByteArray& reply);
     void fill();
     void updateControls();
+    bool isAsking() const;
+    void bindPoller();
+    void stopWaiting(const Words& words);
     static QStringList headers();
 
     ServerController& m_controller;
+    StatusPoller& m_poller;
     Source m_source;
     CommandChannel* m_link;
     QLabel* m_filterLabel;
@@ -53,6 +61,7 @@ protected:
     QLabel* m_stateLabel;
     QPushButton* m_refreshButton;
     SnapshotRecord m_record;
+    bool m_isPollAwaited = false;
     QTime m_time; ///< of the last reply; invalid before it
 };
 

@@ -8,6 +8,8 @@
 
 #include <tarnis/server/tarniscmds.h>
 
+#include <type_traits>
+
 namespace console {
 
 namespace {
@@ -35,12 +37,13 @@ template <typename Base> SnapshotWindow::Source source()
                     values.append({ value.key(), value.value() });
             }
             return values;
-        } };
+        },
+        std::is_same_v<Base, TarnisCmdStat> };
 }
 
 template <typename Base> QWidget* openSnapshot(const WindowContext& context)
 {
-    return new SnapshotWindow(context.controller, source<Base>(), context.parent);
+    return new SnapshotWindow(context.controller, context.poller, source<Base>(), context.parent);
 }
 
 } // namespace
@@ -101,7 +104,7 @@ WindowEntry rateEntry()
         .title = Windows::tr("Event Rate"),
         .help = Windows::tr("The event rate over the last hour, once a second"),
         .open = [](const WindowContext& context) -> QWidget* {
-            return new RateWindow(context.controller, context.parent);
+            return new RateWindow(context.controller, context.poller, context.parent);
         },
         .shortcut = QStringLiteral("Ctrl+Shift+R"),
     };

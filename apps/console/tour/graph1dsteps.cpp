@@ -115,7 +115,7 @@ void drawingForms(UiDriver& driver, QWidget& window)
 {
     MultiVectorGraphWidget& plot = plotOf(window);
     auto& type = driver.find<QComboBox>(window, "typeComboBox");
-    driver.chooseItem(type, QStringLiteral("All"));
+    driver.chooseItem(type, QStringLiteral("Sum of All"));
     driver.picture(window, QStringLiteral("all"));
     choose(driver, plot, "Column Chart");
     driver.picture(window, QStringLiteral("columns"));
@@ -123,7 +123,7 @@ void drawingForms(UiDriver& driver, QWidget& window)
     choose(driver, plot, "Log Scale");
     driver.picture(window, QStringLiteral("log-scale"));
     choose(driver, plot, "Log Scale");
-    driver.chooseItem(type, QStringLiteral("Each"));
+    driver.chooseItem(type, QStringLiteral("Each Curve"));
 }
 
 QPoint rowOf(const QTableWidget& table, int row)

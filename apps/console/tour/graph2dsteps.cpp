@@ -160,9 +160,11 @@ void zoom(UiDriver& driver, QWidget& window)
 void readOut(UiDriver& driver, QWidget& window)
 {
     XY2DGraphWidget& plot = plotOf(window);
-    // Empty bins tell nothing: along a line until one is hit.
-    for (int x = 300; x < 700 && !QToolTip::isVisible(); x += 4)
-        driver.hover(plot, placeIn(plot, x / 1000.0, 0.45));
+    // Empty bins have no read-out: along a few lines until one with events is hit.
+    for (int y = 300; y < 700 && !QToolTip::isVisible(); y += 37) {
+        for (int x = 100; x < 800 && !QToolTip::isVisible(); x += 4)
+            driver.hover(plot, placeIn(plot, x / 1000.0, y / 1000.0));
+    }
     driver.expect(QToolTip::isVisible() && !QToolTip::text().isEmpty(), QStringLiteral("a bin is read out"));
     driver.scene(window, QStringLiteral("read-out"));
     QToolTip::hideText();

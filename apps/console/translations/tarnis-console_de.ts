@@ -122,16 +122,16 @@
         <translation>Binäre Antwor&amp;t</translation>
     </message>
     <message>
-        <source>&amp;Upload File...</source>
-        <translation>Datei h&amp;ochladen...</translation>
-    </message>
-    <message>
         <source>&amp;Give Up</source>
         <translation>Auf&amp;geben</translation>
     </message>
     <message>
         <source>Se&amp;nd</source>
         <translation>Se&amp;nden</translation>
+    </message>
+    <message>
+        <source>Send &amp;File...</source>
+        <translation>Datei &amp;verschicken...</translation>
     </message>
 </context>
 <context>
@@ -342,28 +342,8 @@
         <translation>Server &amp;wählen...</translation>
     </message>
     <message>
-        <source>&amp;Start</source>
-        <translation>&amp;Starten</translation>
-    </message>
-    <message>
-        <source>&amp;Restart</source>
-        <translation>&amp;Neu starten</translation>
-    </message>
-    <message>
-        <source>Shut &amp;Down</source>
-        <translation>&amp;Herunterfahren</translation>
-    </message>
-    <message>
-        <source>&amp;End by Force</source>
-        <translation>&amp;Gewaltsam beenden</translation>
-    </message>
-    <message>
         <source>&amp;Quit</source>
         <translation>&amp;Beenden</translation>
-    </message>
-    <message>
-        <source>&amp;Upload File...</source>
-        <translation>Datei h&amp;ochladen...</translation>
     </message>
     <message>
         <source>&amp;Give Up</source>
@@ -384,14 +364,6 @@
     <message>
         <source>&amp;Read</source>
         <translation>E&amp;inlesen</translation>
-    </message>
-    <message>
-        <source>&amp;Download</source>
-        <translation>Über&amp;tragen</translation>
-    </message>
-    <message>
-        <source>Download and &amp;Save</source>
-        <translation>Übertragen und &amp;speichern</translation>
     </message>
     <message>
         <source>Go to &amp;Command Line</source>
@@ -448,6 +420,62 @@
     <message>
         <source>From any window back to this one</source>
         <translation>Aus jedem Fenster zurück zu diesem</translation>
+    </message>
+    <message>
+        <source>R&amp;un</source>
+        <translation>&amp;Messlauf</translation>
+    </message>
+    <message>
+        <source>&amp;Start Server</source>
+        <translation>&amp;Server starten</translation>
+    </message>
+    <message>
+        <source>&amp;Restart Server</source>
+        <translation>Server &amp;neu starten</translation>
+    </message>
+    <message>
+        <source>Shut &amp;Down Server</source>
+        <translation>Server &amp;beenden</translation>
+    </message>
+    <message>
+        <source>&amp;End Server by Force</source>
+        <translation>Server &amp;erzwungen beenden</translation>
+    </message>
+    <message>
+        <source>Send &amp;File...</source>
+        <translation>Datei &amp;verschicken...</translation>
+    </message>
+    <message>
+        <source>&amp;Send Settings</source>
+        <translation>Einstellungen &amp;senden</translation>
+    </message>
+    <message>
+        <source>Send and S&amp;ave</source>
+        <translation>Senden und si&amp;chern</translation>
+    </message>
+    <message>
+        <source>Give the keyboard to the command line</source>
+        <translation>Die Tastatur an die Befehlszeile geben</translation>
+    </message>
+    <message>
+        <source>Give the keyboard to the table of settings</source>
+        <translation>Die Tastatur an die Tabelle der Einstellungen geben</translation>
+    </message>
+    <message>
+        <source>Give the keyboard to the messages of the library</source>
+        <translation>Die Tastatur an die Meldungen der Bibliothek geben</translation>
+    </message>
+    <message>
+        <source>Dark colours for a dark room; plots keep theirs</source>
+        <translation>Dunkle Farben für einen dunklen Raum; Kurven behalten ihre</translation>
+    </message>
+    <message>
+        <source>List the keys of the console and its plots</source>
+        <translation>Die Tasten der Konsole und ihrer Kurven auflisten</translation>
+    </message>
+    <message>
+        <source>Version of the console</source>
+        <translation>Version der Konsole</translation>
     </message>
 </context>
 <context>
@@ -608,6 +636,17 @@
     </message>
 </context>
 <context>
+    <name>RowCaption</name>
+    <message>
+        <source>No curve is visible</source>
+        <translation>Keine Kurve ist sichtbar</translation>
+    </message>
+    <message>
+        <source>%1 of %2</source>
+        <translation>%1 von %2</translation>
+    </message>
+</context>
+<context>
     <name>RunsWindow</name>
     <message>
         <source>Runs</source>
@@ -728,14 +767,6 @@
         <translation>Zurüc&amp;ksetzen</translation>
     </message>
     <message>
-        <source>Down&amp;load</source>
-        <translation>&amp;Übertragen</translation>
-    </message>
-    <message>
-        <source>&amp;Download and Save</source>
-        <translation>Übertragen und spei&amp;chern</translation>
-    </message>
-    <message>
         <source>Addresses</source>
         <translation>Adressen</translation>
     </message>
@@ -746,14 +777,6 @@
     <message>
         <source>Base path of the server&apos;s data</source>
         <translation>Basispfad der Daten des Servers</translation>
-    </message>
-    <message>
-        <source>with inst</source>
-        <translation>mit inst</translation>
-    </message>
-    <message>
-        <source>Send the setting inst in the same line, in front of the base path</source>
-        <translation>Die Einstellung inst in derselben Zeile vor dem Basispfad senden</translation>
     </message>
     <message>
         <source>Set Path</source>
@@ -768,36 +791,12 @@
         <translation>IP-Adresse des Auslesemoduls</translation>
     </message>
     <message>
-        <source>Inde&amp;x:</source>
-        <translation>Inde&amp;x:</translation>
-    </message>
-    <message>
-        <source>Index of the readout address</source>
-        <translation>Index der Ausleseadresse</translation>
-    </message>
-    <message>
-        <source>Number of the readout module; &quot;none&quot; for the one address without a number</source>
-        <translation>Nummer des Auslesemoduls; &quot;ohne&quot; für die eine Adresse ohne Nummer</translation>
-    </message>
-    <message>
-        <source>none</source>
-        <translation>ohne</translation>
-    </message>
-    <message>
         <source>TCP port:</source>
         <translation>TCP-Port:</translation>
     </message>
     <message>
         <source>TCP port of the readout module</source>
         <translation>TCP-Port des Auslesemoduls</translation>
-    </message>
-    <message>
-        <source>BCP port:</source>
-        <translation>BCP-Port:</translation>
-    </message>
-    <message>
-        <source>BCP port of the readout module</source>
-        <translation>BCP-Port des Auslesemoduls</translation>
     </message>
     <message>
         <source>Readout address that was set last</source>
@@ -810,6 +809,54 @@
     <message>
         <source>Browse...</source>
         <translation>Durchsuchen...</translation>
+    </message>
+    <message>
+        <source>Sen&amp;d Settings</source>
+        <translation>Einstellungen sen&amp;den</translation>
+    </message>
+    <message>
+        <source>Send and Save</source>
+        <translation>Senden und sichern</translation>
+    </message>
+    <message>
+        <source>With instrument</source>
+        <translation>Mit Instrument</translation>
+    </message>
+    <message>
+        <source>Send the setting inst, the name of the instrument, in the same line, in front of the base path</source>
+        <translation>Die Einstellung inst, den Namen des Instruments, in derselben Zeile vor dem Basispfad senden</translation>
+    </message>
+    <message>
+        <source>Modu&amp;le:</source>
+        <translation>M&amp;odul:</translation>
+    </message>
+    <message>
+        <source>Number of the readout module</source>
+        <translation>Nummer des Auslesemoduls</translation>
+    </message>
+    <message>
+        <source>Number of the readout module whose address this is; without a number it is the one address for all</source>
+        <translation>Nummer des Auslesemoduls, dessen Adresse dies ist; ohne Nummer ist es die eine Adresse für alle</translation>
+    </message>
+    <message>
+        <source>all</source>
+        <translation>alle</translation>
+    </message>
+    <message>
+        <source>Port at which the readout module delivers its data (the setting tcp)</source>
+        <translation>Port, an dem das Auslesemodul seine Daten liefert (die Einstellung tcp)</translation>
+    </message>
+    <message>
+        <source>Control port:</source>
+        <translation>Steuerport:</translation>
+    </message>
+    <message>
+        <source>Control port of the readout module</source>
+        <translation>Steuerport des Auslesemoduls</translation>
+    </message>
+    <message>
+        <source>Port at which the readout module accepts control commands (the setting bcp)</source>
+        <translation>Port, an dem das Auslesemodul Steuerbefehle annimmt (die Einstellung bcp)</translation>
     </message>
 </context>
 <context>
@@ -853,6 +900,177 @@
     <message>
         <source>Shutting down</source>
         <translation>Fährt herunter</translation>
+    </message>
+</context>
+<context>
+    <name>ToolTips</name>
+    <message>
+        <source>Show each curve by itself, or one curve with the sum of all</source>
+        <translation>Jede Kurve für sich zeigen, oder eine Kurve mit der Summe aller</translation>
+    </message>
+    <message>
+        <source>Choose which curves are visible</source>
+        <translation>Wählen, welche Kurven sichtbar sind</translation>
+    </message>
+    <message>
+        <source>Ask the server for new data now</source>
+        <translation>Den Server jetzt nach neuen Daten fragen</translation>
+    </message>
+    <message>
+        <source>Ask the server for new data again and again</source>
+        <translation>Den Server immer wieder nach neuen Daten fragen</translation>
+    </message>
+    <message>
+        <source>Smooth or sharpen a copy of this map in a window of its own</source>
+        <translation>Eine Kopie dieser Karte in einem eigenen Fenster glätten oder schärfen</translation>
+    </message>
+    <message>
+        <source>Peaks lower than this share of the highest value are left out, in percent</source>
+        <translation>Peaks unter diesem Anteil des höchsten Werts werden ausgelassen, in Prozent</translation>
+    </message>
+    <message>
+        <source>Expected width of a peak, in bins</source>
+        <translation>Erwartete Breite eines Peaks, in Kanälen</translation>
+    </message>
+    <message>
+        <source>Search the visible part of the curve for peaks and fit them</source>
+        <translation>Im sichtbaren Teil der Kurve Peaks suchen und anpassen</translation>
+    </message>
+    <message>
+        <source>Mark the points that each fit has used</source>
+        <translation>Die Punkte markieren, die jede Anpassung benutzt hat</translation>
+    </message>
+    <message>
+        <source>Lower end of the range along X; Enter sets it</source>
+        <translation>Unteres Ende des Bereichs entlang X; die Eingabetaste setzt es</translation>
+    </message>
+    <message>
+        <source>Upper end of the range along X; Enter sets it</source>
+        <translation>Oberes Ende des Bereichs entlang X; die Eingabetaste setzt es</translation>
+    </message>
+    <message>
+        <source>Lower end of the range along Y; Enter sets it</source>
+        <translation>Unteres Ende des Bereichs entlang Y; die Eingabetaste setzt es</translation>
+    </message>
+    <message>
+        <source>Upper end of the range along Y; Enter sets it</source>
+        <translation>Oberes Ende des Bereichs entlang Y; die Eingabetaste setzt es</translation>
+    </message>
+    <message>
+        <source>Left edge of the chosen region</source>
+        <translation>Linker Rand der gewählten Region</translation>
+    </message>
+    <message>
+        <source>Lower edge of the chosen region</source>
+        <translation>Unterer Rand der gewählten Region</translation>
+    </message>
+    <message>
+        <source>Right edge of the chosen region</source>
+        <translation>Rechter Rand der gewählten Region</translation>
+    </message>
+    <message>
+        <source>Upper edge of the chosen region</source>
+        <translation>Oberer Rand der gewählten Region</translation>
+    </message>
+    <message>
+        <source>Delete the chosen region</source>
+        <translation>Die gewählte Region löschen</translation>
+    </message>
+    <message>
+        <source>Check every entry of the list</source>
+        <translation>Jeden Eintrag der Liste ankreuzen</translation>
+    </message>
+    <message>
+        <source>Uncheck every entry of the list</source>
+        <translation>Bei jedem Eintrag der Liste das Kreuz entfernen</translation>
+    </message>
+    <message>
+        <source>Check what is unchecked, and uncheck the rest</source>
+        <translation>Ankreuzen, was kein Kreuz hat, und umgekehrt</translation>
+    </message>
+    <message>
+        <source>Check the selected cells</source>
+        <translation>Die gewählten Zellen ankreuzen</translation>
+    </message>
+    <message>
+        <source>Uncheck the selected cells</source>
+        <translation>Das Kreuz der gewählten Zellen entfernen</translation>
+    </message>
+    <message>
+        <source>Check what is unchecked among the selected cells, and the reverse</source>
+        <translation>Unter den gewählten Zellen ankreuzen, was kein Kreuz hat, und umgekehrt</translation>
+    </message>
+    <message>
+        <source>Show the checked curves</source>
+        <translation>Die angekreuzten Kurven zeigen</translation>
+    </message>
+    <message>
+        <source>The open folder and the folders above it</source>
+        <translation>Der offene Ordner und die Ordner darüber</translation>
+    </message>
+    <message>
+        <source>Name of a file or folder in the open folder</source>
+        <translation>Name einer Datei oder eines Ordners im offenen Ordner</translation>
+    </message>
+    <message>
+        <source>Accept and close</source>
+        <translation>Übernehmen und schließen</translation>
+    </message>
+    <message>
+        <source>Close without a change</source>
+        <translation>Ohne Änderung schließen</translation>
+    </message>
+    <message>
+        <source>Close this window</source>
+        <translation>Dieses Fenster schließen</translation>
+    </message>
+    <message>
+        <source>Save to a file</source>
+        <translation>In eine Datei sichern</translation>
+    </message>
+    <message>
+        <source>Use the values and keep the window open</source>
+        <translation>Die Werte übernehmen, das Fenster bleibt offen</translation>
+    </message>
+    <message>
+        <source>Go on without saving</source>
+        <translation>Weiter, ohne zu sichern</translation>
+    </message>
+    <message>
+        <source>Delete all regions</source>
+        <translation>Alle Regionen löschen</translation>
+    </message>
+    <message>
+        <source>* means every one: a check mark stands for all of them</source>
+        <translation>* heißt jede: ein Kreuz gilt für alle</translation>
+    </message>
+    <message>
+        <source>For trying the console without a detector</source>
+        <translation>Um die Konsole ohne Detektor auszuprobieren</translation>
+    </message>
+    <message>
+        <source>The server ends with the console</source>
+        <translation>Der Server endet mit der Konsole</translation>
+    </message>
+    <message>
+        <source>The server goes on running when the console is closed</source>
+        <translation>Der Server läuft weiter, wenn die Konsole geschlossen wird</translation>
+    </message>
+    <message>
+        <source>Choose from a list</source>
+        <translation>Aus einer Liste wählen</translation>
+    </message>
+    <message>
+        <source>The sum of the weighted bins is divided by this number</source>
+        <translation>Die Summe der gewichteten Kanäle wird durch diese Zahl geteilt</translation>
+    </message>
+    <message>
+        <source>Do what the notice proposes</source>
+        <translation>Tun, was der Hinweis vorschlägt</translation>
+    </message>
+    <message>
+        <source>Fit the limits of the colours to the data</source>
+        <translation>Die Grenzen der Farben an die Daten anpassen</translation>
     </message>
 </context>
 <context>
@@ -1159,10 +1377,6 @@
         <translation>Aufgegeben: %1. Der Server arbeitet vielleicht noch daran.</translation>
     </message>
     <message>
-        <source>Upload a File</source>
-        <translation>Datei hochladen</translation>
-    </message>
-    <message>
         <source>%1: %2 s, %3</source>
         <translation>%1: %2 s, %3</translation>
     </message>
@@ -1227,6 +1441,10 @@
             <numerusform>„%1“ ist aufgegeben; %Ln Befehl dahinter blieb ohne Antwort.</numerusform>
             <numerusform>„%1“ ist aufgegeben; %Ln Befehle dahinter blieben ohne Antwort.</numerusform>
         </translation>
+    </message>
+    <message>
+        <source>Send a File</source>
+        <translation>Datei verschicken</translation>
     </message>
 </context>
 <context>
@@ -1526,7 +1744,15 @@
     </message>
     <message>
         <source>As on the &amp;Desktop</source>
-        <translation>Wie auf dem ConsoleFixture&amp;top</translation>
+        <translation>Wie auf dem Desk&amp;top</translation>
+    </message>
+    <message>
+        <source>Show all texts in this language</source>
+        <translation>Alle Texte in dieser Sprache zeigen</translation>
+    </message>
+    <message>
+        <source>Show all texts in the language of the desktop</source>
+        <translation>Alle Texte in der Sprache der Arbeitsfläche zeigen</translation>
     </message>
 </context>
 <context>
@@ -1536,16 +1762,16 @@
         <translation>Intensität</translation>
     </message>
     <message>
-        <source>Each</source>
-        <translation>Einzeln</translation>
+        <source>Each Curve</source>
+        <translation>Jede Kurve</translation>
     </message>
     <message>
-        <source>All</source>
-        <translation>Alle</translation>
+        <source>Sum of All</source>
+        <translation>Summe aller</translation>
     </message>
     <message>
-        <source>%1 of %2</source>
-        <translation>%1 von %2</translation>
+        <source>Curves...</source>
+        <translation>Kurven...</translation>
     </message>
     <message>
         <source>The reply tells no axis and is not shown: %1</source>
@@ -1663,16 +1889,8 @@
         <translation>Nur mit verbundenem Server</translation>
     </message>
     <message>
-        <source>&amp;Start</source>
-        <translation>&amp;Starten</translation>
-    </message>
-    <message>
         <source>Co&amp;nnect</source>
         <translation>&amp;Verbinden</translation>
-    </message>
-    <message>
-        <source>Shut &amp;Down</source>
-        <translation>&amp;Herunterfahren</translation>
     </message>
     <message>
         <source>&amp;Disconnect</source>
@@ -1705,10 +1923,6 @@
     <message>
         <source>No command is under way</source>
         <translation>Es ist kein Befehl unterwegs</translation>
-    </message>
-    <message>
-        <source>Send all settings to the server</source>
-        <translation>Alle Einstellungen an den Server senden</translation>
     </message>
     <message>
         <source>Wait until the lines on their way are answered</source>
@@ -1839,8 +2053,52 @@
         <translation>Die Datei %1 ist nicht beschreibbar. Befehle, Fenster und Server werden nicht gemerkt.</translation>
     </message>
     <message>
+        <source>&amp;Start Server</source>
+        <translation>&amp;Server starten</translation>
+    </message>
+    <message>
+        <source>Shut &amp;Down Server</source>
+        <translation>Server &amp;beenden</translation>
+    </message>
+    <message>
+        <source>&amp;Restart Server</source>
+        <translation>Server &amp;neu starten</translation>
+    </message>
+    <message>
+        <source>&amp;Reconnect</source>
+        <translation>&amp;Neu verbinden</translation>
+    </message>
+    <message>
+        <source>Send the settings to the server</source>
+        <translation>Die Einstellungen an den Server senden</translation>
+    </message>
+    <message>
+        <source>There is nothing to send: all settings are as on the server</source>
+        <translation>Es gibt nichts zu senden: alle Einstellungen sind wie auf dem Server</translation>
+    </message>
+    <message>
+        <source>Send the settings and let the server store them</source>
+        <translation>Die Einstellungen senden und vom Server sichern lassen</translation>
+    </message>
+    <message>
+        <source>The record is empty</source>
+        <translation>Das Protokoll ist leer</translation>
+    </message>
+    <message>
+        <source>Write the commands and replies to a text file</source>
+        <translation>Befehle und Antworten in eine Textdatei schreiben</translation>
+    </message>
+    <message>
+        <source>Remove the commands and replies from the window</source>
+        <translation>Befehle und Antworten aus dem Fenster entfernen</translation>
+    </message>
+    <message>
         <source>Record</source>
         <translation>Protokoll</translation>
+    </message>
+    <message>
+        <source>Settings and addresses</source>
+        <translation>Einstellungen und Adressen</translation>
     </message>
 </context>
 <context>
@@ -2121,6 +2379,148 @@
     <message>
         <source>Needs a connected server; the curve goes on by itself when it is back.</source>
         <translation>Nur mit verbundenem Server; die Kurve geht von selbst weiter, sobald er wieder da ist.</translation>
+    </message>
+    <message>
+        <source>Drop the points and begin again</source>
+        <translation>Die Punkte verwerfen und neu beginnen</translation>
+    </message>
+    <message>
+        <source>There is no point yet</source>
+        <translation>Noch gibt es keinen Punkt</translation>
+    </message>
+</context>
+<context>
+    <name>console::RunControl</name>
+    <message>
+        <source>The connection broke before the server answered “%1” (%2). Look at the state of the run before you try again.</source>
+        <translation>Die Verbindung brach ab, bevor der Server auf „%1“ geantwortet hat (%2). Sehen Sie nach dem Zustand des Laufs, bevor Sie es wieder versuchen.</translation>
+    </message>
+    <message>
+        <source>Needs a connected server</source>
+        <translation>Braucht einen verbundenen Server</translation>
+    </message>
+    <message>
+        <source>Wait until the server has answered</source>
+        <translation>Warten, bis der Server geantwortet hat</translation>
+    </message>
+    <message>
+        <source>A run is under way already</source>
+        <translation>Ein Lauf ist schon im Gang</translation>
+    </message>
+    <message>
+        <source>No run is under way</source>
+        <translation>Kein Lauf ist im Gang</translation>
+    </message>
+    <message>
+        <source>There are no events to clear</source>
+        <translation>Es gibt keine Ereignisse zu löschen</translation>
+    </message>
+    <message>
+        <source>A new run discards the %1 events on the server. Nothing of them was saved.</source>
+        <translation>Ein neuer Lauf verwirft die %1 Ereignisse auf dem Server. Nichts davon wurde gesichert.</translation>
+    </message>
+    <message>
+        <source>&amp;Start Without Saving</source>
+        <translation>&amp;Starten ohne Sichern</translation>
+    </message>
+    <message>
+        <source>Clear discards the %1 events on the server. Nothing of them was saved.</source>
+        <translation>Löschen verwirft die %1 Ereignisse auf dem Server. Nichts davon wurde gesichert.</translation>
+    </message>
+    <message>
+        <source>Clear discards the data on the server. The server does not report whether there are any.</source>
+        <translation>Löschen verwirft die Daten auf dem Server. Der Server meldet nicht, ob es welche gibt.</translation>
+    </message>
+    <message>
+        <source>&amp;Clear</source>
+        <translation>&amp;Löschen</translation>
+    </message>
+    <message>
+        <source>The server refused “%1”: %2</source>
+        <translation>Der Server hat „%1“ abgelehnt: %2</translation>
+    </message>
+</context>
+<context>
+    <name>console::RunPanel</name>
+    <message>
+        <source>Start &amp;Run</source>
+        <translation>Lauf &amp;starten</translation>
+    </message>
+    <message>
+        <source>St&amp;op Run</source>
+        <translation>Lauf an&amp;halten</translation>
+    </message>
+    <message>
+        <source>&amp;Clear</source>
+        <translation>&amp;Löschen</translation>
+    </message>
+    <message>
+        <source>Number of the current or last run</source>
+        <translation>Nummer des jetzigen oder letzten Laufs</translation>
+    </message>
+    <message>
+        <source>Whether the server takes data</source>
+        <translation>Ob der Server Daten nimmt</translation>
+    </message>
+    <message>
+        <source>Time since the run began or was cleared</source>
+        <translation>Zeit seit Beginn oder Löschen des Laufs</translation>
+    </message>
+    <message>
+        <source>Time in which the detectors could count</source>
+        <translation>Zeit, in der die Detektoren zählen konnten</translation>
+    </message>
+    <message>
+        <source>Events since the run began or was cleared</source>
+        <translation>Ereignisse seit Beginn oder Löschen des Laufs</translation>
+    </message>
+    <message>
+        <source>Events per second, over the last moment</source>
+        <translation>Ereignisse pro Sekunde, zuletzt</translation>
+    </message>
+    <message>
+        <source>Begin the next run (the command start)</source>
+        <translation>Den nächsten Lauf beginnen (der Befehl start)</translation>
+    </message>
+    <message>
+        <source>End the run (the command stop)</source>
+        <translation>Den Lauf beenden (der Befehl stop)</translation>
+    </message>
+    <message>
+        <source>Set histograms, counts and times to zero (the command clear)</source>
+        <translation>Histogramme, Zähler und Zeiten auf null setzen (der Befehl clear)</translation>
+    </message>
+    <message>
+        <source>No run yet</source>
+        <translation>Noch kein Lauf</translation>
+    </message>
+    <message>
+        <source>Run %1</source>
+        <translation>Lauf %1</translation>
+    </message>
+    <message>
+        <source>running</source>
+        <translation>läuft</translation>
+    </message>
+    <message>
+        <source>stopped</source>
+        <translation>steht</translation>
+    </message>
+    <message>
+        <source>Elapsed %1</source>
+        <translation>Vergangen %1</translation>
+    </message>
+    <message>
+        <source>Live %1</source>
+        <translation>Aktiv %1</translation>
+    </message>
+    <message>
+        <source>Events %1</source>
+        <translation>Ereignisse %1</translation>
+    </message>
+    <message>
+        <source>Rate %1 /s</source>
+        <translation>Rate %1 /s</translation>
     </message>
 </context>
 <context>
@@ -2567,10 +2967,6 @@
         <translation>Wie auf dem Server.</translation>
     </message>
     <message>
-        <source>The base path is kept for the next download.</source>
-        <translation>Der Basispfad wird für die nächste Übertragung behalten.</translation>
-    </message>
-    <message>
         <source>Set: %1</source>
         <translation>Gesetzt: %1</translation>
     </message>
@@ -2581,10 +2977,6 @@
     <message>
         <source>Wait until the lines on their way are answered</source>
         <translation>Warten Sie, bis die gesendeten Zeilen beantwortet sind</translation>
-    </message>
-    <message>
-        <source>Send all settings to the server</source>
-        <translation>Alle Einstellungen an den Server senden</translation>
     </message>
     <message>
         <source>Send all settings and let the server store them</source>
@@ -2611,20 +3003,12 @@
         <translation>Hier wurde nichts geändert</translation>
     </message>
     <message>
-        <source>Keep the base path for the next download</source>
-        <translation>Den Basispfad für die nächste Übertragung behalten</translation>
-    </message>
-    <message>
         <source>Send the base path to the server</source>
         <translation>Den Basispfad an den Server senden</translation>
     </message>
     <message>
         <source>Type a path first</source>
         <translation>Geben Sie zuerst einen Pfad ein</translation>
-    </message>
-    <message>
-        <source>Store the address in the settings; download them to send it</source>
-        <translation>Die Adresse in den Einstellungen ablegen; „Übertragen“ sendet sie</translation>
     </message>
     <message>
         <source>Type an IPv4 address such as 192.168.0.16 first</source>
@@ -2639,13 +3023,6 @@
         <translation>
             <numerusform>%Ln Zeile wird gesendet...</numerusform>
             <numerusform>%Ln Zeilen werden gesendet...</numerusform>
-        </translation>
-    </message>
-    <message numerus="yes">
-        <source>The server began anew. %Ln setting(s) sent before are not on it: download to send again.</source>
-        <translation>
-            <numerusform>Der Server hat neu begonnen. %Ln früher gesendete Einstellung fehlt ihm; „Übertragen“ sendet sie erneut.</numerusform>
-            <numerusform>Der Server hat neu begonnen. %Ln früher gesendete Einstellungen fehlen ihm; „Übertragen“ sendet sie erneut.</numerusform>
         </translation>
     </message>
     <message numerus="yes">
@@ -2681,6 +3058,37 @@
     <message>
         <source>Choose the folder of the data on the server</source>
         <translation>Den Ordner der Daten auf dem Server wählen</translation>
+    </message>
+    <message numerus="yes">
+        <source>The server began anew. %Ln setting(s) sent before are not on it: send the settings again.</source>
+        <translation>
+            <numerusform>Der Server hat neu begonnen. %Ln zuvor gesendete Einstellung fehlt ihm: senden Sie die Einstellungen noch einmal.</numerusform>
+            <numerusform>Der Server hat neu begonnen. %Ln zuvor gesendete Einstellungen fehlen ihm: senden Sie die Einstellungen noch einmal.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>The base path is kept until settings are sent.</source>
+        <translation>Der Basispfad wird aufgehoben, bis Einstellungen gesendet werden.</translation>
+    </message>
+    <message>
+        <source>Send the settings to the server</source>
+        <translation>Die Einstellungen an den Server senden</translation>
+    </message>
+    <message>
+        <source>There is nothing to send: all settings are as on the server</source>
+        <translation>Es gibt nichts zu senden: alle Einstellungen sind wie auf dem Server</translation>
+    </message>
+    <message>
+        <source>The server has this setting; only settings that were added here can be removed</source>
+        <translation>Der Server hat diese Einstellung; nur hier hinzugefügte können entfernt werden</translation>
+    </message>
+    <message>
+        <source>Keep the base path until settings are sent</source>
+        <translation>Den Basispfad aufheben, bis Einstellungen gesendet werden</translation>
+    </message>
+    <message>
+        <source>Store the address in the settings; then send the settings</source>
+        <translation>Die Adresse in die Einstellungen übernehmen; danach die Einstellungen senden</translation>
     </message>
 </context>
 <context>
@@ -2797,10 +3205,6 @@
         <translation>die Verbindung ist abgerissen (%1).</translation>
     </message>
     <message>
-        <source>%1 is not uploaded: %2 is on its way.</source>
-        <translation>%1 wird nicht hochgeladen: %2 ist noch unterwegs.</translation>
-    </message>
-    <message>
         <source>its name cannot be sent. %1</source>
         <translation>ihr Name lässt sich nicht senden. %1</translation>
     </message>
@@ -2825,16 +3229,20 @@
         <translation>Der Server sagt nicht, ob er eine Datei „%1“ hat. Soll sie hochgeladen werden? Eine Datei dieses Namens würde überschrieben.</translation>
     </message>
     <message>
-        <source>Upload a File</source>
-        <translation>Datei hochladen</translation>
-    </message>
-    <message>
-        <source>%1 is not uploaded: %2</source>
-        <translation>%1 wird nicht hochgeladen: %2</translation>
-    </message>
-    <message>
         <source>the server was stopped.</source>
         <translation>der Server wurde beendet.</translation>
+    </message>
+    <message>
+        <source>%1 is not sent: %2 is on its way.</source>
+        <translation>%1 wird nicht gesendet: %2 ist unterwegs.</translation>
+    </message>
+    <message>
+        <source>Send a File</source>
+        <translation>Datei verschicken</translation>
+    </message>
+    <message>
+        <source>%1 is not sent: %2</source>
+        <translation>%1 wird nicht gesendet: %2</translation>
     </message>
 </context>
 <context>
@@ -2870,6 +3278,14 @@
     <message>
         <source>Select Visible Items</source>
         <translation>Sichtbare Kurven wählen</translation>
+    </message>
+    <message>
+        <source>There is no region yet: drag one over the map</source>
+        <translation>Es gibt noch keine Region: ziehen Sie eine über die Karte</translation>
+    </message>
+    <message>
+        <source>Choose a region in the list first</source>
+        <translation>Erst eine Region in der Liste wählen</translation>
     </message>
 </context>
 </TS>

@@ -103,13 +103,6 @@
         </translation>
     </message>
     <message numerus="yes">
-        <source>The server began anew. %Ln setting(s) sent before are not on it: download to send again.</source>
-        <translation>
-            <numerusform>The server began anew. Of what was sent before, %Ln setting is not on it: download to send again.</numerusform>
-            <numerusform>The server began anew. Of what was sent before, %Ln settings are not on it: download to send again.</numerusform>
-        </translation>
-    </message>
-    <message numerus="yes">
         <source>The server took %Ln line(s).</source>
         <translation>
             <numerusform>The server took %Ln line.</numerusform>
@@ -121,6 +114,13 @@
         <translation>
             <numerusform>%Ln changed here, not on the server yet.</numerusform>
             <numerusform>%Ln changed here, not on the server yet.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>The server began anew. %Ln setting(s) sent before are not on it: send the settings again.</source>
+        <translation>
+            <numerusform>The server began anew. %Ln setting sent before is not on it: send the settings again.</numerusform>
+            <numerusform>The server began anew. %Ln settings sent before are not on it: send the settings again.</numerusform>
         </translation>
     </message>
 </context>

@@ -1,6 +1,7 @@
 #include "windows/openwindows.h"
 
 #include "app/words.h"
+#include "windows/placement.h"
 
 #include <tarnis/dialogs/graph1ddialog.h>
 #include <tarnis/dialogs/graph2ddialog.h>
@@ -9,6 +10,7 @@
 #include <QApplication>
 #include <QPointer>
 #include <QScreen>
+#include <QSettings>
 #include <QWindow>
 
 #include <algorithm>
@@ -21,6 +23,7 @@ namespace {
 constexpr double likedRatio = 1.4; // of a plot's width to its height
 constexpr int cascadeStep = 32;
 constexpr char orderProperty[] = "openedAs";
+constexpr char idProperty[] = "windowId";
 
 /// The same place on the screen, maximized or minimized as the other was. Takes the keyboard only on request.
 void showInPlace(QWidget& window, const QRect& place, Qt::WindowStates states, bool isActive)
@@ -31,6 +34,20 @@ void showInPlace(QWidget& window, const QRect& place, Qt::WindowStates states, b
     window.show();
     if (isActive)
         window.activateWindow();
+}
+
+/// The main window stays its owner. Without this the desktop keeps it above the main window and out of the task bar.
+void makeIndependent(QWidget& window)
+{
+    window.setWindowFlags(Qt::Window);
+    window.winId(); // makes the native window
+    window.windowHandle()->setTransientParent(nullptr);
+}
+
+QString settingsKey(const QString& id)
+{
+    QString name = id;
+    return QStringLiteral("windows/") + name.replace(u'/', u'_').replace(u'\\', u'_');
 }
 
 /// Out of a map of this main window. Its histogram may have become one of curves since.
@@ -129,9 +146,15 @@ bool canPlaceWindows(const QString& platform)
     return !platform.startsWith(u"wayland");
 }
 
-OpenWindows::OpenWindows(QWidget& mainWindow)
+QMargins frameOf(const QWidget& window)
+{
+    return window.windowHandle() ? window.windowHandle()->frameMargins() : QMargins();
+}
+
+OpenWindows::OpenWindows(QWidget& mainWindow, QSettings& settings)
     : QObject(&mainWindow)
     , m_mainWindow(mainWindow)
+    , m_settings(settings)
 {
     connect(&m_windows, &ModelessWidgetManager::onClosed, this, &OpenWindows::changed);
     connect(qApp, &QApplication::focusChanged, this, [this](const QWidget* /*old*/, QWidget* now) {
@@ -155,10 +178,82 @@ QWidget* OpenWindows::show(
     const bool isNew = !window;
     if (isNew)
         window = enter(id, make(), title);
+    if (isNew)
+        place(*window, id);
     bringForward(*window);
     if (isNew)
         Q_EMIT changed();
     return window;
+}
+
+void OpenWindows::place(QWidget& window, const QString& id)
+{
+    const QScreen* const screen = m_mainWindow.screen();
+    if (!screen)
+        return;
+    const QMargins frame = frameOf(m_mainWindow);
+    const QRect area = screen->availableGeometry().marginsRemoved(frame);
+    const QSize least = window.minimumSizeHint().expandedTo(window.minimumSize());
+    const QRect stored = m_settings.value(settingsKey(id) + QLatin1String("/place")).toRect();
+    const QSize size = (stored.isValid() ? stored.size() : window.size()).expandedTo(least).boundedTo(area.size());
+    if (m_settings.value(settingsKey(id) + QLatin1String("/maximized")).toBool())
+        window.setWindowState(Qt::WindowMaximized);
+    if (!canPlaceWindows(QGuiApplication::platformName())) {
+        window.resize(size);
+        return;
+    }
+    if (stored.isValid()) {
+        const QScreen* const home = QGuiApplication::screenAt(stored.center());
+        const QRect room = home ? home->availableGeometry().marginsRemoved(frame) : area;
+        window.setGeometry(inside(QRect(stored.topLeft(), size), room));
+        return;
+    }
+    QList<QRect> occupied;
+    if (m_mainWindow.isVisible() && !m_mainWindow.isMinimized())
+        occupied.append(m_mainWindow.frameGeometry());
+    const QList<QWidget*> others = onScreen();
+    for (const QWidget* const other : others)
+        occupied.append(other->frameGeometry());
+    const QRect cell = placeOfNewWindow(size.grownBy(frame), screen->availableGeometry(), occupied);
+    window.setGeometry(cell.marginsRemoved(frame));
+}
+
+void OpenWindows::storePlace(const QWidget& window)
+{
+    const QString key = settingsKey(window.property(idProperty).toString());
+    m_settings.setValue(
+        key + QLatin1String("/place"), window.isMaximized() ? window.normalGeometry() : window.geometry());
+    m_settings.setValue(key + QLatin1String("/maximized"), window.isMaximized());
+}
+
+void OpenWindows::storePlaces()
+{
+    const auto windows = m_windows.map.values();
+    for (const QWidget* const window : windows) {
+        if (window && window->isVisible() && !window->isMinimized())
+            storePlace(*window);
+    }
+}
+
+bool OpenWindows::eventFilter(QObject* object, QEvent* event)
+{
+    if (event->type() == QEvent::Close) {
+        const auto* const window = qobject_cast<const QWidget*>(object);
+        if (window && window->isVisible() && !window->isMinimized())
+            storePlace(*window);
+    }
+    return QObject::eventFilter(object, event);
+}
+
+QStringList OpenWindows::ids() const
+{
+    QStringList found;
+    const QList<QWidget*> windows = all();
+    for (const QWidget* const window : windows) {
+        if (const QString id = window->property(idProperty).toString(); !id.isEmpty())
+            found.append(id);
+    }
+    return found;
 }
 
 void* OpenWindows::keyOf(const QString& id)
@@ -172,6 +267,9 @@ QWidget* OpenWindows::enter(const QString& id, QWidget* window, const std::funct
     connect(window, &QObject::destroyed, &m_windows, &ModelessWidgetManager::onDestroyed);
     window->setAttribute(Qt::WA_DeleteOnClose);
     window->setProperty(orderProperty, qulonglong(++m_opened));
+    window->setProperty(idProperty, id);
+    makeIndependent(*window);
+    window->installEventFilter(this);
     keepTitle(*window, title);
     return window;
 }
@@ -243,12 +341,23 @@ void OpenWindows::arrange(const std::function<QList<QRect>(int count, const QRec
     const QScreen* const screen = m_mainWindow.screen();
     if (!screen || !canPlaceWindows(QGuiApplication::platformName()))
         return;
-    const QRect area = placeConsole(screen->availableGeometry());
-    const QList<QRect> places = cells(int(windows.size()), area);
+    const QRect whole = screen->availableGeometry();
+    QSize least;
+    for (const QWidget* const window : windows)
+        least = least.expandedTo(window->minimumSizeHint().expandedTo(window->minimumSize()).grownBy(frameOf(*window)));
+    const auto fit = [&](const QRect& area) {
+        const QList<QRect> places = cells(int(windows.size()), area);
+        return std::all_of(
+            places.begin(), places.end(), [&](const QRect& place) { return place.size().boundedTo(least) == least; });
+    };
+    // On a small screen the windows cover the console, and each other, before they become too small to read.
+    const QRect area = fit(consoleShares(whole).windows) ? placeConsole(whole) : whole;
+    const QList<QRect> places =
+        area == whole && !fit(whole) ? cascadeCells(int(windows.size()), whole) : cells(int(windows.size()), area);
     for (qsizetype i = 0; i < windows.size(); ++i) {
         QWidget* const window = windows.at(i);
         window->showNormal();
-        const QMargins frame = window->windowHandle() ? window->windowHandle()->frameMargins() : QMargins();
+        const QMargins frame = frameOf(*window);
         const QRect inside = places.at(i).marginsRemoved(frame);
         // A window that needs more room than its cell stays on the screen all the same.
         const QSize size = inside.size().expandedTo(window->minimumSizeHint()).expandedTo(window->minimumSize());
@@ -259,15 +368,21 @@ void OpenWindows::arrange(const std::function<QList<QRect>(int count, const QRec
     }
 }
 
+Shares OpenWindows::consoleShares(const QRect& area) const
+{
+    const QSize least = m_mainWindow.minimumSizeHint().expandedTo(m_mainWindow.minimumSize());
+    if (!m_mainWindow.isVisible() || m_mainWindow.isMinimized())
+        return { {}, area };
+    return sharesOf(area, m_mainWindow.frameGeometry(), least.grownBy(frameOf(m_mainWindow)));
+}
+
 /// Returns what is left for the windows.
 QRect OpenWindows::placeConsole(const QRect& area)
 {
-    const QMargins frame = m_mainWindow.windowHandle() ? m_mainWindow.windowHandle()->frameMargins() : QMargins();
-    const QSize least = m_mainWindow.minimumSizeHint().expandedTo(m_mainWindow.minimumSize());
-    if (!m_mainWindow.isVisible() || m_mainWindow.isMinimized())
-        return area;
-    const Shares shares =
-        sharesOf(area, m_mainWindow.frameGeometry(), QRect(QPoint(), least).marginsAdded(frame).size());
+    const QMargins frame = frameOf(m_mainWindow);
+    const Shares shares = consoleShares(area);
+    if (shares.console.isNull())
+        return shares.windows;
     if (shares.console != m_mainWindow.frameGeometry()) {
         m_mainWindow.showNormal();
         m_mainWindow.setGeometry(shares.console.marginsRemoved(frame));

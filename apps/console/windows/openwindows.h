@@ -8,10 +8,13 @@
 #include <QPointer>
 #include <QRect>
 #include <QString>
+#include <QStringList>
 #include <QWidget>
 
 #include <functional>
 #include <set>
+
+class QSettings;
 
 namespace console {
 
@@ -22,7 +25,7 @@ QList<QRect> tileCells(int count, const QRect& area);
 /// `count` cells of one size, each further right and down, beginning again at the corner when the area ends.
 QList<QRect> cascadeCells(int count, const QRect& area);
 
-/// How the screen is shared between the console and its windows, which are always in front of it.
+/// How the screen is shared between the console and its windows, so that none covers another.
 struct Shares {
     QRect console;
     QRect windows;
@@ -38,16 +41,26 @@ bool isWithin(const QWidget& widget, const QWidget& window);
 /// False where a window cannot place itself, as on Wayland. `platform` as QGuiApplication::platformName() gives it.
 bool canPlaceWindows(const QString& platform);
 
-/// GUI thread. Windows are children of the main window, delete themselves when they close, and are closed with it.
+/// The frame that the window manager has given to the window; none before it is on the screen.
+QMargins frameOf(const QWidget& window);
+
+/// GUI thread. Windows belong to the main window, but not on the screen: they have an entry of their own in the task
+/// bar, may be behind it, and stay when it is minimized. They delete themselves when they close, and are closed with
+/// it.
 class OpenWindows : public QObject {
     Q_OBJECT
 public:
-    explicit OpenWindows(QWidget& mainWindow);
+    /// `settings` keeps the places of the windows from one run to the next; it must outlive this.
+    OpenWindows(QWidget& mainWindow, QSettings& settings);
     ~OpenWindows() override;
 
     /// Shows the window of this id and brings it forward; `make` makes it if there is none. `title` is asked now and
     /// with each change of the language.
     QWidget* show(const QString& id, const std::function<QWidget*()>& make, const std::function<QString()>& title);
+    /// The ids of the open windows, in the order in which they were opened.
+    QStringList ids() const;
+    /// Writes the place of every open window to the settings.
+    void storePlaces();
     /// The open window of this id, a minimized one too; null if there is none.
     QWidget* find(const QString& id);
     /// Puts the window that `make` makes in the place of the open one, which closes: its geometry, its place among the
@@ -80,12 +93,17 @@ Q_SIGNALS:
     void kept();
 
 protected:
+    bool eventFilter(QObject* object, QEvent* event) override;
+    void place(QWidget& window, const QString& id);
+    void storePlace(const QWidget& window);
     void* keyOf(const QString& id);
     QWidget* enter(const QString& id, QWidget* window, const std::function<QString()>& title);
     void arrange(const std::function<QList<QRect>(int count, const QRect& area)>& cells);
+    Shares consoleShares(const QRect& area) const;
     QRect placeConsole(const QRect& area);
 
     QWidget& m_mainWindow;
+    QSettings& m_settings;
     ModelessWidgetManager m_windows; ///< by address of the id in m_ids
     std::set<QString> m_ids;
     QPointer<QWidget> m_front;

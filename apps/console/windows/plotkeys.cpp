@@ -1,6 +1,7 @@
 #include "windows/plotkeys.h"
 
 #include "app/availability.h"
+#include "windows/boxplacer.h"
 
 #include <tarnis/foundation/helpers.h>
 #include <tarnis/plots/colorbarwidget.h>
@@ -162,17 +163,9 @@ void editLimit(XY2DGraphWidget& map, bool isUpper)
     click(*bar, { bar->width() * 7 / 10, isUpper ? lineHeight : bar->height() - 1 - lineHeight });
 }
 
-/// The boxes beside the window that belong to the plot: ranges, cuts, regions, peaks.
-QList<QDialog*> boxesOf(const XYGraphWidget& plot)
-{
-    QList<QDialog*> boxes = plot.findChildren<QDialog*>(QString(), Qt::FindDirectChildrenOnly);
-    boxes.removeIf([](const QDialog* box) { return !box->isVisible(); });
-    return boxes;
-}
-
 void goToBox(XYGraphWidget& plot, qsizetype number)
 {
-    const QList<QDialog*> boxes = boxesOf(plot);
+    const QList<QDialog*> boxes = BoxPlacer::boxesOf(plot);
     if (number >= boxes.size()) {
         plot.window()->activateWindow();
         plot.setFocus(Qt::ShortcutFocusReason);
@@ -180,7 +173,9 @@ void goToBox(XYGraphWidget& plot, qsizetype number)
     }
     QDialog* const box = boxes.at(number);
     box->activateWindow();
-    if (!box->focusWidget()) {
+    if (QWidget* const last = box->isWindow() ? nullptr : box->focusWidget()) {
+        last->setFocus(Qt::TabFocusReason); // in the pane of the window, which is active already
+    } else if (!box->focusWidget()) {
         for (QWidget* widget = box->nextInFocusChain(); widget != box; widget = widget->nextInFocusChain()) {
             if ((widget->focusPolicy() & Qt::TabFocus) && widget->isEnabled()) {
                 widget->setFocus(Qt::TabFocusReason);
@@ -191,8 +186,8 @@ void goToBox(XYGraphWidget& plot, qsizetype number)
     if (!box->findChild<QShortcut*>(QStringLiteral("boxShortcut"))) {
         auto* const shortcut = new QShortcut(QKeySequence(boxKey), box);
         shortcut->setObjectName(QStringLiteral("boxShortcut"));
-        QObject::connect(
-            shortcut, &QShortcut::activated, &plot, [&plot, box] { goToBox(plot, boxesOf(plot).indexOf(box) + 1); });
+        QObject::connect(shortcut, &QShortcut::activated, &plot,
+            [&plot, box] { goToBox(plot, BoxPlacer::boxesOf(plot).indexOf(box) + 1); });
     }
 }
 
@@ -324,7 +319,7 @@ void PlotKeys::openTools(XYGraphWidget& plot)
     menu->addSeparator();
     addEditors(*menu, plot);
     addMapTools(*menu, plot);
-    if (!boxesOf(plot).isEmpty()) {
+    if (!BoxPlacer::boxesOf(plot).isEmpty()) {
         QAction* const action = menu->addAction(tr("To the Bo&x Beside"));
         action->setShortcut(QKeySequence(boxKey)); // shown only: the plot takes the key itself
         connect(

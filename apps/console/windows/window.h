@@ -18,6 +18,7 @@ class OpenWindows;
 class ServerController;
 class ServerHistograms;
 class CommandChannel;
+class StatusPoller;
 
 /// The texts of the menu Windows and of what it opens.
 struct Windows {
@@ -34,6 +35,7 @@ struct WindowContext {
     QSettings& memory; ///< what is kept from one run to the next
     ServerHistograms& histograms; ///< what the server has listed
     HistogramWindowUpdater& follower; ///< for windows that open those of histograms
+    StatusPoller& poller; ///< asks "stat" for all windows
 };
 
 struct WindowEntry {

@@ -1,19 +1,30 @@
 #include "windows/windowaccess.h"
 
+#include "app/availability.h"
+#include "windows/boxplacer.h"
 #include "windows/colourbarmenu.h"
 #include "windows/leavetool.h"
+#include "windows/openwindows.h"
+#include "windows/placement.h"
 #include "windows/plotkeys.h"
+#include "windows/tooltips.h"
 
+#include <tarnis/dialogs/graph2dfilterdialog.h>
 #include <tarnis/dialogs/selectcheckeddialog.h>
+#include <tarnis/peak/peaksearchdialog.h>
 #include <tarnis/plots/xy2dgraphwidget.h>
 #include <tarnis/plots/xygraphwidget.h>
 
 #include <QCoreApplication>
 #include <QDialog>
 #include <QEvent>
+#include <QGuiApplication>
 #include <QKeyEvent>
+#include <QLayout>
+#include <QListWidget>
 #include <QMenu>
 #include <QPushButton>
+#include <QScreen>
 #include <QShortcut>
 #include <QVariant>
 
@@ -46,6 +57,54 @@ void nameControls(QWidget& window)
         nameIfNameless(plot, WindowAccess::tr("Plot: %1").arg(plot->window()->windowTitle()));
 }
 
+/// The box of the regions enables both buttons while its list is still empty.
+void updateRegionButtons(QWidget& window, const QListWidget& list)
+{
+    auto* const deleteButton = window.findChild<QPushButton*>(QStringLiteral("deleteButton"));
+    auto* const clearButton = window.findChild<QPushButton*>(QStringLiteral("clearButton"));
+    if (!deleteButton || !clearButton || !list.isEnabled())
+        return; // not to be edited now
+    const QString none = WindowAccess::tr("There is no region yet: drag one over the map");
+    const bool isAny = list.count() > 0;
+    setAvailable(deleteButton, isAny && list.currentRow() >= 0, QString(),
+        isAny ? WindowAccess::tr("Choose a region in the list first") : none);
+    setAvailable(clearButton, isAny, QString(), none);
+}
+
+/// Peak search, filter and choice of curves open beside the plot that they are about, where the screen has room.
+void placeBesideData(QDialog& dialog)
+{
+    QWidget* const owner = dialog.parentWidget();
+    const bool isAboutPlot = qobject_cast<XYGraphWidget*>(owner) || (owner && owner->findChild<XYGraphWidget*>());
+    const bool isTool = qobject_cast<PeakSearchDialog*>(&dialog) || qobject_cast<SelectCheckedDialog*>(&dialog)
+        || qobject_cast<Graph2DFilterDialog*>(&dialog);
+    if (!isAboutPlot || !isTool || dialog.property("isPlaced").toBool()
+        || !canPlaceWindows(QGuiApplication::platformName()) || !dialog.screen())
+        return;
+    dialog.setProperty("isPlaced", true); // the user may move it
+    const QMargins frame = frameOf(*owner->window());
+    const QRect place = leastOverlap(dialog.frameGeometry().size().expandedTo(dialog.size().grownBy(frame)),
+        dialog.screen()->availableGeometry(), { owner->window()->frameGeometry() });
+    dialog.move(place.topLeft());
+}
+
+void watchRegions(QWidget& window)
+{
+    auto* const list = window.findChild<QListWidget*>(QStringLiteral("roiListWidget"));
+    if (!list)
+        return;
+    const auto update = [&window, list] { updateRegionButtons(window, *list); };
+    update();
+    if (list->property("isWatched").toBool())
+        return;
+    list->setProperty("isWatched", true);
+    // Queued: the library sets the buttons behind its changes of the list.
+    QObject::connect(list->model(), &QAbstractItemModel::rowsInserted, list, update, Qt::QueuedConnection);
+    QObject::connect(list->model(), &QAbstractItemModel::rowsRemoved, list, update, Qt::QueuedConnection);
+    QObject::connect(list->model(), &QAbstractItemModel::modelReset, list, update, Qt::QueuedConnection);
+    QObject::connect(list, &QListWidget::currentRowChanged, list, update, Qt::QueuedConnection);
+}
+
 } // namespace
 
 WindowAccess::WindowAccess(QObject* parent)
@@ -61,6 +120,13 @@ bool WindowAccess::eventFilter(QObject* object, QEvent* event)
     if (event->type() == QEvent::Polish && qobject_cast<XY2DGraphWidget*>(object->parent())) {
         if (auto* const menu = qobject_cast<QMenu*>(object))
             translateColourBarMenu(*menu);
+    }
+    if (event->type() == QEvent::Polish || event->type() == QEvent::Show) {
+        auto* const dialog = qobject_cast<QDialog*>(object);
+        if (dialog && BoxPlacer::isBox(*dialog) && dialog->parentWidget()->window()->layout())
+            BoxPlacer::of(*dialog->parentWidget()->window()).adopt(*dialog);
+        else if (dialog && event->type() == QEvent::Show)
+            placeBesideData(*dialog);
     }
     if (event->type() == QEvent::Show || event->type() == QEvent::WindowTitleChange) {
         auto* const widget = qobject_cast<QWidget*>(object);
@@ -95,6 +161,8 @@ void WindowAccess::makeAccessible(QWidget& window)
         window.setWindowTitle(tr("Select Visible Items"));
     nameControls(window);
     addCloseKey(window);
+    addToolTips(window);
+    watchRegions(window);
     const auto plots = window.findChildren<XYGraphWidget*>();
     for (XYGraphWidget* const plot : plots)
         m_plotKeys->serve(*plot);

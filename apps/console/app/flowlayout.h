@@ -1,0 +1,42 @@
+// A row of controls that goes on in a next line where the window is too narrow for it.
+#pragma once
+
+#include <QLayout>
+#include <QList>
+
+namespace console {
+
+/// Places its items from left to right and starts a new line when the next item does not fit. Items that expand
+/// horizontally, spacers too, share what is left of their line. The layout is never wider than its widest item needs.
+class FlowLayout : public QLayout {
+    Q_OBJECT
+public:
+    explicit FlowLayout(QWidget* parent = nullptr);
+    ~FlowLayout() override;
+
+    void addItem(QLayoutItem* item) override;
+    int count() const override { return int(m_items.size()); }
+    QLayoutItem* itemAt(int index) const override { return m_items.value(index); }
+    QLayoutItem* takeAt(int index) override;
+    Qt::Orientations expandingDirections() const override { return Qt::Horizontal; }
+    bool hasHeightForWidth() const override { return true; }
+    int heightForWidth(int width) const override;
+    QSize minimumSize() const override;
+    QSize sizeHint() const override;
+    void setGeometry(const QRect& rect) override;
+
+protected:
+    struct Line {
+        QList<QLayoutItem*> items;
+        int width = 0; ///< of the items at their preferred sizes, with the gaps
+        int height = 0;
+    };
+
+    QList<Line> lines(int width) const;
+    void place(const Line& line, const QRect& rect) const;
+    int gap() const;
+
+    QList<QLayoutItem*> m_items; ///< owned
+};
+
+} // namespace console

@@ -1,0 +1,58 @@
+// Starts and stops runs and clears their data at the press of a button.
+#pragma once
+
+#include "notices/notice.h"
+
+#include <QObject>
+#include <QPointer>
+#include <QString>
+
+class QMessageBox;
+class QWidget;
+
+namespace console {
+
+class CommandChannel;
+class ServerController;
+class StatusPoller;
+
+/// Sends "start", "stop" and "clear" on a session of its own, so that a run can be stopped while the command line waits
+/// for a long reply. Asks first where data would be lost. GUI thread.
+class RunControl : public QObject {
+    Q_OBJECT
+public:
+    /// All three must outlive it. Questions appear on `window`.
+    RunControl(ServerController& controller, StatusPoller& poller, QWidget& window);
+    ~RunControl() override;
+
+    /// Why the command cannot be sent now, in words; empty if it can.
+    QString startRefusal() const;
+    QString stopRefusal() const;
+    QString clearRefusal() const;
+
+public Q_SLOTS:
+    void start();
+    void stop();
+    void clear();
+
+Q_SIGNALS:
+    /// A command has been answered. A refusal is in `notice` too.
+    void answered(const QString& command, const QByteArray& reply);
+    void notice(const console::Notice& notice);
+    /// A refusal may have come or gone.
+    void changed();
+
+protected:
+    QString commonRefusal() const;
+    void send(const QString& command);
+    void sendIfAgreed(const QString& command, const QString& question, const QString& action);
+    void onReplied(const QString& command, const QByteArray& reply);
+
+    ServerController& m_controller;
+    StatusPoller& m_poller;
+    QWidget& m_window;
+    CommandChannel* m_channel;
+    QPointer<QMessageBox> m_question;
+};
+
+} // namespace console

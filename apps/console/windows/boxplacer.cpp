@@ -1,0 +1,225 @@
+#include "windows/boxplacer.h"
+
+#include "windows/openwindows.h"
+#include "windows/placement.h"
+
+#include <tarnis/plots/xygraphwidget.h>
+
+#include <QDialog>
+#include <QEvent>
+#include <QGuiApplication>
+#include <QLayout>
+#include <QScopedValueRollback>
+#include <QScreen>
+#include <QVariant>
+
+#include <algorithm>
+
+namespace console {
+
+namespace {
+
+constexpr int paneChars = 30; // width of the pane in average characters
+constexpr QLatin1String placerName("boxPlacer");
+constexpr char plotProperty[] = "plotOfBox";
+
+bool canFloat()
+{
+    return canPlaceWindows(QGuiApplication::platformName());
+}
+
+/// A plot grows with the pane, a box of numbers does not.
+bool hasPlot(const QDialog& box)
+{
+    return box.findChild<XYGraphWidget*>() != nullptr;
+}
+
+} // namespace
+
+bool BoxPlacer::isBox(const QWidget& widget)
+{
+    return qobject_cast<const QDialog*>(&widget) && widget.windowFlags().testFlag(Qt::FramelessWindowHint)
+        && qobject_cast<const XYGraphWidget*>(widget.parentWidget());
+}
+
+QList<QDialog*> BoxPlacer::boxesOf(const XYGraphWidget& plot)
+{
+    QList<QDialog*> boxes = plot.findChildren<QDialog*>(QString(), Qt::FindDirectChildrenOnly);
+    const QList<QDialog*> adopted = plot.window()->findChildren<QDialog*>(QString(), Qt::FindDirectChildrenOnly);
+    for (QDialog* const box : adopted) {
+        if (box->property(plotProperty).value<QObject*>() == &plot)
+            boxes.append(box);
+    }
+    boxes.removeIf([](const QDialog* box) { return !box->isVisible(); });
+    return boxes;
+}
+
+BoxPlacer& BoxPlacer::of(QWidget& window)
+{
+    auto* placer = static_cast<BoxPlacer*>(window.findChild<QObject*>(placerName, Qt::FindDirectChildrenOnly));
+    return placer ? *placer : *new BoxPlacer(window); // the window's
+}
+
+BoxPlacer::BoxPlacer(QWidget& window)
+    : QObject(&window)
+    , m_window(window)
+    , m_margins(window.layout() ? window.layout()->contentsMargins() : QMargins())
+{
+    setObjectName(placerName);
+    m_timer.setSingleShot(true);
+    connect(&m_timer, &QTimer::timeout, this, &BoxPlacer::arrange);
+    window.installEventFilter(this);
+}
+
+void BoxPlacer::adopt(QDialog& box)
+{
+    if (!canFloat() && box.isWindow()) {
+        box.setProperty(plotProperty, QVariant::fromValue(box.parent()));
+        box.setParent(&m_window, Qt::Widget);
+    }
+    keep(box);
+}
+
+void BoxPlacer::keep(QDialog& box)
+{
+    if (m_boxes.contains(&box))
+        return;
+    m_boxes.removeAll(nullptr);
+    m_boxes.append(&box);
+    m_wanted.insert(&box, box.geometry());
+    box.installEventFilter(this);
+    connect(&box, &QObject::destroyed, this, [this](const QObject* gone) {
+        m_wanted.remove(gone);
+        m_timer.start(0);
+    });
+    m_timer.start(0);
+}
+
+QList<QDialog*> BoxPlacer::visibleBoxes() const
+{
+    QList<QDialog*> boxes;
+    for (const QPointer<QDialog>& box : m_boxes) {
+        if (box && box->isVisibleTo(&m_window))
+            boxes.append(box);
+    }
+    // Numbers first, the plots of a cut below them.
+    std::stable_partition(boxes.begin(), boxes.end(), [](const QDialog* box) { return !hasPlot(*box); });
+    return boxes;
+}
+
+QRect BoxPlacer::area() const
+{
+    return m_window.screen() ? m_window.screen()->availableGeometry() : QRect();
+}
+
+bool BoxPlacer::needsPane(const QList<QDialog*>& boxes) const
+{
+    if (!canFloat())
+        return !boxes.isEmpty();
+    const QRect screen = area();
+    return std::any_of(boxes.begin(), boxes.end(), [&](QDialog* box) {
+        const QRect wanted(m_wanted.value(box).topLeft(), box->size().expandedTo(box->minimumSizeHint()));
+        return !screen.contains(wanted) || m_window.frameGeometry().adjusted(1, 1, -1, -1).intersects(wanted);
+    });
+}
+
+int BoxPlacer::paneWidth() const
+{
+    int width = m_window.fontMetrics().averageCharWidth() * paneChars;
+    const QList<QDialog*> boxes = visibleBoxes();
+    for (const QDialog* const box : boxes)
+        width = std::max(width, box->minimumSizeHint().width());
+    return width;
+}
+
+/// The window grows by the pane as far as the screen allows, so that the plot keeps its size.
+void BoxPlacer::growBy(int width)
+{
+    if (m_window.isMaximized() || m_window.isFullScreen())
+        return;
+    const QRect before = m_window.geometry();
+    QRect place = before;
+    place.setWidth(place.width() + width);
+    if (canFloat())
+        place = inside(place, area().marginsRemoved(frameOf(m_window)));
+    m_window.setGeometry(place);
+    m_grown += place.width() - before.width();
+}
+
+void BoxPlacer::setPane(bool isOn)
+{
+    const int extra = isOn ? paneWidth() + m_window.fontMetrics().averageCharWidth() : 0;
+    if (QLayout* const layout = m_window.layout()) {
+        layout->setContentsMargins(m_margins + QMargins(0, 0, extra, 0));
+        layout->activate();
+    }
+    if (isOn != m_isPane)
+        growBy(isOn ? extra : -m_grown);
+    m_isPane = isOn;
+    if (!isOn)
+        m_grown = 0;
+}
+
+QRect BoxPlacer::paneRect() const
+{
+    const QRect contents = m_window.rect().marginsRemoved(m_margins);
+    QRect pane(contents);
+    pane.setLeft(contents.right() - paneWidth() + 1);
+    return pane;
+}
+
+void BoxPlacer::placeInPane(const QList<QDialog*>& boxes)
+{
+    QList<int> heights;
+    QList<bool> grows;
+    for (const QDialog* const box : boxes) {
+        const int wanted = hasPlot(*box) ? m_window.fontMetrics().height() * 6 : box->sizeHint().height();
+        heights.append(std::max(wanted, box->minimumSizeHint().height()));
+        grows.append(hasPlot(*box));
+    }
+    const QList<QRect> places = stackInPane(paneRect(), heights, grows);
+    for (qsizetype i = 0; i < boxes.size(); ++i) {
+        const QRect place = places.at(i);
+        boxes.at(i)->setGeometry(
+            boxes.at(i)->isWindow() ? QRect(m_window.mapToGlobal(place.topLeft()), place.size()) : place);
+        boxes.at(i)->raise();
+    }
+}
+
+void BoxPlacer::arrange()
+{
+    if (m_isArranging || !m_window.isVisible())
+        return;
+    const QScopedValueRollback guard(m_isArranging, true);
+    const QList<QDialog*> boxes = visibleBoxes();
+    // Decided once for each place of the window: a pane makes the plot smaller, and with it what the boxes ask for.
+    if (m_decidedFor != m_window.frameGeometry() || m_decidedBoxes != boxes.size()) {
+        m_decidedFor = m_window.frameGeometry();
+        m_decidedBoxes = boxes.size();
+        setPane(needsPane(boxes));
+        m_decidedFor = m_window.frameGeometry(); // it may have grown
+    }
+    if (m_isPane)
+        placeInPane(boxes);
+}
+
+bool BoxPlacer::eventFilter(QObject* object, QEvent* event)
+{
+    const bool isChange = event->type() == QEvent::Move || event->type() == QEvent::Resize
+        || event->type() == QEvent::Show || event->type() == QEvent::Hide || event->type() == QEvent::WindowStateChange;
+    if (!isChange || m_isArranging)
+        return false;
+    auto* const box = qobject_cast<QDialog*>(object);
+    if (!box || box == &m_window) {
+        m_timer.start(0);
+        return false;
+    }
+    m_wanted.insert(box, box->geometry());
+    if (m_isPane && event->type() == QEvent::Move)
+        arrange(); // at once: it would be seen where it does not belong
+    else
+        m_timer.start(0);
+    return false;
+}
+
+} // namespace console

@@ -1,0 +1,221 @@
+// Where the console's windows and the boxes of their plots go: arithmetic, independence, places from one run to the
+// next.
+#include "console/consolefixture.h"
+#include "console/windowlists.h"
+#include "windows/boxplacer.h"
+#include "windows/openwindows.h"
+#include "windows/placement.h"
+
+#include <tarnis/dialogs/graph1ddialog.h>
+#include <tarnis/dialogs/graph2ddialog.h>
+#include <tarnis/plots/multivectorgraphwidget.h>
+#include <tarnis/plots/xy2dgraphwidget.h>
+
+#include <QScreen>
+#include <QWindow>
+
+using namespace console;
+using namespace tarnis::testing;
+
+namespace {
+
+class MapServer : public ScriptedServer {
+public:
+    MapServer()
+    {
+        answer("hist1d time 0 7 bins:1024", { Step::doubles({ 1, 2, 3, 4, 5, 6, 7, 8 }, "OK:\n") });
+        answer("hist1d counts 0 0 bins:8", { Step::doubles({ 1, 2, 3, 4, 5, 6, 7, 8 }, "OK:\n") });
+        answer("hist2d image bins:256x256",
+            { Step::doubles(QList<double>(256 * 256, 1.0), "OK: exported 256 x 256 y\n") });
+        answer("stat", { Step::text("OK:\nevents: 12\n") });
+        answer("hists",
+            { Step::text("OK:\ntime: kind=1d rows=8 bins=1024 min=0 max=40\ncounts: kind=1d bins=8 min=0 max=8\n"
+                         "image: kind=2d binsx=256 minx=0 maxx=1 binsy=256 miny=0 maxy=1\n") });
+    }
+};
+
+struct PlacementConsole {
+    PlacementConsole()
+    {
+        desk.use(server);
+        if (!desk.reaches(ServerState::Up) || !isListed(desk, "image"))
+            qFatal("no server");
+    }
+    QRect screen() const { return desk.window->screen()->availableGeometry(); }
+
+    MapServer server;
+    ConsoleFixture desk;
+};
+
+} // namespace
+
+class TestConsolePlacement : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { QApplication::setQuitOnLastWindowClosed(false); }
+
+    void aFreePlaceIsFound()
+    {
+        const QRect area(0, 0, 1000, 800);
+        const QRect console(0, 0, 600, 800);
+        const QRect first = placeOfNewWindow({ 400, 300 }, area, { console });
+        QCOMPARE(first, QRect(600, 0, 400, 300));
+        const QRect second = placeOfNewWindow({ 400, 300 }, area, { console, first });
+        QCOMPARE(second, QRect(600, 300, 400, 300));
+    }
+
+    void withoutAFreePlaceWindowsAreACascade()
+    {
+        const QRect area(0, 0, 1000, 800);
+        QList<QRect> occupied { area };
+        QList<QPoint> corners;
+        for (int i = 0; i < 5; ++i) {
+            const QRect place = placeOfNewWindow({ 500, 400 }, area, occupied);
+            QVERIFY(area.contains(place));
+            QVERIFY(!corners.contains(place.topLeft()));
+            corners.append(place.topLeft());
+            occupied.append(place);
+        }
+    }
+
+    void aWindowLargerThanTheScreenIsReduced()
+    {
+        const QRect area(100, 50, 800, 600);
+        QCOMPARE(placeOfNewWindow({ 5000, 5000 }, area, {}), area);
+        QCOMPARE(inside(QRect(-500, 5000, 300, 200), area), QRect(100, 450, 300, 200));
+        QCOMPARE(inside(QRect(0, 0, 3000, 200), area), QRect(100, 50, 800, 200));
+    }
+
+    void boxesShareThePane()
+    {
+        const QRect pane(10, 20, 200, 600);
+        QCOMPARE(stackInPane(pane, { 100, 100, 100 }, { false, true, true }),
+            (QList<QRect> { QRect(10, 20, 200, 100), QRect(10, 120, 200, 250), QRect(10, 370, 200, 250) }));
+        const QList<QRect> reduced = stackInPane(pane, { 600, 600 }, { false, true });
+        QCOMPARE(reduced.last().bottom(), pane.bottom());
+    }
+
+    void windowsAreIndependentOfTheConsole()
+    {
+        PlacementConsole console;
+        QWidget* const window = console.desk.find("curves");
+        QVERIFY(window);
+        QVERIFY(window->isVisible());
+        QVERIFY(window->windowHandle());
+        QVERIFY(!window->windowHandle()->transientParent());
+        QCOMPARE(window->windowType(), Qt::Window);
+        console.desk.window->showMinimized();
+        QVERIFY(window->isVisible());
+    }
+
+    void windowsOpenOnTheScreenAtDifferentPlaces()
+    {
+        PlacementConsole console;
+        QList<QPoint> corners;
+        for (const char* const id : { "curves", "map", "statistics", "rate" }) {
+            QWidget* const window = console.desk.find(id);
+            QVERIFY(window);
+            QVERIFY2(console.screen().contains(window->frameGeometry().topLeft()), id);
+            QVERIFY2(!corners.contains(window->pos()), id);
+            corners.append(window->pos());
+        }
+    }
+
+    void windowsComeBackAtTheirPlaces()
+    {
+        PlacementConsole console;
+        QWidget* const window = console.desk.find("statistics");
+        QVERIFY(window);
+        const QRect place(console.screen().topLeft() + QPoint(40, 60), window->size() + QSize(17, 11));
+        window->setGeometry(place);
+        QSettings& memory = console.desk.memory;
+        console.desk.window->leave();
+        QVERIFY(console.desk.reaches(ServerState::Off));
+        QTRY_VERIFY(!console.desk.window->isVisible());
+
+        MainWindow next(memory);
+        next.stateWatch().setInterval(0);
+        next.show();
+        Options options;
+        options.server = ServerChoice { ServerChoice::Kind::Remote, {}, ScriptedServer::host(), console.server.port() };
+        options.prompt = "> ";
+        next.startServer(options);
+        QTRY_VERIFY_WITH_TIMEOUT(next.windows().find(QStringLiteral("statistics")), timeoutMs);
+        QCOMPARE(next.windows().find(QStringLiteral("statistics"))->geometry(), place);
+        next.leave();
+        QTRY_VERIFY_WITH_TIMEOUT(!next.isVisible(), timeoutMs);
+    }
+
+    void boxesOfAMaximizedMapAreInItsPane()
+    {
+        PlacementConsole console;
+        auto* const map = console.desk.open<Graph2DDialog>("map");
+        QVERIFY(map);
+        map->setGeometry(console.screen());
+        XY2DGraphWidget& plot = *map->getGraphWidget();
+        QTRY_VERIFY(plot.width() > 100);
+        const int before = plot.width();
+        plot.on1dCut(true);
+        QTRY_COMPARE(BoxPlacer::boxesOf(plot).size(), 3);
+        QTRY_VERIFY(BoxPlacer::of(*map).hasPane());
+        QTRY_VERIFY(plot.width() < before);
+        const QList<QDialog*> boxes = BoxPlacer::boxesOf(plot);
+        const QRect plotOnScreen(plot.mapToGlobal(QPoint(0, 0)), plot.size());
+        const auto areInThePane = [&] {
+            return std::all_of(boxes.begin(), boxes.end(), [&](const QDialog* box) {
+                return map->geometry().contains(box->geometry()) && !plotOnScreen.intersects(box->geometry())
+                    && console.screen().contains(box->geometry());
+            });
+        };
+        QTRY_VERIFY_WITH_TIMEOUT(areInThePane(), timeoutMs);
+        plot.close1dCut();
+        QTRY_COMPARE_WITH_TIMEOUT(plot.width(), before, timeoutMs);
+    }
+
+    void boxesWithRoomAroundTheWindowStayThere()
+    {
+        PlacementConsole console;
+        auto* const curves = console.desk.open<Graph1DDialog>("curves");
+        QVERIFY(curves);
+        auto& plot = *curves->getGraphWidget();
+        QTRY_VERIFY_WITH_TIMEOUT(plot.hasData(), timeoutMs);
+        curves->setGeometry(QRect(console.screen().topLeft() + QPoint(20, 200), QSize(400, 300)));
+        plot.SetEnableSelectXRange(true);
+        QTRY_VERIFY(!BoxPlacer::boxesOf(plot).isEmpty());
+        QCoreApplication::processEvents();
+        QVERIFY(!BoxPlacer::of(*curves).hasPane());
+        const QDialog& box = *BoxPlacer::boxesOf(plot).constFirst();
+        QVERIFY(!curves->frameGeometry().adjusted(1, 1, -1, -1).intersects(box.geometry())); // they touch
+    }
+
+    void tiledPlotsKeepARoomToDrawIn()
+    {
+        PlacementConsole console;
+        for (const char* const id : { "curves", "map", "statistics", "rate" })
+            QVERIFY(console.desk.find(id));
+        console.desk.window->windows().tile();
+        const auto plots = [&] {
+            const QList<QWidget*> windows = console.desk.window->windows().all();
+            return std::all_of(windows.begin(), windows.end(), [&](const QWidget* window) {
+                const auto* const plot = window->findChild<XYGraphWidget*>();
+                return !plot || plot->height() >= 100;
+            });
+        };
+        QTRY_VERIFY(plots());
+    }
+
+    void theConsoleFitsOnASmallScreen()
+    {
+        const ConsoleFixture desk; // the screen of this platform has 800 x 600 pixels
+        const QSize size = desk.window->size();
+        const QSize screen = desk.window->screen()->availableSize();
+        QVERIFY(size.width() <= screen.width() && size.height() <= screen.height());
+        const QSize least = desk.window->minimumSizeHint();
+        QVERIFY2(least.width() <= screen.width() && least.height() <= screen.height(),
+            qPrintable(QStringLiteral("%1 x %2").arg(least.width()).arg(least.height())));
+    }
+};
+
+QTEST_MAIN(TestConsolePlacement)
+#include "tst_consoleplacement.moc"
