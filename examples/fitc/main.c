@@ -54,7 +54,8 @@ int main(void)
     int i;
 
     if (!feof(stdin)) {
-        fprintf(stderr, "fitc: line %d is not a time and a count, or there are more than %d lines\n", n + 1, MAX_POINTS);
+        fprintf(
+            stderr, "fitc: line %d is not a time and a count, or there are more than %d lines\n", n + 1, MAX_POINTS);
         return 2;
     }
     pars[LIFETIME].limited[0] = 1; /* a lifetime is positive */

@@ -1,5 +1,5 @@
-// A program without windows: starts the server and a run, prints the run's state three times, stops the server. It links
-// Qt Core and Network only.
+// A program without windows: starts the server and a run, prints the run's state three times, stops the server. It
+// links Qt Core and Network only.
 //
 // usage: headless [PROGRAM]        PROGRAM: the local server, tarnis-simserver on the path by default
 #include <tarnis/foundation/message.h>

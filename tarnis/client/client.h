@@ -93,8 +93,8 @@ public:
     /// Characters outside Latin-1 are sent as "?".
     ///
     /// The caller may cancel the future itself: it then ends without a result, as Qt's rule is. A request that waits is
-    /// not sent; the reply of one under way is read and dropped. With Qt 6.4, cancel no future that has ended: if it had
-    /// a continuation, Qt uses freed memory.
+    /// not sent; the reply of one under way is read and dropped. With Qt 6.4, cancel no future that has ended: if it
+    /// had a continuation, Qt uses freed memory.
     QFuture<Reply> request(const QString& text, const RequestOptions& options = {});
     /// request() with Form::Binary, for histograms and files: "rxfile NAME", "hist1d NAME".
     QFuture<Reply> requestBinary(const QString& text, RequestOptions options = {});

@@ -134,7 +134,8 @@ private Q_SLOTS:
         QVERIFY(desk.reaches(ServerState::Up));
         const LiveWindows live(desk);
         QVERIFY(live.areFilled());
-        live.curves->findChild<QComboBox*>(QStringLiteral("typeComboBox"))->setCurrentText(QStringLiteral("Sum of All"));
+        live.curves->findChild<QComboBox*>(QStringLiteral("typeComboBox"))
+            ->setCurrentText(QStringLiteral("Sum of All"));
 
         desk.choose(deed.constData());
         QVERIFY(live.allSay(QStringLiteral("goes on")));
@@ -162,7 +163,8 @@ private Q_SLOTS:
         QVERIFY(desk.reaches(ServerState::Up));
         const LiveWindows live(desk);
         QVERIFY(live.areFilled());
-        live.curves->findChild<QComboBox*>(QStringLiteral("typeComboBox"))->setCurrentText(QStringLiteral("Sum of All"));
+        live.curves->findChild<QComboBox*>(QStringLiteral("typeComboBox"))
+            ->setCurrentText(QStringLiteral("Sum of All"));
         server.reset();
         QVERIFY(live.allSay(QStringLiteral("goes on")));
         QVERIFY(desk.reaches(ServerState::Failed));

@@ -1,6 +1,6 @@
 // Files to the server and from it by the command line: every byte, the name as it is, nothing overwritten unasked.
-#include "server/replytext.h"
 #include "console/consolefixture.h"
+#include "server/replytext.h"
 
 #include <QCheckBox>
 #include <QFile>

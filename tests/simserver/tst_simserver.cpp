@@ -115,8 +115,8 @@ void TestSimServer::portIsPrintedAndClientsAreGreeted()
     QCOMPARE(program.outputUntil("\n"), "UI port: " + QByteArray::number(program.port()) + '\n');
     const Wire wire(program.port());
     QCOMPARE(wire.greeting(),
-        QByteArray(
-            "tarnis-simserver " TARNIS_VERSION_STRING ", a simulated data-acquisition server; help lists the commands\n"));
+        QByteArray("tarnis-simserver " TARNIS_VERSION_STRING
+                   ", a simulated data-acquisition server; help lists the commands\n"));
 }
 
 void TestSimServer::commandsAnswer_data()

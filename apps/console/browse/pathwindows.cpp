@@ -1,7 +1,7 @@
 #include "browse/pathwindows.h"
 
-#include "server/replytext.h"
 #include "server/commandchannel.h"
+#include "server/replytext.h"
 #include "server/servercontroller.h"
 #include "windows/window.h"
 

@@ -2,8 +2,8 @@
 // it is back, and do not block when they close.
 #pragma once
 
-#include "windows/chooserguide.h"
 #include "server/sessionrecovery.h"
+#include "windows/chooserguide.h"
 
 #include <tarnis/dialogs/selectdirectorydialog.h>
 #include <tarnis/dialogs/selectpathdialog.h>

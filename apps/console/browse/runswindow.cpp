@@ -4,8 +4,8 @@
 #include "app/words.h"
 #include "browse/pathwindows.h"
 #include "command/commandpanel.h"
-#include "server/replytext.h"
 #include "server/commandchannel.h"
+#include "server/replytext.h"
 #include "server/servercontroller.h"
 #include "ui_runswindow.h"
 

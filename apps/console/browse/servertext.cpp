@@ -2,8 +2,8 @@
 
 #include "app/availability.h"
 #include "browse/pathwindows.h"
-#include "server/replytext.h"
 #include "server/commandchannel.h"
+#include "server/replytext.h"
 #include "server/servercontroller.h"
 #include "ui_servertext.h"
 #include "windows/openwindows.h"

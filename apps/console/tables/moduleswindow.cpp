@@ -1,8 +1,8 @@
 #include "tables/moduleswindow.h"
 
 #include "app/availability.h"
-#include "server/replytext.h"
 #include "server/commandchannel.h"
+#include "server/replytext.h"
 #include "server/servercontroller.h"
 #include "tables/tabledialog.h"
 #include "ui_modulesform.h"
