@@ -282,7 +282,7 @@ bool ViewControl::takeKey(int key)
 
 QAction* ViewControl::logAction() const
 {
-    // The plots keep no pointer to it: it is the entry with this text, in the language of now.
+    // The plots keep no pointer to it: it is the entry with this text, in the current language.
     const QString curves = MultiVectorGraphWidget::tr("Log Scale");
     const QString image = XY2DGraphWidget::tr("Log Scale");
     for (QAction* action : m_plot.actions()) {

@@ -26,7 +26,7 @@ public:
 
     XY2DGraphWidget* map() const; ///< null for curves
     ViewState state() const;
-    /// Shows a view as it was; axes that followed the data follow those of now.
+    /// Shows a view as it was; axes that followed the data follow the current ones.
     void apply(const ViewState& view);
 
     AxisRange range(Qt::Orientation axis) const;

@@ -328,7 +328,7 @@ private Q_SLOTS:
         reply(600);
         QVERIFY(rangeX(test.plot) == x);
         test.navigator->goBack();
-        QCOMPARE(rangeX(test.plot).max, 600.0); // the axis of now
+        QCOMPARE(rangeX(test.plot).max, 600.0); // the current axis
         test.wheel(360, test.pixel(0.5, 0.5));
         reply(10); // does not reach what was on show
         QCOMPARE(rangeX(test.plot).max, 10.0);
