@@ -156,7 +156,7 @@ private Q_SLOTS:
         QVERIFY(server.waitForHold("pwd"));
         desk.choose("shutDownAction");
         QVERIFY(desk.reaches(ServerState::Off));
-        QVERIFY(desk.record().contains(QStringLiteral("is not uploaded: the server was stopped.")));
+        QVERIFY(desk.record().contains(QStringLiteral("is not sent: the server was stopped.")));
         desk.window->commandPanel().upload(files.file(QStringLiteral("new.txt")));
         QVERIFY(desk.notice().text.contains(QStringLiteral("there is no connection")));
     }

@@ -331,7 +331,6 @@ void TestBinMap::paintersOfAllKinds_data()
     QTest::newRow("64 bits") << none << format(QImage::Format_RGBA64_Premultiplied);
     QTest::newRow("gray") << none << format(QImage::Format_Grayscale8);
     QTest::newRow("opacity") << Change([](QPainter& p) { p.setOpacity(0.5); }) << format(QImage::Format_RGB32);
-    QTest::newRow("scaled") << Change([](QPainter& p) { p.scale(1.5, 0.75); }) << format(QImage::Format_RGB32);
     QTest::newRow("turned") << Change([](QPainter& p) {
         p.translate(150, 0);
         p.rotate(90);

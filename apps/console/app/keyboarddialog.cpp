@@ -92,15 +92,6 @@ void KeyboardDialog::addOthers()
     addRow(named({ Qt::Key_PageUp, Qt::Key_PageDown }), tr("In a plot: zoom in and out along Y"));
     addRow(named({ Qt::Key_F6 }), tr("In a plot: to the boxes beside its window, and back"));
     addRow(named({ Qt::Key_Home }), tr("In a plot: show all"));
-    addRow(named({ Qt::Key_Backspace, Qt::ALT | Qt::Key_Left, Qt::ALT | Qt::Key_Right }),
-        tr("In a live window: to the previous view, back and forward"));
-    addRow(named({ Qt::Key_G, Qt::Key_L }), tr("In a live window: grid, logarithmic scale"));
-    addRow(named({ Qt::Key_C, Qt::Key_P, Qt::CTRL | Qt::Key_C }),
-        tr("In a live window: the values under the pointer; keep them, copy them"));
-    addRow(tr("Wheel"), tr("In a live window: zoom at the pointer; with Shift along Y, with Ctrl along both axes"));
-    addRow(tr("Wheel on an axis"), tr("In a live window: zoom that axis, or the limits of the colours"));
-    addRow(tr("Middle button"), tr("In a live window: move the plot"));
-    addRow(tr("Double click"), tr("In a live window: follow the data again, on an axis that axis alone"));
 }
 
 void KeyboardDialog::addRow(const QString& keys, const QString& text)

@@ -12,8 +12,6 @@
 #include <tarnis/plots/xy2dgraphwidget.h>
 #include <tarnis/server/tarnis.h>
 #include <tarnis/server/tarnissession.h>
-#include <tarnis/tools/plotcrosshair.h>
-#include <tarnis/tools/plotnavigator.h>
 
 #include <QAction>
 #include <QBoxLayout>
@@ -45,14 +43,6 @@ void setPolling(QDialog& window, bool isPolling)
     };
     set(window.findChild<QPushButton*>(QStringLiteral("updatePushButton")));
     set(window.findChild<QCheckBox*>(QStringLiteral("autoUpdateCheckBox")));
-}
-
-/// The plot owns its tools. The cross waits for its key.
-void attachTools(XYGraphWidget& plot)
-{
-    new tarnis::PlotNavigator(&plot);
-    auto* const crosshair = new tarnis::PlotCrosshair(&plot);
-    crosshair->setOn(false);
 }
 
 /// The lines that every live plot has below its controls.
@@ -180,7 +170,6 @@ LiveCurves::LiveCurves(const WindowContext& context, const CurvesRequest& reques
     setTexts();
     connect(&m_keeper, &SessionRecovery::lost, this, &LiveCurves::onLost);
     connect(&m_keeper, &SessionRecovery::wanted, this, &LiveCurves::resume);
-    attachTools(*getGraphWidget());
 }
 
 void LiveCurves::result(PTarnisCmd command, QByteArray const& payload)
@@ -334,7 +323,6 @@ LiveMap::LiveMap(const WindowContext& context, const MapRequest& request)
     getGraphWidget()->setMinimumHeight(fontMetrics().height() * minPlotLines);
     connect(&m_keeper, &SessionRecovery::lost, this, &LiveMap::onLost);
     connect(&m_keeper, &SessionRecovery::wanted, this, &LiveMap::resume);
-    attachTools(*getGraphWidget());
 }
 
 void LiveMap::result(PTarnisCmd command, QByteArray payload)

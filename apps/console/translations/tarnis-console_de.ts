@@ -1684,56 +1684,12 @@
         <translation>In einem Diagramm: zu den Kästen neben seinem Fenster und zurück</translation>
     </message>
     <message>
-        <source>In a live window: to the previous view, back and forward</source>
-        <translation>In einem Live-Fenster: zur vorigen Ansicht, zurück und vor</translation>
-    </message>
-    <message>
-        <source>In a live window: grid, logarithmic scale</source>
-        <translation>In einem Live-Fenster: Gitter, logarithmische Skala</translation>
-    </message>
-    <message>
-        <source>Wheel</source>
-        <translation>Mausrad</translation>
-    </message>
-    <message>
-        <source>In a live window: zoom at the pointer; with Shift along Y, with Ctrl along both axes</source>
-        <translation>In einem Live-Fenster: am Zeiger vergrößern und verkleinern; mit Umschalt längs Y, mit Strg längs beider Achsen</translation>
-    </message>
-    <message>
-        <source>Wheel on an axis</source>
-        <translation>Mausrad auf einer Achse</translation>
-    </message>
-    <message>
-        <source>In a live window: zoom that axis, or the limits of the colours</source>
-        <translation>In einem Live-Fenster: diese Achse oder die Grenzen der Farben ändern</translation>
-    </message>
-    <message>
-        <source>Middle button</source>
-        <translation>Mittlere Maustaste</translation>
-    </message>
-    <message>
-        <source>In a live window: move the plot</source>
-        <translation>In einem Live-Fenster: das Diagramm verschieben</translation>
-    </message>
-    <message>
-        <source>Double click</source>
-        <translation>Doppelklick</translation>
-    </message>
-    <message>
-        <source>In a live window: follow the data again, on an axis that axis alone</source>
-        <translation>In einem Live-Fenster: wieder den Daten folgen, auf einer Achse nur diese</translation>
-    </message>
-    <message>
         <source>Close a window</source>
         <translation>Ein Fenster schließen</translation>
     </message>
     <message>
         <source>In a plot: leave the tool</source>
         <translation>In einem Diagramm: das Werkzeug verlassen</translation>
-    </message>
-    <message>
-        <source>In a live window: the values under the pointer; keep them, copy them</source>
-        <translation>In einem Live-Fenster: die Werte unter dem Zeiger; festhalten, kopieren</translation>
     </message>
 </context>
 <context>

@@ -7,7 +7,6 @@
 #include <tarnis/plots/colorbarwidget.h>
 #include <tarnis/plots/viewselectedroi.h>
 #include <tarnis/plots/xy2dgraphwidget.h>
-#include <tarnis/tools/plotnavigator.h>
 
 #include <QAction>
 #include <QApplication>
@@ -347,8 +346,6 @@ bool PlotKeys::eventFilter(QObject* object, QEvent* event)
         return isKeyOfEditor(object, event);
     switch (event->type()) {
     case QEvent::KeyPress: // an editor inside the plot hands on what it does not take
-        if (static_cast<QKeyEvent*>(event)->key() != boxKey && plot->findChild<tarnis::PlotNavigator*>() != nullptr)
-            return false; // it moves and zooms, and keeps the way back
         return plot->hasFocus() && isBare(*static_cast<QKeyEvent*>(event))
             && isTaken(*plot, static_cast<QKeyEvent*>(event)->key());
     case QEvent::ContextMenu:
