@@ -327,7 +327,7 @@ private Q_SLOTS:
         desk.choose("deAction");
         auto* const curves = desk.open<Graph1DDialog>("curves");
         auto& box = *curves->findChild<QComboBox*>(QStringLiteral("typeComboBox"));
-        QCOMPARE(box.itemText(0), "Einzeln");
+        QCOMPARE(box.itemText(0), "Jede Kurve");
         box.setCurrentIndex(1);
         QCOMPARE(addType(*curves->getGraphWidget()), int(MultiVectorGraphWidget::AddAll));
         box.setCurrentIndex(0);
