@@ -41,6 +41,7 @@ protected:
     /// An event of the plot, before the plot handles it. Return true to keep it from the plot and from tools that were
     /// attached earlier.
     virtual bool handleEvent(QEvent* event);
+    /// Passes the events of the plot to handleEvent().
     bool eventFilter(QObject* object, QEvent* event) final;
 
     /// Changes what the tool needs. @{

@@ -426,6 +426,7 @@ private Q_SLOTS:
         }
         QTest::keyClick(window, Qt::Key_Escape);
         QVERIFY(window->isVisible());
+        QApplication::setActiveWindow(window); // the box of a tool may have been in front
         QTest::keyClick(window, Qt::Key_W, Qt::ControlModifier);
         QTRY_VERIFY(window.isNull() || !window->isVisible());
     }

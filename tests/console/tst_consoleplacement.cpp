@@ -170,7 +170,8 @@ private Q_SLOTS:
         };
         QTRY_VERIFY_WITH_TIMEOUT(areInThePane(), timeoutMs);
         plot.close1dCut();
-        QTRY_COMPARE_WITH_TIMEOUT(plot.width(), before, timeoutMs);
+        constexpr int handle = 8; // pixels that the layout may keep for the handle of the pane
+        QTRY_VERIFY_WITH_TIMEOUT(std::abs(plot.width() - before) <= handle, timeoutMs);
     }
 
     void boxesWithRoomAroundTheWindowStayThere()

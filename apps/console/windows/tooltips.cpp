@@ -157,8 +157,9 @@ void addToolTips(QWidget& window)
         const QString tip = isControl ? tipFor(*control, tips) : QString();
         if (tip.isEmpty())
             continue;
+        const bool isPrevious = control->toolTip() == control->property(helpProperty).toString();
         control->setProperty(helpProperty, tip);
-        if (!isOwn || (!control->isEnabled() && !control->toolTip().isEmpty()))
+        if (!isOwn || (!control->isEnabled() && !control->toolTip().isEmpty() && !isPrevious))
             continue; // it says why it is disabled
         control->setProperty(ownProperty, true);
         control->setToolTip(tip);
