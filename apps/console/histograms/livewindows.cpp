@@ -242,9 +242,13 @@ void LiveCurves::setTexts()
 void LiveCurves::showCaption()
 {
     auto* const label = findChild<QLabel*>(QStringLiteral("descLabel"));
-    if (!label || start == end)
-        return; // a single row has its name and no choice
+    if (!label)
+        return;
     const CurvesRequest request = m_request();
+    if (start == end) { // a single row has its name and no choice
+        label->setText(request.description.trimmed());
+        return;
+    }
     const QString text = rowCaption(
         request.description, visibleRows(*getGraphWidget(), start, end), std::max(request.rows, end - start + 1));
     if (label->text() != text)

@@ -133,6 +133,12 @@ bool WindowAccess::eventFilter(QObject* object, QEvent* event)
         if (widget && widget->isWindow())
             makeAccessible(*widget);
     }
+    if (event->type() == QEvent::LanguageChange && object->isWidgetType()) {
+        auto* const widget = static_cast<QWidget*>(object);
+        if (widget->isWindow()) // once the window has its own texts in the new language
+            QMetaObject::invokeMethod(
+                widget, [widget] { addToolTips(*widget); }, Qt::QueuedConnection);
+    }
     if (event->type() == QEvent::KeyPress && object->isWidgetType()) {
         const auto& key = static_cast<const QKeyEvent&>(*event);
         auto* const widget = static_cast<QWidget*>(object);
