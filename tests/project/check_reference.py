@@ -12,9 +12,10 @@ import subprocess
 import sys
 import xml.etree.ElementTree as ElementTree
 
-# What Qt's macros declare, the compiler adds, and what overrides Qt's own functions and is excluded in docs/Doxyfile.
+# What Qt's macros declare, the compiler adds, parts of a class that are private to it, and what overrides Qt's own functions and is excluded in docs/Doxyfile.
 UNDOCUMENTED = re.compile(
-    r"^(vtable|typeinfo|non-virtual thunk|virtual thunk)|::(~|operator|metaObject\b|qt_meta|staticMetaObject|\w*[eE]vent\(|run\(\))")
+    r"^(vtable|typeinfo|non-virtual thunk|virtual thunk|tarnis::PlotMapping::Bins::)"
+    r"|::(~|operator|metaObject\b|qt_meta|staticMetaObject|\w*[eE]vent\(|run\(\))")
 # The names alone: those of everything that a link in the reference can lead to.
 AS_TAGS = "GENERATE_HTML=NO\nGENERATE_TAGFILE=$(TARNIS_DOCS)/tags.xml\n"
 
