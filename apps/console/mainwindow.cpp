@@ -339,7 +339,7 @@ void MainWindow::saveRecord()
         const QString error = tarnis::writeFile(path, m_commandPanel->recordText().toUtf8() + '\n');
         if (error.isEmpty())
             setSaveFilePath(path);
-        const QSignalBlocker blocker(m_saves); // the record is none of the server's data
+        const QSignalBlocker blocker(m_saves); // the record is not data of the server
         m_saves->report(*this, path, error);
     });
     dialog->open();

@@ -25,7 +25,7 @@ class ServerController;
 class SaveReports : public QObject {
     Q_OBJECT
 public:
-    /// `run` returns the number of the run for suggested names; empty: there is none. Both must outlive it.
+    /// `run` returns the number of the run for suggested names, or an empty text. Both must outlive it.
     SaveReports(ServerController& controller, const std::function<QString()>& run);
     ~SaveReports() override;
 

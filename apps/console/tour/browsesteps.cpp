@@ -63,7 +63,7 @@ void driveBasePath(UiDriver& driver, QWidget& window)
     driver.picture(console, QStringLiteral("set"));
     server.SetBasePath(before, false);
     // The steps behind this one list the server's own folder.
-    driver.waitUntil(QStringLiteral("the server has the base path of before"), [&] { return answers == 2; });
+    driver.waitUntil(QStringLiteral("the server has the previous base path"), [&] { return answers == 2; });
     const auto& state = driver.find<QLabel>(console.settingsPanel(), "stateLabel");
     driver.waitUntil(QStringLiteral("the settings are read again"),
         [&] { return state.text() == SettingsPanel::tr("As on the server."); });

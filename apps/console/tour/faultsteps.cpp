@@ -73,7 +73,7 @@ void nobodyAnswers(UiDriver& driver, MainWindow& window)
     driver.picture(window, QStringLiteral("refused"));
 
     window.controller().start(before, window.controller().prompt());
-    waitForState(driver, window, ServerState::Up, QStringLiteral("the server of before is back"));
+    waitForState(driver, window, ServerState::Up, QStringLiteral("the previous server is back"));
 }
 
 /// Something else listens at the port: it greets, but not with the prompt.
@@ -96,7 +96,7 @@ void wrongPrompt(UiDriver& driver, MainWindow& window)
     driver.picture(window, QStringLiteral("not-greeted"));
     controller.m_probeTimeoutMs = timeoutMs;
     controller.start(before, controller.prompt());
-    waitForState(driver, window, ServerState::Up, QStringLiteral("the server of before is back"));
+    waitForState(driver, window, ServerState::Up, QStringLiteral("the previous server is back"));
 }
 
 void restart(UiDriver& driver, MainWindow& window)

@@ -89,7 +89,7 @@ void palettes(UiDriver& driver, QWidget& window)
     driver.expect(colours() == turned, QStringLiteral("the colours are reversed"));
     driver.picture(window, QStringLiteral("reversed"));
     chooseColours(driver, plot, QStringLiteral("Edit - Reverse"));
-    driver.expect(colours() == before, QStringLiteral("the colours are those of before"));
+    driver.expect(colours() == before, QStringLiteral("the previous colours are back"));
 }
 
 QPushButton& autoButtonOf(XY2DGraphWidget& plot)

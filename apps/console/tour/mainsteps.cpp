@@ -202,7 +202,7 @@ void readAgain(UiDriver& driver, MainWindow& window)
     driver.picture(window, QStringLiteral("read"));
     ask(driver, window, QStringLiteral("setting rate:") + before);
     driver.shortcut(window, QKeySequence(Qt::Key_F5));
-    driver.waitUntil(QStringLiteral("the rate of before is read"), [&] { return value() == before; });
+    driver.waitUntil(QStringLiteral("the previous rate is read"), [&] { return value() == before; });
 }
 
 void saveRecord(UiDriver& driver, MainWindow& window)

@@ -103,7 +103,7 @@ void driveRate(UiDriver& driver, QWidget& window)
     driver.waitUntil(QStringLiteral("the curve goes on"), [&] { return rate.count() >= 4; });
     driver.picture(window, QStringLiteral("curve"));
     driver.click(driver.find<QPushButton>(window, "clearButton"));
-    driver.expect(rate.count() <= 1, QStringLiteral("the curve begins anew"));
+    driver.expect(rate.count() <= 1, QStringLiteral("the curve begins again"));
     ask(driver, console, QStringLiteral("stop"));
 }
 

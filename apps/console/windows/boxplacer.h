@@ -19,7 +19,7 @@ namespace console {
 class BoxPlacer : public QObject {
     Q_OBJECT
 public:
-    /// The placer of this window, made if there is none. The window owns it.
+    /// The placer of this window; the first call creates it. The window owns it.
     static BoxPlacer& of(QWidget& window);
     /// True for a box of a plot: a frameless dialog that belongs to it.
     static bool isBox(const QWidget& widget);
