@@ -56,7 +56,8 @@ grep -q '^lifetime ' "$work/output.log" || { cat "$work/output.log"; echo "fitc:
 quietly timeout 60 "$work/headless/build/headless" "$prefix/bin/tarnis-simserver"
 grep -q '^state: ' "$work/output.log" || { cat "$work/output.log"; echo "headless: no reply"; exit 1; }
 
-needs() { objdump -p "$1" | grep -q "NEEDED *lib$2\.so"; }
+# needs PROGRAM LIBRARY. A here-string, since grep -q ends at its first hit and would break objdump's pipe.
+needs() { grep -q "NEEDED *lib$2\.so" <<<"$(objdump -p "$1")"; }
 # refused NAME LANGUAGES ARGUMENT...: find_package(Tarnis ARGUMENT...) fails; prints why, on one line.
 refused() {
   local name=$1 languages=$2
@@ -72,8 +73,9 @@ refused() {
 }
 
 echo "-- components"
-refused unknown CXX REQUIRED COMPONENTS Core Plots | grep -q "no component 'Plots': it has Fit, Core, Tarnis and Hdf5"
-refused c_core C REQUIRED COMPONENTS Core | grep -q 'Core of Tarnis needs C++: add CXX to the LANGUAGES'
+grep -q "no component 'Plots': it has Fit, Core, Tarnis and Hdf5" \
+  <<<"$(refused unknown CXX REQUIRED COMPONENTS Core Plots)"
+grep -q 'Core of Tarnis needs C++: add CXX to the LANGUAGES' <<<"$(refused c_core C REQUIRED COMPONENTS Core)"
 mkdir -p "$work/optional"
 cat >"$work/optional/CMakeLists.txt" <<'CMAKE'
 cmake_minimum_required(VERSION 3.25)
