@@ -51,3 +51,14 @@ function(tarnis_precompile)
     endif()
   endforeach()
 endfunction()
+
+# tarnis_vectorise(<source>...): sources of the library with loops over pixels or bins, which the compiler shall
+# vectorise in every build. Without the precompiled header: with it, GCC 12 ends with an internal error when -O3 and the
+# sanitizers meet.
+function(tarnis_vectorise)
+  set_source_files_properties(${ARGN}
+    TARGET_DIRECTORY tarnis_objects
+    PROPERTIES
+      COMPILE_OPTIONS "$<$<NOT:$<CONFIG:Debug>>:-O3>"
+      SKIP_PRECOMPILE_HEADERS ON)
+endfunction()
