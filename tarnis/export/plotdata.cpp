@@ -1,7 +1,7 @@
 #include "tarnis/export/plotdata_p.h"
 
+#include "tarnis/plots/curvenames_p.h"
 #include "tarnis/plots/math/bingeometry_p.h"
-#include "tarnis/plots/math/seriesnames_p.h"
 #include "tarnis/plots/multivectorgraphwidget.h"
 #include "tarnis/plots/vectorgraphwidget.h"
 #include "tarnis/plots/xy2dgraphwidget.h"
@@ -96,9 +96,12 @@ Dataset spectrumOf(VectorGraphWidget& plot)
 
 QString curveName(const MultiVectorGraphWidget& plot, AddType type, const SummedCurve& curve, int number)
 {
-    const SeriesWords words { plot.m_groupName, plot.m_itemName, plot.m_firstNumber };
+    const SeriesWords words = seriesWordsOf(plot);
     const int groupSize = std::max(plot.m_groupSize, 1);
     const int record = curve.records.value(0, number);
+    const QString given = words.names.value(record);
+    if (!given.isEmpty() && (type == AddType::AddNone || (type == AddType::AddEachGroup && groupSize == 1)))
+        return given;
     switch (type) {
     case AddType::AddNone:
         return recordName(words, record / groupSize, record % groupSize);

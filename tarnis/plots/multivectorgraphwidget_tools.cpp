@@ -6,6 +6,7 @@
 #include "tarnis/foundation/saving_p.h"
 #include "tarnis/foundation/trace_p.h"
 #include "tarnis/peak/peaksearchdialog.h"
+#include "tarnis/plots/curvenames_p.h"
 #include "tarnis/plots/math/csvtext_p.h"
 #include "tarnis/plots/math/seriesnames_p.h"
 
@@ -51,8 +52,7 @@ QString MultiVectorGraphWidget::vector2Csv(const QList<Data>& list)
 void MultiVectorGraphWidget::onSaveCsv()
 {
     tarnis::saveTable(this, tr("Save CSV"), tr("CSV Files (*.csv *.txt)"), [this] {
-        const tarnis::CsvTable table =
-            tarnis::csvTableOf(m_data, m_addType, groupSize(), { m_groupName, m_itemName, m_firstNumber });
+        const tarnis::CsvTable table = tarnis::csvTableOf(m_data, m_addType, groupSize(), tarnis::seriesWordsOf(*this));
         const QString header = table.header ? *table.header + QLatin1Char('\n') : QString();
         return header + vector2Csv(table.columns);
     });
@@ -166,7 +166,7 @@ void MultiVectorGraphWidget::onPeakSearch()
 void MultiVectorGraphWidget::peakSearch(int threshold, int width, bool peak)
 {
     const std::optional<tarnis::NamedCurve> curve =
-        tarnis::firstEnabledCurve(m_data, m_addType, groupSize(), { m_groupName, m_itemName, m_firstNumber });
+        tarnis::firstEnabledCurve(m_data, m_addType, groupSize(), tarnis::seriesWordsOf(*this));
     if (!curve)
         return;
     const QList<double>& samples = curve->samples;

@@ -138,6 +138,14 @@ void PlotHooks::initialized(Qt::Orientation axis, AxisRange previous)
     touch();
 }
 
+void PlotHooks::setSeriesNames(const QStringList& names)
+{
+    if (names == m_seriesNames)
+        return;
+    m_seriesNames = names;
+    touchData();
+}
+
 void PlotHooks::paintOverlays(QPainter& painter, bool saved) const
 {
     const PlotMapping mapping = PlotMapping::of(m_plot);

@@ -8,6 +8,7 @@
 #include <QList>
 #include <QObject>
 #include <QRect>
+#include <QStringList>
 
 QT_BEGIN_NAMESPACE
 class QPainter;
@@ -39,6 +40,11 @@ public:
     void initialized(Qt::Orientation axis, AxisRange previous);
     /// Compares, and calls the observers, now.
     void deliver();
+
+    /// Names of a plot of many series, by index. @{
+    const QStringList& seriesNames() const { return m_seriesNames; }
+    void setSeriesNames(const QStringList& names);
+    /// @}
 
     bool hasOverlays() const { return !m_overlays.isEmpty(); }
     /// `saved` leaves out the drawings that do not belong into files. The painter's coordinates are the frame's.
@@ -89,6 +95,7 @@ private:
     QCursor m_hadCursor;
     bool m_hadOwnCursor = false;
     int m_readOuts = 0;
+    QStringList m_seriesNames;
 };
 
 } // namespace tarnis

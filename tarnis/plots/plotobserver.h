@@ -22,7 +22,7 @@ public:
         RangeY = 2, ///< the visible range of Y
         ScaleType = 4, ///< Y became linear or logarithmic; for a map, its colour scale
         PlotRect = 8, ///< place or size of the plot rectangle
-        Data = 16, ///< samples, bins, or which series are shown
+        Data = 16, ///< samples, bins, which series are shown, or their names
         AutoScale = 32, ///< whether an axis, or a map's colours, follow the data
         Levels = 64 ///< the limits of a map's colours
     };

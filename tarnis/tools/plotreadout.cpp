@@ -1,5 +1,6 @@
 #include "tarnis/tools/plotreadout_p.h"
 
+#include "tarnis/plots/curvenames.h"
 #include "tarnis/plots/math/seriesgrouping_p.h"
 #include "tarnis/plots/plotaccess_p.h"
 #include "tarnis/plots/plotmapping.h"
@@ -55,7 +56,8 @@ void readCurves(PlotReadOut& readOut, const MultiVectorGraphWidget& plot)
 {
     const QList<Series>& series = PlotAccess::series(plot);
     const auto type = PlotAccess::addType(plot);
-    const QList<SummedCurve> curves = curvesOf(series, type, PlotAccess::groupSize(plot));
+    const int groupSize = PlotAccess::groupSize(plot);
+    const QList<SummedCurve> curves = curvesOf(series, type, groupSize);
     for (qsizetype i = 0; i < curves.size(); ++i) {
         const SummedCurve& curve = curves.at(i);
         const qsizetype length = lengthOf(series, curve);
@@ -70,7 +72,9 @@ void readCurves(PlotReadOut& readOut, const MultiVectorGraphWidget& plot)
                     *sum += values.at(readOut.column);
             }
         }
-        readOut.values.append({ QString::number(i + plot.m_firstNumber), curve.color, sum });
+        const bool isSeries = type == AddType::AddNone || (type == AddType::AddEachGroup && groupSize == 1);
+        const QString given = isSeries ? seriesName(plot, static_cast<int>(i)) : QString();
+        readOut.values.append({ given.isEmpty() ? QString::number(i + plot.m_firstNumber) : given, curve.color, sum });
     }
     if (readOut.values.size() == 1)
         readOut.values.first().name.clear();

@@ -927,6 +927,13 @@
     </message>
 </context>
 <context>
+    <name>tarnis::CurveNames</name>
+    <message>
+        <source>All</source>
+        <translation>Alle</translation>
+    </message>
+</context>
+<context>
     <name>tarnis::EnergyCalibration</name>
     <message>
         <source>This is no JSON: %1 at byte %2.</source>

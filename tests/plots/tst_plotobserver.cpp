@@ -2,6 +2,7 @@
 // the picture that appear in files and never draw the data.
 #include "support/support.h"
 
+#include <tarnis/plots/curvenames.h>
 #include <tarnis/plots/multivectorgraphwidget.h>
 #include <tarnis/plots/plotmapping.h>
 #include <tarnis/plots/plotobserver.h>
@@ -105,6 +106,27 @@ class TestPlotObserver : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    void namesOfSeriesAreData()
+    {
+        MultiVectorGraphWidget plot;
+        fill(plot);
+        plot.m_groupName = QStringLiteral("Detector");
+        QCOMPARE(curveNames(plot), QStringList { "Detector 0" });
+        setSeriesName(plot, 2, QStringLiteral("before the observer"));
+        Recorder recorder(&plot);
+        setSeriesName(plot, 0, QStringLiteral("Ge"));
+        QCOMPARE(recorder.taken(), QList<PlotObserver::Changes> { PlotObserver::Data });
+        QCOMPARE(curveNames(plot), QStringList { "Ge" });
+        setSeriesName(plot, 0, QStringLiteral("Ge"));
+        setSeriesName(plot, -1, QStringLiteral("nothing"));
+        QVERIFY(recorder.taken().isEmpty());
+        plot.resizeData(3);
+        QCOMPARE(curveNames(plot), QStringList({ "Ge", "Detector 1", "before the observer" }));
+        QCOMPARE(seriesName(plot, 1), QString());
+        setSeriesNames(plot, {});
+        QCOMPARE(seriesName(plot, 0), QString());
+    }
+
     void reportsEachChangeOnce()
     {
         MultiVectorGraphWidget plot;

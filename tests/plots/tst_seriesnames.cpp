@@ -55,6 +55,9 @@ private Q_SLOTS:
     void searchOfPositions();
     void searchOfAll();
     void placeholdersInWordsStay();
+    void givenNamesReplaceWords();
+    void curvesHaveNames_data();
+    void curvesHaveNames();
 };
 
 void TestSeriesNames::tableOfSeries()
@@ -137,6 +140,48 @@ void TestSeriesNames::placeholdersInWordsStay()
 {
     QCOMPARE(
         tarnis::recordName({ QStringLiteral("%2 g"), QStringLiteral("%1"), 0 }, 3, 4), QStringLiteral("%2 g 3 - %1 4"));
+}
+
+void TestSeriesNames::givenNamesReplaceWords()
+{
+    tarnis::SeriesWords named = words;
+    named.names = { QString(), QStringLiteral("gamma, \"slow\"") };
+    const QList<Series> series { record(1, false), record(2), record(3) };
+    QCOMPARE(tarnis::csvTableOf(series, AddType::AddNone, 2, named).header,
+        QStringLiteral("\"gamma, \"\"slow\"\"\",Module 6 - ch 0"));
+    QCOMPARE(tarnis::csvTableOf(series, AddType::AddEachGroup, 1, named).header,
+        QStringLiteral("\"gamma, \"\"slow\"\"\",Module 7"));
+    QCOMPARE(tarnis::csvTableOf(series, AddType::AddEachGroup, 2, named).header, QStringLiteral("Module 6"));
+    QCOMPARE(tarnis::firstEnabledCurve(series, AddType::AddNone, 2, named)->name, named.names.at(1));
+    QCOMPARE(tarnis::firstEnabledCurve(series, AddType::AddEachGroup, 1, named)->name, named.names.at(1));
+}
+
+void TestSeriesNames::curvesHaveNames_data()
+{
+    QTest::addColumn<int>("type");
+    QTest::addColumn<int>("groupSize");
+    QTest::addColumn<QString>("names");
+    QTest::newRow("one group") << int(AddType::AddNone) << 8 << "ch 0|gamma|ch 2";
+    QTest::newRow("groups") << int(AddType::AddNone) << 2 << "Module 5 - ch 0|gamma|Module 6 - ch 0";
+    QTest::newRow("groups of one") << int(AddType::AddNone) << 1 << "Module 5|gamma|Module 7";
+    QTest::newRow("sums of one") << int(AddType::AddEachGroup) << 1 << "Module 5|gamma|Module 7";
+    QTest::newRow("sums of groups") << int(AddType::AddEachGroup) << 2 << "Module 5|Module 6|Module 7";
+    QTest::newRow("positions") << int(AddType::AddEachPosition) << 3 << "ch 0|ch 1|ch 2";
+    QTest::newRow("all") << int(AddType::AddAll) << 2 << "All|All|All";
+}
+
+void TestSeriesNames::curvesHaveNames()
+{
+    QFETCH(int, type);
+    QFETCH(int, groupSize);
+    QFETCH(QString, names);
+    tarnis::SeriesWords named = words;
+    named.names = { QString(), QStringLiteral("gamma") };
+    QStringList made;
+    for (int i = 0; i < 3; ++i)
+        made << tarnis::curveNameOf(named, AddType(type), groupSize, i, 3);
+    QCOMPARE(made.join(u'|'), names);
+    QCOMPARE(tarnis::curveNameOf({}, AddType::AddNone, 8, 4, 8), QStringLiteral("4")); // without words
 }
 
 QTEST_APPLESS_MAIN(TestSeriesNames)

@@ -1,6 +1,7 @@
 // The cross and its read-out: bins, sums, empty bins, places outside of the data, live data, pin and copy.
 #include "support/support.h"
 
+#include <tarnis/plots/curvenames.h>
 #include <tarnis/plots/multivectorgraphwidget.h>
 #include <tarnis/plots/plotmapping.h>
 #include <tarnis/plots/vectorgraphwidget.h>
@@ -102,6 +103,10 @@ private Q_SLOTS:
         show(plot);
         moveTo(plot, 1.5, 5);
         QCOMPARE(cross->text(), QStringLiteral("Channel [1, 2) bin 1   0: 10 ± 3.16   2: 12 ± 3.46"));
+        setSeriesName(plot, 2, QStringLiteral("Ge"));
+        moveTo(plot, 0.5, 5);
+        QCOMPARE(cross->text(), QStringLiteral("Channel [0, 1) bin 0   0: 1 ± 1   Ge: 3 ± 1.73"));
+        moveTo(plot, 1.5, 5);
         plot.setAddType(MultiVectorGraphWidget::AddAll);
         QCOMPARE(cross->table(), QStringLiteral("bin\tlo\thi\tvalue\n1\t1\t2\t22\n")); // of those that are shown
     }

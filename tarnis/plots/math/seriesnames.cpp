@@ -1,5 +1,6 @@
 #include "tarnis/plots/math/seriesnames_p.h"
 
+#include <QCoreApplication>
 #include <QStringList>
 
 #include <algorithm>
@@ -18,11 +19,39 @@ CsvTable tableWithHeader(const QList<Series>& columns, const QStringList& names)
     return { shown.join(u','), columns };
 }
 
+/// As a field of a CSV file.
+QString csvField(QString name)
+{
+    static const QString special = QStringLiteral(",\"\n\r");
+    if (std::none_of(name.cbegin(), name.cend(), [](QChar c) { return special.contains(c); }))
+        return name;
+    return u'"' + name.replace(u'"', QStringLiteral("\"\"")) + u'"';
+}
+
+/// The host's name of a record, or the one made of words.
+QString nameOr(const SeriesWords& words, qsizetype record, const QString& other)
+{
+    const QString name = words.names.value(record);
+    return name.isEmpty() ? other : name;
+}
+
+QString headingOr(const SeriesWords& words, qsizetype record, const QString& other)
+{
+    const QString name = words.names.value(record);
+    return name.isEmpty() ? other : csvField(name);
+}
+
+/// The host's name of a group, which has one if it is a single record.
+qsizetype recordOfGroup(int group, int groupSize)
+{
+    return groupSize == 1 ? group : -1;
+}
+
 CsvTable tableOfRecords(const QList<Series>& series, int groupSize, const SeriesWords& words)
 {
     QStringList names;
     for (int i = 0; i < series.size(); ++i)
-        names.append(recordName(words, i / groupSize + words.firstNumber, i % groupSize));
+        names.append(headingOr(words, i, recordName(words, i / groupSize + words.firstNumber, i % groupSize)));
     return tableWithHeader(series, names);
 }
 
@@ -34,7 +63,8 @@ CsvTable tableOfGroups(const QList<Series>& series, int groupSize, const SeriesW
     for (int group = 0; group < groups.size(); ++group) {
         columns.append({ wholeSums(series, groups.at(group)), groups.at(group).color,
             series.at(qsizetype(group) * groupSize).enable });
-        names.append(numberedName(words.group, group + words.firstNumber));
+        names.append(
+            headingOr(words, recordOfGroup(group, groupSize), numberedName(words.group, group + words.firstNumber)));
     }
     CsvTable table = tableWithHeader(columns, names);
     if (groups.size() == 1)
@@ -89,6 +119,22 @@ QString recordName(const SeriesWords& words, int group, int position)
     return QStringLiteral("%1 - %2").arg(numberedName(words.group, group), numberedName(words.item, position));
 }
 
+QString curveNameOf(const SeriesWords& words, AddType type, int groupSize, int number, qsizetype records)
+{
+    const bool isRecord = type == AddType::AddNone || (type == AddType::AddEachGroup && groupSize == 1);
+    const QString group = numberedName(words.group, number / groupSize + words.firstNumber).trimmed();
+    const QString item = numberedName(words.item, number % groupSize).trimmed();
+    if (isRecord && groupSize == 1)
+        return nameOr(words, number, group);
+    if (isRecord)
+        return nameOr(words, number, records <= groupSize ? item : QStringLiteral("%1 - %2").arg(group, item));
+    if (type == AddType::AddEachGroup)
+        return numberedName(words.group, number + words.firstNumber).trimmed();
+    if (type == AddType::AddEachPosition)
+        return numberedName(words.item, number).trimmed();
+    return QCoreApplication::translate("tarnis::CurveNames", "All");
+}
+
 CsvTable csvTableOf(const QList<Series>& series, AddType type, int groupSize, const SeriesWords& words)
 {
     switch (type) {
@@ -113,9 +159,11 @@ std::optional<NamedCurve> firstEnabledCurve(
         return std::nullopt;
     switch (type) {
     case AddType::AddNone:
-        return NamedCurve { recordName(words, first / groupSize, first % groupSize), series.at(first).values };
+        return NamedCurve { nameOr(words, first, recordName(words, first / groupSize, first % groupSize)),
+            series.at(first).values };
     case AddType::AddEachGroup:
-        return NamedCurve { numberedName(words.group, first / groupSize),
+        return NamedCurve { nameOr(
+                                words, recordOfGroup(first, groupSize), numberedName(words.group, first / groupSize)),
             wholeSums(series, curveFrom(series, first, 1, std::min(qsizetype(first) + groupSize, count))) };
     case AddType::AddEachPosition:
         return NamedCurve { numberedName(words.item, first),

@@ -4,16 +4,19 @@
 #include "tarnis/plots/math/seriesgrouping_p.h"
 
 #include <QString>
+#include <QStringList>
 
 #include <optional>
 
 namespace tarnis {
 
-/// Words of the plot for its groups and positions, and the number of the first group.
+/// Words of the plot for its groups and positions, the number of the first group, and names of single records; a record
+/// without one has an empty name, or none.
 struct SeriesWords {
     QString group;
     QString item;
     int firstNumber = 0;
+    QStringList names = {};
 };
 
 /// "word number".
@@ -21,6 +24,11 @@ QString numberedName(const QString& word, int number);
 
 /// "group g - item p" of a record.
 QString recordName(const SeriesWords& words, int group, int position);
+
+/// The name of a curve for readers: that of its record, if it is one record that has a name, else made of the words
+/// that tell it from the others. `number` counts the curves of the type, `records` the records of the plot. Never
+/// empty.
+QString curveNameOf(const SeriesWords& words, AddType type, int groupSize, int number, qsizetype records);
 
 /// What a CSV file holds: a heading for each enabled column, and the columns.
 struct CsvTable {
