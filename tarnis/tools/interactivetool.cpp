@@ -3,6 +3,8 @@
 #include "tarnis/plots/plothooks_p.h"
 #include "tarnis/plots/xygraphwidget.h"
 
+#include <QAction>
+#include <QCoreApplication>
 #include <QEvent>
 
 namespace tarnis {
@@ -23,6 +25,40 @@ InteractiveTool::~InteractiveTool()
         return; // a plot that is being destroyed has nothing to restore
     restoreCursor();
     setNeeds(Nothing);
+}
+
+QList<InteractiveTool*> InteractiveTool::toolsOf(const XYGraphWidget& plot)
+{
+    return plot.findChildren<InteractiveTool*>(QString(), Qt::FindDirectChildrenOnly);
+}
+
+QList<QAction*> InteractiveTool::actions() const
+{
+    return {};
+}
+
+QString InteractiveTool::stateName() const
+{
+    return QString::fromLatin1(metaObject()->className()).section(QLatin1String("::"), -1);
+}
+
+QJsonObject InteractiveTool::saveState() const
+{
+    return {};
+}
+
+void InteractiveTool::restoreState(const QJsonObject& /*state*/)
+{
+}
+
+bool InteractiveTool::event(QEvent* event)
+{
+    if (event->type() == QEvent::LanguageChange) { // a widget hands it to its children, which are not all
+        const auto own = findChildren<QAction*>(QString(), Qt::FindDirectChildrenOnly);
+        for (QAction* const action : own)
+            QCoreApplication::sendEvent(action, event);
+    }
+    return QObject::event(event);
 }
 
 void InteractiveTool::setNeeds(Needs needs)

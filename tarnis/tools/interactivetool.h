@@ -4,9 +4,12 @@
 #include <tarnis/plots/plotobserver.h>
 #include <tarnis/tarnis_export.h>
 
+#include <QJsonObject>
+#include <QList>
 #include <QObject>
 
 QT_BEGIN_NAMESPACE
+class QAction;
 class QCursor;
 QT_END_NAMESPACE
 class XYGraphWidget;
@@ -33,6 +36,30 @@ public:
 
     /// The plot; null once it has been destroyed, and where null was passed.
     XYGraphWidget* plot() const { return observedPlot(); }
+    /// The tools that are attached to a plot, in the order of their attachment.
+    static QList<InteractiveTool*> toolsOf(const XYGraphWidget& plot);
+
+    /// What the user can do with the tool, for tool bars and menus, in the order of display. The actions belong to the
+    /// tool and follow the application's language. Their shortcuts are for display only: the tool handles the keys
+    /// itself while the plot has the focus. Empty here.
+    virtual QList<QAction*> actions() const;
+
+    /// The tool's part of a stored view.
+    ///
+    /// stateName() is its key, the class name without namespaces here. saveState() returns settings and positions in
+    /// units of the axes, and an empty object if there is nothing to store, as here. restoreState() takes over what it
+    /// knows, keeps the present value for a key that is missing or has a value out of range, and ignores unknown keys;
+    /// it never fails. @{
+    virtual QString stateName() const;
+    virtual QJsonObject saveState() const;
+    virtual void restoreState(const QJsonObject& state);
+    /// @}
+
+    /// Passes a change of the language to the tool's own actions.
+    bool event(QEvent* event) override;
+
+Q_SIGNALS:
+    void actionsChanged(); ///< actions() returns another list
 
 protected:
     /// Null is reported as a warning, and the tool does nothing.

@@ -32,6 +32,7 @@ PlotCrosshair::PlotCrosshair(XYGraphWidget* plot)
     : InteractiveTool(plot, MouseMoves | KeyboardFocus | ReadOut)
     , PlotOverlay(plot, crosshairZOrder)
 {
+    makeActions();
 }
 
 PlotCrosshair::~PlotCrosshair() = default;
@@ -81,6 +82,7 @@ void PlotCrosshair::setOn(bool on)
     m_isPinned = m_isPinned && on;
     setNeeds(on ? MouseMoves | KeyboardFocus | ReadOut : Needs(KeyboardFocus));
     renew();
+    updateActions();
     Q_EMIT onChanged(on);
 }
 
@@ -92,12 +94,14 @@ void PlotCrosshair::pinAt(const QPointF& value)
     m_isPinned = true;
     setOn(true);
     renew();
+    updateActions();
 }
 
 void PlotCrosshair::release()
 {
     m_isPinned = false;
     renew();
+    updateActions();
 }
 
 void PlotCrosshair::copy()
@@ -165,10 +169,7 @@ bool PlotCrosshair::handleKey(int key, Qt::KeyboardModifiers modifiers)
         return true;
     }
     if (key == Qt::Key_P && modifiers == Qt::NoModifier) {
-        if (m_isPinned)
-            release();
-        else
-            pinAt(value(PlotMapping::of(*plot())));
+        togglePin();
         return true;
     }
     if (key == Qt::Key_Escape && modifiers == Qt::NoModifier) {

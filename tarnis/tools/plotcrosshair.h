@@ -31,6 +31,13 @@ public:
     QString text() const; ///< the line as shown; empty while nothing is shown
     QString table() const; ///< header and numbers, separated by tabs; empty outside of the data
 
+    QList<QAction*> actions() const override; ///< switch, pin and copy
+    /// Whether it is on, and where it is pinned. @{
+    QString stateName() const override;
+    QJsonObject saveState() const override;
+    void restoreState(const QJsonObject& state) override;
+    /// @}
+
 public Q_SLOTS:
     void setOn(bool on); ///< switching off releases the pin
     void pinAt(const QPointF& value); ///< switches the cross on and pins it to a value of both axes
@@ -53,6 +60,9 @@ private:
     TARNIS_NO_EXPORT PlotReadOut readOut() const;
     TARNIS_NO_EXPORT void renew();
     TARNIS_NO_EXPORT bool handleKey(int key, Qt::KeyboardModifiers modifiers);
+    TARNIS_NO_EXPORT void makeActions();
+    TARNIS_NO_EXPORT void togglePin();
+    TARNIS_NO_EXPORT void updateActions();
 
     bool m_isOn = true;
     bool m_isPinned = false;
@@ -60,6 +70,9 @@ private:
     QPointF m_pointer; // in pixels of the widget
     QPointF m_pin; // in values
     QString m_text;
+    QAction* m_switch = nullptr;
+    QAction* m_pinSwitch = nullptr;
+    QAction* m_copy = nullptr;
 };
 
 } // namespace tarnis

@@ -22,8 +22,11 @@ PlotNavigator::PlotNavigator(XYGraphWidget* plot)
     : InteractiveTool(plot, KeyboardFocus | MouseMoves)
     , PlotOverlay(plot, marksZOrder)
 {
-    if (plot != nullptr)
-        m_data = std::make_unique<Internals>(*plot);
+    if (plot == nullptr)
+        return;
+    m_data = std::make_unique<Internals>(*plot);
+    makeActions();
+    connect(this, &PlotNavigator::historyChanged, this, &PlotNavigator::updateActions);
 }
 
 PlotNavigator::~PlotNavigator() = default;
@@ -155,6 +158,8 @@ void PlotNavigator::plotChanged(Changes changes)
         return; // one entry at its end
     if (changes & (RangeX | RangeY | ScaleType | AutoScale | Levels))
         noteChange();
+    if (changes.testFlag(ScaleType))
+        updateActions();
     if (changes.testFlag(AutoScale)) {
         updateOverlay();
         Q_EMIT historyChanged();

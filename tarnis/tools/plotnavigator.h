@@ -46,6 +46,10 @@ public:
     /// Whether the user has changed the range of an axis, which therefore does not follow the data.
     bool isHeld(Qt::Orientation axis) const;
 
+    /// Back, forward, all data, zoom in and out, logarithmic scale and grid.
+    QList<QAction*> actions() const override;
+    QString stateName() const override; ///< it stores nothing: the view itself is not its own
+
 public Q_SLOTS:
     /// The previous or next view. Without one, message() says so. @{
     void goBack();
@@ -87,6 +91,10 @@ private:
     TARNIS_NO_EXPORT void commit(int kind, int serial, quint64 timeMs);
     TARNIS_NO_EXPORT void zoomAboutMiddle(int eighths);
     TARNIS_NO_EXPORT void fit(Qt::Orientation axis, bool both);
+    TARNIS_NO_EXPORT void switchLog();
+    TARNIS_NO_EXPORT void switchGrid();
+    TARNIS_NO_EXPORT void makeActions();
+    TARNIS_NO_EXPORT void updateActions();
 
     std::unique_ptr<Internals> m_data;
 };

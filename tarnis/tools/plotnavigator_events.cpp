@@ -268,12 +268,10 @@ bool PlotNavigator::handleKey(const QKeyEvent& event)
         goBack();
         return true;
     case Qt::Key_G:
-        PlotAccess::gridAction(*plot())->trigger();
+        switchGrid();
         return true;
     case Qt::Key_L:
-        noteChange();
-        m_data->view.setLogScale(!m_data->view.state().logScale);
-        commit(OnceKind, ++m_data->serial, event.timestamp());
+        switchLog();
         return true;
     default:
         noteChange();

@@ -49,6 +49,14 @@ struct PlotNavigator::Internals {
     bool isInitialized = false; // since the last look
     bool isHeldX = false;
     bool isHeldY = false;
+    // In the order of display
+    QAction* back = nullptr;
+    QAction* forward = nullptr;
+    QAction* home = nullptr;
+    QAction* zoomIn = nullptr;
+    QAction* zoomOut = nullptr;
+    QAction* log = nullptr;
+    QAction* grid = nullptr;
     QRect markX; // in pixels of the widget
     QRect markY;
 };

@@ -1434,6 +1434,18 @@
         <source>%1 [%2, %3) bin %4</source>
         <translation>%1 [%2, %3) Kanal %4</translation>
     </message>
+    <message>
+        <source>Values Under the Pointer</source>
+        <translation>Werte unter dem Zeiger</translation>
+    </message>
+    <message>
+        <source>Pin the Cross</source>
+        <translation>Kreuz festhalten</translation>
+    </message>
+    <message>
+        <source>Copy the Values</source>
+        <translation>Werte kopieren</translation>
+    </message>
 </context>
 <context>
     <name>tarnis::PlotExporter</name>
@@ -1463,6 +1475,34 @@
     <message>
         <source>Y held</source>
         <translation>Y gehalten</translation>
+    </message>
+    <message>
+        <source>Previous View</source>
+        <translation>Vorige Ansicht</translation>
+    </message>
+    <message>
+        <source>Next View</source>
+        <translation>Nächste Ansicht</translation>
+    </message>
+    <message>
+        <source>Show All</source>
+        <translation>Alles zeigen</translation>
+    </message>
+    <message>
+        <source>Zoom In</source>
+        <translation>Vergrößern</translation>
+    </message>
+    <message>
+        <source>Zoom Out</source>
+        <translation>Verkleinern</translation>
+    </message>
+    <message>
+        <source>Logarithmic Scale</source>
+        <translation>Logarithmische Skala</translation>
+    </message>
+    <message>
+        <source>Grid</source>
+        <translation>Gitter</translation>
     </message>
 </context>
 <context>

@@ -1,0 +1,47 @@
+// An action of a tool: its text follows the language, its icon is drawn in the colours of the palette.
+#pragma once
+
+#include <QAction>
+#include <QIcon>
+
+#include <initializer_list>
+
+QT_BEGIN_NAMESPACE
+class QPainter;
+QT_END_NAMESPACE
+
+namespace tarnis {
+
+/// Colours of an icon: lines in the colour of the button's text, and one accent for what moves. Greyed while disabled.
+struct IconInk {
+    QColor line;
+    QColor accent;
+};
+
+/// Draws an icon into a square of 16 by 16 units. The painter antialiases and has a round pen of 1.2 units in the
+/// colour of lines, and no brush.
+using IconDrawing = void (*)(QPainter& painter, const IconInk& ink);
+
+/// An icon that is drawn for each size, resolution, palette and state.
+QIcon drawnIcon(IconDrawing drawing);
+
+/// Returns a text in the current language. Called again with each change of it.
+using ActionText = QString (*)();
+
+/// Belongs to the object that it is made for. An InteractiveTool passes changes of the language to it.
+class ToolAction : public QAction {
+public:
+    /// `name` is the object name, in English and in lower camel case, by which hosts and tests find the action.
+    ToolAction(QObject* owner, const char* name, ActionText text, IconDrawing drawing);
+
+    /// Shows the keys in menus and tool tips. The first one is the main key. Nothing is bound to them.
+    void showKeys(std::initializer_list<QKeySequence> keys);
+
+protected:
+    bool event(QEvent* event) override;
+
+private:
+    ActionText m_text;
+};
+
+} // namespace tarnis
