@@ -1,5 +1,6 @@
 #!/usr/bin/env python3
-"""The documents' code is the code that is compiled, their tables name files that exist, and their links lead somewhere.
+"""The documents' code is the code that is compiled, their tables name files that exist, their links lead somewhere, and
+every folder with sources has a README.
 
 usage: check_documents.py ROOT
        check_documents.py ROOT --write DOCUMENT FOLDER   writes the files that the document shows into the folder
@@ -17,6 +18,8 @@ NAMED = re.compile(r"`((?:docs|apps|examples|script|tests|tarnis|cmake|benchmark
 LINK = re.compile(r"!?\[[^\]]*\]\(([^)#:]+)\)")
 SCRIPT = re.compile(r"(?<!\S)(script/\w+)")
 OPTION = re.compile(r"-D(TARNIS_\w+)")
+ROOMS = ("apps", "benchmarks", "fuzz", "tarnis", "tests")
+SOURCES = {".c", ".cpp", ".h", ".py"}
 KINDS = {"", "cpp", "cmake", "sh", "transcript", "recipe"}  # without one: output
 
 
@@ -46,8 +49,18 @@ def blocks(root, document, text):
             yield f"{document}: {path} does not type what is shown"
 
 
+def rooms(root):
+    """Faults of the folders: a stranger finds a README wherever there are sources."""
+    folders = {path.parent for room in ROOMS for path in (root / room).rglob("*") if path.suffix in SOURCES}
+    for folder in sorted({root / room for room in ROOMS} | folders):
+        if not (folder / "README.md").exists():
+            yield f"{folder.relative_to(root)}: no README.md"
+
+
 def faults(root):
-    for path in [*root.glob("*.md"), *root.glob("docs/*.md"), *root.glob("tarnis/*/README.md")]:
+    yield from rooms(root)
+    readmes = [path for room in ROOMS for path in sorted((root / room).rglob("README.md"))]
+    for path in [*root.glob("*.md"), *root.glob("docs/*.md"), *readmes]:
         text = path.read_text(encoding="utf-8")
         document = path.relative_to(root)
         yield from blocks(root, document, text)
