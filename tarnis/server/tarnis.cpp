@@ -4,7 +4,7 @@
 
 #include "tarnis/foundation/checkedconnect_p.h"
 #include "tarnis/foundation/log.h"
-#include "tarnis/foundation/sysmsg.h"
+#include "tarnis/foundation/systemmessages.h"
 #include "tarnis/foundation/trace_p.h"
 #include "tarnis/server/sessionend_p.h"
 #include "tarnis/server/tarnissession.h"
@@ -276,7 +276,9 @@ void Tarnis::onReply(PTarnisCmd cmd, const QByteArray& result)
         if (m_status == IDLE) {
             m_serverAddress = addressText(m_host, m_port);
             SetStatus(SERVER_CONNECTED);
-            _g_sysMsg.postLog("Remote Tarnis Server Started on port %d", m_port);
+            tarnis::SystemMessages::instance().post(
+                { QT_TRANSLATE_NOOP("tarnis::SystemMessage", "Remote Tarnis Server Started on port %1"),
+                    { QString::number(m_port) } });
         }
     }
     Q_EMIT onCmdReply(cmd->m_cmdName, cmd->m_cmd, result);
@@ -287,7 +289,8 @@ void Tarnis::onError(int socketError, const QString& message)
     if (isCallOfClosedSession())
         return;
     LOG_BLOCK("Tarnis::onError(socketError[%d], message[%s])", socketError, qUtf8Printable(message));
-    _g_sysMsg.postLog("Socket Error %d %s", socketError, qUtf8Printable(message));
+    tarnis::SystemMessages::instance().post({ QT_TRANSLATE_NOOP("tarnis::SystemMessage", "Socket Error %1 %2"),
+        { QString::number(socketError), message } });
     SetStatus(SERVER_ERROR);
 }
 

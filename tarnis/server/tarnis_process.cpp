@@ -3,7 +3,7 @@
 
 #include "tarnis/foundation/checkedconnect_p.h"
 #include "tarnis/foundation/log.h"
-#include "tarnis/foundation/sysmsg.h"
+#include "tarnis/foundation/systemmessages.h"
 #include "tarnis/foundation/trace_p.h"
 #include "tarnis/server/localserver_p.h"
 #include "tarnis/server/serverexit_p.h"
@@ -13,8 +13,8 @@ namespace {
 constexpr int startTimeoutMs = 30000;
 constexpr qint64 unreadOutputLimit = 1 << 20;
 
-// Nobody reads the server's output once the port is known, nor its error output ever: what a server says in months must
-// not pile up in this process.
+// The server's output is not read once the port is known, and its error output never is: what a server writes in
+// months must not pile up in this process.
 void boundUnreadOutput(QProcess* process)
 {
     QObject::connect(process, &QProcess::readyReadStandardOutput, process, [process] {
@@ -29,6 +29,11 @@ void boundUnreadOutput(QProcess* process)
     });
 }
 
+void post(const tarnis::SystemMessage& message)
+{
+    tarnis::SystemMessages::instance().post(message);
+}
+
 } // namespace
 
 bool Tarnis::startLocalServer()
@@ -40,11 +45,12 @@ bool Tarnis::startLocalServer()
     if (!m_process->waitForStarted(startTimeoutMs)) {
         delete m_process;
         m_process = nullptr;
-        _g_sysMsg.postLog(
-            "Could not Start Local Server[%s] - check velmark.xml localServer element", qUtf8Printable(m_processPath));
+        post({ QT_TRANSLATE_NOOP(
+                   "tarnis::SystemMessage", "Could not Start Local Server[%1] - check velmark.xml localServer element"),
+            { m_processPath } });
         return false;
     }
-    _g_sysMsg.postLog("Local Server[%s] Started", qUtf8Printable(m_processPath));
+    post({ QT_TRANSLATE_NOOP("tarnis::SystemMessage", "Local Server[%1] Started"), { m_processPath } });
     connectLocalServer();
     return true;
 }
@@ -109,7 +115,8 @@ void Tarnis::onServerReadyStdOut()
     TARNIS_TRACE(QStringLiteral("PortNo: %1").arg(m_port));
     SetStatus(SERVER_CONNECTED);
     disconnect(process, SIGNAL(readyReadStandardOutput()), this, SLOT(onServerReadyStdOut()));
-    _g_sysMsg.postLog("Local Tarnis Server Started on port %d", m_port);
+    post({ QT_TRANSLATE_NOOP("tarnis::SystemMessage", "Local Tarnis Server Started on port %1"),
+        { QString::number(m_port) } });
 }
 
 void Tarnis::onServerError(QProcess::ProcessError err)
@@ -117,9 +124,10 @@ void Tarnis::onServerError(QProcess::ProcessError err)
     LOG_BLOCK("Tarnis::onServerError(err[%d])", static_cast<int>(err));
     const QMutexLocker locker(&m_mutex);
     if (err == QProcess::Crashed && m_status != SHUTTING_DOWN && m_status != IDLE)
-        _g_sysMsg.postLog("Server process crashed.");
+        post({ QT_TRANSLATE_NOOP("tarnis::SystemMessage", "Server process crashed."), {} });
     else
-        _g_sysMsg.postLog("ServerError: Crashed but shutting down or idle. err[%d]", static_cast<int>(err));
+        post({ QT_TRANSLATE_NOOP("tarnis::SystemMessage", "ServerError: Crashed but shutting down or idle. err[%1]"),
+            { QString::number(static_cast<int>(err)) } });
 }
 
 void Tarnis::onLocalSvrFinished(int /*exitCode*/, QProcess::ExitStatus /*exitStatus*/)

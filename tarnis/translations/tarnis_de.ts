@@ -1830,4 +1830,35 @@
         <translation>Die Residuen um %1 weichen um %2 Standardabweichungen ab: Ein Peak fehlt oder die Form ist falsch.</translation>
     </message>
 </context>
+<context>
+    <name>tarnis::SystemMessage</name>
+    <message>
+        <source>Local Server[%1] Started</source>
+        <translation>Lokaler Server [%1] gestartet</translation>
+    </message>
+    <message>
+        <source>Could not Start Local Server[%1] - check velmark.xml localServer element</source>
+        <translation>Der lokale Server [%1] ließ sich nicht starten - siehe velmark.xml, Element localServer</translation>
+    </message>
+    <message>
+        <source>Local Tarnis Server Started on port %1</source>
+        <translation>Lokaler Tarnis-Server bereit, Port %1</translation>
+    </message>
+    <message>
+        <source>Remote Tarnis Server Started on port %1</source>
+        <translation>Entfernter Tarnis-Server verbunden, Port %1</translation>
+    </message>
+    <message>
+        <source>Server process crashed.</source>
+        <translation>Der Serverprozess ist abgestürzt.</translation>
+    </message>
+    <message>
+        <source>ServerError: Crashed but shutting down or idle. err[%1]</source>
+        <translation>Serverfehler beim Herunterfahren oder im Leerlauf: err[%1]</translation>
+    </message>
+    <message>
+        <source>Socket Error %1 %2</source>
+        <translation>Verbindungsfehler %1: %2</translation>
+    </message>
+</context>
 </TS>

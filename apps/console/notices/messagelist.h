@@ -3,19 +3,20 @@
 
 #include <QPlainTextEdit>
 
+namespace tarnis {
+struct SystemMessage;
+}
+
 namespace console {
 
-/// Shows every message of _g_sysMsg as it comes; old lines go beyond 2000.
+/// Shows every message of the library as it comes, in the language of that moment; old lines go beyond 2000.
 class MessageList : public QPlainTextEdit {
     Q_OBJECT
 public:
     explicit MessageList(QWidget* parent = nullptr);
 
-    /// A message of the library in the language of now; any other as it is.
-    static QString translated(const QString& message);
-
-protected:
-    void onSysMsg(const QString& message);
+private:
+    void append(const tarnis::SystemMessage& message);
 };
 
 } // namespace console

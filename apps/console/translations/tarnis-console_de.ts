@@ -204,7 +204,7 @@
 <context>
     <name>LastServerText</name>
     <message>
-        <source>“%1” is no name of a host.</source>
+        <source>“%1” is not a valid host name.</source>
         <translation>„%1“ ist kein Name eines Rechners.</translation>
     </message>
     <message>
@@ -559,7 +559,7 @@
         <translation>&amp;Leeren</translation>
     </message>
     <message>
-        <source>Begin the curve anew</source>
+        <source>Start the curve again</source>
         <translation>Die Kurve neu beginnen</translation>
     </message>
     <message>
@@ -1790,7 +1790,7 @@
         <translation>(%1 der Datei werden nicht gezeigt)</translation>
     </message>
     <message>
-        <source>(the file was emptied or written anew)</source>
+        <source>(the file was emptied or rewritten)</source>
         <translation>(die Datei wurde geleert oder neu geschrieben)</translation>
     </message>
     <message>
@@ -1997,7 +1997,7 @@
         <translation>Dieses Fenster nach vorn holen</translation>
     </message>
     <message>
-        <source>The server of the last time cannot be used. %1</source>
+        <source>The last server cannot be used. %1</source>
         <translation>Der Server vom letzten Mal ist nicht verwendbar. %1</translation>
     </message>
     <message>
@@ -2055,37 +2055,6 @@
     <message>
         <source>Settings and addresses</source>
         <translation>Einstellungen und Adressen</translation>
-    </message>
-</context>
-<context>
-    <name>console::MessageList</name>
-    <message>
-        <source>Local Server[%1] Started</source>
-        <translation>Lokaler Server [%1] gestartet</translation>
-    </message>
-    <message>
-        <source>Could not Start Local Server[%1] - check velmark.xml localServer element</source>
-        <translation>Der lokale Server [%1] ließ sich nicht starten - siehe velmark.xml, Element localServer</translation>
-    </message>
-    <message>
-        <source>Local Tarnis Server Started on port %1</source>
-        <translation>Lokaler Tarnis-Server bereit, Port %1</translation>
-    </message>
-    <message>
-        <source>Remote Tarnis Server Started on port %1</source>
-        <translation>Entfernter Tarnis-Server verbunden, Port %1</translation>
-    </message>
-    <message>
-        <source>Server process crashed.</source>
-        <translation>Der Serverprozess ist abgestürzt.</translation>
-    </message>
-    <message>
-        <source>ServerError: Crashed but shutting down or idle. err[%1]</source>
-        <translation>Serverfehler beim Herunterfahren oder im Leerlauf: err[%1]</translation>
-    </message>
-    <message>
-        <source>Socket Error %1 %2</source>
-        <translation>Verbindungsfehler %1: %2</translation>
     </message>
 </context>
 <context>
@@ -2541,7 +2510,7 @@
         <translation>Warten Sie auf die Antwort</translation>
     </message>
     <message>
-        <source>Needs a connected server. The runs of before stay here.</source>
+        <source>Needs a connected server. Showing the previous runs.</source>
         <translation>Nur mit verbundenem Server. Die bisherigen Messläufe bleiben hier stehen.</translation>
     </message>
     <message>
@@ -3016,7 +2985,7 @@
         <translation>Den Ordner der Daten auf dem Server wählen</translation>
     </message>
     <message numerus="yes">
-        <source>The server began anew. %Ln setting(s) sent before are not on it: send the settings again.</source>
+        <source>The server has restarted. %Ln setting(s) sent before are not on it: send the settings again.</source>
         <translation>
             <numerusform>Der Server hat neu begonnen. %Ln zuvor gesendete Einstellung fehlt ihm: senden Sie die Einstellungen noch einmal.</numerusform>
             <numerusform>Der Server hat neu begonnen. %Ln zuvor gesendete Einstellungen fehlen ihm: senden Sie die Einstellungen noch einmal.</numerusform>
@@ -3085,7 +3054,7 @@
         <translation>Warten Sie auf die Antwort</translation>
     </message>
     <message>
-        <source>Needs a connected server. The values of before stay here.</source>
+        <source>Needs a connected server. Showing the previous values.</source>
         <translation>Nur mit verbundenem Server. Die bisherigen Werte bleiben hier stehen.</translation>
     </message>
     <message numerus="yes">

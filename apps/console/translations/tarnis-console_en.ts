@@ -117,10 +117,10 @@
         </translation>
     </message>
     <message numerus="yes">
-        <source>The server began anew. %Ln setting(s) sent before are not on it: send the settings again.</source>
+        <source>The server has restarted. %Ln setting(s) sent before are not on it: send the settings again.</source>
         <translation>
-            <numerusform>The server began anew. %Ln setting sent before is not on it: send the settings again.</numerusform>
-            <numerusform>The server began anew. %Ln settings sent before are not on it: send the settings again.</numerusform>
+            <numerusform>The server has restarted. %Ln setting sent before is not on it: send the settings again.</numerusform>
+            <numerusform>The server has restarted. %Ln settings sent before are not on it: send the settings again.</numerusform>
         </translation>
     </message>
 </context>
