@@ -77,7 +77,7 @@ public:
     double receiveLarge(const std::string& request, std::size_t size)
     {
         sendAll(m_socket, request.data(), request.size());
-        // Pages that nobody has touched, as those of a new reply are.
+        // Pages that were not touched before, as those of a new reply are.
         void* const pages = ::mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
         receive(static_cast<char*>(pages), size);
         const double seconds = std::chrono::duration<double>(Clock::now() - ReplyServer::firstByte()).count();

@@ -1,5 +1,5 @@
 // The live 2D window with a map of 1024 x 1024 bins (8 MiB): what the GUI thread spends on a poll, from the reply to
-// the picture on the window (limit: 40 ms), and on steps of a person who cuts and zooms (limit: 30 ms). The counters
+// the picture on the window (limit: 40 ms), and on steps of the user who cuts and zooms (limit: 30 ms). The counters
 // are medians in milliseconds of the thread's processor time, beside them one copy of the reply's bytes.
 #include "measure.h"
 
@@ -93,7 +93,7 @@ void replyToPicture(benchmark::State& state, bool fractions, bool logScale)
     state.counters["copy_ms"] = median(copied);
 }
 
-/// A step with both cut windows open, and all three plots drawn anew.
+/// A step with both cut windows open, and all three plots drawn again.
 void step(benchmark::State& state, bool zooms)
 {
     Window window(false);

@@ -87,7 +87,7 @@ void replyToPicture(benchmark::State& state, Shape shape, bool logScale)
     showReplies(state, window, plot, binaryReply(QStringLiteral("OK:\n")), payloadOf(shape));
 }
 
-/// Whole counts or real numbers, row by row.
+/// Integer counts or real numbers, row by row.
 QByteArray mapPayload(int count, bool whole)
 {
     std::mt19937_64 generator(2);

@@ -39,7 +39,7 @@ double median(std::vector<double> values)
     return values.empty() ? 0.0 : values[values.size() / 2];
 }
 
-// Pages that nobody has touched: what new gives is as often as not the block that the last reply has left.
+// Pages that were not touched before: what new gives is as often as not the block that the last reply has left.
 class FreshPages {
 public:
     explicit FreshPages(std::size_t size)
