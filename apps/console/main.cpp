@@ -100,7 +100,7 @@ int main(int argc, char** argv)
         if (!log_is_enabled())
             return complain(QStringLiteral("cannot write the log %1").arg(options.logFile), mistakeStatus);
     }
-    // A tour neither reads nor changes what the person's console remembers.
+    // A tour neither reads nor changes what the user's console remembers.
     const QTemporaryDir scratch;
     const auto memory = isTour
         ? std::make_unique<QSettings>(scratch.filePath(QStringLiteral("console.ini")), QSettings::IniFormat)

@@ -155,7 +155,7 @@ void MainWindow::startServer(const Options& options)
     else if (choice == last.choice && !last.prompt.isEmpty())
         prompt = last.prompt;
     if (!options.server && !last.problem.isEmpty()) {
-        onNotice({ Notice::Severity::Warning, tr("The server of the last time cannot be used. %1").arg(last.problem),
+        onNotice({ Notice::Severity::Warning, tr("The last server cannot be used. %1").arg(last.problem),
             Remedy::ChooseServer });
         chooseServer(last.choice, prompt);
         return;
@@ -388,7 +388,7 @@ void MainWindow::remember()
     m_memory.setValue(QStringLiteral("window/dark"), ui->darkAction->isChecked());
     m_memory.setValue(QStringLiteral("commands"), m_commandPanel->history().entries());
     rememberWindows();
-    if (m_isServerChosen) // else what is kept may still be mended
+    if (m_isServerChosen) // else what is kept may still be corrected
         writeLastServer(m_memory, m_controller->choice(), m_controller->prompt());
     m_memory.sync();
     checkMemory();

@@ -81,7 +81,7 @@ protected:
     void checkMemory();
     void onRemedy(Remedy remedy);
     void goOnLeaving();
-    void unlessRunMatters(const std::function<void()>& deed, const std::function<void()>& otherwise = {});
+    void unlessRunMatters(const std::function<void()>& action, const std::function<void()>& otherwise = {});
     void chooseServer();
     void startAgain();
     QString runNumber() const;
@@ -110,7 +110,7 @@ protected:
     bool m_isReopening = false;
     bool m_isServerChosen = false;
     bool m_isMemoryFaultTold = false;
-    bool m_isRunGivenUp = false; ///< the person who closes the window knows that a run ends
+    bool m_isRunGivenUp = false; ///< the user who closes the window knows that a run ends
     bool m_isAskingToSave = false; ///< a window with unsaved work was asked to close; this one closes behind it
     bool m_isClosing = false; ///< close as soon as the server has ended
 };

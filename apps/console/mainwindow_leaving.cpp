@@ -1,4 +1,4 @@
-// How the console is left and its server ended, without the loss of what somebody still needs.
+// How the console is left and its server ended, without the loss of what the user still needs.
 #include "mainwindow.h"
 
 #include "server/servercontroller.h"
@@ -12,10 +12,10 @@
 
 namespace console {
 
-void MainWindow::unlessRunMatters(const std::function<void()>& deed, const std::function<void()>& otherwise)
+void MainWindow::unlessRunMatters(const std::function<void()>& action, const std::function<void()>& otherwise)
 {
     if (!m_controller->isRunAtStake()) {
-        deed();
+        action();
         return;
     }
     const QString name = QStringLiteral("runBox");
@@ -28,9 +28,9 @@ void MainWindow::unlessRunMatters(const std::function<void()>& deed, const std::
     box->setEscapeButton(QMessageBox::Cancel);
     box->setObjectName(name);
     box->setAttribute(Qt::WA_DeleteOnClose);
-    connect(box, &QMessageBox::finished, this, [box, end, deed, otherwise] {
+    connect(box, &QMessageBox::finished, this, [box, end, action, otherwise] {
         if (box->clickedButton() == end)
-            deed();
+            action();
         else if (otherwise)
             otherwise();
     });

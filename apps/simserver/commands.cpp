@@ -67,7 +67,7 @@ Reply unknownCommand(const QString& name)
     return Reply::refusal(QStringLiteral("unknown command '%1'; help lists the commands").arg(shown(name)));
 }
 
-/// What a person wants to know about one command beyond its line.
+/// What the user wants to know about one command beyond its line.
 QString details(const QString& name)
 {
     if (name == QStringLiteral("setting"))

@@ -81,7 +81,7 @@ Q_SIGNALS:
     void refused(const QString& name, const QString& reason);
     /// A send has ended: so many were accepted, so many refused.
     void sent(int accepted, int refused);
-    /// The values of the server are those of now.
+    /// The values of the server are the current ones.
     void refreshed();
     /// A refresh or a send did not get through: no connection, time-out. What was not answered is still changed.
     void failed(const QString& reason);

@@ -22,9 +22,9 @@ struct NameValues {
 /// Empties the values of every record; names and order stay.
 TARNIS_EXPORT void nvClear(QList<NameValues>& list);
 
-/// Replaces the value of the record with the very name of `item`, or appends `item`.
+/// Replaces the value of the record with exactly the name of `item`, or appends `item`.
 TARNIS_EXPORT void nvUpdate(QList<NameValue>& list, NameValue const& item);
 
-/// Appends the first of `item.values`, and only that one, to the record with the very name of `item`, or appends `item`
-/// whole. For a name that the list has, `item.values` must not be empty.
+/// Appends the first of `item.values`, and only that one, to the record with exactly the name of `item`, or appends
+/// `item` whole. For a name that the list has, `item.values` must not be empty.
 TARNIS_EXPORT void nvUpdate(QList<NameValues>& list, NameValues const& item);

@@ -29,7 +29,7 @@ public:
 
     /// Shows `list`, a row per record, in the columns that are there.
     void updateList(QList<NameValue> const& list);
-    /// Shows `list`; with `headers`, sets the columns anew. Cells for which a record has no value stay as they were.
+    /// Shows `list`; with `headers`, replaces the columns. Cells for which a record has no value stay as they were.
     void updateList(QList<NameValues> const& list, QList<QString> const* headers);
 
     /// The table, owned by the dialog.

@@ -17,7 +17,7 @@ namespace tarnis {
 void followLanguage(QWidget& widget, std::function<void()> apply);
 
 /// Gives the action `text()` now and after each change of the language that reaches `owner`, in place of what an
-/// earlier call gave it. A text that somebody else has set since stays.
+/// earlier call gave it. A text that someone else has set since stays.
 void nameAction(QAction& action, QWidget& owner, std::function<QString()> text);
 
 } // namespace tarnis

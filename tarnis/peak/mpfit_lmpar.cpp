@@ -1,5 +1,5 @@
 // The Levenberg parameter: MINPACK-1, routine LMPAR (More, Garbow, Hillstrom 1980); the theory is in More (1978),
-// section 5. Leaves early where a norm is no longer finite: no later round could mend it.
+// section 5. Leaves early where a norm is no longer finite: no later round could improve it.
 #include "tarnis/peak/mpfit_p.h"
 
 #include <algorithm>

@@ -30,7 +30,7 @@ void reflect(int length, const double* v, double* c)
         c[i] -= temp * v[i];
 }
 
-// Norm of what is left of a column below its new first element; computed anew when too much has cancelled.
+// Norm of what is left of a column below its new first element; computed again when too much has cancelled.
 void updateNorm(int length, const double* c, double& rdiag, double& wa)
 {
     if (rdiag == 0.0)

@@ -104,7 +104,7 @@ void ColorBarWidget::paint(QPainter& painter, QRect* rect)
 
     QRect bar;
     bar.setCoords(frame.left(), frame.top() + charSize.height(), frame.left() + 12, frame.bottom() - charSize.height());
-    // Over the whole frame, from the very top of the painter: the ends of the bar lie a little inside of the scale.
+    // Over the whole frame, from the top of the painter: the ends of the bar lie a little inside of the scale.
     QLinearGradient gradient(0, frame.height(), 0, 0);
     for (qsizetype i = 0; i < m_positions.size(); ++i)
         gradient.setColorAt(m_positions.at(i), m_colors.at(i));

@@ -24,7 +24,7 @@ public:
     LabelCache(const LabelCache&) = delete;
     LabelCache& operator=(const LabelCache&) = delete;
 
-    /// The very pixels of painter.drawText(rect, flags, text). Flags of alignment only.
+    /// Exactly the pixels of painter.drawText(rect, flags, text). Flags of alignment only.
     void draw(QPainter& painter, const QRectF& rect, int flags, const QString& text);
 
     /// metrics.horizontalAdvance(text)

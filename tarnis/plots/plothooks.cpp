@@ -43,7 +43,7 @@ PlotHooks* PlotHooks::existing(const XYGraphWidget& plot)
 void PlotHooks::add(PlotObserver& observer)
 {
     if (m_observers.isEmpty()) {
-        m_reported = state(); // what happened while nobody listened is not reported
+        m_reported = state(); // what happened while there was no listener is not reported
         m_dataChanged = false;
     }
     m_observers.append(&observer);

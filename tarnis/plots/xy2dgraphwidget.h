@@ -107,7 +107,7 @@ public:
     void update1dCutRangeY(double& min, double& max);
     /// @}
     /// Opens the range box and the cut windows where they are missing and places them beside the window. With
-    /// `refreshData` the sums are made anew.
+    /// `refreshData` the sums are made again.
     void refresh1dCut(bool refreshData);
     /// Sums of the visible bins by column, from left to right, and by row, from the bottom up.
     void get1dData(QList<double>& horizontal, QList<double>& vertical);

@@ -17,7 +17,7 @@
 
 namespace {
 
-/// In the language of now: the plot has just been made.
+/// In the current language: the plot has just been made.
 bool isSaving(const QAction& action)
 {
     const QString text = action.text();

@@ -7,7 +7,7 @@ class TarnisSession;
 
 namespace tarnis {
 
-/// Ends a session and deletes it without blocking the caller. Its signals reach nobody from now on, its queued commands
+/// Ends a session and deletes it without blocking the caller. Its signals are no longer delivered, its queued commands
 /// are destroyed unanswered, its waits for the server, for a connection and for a command's pause end at once, and the
 /// session's prompt is not read any more. The object is deleted on a thread of the library when its worker has ended,
 /// with any number of sessions ending at the same time. A call that the session has queued for a receiver by now still

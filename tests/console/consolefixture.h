@@ -1,4 +1,4 @@
-// A console with a person at it: what is typed, pressed and seen.
+// A console with the user at it: what is typed, pressed and seen.
 #pragma once
 
 #include "command/commandpanel.h"
@@ -66,7 +66,7 @@ public:
         window->show();
     }
 
-    // What the person does.
+    // What the user does.
     void use(const ScriptedServer& server)
     {
         start({ console::ServerChoice::Kind::Remote, {}, ScriptedServer::host(), server.port() });
@@ -90,7 +90,7 @@ public:
     void press(const char* button) { testing::press(widget<QAbstractButton>(button)); }
     void choose(const char* action) { widget<QAction>(action).trigger(); }
 
-    // What the person sees.
+    // What the user sees.
     template <typename Object> Object& widget(const char* name)
     {
         auto* object = window->findChild<Object*>(QString::fromLatin1(name));

@@ -50,7 +50,7 @@ constexpr int calmMs = 4000; // how long there is none
 constexpr int minuteMs = 60000;
 constexpr int briefly = 5; // how much shorter faults and pauses are until each fault was there once
 constexpr int closingMs = 3000; // until the sessions of closed windows have ended
-constexpr int silenceLimitMs = 60000; // a session notices silence after 41 s and connects anew after 1 s
+constexpr int silenceLimitMs = 60000; // a session notices silence after 41 s and connects again after 1 s
 constexpr int settleMs = 70000; // after the last fault every poll is answered or given up within this time
 constexpr int heapJudgedFrom = 240; // seconds: a shorter run has no plateau to look at
 
@@ -80,7 +80,7 @@ QStringList threadNames()
 /// A connection of the soak's own, over which faults are set and ended: the reply to `fault` always comes.
 class FaultSwitch {
 public:
-    /// Connects anew if need be. False if the server is not there or does not answer.
+    /// Connects again if need be. False if the server is not there or does not answer.
     bool set(quint16 port, const QByteArray& fault)
     {
         if (port != m_port || m_socket->state() != QAbstractSocket::ConnectedState) {
@@ -121,7 +121,7 @@ const QList<QByteArray>& faults()
     return all;
 }
 
-/// Another program's log, which is long already and begins anew now and then.
+/// Another program's log, which is long already and starts again now and then.
 class LogWriter {
 public:
     explicit LogWriter(const QString& path)
@@ -296,7 +296,7 @@ void Soak::fault(bool isOn)
         m_faultsSet += isOn ? 1 : 0;
 }
 
-/// What the person does all day: starts a server that is gone, asks something, gives up what takes too long.
+/// What the user does all day: starts a server that is gone, asks something, gives up what takes too long.
 void Soak::work()
 {
     const ServerState state = m_window.controller().state();

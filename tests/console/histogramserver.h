@@ -1,4 +1,4 @@
-// A server with two histograms, and a console at which somebody chooses among them.
+// A server with two histograms, and a console at which the user chooses among them.
 #pragma once
 
 #include "console/consolefixture.h"

@@ -220,7 +220,7 @@ QMenu* openTools(XYGraphWidget& plot)
     return menu;
 }
 
-/// As somebody who has come there by Tab.
+/// As a user who has come there by Tab.
 void takeKeyboard(XYGraphWidget& plot)
 {
     plot.window()->activateWindow();

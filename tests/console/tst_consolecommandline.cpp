@@ -1,4 +1,4 @@
-// What a person types behind tarnis-console.
+// What the user types behind tarnis-console.
 #include "app/commandline.h"
 
 #include <QTest>

@@ -1,4 +1,4 @@
-// Leaving the console and ending its server: what somebody still needs is asked about first, and nothing else is.
+// Leaving the console and ending its server: what the user still needs is asked about first, and nothing else is.
 #include "browse/pathwindows.h"
 #include "browse/servertext.h"
 #include "console/consolefixture.h"
@@ -280,7 +280,7 @@ private Q_SLOTS:
         QVERIFY(desk.isUp() && desk.window->isVisible());
         if (isRunning) {
             desk.window->close();
-            QVERIFY(desk.question()); // the answer of before counted once
+            QVERIFY(desk.question()); // the previous answer counted once
         }
     }
 
@@ -336,7 +336,7 @@ private Q_SLOTS:
         QTRY_VERIFY(!LeavingDesk::changesOf(*text));
         QTRY_VERIFY(!desk.question());
         desk.window->close();
-        QVERIFY(desk.question()); // the answer of before counted once
+        QVERIFY(desk.question()); // the previous answer counted once
         desk.answerYes();
         answer(*text, "changesBox", QMessageBox::Discard);
         QVERIFY(desk.isLeft());

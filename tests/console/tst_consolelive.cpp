@@ -120,13 +120,13 @@ private Q_SLOTS:
 
     void liveWindowsGoOnAfterTheServerWasLost_data()
     {
-        QTest::addColumn<QByteArray>("deed");
+        QTest::addColumn<QByteArray>("action");
         QTest::newRow("killed") << QByteArray("forceAction");
         QTest::newRow("shut down") << QByteArray("shutDownAction");
     }
     void liveWindowsGoOnAfterTheServerWasLost()
     {
-        QFETCH(QByteArray, deed);
+        QFETCH(QByteArray, action);
         HistogramServer server;
         const LocalProgram program(faithful(server.port()));
         ConsoleFixture desk;
@@ -137,12 +137,12 @@ private Q_SLOTS:
         live.curves->findChild<QComboBox*>(QStringLiteral("typeComboBox"))
             ->setCurrentText(QStringLiteral("Sum of All"));
 
-        desk.choose(deed.constData());
+        desk.choose(action.constData());
         QVERIFY(live.allSay(QStringLiteral("goes on")));
         QVERIFY(noBoxIsOpen());
         QVERIFY(live.areKept());
         QVERIFY(!live.canUpdate());
-        if (deed == "shutDownAction")
+        if (action == "shutDownAction")
             QVERIFY(server.waitUntilDeserted()); // no session is left behind
         QTRY_VERIFY_WITH_TIMEOUT(!desk.window->controller().hasProcess(), timeoutMs);
         desk.window->controller().restart();

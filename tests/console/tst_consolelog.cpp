@@ -21,7 +21,7 @@ using namespace console;
 
 namespace {
 
-/// A log file that somebody writes.
+/// A log file that another program writes.
 class Writer {
 public:
     QString path() const { return m_directory.filePath(QStringLiteral("server.log")); }
@@ -75,7 +75,7 @@ QString looked(LogTail& tail)
     return all;
 }
 
-/// The window with a person in front of it.
+/// The window with the user in front of it.
 class Viewer {
 public:
     explicit Viewer(Writer& writer)

@@ -168,7 +168,7 @@ private Q_SLOTS:
         QCOMPARE(runs.state(), "1 run in /other \"x\"");
         runs.goTo(QStringLiteral("/none"));
         QVERIFY(runs.says(QStringLiteral("NG:cannot list '/none'")));
-        QCOMPARE(runs.names().size(), 1); // those of before
+        QCOMPARE(runs.names().size(), 1); // the previous ones
         runs.window->setFolder(QString::fromUtf8("/\u03b1"));
         QVERIFY(runs.says(QStringLiteral("Latin-1")));
     }

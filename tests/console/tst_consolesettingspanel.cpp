@@ -282,7 +282,7 @@ private Q_SLOTS:
         QVERIFY(desk.pressed("downloadButton"));
         QTRY_COMPARE_WITH_TIMEOUT(desk.onServer("rate"), QStringLiteral("20"), timeoutMs);
         desk.choose("restartAction");
-        QTRY_VERIFY_WITH_TIMEOUT(desk.settingsState().contains(QStringLiteral("began anew")), timeoutMs);
+        QTRY_VERIFY_WITH_TIMEOUT(desk.settingsState().contains(QStringLiteral("has restarted")), timeoutMs);
         desk.start({ ServerChoice::Kind::Remote, {}, ScriptedServer::host(), ScriptedServer::closedPort() });
         QVERIFY(desk.reaches(ServerState::Failed));
         QVERIFY2(desk.settingsState().startsWith(QStringLiteral("Not connected")), qPrintable(desk.settingsState()));
@@ -306,7 +306,7 @@ private Q_SLOTS:
         QVERIFY(button.toolTip().contains(QStringLiteral("Running")));
     }
 
-    // A local server that begins anew with its own values.
+    // A local server that restarts with its own values.
 
     void whatWasSentIsKeptOverARestart()
     {
@@ -329,7 +329,7 @@ private Q_SLOTS:
         QCOMPARE(desk.onServer("rate"), QStringLiteral("10"));
         QCOMPARE(desk.model().changedNames(), QStringList { "rate" });
         QCOMPARE(desk.here("seed"), QStringLiteral("7"));
-        QVERIFY(desk.settingsState().contains(QStringLiteral("began anew")));
+        QVERIFY(desk.settingsState().contains(QStringLiteral("has restarted")));
         QVERIFY(desk.settingsState().contains(QStringLiteral("1 setting")));
     }
 

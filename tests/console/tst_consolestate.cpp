@@ -1,4 +1,5 @@
-// The status of the server while nobody types: runs that end by themselves, servers that go, busy ones left alone.
+// The status of the server while the user types nothing: runs that end by themselves, servers that go, busy ones left
+// alone.
 #include "console/consolefixture.h"
 #include "histograms/livewindows.h"
 

@@ -14,7 +14,7 @@ namespace {
 
 constexpr int timeoutMs = 60000;
 
-/// The console as somebody starts it who has a home directory of its own.
+/// The console as a user starts it who has a home directory of its own.
 class Program {
 public:
     explicit Program(const QStringList& arguments, const QString& path = QStringLiteral(CONSOLE_PATH),

@@ -1,4 +1,4 @@
-// The console's windows: what a person types, presses and reads, with servers that behave well and badly.
+// The console's windows: what the user types, presses and reads, with servers that behave well and badly.
 #include "app/colours.h"
 #include "app/indicatorstyle.h"
 #include "command/commandpanel.h"
@@ -683,7 +683,7 @@ private Q_SLOTS:
         desk.choose("shutDownAction");
         QVERIFY(desk.reaches(ServerState::Off));
         QTest::qWait(0);
-        QVERIFY(desk.window->isVisible()); // the close of before is forgotten
+        QVERIFY(desk.window->isVisible()); // the previous close is forgotten
     }
 
     void theNextRunRemembers()

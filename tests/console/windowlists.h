@@ -1,4 +1,4 @@
-// What a person at a console knows of the server's histograms.
+// What the user at a console knows of the server's histograms.
 #pragma once
 
 #include "console/consolefixture.h"

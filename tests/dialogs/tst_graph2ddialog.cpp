@@ -216,7 +216,7 @@ private Q_SLOTS:
         const WindowPointer window = shown(&model);
         QVERIFY(eventually([&] { return window->rows() == QList<QList<double>>({ { 1, 2, 3 }, { 4, 5, 6 } }); }));
         QVERIFY(window->timer->isActive());
-        // The shape changes between two polls; upper rows of before stay.
+        // The shape changes between two polls; upper rows of the previous reply stay.
         QVERIFY(eventually([&] { return window->rows() == QList<QList<double>>({ { 9, 8 }, { 4, 5, 6 } }); }));
         QCOMPARE(server.connectionCount(), 1);
     }
@@ -541,7 +541,7 @@ private Q_SLOTS:
         QTest::addColumn<QString>("box");
         QTest::addColumn<int>("rows");
         QTest::newRow("as constructed") << "OK:" << bytesOf(ramp(6)) << "" << 2;
-        QTest::newRow("told anew") << "OK: exported 2 x 3 y\n" << bytesOf(ramp(6)) << "" << 3;
+        QTest::newRow("map announced twice") << "OK: exported 2 x 3 y\n" << bytesOf(ramp(6)) << "" << 3;
         QTest::newRow("told first: not read") << "exported 2 x 3 y" << bytesOf(ramp(6)) << "" << 2;
         QTest::newRow("spare bytes") << "OK:" << bytesOf(ramp(6)) + "1234567"
                                      << "" << 2;

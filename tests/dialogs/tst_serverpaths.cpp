@@ -653,7 +653,7 @@ private Q_SLOTS:
 
     void requestsCarryTheirNames()
     {
-        // What comes back are the very commands that were sent.
+        // What comes back are exactly the commands that were sent.
         class Path : public SelectPathDialog {
         public:
             using SelectPathDialog::SelectPathDialog;

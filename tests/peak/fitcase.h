@@ -48,7 +48,7 @@ struct FitCase {
     FitCase& configure(const std::function<void(mp_config&)>& change);
 
     int run();
-    double sumOfSquares() const; ///< at x, computed anew
+    double sumOfSquares() const; ///< at x, computed again
 };
 
 /// Residuals y[i] - (x[0] + x[1] * t[i]) for t = 0, 1, 2, ...

@@ -36,7 +36,7 @@ struct FitReport {
     int nfev = 0; ///< without mpfit's final call
     std::vector<double> x;
     std::vector<double> error; ///< standard deviations, scaled by that of the residuals
-    double sumOfSquares = 0.0; ///< computed anew at x
+    double sumOfSquares = 0.0; ///< computed again at x
     std::vector<std::vector<double>> calls; ///< the parameters of each call, in order; without mpfit's final one
 };
 

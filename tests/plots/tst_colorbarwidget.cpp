@@ -1,4 +1,4 @@
-// The colour bar as its owner and a person meet it. Its pictures are compared in tst_mappicture.
+// The colour bar as its owner and the user meet it. Its pictures are compared in tst_mappicture.
 #include "support/hugepictures.h"
 #include "support/map2dprobe.h"
 #include "support/plothand.h"

@@ -1,4 +1,4 @@
-// The plot of many series: members, orders, series, ranges, menu and read-out under a person's mouse.
+// The plot of many series: members, orders, series, ranges, menu and read-out under the user's mouse.
 #include "support/curveprobe.h"
 #include "support/plothand.h"
 #include "support/virtualorder.h"

@@ -1,4 +1,4 @@
-// The 1D cut as a person uses it: the tool and its states, edges dragged and typed, the rubber band, the range box.
+// The 1D cut as the user uses it: the tool and its states, edges dragged and typed, the rubber band, the range box.
 #include "plots/cutmap.h"
 
 #include <QTest>

@@ -1,4 +1,4 @@
-// What a person gets out of the 2D plot: the read-out under the mouse, the menu of the colour bar, images, CSV, pages.
+// What the user gets out of the 2D plot: the read-out under the mouse, the menu of the colour bar, images, CSV, pages.
 #include "support/hugepictures.h"
 #include "support/map2dprobe.h"
 #include "support/modalwatchdog.h"
@@ -76,7 +76,7 @@ QByteArray contentOf(const QString& path)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("cannot be read");
 }
 
-/// Two windows away: a person's eyes on the centre of an icon.
+/// Two windows away: the user's eyes on the centre of an icon.
 QColor colorOf(const QAction& action)
 {
     return action.icon().pixmap(15, 15).toImage().pixelColor(7, 7);

@@ -205,7 +205,7 @@ void TestXYGraphFiles::savedPictureIsThePlot()
             saved.convertToFormat(QImage::Format_RGB32), expected->toImage().convertToFormat(QImage::Format_RGB32));
     QCOMPARE(getSaveDir(), folder.path() + "/deeper/");
 
-    // The very bytes that the pixmap itself writes into a file of that name, with the default quality.
+    // Exactly the bytes that the pixmap itself writes into a file of that name, with the default quality.
     const QString own = folder.filePath("own-" + name);
     QVERIFY(expected->save(own));
     QFile a(path);

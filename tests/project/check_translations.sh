@@ -22,7 +22,7 @@ for catalogue in $(git ls-files '*.ts' 2>/dev/null || find tarnis apps -name '*.
     echo "$catalogue: texts without a translation"
     faults=1
   fi
-  # A key is named by the system, in the language of now.
+  # A key is named by the system, in the current language.
   if grep -nE '(Ctrl|Strg|Shift|Umschalt)\+|\(F[0-9]+\)' "$fresh"; then
     echo "$catalogue: keys inside texts; see withKey()"
     faults=1

@@ -71,7 +71,7 @@ private Q_SLOTS:
         row("the last pair", "x=1 y=2", "y", "=", "2");
         row("the first pair", "x=1 y=2", "x", "=", "1");
         row("absent", "x=1 y=2", "z", "=", "");
-        row("at the very end", "x=1 y=", "y", "=", "");
+        row("at the end", "x=1 y=", "y", "=", "");
         row("followed by a blank", "x= y=2", "x", "=", "");
         row("the first of two", "x=1 x=2", "x", "=", "1");
         row("another case", "X=1 x=2", "x", "=", "2");

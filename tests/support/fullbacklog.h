@@ -1,4 +1,4 @@
-// A listener on 127.0.0.1 whose queue is full: the next client keeps trying to connect until somebody is let in.
+// A listener on 127.0.0.1 whose queue is full: the next client keeps trying to connect until a client is let in.
 #pragma once
 
 #include <QtGlobal>

@@ -1,4 +1,4 @@
-// Answers modal windows while exec() blocks a test, and closes those that nobody expects.
+// Answers modal windows while exec() blocks a test, and closes those that no step expects.
 #pragma once
 
 #include <QList>

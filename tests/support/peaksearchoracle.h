@@ -19,7 +19,7 @@ QList<OracleSegment> oracleIndexSegments(
 QList<OracleSegment> oracleXSegments(
     const QList<double>& x, const QList<double>& y, double threshold, int width, bool peak);
 
-/// What exec() returns: the segments above, each fitted by mpfit() with limits and starting values written out anew.
+/// What exec() returns: the segments above, each fitted by mpfit() with limits and starting values written out again.
 /// calls, if given, is raised by the calls of the residuals.
 QList<PeakSearch::Gaussian> oracleIndexPeaks(
     const QList<double>& y, int start, int end, double threshold, int width, bool peak, int* calls = nullptr);

@@ -1,4 +1,4 @@
-// A person's hand on a plot: points are given in values, events go to the widget as the window system sends them.
+// The user's hand on a plot: points are given in values, events go to the widget as the window system sends them.
 #pragma once
 
 #include <QAction>

@@ -319,7 +319,7 @@ private Q_SLOTS:
             QCoreApplication::processEvents();
         };
         reply(400);
-        reply(500); // all of it, while nobody has zoomed
+        reply(500); // all of it, before the user zooms
         QCOMPARE(rangeX(test.plot).max, 500.0);
         test.wheel(360, test.pixel(0.5, 0.5));
         const Range x = rangeX(test.plot);

@@ -9,7 +9,7 @@ class QWidget;
 
 namespace console {
 
-/// "Ask the server (F5)": the key as the desktop writes it in the language of now.
+/// "Ask the server (F5)": the key as the desktop writes it in the current language.
 QString withKey(const QString& help, const QKeySequence& key);
 
 /// `key` presses the button while its window is in front. A key of the button's own would go with each new text.

@@ -21,7 +21,7 @@ QColor quietText(const QPalette& palette);
 /// The palette's window colour with a share (0 to 1) of another colour.
 QColor tintedWindow(const QPalette& palette, const QColor& tint, double share);
 
-/// A lamp of `size` pixels. Each has a shape of its own, so that nobody depends on the colour.
+/// A lamp of `size` pixels. Each has a shape of its own, so that the colour is not needed to tell them apart.
 QPixmap lampPicture(Lamp lamp, int size, qreal devicePixelRatio);
 
 /// A dark palette for the night shift.

@@ -115,7 +115,7 @@ QString promptToText(const QByteArray& prompt)
         isText && std::all_of(decoded.begin(), decoded.end(), [](QChar c) { return c.isPrint() && c != u'\\'; });
     if (isPrintable)
         text = decoded;
-    if (text.endsWith(u' ')) // a person would not see it
+    if (text.endsWith(u' ')) // the user would not see it
         text.replace(text.size() - 1, 1, QStringLiteral("\\x20"));
     return text;
 }

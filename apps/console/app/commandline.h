@@ -1,4 +1,4 @@
-// What a person types behind `tarnis-console`: options, prompts written with escapes, addresses. Plain values, no
+// What the user types behind `tarnis-console`: options, prompts written with escapes, addresses. Plain values, no
 // application object needed, so that --help and mistakes are answered on a machine without a display too.
 #pragma once
 
@@ -41,7 +41,7 @@ struct CommandLine {
 /// passed over.
 CommandLine parseCommandLine(const QStringList& arguments);
 
-/// The bytes of a prompt as a person writes it: UTF-8 with the escapes \n \r \t \e \\ and \xHH. Nothing for an empty
+/// The bytes of a prompt as the user writes it: UTF-8 with the escapes \n \r \t \e \\ and \xHH. Nothing for an empty
 /// prompt or an escape that does not exist.
 std::optional<QByteArray> promptFromText(const QString& text);
 

@@ -10,7 +10,7 @@ class QWidget;
 
 namespace console {
 
-/// Gives the words in the language of now; asked again with each change of it.
+/// Gives the text in the current language; asked again with each change of it.
 using Words = std::function<QString()>;
 
 /// Shows the words on the label, until the next call for it.

@@ -16,7 +16,7 @@ class RunsWindow;
 
 namespace console {
 
-/// Lists the server's own directory first. After a failure the runs of before stay on show. GUI thread.
+/// Lists the server's own directory first. After a failure the previous runs stay on show. GUI thread.
 class RunsWindow : public QDialog {
     Q_OBJECT
 public:

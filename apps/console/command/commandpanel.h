@@ -98,7 +98,7 @@ protected:
     qint64 m_shown = 0; ///< bytes of it when it was last shown
     bool m_hadRecord = false; ///< when the record last changed
     QList<Request> m_lost; ///< commands without a reply that can be sent again
-    bool m_isBinaryChosen = false; ///< the person has set the binary mark, it does not follow the text any more
+    bool m_isBinaryChosen = false; ///< the user has set the binary mark, it does not follow the text any more
 };
 
 } // namespace console

@@ -1,4 +1,4 @@
-// The commands that were typed, and where a person is while going through them with the arrow keys.
+// The commands that were typed, and where the user is while going through them with the arrow keys.
 #pragma once
 
 #include <QString>

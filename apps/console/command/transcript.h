@@ -1,4 +1,4 @@
-// The record of commands and replies, as a person reads it.
+// The record of commands and replies, as the user reads it.
 #pragma once
 
 #include "server/replytext.h"
@@ -10,7 +10,7 @@ class QSyntaxHighlighter;
 
 namespace console {
 
-/// Read-only text; the latest entry is kept in view unless the person has scrolled up. Old lines go beyond 20000.
+/// Read-only text; the latest entry is kept in view unless the user has scrolled up. Old lines go beyond 20000.
 class Transcript : public QPlainTextEdit {
     Q_OBJECT
 public:

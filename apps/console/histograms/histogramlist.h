@@ -40,7 +40,7 @@ int binsToShow(int bins, int limit);
 
 /// How many of its rows, from the first, one window shows: a curve each.
 int rowsToShow(const HistogramInfo& histogram);
-/// The name for a person, and that rows are left out if some are.
+/// The name for the user, and that rows are left out if some are.
 QString titleOf(const HistogramInfo& histogram, const QString& name);
 
 CurvesRequest curvesRequest(const HistogramInfo& histogram);

@@ -39,7 +39,7 @@ bool isInHand(const QWidget& window)
         || QApplication::mouseButtons() != Qt::NoButton || (isTyped && isWithin(*focus, window));
 }
 
-/// What a person has set by the window's own controls.
+/// What the user has set by the window's own controls.
 void carryOver(const QWidget& old, QWidget& fresh)
 {
     const auto typesOf = [](const QWidget& window) {
@@ -50,7 +50,7 @@ void carryOver(const QWidget& old, QWidget& fresh)
     if (!isFrozen(old) || !autoUpdateOf(fresh) || !updateOf(fresh))
         return;
     autoUpdateOf(fresh)->setChecked(false);
-    updateOf(fresh)->click(); // it was asked for: only then is a frozen one made anew
+    updateOf(fresh)->click(); // it was asked for: only then is a frozen one made again
 }
 
 } // namespace

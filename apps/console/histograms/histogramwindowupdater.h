@@ -41,7 +41,7 @@ public:
     /// As OpenWindows::show(). A window that is open stays what it is.
     QWidget* show(const HistogramWindow& window);
 
-    int m_laterMs = 500; ///< the pause before it looks again while a person is in the middle of something
+    int m_laterMs = 500; ///< the pause before it looks again while the user is in the middle of something
 
 protected:
     void renewAll();

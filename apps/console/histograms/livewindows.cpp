@@ -255,7 +255,7 @@ void LiveCurves::showCaption()
         label->setText(text);
 }
 
-/// A line between a few points would show values that nobody has measured.
+/// A line between a few points would show values that were not measured.
 void LiveCurves::chooseForm()
 {
     MultiVectorGraphWidget& plot = *getGraphWidget();

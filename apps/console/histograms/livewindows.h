@@ -123,7 +123,7 @@ protected:
     KeptData* m_kept;
 };
 
-/// The values of before stay on show while there is no server.
+/// The previous values stay on show while there is no server.
 class LiveStatistics : public StatDialog {
     Q_OBJECT
 public:

@@ -1,4 +1,4 @@
-// What the server of now has told about its histograms, for windows that show a certain one of them.
+// What the current server has told about its histograms, for windows that show a certain one of them.
 #pragma once
 
 #include "histograms/histogramlist.h"

@@ -16,7 +16,7 @@ struct LogNews {
     enum class Kind {
         Text, ///< `text` follows on the text before
         Skipped, ///< `bytes` of the file are left out here
-        Emptied, ///< the file was cut short or written anew: what follows is its beginning
+        Emptied, ///< the file was cut short or written again: what follows is its beginning
         Replaced, ///< another file has taken its name: what follows is the beginning of that one
         Missing, ///< the file cannot be opened, for the reason in `text`; said once
     };

@@ -113,7 +113,7 @@ void LogWindow::append(const LogNews& news)
         note = tr("(%1 of the file are not shown)").arg(byteCountText(news.bytes));
         break;
     case LogNews::Kind::Emptied:
-        note = tr("(the file was emptied or written anew)");
+        note = tr("(the file was emptied or rewritten)");
         m_problem.clear();
         break;
     case LogNews::Kind::Replaced:
@@ -125,7 +125,7 @@ void LogWindow::append(const LogNews& news)
         return;
     }
     const QScopedValueRollback writing(m_isWriting, true);
-    QTextCursor end(ui->view->document()); // the person's own cursor and selection stay
+    QTextCursor end(ui->view->document()); // the user's own cursor and selection stay
     end.movePosition(QTextCursor::End);
     if (!note.isEmpty() && !end.atBlockStart())
         end.insertText(QStringLiteral("\n"));

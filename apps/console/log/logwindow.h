@@ -52,7 +52,7 @@ protected:
     QTimer m_timer;
     QString m_problem; ///< why the file cannot be read
     bool m_isFoundNowhere = false; ///< the text to find
-    bool m_isWriting = false; ///< the view changes by itself, nobody scrolls
+    bool m_isWriting = false; ///< the view changes by itself, not by the user's scrolling
 };
 
 } // namespace console

@@ -1,4 +1,4 @@
-// Something that a person should know and can act on: words, and at most one thing to press.
+// Something that the user should know and can act on: words, and at most one thing to press.
 #pragma once
 
 #include "app/words.h"
@@ -11,8 +11,8 @@ namespace console {
 /// What one press of the notice's button does.
 enum class Remedy {
     None,
-    StartAgain, ///< start the server of before
-    ConnectAgain, ///< connect to the server of before
+    StartAgain, ///< start the previous server
+    ConnectAgain, ///< connect to the previous server
     ChooseServer, ///< ask which server to use
     Stop, ///< give up waiting for the server to come up
     EndByForce, ///< kill the local server
@@ -25,7 +25,7 @@ struct Notice {
     QString text; ///< whole sentences; what happened, then what to do
     Remedy remedy = Remedy::None;
 
-    Words words = {}; ///< `text` in the language of now, if given
+    Words words = {}; ///< `text` in the current language, if given
 
     bool operator==(const Notice& other) const
     {

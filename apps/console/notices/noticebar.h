@@ -1,4 +1,4 @@
-// The strip under the server's status that says what went wrong and offers the one press that mends it.
+// The strip under the server's status that says what went wrong and offers the one press that fixes it.
 #pragma once
 
 #include "notices/notice.h"
@@ -30,7 +30,7 @@ public:
 public Q_SLOTS:
     /// Shows the notice in place of everything before; an empty text hides the bar.
     void setNotice(const console::Notice& notice);
-    /// Shows a notice that comes and goes: beside one that still needs the person (a failure, or something to press
+    /// Shows a notice that comes and goes: beside one that still needs the user (a failure, or something to press
     /// where this one has nothing), else in place of it. An empty text takes away what this brought, but nothing that
     /// can still be pressed.
     void setPassingNotice(const console::Notice& notice);

@@ -1,5 +1,5 @@
 // A connection of one's own to the server, as a window or a command line needs it: a private TarnisSession that is made
-// with the first command and made anew after a failure.
+// with the first command and made again after a failure.
 #pragma once
 
 #include <tarnis/server/tarniscmd.h>
@@ -44,7 +44,7 @@ Q_SIGNALS:
     /// A piece of a text reply, for commands with m_bProgress.
     void progress(const QByteArray& piece);
     void replied(const PTarnisCmd& command, const QByteArray& reply);
-    /// The session has ended; `unanswered` are the commands that were lost, in order. The next send() starts anew.
+    /// The session has ended; `unanswered` are the commands that were lost, in order. The next send() starts again.
     void failed(int socketError, const QString& message, const QList<console::Request>& unanswered);
     /// A command was added, answered or dropped.
     void waitingChanged();

@@ -20,7 +20,7 @@ struct LastServerText {
 QString problemOf(const ServerChoice& choice, const QString& port, bool isPortKept)
 {
     if (choice.host.isEmpty() || choice.host.contains(u' '))
-        return LastServerText::tr("\u201c%1\u201d is no name of a host.").arg(choice.host);
+        return LastServerText::tr("\u201c%1\u201d is not a valid host name.").arg(choice.host);
     if (choice.port == 0)
         return isPortKept ? LastServerText::tr("\u201c%1\u201d is no port: that is a number from 1 to 65535.").arg(port)
                           : LastServerText::tr("The port is missing.");

@@ -1,4 +1,4 @@
-// The server of the last time, as it is kept from one run to the next.
+// The last server, as it is kept from one run to the next.
 #pragma once
 
 #include "app/commandline.h"

@@ -1,4 +1,4 @@
-// Replies as a person reads them: text with everything visible, and a block of doubles in a few numbers.
+// Replies as the user reads them: text with everything visible, and a block of doubles in a few numbers.
 #pragma once
 
 #include <QByteArray>
@@ -47,7 +47,7 @@ QString quotedPath(const QString& path);
 /// Why `command` cannot go on the wire as one line, in words; empty if it can.
 QString commandProblem(const QString& command);
 
-/// "1 byte", "12,345 bytes", "3.1 MiB", in the language of now.
+/// "1 byte", "12,345 bytes", "3.1 MiB", in the current language.
 QString byteCountText(qint64 bytes);
 
 /// A file as it came: its size, and below it the text; the size alone of what is no text.

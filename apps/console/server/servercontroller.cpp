@@ -279,7 +279,7 @@ Notice ServerController::probeFailure(ServerProbe::Outcome outcome) const
     return outcome == ServerProbe::Outcome::NoPrompt ? greetingFailure(address) : reachFailure(address);
 }
 
-/// Somebody is there, but not the prompt.
+/// A server is there, but not the prompt.
 Notice ServerController::greetingFailure(const QString& address) const
 {
     const auto severity = Notice::Severity::Failure;

@@ -1,4 +1,4 @@
-// The console's server from the person's point of view: off, starting, up, failed or stopping. Owns the Tarnis manager,
+// The console's server from the user's point of view: off, starting, up, failed or stopping. Owns the Tarnis manager,
 // brings it from any of these to any other, and says in words what went wrong and what to do.
 #pragma once
 
@@ -56,7 +56,7 @@ public:
     Tarnis::SERVER_STATUS status() const { return m_status; }
     const ServerChoice& choice() const { return m_choice; }
     const QByteArray& prompt() const { return m_prompts.back(); }
-    /// The server's name for a person: program or address.
+    /// The server's name for the user: program or address.
     QString serverName() const;
     /// True while a server process that this console started is running.
     bool hasProcess() const;
@@ -86,13 +86,13 @@ public:
 
     /// Sets the manager's status by what an accepted command or the reply to "stat" tells: a run goes on, or has ended.
     void readReply(const QString& command, const QByteArray& reply);
-    /// The same with the reply to a "stat" that nobody typed: a status that the server does not tell stays, and so does
-    /// one that a command has told since the asking.
+    /// The same with the reply to a "stat" that the user did not type: a status that the reply does not hold stays, and
+    /// so does one that a command has reported since the request.
     void readState(const QByteArray& reply, qint64 askedMsAgo);
     /// True while a reply to "stat" can change the status: connected or running, and not busy.
     bool canReadState() const;
 
-    /// Times after which a person is told that something takes long, in ms. Tests make them short.
+    /// Times after which the user is told that something takes long, in ms. Tests make them short.
     int m_probeTimeoutMs = 10000;
     int m_portTimeoutMs = 10000;
     int m_endTimeoutMs = 3000;

@@ -29,17 +29,17 @@ public:
     void fail(const QObject* sender, const QString& message);
     /// Ends the session for good, as when the window closes.
     void end();
-    /// A new session to the server of now, neither connected to anything nor started. The server is up.
+    /// A new session to the current server, neither connected to anything nor started. The server is up.
     TarnisSession* renew();
     /// Where the window's next session goes, for windows that make it themselves when it is wanted. The server is up.
     tarnis::ServerAddress renewedAddress();
-    /// Why there is no session, in the language of now; empty while there is one.
+    /// Why there is no session, in the current language; empty while there is one.
     QString text() const;
 
     int m_retryMs = 1000; ///< the pause before a new session while the server is up
 
 Q_SIGNALS:
-    /// The session has ended; text() says so to a person.
+    /// The session has ended; text() says so to the user.
     void lost();
     /// The server is there: the window calls renew(), connects and starts it.
     void wanted();

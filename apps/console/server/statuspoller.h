@@ -25,7 +25,7 @@ public:
     StatusPoller(ServerController& controller, const std::function<bool()>& isFree, QObject* parent);
     ~StatusPoller() override;
 
-    /// The time between two polls. While a run goes on, or somebody watches, it is at most a second. 0: never polls by
+    /// The time between two polls. While a run goes on, or a window watches, it is at most a second. 0: never polls by
     /// itself.
     void setInterval(int intervalMs);
     /// Asks now. False if this is not the time for it.

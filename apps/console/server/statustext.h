@@ -1,4 +1,4 @@
-// The status of the server in words for a person.
+// The status of the server in words for the user.
 #pragma once
 
 #include <tarnis/server/tarnis.h>
@@ -7,7 +7,7 @@
 
 namespace console {
 
-/// In the language of now; the manager's own names stand in logs and tooltips.
+/// In the current language; the manager's own names stand in logs and tooltips.
 QString statusText(Tarnis::SERVER_STATUS status);
 
 } // namespace console

@@ -34,8 +34,8 @@ public:
 
     /// Takes what the server has now. Rows that were not edited follow; edited ones keep their value.
     void setServerValues(const QMap<QString, QString>& values);
-    /// The same for a server that began anew: what was sent to the one before and is gone keeps its value too. Returns
-    /// how many settings that are.
+    /// The same for a server that has restarted: what was sent to the previous one and is gone keeps its value too.
+    /// Returns how many settings that are.
     int setFreshServerValues(const QMap<QString, QString>& values);
     /// These go to the server now; if the next setServerValues() brings them back they count as sent.
     void noteSending(const QStringList& names);
@@ -70,7 +70,7 @@ protected:
     QStringList m_names; ///< ascending, the rows
     QMap<QString, QString> m_onServer;
     QStringList m_sending; ///< on their way to the server
-    QMap<QString, QString> m_sent; ///< what a person sent and the server still had when it was last asked
+    QMap<QString, QString> m_sent; ///< what the user sent and the server still had when it was last asked
 };
 
 } // namespace console

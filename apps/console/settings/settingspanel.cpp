@@ -181,7 +181,7 @@ void SettingsPanel::takeValues(const QString& reply)
     }
     if (const int kept = m_model->setFreshServerValues(values); kept > 0)
         tell([kept] {
-            return tr("The server began anew. %Ln setting(s) sent before are not on it: send the settings again.",
+            return tr("The server has restarted. %Ln setting(s) sent before are not on it: send the settings again.",
                 nullptr, kept);
         });
 }
@@ -242,7 +242,7 @@ void SettingsPanel::onEdited()
         showState();
     showReadoutAddress();
     const QString path = m_controller.tarnis().GetSettingValue(QStringLiteral("basepath"), QString());
-    if (path != std::exchange(m_shownPath, path)) // else what somebody is typing there stays
+    if (path != std::exchange(m_shownPath, path)) // else what the user is typing there stays
         ui->pathEdit->setText(path);
     updateControls();
 }
@@ -307,7 +307,7 @@ void SettingsPanel::showReadoutAddress()
         m_controller.tarnis().GetReadoutAddress(ui->indexSpin->value(), ip, tcp, bcp);
     const QString shown = QStringLiteral("%1 %2 %3 %4").arg(ui->indexSpin->value()).arg(ip).arg(tcp).arg(bcp);
     if (shown == std::exchange(m_shownAddress, shown))
-        return; // nothing new: what somebody is typing there stays
+        return; // nothing new: what the user is typing there stays
     ui->ipEdit->setText(ip);
     ui->tcpSpin->setValue(int(qMin(tcp, 65535U)));
     ui->bcpSpin->setValue(int(qMin(bcp, 65535U)));

@@ -78,7 +78,7 @@ protected:
     bool m_wasUp = false;
     bool m_hasRead = false; ///< the server's values have come once
     std::optional<bool> m_downloadAsked; ///< waits for the server's values; true: to be saved too
-    bool m_isFresh = false; ///< the local server has begun anew and was not read yet
+    bool m_isFresh = false; ///< the local server has restarted and was not read yet
     ServerChoice m_choice; ///< the server that the settings were sent to
     QString m_shownPath; ///< what the fields were last filled with
     QString m_shownAddress;

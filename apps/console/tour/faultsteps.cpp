@@ -1,4 +1,4 @@
-// The tour's steps through what goes wrong, and how one press mends it; and the end.
+// The tour's steps through what goes wrong, and how one press fixes it; and the end.
 #include "command/commandpanel.h"
 #include "mainwindow.h"
 #include "notices/noticebar.h"
@@ -79,7 +79,7 @@ void nobodyAnswers(UiDriver& driver, MainWindow& window)
 /// Something else listens at the port: it greets, but not with the prompt.
 void wrongPrompt(UiDriver& driver, MainWindow& window)
 {
-    constexpr int shortMs = 1000; // instead of the ten seconds that somebody would wait
+    constexpr int shortMs = 1000; // instead of the ten seconds that a user would wait
     ServerController& controller = window.controller();
     const ServerChoice before = controller.choice();
     const int timeoutMs = std::exchange(controller.m_probeTimeoutMs, shortMs);

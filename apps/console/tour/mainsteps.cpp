@@ -188,7 +188,7 @@ void addresses(UiDriver& driver, MainWindow& window)
     });
 }
 
-/// What somebody else has changed on the server is read by a key.
+/// What someone else has changed on the server is read by a key.
 void readAgain(UiDriver& driver, MainWindow& window)
 {
     const SettingsModel& model = window.settingsPanel().model();

@@ -50,8 +50,8 @@ TourStep windowStep(const WindowEntry& entry)
             } };
 }
 
-/// What an earlier tour has left by the names in its report, and the report itself. Empty if there is none, or one of
-/// somebody else's.
+/// What an earlier tour has left by the names in its report, and the report itself. Empty if there is none, or if
+/// it is someone else's.
 QStringList filesOf(const QString& report)
 {
     static const QRegularExpression step(QStringLiteral("^(?:ok    |FAIL  )\\S+  [\\d.]+ s  (.*)$"));
@@ -73,7 +73,7 @@ QStringList filesOf(const QString& report)
     return files;
 }
 
-/// Boxes that nobody asked for would stop everything behind them: what they say goes into the report.
+/// Boxes that were not asked for would stop everything behind them: what they say goes into the report.
 QString closeStrayBoxes()
 {
     QString text;

@@ -143,9 +143,9 @@ void UiDriver::look(int ms)
     loop.exec();
 }
 
-void UiDriver::act(const std::function<void()>& deed)
+void UiDriver::act(const std::function<void()>& action)
 {
-    QString left; // the title of a box that the deed has opened and nobody answers
+    QString left; // the title of a box that the action has opened and nobody answers
     QElapsedTimer elapsed;
     elapsed.start();
     QTimer watch;
@@ -160,7 +160,7 @@ void UiDriver::act(const std::function<void()>& deed)
     watch.start();
     QEventLoop loop;
     QTimer::singleShot(0, &loop, [&] {
-        deed();
+        action();
         loop.quit();
     });
     loop.exec();

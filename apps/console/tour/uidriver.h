@@ -40,7 +40,7 @@ public:
 
     /// Waits for something to happen; throws after `limitMs`.
     void waitUntil(const QString& what, const std::function<bool()>& happened, int limitMs = 20000);
-    /// Lets time pass, as somebody who looks.
+    /// Lets time pass, as a user who looks.
     void look(int ms);
     /// Throws if it is not.
     static void expect(bool isTrue, const QString& what)
@@ -105,8 +105,8 @@ public:
     QString newFile(const QString& name);
 
 protected:
-    /// Runs `deed` inside an event loop, as the events of a real person come: what closes may be deleted behind it.
-    void act(const std::function<void()>& deed);
+    /// Runs `action` inside an event loop, as the events of a real user come: what closes may be deleted behind it.
+    void act(const std::function<void()>& action);
     void checkInterruption();
     void keep(const QImage& image, const QString& name);
     QString nextName(const QString& name) const;

@@ -29,7 +29,7 @@ public:
 
     /// To be called with each reply after the chooser has read it.
     void onReply(const PTarnisCmd& command, const QByteArray& reply);
-    /// The connection is gone; or there again, and the chooser asks anew.
+    /// The connection is gone; or there again, and the chooser asks again.
     void setLost(bool isLost);
     void update();
 

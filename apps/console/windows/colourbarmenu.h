@@ -5,7 +5,7 @@ class QMenu;
 
 namespace console {
 
-/// Gives the entries of a colour bar's menu their words in the language of now; leaves every other entry alone.
+/// Gives the entries of a colour bar's menu their text in the current language; leaves every other entry alone.
 void translateColourBarMenu(QMenu& menu);
 
 } // namespace console

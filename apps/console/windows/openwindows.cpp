@@ -292,9 +292,9 @@ void OpenWindows::replace(
     fresh->setProperty(orderProperty, old->property(orderProperty));
     showInPlace(*fresh, old->normalGeometry(), old->windowState(), active == old);
     handOverMaps(*old, *fresh);
-    const auto heir = [&](QWidget* window) { return window && isWithin(*window, *old) ? fresh : window; };
-    m_front = heir(m_front);
-    QWidget* const next = heir(active); // the boxes of the old one go with it
+    const auto replacement = [&](QWidget* window) { return window && isWithin(*window, *old) ? fresh : window; };
+    m_front = replacement(m_front);
+    QWidget* const next = replacement(active); // the boxes of the old one go with it
     old->close();
     if (next && active != old)
         next->activateWindow(); // where the screen gives the keyboard to whatever comes new

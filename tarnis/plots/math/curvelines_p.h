@@ -1,6 +1,6 @@
 // What the samples of a curve draw: lines that join them, columns, crosses. Samples that follow one another in the same
-// pixel column are drawn together where that covers the very pixels of one drawing call a sample; this holds for opaque
-// colours.
+// pixel column are drawn together where that covers exactly the pixels of one drawing call a sample; this holds for
+// opaque colours.
 #pragma once
 
 #include "tarnis/plots/math/curvescale_p.h"

@@ -13,7 +13,7 @@ constexpr int tableSize = 1 << 16;
 constexpr QRgb unknownPixel = 1; // neither opaque nor noPixel
 constexpr int blendedAtOnce = 1 << 15;
 
-/// Place of a whole count in the table, or of the entry that stays unknown.
+/// Place of an integer count in the table, or of the entry that stays unknown.
 inline int tableIndex(double value)
 {
     double inside = value < tableSize ? value : tableSize;
@@ -176,7 +176,7 @@ bool BinPixels::lookUp(const double* values, const int* columns, int count, QRgb
     return unknown != 0;
 }
 
-/// Blends what lookUp() did not find; whole counts are kept in the table.
+/// Blends what lookUp() did not find; integer counts are kept in the table.
 void BinPixels::resolve(const double* values, const int* columns, int count, QRgb* pixels)
 {
     int outside = 0;

@@ -96,8 +96,8 @@ constexpr std::array<std::array<std::uint8_t, 8>, 256> chosenLanes()
 }
 constexpr auto laneOrders = chosenLanes();
 
-/// Places in the table of four values; `size` for what is not a whole count below it. Negative numbers are large ones
-/// without a sign.
+/// Places in the table of four values; `size` for what is not an integer count below it. Negative numbers are large
+/// ones without a sign.
 TARNIS_AVX2 inline __m128i tablePlaces(__m256d value, __m128i size)
 {
     const __m128i whole = _mm256_cvttpd_epi32(value);

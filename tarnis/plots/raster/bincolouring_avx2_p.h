@@ -39,7 +39,7 @@ void blendWide(const ScaleRanges& ranges, const double* values, int count, QRgb*
 /// Sets to 0 the pixels of values that are at most `least` in magnitude, or infinite.
 void clearSmallWide(const double* values, int count, double least, QRgb* pixels);
 
-/// Looks up whole counts from 0 to `size` - 1, of values[columns[i]], or of values[i] if `columns` is null. For any
+/// Looks up integer counts from 0 to `size` - 1, of values[columns[i]], or of values[i] if `columns` is null. For any
 /// other value table[size] is taken. True if one of the pixels is `unknown`.
 bool lookUpWide(
     const double* values, const int* columns, int count, const QRgb* table, int size, QRgb unknown, QRgb* pixels);

@@ -17,7 +17,7 @@ bool isEmptyBin(double value);
 int listPixels(const QRgb* pixels, int count, QRgb pixel, int* places);
 constexpr int placesBeyond = 8;
 
-/// Pixels of bins on a colour scale. Whole counts are looked up in a table that fills as they occur and stays for as
+/// Pixels of bins on a colour scale. Integer counts are looked up in a table that fills as they occur and stays for as
 /// long as the scale does; other values are blended.
 class BinPixels {
 public:
@@ -43,7 +43,7 @@ private:
     void reserve(int count);
 
     ColorScale m_scale;
-    std::vector<QRgb> m_table; ///< by whole count; the entry behind the last one stays unknown
+    std::vector<QRgb> m_table; ///< by integer count; the entry behind the last one stays unknown
     int m_blendedValues = 0; ///< so many values more are blended without a look into the table
     // Working space of one row
     std::vector<double> m_picked; ///< values from columns

@@ -1,4 +1,4 @@
-// A set of pixels that is collected and then written in one colour at once. A line covers the very pixels that Qt's
+// A set of pixels that is collected and then written in one colour at once. A line covers exactly the pixels that Qt's
 // raster engine gives to a line of one pixel's width between whole coordinates.
 #pragma once
 

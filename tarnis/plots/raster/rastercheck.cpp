@@ -15,7 +15,7 @@ namespace {
 constexpr int side = 96; // pixels of the pattern
 constexpr QRgb ink = qRgb(255, 51, 0);
 
-/// Whole counts and fractions, with empty bins between them.
+/// Integer counts and fractions, with empty bins between them.
 BinRows referenceBins(int columns, int rows)
 {
     BinRows bins;
