@@ -1,4 +1,4 @@
-#include "tarnis/dialogs/messagelabel_p.h"
+#include "tarnis/foundation/messagelabel_p.h"
 
 #include "tarnis/foundation/shorttext_p.h"
 
