@@ -66,14 +66,6 @@ double largest(const QList<double>& values, double start)
     return peak;
 }
 
-int percent(unsigned long long value, unsigned long long maximum)
-{
-    if (maximum == 0)
-        return 0;
-    const double share = static_cast<double>(value) / static_cast<double>(maximum) * 100.0;
-    return static_cast<int>(std::min(share, 1e9));
-}
-
 std::optional<PairAxis> takePairAxis(QString& replyText)
 {
     const qsizetype open = replyText.indexOf(QLatin1Char('('));

@@ -26,9 +26,6 @@ QList<double> stridedDoubles(const QByteArray& payload, qsizetype first, qsizety
 /// The largest value, starting from `start`; values that do not compare are passed over.
 double largest(const QList<double>& values, double start);
 
-/// The integer part of value / maximum * 100.0, both as doubles; 0 for a maximum of 0.
-int percent(unsigned long long value, unsigned long long maximum);
-
 /// The axis at the end of a reply in the pair format: "... (min max bins)".
 struct PairAxis {
     double min = 0.0;

@@ -1,9 +1,9 @@
 #include "tarnis/dialogs/livewindow_p.h"
 
 #include "tarnis/client/histogramwire_p.h"
-#include "tarnis/dialogs/messagelabel_p.h"
 #include "tarnis/foundation/checkedconnect_p.h"
 #include "tarnis/foundation/helpers.h"
+#include "tarnis/foundation/messagelabel_p.h"
 #include "tarnis/foundation/modalbox_p.h"
 #include "tarnis/foundation/trace_p.h"
 #include "tarnis/server/sessionend.h"
@@ -30,6 +30,15 @@ namespace {
 // accepts, which fill a gigabyte.
 constexpr double leastMaxValues = 1 << 22;
 constexpr double largestMaxValues = 1 << 27;
+
+/// The integer part of value / maximum * 100.0, both as doubles; 0 for a maximum of 0.
+int percent(unsigned long long value, unsigned long long maximum)
+{
+    if (maximum == 0)
+        return 0;
+    const double share = static_cast<double>(value) / static_cast<double>(maximum) * 100.0;
+    return static_cast<int>(std::min(share, 1e9));
+}
 
 } // namespace
 

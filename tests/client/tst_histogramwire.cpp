@@ -90,18 +90,6 @@ private Q_SLOTS:
         QCOMPARE(largest({}, 0.5), 0.5);
     }
 
-    void percents()
-    {
-        QCOMPARE(percent(29, 100), 28); // 0.29 * 100.0 is a little below 29
-        QCOMPARE(percent(1, 3), 33);
-        QCOMPARE(percent(0, 0), 0);
-        QCOMPARE(percent(5, 0), 0);
-        QCOMPARE(
-            percent(std::numeric_limits<unsigned long long>::max(), std::numeric_limits<unsigned long long>::max()),
-            100);
-        QVERIFY(percent(std::numeric_limits<unsigned long long>::max(), 1) > 100);
-    }
-
     void axis_data()
     {
         QTest::addColumn<QString>("text");
