@@ -12,6 +12,8 @@ namespace tarnis {
 
 namespace {
 
+constexpr qsizetype maxToolTipChars = 1000;
+
 QString characterProblem(const QString& text)
 {
     for (const QChar character : text) {
@@ -195,7 +197,10 @@ QVariant SettingsModel::data(const QModelIndex& index, int role) const
     case Qt::EditRole:
         return index.column() == Name ? entry.key() : index.column() == Value ? entry->here : entry->onServer;
     case Qt::ToolTipRole:
-        return entry->refusal.isEmpty() ? QVariant() : QVariant(entry->refusal);
+        // A tool tip guesses what is markup, and this is a server's text.
+        return entry->refusal.isEmpty()
+            ? QVariant()
+            : QVariant(QStringLiteral("<qt>%1").arg(entry->refusal.left(maxToolTipChars).toHtmlEscaped()));
     case ChangedRole:
         return entry->isChanged();
     case RefusalRole:

@@ -34,7 +34,7 @@ public:
     /// What the rows tell besides their texts.
     enum Role {
         ChangedRole = Qt::UserRole, ///< bool: the value here differs from the server's
-        RefusalRole, ///< QString: why the server refused the value; empty if it did not. Also the tool tip
+        RefusalRole, ///< QString: why the server refused the value; empty if it did not. Also the tool tip, escaped
     };
 
     /// Without rows until the first refresh() or setValue(). The client may be destroyed before the model: refresh()
