@@ -1283,6 +1283,67 @@
     </message>
 </context>
 <context>
+    <name>tarnis::LiveMap</name>
+    <message>
+        <source>X</source>
+        <translation>X</translation>
+    </message>
+    <message>
+        <source>Y</source>
+        <translation>Y</translation>
+    </message>
+</context>
+<context>
+    <name>tarnis::LivePlot</name>
+    <message>
+        <source>Channel</source>
+        <translation>Kanal</translation>
+    </message>
+    <message>
+        <source>Counts</source>
+        <translation>Ereignisse</translation>
+    </message>
+</context>
+<context>
+    <name>tarnis::LiveWidget</name>
+    <message>
+        <source>The plot shows the data of %1.</source>
+        <translation>Gezeigt werden die Daten von %1.</translation>
+    </message>
+    <message>
+        <source>There are no data yet.</source>
+        <translation>Es gibt noch keine Daten.</translation>
+    </message>
+    <message>
+        <source>No histogram is chosen.</source>
+        <translation>Es ist kein Histogramm gewählt.</translation>
+    </message>
+    <message>
+        <source>There is no connection to a server.</source>
+        <translation>Es besteht keine Verbindung zu einem Server.</translation>
+    </message>
+    <message>
+        <source>Paused.</source>
+        <translation>Angehalten.</translation>
+    </message>
+    <message>
+        <source>No new data: %1</source>
+        <translation>Keine neuen Daten: %1</translation>
+    </message>
+    <message>
+        <source>No new data: the server is late.</source>
+        <translation>Keine neuen Daten: Der Server ist im Verzug.</translation>
+    </message>
+    <message>
+        <source>Waiting for data.</source>
+        <translation>Es wird auf Daten gewartet.</translation>
+    </message>
+    <message>
+        <source>Values that are not finite: %1.</source>
+        <translation>Werte, die nicht endlich sind: %1.</translation>
+    </message>
+</context>
+<context>
     <name>tarnis::LiveWindow</name>
     <message>
         <source>Stopped at %1. &quot;Update&quot; starts again. %2</source>

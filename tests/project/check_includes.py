@@ -21,6 +21,7 @@ ALLOWED = {
     "export": {"foundation", "formats", "peak", "plots"},
     "dialogs": {"foundation", "formats", "server", "client", "peak", "plots", "export"},
     "tools": {"foundation", "peak", "plots"},
+    "live": {"foundation", "server", "client", "peak", "plots", "tools"},
 }
 # Rooms inside tarnis/plots: what else of that folder a room may include.
 PLOT_ROOMS = {

@@ -1,0 +1,102 @@
+#include "tarnis/live/liveplot.h"
+
+#include "tarnis/plots/curvenames.h"
+#include "tarnis/plots/multivectorgraphwidget.h"
+#include "tarnis/plots/plotmapping.h"
+#include "tarnis/plots/plotobserver.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace tarnis {
+
+namespace {
+
+/// The largest finite value, at least 0.
+double largestFinite(const QList<double>& values)
+{
+    double largest = 0.0;
+    for (const double value : values)
+        largest = std::isfinite(value) ? std::max(largest, value) : largest;
+    return largest;
+}
+
+} // namespace
+
+LivePlot::LivePlot(QWidget* parent)
+    : LiveWidget(new MultiVectorGraphWidget, parent)
+    , m_plot(static_cast<MultiVectorGraphWidget*>(frame()))
+{
+    m_plot->init(tr("Channel"), tr("Counts"), 0.0, 0.0, true, true);
+    m_plot->m_groupSize = 1; // each row is a group of its own, with its own largest value
+    m_plot->setAddType(MultiVectorGraphWidget::AddEachGroup);
+    clearData();
+}
+
+MultiVectorGraphWidget* LivePlot::plot() const
+{
+    return m_plot;
+}
+
+void LivePlot::setSeriesWord(const QString& word)
+{
+    m_plot->m_groupName = word;
+    PlotObserver::announceData(*m_plot);
+}
+
+QString LivePlot::seriesWord() const
+{
+    return m_plot->m_groupName;
+}
+
+void LivePlot::setSeriesNames(const QStringList& names)
+{
+    m_seriesNames = names;
+    tarnis::setSeriesNames(*m_plot, names);
+}
+
+QStringList LivePlot::seriesNames() const
+{
+    return m_seriesNames;
+}
+
+void LivePlot::setLogScale(bool on)
+{
+    m_plot->setLogScaleY(on);
+}
+
+bool LivePlot::isLogScale() const
+{
+    return PlotMapping::of(*m_plot).isLogY();
+}
+
+void LivePlot::showData(const HistogramReply& histogram)
+{
+    // The same axis again would take back what the user has zoomed to.
+    if (!(histogram.x == m_axis)) {
+        m_axis = histogram.x;
+        m_plot->initManualX(m_axis.min, m_axis.max);
+    }
+    const int rows = static_cast<int>(histogram.rows.size());
+    for (int row = 0; row < rows; ++row)
+        m_plot->setData(row, histogram.rows.at(row), largestFinite(histogram.rows.at(row)));
+    m_plot->resizeData(rows);
+    m_plot->setManualIndex(histogram.positions);
+}
+
+void LivePlot::clearData()
+{
+    m_plot->resizeData(0);
+}
+
+void LivePlot::followWindow()
+{
+    m_plot->onParentMoved();
+}
+
+void LivePlot::raiseWindows()
+{
+    m_plot->onParentActivate();
+}
+
+} // namespace tarnis

@@ -1,0 +1,54 @@
+/// @file
+/// A live plot of curves.
+#pragma once
+
+#include <tarnis/live/livewidget.h>
+
+#include <QStringList>
+
+class MultiVectorGraphWidget;
+
+namespace tarnis {
+
+/// Curves of a histogram in rows or pairs, one for each row. See LiveWidget.
+class TARNIS_EXPORT LivePlot : public LiveWidget {
+    Q_OBJECT
+    /// See setSeriesWord().
+    Q_PROPERTY(QString seriesWord READ seriesWord WRITE setSeriesWord)
+    /// See setSeriesNames() of tarnis/plots/curvenames.h.
+    Q_PROPERTY(QStringList seriesNames READ seriesNames WRITE setSeriesNames)
+    /// Whether Y is logarithmic.
+    Q_PROPERTY(bool logScale READ isLogScale WRITE setLogScale)
+public:
+    /// Without client and command. The axes are "Channel" and "Counts".
+    explicit LivePlot(QWidget* parent = nullptr);
+
+    /// The plot, for everything else: colours, tools, ranges.
+    MultiVectorGraphWidget* plot() const;
+
+    /// The word for a row in names of series, with its number behind it: "Module". @{
+    void setSeriesWord(const QString& word);
+    QString seriesWord() const;
+    /// @}
+    /// Names of the rows from the first on. @{
+    void setSeriesNames(const QStringList& names);
+    QStringList seriesNames() const;
+    /// @}
+    /// Whether Y is logarithmic. @{
+    void setLogScale(bool on);
+    bool isLogScale() const;
+    /// @}
+
+protected:
+    void showData(const HistogramReply& histogram) override;
+    void clearData() override;
+    void followWindow() override;
+    void raiseWindows() override;
+
+private:
+    MultiVectorGraphWidget* m_plot;
+    HistogramAxis m_axis;
+    QStringList m_seriesNames;
+};
+
+} // namespace tarnis
