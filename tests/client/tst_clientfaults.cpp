@@ -1,6 +1,7 @@
 // Everything that the simulated server can do wrong, against the client and the server object: each request ends
 // exactly once and in time, memory stays bounded, and the next request is answered when the fault is gone.
 #include "support/scriptedserver.h"
+#include "support/serverfaults.h"
 
 #include <tarnis/client/histogrampoller.h>
 #include <tarnis/client/server.h>
@@ -76,12 +77,9 @@ private Q_SLOTS:
     void repliesGoWrong_data()
     {
         QTest::addColumn<QByteArray>("fault");
-        for (const char* const fault : { "none", "bytewise", "chunks", "split-prompt", "early-prompt", "trailing",
-                 "slow", "silent", "no-prompt", "garbage", "refuse", "close-before", "close-in-reply", "close-after",
-                 "reset-in-reply", "split-length", "wrong-length", "short-length", "zero-length", "negative-length",
-                 "oversized-length", "cut-payload", "empty-payload", "bad-values", "no-axis", "bad-index",
-                 "wrong-counts", "no-greeting", "late-greeting", "split-greeting", "close-at-greeting" })
-            QTest::newRow(fault) << QByteArray(fault);
+        QTest::newRow("none") << QByteArray("none");
+        for (const QByteArray& fault : replyFaults())
+            QTest::newRow(fault.constData()) << fault;
     }
     void repliesGoWrong()
     {
@@ -175,9 +173,8 @@ private Q_SLOTS:
         QTest::addColumn<bool>("comesUp");
         QTest::newRow("port-split") << QByteArray("port-split") << true;
         QTest::newRow("port-late") << QByteArray("port-late") << true;
-        for (const char* const fault : { "port-zero", "port-range", "port-missing", "start-exit", "start-crash",
-                 "no-greeting", "close-at-greeting" })
-            QTest::newRow(fault) << QByteArray(fault) << false;
+        for (const QByteArray& fault : startFaults())
+            QTest::newRow(fault.constData()) << fault << false;
         QTest::newRow("ignore-exit") << QByteArray("ignore-exit") << true;
     }
     void startsGoWrong()

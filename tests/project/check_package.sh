@@ -41,7 +41,7 @@ for step in a_request b_histogram c_settings d_window 1_connect 2_commands 3_liv
 done
 
 echo "-- by find_package"
-for example in minimal first plot2d fitc headless; do
+for example in minimal first plot2d fitc headless instrument; do
   cp -r "$source/examples/$example" "$work/$example"
   quietly cmake -S "$work/$example" -B "$work/$example/build" -G Ninja -DCMAKE_PREFIX_PATH="$prefix"
   quietly cmake --build "$work/$example/build"

@@ -1,0 +1,248 @@
+// The program of examples/instrument on servers that misbehave: each command ends exactly once, memory stays bounded,
+// no message box appears, and the window works again when the fault is over.
+#include "instrument.h"
+
+#include "support/scriptedserver.h"
+#include "support/serverfaults.h"
+
+#include <tarnis/foundation/message.h>
+#include <tarnis/live/livemap.h>
+#include <tarnis/live/liveplot.h>
+
+#include <QAction>
+#include <QApplication>
+#include <QFile>
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QRegularExpression>
+#include <QTableView>
+#include <QTest>
+#include <QThreadPool>
+
+#include <memory>
+
+#include <unistd.h>
+
+using namespace tarnis;
+using namespace tarnis::testing;
+using namespace std::chrono_literals;
+
+using State = LiveWidget::State;
+
+namespace {
+
+constexpr int commandCount = 6;
+
+ServerOptions quick()
+{
+    ServerOptions options;
+    options.client.reconnect.first = 1ms;
+    options.client.reconnect.longest = 20ms;
+    options.client.greetingTimeout = 300ms;
+    options.client.keepAlive.interval = 0ms;
+    options.statInterval = 20ms;
+    options.connectTimeout = 3s;
+    options.process.startTimeout = 3s;
+    options.process.exitGrace = 200ms;
+    return options;
+}
+
+RequestOptions impatient()
+{
+    RequestOptions options;
+    options.silence = 200ms;
+    options.deadline = 10s;
+    return options;
+}
+
+qint64 residentBytes()
+{
+    QFile file("/proc/self/statm");
+    if (!file.open(QIODevice::ReadOnly))
+        return 0;
+    return file.readAll().split(' ').value(1).toLongLong() * ::sysconf(_SC_PAGESIZE);
+}
+
+/// The window, as its user sees it.
+class Hand {
+public:
+    Hand()
+        : m_window(std::make_unique<Instrument>(quick(), impatient()))
+    {
+        m_window->resize(900, 600);
+        m_window->show();
+    }
+    Instrument& window() { return *m_window; }
+    LiveWidget& spectrum() { return *m_window->findChild<LivePlot*>(); }
+    LiveWidget& image() { return *m_window->findChild<LiveMap*>(); }
+    QStringList log() const { return m_window->findChild<QPlainTextEdit*>()->toPlainText().split('\n'); }
+    /// How often a command has ended.
+    qsizetype ends(const QString& command) const
+    {
+        return log().filter(QRegularExpression(QString("^[0-9:]+ [<!] %1: ").arg(command))).size();
+    }
+    bool isDone(const QString& command) const
+    {
+        return !log().filter(QRegularExpression(QString("^[0-9:]+ < %1: ").arg(command))).isEmpty();
+    }
+    bool isAlive()
+    {
+        const QString command = QString("help a%1").arg(m_asked++);
+        m_window->send(command);
+        // An unknown topic: a refusal is an answer, too.
+        return eventually([&] { return ends(command) == 1; }) && !log().filter(command + ": unknown").isEmpty();
+    }
+
+private:
+    std::unique_ptr<Instrument> m_window;
+    int m_asked = 0;
+};
+
+} // namespace
+
+class TestInstrument : public QObject {
+    Q_OBJECT
+private:
+    int m_messages = 0;
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        setMessageHandler([this](const Message&) {
+            ++m_messages;
+            return MessageButton::Ok;
+        });
+    }
+    void cleanup()
+    {
+        QThreadPool::globalInstance()->waitForDone();
+        QCOMPARE(m_messages, 0);
+        QVERIFY(!QApplication::activeModalWidget());
+    }
+
+    void operatesALocalServer()
+    {
+        qputenv("TARNIS_SIMSERVER_OPTIONS", "--rate 1000");
+        Hand hand;
+        hand.window().open(SIMSERVER_PATH);
+        QVERIFY(eventually([&] { return hand.spectrum().state() == State::Current; }));
+        const QList<QAction*> actions = hand.window().findChildren<QAction*>();
+        const auto press = [&](const QString& text) {
+            for (QAction* const action : actions) {
+                if (action->text() == text && action->isEnabled())
+                    action->trigger();
+            }
+        };
+        press("&Start run");
+        QVERIFY(eventually([&] { return hand.ends("start") == 1; }));
+        QVERIFY(eventually([&] { return hand.image().last().maximum > 0.0; }));
+        auto* const settings = dynamic_cast<SettingsModel*>(hand.window().findChild<QTableView*>()->model());
+        QVERIFY(eventually([&] { return settings->serverValue("rate") == "1000"; }));
+        settings->setValue("rate", "2000");
+        settings->setValue("modules", "none");
+        settings->send();
+        QVERIFY(eventually([&] { return !hand.log().filter("Settings: 1 accepted, 1 refused").isEmpty(); }));
+        QVERIFY(!hand.log().filter("modules was not set: ").isEmpty());
+        press("S&top run");
+        QVERIFY(eventually([&] { return hand.isDone("stop"); }));
+    }
+
+    void survivesFaults_data()
+    {
+        QTest::addColumn<QByteArray>("fault");
+        for (const QByteArray& fault : replyFaults())
+            QTest::newRow(fault.constData()) << fault;
+    }
+    void survivesFaults()
+    {
+        QFETCH(QByteArray, fault);
+        qputenv("TARNIS_SIMSERVER_OPTIONS", "--start --rate 1000");
+        ServerProcess process;
+        process.start(SIMSERVER_PATH);
+        QVERIFY(eventually([&] { return process.port() != 0; }));
+        Client control(quick().client);
+        control.connectTo("127.0.0.1", process.port());
+        Hand hand;
+        hand.window().open(QString("127.0.0.1:%1").arg(process.port()));
+        QVERIFY(eventually([&] { return hand.image().state() == State::Current; }));
+        const qint64 before = residentBytes();
+
+        const auto set = control.request(QString::fromLatin1("fault " + fault + " delay:5"));
+        QVERIFY(eventually([&] { return set.isFinished(); }));
+        for (int i = 0; i < commandCount; ++i)
+            hand.window().send(QString("help c%1").arg(i));
+        for (int i = 0; i < commandCount; ++i)
+            QVERIFY(eventually([&] { return hand.ends(QString("help c%1").arg(i)) == 1; }));
+        QVERIFY(residentBytes() - before < (qint64(64) << 20));
+
+        const auto cleared = control.request("fault none");
+        QVERIFY(eventually([&] { return cleared.isFinished(); }));
+        // What the server still owes from before the fault ended may cost a command.
+        QVERIFY(eventually([&] { return hand.isAlive(); }));
+        for (int i = 0; i < commandCount; ++i)
+            QCOMPARE(hand.ends(QString("help c%1").arg(i)), 1);
+        QVERIFY(eventually([&] { return hand.spectrum().state() == State::Current; }));
+    }
+
+    void reportsServersThatDoNotStart_data()
+    {
+        QTest::addColumn<QByteArray>("fault");
+        for (const QByteArray& fault : startFaults())
+            QTest::newRow(fault.constData()) << fault;
+    }
+    void reportsServersThatDoNotStart()
+    {
+        QFETCH(QByteArray, fault);
+        qputenv("TARNIS_SIMSERVER_OPTIONS", "--fault " + fault);
+        Hand hand;
+        hand.window().open(SIMSERVER_PATH);
+        hand.window().send("stat");
+        QVERIFY(eventually([&] { return !hand.log().filter("Failed: ").isEmpty(); }));
+        QVERIFY(eventually([&] { return hand.ends("stat") == 1; }));
+        QVERIFY(!hand.isDone("stat"));
+    }
+
+    void survivesScripts_data()
+    {
+        QTest::addColumn<int>("kind");
+        int kind = 0;
+        for (const char* const name :
+            { "refuses connections", "endless text", "huge payload", "markup", "endless refusal", "not a greeting" })
+            QTest::newRow(name) << kind++;
+    }
+    void survivesScripts()
+    {
+        QFETCH(int, kind);
+        const QByteArray much(16 << 20, 'x'); // more than the program accepts
+        const QByteArray markup("NG:<img src='file:///etc/passwd'><b>bold</b>\n");
+        const QList<Script> answers { {}, { Step::raw(much), Step::silence() }, { Step::binary(much, "OK: (0 1 2)\n") },
+            { Step::text(markup) }, { Step::text("NG:" + much) }, {} };
+        ScriptedServer server;
+        if (kind == 5)
+            for (int i = 0; i < 100; ++i)
+                server.setScript(i, { Step::raw("HTTP/1.1 400 Bad Request\r\n\r\n"), Step::drop() });
+        server.answerOthers([answer = answers.at(kind)](const std::string& request) {
+            const bool isHistogram = request.rfind("hist", 0) == 0;
+            if (isHistogram && answer.size() == 1 && answer.front().kind == Step::Kind::Text)
+                return Script { Step::binary("", QByteArray::fromStdString(answer.front().bytes)) };
+            return answer;
+        });
+        const quint16 port = kind == 0 ? ScriptedServer::closedPort() : server.port();
+        Hand hand;
+        const qint64 before = residentBytes();
+        hand.window().open(QString("127.0.0.1:%1").arg(port));
+        if (kind != 0 && kind != 5)
+            QVERIFY(eventually([&] { return hand.spectrum().state() == State::Failed; }));
+        for (int i = 0; i < commandCount; ++i)
+            hand.window().send(QString("c%1").arg(i));
+        for (int i = 0; i < commandCount; ++i)
+            QVERIFY(eventually([&] { return hand.ends(QString("c%1").arg(i)) == 1; }));
+        QVERIFY(residentBytes() - before < (qint64(192) << 20)); // the server's own copies included
+        const QList<QLabel*> labels = hand.window().findChildren<QLabel*>();
+        for (const QLabel* const label : labels)
+            QVERIFY2(label->textFormat() == Qt::PlainText || !label->text().contains('<'), qPrintable(label->text()));
+    }
+};
+
+QTEST_MAIN(TestInstrument)
+#include "tst_instrument.moc"
