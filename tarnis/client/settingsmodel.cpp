@@ -296,7 +296,7 @@ bool SettingsModel::setValue(const QString& name, const QString& value)
     return true;
 }
 
-void SettingsModel::revert()
+void SettingsModel::discardChanges()
 {
     beginResetModel();
     d->settings.removeIf([](const auto& entry) { return entry.value().onServer.isNull(); });

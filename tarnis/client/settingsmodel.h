@@ -62,7 +62,7 @@ public:
     /// or value that cannot be sent.
     bool setValue(const QString& name, const QString& value);
     /// Puts the values here back to the server's, and drops settings that it does not have.
-    void revert();
+    void discardChanges();
 
     QStringList names() const; ///< ascending; row i is the i-th
     QString value(const QString& name) const; ///< here; null for an unknown name
