@@ -1,7 +1,9 @@
 #include "tarnis/export/exportdialog.h"
 
+#include "tarnis/export/plotpicture_p.h"
 #include "tarnis/formats/formats.h"
 #include "tarnis/foundation/helpers.h"
+#include "tarnis/foundation/message.h"
 #include "tarnis/plots/xygraphwidget.h"
 
 #include <QComboBox>
@@ -17,6 +19,7 @@
 #include <QPushButton>
 #include <QSpinBox>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 
@@ -39,6 +42,13 @@ constexpr std::array<Choice, 6> formats { {
 } };
 
 constexpr QSize previewSize(320, 220);
+constexpr int pathChars = 48;
+
+bool isKnownSuffix(const QString& suffix)
+{
+    return std::any_of(formats.begin(), formats.end(),
+        [&](const Choice& choice) { return suffix.compare(QLatin1String(choice.suffix), Qt::CaseInsensitive) == 0; });
+}
 
 QSpinBox* spinBox(int least, int most, int value, const QString& unit)
 {
@@ -70,13 +80,18 @@ ExportDialog::ExportDialog(
     , m_exporter(plot)
     , m_histogram(histogram)
     , m_source(source)
-    , m_time(QDateTime::currentDateTime())
-    , m_controls(new Controls { new QComboBox, spinBox(100, 10000, plot.width(), tr(" px")),
-          spinBox(100, 10000, plot.height(), tr(" px")), spinBox(24, 1200, 150, tr(" dpi")), new QComboBox,
+    , m_controls(new Controls { new QComboBox, spinBox(100, 10000, pictureSize(plot).width(), tr(" px")),
+          spinBox(100, 10000, pictureSize(plot).height(), tr(" px")), spinBox(24, 1200, 150, tr(" dpi")), new QComboBox,
           new QLineEdit, new QLabel, new QLabel, new QLabel })
 {
     Controls& c = *m_controls;
+    setObjectName(QStringLiteral("exportDialog"));
     setWindowTitle(tr("Export"));
+    c.path->setObjectName(QStringLiteral("exportPathEdit"));
+    c.path->setMinimumWidth(pathChars * fontMetrics().averageCharWidth());
+    c.format->setObjectName(QStringLiteral("exportFormatBox"));
+    c.problem->setObjectName(QStringLiteral("exportProblemLabel"));
+    c.problem->setTextFormat(Qt::PlainText);
     for (const Choice& choice : formats)
         c.format->addItem(tr(choice.text), QLatin1String(choice.suffix));
     c.extent->addItem(tr("All bins"), int(Extent::All));
@@ -104,8 +119,8 @@ ExportDialog::ExportDialog(
     auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Save | QDialogButtonBox::Cancel);
     form->addRow(buttons);
 
-    const QString name = PlotExporter::suggestedName(
-        histogram.isEmpty() ? QStringLiteral("plot") : histogram, run, m_time, QStringLiteral("png"));
+    const QString name = PlotExporter::suggestedName(histogram.isEmpty() ? QStringLiteral("plot") : histogram, run,
+        QDateTime::currentDateTime(), QStringLiteral("png"));
     c.path->setText(QDir(getSaveDir()).filePath(name));
     connect(buttons, &QDialogButtonBox::accepted, this, &ExportDialog::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &ExportDialog::reject);
@@ -126,9 +141,19 @@ QString ExportDialog::path() const
 void ExportDialog::setPath(const QString& path)
 {
     m_controls->path->setText(path);
-    const int format = m_controls->format->findData(QFileInfo(path).suffix().toLower());
+    setFormat(QFileInfo(path).suffix());
+}
+
+void ExportDialog::setFormat(const QString& suffix)
+{
+    const int format = m_controls->format->findData(suffix.toLower());
     if (format >= 0)
         m_controls->format->setCurrentIndex(format);
+}
+
+void ExportDialog::setDataTime(const std::function<QDateTime()>& time)
+{
+    m_dataTime = time;
 }
 
 PictureOptions ExportDialog::options() const
@@ -138,7 +163,7 @@ PictureOptions ExportDialog::options() const
     options.dpi = m_controls->dpi->value();
     options.title = m_histogram;
     options.source = m_source;
-    options.time = m_time;
+    options.time = m_dataTime ? m_dataTime() : QDateTime::currentDateTime();
     return options;
 }
 
@@ -151,9 +176,10 @@ void ExportDialog::onFormatChanged()
     c.height->setEnabled(picture);
     c.dpi->setEnabled(suffix == u"png");
     c.extent->setEnabled(!picture);
-    const QFileInfo file(c.path->text());
-    if (file.suffix().toLower() != suffix)
-        c.path->setText(QDir(file.path()).filePath(file.completeBaseName() + u'.' + suffix));
+    const QString name = path();
+    const QString old = QFileInfo(name).suffix();
+    if (isKnownSuffix(old) && old.compare(suffix, Qt::CaseInsensitive) != 0)
+        c.path->setText(name.chopped(old.size()) + suffix);
     updatePreview();
 }
 
@@ -189,7 +215,25 @@ void ExportDialog::choosePath()
         QFileDialog::getSaveFileName(this, tr("Export"), this->path(), QStringLiteral("*.%1").arg(suffix));
     if (alive.isNull() || path.isEmpty())
         return;
-    setPath(QFileInfo(path).suffix().isEmpty() ? path + u'.' + suffix : path);
+    const bool isWhole = isKnownSuffix(QFileInfo(path).suffix());
+    setPath(isWhole ? path : path + u'.' + suffix);
+    if (isWhole)
+        m_agreedPath = path; // that dialog has asked
+}
+
+bool ExportDialog::mayReplace()
+{
+    const QString wanted = path();
+    if (wanted == m_agreedPath || !QFileInfo(wanted).isFile())
+        return true;
+    const QPointer<ExportDialog> alive(this);
+    const MessageButton answer = showMessage({ .kind = MessageKind::Question,
+        .title = windowTitle(),
+        .text = tr("%1 exists already. Replace it?").arg(QFileInfo(wanted).fileName()),
+        .buttons = MessageButton::Yes | MessageButton::No,
+        .defaultButton = MessageButton::No,
+        .window = this });
+    return !alive.isNull() && answer == MessageButton::Yes;
 }
 
 QString ExportDialog::save() const
@@ -200,12 +244,16 @@ QString ExportDialog::save() const
     if (!m_histogram.isEmpty())
         table.title = m_histogram;
     table.source = m_source;
-    table.time = m_time;
+    table.time = options().time;
     return writeDataset(path(), table);
 }
 
 void ExportDialog::accept()
 {
+    const QString suffix = QFileInfo(path()).suffix();
+    setPath(isKnownSuffix(suffix) ? path() : path() + u'.' + m_controls->format->currentData().toString());
+    if (!mayReplace())
+        return;
     const QString error = save();
     m_controls->problem->setVisible(!error.isEmpty());
     if (!error.isEmpty()) {

@@ -77,6 +77,11 @@ QString PlotExporter::saveData(const QString& path, Extent extent) const
     return writeDataset(path, dataset(extent));
 }
 
+QString PlotExporter::print(QPrinter& printer, const PictureOptions& options) const
+{
+    return PlotPicture(m_plot, options).print(printer);
+}
+
 void PlotExporter::copyPicture() const
 {
     constexpr double twice = 192.0;
@@ -102,7 +107,7 @@ QString PlotExporter::suggestedName(
     static const QRegularExpression awkward(
         QStringLiteral("[^\\w.-]+"), QRegularExpression::UseUnicodePropertiesOption);
     name.replace(awkward, QStringLiteral("-"));
-    return name + u'.' + suffix;
+    return suffix.isEmpty() ? name : name + u'.' + suffix;
 }
 
 } // namespace tarnis

@@ -12,6 +12,9 @@
 
 #include <optional>
 
+QT_BEGIN_NAMESPACE
+class QPrinter;
+QT_END_NAMESPACE
 class XYGraphWidget;
 
 namespace tarnis {
@@ -63,13 +66,18 @@ public:
     /// Writes a table in one step, in the format of the file's name (see writeDataset()).
     [[nodiscard]] QString saveData(const QString& path, Extent extent = Extent::All) const;
 
+    /// Prints one page with the plot as large as fits: axes, texts and curves as vectors. Of the options, size and
+    /// heading are used. A PDF file is written in one step.
+    [[nodiscard]] QString print(QPrinter& printer, const PictureOptions& options = {}) const;
+
     /// Puts a picture of twice the resolution of the screen layout on the clipboard.
     void copyPicture() const;
     /// Puts the numbers on the clipboard, with tabs between them and a line of names.
     void copyTable(Extent extent = Extent::Visible) const;
 
     /// A name for a file: the histogram's name, the run and the time, joined by underscores, with any character that is
-    /// awkward in a file's name as "-". An invalid time and an empty run are left out. `suffix` has no dot.
+    /// awkward in a file's name as "-". An invalid time and an empty run are left out. `suffix` has no dot; without one
+    /// the name has none.
     static QString suggestedName(
         const QString& histogram, const QString& run, const QDateTime& time, const QString& suffix);
 

@@ -1,16 +1,21 @@
 #include "tarnis/export/plotpicture_p.h"
 
 #include "tarnis/export/svgdevice_p.h"
+#include "tarnis/foundation/saving_p.h"
 #include "tarnis/plots/colorbarwidget.h"
 #include "tarnis/plots/multivectorgraphwidget.h"
+#include "tarnis/plots/plotmapping.h"
+#include "tarnis/plots/plotoverlay.h"
 #include "tarnis/plots/xy2dgraphwidget.h"
 
 #include <QBuffer>
 #include <QFontInfo>
 #include <QPainter>
 #include <QPdfWriter>
+#include <QPrinter>
 #include <QSignalBlocker>
 
+#include <algorithm>
 #include <cmath>
 
 namespace tarnis {
@@ -89,12 +94,37 @@ public:
     }
 };
 
+/// A printer that belongs to the caller.
+class PageDevice : public QPaintDevice, public ExactDevice {
+public:
+    PageDevice(QPrinter& printer, double finest)
+        : ExactDevice(finest)
+        , m_printer(printer)
+    {
+    }
+    QPaintEngine* paintEngine() const override { return m_printer.paintEngine(); }
+
+protected:
+    int metric(PaintDeviceMetric metric) const override { return (m_printer.*Printer::metricOf)(metric); }
+
+private:
+    struct Printer : QPrinter {
+        static constexpr auto metricOf = &Printer::metric;
+    };
+    QPrinter& m_printer;
+};
+
 } // namespace
+
+QSize pictureSize(const XYGraphWidget& plot)
+{
+    return PlotMapping::of(plot).rotation() == 0.0 ? plot.size() : plot.size().transposed();
+}
 
 PlotPicture::PlotPicture(XYGraphWidget& plot, const PictureOptions& options)
     : m_plot(plot)
     , m_options(options)
-    , m_size(options.size.isEmpty() ? plot.size() : options.size)
+    , m_size(options.size.isEmpty() ? pictureSize(plot) : options.size)
 {
 }
 
@@ -132,10 +162,13 @@ void PlotPicture::paint(QPainter& painter) const
     }
     QRect rect(QPoint(0, top), QSize(m_size.width(), m_size.height() - top));
     m_plot.paint(painter, &rect);
-    if (auto* const map = qobject_cast<XY2DGraphWidget*>(&m_plot)) {
-        painter.setClipping(false);
+    painter.setClipping(false);
+    auto* const map = qobject_cast<XY2DGraphWidget*>(&m_plot);
+    if (map != nullptr)
         map->paintSelectedRect(painter);
-        painter.setClipping(false);
+    painter.setClipping(false);
+    PlotOverlay::paintAll(m_plot, painter);
+    if (map != nullptr) {
         ColorBarWidget& bar = *(map->*Map::bar);
         const QSignalBlocker settled(bar);
         const int width = (m_plot.*Layout::margin).right();
@@ -216,6 +249,24 @@ QByteArray PlotPicture::pdf() const
     paint(painter);
     painter.end();
     return content;
+}
+
+QString PlotPicture::print(QPrinter& printer) const
+{
+    const LayoutKeeper keeper(m_plot);
+    settleLayout();
+    const QRect page = printer.pageLayout().paintRectPixels(printer.resolution());
+    const double scale = std::min(page.width() / double(m_size.width()), page.height() / double(m_size.height()));
+    return printDocument(printer, [&] {
+        PageDevice device(printer, 1.0 / scale);
+        QPainter painter;
+        if (!painter.begin(&device))
+            return false;
+        painter.translate((page.width() - scale * m_size.width()) / 2.0, 0.0);
+        painter.scale(scale, scale);
+        paint(painter);
+        return painter.end();
+    });
 }
 
 QByteArray PlotPicture::svg() const

@@ -5,9 +5,13 @@
 
 QT_BEGIN_NAMESPACE
 class QPainter;
+class QPrinter;
 QT_END_NAMESPACE
 
 namespace tarnis {
+
+/// The layout of a plot in files: its size on the screen, but not turned.
+QSize pictureSize(const XYGraphWidget& plot);
 
 /// Paints a plot with its layout of `options`. The plot keeps its own layout.
 class PlotPicture {
@@ -19,6 +23,8 @@ public:
     QByteArray png() const;
     QByteArray pdf() const;
     QByteArray svg() const;
+    /// One page. Returns as writeFile() does.
+    QString print(QPrinter& printer) const;
 
 private:
     void paint(QPainter& painter) const;

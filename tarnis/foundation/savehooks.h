@@ -20,15 +20,16 @@ namespace tarnis {
 enum class SaveKind {
     Picture, ///< a PNG or JPEG file
     Table, ///< a text file of values with commas between them
+    Page, ///< a printed page
 };
 
 /// A save for which a file name is needed.
 struct SaveRequest {
     QWidget* source = nullptr; ///< the plot or table, never null; the parent of the dialog
     SaveKind kind = SaveKind::Picture; ///< what will be written
-    QString caption; ///< the library's title for the dialog, in the current language
+    QString caption; ///< the library's title for the dialog, in the current language; of a page the plot's title
     QString directory; ///< where the dialog opens, see getSaveDir()
-    QString filter; ///< the library's filter for the dialog
+    QString filter; ///< the library's filter for the dialog; empty for a page
 };
 
 /// The functions of a host. Each may be empty: the library then does what it does without hooks.
@@ -42,6 +43,9 @@ struct SaveHooks {
     /// With this function the library shows no box of its own, and files are written as writeFile() does: an error
     /// leaves the previous file. PDF pages count as files.
     std::function<void(QWidget& source, const QString& path, const QString& error)> report;
+    /// Called before any question. If it returns true, the host saves by itself, for example with ExportDialog, and the
+    /// library does nothing more. A page with a map and both of its cuts is not offered.
+    std::function<bool(const SaveRequest& request)> save = {};
 };
 
 /// Uses these hooks from now on, for all plots and tables of the process. Empty hooks end it.

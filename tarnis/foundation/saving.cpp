@@ -49,17 +49,28 @@ bool paintPage(QPrinter& printer, const std::function<void(QPainter&)>& paint)
     if (!painter.begin(&printer))
         return false;
     paint(painter);
-    return painter.end() && printer.printerState() != QPrinter::Error && printer.printerState() != QPrinter::Aborted;
+    return painter.end();
+}
+
+QString nameOfOutput(const QPrinter& printer)
+{
+    const bool isFile = printer.outputFormat() == QPrinter::PdfFormat && !printer.outputFileName().isEmpty();
+    return isFile ? printer.outputFileName() : printer.printerName();
+}
+
+bool isFine(const QPrinter& printer)
+{
+    return printer.printerState() != QPrinter::Error && printer.printerState() != QPrinter::Aborted;
 }
 
 /// The printer's engine does not notice a full disk, so that the page is made elsewhere and looked at first.
-QString printPdf(QPrinter& printer, const std::function<void(QPainter&)>& paint)
+QString printPdf(QPrinter& printer, const std::function<bool()>& paint)
 {
     const QTemporaryDir scratch;
     const QString path = printer.outputFileName();
     const QString page = scratch.filePath(QStringLiteral("page.pdf"));
     printer.setOutputFileName(page);
-    const bool isPainted = scratch.isValid() && paintPage(printer, paint);
+    const bool isPainted = scratch.isValid() && paint() && isFine(printer);
     printer.setOutputFileName(path); // the next dialog shows it
     const FileContent content = readFile(page);
     if (!isPainted || !content.error.isEmpty() || !content.bytes.trimmed().endsWith("%%EOF"))
@@ -86,6 +97,11 @@ void reportSave(QWidget* source, const QString& path, const QString& error)
         hooks().report(*source, path, error);
 }
 
+bool isSavedByHost(QWidget* source, SaveKind kind, const QString& caption, const QString& filter)
+{
+    return hooks().save && hooks().save({ source, kind, caption, getSaveDir(), filter });
+}
+
 QString askSavePath(QWidget* source, SaveKind kind, const QString& caption, const QString& filter)
 {
     QFileDialog* const dialog =
@@ -100,6 +116,8 @@ QString askSavePath(QWidget* source, SaveKind kind, const QString& caption, cons
 
 void saveTable(QWidget* source, const QString& caption, const QString& filter, const std::function<QString()>& text)
 {
+    if (isSavedByHost(source, SaveKind::Table, caption, filter))
+        return;
     const QString path = askSavePath(source, SaveKind::Table, caption, filter);
     if (path.isEmpty())
         return;
@@ -126,18 +144,22 @@ QString writePicture(const QPixmap& picture, const QString& path)
     return writeFile(path, bytes);
 }
 
+QString printDocument(QPrinter& printer, const std::function<bool()>& paint)
+{
+    if (printer.outputFormat() == QPrinter::PdfFormat && !printer.outputFileName().isEmpty())
+        return printPdf(printer, paint);
+    return paint() && isFine(printer) ? QString()
+                                      : Texts::tr("the printer does not accept the page: check that it is ready");
+}
+
 void printPage(QWidget* source, QPrinter& printer, const std::function<void(QPainter&)>& paint)
 {
-    const bool isFile = printer.outputFormat() == QPrinter::PdfFormat && !printer.outputFileName().isEmpty();
     if (!isSaveReported()) {
         paintPage(printer, paint);
-    } else if (isFile) {
-        reportSave(source, printer.outputFileName(), printPdf(printer, paint));
-    } else {
-        const bool isPainted = paintPage(printer, paint);
-        reportSave(source, printer.printerName(),
-            isPainted ? QString() : Texts::tr("the printer does not accept the page: check that it is ready"));
+        return;
     }
+    const QString error = printDocument(printer, [&] { return paintPage(printer, paint); });
+    reportSave(source, nameOfOutput(printer), error);
 }
 
 } // namespace tarnis

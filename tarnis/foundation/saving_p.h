@@ -10,6 +10,9 @@ class QPrinter;
 
 namespace tarnis {
 
+/// True if the host saves by itself.
+bool isSavedByHost(QWidget* source, SaveKind kind, const QString& caption, const QString& filter);
+
 /// Asks for the name of a file that is to be saved, with the host's dialog if there is one. Empty if the dialog was
 /// cancelled or the source went while it was open.
 QString askSavePath(QWidget* source, SaveKind kind, const QString& caption, const QString& filter);
@@ -26,6 +29,10 @@ void saveTable(QWidget* source, const QString& caption, const QString& filter, c
 
 /// Writes the picture in the format of the file's extension, in one step. Returns as writeFile() does.
 QString writePicture(const QPixmap& picture, const QString& path);
+
+/// Prints what `paint`, which returns whether it could, paints on the printer. Returns as writeFile() does; a PDF file
+/// is written in one step.
+QString printDocument(QPrinter& printer, const std::function<bool()>& paint);
 
 /// Lets `paint` paint a page. Does nothing if the printer cannot begin. With reports a PDF file is written in one step.
 void printPage(QWidget* source, QPrinter& printer, const std::function<void(QPainter&)>& paint);

@@ -13,7 +13,10 @@
 
 void XYGraphWidget::onSave()
 {
-    const QString path = tarnis::askSavePath(this, tarnis::SaveKind::Picture, tr("Save"), tr("Images (*.png *.jpg)"));
+    const QString filter = tr("Images (*.png *.jpg)");
+    if (tarnis::isSavedByHost(this, tarnis::SaveKind::Picture, tr("Save"), filter))
+        return;
+    const QString path = tarnis::askSavePath(this, tarnis::SaveKind::Picture, tr("Save"), filter);
     if (path.isEmpty())
         return;
     const std::unique_ptr<QPixmap> pixmap(toPixmap());
@@ -30,6 +33,8 @@ void XYGraphWidget::onSave()
 
 void XYGraphWidget::onPrint()
 {
+    if (tarnis::isSavedByHost(this, tarnis::SaveKind::Page, m_title, {}))
+        return;
     auto* const dialog = new QPrintDialog(&m_printer, this);
     if (!tarnis::isAccepted(dialog))
         return;

@@ -1082,6 +1082,10 @@
         <source>Cannot save the file: %1.</source>
         <translation>Die Datei kann nicht gespeichert werden: %1.</translation>
     </message>
+    <message>
+        <source>%1 exists already. Replace it?</source>
+        <translation>%1 gibt es schon. Ersetzen?</translation>
+    </message>
 </context>
 <context>
     <name>tarnis::Files</name>

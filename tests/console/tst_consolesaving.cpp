@@ -6,6 +6,8 @@
 #include <tarnis/dialogs/graph1ddialog.h>
 #include <tarnis/dialogs/graph2ddialog.h>
 #include <tarnis/dialogs/statdialog.h>
+#include <tarnis/export/exportdialog.h>
+#include <tarnis/formats/formats.h>
 #include <tarnis/foundation/helpers.h>
 #include <tarnis/plots/multivectorgraphwidget.h>
 #include <tarnis/plots/vectorgraphwidget.h>
@@ -14,7 +16,6 @@
 #include <QAction>
 #include <QDialogButtonBox>
 #include <QFileDialog>
-#include <QImageReader>
 #include <QMessageBox>
 #include <QPrintDialog>
 #include <QPushButton>
@@ -78,6 +79,15 @@ public:
         }
         qFatal("no %s", qPrintable(entry));
     }
+    /// The export dialog that the entry opens.
+    static tarnis::ExportDialog& exportOf(QWidget& window, const QString& entry = QStringLiteral("Save PNG..."))
+    {
+        save(window, entry);
+        auto* const dialog = window.findChild<tarnis::ExportDialog*>();
+        if (!dialog || !dialog->isVisible())
+            qFatal("no export dialog");
+        return *dialog;
+    }
     static QMessageBox* boxOn(const QWidget& window)
     {
         auto* const box = window.findChild<QMessageBox*>(QStringLiteral("saveBox"));
@@ -111,6 +121,13 @@ ModalWatchdog::Answer print(const QString& path)
         dialog->findChild<QLineEdit*>(QStringLiteral("filename"))->setText(path);
         dialog->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok)->click();
     };
+}
+
+const char* causeOf(SaveTrouble trouble)
+{
+    if (trouble == SaveTrouble::FullDevice || trouble == SaveTrouble::FullDisk)
+        return "no space is left";
+    return trouble == SaveTrouble::ReadOnlyFolder ? "permission denied" : "does not exist";
 }
 
 QString nameIn(const QWidget& dialog)
@@ -149,20 +166,18 @@ private Q_SLOTS:
     {
         QTest::addColumn<QByteArray>("id");
         QTest::addColumn<QString>("entry");
-        for (const char* const id : { "curves", "map", "rate" }) {
-            for (const char* const entry : { "Save PNG...", "Save CSV...", "Print..." })
-                QTest::newRow(qPrintable(QStringLiteral("%1, %2").arg(QLatin1String(id), QLatin1String(entry))))
-                    << QByteArray(id) << QString(QLatin1String(entry));
-        }
         for (const char* const id : { "statistics", "stat-snapshot", "modules" })
             QTest::newRow(id) << QByteArray(id) << QString();
+        for (const char* const id : { "curves", "map", "rate" })
+            QTest::newRow(qPrintable(QStringLiteral("%1, print").arg(QLatin1String(id))))
+                << QByteArray(id) << QStringLiteral("Print...");
     }
     void everySaveOfAWindowSaysHowItEnded()
     {
         QFETCH(QByteArray, id);
         QFETCH(QString, entry);
-        const bool isPrint = entry == u"Print...";
-        const QString suffix = isPrint ? ".pdf" : entry == u"Save PNG..." ? ".png" : ".csv";
+        const bool isPrint = !entry.isEmpty();
+        const QString suffix = isPrint ? ".pdf" : ".csv";
         SaveDesk desk;
         QWidget* const window = desk.filled(id.constData());
         const auto save = [&](SavePlace& place) {
@@ -171,7 +186,8 @@ private Q_SLOTS:
                 answers.append(agree); // it exists: overwrite?
             const ModalWatchdog watchdog(answers);
             SaveDesk::save(*window, entry);
-            return watchdog.isContent();
+            return QTest::qWaitFor(
+                [&] { return watchdog.isContent() && !window->findChild<QPrintDialog*>(); }, timeoutMs);
         };
         {
             SavePlace place(SaveTrouble::None, suffix);
@@ -196,6 +212,81 @@ private Q_SLOTS:
             QVERIFY2(place.isUntouched(), cause);
             delete box;
         }
+    }
+
+    void everyExportOfAPlotSaysHowItEnded_data()
+    {
+        QTest::addColumn<QByteArray>("id");
+        QTest::addColumn<QString>("suffix");
+        for (const char* const id : { "curves", "map", "rate" }) {
+            for (const char* const suffix : { "png", "pdf", "svg", "csv" })
+                QTest::newRow(qPrintable(QStringLiteral("%1, %2").arg(QLatin1String(id), QLatin1String(suffix))))
+                    << QByteArray(id) << QString(QLatin1String(suffix));
+        }
+    }
+    void everyExportOfAPlotSaysHowItEnded()
+    {
+        QFETCH(QByteArray, id);
+        QFETCH(QString, suffix);
+        SaveDesk desk;
+        QWidget* const window = desk.filled(id.constData());
+        for (const SaveTrouble trouble : { SaveTrouble::None, SaveTrouble::FullDevice, SaveTrouble::FullDisk,
+                 SaveTrouble::ReadOnlyFolder, SaveTrouble::VanishedFolder, SaveTrouble::SlashInName }) {
+            SavePlace place(trouble, u'.' + suffix);
+            if (!place.isThere())
+                continue; // mounting is not allowed here
+            tarnis::ExportDialog& dialog = SaveDesk::exportOf(*window);
+            dialog.setPath(place.path());
+            place.begin();
+            const bool isOld = QFileInfo(place.path()).isFile();
+            const ModalWatchdog watchdog(
+                isOld ? QList<ModalWatchdog::Answer> { agree } : QList<ModalWatchdog::Answer>());
+            dialog.accept();
+            QVERIFY(watchdog.isContent());
+            if (trouble == SaveTrouble::None) {
+                QVERIFY(!dialog.isVisible());
+                QVERIFY(desk.record().contains(QStringLiteral("Saved as %1.").arg(place.path())));
+                QVERIFY(!place.content().isEmpty() && place.content() != "old");
+            } else {
+                const auto* const problem = dialog.findChild<QLabel*>(QStringLiteral("exportProblemLabel"));
+                const char* const cause = causeOf(trouble);
+                QVERIFY2(problem->isVisible() && problem->text().contains(QLatin1String(cause)), cause);
+                QVERIFY2(place.isUntouched(), cause);
+                dialog.reject();
+            }
+            QTRY_VERIFY(!window->findChild<tarnis::ExportDialog*>());
+        }
+    }
+
+    void anExportStatesWhereItsValuesComeFrom()
+    {
+        const QTemporaryDir folder;
+        SaveDesk desk;
+        QWidget* const window = desk.filled("curves");
+        const QDateTime before = window->property("dataTime").toDateTime();
+        QVERIFY(before.isValid());
+        tarnis::ExportDialog& dialog = SaveDesk::exportOf(*window, QStringLiteral("Save CSV..."));
+        dialog.setPath(folder.filePath("a.csv"));
+        dialog.accept();
+        const tarnis::Dataset data = tarnis::readDataset(folder.filePath("a.csv")).data;
+        QCOMPARE(data.title, QStringLiteral("time"));
+        QVERIFY2(data.source.contains(QString::number(desk.server.port())), qPrintable(data.source));
+        QVERIFY(data.time >= before.addMSecs(-1));
+        QVERIFY(data.time <= QDateTime::currentDateTime());
+    }
+
+    void theFolderOfTheLastSaveIsRemembered()
+    {
+        const QTemporaryDir folder;
+        const QString elsewhere = QDir::tempPath() + "/elsewhere";
+        SaveDesk desk;
+        tarnis::ExportDialog& dialog = SaveDesk::exportOf(*desk.filled("curves"));
+        dialog.setPath(folder.filePath("a.png"));
+        dialog.accept();
+        setSaveFilePath(elsewhere); // another program's
+        desk.window = nullptr;
+        desk.window = std::make_unique<MainWindow>(desk.memory);
+        QCOMPARE(QDir(getSaveDir()).path(), folder.path());
     }
 
     void theRecordSaysHowItEnded_data() { addSaveTroubles(); }
@@ -257,18 +348,25 @@ private Q_SLOTS:
         QFETCH(QString, start);
         QFETCH(QString, suffix);
         SaveDesk desk;
+        QWidget* const window = desk.filled(id.constData());
         QString name;
-        QStringList filters;
-        const ModalWatchdog watchdog({ [&](QWidget& window) {
-            name = nameIn(window);
-            filters = dynamic_cast<QFileDialog&>(window).nameFilters();
-            reject()(window);
-        } });
-        SaveDesk::save(*desk.filled(id.constData()), entry);
-        QVERIFY(watchdog.isContent());
+        if (entry.isEmpty()) {
+            const ModalWatchdog watchdog({ [&](QWidget& chooser) {
+                name = nameIn(chooser);
+                const QStringList filters = dynamic_cast<QFileDialog&>(chooser).nameFilters();
+                QVERIFY(filters.first().contains(QStringLiteral("(*.%1)").arg(suffix)));
+                reject()(chooser);
+            } });
+            SaveDesk::save(*window, entry);
+            QVERIFY(watchdog.isContent());
+        } else {
+            tarnis::ExportDialog& dialog = SaveDesk::exportOf(*window, entry);
+            QCOMPARE(QFileInfo(dialog.path()).path(), QDir(getSaveDir()).path());
+            name = QFileInfo(dialog.path()).fileName();
+            dialog.reject();
+        }
         const QRegularExpression expected(QStringLiteral("^%1_\\d{8}-\\d{6}\\.%2$").arg(start, suffix));
         QVERIFY2(expected.match(name).hasMatch(), qPrintable(name));
-        QVERIFY(filters.first().contains(QStringLiteral("(*.%1)").arg(suffix)));
         QVERIFY(!desk.record().contains(QStringLiteral("aved")));
     }
 
@@ -280,8 +378,8 @@ private Q_SLOTS:
                                    << "plot.png";
         QTest::newRow("a dot in the name") << "run.12"
                                            << "run.12.png";
-        QTest::newRow("its own suffix") << "plot.jpg"
-                                        << "plot.jpg";
+        QTest::newRow("another format") << "plot.svg"
+                                        << "plot.svg";
         QTest::newRow("capitals") << "PLOT.PNG"
                                   << "PLOT.PNG";
     }
@@ -291,11 +389,11 @@ private Q_SLOTS:
         QFETCH(QString, written);
         const QTemporaryDir folder;
         SaveDesk desk;
-        const ModalWatchdog watchdog({ acceptFile(folder.filePath(typed)) });
-        SaveDesk::save(*desk.filled("curves"), QStringLiteral("Save PNG..."));
-        QVERIFY(watchdog.isContent());
+        tarnis::ExportDialog& dialog = SaveDesk::exportOf(*desk.filled("curves"));
+        dialog.findChild<QLineEdit*>(QStringLiteral("exportPathEdit"))->setText(folder.filePath(typed));
+        dialog.accept();
         QCOMPARE(QDir(folder.path()).entryList(QDir::Files), QStringList { written });
-        QVERIFY(!QImageReader(folder.filePath(written)).read().isNull());
+        QVERIFY(QFileInfo(folder.filePath(written)).size() > 0);
         QVERIFY(desk.record().contains(QStringLiteral("Saved as %1.").arg(folder.filePath(written))));
     }
 
@@ -303,37 +401,37 @@ private Q_SLOTS:
     {
         SavePlace place(SaveTrouble::None, ".12.png");
         SaveDesk desk;
-        const QString typed = place.path().chopped(4);
+        tarnis::ExportDialog& dialog = SaveDesk::exportOf(*desk.filled("curves"));
+        dialog.setPath(place.path().chopped(4));
         bool isAsked = false;
-        const ModalWatchdog watchdog({ acceptFile(typed), [&](QWidget& window) {
-                                          auto& box = dynamic_cast<QMessageBox&>(window);
-                                          isAsked = box.text().contains(QFileInfo(place.path()).fileName());
-                                          QMetaObject::invokeMethod(
-                                              box.parentWidget(), "reject", Qt::QueuedConnection); // the chooser
-                                          box.button(QMessageBox::No)->click();
-                                      } });
-        SaveDesk::save(*desk.filled("curves"), QStringLiteral("Save PNG..."));
+        const ModalWatchdog watchdog({ [&](QWidget& window) {
+            auto& box = dynamic_cast<QMessageBox&>(window);
+            isAsked = box.text().contains(QFileInfo(place.path()).fileName());
+            box.button(QMessageBox::No)->click();
+        } });
+        dialog.accept();
         QVERIFY(isAsked);
+        QVERIFY(dialog.isVisible());
         QCOMPARE(place.content(), QByteArray("old"));
     }
 
     void anotherFilterChangesTheSuffixOfTheName()
     {
         SaveDesk desk;
-        QString png;
-        QString jpg;
+        QString csv;
+        QString txt;
         const ModalWatchdog watchdog({ [&](QWidget& window) {
             auto& dialog = dynamic_cast<QFileDialog&>(window);
-            png = nameIn(dialog);
+            csv = nameIn(dialog);
             dialog.selectNameFilter(dialog.nameFilters().last());
             Q_EMIT dialog.filterSelected(dialog.nameFilters().last()); // as the list of the dialog does
-            jpg = nameIn(dialog);
+            txt = nameIn(dialog);
             dialog.reject();
         } });
-        SaveDesk::save(*desk.filled("curves"), QStringLiteral("Save PNG..."));
+        SaveDesk::save(*desk.filled("statistics"), QString());
         QVERIFY(watchdog.isContent());
-        QVERIFY(png.endsWith(QStringLiteral(".png")));
-        QCOMPARE(jpg, png.chopped(3) + QStringLiteral("jpg"));
+        QVERIFY(csv.endsWith(QStringLiteral(".csv")));
+        QCOMPARE(txt, csv.chopped(3) + QStringLiteral("txt"));
     }
 };
 

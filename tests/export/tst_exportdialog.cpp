@@ -1,7 +1,9 @@
 // The dialog that exports a plot: what it suggests, what it saves, and that a failed save keeps it open.
 #include <tarnis/export/exportdialog.h>
 #include <tarnis/formats/formats.h>
+#include <tarnis/foundation/files.h>
 #include <tarnis/foundation/helpers.h>
+#include <tarnis/foundation/message.h>
 #include <tarnis/plots/vectorgraphwidget.h>
 
 #include <QComboBox>
@@ -9,6 +11,7 @@
 #include <QFileInfo>
 #include <QImage>
 #include <QLabel>
+#include <QScopeGuard>
 #include <QSignalSpy>
 #include <QSpinBox>
 #include <QTemporaryDir>
@@ -93,6 +96,49 @@ private Q_SLOTS:
         dialog.setPath(m_folder.filePath("a.png"));
         dialog.accept();
         QVERIFY(!dialog.isVisible());
+    }
+
+    void addsTheSuffixOfTheChosenFormat()
+    {
+        ExportDialog dialog(m_plot, "total");
+        dialog.setFormat("csv");
+        dialog.setPath(m_folder.filePath("run.12"));
+        dialog.accept();
+        QVERIFY(QFileInfo::exists(m_folder.filePath("run.12.csv")));
+    }
+
+    void asksBeforeItReplacesAFile()
+    {
+        const QString path = m_folder.filePath("a.csv");
+        QVERIFY(tarnis::writeFile(path, "old").isEmpty());
+        tarnis::MessageButton answer = tarnis::MessageButton::No;
+        int asked = 0;
+        tarnis::setMessageHandler([&](const tarnis::Message& message) {
+            asked += message.kind == tarnis::MessageKind::Question && message.text.contains("a.csv") ? 1 : 0;
+            return answer;
+        });
+        const auto restored = qScopeGuard([] { tarnis::setMessageHandler({}); });
+        ExportDialog dialog(m_plot, "total");
+        dialog.open();
+        dialog.setPath(path);
+        dialog.accept();
+        QVERIFY(dialog.isVisible());
+        QCOMPARE(tarnis::readFile(path).bytes, QByteArray("old"));
+        answer = tarnis::MessageButton::Yes;
+        dialog.accept();
+        QVERIFY(!dialog.isVisible());
+        QVERIFY(tarnis::readFile(path).bytes != "old");
+        QCOMPARE(asked, 2);
+    }
+
+    void statesTheTimeOfTheData()
+    {
+        const QDateTime taken(QDate(2026, 3, 4), QTime(5, 6, 7));
+        ExportDialog dialog(m_plot, "total");
+        dialog.setDataTime([&] { return taken; });
+        dialog.setPath(m_folder.filePath("a.csv"));
+        dialog.accept();
+        QCOMPARE(tarnis::readDataset(m_folder.filePath("a.csv")).data.time, taken);
     }
 
     void showsAPreview()

@@ -1,13 +1,18 @@
 // Pictures and tables of plots: every vertex and every bin is in the files, and the plots stay as they are.
 #include <tarnis/export/plotexporter.h>
 #include <tarnis/formats/formats.h>
+#include <tarnis/foundation/files.h>
 #include <tarnis/plots/multivectorgraphwidget.h>
+#include <tarnis/plots/plotmapping.h>
+#include <tarnis/plots/plotoverlay.h>
 #include <tarnis/plots/vectorgraphwidget.h>
 #include <tarnis/plots/xy2dgraphwidget.h>
 
 #include <QClipboard>
 #include <QDir>
 #include <QGuiApplication>
+#include <QPainter>
+#include <QPrinter>
 #include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
@@ -114,6 +119,46 @@ bool areClose(const QColor& a, const QColor& b)
 class TestPlotExporter : public QObject {
     Q_OBJECT
 private Q_SLOTS:
+    void printsEveryVertexOnOnePage()
+    {
+        const QTemporaryDir folder;
+        const auto plot = spectrum(wave(3000)); // more samples than the plot has pixels
+        QPrinter printer(QPrinter::HighResolution);
+        printer.setOutputFormat(QPrinter::PdfFormat);
+        printer.setOutputFileName(folder.filePath("page.pdf"));
+        const QSize size = plot->size();
+        PictureOptions options;
+        options.heading = "A heading";
+        QCOMPARE(PlotExporter(*plot).print(printer, options), QString());
+        QCOMPARE(plot->size(), size);
+        const QByteArray page = streamsOf(readFile(folder.filePath("page.pdf")).bytes);
+        QVERIFY2(page.count(" l\n") >= 2999, qPrintable(QString::number(page.count(" l\n"))));
+    }
+
+    void reportsAPageThatCannotBeWritten()
+    {
+        const auto plot = spectrum(wave(10));
+        QPrinter printer(QPrinter::HighResolution);
+        printer.setOutputFormat(QPrinter::PdfFormat);
+        printer.setOutputFileName("/dev/full");
+        QVERIFY(PlotExporter(*plot).print(printer).contains("no space is left"));
+    }
+
+    void drawsTheOverlays()
+    {
+        struct Overlay : PlotOverlay {
+            using PlotOverlay::PlotOverlay;
+            void paintOverlay(QPainter& painter, const PlotMapping& mapping) override
+            {
+                painter.fillRect(mapping.plotRect(), Qt::magenta);
+            }
+        };
+        const auto plot = spectrum(wave(10));
+        const Overlay overlay(plot.get());
+        const QImage image = PlotExporter(*plot).image();
+        QCOMPARE(image.pixelColor(image.rect().center()), QColor(Qt::magenta));
+    }
+
     void svgHasEveryVertexOfASpectrum()
     {
         const QList<double> samples = wave(150);

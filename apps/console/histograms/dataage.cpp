@@ -1,7 +1,9 @@
 #include "histograms/dataage.h"
 
 #include "app/words.h"
+#include "saves/savereports.h"
 
+#include <QDateTime>
 #include <QFont>
 #include <QLabel>
 
@@ -20,6 +22,7 @@ QString textOf(const QTime& time)
 
 DataAge::DataAge(QWidget& window, const std::function<bool()>& isExpected)
     : QObject(&window)
+    , m_window(window)
     , m_label(new QLabel(&window))
     , m_isExpected(isExpected)
 {
@@ -40,6 +43,7 @@ void DataAge::answered()
 void DataAge::arrived()
 {
     m_dataTime = QTime::currentTime();
+    setDataTime(m_window, QDateTime::currentDateTime());
     answered();
 }
 

@@ -39,6 +39,7 @@ protected:
     void look();
     void showState(bool isLate);
 
+    QWidget& m_window;
     QLabel* m_label;
     std::function<bool()> m_isExpected;
     QTimer m_timer;

@@ -23,7 +23,7 @@ protected:
     QStringList m_suffixes; ///< of all filters, without the dot
 };
 
-/// The suffixes of a filter, without the dot: "JPEG image (*.jpg *.jpeg)" has two.
+/// The suffixes of a filter, without the dot: "Text (*.txt *.dat)" has two.
 QStringList suffixesOf(const QString& filter);
 
 } // namespace console

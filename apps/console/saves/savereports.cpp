@@ -4,12 +4,20 @@
 #include "saves/savedialog.h"
 #include "server/servercontroller.h"
 
+#include <tarnis/export/exportdialog.h>
+#include <tarnis/foundation/helpers.h>
 #include <tarnis/foundation/savehooks.h>
+#include <tarnis/plots/xygraphwidget.h>
+#include <tarnis/server/tarnis.h>
 
 #include <QDateTime>
+#include <QDir>
 #include <QMainWindow>
 #include <QMessageBox>
-#include <QRegularExpression>
+#include <QPointer>
+#include <QPrintDialog>
+#include <QPrinter>
+#include <QSettings>
 #include <QVariant>
 
 namespace console {
@@ -17,18 +25,35 @@ namespace console {
 namespace {
 
 constexpr char savedNameProperty[] = "savedName";
+constexpr char dataTimeProperty[] = "dataTime";
+const QString folderKey = QStringLiteral("saves/folder");
 
-/// A part of a file name that every file system accepts.
-QString fileNamePart(const QString& text)
+QString titleOf(const QWidget& window)
 {
-    static const QRegularExpression other(QStringLiteral("[^\\w]+"), QRegularExpression::UseUnicodePropertiesOption);
-    QString part = text;
-    part.remove(QLatin1String("[*]")).replace(other, QStringLiteral("-"));
-    while (part.startsWith(u'-'))
-        part.remove(0, 1);
-    while (part.endsWith(u'-'))
-        part.chop(1);
-    return part;
+    return window.windowTitle().remove(QLatin1String("[*]"));
+}
+
+/// That of the nearest window: a cut has those of its map.
+QVariant inherited(const QWidget& source, const char* property)
+{
+    for (const QWidget* widget = &source; widget; widget = widget->parentWidget()) {
+        if (const QVariant value = widget->property(property); value.isValid())
+            return value;
+    }
+    return {};
+}
+
+/// What the widget shows: the histogram, or the title of its window.
+QString nameOf(const QWidget& source)
+{
+    const QVariant name = inherited(source, savedNameProperty);
+    return name.isValid() ? name.toString() : titleOf(*source.window());
+}
+
+QDateTime dataTimeOf(const QWidget& source)
+{
+    const QVariant time = inherited(source, dataTimeProperty);
+    return time.isValid() ? time.toDateTime() : QDateTime::currentDateTime();
 }
 
 } // namespace
@@ -38,13 +63,22 @@ void setSavedName(QWidget& window, const QString& name)
     window.setProperty(savedNameProperty, name);
 }
 
-SaveReports::SaveReports(ServerController& controller, const std::function<QString()>& run)
+void setDataTime(QWidget& window, const QDateTime& time)
+{
+    window.setProperty(dataTimeProperty, time);
+}
+
+SaveReports::SaveReports(ServerController& controller, QSettings& settings, const std::function<QString()>& run)
     : m_controller(controller)
+    , m_settings(settings)
     , m_run(run)
 {
+    const QString folder = settings.value(folderKey).toString();
+    if (!folder.isEmpty() && QDir(folder).exists())
+        setSaveFilePath(QDir(folder).filePath(QStringLiteral("last")));
     tarnis::setSaveHooks({ .makeDialog = [this](const tarnis::SaveRequest& request) { return makeDialog(request); },
-        .report = [this](
-                      QWidget& source, const QString& path, const QString& error) { report(source, path, error); } });
+        .report = [this](QWidget& source, const QString& path, const QString& error) { report(source, path, error); },
+        .save = [this](const tarnis::SaveRequest& request) { return save(request); } });
 }
 
 SaveReports::~SaveReports()
@@ -52,33 +86,69 @@ SaveReports::~SaveReports()
     tarnis::setSaveHooks({});
 }
 
-QString SaveReports::suggestedName(const QWidget& source) const
-{
-    const QVariant name = source.window()->property(savedNameProperty);
-    return suggestedName(name.isValid() ? name.toString() : source.window()->windowTitle());
-}
-
 QString SaveReports::suggestedName(const QString& what) const
 {
-    QStringList parts { fileNamePart(what) };
-    if (const QString run = m_run(); !run.isEmpty())
-        parts.append(QStringLiteral("run") + fileNamePart(run));
-    parts.append(QDateTime::currentDateTime().toString(u"yyyyMMdd-HHmmss"));
-    parts.removeAll(QString());
-    return parts.join(u'_');
+    return tarnis::PlotExporter::suggestedName(what, m_run(), QDateTime::currentDateTime(), QString());
 }
 
 SaveDialog* SaveReports::makeDialog(const tarnis::SaveRequest& request) const
 {
-    const QStringList filters = request.kind == tarnis::SaveKind::Picture
-        ? QStringList { tr("PNG image (*.png)"), tr("JPEG image (*.jpg *.jpeg)") }
-        : QStringList { tr("Comma-separated values (*.csv)"), tr("Text (*.txt)") };
-    return new SaveDialog(request.source, request.caption, filters, suggestedName(*request.source));
+    return new SaveDialog(request.source, request.caption, { tr("Comma-separated values (*.csv)"), tr("Text (*.txt)") },
+        suggestedName(nameOf(*request.source)));
+}
+
+bool SaveReports::save(const tarnis::SaveRequest& request)
+{
+    auto* const plot = qobject_cast<XYGraphWidget*>(request.source);
+    if (!plot)
+        return false;
+    if (request.kind == tarnis::SaveKind::Page)
+        print(*plot);
+    else
+        exportPlot(*plot, request.kind == tarnis::SaveKind::Table ? QStringLiteral("csv") : QStringLiteral("png"));
+    return true;
+}
+
+/// Where the values come from, as the files state it.
+QString SaveReports::sourceText() const
+{
+    const QString address = m_controller.tarnis().GetServerAddress();
+    const QString run = m_run();
+    return run.isEmpty() ? address : tr("%1, run %2").arg(address, run);
+}
+
+void SaveReports::exportPlot(XYGraphWidget& plot, const QString& suffix)
+{
+    auto* const dialog = new tarnis::ExportDialog(plot, nameOf(plot), m_run(), sourceText(), &plot);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setWindowTitle(tr("Save: %1").arg(titleOf(*plot.window())));
+    dialog->setFormat(suffix);
+    dialog->setDataTime([&plot] { return dataTimeOf(plot); });
+    connect(dialog, &tarnis::ExportDialog::saved, &plot,
+        [this, &plot](const QString& path) { report(plot, path, QString()); });
+    dialog->open();
+}
+
+void SaveReports::print(XYGraphWidget& plot)
+{
+    if (!m_printer)
+        m_printer = std::make_unique<QPrinter>(QPrinter::HighResolution);
+    auto* const dialog = new QPrintDialog(m_printer.get(), &plot);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    connect(dialog, &QDialog::accepted, &plot, [this, &plot] {
+        tarnis::PictureOptions options;
+        options.heading = titleOf(*plot.window());
+        const QString error = tarnis::PlotExporter(plot).print(*m_printer, options);
+        const QString file = m_printer->outputFileName();
+        report(plot, file.isEmpty() ? m_printer->printerName() : file, error);
+    });
+    dialog->open();
 }
 
 void SaveReports::report(QWidget& source, const QString& path, const QString& error)
 {
     if (error.isEmpty()) {
+        m_settings.setValue(folderKey, getSaveDir());
         m_controller.tell(noticeOf(Notice::Severity::Information, [path] { return tr("Saved as %1.").arg(path); }));
         Q_EMIT saved();
         return;
@@ -87,8 +157,8 @@ void SaveReports::report(QWidget& source, const QString& path, const QString& er
     m_controller.tell(noticeOf(Notice::Severity::Warning, words));
     if (qobject_cast<const QMainWindow*>(source.window()))
         return; // the notice is there already
-    auto* const box = new QMessageBox(QMessageBox::Warning, source.window()->windowTitle().remove(QLatin1String("[*]")),
-        words(), QMessageBox::Ok, source.window());
+    auto* const box =
+        new QMessageBox(QMessageBox::Warning, titleOf(*source.window()), words(), QMessageBox::Ok, source.window());
     box->setObjectName(QStringLiteral("saveBox"));
     box->setTextFormat(Qt::PlainText);
     box->setAttribute(Qt::WA_DeleteOnClose);

@@ -2,6 +2,7 @@
 
 #include "tour/uidriver.h"
 
+#include <tarnis/export/exportdialog.h>
 #include <tarnis/plots/xygraphwidget.h>
 
 #include <QComboBox>
@@ -21,6 +22,25 @@ QPoint menuPlace(const QWidget& plot)
     return placeIn(plot, 0.8, 0.2);
 }
 
+/// Enters the path in the edit of this name of the box that `act` opens, and presses Save.
+QString saveIn(UiDriver& driver, const char* pathEdit, const QString& fileName, const std::function<void()>& act)
+{
+    QString path = driver.newFile(fileName);
+    driver.answering(
+        [&](QWidget& box) {
+            if (qobject_cast<tarnis::ExportDialog*>(&box))
+                driver.picture(box, QStringLiteral("export"));
+            auto& edit = driver.find<QLineEdit>(box, pathEdit);
+            driver.clearText(edit);
+            driver.enter(edit, path);
+            auto* const buttons = box.findChild<QDialogButtonBox*>();
+            driver.click(*buttons->button(QDialogButtonBox::Save));
+        },
+        act);
+    driver.waitUntil(QStringLiteral("%1 is written").arg(fileName), [&] { return QFileInfo(path).size() > 0; });
+    return path;
+}
+
 } // namespace
 
 QPoint placeIn(const QWidget& widget, double x, double y)
@@ -30,23 +50,12 @@ QPoint placeIn(const QWidget& widget, double x, double y)
 
 QString saveBy(UiDriver& driver, const QString& fileName, const std::function<void()>& act)
 {
-    QString path = driver.newFile(fileName);
-    driver.answering(
-        [&](QWidget& box) {
-            auto& edit = driver.find<QLineEdit>(box, "fileNameEdit");
-            driver.clearText(edit);
-            driver.enter(edit, path);
-            auto& buttons = driver.find<QDialogButtonBox>(box, "buttonBox");
-            driver.click(*buttons.button(QDialogButtonBox::Save));
-        },
-        act);
-    driver.waitUntil(QStringLiteral("%1 is written").arg(fileName), [&] { return QFileInfo(path).size() > 0; });
-    return path;
+    return saveIn(driver, "fileNameEdit", fileName, act);
 }
 
 QString saveAs(UiDriver& driver, XYGraphWidget& plot, const QString& menuText, const QString& fileName)
 {
-    return saveBy(driver, fileName, [&] { driver.chooseInMenu(plot, menuPlace(plot), menuText); });
+    return saveIn(driver, "exportPathEdit", fileName, [&] { driver.chooseInMenu(plot, menuPlace(plot), menuText); });
 }
 
 void printToPdf(UiDriver& driver, XYGraphWidget& plot, const QString& fileName)

@@ -20,8 +20,8 @@ QPoint placeIn(const QWidget& widget, double x, double y);
 /// TourFailure if no file comes of it.
 QString saveBy(UiDriver& driver, const QString& fileName, const std::function<void()>& act);
 
-/// Chooses the menu entry that opens a file dialog, gives it a path beside the pictures and presses Save. Returns the
-/// path; throws TourFailure if no file comes of it.
+/// Chooses the menu entry that opens the export dialog, takes a screenshot of it, enters a path beside the pictures and
+/// presses Save. Returns the path; throws TourFailure if no file comes of it.
 QString saveAs(UiDriver& driver, XYGraphWidget& plot, const QString& menuText, const QString& fileName);
 
 /// Prints by the menu of the plot, into a PDF beside the pictures.

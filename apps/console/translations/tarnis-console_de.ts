@@ -2558,14 +2558,6 @@
 <context>
     <name>console::SaveReports</name>
     <message>
-        <source>PNG image (*.png)</source>
-        <translation>PNG-Bild (*.png)</translation>
-    </message>
-    <message>
-        <source>JPEG image (*.jpg *.jpeg)</source>
-        <translation>JPEG-Bild (*.jpg *.jpeg)</translation>
-    </message>
-    <message>
         <source>Comma-separated values (*.csv)</source>
         <translation>Durch Kommas getrennte Werte (*.csv)</translation>
     </message>
@@ -2580,6 +2572,14 @@
     <message>
         <source>%1 was not saved: %2.</source>
         <translation>%1 wurde nicht gespeichert: %2.</translation>
+    </message>
+    <message>
+        <source>%1, run %2</source>
+        <translation>%1, Lauf %2</translation>
+    </message>
+    <message>
+        <source>Save: %1</source>
+        <translation>Speichern: %1</translation>
     </message>
 </context>
 <context>

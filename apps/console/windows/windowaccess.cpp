@@ -11,6 +11,7 @@
 
 #include <tarnis/dialogs/graph2dfilterdialog.h>
 #include <tarnis/dialogs/selectcheckeddialog.h>
+#include <tarnis/export/exportdialog.h>
 #include <tarnis/peak/peaksearchdialog.h>
 #include <tarnis/plots/xy2dgraphwidget.h>
 #include <tarnis/plots/xygraphwidget.h>
@@ -71,13 +72,14 @@ void updateRegionButtons(QWidget& window, const QListWidget& list)
     setAvailable(clearButton, isAny, QString(), none);
 }
 
-/// Peak search, filter and choice of curves open beside the plot that they are about, where the screen has room.
+/// Peak search, filter, choice of curves and export open beside the plot that they are about, where the screen has
+/// room.
 void placeBesideData(QDialog& dialog)
 {
     QWidget* const owner = dialog.parentWidget();
     const bool isAboutPlot = qobject_cast<XYGraphWidget*>(owner) || (owner && owner->findChild<XYGraphWidget*>());
     const bool isTool = qobject_cast<PeakSearchDialog*>(&dialog) || qobject_cast<SelectCheckedDialog*>(&dialog)
-        || qobject_cast<Graph2DFilterDialog*>(&dialog);
+        || qobject_cast<Graph2DFilterDialog*>(&dialog) || qobject_cast<tarnis::ExportDialog*>(&dialog);
     if (!isAboutPlot || !isTool || dialog.property("isPlaced").toBool()
         || !canPlaceWindows(QGuiApplication::platformName()) || !dialog.screen())
         return;
