@@ -7,6 +7,7 @@
 #include "support/modalwatchdog.h"
 #include "tables/ratewindow.h"
 
+#include <tarnis/export/exportdialog.h>
 #include <tarnis/plots/multivectorgraphwidget.h>
 #include <tarnis/plots/viewselectedroi.h>
 #include <tarnis/plots/xy2dgraphwidget.h>
@@ -296,9 +297,10 @@ private Q_SLOTS:
         QVERIFY(!bar.findChild<QPushButton*>(QStringLiteral("keptReleaseButton"))->isVisible());
         // What is on show can be saved before anything else happens.
         for (const char* const name : { "keptPictureButton", "keptValuesButton" }) {
-            const ModalWatchdog watchdog({ reject() });
             press(*bar.findChild<QPushButton*>(QLatin1String(name)));
-            QVERIFY(watchdog.isContent());
+            auto* const dialog = window->findChild<tarnis::ExportDialog*>();
+            QVERIFY(dialog && dialog->isVisible());
+            delete dialog;
         }
         server.answerInTurn(command,
             { { Step::doubles(nothing, text) }, { Step::hold("empty"), Step::doubles(nothing, text) },
