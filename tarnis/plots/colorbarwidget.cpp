@@ -134,7 +134,9 @@ int ColorBarWidget::paintTicks(QPainter& painter, const QRect& rect, const QRect
     for (int i = 0; i <= intervals; ++i) {
         const double y = bar.top() + i * (static_cast<double>(bar.height()) / intervals);
         painter.drawLine(QLineF(right, y, right + charSize.width() / 2, y));
-        const QString label = numStr(tarnis::colorBarValue({ m_min, m_max }, m_logScale, intervals - i, intervals));
+        const QString label = numStr(m_squareRoot && !m_logScale
+                ? tarnis::squareRootBarValue({ m_min, m_max }, intervals - i, intervals)
+                : tarnis::colorBarValue({ m_min, m_max }, m_logScale, intervals - i, intervals));
         m_labels->draw(painter,
             QRectF(right + charSize.width(), y - charSize.height() / 2, rect.width() - bar.width() - charSize.width(),
                 charSize.height()),

@@ -101,4 +101,5 @@ protected:
 
 private:
     friend class tarnis::PlotAccess;
+    bool m_squareRoot = false; // labels at equal distances of the square root, while the scale is not logarithmic
 };

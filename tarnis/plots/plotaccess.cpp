@@ -1,6 +1,7 @@
 #include "tarnis/plots/plotaccess_p.h"
 
 #include "tarnis/plots/colorbarwidget.h"
+#include "tarnis/plots/mapcoloring_p.h"
 
 #include <QAction>
 #include <QLineEdit>
@@ -29,6 +30,87 @@ PlotAccess::MapAxis PlotAccess::mapAxisX(const XY2DGraphWidget& map)
 PlotAccess::MapAxis PlotAccess::mapAxisY(const XY2DGraphWidget& map)
 {
     return { const_cast<XY2DGraphWidget&>(map).getStepY(), map.m_resolutionY };
+}
+
+MapColoring& PlotAccess::coloring(XY2DGraphWidget& map)
+{
+    if (map.m_coloring == nullptr)
+        map.m_coloring = std::make_unique<MapColoring>();
+    return *map.m_coloring;
+}
+
+bool PlotAccess::feedChosenColors(XY2DGraphWidget& map)
+{
+    constexpr int tableSteps = 32; // of the gradient in the bar
+    ColorBarWidget& bar = *map.m_colorBar;
+    const MapColoring* const chosen = map.m_coloring.get();
+    bar.m_squareRoot = chosen != nullptr && chosen->squareRoot;
+    const ColorTable* const table = tableInUse(chosen);
+    if (table == nullptr && bar.m_positions.size() == tableSteps + 1) {
+        bar.m_positions.clear();
+        bar.m_colors.clear();
+    }
+    if (table != nullptr) {
+        constexpr std::size_t last = std::tuple_size_v<ColorTable> - 1;
+        bar.m_positions.clear();
+        bar.m_colors.clear();
+        for (std::size_t i = 0; i <= tableSteps; ++i) {
+            bar.m_positions.append(static_cast<double>(i) / tableSteps);
+            bar.m_colors.append(QColor((*table)[i * last / tableSteps]));
+        }
+        return true;
+    }
+    if (chosen == nullptr || !chosen->colors)
+        return false;
+    for (std::size_t i = 0; i < chosen->colors->size(); ++i)
+        bar.updatePos(0.25 * static_cast<double>(i), (*chosen->colors)[i]);
+    return true;
+}
+
+void PlotAccess::showColors(XY2DGraphWidget& map)
+{
+    map.feedColorBar();
+    map.m_colorBar->refreshPixmap();
+}
+
+void PlotAccess::dropColors(XY2DGraphWidget& map)
+{
+    setSharedColorTable(nullptr);
+    if (map.m_coloring == nullptr)
+        return;
+    map.m_coloring->table = nullptr;
+    map.m_coloring->colors.reset();
+}
+
+void PlotAccess::setBesideBar(XY2DGraphWidget& map, int width)
+{
+    MapColoring& chosen = coloring(map);
+    map.m_margin.setRight(map.m_margin.right() + width - chosen.besideBar);
+    chosen.besideBar = width;
+    map.adjustWidgetPosition(map.size());
+    map.refreshPixmap();
+}
+
+void PlotAccess::setSquareRoot(XY2DGraphWidget& map, bool on)
+{
+    coloring(map).squareRoot = on;
+    map.refreshPixmap();
+    map.m_colorBar->refreshPixmap();
+}
+
+void PlotAccess::setSharedColors(const ScaleColors& colors)
+{
+    XY2DGraphWidget::colMin = colors[0];
+    XY2DGraphWidget::colHalfMin = colors[1];
+    XY2DGraphWidget::colHalf = colors[2];
+    XY2DGraphWidget::colHalfMax = colors[3];
+    XY2DGraphWidget::colMax = colors[4];
+}
+
+ScaleColors PlotAccess::sharedColors()
+{
+    return { XY2DGraphWidget::colMin, XY2DGraphWidget::colHalfMin, XY2DGraphWidget::colHalf,
+        XY2DGraphWidget::colHalfMax, XY2DGraphWidget::colMax };
 }
 
 void PlotAccess::openLimitEditor(XY2DGraphWidget& map, bool isUpper)

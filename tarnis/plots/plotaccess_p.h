@@ -4,6 +4,7 @@
 
 #include "tarnis/plots/axisrange.h"
 #include "tarnis/plots/multivectorgraphwidget.h"
+#include "tarnis/plots/raster/colorscale_p.h"
 #include "tarnis/plots/vectorgraphwidget.h"
 #include "tarnis/plots/xy2dgraphwidget.h"
 
@@ -12,6 +13,7 @@
 namespace tarnis {
 
 class PlotHooks;
+struct MapColoring;
 
 /// A friend of the plots.
 class PlotAccess {
@@ -74,6 +76,24 @@ public:
     {
         map.openColorBarMenu(globalPosition);
     }
+    /// The choices of tools for a map's colours, made if they are missing. The map is not repainted.
+    static MapColoring& coloring(XY2DGraphWidget& map);
+    /// Null if there are none.
+    static const MapColoring* coloring(const XY2DGraphWidget& map) { return map.m_coloring.get(); }
+    /// Shows the chosen colours in the bar; false, and as without tools, if there are none.
+    static bool feedChosenColors(XY2DGraphWidget& map);
+    /// Shows the colours in use in the bar and repaints it.
+    static void showColors(XY2DGraphWidget& map);
+    /// The scale that the map is painted with.
+    static ColorScale colorScale(const XY2DGraphWidget& map) { return map.colorScale(); }
+    /// Back to the five points, for this map and for all maps without a choice of their own.
+    static void dropColors(XY2DGraphWidget& map);
+    /// Keeps room for a tool between plot rectangle and colour bar.
+    static void setBesideBar(XY2DGraphWidget& map, int width);
+    static void setSquareRoot(XY2DGraphWidget& map, bool on);
+    /// Replaces the five points of all maps; nothing is repainted.
+    static void setSharedColors(const ScaleColors& colors);
+    static ScaleColors sharedColors();
     struct MapAxis {
         double step = 0.0;
         unsigned int resolution = 1;

@@ -5,6 +5,7 @@
 
 #include "tarnis/foundation/followlanguage_p.h"
 #include "tarnis/plots/colorbarwidget.h"
+#include "tarnis/plots/mapcoloring_p.h"
 #include "tarnis/plots/math/floatcomparison_p.h"
 #include "tarnis/plots/raster/mappainter_p.h"
 #include "tarnis/plots/xy2dgraphwidget_p.h"

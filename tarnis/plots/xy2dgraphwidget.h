@@ -24,8 +24,10 @@ namespace tarnis {
 class BinMap;
 class ColorScale;
 enum class CutContent;
+enum class FivePoints;
 struct AxisRange;
 struct BinAxis;
+struct MapColoring;
 struct ScreenPlace;
 } // namespace tarnis
 
@@ -310,4 +312,7 @@ protected:
 
 private:
     friend class tarnis::PlotAccess;
+    TARNIS_NO_EXPORT int besideBar() const;
+    TARNIS_NO_EXPORT void setFivePoints(tarnis::FivePoints palette);
+    std::unique_ptr<tarnis::MapColoring> m_coloring; // null until a tool makes a choice
 };

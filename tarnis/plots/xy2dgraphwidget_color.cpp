@@ -3,8 +3,10 @@
 
 #include "tarnis/foundation/modalbox_p.h"
 #include "tarnis/plots/colorbarwidget.h"
+#include "tarnis/plots/mapcoloring_p.h"
 #include "tarnis/plots/math/binvalues_p.h"
 #include "tarnis/plots/math/floatcomparison_p.h"
+#include "tarnis/plots/plotaccess_p.h"
 #include "tarnis/plots/raster/bincolouring_p.h"
 
 #include <QAction>
@@ -30,7 +32,15 @@ void XY2DGraphWidget::setColorBarTicks(int ticks)
 
 tarnis::ColorScale XY2DGraphWidget::colorScale() const
 {
-    return { m_minZ, m_maxZ, m_logScale, { colMin, colHalfMin, colHalf, colHalfMax, colMax } };
+    using tarnis::ScaleCurve;
+    const bool isRoot = m_coloring != nullptr && m_coloring->squareRoot;
+    const ScaleCurve curve = m_logScale ? ScaleCurve::Log : (isRoot ? ScaleCurve::SquareRoot : ScaleCurve::Linear);
+    if (const tarnis::ColorTable* table = tarnis::tableInUse(m_coloring.get()))
+        return { m_minZ, m_maxZ, curve, *table };
+    return { m_minZ, m_maxZ, curve,
+        m_coloring != nullptr && m_coloring->colors
+            ? *m_coloring->colors
+            : tarnis::ScaleColors { colMin, colHalfMin, colHalf, colHalfMax, colMax } };
 }
 
 QColor XY2DGraphWidget::getColor(double value)
@@ -63,6 +73,8 @@ void XY2DGraphWidget::setColors(QColor max, QColor halfMax, QColor half, QColor 
 
 void XY2DGraphWidget::feedColorBar()
 {
+    if (tarnis::PlotAccess::feedChosenColors(*this))
+        return;
     m_colorBar->updatePos(0.0, colMin);
     m_colorBar->updatePos(0.25, colHalfMin);
     m_colorBar->updatePos(0.5, colHalf);
@@ -121,49 +133,57 @@ void XY2DGraphWidget::onLogScale(bool on)
 
 void XY2DGraphWidget::updatePattern()
 {
+    // The five points were set: they replace what a tool has chosen.
+    tarnis::PlotAccess::dropColors(*this);
     feedColorBar();
     refreshPixmap();
     Q_EMIT onColorBarChanged(this);
 }
 
+void XY2DGraphWidget::setFivePoints(tarnis::FivePoints palette)
+{
+    const tarnis::ScaleColors colors = tarnis::fivePoints(palette);
+    setColors(colors[4], colors[3], colors[2], colors[1], colors[0]);
+}
+
 void XY2DGraphWidget::onPatternRainbow1()
 {
-    setColors(0xff0000U, 0xffff00U, 0x00ff00U, 0x0000ffU, 0x000000U);
+    setFivePoints(tarnis::FivePoints::Rainbow1);
 }
 
 void XY2DGraphWidget::onPatternRainbow2()
 {
-    setColors(0xff0000U, 0xffff00U, 0x00ff00U, 0x0000ffU, 0xff00ffU);
+    setFivePoints(tarnis::FivePoints::Rainbow2);
 }
 
 void XY2DGraphWidget::onPatternGrays()
 {
-    setColors(0xffffffU, 0xc0c0c0U, 0x808080U, 0x404040U, 0x000000U);
+    setFivePoints(tarnis::FivePoints::Grays);
 }
 
 void XY2DGraphWidget::onPatternBlueRedGreen()
 {
-    setColors(0x00ff00U, 0x808000U, 0xff0000U, 0x800080U, 0x0000ffU);
+    setFivePoints(tarnis::FivePoints::BlueRedGreen);
 }
 
 void XY2DGraphWidget::onPatternRedWhiteBlue()
 {
-    setColors(0x0000ffU, 0x8080ffU, 0xffffffU, 0xff8080U, 0xff0000U);
+    setFivePoints(tarnis::FivePoints::RedWhiteBlue);
 }
 
 void XY2DGraphWidget::onPatternCyanMagenta()
 {
-    setColors(0xff00ffU, 0xc040ffU, 0x8080ffU, 0x40c0ffU, 0x00ffffU);
+    setFivePoints(tarnis::FivePoints::CyanMagenta);
 }
 
 void XY2DGraphWidget::onPatternYellowHot()
 {
-    setColors(0xffffffU, 0xffff00U, 0xff0000U, 0x800000U, 0x000000U);
+    setFivePoints(tarnis::FivePoints::YellowHot);
 }
 
 void XY2DGraphWidget::onPatternBlue()
 {
-    setColors(0xffffffU, 0xc0c0ffU, 0x0000ffU, 0x000080U, 0x000000U);
+    setFivePoints(tarnis::FivePoints::Blue);
 }
 
 void XY2DGraphWidget::onColorReverse()

@@ -3,6 +3,7 @@
 
 #include "tarnis/plots/colorbarwidget.h"
 #include "tarnis/plots/exactdrawing_p.h"
+#include "tarnis/plots/mapcoloring_p.h"
 #include "tarnis/plots/raster/mappainter_p.h"
 #include "tarnis/plots/xy2dgraphwidget_p.h"
 
@@ -59,8 +60,14 @@ void XY2DGraphWidget::adjustWidgetPosition(QSize size)
 {
     m_autoButton->move(size.width() - m_autoButton->width() - tarnis::besideAutoButton,
         tarnis::colorBarTop - m_autoButton->sizeHint().height());
-    m_colorBar->move(size.width() - m_margin.right(), tarnis::colorBarTop);
-    m_colorBar->resize(m_margin.right(), size.height() - 2 * tarnis::colorBarTop);
+    const int barWidth = m_margin.right() - besideBar();
+    m_colorBar->move(size.width() - barWidth, tarnis::colorBarTop);
+    m_colorBar->resize(barWidth, size.height() - 2 * tarnis::colorBarTop);
+}
+
+int XY2DGraphWidget::besideBar() const
+{
+    return m_coloring != nullptr ? m_coloring->besideBar : 0;
 }
 
 void XY2DGraphWidget::resizeEvent(QResizeEvent* event)
@@ -73,7 +80,7 @@ void XY2DGraphWidget::resizeEvent(QResizeEvent* event)
 
 void XY2DGraphWidget::onColorBarSizeChanging(int width)
 {
-    m_margin.setRight(width);
+    m_margin.setRight(width + besideBar());
     m_colorBar->move(this->width() - width, tarnis::colorBarTop);
     m_colorBar->resize(width, height() - 2 * tarnis::colorBarTop);
     refreshPixmap();

@@ -95,6 +95,11 @@ private Q_SLOTS:
     void cleanup() { tarnis::setAvx2(true); }
 
     void colorsBitByBit();
+    void tablesBitByBit_data();
+    void tablesBitByBit();
+    void squareRootsBitByBit();
+    void tablesHoldThePublishedColors_data();
+    void tablesHoldThePublishedColors();
     void rowsBitByBit_data();
     void rowsBitByBit();
     void groupsBitByBit_data();
@@ -127,6 +132,108 @@ void TestColorScale::colorsBitByBit()
                                      .arg(map.logScale ? " log" : "", color.name(), expected.name())));
         }
     }
+}
+
+void TestColorScale::tablesBitByBit_data()
+{
+    QTest::addColumn<bool>("wide");
+    QTest::newRow("lanes") << true;
+    QTest::newRow("plain loops") << false;
+}
+
+void TestColorScale::tablesBitByBit()
+{
+    QFETCH(bool, wide);
+    tarnis::setAvx2(wide);
+    Generator generator = seededGenerator(11);
+    tarnis::BinPixels converter;
+    for (int i = 0; i < 1500; ++i) {
+        const MapState map = randomScale(generator);
+        const auto name = static_cast<tarnis::TableName>(generator() % tarnis::tableCount);
+        const auto curve = generator() % 3;
+        const tarnis::ColorTable& table = tarnis::colorTable(name);
+        const std::vector<QRgb> entries(table.begin(), table.end());
+        const tarnis::ColorScale scale(map.minZ, map.maxZ, static_cast<tarnis::ScaleCurve>(curve), table);
+        QVERIFY(scale.isOpaque());
+        converter.setScale(scale);
+        std::vector<double> values(generator() % 300);
+        for (double& value : values)
+            value = randomValue(generator, map);
+        std::vector<QRgb> pixels(values.size(), 7U);
+        converter.convert(values.data(), static_cast<int>(values.size()), pixels.data());
+        for (std::size_t k = 0; k < values.size(); ++k) {
+            const QColor expected =
+                oracleTableColor(entries, map.minZ, map.maxZ, static_cast<OracleCurve>(curve), values[k]);
+            const QRgb pixel = oracleEqual(values[k], 0.0) ? 0U : penPixel(expected);
+            if (scale.color(values[k]) != expected || pixels[k] != pixel)
+                QFAIL(qPrintable(QStringLiteral("%1 on %2 to %3, curve %4: %5 for %6")
+                                     .arg(values[k], 0, 'g', 17)
+                                     .arg(map.minZ, 0, 'g', 17)
+                                     .arg(map.maxZ, 0, 'g', 17)
+                                     .arg(curve)
+                                     .arg(pixels[k], 8, 16)
+                                     .arg(pixel, 8, 16)));
+        }
+    }
+}
+
+/// Five colours on a square root scale are those of the roots on a linear one.
+void TestColorScale::squareRootsBitByBit()
+{
+    Generator generator = seededGenerator(12);
+    for (int i = 0; i < 1000; ++i) {
+        const MapState map = randomScale(generator);
+        MapState roots = map;
+        roots.logScale = false;
+        roots.minZ = map.minZ < 0.0 ? 0.0 : std::sqrt(map.minZ);
+        roots.maxZ = map.maxZ < 0.0 ? 0.0 : std::sqrt(map.maxZ);
+        const tarnis::ColorScale scale(map.minZ, map.maxZ, tarnis::ScaleCurve::SquareRoot, map.colors);
+        std::vector<double> values(100);
+        for (double& value : values)
+            value = randomValue(generator, map);
+        std::vector<QRgb> pixels(values.size());
+        scale.pixels(values.data(), static_cast<int>(values.size()), pixels.data());
+        for (std::size_t k = 0; k < values.size(); ++k) {
+            const QColor expected = oracleColor(roots, values[k] < 0.0 ? 0.0 : std::sqrt(values[k]));
+            QCOMPARE(scale.color(values[k]), expected);
+            QCOMPARE(pixels[k], penPixel(expected));
+        }
+    }
+}
+
+void TestColorScale::tablesHoldThePublishedColors_data()
+{
+    QTest::addColumn<int>("name");
+    QTest::addColumn<QColor>("low");
+    QTest::addColumn<QColor>("middle");
+    QTest::addColumn<QColor>("high");
+    const auto row = [](const char* text, tarnis::TableName name, QRgb low, QRgb middle, QRgb high) {
+        QTest::newRow(text) << static_cast<int>(name) << QColor(low) << QColor(middle) << QColor(high);
+    };
+    using tarnis::TableName;
+    row("viridis", TableName::Viridis, 0x440154, 0x21918c, 0xfde725);
+    row("cividis", TableName::Cividis, 0x00224e, 0x7d7c78, 0xfee838);
+    row("magma", TableName::Magma, 0x000004, 0xb73779, 0xfcfdbf);
+    row("inferno", TableName::Inferno, 0x000004, 0xbc3754, 0xfcffa4);
+    row("turbo", TableName::Turbo, 0x30123b, 0xa4fc3c, 0x7a0403);
+    row("greys", TableName::Greys, 0x000000, 0x808080, 0xffffff);
+    row("diverging", TableName::Diverging, 0x3b4cc0, 0xdddddd, 0xb40426);
+}
+
+void TestColorScale::tablesHoldThePublishedColors()
+{
+    QFETCH(int, name);
+    QFETCH(QColor, low);
+    QFETCH(QColor, middle);
+    QFETCH(QColor, high);
+    const tarnis::ColorTable& table = tarnis::colorTable(static_cast<tarnis::TableName>(name));
+    const auto isNear = [](const QColor& a, const QColor& b) {
+        return std::abs(a.red() - b.red()) <= 2 && std::abs(a.green() - b.green()) <= 2
+            && std::abs(a.blue() - b.blue()) <= 2;
+    };
+    QCOMPARE(QColor(table.front()), low);
+    QVERIFY2(isNear(QColor(table[128]), middle), qPrintable(QColor(table[128]).name()));
+    QCOMPARE(QColor(table.back()), high);
 }
 
 void TestColorScale::rowsBitByBit_data()

@@ -83,6 +83,37 @@ QColor oracleColor(const MapState& map, double value)
     return blend(map.colors[3], map.colors[4], (v - q3) / (hi - q3));
 }
 
+namespace {
+
+double oracleCurved(OracleCurve curve, double value)
+{
+    switch (curve) {
+    case OracleCurve::Log:
+        return value > 0.0 ? std::log10(value) : 0.0;
+    case OracleCurve::SquareRoot:
+        return value < 0.0 ? 0.0 : std::sqrt(value);
+    default:
+        return value;
+    }
+}
+
+} // namespace
+
+QColor oracleTableColor(const std::vector<QRgb>& table, double low, double high, OracleCurve curve, double value)
+{
+    const double from = oracleCurved(curve, low) + 0.0; // no negative zero
+    const double to = oracleCurved(curve, high) + 0.0;
+    const double t = (oracleCurved(curve, value) - from) / (to - from);
+    if (std::isnan(t))
+        return {};
+    const auto entries = static_cast<double>(table.size());
+    for (std::size_t i = 0; i + 1 < table.size(); ++i) {
+        if (t * entries < static_cast<double>(i + 1))
+            return QColor(table[i]);
+    }
+    return QColor(table.back());
+}
+
 double oracleStepX(const MapState& map)
 {
     if (!oracleEqual(map.stepX, 0.0))

@@ -10,6 +10,7 @@
 #include <QString>
 
 #include <array>
+#include <vector>
 
 class QPainter;
 
@@ -36,6 +37,12 @@ struct MapState {
 bool oracleEqual(double a, double b);
 
 QColor oracleColor(const MapState& map, double value);
+
+/// How values are taken before they are compared with the limits.
+enum class OracleCurve { Linear, Log, SquareRoot };
+
+/// The entry of a table of colours for a value between two limits. Invalid where it is undefined.
+QColor oracleTableColor(const std::vector<QRgb>& table, double low, double high, OracleCurve curve, double value);
 double oracleStepX(const MapState& map);
 double oracleStepY(const MapState& map);
 

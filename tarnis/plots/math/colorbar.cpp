@@ -20,4 +20,12 @@ double colorBarValue(AxisRange range, bool logScale, int mark, int intervals)
     return std::pow(10.0, mark * (high - low) / intervals + low);
 }
 
+double squareRootBarValue(AxisRange range, int mark, int intervals)
+{
+    const double low = std::sqrt(std::max(range.min, 0.0));
+    const double high = std::sqrt(std::max(range.max, 0.0));
+    const double root = mark * (high - low) / intervals + low;
+    return root * root;
+}
+
 } // namespace tarnis

@@ -12,4 +12,7 @@ int fittingIntervals(int wanted, int barHeight, int lineHeight);
 /// exponent, and an end at or below 0 counts as 1.
 double colorBarValue(AxisRange range, bool logScale, int mark, int intervals);
 
+/// The same at equal distances of the square root; an end below 0 counts as 0.
+double squareRootBarValue(AxisRange range, int mark, int intervals);
+
 } // namespace tarnis

@@ -158,6 +158,35 @@ TARNIS_AVX2 void blendWide(const ScaleRanges& ranges, const double* values, int 
     std::copy_n(restPixels.begin(), count - i, pixels + i);
 }
 
+TARNIS_AVX2 void pickWide(const TableRange& range, const double* values, int count, QRgb* pixels)
+{
+    const __m256d low = _mm256_set1_pd(range.low);
+    const __m256d width = _mm256_set1_pd(range.width);
+    const __m256d size = _mm256_set1_pd(range.size);
+    const __m256d last = _mm256_set1_pd(range.size - 1);
+    alignas(32) std::array<double, lanes> rest {};
+    alignas(16) std::array<int, lanes> places {};
+    alignas(16) std::array<QRgb, lanes> picked {};
+    for (int i = 0; i < count; i += lanes) {
+        const int here = std::min(lanes, count - i);
+        const double* from = values + i;
+        if (here < lanes)
+            from = std::copy_n(from, here, rest.begin()) - here;
+        const __m256d t = _mm256_div_pd(_mm256_sub_pd(_mm256_loadu_pd(from), low), width);
+        const __m256d isNumber = _mm256_cmp_pd(t, t, _CMP_ORD_Q);
+        // max and min return their second operand where the first is not a number.
+        const __m256d step = _mm256_min_pd(_mm256_max_pd(_mm256_mul_pd(t, size), _mm256_setzero_pd()), last);
+        _mm_store_si128(reinterpret_cast<__m128i*>(places.data()), _mm256_cvttpd_epi32(step));
+        for (std::size_t k = 0; k < lanes; ++k)
+            picked[k] = range.table[places[k]];
+        const __m128i undefined = _mm_set1_epi32(static_cast<int>(ScaleRanges::undefinedPixel));
+        const __m128i found = _mm_load_si128(reinterpret_cast<const __m128i*>(picked.data()));
+        _mm_store_si128(
+            reinterpret_cast<__m128i*>(picked.data()), _mm_blendv_epi8(undefined, found, narrowed(isNumber)));
+        std::copy_n(picked.begin(), here, pixels + i);
+    }
+}
+
 TARNIS_AVX2 void clearSmallWide(const double* values, int count, double least, QRgb* pixels)
 {
     const __m256d limit = _mm256_set1_pd(least);
@@ -245,6 +274,10 @@ bool hasAvx2()
 }
 
 void blendWide(const ScaleRanges&, const double*, int, QRgb*)
+{
+}
+
+void pickWide(const TableRange&, const double*, int, QRgb*)
 {
 }
 

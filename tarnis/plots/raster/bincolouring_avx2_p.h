@@ -36,6 +36,18 @@ struct ScaleRanges {
 /// Blends `count` values; the bases are finite and ascend.
 void blendWide(const ScaleRanges& ranges, const double* values, int count, QRgb* pixels);
 
+/// A table of colours over a range of values.
+struct TableRange {
+    double low = 0.0;
+    double width = 0.0; ///< of the range; may be negative
+    const QRgb* table = nullptr;
+    int size = 0; ///< of the table
+};
+
+/// Picks the entry at (value - low) / width * size, truncated and limited to the table; ScaleRanges::undefinedPixel
+/// where that is not a number.
+void pickWide(const TableRange& range, const double* values, int count, QRgb* pixels);
+
 /// Sets to 0 the pixels of values that are at most `least` in magnitude, or infinite.
 void clearSmallWide(const double* values, int count, double least, QRgb* pixels);
 

@@ -22,12 +22,17 @@ bool isOpaqueColor(const QColor& color)
 } // namespace
 
 ColorScale::ColorScale(double low, double high, bool logScale, const ScaleColors& colors)
-    : m_logScale(logScale)
+    : ColorScale(low, high, logScale ? ScaleCurve::Log : ScaleCurve::Linear, colors)
+{
+}
+
+ColorScale::ColorScale(double low, double high, ScaleCurve curve, const ScaleColors& colors)
+    : m_curve(curve)
     , m_ascending(true)
     , m_colors(colors)
 {
-    m_ranges.low = logScale ? logarithm(low) : low;
-    m_ranges.high = logScale ? logarithm(high) : high;
+    m_ranges.low = curved(low);
+    m_ranges.high = curved(high);
     m_ranges.lowPixel = colors.front().isValid() ? colors.front().rgb() : ScaleRanges::undefinedPixel;
     m_ranges.highPixel = colors.back().isValid() ? colors.back().rgb() : ScaleRanges::undefinedPixel;
     const double from = m_ranges.low;
@@ -45,9 +50,22 @@ ColorScale::ColorScale(double low, double high, bool logScale, const ScaleColors
     }
 }
 
+ColorScale::ColorScale(double low, double high, ScaleCurve curve, const ColorTable& table)
+    : m_curve(curve)
+    , m_table(&table)
+{
+    // A zero of either sign is the same limit: equal limits must not differ in the sign of their width.
+    m_ranges.low = curved(low) + 0.0;
+    m_ranges.high = curved(high) + 0.0;
+}
+
 QColor ColorScale::color(double value) const
 {
-    const double v = m_logScale ? logarithm(value) : value;
+    const double v = curved(value);
+    if (m_table != nullptr) {
+        const double t = (v - m_ranges.low) / (m_ranges.high - m_ranges.low);
+        return std::isnan(t) ? QColor() : QColor(tablePixel(v));
+    }
     const int index = rangeOf(v);
     if (index == below)
         return m_colors.front();
@@ -64,34 +82,53 @@ QColor ColorScale::color(double value) const
 
 void ColorScale::pixels(const double* values, int count, QRgb* pixels) const
 {
-    if (!m_ascending || !hasAvx2()) {
+    if ((m_table == nullptr && !m_ascending) || !hasAvx2()) {
         for (int i = 0; i < count; ++i)
             pixels[i] = pixel(values[i]);
         return;
     }
-    if (!m_logScale) {
-        blendWide(m_ranges, values, count, pixels);
+    if (m_curve == ScaleCurve::Linear) {
+        pixelsOfCurved(values, count, pixels);
         return;
     }
     constexpr int block = 256;
-    std::array<double, block> logarithms {};
+    std::array<double, block> onCurve {};
     for (int first = 0; first < count; first += block) {
         const int inBlock = std::min(block, count - first);
-        for (int i = 0; i < inBlock; ++i)
-            logarithms[static_cast<std::size_t>(i)] = logarithm(values[first + i]);
-        blendWide(m_ranges, logarithms.data(), inBlock, pixels + first);
+        curveAll(values + first, inBlock, onCurve.data());
+        pixelsOfCurved(onCurve.data(), inBlock, pixels + first);
     }
+}
+
+void ColorScale::curveAll(const double* values, int count, double* curvedValues) const
+{
+    if (m_curve == ScaleCurve::Log) {
+        for (int i = 0; i < count; ++i)
+            curvedValues[i] = logarithm(values[i]);
+        return;
+    }
+    for (int i = 0; i < count; ++i)
+        curvedValues[i] = squareRoot(values[i]);
+}
+
+void ColorScale::pixelsOfCurved(const double* values, int count, QRgb* pixels) const
+{
+    if (m_table == nullptr)
+        blendWide(m_ranges, values, count, pixels);
+    else
+        pickWide({ m_ranges.low, m_ranges.high - m_ranges.low, m_table->data(), std::tuple_size_v<ColorTable> }, values,
+            count, pixels);
 }
 
 bool ColorScale::isOpaque() const
 {
-    return isOpaqueColor(m_colors.front()) && isOpaqueColor(m_colors.back());
+    return m_table != nullptr || (isOpaqueColor(m_colors.front()) && isOpaqueColor(m_colors.back()));
 }
 
 bool ColorScale::operator==(const ColorScale& other) const
 {
-    return m_ranges.low == other.m_ranges.low && m_ranges.high == other.m_ranges.high && m_logScale == other.m_logScale
-        && m_colors == other.m_colors;
+    return m_ranges.low == other.m_ranges.low && m_ranges.high == other.m_ranges.high && m_curve == other.m_curve
+        && m_table == other.m_table && m_colors == other.m_colors;
 }
 
 double ColorScale::logarithm(double value)

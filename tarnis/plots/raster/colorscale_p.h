@@ -1,25 +1,40 @@
-// The colour of a bin: five colours at equal distances over a range of values, on a linear or a logarithmic scale.
-// Values in, colours out; no widget.
+// The colour of a bin: five colours at equal distances over a range of values, or a table of many; on a linear, a
+// logarithmic or a square root scale. Values in, colours out; no widget.
 #pragma once
 
 #include "tarnis/plots/raster/bincolouring_avx2_p.h"
+#include "tarnis/plots/raster/colortables_p.h"
 
 #include <QColor>
 
 #include <array>
+#include <cmath>
 
 namespace tarnis {
 
 /// Five points of the scale, from its lower end to its upper one.
 using ScaleColors = std::array<QColor, 5>;
 
+/// How the colours are spread over the values.
+enum class ScaleCurve {
+    Linear,
+    Log, ///< values at or below 0 count as 1
+    SquareRoot ///< values below 0 count as 0
+};
+
 /// Maps values to colours. A blend of a and b takes each channel as b * t + a * (1 - t), truncated. The order of these
 /// operations is binding: between two equal channels the result can be one lower, so no table of levels gives the same.
+///
+/// With a table a value v takes the entry t * 256, truncated and limited to the table, for t = (v - low) / (high - low)
+/// in this order, each of the three taken on the scale's curve.
 class ColorScale {
 public:
     ColorScale() = default;
     /// Range from `low` to `high`, which need not ascend; on a log scale values at or below 0 count as 1.
     ColorScale(double low, double high, bool logScale, const ScaleColors& colors);
+    ColorScale(double low, double high, ScaleCurve curve, const ScaleColors& colors);
+    /// By a table, which must outlive the scale.
+    ColorScale(double low, double high, ScaleCurve curve, const ColorTable& table);
 
     /// An end colour as it stands beyond the range, an opaque blend inside it. Invalid where the blend is undefined:
     /// for NaN, and for a value that equals both ends.
@@ -28,7 +43,9 @@ public:
     /// What a pen of color() paints on a raster device: an invalid colour is black.
     QRgb pixel(double value) const
     {
-        const double v = m_logScale ? logarithm(value) : value;
+        const double v = curved(value);
+        if (m_table != nullptr)
+            return tablePixel(v);
         return m_ascending ? ascendingPixel(v) : anyPixel(v);
     }
 
@@ -46,6 +63,15 @@ private:
     static constexpr int above = 4; ///< the upper end
 
     static double logarithm(double value);
+    static double squareRoot(double value) { return value < 0.0 ? 0.0 : std::sqrt(value); }
+    double curved(double value) const
+    {
+        if (m_curve == ScaleCurve::Linear)
+            return value;
+        return m_curve == ScaleCurve::Log ? logarithm(value) : squareRoot(value);
+    }
+    void curveAll(const double* values, int count, double* curvedValues) const;
+    void pixelsOfCurved(const double* values, int count, QRgb* pixels) const;
     int rangeOf(double v) const;
     QRgb anyPixel(double v) const;
 
@@ -72,8 +98,19 @@ private:
         return v < r.low ? r.lowPixel : (v > r.high ? r.highPixel : between);
     }
 
-    ScaleRanges m_ranges; ///< of the values, or of their logarithms on a log scale
-    bool m_logScale = false;
+    QRgb tablePixel(double v) const
+    {
+        const double t = (v - m_ranges.low) / (m_ranges.high - m_ranges.low);
+        if (std::isnan(t))
+            return ScaleRanges::undefinedPixel;
+        constexpr double last = std::tuple_size_v<ColorTable> - 1;
+        const double step = t * (last + 1.0);
+        return (*m_table)[static_cast<std::size_t>(step < 0.0 ? 0.0 : (step > last ? last : step))];
+    }
+
+    ScaleRanges m_ranges; ///< of the values on the scale's curve
+    ScaleCurve m_curve = ScaleCurve::Linear;
+    const ColorTable* m_table = nullptr; ///< null for five colours
     bool m_ascending = false; ///< the five points are finite and ascend
     ScaleColors m_colors;
 };

@@ -1,0 +1,20 @@
+// Colour maps as tables of 256 colours at equal steps.
+#pragma once
+
+#include <QRgb>
+
+#include <array>
+#include <cstddef>
+
+namespace tarnis {
+
+/// The colours of 256 equal steps, from the lower limit of a scale to its upper one. All are opaque.
+using ColorTable = std::array<QRgb, 256>;
+
+/// The tables of the library. They exist as long as the process.
+enum class TableName { Viridis, Cividis, Magma, Inferno, Turbo, Greys, Diverging };
+constexpr std::size_t tableCount = 7;
+
+const ColorTable& colorTable(TableName name);
+
+} // namespace tarnis
