@@ -3,6 +3,7 @@
 // milliseconds of the thread's processor time.
 //
 //   map, spelt   bins of the map: this library, and one drawing call for each bin; auto scale of Z included
+//   table        the map with the 256 colours of viridis instead of five points
 //   qcpMap       QCustomPlot's map image made and drawn, its colours rounded to a table
 //   plot         change of one bin, redraw of the picture, repaint of the window
 //   qcpPlot      change of one cell, replot of QCustomPlot with immediate refresh; it has what the plot has: names of
@@ -11,6 +12,8 @@
 //   qcpBare      the same without names and scale
 #include "measure.h"
 #include "support/map2dprobe.h"
+
+#include <tarnis/tools/colourmaps.h>
 
 #include <qcustomplot.h>
 
@@ -191,7 +194,10 @@ void map(benchmark::State& state, Values values, bool logScale)
     Peer peer(plot, logScale, Peer::WithScaleAndNames);
     Peer bare(plot, logScale, Peer::MapOnly);
     QPixmap pixmap(plot.size());
+    Plot withTable(randomRows(static_cast<int>(state.range(0)), values), logScale);
+    tarnis::ColourMaps::apply(withTable, QStringLiteral("viridis"));
     Times product;
+    Times table;
     Times spelt;
     Times peerMap;
     Times whole;
@@ -215,6 +221,7 @@ void map(benchmark::State& state, Values values, bool logScale)
     int round = 0;
     for (auto _ : state) {
         state.SetIterationTime(product.take([&] { drawMap(plot, pixmap); }) * 1e-3);
+        table.take([&] { drawMap(withTable, pixmap); });
         if (round++ % 4 == 0)
             spelt.take([&] { drawSpeltOut(plot, pixmap); });
         peerMap.take([&] {
@@ -235,6 +242,8 @@ void map(benchmark::State& state, Values values, bool logScale)
         });
     }
     state.counters["map"] = product.median();
+    state.counters["table"] = table.median();
+    state.counters["table/map"] = table.median() / product.median();
     state.counters["spelt"] = spelt.median();
     state.counters["spelt/map"] = spelt.median() / product.median();
     state.counters["qcpMap"] = peerMap.median();

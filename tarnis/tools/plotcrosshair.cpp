@@ -2,6 +2,7 @@
 
 #include "tarnis/plots/plotmapping.h"
 #include "tarnis/plots/xygraphwidget.h"
+#include "tarnis/tools/plotcurves_p.h"
 #include "tarnis/tools/plotlabel_p.h"
 #include "tarnis/tools/plotreadout_p.h"
 
@@ -20,11 +21,6 @@ namespace {
 constexpr int crosshairZOrder = 50;
 constexpr double dotRadius = 3.0;
 const QColor lineColor(235, 235, 235);
-
-double middleOf(AxisRange range)
-{
-    return range.min + (range.max - range.min) / 2.0;
-}
 
 } // namespace
 

@@ -1,9 +1,8 @@
 #include "tarnis/tools/plotreadout_p.h"
 
-#include "tarnis/plots/curvenames.h"
-#include "tarnis/plots/math/seriesgrouping_p.h"
 #include "tarnis/plots/plotaccess_p.h"
 #include "tarnis/plots/plotmapping.h"
+#include "tarnis/tools/plotcurves_p.h"
 
 #include <QCoreApplication>
 
@@ -23,12 +22,6 @@ struct ReadOut {
 bool isWhole(double value)
 {
     return std::abs(value) <= largestWhole && std::trunc(value) == value;
-}
-
-/// Seventeen digits bring a double back as it was.
-QString exactNumber(double value)
-{
-    return isWhole(value) ? QString::number(value, 'f', 0) : QString::number(value, 'g', 17);
 }
 
 QString valueText(const ReadOutValue& value)
@@ -52,39 +45,16 @@ QString binText(const QString& name, qsizetype bin, AxisRange edges)
         .trimmed();
 }
 
-void readCurves(PlotReadOut& readOut, const MultiVectorGraphWidget& plot)
-{
-    const QList<Series>& series = PlotAccess::series(plot);
-    const auto type = PlotAccess::addType(plot);
-    const int groupSize = PlotAccess::groupSize(plot);
-    const QList<SummedCurve> curves = curvesOf(series, type, groupSize);
-    for (qsizetype i = 0; i < curves.size(); ++i) {
-        const SummedCurve& curve = curves.at(i);
-        const qsizetype length = lengthOf(series, curve);
-        if (!curve.enable || curve.records.isEmpty() || length == 0)
-            continue;
-        std::optional<double> sum;
-        if (readOut.column < length) {
-            sum = 0.0;
-            for (const int record : curve.records) {
-                const QList<double>& values = series.at(record).values;
-                if (readOut.column < values.size())
-                    *sum += values.at(readOut.column);
-            }
-        }
-        const bool isSeries = type == AddType::AddNone || (type == AddType::AddEachGroup && groupSize == 1);
-        const QString given = isSeries ? seriesName(plot, static_cast<int>(i)) : QString();
-        readOut.values.append({ given.isEmpty() ? QString::number(i + plot.m_firstNumber) : given, curve.color, sum });
-    }
-    if (readOut.values.size() == 1)
-        readOut.values.first().name.clear();
-}
-
 } // namespace
 
 QString readOutNumber(double value)
 {
     return isWhole(value) ? QString::number(value, 'f', 0) : QString::number(value, 'g', digitsOfReals);
+}
+
+QString exactNumber(double value)
+{
+    return isWhole(value) ? QString::number(value, 'f', 0) : QString::number(value, 'g', 17);
 }
 
 PlotReadOut readOutAt(const XYGraphWidget& plot, const PlotMapping& mapping, double x, double y)
@@ -108,10 +78,10 @@ PlotReadOut readOutAt(const XYGraphWidget& plot, const PlotMapping& mapping, dou
         const QList<double>& row = PlotAccess::rows(*map).at(readOut.row);
         readOut.values.append({ {}, Qt::white,
             readOut.column < row.size() ? std::optional<double>(row.at(readOut.column)) : std::nullopt });
-    } else if (const auto* curves = qobject_cast<const MultiVectorGraphWidget*>(&plot)) {
-        readCurves(readOut, *curves);
-    } else if (const auto* curve = qobject_cast<const VectorGraphWidget*>(&plot)) {
-        readOut.values.append({ {}, Qt::white, PlotAccess::samples(*curve).at(readOut.column) });
+    } else {
+        const QList<ShownCurve> curves = shownCurves(plot);
+        for (const ShownCurve& curve : curves)
+            readOut.values.append({ curve.name, curve.color, curve.at(readOut.column) });
     }
     return readOut;
 }

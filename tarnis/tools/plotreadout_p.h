@@ -48,4 +48,7 @@ PlotReadOut readOutAt(const XYGraphWidget& plot, const PlotMapping& mapping, dou
 /// A number as a read-out has it: all digits of whole numbers, seven of others.
 QString readOutNumber(double value);
 
+/// A number as a table has it: all digits of whole numbers, seventeen of others, which bring a double back as it was.
+QString exactNumber(double value);
+
 } // namespace tarnis

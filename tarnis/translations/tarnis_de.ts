@@ -849,6 +849,108 @@
     </message>
 </context>
 <context>
+    <name>tarnis::ColourLevels</name>
+    <message>
+        <source>Histogram of the Colours</source>
+        <translation>Histogramm der Farben</translation>
+    </message>
+    <message>
+        <source>Colours and Scale</source>
+        <translation>Farben und Skala</translation>
+    </message>
+    <message>
+        <source>Colours of This Map</source>
+        <translation>Farben dieser Karte</translation>
+    </message>
+    <message>
+        <source>Colours of All Maps</source>
+        <translation>Farben aller Karten</translation>
+    </message>
+    <message>
+        <source>Linear Scale</source>
+        <translation>Lineare Skala</translation>
+    </message>
+    <message>
+        <source>Square Root Scale</source>
+        <translation>Wurzelskala</translation>
+    </message>
+    <message>
+        <source>Logarithmic Scale</source>
+        <translation>Logarithmische Skala</translation>
+    </message>
+    <message>
+        <source>Limits Follow the Data</source>
+        <translation>Grenzen folgen den Daten</translation>
+    </message>
+    <message>
+        <source>Limits at %1 and %2 % of the Bins</source>
+        <translation>Grenzen bei %1 und %2 % der Bins</translation>
+    </message>
+</context>
+<context>
+    <name>tarnis::ColourMaps</name>
+    <message>
+        <source>Viridis</source>
+        <translation>Viridis</translation>
+    </message>
+    <message>
+        <source>Cividis (safe for colour-blind users)</source>
+        <translation>Cividis (auch bei Farbenblindheit)</translation>
+    </message>
+    <message>
+        <source>Magma</source>
+        <translation>Magma</translation>
+    </message>
+    <message>
+        <source>Inferno</source>
+        <translation>Inferno</translation>
+    </message>
+    <message>
+        <source>Turbo</source>
+        <translation>Turbo</translation>
+    </message>
+    <message>
+        <source>Greys</source>
+        <translation>Graustufen</translation>
+    </message>
+    <message>
+        <source>Diverging, blue to red</source>
+        <translation>Divergierend, blau bis rot</translation>
+    </message>
+    <message>
+        <source>Five points: rainbow from black</source>
+        <translation>Fünf Punkte: Regenbogen ab Schwarz</translation>
+    </message>
+    <message>
+        <source>Five points: rainbow from magenta</source>
+        <translation>Fünf Punkte: Regenbogen ab Magenta</translation>
+    </message>
+    <message>
+        <source>Five points: greys</source>
+        <translation>Fünf Punkte: Graustufen</translation>
+    </message>
+    <message>
+        <source>Five points: blue, red, green</source>
+        <translation>Fünf Punkte: Blau, Rot, Grün</translation>
+    </message>
+    <message>
+        <source>Five points: red, white, blue</source>
+        <translation>Fünf Punkte: Rot, Weiß, Blau</translation>
+    </message>
+    <message>
+        <source>Five points: cyan, magenta</source>
+        <translation>Fünf Punkte: Cyan, Magenta</translation>
+    </message>
+    <message>
+        <source>Five points: black, red, yellow, white</source>
+        <translation>Fünf Punkte: Schwarz, Rot, Gelb, Weiß</translation>
+    </message>
+    <message>
+        <source>Five points: black, blue, white</source>
+        <translation>Fünf Punkte: Schwarz, Blau, Weiß</translation>
+    </message>
+</context>
+<context>
     <name>tarnis::Connection</name>
     <message>
         <source>The server sent bytes that no request asked for.</source>
@@ -1287,6 +1389,17 @@
     </message>
 </context>
 <context>
+    <name>tarnis::LevelStrip</name>
+    <message>
+        <source>Colour levels</source>
+        <translation>Farbgrenzen</translation>
+    </message>
+    <message>
+        <source>Histogram of the values of the map. Drag a line to set the limits of the colours, or the space between both. Keys: Left and Right choose a line, Up and Down move it, Home follows the data.</source>
+        <translation>Histogramm der Werte der Karte. Ziehen Sie eine Linie, um eine Grenze der Farben zu setzen, oder den Raum zwischen beiden. Tasten: Links und Rechts wählen eine Linie, Auf und Ab bewegen sie, Pos1 folgt den Daten.</translation>
+    </message>
+</context>
+<context>
     <name>tarnis::LiveMap</name>
     <message>
         <source>X</source>
@@ -1524,6 +1637,29 @@
     </message>
 </context>
 <context>
+    <name>tarnis::PlotMarkers</name>
+    <message>
+        <source>Name of the marker</source>
+        <translation>Name der Marke</translation>
+    </message>
+    <message>
+        <source>Move Markers</source>
+        <translation>Marken bewegen</translation>
+    </message>
+    <message>
+        <source>Set a Marker</source>
+        <translation>Marke setzen</translation>
+    </message>
+    <message>
+        <source>Remove the Selected Marker</source>
+        <translation>Gewählte Marke entfernen</translation>
+    </message>
+    <message>
+        <source>Copy the Table of Markers</source>
+        <translation>Tabelle der Marken kopieren</translation>
+    </message>
+</context>
+<context>
     <name>tarnis::PlotNavigator</name>
     <message>
         <source>There is no earlier view.</source>
@@ -1568,6 +1704,17 @@
     <message>
         <source>Grid</source>
         <translation>Gitter</translation>
+    </message>
+</context>
+<context>
+    <name>tarnis::PlotRuler</name>
+    <message>
+        <source>Ruler</source>
+        <translation>Lineal</translation>
+    </message>
+    <message>
+        <source>Copy the Reading of the Ruler</source>
+        <translation>Ablesung des Lineals kopieren</translation>
     </message>
 </context>
 <context>

@@ -1,0 +1,55 @@
+// The curves that a plot shows, for tools that calculate with them.
+#pragma once
+
+#include "tarnis/plots/axisrange.h"
+
+#include <QColor>
+#include <QList>
+#include <QString>
+
+#include <optional>
+
+class XYGraphWidget;
+
+namespace tarnis {
+
+class PlotMapping;
+
+/// A curve that is shown. It shares the plot's samples and keeps them as they are when the plot gets others.
+struct ShownCurve {
+    QString name; ///< as the host named it, else its number; empty where there is one curve
+    QColor color;
+    QList<QList<double>> parts; ///< of a sum several; the first has the length of the curve
+
+    qsizetype size() const { return parts.isEmpty() ? 0 : parts.constFirst().size(); }
+    /// The sample, or the sum of the parts that have it. Nothing outside of the curve.
+    std::optional<double> at(qsizetype index) const;
+    /// at(), or NaN outside of the curve.
+    double valueAt(qsizetype index) const;
+};
+
+/// The visible curves in the order of the plot; none for a map.
+QList<ShownCurve> shownCurves(const XYGraphWidget& plot);
+
+/// True if both hold the same samples. Quick: compares where they are stored, since samples in use never change.
+bool isSameData(const QList<ShownCurve>& a, const QList<ShownCurve>& b);
+
+/// Bins from `first` to `last`, both included; none if `first` is larger.
+struct BinsInView {
+    qsizetype first = 0;
+    qsizetype last = -1;
+};
+
+/// The columns that are at least partly in view.
+BinsInView columnsInView(const PlotMapping& mapping);
+/// The columns, or rows, that a range reaches.
+BinsInView columnsBetween(const PlotMapping& mapping, AxisRange x);
+BinsInView rowsBetween(const PlotMapping& mapping, AxisRange y);
+
+/// The middle of a range.
+inline double middleOf(AxisRange range)
+{
+    return range.min + (range.max - range.min) / 2.0;
+}
+
+} // namespace tarnis

@@ -1,0 +1,87 @@
+// Measuring between two places of a plot.
+#pragma once
+
+#include <tarnis/plots/plotoverlay.h>
+#include <tarnis/tools/interactivetool.h>
+
+#include <QPointF>
+
+namespace tarnis {
+
+struct RulerReading;
+
+/// A ruler between two places A and B. A line in the plot reads the distances along both axes, the inverse of the one
+/// along X, the ratio of the values at B and A, on a logarithmic axis the decades, and the sum of the bins between the
+/// ends, both included: of each visible curve, or of the rectangle of a map.
+///
+/// While the tool is on, a left drag in the plot draws the ruler, and a drag of an end moves that end. The ends snap to
+/// the middles of bins; on curves they stick to the first visible curve and follow it when data arrive. With the
+/// keyboard on the plot, R switches the tool, Ctrl+C copies the reading as a table, Escape takes a drag back, then
+/// removes the ruler, then switches the tool off. The ruler stays visible while the tool is off, and appears in saved
+/// pictures.
+class TARNIS_EXPORT PlotRuler : public InteractiveTool, protected PlotOverlay {
+    Q_OBJECT
+
+public:
+    /// Attaches to the plot, which owns the ruler. It is switched off, and there is none yet.
+    explicit PlotRuler(XYGraphWidget* plot);
+    ~PlotRuler() override;
+
+    bool isOn() const; ///< a left drag draws a ruler
+    bool isSet() const; ///< there is a ruler
+    /// The ends in units of the axes; on curves y is the value of the first visible curve there. (0, 0) without a
+    /// ruler.
+    /// @{
+    QPointF from() const;
+    QPointF to() const;
+    /// @}
+    QString text() const; ///< the line as shown; empty without a ruler
+    QString table() const; ///< header and numbers, separated by tabs; empty without a ruler
+
+    QList<QAction*> actions() const override;
+    QString stateName() const override;
+    QJsonObject saveState() const override;
+    void restoreState(const QJsonObject& state) override;
+
+public Q_SLOTS:
+    void setOn(bool on); ///< see isOn(); a drag under way is taken back
+    void setEnds(const QPointF& from, const QPointF& to); ///< sets the ruler; ends that are not finite are ignored
+    void clear(); ///< removes the ruler
+    void copy() const; ///< the table to the clipboard; without a ruler nothing changes
+
+Q_SIGNALS:
+    void textChanged(const QString& text); ///< see text()
+    void onChanged(bool on); ///< see isOn()
+
+protected:
+    bool handleEvent(QEvent* event) override;
+    void plotChanged(Changes changes) override;
+    void paintOverlay(QPainter& painter, const PlotMapping& mapping) override;
+
+private:
+    enum class Grip { None, From, To };
+
+    TARNIS_NO_EXPORT void makeActions();
+    TARNIS_NO_EXPORT void updateActions();
+    TARNIS_NO_EXPORT QPointF snapped(const PlotMapping& mapping, const QPointF& position) const;
+    TARNIS_NO_EXPORT RulerReading reading() const;
+    TARNIS_NO_EXPORT Grip gripAt(const PlotMapping& mapping, const QPointF& pixel) const;
+    TARNIS_NO_EXPORT bool handleMouse(QEvent* event);
+    TARNIS_NO_EXPORT bool handleKey(int key, Qt::KeyboardModifiers modifiers);
+    TARNIS_NO_EXPORT void endDrag(bool cancel);
+    TARNIS_NO_EXPORT void renew();
+
+    bool m_isOn = false;
+    bool m_isSet = false;
+    QPointF m_from;
+    QPointF m_to;
+    Grip m_grip = Grip::None; // of the drag
+    bool m_wasSet = false; // before the drag
+    QPointF m_wasFrom;
+    QPointF m_wasTo;
+    QString m_text;
+    QAction* m_switch = nullptr;
+    QAction* m_copy = nullptr;
+};
+
+} // namespace tarnis

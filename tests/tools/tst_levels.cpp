@@ -1,0 +1,153 @@
+// Arithmetic of colour levels: quantiles, histogram, the axis and drags of its handles.
+#include "support/randomcases.h"
+#include "support/support.h"
+#include "tarnis/tools/levels_p.h"
+
+#include <QTest>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <numeric>
+
+using namespace tarnis;
+using namespace tarnis::testing;
+
+namespace {
+
+constexpr double infinity = std::numeric_limits<double>::infinity();
+const double notANumber = std::numeric_limits<double>::quiet_NaN();
+
+bool isNear(double a, double b)
+{
+    return std::abs(a - b) <= 1e-9 * std::max({ 1.0, std::abs(a), std::abs(b) });
+}
+
+} // namespace
+
+class TestLevels : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void countsPaintedBinsOnly()
+    {
+        std::vector<double> values = paintedBins({ { 0, 1, notANumber }, {}, { infinity, -2, 1e-300, 5 } });
+        std::sort(values.begin(), values.end());
+        QCOMPARE(values, (std::vector<double> { -2, 1, 5 }));
+        QVERIFY(paintedBins({}).empty());
+    }
+
+    void percentilesAreNearestRanks()
+    {
+        std::vector<double> values(101);
+        std::iota(values.begin(), values.end(), 0.0);
+        std::reverse(values.begin(), values.end());
+        QCOMPARE(percentileLevels(values, 1, 99), (AxisRange { 1, 99 }));
+        QCOMPARE(percentileLevels(values, 99, 1), (AxisRange { 1, 99 }));
+        QCOMPARE(percentileLevels(values, -5, 250), (AxisRange { 0, 100 }));
+        QCOMPARE(percentileLevels(values, 50, 50), (AxisRange { 50, 50 }));
+        QCOMPARE(percentileLevels(values, notANumber, 50), AxisRange());
+        std::vector<double> none;
+        QCOMPARE(percentileLevels(none, 0, 100), AxisRange());
+        std::vector<double> one { 7 };
+        QCOMPARE(percentileLevels(one, 1, 99), (AxisRange { 7, 7 }));
+    }
+
+    void axisHoldsAllValuesAndLevels()
+    {
+        Generator generator = seededGenerator(1);
+        for (int i = 0; i < 3000; ++i) {
+            const auto curve = static_cast<ScaleCurve>(generator() % 3);
+            std::vector<double> values(generator() % 20);
+            for (double& value : values)
+                value = std::exp(uniform(generator, -20, 20)) * (chance(generator, 0.2) ? -1 : 1);
+            const AxisRange levels { uniform(generator, -10, 10), uniform(generator, -10, 1e6) };
+            const LevelAxis axis = levelAxis(values, levels, curve);
+            QVERIFY(axis.range.max > axis.range.min);
+            values.push_back(levels.max);
+            for (const double value : values) {
+                const double share = axis.shareOf(value);
+                QVERIFY2((share >= -1e-9 && share <= 1.0 + 1e-9) || (value <= 0.0 && curve != ScaleCurve::Linear),
+                    qPrintable(QString::number(value)));
+            }
+            const double share = uniform(generator, 0, 1);
+            QVERIFY(std::abs(axis.shareOf(axis.valueAt(share)) - share) < 1e-6);
+        }
+    }
+
+    void axisOfOddLevelsIsUsable_data()
+    {
+        QTest::addColumn<double>("low");
+        QTest::addColumn<double>("high");
+        QTest::newRow("empty") << 0.0 << 0.0;
+        QTest::newRow("equal") << 5.0 << 5.0;
+        QTest::newRow("reversed") << 9.0 << 1.0;
+        QTest::newRow("negative") << -9.0 << -1.0;
+        QTest::newRow("not a number") << notANumber << 1.0;
+        QTest::newRow("infinite") << 0.0 << infinity;
+        QTest::newRow("huge") << -1e308 << 1e308;
+        QTest::newRow("tiny") << 1e-320 << 2e-320;
+    }
+    void axisOfOddLevelsIsUsable()
+    {
+        QFETCH(double, low);
+        QFETCH(double, high);
+        for (const ScaleCurve curve : { ScaleCurve::Linear, ScaleCurve::Log, ScaleCurve::SquareRoot }) {
+            const LevelAxis axis = levelAxis({}, { low, high }, curve);
+            QVERIFY(axis.range.max > axis.range.min);
+            QVERIFY(std::isfinite(axis.range.min) && std::isfinite(axis.range.max));
+            const std::vector<qsizetype> steps = levelHistogram({ low, high, 1.0 }, axis, 16);
+            QCOMPARE(steps.size(), std::size_t(16));
+        }
+    }
+
+    void histogramCountsEachValueOnce()
+    {
+        Generator generator = seededGenerator(2);
+        for (const ScaleCurve curve : { ScaleCurve::Linear, ScaleCurve::Log, ScaleCurve::SquareRoot }) {
+            std::vector<double> values(5000);
+            for (double& value : values)
+                value = std::floor(uniform(generator, 1, 1000));
+            const LevelAxis axis = levelAxis(values, { 1, 1000 }, curve);
+            const std::vector<qsizetype> steps = levelHistogram(values, axis, 64);
+            QCOMPARE(std::accumulate(steps.begin(), steps.end(), qsizetype(0)), qsizetype(5000));
+            std::vector<qsizetype> expected(64);
+            for (const double value : values)
+                ++expected[static_cast<std::size_t>(std::clamp(axis.shareOf(value) * 64, 0.0, 63.0))];
+            for (std::size_t i = 0; i < steps.size(); ++i)
+                QVERIFY(std::abs(steps[i] - expected[i]) <= 6); // of a value on the edge of a step
+        }
+        QVERIFY(levelHistogram({ 1 }, LevelAxis {}, 0).empty());
+    }
+
+    void findsTheHandleUnderAPress()
+    {
+        QCOMPARE(handleAt(0.21, 0.2, 0.8, 0.02), LevelHandle::Lower);
+        QCOMPARE(handleAt(0.79, 0.2, 0.8, 0.02), LevelHandle::Upper);
+        QCOMPARE(handleAt(0.5, 0.2, 0.8, 0.02), LevelHandle::Both);
+        QCOMPARE(handleAt(0.9, 0.2, 0.8, 0.02), LevelHandle::None);
+        QCOMPARE(handleAt(0.51, 0.5, 0.5, 0.02), LevelHandle::Upper);
+        QCOMPARE(handleAt(0.49, 0.5, 0.5, 0.02), LevelHandle::Lower);
+        QCOMPARE(handleAt(notANumber, 0.2, 0.8, 0.02), LevelHandle::None);
+    }
+
+    void dragsKeepOrderAndStayOnTheAxis()
+    {
+        const LevelAxis axis { { 0, 100 }, ScaleCurve::Linear };
+        const AxisRange raised = draggedLevels({ 20, 80 }, axis, LevelHandle::Lower, 0.1, 0.01);
+        QVERIFY(isNear(raised.min, 30) && raised.max == 80);
+        const AxisRange pushed = draggedLevels({ 20, 80 }, axis, LevelHandle::Lower, 0.9, 0.01);
+        QVERIFY(isNear(pushed.min, 79) && pushed.max == 80);
+        QCOMPARE(draggedLevels({ 20, 80 }, axis, LevelHandle::Upper, 5.0, 0.01), (AxisRange { 20, 100 }));
+        const AxisRange moved = draggedLevels({ 20, 80 }, axis, LevelHandle::Both, 0.5, 0.01);
+        QVERIFY(isNear(moved.min, 40) && isNear(moved.max, 100));
+        QCOMPARE(draggedLevels({ 20, 80 }, axis, LevelHandle::None, 0.5, 0.01), (AxisRange { 20, 80 }));
+        QCOMPARE(draggedLevels({ 20, 80 }, axis, LevelHandle::Lower, notANumber, 0.01), (AxisRange { 20, 80 }));
+        const AxisRange log =
+            draggedLevels({ 10, 1000 }, { { 1, 10000 }, ScaleCurve::Log }, LevelHandle::Both, 0.25, 0.01);
+        QVERIFY(isNear(log.min, 100) && isNear(log.max, 10000));
+    }
+};
+
+QTEST_GUILESS_MAIN(TestLevels)
+#include "tst_levels.moc"

@@ -1,0 +1,341 @@
+// Markers: names, drags, keys, bins, live data, tables and stored views.
+#include "support/plothand.h"
+#include "support/randomcases.h"
+#include "support/support.h"
+
+#include <tarnis/plots/multivectorgraphwidget.h>
+#include <tarnis/plots/plotmapping.h>
+#include <tarnis/plots/vectorgraphwidget.h>
+#include <tarnis/plots/xy2dgraphwidget.h>
+#include <tarnis/tools/plotmarkers.h>
+
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QJsonArray>
+#include <QJsonObject>
+#include <QLineEdit>
+#include <QSignalSpy>
+#include <QTest>
+
+#include <cmath>
+#include <memory>
+
+using namespace tarnis;
+using namespace tarnis::testing;
+
+namespace {
+
+void show(XYGraphWidget& plot)
+{
+    plot.m_doubleBuffered = true;
+    plot.resize(500, 400);
+    plot.show();
+    plot.activateWindow();
+    if (!QTest::qWaitForWindowActive(&plot))
+        qFatal("no window");
+    plot.setFocus();
+    plot.grab();
+}
+
+QPoint pixelOf(const XYGraphWidget& plot, double x, double y)
+{
+    return PlotMapping::of(plot).pixelOf({ x, y }).toPoint();
+}
+
+/// Ten samples on an axis from 0 to 100.
+void fill(VectorGraphWidget& plot)
+{
+    plot.init("Time", "Counts", 100, 10, true, true);
+    plot.initManualX(0, 100);
+    plot.setData({ 4, 1, 0, std::nan(""), 2.5, 5, 6, 7, 8, 9 });
+    plot.setMaxValue(9);
+}
+
+void fill(XY2DGraphWidget& map)
+{
+    map.init("X", "Y", 4, 2, true, true);
+    map.initManualX(0, 4);
+    map.initManualY(0, 2);
+    map.setData(0, { 1, 2, 3, 4 }, 4, false);
+    map.setData(1, { 5, 6 }, 6, false); // a short row
+}
+
+QColor colorAt(XYGraphWidget& plot, double x, double y)
+{
+    return plot.grab().toImage().pixelColor(pixelOf(plot, x, y));
+}
+
+} // namespace
+
+class TestPlotMarkers : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void namesMarkersByLetters()
+    {
+        VectorGraphWidget plot;
+        fill(plot);
+        PlotMarkers markers(&plot);
+        QCOMPARE(markers.add({ 5, 0 }), QStringLiteral("A"));
+        QCOMPARE(markers.add({ 15, 0 }), QStringLiteral("B"));
+        QVERIFY(markers.remove(QStringLiteral("A")));
+        QCOMPARE(markers.add({ 25, 0 }), QStringLiteral("A"));
+        for (int i = 0; i < 24; ++i)
+            markers.add({ 5, 0 });
+        QCOMPARE(markers.add({ 5, 0 }), QStringLiteral("AA"));
+        while (markers.markers().size() < PlotMarkers::maxMarkers)
+            QVERIFY(!markers.add({ 1, 1 }).isEmpty());
+        QVERIFY(markers.add({ 1, 1 }).isEmpty());
+    }
+
+    void snapsToBinsInsideOfTheData()
+    {
+        VectorGraphWidget plot;
+        fill(plot);
+        PlotMarkers markers(&plot);
+        show(plot);
+        markers.add({ 12.3, 4 });
+        markers.add({ -7.5, 4 });
+        QCOMPARE(markers.markers().at(0).position, QPointF(15, 4));
+        QCOMPARE(markers.markers().at(1).position, QPointF(-7.5, 4));
+        XY2DGraphWidget map;
+        fill(map);
+        auto* const onMap = new PlotMarkers(&map);
+        show(map);
+        onMap->add({ 1.2, 0.7 });
+        QCOMPARE(onMap->markers().at(0).position, QPointF(1.5, 0.5));
+    }
+
+    void aLeftDragMovesAMarker()
+    {
+        VectorGraphWidget plot;
+        fill(plot);
+        PlotMarkers markers(&plot);
+        show(plot);
+        markers.add({ 15, 0 });
+        const QSignalSpy changed(&markers, &PlotMarkers::markersChanged);
+        PlotHand hand(plot);
+        hand.press(pixelOf(plot, 15, 3));
+        QCOMPARE(markers.selected(), 0);
+        hand.move(pixelOf(plot, 40, 3));
+        hand.move(pixelOf(plot, 62, 5));
+        hand.release(pixelOf(plot, 62, 5));
+        QCOMPARE(markers.markers().at(0).position.x(), 65.0);
+        QVERIFY(changed.count() >= 2);
+        hand.drag(pixelOf(plot, 35, 3), pixelOf(plot, 75, 3)); // beside it
+        QCOMPARE(markers.markers().at(0).position.x(), 65.0);
+        QCOMPARE(markers.selected(), -1);
+        markers.setOn(false);
+        hand.drag(pixelOf(plot, 65, 3), pixelOf(plot, 85, 3));
+        QCOMPARE(markers.markers().at(0).position.x(), 65.0);
+    }
+
+    void escapeTakesADragBack()
+    {
+        XY2DGraphWidget map;
+        fill(map);
+        PlotMarkers markers(&map);
+        show(map);
+        markers.add({ 1.5, 0.5 });
+        PlotHand hand(map);
+        hand.press(pixelOf(map, 1.5, 0.5));
+        hand.move(pixelOf(map, 3.5, 1.5));
+        QCOMPARE(markers.markers().at(0).position, QPointF(3.5, 1.5));
+        QTest::keyClick(&map, Qt::Key_Escape);
+        QCOMPARE(markers.markers().at(0).position, QPointF(1.5, 0.5));
+        hand.release(pixelOf(map, 3.5, 1.5));
+    }
+
+    void keysMoveRenameCopyAndRemove()
+    {
+        XY2DGraphWidget map;
+        fill(map);
+        PlotMarkers markers(&map);
+        show(map);
+        markers.add({ 1.5, 0.5 });
+        PlotHand(map).click(pixelOf(map, 1.5, 0.5));
+        QTest::keyClick(&map, Qt::Key_Right);
+        QTest::keyClick(&map, Qt::Key_Up);
+        QCOMPARE(markers.markers().at(0).position, QPointF(2.5, 1.5));
+        QTest::keyClick(&map, Qt::Key_F2);
+        auto* const editor = map.findChild<QLineEdit*>();
+        QVERIFY(editor != nullptr);
+        QTest::keyClicks(editor, QStringLiteral("Cs 137"));
+        QTest::keyClick(editor, Qt::Key_Return);
+        QCOMPARE(markers.markers().at(0).name, QStringLiteral("Cs 137"));
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        map.setFocus();
+        QTest::keyClick(&map, Qt::Key_Left);
+        QTest::keyClick(&map, Qt::Key_C, Qt::ControlModifier);
+        QCOMPARE(QGuiApplication::clipboard()->text(),
+            QStringLiteral("marker\tx\tbin\tlo\thi\ty\trow\trow lo\trow hi\tvalue\n"
+                           "Cs 137\t1.5\t1\t1\t2\t1.5\t1\t1\t2\t6\n"));
+        QTest::keyClick(&map, Qt::Key_Delete);
+        QVERIFY(markers.markers().isEmpty());
+        QVERIFY(markers.table().isEmpty());
+        QTest::keyClick(&map, Qt::Key_M);
+        QCOMPARE(markers.markers().size(), 1);
+    }
+
+    void tableHasEveryVisibleCurve()
+    {
+        MultiVectorGraphWidget plot;
+        plot.init("Channel", "Counts", 0, 0, true, true);
+        plot.m_groupSize = 1;
+        for (int i = 0; i < 3; ++i)
+            plot.setData(i, { 1.0 + i, 10.0 + i }, 12);
+        plot.resizeData(3);
+        plot.setEnable(1, false);
+        PlotMarkers markers(&plot);
+        show(plot);
+        markers.add({ 1.5, 0 });
+        markers.add({ -3, 0 });
+        QCOMPARE(markers.table(),
+            QStringLiteral("marker\tx\tbin\tlo\thi\tvalue 0\tvalue 2\nA\t1.5\t1\t1\t2\t10\t12\nB\t-3\t\t\t\t\t\n"));
+    }
+
+    void staysWhenDataAndViewChange()
+    {
+        VectorGraphWidget plot;
+        fill(plot);
+        PlotMarkers markers(&plot);
+        show(plot);
+        markers.add({ 15, 0 });
+        plot.setData(QList<double>(1000, 3.0));
+        plot.onAutoScaleX(false);
+        plot.setMinMaxX(10, 30);
+        plot.refreshPixmap();
+        plot.grab();
+        QCOMPARE(markers.markers().at(0).position.x(), 15.0);
+        QCOMPARE(colorAt(plot, 15, 8), QColor(255, 176, 0));
+        plot.setMinMaxX(40, 90); // an arrow at the left border shows where it is
+        plot.refreshPixmap();
+        const QImage with = plot.grab().toImage();
+        markers.clear();
+        QVERIFY(plot.grab().toImage() != with);
+    }
+
+    void drawsOverThePictureOnly()
+    {
+        VectorGraphWidget plot;
+        fill(plot);
+        show(plot);
+        const QImage before = plot.grab().toImage();
+        const QSignalSpy painted(&plot, &DoubleBufferedWidget::painted);
+        auto* const markers = new PlotMarkers(&plot);
+        markers->add({ 15, 0 });
+        markers->select(0);
+        QVERIFY(plot.grab().toImage() != before);
+        const std::unique_ptr<QPixmap> saved(plot.toPixmap());
+        QVERIFY(saved->toImage() != before);
+        delete markers;
+        QCOMPARE(plot.grab().toImage(), before);
+        QCOMPARE(painted.count(), 0);
+    }
+
+    void refusesWhatIsNotValid()
+    {
+        VectorGraphWidget plot;
+        PlotMarkers markers(&plot);
+        QVERIFY(markers.add({ std::nan(""), 0 }).isEmpty());
+        QVERIFY(markers.add({ 0, INFINITY }).isEmpty());
+        markers.add({ 1, 1 });
+        markers.add({ 2, 2 });
+        QVERIFY(!markers.rename(QStringLiteral("A"), QStringLiteral("B")));
+        QVERIFY(!markers.rename(QStringLiteral("A"), QStringLiteral("  ")));
+        QVERIFY(!markers.rename(QStringLiteral("X"), QStringLiteral("Y")));
+        QVERIFY(!markers.move(QStringLiteral("A"), { INFINITY, 0 }));
+        QVERIFY(!markers.remove(QStringLiteral("X")));
+        markers.select(17);
+        QCOMPARE(markers.selected(), -1);
+        markers.setMarkers({ { "P", { 1, 2 } }, { "P", { 3, 4 } }, { "", { 1, 1 } }, { "Q", { std::nan(""), 1 } } });
+        QCOMPARE(markers.markers(), (QList<PlotMarker> { { "P", { 1, 2 } } }));
+        plot.resize(0, 0);
+        plot.grab();
+        markers.addHere();
+        markers.copy();
+        PlotMarkers unattached(nullptr);
+        QVERIFY(unattached.add({ 1, 1 }).isEmpty());
+        QVERIFY(unattached.table().isEmpty());
+    }
+
+    void restoresItsState()
+    {
+        VectorGraphWidget plot;
+        fill(plot);
+        PlotMarkers markers(&plot);
+        markers.setMarkers({ { "peak 1", { 12.25, 3 } }, { "B", { -1e300, 5e-320 } } });
+        markers.setOn(false);
+        const QJsonObject state = markers.saveState();
+        PlotMarkers other(&plot);
+        other.restoreState(state);
+        QCOMPARE(other.markers(), markers.markers());
+        QVERIFY(!other.isOn());
+        other.restoreState(
+            { { "on", "x" }, { "markers", QJsonArray { 1, QJsonArray { "Z" }, QJsonArray { "Z", 1, "2" } } } });
+        QVERIFY(other.markers().isEmpty());
+        other.restoreState({ { "markers", 7 } });
+    }
+
+    void endsWithItsPlotInMidDrag()
+    {
+        auto plot = std::make_unique<VectorGraphWidget>();
+        fill(*plot);
+        auto* const markers = new PlotMarkers(plot.get());
+        show(*plot);
+        markers->add({ 15, 0 });
+        PlotHand hand(*plot);
+        hand.press(pixelOf(*plot, 15, 3));
+        hand.move(pixelOf(*plot, 40, 3));
+        plot->hide();
+        QCOMPARE(markers->markers().at(0).position.x(), 15.0);
+        plot.reset();
+    }
+
+    void attachesAndDetachesUnderLiveData()
+    {
+        VectorGraphWidget plot;
+        fill(plot);
+        show(plot);
+        Generator generator = seededGenerator(5);
+        std::unique_ptr<PlotMarkers> markers;
+        PlotHand hand(plot);
+        for (int i = 0; i < 400; ++i) {
+            QList<double> samples(whole(generator, 0, 30));
+            for (double& sample : samples)
+                sample = chance(generator, 0.1) ? std::nan("") : uniform(generator, -5, 20);
+            plot.setData(samples);
+            plot.refreshPixmap();
+            const QPoint at(whole(generator, 0, 500), whole(generator, 0, 400));
+            switch (whole(generator, 0, 6)) {
+            case 0:
+                markers = markers ? nullptr : std::make_unique<PlotMarkers>(&plot);
+                break;
+            case 1:
+                if (markers)
+                    markers->add({ uniform(generator, -50, 150), 0 });
+                break;
+            case 2:
+                hand.press(at);
+                break;
+            case 3:
+                hand.release(at);
+                break;
+            case 4:
+                QTest::keyClick(&plot, chance(generator, 0.5) ? Qt::Key_Left : Qt::Key_Delete);
+                break;
+            case 5:
+                plot.setLogScaleY(chance(generator, 0.5));
+                break;
+            default:
+                hand.move(at);
+            }
+            plot.grab();
+        }
+        markers.reset();
+        hand.release(QPoint(1, 1));
+    }
+};
+
+QTEST_MAIN(TestPlotMarkers)
+#include "tst_plotmarkers.moc"

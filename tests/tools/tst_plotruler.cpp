@@ -1,0 +1,279 @@
+// The ruler: distances, ratio, sums, ends that stick to the data, drags, keys and tables.
+#include "support/plothand.h"
+#include "support/randomcases.h"
+#include "support/support.h"
+
+#include <tarnis/plots/multivectorgraphwidget.h>
+#include <tarnis/plots/plotmapping.h>
+#include <tarnis/plots/vectorgraphwidget.h>
+#include <tarnis/plots/xy2dgraphwidget.h>
+#include <tarnis/tools/plotruler.h>
+
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QJsonArray>
+#include <QJsonObject>
+#include <QSignalSpy>
+#include <QTest>
+
+#include <cmath>
+#include <memory>
+
+using namespace tarnis;
+using namespace tarnis::testing;
+
+namespace {
+
+void show(XYGraphWidget& plot)
+{
+    plot.m_doubleBuffered = true;
+    plot.resize(500, 400);
+    plot.show();
+    plot.activateWindow();
+    if (!QTest::qWaitForWindowActive(&plot))
+        qFatal("no window");
+    plot.setFocus();
+    plot.grab();
+}
+
+QPoint pixelOf(const XYGraphWidget& plot, double x, double y)
+{
+    return PlotMapping::of(plot).pixelOf({ x, y }).toPoint();
+}
+
+void fill(VectorGraphWidget& plot)
+{
+    plot.init("Time", "Counts", 100, 10, true, true);
+    plot.initManualX(0, 100);
+    plot.setData({ 4, 1, 0, std::nan(""), 2.5, 5, 6, 8, 8, 9 });
+    plot.setMaxValue(9);
+}
+
+} // namespace
+
+class TestPlotRuler : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void readsDistancesRatioAndSum()
+    {
+        VectorGraphWidget plot;
+        fill(plot);
+        PlotRuler ruler(&plot);
+        show(plot);
+        ruler.setEnds({ 3, 7 }, { 78, 1 });
+        QCOMPARE(ruler.from(), QPointF(5, 4)); // on the curve
+        QCOMPARE(ruler.to(), QPointF(75, 8));
+        QCOMPARE(ruler.text(), QStringLiteral("Δx 70   Δy 4   1/Δx 0.01428571   B/A 2   Σ 26.5"));
+        QCOMPARE(ruler.table(),
+            QStringLiteral("x A\ty A\tx B\ty B\tdx\tdy\t1/dx\tB/A\tbins\tsum\n"
+                           "5\t4\t75\t8\t70\t4\t0.014285714285714285\t2\t8\t26.5\n"));
+        ruler.setEnds({ 78, 1 }, { 3, 7 });
+        QVERIFY(ruler.text().contains(QStringLiteral("Δx -70")) && ruler.text().endsWith(QStringLiteral("Σ 26.5")));
+        ruler.setEnds({ 25, 1 }, { 3, 7 }); // from an empty bin
+        QVERIFY(ruler.text().contains(QStringLiteral("B/A –")));
+        ruler.setEnds({ 25, 1 }, { 25, 7 });
+        QVERIFY(ruler.text().contains(QStringLiteral("1/Δx –")));
+    }
+
+    void readsDecadesOnALogarithmicAxis()
+    {
+        VectorGraphWidget plot;
+        plot.init("Time", "Counts", 100, 10, true, true);
+        plot.initManualX(0, 2);
+        plot.setData({ 10, 10000 });
+        plot.setMaxValue(10000);
+        plot.setLogScaleY(true);
+        PlotRuler ruler(&plot);
+        show(plot);
+        ruler.setEnds({ 0.5, 1 }, { 1.5, 1 });
+        QVERIFY(ruler.text().contains(QStringLiteral("3.000 dec")));
+    }
+
+    void sumsEveryVisibleCurve()
+    {
+        MultiVectorGraphWidget plot;
+        plot.init("Channel", "Counts", 0, 0, true, true);
+        plot.m_groupSize = 1;
+        for (int i = 0; i < 3; ++i)
+            plot.setData(i, { 1.0 + i, 10.0 + i }, 12);
+        plot.resizeData(3);
+        plot.setEnable(1, false);
+        PlotRuler ruler(&plot);
+        show(plot);
+        ruler.setEnds({ 0.5, 0 }, { 1.5, 0 });
+        QVERIFY(ruler.text().endsWith(QStringLiteral("Σ 0: 11   Σ 2: 15")));
+    }
+
+    void sumsTheRectangleOfAMap()
+    {
+        XY2DGraphWidget map;
+        map.init("X", "Y", 4, 2, true, true);
+        map.initManualX(0, 4);
+        map.initManualY(0, 2);
+        map.setData(0, { 1, 2, 3, std::nan("") }, 4, false);
+        map.setData(1, { 5, 8 }, 8, false); // a short row
+        PlotRuler ruler(&map);
+        show(map);
+        ruler.setEnds({ 1.2, 1.7 }, { 3.9, 0.1 });
+        QCOMPARE(ruler.from(), QPointF(1.5, 1.5));
+        QVERIFY2(ruler.table().endsWith(QStringLiteral("\t6\t13\n")), qPrintable(ruler.table()));
+        ruler.setEnds({ 0.5, 0.5 }, { 1.5, 1.5 });
+        QVERIFY(ruler.text().contains(QStringLiteral("B/A 8   Σ 16")));
+    }
+
+    void aDragDrawsIt()
+    {
+        VectorGraphWidget plot;
+        fill(plot);
+        PlotRuler ruler(&plot);
+        show(plot);
+        PlotHand hand(plot);
+        hand.drag(pixelOf(plot, 5, 8), pixelOf(plot, 75, 2));
+        QVERIFY(!ruler.isSet()); // switched off
+        QTest::keyClick(&plot, Qt::Key_R);
+        QVERIFY(ruler.isOn());
+        hand.drag(pixelOf(plot, 5, 8), pixelOf(plot, 75, 2));
+        QCOMPARE(ruler.from(), QPointF(5, 4));
+        QCOMPARE(ruler.to(), QPointF(75, 8));
+        hand.drag(pixelOf(plot, 75, 8), pixelOf(plot, 45, 3)); // its end
+        QCOMPARE(ruler.from(), QPointF(5, 4));
+        QCOMPARE(ruler.to(), QPointF(45, 2.5));
+        QTest::keyClick(&plot, Qt::Key_C, Qt::ControlModifier);
+        QCOMPARE(QGuiApplication::clipboard()->text(), ruler.table());
+        hand.press(pixelOf(plot, 45, 2.5));
+        hand.move(pixelOf(plot, 85, 2.5));
+        QCOMPARE(ruler.to().x(), 85.0);
+        QTest::keyClick(&plot, Qt::Key_Escape);
+        QCOMPARE(ruler.to().x(), 45.0);
+        hand.release(pixelOf(plot, 85, 2.5));
+        QTest::keyClick(&plot, Qt::Key_Escape);
+        QVERIFY(!ruler.isSet() && ruler.isOn());
+        QTest::keyClick(&plot, Qt::Key_Escape);
+        QVERIFY(!ruler.isOn());
+        QCOMPARE(plot.cursor().shape(), Qt::ArrowCursor);
+    }
+
+    void followsTheData()
+    {
+        VectorGraphWidget plot;
+        fill(plot);
+        PlotRuler ruler(&plot);
+        show(plot);
+        ruler.setEnds({ 5, 0 }, { 15, 0 });
+        const QSignalSpy spy(&ruler, &PlotRuler::textChanged);
+        plot.setData(QList<double>(10, 3.0));
+        plot.refreshPixmap();
+        QCoreApplication::processEvents();
+        QCOMPARE(ruler.to().y(), 3.0);
+        QCOMPARE(spy.count(), 1);
+        QVERIFY(ruler.text().endsWith(QStringLiteral("Σ 6")));
+    }
+
+    void drawsOverThePictureOnly()
+    {
+        VectorGraphWidget plot;
+        fill(plot);
+        show(plot);
+        const QImage before = plot.grab().toImage();
+        const QSignalSpy painted(&plot, &DoubleBufferedWidget::painted);
+        auto* const ruler = new PlotRuler(&plot);
+        ruler->setEnds({ 5, 0 }, { 75, 0 });
+        const QImage with = plot.grab().toImage();
+        const QPoint middle = (pixelOf(plot, 5, 4) + pixelOf(plot, 75, 4)) / 2;
+        QVERIFY(with.copy(QRect(middle - QPoint(3, 8), QSize(6, 16)))
+            != before.copy(QRect(middle - QPoint(3, 8), QSize(6, 16)))); // its foot
+        QCOMPARE(with.pixelColor(pixelOf(plot, 5, 4)), QColor(120, 230, 255));
+        delete ruler;
+        QCOMPARE(plot.grab().toImage(), before);
+        QCOMPARE(painted.count(), 0);
+    }
+
+    void restoresItsState()
+    {
+        VectorGraphWidget plot;
+        fill(plot);
+        PlotRuler ruler(&plot);
+        ruler.setEnds({ 5.25, 1 }, { 75, -1e300 });
+        ruler.setOn(true);
+        const QJsonObject state = ruler.saveState();
+        PlotRuler other(&plot);
+        other.restoreState(state);
+        QCOMPARE(other.saveState(), state);
+        other.restoreState({ { "ends", QJsonArray { 1, 2, "x", 4 } }, { "on", 3 } });
+        QCOMPARE(other.saveState(), state);
+    }
+
+    void survivesPlotsWithoutDataOrSize()
+    {
+        MultiVectorGraphWidget plot;
+        PlotRuler ruler(&plot);
+        plot.resize(0, 0);
+        plot.grab();
+        ruler.setEnds({ 1, 1 }, { 2, 2 });
+        ruler.setEnds({ std::nan(""), 1 }, { 2, INFINITY });
+        QVERIFY(!ruler.text().isEmpty());
+        plot.resize(300, 200);
+        plot.grab();
+        PlotRuler unattached(nullptr);
+        unattached.setEnds({ 1, 1 }, { 2, 2 });
+        unattached.copy();
+        QVERIFY(unattached.text().isEmpty());
+    }
+
+    void endsWithItsPlotInMidDrag()
+    {
+        auto plot = std::make_unique<VectorGraphWidget>();
+        fill(*plot);
+        auto* const ruler = new PlotRuler(plot.get());
+        show(*plot);
+        ruler->setOn(true);
+        PlotHand hand(*plot);
+        hand.press(pixelOf(*plot, 15, 3));
+        hand.move(pixelOf(*plot, 40, 3));
+        plot->hide();
+        QVERIFY(!ruler->isSet()); // the drag is taken back
+        plot.reset();
+    }
+
+    void attachesAndDetachesUnderLiveData()
+    {
+        XY2DGraphWidget map;
+        map.init("X", "Y", 8, 8, true, true);
+        show(map);
+        Generator generator = seededGenerator(6);
+        std::unique_ptr<PlotRuler> ruler;
+        PlotHand hand(map);
+        for (int i = 0; i < 400; ++i) {
+            QList<double> row(whole(generator, 0, 9));
+            for (double& value : row)
+                value = chance(generator, 0.1) ? std::nan("") : uniform(generator, -5, 20);
+            map.setData(whole(generator, 0, 7), row, 20, false);
+            map.refreshPixmap();
+            const QPoint at(whole(generator, 0, 500), whole(generator, 0, 400));
+            switch (whole(generator, 0, 5)) {
+            case 0:
+                ruler = ruler ? nullptr : std::make_unique<PlotRuler>(&map);
+                break;
+            case 1:
+                if (ruler)
+                    ruler->setOn(chance(generator, 0.7));
+                break;
+            case 2:
+                hand.press(at);
+                break;
+            case 3:
+                hand.release(at);
+                break;
+            default:
+                hand.move(at);
+            }
+            map.grab();
+        }
+        ruler.reset();
+        hand.release(QPoint(1, 1));
+    }
+};
+
+QTEST_MAIN(TestPlotRuler)
+#include "tst_plotruler.moc"
