@@ -1,0 +1,41 @@
+// One calculation at a time on the thread pool, with its result on the GUI thread.
+#pragma once
+
+#include <QObject>
+
+#include <functional>
+#include <memory>
+
+namespace tarnis {
+
+/// Runs a function on Qt's global thread pool. GUI thread only.
+class BackgroundRun : public QObject {
+    Q_OBJECT
+
+public:
+    /// What the GUI thread does with a result.
+    using Delivery = std::function<void()>;
+    /// The calculation, on a thread of the pool. It owns copies of all that it reads.
+    using Work = std::function<Delivery()>;
+
+    explicit BackgroundRun(QObject* parent = nullptr);
+    /// A calculation under way ends without a delivery.
+    ~BackgroundRun() override;
+
+    bool isRunning() const { return m_isRunning; }
+    /// Starts the work. Its delivery is called from the event loop, unless another work was started or the run was
+    /// dropped by then.
+    void start(Work work);
+    /// The result of the work under way is not delivered.
+    void drop();
+
+private:
+    struct Mailbox;
+    void finish(quint64 number, const Delivery& delivery);
+
+    std::shared_ptr<Mailbox> m_mailbox; // shared with the threads
+    quint64 m_number = 0;
+    bool m_isRunning = false;
+};
+
+} // namespace tarnis

@@ -1,0 +1,47 @@
+// The results of a fit panel in the order of their fits. Values; no widgets.
+#pragma once
+
+#include "tarnis/analysis/spectrumfit.h"
+
+#include <QDateTime>
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+namespace tarnis {
+
+/// One fit. The curve of its model is left out.
+struct FitRecord {
+    QDateTime time; ///< when the data were read
+    FitResult result;
+};
+
+/// A parameter of one record.
+struct TrendPoint {
+    QDateTime time;
+    double value = 0.0;
+    double error = 0.0; ///< NaN: none
+    bool acceptable = false;
+};
+
+/// Records up to a limit; the oldest one goes first. Refused fits are not kept.
+class FitHistory {
+public:
+    static constexpr qsizetype maxRecords = 2000;
+
+    void add(const QDateTime& time, const FitResult& result);
+    void clear() { m_records.clear(); }
+    const QList<FitRecord>& records() const { return m_records; }
+
+    /// Names of the parameters and derived quantities of any record, those of the latest record first.
+    QStringList names() const;
+    /// The records that have the parameter or derived quantity.
+    QList<TrendPoint> trendOf(const QString& name) const;
+    /// A line for each record with all parameters of the latest one, columns separated by tabs, full digits.
+    QString table() const;
+
+private:
+    QList<FitRecord> m_records;
+};
+
+} // namespace tarnis

@@ -1,0 +1,67 @@
+// A small plot of points with errors below another one: residuals, trends.
+#pragma once
+
+#include "tarnis/plots/axisrange.h"
+
+#include <QColor>
+#include <QPointer>
+#include <QString>
+#include <QWidget>
+
+#include <vector>
+
+class XYGraphWidget;
+
+namespace tarnis {
+
+/// A point of a strip.
+struct StripPoint {
+    double x = 0.0;
+    double y = 0.0;
+    double error = 0.0; ///< 0 or NaN: none
+    bool isWeak = false; ///< drawn in the colour of disabled text
+};
+
+/// The range that shows all finite points with their errors, with room above and below; 0 to 1 for none.
+AxisRange heightOf(const std::vector<StripPoint>& points);
+
+/// Points on an axis of its own, or on the X axis of another plot: then it shows that plot's visible range, and its
+/// columns are the plot's where both have one width.
+class StripPlot : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit StripPlot(QWidget* parent = nullptr);
+
+    /// The plot whose X axis is shown; null: all points are.
+    void tieTo(XYGraphWidget* plot);
+    void setPoints(std::vector<StripPoint> points);
+    const std::vector<StripPoint>& points() const { return m_points; }
+    void setName(const QString& nameY); ///< beside the axis
+    /// Bands at 1 and 2 around 0, and a range that shows them.
+    void setBands(bool on);
+    void setTimeAxis(bool on); ///< X counts seconds since 1970; the ends have times
+
+    AxisRange rangeX() const; ///< as shown
+    QRect plotRect() const; ///< where points are drawn
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    AxisRange rangeY() const;
+    void paintBands(QPainter& painter, const QRect& rect, AxisRange y) const;
+    void paintPoints(QPainter& painter, const QRect& rect, AxisRange x, AxisRange y) const;
+    void paintTexts(QPainter& painter, const QRect& rect, AxisRange x, AxisRange y) const;
+
+    QPointer<QWidget> m_tied; // an XYGraphWidget
+    std::vector<StripPoint> m_points;
+    QString m_name;
+    bool m_hasBands = false;
+    bool m_isTimeAxis = false;
+};
+
+} // namespace tarnis

@@ -1,0 +1,268 @@
+// Settings, ties, texts, residuals and history of a fit panel, without widgets.
+#include "tarnis/tools/fithistory_p.h"
+#include "tarnis/tools/fitparametermodel_p.h"
+#include "tarnis/tools/fitsetup_p.h"
+#include "tarnis/tools/plotspectra_p.h"
+#include "tarnis/tools/stripplot_p.h"
+
+#include <QJsonArray>
+#include <QSignalSpy>
+#include <QTest>
+
+#include <array>
+#include <cmath>
+#include <random>
+
+using namespace tarnis;
+
+namespace {
+
+/// A Gaussian of 10000 counts at 50 with sigma 4 on 20 a bin.
+std::vector<double> peakAtFifty()
+{
+    std::vector<double> contents;
+    std::mt19937_64 random(7);
+    const std::array widths { 4.0 };
+    for (int i = 0; i <= 100; ++i) {
+        const double mean = 20.0 + 10000.0 * peakIntegral(PeakShape::Gaussian, i - 0.5, i + 0.5, 50.0, widths);
+        contents.push_back(static_cast<double>(std::poisson_distribution<int>(mean)(random)));
+    }
+    return contents;
+}
+
+BinnedData viewOf(const std::vector<double>& contents)
+{
+    BinnedData data;
+    data.contents = contents;
+    return data;
+}
+
+FitConstraint held(const char* name, double value)
+{
+    FitConstraint constraint;
+    constraint.name = QString::fromLatin1(name);
+    constraint.start = value;
+    constraint.fixed = true;
+    return constraint;
+}
+
+FitConstraint atLeast(const char* name, double lower)
+{
+    FitConstraint constraint;
+    constraint.name = QString::fromLatin1(name);
+    constraint.lower = lower;
+    return constraint;
+}
+
+FitConstraint tied(const char* name, const char* other, double factor = 1.0)
+{
+    FitConstraint constraint;
+    constraint.name = QString::fromLatin1(name);
+    constraint.tiedTo = QString::fromLatin1(other);
+    constraint.factor = factor;
+    return constraint;
+}
+
+FitSetup setupOf(double lower, double upper)
+{
+    FitSetup setup;
+    setup.range = { lower, upper };
+    return setup;
+}
+
+} // namespace
+
+class TestFitSetup : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void readsTies_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<bool>("isValid");
+        QTest::addColumn<QString>("back");
+        QTest::newRow("name") << "sigma1" << true << "sigma1";
+        QTest::newRow("factor") << "0.5*area1" << true << "0.5 * area1";
+        QTest::newRow("offset") << " centre1 +10.5 " << true << "centre1 + 10.5";
+        QTest::newRow("both") << "-2 * area1 - 3e2" << true << "-2 * area1 - 300";
+        QTest::newRow("none") << "  " << true << "";
+        QTest::newRow("number") << "17" << false << "";
+        QTest::newRow("two names") << "area1 + area2" << false << "";
+        QTest::newRow("factor behind") << "area1 * 2" << false << "";
+    }
+    void readsTies()
+    {
+        QFETCH(QString, text);
+        QFETCH(bool, isValid);
+        QFETCH(QString, back);
+        const std::optional<FitTie> tie = fitTieOf(text);
+        QCOMPARE(tie.has_value(), isValid);
+        if (tie)
+            QCOMPARE(textOf(*tie), back);
+    }
+
+    void refusesAFitWithoutRangeOrBins()
+    {
+        const std::vector<double> contents = peakAtFifty();
+        QCOMPARE(runFit(viewOf(contents), {}).status, FitStatus::Refused);
+        QVERIFY(runFit(viewOf(contents), {}).message.contains(QStringLiteral("range")));
+        QVERIFY(!runFit(viewOf(contents), setupOf(500, 600)).message.isEmpty());
+        QVERIFY(!runFit({}, setupOf(0, 10)).message.isEmpty());
+    }
+
+    void fitsTheBinsWhoseCentreIsInTheRange()
+    {
+        const std::vector<double> contents = peakAtFifty();
+        const FitResult result = runFit(viewOf(contents), setupOf(19.6, 80.2));
+        QCOMPARE(result.first, std::size_t(20));
+        QCOMPARE(result.last, std::size_t(80));
+        QVERIFY(result.acceptable);
+        QVERIFY(std::fabs(result.valueOf(QStringLiteral("centre")) - 50.0) < 0.2);
+    }
+
+    void keepsConstraintsOfParametersThatExist()
+    {
+        FitSetup setup = setupOf(20, 80);
+        setup.setConstraint(held("sigma", 5.0));
+        setup.setConstraint(atLeast("area7", 1.0));
+        setup.setConstraint(tied("area", "area9"));
+        QCOMPARE(setup.modelToFit().constraints.size(), std::size_t(1));
+        const std::vector<double> contents = peakAtFifty();
+        const FitResult result = runFit(viewOf(contents), setup);
+        QCOMPARE(result.valueOf(QStringLiteral("sigma")), 5.0);
+        QVERIFY(!result.acceptable); // the peak is narrower
+    }
+
+    void beginsAtTheLastResult()
+    {
+        const std::vector<double> contents = peakAtFifty();
+        const FitSetup setup = setupOf(20, 80);
+        const FitResult first = runFit(viewOf(contents), setup);
+        const FitModel model = setup.modelToFit(&first);
+        QVERIFY(!model.constraints.empty());
+        const FitResult again = runFit(viewOf(contents), setup, &first);
+        const double move = again.valueOf(QStringLiteral("centre")) - first.valueOf(QStringLiteral("centre"));
+        QVERIFY(std::fabs(move) < 1e-4 * first.errorOf(QStringLiteral("centre")));
+        QVERIFY(again.calls < first.calls);
+    }
+
+    void sortsClickedPeaks()
+    {
+        FitSetup setup;
+        setup.isAutomatic = true;
+        setup.setConstraint(atLeast("area", 1.0));
+        setup.setCentres({ 70.0, 30.0 });
+        QCOMPARE(setup.model.centres.front(), 30.0);
+        QCOMPARE(setup.model.peaks, 2);
+        QVERIFY(!setup.isAutomatic);
+        QVERIFY(setup.model.constraints.empty());
+    }
+
+    void comesBackFromJson()
+    {
+        FitSetup setup = setupOf(-3.5, 1e6);
+        setup.setCentres({ 10, 20.25 });
+        setup.model.shape = PeakShape::Voigt;
+        setup.model.background = FitBackground::Exponential;
+        setup.model.widthMode = WidthMode::Own;
+        setup.model.withStep = true;
+        setup.options.statistic = FitStatistic::Pearson;
+        setup.setConstraint(held("sigma1", 2.5));
+        setup.setConstraint(tied("sigma2", "sigma1", 2.0));
+        FitSetup back;
+        back.fromJson(setup.toJson());
+        QCOMPARE(back.toJson(), setup.toJson());
+        QCOMPARE(back.model.shape, PeakShape::Voigt);
+    }
+
+    void keepsWhatDamagedJsonLacks()
+    {
+        FitSetup setup = setupOf(1, 2);
+        const QJsonObject before = setup.toJson();
+        setup.fromJson(QJsonObject { { "range", "x" }, { "peaks", 99 }, { "shape", 5 }, { "statistic", "best" },
+            { "centres", QJsonArray { 1.0, 2.0, 3.0 } } });
+        QCOMPARE(setup.toJson(), before);
+        setup.fromJson(QJsonObject());
+        QCOMPARE(setup.toJson(), before);
+    }
+
+    void standardizesResiduals()
+    {
+        std::vector<double> contents = peakAtFifty();
+        const FitResult result = runFit(viewOf(contents), setupOf(20, 80));
+        contents[25] += 3.0 * std::sqrt(result.modelContents[5]);
+        const std::vector<double> residuals = residualsOf(viewOf(contents), result);
+        QCOMPARE(residuals.size(), std::size_t(60));
+        QVERIFY(std::fabs(residuals[5] - 3.0) < 0.2);
+        QVERIFY(residualsOf(viewOf(contents).part(0, 10), result).empty());
+    }
+
+    void keepsALimitedHistory()
+    {
+        FitHistory history;
+        history.add(QDateTime::currentDateTime(), FitResult());
+        QVERIFY(history.records().isEmpty()); // refused
+        const std::vector<double> contents = peakAtFifty();
+        const FitResult result = runFit(viewOf(contents), setupOf(20, 80));
+        const QDateTime start = QDateTime::fromSecsSinceEpoch(1000);
+        for (int i = 0; i < FitHistory::maxRecords + 5; ++i)
+            history.add(start.addSecs(i), result);
+        QCOMPARE(history.records().size(), FitHistory::maxRecords);
+        QCOMPARE(history.records().first().time, start.addSecs(5));
+        const QList<TrendPoint> trend = history.trendOf(QStringLiteral("fwhm"));
+        QCOMPARE(trend.size(), FitHistory::maxRecords);
+        QVERIFY(trend.first().error > 0.0);
+        QVERIFY(history.trendOf(QStringLiteral("nothing")).isEmpty());
+        QVERIFY(history.names().contains(QStringLiteral("centre")));
+        QCOMPARE(history.table().count(u'\n'), FitHistory::maxRecords + 1);
+    }
+
+    void editsConstraintsInTheTable()
+    {
+        FitSetup setup = setupOf(20, 80);
+        FitParameterModel model(setup);
+        const std::vector<double> contents = peakAtFifty();
+        model.setResult(runFit(viewOf(contents), setup), false);
+        QSignalSpy edited(&model, &FitParameterModel::edited);
+        QSignalSpy refused(&model, &FitParameterModel::refused);
+        QCOMPARE(model.index(1, FitParameterModel::Name).data().toString(), QStringLiteral("centre"));
+        QVERIFY(model.index(1, FitParameterModel::Value).data().toString().contains(u'('));
+        QVERIFY(model.setData(model.index(1, FitParameterModel::Value), QStringLiteral("51.5")));
+        QVERIFY(model.setData(model.index(1, FitParameterModel::Lower), QStringLiteral("40")));
+        QVERIFY(model.setData(model.index(1, FitParameterModel::Fixed), Qt::Checked, Qt::CheckStateRole));
+        QVERIFY(!model.setData(model.index(1, FitParameterModel::Upper), QStringLiteral("many")));
+        QVERIFY(!model.setData(model.index(1, FitParameterModel::Tie), QStringLiteral("2 +")));
+        QCOMPARE(edited.size(), 3);
+        QCOMPARE(refused.size(), 2);
+        const FitConstraint centre = setup.constraint(QStringLiteral("centre"));
+        QCOMPARE(*centre.lower, 40.0);
+        QVERIFY(centre.fixed);
+        QVERIFY(model.setData(model.index(1, FitParameterModel::Lower), QString()));
+        QVERIFY(!setup.constraint(QStringLiteral("centre")).lower);
+    }
+
+    void givesStripsAHeight()
+    {
+        QCOMPARE(heightOf({}), (AxisRange { 0.0, 1.0 }));
+        const AxisRange one = heightOf({ { 0.0, 5.0, 0.0 } });
+        QVERIFY(one.min < 5.0 && one.max > 5.0);
+        const AxisRange withError = heightOf({ { 0.0, 5.0, 2.0 }, { 1.0, noNumber, 1.0 } });
+        QVERIFY(withError.min < 3.0 && withError.max > 7.0);
+    }
+
+    void findsBinsByTheirCentres()
+    {
+        const std::vector<double> contents(10, 1.0);
+        const BinnedData data = viewOf(contents);
+        QCOMPARE(binsBetween(data, 2.0, 5.0).first, 2);
+        QCOMPARE(binsBetween(data, 2.0, 5.0).last, 4);
+        QCOMPARE(binsBetween(data, 5.0, 2.0).last, 4);
+        QVERIFY(binsBetween(data, 2.1, 2.9).isEmpty());
+        QCOMPARE(binsBetween(data, -INFINITY, INFINITY).last, 9);
+        QVERIFY(binsBetween(data, noNumber, 3.0).isEmpty());
+        QVERIFY(binsBetween({}, 0.0, 3.0).isEmpty());
+    }
+};
+
+QTEST_MAIN(TestFitSetup)
+#include "tst_fitsetup.moc"
