@@ -51,8 +51,8 @@ FitLines linesOf(const FitResult& result, const BinnedData& data, int maxPoints)
         line.reserve(points + 1);
         for (int i = 0; i <= points; ++i) {
             const double x = lower + (upper - lower) * i / points;
-            const std::ptrdiff_t bin = std::clamp(data.binAt(x), static_cast<std::ptrdiff_t>(result.first),
-                static_cast<std::ptrdiff_t>(result.last));
+            const std::ptrdiff_t bin = std::clamp(
+                data.binAt(x), static_cast<std::ptrdiff_t>(result.first), static_cast<std::ptrdiff_t>(result.last));
             line.append({ x, density(x) * data.binWidth(static_cast<std::size_t>(bin)) });
         }
         return line;

@@ -36,7 +36,8 @@ QStringList FitHistory::names() const
     QStringList names;
     for (auto record = m_records.rbegin(); record != m_records.rend(); ++record) {
         // Hundreds of records of one model have one list.
-        if (record != m_records.rbegin() && record->result.parameters.size() == std::prev(record)->result.parameters.size()
+        if (record != m_records.rbegin()
+            && record->result.parameters.size() == std::prev(record)->result.parameters.size()
             && record->result.model.parameterNames() == std::prev(record)->result.model.parameterNames())
             continue;
         for (const QString& name : namesOf(record->result)) {

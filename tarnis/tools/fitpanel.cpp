@@ -188,8 +188,8 @@ void FitPanel::addPeakAt(double x, double tolerance)
 {
     FitSetup& setup = m_data->setup;
     std::vector<double> centres = setup.model.centres;
-    const auto near = std::find_if(
-        centres.begin(), centres.end(), [&](double centre) { return std::fabs(centre - x) <= tolerance; });
+    const auto near =
+        std::find_if(centres.begin(), centres.end(), [&](double centre) { return std::fabs(centre - x) <= tolerance; });
     if (near != centres.end())
         centres.erase(near);
     else if (static_cast<int>(centres.size()) < FitModel::maxPeaks)
@@ -228,27 +228,27 @@ void FitPanel::fit()
                           from = isLive && m_data->hasGood ? m_data->shown : FitResult()] {
         FitResult result = runFit(spectrum.data(), setup, from.status == FitStatus::Done ? &from : nullptr);
         FitLines lines = linesOf(result, spectrum.data());
-        return BackgroundRun::Delivery([this, result = std::move(result), lines = std::move(lines), spectrum, time,
-                                           isLive] {
-            QString note;
-            if (isLive && m_data->hasGood && !result.acceptable) {
-                note = tr("The last fit was not used: %1\nShown is the result of %2.")
-                           .arg(summaryOf(result, false), m_data->shownTime.toString(QStringLiteral("HH:mm:ss")));
-            } else {
-                m_data->shown = result;
-                m_data->shownData = spectrum;
-                m_data->shownTime = time;
-                m_data->isGuess = false;
-                m_data->hasGood = result.acceptable;
-                m_data->curves.setLines(lines, false, result.acceptable);
-            }
-            showResult(note);
-            if (result.status != FitStatus::Refused) {
-                m_data->history.add(time, result);
-                showHistory();
-            }
-            Q_EMIT fitted();
-        });
+        return BackgroundRun::Delivery(
+            [this, result = std::move(result), lines = std::move(lines), spectrum, time, isLive] {
+                QString note;
+                if (isLive && m_data->hasGood && !result.acceptable) {
+                    note = tr("The last fit was not used: %1\nShown is the result of %2.")
+                               .arg(summaryOf(result, false), m_data->shownTime.toString(QStringLiteral("HH:mm:ss")));
+                } else {
+                    m_data->shown = result;
+                    m_data->shownData = spectrum;
+                    m_data->shownTime = time;
+                    m_data->isGuess = false;
+                    m_data->hasGood = result.acceptable;
+                    m_data->curves.setLines(lines, false, result.acceptable);
+                }
+                showResult(note);
+                if (result.status != FitStatus::Refused) {
+                    m_data->history.add(time, result);
+                    showHistory();
+                }
+                Q_EMIT fitted();
+            });
     });
     showMessage(isLive ? message() : tr("Fitting..."), true);
 }

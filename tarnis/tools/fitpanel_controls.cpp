@@ -86,8 +86,8 @@ void FitPanel::connectControls()
     };
     connect(controls.copy, &QPushButton::clicked, this, [text] { copyText(text()); });
     connect(controls.save, &QPushButton::clicked, this, [this, text] {
-        const QString error = saveTextFile(this, tr("Save Results"), tr("Text separated by tabs (*.tsv *.txt)"),
-            text().toUtf8());
+        const QString error =
+            saveTextFile(this, tr("Save Results"), tr("Text separated by tabs (*.tsv *.txt)"), text().toUtf8());
         if (!error.isEmpty())
             showMessage(error, false);
     });
@@ -110,8 +110,9 @@ void FitPanel::connectPlot()
         m_data->controls.pickRange->setChecked(picker->mode() == PlotPicker::Mode::Range);
         m_data->controls.pickPeaks->setChecked(picker->mode() == PlotPicker::Mode::Places);
     });
-    connect(picker, &PlotPicker::rangeChanged, this,
-        [this](double lower, double upper) { m_data->curves.setRange({ lower, upper }); });
+    connect(picker, &PlotPicker::rangeChanged, this, [this](double lower, double upper) {
+        m_data->curves.setRange({ lower, upper });
+    });
     connect(picker, &PlotPicker::rangePicked, this, &FitPanel::setRange);
     connect(picker, &PlotPicker::placePicked, this, &FitPanel::addPeakAt);
     connect(picker, &PlotPicker::dataChanged, this, &FitPanel::onDataChanged);
@@ -140,7 +141,7 @@ void FitPanel::onDataChanged()
     const QSignalBlocker blocker(&box);
     box.clear();
     for (const QString& name : std::as_const(names))
-        box.addItem(tr("Curve %1").arg(name), name);
+        box.addItem(name, name);
     box.setCurrentIndex(std::max(0, static_cast<int>(names.indexOf(chosen))));
     box.setVisible(names.size() > 1);
 }
@@ -217,8 +218,8 @@ void FitPanel::showTrend()
     const QString name = m_data->controls.trendOf->currentText();
     std::vector<StripPoint> points;
     for (const TrendPoint& point : m_data->history.trendOf(name))
-        points.push_back(
-            { static_cast<double>(point.time.toMSecsSinceEpoch()) / 1000.0, point.value, point.error, !point.acceptable });
+        points.push_back({ static_cast<double>(point.time.toMSecsSinceEpoch()) / 1000.0, point.value, point.error,
+            !point.acceptable });
     m_data->controls.trend->setPoints(std::move(points));
     m_data->controls.trend->setName(name);
 }

@@ -22,8 +22,7 @@ struct Text {
 
 bool isKnown(const FitConstraint& constraint)
 {
-    return constraint.start || constraint.fixed || constraint.lower || constraint.upper
-        || !constraint.tiedTo.isEmpty();
+    return constraint.start || constraint.fixed || constraint.lower || constraint.upper || !constraint.tiedTo.isEmpty();
 }
 
 QJsonObject jsonOf(const FitConstraint& constraint)
@@ -181,8 +180,8 @@ QJsonObject FitSetup::toJson() const
     return { { "range"_L1, QJsonArray { range.min, range.max } }, { "automatic"_L1, isAutomatic },
         { "peaks"_L1, model.peaks }, { "centres"_L1, centres }, { "shape"_L1, QString(nameOf(model.shape)) },
         { "background"_L1, QString(nameOf(model.background)) }, { "step"_L1, model.withStep },
-        { "ownWidths"_L1, model.widthMode == WidthMode::Own },
-        { "statistic"_L1, QString(nameOf(options.statistic)) }, { "constraints"_L1, constraints } };
+        { "ownWidths"_L1, model.widthMode == WidthMode::Own }, { "statistic"_L1, QString(nameOf(options.statistic)) },
+        { "constraints"_L1, constraints } };
 }
 
 void FitSetup::fromJson(const QJsonObject& json)
@@ -239,8 +238,11 @@ QString summaryOf(const FitResult& result, bool isGuess)
     if (isGuess)
         return Text::tr("A guess, not fitted yet.");
     QString text = result.acceptable ? Text::tr("Acceptable.") : Text::tr("Not acceptable.");
-    text += u' ' + Text::tr("%1: %2 for %3 degrees of freedom, %4 bins").arg(QString(nameOf(result.options.statistic)),
-        QString::number(result.value, 'g', 5)).arg(result.ndf).arg(result.points);
+    text += u' '
+        + Text::tr("%1: %2 for %3 degrees of freedom, %4 bins")
+              .arg(QString(nameOf(result.options.statistic)), QString::number(result.value, 'g', 5))
+              .arg(result.ndf)
+              .arg(result.points);
     if (!std::isnan(result.goodness))
         text += Text::tr(", %1 standard deviations from the expectation").arg(result.goodness, 0, 'f', 1);
     text += u'.';

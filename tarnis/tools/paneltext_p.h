@@ -7,7 +7,8 @@ class QWidget;
 
 namespace tarnis {
 
-/// Asks for a file and writes the text in UTF-8. Returns why it could not, for the user; empty on success and on Cancel.
+/// Asks for a file and writes the text in UTF-8. Returns why it could not, for the user; empty on success and on
+/// Cancel.
 QString saveTextFile(QWidget* parent, const QString& title, const QString& filter, const QByteArray& text);
 
 /// Asks for a file and reads it, up to 16 MiB. error: why it could not; empty on success and on Cancel.

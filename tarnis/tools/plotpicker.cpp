@@ -85,7 +85,8 @@ bool PlotPicker::handleEvent(QEvent* event)
     case QEvent::MouseMove: {
         if (!m_isDragging)
             return false;
-        const auto [lower, upper] = std::minmax({ xAt(m_from), xAt(static_cast<const QMouseEvent&>(*event).position()) });
+        const auto [lower, upper] =
+            std::minmax({ xAt(m_from), xAt(static_cast<const QMouseEvent&>(*event).position()) });
         if (m_mode == Mode::Range)
             Q_EMIT rangeChanged(lower, upper);
         return true;

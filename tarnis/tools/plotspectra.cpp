@@ -1,5 +1,6 @@
 #include "tarnis/tools/plotspectra_p.h"
 
+#include "tarnis/plots/curvenames.h"
 #include "tarnis/plots/math/seriesgrouping_p.h"
 #include "tarnis/plots/plotaccess_p.h"
 #include "tarnis/plots/plotmapping.h"
@@ -32,11 +33,12 @@ QList<PlotSpectrum> spectraOfCurves(const MultiVectorGraphWidget& plot, const Pl
     QList<PlotSpectrum> spectra;
     const QList<Series>& series = PlotAccess::series(plot);
     const QList<SummedCurve> curves = curvesOf(series, PlotAccess::addType(plot), PlotAccess::groupSize(plot));
+    const QStringList names = curveNames(plot);
     for (qsizetype i = 0; i < curves.size(); ++i) {
         const SummedCurve& curve = curves.at(i);
         if (!curve.enable || curve.records.isEmpty() || lengthOf(series, curve) == 0)
             continue;
-        PlotSpectrum spectrum { QString::number(i + plot.m_firstNumber), curve.color, wholeSums(series, curve), {} };
+        PlotSpectrum spectrum { names.value(i), curve.color, wholeSums(series, curve), {} };
         setAxis(spectrum, mapping, PlotAccess::positionToX(plot) != nullptr);
         spectra.append(std::move(spectrum));
     }

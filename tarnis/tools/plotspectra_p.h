@@ -18,7 +18,7 @@ namespace tarnis {
 /// One visible curve. Shares the samples of the plot where it can; a copy keeps what the plot showed when it was read,
 /// on any thread.
 struct PlotSpectrum {
-    QString name; ///< number of the curve; empty where the plot has one
+    QString name; ///< of the curve; empty where the plot has one
     QColor color;
     QList<double> contents;
     std::shared_ptr<const std::vector<double>> edges; ///< of unequal bins; null: equal ones

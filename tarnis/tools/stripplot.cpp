@@ -160,8 +160,7 @@ void StripPlot::paintPoints(QPainter& painter, const QRect& rect, AxisRange x, A
             return limitedCoordinate(rect.bottom() - partOf(y, value) * rect.height());
         };
         const double column = limitedCoordinate(rect.left() + partOf(x, point.x) * rect.width());
-        const QColor color =
-            palette().color(point.isWeak ? QPalette::Disabled : QPalette::Active, QPalette::Text);
+        const QColor color = palette().color(point.isWeak ? QPalette::Disabled : QPalette::Active, QPalette::Text);
         painter.setPen(color);
         if (point.error > 0.0)
             painter.drawLine(QPointF(column, row(point.y - point.error)), QPointF(column, row(point.y + point.error)));

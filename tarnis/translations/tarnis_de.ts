@@ -1245,6 +1245,278 @@
     </message>
 </context>
 <context>
+    <name>tarnis::FitPanel</name>
+    <message>
+        <source>Fit</source>
+        <translation>Anpassung</translation>
+    </message>
+    <message>
+        <source>Press &quot;Range&quot; and drag over a peak, or press &quot;Peaks&quot; and click on it.</source>
+        <translation>„Bereich“ drücken und über einen Peak ziehen, oder „Peaks“ drücken und ihn anklicken.</translation>
+    </message>
+    <message>
+        <source>The last fit was not used: %1
+Shown is the result of %2.</source>
+        <translation>Die letzte Anpassung wurde nicht verwendet: %1
+Gezeigt ist das Ergebnis von %2.</translation>
+    </message>
+    <message>
+        <source>Fitting...</source>
+        <translation>Anpassung läuft...</translation>
+    </message>
+    <message>
+        <source>Save Results</source>
+        <translation>Ergebnisse speichern</translation>
+    </message>
+    <message>
+        <source>Text separated by tabs (*.tsv *.txt)</source>
+        <translation>Text mit Tabulatoren (*.tsv *.txt)</translation>
+    </message>
+    <message>
+        <source>acceptable</source>
+        <translation>annehmbar</translation>
+    </message>
+    <message>
+        <source>not acceptable</source>
+        <translation>nicht annehmbar</translation>
+    </message>
+    <message>
+        <source>none</source>
+        <translation>keiner</translation>
+    </message>
+    <message>
+        <source>constant</source>
+        <translation>konstant</translation>
+    </message>
+    <message>
+        <source>line</source>
+        <translation>Gerade</translation>
+    </message>
+    <message>
+        <source>parabola</source>
+        <translation>Parabel</translation>
+    </message>
+    <message>
+        <source>exponential</source>
+        <translation>exponentiell</translation>
+    </message>
+    <message>
+        <source>likelihood of counts</source>
+        <translation>Likelihood der Zählungen</translation>
+    </message>
+    <message>
+        <source>chi squared (Pearson)</source>
+        <translation>Chi-Quadrat (Pearson)</translation>
+    </message>
+    <message>
+        <source>chi squared (Neyman)</source>
+        <translation>Chi-Quadrat (Neyman)</translation>
+    </message>
+    <message>
+        <source>unweighted</source>
+        <translation>ungewichtet</translation>
+    </message>
+    <message>
+        <source>Range</source>
+        <translation>Bereich</translation>
+    </message>
+    <message>
+        <source>Drag on the plot to choose the range of the fit</source>
+        <translation>Auf dem Plot ziehen, um den Bereich der Anpassung zu wählen</translation>
+    </message>
+    <message>
+        <source>Peaks</source>
+        <translation type="unfinished">Peaks</translation>
+    </message>
+    <message>
+        <source>Click peaks on the plot; a click on a peak removes it</source>
+        <translation>Peaks auf dem Plot anklicken; ein Klick auf einen Peak entfernt ihn</translation>
+    </message>
+    <message>
+        <source>from</source>
+        <translation>von</translation>
+    </message>
+    <message>
+        <source>to</source>
+        <translation>bis</translation>
+    </message>
+    <message>
+        <source>Peaks:</source>
+        <translation>Peaks:</translation>
+    </message>
+    <message>
+        <source>Background:</source>
+        <translation>Untergrund:</translation>
+    </message>
+    <message>
+        <source>automatic</source>
+        <translation>automatisch</translation>
+    </message>
+    <message>
+        <source>Own widths</source>
+        <translation>Eigene Breiten</translation>
+    </message>
+    <message>
+        <source>Each peak has its own width instead of one for all</source>
+        <translation>Jeder Peak hat seine eigene Breite statt einer gemeinsamen</translation>
+    </message>
+    <message>
+        <source>Step</source>
+        <translation>Stufe</translation>
+    </message>
+    <message>
+        <source>A step of the background below each peak</source>
+        <translation>Eine Stufe des Untergrunds unter jedem Peak</translation>
+    </message>
+    <message>
+        <source>Guess</source>
+        <translation>Schätzen</translation>
+    </message>
+    <message>
+        <source>Clear</source>
+        <translation type="unfinished">Alle löschen</translation>
+    </message>
+    <message>
+        <source>Follow every</source>
+        <translation>Folgen alle</translation>
+    </message>
+    <message>
+        <source>Fit again while data arrive; the last good result is kept</source>
+        <translation>Wieder anpassen, solange Daten kommen; das letzte gute Ergebnis bleibt</translation>
+    </message>
+    <message>
+        <source> s</source>
+        <translation> s</translation>
+    </message>
+    <message>
+        <source>Parameters</source>
+        <translation>Parameter</translation>
+    </message>
+    <message>
+        <source>History</source>
+        <translation>Verlauf</translation>
+    </message>
+    <message>
+        <source>Trend</source>
+        <translation>Trend</translation>
+    </message>
+    <message>
+        <source>Time</source>
+        <translation>Zeit</translation>
+    </message>
+    <message>
+        <source>Verdict</source>
+        <translation>Urteil</translation>
+    </message>
+    <message>
+        <source>Area</source>
+        <translation>Fläche</translation>
+    </message>
+    <message>
+        <source>Centre</source>
+        <translation>Mitte</translation>
+    </message>
+    <message>
+        <source>FWHM</source>
+        <translation type="unfinished">Halbwertsbreite</translation>
+    </message>
+    <message>
+        <source>Statistic</source>
+        <translation>Statistik</translation>
+    </message>
+    <message>
+        <source>Copy</source>
+        <translation type="unfinished">Kopieren</translation>
+    </message>
+    <message>
+        <source>Copy the shown page with all digits</source>
+        <translation>Die gezeigte Seite mit allen Stellen kopieren</translation>
+    </message>
+    <message>
+        <source>Save...</source>
+        <translation>Speichern...</translation>
+    </message>
+    <message>
+        <source>Save the shown page with all digits</source>
+        <translation>Die gezeigte Seite mit allen Stellen speichern</translation>
+    </message>
+    <message>
+        <source>residual</source>
+        <translation>Residuum</translation>
+    </message>
+    <message>
+        <source>The plot has no data.</source>
+        <translation>Der Plot hat keine Daten.</translation>
+    </message>
+    <message>
+        <source>Choose a range first: press &quot;Range&quot; and drag over a peak.</source>
+        <translation>Zuerst einen Bereich wählen: „Bereich“ drücken und über einen Peak ziehen.</translation>
+    </message>
+    <message>
+        <source>The range holds no bin of the data.</source>
+        <translation>Der Bereich enthält keinen Kanal der Daten.</translation>
+    </message>
+    <message>
+        <source>A guess, not fitted yet.</source>
+        <translation>Eine Schätzung, noch nicht angepasst.</translation>
+    </message>
+    <message>
+        <source>Acceptable.</source>
+        <translation>Annehmbar.</translation>
+    </message>
+    <message>
+        <source>Not acceptable.</source>
+        <translation>Nicht annehmbar.</translation>
+    </message>
+    <message>
+        <source>%1: %2 for %3 degrees of freedom, %4 bins</source>
+        <translation>%1: %2 bei %3 Freiheitsgraden, %4 Kanäle</translation>
+    </message>
+    <message>
+        <source>, %1 standard deviations from the expectation</source>
+        <translation>, %1 Standardabweichungen vom Erwartungswert</translation>
+    </message>
+</context>
+<context>
+    <name>tarnis::FitParameterModel</name>
+    <message>
+        <source>%1 (at bound)</source>
+        <translation>%1 (an der Grenze)</translation>
+    </message>
+    <message>
+        <source>Parameter</source>
+        <translation>Parameter</translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation type="unfinished">Wert</translation>
+    </message>
+    <message>
+        <source>Fixed</source>
+        <translation>Fest</translation>
+    </message>
+    <message>
+        <source>Minimum</source>
+        <translation>Minimum</translation>
+    </message>
+    <message>
+        <source>Maximum</source>
+        <translation>Maximum</translation>
+    </message>
+    <message>
+        <source>Tied to</source>
+        <translation>Gekoppelt an</translation>
+    </message>
+    <message>
+        <source>Type another parameter, for example sigma1, 0.5 * area1 or centre1 + 10.</source>
+        <translation>Einen anderen Parameter eingeben, zum Beispiel sigma1, 0.5 * area1 oder centre1 + 10.</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is not a number.</source>
+        <translation>„%1“ ist keine Zahl.</translation>
+    </message>
+</context>
+<context>
     <name>tarnis::Formats</name>
     <message>
         <source>HDF5 files need the library %1, which is not installed: install it or use .csv or .npy</source>
@@ -1554,6 +1826,21 @@
     <message>
         <source>byte %1: the shape needs %2 bytes of values and the file has %3: it is damaged, copy it again</source>
         <translation>Byte %1: die Form braucht %2 Bytes an Werten und die Datei hat %3: sie ist beschädigt, erneut kopieren</translation>
+    </message>
+</context>
+<context>
+    <name>tarnis::PanelText</name>
+    <message>
+        <source>%1 cannot be written: %2</source>
+        <translation>%1 kann nicht geschrieben werden: %2</translation>
+    </message>
+    <message>
+        <source>%1 cannot be read: %2</source>
+        <translation>%1 kann nicht gelesen werden: %2</translation>
+    </message>
+    <message>
+        <source>%1 is larger than 16 MiB and is not read.</source>
+        <translation>%1 ist größer als 16 MiB und wird nicht gelesen.</translation>
     </message>
 </context>
 <context>
