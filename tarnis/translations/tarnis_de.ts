@@ -1326,7 +1326,7 @@ Gezeigt ist das Ergebnis von %2.</translation>
     </message>
     <message>
         <source>Peaks</source>
-        <translation type="unfinished">Peaks</translation>
+        <translation>Peaks</translation>
     </message>
     <message>
         <source>Click peaks on the plot; a click on a peak removes it</source>
@@ -1374,7 +1374,7 @@ Gezeigt ist das Ergebnis von %2.</translation>
     </message>
     <message>
         <source>Clear</source>
-        <translation type="unfinished">Alle löschen</translation>
+        <translation>Leeren</translation>
     </message>
     <message>
         <source>Follow every</source>
@@ -1418,7 +1418,7 @@ Gezeigt ist das Ergebnis von %2.</translation>
     </message>
     <message>
         <source>FWHM</source>
-        <translation type="unfinished">Halbwertsbreite</translation>
+        <translation>Halbwertsbreite</translation>
     </message>
     <message>
         <source>Statistic</source>
@@ -1426,7 +1426,7 @@ Gezeigt ist das Ergebnis von %2.</translation>
     </message>
     <message>
         <source>Copy</source>
-        <translation type="unfinished">Kopieren</translation>
+        <translation>Kopieren</translation>
     </message>
     <message>
         <source>Copy the shown page with all digits</source>
@@ -1489,7 +1489,7 @@ Gezeigt ist das Ergebnis von %2.</translation>
     </message>
     <message>
         <source>Value</source>
-        <translation type="unfinished">Wert</translation>
+        <translation>Wert</translation>
     </message>
     <message>
         <source>Fixed</source>
@@ -1994,6 +1994,56 @@ Gezeigt ist das Ergebnis von %2.</translation>
     </message>
 </context>
 <context>
+    <name>tarnis::PlotRegion</name>
+    <message>
+        <source>The file of regions is damaged at byte %1: %2</source>
+        <translation>Die Datei der Bereiche ist bei Byte %1 beschädigt: %2</translation>
+    </message>
+    <message>
+        <source>The file holds no list &quot;regions&quot;.</source>
+        <translation>Die Datei enthält keine Liste „regions“.</translation>
+    </message>
+    <message>
+        <source>The file holds more than %1 regions.</source>
+        <translation>Die Datei enthält mehr als %1 Bereiche.</translation>
+    </message>
+    <message>
+        <source>Region %1 of the file has no known kind or no valid points.</source>
+        <translation>Bereich %1 der Datei hat keine bekannte Art oder keine gültigen Punkte.</translation>
+    </message>
+</context>
+<context>
+    <name>tarnis::PlotRegions</name>
+    <message>
+        <source>Region %1</source>
+        <translation>Bereich %1</translation>
+    </message>
+    <message>
+        <source>Draw a Range of X</source>
+        <translation>X-Bereich zeichnen</translation>
+    </message>
+    <message>
+        <source>Draw a Range of Y</source>
+        <translation>Y-Bereich zeichnen</translation>
+    </message>
+    <message>
+        <source>Draw a Rectangle</source>
+        <translation>Rechteck zeichnen</translation>
+    </message>
+    <message>
+        <source>Draw an Ellipse</source>
+        <translation>Ellipse zeichnen</translation>
+    </message>
+    <message>
+        <source>Draw a Polygon</source>
+        <translation>Polygon zeichnen</translation>
+    </message>
+    <message>
+        <source>Remove the Region</source>
+        <translation>Bereich entfernen</translation>
+    </message>
+</context>
+<context>
     <name>tarnis::PlotRuler</name>
     <message>
         <source>Ruler</source>
@@ -2029,6 +2079,152 @@ Gezeigt ist das Ergebnis von %2.</translation>
     <message>
         <source>The region holds no bin of the axis. Choose limits on the axis.</source>
         <translation>Der Bereich enthält keinen Bin der Achse. Wählen Sie Grenzen auf der Achse.</translation>
+    </message>
+</context>
+<context>
+    <name>tarnis::RegionTable</name>
+    <message>
+        <source>Save Regions</source>
+        <translation>Bereiche speichern</translation>
+    </message>
+    <message>
+        <source>Regions (*.json)</source>
+        <translation>Bereiche (*.json)</translation>
+    </message>
+    <message>
+        <source>Load Regions</source>
+        <translation>Bereiche laden</translation>
+    </message>
+    <message>
+        <source>Regions</source>
+        <translation>Bereiche</translation>
+    </message>
+    <message>
+        <source>Frame:</source>
+        <translation>Rahmen:</translation>
+    </message>
+    <message>
+        <source>Side bins:</source>
+        <translation>Seitenkanäle:</translation>
+    </message>
+    <message>
+        <source>Width of the frame around a region that carries its background</source>
+        <translation>Breite des Rahmens um einen Bereich, der seinen Untergrund liefert</translation>
+    </message>
+    <message>
+        <source>Bins on either side of a region that carry its background; 0: no net areas</source>
+        <translation>Kanäle zu beiden Seiten eines Bereichs, die seinen Untergrund liefern; 0: keine Nettoflächen</translation>
+    </message>
+    <message>
+        <source>Since here</source>
+        <translation>Ab hier</translation>
+    </message>
+    <message>
+        <source>Shows what comes from now on in columns of its own</source>
+        <translation>Zeigt in eigenen Spalten, was ab jetzt dazukommt</translation>
+    </message>
+    <message>
+        <source>Copy</source>
+        <translation>Kopieren</translation>
+    </message>
+    <message>
+        <source>Copy the table with all digits</source>
+        <translation>Die Tabelle mit allen Stellen kopieren</translation>
+    </message>
+    <message>
+        <source>Save Regions...</source>
+        <translation>Bereiche speichern...</translation>
+    </message>
+    <message>
+        <source>Load Regions...</source>
+        <translation>Bereiche laden...</translation>
+    </message>
+    <message>
+        <source>The plot has been closed.</source>
+        <translation>Der Plot wurde geschlossen.</translation>
+    </message>
+    <message>
+        <source>%1 regions are for maps and were left out.</source>
+        <translation>%1 Bereiche sind für Karten und wurden weggelassen.</translation>
+    </message>
+</context>
+<context>
+    <name>tarnis::RegionTableModel</name>
+    <message>
+        <source>Selected range</source>
+        <translation>Gewählter Bereich</translation>
+    </message>
+    <message>
+        <source>ROI %1</source>
+        <translation>ROI %1</translation>
+    </message>
+    <message>
+        <source>Region</source>
+        <translation>Bereich</translation>
+    </message>
+    <message>
+        <source>Curve</source>
+        <translation>Kurve</translation>
+    </message>
+    <message>
+        <source>From</source>
+        <translation>Von</translation>
+    </message>
+    <message>
+        <source>To</source>
+        <translation>Bis</translation>
+    </message>
+    <message>
+        <source>From Y</source>
+        <translation>Von Y</translation>
+    </message>
+    <message>
+        <source>To Y</source>
+        <translation>Bis Y</translation>
+    </message>
+    <message>
+        <source>Bins</source>
+        <translation>Kanäle</translation>
+    </message>
+    <message>
+        <source>Sum</source>
+        <translation>Summe</translation>
+    </message>
+    <message>
+        <source>Net</source>
+        <translation>Netto</translation>
+    </message>
+    <message>
+        <source>Centroid</source>
+        <translation>Schwerpunkt</translation>
+    </message>
+    <message>
+        <source>Centroid Y</source>
+        <translation>Schwerpunkt Y</translation>
+    </message>
+    <message>
+        <source>FWHM</source>
+        <translation>Halbwertsbreite</translation>
+    </message>
+    <message>
+        <source>Maximum</source>
+        <translation>Maximum</translation>
+    </message>
+    <message>
+        <source>Maximum at</source>
+        <translation>Maximum bei</translation>
+    </message>
+    <message>
+        <source>Share</source>
+        <translation>Anteil</translation>
+    </message>
+    <message>
+        <source>Sum since %1</source>
+        <translation>Summe seit %1</translation>
+    </message>
+    <message>
+        <source>Net since %1</source>
+        <translation>Netto seit %1</translation>
     </message>
 </context>
 <context>
