@@ -20,12 +20,8 @@ ALLOWED = {
     "hdf5": {"foundation", "formats"},
     "export": {"foundation", "formats", "peak", "plots"},
     "dialogs": {"foundation", "formats", "server", "client", "peak", "plots", "export"},
-<<<<<<< HEAD
-    "tools": {"foundation", "peak", "plots"},
     "live": {"foundation", "server", "client", "peak", "plots", "tools"},
-=======
     "tools": {"foundation", "peak", "analysis", "plots"},
->>>>>>> aad7f33 (Add a panel that fits peaks of a plot)
 }
 # Rooms inside tarnis/plots: what else of that folder a room may include.
 PLOT_ROOMS = {
