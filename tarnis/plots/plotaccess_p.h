@@ -36,6 +36,8 @@ public:
     static QString title(const XYGraphWidget& plot) { return plot.m_title; }
     static QString notes(const XYGraphWidget& plot) { return plot.m_notes; }
     static bool isGridShown(const XYGraphWidget& plot) { return plot.m_showGrid; }
+    static QAction* rectangleAction(const XYGraphWidget& plot) { return plot.m_actRectangle; }
+    static QAction* moveAction(const XYGraphWidget& plot) { return plot.m_actMove; }
     static QAction* gridAction(const XYGraphWidget& plot) { return plot.m_actShowGrid; }
     static int mode(const XYGraphWidget& plot) { return plot.m_mode; }
     static bool isDragging(const XYGraphWidget& plot) { return plot.m_selecting; }

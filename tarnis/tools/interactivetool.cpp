@@ -61,6 +61,12 @@ bool InteractiveTool::event(QEvent* event)
     return QObject::event(event);
 }
 
+void InteractiveTool::receiveEventsFirst()
+{
+    if (plot() != nullptr)
+        plot()->installEventFilter(this); // moves an installed filter to the front
+}
+
 void InteractiveTool::setNeeds(Needs needs)
 {
     if (plot() == nullptr)

@@ -71,6 +71,8 @@ protected:
     /// Passes the events of the plot to handleEvent().
     bool eventFilter(QObject* object, QEvent* event) final;
 
+    /// Receives the plot's events before all other tools from now on: for a tool that the user gave the keys to.
+    void receiveEventsFirst();
     /// Changes what the tool needs. @{
     void setNeeds(Needs needs);
     Needs needs() const { return m_needs; }

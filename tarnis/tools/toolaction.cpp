@@ -73,6 +73,7 @@ ToolAction::ToolAction(QObject* owner, const char* name, ActionText currentText,
     , m_text(currentText)
 {
     setObjectName(QLatin1String(name));
+    describe();
 }
 
 void ToolAction::showKeys(std::initializer_list<QKeySequence> keys)
@@ -80,12 +81,21 @@ void ToolAction::showKeys(std::initializer_list<QKeySequence> keys)
     // Of a widget that never has the focus, since a tool bar and a menu cannot get it: shown and never triggered.
     setShortcutContext(Qt::WidgetShortcut);
     setShortcuts(keys);
+    describe();
+}
+
+void ToolAction::describe()
+{
+    const QString keys = QKeySequence::listToString(shortcuts(), QKeySequence::NativeText);
+    setToolTip(keys.isEmpty() ? text() : QStringLiteral("%1 (%2)").arg(text(), keys));
 }
 
 bool ToolAction::event(QEvent* event)
 {
-    if (event->type() == QEvent::LanguageChange)
+    if (event->type() == QEvent::LanguageChange) {
         setText(m_text());
+        describe();
+    }
     return QAction::event(event);
 }
 

@@ -41,6 +41,8 @@ protected:
     bool event(QEvent* event) override;
 
 private:
+    void describe();
+
     ActionText m_text;
 };
 

@@ -1924,6 +1924,13 @@ Gezeigt ist das Ergebnis von %2.</translation>
     </message>
 </context>
 <context>
+    <name>tarnis::PlotLegend</name>
+    <message>
+        <source>Legend</source>
+        <translation>Legende</translation>
+    </message>
+</context>
+<context>
     <name>tarnis::PlotMarkers</name>
     <message>
         <source>Name of the marker</source>
@@ -2052,6 +2059,68 @@ Gezeigt ist das Ergebnis von %2.</translation>
     <message>
         <source>Copy the Reading of the Ruler</source>
         <translation>Ablesung des Lineals kopieren</translation>
+    </message>
+</context>
+<context>
+    <name>tarnis::PlotToolBar</name>
+    <message>
+        <source>Zoom to a Rectangle</source>
+        <translation>Auf ein Rechteck vergrößern</translation>
+    </message>
+    <message>
+        <source>Move with the Mouse</source>
+        <translation>Mit der Maus verschieben</translation>
+    </message>
+    <message>
+        <source>Tools of the Plot</source>
+        <translation>Werkzeuge des Diagramms</translation>
+    </message>
+    <message>
+        <source>&amp;Plot</source>
+        <translation>&amp;Diagramm</translation>
+    </message>
+</context>
+<context>
+    <name>tarnis::PlotView</name>
+    <message>
+        <source>The view in %1 was left alone: %2.</source>
+        <translation>Die Ansicht in %1 blieb unverändert: %2.</translation>
+    </message>
+    <message>
+        <source>%1; delete or rename the file to store the view again</source>
+        <translation>%1; löschen Sie die Datei oder benennen Sie sie um, damit die Ansicht wieder gespeichert wird</translation>
+    </message>
+    <message>
+        <source>The view was not stored: the folder %1 cannot be created.</source>
+        <translation>Die Ansicht wurde nicht gespeichert: Der Ordner %1 kann nicht angelegt werden.</translation>
+    </message>
+    <message>
+        <source>The view was not stored in %1: %2.</source>
+        <translation>Die Ansicht wurde nicht in %1 gespeichert: %2.</translation>
+    </message>
+    <message>
+        <source>%1 was not deleted: %2.</source>
+        <translation>%1 wurde nicht gelöscht: %2.</translation>
+    </message>
+    <message>
+        <source>it is not a stored view of a plot</source>
+        <translation>sie ist keine gespeicherte Ansicht eines Diagramms</translation>
+    </message>
+    <message>
+        <source>it has no version</source>
+        <translation>sie hat keine Version</translation>
+    </message>
+    <message>
+        <source>a later version of this program wrote it</source>
+        <translation>eine spätere Version dieses Programms hat sie geschrieben</translation>
+    </message>
+    <message>
+        <source>it is too large for a stored view</source>
+        <translation>sie ist zu groß für eine gespeicherte Ansicht</translation>
+    </message>
+    <message>
+        <source>it is damaged at byte %1</source>
+        <translation>sie ist bei Byte %1 beschädigt</translation>
     </message>
 </context>
 <context>
