@@ -3,7 +3,6 @@
 #include "tarnis/client/histogramwire_p.h"
 #include "tarnis/dialogs/livewindow_p.h"
 #include "tarnis/foundation/checkedconnect_p.h"
-#include "tarnis/foundation/modalbox_p.h"
 #include "tarnis/foundation/trace_p.h"
 #include "tarnis/plots/multivectorgraphwidget.h"
 #include "tarnis/server/tarnissession.h"
@@ -11,8 +10,6 @@
 #include "ui_graph1ddialog.h"
 
 #include <QCloseEvent>
-#include <QCoreApplication>
-#include <QPointer>
 #include <QTimer>
 
 #include <algorithm>
@@ -187,26 +184,10 @@ QString Graph1DDialog::stopReason() const
     return live->stopReason();
 }
 
-// True if a hook has dealt with it; the polling then goes on.
-bool Graph1DDialog::isDealtWith(tarnis::UndrawnReply const& reply)
-{
-    if (!hooks.onUndrawn || !hooks.onUndrawn(reply))
-        return false;
-    pollLater();
-    return true;
-}
-
-void Graph1DDialog::showUndrawn(tarnis::UndrawnReply const& reply, bool isWarning)
-{
-    live->setStopped(reply.text);
-    tarnis::showBox(isWarning ? QMessageBox::Warning : QMessageBox::Information, this,
-        QCoreApplication::applicationName(), reply.text);
-}
-
 void Graph1DDialog::reportUndrawn(tarnis::UndrawnReply const& reply)
 {
-    if (!isDealtWith(reply))
-        showUndrawn(reply, false);
+    if (!tarnis::LiveWindow::isDealtWith(hooks, reply, timer))
+        live->showUndrawn(reply, QMessageBox::Information);
 }
 
 void Graph1DDialog::update()
@@ -262,13 +243,7 @@ void Graph1DDialog::result(PTarnisCmd command, QByteArray const& payload)
         return;
     }
     if (!command->m_bBinary) {
-        TARNIS_TRACE(QString::fromUtf8(payload));
-        if (!payload.startsWith("NG:"))
-            return;
-        const QPointer<Graph1DDialog> guard(this);
-        tarnis::showRefusal(this, tr(">>> %1\n<<< %2"), *command, payload);
-        if (guard)
-            close();
+        live->readText(*command, payload, tr(">>> %1\n<<< %2"));
         return;
     }
     if (live->isTooLarge(tarnis::doubleCount(payload))) {
@@ -326,12 +301,12 @@ bool Graph1DDialog::showPairs(QString const& replyText, QByteArray const& payloa
     const std::optional<tarnis::PairSamples> samples = tarnis::pairSamples(payload, *axis);
     const tarnis::UndrawnReply outside { tarnis::UndrawnReply::Reason::OutsideAxis, tr("Invalid index!"), replyText,
         values };
-    if (!samples && isDealtWith(outside))
+    if (!samples && tarnis::LiveWindow::isDealtWith(hooks, outside, timer))
         return false;
     ui->graphWidget->initManualX(axis->min, axis->max);
     ui->graphWidget->setResolution(1);
     if (!samples) {
-        showUndrawn(outside, true);
+        live->showUndrawn(outside, QMessageBox::Warning);
         return false;
     }
     ui->graphWidget->setData(0, samples->ys, tarnis::largest(samples->ys, 0.0));

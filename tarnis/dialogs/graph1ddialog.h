@@ -115,8 +115,6 @@ protected:
     /// @endcond
 
 private:
-    TARNIS_NO_EXPORT bool isDealtWith(tarnis::UndrawnReply const& reply);
-    TARNIS_NO_EXPORT void showUndrawn(tarnis::UndrawnReply const& reply, bool isWarning);
     TARNIS_NO_EXPORT void reportUndrawn(tarnis::UndrawnReply const& reply);
 
     tarnis::LiveWindow* live; ///< owned as a child; what the members above do not hold

@@ -4,7 +4,6 @@
 #include "tarnis/dialogs/graph2dkernel_p.h"
 #include "tarnis/dialogs/livewindow_p.h"
 #include "tarnis/foundation/checkedconnect_p.h"
-#include "tarnis/foundation/modalbox_p.h"
 #include "tarnis/foundation/trace_p.h"
 #include "tarnis/plots/xy2dgraphwidget.h"
 #include "tarnis/server/tarnissession.h"
@@ -12,7 +11,6 @@
 #include "ui_graph2ddialog.h"
 
 #include <QCloseEvent>
-#include <QCoreApplication>
 #include <QPointer>
 #include <QTimer>
 
@@ -163,22 +161,6 @@ QString Graph2DDialog::stopReason() const
     return live->stopReason();
 }
 
-// True if a hook has dealt with it; the polling then goes on.
-bool Graph2DDialog::isDealtWith(tarnis::UndrawnReply const& reply)
-{
-    if (!hooks.onUndrawn || !hooks.onUndrawn(reply))
-        return false;
-    pollLater();
-    return true;
-}
-
-void Graph2DDialog::showUndrawn(tarnis::UndrawnReply const& reply, bool isWarning)
-{
-    live->setStopped(reply.text);
-    tarnis::showBox(isWarning ? QMessageBox::Warning : QMessageBox::Information, this,
-        QCoreApplication::applicationName(), reply.text);
-}
-
 void Graph2DDialog::update()
 {
     if (session)
@@ -233,13 +215,7 @@ void Graph2DDialog::result(PTarnisCmd command, QByteArray payload)
         return;
     }
     if (!command->m_bBinary) {
-        TARNIS_TRACE(QString::fromUtf8(payload));
-        if (!payload.startsWith("NG:"))
-            return;
-        const QPointer<Graph2DDialog> guard(this);
-        tarnis::showRefusal(this, tr(">>> %1\n<<< %2"), *command, payload);
-        if (guard)
-            close();
+        live->readText(*command, payload, tr(">>> %1\n<<< %2"));
         return;
     }
     const tarnis::BinCounts previous { binsX, binsY };
@@ -279,12 +255,12 @@ void Graph2DDialog::rejectReply(QString const& replyText, QByteArray const& payl
         reply = live->tooLarge(values);
     reply.binsX = binsX;
     reply.binsY = binsY;
-    if (isDealtWith(reply)) {
+    if (tarnis::LiveWindow::isDealtWith(hooks, reply, timer)) {
         binsX = oldBinsX;
         binsY = oldBinsY;
         return;
     }
-    showUndrawn(reply, false);
+    live->showUndrawn(reply, QMessageBox::Information);
 }
 
 void Graph2DDialog::pollLater()

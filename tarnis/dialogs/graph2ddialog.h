@@ -116,8 +116,6 @@ protected:
     tarnis::LiveWindowHooks hooks; ///< empty; a subclass may set them at any time
 
 private:
-    TARNIS_NO_EXPORT bool isDealtWith(tarnis::UndrawnReply const& reply);
-    TARNIS_NO_EXPORT void showUndrawn(tarnis::UndrawnReply const& reply, bool isWarning);
     TARNIS_NO_EXPORT void rejectReply(QString const& replyText, QByteArray const& payload, int oldBinsX, int oldBinsY);
 
     tarnis::LiveWindow* live; ///< owned as a child; what the members above do not hold

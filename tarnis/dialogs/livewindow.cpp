@@ -14,6 +14,7 @@
 #include <QDialog>
 #include <QLabel>
 #include <QLayout>
+#include <QPointer>
 #include <QProgressBar>
 #include <QTime>
 #include <QTimer>
@@ -162,6 +163,32 @@ void LiveWindow::retranslate()
 {
     if (m_label)
         m_label->setText(tr("Stopped at %1. \"Update\" starts again. %2").arg(m_stoppedAt, m_reason));
+}
+
+bool LiveWindow::isDealtWith(const LiveWindowHooks& hooks, const UndrawnReply& reply, QTimer* timer)
+{
+    if (!hooks.onUndrawn || !hooks.onUndrawn(reply))
+        return false;
+    if (timer)
+        timer->start();
+    return true;
+}
+
+void LiveWindow::showUndrawn(const UndrawnReply& reply, QMessageBox::Icon icon)
+{
+    setStopped(reply.text);
+    showBox(icon, &m_window, QCoreApplication::applicationName(), reply.text);
+}
+
+void LiveWindow::readText(const TarnisCmd& command, const QByteArray& payload, const QString& form)
+{
+    TARNIS_TRACE(QString::fromUtf8(payload));
+    if (!payload.startsWith("NG:"))
+        return;
+    const QPointer<QDialog> guard(&m_window);
+    showRefusal(&m_window, form, command, payload);
+    if (guard)
+        guard->close();
 }
 
 UndrawnReply LiveWindow::tooLarge(qint64 values) const

@@ -6,6 +6,7 @@
 #include "tarnis/server/serveraddress.h"
 #include "tarnis/server/tarnissession.h"
 
+#include <QMessageBox>
 #include <QObject>
 #include <QString>
 #include <QStringList>
@@ -109,6 +110,13 @@ public:
     void setStopped(const QString& reason);
     QString stopReason() const { return m_reason; } ///< empty while the polling goes on
     void retranslate(); ///< shows the state in the current language
+
+    /// Passes the reply to the hook. True if that has dealt with it: the polling then goes on.
+    static bool isDealtWith(const LiveWindowHooks& hooks, const UndrawnReply& reply, QTimer* timer);
+    /// Stops the polling and reports the reply in a message box.
+    void showUndrawn(const UndrawnReply& reply, QMessageBox::Icon icon);
+    /// Reads a reply to a text command: a refusal is reported as showRefusal() says and closes the window.
+    void readText(const TarnisCmd& command, const QByteArray& payload, const QString& form);
 
     /// A reply with more values than the window accepts is not decoded.
     bool isTooLarge(qint64 values) const { return values > m_maxValues; }

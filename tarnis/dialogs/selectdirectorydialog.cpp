@@ -1,11 +1,9 @@
 #include "tarnis/dialogs/selectdirectorydialog.h"
 
 #include "tarnis/dialogs/folderlists_p.h"
+#include "tarnis/dialogs/folderrequests_p.h"
 #include "tarnis/dialogs/serverpaths_p.h"
-#include "tarnis/foundation/checkedconnect_p.h"
-#include "tarnis/foundation/helpers.h"
 #include "tarnis/foundation/modalbox_p.h"
-#include "tarnis/foundation/trace_p.h"
 #include "tarnis/server/sessionend.h"
 #include "tarnis/server/tarnissession.h"
 
@@ -15,13 +13,6 @@
 #include <QCoreApplication>
 #include <QPointer>
 #include <QPushButton>
-
-namespace {
-
-const QLatin1String pwdName("pwd");
-const QLatin1String lsName("ls");
-
-} // namespace
 
 SelectDirectoryDialog::SelectDirectoryDialog(QString const& dir_, TarnisSession* session_, QWidget* parent)
     : QDialog(parent)
@@ -39,9 +30,15 @@ SelectDirectoryDialog::SelectDirectoryDialog(QString const& dir_, TarnisSession*
         &SelectDirectoryDialog::onCurDirListItemDoubleClicked);
     connect(ui->buttonBox, &QDialogButtonBox::accepted, this, &SelectDirectoryDialog::onAccepted);
 
-    session = new TarnisSession(session_->m_host, session_->m_port, session_->GetPrompt(), nullptr);
-    tarnis::checkedConnect(session, SIGNAL(result(PTarnisCmd, QByteArray)), this, SLOT(result(PTarnisCmd, QByteArray)));
-    session->start(QThread::InheritPriority);
+    requests = new tarnis::FolderRequests(session, lists, { QLatin1String("pwd"), QLatin1String("ls") },
+        { [this] { return dir; },
+            [this](const QString& folder) {
+                dir = folder;
+                requests->continueListing();
+            },
+            [this](QStringList& names) { showListing(names); } },
+        this);
+    requests->start(*session_);
 
     trimDir(dir);
     if (dir.isEmpty())
@@ -89,70 +86,21 @@ void SelectDirectoryDialog::trimDir(QString& path)
 
 void SelectDirectoryDialog::requestPwd()
 {
-    askedPwd = false;
-    askPwd();
+    requests->requestDirectory();
 }
 
 void SelectDirectoryDialog::requestLs()
 {
-    askedPwd = false;
-    askLs();
-}
-
-void SelectDirectoryDialog::askLs()
-{
-    sendRequest(tarnis::listRequest(dir), lsName);
-}
-
-void SelectDirectoryDialog::askPwd()
-{
-    sendRequest(QStringLiteral("pwd"), pwdName);
-}
-
-void SelectDirectoryDialog::sendRequest(QString const& text, QString const& name)
-{
-    if (!session)
-        return;
-    lists->setEnabled(false);
-    session->send(tarnis::browseCommand(text, name));
+    requests->requestListing();
 }
 
 void SelectDirectoryDialog::result(PTarnisCmd cmd, QByteArray const& payload)
 {
-    if (cmd->m_cmdName == pwdName)
-        onPwdReply(QString::fromUtf8(payload));
-    else if (cmd->m_cmdName == lsName)
-        onLsReply(QString::fromUtf8(payload));
+    requests->read(*cmd, payload);
 }
 
-void SelectDirectoryDialog::onPwdReply(QString const& reply)
+void SelectDirectoryDialog::showListing(QStringList& names)
 {
-    lists->setEnabled(true);
-    TARNIS_TRACE(reply);
-    if (!tarnis::isGoodReply(reply))
-        return;
-    const QStringList lines = tarnis::replyLines(reply);
-    if (lines.isEmpty())
-        return;
-    dir = lines.first();
-    askLs();
-}
-
-void SelectDirectoryDialog::onLsReply(QString const& reply)
-{
-    lists->setEnabled(true);
-    TARNIS_TRACE(reply);
-    if (!tarnis::isGoodReply(reply)) {
-        // Once only: where the server's own directory cannot be listed either, asking again would go round for ever.
-        if (!askedPwd) {
-            askedPwd = true;
-            askPwd();
-        }
-        return;
-    }
-    askedPwd = false;
-    QStringList names = tarnis::replyLines(reply);
-    localeAwareSort(names);
     allNames = names;
     names.removeIf([this](const QString& name) {
         return name.isEmpty() || (!name.endsWith(QLatin1Char('/')) && !matchExt(name));

@@ -14,7 +14,8 @@ class QListWidgetItem;
 class TarnisSession;
 namespace tarnis {
 class FolderLists;
-}
+class FolderRequests;
+} // namespace tarnis
 namespace Ui {
 class SelectDirectoryDialog;
 }
@@ -63,14 +64,9 @@ protected:
     void changeEvent(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
 
-    /// Disables the lists until the reply and queues the command under `name`; does nothing without a session.
-    void sendRequest(QString const& text, QString const& name);
     /// @cond
-    TARNIS_NO_EXPORT void askPwd();
-    TARNIS_NO_EXPORT void askLs();
+    TARNIS_NO_EXPORT void showListing(QStringList& names);
     /// @endcond
-    void onPwdReply(QString const& reply); ///< goes to the directory of the first line, if it is a good reply
-    void onLsReply(QString const& reply); ///< fills the list, sorted: folders, and names with one of the extensions
     void rebuildDirCombo(); ///< the directory and those above it
     QListWidgetItem* selectedItem() const; ///< null without a selection
     bool mayTakeName(QString const& name); ///< asks about a name that is listed with the suffix behind it
@@ -84,5 +80,5 @@ protected:
     bool nameEdit = false; ///< a name is typed
     QList<QString> allNames; ///< the last listing, sorted, unfiltered
     tarnis::FolderLists* lists; ///< the combo box and the list
-    bool askedPwd = false; ///< a listing failed and "pwd" was asked: a second failure ends it, until the next request
+    tarnis::FolderRequests* requests; ///< what it asks of the server
 };

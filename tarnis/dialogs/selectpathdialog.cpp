@@ -1,11 +1,9 @@
 #include "tarnis/dialogs/selectpathdialog.h"
 
 #include "tarnis/dialogs/folderlists_p.h"
+#include "tarnis/dialogs/folderrequests_p.h"
 #include "tarnis/dialogs/serverpaths_p.h"
-#include "tarnis/foundation/checkedconnect_p.h"
-#include "tarnis/foundation/helpers.h"
 #include "tarnis/foundation/modalbox_p.h"
-#include "tarnis/foundation/trace_p.h"
 #include "tarnis/server/sessionend.h"
 #include "tarnis/server/tarnissession.h"
 
@@ -18,13 +16,6 @@
 #include <QSignalBlocker>
 
 #include <utility>
-
-namespace {
-
-const QLatin1String pwdName("pathSelectPwd");
-const QLatin1String lsName("pathSelectLs");
-
-} // namespace
 
 SelectPathDialog::SelectPathDialog(QString const& dir, TarnisSession* session_, QWidget* parent)
     : QDialog(parent)
@@ -41,9 +32,12 @@ SelectPathDialog::SelectPathDialog(QString const& dir, TarnisSession* session_, 
         ui->curDirListWidget, &QListWidget::itemDoubleClicked, this, &SelectPathDialog::onCurDirListItemDoubleClicked);
     connect(ui->buttonBox, &QDialogButtonBox::accepted, this, &SelectPathDialog::onAccepted);
 
-    session = new TarnisSession(session_->m_host, session_->m_port, session_->GetPrompt(), nullptr);
-    tarnis::checkedConnect(session, SIGNAL(result(PTarnisCmd, QByteArray)), this, SLOT(result(PTarnisCmd, QByteArray)));
-    session->start(QThread::InheritPriority);
+    requests =
+        new tarnis::FolderRequests(session, lists, { QLatin1String("pathSelectPwd"), QLatin1String("pathSelectLs") },
+            { [this] { return getDir(); }, [this](const QString& folder) { goTo(folder); },
+                [this](QStringList& names) { showListing(names); } },
+            this);
+    requests->start(*session_);
 
     if (dir.isEmpty())
         requestPwd();
@@ -90,7 +84,7 @@ bool SelectPathDialog::matchExt(QString const& name)
 
 void SelectPathDialog::setDir(QString const& dir)
 {
-    askedPwd = false;
+    requests->begin();
     goTo(dir);
 }
 
@@ -104,7 +98,7 @@ void SelectPathDialog::goTo(QString const& dir)
         ui->dirComboBox->addItems(tarnis::ancestors(dir));
         ui->dirComboBox->setCurrentIndex(ui->dirComboBox->count() - 1);
     }
-    askLs();
+    requests->continueListing();
 }
 
 QString SelectPathDialog::getDir() const
@@ -127,68 +121,21 @@ void SelectPathDialog::trimDir(QString& path)
 
 void SelectPathDialog::requestPwd()
 {
-    askedPwd = false;
-    askPwd();
+    requests->requestDirectory();
 }
 
 void SelectPathDialog::requestLs()
 {
-    askedPwd = false;
-    askLs();
-}
-
-void SelectPathDialog::askLs()
-{
-    sendRequest(tarnis::listRequest(getDir()), lsName);
-}
-
-void SelectPathDialog::askPwd()
-{
-    sendRequest(QStringLiteral("pwd"), pwdName);
-}
-
-void SelectPathDialog::sendRequest(QString const& text, QString const& name)
-{
-    if (!session)
-        return;
-    lists->setEnabled(false);
-    session->send(tarnis::browseCommand(text, name));
+    requests->requestListing();
 }
 
 void SelectPathDialog::result(PTarnisCmd cmd, QByteArray const& payload)
 {
-    if (cmd->m_cmdName == pwdName)
-        onPwdReply(QString::fromUtf8(payload));
-    else if (cmd->m_cmdName == lsName)
-        onLsReply(QString::fromUtf8(payload));
+    requests->read(*cmd, payload);
 }
 
-void SelectPathDialog::onPwdReply(QString const& reply)
+void SelectPathDialog::showListing(QStringList& names)
 {
-    lists->setEnabled(true);
-    TARNIS_TRACE(reply);
-    if (!tarnis::isGoodReply(reply))
-        return;
-    const QStringList lines = tarnis::replyLines(reply);
-    if (!lines.isEmpty())
-        goTo(lines.first());
-}
-
-void SelectPathDialog::onLsReply(QString const& reply)
-{
-    lists->setEnabled(true);
-    TARNIS_TRACE(reply);
-    if (!tarnis::isGoodReply(reply)) {
-        // Once only: where the server's own directory cannot be listed either, asking again would go round for ever.
-        if (!askedPwd) {
-            askedPwd = true;
-            askPwd();
-        }
-        return;
-    }
-    askedPwd = false;
-    QStringList names = tarnis::replyLines(reply);
-    localeAwareSort(names);
     names.removeIf([this](const QString& name) { return !name.endsWith(QLatin1Char('/')) && !matchExt(name); });
     ui->curDirListWidget->clear();
     ui->curDirListWidget->addItems(names);

@@ -14,7 +14,8 @@ class QListWidgetItem;
 class TarnisSession;
 namespace tarnis {
 class FolderLists;
-}
+class FolderRequests;
+} // namespace tarnis
 namespace Ui {
 class SelectPathDialog;
 }
@@ -70,15 +71,10 @@ protected:
     void changeEvent(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
 
-    /// Disables the lists until the reply and queues the command under `name`; does nothing without a session.
-    void sendRequest(QString const& text, QString const& name);
     /// @cond
-    TARNIS_NO_EXPORT void askPwd();
-    TARNIS_NO_EXPORT void askLs();
+    TARNIS_NO_EXPORT void showListing(QStringList& names);
     TARNIS_NO_EXPORT void goTo(QString const& dir);
     /// @endcond
-    void onPwdReply(QString const& reply); ///< goes to the directory of the first line, if it is a good reply
-    void onLsReply(QString const& reply); ///< fills the list, sorted: folders, and names with one of the extensions
     bool mayTakeName(QString const& name); ///< whether setExt() lets it pass; tells or asks in a box
     void finish(QString const& path); ///< emits accepted() and closes
 
@@ -88,5 +84,5 @@ protected:
     bool mustExist = false; ///< see setExt()
     bool confirmOverwrite = false; ///< see setExt()
     tarnis::FolderLists* lists; ///< the combo box and the list
-    bool askedPwd = false; ///< a listing failed and "pwd" was asked: a second failure ends it, until the next request
+    tarnis::FolderRequests* requests; ///< what it asks of the server
 };
