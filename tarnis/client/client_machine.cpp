@@ -304,6 +304,7 @@ void Client::Private::sendKeepAlive()
 {
     RequestOptions probe;
     probe.silence = options.keepAlive.silence;
+    probe.maxSize = maxOwnReply;
     Request request {
         .bytes = requestBytes(options.keepAlive.command),
         .options = probe,

@@ -18,6 +18,10 @@
 
 namespace tarnis {
 
+/// Largest reply that is accepted to the requests which the library makes by itself: lines that are taken apart on the
+/// event loop. A larger one ends the connection.
+inline constexpr qint64 maxOwnReply = qint64(1) << 20;
+
 using Clock = std::chrono::steady_clock;
 constexpr Clock::time_point never = Clock::time_point::max();
 

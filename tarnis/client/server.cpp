@@ -1,5 +1,6 @@
 #include "tarnis/client/server.h"
 
+#include "tarnis/client/requestqueue_p.h"
 #include "tarnis/server/tarniscmd.h"
 
 #include <QPointer>
@@ -350,6 +351,7 @@ void Server::Private::requestStatistics()
         return;
     RequestOptions request;
     request.priority = -2;
+    request.maxSize = maxOwnReply;
     control->request(QStringLiteral("stat"), request).then([owner = QPointer(&q)](const Reply& reply) {
         if (owner && reply.isOk())
             owner->d->onStatistics(reply);

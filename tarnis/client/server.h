@@ -105,7 +105,8 @@ public:
     bool isLocal() const; ///< the last step was startLocal()
     QString host() const; ///< of the server, empty while it is not known
     quint16 port() const; ///< 0 while it is not known
-    /// Names and values of the last reply to "stat"; of names that occur twice the last value.
+    /// Names and values of the last reply to "stat"; of names that occur twice the last value. A reply of more than
+    /// 1 MiB ends the connection, which is then made again.
     QMap<QString, QString> statistics() const;
 
 Q_SIGNALS:

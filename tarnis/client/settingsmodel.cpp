@@ -1,5 +1,6 @@
 #include "tarnis/client/settingsmodel.h"
 
+#include "tarnis/client/requestqueue_p.h"
 #include "tarnis/server/tarniscmd.h"
 
 #include <QPointer>
@@ -71,7 +72,9 @@ void SettingsModel::Private::request(const QString& text, const std::function<vo
             .elapsed = {} });
         return;
     }
-    client->request(text).then([model = QPointer(&q), then](const Reply& reply) {
+    RequestOptions options;
+    options.maxSize = maxOwnReply;
+    client->request(text, options).then([model = QPointer(&q), then](const Reply& reply) {
         if (model)
             then(reply);
     });

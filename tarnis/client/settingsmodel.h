@@ -50,7 +50,7 @@ public:
     /// As setValue(). False, after rejected(), for a value that cannot be sent.
     bool setData(const QModelIndex& index, const QVariant& value, int role) override;
 
-    /// Requests the server's settings. Values that were not edited here follow them; edited ones stay. Ends with
+    /// Requests the server's settings, at most 1 MiB of text. Values that were not edited here follow them; edited ones stay. Ends with
     /// refreshed() or failed().
     void refresh();
     /// Sends every changed value, then refreshes. Ends with sent() or failed(); refused() comes before. Does nothing

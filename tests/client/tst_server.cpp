@@ -88,6 +88,19 @@ private Q_SLOTS:
         QCOMPARE(server.state(), State::Idle);
     }
 
+    void readsNoEndlessStatistics()
+    {
+        ScriptedServer socket;
+        socket.answerInTurn(
+            "stat", { { Step::text(QByteArray(2 << 20, '\n')) }, { Step::text("OK:\nstate: STOPPED\n") } });
+        Server server(quick());
+        QStringList reasons;
+        connect(&server, &Server::stateChanged, this, [&](State, const QString& reason) { reasons.append(reason); });
+        server.connectTo(socket.host(), socket.port());
+        QVERIFY(eventually([&] { return server.runState() == RunState::Stopped; }));
+        QVERIFY2(!reasons.filter("larger").isEmpty(), qPrintable(reasons.join("; ")));
+    }
+
     void sessionsComeBack()
     {
         auto socket = std::make_unique<ScriptedServer>();

@@ -106,6 +106,27 @@ private Q_SLOTS:
         QCOMPARE(table.model.value("rate"), QStringLiteral("1000"));
     }
 
+    void toolTipsShowNoMarkup()
+    {
+        Table table;
+        table.model.setValue("rate", "2000");
+        table.server.answer("setting rate:2000", { Step::text("NG:<b>no</b> & none\n") });
+        QVERIFY(table.send());
+        QCOMPARE(table.model.index(2, SettingsModel::Value).data(Qt::ToolTipRole).toString(),
+            QStringLiteral("<qt>&lt;b&gt;no&lt;/b&gt; &amp; none"));
+    }
+
+    void refusesEndlessSettings()
+    {
+        Table table;
+        table.server.answer("setting", { Step::text(QByteArray(2 << 20, '\n')) });
+        table.model.refresh();
+        QVERIFY(eventually([&] { return !table.failed.isEmpty(); }));
+        QVERIFY2(table.failed.first().first().toString().contains("larger"),
+            qPrintable(table.failed.first().first().toString()));
+        QCOMPARE(table.model.value("rate"), QStringLiteral("1000"));
+    }
+
     void editedValuesStayAtARefresh()
     {
         Table table;
