@@ -164,6 +164,8 @@ void Instrument::showState()
     const bool isOver = state == Server::State::Failed || state == Server::State::Idle;
     for (QAction* const action : m_commands)
         action->setEnabled(isConnected);
+    if (!isConnected)
+        m_run->clear();
     m_restart->setEnabled(state == Server::State::Failed);
     m_cancel->setEnabled(!isConnected && !isOver);
     QString text = QVariant::fromValue(state).toString();
@@ -176,6 +178,8 @@ void Instrument::showState()
 
 void Instrument::log(const QString& text)
 {
-    const QString time = QTime::currentTime().toString("HH:mm:ss");
-    m_log->appendPlainText(time + ' ' + text.left(maxLogChars).replace('\n', " / "));
+    QString shown = text.left(maxLogChars).replace('\n', " / ");
+    for (QChar& c : shown) // a reply may be anything, and each foreign script in it would load its fonts
+        c = c.isPrint() && c.unicode() <= 0xff ? c : QChar('?');
+    m_log->appendPlainText(QTime::currentTime().toString("HH:mm:ss ") + shown);
 }

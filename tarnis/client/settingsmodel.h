@@ -50,8 +50,8 @@ public:
     /// As setValue(). False, after rejected(), for a value that cannot be sent.
     bool setData(const QModelIndex& index, const QVariant& value, int role) override;
 
-    /// Requests the server's settings, at most 1 MiB of text. Values that were not edited here follow them; edited ones stay. Ends with
-    /// refreshed() or failed().
+    /// Requests the server's settings, at most 1 MiB of text. Values that were not edited here follow them; edited ones
+    /// stay. Ends with refreshed() or failed().
     void refresh();
     /// Sends every changed value, then refreshes. Ends with sent() or failed(); refused() comes before. Does nothing
     /// while a send is under way.

@@ -126,10 +126,10 @@ protected:
     /// The window has become active: the plot's own windows come to the front.
     virtual void raiseWindows() = 0;
 
-    bool eventFilter(QObject* object, QEvent* event) override;
-    void showEvent(QShowEvent* event) override;
-    void hideEvent(QHideEvent* event) override;
-    void changeEvent(QEvent* event) override;
+    bool eventFilter(QObject* object, QEvent* event) override; ///< watches the window
+    void showEvent(QShowEvent* event) override; ///< begins the polls
+    void hideEvent(QHideEvent* event) override; ///< ends the polls
+    void changeEvent(QEvent* event) override; ///< follows the language
 
 private:
     class TARNIS_NO_EXPORT Private;

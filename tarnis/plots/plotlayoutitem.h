@@ -26,7 +26,7 @@ public:
     Qt::Orientations expandingDirections() const override; ///< both
 
 private:
-    QSize bounded(const QSize& size) const;
+    TARNIS_NO_EXPORT QSize bounded(const QSize& size) const;
 
     QSize m_usual;
     QSize m_least;
