@@ -1,6 +1,6 @@
 #include "tarnis/dialogs/dialogchecklist.h"
 
-#include "tarnis/foundation/followlanguage_p.h"
+#include "tarnis/foundation/retranslator.h"
 
 #include "ui_dialogchecklist.h"
 

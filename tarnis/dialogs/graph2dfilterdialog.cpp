@@ -1,6 +1,6 @@
 #include "tarnis/dialogs/graph2dfilterdialog.h"
 
-#include "tarnis/foundation/followlanguage_p.h"
+#include "tarnis/foundation/retranslator.h"
 
 #include "ui_graph2dfilterdialog.h"
 

@@ -2,7 +2,7 @@
 // peak search).
 #include "tarnis/plots/multivectorgraphwidget.h"
 
-#include "tarnis/foundation/followlanguage_p.h"
+#include "tarnis/foundation/retranslator.h"
 #include "tarnis/plots/math/floatcomparison_p.h"
 #include "tarnis/plots/math/seriesgrouping_p.h"
 

@@ -2,7 +2,7 @@
 #include "tarnis/plots/multivectorgraphwidget.h"
 
 #include "tarnis/dialogs/selectcheckeddialog.h"
-#include "tarnis/foundation/followlanguage_p.h"
+#include "tarnis/foundation/retranslator.h"
 #include "tarnis/foundation/saving_p.h"
 #include "tarnis/foundation/trace_p.h"
 #include "tarnis/peak/peaksearchdialog.h"

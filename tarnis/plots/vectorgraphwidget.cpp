@@ -1,6 +1,6 @@
 #include "tarnis/plots/vectorgraphwidget.h"
 
-#include "tarnis/foundation/followlanguage_p.h"
+#include "tarnis/foundation/retranslator.h"
 #include "tarnis/foundation/saving_p.h"
 #include "tarnis/peak/peaksearchdialog.h"
 #include "tarnis/plots/curvepaint_p.h"

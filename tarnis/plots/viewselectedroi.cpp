@@ -1,6 +1,6 @@
 #include "tarnis/plots/viewselectedroi.h"
 
-#include "tarnis/foundation/followlanguage_p.h"
+#include "tarnis/foundation/retranslator.h"
 #include "tarnis/foundation/modalbox_p.h"
 
 #include "ui_viewselectedroi.h"

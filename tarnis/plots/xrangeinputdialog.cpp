@@ -1,6 +1,6 @@
 #include "tarnis/plots/xrangeinputdialog.h"
 
-#include "tarnis/foundation/followlanguage_p.h"
+#include "tarnis/foundation/retranslator.h"
 #include "tarnis/plots/rangebox_p.h"
 #include "ui_xrangeinputdialog.h"
 

@@ -3,7 +3,7 @@
 // bar).
 #include "tarnis/plots/xy2dgraphwidget.h"
 
-#include "tarnis/foundation/followlanguage_p.h"
+#include "tarnis/foundation/retranslator.h"
 #include "tarnis/plots/colorbarwidget.h"
 #include "tarnis/plots/mapcoloring_p.h"
 #include "tarnis/plots/math/floatcomparison_p.h"

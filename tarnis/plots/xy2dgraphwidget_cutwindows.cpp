@@ -1,7 +1,7 @@
 // The range box and the two cut windows, which are glued to the window around the plot.
 #include "tarnis/plots/xy2dgraphwidget.h"
 
-#include "tarnis/foundation/followlanguage_p.h"
+#include "tarnis/foundation/retranslator.h"
 #include "tarnis/foundation/helpers.h"
 #include "tarnis/plots/colorbarwidget.h"
 #include "tarnis/plots/math/floatcomparison_p.h"

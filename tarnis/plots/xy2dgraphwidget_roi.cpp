@@ -1,7 +1,7 @@
 // Regions of interest: the tool, its window, and the rectangles over the map.
 #include "tarnis/plots/xy2dgraphwidget.h"
 
-#include "tarnis/foundation/followlanguage_p.h"
+#include "tarnis/foundation/retranslator.h"
 #include "tarnis/foundation/trace_p.h"
 #include "tarnis/plots/math/floatcomparison_p.h"
 #include "tarnis/plots/math/projection_p.h"

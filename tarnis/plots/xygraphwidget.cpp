@@ -2,7 +2,7 @@
 // events), _edit (editors of the axis ends), _range (selection of an X range), _files (saving and printing).
 #include "tarnis/plots/xygraphwidget.h"
 
-#include "tarnis/foundation/followlanguage_p.h"
+#include "tarnis/foundation/retranslator.h"
 #include "tarnis/plots/labelcache_p.h"
 #include "tarnis/plots/math/floatcomparison_p.h"
 #include "tarnis/plots/plotaccess_p.h"

@@ -1,7 +1,7 @@
 // The selected X range: its menu entries, its floating box, and the signals that tell of it.
 #include "tarnis/plots/xygraphwidget.h"
 
-#include "tarnis/foundation/followlanguage_p.h"
+#include "tarnis/foundation/retranslator.h"
 #include "tarnis/foundation/log.h"
 #include "tarnis/plots/math/floatcomparison_p.h"
 #include "tarnis/plots/xrangeinputdialog.h"

@@ -1,4 +1,4 @@
-#include "tarnis/foundation/followlanguage_p.h"
+#include "tarnis/foundation/retranslator.h"
 
 #include <QAction>
 #include <QEvent>
