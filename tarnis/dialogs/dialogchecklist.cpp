@@ -12,7 +12,7 @@ DialogCheckList::DialogCheckList(QString const& title, QWidget* parent)
     setDescription(QString());
     if (!title.isEmpty())
         setWindowTitle(title);
-    tarnis::followLanguage(*this, [this] {
+    tarnis::onLanguageChange(*this, [this] {
         const QString shownTitle = windowTitle();
         const QString description = ui->labelDescription->text();
         ui->retranslateUi(this);

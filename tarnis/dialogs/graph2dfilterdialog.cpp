@@ -31,7 +31,7 @@ Graph2DFilterDialog::Graph2DFilterDialog(QWidget* parent)
 {
     qRegisterMetaType<Graph2DFilter>("Graph2DFilter");
     ui->setupUi(this);
-    tarnis::followLanguage(*this, [this] { ui->retranslateUi(this); });
+    tarnis::onLanguageChange(*this, [this] { ui->retranslateUi(this); });
     const auto values = valuesOf(rememberedFilter);
     const auto edits = fields();
     for (std::size_t i = 0; i < values.size(); ++i)

@@ -2,6 +2,7 @@
 
 #include <QAction>
 #include <QEvent>
+#include <QLabel>
 #include <QPointer>
 #include <QWidget>
 
@@ -11,14 +12,24 @@ namespace tarnis {
 
 namespace {
 
-/// A widget hands the event on to all its children, after its own turn.
-class LanguageFollower : public QObject {
+/// What a retranslator sets; calls for the same property of the same object replace each other.
+enum class Property { None, Text, Title };
+
+/// A child of the widget: a widget hands a change of the language on to all its children, after its own turn.
+class Retranslator : public QObject {
 public:
-    LanguageFollower(QWidget& widget, std::function<void()> apply)
+    Retranslator(QWidget& widget, const QObject* subject, Property property)
         : QObject(&widget)
-        , m_apply(std::move(apply))
+        , m_subject(subject)
+        , m_property(property)
     {
     }
+
+    bool sets(const QObject* subject, Property property) const
+    {
+        return m_property != Property::None && m_subject == subject && m_property == property;
+    }
+    void setApply(std::function<void()> apply) { m_apply = std::move(apply); }
 
     bool event(QEvent* event) override
     {
@@ -27,63 +38,52 @@ public:
         return QObject::event(event);
     }
 
-protected:
+private:
+    const QObject* m_subject; ///< compared only: it may be gone
+    Property m_property;
     std::function<void()> m_apply;
 };
 
-class ActionNamer : public QObject {
-public:
-    ActionNamer(QAction& action, QWidget& owner)
-        : QObject(&owner)
-        , m_action(&action)
-    {
-    }
-
-    bool names(const QAction& action) const { return m_action == &action; }
-    void setText(std::function<QString()> text)
-    {
-        m_text = std::move(text);
-        apply();
-    }
-    bool event(QEvent* event) override
-    {
-        if (event->type() == QEvent::LanguageChange && m_action && m_action->text() == m_last)
-            apply();
-        return QObject::event(event);
-    }
-
-protected:
-    void apply()
-    {
-        m_last = m_text();
-        m_action->setText(m_last);
-    }
-
-    QPointer<QAction> m_action;
-    std::function<QString()> m_text;
-    QString m_last; ///< as it was given to the action
-};
-
-ActionNamer& namerOf(QAction& action, QWidget& owner)
+Retranslator& retranslatorOf(QWidget& widget, const QObject* subject, Property property)
 {
-    for (QObject* const child : owner.children()) {
-        auto* const namer = dynamic_cast<ActionNamer*>(child);
-        if (namer && namer->names(action))
-            return *namer;
+    for (QObject* const child : widget.children()) {
+        auto* const retranslator = dynamic_cast<Retranslator*>(child);
+        if (retranslator && retranslator->sets(subject, property))
+            return *retranslator;
     }
-    return *new ActionNamer(action, owner); // the owner's
+    return *new Retranslator(widget, subject, property); // the widget's
 }
 
 } // namespace
 
-void followLanguage(QWidget& widget, std::function<void()> apply)
+void onLanguageChange(QWidget& widget, std::function<void()> apply)
 {
-    new LanguageFollower(widget, std::move(apply)); // the widget's
+    retranslatorOf(widget, nullptr, Property::None).setApply(std::move(apply));
 }
 
-void nameAction(QAction& action, QWidget& owner, std::function<QString()> text)
+void setTranslatedText(QLabel& label, const TranslatedText& text)
 {
-    namerOf(action, owner).setText(std::move(text));
+    label.setText(text());
+    retranslatorOf(label, &label, Property::Text).setApply([&label, text] { label.setText(text()); });
+}
+
+void setTranslatedText(QAction& action, QWidget& owner, const TranslatedText& text)
+{
+    const QString first = text();
+    action.setText(first);
+    retranslatorOf(owner, &action, Property::Text)
+        .setApply([pointer = QPointer<QAction>(&action), text, last = first]() mutable {
+            if (!pointer || pointer->text() != last)
+                return;
+            last = text();
+            pointer->setText(last);
+        });
+}
+
+void setTranslatedTitle(QWidget& window, const TranslatedText& title)
+{
+    window.setWindowTitle(title());
+    retranslatorOf(window, &window, Property::Title).setApply([&window, title] { window.setWindowTitle(title()); });
 }
 
 } // namespace tarnis

@@ -29,7 +29,7 @@ MultiVectorGraphWidget::MultiVectorGraphWidget(QWidget* parent)
 
     const auto add = [this](const char* text) {
         auto* action = new QAction(this);
-        tarnis::nameAction(*action, *this, [text] { return tr(text); });
+        tarnis::setTranslatedText(*action, *this, [text] { return tr(text); });
         addAction(action);
         return action;
     };

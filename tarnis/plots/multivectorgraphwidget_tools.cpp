@@ -73,7 +73,7 @@ void MultiVectorGraphWidget::onSelectVisibles()
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->show();
     dialog->setWindowTitle(tr("Select Visible Items"));
-    tarnis::followLanguage(*dialog, [dialog] { dialog->setWindowTitle(tr("Select Visible Items")); });
+    tarnis::onLanguageChange(*dialog, [dialog] { dialog->setWindowTitle(tr("Select Visible Items")); });
 
     QTableWidget* table = dialog->getTable();
     table->horizontalHeader()->setVisible(true);

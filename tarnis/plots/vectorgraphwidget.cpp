@@ -25,7 +25,7 @@ VectorGraphWidget::VectorGraphWidget(QWidget* parent)
     : XYGraphWidget(parent)
 {
     auto* saveCsv = new QAction(this);
-    tarnis::nameAction(*saveCsv, *this, [] { return tr("Save CSV..."); });
+    tarnis::setTranslatedText(*saveCsv, *this, [] { return tr("Save CSV..."); });
     connect(saveCsv, &QAction::triggered, this, &VectorGraphWidget::onSaveCsv);
     addAction(saveCsv);
 }

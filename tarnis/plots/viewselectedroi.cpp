@@ -1,7 +1,7 @@
 #include "tarnis/plots/viewselectedroi.h"
 
-#include "tarnis/foundation/retranslator.h"
 #include "tarnis/foundation/modalbox_p.h"
+#include "tarnis/foundation/retranslator.h"
 
 #include "ui_viewselectedroi.h"
 
@@ -35,7 +35,7 @@ ViewSelectedROI::ViewSelectedROI(int maxCount, QRect range, QWidget* parent)
     , m_range(range.normalized())
 {
     ui->setupUi(this);
-    tarnis::followLanguage(*this, [this] { ui->retranslateUi(this); });
+    tarnis::onLanguageChange(*this, [this] { ui->retranslateUi(this); });
 }
 
 ViewSelectedROI::~ViewSelectedROI() = default;

@@ -16,7 +16,7 @@ XRangeInputDialog::XRangeInputDialog(const QString& name, char format, int preci
         ui->xMaxLabel->setText(tr("%1-max").arg(name));
     };
     setLabels();
-    tarnis::followLanguage(*this, setLabels);
+    tarnis::onLanguageChange(*this, setLabels);
     tarnis::paintAsRangeBox(*this);
 }
 

@@ -27,7 +27,7 @@ constexpr int firstBarMargin = 56;
 QAction* addPlain(QWidget* widget, const char* text)
 {
     auto* action = new QAction(widget);
-    tarnis::nameAction(*action, *widget, [text] { return XY2DGraphWidget::tr(text); });
+    tarnis::setTranslatedText(*action, *widget, [text] { return XY2DGraphWidget::tr(text); });
     widget->addAction(action);
     return action;
 }
@@ -74,7 +74,7 @@ XY2DGraphWidget::XY2DGraphWidget(QWidget* parent)
     connect(m_act1dCutInside, &QAction::toggled, this, &XY2DGraphWidget::on1dCutInside);
     connect(addCheckable(this, QT_TR_NOOP("Log Scale")), &QAction::triggered, this, &XY2DGraphWidget::onLogScale);
 
-    tarnis::followLanguage(*this, [this] {
+    tarnis::onLanguageChange(*this, [this] {
         m_autoButton->setText(tr("Manual")); // the longer word
         m_autoButton->adjustSize();
         m_autoButton->setText(m_autoButton->isChecked() ? tr("Auto") : tr("Manual"));

@@ -1,8 +1,8 @@
 // The range box and the two cut windows, which are glued to the window around the plot.
 #include "tarnis/plots/xy2dgraphwidget.h"
 
-#include "tarnis/foundation/retranslator.h"
 #include "tarnis/foundation/helpers.h"
+#include "tarnis/foundation/retranslator.h"
 #include "tarnis/plots/colorbarwidget.h"
 #include "tarnis/plots/math/floatcomparison_p.h"
 #include "tarnis/plots/math/projection_p.h"
@@ -28,7 +28,7 @@ bool isSaving(const QAction& action)
 QAction* addEntry(VectorGraphWidget* plot, const char* text)
 {
     auto* action = new QAction(plot);
-    tarnis::nameAction(*action, *plot, [text] { return XY2DGraphWidget::tr(text); });
+    tarnis::setTranslatedText(*action, *plot, [text] { return XY2DGraphWidget::tr(text); });
     plot->addAction(action);
     return action;
 }

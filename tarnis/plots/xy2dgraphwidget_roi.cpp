@@ -47,7 +47,7 @@ void XY2DGraphWidget::enalbeRoiSelect(QRect range)
         return;
     }
     m_actRoi = new QAction(this);
-    tarnis::nameAction(*m_actRoi, *this, [] { return tr("Select ROI..."); });
+    tarnis::setTranslatedText(*m_actRoi, *this, [] { return tr("Select ROI..."); });
     m_actRoi->setCheckable(true);
     m_actRoi->setChecked(false);
     connect(m_actRoi, &QAction::toggled, this, &XY2DGraphWidget::onROI);

@@ -22,7 +22,7 @@ double identity(double value, void* /*data*/)
 QAction* addPlain(QWidget* widget, const char* text)
 {
     auto* action = new QAction(widget);
-    tarnis::nameAction(*action, *widget, [text] { return XYGraphWidget::tr(text); });
+    tarnis::setTranslatedText(*action, *widget, [text] { return XYGraphWidget::tr(text); });
     widget->addAction(action);
     return action;
 }

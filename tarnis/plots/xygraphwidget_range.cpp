@@ -1,8 +1,8 @@
 // The selected X range: its menu entries, its floating box, and the signals that tell of it.
 #include "tarnis/plots/xygraphwidget.h"
 
-#include "tarnis/foundation/retranslator.h"
 #include "tarnis/foundation/log.h"
+#include "tarnis/foundation/retranslator.h"
 #include "tarnis/plots/math/floatcomparison_p.h"
 #include "tarnis/plots/xrangeinputdialog.h"
 
@@ -33,8 +33,8 @@ void XYGraphWidget::SetEnableSelectXRangeFeature(bool enable, const QString& nam
     m_xRangeName = name;
     m_actSelectXRange->setVisible(enable);
     m_actClearXRange->setVisible(enable);
-    tarnis::nameAction(*m_actSelectXRange, *this, [name] { return tr("Select %1 Range").arg(name); });
-    tarnis::nameAction(*m_actClearXRange, *this, [name] { return tr("Clear %1 Range").arg(name); });
+    tarnis::setTranslatedText(*m_actSelectXRange, *this, [name] { return tr("Select %1 Range").arg(name); });
+    tarnis::setTranslatedText(*m_actClearXRange, *this, [name] { return tr("Clear %1 Range").arg(name); });
 }
 
 bool XYGraphWidget::IsEnableSelectXRangeFeature() const

@@ -11,7 +11,7 @@ XYRangeInputDialog::XYRangeInputDialog(QWidget* parent, char format, int precisi
     , m_precision(precision)
 {
     ui->setupUi(this);
-    tarnis::followLanguage(*this, [this] { ui->retranslateUi(this); });
+    tarnis::onLanguageChange(*this, [this] { ui->retranslateUi(this); });
     tarnis::paintAsRangeBox(*this);
 }
 
