@@ -78,6 +78,11 @@ public:
     {
         map.openColorBarMenu(globalPosition);
     }
+    /// Widens the room below the plot; the plot is not repainted.
+    static void addBottomMargin(XYGraphWidget& plot, int pixels)
+    {
+        plot.m_margin.setBottom(plot.m_margin.bottom() + pixels);
+    }
     /// The choices of tools for a map's colours, made if they are missing. The map is not repainted.
     static MapColoring& coloring(XY2DGraphWidget& map);
     /// Null if there are none.

@@ -1087,6 +1087,17 @@
     </message>
 </context>
 <context>
+    <name>tarnis::ErrorBars</name>
+    <message>
+        <source>Error Bars</source>
+        <translation>Fehlerbalken</translation>
+    </message>
+    <message>
+        <source>Exact Intervals for Small Counts</source>
+        <translation>Exakte Intervalle für kleine Zählwerte</translation>
+    </message>
+</context>
+<context>
     <name>tarnis::ExportDialog</name>
     <message>
         <source>PNG picture</source>
@@ -2121,6 +2132,113 @@ Gezeigt ist das Ergebnis von %2.</translation>
     <message>
         <source>it is damaged at byte %1</source>
         <translation>sie ist bei Byte %1 beschädigt</translation>
+    </message>
+</context>
+<context>
+    <name>tarnis::ReferenceCurves</name>
+    <message>
+        <source>The data are incomplete. Choose another file or run.</source>
+        <translation>Die Daten sind unvollständig. Wählen Sie eine andere Datei oder Messung.</translation>
+    </message>
+    <message>
+        <source>These are the data of a map. Choose a spectrum or curves.</source>
+        <translation>Dies sind die Daten einer Karte. Wählen Sie ein Spektrum oder Kurven.</translation>
+    </message>
+    <message>
+        <source>There is no reference. Freeze the curves or open a file.</source>
+        <translation>Es gibt keine Referenz. Frieren Sie die Kurven ein oder öffnen Sie eine Datei.</translation>
+    </message>
+    <message>
+        <source>The plot shows no curve.</source>
+        <translation>Der Plot zeigt keine Kurve.</translation>
+    </message>
+    <message>
+        <source>The reference has %1 bins, the plot has %2.</source>
+        <translation>Die Referenz hat %1 Bins, der Plot %2.</translation>
+    </message>
+    <message>
+        <source>No curve of the reference has the name of a visible one.</source>
+        <translation>Keine Kurve der Referenz heißt wie eine sichtbare.</translation>
+    </message>
+    <message>
+        <source>data / %1</source>
+        <translation>Daten / %1</translation>
+    </message>
+    <message>
+        <source>(data − %1) / σ</source>
+        <translation>(Daten − %1) / σ</translation>
+    </message>
+    <message>
+        <source>data − %1</source>
+        <translation>Daten − %1</translation>
+    </message>
+    <message>
+        <source>, errors of the counts since</source>
+        <translation>, Fehler der Zählwerte seither</translation>
+    </message>
+    <message>
+        <source>Freeze the Curves as a Reference</source>
+        <translation>Kurven als Referenz einfrieren</translation>
+    </message>
+    <message>
+        <source>Open a Reference...</source>
+        <translation>Referenz öffnen...</translation>
+    </message>
+    <message>
+        <source>Compare with the Reference</source>
+        <translation>Mit der Referenz vergleichen</translation>
+    </message>
+    <message>
+        <source>Curves Only</source>
+        <translation>Nur Kurven</translation>
+    </message>
+    <message>
+        <source>Difference</source>
+        <translation>Differenz</translation>
+    </message>
+    <message>
+        <source>Ratio</source>
+        <translation>Verhältnis</translation>
+    </message>
+    <message>
+        <source>Difference in Standard Deviations</source>
+        <translation>Differenz in Standardabweichungen</translation>
+    </message>
+    <message>
+        <source>As Measured</source>
+        <translation>Wie gemessen</translation>
+    </message>
+    <message>
+        <source>Scaled to the Total Counts</source>
+        <translation>Auf die Gesamtzahl skaliert</translation>
+    </message>
+    <message>
+        <source>Scaled to the Live Time</source>
+        <translation>Auf die Lebendzeit skaliert</translation>
+    </message>
+    <message>
+        <source>Remove the Reference</source>
+        <translation>Referenz entfernen</translation>
+    </message>
+    <message>
+        <source>Remove All References</source>
+        <translation>Alle Referenzen entfernen</translation>
+    </message>
+    <message>
+        <source>Open a Reference</source>
+        <translation>Referenz öffnen</translation>
+    </message>
+    <message>
+        <source>Spectra (*.csv *.txt *.tsv *.dat *.npy *.spe *.h5 *.hdf5 *.nxs);;All Files (*)</source>
+        <translation>Spektren (*.csv *.txt *.tsv *.dat *.npy *.spe *.h5 *.hdf5 *.nxs);;Alle Dateien (*)</translation>
+    </message>
+    <message>
+        <source>%1 is not a reference.
+
+%2</source>
+        <translation>%1 ist keine Referenz.
+
+%2</translation>
     </message>
 </context>
 <context>

@@ -20,8 +20,8 @@ ALLOWED = {
     "hdf5": {"foundation", "formats"},
     "export": {"foundation", "formats", "peak", "plots"},
     "dialogs": {"foundation", "formats", "server", "client", "peak", "plots", "export"},
+    "tools": {"foundation", "formats", "peak", "analysis", "plots"},
     "live": {"foundation", "server", "client", "peak", "plots", "tools"},
-    "tools": {"foundation", "peak", "analysis", "plots"},
 }
 # Rooms inside tarnis/plots: what else of that folder a room may include.
 PLOT_ROOMS = {

@@ -1,0 +1,135 @@
+// Frozen curves to compare live ones with.
+#pragma once
+
+#include <tarnis/plots/plotoverlay.h>
+#include <tarnis/tools/interactivetool.h>
+
+#include <QDateTime>
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+#include <memory>
+#include <vector>
+
+QT_BEGIN_NAMESPACE
+class QMenu;
+QT_END_NAMESPACE
+
+namespace tarnis {
+
+class OverlayCache;
+struct Dataset;
+struct ShownCurve;
+
+/// Curves that stay while the plot's own ones go on: what the plot showed at a moment, the rows of a file, or a dataset
+/// of an earlier run. They are drawn dashed over the data. Their bins are those of the plot, bin by bin.
+///
+/// The current reference can be compared with the live curves in a strip below the plot, over the same X axis: their
+/// difference, their ratio, or the difference in standard deviations. Curves belong together by their names, or by
+/// their order where both have equally many. If the live counts contain those of a frozen reference, since they went on
+/// from it, the errors are those of the counts since, and the strip says so. With the keyboard on the plot, Shift+C
+/// freezes the curves, and removes the latest frozen reference when it is pressed again.
+class TARNIS_EXPORT ReferenceCurves : public InteractiveTool, protected PlotOverlay {
+    Q_OBJECT
+
+public:
+    static constexpr qsizetype maxReferences = 20; ///< the oldest goes for a further one
+
+    /// What the strip below the plot shows.
+    enum class View {
+        Over, ///< no strip
+        Difference, ///< live - reference
+        Ratio, ///< live / reference
+        Significance ///< (live - reference) / standard deviation
+    };
+    Q_ENUM(View)
+    /// What the reference is multiplied by, in the plot and in the comparison.
+    enum class Norm {
+        None, ///< 1
+        TotalCounts, ///< live by reference, all bins of a curve
+        LiveTime ///< live by reference, see setLiveTime(); 1 if either is unknown
+    };
+    Q_ENUM(Norm)
+
+    /// Attaches to the plot, which owns the tool. There are no references yet.
+    explicit ReferenceCurves(XYGraphWidget* plot);
+    ~ReferenceCurves() override;
+
+    QStringList names() const; ///< of the references, the oldest first
+    int current() const; ///< index of the reference that is compared; -1 without one
+    View view() const; ///< see View
+    Norm norm() const; ///< see Norm
+    /// The compared values of a live curve, one for each bin; NaN where they are not defined. Empty without a current
+    /// reference that fits, and for View::Over.
+    QList<double> compared(int curve) const;
+    /// Why the current reference cannot be compared, in the application's language; empty if it can.
+    QString problem() const;
+
+    /// Freezes the visible curves under a name, or under their time. False, and no change, if none is visible.
+    bool freeze(const QString& name = {});
+    /// Adds the rows of a dataset as a reference. Returns an empty text, or what is wrong with it.
+    QString add(const Dataset& data, const QString& name = {});
+    /// Adds the rows of a file that `tarnis/formats` reads. Returns an empty text, or what is wrong and what to do.
+    QString addFile(const QString& path);
+
+    QList<QAction*> actions() const override;
+    QString stateName() const override;
+    QJsonObject saveState() const override; ///< with the paths of files; frozen curves are not stored
+    void restoreState(const QJsonObject& state) override;
+
+public Q_SLOTS:
+    void setView(tarnis::ReferenceCurves::View view); ///< see View
+    void setNorm(tarnis::ReferenceCurves::Norm norm); ///< see Norm
+    void setLiveTime(double seconds); ///< of the live curves, for Norm::LiveTime; 0 or less: unknown
+    void setCurrent(int index); ///< an index that is not valid is ignored
+    void removeCurrent(); ///< the latest of the others becomes the current one
+    void clear(); ///< removes all
+    void toggleFrozen(); ///< as Shift+C
+    void openFile(); ///< asks for a file; an error is shown in a message
+
+Q_SIGNALS:
+    void referencesChanged(); ///< names(), current(), view() or norm() have changed
+
+protected:
+    bool handleEvent(QEvent* event) override;
+    void plotChanged(Changes changes) override;
+    void paintOverlay(QPainter& painter, const PlotMapping& mapping) override;
+
+private:
+    struct Reference;
+    struct Pair;
+    struct Point;
+    TARNIS_NO_EXPORT void append(const Reference& reference);
+    TARNIS_NO_EXPORT void renew();
+    TARNIS_NO_EXPORT void placeStrip();
+    TARNIS_NO_EXPORT QRect stripRect(const PlotMapping& mapping) const;
+    TARNIS_NO_EXPORT double normOf(
+        const Reference& reference, const ShownCurve& live, const QList<double>& values) const;
+    TARNIS_NO_EXPORT QList<Pair> pairs(const QList<ShownCurve>& live) const;
+    TARNIS_NO_EXPORT void paintReference(
+        QPainter& painter, const PlotMapping& mapping, int index, const QList<ShownCurve>& live) const;
+    TARNIS_NO_EXPORT void paintStrip(
+        QPainter& painter, const PlotMapping& mapping, const QRect& strip, const QList<ShownCurve>& live) const;
+    TARNIS_NO_EXPORT std::vector<Point> comparedPoints(
+        const PlotMapping& mapping, const QList<ShownCurve>& live, const QList<Pair>& compared) const;
+    TARNIS_NO_EXPORT void paintTitle(QPainter& painter, const QRect& strip, bool isContained) const;
+    TARNIS_NO_EXPORT void makeActions();
+    TARNIS_NO_EXPORT void fillMenu();
+
+    QList<Reference> m_references;
+    int m_current = -1;
+    View m_view = View::Over;
+    Norm m_norm = Norm::None;
+    double m_liveTime = 0.0;
+    int m_stripHeight = 0; // in use
+    std::unique_ptr<OverlayCache> m_cache; // of the curves over the data
+    std::unique_ptr<OverlayCache> m_stripCache;
+    QList<ShownCurve> m_painted; // what the cached pictures show
+    QMenu* m_menu = nullptr; // of the action
+    QAction* m_freeze = nullptr;
+    QAction* m_open = nullptr;
+    QAction* m_menuAction = nullptr;
+};
+
+} // namespace tarnis

@@ -1,0 +1,103 @@
+// Comparing bins with their reference: values, errors, gaps, and the axis of the comparison.
+#include "tarnis/tools/referencearithmetic_p.h"
+
+#include <QTest>
+
+#include <cmath>
+#include <limits>
+
+using namespace tarnis;
+
+namespace {
+
+constexpr double infinity = std::numeric_limits<double>::infinity();
+const double notANumber = std::numeric_limits<double>::quiet_NaN();
+
+bool isNear(double a, double b)
+{
+    return (std::isnan(a) && std::isnan(b)) || std::abs(a - b) < 1e-9;
+}
+
+} // namespace
+
+class TestReferenceArithmetic : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void comparesBins_data()
+    {
+        QTest::addColumn<int>("comparison");
+        QTest::addColumn<double>("live");
+        QTest::addColumn<double>("reference");
+        QTest::addColumn<double>("norm");
+        QTest::addColumn<bool>("contained");
+        QTest::addColumn<double>("value");
+        QTest::addColumn<double>("error");
+        const auto row = [](const char* name, Comparison comparison, double live, double reference, double norm,
+                             bool contained, double value, double error) {
+            QTest::newRow(name) << static_cast<int>(comparison) << live << reference << norm << contained << value
+                                << error;
+        };
+        using enum Comparison;
+        row("difference", Difference, 25, 11, 1, false, 14, 6);
+        row("scaled difference", Difference, 20, 20, 2, false, -20, 10); // 20 + 4 * 20
+        row("difference of what went on", Difference, 25, 16, 1, true, 9, 3);
+        row("significance", Significance, 25, 11, 1, false, 14.0 / 6, 1);
+        row("significance of what went on", Significance, 25, 16, 1, true, 3, 1);
+        row("significance of nothing", Significance, 0, 0, 1, false, notANumber, 1);
+        row("ratio", Ratio, 16, 16, 1, false, 1, std::sqrt(2.0 / 16));
+        row("ratio to nothing", Ratio, 5, 0, 1, false, notANumber, notANumber);
+        row("ratio of nothing", Ratio, 0, 4, 1, false, 0, 0);
+        row("ratio of what went on", Ratio, 16, 16, 1, true, 1, 0);
+        row("no counts", Difference, 2.5, 1, 1, false, 1.5, notANumber);
+        row("not a number", Difference, notANumber, 1, 1, false, notANumber, notANumber);
+    }
+    void comparesBins()
+    {
+        QFETCH(int, comparison);
+        QFETCH(double, live);
+        QFETCH(double, reference);
+        QFETCH(double, norm);
+        QFETCH(bool, contained);
+        QFETCH(double, value);
+        QFETCH(double, error);
+        const ComparedBin bin = comparedBin(static_cast<Comparison>(comparison), live, reference, norm, contained);
+        QVERIFY2(isNear(bin.value, value), qPrintable(QString::number(bin.value)));
+        QVERIFY2(isNear(bin.error, error), qPrintable(QString::number(bin.error)));
+    }
+
+    void knowsAContinuation()
+    {
+        QVERIFY(isContinuation({ 1, 2, 3 }, { 1, 2, 2 }));
+        QVERIFY(!isContinuation({ 1, 2, 3 }, { 1, 2, 3 })); // nothing has changed
+        QVERIFY(!isContinuation({ 0, 9, 9 }, { 1, 2, 3 })); // cleared since
+        QVERIFY(!isContinuation({ 1, 2 }, { 1, 2, 3 }));
+        QVERIFY(!isContinuation({ 1, notANumber }, { 1, 2 }));
+    }
+
+    void axisIsRoundAndHoldsTheValues()
+    {
+        QCOMPARE(comparisonAxis(Comparison::Difference, { -3, 14 }), (AxisRange { -20, 20 }));
+        QCOMPARE(comparisonAxis(Comparison::Difference, { 0.03 }), (AxisRange { -0.05, 0.05 }));
+        QCOMPARE(comparisonAxis(Comparison::Ratio, { 1.5, 0.8 }), (AxisRange { 0.5, 1.5 }));
+        QCOMPARE(comparisonAxis(Comparison::Ratio, { 5 }), (AxisRange { 0, 6 }));
+        QCOMPARE(comparisonAxis(Comparison::Significance, { 0.1 }), (AxisRange { -5, 5 }));
+        QCOMPARE(comparisonAxis(Comparison::Significance, { 17 }), (AxisRange { -20, 20 }));
+        std::vector<double> values(1000, 1.0);
+        values.push_back(1e9);
+        QCOMPARE(comparisonAxis(Comparison::Difference, values), (AxisRange { -1, 1 }));
+    }
+
+    void axisOfNothingIsUsable()
+    {
+        for (const std::vector<double>& values :
+            { std::vector<double> {}, { 0.0 }, { notANumber, infinity }, { 1e308, -1e308 }, { 5e-324 } }) {
+            const AxisRange axis = comparisonAxis(Comparison::Difference, values);
+            QVERIFY(axis.max > axis.min);
+            QVERIFY(!std::isnan(axis.min) && !std::isnan(axis.max));
+        }
+    }
+};
+
+QTEST_GUILESS_MAIN(TestReferenceArithmetic)
+#include "tst_referencearithmetic.moc"

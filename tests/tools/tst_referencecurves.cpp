@@ -1,0 +1,321 @@
+// Reference curves: freezing, files, runs, comparison, the strip, live data and stored views.
+#include "support/randomcases.h"
+#include "support/support.h"
+
+#include <tarnis/formats/formats.h>
+#include <tarnis/plots/curvenames.h>
+#include <tarnis/plots/multivectorgraphwidget.h>
+#include <tarnis/plots/plotmapping.h>
+#include <tarnis/plots/vectorgraphwidget.h>
+#include <tarnis/plots/xy2dgraphwidget.h>
+#include <tarnis/tools/referencecurves.h>
+
+#include <QAction>
+#include <QJsonArray>
+#include <QJsonObject>
+#include <QMenu>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <cmath>
+#include <memory>
+
+using namespace tarnis;
+using namespace tarnis::testing;
+
+namespace {
+
+void show(XYGraphWidget& plot)
+{
+    plot.m_doubleBuffered = true;
+    plot.resize(500, 400);
+    plot.show();
+    plot.activateWindow();
+    if (!QTest::qWaitForWindowActive(&plot))
+        qFatal("no window");
+    plot.setFocus();
+    plot.grab();
+}
+
+void fill(VectorGraphWidget& plot, const QList<double>& samples)
+{
+    plot.init("Time", "Counts", 10, 40, true, true);
+    plot.initManualX(0, 4);
+    plot.initManualY(0, 40);
+    plot.setData(samples);
+}
+
+Dataset dataset(qsizetype rows, qsizetype columns, double value)
+{
+    Dataset data;
+    data.title = QStringLiteral("run 12");
+    data.rows = rows;
+    data.columns = columns;
+    data.values.assign(static_cast<std::size_t>(rows * columns), value);
+    return data;
+}
+
+} // namespace
+
+class TestReferenceCurves : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void freezesTheCurvesOfTheMoment()
+    {
+        VectorGraphWidget plot;
+        fill(plot, { 4, 9, 16, 25 });
+        ReferenceCurves references(&plot);
+        show(plot);
+        QVERIFY(references.freeze(QStringLiteral("before")));
+        QCOMPARE(references.names(), QStringList { QStringLiteral("before") });
+        QVERIFY(references.compared(0).isEmpty()); // nothing is compared yet
+        plot.setData({ 8, 9, 20, 26 });
+        plot.refreshPixmap();
+        references.setView(ReferenceCurves::View::Difference);
+        QCOMPARE(references.compared(0), (QList<double> { 4, 0, 4, 1 }));
+        references.setView(ReferenceCurves::View::Ratio);
+        QCOMPARE(references.compared(0).at(0), 2.0);
+        references.setView(ReferenceCurves::View::Significance);
+        QCOMPARE(references.compared(0).at(0), 2.0); // 4 counts since, error 2
+        plot.setData({ 0, 9, 20, 26 }); // cleared: the counts are independent
+        QCOMPARE(references.compared(0).at(0), -2.0);
+    }
+
+    void scalesTheReference()
+    {
+        VectorGraphWidget plot;
+        fill(plot, { 2, 4, 6, 8 });
+        ReferenceCurves references(&plot);
+        references.setLiveTime(10);
+        references.freeze();
+        references.setView(ReferenceCurves::View::Difference);
+        plot.setData({ 6, 8, 10, 16 });
+        references.setNorm(ReferenceCurves::Norm::TotalCounts); // 40 / 20
+        QCOMPARE(references.compared(0), (QList<double> { 2, 0, -2, 0 }));
+        references.setLiveTime(30);
+        references.setNorm(ReferenceCurves::Norm::LiveTime);
+        QCOMPARE(references.compared(0), (QList<double> { 0, -4, -8, -8 }));
+        references.setLiveTime(std::nan("")); // unknown
+        QCOMPARE(references.compared(0), (QList<double> { 4, 4, 4, 8 }));
+    }
+
+    void pairsCurvesByName()
+    {
+        MultiVectorGraphWidget plot;
+        plot.init("Channel", "Counts", 0, 0, true, true);
+        plot.m_groupSize = 1;
+        for (int i = 0; i < 3; ++i)
+            plot.setData(i, { 10.0 * i, 1 }, 30);
+        ReferenceCurves references(&plot);
+        references.freeze();
+        plot.setEnable(0, false);
+        references.setView(ReferenceCurves::View::Difference);
+        QCOMPARE(references.compared(0), (QList<double> { 0, 0 })); // with curve 1, not 0
+        QVERIFY(references.problem().isEmpty());
+    }
+
+    void readsFilesAndRuns()
+    {
+        const QTemporaryDir directory;
+        const QString path = directory.filePath(QStringLiteral("old.csv"));
+        QVERIFY(writeDataset(path, dataset(1, 4, 5)).isEmpty());
+        VectorGraphWidget plot;
+        fill(plot, { 6, 5, 4, 3 });
+        ReferenceCurves references(&plot);
+        QCOMPARE(references.addFile(path), QString());
+        QCOMPARE(references.names(), QStringList { QStringLiteral("old.csv") });
+        references.setView(ReferenceCurves::View::Difference);
+        QCOMPARE(references.compared(0), (QList<double> { 1, 0, -1, -2 }));
+        QCOMPARE(references.add(dataset(1, 4, 6)), QString());
+        QCOMPARE(references.current(), 1);
+        QCOMPARE(references.names().at(1), QStringLiteral("run 12"));
+        QCOMPARE(references.compared(0), (QList<double> { 0, -1, -2, -3 }));
+        references.setCurrent(0);
+        QCOMPARE(references.compared(0).at(0), 1.0);
+    }
+
+    void reportsWhatDoesNotFit()
+    {
+        VectorGraphWidget plot;
+        fill(plot, { 6, 5, 4, 3 });
+        ReferenceCurves references(&plot);
+        references.setView(ReferenceCurves::View::Ratio);
+        QVERIFY(!references.problem().isEmpty());
+        QVERIFY(!references.addFile(QStringLiteral("/no/such/file.csv")).isEmpty());
+        QVERIFY(!references.addFile(QStringLiteral("/no/such/file.doc")).isEmpty());
+        Dataset broken = dataset(1, 4, 6);
+        broken.values.pop_back();
+        QVERIFY(!references.add(broken).isEmpty());
+        Dataset map = dataset(2, 2, 6);
+        map.kind = Dataset::Kind::Map;
+        QVERIFY(!references.add(map).isEmpty());
+        QVERIFY(references.names().isEmpty());
+        QCOMPARE(references.add(dataset(1, 7, 6)), QString());
+        QCOMPARE(references.problem(), QStringLiteral("The reference has 7 bins, the plot has 4."));
+        QVERIFY(references.compared(0).isEmpty());
+        show(plot); // with the problem in the strip
+        plot.grab();
+    }
+
+    void stripTakesRoomBelowThePlot()
+    {
+        VectorGraphWidget plot;
+        fill(plot, { 16, 16, 16, 16 });
+        show(plot);
+        const QImage before = plot.grab().toImage();
+        const QRect whole = PlotMapping::of(plot).plotRect();
+        auto* const references = new ReferenceCurves(&plot);
+        references->freeze(QStringLiteral("r"));
+        plot.setData({ 32, 16, 16, 16 });
+        plot.refreshPixmap();
+        references->setView(ReferenceCurves::View::Difference);
+        plot.grab();
+        const QRect smaller = PlotMapping::of(plot).plotRect();
+        QVERIFY(smaller.bottom() < whole.bottom() - 60);
+        const QImage with = plot.grab().toImage();
+        // The point of bin 0 is white, at 16 of an axis from -20 to 20.
+        const int column = PlotMapping::of(plot).pixelOf({ 0.5, 0 }).toPoint().x();
+        const int top = plot.height() - 120 + 8;
+        const int bottom = plot.height() - 6;
+        const int row = bottom - static_cast<int>((16.0 + 20.0) / 40.0 * (bottom - top + 1));
+        QCOMPARE(with.pixelColor(column - 1, row), QColor(Qt::white));
+        QCOMPARE(with.pixelColor(column, bottom - 4), QColor(Qt::black));
+        plot.resize(500, 90); // a third at most
+        plot.grab();
+        plot.resize(500, 400);
+        delete references;
+        plot.setData({ 16, 16, 16, 16 });
+        plot.refreshPixmap();
+        QCOMPARE(plot.grab().toImage(), before);
+    }
+
+    void keysFreezeAndRelease()
+    {
+        VectorGraphWidget plot;
+        fill(plot, { 1, 2, 3, 4 });
+        ReferenceCurves references(&plot);
+        show(plot);
+        QTest::keyClick(&plot, Qt::Key_C, Qt::ShiftModifier);
+        QCOMPARE(references.names().size(), 1);
+        QTest::keyClick(&plot, Qt::Key_C, Qt::ShiftModifier);
+        QCOMPARE(references.names().size(), 0);
+        QCOMPARE(references.current(), -1);
+        for (int i = 0; i < 30; ++i)
+            references.freeze(QString::number(i));
+        QCOMPARE(references.names().size(), ReferenceCurves::maxReferences);
+        QCOMPARE(references.names().last(), QStringLiteral("29"));
+        references.clear();
+        QVERIFY(references.names().isEmpty());
+    }
+
+    void menuOffersViewsAndNorms()
+    {
+        VectorGraphWidget plot;
+        fill(plot, { 1, 2, 3, 4 });
+        ReferenceCurves references(&plot);
+        references.freeze();
+        QMenu* const menu = references.actions().last()->menu();
+        Q_EMIT menu->aboutToShow();
+        QAction* ratio = nullptr;
+        for (QAction* const action : menu->actions())
+            ratio = action->text() == QStringLiteral("Ratio") ? action : ratio;
+        QVERIFY(ratio != nullptr);
+        ratio->trigger();
+        QCOMPARE(references.view(), ReferenceCurves::View::Ratio);
+    }
+
+    void restoresItsState()
+    {
+        const QTemporaryDir directory;
+        const QString path = directory.filePath(QStringLiteral("old.csv"));
+        QVERIFY(writeDataset(path, dataset(1, 4, 5)).isEmpty());
+        VectorGraphWidget plot;
+        fill(plot, { 6, 5, 4, 3 });
+        ReferenceCurves references(&plot);
+        references.freeze();
+        references.addFile(path);
+        references.setView(ReferenceCurves::View::Ratio);
+        references.setNorm(ReferenceCurves::Norm::TotalCounts);
+        const QJsonObject state = references.saveState();
+        ReferenceCurves other(&plot);
+        other.restoreState(state);
+        QCOMPARE(other.names(), QStringList { QStringLiteral("old.csv") });
+        QCOMPARE(other.saveState(), state);
+        other.restoreState(state); // not twice
+        other.restoreState({ { "files", QJsonArray { "/no/such/file.csv", 7 } }, { "view", "x" }, { "norm", 1 } });
+        QCOMPARE(other.saveState(), state);
+    }
+
+    void survivesOddPlots()
+    {
+        XY2DGraphWidget map;
+        ReferenceCurves onMap(&map);
+        QVERIFY(!onMap.freeze());
+        onMap.add(dataset(2, 3, 1));
+        onMap.setView(ReferenceCurves::View::Ratio);
+        map.resize(300, 200);
+        map.grab();
+        MultiVectorGraphWidget plot;
+        ReferenceCurves references(&plot);
+        QVERIFY(!references.freeze());
+        references.add(dataset(3, 5, std::nan("")));
+        references.setView(ReferenceCurves::View::Ratio);
+        plot.resize(0, 0);
+        plot.grab();
+        plot.resize(300, 200);
+        plot.grab();
+        ReferenceCurves unattached(nullptr);
+        QVERIFY(!unattached.freeze());
+        unattached.add(dataset(1, 1, 1));
+        unattached.setView(ReferenceCurves::View::Ratio);
+        unattached.openFile();
+        QVERIFY(unattached.compared(0).isEmpty());
+    }
+
+    void attachesAndDetachesUnderLiveData()
+    {
+        MultiVectorGraphWidget plot;
+        plot.init("Channel", "Counts", 0, 0, true, true);
+        show(plot);
+        Generator generator = seededGenerator(8);
+        std::unique_ptr<ReferenceCurves> references;
+        for (int i = 0; i < 300; ++i) {
+            QList<double> samples(whole(generator, 0, 3) * 500);
+            for (double& sample : samples)
+                sample = chance(generator, 0.1) ? std::nan("") : std::floor(uniform(generator, -5, 2000));
+            plot.setData(whole(generator, 0, 2), samples, 2000);
+            plot.refreshPixmap();
+            switch (whole(generator, 0, 6)) {
+            case 0:
+                references = references ? nullptr : std::make_unique<ReferenceCurves>(&plot);
+                break;
+            case 1:
+                if (references)
+                    references->freeze();
+                break;
+            case 2:
+                if (references)
+                    references->setView(static_cast<ReferenceCurves::View>(whole(generator, 0, 3)));
+                break;
+            case 3:
+                if (references)
+                    references->setNorm(static_cast<ReferenceCurves::Norm>(whole(generator, 0, 2)));
+                break;
+            case 4:
+                plot.resize(whole(generator, 0, 600), whole(generator, 0, 400));
+                break;
+            case 5:
+                plot.setLogScaleY(chance(generator, 0.5));
+                break;
+            default:
+                QCoreApplication::processEvents();
+            }
+            plot.grab();
+        }
+    }
+};
+
+QTEST_MAIN(TestReferenceCurves)
+#include "tst_referencecurves.moc"
