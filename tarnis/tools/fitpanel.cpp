@@ -4,6 +4,7 @@
 
 #include "tarnis/plots/plotmapping.h"
 #include "tarnis/plots/xygraphwidget.h"
+#include "tarnis/tools/plotcalibration.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -18,6 +19,29 @@
 #include <cmath>
 
 namespace tarnis {
+
+namespace {
+
+/// Energies and widths in energy of the peaks of a result.
+std::vector<DerivedQuantity> energiesOf(const FitResult& result, const EnergyCalibration& calibration)
+{
+    std::vector<DerivedQuantity> energies;
+    for (std::size_t k = 0; k < result.peaks.size(); ++k) {
+        const QString number = result.peaks.size() > 1 ? QString::number(k + 1) : QString();
+        const double centre = result.peaks[k].centre;
+        const CalibratedEnergy energy =
+            calibration.calibrated(centre, std::max(0.0, result.errorOf(QStringLiteral("centre") + number)));
+        const double slope = calibration.slopeAt(centre);
+        const QString width = QStringLiteral("fwhm") + number;
+        energies.push_back(
+            { QStringLiteral("energy%1 [%2]").arg(number, calibration.unit), energy.energy, energy.error });
+        energies.push_back({ QStringLiteral("fwhm%1 [%2]").arg(number, calibration.unit), slope * result.valueOf(width),
+            slope * result.errorOf(width) });
+    }
+    return energies;
+}
+
+} // namespace
 
 FitPanel::Internals::Internals(XYGraphWidget* plot)
     : picker(plot != nullptr ? new PlotPicker(plot) : nullptr)
@@ -279,6 +303,9 @@ void FitPanel::showResult(const QString& note)
         m_data->curves.setLines(linesOf(result, bins), true, true);
     m_data->curves.setRange(m_data->setup.range);
     m_data->parameters.setResult(result, m_data->isGuess);
+    const PlotCalibration* const applied = plot() != nullptr ? PlotCalibration::of(*plot()) : nullptr;
+    m_data->parameters.setAdditions(
+        applied != nullptr ? energiesOf(result, applied->calibration()) : std::vector<DerivedQuantity>());
     std::vector<StripPoint> points;
     const std::vector<double> residuals = residualsOf(bins, result);
     for (std::size_t i = 0; i < residuals.size(); ++i)

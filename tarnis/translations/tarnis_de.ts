@@ -770,6 +770,144 @@
     </message>
 </context>
 <context>
+    <name>tarnis::CalibrationModel</name>
+    <message>
+        <source>Used</source>
+        <translation>Verwendet</translation>
+    </message>
+    <message>
+        <source>Position</source>
+        <translation>Position</translation>
+    </message>
+    <message>
+        <source>Energy [%1]</source>
+        <translation>Energie [%1]</translation>
+    </message>
+    <message>
+        <source>Line</source>
+        <translation>Linie</translation>
+    </message>
+    <message>
+        <source>Residual</source>
+        <translation>Abweichung</translation>
+    </message>
+</context>
+<context>
+    <name>tarnis::CalibrationPanel</name>
+    <message>
+        <source>%1 from %2 lines, chi squared %3 for %4 degrees of freedom.</source>
+        <translation>%1 aus %2 Linien, Chi-Quadrat %3 bei %4 Freiheitsgraden.</translation>
+    </message>
+    <message>
+        <source>The lines do not lie on the curve within their errors.</source>
+        <translation>Die Linien liegen nicht innerhalb ihrer Fehler auf der Kurve.</translation>
+    </message>
+    <message>
+        <source>Lines of a File</source>
+        <translation>Linien einer Datei</translation>
+    </message>
+    <message>
+        <source>Save Calibration</source>
+        <translation>Kalibrierung speichern</translation>
+    </message>
+    <message>
+        <source>Calibrations (*.json)</source>
+        <translation>Kalibrierungen (*.json)</translation>
+    </message>
+    <message>
+        <source>Load Calibration</source>
+        <translation>Kalibrierung laden</translation>
+    </message>
+    <message>
+        <source>Energy Calibration</source>
+        <translation>Energiekalibrierung</translation>
+    </message>
+    <message>
+        <source>Source:</source>
+        <translation>Quelle:</translation>
+    </message>
+    <message>
+        <source>Several sources are joined by +, for example ba133+cs137</source>
+        <translation>Mehrere Quellen werden mit + verbunden, zum Beispiel ba133+cs137</translation>
+    </message>
+    <message>
+        <source>Lines of a File...</source>
+        <translation>Linien einer Datei...</translation>
+    </message>
+    <message>
+        <source>Degree:</source>
+        <translation>Grad:</translation>
+    </message>
+    <message>
+        <source>automatic</source>
+        <translation>automatisch</translation>
+    </message>
+    <message>
+        <source>Calibrate</source>
+        <translation>Kalibrieren</translation>
+    </message>
+    <message>
+        <source>Fit the peaks of the plot and assign the lines to them</source>
+        <translation>Die Peaks des Plots anpassen und ihnen die Linien zuordnen</translation>
+    </message>
+    <message>
+        <source>Apply to the Axis</source>
+        <translation>Auf die Achse anwenden</translation>
+    </message>
+    <message>
+        <source>Channels Again</source>
+        <translation>Wieder Kanäle</translation>
+    </message>
+    <message>
+        <source>Take the calibration off the axis</source>
+        <translation>Die Kalibrierung von der Achse nehmen</translation>
+    </message>
+    <message>
+        <source>Save...</source>
+        <translation>Speichern...</translation>
+    </message>
+    <message>
+        <source>Load...</source>
+        <translation>Laden...</translation>
+    </message>
+    <message>
+        <source>%1 lines. Press &quot;Calibrate&quot; to find them in the plot.</source>
+        <translation>%1 Linien. „Kalibrieren“ sucht sie im Plot.</translation>
+    </message>
+    <message>
+        <source>There is no calibration to save.</source>
+        <translation>Es gibt keine Kalibrierung zu speichern.</translation>
+    </message>
+    <message>
+        <source>The plot has been closed.</source>
+        <translation>Der Plot wurde geschlossen.</translation>
+    </message>
+    <message>
+        <source>The plot has no data.</source>
+        <translation>Der Plot hat keine Daten.</translation>
+    </message>
+    <message>
+        <source>There are no lines: choose a source or a file.</source>
+        <translation>Es gibt keine Linien: eine Quelle oder eine Datei wählen.</translation>
+    </message>
+    <message>
+        <source>Fitting the peaks...</source>
+        <translation>Die Peaks werden angepasst...</translation>
+    </message>
+    <message>
+        <source>The lines do not match the peaks. Type the energies of three peaks in the table.</source>
+        <translation>Die Linien passen nicht zu den Peaks. Die Energien von drei Peaks in die Tabelle eingeben.</translation>
+    </message>
+    <message>
+        <source>The axis shows energies.</source>
+        <translation>Die Achse zeigt Energien.</translation>
+    </message>
+    <message>
+        <source>The axis shows channels.</source>
+        <translation>Die Achse zeigt Kanäle.</translation>
+    </message>
+</context>
+<context>
     <name>tarnis::Client</name>
     <message>
         <source>The client was closed.</source>
@@ -1855,6 +1993,69 @@ Gezeigt ist das Ergebnis von %2.</translation>
     </message>
 </context>
 <context>
+    <name>tarnis::PeakPanel</name>
+    <message>
+        <source>Save Peaks</source>
+        <translation>Peaks speichern</translation>
+    </message>
+    <message>
+        <source>Text separated by tabs (*.tsv *.txt)</source>
+        <translation>Text mit Tabulatoren (*.tsv *.txt)</translation>
+    </message>
+    <message>
+        <source>Peaks</source>
+        <translation>Peaks</translation>
+    </message>
+    <message>
+        <source>Find and Fit</source>
+        <translation>Suchen und anpassen</translation>
+    </message>
+    <message>
+        <source>Significance:</source>
+        <translation>Signifikanz:</translation>
+    </message>
+    <message>
+        <source>Standard deviations of the second difference that a peak needs; below 4 noise is found too</source>
+        <translation>Standardabweichungen der zweiten Differenz, die ein Peak braucht; unter 4 wird auch Rauschen gefunden</translation>
+    </message>
+    <message>
+        <source>Visible range only</source>
+        <translation>Nur sichtbarer Bereich</translation>
+    </message>
+    <message>
+        <source>Copy</source>
+        <translation>Kopieren</translation>
+    </message>
+    <message>
+        <source>Copy the table with all digits</source>
+        <translation>Die Tabelle mit allen Stellen kopieren</translation>
+    </message>
+    <message>
+        <source>Save...</source>
+        <translation>Speichern...</translation>
+    </message>
+    <message>
+        <source>Clear</source>
+        <translation>Leeren</translation>
+    </message>
+    <message>
+        <source>The plot has no data.</source>
+        <translation>Der Plot hat keine Daten.</translation>
+    </message>
+    <message>
+        <source>The plot has been closed.</source>
+        <translation>Der Plot wurde geschlossen.</translation>
+    </message>
+    <message>
+        <source>Searching...</source>
+        <translation>Suche läuft...</translation>
+    </message>
+    <message>
+        <source>%1 peaks, %2 of them in acceptable fits.</source>
+        <translation>%1 Peaks, davon %2 in annehmbaren Anpassungen.</translation>
+    </message>
+</context>
+<context>
     <name>tarnis::PeakShape</name>
     <message>
         <source>Gaussian</source>
@@ -1898,6 +2099,76 @@ Gezeigt ist das Ergebnis von %2.</translation>
     <message>
         <source>No peak is strong enough to learn the width of the peaks from. Give a width calibration.</source>
         <translation>Kein Peak ist stark genug, um die Breite der Peaks daraus zu bestimmen. Geben Sie eine Breitenkalibrierung an.</translation>
+    </message>
+</context>
+<context>
+    <name>tarnis::PeakTableModel</name>
+    <message>
+        <source>%1, extrapolated</source>
+        <translation>%1, extrapoliert</translation>
+    </message>
+    <message>
+        <source>by the fit</source>
+        <translation>durch die Anpassung</translation>
+    </message>
+    <message>
+        <source>acceptable</source>
+        <translation>annehmbar</translation>
+    </message>
+    <message>
+        <source>not acceptable</source>
+        <translation>nicht annehmbar</translation>
+    </message>
+    <message>
+        <source>Position</source>
+        <translation>Position</translation>
+    </message>
+    <message>
+        <source>Energy</source>
+        <translation>Energie</translation>
+    </message>
+    <message>
+        <source>Area</source>
+        <translation>Fläche</translation>
+    </message>
+    <message>
+        <source>FWHM</source>
+        <translation>Halbwertsbreite</translation>
+    </message>
+    <message>
+        <source>Height</source>
+        <translation>Höhe</translation>
+    </message>
+    <message>
+        <source>Background</source>
+        <translation>Untergrund</translation>
+    </message>
+    <message>
+        <source>Significance</source>
+        <translation>Signifikanz</translation>
+    </message>
+    <message>
+        <source>Verdict</source>
+        <translation>Urteil</translation>
+    </message>
+</context>
+<context>
+    <name>tarnis::PlotCalibration</name>
+    <message>
+        <source>Energy [%1]</source>
+        <translation>Energie [%1]</translation>
+    </message>
+    <message>
+        <source>There is no calibration to apply.</source>
+        <translation>Es gibt keine Kalibrierung anzuwenden.</translation>
+    </message>
+    <message>
+        <source>The axis of this plot has a second scale already.</source>
+        <translation>Die Achse dieses Plots hat schon eine zweite Skala.</translation>
+    </message>
+    <message>
+        <source>The energy does not rise over the whole axis of the plot.</source>
+        <translation>Die Energie steigt nicht über die ganze Achse des Plots.</translation>
     </message>
 </context>
 <context>

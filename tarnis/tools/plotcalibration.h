@@ -1,0 +1,47 @@
+// An energy scale on the X axis of a plot.
+#pragma once
+
+#include <tarnis/analysis/energycalibration.h>
+#include <tarnis/tarnis_export.h>
+
+#include <QObject>
+
+#include <utility>
+
+class XYGraphWidget;
+
+namespace tarnis {
+
+/// The calibration that is applied to a plot: ticks of X, editors of its ends and read-outs have energies, and panels
+/// show them beside their results. The data stay in channels. A child of the plot; GUI thread only.
+class TARNIS_EXPORT PlotCalibration : public QObject {
+    Q_OBJECT
+
+public:
+    /// The calibration of a plot; null without one.
+    static PlotCalibration* of(const XYGraphWidget& plot);
+    /// Applies a calibration in place of the previous one and names the axis. Returns why it cannot, for the user;
+    /// empty on success. Refused: a calibration that is not valid or does not rise over the data, and a plot whose host
+    /// has set a second scale of its own.
+    static QString apply(XYGraphWidget& plot, const EnergyCalibration& calibration);
+    /// Back to the axis and name of before. Without a calibration nothing happens.
+    static void remove(XYGraphWidget& plot);
+
+    /// As applied.
+    const EnergyCalibration& calibration() const { return m_calibration; }
+
+private:
+    TARNIS_NO_EXPORT PlotCalibration(
+        XYGraphWidget& plot, const EnergyCalibration& calibration, std::pair<double, double> axis);
+    TARNIS_NO_EXPORT double energyAt(double x) const;
+    TARNIS_NO_EXPORT double positionOf(double energy) const;
+    TARNIS_NO_EXPORT static double toTick(double x, void* self);
+    TARNIS_NO_EXPORT static double fromTick(double energy, void* self);
+
+    EnergyCalibration m_calibration;
+    double m_lower; // ends of the data; the scale goes on straight outside
+    double m_upper;
+    QString m_previousName;
+};
+
+} // namespace tarnis

@@ -1,0 +1,137 @@
+// All peaks of a plot in a table: search, marks, energies, lifetimes.
+#include "support/support.h"
+
+#include <tarnis/analysis/figures.h>
+#include <tarnis/plots/vectorgraphwidget.h>
+#include <tarnis/tools/peakpanel.h>
+#include <tarnis/tools/plotcalibration.h>
+
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QSignalSpy>
+#include <QTableView>
+#include <QTest>
+
+#include <array>
+#include <cmath>
+#include <memory>
+#include <random>
+
+using namespace tarnis;
+
+namespace {
+
+constexpr std::array centres { 300.5, 700.5, 1100.5 };
+
+void show(VectorGraphWidget& plot)
+{
+    std::mt19937_64 random(3);
+    QList<double> samples;
+    const std::array widths { 3.0 };
+    for (int i = 0; i < 1500; ++i) {
+        double mean = 15.0;
+        for (const double centre : centres)
+            mean += 4000.0 * peakIntegral(PeakShape::Gaussian, i, i + 1.0, centre, widths);
+        samples << static_cast<double>(std::poisson_distribution<int>(mean)(random));
+    }
+    plot.m_doubleBuffered = true;
+    plot.init(QStringLiteral("Channel"), QStringLiteral("Counts"), 1500, 600, true, true);
+    plot.setData(samples);
+    plot.setMaxValue(600);
+    plot.refreshPixmap();
+    plot.resize(600, 400);
+    plot.show();
+    plot.grab();
+}
+
+bool search(PeakPanel& panel)
+{
+    QSignalSpy searched(&panel, &PeakPanel::searched);
+    panel.search();
+    return !searched.isEmpty() || searched.wait(30000);
+}
+
+EnergyCalibration halves()
+{
+    std::vector<CalibrationPoint> points;
+    for (const double centre : centres)
+        points.push_back({ centre, 0.1, 0.5 * centre, 0.0, {}, 0.0 });
+    return fitEnergyCalibration(points, 0, 1500).calibration;
+}
+
+} // namespace
+
+class TestPeakPanel : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void findsAllPeaks()
+    {
+        VectorGraphWidget plot;
+        show(plot);
+        const QImage before = plot.grab().toImage();
+        PeakPanel panel(&plot);
+        QVERIFY(search(panel));
+        QCOMPARE(panel.peaks().peaks.size(), centres.size());
+        for (std::size_t i = 0; i < centres.size(); ++i)
+            QVERIFY(std::fabs(panel.peaks().peaks[i].centre - centres[i]) < 0.5);
+        QVERIFY(plot.grab().toImage() != before);
+        const QAbstractItemModel& model = *panel.findChild<QTableView*>()->model();
+        QVERIFY(model.index(0, 0).data().toString().contains(u'('));
+        panel.clear();
+        QCOMPARE(plot.grab().toImage(), before);
+    }
+
+    void searchesTheVisibleRange()
+    {
+        VectorGraphWidget plot;
+        show(plot);
+        plot.onAutoScaleX(false);
+        plot.setMinMaxX(500, 900);
+        PeakPanel panel(&plot);
+        panel.setVisibleOnly(true);
+        QVERIFY(search(panel));
+        QCOMPARE(panel.peaks().peaks.size(), std::size_t(1));
+    }
+
+    void writesEnergiesOfACalibratedPlot()
+    {
+        VectorGraphWidget plot;
+        show(plot);
+        QCOMPARE(PlotCalibration::apply(plot, halves()), QString());
+        PeakPanel panel(&plot);
+        QVERIFY(search(panel));
+        const QStringList names = panel.table().section(u'\n', 0, 0).split(u'\t');
+        const QStringList first = panel.table().section(u'\n', 1, 1).split(u'\t');
+        const double energy = first.value(names.indexOf(QStringLiteral("energy"))).toDouble();
+        QVERIFY(std::fabs(energy - 150.25) < 0.5);
+        panel.copy();
+        QCOMPARE(QGuiApplication::clipboard()->text(), panel.table());
+    }
+
+    void saysWhyThereAreNone()
+    {
+        VectorGraphWidget plot;
+        PeakPanel panel(&plot);
+        QVERIFY(search(panel));
+        QVERIFY(!panel.message().isEmpty());
+        QVERIFY(panel.peaks().peaks.empty());
+    }
+
+    void outlivesItsPlot()
+    {
+        auto plot = std::make_unique<VectorGraphWidget>();
+        show(*plot);
+        PeakPanel panel(plot.get());
+        panel.search();
+        plot.reset();
+        QTRY_VERIFY(!panel.isRunning());
+        QCOMPARE(panel.peaks().peaks.size(), centres.size());
+        QVERIFY(search(panel));
+        QCOMPARE(panel.plot(), nullptr);
+        panel.grab();
+    }
+};
+
+QTEST_MAIN(TestPeakPanel)
+#include "tst_peakpanel.moc"
