@@ -11,7 +11,7 @@ const Command plotCommand {
     .summary = "draws a figure of files and of histograms of the server",
     .description = "Draws spectra, or one map, into a figure. FILE is CSV (one column of counts, or x and counts; # begins a comment),\n"
                    ".npy, .h5 or .spe. A word that is no such file is the NAME of a histogram of the server. Several spectra are drawn\n"
-                   "into one plot.",
+                   "into one plot with a legend, each over its own x axis.",
     .options = serverOptions()
         + QList<Option> {
             { "o", "FILE", "the figure: its name ends in .png, .pdf or .svg; - is standard output" },

@@ -71,12 +71,15 @@ Result<tarnis::PictureFormat> pictureFormat(const Arguments& arguments)
 }
 
 tarnis::PictureOptions pictureOptions(
-    const Arguments& arguments, const FigureOptions& figure, const tarnis::Dataset& data)
+    const Arguments& arguments, const FigureOptions& figure, const std::vector<tarnis::Dataset>& all)
 {
+    const tarnis::Dataset& data = all.front();
     tarnis::PictureOptions options;
     options.size = figure.size;
     options.dpi = figure.dpi;
-    options.heading = arguments.has("title") ? arguments.value("title") : data.title;
+    // The titles of several are in the legend.
+    const QString title = all.size() == 1 ? data.title : QString();
+    options.heading = arguments.has("title") ? arguments.value("title") : title;
     options.title = options.heading;
     options.source = data.source;
     options.time = data.time;
@@ -102,7 +105,7 @@ Outcome plot(const Arguments& arguments)
     QString error;
     const QByteArray picture =
         tarnis::PlotExporter(*widget.value())
-            .picture(format.value(), pictureOptions(arguments, figure.value(), data.value().front()), &error);
+            .picture(format.value(), pictureOptions(arguments, figure.value(), data.value()), &error);
     const QString path = arguments.value("o");
     if (!error.isEmpty())
         return Failure { .code = WrongUsage, .text = error };

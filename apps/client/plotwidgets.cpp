@@ -1,5 +1,7 @@
 #include "plotwidgets.h"
 
+#include "curvesplot.h"
+
 #include <tarnis/plots/multivectorgraphwidget.h>
 #include <tarnis/plots/xy2dgraphwidget.h>
 
@@ -73,18 +75,19 @@ void setRanges(XYGraphWidget& plot, const FigureOptions& options)
     }
 }
 
-Outcome checkAxes(const std::vector<Dataset>& data)
+/// Curves over different quantities have no common axis.
+Outcome checkUnits(const std::vector<Dataset>& data)
 {
-    const Dataset& first = data.front();
+    const Dataset* known = nullptr; // the first with a unit
     for (const Dataset& other : data) {
-        const bool same = first.x.values.empty()
-            ? other.x.values.empty()
-            : tarnis::edgesOf(first.x, first.columns) == tarnis::edgesOf(other.x, other.columns);
-        if (!same) {
+        if (other.x.unit.isEmpty())
+            continue;
+        if (known != nullptr && known->x.unit != other.x.unit) {
             return Failure { .code = WrongUsage,
-                .text = QStringLiteral("'%1' and '%2' have different x axes: draw them one by one")
-                            .arg(first.title, other.title) };
+                .text = QStringLiteral("'%1' is over %2 and '%3' over %4: draw them one by one")
+                            .arg(known->title, known->x.unit, other.title, other.x.unit) };
         }
+        known = &other;
     }
     return std::nullopt;
 }
@@ -102,38 +105,41 @@ void setAxisX(MultiVectorGraphWidget& plot, const Dataset& data)
     plot.setFuncX2Plot(centreOfPosition, positionOfCentre);
 }
 
-Result<std::unique_ptr<XYGraphWidget>> makeCurves(const std::vector<Dataset>& data, const FigureOptions& options)
+/// Exact, and open to the tools of the library: its own plot of curves.
+std::unique_ptr<XYGraphWidget> makeCurve(const Dataset& spectrum, const FigureOptions& options)
 {
-    if (const Outcome wrong = checkAxes(data))
-        return *wrong;
     auto plot = std::make_unique<MultiVectorGraphWidget>();
     plot->resize(options.size);
-    const Dataset& first = data.front();
-    double top = 0.0;
-    qsizetype columns = 0;
-    int curves = 0;
-    for (const Dataset& spectrum : data) {
-        top = std::max(top, largest(spectrum.values));
-        columns = std::max(columns, spectrum.columns);
-        curves += static_cast<int>(spectrum.rows);
-    }
-    plot->init(nameWithUnit(first.x.name, first.x.unit), nameWithUnit(first.name, first.unit), double(columns), top,
-        true, true);
+    const double top = largest(spectrum.values);
+    plot->init(nameWithUnit(spectrum.x.name, spectrum.x.unit), nameWithUnit(spectrum.name, spectrum.unit),
+        double(spectrum.columns), top, true, true);
     plot->setDecimalY(3);
-    setAxisX(*plot, first);
-    plot->m_groupSize = curves;
-    plot->resizeData(curves);
-    int curve = 0;
-    for (const Dataset& spectrum : data) {
-        for (qsizetype row = 0; row < spectrum.rows; ++row)
-            plot->setData(curve++, rowOf(spectrum, row), top);
-    }
-    if (curves == 1)
-        plot->setColor(0, Qt::white);
+    setAxisX(*plot, spectrum);
+    plot->m_groupSize = 1;
+    plot->resizeData(1);
+    plot->setData(0, rowOf(spectrum, 0), top);
+    plot->setColor(0, Qt::white);
     plot->setLogScaleY(options.log);
     plot->onAutoScaleX(true);
     setRanges(*plot, options);
-    return std::unique_ptr<XYGraphWidget>(std::move(plot));
+    return plot;
+}
+
+std::unique_ptr<XYGraphWidget> makeCurves(const std::vector<Dataset>& data, const FigureOptions& options)
+{
+    const auto named = std::find_if(data.begin(), data.end(), [](const Dataset& one) { return !one.x.unit.isEmpty(); });
+    const Dataset& axis = named == data.end() ? data.front() : *named;
+    auto plot = std::make_unique<CurvesPlot>(data);
+    plot->resize(options.size);
+    plot->init(nameWithUnit(axis.x.name, axis.x.unit), nameWithUnit(data.front().name, data.front().unit),
+        plot->highest(), plot->largest(), true, true);
+    plot->initManualX(plot->lowest(), plot->highest());
+    plot->setDecimalX(3);
+    plot->setDecimalY(3);
+    plot->setLogScaleY(options.log);
+    plot->adjustAxisY(plot->largest());
+    setRanges(*plot, options);
+    return plot;
 }
 
 using Colours = std::array<const char*, 5>; // from the least to the largest value
@@ -231,7 +237,11 @@ Result<std::unique_ptr<XYGraphWidget>> makePlot(const std::vector<Dataset>& data
         return Failure { .code = WrongUsage, .text = "a map is drawn alone: give one file" };
     if (!hasMap && (!options.map.isNull() || options.levels))
         return Failure { .code = WrongUsage, .text = "--map and --levels are for maps, and these are spectra" };
-    return hasMap ? makeMap(data.front(), options) : makeCurves(data, options);
+    if (hasMap)
+        return makeMap(data.front(), options);
+    if (const Outcome wrong = checkUnits(data))
+        return *wrong;
+    return data.size() == 1 && data.front().rows == 1 ? makeCurve(data.front(), options) : makeCurves(data, options);
 }
 
 } // namespace cli

@@ -29,7 +29,7 @@ struct FigureOptions {
 /// Reads the options; every wrong value is a failure.
 Result<FigureOptions> figureOptions(const Arguments& arguments);
 
-/// A plot of spectra that share their x axis, or of one map.
+/// A plot of spectra, each with its own x axis, or of one map.
 Result<std::unique_ptr<XYGraphWidget>> makePlot(const std::vector<tarnis::Dataset>& data, const FigureOptions& options);
 
 } // namespace cli

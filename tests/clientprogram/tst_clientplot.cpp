@@ -91,8 +91,39 @@ private Q_SLOTS:
         // Ticks are lines of two points.
         static const QRegularExpression curve("<polyline points=\"([-0-9.]+,[-0-9.]+ ?){3,}\"");
         QCOMPARE(QString::fromUtf8(read("ab.svg")).count(curve), 2);
+        QVERIFY(read("ab.svg").contains(">a.csv</text>"));
+        QVERIFY(read("ab.svg").contains(">b.csv</text>"));
         const QString uneven = write("u.csv", "1,5\n2,6\n4,9\n8,3\n16,7\n");
         QCOMPARE(runTarnis({ "plot", uneven, "-o", path("u.svg") }).exitCode, 0);
+    }
+
+    void drawsEachSpectrumOverItsOwnAxis()
+    {
+        const QString near = write("near.csv", "0.5,10\n1.5,20\n2.5,10\n");
+        const QString far = write("far.csv", "100,10\n200,20\n300,nan\n400,10\n500,20\n");
+        const Run run = runTarnis({ "plot", near, far, "-o", path("nf.svg"), "--title", "Both" });
+        QCOMPARE(run.errors, QByteArray());
+        QCOMPARE(run.exitCode, 0);
+        const QString svg = QString::fromUtf8(read("nf.svg"));
+        for (const char* const text : { ">near.csv</text>", ">far.csv</text>", ">Both</text>", ">500</text>" })
+            QVERIFY2(svg.contains(QLatin1String(text)), text);
+        static const QRegularExpression curve(
+            "<polyline points=\"([-0-9.]+),[-0-9.]+ ([-0-9.]+),[-0-9.]+ [-0-9.]+,[-0-9.]+\"");
+        const QRegularExpressionMatch first = curve.match(svg);
+        QVERIFY(first.hasMatch());
+        QVERIFY(first.captured(2).toDouble() - first.captured(1).toDouble() < 3.0); // one of 500 units
+        QCOMPARE(runTarnis({ "plot", near, far, "-o", path("nf.png"), "--log" }).exitCode, 0);
+    }
+
+    void refusesAxesWithDifferentUnits()
+    {
+        const QString us = write(
+            "us.csv", "# Tarnis data 1\n# kind: curves\n# x: Time\n# x unit: us\n# x column: centre\n1,10\n2,20\n");
+        const QString kev = write(
+            "kev.csv", "# Tarnis data 1\n# kind: curves\n# x: Energy\n# x unit: keV\n# x column: centre\n1,10\n2,20\n");
+        const Run run = runTarnis({ "plot", us, kev, "-o", path("u.svg") });
+        QCOMPARE(run.exitCode, 2);
+        QVERIFY2(run.errors.contains("is over us and 'kev.csv' over keV: draw them one by one"), run.errors);
     }
 
     void drawsAHistogramOfTheServer()
