@@ -107,14 +107,18 @@ ExportDialog::ExportDialog(
     file->addWidget(c.path);
     file->addWidget(browse);
     auto* const form = new QFormLayout(this);
-    form->addRow(c.preview);
+    auto* const middle = new QHBoxLayout;
+    middle->addWidget(c.preview, 0, Qt::AlignHCenter);
+    form->addRow(middle);
     form->addRow(tr("&Format:"), c.format);
     form->addRow(tr("&Width:"), c.width);
     form->addRow(tr("&Height:"), c.height);
     form->addRow(tr("&Resolution:"), c.dpi);
     form->addRow(tr("&Bins:"), c.extent);
     form->addRow(tr("Size:"), c.size);
-    form->addRow(tr("F&ile:"), file);
+    auto* const fileLabel = new QLabel(tr("F&ile:"));
+    fileLabel->setBuddy(c.path); // a layout has no key of its own
+    form->addRow(fileLabel, file);
     form->addRow(c.problem);
     auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Save | QDialogButtonBox::Cancel);
     form->addRow(buttons);

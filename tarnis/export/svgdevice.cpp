@@ -87,6 +87,46 @@ QImage withPalette(const QImage& image)
     return indexed;
 }
 
+QByteArray pngOf(const QImage& image)
+{
+    QByteArray png;
+    QBuffer buffer(&png);
+    image.save(&buffer, "PNG");
+    return png;
+}
+
+/// The colours with fewer bits for each channel.
+QImage withRoundedColours(const QImage& image, int lostBits)
+{
+    const QRgb lost = ((1U << lostBits) - 1U) * 0x010101U;
+    const QRgb middle = (1U << (lostBits - 1)) * 0x010101U;
+    QImage rounded = image.convertToFormat(QImage::Format_ARGB32);
+    for (int y = 0; y < rounded.height(); ++y) {
+        auto* const line = reinterpret_cast<QRgb*>(rounded.scanLine(y));
+        for (int x = 0; x < rounded.width(); ++x)
+            line[x] = qAlpha(line[x]) == 0 ? 0U : (line[x] & ~lost) | middle;
+    }
+    return rounded;
+}
+
+/// Lossless, but for a large map of noise in more than a thousand colours, which no compression makes small: that one
+/// gets the finest colours that fit a palette, at most four of 255 steps beside the right ones.
+QByteArray smallPngOf(const QImage& image)
+{
+    constexpr qsizetype fewPixels = 100000;
+    constexpr double manyBytes = 1.4; // per pixel: 2 MB as text for 1024 x 1024
+    QByteArray png = pngOf(withPalette(image));
+    const qsizetype pixels = qsizetype { image.width() } * image.height();
+    if (pixels < fewPixels || double(png.size()) < manyBytes * double(pixels))
+        return png;
+    for (const int lostBits : { 1, 2, 3 }) {
+        const QImage indexed = withPalette(withRoundedColours(image, lostBits));
+        if (indexed.format() == QImage::Format_Indexed8)
+            return pngOf(indexed);
+    }
+    return png;
+}
+
 } // namespace
 
 class SvgEngine : public QPaintEngine {
@@ -143,15 +183,12 @@ public:
     void drawImage(
         const QRectF& target, const QImage& image, const QRectF& source, Qt::ImageConversionFlags /*flags*/) override
     {
-        QByteArray png;
-        QBuffer buffer(&png);
         const QRect part = source.toRect();
-        withPalette(part == image.rect() ? image : image.copy(part)).save(&buffer, "PNG");
         // Both spellings: of SVG 1.1 and of the viewers of today.
         element("image" + rectAttributes(target)
                 + " preserveAspectRatio=\"none\" image-rendering=\"optimizeSpeed\" style=\"image-rendering:pixelated\""
                   " xlink:href=\"data:image/png;base64,"
-                + png.toBase64() + '"',
+                + smallPngOf(part == image.rect() ? image : image.copy(part)).toBase64() + '"',
             {});
     }
 

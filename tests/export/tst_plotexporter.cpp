@@ -14,12 +14,15 @@
 #include <QPainter>
 #include <QPrinter>
 #include <QRegularExpression>
+#include <QSet>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QXmlStreamReader>
 
+#include <algorithm>
 #include <memory>
 #include <numeric>
+#include <random>
 
 using namespace tarnis;
 
@@ -266,6 +269,35 @@ private Q_SLOTS:
             QVERIFY(!file.isEmpty());
             QVERIFY2(file.size() < 2000000, qPrintable(QString::number(file.size())));
         }
+    }
+
+    void filesOfALargeMapOfNoiseStaySmall()
+    {
+        const auto plot = std::make_unique<XY2DGraphWidget>();
+        plot->resize(500, 400);
+        plot->init("x", "y", 1024, 1024, false, false);
+        std::mt19937 random(7); // NOLINT(cert-msc51-cpp): the same noise in each run
+        for (int row = 0; row < 1024; ++row) {
+            QList<double> values;
+            for (int column = 0; column < 1024; ++column)
+                values += 1.0 + double(random() % 100000);
+            plot->setData(row, values, 100000.0, false);
+        }
+        const QByteArray pdf = PlotExporter(*plot).picture(PictureFormat::Pdf, {}, nullptr);
+        QVERIFY2(pdf.size() < 2000000, qPrintable(QString::number(pdf.size())));
+        const QByteArray svg = PlotExporter(*plot).picture(PictureFormat::Svg, {}, nullptr);
+        QVERIFY2(svg.size() < 2000000, qPrintable(QString::number(svg.size())));
+        static const QRegularExpression data("data:image/png;base64,([^\"]+)");
+        const QByteArray text = data.match(QString::fromLatin1(svg)).captured(1).toLatin1();
+        const QImage whole = QImage::fromData(QByteArray::fromBase64(text)).convertToFormat(QImage::Format_ARGB32);
+        QCOMPARE(whole.size(), QSize(1024, 1024));
+        QSet<QRgb> colours;
+        for (int y = 0; y < 1024; ++y) {
+            for (int x = 0; x < 1024; ++x)
+                colours += whole.pixel(x, y);
+        }
+        QVERIFY(colours.size() > 100);
+        QVERIFY(std::all_of(colours.begin(), colours.end(), [](QRgb colour) { return qAlpha(colour) == 255; }));
     }
 
     void pngHasTheChosenResolution()
