@@ -140,8 +140,8 @@ void BoxPlacer::growBy(int width)
     const QRect before = m_window.geometry();
     QRect place = before;
     place.setWidth(place.width() + width);
-    if (canFloat())
-        place = inside(place, area().marginsRemoved(frameOf(m_window)));
+    if (canFloat()) // one that is larger than the screen does not become smaller
+        place = inside(place, area().marginsRemoved(frameOf(m_window)).united(before));
     m_window.setGeometry(place);
     m_grown += place.width() - before.width();
 }
@@ -153,8 +153,15 @@ void BoxPlacer::setPane(bool isOn)
         layout->setContentsMargins(m_margins + QMargins(0, 0, extra, 0));
         layout->activate();
     }
-    if (isOn != m_isPane)
-        growBy(isOn ? extra : -m_grown);
+    if (isOn && !m_isPane) {
+        m_withoutPane = m_window.geometry();
+        growBy(extra);
+        m_withPane = m_window.geometry();
+    } else if (!isOn && m_isPane && m_window.geometry() == m_withPane) {
+        m_window.setGeometry(m_withoutPane);
+    } else if (!isOn && m_isPane) {
+        growBy(-m_grown); // the user has moved or resized it since
+    }
     m_isPane = isOn;
     if (!isOn)
         m_grown = 0;

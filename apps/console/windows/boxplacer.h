@@ -56,6 +56,8 @@ protected:
     qsizetype m_decidedBoxes = 0; ///< visible ones then
     bool m_isPane = false;
     int m_grown = 0; ///< pixels that the window has become wider by for the pane
+    QRect m_withoutPane; ///< the window when the pane opened
+    QRect m_withPane; ///< and just after
     bool m_isArranging = false;
     QMargins m_margins; ///< of the window's layout without a pane
     QTimer m_timer;
