@@ -392,6 +392,44 @@ private Q_SLOTS:
         QVERIFY(isShown(0, 50000)); // again as the server says
     }
 
+    void histogramsWithFewBinsOpenAsColumns_data()
+    {
+        QTest::addColumn<int>("bins");
+        QTest::addColumn<bool>("areColumns");
+        QTest::newRow("8 bins") << 8 << true;
+        QTest::newRow("64 bins") << 64 << true;
+        QTest::newRow("65 bins") << 65 << false;
+    }
+    void histogramsWithFewBinsOpenAsColumns()
+    {
+        QFETCH(int, bins);
+        QFETCH(bool, areColumns);
+        LiveServer server;
+        server.answer(curvesCommand, { Step::doubles(QList<double>(8 * qsizetype { bins }, 2.0), "OK:\n") });
+        LiveDesk desk(server);
+        auto* const window = desk.open<LiveCurves>("curves");
+        QVERIFY(isFilled(*window));
+        QAction* const columns = actionOf(*window->getGraphWidget(), QStringLiteral("Column Chart"));
+        QCOMPARE(columns->isChecked(), areColumns);
+        columns->setChecked(!areColumns); // the user's choice stays
+        const qsizetype polls = server.requests().count(QByteArray(curvesCommand));
+        QTRY_VERIFY_WITH_TIMEOUT(server.requests().count(QByteArray(curvesCommand)) > polls + 1, timeoutMs);
+        QCOMPARE(columns->isChecked(), !areColumns);
+    }
+
+    void theCaptionNamesTheVisibleRows()
+    {
+        const LiveServer server;
+        LiveDesk desk(server);
+        auto* const window = desk.open<LiveCurves>("curves");
+        QVERIFY(isFilled(*window));
+        const auto* const caption = window->findChild<QLabel*>(QStringLiteral("descLabel"));
+        QTRY_COMPARE(caption->text(), QStringLiteral("Module 0-7"));
+        window->getGraphWidget()->setEnable(3, false);
+        window->getGraphWidget()->refreshPixmap();
+        QTRY_COMPARE(caption->text(), QStringLiteral("Module 0-2, 4-7 of 8"));
+    }
+
     void escapeLeavesTheToolAndCtrlWCloses_data()
     {
         QTest::addColumn<QByteArray>("id");

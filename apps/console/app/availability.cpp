@@ -3,6 +3,7 @@
 #include <QAbstractButton>
 #include <QAction>
 #include <QShortcut>
+#include <QToolButton>
 #include <QVariant>
 
 namespace console {
@@ -52,6 +53,11 @@ void setAvailable(QWidget* control, bool isAvailable, const QString& help, const
 
 void setAvailable(QAction* action, bool isAvailable, const QString& help, const QString& reason)
 {
+    const auto users = action->associatedObjects();
+    for (QObject* const user : users) {
+        if (auto* const button = qobject_cast<QToolButton*>(user); button && button->defaultAction() == action)
+            enable(*button, isAvailable);
+    }
     action->setEnabled(isAvailable);
     action->setToolTip(isAvailable ? withKey(help, action->shortcut()) : reason);
 }

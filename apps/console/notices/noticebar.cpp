@@ -134,6 +134,11 @@ void NoticeBar::announce(QWidget& label)
 void NoticeBar::show(const Notice& notice)
 {
     m_notice = notice;
+    // A button that hides would hand the keyboard on to any other control.
+    QWidget* const focused = window()->focusWidget();
+    const bool isHiding = notice.text.isEmpty() || (focused == ui->remedyButton && notice.remedy == Remedy::None);
+    if (focused && isAncestorOf(focused) && isHiding)
+        focused->clearFocus();
     if (notice.text.isEmpty()) {
         hide();
         return;
