@@ -1,6 +1,7 @@
 // What tools have chosen for the colours of a map, beside the five points that all maps share.
 #pragma once
 
+#include "tarnis/plots/math/binreduction_p.h"
 #include "tarnis/plots/raster/colorscale_p.h"
 
 #include <optional>
@@ -17,6 +18,7 @@ struct MapColoring {
     const ColorTable* table = nullptr; ///< of this map; before `colors`
     std::optional<ScaleColors> colors; ///< of this map, instead of the five points of all maps
     bool squareRoot = false; ///< while the scale is not logarithmic
+    BinReduction reduction = BinReduction::First; ///< of bins that share a pixel
     int besideBar = 0; ///< pixels kept free between the plot rectangle and the colour bar
 };
 

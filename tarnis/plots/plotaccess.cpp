@@ -91,6 +91,12 @@ void PlotAccess::setBesideBar(XY2DGraphWidget& map, int width)
     map.refreshPixmap();
 }
 
+void PlotAccess::setReduction(XY2DGraphWidget& map, BinReduction reduction)
+{
+    coloring(map).reduction = reduction;
+    map.refreshPixmap();
+}
+
 void PlotAccess::setSquareRoot(XY2DGraphWidget& map, bool on)
 {
     coloring(map).squareRoot = on;

@@ -14,6 +14,7 @@ namespace tarnis {
 
 class PlotHooks;
 struct MapColoring;
+enum class BinReduction;
 
 /// A friend of the plots.
 class PlotAccess {
@@ -97,6 +98,7 @@ public:
     static void dropColors(XY2DGraphWidget& map);
     /// Keeps room for a tool between plot rectangle and colour bar.
     static void setBesideBar(XY2DGraphWidget& map, int width);
+    static void setReduction(XY2DGraphWidget& map, BinReduction reduction);
     static void setSquareRoot(XY2DGraphWidget& map, bool on);
     /// Replaces the five points of all maps; nothing is repainted.
     static void setSharedColors(const ScaleColors& colors);

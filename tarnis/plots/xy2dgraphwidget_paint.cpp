@@ -32,10 +32,19 @@ void XY2DGraphWidget::onPaint(QPainter& painter, QRect const& graph)
         return;
     const tarnis::BinView view { graph, tarnis::visibleBins(binAxisX(), graph.width(), columnCount()),
         tarnis::visibleBins(binAxisY(), graph.height(), m_data.size()) };
-    if (tarnis::exactDeviceBehind(painter) != nullptr)
+    using tarnis::BinReduction;
+    const bool isExact = tarnis::exactDeviceBehind(painter) != nullptr; // it shows every bin
+    const BinReduction reduction = m_coloring != nullptr ? m_coloring->reduction : BinReduction::First;
+    const bool isReduced = reduction != BinReduction::First && !isExact && tarnis::hasSharedPixels(view);
+    const tarnis::BinRows rows = isReduced ? tarnis::reducedBins(m_data, view, reduction) : m_data;
+    if (isReduced && reduction != BinReduction::Maximum && m_colorBar->isAutoScale()) {
+        m_maxZ = tarnis::largestBin(rows); // sums and means have a scale of their own
+        m_colorBar->setMax(m_maxZ);
+    }
+    if (isExact)
         tarnis::paintMapExactly(painter, view, m_data, colorScale());
     else
-        m_map->paint(painter, view, m_data, colorScale());
+        m_map->paint(painter, view, rows, colorScale());
     paintPoints(painter, graph);
 }
 

@@ -24,6 +24,8 @@ struct ShownCurve {
     qsizetype size() const { return parts.isEmpty() ? 0 : parts.constFirst().size(); }
     /// The sample, or the sum of the parts that have it. Nothing outside of the curve.
     std::optional<double> at(qsizetype index) const;
+    /// The sum of the finite samples from `first` to `last`, both included.
+    double sumBetween(qsizetype first, qsizetype last) const;
     /// at(), or NaN outside of the curve.
     double valueAt(qsizetype index) const;
 };

@@ -196,7 +196,7 @@ RulerReading PlotRuler::reading() const
     RulerReading reading = readingBetween(a, b, firstAt(a), firstAt(b), mapping.isLogY());
     reading.bins = width;
     for (const ShownCurve& curve : curves)
-        reading.sums.append({ curve.name, sumOf(columns, [&](qsizetype i) { return curve.valueAt(i); }) });
+        reading.sums.append({ curve.name, curve.sumBetween(columns.first, columns.last) });
     return reading;
 }
 

@@ -716,6 +716,49 @@
     </message>
 </context>
 <context>
+    <name>tarnis::BinAggregation</name>
+    <message>
+        <source>mean</source>
+        <translation>Mittelwert</translation>
+    </message>
+    <message>
+        <source>sum</source>
+        <translation>Summe</translation>
+    </message>
+    <message>
+        <source>maximum</source>
+        <translation>Maximum</translation>
+    </message>
+    <message>
+        <source>%1 of %2 bins per pixel</source>
+        <translation>%1 von %2 Bins pro Pixel</translation>
+    </message>
+    <message>
+        <source>Bins That Share a Pixel</source>
+        <translation>Bins, die sich ein Pixel teilen</translation>
+    </message>
+    <message>
+        <source>First Bin</source>
+        <translation>Erstes Bin</translation>
+    </message>
+    <message>
+        <source>Curve Only</source>
+        <translation>Nur Kurve</translation>
+    </message>
+    <message>
+        <source>Maximum</source>
+        <translation>Maximum</translation>
+    </message>
+    <message>
+        <source>Sum</source>
+        <translation>Summe</translation>
+    </message>
+    <message>
+        <source>Mean</source>
+        <translation>Mittelwert</translation>
+    </message>
+</context>
+<context>
     <name>tarnis::BinnedData</name>
     <message>
         <source>There are no bins.</source>
@@ -1818,6 +1861,65 @@ Gezeigt ist das Ergebnis von %2.</translation>
     <message>
         <source>Histogram of the values of the map. Drag a line to set the limits of the colours, or the space between both. Keys: Left and Right choose a line, Up and Down move it, Home follows the data.</source>
         <translation>Histogramm der Werte der Karte. Ziehen Sie eine Linie, um eine Grenze der Farben zu setzen, oder den Raum zwischen beiden. Tasten: Links und Rechts wählen eine Linie, Auf und Ab bewegen sie, Pos1 folgt den Daten.</translation>
+    </message>
+</context>
+<context>
+    <name>tarnis::LineProfile</name>
+    <message>
+        <source>Bin</source>
+        <translation>Bin</translation>
+    </message>
+    <message>
+        <source>Counts</source>
+        <translation>Zählwerte</translation>
+    </message>
+    <message>
+        <source>Profile</source>
+        <translation>Profil</translation>
+    </message>
+    <message>
+        <source>Bins Along the Line</source>
+        <translation>Bins entlang der Linie</translation>
+    </message>
+    <message>
+        <source>mean</source>
+        <translation>Mittelwert</translation>
+    </message>
+    <message>
+        <source>maximum</source>
+        <translation>Maximum</translation>
+    </message>
+    <message>
+        <source>sum</source>
+        <translation>Summe</translation>
+    </message>
+    <message>
+        <source>%1, width in bins: %2</source>
+        <translation>%1, Breite in Bins: %2</translation>
+    </message>
+    <message>
+        <source>Profile Along a Line</source>
+        <translation>Profil entlang einer Linie</translation>
+    </message>
+    <message>
+        <source>Width of the Profile</source>
+        <translation>Breite des Profils</translation>
+    </message>
+    <message>
+        <source>Sum Across the Band</source>
+        <translation>Summe über das Band</translation>
+    </message>
+    <message>
+        <source>Mean Across the Band</source>
+        <translation>Mittelwert über das Band</translation>
+    </message>
+    <message>
+        <source>Maximum Across the Band</source>
+        <translation>Maximum über das Band</translation>
+    </message>
+    <message>
+        <source>Width in Bins: %1</source>
+        <translation>Breite in Bins: %1</translation>
     </message>
 </context>
 <context>

@@ -1,0 +1,43 @@
+// Samples by pixel columns.
+#include "tarnis/tools/envelope_p.h"
+
+#include <QTest>
+
+#include <cmath>
+#include <limits>
+
+using namespace tarnis;
+
+namespace {
+
+QList<EnvelopeColumn> envelope(const QList<double>& samples, int perColumn)
+{
+    return envelopeOf(
+        0, samples.size() - 1, [&](qsizetype i) { return samples.at(i); },
+        [&](qsizetype i) { return static_cast<int>(i) / perColumn; });
+}
+
+} // namespace
+
+class TestEnvelope : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void keepsExtremesAndMean()
+    {
+        QCOMPARE(envelope({ 4, -1, 6, 10, 20, 30, 7 }, 3),
+            (QList<EnvelopeColumn> { { 0, -1, 6, 3 }, { 1, 10, 30, 20 }, { 2, 7, 7, 7 } }));
+    }
+
+    void leavesOutWhatIsNotFinite()
+    {
+        constexpr double infinity = std::numeric_limits<double>::infinity();
+        QCOMPARE(envelope({ std::nan(""), 2, infinity, -infinity, std::nan(""), 3 }, 2),
+            (QList<EnvelopeColumn> { { 0, 2, 2, 2 }, { 2, 3, 3, 3 } }));
+        QVERIFY(envelope({}, 2).isEmpty());
+        QVERIFY(envelope({ std::nan("") }, 2).isEmpty());
+    }
+};
+
+QTEST_GUILESS_MAIN(TestEnvelope)
+#include "tst_envelope.moc"

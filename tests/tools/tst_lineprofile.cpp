@@ -1,0 +1,308 @@
+// The line profile: values in data terms, drags, width, live data, the plot of the profile, stored views.
+#include "support/plothand.h"
+#include "support/randomcases.h"
+#include "support/support.h"
+
+#include <tarnis/plots/plotmapping.h>
+#include <tarnis/plots/vectorgraphwidget.h>
+#include <tarnis/plots/xy2dgraphwidget.h>
+#include <tarnis/tools/lineprofile.h>
+
+#include <QJsonArray>
+#include <QJsonObject>
+#include <QSignalSpy>
+#include <QTest>
+
+#include <cmath>
+#include <memory>
+
+using namespace tarnis;
+using namespace tarnis::testing;
+
+namespace {
+
+constexpr double binWidth = 2.0;
+
+/// 10 x 6 bins of 2 x 1; bin (x, y) holds x + 100 y.
+void fill(XY2DGraphWidget& map)
+{
+    map.init("X", "Y", 20, 6, true, true);
+    map.initManualX(0, 20);
+    map.initManualY(0, 6);
+    for (int y = 0; y < 6; ++y) {
+        QList<double> row;
+        for (int x = 0; x < 10; ++x)
+            row.append(x + 100 * y);
+        map.setData(y, row, 509, false);
+    }
+}
+
+void show(XY2DGraphWidget& map)
+{
+    map.m_doubleBuffered = true;
+    map.resize(600, 400);
+    map.show();
+    map.activateWindow();
+    if (!QTest::qWaitForWindowActive(&map))
+        qFatal("no window");
+    map.setFocus();
+    map.grab();
+}
+
+QPoint pixelOf(const XY2DGraphWidget& map, double x, double y)
+{
+    return PlotMapping::of(map).pixelOf({ x, y }).toPoint();
+}
+
+} // namespace
+
+class TestLineProfile : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void readsTheBinsAlongTheLine()
+    {
+        XY2DGraphWidget map;
+        fill(map);
+        LineProfile profile(&map);
+        show(map);
+        profile.setLine({ 4.4, 2.2 }, { 12.9, 2.9 });
+        QCOMPARE(profile.from(), QPointF(5, 2.5));
+        QCOMPARE(profile.to(), QPointF(13, 2.5));
+        QCOMPARE(profile.values(), (QList<double> { 202, 203, 204, 205, 206 }));
+        double low = 0.0;
+        double high = 0.0;
+        profile.profilePlot()->getInitMinMaxX(low, high); // the edges of these bins
+        QCOMPARE(low, 2 * binWidth);
+        QCOMPARE(high, 7 * binWidth);
+        QCOMPARE(profile.profilePlot()->getNameX(), QStringLiteral("X"));
+        profile.setLine({ 5, 0.5 }, { 5, 3.5 });
+        QCOMPARE(profile.values(), (QList<double> { 2, 102, 202, 302 }));
+        QCOMPARE(profile.profilePlot()->getNameX(), QStringLiteral("Y"));
+        profile.setLine({ 1, 0.5 }, { 9, 4.5 }); // the diagonal of the bins
+        QCOMPARE(profile.values().size(), 5);
+        QCOMPARE(profile.profilePlot()->getNameX(), QStringLiteral("Bins Along the Line"));
+    }
+
+    void joinsAcrossTheBand()
+    {
+        XY2DGraphWidget map;
+        fill(map);
+        LineProfile profile(&map);
+        show(map);
+        profile.setLine({ 5, 2.5 }, { 9, 2.5 });
+        profile.setBandWidth(3);
+        QCOMPARE(profile.values(), (QList<double> { 606, 609, 612 }));
+        profile.setJoin(LineProfile::Join::Mean);
+        QCOMPARE(profile.values(), (QList<double> { 202, 203, 204 }));
+        profile.setJoin(LineProfile::Join::Maximum);
+        QCOMPARE(profile.values(), (QList<double> { 302, 303, 304 }));
+        profile.setBandWidth(-4);
+        QCOMPARE(profile.bandWidth(), 1.0);
+        profile.setBandWidth(std::nan(""));
+        QCOMPARE(profile.bandWidth(), 1.0);
+    }
+
+    void isLiveWhileItIsDragged()
+    {
+        XY2DGraphWidget map;
+        fill(map);
+        LineProfile profile(&map);
+        show(map);
+        QTest::keyClick(&map, Qt::Key_B);
+        QVERIFY(profile.isOn() && profile.isSet());
+        QVERIFY(profile.profilePlot()->isVisible());
+        map.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&map));
+        map.setFocus();
+        PlotHand hand(map);
+        const QSignalSpy changed(&profile, &LineProfile::profileChanged);
+        hand.press(pixelOf(map, 5, 0.5));
+        hand.move(pixelOf(map, 9, 0.5));
+        QCOMPARE(profile.values(), (QList<double> { 2, 3, 4 }));
+        hand.move(pixelOf(map, 13, 0.5));
+        QCOMPARE(profile.values().size(), 5);
+        hand.release(pixelOf(map, 13, 0.5));
+        hand.drag(pixelOf(map, 13, 0.5), pixelOf(map, 17, 0.5)); // its end
+        QCOMPARE(profile.values().last(), 8.0);
+        hand.drag(pixelOf(map, 10, 0.5), pixelOf(map, 10, 3.5)); // the line
+        QCOMPARE(profile.from(), QPointF(5, 3.5));
+        QCOMPARE(profile.values().first(), 302.0);
+        QVERIFY(changed.count() >= 4);
+        hand.press(pixelOf(map, 5, 3.5));
+        hand.move(pixelOf(map, 15, 5.5));
+        QVERIFY(profile.from() != QPointF(5, 3.5));
+        QTest::keyClick(&map, Qt::Key_Escape);
+        QCOMPARE(profile.from(), QPointF(5, 3.5));
+        hand.release(pixelOf(map, 15, 5.5));
+        QTest::keyClick(&map, Qt::Key_Escape);
+        QVERIFY(!profile.isOn());
+        QVERIFY(!profile.profilePlot()->isVisible());
+    }
+
+    void theHandleWidensTheBand()
+    {
+        XY2DGraphWidget map;
+        fill(map);
+        LineProfile profile(&map);
+        show(map);
+        profile.setOn(true);
+        profile.setLine({ 3, 2.5 }, { 17, 2.5 });
+        PlotHand hand(map);
+        const QPoint handle = pixelOf(map, 10, 3.0); // half a bin above
+        hand.drag(handle, pixelOf(map, 10, 4.0));
+        QCOMPARE(profile.bandWidth(), 3.0);
+        QCOMPARE(profile.values().first(), 3.0 * 201);
+    }
+
+    void followsTheData()
+    {
+        XY2DGraphWidget map;
+        fill(map);
+        LineProfile profile(&map);
+        show(map);
+        profile.setOn(true);
+        profile.setLine({ 5, 2.5 }, { 9, 2.5 });
+        profile.profilePlot()->onAutoScaleX(false);
+        profile.profilePlot()->setMinMaxX(5, 8); // a zoom by the user
+        map.setData(2, QList<double>(10, 7.0), 7, false);
+        map.refreshPixmap();
+        QCoreApplication::processEvents();
+        QCOMPARE(profile.values(), (QList<double> { 7, 7, 7 }));
+        double low = 0.0;
+        double high = 0.0;
+        profile.profilePlot()->getMinMaxX(low, high);
+        QCOMPARE(low, 5.0);
+        QCOMPARE(high, 8.0);
+    }
+
+    void drawsOverThePictureOnly()
+    {
+        XY2DGraphWidget map;
+        fill(map);
+        show(map);
+        const QImage before = map.grab().toImage();
+        const QSignalSpy painted(&map, &DoubleBufferedWidget::painted);
+        auto* const profile = new LineProfile(&map);
+        profile->setOn(true);
+        profile->setLine({ 5, 2.5 }, { 15, 2.5 });
+        const QImage with = map.grab().toImage();
+        const QPoint onLine = pixelOf(map, 9, 2.5);
+        const QColor color(255, 90, 200);
+        QVERIFY(with.pixelColor(onLine) == color || with.pixelColor(onLine - QPoint(0, 1)) == color
+            || with.pixelColor(onLine + QPoint(0, 1)) == color);
+        const std::unique_ptr<QPixmap> saved(map.toPixmap());
+        QVERIFY(saved->toImage() != before);
+        delete profile;
+        QCOMPARE(map.grab().toImage(), before);
+        QCOMPARE(painted.count(), 0);
+    }
+
+    void restoresItsState()
+    {
+        XY2DGraphWidget map;
+        fill(map);
+        LineProfile profile(&map);
+        show(map);
+        profile.setLine({ 5, 2.5 }, { 9, 4.5 });
+        profile.setBandWidth(3);
+        profile.setJoin(LineProfile::Join::Mean);
+        profile.setOn(true);
+        const QJsonObject state = profile.saveState();
+        LineProfile other(&map);
+        other.restoreState(state);
+        QCOMPARE(other.saveState(), state);
+        other.restoreState({ { "line", QJsonArray { 1, 2, "x", 4 } }, { "join", 3 }, { "width", "w" }, { "on", 7 } });
+        QCOMPARE(other.saveState(), state);
+    }
+
+    void survivesOddMaps()
+    {
+        XY2DGraphWidget map;
+        LineProfile profile(&map);
+        map.resize(0, 0);
+        map.grab();
+        profile.setOn(true);
+        profile.setLine({ 1, 1 }, { 2, 2 });
+        profile.setLine({ std::nan(""), 1 }, { 2, 2 });
+        map.resize(300, 200);
+        map.grab();
+        map.init("X", "Y", 2, 2, true, true);
+        map.setData(0, {}, 0, false); // an empty row: bins have no width
+        map.setData(1, { 1, 2 }, 2, false);
+        map.refreshPixmap();
+        map.grab();
+        profile.setLine({ 0, 0 }, { 2, 2 });
+        map.setData(0, { std::nan(""), INFINITY }, 0, false);
+        map.refreshPixmap();
+        map.grab();
+        QCoreApplication::processEvents();
+        LineProfile unattached(nullptr);
+        unattached.setOn(true);
+        unattached.setLine({ 1, 1 }, { 2, 2 });
+        unattached.setBandWidth(3);
+        unattached.restoreState(profile.saveState());
+        QVERIFY(unattached.profilePlot() == nullptr && unattached.values().isEmpty());
+    }
+
+    void survivesTheEndOfMapOrPlot()
+    {
+        auto map = std::make_unique<XY2DGraphWidget>();
+        fill(*map);
+        auto* const profile = new LineProfile(map.get());
+        show(*map);
+        profile->setOn(true);
+        delete profile->profilePlot();
+        profile->setLine({ 5, 2.5 }, { 9, 4.5 });
+        PlotHand hand(*map);
+        hand.press(pixelOf(*map, 5, 2.5));
+        hand.move(pixelOf(*map, 9, 2.5));
+        map->hide();
+        QCOMPARE(profile->from(), QPointF(5, 2.5));
+        map.reset();
+    }
+
+    void attachesAndDetachesUnderLiveData()
+    {
+        XY2DGraphWidget map;
+        fill(map);
+        show(map);
+        Generator generator = seededGenerator(9);
+        std::unique_ptr<LineProfile> profile;
+        PlotHand hand(map);
+        for (int i = 0; i < 300; ++i) {
+            QList<double> row(whole(generator, 0, 11));
+            for (double& value : row)
+                value = chance(generator, 0.1) ? std::nan("") : uniform(generator, -5, 20);
+            map.setData(whole(generator, 0, 7), row, 20, false);
+            map.refreshPixmap();
+            const QPoint at(whole(generator, 0, 600), whole(generator, 0, 400));
+            switch (whole(generator, 0, 6)) {
+            case 0:
+                profile = profile ? nullptr : std::make_unique<LineProfile>(&map);
+                break;
+            case 1:
+                if (profile)
+                    profile->setOn(chance(generator, 0.8));
+                break;
+            case 2:
+                hand.press(at);
+                break;
+            case 3:
+                hand.release(at);
+                break;
+            case 4:
+                QCoreApplication::processEvents();
+                break;
+            default:
+                hand.move(at);
+            }
+            map.grab();
+        }
+        profile.reset();
+        hand.release(QPoint(1, 1));
+    }
+};
+
+QTEST_MAIN(TestLineProfile)
+#include "tst_lineprofile.moc"
