@@ -11,7 +11,7 @@ namespace tarnis {
 namespace {
 
 constexpr double nan = std::numeric_limits<double>::quiet_NaN();
-constexpr double shareInside = 0.99;
+constexpr double shareInside = 0.95;
 
 /// The next of 1, 2 and 5 times a power of ten that is not below the width.
 double roundedWidth(double width)

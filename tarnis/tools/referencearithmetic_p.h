@@ -26,7 +26,7 @@ ComparedBin comparedBin(Comparison comparison, double live, double reference, do
 bool isContinuation(const QList<double>& live, const QList<double>& reference);
 
 /// An axis about the value that means no difference, 1 for a ratio and 0 otherwise, that holds the finite values: its
-/// half width is 1, 2 or 5 times a power of ten; that of a ratio begins at 0 at the least. One value in a hundred may
+/// half width is 1, 2 or 5 times a power of ten; that of a ratio begins at 0 at the least. One value in twenty may
 /// be outside, so that a single bin does not flatten all others.
 AxisRange comparisonAxis(Comparison comparison, std::vector<double> values);
 

@@ -106,6 +106,8 @@ void paintMarks(QPainter& painter, const StripAxis& axis, double same)
     const int height = painter.fontMetrics().height();
     const QRect& strip = axis.strip;
     for (const double mark : { axis.range.min, same, axis.range.max }) {
+        if (mark == axis.range.min && axis.rowOf(mark) - axis.rowOf(same) < height)
+            continue; // the mark that means no difference matters more
         const int row =
             std::clamp(static_cast<int>(axis.rowOf(mark)), strip.top() + height / 2, strip.bottom() - height / 2);
         painter.drawText(QRect(0, row - height / 2, strip.left() - 4, height), Qt::AlignRight | Qt::AlignVCenter,
