@@ -4,6 +4,7 @@
 #include "tarnis/plots/multivectorgraphwidget.h"
 #include "tarnis/plots/plotmapping.h"
 #include "tarnis/plots/plotobserver.h"
+#include "tarnis/tools/plotlegend.h"
 
 #include <algorithm>
 #include <cmath>
@@ -68,6 +69,19 @@ void LivePlot::setLogScale(bool on)
 bool LivePlot::isLogScale() const
 {
     return PlotMapping::of(*m_plot).isLogY();
+}
+
+void LivePlot::setLegendShown(bool shown)
+{
+    if (!shown)
+        delete m_legend;
+    else if (!m_legend)
+        m_legend = new PlotLegend(m_plot);
+}
+
+bool LivePlot::isLegendShown() const
+{
+    return m_legend;
 }
 
 void LivePlot::showData(const HistogramReply& histogram)

@@ -4,11 +4,14 @@
 
 #include <tarnis/live/livewidget.h>
 
+#include <QPointer>
 #include <QStringList>
 
 class MultiVectorGraphWidget;
 
 namespace tarnis {
+
+class PlotLegend;
 
 /// Curves of a histogram in rows or pairs, one for each row. See LiveWidget.
 class TARNIS_EXPORT LivePlot : public LiveWidget {
@@ -19,6 +22,8 @@ class TARNIS_EXPORT LivePlot : public LiveWidget {
     Q_PROPERTY(QStringList seriesNames READ seriesNames WRITE setSeriesNames)
     /// Whether Y is logarithmic.
     Q_PROPERTY(bool logScale READ isLogScale WRITE setLogScale)
+    /// See isLegendShown().
+    Q_PROPERTY(bool legendShown READ isLegendShown WRITE setLegendShown)
 public:
     /// Without client and command. The axes are "Channel" and "Counts".
     explicit LivePlot(QWidget* parent = nullptr);
@@ -38,6 +43,10 @@ public:
     void setLogScale(bool on);
     bool isLogScale() const;
     /// @}
+    /// Whether the plot has a PlotLegend; false at first. @{
+    void setLegendShown(bool shown);
+    bool isLegendShown() const;
+    /// @}
 
 protected:
     void showData(const HistogramReply& histogram) override;
@@ -47,6 +56,7 @@ protected:
 
 private:
     MultiVectorGraphWidget* m_plot;
+    QPointer<PlotLegend> m_legend;
     HistogramAxis m_axis;
     QStringList m_seriesNames;
 };

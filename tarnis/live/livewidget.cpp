@@ -6,6 +6,7 @@
 #include "tarnis/plots/xygraphwidget.h"
 #include "tarnis/tools/plotcrosshair.h"
 #include "tarnis/tools/plotnavigator.h"
+#include "tarnis/tools/plottoolbar.h"
 
 #include <QDateTime>
 #include <QEvent>
@@ -44,6 +45,7 @@ public:
     MessageLabel* status;
     QPointer<PlotNavigator> navigator;
     QPointer<PlotCrosshair> crosshair;
+    QPointer<PlotToolBar> toolBar;
     QPointer<QWidget> window; ///< whose events are watched
 
     QPointer<Client> client;
@@ -332,6 +334,23 @@ void LiveWidget::setTools(bool on)
 bool LiveWidget::hasTools() const
 {
     return d->navigator || d->crosshair;
+}
+
+void LiveWidget::setToolBarShown(bool shown)
+{
+    if (shown == isToolBarShown())
+        return;
+    if (!shown) {
+        delete d->toolBar;
+        return;
+    }
+    d->toolBar = new PlotToolBar(d->plot, this);
+    static_cast<QVBoxLayout*>(layout())->insertWidget(0, d->toolBar);
+}
+
+bool LiveWidget::isToolBarShown() const
+{
+    return d->toolBar;
 }
 
 bool LiveWidget::isPaused() const

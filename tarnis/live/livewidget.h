@@ -42,6 +42,8 @@ class TARNIS_EXPORT LiveWidget : public QWidget {
     Q_PROPERTY(bool statusShown READ isStatusShown WRITE setStatusShown)
     /// See hasTools().
     Q_PROPERTY(bool tools READ hasTools WRITE setTools)
+    /// See isToolBarShown().
+    Q_PROPERTY(bool toolBarShown READ isToolBarShown WRITE setToolBarShown)
     /// See State.
     Q_PROPERTY(State state READ state NOTIFY statusChanged)
     /// See statusText().
@@ -97,6 +99,10 @@ public:
     /// Whether the plot has a PlotNavigator and a PlotCrosshair; true at first. @{
     void setTools(bool on);
     bool hasTools() const;
+    /// @}
+    /// Whether a PlotToolBar with the actions of the plot and its tools is above the plot; false at first. @{
+    void setToolBarShown(bool shown);
+    bool isToolBarShown() const;
     /// @}
 
     bool isPaused() const; ///< no polls, the plot stays as it is

@@ -9,6 +9,7 @@
 #include <tarnis/plots/plotlayoutitem.h>
 #include <tarnis/plots/plotmapping.h>
 #include <tarnis/plots/xy2dgraphwidget.h>
+#include <tarnis/tools/plottoolbar.h>
 
 #include <QHBoxLayout>
 #include <QLabel>
@@ -226,8 +227,8 @@ private Q_SLOTS:
         LiveMap map;
         const QList<std::pair<const char*, QVariant>> values { { "command", "hist" }, { "interval", 20 },
             { "staleAfter", 30 }, { "nameX", "E" }, { "nameY", "N" }, { "paused", true }, { "statusShown", false },
-            { "tools", false }, { "logScale", true }, { "seriesWord", "Module" },
-            { "seriesNames", QStringList { "a", "b" } } };
+            { "tools", false }, { "toolBarShown", true }, { "legendShown", true }, { "logScale", true },
+            { "seriesWord", "Module" }, { "seriesNames", QStringList { "a", "b" } } };
         for (QObject* const widget : { static_cast<QObject*>(&plot), static_cast<QObject*>(&map) }) {
             for (const auto& [name, value] : values) {
                 const int index = widget->metaObject()->indexOfProperty(name);
@@ -240,6 +241,10 @@ private Q_SLOTS:
         }
         QVERIFY(plot.metaObject()->indexOfProperty("seriesNames") >= 0);
         QVERIFY(map.metaObject()->indexOfProperty("logScale") >= 0);
+        plot.setToolBarShown(false);
+        QVERIFY(!plot.findChild<PlotToolBar*>());
+        plot.setToolBarShown(true);
+        QVERIFY(plot.findChild<PlotToolBar*>());
         plot.setInterval(-1);
         QCOMPARE(plot.interval(), 1);
         plot.setTools(true);
