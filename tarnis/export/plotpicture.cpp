@@ -6,6 +6,7 @@
 #include "tarnis/plots/multivectorgraphwidget.h"
 #include "tarnis/plots/plotmapping.h"
 #include "tarnis/plots/plotoverlay.h"
+#include "tarnis/plots/plotstyling_p.h"
 #include "tarnis/plots/xy2dgraphwidget.h"
 
 #include <QBuffer>
@@ -151,12 +152,13 @@ void PlotPicture::paint(QPainter& painter) const
     font.setPixelSize(QFontInfo(font).pixelSize());
     painter.setFont(font);
     const int top = m_options.heading.isEmpty() ? 0 : headingHeight;
-    painter.fillRect(QRect(QPoint(0, 0), m_size), Qt::lightGray);
+    const PlotStyling* const styling = stylingOf(&m_plot);
+    painter.fillRect(QRect(QPoint(0, 0), m_size), styling != nullptr ? styling->surround() : QColor(Qt::lightGray));
     if (top > 0) {
         QFont bold = font;
         bold.setBold(true);
         painter.setFont(bold);
-        painter.setPen(Qt::black);
+        painter.setPen(styling != nullptr ? styling->foreground() : QColor(Qt::black));
         painter.drawText(QRect(0, 0, m_size.width(), top), Qt::AlignCenter, m_options.heading);
         painter.setFont(font);
     }

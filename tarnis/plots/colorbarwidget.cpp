@@ -6,6 +6,7 @@
 #include "tarnis/plots/math/colorbar_p.h"
 #include "tarnis/plots/math/floatcomparison_p.h"
 #include "tarnis/plots/plotpixmap_p.h"
+#include "tarnis/plots/plotstyling_p.h"
 
 #include <QLineEdit>
 #include <QLinearGradient>
@@ -98,6 +99,14 @@ QPixmap ColorBarWidget::getPixmap()
 void ColorBarWidget::paint(QPainter& painter, QRect* rect)
 {
     const QRect frame = rect != nullptr ? *rect : painter.viewport();
+    if (tarnis::PlotStyling* const styling = tarnis::stylingOf(parentWidget())) {
+        const auto layout = styling->paintColorBar(painter, frame, *this);
+        m_minRect = layout.minLabel;
+        m_maxRect = layout.maxLabel;
+        if (frame.width() < layout.width)
+            Q_EMIT sizeChanging(layout.width);
+        return;
+    }
     const QFontMetrics metrics = fontMetrics();
     const QSize charSize(metrics.averageCharWidth(), metrics.height());
     painter.fillRect(frame, QBrush(Qt::lightGray));

@@ -5,6 +5,7 @@
 #include "tarnis/plots/math/peakcurve_p.h"
 #include "tarnis/plots/math/readout_p.h"
 #include "tarnis/plots/math/seriesgrouping_p.h"
+#include "tarnis/plots/plotstyling_p.h"
 
 #include <QMouseEvent>
 #include <QPainter>
@@ -28,7 +29,8 @@ void MultiVectorGraphWidget::onPaint(QPainter& painter, QRect const& graph)
 {
     if (m_data.isEmpty())
         return;
-    if (m_autoScaleY)
+    tarnis::PlotStyling* const styling = tarnis::stylingOf(this);
+    if (m_autoScaleY && styling == nullptr)
         m_minY = m_logScaleY ? tarnis::lowestForLogAxis(m_data) : 0.0;
     const tarnis::SampleView view = tarnis::sampleView({ m_minX, m_maxX }, { m_initMinX, m_initMaxX }, m_manualX,
         m_data.constFirst().values.size(), graph.width(), m_resolution);
@@ -36,6 +38,11 @@ void MultiVectorGraphWidget::onPaint(QPainter& painter, QRect const& graph)
     const tarnis::CurveDrawing drawing =
         drawingOf(view.pixelsPerSample, view.first, view.last, sy, graph.left(), graph.bottom());
 
+    if (styling != nullptr) {
+        styling->paintCurves(painter, graph);
+        paintFoundPeaks(painter, graph, view.first, m_funcX2Plot != nullptr ? 0.0 : view.pixelsPerSample, sy);
+        return;
+    }
     const QList<tarnis::SummedCurve> curves = tarnis::curvesOf(m_data, m_addType, groupSize());
     for (const tarnis::SummedCurve& curve : curves) {
         if (!curve.enable) {
@@ -84,9 +91,12 @@ tarnis::CurveDrawing MultiVectorGraphWidget::drawingOf(
 void MultiVectorGraphWidget::paintFoundPeaks(QPainter& painter, const QRect& graph, double first, double sx, double sy)
 {
     const int x0 = tarnis::truncateToPixel(graph.left() + sx * 0.5);
+    const tarnis::PlotStyling* const styling = tarnis::stylingOf(this);
+    const QColor curveColor = styling != nullptr ? styling->accent() : QColor(0, 65, 255);
+    const QColor markColor = styling != nullptr ? styling->foreground() : QColor(Qt::white);
     if (!m_peakDialogs.map.contains(this)) {
         for (const PeakSearch::Gaussian& peak : std::as_const(m_peaks)) {
-            painter.setPen(QColor(0, 65, 255));
+            painter.setPen(curveColor);
             paintPeak(painter, peak, sy, x0, graph.bottom());
         }
         return;
@@ -97,12 +107,12 @@ void MultiVectorGraphWidget::paintFoundPeaks(QPainter& painter, const QRect& gra
     const auto columnOf = [&](double start, int number) {
         return tarnis::truncateToPixel((start + number + 0.5 - first) * sx + graph.left());
     };
-    painter.setPen(QPen(Qt::white, 1, Qt::DashLine));
+    painter.setPen(QPen(markColor, 1, Qt::DashLine));
     const int thresholdRow = rowOf(m_peakThreshold);
     painter.drawLine(graph.left(), thresholdRow, graph.right(), thresholdRow);
     for (int i = 0; i < m_peaks.size(); ++i) {
         const PeakSearch::Gaussian& peak = m_peaks.at(i);
-        painter.setPen(QPen(Qt::white, i == m_peakSelected ? selectedPeakWidth : 1));
+        painter.setPen(QPen(markColor, i == m_peakSelected ? selectedPeakWidth : 1));
         if (!m_peakDisplayPoints) {
             paintPeak(painter, peak, sy, x0, graph.bottom());
             continue;

@@ -2,9 +2,11 @@
 
 #include "tarnis/plots/colorbarwidget.h"
 #include "tarnis/plots/mapcoloring_p.h"
+#include "tarnis/plots/xy2dgraphwidget_p.h"
 
 #include <QAction>
 #include <QLineEdit>
+#include <QPushButton>
 
 namespace tarnis {
 
@@ -117,6 +119,39 @@ ScaleColors PlotAccess::sharedColors()
 {
     return { XY2DGraphWidget::colMin, XY2DGraphWidget::colHalfMin, XY2DGraphWidget::colHalf,
         XY2DGraphWidget::colHalfMax, XY2DGraphWidget::colMax };
+}
+
+void PlotAccess::setLayout(XYGraphWidget& plot, const Layout& layout)
+{
+    plot.m_graphRect = layout.graph;
+    plot.m_labelRectMinX = layout.minX;
+    plot.m_labelRectMaxX = layout.maxX;
+    plot.m_labelRectMinY = layout.minY;
+    plot.m_labelRectMaxY = layout.maxY;
+    plot.m_coversPicture = layout.coversPicture;
+}
+
+void PlotAccess::fitX(XYGraphWidget& plot, AxisRange range)
+{
+    plot.m_minX = range.min;
+    plot.m_maxX = range.max;
+}
+
+void PlotAccess::fitY(XYGraphWidget& plot, AxisRange range)
+{
+    plot.m_minY = range.min;
+    plot.m_maxY = range.max;
+}
+
+void PlotAccess::resetColorBarRoom(XY2DGraphWidget& map)
+{
+    map.onColorBarSizeChanging(map.m_autoButton->width() + besideAutoButton);
+}
+
+PlotAccess::Bar PlotAccess::bar(const ColorBarWidget& bar)
+{
+    return { { bar.m_min, bar.m_max }, bar.m_logScale, bar.m_squareRoot && !bar.m_logScale,
+        bar.m_ticks, bar.m_positions, bar.m_colors };
 }
 
 void PlotAccess::openLimitEditor(XY2DGraphWidget& map, bool isUpper)

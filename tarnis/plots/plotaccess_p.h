@@ -36,6 +36,7 @@ public:
     static QString nameY(const XYGraphWidget& plot) { return plot.m_nameY; }
     static QString title(const XYGraphWidget& plot) { return plot.m_title; }
     static QString notes(const XYGraphWidget& plot) { return plot.m_notes; }
+    static const QMargins& margin(const XYGraphWidget& plot) { return plot.m_margin; }
     static bool isGridShown(const XYGraphWidget& plot) { return plot.m_showGrid; }
     static QAction* rectangleAction(const XYGraphWidget& plot) { return plot.m_actRectangle; }
     static QAction* moveAction(const XYGraphWidget& plot) { return plot.m_actMove; }
@@ -59,6 +60,27 @@ public:
     static QRect maxYLabel(const XYGraphWidget& plot) { return plot.m_labelRectMaxY; }
     /// @}
 
+    // What a style sets in place of the plot's own drawing
+    struct Layout {
+        QRect graph;
+        QRect minX, maxX, minY, maxY;
+        bool coversPicture = false;
+    };
+    static void setLayout(XYGraphWidget& plot, const Layout& layout);
+    static void viewTouched(XYGraphWidget& plot) { plot.viewTouched(); }
+    /// Sets a range without a word; of an axis that scales automatically. @{
+    static void fitX(XYGraphWidget& plot, AxisRange range);
+    static void fitY(XYGraphWidget& plot, AxisRange range);
+    /// @}
+    static bool isInitialAutoX(const XYGraphWidget& plot) { return plot.m_initAutoScaleX; }
+    static int decimalsX(const XYGraphWidget& plot) { return plot.m_decimalX; }
+    static int decimalsY(const XYGraphWidget& plot) { return plot.m_decimalY; }
+    static double fromTick(const XYGraphWidget& plot, double tick)
+    {
+        return plot.m_funcTick2X(tick, plot.m_funcUserData);
+    }
+    static void resetColorBarRoom(XY2DGraphWidget& map);
+
     static const QList<double>& samples(const VectorGraphWidget& plot) { return plot.m_data; }
     static double largest(const VectorGraphWidget& plot) { return plot.m_maxValue; }
 
@@ -66,6 +88,8 @@ public:
     static MultiVectorGraphWidget::AddType addType(const MultiVectorGraphWidget& plot) { return plot.m_addType; }
     static int groupSize(const MultiVectorGraphWidget& plot) { return plot.groupSize(); }
     static unsigned int resolution(const MultiVectorGraphWidget& plot) { return plot.m_resolution; }
+    static bool drawsColumns(const MultiVectorGraphWidget& plot) { return plot.m_columnChart; }
+    static bool joinsPoints(const MultiVectorGraphWidget& plot) { return plot.m_connectPoints; }
     static TickFunction positionToX(const MultiVectorGraphWidget& plot) { return plot.m_funcX2Plot; }
     static TickFunction xToPosition(const MultiVectorGraphWidget& plot) { return plot.m_funcPlot2X; }
 
@@ -74,6 +98,17 @@ public:
     static bool isLogZ(const XY2DGraphWidget& map) { return map.m_logScale; }
     static bool isCutOn(const XY2DGraphWidget& map);
     static bool offersRegions(const XY2DGraphWidget& map) { return map.m_actRoi != nullptr; }
+    // The scale of a colour bar
+    struct Bar {
+        AxisRange range;
+        bool isLog = false;
+        bool isSquareRoot = false;
+        int ticks = 10;
+        QList<double> positions;
+        QList<QColor> colors;
+    };
+    static Bar bar(const ColorBarWidget& bar);
+
     static ColorBarWidget& colorBar(const XY2DGraphWidget& map) { return *map.m_colorBar; }
     static void openColorBarMenu(XY2DGraphWidget& map, const QPoint& globalPosition)
     {

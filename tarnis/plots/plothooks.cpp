@@ -4,6 +4,7 @@
 #include "tarnis/plots/plotaccess_p.h"
 #include "tarnis/plots/plotmapping.h"
 #include "tarnis/plots/plotoverlay.h"
+#include "tarnis/plots/plotstyling_p.h"
 
 #include <QPainter>
 #include <QPointer>
@@ -89,6 +90,8 @@ void PlotHooks::touch()
 void PlotHooks::touchData()
 {
     m_dataChanged = true;
+    if (PlotStyling* const style = styling())
+        style->noteData();
     touch();
 }
 
@@ -102,6 +105,8 @@ void PlotHooks::post()
 void PlotHooks::deliver()
 {
     m_isPosted = false;
+    if (PlotStyling* const style = styling())
+        style->fitAxes(); // what observers see is what will be painted
     const State now = state();
     PlotObserver::Changes changes;
     changes.setFlag(PlotObserver::RangeX, now.x != m_reported.x);

@@ -17,6 +17,7 @@ QT_END_NAMESPACE
 namespace tarnis {
 
 class PlotOverlay;
+class PlotStyling;
 
 /// Owned by the plot. It compares the plot's state with the one last reported and calls the observers from the event
 /// loop. It also keeps what tools changed in the widget's input, and restores it with the last tool.
@@ -44,6 +45,12 @@ public:
     /// Names of a plot of many series, by index. @{
     const QStringList& seriesNames() const { return m_seriesNames; }
     void setSeriesNames(const QStringList& names);
+    /// @}
+
+    /// The style that was attached last; null for the classic drawing. @{
+    PlotStyling* styling() const { return m_stylings.isEmpty() ? nullptr : m_stylings.constLast(); }
+    void add(PlotStyling& styling) { m_stylings.append(&styling); }
+    void remove(PlotStyling& styling) { m_stylings.removeOne(&styling); }
     /// @}
 
     bool hasOverlays() const { return !m_overlays.isEmpty(); }
@@ -96,6 +103,7 @@ private:
     bool m_hadOwnCursor = false;
     int m_readOuts = 0;
     QStringList m_seriesNames;
+    QList<PlotStyling*> m_stylings;
 };
 
 } // namespace tarnis

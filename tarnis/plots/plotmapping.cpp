@@ -5,6 +5,7 @@
 #include "tarnis/plots/math/seriesgrouping_p.h"
 #include "tarnis/plots/plotaccess_p.h"
 #include "tarnis/plots/plotpixmap_p.h"
+#include "tarnis/plots/plotstyling_p.h"
 
 #include <algorithm>
 #include <cmath>
@@ -91,6 +92,7 @@ PlotMapping PlotMapping::of(const XYGraphWidget& plot)
     mapping.m_x = PlotAccess::x(plot);
     mapping.m_y = PlotAccess::y(plot);
     mapping.m_logY = PlotAccess::isLogY(plot);
+    mapping.m_zeroAtBottom = stylingOf(&plot) != nullptr;
     mapping.m_tick = { PlotAccess::tickFunction(plot), PlotAccess::tickData(plot) };
     mapping.m_hasTick = PlotAccess::hasTickFunction(plot);
     if (plot.m_doubleBuffered && isTurned(plot.m_rotation)) { // only the cached picture is turned
@@ -177,6 +179,8 @@ double PlotMapping::columnOf(double x) const
 
 double PlotMapping::rowOf(double y) const
 {
+    if (m_logY && m_zeroAtBottom && y <= 0.0)
+        return m_rect.bottom();
     return m_rect.bottom()
         - m_rect.height() * share(toScale(y, m_logY), toScale(m_y.min, m_logY), toScale(m_y.max, m_logY));
 }

@@ -33,7 +33,7 @@ public:
     AxisRange x() const;
     AxisRange y() const;
     /// @}
-    bool isLogY() const; ///< Y runs in decades; values at or below 0 count as 1
+    bool isLogY() const; ///< Y runs in decades; values at or below 0 count as 1, with a PlotStyle as the lower end
     double rotation() const; ///< 0, 90 or -90 degrees
 
     /// Value under a pixel, and pixel of a value. Both are defined outside of the plot rectangle too. @{
@@ -91,6 +91,7 @@ private:
     AxisRange m_x;
     AxisRange m_y;
     bool m_logY = false;
+    bool m_zeroAtBottom = false; // of a logarithmic Y axis: values at or below 0 are at its lower end
     int m_rotation = 0;
     QPointF m_turn; // where a turned picture's origin is in the widget
     Bins m_binsX;

@@ -7,6 +7,7 @@
 #include "tarnis/plots/exactdrawing_p.h"
 #include "tarnis/plots/math/csvtext_p.h"
 #include "tarnis/plots/math/peakcurve_p.h"
+#include "tarnis/plots/plotstyling_p.h"
 
 #include <QAction>
 #include <QPainter>
@@ -18,6 +19,20 @@ namespace {
 
 /// Keeps the largest sample at 90 % of the axis.
 constexpr double headroom = 1.1111111111111112;
+
+void paintSamples(QPainter& painter, const tarnis::SampleView& view, const tarnis::ValueScale& rows,
+    const QList<double>& values, int left)
+{
+    painter.setPen(Qt::white);
+    const tarnis::SampleScale columns { view.first, view.pixelsPerSample, left };
+    const tarnis::SampleRun samples { values.constData(), 0 };
+    const tarnis::SampleRange range = tarnis::wholeSamples(view.first, view.last, values.size());
+    if (const tarnis::ExactDevice* const device = tarnis::exactDeviceBehind(painter))
+        tarnis::paintCurveExactly(
+            painter, samples, range, { false, true, view.first, view.last, columns, {}, rows, {} }, *device);
+    else
+        tarnis::paintLines(painter, tarnis::joinSamples(samples, range, columns, rows, tarnis::mergingOn(painter)));
+}
 
 } // namespace
 
@@ -112,18 +127,13 @@ void VectorGraphWidget::onPaint(QPainter& painter, QRect const& graph)
         m_logScaleY ? tarnis::ValueScale::Kind::LogWithFloor : tarnis::ValueScale::Kind::Linear, m_minY, pixelsPerY,
         graph.bottom());
 
-    painter.setPen(Qt::white);
-    const tarnis::SampleScale columns { view.first, view.pixelsPerSample, graph.left() };
-    const tarnis::SampleRun samples { m_data.constData(), 0 };
-    const tarnis::SampleRange range = tarnis::wholeSamples(view.first, view.last, m_data.size());
-    if (const tarnis::ExactDevice* const device = tarnis::exactDeviceBehind(painter))
-        tarnis::paintCurveExactly(
-            painter, samples, range, { false, true, view.first, view.last, columns, {}, rows, {} }, *device);
+    tarnis::PlotStyling* const styling = tarnis::stylingOf(this);
+    if (styling != nullptr)
+        styling->paintCurves(painter, graph);
     else
-        tarnis::paintLines(painter, tarnis::joinSamples(samples, range, columns, rows, tarnis::mergingOn(painter)));
-
+        paintSamples(painter, view, rows, m_data, graph.left());
     if (!m_peaks.isEmpty()) {
-        painter.setPen(Qt::red);
+        painter.setPen(styling != nullptr ? styling->accent() : QColor(Qt::red));
         paintPeak(painter, m_peaks.constFirst(), pixelsPerY,
             tarnis::truncateToPixel(graph.left() + view.pixelsPerSample * 0.5), graph.bottom());
     }

@@ -5,6 +5,7 @@
 #include "tarnis/foundation/trace_p.h"
 #include "tarnis/plots/math/floatcomparison_p.h"
 #include "tarnis/plots/math/projection_p.h"
+#include "tarnis/plots/plotstyling_p.h"
 #include "tarnis/plots/viewselectedroi.h"
 
 #include <QAction>
@@ -169,8 +170,10 @@ void XY2DGraphWidget::paintRegions(QPainter& painter)
         return;
     const int selected = view->isEditable() ? view->currentIndex() : -1;
     const QList<QRect>& regions = view->getRoiList();
+    const tarnis::PlotStyling* const styling = tarnis::stylingOf(this);
+    const QColor color = styling != nullptr ? styling->foreground() : QColor(Qt::white);
     for (qsizetype i = 0; i < regions.size(); ++i) {
-        QPen pen(Qt::white, 1, Qt::SolidLine);
+        QPen pen(color, 1, Qt::SolidLine);
         if (i == selected) {
             pen.setStyle(Qt::CustomDashLine);
             pen.setDashPattern({ 5, 5 });

@@ -8,6 +8,7 @@
 #include "tarnis/plots/math/floatcomparison_p.h"
 #include "tarnis/plots/plothooks_p.h"
 #include "tarnis/plots/plotpixmap_p.h"
+#include "tarnis/plots/plotstyling_p.h"
 #include "tarnis/plots/raster/devicepixels_p.h"
 #include "tarnis/plots/raster/pixeltarget_p.h"
 
@@ -177,6 +178,10 @@ void paintGrid(QPainter& painter, const QList<int>& columns, const QList<int>& r
 
 void XYGraphWidget::paint(QPainter& painter, QRect* rect)
 {
+    if (m_hooks != nullptr && m_hooks->styling() != nullptr) {
+        tarnis::paintStyled(*this, *m_hooks->styling(), painter, rect);
+        return;
+    }
     CharSize size;
     getCharSize(size.width, size.height);
     QRect frame = rect != nullptr ? *rect : painter.viewport();
@@ -299,7 +304,8 @@ void XYGraphWidget::paintSelectedRect(QPainter& painter)
 {
     painter.setClipRect(m_graphRect);
     if (!tarnis::plotEqual(m_xRangeMin, m_xRangeMax)) {
-        painter.setPen(QPen(Qt::white, 1, Qt::DashLine));
+        const tarnis::PlotStyling* const styling = tarnis::stylingOf(this);
+        painter.setPen(QPen(styling != nullptr ? styling->foreground() : QColor(Qt::white), 1, Qt::DashLine));
         for (const double bound : { m_xRangeMin, m_xRangeMax }) {
             const double x = calcWidgetPointF(QPointF(bound, 0.0)).x();
             // Where the visible range is empty, the line is nowhere. Beyond the largest widget it cannot show.

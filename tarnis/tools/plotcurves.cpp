@@ -4,6 +4,7 @@
 #include "tarnis/plots/math/seriesgrouping_p.h"
 #include "tarnis/plots/plotaccess_p.h"
 #include "tarnis/plots/plotmapping.h"
+#include "tarnis/plots/plotstyling_p.h"
 
 #include <algorithm>
 #include <cmath>
@@ -26,7 +27,8 @@ QList<ShownCurve> curvesIn(const MultiVectorGraphWidget& plot)
             continue;
         const bool isSeries = type == AddType::AddNone || (type == AddType::AddEachGroup && groupSize == 1);
         const QString given = isSeries ? seriesName(plot, static_cast<int>(i)) : QString();
-        ShownCurve entry { given.isEmpty() ? QString::number(i + plot.m_firstNumber) : given, curve.color, {} };
+        ShownCurve entry { given.isEmpty() ? QString::number(i + plot.m_firstNumber) : given,
+            shownCurveColor(plot, static_cast<int>(i), curve.color), {} };
         for (const int record : curve.records)
             entry.parts.append(series.at(record).values);
         shown.append(entry);
@@ -98,7 +100,7 @@ QList<ShownCurve> shownCurves(const XYGraphWidget& plot)
     const auto* curve = qobject_cast<const VectorGraphWidget*>(&plot);
     if (curve == nullptr || PlotAccess::samples(*curve).isEmpty())
         return {};
-    return { { {}, Qt::white, { PlotAccess::samples(*curve) } } };
+    return { { {}, shownCurveColor(plot, 0, Qt::white), { PlotAccess::samples(*curve) } } };
 }
 
 bool isSameData(const QList<ShownCurve>& a, const QList<ShownCurve>& b)

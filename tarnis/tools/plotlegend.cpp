@@ -5,6 +5,7 @@
 #include "tarnis/plots/math/seriesgrouping_p.h"
 #include "tarnis/plots/plotaccess_p.h"
 #include "tarnis/plots/plotmapping.h"
+#include "tarnis/plots/plotstyling_p.h"
 #include "tarnis/tools/toolaction_p.h"
 
 #include <QFontMetrics>
@@ -27,7 +28,7 @@ constexpr double tallest = 0.8;
 constexpr int maxRecords = 4096; // that a stored view may add
 const QColor fill(24, 24, 24, 215);
 const QColor border(110, 110, 110, 215);
-const QColor textColor(255, 255, 255);
+const QColor classicText(255, 255, 255);
 const QColor hiddenColor(140, 140, 140);
 
 const QLatin1String visibleKey("visible");
@@ -69,7 +70,8 @@ QList<LegendEntry> legendEntries(const MultiVectorGraphWidget& plot)
     for (qsizetype i = 0; i < curves.size(); ++i) {
         const SummedCurve& curve = curves.at(i);
         if (!curve.records.isEmpty() && lengthOf(series, curve) > 0)
-            entries.append({ curve.records, names.value(i), curve.color, curve.enable });
+            entries.append({ curve.records, names.value(i),
+                shownCurveColor(plot, static_cast<int>(i), curve.color), curve.enable });
     }
     return entries;
 }
@@ -248,7 +250,11 @@ void PlotLegend::paintOverlay(QPainter& painter, const PlotMapping& /*mapping*/)
     painter.setFont(curves()->font());
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(QPen(border, 1.0));
-    painter.setBrush(fill);
+    const PlotStyling* const styling = stylingOf(curves());
+    const QColor textColor = styling != nullptr ? styling->foreground() : classicText;
+    QColor ground = styling != nullptr ? styling->surround() : fill;
+    ground.setAlpha(fill.alpha()); // the colours of the curves are made for this ground
+    painter.setBrush(ground);
     painter.drawRoundedRect(QRectF(now.rect).adjusted(0.5, 0.5, -0.5, -0.5), 3.0, 3.0);
     const QFontMetrics metrics(painter.font());
     for (qsizetype i = now.first; i < now.first + now.rows; ++i) {

@@ -195,7 +195,8 @@ ViewLimits ViewControl::limits(Qt::Orientation axis) const
 ZoomAnchor ViewControl::anchor(Qt::Orientation axis, double share) const
 {
     const bool isCounts = axis == Qt::Vertical && map() == nullptr;
-    return { share, isCounts && toAxis(range(axis).min, scale(axis)) == 0.0 };
+    const double low = toAxis(range(axis).min, scale(axis));
+    return { share, isCounts && (low == 0.0 || (scale(axis) == AxisScale::Log && low < 0.0)) };
 }
 
 AxisRange ViewControl::levels() const

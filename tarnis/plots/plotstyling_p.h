@@ -1,0 +1,69 @@
+// How a style replaces the classic drawing of a plot. A plot without one never looks further than a null pointer.
+#pragma once
+
+#include "tarnis/plots/axisrange.h"
+
+#include <QColor>
+#include <QRect>
+
+QT_BEGIN_NAMESPACE
+class QPainter;
+QT_END_NAMESPACE
+class ColorBarWidget;
+class QWidget;
+class XYGraphWidget;
+
+namespace tarnis {
+
+/// Draws frame, axes, grid and curves of one plot, and fits its automatic axes. The plot's own drawing calls it.
+class PlotStyling {
+public:
+    PlotStyling() = default;
+    PlotStyling(const PlotStyling&) = delete;
+    PlotStyling& operator=(const PlotStyling&) = delete;
+    virtual ~PlotStyling() = default;
+
+    /// Places in a picture, in the painter's coordinates.
+    struct Layout {
+        QRect graph; ///< inner plot rectangle
+        /// Where a click opens an editor of the axis end. @{
+        QRect minX, maxX, minY, maxY;
+        /// @}
+    };
+
+    /// Samples or bins have changed.
+    virtual void noteData() = 0;
+    /// Gives the axes that scale automatically the ranges that the style wants.
+    virtual void fitAxes() = 0;
+    /// Fills `whole` and draws all that is outside of the plot rectangle, inside `frame`.
+    virtual Layout paintFrame(QPainter& painter, const QRect& whole, const QRect& frame) = 0;
+    /// Grid lines, clipped to the plot rectangle.
+    virtual void paintGrid(QPainter& painter, const QRect& graph) = 0;
+    /// The curves of a plot of one or many series, in the same clip.
+    virtual void paintCurves(QPainter& painter, const QRect& graph) = 0;
+
+    /// What ColorBarWidget::paint() finds out.
+    struct BarLayout {
+        QRect minLabel; ///< click areas
+        QRect maxLabel;
+        int width = 0; ///< that bar and labels need
+    };
+    virtual BarLayout paintColorBar(QPainter& painter, const QRect& frame, const ColorBarWidget& bar) = 0;
+
+    virtual QColor surround() const = 0; ///< around the plot rectangle
+    virtual QColor foreground() const = 0; ///< of texts, and of lines over the data
+    virtual QColor accent() const = 0; ///< of peaks and marks over the data
+    /// Of a curve of the plot's present type; `given` is the classic one.
+    virtual QColor curveColor(int number, const QColor& given) const = 0;
+};
+
+/// The style in use; null without one. The plot may be null, or any other widget.
+PlotStyling* stylingOf(const QWidget* plot);
+
+/// What XYGraphWidget::paint() does with a style.
+void paintStyled(XYGraphWidget& plot, PlotStyling& styling, QPainter& painter, QRect* rect);
+
+/// The colour of a curve as it is drawn.
+QColor shownCurveColor(const XYGraphWidget& plot, int number, const QColor& given);
+
+} // namespace tarnis

@@ -1,0 +1,386 @@
+#include "tarnis/plots/raster/curvecoverage_p.h"
+
+#include "tarnis/plots/math/sampleextremes_p.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace tarnis {
+
+namespace {
+
+constexpr int strips = 4; // of a pixel column
+constexpr float fillOpacity = 0.45F;
+constexpr double gapFrom = 8.0; // pixels of a bin from which columns are drawn apart
+constexpr double gapShare = 0.08; // of a bin, on either side
+
+struct Extremes {
+    double low = 0.0;
+    double high = 0.0;
+    bool any = false;
+};
+
+/// Those of the numbers among the samples.
+Extremes extremesOfNumbers(const SampleRun& samples, int begin, int end)
+{
+    if (end - begin > 4) {
+        const SampleExtremes quick = extremesOf(samples.from(begin), end - begin);
+        if (quick.finite)
+            return { quick.low, quick.high, true };
+    }
+    Extremes result { std::numeric_limits<double>::infinity(), -std::numeric_limits<double>::infinity(), false };
+    for (int i = begin; i < end; ++i) {
+        if (std::isnan(samples[i]))
+            continue;
+        result.low = std::min(result.low, samples[i]);
+        result.high = std::max(result.high, samples[i]);
+        result.any = true;
+    }
+    return result;
+}
+
+} // namespace
+
+double SmoothRows::at(double value) const
+{
+    if (isLog && !(value > 0.0))
+        return std::isnan(value) ? value : limit;
+    const double row = bottom - ((isLog ? std::log10(value) : value) - minimum) * pixelsPerUnit;
+    return std::isnan(row) ? row : std::clamp(row, -limit, limit);
+}
+
+/// The bins in the order of the strips, from left to right.
+struct CurveCoverage::Bins {
+    const SmoothColumns& columns;
+    int count;
+    int first;
+    bool isReversed;
+
+    Bins(const SmoothColumns& from, SampleRange range)
+        : columns(from)
+        , count(range.end - range.begin)
+        , first(range.begin)
+        , isReversed(from.edge(range.end) < from.edge(range.begin))
+    {
+    }
+    int index(int i) const { return isReversed ? first + count - 1 - i : first + i; }
+    /// Left edge of the i-th bin from the left, in strips.
+    double edge(double i) const { return strips * columns.edge(isReversed ? first + count - i : first + i); }
+    double middle(int i) const { return edge(i + 0.5); }
+    /// One past the last bin from i on for which position() is within the strip.
+    template <typename Position> int endOfStrip(int i, int strip, const Position& position) const
+    {
+        int end = i + 1;
+        if (!columns.function) {
+            const double guess = (strip + 1 - position(i)) / (strips * std::abs(columns.pixelsPerBin));
+            if (guess > 2.0)
+                end = i + static_cast<int>(std::min<double>(guess - 1.0, count - i));
+        }
+        while (end < count && std::floor(position(end)) <= strip)
+            ++end;
+        return end;
+    }
+    Extremes extremes(const SampleRun& samples, int begin, int end) const
+    {
+        return isReversed ? extremesOfNumbers(samples, index(end - 1), index(begin) + 1)
+                          : extremesOfNumbers(samples, index(begin), index(end - 1) + 1);
+    }
+};
+
+void CurveCoverage::begin(QSize size)
+{
+    if (m_image.size() != size)
+        m_image = QImage(size, QImage::Format_ARGB32_Premultiplied);
+    m_image.fill(0U);
+    m_width = m_image.width();
+    m_height = m_image.height();
+    m_slopes.assign(std::size_t(m_width) * std::size_t(m_height + 2), 0.0F);
+    m_coverage.assign(std::size_t(m_width), 0.0F);
+    m_topRow = m_height;
+    m_bottomRow = -1;
+}
+
+void CurveCoverage::add(const SmoothCurve& curve, const SmoothColumns& columns, const SmoothRows& rows)
+{
+    if (m_image.isNull() || curve.range.begin >= curve.range.end || qAlpha(curve.color) == 0)
+        return;
+    clearSpans();
+    switch (curve.shape) {
+    case CurveShape::Lines:
+        addLines(curve, columns, rows);
+        break;
+    case CurveShape::Points:
+        addPoints(curve, columns, rows);
+        return;
+    case CurveShape::Columns:
+        addColumns(curve, columns, rows);
+        cover();
+        blend(curve.color, fillOpacity);
+        clearSpans();
+        [[fallthrough]];
+    case CurveShape::Steps:
+        addSteps(curve, columns, rows);
+        break;
+    }
+    thicken(curve.width / 2.0);
+    cover();
+    blend(curve.color, 1.0F);
+}
+
+// A margin on both sides holds what a thick line brings in from there.
+constexpr int marginStrips = 16 * strips;
+
+void CurveCoverage::clearSpans()
+{
+    constexpr float far = std::numeric_limits<float>::max();
+    m_spans.assign(std::size_t(m_width * strips + 2 * marginStrips), Span { far, -far });
+    m_first = static_cast<int>(m_spans.size());
+    m_last = -1;
+}
+
+void CurveCoverage::widen(int strip, double a, double b)
+{
+    const int index = strip + marginStrips;
+    if (index < 0 || index >= static_cast<int>(m_spans.size()))
+        return;
+    Span& span = m_spans[std::size_t(index)];
+    span.top = std::min(span.top, static_cast<float>(std::min(a, b)));
+    span.bottom = std::max(span.bottom, static_cast<float>(std::max(a, b)));
+    m_first = std::min(m_first, index);
+    m_last = std::max(m_last, index);
+}
+
+/// The strips between the abscissae, which ascend.
+void CurveCoverage::joinPoints(double u0, double row0, double u1, double row1)
+{
+    const double begin = std::max(u0, double(-marginStrips));
+    const double end = std::min(u1, double(m_width * strips + marginStrips - 1));
+    if (!(begin <= end))
+        return;
+    const double slope = u1 > u0 ? (row1 - row0) / (u1 - u0) : 0.0;
+    const auto rowAt = [&](double u) { return u >= u1 ? row1 : (u <= u0 ? row0 : row0 + (u - u0) * slope); };
+    const int last = static_cast<int>(std::floor(end));
+    for (int strip = static_cast<int>(std::floor(begin)); strip <= last; ++strip)
+        widen(strip, rowAt(strip), rowAt(strip + 1.0));
+}
+
+void CurveCoverage::addLines(const SmoothCurve& curve, const SmoothColumns& columns, const SmoothRows& rows)
+{
+    const Bins bins(columns, curve.range);
+    const auto position = [&bins](int i) { return bins.middle(i); };
+    double previousU = 0.0;
+    double previousRow = std::numeric_limits<double>::quiet_NaN();
+    for (int i = 0; i < bins.count;) {
+        const double u = position(i);
+        if (!std::isfinite(u)) {
+            ++i;
+            continue;
+        }
+        const int strip = static_cast<int>(std::clamp(std::floor(u), -1e9, 1e9));
+        const int end = bins.endOfStrip(i, strip, position);
+        const double firstRow = rows.at(curve.samples[bins.index(i)]);
+        if (!std::isnan(previousRow) && !std::isnan(firstRow))
+            joinPoints(previousU, previousRow, u, firstRow);
+        if (const Extremes found = bins.extremes(curve.samples, i, end); found.any)
+            widen(strip, rows.at(found.low), rows.at(found.high));
+        previousU = position(end - 1);
+        previousRow = rows.at(curve.samples[bins.index(end - 1)]);
+        i = end;
+    }
+}
+
+void CurveCoverage::addSteps(const SmoothCurve& curve, const SmoothColumns& columns, const SmoothRows& rows)
+{
+    const Bins bins(columns, curve.range);
+    const auto position = [&bins](int i) { return bins.edge(i); };
+    double previousRow = std::numeric_limits<double>::quiet_NaN();
+    for (int i = 0; i < bins.count;) {
+        const double u = position(i);
+        const double far = bins.edge(i + 1);
+        if (!std::isfinite(u) || !std::isfinite(far)) {
+            ++i;
+            continue;
+        }
+        const int strip = static_cast<int>(std::clamp(std::floor(u), -1e9, 1e9));
+        const int end = bins.endOfStrip(i, strip, position);
+        const double firstRow = rows.at(curve.samples[bins.index(i)]);
+        if (!std::isnan(previousRow) && !std::isnan(firstRow))
+            widen(strip, previousRow, firstRow);
+        if (const Extremes found = bins.extremes(curve.samples, i, end); found.any)
+            widen(strip, rows.at(found.low), rows.at(found.high));
+        const double lastRow = rows.at(curve.samples[bins.index(end - 1)]);
+        if (!std::isnan(lastRow))
+            joinPoints(position(end - 1), lastRow, bins.edge(end), lastRow);
+        previousRow = lastRow;
+        i = end;
+    }
+}
+
+void CurveCoverage::addColumns(const SmoothCurve& curve, const SmoothColumns& columns, const SmoothRows& rows)
+{
+    const Bins bins(columns, curve.range);
+    const auto position = [&bins](int i) { return bins.edge(i); };
+    for (int i = 0; i < bins.count;) {
+        const double u = position(i);
+        if (!std::isfinite(u) || !std::isfinite(bins.edge(i + 1))) {
+            ++i;
+            continue;
+        }
+        const int strip = static_cast<int>(std::clamp(std::floor(u), -1e9, 1e9));
+        const int end = bins.endOfStrip(i, strip, position);
+        const Extremes found = bins.extremes(curve.samples, i, end);
+        if (found.any && end - i > 1)
+            widen(strip, std::min(rows.at(found.high), curve.base), std::max(rows.at(found.low), curve.base));
+        const double row = rows.at(curve.samples[bins.index(end - 1)]);
+        const double left = position(end - 1);
+        const double right = bins.edge(end);
+        const double gap = right - left >= gapFrom * strips ? (right - left) * gapShare : 0.0;
+        if (!std::isnan(row))
+            fill(left + gap, right - gap, row, curve.base);
+        i = end;
+    }
+}
+
+/// The strips whose middle is between the abscissae.
+void CurveCoverage::fill(double u0, double u1, double a, double b)
+{
+    const auto stripFrom = [this](double u) {
+        return static_cast<int>(
+            std::ceil(std::clamp(u, double(-marginStrips), double(m_width * strips + marginStrips)) - 0.5));
+    };
+    const int begin = stripFrom(u0);
+    const int end = stripFrom(u1);
+    for (int strip = begin; strip < end; ++strip)
+        widen(strip, a, b);
+}
+
+/// Draws a round pen along the spans: a strip beside receives the spans with the height that the circle has there.
+void CurveCoverage::thicken(double radius)
+{
+    if (m_last < m_first)
+        return;
+    const int reach = std::min(static_cast<int>(std::floor(radius * strips)), marginStrips);
+    const int size = static_cast<int>(m_spans.size());
+    m_thick = m_spans;
+    for (int offset = -reach; offset <= reach; ++offset) {
+        const double aside = double(offset) / strips;
+        const auto height = static_cast<float>(std::sqrt(std::max(radius * radius - aside * aside, 0.0)));
+        const int begin = std::max({ m_first, offset > 0 ? 0 : -offset });
+        const int end = std::min(m_last + 1, size - std::max(offset, 0));
+        const Span* from = m_spans.data();
+        Span* to = m_thick.data() + offset;
+        for (int i = begin; i < end; ++i) { // empty spans stay empty: the height is lost beside their far ends
+            to[i].top = std::min(to[i].top, from[i].top - height);
+            to[i].bottom = std::max(to[i].bottom, from[i].bottom + height);
+        }
+    }
+    m_spans.swap(m_thick);
+    m_first = std::max(m_first - reach, 0);
+    m_last = std::min(m_last + reach, size - 1);
+}
+
+void CurveCoverage::cover()
+{
+    const int begin = std::max(m_first, marginStrips);
+    const int end = std::min(m_last + 1, m_width * strips + marginStrips);
+    for (int i = begin; i < end; ++i)
+        coverStrip(i - marginStrips, m_spans[std::size_t(i)]);
+}
+
+/// Turns a span into changes of coverage: an edge within a row changes this row by the share below it and the next one
+/// by the rest.
+void CurveCoverage::coverStrip(int strip, Span span)
+{
+    const float top = std::max(span.top, 0.0F);
+    const float bottom = std::min(span.bottom, static_cast<float>(m_height));
+    if (!(top < bottom))
+        return;
+    const int topRow = static_cast<int>(top);
+    const int bottomRow = static_cast<int>(bottom);
+    const auto line = static_cast<std::size_t>(m_width);
+    float* const atTop = m_slopes.data() + std::size_t(topRow) * line + std::size_t(strip / strips);
+    float* const atBottom = m_slopes.data() + std::size_t(bottomRow) * line + std::size_t(strip / strips);
+    constexpr float share = 1.0F / strips;
+    const float topPart = (static_cast<float>(topRow) + 1.0F - top) * share;
+    const float bottomPart = (static_cast<float>(bottomRow) + 1.0F - bottom) * share;
+    atTop[0] += topPart;
+    atTop[line] += share - topPart;
+    atBottom[0] -= bottomPart;
+    atBottom[line] -= share - bottomPart;
+    m_topRow = std::min(m_topRow, topRow);
+    m_bottomRow = std::max(m_bottomRow, bottomRow);
+}
+
+namespace {
+
+/// Adds the changes of a row to the coverage, and lays the colour over the pixels by it.
+void blendRow(float* coverage, float* slopes, QRgb* pixels, int count, const float (&color)[4], float opacity)
+{
+    for (int x = 0; x < count; ++x) {
+        coverage[x] += slopes[x];
+        slopes[x] = 0.0F;
+        const float a = coverage[x] * opacity;
+        const float share = a < 0.0F ? 0.0F : (a > 1.0F ? 1.0F : a);
+        const float rest = 1.0F - share;
+        const auto pixel = static_cast<int>(pixels[x]);
+        const int blue = static_cast<int>(color[0] * share + static_cast<float>(pixel & 255) * rest + 0.5F);
+        const int green = static_cast<int>(color[1] * share + static_cast<float>((pixel >> 8) & 255) * rest + 0.5F);
+        const int red = static_cast<int>(color[2] * share + static_cast<float>((pixel >> 16) & 255) * rest + 0.5F);
+        const int alpha = static_cast<int>(255.0F * share + static_cast<float>((pixel >> 24) & 255) * rest + 0.5F);
+        pixels[x] = static_cast<QRgb>(blue | (green << 8) | (red << 16)) | (static_cast<QRgb>(alpha) << 24);
+    }
+}
+
+} // namespace
+
+void CurveCoverage::blend(QRgb color, float opacity)
+{
+    const float channels[4] { static_cast<float>(qBlue(color)), static_cast<float>(qGreen(color)),
+        static_cast<float>(qRed(color)), 255.0F };
+    std::fill(m_coverage.begin(), m_coverage.end(), 0.0F);
+    const int last = std::min(m_bottomRow + 1, m_height + 1);
+    // One row more: what is left to be taken back there is cleared with it.
+    for (int row = m_topRow; row <= last; ++row) {
+        float* const slopes = m_slopes.data() + std::size_t(row) * std::size_t(m_width);
+        if (row < m_height)
+            blendRow(m_coverage.data(), slopes, reinterpret_cast<QRgb*>(m_image.scanLine(row)), m_width, channels,
+                opacity * static_cast<float>(qAlpha(color)) / 255.0F);
+        else
+            std::fill_n(slopes, m_width, 0.0F);
+    }
+    m_topRow = m_height;
+    m_bottomRow = -1;
+}
+
+/// Each disc covers its own strips, one disc for each half pixel that holds any.
+void CurveCoverage::addPoints(const SmoothCurve& curve, const SmoothColumns& columns, const SmoothRows& rows)
+{
+    const Bins bins(columns, curve.range);
+    const double radius = curve.width / 2.0;
+    const int reach = static_cast<int>(std::floor(radius * strips));
+    constexpr int fine = 2; // places in a pixel that are told apart, in each direction
+    std::vector<bool> isTaken(std::size_t(m_width + 2) * std::size_t(m_height + 2) * fine * fine, false);
+    for (int i = 0; i < bins.count; ++i) {
+        const double row = rows.at(curve.samples[bins.index(i)]);
+        const double u = bins.middle(i);
+        const double column = u / strips;
+        if (!(column >= -1.0 && column < m_width + 1.0 && row >= -1.0 && row < m_height + 1.0))
+            continue;
+        const auto place =
+            (std::size_t((row + 1.0) * fine) * std::size_t(m_width + 2) * fine) + std::size_t((column + 1.0) * fine);
+        if (isTaken[place])
+            continue;
+        isTaken[place] = true;
+        const int middle = static_cast<int>(std::floor(u));
+        for (int strip = std::max(middle - reach, 0); strip <= std::min(middle + reach, m_width * strips - 1);
+             ++strip) {
+            const double aside = (strip + 0.5 - u) / strips;
+            const double height = std::sqrt(std::max(radius * radius - aside * aside, 0.0));
+            coverStrip(strip, { static_cast<float>(row - height), static_cast<float>(row + height) });
+        }
+    }
+    blend(curve.color, 1.0F);
+}
+
+} // namespace tarnis

@@ -1,0 +1,98 @@
+// Curves with smooth edges, drawn at the speed of their pixels instead of their samples. Values in, pixels out; no
+// painter.
+#pragma once
+
+#include "tarnis/plots/math/curvelines_p.h"
+
+#include <QImage>
+#include <QRgb>
+
+#include <functional>
+#include <vector>
+
+namespace tarnis {
+
+/// How a styled curve joins its samples.
+enum class CurveShape {
+    Lines, ///< the middles of the bins, joined
+    Steps, ///< the outline of the bins
+    Columns, ///< filled down to the base
+    Points ///< a disc on the middle of each bin
+};
+
+/// Rows of values, in fractions of a pixel. Values that are not numbers have none.
+struct SmoothRows {
+    bool isLog = false;
+    double minimum = 0.0; ///< at the bottom; its logarithm on a logarithmic axis
+    double pixelsPerUnit = 0.0; ///< or per decade
+    double bottom = 0.0; ///< row of the minimum
+    double limit = 1e6; ///< rows further away are cut to it
+
+    /// On a logarithmic axis, values at or below 0 are below everything.
+    double at(double value) const;
+};
+
+/// Columns of bins: bin i extends from edge(i) to edge(i + 1).
+struct SmoothColumns {
+    double origin = 0.0; ///< left edge of bin 0
+    double pixelsPerBin = 1.0; ///< negative on a reversed axis
+    std::function<double(double)> function; ///< of the bin number, where bins are not equally wide; must be monotone
+
+    double edge(double bin) const { return function ? function(bin) : origin + pixelsPerBin * bin; }
+};
+
+/// One curve to draw.
+struct SmoothCurve {
+    SampleRun samples;
+    SampleRange range; ///< those that are drawn; `samples` holds them
+    CurveShape shape = CurveShape::Lines;
+    double width = 1.5; ///< of the line, diameter of the discs; pixels
+    double base = 0.0; ///< row that columns stand on
+    QRgb color = 0xff000000;
+};
+
+/// Collects curves in an image. Each pixel column is cut into a few strips; in each of them the curve extends from its
+/// highest to its lowest row, exactly, and the share of a pixel that these cover is the opacity. So no sample is left
+/// out, however many there are in a column, and nothing depends on the order of the samples of a strip.
+class CurveCoverage {
+public:
+    /// Clears the image to transparent, of that size.
+    void begin(QSize size);
+    /// Draws over what is there. Samples that are not numbers leave a gap.
+    void add(const SmoothCurve& curve, const SmoothColumns& columns, const SmoothRows& rows);
+    /// Premultiplied.
+    const QImage& image() const { return m_image; }
+
+private:
+    struct Span { // of a strip; empty while the top is below the bottom
+        float top;
+        float bottom;
+    };
+    struct Bins;
+    void clearSpans();
+    void widen(int strip, double a, double b);
+    void joinPoints(double u0, double row0, double u1, double row1);
+    void fill(double u0, double u1, double a, double b);
+    void addLines(const SmoothCurve& curve, const SmoothColumns& columns, const SmoothRows& rows);
+    void addSteps(const SmoothCurve& curve, const SmoothColumns& columns, const SmoothRows& rows);
+    void addColumns(const SmoothCurve& curve, const SmoothColumns& columns, const SmoothRows& rows);
+    void addPoints(const SmoothCurve& curve, const SmoothColumns& columns, const SmoothRows& rows);
+    void thicken(double radius);
+    void cover();
+    void coverStrip(int strip, Span span);
+    void blend(QRgb color, float opacity);
+
+    QImage m_image;
+    int m_width = 0;
+    int m_height = 0;
+    int m_first = 0; // strips that hold a span
+    int m_last = -1;
+    int m_topRow = 0; // rows that are covered
+    int m_bottomRow = -1;
+    std::vector<Span> m_spans;
+    std::vector<Span> m_thick;
+    std::vector<float> m_slopes; // change of coverage from row to row, one line of pixels after the other
+    std::vector<float> m_coverage; // of a row
+};
+
+} // namespace tarnis
