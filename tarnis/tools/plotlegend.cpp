@@ -52,10 +52,10 @@ qsizetype firstInSight(qsizetype wanted, qsizetype count, qsizetype rows)
 }
 
 /// A short mark where rows are out of sight.
-void paintArrow(QPainter& painter, const QPointF& tip, double direction)
+void paintArrow(QPainter& painter, const QPointF& tip, double direction, const QColor& color)
 {
     painter.setPen(Qt::NoPen);
-    painter.setBrush(textColor);
+    painter.setBrush(color);
     painter.drawPolygon(QPolygonF { tip, tip + QPointF(-4.0, -4.0 * direction), tip + QPointF(4.0, -4.0 * direction) });
 }
 
@@ -70,8 +70,8 @@ QList<LegendEntry> legendEntries(const MultiVectorGraphWidget& plot)
     for (qsizetype i = 0; i < curves.size(); ++i) {
         const SummedCurve& curve = curves.at(i);
         if (!curve.records.isEmpty() && lengthOf(series, curve) > 0)
-            entries.append({ curve.records, names.value(i),
-                shownCurveColor(plot, static_cast<int>(i), curve.color), curve.enable });
+            entries.append({ curve.records, names.value(i), shownCurveColor(plot, static_cast<int>(i), curve.color),
+                curve.enable });
     }
     return entries;
 }
@@ -279,9 +279,9 @@ void PlotLegend::paintOverlay(QPainter& painter, const PlotMapping& /*mapping*/)
     }
     const double right = now.rect.right() - 6.0;
     if (now.first > 0)
-        paintArrow(painter, { right, now.rect.top() + 2.0 }, -1.0);
+        paintArrow(painter, { right, now.rect.top() + 2.0 }, -1.0, textColor);
     if (now.first + now.rows < now.entries.size())
-        paintArrow(painter, { right, now.rect.bottom() - 2.0 }, 1.0);
+        paintArrow(painter, { right, now.rect.bottom() - 2.0 }, 1.0, textColor);
 }
 
 // Actions and state

@@ -87,10 +87,14 @@ void PlotStyle::makeActions()
             Q_EMIT styleChanged(); // a click on the present one would uncheck it
         });
     };
-    addTheme("lightTheme", [] { return themeText(Theme::Light); }, Theme::Light);
-    addTheme("darkTheme", [] { return themeText(Theme::Dark); }, Theme::Dark);
-    addTheme("printTheme", [] { return themeText(Theme::Print); }, Theme::Print);
-    addTheme("highContrastTheme", [] { return themeText(Theme::HighContrast); }, Theme::HighContrast);
+    addTheme(
+        "lightTheme", [] { return themeText(Theme::Light); }, Theme::Light);
+    addTheme(
+        "darkTheme", [] { return themeText(Theme::Dark); }, Theme::Dark);
+    addTheme(
+        "printTheme", [] { return themeText(Theme::Print); }, Theme::Print);
+    addTheme(
+        "highContrastTheme", [] { return themeText(Theme::HighContrast); }, Theme::HighContrast);
     m_menu->addSeparator();
     const auto addForm = [&](const char* name, ActionText text, CurveForm value) {
         connect(
@@ -99,17 +103,21 @@ void PlotStyle::makeActions()
                 Q_EMIT styleChanged();
             });
     };
-    addForm("formOfPlot", [] { return PlotStyle::tr("Curves as in the Menu"); }, CurveForm::AsPlot);
-    addForm("lines", [] { return PlotStyle::tr("Lines"); }, CurveForm::Lines);
-    addForm("steps", [] { return PlotStyle::tr("Steps"); }, CurveForm::Steps);
-    addForm("columns", [] { return PlotStyle::tr("Columns"); }, CurveForm::Columns);
-    addForm("points", [] { return PlotStyle::tr("Points"); }, CurveForm::Points);
+    addForm(
+        "formOfPlot", [] { return PlotStyle::tr("Curves as in the Menu"); }, CurveForm::AsPlot);
+    addForm(
+        "lines", [] { return PlotStyle::tr("Lines"); }, CurveForm::Lines);
+    addForm(
+        "steps", [] { return PlotStyle::tr("Steps"); }, CurveForm::Steps);
+    addForm(
+        "columns", [] { return PlotStyle::tr("Columns"); }, CurveForm::Columns);
+    addForm(
+        "points", [] { return PlotStyle::tr("Points"); }, CurveForm::Points);
     m_menu->addSeparator();
     connect(add(
                 "powers", [] { return PlotStyle::tr("Powers of Ten"); },
                 [this] { return numberForm() == NumberForm::Powers; }),
-        &QAction::triggered, this,
-        [this](bool on) { setNumberForm(on ? NumberForm::Powers : NumberForm::Prefixes); });
+        &QAction::triggered, this, [this](bool on) { setNumberForm(on ? NumberForm::Powers : NumberForm::Prefixes); });
     connect(add(
                 "squareBins", [] { return PlotStyle::tr("Square Bins for Equal Units"); },
                 [this] { return areBinsSquare(); }),

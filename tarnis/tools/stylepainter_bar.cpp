@@ -23,12 +23,14 @@ constexpr double linesPerTick = 2.2;
 PlotStyling::BarLayout StylePainter::paintColorBar(QPainter& painter, const QRect& frame, const ColorBarWidget& bar)
 {
     const PlotAccess::Bar content = PlotAccess::bar(bar);
-    const Scale scale = scaleOf(painter.font(), m_frame.isEmpty() ? frame.size() : m_frame.size());
+    const Scale scale = scaleOf(painter.font(), m_frame.isEmpty() ? m_plot.size() : m_frame.size());
     painter.save();
     painter.fillRect(frame, theme().surround);
-    // As high as the plot rectangle beside it.
-    const int above = std::max(m_graph.top() - m_frame.top() - colorBarTop, scale.line / 2);
-    const int under = std::max(m_frame.bottom() - m_graph.bottom() - colorBarTop, scale.line / 2);
+    // As high as the plot rectangle beside it. A picture of another size may have been made since the screen's.
+    const QRect graph = PlotAccess::plotRect(m_plot);
+    const QRect beside = graph == m_graph ? m_frame : m_plot.rect();
+    const int above = std::max(graph.top() - beside.top() - colorBarTop, scale.line / 2);
+    const int under = std::max(beside.bottom() - graph.bottom() - colorBarTop, scale.line / 2);
     const QRect strip(frame.left() + scale.pad, frame.top() + above, scale.line, frame.height() - above - under);
     if (strip.height() < 2) {
         painter.restore();
@@ -50,10 +52,8 @@ PlotStyling::BarLayout StylePainter::paintColorBar(QPainter& painter, const QRec
     const TickPlan plan = content.isLog ? decadePlan(content.range, most) : linearPlan(content.range, most, 0.0);
     const LargeNumbers numbers =
         options.numbers == PlotStyle::NumberForm::Powers ? LargeNumbers::Powers : LargeNumbers::Prefixes;
-    const Axis axis =
-        axisOf(plan, content.isLog ? decadeLabels(plan, numbers) : axisLabels(plan, numbers), scale, [&](double value) {
-            return strip.bottom() - strip.height() * (onScale(value) - low) / (high - low);
-        });
+    const Axis axis = axisOf(plan, content.isLog ? decadeLabels(plan, numbers) : axisLabels(plan, numbers), scale,
+        [&](double value) { return strip.bottom() - strip.height() * (onScale(value) - low) / (high - low); });
     const int labelLeft = strip.right() + 1 + scale.tick + scale.pad / 2 + 1;
     painter.setPen(theme().text);
     const auto drawTick = [&](double position, int length) {

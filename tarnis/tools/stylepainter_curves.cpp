@@ -41,17 +41,12 @@ void layOver(QPainter& painter, const QRect& graph, const QImage& image, double 
         return;
     }
     const QTransform transform = painter.deviceTransform();
-    if (transform.m12() != 0.0) {
-        painter.drawImage(QRectF(graph.topLeft(), QSizeF(image.size()) / scale), image);
-        return;
+    QPointF place = graph.topLeft();
+    if (transform.m12() == 0.0) { // onto whole pixels of the device
+        const QPointF onDevice = transform.map(place);
+        place += (QPointF(std::round(onDevice.x()), std::round(onDevice.y())) - onDevice) / scale;
     }
-    const QPointF place = transform.map(QPointF(graph.topLeft()));
-    painter.setViewTransformEnabled(false);
-    painter.resetTransform();
-    // The painter's device may divide by its own ratio once more.
-    const double ratio = painter.device()->devicePixelRatioF();
-    painter.drawImage(
-        QRectF(QPointF(std::round(place.x()), std::round(place.y())) / ratio, QSizeF(image.size()) / ratio), image);
+    painter.drawImage(QRectF(place, QSizeF(image.size()) / scale), image);
 }
 
 /// The vertices of a curve for a painter that draws them itself. Of samples that cannot be told apart the first, the

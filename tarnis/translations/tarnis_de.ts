@@ -2446,6 +2446,57 @@ Gezeigt ist das Ergebnis von %2.</translation>
     </message>
 </context>
 <context>
+    <name>tarnis::PlotStyle</name>
+    <message>
+        <source>Dark</source>
+        <translation>Dunkel</translation>
+    </message>
+    <message>
+        <source>Print</source>
+        <translation>Druck</translation>
+    </message>
+    <message>
+        <source>High Contrast</source>
+        <translation>Hoher Kontrast</translation>
+    </message>
+    <message>
+        <source>Light</source>
+        <translation>Hell</translation>
+    </message>
+    <message>
+        <source>Colours and Curves</source>
+        <translation>Farben und Kurven</translation>
+    </message>
+    <message>
+        <source>Curves as in the Menu</source>
+        <translation>Kurven wie im Menü</translation>
+    </message>
+    <message>
+        <source>Lines</source>
+        <translation>Linien</translation>
+    </message>
+    <message>
+        <source>Steps</source>
+        <translation>Stufen</translation>
+    </message>
+    <message>
+        <source>Columns</source>
+        <translation>Säulen</translation>
+    </message>
+    <message>
+        <source>Points</source>
+        <translation>Punkte</translation>
+    </message>
+    <message>
+        <source>Powers of Ten</source>
+        <translation>Zehnerpotenzen</translation>
+    </message>
+    <message>
+        <source>Square Bins for Equal Units</source>
+        <translation>Quadratische Bins bei gleichen Einheiten</translation>
+    </message>
+</context>
+<context>
     <name>tarnis::PlotToolBar</name>
     <message>
         <source>Zoom to a Rectangle</source>

@@ -8,9 +8,13 @@
 #include <tarnis/plots/vectorgraphwidget.h>
 #include <tarnis/plots/xy2dgraphwidget.h>
 #include <tarnis/tools/plotcrosshair.h>
+#include <tarnis/tools/plotlegend.h>
 #include <tarnis/tools/plotnavigator.h>
 #include <tarnis/tools/plotstyle.h>
 
+#include <QAction>
+#include <QJsonObject>
+#include <QMenu>
 #include <QPointer>
 #include <QSignalSpy>
 #include <QTest>
@@ -446,6 +450,20 @@ private Q_SLOTS:
         QVERIFY(PlotMapping::of(plot).plotRect().top() < with);
     }
 
+    void aLegendToolTakesThePlace()
+    {
+        MultiVectorGraphWidget plot;
+        fill(plot, 3);
+        plot.setTitle("A title");
+        const PlotStyle style(&plot);
+        grabbed(plot);
+        const int with = PlotMapping::of(plot).plotRect().top();
+        const std::unique_ptr<PlotLegend> legend = std::make_unique<PlotLegend>(&plot);
+        plot.refreshPixmap();
+        grabbed(plot);
+        QVERIFY(PlotMapping::of(plot).plotRect().top() < with);
+    }
+
     void manyCurvesKeepThePlotOpen()
     {
         MultiVectorGraphWidget plot;
@@ -638,12 +656,67 @@ private Q_SLOTS:
         QCOMPARE(spy.count(), 4);
     }
 
+    void actionsChooseThemesAndForms()
+    {
+        VectorGraphWidget plot;
+        fill(plot);
+        PlotStyle style(&plot);
+        QCOMPARE(style.actions().size(), 1);
+        QAction* const action = style.actions().constFirst();
+        QVERIFY(!action->icon().isNull());
+        action->trigger();
+        QCOMPARE(style.theme(), PlotStyle::Theme::Dark);
+        const auto entry = [&](const char* name) { return style.findChild<QAction*>(name); };
+        QVERIFY(entry("darkTheme")->isChecked());
+        QVERIFY(!entry("lightTheme")->isChecked());
+        entry("printTheme")->trigger();
+        QCOMPARE(style.theme(), PlotStyle::Theme::Print);
+        entry("printTheme")->trigger(); // once more
+        QVERIFY(entry("printTheme")->isChecked());
+        entry("steps")->trigger();
+        QCOMPARE(style.curveForm(), PlotStyle::CurveForm::Steps);
+        entry("powers")->trigger();
+        QCOMPARE(style.numberForm(), PlotStyle::NumberForm::Powers);
+        entry("powers")->trigger();
+        QCOMPARE(style.numberForm(), PlotStyle::NumberForm::Prefixes);
+        for (const QAction* const shown : action->menu()->actions())
+            QVERIFY(shown->isSeparator() || !shown->text().isEmpty());
+    }
+
+    void stateComesBack()
+    {
+        VectorGraphWidget plot;
+        fill(plot);
+        PlotStyle style(&plot, PlotStyle::Theme::HighContrast);
+        style.setCurveForm(PlotStyle::CurveForm::Columns);
+        style.setNumberForm(PlotStyle::NumberForm::Powers);
+        style.setLineWidth(2.5);
+        style.setTextScale(1.25);
+        style.setGridShown(false);
+        style.setLegendShown(false);
+        style.setTitleShown(false);
+        style.setBinsSquare(false);
+        const QJsonObject state = style.saveState();
+        VectorGraphWidget other;
+        fill(other);
+        PlotStyle second(&other);
+        second.restoreState(state);
+        QCOMPARE(second.saveState(), state);
+        QCOMPARE(second.theme(), PlotStyle::Theme::HighContrast);
+        // Nonsense changes nothing.
+        second.restoreState({ { "theme", "Purple" }, { "form", 3 }, { "lineWidth", -4 }, { "textScale", 99 },
+            { "grid", "yes" }, { "other", 1 } });
+        QCOMPARE(second.saveState(), state);
+    }
+
     void attachesToNothingWithAWarning()
     {
         QTest::ignoreMessage(QtWarningMsg, "PlotObserver: no plot to observe; pass one that exists");
         PlotStyle style(nullptr);
         style.setTheme(PlotStyle::Theme::Dark);
         QCOMPARE(style.theme(), PlotStyle::Theme::Light);
+        QVERIFY(style.actions().isEmpty());
+        style.restoreState({ { "theme", "Dark" } });
     }
 
     void outlivesNoPlot()

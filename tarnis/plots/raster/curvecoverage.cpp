@@ -95,8 +95,8 @@ void CurveCoverage::begin(QSize size)
     m_image.fill(0U);
     m_width = m_image.width();
     m_height = m_image.height();
-    m_slopes.assign(std::size_t(m_width) * std::size_t(m_height + 2), 0.0F);
-    m_coverage.assign(std::size_t(m_width), 0.0F);
+    m_slopes.resize(std::size_t(m_width) * std::size_t(m_height + 2)); // all 0: each curve leaves them so
+    m_coverage.resize(std::size_t(m_width));
     m_topRow = m_height;
     m_bottomRow = -1;
 }
