@@ -1,0 +1,199 @@
+// From a pointer event to the finished repaint: 8 series of 100,000 samples on 1000 x 600 pixels and a map of
+// 1024 x 1024 bins on 1000 x 800, with a navigator and a cross, in the classic look and with a style. The oracle is a
+// plain repaint of the same window with nothing stale, its cached picture and no tool. The counters are medians over
+// the rounds, in milliseconds of the thread's processor time, and ratios to the oracle of the same rounds.
+//
+//   wheel, pan   a notch of the wheel, a move of the middle button: the data are drawn again
+//   cross        a move of the pointer under a cross: the data are not
+//   idle         a repaint with the tools attached and the pointer elsewhere; its ratio is their cost
+//   plain        the oracle
+#include "measure.h"
+
+#include <tarnis/plots/multivectorgraphwidget.h>
+#include <tarnis/plots/plotmapping.h>
+#include <tarnis/plots/xy2dgraphwidget.h>
+#include <tarnis/tools/plotcrosshair.h>
+#include <tarnis/tools/plotnavigator.h>
+#include <tarnis/tools/plotstyle.h>
+
+#include <QApplication>
+#include <QMouseEvent>
+#include <QWheelEvent>
+
+#include <cmath>
+#include <memory>
+#include <random>
+
+namespace {
+
+constexpr int seriesCount = 8;
+constexpr int sampleCount = 100000;
+constexpr int mapSide = 1024;
+
+std::unique_ptr<XYGraphWidget> curves()
+{
+    auto plot = std::make_unique<MultiVectorGraphWidget>();
+    std::mt19937_64 generator(3);
+    plot->m_groupSize = 1;
+    plot->init(QStringLiteral("Channel"), QStringLiteral("Counts"), 0, 0, true, true);
+    plot->initManualX(0, sampleCount);
+    for (int i = 0; i < seriesCount; ++i) {
+        QList<double> values(sampleCount);
+        double largest = 0.0;
+        for (int k = 0; k < sampleCount; ++k) {
+            const double expected = 200.0 * (i + 1) * (1.0 + std::sin(k * 2e-4 + i));
+            values[k] = std::poisson_distribution<int>(expected + 5.0)(generator);
+            largest = std::max(largest, values[k]);
+        }
+        plot->setData(i, values, largest);
+    }
+    plot->resize(1000, 600);
+    return plot;
+}
+
+std::unique_ptr<XYGraphWidget> map()
+{
+    auto plot = std::make_unique<XY2DGraphWidget>();
+    std::mt19937_64 generator(4);
+    std::exponential_distribution<double> height(0.01);
+    plot->init(QStringLiteral("x"), QStringLiteral("y"), mapSide, mapSide, true, true);
+    plot->initManualX(0, mapSide);
+    plot->initManualY(0, mapSide);
+    for (int row = 0; row < mapSide; ++row) {
+        QList<double> bins(mapSide);
+        double largest = 0.0;
+        for (double& bin : bins) {
+            bin = std::floor(height(generator));
+            largest = std::max(largest, bin);
+        }
+        plot->setData(row, bins, largest, false);
+    }
+    plot->resize(1000, 800);
+    return plot;
+}
+
+void settle(XYGraphWidget& plot)
+{
+    for (int i = 0; i < 3; ++i) { // the colour bar asks for its width while it is painted
+        QCoreApplication::processEvents();
+        plot.repaint();
+    }
+}
+
+/// A shown plot with its tools.
+class Hand {
+public:
+    Hand(std::unique_ptr<XYGraphWidget> plot, bool hasTools, bool hasStyle)
+        : m_plot(std::move(plot))
+    {
+        m_plot->m_doubleBuffered = true;
+        if (hasStyle)
+            new tarnis::PlotStyle(m_plot.get());
+        if (hasTools) {
+            new tarnis::PlotNavigator(m_plot.get());
+            new tarnis::PlotCrosshair(m_plot.get());
+        }
+        m_plot->show();
+        settle(*m_plot);
+        m_middle = QRectF(tarnis::PlotMapping::of(*m_plot).plotRect()).center();
+    }
+
+    double wheel(int round)
+    {
+        // In and out again, so that each round zooms about the same view.
+        QWheelEvent event(m_middle, m_plot->mapToGlobal(m_middle), QPoint(), QPoint(0, round % 2 == 0 ? 120 : -120),
+            Qt::NoButton, Qt::ControlModifier, Qt::NoScrollPhase, false);
+        return timed(event);
+    }
+    double pan(int round)
+    {
+        const QPointF to = m_middle + QPointF(round % 2 == 0 ? 40 : 0, round % 2 == 0 ? 9 : 0);
+        QMouseEvent event(
+            QEvent::MouseMove, to, m_plot->mapToGlobal(to), Qt::NoButton, Qt::MiddleButton, Qt::NoModifier);
+        return timed(event);
+    }
+    void press() { button(QEvent::MouseButtonPress, Qt::MiddleButton); }
+    void release() { button(QEvent::MouseButtonRelease, Qt::NoButton); }
+    double move(int round)
+    {
+        const QPointF to = m_middle + QPointF((round * 37) % 200 - 100, (round * 13) % 100 - 50);
+        QMouseEvent event(QEvent::MouseMove, to, m_plot->mapToGlobal(to), Qt::NoButton, Qt::NoButton, Qt::NoModifier);
+        return timed(event);
+    }
+    void leave()
+    {
+        QEvent event(QEvent::Leave);
+        QCoreApplication::sendEvent(m_plot.get(), &event);
+        settle(*m_plot);
+    }
+    double repaint()
+    {
+        return millisecondsOf([this] { m_plot->repaint(); });
+    }
+
+private:
+    double timed(QEvent& event)
+    {
+        return millisecondsOf([&] {
+            QCoreApplication::sendEvent(m_plot.get(), &event);
+            QCoreApplication::processEvents(); // what tools post, and the update
+        });
+    }
+    void button(QEvent::Type type, Qt::MouseButtons held)
+    {
+        QMouseEvent event(type, m_middle, m_plot->mapToGlobal(m_middle), Qt::MiddleButton, held, Qt::NoModifier);
+        QCoreApplication::sendEvent(m_plot.get(), &event);
+        settle(*m_plot);
+    }
+
+    std::unique_ptr<XYGraphWidget> m_plot;
+    QPointF m_middle;
+};
+
+void run(benchmark::State& state, std::unique_ptr<XYGraphWidget> (*make)(), bool hasStyle)
+{
+    Hand tools(make(), true, hasStyle);
+    Hand none(make(), false, hasStyle);
+    std::vector<double> wheel;
+    std::vector<double> pan;
+    std::vector<double> cross;
+    std::vector<double> idle;
+    std::vector<double> plain;
+    int round = 0;
+    for (auto _ : state) {
+        wheel.push_back(tools.wheel(round));
+        tools.press();
+        pan.push_back(tools.pan(round));
+        tools.pan(round + 1);
+        tools.release();
+        tools.move(round);
+        cross.push_back(tools.move(round + 1));
+        tools.leave();
+        idle.push_back(tools.repaint());
+        plain.push_back(none.repaint());
+        ++round;
+    }
+    state.counters["wheel"] = median(wheel);
+    state.counters["pan"] = median(pan);
+    state.counters["cross"] = median(cross);
+    state.counters["idle"] = median(idle);
+    state.counters["plain"] = median(plain);
+    state.counters["cross/plain"] = median(cross) / median(plain);
+    state.counters["idle/plain"] = median(idle) / median(plain);
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    const QApplication application(argc, argv);
+    using benchmark::RegisterBenchmark;
+    for (auto* entry : { RegisterBenchmark("8 x 100k/classic", run, curves, false),
+             RegisterBenchmark("8 x 100k/style", run, curves, true),
+             RegisterBenchmark("map 1024/classic", run, map, false),
+             RegisterBenchmark("map 1024/style", run, map, true) })
+        entry->Iterations(60)->Unit(benchmark::kMillisecond);
+    return runBenchmarks(argc, argv);
+}
