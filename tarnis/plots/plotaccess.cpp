@@ -150,8 +150,8 @@ void PlotAccess::resetColorBarRoom(XY2DGraphWidget& map)
 
 PlotAccess::Bar PlotAccess::bar(const ColorBarWidget& bar)
 {
-    return { { bar.m_min, bar.m_max }, bar.m_logScale, bar.m_squareRoot && !bar.m_logScale,
-        bar.m_ticks, bar.m_positions, bar.m_colors };
+    return { { bar.m_min, bar.m_max }, bar.m_logScale, bar.m_squareRoot && !bar.m_logScale, bar.m_ticks,
+        bar.m_positions, bar.m_colors };
 }
 
 void PlotAccess::openLimitEditor(XY2DGraphWidget& map, bool isUpper)
