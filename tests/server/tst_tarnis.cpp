@@ -704,7 +704,7 @@ void TestTarnis::callsOfAClosedSessionComeToNothing()
     ScriptedServer server;
     Host host(&server);
     QVERIFY(host.runUntilConnected());
-    server.setScript(1, { Step::drop() });
+    server.setScript(1, { Step::hold("observed"), Step::drop() }); // no failure before its observer is connected
     std::latch queued(2);
     host.manager->SendCmd("second", "fails", "start", false);
     connect(
@@ -714,6 +714,7 @@ void TestTarnis::callsOfAClosedSessionComeToNothing()
         host.manager->GetTarnisSession("control"), &TarnisSession::result, this, [&] { queued.count_down(); },
         Qt::DirectConnection);
     host.manager->SendCmd("control", "late", "start", false);
+    server.release("observed");
     queued.wait(); // the workers have emitted, and this thread has not yet run its events
     host.record.events.clear();
     QVERIFY(host.manager->Shutdown());
