@@ -15,7 +15,7 @@ void addGoodness(const FitProblem& problem, FitResult& result);
 /// Asymmetric errors. Moves the minimum if a lower one is met on the way, and returns true then.
 bool addProfiles(FitSolver& solver, Minimum& minimum, FitResult& result);
 /// What is against the result.
-void addVerdict(const FitProblem& problem, FitResult& result);
+void addVerdict(FitProblem& problem, FitResult& result);
 
 /// Name without the number of its peak, for example "centre".
 QString kindOf(const QString& parameterName);

@@ -2,6 +2,7 @@
 #include "tarnis/analysis/fitresult_p.h"
 
 #include "tarnis/analysis/countstatistics.h"
+#include "tarnis/analysis/residualtests_p.h"
 
 #include <QCoreApplication>
 
@@ -20,12 +21,14 @@ QString sentence(const char* text)
 }
 
 constexpr double largestGoodness = 4.0;
-// Of the residuals of the right model the largest of a range is rarely above 3.5.
-constexpr double largestResidual = 4.5;
+// Of the right model the largest of the many places of a peak is rarely above 3.5, of the few shapes above 3.
+constexpr double largestPeak = 4.0;
+constexpr double largestBend = 4.0;
+constexpr double largestShape = 3.5;
 
 class Verdict {
 public:
-    Verdict(const FitProblem& problem, FitResult& result)
+    Verdict(FitProblem& problem, FitResult& result)
         : m_problem(problem)
         , m_layout(problem.layout())
         , m_result(result)
@@ -46,7 +49,7 @@ private:
     void judgeGoodness();
     void judgeResiduals();
 
-    const FitProblem& m_problem;
+    FitProblem& m_problem;
     const FitLayout& m_layout;
     FitResult& m_result;
 };
@@ -180,44 +183,28 @@ void Verdict::judgeGoodness()
                     .arg(m_result.goodness, 0, 'f', 1));
 }
 
-// A further peak, or a wrong shape, that is narrow against the range hardly moves the statistic: the residuals, summed
-// with a Gaussian of the fitted width, show it.
+// A further peak, a wrong shape or a bent background hardly moves the statistic of a whole range.
 void Verdict::judgeResiduals()
 {
-    if (!m_result.areCounts || m_result.peaks.empty())
+    if (!m_result.areCounts)
         return;
-    double fwhm = m_result.peaks.front().measures.fwhm;
-    for (const FittedPeak& peak : m_result.peaks)
-        fwhm = std::min(fwhm, peak.measures.fwhm);
-    const auto edges = m_problem.edges();
-    const std::size_t n = m_problem.bins();
-    const double sigma = std::max(fwhm / 2.354820045, m_problem.meanWidth());
-    double worst = 0.0;
-    double place = 0.0;
-    for (std::size_t i = 0; i < n; ++i) {
-        const double x = 0.5 * (edges[i] + edges[i + 1]);
-        double sum = 0.0;
-        double variance = 0.0;
-        for (std::size_t j = 0; j < n; ++j) {
-            const double z = (0.5 * (edges[j] + edges[j + 1]) - x) / sigma;
-            if (std::fabs(z) > 4.0)
-                continue;
-            const double kernel = std::exp(-0.5 * z * z);
-            sum += kernel * (m_problem.contents()[j] - m_result.modelContents[j]);
-            variance += kernel * kernel * std::max(m_result.modelContents[j], 0.05);
-        }
-        const double significance = sum / std::sqrt(variance);
-        if (std::fabs(significance) > std::fabs(worst)) {
-            worst = significance;
-            place = x;
-        }
-    }
-    if (std::fabs(worst) > largestResidual)
+    const AdditionFindings found = testAdditions(m_problem, m_result);
+    if (std::fabs(found.peak.significance) > largestPeak)
+        against(
+            sentence(QT_TRANSLATE_NOOP("tarnis::SpectrumFit",
+                         "The residuals around %1 are off by %2 standard deviations: a peak is missing or the shape is "
+                         "wrong."))
+                .arg(found.peak.place, 0, 'f', 1)
+                .arg(found.peak.significance, 0, 'f', 1));
+    if (std::fabs(found.shape.significance) > largestShape)
         against(sentence(
-            QT_TRANSLATE_NOOP("tarnis::SpectrumFit",
-                "The residuals around %1 are off by %2 standard deviations: a peak is missing or the shape is wrong."))
-                    .arg(place, 0, 'f', 1)
-                    .arg(worst, 0, 'f', 1));
+            QT_TRANSLATE_NOOP("tarnis::SpectrumFit", "The shape of the peak at %1 is wrong by %2 standard deviations."))
+                    .arg(found.shape.place, 0, 'f', 1)
+                    .arg(std::fabs(found.shape.significance), 0, 'f', 1));
+    if (std::fabs(found.background.significance) > largestBend)
+        against(sentence(QT_TRANSLATE_NOOP(
+                             "tarnis::SpectrumFit", "The background is bent or has a step, by %1 standard deviations."))
+                    .arg(std::fabs(found.background.significance), 0, 'f', 1));
 }
 
 void Verdict::judge()
@@ -235,7 +222,7 @@ void Verdict::judge()
 
 } // namespace
 
-void addVerdict(const FitProblem& problem, FitResult& result)
+void addVerdict(FitProblem& problem, FitResult& result)
 {
     Verdict(problem, result).judge();
 }

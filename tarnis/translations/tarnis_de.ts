@@ -3135,6 +3135,14 @@ Gezeigt ist das Ergebnis von %2.</translation>
         <source>The residuals around %1 are off by %2 standard deviations: a peak is missing or the shape is wrong.</source>
         <translation>Die Residuen um %1 weichen um %2 Standardabweichungen ab: Ein Peak fehlt oder die Form ist falsch.</translation>
     </message>
+    <message>
+        <source>The shape of the peak at %1 is wrong by %2 standard deviations.</source>
+        <translation>Die Form des Peaks bei %1 ist um %2 Standardabweichungen falsch.</translation>
+    </message>
+    <message>
+        <source>The background is bent or has a step, by %1 standard deviations.</source>
+        <translation>Der Untergrund ist gebogen oder hat eine Stufe, um %1 Standardabweichungen.</translation>
+    </message>
 </context>
 <context>
     <name>tarnis::SystemMessage</name>

@@ -1,0 +1,29 @@
+// The reader of calibration files: an error, or a calibration that is written and read back as it is.
+#include <tarnis/analysis/energycalibration.h>
+
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    const QByteArray text(reinterpret_cast<const char*>(data), static_cast<qsizetype>(size));
+    const tarnis::CalibrationResult read = tarnis::calibrationFromJson(text);
+    if (!read.error.isEmpty()) {
+        if (read.calibration.isValid())
+            std::abort();
+        return 0;
+    }
+    if (!read.calibration.isValid())
+        std::abort();
+    const tarnis::CalibrationResult again = tarnis::calibrationFromJson(tarnis::calibrationToJson(read.calibration));
+    if (!again.error.isEmpty() || again.calibration.coefficients != read.calibration.coefficients)
+        std::abort();
+    const double energy = read.calibration.energyAt(100.0);
+    const double position = read.calibration.positionOf(energy);
+    // What is found for an energy is a number or nothing, never an endless search.
+    if (std::isinf(position))
+        std::abort();
+    return 0;
+}

@@ -1,0 +1,202 @@
+#include "tarnis/analysis/residualtests_p.h"
+
+#include "tarnis/analysis/special_p.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+namespace tarnis::analysis {
+
+namespace {
+
+// Contents below it count as this: a single count on an empty bin is no deviation of many errors.
+constexpr double leastContent = 0.3;
+// Of an addition that the parameters take up almost whole only rounding is left.
+constexpr double leastRest = 1e-3;
+constexpr double reach = 3.0; // of an added peak, in sigmas
+constexpr std::size_t maxParameters = FitModel::maxPeaks * (2 + maxWidthParameters) + 4; // and step, background
+
+// The covariance is the inverse of the information that the weights 1/m give. Of other statistics the parameters take
+// up something else, and the tests go without: they see less.
+bool isEfficient(const FitResult& result)
+{
+    return result.options.statistic == FitStatistic::Cash || result.options.statistic == FitStatistic::Pearson;
+}
+
+class ScoreTest {
+public:
+    ScoreTest(FitProblem& problem, const FitResult& result);
+
+    /// Tests an addition to the bins from `begin` on, and keeps it if it is the most significant one.
+    void note(AdditionFinding& finding, std::span<const double> addition, std::size_t begin, double place) const;
+
+private:
+    double significanceOf(std::span<const double> addition, std::size_t begin) const;
+
+    const FitProblem& m_problem;
+    const FitResult& m_result;
+    std::vector<double> m_weights; // 1/m
+    std::vector<double> m_forces; // (y - m)/m
+    std::vector<std::size_t> m_free; // parameters with a variance
+};
+
+ScoreTest::ScoreTest(FitProblem& problem, const FitResult& result)
+    : m_problem(problem)
+    , m_result(result)
+{
+    std::vector<double> p;
+    p.reserve(result.parameters.size());
+    for (const FitParameter& parameter : result.parameters)
+        p.push_back(parameter.value);
+    const std::span<const double> model = problem.evaluate(p.data());
+    problem.differentiate();
+    for (std::size_t i = 0; i < model.size(); ++i) {
+        m_weights.push_back(1.0 / std::max(model[i], leastContent));
+        m_forces.push_back((problem.contents()[i] - model[i]) * m_weights.back());
+    }
+    const std::size_t n = result.parameters.size();
+    for (std::size_t k = 0; k < n && isEfficient(result); ++k) {
+        if (result.covariance[k * n + k] > 0.0)
+            m_free.push_back(k);
+    }
+}
+
+double ScoreTest::significanceOf(std::span<const double> addition, std::size_t begin) const
+{
+    double score = 0.0;
+    double variance = 0.0;
+    std::array<double, maxParameters> shared {};
+    for (std::size_t i = 0; i < addition.size(); ++i) {
+        score += m_forces[begin + i] * addition[i];
+        variance += m_weights[begin + i] * addition[i] * addition[i];
+    }
+    for (std::size_t k = 0; k < m_free.size(); ++k) {
+        const std::span<const double> column = m_problem.column(static_cast<int>(m_free[k]));
+        for (std::size_t i = 0; i < addition.size(); ++i)
+            shared[k] += column[begin + i] * m_weights[begin + i] * addition[i];
+    }
+    const std::size_t n = m_result.parameters.size();
+    double taken = 0.0;
+    for (std::size_t k = 0; k < m_free.size(); ++k) {
+        for (std::size_t l = 0; l < m_free.size(); ++l)
+            taken += shared[k] * m_result.covariance[m_free[k] * n + m_free[l]] * shared[l];
+    }
+    const double rest = variance - taken;
+    return rest > leastRest * variance ? score / std::sqrt(rest) : 0.0;
+}
+
+void ScoreTest::note(AdditionFinding& finding, std::span<const double> addition, std::size_t begin, double place) const
+{
+    const double significance = significanceOf(addition, begin);
+    if (std::fabs(significance) > std::fabs(finding.significance))
+        finding = { significance, place };
+}
+
+/// Centres of the bins.
+std::vector<double> centresOf(const FitProblem& problem)
+{
+    std::vector<double> centres;
+    centres.reserve(problem.bins());
+    for (std::size_t i = 0; i < problem.bins(); ++i)
+        centres.push_back(0.5 * (problem.edges()[i] + problem.edges()[i + 1]));
+    return centres;
+}
+
+/// Positions three quarters of a sigma apart are enough: a peak between two loses 4 % of its significance.
+void testPeaks(const ScoreTest& test, const FitProblem& problem, const std::vector<double>& x, double sigma,
+    AdditionFinding& finding)
+{
+    const double width = problem.meanWidth();
+    const bool isEven = std::all_of(problem.edges().begin() + 1, problem.edges().end(),
+        [&, i = 0](double edge) mutable { return std::fabs(edge - (problem.lower() + ++i * width)) < 1e-9 * width; });
+    const auto step = static_cast<std::size_t>(std::max(1.0, std::floor(0.75 * sigma / width)));
+    const auto half = static_cast<std::size_t>(std::ceil(reach * sigma / width));
+    std::vector<double> kernel;
+    for (std::size_t i = 0; i <= 2 * half && isEven; ++i) {
+        const double z = (static_cast<double>(i) - static_cast<double>(half)) * width / sigma;
+        kernel.push_back(std::exp(-0.5 * z * z));
+    }
+    std::vector<double> addition;
+    for (std::size_t place = 0; place < x.size(); place += step) {
+        const std::size_t begin = place - std::min(place, half);
+        const std::size_t end = std::min(x.size(), place + half + 1);
+        if (isEven) {
+            test.note(finding, { kernel.data() + (begin + half - place), end - begin }, begin, x[place]);
+            continue;
+        }
+        addition.clear();
+        for (std::size_t i = begin; i < end; ++i) {
+            const double z = (x[i] - x[place]) / sigma;
+            addition.push_back(std::exp(-0.5 * z * z));
+        }
+        test.note(finding, addition, begin, x[place]);
+    }
+}
+
+void testShapes(const ScoreTest& test, const std::vector<double>& x, double top, double sigma, AdditionFinding& finding)
+{
+    std::vector<double> addition(x.size());
+    const auto run = [&](auto shape) {
+        for (std::size_t i = 0; i < x.size(); ++i)
+            addition[i] = shape((x[i] - top) / sigma);
+        test.note(finding, addition, 0, top);
+    };
+    // Third and fourth term of the Gram-Charlier series, then tails.
+    run([](double z) { return normalDensity(z) * z * (z * z - 3.0); });
+    run([](double z) { return normalDensity(z) * ((z * z - 6.0) * z * z + 3.0); });
+    run([](double z) { return 1.0 / (1.0 + 0.7213 * z * z); }); // a Lorentzian of the same FWHM: 1/(2 ln 2)
+    for (const double stretch : { 2.0, 4.0 })
+        run([stretch](double z) { return normalDensity(z / stretch); });
+    for (const double side : { -1.0, 1.0 })
+        run([side](double z) { return side * z > 0.0 ? normalDensity(0.4 * z) * std::fabs(z) : 0.0; });
+}
+
+void testBackground(
+    const ScoreTest& test, const FitProblem& problem, const std::vector<double>& x, AdditionFinding& finding)
+{
+    const FitBackground background = problem.model().background;
+    const double half = 0.5 * (problem.upper() - problem.lower());
+    std::vector<double> addition(x.size());
+    const int first = background == FitBackground::None ? 0 : background == FitBackground::Constant ? 1 : 2;
+    for (int power = first; power <= 3; ++power) {
+        for (std::size_t i = 0; i < x.size(); ++i)
+            addition[i] = std::pow((x[i] - problem.reference()) / half, power);
+        test.note(finding, addition, 0, problem.reference());
+    }
+}
+
+void testStep(const ScoreTest& test, const std::vector<double>& x, double top, double sigma, AdditionFinding& finding)
+{
+    std::vector<double> addition(x.size());
+    for (std::size_t i = 0; i < x.size(); ++i)
+        addition[i] = normalDistribution((top - x[i]) / sigma);
+    test.note(finding, addition, 0, top);
+}
+
+} // namespace
+
+AdditionFindings testAdditions(FitProblem& problem, const FitResult& result)
+{
+    AdditionFindings findings;
+    if (result.peaks.empty() || result.covariance.size() != result.parameters.size() * result.parameters.size())
+        return findings;
+    const ScoreTest test(problem, result);
+    const std::vector<double> x = centresOf(problem);
+    double narrowest = result.peaks.front().measures.fwhm;
+    for (const FittedPeak& peak : result.peaks)
+        narrowest = std::min(narrowest, peak.measures.fwhm);
+    testPeaks(test, problem, x, std::max(narrowest / fwhmPerSigma, problem.meanWidth()), findings.peak);
+    if (!isEfficient(result))
+        return findings;
+    for (const FittedPeak& peak : result.peaks) {
+        const double sigma = std::max(peak.measures.fwhm / fwhmPerSigma, problem.meanWidth());
+        testShapes(test, x, peak.measures.top, sigma, findings.shape);
+        if (problem.layout().step < 0)
+            testStep(test, x, peak.measures.top, sigma, findings.background);
+    }
+    testBackground(test, problem, x, findings.background);
+    return findings;
+}
+
+} // namespace tarnis::analysis
