@@ -21,7 +21,7 @@ const Command plotCommand {
             { "range", "X0:X1", "range of x" },
             { "yrange", "Y0:Y1", "range of y" },
             { "log", {}, "logarithmic counts: the y axis of spectra, the colours of a map" },
-            { "map", "NAME", "colours of a map: viridis, cividis, magma, greys, rainbow or hot" },
+            { "map", "NAME", "colours of a map: viridis, cividis, magma, inferno, turbo, greys, diverging, rainbow or hot" },
             { "levels", "P0:P1", "lower and upper end of the colours, in percent of the non-empty bins of a map" },
             { "title", "T", "title; without it the name of the file or histogram" },
         },

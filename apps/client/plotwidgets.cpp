@@ -4,6 +4,7 @@
 
 #include <tarnis/plots/multivectorgraphwidget.h>
 #include <tarnis/plots/xy2dgraphwidget.h>
+#include <tarnis/tools/colourmaps.h>
 
 #include <QHash>
 
@@ -144,14 +145,10 @@ std::unique_ptr<XYGraphWidget> makeCurves(const std::vector<Dataset>& data, cons
 
 using Colours = std::array<const char*, 5>; // from the least to the largest value
 
-/// Five points of common colour maps; the data of viridis, cividis and magma are in the public domain (CC0).
+/// The maps of five points beside those of tarnis::ColourMaps.
 const QHash<QString, Colours>& colourMaps()
 {
     static const QHash<QString, Colours> maps {
-        { "viridis", { "#440154", "#3b528b", "#21918c", "#5cc863", "#fde725" } },
-        { "cividis", { "#00224e", "#434e6c", "#7d7c78", "#bbad6d", "#fee838" } },
-        { "magma", { "#000004", "#51127c", "#b73779", "#fb8761", "#fcfdbf" } },
-        { "greys", { "#000000", "#404040", "#808080", "#c0c0c0", "#ffffff" } },
         { "rainbow", { "#0000ff", "#00ffff", "#00ff00", "#ffff00", "#ff0000" } },
         { "hot", { "#000000", "#b30000", "#ff6600", "#ffcc00", "#ffffff" } },
     };
@@ -162,9 +159,15 @@ Outcome setColours(XY2DGraphWidget& plot, const QString& name)
 {
     if (name.isNull())
         return std::nullopt;
+    const QStringList tables { QStringLiteral("viridis"), QStringLiteral("cividis"), QStringLiteral("magma"),
+        QStringLiteral("inferno"), QStringLiteral("turbo"), QStringLiteral("greys"), QStringLiteral("diverging") };
+    if (tables.contains(name)) {
+        tarnis::ColourMaps::apply(plot, name);
+        return std::nullopt;
+    }
     const auto map = colourMaps().constFind(name);
     if (map == colourMaps().constEnd()) {
-        QStringList known = colourMaps().keys();
+        QStringList known = colourMaps().keys() + tables;
         known.sort();
         return Failure { .code = WrongUsage,
             .text = QStringLiteral("--map '%1' is not one of %2").arg(name, known.join(QStringLiteral(", "))) };

@@ -138,19 +138,17 @@ void BinAggregation::paintOverlay(QPainter& painter, const PlotMapping& mapping)
 
 void BinAggregation::paintEnvelope(QPainter& painter, const PlotMapping& mapping, const ShownCurve& curve) const
 {
-    const BinsInView bins = columnsInView(mapping);
+    BinsInView bins = columnsInView(mapping);
+    bins.last = std::min(bins.last, curve.size() - 1);
     const QList<EnvelopeColumn> columns = envelopeOf(
-        bins.first, std::min(bins.last, curve.size() - 1), [&](qsizetype i) { return curve.valueAt(i); },
-        [&](qsizetype i) {
-            return static_cast<int>(std::floor(limitedCoordinate(mapping.columnOf(middleOf(mapping.columnEdges(i))))));
-        });
+        bins.first, bins.last, [&](qsizetype i) { return curve.valueAt(i); }, BinPositions(mapping, bins));
     QColor band = curve.color;
     band.setAlpha(bandAlpha);
     QPolygonF line;
     for (const EnvelopeColumn& entry : columns) {
         const double top = limitedCoordinate(mapping.rowOf(entry.highest));
         const double bottom = limitedCoordinate(mapping.rowOf(entry.lowest));
-        painter.fillRect(QRectF(entry.column, std::min(top, bottom), 1.0, std::abs(bottom - top) + 1.0), band);
+        fillColumn(painter, entry.column, std::min(top, bottom), std::max(top, bottom), band);
         line << QPointF(entry.column, m_method == Method::Mean ? limitedCoordinate(mapping.rowOf(entry.mean)) : top);
     }
     painter.setPen(curve.color.lighter(120));

@@ -23,7 +23,10 @@ double cube(double value)
 
 bool isCount(double value)
 {
-    return value >= 0.0 && std::isfinite(value) && std::trunc(value) == value;
+    constexpr double largestWhole = 9007199254740992.0; // beyond it every double is whole
+    if (!(value >= 0.0 && value < largestWhole))
+        return value >= largestWhole && std::isfinite(value);
+    return static_cast<double>(static_cast<long long>(value)) == value;
 }
 
 CountInterval quickPoissonInterval(double count)

@@ -3,23 +3,66 @@
 
 #include <QList>
 
-#include <functional>
+#include <cmath>
 
 namespace tarnis {
 
 /// The finite samples that share a pixel column.
 struct EnvelopeColumn {
     int column = 0;
+    double position = 0.0; ///< of the first sample, in pixels
+    double first = 0.0; ///< sample
+    double last = 0.0; ///< sample
     double lowest = 0.0;
     double highest = 0.0;
     double mean = 0.0;
+    bool isRising = true; ///< the lowest sample comes before the highest
 
     friend bool operator==(const EnvelopeColumn&, const EnvelopeColumn&) = default;
 };
 
 /// One entry for each run of samples from `first` to `last` in the same pixel column, in their order. `valueOf` returns
-/// a sample, `columnOf` its pixel column. Samples that are not finite are left out.
-QList<EnvelopeColumn> envelopeOf(qsizetype first, qsizetype last, const std::function<double(qsizetype)>& valueOf,
-    const std::function<int(qsizetype)>& columnOf);
+/// a sample, `positionOf` its finite position in pixels. Samples that are not finite are left out.
+template <typename ValueOf, typename PositionOf>
+QList<EnvelopeColumn> envelopeOf(qsizetype first, qsizetype last, const ValueOf& valueOf, const PositionOf& positionOf)
+{
+    QList<EnvelopeColumn> columns;
+    EnvelopeColumn entry;
+    double sum = 0.0;
+    qsizetype count = 0; // samples of the entry
+    const auto finish = [&] {
+        if (count == 0)
+            return;
+        entry.mean = sum / static_cast<double>(count);
+        columns.append(entry);
+    };
+    for (qsizetype i = first; i <= last; ++i) {
+        const double value = valueOf(i);
+        if (!std::isfinite(value))
+            continue;
+        const double position = positionOf(i);
+        // The comparison spares most samples a call of floor().
+        if (count == 0 || position < entry.column || position >= entry.column + 1.0) {
+            finish();
+            entry = { static_cast<int>(std::floor(position)), position, value, value, value, value, value, true };
+            sum = value;
+            count = 1;
+            continue;
+        }
+        ++count;
+        sum += value;
+        entry.last = value;
+        if (value < entry.lowest) {
+            entry.lowest = value;
+            entry.isRising = false;
+        }
+        if (value > entry.highest) {
+            entry.highest = value;
+            entry.isRising = true;
+        }
+    }
+    finish();
+    return columns;
+}
 
 } // namespace tarnis

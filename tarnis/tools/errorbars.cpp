@@ -3,6 +3,7 @@
 #include "tarnis/plots/plotmapping.h"
 #include "tarnis/plots/xygraphwidget.h"
 #include "tarnis/tools/counterrors_p.h"
+#include "tarnis/tools/envelope_p.h"
 #include "tarnis/tools/overlaycache_p.h"
 #include "tarnis/tools/plotcurves_p.h"
 #include "tarnis/tools/plotlabel_p.h"
@@ -13,6 +14,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace tarnis {
 
@@ -146,43 +148,44 @@ void ErrorBars::paintOverlay(QPainter& painter, const PlotMapping& mapping)
 
 void ErrorBars::paintCurve(QPainter& painter, const PlotMapping& mapping, const ShownCurve& curve) const
 {
-    const BinsInView bins = columnsInView(mapping);
-    const qsizetype last = std::min(bins.last, curve.size() - 1);
-    if (bins.first > last)
+    BinsInView bins = columnsInView(mapping);
+    bins.last = std::min(bins.last, curve.size() - 1);
+    if (bins.first > bins.last)
         return;
-    const AxisRange middle = mapping.columnEdges(bins.first + (last - bins.first) / 2);
+    const AxisRange middle = mapping.columnEdges(bins.first + (bins.last - bins.first) / 2);
     const double width = std::abs(mapping.columnOf(middle.max) - mapping.columnOf(middle.min));
-    const double cap = std::min(widestCap, width * 0.7) / 2.0;
-    QColor color = curve.color;
-    painter.setPen(color);
-    color.setAlpha(bandAlpha);
-    int bandColumn = 0;
-    BarRows band { HUGE_VAL, -HUGE_VAL };
-    const auto flushBand = [&] {
-        if (band.upper <= band.lower)
-            painter.fillRect(QRectF(bandColumn, band.upper, 1.0, std::max(band.lower - band.upper, 1.0)), color);
-        band = { HUGE_VAL, -HUGE_VAL };
+    const auto countAt = [&](qsizetype i) {
+        const double value = curve.valueAt(i);
+        return isCount(value) ? value : std::numeric_limits<double>::quiet_NaN();
     };
-    for (qsizetype i = bins.first; i <= last; ++i) {
-        const double count = curve.valueAt(i);
-        if (!isCount(count))
-            continue;
-        const auto [lower, upper] = interval(m_method, count);
-        const BarRows rows = rowsOf(mapping, { lower, upper });
-        const double column = limitedCoordinate(mapping.columnOf(middleOf(mapping.columnEdges(i))));
-        if (width < narrowBin) {
-            const int pixel = static_cast<int>(std::floor(column));
-            if (pixel != bandColumn)
-                flushBand();
-            bandColumn = pixel;
-            band = { std::min(band.upper, rows.upper), std::max(band.lower, rows.lower) };
-        } else if (rows.lower > rows.upper) {
-            painter.drawLine(QLineF(column, rows.upper, column, rows.lower));
-            painter.drawLine(QLineF(column - cap, rows.upper, column + cap, rows.upper));
-            painter.drawLine(QLineF(column - cap, rows.lower, column + cap, rows.lower));
+    const BinPositions positionOf(mapping, bins);
+    const auto rowsAt = [&](double lowest, double highest) {
+        return rowsOf(mapping, { interval(m_method, lowest).first, interval(m_method, highest).second });
+    };
+    if (width < narrowBin) {
+        QColor color = curve.color;
+        color.setAlpha(bandAlpha);
+        // The ends of a bar rise with its count: those of the least and the largest count enclose all of the column.
+        const QList<EnvelopeColumn> columns = envelopeOf(bins.first, bins.last, countAt, positionOf);
+        for (const EnvelopeColumn& column : columns) {
+            const BarRows rows = rowsAt(column.lowest, column.highest);
+            const double top = std::min(rows.upper, rows.lower); // of a reversed axis too
+            fillColumn(painter, column.column, top, top + std::abs(rows.lower - rows.upper), color);
         }
+        return;
     }
-    flushBand();
+    const double cap = std::min(widestCap, width * 0.7) / 2.0;
+    painter.setPen(curve.color);
+    for (qsizetype i = bins.first; i <= bins.last; ++i) {
+        const double count = countAt(i);
+        const BarRows rows = rowsAt(count, count);
+        if (std::isnan(count) || rows.lower == rows.upper)
+            continue;
+        const double column = positionOf(i);
+        painter.drawLine(QLineF(column, rows.upper, column, rows.lower));
+        painter.drawLine(QLineF(column - cap, rows.upper, column + cap, rows.upper));
+        painter.drawLine(QLineF(column - cap, rows.lower, column + cap, rows.lower));
+    }
 }
 
 void ErrorBars::makeActions()

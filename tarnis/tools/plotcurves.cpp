@@ -5,6 +5,7 @@
 #include "tarnis/plots/plotaccess_p.h"
 #include "tarnis/plots/plotmapping.h"
 #include "tarnis/plots/plotstyling_p.h"
+#include "tarnis/tools/plotlabel_p.h"
 
 #include <algorithm>
 #include <cmath>
@@ -88,11 +89,6 @@ double ShownCurve::sumBetween(qsizetype first, qsizetype last) const
     return sum;
 }
 
-double ShownCurve::valueAt(qsizetype index) const
-{
-    return at(index).value_or(std::numeric_limits<double>::quiet_NaN());
-}
-
 QList<ShownCurve> shownCurves(const XYGraphWidget& plot)
 {
     if (const auto* curves = qobject_cast<const MultiVectorGraphWidget*>(&plot))
@@ -112,6 +108,30 @@ bool isSameData(const QList<ShownCurve>& a, const QList<ShownCurve>& b)
                     return x.constData() == y.constData() && x.size() == y.size();
                 });
     });
+}
+
+BinPositions::BinPositions(const PlotMapping& mapping, BinsInView bins)
+    : m_mapping(mapping)
+    , m_first(bins.first)
+{
+    const qsizetype count = bins.last - bins.first;
+    if (count < 1)
+        return;
+    m_begin = position(bins.first);
+    m_step = (position(bins.last) - m_begin) / static_cast<double>(count);
+    constexpr int probes = 8;
+    constexpr double tolerance = 1e-3; // pixels
+    m_isEven = true;
+    for (int i = 1; i < probes; ++i) {
+        const qsizetype bin = bins.first + count * i / probes;
+        const double even = m_begin + m_step * static_cast<double>(bin - bins.first);
+        m_isEven = m_isEven && std::abs(position(bin) - even) < tolerance;
+    }
+}
+
+double BinPositions::position(qsizetype bin) const
+{
+    return limitedCoordinate(m_mapping.columnOf(middleOf(m_mapping.columnEdges(bin))));
 }
 
 BinsInView columnsInView(const PlotMapping& mapping)

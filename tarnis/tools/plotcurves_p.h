@@ -7,6 +7,7 @@
 #include <QList>
 #include <QString>
 
+#include <limits>
 #include <optional>
 
 class XYGraphWidget;
@@ -27,7 +28,12 @@ struct ShownCurve {
     /// The sum of the finite samples from `first` to `last`, both included.
     double sumBetween(qsizetype first, qsizetype last) const;
     /// at(), or NaN outside of the curve.
-    double valueAt(qsizetype index) const;
+    double valueAt(qsizetype index) const
+    {
+        if (parts.size() == 1 && index >= 0 && index < parts.constFirst().size())
+            return parts.constFirst().at(index);
+        return at(index).value_or(std::numeric_limits<double>::quiet_NaN());
+    }
 };
 
 /// The visible curves in the order of the plot; none for a map.
@@ -44,6 +50,26 @@ struct BinsInView {
 
 /// The columns that are at least partly in view.
 BinsInView columnsInView(const PlotMapping& mapping);
+/// The pixels of the middles of bins, in the frame's coordinates and limited to what a painter can reckon with. Where
+/// bins are equally wide, as without a function of the host, a pixel is a multiplication.
+class BinPositions {
+public:
+    BinPositions(const PlotMapping& mapping, BinsInView bins);
+    double operator()(qsizetype bin) const
+    {
+        return m_isEven ? m_begin + m_step * static_cast<double>(bin - m_first) : position(bin);
+    }
+
+private:
+    double position(qsizetype bin) const;
+
+    const PlotMapping& m_mapping;
+    qsizetype m_first = 0;
+    double m_begin = 0.0;
+    double m_step = 0.0;
+    bool m_isEven = false;
+};
+
 /// The columns, or rows, that a range reaches.
 BinsInView columnsBetween(const PlotMapping& mapping, AxisRange x);
 BinsInView rowsBetween(const PlotMapping& mapping, AxisRange y);

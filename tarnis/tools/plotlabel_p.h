@@ -29,6 +29,9 @@ QSize labelSize(const QPainter& painter, const QString& text);
 /// Draws a line that shows on light and on dark pixels.
 void paintLine(QPainter& painter, const QPointF& from, const QPointF& to, const QColor& color, bool dashed = false);
 
+/// Fills one pixel column from a row to another, both included. Whole pixels are much quicker than fractions of them.
+void fillColumn(QPainter& painter, int column, double top, double bottom, const QColor& color);
+
 /// A coordinate that a painter can reckon with, wherever a value is.
 double limitedCoordinate(double coordinate);
 

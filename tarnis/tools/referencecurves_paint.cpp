@@ -2,6 +2,7 @@
 #include "tarnis/foundation/message.h"
 #include "tarnis/plots/plotmapping.h"
 #include "tarnis/plots/xygraphwidget.h"
+#include "tarnis/tools/envelope_p.h"
 #include "tarnis/tools/overlaycache_p.h"
 #include "tarnis/tools/plotlabel_p.h"
 #include "tarnis/tools/plotreadout_p.h"
@@ -60,33 +61,22 @@ void drawCompare(QPainter& painter, const IconInk& ink)
 /// the last are joined, which covers the same pixels as all of them.
 QPolygonF lineOf(const PlotMapping& mapping, const QList<double>& values, double norm)
 {
-    const BinsInView bins = columnsInView(mapping);
-    const qsizetype last = std::min(bins.last, values.size() - 1);
+    BinsInView bins = columnsInView(mapping);
+    bins.last = std::min(bins.last, values.size() - 1);
+    const QList<EnvelopeColumn> columns = envelopeOf(
+        bins.first, bins.last, [&](qsizetype i) { return values.at(i) * norm; }, BinPositions(mapping, bins));
     QPolygonF line;
-    int column = 0;
-    QList<QPointF> inColumn;
-    const auto flush = [&] {
-        if (inColumn.size() <= 4) {
-            line += inColumn;
-        } else {
-            const auto [least, largest] = std::minmax_element(
-                inColumn.begin(), inColumn.end(), [](const QPointF& a, const QPointF& b) { return a.y() < b.y(); });
-            line << inColumn.first() << *std::min(least, largest) << *std::max(least, largest) << inColumn.last();
-        }
-        inColumn.clear();
+    const auto append = [&](const EnvelopeColumn& column, double value) {
+        const QPointF at(column.position, limitedCoordinate(mapping.rowOf(value)));
+        if (line.isEmpty() || line.constLast() != at)
+            line.append(at);
     };
-    for (qsizetype i = bins.first; i <= last; ++i) {
-        const double value = values.at(i) * norm;
-        if (!std::isfinite(value))
-            continue;
-        const QPointF at(limitedCoordinate(mapping.columnOf(middleOf(mapping.columnEdges(i)))),
-            limitedCoordinate(mapping.rowOf(value)));
-        if (!inColumn.isEmpty() && static_cast<int>(at.x()) != column)
-            flush();
-        column = static_cast<int>(at.x());
-        inColumn.append(at);
+    for (const EnvelopeColumn& column : columns) {
+        append(column, column.first);
+        append(column, column.isRising ? column.lowest : column.highest);
+        append(column, column.isRising ? column.highest : column.lowest);
+        append(column, column.last);
     }
-    flush();
     return line;
 }
 
@@ -157,9 +147,12 @@ void ReferenceCurves::paintReference(
         const ShownCurve* const own = i < live.size() ? &live.at(i) : nullptr;
         const double norm = own != nullptr ? normOf(reference, *own, reference.curves.at(i)) : 1.0;
         QPen pen(mixedWithGrey(own != nullptr ? own->color : QColor(Qt::white)), 1.0);
-        pen.setDashPattern(index == m_current ? QList<qreal> { 4, 3 } : QList<qreal> { 1, 3 });
+        const QPolygonF line = lineOf(mapping, reference.curves.at(i), norm);
+        // Dashes of a line that goes up and down in each pixel column show nothing, and take their time.
+        if (line.size() <= mapping.frameRect().width())
+            pen.setDashPattern(index == m_current ? QList<qreal> { 4, 3 } : QList<qreal> { 1, 3 });
         painter.setPen(pen);
-        painter.drawPolyline(lineOf(mapping, reference.curves.at(i), norm));
+        painter.drawPolyline(line);
     }
     if (index == m_current)
         paintLabel(painter, reference.name, mapping.frameRect().bottomRight() - QPoint(4, 4),
