@@ -224,6 +224,8 @@ PlotLegend::Layout PlotLegend::layout() const
     made.rowHeight = metrics.height() + 2;
     const QRect inside = mapping.frameRect().adjusted(margin, margin, -margin, -margin);
     const int largestHeight = static_cast<int>(inside.height() * tallest);
+    if (made.entries.size() < 2)
+        return made; // one curve needs no key
     made.rows = std::min<qsizetype>(made.entries.size(), (largestHeight - 2 * padding) / made.rowHeight);
     if (made.rows <= 0)
         return made;

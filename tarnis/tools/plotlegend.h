@@ -17,8 +17,8 @@ class MultiVectorGraphWidget;
 
 namespace tarnis {
 
-/// Attached to a MultiVectorGraphWidget, it lists the curves that have samples, by the names of curveNames(). On other
-/// plots it draws nothing.
+/// Attached to a MultiVectorGraphWidget, it lists the curves that have samples, by the names of curveNames(). With
+/// fewer than two, and on other plots, it draws nothing.
 ///
 /// - A click on an entry hides the curve or shows it again, a double click shows that curve alone, and again all of
 ///   them. An entry of a hidden curve is greyed and stays. A sum of all has one entry that nothing hides.

@@ -30,9 +30,9 @@ namespace tarnis {
 ///
 /// A change by hand stops automatic scaling of that axis only; a mark "X held" or "Y held" on the plot resumes it with
 /// a click. Such a range stays when the host sets the axis up again with initManualX() or initManualY(), unless the new
-/// axis does not reach it. Zooming ends at 4 bins, 1 count or a tenth of a decade, and at 1.2 times the data. The
-/// history keeps 50 views: ranges, limits of colours, scale type and which axes follow the data. One gesture is one
-/// entry, also one of the plot's own tools; data never make one.
+/// axis does not reach it. Zooming ends at 4 bins (a quarter of fewer than 16), 1 count or a tenth of a decade, and
+/// at 1.2 times the data. The history keeps 50 views: ranges, limits of colours, scale type and which axes follow the
+/// data. One gesture is one entry, also one of the plot's own tools; data never make one.
 class TARNIS_EXPORT PlotNavigator : public InteractiveTool, protected PlotOverlay {
     Q_OBJECT
 

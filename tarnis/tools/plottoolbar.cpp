@@ -168,6 +168,10 @@ void PlotToolBar::nameBar()
     setWindowTitle(tr("Tools of the Plot"));
     setAccessibleName(windowTitle());
     m_menu->setTitle(tr("&Plot"));
+    if (auto* const more = findChild<QToolButton*>(QStringLiteral("qt_toolbar_ext_button"))) { // where room is short
+        more->setAccessibleName(tr("More Tools"));
+        more->setToolTip(tr("More Tools"));
+    }
 }
 
 void PlotToolBar::changeEvent(QEvent* event)

@@ -188,7 +188,9 @@ ViewLimits ViewControl::limits(Qt::Orientation axis) const
         const AxisRange edges = isX ? mapping.columnEdges(bin) : mapping.rowEdges(bin);
         width = std::abs(edges.max - edges.min);
     }
-    const double minSpan = std::isfinite(width) ? std::max(fewestBins * width, smallestTick) : smallestTick;
+    // Of few bins a quarter can be shown: else a map of four bins could not be zoomed.
+    const double fewest = std::min(fewestBins, static_cast<double>(bins) / 4.0);
+    const double minSpan = std::isfinite(width) ? std::max(fewest * width, smallestTick) : smallestTick;
     return limitsOf(isX ? extentX() : extentY(), AxisScale::Linear, minSpan);
 }
 

@@ -2514,6 +2514,10 @@ Gezeigt ist das Ergebnis von %2.</translation>
         <source>&amp;Plot</source>
         <translation>&amp;Diagramm</translation>
     </message>
+    <message>
+        <source>More Tools</source>
+        <translation>Weitere Werkzeuge</translation>
+    </message>
 </context>
 <context>
     <name>tarnis::PlotView</name>

@@ -469,53 +469,6 @@ private Q_SLOTS:
         test.reset();
         QCoreApplication::processEvents();
     }
-
-    void staysSoundUnderRandomGestures()
-    {
-        auto random = tarnis::testing::seededGenerator(42);
-        const auto number = [&random](int count) { return std::uniform_int_distribution<int>(0, count - 1)(random); };
-        Curves test;
-        feed(test.plot);
-        for (int step = 0; step < 1500; ++step) {
-            const QPointF a(number(500), number(400));
-            const QPointF b(number(500), number(400));
-            switch (number(9)) {
-            case 0:
-                feed(test.plot, 1.0 + number(5000));
-                break;
-            case 1:
-            case 2:
-                test.wheel(number(2000) - 1000, a, number(2) ? Qt::ControlModifier : Qt::NoModifier, step * 50ULL);
-                break;
-            case 3:
-                test.drag(a, b);
-                break;
-            case 4:
-                test.mouse(QEvent::MouseButtonDblClick, a, Qt::LeftButton, Qt::LeftButton);
-                break;
-            case 5: {
-                const int keys[] = { Qt::Key_Left, Qt::Key_Up, Qt::Key_Plus, Qt::Key_PageDown, Qt::Key_Home, Qt::Key_L,
-                    Qt::Key_Backspace };
-                test.key(keys[number(7)]);
-                break;
-            }
-            case 6:
-                test.plot.initManualX(0, 1 + number(2000));
-                break;
-            case 7:
-                delete test.navigator;
-                test.navigator = new PlotNavigator(&test.plot);
-                break;
-            default:
-                test.navigator->goForward();
-                break;
-            }
-            const Range x = rangeX(test.plot);
-            const Range y = rangeY(test.plot);
-            QVERIFY(std::isfinite(x.min) && std::isfinite(x.max) && x.min < x.max);
-            QVERIFY(std::isfinite(y.min) && std::isfinite(y.max) && y.min <= y.max);
-        }
-    }
 };
 
 QTEST_MAIN(TestPlotNavigator)
