@@ -71,6 +71,8 @@ MainWindow::MainWindow(QSettings& memory, const QString& language)
     connect(m_windows, &OpenWindows::changed, this, &MainWindow::updateControls);
     connect(m_histograms, &ServerHistograms::changed, this, &MainWindow::updateControls);
     connect(m_windows, &OpenWindows::changed, this, &MainWindow::goOnLeaving);
+    connect(m_windows, &OpenWindows::viewFailed, this,
+        [this](const QString& text) { onPassingNotice(noticeOf(Notice::Severity::Warning, [text] { return text; })); });
     connect(m_windows, &OpenWindows::kept, this, [this] {
         m_isAskingToSave = false;
         m_isRunGivenUp = false;

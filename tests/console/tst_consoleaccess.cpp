@@ -29,6 +29,7 @@
 #include <QRadioButton>
 #include <QShortcut>
 #include <QStyle>
+#include <QToolBar>
 #include <QToolButton>
 
 #include <cmath>
@@ -150,8 +151,16 @@ bool isControl(const QWidget& widget)
 }
 
 /// Tab reaches one of such choices, and the arrow keys go from one to the other.
+/// The buttons of a tool bar show icons alone, and Tab leads to one of them.
+bool isInToolBar(const QWidget& widget)
+{
+    return qobject_cast<const QToolBar*>(widget.parent());
+}
+
 bool isOneOfSeveral(const QWidget& widget)
 {
+    if (isInToolBar(widget))
+        return true;
     const auto* const choice = qobject_cast<const QRadioButton*>(&widget);
     return choice && choice->autoExclusive();
 }
@@ -297,8 +306,10 @@ double contrast(const QColor& a, const QColor& b)
 QList<QKeySequence> shortcutsOf(const QWidget& window)
 {
     QList<QKeySequence> keys;
-    for (const QAction* action : window.findChildren<QAction*>())
-        keys += action->shortcuts();
+    for (const QAction* action : window.findChildren<QAction*>()) {
+        if (action->shortcutContext() != Qt::WidgetShortcut) // else it is shown only: the plot takes the key
+            keys += action->shortcuts();
+    }
     for (const QShortcut* shortcut : window.findChildren<QShortcut*>())
         keys.append(shortcut->key());
     for (const QAbstractButton* button : window.findChildren<QAbstractButton*>()) {
@@ -391,11 +402,14 @@ private Q_SLOTS:
                     || qobject_cast<const QAbstractSpinBox*>(widget) || qobject_cast<const QComboBox*>(widget);
                 if (!isExplained || isInner(*widget) || widget->window() != window)
                     continue;
-                if (widget->toolTip().isEmpty() || (button && widget->toolTip() == button->text().remove(u'&')))
+                if (widget->toolTip().isEmpty()
+                    || (button && !isInToolBar(*button) && widget->toolTip() == button->text().remove(u'&')))
                     silent.append(placeOf(*widget));
             }
         }
         for (const QMenu* const menu : full.desk.window->findChildren<QMenu*>()) {
+            if (isInToolBar(*menu))
+                continue; // of the tools of a plot
             for (const QAction* const action : menu->actions()) {
                 const bool isOpenWindow = action->isSeparator() || action->menu() || action->text().startsWith(u'&');
                 if (!isOpenWindow && action->toolTip() == action->text().remove(u'&'))
@@ -475,7 +489,7 @@ private Q_SLOTS:
         for (const QWidget* window : full.all()) {
             QStringList keys;
             for (const QAction* action : window->findChildren<QAction*>()) {
-                if (!action->shortcut().isEmpty())
+                if (!action->shortcut().isEmpty() && action->shortcutContext() != Qt::WidgetShortcut)
                     keys.append(action->shortcut().toString());
             }
             for (const QShortcut* shortcut : window->findChildren<QShortcut*>(QString(), Qt::FindDirectChildrenOnly))

@@ -90,6 +90,13 @@ void KeyboardDialog::addOthers()
     addRow(named({ Qt::Key_Left, Qt::Key_Right, Qt::Key_Up, Qt::Key_Down }), tr("In a plot: move"));
     addRow(named({ Qt::Key_Plus, Qt::Key_Minus }), tr("In a plot: zoom in and out along X"));
     addRow(named({ Qt::Key_PageUp, Qt::Key_PageDown }), tr("In a plot: zoom in and out along Y"));
+    addRow(named({ Qt::Key_Backspace, Qt::ALT | Qt::Key_Left, Qt::ALT | Qt::Key_Right }),
+        tr("In a plot: to the previous view, back and forward"));
+    addRow(named({ Qt::Key_G, Qt::Key_L }), tr("In a plot: grid, logarithmic scale"));
+    addRow(named({ Qt::Key_C, Qt::Key_P, Qt::CTRL | Qt::Key_C }),
+        tr("In a plot: the values under the pointer; pin them, copy them"));
+    addRow(named({ Qt::Key_M, Qt::Key_R }), tr("In a plot: set a marker; the ruler"));
+    addRow(named({ Qt::SHIFT | Qt::Key_L }), tr("In a plot: the legend"));
     addRow(named({ Qt::Key_F6 }), tr("In a plot: to the boxes beside its window, and back"));
     addRow(named({ Qt::Key_Home }), tr("In a plot: show all"));
 }

@@ -189,19 +189,10 @@ void LiveCurves::result(PTarnisCmd command, QByteArray const& payload)
         m_age.answered();
 }
 
-/// In the pair format each reply sets the axis, and with it the range on show.
 void LiveCurves::show(const PTarnisCmd& command, const QByteArray& payload)
 {
-    MultiVectorGraphWidget& plot = *getGraphWidget();
-    double min = 0.0;
-    double max = 0.0;
-    const bool isChosen = !plot.getMinMaxX(min, max) && min < max;
     Graph1DDialog::result(command, payload);
     chooseForm();
-    if (!pairMode || !isChosen)
-        return;
-    plot.setMinMaxX(min, max);
-    plot.refreshPixmap();
 }
 
 void LiveCurves::update()

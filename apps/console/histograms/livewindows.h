@@ -37,7 +37,7 @@ struct CurvesRequest {
 };
 
 /// A refusal, and a reply that cannot be drawn, stand below the plot, and the polling goes on. So does the time of the
-/// last data. With the pair format a range along X that the user has chosen stays until Reset.
+/// last data.
 class LiveCurves : public Graph1DDialog {
     Q_OBJECT
 public:

@@ -1691,6 +1691,26 @@
         <source>In a plot: leave the tool</source>
         <translation>In einem Diagramm: das Werkzeug verlassen</translation>
     </message>
+    <message>
+        <source>In a plot: to the previous view, back and forward</source>
+        <translation>In einem Diagramm: zur vorigen Ansicht, zurück und vor</translation>
+    </message>
+    <message>
+        <source>In a plot: grid, logarithmic scale</source>
+        <translation>In einem Diagramm: Gitter, logarithmische Skala</translation>
+    </message>
+    <message>
+        <source>In a plot: the values under the pointer; pin them, copy them</source>
+        <translation>In einem Diagramm: die Werte unter dem Zeiger; festhalten, kopieren</translation>
+    </message>
+    <message>
+        <source>In a plot: set a marker; the ruler</source>
+        <translation>In einem Diagramm: eine Marke setzen; das Lineal</translation>
+    </message>
+    <message>
+        <source>In a plot: the legend</source>
+        <translation>In einem Diagramm: die Legende</translation>
+    </message>
 </context>
 <context>
     <name>console::LanguageMenu</name>

@@ -1,5 +1,7 @@
 #include "windows/leavetool.h"
 
+#include "windows/plottools.h"
+
 #include <tarnis/dialogs/statdialog.h>
 #include <tarnis/plots/colorbarwidget.h>
 #include <tarnis/plots/xy2dgraphwidget.h>
@@ -63,15 +65,6 @@ XYGraphWidget* plotWithBox(const QWidget& window)
                                                                   : nullptr;
 }
 
-XYGraphWidget* plotIn(const QWidget& window)
-{
-    for (XYGraphWidget* const plot : window.findChildren<XYGraphWidget*>()) {
-        if (plot->window() == &window)
-            return plot;
-    }
-    return nullptr;
-}
-
 } // namespace
 
 bool leaveTool(XYGraphWidget& plot)
@@ -94,7 +87,7 @@ bool takesEscape(QWidget& window)
         return false;
     if (XYGraphWidget* const plot = plotWithBox(window))
         return leaveTool(*plot);
-    if (XYGraphWidget* const plot = plotIn(window)) {
+    if (XYGraphWidget* const plot = plotOf(window)) {
         leaveTool(*plot);
         return true;
     }

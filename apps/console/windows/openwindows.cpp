@@ -2,12 +2,15 @@
 
 #include "app/words.h"
 #include "windows/placement.h"
+#include "windows/plottools.h"
 
 #include <tarnis/dialogs/graph1ddialog.h>
 #include <tarnis/dialogs/graph2ddialog.h>
 #include <tarnis/foundation/helpers.h>
+#include <tarnis/plots/xygraphwidget.h>
 
 #include <QApplication>
+#include <QFileInfo>
 #include <QPointer>
 #include <QScreen>
 #include <QSettings>
@@ -155,6 +158,7 @@ OpenWindows::OpenWindows(QWidget& mainWindow, QSettings& settings)
     : QObject(&mainWindow)
     , m_mainWindow(mainWindow)
     , m_settings(settings)
+    , m_views(QFileInfo(settings.fileName()).path() + QStringLiteral("/views"))
 {
     connect(&m_windows, &ModelessWidgetManager::onClosed, this, &OpenWindows::changed);
     connect(qApp, &QApplication::focusChanged, this, [this](const QWidget* /*old*/, QWidget* now) {
@@ -176,10 +180,11 @@ QWidget* OpenWindows::show(
 {
     QWidget* window = m_windows.map.value(keyOf(id));
     const bool isNew = !window;
-    if (isNew)
+    if (isNew) {
         window = enter(id, make(), title);
-    if (isNew)
+        restoreView(*window, id);
         place(*window, id);
+    }
     bringForward(*window);
     if (isNew)
         Q_EMIT changed();
@@ -232,7 +237,38 @@ void OpenWindows::storePlaces()
     for (const QWidget* const window : windows) {
         if (window && window->isVisible() && !window->isMinimized())
             storePlace(*window);
+        if (window && window->isVisible())
+            storeView(*window);
     }
+}
+
+void OpenWindows::storeView(const QWidget& window)
+{
+    const XYGraphWidget* const plot = plotOf(window);
+    const QString error = plot ? m_views.save(*plot, window.property(idProperty).toString()) : QString();
+    if (!error.isEmpty())
+        Q_EMIT viewFailed(error);
+}
+
+/// A range that the axis of today does not reach is not restored: the plot would be empty.
+void OpenWindows::restoreView(const QWidget& window, const QString& id)
+{
+    XYGraphWidget* const plot = plotOf(window);
+    if (!plot)
+        return;
+    const QString error = m_views.restore(*plot, id);
+    if (!error.isEmpty())
+        Q_EMIT viewFailed(error);
+    const auto isOutside = [](double min, double max, double first, double last) {
+        return first < last && (std::max(min, max) <= first || std::min(min, max) >= last);
+    };
+    double min = 0.0, max = 0.0, first = 0.0, last = 0.0;
+    plot->getInitMinMaxX(first, last);
+    if (!plot->getMinMaxX(min, max) && isOutside(min, max, first, last))
+        plot->onAutoScaleX(true);
+    plot->getInitMinMaxY(first, last);
+    if (qobject_cast<const Graph2DDialog*>(&window) && !plot->getMinMaxY(min, max) && isOutside(min, max, first, last))
+        plot->onAutoScaleY(true);
 }
 
 bool OpenWindows::eventFilter(QObject* object, QEvent* event)
@@ -241,6 +277,8 @@ bool OpenWindows::eventFilter(QObject* object, QEvent* event)
         const auto* const window = qobject_cast<const QWidget*>(object);
         if (window && window->isVisible() && !window->isMinimized())
             storePlace(*window);
+        if (window && window->isVisible())
+            storeView(*window);
     }
     return QObject::eventFilter(object, event);
 }
@@ -268,6 +306,7 @@ QWidget* OpenWindows::enter(const QString& id, QWidget* window, const std::funct
     window->setAttribute(Qt::WA_DeleteOnClose);
     window->setProperty(orderProperty, qulonglong(++m_opened));
     window->setProperty(idProperty, id);
+    addToolBar(*window);
     makeIndependent(*window);
     window->installEventFilter(this);
     keepTitle(*window, title);

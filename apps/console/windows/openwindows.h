@@ -2,6 +2,7 @@
 #pragma once
 
 #include <tarnis/foundation/modelesswidgetmanager.h>
+#include <tarnis/tools/plotview.h>
 
 #include <QList>
 #include <QObject>
@@ -59,7 +60,7 @@ public:
     QWidget* show(const QString& id, const std::function<QWidget*()>& make, const std::function<QString()>& title);
     /// The ids of the open windows, in the order in which they were opened.
     QStringList ids() const;
-    /// Writes the place of every open window to the settings.
+    /// Writes the place of every open window to the settings, and the views of their plots to files beside them.
     void storePlaces();
     /// The open window of this id, a minimized one too; null if there is none.
     QWidget* find(const QString& id);
@@ -91,11 +92,15 @@ Q_SIGNALS:
     /// One has opened or closed.
     void changed();
     void kept();
+    /// The view of a plot was not stored or not restored.
+    void viewFailed(const QString& text);
 
 protected:
     bool eventFilter(QObject* object, QEvent* event) override;
     void place(QWidget& window, const QString& id);
     void storePlace(const QWidget& window);
+    void storeView(const QWidget& window);
+    void restoreView(const QWidget& window, const QString& id);
     void* keyOf(const QString& id);
     QWidget* enter(const QString& id, QWidget* window, const std::function<QString()>& title);
     void arrange(const std::function<QList<QRect>(int count, const QRect& area)>& cells);
@@ -104,6 +109,7 @@ protected:
 
     QWidget& m_mainWindow;
     QSettings& m_settings;
+    tarnis::PlotView m_views; ///< in the folder "views" beside the settings
     ModelessWidgetManager m_windows; ///< by address of the id in m_ids
     std::set<QString> m_ids;
     QPointer<QWidget> m_front;

@@ -27,8 +27,6 @@ namespace console {
 
 namespace {
 
-constexpr double moveShare = 0.1;
-constexpr double zoomFactor = 1.25;
 constexpr double maxEdge = 1e9; // of a region: leaves room to reckon with widths
 constexpr int boxKey = Qt::Key_F6;
 
@@ -37,13 +35,6 @@ struct Range {
     double max = 0.0;
 
     double width() const { return max - min; }
-    Range moved(double share) const { return { min + width() * share, max + width() * share }; }
-    /// The point at `share` of the range stays where it is.
-    Range zoomed(double factor, double share) const
-    {
-        const double still = min + width() * share;
-        return { still - (still - min) / factor, still + (max - still) / factor };
-    }
 };
 
 Range rangeX(XYGraphWidget& plot)
@@ -58,26 +49,6 @@ Range rangeY(XYGraphWidget& plot)
     Range range;
     plot.getMinMaxY(range.min, range.max);
     return range;
-}
-
-void showX(XYGraphWidget& plot, const Range& range)
-{
-    plot.onAutoScaleX(false);
-    plot.setMinMaxX(range.min, range.max);
-    plot.refreshPixmap();
-}
-
-void showY(XYGraphWidget& plot, const Range& range)
-{
-    plot.onAutoScaleY(false);
-    plot.setMinMaxY(range.min, range.max);
-    plot.refreshPixmap();
-}
-
-/// A map is zoomed about its middle, a curve keeps its lower end.
-void zoomY(XYGraphWidget& plot, double factor)
-{
-    showY(plot, rangeY(plot).zoomed(factor, qobject_cast<XY2DGraphWidget*>(&plot) ? 0.5 : 0.0));
 }
 
 /// Where the labels stand that open an editor: what a host that subclasses the plot sees of it.
@@ -190,13 +161,6 @@ void goToBox(XYGraphWidget& plot, qsizetype number)
     }
 }
 
-/// A plus sign needs Shift on many keyboards.
-bool isBare(const QKeyEvent& event)
-{
-    const Qt::KeyboardModifiers modifiers = event.modifiers() & ~Qt::KeypadModifier;
-    return modifiers == Qt::NoModifier || (modifiers == Qt::ShiftModifier && event.key() == Qt::Key_Plus);
-}
-
 } // namespace
 
 PlotKeys::~PlotKeys()
@@ -208,44 +172,6 @@ void PlotKeys::serve(XYGraphWidget& plot)
 {
     plot.setFocusPolicy(Qt::StrongFocus);
     plot.installEventFilter(this);
-}
-
-bool PlotKeys::isTaken(XYGraphWidget& plot, int key)
-{
-    switch (key) {
-    case Qt::Key_Left:
-        showX(plot, rangeX(plot).moved(-moveShare));
-        return true;
-    case Qt::Key_Right:
-        showX(plot, rangeX(plot).moved(moveShare));
-        return true;
-    case Qt::Key_Up:
-        showY(plot, rangeY(plot).moved(moveShare));
-        return true;
-    case Qt::Key_Down:
-        showY(plot, rangeY(plot).moved(-moveShare));
-        return true;
-    case Qt::Key_Plus:
-        showX(plot, rangeX(plot).zoomed(zoomFactor, 0.5));
-        return true;
-    case Qt::Key_Minus:
-        showX(plot, rangeX(plot).zoomed(1.0 / zoomFactor, 0.5));
-        return true;
-    case Qt::Key_PageUp:
-        zoomY(plot, zoomFactor);
-        return true;
-    case Qt::Key_PageDown:
-        zoomY(plot, 1.0 / zoomFactor);
-        return true;
-    case Qt::Key_Home:
-        plot.onReset();
-        return true;
-    case boxKey:
-        goToBox(plot, 0);
-        return true;
-    default:
-        return false;
-    }
 }
 
 /// Return takes the keyboard back to the plot, and so does Escape, which would close the window otherwise.
@@ -345,9 +271,13 @@ bool PlotKeys::eventFilter(QObject* object, QEvent* event)
     if (!plot)
         return isKeyOfEditor(object, event);
     switch (event->type()) {
-    case QEvent::KeyPress: // an editor inside the plot hands on what it does not take
-        return plot->hasFocus() && isBare(*static_cast<QKeyEvent*>(event))
-            && isTaken(*plot, static_cast<QKeyEvent*>(event)->key());
+    case QEvent::KeyPress: { // an editor inside the plot hands on what it does not take
+        const auto& key = static_cast<const QKeyEvent&>(*event);
+        if (!plot->hasFocus() || key.key() != boxKey || key.modifiers() != Qt::NoModifier)
+            return false;
+        goToBox(*plot, 0);
+        return true;
+    }
     case QEvent::ContextMenu:
         if (static_cast<QContextMenuEvent*>(event)->reason() != QContextMenuEvent::Keyboard)
             return false; // the plot opens its menu by the mouse itself

@@ -1,4 +1,4 @@
-// What a plot does for the keyboard: keys that move and zoom it, and a menu with all that the mouse can do on it.
+// What a plot does for the keyboard: a menu with all that the mouse can do on it, and the way to its boxes.
 #pragma once
 
 #include <QObject>
@@ -10,9 +10,8 @@ class XYGraphWidget;
 
 namespace console {
 
-/// An event filter for any number of plots. Arrows move a plot by a tenth of its range, plus and minus zoom along X,
-/// Page Up and Page Down along Y, Home shows everything again, the menu key opens its tools, and F6 goes to the boxes
-/// beside the window and back. GUI thread.
+/// An event filter for any number of plots. The menu key opens a plot's tools, and F6 goes to the boxes beside the
+/// window and back. The keys that move and zoom are those of the library's navigator. GUI thread.
 class PlotKeys : public QObject {
     Q_OBJECT
 public:
@@ -25,7 +24,6 @@ public:
 protected:
     bool eventFilter(QObject* object, QEvent* event) override;
     bool isKeyOfEditor(QObject* object, QEvent* event);
-    bool isTaken(XYGraphWidget& plot, int key);
     void openTools(XYGraphWidget& plot);
     void addEditors(QMenu& menu, XYGraphWidget& plot);
     void addMapTools(QMenu& menu, XYGraphWidget& plot);

@@ -7,6 +7,7 @@
 #include "windows/openwindows.h"
 #include "windows/placement.h"
 #include "windows/plotkeys.h"
+#include "windows/plottools.h"
 #include "windows/tooltips.h"
 
 #include <tarnis/dialogs/graph2dfilterdialog.h>
@@ -167,13 +168,16 @@ void WindowAccess::makeAccessible(QWidget& window)
     // The library's form takes its own title up again when the language changes.
     if (qobject_cast<SelectCheckedDialog*>(&window) && window.windowTitle() == u"Dialog")
         window.setWindowTitle(tr("Select Visible Items"));
+    addToolBar(window);
     nameControls(window);
     addCloseKey(window);
     addToolTips(window);
     watchRegions(window);
     const auto plots = window.findChildren<XYGraphWidget*>();
-    for (XYGraphWidget* const plot : plots)
+    for (XYGraphWidget* const plot : plots) {
         m_plotKeys->serve(*plot);
+        attachTools(*plot);
+    }
     auto* const update = window.findChild<QPushButton*>(QStringLiteral("updatePushButton"));
     if (!update)
         return;

@@ -1,0 +1,50 @@
+#include "windows/plottools.h"
+
+#include <tarnis/dialogs/graph1ddialog.h>
+#include <tarnis/dialogs/graph2ddialog.h>
+#include <tarnis/plots/multivectorgraphwidget.h>
+#include <tarnis/tools/plotcrosshair.h>
+#include <tarnis/tools/plotlegend.h>
+#include <tarnis/tools/plotmarkers.h>
+#include <tarnis/tools/plotnavigator.h>
+#include <tarnis/tools/plotruler.h>
+#include <tarnis/tools/plottoolbar.h>
+
+#include <QBoxLayout>
+
+namespace console {
+
+void attachTools(XYGraphWidget& plot)
+{
+    if (!tarnis::InteractiveTool::toolsOf(plot).isEmpty())
+        return;
+    new tarnis::PlotNavigator(&plot); // the plot owns its tools
+    auto* const crosshair = new tarnis::PlotCrosshair(&plot);
+    crosshair->setOn(false);
+    new tarnis::PlotMarkers(&plot);
+    new tarnis::PlotRuler(&plot);
+    if (qobject_cast<MultiVectorGraphWidget*>(&plot))
+        new tarnis::PlotLegend(&plot);
+}
+
+XYGraphWidget* plotOf(const QWidget& window)
+{
+    for (XYGraphWidget* const plot : window.findChildren<XYGraphWidget*>()) {
+        if (plot->window() == &window)
+            return plot;
+    }
+    return nullptr;
+}
+
+void addToolBar(QWidget& window)
+{
+    const bool isHistogram = qobject_cast<Graph1DDialog*>(&window) || qobject_cast<Graph2DDialog*>(&window);
+    auto* const layout = qobject_cast<QBoxLayout*>(window.layout());
+    XYGraphWidget* const plot = isHistogram ? plotOf(window) : nullptr;
+    if (!plot || !layout || window.findChild<tarnis::PlotToolBar*>(QString(), Qt::FindDirectChildrenOnly))
+        return;
+    attachTools(*plot);
+    layout->insertWidget(0, new tarnis::PlotToolBar(plot, &window));
+}
+
+} // namespace console

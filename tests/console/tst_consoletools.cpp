@@ -1,0 +1,125 @@
+// The tools on the plots of the console's windows, and the views that they keep.
+#include "console/consolefixture.h"
+#include "console/histogramserver.h"
+#include "console/windowlists.h"
+
+#include <tarnis/plots/multivectorgraphwidget.h>
+#include <tarnis/plots/xy2dgraphwidget.h>
+#include <tarnis/tools/plotlegend.h>
+#include <tarnis/tools/plotnavigator.h>
+#include <tarnis/tools/plottoolbar.h>
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+using namespace console;
+using namespace tarnis::testing;
+
+namespace {
+
+std::pair<double, double> rangeX(XYGraphWidget& plot)
+{
+    std::pair<double, double> ends;
+    plot.getMinMaxX(ends.first, ends.second);
+    return ends;
+}
+
+QString viewFile(const ConsoleFixture& desk, const QString& id)
+{
+    return QFileInfo(desk.memory.fileName()).path() + QStringLiteral("/views/") + id + QStringLiteral(".json");
+}
+
+} // namespace
+
+class TestConsoleTools : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void liveWindowsHaveABarAboveTheirPlot()
+    {
+        HistogramServer server;
+        ConsoleFixture desk;
+        desk.use(server);
+        QVERIFY(desk.reaches(ServerState::Up) && isListed(desk, "time"));
+        for (const char* const id : { "curves", "map" }) {
+            QWidget* const window = desk.find(id);
+            auto* const bar = window->findChild<tarnis::PlotToolBar*>();
+            QVERIFY2(bar, id);
+            QVERIFY(bar->plot() != nullptr);
+            QCOMPARE(window->findChildren<tarnis::PlotToolBar*>().size(), 1);
+            QCOMPARE(bar->plot()->findChildren<tarnis::PlotNavigator*>().size(), 1);
+            QTRY_VERIFY(bar->findChild<QAction*>() != nullptr && bar->actions().size() > 8);
+        }
+    }
+
+    void aWindowOpensWithTheViewThatItHad()
+    {
+        HistogramServer server;
+        ConsoleFixture desk;
+        desk.use(server);
+        QVERIFY(desk.reaches(ServerState::Up) && isListed(desk, "time"));
+        auto* window = desk.open<Graph1DDialog>("curves");
+        QPointer<MultiVectorGraphWidget> plot = window->getGraphWidget();
+        QTRY_VERIFY(plot->hasData());
+        const auto whole = rangeX(*plot);
+        auto* const navigator = plot->findChild<tarnis::PlotNavigator*>();
+        navigator->zoomIn();
+        plot->findChild<tarnis::PlotLegend*>()->setPlace({ 0.5, 0.25 });
+        const auto zoomed = rangeX(*plot);
+        QVERIFY(zoomed.second - zoomed.first < whole.second - whole.first);
+        window->close();
+        QTRY_VERIFY(plot.isNull());
+        QVERIFY(QFile::exists(viewFile(desk, "curves")));
+
+        window = desk.open<Graph1DDialog>("curves");
+        plot = window->getGraphWidget();
+        QCOMPARE(rangeX(*plot), zoomed);
+        QTRY_VERIFY(plot->hasData());
+        QCOMPARE(rangeX(*plot), zoomed);
+        QCOMPARE(plot->findChild<tarnis::PlotLegend*>()->place(), QPointF(0.5, 0.25));
+        plot->findChild<tarnis::PlotNavigator*>()->goHome();
+        QCOMPARE(rangeX(*plot), whole);
+    }
+
+    void aViewThatTheAxisDoesNotReachIsNotShown()
+    {
+        HistogramServer server;
+        ConsoleFixture desk;
+        const QString path = viewFile(desk, "curves");
+        QVERIFY(QDir().mkpath(QFileInfo(path).path()));
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(R"({"format":"tarnis-view","version":1,"x":{"auto":false,"min":1e7,"max":2e7}})");
+        file.close();
+        desk.use(server);
+        QVERIFY(desk.reaches(ServerState::Up) && isListed(desk, "time"));
+        auto& plot = *desk.open<Graph1DDialog>("curves")->getGraphWidget();
+        QTRY_VERIFY(plot.hasData());
+        QVERIFY(rangeX(plot).second < 1e7);
+    }
+
+    void aDamagedViewIsReportedAndLeftAlone()
+    {
+        HistogramServer server;
+        ConsoleFixture desk;
+        const QString path = viewFile(desk, "curves");
+        QVERIFY(QDir().mkpath(QFileInfo(path).path()));
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write("{\"format\":");
+        file.close();
+        desk.use(server);
+        QVERIFY(desk.reaches(ServerState::Up) && isListed(desk, "time"));
+        auto* const window = desk.open<Graph1DDialog>("curves");
+        QVERIFY2(desk.notice().text.contains(path), qPrintable(desk.notice().text));
+        QPointer<QWidget> guard = window;
+        window->close();
+        QTRY_VERIFY(guard.isNull());
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QCOMPARE(file.readAll(), QByteArray("{\"format\":"));
+    }
+};
+
+QTEST_MAIN(TestConsoleTools)
+#include "tst_consoletools.moc"
