@@ -549,6 +549,33 @@
     </message>
 </context>
 <context>
+    <name>PlotPanels</name>
+    <message>
+        <source>Numbers</source>
+        <translation>Zahlen</translation>
+    </message>
+    <message>
+        <source>Numbers of this plot: regions, fits, peaks, energies</source>
+        <translation>Zahlen dieses Plots: Bereiche, Anpassungen, Peaks, Energien</translation>
+    </message>
+    <message>
+        <source>Regions...</source>
+        <translation>Bereiche...</translation>
+    </message>
+    <message>
+        <source>Fit...</source>
+        <translation>Anpassung...</translation>
+    </message>
+    <message>
+        <source>Peaks...</source>
+        <translation>Peaks...</translation>
+    </message>
+    <message>
+        <source>Energy Calibration...</source>
+        <translation>Energiekalibrierung...</translation>
+    </message>
+</context>
+<context>
     <name>RateWindow</name>
     <message>
         <source>Rate now and on average</source>

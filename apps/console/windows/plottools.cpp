@@ -1,5 +1,7 @@
 #include "windows/plottools.h"
 
+#include "windows/plotpanels.h"
+
 #include <tarnis/dialogs/graph1ddialog.h>
 #include <tarnis/dialogs/graph2ddialog.h>
 #include <tarnis/plots/multivectorgraphwidget.h>
@@ -44,7 +46,9 @@ void addToolBar(QWidget& window)
     if (!plot || !layout || window.findChild<tarnis::PlotToolBar*>(QString(), Qt::FindDirectChildrenOnly))
         return;
     attachTools(*plot);
-    layout->insertWidget(0, new tarnis::PlotToolBar(plot, &window));
+    auto* const bar = new tarnis::PlotToolBar(plot, &window);
+    layout->insertWidget(0, bar);
+    addPanels(*bar);
 }
 
 } // namespace console

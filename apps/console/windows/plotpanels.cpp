@@ -1,0 +1,142 @@
+#include "windows/plotpanels.h"
+
+#include <tarnis/plots/xy2dgraphwidget.h>
+#include <tarnis/tools/calibrationpanel.h>
+#include <tarnis/tools/fitpanel.h>
+#include <tarnis/tools/peakpanel.h>
+#include <tarnis/tools/plottoolbar.h>
+#include <tarnis/tools/regiontable.h>
+
+#include <QBoxLayout>
+#include <QCoreApplication>
+#include <QEvent>
+#include <QMenu>
+#include <QPointer>
+#include <QScreen>
+#include <QToolButton>
+
+namespace console {
+
+namespace {
+
+struct PlotPanels {
+    Q_DECLARE_TR_FUNCTIONS(PlotPanels)
+};
+
+/// Shows a panel as a window beside that of the plot, or in it.
+void place(QWidget& panel, QWidget& window)
+{
+    panel.setAttribute(Qt::WA_DeleteOnClose);
+    const QRect area = window.screen() != nullptr ? window.screen()->availableGeometry() : QRect();
+    const std::optional<QRect> free = placeBeside(panel.sizeHint(), window.frameGeometry(), area);
+    auto* const layout = qobject_cast<QBoxLayout*>(window.layout());
+    if (!free && layout != nullptr) {
+        layout->addWidget(&panel);
+        panel.show();
+        return;
+    }
+    panel.setParent(&window, Qt::Window);
+    if (free)
+        panel.setGeometry(*free);
+    panel.show();
+}
+
+/// Opens a panel of this kind, or brings the open one to the front; one inside the window closes.
+template <typename Panel> void open(tarnis::PlotToolBar& bar)
+{
+    QWidget& window = *bar.window();
+    if (bar.plot() == nullptr)
+        return;
+    auto* panel = window.findChild<Panel*>();
+    if (panel == nullptr) {
+        panel = new Panel(bar.plot(), &window);
+        const QString subject = window.windowTitle();
+        if (!subject.isEmpty())
+            panel->setWindowTitle(QStringLiteral("%1 – %2").arg(panel->windowTitle(), subject));
+        place(*panel, window);
+    } else if (!panel->isWindow()) {
+        panel->close(); // inside the window there is no frame with a button for it
+        return;
+    }
+    panel->raise();
+    panel->activateWindow();
+}
+
+/// The button, whose texts follow the language.
+class PanelsButton : public QToolButton {
+public:
+    explicit PanelsButton(tarnis::PlotToolBar& bar)
+        : QToolButton(&bar)
+        , m_bar(bar)
+        , m_menu(new QMenu(this))
+    {
+        setObjectName(QStringLiteral("panelsButton"));
+        setPopupMode(QToolButton::InstantPopup);
+        setMenu(m_menu);
+        const bool isMap = qobject_cast<XY2DGraphWidget*>(bar.plot()) != nullptr;
+        add("openRegions", [this] { open<tarnis::RegionTable>(m_bar); });
+        if (!isMap) {
+            add("openFit", [this] { open<tarnis::FitPanel>(m_bar); });
+            add("openPeaks", [this] { open<tarnis::PeakPanel>(m_bar); });
+            add("openCalibration", [this] { open<tarnis::CalibrationPanel>(m_bar); });
+        }
+        setTexts();
+    }
+
+protected:
+    void changeEvent(QEvent* event) override
+    {
+        QToolButton::changeEvent(event);
+        if (event->type() == QEvent::LanguageChange)
+            setTexts();
+    }
+
+private:
+    template <typename Open> void add(const char* name, const Open& openPanel)
+    {
+        QAction* const action = m_menu->addAction(QString());
+        action->setObjectName(QLatin1StringView(name));
+        connect(action, &QAction::triggered, this, openPanel);
+    }
+    void setTexts()
+    {
+        setText(PlotPanels::tr("Numbers"));
+        setToolTip(PlotPanels::tr("Numbers of this plot: regions, fits, peaks, energies"));
+        const QStringList texts { PlotPanels::tr("Regions..."), PlotPanels::tr("Fit..."), PlotPanels::tr("Peaks..."),
+            PlotPanels::tr("Energy Calibration...") };
+        const QList<QAction*> actions = m_menu->actions();
+        for (qsizetype i = 0; i < actions.size(); ++i)
+            actions.at(i)->setText(texts.value(i));
+    }
+
+    tarnis::PlotToolBar& m_bar;
+    QMenu* m_menu;
+};
+
+} // namespace
+
+std::optional<QRect> placeBeside(const QSize& size, const QRect& frame, const QRect& area)
+{
+    constexpr int gap = 8;
+    QRect place(frame.topLeft(), size);
+    const auto moved = [&](int left, int top) {
+        place.moveTo(left, top);
+        // Along the edge it may slide to stay on the screen.
+        if (left > frame.right() || place.right() < frame.left())
+            place.moveTop(qMax(area.top(), qMin(place.top(), area.bottom() - place.height() + 1)));
+        else
+            place.moveLeft(qMax(area.left(), qMin(place.left(), area.right() - place.width() + 1)));
+        return area.contains(place) && !place.intersects(frame);
+    };
+    if (moved(frame.right() + gap, frame.top()) || moved(frame.left() - gap - size.width(), frame.top())
+        || moved(frame.left(), frame.bottom() + gap) || moved(frame.left(), frame.top() - gap - size.height()))
+        return place;
+    return std::nullopt;
+}
+
+void addPanels(tarnis::PlotToolBar& bar)
+{
+    bar.addWidget(new PanelsButton(bar));
+}
+
+} // namespace console
