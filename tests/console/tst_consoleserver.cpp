@@ -64,11 +64,11 @@ struct Control {
 class TestConsoleServer : public QObject {
     Q_OBJECT
 
-    static ServerProbe::Outcome probe(ServerProbe& probe, quint16 port, int timeoutMs, const QString& host)
+    static ServerProbe::Outcome probe(ServerProbe& probe, quint16 port, int limitMs, const QString& host)
     {
         QSignalSpy finished(&probe, &ServerProbe::finished);
-        probe.start(host, port, "> ", timeoutMs);
-        if (!finished.wait(timeoutMs))
+        probe.start(host, port, "> ", limitMs);
+        if (!finished.wait(limitMs + timeoutMs))
             qFatal("the probe does not end");
         return finished.first().first().value<ServerProbe::Outcome>();
     }
