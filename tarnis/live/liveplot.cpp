@@ -31,7 +31,7 @@ LivePlot::LivePlot(QWidget* parent)
     m_plot->init(tr("Channel"), tr("Counts"), 0.0, 0.0, true, true);
     m_plot->m_groupSize = 1; // each row is a group of its own, with its own largest value
     m_plot->setAddType(MultiVectorGraphWidget::AddEachGroup);
-    clearData();
+    m_plot->resizeData(0);
 }
 
 MultiVectorGraphWidget* LivePlot::plot() const
