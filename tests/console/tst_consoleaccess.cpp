@@ -154,7 +154,10 @@ bool isControl(const QWidget& widget)
 /// The buttons of a tool bar show icons alone, and Tab leads to one of them.
 bool isInToolBar(const QWidget& widget)
 {
-    return qobject_cast<const QToolBar*>(widget.parent());
+    const QWidget* parent = widget.parentWidget();
+    while (parent && !qobject_cast<const QToolBar*>(parent))
+        parent = parent->parentWidget();
+    return parent;
 }
 
 bool isOneOfSeveral(const QWidget& widget)
