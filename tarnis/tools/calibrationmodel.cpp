@@ -103,7 +103,8 @@ QString CalibrationModel::textOf(const CalibrationRow& row, int column) const
     case Residual:
         if (point.energy <= 0.0 || !m_calibration.isValid())
             return {};
-        return QString::number(point.energy - m_calibration.energyAt(point.position), 'f', 3);
+        return QString::number(
+            std::round(1000.0 * (point.energy - m_calibration.energyAt(point.position))) / 1000.0 + 0.0, 'f', 3);
     default:
         return {};
     }

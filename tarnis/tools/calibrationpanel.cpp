@@ -122,6 +122,8 @@ void CalibrationPanel::build()
     d.view = new QTableView(this);
     d.view->setModel(d.model);
     d.view->verticalHeader()->hide();
+    d.view->verticalHeader()->setDefaultSectionSize(d.view->fontMetrics().height() + 6);
+    connect(d.model, &QAbstractItemModel::modelReset, d.view, &QTableView::resizeColumnsToContents);
     layout->addWidget(d.view, 1);
     connect(d.model, &CalibrationModel::edited, this, &CalibrationPanel::fitPoints);
 }

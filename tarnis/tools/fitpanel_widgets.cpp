@@ -166,6 +166,8 @@ void FitControls::buildPages(QWidget& panel, FitParameterModel& model)
     table = new QTableView(pages);
     table->setModel(&model);
     table->verticalHeader()->hide();
+    table->verticalHeader()->setDefaultSectionSize(table->fontMetrics().height() + 6);
+    QObject::connect(&model, &QAbstractItemModel::modelReset, table, &QTableView::resizeColumnsToContents);
     table->horizontalHeader()->setStretchLastSection(true);
     table->setMinimumHeight(table->fontMetrics().height() * 8);
     pages->addTab(table, QString());

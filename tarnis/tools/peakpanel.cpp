@@ -87,6 +87,7 @@ void PeakPanel::build()
     d.model = new PeakTableModel(this);
     d.view = new QTableView(this);
     d.view->setModel(d.model);
+    d.view->verticalHeader()->setDefaultSectionSize(d.view->fontMetrics().height() + 6);
     d.view->setSelectionBehavior(QAbstractItemView::SelectRows);
     d.view->setSelectionMode(QAbstractItemView::SingleSelection);
     connect(d.view->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
@@ -212,6 +213,7 @@ void PeakPanel::showTable()
     const EnergyCalibration calibration = d.calibration();
     d.model->setPeaks(d.table, calibration);
     d.view->setColumnHidden(PeakTableModel::Energy, !calibration.isValid());
+    d.view->resizeColumnsToContents();
     const auto good = std::count_if(
         d.table.peaks.begin(), d.table.peaks.end(), [](const TablePeak& peak) { return peak.acceptable; });
     d.message->setText(!d.table.fault.isEmpty()

@@ -2,12 +2,19 @@
 
 #include "tarnis/plots/plotaccess_p.h"
 #include "tarnis/plots/plotmapping.h"
+#include "tarnis/plots/plotoverlay.h"
+
+#include <QPainter>
 
 #include <algorithm>
+#include <cmath>
 
 namespace tarnis {
 
 namespace {
+
+constexpr int labelsZOrder = -10;
+constexpr int endRoom = 30; // pixels that a label at an end of the axis reaches beyond it
 
 /// The ends of the data, or of the axis without data.
 std::pair<double, double> axisOf(const XYGraphWidget& plot)
@@ -18,7 +25,61 @@ std::pair<double, double> axisOf(const XYGraphWidget& plot)
     return std::minmax({ mapping.columnEdges(0).min, mapping.columnEdges(mapping.columns() - 1).max });
 }
 
+/// The plot's own labels name positions, at round energies: these take their place.
+class EnergyLabels : public PlotOverlay {
+public:
+    explicit EnergyLabels(XYGraphWidget& plot)
+        : PlotOverlay(&plot, labelsZOrder)
+        , m_plot(plot)
+    {
+    }
+
+protected:
+    void paintOverlay(QPainter& painter, const PlotMapping& mapping) override;
+
+private:
+    XYGraphWidget& m_plot; // destroys its calibration, and this with it
+};
+
+void EnergyLabels::paintOverlay(QPainter& painter, const PlotMapping& mapping)
+{
+    const QRect graph = mapping.frameRect();
+    // The strip of the labels; beside the plot its upper part belongs to the lowest label of Y.
+    const QRect strip(graph.left() - 4, graph.bottom() + 4, graph.width() + endRoom, 16);
+    painter.fillRect(strip, Qt::lightGray);
+    painter.fillRect(QRect(graph.left() - endRoom, graph.bottom() + 9, endRoom, 11), Qt::lightGray);
+    painter.setPen(Qt::black);
+    const double left = mapping.tickOf(mapping.x().min);
+    const double right = mapping.tickOf(mapping.x().max);
+    // Ends of an axis lie anywhere: digits that the eye cannot see are left out.
+    const double step = std::pow(10.0, std::floor(std::log10(std::max(1e-9, std::fabs(right - left)))) - 3.0);
+    int decimal = m_plot.getDecimalX();
+    QList<double> energies { left, right };
+    energies << XYGraphWidget::calcTicks(left, right, decimal);
+    QList<QRect> taken;
+    const QFontMetrics metrics(painter.font());
+    for (const double energy : energies) {
+        const double share = (energy - left) / (right - left);
+        if (!(share >= 0.0 && share <= 1.0))
+            continue;
+        const double x = energy == left ? mapping.x().min
+            : energy == right           ? mapping.x().max
+                                        : PlotAccess::positionOfTick(m_plot, energy);
+        const QString text = QString::number(std::round(energy / step) * step + 0.0, 'g', 6);
+        QRect place(0, graph.bottom() + 5, metrics.horizontalAdvance(text) + 8, 15);
+        place.moveLeft(qRound(mapping.columnOf(x)) - place.width() / 2);
+        const bool isFree =
+            std::none_of(taken.begin(), taken.end(), [&](const QRect& other) { return other.intersects(place); });
+        if (!isFree)
+            continue;
+        taken << place;
+        painter.drawText(place, Qt::AlignHCenter | Qt::AlignTop, text);
+    }
+}
+
 } // namespace
+
+PlotCalibration::~PlotCalibration() = default;
 
 PlotCalibration::PlotCalibration(
     XYGraphWidget& plot, const EnergyCalibration& calibration, std::pair<double, double> axis)
@@ -30,6 +91,7 @@ PlotCalibration::PlotCalibration(
 {
     plot.setFuncX2Tick(&PlotCalibration::toTick, &PlotCalibration::fromTick, this);
     plot.setNameX(tr("Energy [%1]").arg(calibration.unit));
+    m_labels = std::make_unique<EnergyLabels>(plot);
 }
 
 PlotCalibration* PlotCalibration::of(const XYGraphWidget& plot)

@@ -6,11 +6,14 @@
 
 #include <QObject>
 
+#include <memory>
 #include <utility>
 
 class XYGraphWidget;
 
 namespace tarnis {
+
+class PlotOverlay;
 
 /// The calibration that is applied to a plot: ticks of X, editors of its ends and read-outs have energies, and panels
 /// show them beside their results. The data stay in channels. A child of the plot; GUI thread only.
@@ -27,6 +30,8 @@ public:
     /// Back to the axis and name of before. Without a calibration nothing happens.
     static void remove(XYGraphWidget& plot);
 
+    ~PlotCalibration() override;
+
     /// As applied.
     const EnergyCalibration& calibration() const { return m_calibration; }
 
@@ -42,6 +47,7 @@ private:
     double m_lower; // ends of the data; the scale goes on straight outside
     double m_upper;
     QString m_previousName;
+    std::unique_ptr<PlotOverlay> m_labels;
 };
 
 } // namespace tarnis

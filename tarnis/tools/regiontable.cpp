@@ -17,6 +17,8 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 namespace tarnis {
 
 /// The widgets of the table.
@@ -104,6 +106,8 @@ void RegionTable::build()
     controls.view = new QTableView(this);
     controls.view->setModel(m_model);
     controls.view->verticalHeader()->hide();
+    controls.view->verticalHeader()->setDefaultSectionSize(controls.view->fontMetrics().height() + 6);
+    connect(m_model, &QAbstractItemModel::modelReset, this, &RegionTable::showColumns);
     controls.view->setSelectionBehavior(QAbstractItemView::SelectRows);
     controls.view->setSelectionMode(QAbstractItemView::SingleSelection);
     connect(controls.view->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
@@ -174,10 +178,14 @@ void RegionTable::showColumns()
     QTableView& view = *m_controls->view;
     for (const int column : { RegionTableModel::FromY, RegionTableModel::ToY, RegionTableModel::CentroidY })
         view.setColumnHidden(column, !isMap);
-    view.setColumnHidden(RegionTableModel::Curve, isMap);
+    const std::vector<RegionRow>& rows = m_model->rows();
+    const bool isOneCurve =
+        std::all_of(rows.begin(), rows.end(), [](const RegionRow& row) { return row.curve.isEmpty(); });
+    view.setColumnHidden(RegionTableModel::Curve, isMap || isOneCurve);
     view.setColumnHidden(RegionTableModel::Fwhm, isMap);
     for (const int column : { RegionTableModel::SumSince, RegionTableModel::NetSince })
         view.setColumnHidden(column, !m_model->isFrozen());
+    view.resizeColumnsToContents();
 }
 
 void RegionTable::showMessage(const QString& text)

@@ -86,8 +86,11 @@ private Q_SLOTS:
         QVERIFY(mapping.hasTickFunction());
         QVERIFY(std::fabs(mapping.tickOf(1000.0) - 400.0) < 0.5);
         QCOMPARE(plot.getNameX(), QStringLiteral("Energy [keV]"));
-        plot.grab();
+        const QImage energies = plot.grab().toImage();
+        const QRect graph = mapping.frameRect();
+        const QRect labels(graph.left(), graph.bottom() + 5, graph.width(), 15);
         panel.remove();
+        QVERIFY(plot.grab().toImage().copy(labels) != energies.copy(labels)); // channels again
         QCOMPARE(PlotCalibration::of(plot), nullptr);
         QCOMPARE(plot.getNameX(), QStringLiteral("Channel"));
         QVERIFY(!PlotMapping::of(plot).hasTickFunction());
