@@ -7,8 +7,8 @@
 #include "tarnis/tools/levelstrip_p.h"
 #include "tarnis/tools/viewcontrol_p.h"
 
+#include <QMenu>
 #include <QPainter>
-#include <QPointer>
 
 #include <cmath>
 

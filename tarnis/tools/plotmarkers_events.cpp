@@ -339,7 +339,7 @@ void PlotMarkers::restoreState(const QJsonObject& state)
         return;
     QList<PlotMarker> restored;
     const QJsonArray list = state.value(markersKey).toArray();
-    for (const QJsonValue& entry : list) {
+    for (const auto& entry : list) {
         const QJsonArray marker = entry.toArray();
         if (marker.size() == 3 && marker.at(1).isDouble() && marker.at(2).isDouble())
             restored.append({ marker.at(0).toString(), { marker.at(1).toDouble(), marker.at(2).toDouble() } });

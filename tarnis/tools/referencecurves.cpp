@@ -134,7 +134,7 @@ QString ReferenceCurves::addFile(const QString& path)
     const DatasetResult result = readDataset(path);
     if (!result.error.isEmpty())
         return result.error;
-    const QString error = add(result.data, QFileInfo(path).fileName());
+    QString error = add(result.data, QFileInfo(path).fileName());
     if (error.isEmpty())
         m_references.last().path = path;
     return error;

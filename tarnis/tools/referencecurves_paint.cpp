@@ -335,7 +335,7 @@ void ReferenceCurves::restoreState(const QJsonObject& state)
             setNorm(static_cast<Norm>(i));
     }
     const QJsonArray files = state.value(filesKey).toArray();
-    for (const QJsonValue& file : files) {
+    for (const auto& file : files) {
         const QString path = file.toString();
         const bool isOpen = std::any_of(m_references.begin(), m_references.end(),
             [&](const Reference& reference) { return reference.path == path; });

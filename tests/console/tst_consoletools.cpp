@@ -5,13 +5,20 @@
 
 #include <tarnis/plots/multivectorgraphwidget.h>
 #include <tarnis/plots/xy2dgraphwidget.h>
+#include <tarnis/tools/binaggregation.h>
+#include <tarnis/tools/colourlevels.h>
+#include <tarnis/tools/errorbars.h>
+#include <tarnis/tools/lineprofile.h>
 #include <tarnis/tools/plotlegend.h>
 #include <tarnis/tools/plotnavigator.h>
 #include <tarnis/tools/plottoolbar.h>
+#include <tarnis/tools/referencecurves.h>
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+
+#include <algorithm>
 
 using namespace console;
 using namespace tarnis::testing;
@@ -48,7 +55,19 @@ private Q_SLOTS:
             QVERIFY2(bar, id);
             QVERIFY(bar->plot() != nullptr);
             QCOMPARE(window->findChildren<tarnis::PlotToolBar*>().size(), 1);
-            QCOMPARE(bar->plot()->findChildren<tarnis::PlotNavigator*>().size(), 1);
+            const auto count = [&](auto tool) { // of the plot itself, not of the plots beside it
+                const auto tools = tarnis::InteractiveTool::toolsOf(*bar->plot());
+                return std::count_if(tools.begin(), tools.end(), [&](tarnis::InteractiveTool* attached) {
+                    return qobject_cast<decltype(tool)>(attached) != nullptr;
+                });
+            };
+            const int onMap = qobject_cast<XY2DGraphWidget*>(bar->plot()) != nullptr ? 1 : 0;
+            QCOMPARE(count(static_cast<tarnis::PlotNavigator*>(nullptr)), 1);
+            QCOMPARE(count(static_cast<tarnis::BinAggregation*>(nullptr)), 1);
+            QCOMPARE(count(static_cast<tarnis::ColourLevels*>(nullptr)), onMap);
+            QCOMPARE(count(static_cast<tarnis::LineProfile*>(nullptr)), onMap);
+            QCOMPARE(count(static_cast<tarnis::ErrorBars*>(nullptr)), 1 - onMap);
+            QCOMPARE(count(static_cast<tarnis::ReferenceCurves*>(nullptr)), 1 - onMap);
             QTRY_VERIFY(bar->findChild<QAction*>() != nullptr && bar->actions().size() > 8);
         }
     }

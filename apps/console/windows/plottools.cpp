@@ -5,12 +5,18 @@
 #include <tarnis/dialogs/graph1ddialog.h>
 #include <tarnis/dialogs/graph2ddialog.h>
 #include <tarnis/plots/multivectorgraphwidget.h>
+#include <tarnis/plots/xy2dgraphwidget.h>
+#include <tarnis/tools/binaggregation.h>
+#include <tarnis/tools/colourlevels.h>
+#include <tarnis/tools/errorbars.h>
+#include <tarnis/tools/lineprofile.h>
 #include <tarnis/tools/plotcrosshair.h>
 #include <tarnis/tools/plotlegend.h>
 #include <tarnis/tools/plotmarkers.h>
 #include <tarnis/tools/plotnavigator.h>
 #include <tarnis/tools/plotruler.h>
 #include <tarnis/tools/plottoolbar.h>
+#include <tarnis/tools/referencecurves.h>
 
 #include <QBoxLayout>
 
@@ -27,6 +33,14 @@ void attachTools(XYGraphWidget& plot)
     new tarnis::PlotRuler(&plot);
     if (qobject_cast<MultiVectorGraphWidget*>(&plot))
         new tarnis::PlotLegend(&plot);
+    if (auto* const map = qobject_cast<XY2DGraphWidget*>(&plot)) {
+        new tarnis::ColourLevels(map);
+        new tarnis::LineProfile(map);
+    } else {
+        new tarnis::ErrorBars(&plot);
+        new tarnis::ReferenceCurves(&plot);
+    }
+    new tarnis::BinAggregation(&plot);
 }
 
 XYGraphWidget* plotOf(const QWidget& window)
