@@ -133,11 +133,10 @@ int BoxPlacer::paneWidth() const
 }
 
 /// The window grows by the pane as far as the screen allows, so that the plot keeps its size.
-void BoxPlacer::growBy(int width)
+void BoxPlacer::growBy(int width, const QRect& before)
 {
     if (m_window.isMaximized() || m_window.isFullScreen())
         return;
-    const QRect before = m_window.geometry();
     QRect place = before;
     place.setWidth(place.width() + width);
     if (canFloat()) // one that is larger than the screen does not become smaller
@@ -149,18 +148,19 @@ void BoxPlacer::growBy(int width)
 void BoxPlacer::setPane(bool isOn)
 {
     const int extra = isOn ? paneWidth() + m_window.fontMetrics().averageCharWidth() : 0;
+    const QRect before = m_window.geometry(); // the layout widens a small window for its margin
     if (QLayout* const layout = m_window.layout()) {
         layout->setContentsMargins(m_margins + QMargins(0, 0, extra, 0));
         layout->activate();
     }
     if (isOn && !m_isPane) {
-        m_withoutPane = m_window.geometry();
-        growBy(extra);
+        m_withoutPane = before;
+        growBy(extra, before);
         m_withPane = m_window.geometry();
-    } else if (!isOn && m_isPane && m_window.geometry() == m_withPane) {
+    } else if (!isOn && m_isPane && before == m_withPane && before != m_withoutPane) {
         m_window.setGeometry(m_withoutPane);
     } else if (!isOn && m_isPane) {
-        growBy(-m_grown); // the user has moved or resized it since
+        growBy(-m_grown, before); // the user has moved or resized it since
     }
     m_isPane = isOn;
     if (!isOn)
@@ -189,7 +189,9 @@ void BoxPlacer::placeInPane(const QList<QDialog*>& boxes)
         const QRect place = places.at(i);
         boxes.at(i)->setGeometry(
             boxes.at(i)->isWindow() ? QRect(m_window.mapToGlobal(place.topLeft()), place.size()) : place);
-        boxes.at(i)->raise();
+        // Beside the window in use; else the box would cover the windows of others.
+        if (!boxes.at(i)->isWindow() || m_window.isActiveWindow() || boxes.at(i)->isActiveWindow())
+            boxes.at(i)->raise();
     }
 }
 

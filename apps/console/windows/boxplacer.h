@@ -45,7 +45,7 @@ protected:
     bool needsPane(const QList<QDialog*>& boxes) const;
     void arrange();
     void setPane(bool isOn);
-    void growBy(int width);
+    void growBy(int width, const QRect& before);
     QRect paneRect() const;
     void placeInPane(const QList<QDialog*>& boxes);
 

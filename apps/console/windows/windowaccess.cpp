@@ -21,6 +21,7 @@
 #include <QDialog>
 #include <QEvent>
 #include <QGuiApplication>
+#include <QHeaderView>
 #include <QKeyEvent>
 #include <QLayout>
 #include <QListWidget>
@@ -28,6 +29,7 @@
 #include <QPushButton>
 #include <QScreen>
 #include <QShortcut>
+#include <QTableWidget>
 #include <QVariant>
 
 namespace console {
@@ -89,6 +91,13 @@ void placeBesideData(QDialog& dialog)
     const QRect place = leastOverlap(dialog.frameGeometry().size().expandedTo(dialog.size().grownBy(frame)),
         dialog.screen()->availableGeometry(), { owner->window()->frameGeometry() });
     dialog.move(place.topLeft());
+}
+
+/// The library's columns are wider than their table.
+void showEveryColumn(QWidget& window)
+{
+    if (auto* const peaks = qobject_cast<PeakSearchDialog*>(&window) ? window.findChild<QTableWidget*>() : nullptr)
+        peaks->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
 }
 
 void watchRegions(QWidget& window)
@@ -173,6 +182,7 @@ void WindowAccess::makeAccessible(QWidget& window)
     addCloseKey(window);
     addToolTips(window);
     watchRegions(window);
+    showEveryColumn(window);
     const auto plots = window.findChildren<XYGraphWidget*>();
     for (XYGraphWidget* const plot : plots) {
         m_plotKeys->serve(*plot);
