@@ -43,7 +43,6 @@ SettingsPanel::SettingsPanel(ServerController& controller, QWidget* parent)
     ui->table->setModel(m_model);
     ui->table->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
     ui->table->horizontalHeader()->setHighlightSections(false);
-    ui->table->horizontalHeader()->setTextElideMode(Qt::ElideRight);
     ui->table->verticalHeader()->setDefaultSectionSize(ui->table->fontMetrics().height() + 8);
 
     connect(ui->readButton, &QPushButton::clicked, this, &SettingsPanel::read);

@@ -2913,7 +2913,7 @@
     </message>
     <message>
         <source>On the server</source>
-        <translation>Auf dem Server</translation>
+        <translation>Server</translation>
     </message>
     <message>
         <source>“%1” is no value for “%2”: it must be a whole number.</source>
