@@ -8,6 +8,7 @@
 #include "tables/ratewindow.h"
 
 #include <tarnis/export/exportdialog.h>
+#include <tarnis/peak/peaksearchdialog.h>
 #include <tarnis/plots/multivectorgraphwidget.h>
 #include <tarnis/plots/viewselectedroi.h>
 #include <tarnis/plots/xy2dgraphwidget.h>
@@ -17,10 +18,12 @@
 #include "windows/openwindows.h"
 
 #include <QAction>
+#include <QHeaderView>
 #include <QLabel>
 #include <QPointer>
 #include <QPushButton>
 #include <QRegularExpression>
+#include <QTableWidget>
 #include <QTcpServer>
 #include <QTcpSocket>
 
@@ -252,6 +255,30 @@ private Q_SLOTS:
         QTRY_VERIFY_WITH_TIMEOUT(info->text().contains(QStringLiteral("started again")), timeoutMs);
     }
 
+    void aLocalServerThatAnswersAgainGoesOnByItself()
+    {
+        const LiveServer server;
+        Door door(server.port());
+        QVERIFY(door.open());
+        const LocalProgram program(faithful(door.serverPort()));
+        ConsoleFixture desk;
+        desk.window->controller().m_againMs = 10;
+        desk.use(program);
+        QVERIFY(desk.reaches(ServerState::Up));
+        auto* const window = desk.open<LiveCurves>("curves");
+        QVERIFY(isFilled(*window));
+        const qint64 process = desk.window->controller().tarnis().process()->processId();
+        door.shut();
+        QVERIFY(desk.reaches(ServerState::Failed));
+        QVERIFY2(desk.notice().text.contains(QStringLiteral("connects by itself")), qPrintable(desk.notice().text));
+        QVERIFY(door.open());
+        QVERIFY(desk.reaches(ServerState::Up));
+        QCOMPARE(desk.window->controller().tarnis().process()->processId(), process);
+        QVERIFY(desk.notice().text.isEmpty());
+        const auto* const info = window->findChild<QLabel*>(QStringLiteral("infoLabel"));
+        QTRY_VERIFY_WITH_TIMEOUT(!info->isVisible(), timeoutMs);
+    }
+
     // Data of a server that has gone.
 
     void thePictureStaysUntilTheNewServerHasData_data()
@@ -415,6 +442,20 @@ private Q_SLOTS:
         const qsizetype polls = server.requests().count(QByteArray(curvesCommand));
         QTRY_VERIFY_WITH_TIMEOUT(server.requests().count(QByteArray(curvesCommand)) > polls + 1, timeoutMs);
         QCOMPARE(columns->isChecked(), !areColumns);
+    }
+
+    void thePeakTableShowsEveryColumn()
+    {
+        const LiveServer server;
+        LiveDesk desk(server);
+        auto* const window = desk.open<LiveCurves>("curves");
+        QVERIFY(isFilled(*window));
+        window->getGraphWidget()->onPeakSearch();
+        const auto* const dialog = window->getGraphWidget()->findChild<PeakSearchDialog*>();
+        QVERIFY(dialog);
+        const auto* const table = dialog->findChild<QTableWidget*>();
+        QTRY_VERIFY_WITH_TIMEOUT(table->isVisible() && table->viewport()->width() > 0, timeoutMs);
+        QTRY_VERIFY_WITH_TIMEOUT(table->horizontalHeader()->length() <= table->viewport()->width(), timeoutMs);
     }
 
     void theCaptionNamesTheVisibleRows()

@@ -61,8 +61,7 @@ ServerController::ServerController(QObject* parent)
     m_slowTimer.setSingleShot(true);
     connect(&m_slowTimer, &QTimer::timeout, this, &ServerController::onSlow);
     m_againTimer.setSingleShot(true);
-    connect(&m_againTimer, &QTimer::timeout, this,
-        [this] { m_probe.start(m_choice.host, m_choice.port, prompt(), m_probeTimeoutMs); });
+    connect(&m_againTimer, &QTimer::timeout, this, &ServerController::probeAgain);
     connect(&m_probe, &ServerProbe::finished, this, &ServerController::onProbed);
     connect(&m_tarnis, &Tarnis::StatusChanged, this, &ServerController::onStatusChanged);
     connect(&m_tarnis, &Tarnis::onCmdReply, this,
@@ -257,6 +256,8 @@ void ServerController::onProbed(ServerProbe::Outcome outcome)
     } else if (m_state == ServerState::Up && !isThere) {
         fail(probeFailure(outcome));
         m_tarnis.SetStatus(Tarnis::SERVER_ERROR);
+    } else if (m_state == ServerState::Failed && isThere && isLocal()) {
+        goOn();
     } else if (m_state == ServerState::Failed && isThere) {
         restart();
     } else if (m_state == ServerState::Failed) {
@@ -264,6 +265,22 @@ void ServerController::onProbed(ServerProbe::Outcome outcome)
     } else {
         m_hasGreeted = m_hasGreeted || isThere;
     }
+}
+
+void ServerController::probeAgain()
+{
+    if (!isLocal())
+        m_probe.start(m_choice.host, m_choice.port, prompt(), m_probeTimeoutMs);
+    else if (hasProcess())
+        m_probe.start(m_tarnis.host(), m_tarnis.port(), prompt(), m_probeTimeoutMs);
+}
+
+/// The local server has hung and answers again: its run goes on.
+void ServerController::goOn()
+{
+    m_tarnis.SetStatus(Tarnis::SERVER_CONNECTED);
+    Q_EMIT notice({});
+    setState(ServerState::Up);
 }
 
 QString ServerController::adviceAgain(bool isLocal)
@@ -419,8 +436,8 @@ void ServerController::fail(const Notice& failure)
 {
     m_slowTimer.stop();
     m_probe.stop();
-    // A remote server that was there before comes back without the console's help.
-    const bool comesBack = !isLocal() && m_known == m_choice;
+    // A server that was there before may come back without the console's help: a local one if it only hangs.
+    const bool comesBack = m_known == m_choice && (!isLocal() || (hasProcess() && m_hasGreeted));
     if (comesBack)
         m_againTimer.start(m_againMs);
     setState(ServerState::Failed);

@@ -116,6 +116,8 @@ protected:
     void beginLocal();
     void beginRemote();
     void onProbed(ServerProbe::Outcome outcome);
+    void probeAgain();
+    void goOn();
     void onStatusChanged(Tarnis::SERVER_STATUS status);
     void onConnected();
     void onProcessFinished();
