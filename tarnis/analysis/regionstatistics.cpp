@@ -83,7 +83,7 @@ void addSum(const Region& region, RegionStatistics& result)
     result.sumError = std::sqrt(std::max(0.0, variance));
     result.mean = sum / size;
     result.meanError = result.sumError / size;
-    if (region.exact) {
+    if (region.exact && sum <= region.options.intervalsUpTo) {
         result.sumInterval = poissonInterval(sum);
         result.sumUpperLimit = poissonUpperLimit(sum);
     }

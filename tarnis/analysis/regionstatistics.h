@@ -10,6 +10,7 @@
 #include <QString>
 
 #include <cstddef>
+#include <limits>
 
 namespace tarnis {
 
@@ -20,6 +21,8 @@ struct RegionOptions {
     /// intervals of counts do not hold then and have no number.
     bool partialBins = false;
     double liveTime = noNumber; ///< of the measurement in seconds, for the rates
+    /// The exact interval and limit of a sum are computed up to this many counts; they cost more than all the rest.
+    double intervalsUpTo = std::numeric_limits<double>::infinity();
 };
 
 /// A width by linear interpolation at a fraction of the highest net content, walking outwards from it. Not the width of

@@ -48,11 +48,6 @@ public:
     static void dropEditor(XYGraphWidget& plot);
     static double tickOf(const XYGraphWidget& plot, double x) { return plot.m_funcX2Tick(x, plot.m_funcUserData); }
 
-    static double positionOfTick(const XYGraphWidget& plot, double tick)
-    {
-        return plot.m_funcTick2X(tick, plot.m_funcUserData);
-    }
-
     using TickFunction = double (*)(double, void*);
     static TickFunction tickFunction(const XYGraphWidget& plot) { return plot.m_funcX2Tick; }
     static bool hasTickFunction(const XYGraphWidget& plot);

@@ -3,6 +3,7 @@
 #include "tarnis/plots/plotaccess_p.h"
 #include "tarnis/plots/plotmapping.h"
 #include "tarnis/plots/plotoverlay.h"
+#include "tarnis/plots/plotstyling_p.h"
 
 #include <QPainter>
 
@@ -43,6 +44,8 @@ private:
 
 void EnergyLabels::paintOverlay(QPainter& painter, const PlotMapping& mapping)
 {
+    if (stylingOf(&m_plot) != nullptr)
+        return; // a style writes the second scale
     const QRect graph = mapping.frameRect();
     // The strip of the labels; beside the plot its upper part belongs to the lowest label of Y.
     const QRect strip(graph.left() - 4, graph.bottom() + 4, graph.width() + endRoom, 16);
@@ -64,7 +67,7 @@ void EnergyLabels::paintOverlay(QPainter& painter, const PlotMapping& mapping)
             continue;
         const double x = energy == left ? mapping.x().min
             : energy == right           ? mapping.x().max
-                                        : PlotAccess::positionOfTick(m_plot, energy);
+                                        : PlotAccess::fromTick(m_plot, energy);
         const QString text = QString::number(std::round(energy / step) * step + 0.0, 'g', 6);
         QRect place(0, graph.bottom() + 5, metrics.horizontalAdvance(text) + 8, 15);
         place.moveLeft(qRound(mapping.columnOf(x)) - place.width() / 2);

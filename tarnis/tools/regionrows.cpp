@@ -86,6 +86,7 @@ std::vector<RegionRow> regionRows(
         totals.push_back(std::accumulate(spectrum.contents.begin(), spectrum.contents.end(), 0.0));
     RegionOptions regionOptions;
     regionOptions.sideBins = options.sideBins;
+    regionOptions.intervalsUpTo = fewCounts;
     for (int i = 0; i < regions.size(); ++i) {
         const QRectF box = regions.at(i).bounds();
         for (qsizetype k = 0; k < spectra.size(); ++k) {

@@ -131,6 +131,7 @@ private Q_SLOTS:
         QVERIFY(rows[0].isSignificant);
         QCOMPARE(rows[0].share, 600.0 / 1100.0);
         QCOMPARE(sumText(rows[0]), QStringLiteral("600(24)"));
+        QVERIFY(std::isnan(rows[0].sumInterval.lower)); // costs more than all the rest, and is not shown
     }
 
     void hasARowForEachRegionAndCurve()
