@@ -11,7 +11,7 @@
 namespace tarnis {
 
 /// One axis of the group.
-class AxisLink::Member : public PlotObserver {
+class TARNIS_NO_EXPORT AxisLink::Member : public PlotObserver {
 public:
     Member(AxisLink& link, XYGraphWidget& plot, Qt::Orientation axis)
         : PlotObserver(&plot)

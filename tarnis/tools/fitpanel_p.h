@@ -70,7 +70,7 @@ private:
     void buildPages(QWidget& panel, FitParameterModel& model);
 };
 
-struct FitPanel::Internals {
+struct TARNIS_NO_EXPORT FitPanel::Internals {
     explicit Internals(XYGraphWidget* plot);
 
     QPointer<PlotPicker> picker; // a child of the plot

@@ -232,7 +232,7 @@ PlotLegend::Layout PlotLegend::layout() const
     made.first = firstInSight(m_first, made.entries.size(), made.rows);
     int textWidth = 0;
     for (const LegendEntry& entry : std::as_const(made.entries))
-        textWidth = std::max(textWidth, metrics.horizontalAdvance(entry.name));
+        textWidth = std::max(textWidth, metrics.horizontalAdvance(entry.name) + 1); // a rounded width would elide
     const int wanted = sampleWidth + 3 * padding + textWidth;
     const QSize size(std::min(wanted, std::max(static_cast<int>(inside.width() * widest), sampleWidth + 3 * padding)),
         static_cast<int>(made.rows) * made.rowHeight + 2 * padding);

@@ -17,7 +17,7 @@ struct LegendEntry {
 };
 
 /// The legend in the frame's coordinates. Without entries, room or a mapping the rectangle is empty.
-struct PlotLegend::Layout {
+struct TARNIS_NO_EXPORT PlotLegend::Layout {
     QList<LegendEntry> entries;
     QRect rect;
     QSizeF room; // that the legend leaves in the plot rectangle

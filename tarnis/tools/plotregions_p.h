@@ -10,7 +10,7 @@
 
 namespace tarnis {
 
-struct PlotRegions::Internals {
+struct TARNIS_NO_EXPORT PlotRegions::Internals {
     QList<PlotRegion> regions;
     int selected = -1;
     std::optional<PlotRegion> drawn; ///< under way; no points before the first press
