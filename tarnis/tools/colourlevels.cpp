@@ -99,8 +99,8 @@ bool ColourLevels::isStripVisible() const
 void ColourLevels::applyLevels(double lower, double upper)
 {
     ViewControl(*map()).showLevels({ lower, upper });
-    if (m_strip != nullptr)
-        m_strip->showLevels();
+    if (m_strip != nullptr && !m_strip->isDragging())
+        read(); // the axis holds both levels
     Q_EMIT levelsChanged();
 }
 
@@ -190,6 +190,8 @@ void ColourLevels::read()
     m_timer.stop();
     m_lastRead.start();
     std::vector<double> values = paintedBins(PlotAccess::rows(*map()));
+    if (values.empty())
+        m_lastRead.invalidate(); // the first data are counted at once
     if (mode() == Mode::Percentiles && !values.empty() && (m_strip == nullptr || !m_strip->isDragging())) {
         const AxisRange levels = percentileLevels(values, m_percentiles->first, m_percentiles->second);
         ViewControl(*map()).showLevels(levels);

@@ -82,14 +82,7 @@ void LevelStrip::showValues(const std::vector<double>& values, ScaleCurve curve)
 
 void LevelStrip::showLevels()
 {
-    const AxisRange shown = levels();
-    const bool isInside = std::min(shown.min, shown.max) >= m_axis.range.min && shown.max <= m_axis.range.max;
-    if (!isDragging() && !isInside && std::isfinite(shown.min) && std::isfinite(shown.max)) {
-        // The steps stay; they are counted again with the next data.
-        m_axis = levelAxis({ m_axis.range.min, m_axis.range.max }, shown, m_axis.curve);
-        m_steps.assign(stepCount, 0);
-    }
-    update();
+    update(); // levels beyond the axis are at its ends until the values are counted again
 }
 
 QRect LevelStrip::scaleRect() const

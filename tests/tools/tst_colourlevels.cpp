@@ -185,6 +185,26 @@ private Q_SLOTS:
         QVERIFY(map.m_colorBar->isAutoScale());
     }
 
+    void countsTheFirstDataAtOnce()
+    {
+        MapProbe map;
+        map.init("X", "Y", 101, 4, true, true);
+        new ColourLevels(&map);
+        ColourMaps::apply(map, QStringLiteral("greys"));
+        show(map);
+        fill(map);
+        map.refreshPixmap();
+        map.grab();
+        QCoreApplication::processEvents();
+        // The top of the axis has 3 % of room; a little below the largest value is counted, in white.
+        const QImage strip = stripOf(map)->grab().toImage();
+        const int edge = stripOf(map)->fontMetrics().height();
+        bool isCounted = false;
+        for (int y = edge; y < strip.height() / 4; ++y)
+            isCounted = isCounted || strip.pixelColor(strip.width() - 8, y).lightness() > 240;
+        QVERIFY(isCounted);
+    }
+
     void draggingALineHoldsThatLimit()
     {
         MapProbe map;
