@@ -22,6 +22,7 @@
 #include "settings/settingspanel.h"
 #include "ui_mainwindow.h"
 #include "windows/openwindows.h"
+#include "windows/plotlook.h"
 #include "windows/windowaccess.h"
 
 #include <tarnis/foundation/files.h>
@@ -51,6 +52,7 @@ MainWindow::MainWindow(QSettings& memory, const QString& language)
     ui->setupUi(this);
     new WindowAccess(this); // the window's
     ui->viewMenu->addMenu(new LanguageMenu(m_memory, language, ui->viewMenu));
+    ui->viewMenu->addMenu(new PlotLookMenu(m_memory, ui->viewMenu));
     m_commandPanel = new CommandPanel(*m_controller, this);
     m_settingsPanel = new SettingsPanel(*m_controller, this);
     m_stateWatch = new StatusPoller(

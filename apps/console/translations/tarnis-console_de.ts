@@ -466,8 +466,8 @@
         <translation>Die Tastatur an die Meldungen der Bibliothek geben</translation>
     </message>
     <message>
-        <source>Dark colours for a dark room; plots keep theirs</source>
-        <translation>Dunkle Farben für einen dunklen Raum; Kurven behalten ihre</translation>
+        <source>Dark colours for a dark room</source>
+        <translation>Dunkle Farben für einen dunklen Raum</translation>
     </message>
     <message>
         <source>List the keys of the console and its plots</source>
@@ -2316,6 +2316,61 @@
     <message>
         <source>To the Bo&amp;x Beside</source>
         <translation>Zum Ka&amp;sten daneben</translation>
+    </message>
+</context>
+<context>
+    <name>console::PlotLookMenu</name>
+    <message>
+        <source>&amp;Plots</source>
+        <translation>Dia&amp;gramme</translation>
+    </message>
+    <message>
+        <source>As the &amp;Window</source>
+        <translation>Wie das &amp;Fenster</translation>
+    </message>
+    <message>
+        <source>&amp;Light</source>
+        <translation>&amp;Hell</translation>
+    </message>
+    <message>
+        <source>&amp;Dark</source>
+        <translation>&amp;Dunkel</translation>
+    </message>
+    <message>
+        <source>&amp;Print</source>
+        <translation>D&amp;ruck</translation>
+    </message>
+    <message>
+        <source>&amp;High Contrast</source>
+        <translation>Hoher &amp;Kontrast</translation>
+    </message>
+    <message>
+        <source>&amp;Classic</source>
+        <translation>K&amp;lassisch</translation>
+    </message>
+    <message>
+        <source>Light or dark plots, as the console&apos;s windows are</source>
+        <translation>Helle oder dunkle Diagramme, wie die Fenster der Konsole</translation>
+    </message>
+    <message>
+        <source>Plots on white</source>
+        <translation>Diagramme auf Weiß</translation>
+    </message>
+    <message>
+        <source>Plots on dark grey</source>
+        <translation>Diagramme auf Dunkelgrau</translation>
+    </message>
+    <message>
+        <source>Plots in black on white, for paper</source>
+        <translation>Diagramme schwarz auf weiß, für Papier</translation>
+    </message>
+    <message>
+        <source>Plots on black with thick lines and large contrast</source>
+        <translation>Diagramme auf Schwarz mit dicken Linien und hohem Kontrast</translation>
+    </message>
+    <message>
+        <source>Plots on black in a grey frame, as they once were</source>
+        <translation>Diagramme auf Schwarz in grauem Rahmen</translation>
     </message>
 </context>
 <context>

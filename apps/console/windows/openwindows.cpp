@@ -2,6 +2,7 @@
 
 #include "app/words.h"
 #include "windows/placement.h"
+#include "windows/plotlook.h"
 #include "windows/plottools.h"
 
 #include <tarnis/dialogs/graph1ddialog.h>
@@ -182,7 +183,9 @@ QWidget* OpenWindows::show(
     const bool isNew = !window;
     if (isNew) {
         window = enter(id, make(), title);
+        applyLook(*window); // its style has a part in the view
         restoreView(*window, id);
+        reapplyLook(*window); // the colours are those of today
         place(*window, id);
     }
     bringForward(*window);

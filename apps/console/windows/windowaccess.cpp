@@ -7,6 +7,7 @@
 #include "windows/openwindows.h"
 #include "windows/placement.h"
 #include "windows/plotkeys.h"
+#include "windows/plotlook.h"
 #include "windows/plottools.h"
 #include "windows/tooltips.h"
 
@@ -188,6 +189,7 @@ void WindowAccess::makeAccessible(QWidget& window)
         m_plotKeys->serve(*plot);
         attachTools(*plot);
     }
+    applyLook(window);
     auto* const update = window.findChild<QPushButton*>(QStringLiteral("updatePushButton"));
     if (!update)
         return;

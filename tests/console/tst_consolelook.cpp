@@ -1,0 +1,101 @@
+// The choice of how plots look: on open plots and on those that open, stored, and following the window's colours.
+#include "app/colours.h"
+#include "windows/plotlook.h"
+
+#include <tarnis/plots/vectorgraphwidget.h>
+#include <tarnis/tools/plotstyle.h>
+
+#include <QAction>
+#include <QApplication>
+#include <QSettings>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <memory>
+
+using namespace console;
+using tarnis::PlotStyle;
+
+class TestConsoleLook : public QObject {
+    Q_OBJECT
+
+    QTemporaryDir m_folder;
+    std::unique_ptr<QSettings> m_memory;
+    QPalette m_palette;
+
+    static PlotStyle* styleOf(const QWidget& window) { return window.findChild<PlotStyle*>(); }
+    static QAction* entry(const PlotLookMenu& menu, const char* look)
+    {
+        return menu.findChild<QAction*>(QStringLiteral("%1LookAction").arg(QLatin1String(look)));
+    }
+
+private Q_SLOTS:
+    void init()
+    {
+        m_palette = QApplication::palette();
+        m_memory = std::make_unique<QSettings>(m_folder.filePath("settings.ini"), QSettings::IniFormat);
+        m_memory->clear();
+    }
+    void cleanup() { QApplication::setPalette(m_palette); }
+
+    void plotsFollowTheWindowAtFirst()
+    {
+        const PlotLookMenu menu(*m_memory, nullptr);
+        QVERIFY(entry(menu, "window")->isChecked());
+        QWidget window;
+        new VectorGraphWidget(&window);
+        applyLook(window);
+        QVERIFY(styleOf(window) != nullptr);
+        QCOMPARE(styleOf(window)->theme(), PlotStyle::Theme::Light);
+        QApplication::setPalette(darkPalette());
+        QTRY_COMPARE(styleOf(window)->theme(), PlotStyle::Theme::Dark);
+        QWidget later;
+        new VectorGraphWidget(&later);
+        applyLook(later);
+        QCOMPARE(styleOf(later)->theme(), PlotStyle::Theme::Dark);
+    }
+
+    void aChoiceReachesOpenPlotsAndIsKept()
+    {
+        QWidget window;
+        new VectorGraphWidget(&window);
+        {
+            const PlotLookMenu menu(*m_memory, nullptr);
+            applyLook(window);
+            entry(menu, "print")->trigger();
+            QCOMPARE(styleOf(window)->theme(), PlotStyle::Theme::Print);
+            QApplication::setPalette(darkPalette());
+            QCoreApplication::processEvents();
+            QCOMPARE(styleOf(window)->theme(), PlotStyle::Theme::Print);
+            entry(menu, "classic")->trigger();
+            QVERIFY(styleOf(window) == nullptr);
+            QVERIFY(entry(menu, "classic")->isChecked());
+        }
+        const PlotLookMenu next(*m_memory, nullptr);
+        QCOMPARE(plotLook(), PlotLook::Classic);
+        QVERIFY(entry(next, "classic")->isChecked());
+        entry(next, "highContrast")->trigger();
+        QCOMPARE(styleOf(window)->theme(), PlotStyle::Theme::HighContrast);
+    }
+
+    void aDamagedSettingIsTheWindowsLook()
+    {
+        m_memory->setValue("window/plotLook", "purple");
+        const PlotLookMenu menu(*m_memory, nullptr);
+        QCOMPARE(plotLook(), PlotLook::Window);
+    }
+
+    void everyEntryHasTextAndToolTip()
+    {
+        const PlotLookMenu menu(*m_memory, nullptr);
+        const QList<QAction*> entries = menu.actions();
+        QCOMPARE(entries.size(), 6);
+        for (const QAction* const action : entries) {
+            QVERIFY(!action->text().isEmpty());
+            QVERIFY(action->toolTip() != action->text());
+        }
+    }
+};
+
+QTEST_MAIN(TestConsoleLook)
+#include "tst_consolelook.moc"
