@@ -95,6 +95,14 @@ void applyLook(QWidget& window)
     }
 }
 
+void reapplyLook(QWidget& window)
+{
+    const auto plots = window.findChildren<XYGraphWidget*>();
+    for (XYGraphWidget* const plot : plots)
+        plot->setProperty(servedProperty, false);
+    applyLook(window);
+}
+
 PlotLookMenu::PlotLookMenu(QSettings& memory, QWidget* parent)
     : QMenu(parent)
     , m_memory(memory)

@@ -20,9 +20,11 @@ enum class PlotLook {
 
 /// The look in force; that of the windows until a menu exists.
 PlotLook plotLook();
-/// Gives the plots of a window the look in force. Called when it opens; the menu sees to those that are open. Tools
-/// that attach only to plots without any come first.
+/// Gives the plots of a window the look in force. Called when it opens; the menu sees to those that are open. A plot
+/// that has had it keeps what the user has chosen for it since.
 void applyLook(QWidget& window);
+/// The same for all plots of the window.
+void reapplyLook(QWidget& window);
 
 /// One entry for each look. The choice is kept under "window/plotLook" of `memory`, which must outlive the menu, and is
 /// in force for all plots as soon as the menu exists.

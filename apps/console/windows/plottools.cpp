@@ -24,7 +24,7 @@ namespace console {
 
 void attachTools(XYGraphWidget& plot)
 {
-    if (!tarnis::InteractiveTool::toolsOf(plot).isEmpty())
+    if (plot.findChild<tarnis::PlotNavigator*>(QString(), Qt::FindDirectChildrenOnly))
         return;
     new tarnis::PlotNavigator(&plot); // the plot owns its tools
     auto* const crosshair = new tarnis::PlotCrosshair(&plot);
