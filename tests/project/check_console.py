@@ -19,6 +19,7 @@ INSTEAD = {
     "_LogBlock": ("LOG_BLOCK", "a block is opened by the macro, which names file and line"),
     "DoubleBufferedWidget": ("XYGraphWidget", "the common ground of the plots, which shows nothing itself"),
     "PeakSearch": ("PeakSearchDialog", "the plots search and fit when their dialog asks for it"),
+    "SysMsg": ("SystemMessages", "the same messages with their parts, for other languages"),
 }
 
 
