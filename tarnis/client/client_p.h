@@ -23,7 +23,7 @@ Reply endedAs(Reply::Outcome outcome, const QString& why);
 /// The future of a request that has ended before it could wait.
 QFuture<Reply> endedFuture(Reply reply);
 
-class Client::Private {
+class TARNIS_NO_EXPORT Client::Private {
 public:
     Private(Client& client, ClientOptions clientOptions);
 

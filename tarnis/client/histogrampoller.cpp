@@ -43,7 +43,7 @@ public:
 
 } // namespace
 
-class HistogramPoller::Private {
+class TARNIS_NO_EXPORT HistogramPoller::Private {
 public:
     /// Where the thread pool hands its results in. The poller may go while a reply is decoded.
     struct Mailbox {

@@ -39,7 +39,7 @@ Server::RunState runStateOf(const QMap<QString, QString>& statistics)
 } // namespace
 
 // Each entry point first brings the members up to date, then ends futures and emits signals.
-class Server::Private {
+class TARNIS_NO_EXPORT Server::Private {
 public:
     Private(Server& owner, ServerOptions serverOptions);
 

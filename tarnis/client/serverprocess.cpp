@@ -23,7 +23,7 @@ constexpr qsizetype maxErrorOutput = qsizetype(4) << 10;
 
 } // namespace
 
-class ServerProcess::Private {
+class TARNIS_NO_EXPORT ServerProcess::Private {
 public:
     explicit Private(ServerProcess& serverProcess);
 

@@ -28,7 +28,7 @@ QString characterProblem(const QString& text)
 
 } // namespace
 
-class SettingsModel::Private {
+class TARNIS_NO_EXPORT SettingsModel::Private {
 public:
     struct Setting {
         QString here;

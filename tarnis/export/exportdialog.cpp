@@ -62,7 +62,7 @@ QSpinBox* spinBox(int least, int most, int value, const QString& unit)
 
 } // namespace
 
-struct ExportDialog::Controls {
+struct TARNIS_NO_EXPORT ExportDialog::Controls {
     QComboBox* format;
     QSpinBox* width;
     QSpinBox* height;

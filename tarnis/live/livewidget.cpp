@@ -28,7 +28,7 @@ constexpr int maxReasonLines = 5;
 
 } // namespace
 
-class LiveWidget::Private {
+class TARNIS_NO_EXPORT LiveWidget::Private {
 public:
     Private(LiveWidget& widget, XYGraphWidget* graph);
     void restart();

@@ -39,7 +39,7 @@ private:
     Qt::Orientation m_axis;
 };
 
-struct AxisLink::State {
+struct TARNIS_NO_EXPORT AxisLink::State {
     std::vector<std::unique_ptr<Member>> members;
     bool isAuto = true;
     AxisRange range; // while it is not automatic

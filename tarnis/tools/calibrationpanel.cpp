@@ -21,7 +21,7 @@
 
 namespace tarnis {
 
-struct CalibrationPanel::Internals {
+struct TARNIS_NO_EXPORT CalibrationPanel::Internals {
     QPointer<XYGraphWidget> plot;
     CalibrationLines lines;
     EnergyCalibration calibration;

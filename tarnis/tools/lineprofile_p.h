@@ -10,7 +10,7 @@
 namespace tarnis {
 
 /// The band in bins, and where it is in the frame's coordinates.
-struct LineProfile::Shape {
+struct TARNIS_NO_EXPORT LineProfile::Shape {
     ProfileBand band;
     ProfileSteps steps;
     QPointF from; // in the frame's coordinates

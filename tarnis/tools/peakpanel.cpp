@@ -23,7 +23,7 @@
 
 namespace tarnis {
 
-struct PeakPanel::Internals {
+struct TARNIS_NO_EXPORT PeakPanel::Internals {
     explicit Internals(XYGraphWidget* observed)
         : plot(observed)
         , marks(observed)

@@ -16,7 +16,7 @@ constexpr int eighthsPerNotch = 120;
 /// Kinds of gestures. Those of one kind that follow each other closely are one entry of the history.
 enum GestureKind { OnceKind, WheelKind, PinchKind, PanKind, KeyKind, ForeignKind };
 
-struct PlotNavigator::Internals {
+struct TARNIS_NO_EXPORT PlotNavigator::Internals {
     explicit Internals(XYGraphWidget& plot)
         : view(plot)
         , history(view.state())

@@ -7,7 +7,7 @@
 
 namespace tarnis {
 
-struct ReferenceCurves::Reference {
+struct TARNIS_NO_EXPORT ReferenceCurves::Reference {
     QString name;
     QString path; // of a file
     double liveTime = 0.0; // seconds; 0 if unknown
@@ -17,7 +17,7 @@ struct ReferenceCurves::Reference {
 };
 
 /// A live curve with its reference.
-struct ReferenceCurves::Pair {
+struct TARNIS_NO_EXPORT ReferenceCurves::Pair {
     int live = 0; // index among the visible curves
     QList<double> reference;
     double norm = 1.0;
@@ -25,7 +25,7 @@ struct ReferenceCurves::Pair {
 };
 
 /// A compared bin in the strip.
-struct ReferenceCurves::Point {
+struct TARNIS_NO_EXPORT ReferenceCurves::Point {
     double column = 0.0; // in the frame's coordinates
     ComparedBin bin;
     QColor color;
