@@ -124,7 +124,8 @@ std::vector<qsizetype> levelHistogram(const std::vector<double>& values, const L
     const double scale = count / span;
     for (const double value : values) {
         const double step = (onCurve(axis.curve, value) - low) * scale;
-        ++steps[static_cast<std::size_t>(std::clamp(step, 0.0, count - 1.0))];
+        // A range beyond all numbers makes steps that are none: these count at the lower end.
+        ++steps[static_cast<std::size_t>(step >= 0.0 ? std::min(step, count - 1.0) : 0.0)];
     }
     return steps;
 }

@@ -52,7 +52,8 @@ ProfileSteps stepsOf(const ProfileBand& band)
     steps.direction = length > rounding ? way / length : QPointF(1.0, 0.0);
     steps.step = std::abs(steps.direction.x()) + std::abs(steps.direction.y());
     steps.halfWidth = std::max(band.width, steps.step) / 2.0;
-    steps.count = static_cast<int>(std::min(std::floor(length / steps.step + rounding) + 1.0, maxProfileSteps + 1.0));
+    const double count = std::floor(length / steps.step + rounding) + 1.0;
+    steps.count = count <= maxProfileSteps ? static_cast<int>(count) : maxProfileSteps + 1; // NaN: no bins have a width
     return steps;
 }
 
