@@ -71,7 +71,7 @@ protected:
     void changeEvent(QEvent* event) override;
 
 private:
-    struct Internals;
+    struct TARNIS_NO_EXPORT Internals;
     TARNIS_NO_EXPORT void connectControls();
     TARNIS_NO_EXPORT void connectPlot();
     TARNIS_NO_EXPORT void readControls();

@@ -60,7 +60,7 @@ protected:
     void paintOverlay(QPainter& painter, const PlotMapping& mapping) override;
 
 private:
-    struct Internals;
+    struct TARNIS_NO_EXPORT Internals;
     TARNIS_NO_EXPORT bool press(const QPointF& position);
     TARNIS_NO_EXPORT bool move(const QPointF& position);
     TARNIS_NO_EXPORT bool release(const QPointF& position);
