@@ -2968,7 +2968,7 @@
     </message>
     <message>
         <source>On the server</source>
-        <translation>Server</translation>
+        <translation>Am Server</translation>
     </message>
     <message>
         <source>“%1” is no value for “%2”: it must be a whole number.</source>
