@@ -3,7 +3,7 @@
 #pragma once
 
 #include "app/commandline.h"
-#include "notices/notice.h"
+#include "notices/alert.h"
 #include "windows/window.h"
 
 #include <QMainWindow>

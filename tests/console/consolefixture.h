@@ -4,7 +4,7 @@
 #include "command/commandpanel.h"
 #include "console/localprogram.h"
 #include "mainwindow.h"
-#include "notices/noticebar.h"
+#include "notices/alertbar.h"
 #include "server/servercontroller.h"
 #include "server/statuspoller.h"
 #include "support/scriptedserver.h"

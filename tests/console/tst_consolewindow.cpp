@@ -4,7 +4,7 @@
 #include "command/commandpanel.h"
 #include "command/history.h"
 #include "mainwindow.h"
-#include "notices/noticebar.h"
+#include "notices/alertbar.h"
 #include "server/connectdialog.h"
 #include "server/servercontroller.h"
 #include "settings/addsettingdialog.h"

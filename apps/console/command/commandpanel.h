@@ -1,7 +1,7 @@
 // The command half of the main window: the record of replies, the command line, uploads and progress.
 #pragma once
 
-#include "notices/notice.h"
+#include "notices/alert.h"
 #include "server/commandchannel.h"
 
 #include <tarnis/server/tarniscmd.h>

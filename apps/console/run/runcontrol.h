@@ -1,7 +1,7 @@
 // Starts and stops runs and clears their data at the press of a button.
 #pragma once
 
-#include "notices/notice.h"
+#include "notices/alert.h"
 
 #include <QObject>
 #include <QPointer>

@@ -1,6 +1,6 @@
 #include "saves/savereports.h"
 
-#include "notices/notice.h"
+#include "notices/alert.h"
 #include "saves/savedialog.h"
 #include "server/servercontroller.h"
 

@@ -1,7 +1,7 @@
 // The tour's steps through what goes wrong, and how one press fixes it; and the end.
 #include "command/commandpanel.h"
 #include "mainwindow.h"
-#include "notices/noticebar.h"
+#include "notices/alertbar.h"
 #include "tour/tourhelpers.h"
 
 #include <QDialogButtonBox>

@@ -2,7 +2,7 @@
 
 #include "command/commandpanel.h"
 #include "mainwindow.h"
-#include "notices/noticebar.h"
+#include "notices/alertbar.h"
 
 #include <QLineEdit>
 

@@ -299,4 +299,4 @@ private Q_SLOTS:
 };
 
 QTEST_MAIN(TestConsoleNotice)
-#include "tst_consolenotice.moc"
+#include "tst_consolealerts.moc"

@@ -1,7 +1,7 @@
 // The strip under the server's status that says what went wrong and offers the one press that fixes it.
 #pragma once
 
-#include "notices/notice.h"
+#include "notices/alert.h"
 
 #include <QFrame>
 

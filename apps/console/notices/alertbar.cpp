@@ -1,8 +1,8 @@
-#include "notices/noticebar.h"
+#include "notices/alertbar.h"
 
 #include "app/availability.h"
 #include "app/colours.h"
-#include "ui_noticebar.h"
+#include "ui_alertbar.h"
 
 #include <QAccessible>
 #include <QEvent>
