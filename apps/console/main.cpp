@@ -43,9 +43,9 @@ int complain(const QString& text, int status)
     return status;
 }
 
-int runConsole(const console::Options& options, QSettings& memory)
+int runConsole(const console::Options& options, QSettings& store)
 {
-    console::MainWindow window(memory, options.tourDirectory.isEmpty() ? options.language : QStringLiteral("en"));
+    console::MainWindow window(store, options.tourDirectory.isEmpty() ? options.language : QStringLiteral("en"));
     window.show();
     QTimer::singleShot(0, &window, [&] { window.startServer(options); });
     if (options.tourDirectory.isEmpty()) {
@@ -102,12 +102,12 @@ int main(int argc, char** argv)
     }
     // A tour neither reads nor changes what the user's console remembers.
     const QTemporaryDir scratch;
-    const auto memory = isTour
+    const auto store = isTour
         ? std::make_unique<QSettings>(scratch.filePath(QStringLiteral("console.ini")), QSettings::IniFormat)
         : std::make_unique<QSettings>();
     if (!options.logFile.isEmpty()) // what the log window shows first
-        memory->setValue(QStringLiteral("log/file"), QFileInfo(options.logFile).absoluteFilePath());
-    const int status = runConsole(options, *memory);
+        store->setValue(QStringLiteral("log/file"), QFileInfo(options.logFile).absoluteFilePath());
+    const int status = runConsole(options, *store);
     tarnis::waitForEndingSessions(); // sessions that end in the background still write to the log
     closelog();
     return status;

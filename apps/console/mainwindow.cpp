@@ -39,20 +39,20 @@
 
 namespace console {
 
-MainWindow::MainWindow(QSettings& memory, const QString& language)
-    : m_memory(memory)
+MainWindow::MainWindow(QSettings& store, const QString& language)
+    : m_store(store)
     , ui(std::make_unique<Ui::MainWindow>())
     , m_controller(new ServerController(this))
-    , m_saves(new SaveReports(*m_controller, memory, [this] { return runNumber(); }))
+    , m_saves(new SaveReports(*m_controller, store, [this] { return runNumber(); }))
     , m_entries(windowEntries())
-    , m_windows(new OpenWindows(*this, memory))
+    , m_windows(new OpenWindows(*this, store))
     , m_histograms(new ServerHistograms(*m_controller))
     , m_follower(new HistogramWindowUpdater(*m_windows, *m_histograms))
 {
     ui->setupUi(this);
     new WindowAccess(this); // the window's
-    ui->viewMenu->addMenu(new LanguageMenu(m_memory, language, ui->viewMenu));
-    ui->viewMenu->addMenu(new PlotLookMenu(m_memory, ui->viewMenu));
+    ui->viewMenu->addMenu(new LanguageMenu(m_store, language, ui->viewMenu));
+    ui->viewMenu->addMenu(new PlotLookMenu(m_store, ui->viewMenu));
     m_commandPanel = new CommandPanel(*m_controller, this);
     m_settingsPanel = new SettingsPanel(*m_controller, this);
     m_stateWatch = new StatusPoller(
@@ -74,28 +74,28 @@ MainWindow::MainWindow(QSettings& memory, const QString& language)
     connect(m_histograms, &ServerHistograms::changed, this, &MainWindow::updateControls);
     connect(m_windows, &OpenWindows::changed, this, &MainWindow::goOnLeaving);
     connect(m_windows, &OpenWindows::viewFailed, this,
-        [this](const QString& text) { onPassingNotice(noticeOf(Notice::Severity::Warning, [text] { return text; })); });
+        [this](const QString& text) { onStatusMessage(alertOf(Alert::Severity::Warning, [text] { return text; })); });
     connect(m_windows, &OpenWindows::kept, this, [this] {
         m_isAskingToSave = false;
         m_isRunGivenUp = false;
     });
     connect(m_controller, &ServerController::stateChanged, this, &MainWindow::updateControls);
     connect(m_saves, &SaveReports::saved, m_stateWatch, &StatusPoller::noteSaved);
-    connect(m_controller, &ServerController::notice, this, &MainWindow::onNotice);
-    connect(m_controller, &ServerController::told, this, &MainWindow::onPassingNotice);
-    connect(m_commandPanel, &CommandPanel::notice, this, &MainWindow::onPassingNotice);
-    connect(&m_runPanel->control(), &RunControl::notice, this, &MainWindow::onPassingNotice);
+    connect(m_controller, &ServerController::alert, this, &MainWindow::onAlert);
+    connect(m_controller, &ServerController::statusMessage, this, &MainWindow::onStatusMessage);
+    connect(m_commandPanel, &CommandPanel::statusMessage, this, &MainWindow::onStatusMessage);
+    connect(&m_runPanel->control(), &RunControl::statusMessage, this, &MainWindow::onStatusMessage);
     connect(&m_runPanel->control(), &RunControl::answered, m_commandPanel, &CommandPanel::addExchange);
     connect(m_commandPanel, &CommandPanel::accepted, m_settingsPanel, &SettingsPanel::onCommandAccepted);
     connect(m_settingsPanel, &SettingsPanel::basePathWanted, this, [this] { openWindow(QStringLiteral("base-path")); });
     connect(m_commandPanel, &CommandPanel::nothingLost, this, [this] {
-        if (ui->noticeBar->notice().remedy == Remedy::SendAgain)
-            ui->noticeBar->setNotice({});
+        if (ui->alertBar->alert().action == AlertAction::SendAgain)
+            ui->alertBar->setAlert({});
     });
     connect(m_commandPanel, &CommandPanel::commandTyped, this, &MainWindow::remember);
     connect(m_commandPanel, &CommandPanel::busyChanged, this, &MainWindow::updateControls);
     connect(m_settingsPanel, &SettingsPanel::controlsChanged, this, &MainWindow::updateControls);
-    connect(ui->noticeBar, &NoticeBar::remedyPressed, this, &MainWindow::onRemedy);
+    connect(ui->alertBar, &AlertBar::actionTriggered, this, &MainWindow::onAlertAction);
     restore();
     updateControls();
     m_commandPanel->focusCommand();
@@ -150,8 +150,8 @@ void MainWindow::connectActions()
 
 void MainWindow::startServer(const Options& options)
 {
-    checkMemory();
-    const LastServer last = readLastServer(m_memory);
+    checkStore();
+    const LastServer last = readLastServer(m_store);
     const ServerChoice choice = options.server.value_or(last.choice);
     QByteArray prompt = m_controller->prompt();
     if (options.prompt)
@@ -159,8 +159,8 @@ void MainWindow::startServer(const Options& options)
     else if (choice == last.choice && !last.prompt.isEmpty())
         prompt = last.prompt;
     if (!options.server && !last.problem.isEmpty()) {
-        onNotice({ Notice::Severity::Warning, tr("The last server cannot be used. %1").arg(last.problem),
-            Remedy::ChooseServer });
+        onAlert({ Alert::Severity::Warning, tr("The last server cannot be used. %1").arg(last.problem),
+            AlertAction::ChooseServer });
         chooseServer(last.choice, prompt);
         return;
     }
@@ -223,7 +223,7 @@ void MainWindow::updateControls()
 
 void MainWindow::showStatus()
 {
-    Lamp lamp = Lamp::Off;
+    StatusIndicator indicator = StatusIndicator::Off;
     QString status;
     const QString name = m_controller->serverName();
     const QString address = m_controller->tarnis().GetServerAddress();
@@ -234,69 +234,69 @@ void MainWindow::showStatus()
         server = tr("last: %1").arg(name);
         break;
     case ServerState::Starting:
-        lamp = Lamp::Waiting;
+        indicator = StatusIndicator::Waiting;
         status = m_controller->isLocal() ? tr("Starting...") : tr("Connecting...");
         break;
     case ServerState::Up:
-        lamp = m_controller->status() == Tarnis::RUNNING ? Lamp::Busy : Lamp::Good;
+        indicator = m_controller->status() == Tarnis::RUNNING ? StatusIndicator::Busy : StatusIndicator::Good;
         status = statusText(m_controller->status());
         if (m_controller->isLocal())
             server = tr("%1 at %2").arg(name, address);
         break;
     case ServerState::Failed:
-        lamp = Lamp::Bad;
+        indicator = StatusIndicator::Bad;
         status = tr("No connection");
         break;
     case ServerState::Stopping:
-        lamp = Lamp::Waiting;
+        indicator = StatusIndicator::Waiting;
         status = statusText(Tarnis::SHUTTING_DOWN);
         break;
     }
-    ui->lampLabel->setPixmap(lampPicture(lamp, 18, devicePixelRatioF()));
-    ui->lampLabel->setAccessibleName(status);
+    ui->indicatorLabel->setPixmap(indicatorPicture(indicator, 18, devicePixelRatioF()));
+    ui->indicatorLabel->setAccessibleName(status);
     ui->statusLabel->setText(status);
     const QString rawName = QLatin1String(Tarnis::GetStatusName(m_controller->status()));
     ui->statusLabel->setToolTip(rawName);
-    ui->lampLabel->setToolTip(rawName);
+    ui->indicatorLabel->setToolTip(rawName);
     ui->serverLabel->setText(server);
 }
 
-void MainWindow::onNotice(const Notice& notice)
+void MainWindow::onAlert(const Alert& alert)
 {
-    ui->noticeBar->setNotice(notice);
-    if (!notice.text.isEmpty())
-        m_commandPanel->note(notice.text);
+    ui->alertBar->setAlert(alert);
+    if (!alert.text.isEmpty())
+        m_commandPanel->addMessage(alert.text);
 }
 
-void MainWindow::onPassingNotice(const Notice& notice)
+void MainWindow::onStatusMessage(const Alert& alert)
 {
-    ui->noticeBar->setPassingNotice(notice);
-    if (!notice.text.isEmpty())
-        m_commandPanel->note(notice.text);
+    ui->alertBar->setStatusMessage(alert);
+    if (!alert.text.isEmpty())
+        m_commandPanel->addMessage(alert.text);
 }
 
-void MainWindow::onRemedy(Remedy remedy)
+void MainWindow::onAlertAction(AlertAction action)
 {
-    switch (remedy) {
-    case Remedy::StartAgain:
-    case Remedy::ConnectAgain:
+    switch (action) {
+    case AlertAction::StartAgain:
+    case AlertAction::ConnectAgain:
         startAgain();
         break;
-    case Remedy::ChooseServer:
+    case AlertAction::ChooseServer:
         chooseServer();
         break;
-    case Remedy::Stop:
+    case AlertAction::Stop:
         m_controller->stop();
         break;
-    case Remedy::EndByForce:
+    case AlertAction::EndByForce:
         m_controller->endByForce();
         break;
-    case Remedy::SendAgain:
+    case AlertAction::SendAgain:
         if (m_controller->state() == ServerState::Up)
-            ui->noticeBar->setNotice({});
+            ui->alertBar->setAlert({});
         m_commandPanel->sendAgain();
         break;
-    case Remedy::None:
+    case AlertAction::None:
         break;
     }
 }
@@ -374,37 +374,37 @@ void MainWindow::setDark(bool isDark)
 
 void MainWindow::restore()
 {
-    restoreGeometry(m_memory.value(QStringLiteral("window/geometry")).toByteArray());
+    restoreGeometry(m_store.value(QStringLiteral("window/geometry")).toByteArray());
     if (const QScreen* const place = screen(); place && !isMaximized()) // with room for a frame
         resize(size().boundedTo(place->availableGeometry().size() - QSize(2, 1) * fontMetrics().height()));
-    ui->splitter->restoreState(m_memory.value(QStringLiteral("window/splitter")).toByteArray());
-    ui->sideSplitter->restoreState(m_memory.value(QStringLiteral("window/sideSplitter")).toByteArray());
-    ui->darkAction->setChecked(m_memory.value(QStringLiteral("window/dark")).toBool());
-    m_windowsToReopen = m_memory.value(QStringLiteral("windows/open")).toStringList();
-    m_commandPanel->history().setEntries(m_memory.value(QStringLiteral("commands")).toStringList());
+    ui->splitter->restoreState(m_store.value(QStringLiteral("window/splitter")).toByteArray());
+    ui->sideSplitter->restoreState(m_store.value(QStringLiteral("window/sideSplitter")).toByteArray());
+    ui->darkAction->setChecked(m_store.value(QStringLiteral("window/dark")).toBool());
+    m_windowsToReopen = m_store.value(QStringLiteral("windows/open")).toStringList();
+    m_commandPanel->history().setEntries(m_store.value(QStringLiteral("commands")).toStringList());
 }
 
 void MainWindow::remember()
 {
-    m_memory.setValue(QStringLiteral("window/geometry"), saveGeometry());
-    m_memory.setValue(QStringLiteral("window/splitter"), ui->splitter->saveState());
-    m_memory.setValue(QStringLiteral("window/sideSplitter"), ui->sideSplitter->saveState());
-    m_memory.setValue(QStringLiteral("window/dark"), ui->darkAction->isChecked());
-    m_memory.setValue(QStringLiteral("commands"), m_commandPanel->history().entries());
+    m_store.setValue(QStringLiteral("window/geometry"), saveGeometry());
+    m_store.setValue(QStringLiteral("window/splitter"), ui->splitter->saveState());
+    m_store.setValue(QStringLiteral("window/sideSplitter"), ui->sideSplitter->saveState());
+    m_store.setValue(QStringLiteral("window/dark"), ui->darkAction->isChecked());
+    m_store.setValue(QStringLiteral("commands"), m_commandPanel->history().entries());
     rememberWindows();
     if (m_isServerChosen) // else what is kept may still be corrected
-        writeLastServer(m_memory, m_controller->choice(), m_controller->prompt());
-    m_memory.sync();
-    checkMemory();
+        writeLastServer(m_store, m_controller->choice(), m_controller->prompt());
+    m_store.sync();
+    checkStore();
 }
 
 /// Tells once that what is to be kept cannot be.
-void MainWindow::checkMemory()
+void MainWindow::checkStore()
 {
-    if (m_memory.status() == QSettings::NoError || std::exchange(m_isMemoryFaultTold, true))
+    if (m_store.status() == QSettings::NoError || std::exchange(m_isStoreFaultReported, true))
         return;
-    const QString file = m_memory.fileName();
-    onPassingNotice(noticeOf(Notice::Severity::Warning, [file, status = m_memory.status()] {
+    const QString file = m_store.fileName();
+    onStatusMessage(alertOf(Alert::Severity::Warning, [file, status = m_store.status()] {
         return status == QSettings::FormatError
             ? tr("The file %1 cannot be read: its form is wrong. What the console remembers is not kept.").arg(file)
             : tr("The file %1 cannot be written. Commands, windows and the server are not remembered.").arg(file);

@@ -34,9 +34,9 @@ class StatusPoller;
 class MainWindow : public QMainWindow {
     Q_OBJECT
 public:
-    /// `memory` is what is kept from one run to the next; it must outlive the window. `language` is that of this run;
+    /// `store` is what is kept from one run to the next; it must outlive the window. `language` is that of this run;
     /// empty: the one that was chosen last.
-    explicit MainWindow(QSettings& memory, const QString& language = QString());
+    explicit MainWindow(QSettings& store, const QString& language = QString());
     ~MainWindow() override;
 
     /// Uses the server of the options, else the last one, else the simulator. Called once, after the window is shown.
@@ -75,11 +75,11 @@ protected:
     void reopenWindows();
     void rememberWindows();
     void showStatus();
-    void onNotice(const Notice& notice);
-    void onPassingNotice(const Notice& notice);
+    void onAlert(const Alert& alert);
+    void onStatusMessage(const Alert& alert);
     void chooseServer(const ServerChoice& choice, const QByteArray& prompt);
-    void checkMemory();
-    void onRemedy(Remedy remedy);
+    void checkStore();
+    void onAlertAction(AlertAction action);
     void goOnLeaving();
     void unlessRunMatters(const std::function<void()>& action, const std::function<void()>& otherwise = {});
     void chooseServer();
@@ -92,7 +92,7 @@ protected:
     void restore();
     void remember();
 
-    QSettings& m_memory;
+    QSettings& m_store;
     std::unique_ptr<Ui::MainWindow> ui;
     ServerController* m_controller;
     SaveReports* m_saves;
@@ -109,7 +109,7 @@ protected:
     QStringList m_windowsToReopen; ///< those of the last run that could not be opened yet
     bool m_isReopening = false;
     bool m_isServerChosen = false;
-    bool m_isMemoryFaultTold = false;
+    bool m_isStoreFaultReported = false;
     bool m_isRunGivenUp = false; ///< the user who closes the window knows that a run ends
     bool m_isAskingToSave = false; ///< a window with unsaved work was asked to close; this one closes behind it
     bool m_isClosing = false; ///< close as soon as the server has ended

@@ -107,7 +107,7 @@ void MainWindow::listOpenWindows()
 
 WindowContext MainWindow::windowContext()
 {
-    return { *m_controller, m_commandPanel->link(), this, *m_commandPanel, *m_windows, m_memory, *m_histograms,
+    return { *m_controller, m_commandPanel->link(), this, *m_commandPanel, *m_windows, m_store, *m_histograms,
         *m_follower, *m_stateWatch };
 }
 
@@ -148,7 +148,7 @@ void MainWindow::rememberWindows()
             open.append(id); // its server has not been there
     }
     open.removeIf([](const QString& id) { return id == u"base-path" || id == u"server-files" || id == u"histograms"; });
-    m_memory.setValue(openWindowsKey, open);
+    m_store.setValue(openWindowsKey, open);
     m_windows->storePlaces();
 }
 

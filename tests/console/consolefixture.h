@@ -54,12 +54,12 @@ inline void acceptChoice(const QWidget& chooser)
     press(*chooser.findChild<QDialogButtonBox*>(QStringLiteral("buttonBox"))->button(QDialogButtonBox::Ok));
 }
 
-/// A main window with a memory of its own.
+/// A main window with a store of its own.
 class ConsoleFixture {
 public:
     ConsoleFixture()
-        : memory(m_directory.filePath(QStringLiteral("console.ini")), QSettings::IniFormat)
-        , window(std::make_unique<console::MainWindow>(memory))
+        : store(m_directory.filePath(QStringLiteral("console.ini")), QSettings::IniFormat)
+        , window(std::make_unique<console::MainWindow>(store))
     {
         window->controller().m_endTimeoutMs = 50;
         window->stateWatch().setInterval(0); // a test counts what it sends itself
@@ -110,7 +110,7 @@ public:
     }
     QLineEdit& edit() { return widget<QLineEdit>("commandEdit"); }
     QString record() { return window->commandPanel().recordText(); }
-    const console::Notice& notice() { return widget<console::NoticeBar>("noticeBar").notice(); }
+    const console::Alert& alert() { return widget<console::AlertBar>("alertBar").alert(); }
     QString settingsState() { return widget<QLabel>("stateLabel").text(); }
     bool reaches(console::ServerState state)
     {
@@ -129,7 +129,7 @@ private:
     QTemporaryDir m_directory;
 
 public:
-    QSettings memory;
+    QSettings store;
     std::unique_ptr<console::MainWindow> window;
 };
 

@@ -188,11 +188,11 @@ QList<QFont> loadLetters(const QList<QFont>& fonts)
 
 class Soak {
 public:
-    Soak(MainWindow& window, QSettings& memory, const QString& logFile)
+    Soak(MainWindow& window, QSettings& store, const QString& logFile)
         : m_window(window)
         , m_log(logFile)
         , m_context { window.controller(), window.commandPanel().link(), &window, window.commandPanel(),
-            window.windows(), memory, window.histograms(), window.follower(), window.stateWatch() }
+            window.windows(), store, window.histograms(), window.follower(), window.stateWatch() }
     {
     }
 
@@ -538,16 +538,16 @@ int main(int argc, char** argv)
     // names beyond that: none here.
     QPixmapCache::setCacheLimit(0);
     initlog(scratch.filePath(QStringLiteral("console.log")).toStdString(), 0);
-    QSettings memory(scratch.filePath(QStringLiteral("console.ini")), QSettings::IniFormat);
+    QSettings store(scratch.filePath(QStringLiteral("console.ini")), QSettings::IniFormat);
     const QString logFile = scratch.filePath(QStringLiteral("server.log"));
-    memory.setValue(QStringLiteral("log/file"), logFile);
+    store.setValue(QStringLiteral("log/file"), logFile);
     int status = 1;
     {
-        MainWindow window(memory);
+        MainWindow window(store);
         // The console keeps the last 2000 messages, which faults fill over a day.
         window.findChild<MessageList*>()->setMaximumBlockCount(20);
         window.show();
-        Soak soak(window, memory, logFile);
+        Soak soak(window, store, logFile);
         if (isCalm)
             soak.beCalm();
         status = soak.run(seconds);

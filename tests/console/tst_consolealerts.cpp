@@ -1,4 +1,4 @@
-// What the console says of itself: notices that stand and such that pass, the status in words, a memory that is broken.
+// What the console says of itself: alerts that stand and such that pass, the status in words, a store that is broken.
 #include "app/language.h"
 #include "command/history.h"
 #include "console/consolefixture.h"
@@ -14,93 +14,93 @@ using namespace tarnis::testing;
 
 namespace {
 
-Notice failure(const QString& text)
+Alert failure(const QString& text)
 {
-    return { Notice::Severity::Failure, text, Remedy::StartAgain };
+    return { Alert::Severity::Failure, text, AlertAction::StartAgain };
 }
 
-Notice note(const QString& text)
+Alert note(const QString& text)
 {
-    return { Notice::Severity::Information, text, Remedy::None };
+    return { Alert::Severity::Information, text, AlertAction::None };
 }
 
 } // namespace
 
-class TestConsoleNotice : public QObject {
+class TestConsoleAlerts : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
     void initTestCase() { QApplication::setQuitOnLastWindowClosed(false); }
     void cleanup() { setLanguage(QStringLiteral("en")); }
 
-    // Notices.
+    // Alerts.
 
     void aFailureIsNotDisplacedByANote()
     {
-        NoticeBar bar;
-        bar.setNotice(failure(QStringLiteral("gone")));
-        bar.setPassingNotice(note(QStringLiteral("by the way")));
-        QCOMPARE(bar.notice(), failure(QStringLiteral("gone")));
+        AlertBar bar;
+        bar.setAlert(failure(QStringLiteral("gone")));
+        bar.setStatusMessage(note(QStringLiteral("by the way")));
+        QCOMPARE(bar.alert(), failure(QStringLiteral("gone")));
         QCOMPARE(bar.note(), QStringLiteral("by the way"));
-        QVERIFY(!bar.findChild<QPushButton*>(QStringLiteral("remedyButton"))->isHidden());
-        bar.setPassingNotice({});
-        QCOMPARE(bar.notice(), failure(QStringLiteral("gone")));
+        QVERIFY(!bar.findChild<QPushButton*>(QStringLiteral("alertButton"))->isHidden());
+        bar.setStatusMessage({});
+        QCOMPARE(bar.alert(), failure(QStringLiteral("gone")));
         QVERIFY(bar.note().isEmpty());
     }
 
     void aNotePassesWithTheNext()
     {
-        NoticeBar bar;
-        bar.setPassingNotice(note(QStringLiteral("one")));
-        bar.setPassingNotice(note(QStringLiteral("two")));
-        QCOMPARE(bar.notice().text, QStringLiteral("two"));
-        bar.setNotice(failure(QStringLiteral("gone")));
-        QCOMPARE(bar.notice().text, QStringLiteral("gone"));
-        bar.setNotice({});
+        AlertBar bar;
+        bar.setStatusMessage(note(QStringLiteral("one")));
+        bar.setStatusMessage(note(QStringLiteral("two")));
+        QCOMPARE(bar.alert().text, QStringLiteral("two"));
+        bar.setAlert(failure(QStringLiteral("gone")));
+        QCOMPARE(bar.alert().text, QStringLiteral("gone"));
+        bar.setAlert({});
         QVERIFY(bar.isHidden());
     }
 
-    void whatCanBeSentAgainStaysBesidePassingNotices()
+    void whatCanBeSentAgainStaysBesideStatusMessages()
     {
-        const Notice lost { Notice::Severity::Warning, QStringLiteral("lost"), Remedy::SendAgain };
-        NoticeBar bar;
-        bar.setPassingNotice(lost);
-        bar.setPassingNotice(note(QStringLiteral("by the way")));
-        QCOMPARE(bar.notice(), lost);
+        const Alert lost { Alert::Severity::Warning, QStringLiteral("lost"), AlertAction::SendAgain };
+        AlertBar bar;
+        bar.setStatusMessage(lost);
+        bar.setStatusMessage(note(QStringLiteral("by the way")));
+        QCOMPARE(bar.alert(), lost);
         QCOMPARE(bar.note(), QStringLiteral("by the way"));
-        bar.setPassingNotice({});
-        QCOMPARE(bar.notice(), lost);
+        bar.setStatusMessage({});
+        QCOMPARE(bar.alert(), lost);
         QVERIFY(bar.note().isEmpty());
         bar.findChild<QAbstractButton*>(QStringLiteral("dismissButton"))->click();
         QVERIFY(bar.isHidden());
     }
 
-    void whatIsOlderThanThePassingNoticeGoesWithTheNoticeBefore()
+    void whatIsOlderThanTheStatusMessageGoesWithTheLastAlert()
     {
-        NoticeBar bar;
-        bar.setNotice({ Notice::Severity::Warning, QStringLiteral("slow"), Remedy::Stop });
-        bar.setPassingNotice(note(QStringLiteral("by the way")));
+        AlertBar bar;
+        bar.setAlert({ Alert::Severity::Warning, QStringLiteral("slow"), AlertAction::Stop });
+        bar.setStatusMessage(note(QStringLiteral("by the way")));
         QCOMPARE(bar.note(), QStringLiteral("by the way"));
-        const Notice lost { Notice::Severity::Warning, QStringLiteral("lost"), Remedy::SendAgain };
-        bar.setPassingNotice(lost);
-        QCOMPARE(bar.notice(), lost);
+        const Alert lost { Alert::Severity::Warning, QStringLiteral("lost"), AlertAction::SendAgain };
+        bar.setStatusMessage(lost);
+        QCOMPARE(bar.alert(), lost);
         QVERIFY(bar.note().isEmpty());
         // A failure displaces what can be sent again, and is displaced by nothing that passes.
-        bar.setNotice(failure(QStringLiteral("gone")));
-        bar.setPassingNotice(lost);
-        QCOMPARE(bar.notice(), failure(QStringLiteral("gone")));
+        bar.setAlert(failure(QStringLiteral("gone")));
+        bar.setStatusMessage(lost);
+        QCOMPARE(bar.alert(), failure(QStringLiteral("gone")));
         QCOMPARE(bar.note(), QStringLiteral("lost"));
     }
 
     void dismissingTakesTheNoteFirst()
     {
-        NoticeBar bar;
+        AlertBar bar;
         auto* const dismiss = bar.findChild<QAbstractButton*>(QStringLiteral("dismissButton"));
-        bar.setNotice(failure(QStringLiteral("gone")));
-        bar.setPassingNotice(note(QStringLiteral("by the way")));
+        bar.setAlert(failure(QStringLiteral("gone")));
+        bar.setStatusMessage(note(QStringLiteral("by the way")));
         dismiss->click();
         QVERIFY(bar.note().isEmpty());
-        QCOMPARE(bar.notice().text, QStringLiteral("gone"));
+        QCOMPARE(bar.alert().text, QStringLiteral("gone"));
         dismiss->click();
         QVERIFY(bar.isHidden());
     }
@@ -110,10 +110,10 @@ private Q_SLOTS:
         ConsoleFixture desk;
         desk.start({ ServerChoice::Kind::Remote, {}, ScriptedServer::host(), ScriptedServer::closedPort() });
         QVERIFY(desk.reaches(ServerState::Failed));
-        const Notice before = desk.notice();
+        const Alert before = desk.alert();
         desk.window->commandPanel().upload(QStringLiteral("/no/such/file"));
-        QCOMPARE(desk.notice(), before);
-        QVERIFY(desk.widget<NoticeBar>("noticeBar").note().contains(QStringLiteral("/no/such/file")));
+        QCOMPARE(desk.alert(), before);
+        QVERIFY(desk.widget<AlertBar>("alertBar").note().contains(QStringLiteral("/no/such/file")));
     }
 
     void aRemoteServerIsConnectedToAgain()
@@ -125,7 +125,7 @@ private Q_SLOTS:
         server.reset();
         desk.window->controller().checkServer();
         QVERIFY(desk.reaches(ServerState::Failed));
-        QVERIFY(desk.widget<QPushButton>("remedyButton").text().contains(QStringLiteral("Connect Again")));
+        QVERIFY(desk.widget<QPushButton>("alertButton").text().contains(QStringLiteral("Connect Again")));
     }
 
     // The status.
@@ -222,14 +222,14 @@ private Q_SLOTS:
         QFETCH(QString, prompt);
         QFETCH(QString, problem);
         QTemporaryDir directory;
-        QSettings memory(directory.filePath(QStringLiteral("console.ini")), QSettings::IniFormat);
+        QSettings store(directory.filePath(QStringLiteral("console.ini")), QSettings::IniFormat);
         if (!kind.isEmpty()) {
-            memory.setValue(QStringLiteral("server/kind"), kind);
-            memory.setValue(QStringLiteral("server/host"), host);
-            memory.setValue(QStringLiteral("server/port"), port);
-            memory.setValue(QStringLiteral("server/prompt"), prompt);
+            store.setValue(QStringLiteral("server/kind"), kind);
+            store.setValue(QStringLiteral("server/host"), host);
+            store.setValue(QStringLiteral("server/port"), port);
+            store.setValue(QStringLiteral("server/prompt"), prompt);
         }
-        const LastServer last = readLastServer(memory);
+        const LastServer last = readLastServer(store);
         QCOMPARE(last.problem.isEmpty(), problem.isEmpty());
         QVERIFY2(last.problem.contains(problem), qPrintable(last.problem));
     }
@@ -237,10 +237,10 @@ private Q_SLOTS:
     void whatIsWrittenIsRead()
     {
         QTemporaryDir directory;
-        QSettings memory(directory.filePath(QStringLiteral("console.ini")), QSettings::IniFormat);
+        QSettings store(directory.filePath(QStringLiteral("console.ini")), QSettings::IniFormat);
         const ServerChoice choice { ServerChoice::Kind::Remote, {}, QStringLiteral("::1"), 65535 };
-        writeLastServer(memory, choice, "\n# ");
-        const LastServer last = readLastServer(memory);
+        writeLastServer(store, choice, "\n# ");
+        const LastServer last = readLastServer(store);
         QVERIFY(last.choice == choice && last.problem.isEmpty());
         QCOMPARE(last.prompt, QByteArray("\n# "));
     }
@@ -248,19 +248,19 @@ private Q_SLOTS:
     void aWrongServerIsAskedFor()
     {
         ConsoleFixture desk;
-        desk.memory.setValue(QStringLiteral("server/kind"), QStringLiteral("remote"));
-        desk.memory.setValue(QStringLiteral("server/host"), QStringLiteral("daq"));
-        desk.memory.setValue(QStringLiteral("server/port"), QStringLiteral("99999"));
+        desk.store.setValue(QStringLiteral("server/kind"), QStringLiteral("remote"));
+        desk.store.setValue(QStringLiteral("server/host"), QStringLiteral("daq"));
+        desk.store.setValue(QStringLiteral("server/port"), QStringLiteral("99999"));
         desk.window->startServer({});
         QCOMPARE(desk.window->controller().state(), ServerState::Off);
-        QVERIFY(desk.notice().text.contains(QStringLiteral("99999")));
+        QVERIFY(desk.alert().text.contains(QStringLiteral("99999")));
         auto* const dialog = desk.window->findChild<ConnectDialog*>();
         QVERIFY(dialog && dialog->isVisible());
         QCOMPARE(dialog->findChild<QLineEdit*>(QStringLiteral("hostEdit"))->text(), QStringLiteral("daq"));
         dialog->reject();
         desk.window->close();
         QCOMPARE(
-            desk.memory.value(QStringLiteral("server/port")).toString(), QStringLiteral("99999")); // not overwritten
+            desk.store.value(QStringLiteral("server/port")).toString(), QStringLiteral("99999")); // not overwritten
     }
 
     void commandsAreKeptAtOnce()
@@ -270,17 +270,17 @@ private Q_SLOTS:
         desk.use(server);
         QVERIFY(desk.reaches(ServerState::Up));
         desk.send(QStringLiteral("typed"));
-        QSettings other(desk.memory.fileName(), QSettings::IniFormat);
+        QSettings other(desk.store.fileName(), QSettings::IniFormat);
         QCOMPARE(other.value(QStringLiteral("commands")).toStringList(), QStringList { QStringLiteral("typed") });
     }
 
-    void aMemoryThatCannotBeWrittenIsSaidOnce()
+    void aStoreThatCannotBeWrittenIsReportedOnce()
     {
         QTemporaryDir directory;
         QFile file(directory.filePath(QStringLiteral("file")));
         QVERIFY(file.open(QIODevice::WriteOnly));
-        QSettings memory(file.fileName() + QStringLiteral("/console.ini"), QSettings::IniFormat);
-        MainWindow window(memory);
+        QSettings store(file.fileName() + QStringLiteral("/console.ini"), QSettings::IniFormat);
+        MainWindow window(store);
         window.stateWatch().setInterval(0);
         window.show();
         ScriptedServer server;
@@ -298,5 +298,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestConsoleNotice)
+QTEST_MAIN(TestConsoleAlerts)
 #include "tst_consolealerts.moc"

@@ -22,14 +22,14 @@ using namespace console;
 
 namespace {
 
-/// A main window with a memory of its own.
+/// A main window with a store of its own.
 class Console {
 public:
     Console() { open(); }
     void open(const QString& language = QString())
     {
         window.reset();
-        window = std::make_unique<MainWindow>(memory, language);
+        window = std::make_unique<MainWindow>(store, language);
         window->show();
         QCoreApplication::processEvents();
     }
@@ -55,7 +55,7 @@ private:
     QTemporaryDir m_directory;
 
 public:
-    QSettings memory { m_directory.filePath(QStringLiteral("console.ini")), QSettings::IniFormat };
+    QSettings store { m_directory.filePath(QStringLiteral("console.ini")), QSettings::IniFormat };
     std::unique_ptr<MainWindow> window;
 };
 
@@ -150,10 +150,10 @@ private Q_SLOTS:
         QCOMPARE(console.menuTitle(), "&Help");
     }
 
-    void anUnknownMemoryIsTheDesktop()
+    void anUnknownStoredLanguageIsTheDesktops()
     {
         Console console;
-        console.memory.setValue(QStringLiteral("window/language"), QStringLiteral("xx"));
+        console.store.setValue(QStringLiteral("window/language"), QStringLiteral("xx"));
         console.open();
         QVERIFY(console.isChosen("desktopLanguageAction"));
         QCOMPARE(console.menuTitle(), "&Help");

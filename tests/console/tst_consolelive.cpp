@@ -394,8 +394,8 @@ private Q_SLOTS:
         QTRY_VERIFY_WITH_TIMEOUT(list->count() > 0, timeoutMs);
         desk.window->controller().tarnis().SetStatus(Tarnis::RUNNING);
         acceptChoice(*chooser);
-        QVERIFY(desk.notice().text.contains(QStringLiteral("Running")));
-        QVERIFY(desk.notice().text.contains(QStringLiteral("/data")));
+        QVERIFY(desk.alert().text.contains(QStringLiteral("Running")));
+        QVERIFY(desk.alert().text.contains(QStringLiteral("/data")));
         for (const QByteArray& request : server.requests())
             QVERIFY2(!request.contains("basepath"), request.constData());
     }

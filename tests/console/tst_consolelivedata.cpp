@@ -229,7 +229,7 @@ private Q_SLOTS:
         QVERIFY(isFilled(*window));
         door.shut();
         QVERIFY(desk.reaches(ServerState::Failed));
-        QVERIFY2(desk.notice().text.contains(QStringLiteral("by itself")), qPrintable(desk.notice().text));
+        QVERIFY2(desk.alert().text.contains(QStringLiteral("by itself")), qPrintable(desk.alert().text));
         const auto* const info = window->findChild<QLabel*>(QStringLiteral("infoLabel"));
         QVERIFY(info->text().contains(QStringLiteral("goes on as soon as it is back")));
         server.answer(curvesCommand, curvesOf(7));
@@ -237,7 +237,7 @@ private Q_SLOTS:
         QVERIFY(desk.reaches(ServerState::Up));
         QTRY_COMPARE_WITH_TIMEOUT(window->getGraphWidget()->getMaxValue(), 7.0, timeoutMs);
         QVERIFY(!info->isVisible());
-        QVERIFY(desk.notice().text.isEmpty());
+        QVERIFY(desk.alert().text.isEmpty());
     }
 
     void aLocalServerThatEndedSaysWhatHelps()
@@ -270,11 +270,11 @@ private Q_SLOTS:
         const qint64 process = desk.window->controller().tarnis().process()->processId();
         door.shut();
         QVERIFY(desk.reaches(ServerState::Failed));
-        QVERIFY2(desk.notice().text.contains(QStringLiteral("connects by itself")), qPrintable(desk.notice().text));
+        QVERIFY2(desk.alert().text.contains(QStringLiteral("connects by itself")), qPrintable(desk.alert().text));
         QVERIFY(door.open());
         QVERIFY(desk.reaches(ServerState::Up));
         QCOMPARE(desk.window->controller().tarnis().process()->processId(), process);
-        QVERIFY(desk.notice().text.isEmpty());
+        QVERIFY(desk.alert().text.isEmpty());
         const auto* const info = window->findChild<QLabel*>(QStringLiteral("infoLabel"));
         QTRY_VERIFY_WITH_TIMEOUT(!info->isVisible(), timeoutMs);
     }

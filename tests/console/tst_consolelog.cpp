@@ -35,7 +35,7 @@ public:
         file.write(bytes);
     }
     void remove() { QVERIFY(QFile::remove(path())); }
-    QSettings& memory() { return m_memory; }
+    QSettings& store() { return m_store; }
 
 private:
     void put(const QByteArray& bytes, QIODevice::OpenMode mode)
@@ -46,7 +46,7 @@ private:
     }
 
     QTemporaryDir m_directory;
-    QSettings m_memory { m_directory.filePath(QStringLiteral("memory.ini")), QSettings::IniFormat };
+    QSettings m_store { m_directory.filePath(QStringLiteral("memory.ini")), QSettings::IniFormat };
 };
 
 /// One look in words: text as it stands, events in angle brackets.
@@ -79,7 +79,7 @@ QString looked(LogTail& tail)
 class Viewer {
 public:
     explicit Viewer(Writer& writer)
-        : window(writer.memory(), nullptr)
+        : window(writer.store(), nullptr)
     {
         window.resize(600, 300);
         window.show();
@@ -281,7 +281,7 @@ private Q_SLOTS:
     {
         Writer writer;
         writer.append("here\n");
-        writer.memory().setValue(QStringLiteral("log/file"), writer.path());
+        writer.store().setValue(QStringLiteral("log/file"), writer.path());
         Viewer viewer(writer);
         QCOMPARE(viewer.text(), "here\n");
     }

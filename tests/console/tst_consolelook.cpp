@@ -20,7 +20,7 @@ class TestConsoleLook : public QObject {
     Q_OBJECT
 
     QTemporaryDir m_folder;
-    std::unique_ptr<QSettings> m_memory;
+    std::unique_ptr<QSettings> m_store;
     QPalette m_palette;
 
     static PlotStyle* styleOf(const QWidget& window) { return window.findChild<PlotStyle*>(); }
@@ -33,14 +33,14 @@ private Q_SLOTS:
     void init()
     {
         m_palette = QApplication::palette();
-        m_memory = std::make_unique<QSettings>(m_folder.filePath("settings.ini"), QSettings::IniFormat);
-        m_memory->clear();
+        m_store = std::make_unique<QSettings>(m_folder.filePath("settings.ini"), QSettings::IniFormat);
+        m_store->clear();
     }
     void cleanup() { QApplication::setPalette(m_palette); }
 
     void plotsFollowTheWindowAtFirst()
     {
-        const PlotLookMenu menu(*m_memory, nullptr);
+        const PlotLookMenu menu(*m_store, nullptr);
         QVERIFY(entry(menu, "window")->isChecked());
         QWidget window;
         new VectorGraphWidget(&window);
@@ -60,7 +60,7 @@ private Q_SLOTS:
         QWidget window;
         new VectorGraphWidget(&window);
         {
-            const PlotLookMenu menu(*m_memory, nullptr);
+            const PlotLookMenu menu(*m_store, nullptr);
             applyLook(window);
             entry(menu, "print")->trigger();
             QCOMPARE(styleOf(window)->theme(), PlotStyle::Theme::Print);
@@ -71,7 +71,7 @@ private Q_SLOTS:
             QVERIFY(styleOf(window) == nullptr);
             QVERIFY(entry(menu, "classic")->isChecked());
         }
-        const PlotLookMenu next(*m_memory, nullptr);
+        const PlotLookMenu next(*m_store, nullptr);
         QCOMPARE(plotLook(), PlotLook::Classic);
         QVERIFY(entry(next, "classic")->isChecked());
         entry(next, "highContrast")->trigger();
@@ -80,14 +80,14 @@ private Q_SLOTS:
 
     void aDamagedSettingIsTheWindowsLook()
     {
-        m_memory->setValue("window/plotLook", "purple");
-        const PlotLookMenu menu(*m_memory, nullptr);
+        m_store->setValue("window/plotLook", "purple");
+        const PlotLookMenu menu(*m_store, nullptr);
         QCOMPARE(plotLook(), PlotLook::Window);
     }
 
     void everyEntryHasTextAndToolTip()
     {
-        const PlotLookMenu menu(*m_memory, nullptr);
+        const PlotLookMenu menu(*m_store, nullptr);
         const QList<QAction*> entries = menu.actions();
         QCOMPARE(entries.size(), 6);
         for (const QAction* const action : entries) {

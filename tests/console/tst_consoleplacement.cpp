@@ -131,12 +131,12 @@ private Q_SLOTS:
         QVERIFY(window);
         const QRect place(console.screen().topLeft() + QPoint(40, 60), window->size() + QSize(17, 11));
         window->setGeometry(place);
-        QSettings& memory = console.desk.memory;
+        QSettings& store = console.desk.store;
         console.desk.window->leave();
         QVERIFY(console.desk.reaches(ServerState::Off));
         QTRY_VERIFY(!console.desk.window->isVisible());
 
-        MainWindow next(memory);
+        MainWindow next(store);
         next.stateWatch().setInterval(0);
         next.show();
         Options options;

@@ -213,7 +213,7 @@ private Q_SLOTS:
         RunConsole console(server);
         QVERIFY(console.knowsEvents(0));
         console.press("startRunButton");
-        QTRY_VERIFY(console.notice().text.contains(QStringLiteral("the disk is full")));
+        QTRY_VERIFY(console.alert().text.contains(QStringLiteral("the disk is full")));
         QVERIFY(console.window->controller().status() != Tarnis::RUNNING);
     }
 

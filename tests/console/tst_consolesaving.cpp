@@ -285,7 +285,7 @@ private Q_SLOTS:
         dialog.accept();
         setSaveFilePath(elsewhere); // another program's
         desk.window = nullptr;
-        desk.window = std::make_unique<MainWindow>(desk.memory);
+        desk.window = std::make_unique<MainWindow>(desk.store);
         QCOMPARE(QDir(getSaveDir()).path(), folder.path());
     }
 
@@ -297,7 +297,7 @@ private Q_SLOTS:
         if (trouble == SaveTrouble::FolderInPlace)
             QSKIP("the chooser enters the folder");
         SaveDesk desk;
-        desk.window->commandPanel().note(QString(9000, u'x')); // more than the disk holds
+        desk.window->commandPanel().addMessage(QString(9000, u'x')); // more than the disk holds
         SavePlace place(trouble, ".txt");
         if (!place.isThere())
             QSKIP("mounting is not allowed here");
@@ -310,7 +310,7 @@ private Q_SLOTS:
         const QString said = isGood ? QStringLiteral("Saved as") : QStringLiteral("was not saved");
         QVERIFY(desk.shows(said));
         QVERIFY(watchdog.isContent());
-        QCOMPARE(desk.widget<NoticeBar>("noticeBar").isVisible(), true);
+        QCOMPARE(desk.widget<AlertBar>("alertBar").isVisible(), true);
         if (isGood) {
             QVERIFY(place.content().contains(QByteArray(9000, 'x')));
             return;

@@ -32,31 +32,29 @@ ServerChoice remote(quint16 port, const QString& host = ScriptedServer::host())
     return { ServerChoice::Kind::Remote, {}, host, port };
 }
 
-/// A controller with short patience, and the notices that it gives.
+/// A controller with short patience, and the alerts that it gives.
 struct Control {
     ServerController controller;
-    QList<Notice> notices;
+    QList<Alert> alerts;
 
     Control()
     {
         controller.m_endTimeoutMs = 50;
-        QObject::connect(&controller, &ServerController::notice, &controller,
-            [this](const Notice& notice) { notices.append(notice); });
+        QObject::connect(
+            &controller, &ServerController::alert, &controller, [this](const Alert& alert) { alerts.append(alert); });
     }
     void start(const ServerChoice& choice) { controller.start(choice, "> "); }
     bool reaches(ServerState state)
     {
         return QTest::qWaitFor([&] { return controller.state() == state; }, timeoutMs);
     }
-    bool says(const QString& words, Remedy remedy)
+    bool says(const QString& words, AlertAction action)
     {
         return QTest::qWaitFor(
-            [&] {
-                return !notices.isEmpty() && notices.last().text.contains(words) && notices.last().remedy == remedy;
-            },
+            [&] { return !alerts.isEmpty() && alerts.last().text.contains(words) && alerts.last().action == action; },
             timeoutMs);
     }
-    QString lastWords() const { return notices.isEmpty() ? QString() : notices.last().text; }
+    QString lastWords() const { return alerts.isEmpty() ? QString() : alerts.last().text; }
 };
 
 } // namespace
@@ -230,7 +228,7 @@ private Q_SLOTS:
         control.start(remote(ScriptedServer::closedPort(), host));
         QVERIFY(control.reaches(ServerState::Failed));
         // A server that was never there may have another address.
-        QVERIFY2(control.says(words, Remedy::ChooseServer), qPrintable(control.lastWords()));
+        QVERIFY2(control.says(words, AlertAction::ChooseServer), qPrintable(control.lastWords()));
         QVERIFY(control.lastWords().contains(host));
         control.controller.stop();
         QVERIFY(control.reaches(ServerState::Off));
@@ -242,7 +240,7 @@ private Q_SLOTS:
         Control control;
         control.controller.m_probeTimeoutMs = 200;
         control.start(remote(server.port()));
-        QVERIFY2(control.says("prompt", Remedy::ChooseServer), qPrintable(control.lastWords()));
+        QVERIFY2(control.says("prompt", AlertAction::ChooseServer), qPrintable(control.lastWords()));
     }
 
     void saysThatALocalPromptIsWrong()
@@ -252,7 +250,8 @@ private Q_SLOTS:
         Control control;
         control.controller.m_probeTimeoutMs = 200;
         control.start(local(program));
-        QVERIFY2(control.says("does not greet with the prompt", Remedy::ChooseServer), qPrintable(control.lastWords()));
+        QVERIFY2(
+            control.says("does not greet with the prompt", AlertAction::ChooseServer), qPrintable(control.lastWords()));
         QVERIFY(!control.lastWords().contains(QStringLiteral("port")));
     }
 
@@ -262,7 +261,7 @@ private Q_SLOTS:
         Control control;
         control.controller.setKnown(choice);
         control.start(choice);
-        QVERIFY2(control.says("connect again", Remedy::ConnectAgain), qPrintable(control.lastWords()));
+        QVERIFY2(control.says("connect again", AlertAction::ConnectAgain), qPrintable(control.lastWords()));
     }
 
     void aServerThatGreetsNoMoreHasTheRightPrompt()
@@ -274,7 +273,7 @@ private Q_SLOTS:
         QVERIFY(control.reaches(ServerState::Up));
         server.setScript(server.connectionCount(), { Step::silence() });
         control.controller.checkServer();
-        QVERIFY2(control.says("does not greet any more", Remedy::ConnectAgain), qPrintable(control.lastWords()));
+        QVERIFY2(control.says("does not greet any more", AlertAction::ConnectAgain), qPrintable(control.lastWords()));
     }
 
     void aBrokenControlSessionIsSaidInTheSocketsWords()
@@ -285,7 +284,7 @@ private Q_SLOTS:
         control.start(remote(server.port()));
         QVERIFY(control.reaches(ServerState::Up));
         control.controller.tarnis().SendCmd(QStringLiteral("control"), QStringLiteral("n"), QStringLiteral("a"), false);
-        QVERIFY2(control.says("broke: The remote host closed the connection.", Remedy::ConnectAgain),
+        QVERIFY2(control.says("broke: The remote host closed the connection.", AlertAction::ConnectAgain),
             qPrintable(control.lastWords()));
         QCOMPARE(control.controller.tarnis().lastError(), QStringLiteral("The remote host closed the connection"));
     }
@@ -314,7 +313,7 @@ private Q_SLOTS:
         server.reset();
         control.controller.checkServer();
         QVERIFY(control.reaches(ServerState::Failed));
-        QVERIFY2(control.says("again", Remedy::ConnectAgain), qPrintable(control.lastWords()));
+        QVERIFY2(control.says("again", AlertAction::ConnectAgain), qPrintable(control.lastWords()));
         QCOMPARE(control.controller.status(), Tarnis::SERVER_ERROR);
 
         ScriptedServer next;
@@ -383,7 +382,7 @@ private Q_SLOTS:
         Control control;
         control.start(local(program));
         QVERIFY(control.reaches(ServerState::Failed));
-        QVERIFY2(control.says(words, Remedy::StartAgain), qPrintable(control.lastWords()));
+        QVERIFY2(control.says(words, AlertAction::StartAgain), qPrintable(control.lastWords()));
     }
 
     void aMissingProgramIsSaidByName()
@@ -391,7 +390,7 @@ private Q_SLOTS:
         Control control;
         control.start({ ServerChoice::Kind::Local, QStringLiteral("/no/such/server"), {}, 0 });
         QCOMPARE(control.controller.state(), ServerState::Failed);
-        QVERIFY(control.says("/no/such/server", Remedy::ChooseServer));
+        QVERIFY(control.says("/no/such/server", AlertAction::ChooseServer));
     }
 
     void aProgramThatCannotRunIsSaidByName()
@@ -405,7 +404,7 @@ private Q_SLOTS:
         Control control;
         control.start(local(program));
         QCOMPARE(control.controller.state(), ServerState::Failed);
-        QVERIFY2(control.says(program.path(), Remedy::ChooseServer), qPrintable(control.lastWords()));
+        QVERIFY2(control.says(program.path(), AlertAction::ChooseServer), qPrintable(control.lastWords()));
     }
 
     void aServerWithoutAPortCanBeStopped_data()
@@ -422,7 +421,7 @@ private Q_SLOTS:
         Control control;
         control.controller.m_portTimeoutMs = 100;
         control.start(local(program));
-        QVERIFY2(control.says("port", Remedy::Stop), qPrintable(control.lastWords()));
+        QVERIFY2(control.says("port", AlertAction::Stop), qPrintable(control.lastWords()));
         QCOMPARE(control.controller.state(), ServerState::Starting);
         const qint64 processId = control.controller.tarnis().process()->processId();
         control.controller.stop();
@@ -439,7 +438,7 @@ private Q_SLOTS:
         QVERIFY(control.reaches(ServerState::Up));
         const qint64 processId = control.controller.tarnis().process()->processId();
         control.controller.stop();
-        QVERIFY2(control.says("not done so", Remedy::EndByForce), qPrintable(control.lastWords()));
+        QVERIFY2(control.says("not done so", AlertAction::EndByForce), qPrintable(control.lastWords()));
         QVERIFY(isRunning(processId));
         control.controller.endByForce();
         QVERIFY(control.reaches(ServerState::Off));
@@ -458,7 +457,7 @@ private Q_SLOTS:
         QVERIFY(server.waitForRequest("a"));
         control.controller.endByForce();
         QVERIFY(control.reaches(ServerState::Failed));
-        QVERIFY2(control.says("crashed", Remedy::StartAgain), qPrintable(control.lastWords()));
+        QVERIFY2(control.says("crashed", AlertAction::StartAgain), qPrintable(control.lastWords()));
         control.controller.restart();
         QVERIFY(control.reaches(ServerState::Up));
         QSignalSpy replied(&control.controller.tarnis(), &Tarnis::onCmdReply);
@@ -475,7 +474,7 @@ private Q_SLOTS:
         control.controller.tarnis().SetStatus(Tarnis::HARDWARE_BUSY);
         control.controller.stop();
         QCOMPARE(control.controller.state(), ServerState::Up);
-        QVERIFY(control.says("Hardware busy", Remedy::None));
+        QVERIFY(control.says("Hardware busy", AlertAction::None));
         control.controller.tarnis().SetStatus(Tarnis::SERVER_CONNECTED);
         control.controller.stop();
         QVERIFY(control.reaches(ServerState::Off));

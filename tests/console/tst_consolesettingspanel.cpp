@@ -166,7 +166,7 @@ private Q_SLOTS:
         QVERIFY(desk.pressed("downloadButton"));
         QTRY_VERIFY_WITH_TIMEOUT(desk.settingsState().contains(QStringLiteral("rate is too small")), timeoutMs);
         QVERIFY(!desk.record().contains(QStringLiteral("too small")));
-        QVERIFY(desk.notice().text.isEmpty());
+        QVERIFY(desk.alert().text.isEmpty());
         const auto readings = server.requests().count("setting");
         desk.press("readButton");
         QTRY_VERIFY_WITH_TIMEOUT(server.requests().count("setting") > readings, timeoutMs);

@@ -77,7 +77,7 @@ private Q_SLOTS:
         QVERIFY(desk.asks(*server, 2));
         server.reset();
         QVERIFY(desk.reaches(ServerState::Failed));
-        QVERIFY(!desk.notice().text.isEmpty());
+        QVERIFY(!desk.alert().text.isEmpty());
     }
 
     void aBrokenConnectionAloneIsNoNews()
@@ -88,7 +88,7 @@ private Q_SLOTS:
         const QString record = desk.record();
         desk.watch();
         QVERIFY(desk.has(Tarnis::RUNNING));
-        QVERIFY(desk.notice().text.isEmpty());
+        QVERIFY(desk.alert().text.isEmpty());
         QCOMPARE(desk.record(), record);
     }
 

@@ -34,7 +34,7 @@ std::pair<double, double> rangeX(XYGraphWidget& plot)
 
 QString viewFile(const ConsoleFixture& desk, const QString& id)
 {
-    return QFileInfo(desk.memory.fileName()).path() + QStringLiteral("/views/") + id + QStringLiteral(".json");
+    return QFileInfo(desk.store.fileName()).path() + QStringLiteral("/views/") + id + QStringLiteral(".json");
 }
 
 } // namespace
@@ -131,7 +131,7 @@ private Q_SLOTS:
         desk.use(server);
         QVERIFY(desk.reaches(ServerState::Up) && isListed(desk, "time"));
         auto* const window = desk.open<Graph1DDialog>("curves");
-        QVERIFY2(desk.notice().text.contains(path), qPrintable(desk.notice().text));
+        QVERIFY2(desk.alert().text.contains(path), qPrintable(desk.alert().text));
         QPointer<QWidget> guard = window;
         window->close();
         QTRY_VERIFY(guard.isNull());

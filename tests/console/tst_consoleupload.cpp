@@ -116,7 +116,7 @@ private Q_SLOTS:
         QCOMPARE(questionOf(desk)->defaultButton(), questionOf(desk)->button(QMessageBox::Cancel));
         // Another one waits for the answer to this one.
         desk.window->commandPanel().upload(files.file(QStringLiteral("other.txt")));
-        QVERIFY(desk.notice().text.contains(QStringLiteral("is on its way")));
+        QVERIFY(desk.alert().text.contains(QStringLiteral("is on its way")));
         answer(desk, QMessageBox::Cancel);
         QTRY_VERIFY(!questionOf(desk));
         desk.send(QStringLiteral("stat"));
@@ -158,7 +158,7 @@ private Q_SLOTS:
         QVERIFY(desk.reaches(ServerState::Off));
         QVERIFY(desk.record().contains(QStringLiteral("is not sent: the server was stopped.")));
         desk.window->commandPanel().upload(files.file(QStringLiteral("new.txt")));
-        QVERIFY(desk.notice().text.contains(QStringLiteral("there is no connection")));
+        QVERIFY(desk.alert().text.contains(QStringLiteral("there is no connection")));
     }
 
     void aFileThatCannotBeUploadedIsRefusedWithAReason()
@@ -169,9 +169,9 @@ private Q_SLOTS:
         desk.use(server);
         QVERIFY(desk.reaches(ServerState::Up));
         desk.window->commandPanel().upload(QStringLiteral("/no/such/file"));
-        QVERIFY(desk.notice().text.contains(QStringLiteral("cannot be read")));
+        QVERIFY(desk.alert().text.contains(QStringLiteral("cannot be read")));
         desk.window->commandPanel().upload(files.file(QString::fromUtf8("\u03b1.txt")));
-        QVERIFY(desk.notice().text.contains(QStringLiteral("its name cannot be sent")));
+        QVERIFY(desk.alert().text.contains(QStringLiteral("its name cannot be sent")));
         desk.window->commandPanel().upload(files.file(QStringLiteral("eot.txt"), "a\x04z"));
         QVERIFY(desk.shows(QStringLiteral("NG:File contains EOT(0x04) char.")));
     }

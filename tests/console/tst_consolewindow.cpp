@@ -245,16 +245,16 @@ private Q_SLOTS:
         QVERIFY(contrast(palette.color(QPalette::ButtonText), palette.color(QPalette::Button)) >= 4.5);
         QVERIFY(contrast(palette.color(QPalette::HighlightedText), palette.color(QPalette::Highlight)) >= 4.5);
         for (const auto severity :
-            { Notice::Severity::Information, Notice::Severity::Warning, Notice::Severity::Failure }) {
-            QVERIFY(contrast(palette.color(QPalette::WindowText), noticeGround(palette, severity)) >= 4.5);
+            { Alert::Severity::Information, Alert::Severity::Warning, Alert::Severity::Failure }) {
+            QVERIFY(contrast(palette.color(QPalette::WindowText), alertBackground(palette, severity)) >= 4.5);
         }
     }
 
-    void aNoticeStaysReadableWhenItGetsDark()
+    void anAlertStaysReadableInDarkColours()
     {
         ConsoleFixture desk;
-        auto& bar = desk.widget<NoticeBar>("noticeBar");
-        bar.setNotice({ Notice::Severity::Information, QStringLiteral("words"), Remedy::None });
+        auto& bar = desk.widget<AlertBar>("alertBar");
+        bar.setAlert({ Alert::Severity::Information, QStringLiteral("words"), AlertAction::None });
         for (int i = 0; i < 2; ++i) {
             desk.choose("darkAction");
             QCoreApplication::processEvents();
@@ -298,11 +298,12 @@ private Q_SLOTS:
         QCOMPARE(QApplication::palette().resolveMask(), 0); // no role is held against a change of the desktop's
     }
 
-    void theLampsDifferInShape()
+    void theIndicatorsDifferInShape()
     {
         QList<QImage> shapes;
-        for (const Lamp lamp : { Lamp::Off, Lamp::Waiting, Lamp::Good, Lamp::Busy, Lamp::Bad })
-            shapes.append(lampPicture(lamp, 18, 1.0).toImage().convertToFormat(QImage::Format_Alpha8));
+        for (const StatusIndicator indicator : { StatusIndicator::Off, StatusIndicator::Waiting, StatusIndicator::Good,
+                 StatusIndicator::Busy, StatusIndicator::Bad })
+            shapes.append(indicatorPicture(indicator, 18, 1.0).toImage().convertToFormat(QImage::Format_Alpha8));
         for (qsizetype i = 0; i < shapes.size(); ++i) {
             for (qsizetype k = i + 1; k < shapes.size(); ++k)
                 QVERIFY(shapes.at(i) != shapes.at(k));
@@ -412,12 +413,12 @@ private Q_SLOTS:
         QVERIFY(desk.reaches(ServerState::Up));
         desk.send(QStringLiteral("a"));
         desk.type(QStringLiteral("being typed"));
-        QTRY_COMPARE_WITH_TIMEOUT(desk.notice().remedy, Remedy::SendAgain, timeoutMs);
-        QVERIFY(desk.notice().text.contains(u'a'));
+        QTRY_COMPARE_WITH_TIMEOUT(desk.alert().action, AlertAction::SendAgain, timeoutMs);
+        QVERIFY(desk.alert().text.contains(u'a'));
         QCOMPARE(desk.window->controller().state(), ServerState::Up);
-        desk.press("remedyButton");
+        desk.press("alertButton");
         QVERIFY(desk.shows(QStringLiteral("whole")));
-        QVERIFY(desk.notice().text.isEmpty());
+        QVERIFY(desk.alert().text.isEmpty());
         QCOMPARE(desk.edit().text(), QStringLiteral("being typed"));
     }
 
@@ -431,9 +432,9 @@ private Q_SLOTS:
         desk.send(QStringLiteral("a"));
         QVERIFY(desk.shows(QStringLiteral("No reply: a")));
         QCOMPARE(desk.edit().text(), QStringLiteral("a"));
-        QTRY_COMPARE_WITH_TIMEOUT(desk.notice().remedy, Remedy::SendAgain, timeoutMs);
+        QTRY_COMPARE_WITH_TIMEOUT(desk.alert().action, AlertAction::SendAgain, timeoutMs);
         QTest::keyClick(&desk.edit(), Qt::Key_Return);
-        QVERIFY(desk.notice().text.isEmpty()); // else it could be sent a second time
+        QVERIFY(desk.alert().text.isEmpty()); // else it could be sent a second time
         QVERIFY(desk.shows(QStringLiteral("whole")));
     }
 
@@ -451,7 +452,7 @@ private Q_SLOTS:
         desk.press("giveUpButton");
         QVERIFY(!desk.window->commandPanel().isBusy());
         QVERIFY(desk.record().contains(QStringLiteral("Given up: never")));
-        QVERIFY(desk.notice().text.isEmpty());
+        QVERIFY(desk.alert().text.isEmpty());
         desk.send(QStringLiteral("next"));
         QVERIFY(desk.shows(QStringLiteral("done")));
     }
@@ -469,11 +470,11 @@ private Q_SLOTS:
             desk.send(QLatin1String(command));
         QVERIFY(server.waitForRequest("never"));
         desk.press("giveUpButton");
-        QCOMPARE(desk.notice().remedy, Remedy::SendAgain);
-        QVERIFY2(desk.notice().text.contains(QStringLiteral("2 commands")), qPrintable(desk.notice().text));
-        desk.press("remedyButton");
+        QCOMPARE(desk.alert().action, AlertAction::SendAgain);
+        QVERIFY2(desk.alert().text.contains(QStringLiteral("2 commands")), qPrintable(desk.alert().text));
+        desk.press("alertButton");
         QVERIFY(desk.shows(QStringLiteral("done too")));
-        QVERIFY(desk.notice().text.isEmpty());
+        QVERIFY(desk.alert().text.isEmpty());
         QCOMPARE(server.requests().count("never"), 1);
     }
 
@@ -597,11 +598,11 @@ private Q_SLOTS:
         QVERIFY(server.waitForRequest("a"));
         desk.choose("forceAction");
         QVERIFY(desk.reaches(ServerState::Failed));
-        QCOMPARE(desk.notice().remedy, Remedy::StartAgain);
+        QCOMPARE(desk.alert().action, AlertAction::StartAgain);
         QCOMPARE(desk.widget<QLabel>("statusLabel").text(), QStringLiteral("No connection"));
-        desk.press("remedyButton");
+        desk.press("alertButton");
         QVERIFY(desk.reaches(ServerState::Up));
-        QVERIFY(desk.notice().text.isEmpty());
+        QVERIFY(desk.alert().text.isEmpty());
         QCOMPARE(desk.edit().text(), QStringLiteral("being typed"));
         desk.send(QStringLiteral("b"));
         QVERIFY(desk.shows(QStringLiteral("> b\n(an empty reply)")));
@@ -662,9 +663,9 @@ private Q_SLOTS:
         QVERIFY(desk.reaches(ServerState::Up));
         const qint64 processId = desk.window->controller().tarnis().process()->processId();
         desk.window->close();
-        QTRY_COMPARE_WITH_TIMEOUT(desk.notice().remedy, Remedy::EndByForce, timeoutMs);
+        QTRY_COMPARE_WITH_TIMEOUT(desk.alert().action, AlertAction::EndByForce, timeoutMs);
         QVERIFY(desk.window->isVisible());
-        desk.press("remedyButton");
+        desk.press("alertButton");
         QTRY_VERIFY_WITH_TIMEOUT(!desk.window->isVisible(), timeoutMs);
         QVERIFY(!isRunning(processId));
     }
@@ -678,7 +679,7 @@ private Q_SLOTS:
         desk.window->controller().tarnis().SetStatus(Tarnis::HARDWARE_BUSY);
         desk.window->close();
         QVERIFY(desk.window->isVisible());
-        QVERIFY(desk.notice().text.contains(QStringLiteral("busy")));
+        QVERIFY(desk.alert().text.contains(QStringLiteral("busy")));
         desk.window->controller().tarnis().SetStatus(Tarnis::SERVER_CONNECTED);
         desk.choose("shutDownAction");
         QVERIFY(desk.reaches(ServerState::Off));
@@ -695,8 +696,8 @@ private Q_SLOTS:
         options.server = ServerChoice { ServerChoice::Kind::Remote, {}, ScriptedServer::host(), server.port() };
         options.prompt = "# ";
         {
-            QSettings memory(file, QSettings::IniFormat);
-            MainWindow window(memory);
+            QSettings store(file, QSettings::IniFormat);
+            MainWindow window(store);
             window.resize(1300, 800);
             window.show();
             window.commandPanel().history().add(QStringLiteral("typed once"));
@@ -705,8 +706,8 @@ private Q_SLOTS:
             window.close();
             QTRY_VERIFY_WITH_TIMEOUT(!window.isVisible(), timeoutMs);
         }
-        QSettings memory(file, QSettings::IniFormat);
-        MainWindow window(memory);
+        QSettings store(file, QSettings::IniFormat);
+        MainWindow window(store);
         window.show();
         QCOMPARE(window.commandPanel().history().entries(), QStringList { "typed once" });
         window.startServer({});

@@ -240,7 +240,7 @@ private Q_SLOTS:
         openAll(desk);
         server.reset();
         QVERIFY(desk.reaches(ServerState::Failed));
-        QTRY_VERIFY_WITH_TIMEOUT(!desk.notice().text.isEmpty(), timeoutMs);
+        QTRY_VERIFY_WITH_TIMEOUT(!desk.alert().text.isEmpty(), timeoutMs);
         changeThereAndBack(desk);
     }
 

@@ -41,7 +41,7 @@ QColor tintedWindow(const QPalette& palette, const QColor& tint, double share)
     return mixed(palette.color(QPalette::Window), tint, share);
 }
 
-QPixmap lampPicture(Lamp lamp, int size, qreal devicePixelRatio)
+QPixmap indicatorPicture(StatusIndicator indicator, int size, qreal devicePixelRatio)
 {
     QPixmap pixmap(QSize(size, size) * devicePixelRatio);
     pixmap.setDevicePixelRatio(devicePixelRatio);
@@ -50,25 +50,25 @@ QPixmap lampPicture(Lamp lamp, int size, qreal devicePixelRatio)
     painter.setRenderHint(QPainter::Antialiasing);
     const QRectF area = QRectF(0, 0, size, size).adjusted(2, 2, -2, -2);
     painter.setPen(QPen(QColor(0x808080), 1.5));
-    switch (lamp) {
-    case Lamp::Off:
+    switch (indicator) {
+    case StatusIndicator::Off:
         painter.drawEllipse(area);
         break;
-    case Lamp::Waiting:
+    case StatusIndicator::Waiting:
         painter.setBrush(QColor(0xf9ab00));
         painter.drawPie(area, 90 * 16, -180 * 16);
         painter.setBrush(Qt::NoBrush);
         painter.drawEllipse(area);
         break;
-    case Lamp::Good:
+    case StatusIndicator::Good:
         painter.setBrush(QColor(0x34a853));
         painter.drawEllipse(area);
         break;
-    case Lamp::Busy:
+    case StatusIndicator::Busy:
         painter.setBrush(QColor(0x1a73e8));
         painter.drawPolygon(QPolygonF { area.topLeft(), QPointF(area.right(), area.center().y()), area.bottomLeft() });
         break;
-    case Lamp::Bad:
+    case StatusIndicator::Bad:
         painter.setBrush(QColor(0xd93025));
         painter.drawRect(area);
         break;

@@ -8,7 +8,7 @@ class QPixmap;
 
 namespace console {
 
-enum class Lamp { Off, Waiting, Good, Busy, Bad };
+enum class StatusIndicator { Off, Waiting, Good, Busy, Bad };
 
 /// Whether text stands light on dark.
 bool isDark(const QPalette& palette);
@@ -21,8 +21,8 @@ QColor quietText(const QPalette& palette);
 /// The palette's window colour with a share (0 to 1) of another colour.
 QColor tintedWindow(const QPalette& palette, const QColor& tint, double share);
 
-/// A lamp of `size` pixels. Each has a shape of its own, so that the colour is not needed to tell them apart.
-QPixmap lampPicture(Lamp lamp, int size, qreal devicePixelRatio);
+/// An indicator of `size` pixels. Each has a shape of its own, so that the colour is not needed to tell them apart.
+QPixmap indicatorPicture(StatusIndicator indicator, int size, qreal devicePixelRatio);
 
 /// A dark palette for the night shift.
 QPalette darkPalette();

@@ -10,13 +10,13 @@ namespace console {
 
 namespace {
 
-constexpr QLatin1String memoryKey("window/language");
+constexpr QLatin1String storeKey("window/language");
 
 } // namespace
 
-LanguageMenu::LanguageMenu(QSettings& memory, const QString& language, QWidget* parent)
+LanguageMenu::LanguageMenu(QSettings& store, const QString& language, QWidget* parent)
     : QMenu(parent)
-    , m_memory(memory)
+    , m_store(store)
     , m_group(new QActionGroup(this))
     , m_desktopAction(addAction(QString()))
 {
@@ -26,7 +26,7 @@ LanguageMenu::LanguageMenu(QSettings& memory, const QString& language, QWidget* 
     const QList<Language> all = languages();
     for (const Language& known : all)
         addAction(known.name)->setData(known.code);
-    const QString chosen = language.isEmpty() ? m_memory.value(memoryKey).toString() : language;
+    const QString chosen = language.isEmpty() ? m_store.value(storeKey).toString() : language;
     m_desktopAction->setChecked(true);
     const QList<QAction*> choices = actions();
     for (QAction* const action : choices) {
@@ -44,7 +44,7 @@ LanguageMenu::LanguageMenu(QSettings& memory, const QString& language, QWidget* 
 
 void LanguageMenu::choose(const QString& code)
 {
-    m_memory.setValue(memoryKey, code);
+    m_store.setValue(storeKey, code);
     setLanguage(code);
 }
 

@@ -9,19 +9,19 @@ class QSettings;
 namespace console {
 
 /// One entry for the desktop's language and one for each catalogue. The choice is kept under "window/language" of
-/// `memory`, which must outlive the menu, and is in force as soon as the menu exists, unless `language` is given: that
+/// `store`, which must outlive the menu, and is in force as soon as the menu exists, unless `language` is given: that
 /// is in force until something is chosen, and is not kept.
 class LanguageMenu : public QMenu {
     Q_OBJECT
 public:
-    LanguageMenu(QSettings& memory, const QString& language, QWidget* parent);
+    LanguageMenu(QSettings& store, const QString& language, QWidget* parent);
 
 protected:
     void changeEvent(QEvent* event) override;
     void choose(const QString& code);
     void setTexts();
 
-    QSettings& m_memory;
+    QSettings& m_store;
     QActionGroup* m_group;
     QAction* m_desktopAction;
 };

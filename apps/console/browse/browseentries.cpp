@@ -19,7 +19,7 @@ void setBasePath(ServerController& controller, const QString& path)
     if (problem.isEmpty())
         controller.tarnis().SetBasePath(path, false);
     else
-        controller.tell(noticeOf(Notice::Severity::Warning,
+        controller.showStatusMessage(alertOf(Alert::Severity::Warning,
             [path, problem] { return Windows::tr("%1 is not the base path now: %2").arg(path, problem); }));
 }
 

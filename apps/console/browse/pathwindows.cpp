@@ -36,12 +36,12 @@ QString nameProblem(const QString& name)
 
 } // namespace
 
-FolderChooser::FolderChooser(const WindowContext& context, const Words& title)
+FolderChooser::FolderChooser(const WindowContext& context, const tarnis::TranslatedText& title)
     : SelectPathDialog(QString(), context.link.session(), context.parent)
     , m_keeper(context.controller, session)
     , m_guide(*this, [this] { return choice(); })
 {
-    keepTitle(*this, title);
+    tarnis::setTranslatedTitle(*this, title);
     setAttribute(Qt::WA_DeleteOnClose);
     listen();
     connect(&m_keeper, &SessionRecovery::lost, this, [this] { m_guide.setLost(true); });
@@ -96,12 +96,12 @@ ChooserGuide::Choice FolderChooser::choice()
     return { nameProblem(name), joined(getDir(), matchExt(name) ? name : name + exts.constFirst()) };
 }
 
-FileChooser::FileChooser(const WindowContext& context, const Words& title)
+FileChooser::FileChooser(const WindowContext& context, const tarnis::TranslatedText& title)
     : SelectDirectoryDialog(QString(), context.link.session(), context.parent)
     , m_keeper(context.controller, session)
     , m_guide(*this, [this] { return choice(); })
 {
-    keepTitle(*this, title);
+    tarnis::setTranslatedTitle(*this, title);
     setAttribute(Qt::WA_DeleteOnClose);
     listen();
     connect(&m_keeper, &SessionRecovery::lost, this, [this] { m_guide.setLost(true); });

@@ -16,7 +16,7 @@ struct WindowContext;
 class FolderChooser : public SelectPathDialog {
     Q_OBJECT
 public:
-    FolderChooser(const WindowContext& context, const Words& title);
+    FolderChooser(const WindowContext& context, const tarnis::TranslatedText& title);
 
     /// Asks for the name of a file too, and takes any as it is typed; `name` is there from the start.
     void askForName(const QString& name);
@@ -35,7 +35,7 @@ protected:
 class FileChooser : public SelectDirectoryDialog {
     Q_OBJECT
 public:
-    FileChooser(const WindowContext& context, const Words& title);
+    FileChooser(const WindowContext& context, const tarnis::TranslatedText& title);
 
 protected:
     void closeEvent(QCloseEvent* event) override;

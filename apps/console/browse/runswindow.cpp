@@ -1,13 +1,13 @@
 #include "browse/runswindow.h"
 
 #include "app/availability.h"
-#include "app/words.h"
 #include "browse/pathwindows.h"
 #include "command/commandpanel.h"
 #include "server/commandchannel.h"
 #include "server/replytext.h"
 #include "server/servercontroller.h"
 #include "ui_runswindow.h"
+#include <tarnis/foundation/retranslator.h>
 
 #include <QEvent>
 #include <QHeaderView>
@@ -58,12 +58,13 @@ RunsWindow::RunsWindow(const WindowContext& context)
     connect(m_link, &CommandChannel::replied, this, &RunsWindow::onReplied);
     connect(m_link, &CommandChannel::waitingChanged, this, &RunsWindow::updateControls);
     connect(m_link, &CommandChannel::failed, this, [this](int, const QString& message) {
-        say(*ui->stateLabel, [message] { return tr("No reply: %1. Refresh to ask again.").arg(message); });
+        tarnis::setTranslatedText(
+            *ui->stateLabel, [message] { return tr("No reply: %1. Refresh to ask again.").arg(message); });
         m_context.controller.checkServer();
     });
     connect(&context.controller, &ServerController::aboutToStop, this, [this] {
         if (!m_link->drop().isEmpty())
-            say(*ui->stateLabel, [] { return tr("No reply: the server was stopped."); });
+            tarnis::setTranslatedText(*ui->stateLabel, [] { return tr("No reply: the server was stopped."); });
     });
     connect(&context.controller, &ServerController::stateChanged, this, &RunsWindow::updateControls);
     fillPrefixes();
@@ -85,12 +86,12 @@ void RunsWindow::refresh()
     m_link->drop(); // another folder was asked for: its list does not count any more
     m_asked = ui->folderEdit->text().trimmed();
     if (const QString problem = commandProblem(quotedPath(m_asked)); !problem.isEmpty()) {
-        say(*ui->stateLabel, [asked = quotedPath(m_asked)] {
+        tarnis::setTranslatedText(*ui->stateLabel, [asked = quotedPath(m_asked)] {
             return tr("The folder cannot be asked for: %1").arg(commandProblem(asked));
         });
         return;
     }
-    say(*ui->stateLabel, [] { return tr("Asking the server..."); });
+    tarnis::setTranslatedText(*ui->stateLabel, [] { return tr("Asking the server..."); });
     if (m_asked.isEmpty())
         ask(QStringLiteral("pwd"), pwdName);
     else
@@ -109,7 +110,7 @@ void RunsWindow::onReplied(const PTarnisCmd& command, const QByteArray& reply)
     const QString text = QString::fromUtf8(reply);
     QStringList lines = text.split(u'\n');
     if (!lines.constFirst().startsWith(u"OK:")) {
-        say(*ui->stateLabel,
+        tarnis::setTranslatedText(*ui->stateLabel,
             [answer = text.trimmed()] { return tr("The server does not list the folder: %1").arg(answer); });
         return;
     }
@@ -153,7 +154,7 @@ void RunsWindow::showCount()
 {
     if (!m_isListed)
         return;
-    say(*ui->stateLabel, [this] {
+    tarnis::setTranslatedText(*ui->stateLabel, [this] {
         const int all = m_runs.rowCount();
         const int shown = m_order.rowCount();
         const QString count =

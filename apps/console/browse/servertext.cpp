@@ -328,9 +328,9 @@ void ServerTextWindow::reject()
     });
 }
 
-void ServerTextWindow::tell(const Words& words)
+void ServerTextWindow::tell(const tarnis::TranslatedText& words)
 {
-    say(*ui->stateLabel, words);
+    tarnis::setTranslatedText(*ui->stateLabel, words);
 }
 
 void ServerTextWindow::updateControls()

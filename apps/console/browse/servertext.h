@@ -1,8 +1,8 @@
 // A text file on the server's side: opened, edited and saved there.
 #pragma once
 
-#include "app/words.h"
 #include "windows/window.h"
+#include <tarnis/foundation/retranslator.h>
 
 #include <tarnis/server/tarniscmd.h>
 
@@ -61,7 +61,7 @@ protected:
     void onWritten(const QByteArray& reply);
     bool isModified() const;
     void keepModified();
-    void tell(const Words& words);
+    void tell(const tarnis::TranslatedText& words);
     void updateControls();
 
     WindowContext m_context;

@@ -42,8 +42,9 @@ CommandPanel::CommandPanel(ServerController& controller, QWidget* parent)
     connect(ui->uploadButton, &QPushButton::clicked, this, &CommandPanel::chooseUpload);
 
     connect(m_uploader, &Uploader::ready, this, &CommandPanel::sendFile);
-    connect(m_uploader, &Uploader::refused, this,
-        [this](const Words& words) { Q_EMIT notice(noticeOf(Notice::Severity::Warning, words)); });
+    connect(m_uploader, &Uploader::refused, this, [this](const tarnis::TranslatedText& words) {
+        Q_EMIT statusMessage(alertOf(Alert::Severity::Warning, words));
+    });
     connect(m_link, &CommandChannel::progress, this, &CommandPanel::onProgress);
     connect(m_link, &CommandChannel::replied, this, &CommandPanel::onReplied);
     connect(m_link, &CommandChannel::failed, this, &CommandPanel::onFailed);
@@ -88,7 +89,7 @@ QString CommandPanel::recordText() const
     return ui->transcript->toPlainText();
 }
 
-void CommandPanel::note(const QString& text)
+void CommandPanel::addMessage(const QString& text)
 {
     ui->transcript->addNote(text);
 }
@@ -157,12 +158,12 @@ void CommandPanel::giveUp()
     keepLost(behind);
     if (behind.isEmpty())
         return;
-    Q_EMIT notice(noticeOf(
-        Notice::Severity::Warning,
+    Q_EMIT statusMessage(alertOf(
+        Alert::Severity::Warning,
         [name = lost.first().name, count = int(behind.size())] {
             return tr("\u201c%1\u201d is given up; %Ln command(s) behind it got no reply.", nullptr, count).arg(name);
         },
-        Remedy::SendAgain));
+        AlertAction::SendAgain));
 }
 
 void CommandPanel::changeEvent(QEvent* event)
@@ -190,7 +191,7 @@ void CommandPanel::upload(const QString& path)
 
 void CommandPanel::sendFile(const QString& request, const QByteArray& content)
 {
-    Q_EMIT notice({});
+    Q_EMIT statusMessage({});
     // Latin-1 both ways keeps every byte. A file with the byte 0x04 is refused by the session itself.
     const QString shown = QStringLiteral("%1  (%2)").arg(request, byteCountText(content.size()));
     send({ request + u'\n' + QString::fromLatin1(content), shown, false });
@@ -261,16 +262,16 @@ void CommandPanel::onFailed(int /*socketError*/, const QString& message, const Q
 {
     ui->transcript->addNote(tr("The connection broke: %1.").arg(message));
     keepLost(unanswered);
-    // A server that is lost altogether has a notice of its own.
+    // A server that is lost altogether has an alert of its own.
     if (!unanswered.isEmpty() && m_controller.state() == ServerState::Up) {
-        Q_EMIT notice(noticeOf(
-            Notice::Severity::Warning,
+        Q_EMIT statusMessage(alertOf(
+            Alert::Severity::Warning,
             [name = unanswered.first().name, message] {
                 return tr("The connection broke before the reply to \u201c%1\u201d was complete (%2). The next command "
                           "makes a new one.")
                     .arg(name, message);
             },
-            Remedy::SendAgain));
+            AlertAction::SendAgain));
     }
     m_controller.checkServer();
 }

@@ -39,7 +39,7 @@ public:
     QString recordText() const;
     /// The panel's session, for dialogs that read host, port and prompt from it.
     CommandChannel& link() { return *m_link; }
-    void note(const QString& text);
+    void addMessage(const QString& text);
     /// Records a command that another part of the console has sent, with its reply, and acts on the reply as on one to
     /// a typed command.
     void addExchange(const QString& command, const QByteArray& reply);
@@ -60,7 +60,7 @@ public Q_SLOTS:
     void clearRecord();
 
 Q_SIGNALS:
-    void notice(const console::Notice& notice);
+    void statusMessage(const console::Alert& message);
     /// The panel has become busy or free, or the record empty or not.
     void busyChanged();
     /// A command has come into the history.

@@ -119,7 +119,7 @@ void Uploader::onUnknown(const QString& why)
     });
 }
 
-void Uploader::question(const Words& words)
+void Uploader::question(const tarnis::TranslatedText& words)
 {
     auto* const box = new QMessageBox(
         QMessageBox::Question, tr("Send a File"), words(), QMessageBox::Ok | QMessageBox::Cancel, &m_window);
@@ -146,7 +146,7 @@ void Uploader::finish()
     Q_EMIT ready(QStringLiteral("txfile ") + nameInRequest(m_name), std::exchange(m_content, {}));
 }
 
-void Uploader::refuse(const Words& why)
+void Uploader::refuse(const tarnis::TranslatedText& why)
 {
     m_isBusy = false;
     m_content.clear();

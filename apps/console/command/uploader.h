@@ -1,8 +1,8 @@
 // A file on its way to the server: read, its name looked up there, and a question asked before one is overwritten.
 #pragma once
 
-#include "app/words.h"
 #include "server/commandchannel.h"
+#include <tarnis/foundation/retranslator.h>
 
 #include <QByteArray>
 #include <QObject>
@@ -30,7 +30,7 @@ Q_SIGNALS:
     /// `request` is the first line of the upload.
     void ready(const QString& request, const QByteArray& content);
     /// Why not, as a sentence.
-    void refused(const console::Words& words);
+    void refused(const tarnis::TranslatedText& words);
 
 protected:
     bool read(const QString& path);
@@ -38,9 +38,9 @@ protected:
     void onReplied(const PTarnisCmd& command, const QByteArray& reply);
     void onStopping();
     void onUnknown(const QString& why);
-    void question(const Words& words);
+    void question(const tarnis::TranslatedText& words);
     void finish();
-    void refuse(const Words& why);
+    void refuse(const tarnis::TranslatedText& why);
 
     ServerController& m_controller;
     QWidget& m_window;

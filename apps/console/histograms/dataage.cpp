@@ -1,7 +1,7 @@
 #include "histograms/dataage.h"
 
-#include "app/words.h"
 #include "saves/savereports.h"
+#include <tarnis/foundation/retranslator.h>
 
 #include <QDateTime>
 #include <QFont>
@@ -70,10 +70,10 @@ void DataAge::showState(bool isLate)
         return data.isValid() ? tr("Last data: %1.").arg(textOf(data)) : tr("No data yet.");
     };
     if (!isLate) {
-        say(*m_label, dataText);
+        tarnis::setTranslatedText(*m_label, dataText);
         return;
     }
-    say(*m_label, [dataText, since = m_waitingTime, seconds = m_waiting.elapsed() / 1000] {
+    tarnis::setTranslatedText(*m_label, [dataText, since = m_waitingTime, seconds = m_waiting.elapsed() / 1000] {
         return dataText() + u' '
             + tr("The server has not answered since %1 (%2 s). The window waits.").arg(textOf(since)).arg(seconds);
     });

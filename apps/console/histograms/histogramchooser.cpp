@@ -19,7 +19,7 @@ namespace console {
 
 namespace {
 
-constexpr QLatin1String memoryKey("histograms/checked");
+constexpr QLatin1String storeKey("histograms/checked");
 
 /// "time: 8 rows of 16384 bins, Time [us]"
 QString textOf(const HistogramInfo& histogram)
@@ -56,7 +56,7 @@ HistogramChooser::HistogramChooser(const WindowContext& context)
     : DialogCheckList(QString(), context.parent)
     , m_context(context)
     , m_link(new CommandChannel(context.controller.tarnis(), QStringLiteral("histograms"), this))
-    , m_checked(context.memory.value(memoryKey).toStringList())
+    , m_checked(context.store.value(storeKey).toStringList())
 {
     resize(460, 400);
     connect(m_link, &CommandChannel::replied, this, [this](const PTarnisCmd&, const QByteArray& reply) {
@@ -140,7 +140,7 @@ void HistogramChooser::openChecked()
         names.append(m_histograms.at(i).name);
         openHistogram(m_context, m_histograms.at(i));
     }
-    m_context.memory.setValue(memoryKey, names);
+    m_context.store.setValue(storeKey, names);
 }
 
 void HistogramChooser::sayLost()

@@ -10,7 +10,7 @@ WindowEntry logEntry()
         .menuText = Windows::tr("Lo&g File"),
         .title = Windows::tr("Log File"),
         .help = Windows::tr("Follow a log file as it grows"),
-        .open = [](const WindowContext& context) -> QWidget* { return new LogWindow(context.memory, context.parent); },
+        .open = [](const WindowContext& context) -> QWidget* { return new LogWindow(context.store, context.parent); },
         .needsServer = false,
         .shortcut = QStringLiteral("Ctrl+J"),
     };

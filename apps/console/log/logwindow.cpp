@@ -19,14 +19,14 @@ namespace console {
 
 namespace {
 
-constexpr QLatin1String memoryKey("log/file");
+constexpr QLatin1String storeKey("log/file");
 constexpr int lookMs = 300;
 
 } // namespace
 
-LogWindow::LogWindow(QSettings& memory, QWidget* parent)
+LogWindow::LogWindow(QSettings& store, QWidget* parent)
     : QDialog(parent)
-    , m_memory(memory)
+    , m_store(store)
     , ui(std::make_unique<Ui::LogWindow>())
 {
     ui->setupUi(this);
@@ -55,7 +55,7 @@ LogWindow::LogWindow(QSettings& memory, QWidget* parent)
     addKey(ui->nextButton, Qt::Key_F3);
     addKey(ui->previousButton, Qt::SHIFT | Qt::Key_F3);
     updateFind();
-    setFile(m_memory.value(memoryKey).toString());
+    setFile(m_store.value(storeKey).toString());
 }
 
 LogWindow::~LogWindow() = default;
@@ -69,7 +69,7 @@ void LogWindow::setFile(const QString& path)
 {
     m_tail = path.isEmpty() ? nullptr : std::make_unique<LogTail>(path);
     m_problem.clear();
-    m_memory.setValue(memoryKey, path);
+    m_store.setValue(storeKey, path);
     ui->fileEdit->setText(path);
     {
         const QScopedValueRollback writing(m_isWriting, true);

@@ -17,12 +17,12 @@ class LogWindow;
 namespace console {
 
 /// Looks at the file several times a second. Pausing stops the looking, not the writing: what came meanwhile is shown
-/// when it goes on. The file is kept under "log/file" of the memory. GUI thread.
+/// when it goes on. The file is kept under "log/file" of the store. GUI thread.
 class LogWindow : public QDialog {
     Q_OBJECT
 public:
-    /// Opens the file that the memory holds. `memory` must outlive the window.
-    LogWindow(QSettings& memory, QWidget* parent);
+    /// Opens the file that the store holds. `store` must outlive the window.
+    LogWindow(QSettings& store, QWidget* parent);
     ~LogWindow() override;
 
     /// Shows another file from now on.
@@ -46,7 +46,7 @@ protected:
     void updateFind();
     void showState();
 
-    QSettings& m_memory;
+    QSettings& m_store;
     std::unique_ptr<Ui::LogWindow> ui;
     std::unique_ptr<LogTail> m_tail; ///< null while no file is chosen
     QTimer m_timer;

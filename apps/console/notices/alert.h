@@ -1,15 +1,15 @@
 // Something that the user should know and can act on: words, and at most one thing to press.
 #pragma once
 
-#include "app/words.h"
+#include <tarnis/foundation/retranslator.h>
 
 #include <QMetaType>
 #include <QString>
 
 namespace console {
 
-/// What one press of the notice's button does.
-enum class Remedy {
+/// What one press of the alert's button does.
+enum class AlertAction {
     None,
     StartAgain, ///< start the previous server
     ConnectAgain, ///< connect to the previous server
@@ -19,25 +19,26 @@ enum class Remedy {
     SendAgain, ///< send the command that was lost
 };
 
-struct Notice {
+struct Alert {
     enum class Severity { Information, Warning, Failure };
     Severity severity = Severity::Information;
     QString text; ///< whole sentences; what happened, then what to do
-    Remedy remedy = Remedy::None;
+    AlertAction action = AlertAction::None;
 
-    Words words = {}; ///< `text` in the current language, if given
+    tarnis::TranslatedText words = {}; ///< `text` in the current language, if given
 
-    bool operator==(const Notice& other) const
+    bool operator==(const Alert& other) const
     {
-        return severity == other.severity && text == other.text && remedy == other.remedy;
+        return severity == other.severity && text == other.text && action == other.action;
     }
 };
 
-inline Notice noticeOf(Notice::Severity severity, const Words& words, Remedy remedy = Remedy::None)
+inline Alert alertOf(
+    Alert::Severity severity, const tarnis::TranslatedText& words, AlertAction action = AlertAction::None)
 {
-    return { severity, words(), remedy, words };
+    return { severity, words(), action, words };
 }
 
 } // namespace console
 
-Q_DECLARE_METATYPE(console::Notice)
+Q_DECLARE_METATYPE(console::Alert)

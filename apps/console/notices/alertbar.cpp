@@ -12,40 +12,40 @@ namespace console {
 
 namespace {
 
-QString remedyText(Remedy remedy)
+QString actionText(AlertAction action)
 {
-    switch (remedy) {
-    case Remedy::StartAgain:
-        return NoticeBar::tr("Start Again");
-    case Remedy::ConnectAgain:
-        return NoticeBar::tr("Connect Again");
-    case Remedy::ChooseServer:
-        return NoticeBar::tr("Choose a Server...");
-    case Remedy::Stop:
-        return NoticeBar::tr("Stop Waiting");
-    case Remedy::EndByForce:
-        return NoticeBar::tr("End by Force");
-    case Remedy::SendAgain:
-        return NoticeBar::tr("Send Again");
-    case Remedy::None:
+    switch (action) {
+    case AlertAction::StartAgain:
+        return AlertBar::tr("Start Again");
+    case AlertAction::ConnectAgain:
+        return AlertBar::tr("Connect Again");
+    case AlertAction::ChooseServer:
+        return AlertBar::tr("Choose a Server...");
+    case AlertAction::Stop:
+        return AlertBar::tr("Stop Waiting");
+    case AlertAction::EndByForce:
+        return AlertBar::tr("End by Force");
+    case AlertAction::SendAgain:
+        return AlertBar::tr("Send Again");
+    case AlertAction::None:
         break;
     }
     return {};
 }
 
-Words wordsOf(const Notice& notice)
+tarnis::TranslatedText textOf(const Alert& alert)
 {
-    return notice.words ? notice.words : Words([text = notice.text] { return text; });
+    return alert.words ? alert.words : tarnis::TranslatedText([text = alert.text] { return text; });
 }
 
-QStyle::StandardPixmap severityIcon(Notice::Severity severity)
+QStyle::StandardPixmap severityIcon(Alert::Severity severity)
 {
     switch (severity) {
-    case Notice::Severity::Failure:
+    case Alert::Severity::Failure:
         return QStyle::SP_MessageBoxCritical;
-    case Notice::Severity::Warning:
+    case Alert::Severity::Warning:
         return QStyle::SP_MessageBoxWarning;
-    case Notice::Severity::Information:
+    case Alert::Severity::Information:
         break;
     }
     return QStyle::SP_MessageBoxInformation;
@@ -53,122 +53,122 @@ QStyle::StandardPixmap severityIcon(Notice::Severity severity)
 
 } // namespace
 
-QColor noticeGround(const QPalette& palette, Notice::Severity severity)
+QColor alertBackground(const QPalette& palette, Alert::Severity severity)
 {
     switch (severity) {
-    case Notice::Severity::Failure:
+    case Alert::Severity::Failure:
         return tintedWindow(palette, QColor(0xd93025), 0.22);
-    case Notice::Severity::Warning:
+    case Alert::Severity::Warning:
         return tintedWindow(palette, QColor(0xf9ab00), 0.25);
-    case Notice::Severity::Information:
+    case Alert::Severity::Information:
         break;
     }
     return tintedWindow(palette, QColor(0x1a73e8), 0.15);
 }
 
-NoticeBar::NoticeBar(QWidget* parent)
+AlertBar::AlertBar(QWidget* parent)
     : QFrame(parent)
-    , ui(std::make_unique<Ui::NoticeBar>())
+    , ui(std::make_unique<Ui::AlertBar>())
 {
     ui->setupUi(this);
-    connect(ui->remedyButton, &QPushButton::clicked, this, [this] { Q_EMIT remedyPressed(m_notice.remedy); });
+    connect(ui->alertButton, &QPushButton::clicked, this, [this] { Q_EMIT actionTriggered(m_alert.action); });
     connect(ui->dismissButton, &QToolButton::clicked, this, [this] { dismiss(); });
-    ui->remedyButton->hide();
-    ui->noteLabel->hide();
+    ui->alertButton->hide();
+    ui->messageLabel->hide();
     hide();
 }
 
-NoticeBar::~NoticeBar() = default;
+AlertBar::~AlertBar() = default;
 
-QString NoticeBar::note() const
+QString AlertBar::note() const
 {
-    return ui->noteLabel->isHidden() ? QString() : ui->noteLabel->text();
+    return ui->messageLabel->isHidden() ? QString() : ui->messageLabel->text();
 }
 
-void NoticeBar::setNotice(const Notice& notice)
+void AlertBar::setAlert(const Alert& alert)
 {
     m_isPassing = false;
-    showNote({});
-    show(notice);
+    showMessage({});
+    show(alert);
 }
 
-void NoticeBar::setPassingNotice(const Notice& notice)
+void AlertBar::setStatusMessage(const Alert& alert)
 {
-    const bool isStanding = !m_notice.text.isEmpty()
-        && ((!m_isPassing && m_notice.severity == Notice::Severity::Failure)
-            || (m_notice.remedy != Remedy::None && notice.remedy == Remedy::None));
+    const bool isStanding = !m_alert.text.isEmpty()
+        && ((!m_isPassing && m_alert.severity == Alert::Severity::Failure)
+            || (m_alert.action != AlertAction::None && alert.action == AlertAction::None));
     if (isStanding) {
-        showNote(notice);
+        showMessage(alert);
         return;
     }
-    if (notice.text.isEmpty() && !m_isPassing)
+    if (alert.text.isEmpty() && !m_isPassing)
         return;
     m_isPassing = true;
-    showNote({}); // it is older
-    show(notice);
+    showMessage({}); // it is older
+    show(alert);
 }
 
 /// What came last goes first.
-void NoticeBar::dismiss()
+void AlertBar::dismiss()
 {
     if (note().isEmpty())
-        setNotice({});
+        setAlert({});
     else
-        showNote({});
+        showMessage({});
 }
 
-void NoticeBar::showNote(const Notice& notice)
+void AlertBar::showMessage(const Alert& alert)
 {
-    say(*ui->noteLabel, wordsOf(notice));
-    ui->noteLabel->setVisible(!notice.text.isEmpty());
-    if (!notice.text.isEmpty())
-        announce(*ui->noteLabel);
+    tarnis::setTranslatedText(*ui->messageLabel, textOf(alert));
+    ui->messageLabel->setVisible(!alert.text.isEmpty());
+    if (!alert.text.isEmpty())
+        announce(*ui->messageLabel);
 }
 
-void NoticeBar::announce(QWidget& label)
+void AlertBar::announce(QWidget& label)
 {
     QAccessibleEvent alert(&label, QAccessible::Alert);
     QAccessible::updateAccessibility(&alert);
 }
 
-void NoticeBar::show(const Notice& notice)
+void AlertBar::show(const Alert& alert)
 {
-    m_notice = notice;
+    m_alert = alert;
     // A button that hides would hand the keyboard on to any other control.
     QWidget* const focused = window()->focusWidget();
-    const bool isHiding = notice.text.isEmpty() || (focused == ui->remedyButton && notice.remedy == Remedy::None);
+    const bool isHiding = alert.text.isEmpty() || (focused == ui->alertButton && alert.action == AlertAction::None);
     if (focused && isAncestorOf(focused) && isHiding)
         focused->clearFocus();
-    if (notice.text.isEmpty()) {
+    if (alert.text.isEmpty()) {
         hide();
         return;
     }
     const int size = style()->pixelMetric(QStyle::PM_SmallIconSize) + 6;
-    ui->iconLabel->setPixmap(style()->standardIcon(severityIcon(notice.severity)).pixmap(size, size));
-    say(*ui->textLabel, wordsOf(notice));
-    setRemedyText();
-    ui->remedyButton->setVisible(notice.remedy != Remedy::None);
+    ui->iconLabel->setPixmap(style()->standardIcon(severityIcon(alert.severity)).pixmap(size, size));
+    tarnis::setTranslatedText(*ui->textLabel, textOf(alert));
+    setActionText();
+    ui->alertButton->setVisible(alert.action != AlertAction::None);
     applyColours();
     setVisible(true);
     announce(*ui->textLabel);
 }
 
-void NoticeBar::setRemedyText()
+void AlertBar::setActionText()
 {
-    if (m_notice.remedy == Remedy::None)
+    if (m_alert.action == AlertAction::None)
         return; // the button is hidden
-    ui->remedyButton->setText(withKey(remedyText(m_notice.remedy), Qt::Key_F8));
-    ui->remedyButton->setShortcut(Qt::Key_F8); // a new text takes it away
+    ui->alertButton->setText(withKey(actionText(m_alert.action), Qt::Key_F8));
+    ui->alertButton->setShortcut(Qt::Key_F8); // a new text takes it away
 }
 
-void NoticeBar::applyColours()
+void AlertBar::applyColours()
 {
     QPalette ground;
-    ground.setColor(QPalette::Window, noticeGround(ground, m_notice.severity));
+    ground.setColor(QPalette::Window, alertBackground(ground, m_alert.severity));
     setPalette(ground);
 }
 
-void NoticeBar::changeEvent(QEvent* event)
+void AlertBar::changeEvent(QEvent* event)
 {
     QFrame::changeEvent(event);
     // Of a change of the application's palette a part of a window hears this way; its own colours do not change twice.
@@ -177,8 +177,8 @@ void NoticeBar::changeEvent(QEvent* event)
         applyColours();
     if (event->type() == QEvent::LanguageChange) {
         ui->retranslateUi(this);
-        m_notice.text = wordsOf(m_notice)();
-        setRemedyText();
+        m_alert.text = textOf(m_alert)();
+        setActionText();
     }
 }
 

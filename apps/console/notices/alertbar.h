@@ -8,48 +8,48 @@
 #include <memory>
 
 namespace Ui {
-class NoticeBar;
+class AlertBar;
 }
 
 namespace console {
 
 /// The palette's window colour with a tint of the severity.
-QColor noticeGround(const QPalette& palette, Notice::Severity severity);
+QColor alertBackground(const QPalette& palette, Alert::Severity severity);
 
 /// Hidden while there is nothing to say.
-class NoticeBar : public QFrame {
+class AlertBar : public QFrame {
     Q_OBJECT
 public:
-    explicit NoticeBar(QWidget* parent = nullptr);
-    ~NoticeBar() override;
+    explicit AlertBar(QWidget* parent = nullptr);
+    ~AlertBar() override;
 
-    const Notice& notice() const { return m_notice; }
-    /// What stands beside the notice; empty if nothing does.
+    const Alert& alert() const { return m_alert; }
+    /// What stands beside the alert; empty if nothing does.
     QString note() const;
 
 public Q_SLOTS:
-    /// Shows the notice in place of everything before; an empty text hides the bar.
-    void setNotice(const console::Notice& notice);
-    /// Shows a notice that comes and goes: beside one that still needs the user (a failure, or something to press
+    /// Shows the alert in place of everything before; an empty text hides the bar.
+    void setAlert(const console::Alert& alert);
+    /// Shows an alert that comes and goes: beside one that still needs the user (a failure, or something to press
     /// where this one has nothing), else in place of it. An empty text takes away what this brought, but nothing that
     /// can still be pressed.
-    void setPassingNotice(const console::Notice& notice);
+    void setStatusMessage(const console::Alert& alert);
 
 Q_SIGNALS:
-    void remedyPressed(console::Remedy remedy);
+    void actionTriggered(console::AlertAction action);
 
 protected:
     void changeEvent(QEvent* event) override;
-    void show(const Notice& notice);
-    void showNote(const Notice& notice);
+    void show(const Alert& alert);
+    void showMessage(const Alert& alert);
     void dismiss();
     void announce(QWidget& label);
-    void setRemedyText();
+    void setActionText();
     void applyColours();
 
-    std::unique_ptr<Ui::NoticeBar> ui;
-    Notice m_notice;
-    bool m_isPassing = false; ///< the notice is one that comes and goes
+    std::unique_ptr<Ui::AlertBar> ui;
+    Alert m_alert;
+    bool m_isPassing = false; ///< the alert is one that comes and goes
 };
 
 } // namespace console

@@ -30,7 +30,7 @@ RunControl::RunControl(ServerController& controller, StatusPoller& poller, QWidg
     connect(m_channel, &CommandChannel::failed, this,
         [this](int /*socketError*/, const QString& message, const QList<Request>& unanswered) {
             if (!unanswered.isEmpty() && m_controller.state() == ServerState::Up)
-                Q_EMIT notice(noticeOf(Notice::Severity::Warning, [name = unanswered.first().text, message] {
+                Q_EMIT statusMessage(alertOf(Alert::Severity::Warning, [name = unanswered.first().text, message] {
                     return tr("The connection broke before the server answered \u201c%1\u201d (%2). Look at the state "
                               "of the run before you try again.")
                         .arg(name, message);
@@ -145,7 +145,7 @@ void RunControl::onReplied(const QString& command, const QByteArray& reply)
     const QString text = QString::fromUtf8(reply);
     Q_EMIT answered(command, reply);
     if (replyKind(text) == ReplyKind::Refused)
-        Q_EMIT notice(noticeOf(Notice::Severity::Warning, [command, answer = text.trimmed()] {
+        Q_EMIT statusMessage(alertOf(Alert::Severity::Warning, [command, answer = text.trimmed()] {
             return tr("The server refused \u201c%1\u201d: %2").arg(command, answer);
         }));
     // Not at once: a poll that is under way was asked before the command.

@@ -36,9 +36,9 @@ public Q_SLOTS:
     void clear();
 
 Q_SIGNALS:
-    /// A command has been answered. A refusal is in `notice` too.
+    /// A command has been answered. A refusal is in `statusMessage` too.
     void answered(const QString& command, const QByteArray& reply);
-    void notice(const console::Notice& notice);
+    void statusMessage(const console::Alert& message);
     /// A refusal may have come or gone.
     void changed();
 

@@ -149,14 +149,15 @@ void SaveReports::report(QWidget& source, const QString& path, const QString& er
 {
     if (error.isEmpty()) {
         m_settings.setValue(folderKey, getSaveDir());
-        m_controller.tell(noticeOf(Notice::Severity::Information, [path] { return tr("Saved as %1.").arg(path); }));
+        m_controller.showStatusMessage(
+            alertOf(Alert::Severity::Information, [path] { return tr("Saved as %1.").arg(path); }));
         Q_EMIT saved();
         return;
     }
     const auto words = [path, error] { return tr("%1 was not saved: %2.").arg(path, error); };
-    m_controller.tell(noticeOf(Notice::Severity::Warning, words));
+    m_controller.showStatusMessage(alertOf(Alert::Severity::Warning, words));
     if (qobject_cast<const QMainWindow*>(source.window()))
-        return; // the notice is there already
+        return; // the alert is there already
     auto* const box =
         new QMessageBox(QMessageBox::Warning, titleOf(*source.window()), words(), QMessageBox::Ok, source.window());
     box->setObjectName(QStringLiteral("saveBox"));

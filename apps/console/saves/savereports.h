@@ -25,7 +25,7 @@ class SaveDialog;
 class ServerController;
 
 /// Takes the saves of the library's menus over while it exists, and reports those of the console. Plots are saved with
-/// an export dialog, which shows why a save failed, and printed as vectors. A success is a passing notice. So is any
+/// an export dialog, which shows why a save failed, and printed as vectors. A success is a passing alert. So is any
 /// other failure, with a box on the window that wanted to save unless that is the console's own. GUI thread.
 class SaveReports : public QObject {
     Q_OBJECT

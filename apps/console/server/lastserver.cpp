@@ -29,22 +29,22 @@ QString problemOf(const ServerChoice& choice, const QString& port, bool isPortKe
 
 } // namespace
 
-LastServer readLastServer(const QSettings& memory)
+LastServer readLastServer(const QSettings& store)
 {
     LastServer last;
-    const QString kind = memory.value(kindKey).toString();
+    const QString kind = store.value(kindKey).toString();
     if (kind == u"remote") {
-        const QString port = memory.value(portKey).toString();
+        const QString port = store.value(portKey).toString();
         last.choice.kind = ServerChoice::Kind::Remote;
-        last.choice.host = memory.value(hostKey).toString().trimmed();
+        last.choice.host = store.value(hostKey).toString().trimmed();
         last.choice.port = port.trimmed().toUShort(); // 0 for what is no port
-        last.problem = problemOf(last.choice, port, memory.contains(portKey));
+        last.problem = problemOf(last.choice, port, store.contains(portKey));
     } else {
-        last.choice.program = memory.value(programKey).toString();
+        last.choice.program = store.value(programKey).toString();
         if (!kind.isEmpty() && kind != u"local")
             last.problem = LastServerText::tr("\u201c%1\u201d is no kind of server.").arg(kind);
     }
-    const QString prompt = memory.value(promptKey).toString();
+    const QString prompt = store.value(promptKey).toString();
     last.prompt = promptFromText(prompt).value_or(QByteArray());
     if (!prompt.isEmpty() && last.prompt.isEmpty() && last.problem.isEmpty())
         last.problem =
@@ -53,14 +53,14 @@ LastServer readLastServer(const QSettings& memory)
     return last;
 }
 
-void writeLastServer(QSettings& memory, const ServerChoice& choice, const QByteArray& prompt)
+void writeLastServer(QSettings& store, const ServerChoice& choice, const QByteArray& prompt)
 {
     const bool isRemote = choice.kind == ServerChoice::Kind::Remote;
-    memory.setValue(kindKey, isRemote ? QStringLiteral("remote") : QStringLiteral("local"));
-    memory.setValue(programKey, choice.program);
-    memory.setValue(hostKey, choice.host);
-    memory.setValue(portKey, choice.port);
-    memory.setValue(promptKey, promptToText(prompt));
+    store.setValue(kindKey, isRemote ? QStringLiteral("remote") : QStringLiteral("local"));
+    store.setValue(programKey, choice.program);
+    store.setValue(hostKey, choice.host);
+    store.setValue(portKey, choice.port);
+    store.setValue(promptKey, promptToText(prompt));
 }
 
 } // namespace console

@@ -16,8 +16,8 @@ struct LastServer {
 };
 
 /// What is kept may have been edited by hand. Nothing kept means the simulator.
-LastServer readLastServer(const QSettings& memory);
+LastServer readLastServer(const QSettings& store);
 
-void writeLastServer(QSettings& memory, const ServerChoice& choice, const QByteArray& prompt);
+void writeLastServer(QSettings& store, const ServerChoice& choice, const QByteArray& prompt);
 
 } // namespace console

@@ -196,7 +196,7 @@ void ServerController::begin()
     m_hasGreeted = false;
     m_isRunning = false;
     m_commanded.invalidate();
-    Q_EMIT notice({});
+    Q_EMIT alert({});
     setState(ServerState::Starting);
     if (isLocal())
         beginLocal();
@@ -213,7 +213,7 @@ void ServerController::beginLocal()
             [wanted] {
                 return tr("There is no program \u201c%1\u201d to start here. Choose another server.").arg(wanted);
             },
-            Remedy::ChooseServer);
+            AlertAction::ChooseServer);
         return;
     }
     m_tarnis.SetLocal(true);
@@ -225,7 +225,7 @@ void ServerController::beginLocal()
                           "another server.")
                     .arg(program);
             },
-            Remedy::ChooseServer);
+            AlertAction::ChooseServer);
         return;
     }
     m_process = m_tarnis.process();
@@ -279,7 +279,7 @@ void ServerController::probeAgain()
 void ServerController::goOn()
 {
     m_tarnis.SetStatus(Tarnis::SERVER_CONNECTED);
-    Q_EMIT notice({});
+    Q_EMIT alert({});
     setState(ServerState::Up);
 }
 
@@ -288,7 +288,7 @@ QString ServerController::adviceAgain(bool isLocal)
     return isLocal ? tr("Start it again to go on.") : tr("Connect again to go on.");
 }
 
-Notice ServerController::probeFailure(ServerProbe::Outcome outcome) const
+Alert ServerController::probeFailure(ServerProbe::Outcome outcome) const
 {
     const QString address = QStringLiteral("%1:%2")
                                 .arg(isLocal() ? m_tarnis.host() : m_choice.host)
@@ -297,38 +297,38 @@ Notice ServerController::probeFailure(ServerProbe::Outcome outcome) const
 }
 
 /// A server is there, but not the prompt.
-Notice ServerController::greetingFailure(const QString& address) const
+Alert ServerController::greetingFailure(const QString& address) const
 {
-    const auto severity = Notice::Severity::Failure;
+    const auto severity = Alert::Severity::Failure;
     const QString shownPrompt = promptToText(prompt());
     if (m_hasGreeted) // so the prompt is right
-        return noticeOf(
+        return alertOf(
             severity,
             [isLocal = isLocal(), name = serverName()] {
                 return tr("%1 takes connections, but does not greet any more.").arg(name) + u' ' + adviceAgain(isLocal);
             },
             again());
     if (isLocal())
-        return noticeOf(
+        return alertOf(
             severity,
             [shownPrompt, name = serverName()] {
                 return tr("%1 runs, but does not greet with the prompt \u201c%2\u201d. Choose the server with its own "
                           "prompt.")
                     .arg(name, shownPrompt);
             },
-            Remedy::ChooseServer);
-    return noticeOf(
+            AlertAction::ChooseServer);
+    return alertOf(
         severity,
         [shownPrompt, address] {
             return tr("Something answers at %1, but it does not greet with the prompt \u201c%2\u201d. See that it is "
                       "the right port, and that the prompt is the server's.")
                 .arg(address, shownPrompt);
         },
-        Remedy::ChooseServer);
+        AlertAction::ChooseServer);
 }
 
 /// What keeps the probe from the address.
-Words ServerController::obstacle(const QString& address) const
+tarnis::TranslatedText ServerController::obstacle(const QString& address) const
 {
     switch (m_probe.socketError()) {
     case QAbstractSocket::HostNotFoundError:
@@ -345,23 +345,23 @@ Words ServerController::obstacle(const QString& address) const
 }
 
 /// Nobody is there: a wrong address, or a server that is known and gone.
-Notice ServerController::reachFailure(const QString& address) const
+Alert ServerController::reachFailure(const QString& address) const
 {
-    const auto severity = Notice::Severity::Failure;
-    const Words what = obstacle(address);
+    const auto severity = Alert::Severity::Failure;
+    const tarnis::TranslatedText what = obstacle(address);
     if (m_probe.socketError() == QAbstractSocket::HostNotFoundError)
-        return noticeOf(severity, what, Remedy::ChooseServer);
+        return alertOf(severity, what, AlertAction::ChooseServer);
     if (isLocal())
-        return noticeOf(
+        return alertOf(
             severity, [what] { return what() + u' ' + adviceAgain(true); }, again());
     if (m_known == m_choice)
-        return noticeOf(
+        return alertOf(
             severity, [what] { return what() + u' ' + tr("See that the server runs there, then connect again."); },
             again());
-    return noticeOf(
+    return alertOf(
         severity,
         [what] { return what() + u' ' + tr("See that host and port are right, and that the server runs there."); },
-        Remedy::ChooseServer);
+        AlertAction::ChooseServer);
 }
 
 void ServerController::onStatusChanged(Tarnis::SERVER_STATUS status)
@@ -389,7 +389,7 @@ void ServerController::onConnected()
 {
     m_slowTimer.stop();
     m_known = m_choice;
-    Q_EMIT notice({});
+    Q_EMIT alert({});
     setState(ServerState::Up);
     if (isLocal())
         checkServer(); // a wrong prompt shows at once, not with the first command
@@ -409,30 +409,30 @@ void ServerController::onProcessFinished()
                 : tr("The server %1 has ended before it was ready (%2). Start it again, or choose another.");
             return text.arg(name, how);
         },
-        Remedy::StartAgain);
+        AlertAction::StartAgain);
 }
 
 void ServerController::onSlow()
 {
     if (m_state == ServerState::Stopping) {
-        Q_EMIT notice(noticeOf(
-            Notice::Severity::Warning,
+        Q_EMIT alert(alertOf(
+            Alert::Severity::Warning,
             [name = serverName()] {
                 return tr("%1 was told to end and has not done so yet. It is ended by force after half a minute.")
                     .arg(name);
             },
-            Remedy::EndByForce));
+            AlertAction::EndByForce));
     } else if (m_state == ServerState::Starting) {
         const auto words = [isLocal = isLocal(), name = serverName()] {
             const QString text = isLocal ? tr("%1 runs, but has not told its port yet (the line \u201cUI port:\u201d).")
                                          : tr("%1 has greeted, but does not answer \u201cstat\u201d yet.");
             return text.arg(name);
         };
-        Q_EMIT notice(noticeOf(Notice::Severity::Warning, words, Remedy::Stop));
+        Q_EMIT alert(alertOf(Alert::Severity::Warning, words, AlertAction::Stop));
     }
 }
 
-void ServerController::fail(const Notice& failure)
+void ServerController::fail(const Alert& failure)
 {
     m_slowTimer.stop();
     m_probe.stop();
@@ -442,15 +442,15 @@ void ServerController::fail(const Notice& failure)
         m_againTimer.start(m_againMs);
     setState(ServerState::Failed);
     if (!comesBack) {
-        Q_EMIT notice(failure);
+        Q_EMIT alert(failure);
         return;
     }
-    Q_EMIT notice(noticeOf(
+    Q_EMIT alert(alertOf(
         failure.severity,
         [words = failure.words] {
             return words() + u' ' + tr("The console connects by itself as soon as the server answers.");
         },
-        failure.remedy));
+        failure.action));
 }
 
 void ServerController::shutDown()
@@ -467,7 +467,7 @@ void ServerController::shutDown()
     if (!m_tarnis.Shutdown()) {
         m_next.reset();
         setState(before);
-        Q_EMIT notice(noticeOf(Notice::Severity::Warning, [status = m_status] {
+        Q_EMIT alert(alertOf(Alert::Severity::Warning, [status = m_status] {
             return tr("The server is busy (%1) and is not shut down now. Wait until it is done.")
                 .arg(statusText(status));
         }));
@@ -483,7 +483,7 @@ void ServerController::reachedOff()
         return;
     m_slowTimer.stop();
     m_process = nullptr;
-    Q_EMIT notice({});
+    Q_EMIT alert({});
     setState(ServerState::Off);
     if (m_next)
         begin();

@@ -78,8 +78,8 @@ public:
     /// A connection of the host's own to the server broke: looks whether the server is still there, and if not, fails.
     void checkServer();
 
-    /// Shows a notice of a part that has no place of its own for it.
-    void tell(const Notice& text) { Q_EMIT told(text); }
+    /// Shows an alert of a part that has no place of its own for it.
+    void showStatusMessage(const Alert& message) { Q_EMIT statusMessage(message); }
 
     /// A server that was there before: if nothing answers, its address is right all the same.
     void setKnown(const ServerChoice& choice) { m_known = choice; }
@@ -101,10 +101,10 @@ public:
 
 Q_SIGNALS:
     void stateChanged();
-    /// Replaces the notice before; an empty text takes it away.
-    void notice(const console::Notice& notice);
-    /// Comes and goes beside the notice.
-    void told(const console::Notice& notice);
+    /// Replaces the previous alert; an empty text takes it away.
+    void alert(const console::Alert& alert);
+    /// Comes and goes beside the alert.
+    void statusMessage(const console::Alert& message);
     /// An accepted reply to "stat" has come, whoever has sent the command.
     void statRead(const QByteArray& reply);
     /// The manager is about to end its sessions: end your own now, their server goes.
@@ -122,17 +122,20 @@ protected:
     void onConnected();
     void onProcessFinished();
     void onSlow();
-    void fail(const Notice& failure);
-    void fail(const Words& words, Remedy remedy) { fail(noticeOf(Notice::Severity::Failure, words, remedy)); }
-    Remedy again() const { return isLocal() ? Remedy::StartAgain : Remedy::ConnectAgain; }
+    void fail(const Alert& failure);
+    void fail(const tarnis::TranslatedText& words, AlertAction action)
+    {
+        fail(alertOf(Alert::Severity::Failure, words, action));
+    }
+    AlertAction again() const { return isLocal() ? AlertAction::StartAgain : AlertAction::ConnectAgain; }
     static QString adviceAgain(bool isLocal);
-    Words obstacle(const QString& address) const;
+    tarnis::TranslatedText obstacle(const QString& address) const;
     void shutDown();
     void reachedOff();
     void setState(ServerState state);
-    Notice probeFailure(ServerProbe::Outcome outcome) const;
-    Notice greetingFailure(const QString& address) const;
-    Notice reachFailure(const QString& address) const;
+    Alert probeFailure(ServerProbe::Outcome outcome) const;
+    Alert greetingFailure(const QString& address) const;
+    Alert reachFailure(const QString& address) const;
 
     ManagedTarnis m_tarnis;
     ServerState m_state = ServerState::Off;

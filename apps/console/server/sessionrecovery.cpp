@@ -47,39 +47,39 @@ void SessionRecovery::end()
 TarnisSession* SessionRecovery::renew()
 {
     m_session = m_controller.tarnis().NewTarnisSession(nullptr);
-    m_words = {};
+    m_text = {};
     return m_session;
 }
 
 tarnis::ServerAddress SessionRecovery::renewedAddress()
 {
-    m_words = {};
+    m_text = {};
     return m_controller.tarnis().GetSessionAddress();
 }
 
 QString SessionRecovery::text() const
 {
-    return m_words ? m_words() : QString();
+    return m_text ? m_text() : QString();
 }
 
-void SessionRecovery::drop(const Words& words)
+void SessionRecovery::drop(const tarnis::TranslatedText& words)
 {
     if (m_isEnded || !m_session)
         return;
     tarnis::endInBackground(std::exchange(m_session, nullptr));
-    m_words = words;
+    m_text = words;
     Q_EMIT lost();
 }
 
 void SessionRecovery::onServerState()
 {
     const ServerState state = m_controller.state();
-    const Words words = [isEnded = state == ServerState::Failed && m_controller.isLocal()] {
+    const tarnis::TranslatedText words = [isEnded = state == ServerState::Failed && m_controller.isLocal()] {
         return isEnded ? tr("The server has ended. This goes on when it has been started again in the main window.")
                        : tr("There is no connection to the server. This goes on as soon as it is back.");
     };
     if (state == ServerState::Failed && !m_isEnded && !m_session) {
-        m_words = words; // a connection that broke before has said less
+        m_text = words; // a connection that broke before has said less
         Q_EMIT lost();
     } else if (state != ServerState::Up)
         drop(words);

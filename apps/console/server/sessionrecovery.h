@@ -2,7 +2,7 @@
 // the server is there again.
 #pragma once
 
-#include "app/words.h"
+#include <tarnis/foundation/retranslator.h>
 
 #include <tarnis/server/serveraddress.h>
 
@@ -45,14 +45,14 @@ Q_SIGNALS:
     void wanted();
 
 protected:
-    void drop(const Words& words);
+    void drop(const tarnis::TranslatedText& words);
     void onServerState();
     void ask();
 
     ServerController& m_controller;
     TarnisSession*& m_session;
     QTimer m_retryTimer;
-    Words m_words; ///< of text()
+    tarnis::TranslatedText m_text; ///< of text()
     bool m_isEnded = false;
 };
 

@@ -292,7 +292,7 @@ void SettingsPanel::setReadoutAddress()
     else
         m_controller.tarnis().SetReadoutAddress(ui->indexSpin->value(), ip, tcp, bcp);
     m_model->reload();
-    say(*ui->addressLabel,
+    tarnis::setTranslatedText(*ui->addressLabel,
         [address = m_controller.tarnis().GetReadoutAddressText()] { return tr("Set: %1").arg(address); });
 }
 
@@ -313,9 +313,9 @@ void SettingsPanel::showReadoutAddress()
     ui->bcpSpin->setValue(int(qMin(bcp, 65535U)));
 }
 
-void SettingsPanel::tell(const Words& words)
+void SettingsPanel::tell(const tarnis::TranslatedText& words)
 {
-    say(*ui->stateLabel, [label = ui->stateLabel, words] {
+    tarnis::setTranslatedText(*ui->stateLabel, [label = ui->stateLabel, words] {
         label->setToolTip(words());
         return words();
     });

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "app/commandline.h"
-#include "app/words.h"
+#include <tarnis/foundation/retranslator.h>
 
 #include <QStringList>
 #include <QWidget>
@@ -66,7 +66,7 @@ protected:
     void setBasePath();
     void setReadoutAddress();
     void showReadoutAddress();
-    void tell(const Words& words);
+    void tell(const tarnis::TranslatedText& words);
     void updateControls();
 
     ServerController& m_controller;

@@ -163,7 +163,8 @@ void ModulesWindow::onReplied(const PTarnisCmd& command, const QByteArray& reply
         tell([rows = int(m_answers.size())] { return tr("%Ln row(s) answered", nullptr, rows); });
         return;
     }
-    say(*m_stateLabel, [waiting = int(m_waiting)] { return tr("Waiting for %Ln more", nullptr, waiting); });
+    tarnis::setTranslatedText(
+        *m_stateLabel, [waiting = int(m_waiting)] { return tr("Waiting for %Ln more", nullptr, waiting); });
     if (!m_showTimer.isActive())
         m_showTimer.start();
 }
@@ -180,7 +181,7 @@ void ModulesWindow::takeAnswer(int row, const ModuleAnswer& answer)
     }
 }
 
-void ModulesWindow::onEnded(const Words& sentence, const QString& answer)
+void ModulesWindow::onEnded(const tarnis::TranslatedText& sentence, const QString& answer)
 {
     for (ModuleAnswer& row : m_answers) {
         if (row.text.isEmpty())
@@ -211,10 +212,10 @@ void ModulesWindow::showAnswers()
     updateList(rows, &headers);
 }
 
-void ModulesWindow::tell(const Words& sentence)
+void ModulesWindow::tell(const tarnis::TranslatedText& sentence)
 {
     showAnswers();
-    say(*m_stateLabel, sentence);
+    tarnis::setTranslatedText(*m_stateLabel, sentence);
 }
 
 void ModulesWindow::changeEvent(QEvent* event)

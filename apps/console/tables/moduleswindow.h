@@ -1,8 +1,8 @@
 // A command for the readout modules: to all, to a family, to one, or to several in turn, and what each answered.
 #pragma once
 
-#include "app/words.h"
 #include "tables/moduleanswers.h"
+#include <tarnis/foundation/retranslator.h>
 
 #include <tarnis/dialogs/namevalue.h>
 #include <tarnis/dialogs/namevaluelistdialog.h>
@@ -50,11 +50,11 @@ protected:
     Commands commands(QString& problem) const;
     QString addressee(const TarnisCmd& command) const;
     void onReplied(const PTarnisCmd& command, const QByteArray& reply);
-    void onEnded(const Words& sentence, const QString& answer);
+    void onEnded(const tarnis::TranslatedText& sentence, const QString& answer);
     void takeAnswer(int row, const ModuleAnswer& answer);
     void showAnswers();
     /// Fills the table and says the sentence below it.
-    void tell(const Words& sentence);
+    void tell(const tarnis::TranslatedText& sentence);
     void updateControls();
 
     ServerController& m_controller;

@@ -1,12 +1,12 @@
 #include "tables/ratewindow.h"
 
 #include "app/availability.h"
-#include "app/words.h"
 #include "histograms/dataage.h"
 #include "server/replytext.h"
 #include "server/servercontroller.h"
 #include "server/statuspoller.h"
 #include "ui_ratewindow.h"
+#include <tarnis/foundation/retranslator.h>
 
 #include <tarnis/foundation/helpers.h>
 #include <tarnis/plots/vectorgraphwidget.h>
@@ -54,7 +54,8 @@ RateWindow::RateWindow(ServerController& controller, StatusPoller& poller, QWidg
     connect(ui->closeButton, &QPushButton::clicked, this, &RateWindow::close);
     connect(&poller, &StatusPoller::replied, this, &RateWindow::onReplied);
     connect(&poller, &StatusPoller::failed, this, [this](const QString& message) {
-        say(*ui->infoLabel, [message] { return tr("No reply: %1. It is asked again.").arg(message); });
+        tarnis::setTranslatedText(
+            *ui->infoLabel, [message] { return tr("No reply: %1. It is asked again.").arg(message); });
     });
     connect(&controller, &ServerController::stateChanged, this, &RateWindow::updateControls);
     m_elapsed.start();
@@ -68,7 +69,7 @@ void RateWindow::clear()
     m_rates.clear();
     m_seconds.clear();
     m_elapsed.start();
-    say(*ui->infoLabel, [] { return QString(); });
+    tarnis::setTranslatedText(*ui->infoLabel, [] { return QString(); });
     draw();
 }
 
@@ -78,7 +79,7 @@ void RateWindow::onReplied(const QByteArray& reply)
     const std::optional<double> rate = rateOf(text);
     if (!rate) {
         m_age->answered();
-        say(*ui->infoLabel, [text] {
+        tarnis::setTranslatedText(*ui->infoLabel, [text] {
             return replyKind(text) == ReplyKind::Refused
                 ? text.trimmed()
                 : tr("The server tells no rate: its reply to stat has no line \"rate:\".");
@@ -108,10 +109,11 @@ void RateWindow::draw()
         const double mean = std::accumulate(m_rates.cbegin(), m_rates.cend(), 0.0) / double(m_rates.size());
         m_plot->setMaxValue(std::max(largest, 1.0));
         m_plot->setNotes(tr("largest %1 /s").arg(engineeringNumber(largest, digits)));
-        say(*ui->infoLabel, [now = m_rates.constLast(), mean, span = m_seconds.constLast() - m_seconds.constFirst()] {
-            return tr("%1 /s now, %2 /s on average over %3 s")
-                .arg(numStr(now, 'g', digits + 1), numStr(mean, 'g', digits + 1), numStr(span, 'f', 0));
-        });
+        tarnis::setTranslatedText(
+            *ui->infoLabel, [now = m_rates.constLast(), mean, span = m_seconds.constLast() - m_seconds.constFirst()] {
+                return tr("%1 /s now, %2 /s on average over %3 s")
+                    .arg(numStr(now, 'g', digits + 1), numStr(mean, 'g', digits + 1), numStr(span, 'f', 0));
+            });
     }
     m_plot->refreshPixmap();
 }
@@ -139,7 +141,7 @@ void RateWindow::updateControls()
     setAvailable(
         ui->clearButton, !m_rates.isEmpty(), tr("Drop the points and begin again"), tr("There is no point yet"));
     if (m_controller.state() != ServerState::Up)
-        say(*ui->infoLabel,
+        tarnis::setTranslatedText(*ui->infoLabel,
             [] { return tr("Needs a connected server; the curve goes on by itself when it is back."); });
 }
 

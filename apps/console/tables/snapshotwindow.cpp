@@ -1,12 +1,12 @@
 #include "tables/snapshotwindow.h"
 
 #include "app/availability.h"
-#include "app/words.h"
 #include "server/commandchannel.h"
 #include "server/replytext.h"
 #include "server/servercontroller.h"
 #include "server/statuspoller.h"
 #include "tables/tabledialog.h"
+#include <tarnis/foundation/retranslator.h>
 
 #include <QBoxLayout>
 #include <QEvent>
@@ -66,10 +66,10 @@ void SnapshotWindow::bindPoller()
     });
 }
 
-void SnapshotWindow::stopWaiting(const Words& words)
+void SnapshotWindow::stopWaiting(const tarnis::TranslatedText& words)
 {
     m_isPollAwaited = false;
-    say(*m_stateLabel, words);
+    tarnis::setTranslatedText(*m_stateLabel, words);
     updateControls();
 }
 
@@ -116,7 +116,7 @@ void SnapshotWindow::refresh()
 {
     if (m_controller.state() != ServerState::Up || isAsking())
         return;
-    say(*m_stateLabel, [] { return tr("Asking the server..."); });
+    tarnis::setTranslatedText(*m_stateLabel, [] { return tr("Asking the server..."); });
     if (m_source.isPolled) {
         m_isPollAwaited = true;
         m_poller.request();
@@ -130,7 +130,7 @@ void SnapshotWindow::onReplied(const PTarnisCmd& command, const QByteArray& repl
 {
     const QString text = QString::fromUtf8(reply);
     if (replyKind(text) == ReplyKind::Refused) {
-        say(*m_stateLabel, [answer = text.trimmed()] { return answer; });
+        tarnis::setTranslatedText(*m_stateLabel, [answer = text.trimmed()] { return answer; });
         return;
     }
     m_record.take(m_source.read(*command, reply));
@@ -146,7 +146,7 @@ void SnapshotWindow::fill()
     updateList(shown, nullptr);
     if (!m_time.isValid())
         return;
-    say(*m_stateLabel, [this, isPart = !part.isEmpty(), rows = shown.size()] {
+    tarnis::setTranslatedText(*m_stateLabel, [this, isPart = !part.isEmpty(), rows = shown.size()] {
         const int all = int(m_record.count());
         const QString count =
             isPart ? tr("%L1 of %Ln value(s)", nullptr, all).arg(rows) : tr("%Ln value(s)", nullptr, all);

@@ -2,8 +2,8 @@
 // read by the command's own class.
 #pragma once
 
-#include "app/words.h"
 #include "tables/snapshotrecord.h"
+#include <tarnis/foundation/retranslator.h>
 
 #include <tarnis/dialogs/namevaluelistdialog.h>
 #include <tarnis/server/tarniscmd.h>
@@ -49,7 +49,7 @@ protected:
     void updateControls();
     bool isAsking() const;
     void bindPoller();
-    void stopWaiting(const Words& words);
+    void stopWaiting(const tarnis::TranslatedText& words);
     static QStringList headers();
 
     ServerController& m_controller;

@@ -26,14 +26,14 @@ quint16 deafPort()
     return server.serverPort();
 }
 
-Notice noticeOf(UiDriver& driver, MainWindow& window)
+Alert alertOf(UiDriver& driver, MainWindow& window)
 {
-    return driver.find<NoticeBar>(window, "noticeBar").notice();
+    return driver.find<AlertBar>(window, "alertBar").alert();
 }
 
-void pressRemedy(UiDriver& driver, MainWindow& window)
+void pressAlertButton(UiDriver& driver, MainWindow& window)
 {
-    driver.click(driver.find<QPushButton>(driver.find<NoticeBar>(window, "noticeBar"), "remedyButton"));
+    driver.click(driver.find<QPushButton>(driver.find<AlertBar>(window, "alertBar"), "alertButton"));
 }
 
 /// The server dies while a command is under way and another one is being typed.
@@ -49,8 +49,8 @@ void serverDies(UiDriver& driver, MainWindow& window)
     driver.waitUntil(QStringLiteral("the command line is free again"), [&] { return !window.commandPanel().isBusy(); });
     driver.picture(window, QStringLiteral("lost"));
     driver.expect(
-        noticeOf(driver, window).remedy == Remedy::StartAgain, QStringLiteral("the notice offers a new start"));
-    pressRemedy(driver, window);
+        alertOf(driver, window).action == AlertAction::StartAgain, QStringLiteral("the alert offers a new start"));
+    pressAlertButton(driver, window);
     waitForState(driver, window, ServerState::Up, QStringLiteral("one press brings the server back"));
     driver.expect(edit.text() == u"a command half typed", QStringLiteral("what was typed is still there"));
     driver.clearText(edit);

@@ -29,6 +29,29 @@
     </message>
 </context>
 <context>
+    <name>AlertBar</name>
+    <message>
+        <source>Alert</source>
+        <translation>Hinweis</translation>
+    </message>
+    <message>
+        <source>Try Again</source>
+        <translation>Erneut versuchen</translation>
+    </message>
+    <message>
+        <source>Dismiss</source>
+        <translation>Ausblenden</translation>
+    </message>
+    <message>
+        <source>Take this notice away</source>
+        <translation>Diesen Hinweis ausblenden</translation>
+    </message>
+    <message>
+        <source>Another notice</source>
+        <translation>Weitere Meldung</translation>
+    </message>
+</context>
+<context>
     <name>ColourBarMenu</name>
     <message>
         <source>Pattern - Rainbow1</source>
@@ -523,29 +546,6 @@
     <message>
         <source>Command to the modules</source>
         <translation>Befehl an die Module</translation>
-    </message>
-</context>
-<context>
-    <name>NoticeBar</name>
-    <message>
-        <source>Notice</source>
-        <translation>Hinweis</translation>
-    </message>
-    <message>
-        <source>Try Again</source>
-        <translation>Erneut versuchen</translation>
-    </message>
-    <message>
-        <source>Dismiss</source>
-        <translation>Ausblenden</translation>
-    </message>
-    <message>
-        <source>Take this notice away</source>
-        <translation>Diesen Hinweis ausblenden</translation>
-    </message>
-    <message>
-        <source>Another notice</source>
-        <translation>Weitere Meldung</translation>
     </message>
 </context>
 <context>
@@ -1360,6 +1360,33 @@
     <message>
         <source>There is a setting of this name: it gets the new value.</source>
         <translation>Es gibt schon eine Einstellung dieses Namens: sie bekommt den neuen Wert.</translation>
+    </message>
+</context>
+<context>
+    <name>console::AlertBar</name>
+    <message>
+        <source>Start Again</source>
+        <translation>Erneut starten</translation>
+    </message>
+    <message>
+        <source>Choose a Server...</source>
+        <translation>Server wählen...</translation>
+    </message>
+    <message>
+        <source>Stop Waiting</source>
+        <translation>Nicht länger warten</translation>
+    </message>
+    <message>
+        <source>End by Force</source>
+        <translation>Gewaltsam beenden</translation>
+    </message>
+    <message>
+        <source>Send Again</source>
+        <translation>Erneut senden</translation>
+    </message>
+    <message>
+        <source>Connect Again</source>
+        <translation>Erneut verbinden</translation>
     </message>
 </context>
 <context>
@@ -2246,33 +2273,6 @@
     <message>
         <source>No command is under way</source>
         <translation>Es ist kein Befehl unterwegs</translation>
-    </message>
-</context>
-<context>
-    <name>console::NoticeBar</name>
-    <message>
-        <source>Start Again</source>
-        <translation>Erneut starten</translation>
-    </message>
-    <message>
-        <source>Choose a Server...</source>
-        <translation>Server wählen...</translation>
-    </message>
-    <message>
-        <source>Stop Waiting</source>
-        <translation>Nicht länger warten</translation>
-    </message>
-    <message>
-        <source>End by Force</source>
-        <translation>Gewaltsam beenden</translation>
-    </message>
-    <message>
-        <source>Send Again</source>
-        <translation>Erneut senden</translation>
-    </message>
-    <message>
-        <source>Connect Again</source>
-        <translation>Erneut verbinden</translation>
     </message>
 </context>
 <context>

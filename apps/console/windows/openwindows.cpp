@@ -1,9 +1,9 @@
 #include "windows/openwindows.h"
 
-#include "app/words.h"
 #include "windows/placement.h"
 #include "windows/plotlook.h"
 #include "windows/plottools.h"
+#include <tarnis/foundation/retranslator.h>
 
 #include <tarnis/dialogs/graph1ddialog.h>
 #include <tarnis/dialogs/graph2ddialog.h>
@@ -312,7 +312,7 @@ QWidget* OpenWindows::enter(const QString& id, QWidget* window, const std::funct
     addToolBar(*window);
     makeIndependent(*window);
     window->installEventFilter(this);
-    keepTitle(*window, title);
+    tarnis::setTranslatedTitle(*window, title);
     return window;
 }
 

@@ -17,7 +17,7 @@ namespace console {
 
 namespace {
 
-constexpr QLatin1String memoryKey("window/plotLook");
+constexpr QLatin1String storeKey("window/plotLook");
 
 /// A look as it is stored.
 struct StoredLook {
@@ -103,14 +103,14 @@ void reapplyLook(QWidget& window)
     applyLook(window);
 }
 
-PlotLookMenu::PlotLookMenu(QSettings& memory, QWidget* parent)
+PlotLookMenu::PlotLookMenu(QSettings& store, QWidget* parent)
     : QMenu(parent)
-    , m_memory(memory)
+    , m_store(store)
     , m_group(new QActionGroup(this))
 {
     setObjectName(QStringLiteral("plotLookMenu"));
     setToolTipsVisible(true);
-    const QString stored = m_memory.value(memoryKey).toString();
+    const QString stored = m_store.value(storeKey).toString();
     s_look = PlotLook::Window;
     for (const StoredLook& known : looks) {
         QAction* const action = addAction(QString());
@@ -129,7 +129,7 @@ PlotLookMenu::PlotLookMenu(QSettings& memory, QWidget* parent)
 void PlotLookMenu::choose(PlotLook look)
 {
     s_look = look;
-    m_memory.setValue(memoryKey, looks.at(static_cast<std::size_t>(look)).name);
+    m_store.setValue(storeKey, looks.at(static_cast<std::size_t>(look)).name);
     applyToOpenPlots();
 }
 

@@ -26,19 +26,19 @@ void applyLook(QWidget& window);
 /// The same for all plots of the window.
 void reapplyLook(QWidget& window);
 
-/// One entry for each look. The choice is kept under "window/plotLook" of `memory`, which must outlive the menu, and is
+/// One entry for each look. The choice is kept under "window/plotLook" of `store`, which must outlive the menu, and is
 /// in force for all plots as soon as the menu exists.
 class PlotLookMenu : public QMenu {
     Q_OBJECT
 public:
-    PlotLookMenu(QSettings& memory, QWidget* parent);
+    PlotLookMenu(QSettings& store, QWidget* parent);
 
 protected:
     void changeEvent(QEvent* event) override;
     void choose(PlotLook look);
     void setTexts();
 
-    QSettings& m_memory;
+    QSettings& m_store;
     QActionGroup* m_group;
 };
 

@@ -77,7 +77,7 @@ QHash<QString, QString> listTips()
         { QStringLiteral("remoteRadio"), ToolTips::tr("The server goes on running when the console is closed") },
         { QStringLiteral("browseButton"), ToolTips::tr("Choose from a list") },
         { QStringLiteral("divisorLineEdit"), ToolTips::tr("The sum of the weighted bins is divided by this number") },
-        { QStringLiteral("remedyButton"), ToolTips::tr("Do what the notice proposes") },
+        { QStringLiteral("alertButton"), ToolTips::tr("Do what the notice proposes") },
         { QStringLiteral("dirComboBox"), ToolTips::tr("The open folder and the folders above it") },
         { QStringLiteral("fileNameLineEdit"), ToolTips::tr("Name of a file or folder in the open folder") },
     };

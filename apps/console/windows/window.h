@@ -32,7 +32,7 @@ struct WindowContext {
     QWidget* parent;
     CommandPanel& commandPanel; ///< takes what a window offers for the command line
     OpenWindows& windows; ///< for windows that open others
-    QSettings& memory; ///< what is kept from one run to the next
+    QSettings& store; ///< what is kept from one run to the next
     ServerHistograms& histograms; ///< what the server has listed
     HistogramWindowUpdater& follower; ///< for windows that open those of histograms
     StatusPoller& poller; ///< asks "stat" for all windows
