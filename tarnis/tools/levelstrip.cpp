@@ -2,6 +2,7 @@
 
 #include "tarnis/plots/colorbarwidget.h"
 #include "tarnis/plots/plotaccess_p.h"
+#include "tarnis/plots/plotstyling_p.h"
 
 #include <QContextMenuEvent>
 #include <QKeyEvent>
@@ -20,6 +21,14 @@ constexpr double reachPixels = 6.0;
 constexpr double leastShare = 0.002; // between the two levels
 constexpr double keyShare = 0.01;
 const QColor outsideColor(150, 150, 150);
+
+/// Between two colours: `share` of the second one.
+QColor mixed(const QColor& first, const QColor& second, double share)
+{
+    const auto channel = [share](int a, int b) { return static_cast<int>(std::lround(a + (b - a) * share)); };
+    return { channel(first.red(), second.red()), channel(first.green(), second.green()),
+        channel(first.blue(), second.blue()) };
+}
 
 } // namespace
 
@@ -87,6 +96,10 @@ void LevelStrip::showLevels()
 
 QRect LevelStrip::scaleRect() const
 {
+    if (stylingOf(&m_map) != nullptr) { // a styled colour bar is as high as the plot rectangle
+        const QRect graph = PlotAccess::plotRect(m_map).translated(-pos());
+        return QRect(4, graph.top(), width() - 8, graph.height()).intersected(rect());
+    }
     const int edge = fontMetrics().height(); // as in the colour bar
     return rect().adjusted(4, edge, -4, -edge);
 }
@@ -113,12 +126,15 @@ void LevelStrip::paintEvent(QPaintEvent* /*event*/)
 void LevelStrip::paintStrip(QPainter& painter) const
 {
     const QRect scale = scaleRect();
-    painter.fillRect(rect(), Qt::lightGray); // as the colour bar
+    const PlotStyling* const styling = stylingOf(&m_map);
+    const QColor ground = styling != nullptr ? styling->surround() : QColor(Qt::lightGray); // as the colour bar
+    const QColor ink = styling != nullptr ? styling->foreground() : QColor(Qt::black);
+    painter.fillRect(rect(), ground);
     if (scale.width() < 4 || scale.height() < 4)
         return;
-    painter.fillRect(scale, QColor(222, 222, 222));
+    painter.fillRect(scale, styling != nullptr ? mixed(ground, ink, 0.07) : QColor(222, 222, 222));
     paintSteps(painter, scale);
-    painter.setPen(QColor(110, 110, 110));
+    painter.setPen(styling != nullptr ? mixed(ground, ink, 0.45) : QColor(110, 110, 110));
     painter.setBrush(Qt::NoBrush);
     painter.drawRect(scale.adjusted(0, 0, -1, -1));
     const AxisRange shown = levels();

@@ -142,7 +142,7 @@ void zoom(UiDriver& driver, QWidget& window)
     XY2DGraphWidget& plot = plotOf(window);
     const QRectF whole = rangeOf(plot);
     choose(driver, plot, "Rectangle");
-    driver.drag(plot, placeIn(plot, 0.3, 0.3), placeIn(plot, 0.6, 0.6));
+    driver.drag(plot, placeIn(plot, 0.3, 0.3), placeIn(plot, 0.5, 0.55));
     const QRectF part = rangeOf(plot);
     driver.expect(part.width() < 0.6 * whole.width() && part.height() < 0.6 * whole.height(),
         QStringLiteral("the rectangle is zoomed to"));
@@ -209,7 +209,8 @@ void cut(UiDriver& driver, QWidget& window)
     // Typed in the box, and on an edge after a right click.
     typeInto(driver, driver.find<QLineEdit>(box, "xMinEdit"), QStringLiteral("64"));
     driver.expect(limitIn(driver, box, "xMinEdit") == 64.0, QStringLiteral("the box takes a limit"));
-    const QPoint upper = plot.calcWidgetPointF(QPointF((64.0 + limitIn(driver, box, "xMaxEdit")) / 2.0,
+    // Away from the left edge, also from where it was before the limit was typed.
+    const QPoint upper = plot.calcWidgetPointF(QPointF((64.0 + 3.0 * limitIn(driver, box, "xMaxEdit")) / 4.0,
                                                    limitIn(driver, box, "yMaxEdit")))
                              .toPoint();
     driver.clickAt(plot, upper, Qt::RightButton);
