@@ -93,7 +93,7 @@ void MultiVectorGraphWidget::paintFoundPeaks(QPainter& painter, const QRect& gra
     const int x0 = tarnis::truncateToPixel(graph.left() + sx * 0.5);
     const tarnis::PlotStyling* const styling = tarnis::stylingOf(this);
     const QColor curveColor = styling != nullptr ? styling->accent() : QColor(0, 65, 255);
-    const QColor markColor = styling != nullptr ? styling->foreground() : QColor(Qt::white);
+    const QColor markColor = styling != nullptr ? styling->lineOverData() : QColor(Qt::white);
     if (!m_peakDialogs.map.contains(this)) {
         for (const PeakSearch::Gaussian& peak : std::as_const(m_peaks)) {
             painter.setPen(curveColor);

@@ -51,7 +51,8 @@ public:
     virtual BarLayout paintColorBar(QPainter& painter, const QRect& frame, const ColorBarWidget& bar) = 0;
 
     virtual QColor surround() const = 0; ///< around the plot rectangle
-    virtual QColor foreground() const = 0; ///< of texts, and of lines over the data
+    virtual QColor foreground() const = 0; ///< of texts
+    virtual QColor lineOverData() const = 0; ///< of lines and marks over the data: maps are dark in every theme
     virtual QColor accent() const = 0; ///< of peaks and marks over the data
     /// Of a curve of the plot's present type; `given` is the classic one.
     virtual QColor curveColor(int number, const QColor& given) const = 0;

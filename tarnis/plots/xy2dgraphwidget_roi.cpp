@@ -171,16 +171,20 @@ void XY2DGraphWidget::paintRegions(QPainter& painter)
     const int selected = view->isEditable() ? view->currentIndex() : -1;
     const QList<QRect>& regions = view->getRoiList();
     const tarnis::PlotStyling* const styling = tarnis::stylingOf(this);
-    const QColor color = styling != nullptr ? styling->foreground() : QColor(Qt::white);
+    const QColor color = styling != nullptr ? styling->lineOverData() : QColor(Qt::white);
     for (qsizetype i = 0; i < regions.size(); ++i) {
         QPen pen(color, 1, Qt::SolidLine);
         if (i == selected) {
             pen.setStyle(Qt::CustomDashLine);
             pen.setDashPattern({ 5, 5 });
         }
-        painter.setPen(pen);
         const QRect rect =
             between(calcWidgetPoint(regions.at(i).topLeft()), calcWidgetPoint(regions.at(i).bottomRight()));
+        if (styling != nullptr) { // a dark seam, for colours as light as the line
+            painter.setPen(QPen(QColor(0, 0, 0, 140), 3));
+            painter.drawRects(&rect, 1);
+        }
+        painter.setPen(pen);
         painter.drawRects(&rect, 1);
     }
 }

@@ -305,7 +305,7 @@ void XYGraphWidget::paintSelectedRect(QPainter& painter)
     painter.setClipRect(m_graphRect);
     if (!tarnis::plotEqual(m_xRangeMin, m_xRangeMax)) {
         const tarnis::PlotStyling* const styling = tarnis::stylingOf(this);
-        painter.setPen(QPen(styling != nullptr ? styling->foreground() : QColor(Qt::white), 1, Qt::DashLine));
+        painter.setPen(QPen(styling != nullptr ? styling->lineOverData() : QColor(Qt::white), 1, Qt::DashLine));
         for (const double bound : { m_xRangeMin, m_xRangeMax }) {
             const double x = calcWidgetPointF(QPointF(bound, 0.0)).x();
             // Where the visible range is empty, the line is nowhere. Beyond the largest widget it cannot show.

@@ -211,4 +211,9 @@ void StylePainter::fitCounts()
     PlotAccess::fitY(m_plot, m_fitted);
 }
 
+QColor StylePainter::lineOverData() const
+{
+    return qobject_cast<const XY2DGraphWidget*>(&m_plot) != nullptr ? QColor(Qt::white) : theme().text;
+}
+
 } // namespace tarnis

@@ -66,6 +66,7 @@ public:
     BarLayout paintColorBar(QPainter& painter, const QRect& frame, const ColorBarWidget& bar) override;
     QColor surround() const override { return theme().surround; }
     QColor foreground() const override { return theme().text; }
+    QColor lineOverData() const override;
     QColor accent() const override { return theme().accent; }
     QColor curveColor(int number, const QColor& given) const override;
 

@@ -6,6 +6,7 @@
 #include <tarnis/plots/multivectorgraphwidget.h>
 #include <tarnis/plots/plotmapping.h>
 #include <tarnis/plots/vectorgraphwidget.h>
+#include <tarnis/plots/viewselectedroi.h>
 #include <tarnis/plots/xy2dgraphwidget.h>
 #include <tarnis/tools/plotcrosshair.h>
 #include <tarnis/tools/plotlegend.h>
@@ -508,6 +509,18 @@ private Q_SLOTS:
             const QPoint beside = PlotMapping::of(map).pixelOf({ i + 1.4, i + 0.4 }).toPoint();
             QCOMPARE(image.pixelColor(beside), XY2DGraphWidget::colMin); // empty
         }
+    }
+
+    void regionsAreSeenOnEmptyBins()
+    {
+        XY2DGraphWidget map;
+        fill(map);
+        const PlotStyle style(&map, PlotStyle::Theme::Light);
+        grabbed(map);
+        map.enalbeRoiSelect({ QPoint(0, 0), QPoint(20, 10) });
+        map.SetRoiEnabled(true);
+        map.GetViewSelectedROI()->addRoi({ QPoint(12, 2), QPoint(18, 8) });
+        QVERIFY(hasColor(grabbed(map), map, 12.0, 5.0, Qt::white));
     }
 
     void turnedPlotsFollow()
