@@ -13,6 +13,8 @@ Client::Client(ClientOptions options, QObject* parent)
 
 Client::~Client()
 {
+    // A slot would meet a client, and often an owner, that is partly destroyed. The requests end all the same.
+    blockSignals(true);
     d->disconnectAs(tr("The client was closed."), true);
 }
 

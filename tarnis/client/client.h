@@ -49,8 +49,10 @@ struct TARNIS_EXPORT ClientOptions {
 ///     client->request("stat").then(this, [](const tarnis::Reply& reply) { qInfo() << reply.text(); });
 ///
 /// All functions must be called on the client's thread. The client may be deleted at any time, also by a slot connected
-/// to its signals, a continuation or a progress callback. Continuations without a context object run on the client's
-/// thread.
+/// to its signals, a continuation or a progress callback; its destructor ends every request and emits nothing.
+/// Continuations without a context object run on the client's thread. Nothing ends while that thread is blocked: do not
+/// call waitForFinished() or result() of a request there before it has ended. Cancelling the request's future cancels
+/// the request; cancelling what then() returned does not.
 class TARNIS_EXPORT Client : public QObject {
     Q_OBJECT
     /// See State.

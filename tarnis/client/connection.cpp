@@ -120,12 +120,12 @@ void Connection::onReadyRead()
         const bool complete = m_frame->isComplete(m_prompt);
         if (m_phase == Phase::Exchange && !reportProgress(taken, complete))
             return;
+        if (!checkSize())
+            return;
         if (complete) {
             onComplete();
             return;
         }
-        if (!checkSize())
-            return;
     }
     // What is left is announced by the next readyRead().
 }

@@ -123,6 +123,9 @@ bool Parser::countRows(const std::optional<HistogramAxis>& axis, qsizetype& rows
         if (rows == 0)
             return fail(Error::Payload, m_payload.size(),
                 tr("%1 values are less than a row of %2 bins.").arg(m_count).arg(axis->bins));
+        if (rows > m_format.maxRows)
+            return fail(
+                Error::Payload, 0, tr("%1 rows are more than the accepted %2.").arg(rows).arg(m_format.maxRows));
     }
     // An axis that does not fit is an error; a number of rows beyond the values would ask for memory without data.
     const qsizetype bins = axis ? axis->bins : m_count / rows;

@@ -40,6 +40,9 @@ struct TARNIS_EXPORT HistogramFormat {
     HistogramAxis y; ///< Map: its ends
     /// Largest accepted number of bins of a row. An axis of pairs costs memory for each bin, also of an empty reply.
     qsizetype maxBins = qsizetype(1) << 22;
+    /// Largest accepted number of rows where the reply decides on it, with `rows` 0: each costs memory and drawing
+    /// time.
+    qsizetype maxRows = 1024;
 
     /// The format of the reply to "hist1d NAME ...", "hist1d NAME ... pairs ..." and "hist2d NAME ..." of the simulated
     /// server.

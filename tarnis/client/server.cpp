@@ -321,8 +321,9 @@ void Server::Private::onConnectTimeout()
     fail(cause.isEmpty() ? text : text + QLatin1Char(' ') + cause);
 }
 
-void Server::Private::fail(const QString& why)
+void Server::Private::fail(const QString& given)
 {
+    const QString why = given; // it may be the text of a client that is closed below
     connectTimer.stop();
     launchesNext = false;
     host.clear();

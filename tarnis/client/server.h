@@ -43,8 +43,12 @@ struct TARNIS_EXPORT ServerStep {
 /// program that has ended is started again by restart().
 ///
 ///     auto* server = new tarnis::Server({}, this);
-///     server->startLocal("tarnis-simserver").then(this, [=](const tarnis::ServerStep& step) { qInfo() << step.reason;
-///     }); server->client("control")->request("start");
+///     server->startLocal("tarnis-simserver").then(this, [=](const tarnis::ServerStep& step) {
+///         if (step.outcome == tarnis::ServerStep::Outcome::Done)
+///             server->client("control")->request("start");
+///         else
+///             qWarning() << step.reason;
+///     });
 ///
 /// The thread is that of its clients. It may be deleted at any time, also by its own signals and continuations.
 class TARNIS_EXPORT Server : public QObject {

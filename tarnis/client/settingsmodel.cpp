@@ -45,7 +45,8 @@ public:
     }
     /// Calls `then` with the reply, unless the model has gone by then.
     void request(const QString& text, const std::function<void(const Reply&)>& then);
-    void onSettings(const Reply& reply);
+    /// `endsSend`: the last request of send().
+    void onSettings(const Reply& reply, bool endsSend);
     void follow(const QMap<QString, QString>& values);
     void onAnswer(const QString& name, const QString& value, const Reply& reply);
     void finishSending();
@@ -80,10 +81,10 @@ void SettingsModel::Private::request(const QString& text, const std::function<vo
     });
 }
 
-void SettingsModel::Private::onSettings(const Reply& reply)
+void SettingsModel::Private::onSettings(const Reply& reply, bool endsSend)
 {
     const QPointer<SettingsModel> alive(&q);
-    const bool endsSend = isSending;
+    QString why = endsSend ? std::exchange(failure, QString()) : QString();
     if (reply.isOk()) {
         QMap<QString, QString> values;
         TarnisCmd::makeNameValueMap(reply.text().split(QLatin1Char('\n')), values);
@@ -93,12 +94,11 @@ void SettingsModel::Private::onSettings(const Reply& reply)
         follow(values);
         if (alive)
             Q_EMIT q.refreshed();
-    } else if (failure.isEmpty()) {
-        failure = reply.reason;
+    } else if (why.isEmpty()) {
+        why = reply.reason;
     }
     if (!alive)
         return;
-    const QString why = std::exchange(failure, QString());
     if (endsSend)
         isSending = false;
     if (!why.isEmpty())
@@ -163,7 +163,7 @@ void SettingsModel::Private::onAnswer(const QString& name, const QString& value,
 
 void SettingsModel::Private::finishSending()
 {
-    q.refresh();
+    request(QStringLiteral("setting"), [this](const Reply& reply) { onSettings(reply, true); });
 }
 
 void SettingsModel::Private::rowChanged(const QString& name)
@@ -244,7 +244,7 @@ bool SettingsModel::setData(const QModelIndex& index, const QVariant& value, int
 
 void SettingsModel::refresh()
 {
-    d->request(QStringLiteral("setting"), [this](const Reply& reply) { d->onSettings(reply); });
+    d->request(QStringLiteral("setting"), [this](const Reply& reply) { d->onSettings(reply, false); });
 }
 
 void SettingsModel::send()

@@ -366,6 +366,18 @@ private Q_SLOTS:
         QCOMPARE(endOf(client->request("next")).outcome, Outcome::Replied);
     }
 
+    void boundsRepliesThatComeInOnePiece()
+    {
+        ScriptedServer server;
+        server.answer("short", { Step::text(QByteArray(2000, 'x')) });
+        const auto client = connectedTo(server);
+        RequestOptions options;
+        options.maxSize = 100;
+        QCOMPARE(endOf(client->request("short", options)).outcome, Outcome::Failed);
+        options.maxSize = 2000;
+        QCOMPARE(endOf(client->request("short", options)).outcome, Outcome::Replied);
+    }
+
     void boundsTheQueue()
     {
         ClientOptions options = quick();
@@ -455,6 +467,19 @@ private Q_SLOTS:
         client.connectTo(server.host(), server.port());
         QVERIFY(eventually([&] { return client.state() == State::Failed; }));
         QCOMPARE(client.reason(), QStringLiteral("too many clients"));
+    }
+
+    void theDestructorIsSilent()
+    {
+        ScriptedServer server;
+        server.answer("long", { Step::silence() });
+        auto client = connectedTo(server);
+        const QFuture<Reply> future = client->request("long");
+        int emitted = 0;
+        connect(client.get(), &Client::stateChanged, this, [&] { ++emitted; });
+        client.reset();
+        QCOMPARE(emitted, 0);
+        QCOMPARE(endOf(future).outcome, Outcome::Cancelled);
     }
 
     void deletedAnywhere_data()

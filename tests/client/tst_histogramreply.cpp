@@ -28,6 +28,7 @@ HistogramFormat formatOf(Kind kind, int rows = 0)
     format.kind = kind;
     format.rows = rows;
     format.maxBins = 1000;
+    format.maxRows = 50;
     return format;
 }
 
@@ -100,6 +101,8 @@ private Q_SLOTS:
         QTest::newRow("fewer than a row") << Kind::Rows << 0 << two << "a (0 1 3)" << Error::Payload << 16;
         QTest::newRow("not whole rows") << Kind::Rows << 3 << two << "" << Error::Payload << 0;
         QTest::newRow("rows without values") << Kind::Rows << 2000000000 << QByteArray() << "" << Error::Payload << 0;
+        QTest::newRow("too many rows") << Kind::Rows << 0 << bytesOf(QList<double>(51, 1.0)) << "a (0 1 1)"
+                                       << Error::Payload << 0;
         QTest::newRow("no axis") << Kind::Pairs << 0 << two << "OK:\n" << Error::Text << 4;
         QTest::newRow("axis not closed") << Kind::Pairs << 0 << two << "a (0 1 2" << Error::Text << 8;
         QTest::newRow("axis of two") << Kind::Pairs << 0 << two << "a (0 1)" << Error::Text << 2;

@@ -127,6 +127,17 @@ private Q_SLOTS:
         QCOMPARE(table.model.value("rate"), QStringLiteral("1000"));
     }
 
+    void anEarlierRefreshDoesNotEndASend()
+    {
+        Table table;
+        table.model.setValue("rate", "7");
+        table.model.refresh();
+        QVERIFY(table.send());
+        QCOMPARE(table.sentLines(), QStringList("setting rate:7"));
+        QCOMPARE(table.sent.size(), 1);
+        QCOMPARE(table.sent.first(), QVariantList({ 1, 0 }));
+    }
+
     void editedValuesStayAtARefresh()
     {
         Table table;
