@@ -83,6 +83,7 @@ PlotToolBar::PlotToolBar(XYGraphWidget* plot, QWidget* parent)
         qWarning("tarnis: a tool bar without a plot stays empty");
         return;
     }
+    m_watched = plot;
     plot->installEventFilter(this); // tools are children of the plot
     connect(plot, &QObject::destroyed, this, [this] {
         m_plot = nullptr; // a widget announces its end before such pointers are cleared
@@ -258,7 +259,7 @@ bool PlotToolBar::moveFocus(const QWidget& from, int key)
 
 bool PlotToolBar::eventFilter(QObject* object, QEvent* event)
 {
-    if (object == m_plot) {
+    if (object == m_watched) {
         if (event->type() == QEvent::ChildAdded || event->type() == QEvent::ChildRemoved)
             collectLater();
         return false;

@@ -51,6 +51,7 @@ private:
     TARNIS_NO_EXPORT void chooseTabStop();
 
     QPointer<XYGraphWidget> m_plot;
+    const QObject* m_watched = nullptr; ///< the plot; compared only, also while it is destroyed
     QMenu* m_menu;
     QList<QAction*> m_plotActions; // copies of the plot's mouse tools
     QList<QPointer<QAction>> m_collected; // of the plot and its tools, as they are in the bar

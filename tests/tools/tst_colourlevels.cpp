@@ -138,8 +138,7 @@ private Q_SLOTS:
         map.onPatternGrays();
         QCOMPARE(ColourMaps::current(map), QStringLiteral("grayscale"));
         QCOMPARE(colorAt(map, 100.5, 2.3), QColor(Qt::white));
-        auto* const bar = static_cast<BarProbe*>(map.m_colorBar);
-        QCOMPARE(bar->*(&BarProbe::m_positions), (QList<double> { 0.0, 0.25, 0.5, 0.75, 1.0 }));
+        QCOMPARE(map.m_colorBar->*(&BarProbe::m_positions), (QList<double> { 0.0, 0.25, 0.5, 0.75, 1.0 }));
     }
 
     void spreadsColoursByTheRoot()

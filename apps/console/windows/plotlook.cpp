@@ -8,10 +8,12 @@
 #include <QActionGroup>
 #include <QApplication>
 #include <QEvent>
+#include <QPointer>
 #include <QSettings>
 #include <QVariant>
 
 #include <array>
+#include <utility>
 
 namespace console {
 
@@ -69,10 +71,16 @@ void apply(XYGraphWidget& plot)
 
 void applyToOpenPlots()
 {
+    // First found, then changed: a style that comes or goes may take other widgets of the list with it.
+    QList<QPointer<XYGraphWidget>> plots;
     const QWidgetList all = QApplication::allWidgets();
     for (QWidget* const widget : all) {
         auto* const plot = qobject_cast<XYGraphWidget*>(widget);
         if (plot && plot->property(servedProperty).toBool())
+            plots.append(plot);
+    }
+    for (const QPointer<XYGraphWidget>& plot : std::as_const(plots)) {
+        if (plot)
             apply(*plot);
     }
 }
