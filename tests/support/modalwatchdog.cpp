@@ -11,6 +11,7 @@ namespace tarnis::testing {
 
 ModalWatchdog::ModalWatchdog(QList<Answer> answers)
     : m_answers(std::move(answers))
+    , m_openBefore(QApplication::activeModalWidget())
 {
     QObject::connect(&m_timer, &QTimer::timeout, &m_timer, [this] { look(); });
     m_timer.start(5);
@@ -20,7 +21,7 @@ void ModalWatchdog::look()
 {
     constexpr int patience = 2000; // looks, about 10 s
     QWidget* window = QApplication::activeModalWidget();
-    if (window == nullptr || !window->isVisible())
+    if (window == nullptr || !window->isVisible() || window == m_openBefore)
         return;
     const bool seenBefore = m_answeredWindows.contains(window); // on top again while a later one closes, or left open
     if (seenBefore && ++m_patience < patience)

@@ -11,7 +11,8 @@
 namespace tarnis::testing {
 
 /// Lives around the call that opens modal windows. Each window that comes up gets the next of the answers; the answer
-/// has to close it. A window without an answer, and one that its answer left open, is closed and counted as a fault.
+/// has to close it. A window without an answer, and one that its answer left open, is closed and counted as a fault. A
+/// window that was open before is left alone.
 class ModalWatchdog {
 public:
     using Answer = std::function<void(QWidget&)>;
@@ -27,6 +28,7 @@ private:
     void look();
 
     QList<Answer> m_answers;
+    QPointer<QWidget> m_openBefore;
     qsizetype m_next = 0;
     int m_faults = 0;
     int m_patience = 0;
