@@ -1851,6 +1851,10 @@ Gezeigt ist das Ergebnis von %2.</translation>
         <source>The axis has no bins, or ends before it begins.</source>
         <translation>Die Achse hat keine Bins oder endet vor ihrem Anfang.</translation>
     </message>
+    <message>
+        <source>%1 rows are more than the accepted %2.</source>
+        <translation>%1 Zeilen sind mehr als die zulässigen %2.</translation>
+    </message>
 </context>
 <context>
     <name>tarnis::LevelStrip</name>
