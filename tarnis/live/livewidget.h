@@ -21,9 +21,9 @@ namespace tarnis {
 ///     spectrum->setCommand("hist1d total bins:1024");
 ///     spectrum->setClient(server->client("plots"));
 ///
-/// It polls while it is visible and goes on by itself after failures and lost connections; the data of before stay on
-/// the plot meanwhile. Widgets with the same client and command share the polls. It shows no message boxes. GUI thread
-/// only.
+/// It polls while it is visible and goes on by itself after failures and lost connections; the previous data stay
+/// on the plot meanwhile. Widgets with the same client and command share the polls. It shows no message boxes. GUI
+/// thread only.
 class TARNIS_EXPORT LiveWidget : public QWidget {
     Q_OBJECT
     /// See command().

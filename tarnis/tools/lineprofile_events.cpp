@@ -259,11 +259,7 @@ void LineProfile::fillMenu()
 {
     m_menu->clear();
     const auto addChoice = [this](QActionGroup* group, const QString& text, bool isChecked, const auto& choose) {
-        QAction* const entry = group->addAction(text);
-        entry->setCheckable(true);
-        entry->setChecked(isChecked);
-        connect(entry, &QAction::triggered, this, choose);
-        m_menu->addAction(entry);
+        connect(addMenuChoice(*m_menu, *group, text, isChecked), &QAction::triggered, this, choose);
     };
     auto* const joins = new QActionGroup(m_menu);
     const auto addJoin = [&](const QString& text, Join join) {

@@ -27,7 +27,7 @@ public:
     /// empty on success. Refused: a calibration that is not valid or does not rise over the data, and a plot whose host
     /// has set a second scale of its own.
     static QString apply(XYGraphWidget& plot, const EnergyCalibration& calibration);
-    /// Back to the axis and name of before. Without a calibration nothing happens.
+    /// Restores the previous axis and name. Does nothing without a calibration.
     static void remove(XYGraphWidget& plot);
 
     ~PlotCalibration() override;

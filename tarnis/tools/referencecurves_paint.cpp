@@ -253,11 +253,7 @@ void ReferenceCurves::fillMenu()
 {
     m_menu->clear();
     const auto addChoice = [this](QActionGroup* group, const QString& text, bool isChecked, const auto& choose) {
-        QAction* const entry = group->addAction(text);
-        entry->setCheckable(true);
-        entry->setChecked(isChecked);
-        connect(entry, &QAction::triggered, this, choose);
-        m_menu->addAction(entry);
+        connect(addMenuChoice(*m_menu, *group, text, isChecked), &QAction::triggered, this, choose);
     };
     auto* const views = new QActionGroup(m_menu);
     const auto addView = [&](const QString& text, View view) {

@@ -1,8 +1,10 @@
 #include "tarnis/tools/toolaction_p.h"
 
+#include <QActionGroup>
 #include <QEvent>
 #include <QGuiApplication>
 #include <QIconEngine>
+#include <QMenu>
 #include <QPainter>
 #include <QPalette>
 
@@ -97,6 +99,15 @@ bool ToolAction::event(QEvent* event)
         describe();
     }
     return QAction::event(event);
+}
+
+QAction* addMenuChoice(QMenu& menu, QActionGroup& group, const QString& text, bool isChecked)
+{
+    QAction* const entry = group.addAction(text);
+    entry->setCheckable(true);
+    entry->setChecked(isChecked);
+    menu.addAction(entry);
+    return entry;
 }
 
 } // namespace tarnis

@@ -7,6 +7,8 @@
 #include <initializer_list>
 
 QT_BEGIN_NAMESPACE
+class QActionGroup;
+class QMenu;
 class QPainter;
 QT_END_NAMESPACE
 
@@ -27,6 +29,9 @@ QIcon drawnIcon(IconDrawing drawing);
 
 /// Returns a text in the current language. Called again with each change of it.
 using ActionText = QString (*)();
+
+/// Adds an entry to the menu that excludes the others of its group, which owns it.
+QAction* addMenuChoice(QMenu& menu, QActionGroup& group, const QString& text, bool isChecked);
 
 /// Belongs to the object that it is made for. An InteractiveTool passes changes of the language to it.
 class ToolAction : public QAction {

@@ -24,7 +24,7 @@ public:
     ~AlertBar() override;
 
     const Alert& alert() const { return m_alert; }
-    /// What stands beside the alert; empty if nothing does.
+    /// The status message beside the alert; empty without one.
     QString note() const;
 
 public Q_SLOTS:

@@ -7,7 +7,7 @@
 
 namespace console {
 
-/// In the current language; the manager's own names stand in logs and tooltips.
+/// In the current language; the manager's own names appear in logs and tool tips.
 QString statusText(Tarnis::SERVER_STATUS status);
 
 } // namespace console

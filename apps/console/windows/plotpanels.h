@@ -1,5 +1,5 @@
-// Windows with numbers of a plot: fits, peaks, regions, energies. They stand beside the plot's window, or inside it
-// below the plot where the screen has no room, and so never cover the data.
+// Windows with numbers of a plot: fits, peaks, regions, energies. They are placed beside the plot's window, or inside
+// it below the plot where the screen has no room, and so never cover the data.
 #pragma once
 
 #include <QRect>

@@ -47,7 +47,7 @@ struct SmoothCurve {
     SampleRange range; ///< those that are drawn; `samples` holds them
     CurveShape shape = CurveShape::Lines;
     double width = 1.5; ///< of the line, diameter of the discs; pixels
-    double base = 0.0; ///< row that columns stand on
+    double base = 0.0; ///< row of the lower end of columns
     QRgb color = 0xff000000;
 };
 
