@@ -1,5 +1,5 @@
 // The reader of stored views: an error, or a view with sound ranges that is written and read back as it is.
-#include "tarnis/tools/viewfile_p.h"
+#include "tarnis/tools/navigation/viewfile_p.h"
 
 #include <cmath>
 #include <cstddef>

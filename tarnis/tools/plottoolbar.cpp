@@ -1,8 +1,8 @@
 #include "tarnis/tools/plottoolbar.h"
 
 #include "tarnis/plots/plotaccess_p.h"
+#include "tarnis/tools/base/toolaction_p.h"
 #include "tarnis/tools/interactivetool.h"
-#include "tarnis/tools/toolaction_p.h"
 
 #include <QActionEvent>
 #include <QEvent>

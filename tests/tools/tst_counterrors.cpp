@@ -1,5 +1,5 @@
 // Error intervals of counts against the exact ones.
-#include "tarnis/tools/counterrors_p.h"
+#include "tarnis/tools/curves/counterrors_p.h"
 
 #include <QTest>
 

@@ -1,5 +1,5 @@
 // Samples by pixel columns.
-#include "tarnis/tools/envelope_p.h"
+#include "tarnis/tools/curves/envelope_p.h"
 
 #include <QTest>
 

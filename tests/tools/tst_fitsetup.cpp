@@ -1,9 +1,9 @@
 // Settings, ties, texts, residuals and history of a fit panel, without widgets.
-#include "tarnis/tools/fithistory_p.h"
-#include "tarnis/tools/fitparametermodel_p.h"
-#include "tarnis/tools/fitsetup_p.h"
-#include "tarnis/tools/plotspectra_p.h"
-#include "tarnis/tools/stripplot_p.h"
+#include "tarnis/tools/panels/fithistory_p.h"
+#include "tarnis/tools/panels/fitparametermodel_p.h"
+#include "tarnis/tools/panels/fitsetup_p.h"
+#include "tarnis/tools/panels/plotspectra_p.h"
+#include "tarnis/tools/panels/stripplot_p.h"
 
 #include <QJsonArray>
 #include <QSignalSpy>

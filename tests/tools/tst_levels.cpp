@@ -1,7 +1,7 @@
 // Arithmetic of colour levels: quantiles, histogram, the axis and drags of its handles.
 #include "support/randomcases.h"
 #include "support/support.h"
-#include "tarnis/tools/levels_p.h"
+#include "tarnis/tools/maps/levels_p.h"
 
 #include <QTest>
 

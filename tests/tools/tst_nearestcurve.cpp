@@ -2,7 +2,7 @@
 #include "support/randomcases.h"
 #include "support/support.h"
 
-#include "tarnis/tools/nearestcurve_p.h"
+#include "tarnis/tools/cursors/nearestcurve_p.h"
 
 #include <QList>
 #include <QTest>

@@ -1,7 +1,7 @@
 // Profiles along lines of a map: against a visit of every bin, and for lines along the axes and the diagonal.
 #include "support/randomcases.h"
 #include "support/support.h"
-#include "tarnis/tools/profilearithmetic_p.h"
+#include "tarnis/tools/maps/profilearithmetic_p.h"
 
 #include <QTest>
 

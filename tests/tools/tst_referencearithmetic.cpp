@@ -1,5 +1,5 @@
 // Comparing bins with their reference: values, errors, gaps, and the axis of the comparison.
-#include "tarnis/tools/referencearithmetic_p.h"
+#include "tarnis/tools/curves/referencearithmetic_p.h"
 
 #include <QTest>
 

@@ -1,6 +1,6 @@
 // Regions as values: files, parts that can be dragged, numbers, texts. No widgets but a plot to read.
-#include "tarnis/tools/regionhit_p.h"
-#include "tarnis/tools/regionrows_p.h"
+#include "tarnis/tools/regions/regionhit_p.h"
+#include "tarnis/tools/regions/regionrows_p.h"
 
 #include "support/support.h"
 

@@ -1,5 +1,5 @@
 // The list of views: what makes an entry, what joins one, and the way back.
-#include "tarnis/tools/viewhistory_p.h"
+#include "tarnis/tools/navigation/viewhistory_p.h"
 
 #include <QTest>
 

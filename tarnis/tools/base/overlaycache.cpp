@@ -1,0 +1,43 @@
+#include "tarnis/tools/base/overlaycache_p.h"
+
+#include "tarnis/plots/plotmapping.h"
+
+#include <QPainter>
+#include <QWidget>
+
+namespace tarnis {
+
+void OverlayCache::paint(QPainter& painter, const QWidget* plot, const PlotMapping& mapping, const QRect& area,
+    bool isStale, const Drawing& drawing)
+{
+    if (area.isEmpty())
+        return;
+    if (painter.device() != static_cast<const QPaintDevice*>(plot)) {
+        painter.save();
+        painter.setClipRect(area, Qt::IntersectClip);
+        drawing(painter);
+        painter.restore();
+        return;
+    }
+    const double ratio = plot->devicePixelRatioF();
+    const bool isSame = !isStale && !m_picture.isNull() && m_area == area && m_rect == mapping.frameRect()
+        && m_x == mapping.x() && m_y == mapping.y() && m_isLog == mapping.isLogY()
+        && m_picture.devicePixelRatio() == ratio;
+    if (!isSame) {
+        m_area = area;
+        m_rect = mapping.frameRect();
+        m_x = mapping.x();
+        m_y = mapping.y();
+        m_isLog = mapping.isLogY();
+        m_picture = QPixmap((QSizeF(area.size()) * ratio).toSize());
+        m_picture.setDevicePixelRatio(ratio);
+        m_picture.fill(Qt::transparent);
+        QPainter inside(&m_picture);
+        inside.setFont(painter.font());
+        inside.translate(-area.topLeft());
+        drawing(inside);
+    }
+    painter.drawPixmap(area.topLeft(), m_picture);
+}
+
+} // namespace tarnis

@@ -1,0 +1,86 @@
+#include "tarnis/tools/base/plotlabel_p.h"
+
+#include <QColor>
+#include <QFontMetrics>
+#include <QPainter>
+
+#include <algorithm>
+#include <cmath>
+
+namespace tarnis {
+
+namespace {
+
+constexpr int padX = 5;
+constexpr int padY = 2;
+constexpr double farAway = 1e5; // beyond any screen
+
+struct Colours {
+    QColor fill;
+    QColor text;
+    QColor border;
+};
+
+Colours coloursOf(LabelStyle style)
+{
+    switch (style) {
+    case LabelStyle::Selected:
+        return { QColor(255, 255, 255, 235), QColor(20, 20, 20), QColor(20, 20, 20) };
+    case LabelStyle::Button:
+        return { QColor(32, 56, 96, 225), QColor(255, 255, 255), QColor(170, 200, 255) };
+    default:
+        return { QColor(24, 24, 24, 205), QColor(255, 255, 255), QColor(110, 110, 110, 205) };
+    }
+}
+
+} // namespace
+
+QSize labelSize(const QPainter& painter, const QString& text)
+{
+    const QFontMetrics metrics(painter.font());
+    return metrics.size(0, text) + QSize(2 * padX, 2 * padY);
+}
+
+QRect paintLabel(QPainter& painter, const QString& text, const QPoint& at, Qt::Alignment alignment, LabelStyle style)
+{
+    QRect frame(at, labelSize(painter, text));
+    if (alignment.testFlag(Qt::AlignRight))
+        frame.moveRight(at.x());
+    else if (alignment.testFlag(Qt::AlignHCenter))
+        frame.moveLeft(at.x() - frame.width() / 2);
+    if (alignment.testFlag(Qt::AlignBottom))
+        frame.moveBottom(at.y());
+    else if (alignment.testFlag(Qt::AlignVCenter))
+        frame.moveTop(at.y() - frame.height() / 2);
+    const Colours colours = coloursOf(style);
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(colours.border, 1.0));
+    painter.setBrush(colours.fill);
+    painter.drawRoundedRect(QRectF(frame).adjusted(0.5, 0.5, -0.5, -0.5), 3.0, 3.0);
+    painter.setPen(colours.text);
+    painter.drawText(frame, Qt::AlignCenter, text);
+    painter.restore();
+    return frame;
+}
+
+void paintLine(QPainter& painter, const QPointF& from, const QPointF& to, const QColor& color, bool dashed)
+{
+    painter.setPen(QPen(QColor(0, 0, 0, 140), 3.0));
+    painter.drawLine(from, to);
+    painter.setPen(QPen(color, 1.0, dashed ? Qt::DashLine : Qt::SolidLine));
+    painter.drawLine(from, to);
+}
+
+void fillColumn(QPainter& painter, int column, double top, double bottom, const QColor& color)
+{
+    const QPoint from(column, static_cast<int>(std::floor(top)));
+    painter.fillRect(QRect(from, QPoint(column, static_cast<int>(std::floor(bottom)))), color);
+}
+
+double limitedCoordinate(double coordinate)
+{
+    return std::isnan(coordinate) ? -farAway : std::clamp(coordinate, -farAway, farAway);
+}
+
+} // namespace tarnis

@@ -1,0 +1,71 @@
+#include "tarnis/tools/base/plotplaces_p.h"
+
+#include "tarnis/tools/base/plotcurves_p.h"
+
+#include <cmath>
+
+namespace tarnis {
+
+namespace {
+
+constexpr double stepOutside = 0.01; // of the view
+
+double moved(double value, int bins, AxisRange edges, bool isInside, AxisRange view)
+{
+    if (bins == 0)
+        return value;
+    const double step = isInside ? edges.max - edges.min : std::abs(view.max - view.min) * stepOutside;
+    return value + bins * step;
+}
+
+} // namespace
+
+bool isFinitePlace(const QPointF& place)
+{
+    return std::isfinite(place.x()) && std::isfinite(place.y());
+}
+
+QPointF snappedToBins(const PlotMapping& mapping, const QPointF& position)
+{
+    const qsizetype column = mapping.columnAt(position.x());
+    const qsizetype row = mapping.rowAt(position.y());
+    return { column >= 0 ? middleOf(mapping.columnEdges(column)) : position.x(),
+        row >= 0 ? middleOf(mapping.rowEdges(row)) : position.y() };
+}
+
+QPointF movedByBins(const PlotMapping& mapping, const QPointF& position, int columns, int rows)
+{
+    const qsizetype column = mapping.columnAt(position.x());
+    const qsizetype row = mapping.rowAt(position.y());
+    const QPointF target { moved(position.x(), columns, column >= 0 ? mapping.columnEdges(column) : AxisRange(),
+                               column >= 0, mapping.x()),
+        moved(position.y(), rows, row >= 0 ? mapping.rowEdges(row) : AxisRange(), row >= 0, mapping.y()) };
+    return snappedToBins(mapping, target);
+}
+
+bool isHit(const PlotMapping& mapping, const QPointF& place, const QPointF& pixel, bool isLine, double reach)
+{
+    if (!mapping.isValid() || !mapping.plotRect().contains(pixel.toPoint()))
+        return false;
+    const QPointF at = mapping.toFrame(pixel);
+    const double dx = std::abs(mapping.columnOf(place.x()) - at.x());
+    if (isLine)
+        return dx <= reach;
+    return std::hypot(dx, mapping.rowOf(place.y()) - at.y()) <= reach;
+}
+
+PlaceSide sideOf(const PlotMapping& mapping, const QPointF& place, bool isLine)
+{
+    const QRect rect = mapping.frameRect();
+    const double column = mapping.columnOf(place.x());
+    if (column < rect.left())
+        return PlaceSide::Left;
+    if (!(column <= rect.right()))
+        return PlaceSide::Right;
+    const double row = mapping.rowOf(place.y());
+    if (isLine || (row >= rect.top() && row <= rect.bottom()))
+        return PlaceSide::Inside;
+    return row < rect.top() ? PlaceSide::Above : PlaceSide::Below;
+}
+
+} // namespace tarnis

@@ -1,0 +1,122 @@
+#include "tarnis/tools/base/plotreadout_p.h"
+
+#include "tarnis/plots/plotaccess_p.h"
+#include "tarnis/plots/plotmapping.h"
+#include "tarnis/tools/base/plotcurves_p.h"
+
+#include <QCoreApplication>
+
+#include <cmath>
+
+namespace tarnis {
+
+namespace {
+
+constexpr double largestWhole = 9007199254740992.0; // beyond it a double skips whole numbers
+constexpr int digitsOfReals = 7;
+
+struct ReadOut {
+    Q_DECLARE_TR_FUNCTIONS(tarnis::PlotCrosshair)
+};
+
+bool isWhole(double value)
+{
+    return std::abs(value) <= largestWhole && std::trunc(value) == value;
+}
+
+QString valueText(const ReadOutValue& value)
+{
+    if (!value.value)
+        return QStringLiteral("–");
+    if (!std::isfinite(*value.value))
+        return ReadOut::tr("no data");
+    // The error of a count; of values that are none nothing is known.
+    if (isWhole(*value.value) && *value.value > 0.0)
+        return QStringLiteral("%1 ± %2").arg(
+            readOutNumber(*value.value), QString::number(std::sqrt(*value.value), 'g', 3));
+    return readOutNumber(*value.value);
+}
+
+QString binText(const QString& name, qsizetype bin, AxisRange edges)
+{
+    return ReadOut::tr("%1 [%2, %3) bin %4")
+        .arg(name, readOutNumber(edges.min), readOutNumber(edges.max))
+        .arg(bin)
+        .trimmed();
+}
+
+} // namespace
+
+QString readOutNumber(double value)
+{
+    return isWhole(value) ? QString::number(value, 'f', 0) : QString::number(value, 'g', digitsOfReals);
+}
+
+QString exactNumber(double value)
+{
+    return isWhole(value) ? QString::number(value, 'f', 0) : QString::number(value, 'g', 17);
+}
+
+PlotReadOut readOutAt(const XYGraphWidget& plot, const PlotMapping& mapping, double x, double y)
+{
+    PlotReadOut readOut;
+    readOut.nameX = PlotAccess::nameX(plot);
+    readOut.nameY = PlotAccess::nameY(plot);
+    readOut.column = mapping.columnAt(x);
+    const auto* map = qobject_cast<const XY2DGraphWidget*>(&plot);
+    readOut.isMap = map != nullptr;
+    if (readOut.column < 0)
+        return readOut;
+    readOut.edgesX = mapping.columnEdges(readOut.column);
+    if (mapping.hasTickFunction())
+        readOut.tick = mapping.tickOf(readOut.edgesX.min + (readOut.edgesX.max - readOut.edgesX.min) / 2.0);
+    if (map != nullptr) {
+        readOut.row = mapping.rowAt(y);
+        if (readOut.row < 0)
+            return readOut;
+        readOut.edgesY = mapping.rowEdges(readOut.row);
+        const QList<double>& row = PlotAccess::rows(*map).at(readOut.row);
+        readOut.values.append({ {}, Qt::white,
+            readOut.column < row.size() ? std::optional<double>(row.at(readOut.column)) : std::nullopt });
+    } else {
+        const QList<ShownCurve> curves = shownCurves(plot);
+        for (const ShownCurve& curve : curves)
+            readOut.values.append({ curve.name, curve.color, curve.at(readOut.column) });
+    }
+    return readOut;
+}
+
+QString PlotReadOut::text() const
+{
+    if (!isInside())
+        return QStringLiteral("–");
+    QStringList parts { binText(nameX, column, edgesX) };
+    if (tick)
+        parts << QStringLiteral("= %1").arg(readOutNumber(*tick));
+    if (isMap)
+        parts << binText(nameY, row, edgesY);
+    for (const ReadOutValue& value : values) {
+        const QString number = valueText(value);
+        parts << (value.name.isEmpty() ? number : QStringLiteral("%1: %2").arg(value.name, number));
+    }
+    return parts.join(QStringLiteral("   "));
+}
+
+QString PlotReadOut::table() const
+{
+    if (!isInside())
+        return {};
+    QStringList header { QStringLiteral("bin"), QStringLiteral("lo"), QStringLiteral("hi") };
+    QStringList numbers { QString::number(column), exactNumber(edgesX.min), exactNumber(edgesX.max) };
+    if (isMap) {
+        header << QStringLiteral("row") << QStringLiteral("row lo") << QStringLiteral("row hi");
+        numbers << QString::number(row) << exactNumber(edgesY.min) << exactNumber(edgesY.max);
+    }
+    for (const ReadOutValue& value : values) {
+        header << (value.name.isEmpty() ? QStringLiteral("value") : QStringLiteral("value %1").arg(value.name));
+        numbers << (value.value ? exactNumber(*value.value) : QString());
+    }
+    return header.join(u'\t') + u'\n' + numbers.join(u'\t') + u'\n';
+}
+
+} // namespace tarnis

@@ -1,0 +1,113 @@
+#include "tarnis/tools/base/toolaction_p.h"
+
+#include <QActionGroup>
+#include <QEvent>
+#include <QGuiApplication>
+#include <QIconEngine>
+#include <QMenu>
+#include <QPainter>
+#include <QPalette>
+
+#include <algorithm>
+
+namespace tarnis {
+
+namespace {
+
+constexpr double unitsOfIcon = 16.0;
+constexpr double penWidth = 1.2;
+constexpr int lightBackground = 128;
+const QColor accentOnLight(0, 95, 184); // 5.9:1 on white
+const QColor accentOnDark(96, 205, 255); // 9:1 on #202020
+
+class DrawnIconEngine : public QIconEngine {
+public:
+    explicit DrawnIconEngine(IconDrawing drawing)
+        : m_drawing(drawing)
+    {
+    }
+
+    void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State /*state*/) override
+    {
+        // The palette is read at each paint, so that an icon follows a change between light and dark.
+        const QPalette palette = QGuiApplication::palette();
+        const auto group = mode == QIcon::Disabled ? QPalette::Disabled : QPalette::Active;
+        IconInk ink;
+        ink.line = palette.color(group, QPalette::ButtonText);
+        const bool isLight = palette.color(QPalette::Active, QPalette::Button).lightness() >= lightBackground;
+        ink.accent = mode == QIcon::Disabled ? ink.line : (isLight ? accentOnLight : accentOnDark);
+        const double unit = std::min(rect.width(), rect.height()) / unitsOfIcon;
+        const QPointF corner = QRectF(rect).center() - QPointF(unit, unit) * (unitsOfIcon / 2.0);
+        painter->save();
+        painter->setRenderHint(QPainter::Antialiasing);
+        painter->translate(corner);
+        painter->scale(unit, unit);
+        painter->setPen(QPen(ink.line, penWidth, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+        painter->setBrush(Qt::NoBrush);
+        m_drawing(*painter, ink);
+        painter->restore();
+    }
+
+    QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override
+    {
+        QPixmap pixmap(size);
+        pixmap.fill(Qt::transparent);
+        QPainter painter(&pixmap);
+        paint(&painter, QRect(QPoint(), size), mode, state);
+        return pixmap;
+    }
+
+    QIconEngine* clone() const override { return new DrawnIconEngine(*this); }
+
+private:
+    IconDrawing m_drawing;
+};
+
+} // namespace
+
+QIcon drawnIcon(IconDrawing drawing)
+{
+    return QIcon(new DrawnIconEngine(drawing)); // the icon's
+}
+
+ToolAction::ToolAction(QObject* owner, const char* name, ActionText currentText, IconDrawing drawing)
+    : QAction(drawnIcon(drawing), currentText(), owner)
+    , m_text(currentText)
+{
+    setObjectName(QLatin1String(name));
+    describe();
+}
+
+void ToolAction::showKeys(std::initializer_list<QKeySequence> keys)
+{
+    // Of a widget that never has the focus, since a tool bar and a menu cannot get it: shown and never triggered.
+    setShortcutContext(Qt::WidgetShortcut);
+    setShortcuts(keys);
+    describe();
+}
+
+void ToolAction::describe()
+{
+    const QString keys = QKeySequence::listToString(shortcuts(), QKeySequence::NativeText);
+    setToolTip(keys.isEmpty() ? text() : QStringLiteral("%1 (%2)").arg(text(), keys));
+}
+
+bool ToolAction::event(QEvent* event)
+{
+    if (event->type() == QEvent::LanguageChange) {
+        setText(m_text());
+        describe();
+    }
+    return QAction::event(event);
+}
+
+QAction* addMenuChoice(QMenu& menu, QActionGroup& group, const QString& text, bool isChecked)
+{
+    QAction* const entry = group.addAction(text);
+    entry->setCheckable(true);
+    entry->setChecked(isChecked);
+    menu.addAction(entry);
+    return entry;
+}
+
+} // namespace tarnis

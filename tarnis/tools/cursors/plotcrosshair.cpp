@@ -1,0 +1,215 @@
+#include "tarnis/tools/plotcrosshair.h"
+
+#include "tarnis/plots/plotmapping.h"
+#include "tarnis/plots/xygraphwidget.h"
+#include "tarnis/tools/base/plotcurves_p.h"
+#include "tarnis/tools/base/plotlabel_p.h"
+#include "tarnis/tools/base/plotreadout_p.h"
+
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPainter>
+
+#include <cmath>
+
+namespace tarnis {
+
+namespace {
+
+constexpr int crosshairZOrder = 50;
+constexpr double dotRadius = 3.0;
+const QColor lineColor(235, 235, 235);
+
+} // namespace
+
+PlotCrosshair::PlotCrosshair(XYGraphWidget* plot)
+    : InteractiveTool(plot, MouseMoves | KeyboardFocus | ReadOut)
+    , PlotOverlay(plot, crosshairZOrder)
+{
+    makeActions();
+}
+
+PlotCrosshair::~PlotCrosshair() = default;
+
+bool PlotCrosshair::isOn() const
+{
+    return m_isOn;
+}
+
+bool PlotCrosshair::isPinned() const
+{
+    return m_isPinned;
+}
+
+bool PlotCrosshair::isShown() const
+{
+    return plot() != nullptr && m_isOn && (m_isPinned || m_isOver);
+}
+
+QString PlotCrosshair::text() const
+{
+    return isShown() ? readOut().text() : QString();
+}
+
+QString PlotCrosshair::table() const
+{
+    return isShown() ? readOut().table() : QString();
+}
+
+QPointF PlotCrosshair::value(const PlotMapping& mapping) const
+{
+    return m_isPinned ? m_pin : mapping.valueAt(m_pointer);
+}
+
+PlotReadOut PlotCrosshair::readOut() const
+{
+    const PlotMapping mapping = PlotMapping::of(*plot());
+    const QPointF at = value(mapping);
+    return readOutAt(*plot(), mapping, at.x(), at.y());
+}
+
+void PlotCrosshair::setOn(bool on)
+{
+    if (on == m_isOn)
+        return;
+    m_isOn = on;
+    m_isPinned = m_isPinned && on;
+    setNeeds(on ? MouseMoves | KeyboardFocus | ReadOut : Needs(KeyboardFocus));
+    renew();
+    updateActions();
+    Q_EMIT onChanged(on);
+}
+
+void PlotCrosshair::pinAt(const QPointF& value)
+{
+    if (!std::isfinite(value.x()) || !std::isfinite(value.y()))
+        return;
+    m_pin = value;
+    m_isPinned = true;
+    setOn(true);
+    renew();
+    updateActions();
+}
+
+void PlotCrosshair::release()
+{
+    m_isPinned = false;
+    renew();
+    updateActions();
+}
+
+void PlotCrosshair::copy()
+{
+    const QString numbers = table();
+    if (!numbers.isEmpty())
+        QGuiApplication::clipboard()->setText(numbers);
+}
+
+void PlotCrosshair::renew()
+{
+    updateOverlay();
+    const QString now = text();
+    if (now == m_text)
+        return;
+    m_text = now;
+    Q_EMIT textChanged(now);
+}
+
+void PlotCrosshair::plotChanged(Changes /*changes*/)
+{
+    if (isShown())
+        renew();
+}
+
+bool PlotCrosshair::handleEvent(QEvent* event)
+{
+    switch (event->type()) {
+    case QEvent::MouseMove:
+        if (!m_isOn)
+            return false;
+        m_pointer = static_cast<QMouseEvent*>(event)->position();
+        m_isOver = PlotMapping::of(*plot()).plotRect().contains(m_pointer.toPoint());
+        renew();
+        return false;
+    case QEvent::Leave:
+        m_isOver = false;
+        renew();
+        return false;
+    case QEvent::ShortcutOverride: { // Escape would close a dialog around the plot, Ctrl+C belongs to the cross
+        const auto& key = static_cast<const QKeyEvent&>(*event);
+        if (isShown() && plot()->hasFocus() && (key.key() == Qt::Key_Escape || key.matches(QKeySequence::Copy)))
+            event->accept();
+        return false;
+    }
+    case QEvent::KeyPress: {
+        const auto& key = static_cast<const QKeyEvent&>(*event);
+        return plot()->hasFocus() && handleKey(key.key(), key.modifiers());
+    }
+    default:
+        return false;
+    }
+}
+
+bool PlotCrosshair::handleKey(int key, Qt::KeyboardModifiers modifiers)
+{
+    if (key == Qt::Key_C && modifiers == Qt::NoModifier) {
+        setOn(!m_isOn);
+        return true;
+    }
+    if (!isShown())
+        return false;
+    if (key == Qt::Key_C && modifiers == Qt::ControlModifier) {
+        copy();
+        return true;
+    }
+    if (key == Qt::Key_P && modifiers == Qt::NoModifier) {
+        togglePin();
+        return true;
+    }
+    if (key == Qt::Key_Escape && modifiers == Qt::NoModifier) {
+        if (m_isPinned)
+            release();
+        else
+            setOn(false);
+        return true;
+    }
+    return false;
+}
+
+void PlotCrosshair::paintOverlay(QPainter& painter, const PlotMapping& mapping)
+{
+    if (!isShown())
+        return;
+    const QPointF at = value(mapping);
+    const PlotReadOut shown = readOutAt(*plot(), mapping, at.x(), at.y());
+    const QRect rect = mapping.frameRect();
+    const double x = shown.column >= 0 ? middleOf(shown.edgesX) : at.x();
+    const double y = shown.row >= 0 ? middleOf(shown.edgesY) : at.y();
+    const double column = std::round(limitedCoordinate(mapping.columnOf(x)));
+    const double row = std::round(limitedCoordinate(mapping.rowOf(y)));
+    painter.save();
+    painter.setClipRect(rect);
+    paintLine(painter, { column, double(rect.top()) }, { column, double(rect.bottom()) }, lineColor, !m_isPinned);
+    paintLine(painter, { double(rect.left()), row }, { double(rect.right()), row }, lineColor, !m_isPinned);
+    painter.setRenderHint(QPainter::Antialiasing);
+    for (const ReadOutValue& value : shown.values) {
+        if (shown.isMap || !value.value || !std::isfinite(*value.value))
+            continue;
+        painter.setPen(QPen(Qt::white, 1.0));
+        painter.setBrush(value.color);
+        painter.drawEllipse(QPointF(column, limitedCoordinate(mapping.rowOf(*value.value))), dotRadius, dotRadius);
+    }
+    painter.restore();
+    // In the margin above the plot, where it covers no data.
+    const QString line = QFontMetrics(painter.font()).elidedText(shown.text(), Qt::ElideRight, rect.width() - 12);
+    paintLabel(painter, line, { rect.right(), rect.top() - 2 }, Qt::AlignRight | Qt::AlignBottom);
+}
+
+bool PlotCrosshair::isSaved() const
+{
+    return m_isPinned;
+}
+
+} // namespace tarnis

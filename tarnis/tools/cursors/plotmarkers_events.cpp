@@ -1,0 +1,350 @@
+// Mouse, keys, painting, actions and stored views of the markers.
+#include "tarnis/tools/plotmarkers.h"
+
+#include "tarnis/plots/plotmapping.h"
+#include "tarnis/plots/xygraphwidget.h"
+#include "tarnis/tools/base/plotcurves_p.h"
+#include "tarnis/tools/base/plotlabel_p.h"
+#include "tarnis/tools/base/plotplaces_p.h"
+#include "tarnis/tools/base/plotreadout_p.h"
+#include "tarnis/tools/base/toolaction_p.h"
+
+#include <QJsonArray>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPainter>
+
+#include <cmath>
+
+namespace tarnis {
+
+namespace {
+
+constexpr int binsWithShift = 10;
+constexpr double crossArm = 7.0;
+constexpr double dotRadius = 3.0;
+constexpr int labelRows = 3; // neighbours are written below each other
+const QColor markerColor(255, 176, 0);
+const QColor selectedColor(255, 255, 255);
+
+const QLatin1String onKey("on");
+const QLatin1String markersKey("markers"); // [name, x, y]
+
+void drawMarker(QPainter& painter, const IconInk& ink)
+{
+    painter.drawLine(QPointF(8.0, 6.5), QPointF(8.0, 14.5));
+    painter.drawLine(QPointF(2.0, 14.5), QPointF(14.0, 14.5));
+    painter.setBrush(ink.accent);
+    painter.drawPolygon(QPolygonF { { 8.0, 1.5 }, { 14.0, 4.0 }, { 8.0, 6.5 } });
+}
+
+void drawAdd(QPainter& painter, const IconInk& ink)
+{
+    painter.drawLine(QPointF(5.5, 1.8), QPointF(5.5, 14.5));
+    painter.setPen(QPen(ink.accent, 1.6));
+    painter.drawLine(QPointF(11.0, 3.0), QPointF(11.0, 9.0));
+    painter.drawLine(QPointF(8.0, 6.0), QPointF(14.0, 6.0));
+}
+
+void drawRemove(QPainter& painter, const IconInk& ink)
+{
+    painter.drawLine(QPointF(5.5, 1.8), QPointF(5.5, 14.5));
+    painter.setPen(QPen(ink.accent, 1.6));
+    painter.drawLine(QPointF(8.0, 6.0), QPointF(14.0, 6.0));
+}
+
+void drawTable(QPainter& painter, const IconInk& ink)
+{
+    painter.drawRect(QRectF(2.0, 2.5, 12.0, 11.0));
+    painter.drawLine(QPointF(6.0, 2.5), QPointF(6.0, 13.5));
+    painter.setPen(QPen(ink.accent, 1.2));
+    for (const double row : { 6.0, 9.8 })
+        painter.drawLine(QPointF(2.0, row), QPointF(14.0, row));
+}
+
+} // namespace
+
+int PlotMarkers::markerAt(const PlotMapping& mapping, const QPointF& pixel) const
+{
+    for (int i = static_cast<int>(m_markers.size()) - 1; i >= 0; --i) { // the last drawn is on top
+        if (isHit(mapping, m_markers.at(i).position, pixel, !isMap()))
+            return i;
+    }
+    return -1;
+}
+
+bool PlotMarkers::handleEvent(QEvent* event)
+{
+    if (!m_isOn)
+        return false;
+    switch (event->type()) {
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonRelease:
+    case QEvent::MouseButtonDblClick:
+    case QEvent::MouseMove:
+        return handleMouse(event);
+    case QEvent::Leave:
+        m_isOver = false;
+        if (m_dragged < 0)
+            restoreCursor();
+        return false;
+    case QEvent::Hide:
+        endDrag(true);
+        return false;
+    case QEvent::ShortcutOverride: {
+        const auto& key = static_cast<const QKeyEvent&>(*event);
+        const bool isOurs = key.key() == Qt::Key_Escape || key.key() == Qt::Key_Delete || key.key() == Qt::Key_F2
+            || key.matches(QKeySequence::Copy);
+        if (plot()->hasFocus() && m_selected >= 0 && isOurs)
+            event->accept();
+        return false;
+    }
+    case QEvent::KeyPress: {
+        const auto& key = static_cast<const QKeyEvent&>(*event);
+        return plot()->hasFocus() && handleKey(key.key(), key.modifiers());
+    }
+    default:
+        return false;
+    }
+}
+
+bool PlotMarkers::handleMouse(QEvent* event)
+{
+    const auto& mouse = static_cast<const QMouseEvent&>(*event);
+    const PlotMapping mapping = PlotMapping::of(*plot());
+    m_pointer = mouse.position();
+    m_isOver = mapping.isValid() && mapping.plotRect().contains(m_pointer.toPoint());
+    if (m_dragged >= 0) {
+        if (event->type() == QEvent::MouseMove && mapping.isValid() && m_isOver)
+            place(m_dragged, snappedToBins(mapping, mapping.valueAt(m_pointer)));
+        else if (event->type() == QEvent::MouseButtonRelease && mouse.button() == Qt::LeftButton)
+            endDrag(false);
+        return true;
+    }
+    const int hit =
+        mouse.buttons() == Qt::NoButton || mouse.button() == Qt::LeftButton ? markerAt(mapping, m_pointer) : -1;
+    switch (event->type()) {
+    case QEvent::MouseMove:
+        if (hit >= 0)
+            showCursor(isMap() ? Qt::SizeAllCursor : Qt::SplitHCursor);
+        else
+            restoreCursor();
+        return false;
+    case QEvent::MouseButtonPress:
+        if (mouse.button() != Qt::LeftButton)
+            return false;
+        select(hit);
+        if (hit < 0)
+            return false;
+        plot()->setFocus(Qt::MouseFocusReason);
+        m_dragged = hit;
+        m_dragStart = m_markers.at(hit).position;
+        return true;
+    case QEvent::MouseButtonDblClick:
+        if (hit < 0 || mouse.button() != Qt::LeftButton)
+            return false;
+        openEditor(hit);
+        return true;
+    default:
+        return false;
+    }
+}
+
+void PlotMarkers::endDrag(bool cancel)
+{
+    if (m_dragged < 0)
+        return;
+    const int dragged = std::exchange(m_dragged, -1);
+    restoreCursor();
+    if (cancel)
+        place(dragged, m_dragStart);
+}
+
+bool PlotMarkers::moveSelected(int key, int bins)
+{
+    const bool isUpright = key == Qt::Key_Up || key == Qt::Key_Down;
+    if (m_selected < 0 || m_dragged >= 0 || (isUpright && !isMap()))
+        return false;
+    const PlotMapping mapping = PlotMapping::of(*plot());
+    if (!mapping.isValid())
+        return false;
+    const int step = key == Qt::Key_Right || key == Qt::Key_Up ? bins : -bins;
+    const QPointF target =
+        movedByBins(mapping, m_markers.at(m_selected).position, isUpright ? 0 : step, isUpright ? step : 0);
+    if (isFinitePlace(target))
+        place(m_selected, target);
+    return true;
+}
+
+bool PlotMarkers::handleKey(int key, Qt::KeyboardModifiers modifiers)
+{
+    const Qt::KeyboardModifiers pressed = modifiers & ~Qt::KeypadModifier;
+    if (key == Qt::Key_M && pressed == Qt::NoModifier) {
+        addHere();
+        return true;
+    }
+    if (m_selected < 0)
+        return false;
+    if (key == Qt::Key_C && pressed == Qt::ControlModifier) {
+        copy();
+        return true;
+    }
+    const bool isArrow = key == Qt::Key_Left || key == Qt::Key_Right || key == Qt::Key_Up || key == Qt::Key_Down;
+    if (isArrow && (pressed == Qt::NoModifier || pressed == Qt::ShiftModifier))
+        return moveSelected(key, pressed == Qt::ShiftModifier ? binsWithShift : 1);
+    if (pressed != Qt::NoModifier)
+        return false;
+    switch (key) {
+    case Qt::Key_Delete:
+        removeSelected();
+        return true;
+    case Qt::Key_F2:
+        openEditor(m_selected);
+        return true;
+    case Qt::Key_Escape:
+        if (m_dragged >= 0)
+            endDrag(true);
+        else
+            select(-1);
+        return true;
+    default:
+        return false;
+    }
+}
+
+void PlotMarkers::paintOverlay(QPainter& painter, const PlotMapping& mapping)
+{
+    for (int i = 0; i < m_markers.size(); ++i)
+        paintMarker(painter, mapping, i);
+    for (int i = 0; i < m_markers.size(); ++i) // over all lines
+        paintName(painter, mapping, i);
+}
+
+void PlotMarkers::paintMarker(QPainter& painter, const PlotMapping& mapping, int index) const
+{
+    const QPointF position = m_markers.at(index).position;
+    if (sideOf(mapping, position, !isMap()) != PlaceSide::Inside)
+        return;
+    const QRect rect = mapping.frameRect();
+    const double column = std::round(mapping.columnOf(position.x()));
+    const QColor color = index == m_selected ? selectedColor : markerColor;
+    painter.save();
+    painter.setClipRect(rect);
+    if (isMap()) {
+        const double row = std::round(mapping.rowOf(position.y()));
+        paintLine(painter, { column - crossArm, row }, { column + crossArm, row }, color);
+        paintLine(painter, { column, row - crossArm }, { column, row + crossArm }, color);
+    } else {
+        paintLine(painter, { column, double(rect.top()) }, { column, double(rect.bottom()) }, color);
+        const PlotReadOut read = readOutAt(*plot(), mapping, position.x(), position.y());
+        painter.setRenderHint(QPainter::Antialiasing);
+        for (const ReadOutValue& value : read.values) {
+            if (!value.value || !std::isfinite(*value.value))
+                continue;
+            painter.setPen(QPen(Qt::white, 1.0));
+            painter.setBrush(value.color);
+            painter.drawEllipse(QPointF(column, limitedCoordinate(mapping.rowOf(*value.value))), dotRadius, dotRadius);
+        }
+    }
+    painter.restore();
+}
+
+QRect PlotMarkers::paintName(QPainter& painter, const PlotMapping& mapping, int index) const
+{
+    const PlotMarker& marker = m_markers.at(index);
+    const QRect rect = mapping.frameRect();
+    const LabelStyle style = index == m_selected ? LabelStyle::Selected : LabelStyle::Plain;
+    const int lineHeight = labelSize(painter, marker.name).height() + 1;
+    const int top = rect.top() + 2 + (index % labelRows) * lineHeight;
+    const int column = static_cast<int>(limitedCoordinate(mapping.columnOf(marker.position.x())));
+    const int row = static_cast<int>(limitedCoordinate(mapping.rowOf(marker.position.y())));
+    const int inRow = isMap() ? std::clamp(row, rect.top() + lineHeight, rect.bottom() - lineHeight) : top;
+    switch (sideOf(mapping, marker.position, !isMap())) {
+    case PlaceSide::Left:
+        return paintLabel(
+            painter, QStringLiteral("◂ ") + marker.name, { rect.left() + 2, inRow }, Qt::AlignLeft, style);
+    case PlaceSide::Right:
+        return paintLabel(
+            painter, marker.name + QStringLiteral(" ▸"), { rect.right() - 2, inRow }, Qt::AlignRight, style);
+    case PlaceSide::Above:
+        return paintLabel(
+            painter, QStringLiteral("▴ ") + marker.name, { column, rect.top() + 2 }, Qt::AlignHCenter, style);
+    case PlaceSide::Below:
+        return paintLabel(painter, QStringLiteral("▾ ") + marker.name, { column, rect.bottom() - 2 },
+            Qt::AlignHCenter | Qt::AlignBottom, style);
+    default:
+        break;
+    }
+    if (isMap())
+        return paintLabel(painter, marker.name, { column + 6, row - 4 }, Qt::AlignLeft | Qt::AlignBottom, style);
+    const QString text = QStringLiteral("%1  %2").arg(marker.name, readOutNumber(marker.position.x()));
+    const bool isNearRight = column + 4 + labelSize(painter, text).width() > rect.right();
+    return paintLabel(painter, text, { isNearRight ? column - 4 : column + 4, top },
+        isNearRight ? Qt::AlignRight : Qt::AlignLeft, style);
+}
+
+void PlotMarkers::makeActions()
+{
+    auto* const onAction = new ToolAction(
+        this, "markers", [] { return PlotMarkers::tr("Move Markers"); }, drawMarker);
+    onAction->setCheckable(true);
+    connect(onAction, &QAction::triggered, this, &PlotMarkers::setOn);
+    auto* const addAction = new ToolAction(
+        this, "addMarker", [] { return PlotMarkers::tr("Set a Marker"); }, drawAdd);
+    addAction->showKeys({ Qt::Key_M });
+    connect(addAction, &QAction::triggered, this, &PlotMarkers::addHere);
+    auto* const removeAction = new ToolAction(
+        this, "removeMarker", [] { return PlotMarkers::tr("Remove the Selected Marker"); }, drawRemove);
+    removeAction->showKeys({ Qt::Key_Delete });
+    connect(removeAction, &QAction::triggered, this, &PlotMarkers::removeSelected);
+    auto* const copyAction = new ToolAction(
+        this, "copyMarkers", [] { return PlotMarkers::tr("Copy the Table of Markers"); }, drawTable);
+    connect(copyAction, &QAction::triggered, this, &PlotMarkers::copy);
+    m_switch = onAction;
+    m_add = addAction;
+    m_remove = removeAction;
+    m_copy = copyAction;
+    updateActions();
+}
+
+void PlotMarkers::updateActions()
+{
+    m_switch->setChecked(m_isOn);
+    m_remove->setEnabled(m_selected >= 0);
+    m_copy->setEnabled(!m_markers.isEmpty());
+}
+
+QList<QAction*> PlotMarkers::actions() const
+{
+    return { m_switch, m_add, m_remove, m_copy };
+}
+
+QString PlotMarkers::stateName() const
+{
+    return QStringLiteral("markers");
+}
+
+QJsonObject PlotMarkers::saveState() const
+{
+    QJsonArray list;
+    for (const PlotMarker& marker : m_markers)
+        list.append(QJsonArray { marker.name, marker.position.x(), marker.position.y() });
+    return { { onKey, m_isOn }, { markersKey, list } };
+}
+
+void PlotMarkers::restoreState(const QJsonObject& state)
+{
+    setOn(state.value(onKey).toBool(m_isOn));
+    if (!state.value(markersKey).isArray())
+        return;
+    QList<PlotMarker> restored;
+    const QJsonArray list = state.value(markersKey).toArray();
+    for (const auto& entry : list) {
+        const QJsonArray marker = entry.toArray();
+        if (marker.size() == 3 && marker.at(1).isDouble() && marker.at(2).isDouble())
+            restored.append({ marker.at(0).toString(), { marker.at(1).toDouble(), marker.at(2).toDouble() } });
+    }
+    setMarkers(restored);
+}
+
+} // namespace tarnis

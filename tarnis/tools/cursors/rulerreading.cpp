@@ -1,0 +1,80 @@
+#include "tarnis/tools/cursors/rulerreading_p.h"
+
+#include "tarnis/tools/base/plotreadout_p.h"
+
+#include <QStringList>
+
+#include <cmath>
+
+namespace tarnis {
+
+namespace {
+
+constexpr int digits = 7;
+constexpr qsizetype sumsInText = 3;
+
+std::optional<double> finite(double value)
+{
+    return std::isfinite(value) ? std::optional<double>(value) : std::nullopt;
+}
+
+QString shown(std::optional<double> value)
+{
+    return value ? QString::number(*value, 'g', digits) : QStringLiteral("–");
+}
+
+QString exact(std::optional<double> value)
+{
+    return value ? exactNumber(*value) : QString();
+}
+
+} // namespace
+
+RulerReading readingBetween(
+    const QPointF& from, const QPointF& to, std::optional<double> valueFrom, std::optional<double> valueTo, bool isLog)
+{
+    RulerReading reading;
+    reading.from = from;
+    reading.to = to;
+    reading.dx = to.x() - from.x();
+    reading.dy = to.y() - from.y();
+    if (reading.dx != 0.0)
+        reading.inverse = finite(1.0 / reading.dx);
+    if (valueFrom && valueTo && *valueFrom != 0.0)
+        reading.ratio = finite(*valueTo / *valueFrom);
+    if (isLog && from.y() > 0.0 && to.y() > 0.0)
+        reading.decades = finite(std::log10(to.y()) - std::log10(from.y()));
+    return reading;
+}
+
+QString RulerReading::text() const
+{
+    QStringList parts { QStringLiteral("Δx %1").arg(shown(dx)), QStringLiteral("Δy %1").arg(shown(dy)),
+        QStringLiteral("1/Δx %1").arg(shown(inverse)), QStringLiteral("B/A %1").arg(shown(ratio)) };
+    if (decades)
+        parts << QStringLiteral("%1 dec").arg(QString::number(*decades, 'f', 3));
+    for (const RulerSum& sum : sums.first(std::min(sums.size(), sumsInText))) {
+        const QString number = readOutNumber(sum.sum);
+        parts << (sum.name.isEmpty() ? QStringLiteral("Σ %1").arg(number)
+                                     : QStringLiteral("Σ %1: %2").arg(sum.name, number));
+    }
+    if (sums.size() > sumsInText)
+        parts << QStringLiteral("…");
+    return parts.join(QStringLiteral("   "));
+}
+
+QString RulerReading::table() const
+{
+    QStringList header { QStringLiteral("x A"), QStringLiteral("y A"), QStringLiteral("x B"), QStringLiteral("y B"),
+        QStringLiteral("dx"), QStringLiteral("dy"), QStringLiteral("1/dx"), QStringLiteral("B/A"),
+        QStringLiteral("bins") };
+    QStringList numbers { exactNumber(from.x()), exactNumber(from.y()), exactNumber(to.x()), exactNumber(to.y()),
+        exactNumber(dx), exactNumber(dy), exact(inverse), exact(ratio), QString::number(bins) };
+    for (const RulerSum& sum : sums) {
+        header << (sum.name.isEmpty() ? QStringLiteral("sum") : QStringLiteral("sum %1").arg(sum.name));
+        numbers << exactNumber(sum.sum);
+    }
+    return header.join(u'\t') + u'\n' + numbers.join(u'\t') + u'\n';
+}
+
+} // namespace tarnis

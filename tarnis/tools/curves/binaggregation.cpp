@@ -1,0 +1,211 @@
+#include "tarnis/tools/binaggregation.h"
+
+#include "tarnis/plots/mapcoloring_p.h"
+#include "tarnis/plots/plotaccess_p.h"
+#include "tarnis/plots/plotmapping.h"
+#include "tarnis/tools/base/overlaycache_p.h"
+#include "tarnis/tools/base/plotcurves_p.h"
+#include "tarnis/tools/base/plotlabel_p.h"
+#include "tarnis/tools/base/toolaction_p.h"
+#include "tarnis/tools/curves/envelope_p.h"
+
+#include <QActionGroup>
+#include <QMenu>
+#include <QPainter>
+
+#include <algorithm>
+#include <cmath>
+
+namespace tarnis {
+
+namespace {
+
+constexpr int envelopeZOrder = 2;
+constexpr int bandAlpha = 90;
+
+const QLatin1String methodKey("method");
+constexpr const char* methodNames[] = { "none", "maximum", "sum", "mean" }; // in the order of Method
+
+BinReduction reductionOf(BinAggregation::Method method)
+{
+    switch (method) {
+    case BinAggregation::Method::Maximum:
+        return BinReduction::Maximum;
+    case BinAggregation::Method::Sum:
+        return BinReduction::Sum;
+    case BinAggregation::Method::Mean:
+        return BinReduction::Mean;
+    default:
+        return BinReduction::First;
+    }
+}
+
+void drawPeaks(QPainter& painter, const IconInk& ink)
+{
+    for (int i = 0; i < 4; ++i)
+        painter.drawLine(QPointF(2.5 + 3.5 * i, 14.0), QPointF(2.5 + 3.5 * i, 10.0));
+    painter.setPen(QPen(ink.accent, 1.4));
+    painter.drawPolyline(QPolygonF { { 2.0, 8.0 }, { 6.0, 7.0 }, { 8.0, 2.0 }, { 10.0, 7.0 }, { 14.0, 8.0 } });
+}
+
+double binsPerPixel(qsizetype bins, AxisRange bin, double pixels)
+{
+    const double width = std::abs(pixels) / std::abs(bin.max - bin.min);
+    return bins > 0 && width > 0.0 && std::isfinite(width) ? std::max(1.0 / width, 1.0) : 1.0;
+}
+
+} // namespace
+
+BinAggregation::BinAggregation(XYGraphWidget* plot)
+    : InteractiveTool(plot, Nothing)
+    , PlotOverlay(plot, envelopeZOrder)
+    , m_cache(std::make_unique<OverlayCache>())
+{
+    makeActions();
+}
+
+BinAggregation::~BinAggregation()
+{
+    setMethod(Method::None);
+}
+
+BinAggregation::Method BinAggregation::method() const
+{
+    return m_method;
+}
+
+void BinAggregation::setMethod(Method method)
+{
+    if (method == m_method || plot() == nullptr)
+        return;
+    m_method = method;
+    m_cache->drop();
+    if (auto* const map = qobject_cast<XY2DGraphWidget*>(plot()))
+        PlotAccess::setReduction(*map, reductionOf(method));
+    updateOverlay();
+    Q_EMIT methodChanged();
+}
+
+double BinAggregation::binsPerPixelX() const
+{
+    const PlotMapping mapping = plot() != nullptr ? PlotMapping::of(*plot()) : PlotMapping();
+    if (!mapping.isValid())
+        return 1.0;
+    return binsPerPixel(
+        mapping.columns(), mapping.columnEdges(0), mapping.frameRect().width() / (mapping.x().max - mapping.x().min));
+}
+
+double BinAggregation::binsPerPixelY() const
+{
+    const PlotMapping mapping = plot() != nullptr ? PlotMapping::of(*plot()) : PlotMapping();
+    if (!mapping.isValid())
+        return 1.0;
+    return binsPerPixel(
+        mapping.rows(), mapping.rowEdges(0), mapping.frameRect().height() / (mapping.y().max - mapping.y().min));
+}
+
+bool BinAggregation::isShown() const
+{
+    const bool isMap = qobject_cast<const XY2DGraphWidget*>(plot()) != nullptr;
+    return m_method != Method::None && (isMap || m_method != Method::Sum)
+        && (binsPerPixelX() > 1.0 || binsPerPixelY() > 1.0);
+}
+
+void BinAggregation::plotChanged(Changes changes)
+{
+    if (m_method != Method::None && changes.testFlag(Data))
+        updateOverlay();
+}
+
+void BinAggregation::paintOverlay(QPainter& painter, const PlotMapping& mapping)
+{
+    if (!isShown())
+        return;
+    const QList<ShownCurve> curves = shownCurves(*plot()); // none for a map
+    const bool isStale = !isSameData(curves, m_painted);
+    m_painted = curves;
+    m_cache->paint(painter, plot(), mapping, mapping.frameRect(), isStale, [&](QPainter& inside) {
+        for (const ShownCurve& curve : curves)
+            paintEnvelope(inside, mapping, curve);
+    });
+    const QString method = m_method == Method::Mean ? tr("mean") : m_method == Method::Sum ? tr("sum") : tr("maximum");
+    const QString bins = curves.isEmpty()
+        ? QStringLiteral("%1 × %2").arg(binsPerPixelX(), 0, 'g', 3).arg(binsPerPixelY(), 0, 'g', 3)
+        : QString::number(binsPerPixelX(), 'g', 3);
+    paintLabel(painter, tr("%1 of %2 bins per pixel").arg(method, bins),
+        mapping.frameRect().bottomLeft() + QPoint(4, -4), Qt::AlignLeft | Qt::AlignBottom);
+}
+
+void BinAggregation::paintEnvelope(QPainter& painter, const PlotMapping& mapping, const ShownCurve& curve) const
+{
+    BinsInView bins = columnsInView(mapping);
+    bins.last = std::min(bins.last, curve.size() - 1);
+    const QList<EnvelopeColumn> columns = envelopeOf(
+        bins.first, bins.last, [&](qsizetype i) { return curve.valueAt(i); }, BinPositions(mapping, bins));
+    QColor band = curve.color;
+    band.setAlpha(bandAlpha);
+    QPolygonF line;
+    for (const EnvelopeColumn& entry : columns) {
+        const double top = limitedCoordinate(mapping.rowOf(entry.highest));
+        const double bottom = limitedCoordinate(mapping.rowOf(entry.lowest));
+        fillColumn(painter, entry.column, std::min(top, bottom), std::max(top, bottom), band);
+        line << QPointF(entry.column, m_method == Method::Mean ? limitedCoordinate(mapping.rowOf(entry.mean)) : top);
+    }
+    painter.setPen(curve.color.lighter(120));
+    painter.drawPolyline(line);
+}
+
+void BinAggregation::makeActions()
+{
+    auto* const choose = new ToolAction(
+        this, "binAggregation", [] { return BinAggregation::tr("Bins That Share a Pixel"); }, drawPeaks);
+    m_menu = new QMenu(plot());
+    connect(this, &QObject::destroyed, m_menu, &QObject::deleteLater);
+    connect(m_menu, &QMenu::aboutToShow, this, &BinAggregation::fillMenu);
+    choose->setMenu(m_menu);
+    m_menuAction = choose;
+}
+
+void BinAggregation::fillMenu()
+{
+    m_menu->clear();
+    auto* const methods = new QActionGroup(m_menu);
+    const auto addMethod = [&](const QString& text, Method method) {
+        QAction* const entry = methods->addAction(text);
+        entry->setCheckable(true);
+        entry->setChecked(method == m_method);
+        connect(entry, &QAction::triggered, this, [this, method] { setMethod(method); });
+        m_menu->addAction(entry);
+    };
+    const bool isMap = qobject_cast<const XY2DGraphWidget*>(plot()) != nullptr;
+    addMethod(isMap ? tr("First Bin") : tr("Curve Only"), Method::None);
+    addMethod(tr("Maximum"), Method::Maximum);
+    if (isMap)
+        addMethod(tr("Sum"), Method::Sum);
+    addMethod(tr("Mean"), Method::Mean);
+}
+
+QList<QAction*> BinAggregation::actions() const
+{
+    return { m_menuAction };
+}
+
+QString BinAggregation::stateName() const
+{
+    return QStringLiteral("binAggregation");
+}
+
+QJsonObject BinAggregation::saveState() const
+{
+    return { { methodKey, QLatin1String(methodNames[static_cast<int>(m_method)]) } };
+}
+
+void BinAggregation::restoreState(const QJsonObject& state)
+{
+    for (int i = 0; i < 4; ++i) {
+        if (state.value(methodKey).toString() == QLatin1String(methodNames[i]))
+            setMethod(static_cast<Method>(i));
+    }
+}
+
+} // namespace tarnis

@@ -1,0 +1,231 @@
+#include "tarnis/tools/errorbars.h"
+
+#include "tarnis/plots/plotmapping.h"
+#include "tarnis/plots/xygraphwidget.h"
+#include "tarnis/tools/base/overlaycache_p.h"
+#include "tarnis/tools/base/plotcurves_p.h"
+#include "tarnis/tools/base/plotlabel_p.h"
+#include "tarnis/tools/base/toolaction_p.h"
+#include "tarnis/tools/curves/counterrors_p.h"
+#include "tarnis/tools/curves/envelope_p.h"
+
+#include <QKeyEvent>
+#include <QPainter>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace tarnis {
+
+namespace {
+
+constexpr int barsZOrder = 10;
+constexpr double narrowBin = 3.0; // pixels
+constexpr double widestCap = 7.0;
+constexpr int bandAlpha = 110;
+
+const QLatin1String onKey("on");
+const QLatin1String methodKey("method");
+const QLatin1String poissonName("poisson");
+const QLatin1String squareRootName("sqrt");
+
+void drawBars(QPainter& painter, const IconInk& ink)
+{
+    for (const QPointF& at : { QPointF(3.5, 9.5), QPointF(8.0, 5.5), QPointF(12.5, 8.0) }) {
+        painter.drawLine(at - QPointF(0.0, 3.5), at + QPointF(0.0, 3.5));
+        painter.drawLine(at - QPointF(1.5, 3.5), at + QPointF(1.5, -3.5));
+        painter.drawLine(at + QPointF(-1.5, 3.5), at + QPointF(1.5, 3.5));
+    }
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(ink.accent);
+    for (const QPointF& at : { QPointF(3.5, 9.5), QPointF(8.0, 5.5), QPointF(12.5, 8.0) })
+        painter.drawEllipse(at, 1.4, 1.4);
+}
+
+void drawPoisson(QPainter& painter, const IconInk& ink)
+{
+    painter.drawPolyline(QPolygonF {
+        { 2.0, 13.0 }, { 4.0, 6.0 }, { 6.0, 3.0 }, { 8.0, 5.5 }, { 10.0, 9.5 }, { 12.0, 11.8 }, { 14.5, 13.0 } });
+    painter.setPen(QPen(ink.accent, 1.2));
+    painter.drawLine(QPointF(6.0, 5.0), QPointF(6.0, 14.0));
+}
+
+/// Rows of both ends of a bar; a logarithmic axis shows what is not above 0 at its lower edge.
+struct BarRows {
+    double upper = 0.0;
+    double lower = 0.0;
+};
+
+BarRows rowsOf(const PlotMapping& mapping, const CountInterval& interval)
+{
+    const auto rowOf = [&](double value) {
+        const bool isBelow = mapping.isLogY() && value <= 0.0;
+        return isBelow ? double(mapping.frameRect().bottom()) : limitedCoordinate(mapping.rowOf(value));
+    };
+    return { rowOf(interval.upper), rowOf(interval.lower) };
+}
+
+} // namespace
+
+ErrorBars::ErrorBars(XYGraphWidget* plot)
+    : InteractiveTool(plot, KeyboardFocus)
+    , PlotOverlay(plot, barsZOrder)
+    , m_cache(std::make_unique<OverlayCache>())
+{
+    makeActions();
+}
+
+ErrorBars::~ErrorBars() = default;
+
+bool ErrorBars::isOn() const
+{
+    return m_isOn;
+}
+
+ErrorBars::Method ErrorBars::method() const
+{
+    return m_method;
+}
+
+QPair<double, double> ErrorBars::interval(Method method, double count)
+{
+    const CountInterval interval = method == Method::Poisson ? quickPoissonInterval(count) : squareRootInterval(count);
+    return { interval.lower, interval.upper };
+}
+
+void ErrorBars::setOn(bool on)
+{
+    if (on == m_isOn)
+        return;
+    m_isOn = on;
+    m_painted.clear();
+    m_cache->drop();
+    m_switch->setChecked(on);
+    updateOverlay();
+    Q_EMIT onChanged(on);
+}
+
+void ErrorBars::setMethod(Method method)
+{
+    if (method == m_method)
+        return;
+    m_method = method;
+    m_poisson->setChecked(method == Method::Poisson);
+    m_cache->drop();
+    updateOverlay();
+}
+
+void ErrorBars::plotChanged(Changes changes)
+{
+    if (m_isOn && changes.testFlag(Data))
+        updateOverlay();
+}
+
+bool ErrorBars::handleEvent(QEvent* event)
+{
+    if (event->type() != QEvent::KeyPress || !plot()->hasFocus())
+        return false;
+    const auto& key = static_cast<const QKeyEvent&>(*event);
+    if (key.key() != Qt::Key_E || key.modifiers() != Qt::NoModifier)
+        return false;
+    setOn(!m_isOn);
+    return true;
+}
+
+void ErrorBars::paintOverlay(QPainter& painter, const PlotMapping& mapping)
+{
+    if (!m_isOn)
+        return;
+    const QList<ShownCurve> curves = shownCurves(*plot());
+    const bool isStale = !isSameData(curves, m_painted);
+    m_painted = curves;
+    m_cache->paint(painter, plot(), mapping, mapping.frameRect(), isStale, [&](QPainter& inside) {
+        for (const ShownCurve& curve : curves)
+            paintCurve(inside, mapping, curve);
+    });
+}
+
+void ErrorBars::paintCurve(QPainter& painter, const PlotMapping& mapping, const ShownCurve& curve) const
+{
+    BinsInView bins = columnsInView(mapping);
+    bins.last = std::min(bins.last, curve.size() - 1);
+    if (bins.first > bins.last)
+        return;
+    const AxisRange middle = mapping.columnEdges(bins.first + (bins.last - bins.first) / 2);
+    const double width = std::abs(mapping.columnOf(middle.max) - mapping.columnOf(middle.min));
+    const auto countAt = [&](qsizetype i) {
+        const double value = curve.valueAt(i);
+        return isCount(value) ? value : std::numeric_limits<double>::quiet_NaN();
+    };
+    const BinPositions positionOf(mapping, bins);
+    const auto rowsAt = [&](double lowest, double highest) {
+        return rowsOf(mapping, { interval(m_method, lowest).first, interval(m_method, highest).second });
+    };
+    if (width < narrowBin) {
+        QColor color = curve.color;
+        color.setAlpha(bandAlpha);
+        // The ends of a bar rise with its count: those of the least and the largest count enclose all of the column.
+        const QList<EnvelopeColumn> columns = envelopeOf(bins.first, bins.last, countAt, positionOf);
+        for (const EnvelopeColumn& column : columns) {
+            const BarRows rows = rowsAt(column.lowest, column.highest);
+            const double top = std::min(rows.upper, rows.lower); // of a reversed axis too
+            fillColumn(painter, column.column, top, top + std::abs(rows.lower - rows.upper), color);
+        }
+        return;
+    }
+    const double cap = std::min(widestCap, width * 0.7) / 2.0;
+    painter.setPen(curve.color);
+    for (qsizetype i = bins.first; i <= bins.last; ++i) {
+        const double count = countAt(i);
+        const BarRows rows = rowsAt(count, count);
+        if (std::isnan(count) || rows.lower == rows.upper)
+            continue;
+        const double column = positionOf(i);
+        painter.drawLine(QLineF(column, rows.upper, column, rows.lower));
+        painter.drawLine(QLineF(column - cap, rows.upper, column + cap, rows.upper));
+        painter.drawLine(QLineF(column - cap, rows.lower, column + cap, rows.lower));
+    }
+}
+
+void ErrorBars::makeActions()
+{
+    auto* const onAction = new ToolAction(
+        this, "errorBars", [] { return ErrorBars::tr("Error Bars"); }, drawBars);
+    onAction->setCheckable(true);
+    onAction->showKeys({ Qt::Key_E });
+    connect(onAction, &QAction::triggered, this, &ErrorBars::setOn);
+    auto* const poisson = new ToolAction(
+        this, "poissonErrors", [] { return ErrorBars::tr("Exact Intervals for Small Counts"); }, drawPoisson);
+    poisson->setCheckable(true);
+    poisson->setChecked(true);
+    connect(poisson, &QAction::triggered, this,
+        [this](bool checked) { setMethod(checked ? Method::Poisson : Method::SquareRoot); });
+    m_switch = onAction;
+    m_poisson = poisson;
+}
+
+QList<QAction*> ErrorBars::actions() const
+{
+    return { m_switch, m_poisson };
+}
+
+QString ErrorBars::stateName() const
+{
+    return QStringLiteral("errorBars");
+}
+
+QJsonObject ErrorBars::saveState() const
+{
+    return { { onKey, m_isOn }, { methodKey, m_method == Method::Poisson ? poissonName : squareRootName } };
+}
+
+void ErrorBars::restoreState(const QJsonObject& state)
+{
+    const QString method = state.value(methodKey).toString();
+    if (method == poissonName || method == squareRootName)
+        setMethod(method == poissonName ? Method::Poisson : Method::SquareRoot);
+    setOn(state.value(onKey).toBool(m_isOn));
+}
+
+} // namespace tarnis

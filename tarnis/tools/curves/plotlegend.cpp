@@ -1,0 +1,336 @@
+// Entries, layout and drawing of the legend. Its gestures are in _events.
+#include "tarnis/tools/curves/plotlegend_p.h"
+
+#include "tarnis/plots/curvenames.h"
+#include "tarnis/plots/math/seriesgrouping_p.h"
+#include "tarnis/plots/plotaccess_p.h"
+#include "tarnis/plots/plotmapping.h"
+#include "tarnis/plots/plotstyling_p.h"
+#include "tarnis/tools/base/toolaction_p.h"
+
+#include <QFontMetrics>
+#include <QJsonArray>
+#include <QPainter>
+
+#include <algorithm>
+#include <cmath>
+
+namespace tarnis {
+
+namespace {
+
+constexpr int legendZOrder = 80; // over cross and markers, under the navigator's marks
+constexpr int margin = 6; // to the plot rectangle
+constexpr int padding = 5;
+constexpr int sampleWidth = 18; // of the line in the curve's colour
+constexpr double widest = 0.45; // of the plot rectangle
+constexpr double tallest = 0.8;
+constexpr int maxRecords = 4096; // that a stored view may add
+const QColor fill(24, 24, 24, 215);
+const QColor border(110, 110, 110, 215);
+const QColor classicText(255, 255, 255);
+const QColor hiddenColor(140, 140, 140);
+
+const QLatin1String visibleKey("visible");
+const QLatin1String placeKey("place"); // [x, y]
+const QLatin1String hiddenKey("hidden"); // indices of records
+
+void drawLegend(QPainter& painter, const IconInk& ink)
+{
+    painter.drawRect(QRectF(1.8, 2.5, 12.4, 11.0));
+    painter.drawLine(QPointF(8.0, 6.0), QPointF(12.0, 6.0));
+    painter.drawLine(QPointF(8.0, 10.0), QPointF(12.0, 10.0));
+    painter.setPen(QPen(ink.accent, 1.8, Qt::SolidLine, Qt::FlatCap));
+    painter.drawLine(QPointF(3.8, 6.0), QPointF(6.4, 6.0));
+    painter.drawLine(QPointF(3.8, 10.0), QPointF(6.4, 10.0));
+}
+
+/// The part of a list of `count` rows that is in sight, with the wanted first one moved into range.
+qsizetype firstInSight(qsizetype wanted, qsizetype count, qsizetype rows)
+{
+    return std::clamp<qsizetype>(wanted, 0, std::max<qsizetype>(count - rows, 0));
+}
+
+/// A short mark where rows are out of sight.
+void paintArrow(QPainter& painter, const QPointF& tip, double direction, const QColor& color)
+{
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(color);
+    painter.drawPolygon(QPolygonF { tip, tip + QPointF(-4.0, -4.0 * direction), tip + QPointF(4.0, -4.0 * direction) });
+}
+
+} // namespace
+
+QList<LegendEntry> legendEntries(const MultiVectorGraphWidget& plot)
+{
+    const QList<Series>& series = PlotAccess::series(plot);
+    const QList<SummedCurve> curves = curvesOf(series, PlotAccess::addType(plot), PlotAccess::groupSize(plot));
+    const QStringList names = curveNames(plot);
+    QList<LegendEntry> entries;
+    for (qsizetype i = 0; i < curves.size(); ++i) {
+        const SummedCurve& curve = curves.at(i);
+        if (!curve.records.isEmpty() && lengthOf(series, curve) > 0)
+            entries.append({ curve.records, names.value(i), shownCurveColor(plot, static_cast<int>(i), curve.color),
+                curve.enable });
+    }
+    return entries;
+}
+
+PlotLegend::PlotLegend(XYGraphWidget* plot)
+    : InteractiveTool(plot, KeyboardFocus | MouseMoves)
+    , PlotOverlay(plot, legendZOrder)
+    , m_switch(new ToolAction(
+          this, "legend", [] { return PlotLegend::tr("Legend"); }, drawLegend))
+{
+    static_cast<ToolAction*>(m_switch)->showKeys({ QKeySequence(Qt::SHIFT | Qt::Key_L) });
+    m_switch->setCheckable(true);
+    m_switch->setChecked(true);
+    m_switch->setEnabled(curves() != nullptr);
+    connect(m_switch, &QAction::triggered, this, &PlotLegend::setVisible);
+}
+
+PlotLegend::~PlotLegend() = default;
+
+MultiVectorGraphWidget* PlotLegend::curves() const
+{
+    return qobject_cast<MultiVectorGraphWidget*>(plot());
+}
+
+bool PlotLegend::isVisible() const
+{
+    return m_isVisible;
+}
+
+QPointF PlotLegend::place() const
+{
+    return m_place;
+}
+
+qsizetype PlotLegend::count() const
+{
+    return curves() != nullptr ? legendEntries(*curves()).size() : 0;
+}
+
+bool PlotLegend::isShown(qsizetype entry) const
+{
+    const QList<LegendEntry> entries = curves() != nullptr ? legendEntries(*curves()) : QList<LegendEntry>();
+    return entry >= 0 && entry < entries.size() && entries.at(entry).isShown;
+}
+
+QString PlotLegend::name(qsizetype entry) const
+{
+    const QList<LegendEntry> entries = curves() != nullptr ? legendEntries(*curves()) : QList<LegendEntry>();
+    return entries.value(entry).name;
+}
+
+void PlotLegend::setVisible(bool visible)
+{
+    m_switch->setChecked(visible);
+    if (visible == m_isVisible)
+        return;
+    m_isVisible = visible;
+    m_isPressed = false;
+    m_selected = -1;
+    updateOverlay();
+    Q_EMIT visibleChanged(visible);
+}
+
+void PlotLegend::setPlace(const QPointF& place)
+{
+    if (!std::isfinite(place.x()) || !std::isfinite(place.y()))
+        return;
+    m_place = { std::clamp(place.x(), 0.0, 1.0), std::clamp(place.y(), 0.0, 1.0) };
+    updateOverlay();
+}
+
+void PlotLegend::enable(const QList<int>& records, bool on)
+{
+    for (const int record : records)
+        curves()->setEnable(record, on);
+}
+
+/// Shows the curve of one entry, and all of them for -1.
+void PlotLegend::applyToEntries(qsizetype alone)
+{
+    const Layout now = layout();
+    if (now.isSum)
+        return;
+    const QList<LegendEntry> entries = legendEntries(*curves());
+    for (qsizetype i = 0; i < entries.size(); ++i)
+        enable(entries.at(i).records, alone < 0 || i == alone);
+    curves()->refreshPixmap();
+    updateOverlay();
+}
+
+void PlotLegend::toggle(qsizetype entry)
+{
+    if (curves() == nullptr || entry < 0 || entry >= count() || layout().isSum)
+        return;
+    const LegendEntry chosen = legendEntries(*curves()).at(entry);
+    enable(chosen.records, !chosen.isShown);
+    curves()->refreshPixmap();
+    updateOverlay();
+}
+
+void PlotLegend::isolate(qsizetype entry)
+{
+    if (curves() == nullptr || entry < 0 || entry >= count())
+        return;
+    const QList<LegendEntry> entries = legendEntries(*curves());
+    const auto shown = std::count_if(entries.begin(), entries.end(), [](const LegendEntry& e) { return e.isShown; });
+    applyToEntries(shown == 1 && entries.at(entry).isShown ? -1 : entry);
+}
+
+void PlotLegend::showAll()
+{
+    if (curves() != nullptr)
+        applyToEntries(-1);
+}
+
+void PlotLegend::plotChanged(Changes changes)
+{
+    if (changes & (Data | PlotRect))
+        updateOverlay();
+}
+
+// Layout and drawing
+
+qsizetype PlotLegend::Layout::entryAt(const QPointF& point) const
+{
+    if (!QRectF(rect).contains(point))
+        return -1;
+    const qsizetype row = static_cast<qsizetype>(std::floor((point.y() - rect.top() - padding) / rowHeight));
+    return row >= 0 && row < rows ? first + row : -1;
+}
+
+QRect PlotLegend::Layout::rowRect(qsizetype entry) const
+{
+    const int top = rect.top() + padding + static_cast<int>(entry - first) * rowHeight;
+    return { rect.left() + padding, top, rect.width() - 2 * padding, rowHeight };
+}
+
+PlotLegend::Layout PlotLegend::layout() const
+{
+    Layout made;
+    if (curves() == nullptr)
+        return made;
+    const auto type = PlotAccess::addType(*curves());
+    made.isSum = type != AddType::AddNone && type != AddType::AddEachGroup && type != AddType::AddEachPosition;
+    const PlotMapping mapping = PlotMapping::of(*curves());
+    if (!m_isVisible || !mapping.isValid())
+        return made;
+    made.entries = legendEntries(*curves());
+    const QFontMetrics metrics(curves()->font());
+    made.rowHeight = metrics.height() + 2;
+    const QRect inside = mapping.frameRect().adjusted(margin, margin, -margin, -margin);
+    const int largestHeight = static_cast<int>(inside.height() * tallest);
+    if (made.entries.size() < 2)
+        return made; // one curve needs no key
+    made.rows = std::min<qsizetype>(made.entries.size(), (largestHeight - 2 * padding) / made.rowHeight);
+    if (made.rows <= 0)
+        return made;
+    made.first = firstInSight(m_first, made.entries.size(), made.rows);
+    int textWidth = 0;
+    for (const LegendEntry& entry : std::as_const(made.entries))
+        textWidth = std::max(textWidth, metrics.horizontalAdvance(entry.name) + 1); // a rounded width would elide
+    const int wanted = sampleWidth + 3 * padding + textWidth;
+    const QSize size(std::min(wanted, std::max(static_cast<int>(inside.width() * widest), sampleWidth + 3 * padding)),
+        static_cast<int>(made.rows) * made.rowHeight + 2 * padding);
+    made.room = QSizeF(std::max(inside.width() - size.width(), 0), std::max(inside.height() - size.height(), 0));
+    made.rect = QRect(inside.topLeft()
+            + QPoint(static_cast<int>(std::lround(made.room.width() * m_place.x())),
+                static_cast<int>(std::lround(made.room.height() * m_place.y()))),
+        size);
+    return made;
+}
+
+void PlotLegend::paintOverlay(QPainter& painter, const PlotMapping& /*mapping*/)
+{
+    const Layout now = layout();
+    if (now.rect.isEmpty())
+        return;
+    painter.setFont(curves()->font());
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(border, 1.0));
+    const PlotStyling* const styling = stylingOf(curves());
+    const QColor textColor = styling != nullptr ? styling->foreground() : classicText;
+    QColor ground = styling != nullptr ? styling->surround() : fill;
+    ground.setAlpha(fill.alpha()); // the colours of the curves are made for this ground
+    painter.setBrush(ground);
+    painter.drawRoundedRect(QRectF(now.rect).adjusted(0.5, 0.5, -0.5, -0.5), 3.0, 3.0);
+    const QFontMetrics metrics(painter.font());
+    for (qsizetype i = now.first; i < now.first + now.rows; ++i) {
+        const LegendEntry& entry = now.entries.at(i);
+        const QRect row = now.rowRect(i);
+        if (i == m_selected && curves()->hasFocus()) {
+            painter.setPen(QPen(textColor, 1.0, Qt::DotLine));
+            painter.setBrush(Qt::NoBrush);
+            painter.drawRect(QRectF(row).adjusted(-1.5, 0.5, 1.5, -0.5));
+        }
+        const double middle = row.center().y() + 0.5;
+        painter.setPen(
+            QPen(entry.isShown ? entry.color : hiddenColor, entry.isShown ? 2.5 : 1.0, Qt::SolidLine, Qt::FlatCap));
+        painter.drawLine(QPointF(row.left(), middle), QPointF(row.left() + sampleWidth, middle));
+        painter.setPen(entry.isShown ? textColor : hiddenColor);
+        const QRect text = row.adjusted(sampleWidth + padding, 0, 0, 0);
+        painter.drawText(
+            text, Qt::AlignLeft | Qt::AlignVCenter, metrics.elidedText(entry.name, Qt::ElideRight, text.width()));
+        if (!entry.isShown) // not by the colour alone
+            painter.drawLine(QPointF(text.left(), middle),
+                QPointF(text.left() + std::min(text.width(), metrics.horizontalAdvance(entry.name)), middle));
+    }
+    const double right = now.rect.right() - 6.0;
+    if (now.first > 0)
+        paintArrow(painter, { right, now.rect.top() + 2.0 }, -1.0, textColor);
+    if (now.first + now.rows < now.entries.size())
+        paintArrow(painter, { right, now.rect.bottom() - 2.0 }, 1.0, textColor);
+}
+
+// Actions and state
+
+QList<QAction*> PlotLegend::actions() const
+{
+    return { m_switch };
+}
+
+QString PlotLegend::stateName() const
+{
+    return QStringLiteral("legend");
+}
+
+QJsonObject PlotLegend::saveState() const
+{
+    QJsonObject state { { visibleKey, m_isVisible }, { placeKey, QJsonArray { m_place.x(), m_place.y() } } };
+    if (curves() == nullptr)
+        return state;
+    QJsonArray hidden;
+    const QList<Series>& series = PlotAccess::series(*curves());
+    for (qsizetype i = 0; i < series.size(); ++i) {
+        if (!series.at(i).enable)
+            hidden.append(i);
+    }
+    state.insert(hiddenKey, hidden);
+    return state;
+}
+
+void PlotLegend::restoreState(const QJsonObject& state)
+{
+    const QJsonArray place = state.value(placeKey).toArray();
+    if (place.size() == 2 && place.at(0).isDouble() && place.at(1).isDouble())
+        setPlace({ place.at(0).toDouble(), place.at(1).toDouble() });
+    setVisible(state.value(visibleKey).toBool(m_isVisible));
+    if (curves() == nullptr || !state.value(hiddenKey).isArray())
+        return;
+    const QJsonArray hidden = state.value(hiddenKey).toArray();
+    const qsizetype records = PlotAccess::series(*curves()).size();
+    for (int i = 0; i < records; ++i)
+        curves()->setEnable(i, !hidden.contains(i));
+    for (const QJsonValue& value : hidden) { // those whose data have not come yet
+        const int record = value.toInt(-1);
+        if (record >= records && record < maxRecords)
+            curves()->setEnable(record, false);
+    }
+    curves()->refreshPixmap();
+}
+
+} // namespace tarnis

@@ -1,0 +1,85 @@
+#include "tarnis/tools/curves/referencearithmetic_p.h"
+
+#include "tarnis/tools/curves/counterrors_p.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace tarnis {
+
+namespace {
+
+constexpr double nan = std::numeric_limits<double>::quiet_NaN();
+constexpr double shareInside = 0.95;
+
+/// The next of 1, 2 and 5 times a power of ten that is not below the width.
+double roundedWidth(double width)
+{
+    const double power = std::pow(10.0, std::floor(std::log10(width)));
+    if (!(power > 0.0))
+        return width; // at the end of all numbers
+    for (const double factor : { 1.0, 2.0, 5.0 }) {
+        if (factor * power >= width)
+            return factor * power;
+    }
+    return std::isfinite(10.0 * power) ? 10.0 * power : width;
+}
+
+} // namespace
+
+ComparedBin comparedBin(Comparison comparison, double live, double reference, double norm, bool isContained)
+{
+    const double scaled = norm * reference;
+    const bool areCounts = isCount(live) && isCount(reference);
+    const double excess = live - scaled;
+    const double variance = !areCounts ? nan : (isContained ? std::max(excess, 0.0) : live + norm * scaled);
+    switch (comparison) {
+    case Comparison::Difference:
+        return { excess, std::sqrt(variance) };
+    case Comparison::Significance:
+        return { variance > 0.0 ? excess / std::sqrt(variance) : nan, 1.0 };
+    default:
+        break;
+    }
+    if (scaled == 0.0)
+        return { nan, nan };
+    // Of a ratio to counts that it contains: 1 + new / reference, with independent errors.
+    const double relative = isContained ? variance / (scaled * scaled) + excess * excess / (scaled * scaled * scaled)
+                                        : live / (scaled * scaled) + live * live / (scaled * scaled * reference);
+    return { live / scaled, areCounts ? std::sqrt(relative) : nan };
+}
+
+bool isContinuation(const QList<double>& live, const QList<double>& reference)
+{
+    if (live.size() != reference.size())
+        return false;
+    bool isAbove = false;
+    for (qsizetype i = 0; i < live.size(); ++i) {
+        if (!(live.at(i) >= reference.at(i)))
+            return false;
+        isAbove = isAbove || live.at(i) > reference.at(i);
+    }
+    return isAbove;
+}
+
+AxisRange comparisonAxis(Comparison comparison, std::vector<double> values)
+{
+    const double middle = comparison == Comparison::Ratio ? 1.0 : 0.0;
+    std::erase_if(values, [](double value) { return !std::isfinite(value); });
+    for (double& value : values)
+        value = std::abs(value - middle);
+    double width = 0.0;
+    if (!values.empty()) {
+        const auto rank = static_cast<std::ptrdiff_t>(std::ceil(shareInside * static_cast<double>(values.size() - 1)));
+        std::nth_element(values.begin(), values.begin() + rank, values.end());
+        width = *(values.begin() + rank);
+    }
+    if (!(width > 0.0) || !std::isfinite(width))
+        width = 1.0;
+    const double half =
+        comparison == Comparison::Significance ? std::max(roundedWidth(width), 5.0) : roundedWidth(width);
+    return { comparison == Comparison::Ratio ? std::max(middle - half, 0.0) : middle - half, middle + half };
+}
+
+} // namespace tarnis

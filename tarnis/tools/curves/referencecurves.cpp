@@ -1,0 +1,311 @@
+#include "tarnis/tools/referencecurves.h"
+
+#include "tarnis/formats/formats.h"
+#include "tarnis/plots/plotaccess_p.h"
+#include "tarnis/plots/plotmapping.h"
+#include "tarnis/tools/base/overlaycache_p.h"
+#include "tarnis/tools/curves/referencecurves_p.h"
+
+#include <QFileInfo>
+#include <QKeyEvent>
+
+#include <algorithm>
+#include <cmath>
+#include <numeric>
+
+namespace tarnis {
+
+namespace {
+
+constexpr int referencesZOrder = 5;
+constexpr int preferredStrip = 120; // pixels
+constexpr int partOfPlot = 3; // at most
+
+double sumOf(const QList<double>& values)
+{
+    return std::accumulate(values.begin(), values.end(), 0.0,
+        [](double sum, double value) { return std::isfinite(value) ? sum + value : sum; });
+}
+
+QList<double> samplesOf(const ShownCurve& curve)
+{
+    if (curve.parts.size() == 1)
+        return curve.parts.constFirst();
+    QList<double> samples(curve.size());
+    for (qsizetype i = 0; i < samples.size(); ++i)
+        samples[i] = curve.valueAt(i);
+    return samples;
+}
+
+} // namespace
+
+Comparison comparisonOf(ReferenceCurves::View view)
+{
+    switch (view) {
+    case ReferenceCurves::View::Ratio:
+        return Comparison::Ratio;
+    case ReferenceCurves::View::Significance:
+        return Comparison::Significance;
+    default:
+        return Comparison::Difference;
+    }
+}
+
+ReferenceCurves::ReferenceCurves(XYGraphWidget* plot)
+    : InteractiveTool(plot, KeyboardFocus)
+    , PlotOverlay(plot, referencesZOrder)
+    , m_cache(std::make_unique<OverlayCache>())
+    , m_stripCache(std::make_unique<OverlayCache>())
+{
+    makeActions();
+}
+
+ReferenceCurves::~ReferenceCurves()
+{
+    m_view = View::Over;
+    placeStrip();
+}
+
+QStringList ReferenceCurves::names() const
+{
+    QStringList names;
+    for (const Reference& reference : m_references)
+        names.append(reference.name);
+    return names;
+}
+
+int ReferenceCurves::current() const
+{
+    return m_current;
+}
+
+ReferenceCurves::View ReferenceCurves::view() const
+{
+    return m_view;
+}
+
+ReferenceCurves::Norm ReferenceCurves::norm() const
+{
+    return m_norm;
+}
+
+void ReferenceCurves::append(const Reference& reference)
+{
+    if (m_references.size() >= maxReferences)
+        m_references.removeFirst();
+    m_references.append(reference);
+    m_current = static_cast<int>(m_references.size()) - 1;
+    renew();
+}
+
+bool ReferenceCurves::freeze(const QString& name)
+{
+    const QList<ShownCurve> live = plot() != nullptr ? shownCurves(*plot()) : QList<ShownCurve>();
+    if (live.isEmpty())
+        return false;
+    Reference reference { name.isEmpty() ? QTime::currentTime().toString(QStringLiteral("HH:mm:ss")) : name, {},
+        m_liveTime, true, {}, {} };
+    for (const ShownCurve& curve : live) {
+        reference.curveNames.append(curve.name);
+        reference.curves.append(samplesOf(curve));
+    }
+    append(reference);
+    return true;
+}
+
+QString ReferenceCurves::add(const Dataset& data, const QString& name)
+{
+    if (!isConsistent(data))
+        return tr("The data are incomplete. Choose another file or run.");
+    if (data.kind == Dataset::Kind::Map)
+        return tr("These are the data of a map. Choose a spectrum or curves.");
+    Reference reference { name.isEmpty() ? data.title : name, {}, data.liveTime, false, {}, {} };
+    for (qsizetype row = 0; row < data.rows; ++row) {
+        const auto first = data.values.begin() + row * data.columns;
+        reference.curves.append(QList<double>(first, first + data.columns));
+        reference.curveNames.append(data.rowNames.value(row));
+    }
+    append(reference);
+    return {};
+}
+
+QString ReferenceCurves::addFile(const QString& path)
+{
+    const DatasetResult result = readDataset(path);
+    if (!result.error.isEmpty())
+        return result.error;
+    QString error = add(result.data, QFileInfo(path).fileName());
+    if (error.isEmpty())
+        m_references.last().path = path;
+    return error;
+}
+
+void ReferenceCurves::renew()
+{
+    m_cache->drop();
+    m_stripCache->drop();
+    placeStrip();
+    updateOverlay();
+    Q_EMIT referencesChanged();
+}
+
+void ReferenceCurves::setView(View view)
+{
+    if (view == m_view)
+        return;
+    m_view = view;
+    renew();
+}
+
+void ReferenceCurves::setNorm(Norm norm)
+{
+    if (norm == m_norm)
+        return;
+    m_norm = norm;
+    renew();
+}
+
+void ReferenceCurves::setLiveTime(double seconds)
+{
+    const double known = std::isfinite(seconds) && seconds > 0.0 ? seconds : 0.0;
+    if (known == m_liveTime)
+        return;
+    m_liveTime = known;
+    m_cache->drop();
+    m_stripCache->drop();
+    updateOverlay();
+}
+
+void ReferenceCurves::setCurrent(int index)
+{
+    if (index < 0 || index >= m_references.size() || index == m_current)
+        return;
+    m_current = index;
+    renew();
+}
+
+void ReferenceCurves::removeCurrent()
+{
+    if (m_current < 0)
+        return;
+    m_references.removeAt(m_current);
+    m_current = static_cast<int>(m_references.size()) - 1;
+    renew();
+}
+
+void ReferenceCurves::clear()
+{
+    m_references.clear();
+    m_current = -1;
+    renew();
+}
+
+void ReferenceCurves::toggleFrozen()
+{
+    if (m_current >= 0 && m_references.at(m_current).isFrozen)
+        removeCurrent();
+    else
+        freeze();
+}
+
+/// Room for the strip below the plot, as long as there is something to compare.
+void ReferenceCurves::placeStrip()
+{
+    if (plot() == nullptr)
+        return;
+    const bool isTurned = PlotMapping::of(*plot()).rotation() != 0.0;
+    const int height = isTurned ? plot()->width() : plot()->height();
+    const int wanted = m_view == View::Over || m_current < 0 ? 0 : std::min(preferredStrip, height / partOfPlot);
+    if (wanted == m_stripHeight)
+        return;
+    PlotAccess::addBottomMargin(*plot(), wanted - m_stripHeight);
+    m_stripHeight = wanted;
+    plot()->refreshPixmap();
+}
+
+bool ReferenceCurves::handleEvent(QEvent* event)
+{
+    if (event->type() == QEvent::Resize) {
+        placeStrip();
+        return false;
+    }
+    if (event->type() != QEvent::KeyPress || !plot()->hasFocus())
+        return false;
+    const auto& key = static_cast<const QKeyEvent&>(*event);
+    if (key.key() != Qt::Key_C || key.modifiers() != Qt::ShiftModifier)
+        return false;
+    toggleFrozen();
+    return true;
+}
+
+void ReferenceCurves::plotChanged(Changes changes)
+{
+    if (changes.testFlag(Data) && m_current >= 0)
+        updateOverlay();
+}
+
+double ReferenceCurves::normOf(const Reference& reference, const ShownCurve& live, const QList<double>& values) const
+{
+    double norm = 1.0;
+    if (m_norm == Norm::TotalCounts)
+        norm = sumOf(samplesOf(live)) / sumOf(values);
+    else if (m_norm == Norm::LiveTime && m_liveTime > 0.0 && reference.liveTime > 0.0)
+        norm = m_liveTime / reference.liveTime;
+    return std::isfinite(norm) && norm > 0.0 ? norm : 1.0;
+}
+
+QList<ReferenceCurves::Pair> ReferenceCurves::pairs(const QList<ShownCurve>& live) const
+{
+    QList<Pair> pairs;
+    if (m_current < 0)
+        return pairs;
+    const Reference& reference = m_references.at(m_current);
+    for (int i = 0; i < live.size(); ++i) {
+        const ShownCurve& curve = live.at(i);
+        qsizetype row = curve.name.isEmpty() ? -1 : reference.curveNames.indexOf(curve.name);
+        if (row < 0 && live.size() == reference.curves.size())
+            row = i;
+        if (row < 0 || reference.curves.at(row).size() != curve.size())
+            continue;
+        const QList<double>& values = reference.curves.at(row);
+        pairs.append({ i, values, normOf(reference, curve, values),
+            m_norm == Norm::None && reference.isFrozen && isContinuation(samplesOf(curve), values) });
+    }
+    return pairs;
+}
+
+QString ReferenceCurves::problem() const
+{
+    if (plot() == nullptr || m_current < 0)
+        return tr("There is no reference. Freeze the curves or open a file.");
+    const QList<ShownCurve> live = shownCurves(*plot());
+    if (live.isEmpty())
+        return tr("The plot shows no curve.");
+    if (!pairs(live).isEmpty())
+        return {};
+    const Reference& reference = m_references.at(m_current);
+    const qsizetype bins = reference.curves.isEmpty() ? 0 : reference.curves.constFirst().size();
+    if (bins != live.constFirst().size())
+        return tr("The reference has %1 bins, the plot has %2.").arg(bins).arg(live.constFirst().size());
+    return tr("No curve of the reference has the name of a visible one.");
+}
+
+QList<double> ReferenceCurves::compared(int curve) const
+{
+    QList<double> values;
+    if (plot() == nullptr || m_view == View::Over)
+        return values;
+    const QList<ShownCurve> live = shownCurves(*plot());
+    const QList<Pair> all = pairs(live);
+    for (const Pair& pair : all) {
+        if (pair.live != curve)
+            continue;
+        for (qsizetype i = 0; i < pair.reference.size(); ++i)
+            values.append(comparedBin(
+                comparisonOf(m_view), live.at(curve).valueAt(i), pair.reference.at(i), pair.norm, pair.isContained)
+                              .value);
+    }
+    return values;
+}
+
+} // namespace tarnis

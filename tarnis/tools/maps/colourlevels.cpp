@@ -1,0 +1,214 @@
+#include "tarnis/tools/colourlevels.h"
+
+#include "tarnis/plots/colorbarwidget.h"
+#include "tarnis/plots/mapcoloring_p.h"
+#include "tarnis/plots/plotaccess_p.h"
+#include "tarnis/tools/colourmaps.h"
+#include "tarnis/tools/maps/levelstrip_p.h"
+#include "tarnis/tools/navigation/viewcontrol_p.h"
+
+#include <QMenu>
+#include <QPainter>
+
+#include <cmath>
+
+namespace tarnis {
+
+namespace {
+
+constexpr int readMs = 1000;
+constexpr int stripZOrder = -1;
+
+ScaleCurve curveOf(ColourLevels::Scale scale)
+{
+    switch (scale) {
+    case ColourLevels::Scale::Logarithmic:
+        return ScaleCurve::Log;
+    case ColourLevels::Scale::SquareRoot:
+        return ScaleCurve::SquareRoot;
+    default:
+        return ScaleCurve::Linear;
+    }
+}
+
+} // namespace
+
+ColourLevels::ColourLevels(XY2DGraphWidget* map)
+    : InteractiveTool(map, Nothing)
+    , PlotOverlay(map, stripZOrder)
+{
+    makeActions();
+    m_timer.setSingleShot(true);
+    connect(&m_timer, &QTimer::timeout, this, &ColourLevels::read);
+    if (map != nullptr)
+        setStripVisible(true);
+}
+
+ColourLevels::~ColourLevels()
+{
+    if (plot() == nullptr)
+        return; // the plot deletes its children
+    delete m_strip;
+    PlotAccess::setBesideBar(*map(), 0);
+}
+
+XY2DGraphWidget* ColourLevels::map() const
+{
+    return static_cast<XY2DGraphWidget*>(plot());
+}
+
+ColourLevels::Mode ColourLevels::mode() const
+{
+    if (plot() == nullptr || PlotAccess::colorBar(*map()).isAutoScale())
+        return Mode::Automatic;
+    const AxisRange levels = PlotAccess::levels(*map());
+    const bool isByPercentiles = m_percentiles && levels.min == m_applied.first && levels.max == m_applied.second;
+    return isByPercentiles ? Mode::Percentiles : Mode::Held;
+}
+
+ColourLevels::Scale ColourLevels::scale() const
+{
+    if (plot() == nullptr)
+        return Scale::Linear;
+    if (PlotAccess::isLogZ(*map()))
+        return Scale::Logarithmic;
+    const MapColoring* const chosen = PlotAccess::coloring(std::as_const(*map()));
+    return chosen != nullptr && chosen->squareRoot ? Scale::SquareRoot : Scale::Linear;
+}
+
+double ColourLevels::lower() const
+{
+    return plot() != nullptr ? PlotAccess::levels(*map()).min : 0.0;
+}
+
+double ColourLevels::upper() const
+{
+    return plot() != nullptr ? PlotAccess::levels(*map()).max : 0.0;
+}
+
+QPair<double, double> ColourLevels::percentiles() const
+{
+    return mode() == Mode::Percentiles ? *m_percentiles : QPair<double, double>(0.0, 100.0);
+}
+
+bool ColourLevels::isStripVisible() const
+{
+    return m_strip != nullptr;
+}
+
+void ColourLevels::applyLevels(double lower, double upper)
+{
+    ViewControl(*map()).showLevels({ lower, upper });
+    if (m_strip != nullptr && !m_strip->isDragging())
+        read(); // the axis holds both levels
+    Q_EMIT levelsChanged();
+}
+
+void ColourLevels::setLevels(double lower, double upper)
+{
+    if (plot() == nullptr || !std::isfinite(lower) || !std::isfinite(upper))
+        return;
+    m_percentiles.reset();
+    applyLevels(lower, upper);
+}
+
+void ColourLevels::setPercentiles(double lower, double upper)
+{
+    if (plot() == nullptr || std::isnan(lower) || std::isnan(upper))
+        return;
+    m_percentiles = { std::clamp(std::min(lower, upper), 0.0, 100.0), std::clamp(std::max(lower, upper), 0.0, 100.0) };
+    m_applied = { this->lower(), this->upper() };
+    if (PlotAccess::colorBar(*map()).isAutoScale())
+        map()->onAutoScaleZToggled(false);
+    read();
+}
+
+void ColourLevels::setAutomatic()
+{
+    if (plot() == nullptr)
+        return;
+    m_percentiles.reset();
+    ViewControl(*map()).fitLevels();
+    Q_EMIT levelsChanged();
+}
+
+void ColourLevels::setScale(Scale scale)
+{
+    if (plot() == nullptr || scale == this->scale())
+        return;
+    PlotAccess::setSquareRoot(*map(), scale == Scale::SquareRoot);
+    ViewControl(*map()).setLogScale(scale == Scale::Logarithmic);
+    read();
+    Q_EMIT levelsChanged();
+}
+
+void ColourLevels::setStripVisible(bool visible)
+{
+    if (plot() == nullptr || visible == isStripVisible())
+        return;
+    m_switch->setChecked(visible);
+    PlotAccess::setBesideBar(*map(), visible ? LevelStrip::stripWidth : 0);
+    if (!visible) {
+        m_strip->deleteLater(); // this may be called from its menu
+        m_strip->hide();
+        m_strip = nullptr;
+        return;
+    }
+    m_strip = new LevelStrip(*map());
+    connect(m_strip, &LevelStrip::levelsChosen, this, &ColourLevels::setLevels);
+    connect(m_strip, &LevelStrip::automaticChosen, this, &ColourLevels::setAutomatic);
+    connect(m_strip, &LevelStrip::menuWanted, this, [this](const QPoint& position) {
+        fillMenu();
+        m_menu->popup(position);
+    });
+    // Colours and automatic levels are settled when the map is painted.
+    connect(map(), &DoubleBufferedWidget::painted, m_strip, &LevelStrip::showLevels);
+    m_strip->show();
+    read();
+}
+
+void ColourLevels::plotChanged(Changes changes)
+{
+    if (changes.testFlag(Data) && (m_strip != nullptr || m_percentiles)) {
+        const qint64 since = m_lastRead.isValid() ? m_lastRead.elapsed() : readMs;
+        if (since >= readMs)
+            read();
+        else if (!m_timer.isActive())
+            m_timer.start(static_cast<int>(readMs - since));
+    }
+    if (changes.testFlag(ScaleType))
+        read();
+    if (changes & (ScaleType | Levels | AutoScale))
+        Q_EMIT levelsChanged();
+}
+
+/// Looks at all bins: for the histogram, and for the limits by percentiles.
+void ColourLevels::read()
+{
+    if (plot() == nullptr)
+        return;
+    m_timer.stop();
+    m_lastRead.start();
+    std::vector<double> values = paintedBins(PlotAccess::rows(*map()));
+    if (values.empty())
+        m_lastRead.invalidate(); // the first data are counted at once
+    if (mode() == Mode::Percentiles && !values.empty() && (m_strip == nullptr || !m_strip->isDragging())) {
+        const AxisRange levels = percentileLevels(values, m_percentiles->first, m_percentiles->second);
+        ViewControl(*map()).showLevels(levels);
+        m_applied = { lower(), upper() };
+        Q_EMIT levelsChanged();
+    }
+    if (m_strip != nullptr)
+        m_strip->showValues(values, curveOf(scale()));
+}
+
+/// On the screen the strip is a widget; in saved pictures it is drawn.
+void ColourLevels::paintOverlay(QPainter& painter, const PlotMapping& /*mapping*/)
+{
+    if (m_strip == nullptr || painter.device() == static_cast<const QPaintDevice*>(plot()))
+        return;
+    painter.translate(m_strip->pos());
+    m_strip->paintStrip(painter);
+}
+
+} // namespace tarnis

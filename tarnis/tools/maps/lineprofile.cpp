@@ -1,0 +1,224 @@
+#include "tarnis/tools/lineprofile.h"
+
+#include "tarnis/plots/plotaccess_p.h"
+#include "tarnis/tools/base/plotlabel_p.h"
+#include "tarnis/tools/base/plotplaces_p.h"
+#include "tarnis/tools/maps/lineprofile_p.h"
+
+#include <QPainter>
+
+#include <algorithm>
+#include <cmath>
+
+namespace tarnis {
+
+namespace {
+
+constexpr int profileZOrder = 42;
+constexpr double widestBand = 1e6; // bins
+constexpr double shareOfView = 0.1; // of a new line from either border
+const QSize plotSize(520, 260);
+
+} // namespace
+
+LineProfile::LineProfile(XY2DGraphWidget* map)
+    : InteractiveTool(map, KeyboardFocus)
+    , PlotOverlay(map, profileZOrder)
+{
+    if (map != nullptr)
+        makePlot();
+    makeActions();
+}
+
+LineProfile::~LineProfile()
+{
+    delete m_plot.data();
+}
+
+XY2DGraphWidget* LineProfile::map() const
+{
+    return static_cast<XY2DGraphWidget*>(plot());
+}
+
+void LineProfile::makePlot()
+{
+    m_plot = new VectorGraphWidget(map());
+    m_plot->setWindowFlags(Qt::Tool);
+    m_plot->m_doubleBuffered = true;
+    m_plot->init(tr("Bin"), tr("Counts"), 1.0, 1.0, true, true);
+    m_plot->setWindowTitle(tr("Profile"));
+    m_plot->resize(plotSize);
+}
+
+bool LineProfile::isOn() const
+{
+    return m_isOn;
+}
+
+bool LineProfile::isSet() const
+{
+    return m_isSet;
+}
+
+QPointF LineProfile::from() const
+{
+    return m_isSet ? m_from : QPointF();
+}
+
+QPointF LineProfile::to() const
+{
+    return m_isSet ? m_to : QPointF();
+}
+
+double LineProfile::bandWidth() const
+{
+    return m_width;
+}
+
+LineProfile::Join LineProfile::join() const
+{
+    return m_join;
+}
+
+QList<double> LineProfile::values() const
+{
+    return m_values;
+}
+
+VectorGraphWidget* LineProfile::profilePlot() const
+{
+    return m_plot;
+}
+
+void LineProfile::setOn(bool on)
+{
+    if (on == m_isOn || plot() == nullptr)
+        return;
+    endDrag(true);
+    m_isOn = on;
+    m_switch->setChecked(on);
+    setNeeds(on ? MouseMoves | KeyboardFocus : Needs(KeyboardFocus));
+    if (!on)
+        restoreCursor();
+    const PlotMapping mapping = PlotMapping::of(*plot());
+    if (on && !m_isSet && mapping.isValid()) {
+        const auto [left, right] = mapping.x();
+        const double middle = mapping.y().min + (mapping.y().max - mapping.y().min) / 2.0;
+        const double edge = (right - left) * shareOfView;
+        setLine({ left + edge, middle }, { right - edge, middle });
+    }
+    renew();
+    if (m_plot != nullptr && (m_plot->isWindow() || !on))
+        m_plot->setVisible(on && plot()->isVisible());
+    Q_EMIT onChanged(on);
+}
+
+void LineProfile::setLine(const QPointF& from, const QPointF& to)
+{
+    if (plot() == nullptr || !isFinitePlace(from) || !isFinitePlace(to))
+        return;
+    const PlotMapping mapping = PlotMapping::of(*plot());
+    m_from = snappedToBins(mapping, from);
+    m_to = snappedToBins(mapping, to);
+    m_isSet = true;
+    renew();
+}
+
+void LineProfile::setBandWidth(double bins)
+{
+    if (std::isnan(bins) || plot() == nullptr)
+        return;
+    const double width = std::clamp(bins, 1.0, widestBand);
+    if (width == m_width)
+        return;
+    m_width = width;
+    renew();
+}
+
+void LineProfile::setJoin(Join join)
+{
+    if (join == m_join || plot() == nullptr)
+        return;
+    m_join = join;
+    renew();
+}
+
+void LineProfile::plotChanged(Changes changes)
+{
+    if (changes.testFlag(Data) && m_isSet && m_isOn)
+        renew();
+}
+
+/// The profile of the current data, and everything that shows it.
+void LineProfile::renew()
+{
+    updateOverlay();
+    if (!m_isSet || plot() == nullptr)
+        return;
+    const PlotMapping mapping = PlotMapping::of(*plot());
+    const ProfileBand band { toBins(mapping, m_from), toBins(mapping, m_to), m_width };
+    m_values = profileAlong(PlotAccess::rows(*map()), band, static_cast<ProfileJoin>(m_join)).values;
+    showValues(mapping);
+    Q_EMIT profileChanged();
+}
+
+void LineProfile::showValues(const PlotMapping& mapping)
+{
+    if (m_plot == nullptr)
+        return;
+    const ProfileBand band { toBins(mapping, m_from), toBins(mapping, m_to), m_width };
+    const double step = stepsOf(band).step;
+    const auto count = static_cast<double>(std::max<qsizetype>(m_values.size(), 1));
+    // The axis goes half a step beyond both ends, where the first and the last step end.
+    double begin = -step / 2.0;
+    double end = (count - 0.5) * step;
+    QString name = tr("Bins Along the Line");
+    if (m_from.y() == m_to.y() || m_from.x() == m_to.x()) {
+        const bool isFlat = m_from.y() == m_to.y();
+        const QPointF way = stepsOf(band).direction;
+        const QPointF first = fromBins(mapping, band.from + way * begin);
+        const QPointF last = fromBins(mapping, band.from + way * end);
+        begin = isFlat ? first.x() : first.y();
+        end = isFlat ? last.x() : last.y();
+        name = isFlat ? PlotAccess::nameX(*map()) : PlotAccess::nameY(*map());
+    }
+    const AxisRange initial = PlotAccess::initialX(*m_plot);
+    if (begin != end && (initial.min != begin || initial.max != end))
+        m_plot->initManualX(begin, end); // only for a new line: a zoom stays while data arrive
+    m_plot->setNameX(name);
+    const QString join = m_join == Join::Mean ? tr("mean") : m_join == Join::Maximum ? tr("maximum") : tr("sum");
+    m_plot->setNotes(tr("%1, width in bins: %2").arg(join).arg(m_width, 0, 'g', 4));
+    double largest = 0.0;
+    for (const double value : std::as_const(m_values))
+        largest = value > largest ? value : largest;
+    m_plot->setData(m_values);
+    m_plot->setMaxValue(largest > 0.0 ? largest : 1.0);
+    m_plot->refreshPixmap();
+}
+
+void LineProfile::paintOverlay(QPainter& painter, const PlotMapping& mapping)
+{
+    if (!m_isOn || !m_isSet)
+        return;
+    const QColor color(255, 90, 200);
+    const Shape line = shape(mapping);
+    painter.save();
+    painter.setClipRect(mapping.frameRect());
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(QColor(255, 255, 255, 40));
+    painter.drawPolygon(line.corners.data(), static_cast<int>(line.corners.size()));
+    for (std::size_t i = 0; i < line.corners.size(); ++i)
+        paintLine(painter, line.corners[i], line.corners[(i + 1) % line.corners.size()], color, true);
+    paintLine(painter, line.from, line.to, color);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(Qt::black, 1.0));
+    painter.setBrush(color);
+    for (const QPointF& end : { line.from, line.to })
+        painter.drawEllipse(end, 4.0, 4.0);
+    painter.drawRect(QRectF(line.handle - QPointF(3.5, 3.5), QSizeF(7.0, 7.0)));
+    painter.restore();
+    paintLabel(
+        painter, QStringLiteral("0"), (line.from - QPointF(0.0, 8.0)).toPoint(), Qt::AlignHCenter | Qt::AlignBottom);
+}
+
+} // namespace tarnis

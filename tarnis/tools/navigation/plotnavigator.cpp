@@ -1,0 +1,215 @@
+// The views and their history. The gestures are in _events.
+#include "tarnis/tools/navigation/plotnavigator_p.h"
+
+#include "tarnis/plots/plotmapping.h"
+#include "tarnis/tools/base/plotlabel_p.h"
+
+#include <QPainter>
+
+#include <algorithm>
+#include <utility>
+
+namespace tarnis {
+
+namespace {
+
+constexpr int marksZOrder = 90; // over the other tools
+constexpr int markMargin = 4;
+
+} // namespace
+
+PlotNavigator::PlotNavigator(XYGraphWidget* plot)
+    : InteractiveTool(plot, KeyboardFocus | MouseMoves)
+    , PlotOverlay(plot, marksZOrder)
+{
+    if (plot == nullptr)
+        return;
+    m_data = std::make_unique<Internals>(*plot);
+    makeActions();
+    connect(this, &PlotNavigator::historyChanged, this, &PlotNavigator::updateActions);
+}
+
+PlotNavigator::~PlotNavigator() = default;
+
+bool PlotNavigator::canGoBack() const
+{
+    return m_data != nullptr && m_data->history.canGoBack();
+}
+
+bool PlotNavigator::canGoForward() const
+{
+    return m_data != nullptr && m_data->history.canGoForward();
+}
+
+bool PlotNavigator::isHeld(Qt::Orientation axis) const
+{
+    if (plot() == nullptr || m_data->view.isAuto(axis))
+        return false;
+    return axis == Qt::Horizontal ? m_data->isHeldX : m_data->isHeldY;
+}
+
+void PlotNavigator::goBack()
+{
+    if (plot() == nullptr)
+        return;
+    noteChange();
+    if (!m_data->history.canGoBack()) {
+        Q_EMIT message(tr("There is no earlier view."));
+        return;
+    }
+    m_data->view.apply(m_data->history.goBack());
+    Q_EMIT historyChanged();
+}
+
+void PlotNavigator::goForward()
+{
+    if (plot() == nullptr)
+        return;
+    noteChange();
+    if (!m_data->history.canGoForward()) {
+        Q_EMIT message(tr("There is no later view."));
+        return;
+    }
+    m_data->view.apply(m_data->history.goForward());
+    Q_EMIT historyChanged();
+}
+
+void PlotNavigator::goHome()
+{
+    if (plot() == nullptr)
+        return;
+    noteChange();
+    m_data->view.takeKey(Qt::Key_Home);
+    commit(OnceKind, ++m_data->serial, 0);
+}
+
+void PlotNavigator::fitX()
+{
+    fit(Qt::Horizontal, false);
+}
+
+void PlotNavigator::fitY()
+{
+    fit(Qt::Vertical, false);
+}
+
+void PlotNavigator::fit(Qt::Orientation axis, bool both)
+{
+    if (plot() == nullptr)
+        return;
+    noteChange();
+    m_data->view.fit(axis);
+    if (both)
+        m_data->view.fit(axis == Qt::Horizontal ? Qt::Vertical : Qt::Horizontal);
+    commit(OnceKind, ++m_data->serial, 0);
+}
+
+void PlotNavigator::zoomIn()
+{
+    zoomAboutMiddle(eighthsPerNotch);
+}
+
+void PlotNavigator::zoomOut()
+{
+    zoomAboutMiddle(-eighthsPerNotch);
+}
+
+void PlotNavigator::zoomAboutMiddle(int eighths)
+{
+    if (plot() == nullptr)
+        return;
+    noteChange();
+    zoomAxis(Qt::Horizontal, 0.5, eighths);
+    if (m_data->view.map() != nullptr)
+        zoomAxis(Qt::Vertical, 0.5, eighths);
+    commit(OnceKind, ++m_data->serial, 0);
+}
+
+// History
+
+/// Takes up what others have changed since the last look: the host's set-up without an entry, anything else with one.
+void PlotNavigator::noteChange()
+{
+    const ViewState now = m_data->view.state();
+    const bool isSetUp = std::exchange(m_data->isInitialized, false);
+    if (isSetUp || isSameView(now, m_data->history.current())) {
+        m_data->history.settle(now);
+        return;
+    }
+    commit(ForeignKind, m_data->serial, static_cast<quint64>(m_data->clock.elapsed()));
+}
+
+void PlotNavigator::commit(int kind, int serial, quint64 timeMs)
+{
+    const ViewState now = m_data->view.state();
+    const ViewState& before = m_data->history.current();
+    m_data->isHeldX = !now.autoX && (m_data->isHeldX || before.autoX || now.x != before.x);
+    m_data->isHeldY = !now.autoY && (m_data->isHeldY || before.autoY || now.y != before.y);
+    if (m_data->history.commit(now, { kind, serial }, static_cast<qint64>(timeMs)))
+        Q_EMIT historyChanged();
+    updateOverlay();
+}
+
+void PlotNavigator::plotChanged(Changes changes)
+{
+    if (changes.testFlag(Data))
+        m_data->view.forgetData();
+    if (m_data->isPanning)
+        return; // one entry at its end
+    if (changes & (RangeX | RangeY | ScaleType | AutoScale | Levels))
+        noteChange();
+    if (changes.testFlag(ScaleType))
+        updateActions();
+    if (changes.testFlag(AutoScale)) {
+        updateOverlay();
+        Q_EMIT historyChanged();
+    }
+}
+
+/// A window whose every reply sets the axis up again shows all of it each time. What the user looks at is put back.
+void PlotNavigator::axisInitialized(Qt::Orientation axis, double previousMin, double previousMax)
+{
+    const bool isX = axis == Qt::Horizontal;
+    AxisRange& known = isX ? m_data->initialX : m_data->initialY;
+    const AxisRange initial = isX ? PlotAccess::initialX(*plot()) : PlotAccess::initialY(*plot());
+    const AxisRange shown { previousMin, previousMax };
+    const bool isHeldByUser = !m_data->view.isAuto(axis) && shown != known && isHeld(axis);
+    const bool isReached = std::max(shown.min, shown.max) > std::min(initial.min, initial.max)
+        && std::min(shown.min, shown.max) < std::max(initial.min, initial.max);
+    known = initial;
+    m_data->view.forgetData();
+    if (isHeldByUser && isReached) {
+        if (isX)
+            plot()->setMinMaxX(shown.min, shown.max);
+        else
+            plot()->setMinMaxY(shown.min, shown.max);
+    } else if (!m_data->view.isAuto(axis)) {
+        m_data->isInitialized = true;
+    }
+}
+
+// The marks of held axes
+
+void PlotNavigator::paintOverlay(QPainter& painter, const PlotMapping& mapping)
+{
+    const QRect rect = mapping.frameRect();
+    m_data->markX = QRect();
+    m_data->markY = QRect();
+    const auto mark = [&](const QString& text, const QPoint& corner, Qt::Alignment alignment) {
+        const QRect frame = paintLabel(painter, text, corner, alignment, LabelStyle::Button);
+        return QRectF(mapping.fromFrame(frame.topLeft()), mapping.fromFrame(frame.bottomRight())).normalized().toRect();
+    };
+    if (isHeld(Qt::Horizontal))
+        m_data->markX =
+            mark(tr("X held"), rect.bottomRight() - QPoint(markMargin, markMargin), Qt::AlignRight | Qt::AlignBottom);
+    if (isHeld(Qt::Vertical))
+        m_data->markY =
+            mark(tr("Y held"), rect.topLeft() + QPoint(markMargin, markMargin), Qt::AlignLeft | Qt::AlignTop);
+}
+
+bool PlotNavigator::isSaved() const
+{
+    return false;
+}
+
+} // namespace tarnis

@@ -1,0 +1,64 @@
+// What the sources of the navigator share.
+#pragma once
+
+#include "tarnis/plots/plotaccess_p.h"
+#include "tarnis/tools/navigation/plotzones_p.h"
+#include "tarnis/tools/navigation/viewcontrol_p.h"
+#include "tarnis/tools/plotnavigator.h"
+
+#include <QElapsedTimer>
+
+namespace tarnis {
+
+/// Steps of a wheel are eighths of a degree; this many are a notch.
+constexpr int eighthsPerNotch = 120;
+
+/// Kinds of gestures. Those of one kind that follow each other closely are one entry of the history.
+enum GestureKind { OnceKind, WheelKind, PinchKind, PanKind, KeyKind, ForeignKind };
+
+struct TARNIS_NO_EXPORT PlotNavigator::Internals {
+    explicit Internals(XYGraphWidget& plot)
+        : view(plot)
+        , history(view.state())
+        , initialX(PlotAccess::initialX(plot))
+        , initialY(PlotAccess::initialY(plot))
+    {
+        clock.start();
+    }
+
+    ViewControl view;
+    ViewHistory history;
+    // Wheel: one sequence for each axis, and one for each limit of the colours
+    ZoomSteps stepsX, stepsY, stepsLevels;
+    QPointF wheelAt; // position of the latest step, and the anchor that it had
+    double wheelShareX = 0.0;
+    double wheelShareY = 0.0;
+    quint64 wheelTime = 0;
+    // Middle drag
+    bool isPanning = false;
+    QPointF panStart; // in the frame's coordinates
+    PlotZone panZone = PlotZone::Outside;
+    ViewState panView;
+    quint64 panTime = 0;
+    // Gestures of others: their number, and the time between them
+    int serial = 0;
+    QElapsedTimer clock;
+    // What the host set up last
+    AxisRange initialX;
+    AxisRange initialY;
+    bool isInitialized = false; // since the last look
+    bool isHeldX = false;
+    bool isHeldY = false;
+    // In the order of display
+    QAction* back = nullptr;
+    QAction* forward = nullptr;
+    QAction* home = nullptr;
+    QAction* zoomIn = nullptr;
+    QAction* zoomOut = nullptr;
+    QAction* log = nullptr;
+    QAction* grid = nullptr;
+    QRect markX; // in pixels of the widget
+    QRect markY;
+};
+
+} // namespace tarnis

@@ -1,0 +1,70 @@
+// Reads and changes what a plot shows, by the plot's public functions, within limits that keep the data in sight.
+#pragma once
+
+#include "tarnis/plots/math/viewarithmetic_p.h"
+#include "tarnis/tools/navigation/viewhistory_p.h"
+
+#include <Qt>
+
+#include <optional>
+
+QT_BEGIN_NAMESPACE
+class QAction;
+QT_END_NAMESPACE
+class XY2DGraphWidget;
+class XYGraphWidget;
+
+namespace tarnis {
+
+/// A plot as the tools change it. The extent of the data is kept until forgetData().
+class ViewControl {
+public:
+    explicit ViewControl(XYGraphWidget& plot)
+        : m_plot(plot)
+    {
+    }
+
+    XY2DGraphWidget* map() const; ///< null for curves
+    ViewState state() const;
+    /// Shows a view as it was; axes that followed the data follow the current ones.
+    void apply(const ViewState& view);
+
+    AxisRange range(Qt::Orientation axis) const;
+    AxisScale scale(Qt::Orientation axis) const;
+    bool isAuto(Qt::Orientation axis) const;
+    /// Shows the range and ends automatic scaling of that axis; the cut windows of a map follow.
+    void show(Qt::Orientation axis, AxisRange range);
+    /// The axis follows the data again.
+    void fit(Qt::Orientation axis);
+    ViewLimits limits(Qt::Orientation axis) const;
+    /// The anchor for a pointer at `share`: curves keep the lower end of Y where it is that of an empty spectrum.
+    ZoomAnchor anchor(Qt::Orientation axis, double share) const;
+
+    // Colours of a map
+    AxisRange levels() const;
+    AxisScale levelScale() const;
+    ViewLimits levelLimits() const;
+    void showLevels(AxisRange levels);
+    void fitLevels();
+
+    /// Keys that move and zoom: arrows by a tenth, plus and minus along X and Page Up and Page Down along Y by a
+    /// quarter, Home to both axes automatic. False for any other key.
+    bool takeKey(int key);
+
+    /// The entry "Log Scale" of the plot's menu, null where it has none; and its switch.
+    QAction* logAction() const;
+    void setLogScale(bool on);
+
+    void forgetData() { m_extentY.reset(); }
+
+private:
+    void zoomBy(Qt::Orientation axis, double factor, ZoomAnchor anchor);
+    void panBy(Qt::Orientation axis, double share);
+    AxisRange extentX() const;
+    AxisRange extentY() const;
+
+    XYGraphWidget& m_plot;
+    mutable std::optional<AxisRange> m_extentY;
+};
+
+} // namespace tarnis

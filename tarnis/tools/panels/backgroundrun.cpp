@@ -1,0 +1,60 @@
+#include "tarnis/tools/panels/backgroundrun_p.h"
+
+#include <QMutex>
+#include <QMutexLocker>
+#include <QThreadPool>
+
+#include <utility>
+
+namespace tarnis {
+
+/// Where threads find the owner. The mutex keeps it from being destroyed while a thread posts to it.
+struct BackgroundRun::Mailbox {
+    QMutex mutex;
+    BackgroundRun* owner = nullptr;
+};
+
+BackgroundRun::BackgroundRun(QObject* parent)
+    : QObject(parent)
+    , m_mailbox(std::make_shared<Mailbox>())
+{
+    m_mailbox->owner = this;
+}
+
+BackgroundRun::~BackgroundRun()
+{
+    const QMutexLocker locker(&m_mailbox->mutex);
+    m_mailbox->owner = nullptr;
+}
+
+void BackgroundRun::start(Work work)
+{
+    m_isRunning = true;
+    const quint64 number = ++m_number;
+    QThreadPool::globalInstance()->start([mailbox = m_mailbox, work = std::move(work), number] {
+        Delivery delivery = work();
+        const QMutexLocker locker(&mailbox->mutex);
+        if (BackgroundRun* const owner = mailbox->owner) {
+            QMetaObject::invokeMethod(
+                owner, [owner, number, delivery = std::move(delivery)] { owner->finish(number, delivery); },
+                Qt::QueuedConnection);
+        }
+    });
+}
+
+void BackgroundRun::drop()
+{
+    ++m_number;
+    m_isRunning = false;
+}
+
+void BackgroundRun::finish(quint64 number, const Delivery& delivery)
+{
+    if (number != m_number)
+        return;
+    m_isRunning = false;
+    if (delivery)
+        delivery();
+}
+
+} // namespace tarnis

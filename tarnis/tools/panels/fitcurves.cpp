@@ -1,0 +1,139 @@
+#include "tarnis/tools/panels/fitcurves_p.h"
+
+#include "tarnis/plots/plotmapping.h"
+#include "tarnis/tools/base/plotlabel_p.h"
+
+#include <QPainter>
+#include <QPolygonF>
+
+#include <algorithm>
+#include <cmath>
+
+namespace tarnis {
+
+namespace {
+
+constexpr int fitZOrder = 20;
+constexpr int pointsOfABin = 4;
+const QColor goodColor(255, 190, 60);
+const QColor badColor(255, 90, 80);
+const QColor peakColor(120, 200, 255);
+
+/// The result with one of its peaks only: the others have no area.
+FitResult peakAlone(const FitResult& result, std::size_t peak)
+{
+    FitResult alone;
+    alone.model = result.model;
+    alone.reference = result.reference;
+    alone.parameters = result.parameters;
+    for (std::size_t k = 0; k < result.peaks.size(); ++k) {
+        const int index = result.indexOf(QStringLiteral("area%1").arg(k + 1));
+        if (k != peak && index >= 0)
+            alone.parameters[static_cast<std::size_t>(index)].value = 0.0;
+    }
+    return alone;
+}
+
+} // namespace
+
+FitLines linesOf(const FitResult& result, const BinnedData& data, int maxPoints)
+{
+    FitLines lines;
+    if (result.status == FitStatus::Refused || result.last < result.first || result.last >= data.size())
+        return lines;
+    const double lower = data.edge(result.first);
+    const double upper = data.edge(result.last + 1);
+    const auto bins = static_cast<int>(result.last - result.first + 1);
+    const int points = std::clamp(bins * pointsOfABin, 2, maxPoints);
+    // Data are contents of bins: a density times the width of the bin there.
+    const auto sample = [&](const auto& density) {
+        QList<QPointF> line;
+        line.reserve(points + 1);
+        for (int i = 0; i <= points; ++i) {
+            const double x = lower + (upper - lower) * i / points;
+            const std::ptrdiff_t bin = std::clamp(
+                data.binAt(x), static_cast<std::ptrdiff_t>(result.first), static_cast<std::ptrdiff_t>(result.last));
+            line.append({ x, density(x) * data.binWidth(static_cast<std::size_t>(bin)) });
+        }
+        return line;
+    };
+    lines.total = sample([&](double x) { return result.densityAt(x); });
+    lines.background = sample([&](double x) { return result.backgroundAt(x); });
+    for (std::size_t k = 0; k < result.peaks.size() && result.peaks.size() > 1; ++k)
+        lines.peaks.append(sample([alone = peakAlone(result, k)](double x) { return alone.densityAt(x); }));
+    for (const FittedPeak& peak : result.peaks)
+        lines.centres.append(peak.measures.top);
+    return lines;
+}
+
+void paintValues(QPainter& painter, const PlotMapping& mapping, const QList<QPointF>& values, const QColor& color,
+    Qt::PenStyle style)
+{
+    QPolygonF line;
+    line.reserve(values.size());
+    for (const QPointF& value : values)
+        line.append({ limitedCoordinate(mapping.columnOf(value.x())), limitedCoordinate(mapping.rowOf(value.y())) });
+    painter.setPen(QPen(QColor(0, 0, 0, 150), 3.5));
+    painter.drawPolyline(line);
+    painter.setPen(QPen(color, 1.6, style));
+    painter.drawPolyline(line);
+}
+
+void paintRange(QPainter& painter, const PlotMapping& mapping, AxisRange range, const QColor& color)
+{
+    const QRect rect = mapping.frameRect();
+    for (const double end : { range.min, range.max }) {
+        const double column = std::round(limitedCoordinate(mapping.columnOf(end)));
+        paintLine(painter, { column, double(rect.top()) }, { column, double(rect.bottom()) }, color, true);
+    }
+}
+
+FitCurves::FitCurves(XYGraphWidget* plot)
+    : PlotOverlay(plot, fitZOrder)
+{
+}
+
+void FitCurves::setRange(AxisRange range)
+{
+    m_range = range;
+    updateOverlay();
+}
+
+void FitCurves::setLines(FitLines lines, bool isGuess, bool isAcceptable)
+{
+    m_lines = std::move(lines);
+    m_isGuess = isGuess;
+    m_isAcceptable = isAcceptable;
+    updateOverlay();
+}
+
+void FitCurves::clear()
+{
+    m_range = {};
+    setLines({}, false, true);
+}
+
+void FitCurves::paintOverlay(QPainter& painter, const PlotMapping& mapping)
+{
+    painter.setClipRect(mapping.frameRect());
+    const QColor color = m_isGuess || m_isAcceptable ? goodColor : badColor;
+    if (m_range != AxisRange {} && m_range.min != m_range.max)
+        paintRange(painter, mapping, m_range, goodColor);
+    painter.setRenderHint(QPainter::Antialiasing);
+    if (m_lines.total.isEmpty())
+        return;
+    for (const QList<QPointF>& peak : m_lines.peaks)
+        paintValues(painter, mapping, peak, peakColor, Qt::SolidLine);
+    paintValues(painter, mapping, m_lines.background, color, Qt::DotLine);
+    paintValues(painter, mapping, m_lines.total, color, m_isGuess ? Qt::DashLine : Qt::SolidLine);
+    if (m_lines.centres.size() < 2)
+        return;
+    // Which line of the table is which peak.
+    for (qsizetype k = 0; k < m_lines.centres.size(); ++k) {
+        const double column = limitedCoordinate(mapping.columnOf(m_lines.centres.at(k)));
+        paintLabel(painter, QString::number(k + 1), { qRound(column), mapping.frameRect().top() + 2 },
+            Qt::AlignHCenter | Qt::AlignTop);
+    }
+}
+
+} // namespace tarnis

@@ -1,0 +1,97 @@
+// State and controls of a fit panel.
+#pragma once
+
+#include "tarnis/tools/fitpanel.h"
+#include "tarnis/tools/panels/backgroundrun_p.h"
+#include "tarnis/tools/panels/fitcurves_p.h"
+#include "tarnis/tools/panels/fithistory_p.h"
+#include "tarnis/tools/panels/fitparametermodel_p.h"
+#include "tarnis/tools/panels/plotpicker_p.h"
+#include "tarnis/tools/panels/plotspectra_p.h"
+#include "tarnis/tools/panels/stripplot_p.h"
+
+#include <QPointer>
+#include <QTimer>
+
+QT_BEGIN_NAMESPACE
+class QCheckBox;
+class QComboBox;
+class QDoubleSpinBox;
+class QLabel;
+class QPushButton;
+class QSpinBox;
+class QTableView;
+class QTabWidget;
+class QToolButton;
+class QTreeWidget;
+QT_END_NAMESPACE
+
+namespace tarnis {
+
+/// The widgets of a fit panel.
+struct FitControls {
+    QToolButton* pickRange = nullptr;
+    QToolButton* pickPeaks = nullptr;
+    QDoubleSpinBox* lower = nullptr;
+    QDoubleSpinBox* upper = nullptr;
+    QComboBox* curve = nullptr; ///< hidden for a plot of one curve
+    QSpinBox* peaks = nullptr; ///< -1: automatic
+    QComboBox* shape = nullptr;
+    QComboBox* background = nullptr;
+    QComboBox* statistic = nullptr;
+    QCheckBox* ownWidths = nullptr;
+    QCheckBox* step = nullptr;
+    QPushButton* guess = nullptr;
+    QPushButton* fit = nullptr;
+    QPushButton* clear = nullptr;
+    QCheckBox* follow = nullptr;
+    QSpinBox* seconds = nullptr;
+    QTabWidget* pages = nullptr;
+    QTableView* table = nullptr;
+    QTreeWidget* history = nullptr;
+    QComboBox* trendOf = nullptr;
+    StripPlot* trend = nullptr;
+    QPushButton* copy = nullptr;
+    QPushButton* save = nullptr;
+    QLabel* message = nullptr;
+    StripPlot* residuals = nullptr;
+    std::vector<QLabel*> captions; ///< in the order of captionTexts()
+
+    /// Makes all widgets in a layout of the panel.
+    void build(QWidget& panel, FitParameterModel& model);
+    /// Sets all texts in the current language.
+    void setTexts();
+
+private:
+    QLabel* caption(QWidget& panel);
+    QWidget* rangeRow(QWidget& panel);
+    QWidget* modelRow(QWidget& panel);
+    QWidget* actionRow(QWidget& panel);
+    void buildPages(QWidget& panel, FitParameterModel& model);
+};
+
+struct TARNIS_NO_EXPORT FitPanel::Internals {
+    explicit Internals(XYGraphWidget* plot);
+
+    QPointer<PlotPicker> picker; // a child of the plot
+    FitCurves curves;
+    FitSetup setup;
+    FitParameterModel parameters { setup };
+    FitControls controls;
+    FitHistory history;
+    BackgroundRun run;
+    QTimer followTimer;
+
+    FitResult shown;
+    PlotSpectrum shownData; ///< that the shown result was made of
+    QDateTime shownTime;
+    bool isGuess = false;
+    bool hasGood = false; ///< shown is an acceptable fit
+    bool hasNewData = true; ///< since the last fit
+    bool isFilling = false; ///< controls are set by the panel itself
+
+    /// The curve to fit, as the plot shows it now; no contents without one.
+    PlotSpectrum spectrum() const;
+};
+
+} // namespace tarnis

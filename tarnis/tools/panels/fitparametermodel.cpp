@@ -1,0 +1,233 @@
+#include "tarnis/tools/panels/fitparametermodel_p.h"
+
+#include "tarnis/analysis/figures.h"
+
+#include <QLocale>
+
+#include <cmath>
+
+namespace tarnis {
+
+namespace {
+
+constexpr double asymmetry = 0.1;
+
+/// A number typed in the user's or in the C locale.
+std::optional<double> numberOf(const QString& text)
+{
+    bool isNumber = false;
+    double number = text.toDouble(&isNumber);
+    if (!isNumber)
+        number = QLocale().toDouble(text, &isNumber);
+    return isNumber && std::isfinite(number) ? std::optional<double>(number) : std::nullopt;
+}
+
+QString limitText(std::optional<double> limit)
+{
+    return limit ? QString::number(*limit, 'g', 10) : QString();
+}
+
+} // namespace
+
+QString parameterText(const FitParameter& parameter)
+{
+    if (parameter.profile) {
+        const double upper = parameter.profile->upper;
+        const double lower = -parameter.profile->lower;
+        const double error = parameter.shownError;
+        if (upper > 0.0 && lower > 0.0
+            && (std::fabs(upper - error) > asymmetry * error || std::fabs(lower - error) > asymmetry * error))
+            return figureText(parameter.value, upper, lower);
+    }
+    return figureText(parameter.value, parameter.shownError);
+}
+
+FitParameterModel::FitParameterModel(FitSetup& setup, QObject* parent)
+    : QAbstractTableModel(parent)
+    , m_setup(setup)
+{
+}
+
+void FitParameterModel::setResult(const FitResult& result, bool isGuess)
+{
+    const bool isSame = m_parameters.size() == result.parameters.size() && m_derived.size() == result.derived.size();
+    if (!isSame)
+        beginResetModel();
+    m_parameters = result.parameters;
+    m_derived = result.derived;
+    m_isGuess = isGuess;
+    // An open editor survives a live fit of the same parameters.
+    if (!isSame)
+        endResetModel();
+    else if (rowCount() > 0)
+        Q_EMIT dataChanged(index(0, 0), index(rowCount() - 1, Columns - 1));
+}
+
+void FitParameterModel::setAdditions(std::vector<DerivedQuantity> additions)
+{
+    const bool isSame = m_additions.size() == additions.size();
+    if (!isSame)
+        beginResetModel();
+    m_additions = std::move(additions);
+    if (!isSame)
+        endResetModel();
+    else if (!m_additions.empty())
+        Q_EMIT dataChanged(index(0, 0), index(rowCount() - 1, Columns - 1));
+}
+
+int FitParameterModel::rowCount(const QModelIndex& parent) const
+{
+    return parent.isValid() ? 0 : static_cast<int>(m_parameters.size() + m_derived.size() + m_additions.size());
+}
+
+int FitParameterModel::columnCount(const QModelIndex& parent) const
+{
+    return parent.isValid() ? 0 : Columns;
+}
+
+const FitParameter* FitParameterModel::parameterAt(int row) const
+{
+    const auto i = static_cast<std::size_t>(row);
+    return i < m_parameters.size() ? &m_parameters[i] : nullptr;
+}
+
+const DerivedQuantity* FitParameterModel::derivedAt(int row) const
+{
+    auto i = static_cast<std::size_t>(row) - m_parameters.size();
+    if (i < m_derived.size())
+        return &m_derived[i];
+    i -= m_derived.size();
+    return i < m_additions.size() ? &m_additions[i] : nullptr;
+}
+
+QVariant FitParameterModel::shown(const FitParameter& parameter, int column) const
+{
+    const FitConstraint known = m_setup.constraint(parameter.name);
+    switch (column) {
+    case Name:
+        return parameter.name;
+    case Value:
+        if (!m_isGuess && !parameter.fixed && (parameter.atLower || parameter.atUpper))
+            return tr("%1 (at bound)").arg(parameter.value, 0, 'g', 6);
+        return m_isGuess ? QString::number(parameter.value, 'g', 6) : parameterText(parameter);
+    case Lower:
+        return limitText(known.lower);
+    case Upper:
+        return limitText(known.upper);
+    case Tie:
+        return textOf(FitTie { known.tiedTo, known.factor, known.offset });
+    default:
+        return {};
+    }
+}
+
+QVariant FitParameterModel::data(const QModelIndex& index, int role) const
+{
+    if (!index.isValid())
+        return {};
+    const FitParameter* const parameter = parameterAt(index.row());
+    if (role == Qt::CheckStateRole && index.column() == Fixed && parameter != nullptr)
+        return m_setup.constraint(parameter->name).fixed ? Qt::Checked : Qt::Unchecked;
+    if (role == Qt::TextAlignmentRole && index.column() == Value)
+        return QVariant(Qt::AlignRight | Qt::AlignVCenter);
+    if (role != Qt::DisplayRole && role != Qt::EditRole)
+        return {};
+    if (parameter != nullptr) {
+        if (role == Qt::EditRole && index.column() == Value)
+            return QString::number(parameter->value, 'g', 10);
+        return shown(*parameter, index.column());
+    }
+    const DerivedQuantity* const derived = derivedAt(index.row());
+    if (derived == nullptr)
+        return {};
+    if (index.column() == Name)
+        return derived->name;
+    if (index.column() == Value)
+        return m_isGuess ? QString::number(derived->value, 'g', 6) : figureText(derived->value, derived->error);
+    return {};
+}
+
+QVariant FitParameterModel::headerData(int section, Qt::Orientation orientation, int role) const
+{
+    if (orientation != Qt::Horizontal || role != Qt::DisplayRole)
+        return {};
+    switch (section) {
+    case Name:
+        return tr("Parameter");
+    case Value:
+        return tr("Value");
+    case Fixed:
+        return tr("Fixed");
+    case Lower:
+        return tr("Minimum");
+    case Upper:
+        return tr("Maximum");
+    case Tie:
+        return tr("Tied to");
+    default:
+        return {};
+    }
+}
+
+Qt::ItemFlags FitParameterModel::flags(const QModelIndex& index) const
+{
+    Qt::ItemFlags flags = QAbstractTableModel::flags(index);
+    if (!index.isValid() || parameterAt(index.row()) == nullptr || index.column() == Name)
+        return flags;
+    return flags | (index.column() == Fixed ? Qt::ItemIsUserCheckable : Qt::ItemIsEditable);
+}
+
+bool FitParameterModel::edit(FitConstraint& constraint, const FitParameter& parameter, int column, const QString& text)
+{
+    if (column == Tie) {
+        const std::optional<FitTie> tie = fitTieOf(text);
+        if (!tie || tie->other == parameter.name) {
+            Q_EMIT refused(tr("Type another parameter, for example sigma1, 0.5 * area1 or centre1 + 10."));
+            return false;
+        }
+        constraint.tiedTo = tie->other;
+        constraint.factor = tie->factor;
+        constraint.offset = tie->offset;
+        return true;
+    }
+    const std::optional<double> number = numberOf(text);
+    if (!number && !text.trimmed().isEmpty()) {
+        Q_EMIT refused(tr("\"%1\" is not a number.").arg(text));
+        return false;
+    }
+    switch (column) {
+    case Value:
+        constraint.start = number;
+        constraint.fixed = constraint.fixed && number;
+        return true;
+    case Lower:
+        constraint.lower = number;
+        return true;
+    case Upper:
+        constraint.upper = number;
+        return true;
+    default:
+        return false;
+    }
+}
+
+bool FitParameterModel::setData(const QModelIndex& index, const QVariant& value, int role)
+{
+    const FitParameter* const parameter = index.isValid() ? parameterAt(index.row()) : nullptr;
+    if (parameter == nullptr)
+        return false;
+    FitConstraint constraint = m_setup.constraint(parameter->name);
+    if (role == Qt::CheckStateRole && index.column() == Fixed) {
+        constraint.fixed = value.toInt() == Qt::Checked;
+        if (constraint.fixed)
+            constraint.start = parameter->value;
+    } else if (role != Qt::EditRole || !edit(constraint, *parameter, index.column(), value.toString())) {
+        return false;
+    }
+    m_setup.setConstraint(constraint);
+    Q_EMIT dataChanged(index, index);
+    Q_EMIT edited();
+    return true;
+}
+
+} // namespace tarnis

@@ -1,0 +1,52 @@
+// The table of a fit's parameters.
+#pragma once
+
+#include "tarnis/tools/panels/fitsetup_p.h"
+
+#include <QAbstractTableModel>
+
+namespace tarnis {
+
+/// Parameters of the last result with what the user has set about them, then derived quantities. Values are shown as
+/// value(uncertainty). Edits go to the setup.
+class FitParameterModel : public QAbstractTableModel {
+    Q_OBJECT
+
+public:
+    enum Column { Name, Value, Fixed, Lower, Upper, Tie, Columns };
+
+    /// The setup must outlive the model.
+    explicit FitParameterModel(FitSetup& setup, QObject* parent = nullptr);
+
+    void setResult(const FitResult& result, bool isGuess);
+    /// Further rows behind the derived quantities, for example energies.
+    void setAdditions(std::vector<DerivedQuantity> additions);
+
+    int rowCount(const QModelIndex& parent = {}) const override;
+    int columnCount(const QModelIndex& parent = {}) const override;
+    QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;
+    QVariant headerData(int section, Qt::Orientation orientation, int role = Qt::DisplayRole) const override;
+    Qt::ItemFlags flags(const QModelIndex& index) const override;
+    bool setData(const QModelIndex& index, const QVariant& value, int role = Qt::EditRole) override;
+
+Q_SIGNALS:
+    void edited(); ///< the setup has changed
+    void refused(const QString& reason); ///< what was typed is not valid, for the user
+
+private:
+    const FitParameter* parameterAt(int row) const;
+    const DerivedQuantity* derivedAt(int row) const;
+    QVariant shown(const FitParameter& parameter, int column) const;
+    bool edit(FitConstraint& constraint, const FitParameter& parameter, int column, const QString& text);
+
+    FitSetup& m_setup;
+    std::vector<FitParameter> m_parameters;
+    std::vector<DerivedQuantity> m_derived;
+    std::vector<DerivedQuantity> m_additions;
+    bool m_isGuess = false;
+};
+
+/// The shown text of a parameter: value(uncertainty), asymmetric if the profile differs by more than a tenth.
+QString parameterText(const FitParameter& parameter);
+
+} // namespace tarnis

@@ -1,0 +1,120 @@
+#include "tarnis/tools/panels/plotspectra_p.h"
+
+#include "tarnis/plots/curvenames.h"
+#include "tarnis/plots/math/seriesgrouping_p.h"
+#include "tarnis/plots/plotaccess_p.h"
+#include "tarnis/plots/plotmapping.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace tarnis {
+
+namespace {
+
+/// Bins of the plot's X axis. With a plot function they are unequal.
+void setAxis(PlotSpectrum& spectrum, const PlotMapping& mapping, bool isUnequal)
+{
+    const AxisRange first = mapping.columnEdges(0);
+    spectrum.width = first.max - first.min;
+    spectrum.firstCentre = first.min + spectrum.width / 2.0;
+    if (!isUnequal)
+        return;
+    auto edges = std::make_shared<std::vector<double>>();
+    edges->reserve(static_cast<std::size_t>(spectrum.contents.size()) + 1);
+    for (qsizetype i = 0; i < spectrum.contents.size(); ++i)
+        edges->push_back(mapping.columnEdges(i).min);
+    edges->push_back(mapping.columnEdges(spectrum.contents.size() - 1).max);
+    spectrum.edges = std::move(edges);
+}
+
+QList<PlotSpectrum> spectraOfCurves(const MultiVectorGraphWidget& plot, const PlotMapping& mapping)
+{
+    QList<PlotSpectrum> spectra;
+    const QList<Series>& series = PlotAccess::series(plot);
+    const QList<SummedCurve> curves = curvesOf(series, PlotAccess::addType(plot), PlotAccess::groupSize(plot));
+    const QStringList names = curveNames(plot);
+    for (qsizetype i = 0; i < curves.size(); ++i) {
+        const SummedCurve& curve = curves.at(i);
+        if (!curve.enable || curve.records.isEmpty() || lengthOf(series, curve) == 0)
+            continue;
+        PlotSpectrum spectrum { names.value(i), curve.color, wholeSums(series, curve), {} };
+        setAxis(spectrum, mapping, PlotAccess::positionToX(plot) != nullptr);
+        spectra.append(std::move(spectrum));
+    }
+    if (spectra.size() == 1)
+        spectra.first().name.clear();
+    return spectra;
+}
+
+} // namespace
+
+BinnedData PlotSpectrum::data() const
+{
+    BinnedData data;
+    data.contents = { contents.constData(), static_cast<std::size_t>(contents.size()) };
+    if (edges)
+        data.edges = *edges;
+    data.firstCentre = firstCentre;
+    data.width = width;
+    return data;
+}
+
+QList<PlotSpectrum> spectraOf(const XYGraphWidget& plot)
+{
+    const PlotMapping mapping = PlotMapping::of(plot);
+    if (const auto* const curves = qobject_cast<const MultiVectorGraphWidget*>(&plot))
+        return spectraOfCurves(*curves, mapping);
+    const auto* const curve = qobject_cast<const VectorGraphWidget*>(&plot);
+    if (curve == nullptr || PlotAccess::samples(*curve).isEmpty())
+        return {};
+    PlotSpectrum spectrum { {}, Qt::white, PlotAccess::samples(*curve), {} };
+    setAxis(spectrum, mapping, false);
+    return { spectrum };
+}
+
+PlotMap mapOf(const XYGraphWidget& plot)
+{
+    PlotMap result;
+    const auto* const map = qobject_cast<const XY2DGraphWidget*>(&plot);
+    const PlotMapping mapping = PlotMapping::of(plot);
+    const auto columns = static_cast<std::size_t>(mapping.columns());
+    if (map == nullptr || columns == 0 || mapping.rows() == 0)
+        return result;
+    const QList<QList<double>>& rows = PlotAccess::rows(*map);
+    result.contents.resize(columns * static_cast<std::size_t>(rows.size()));
+    auto target = result.contents.begin();
+    for (const QList<double>& row : rows) {
+        std::copy_n(row.begin(), std::min(row.size(), mapping.columns()), target);
+        target += static_cast<std::ptrdiff_t>(columns);
+    }
+    const AxisRange x = mapping.columnEdges(0);
+    const AxisRange y = mapping.rowEdges(0);
+    result.data = { result.contents, static_cast<int>(columns), static_cast<int>(rows.size()),
+        x.min + (x.max - x.min) / 2.0, y.min + (y.max - y.min) / 2.0, x.max - x.min, y.max - y.min,
+        faultOfCounts(result.contents).isEmpty() };
+    return result;
+}
+
+BinRange binsBetween(const BinnedData& data, double lower, double upper)
+{
+    if (lower > upper)
+        std::swap(lower, upper);
+    if (std::isnan(lower) || std::isnan(upper) || data.size() == 0)
+        return {};
+    const auto firstFrom = [&](double limit) { // the first bin whose centre is not below the limit
+        std::size_t low = 0;
+        std::size_t high = data.size();
+        while (low < high) {
+            const std::size_t middle = (low + high) / 2;
+            if (data.centre(middle) < limit)
+                low = middle + 1;
+            else
+                high = middle;
+        }
+        return static_cast<std::ptrdiff_t>(low);
+    };
+    return { firstFrom(lower), firstFrom(upper) - 1 };
+}
+
+} // namespace tarnis

@@ -1,0 +1,275 @@
+#include "tarnis/tools/regiontable.h"
+
+#include "tarnis/plots/xy2dgraphwidget.h"
+#include "tarnis/tools/panels/paneltext_p.h"
+#include "tarnis/tools/regions/regiontablemodel_p.h"
+
+#include <QAction>
+#include <QDateTime>
+#include <QEvent>
+#include <QFileDialog>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QLabel>
+#include <QPushButton>
+#include <QSpinBox>
+#include <QTableView>
+#include <QToolButton>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+namespace tarnis {
+
+/// The widgets of the table.
+struct RegionTableControls {
+    QTableView* view = nullptr;
+    QLabel* sideText = nullptr;
+    QSpinBox* side = nullptr;
+    QPushButton* freeze = nullptr;
+    QPushButton* copy = nullptr;
+    QPushButton* save = nullptr;
+    QPushButton* load = nullptr;
+    QLabel* message = nullptr;
+};
+
+namespace {
+
+constexpr int maxSideBins = 1000;
+
+PlotRegions* toolOf(XYGraphWidget* plot)
+{
+    if (plot == nullptr)
+        return nullptr;
+    auto* const present = plot->findChild<PlotRegions*>(QString(), Qt::FindDirectChildrenOnly);
+    return present != nullptr ? present : new PlotRegions(plot);
+}
+
+} // namespace
+
+RegionTable::RegionTable(XYGraphWidget* plot, QWidget* parent)
+    : QWidget(parent)
+    , m_regions(toolOf(plot))
+    , m_model(new RegionTableModel(m_regions, this))
+    , m_controls(std::make_unique<RegionTableControls>())
+{
+    build();
+    setTexts();
+    if (m_regions) {
+        connect(m_regions, &PlotRegions::regionsChanged, this, &RegionTable::refresh);
+        connect(m_regions, &PlotRegions::dataChanged, this, &RegionTable::refresh);
+        connect(m_regions, &PlotRegions::selectionChanged, this, [this](int index) {
+            for (int row = 0; row < m_model->rowCount(); ++row) {
+                if (m_model->rows()[static_cast<std::size_t>(row)].region == index) {
+                    m_controls->view->selectRow(row);
+                    return;
+                }
+            }
+            m_controls->view->clearSelection();
+        });
+        // What the plot's own tools select.
+        connect(plot, &XYGraphWidget::xRangeSelected, this, &RegionTable::refresh);
+        connect(plot, &XYGraphWidget::xRangeSelectClear, this, &RegionTable::refresh);
+        if (auto* const map = qobject_cast<XY2DGraphWidget*>(plot)) {
+            connect(map, &XY2DGraphWidget::onSelectRoiBegin, this, &RegionTable::refresh);
+            connect(map, &XY2DGraphWidget::onSelectRoiChanged, this, &RegionTable::refresh);
+            connect(map, &XY2DGraphWidget::onSelectRoiEnd, this, &RegionTable::refresh);
+        }
+    }
+    refresh();
+}
+
+RegionTable::~RegionTable() = default;
+
+void RegionTable::build()
+{
+    RegionTableControls& controls = *m_controls;
+    auto* const layout = new QVBoxLayout(this);
+    auto* const bar = new QHBoxLayout;
+    if (m_regions) {
+        for (QAction* const action : m_regions->actions()) {
+            auto* const button = new QToolButton(this);
+            button->setDefaultAction(action);
+            bar->addWidget(button);
+        }
+    }
+    controls.sideText = new QLabel(this);
+    controls.side = new QSpinBox(this);
+    controls.side->setRange(0, maxSideBins);
+    controls.side->setValue(sideBins());
+    controls.sideText->setBuddy(controls.side);
+    connect(controls.side, &QSpinBox::valueChanged, this, &RegionTable::setSideBins);
+    bar->addStretch();
+    bar->addWidget(controls.sideText);
+    bar->addWidget(controls.side);
+    layout->addLayout(bar);
+    controls.view = new QTableView(this);
+    controls.view->setModel(m_model);
+    controls.view->verticalHeader()->hide();
+    controls.view->verticalHeader()->setDefaultSectionSize(controls.view->fontMetrics().height() + 6);
+    connect(m_model, &QAbstractItemModel::modelReset, this, &RegionTable::showColumns);
+    controls.view->setSelectionBehavior(QAbstractItemView::SelectRows);
+    controls.view->setSelectionMode(QAbstractItemView::SingleSelection);
+    connect(controls.view->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
+        [this](const QModelIndex& current) {
+            if (m_regions && current.isValid())
+                m_regions->select(m_model->rows()[static_cast<std::size_t>(current.row())].region);
+        });
+    layout->addWidget(controls.view, 1);
+    controls.message = new QLabel(this);
+    controls.message->setWordWrap(true);
+    controls.message->hide();
+    layout->addWidget(controls.message);
+    auto* const buttons = new QHBoxLayout;
+    controls.freeze = new QPushButton(this);
+    controls.freeze->setCheckable(true);
+    connect(controls.freeze, &QPushButton::toggled, this, [this](bool on) { on ? freeze() : release(); });
+    controls.copy = new QPushButton(this);
+    connect(controls.copy, &QPushButton::clicked, this, &RegionTable::copy);
+    controls.save = new QPushButton(this);
+    connect(controls.save, &QPushButton::clicked, this, [this] {
+        const QString path = QFileDialog::getSaveFileName(
+            this, tr("Save Regions"), QStringLiteral("regions.json"), tr("Regions (*.json)"));
+        if (!path.isEmpty())
+            showMessage(saveRegions(path));
+    });
+    controls.load = new QPushButton(this);
+    connect(controls.load, &QPushButton::clicked, this, [this] {
+        const QString path = QFileDialog::getOpenFileName(this, tr("Load Regions"), QString(), tr("Regions (*.json)"));
+        if (!path.isEmpty())
+            showMessage(loadRegions(path));
+    });
+    for (QPushButton* const button : { controls.freeze, controls.copy, controls.save, controls.load })
+        buttons->addWidget(button);
+    buttons->addStretch();
+    layout->addLayout(buttons);
+    showColumns();
+}
+
+void RegionTable::setTexts()
+{
+    RegionTableControls& controls = *m_controls;
+    setWindowTitle(tr("Regions"));
+    const bool isMap = m_model->isMap();
+    controls.sideText->setText(isMap ? tr("Frame:") : tr("Side bins:"));
+    const QString tip = isMap ? tr("Width of the frame around a region that carries its background")
+                              : tr("Bins on either side of a region that carry its background; 0: no net areas");
+    controls.side->setToolTip(tip);
+    controls.freeze->setText(tr("Since here"));
+    controls.freeze->setToolTip(tr("Shows what comes from now on in columns of its own"));
+    controls.copy->setText(tr("Copy"));
+    controls.copy->setToolTip(tr("Copy the table with all digits"));
+    controls.save->setText(tr("Save Regions..."));
+    controls.load->setText(tr("Load Regions..."));
+}
+
+void RegionTable::changeEvent(QEvent* event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() != QEvent::LanguageChange)
+        return;
+    setTexts();
+    Q_EMIT m_model->headerDataChanged(Qt::Horizontal, 0, RegionTableModel::Columns - 1);
+}
+
+void RegionTable::showColumns()
+{
+    const bool isMap = m_model->isMap();
+    QTableView& view = *m_controls->view;
+    for (const int column : { RegionTableModel::FromY, RegionTableModel::ToY, RegionTableModel::CentroidY })
+        view.setColumnHidden(column, !isMap);
+    const std::vector<RegionRow>& rows = m_model->rows();
+    const bool isOneCurve =
+        std::all_of(rows.begin(), rows.end(), [](const RegionRow& row) { return row.curve.isEmpty(); });
+    view.setColumnHidden(RegionTableModel::Curve, isMap || isOneCurve);
+    view.setColumnHidden(RegionTableModel::Fwhm, isMap);
+    for (const int column : { RegionTableModel::SumSince, RegionTableModel::NetSince })
+        view.setColumnHidden(column, !m_model->isFrozen());
+    view.resizeColumnsToContents();
+}
+
+void RegionTable::showMessage(const QString& text)
+{
+    m_controls->message->setText(text);
+    m_controls->message->setVisible(!text.isEmpty());
+}
+
+PlotRegions* RegionTable::regions() const
+{
+    return m_regions;
+}
+
+QString RegionTable::table() const
+{
+    return m_model->text();
+}
+
+bool RegionTable::isFrozen() const
+{
+    return m_model->isFrozen();
+}
+
+int RegionTable::sideBins() const
+{
+    return m_model->isMap() ? m_model->options.frame : m_model->options.sideBins;
+}
+
+void RegionTable::setSideBins(int bins)
+{
+    m_controls->side->setValue(bins);
+    const int valid = m_controls->side->value();
+    (m_model->isMap() ? m_model->options.frame : m_model->options.sideBins) = valid;
+    refresh();
+}
+
+QString RegionTable::message() const
+{
+    return m_controls->message->text();
+}
+
+QString RegionTable::saveRegions(const QString& path) const
+{
+    return m_regions ? writeTextFile(path, regionsToJson(m_regions->regions())) : tr("The plot has been closed.");
+}
+
+QString RegionTable::loadRegions(const QString& path)
+{
+    if (!m_regions)
+        return tr("The plot has been closed.");
+    QString error;
+    const QByteArray text = readTextFile(path, error);
+    if (!error.isEmpty())
+        return error;
+    const PlotRegionsResult read = regionsFromJson(text);
+    if (!read.error.isEmpty())
+        return read.error;
+    m_regions->setRegions(read.regions);
+    const auto left = read.regions.size() - m_regions->regions().size();
+    return left == 0 ? QString() : tr("%1 regions are for maps and were left out.").arg(left);
+}
+
+void RegionTable::refresh()
+{
+    m_model->refresh();
+}
+
+void RegionTable::freeze()
+{
+    m_model->freeze(QTime::currentTime().toString(QStringLiteral("HH:mm:ss")));
+    m_controls->freeze->setChecked(true);
+    showColumns();
+}
+
+void RegionTable::release()
+{
+    m_model->release();
+    m_controls->freeze->setChecked(false);
+    showColumns();
+}
+
+void RegionTable::copy()
+{
+    copyText(table());
+}
+
+} // namespace tarnis

@@ -1,0 +1,160 @@
+// The actions of a style, and its part of a stored view.
+#include "tarnis/tools/plotstyle.h"
+
+#include "tarnis/tools/base/toolaction_p.h"
+#include "tarnis/tools/style/stylepainter_p.h"
+
+#include <QActionGroup>
+#include <QJsonObject>
+#include <QMenu>
+#include <QMetaEnum>
+#include <QPainter>
+
+namespace tarnis {
+
+namespace {
+
+const QLatin1String themeKey("theme");
+const QLatin1String formKey("form");
+const QLatin1String numbersKey("numbers");
+const QLatin1String lineWidthKey("lineWidth");
+const QLatin1String textScaleKey("textScale");
+const QLatin1String gridKey("grid");
+const QLatin1String legendKey("legend");
+const QLatin1String titleKey("title");
+const QLatin1String squareKey("squareBins");
+
+void drawStyle(QPainter& painter, const IconInk& ink)
+{
+    painter.drawPolyline(QPolygonF { { 2.5, 2.0 }, { 2.5, 13.5 }, { 14.0, 13.5 } });
+    painter.setPen(QPen(ink.accent, 1.8));
+    painter.drawPolyline(QPolygonF { { 4.5, 11.0 }, { 7.0, 9.5 }, { 9.0, 4.0 }, { 11.0, 9.5 }, { 13.5, 10.5 } });
+}
+
+template <typename Enum> QString keyOf(Enum value)
+{
+    return QString::fromLatin1(QMetaEnum::fromType<Enum>().valueToKey(static_cast<int>(value)));
+}
+
+/// The value that the state names; `present` for any other text.
+template <typename Enum> Enum valueOf(const QJsonObject& state, QLatin1String key, Enum present)
+{
+    bool isKnown = false;
+    const int value =
+        QMetaEnum::fromType<Enum>().keyToValue(state.value(key).toString().toLatin1().constData(), &isKnown);
+    return isKnown ? static_cast<Enum>(value) : present;
+}
+
+QString themeText(PlotStyle::Theme theme)
+{
+    switch (theme) {
+    case PlotStyle::Theme::Dark:
+        return PlotStyle::tr("Dark");
+    case PlotStyle::Theme::Print:
+        return PlotStyle::tr("Print");
+    case PlotStyle::Theme::HighContrast:
+        return PlotStyle::tr("High Contrast");
+    default:
+        return PlotStyle::tr("Light");
+    }
+}
+
+} // namespace
+
+/// One action with a menu: a click takes the next theme.
+void PlotStyle::makeActions()
+{
+    m_menu = std::make_unique<QMenu>();
+    m_action = new ToolAction(
+        this, "style", [] { return PlotStyle::tr("Colours and Curves"); }, drawStyle);
+    m_action->setMenu(m_menu.get());
+    connect(m_action, &QAction::triggered, this,
+        [this] { setTheme(static_cast<Theme>((static_cast<int>(theme()) + 1) % themeCount)); });
+
+    const auto add = [this](const char* name, ActionText text, const std::function<bool()>& isOn) {
+        auto* const action = new ToolAction(this, name, text, drawStyle);
+        action->setIcon(QIcon());
+        action->setCheckable(true);
+        m_menu->addAction(action);
+        const auto update = [action, isOn] { action->setChecked(isOn()); };
+        connect(this, &PlotStyle::styleChanged, action, update);
+        update();
+        return action;
+    };
+    const auto addTheme = [&](const char* name, ActionText text, Theme value) {
+        connect(add(name, text, [this, value] { return theme() == value; }), &QAction::triggered, this, [this, value] {
+            setTheme(value);
+            Q_EMIT styleChanged(); // a click on the present one would uncheck it
+        });
+    };
+    addTheme(
+        "lightTheme", [] { return themeText(Theme::Light); }, Theme::Light);
+    addTheme(
+        "darkTheme", [] { return themeText(Theme::Dark); }, Theme::Dark);
+    addTheme(
+        "printTheme", [] { return themeText(Theme::Print); }, Theme::Print);
+    addTheme(
+        "highContrastTheme", [] { return themeText(Theme::HighContrast); }, Theme::HighContrast);
+    m_menu->addSeparator();
+    const auto addForm = [&](const char* name, ActionText text, CurveForm value) {
+        connect(
+            add(name, text, [this, value] { return curveForm() == value; }), &QAction::triggered, this, [this, value] {
+                setCurveForm(value);
+                Q_EMIT styleChanged();
+            });
+    };
+    addForm(
+        "formOfPlot", [] { return PlotStyle::tr("Curves as in the Menu"); }, CurveForm::AsPlot);
+    addForm(
+        "lines", [] { return PlotStyle::tr("Lines"); }, CurveForm::Lines);
+    addForm(
+        "steps", [] { return PlotStyle::tr("Steps"); }, CurveForm::Steps);
+    addForm(
+        "columns", [] { return PlotStyle::tr("Columns"); }, CurveForm::Columns);
+    addForm(
+        "points", [] { return PlotStyle::tr("Points"); }, CurveForm::Points);
+    m_menu->addSeparator();
+    connect(add(
+                "powers", [] { return PlotStyle::tr("Powers of Ten"); },
+                [this] { return numberForm() == NumberForm::Powers; }),
+        &QAction::triggered, this, [this](bool on) { setNumberForm(on ? NumberForm::Powers : NumberForm::Prefixes); });
+    connect(add(
+                "squareBins", [] { return PlotStyle::tr("Square Bins for Equal Units"); },
+                [this] { return areBinsSquare(); }),
+        &QAction::triggered, this, &PlotStyle::setBinsSquare);
+}
+
+QList<QAction*> PlotStyle::actions() const
+{
+    return m_action != nullptr ? QList<QAction*> { m_action } : QList<QAction*>();
+}
+
+QString PlotStyle::stateName() const
+{
+    return QStringLiteral("style");
+}
+
+QJsonObject PlotStyle::saveState() const
+{
+    return { { themeKey, keyOf(theme()) }, { formKey, keyOf(curveForm()) }, { numbersKey, keyOf(numberForm()) },
+        { lineWidthKey, lineWidth() }, { textScaleKey, textScale() }, { gridKey, isGridShown() },
+        { legendKey, isLegendShown() }, { titleKey, isTitleShown() }, { squareKey, areBinsSquare() } };
+}
+
+void PlotStyle::restoreState(const QJsonObject& state)
+{
+    setTheme(valueOf(state, themeKey, theme()));
+    setCurveForm(valueOf(state, formKey, curveForm()));
+    setNumberForm(valueOf(state, numbersKey, numberForm()));
+    const double width = state.value(lineWidthKey).toDouble(lineWidth());
+    if (width == 0.0 || isLineWidth(width))
+        setLineWidth(width);
+    if (const double scale = state.value(textScaleKey).toDouble(textScale()); isTextScale(scale))
+        setTextScale(scale);
+    setGridShown(state.value(gridKey).toBool(isGridShown()));
+    setLegendShown(state.value(legendKey).toBool(isLegendShown()));
+    setTitleShown(state.value(titleKey).toBool(isTitleShown()));
+    setBinsSquare(state.value(squareKey).toBool(areBinsSquare()));
+}
+
+} // namespace tarnis

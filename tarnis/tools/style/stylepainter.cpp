@@ -1,0 +1,219 @@
+// Options and the ranges of automatic axes. The rest of the class: _frame (frame and texts), _axes (ticks and grid),
+// _curves, _bar.
+#include "tarnis/tools/style/stylepainter_p.h"
+
+#include "tarnis/plots/math/sampleextremes_p.h"
+#include "tarnis/plots/math/seriesgrouping_p.h"
+#include "tarnis/plots/plotaccess_p.h"
+#include "tarnis/plots/plotmapping.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace tarnis {
+
+namespace {
+
+/// Smallest and largest finite sample; on a logarithmic axis the smallest above 0.
+AxisRange extremesOfCurves(const QList<StyledCurve>& curves, bool isLog)
+{
+    constexpr double infinity = std::numeric_limits<double>::infinity();
+    AxisRange range { infinity, -infinity };
+    for (const StyledCurve& curve : curves) {
+        const SampleRun samples = curve.run();
+        const int count = curve.range.end - curve.range.begin;
+        if (count <= 0)
+            continue;
+        const double* const values = samples.from(curve.range.begin);
+        if (isLog)
+            range.min = lowestAbove(0.0, values, count, range.min);
+        const SampleExtremes quick = extremesOf(values, count);
+        if (quick.finite && std::isfinite(quick.low) && std::isfinite(quick.high)) {
+            range.min = isLog ? range.min : std::min(range.min, quick.low);
+            range.max = std::max(range.max, quick.high);
+            continue;
+        }
+        for (int i = 0; i < count; ++i) {
+            if (!std::isfinite(values[i]))
+                continue;
+            range.min = isLog ? range.min : std::min(range.min, values[i]);
+            range.max = std::max(range.max, values[i]);
+        }
+    }
+    return range;
+}
+
+StyledCurve styledCurve(const QList<Series>& series, const SummedCurve& curve, int number, const CurvePlaces& places)
+{
+    StyledCurve shown { number, curve.color, places.visible(lengthOf(series, curve), 1), {}, nullptr };
+    if (curve.records.size() > 1)
+        shown.sums = sumsOf(series, curve, shown.range);
+    else
+        shown.values = wholeSums(series, curve); // shared
+    return shown;
+}
+
+} // namespace
+
+SampleRange CurvePlaces::visible(qsizetype count, int width) const
+{
+    const auto all = static_cast<int>(std::min<qsizetype>(count, pixelLimit));
+    if (!columns.function) {
+        const double first = (0.0 - columns.origin) / columns.pixelsPerBin;
+        const double last = (width - columns.origin) / columns.pixelsPerBin;
+        return wholeSamples(std::min(first, last) - 1.0, std::max(first, last) + 1.0, count);
+    }
+    // The function is monotone: the first bin that ends in view, and the first one that begins beyond.
+    const bool isFalling = columns.edge(all) < columns.edge(0);
+    const auto firstWhere = [&](auto isReached) {
+        int low = 0;
+        int high = all;
+        while (low < high) {
+            const int middle = low + (high - low) / 2;
+            (isReached(middle) ? high : low) = isReached(middle) ? middle : middle + 1;
+        }
+        return low;
+    };
+    const int begin =
+        firstWhere([&](int i) { return isFalling ? columns.edge(i + 1.0) <= width : columns.edge(i + 1.0) >= 0.0; });
+    const int end = firstWhere([&](int i) { return isFalling ? columns.edge(i) < 0.0 : columns.edge(i) > width; });
+    return { std::max(begin - 1, 0), std::min(std::max(end, begin) + 1, all) };
+}
+
+CurvePlaces curvePlaces(const XYGraphWidget& plot, int width)
+{
+    const AxisRange x = PlotAccess::x(plot);
+    const AxisRange initial = PlotAccess::initialX(plot);
+    qsizetype count = 0;
+    unsigned int resolution = 1;
+    if (const auto* const curves = qobject_cast<const MultiVectorGraphWidget*>(&plot)) {
+        const QList<Series>& series = PlotAccess::series(*curves);
+        count = series.isEmpty() ? 0 : series.constFirst().values.size();
+        resolution = PlotAccess::resolution(*curves);
+        if (const auto function = PlotAccess::positionToX(*curves)) {
+            const auto inverse = PlotAccess::xToPosition(*curves);
+            const double base = basePosition(inverse != nullptr ? inverse(initial.min, nullptr) : 0.0, resolution);
+            const double pixels = width / (x.max - x.min);
+            return { { 0.0, 1.0, [=](double bin) { // a sample is drawn at its position, its bin reaches to both sides
+                          return (function(base + resolution * (bin - 0.5), nullptr) - x.min) * pixels;
+                      } } };
+        }
+    } else if (const auto* const curve = qobject_cast<const VectorGraphWidget*>(&plot)) {
+        count = PlotAccess::samples(*curve).size();
+    }
+    const SampleView view = sampleView(x, initial, PlotAccess::isManualX(plot), count, width, resolution);
+    return { { -view.first * view.pixelsPerSample, view.pixelsPerSample, {} } };
+}
+
+QList<StyledCurve> styledCurves(const XYGraphWidget& plot)
+{
+    QList<StyledCurve> shown;
+    const CurvePlaces places = curvePlaces(plot, 1);
+    if (const auto* const single = qobject_cast<const VectorGraphWidget*>(&plot)) {
+        const QList<double>& samples = PlotAccess::samples(*single);
+        shown.append({ 0, Qt::white, places.visible(samples.size(), 1), samples, nullptr });
+    } else if (const auto* const many = qobject_cast<const MultiVectorGraphWidget*>(&plot)) {
+        const QList<Series>& series = PlotAccess::series(*many);
+        const QList<SummedCurve> curves = curvesOf(series, PlotAccess::addType(*many), PlotAccess::groupSize(*many));
+        for (qsizetype i = 0; i < curves.size(); ++i) {
+            if (curves.at(i).enable && lengthOf(series, curves.at(i)) > 0)
+                shown.append(styledCurve(series, curves.at(i), static_cast<int>(i), places));
+        }
+    }
+    return shown;
+}
+
+StylePainter::StylePainter(XYGraphWidget& plot, PlotStyle::Theme theme)
+    : m_plot(plot)
+{
+    options.theme = theme;
+}
+
+QColor StylePainter::curveColor(int number, const QColor& /*given*/) const
+{
+    return PlotStyle::seriesColor(options.theme, number);
+}
+
+void StylePainter::fitAxes()
+{
+    if (PlotAccess::isAutoX(m_plot) && !PlotAccess::isManualX(m_plot))
+        fitX();
+    if (!PlotAccess::isAutoY(m_plot) || PlotAccess::isManualY(m_plot))
+        m_isFitted = false;
+    else if (qobject_cast<const XY2DGraphWidget*>(&m_plot) != nullptr)
+        fitRows();
+    else
+        fitCounts();
+}
+
+void StylePainter::fitX()
+{
+    const AxisRange initial = PlotAccess::initialX(m_plot);
+    const bool isMap = qobject_cast<const XY2DGraphWidget*>(&m_plot) != nullptr;
+    const qsizetype columns = PlotMapping::of(m_plot).columns();
+    if (columns == 0)
+        return;
+    PlotAccess::fitX(m_plot, initial);
+    if (!PlotAccess::isInitialAutoX(m_plot) && !isMap && initial.min != initial.max)
+        return;
+    const PlotMapping mapping = PlotMapping::of(m_plot);
+    const double last = std::max(mapping.columnEdges(0).max, mapping.columnEdges(columns - 1).max);
+    if (std::isfinite(last) && last > initial.min)
+        PlotAccess::fitX(m_plot, { initial.min, last });
+}
+
+/// The rows of a map.
+void StylePainter::fitRows()
+{
+    const AxisRange initial = PlotAccess::initialY(m_plot);
+    const qsizetype rows = PlotMapping::of(m_plot).rows();
+    if (rows == 0)
+        return;
+    PlotAccess::fitY(m_plot, initial);
+    const double last = PlotMapping::of(m_plot).rowEdges(rows - 1).max;
+    if (std::isfinite(last) && last > initial.min)
+        PlotAccess::fitY(m_plot, { initial.min, last });
+}
+
+StylePainter::FitKey StylePainter::fitKey(const QList<StyledCurve>& curves) const
+{
+    FitKey key { PlotAccess::x(m_plot), PlotAccess::isLogY(m_plot), -1, {} };
+    if (const auto* const many = qobject_cast<const MultiVectorGraphWidget*>(&m_plot))
+        key.type = PlotAccess::addType(*many);
+    for (const StyledCurve& curve : curves)
+        key.curves.append(curve.number);
+    return key;
+}
+
+/// Keeps the axis calm while nothing but the data changes.
+void StylePainter::fitCounts()
+{
+    const bool isLog = PlotAccess::isLogY(m_plot);
+    if (m_isFitted && !m_isStale && m_key.x == PlotAccess::x(m_plot) && m_key.isLog == isLog) {
+        PlotAccess::fitY(m_plot, m_fitted); // the plot's own fit may have come between
+        return;
+    }
+    const QList<StyledCurve> curves = styledCurves(m_plot);
+    if (curves.isEmpty() || std::all_of(curves.cbegin(), curves.cend(), [](const StyledCurve& curve) {
+            return curve.range.begin >= curve.range.end;
+        }))
+        return; // nothing to fit to
+    const FitKey key = fitKey(curves);
+    const AxisRange data = extremesOfCurves(curves, isLog);
+    if (m_isFitted && key == m_key)
+        m_fitted = isLog ? calmDecades(m_fitted, data) : calmRange(m_fitted, data);
+    else
+        m_fitted = isLog ? roomyDecades(data) : roomyRange(data);
+    m_isFitted = true;
+    m_isStale = false;
+    m_key = key;
+    PlotAccess::fitY(m_plot, m_fitted);
+}
+
+QColor StylePainter::lineOverData() const
+{
+    return qobject_cast<const XY2DGraphWidget*>(&m_plot) != nullptr ? QColor(Qt::white) : theme().text;
+}
+
+} // namespace tarnis
