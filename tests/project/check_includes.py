@@ -28,6 +28,18 @@ PLOT_ROOMS = {
     "math": {"math", "axisrange.h", "multivectorgraphwidget.h"},  # the last holds the record of a curve
     "raster": {"math", "raster", "rasterpath.h"},
 }
+# Rooms inside tarnis/tools: which other rooms a room may include. The installed headers at the root are free to all,
+# but only the tool bar and the base class have sources there.
+TOOL_ROOMS = {
+    "base": set(),
+    "navigation": {"base"},
+    "cursors": {"base"},
+    "curves": {"base"},
+    "maps": {"base", "navigation"},
+    "style": {"base"},
+    "panels": {"base"},
+    "regions": {"base", "panels"},
+}
 # Headers that pure arithmetic has no use for.
 WIDGET_HEADERS = {"QWidget", "QPainter", "QPixmap", "QApplication", "QDialog"}
 # A room of apps/console may include itself and these. mainwindow.h and tour/ are for the root and for the tour.
@@ -98,6 +110,20 @@ def plot_room_faults(root):
                     yield f"{path.relative_to(root)}: {target}: plots/math has no widgets and paints nothing"
 
 
+def tool_room_faults(root):
+    tools = root / "tarnis" / "tools"
+    for room, may_include in TOOL_ROOMS.items():
+        for path in sources_of(tools / room):
+            for target in included(path):
+                parts = target.split("/")
+                if target.startswith("tarnis/tools/") and len(parts) == 4 and parts[2] not in {room, *may_include}:
+                    yield f"{path.relative_to(root)}: {target}: tools/{room} may not include it"
+    for path in sources_of(tools):
+        folder = path.relative_to(tools).parts[0]
+        if path.parent != tools and folder not in TOOL_ROOMS:
+            yield f"{path.relative_to(root)}: {folder} is not a known room of tarnis/tools"
+
+
 def console_faults(root):
     console = root / "apps" / "console"
     for room, may_include in CONSOLE_ROOMS.items():
@@ -143,7 +169,8 @@ def is_installed(header):
 def main():
     root = pathlib.Path(sys.argv[1])
     faults = [
-        *library_faults(root), *leaf_faults(root), *plot_room_faults(root), *console_faults(root), *outside_faults(root)
+        *library_faults(root), *leaf_faults(root), *plot_room_faults(root), *tool_room_faults(root),
+        *console_faults(root), *outside_faults(root)
     ]
     print("\n".join(faults))
     print(f"{len(faults)} faults")

@@ -51,6 +51,17 @@ class CheckIncludes(unittest.TestCase):
         self.write("tarnis/dialogs/selectcheckeddialog.cpp", '#include "tarnis/foundation/log.h"\n')
         self.assertIn("includes nothing of the library", self.faults())
 
+    def test_tool_rooms(self):
+        self.write("tarnis/tools/CMakeLists.txt", "tarnis_public_headers(\n  a.h)\n")
+        self.write("tarnis/tools/regions/a.cpp", '#include "tarnis/tools/a.h"\n#include "tarnis/tools/panels/b_p.h"\n')
+        self.assertEqual(self.faults(), "\n0 faults\n")
+        self.write("tarnis/tools/base/a.cpp", '#include "tarnis/tools/panels/b_p.h"\n')
+        self.assertIn("tools/base may not include it", self.faults())
+
+    def test_unknown_tool_room(self):
+        self.write("tarnis/tools/attic/a.cpp", "")
+        self.assertIn("attic is not a known room", self.faults())
+
     def test_plot_rooms(self):
         self.write("tarnis/plots/raster/a.cpp", '#include "tarnis/plots/math/a_p.h"\n#include <QPainter>\n')
         self.assertEqual(self.faults(), "\n0 faults\n")
