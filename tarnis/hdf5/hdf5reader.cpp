@@ -46,7 +46,7 @@ template <typename Read> QStringList textsOf(hid_t type, hid_t space, const Read
         return {};
     for (hssize_t i = 0; i < count; ++i) {
         const QByteArray text = bytes.mid(static_cast<qsizetype>(size) * i, static_cast<qsizetype>(size));
-        texts += QString::fromUtf8(text.constData(), qstrnlen(text.constData(), static_cast<std::size_t>(text.size())));
+        texts += QString::fromUtf8(text.constData(), static_cast<qsizetype>(qstrnlen(text.constData(), size)));
     }
     return texts;
 }

@@ -140,8 +140,8 @@ void drawTicks(QPainter& painter, const QRect& graph, QList<Tick> ticks, bool ve
             oracleLine(painter, QPoint(at, graph.bottom()), QPoint(at, graph.bottom() + 3));
         if (ticks[i].label == "")
             continue;
-        painter.drawText(ticks[i].rect,
-            vertical ? (Qt::AlignRight | Qt::AlignVCenter) : (Qt::AlignHCenter | Qt::AlignTop), ticks[i].label);
+        const Qt::Alignment alignment = vertical ? Qt::AlignRight | Qt::AlignVCenter : Qt::AlignHCenter | Qt::AlignTop;
+        painter.drawText(ticks[i].rect, static_cast<int>(alignment), ticks[i].label);
         for (qsizetype k = i + 1; k < ticks.size(); k++) {
             if (ticks[i].rect.intersects(ticks[k].rect))
                 ticks[k].label = "";

@@ -9,6 +9,7 @@
 #include <QJsonArray>
 #include <QMenu>
 #include <QPainter>
+#include <utility>
 
 namespace tarnis {
 
@@ -115,12 +116,12 @@ void ColourLevels::fillMenu()
     QAction* const automatic = m_menu->addAction(tr("Limits Follow the Data"), this, &ColourLevels::setAutomatic);
     automatic->setCheckable(true);
     automatic->setChecked(mode() == Mode::Automatic);
-    for (const auto& [low, high] : { QPair(1.0, 99.0), QPair(0.0, 99.0), QPair(0.0, 99.9) }) {
+    for (const auto& [low, high] : { std::pair(1.0, 99.0), std::pair(0.0, 99.0), std::pair(0.0, 99.9) }) {
         const QString text = tr("Limits at %1 and %2 % of the Bins").arg(low).arg(high);
         QAction* const entry =
             m_menu->addAction(text, this, [this, low = low, high = high] { setPercentiles(low, high); });
         entry->setCheckable(true);
-        entry->setChecked(mode() == Mode::Percentiles && percentiles() == QPair(low, high));
+        entry->setChecked(mode() == Mode::Percentiles && percentiles() == std::pair(low, high));
     }
 }
 
