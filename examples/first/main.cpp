@@ -1,28 +1,24 @@
-// The smallest host: starts the server, asks it one thing, stops it.
-#include <tarnis/server/tarnis.h>
+// The smallest host: starts the server, sends it one command, stops it.
+#include <tarnis/client/server.h>
 
-#include <QApplication>
+#include <QCoreApplication>
 #include <QDebug>
 
 int main(int argc, char** argv)
 {
-    QApplication application(argc, argv);
-    const QByteArray prompt = "> ";
-    Tarnis server(&prompt, nullptr);
-    const QString program = QStringLiteral("tarnis-simserver");
+    QCoreApplication application(argc, argv);
+    tarnis::Server server;
+    const auto quit = [&] { server.shutdown().then(&application, [](const auto&) { QCoreApplication::quit(); }); };
 
-    QObject::connect(&server, &Tarnis::onCmdReply, [&](const QString& name, const QString&, const QByteArray& reply) {
-        qInfo().noquote() << name << reply;
-        server.Shutdown();
+    server.startLocal("tarnis-simserver").then(&application, [&](const tarnis::ServerStep& step) {
+        if (step.outcome != tarnis::ServerStep::Outcome::Done) {
+            qWarning().noquote() << step.reason;
+            return QCoreApplication::exit(1);
+        }
+        server.client("control")->request("stat").then(&application, [&](const tarnis::Reply& reply) {
+            qInfo().noquote() << (reply.isOk() ? reply.text() : reply.reason);
+            quit();
+        });
     });
-    QObject::connect(
-        &server, &Tarnis::StatusChanged, &application,
-        [&](Tarnis::SERVER_STATUS status) {
-            if (status == Tarnis::SERVER_CONNECTED)
-                server.SendCmd("control", "statistics", "stat", false);
-            else if (status == Tarnis::IDLE)
-                application.quit();
-        },
-        Qt::QueuedConnection);
-    return server.Run(&program) ? application.exec() : 1;
+    return application.exec();
 }
