@@ -208,8 +208,9 @@ void MainWindow::updateControls()
     setAvailable(ui->saveRecordAction, hasRecord, tr("Write the commands and replies to a text file"), noRecord);
     setAvailable(ui->clearRecordAction, hasRecord, tr("Remove the commands and replies from the window"), noRecord);
     for (qsizetype i = 0; i < m_windowActions.size(); ++i) {
-        const QString reason = refusal(m_entries.at(i));
-        setAvailable(m_windowActions.at(i), reason.isEmpty(), m_entries.at(i).help, reason);
+        const auto& entry = m_entries.at(static_cast<std::size_t>(i));
+        const QString reason = refusal(entry);
+        setAvailable(m_windowActions.at(i), reason.isEmpty(), entry.help, reason);
     }
     ui->sideSplitter->widget(0)->setAccessibleName(tr("Settings and addresses"));
     updateArranging();

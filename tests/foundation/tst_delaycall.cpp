@@ -200,7 +200,7 @@ void TestDelayCall::functionMayAskForAnotherCall()
 void TestDelayCall::functionThatThrowsReleasesTheMutex()
 {
     QPointer<DelayCall> call = new DelayCall([] { throw std::runtime_error("refused"); }, never, nullptr);
-    QVERIFY_EXCEPTION_THROWN(call->onTimeout(), std::runtime_error);
+    QVERIFY_THROWS_EXCEPTION(std::runtime_error, call->onTimeout());
     runEventsOnce();
     QVERIFY(call.isNull());
     int calls = 0;
