@@ -117,7 +117,7 @@ ExportDialog::ExportDialog(
     form->addRow(tr("&Bins:"), c.extent);
     form->addRow(tr("Size:"), c.size);
     auto* const fileLabel = new QLabel(tr("F&ile:"));
-    fileLabel->setBuddy(c.path); // a layout has no key of its own
+    fileLabel->setBuddy(c.path); // a layout has no shortcut of its own
     form->addRow(fileLabel, file);
     form->addRow(c.problem);
     auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Save | QDialogButtonBox::Cancel);
@@ -222,7 +222,7 @@ void ExportDialog::choosePath()
     const bool isWhole = isKnownSuffix(QFileInfo(path).suffix());
     setPath(isWhole ? path : path + u'.' + suffix);
     if (isWhole)
-        m_agreedPath = path; // that dialog has asked
+        m_agreedPath = path; // that dialog has already asked
 }
 
 bool ExportDialog::mayReplace()

@@ -12,30 +12,29 @@
 namespace tarnis {
 
 /// Lets the user choose format, size, resolution and file, shows a preview, and saves. It asks before it replaces a
-/// file. A save that fails is reported in the dialog, which stays open. A name without a suffix that is known gets that
-/// of the chosen format. The next dialog of the process opens in the folder of the last save (see
-/// getSaveDir()).
+/// file. A failed save is reported in the dialog, which stays open. The suffix of the chosen format is appended to a
+/// name without a known suffix. The next dialog of the process opens in the folder of the last save (see getSaveDir()).
 class TARNIS_EXPORT ExportDialog : public QDialog {
     Q_OBJECT
 public:
-    /// Exports `plot`, which must outlive the dialog or be an ancestor of it. `histogram` and `run` make up the
-    /// suggested name, `source` is stated in the files.
+    /// Exports `plot`, which must outlive the dialog or be an ancestor of it. `histogram` and `run` form the suggested
+    /// file name, `source` is written into the files.
     explicit ExportDialog(XYGraphWidget& plot, const QString& histogram = {}, const QString& run = {},
         const QString& source = {}, QWidget* parent = nullptr);
     ~ExportDialog() override;
 
     /// The path of the file that accept() writes.
     QString path() const;
-    /// Replaces the suggested path; the end of the name chooses the format.
+    /// Replaces the suggested path; the suffix selects the format.
     void setPath(const QString& path);
-    /// Chooses the format with this suffix: png, pdf, svg, csv, npy or h5. Nothing for another one.
+    /// Selects the format by its suffix: png, pdf, svg, csv, npy or h5. Other suffixes are ignored.
     void setFormat(const QString& suffix);
-    /// `time` returns when the values on show were taken, which is stated in the files. Called at each save; without it
-    /// the time is that of the save.
+    /// `time` returns when the displayed values were taken, which is written into the files. Called at each save. By
+    /// default the time of the save is used.
     void setDataTime(const std::function<QDateTime()>& time);
 
 public Q_SLOTS:
-    void accept() override; ///< Saves; closes the dialog if that worked.
+    void accept() override; ///< Saves, and closes the dialog on success.
 
 Q_SIGNALS:
     void saved(const QString& path); ///< a file was written
@@ -55,7 +54,7 @@ private:
     QString m_histogram;
     QString m_source;
     std::function<QDateTime()> m_dataTime; // may be empty
-    QString m_agreedPath; // of a file that may be replaced
+    QString m_agreedPath; // an existing file that the user agreed to replace
     std::unique_ptr<Controls> m_controls;
 };
 

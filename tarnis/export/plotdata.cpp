@@ -14,7 +14,7 @@ namespace tarnis {
 
 namespace {
 
-// The members that a subclass may use. A pointer to a member that is named through a subclass is one of the base.
+// Access to protected members: a pointer to member named through a subclass is one of the base class.
 struct Frame : XYGraphWidget {
     static constexpr auto minX = &Frame::m_minX;
     static constexpr auto maxX = &Frame::m_maxX;
@@ -55,7 +55,7 @@ DataAxis namedAxis(const QString& text)
     return axis;
 }
 
-/// Bins from `low` that are `width` wide, or none for bins that are counted from 0.
+/// Edges of bins of `width` from `low`, or empty for bins numbered from 0.
 std::vector<double> binEdges(double low, double high, qsizetype bins)
 {
     if (bins == 0 || (low == 0.0 && high == static_cast<double>(bins)) || !std::isfinite(low) || !std::isfinite(high))
@@ -63,7 +63,7 @@ std::vector<double> binEdges(double low, double high, qsizetype bins)
     return uniformEdges(low, high, bins);
 }
 
-/// The values of curves of different lengths; what a shorter one lacks is missing.
+/// Appends a curve that may be shorter than the others; the remaining values are missing.
 void appendCurve(Dataset& data, const QList<double>& samples)
 {
     const qsizetype present = std::min(samples.size(), data.columns);
@@ -179,7 +179,7 @@ Dataset mapOf(XY2DGraphWidget& plot)
     return data;
 }
 
-/// Bins [first, end) of an axis that reach into the range.
+/// Bins [first, end) of an axis that overlap the range.
 struct Bins {
     qsizetype first = 0;
     qsizetype end = 0;

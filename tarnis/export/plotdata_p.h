@@ -5,7 +5,7 @@
 
 namespace tarnis {
 
-/// What the plot shows; without rows for a plot of another class, or one without values.
+/// The plot's values; without rows for an unsupported plot class or a plot without values.
 Dataset plotData(XYGraphWidget& plot, Extent extent);
 
 } // namespace tarnis

@@ -1,5 +1,5 @@
 /// @file
-/// Pictures, tables and files of what a plot shows. GUI thread only.
+/// Exports what a plot shows as pictures, tables and files. GUI thread only.
 #pragma once
 
 #include <tarnis/formats/dataset.h>
@@ -22,32 +22,32 @@ namespace tarnis {
 /// The formats of pictures.
 enum class PictureFormat {
     Png, ///< pixels, lossless
-    Pdf, ///< one page: axes, texts and curves as vectors, a map as an image of its own bins
+    Pdf, ///< one page: axes, texts and curves as vectors, a map as an image with one pixel per bin
     Svg ///< the same as SVG 1.1
 };
 
-/// The format by the end of a file's name, whatever its case; nothing for another end.
+/// The format for the suffix of a file name, case-insensitive; empty for an unknown suffix.
 TARNIS_EXPORT std::optional<PictureFormat> pictureFormatOfName(const QString& path);
 
-/// How a picture is made. The defaults are what the screen shows.
+/// Options of a picture. The defaults reproduce the screen.
 struct TARNIS_EXPORT PictureOptions {
     QSize size; ///< layout in pixels of 1/96 inch; empty: the size of the plot
-    double dpi = 96.0; ///< of a PNG file: pixels per inch, 24 to 1200
+    double dpi = 96.0; ///< for a PNG file: pixels per inch, 24 to 1200
     QString heading; ///< drawn above the plot; empty: none
-    QString title; ///< of the file, not drawn
-    QString source; ///< of the file: where the values come from, for example server and run
-    QDateTime time; ///< of the file: when the values were taken
+    QString title; ///< metadata of the file, not drawn
+    QString source; ///< metadata: origin of the values, for example server and run
+    QDateTime time; ///< metadata: when the values were taken
 };
 
-/// Which bins a table has.
+/// Which bins a table contains.
 enum class Extent {
     Visible, ///< those inside the visible range
     All ///< all of them
 };
 
 /// Exports one plot: a VectorGraphWidget, a MultiVectorGraphWidget or an XY2DGraphWidget, shown or not. Each function
-/// works on what the plot shows at the moment of the call, leaves the plot as it is, and opens no dialog. Errors are
-/// texts for users, without the path; an empty text is success.
+/// exports the plot's current state, leaves the plot unchanged, and opens no dialog. Errors are texts for users,
+/// without the path; an empty text means success.
 class TARNIS_EXPORT PlotExporter {
 public:
     /// The plot must outlive the exporter.
@@ -61,23 +61,23 @@ public:
     /// The content of a file. Empty, with the cause in `error`, if the picture cannot be made.
     QByteArray picture(PictureFormat format, const PictureOptions& options, QString* error) const;
 
-    /// Writes a picture in one step, in the format of the file's name.
+    /// Writes a picture atomically, in the format of the file's suffix.
     [[nodiscard]] QString savePicture(const QString& path, const PictureOptions& options = {}) const;
-    /// Writes a table in one step, in the format of the file's name (see writeDataset()).
+    /// Writes a table atomically, in the format of the file's suffix (see writeDataset()).
     [[nodiscard]] QString saveData(const QString& path, Extent extent = Extent::All) const;
 
-    /// Prints one page with the plot as large as fits: axes, texts and curves as vectors. Of the options, size and
-    /// heading are used. A PDF file is written in one step.
+    /// Prints one page with the plot as large as fits: axes, texts and curves as vectors. Only the options size and
+    /// heading are used. A PDF file is written atomically.
     [[nodiscard]] QString print(QPrinter& printer, const PictureOptions& options = {}) const;
 
-    /// Puts a picture of twice the resolution of the screen layout on the clipboard.
+    /// Copies a picture with twice the screen resolution to the clipboard.
     void copyPicture() const;
-    /// Puts the numbers on the clipboard, with tabs between them and a line of names.
+    /// Copies the numbers to the clipboard, tab-separated with a header line.
     void copyTable(Extent extent = Extent::Visible) const;
 
-    /// A name for a file: the histogram's name, the run and the time, joined by underscores, with any character that is
-    /// awkward in a file's name as "-". An invalid time and an empty run are left out. `suffix` has no dot; without one
-    /// the name has none.
+    /// A file name made of the histogram's name, the run and the time, joined by underscores. Characters that are
+    /// unsafe in file names become "-". An invalid time and an empty run are omitted. `suffix` has no dot; if it is
+    /// empty, so is the name's suffix.
     static QString suggestedName(
         const QString& histogram, const QString& run, const QDateTime& time, const QString& suffix);
 

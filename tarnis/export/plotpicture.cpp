@@ -24,12 +24,12 @@ namespace tarnis {
 namespace {
 
 constexpr double screenDpi = 96.0; // of the layout
-constexpr double printDpi = 600.0; // of what vector files must show
+constexpr double printDpi = 600.0; // the detail that vector files must show
 constexpr double maxPixels = 4e8;
-constexpr int maxSide = 32767; // of the raster engine
+constexpr int maxSide = 32767; // limit of the raster engine
 constexpr int headingHeight = 28;
 
-/// What painting changes in a plot, put back at the end.
+/// The properties of a plot that painting changes, for restoring them afterwards.
 struct Layout : XYGraphWidget {
     static constexpr auto graphRect = &Layout::m_graphRect;
     static constexpr auto margin = &Layout::m_margin;
@@ -148,7 +148,7 @@ void PlotPicture::settleLayout() const
 void PlotPicture::paint(QPainter& painter) const
 {
     QFont font = m_plot.font();
-    // In pixels, whatever the device makes of points.
+    // In pixels, because devices convert points differently.
     font.setPixelSize(QFontInfo(font).pixelSize());
     painter.setFont(font);
     const int top = m_options.heading.isEmpty() ? 0 : headingHeight;
@@ -201,7 +201,7 @@ QImage PlotPicture::image() const
     paint(painter);
     painter.end();
     QImage image = screen ? plain : static_cast<const QImage&>(detailed).copy();
-    // Not before: Qt takes the size of fonts from it.
+    // Set last: Qt derives font sizes from it.
     const int dotsPerMetre = int(std::lround(m_options.dpi / 0.0254));
     image.setDotsPerMeterX(dotsPerMetre);
     image.setDotsPerMeterY(dotsPerMetre);

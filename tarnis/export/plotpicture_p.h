@@ -1,4 +1,4 @@
-// A plot painted onto paper, into a vector file, or at another resolution.
+// Paints a plot onto paper, into a vector file, or at another resolution.
 #pragma once
 
 #include <tarnis/export/plotexporter.h>
@@ -10,10 +10,10 @@ QT_END_NAMESPACE
 
 namespace tarnis {
 
-/// The layout of a plot in files: its size on the screen, but not turned.
+/// The size of a plot in files: its size on the screen, without rotation.
 QSize pictureSize(const XYGraphWidget& plot);
 
-/// Paints a plot with its layout of `options`. The plot keeps its own layout.
+/// Paints a plot with the layout of `options` and then restores the plot's layout.
 class PlotPicture {
 public:
     PlotPicture(XYGraphWidget& plot, const PictureOptions& options);
@@ -23,7 +23,7 @@ public:
     QByteArray png() const;
     QByteArray pdf() const;
     QByteArray svg() const;
-    /// One page. Returns as writeFile() does.
+    /// Prints one page. Returns the same as writeFile().
     QString print(QPrinter& printer) const;
 
 private:

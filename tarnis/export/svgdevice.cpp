@@ -17,7 +17,7 @@ namespace {
 
 constexpr int dotsPerInch = 96;
 
-/// Seven digits: a thousandth of a pixel on any page.
+/// Seven digits: a precision of 0.001 pixels on any page.
 QByteArray number(double value)
 {
     return QByteArray::number(std::round(value * 1000.0) / 1000.0, 'g', 9);
@@ -60,8 +60,8 @@ QByteArray pathData(const QPainterPath& path)
     return data;
 }
 
-/// The same image with one byte for each pixel if it has at most 256 colours, as a map of counts often has: a third of
-/// the size in the file, and of the time.
+/// Returns an indexed image (one byte per pixel) if there are at most 256 colours, which is common for a map of counts.
+/// This reduces the file size and the time to a third.
 QImage withPalette(const QImage& image)
 {
     constexpr qsizetype maxColours = 256;
@@ -95,7 +95,7 @@ QByteArray pngOf(const QImage& image)
     return png;
 }
 
-/// The colours with fewer bits for each channel.
+/// The image with fewer bits per colour channel.
 QImage withRoundedColours(const QImage& image, int lostBits)
 {
     const QRgb lost = ((1U << lostBits) - 1U) * 0x010101U;
@@ -109,8 +109,8 @@ QImage withRoundedColours(const QImage& image, int lostBits)
     return rounded;
 }
 
-/// Lossless, but for a large map of noise in more than a thousand colours, which no compression makes small: that one
-/// gets the finest colours that fit a palette, at most four of 255 steps beside the right ones.
+/// Lossless, except for a large map of noise in more than a thousand colours, which does not compress. Its colours are
+/// rounded to fit a palette, by at most 4 of 255 steps.
 QByteArray smallPngOf(const QImage& image)
 {
     constexpr qsizetype fewPixels = 100000;
@@ -184,7 +184,7 @@ public:
         const QRectF& target, const QImage& image, const QRectF& source, Qt::ImageConversionFlags /*flags*/) override
     {
         const QRect part = source.toRect();
-        // Both spellings: of SVG 1.1 and of the viewers of today.
+        // Both attributes: of SVG 1.1 and of current viewers.
         element("image" + rectAttributes(target)
                 + " preserveAspectRatio=\"none\" image-rendering=\"optimizeSpeed\" style=\"image-rendering:pixelated\""
                   " xlink:href=\"data:image/png;base64,"
@@ -208,7 +208,7 @@ public:
             text += " font-weight=\"" + QByteArray::number(int(font.weight())) + '"';
         if (font.italic())
             text += " font-style=\"italic\"";
-        // Labels stay aligned where the viewer has another font.
+        // Keeps labels aligned if the viewer uses another font.
         text += " textLength=\"" + number(item.width()) + "\" lengthAdjust=\"spacingAndGlyphs\" xml:space=\"preserve\"";
         element(text, colourAttributes("fill", m_pen.color()), item.text().toHtmlEscaped().toUtf8());
     }
@@ -224,7 +224,7 @@ private:
     {
         m_body += '<' + start + style + matrixAttribute(m_transform);
         const QByteArray name = start.left(start.indexOf(' '));
-        // The clip is in the units of the page: it belongs to an element without a matrix.
+        // The clip is in page units, so it is set on an element without a matrix.
         if (!m_clipName.isEmpty())
             m_body.insert(m_body.lastIndexOf('<' + name), "<g clip-path=\"url(#" + m_clipName + ")\">");
         m_body += content.isEmpty() ? QByteArray("/>") : '>' + content + "</" + name + '>';

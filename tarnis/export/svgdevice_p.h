@@ -21,7 +21,7 @@ public:
     SvgDevice(QSize size, double finest);
     ~SvgDevice() override;
 
-    /// The whole file with its title and description, after the painter has ended.
+    /// The complete file with title and description. Call it after the painter has ended.
     QByteArray file(const QString& title, const QString& description) const;
 
     QPaintEngine* paintEngine() const override;

@@ -19,7 +19,7 @@ struct Texts {
 
 constexpr qsizetype likelyBytesPerNumber = 8;
 
-/// Writes the first columns of a line, which give its place on an axis.
+/// Writes the first columns of a line, which hold its position on an axis.
 class AxisWriter {
 public:
     AxisWriter(const DataAxis& axis, qsizetype bins)
@@ -97,7 +97,7 @@ QByteArray encodeCsv(const Dataset& data)
 
 namespace {
 
-/// The numbers of a table as they are in the text, and the names above them.
+/// The numbers of a table, and the column names above them.
 struct Table {
     CsvHeader header;
     QStringList names; ///< of a first line that is not a comment; may be empty
@@ -183,7 +183,7 @@ private:
         return {};
     }
 
-    /// The next field, without blanks and quotes around it.
+    /// The next field, without the spaces and quotes around it.
     QByteArrayView takeField(QByteArrayView& rest, bool& isLast) const
     {
         qsizetype length = 0;
@@ -220,7 +220,7 @@ void appendColumn(std::vector<double>& list, const Table& table, qsizetype field
     list.insert(list.end(), column.begin(), column.end());
 }
 
-/// The axis down the lines: from the header if it gives the range, else from the first columns.
+/// The axis along the lines: from the header if it states the range, else from the first columns.
 void fillAxis(DataAxis& axis, bool hasRange, const Table& table)
 {
     if (hasRange) {

@@ -14,7 +14,7 @@ struct Texts {
     Q_DECLARE_TR_FUNCTIONS(tarnis::Csv)
 };
 
-/// A text on one line: line feeds and backslashes have a backslash before them.
+/// Escapes line feeds and backslashes with a backslash.
 QByteArray onOneLine(const QString& text)
 {
     QString escaped = text;
@@ -90,7 +90,7 @@ QByteArray axisColumnNames(const DataAxis& axis, const QString& letter, AxisColu
     return {};
 }
 
-/// Names of the curves, then of their errors; a map has one name for all of its columns.
+/// Names of the curves, then of their errors. All columns of a map share one name.
 QByteArray columnNames(const Dataset& data)
 {
     const bool map = data.kind == Dataset::Kind::Map;
@@ -249,7 +249,7 @@ QString readCsvComment(CsvHeader& header, QByteArrayView line)
     if (!header.isPresent || colon < 0)
         return {};
     const QByteArray key = line.first(colon).sliced(1).trimmed().toByteArray();
-    // One blank follows the colon; others belong to the text.
+    // One space follows the colon; further spaces are part of the text.
     QByteArrayView value = line.sliced(colon + 1);
     if (value.startsWith(' '))
         value = value.sliced(1);

@@ -12,7 +12,7 @@ namespace tarnis {
 /// The first line of a file with a header.
 inline constexpr QByteArrayView csvMarker = "# Tarnis data 1";
 
-/// How the first columns of a table give an axis.
+/// How the first columns of a table describe an axis.
 enum class AxisColumns {
     Bin, ///< one column: number of the bin
     Centre, ///< one column: centre of the bin
@@ -23,12 +23,12 @@ enum class AxisColumns {
 struct CsvHeader {
     bool isPresent = false; ///< the file begins with csvMarker
     Dataset data; ///< no values; axes only as far as the header lists them
-    AxisColumns axisColumns = AxisColumns::Bin; ///< of x for curves, of y for a map
+    AxisColumns axisColumns = AxisColumns::Bin; ///< for x of curves, for y of a map
     /// The axis holds the two ends of evenly spaced bins. @{
     bool hasRangeX = false;
     bool hasRangeY = false;
     /// @}
-    bool hasErrors = false; ///< as many errors as values follow them in each line
+    bool hasErrors = false; ///< each line has one error per value, after the values
     QStringList columns; ///< names of all columns
 };
 
@@ -40,9 +40,10 @@ QString readCsvComment(CsvHeader& header, QByteArrayView line);
 /// How encodeCsv() writes the axis that runs down the lines.
 AxisColumns axisColumnsOf(const DataAxis& axis, qsizetype bins);
 
-/// The fields of a line, split at the separator; a blank stands for any run of blanks. Double quotes protect a field.
+/// The fields of a line, split at the separator. A space as separator matches any run of spaces. Fields may be in
+/// double quotes.
 QList<QByteArray> csvFields(QByteArrayView line, char separator);
-/// A comma, semicolon or tab if the line has one, else a blank.
+/// A comma, semicolon or tab if the line has one, else a space.
 char csvSeparator(QByteArrayView line);
 
 } // namespace tarnis

@@ -1,6 +1,6 @@
 /// @file
-/// What the files of this folder hold: a spectrum, several curves over one axis, or a map, with axes, units and errors.
-/// Values only; any thread.
+/// The content of a data file: a spectrum, several curves over one axis, or a map, with axes, units and errors. Values
+/// only; any thread.
 #pragma once
 
 #include <tarnis/tarnis_export.h>
@@ -13,17 +13,17 @@
 
 namespace tarnis {
 
-/// One axis: its bins by their edges or their centres, or their numbers alone.
+/// One axis: bins given by edges, by centres, or only by their number.
 struct DataAxis {
     QString name; ///< for example "Time"; may be empty
     QString unit; ///< for example "us"; may be empty
-    std::vector<double> values; ///< bins + 1 edges, or bins centres, or none: bin i then reaches from i to i + 1
+    std::vector<double> values; ///< bins + 1 edges, or one centre per bin, or empty: bin i is then from i to i + 1
 
     friend bool operator==(const DataAxis&, const DataAxis&) = default; ///< exact
 };
 
-/// Values of bins in rows: one spectrum is one row, curves that share their x axis are several, a map has one for each
-/// y bin, that of the least y first if the axis rises.
+/// Bin values in rows. A spectrum is one row, curves over a common x axis have one row each, a map has one row for each
+/// y bin (lowest y first if the axis increases).
 struct Dataset {
     /// What the rows are.
     enum class Kind {
@@ -33,11 +33,11 @@ struct Dataset {
 
     Kind kind = Kind::Curves; ///< what the rows are
     QString title; ///< of a figure, for example the name of the histogram
-    QString source; ///< where the values come from, for example server and run
+    QString source; ///< origin of the values, for example server and run
     QDateTime time; ///< when the values were taken; invalid if unknown
     double liveTime = 0.0; ///< seconds; 0 if unknown
     double realTime = 0.0; ///< seconds; 0 if unknown
-    /// Energy of the middle of channel c is the polynomial of c with these coefficients, lowest power first. Empty
+    /// Coefficients, lowest power first, of the polynomial that maps channel c to the energy of its middle. Empty
     /// without a calibration.
     std::vector<double> calibration;
     QString calibrationUnit; ///< unit of the energy, for example "keV"
@@ -48,7 +48,7 @@ struct Dataset {
     QString unit; ///< of the values; may be empty
     qsizetype rows = 0; ///< curves, or bins of y
     qsizetype columns = 0; ///< bins of x
-    std::vector<double> values; ///< rows * columns, row after row; a missing value is NaN
+    std::vector<double> values; ///< rows * columns values in row-major order; a missing value is NaN
     std::vector<double> errors; ///< standard deviations in the order of the values, or none
 
     /// The value of a bin. Both indices must be in range.
@@ -72,11 +72,11 @@ constexpr qsizetype maxDatasetValues = qsizetype { 1 } << 27;
 TARNIS_EXPORT std::vector<double> uniformEdges(double low, double high, qsizetype bins);
 /// Whether uniformEdges() of the first and the last value returns exactly these edges. False for less than two values.
 TARNIS_EXPORT bool areUniformEdges(const std::vector<double>& edges);
-/// Edges of the bins of an axis: its own, or the middles between its centres, or bin numbers.
+/// Bin edges of an axis: the stored edges, else the midpoints between the centres, else bin numbers.
 TARNIS_EXPORT std::vector<double> edgesOf(const DataAxis& axis, qsizetype bins);
-/// Centres of the bins of an axis: its own, or the middles of its edges, or bin number + 0.5.
+/// Bin centres of an axis: the stored centres, else the midpoints of the edges, else bin number + 0.5.
 TARNIS_EXPORT std::vector<double> centresOf(const DataAxis& axis, qsizetype bins);
-/// Whether there are rows and columns and every list has the length that they demand. Writers refuse anything else.
+/// Whether there is at least one row and column and every list has the matching length. Writers reject other datasets.
 TARNIS_EXPORT bool isConsistent(const Dataset& data);
 
 } // namespace tarnis

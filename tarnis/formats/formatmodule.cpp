@@ -18,7 +18,7 @@ constexpr char libraryName[] = "libtarnis-hdf5.so." TARNIS_SOVERSION;
 
 void* openLibrary()
 {
-    // Beside this library, so that a moved installation and a build folder use their own.
+    // The folder of this library, so that a relocated installation and a build folder use their own module.
     Dl_info own {};
     if (dladdr(reinterpret_cast<const void*>(&loadHdf5Module), &own) != 0 && own.dli_fname != nullptr) {
         const QString folder = QFileInfo(QFile::decodeName(own.dli_fname)).absolutePath();

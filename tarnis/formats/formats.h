@@ -1,5 +1,5 @@
 /// @file
-/// Datasets from and to files, with the format chosen by the name. Blocking; any thread.
+/// Reads and writes datasets. The file name selects the format. Blocking; any thread.
 #pragma once
 
 #include <tarnis/formats/dataset.h>
@@ -19,7 +19,7 @@ enum class FileFormat {
     Hdf5 ///< .h5, .hdf5, .nxs; needs the component Tarnis::Hdf5 at run time
 };
 
-/// The format by the end of a file's name, whatever its case; nothing for another end.
+/// The format for the suffix of a file name, case-insensitive; empty for an unknown suffix.
 TARNIS_EXPORT std::optional<FileFormat> formatOfName(const QString& path);
 
 /// What encodeDataset() returns.
@@ -34,7 +34,7 @@ TARNIS_EXPORT EncodeResult encodeDataset(const Dataset& data, FileFormat format)
 /// The dataset of a file's content.
 TARNIS_EXPORT DatasetResult decodeDataset(QByteArrayView bytes, FileFormat format);
 
-/// Writes a file in one step, as writeFile() does. Returns an empty text, or the cause without the path.
+/// Writes a file atomically, see writeFile(). Returns an empty text, or the cause without the path.
 [[nodiscard]] TARNIS_EXPORT QString writeDataset(const QString& path, const Dataset& data);
 /// Reads a file of up to 1 GiB. An empty title becomes the file's name.
 TARNIS_EXPORT DatasetResult readDataset(const QString& path);

@@ -32,7 +32,7 @@ struct NpyHeader {
     bool hasType = false, hasOrder = false, hasShape = false;
 };
 
-/// Reads the dictionary, which is a literal of the Python language of three known keys.
+/// Reads the dictionary, a Python literal with three known keys.
 class DictionaryReader {
 public:
     explicit DictionaryReader(QByteArrayView text)
@@ -40,7 +40,7 @@ public:
     {
     }
 
-    /// False if the text is anything but such a dictionary; position() is then where.
+    /// False if the text is not such a dictionary; position() is then where the error is.
     bool read(NpyHeader& header)
     {
         if (!take('{'))
@@ -68,7 +68,7 @@ private:
     }
     bool readType(NpyHeader& header)
     {
-        if (isNext('[')) { // a record of fields, which the caller refuses by its type
+        if (isNext('[')) { // a structured type, which the caller rejects
             header.hasType = header.hasOrder = header.hasShape = true;
             header.type = "record";
             m_position = m_text.size();
@@ -243,7 +243,7 @@ std::pair<const NumberType*, bool> numberTypeOf(QByteArrayView descr)
         std::begin(numberTypes), std::end(numberTypes), [&](const NumberType& known) { return known.code == descr; });
     if (type == std::end(numberTypes))
         return { nullptr, false };
-    // The 16 bytes are the x86 format in memory, which other machines and the other byte order do not share.
+    // The 16 bytes are the x86 extended format, which is not portable to other machines or the other byte order.
     if (type->bytes == 16 && (swap || sizeof(long double) != 16 || std::numeric_limits<long double>::digits != 64))
         return { nullptr, false };
     return { type, swap };
@@ -348,7 +348,7 @@ QByteArray encodeNpy(const Dataset& data)
     const QByteArray shape = single ? QByteArray::number(data.columns) + ','
                                     : QByteArray::number(data.rows) + ", " + QByteArray::number(data.columns);
     QByteArray header = "{'descr': '<f8', 'fortran_order': False, 'shape': (" + shape + "), }";
-    // The values begin at a multiple of 64 bytes, so that they can be mapped into memory.
+    // The values begin at a multiple of 64 bytes, so that the file can be memory-mapped.
     constexpr qsizetype prefix = 10;
     header += QByteArray(63 - (prefix + header.size()) % 64, ' ') + '\n';
     QByteArray bytes = magic.toByteArray() + QByteArrayView("\x01\x00", 2).toByteArray();

@@ -11,12 +11,12 @@
 namespace tarnis {
 
 /// The values as little-endian 64-bit floating point in C order: one dimension for a single curve, else two. The format
-/// has no place for axes, units and errors. An inconsistent dataset returns no bytes.
+/// cannot store axes, units and errors. Returns no bytes for an inconsistent dataset.
 TARNIS_EXPORT QByteArray encodeNpy(const Dataset& data);
 
 /// Reads one array of real numbers (b1, i1 to i8, u1 to u8, f2 to f8, and f16 of this machine), in either byte order
-/// and in C or Fortran order. One dimension, or none, is a curve, two are a map with the first index as y. Integers
-/// beyond 2^53 are rounded to the nearest double.
+/// and in C or Fortran order. An array of at most one dimension is a curve, one of two dimensions a map whose first
+/// index is y. Integers beyond 2^53 are rounded to the nearest double.
 TARNIS_EXPORT DatasetResult decodeNpy(QByteArrayView bytes);
 
 } // namespace tarnis

@@ -15,7 +15,7 @@ void appendNumber(QByteArray& text, double value)
     std::array<char, 32> digits; // NOLINT(*-member-init): filled by to_chars
     char* const end = digits.data() + digits.size();
     std::to_chars_result result {};
-    // to_chars alone writes 100000 as 1e+05, which is the shorter text but not what a count looks like.
+    // to_chars alone writes 100000 as 1e+05, which is shorter but no readable count.
     if (std::fabs(value) < exactIntegers && value == std::trunc(value) && !(value == 0.0 && std::signbit(value)))
         result = std::to_chars(digits.data(), end, static_cast<qint64>(value));
     else

@@ -20,7 +20,7 @@ struct Texts {
 constexpr qsizetype maxChannels = qsizetype { 1 } << 24;
 const QString timeFormat = QStringLiteral("MM/dd/yyyy HH:mm:ss");
 
-/// Takes the file line by line and knows the section that it is in.
+/// Reads the file line by line and keeps track of the current section.
 class SpeReader {
 public:
     /// Returns an error, or an empty text.
@@ -95,7 +95,7 @@ private:
         return {};
     }
 
-    /// Sections that a spectrum is complete without: what cannot be understood there is left out.
+    /// Optional sections: values there that cannot be parsed are ignored.
     void takeDetail(QByteArrayView line)
     {
         if (m_section == "$SPEC_ID:" && m_linesInSection == 1)
@@ -131,7 +131,7 @@ private:
             return {};
         return *numbers;
     }
-    /// Coefficients, with a unit behind the last one in some files.
+    /// Coefficients, followed by a unit in some files.
     void takePolynomial(QByteArrayView line)
     {
         const qsizetype blank = line.lastIndexOf(' ');
@@ -152,7 +152,7 @@ private:
     Dataset m_data;
 };
 
-/// The first channel if the axis counts channels from a number that is not negative.
+/// The first channel if the axis consists of consecutive channel numbers from 0 or more.
 std::optional<qsizetype> firstChannel(const DataAxis& axis, qsizetype bins)
 {
     if (axis.values.empty())

@@ -17,8 +17,8 @@ QMutex& deferredCallMutex()
     return *mutex;
 }
 
-// Set while this thread holds the mutex and runs or drops a function. That may destroy the guard of another call, or
-// run a nested event loop that comes to another call: both want the mutex on the same thread once more.
+// Set while this thread holds the mutex and runs or drops a function. The function may destroy the guard of another
+// call, or run a nested event loop that reaches another call. Both lock the mutex on this thread again.
 thread_local bool holdsTheMutex = false;
 
 QMutex* unlessHeld()
@@ -42,7 +42,7 @@ DelayCall::DelayCall(std::function<void()> function, int delayMs, QObject* guard
 
 void DelayCall::onTimeout()
 {
-    // The function may destroy the guard itself; onDestroyed() must not come while it runs.
+    // The function may destroy the guard itself; onDestroyed() must not be called while it runs.
     disconnect(m_guardConnection);
     const QMutexLocker locker(unlessHeld());
     const QScopedValueRollback held(holdsTheMutex, true);

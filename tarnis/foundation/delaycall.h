@@ -1,6 +1,6 @@
 /// @file
-/// Runs a function once, after a delay, unless a named object dies first. On the thread that asks, which needs an event
-/// loop; all deferred calls of the process run one at a time.
+/// Runs a function once, after a delay, unless a guard object is destroyed first. It runs on the calling thread, which
+/// needs an event loop; all deferred calls of the process run one at a time.
 #pragma once
 
 #include <tarnis/tarnis_export.h>
@@ -11,15 +11,15 @@
 
 class QTimer;
 
-/// One pending call. It deletes itself once the call has been made or dropped; made by delay_call().
+/// One pending call, created by delay_call(). It deletes itself after the call has been made or dropped.
 class TARNIS_EXPORT DelayCall : public QObject {
     Q_OBJECT
 public:
-    /// Copies the function and starts the timer. `guard` may be null, and then the call is always made.
+    /// Copies the function and starts the timer. With a null `guard` the call is always made.
     DelayCall(std::function<void()> function, int delayMs, QObject* guard);
 
 public Q_SLOTS:
-    /// The guard is gone: destroys the function, with all that it captured, and stops the timer.
+    /// The guard was destroyed: destroys the function with everything it captured, and stops the timer.
     void onDestroyed(QObject* object);
     /// Calls the function under the process-wide mutex of deferred calls.
     void onTimeout();
@@ -28,7 +28,7 @@ protected:
     std::function<void()> m_function; ///< empty once dropped
     QObject* m_guard; ///< not owned, may be null
     QTimer* m_timer; ///< single shot, a child
-    QMetaObject::Connection m_guardConnection; ///< to onDestroyed(), cut while the function runs
+    QMetaObject::Connection m_guardConnection; ///< to onDestroyed(); disconnected while the function runs
 };
 
 /// Calls `function` after `delayMs` milliseconds on this thread's event loop; 0 (or less) means its next turn.

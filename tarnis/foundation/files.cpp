@@ -23,7 +23,7 @@ struct Texts {
     Q_DECLARE_TR_FUNCTIONS(tarnis::Files)
 };
 
-/// The text for a failed call. `folder` is where the file is to be.
+/// The text for a failed call. `folder` is the destination folder.
 QString causeOf(int code, const QString& folder = {})
 {
     switch (code) {
@@ -75,7 +75,7 @@ public:
 
     bool isOpen() const { return m_number >= 0; }
     int number() const { return m_number; }
-    /// 0, or the error of the last write that a file system reports only now.
+    /// 0, or a write error that the file system reports only on close.
     int close()
     {
         const int result = ::close(m_number);
@@ -127,7 +127,7 @@ std::optional<QString> linkTarget(QString path)
     return std::nullopt;
 }
 
-/// A new file with a name of its own in `folder`, removed by the destructor unless it has been renamed.
+/// A new file with a unique name in `folder`, removed by the destructor unless it has been renamed.
 class TemporaryFile {
 public:
     explicit TemporaryFile(const QString& folder)
@@ -145,7 +145,7 @@ public:
     TemporaryFile(const TemporaryFile&) = delete;
     TemporaryFile& operator=(const TemporaryFile&) = delete;
 
-    /// 0, or the code of the first error of all steps.
+    /// 0, or the code of the first error.
     int replace(const QString& path, QByteArrayView content)
     {
         if (m_error == 0)
@@ -163,14 +163,14 @@ public:
     }
 
 private:
-    /// The name is random, so that two programs that save at the same time do not meet.
+    /// The name is random, so that two programs that save at the same time do not collide.
     static QString freeName(const QString& folder)
     {
         return QStringLiteral("%1/.tarnis-%2")
             .arg(folder, QString::number(QRandomGenerator::system()->generate64(), 36));
     }
 
-    /// A file system without permissions or owners keeps its own.
+    /// A file system without permissions or owners ignores this.
     void keepPermissions(const QString& path) const
     {
         struct stat previous { };
@@ -201,7 +201,7 @@ bool isSpecial(const QString& path)
     return ::stat(QFile::encodeName(path).constData(), &info) == 0 && !S_ISREG(info.st_mode) && !S_ISDIR(info.st_mode);
 }
 
-/// Reads to the end, at most `maxBytes` and one more, by which the caller sees that there is more.
+/// Reads to the end, at most `maxBytes` + 1 bytes; the extra byte shows the caller that the file is too large.
 int readAll(int descriptor, qsizetype maxBytes, QByteArray& bytes)
 {
     constexpr qsizetype chunk = qsizetype { 1 } << 16;

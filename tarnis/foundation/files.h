@@ -1,6 +1,6 @@
 /// @file
-/// Files as a whole: written so that a reader sees the previous content or all of the new one, read with a limit. Needs
-/// no event loop and no widget. Any thread.
+/// Reads and writes complete files. Writes are atomic: a reader sees either the previous or the new content. Reads have
+/// a size limit. Needs no event loop and no widget. Any thread.
 #pragma once
 
 #include <tarnis/tarnis_export.h>
@@ -15,12 +15,13 @@ namespace tarnis {
 /// and without the path: "no space is left on the device: free some or choose another folder".
 ///
 /// An ordinary file is replaced in one step once all bytes are on the device, so that an error or an interrupt leaves
-/// the previous file, and no other one beside it; it keeps its permissions, and a symbolic link is followed. Devices
-/// and pipes, for example /dev/stdout, are written directly. A pipe whose reader has gone is an error only if SIGPIPE
-/// is ignored: by default that signal ends the process.
+/// the previous file, and leaves no temporary file; it keeps its permissions, and a symbolic link is followed. Devices
+/// and pipes, for example /dev/stdout, are written directly. A pipe that has been closed by its reader is an error only
+/// if SIGPIPE is ignored: by default that signal ends the process.
 [[nodiscard]] TARNIS_EXPORT QString writeFile(const QString& path, QByteArrayView content);
 
-/// Writes to a descriptor that is open for writing, all of it. Returns as writeFile() does. Does not close it.
+/// Writes all of the content to a descriptor that is open for writing. Returns the same as writeFile(). Does not close
+/// it.
 [[nodiscard]] TARNIS_EXPORT QString writeDescriptor(int descriptor, QByteArrayView content);
 
 /// What readFile() returns: the bytes, or an error.
@@ -32,7 +33,8 @@ struct FileContent {
 /// The largest file that readFile() reads unless the caller allows another size: 1 GiB.
 constexpr qsizetype maxFileBytes = qsizetype { 1 } << 30;
 
-/// Reads a file, device or pipe to its end. More than `maxBytes` is an error, found before so much is read or reserved.
+/// Reads a file, device or pipe to its end. More than `maxBytes` is an error, which is detected before that much is
+/// read or allocated.
 [[nodiscard]] TARNIS_EXPORT FileContent readFile(const QString& path, qsizetype maxBytes = maxFileBytes);
 
 } // namespace tarnis

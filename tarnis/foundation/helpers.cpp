@@ -75,7 +75,7 @@ QString engineeringNumber(double value, int precision)
         value /= 1000.0;
         exponent += 3;
     }
-    // The test of zero inside ends the loop where denormal numbers are flushed.
+    // The test for zero ends the loop where denormal numbers are flushed to zero.
     while (value != 0.0 && std::abs(value) < 1.0) {
         value *= 1000.0;
         exponent -= 3;
@@ -125,7 +125,7 @@ QList<QString> split(const QString& text, const QString& separator, int maxParts
         if (at - start < 1)
             break;
         parts.append(whole.mid(start, at - start));
-        // One character, not the separator's length: a longer separator leaves its tail.
+        // One character, not the separator's length: the rest of a longer separator stays in the text.
         start = at + 1;
     }
     parts.append(whole.mid(start));

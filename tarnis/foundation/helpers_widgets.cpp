@@ -1,4 +1,4 @@
-// The helper on widgets, apart from the others: it belongs to the part of the library that needs Qt Widgets.
+// The helper for widgets. It is separate because it needs Qt Widgets.
 #include "tarnis/foundation/helpers.h"
 
 #include <QWidget>

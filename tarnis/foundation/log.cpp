@@ -16,7 +16,7 @@ namespace {
 constexpr long rotationSize = 0xA00000;
 constexpr int rotationCount = 9;
 
-// Never destroyed: a thread may still log while the process's statics go.
+// Never destroyed: a thread may still log while static objects are destroyed.
 QRecursiveMutex& logMutex()
 {
     static auto* const mutex = new QRecursiveMutex;
@@ -48,7 +48,7 @@ void rotate(const std::string& path)
     std::rename(path.c_str(), numberedPath(path, 1).c_str());
 }
 
-// The local time to the second, worked out once a second: a time zone's rules cost more than all the rest of a line.
+// The local time to the second, computed once per second: applying the time zone costs more than the rest of a line.
 struct SecondText {
     qint64 second = -1;
     char text[sizeof "yyyy/MM/dd HH:mm:ss"] = {};
@@ -83,9 +83,9 @@ void writeLine(const char* word, const char* file, int line, std::string_view te
 {
     const std::string entry = formatLine(word, file, line, text);
     const QMutexLocker locker(&logMutex());
-    // closelog() may have come between the gate and here.
+    // closelog() may have been called after the level check.
     if (FILE* stream = currentStream()) {
-        // fputs() of the whole entry, also of one whose text holds a zero.
+        // Not fputs(): the text may contain a null character.
         std::fwrite(entry.data(), 1, entry.size(), stream);
         std::fflush(stream);
     }

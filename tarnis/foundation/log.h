@@ -21,12 +21,12 @@ namespace tarnis {
 extern TARNIS_EXPORT FILE* logStream; ///< null while the log is off; through std::atomic_ref
 extern TARNIS_EXPORT int logMinimumLevel; ///< through std::atomic_ref
 
-/// The gate of the macros and blocks, in place: one pointer test while the log is off.
+/// The check of the macros and blocks, inline: one pointer test while the log is off.
 inline bool logIsOn()
 {
     return std::atomic_ref(logStream).load(std::memory_order_acquire) != nullptr;
 }
-/// True while the log is on and takes lines of this level.
+/// True while the log is on and accepts lines of this level.
 inline bool logPasses(int level)
 {
     return logIsOn() && level >= std::atomic_ref(logMinimumLevel).load(std::memory_order_relaxed);
@@ -34,39 +34,39 @@ inline bool logPasses(int level)
 
 } // namespace tarnis
 
-/// Opens `path` for appending and drops lines below `level` from now on. A file of more than 10 MiB is renamed to
-/// name.1.ext first (older ones to .2 up to .10). A path that cannot be opened leaves the log off, without a report.
+/// Opens `path` for appending and drops lines below `level`. A file of more than 10 MiB is renamed to name.1.ext first
+/// (older ones to .2 up to .10). If the path cannot be opened, the log stays off and no error is reported.
 TARNIS_EXPORT void initlog(const std::string& path, int level);
 
-/// Closes the log; without an open log it does nothing.
+/// Closes the log, if it is open.
 TARNIS_EXPORT void closelog();
 
 /// True while a log is open. Takes no lock.
 TARNIS_EXPORT bool log_is_enabled();
 
-/// Writes one line, formatted as printf does and cut to 8191 bytes. `word` is the level in letters: DBG (0), INFO (10),
-/// ERR (30). Below the gate nothing is formatted.
+/// Writes one line, formatted as by printf and truncated to 8191 bytes. `word` is the name of the level: DBG (0), INFO
+/// (10), ERR (30). Nothing is formatted for a level that is not logged.
 TARNIS_EXPORT void __log__(int level, const char* word, const char* file, int line, const char* format, ...)
 #if defined(__GNUC__)
     __attribute__((format(printf, 5, 6)))
 #endif
     ;
-/// Writes `text` as it stands, whole, without any format processing.
+/// Writes `text` unchanged and completely, without format processing.
 TARNIS_EXPORT void __log__(int level, const char* word, const char* file, int line, const std::string& text);
-/// The same, in UTF-8.
+/// As above, in UTF-8.
 TARNIS_EXPORT void __log__(int level, const char* word, const char* file, int line, const QString& text);
 
-/// Formats as printf does and takes the bytes as UTF-8. Text beyond 8189 bytes is cut silently.
+/// Formats as printf does and decodes the bytes as UTF-8. The text is truncated to 8189 bytes.
 TARNIS_EXPORT QString strprintf(const char* format, ...)
 #if defined(__GNUC__)
     __attribute__((format(printf, 1, 2)))
 #endif
     ;
 
-/// A stretch of a thread's work, from construction to destruction, with a line at both ends.
+/// A block of work on one thread, from construction to destruction. Writes a line at both ends.
 class TARNIS_EXPORT _LogBlock {
 public:
-    /// Takes the next number and writes "name -> number", unless the log is off or `level` below its gate.
+    /// Assigns the next number and writes "name -> number", unless the log is off or `level` is not logged.
     _LogBlock(const char* file, int line, const char* name, int level)
         : m_file(file)
         , m_line(line)
@@ -85,15 +85,15 @@ public:
     _LogBlock& operator=(const _LogBlock&) = delete;
 
 protected:
-    long long m_num = 0; ///< 0 while the block is below the gate
+    long long m_num = 0; ///< 0 if the block's level is not logged
     /// As given to the constructor; both lines of the block show file and line. @{
     std::string m_file;
     int m_line;
     int m_level;
     /// @}
 
-    void open(const char* name); ///< takes the number and writes the first line
-    void close(); ///< writes the last line and forgets the number
+    void open(const char* name); ///< assigns the number and writes the first line
+    void close(); ///< writes the last line and releases the number
 
     static long long _next_num; ///< guarded by the log's mutex
     static std::map<unsigned long long, std::set<long long>> _num_map; ///< thread id to open blocks; same guard
@@ -101,7 +101,7 @@ protected:
 
 namespace tarnis {
 
-/// The part of a source path behind its last separator.
+/// The part of a source path after its last separator.
 consteval const char* sourceName(const char* path)
 {
     const char* name = path;
@@ -126,7 +126,7 @@ public:
         , m_name(m_text.constData())
     {
     }
-    const char* text() const { return m_name; } ///< lives as long as this
+    const char* text() const { return m_name; } ///< valid as long as this object
 
 private:
     QByteArray m_text;
@@ -143,20 +143,19 @@ private:
 
 /// @endcond
 
-/// A line of the level 0, 10 or 30, from a text or a printf form. With the log off the arguments are not evaluated. @{
+/// Writes a line of level 0, 10 or 30, from a text or a printf format with arguments. With the log off the arguments
+/// are not evaluated. @{
 #define LOG_DBG(...) TARNIS_LOG_LINE(0, "DBG", __VA_ARGS__)
 #define LOG_INFO(...) TARNIS_LOG_LINE(10, "INFO", __VA_ARGS__)
 #define LOG_ERR(...) TARNIS_LOG_LINE(30, "ERR", __VA_ARGS__)
-/// @}
-/// @cond
-// One text stands as it is, a text with arguments is a printf form.
+/// @} @cond A single text is written unchanged; a text with arguments is a printf format.
 #define TARNIS_LOG_NAME_PLAIN(name) name
 #define TARNIS_LOG_NAME_PLAIN_FORMATTED(...) strprintf(__VA_ARGS__)
 #define TARNIS_LOG_NAME(name, ...) TARNIS_LOG_NAME_PLAIN##__VA_OPT__(_FORMATTED)(name __VA_OPT__(, ) __VA_ARGS__)
 /// @endcond
 
-/// Opens a block of level 3 to the end of the scope. Takes a text or a printf form; with the log off the arguments are
-/// not even evaluated.
+/// Opens a block of level 3 to the end of the scope. Accepts a text or a printf format with arguments, which are not
+/// evaluated while the log is off.
 #define LOG_BLOCK(...)                                                                                                 \
     const _LogBlock TARNIS_LOG_JOIN(logBlock_, __LINE__)(tarnis::sourceName(__FILE__), __LINE__,                       \
         tarnis::logIsOn() ? tarnis::LogBlockName(TARNIS_LOG_NAME(__VA_ARGS__)).text() : "", 3)

@@ -12,11 +12,11 @@ namespace {
 
 struct Handlers {
     QMutex mutex;
-    MessageHandler host; ///< empty: the default one serves
-    MessageHandler byDefault; ///< empty: the Qt log serves
+    MessageHandler host; ///< empty: the default handler is used
+    MessageHandler byDefault; ///< empty: the Qt log is used
 };
 
-// Never destroyed: the widget part takes its handler back while the process's statics go.
+// Never destroyed: the widget part removes its handler while static objects are destroyed.
 Handlers& handlers()
 {
     static auto* const instance = new Handlers;
@@ -45,7 +45,7 @@ void setDefaultMessageHandler(MessageHandler handler)
 
 MessageButton showMessage(const Message& message)
 {
-    // The lock is not held during the call: a handler may replace itself, or show a message of its own.
+    // The lock is not held during the call: a handler may replace itself, or show another message.
     QMutexLocker locker(&handlers().mutex);
     const MessageHandler handler = handlers().host;
     locker.unlock();

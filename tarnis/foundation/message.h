@@ -1,6 +1,6 @@
 /// @file
-/// The messages that the library shows to the user, and who shows them. A program with widgets gets message boxes. A
-/// host that wants something else, for example a line in its own window, sets a handler for all of them.
+/// The messages that the library shows to the user. A program with widgets shows message boxes. A host can show them
+/// differently, for example in a status line, by setting a handler.
 #pragma once
 
 #include <tarnis/tarnis_export.h>
@@ -25,7 +25,7 @@ enum class MessageKind {
 
 /// A button of a message, and the answer to it. The values are those of QMessageBox::StandardButton.
 enum class MessageButton {
-    None = 0, ///< as an answer: there was none, and nothing is done
+    None = 0, ///< as an answer: the user gave none, and nothing is done
     Ok = 0x00000400, ///< does what the text asks, or closes the message
     Yes = 0x00004000, ///< accepts
     No = 0x00010000, ///< declines
@@ -40,30 +40,30 @@ struct Message {
     MessageKind kind = MessageKind::Information; ///< what it is about
     QString title = {}; ///< often the application's name; may be empty
     QString text = {}; ///< the message itself
-    MessageButtons buttons = MessageButton::Ok; ///< what the user may answer; a message without a choice has Ok alone
+    MessageButtons buttons = MessageButton::Ok; ///< the possible answers; a message without a choice has only Ok
     MessageButton defaultButton = MessageButton::None; ///< the answer of the Return key; None: the handler's choice
     QObject* window = nullptr; ///< the QWidget that the message belongs to; may be null, not owned
 };
 
 /// Shows a message and returns the answer, one of its buttons or MessageButton::None. Called on the thread that shows
-/// the message: the GUI thread, but for a host that uses the library's classes elsewhere. It may run an event loop, in
-/// which the window may be destroyed. Without a choice it may return at once and show the message later.
+/// the message: normally the GUI thread. It may run an event loop, in which the window may be destroyed. Without a
+/// choice it may return at once and show the message later.
 using MessageHandler = std::function<MessageButton(const Message&)>;
 
-/// Hands every message of the library to `handler` from now on, those of the dialogs included, in place of the default
-/// handler. An empty function restores that one. Returns the previous handler, empty if there was none. Any thread.
+/// Passes every message of the library, including those of the dialogs, to `handler` instead of the default handler. An
+/// empty function restores the default. Returns the previous handler, empty if there was none. Any thread.
 TARNIS_EXPORT MessageHandler setMessageHandler(MessageHandler handler);
 
-/// The handler that shows the messages of a host that has set none. In a program that links Tarnis::Tarnis and has a
-/// QApplication: a QMessageBox, which waits for the answer. Elsewhere: a warning of the logging category
-/// `tarnis.foundation`, and the answer MessageButton::None. For handlers that leave some messages to it. Any thread.
+/// The handler in use if the host has set none. In a program that links Tarnis::Tarnis and has a QApplication: a
+/// QMessageBox, which waits for the answer. Elsewhere: a warning of the logging category `tarnis.foundation`, and the
+/// answer MessageButton::None. A host's handler can call it for messages that it does not show itself. Any thread.
 TARNIS_EXPORT MessageHandler defaultMessageHandler();
 
-/// Replaces the default handler: for a library that shows messages by another toolkit. An empty function restores the
+/// Replaces the default handler: for a library that shows messages with another toolkit. An empty function restores the
 /// warning in the Qt log. Any thread.
 TARNIS_EXPORT void setDefaultMessageHandler(MessageHandler handler);
 
-/// Shows a message by the handler in use and returns the answer.
+/// Shows a message with the current handler and returns the answer.
 TARNIS_EXPORT MessageButton showMessage(const Message& message);
 
 } // namespace tarnis

@@ -29,7 +29,7 @@ MessageLabel::MessageLabel(QWidget* parent)
     : QLabel(parent)
 {
     setTextFormat(Qt::PlainText);
-    setWordWrap(true); // the layout then asks for a height by width
+    setWordWrap(true); // enables height-for-width
 }
 
 QString MessageLabel::shownText() const

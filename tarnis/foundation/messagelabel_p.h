@@ -1,4 +1,4 @@
-// A label for texts that come from a server. GUI thread only.
+// A label for texts from a server. GUI thread only.
 #pragma once
 
 #include <QLabel>
@@ -7,16 +7,16 @@ class QTextLayout;
 
 namespace tarnis {
 
-/// Shows its text as plain text, wrapped anywhere and in five lines at most, so that no text widens the window or fills
-/// it. text() is the whole text all the same. What is left out is in the tool tip, and in a window on a double click or
-/// by the context menu.
+/// Shows its text as plain text, wrapped anywhere and in five lines at most, so that no text widens or fills the
+/// window. text() returns the full text. The tool tip shows it too, and a double click or the context menu opens it in
+/// a window.
 class MessageLabel : public QLabel {
     Q_OBJECT
 public:
     explicit MessageLabel(QWidget* parent = nullptr);
 
-    bool isShortened() const; ///< whether a part of the text is not visible at the present width
-    void showAll(); ///< opens the whole text in a window
+    bool isShortened() const; ///< whether part of the text is hidden at the current width
+    void showAll(); ///< opens the full text in a window
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;

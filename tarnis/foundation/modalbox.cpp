@@ -13,13 +13,13 @@ namespace tarnis {
 
 namespace {
 
-// What a box can show on a small screen, and what its details can show at once.
+// Limits of a box on a small screen, and of its details.
 constexpr qsizetype boxChars = 1500;
 constexpr int boxLines = 15;
 constexpr qsizetype detailChars = 20000;
 constexpr int detailLines = 500;
 
-// The kinds and buttons of a message are those of a box by another name.
+// The kinds and buttons of a message have the values of those of QMessageBox.
 static_assert(int(MessageKind::Plain) == QMessageBox::NoIcon && int(MessageKind::Question) == QMessageBox::Question
     && int(MessageKind::Information) == QMessageBox::Information && int(MessageKind::Warning) == QMessageBox::Warning
     && int(MessageKind::Critical) == QMessageBox::Critical);
@@ -91,7 +91,7 @@ std::optional<QString> askText(QWidget* parent, const QString& title, const QStr
 
 } // namespace tarnis
 
-// Programs call nothing for their message boxes: the handler is there while this part of the library is loaded.
+// Programs need no call to get message boxes: the handler is set while this part of the library is loaded.
 static void installMessageBoxes()
 {
     tarnis::setDefaultMessageHandler(tarnis::showMessageBox);

@@ -1,5 +1,5 @@
-// Boxes that the code waits for. Their parent may be deleted meanwhile - a window that deletes itself on close, a host
-// that tidies up: the box then goes with it, and the caller learns that nothing was answered. GUI thread only.
+// Modal boxes. The parent may be deleted while a box is open, for example a window that deletes itself on close. The
+// box is then destroyed too, and the result says that there was no answer. GUI thread only.
 #pragma once
 
 #include <QMessageBox>
@@ -13,21 +13,21 @@ class QDialog;
 
 namespace tarnis {
 
-/// Runs a dialog that was made with `new`. True if it was accepted and is still there; one that is not accepted is
+/// Runs a dialog that was created with `new`. Returns true if it was accepted and still exists; otherwise it is
 /// deleted.
 bool isAccepted(const QPointer<QDialog>& dialog);
 
-/// Shows a message by the handler in use, by default a QMessageBox: see message.h. The box shows plain text; a
-/// long one is shortened, with more of it behind the button "Show Details...". NoButton if the parent went while the
-/// box was open.
+/// Shows a message with the current handler, by default a QMessageBox: see message.h. The box shows plain text. A long
+/// text is shortened, and the button "Show Details..." shows more of it. Returns NoButton if the parent was destroyed
+/// while the box was open.
 QMessageBox::StandardButton showBox(QMessageBox::Icon icon, QWidget* parent, const QString& title, const QString& text,
     QMessageBox::StandardButtons buttons = QMessageBox::Ok,
     QMessageBox::StandardButton defaultButton = QMessageBox::NoButton);
 
-/// What QFileDialog::getSaveFileName() does. Empty if the parent went.
+/// As QFileDialog::getSaveFileName(). Empty if the parent was destroyed.
 QString askSaveFileName(QWidget* parent, const QString& caption, const QString& directory, const QString& filter);
 
-/// What QInputDialog::getText() does. Nothing if it was not accepted or the parent went.
+/// As QInputDialog::getText(). Empty if the dialog was cancelled or the parent was destroyed.
 std::optional<QString> askText(QWidget* parent, const QString& title, const QString& label, const QString& text);
 
 } // namespace tarnis

@@ -1,4 +1,4 @@
-// Which modeless child windows of a widget are open, so that a second request shows the one that exists. A plain member
+// Keeps track of a widget's open modeless windows, so that a second request shows the existing window. A plain member
 // of the widget that opens them; GUI thread only.
 #pragma once
 
@@ -11,9 +11,9 @@
 #include <QThread>
 #include <QWidget>
 
-/// The owner looks a key up in `map`. A window that is there gets show() and activateWindow(). Otherwise the owner
-/// makes it, enters it, connects its destroyed(QObject*) to onDestroyed(QObject*), sets Qt::WA_DeleteOnClose and shows
-/// it.
+/// The owner looks up a key in `map`. If there is a window, the owner calls show() and activateWindow(). Otherwise it
+/// creates one, inserts it, connects its destroyed(QObject*) to onDestroyed(QObject*), sets Qt::WA_DeleteOnClose and
+/// shows it.
 class TARNIS_EXPORT ModelessWidgetManager : public QObject {
     Q_OBJECT
 public:
@@ -23,11 +23,11 @@ public:
     {
     }
 
-    /// Key, any pointer that names the window's purpose, to the open window. The windows are not owned.
+    /// Maps a key (any pointer that identifies the window's purpose) to the open window. The windows are not owned.
     QMap<void*, QWidget*> map;
 
 Q_SIGNALS:
-    /// A window is gone. `key` is null for a window that was not in the map.
+    /// A window was destroyed. `key` is null for a window that was not in the map.
     void onClosed(void* key);
 
 public Q_SLOTS:

@@ -15,7 +15,7 @@ namespace {
 /// What a retranslator sets; calls for the same property of the same object replace each other.
 enum class Property { None, Text, Title };
 
-/// A child of the widget: a widget hands a change of the language on to all its children, after its own turn.
+/// A child of the widget: a widget passes a language change on to its children after it has handled it itself.
 class Retranslator : public QObject {
 public:
     Retranslator(QWidget& widget, const QObject* subject, Property property)
@@ -39,7 +39,7 @@ public:
     }
 
 private:
-    const QObject* m_subject; ///< compared only: it may be gone
+    const QObject* m_subject; ///< only compared, as it may have been destroyed
     Property m_property;
     std::function<void()> m_apply;
 };

@@ -25,14 +25,14 @@ struct Texts {
     Q_DECLARE_TR_FUNCTIONS(tarnis::Saving)
 };
 
-/// Process-wide, because the library's windows make plots and tables of their own, which no host sees made.
+/// Process-wide, because the library's windows create plots and tables that the host does not know about.
 SaveHooks& hooks()
 {
     static SaveHooks instance;
     return instance;
 }
 
-/// Without reports: the file is emptied first, and an error of the disk is not noticed.
+/// Without reports: the file is truncated first, and a disk error is not detected.
 bool writeTableDirectly(const QString& path, const std::function<QString()>& text)
 {
     QFile file(path);
@@ -63,7 +63,7 @@ bool isFine(const QPrinter& printer)
     return printer.printerState() != QPrinter::Error && printer.printerState() != QPrinter::Aborted;
 }
 
-/// The printer's engine does not notice a full disk, so that the page is made elsewhere and looked at first.
+/// The printer's engine does not detect a full disk, so the page is written elsewhere and checked first.
 QString printPdf(QPrinter& printer, const std::function<bool()>& paint)
 {
     const QTemporaryDir scratch;
@@ -71,7 +71,7 @@ QString printPdf(QPrinter& printer, const std::function<bool()>& paint)
     const QString page = scratch.filePath(QStringLiteral("page.pdf"));
     printer.setOutputFileName(page);
     const bool isPainted = scratch.isValid() && paint() && isFine(printer);
-    printer.setOutputFileName(path); // the next dialog shows it
+    printer.setOutputFileName(path); // shown by the next dialog
     const FileContent content = readFile(page);
     if (!isPainted || !content.error.isEmpty() || !content.bytes.trimmed().endsWith("%%EOF"))
         return Texts::tr("the page cannot be made in the folder for temporary files '%1': free some space there")

@@ -16,7 +16,7 @@ constexpr qsizetype windowChars = 1 << 20;
 constexpr qsizetype lineChars = 1000;
 constexpr QSize windowSize(640, 400);
 
-// A single line of a megabyte would take a text edit seconds to lay out.
+// A text edit needs seconds to lay out a single line of a megabyte.
 QString withBoundedLines(const QString& text)
 {
     QString lines;

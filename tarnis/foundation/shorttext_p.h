@@ -1,4 +1,4 @@
-// Text of unknown size, such as a server sends, made fit for display: plain, and no longer than a user can read.
+// Prepares text of unknown size, for example from a server, for display: plain and limited in length.
 #pragma once
 
 #include <QString>
@@ -7,8 +7,8 @@ class QWidget;
 
 namespace tarnis {
 
-/// The beginning of `text`, at most `maxChars` characters and `maxLines` lines, with "…" behind it where something is
-/// left out. Takes time for what is kept, not for the whole text.
+/// The beginning of `text`, at most `maxChars` characters and `maxLines` lines, followed by "…" if the text was
+/// shortened. Takes time proportional to the result, not to the text.
 QString shortText(const QString& text, qsizetype maxChars, int maxLines);
 
 /// Plain text as a tool tip: escaped, so that nothing in it is read as markup, and shortened.

@@ -43,7 +43,7 @@ int SysMsg::postLog(const char* format, ...)
     const int length = std::vsnprintf(buffer, sizeof buffer, format, arguments);
     locker.unlock();
     va_end(arguments);
-    // Unlocked before, so that a slot may post again.
+    // Emitted without the lock, so that a slot may post again.
     if (length >= 0)
         Q_EMIT onSysMsg(QString::fromUtf8(buffer));
     return length;

@@ -8,7 +8,7 @@ namespace tarnis {
 
 namespace {
 
-// In one pass: an argument may hold "%1" itself.
+// In one pass, because an argument may contain "%1".
 QString inserted(const QString& pattern, const QStringList& arguments)
 {
     switch (arguments.size()) {

@@ -1,5 +1,5 @@
 /// @file
-/// The library's messages at system level with their parts, for hosts that show them in the user's language.
+/// The library's system-level messages as pattern and arguments, for hosts that show them in the user's language.
 #pragma once
 
 #include <tarnis/tarnis_export.h>
@@ -13,22 +13,22 @@ namespace tarnis {
 /// A message that the library posts to _g_sysMsg.
 struct TARNIS_EXPORT SystemMessage {
     const char* pattern = ""; ///< English, with %1 and %2 for the arguments; a literal of the library
-    QStringList arguments; ///< at most two: names, numbers and texts of the system
+    QStringList arguments; ///< at most two: names, numbers and operating system texts
 
-    /// In English, as _g_sysMsg gives it.
+    /// In English, as posted to _g_sysMsg.
     QString text() const;
     /// In the language of the installed translators.
     QString translated() const;
 };
 
-/// Emits what the library posts to _g_sysMsg, and nothing that a host posts there.
+/// Emits the messages that the library posts to _g_sysMsg, but not those that a host posts there.
 class TARNIS_EXPORT SystemMessages : public QObject {
     Q_OBJECT
 public:
-    /// The only one; lives as long as the program.
+    /// The only instance; never destroyed.
     static SystemMessages& instance();
 
-    /// Posts the text to _g_sysMsg, which cuts it to 2045 bytes, then emits posted(). Any thread may post.
+    /// Posts the text to _g_sysMsg, truncated to 2045 bytes, then emits posted(). Any thread may post.
     void post(const tarnis::SystemMessage& message);
 
 Q_SIGNALS:

@@ -3,7 +3,7 @@
 
 namespace tarnis {
 
-/// The number that the system's own tools show (gettid on Linux). Unique among the threads that live.
+/// The thread id that system tools show (gettid on Linux). Unique among running threads.
 unsigned long long currentThreadNumber();
 
 } // namespace tarnis

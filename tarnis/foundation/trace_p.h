@@ -1,6 +1,5 @@
-// Developer traces: what a developer wants to see on the Qt message handler, beside the log and independent of it. The
-// folder of a source names the logging category of its traces, for example `tarnis.server`, so that a host can silence
-// them without silencing itself.
+// Debug traces for developers, sent to the Qt message handler. Independent of the log. The folder of a source names the
+// logging category of its traces, for example `tarnis.server`, so that a host can disable them separately.
 #pragma once
 
 #include "tarnis/foundation/log.h"
@@ -18,7 +17,7 @@ struct TraceCategoryName {
     char text[32] = "tarnis"; ///< zero-terminated
 };
 
-/// `tarnis.` and the folder behind the last "tarnis/" of a source's path; `tarnis` for a path without a folder there.
+/// `tarnis.` and the folder after the last "tarnis/" of a source's path; `tarnis` for a path without a folder there.
 consteval TraceCategoryName traceCategoryName(std::string_view path)
 {
     constexpr std::string_view root = "tarnis/";
@@ -47,10 +46,10 @@ void trace(const QLoggingCategory& category, const char* file, int line, const Q
 
 } // namespace tarnis
 
-/// The category of the source that this is written in.
+/// The category of the source file that uses the macro.
 #define TARNIS_TRACE_CATEGORY() tarnis::traceCategory<tarnis::traceCategoryName(__FILE__)>()
 
-/// A trace of the source that this is written in. The text is not evaluated while the category is off.
+/// Writes a trace for the source file that uses the macro. The text is not evaluated while the category is off.
 #define TARNIS_TRACE(text)                                                                                             \
     (TARNIS_TRACE_CATEGORY().isDebugEnabled()                                                                          \
             ? tarnis::trace(TARNIS_TRACE_CATEGORY(), tarnis::sourceName(__FILE__), __LINE__, text)                     \

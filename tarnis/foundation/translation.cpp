@@ -3,7 +3,7 @@
 #include <QCoreApplication>
 #include <QTranslator>
 
-// In no namespace: the macro declares a function of the global one. A static archive needs it.
+// Outside any namespace, because the macro declares a global function. Needed for a static library.
 static void makeCataloguesAvailable()
 {
     Q_INIT_RESOURCE(tarnis_translations);

@@ -1,4 +1,4 @@
-// Handles of the HDF5 C library that close themselves, and its errors kept from standard error.
+// RAII handles for the HDF5 C library, and a guard that keeps its errors off standard error.
 #pragma once
 
 #include <hdf5.h>
@@ -38,7 +38,7 @@ private:
     Close m_close;
 };
 
-/// The library prints its stack of errors by default. Callers get a text instead.
+/// The library prints its stack of errors by default. Callers get an error text instead.
 class Quiet {
 public:
     Quiet()

@@ -19,7 +19,7 @@ using hdf5::Handle;
 
 constexpr std::size_t maxTextBytes = std::size_t { 1 } << 20;
 
-/// A text as one or as several strings of fixed or of variable length.
+/// Reads a text stored as one or several strings of fixed or variable length.
 template <typename Read> QStringList textsOf(hid_t type, hid_t space, const Read& read)
 {
     const hssize_t count = H5Sget_simple_extent_npoints(space);
@@ -68,7 +68,7 @@ QString textAttribute(hid_t object, const char* name)
     return textAttributes(object, name).value(0);
 }
 
-/// Whether a link of that name leads to an object of that kind.
+/// Whether a link with this name leads to an object of this type.
 bool holds(hid_t group, const char* name, H5I_type_t kind)
 {
     if (*name == '\0' || H5Lexists(group, name, H5P_DEFAULT) <= 0 || H5Oexists_by_name(group, name, H5P_DEFAULT) <= 0)
@@ -91,7 +91,7 @@ QString textDataset(hid_t group, const char* name)
     }).value(0);
 }
 
-/// Numbers with their shape; no shape if there are none that can be read.
+/// Numbers with their shape; the shape is empty if they cannot be read.
 struct Numbers {
     std::vector<double> values;
     std::vector<hsize_t> shape;
@@ -198,7 +198,7 @@ bool hasNumbers(hid_t group, const char* name)
     return kind == H5T_INTEGER || kind == H5T_FLOAT;
 }
 
-/// Reads one group, and the entry around it.
+/// Reads one group and the entry that contains it.
 class Reader {
 public:
     Reader(Dataset& data, qsizetype fileBytes)
@@ -299,16 +299,16 @@ private:
     qsizetype m_fileBytes;
 };
 
-/// The library of version 1.10 walks the objects of a heap of texts by their sizes, for ever at one without size. The
-/// layout is that of section III.E of the HDF5 file format, version 3.0: signature, version, three zeros,
-/// size; then objects of two numbers, four zeros, size and content, of which number 0 is the free rest.
+/// Version 1.10 of the library walks the objects of a string heap by their sizes and loops forever at an object of size
+/// zero. The layout is described in section III.E of the HDF5 file format, version 3.0: signature, version, three
+/// zeros, size; then objects of two numbers, four zeros, size and content. Object 0 is the free space.
 bool isEndlessHeap(QByteArrayView bytes)
 {
     constexpr qsizetype header = 16;
     constexpr quint64 alignment = 8;
     const auto sizeAt = [&](qsizetype place) { return qFromLittleEndian<quint64>(bytes.data() + place); };
     if (bytes.size() < header || bytes[4] != 1 || sizeAt(8) > static_cast<quint64>(bytes.size()))
-        return false; // the library refuses it
+        return false; // the library rejects it
     const auto end = static_cast<qsizetype>(sizeAt(8));
     for (qsizetype place = header; place + header <= end;) {
         const quint64 size = sizeAt(place + 8);

@@ -16,7 +16,7 @@ struct Texts {
 
 using hdf5::Handle;
 
-/// Builds the file in memory. The first failure ends it; later calls do nothing.
+/// Builds the file in memory. After the first failure, later calls do nothing.
 class Writer {
 public:
     Writer()
@@ -89,7 +89,7 @@ public:
     hid_t file() const { return m_file; }
     bool isGood() const { return m_good; }
 
-    /// The bytes of the file, once all objects in it are closed.
+    /// The bytes of the file. All objects in it must be closed.
     QByteArray finish()
     {
         QByteArray bytes;
@@ -136,7 +136,7 @@ std::vector<hsize_t> shapeOf(const Dataset& data)
 
 void writeAxis(Writer& writer, hid_t group, const char* name, const DataAxis& axis, qsizetype bins)
 {
-    // A file without axis would be read over indices: the edges of numbered bins are written too.
+    // Readers use indices if there is no axis, so the edges of numbered bins are written too.
     const std::vector<double> values = axis.values.empty() ? edgesOf(axis, bins) : axis.values;
     writer.numbers(group, name, values, { values.size() }, axis.name, axis.unit);
 }

@@ -1,4 +1,5 @@
-// What the core library looks for when it loads this one: the names are those of tarnis/formats/formatmodule_p.h.
+// The functions that the core library looks up when it loads this one. Their names are defined in
+// tarnis/formats/formatmodule_p.h.
 #include "tarnis/formats/formatmodule_p.h"
 #include "tarnis/hdf5/nexusfile.h"
 

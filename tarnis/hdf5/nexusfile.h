@@ -1,5 +1,6 @@
 /// @file
-/// HDF5 files in the NeXus layout NXdata, by the HDF5 C library. The component Tarnis::Hdf5; any thread, one at a time.
+/// HDF5 files in the NeXus layout NXdata, using the HDF5 C library. Part of the component Tarnis::Hdf5; any thread, one
+/// at a time.
 #pragma once
 
 #include <tarnis/formats/formats.h>
@@ -13,9 +14,9 @@ namespace tarnis {
 TARNIS_HDF5_EXPORT EncodeResult encodeHdf5(const Dataset& data);
 
 /// Reads a NeXus file: the group that the attributes `default` lead to, else the first NXdata group, else a file's only
-/// dataset of numbers with one or two dimensions. Sizes are checked before memory is used for them. Files that are
-/// whole but unexpected are errors. The HDF5 library itself can crash on files that were damaged on purpose: do not
-/// read files of unknown origin.
+/// dataset of numbers with one or two dimensions. Sizes are checked before memory is used for them. Valid files with
+/// unexpected content are errors. The HDF5 library itself can crash on maliciously damaged files: do not read files of
+/// unknown origin.
 TARNIS_HDF5_EXPORT DatasetResult decodeHdf5(QByteArrayView bytes);
 
 } // namespace tarnis

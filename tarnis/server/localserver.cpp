@@ -18,7 +18,7 @@ std::optional<quint16> announcedPort(const QString& output)
     if (found < 0)
         return std::nullopt;
     const QString behind = output.mid(found + label.size());
-    // Without a line feed nothing is left: the server writes the line in one piece.
+    // Empty without a line feed: the server writes the line in one piece.
     return behind.left(behind.indexOf(QLatin1Char('\n')) + 1).toUShort();
 }
 

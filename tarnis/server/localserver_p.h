@@ -1,4 +1,4 @@
-// What the manager works out about a local server, on plain values.
+// What the manager derives about a local server, as pure functions.
 #pragma once
 
 #include <QString>
@@ -7,12 +7,12 @@
 
 namespace tarnis {
 
-/// The directory of the program, with a separator at its end. Of a path with a blank only the piece before it counts:
-/// the path is a command line.
+/// The directory of the program, with a separator at its end. Only the part of the path before the first space counts,
+/// because the path is a command line.
 QString workingDirectory(const QString& processPath);
 
-/// The port behind the first "UI port:" of the server's output, nothing where that does not occur. 0 if the line is not
-/// yet ended by a line feed, or does not hold an unsigned 16-bit number.
+/// The port after the first "UI port:" in the server's output; empty without such a line. 0 if the line has no line
+/// feed yet, or no unsigned 16-bit number.
 std::optional<quint16> announcedPort(const QString& output);
 
 } // namespace tarnis

@@ -1,4 +1,4 @@
-// Where a server is.
+// The address of a server.
 #pragma once
 
 #include <tarnis/tarnis_export.h>
@@ -8,7 +8,7 @@
 
 namespace tarnis {
 
-/// What a session needs to know of a server. A plain value.
+/// What a session needs to connect to a server. A plain value.
 struct TARNIS_EXPORT ServerAddress {
     QString host; ///< name or IP address
     quint16 port = 0; ///< of TCP

@@ -12,14 +12,14 @@ namespace tarnis {
 
 namespace {
 
-// The children of the application object go too late for a process to be waited for.
+// The application object destroys its children too late to wait for a process there.
 void endServersWithApplication()
 {
     const auto pending = QCoreApplication::instance()->findChildren<ServerExit*>(QString(), Qt::FindDirectChildrenOnly);
     qDeleteAll(pending);
 }
 
-// An owner for the case that no event loop runs any more. None for a manager in another thread than the application's.
+// The owner in case no event loop is running any more. Null for a manager in a thread other than the application's.
 QObject* applicationObject()
 {
     QCoreApplication* const application = QCoreApplication::instance();

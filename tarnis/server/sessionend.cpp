@@ -11,16 +11,16 @@ namespace tarnis {
 
 namespace {
 
-// Each waits for a worker that has been asked to end, and does not need a core for that.
+// Each thread only waits for a worker that is ending, and needs no core for that.
 constexpr int maxEndingThreads = 32;
 
-// Not the global pool: a host may fill or clear that one.
+// Not the global pool, which a host may fill or clear.
 class EndingPool : public QThreadPool {
 public:
     EndingPool()
     {
         setMaxThreadCount(maxEndingThreads);
-        setExpiryTimeout(0); // no idle threads: sessions end seldom
+        setExpiryTimeout(0); // no idle threads, because sessions rarely end
     }
 };
 
@@ -45,7 +45,8 @@ void endInBackground(TarnisSession* session)
         delete session;
         return;
     }
-    // The application object goes before what a worker uses to its end: the log, and Qt's own statics.
+    // The application object is destroyed before the things that a worker uses until its end: the log and Qt's static
+    // objects.
     qRemovePostRoutine(waitForEndingSessions);
     qAddPostRoutine(waitForEndingSessions);
     endingPool->start([session] { delete session; });

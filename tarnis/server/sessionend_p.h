@@ -1,11 +1,11 @@
-// The request that a session ends, for those who delete it themselves.
+// Requests the end of a session, for callers that delete it themselves.
 #pragma once
 
 class TarnisSession;
 
 namespace tarnis {
 
-/// What endInBackground() and the manager do with a session's private parts.
+/// Access to the private parts of a session for endInBackground() and the manager.
 class SessionEnd {
 public:
     /// Ends the worker's waits and its loop; returns at once. Any thread.

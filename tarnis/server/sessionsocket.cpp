@@ -21,7 +21,7 @@ void SessionStop::request()
     m_isRequested = true;
     std::atomic_ref(m_quit).store(true);
     m_wake.notify_all();
-    // A dispatcher that is woken before it waits does not wait: no request is lost between the test and the wait.
+    // A dispatcher that is woken before it waits returns at once, so no request is lost between the test and the wait.
     if (m_dispatcher)
         m_dispatcher->wakeUp();
 }
@@ -43,7 +43,7 @@ bool SessionStop::copyPrompt(const std::function<const QByteArray*()>& prompt, Q
     const QByteArray* const bytes = m_isRequested ? nullptr : prompt();
     if (!bytes)
         return false;
-    // The characters too: the host's array may refer to memory that it does not own.
+    // A deep copy: the host's array may refer to memory that it does not own.
     copy = QByteArray(bytes->constData(), bytes->size());
     return true;
 }
@@ -68,29 +68,29 @@ bool SessionSocket::waitForConnected(int ms)
         abort();
         return false;
     }
-    return QTcpSocket::waitForConnected(0); // sets the error of an attempt that took too long
+    return QTcpSocket::waitForConnected(0); // sets the timeout error
 }
 
 bool SessionSocket::waitForReadyRead(int ms)
 {
-    // The base class reads what is here already, and sends what is to be sent, with fewer system calls.
+    // The base class reads available bytes and sends pending ones with fewer system calls.
     if (QTcpSocket::waitForReadyRead(0))
         return true;
     const qint64 before = bytesAvailable();
     const auto isSettled = [this, before] { return bytesAvailable() > before || state() != ConnectedState; };
     if (waitUntil(isSettled, ms))
         return bytesAvailable() > before;
-    return !m_stop.isQuitting() && QTcpSocket::waitForReadyRead(0); // sets the error of a wait that took too long
+    return !m_stop.isQuitting() && QTcpSocket::waitForReadyRead(0); // sets the timeout error
 }
 
-// Whether the condition holds; false at the deadline and when the session is to end.
+// True once the condition holds; false at the deadline and when the session is to end.
 bool SessionSocket::waitUntil(const std::function<bool()>& condition, int ms)
 {
     if (condition() || ms <= 0)
         return condition();
     QAbstractEventDispatcher* const dispatcher = QAbstractEventDispatcher::instance();
     m_stop.setDispatcher(dispatcher);
-    // It repeats: one that came a little early would leave the dispatcher waiting for ever.
+    // Not single-shot: a timer that fires slightly early would leave the dispatcher waiting forever.
     QTimer alarm;
     alarm.setTimerType(Qt::PreciseTimer);
     alarm.start(ms);

@@ -1,5 +1,5 @@
-// How a session's worker waits: for the socket, for a pause, for the queue. Every wait ends at once when the session is
-// to end.
+// The waits of a session's worker: for the socket, for a pause, for the queue. Every wait ends at once when the session
+// is to end.
 #pragma once
 
 #include <QByteArray>
@@ -13,21 +13,21 @@ class QAbstractEventDispatcher;
 
 namespace tarnis {
 
-/// The request that a session ends, between the thread that makes it and the worker. Standard types, so that the
-/// thread sanitizer sees every access.
+/// Passes the request to end a session from any thread to the worker. Uses standard types, so that the thread sanitizer
+/// sees every access.
 class SessionStop {
 public:
     /// `quit` is the session's flag; it is read and written through std::atomic_ref.
     explicit SessionStop(bool& quit);
 
-    /// Sets the flag and ends the worker's waits. The prompt is not read any more from then on. Any thread.
+    /// Sets the flag and ends the worker's waits. The prompt is no longer read after that. Any thread.
     void request();
     /// Whether the flag is set, by request() or otherwise. Any thread.
     bool isQuitting() const;
     /// Waits `ms`, or until request(). Worker only.
     void sleep(int ms);
-    /// A copy of the bytes that `prompt` returns, false if it returns null or after request(): the owner of the bytes
-    /// may delete them then.
+    /// Copies the bytes that `prompt` returns. False if it returns null, or after request(), when the owner may have
+    /// deleted the bytes.
     bool copyPrompt(const std::function<const QByteArray*()>& prompt, QByteArray& copy);
 
 private:
@@ -41,13 +41,13 @@ private:
     QAbstractEventDispatcher* m_dispatcher = nullptr; ///< of a worker that waits for its socket
 };
 
-/// A socket for synchronous use on the worker's thread. Its waits do what the base class's do. Inside they run the
+/// A socket for synchronous use on the worker's thread. Its waits behave like those of the base class, but run the
 /// thread's event dispatcher, which another thread can wake.
 class SessionSocket : public QTcpSocket {
 public:
     explicit SessionSocket(SessionStop& stop);
 
-    /// False without an error of its own when the session is to end; the attempt is then given up.
+    /// False without an error when the session is to end; the attempt is then aborted.
     bool waitForConnected(int ms) override;
     /// As waitForConnected().
     bool waitForReadyRead(int ms) override;

@@ -1,5 +1,5 @@
-// The manager's life, status, named sessions and shutdown. The local server is in tarnis_process.cpp, the settings are
-// in tarnis_settings.cpp.
+// Construction, status, named sessions and shutdown of the manager. The local server is in tarnis_process.cpp, the
+// settings are in tarnis_settings.cpp.
 #include "tarnis/server/tarnis.h"
 
 #include "tarnis/foundation/checkedconnect_p.h"
@@ -19,10 +19,10 @@
 
 namespace {
 
-// The manager that takes delivery of a queued call on this thread, if any.
+// The manager that is receiving a queued call on this thread, if any.
 thread_local const Tarnis* queuedCallReceiver = nullptr;
 
-// The mark behind the queued calls of closed sessions.
+// An event that is posted after the queued calls of closed sessions.
 QEvent::Type queuedCallsDelivered()
 {
     static const auto type = QEvent::Type(QEvent::registerEventType());
@@ -76,8 +76,8 @@ bool Tarnis::event(QEvent* event)
     return QObject::event(event);
 }
 
-// Disconnecting a session does not take back the calls that it has queued already. They come before the mark behind
-// them, and their sender is gone; or it seems to be a new session, which got the memory of the old one.
+// Disconnecting a session does not remove the calls that it has already queued. They arrive before the marker event,
+// with a sender that is null or seems to be a new session that reuses the address of the old one.
 bool Tarnis::isCallOfClosedSession() const
 {
     const QMutexLocker locker(&m_mutex);
@@ -87,7 +87,7 @@ bool Tarnis::isCallOfClosedSession() const
     return !session || std::find(m_sessions.cbegin(), m_sessions.cend(), session) != m_sessions.cend();
 }
 
-// Until the mark comes round, calls of the sessions that were closed now may be in front of it.
+// Until the marker event arrives, calls of the sessions closed now may precede it.
 void Tarnis::outlastQueuedCalls()
 {
     ++m_closings;
@@ -245,8 +245,7 @@ bool Tarnis::SendCmd(const QString& idSession, const QString& cmdName, const QSt
 TarnisSession* Tarnis::startNamedSession(const QString& id)
 {
     LOG_DBG("    creating new session");
-    // A caller on another thread cannot give the session its parent: that happens when the manager's thread comes
-    // round.
+    // A caller on another thread cannot set the session's parent; this is done later on the manager's thread.
     const bool ownThread = thread() == QThread::currentThread();
     auto* const session = new TarnisSession(m_host, m_port, m_prompt, ownThread ? parent() : nullptr);
     m_sessions[id] = session;
@@ -320,7 +319,7 @@ bool Tarnis::Shutdown()
 
 void Tarnis::closeNamedSessions()
 {
-    // All at once: each then has to be waited for a moment only.
+    // Request all ends first, so that each wait is short.
     for (TarnisSession* const session : std::as_const(m_sessions)) {
         if (session)
             tarnis::SessionEnd::request(*session);

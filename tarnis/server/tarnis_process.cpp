@@ -13,8 +13,8 @@ namespace {
 constexpr int startTimeoutMs = 30000;
 constexpr qint64 unreadOutputLimit = 1 << 20;
 
-// The server's output is not read once the port is known, and its error output never is: what a server writes in
-// months must not pile up in this process.
+// The server's output is not read once the port is known, and its error output never is. What a server writes in months
+// must not accumulate in this process.
 void boundUnreadOutput(QProcess* process)
 {
     QObject::connect(process, &QProcess::readyReadStandardOutput, process, [process] {
@@ -57,12 +57,12 @@ bool Tarnis::startLocalServer()
 
 void Tarnis::connectLocalServer()
 {
-    // A manager that runs a second server has this connection already.
+    // The connection already exists if this is not the manager's first server.
     disconnect(this, SIGNAL(StatusChanged(Tarnis::SERVER_STATUS)), this, SLOT(onStatusChanged(Tarnis::SERVER_STATUS)));
     tarnis::checkedConnect(
         this, SIGNAL(StatusChanged(Tarnis::SERVER_STATUS)), this, SLOT(onStatusChanged(Tarnis::SERVER_STATUS)));
     tarnis::checkedConnect(m_process, SIGNAL(readyReadStandardOutput()), this, SLOT(onServerReadyStdOut()));
-    // Not before the start: a program that does not start makes one report, not two.
+    // Connected after the start, so that a program that does not start is reported once, not twice.
     tarnis::checkedConnect(
         m_process, SIGNAL(errorOccurred(QProcess::ProcessError)), this, SLOT(onServerError(QProcess::ProcessError)));
     tarnis::checkedConnect(m_process,
@@ -74,7 +74,7 @@ void Tarnis::supersedeLocalServer()
 {
     if (!m_process)
         return;
-    // It is not stopped; its object stays until it has ended.
+    // The process is not stopped; its object is kept until it has ended.
     if (m_process->state() == QProcess::NotRunning) {
         m_process->deleteLater();
         return;
@@ -144,12 +144,12 @@ void Tarnis::closeLocalServer()
     }
     LOG_DBG("closing local server");
     const bool ended = m_process->state() == QProcess::NotRunning;
-    // A port that the server still announces is no business of the manager any more.
+    // A port that the server announces later no longer matters.
     disconnect(m_process, SIGNAL(readyReadStandardOutput()), this, SLOT(onServerReadyStdOut()));
     tarnis::askServerToExit(*m_process);
     new tarnis::ServerExit(m_process); // deletes itself, with the process
     m_process = nullptr;
-    // A process that ended before sends no `finished` any more that would bring this.
+    // A process that has already ended emits no `finished`, which would set this.
     if (ended)
         SetStatus(IDLE);
 }

@@ -1,5 +1,5 @@
 // The manager's settings, readout addresses and base path. Operations call one another through the virtual slots, so
-// that a subclass sees them.
+// that a subclass can intercept them.
 #include "tarnis/server/tarnis.h"
 
 #include "tarnis/foundation/log.h"
@@ -35,7 +35,7 @@ bool readAddress(const Tarnis& manager, const ReadoutKeys& keys, QString& ip, un
     return tcpIsNumber && bcpIsNumber;
 }
 
-// The result of each store is not looked at: a refused port is not stored, and the address shows it all the same.
+// The result of each store is ignored: a rejected port is not stored, but the address text still shows it.
 void storeAddress(Tarnis& manager, const ReadoutKeys& keys, const QString& ip, unsigned int tcp, unsigned int bcp)
 {
     manager.SetSettingValue(keys.ip, ip);
@@ -48,7 +48,7 @@ QString readoutAddressText(const QString& ip, unsigned int tcp)
     return ip + QLatin1Char(':') + QString::number(tcp);
 }
 
-// "setting" lines of five pairs. A full line ends with its last pair, the last one of fewer pairs with a blank.
+// "setting" lines of five pairs. A full line ends with its last pair, a shorter last line with a space.
 QList<QString> settingLines(const QMap<QString, QString>& settings)
 {
     QList<QString> lines;
@@ -196,7 +196,7 @@ int Tarnis::DownloadSettings(const QString& sessionId, bool bSave)
     const QMutexLocker locker(&m_mutex);
     m_commands += settingLines(m_settings);
     int sent = 0;
-    // By index: a subclass's SendCmd() may add lines, and they go out too.
+    // By index: a subclass's SendCmd() may add lines, which are sent too.
     for (; sent < m_commands.size(); ++sent) {
         const QString line = m_commands.at(sent);
         SendCmd(sessionId, QStringLiteral("updateSettingCmd%1").arg(sent), line, false);

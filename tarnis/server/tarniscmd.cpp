@@ -52,7 +52,8 @@ void TarnisCmd::devideByKey(const QString& text, QMap<QString, QList<QString>>& 
             continue;
         }
         storeSection(key, lines, out);
-        // Every mark goes, wherever it stands, and nothing is trimmed: "--a--b" is the key "ab", "-- x" the key " x".
+        // Every "--" is removed, at any position, and nothing is trimmed: "--a--b" is the key "ab", "-- x" the key "
+        // x".
         key = line;
         key.remove(sectionMark);
         lines.clear();
@@ -64,7 +65,7 @@ void TarnisCmd::makeNameValueMap(const QList<QString>& lines, QMap<QString, QStr
 {
     LOG_BLOCK("makeNameValueMap");
     out.clear();
-    // Not trimmed(): the anchored group matches once only, so that a second blank in front stays.
+    // Not trimmed(): the anchored group matches only once, so a second leading space is kept.
     static const QRegularExpression outerSpace(QStringLiteral("(^\\s)+|(\\s+$)"));
     for (const QString& line : lines) {
         const qsizetype colon = line.indexOf(QLatin1Char(':'));

@@ -18,7 +18,7 @@ QString wordBehind(const QString& text, const QString& needle)
         return QString();
     const qsizetype start = found + needle.size();
     const qsizetype blank = text.indexOf(QLatin1Char(' '), start);
-    // "Above 0", not "found": behind an empty needle a blank at the front ends nothing.
+    // "Above 0", not "found": after an empty needle, a leading space does not end the word.
     return blank > 0 ? text.mid(start, blank - start) : text.mid(start);
 }
 

@@ -1,4 +1,4 @@
-// Commands with a routing prefix for the server, and the two that read their own reply.
+// Commands with a routing prefix, and the two that parse their own reply.
 #pragma once
 
 #include <tarnis/server/tarniscmd.h>
@@ -28,20 +28,20 @@ class TARNIS_EXPORT TarnisCmdUnicast : public TarnisCmd {
 public:
     /// The module's id first, the command text second: the reverse of the order on the wire.
     TarnisCmdUnicast(const QString& id, const QString& cmd);
-    /// "unicast ", the id, a blank and the command text.
+    /// "unicast ", the id, a space and the command text.
     QString getCmdString() const override;
     QString getUnicastId() const override;
-    /// For subclasses that take their own reply; does nothing here.
+    /// For subclasses that handle their own reply; does nothing here.
     virtual void onReply(const QByteArray& reply, TarnisCmdH* handler);
 
 protected:
     QString m_unicastId; ///< the module's id
 };
 
-/// A command for one module, with an index for the caller that does not go on the wire.
+/// A command for one module, with an index for the caller that is not sent.
 class TARNIS_EXPORT TarnisCmdUnicastWithIndex : public TarnisCmdUnicast {
 public:
-    /// As TarnisCmdUnicast; any index is kept as it is.
+    /// As TarnisCmdUnicast; any index is stored unchanged.
     TarnisCmdUnicastWithIndex(const QString& id, const QString& cmd, int index);
     int getIndex() const; ///< as given
 
@@ -53,13 +53,13 @@ protected:
 class TARNIS_EXPORT TarnisCmdStat : public TarnisCmd {
 public:
     TarnisCmdStat(); ///< no values yet
-    /// Replaces the values by those of a reply of lines name, colon, value, in UTF-8. A null reply changes nothing, an
-    /// empty one leaves no values.
+    /// Replaces the values by those of a reply: UTF-8 lines of name, colon, value. A null reply changes nothing, an
+    /// empty one clears the values.
     virtual void onReply(const QByteArray& reply);
     /// The value of a name; a null string where the last reply has none.
     QString GetValue(const QString& name);
-    /// The word behind the first `prefix` + `suffix` in `text`, up to the next blank or the end of the text; a line
-    /// feed does not end it. Empty where they do not occur.
+    /// The word after the first `prefix` + `suffix` in `text`, up to the next space or the end of the text; a line feed
+    /// does not end it. Empty where they do not occur.
     QString getValue(const QString& text, const QString& prefix, const QString& suffix);
 
 protected:

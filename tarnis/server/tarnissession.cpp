@@ -1,4 +1,4 @@
-// Life, queue and user messages of a session. Its readers are in tarnissession_read.cpp, the worker's steps in
+// Construction, queue and user messages of a session. Its readers are in tarnissession_read.cpp, the worker's steps in
 // tarnissession_run.cpp.
 #include "tarnis/server/tarnissession.h"
 
@@ -31,8 +31,8 @@ void showAssertion()
         .text = QStringLiteral("Assertion failed: m_pDefaultPrompt != nullptr || m_pPrompt != nullptr") });
 }
 
-// The worker misses the prompt, but a box belongs to the GUI thread. The worker does not wait for its answer: that
-// thread may itself be waiting for the worker.
+// The worker detects that the prompt is missing, but only the GUI thread can show a message box. The worker does not
+// wait for the answer, because the GUI thread may itself be waiting for the worker.
 void showAssertionOnGuiThread()
 {
     QCoreApplication* const application = QCoreApplication::instance();
@@ -133,7 +133,7 @@ void TarnisSession::sendPrevious(const QList<TarnisCmd*>& cmds)
 void TarnisSession::cancel()
 {
     LOG_BLOCK("TarnisSession::cancel(), this[%p]", static_cast<void*>(this));
-    // The commands die outside the lock: a host's own command may use this session while it goes.
+    // The commands are destroyed outside the lock: the destructor of a host's command may use this session.
     QList<PTarnisCmd> dropped;
     const QMutexLocker locker(&m_mutex);
     m_queue.swap(dropped);

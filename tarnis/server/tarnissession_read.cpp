@@ -1,4 +1,4 @@
-// The two readers of a session, both in the order of the bytes on the wire.
+// The readers for text and binary replies.
 #include "tarnis/server/tarnissession.h"
 
 #include "tarnis/foundation/log.h"
@@ -23,8 +23,8 @@ int waitMs(int timeout)
     return int(std::clamp<qint64>(ms, 0, std::numeric_limits<int>::max()));
 }
 
-// waitForReadyRead() answers to new bytes only: with `enough` of them in the socket's buffer it would hold up a reply
-// that is already here. It takes the request out, but not where it finds bytes to read at once.
+// waitForReadyRead() reacts only to new bytes: with `enough` bytes already in the socket's buffer it would delay a
+// complete reply. It also sends the request, except when it finds bytes to read at once.
 bool waitForBytes(QTcpSocket& socket, qint64 enough, int timeout)
 {
     if (socket.bytesAvailable() < enough && !socket.waitForReadyRead(waitMs(timeout)))
@@ -34,7 +34,7 @@ bool waitForBytes(QTcpSocket& socket, qint64 enough, int timeout)
     return true;
 }
 
-// All that the socket holds, in one copy. Returns the number of bytes.
+// Reads all bytes of the socket's buffer in one copy. Returns their number.
 qsizetype takeAvailable(QTcpSocket& socket, tarnis::ReplyFrame& frame)
 {
     const qint64 available = socket.bytesAvailable();
@@ -54,8 +54,8 @@ bool takeLength(QTcpSocket& socket, tarnis::ReplyFrame& frame)
     return true;
 }
 
-// Keeps the socket's own buffer small while a payload comes, so that the payload goes through the cache and not through
-// a second block of fresh memory. Where its chunks end does not matter: the prompt is looked for behind it only.
+// Keeps the socket's buffer small while a payload arrives, so that the data stay in the cache instead of filling a
+// second large allocation. Chunk boundaries do not matter, because the prompt is searched only after the payload.
 class PayloadWindow {
 public:
     explicit PayloadWindow(QTcpSocket& socket)
@@ -91,7 +91,7 @@ bool TarnisSession::copyPrompt(QByteArray& copy)
     return m_stop->copyPrompt([this] { return GetPrompt(); }, copy);
 }
 
-// Returns false, the answer of a reader that has failed.
+// Always returns false, the result of a failed read.
 bool TarnisSession::failTooLarge()
 {
     const QString limit = QLocale().formattedDataSize(std::atomic_ref(m_maxReplySize).load(std::memory_order_relaxed));
@@ -153,7 +153,7 @@ bool TarnisSession::readBinary(QTcpSocket& socket, QByteArray& buffer, QString& 
             return false;
         }
         if (frame.needsLength()) {
-            // A round that reads the length takes no payload.
+            // An iteration that reads the length reads no payload.
             idle += takeLength(socket, frame) ? 0 : 1;
             if (isTooLarge(frame.length()))
                 return failTooLarge();

@@ -1,4 +1,4 @@
-// The worker of a session: connection and greeting, the loop over the queue, the farewell.
+// The worker of a session: connection and greeting, command loop, closing message.
 #include "tarnis/server/tarnissession.h"
 
 #include "tarnis/foundation/log.h"
@@ -13,14 +13,14 @@ namespace {
 constexpr int connectTimeoutMs = 30000;
 constexpr int idlePauseMs = 50;
 
-// There is no event loop that would send what is still in the socket's buffer when it is closed.
+// Without an event loop, nothing would send the bytes that are in the socket's buffer when it is closed.
 void writeFarewell(QTcpSocket& socket)
 {
     socket.write(tarnis::farewell);
     socket.flush();
 }
 
-// An exception in a session is fatal for the application: there is no state to go back to.
+// An exception in a session is fatal for the application: there is no consistent state to return to.
 [[noreturn]] void endProcess()
 {
     closelog();
@@ -100,7 +100,7 @@ bool TarnisSession::Worker::readGreeting()
     if (m_session.read(m_socket, m_reply, false))
         return true;
     LOG_ERR("socket read error");
-    // Taken before the farewell: on a connection that the server has closed, writing would change both.
+    // Read before the closing message is sent: writing to a connection that the server has closed would change both.
     const int code = m_socket.error();
     const QString message = m_socket.errorString();
     if (m_socket.isOpen()) {
@@ -112,8 +112,8 @@ bool TarnisSession::Worker::readGreeting()
         LOG_DBG("socke is not open");
     }
     if (m_session.isTooLarge(m_reply.size()))
-        return false; // the reader's own error says so; the socket has none
-    // A reader that gave up after silence has emitted the error already; receivers get it twice.
+        return false; // already reported by the reader; the socket has no error After a timeout the reader has already
+                      // emitted the error; receivers get it twice.
     LOG_BLOCK("emit error(%d, %s)", code, qUtf8Printable(message));
     Q_EMIT m_session.error(code, message);
     return false;
@@ -148,7 +148,7 @@ PTarnisCmd TarnisSession::Worker::takeCommand()
     return m_session.m_queue.takeFirst();
 }
 
-// False when the session is over.
+// False when the session has to end.
 bool TarnisSession::Worker::handle(const PTarnisCmd& cmd)
 {
     LOG_BLOCK("handle cmd: id[%s] name[%s] cmd[%s]", qUtf8Printable(m_id), qUtf8Printable(cmd->m_cmdName),
@@ -165,7 +165,7 @@ bool TarnisSession::Worker::handle(const PTarnisCmd& cmd)
         LOG_BLOCK("emit result()");
         Q_EMIT m_session.result(cmd, m_reply);
     }
-    // The receivers have the bytes now; a reference kept here would make an idle session hold its last reply.
+    // The receivers own the bytes now; a reference kept here would make an idle session hold its last reply.
     m_reply.clear();
     LOG_BLOCK("sleep %d", cmd->m_afterSleep);
     if (cmd->m_afterSleep > 0)
@@ -189,7 +189,7 @@ bool TarnisSession::Worker::exchange(TarnisCmd& cmd, const QString& request)
         LOG_BLOCK("write");
         m_socket.write(tarnis::requestBytes(request));
     }
-    // No flush: the wait for the reply takes the bytes out. A refused upload has its reply already.
+    // No flush: the wait for the reply sends the bytes. A rejected upload already has its reply.
     return !m_reply.isEmpty() || readReply(cmd);
 }
 

@@ -10,11 +10,11 @@ namespace {
 
 const QLatin1String uploadWord("txfile");
 
-// A larger claim is not believed before a part of it has come; pages that no byte has reached cost no memory. glibc
-// maps whatever exceeds 32 MiB on its own pages, which it moves when the buffer grows. A smaller buffer may be in the
-// heap and is then copied: a reply of 64 MiB took an eighth longer.
+// A larger announced length is not trusted until part of it has arrived; untouched pages cost no memory. glibc gives
+// allocations above 32 MiB their own pages, which it remaps when the buffer grows. A smaller buffer may be in the heap
+// and is then copied: a reply of 64 MiB took an eighth longer.
 constexpr qsizetype believedCapacity = qsizetype(33) << 20;
-// Room for the text and the prompt behind the payload, so that they do not make the buffer move.
+// Space for the text and the prompt after the payload, so that they do not cause a reallocation.
 constexpr qsizetype textAllowance = 4096;
 
 qsizetype payloadSize(qint32 length)
@@ -54,7 +54,8 @@ qint32 announcedLength(const QByteArray& field)
 
 bool endsBinaryReply(const QByteArray& received, qint32 length, const QByteArray& prompt)
 {
-    // Both tests: without the second the payload's tail and the text's head could look like the prompt.
+    // Both tests are needed: without the second, the end of the payload and the start of the text could look like the
+    // prompt.
     return received.size() > length && received.size() - prompt.size() >= payloadSize(length)
         && received.endsWith(prompt);
 }
