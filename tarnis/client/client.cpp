@@ -1,4 +1,4 @@
-// The public functions of the client. The machine behind them is in client_machine.cpp.
+// The public functions of the client. The state machine is in client_machine.cpp.
 #include "tarnis/client/client_p.h"
 
 #include <QTimerEvent>
@@ -13,7 +13,7 @@ Client::Client(ClientOptions options, QObject* parent)
 
 Client::~Client()
 {
-    // A slot would meet a client, and often an owner, that is partly destroyed. The requests end all the same.
+    // A slot would be called with a partly destroyed client, and often owner. The requests still end.
     blockSignals(true);
     d->disconnectAs(tr("The client was closed."), true);
 }

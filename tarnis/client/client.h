@@ -1,5 +1,5 @@
 /// @file
-/// An asynchronous connection to a server: requests in, futures out.
+/// An asynchronous connection to a server. Requests return futures.
 #pragma once
 
 #include <tarnis/client/reply.h>
@@ -12,8 +12,8 @@
 
 namespace tarnis {
 
-/// What follows the loss of a connection, or an attempt that fails: the n-th wait is first * factor^n, at most
-/// `longest`, less a random share of up to `jitter`, which keeps many clients from returning in step.
+/// How a client reconnects after a lost connection or a failed attempt. The n-th wait is first * factor^n, at most
+/// `longest`, reduced by a random fraction of up to `jitter`, so that many clients do not reconnect at the same time.
 struct TARNIS_EXPORT ReconnectPolicy {
     bool enabled = true; ///< false: the state becomes Failed at once
     std::chrono::milliseconds first { 250 }; ///< the wait after the first failure
@@ -32,17 +32,18 @@ struct TARNIS_EXPORT KeepAlive {
 
 /// Everything about a connection but its address.
 struct TARNIS_EXPORT ClientOptions {
-    QByteArray prompt = "> "; ///< what ends every reply; not empty
-    std::chrono::milliseconds connectTimeout = std::chrono::seconds(10); ///< for host look-up and TCP connection
-    std::chrono::milliseconds greetingTimeout = std::chrono::seconds(10); ///< from there to the end of the greeting
+    QByteArray prompt = "> "; ///< the end of every reply; not empty
+    std::chrono::milliseconds connectTimeout = std::chrono::seconds(10); ///< for the host lookup and the TCP connection
+    std::chrono::milliseconds greetingTimeout = std::chrono::seconds(10); ///< from the TCP connection to the end of the
+                                                                          ///< greeting
     ReconnectPolicy reconnect = {}; ///< see there
     KeepAlive keepAlive = {}; ///< see there
-    int maxQueued = 100000; ///< requests that may wait; a further one fails at once
+    int maxQueued = 100000; ///< maximum number of waiting requests; a further one fails at once
 };
 
 /// One connection to a server, on the event loop of the thread that the client lives in. It has no thread of its own,
-/// never blocks and shows no message boxes. A lost connection is made again; requests that wait are sent then, the one
-/// under way ends as Failed, since the server may have carried it out.
+/// never blocks and shows no message boxes. A lost connection is re-established. Waiting requests are sent then. The
+/// request under way ends as Failed, because the server may already have executed it.
 ///
 ///     auto* client = new tarnis::Client({}, this);
 ///     client->connectTo("localhost", 5000);
@@ -60,56 +61,57 @@ class TARNIS_EXPORT Client : public QObject {
     /// See reason().
     Q_PROPERTY(QString reason READ reason NOTIFY stateChanged)
 public:
-    /// Where the connection is. Any state may follow any other.
+    /// State of the connection. All transitions are possible.
     enum class State {
         Disconnected, ///< before connectTo(), after close() and abort(); requests fail at once
         Connecting, ///< looking up the host, making the TCP connection; requests wait
         Greeting, ///< connected, waiting for the first prompt; requests wait
         Ready, ///< no request under way
-        Busy, ///< the server owes a reply
+        Busy, ///< waiting for a reply
         Reconnecting, ///< waiting before the next attempt; requests wait
-        Failed, ///< given up, see reason(); requests fail at once
+        Failed, ///< no further attempts, see reason(); requests fail at once
     };
     Q_ENUM(State)
 
     /// Does not connect.
     explicit Client(ClientOptions options = {}, QObject* parent = nullptr);
-    /// Ends every request as Cancelled. A connection is told "close" first if no request is under way.
+    /// Ends every request as Cancelled. Sends "close" to the server first if no request is under way.
     ~Client() override;
 
-    /// Connects, after a close() of the present connection. A host, port or prompt that cannot be used gives Failed.
+    /// Connects, after closing the current connection. An invalid host, port or prompt leads to the state Failed.
     void connectTo(const QString& host, quint16 port);
-    /// In Reconnecting and Failed starts the next attempt at once; nothing otherwise.
+    /// Starts the next attempt at once in the states Reconnecting and Failed; otherwise does nothing.
     void reconnectNow();
-    /// Ends every request as Cancelled, says "close" to the server unless a request is under way, and disconnects.
-    /// The state is Disconnected when it returns. `reason` is the reason of the requests, empty for a general one.
+    /// Ends every request as Cancelled, sends "close" to the server unless a request is under way, and disconnects. The
+    /// state is Disconnected when it returns. `reason` is reported as the reason of the requests; an empty one selects
+    /// a general text.
     void close(const QString& reason = {});
-    /// As close() without a word to the server: nothing more is sent.
+    /// As close(), but sends nothing to the server.
     void abort();
-    /// Ends the waiting requests as Cancelled. The one under way goes on.
+    /// Ends the waiting requests as Cancelled. The request under way continues.
     void cancelAll();
 
-    /// Sends a command as its turn comes and returns a future that ends exactly once. A text that begins with "txfile"
-    /// is an upload: a header line, a line feed, the content. Refused without being sent: an upload without line feed
-    /// or with the byte 04, another text with a line feed. An empty text is not sent either, its reply is empty.
-    /// Characters outside Latin-1 are sent as "?".
+    /// Queues a command and returns a future that ends exactly once. A text that begins with "txfile" is an upload: a
+    /// header line, a line feed, the content. Rejected without being sent: an upload without line feed or with the byte
+    /// 04, another text with a line feed. An empty text is not sent either, its reply is empty. Characters outside
+    /// Latin-1 are sent as "?".
     ///
-    /// The caller may cancel the future itself: it then ends without a result, as Qt's rule is. A request that waits is
-    /// not sent; the reply of one under way is read and dropped. With Qt 6.4, cancel no future that has ended: if it
-    /// had a continuation, Qt uses freed memory.
+    /// The caller may cancel the future, which then ends without a result. A waiting request is not sent; the reply of
+    /// one under way is read and dropped. With Qt 6.4, do not cancel a future that has ended: if it had a continuation,
+    /// Qt uses freed memory.
     QFuture<Reply> request(const QString& text, const RequestOptions& options = {});
     /// request() with Form::Binary, for histograms and files: "rxfile NAME", "hist1d NAME".
     QFuture<Reply> requestBinary(const QString& text, RequestOptions options = {});
-    /// Sends "txfile NAME" with the content, any bytes but 04.
+    /// Sends "txfile NAME" with the content, which must not contain the byte 04.
     QFuture<Reply> upload(const QString& name, const QByteArray& content, const RequestOptions& options = {});
 
     State state() const; ///< see State
-    QString reason() const; ///< why the connection was lost or given up, as a text for users; else empty
+    QString reason() const; ///< why the connection was lost or could not be made, as a text for users; else empty
     QString host() const; ///< as given to connectTo()
     quint16 port() const; ///< as given to connectTo()
     /// True in Ready and Busy.
     bool isConnected() const;
-    /// Requests that have not ended, the one under way included.
+    /// Number of requests that have not ended, including the one under way.
     qsizetype pending() const;
     const ClientOptions& options() const; ///< as given to the constructor
     /// The server's greeting on this connection, without its prompt.
@@ -118,9 +120,9 @@ public:
 Q_SIGNALS:
     /// After each change of state() or reason().
     void stateChanged(tarnis::Client::State state, const QString& reason);
-    /// The connection is up and greeted, for the first time or again.
+    /// The connection is established and the greeting has arrived, for the first time or again.
     void connected();
-    /// A connection that was up is lost: state() is Reconnecting or Failed. Comes before stateChanged().
+    /// An established connection was lost; state() is Reconnecting or Failed. Emitted before stateChanged().
     void connectionLost(const QString& reason);
 
 protected:

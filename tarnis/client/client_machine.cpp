@@ -1,4 +1,4 @@
-// How a client connects, sends, expires and ends its requests.
+// The client's state machine: connects, sends, expires and ends requests.
 #include "tarnis/client/client_p.h"
 
 #include <QPointer>
@@ -14,8 +14,8 @@ namespace {
 
 const QLatin1String refusalMark("NG:");
 
-// A caller cancels a future without a word to the client. A watcher reports it, but costs as much as a whole request;
-// so only requests that wait longer than this get one, and those of a long queue are looked through instead.
+// The client is not notified when a caller cancels a future. A watcher reports it, but costs as much as a request. So
+// only requests that wait longer than this get a watcher, and a long queue is scanned instead.
 constexpr std::chrono::milliseconds lookInterval(50);
 constexpr qsizetype maxWatched = 64;
 
@@ -151,7 +151,7 @@ void Client::Private::cancelAll()
     finishAll(endQueue(Reply::Outcome::Cancelled, Client::tr("The request was cancelled before it was sent.")));
 }
 
-/// The end of a request that is not sent.
+/// The result of a request that is not sent.
 std::optional<Reply> Client::Private::localReply(const QString& text) const
 {
     if (QThread::currentThread() != q.thread())
@@ -159,7 +159,7 @@ std::optional<Reply> Client::Private::localReply(const QString& text) const
     if (text.isEmpty())
         return replyOf({}, {});
     if (isUpload(text)) {
-        // The sessions answer an upload like this, too.
+        // Sessions reject an upload in the same way.
         const QByteArray refusal = uploadRefusal(text);
         if (!refusal.isEmpty())
             return replyOf(refusal + '\n', {});
@@ -264,7 +264,7 @@ void Client::Private::onGreeted(const QByteArray& text)
         advance();
 }
 
-/// Sends the next request if there is one, and brings the state up to date.
+/// Sends the next request if there is one, and updates the state.
 void Client::Private::advance()
 {
     EndedRequests cancelled;
@@ -353,7 +353,7 @@ void Client::Private::endUnderWay(EndedRequests& ended, Reply::Outcome outcome, 
         ended.emplace_back(underWay->request, endedAs(outcome, why));
 }
 
-/// The connection is closed already.
+/// The connection is already closed.
 void Client::Private::lose(const QString& why)
 {
     const bool wasUp = state == State::Ready || state == State::Busy;
@@ -404,8 +404,8 @@ void Client::Private::onTimer()
         arm();
 }
 
-/// Ends a request that the server has not answered in time. Its reply may still come, so the connection goes. Returns
-/// whether that happened; the client may be gone then.
+/// Ends a request that the server has not answered in time. Its reply may still arrive, so the connection is closed.
+/// Returns whether that happened; the client may have been deleted then.
 bool Client::Private::expireUnderWay(Clock::time_point now)
 {
     if (!underWay)
@@ -454,8 +454,8 @@ Clock::time_point Client::Private::nextDue() const
     return due;
 }
 
-/// Starts the timer again only for an earlier moment: limits move on with each reply, and a timer that fires early is
-/// cheaper than one that is started with each request.
+/// Restarts the timer only for an earlier time: limits move with each reply, and a timer that fires early is cheaper
+/// than a restart for each request.
 void Client::Private::arm()
 {
     const Clock::time_point due = nextDue();

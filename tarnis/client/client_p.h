@@ -1,5 +1,5 @@
-// The state machine of a client. Each entry point first brings all members up to date, then ends futures and emits
-// signals, and touches no member after one of them has deleted the client.
+// The state machine of a client. Each entry point first updates all members, then ends futures and emits signals. It
+// accesses no member after one of these has deleted the client.
 #pragma once
 
 #include "tarnis/client/client.h"
@@ -10,14 +10,14 @@
 
 namespace tarnis {
 
-/// The wait before the next attempt, after `failures` of them in a row, 1 or more. `share` is the random number, 0
-/// to 1.
+/// The wait before the next attempt after `failures` (1 or more) consecutive failures. `share` is a random number from
+/// 0 to 1.
 std::chrono::milliseconds reconnectDelay(const ReconnectPolicy& policy, int failures, double share);
 
-/// What the server's answer makes of a request.
+/// The result of a request from the server's answer.
 Reply replyOf(const QByteArray& data, const QString& binaryText);
 
-/// An end that is not the server's answer.
+/// The result of a request without an answer.
 Reply endedAs(Reply::Outcome outcome, const QString& why);
 
 /// The future of a request that has ended before it could wait.
@@ -61,7 +61,7 @@ public:
     struct UnderWay {
         RequestKey key;
         Request request;
-        Clock::time_point lastByte; ///< or when it was sent
+        Clock::time_point lastByte; ///< or the time of sending
         bool isKeepAlive = false;
     };
 
@@ -77,10 +77,10 @@ public:
     QString host;
     quint16 port = 0;
     QByteArray greeting;
-    int failures = 0; ///< in a row, without a reply in between
-    Clock::time_point phaseDue = never; ///< of Connecting, Greeting and Reconnecting
-    Clock::time_point lookDue = never; ///< when requests are looked through for cancelled ones
-    Clock::time_point lastExchange; ///< an idle connection's keep-alive counts from here
+    int failures = 0; ///< consecutive, without a reply in between
+    Clock::time_point phaseDue = never; ///< deadline in Connecting, Greeting and Reconnecting
+    Clock::time_point lookDue = never; ///< next scan for cancelled requests
+    Clock::time_point lastExchange; ///< start of the keep-alive interval
     QBasicTimer timer;
     Clock::time_point armed = never; ///< when the timer fires; it may be early, never late
     quint64 nextNumber = 0;

@@ -9,8 +9,8 @@ namespace tarnis {
 
 namespace {
 
-// What one call of onReadyRead() reads at most, so that a large reply does not hold up the event loop: some
-// milliseconds of work.
+// Maximum read by one call of onReadyRead(), some milliseconds of work, so that a large reply does not block the event
+// loop.
 constexpr qint64 bytesPerTurn = qint64(4) << 20;
 constexpr qint64 largestRead = qint64(1) << 20;
 constexpr qint64 smallRead = qint64(16) << 10;
@@ -29,8 +29,8 @@ Connection::~Connection()
     close(true);
 }
 
-// The socket's signals come as queued calls. A slot may then delete the socket, and may run an event loop of its own:
-// QTcpSocket does not signal again while a slot of its signal runs.
+// The socket's signals come as queued calls. A slot may then delete the socket or run a nested event loop: QTcpSocket
+// does not emit again while a slot of its signal runs.
 void Connection::makeSocket()
 {
     m_socket = std::make_unique<QTcpSocket>(this);
@@ -65,7 +65,7 @@ void Connection::open(const QString& host, quint16 port)
 void Connection::onConnected()
 {
     m_phase = Phase::Greeting;
-    // A request is one small write whose reply is awaited: nothing is gained by holding it back.
+    // A request is one small write that waits for its reply, so delaying it has no benefit.
     m_socket->setSocketOption(QAbstractSocket::LowDelayOption, 1);
     m_socket->setSocketOption(QAbstractSocket::KeepAliveOption, 1);
     Q_EMIT opened();
@@ -127,10 +127,11 @@ void Connection::onReadyRead()
             return;
         }
     }
-    // What is left is announced by the next readyRead().
+    // The next readyRead() announces the remaining bytes.
 }
 
-// On an idle connection the end of it, or bytes after which no reply could be attributed to its request.
+// On an idle connection: either it was closed, or stray bytes arrived, after which replies could not be matched with
+// requests.
 void Connection::onUnasked()
 {
     char byte = 0;
@@ -146,7 +147,7 @@ bool Connection::reportProgress(qint64 taken, bool complete)
 {
     const QPointer<Connection> self(this);
     const quint64 number = m_socketNumber;
-    const QByteArray held = m_buffer; // the piece outlives a close() by the receiver
+    const QByteArray held = m_buffer; // keeps the piece valid if the receiver calls close()
     QByteArrayView piece;
     if (m_isText) {
         piece = QByteArrayView(held).last(taken);
@@ -156,7 +157,7 @@ bool Connection::reportProgress(qint64 taken, bool complete)
     return self && m_socket && number == m_socketNumber;
 }
 
-// False while the length is incomplete, out of bounds, or the connection has ended. Every byte must be read: an
+// False while the length is incomplete, out of bounds, or the connection has ended. Every byte must be read, because an
 // unbuffered socket does not signal again before.
 bool Connection::readLength()
 {
@@ -177,7 +178,7 @@ bool Connection::readLength()
     return false;
 }
 
-// Reads once. Returns the count; 0 when nothing is here; -1 after the connection has ended.
+// Reads once. Returns the number of bytes; 0 if there are none; -1 after the connection has ended.
 qint64 Connection::readSome()
 {
     qint64 taken = 0;
@@ -187,7 +188,7 @@ qint64 Connection::readSome()
         taken = m_socket->read(m_frame->room(wanted), wanted);
         m_frame->commit(std::max<qint64>(taken, 0));
     } else {
-        // Most replies are short: a buffer that grows by what has arrived does not keep room for a long one.
+        // Most replies are short: a buffer that grows with the received bytes does not reserve space for a long one.
         std::array<char, smallRead> chunk; // NOLINT(cppcoreguidelines-pro-type-member-init): read() fills it
         taken = m_socket->read(chunk.data(), qint64(chunk.size()));
         const qint64 count = std::max<qint64>(taken, 0);
@@ -201,7 +202,7 @@ qint64 Connection::readSome()
 
 bool Connection::checkSize()
 {
-    // Behind a payload comes a text, for which the same limit serves.
+    // The text after a payload has the same limit.
     const qint64 limit = m_maxSize + (m_isText ? 0 : std::max<qint64>(m_frame->length(), 0)) + m_prompt.size();
     if (m_buffer.size() <= limit)
         return true;

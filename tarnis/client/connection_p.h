@@ -1,4 +1,4 @@
-// The socket of a client: TCP connection, greeting, one exchange at a time. It keeps no queue and no clock. The owner
+// The socket of a client: TCP connection, greeting, one exchange at a time. It has no queue and no timeouts. The owner
 // may delete it in any of its signals.
 #pragma once
 
@@ -24,19 +24,19 @@ public:
     ~Connection() override;
 
     Phase phase() const { return m_phase; }
-    /// Starts an attempt in place of whatever was before. No signal comes before it returns.
+    /// Starts a new attempt; a previous connection or attempt is dropped. No signal is emitted before it returns.
     void open(const QString& host, quint16 port);
     /// Sends a request. Only when Idle. A reply of more than `maxSize` bytes fails.
     void exchange(const QByteArray& request, ReplyFrame::Form form, qint64 maxSize);
-    /// Bytes have arrived that no request asked for. The next reply could not be told from them.
+    /// Bytes have arrived that belong to no request. They could not be distinguished from the next reply.
     bool hasStrayBytes() const;
-    /// Disconnects without a signal, from an idle connection with the farewell if `politely`.
+    /// Disconnects without a signal. If `politely`, an idle connection sends the closing message first.
     void close(bool politely);
 
 Q_SIGNALS:
-    void opened(); ///< TCP is up, the greeting is awaited
+    void opened(); ///< TCP is connected, waiting for the greeting
     void greeted(const QByteArray& text); ///< Idle
-    /// Something of a reply has arrived: its bytes so far, the announced length or -1, the new piece of a text.
+    /// Part of a reply has arrived: number of bytes so far, the announced length or -1, the new piece of a text.
     void received(qint64 size, qint64 expected, QByteArrayView piece);
     void replied(const QByteArray& data, const QString& binaryText); ///< Idle
     void lost(const QString& reason); ///< Closed
@@ -57,13 +57,13 @@ protected:
 
     const QByteArray m_prompt;
     std::unique_ptr<QTcpSocket> m_socket;
-    quint64 m_socketNumber = 0; ///< queued calls of an earlier socket are recognised by theirs
+    quint64 m_socketNumber = 0; ///< identifies queued calls of an earlier socket
     Phase m_phase = Phase::Closed;
     QByteArray m_buffer;
     std::optional<ReplyFrame> m_frame;
     bool m_isText = true;
     qint64 m_maxSize = 0;
-    QByteArray m_lengthField; ///< what has arrived of a binary reply's length
+    QByteArray m_lengthField; ///< the received bytes of a binary reply's length
 };
 
 } // namespace tarnis

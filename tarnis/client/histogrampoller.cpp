@@ -45,7 +45,7 @@ public:
 
 class TARNIS_NO_EXPORT HistogramPoller::Private {
 public:
-    /// Where the thread pool hands its results in. The poller may go while a reply is decoded.
+    /// Receives the results of the thread pool. The poller may be destroyed while a reply is decoded.
     struct Mailbox {
         std::mutex mutex;
         HistogramPoller* receiver = nullptr; ///< guarded by mutex
@@ -70,9 +70,9 @@ public:
     QTimer pollTimer;
     QTimer staleTimer;
     bool isRunning = false;
-    quint64 number = 0; ///< of the poll under way; results of earlier ones are dropped
-    Clock::time_point begin; ///< of the last poll
-    Clock::time_point lastGood; ///< the request of the last histogram, or start()
+    quint64 number = 0; ///< identifies the poll under way; results of earlier ones are dropped
+    Clock::time_point begin; ///< time of the last poll
+    Clock::time_point lastGood; ///< time of the last histogram's request, or of start()
     HistogramReply last;
     QString lastFailure; ///< empty after a histogram
 };
@@ -218,7 +218,7 @@ void HistogramPoller::start()
     d->lastFailure.clear();
     if (d->options.staleAfter > milliseconds(0))
         d->staleTimer.start(d->options.staleAfter);
-    // Not from here: a poll that fails at once would signal before the caller has connected to the signals.
+    // Not directly: a poll that fails at once would emit before the caller has connected to the signals.
     d->pollTimer.start(0);
 }
 

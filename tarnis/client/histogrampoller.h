@@ -1,5 +1,5 @@
 /// @file
-/// A histogram that is requested again and again and decoded beside the event loop.
+/// Polls a histogram and decodes it outside of the event loop's thread.
 #pragma once
 
 #include <tarnis/client/client.h>
@@ -16,16 +16,16 @@ namespace tarnis {
 /// How often a histogram is requested, and when it counts as stale.
 struct TARNIS_EXPORT PollOptions {
     std::chrono::milliseconds interval = std::chrono::seconds(1); ///< from one request to the next
-    std::chrono::milliseconds deadline = std::chrono::seconds(10); ///< for one reply; see RequestOptions
+    std::chrono::milliseconds deadline = std::chrono::seconds(10); ///< limit for one reply; see RequestOptions
     std::chrono::milliseconds silence = std::chrono::seconds(5); ///< see RequestOptions
     std::chrono::milliseconds staleAfter = std::chrono::seconds(5); ///< age of the last histogram; 0: never stale
     qint64 maxSize = qint64(256) << 20; ///< bytes; see RequestOptions
-    int priority = -1; ///< behind the commands that a user types
+    int priority = -1; ///< lower than that of commands typed by the user
 };
 
-/// Polls one histogram through a client. At most one request is under way; the next one follows an interval after it,
-/// or at once when the reply took longer. Replies are decoded on Qt's global thread pool, and results arrive on the
-/// poller's thread, which must be the client's. The polls go on through failures and lost connections, until stop().
+/// Polls one histogram through a client. At most one request is under way. The next one follows one interval after it,
+/// or at once if the reply took longer. Replies are decoded on Qt's global thread pool, and results arrive on the
+/// poller's thread, which must be the client's. Polling continues after failures and lost connections, until stop().
 ///
 ///     auto poller = tarnis::HistogramPoller::shared(client, "hist1d total", {});
 ///     connect(poller.get(), &tarnis::HistogramPoller::updated, plot, showHistogram);
@@ -35,33 +35,33 @@ public:
     /// Does not start. The client may be destroyed before the poller, which then stops.
     HistogramPoller(Client& client, const QString& command, const HistogramFormat& format,
         const PollOptions& options = {}, QObject* parent = nullptr);
-    /// Drops what is under way.
+    /// Drops the poll under way.
     ~HistogramPoller() override;
 
-    /// The running poller of this command and format on this client, which all callers share: many viewers of one
-    /// histogram cost one poll. It ends with the last pointer. A shorter interval than the present one is adopted,
-    /// other options are those of the first caller.
+    /// The running poller of this command and format on this client, shared by all callers, so that many viewers of one
+    /// histogram cost one poll. It ends when the last pointer is released. A shorter interval than the current one is
+    /// adopted; the other options are those of the first caller.
     static std::shared_ptr<HistogramPoller> shared(
         Client& client, const QString& command, const HistogramFormat& format, const PollOptions& options = {});
 
     void start(); ///< polls at once if it was stopped
-    void stop(); ///< requests no more; a reply under way is dropped
+    void stop(); ///< sends no further requests; a reply under way is dropped
     bool isRunning() const; ///< between start() and stop()
-    void setInterval(std::chrono::milliseconds interval); ///< from the next poll on; at least 1 ms
+    void setInterval(std::chrono::milliseconds interval); ///< takes effect with the next poll; at least 1 ms
 
     QString command() const; ///< as given to the constructor
     std::chrono::milliseconds interval() const; ///< see PollOptions
     /// The last histogram; without rows before the first.
     HistogramReply last() const;
-    /// Time since the last histogram was requested; before the first since start().
+    /// Time since the last histogram was requested, or since start() before the first one.
     std::chrono::milliseconds age() const;
 
 Q_SIGNALS:
     /// A new histogram.
     void updated(const tarnis::HistogramReply& histogram);
-    /// The last histogram is older than `staleAfter`. Comes again after each further `staleAfter`.
+    /// The last histogram is older than `staleAfter`. Emitted again after each further `staleAfter`.
     void stale(std::chrono::milliseconds age);
-    /// A poll brought no histogram. Comes once for failures in a row with the same reason.
+    /// A poll returned no histogram. Emitted once for consecutive failures with the same reason.
     void failed(const QString& reason);
 
 private:

@@ -49,7 +49,7 @@ private:
     const qsizetype m_count; ///< values in the payload
 };
 
-/// An axis of `bins` bins over the ends of `given`, or over its own indices.
+/// An axis of `bins` bins over the range of `given`, or over bin indices.
 HistogramAxis withBins(const HistogramAxis& given, qsizetype bins)
 {
     if (given.min < given.max)
@@ -92,7 +92,7 @@ bool Parser::checkPayload()
 bool Parser::parseRows()
 {
     std::optional<HistogramAxis> axis;
-    // A text may hold parentheses that are no axis; where the caller knows the rows, none is needed.
+    // A text may contain parentheses that are not an axis. No axis is needed if the caller knows the number of rows.
     if (!readAxis(axis)) {
         if (m_format.rows <= 0)
             return false;
@@ -127,7 +127,7 @@ bool Parser::countRows(const std::optional<HistogramAxis>& axis, qsizetype& rows
             return fail(
                 Error::Payload, 0, tr("%1 rows are more than the accepted %2.").arg(rows).arg(m_format.maxRows));
     }
-    // An axis that does not fit is an error; a number of rows beyond the values would ask for memory without data.
+    // An axis that does not match is an error; more rows than values would allocate memory without data.
     const qsizetype bins = axis ? axis->bins : m_count / rows;
     if (m_count >= rows && m_count % rows == 0 && m_count / rows == bins)
         return true;
@@ -196,7 +196,7 @@ bool Parser::readCounts(qsizetype& x, qsizetype& y)
     return true;
 }
 
-/// Reads "(min max bins)" behind the first parenthesis of the text. True with no axis where there is none.
+/// Reads "(min max bins)" at the first parenthesis of the text. True without an axis if there is no parenthesis.
 bool Parser::readAxis(std::optional<HistogramAxis>& axis)
 {
     const qsizetype open = m_reply.text.indexOf(QLatin1Char('('));

@@ -15,9 +15,9 @@ namespace tarnis {
 struct TARNIS_EXPORT HistogramAxis {
     double min = 0.0; ///< lower edge of the first bin
     double max = 0.0; ///< upper edge of the last bin
-    qsizetype bins = 0; ///< 0 where it is not known
+    qsizetype bins = 0; ///< 0 if unknown
 
-    /// Lower edge of a bin, which may be outside; `min` without bins.
+    /// Lower edge of a bin; the index may be out of range. `min` without bins.
     double edge(qsizetype bin) const
     {
         return bins == 0 ? min : min + (max - min) * static_cast<double>(bin) / static_cast<double>(bins);
@@ -25,23 +25,22 @@ struct TARNIS_EXPORT HistogramAxis {
     bool operator==(const HistogramAxis&) const = default; ///< exact
 };
 
-/// What the caller knows of a reply before it comes: the reply itself does not tell its format.
+/// The expected format of a reply. The reply itself does not state its format.
 struct TARNIS_EXPORT HistogramFormat {
     /// The three formats of histogram replies.
     enum class Kind {
-        Rows, ///< rows side by side, sample by sample: row k of sample i is value k + i * rows
+        Rows, ///< interleaved rows: sample i of row k is value k + i * rows
         Pairs, ///< pairs of position and value for some of the bins; the text ends with "(min max bins)"
-        Map, ///< rows one after the other, lowest y first; the text ends with "exported X x Y y"
+        Map, ///< consecutive rows, lowest y first; the text ends with "exported X x Y y"
     };
     Kind kind = Kind::Rows; ///< see Kind
-    /// Rows: how many there are; 0: as many as the bins of the text's axis, "(min max bins)", divide the values into.
+    /// Rows: number of rows; 0: number of values divided by the bins of the text's axis, "(min max bins)".
     int rows = 0;
-    HistogramAxis x; ///< Rows: used where the text holds no axis. Map: its ends. Its bins may be 0
-    HistogramAxis y; ///< Map: its ends
-    /// Largest accepted number of bins of a row. An axis of pairs costs memory for each bin, also of an empty reply.
+    HistogramAxis x; ///< Rows: used if the text has no axis. Map: range of the axis. The number of bins may be 0
+    HistogramAxis y; ///< Map: range of the axis
+    /// Largest accepted number of bins of a row. An axis of pairs costs memory for each bin, even for an empty reply.
     qsizetype maxBins = qsizetype(1) << 22;
-    /// Largest accepted number of rows where the reply decides on it, with `rows` 0: each costs memory and drawing
-    /// time.
+    /// Largest accepted number of rows if the reply determines it (`rows` is 0): each costs memory and drawing time.
     qsizetype maxRows = 1024;
 
     /// The format of the reply to "hist1d NAME ...", "hist1d NAME ... pairs ..." and "hist2d NAME ..." of the simulated
@@ -50,7 +49,7 @@ struct TARNIS_EXPORT HistogramFormat {
     bool operator==(const HistogramFormat&) const = default; ///< exact
 };
 
-/// A histogram, or the reason why a reply is none.
+/// A histogram, or the reason why a reply is not a histogram.
 struct TARNIS_EXPORT HistogramReply {
     /// Where a reply is wrong.
     enum class Error {
@@ -61,23 +60,23 @@ struct TARNIS_EXPORT HistogramReply {
     };
 
     HistogramFormat::Kind kind = HistogramFormat::Kind::Rows; ///< as expected
-    QList<QList<double>> rows; ///< each of x.bins values; one row for Pairs; y.bins rows for Map, lowest y first
+    QList<QList<double>> rows; ///< x.bins values each; one row for Pairs; y.bins rows for Map, lowest y first
     QList<double> positions; ///< Pairs: the positions as sent; else empty
-    HistogramAxis x; ///< without ends in reply and format: from 0 to its bins
-    HistogramAxis y; ///< Map; as x
+    HistogramAxis x; ///< from 0 to its number of bins if neither reply nor format state the range
+    HistogramAxis y; ///< Map only; as x
     double maximum = 0.0; ///< largest finite value; 0 if all are negative or there is none
     qsizetype nonFinite = 0; ///< values that are NaN or infinite
-    QString text; ///< the text behind the payload
+    QString text; ///< the text after the payload
 
     Error error = Error::None; ///< see Error; rows is empty with any other than None
-    qsizetype position = 0; ///< of the error
-    QString reason; ///< of the error, as a text for users
+    qsizetype position = 0; ///< position of the error
+    QString reason; ///< reason of the error, as a text for users
 
     /// True if rows holds the histogram.
     bool isOk() const { return error == Error::None; }
 
-    /// Reads a binary reply: the payload of little-endian 64-bit numbers and the text behind it. All sizes are checked
-    /// before memory is used for them. Any input is legal.
+    /// Reads a binary reply: the payload of little-endian 64-bit numbers and the text after it. All sizes are checked
+    /// before memory is allocated. Any input is legal.
     static HistogramReply parse(const QByteArray& payload, const QString& text, const HistogramFormat& format);
 };
 

@@ -1,5 +1,5 @@
 /// @file
-/// What a request of tarnis::Client may specify, and what it ends with. Plain values, for any thread.
+/// Options and results of the requests of tarnis::Client. Plain values, for any thread.
 #pragma once
 
 #include <tarnis/tarnis_export.h>
@@ -15,7 +15,7 @@ namespace tarnis {
 
 /// How a request ended. Each request ends exactly once.
 struct TARNIS_EXPORT Reply {
-    /// The five ends of a request.
+    /// The possible results of a request.
     enum class Outcome {
         Replied, ///< the server has answered
         Refused, ///< the server has answered "NG:", or the request cannot be sent in this form
@@ -24,41 +24,41 @@ struct TARNIS_EXPORT Reply {
         Cancelled, ///< by the client: cancelAll(), abort(), close(), connectTo(), or its destruction
     };
 
-    Outcome outcome = Outcome::Failed; ///< which of the five
+    Outcome outcome = Outcome::Failed; ///< how the request ended
     QByteArray data; ///< the text as the server sent it, without the prompt; or the payload of a binary reply
-    QString binaryText; ///< the text behind a binary reply's payload; null for a text reply
+    QString binaryText; ///< the text after a binary reply's payload; null for a text reply
     QString reason; ///< why it was not Replied, as a text for users; empty for Replied
-    std::chrono::nanoseconds elapsed {}; ///< from the call of request() to the end, the time in the queue included
+    std::chrono::nanoseconds elapsed {}; ///< from the call of request() to the end, including the time in the queue
 
     /// True for Replied.
     bool isOk() const { return outcome == Outcome::Replied; }
-    /// The readable part: data as UTF-8, or the text behind a payload.
+    /// The readable part: data as UTF-8, or the text after a payload.
     QString text() const { return binaryText.isNull() ? QString::fromUtf8(data) : binaryText; }
 };
 
 /// How far a reply has arrived.
 struct TARNIS_EXPORT Progress {
-    qint64 received = 0; ///< bytes of the text or payload so far, the prompt possibly included
+    qint64 received = 0; ///< bytes of the text or payload so far, possibly including the prompt
     qint64 expected = -1; ///< bytes of the payload as announced; -1 for a text reply
     QByteArrayView piece; ///< the new piece of a text reply, valid during the call; empty for a binary reply
 };
 
-/// Form, limits and rank of one request. The defaults suit a short text command.
+/// Form, limits and priority of one request. The defaults suit a short text command.
 struct TARNIS_EXPORT RequestOptions {
     /// The form of the reply. Only the caller knows which one the server will send.
     enum class Form {
         Text, ///< bytes up to the prompt
-        Binary, ///< a length, so many bytes, a text, the prompt
+        Binary, ///< a length, that many bytes, a text, the prompt
     };
 
-    Form form = Form::Text; ///< of the reply
-    /// From request() to the complete reply, the time in the queue included. 0: no limit.
+    Form form = Form::Text; ///< form of the reply
+    /// From request() to the complete reply, including the time in the queue. 0: no limit.
     std::chrono::milliseconds deadline = std::chrono::seconds(60);
-    /// The longest time without a byte from the server while it owes this reply. 0: no limit.
+    /// The longest time without a byte from the server while waiting for this reply. 0: no limit.
     std::chrono::milliseconds silence = std::chrono::seconds(30);
-    /// Largest accepted reply, bytes. A larger one fails as soon as that is known, and the connection is made again.
+    /// Largest accepted reply in bytes. A larger one fails as soon as its size is known, and the client reconnects.
     qint64 maxSize = qint64(256) << 20;
-    /// A request of higher priority is sent before those that wait; equal ones go in order.
+    /// Waiting requests are sent by descending priority, those of equal priority in order.
     int priority = 0;
     /// Called on the client's thread for each piece that arrives. May call and delete the client.
     std::function<void(const Progress&)> progress = {};

@@ -7,7 +7,7 @@ namespace tarnis {
 Clock::time_point after(Clock::time_point from, std::chrono::milliseconds limit)
 {
     using std::chrono::milliseconds;
-    // A limit beyond the clock's range is no limit.
+    // A limit beyond the clock's range means no limit.
     if (limit <= milliseconds(0) || limit >= std::chrono::duration_cast<milliseconds>(never - from))
         return never;
     return from + limit;

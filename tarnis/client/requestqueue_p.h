@@ -1,4 +1,4 @@
-// The requests of a client that wait for their turn: by priority, then in order, each with a deadline.
+// The waiting requests of a client, ordered by priority and time of arrival, each with a deadline.
 #pragma once
 
 #include "tarnis/client/reply.h"
@@ -18,17 +18,17 @@
 
 namespace tarnis {
 
-/// Largest reply that is accepted to the requests which the library makes by itself: lines that are taken apart on the
-/// event loop. A larger one ends the connection.
+/// Largest accepted reply to the library's own requests, whose lines are parsed on the event loop. A larger one ends
+/// the connection.
 inline constexpr qint64 maxOwnReply = qint64(1) << 20;
 
 using Clock = std::chrono::steady_clock;
 constexpr Clock::time_point never = Clock::time_point::max();
 
-/// The moment `limit` after `from`; never for a limit of 0 or less.
+/// The time `limit` after `from`; `never` for a limit of 0 or less.
 Clock::time_point after(Clock::time_point from, std::chrono::milliseconds limit);
 
-/// Place of a request in the queue; smaller ones go first.
+/// Position of a request in the queue; smaller keys are sent first.
 struct RequestKey {
     int rank = 0; ///< the negative of the priority
     quint64 number = 0; ///< ascending
@@ -37,13 +37,13 @@ struct RequestKey {
 };
 
 struct Request {
-    QByteArray bytes; ///< as they go on the wire
+    QByteArray bytes; ///< the encoded request
     RequestOptions options;
-    Clock::time_point begin; ///< the call of request()
+    Clock::time_point begin; ///< time of the call of request()
     Clock::time_point due = never; ///< the deadline
-    /// Nothing for a keep-alive, or once the request has ended while the server still owes the reply.
+    /// Empty for a keep-alive, and after the request has ended while its reply is still expected.
     std::optional<QPromise<Reply>> promise;
-    /// Reports that the caller has cancelled the future. Only requests that wait for long have one.
+    /// Reports that the caller has cancelled the future. Only requests that wait for a long time have one.
     std::unique_ptr<QFutureWatcher<Reply>> watcher;
 
     /// The caller has cancelled the future.
@@ -63,23 +63,23 @@ struct EndedRequest {
 
 using EndedRequests = std::vector<EndedRequest>;
 
-/// In the order in which they were to be sent.
+/// Finishes them in sending order.
 void finishAll(EndedRequests ended);
 
 class RequestQueue {
 public:
     bool isEmpty() const { return m_requests.empty(); }
     qsizetype size() const { return qsizetype(m_requests.size()); }
-    /// The earliest deadline; never without one.
+    /// The earliest deadline; `never` without one.
     Clock::time_point nextDue() const;
 
     void insert(RequestKey key, Request request);
-    std::pair<RequestKey, Request> takeFirst(); ///< not of an empty queue
+    std::pair<RequestKey, Request> takeFirst(); ///< must not be empty
     std::optional<Request> take(RequestKey key);
-    /// All whose deadline has passed, in the order of their places.
+    /// Removes all requests whose deadline has passed; returns them in queue order.
     std::vector<Request> takeExpired(Clock::time_point now);
     std::vector<Request> takeAll();
-    /// All whose future the caller has cancelled, in the order of their places.
+    /// Removes all requests whose future was cancelled by the caller; returns them in queue order.
     std::vector<Request> takeCancelled();
     /// Calls `visit` with each key and request, in order.
     template <typename Visit> void forEach(const Visit& visit)
@@ -91,7 +91,7 @@ public:
 private:
     std::vector<Request> take(const std::vector<RequestKey>& keys);
     std::map<RequestKey, Request> m_requests;
-    std::set<std::pair<Clock::time_point, RequestKey>> m_deadlines; ///< of those that have one
+    std::set<std::pair<Clock::time_point, RequestKey>> m_deadlines; ///< deadlines of the requests that have one
 };
 
 } // namespace tarnis

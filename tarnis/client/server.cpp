@@ -38,7 +38,7 @@ Server::RunState runStateOf(const QMap<QString, QString>& statistics)
 
 } // namespace
 
-// Each entry point first brings the members up to date, then ends futures and emits signals.
+// Each entry point first updates the members, then ends futures and emits signals.
 class TARNIS_NO_EXPORT Server::Private {
 public:
     Private(Server& owner, ServerOptions serverOptions);
@@ -71,7 +71,7 @@ public:
     const ServerOptions options;
     ServerProcess process;
     QMap<QString, QPointer<Client>> clients;
-    Steps steps; ///< all of the same kind
+    Steps steps; ///< all of the same type
     State state = State::Idle;
     QString reason;
     State announcedState = State::Idle;
@@ -79,11 +79,11 @@ public:
     RunState runState = RunState::Unknown;
     QMap<QString, QString> statistics;
     bool local = false;
-    bool launchesNext = false; ///< a local program is started when the present one has ended
+    bool launchesNext = false; ///< start a local program when the current one has ended
     QString program;
-    QString host; ///< of the clients, empty while they have none to connect to
+    QString host; ///< for the clients; empty while no server is available
     quint16 port = 0;
-    QString remoteHost; ///< of the last connectTo(), for restart()
+    QString remoteHost; ///< the last connectTo(), for restart()
     quint16 remotePort = 0;
     QTimer connectTimer;
     QTimer statTimer;
@@ -232,7 +232,7 @@ void Server::Private::onProcessEnded(const QString& why)
 void Server::Private::openClients(const QString& newHost, quint16 newPort)
 {
     host.clear();
-    client(controlName); // made before there is an address, so that it connects below only
+    client(controlName); // created before there is an address, so that it connects only below
     host = newHost;
     port = newPort;
     state = State::Connecting;
@@ -323,7 +323,7 @@ void Server::Private::onConnectTimeout()
 
 void Server::Private::fail(const QString& given)
 {
-    const QString why = given; // it may be the text of a client that is closed below
+    const QString why = given; // `given` may refer to the text of a client that is closed below
     connectTimer.stop();
     launchesNext = false;
     host.clear();
@@ -347,7 +347,7 @@ void Server::Private::endSteps(Outcome outcome, const QString& why)
 void Server::Private::requestStatistics()
 {
     const QPointer<Client> control = clients.value(controlName);
-    // A server that is busy with the last one gets no further request.
+    // Sends no further request while the last one is unanswered.
     if (state != State::Connected || !control || control->state() != Client::State::Ready)
         return;
     RequestOptions request;
@@ -398,7 +398,7 @@ Server::~Server()
     d->host.clear();
     Steps steps = std::exchange(d->steps, {});
     finishAll(std::move(steps), Outcome::Cancelled, tr("The server object was destroyed."));
-    // Before the members that their signals reach.
+    // Destroyed before the members that their signals use.
     const QMap<QString, QPointer<Client>> clients = std::exchange(d->clients, {});
     for (const QPointer<Client>& client : clients)
         delete client;

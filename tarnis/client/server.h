@@ -1,5 +1,5 @@
 /// @file
-/// A server, local or remote, with its connections by name.
+/// A local or remote server with its named connections.
 #pragma once
 
 #include <tarnis/client/client.h>
@@ -16,11 +16,12 @@
 
 namespace tarnis {
 
-/// How a server is reached and watched.
+/// How the connection to a server is made and monitored.
 struct TARNIS_EXPORT ServerOptions {
-    ClientOptions client = {}; ///< of every connection
-    ServerProcessOptions process = {}; ///< of a local server
-    /// From startLocal() or connectTo() to the greeting; the start of a local server has its own limit besides.
+    ClientOptions client = {}; ///< options of every connection
+    ServerProcessOptions process = {}; ///< options of a local server
+    /// From startLocal() or connectTo() to the greeting. The start of a local server has an additional limit of its
+    /// own.
     std::chrono::milliseconds connectTimeout = std::chrono::seconds(30);
     std::chrono::milliseconds statInterval =
         std::chrono::seconds(3); ///< between two "stat"; 0: the run state is unknown
@@ -28,7 +29,7 @@ struct TARNIS_EXPORT ServerOptions {
 
 /// How a step of a server ended. Each step ends exactly once.
 struct TARNIS_EXPORT ServerStep {
-    /// The three ends of a step.
+    /// The possible results of a step.
     enum class Outcome {
         Done, ///< the server is connected, or stopped
         Failed, ///< see the reason; the state is Failed
@@ -38,9 +39,9 @@ struct TARNIS_EXPORT ServerStep {
     QString reason; ///< a text for users; empty for Done
 };
 
-/// Owns a local server program or points at a remote server, and owns the clients that talk to it. All steps are
-/// asynchronous, none blocks, and a later one stops an earlier one. A lost connection comes back by itself; a local
-/// program that has ended is started again by restart().
+/// Owns a local server program or connects to a remote server, and owns the clients of that server. All steps are
+/// asynchronous. A step cancels the previous one. A lost connection is re-established automatically; restart() starts a
+/// local program that has ended.
 ///
 ///     auto* server = new tarnis::Server({}, this);
 ///     server->startLocal("tarnis-simserver").then(this, [=](const tarnis::ServerStep& step) {
@@ -50,7 +51,8 @@ struct TARNIS_EXPORT ServerStep {
 ///             qWarning() << step.reason;
 ///     });
 ///
-/// The thread is that of its clients. It may be deleted at any time, also by its own signals and continuations.
+/// The clients live on the thread of the Server. It may be deleted at any time, also in its own signals and
+/// continuations.
 class TARNIS_EXPORT Server : public QObject {
     Q_OBJECT
     /// See State.
@@ -60,21 +62,21 @@ class TARNIS_EXPORT Server : public QObject {
     /// See RunState.
     Q_PROPERTY(RunState runState READ runState NOTIFY runStateChanged)
 public:
-    /// What the server is to this program.
+    /// State of the server and of the connection to it.
     enum class State {
-        Idle, ///< none, or shut down
+        Idle, ///< no server, or shut down
         Starting, ///< the local program has not announced its port
         Connecting, ///< waiting for the first greeting
         Connected, ///< requests are answered
-        Reconnecting, ///< the connection is lost and tried again
-        Stopping, ///< the local program was asked to exit
+        Reconnecting, ///< the connection was lost, reconnecting
+        Stopping, ///< waiting for the local program to exit
         Failed, ///< see reason()
     };
     Q_ENUM(State)
 
-    /// What the server does, as of the last reply to "stat".
+    /// State of the acquisition, according to the last reply to "stat".
     enum class RunState {
-        Unknown, ///< not connected, or the reply has no line "state:"
+        Unknown, ///< not connected, or the reply has no "state:" line
         Stopped, ///< "state: STOPPED"
         Running, ///< "state: RUNNING"
     };
@@ -82,35 +84,37 @@ public:
 
     /// Does not connect.
     explicit Server(ServerOptions options = {}, QObject* parent = nullptr);
-    /// As ServerProcess: a local program is asked to exit. Requests of the clients end as Cancelled.
+    /// Makes a local program exit, see ServerProcess. Requests of the clients end as Cancelled.
     ~Server() override;
 
-    /// Starts the program and connects to it, after the end of what was before. Done when it has greeted.
+    /// Starts the program and connects to it, after a previous server has been shut down. Done when the greeting has
+    /// arrived.
     QFuture<ServerStep> startLocal(const QString& program);
-    /// Connects to a server that runs already, after a local one was asked to exit. Done when it has greeted.
+    /// Connects to a running server. A local one is requested to exit first. Done when the greeting has arrived.
     QFuture<ServerStep> connectTo(const QString& host, quint16 port);
-    /// Repeats the last startLocal() or connectTo(). Waits for the end of a local program that was asked to exit.
+    /// Repeats the last startLocal() or connectTo(). Waits for a local program that is exiting.
     QFuture<ServerStep> restart();
-    /// Stops the step under way: a local program that has not greeted is killed. Its future ends as Cancelled at once.
+    /// Cancels the step under way: a local program whose greeting has not arrived is killed. Its future ends as
+    /// Cancelled at once.
     void cancel();
-    /// Stops whatever is under way, closes the clients, and asks a local program to exit. Done when it is gone, at the
-    /// latest after the grace time.
+    /// Cancels the step under way, closes the clients, and requests a local program to exit. Done when it has ended, at
+    /// the latest after the grace time.
     QFuture<ServerStep> shutdown();
 
-    /// The connection of this name, made at the first use and owned by the server. It is connected whenever the server
-    /// is, to the new port after a restart; requests made without a connection end as Failed. A priority, a long
-    /// command or a binary reply delays other requests of the same name only. The name "control" is also the server's
-    /// own, for its state.
+    /// The connection with this name, created on first use and owned by the Server. It is connected whenever the server
+    /// is, to the new port after a restart; requests made without a connection end as Failed. A long command or binary
+    /// reply delays only requests on the same connection. The Server itself uses the connection "control" for its
+    /// state.
     Client* client(const QString& name);
 
     State state() const; ///< see State
-    QString reason() const; ///< of Failed and Reconnecting, as a text for users; else empty
+    QString reason() const; ///< reason of Failed and Reconnecting, as a text for users; else empty
     RunState runState() const; ///< see RunState
     bool isLocal() const; ///< the last step was startLocal()
-    QString host() const; ///< of the server, empty while it is not known
+    QString host() const; ///< host of the server; empty while it is not known
     quint16 port() const; ///< 0 while it is not known
-    /// Names and values of the last reply to "stat"; of names that occur twice the last value. A reply of more than
-    /// 1 MiB ends the connection, which is then made again.
+    /// Names and values of the last reply to "stat"; the last value if a name occurs twice. After a reply of more than
+    /// 1 MiB the connection is closed and made again.
     QMap<QString, QString> statistics() const;
 
 Q_SIGNALS:

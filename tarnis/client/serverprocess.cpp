@@ -17,7 +17,7 @@ namespace tarnis {
 
 namespace {
 
-// A server may print for months. What is kept of it is bounded.
+// A server may print for months, so the stored output is limited.
 constexpr qsizetype maxLine = qsizetype(64) << 10;
 constexpr qsizetype maxErrorOutput = qsizetype(4) << 10;
 
@@ -41,15 +41,15 @@ public:
 
     ServerProcess& q;
     QProcess* process = nullptr; ///< owned; null in NotRunning
-    quint64 number = 0; ///< queued calls of an earlier process are recognised by theirs
+    quint64 number = 0; ///< identifies queued calls of an earlier process
     ServerProcessOptions options;
     QString program;
     State state = State::NotRunning;
     quint16 port = 0;
     QString portProblem; ///< why the program is being killed; else empty
-    QByteArray output; ///< the line that has begun, until the port is known
-    QByteArray errorOutput; ///< the end of it
-    QTimer timer; ///< of the start and of the grace time
+    QByteArray output; ///< the incomplete line, until the port is known
+    QByteArray errorOutput; ///< the last part of standard error
+    QTimer timer; ///< limits the start and the grace time
 };
 
 ServerProcess::Private::Private(ServerProcess& serverProcess)
@@ -60,7 +60,7 @@ ServerProcess::Private::Private(ServerProcess& serverProcess)
     connect(&timer, &QTimer::timeout, &q, [this] { onTimeout(); });
 }
 
-// Queued: the receivers may delete the process object, and QProcess may signal from within start().
+// Queued: the receivers may delete the process object, and QProcess may emit from within start().
 template <typename Signal, typename Slot> void ServerProcess::Private::queue(Signal signal, Slot slot)
 {
     connect(
@@ -115,7 +115,7 @@ void ServerProcess::Private::onOutput()
         killForPort(ServerProcess::tr("The server announced a port that is not valid: \"%1\".").arg(lines.right(80)));
         return;
     }
-    // Queued as all signals are.
+    // Queued, as all signals are.
     QMetaObject::invokeMethod(
         &q,
         [this, own = number, value = *announced] {
@@ -142,7 +142,7 @@ void ServerProcess::Private::onErrorOutput()
 
 void ServerProcess::Private::onProcessError(QProcess::ProcessError error)
 {
-    // Every other error is followed by the end of the process, or is none of it.
+    // Every other error is followed by `finished`, or does not end the process.
     if (error == QProcess::FailedToStart)
         finish(End::NotStarted,
             ServerProcess::tr("The server \"%1\" could not be started: %2.").arg(program, process->errorString()));

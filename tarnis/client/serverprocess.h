@@ -1,5 +1,5 @@
 /// @file
-/// A server program on this computer: started, watched, ended, without blocking.
+/// Starts, monitors and ends a server program on this computer without blocking.
 #pragma once
 
 #include <tarnis/tarnis_export.h>
@@ -15,32 +15,32 @@ namespace tarnis {
 
 /// How a server program is started and ended.
 struct TARNIS_EXPORT ServerProcessOptions {
-    QStringList arguments; ///< of the program
-    /// Where it runs. Empty: the program's folder, or the present directory for a program of the search path.
+    QStringList arguments; ///< arguments of the program
+    /// Empty: the program's folder, or the current directory for a program of the search path.
     QString workingDirectory;
     std::chrono::milliseconds startTimeout = std::chrono::seconds(30); ///< from the start to the line with the port
     std::chrono::milliseconds exitGrace = std::chrono::seconds(30); ///< from the request to exit to the kill
 };
 
-/// One server program at a time. It announces its port by a line "UI port: N" on standard output, which may arrive in
-/// pieces, and exits on "exit" or the end of its standard input. Its other output is dropped. All signals come from the
-/// event loop, none from within start(), and the process object may be deleted in any of them.
+/// One server program at a time. The program announces its port by a line "UI port: N" on standard output, which may
+/// arrive in pieces, and exits on "exit" or at the end of its standard input. Other output is dropped. All signals are
+/// emitted from the event loop, none from within start(), and the process object may be deleted in any of them.
 class TARNIS_EXPORT ServerProcess : public QObject {
     Q_OBJECT
 public:
-    /// Where the program is in its life.
+    /// State of the program.
     enum class State {
         NotRunning, ///< never started, or ended
         Starting, ///< started, its port is not known
         Running, ///< its port is known
-        Stopping, ///< asked to exit
+        Stopping, ///< requested to exit
     };
     Q_ENUM(State)
 
-    /// Why a program is not running any more.
+    /// Why a program has ended.
     enum class End {
         NotStarted, ///< it could not be started
-        NoPort, ///< it announced no port in time, or none that is valid, and was killed
+        NoPort, ///< it announced no valid port in time and was killed
         Exited, ///< it exited by itself
         Crashed, ///< it was ended by a signal
         Stopped, ///< after stop() or kill()
@@ -49,13 +49,13 @@ public:
 
     /// Starts nothing.
     explicit ServerProcess(QObject* parent = nullptr);
-    /// A program that runs is asked to exit, and killed after its grace time; that outlives this object and does not
-    /// block. What still runs when the application object is destroyed is waited for there.
+    /// Requests a running program to exit and kills it after its grace time, without blocking. The destructor of the
+    /// application object waits for programs that are still running.
     ~ServerProcess() override;
 
-    /// Starts a program, by path or by name. False, and nothing done, while another one is not NotRunning.
+    /// Starts a program, by path or by name. Returns false and does nothing unless the state is NotRunning.
     bool start(const QString& program, const ServerProcessOptions& options = {});
-    /// Asks the program to exit, and kills it after the grace time. Does nothing without one.
+    /// Requests the program to exit, and kills it after the grace time. Does nothing if no program is running.
     void stop();
     /// Ends the program at once.
     void kill();
@@ -69,8 +69,8 @@ Q_SIGNALS:
     void started();
     /// The program listens on this port of this computer.
     void portKnown(quint16 port);
-    /// The program is gone. Comes exactly once for each start() that returned true, as long as this object lives; the
-    /// reason is a text for users, and holds the last line of its error output.
+    /// The program has ended. Emitted exactly once for each start() that returned true, unless this object is
+    /// destroyed. The reason is a text for users and contains the last line of the program's error output.
     void ended(tarnis::ServerProcess::End end, const QString& reason);
 
 private:

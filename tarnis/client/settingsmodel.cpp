@@ -32,7 +32,7 @@ class TARNIS_NO_EXPORT SettingsModel::Private {
 public:
     struct Setting {
         QString here;
-        QString onServer; ///< null: the server has none
+        QString onServer; ///< null: the server has no such setting
         QString refusal;
         QString sent; ///< accepted since the last refresh; null otherwise
         bool isChanged() const { return onServer.isNull() || here != onServer; }
@@ -43,7 +43,7 @@ public:
         , client(&modelClient)
     {
     }
-    /// Calls `then` with the reply, unless the model has gone by then.
+    /// Calls `then` with the reply, unless the model has been destroyed.
     void request(const QString& text, const std::function<void(const Reply&)>& then);
     /// `endsSend`: the last request of send().
     void onSettings(const Reply& reply, bool endsSend);
@@ -60,7 +60,7 @@ public:
     qsizetype unanswered = 0;
     int accepted = 0;
     int refusals = 0;
-    QString failure; ///< of the send under way
+    QString failure; ///< failure of the send under way
 };
 
 void SettingsModel::Private::request(const QString& text, const std::function<void(const Reply&)>& then)
@@ -88,7 +88,7 @@ void SettingsModel::Private::onSettings(const Reply& reply, bool endsSend)
     if (reply.isOk()) {
         QMap<QString, QString> values;
         TarnisCmd::makeNameValueMap(reply.text().split(QLatin1Char('\n')), values);
-        // The success mark of the reply is no setting.
+        // The success line of the reply is not a setting.
         if (reply.text().startsWith(QLatin1String("OK:")))
             values.remove(QStringLiteral("OK"));
         follow(values);
@@ -112,7 +112,7 @@ void SettingsModel::Private::follow(const QMap<QString, QString>& values)
     q.beginResetModel();
     for (auto entry = settings.begin(); entry != settings.end();) {
         Setting& setting = *entry;
-        // A server may spell an accepted value differently.
+        // A server may format an accepted value differently.
         const bool isEdited = setting.isChanged() && (setting.sent.isNull() || setting.here != setting.sent);
         setting.sent = QString();
         if (!isEdited && !values.contains(entry.key())) {
@@ -125,7 +125,7 @@ void SettingsModel::Private::follow(const QMap<QString, QString>& values)
         ++entry;
     }
     for (auto value = values.cbegin(); value != values.cend(); ++value) {
-        // An empty value is not a missing one.
+        // An empty value is different from a missing one.
         const QString text = value->isNull() ? QStringLiteral("") : *value;
         if (!settings.contains(value.key()))
             settings.insert(value.key(), { text, text, {}, {} });
@@ -200,7 +200,7 @@ QVariant SettingsModel::data(const QModelIndex& index, int role) const
     case Qt::EditRole:
         return index.column() == Name ? entry.key() : index.column() == Value ? entry->here : entry->onServer;
     case Qt::ToolTipRole:
-        // A tool tip guesses what is markup, and this is a server's text.
+        // Tool tips detect markup, and this is a text from the server.
         return entry->refusal.isEmpty()
             ? QVariant()
             : QVariant(QStringLiteral("<qt>%1").arg(entry->refusal.left(maxToolTipChars).toHtmlEscaped()));

@@ -8,7 +8,7 @@ DialogCheckList::DialogCheckList(QString const& title, QWidget* parent)
     : QDialog(parent)
     , ui(std::make_unique<Ui::DialogCheckList>())
 {
-    ui->setupUi(this); // also binds the three buttons to the slots of their names
+    ui->setupUi(this); // also connects the three buttons to the slots with matching names
     setDescription(QString());
     if (!title.isEmpty())
         setWindowTitle(title);

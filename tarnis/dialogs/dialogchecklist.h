@@ -11,8 +11,8 @@ namespace Ui {
 class DialogCheckList;
 }
 
-/// Lets the user tick entries of a list; accepted by Ok, rejected by Cancel, and the marks stay readable after either.
-/// Indices outside of 0..count()-1 read as an empty unchecked entry and are not written.
+/// Lets the user tick entries of a list; accepted by Ok, rejected by Cancel. The check states remain readable after
+/// both. Out-of-range indices read as an empty unchecked entry and are ignored on writing.
 class TARNIS_EXPORT DialogCheckList : public QDialog {
     Q_OBJECT
 public:
@@ -20,14 +20,14 @@ public:
     DialogCheckList(QString const& title, QWidget* parent);
     ~DialogCheckList() override;
 
-    /// The text above the list; an empty one takes no room.
+    /// The text above the list; an empty one takes no space.
     void setDescription(QString const& text);
     /// Appends an entry.
     void addItem(QString const& text, bool checked);
-    int count() const; ///< of the entries
-    /// Gives an entry. A partially checked one reads as unchecked.
+    int count() const; ///< number of entries
+    /// Returns an entry. A partially checked one is returned as unchecked.
     void getItem(int index, QString& text, bool& checked) const;
-    void setChecked(int index, bool checked); ///< sets or takes the mark of an entry
+    void setChecked(int index, bool checked); ///< checks or unchecks an entry
 
 public Q_SLOTS:
     void on_buttonCheckAll_clicked(); ///< checks every entry

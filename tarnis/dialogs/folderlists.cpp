@@ -28,7 +28,7 @@ FolderLists::FolderLists(QComboBox* ancestors, QListWidget* entries, Open open, 
 {
     m_entries->installEventFilter(this);
     m_entries->setItemDelegate(new PlainTextDelegate(m_entries));
-    // The names are the server's: they must not decide on the width of the dialog.
+    // The names come from the server and must not determine the width of the dialog.
     m_ancestors->setItemDelegate(new PlainTextDelegate(m_ancestors));
     m_ancestors->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
 }
@@ -49,7 +49,7 @@ void FolderLists::setEnabled(bool enabled)
 void FolderLists::giveFocusBack()
 {
     if (m_focused && m_dialog->focusWidget() == m_substitute) {
-        // A list view that takes the focus chooses an item where none is current: that is not the user's choice.
+        // A list view that receives the focus selects an item if none is current; this is not a choice of the user.
         const QSignalBlocker blocker(m_entries);
         const bool hadCurrent = m_entries->currentItem() != nullptr;
         m_focused->setFocus();

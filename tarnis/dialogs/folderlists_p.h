@@ -1,4 +1,4 @@
-// The two lists of a path chooser and how the keyboard moves in them. GUI thread only.
+// The two lists of a path chooser and their keyboard handling. GUI thread only.
 #pragma once
 
 #include <QObject>
@@ -13,14 +13,14 @@ class QListWidgetItem;
 
 namespace tarnis {
 
-/// Disables the folder's ancestors and its entries together while a request is under way, and gives the focus, which Qt
-/// moves on from a disabled widget, back afterwards: unless the user has moved it. Enter on a folder of the entries
-/// opens it instead of pressing the dialog's default button.
+/// Disables the folder's ancestors and its entries while a request is under way. Qt moves the focus away from a
+/// disabled widget; it is restored afterwards, unless the user has moved it. Enter on a folder of the entries opens it
+/// instead of pressing the dialog's default button.
 class FolderLists : public QObject {
 public:
     using Open = std::function<void(QListWidgetItem*)>;
 
-    /// A child of the dialog that owns the lists. `open` is what a double click does.
+    /// A child of the dialog that owns the lists. `open` is called on a double click.
     FolderLists(QComboBox* ancestors, QListWidget* entries, Open open, QWidget* dialog);
 
     void setEnabled(bool enabled);
@@ -35,7 +35,7 @@ protected:
     Open m_open;
     QWidget* m_dialog;
     QPointer<QWidget> m_focused; ///< the list that had the focus before the request
-    QPointer<QWidget> m_substitute; ///< where Qt has moved the focus to
+    QPointer<QWidget> m_substitute; ///< the widget that Qt has moved the focus to
 };
 
 } // namespace tarnis

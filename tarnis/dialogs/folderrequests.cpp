@@ -82,7 +82,7 @@ void FolderRequests::readListing(const QString& reply)
     m_lists->setEnabled(true);
     TARNIS_TRACE(reply);
     if (!isGoodReply(reply)) {
-        // Once only: where the server's own directory cannot be listed either, asking again would go round for ever.
+        // Only once: if the server's own directory cannot be listed either, further requests would never end.
         if (!std::exchange(m_hasFallenBack, true))
             continueDirectory();
         return;

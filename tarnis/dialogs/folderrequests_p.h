@@ -1,4 +1,4 @@
-// What the path choosers request from the server. GUI thread only.
+// The requests of the path choosers to the server. GUI thread only.
 #pragma once
 
 #include "tarnis/server/tarniscmd.h"
@@ -16,19 +16,19 @@ namespace tarnis {
 class FolderLists;
 
 /// Requests the server's own directory and the entries of a folder, and reads the replies. The lists are disabled while
-/// a request is under way. Session failures are reported nowhere: the lists then stay disabled.
+/// a request is under way. Session failures are not reported: the lists then stay disabled.
 class FolderRequests : public QObject {
 public:
-    /// The names of the commands, by which the dialog's slot `result` tells the replies apart.
+    /// The names of the commands, by which the dialog's slot `result` identifies the replies.
     struct Names {
         QLatin1String directory;
         QLatin1String listing;
     };
-    /// What the dialog does with the replies.
+    /// Callbacks of the dialog.
     struct Actions {
-        std::function<QString()> currentFolder; ///< which folder to list
+        std::function<QString()> currentFolder; ///< returns the folder to list
         std::function<void(const QString& folder)> goTo; ///< the server's own directory is known; lists it
-        std::function<void(QStringList& names)> show; ///< the entries, sorted in the language's order
+        std::function<void(QStringList& names)> show; ///< the entries, sorted by locale
     };
 
     /// A child of the dialog. `session` is the dialog's pointer; nothing is sent while it is null.
@@ -37,10 +37,10 @@ public:
     /// Starts the dialog's own session, to the server of `model`, whose replies reach the dialog's slot `result`.
     void start(TarnisSession& model);
 
-    /// Begins a new request of the user or the host: a listing that fails may fall back again.
+    /// Begins a new request of the user or the host: a failed listing may fall back again.
     void begin() { m_hasFallenBack = false; }
     void requestDirectory();
-    /// Where the listing fails, the dialog goes to the server's own directory, once.
+    /// If the listing fails, the dialog changes once to the server's own directory.
     void requestListing();
     /// As requestListing(), as a step of a request that is under way.
     void continueListing();
@@ -58,7 +58,8 @@ private:
     FolderLists* m_lists;
     Names m_names;
     Actions m_actions;
-    bool m_hasFallenBack = false; ///< a listing failed and the directory was requested: a second failure ends it
+    bool m_hasFallenBack = false; ///< a listing failed and the own directory was requested; a second failure ends the
+                                  ///< request
 };
 
 } // namespace tarnis

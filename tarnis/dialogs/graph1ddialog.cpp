@@ -23,7 +23,7 @@ bool countsAsZero(double value)
     return std::abs(value) <= DBL_EPSILON * std::max(1.0, std::abs(value));
 }
 
-// In the row format: of all rows together.
+// In the row format: the sum over all rows.
 double expectedValues(double xMin, double xMax, int resolution, int rows)
 {
     const double samples = std::abs(xMax - xMin) / std::max(resolution, 1);
@@ -69,7 +69,7 @@ Graph1DDialog::Graph1DDialog(TarnisSession* session_, QString const& title, QStr
     timer = tarnis::newPollTimer(this);
 }
 
-// The session made here is a model only, and goes when the window has read it.
+// The session created here only carries the address and is destroyed when the window has read it.
 Graph1DDialog::Graph1DDialog(tarnis::ServerAddress const& server, QString const& title, QString const& xLabel,
     double xMin, double xMax, int resolution, int decimalX, QString const& desc, QList<QString> const& initCmds,
     QString const& cmd_, int start_, int end_, QWidget* parent)
@@ -225,7 +225,7 @@ bool Graph1DDialog::onResultExInfo(QList<QString> const& lines)
 void Graph1DDialog::error(int code, QString const& text)
 {
     if (timer && !session)
-        return; // closed; the session had queued it before
+        return; // closed; the session had queued the reply before
     if (timer)
         live->setFailed(text);
     TarnisSession::showErrorMessage(code, text);

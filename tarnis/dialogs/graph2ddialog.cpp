@@ -69,7 +69,7 @@ Graph2DDialog::~Graph2DDialog()
     live->end();
 }
 
-// The session made here is a model only, and goes when the window has read it.
+// The session created here only carries the address and is destroyed when the window has read it.
 Graph2DDialog::Graph2DDialog(tarnis::ServerAddress const& server, QString const& title, QString const& nameX,
     int binsX_, double minX, double maxX, int resolutionX, int decimalX, QString const& nameY, int binsY_, double minY,
     double maxY, int resolutionY, int decimalY, QList<QString> const& initCmds, QString const& cmd_, QWidget* parent)
@@ -194,7 +194,7 @@ bool Graph2DDialog::onResultExInfo(QList<QString> const& lines)
 void Graph2DDialog::error(int socketError, QString message)
 {
     if (timer && !session)
-        return; // closed; the session had queued it before
+        return; // closed; the session had queued the reply before
     if (timer)
         live->setFailed(message);
     const QPointer<Graph2DDialog> guard(this);
@@ -240,13 +240,13 @@ void Graph2DDialog::result(PTarnisCmd command, QByteArray payload)
     pollLater();
 }
 
-// With a hook that deals with it, the window keeps the bins of the data that it shows.
+// If a hook handles the reply, the window keeps the bins of the displayed data.
 void Graph2DDialog::rejectReply(QString const& replyText, QByteArray const& payload, int oldBinsX, int oldBinsY)
 {
     const qint64 values = tarnis::doubleCount(payload);
     tarnis::UndrawnReply reply { tarnis::UndrawnReply::Reason::SizeMismatch,
         tr("graph data size mismatched! %1 != %2 ( %3 * %4 )")
-            .arg(payload.size() / 4) // 4, not the 8 bytes of a value: hosts know the number so
+            .arg(payload.size() / 4) // 4 rather than the 8 bytes of a value: hosts expect this number
             .arg(qint64(binsX) * binsY)
             .arg(binsX)
             .arg(binsY),
@@ -309,13 +309,13 @@ void Graph2DDialog::onFilterAccepted(const Graph2DFilter& filter)
     double minX = 0.0;
     double maxX = 0.0;
     plot.getInitMinMaxX(minX, maxX);
-    // The Y range of the new window is the X range of this one: asked for by the same function again.
+    // The Y range of the new window is the X range of this one, because the same function is called twice.
     double minY = 0.0;
     double maxY = 0.0;
     plot.getInitMinMaxX(minY, maxY);
     auto* const window = new Graph2DDialog(nullptr, windowTitle(), plot.getNameX(), binsX, minX, maxX, 1,
         plot.getDecimalX(), plot.getNameY(), binsY, minY, maxY, 1, plot.getDecimalY(), {}, QString(), this);
-    const bool hasColumns = !target.first().isEmpty(); // by row 0, whatever the other rows are like
+    const bool hasColumns = !target.first().isEmpty(); // determined by row 0 only
     for (qsizetype r = 0; r < target.size(); ++r) {
         const QList<double>& row = target.at(r);
         window->getGraphWidget()->setData(

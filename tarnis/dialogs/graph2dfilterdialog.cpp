@@ -8,7 +8,7 @@
 
 namespace {
 
-// What was accepted last, for the next dialog of the process.
+// The last accepted filter, for the next dialog of the process.
 Graph2DFilter rememberedFilter;
 
 std::array<int*, 26> valuesOf(Graph2DFilter& filter)
@@ -57,7 +57,7 @@ void Graph2DFilterDialog::onAccepted()
     const auto values = valuesOf(filter);
     const auto edits = fields();
     for (std::size_t i = 0; i < values.size(); ++i)
-        *values[i] = edits[i]->text().toInt(); // 0 where it does not convert
+        *values[i] = edits[i]->text().toInt(); // 0 if it is not a number
     rememberedFilter = filter;
     const QPointer<Graph2DFilterDialog> guard(this);
     Q_EMIT accepted(filter);

@@ -1,4 +1,4 @@
-// The kernel of the 2D filter and the dialog that asks for it. GUI thread only.
+// The kernel of the 2D filter and the dialog for entering it. GUI thread only.
 #pragma once
 
 #include <tarnis/tarnis_export.h>
@@ -14,15 +14,16 @@ namespace Ui {
 class Graph2DFilterDialog;
 }
 
-/// A 5 by 5 kernel and what its weighted sum is divided by. The default is the identity.
+/// A 5 by 5 kernel and the divisor of its weighted sum. The default is the identity.
 struct Graph2DFilter {
-    /// By row and column as the form shows them.
+    /// Indexed by row and column as shown in the form.
     int matrix[5][5] = { {}, {}, { 0, 0, 1, 0, 0 }, {}, {} };
     int divisor = 1; ///< 0: no division
 };
 Q_DECLARE_METATYPE(Graph2DFilter)
 
-/// Asks for a kernel. Text that is no integer of 32 bits counts as 0. Opens with what was accepted last in the process.
+/// Lets the user enter a kernel. Text that is not a 32-bit integer counts as 0. Opens with the last kernel accepted in
+/// the process.
 class TARNIS_EXPORT Graph2DFilterDialog : public QDialog {
     Q_OBJECT
 public:
@@ -31,11 +32,11 @@ public:
     ~Graph2DFilterDialog() override;
 
 Q_SIGNALS:
-    /// Once, when the user confirms, before the dialog closes.
+    /// Emitted once, when the user confirms, before the dialog closes.
     void accepted(Graph2DFilter filter);
 
 public Q_SLOTS:
-    void onAccepted(); ///< takes the kernel from the fields
+    void onAccepted(); ///< reads the kernel from the fields
 
 protected:
     /// The edits of the form: the kernel's row by row, then the divisor's.

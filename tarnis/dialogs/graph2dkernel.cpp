@@ -11,7 +11,7 @@ namespace tarnis {
 
 namespace {
 
-/// The row's values, as many as `columns`, with zeros for what it lacks.
+/// The row's values, padded with zeros to `columns`.
 const double* paddedRow(const QList<double>& row, qsizetype columns, std::vector<double>& buffer)
 {
     if (row.size() >= columns)
@@ -21,7 +21,7 @@ const double* paddedRow(const QList<double>& row, qsizetype columns, std::vector
     return buffer.data();
 }
 
-/// The five rows that one row of the result is made of, the highest first, each at least `columns` wide.
+/// The five source rows for one row of the result, the highest first, each at least `columns` wide.
 class Neighbours {
 public:
     Neighbours(const QList<QList<double>>& source, qsizetype y, qsizetype columns)
@@ -36,8 +36,8 @@ private:
     std::array<const double*, 5> m_rows {};
 };
 
-/// Filters `count` adjacent bins from `first` on. Each bin's terms are added in the order of the kernel, which decides
-/// the last bits; bins side by side keep the sums in registers.
+/// Filters `count` adjacent bins from `first` on. Each bin's terms are added in the order of the kernel, which
+/// determines the rounding; processing adjacent bins keeps the sums in registers.
 template <int count>
 inline void filterBins(double* out, const Neighbours& neighbours, qsizetype first, const Graph2DFilter& filter)
 {
@@ -71,7 +71,7 @@ void filterRowPlain(double* out, qsizetype end, const Neighbours& neighbours, co
 }
 
 #ifdef TARNIS_AVX2
-/// The same loops, compiled for lanes of 256 bits.
+/// The same loops, compiled for 256-bit vectors.
 [[gnu::flatten]] TARNIS_AVX2 void filterRowWide(
     double* out, qsizetype end, const Neighbours& neighbours, const Graph2DFilter& filter)
 {

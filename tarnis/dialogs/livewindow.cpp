@@ -27,8 +27,7 @@ namespace tarnis {
 
 namespace {
 
-// Values that a window accepts whatever its bins are, which are decoded in some ten milliseconds, and the most it
-// accepts, which fill a gigabyte.
+// Number of values that a window always accepts (decoded in some ten milliseconds), and the maximum (one gigabyte).
 constexpr double leastMaxValues = 1 << 22;
 constexpr double largestMaxValues = 1 << 27;
 

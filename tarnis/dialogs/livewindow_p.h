@@ -1,5 +1,4 @@
-// What the two live windows share: their private sessions, the poll, their state, the line of information, the bar of
-// progress.
+// The common parts of the two live windows: sessions, polling, state, information line and progress bar.
 #pragma once
 
 #include "tarnis/dialogs/livewindowhooks.h"
@@ -24,35 +23,35 @@ class MessageLabel;
 /// The pause of the session and the time of the window's timer between two polls.
 inline constexpr int pollIntervalMs = 1000;
 
-/// As much of the text behind a payload as is looked through for complaints.
+/// The length of the text after a payload that is searched for error lines.
 inline constexpr qsizetype maxTextChars = 1 << 16;
 
 /// Queues each of `commands` as a text command.
 void sendInitialCommands(TarnisSession& session, const QStringList& commands);
 
-/// A binary command with the pause of a poll behind it.
+/// A binary command followed by the pause between two polls.
 TarnisCmd* newPoll(const QString& text);
 
-/// Drops what the session has still queued and sends `text` as the next poll.
+/// Drops the session's queued commands and sends `text` as the next poll.
 void sendPoll(TarnisSession& session, const QString& text);
 
-/// A single-shot timer of the poll's interval, a child of `window`, bound to its slot onTimeout() and not started.
+/// A single-shot timer with the poll interval: a child of `window`, connected to its slot onTimeout(), not started.
 QTimer* newPollTimer(QObject* window);
 
-/// Shows the trimmed text, or hides the label where nothing is left.
+/// Shows the trimmed text, or hides the label if it is empty.
 void showInfo(QLabel& label, const QString& text);
 
 /// Shows value / maximum in per cent, or hides the bar.
 void showProgress(QProgressBar& bar, bool visible, unsigned long long value, unsigned long long maximum);
 
-/// The lines in which the server complains, joined.
+/// The server's error lines, joined.
 QString complaints(const QStringList& lines);
 
-/// Tells the user, in a box, that the server has refused the command. `form` is ">>> %1\n<<< %2", translated in the
+/// Shows in a message box that the server has rejected the command. `form` is ">>> %1\n<<< %2", translated in the
 /// window's own context.
 void showRefusal(QWidget* window, const QString& form, const TarnisCmd& command, const QByteArray& reply);
 
-/// The number of values, or of doubles of a payload, that are NaN or infinite. @{
+/// The number of NaN or infinite values, in a list or in a payload of doubles. @{
 qint64 countNotFinite(const QList<double>& values);
 qint64 countNotFinite(const QByteArray& payload);
 /// @}
@@ -61,12 +60,12 @@ qint64 countNotFinite(const QByteArray& payload);
 class LiveWindow : public QObject {
     Q_OBJECT
 public:
-    /// `session` is the window's pointer, which may be set from outside too. `expectedValues` are those of a reply that
-    /// fills the window's bins.
+    /// `session` is the window's pointer, which may be set from outside too. `expectedValues` is the size of a reply
+    /// that fills the window's bins.
     LiveWindow(QDialog& window, TarnisSession*& session, double expectedValues);
 
     /// Starts a session whose `connected`, `result` and `error` reach onTimeout(), result() and error() of `window`,
-    /// and queues the initial commands. What an earlier session has queued for the window is dropped.
+    /// and queues the initial commands. Calls that an earlier session has queued for the window are dropped.
     template <typename Window>
     void start(Window& window, const ServerAddress& address, const QStringList& initialCommands)
     {
@@ -90,7 +89,7 @@ public:
         m_session->start(QThread::InheritPriority);
         sendInitialCommands(*m_session, m_initialCommands);
     }
-    /// Sends `text` as the next poll, with a new session to the same server where the present one has ended.
+    /// Sends `text` as the next poll, with a new session to the same server if the current one has ended.
     template <typename Window> void poll(Window& window, const QString& text)
     {
         setStopped({});
@@ -99,28 +98,28 @@ public:
             return;
         }
         start(window, ServerAddress(m_address), QStringList(m_initialCommands));
-        m_session->send(newPoll(text)); // behind the initial commands, where "AutoUpdate" is off
+        m_session->send(newPoll(text)); // after the initial commands, also if "AutoUpdate" is off
     }
     /// Ends the session in the background; the window's pointer is null then.
     void end();
-    /// To be called with the `error` of the present session.
+    /// Call it with the `error` of the current session.
     void setFailed(const QString& message);
 
-    /// Shows, below the plot, that the polling has stopped and why; an empty reason takes that back.
+    /// Shows below the plot that the polling has stopped and why; an empty reason removes the line.
     void setStopped(const QString& reason);
     QString stopReason() const { return m_reason; } ///< empty while the polling goes on
     void retranslate(); ///< shows the state in the current language
 
-    /// Passes the reply to the hook. True if that has dealt with it: the polling then goes on.
+    /// Passes the reply to the hook. True if the hook has handled it; the polling then continues.
     static bool isDealtWith(const LiveWindowHooks& hooks, const UndrawnReply& reply, QTimer* timer);
     /// Stops the polling and reports the reply in a message box.
     void showUndrawn(const UndrawnReply& reply, QMessageBox::Icon icon);
-    /// Reads a reply to a text command: a refusal is reported as showRefusal() says and closes the window.
+    /// Reads a reply to a text command: a rejection is reported by showRefusal() and closes the window.
     void readText(const TarnisCmd& command, const QByteArray& payload, const QString& form);
 
     /// A reply with more values than the window accepts is not decoded.
     bool isTooLarge(qint64 values) const { return values > m_maxValues; }
-    /// For onUndrawn: what is the matter with such a reply.
+    /// Describes such a reply for onUndrawn.
     UndrawnReply tooLarge(qint64 values) const;
     const QStringList& initialCommands() const { return m_initialCommands; } ///< of start()
 
@@ -132,11 +131,11 @@ private:
     TarnisSession*& m_session;
     ServerAddress m_address;
     QStringList m_initialCommands;
-    int m_generation = 0; ///< counts sessions: calls that an ended one has queued are recognised
+    int m_generation = 0; ///< number of the session; identifies queued calls of an ended one
     bool m_hasFailed = false;
     QString m_reason;
     QString m_stoppedAt; ///< time of day
-    MessageLabel* m_label = nullptr; ///< made when it is needed first
+    MessageLabel* m_label = nullptr; ///< created on first use
     qint64 m_maxValues;
 };
 

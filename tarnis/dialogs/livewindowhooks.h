@@ -1,4 +1,4 @@
-// What a subclass of a live window can learn about replies.
+// Hooks by which a subclass of a live window is informed about replies.
 #pragma once
 
 #include <tarnis/tarnis_export.h>
@@ -19,26 +19,26 @@ struct TARNIS_EXPORT UndrawnReply {
         TooLarge, ///< more values or bins than the window accepts
     };
     Reason reason = Reason::NoAxis; ///< see Reason
-    QString text; ///< what the message box shows, in the current language
-    QString replyText; ///< the text behind the payload
-    qint64 values = 0; ///< in the payload
-    int binsX = 0; ///< of a map, as the reply or the window says
+    QString text; ///< the text of the message box, in the current language
+    QString replyText; ///< the text after the payload
+    qint64 values = 0; ///< number of values in the payload
+    int binsX = 0; ///< bins of a map, according to the reply or the window
     int binsY = 0; ///< as binsX
 };
 
 /// A reply to a poll that a live window has drawn.
 struct TARNIS_EXPORT DrawnReply {
-    qint64 values = 0; ///< numbers that are drawn
-    qint64 notFinite = 0; ///< of these, NaN or infinite: the plot has no place for them
+    qint64 values = 0; ///< number of values in the reply
+    qint64 notFinite = 0; ///< of these, NaN or infinite, which the plot cannot show
 };
 
-/// Called by Graph1DDialog and Graph2DDialog on the GUI thread. Empty at first: the window then behaves as without.
+/// Called by Graph1DDialog and Graph2DDialog on the GUI thread. By default the functions are empty and have no effect.
 struct TARNIS_EXPORT LiveWindowHooks {
-    /// Returns true if the reply has been dealt with: no message box is shown, the plot and its axis stay as they are,
-    /// and the polling goes on. Otherwise, and without a hook, the message box is shown and the polling stops.
+    /// Returns true if the hook has handled the reply: no message box is shown, the plot and its axis are unchanged,
+    /// and the polling continues. Otherwise, and without a hook, the message box is shown and the polling stops.
     std::function<bool(const UndrawnReply& reply)> onUndrawn;
-    /// After each reply that was drawn, before the signal onGraphUpdated(). Counting costs a pass over the values,
-    /// which is saved without a hook.
+    /// Called after each reply that was drawn, before the signal onGraphUpdated(). Counting needs a pass over the
+    /// values, which is skipped without a hook.
     std::function<void(const DrawnReply& reply)> onDrawn;
 };
 

@@ -1,5 +1,5 @@
 /// @file
-/// Lists of names with one or several values, as the statistics tables show them. Plain values, no lock.
+/// Lists of names with one or several values, for the statistics tables. Plain values, no lock.
 #pragma once
 
 #include <tarnis/tarnis_export.h>
@@ -10,7 +10,7 @@
 /// A name with its value.
 struct NameValue {
     QString name; ///< compared as it stands
-    QString value; ///< shown as it stands
+    QString value; ///< shown unchanged
 };
 
 /// A name with its values, one per column of a table.
@@ -19,12 +19,12 @@ struct NameValues {
     QList<QString> values; ///< may be shorter than the table is wide
 };
 
-/// Empties the values of every record; names and order stay.
+/// Clears the values of every record; names and order are unchanged.
 TARNIS_EXPORT void nvClear(QList<NameValues>& list);
 
 /// Replaces the value of the record with exactly the name of `item`, or appends `item`.
 TARNIS_EXPORT void nvUpdate(QList<NameValue>& list, NameValue const& item);
 
-/// Appends the first of `item.values`, and only that one, to the record with exactly the name of `item`, or appends
-/// `item` whole. For a name that the list has, `item.values` must not be empty.
+/// Appends only the first of `item.values` to the record with exactly the name of `item`, or appends the complete
+/// `item`. For a name in the list, `item.values` must not be empty.
 TARNIS_EXPORT void nvUpdate(QList<NameValues>& list, NameValues const& item);

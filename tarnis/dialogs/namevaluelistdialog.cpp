@@ -15,7 +15,7 @@
 
 namespace {
 
-// The table does not look at the column: one beyond the last would be a cell of the next row.
+// The table does not check the column: one beyond the last would be a cell of the next row.
 void setCell(QTableWidget& table, int row, int column, const QString& text, Qt::AlignmentFlag horizontal)
 {
     if (column >= table.columnCount())
@@ -37,7 +37,7 @@ NameValueListDialog::NameValueListDialog(QList<NameValue> const& list, QWidget* 
     updateList(list);
     show();
 
-    // Measured after show(): before it the layout has not given the table its width.
+    // Read after show(), because the layout sets the table's width only then.
     const double width = std::round(table()->width() * 0.93);
     table()->setColumnWidth(0, static_cast<int>(std::round(0.6 * width)));
     table()->setColumnWidth(1, static_cast<int>(std::round(0.4 * width)));

@@ -17,19 +17,19 @@ namespace Ui {
 class NameValueListDialog;
 }
 
-/// Shows itself in its constructor and is not deleted on close: that is the host's decision.
+/// The constructor shows the dialog. It is not deleted on close; the host decides.
 class TARNIS_EXPORT NameValueListDialog : public QDialog {
     Q_OBJECT
 public:
     /// Two columns: `nameHeader` and "Value".
     NameValueListDialog(QList<NameValue> const& list, QWidget* parent, QString const& nameHeader);
-    /// A column for each of `headers`, the first one for the names. The window takes the width of its columns.
+    /// A column for each of `headers`, the first one for the names. The window is as wide as its columns.
     NameValueListDialog(QList<NameValues> const& list, QList<QString> const& headers, QWidget* parent);
     ~NameValueListDialog() override;
 
-    /// Shows `list`, a row per record, in the columns that are there.
+    /// Shows `list`, one row per record, in the existing columns.
     void updateList(QList<NameValue> const& list);
-    /// Shows `list`; with `headers`, replaces the columns. Cells for which a record has no value stay as they were.
+    /// Shows `list`; with `headers`, replaces the columns. Cells for which a record has no value are unchanged.
     void updateList(QList<NameValues> const& list, QList<QString> const* headers);
 
     /// The table, owned by the dialog.
@@ -37,13 +37,13 @@ public:
 
 public Q_SLOTS:
     void onButtonClicked(QAbstractButton* button); ///< calls onSave() for "Save"; nothing for other buttons
-    /// Asks for a path and writes the table as CSV, without quoting. A file that cannot be opened ends it silently.
+    /// Asks for a path and writes the table as CSV, without quoting. Does nothing if the file cannot be opened.
     void onSave();
 
 protected:
     void changeEvent(QEvent* event) override;
 
-    void setUpForm(); ///< what the constructors share
+    void setUpForm(); ///< common part of the constructors
 
     std::unique_ptr<Ui::NameValueListDialog> ui; ///< the controls
 };

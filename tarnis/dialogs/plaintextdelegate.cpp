@@ -26,7 +26,7 @@ void PlainTextDelegate::installOn(QAbstractItemView& view)
 
 QString PlainTextDelegate::displayText(const QVariant& value, const QLocale& locale) const
 {
-    // A row has one line: others would overlap its neighbours.
+    // A row has one line; more lines would overlap the adjacent rows.
     return shortText(QStyledItemDelegate::displayText(value, locale), maxChars, 1);
 }
 

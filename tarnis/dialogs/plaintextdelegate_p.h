@@ -1,4 +1,4 @@
-// How lists and tables of the dialogs show texts that come from a server.
+// Shows texts from a server in lists and tables.
 #pragma once
 
 #include <QStyledItemDelegate>
@@ -8,14 +8,14 @@ class QModelIndex;
 
 namespace tarnis {
 
-/// Draws and measures the beginning of an item's text only; the item keeps all of it. A cell that is too narrow shows
-/// the text as a plain tool tip.
+/// Draws and measures only the beginning of an item's text; the item keeps the full text. A cell that is too narrow
+/// shows it as a plain tool tip.
 class PlainTextDelegate : public QStyledItemDelegate {
     Q_OBJECT
 public:
     using QStyledItemDelegate::QStyledItemDelegate;
 
-    /// Gives the view a delegate of this kind, and opens a text that is not shown whole in a window on a double click.
+    /// Installs such a delegate on the view. A double click on a truncated text opens it in a window.
     static void installOn(QAbstractItemView& view);
 
     QString displayText(const QVariant& value, const QLocale& locale) const override;

@@ -14,15 +14,15 @@ namespace Ui {
 class SelectCheckedDialog;
 }
 
-/// Lets the user tick cells of a table that the owner fills and reads back. A mark is the cell's Qt::CheckStateRole:
-/// 2 for checked, 0 for unchecked. Cells without an item, and cells that are not selected, are never touched.
+/// Lets the user check cells of a table that the owner fills and reads. The check state is the cell's
+/// Qt::CheckStateRole: 2 for checked, 0 for unchecked. Cells without an item and unselected cells are never changed.
 class TARNIS_EXPORT SelectCheckedDialog : public QDialog {
     Q_OBJECT
 public:
     explicit SelectCheckedDialog(QWidget* parent); ///< not shown yet
     ~SelectCheckedDialog() override;
 
-    /// The table, owned by the dialog. Empty at first.
+    /// The table, owned by the dialog. Initially empty.
     QTableWidget* getTable();
 
 Q_SIGNALS:
@@ -32,7 +32,7 @@ Q_SIGNALS:
 public Q_SLOTS:
     void onSelectAll(); ///< checks the selected cells
     void onUnselectAll(); ///< unchecks the selected cells
-    /// Unchecks those of the selected cells that carry any mark, a partial one included, and checks the others.
+    /// Unchecks the checked and partially checked cells of the selection, and checks the others.
     void onReverse();
 
 protected:

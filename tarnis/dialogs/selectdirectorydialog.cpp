@@ -162,7 +162,7 @@ void SelectDirectoryDialog::onCurDirListItemSelectioChanged()
 void SelectDirectoryDialog::onAccepted()
 {
     const QPointer<SelectDirectoryDialog> guard(this);
-    // The "/" is always added: at the root, which "pwd" gives as "/", the result begins with two of them.
+    // The "/" is always added: at the root, which "pwd" reports as "/", the result begins with two of them.
     if (nameEdit) {
         QString name = ui->fileNameLineEdit->text();
         if (name.isEmpty())

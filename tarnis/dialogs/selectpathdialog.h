@@ -21,50 +21,50 @@ class SelectPathDialog;
 }
 
 /// Browses the server's file system with "pwd" and `ls-F` on a session of its own. Without setExt() it lists and
-/// returns folders only. Session failures are shown nowhere: the lists then stay disabled.
+/// returns folders only. Session failures are not reported: the lists then stay disabled.
 class TARNIS_EXPORT SelectPathDialog : public QDialog {
     Q_OBJECT
 public:
-    /// Starts at `dir`, or at the server's own directory where it is empty. Host, port and prompt come from `session`,
-    /// which stays the caller's and is not used further.
+    /// Starts at `dir`, or at the server's own directory if it is empty. Host, port and prompt are copied from
+    /// `session`, which is still owned by the caller and not used further.
     SelectPathDialog(QString const& dir, TarnisSession* session, QWidget* parent);
     ~SelectPathDialog() override;
 
-    /// Asks for a file name that ends, in any case, with one of `exts`; a dot is put before each that has none.
-    /// Choosing a name that is not listed is refused with `mustExist`; one that is listed is asked about with
-    /// `confirmOverwrite`.
+    /// Selects a file whose name ends with one of `exts`, case-insensitive; a dot is prepended to each that has none.
+    /// With `mustExist` a name that is not listed is rejected; with `confirmOverwrite` the user must confirm a listed
+    /// one.
     void setExt(QList<QString> const& exts, bool mustExist, bool confirmOverwrite);
     /// True for a name, not of a folder, with one of the extensions.
     bool matchExt(QString const& name);
 
-    /// Goes to `dir` and lists it, unless it is the current one.
+    /// Changes to `dir` and lists it, unless it is the current one.
     void setDir(QString const& dir);
-    QString getDir() const; ///< the current directory; empty while the server has not told its own
-    /// The listed names, folders with a "/" behind, in the order of the list.
+    QString getDir() const; ///< the current directory; empty until the server has reported its own
+    /// The listed names in the order of the list, folders with a trailing "/".
     QList<QString> getNames() const;
 
     /// Removes all "/" at the end of `path`: "/" becomes empty.
     void trimDir(QString& path);
-    /// Asks for the server's own directory, goes there and lists it.
+    /// Requests the server's own directory, changes to it and lists it.
     void requestPwd();
-    /// Lists the current directory. Where that fails, the dialog goes to the server's own one, once.
+    /// Lists the current directory. If that fails, the dialog changes once to the server's own one.
     void requestLs();
 
 Q_SIGNALS:
-    /// The chosen path as the server sees it, before the dialog closes.
+    /// The chosen path on the server. Emitted before the dialog closes.
     void accepted(QString const& path);
 
 public Q_SLOTS:
-    void onDirComboIndexChanged(QString const& text); ///< lists what the combo box shows; `text` is not read
-    /// Opens a folder. For a name with one of the extensions it calls onAccepted(), which reads the edit, not `item`.
+    void onDirComboIndexChanged(QString const& text); ///< lists the directory in the combo box; `text` is not used
+    /// Opens a folder. For a name with one of the extensions it calls onAccepted(), which uses the edit, not `item`.
     void onCurDirListItemDoubleClicked(QListWidgetItem* item);
     /// Emits accepted() and closes: with the directory, or with the typed name in it, to which the first extension is
-    /// appended if it has none. An empty name and one with a "/" do nothing; refusals as setExt() says.
+    /// appended if it has none. Does nothing for an empty name and one with a "/"; see setExt() for rejected names.
     void onAccepted();
-    void onFileNameChanged(QString const& text); ///< Ok is on for a name that is not empty
-    /// Takes a name with one of the extensions into the edit; Ok is on for such a name only.
+    void onFileNameChanged(QString const& text); ///< Ok is enabled for a name that is not empty
+    /// Copies a name with one of the extensions into the edit. Ok is enabled only for such a name.
     void onCurDirListChanged(QString const& text);
-    /// Reads the replies to "pwd" and `ls-F`. A refused listing asks for the server's own directory, once.
+    /// Reads the replies to "pwd" and `ls-F`. A rejected listing requests the server's own directory, once.
     void result(PTarnisCmd cmd, QByteArray const& payload);
 
 protected:
@@ -75,7 +75,7 @@ protected:
     TARNIS_NO_EXPORT void showListing(QStringList& names);
     TARNIS_NO_EXPORT void goTo(QString const& dir);
     /// @endcond
-    bool mayTakeName(QString const& name); ///< whether setExt() lets it pass; tells or asks in a box
+    bool mayTakeName(QString const& name); ///< whether setExt() allows the name; reports or asks in a message box
     void finish(QString const& path); ///< emits accepted() and closes
 
     std::unique_ptr<Ui::SelectPathDialog> ui; ///< the controls
@@ -84,5 +84,5 @@ protected:
     bool mustExist = false; ///< see setExt()
     bool confirmOverwrite = false; ///< see setExt()
     tarnis::FolderLists* lists; ///< the combo box and the list
-    tarnis::FolderRequests* requests; ///< what it asks of the server
+    tarnis::FolderRequests* requests; ///< the requests to the server
 };

@@ -7,7 +7,7 @@ namespace tarnis {
 namespace {
 
 constexpr QLatin1Char slash('/');
-constexpr qsizetype maxPathChars = 16384; // four times what common systems allow
+constexpr qsizetype maxPathChars = 16384; // four times the limit of common systems
 
 } // namespace
 
@@ -24,7 +24,7 @@ QString listRequest(const QString& dir)
 {
     QString escaped = dir;
     escaped.replace(QLatin1Char('"'), QLatin1String("\\\""));
-    // No QString::arg: a directory may hold "%1".
+    // Not QString::arg: a directory may contain "%1".
     return QLatin1String("ls-F \"") + escaped + QLatin1Char('"');
 }
 

@@ -1,4 +1,4 @@
-// How the path choosers speak of the server's folders: requests, replies, ancestors. No widget.
+// Requests, replies and ancestors of server folders for the path choosers. No widgets.
 #pragma once
 
 #include <QString>
@@ -8,7 +8,8 @@ class TarnisCmd;
 
 namespace tarnis {
 
-/// A new command, given up to a session by send(): `text` for the server, `name` for the receiver of the reply.
+/// A new command, to be passed to TarnisSession::send(), which takes ownership: `text` for the server, `name` for the
+/// receiver of the reply.
 TarnisCmd* browseCommand(const QString& text, const QString& name);
 
 /// The request that lists `dir`, each double quote in it escaped by a backslash.
@@ -17,15 +18,14 @@ QString listRequest(const QString& dir);
 /// True for a reply that reports success.
 bool isGoodReply(const QString& reply);
 
-/// The lines behind the first one of a reply, empty ones included.
+/// The lines after the first one of a reply, including empty ones.
 QStringList replyLines(const QString& reply);
 
-/// The directories on the way to `dir`, the root first and `dir` itself last: "/a/b" gives "/", "/a", "/a/b". Where
-/// `dir` ends with "/", the last is `dir` without it; the root alone is "/". A path of more than 16384
-/// characters has none.
+/// The directories from the root to `dir`: "/a/b" returns "/", "/a", "/a/b". If `dir` ends with "/", the last one is
+/// `dir` without it; for the root the list is "/". Empty for a path of more than 16384 characters.
 QStringList ancestors(const QString& dir);
 
-/// `dir` and `name` with one "/" between them, none added where `dir` ends with one.
+/// `dir` and `name` joined by "/"; none is added if `dir` ends with one.
 QString joinedPath(const QString& dir, const QString& name);
 
 /// `path` without the "/" characters at its end; "/" becomes empty.

@@ -1,4 +1,4 @@
-// What the statistics window reads out of a reply. Plain values.
+// Parses replies for the statistics window. Pure functions.
 #pragma once
 
 #include "tarnis/dialogs/namevalue.h"
@@ -9,8 +9,8 @@
 namespace tarnis {
 
 /// The lines "name:value" of a reply in the order in which names first appear, each with its last value, neither
-/// trimmed. Lines without a name and the names "OK" and "NG" are left out. Gives what nvUpdate() line by line gives, in
-/// a time that grows with the number of lines, not with its square.
+/// trimmed. Lines without a name and the names "OK" and "NG" are ignored. Returns the same as nvUpdate() for each line,
+/// but in linear instead of quadratic time.
 QList<NameValue> namedValues(const QString& reply);
 
 } // namespace tarnis

@@ -1,4 +1,4 @@
-// A table's text as CSV.
+// Converts a table to CSV.
 #pragma once
 
 #include <QString>
@@ -7,8 +7,8 @@ class QTableWidget;
 
 namespace tarnis {
 
-/// The header texts joined with ",", then each row's cell texts likewise, each line ended by a line feed. Nothing is
-/// quoted or escaped: a comma in a cell makes an extra field. A cell without an item counts as empty.
+/// The header texts joined with ",", then each row's cell texts, each line with a final line feed. Nothing is quoted or
+/// escaped: a comma in a cell creates an extra field. A cell without an item counts as empty.
 QString tableText(const QTableWidget& table);
 
 } // namespace tarnis

@@ -31,13 +31,13 @@ void LiveMap::showData(const HistogramReply& histogram)
 {
     if (!(histogram.x == m_x) || !(histogram.y == m_y)) {
         if (histogram.y.bins < m_y.bins)
-            m_plot->clearData(); // a map has no other way to lose rows
+            m_plot->clearData(); // the only way to remove rows from a map
         m_x = histogram.x;
         m_y = histogram.y;
         m_plot->initManualX(m_x.min, m_x.max);
         m_plot->initManualY(m_y.min, m_y.max);
     }
-    // The automatic colours use the largest of the rows' maxima: that of the map serves for each.
+    // The automatic colours use the largest of the rows' maxima, so that of the map can be passed for each row.
     const int rows = static_cast<int>(histogram.rows.size());
     for (int row = 0; row < rows; ++row)
         m_plot->setData(row, histogram.rows.at(row), histogram.maximum, row == rows - 1);

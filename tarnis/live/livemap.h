@@ -8,16 +8,16 @@ class XY2DGraphWidget;
 
 namespace tarnis {
 
-/// A map of a histogram in rows and columns. See LiveWidget.
+/// A live map of a histogram. See LiveWidget.
 class TARNIS_EXPORT LiveMap : public LiveWidget {
     Q_OBJECT
     /// Whether the colours are logarithmic.
     Q_PROPERTY(bool logScale READ isLogScale WRITE setLogScale)
 public:
-    /// Without client and command. The axes are "X" and "Y".
+    /// Initially without client and command. The axes are "X" and "Y".
     explicit LiveMap(QWidget* parent = nullptr);
 
-    /// The plot, for everything else: colours, cuts, regions.
+    /// The plot, for access to colours, cuts and regions.
     XY2DGraphWidget* plot() const;
 
     /// Whether the colours are logarithmic. @{

@@ -29,7 +29,7 @@ LivePlot::LivePlot(QWidget* parent)
     , m_plot(static_cast<MultiVectorGraphWidget*>(frame()))
 {
     m_plot->init(tr("Channel"), tr("Counts"), 0.0, 0.0, true, true);
-    m_plot->m_groupSize = 1; // each row is a group of its own, with its own largest value
+    m_plot->m_groupSize = 1; // each row is a separate group, with its own maximum
     m_plot->setAddType(MultiVectorGraphWidget::AddEachGroup);
     m_plot->resizeData(0);
 }
@@ -86,7 +86,7 @@ bool LivePlot::isLegendShown() const
 
 void LivePlot::showData(const HistogramReply& histogram)
 {
-    // The same axis again would take back what the user has zoomed to.
+    // Setting the same axis again would reset the user's zoom.
     if (!(histogram.x == m_axis)) {
         m_axis = histogram.x;
         m_plot->initManualX(m_axis.min, m_axis.max);

@@ -13,7 +13,7 @@ namespace tarnis {
 
 class PlotLegend;
 
-/// Curves of a histogram in rows or pairs, one for each row. See LiveWidget.
+/// A live plot of a histogram in rows or pairs, with one curve for each row. See LiveWidget.
 class TARNIS_EXPORT LivePlot : public LiveWidget {
     Q_OBJECT
     /// See setSeriesWord().
@@ -25,17 +25,17 @@ class TARNIS_EXPORT LivePlot : public LiveWidget {
     /// See isLegendShown().
     Q_PROPERTY(bool legendShown READ isLegendShown WRITE setLegendShown)
 public:
-    /// Without client and command. The axes are "Channel" and "Counts".
+    /// Initially without client and command. The axes are "Channel" and "Counts".
     explicit LivePlot(QWidget* parent = nullptr);
 
-    /// The plot, for everything else: colours, tools, ranges.
+    /// The plot, for access to colours, tools and ranges.
     MultiVectorGraphWidget* plot() const;
 
-    /// The word for a row in names of series, with its number behind it: "Module". @{
+    /// The word in series names that precedes the row number, for example "Module". @{
     void setSeriesWord(const QString& word);
     QString seriesWord() const;
     /// @}
-    /// Names of the rows from the first on. @{
+    /// Names of the rows, starting with the first. @{
     void setSeriesNames(const QStringList& names);
     QStringList seriesNames() const;
     /// @}
@@ -43,7 +43,7 @@ public:
     void setLogScale(bool on);
     bool isLogScale() const;
     /// @}
-    /// Whether the plot has a PlotLegend; false at first. @{
+    /// Whether the plot has a PlotLegend; false by default. @{
     void setLegendShown(bool shown);
     bool isLegendShown() const;
     /// @}

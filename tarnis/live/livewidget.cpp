@@ -46,7 +46,7 @@ public:
     QPointer<PlotNavigator> navigator;
     QPointer<PlotCrosshair> crosshair;
     QPointer<PlotToolBar> toolBar;
-    QPointer<QWidget> window; ///< whose events are watched
+    QPointer<QWidget> window; ///< the window whose events are filtered
 
     QPointer<Client> client;
     QString command;
@@ -56,10 +56,10 @@ public:
     std::shared_ptr<HistogramPoller> poller;
 
     HistogramReply last;
-    QDateTime lastTime; ///< not valid without data on the plot
-    bool isFresh = false; ///< data have come since the polls began
+    QDateTime lastTime; ///< invalid without data on the plot
+    bool isFresh = false; ///< data have arrived since polling started
     bool isStale = false;
-    QString failure; ///< of the last poll
+    QString failure; ///< failure of the last poll
     std::pair<State, QString> reported { State::Idle, {} };
 };
 
@@ -93,14 +93,14 @@ void LiveWidget::Private::follow()
     connect(
         poller.get(), &HistogramPoller::updated, &q, [this](const HistogramReply& histogram) { onUpdated(histogram); });
     connect(poller.get(), &HistogramPoller::failed, &q, [this](const QString& reason) {
-        failure = shortText(reason, maxReasonChars, maxReasonLines); // which may be the server's, of any size
+        failure = shortText(reason, maxReasonChars, maxReasonLines); // may come from the server, in any length
         renewStatus();
     });
     connect(poller.get(), &HistogramPoller::stale, &q, [this] {
         isStale = true;
         renewStatus();
     });
-    // Another widget may have had the poller for long.
+    // The poller may already have data from another widget.
     if (!poller->last().rows.isEmpty())
         onUpdated(poller->last());
 }
@@ -212,7 +212,7 @@ void LiveWidget::setClient(Client* client)
         d->client->disconnect(this);
     d->client = client;
     if (client != nullptr) {
-        // The pointer is null by then, and the poller has no client.
+        // At this point the pointer is null, and the poller has no client.
         connect(client, &QObject::destroyed, this, [this] { d->restart(); });
     }
     d->restart();

@@ -1,5 +1,5 @@
 /// @file
-/// What the live widgets share: polls, states, the line below the plot.
+/// Base class of the live widgets: polling, states, status line.
 #pragma once
 
 #include <tarnis/client/histogrampoller.h>
@@ -14,16 +14,16 @@ class XYGraphWidget;
 
 namespace tarnis {
 
-/// A plot that polls one histogram and a line below it, which says of when the data are and what is wrong. A host drops
-/// a LivePlot or a LiveMap into a window of its own and hands it a client:
+/// A plot that polls one histogram, with a status line below it that shows the time of the data and any error. A host
+/// adds a LivePlot or a LiveMap to its window and sets a client:
 ///
 ///     auto* spectrum = new tarnis::LivePlot(this);
 ///     spectrum->setCommand("hist1d total bins:1024");
 ///     spectrum->setClient(server->client("plots"));
 ///
-/// It polls while it is visible and goes on by itself after failures and lost connections; the previous data stay
-/// on the plot meanwhile. Widgets with the same client and command share the polls. It shows no message boxes. GUI
-/// thread only.
+/// It polls while it is visible, and continues after failures and lost connections; the previous data stay on the plot
+/// in the meantime. Widgets with the same client and command share the polls. It shows no message boxes. GUI thread
+/// only.
 class TARNIS_EXPORT LiveWidget : public QWidget {
     Q_OBJECT
     /// See command().
@@ -49,40 +49,40 @@ class TARNIS_EXPORT LiveWidget : public QWidget {
     /// See statusText().
     Q_PROPERTY(QString statusText READ statusText NOTIFY statusChanged)
 public:
-    /// What the data on the plot are worth.
+    /// Validity of the data on the plot.
     enum class State {
         Idle, ///< no client or no command
         Paused, ///< by setPaused()
-        Waiting, ///< no data since the widget was shown or was given its client and command
+        Waiting, ///< no data since the widget was shown or its client and command were set
         Current, ///< the plot shows the last data
         Stale, ///< no data for staleAfter()
-        Failed, ///< the last poll brought no histogram; the polls go on
+        Failed, ///< the last poll returned no histogram; polling continues
     };
     Q_ENUM(State)
 
-    ~LiveWidget() override; ///< the polls end, unless others share them
+    ~LiveWidget() override; ///< stops polling, unless others share the polls
 
-    /// The connection, which the widget does not own and which may be destroyed before it. Null ends the polls. @{
+    /// The connection, not owned. It may be destroyed before the widget. Null stops polling. @{
     void setClient(Client* client);
     Client* client() const;
     /// @}
-    /// The command that requests the histogram. Another one takes the present data off the plot. Empty: no polls. @{
+    /// The command that requests the histogram. Another command clears the plot. Empty: no polling. @{
     void setCommand(const QString& command);
     QString command() const;
     /// @}
-    /// What the reply looks like; that of HistogramFormat::ofCommand() until it is set. @{
+    /// Format of the reply; by default HistogramFormat::ofCommand(). @{
     void setFormat(const HistogramFormat& format);
     HistogramFormat format() const;
     /// @}
-    /// Limits and times of the polls. @{
+    /// Limits and times of polling. @{
     void setOptions(const PollOptions& options);
     PollOptions options() const;
     /// @}
-    /// From one poll to the next, ms, at least 1; 1000 at first. @{
+    /// Time from one poll to the next in ms, at least 1; default 1000. @{
     void setInterval(int interval);
     int interval() const;
     /// @}
-    /// Age from which data count as stale, ms; 5000 at first, 0: never. @{
+    /// Age in ms from which data count as stale; default 5000, 0: never. @{
     void setStaleAfter(int age);
     int staleAfter() const;
     /// @}
@@ -92,22 +92,22 @@ public:
     void setNameY(const QString& name);
     QString nameY() const;
     /// @}
-    /// Whether the line below the plot is shown; true at first. @{
+    /// Whether the status line is shown; true by default. @{
     void setStatusShown(bool shown);
     bool isStatusShown() const;
     /// @}
-    /// Whether the plot has a PlotNavigator and a PlotCrosshair; true at first. @{
+    /// Whether the plot has a PlotNavigator and a PlotCrosshair; true by default. @{
     void setTools(bool on);
     bool hasTools() const;
     /// @}
-    /// Whether a PlotToolBar with the actions of the plot and its tools is above the plot; false at first. @{
+    /// Whether a PlotToolBar with the actions of the plot and its tools is shown above the plot; false by default. @{
     void setToolBarShown(bool shown);
     bool isToolBarShown() const;
     /// @}
 
-    bool isPaused() const; ///< no polls, the plot stays as it is
+    bool isPaused() const; ///< no polling, the plot is unchanged
     State state() const; ///< see State
-    QString statusText() const; ///< the line below the plot, also while it is not shown; in the application's language
+    QString statusText() const; ///< text of the status line, also while it is hidden; in the application's language
     HistogramReply last() const; ///< the data on the plot; without rows before the first
     XYGraphWidget* frame() const; ///< the plot
 
@@ -127,15 +127,15 @@ protected:
     virtual void showData(const HistogramReply& histogram) = 0;
     /// Takes the data off the plot, without a repaint.
     virtual void clearData() = 0;
-    /// The window has moved or changed its size: the plot's own windows follow.
+    /// The window has been moved or resized: moves the plot's child windows along.
     virtual void followWindow() = 0;
-    /// The window has become active: the plot's own windows come to the front.
+    /// The window has become active: raises the plot's child windows.
     virtual void raiseWindows() = 0;
 
-    bool eventFilter(QObject* object, QEvent* event) override; ///< watches the window
-    void showEvent(QShowEvent* event) override; ///< begins the polls
-    void hideEvent(QHideEvent* event) override; ///< ends the polls
-    void changeEvent(QEvent* event) override; ///< follows the language
+    bool eventFilter(QObject* object, QEvent* event) override; ///< filters the events of the window
+    void showEvent(QShowEvent* event) override; ///< starts polling
+    void hideEvent(QHideEvent* event) override; ///< stops polling
+    void changeEvent(QEvent* event) override; ///< retranslates the texts
 
 private:
     class TARNIS_NO_EXPORT Private;
