@@ -14,7 +14,7 @@ QString sentence(const char* text)
     return QCoreApplication::translate("tarnis::BinnedData", text);
 }
 
-// The largest whole number up to which every whole number has a double.
+// Every integer up to this one is exactly representable as double.
 constexpr double largestCount = 9007199254740992.0;
 
 } // namespace

@@ -13,17 +13,17 @@
 
 namespace tarnis {
 
-/// Stands for a number that does not exist or must not be shown. Ask with std::isnan().
+/// Marks a number that does not exist or must not be shown. Test with std::isnan().
 inline constexpr double noNumber = std::numeric_limits<double>::quiet_NaN();
 
-/// Contents of the bins of one axis. Without edges the bins are equal: bin i has its centre at firstCentre + i * width,
-/// so that the default is a spectrum in channels, channel i reaching from i - 0.5 to i + 0.5.
+/// Contents of the bins of one axis. Without edges the bins have equal width: bin i has its centre at firstCentre + i *
+/// width. The default is a spectrum in channels, with channel i from i - 0.5 to i + 0.5.
 struct TARNIS_EXPORT BinnedData {
     std::span<const double> contents; ///< content of each bin
     /// Variance of each content; empty: the contents are counts, and each is its own variance. Contents that were
-    /// scaled, subtracted or weighted are no counts and need variances.
+    /// scaled, subtracted or weighted are not counts and need variances.
     std::span<const double> variances;
-    std::span<const double> edges; ///< rising edges, one more than bins; empty: equal bins
+    std::span<const double> edges; ///< increasing edges, one more than bins; empty: bins of equal width
     double firstCentre = 0.0; ///< centre of bin 0, unless there are edges
     double width = 1.0; ///< width of a bin, unless there are edges
 
@@ -45,14 +45,14 @@ struct TARNIS_EXPORT BinnedData {
     double variance(std::size_t i) const { return variances.empty() ? contents[i] : variances[i]; }
     /// Bins first to last, both included; both must exist.
     BinnedData part(std::size_t first, std::size_t last) const;
-    /// The bin that holds x; -1 outside of the axis and for NaN.
+    /// Index of the bin that contains x; -1 outside of the axis and for NaN.
     std::ptrdiff_t binAt(double x) const;
 
-    /// What is wrong with the arrays' sizes, the edges or the variances, as a sentence for the user; empty if nothing.
+    /// The error in the arrays' sizes, the edges or the variances, as a sentence for the user; empty if valid.
     QString fault() const;
 };
 
-/// Why the contents are no counts, as a sentence for the user; empty if all are whole, finite and not negative.
+/// Why the contents are not counts, as a sentence for the user; empty if all are finite, non-negative integers.
 TARNIS_EXPORT QString faultOfCounts(std::span<const double> contents);
 
 } // namespace tarnis

@@ -1,5 +1,5 @@
 // Energies in keV: R. Helmer, C. van der Leun, "Recommended standards for gamma-ray energy calibration (1999)", NIM A
-// 450 (2000) 35; for K-40 and lines of the natural chains that it lacks, and for intensities in 100 decays: Decay Data
+// 450 (2000) 35; for K-40, further lines of the natural decay chains, and intensities per 100 decays: Decay Data
 // Evaluation Project, Table of Radionuclides, BIPM Monographie 5, rounded.
 #include "tarnis/analysis/calibrationlines.h"
 
@@ -90,7 +90,7 @@ void sortByEnergy(std::vector<CalibrationLine>& lines)
         [](const CalibrationLine& a, const CalibrationLine& b) { return a.energy < b.energy; });
 }
 
-// Fields of a line, separated by one comma, semicolon or tab with blanks around it, or by blanks alone.
+// Fields of a line, separated by a comma, semicolon or tab with optional spaces, or by spaces only.
 QList<QByteArray> fieldsOf(const QByteArray& line)
 {
     QList<QByteArray> fields;
@@ -155,7 +155,7 @@ CalibrationLines linesFromText(const QByteArray& text)
         CalibrationLine one;
         one.energy = fields[0].toDouble(&ok);
         if (!ok && result.lines.empty() && !fields[0].isEmpty() && !QChar(fields[0][0]).isDigit())
-            continue; // the names of the columns
+            continue; // the column names
         if (ok && fields.size() > 1 && !fields[1].isEmpty())
             one.energyError = fields[1].toDouble(&ok);
         if (ok && fields.size() > 2 && !fields[2].isEmpty())

@@ -19,12 +19,12 @@ namespace tarnis {
 struct CalibrationLine {
     double energy = 0.0; ///< keV
     double energyError = 0.0; ///< one standard deviation, keV
-    double intensity = 0.0; ///< photons in 100 decays; 0 if unknown
+    double intensity = 0.0; ///< photons per 100 decays; 0 if unknown
     QString name; ///< nuclide, for example "Ba-133"
-    double position = -1.0; ///< channel at which the user's file places it; negative: to be found
+    double position = -1.0; ///< channel according to the user's file; negative: unknown
 };
 
-/// Lines, or why there are none.
+/// Lines, or an error.
 struct CalibrationLines {
     std::vector<CalibrationLine> lines; ///< by energy
     QString error; ///< for the user; empty on success
@@ -37,22 +37,22 @@ TARNIS_EXPORT QStringList calibrationSources();
 /// Leun, NIM A 450 (2000) 35; intensities: Decay Data Evaluation Project, Table of Radionuclides, rounded.
 TARNIS_EXPORT CalibrationLines linesOfSource(const QString& names);
 
-/// Lines of a text: in each line energy, error, and if known channel and name, separated by commas, semicolons, tabs or
-/// blanks. "#" begins a comment; a first line of words is skipped. Without an error 0.
+/// Parses lines of text: energy, error, and optionally channel and name, separated by commas, semicolons, tabs or
+/// spaces. "#" begins a comment; a header line is skipped. A missing error is 0.
 TARNIS_EXPORT CalibrationLines linesFromText(const QByteArray& text);
 
 /// A peak to which a line can be assigned.
 struct MeasuredPeak {
-    double position = 0.0; ///< on the axis
-    double error = 0.0; ///< of the position
+    double position = 0.0; ///< position on the axis
+    double error = 0.0; ///< error of the position
     double fwhm = 0.0; ///< full width at half maximum
     double area = 0.0; ///< counts
 };
 
-/// Assigns lines to peaks. Lines that the user has placed are assigned to the nearest peak within a full width. If
-/// there are none, the assignment is searched under which most strong lines meet strong peaks along a curve that rises
-/// nearly linearly. approximate: coefficients of a known calibration in powers of x, lowest first, which is tried too;
-/// may be empty. The result is empty if nothing fits.
+/// Assigns lines to peaks. Lines with a position given by the user are assigned to the nearest peak within a full
+/// width. Without such lines, searches for the nearly linear increasing curve under which most strong lines match
+/// strong peaks. approximate: coefficients of a known calibration in powers of x, lowest first, which is also tried;
+/// may be empty. The result is empty if no assignment is found.
 TARNIS_EXPORT std::vector<CalibrationPoint> assignLines(std::span<const CalibrationLine> lines,
     std::span<const MeasuredPeak> peaks, double axisLower, double axisUpper, std::span<const double> approximate = {});
 

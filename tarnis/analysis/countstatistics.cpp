@@ -10,7 +10,7 @@ namespace tarnis {
 namespace {
 
 constexpr double none = std::numeric_limits<double>::quiet_NaN();
-// One-sided 5 % of a normal distribution.
+// The one-sided 5 % quantile of the normal distribution.
 constexpr double fivePercent = 1.64485362695147271;
 
 bool isCount(double value)

@@ -54,7 +54,7 @@ QString faultOf(const std::vector<CalibrationPoint>& points, double lower, doubl
     return {};
 }
 
-// One weighted fit in powers of (x - reference)/scale; the weights contain the slope of the last one.
+// One weighted fit in powers of (x - reference)/scale; the weights contain the slope of the previous fit.
 bool solveOnce(EnergyCalibration& calibration, std::size_t n, double scale)
 {
     std::vector<double> matrix(n * n, 0.0);
@@ -147,7 +147,7 @@ double EnergyCalibration::positionOf(double energy) const
     const double discriminant = b * b - 4.0 * a * c;
     if (!(discriminant >= 0.0) || !(b > 0.0))
         return none;
-    // The root that stays finite for a = 0 is the one on the rising branch.
+    // The root that stays finite for a = 0 is on the increasing branch.
     return reference - 2.0 * c / (b + std::sqrt(discriminant));
 }
 
@@ -185,7 +185,7 @@ CalibrationResult fitEnergyCalibration(std::vector<CalibrationPoint> points, dou
     calibration.points = std::move(points);
     calibration.ndf = static_cast<int>(calibration.points.size() - n);
     const double scale = 0.5 * (calibration.points.back().position - calibration.points.front().position);
-    // The first slope is that of the outer points; then until the coefficients are still.
+    // The first slope is that of the outer points. The fit is repeated until the coefficients converge.
     const CalibrationPoint& first = calibration.points.front();
     const CalibrationPoint& last = calibration.points.back();
     calibration.coefficients = { 0.0, (last.energy - first.energy) / (last.position - first.position) };

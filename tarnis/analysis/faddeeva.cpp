@@ -1,5 +1,5 @@
 // The Faddeeva function by modified trapezoidal rules: M. Al Azah, S. N. Chandler-Wilde, "Computation of the complex
-// error function using modified trapezoidal rules", SIAM J. Numer. Anal. 59 (2021) 2346. Far out by the asymptotic
+// error function using modified trapezoidal rules", SIAM J. Numer. Anal. 59 (2021) 2346. For large |u|, the asymptotic
 // series (Abramowitz, Stegun 7.1.23).
 #include "tarnis/analysis/special_p.h"
 
@@ -79,7 +79,7 @@ Complex firstQuadrant(Complex u)
     const double fraction = position - std::floor(position);
     const Complex gauss = std::exp(-square);
     const Complex turn = std::exp(Complex(2.0 * pi * u.imag() / step, -2.0 * pi * u.real() / step));
-    // The nodes that are further away from u: next to one, the rule's correction and its term cancel.
+    // Uses the rule whose nodes are further away from u: next to a node, the correction and the node's term cancel.
     if (u.imag() < u.real() && fraction >= 0.25 && fraction <= 0.75)
         return 2.0 * gauss / (1.0 - turn) + Complex(0.0, step / pi) / u + factor * nodeSum(multiples, square);
     return 2.0 * gauss / (1.0 + turn) + factor * nodeSum(midpoints, square);

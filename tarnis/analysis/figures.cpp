@@ -1,5 +1,5 @@
-// Rounding works on the digits of the shortest text that reads back as the same number: 0.0996 is two ten-thousandths
-// short of a tenth there, whatever its binary form is.
+// Rounding works on the decimal digits of the shortest text that reads back as the same number. So the binary
+// representation does not affect ties.
 #include "tarnis/analysis/figures.h"
 
 #include <QLocale>
@@ -35,7 +35,7 @@ struct Decimal {
             negative = false;
     }
 
-    // Place of the last of n leading digits: 10^result.
+    // Decimal place of the last of n leading digits: 10^result.
     int placeOf(int n) const { return exponent - n; }
 
     // Rounded to a multiple of 10^place, half to even.
@@ -60,7 +60,7 @@ struct Decimal {
             negative = false;
     }
 
-    // One more in the last digit that is kept.
+    // Increments the last kept digit.
     void increment(int place)
     {
         for (qsizetype i = digits.size(); i-- > 0;) {
@@ -76,7 +76,7 @@ struct Decimal {
         ++exponent;
     }
 
-    // Plain text down to 10^place, with zeros where digits are missing.
+    // Plain text down to 10^place, padded with zeros.
     QString text(int place) const
     {
         QString result;
@@ -90,7 +90,7 @@ struct Decimal {
     }
 };
 
-// Place of the last digit of an uncertainty that is shown.
+// Decimal place of the last shown digit of an uncertainty.
 int lastPlace(double uncertainty, FigureRule rule)
 {
     Decimal u(uncertainty);
@@ -113,7 +113,7 @@ bool needsPower(double value, double uncertainty)
     return largest >= 1e6 || largest < 1e-4;
 }
 
-// Both moved by the power of ten of the larger one.
+// The common power of ten, that of the larger of the two.
 int powerOf(double value, double uncertainty)
 {
     return Decimal(std::max(std::fabs(value), uncertainty)).exponent - 1;
@@ -134,7 +134,8 @@ bool isError(double uncertainty)
     return uncertainty > 0.0 && std::isfinite(uncertainty);
 }
 
-// Digits in the bracket: units of the last place, with a point if they reach the units of a number with decimals.
+// Digits in brackets, in units of the last place; with a decimal point if the uncertainty is 1 or more and the number
+// has decimals.
 QString bracket(Decimal uncertainty, int place)
 {
     if (place >= 0 || uncertainty.exponent > 0)

@@ -1,4 +1,4 @@
-// Errors from the expected information, and the quantities that follow from the parameters.
+// Errors from the expected information, and derived quantities.
 #include "tarnis/analysis/fitresult_p.h"
 
 #include "tarnis/analysis/special_p.h"
@@ -111,7 +111,7 @@ void addCorrelation(FitResult& result)
     }
 }
 
-// One derived quantity in the making: gradient by parameter.
+// A derived quantity under construction, with its gradient by parameter.
 class Quantity {
 public:
     Quantity(const FitResult& result, double value)
@@ -176,8 +176,8 @@ private:
     double m_factor = 1.0;
 };
 
-// Widths and heights of unit area are functions of the width parameters alone (of calibrated peaks of the centre too),
-// by central differences: their bisections are exact to rounding.
+// Widths and heights of unit area depend only on the width parameters (for calibrated peaks also on the centre).
+// Derivatives are central differences, because the bisections are exact to rounding.
 void DerivedList::addPeak(int peak)
 {
     const QString number = m_layout.peaks > 1 ? QString::number(peak + 1) : QString();
@@ -303,7 +303,7 @@ void addErrors(FitSolver& solver, const Minimum& minimum, FitResult& result)
         result.dataSum += solver.problem().contents()[i];
         result.modelMinimum = std::min(result.modelMinimum, model[i]);
     }
-    // Errors of the others with those at a bound held.
+    // Errors of the other variables, with those at a bound held.
     std::vector<char> held(variables, 0);
     for (std::size_t j = 0; j < variables; ++j)
         held[j] = solver.isAtLower(minimum.variables, j) || solver.isAtUpper(minimum.variables, j);
@@ -350,7 +350,7 @@ void addGoodness(const FitProblem& problem, FitResult& result)
         result.goodness = (result.value - result.ndf) / std::sqrt(2.0 * result.ndf);
     if (weighted || !result.areCounts || result.modelMinimum < 0.0)
         return;
-    // Of an unweighted fit the Cash statistic of its model is looked at: it is almost the smallest one.
+    // For an unweighted fit, the Cash statistic of its model is used, which is close to its minimum.
     double value = result.value;
     if (statistic == FitStatistic::Unweighted) {
         value = 0.0;

@@ -23,7 +23,7 @@ enum class FitBackground {
     Exponential, ///< b0 exp(-b1 u)
 };
 
-/// What is minimised over the model contents m of the bins, for contents y.
+/// The statistic that is minimised, for model contents m and contents y of the bins.
 enum class FitStatistic {
     Cash, ///< Poisson likelihood ratio 2 sum (m - y + y ln(y/m)), the default for counts
     Pearson, ///< sum (m - y)^2 / m
@@ -34,15 +34,15 @@ enum class FitStatistic {
 /// The model content of a bin.
 enum class BinEvaluation {
     Integral, ///< the integral over the bin, the default
-    Centre, ///< value at the bin's centre times its width; makes sigma too large by 4.1 % at 1 bin, 0.5 % at 3
+    Centre, ///< value at the bin's centre times its width; overestimates sigma by 4.1 % at 1 bin, 0.5 % at 3 bins
 };
 
-/// Widths of several peaks.
+/// How several peaks share widths.
 enum class WidthMode {
     Shared, ///< one set of width parameters for all peaks, the default
     Own, ///< each peak has its own
     /// Gaussian peaks whose sigma follows FitModel::widths at their position, times one common factor, the parameter
-    /// width_factor. Fix that to 1 to hold the widths.
+    /// width_factor. Fix it to 1 to keep the calibrated widths.
     Calibrated,
 };
 
@@ -60,19 +60,19 @@ struct WidthCalibration {
     double a = 1.0; ///< sigma^2 at 0, in squared units of the axis
     double b = 0.0; ///< slope of sigma^2, in units of the axis
 
-    /// sigma at x; the square is kept at 1e-6 or above.
+    /// sigma at x; its square is at least 1e-6.
     TARNIS_EXPORT double sigma(double x) const;
 };
 
-/// What the user knows about one parameter. Names are those of FitResult::parameters, for example "centre2".
+/// A constraint of one parameter. Names are those of FitResult::parameters, for example "centre2".
 struct FitConstraint {
     QString name; ///< the parameter
-    std::optional<double> start; ///< value to begin with
-    bool fixed = false; ///< held at start, which must be given
-    std::optional<double> lower; ///< smallest value allowed
-    std::optional<double> upper; ///< largest value allowed
-    /// The parameter that this one follows; empty: none. value = offset + factor * the other's value. The other may not
-    /// be tied itself.
+    std::optional<double> start; ///< starting value
+    bool fixed = false; ///< fixed at start, which must be set
+    std::optional<double> lower; ///< smallest allowed value
+    std::optional<double> upper; ///< largest allowed value
+    /// The parameter that this one follows; empty: none. value = offset + factor * the other's value. The other
+    /// parameter must not be tied itself.
     QString tiedTo;
     double factor = 1.0; ///< of a tied parameter
     double offset = 0.0; ///< of a tied parameter
@@ -82,17 +82,17 @@ struct FitConstraint {
 struct FitModel {
     static constexpr int maxPeaks = 8; ///< largest number of peaks in a window
 
-    PeakShape shape = PeakShape::Gaussian; ///< of all peaks
-    int peaks = 1; ///< 0 to maxPeaks; 0 fits the background alone
-    FitBackground background = FitBackground::Linear; ///< below the peaks
+    PeakShape shape = PeakShape::Gaussian; ///< shape of all peaks
+    int peaks = 1; ///< 0 to maxPeaks; 0 fits only the background
+    FitBackground background = FitBackground::Linear; ///< background below the peaks
     /// Adds a step below each peak, area * step * (distribution function of the Gaussian falling to the right), with
     /// one parameter "step" in 1/x.
     bool withStep = false;
-    WidthMode widthMode = WidthMode::Shared; ///< of several peaks
+    WidthMode widthMode = WidthMode::Shared; ///< widths of several peaks
     WidthCalibration widths; ///< for WidthMode::Calibrated
     bool allowDips = false; ///< areas may be negative
-    std::vector<double> centres; ///< positions to begin with, for none or all peaks; none: they are searched for
-    std::vector<FitConstraint> constraints; ///< what is fixed, bounded, tied or begins elsewhere
+    std::vector<double> centres; ///< starting positions, for all peaks or empty; empty: peaks are searched
+    std::vector<FitConstraint> constraints; ///< fixed, bounded and tied parameters, and starting values
 
     /// Names of all parameters, in the order of the results: area, centre and widths of each peak (numbered from 1 if
     /// there are several), shared widths, step, b0, b1, b2.

@@ -9,7 +9,7 @@ namespace tarnis::analysis {
 
 namespace {
 
-// sinh(x)/x and its derivative, which lose their digits at 0.
+// sinh(x)/x and its derivative, which cancel near 0.
 double sinhc(double x)
 {
     return std::fabs(x) < 1e-3 ? 1.0 + x * x / 6.0 : std::sinh(x) / x;
@@ -134,7 +134,7 @@ void FitProblem::differentiatePeak(int peak)
         byCentre[i] += area * columns.byCentre[i];
     }
     if (m_model.widthMode == WidthMode::Calibrated) {
-        // sigma = factor * calibration(centre): the centre moves the width too.
+        // sigma = factor * calibration(centre), so the width also depends on the centre.
         const double calibrated = m_model.widths.sigma(centre);
         const double factor = m_p[static_cast<std::size_t>(m_layout.width[k][0])];
         const double slope = factor * 0.5 * m_model.widths.b / calibrated;

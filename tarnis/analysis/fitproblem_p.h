@@ -11,7 +11,7 @@
 
 namespace tarnis::analysis {
 
-/// Where each parameter is among those of a model; -1: there is none.
+/// Index of each parameter in a model; -1: not present.
 struct FitLayout {
     explicit FitLayout(const FitModel& model);
 
@@ -21,9 +21,9 @@ struct FitLayout {
     std::array<int, FitModel::maxPeaks> centre {};
     std::array<std::array<int, maxWidthParameters>, FitModel::maxPeaks> width {};
     int step = -1;
-    int background = 0; ///< the first one
+    int background = 0; ///< index of the first background parameter
     int backgrounds = 0;
-    int count = 0; ///< of all parameters
+    int count = 0; ///< number of all parameters
 };
 
 /// Contents, edges and model of the bins of a range. Evaluates the model into its own columns.
@@ -46,7 +46,7 @@ public:
 
     /// Model contents at the parameters p. Valid until the next call.
     std::span<const double> evaluate(const double* p);
-    /// Those of the last evaluate().
+    /// Model contents of the last evaluate().
     std::span<const double> values() const { return m_values; }
     /// Derivatives of all model contents at the parameters of the last evaluate(): those by parameter k.
     void differentiate();
@@ -55,7 +55,7 @@ public:
         return { m_columns.data() + static_cast<std::size_t>(parameter) * bins(), bins() };
     }
 
-    /// sigma of the Gaussian at the foot of peak k, for its step, and the width parameters that its shape has.
+    /// The width parameters of peak k, and sigma of the Gaussian for its step.
     void widthsOf(int peak, const double* p, double* widths) const;
 
 private:

@@ -1,4 +1,4 @@
-// Asymmetric errors: how far a parameter can move, with all others fitted again, until the statistic has risen by 1.
+// Asymmetric errors: the change of a parameter at which the statistic, with all others refitted, has increased by 1.
 #include "tarnis/analysis/fitresult_p.h"
 
 #include <algorithm>
@@ -11,7 +11,7 @@ namespace {
 
 constexpr double none = std::numeric_limits<double>::quiet_NaN();
 
-// Of one variable, to one side.
+// The profile of one variable on one side.
 class Profile {
 public:
     Profile(FitSolver& solver, const Minimum& minimum, const std::vector<double>& covariance, double rise)
@@ -27,7 +27,7 @@ public:
         bool atBound = false;
     };
     Side search(std::size_t variable, double direction, double error);
-    /// A point below the minimum that was met on the way.
+    /// A lower point than the minimum, if one was found.
     const std::optional<Minimum>& lower() const { return m_lower; }
 
 private:
@@ -35,12 +35,13 @@ private:
 
     FitSolver& m_solver;
     const Minimum& m_minimum;
-    const std::vector<double>& m_covariance; ///< of the variables
+    const std::vector<double>& m_covariance; ///< covariance of the variables
     double m_rise;
     std::optional<Minimum> m_lower;
 };
 
-// The statistic above its minimum with one variable moved and held; the others begin where the covariance sends them.
+// The increase of the statistic with one variable shifted and held. The others start at the values predicted by the
+// covariance.
 double Profile::risenAt(std::size_t variable, double offset)
 {
     const std::size_t n = m_minimum.variables.size();
@@ -66,7 +67,7 @@ double Profile::risenAt(std::size_t variable, double offset)
     return moved.value - m_minimum.value - m_rise;
 }
 
-// Regula falsi on the root of the rise, which is nearly linear in the distance.
+// Regula falsi on the square root of the increase, which is nearly linear in the distance.
 Profile::Side Profile::search(std::size_t variable, double direction, double error)
 {
     const SolverVariable& limits = m_solver.map().variables[variable];
@@ -105,7 +106,8 @@ Profile::Side Profile::search(std::size_t variable, double direction, double err
         const double f = root(risen);
         if (std::fabs(f) < 1e-5)
             return { next, false };
-        // The Illinois rule: an end that is kept twice counts half, else it would stay for ever.
+        // The Illinois rule: the function value of an end that is kept twice is halved, otherwise that end would never
+        // move.
         if (f > 0.0) {
             high = next;
             fHigh = f;
@@ -155,7 +157,7 @@ bool addProfiles(FitSolver& solver, Minimum& minimum, FitResult& result)
             known = true;
         }
         FitParameter& parameter = result.parameters[static_cast<std::size_t>(index)];
-        // On a bound there is no error to begin with: a small part of the room.
+        // On a bound there is no error estimate; starts with a small part of the allowed range.
         const SolverVariable& limits = map.variables[j];
         const double scale = parameter.error > 0.0 ? parameter.error * std::sqrt(rise)
                                                    : 1e-3 * std::min(1e3, limits.upper - limits.lower);

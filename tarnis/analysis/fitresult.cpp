@@ -1,4 +1,4 @@
-// What a result answers.
+// The queries of a fit result.
 #include "tarnis/analysis/fitproblem_p.h"
 #include "tarnis/analysis/special_p.h"
 #include "tarnis/analysis/spectrumfit.h"

@@ -10,11 +10,11 @@ namespace tarnis::analysis {
 void addErrors(FitSolver& solver, const Minimum& minimum, FitResult& result);
 /// Widths, heights, distances, ratios, background.
 void addDerived(const FitProblem& problem, FitResult& result);
-/// The expected statistic and the distance from it.
+/// The expected statistic and the deviation from it.
 void addGoodness(const FitProblem& problem, FitResult& result);
-/// Asymmetric errors. Moves the minimum if a lower one is met on the way, and returns true then.
+/// Asymmetric errors. If a lower minimum is found, updates `minimum` and returns true.
 bool addProfiles(FitSolver& solver, Minimum& minimum, FitResult& result);
-/// What is against the result.
+/// Reasons to reject the result.
 void addVerdict(FitProblem& problem, FitResult& result);
 
 /// Name without the number of its peak, for example "centre".

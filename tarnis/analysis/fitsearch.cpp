@@ -1,4 +1,4 @@
-// Multiplets: one peak more at a time.
+// Multiplets: adds one peak at a time.
 #include "tarnis/analysis/fitsearch_p.h"
 
 #include <algorithm>
@@ -10,7 +10,7 @@ namespace analysis {
 
 namespace {
 
-// Fits on the way need neither profiles nor the user's names, which belong to the final number of peaks.
+// Intermediate fits need neither profiles nor the user's constraints, which refer to the final number of peaks.
 FitResult fitAt(const BinnedData& data, const FitResult& wanted, std::vector<double> centres)
 {
     FitModel model = wanted.model;
@@ -32,8 +32,7 @@ std::vector<double> centresOf(const FitResult& fit)
     return centres;
 }
 
-// The place where a Gaussian of the fitted width, times a factor, would reduce the residuals most, for its
-// significance.
+// The position with the highest significance of an additional Gaussian with the fitted width times a factor.
 double worstPlace(const BinnedData& data, const FitResult& fit, double factor)
 {
     double sigma = 0.0;
@@ -107,7 +106,8 @@ std::vector<double> searchedPositions(const BinnedData& data, const FitResult& w
     model.constraints.clear();
     if (model.widthMode == WidthMode::Own)
         model.widthMode = WidthMode::Shared;
-    // Of counts the likelihood, whatever is minimised in the end: the others see peaks in the noise of high bins.
+    // Counts are searched with the likelihood, whatever the final statistic: the others find peaks in the noise of high
+    // bins.
     FitOptions options = wanted.options;
     if (wanted.areCounts)
         options.statistic = FitStatistic::Cash;
@@ -122,8 +122,8 @@ std::vector<double> searchedPositions(const BinnedData& data, const FitResult& w
 
 namespace {
 
-// A peak more is believed only if the statistic falls by more than 16: the textbook law of two parameters does not
-// hold, as the position means nothing at area 0 (R. Protassov et al., ApJ 571 (2002) 545).
+// A further peak is accepted only if the statistic decreases by more than 16: the chi-squared law for two parameters
+// does not hold, because the position is undefined at area 0 (R. Protassov et al., ApJ 571 (2002) 545).
 constexpr double requiredFall = 16.0;
 
 } // namespace

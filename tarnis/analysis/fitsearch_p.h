@@ -1,4 +1,4 @@
-// Where the peaks of a multiplet are.
+// Searches for the peaks of a multiplet.
 #pragma once
 
 #include "tarnis/analysis/spectrumfit.h"
@@ -7,11 +7,12 @@
 
 namespace tarnis::analysis {
 
-/// Positions for the peaks of wanted.model in its range, one after the other at the place where the last fit is most
-/// below the contents, or by splitting a peak, whichever fits better. Fewer than wanted if the range is too short.
+/// Starting positions for the peaks of wanted.model in its range. Peaks are added one by one, where the previous fit is
+/// most below the contents or by splitting a peak, whichever fits better. Fewer than requested if the range is too
+/// short.
 std::vector<double> searchedPositions(const BinnedData& data, const FitResult& wanted);
 
-/// The fit with one peak more, a new one or a split of one, whichever is lower.
+/// The fit with one more peak, added or split, whichever has the lower statistic.
 FitResult fitOneMore(const BinnedData& data, const FitResult& fit);
 
 /// Whether the contents justify the fit with more peaks.

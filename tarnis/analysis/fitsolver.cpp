@@ -1,5 +1,6 @@
 // The library's own solver over the residuals of a statistic, followed by steps of Fisher scoring: the solver stops at
-// a relative change of the statistic, which for unweighted fits of large contents is far from a small part of an error.
+// a relative change of the statistic, which for unweighted fits of large contents can be large compared with the
+// errors.
 #include "tarnis/analysis/fitsolver_p.h"
 
 #include "tarnis/analysis/special_p.h"
@@ -15,7 +16,8 @@ namespace tarnis::analysis {
 namespace {
 
 constexpr double none = std::numeric_limits<double>::quiet_NaN();
-// Distance from the minimum, in squared errors, below which scoring ends, and above which a fit has not converged.
+// Distances from the minimum, in squared errors: below the first, scoring ends; above the second, the fit has not
+// converged.
 constexpr double stillDistance = 1e-14;
 constexpr double convergedDistance = 1e-6;
 
@@ -76,7 +78,7 @@ bool solveSymmetric(const std::vector<double>& a, const std::vector<char>& held,
             free.push_back(j);
     }
     const std::size_t n = free.size();
-    // Scaled to a unit diagonal, then Cholesky: the pivots show how near to singular the matrix is.
+    // Scaled to a unit diagonal, then Cholesky: the pivots show how close to singular the matrix is.
     std::vector<double> scale(n);
     std::vector<double> l(n * n);
     for (std::size_t i = 0; i < n; ++i) {
@@ -159,7 +161,7 @@ int FitSolver::residuals(int, int, double* x, double* fvec, double** dvec, void*
 int FitSolver::writeResiduals(const double* variables, double* fvec, double** dvec)
 {
     const std::size_t n = m_map.variables.size();
-    // Derivatives are wanted where the solver has just been: model and residuals there are known to both.
+    // Derivatives are usually requested at the last point, where model and residuals are already known.
     if (!dvec || !std::equal(m_last.begin(), m_last.end(), variables, variables + n)) {
         const std::span<const double> model = m_problem.evaluate(parametersAt(variables).data());
         m_last.assign(variables, variables + n);
@@ -281,7 +283,8 @@ bool FitSolver::isAtUpper(const std::vector<double>& variables, std::size_t j) c
         || variables[j] >= variable.upper;
 }
 
-// Steps by the information matrix, halved until the statistic falls; they also measure how far the minimum is away.
+// Newton steps with the information matrix, halved until the statistic decreases. They also estimate the distance to
+// the minimum.
 void FitSolver::polish(Minimum& minimum, const std::vector<char>& held)
 {
     const std::size_t n = m_map.variables.size();
@@ -321,7 +324,7 @@ void FitSolver::polish(Minimum& minimum, const std::vector<char>& held)
                 next[j] = std::clamp(next[j] - length * step[j], m_map.variables[j].lower, m_map.variables[j].upper);
             const double value = valueAt(next);
             ++minimum.calls;
-            // Near the minimum the statistic does not change any more within its rounding.
+            // Near the minimum the statistic no longer changes within rounding.
             if (value <= minimum.value * (1.0 + 1e-15)) {
                 moved = next != minimum.variables;
                 minimum.variables = std::move(next);

@@ -7,16 +7,16 @@
 
 namespace tarnis::analysis {
 
-/// One number that the solver moves. A free parameter mostly, but the background is moved by its values at the ends of
-/// the range, which can be kept from becoming negative.
+/// A variable of the solver. Usually a free parameter; but the background is varied by its values at the ends of the
+/// range, which can be bounded to be non-negative.
 struct SolverVariable {
-    int parameter = -1; ///< the parameter that it is; -1: a node of the background
+    int parameter = -1; ///< index of the parameter; -1: a node of the background
     double start = 0.0;
     double lower = 0.0;
     double upper = 0.0;
 };
 
-/// Parameters p from variables: p = constant + sum of factor * variable.
+/// Maps variables to parameters: p = constant + sum of factor * variable.
 struct VariableMap {
     struct Term {
         int parameter;
@@ -30,24 +30,24 @@ struct VariableMap {
     std::vector<double> parameters(const std::vector<double>& variables) const;
 };
 
-/// What the statistic does at one bin.
+/// The contribution of one bin to the statistic.
 struct BinTerm {
-    double residual; ///< its square is the bin's part
+    double residual; ///< its square is the bin's contribution
     double slope; ///< derivative of the residual by the model content
 };
-/// NaN where the statistic does not exist.
+/// NaN if the statistic is undefined.
 BinTerm binTerm(FitStatistic statistic, double y, double variance, double m, bool hasVariance);
 
 struct Minimum {
     std::vector<double> variables;
-    double value = 0.0; ///< NaN: no start at which the statistic exists
+    double value = 0.0; ///< NaN: the statistic is undefined at the start
     bool converged = false;
     int calls = 0;
 };
 
 /// Information matrix and gradient at a point, for all variables.
 struct Information {
-    std::vector<double> matrix; ///< sum of w (dm/dv)(dm/dv), row by row
+    std::vector<double> matrix; ///< sum of w (dm/dv)(dm/dv), row-major
     std::vector<double> gradient; ///< half the derivative of the statistic
     double value = 0.0;
 };
@@ -62,7 +62,7 @@ public:
 
     /// Minimises from a start, with some variables held (empty: none).
     Minimum minimise(std::vector<double> start, const std::vector<char>& held = {});
-    /// The statistic at a point; NaN where it does not exist.
+    /// The statistic at a point; NaN if it is undefined.
     double valueAt(const std::vector<double>& variables);
     /// Evaluates model and derivatives at a point.
     Information informationAt(const std::vector<double>& variables);

@@ -1,5 +1,5 @@
-// First values: a line from the means of the outer eighths of the range, the highest place above it, its area and the
-// width that follows from area and height.
+// Starting values: a line through the means of the outer eighths of the range, the highest position above it, its area,
+// and the width that follows from area and height.
 #include "tarnis/analysis/fitstart_p.h"
 
 #include "tarnis/analysis/peakfinder_p.h"
@@ -69,7 +69,7 @@ std::size_t binOf(const FitProblem& problem, double x)
         std::clamp<std::ptrdiff_t>(next - 1, 0, static_cast<std::ptrdiff_t>(problem.bins()) - 1));
 }
 
-// Distance from the bin to where the contents fall below half of its height, the nearer of both sides.
+// Distance from the bin to the nearer position where the contents fall below half of its height.
 double halfWidth(const FitProblem& problem, const std::vector<double>& net, std::size_t top)
 {
     const double level = 0.5 * net[top];
@@ -176,7 +176,8 @@ double smallDensity(const FitProblem& problem)
     return 1e-3 * std::max(1e-6, sum) / (problem.upper() - problem.lower());
 }
 
-// Where one of several kernels sees the most significant peak: few counts a bin have no highest bin worth the name.
+// The position of the most significant peak under several kernels. With few counts per bin, the highest bin means
+// little.
 double mostSignificantPosition(const FitProblem& problem)
 {
     const double n = static_cast<double>(problem.bins());
@@ -234,7 +235,7 @@ std::vector<double> firstValues(const FitProblem& problem, const std::vector<dou
         const auto i = static_cast<std::size_t>(k);
         const std::size_t top = binOf(problem, centres[i]);
         double sigma = total / (sqrtTwoPi * heights);
-        // Area and height have no common sign: the ends are no background, and the flanks say more.
+        // Area and height have different signs: the ends are not background, so the flanks give a better estimate.
         if (!(sigma > 0.0))
             sigma = halfWidth(problem, net, top) / (0.5 * fwhmPerSigma);
         sigma = widthScale * std::clamp(sigma, 0.4 * bin, std::max(0.4 * bin, 0.25 * range));
@@ -249,7 +250,7 @@ std::vector<double> firstValues(const FitProblem& problem, const std::vector<dou
         }
         std::array<double, maxWidthParameters> widths {};
         setWidths(problem, sigma, widths.data());
-        // Shared widths: the narrowest peak, which is the least likely to be two.
+        // Shared widths start at those of the narrowest peak, which is least likely to be a doublet.
         for (std::size_t w = 0; w < static_cast<std::size_t>(layout.widths); ++w) {
             double& value = p[static_cast<std::size_t>(layout.width[i][w])];
             value = value > 0.0 ? std::min(value, widths[w]) : widths[w];

@@ -1,6 +1,6 @@
-// Which numbers the solver moves, and their bounds: the parameters that are free, but for the background, which is
-// moved by its values at the ends of the range. Kept at 0 or above there, no bin of a line can become negative, which
-// Poisson statistics need.
+// The variables of the solver and their bounds: the free parameters, except that the background is varied by its values
+// at the ends of the range. With these bounded to be non-negative, no bin of a line can become negative, as Poisson
+// statistics require.
 #include "tarnis/analysis/fitstart_p.h"
 
 #include "tarnis/analysis/special_p.h"
@@ -120,7 +120,7 @@ private:
     std::vector<Bounds> m_bounds;
     bool m_mayBeNegative;
     bool m_backgroundIsConstrained = false;
-    std::vector<int> m_variable; ///< of each parameter; -1: held, tied or moved by nodes
+    std::vector<int> m_variable; ///< variable of each parameter; -1: fixed, tied or determined by nodes
 };
 
 QString VariableBuilder::checkTie(const FitConstraint& constraint) const
@@ -144,7 +144,7 @@ QString VariableBuilder::checkTie(const FitConstraint& constraint) const
     return {};
 }
 
-// Takes a constraint over, or says what is wrong with it.
+// Applies a constraint. Returns the error, if any.
 QString VariableBuilder::apply(const FitConstraint& constraint)
 {
     const int index = indexOf(constraint.name);
@@ -238,8 +238,8 @@ VariableMap VariableBuilder::build(QString& fault)
             map.constant[i] = constraint->tiedTo.isEmpty() ? m_values[i] : constraint->offset;
             continue;
         }
-        // Positions move about the middle of the range: the solver bounds its first step by the size of the variables,
-        // and at channel 16000 that would be no bound.
+        // Positions are relative to the middle of the range: the solver bounds its first step by the magnitude of the
+        // variables, which at channel 16000 would be no bound.
         const double origin = isCentre(parameter) ? m_problem.reference() : 0.0;
         const Bounds& bounds = m_bounds[i];
         const double start = std::clamp(m_values[i], bounds.lower, bounds.upper) - origin;
@@ -271,7 +271,7 @@ VariableMap VariableBuilder::build(QString& fault)
 VariableMap variablesFor(
     const FitProblem& problem, std::vector<double> values, FitStatistic statistic, bool areCounts, QString& fault)
 {
-    // Only contents that were subtracted can have a negative background, and those exclude Poisson statistics.
+    // Only subtracted contents can have a negative background, and these exclude Poisson statistics.
     const bool mayBeNegative = !areCounts && statistic != FitStatistic::Cash && statistic != FitStatistic::Pearson;
     return VariableBuilder(problem, std::move(values), mayBeNegative).build(fault);
 }

@@ -1,4 +1,4 @@
-// What is against a fit, in words.
+// Reasons to reject a fit, as texts.
 #include "tarnis/analysis/fitresult_p.h"
 
 #include "tarnis/analysis/countstatistics.h"
@@ -21,7 +21,8 @@ QString sentence(const char* text)
 }
 
 constexpr double largestGoodness = 4.0;
-// Of the right model the largest of the many places of a peak is rarely above 3.5, of the few shapes above 3.
+// For a correct model, the largest significance over the many peak positions is rarely above 3.5, over the few shapes
+// rarely above 3.
 constexpr double largestPeak = 4.0;
 constexpr double largestBend = 4.0;
 constexpr double largestShape = 3.5;
@@ -73,7 +74,7 @@ void Verdict::judgeBounds(const FitParameter& parameter, bool isArea)
                     .arg(parameter.name));
 }
 
-// Parameters of the peaks; the background may well be 0.
+// Only the parameters of the peaks, because the background may be 0.
 void Verdict::judgeErrors()
 {
     for (int i = 0; i < m_layout.background; ++i) {
@@ -82,7 +83,7 @@ void Verdict::judgeErrors()
         if (p.fixed || kind == "step"_L1)
             continue;
         if (p.atLower || p.atUpper) {
-            // No Lorentzian or no Gaussian part is an answer, not a failure.
+            // A vanishing Lorentzian or Gaussian part is a valid result.
             if (kind != "eta"_L1 && kind != "ratio"_L1)
                 judgeBounds(p, kind == "area"_L1);
             continue;
@@ -100,7 +101,8 @@ void Verdict::judgeCorrelations()
     const std::size_t n = m_result.parameters.size();
     for (std::size_t i = 0; i < n; ++i) {
         for (std::size_t j = i + 1; j < n; ++j) {
-            // Terms of the background among themselves do not touch the peaks; a tie is no finding.
+            // Correlations between background terms do not affect the peaks; tied parameters are correlated by
+            // definition.
             if (static_cast<int>(i) >= m_layout.background)
                 continue;
             if (parameter(static_cast<int>(i)).tied || parameter(static_cast<int>(j)).tied)
@@ -137,7 +139,8 @@ void Verdict::judgePeak(int peak)
     judgeExcess(peak);
 }
 
-// The exact test of "no such peak": the counts of the range, without it, would be spread like the rest of the model.
+// The exact test of "no such peak": without it, the counts of the range would be distributed like the rest of the
+// model.
 void Verdict::judgeExcess(int peak)
 {
     if (!m_result.areCounts || m_problem.model().allowDips)
@@ -183,7 +186,7 @@ void Verdict::judgeGoodness()
                     .arg(m_result.goodness, 0, 'f', 1));
 }
 
-// A further peak, a wrong shape or a bent background hardly moves the statistic of a whole range.
+// A further peak, a wrong shape or a curved background hardly changes the statistic of a complete range.
 void Verdict::judgeResiduals()
 {
     if (!m_result.areCounts)

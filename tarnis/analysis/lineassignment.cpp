@@ -1,5 +1,5 @@
-// Which line is which peak: a search over pairs of strong lines and strong peaks for the straight line under which
-// lines and peaks meet best, then a parabola through what met, with narrower and narrower tolerances.
+// Assigns lines to peaks: searches over pairs of strong lines and strong peaks for the straight line under which lines
+// and peaks match best, then fits a parabola to the matches with decreasing tolerances.
 #include "tarnis/analysis/calibrationlines.h"
 
 #include <algorithm>
@@ -12,7 +12,7 @@ namespace {
 
 struct Strong {
     std::size_t index;
-    double weight; ///< root of the strength, relative to the largest
+    double weight; ///< square root of the strength, relative to the largest
 };
 
 template <typename Range, typename Strength>
@@ -90,7 +90,7 @@ std::vector<CalibrationPoint> Assigner::placed() const
     return points;
 }
 
-// The strongest peak within the tolerance, in full widths: a neighbour that is a little nearer is mostly a weaker one.
+// The strongest peak within the tolerance, in full widths: a slightly nearer neighbour is usually weaker.
 std::optional<std::size_t> Assigner::peakAt(const Curve& curve, const CalibrationLine& line, double tolerance) const
 {
     std::optional<std::size_t> best;
@@ -103,7 +103,7 @@ std::optional<std::size_t> Assigner::peakAt(const Curve& curve, const Calibratio
     return best;
 }
 
-// What lines and peaks that meet are worth, less those in range that do not.
+// The total weight of matching lines and peaks, minus that of unmatched ones in range.
 double Assigner::score(const Curve& curve, double tolerance) const
 {
     const double low = curve.energy(m_lower);
@@ -145,7 +145,7 @@ std::optional<Curve> Assigner::bestLine() const
                     const double e2 = m_lines[m_strongLines[l].index].energy;
                     const double slope = (e2 - e1) / (x2 - x1);
                     const Curve curve { e1 - slope * x1, slope, 0.0 };
-                    // Electronics puts zero energy near the first channel.
+                    // Zero energy is normally near the first channel.
                     if (!(e2 > e1) || std::fabs(curve.energy(m_lower)) > 0.05 * slope * (m_upper - m_lower))
                         continue;
                     const double found = score(curve, 0.5);
@@ -176,7 +176,7 @@ std::vector<CalibrationPoint> Assigner::pointsUnder(const Curve& curve, double t
     return points;
 }
 
-// For the assignment all points weigh alike; a shared position error keeps the degree free to bend.
+// All points have equal weight in the assignment; a common position error allows the curve to bend.
 std::optional<Curve> curveThrough(std::vector<CalibrationPoint> points, double lower, double upper)
 {
     for (CalibrationPoint& point : points) {

@@ -1,4 +1,4 @@
-// Which bins a region of a map holds.
+// The bins of a region of a map.
 #include "tarnis/analysis/mapregion.h"
 
 #include <QCoreApplication>
@@ -16,7 +16,7 @@ QString sentence(const char* text)
     return QCoreApplication::translate("tarnis::MapRegion", text);
 }
 
-// First bin with its centre at or past `limit`, clipped to [0, count].
+// First bin whose centre is at or above `limit`, clipped to [0, count].
 int firstFrom(double limit, double firstCentre, double width, int count)
 {
     const double bin = std::ceil((limit - firstCentre) / width);
@@ -52,7 +52,7 @@ QString MapData::fault() const
     return {};
 }
 
-// `fill` keeps only the box of what is inside.
+// `fill` stores only the bounding box of the bins inside.
 template <typename Inside> MapRegion MapRegion::fill(const MapData& map, Inside inside)
 {
     MapRegion region;

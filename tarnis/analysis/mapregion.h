@@ -17,8 +17,8 @@
 
 namespace tarnis {
 
-/// Contents of the bins of a map, row by row: bin (column, row) is contents[row * columns + column]. A view: it owns
-/// nothing. Column i has its centre at firstX + i * widthX; rows alike.
+/// A view of the contents of a map in row-major order: bin (column, row) is contents[row * columns + column]. Column i
+/// has its centre at firstX + i * widthX; rows alike.
 struct TARNIS_EXPORT MapData {
     std::span<const double> contents; ///< columns * rows contents
     int columns = 0; ///< bins along x
@@ -27,13 +27,13 @@ struct TARNIS_EXPORT MapData {
     double firstY = 0.0; ///< centre of row 0
     double widthX = 1.0; ///< width of a column
     double widthY = 1.0; ///< height of a row
-    bool areCounts = true; ///< false: contents that were scaled or subtracted, for which no test of counts holds
+    bool areCounts = true; ///< false: scaled or subtracted contents, to which tests of counts do not apply
 
     /// Centre of a column on the x axis.
     double x(int column) const { return firstX + column * widthX; }
     /// Centre of a row on the y axis.
     double y(int row) const { return firstY + row * widthY; }
-    /// What is wrong with sizes and axes, for the user; empty if nothing.
+    /// The error in sizes or axes, for the user; empty if valid.
     QString fault() const;
 };
 
@@ -43,9 +43,9 @@ public:
     /// No bins.
     MapRegion() = default;
 
-    /// Bins of the columns x0 to x1 and the rows y0 to y1, both ends included, clipped at the map.
+    /// Bins of the columns x0 to x1 and the rows y0 to y1, both inclusive, clipped to the map.
     static MapRegion bins(const MapData& map, int x0, int x1, int y0, int y1);
-    /// Bins whose centre is in [x0, x1) and [y0, y1). An infinite limit makes a band.
+    /// Bins whose centre is in [x0, x1) and [y0, y1). Infinite limits select a band.
     static MapRegion rectangle(const MapData& map, double x0, double x1, double y0, double y1);
     /// Bins whose centre is inside an ellipse of the given half axes, turned counterclockwise by an angle in radians.
     static MapRegion ellipse(
@@ -53,7 +53,7 @@ public:
     /// Bins whose centre is inside a polygon by the even-odd rule.
     static MapRegion polygon(const MapData& map, std::span<const QPointF> corners);
 
-    /// No bin is inside.
+    /// Whether no bin is inside.
     bool isEmpty() const { return m_count == 0; }
     /// Number of bins.
     int count() const { return m_count; }
@@ -74,32 +74,32 @@ private:
     int m_top = 0;
     int m_bottom = -1;
     int m_count = 0;
-    std::vector<char> m_inside; ///< of the box, row by row
+    std::vector<char> m_inside; ///< flags of the bounding box, row-major
 };
 
 /// How a region of a map is evaluated.
 struct MapRegionOptions {
-    int frame = 2; ///< width in bins of the frame around the region that carries the background; 0: no net quantities
-    double liveTime = noNumber; ///< in seconds, for the rates
+    int frame = 2; ///< width in bins of the background frame around the region; 0: no net quantities
+    double liveTime = noNumber; ///< live time in seconds, for the rates
 };
 
-/// The background under a region of a map, and what is above it, in counts.
+/// The background under a region of a map and the net counts above it.
 struct MapBackground {
     double background = noNumber; ///< summed over the region
     double backgroundError = noNumber; ///< its standard error
-    double net = noNumber; ///< sum less background
+    double net = noNumber; ///< sum - background
     double netError = noNumber; ///< its standard error
 };
 
-/// What MapRegionStatistics holds. Pairs are along x and y; covariances are in the order xx, xy, yy. A number that does
-/// not exist is NaN.
+/// Statistics of a region of a map. Pairs are along x and y; covariances are in the order xx, xy, yy. A number that
+/// does not exist is NaN.
 struct TARNIS_EXPORT MapRegionStatistics {
-    QString fault; ///< why there are no numbers at all, for the user; empty if there are
-    QString note; ///< what to know about the numbers, for example a frame that is clipped; mostly empty
+    QString fault; ///< why there are no results, for the user; empty on success
+    QString note; ///< a remark for the user, for example about a clipped frame; usually empty
 
     int bins = 0; ///< bins of the region
     int frameBins = 0; ///< bins of the frame
-    bool frameClipped = false; ///< the frame meets the edge of the map or another region
+    bool frameClipped = false; ///< the frame touches the edge of the map or another region
 
     /// @{ Gross quantities, with standard errors.
     double sum = noNumber;
@@ -118,11 +118,11 @@ struct TARNIS_EXPORT MapRegionStatistics {
     double rateError = noNumber;
     /// @}
 
-    bool hasNet = false; ///< there is a frame; the rest is NaN without
-    double frameSum = noNumber; ///< counts of the frame
-    MapBackground flat; ///< by the mean of the frame
-    MapBackground plane; ///< by a plane fitted to the frame with equal weights
-    /// Of the plane: value at the middle of the region's box, slopes per unit of x and y.
+    bool hasNet = false; ///< whether there is a frame; otherwise the rest is NaN
+    double frameSum = noNumber; ///< sum of the frame
+    MapBackground flat; ///< background from the mean of the frame
+    MapBackground plane; ///< background from a plane fitted to the frame with equal weights
+    /// Coefficients of the plane: value at the middle of the region's box, slopes per unit of x and y.
     std::array<double, 3> planeCoefficients { noNumber, noNumber, noNumber };
     /// The plane if the frame is clipped, else the mean of the frame, which then removes a plane exactly.
     MapBackground chosen;
@@ -144,7 +144,7 @@ struct TARNIS_EXPORT MapRegionStatistics {
     /// @}
 };
 
-/// Statistics of a region of a map. The bins of `others` are left out of its frame.
+/// Statistics of a region of a map. Its frame excludes the bins of `others`.
 TARNIS_EXPORT MapRegionStatistics mapRegionStatistics(const MapData& map, const MapRegion& region,
     const MapRegionOptions& options = {}, std::span<const MapRegion> others = {});
 

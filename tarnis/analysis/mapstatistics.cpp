@@ -41,7 +41,7 @@ double sumOf(const std::vector<Bin>& bins)
     return sum;
 }
 
-// Whether a bin next to the region is nearer than `width` bins, along rows, columns and diagonals.
+// Whether a bin of the region is within `width` bins, along rows, columns and diagonals.
 bool isNear(const MapRegion& region, int column, int row, int width)
 {
     for (int y = row - width; y <= row + width; ++y) {
@@ -105,7 +105,7 @@ struct Moments {
     std::array<double, 3> covariance;
 };
 
-// Of contents less a constant, with their sum.
+// Moments of the contents minus a constant, with their sum.
 Moments momentsOf(const std::vector<Bin>& bins, double constant, double sum)
 {
     Moments m {};

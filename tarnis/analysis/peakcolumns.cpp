@@ -1,4 +1,4 @@
-// Peaks over the bins of a fit, and the measures of a shape.
+// Bin contents of peaks, and the measures of a shape.
 #include "tarnis/analysis/peakshape_p.h"
 #include "tarnis/analysis/special_p.h"
 
@@ -63,7 +63,7 @@ void integrateGaussianValues(
     }
 }
 
-// The commonest shape without derivatives costs one error function for each edge, with them one exponential more.
+// The most common shape costs one error function per edge, and with derivatives one more exponential.
 void integrateGaussian(
     std::span<const double> edges, double centre, double sigma, const PeakColumns& columns, PeakScratch& scratch)
 {
@@ -131,7 +131,7 @@ namespace {
 
 using namespace analysis;
 
-// Length within which the shape has fallen to a small part of its height on either side.
+// Distance within which the shape falls to a small fraction of its height on both sides.
 double reachOf(PeakShape shape, std::span<const double> w)
 {
     switch (shape) {
@@ -159,20 +159,20 @@ bool isSymmetric(PeakShape shape)
         || shape == PeakShape::Voigt;
 }
 
-// The slope changes its sign at the top; all shapes have one.
+// The slope changes sign at the maximum; all shapes have exactly one.
 double topOf(PeakShape shape, double centre, const double* w, double reach)
 {
     double low = centre - reach;
     double high = centre + reach;
     for (int i = 0; i < 60; ++i) {
         const double middle = 0.5 * (low + high);
-        // Moving the centre to the right raises the density right of the top.
+        // Moving the centre to the right increases the density to the right of the maximum.
         (density(shape, middle, centre, w).byCentre < 0.0 ? low : high) = middle;
     }
     return 0.5 * (low + high);
 }
 
-// Where the density falls to the level, walking from the top in steps that double, then by bisection.
+// Where the density falls to the level: searches from the maximum with doubling steps, then bisects.
 double crossingOf(PeakShape shape, double centre, const double* w, double top, double step, double level)
 {
     double inside = top;

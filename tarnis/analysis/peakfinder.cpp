@@ -12,7 +12,7 @@ namespace analysis {
 
 namespace {
 
-// (1 - u^2/s^2) exp(-u^2/2s^2) over +-4 s in bins, its mean subtracted so that a flat background gives 0.
+// (1 - u^2/s^2) exp(-u^2/2s^2) over +-4 s in bins. Its mean is subtracted, so that a flat background gives 0.
 class Kernel {
 public:
     explicit Kernel(double sigma)
@@ -47,7 +47,7 @@ double significanceAt(std::span<const double> y, const Kernel& kernel, std::ptrd
     double variance = 0.0;
     const auto n = static_cast<std::ptrdiff_t>(y.size());
     for (int u = -kernel.reach(); u <= kernel.reach(); ++u) {
-        // Beyond the ends the spectrum goes on as it ends: zeros there would look like a step.
+        // Beyond the ends the first and last contents are repeated: zeros would look like a step.
         const std::ptrdiff_t i = std::clamp<std::ptrdiff_t>(centre + u, 0, n - 1);
         const double content = y[static_cast<std::size_t>(i)];
         sum += kernel[u] * content;
@@ -61,7 +61,7 @@ double significanceAt(std::span<const double> y, const Kernel& kernel, std::ptrd
 std::vector<double> searchSignificance(std::span<const double> y, const std::vector<double>& sigmas)
 {
     std::vector<double> result(y.size());
-    // The kernel is made again when the width has changed by 3 %.
+    // The kernel is recomputed when the width has changed by 3 %.
     double last = 0.0;
     Kernel kernel(1.0);
     for (std::size_t i = 0; i < y.size(); ++i) {

@@ -1,4 +1,4 @@
-// The search for peaks with one width or many.
+// The search for peaks with constant or variable width.
 #pragma once
 
 #include "tarnis/analysis/peaktable.h"
@@ -12,7 +12,7 @@ namespace tarnis::analysis {
 std::vector<double> searchSignificance(std::span<const double> y, const std::vector<double>& sigmas);
 /// Local maxima above a threshold.
 std::vector<std::size_t> maximaAbove(const std::vector<double>& values, double threshold);
-/// Whether the bins are fit for a search; clips the range.
+/// Whether the bins can be searched; clips the range.
 bool canBeSearched(const BinnedData& data, std::size_t& first, std::size_t& last);
 /// The calibrated width at a bin, in bins.
 double sigmaInBins(const BinnedData& data, const WidthCalibration& widths, std::size_t i);

@@ -65,7 +65,7 @@ PeakDensity lorentzian(double t, double h)
     return { h / (pi * d), 2.0 * h * t / (pi * d * d), { (t * t - h * h) / (pi * d * d), 0.0, 0.0 } };
 }
 
-// atan(t/h)/pi -+ 1/2 written so that the tails keep their digits.
+// atan(t/h)/pi -+ 1/2 written so that the tails do not cancel.
 PeakDensity lorentzianTail(double t, double h)
 {
     const double d = t * t + h * h;
@@ -129,7 +129,7 @@ PeakDensity mirroredDensity(const PeakDensity& p)
     return { p.value, -p.byCentre, p.byWidth };
 }
 
-// At the centre itself the convention has a side: there it is the distribution function less 1.
+// At the centre, the convention is the distribution function minus 1.
 PeakDensity mirroredTail(const PeakDensity& p, double t)
 {
     return { t == 0.0 ? -p.value - 1.0 : -p.value, p.byCentre, { -p.byWidth[0], -p.byWidth[1], -p.byWidth[2] } };

@@ -14,14 +14,14 @@
 
 namespace tarnis {
 
-/// Shape of a peak. Its parameters besides area and centre, in this order and in units of the axis:
+/// Shape of a peak. Each value lists the parameters besides area and centre, in order and in units of the axis.
 enum class PeakShape {
     Gaussian, ///< sigma
     Lorentzian, ///< gamma, the half width at half maximum
     PseudoVoigt, ///< fwhm; eta, the part of the Lorentzian, 0..1
     Voigt, ///< sigma of the Gaussian; gamma, the half width at half maximum of the Lorentzian
     TailLeft, ///< a Gaussian folded with an exponential to the left: sigma; tau, the length of the tail
-    TailRight, ///< the same to the right
+    TailRight, ///< as TailLeft, to the right
     BackToBack, ///< a Gaussian folded with two exponentials: sigma; alpha and beta, the rates of rise and decay in 1/x
     Hypermet, ///< a Gaussian plus one with a tail to the left: sigma; tau; ratio, the part of the tailed one, 0..1
 };
@@ -35,7 +35,7 @@ inline constexpr int maxWidthParameters = 3;
 
 /// Name of a shape in files and commands, for example "pseudo-voigt".
 TARNIS_EXPORT QLatin1StringView nameOf(PeakShape shape);
-/// The shape of that name; nothing for another text.
+/// The shape with that name; empty for an unknown name.
 TARNIS_EXPORT std::optional<PeakShape> peakShapeOf(const QString& name);
 /// Name of a shape for the user, in the current language.
 TARNIS_EXPORT QString titleOf(PeakShape shape);
@@ -43,14 +43,14 @@ TARNIS_EXPORT QString titleOf(PeakShape shape);
 /// Names of the parameters besides area and centre, as in the enumeration.
 TARNIS_EXPORT std::span<const QLatin1StringView> widthParameterNames(PeakShape shape);
 
-/// Density at x. `widths` holds the parameters besides area and centre; NaN for too few of them.
+/// Density at x. `widths` contains the parameters besides area and centre; returns NaN if there are too few.
 TARNIS_EXPORT double peakDensity(PeakShape shape, double x, double centre, std::span<const double> widths);
 
 /// A density with its derivatives.
 struct PeakDensity {
     double value = 0.0; ///< the density at x
     double byCentre = 0.0; ///< its derivative with respect to the centre
-    std::array<double, maxWidthParameters> byWidth {}; ///< and with respect to the other parameters
+    std::array<double, maxWidthParameters> byWidth {}; ///< derivatives with respect to the other parameters
 };
 /// Density at x with its analytic derivatives.
 TARNIS_EXPORT PeakDensity peakDensityWithDerivatives(
@@ -61,12 +61,12 @@ TARNIS_EXPORT PeakDensity peakDensityWithDerivatives(
 TARNIS_EXPORT double peakIntegral(
     PeakShape shape, double lower, double upper, double centre, std::span<const double> widths);
 
-/// Where a peak is highest, its mean, its highest density and its widths. The mean of a Lorentzian, pseudo-Voigt and
-/// Voigt shape is that of its symmetry.
+/// Maximum, mean and widths of a peak. The mean of a Lorentzian, pseudo-Voigt and Voigt shape is its centre of
+/// symmetry.
 struct PeakMeasures {
     double top = 0.0; ///< position of the highest density
     double mean = 0.0; ///< first moment
-    double height = 0.0; ///< highest density of unit area
+    double height = 0.0; ///< highest density for unit area
     double fwhm = 0.0; ///< full width at half maximum, by bisection where there is no formula
     double fwtm = 0.0; ///< full width at a tenth of the maximum
 };

@@ -1,4 +1,4 @@
-// Peaks over the bins of a fit.
+// Bin contents of peaks.
 #pragma once
 
 #include "tarnis/analysis/peakshape.h"
@@ -10,13 +10,13 @@ namespace tarnis::analysis {
 
 int widthCount(PeakShape shape);
 
-/// Distribution function below the centre, distribution function less 1 above it: keeps its digits in both tails.
+/// Distribution function below the centre, distribution function minus 1 above it, which is accurate in both tails.
 /// Derivatives are those of the distribution function. Not for PeakShape::Voigt.
 PeakDensity signedTail(PeakShape shape, double x, double centre, const double* widths);
 PeakDensity density(PeakShape shape, double x, double centre, const double* widths);
 
 /// Contents of bins for a peak of unit area, and their derivatives. Arrays have one double for each bin. value null:
-/// they are known already; byCentre null: no derivatives.
+/// already known; byCentre null: no derivatives.
 struct PeakColumns {
     double* value;
     double* byCentre;

@@ -65,7 +65,7 @@ std::size_t TableMaker::binNear(double x) const
     return static_cast<std::size_t>(m_data.binAt(x));
 }
 
-// Peaks nearer than four full widths share a window; more than the fit can hold are cut at the widest gap.
+// Peaks closer than four full widths share a window; a group too large for one fit is split at the widest gap.
 std::vector<Window> TableMaker::grouped(const std::vector<PeakCandidate>& candidates) const
 {
     std::vector<Window> windows;
@@ -76,7 +76,7 @@ std::vector<Window> TableMaker::grouped(const std::vector<PeakCandidate>& candid
         else
             windows.push_back({ { candidate }, 0, 0 });
     }
-    // One place is left free for a peak that the fit finds.
+    // Leaves space for one more peak found by the fit.
     for (std::size_t w = 0; w < windows.size(); ++w) {
         while (windows[w].peaks.size() >= FitModel::maxPeaks) {
             std::vector<PeakCandidate>& peaks = windows[w].peaks;
@@ -95,7 +95,8 @@ std::vector<Window> TableMaker::grouped(const std::vector<PeakCandidate>& candid
     return windows;
 }
 
-// Three full widths to either side and eight bins of background in all, cut half-way to the next window's peak.
+// Three full widths to either side and eight bins of background in total, limited to half the distance to the next
+// window's peak.
 std::vector<Window> TableMaker::windowsOf(const std::vector<PeakCandidate>& candidates) const
 {
     std::vector<Window> windows = grouped(candidates);
@@ -132,7 +133,7 @@ FitResult TableMaker::fitAt(const Window& window, std::vector<double> centres) c
         model, m_options.fit);
 }
 
-// Peaks of a multiplet without an area of three errors are none: the weakest goes, and the rest is fitted again.
+// Removes the weakest peak of a multiplet if its area is less than three errors, and fits the rest again.
 FitResult TableMaker::pruned(FitResult fit, const Window& window) const
 {
     while (fit.status != FitStatus::Refused && fit.peaks.size() > 1) {
@@ -171,7 +172,7 @@ FitResult TableMaker::fit(const Window& window) const
     for (const PeakCandidate& candidate : window.peaks)
         centres.push_back(candidate.position);
     FitResult result = pruned(fitAt(window, centres), window);
-    // One more at most: further ones would build a continuum out of peaks.
+    // At most one more: further ones would describe a continuum by peaks.
     if (m_options.multiplets && result.status != FitStatus::Refused && result.goodness > 4.0
         && result.peaks.size() < FitModel::maxPeaks) {
         FitResult more = analysis::fitOneMore(m_data, result);
@@ -223,7 +224,7 @@ PeakTable TableMaker::make()
     }
     const auto widths = m_options.widths ? m_options.widths : estimateWidths(m_data, m_first, m_last);
     if (!widths) {
-        // A spectrum without a strong peak may still have weak ones; without any width nothing can be said about them.
+        // A spectrum without a strong peak may still have weak ones; they cannot be fitted without a width.
         m_table.fault = sentence(QT_TRANSLATE_NOOP("tarnis::PeakTable",
             "No peak is strong enough to learn the width of the peaks from. Give a width calibration."));
         return m_table;

@@ -15,42 +15,42 @@
 
 namespace tarnis {
 
-/// A place where a search found a peak.
+/// A peak found by a search.
 struct PeakCandidate {
     double position = 0.0; ///< centre of a bin
     std::size_t bin = 0; ///< that bin
-    double significance = 0.0; ///< of the second difference, in standard deviations
+    double significance = 0.0; ///< significance of the second difference, in standard deviations
 };
 
-/// Places where the second difference of the contents, taken with the local width, has a maximum above the
-/// significance. Below 4 noise is found too: at 4 it is less than one place in 10^5 bins. From the left to the right.
-/// Nothing for data with a fault or contents that are not finite.
+/// Positions where the second difference of the contents, computed with the local width, has a maximum above the
+/// significance, from left to right. Noise causes less than one false peak in 10^5 bins at 4, and more below. Empty for
+/// invalid data or non-finite contents.
 TARNIS_EXPORT std::vector<PeakCandidate> findPeaks(const BinnedData& data, const WidthCalibration& widths,
     double significance = 4.0, std::size_t first = 0, std::size_t last = static_cast<std::size_t>(-1));
 
-/// The width of the peaks along the axis, from fits of the peaks that are strong and alone. Nothing if there are none.
+/// The width of the peaks along the axis, from fits of strong isolated peaks. Empty if there are none.
 TARNIS_EXPORT std::optional<WidthCalibration> estimateWidths(
     const BinnedData& data, std::size_t first = 0, std::size_t last = static_cast<std::size_t>(-1));
 
 /// The background of a spectrum for display and search, clipped below peaks (C. Ryan et al., NIM B 34 (1988) 396). It
-/// lies low on noise and must never be subtracted before a fit of counts. One value for each bin.
+/// is biased low by noise and must not be subtracted before a fit of counts. One value for each bin.
 TARNIS_EXPORT std::vector<double> clippedBackground(const BinnedData& data, const WidthCalibration& widths);
 
-/// How the peaks of a spectrum are searched and fitted.
+/// Options of the peak search and the fits.
 struct PeakTableOptions {
-    std::optional<WidthCalibration> widths; ///< nothing: estimated from the spectrum
-    double significance = 4.0; ///< of the search
-    PeakShape shape = PeakShape::Gaussian; ///< of all peaks
-    FitBackground background = FitBackground::Linear; ///< of all windows
-    FitOptions fit; ///< of all windows
-    bool multiplets = true; ///< adds peaks to windows that do not fit otherwise
+    std::optional<WidthCalibration> widths; ///< empty: estimated from the spectrum
+    double significance = 4.0; ///< threshold of the search
+    PeakShape shape = PeakShape::Gaussian; ///< shape of all peaks
+    FitBackground background = FitBackground::Linear; ///< background of all windows
+    FitOptions fit; ///< options of all fits
+    bool multiplets = true; ///< adds peaks to windows with an unacceptable fit
 };
 
 /// One peak of a table. Errors are those to show.
 struct TablePeak {
     std::size_t window = 0; ///< in PeakTable::windows
-    std::size_t number = 0; ///< among the peaks of its window, from 0
-    double significance = 0.0; ///< of the search; 0 for a peak that a fit added
+    std::size_t number = 0; ///< index among the peaks of its window, from 0
+    double significance = 0.0; ///< significance of the search; 0 for a peak added by a fit
     double centre = 0.0; ///< top of the peak on the axis
     double centreError = 0.0; ///< its standard error
     double area = 0.0; ///< counts
@@ -58,20 +58,20 @@ struct TablePeak {
     std::optional<ProfileError> areaProfile; ///< asymmetric error of the area below ten errors
     double fwhm = 0.0; ///< full width at half maximum
     double fwhmError = 0.0; ///< its standard error
-    double height = 0.0; ///< above the background, in counts per unit of the axis
-    double background = 0.0; ///< below the peak, in counts per unit of the axis
-    bool acceptable = false; ///< of the fit of its window
+    double height = 0.0; ///< height above the background, in counts per unit of the axis
+    double background = 0.0; ///< background below the peak, in counts per unit of the axis
+    bool acceptable = false; ///< whether the fit of its window is acceptable
 };
 
 /// All peaks of a spectrum.
 struct PeakTable {
-    QString fault; ///< why there is no table, for the user; empty if there is one
-    WidthCalibration widths; ///< as used for the search
-    std::vector<FitResult> windows; ///< the fits, from the left to the right
-    std::vector<TablePeak> peaks; ///< from the left to the right
+    QString fault; ///< why there is no table, for the user; empty on success
+    WidthCalibration widths; ///< widths used for the search
+    std::vector<FitResult> windows; ///< the fits, from left to right
+    std::vector<TablePeak> peaks; ///< the peaks, from left to right
 };
 
-/// Searches and fits all peaks of the bins first to last, both included and clipped at the axis.
+/// Searches and fits all peaks of the bins first to last, both inclusive, clipped to the axis.
 TARNIS_EXPORT PeakTable analysePeaks(const BinnedData& data, const PeakTableOptions& options = {},
     std::size_t first = 0, std::size_t last = static_cast<std::size_t>(-1));
 

@@ -1,5 +1,5 @@
-// Regions of one axis. Sums run over positions relative to the first bin of the region: at channel 16000 the second
-// moment about 0 would lose its digits.
+// Regions of one axis. Sums use positions relative to the first bin of the region: at channel 16000 the second moment
+// about 0 would cancel.
 #include "tarnis/analysis/regionstatistics.h"
 
 #include "tarnis/analysis/regionwidth_p.h"
@@ -27,12 +27,12 @@ double square(double x)
 // One bin of the region.
 struct Cell {
     double x; ///< centre, relative to the origin
-    double width; ///< whole width of the bin
-    double part; ///< of the bin inside the region, 0..1
+    double width; ///< full width of the bin
+    double part; ///< fraction of the bin inside the region, 0..1
     double y; ///< content times part
     double variance;
     double background = 0.0; ///< below y
-    double t = 0.5; ///< place between the middles of the side groups: 0 left, 1 right
+    double t = 0.5; ///< position between the middles of the side groups: 0 left, 1 right
 };
 
 struct Region {
@@ -40,7 +40,7 @@ struct Region {
     const RegionOptions& options;
     double origin;
     std::vector<Cell> cells;
-    bool exact; ///< contents are counts and bins are whole
+    bool exact; ///< contents are counts and bins are not split
 };
 
 Region collect(const BinnedData& data, RegionStatistics& result, const RegionOptions& options)
@@ -57,7 +57,7 @@ Region collect(const BinnedData& data, RegionStatistics& result, const RegionOpt
             part * part * data.variance(i) });
         result.bins += part;
     }
-    // The sides belong to the tests of counts too.
+    // The tests of counts include the sides.
     const std::size_t sides = static_cast<std::size_t>(std::max(0, options.sideBins));
     const std::size_t from = result.first - std::min(sides, result.first);
     const std::size_t to = std::min(data.size() - 1, result.last + sides);
@@ -168,7 +168,7 @@ Side sideOf(const Region& region, std::size_t begin, std::size_t end)
     return side;
 }
 
-// Fills the cells' background, the shares of the sides in it, and the sides' numbers in the result.
+// Computes the cells' background, the weights of the sides in it, and the sides' results.
 struct Sides {
     Side left, right;
     double leftShare = 0.0; ///< sum over the region of (1 - t), in units of the axis
@@ -253,7 +253,8 @@ void addNetMoments(const Region& region, const Sides& sides, RegionStatistics& r
     for (const Cell& cell : region.cells)
         second += square(cell.x - centroid) * (cell.y - cell.background);
     const double variance = second / net;
-    // Each quantity is a sum of weights times contents: own bins, and by the line those of the side groups.
+    // Each quantity is a weighted sum of the contents of the region and, through the background line, of the side
+    // groups.
     const auto errorOf = [&](auto weight) {
         double own = 0.0;
         double left = 0.0;
@@ -282,7 +283,7 @@ void addWidths(const Region& region, RegionStatistics& result)
     x.reserve(region.cells.size());
     net.reserve(region.cells.size());
     for (const Cell& cell : region.cells) {
-        // Relative to the whole bin, else the cut bins at the limits would look like the flanks of a peak.
+        // Relative to the full bin, otherwise the partial bins at the limits would look like the flanks of a peak.
         const double scale = 1.0 / (densities ? cell.part * cell.width : cell.part);
         x.push_back(cell.x);
         net.push_back(cell.part > 0.0 ? scale * (cell.y - cell.background) : 0.0);
@@ -335,7 +336,7 @@ RegionStatistics evaluate(const BinnedData& data, RegionStatistics result, const
     return result;
 }
 
-// Without bins the result says why.
+// Starts a result; without valid bins it contains the fault.
 RegionStatistics begin(const BinnedData& data)
 {
     RegionStatistics result;
@@ -375,7 +376,8 @@ RegionStatistics regionStatistics(const BinnedData& data, double lower, double u
     RegionStatistics result = begin(data);
     if (!result.fault.isEmpty())
         return result;
-    // The first bin that ends (or has its centre) past the lower limit, the last that begins (has it) before the upper.
+    // From the first bin that ends (or has its centre) after the lower limit to the last one that begins (or has it)
+    // before the upper limit.
     const auto inside = [&](std::size_t i) {
         if (options.partialBins)
             return data.edge(i + 1) > lower && data.edge(i) < upper;

@@ -14,33 +14,32 @@
 
 namespace tarnis {
 
-/// How a region is evaluated.
+/// Options of region statistics.
 struct RegionOptions {
-    int sideBins = 3; ///< bins next to each end of the region that carry the background; 0: no net quantities
-    /// Bins that the limits cut count by the part that is inside, which supposes flat contents within a bin. Tests and
-    /// intervals of counts do not hold then and have no number.
+    int sideBins = 3; ///< number of background bins next to each end of the region; 0: no net quantities
+    /// Bins that are split by the limits count with the fraction inside, assuming constant density within a bin. Tests
+    /// and intervals of counts are then NaN.
     bool partialBins = false;
-    double liveTime = noNumber; ///< of the measurement in seconds, for the rates
-    /// The exact interval and limit of a sum are computed up to this many counts; they cost more than all the rest.
+    double liveTime = noNumber; ///< live time of the measurement in seconds, for the rates
+    /// The exact interval and limit of a sum are computed up to this many counts; they cost more than everything else.
     double intervalsUpTo = std::numeric_limits<double>::infinity();
 };
 
-/// A width by linear interpolation at a fraction of the highest net content, walking outwards from it. Not the width of
-/// a fit: a Gaussian appears 1 to 2 % wider at sigma = 3 bins, 2 to 3 % at 2, 8 to 13 % at 1.
+/// A width by linear interpolation at a fraction of the highest net content, searched outwards from it. Differs from a
+/// fitted width: a Gaussian appears 1 to 2 % wider at sigma = 3 bins, 2 to 3 % at 2, 8 to 13 % at 1.
 struct InterpolatedWidth {
     double left = noNumber; ///< left crossing
     double right = noNumber; ///< right crossing
     double width = noNumber; ///< distance of the crossings
-    double outer = noNumber; ///< the same, walking inwards from both ends of the region
-    bool unique = false; ///< both walks agree; otherwise noise decides, and the width must not be shown
+    double outer = noNumber; ///< the same, searched inwards from both ends of the region
+    bool unique = false; ///< both searches agree; otherwise the width is dominated by noise and must not be shown
     double shown = noNumber; ///< width if it is unique, the net area significant and the top 25 net counts or more
 };
 
-/// What RegionStatistics holds. Positions are in units of the axis, contents in counts. A number that does not exist is
-/// NaN.
+/// Statistics of a region. Positions are in units of the axis, contents in counts. A number that does not exist is NaN.
 struct TARNIS_EXPORT RegionStatistics {
-    QString fault; ///< why there are no numbers at all, for the user; empty if there are
-    QString note; ///< what to know about the numbers, for example a missing side; mostly empty
+    QString fault; ///< why there are no results, for the user; empty on success
+    QString note; ///< a remark for the user, for example about a missing side; usually empty
 
     /// @{ First and last bin, counted from 0, and the limits of the region: those bins' outer edges for whole bins.
     std::size_t first = 0;
@@ -48,14 +47,14 @@ struct TARNIS_EXPORT RegionStatistics {
     double lower = noNumber;
     double upper = noNumber;
     /// @}
-    double bins = 0.0; ///< number of bins; with partly covered bins the sum of the parts
+    double bins = 0.0; ///< number of bins; with partial bins the sum of the fractions
 
     /// @{ Gross quantities of the contents y: sum, mean content, largest content (largest density for unequal bins) and
     /// the centre of the first bin that has it, with standard errors.
     double sum = noNumber;
     double sumError = noNumber;
-    CountInterval sumInterval { noNumber, noNumber }; ///< exact central 68.27 %; to be shown below 10 counts
-    double sumUpperLimit = noNumber; ///< exact one-sided 95 %; the answer where the sum is 0
+    CountInterval sumInterval { noNumber, noNumber }; ///< exact central 68.27 % interval; show it below 10 counts
+    double sumUpperLimit = noNumber; ///< exact one-sided 95 % limit; the result to show if the sum is 0
     double mean = noNumber;
     double meanError = noNumber;
     double maximum = noNumber;
@@ -75,7 +74,7 @@ struct TARNIS_EXPORT RegionStatistics {
     double rmsSheppard = noNumber;
     /// @}
 
-    bool hasNet = false; ///< there is at least one side group; the rest is NaN without
+    bool hasNet = false; ///< there is at least one side group; otherwise the rest is NaN
     /// @{ Sums, numbers of bins and mean contents of the side groups.
     double leftSum = noNumber;
     double rightSum = noNumber;
@@ -111,7 +110,7 @@ struct TARNIS_EXPORT RegionStatistics {
     /// @}
 
     double netMaximum = noNumber; ///< highest net content
-    std::size_t netMaximumBin = 0; ///< first bin that has it
+    std::size_t netMaximumBin = 0; ///< first bin with this content
     InterpolatedWidth fwhm; ///< at half of netMaximum
     InterpolatedWidth fwtm; ///< at a tenth
 
@@ -123,7 +122,7 @@ struct TARNIS_EXPORT RegionStatistics {
     /// @}
 };
 
-/// Statistics of the bins first to last, both included.
+/// Statistics of the bins first to last, both inclusive.
 TARNIS_EXPORT RegionStatistics regionStatisticsOfBins(
     const BinnedData& data, std::ptrdiff_t first, std::ptrdiff_t last, const RegionOptions& options = {});
 

@@ -1,5 +1,5 @@
-// The outward walk is the usual one of multichannel analysers; the inward walk from both ends of the region shows
-// whether noise decides.
+// The outward search is the usual one of multichannel analysers. The inward search from both ends of the region shows
+// whether noise dominates.
 #include "tarnis/analysis/regionwidth_p.h"
 
 #include <cmath>

@@ -10,15 +10,15 @@ namespace tarnis::analysis {
 
 namespace {
 
-// Contents below it count as this: a single count on an empty bin is no deviation of many errors.
+// Lower limit of model contents: otherwise a single count in an empty bin would deviate by many errors.
 constexpr double leastContent = 0.3;
-// Of an addition that the parameters take up almost whole only rounding is left.
+// If the parameters absorb an addition almost completely, only rounding errors remain.
 constexpr double leastRest = 1e-3;
 constexpr double reach = 3.0; // of an added peak, in sigmas
 constexpr std::size_t maxParameters = FitModel::maxPeaks * (2 + maxWidthParameters) + 4; // and step, background
 
-// The covariance is the inverse of the information that the weights 1/m give. Of other statistics the parameters take
-// up something else, and the tests go without: they see less.
+// Whether the covariance is the inverse of the information with weights 1/m. For other statistics the parameters absorb
+// other residuals; the tests then ignore this and are less sensitive.
 bool isEfficient(const FitResult& result)
 {
     return result.options.statistic == FitStatistic::Cash || result.options.statistic == FitStatistic::Pearson;
@@ -28,7 +28,7 @@ class ScoreTest {
 public:
     ScoreTest(FitProblem& problem, const FitResult& result);
 
-    /// Tests an addition to the bins from `begin` on, and keeps it if it is the most significant one.
+    /// Tests an addition to the bins from `begin`, and stores it if it is the most significant one.
     void note(AdditionFinding& finding, std::span<const double> addition, std::size_t begin, double place) const;
 
 private:

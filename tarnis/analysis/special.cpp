@@ -13,7 +13,7 @@ namespace {
 constexpr double epsilon = std::numeric_limits<double>::epsilon();
 
 // Error of Stirling's formula for ln n!, after C. Loader, "Fast and accurate computation of binomial probabilities"
-// (2000): it keeps the digits that a difference of two lgamma() of large counts loses.
+// (2000): avoids the cancellation in a difference of two lgamma() of large counts.
 double stirlingError(double n)
 {
     if (n < 16.0)
@@ -171,7 +171,7 @@ double normalDistribution(double z)
     return 0.5 * std::erfc(-z / sqrtTwo);
 }
 
-// Abramowitz, Stegun 26.2.23 to begin with, then Newton's method on the smaller tail.
+// Starts with Abramowitz, Stegun 26.2.23, then uses Newton's method on the smaller tail.
 double normalQuantile(double p)
 {
     const double tail = std::min(p, 1.0 - p);
@@ -202,7 +202,7 @@ double halfDeviance(double y, double m)
     const double q = (m - y) / y;
     if (std::fabs(q) >= 0.01)
         return y * (q - std::log1p(q));
-    // The difference of q and log1p(q) loses all digits near q = 0; its series does not.
+    // The difference of q and log1p(q) cancels near q = 0; the series does not.
     return y * q * q
         * (1.0 / 2
             + q * (-1.0 / 3 + q * (1.0 / 4 + q * (-1.0 / 5 + q * (1.0 / 6 + q * (-1.0 / 7 + q * (1.0 / 8 - q / 9)))))));
@@ -258,7 +258,7 @@ double binomialUpperTail(double k, double n, double p)
         return 0.0;
     if (p >= 1.0)
         return 1.0;
-    // I_p(k, n - k + 1), by the fraction that converges fast.
+    // I_p(k, n - k + 1), by the faster converging continued fraction.
     const double a = k;
     const double b = n - k + 1.0;
     if (p < (a + 1.0) / (a + b + 2.0))

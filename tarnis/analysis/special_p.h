@@ -31,9 +31,9 @@ struct FaddeevaValues {
 /// Faddeeva function exp(-u^2) erfc(-iu) for Im u >= 0, to about 1e-14.
 FaddeevaValues faddeeva(std::complex<double> u);
 
-/// m - y + y ln(y/m) for y >= 0, m > 0: half the Poisson deviance. Exact to rounding near m = y too.
+/// m - y + y ln(y/m) for y >= 0, m > 0: half the Poisson deviance. Accurate to rounding also near m = y.
 double halfDeviance(double y, double m);
-/// Probability of y counts at mean m; y >= 0 need not be whole.
+/// Probability of y counts at mean m; y >= 0 need not be an integer.
 double poissonProbability(double y, double m);
 /// Regularised lower incomplete gamma function P(a, x), a > 0.
 double gammaP(double a, double x);
@@ -47,8 +47,8 @@ struct DevianceMoments {
     double mean = 0.0;
     double variance = 0.0;
 };
-/// Sums of both over bins of the given means, by exact sums over the counts, from a mean of 25 on by their series in
-/// 1/m. A mean that is not positive adds nothing.
+/// Sums of both over bins of the given means, computed by exact sums over the counts, and for means of 25 or more by
+/// the series in 1/m. A mean that is not positive is ignored.
 DevianceMoments sumOfDevianceMoments(std::span<const double> means);
 
 } // namespace tarnis::analysis

@@ -1,4 +1,4 @@
-// The way of a fit: checks, starts, minimum, errors, verdict.
+// The steps of a fit: checks, starting values, minimum, errors, verdict.
 #include "tarnis/analysis/spectrumfit.h"
 
 #include "tarnis/analysis/fitresult_p.h"
@@ -89,7 +89,7 @@ QString faultOfContents(const BinnedData& part, FitStatistic statistic)
     return {};
 }
 
-// One fit in the making.
+// One fit in progress.
 class SpectrumFitter {
 public:
     SpectrumFitter(
@@ -120,7 +120,7 @@ private:
     std::unique_ptr<FitProblem> m_problem;
     std::unique_ptr<FitSolver> m_solver;
     Minimum m_minimum;
-    std::vector<double> m_seed; ///< parameters of the most likely model, to begin with; empty: none
+    std::vector<double> m_seed; ///< parameters of the maximum-likelihood model as starting values; empty: none
 };
 
 SpectrumFitter::SpectrumFitter(
@@ -167,7 +167,8 @@ std::vector<double> SpectrumFitter::givenOrHighest() const
     return { highestPosition(*m_problem) };
 }
 
-// Widths of their own begin at the result with one width for all: from a guess they run into the background or noise.
+// Individual widths start at the result with one common width: from a rough estimate they would run into the background
+// or noise.
 std::vector<double> SpectrumFitter::startValues(const std::vector<double>& centres, double widthScale) const
 {
     if (!m_seed.empty() && widthScale == 1.0)
@@ -204,8 +205,8 @@ std::vector<double> SpectrumFitter::startValues(const std::vector<double>& centr
     return values;
 }
 
-// At the likelihood's minimum the other statistics have theirs nearby; from a guess they run into the noise of few
-// counts.
+// The minima of the other statistics are near that of the likelihood; from a rough estimate they would run into the
+// noise of few counts.
 void SpectrumFitter::seedByLikelihood()
 {
     if (!m_result.areCounts || m_result.options.statistic == FitStatistic::Cash)
@@ -222,7 +223,8 @@ void SpectrumFitter::seedByLikelihood()
         m_seed.push_back(parameter.value);
 }
 
-// A fit from one set of positions; keeps it if it is lower than what is there. False: the constraints are wrong.
+// Fits from one set of positions and stores the result if it is lower than the current one. False: the constraints are
+// invalid.
 bool SpectrumFitter::minimiseFrom(const std::vector<double>& centres, double widthScale)
 {
     QString fault;
@@ -243,7 +245,7 @@ bool SpectrumFitter::minimiseFrom(const std::vector<double>& centres, double wid
     auto solver = std::make_unique<FitSolver>(
         *m_problem, m_result.options.statistic, std::move(map), m_result.options.maxIterations);
     if (m_result.model.peaks > 1) {
-        // Areas and background first: several peaks with wrong areas would run after each other's counts.
+        // Areas and background first: peaks with wrong areas would move towards the counts of other peaks.
         std::vector<char> held;
         for (const SolverVariable& variable : solver->map().variables) {
             const QString kind = variable.parameter < 0
@@ -283,7 +285,7 @@ bool SpectrumFitter::looksBad() const
     return weighted && m_minimum.value > ndf + 4.0 * std::sqrt(2.0 * std::max(1.0, ndf));
 }
 
-// Other first widths, where the first ones led to nothing good.
+// Tries other starting widths if the first ones gave a bad fit.
 void SpectrumFitter::tryAgain(const std::vector<double>& centres)
 {
     for (const double widthScale : { 0.4, 2.5 }) {
@@ -366,7 +368,7 @@ void SpectrumFitter::finish()
     addVerdict(*m_problem, m_result);
 }
 
-// Exchanges the blocks of peaks that passed each other. With constraints by name the names stay with their peaks.
+// Sorts peaks that have changed their order. With constraints by name, the names stay with their peaks.
 void SpectrumFitter::orderPeaks()
 {
     const FitLayout& layout = m_problem->layout();

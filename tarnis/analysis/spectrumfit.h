@@ -16,67 +16,68 @@
 
 namespace tarnis {
 
-/// How a fit is made.
+/// Options of a fit.
 struct FitOptions {
     FitStatistic statistic = FitStatistic::Cash; ///< what is minimised
     BinEvaluation evaluation = BinEvaluation::Integral; ///< content of a bin
     bool profileErrors = false; ///< asymmetric errors of all free parameters of the peaks
-    /// Asymmetric errors also without profileErrors for areas below ten errors, where the symmetric ones mislead.
+    /// Computes asymmetric errors even without profileErrors for areas below ten errors, where symmetric ones are
+    /// misleading.
     bool profileWeakAreas = true;
-    int maxIterations = 100; ///< of the solver, for each of its starts
+    int maxIterations = 100; ///< limit of the solver, for each start
 };
 
 /// How a fit ended.
 enum class FitStatus {
     Done, ///< the parameters are those of a minimum
-    NotConverged, ///< the parameters are the best found
-    Refused, ///< there is no fit: FitResult::message says why
+    NotConverged, ///< the parameters are the best ones found
+    Refused, ///< there is no fit; FitResult::message is the reason
 };
 
-/// A distance to either side of a value. NaN: the statistic does not rise by 1 on that side.
+/// Asymmetric error. NaN: the statistic does not increase by 1 on that side.
 struct ProfileError {
     double lower = 0.0; ///< negative
     double upper = 0.0; ///< positive
-    bool lowerAtBound = false; ///< the parameter's bound is met first; lower is the distance to it
-    bool upperAtBound = false; ///< the same above
+    bool lowerAtBound = false; ///< the parameter's bound is reached first; lower is the distance to it
+    bool upperAtBound = false; ///< likewise for the upper side
 };
 
-/// One parameter of a result. Errors are one standard deviation, NaN where there is none.
+/// One parameter of a result. Errors are one standard deviation, or NaN.
 struct FitParameter {
     QString name; ///< for example "centre"
     double value = 0.0; ///< at the minimum
     double error = 0.0; ///< from the expected information, absolute: not scaled by the statistic
     double scaledError = 0.0; ///< error times sqrt(value of the statistic / ndf)
-    double sandwichError = 0.0; ///< of unweighted fits only: the true error for the variances of the contents
+    double sandwichError = 0.0; ///< only for unweighted fits: the true error given the variances of the contents
     std::optional<ProfileError> profile; ///< asymmetric error, if it was computed
-    bool fixed = false; ///< held by the user
-    bool tied = false; ///< follows another one
+    bool fixed = false; ///< fixed by the user
+    bool tied = false; ///< tied to another parameter
     bool atLower = false; ///< ended on its lower bound
     bool atUpper = false; ///< ended on its upper bound
 
-    /// The error to show: the sandwich's for unweighted counts, the scaled one for unweighted values that are no
-    /// counts, else the absolute one.
+    /// The error to show: sandwichError for unweighted counts, scaledError for unweighted values that are not counts,
+    /// else error.
     double shownError = 0.0;
 };
 
-/// A number that follows from the parameters, with an error by linear propagation of the whole covariance.
+/// A quantity derived from the parameters, with an error by linear propagation of the full covariance.
 struct DerivedQuantity {
     QString name; ///< for example "fwhm" or, with several peaks, "fwhm1"
     double value = 0.0; ///< at the minimum
-    double error = 0.0; ///< one standard deviation; of unweighted fits the scaled one
+    double error = 0.0; ///< one standard deviation; scaled for unweighted fits
 };
 
 /// One peak of a result.
 struct FittedPeak {
     double area = 0.0; ///< counts
-    double centre = 0.0; ///< on the axis
-    PeakMeasures measures; ///< top, mean, height of unit area and widths
+    double centre = 0.0; ///< position on the axis
+    PeakMeasures measures; ///< maximum, mean, height for unit area and widths
 };
 
-/// What a fit found.
+/// The result of a fit.
 struct TARNIS_EXPORT FitResult {
     FitStatus status = FitStatus::Refused; ///< how it ended
-    QString message; ///< why there is no fit or no convergence, for the user; empty if all went well
+    QString message; ///< why there is no fit or no convergence, for the user; empty on success
 
     FitModel model; ///< as fitted
     FitOptions options; ///< as fitted
@@ -91,10 +92,10 @@ struct TARNIS_EXPORT FitResult {
     int ndf = 0; ///< points - free
     int calls = 0; ///< evaluations of the model by the solver
     std::vector<FitParameter> parameters; ///< in the order of FitModel::parameterNames(), peaks by position
-    /// Row by row for all parameters, of the absolute errors; rows of fixed parameters and of those at a bound are
+    /// Row-major for all parameters, for the absolute errors; rows of fixed parameters and of those at a bound are
     /// zero.
     std::vector<double> covariance;
-    std::vector<double> correlation; ///< alike; NaN where a parameter has no error
+    std::vector<double> correlation; ///< in the same order; NaN if a parameter has no error
     std::vector<DerivedQuantity> derived; ///< widths, heights, distances, ratios, background at the ends
     std::vector<FittedPeak> peaks; ///< by position
 
@@ -111,16 +112,15 @@ struct TARNIS_EXPORT FitResult {
     double cashZ = noNumber;
     /// @}
     /// Distance of the minimised statistic from its expectation in standard deviations: cashZ for Cash and for
-    /// unweighted counts, (value - ndf)/sqrt(2 ndf) for the others; NaN where nothing is known about the variances.
+    /// unweighted counts, (value - ndf)/sqrt(2 ndf) for the others; NaN if the variances are unknown.
     double goodness = noNumber;
-    /// Upper tail of chi squared for the value; only below 10 counts a bin no approximation to trust for Cash. NaN for
-    /// unweighted fits.
+    /// Upper tail of chi squared for the value; for Cash not reliable below 10 counts per bin. NaN for unweighted fits.
     double pValue = noNumber;
 
-    bool acceptable = false; ///< no reason against the result
-    QStringList reasons; ///< why not, for the user
+    bool acceptable = false; ///< whether there is no reason to reject the result
+    QStringList reasons; ///< why the result is not acceptable, for the user
 
-    /// Position of a parameter in `parameters`; -1 for an unknown name.
+    /// Index of a parameter in `parameters`; -1 for an unknown name.
     int indexOf(const QString& name) const;
     /// Value of a parameter or derived quantity; NaN for an unknown name.
     double valueOf(const QString& name) const;
@@ -132,18 +132,18 @@ struct TARNIS_EXPORT FitResult {
     double backgroundAt(double x) const;
 };
 
-/// The parameters that a fit would begin with, in the order of FitModel::parameterNames(), as a result without errors.
-/// For a curve that is drawn at once; refused like a fit.
+/// The starting values of a fit, in the order of FitModel::parameterNames(), as a result without errors. For an
+/// immediate preview; rejected for the same reasons as a fit.
 TARNIS_EXPORT FitResult guessSpectrumFit(const BinnedData& data, std::ptrdiff_t first, std::ptrdiff_t last,
     const FitModel& model, const FitOptions& options = {});
 
-/// Fits the bins first to last, both included.
+/// Fits the bins first to last, both inclusive.
 TARNIS_EXPORT FitResult fitSpectrum(const BinnedData& data, std::ptrdiff_t first, std::ptrdiff_t last,
     const FitModel& model, const FitOptions& options = {});
 
-/// Fits with as many peaks as the contents justify, up to FitModel::maxPeaks: one more is accepted only if the
-/// statistic falls by more than 16, its area has more than three errors and it is apart from the others by more than
-/// half a full width at half maximum. FitModel::peaks and FitModel::centres are ignored.
+/// Fits with as many peaks as the contents justify, up to FitModel::maxPeaks: a further peak is accepted only if the
+/// statistic decreases by more than 16, its area exceeds three errors, and its distance to the others exceeds half a
+/// full width at half maximum. FitModel::peaks and FitModel::centres are ignored.
 TARNIS_EXPORT FitResult fitSpectrumAutomatically(const BinnedData& data, std::ptrdiff_t first, std::ptrdiff_t last,
     const FitModel& model, const FitOptions& options = {});
 

@@ -1,5 +1,5 @@
-// Widths along the axis without knowing any: searches with kernels of many widths, fits of the peaks that stand out,
-// and a straight line through the squares of their widths.
+// Estimates widths along the axis: searches with kernels of many widths, fits the prominent peaks, and fits a straight
+// line to the squares of their widths.
 #include "tarnis/analysis/peakfinder_p.h"
 
 #include <algorithm>
@@ -11,10 +11,10 @@ namespace {
 
 using namespace analysis;
 
-// A place that stands out, with the kernel that sees it best.
+// A prominent position with the best matching kernel.
 struct Spot {
     std::size_t bin;
-    double sigma; ///< of the kernel, in bins
+    double sigma; ///< sigma of the kernel, in bins
     double significance;
 };
 
@@ -31,7 +31,7 @@ std::vector<Spot> strongestSpots(std::span<const double> y)
     std::vector<Spot> spots;
     const double widest = std::max(2.0, 0.02 * static_cast<double>(y.size()));
     for (double sigma = 1.0; sigma <= widest; sigma *= 1.41421356) {
-        // Wide kernels look at sums of bins: they cannot see single ones, and would take long.
+        // Wide kernels use sums of bins, because single bins do not matter to them and would take long.
         const auto group = static_cast<std::size_t>(std::max(1.0, std::floor(sigma / 2.8)));
         const std::vector<double> sums = summed(y, group);
         const std::vector<double> values =
@@ -40,7 +40,7 @@ std::vector<Spot> strongestSpots(std::span<const double> y)
             spots.push_back({ std::min(y.size() - 1, i * group + group / 2), sigma, values[i] });
     }
     std::sort(spots.begin(), spots.end(), [](const Spot& a, const Spot& b) { return a.significance > b.significance; });
-    // Of spots on top of each other the most significant stays.
+    // Keeps the most significant of overlapping spots.
     std::vector<Spot> result;
     for (const Spot& spot : spots) {
         const bool taken = std::any_of(result.begin(), result.end(), [&](const Spot& other) {
@@ -58,7 +58,7 @@ std::vector<Spot> strongestSpots(std::span<const double> y)
 struct WidthPoint {
     double x;
     double square; ///< of sigma
-    double error; ///< of the square
+    double error; ///< error of the squared width
 };
 
 std::optional<WidthPoint> fittedWidth(const BinnedData& data, std::size_t first, std::size_t last, const Spot& spot)
@@ -77,7 +77,7 @@ std::optional<WidthPoint> fittedWidth(const BinnedData& data, std::size_t first,
     const double width = fit.valueOf(QStringLiteral("sigma"));
     const double error = fit.errorOf(QStringLiteral("sigma"));
     const double ratio = fit.valueOf(QStringLiteral("area")) / fit.errorOf(QStringLiteral("area"));
-    // Multiplets and shoulders are no widths.
+    // Excludes multiplets and shoulders.
     if (fit.status != FitStatus::Done || !(ratio > 15.0) || !(error < 0.1 * width) || std::fabs(fit.goodness) > 6.0)
         return std::nullopt;
     return WidthPoint { fit.valueOf(QStringLiteral("centre")), width * width, 2.0 * width * error };
@@ -92,7 +92,8 @@ WidthCalibration lineThrough(const std::vector<WidthPoint>& points)
     double wxx = 0.0;
     double wxy = 0.0;
     for (const WidthPoint& point : points) {
-        // Shapes are never quite Gaussian: 3 % of the square, so that one huge peak does not decide alone.
+        // Shapes are never exactly Gaussian. Adds an error of 3 % of the square, so that a single large peak does not
+        // dominate.
         const double weight = 1.0 / (point.error * point.error + 9e-4 * point.square * point.square);
         w += weight;
         wx += weight * point.x;
@@ -125,7 +126,7 @@ std::optional<WidthCalibration> estimateWidths(const BinnedData& data, std::size
     if (points.empty())
         return std::nullopt;
     WidthCalibration line = lineThrough(points);
-    // The worst point goes as long as it is far off: unresolved doublets are too wide.
+    // Removes the worst point while it is far off: unresolved doublets are too wide.
     while (points.size() > 3) {
         const auto offOf = [&](const WidthPoint& p) {
             const double sigma = line.sigma(p.x);

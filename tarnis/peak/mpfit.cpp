@@ -1,4 +1,4 @@
-// mpfit(): the way in and out of a fit. The other sources: mpfit_iterate.cpp the main loop, mpfit_jacobian.cpp the
+// mpfit(): setup and results of a fit. The other sources: mpfit_iterate.cpp the main loop, mpfit_jacobian.cpp the
 // derivatives, mpfit_bounds.cpp the bounds; mpfit_qr.cpp, mpfit_lmpar.cpp, mpfit_covar.cpp, mpfit_enorm.cpp the linear
 // algebra.
 #include "tarnis/peak/mpfit.h"
@@ -30,7 +30,7 @@ constexpr mp_config defaultConfig {
 
 constexpr mp_par automaticParameter {};
 
-// A NaN passes, and is refused with the tolerances.
+// NaN is returned unchanged and rejected by the check of the tolerances.
 double positiveOr(double value, double fallback)
 {
     return value <= 0.0 ? fallback : value;
@@ -90,7 +90,7 @@ int Fit::run(mp_result* result)
     return status;
 }
 
-// The order of the tests decides which error is told.
+// The order of the tests determines which error is reported.
 int Fit::setUp()
 {
     if (!allocateVectors())
@@ -144,7 +144,7 @@ void Fit::listFreeParameters()
     }
 }
 
-// Starting values are tested for fixed parameters too, the order of the bounds for free ones only.
+// Starting values are checked for fixed parameters too, the order of the bounds only for free ones.
 int Fit::checkParameters() const
 {
     for (int i = 0; m_problem.pars && i < m_problem.npar; ++i) {
@@ -185,7 +185,7 @@ bool Fit::allocateJacobian()
     return true;
 }
 
-// The last call makes fvec that of the answer, also after a rejected step.
+// The last call sets fvec to the residuals of the result, also after a rejected step.
 void Fit::finish(int status, mp_result* result)
 {
     if (status > 0 && m_problem.config.nprint > 0)

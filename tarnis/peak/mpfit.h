@@ -15,28 +15,28 @@ extern "C" {
 #endif
 
 /// The residual function: writes the m residuals at the npar parameters x to fvec; a negative result stops the fit.
-/// dvec is null unless derivatives are wanted (side 3, deriv_debug). Then it has npar entries, and each one that is not
-/// null is a column of m doubles: the derivatives of the residuals with respect to that parameter, to be written.
-/// private_data is what was given to mpfit().
+/// dvec is null unless derivatives are requested (side 3, deriv_debug). Then it has npar entries. The function fills
+/// each one that is not null, a column of m doubles, with the derivatives of the residuals with respect to that
+/// parameter. private_data is the pointer passed to mpfit().
 typedef int (*mp_func)(int m, int npar, double* x, double* fvec, double** dvec, void* private_data);
 
-/// One parameter's constraints and the way its derivatives are taken. All zero: free, unbounded, automatic.
+/// Constraints of one parameter and the computation of its derivatives. All zero: free, unbounded, automatic.
 typedef struct mp_par {
-    int fixed; ///< non-zero: held at its starting value
+    int fixed; ///< non-zero: fixed at its starting value
     int limited[2]; ///< non-zero: lower, upper bound in force
-    double limits[2]; ///< lower and upper bound; both may be touched
+    double limits[2]; ///< lower and upper bound, both inclusive
     char* parname; ///< for the caller; never read
     double step; ///< absolute step of the finite difference, used if > 0
-    double relstep; ///< step relative to the parameter, used if > 0; beats step
+    double relstep; ///< step relative to the parameter, used if > 0; overrides step
     /// 0: one-sided, backward next to the upper bound; 1: (f(x+h) - f(x))/h; -1: (f(x) - f(x-h))/h;
     /// 2: (f(x+h) - f(x-h))/2h; 3: analytic, written by the residual function.
     int side;
     int deriv_debug; ///< non-zero: print the analytic derivative beside the numerical one, which is used, on stdout
-    double deriv_reltol; ///< relative part of what may differ unprinted
-    double deriv_abstol; ///< absolute part; with both at 0 every non-zero row is printed
+    double deriv_reltol; ///< relative tolerance of the printed comparison
+    double deriv_abstol; ///< absolute tolerance; if both are 0, every non-zero row is printed
 } mp_par;
 
-/// Options. A zeroed record means the defaults, but for nprint.
+/// Options. A zeroed record selects the defaults, except for nprint.
 typedef struct mp_config {
     double ftol; ///< stop at this relative reduction of the sum of squares; <= 0: 1e-10
     double xtol; ///< stop at this relative change of the parameters; <= 0: 1e-10
@@ -44,14 +44,14 @@ typedef struct mp_config {
     double epsfcn; ///< relative error of the residuals, for the finite-difference step; <= 0: 2.220446e-16
     double stepfactor; ///< first step bound, in lengths of the scaled start; <= 0: 100
     double covtol; ///< rank tolerance of the covariance; <= 0: 1e-14
-    int maxiter; ///< iterations at most; < 1: 200
+    int maxiter; ///< maximum number of iterations; < 1: 200
     int maxfev; ///< stop after a step that reaches this number of calls; <= 0: no limit
-    int nprint; ///< > 0: one more call at the answer before returning; < 0 or without a record: 1
+    int nprint; ///< > 0: one more call at the result before returning; < 0 or without a record: 1
     int douserscale; ///< non-zero: scale 1 for all parameters instead of the Jacobian's column norms
     int nofinitecheck; ///< the reverse of its name: > 0 stops with MP_NOT_FINITE at a non-finite Jacobian
 } mp_config;
 
-/// What a fit reports. The three pointers are the caller's: set or null them before the call.
+/// Results of a fit. The caller must set the three pointers, possibly to null, before the call.
 typedef struct mp_result {
     double bestnorm; ///< final sum of squares; that of a last, rejected step if it is larger
     double orignorm; ///< sum of squares at the start
@@ -70,7 +70,7 @@ typedef struct mp_result {
 
 /// Status of a fit. From 1 on the parameters are usable; the negative ones are failures.
 enum mp_status {
-    MP_STOPPED = 0, ///< the residual function was negative at the first call or during a Jacobian
+    MP_STOPPED = 0, ///< the residual function returned a negative value at the first call or during a Jacobian
     MP_CONVERGED_FTOL = 1, ///< sum of squares within ftol
     MP_CONVERGED_XTOL = 2, ///< parameters within xtol
     MP_CONVERGED_BOTH = 3, ///< both
@@ -84,16 +84,16 @@ enum mp_status {
     MP_NO_DATA = -18, ///< m < 1 or no parameter vector
     MP_NO_FREE_PARAMETER = -19, ///< npar < 1, or all are fixed
     MP_NO_MEMORY = -20, ///< memory allocation failed
-    MP_START_OUTSIDE = -21, ///< a starting value lies outside its bounds
+    MP_START_OUTSIDE = -21, ///< a starting value is outside its bounds
     MP_BOUNDS_CROSSED = -22, ///< a free parameter's lower bound is not below its upper bound
     MP_BAD_TOLERANCE = -23, ///< a tolerance or stepfactor is not positive
     MP_TOO_FEW_RESIDUALS = -24 ///< fewer residuals than free parameters
 };
 
-/// Fits: xall holds the npar starting values and receives the best parameters; fixed ones are not touched. pars (npar
+/// Fits: xall holds the npar starting values and receives the best parameters; fixed ones are not changed. pars (npar
 /// entries), config and result may be null. Returns a status of mp_status, or the negative value that the residual
-/// function gave for a trial step. After a set-up error, MP_STOPPED and MP_NOT_FINITE xall and result are as they were.
-/// All working storage is freed, also when the residual function throws.
+/// function returned for a trial step. After a setup error, MP_STOPPED and MP_NOT_FINITE, xall and result are
+/// unchanged. All working storage is freed, also when the residual function throws.
 TARNIS_EXPORT int mpfit(mp_func funct, int m, int npar, double* xall, mp_par* pars, mp_config* config,
     void* private_data, mp_result* result);
 

@@ -1,5 +1,5 @@
-// What a bounded fit does otherwise than LMDIF: columns that would lead out of the box are held, the step is cut where
-// it meets a bound, and a point next to a bound is put on it.
+// Differences of a bounded fit from LMDIF: columns that would lead out of the box are held, the step is shortened to
+// the first bound, and a point next to a bound is moved onto it.
 #include "tarnis/peak/mpfit_p.h"
 
 #include <algorithm>
@@ -22,7 +22,7 @@ bool sitsOnUpper(const mp_par& par, double x)
     return par.limited[1] && x == par.limits[1];
 }
 
-// From here on a value counts as having reached the upper bound.
+// Values from here on count as being on the upper bound.
 double upperTestValue(double ulim)
 {
     if (ulim == 0.0)
@@ -46,7 +46,7 @@ double snapped(const mp_par& par, double x)
     return x;
 }
 
-// The part of the component that stays inside the bounds, 1 if all of it does.
+// The fraction of the component that stays inside the bounds, at most 1.
 double partInside(const mp_par& par, double x, double step)
 {
     double alpha = 1.0;
@@ -59,9 +59,9 @@ double partInside(const mp_par& par, double x, double step)
     return alpha;
 }
 
-// Where a component of a step that was cut by alpha ends. The one that set alpha ends on its bound: x + alpha * step is
-// the bound but for rounding, which grows with x and is often wider than the test values above. Left a few bits inside,
-// it would cut the next step to nothing, and the fit would stop there for want of progress.
+// The end point of one component of a step that was shortened by alpha. The component that determined alpha ends on its
+// bound: x + alpha * step equals the bound except for rounding, which grows with x and often exceeds the test values
+// above. A value a few bits inside would shorten the next step to nothing, and the fit would stop without progress.
 double landed(const mp_par& par, double x, double wholeStep, double alpha, double xnew)
 {
     if (alpha < 1.0 && partInside(par, x, wholeStep) == alpha)
@@ -89,8 +89,8 @@ void Fit::holdColumnsAtBounds()
     }
 }
 
-// Turns lmpar's solution into the step, without the components that lead out of the box. Gives the part of it that
-// stays inside.
+// Turns lmpar's solution into the step, without the components that lead out of the box. Returns the fraction of it
+// that stays inside.
 double Fit::keepStepInside()
 {
     double alpha = 1.0;

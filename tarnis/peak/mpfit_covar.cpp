@@ -8,7 +8,7 @@ namespace tarnis::fitter {
 
 namespace {
 
-// Inverse of R in its upper triangle; gives the number of columns that are not below the rank tolerance.
+// Inverts R in its upper triangle. Returns the number of columns that are not below the rank tolerance.
 int invertTriangle(int n, double* r, int ldr, double tol)
 {
     const double tolr = tol * std::fabs(r[0]);
@@ -53,7 +53,7 @@ void covar(int n, double* r, int ldr, const int* ipvt, double tol, double* wa)
     const int rank = invertTriangle(n, r, ldr, tol);
     multiplyByTranspose(rank, r, ldr);
 
-    // The lower triangle takes the elements at their parameters' places, wa the diagonal.
+    // Stores the elements in the order of the parameters in the lower triangle, and the diagonal in wa.
     for (int j = 0; j < n; ++j) {
         const int jj = ipvt[j];
         for (int i = 0; i <= j; ++i) {

@@ -1,4 +1,4 @@
-// The norm under all of the fitter: MINPACK-1, routine ENORM (More, Garbow, Hillstrom 1980).
+// The Euclidean norm used by the fitter: MINPACK-1, routine ENORM (More, Garbow, Hillstrom 1980).
 #include "tarnis/peak/mpfit_p.h"
 
 #include <cmath>

@@ -1,5 +1,5 @@
 // The main loop: MINPACK-1, routine LMDIF (More, Garbow, Hillstrom 1980), with the bounds of mpfit_bounds.cpp.
-// Departures from LMDIF are remarked where they stand.
+// Comments mark the differences from LMDIF.
 #include "tarnis/peak/mpfit_p.h"
 
 #include <algorithm>
@@ -67,7 +67,7 @@ std::optional<int> Fit::linearise()
     return std::nullopt;
 }
 
-// Leaves R whole in the upper triangle of fjac, and qtf.
+// Stores the complete R in the upper triangle of fjac, and computes qtf.
 void Fit::factorise()
 {
     const int m = m_problem.m;
@@ -88,7 +88,7 @@ void Fit::factorise()
     }
 }
 
-// A non-finite element of the Jacobian reaches the triangle.
+// A non-finite element of the Jacobian propagates to the triangle.
 bool Fit::factorIsFinite() const
 {
     for (int j = 0; j < m_nfree; ++j) {
@@ -99,7 +99,7 @@ bool Fit::factorIsFinite() const
     return true;
 }
 
-// The scale of the first iteration: column norms, 1 where a column is zero or the caller keeps the scale.
+// The scale of the first iteration: column norms, or 1 if a column is zero or the caller sets the scale.
 void Fit::scaleFirst()
 {
     for (int j = 0; j < m_nfree; ++j) {
@@ -129,14 +129,14 @@ double Fit::scaledGradient() const
             sum += c[i] * (m_qtf[i] / m_fnorm);
         const double cosine = std::fabs(sum / norm);
         if (std::isnan(cosine))
-            return cosine; // must not pass for an orthogonal column
+            return cosine; // must not be mistaken for an orthogonal column
         gnorm = std::max(gnorm, cosine);
     }
     return gnorm;
 }
 
-// One step from the current point: taken, refused, or the end. LMDIF has no test for non-finite numbers: its stop tests
-// never become true with them, and the loop would not end.
+// One step from the current point, which is accepted, rejected, or ends the fit. LMDIF has no test for non-finite
+// numbers: its stop tests are never true with them, and the loop would not end.
 std::optional<int> Fit::tryStep()
 {
     m_par = lmpar(
@@ -171,8 +171,8 @@ std::optional<int> Fit::tryStep()
     return stopTest();
 }
 
-// What the linear model promises for the step, relative to fnorm squared. alpha enters once more although the step is
-// scaled already; this is how the bounded iteration is defined.
+// The reduction predicted by the linear model, relative to fnorm squared. alpha is applied again although the step is
+// already scaled; the bounded iteration is defined this way.
 void Fit::predictReduction(double alpha)
 {
     for (int j = 0; j < m_nfree; ++j) {
@@ -213,7 +213,7 @@ void Fit::accept()
     ++m_iter;
 }
 
-// Convergence first; of the other tests a later one overrides an earlier one.
+// Tests convergence first. Of the other tests, a later one overrides an earlier one.
 std::optional<int> Fit::stopTest() const
 {
     const mp_config& config = m_problem.config;

@@ -15,7 +15,7 @@ bool isAnalytic(const mp_par& par)
     return par.side == 3 && !par.deriv_debug;
 }
 
-// Whether a row of the comparison is worth a line.
+// Whether a row of the comparison is printed.
 bool isReported(const mp_par& par, double user, double numerical)
 {
     if (par.deriv_abstol == 0.0 && par.deriv_reltol == 0.0)
@@ -25,7 +25,7 @@ bool isReported(const mp_par& par, double user, double numerical)
 
 } // namespace
 
-// False if the residual function wants to stop.
+// False if the residual function requests a stop.
 bool Fit::jacobian()
 {
     if (m_dvec && !userColumns())
@@ -44,7 +44,7 @@ bool Fit::jacobian()
     return true;
 }
 
-// One call for all columns that the residual function writes; one that it forgets is zero.
+// One call for all columns that the residual function writes; columns that it does not write are zero.
 bool Fit::userColumns()
 {
     std::fill_n(m_dvec.get(), m_problem.npar, nullptr);

@@ -1,5 +1,5 @@
 // The Levenberg parameter: MINPACK-1, routine LMPAR (More, Garbow, Hillstrom 1980); the theory is in More (1978),
-// section 5. Leaves early where a norm is no longer finite: no later round could improve it.
+// section 5. Returns early if a norm is not finite, because no later iteration could improve it.
 #include "tarnis/peak/mpfit_p.h"
 
 #include <algorithm>
@@ -10,9 +10,9 @@ namespace tarnis::fitter {
 namespace {
 
 constexpr int maximumRounds = 10;
-constexpr double relativeWidth = 0.1; // how far |diag * x| may be from delta
+constexpr double relativeWidth = 0.1; // allowed relative distance of |diag * x| from delta
 
-// Gauss-Newton direction; where R is singular, its least-squares solution on the leading block. Gives the rank.
+// Gauss-Newton direction; for a singular R, its least-squares solution on the leading block. Returns the rank.
 int gaussNewton(int n, const double* r, int ldr, const int* ipvt, const double* qtb, double* x, double* wa1)
 {
     int nsing = n;
@@ -65,7 +65,7 @@ double lowerBound(int n, const double* r, int ldr, double fp, double delta, doub
     return ((fp / delta) / temp) / temp;
 }
 
-// Length of the scaled gradient over delta as upper bound; never 0.
+// The norm of the scaled gradient divided by delta, as upper bound; never 0.
 double upperBound(
     int n, const double* r, int ldr, const int* ipvt, const double* diag, const double* qtb, double delta, double* wa1)
 {

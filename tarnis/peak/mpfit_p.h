@@ -1,4 +1,4 @@
-// The fitter's inner routines and the state of one fit. Names are those of MINPACK-1 where a thing is MINPACK's.
+// The fitter's inner routines and the state of one fit. MINPACK-1's names are used where they exist.
 #pragma once
 
 #include "tarnis/peak/mpfit.h"
@@ -12,7 +12,7 @@ namespace tarnis::fitter {
 inline constexpr double machineEpsilon = 2.220446e-16;
 inline constexpr double smallestDouble = 2.2250739e-308;
 
-// The routines below keep MINPACK-1's arguments. Matrices are stored by column; a column has m (or ldr) doubles.
+// The routines below have MINPACK-1's arguments. Matrices are stored by column; a column has m (or ldr) doubles.
 
 /// Euclidean norm of n doubles without overflow or underflow for components of any finite size.
 double enorm(int n, const double* x);
@@ -28,15 +28,15 @@ void qrsolv(int n, double* r, int ldr, const int* ipvt, const double* diag, cons
     double* wa);
 
 /// Levenberg parameter for which the step x has |diag * x| = delta within a tenth, or 0 if the Gauss-Newton step is
-/// shorter. par is the estimate to begin with. sdiag, wa1, wa2: n doubles of scratch each.
+/// shorter. par is the initial estimate. sdiag, wa1, wa2: n doubles of scratch each.
 double lmpar(int n, double* r, int ldr, const int* ipvt, const double* diag, const double* qtb, double delta,
     double par, double* x, double* sdiag, double* wa1, double* wa2);
 
 /// Inverse of J'J from the R of qrfac, written over r's leading n x n block in the order of the parameters. Columns of
-/// R from the first diagonal element on that is not above tol * |R(0,0)| give zeros.
+/// R from the first diagonal element that is not above tol * |R(0,0)| yield zeros.
 void covar(int n, double* r, int ldr, const int* ipvt, double tol, double* wa);
 
-/// What the caller asked for, defaults filled in.
+/// The caller's arguments, completed with defaults.
 struct Problem {
     mp_func funct;
     int m;
@@ -47,15 +47,15 @@ struct Problem {
     void* privateData;
 };
 
-/// One fit, from set-up to result. Arrays without a remark have nfree doubles, in the order of m_ifree.
+/// One fit, from setup to result. Arrays have nfree doubles in the order of m_ifree unless stated otherwise.
 class Fit {
 public:
     explicit Fit(const Problem& problem);
-    /// The whole of mpfit() behind the tests of its arguments; result may be null.
+    /// mpfit() after the checks of its arguments; result may be null.
     int run(mp_result* result);
 
 private:
-    // Set-up and result - mpfit.cpp
+    // Setup and result - mpfit.cpp
     int setUp();
     bool allocateVectors();
     bool allocateJacobian();
@@ -97,7 +97,7 @@ private:
 
     const Problem m_problem;
 
-    // Storage of the arrays below, taken at set-up. Not initialised: a page that is never used costs nothing.
+    // Storage of the arrays below, allocated in the setup. Not initialised, because unused pages cost nothing.
     std::unique_ptr<double[]> m_vectors;
     std::unique_ptr<int[]> m_indices;
     std::unique_ptr<double[]> m_fjac; ///< m x nfree: Jacobian, then its factors
@@ -108,7 +108,7 @@ private:
     bool m_anyDebug = false; ///< a free parameter has deriv_debug
     int* m_ifree = nullptr; ///< indices of the free parameters
     int* m_ipvt = nullptr; ///< column order of the factorisation
-    double* m_xfull = nullptr; ///< npar: what the residual function sees
+    double* m_xfull = nullptr; ///< npar: the parameters passed to the residual function
     double* m_x = nullptr; ///< current point
     double* m_xnew = nullptr; ///< trial point
     double* m_step = nullptr; ///< trial step
@@ -121,7 +121,7 @@ private:
     double* m_wa4 = nullptr; ///< m: residuals at the trial point; scratch
     double* m_wa5 = nullptr; ///< m: scratch of two-sided differences
 
-    bool m_abandoned = false; ///< stopped where nothing is written back
+    bool m_abandoned = false; ///< stopped without writing results
     int m_nfev = 0;
     int m_iter = 1;
     double m_orignorm = 0.0; ///< sum of squares at the start

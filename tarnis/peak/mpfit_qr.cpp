@@ -9,7 +9,7 @@ namespace tarnis::fitter {
 
 namespace {
 
-// Swaps columns j and kmax of a and what goes with them.
+// Swaps columns j and kmax of a and their associated elements.
 void exchangeColumns(int m, double* a, int j, int kmax, int* ipvt, double* rdiag, double* wa)
 {
     double* columnJ = a + std::ptrdiff_t(m) * j;
@@ -30,7 +30,7 @@ void reflect(int length, const double* v, double* c)
         c[i] -= temp * v[i];
 }
 
-// Norm of what is left of a column below its new first element; computed again when too much has cancelled.
+// Norm of the remaining part of a column below its new first element; recomputed if cancellation is too large.
 void updateNorm(int length, const double* c, double& rdiag, double& wa)
 {
     if (rdiag == 0.0)
@@ -63,8 +63,8 @@ Rotation rotationToEliminate(double element, double diagonal)
     return { cos, cos * tan };
 }
 
-// Rotates the row (sdiag[j..n-1], 0) into the triangle in r's lower part, from row j down, and the right side wa with
-// it.
+// Rotates the row (sdiag[j..n-1], 0) into the triangle in r's lower part, from row j down, together with the right side
+// wa.
 void eliminateRow(int n, int j, double* r, int ldr, double* sdiag, double* wa)
 {
     double qtbpj = 0.0;
@@ -139,7 +139,7 @@ void qrfac(int m, int n, double* a, int* ipvt, double* rdiag, double* acnorm, do
 void qrsolv(int n, double* r, int ldr, const int* ipvt, const double* diag, const double* qtb, double* x, double* sdiag,
     double* wa)
 {
-    // The triangle is worked on in the lower part; x keeps the diagonal meanwhile.
+    // The triangle is processed in the lower part; x stores the diagonal in the meantime.
     for (int j = 0; j < n; ++j) {
         double* rj = r + std::ptrdiff_t(ldr) * j;
         for (int i = j; i < n; ++i)

@@ -10,7 +10,7 @@
 
 namespace {
 
-// Where a single peak stands and how far it reaches at half height.
+// Position and half-height extent of a single peak.
 struct HalfHeight {
     qsizetype maxIndex = 0;
     qsizetype leftIndex = 0;
@@ -19,7 +19,7 @@ struct HalfHeight {
     double minY = 0.0;
 };
 
-// The last of the n samples takes no part, unless it is the only one.
+// The last of the n samples is ignored, unless it is the only one.
 HalfHeight halfHeight(const QList<double>& y, qsizetype n)
 {
     HalfHeight h;

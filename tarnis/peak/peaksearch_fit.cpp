@@ -1,4 +1,4 @@
-// The fits of one Gaussian: bounded with starting values of its own, and unbounded from given ones.
+// The fits of one Gaussian: bounded with computed starting values, and unbounded from given ones.
 #include "tarnis/peak/mpfit.h"
 #include "tarnis/peak/peaksearch.h"
 
@@ -16,7 +16,7 @@ using Parameters = std::array<double, ParameterCount>;
 struct IndexSeries {
     int start;
     QList<double> const& y;
-    QList<double> const& w; // carried, not read
+    QList<double> const& w; // passed on, not used
 };
 
 struct XSeries {
@@ -48,7 +48,7 @@ int xResiduals(int n, int, double* p, double* residual, double**, void* data)
     return 0;
 }
 
-// A series longer than the fitter can count is refused as an empty one is.
+// A series that is too long for the fitter is rejected like an empty one.
 int residualCount(qsizetype n)
 {
     return n > std::numeric_limits<int>::max() ? 0 : int(n);
@@ -118,7 +118,7 @@ bool PeakSearch::fit(int first, QList<double> const& samples, QList<double> cons
     };
     if (!pass())
         return false;
-    // Settled under the data, with no background: once more, held up.
+    // Converged below the data with zero background: repeat with a lower bound on the height.
     if (!isZero(out.offset) || !(0.95 * maxY > out.N + out.offset))
         return true;
     setLower(pars[N], 0.95 * maxY);

@@ -1,4 +1,4 @@
-// The window in which a user asks for a peak search on a plot and reads its results. GUI thread only.
+// The window in which the user starts a peak search on a plot and reads the results. GUI thread only.
 #pragma once
 
 #include <tarnis/peak/peaksearch.h>
@@ -15,8 +15,8 @@ namespace Ui {
 class PeakSearchDialog;
 }
 
-/// Checks the two numbers that the user typed, emits them, and lists the peaks that its owner hands back. It searches
-/// nothing itself: the owner connects search() and answers with appendResults().
+/// Checks and emits the two numbers that the user has entered, and lists the resulting peaks. It does not search
+/// itself: the owner connects search() and calls appendResults().
 class TARNIS_EXPORT PeakSearchDialog : public QDialog {
     Q_OBJECT
 public:
@@ -24,21 +24,23 @@ public:
     explicit PeakSearchDialog(QWidget* parent);
     ~PeakSearchDialog() override;
 
-    /// Replaces the table by one row a peak: centre, height above the background, full width at half maximum.
+    /// Replaces the table by one row per peak: centre, height above the background, full width at half maximum.
     void appendResults(QList<PeakSearch::Gaussian> const& peaks);
 
 Q_SIGNALS:
-    /// A search is asked for: `threshold` in per cent, 0 to 100; `width` in samples, at least 3; `peak` always true.
+    /// The user requests a search: `threshold` in per cent, 0 to 100; `width` in samples, at least 3; `peak` always
+    /// true.
     void search(int threshold, int width, bool peak);
     /// The table's current row, which is the index of the peak, or -1.
     void selectedChange(int);
-    /// The check box by which the owner draws the fitted samples instead of the curve.
+    /// The check box was toggled: whether the owner should draw the fitted samples instead of the curve.
     void toggledDisplayPoints(bool);
 
 public Q_SLOTS:
-    /// Emits search(), or warns of the first of the two numbers that is out of range. Text that is no number is 0.
+    /// Emits search(), or shows a warning about the first of the two numbers that is out of range. Text that is not a
+    /// number counts as 0.
     void onSearch();
-    /// Emits selectedChange() with the row; the others are the signal's of QTableWidget.
+    /// Emits selectedChange() with the row; the other parameters are those of QTableWidget's signal.
     void currentCellChanged(int currentRow, int currentColumn, int previousRow, int previousColumn);
 
 protected:

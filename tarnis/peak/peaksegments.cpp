@@ -1,17 +1,18 @@
-// Runs of samples past a threshold, widened by a walk to either side.
+// Runs of samples past a threshold, extended to both sides.
 #include "tarnis/peak/peaksearch_p.h"
 
 namespace tarnis {
 
 namespace {
 
-// A walk ends at a sample that is not above zero; a NaN is one, so that walks among NaNs stay short.
+// An extension ends at a sample that is not above zero. This includes NaN, so that extensions among NaNs stay short.
 bool endsWalk(double sample)
 {
     return !(sample > 0.0);
 }
 
-// Walks downhill from the run's first sample. A walk that runs out keeps the run's start as position.
+// Extends downhill from the run's first sample. If this reaches the start of the range, the position is the start of
+// the run.
 void walkLeft(const QList<double>& y, qsizetype begin, qsizetype runStart, PeakSegment& segment)
 {
     segment.first = begin;
@@ -25,7 +26,7 @@ void walkLeft(const QList<double>& y, qsizetype begin, qsizetype runStart, PeakS
     }
 }
 
-// Walks downhill from the first sample beyond the run, which belongs to the segment whatever its value.
+// Extends downhill from the first sample after the run, which always belongs to the segment.
 qsizetype walkRight(const QList<double>& y, qsizetype runEnd, qsizetype end)
 {
     qsizetype j = runEnd + 1;
