@@ -10,25 +10,25 @@
 
 namespace tarnis::testing {
 
-std::optional<QJsonObject> referenceNumbers(const QString& relativePath)
+namespace {
+QByteArray contentsOf(const QString& relativePath)
 {
-    const auto path = sharedData(QStringLiteral("analysis/") + relativePath);
-    if (!path)
-        return std::nullopt;
-    QFile file(*path);
+    QFile file(testData(relativePath));
     if (!file.open(QIODevice::ReadOnly))
-        return std::nullopt;
-    return QJsonDocument::fromJson(file.readAll()).object();
+        qFatal("%s: %s", qPrintable(file.fileName()), qPrintable(file.errorString()));
+    return file.readAll();
+}
+} // namespace
+
+QJsonObject referenceNumbers(const QString& relativePath)
+{
+    return QJsonDocument::fromJson(contentsOf(QStringLiteral("analysis/") + relativePath)).object();
 }
 
 std::vector<double> spectrumAt(const QString& relativePath)
 {
     std::vector<double> counts;
-    const auto path = sharedData(relativePath);
-    QFile file(path.value_or(QString()));
-    if (!path || !file.open(QIODevice::ReadOnly))
-        return counts;
-    const QList<QByteArray> lines = file.readAll().split('\n');
+    const QList<QByteArray> lines = contentsOf(relativePath).split('\n');
     qsizetype line = 0;
     if (relativePath.endsWith(QStringLiteral(".spe"))) {
         while (line < lines.size() && !lines[line].startsWith("$DATA:"))

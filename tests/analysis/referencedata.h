@@ -4,15 +4,13 @@
 #include <QJsonObject>
 #include <QString>
 
-#include <optional>
 #include <vector>
 
 namespace tarnis::testing {
 
-/// A JSON file below the folder of reference numbers; nothing if the folder is absent.
-std::optional<QJsonObject> referenceNumbers(const QString& relativePath);
-/// The spectrum of a file of reference numbers: the path of an .spe file or of one with a count in each line, below the
-/// folder of shared data.
+/// A JSON file below tests/data/analysis.
+QJsonObject referenceNumbers(const QString& relativePath);
+/// The contents of an .spe file, or of one with a count in each line, below tests/data.
 std::vector<double> spectrumAt(const QString& relativePath);
 
 /// Fails the running test, naming the quantity, unless the numbers are within the tolerance. NaN equals null.

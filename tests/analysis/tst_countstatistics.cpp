@@ -29,10 +29,8 @@ private slots:
 
 void TestCountStatistics::findsTheReferenceIntervals()
 {
-    const auto file = referenceNumbers(u"synthetic/poisson-intervals.json"_s);
-    if (!file)
-        QSKIP("no ../shared/data/analysis");
-    for (const QJsonValue& row : (*file)["rows"_L1].toArray()) {
+    const QJsonObject file = referenceNumbers(u"synthetic/poisson-intervals.json"_s);
+    for (const QJsonValue& row : file["rows"_L1].toArray()) {
         const double counts = row["counts"_L1].toDouble();
         const CountInterval interval = poissonInterval(counts);
         QVERIFY(agreesRelatively(u"lower"_s, interval.lower, row["interval68"_L1][0].toDouble(), 1e-9));

@@ -27,10 +27,8 @@ private slots:
 
 void TestFigures::writesTheReference()
 {
-    const auto file = referenceNumbers(u"synthetic/rounding.json"_s);
-    if (!file)
-        QSKIP("no ../shared/data/analysis");
-    for (const QJsonValue& row : (*file)["rows"_L1].toArray()) {
+    const QJsonObject file = referenceNumbers(u"synthetic/rounding.json"_s);
+    for (const QJsonValue& row : file["rows"_L1].toArray()) {
         const double value = row["value"_L1].toDouble();
         const double uncertainty = row["uncertainty"_L1].toDouble();
         QCOMPARE(figureText(value, uncertainty), row["two_digits"_L1].toString());

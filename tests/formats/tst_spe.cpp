@@ -1,10 +1,9 @@
 // Spectra in the .spe format: written and read back, measured files, damaged ones.
 #include "datasets.h"
+#include "support/support.h"
 
 #include <tarnis/formats/formats.h>
 #include <tarnis/formats/spe.h>
-
-#include <QFile>
 
 #include <numeric>
 
@@ -108,10 +107,7 @@ private Q_SLOTS:
     void readsMeasuredSpectra()
     {
         QFETCH(QString, name);
-        const QString path = QStringLiteral(SPECTRA_FOLDER "/") + name;
-        if (!QFile::exists(path))
-            QSKIP("the measured spectra are not here");
-        const DatasetResult result = readDataset(path);
+        const DatasetResult result = readDataset(testData(QStringLiteral("spectra/") + name));
         QCOMPARE(result.error, QString());
         QTEST(result.data.columns, "channels");
         QTEST(result.data.liveTime, "liveTime");

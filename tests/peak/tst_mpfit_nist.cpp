@@ -83,14 +83,12 @@ void TestMpfitNist::reachesTheDigitsOfLmdif_data()
     QTest::addColumn<QString>("path");
     QTest::addColumn<int>("start");
     QTest::addColumn<bool>("tight");
-    const auto folder = sharedData(QStringLiteral("nist"));
-    if (!folder)
-        QSKIP("no ../shared/data/nist");
+    const QString folder = testData(QStringLiteral("nist"));
     std::printf(
         "Digits of parameters, standard deviations, residual sum. First mpfit with its own difference step, then"
         " with lmdif's, then lmdif.\n");
     for (const bool tight : { false, true }) {
-        for (const QFileInfo& file : QDir(*folder).entryInfoList({ QStringLiteral("*.dat") }, QDir::Files)) {
+        for (const QFileInfo& file : QDir(folder).entryInfoList({ QStringLiteral("*.dat") }, QDir::Files)) {
             for (int start = 0; start < 2; ++start) {
                 QTest::addRow("%s, start %d, %s tolerances", qPrintable(file.completeBaseName()), start + 1,
                     tight ? "tight" : "default")
@@ -147,10 +145,8 @@ void TestMpfitNist::needsMoreThanTheDefaultIterations_data()
 void TestMpfitNist::needsMoreThanTheDefaultIterations()
 {
     QFETCH(QString, name);
-    const auto path = sharedData(QStringLiteral("nist/") + name + QStringLiteral(".dat"));
-    if (!path)
-        QSKIP("no ../shared/data/nist");
-    const NistProblem problem = readNistProblem(*path);
+    const QString path = testData(QStringLiteral("nist/") + name + QStringLiteral(".dat"));
+    const NistProblem problem = readNistProblem(path);
     const FitReport report = runMpfit(problem.from(0), { .maxiter = 0 });
     QCOMPARE(report.status, 5);
     QVERIFY(reached(report, problem).parameters < 4.0);

@@ -116,10 +116,7 @@ void TestPeakSearchSpectra::findsTheStrongLines()
     QFETCH(int, lines);
     QFETCH(bool, abscissae);
     QFETCH(double, tolerance);
-    const auto path = sharedData(file);
-    if (!path)
-        QSKIP("no ../shared/data/spectra");
-    const QList<double> y = readSpectrum(*path, binning);
+    const QList<double> y = readSpectrum(testData(file), binning);
     QList<double> x(y.size());
     std::iota(x.begin(), x.end(), 0.0);
     const QList<PeakSearch::Gaussian> peaks = abscissae ? PeakSearch(x, y, threshold, 3, true).exec()

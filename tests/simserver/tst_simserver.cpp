@@ -375,13 +375,11 @@ void TestSimServer::sameSeedGivesTheSameHistograms()
 
 void TestSimServer::spectrumIsServedAndSampled()
 {
-    const std::optional<QString> path = tarnis::testing::sharedData("spectra/hpge-pottery.spe");
-    if (!path)
-        QSKIP("the folder of measured data is absent");
-    Program program({ "--spectrum", *path, "--start", "--rate", "100000", "--maxevents", "20000" });
+    const QString path = tarnis::testing::testData("spectra/hpge-pottery.spe");
+    Program program({ "--spectrum", path, "--start", "--rate", "100000", "--maxevents", "20000" });
     Wire wire(program.port());
     waitForState(wire, "STOPPED");
-    const std::vector<double> measured = simserver::readSpectrum(*path).spectrum.counts;
+    const std::vector<double> measured = simserver::readSpectrum(path).spectrum.counts;
     QCOMPARE(wire.askBinary("hist1d spectrum 0 0").values(), measured);
     const std::vector<double> live = wire.askBinary("hist1d sampled").values();
     QCOMPARE(std::accumulate(live.begin(), live.end(), 0.0), 20000.0);

@@ -129,10 +129,7 @@ void TestSimSpectrum::measuredSpectraAreRead()
 {
     QFETCH(QString, name);
     QFETCH(int, channels);
-    const std::optional<QString> path = tarnis::testing::sharedData(name);
-    if (!path)
-        QSKIP("the folder of measured data is absent");
-    const SpectrumResult result = readSpectrum(*path);
+    const SpectrumResult result = readSpectrum(tarnis::testing::testData(name));
     QCOMPARE(result.error, QString());
     const std::vector<double>& counts = result.spectrum.counts;
     QCOMPARE(counts.size(), static_cast<std::size_t>(channels));

@@ -4,11 +4,11 @@
 
 namespace tarnis::testing {
 
-std::optional<QString> sharedData(const QString& relativePath)
+QString testData(const QString& relativePath)
 {
-    const QString path = QStringLiteral(TARNIS_SHARED_DATA "/") + relativePath;
+    const QString path = QStringLiteral(TARNIS_TEST_DATA "/") + relativePath;
     if (!QFileInfo::exists(path))
-        return std::nullopt;
+        qFatal("%s is missing", qPrintable(path));
     return path;
 }
 

@@ -1,15 +1,14 @@
-// What every test may need: where the measured data lies, a seeded generator, a scratch folder.
+// What every test may need: the stored data and a seeded generator of random cases.
 #pragma once
 
 #include <QString>
 
-#include <optional>
 #include <random>
 
 namespace tarnis::testing {
 
-/// Path of a file of the shared data folder, or nothing where the folder is absent: the test then skips.
-std::optional<QString> sharedData(const QString& relativePath);
+/// The path of a file or folder in tests/data. The program ends with a message if it is missing.
+QString testData(const QString& relativePath);
 
 /// A generator of random cases. The seed is fixed, or taken from TARNIS_TEST_SEED to try others; it is printed on
 /// failure by whoever uses it.
