@@ -1,4 +1,4 @@
-// The range of an axis: a pair of numbers that plots, mappings and tools share.
+// The range of an axis, as used by plots, mappings and tools.
 #pragma once
 
 namespace tarnis {

@@ -89,7 +89,7 @@ QPixmap ColorBarWidget::getPixmap()
     QPixmap pixmap = tarnis::windowPixmap(*this, size());
     QPainter painter;
     if (pixmap.isNull() || !painter.begin(&pixmap))
-        return pixmap; // a bar without size, or one beyond the memory
+        return pixmap; // a bar without size, or too large for the memory
     initPainter(&painter);
     tarnis::useWidgetCoordinates(painter, pixmap, size());
     paint(painter, nullptr);
@@ -113,7 +113,7 @@ void ColorBarWidget::paint(QPainter& painter, QRect* rect)
 
     QRect bar;
     bar.setCoords(frame.left(), frame.top() + charSize.height(), frame.left() + 12, frame.bottom() - charSize.height());
-    // Over the whole frame, from the top of the painter: the ends of the bar lie a little inside of the scale.
+    // Spans the complete frame, so the ends of the bar are slightly inside of the gradient.
     QLinearGradient gradient(0, frame.height(), 0, 0);
     for (qsizetype i = 0; i < m_positions.size(); ++i)
         gradient.setColorAt(m_positions.at(i), m_colors.at(i));
@@ -182,7 +182,7 @@ void ColorBarWidget::openEditor(bool onMax)
     m_editLine = new tarnis::LabelEditor(QString::number(onMax ? m_max : m_min, 'g', 6), this);
     Q_EMIT beginEditingText();
     if (m_editLine == nullptr)
-        return; // a receiver has dropped it again
+        return; // a receiver has deleted the editor
     connect(m_editLine, &QLineEdit::returnPressed, this,
         onMax ? &ColorBarWidget::onMaxEntered : &ColorBarWidget::onMinEntered);
     stretchRect(geometry, 1.5, 1.0);

@@ -1,5 +1,5 @@
 // The vertical scale beside a 2D plot: a gradient with ticks and labels. While its range is not automatic, a click on
-// an end label opens an editor over it. It knows nothing of the data: its owner feeds it. GUI thread only.
+// an end label opens an editor over it. Its owner sets all values. GUI thread only.
 #pragma once
 
 #include <tarnis/plots/doublebufferedwidget.h>
@@ -27,42 +27,42 @@ public:
     explicit ColorBarWidget(QWidget* parent = nullptr);
     ~ColorBarWidget() override;
 
-    /// Wanted number of intervals; fewer are drawn where the text does not fit. Less than 1 is ignored. No repaint.
+    /// Requested number of intervals; fewer are drawn if the text does not fit. Less than 1 is ignored. No repaint.
     void setTicks(int ticks);
-    /// Labels at equal distances of the logarithm. No repaint.
+    /// Places labels at equal distances of the logarithm. No repaint.
     void setLogScale(bool on);
     /// Value at the bottom or at the top. Refreshes on a change; emits nothing. The minimum may be above the maximum.
     /// @{
     void setMin(double min);
     void setMax(double max);
     /// @}
-    /// While the range is automatic, the labels cannot be edited. An open editor stays open. @{
+    /// While the range is automatic, the labels cannot be edited. An open editor remains open. @{
     bool isAutoScale() const;
     void setAutoScale(bool on);
     /// @}
     /// True if an editor is open and has the keyboard focus.
     bool isEditing();
-    /// Drops an open editor without its value.
+    /// Closes an open editor without using its value.
     void deleteEditLine();
     /// Sets the colour of the gradient at `position`, from 0.0 at the bottom to 1.0 at the top. No repaint.
     void updatePos(double position, QColor color);
-    /// A fresh picture of the bar, whether it is double-buffered or not. Can emit sizeChanging().
+    /// A new picture of the bar, also if it is not double-buffered. Can emit sizeChanging().
     QPixmap getPixmap();
 
-    /// Draws the bar and sets the click areas. Emits sizeChanging() if a label is wider than the room for it.
+    /// Draws the bar and sets the click areas. Emits sizeChanging() if a label is wider than the available space.
     void paint(QPainter& painter, QRect* rect) override;
 
 Q_SIGNALS:
-    /// After Return in the editor, on an unchanged value too. @{
+    /// Emitted after Return in the editor, even if the value is unchanged. @{
     void onMinChanged(double min);
     void onMaxChanged(double max);
     /// @}
-    void sizeChanging(int width); ///< the width that the labels need; comes from within paint()
+    void sizeChanging(int width); ///< the width that the labels need; emitted from paint()
     void beginEditingText(); ///< an editor is about to open
-    void EditLineDeleted(); ///< an editor was dropped without a value
+    void EditLineDeleted(); ///< an editor was closed without a value
 
 public Q_SLOTS:
-    /// Return in the editor; a text that is no number counts as 0. Without an editor nothing happens. @{
+    /// Return in the editor; a text that is not a number counts as 0. Does nothing without an editor. @{
     void onMaxEntered();
     void onMinEntered();
     /// @}
@@ -71,20 +71,19 @@ protected:
     void mousePressEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
 
-    /// The gradient: parallel lists in the order of insertion. @{
+    /// The gradient points: parallel lists in the order of insertion. @{
     QList<double> m_positions;
     QList<QColor> m_colors;
     /// @}
 
     // Scale
-    int m_ticks = 10; ///< intervals wanted, at least 1
-    bool m_logScale = false; ///< of the labels
+    int m_ticks = 10; ///< requested number of intervals, at least 1
+    bool m_logScale = false; ///< logarithmic labels
     bool m_autoScale = true; ///< the labels cannot be edited
     double m_min = 0.0; ///< at the bottom
     double m_max = 100.0; ///< at the top
 
-    // Editing
-    /// Click areas of the end labels, as of the latest paint. @{
+    // Editing Click areas of the end labels in the last paint. @{
     QRect m_minRect;
     QRect m_maxRect;
     /// @}
@@ -94,12 +93,12 @@ protected:
 
     /// Draws marks and labels; returns the width of the widest label.
     int paintTicks(QPainter& painter, const QRect& rect, const QRect& bar, QSize charSize) const;
-    void openEditorAt(const QPoint& point); ///< on an end label; elsewhere it does nothing
-    TARNIS_NO_EXPORT void openEditor(bool onMax); ///< of the upper or the lower end
-    /// Text of the open editor as a number, 0 for what is none. The editor goes.
+    void openEditorAt(const QPoint& point); ///< opens the editor if the point is on an end label
+    TARNIS_NO_EXPORT void openEditor(bool onMax); ///< for the upper or the lower end
+    /// Closes the open editor and returns its text as a number, 0 if it is not a number.
     double takeNumber();
 
 private:
     friend class tarnis::PlotAccess;
-    bool m_squareRoot = false; // labels at equal distances of the square root, while the scale is not logarithmic
+    bool m_squareRoot = false; // labels at equal distances of the square root, unless the scale is logarithmic
 };

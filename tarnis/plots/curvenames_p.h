@@ -1,11 +1,11 @@
-// The words of a plot for its series.
+// The terms that a plot uses for its series.
 #pragma once
 
 #include "tarnis/plots/math/seriesnames_p.h"
 
 namespace tarnis {
 
-/// Words, numbers and given names of a plot.
+/// Terms, numbers and set names of a plot.
 SeriesWords seriesWordsOf(const MultiVectorGraphWidget& plot);
 
 } // namespace tarnis

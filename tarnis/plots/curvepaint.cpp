@@ -18,7 +18,7 @@ namespace {
 /// In units of the painter; more than the half width of a line that is one unit wide.
 constexpr int awayFromEdge = 3;
 
-/// Not worth a look at what the painter lets be drawn together.
+/// With fewer samples, merging them is not worth the check.
 constexpr int fewSamples = 32;
 
 bool isQuarterTurn(const QTransform& transform)
@@ -49,8 +49,8 @@ void paintOn(
 {
     Merging merging = range.end - range.begin > fewSamples ? mergingOn(painter) : Merging();
     if (drawing.columnChart) {
-        // A rectangle that begins left of the device lacks its last corner. On a turned picture that side is the top of
-        // a column: one that reaches beyond does not hide those that stay inside.
+        // The engine omits the last corner of a rectangle that begins left of the device. On a rotated picture that
+        // side is the top of a column, so a column that extends beyond it does not hide those inside.
         if (merging.columns && isQuarterTurn(painter.deviceTransform()))
             merging.area &= deviceInPaintersUnits(painter).toAlignedRect();
         painter.setBrush(QBrush(painter.pen().color()));
@@ -62,7 +62,7 @@ void paintOn(
     }
 }
 
-/// Where lines of the painter's pen may be written: one that is a colour of 8 bits a channel.
+/// The target for lines of the painter's pen, which must have a colour of 8 bits per channel.
 std::optional<PixelTarget> lineTargetOf(const QPainter& painter)
 {
     const QColor color = painter.pen().color();
@@ -78,7 +78,7 @@ bool isWithin(const QRect& rect, QPoint point)
         && point.y() <= rect.bottom();
 }
 
-/// Whether the lines cost the engine more time than so many pixels. A line takes it as long as 25 of its pixels.
+/// Whether the engine needs more time for the lines than for `enough` pixels. A line costs as much as 25 of its pixels.
 bool costMoreThan(qint64 enough, const QList<QLine>& lines)
 {
     qint64 pixels = 25 * lines.size();
@@ -87,7 +87,7 @@ bool costMoreThan(qint64 enough, const QList<QLine>& lines)
     return pixels > enough;
 }
 
-/// What a mask takes to set up, with a good margin.
+/// The cost of setting up a mask, in pixels, with a safe margin.
 qint64 costOfAMask(const QRect& clip)
 {
     return qint64(clip.width()) * clip.height() / 64;
@@ -97,7 +97,7 @@ qint64 costOfAMask(const QRect& clip)
 
 void paintLines(QPainter& painter, const QList<QLine>& lines)
 {
-    constexpr qint64 atTheLeast = 2000; // looking for the target costs too
+    constexpr qint64 atTheLeast = 2000; // the search for the target has a cost too
     const std::optional<PixelTarget> target = costMoreThan(atTheLeast, lines) ? lineTargetOf(painter) : std::nullopt;
     if (!target || target->clip.isEmpty() || !costMoreThan(costOfAMask(target->clip), lines)) {
         painter.drawLines(lines);
@@ -126,8 +126,8 @@ Merging mergingOn(const QPainter& painter)
         return { true, true };
     if (transform.type() != QTransform::TxScale)
         return {};
-    // Lines are as wide as the scale here: their ends stick out of the columns, and those that the edge of the device
-    // cuts end on either side of a half pixel.
+    // Lines are as wide as the scale here: their ends extend beyond the columns, and those clipped by the edge of the
+    // device end on either side of a half pixel.
     const QRect device = deviceInPaintersUnits(painter).toAlignedRect();
     return { true, false, device.adjusted(awayFromEdge, awayFromEdge, -awayFromEdge, -awayFromEdge) };
 }

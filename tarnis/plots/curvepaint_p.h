@@ -11,8 +11,8 @@ QT_END_NAMESPACE
 
 namespace tarnis {
 
-/// What a painter lets be drawn together with its pen: nothing unless it covers whole pixels with an opaque colour on a
-/// raster device.
+/// What may be merged when drawing with the painter's pen: nothing unless the pen covers whole pixels with an opaque
+/// colour on a raster device.
 Merging mergingOn(const QPainter& painter);
 
 /// Draws the lines with the painter's pen, each as QPainter::drawLine() does.
@@ -20,20 +20,20 @@ void paintLines(QPainter& painter, const QList<QLine>& lines);
 
 /// How and where a curve is drawn.
 struct CurveDrawing {
-    bool columnChart = false; ///< wins over joined
+    bool columnChart = false; ///< overrides joined
     bool joined = true; ///< else crosses
-    double first = 0.0; ///< fractional indices in view
+    double first = 0.0; ///< visible range as fractional indices
     double last = 0.0;
     SampleScale x;
-    std::optional<FunctionScale> plotX; ///< takes the place of x, and of first and last
+    std::optional<FunctionScale> plotX; ///< replaces x, and first and last
     ValueScale y;
     ColumnShape shape;
 
-    /// The samples that are visited, of `count`.
+    /// The samples to draw, of `count`.
     SampleRange visited(qsizetype count) const;
 };
 
-/// Draws the samples of `range`, which `samples` holds. A column chart sets the brush to the pen's colour.
+/// Draws the samples of `range`, which `samples` must contain. A column chart sets the brush to the pen's colour.
 void paintCurve(QPainter& painter, const SampleRun& samples, SampleRange range, const CurveDrawing& drawing);
 
 } // namespace tarnis

@@ -10,8 +10,8 @@
 
 namespace {
 
-/// Turns the painter of a picture of `size`. Returns the rectangle of the picture as the painter then sees it; none for
-/// an upright one.
+/// Rotates the painter of a picture of `size`. Returns the rectangle of the picture in the rotated coordinates; empty
+/// without a rotation.
 std::optional<QRect> turn(QPainter& painter, double rotation, const QSize& size)
 {
     if (!tarnis::isTurned(rotation))
@@ -41,7 +41,7 @@ void DoubleBufferedWidget::refreshPixmap()
 
 void DoubleBufferedWidget::refreshPixmapIfRequired()
 {
-    // A window that has moved to a screen of another pixel ratio wants a picture of that resolution.
+    // A window that has moved to a screen with another pixel ratio needs a picture of that resolution.
     const bool otherScreen = !m_pixmap.isNull() && m_pixmap.devicePixelRatio() != devicePixelRatio();
     if (!m_doubleBuffered || (!m_refreshRequired && !otherScreen))
         return;
@@ -51,11 +51,11 @@ void DoubleBufferedWidget::refreshPixmapIfRequired()
     bool filled = false;
     do {
         filled = !std::exchange(m_coversPicture, false) || isFillSeen;
-        m_pixmap = QPixmap(); // first, so that the new one can take its place in memory
+        m_pixmap = QPixmap(); // freed first, so that the new one can reuse its memory
         m_pixmap = filled ? tarnis::windowPixmap(*this, size()) : QPixmap(size());
         QPainter painter;
         if (m_pixmap.isNull() || !painter.begin(&m_pixmap))
-            return; // an empty widget, or one beyond the memory: there is nothing to paint on
+            return; // an empty widget, or one too large for the memory
         initPainter(&painter);
         tarnis::useWidgetCoordinates(painter, m_pixmap, size());
         std::optional<QRect> turned = turn(painter, m_rotation, size());

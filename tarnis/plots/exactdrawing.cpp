@@ -15,7 +15,7 @@ namespace tarnis {
 
 namespace {
 
-/// File formats and viewers calculate in single precision: a sample far outside of the clip keeps its side only.
+/// File formats and viewers calculate in single precision: samples far outside of the clip are clamped to this.
 constexpr double farOutside = 1e5;
 
 constexpr int largestFactor = 16;
@@ -31,7 +31,7 @@ bool countsAsZero(double value)
     return plotEqual(value, 0.0);
 }
 
-/// Draws lines through points, with a gap between two zeros and at what is not a number.
+/// Draws lines through points, with a gap between two zeros and at NaN.
 class JoinedLine {
 public:
     explicit JoinedLine(QPainter& painter)
@@ -66,7 +66,8 @@ private:
     bool m_zero = false;
 };
 
-/// The samples of [begin, end) that are drawn where they cannot be told apart: first, least, largest, last.
+/// Appends the samples of [begin, end) that are drawn when they cannot be distinguished: first, smallest, largest,
+/// last.
 template <typename Append> void appendExtremes(const SampleRun& samples, int begin, int end, const Append& append)
 {
     int least = begin;
@@ -194,7 +195,7 @@ void paintMapExactly(QPainter& painter, const BinView& view, const BinRows& rows
     const QRectF target(view.rect.left() + (view.x.first - view.x.low) * view.x.pixels,
         view.rect.bottom() - (view.y.end - view.y.low) * view.y.pixels, image.width() * view.x.pixels,
         image.height() * view.y.pixels);
-    // Viewers smooth small images when they enlarge them. Pixels need no such help.
+    // Viewers smooth small images when they enlarge them, so the image is enlarged here.
     const qsizetype larger = std::max(image.width(), image.height());
     const int factor =
         static_cast<int>(std::clamp<qsizetype>(enlargedPixels / std::max<qsizetype>(larger, 1), 1, largestFactor));

@@ -1,4 +1,4 @@
-// Plots on paper and in vector files: their data in floating point instead of whole pixels, maps as one image.
+// Draws plots on paper and in vector files: data in floating point instead of whole pixels, maps as one image.
 #pragma once
 
 #include "tarnis/plots/curvepaint_p.h"
@@ -8,11 +8,11 @@
 
 namespace tarnis {
 
-/// The base of paint devices on which plots draw their data exactly. On all others the picture is that of the screen.
+/// Base class of paint devices on which plots draw their data exactly. On all others they draw as on the screen.
 class ExactDevice {
 public:
-    /// `finest` is the smallest distance that can be told apart on the device, in units of the painter. Of samples that
-    /// lie closer the first, the last and both extremes are drawn.
+    /// `finest` is the smallest visible distance on the device, in units of the painter. Of samples that are closer
+    /// together, the first, the last and both extremes are drawn.
     explicit ExactDevice(double finest)
         : m_finest(finest)
     {
@@ -27,15 +27,15 @@ private:
     double m_finest;
 };
 
-/// The device that the painter was opened on, if it is one of these; else null.
+/// The device of the painter if it is an ExactDevice, else null.
 const ExactDevice* exactDeviceBehind(const QPainter& painter);
 
-/// What paintCurve() draws, with every sample as a vertex. Two zeros are not joined, as on the screen.
+/// Draws the same as paintCurve(), with every sample as a vertex. Two zeros are not joined, as on the screen.
 void paintCurveExactly(QPainter& painter, const SampleRun& samples, SampleRange range, const CurveDrawing& drawing,
     const ExactDevice& device);
 
-/// The visible bins as an image of one pixel each, enlarged by a whole factor where a viewer might smooth a small one.
-/// Empty bins are transparent.
+/// Draws the visible bins as an image of one pixel each. A small image, which viewers might smooth, is enlarged by an
+/// integer factor. Empty bins are transparent.
 void paintMapExactly(QPainter& painter, const BinView& view, const BinRows& rows, const ColorScale& scale);
 
 } // namespace tarnis

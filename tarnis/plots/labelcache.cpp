@@ -10,9 +10,9 @@ namespace tarnis {
 namespace {
 
 constexpr qsizetype maxLabels = 256;
-constexpr qreal endlessLine = 0x01000000; // what QPainter::drawText() gives to lines that do not wrap
+constexpr qreal endlessLine = 0x01000000; // width that QPainter::drawText() uses for lines that do not wrap
 
-/// No spaces, control characters or letters that a layout would turn around, break or combine.
+/// True for text without spaces, control characters, and letters that a layout would reorder, break or combine.
 bool isPlain(const QString& text)
 {
     return !text.isEmpty()
@@ -30,7 +30,7 @@ void LabelCache::draw(QPainter& painter, const QRectF& rect, int flags, const QS
         painter.drawText(rect, flags, text);
         return;
     }
-    // From here on as qt_format_text() goes.
+    // The following steps are those of qt_format_text().
     const Label& label = labelOf(text, painter.font());
     qreal up = 0.0;
     if ((flags & Qt::AlignBottom) != 0)

@@ -1,4 +1,5 @@
-// Short texts that are drawn again and again: laid out once for each font, drawn as QPainter::drawText() draws them.
+// Caches the layouts of short texts that are drawn repeatedly. They are laid out once for each font, and drawn as by
+// QPainter::drawText().
 #pragma once
 
 #include <QFont>
@@ -16,7 +17,8 @@ QT_END_NAMESPACE
 
 namespace tarnis {
 
-/// Keeps the layout of labels. Numbers and other plain words of one line are kept; any other text goes to the painter.
+/// Caches the layouts of labels. Numbers and other simple single-line texts are cached; other texts are drawn by the
+/// painter.
 class LabelCache {
 public:
     LabelCache();
@@ -24,7 +26,7 @@ public:
     LabelCache(const LabelCache&) = delete;
     LabelCache& operator=(const LabelCache&) = delete;
 
-    /// Exactly the pixels of painter.drawText(rect, flags, text). Flags of alignment only.
+    /// Draws exactly the pixels of painter.drawText(rect, flags, text). Only alignment flags are supported.
     void draw(QPainter& painter, const QRectF& rect, int flags, const QString& text);
 
     /// metrics.horizontalAdvance(text)
@@ -32,16 +34,16 @@ public:
 
 private:
     struct Label {
-        std::unique_ptr<QTextLayout> layout; ///< of one line
-        qreal width = 0.0; ///< of the ink and its bearings
+        std::unique_ptr<QTextLayout> layout; ///< layout of one line
+        qreal width = 0.0; ///< width of the glyphs including bearings
         qreal height = 0.0;
         qreal advance = 0.0;
     };
     const Label& labelOf(const QString& text, const QFont& font);
 
-    QFont m_font; ///< of all labels that are kept
+    QFont m_font; ///< font of all cached labels
     QHash<QString, std::shared_ptr<Label>> m_labels;
-    QFontMetrics m_metrics { m_font }; ///< of all advances that are kept
+    QFontMetrics m_metrics { m_font }; ///< metrics of all cached advances
     QHash<QString, int> m_advances;
 };
 

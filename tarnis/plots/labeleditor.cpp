@@ -22,7 +22,7 @@ void LabelEditor::keyPressEvent(QKeyEvent* event)
 
 QRect editorRect(QRect label, bool upright, const QRect& bounds)
 {
-    const QPoint middle = center(label); // before the label is laid down, so that the editor covers it
+    const QPoint middle = center(label); // before the label is rotated, so that the editor covers it
     if (upright)
         label.setSize(label.size().transposed());
     label.setWidth(qMax(static_cast<int>(label.width() * 1.5), 50));

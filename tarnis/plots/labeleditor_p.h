@@ -1,4 +1,4 @@
-// The in-place editor of a number in a plot, and where it stands.
+// The in-place editor of a number in a plot, and its position.
 #pragma once
 
 #include <QLineEdit>
@@ -6,7 +6,8 @@
 
 namespace tarnis {
 
-/// Black on white in any theme. Keeps Return to itself: a dialog around the plot would press its default button.
+/// Black on white in any theme. Does not propagate Return, which would press the default button of a dialog around the
+/// plot.
 class LabelEditor : public QLineEdit {
 public:
     LabelEditor(const QString& text, QWidget* plot);
@@ -15,8 +16,8 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
 };
 
-/// Geometry of the editor over a label: half as wide again and at least 50 pixels, centred on the label and moved into
-/// `bounds`. The label of an upright plot stands on its side; its editor lies.
+/// Geometry of the editor over a label: 1.5 times as wide and at least 50 pixels, centred on the label and moved into
+/// `bounds`. The label of an `upright` plot is vertical; its editor is horizontal.
 QRect editorRect(QRect label, bool upright, const QRect& bounds);
 
 } // namespace tarnis

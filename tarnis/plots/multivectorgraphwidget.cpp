@@ -24,7 +24,7 @@ MultiVectorGraphWidget::MultiVectorGraphWidget(QWidget* parent)
 {
     for (int i = 0; i < initialSeries; ++i)
         m_data[i].color = tarnis::rotationColor(i);
-    // The range must be there before the frame lays out its ticks.
+    // The range must be set before the frame lays out its ticks.
     connect(this, &DoubleBufferedWidget::painting, this, &MultiVectorGraphWidget::onPainting, Qt::DirectConnection);
 
     const auto add = [this](const char* text) {
@@ -54,10 +54,10 @@ MultiVectorGraphWidget::MultiVectorGraphWidget(QWidget* parent)
     setMouseTracking(true);
 }
 
-// The peak search dialog tells of its end, which this object must hear while it is whole.
+// The peak search dialog signals its destruction, which must happen before this object is destroyed.
 MultiVectorGraphWidget::~MultiVectorGraphWidget()
 {
-    for (const auto& open : { m_visibleDialogs.map, m_peakDialogs.map }) // copies: each dialog takes itself out
+    for (const auto& open : { m_visibleDialogs.map, m_peakDialogs.map }) // copies, because each dialog removes itself
         qDeleteAll(open);
 }
 

@@ -1,4 +1,4 @@
-// The tools of the menu: CSV files, choice of the visible series, peak search.
+// The tools of the menu: CSV files, selection of the visible series, peak search.
 #include "tarnis/plots/multivectorgraphwidget.h"
 
 #include "tarnis/dialogs/selectcheckeddialog.h"

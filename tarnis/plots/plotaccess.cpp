@@ -25,7 +25,7 @@ bool PlotAccess::isCutOn(const XY2DGraphWidget& map)
 
 PlotAccess::MapAxis PlotAccess::mapAxisX(const XY2DGraphWidget& map)
 {
-    // The step's getter only reads, but is declared otherwise.
+    // The step's getter does not modify the map, but is not declared const.
     return { const_cast<XY2DGraphWidget&>(map).getStepX(), map.m_resolutionX };
 }
 
@@ -43,7 +43,7 @@ MapColoring& PlotAccess::coloring(XY2DGraphWidget& map)
 
 bool PlotAccess::feedChosenColors(XY2DGraphWidget& map)
 {
-    constexpr int tableSteps = 32; // of the gradient in the bar
+    constexpr int tableSteps = 32; // steps of the gradient in the bar
     ColorBarWidget& bar = *map.m_colorBar;
     const MapColoring* const chosen = map.m_coloring.get();
     bar.m_squareRoot = chosen != nullptr && chosen->squareRoot;

@@ -1,5 +1,5 @@
-// What the library's own observers and tools see of a plot's protected state. Plain reads, and the few writes that have
-// no public function.
+// Access of the library's observers and tools to a plot's protected state: plain reads, and the few writes that have no
+// public function.
 #pragma once
 
 #include "tarnis/plots/axisrange.h"
@@ -60,7 +60,7 @@ public:
     static QRect maxYLabel(const XYGraphWidget& plot) { return plot.m_labelRectMaxY; }
     /// @}
 
-    // What a style sets in place of the plot's own drawing
+    // What a style sets instead of the plot's own drawing
     struct Layout {
         QRect graph;
         QRect minX, maxX, minY, maxY;
@@ -68,7 +68,7 @@ public:
     };
     static void setLayout(XYGraphWidget& plot, const Layout& layout);
     static void viewTouched(XYGraphWidget& plot) { plot.viewTouched(); }
-    /// Sets a range without a word; of an axis that scales automatically. @{
+    /// Sets the range of an automatic axis without notification. @{
     static void fitX(XYGraphWidget& plot, AxisRange range);
     static void fitY(XYGraphWidget& plot, AxisRange range);
     /// @}
@@ -114,24 +114,24 @@ public:
     {
         map.openColorBarMenu(globalPosition);
     }
-    /// Widens the room below the plot; the plot is not repainted.
+    /// Increases the space below the plot; the plot is not repainted.
     static void addBottomMargin(XYGraphWidget& plot, int pixels)
     {
         plot.m_margin.setBottom(plot.m_margin.bottom() + pixels);
     }
-    /// The choices of tools for a map's colours, made if they are missing. The map is not repainted.
+    /// The tools' settings for a map's colours, created if missing. The map is not repainted.
     static MapColoring& coloring(XY2DGraphWidget& map);
     /// Null if there are none.
     static const MapColoring* coloring(const XY2DGraphWidget& map) { return map.m_coloring.get(); }
-    /// Shows the chosen colours in the bar; false, and as without tools, if there are none.
+    /// Shows the tools' colours in the bar. If there are none, returns false, and the bar is as without tools.
     static bool feedChosenColors(XY2DGraphWidget& map);
     /// Shows the colours in use in the bar and repaints it.
     static void showColors(XY2DGraphWidget& map);
     /// The scale that the map is painted with.
     static ColorScale colorScale(const XY2DGraphWidget& map) { return map.colorScale(); }
-    /// Back to the five points, for this map and for all maps without a choice of their own.
+    /// Restores the five points, for this map and for all maps without their own settings.
     static void dropColors(XY2DGraphWidget& map);
-    /// Keeps room for a tool between plot rectangle and colour bar.
+    /// Reserves space for a tool between plot rectangle and colour bar.
     static void setBesideBar(XY2DGraphWidget& map, int width);
     static void setReduction(XY2DGraphWidget& map, BinReduction reduction);
     static void setSquareRoot(XY2DGraphWidget& map, bool on);

@@ -44,7 +44,7 @@ PlotHooks* PlotHooks::existing(const XYGraphWidget& plot)
 void PlotHooks::add(PlotObserver& observer)
 {
     if (m_observers.isEmpty()) {
-        m_reported = state(); // what happened while there was no listener is not reported
+        m_reported = state(); // changes while there was no observer are not reported
         m_dataChanged = false;
     }
     m_observers.append(&observer);
@@ -106,7 +106,7 @@ void PlotHooks::deliver()
 {
     m_isPosted = false;
     if (PlotStyling* const style = styling())
-        style->fitAxes(); // what observers see is what will be painted
+        style->fitAxes(); // observers must see the ranges that will be painted
     const State now = state();
     PlotObserver::Changes changes;
     changes.setFlag(PlotObserver::RangeX, now.x != m_reported.x);
@@ -121,10 +121,10 @@ void PlotHooks::deliver()
     if (!changes)
         return;
     const QPointer<PlotHooks> guard(this);
-    const QList<PlotObserver*> receivers = m_observers; // one of them may add or end others
+    const QList<PlotObserver*> receivers = m_observers; // an observer may add or remove others
     for (PlotObserver* const observer : receivers) {
         if (guard.isNull())
-            return; // one of them has ended the plot
+            return; // an observer has deleted the plot
         if (m_observers.contains(observer))
             observer->plotChanged(changes);
     }
@@ -214,7 +214,7 @@ void PlotHooks::showCursor(const void* owner, const QCursor& cursor)
         m_hadOwnCursor = m_plot.testAttribute(Qt::WA_SetCursor);
         m_hadCursor = m_plot.cursor();
     } else if (m_cursorOwner != owner) {
-        return; // the first keeps it until it lets go
+        return; // owned by the first one until it releases it
     }
     m_cursorOwner = owner;
     m_plot.setCursor(cursor);

@@ -1,4 +1,4 @@
-// What a plot keeps for its observers and overlays. A plot without any has none.
+// The data of a plot for its observers and overlays. Not allocated for a plot without any.
 #pragma once
 
 #include "tarnis/plots/axisrange.h"
@@ -19,14 +19,14 @@ namespace tarnis {
 class PlotOverlay;
 class PlotStyling;
 
-/// Owned by the plot. It compares the plot's state with the one last reported and calls the observers from the event
-/// loop. It also keeps what tools changed in the widget's input, and restores it with the last tool.
+/// Owned by the plot. Compares the plot's state with the last reported one and calls the observers from the event loop.
+/// Also stores the input settings of the widget that tools have changed, and restores them with the last tool.
 class PlotHooks : public QObject {
 public:
     explicit PlotHooks(XYGraphWidget& plot);
     ~PlotHooks() override;
 
-    /// Those of the plot, made if they are missing.
+    /// The hooks of the plot, created if missing.
     static PlotHooks& of(XYGraphWidget& plot);
     static PlotHooks* existing(const XYGraphWidget& plot);
 
@@ -35,11 +35,11 @@ public:
     void add(PlotOverlay& overlay);
     void remove(PlotOverlay& overlay);
 
-    /// The state may have changed: compared later, from the event loop.
+    /// Call it when the state may have changed; it is compared later, from the event loop.
     void touch();
     void touchData();
     void initialized(Qt::Orientation axis, AxisRange previous);
-    /// Compares, and calls the observers, now.
+    /// Compares and calls the observers now.
     void deliver();
 
     /// Names of a plot of many series, by index. @{
@@ -47,19 +47,19 @@ public:
     void setSeriesNames(const QStringList& names);
     /// @}
 
-    /// The style that was attached last; null for the classic drawing. @{
+    /// The style attached last; null for the classic drawing. @{
     PlotStyling* styling() const { return m_stylings.isEmpty() ? nullptr : m_stylings.constLast(); }
     void add(PlotStyling& styling) { m_stylings.append(&styling); }
     void remove(PlotStyling& styling) { m_stylings.removeOne(&styling); }
     /// @}
 
     bool hasOverlays() const { return !m_overlays.isEmpty(); }
-    /// `saved` leaves out the drawings that do not belong into files. The painter's coordinates are the frame's.
+    /// `saved` excludes overlays that are not saved. The painter uses frame coordinates.
     void paintOverlays(QPainter& painter, bool saved) const;
-    /// On the widget or on a copy of its cached picture, where a turned plot turns its overlays.
+    /// As above, on the widget or on a copy of its cached picture, with the rotation of the plot.
     void paintOverlaysTurned(QPainter& painter, bool saved) const;
 
-    // Input that tools change; each call of acquire needs one of release.
+    // Input settings that tools change; each acquire call needs one release call.
     void acquireTracking();
     void releaseTracking();
     void acquireFocus();
@@ -67,7 +67,7 @@ public:
     void showCursor(const void* owner, const QCursor& cursor);
     void restoreCursor(const void* owner);
 
-    /// A tool shows what is under the pointer: the plot's own tool tips stay away. @{
+    /// A tool shows a read-out at the pointer; the plot's own tool tips are disabled. @{
     void acquireReadOut() { ++m_readOuts; }
     void releaseReadOut() { --m_readOuts; }
     bool hasReadOut() const { return m_readOuts > 0; }
@@ -77,7 +77,7 @@ private:
     struct State {
         AxisRange x;
         AxisRange y;
-        AxisRange levels; // of a map's colours
+        AxisRange levels; // limits of a map's colours
         bool autoX = false;
         bool autoY = false;
         bool autoLevels = true;

@@ -1,5 +1,5 @@
 /// @file
-/// The place of a plot in a layout.
+/// A layout item for plots.
 #pragma once
 
 #include <tarnis/tarnis_export.h>
@@ -11,8 +11,8 @@ class XYGraphWidget;
 
 namespace tarnis {
 
-/// Gives a plot a usual and a least size in a layout, and the room that is left over. Plots have no size hints of their
-/// own: without this, a layout may shrink them to nothing. The plot's own minimum and maximum sizes go first.
+/// Gives a plot a preferred and a minimum size in a layout, and lets it expand. Plots have no size hints: without this
+/// item, a layout may shrink them to nothing. The plot's own minimum and maximum sizes have priority.
 ///
 ///     layout->addItem(new tarnis::PlotLayoutItem(plot)); // the plot is a child of the layout's widget
 class TARNIS_EXPORT PlotLayoutItem : public QWidgetItem {
@@ -20,9 +20,9 @@ public:
     /// The layout owns the item. Sizes in pixels of the widget.
     explicit PlotLayoutItem(XYGraphWidget* plot, const QSize& usual = { 480, 320 }, const QSize& least = { 200, 150 });
 
-    QSize sizeHint() const override; ///< the usual size
-    QSize minimumSize() const override; ///< the least size
-    QSize maximumSize() const override; ///< that of the plot
+    QSize sizeHint() const override; ///< the preferred size
+    QSize minimumSize() const override; ///< the minimum size
+    QSize maximumSize() const override; ///< the maximum size of the plot
     Qt::Orientations expandingDirections() const override; ///< both
 
 private:

@@ -25,7 +25,7 @@ bool isUsable(AxisRange range, bool isLog)
     return std::isfinite(span) && span != 0.0;
 }
 
-/// Without a range everything is at its lower end.
+/// In an empty range everything is at its lower end.
 double share(double value, double min, double max)
 {
     return max != min ? (value - min) / (max - min) : 0.0;
@@ -33,10 +33,10 @@ double share(double value, double min, double max)
 
 } // namespace
 
-/// Reads a plot's axes, each class by its own rules.
+/// Reads a plot's axes, by the rules of each plot class.
 struct PlotMapping::Reader {
-    /// Bins of an axis that is not manual are as wide as the resolution, and bin `min` begins at the lower end: so they
-    /// are painted.
+    /// As they are painted, bins of an axis that is not manual are as wide as the resolution, and bin `min` begins at
+    /// the lower end.
     static Bins bins(
         AxisRange visible, bool manual, double origin, double step, unsigned int resolution, qsizetype count)
     {
@@ -58,7 +58,7 @@ struct PlotMapping::Reader {
         const QList<Series>& series = PlotAccess::series(plot);
         const AxisRange initial = PlotAccess::initialX(plot);
         const unsigned int resolution = PlotAccess::resolution(plot);
-        // The plot spreads all series by the length of the first one.
+        // The plot scales all series by the length of the first one.
         const qsizetype spread = series.isEmpty() ? 0 : series.constFirst().values.size();
         const qsizetype count = longestSeries(series);
         if (PlotAccess::positionToX(plot) != nullptr) {
@@ -95,7 +95,7 @@ PlotMapping PlotMapping::of(const XYGraphWidget& plot)
     mapping.m_zeroAtBottom = stylingOf(&plot) != nullptr;
     mapping.m_tick = { PlotAccess::tickFunction(plot), PlotAccess::tickData(plot) };
     mapping.m_hasTick = PlotAccess::hasTickFunction(plot);
-    if (plot.m_doubleBuffered && isTurned(plot.m_rotation)) { // only the cached picture is turned
+    if (plot.m_doubleBuffered && isTurned(plot.m_rotation)) { // only the cached picture is rotated
         mapping.m_rotation = isQuarterTurn(plot.m_rotation) ? 90 : -90;
         mapping.m_turn = mapping.m_rotation == 90 ? QPointF(plot.width(), 0.0) : QPointF(0.0, plot.height());
     }
@@ -122,7 +122,7 @@ QRect PlotMapping::plotRect() const
 {
     if (m_rotation == 0)
         return m_rect;
-    // Corners of pixels, not their centres: the edges of a QRect are one pixel inside of them.
+    // Corners of pixels, not their centres: the right and bottom edges of a QRect are one pixel less.
     const QPointF a = fromFrame(QPointF(m_rect.left(), m_rect.top()));
     const QPointF b = fromFrame(QPointF(m_rect.left() + m_rect.width(), m_rect.top() + m_rect.height()));
     return QRectF(a, b).normalized().toRect();
@@ -241,7 +241,7 @@ qsizetype PlotMapping::columnAt(double x) const
         return m_binsX.at(x);
     if (m_xToPosition.function != nullptr)
         return m_binsX.at(m_xToPosition(x));
-    // Without an inverse: the last bin that begins at or below x, where the function rises.
+    // Without an inverse function: searches the last bin that begins at or below x, if the function is increasing.
     qsizetype low = 0;
     qsizetype high = m_binsX.count;
     while (low < high) {

@@ -1,4 +1,4 @@
-// How a plot maps values to pixels: a small value that any code can ask a plot for, keep and pass on.
+// The mapping between values and pixels of a plot, as a small value type.
 #pragma once
 
 #include <tarnis/plots/axisrange.h>
@@ -11,15 +11,15 @@ class XYGraphWidget;
 
 namespace tarnis {
 
-/// A copy of a plot's geometry at one moment. It knows logarithmic Y axes, X axes with a tick function or a plot
-/// function, and plots turned by a quarter. Pixels are positions in the widget, as mouse events have them; the frame's
-/// coordinates are those that a painter of the plot's picture uses and differ from them on a turned plot only. All
-/// functions are cheap. On a mapping that is not valid they return finite values without meaning.
+/// A copy of a plot's geometry at one moment. Supports logarithmic Y axes, X axes with a tick function or a plot
+/// function, and plots rotated by 90 degrees. Pixels are widget coordinates, as in mouse events. Frame coordinates are
+/// those of a painter of the plot's picture; they differ only on a rotated plot. All functions are cheap. On an invalid
+/// mapping they return finite but meaningless values.
 class TARNIS_EXPORT PlotMapping {
 public:
-    /// A mapping that is not valid.
+    /// An invalid mapping.
     PlotMapping() = default;
-    /// The mapping in use: the visible ranges, and the plot rectangle of the latest paint.
+    /// The current mapping: the visible ranges, and the plot rectangle of the last paint.
     static PlotMapping of(const XYGraphWidget& plot);
 
     /// True if the plot rectangle has an area and both ranges are finite and not empty.
@@ -33,19 +33,19 @@ public:
     AxisRange x() const;
     AxisRange y() const;
     /// @}
-    bool isLogY() const; ///< Y runs in decades; values at or below 0 count as 1, with a PlotStyle as the lower end
+    bool isLogY() const; ///< Y is logarithmic; values at or below 0 count as 1, or with a PlotStyle as the lower end
     double rotation() const; ///< 0, 90 or -90 degrees
 
-    /// Value under a pixel, and pixel of a value. Both are defined outside of the plot rectangle too. @{
+    /// Value under a pixel, and pixel of a value. Both are also defined outside of the plot rectangle. @{
     QPointF valueAt(const QPointF& pixel) const;
     QPointF pixelOf(const QPointF& value) const;
     /// @}
 
-    /// Between pixels of the widget and the frame's coordinates. @{
+    /// Conversion between widget pixels and frame coordinates. @{
     QPointF toFrame(const QPointF& pixel) const;
     QPointF fromFrame(const QPointF& point) const;
     /// @}
-    /// Between values and the frame's coordinates, one axis at a time. @{
+    /// Conversion between values and frame coordinates, one axis at a time. @{
     double columnOf(double x) const;
     double rowOf(double y) const;
     double xAt(double column) const;
@@ -59,13 +59,13 @@ public:
 
     /// Bins of the X axis: samples of a curve, columns of a map. @{
     qsizetype columns() const; ///< their number; 0 without data
-    qsizetype columnAt(double x) const; ///< the bin that x falls in, -1 outside of the data
-    AxisRange columnEdges(qsizetype column) const; ///< the bin's edges in units of X; the lower end belongs to it
+    qsizetype columnAt(double x) const; ///< the bin that contains x, -1 outside of the data
+    AxisRange columnEdges(qsizetype column) const; ///< the bin's edges in units of X; the lower end is inclusive
     /// @}
     /// Bins of the Y axis: rows of a map. Curves have none. @{
     qsizetype rows() const; ///< their number; 0 for curves
-    qsizetype rowAt(double y) const; ///< the bin that y falls in, -1 outside of the data
-    AxisRange rowEdges(qsizetype row) const; ///< the bin's edges in units of Y; the lower end belongs to it
+    qsizetype rowAt(double y) const; ///< the bin that contains y, -1 outside of the data
+    AxisRange rowEdges(qsizetype row) const; ///< the bin's edges in units of Y; the lower end is inclusive
     /// @}
 
 private:
@@ -78,7 +78,7 @@ private:
         qsizetype at(double value) const;
         AxisRange edges(qsizetype bin) const;
     };
-    /// A function that plots apply to an axis, with its last argument.
+    /// A function that plots apply to an axis, with its user data.
     struct Function {
         double (*function)(double, void*) = nullptr;
         void* data = nullptr;
@@ -91,14 +91,14 @@ private:
     AxisRange m_x;
     AxisRange m_y;
     bool m_logY = false;
-    bool m_zeroAtBottom = false; // of a logarithmic Y axis: values at or below 0 are at its lower end
+    bool m_zeroAtBottom = false; // on a logarithmic Y axis: values at or below 0 are at its lower end
     int m_rotation = 0;
-    QPointF m_turn; // where a turned picture's origin is in the widget
+    QPointF m_turn; // position of a rotated picture's origin in the widget
     Bins m_binsX;
     Bins m_binsY;
     Function m_tick;
     bool m_hasTick = false;
-    Function m_positionToX; // of setFuncX2Plot(); then bins of X count positions
+    Function m_positionToX; // set by setFuncX2Plot(); bins of X then count positions
     Function m_xToPosition;
 };
 

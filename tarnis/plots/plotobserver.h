@@ -1,4 +1,4 @@
-// Listening to a plot: what it shows has changed, for any reason.
+// Notification of changes of a plot.
 #pragma once
 
 #include <tarnis/tarnis_export.h>
@@ -12,23 +12,24 @@ namespace tarnis {
 
 class PlotHooks;
 
-/// Receives the changes of one plot. A subclass overrides what it needs. An observer starts with its construction and
-/// ends with its destruction or with the plot's. A plot without observers does nothing for them. GUI thread only.
+/// Receives the changes of one plot, whatever the reason. A subclass overrides the functions it needs. An observer is
+/// active from its construction until its or the plot's destruction. Without observers there is no overhead. GUI thread
+/// only.
 class TARNIS_EXPORT PlotObserver {
 public:
-    /// What differs from the moment of the previous call.
+    /// What has changed since the previous call.
     enum Change : unsigned int {
         RangeX = 1, ///< the visible range of X
         RangeY = 2, ///< the visible range of Y
         ScaleType = 4, ///< Y became linear or logarithmic; for a map, its colour scale
-        PlotRect = 8, ///< place or size of the plot rectangle
-        Data = 16, ///< samples, bins, which series are shown, or their names
-        AutoScale = 32, ///< whether an axis, or a map's colours, follow the data
+        PlotRect = 8, ///< position or size of the plot rectangle
+        Data = 16, ///< samples, bins, the shown series, or their names
+        AutoScale = 32, ///< automatic scaling of an axis or of a map's colours
         Levels = 64 ///< the limits of a map's colours
     };
     Q_DECLARE_FLAGS(Changes, Change)
 
-    /// Attaches to the plot. Null is reported as a warning, and the observer receives nothing.
+    /// Attaches to the plot. Null causes a warning, and the observer receives nothing.
     explicit PlotObserver(XYGraphWidget* plot);
     PlotObserver(const PlotObserver&) = delete;
     PlotObserver& operator=(const PlotObserver&) = delete;
@@ -37,15 +38,15 @@ public:
     /// The plot; null once it has been destroyed.
     XYGraphWidget* observedPlot() const { return m_observed; }
 
-    /// For hosts that draw data of their own in onPaint(): observers of the plot receive Data.
+    /// For hosts that draw other data in onPaint(): notifies observers of the plot with Data.
     static void announceData(XYGraphWidget& plot);
 
 protected:
-    /// Called from the event loop, once for all changes since the previous call, with the state that they left. A
-    /// change that was taken back before is not reported. The plot may be changed from within; that is a new change.
+    /// Called from the event loop, once for all changes since the previous call. A change that was undone in the
+    /// meantime is not reported. The function may change the plot; that is a new change.
     virtual void plotChanged(Changes changes);
-    /// Called at once when the host sets the axis up again by initManualX() or initManualY(), with the range that was
-    /// visible before. The observer may set a range.
+    /// Called at once when the host sets up the axis again by initManualX() or initManualY(), with the previously
+    /// visible range. The observer may set a range.
     virtual void axisInitialized(Qt::Orientation axis, double previousMin, double previousMax);
 
 private:

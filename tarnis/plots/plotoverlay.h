@@ -11,32 +11,32 @@ namespace tarnis {
 class PlotHooks;
 class PlotMapping;
 
-/// A drawing over the picture of one plot. It is drawn straight after the cached picture, so that a change of the
-/// overlay never draws the data, and it appears in saved and printed pictures too. Without overlays a plot does nothing
-/// for them. GUI thread only.
+/// A drawing over the picture of one plot. It is drawn after the cached picture, so that a change of the overlay does
+/// not redraw the data. It also appears in saved and printed pictures. Without overlays there is no overhead. GUI
+/// thread only.
 class TARNIS_EXPORT PlotOverlay {
 public:
-    /// Attaches to the plot. Overlays with a larger `zOrder` are drawn later; of equal ones the earlier attached first.
-    /// Null is reported as a warning, and nothing is drawn.
+    /// Attaches to the plot. Overlays with a larger `zOrder` are drawn later; with equal values, in the order of
+    /// attachment. Null causes a warning, and nothing is drawn.
     explicit PlotOverlay(XYGraphWidget* plot, int zOrder = 0);
     PlotOverlay(const PlotOverlay&) = delete;
     PlotOverlay& operator=(const PlotOverlay&) = delete;
-    /// Detaches, and repaints without the drawing.
+    /// Detaches and repaints the plot.
     virtual ~PlotOverlay();
 
     int zOrder() const { return m_zOrder; } ///< as given
-    /// Repaints the overlays, on the cached picture of the data.
+    /// Repaints the overlays over the cached picture of the data.
     void updateOverlay();
 
-    /// Draws all overlays of the plot, as they appear in a saved picture. The painter's coordinates are the frame's;
-    /// for writers of files that paint the plot themselves.
+    /// Draws all overlays of the plot, as they appear in a saved picture. The painter uses frame coordinates. For file
+    /// writers that paint the plot themselves.
     static void paintAll(const XYGraphWidget& plot, QPainter& painter);
 
 protected:
-    /// Draws. The painter counts in the frame's coordinates, turned with the plot, and is not clipped. Its state is
+    /// Draws the overlay. The painter uses frame coordinates, rotated with the plot, and is not clipped. Its state is
     /// restored afterwards. The mapping is valid.
     virtual void paintOverlay(QPainter& painter, const PlotMapping& mapping) = 0;
-    /// Whether the drawing belongs into saved and printed pictures. True here.
+    /// Whether the drawing appears in saved and printed pictures. True by default.
     virtual bool isSaved() const;
 
 private:

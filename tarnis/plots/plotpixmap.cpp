@@ -50,8 +50,8 @@ bool isTurned(double rotation)
 
 bool savePixmap(const QPixmap& pixmap, const QString& path)
 {
-    // The image writer opens the file, picks the format from its name and removes what it could not use. It does not
-    // look at the result of its last flush, so the file is asked.
+    // The image writer opens the file, selects the format from its name and removes the file on failure. It does not
+    // check its last flush, so the file is checked here.
     QFile file(path);
     if (!pixmap.save(&file))
         return false;

@@ -1,4 +1,4 @@
-// Pixmaps that widgets paint themselves on, at the resolution of the screen.
+// Pixmaps for the pictures of widgets, at the resolution of the screen.
 #pragma once
 
 #include <QColor>
@@ -11,15 +11,15 @@ QT_END_NAMESPACE
 
 namespace tarnis {
 
-/// The colour that a widget's picture is filled with: that of its palette's window brush.
+/// The fill colour of a widget's picture: that of its palette's window brush.
 QColor fillOf(const QWidget& widget);
 
 /// A pixmap for a picture of `size` in the widget's coordinates, at the widget's device pixel ratio, filled. Null for
-/// an empty size; beyond the memory no painter begins on it.
+/// an empty size. If memory is insufficient, no painter can be opened on it.
 QPixmap windowPixmap(const QWidget& widget, const QSize& size);
 
-/// Makes window and viewport of a painter that has just begun on such a pixmap count in the widget's coordinates. At a
-/// ratio of 1 it does nothing.
+/// Sets window and viewport of a painter on such a pixmap to widget coordinates. Call it directly after opening the
+/// painter. Does nothing at a ratio of 1.
 void useWidgetCoordinates(QPainter& painter, const QPixmap& pixmap, const QSize& size);
 
 /// True for about +90 degrees, with the tolerance of the plots.
@@ -29,7 +29,7 @@ bool isQuarterTurnBack(double rotation);
 /// True for either.
 bool isTurned(double rotation);
 
-/// Writes the picture in the format of the file's extension. False if anything fails, a full disk included.
+/// Writes the picture in the format of the file's extension. False on any error, including a full disk.
 bool savePixmap(const QPixmap& pixmap, const QString& path);
 
 } // namespace tarnis

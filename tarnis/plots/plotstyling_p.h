@@ -1,4 +1,5 @@
-// How a style replaces the classic drawing of a plot. A plot without one never looks further than a null pointer.
+// The interface by which a style replaces the classic drawing of a plot. Without a style it costs one test of a null
+// pointer.
 #pragma once
 
 #include "tarnis/plots/axisrange.h"
@@ -23,7 +24,7 @@ public:
     PlotStyling& operator=(const PlotStyling&) = delete;
     virtual ~PlotStyling() = default;
 
-    /// Places in a picture, in the painter's coordinates.
+    /// Positions in a picture, in the painter's coordinates.
     struct Layout {
         QRect graph; ///< inner plot rectangle
         /// Where a click opens an editor of the axis end. @{
@@ -33,35 +34,35 @@ public:
 
     /// Samples or bins have changed.
     virtual void noteData() = 0;
-    /// Gives the axes that scale automatically the ranges that the style wants.
+    /// Sets the ranges of the automatic axes according to the style.
     virtual void fitAxes() = 0;
-    /// Fills `whole` and draws all that is outside of the plot rectangle, inside `frame`.
+    /// Fills `whole` and draws everything inside `frame` but outside of the plot rectangle.
     virtual Layout paintFrame(QPainter& painter, const QRect& whole, const QRect& frame) = 0;
     /// Grid lines, clipped to the plot rectangle.
     virtual void paintGrid(QPainter& painter, const QRect& graph) = 0;
-    /// The curves of a plot of one or many series, in the same clip.
+    /// The curves of a plot of one or many series, with the same clip.
     virtual void paintCurves(QPainter& painter, const QRect& graph) = 0;
 
-    /// What ColorBarWidget::paint() finds out.
+    /// The layout computed by ColorBarWidget::paint().
     struct BarLayout {
         QRect minLabel; ///< click areas
         QRect maxLabel;
-        int width = 0; ///< that bar and labels need
+        int width = 0; ///< width of bar and labels
     };
     virtual BarLayout paintColorBar(QPainter& painter, const QRect& frame, const ColorBarWidget& bar) = 0;
 
-    virtual QColor surround() const = 0; ///< around the plot rectangle
+    virtual QColor surround() const = 0; ///< colour around the plot rectangle
     virtual QColor foreground() const = 0; ///< of texts
-    virtual QColor lineOverData() const = 0; ///< of lines and marks over the data: maps are dark in every theme
-    virtual QColor accent() const = 0; ///< of peaks and marks over the data
-    /// Of a curve of the plot's present type; `given` is the classic one.
+    virtual QColor lineOverData() const = 0; ///< colour of lines and marks over the data; maps are dark in every theme
+    virtual QColor accent() const = 0; ///< colour of peaks and marks over the data
+    /// Colour of a curve of the plot's current type; `given` is the classic one.
     virtual QColor curveColor(int number, const QColor& given) const = 0;
 };
 
-/// The style in use; null without one. The plot may be null, or any other widget.
+/// The current style; null without one. `plot` may be null or any other widget.
 PlotStyling* stylingOf(const QWidget* plot);
 
-/// What XYGraphWidget::paint() does with a style.
+/// Implements XYGraphWidget::paint() with a style.
 void paintStyled(XYGraphWidget& plot, PlotStyling& styling, QPainter& painter, QRect* rect);
 
 /// The colour of a curve as it is drawn.

@@ -3,7 +3,7 @@
 
 namespace tarnis {
 
-/// The mouse tool in force.
+/// The active mouse tool.
 enum PlotTool : int {
     NoTool = 0,
     RubberBandTool = 1, ///< Rectangle, or the selection of an X range

@@ -18,10 +18,10 @@ std::optional<double> numberIn(const QLineEdit& edit)
 
 namespace {
 
-/// The width in which a line edit shows the whole text.
+/// The width at which a line edit shows the complete text.
 int widthFor(const QLineEdit& edit, const QString& text)
 {
-    constexpr int inner = 6; // beside the text, with the cursor
+    constexpr int inner = 6; // space beside the text, including the cursor
     const QFontMetrics metrics = edit.fontMetrics();
     QStyleOptionFrame frame;
     frame.initFrom(&edit);

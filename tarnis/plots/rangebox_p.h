@@ -1,4 +1,4 @@
-// What the two range boxes share.
+// Common parts of the two range boxes.
 #pragma once
 
 #include <QtGlobal>
@@ -12,10 +12,10 @@ QT_END_NAMESPACE
 
 namespace tarnis {
 
-/// The number that the edit holds, or nothing if its text is not one.
+/// The number in the edit; empty if its text is not a number.
 std::optional<double> numberIn(const QLineEdit& edit);
 
-/// Puts the number into the edit, which grows, and its box with it, where the whole text has no room.
+/// Shows the number in the edit, and widens the edit and its box if the text does not fit.
 void showNumber(QLineEdit& edit, double value, char format, int precision);
 
 /// Light grey all over, like the plots that the box belongs to.

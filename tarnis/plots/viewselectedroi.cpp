@@ -71,7 +71,7 @@ void ViewSelectedROI::setRoiList(QList<QRect> list, int index)
         return;
     }
     const int selected = std::min(index, static_cast<int>(list.size()) - 1);
-    // Before the clip: a spin box that was moved out of the range counts as a change, and so snaps back.
+    // Compared before clipping: a spin box outside of the range counts as a change, and so snaps back.
     const bool changed = list != m_roiList;
     for (QRect& rect : list)
         rect &= m_range;
@@ -175,7 +175,7 @@ void ViewSelectedROI::on_deleteButton_clicked()
         setRoiList(list, row);
     }
     blockSignals(wereBlocked);
-    // After a Cancel too.
+    // Emitted even after Cancel.
     Q_EMIT RoiChanged(m_roiList, currentIndex(), true);
 }
 

@@ -18,11 +18,11 @@ class TARNIS_EXPORT ViewSelectedROI : public QWidget {
     Q_OBJECT
 
 public:
-    /// Keeps at most `maxCount` rectangles, the newest ones; 0 or less is no limit.
+    /// Keeps at most the last `maxCount` rectangles; 0 or less means no limit.
     ViewSelectedROI(int maxCount, QRect range, QWidget* parent);
     ~ViewSelectedROI() override;
 
-    /// While it is off, every change ends in a warning box. @{
+    /// If off, every attempt to change shows a warning message box. @{
     void setEditable(bool on);
     bool isEditable() const;
     /// @}
@@ -30,11 +30,11 @@ public:
     int currentIndex() const;
     const QList<QRect>& getRoiList() const; ///< the oldest first, each clipped
     /// Replaces the list, clipped, and selects `index`, at most the last one. Emits RoiChanged() once, or not at all if
-    /// neither the rectangles, compared before they are clipped, nor the selection change.
+    /// neither the rectangles (compared before clipping) nor the selection change.
     void setRoiList(QList<QRect> list, int index);
     /// Adds a rectangle and selects it.
     void addRoi(const QRect& rect);
-    void clear(); ///< removes all, without a question
+    void clear(); ///< removes all without confirmation
 
 Q_SIGNALS:
     /// `dataChanged` is false if only the selection has changed.
@@ -43,19 +43,19 @@ Q_SIGNALS:
 public Q_SLOTS:
     /// Shows the corners of that rectangle, or zeros, in the boxes, and emits RoiChanged().
     void on_roiListWidget_currentRowChanged(int currentRow);
-    /// Moves one edge of the selected rectangle; the result is clipped. Without a selection nothing happens. @{
+    /// Moves one edge of the selected rectangle; the result is clipped. Does nothing without a selection. @{
     void on_x1SpinBox_valueChanged(int arg1);
     void on_y1SpinBox_valueChanged(int arg1);
     void on_x2SpinBox_valueChanged(int arg1);
     void on_y2SpinBox_valueChanged(int arg1);
     /// @}
-    void on_deleteButton_clicked(); ///< asks first; tells a change of data even after a Cancel
+    void on_deleteButton_clicked(); ///< asks for confirmation; emits a change of data even after Cancel
     void on_clearButton_clicked(); ///< asks first
 
 protected:
     std::unique_ptr<Ui::ViewSelectedROI> ui; ///< the controls
-    int m_maxCount; ///< 0 is no limit
-    QRect m_range; ///< what every rectangle is clipped to
+    int m_maxCount; ///< 0: no limit
+    QRect m_range; ///< clips every rectangle
     bool m_editable = true; ///< see setEditable()
     QList<QRect> m_roiList; ///< see getRoiList()
 

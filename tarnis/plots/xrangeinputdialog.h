@@ -9,22 +9,23 @@ namespace Ui {
 class XRangeInputDialog;
 }
 
-/// A frameless box with a lower and an upper value. It opens empty; a text that is no number gives way to the last
-/// accepted one after Return or when the focus leaves.
+/// A frameless box with a lower and an upper value. It opens empty. A text that is not a number is replaced by the last
+/// accepted value after Return or when the focus is lost.
 class XRangeInputDialog : public QDialog {
     Q_OBJECT
 
 public:
-    /// `name` stands before "-min" and "-max"; numbers are shown by QString::number() with format and precision.
+    /// The labels are `name` with "-min" and "-max"; numbers are formatted by QString::number() with format and
+    /// precision.
     XRangeInputDialog(const QString& name, char format, int precision, QWidget* parent);
     ~XRangeInputDialog() override;
 
-    /// Stores the value and shows it, without a signal.
+    /// Sets the value without emitting a signal.
     void setXMin(double value);
     void setXMax(double value);
 
 Q_SIGNALS:
-    void edited(double x_min, double x_max); ///< after Return on a number
+    void edited(double x_min, double x_max); ///< emitted after Return on a number
 
 protected Q_SLOTS:
     void on_xMinEdit_returnPressed();

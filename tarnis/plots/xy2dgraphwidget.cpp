@@ -19,7 +19,7 @@
 
 namespace {
 
-// Without rows there is nothing to derive a step from.
+// The step of a map without rows.
 constexpr double emptyStep = 1e-5;
 
 constexpr int firstBarMargin = 56;
@@ -104,7 +104,8 @@ void XY2DGraphWidget::setData(int row, const QList<double>& values, double rowMa
     dataTouched();
     if (m_autoScaleX) {
         m_minX = m_initMinX;
-        adjustAxisX(m_manualX ? 0 : getMaxCount()); // all rows are asked: not for an axis that ignores the answer
+        adjustAxisX(m_manualX ? 0 : getMaxCount()); // visits all rows, so it is skipped for an axis that ignores the
+                                                    // result
     }
     if (m_autoScaleY) {
         m_minY = m_initMinY;

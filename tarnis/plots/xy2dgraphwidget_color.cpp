@@ -133,7 +133,7 @@ void XY2DGraphWidget::onLogScale(bool on)
 
 void XY2DGraphWidget::updatePattern()
 {
-    // The five points were set: they replace what a tool has chosen.
+    // The five points were set, which overrides the settings of tools.
     tarnis::PlotAccess::dropColors(*this);
     feedColorBar();
     refreshPixmap();

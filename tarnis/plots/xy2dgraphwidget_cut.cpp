@@ -1,5 +1,4 @@
-// The 1D cut: its rectangle, its edges under the mouse, and the sums that hosts ask for. The windows are in
-// _cutwindows.
+// The 1D cut: its rectangle, dragging of its edges, and the sums for hosts. The windows are in _cutwindows.
 #include "tarnis/plots/xy2dgraphwidget.h"
 
 #include "tarnis/foundation/trace_p.h"
@@ -79,7 +78,7 @@ tarnis::BinAxis XY2DGraphWidget::binAxisY()
 
 void XY2DGraphWidget::init1dCutRect()
 {
-    // Numbers of bins, whatever the axes say.
+    // Bin numbers, independent of the axes.
     m_cutMinX = 0.0;
     m_cutMinY = 0.0;
     m_cutMaxX = static_cast<double>(columnCount());

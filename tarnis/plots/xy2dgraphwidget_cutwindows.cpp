@@ -1,4 +1,4 @@
-// The range box and the two cut windows, which are glued to the window around the plot.
+// The range box and the two cut windows, which are docked to the plot's window.
 #include "tarnis/plots/xy2dgraphwidget.h"
 
 #include "tarnis/foundation/helpers.h"
@@ -17,7 +17,7 @@
 
 namespace {
 
-/// In the current language: the plot has just been made.
+/// Compares in the current language, because the plot was just created.
 bool isSaving(const QAction& action)
 {
     const QString text = action.text();
@@ -33,7 +33,7 @@ QAction* addEntry(VectorGraphWidget* plot, const char* text)
     return action;
 }
 
-/// Leaves saving and the Y range to a cut plot, and gives it two entries to type that range.
+/// Reduces the menu of a cut plot to saving and the Y range, and adds two entries to enter that range.
 void keepCutActions(VectorGraphWidget* plot)
 {
     const QString autoScaleY = XYGraphWidget::tr("Auto Scale Y");
@@ -52,7 +52,7 @@ void keepCutActions(VectorGraphWidget* plot)
     }
 }
 
-/// Shows a cut in its plot, which keeps a Y range that was set by hand.
+/// Shows a cut in its plot. A manually set Y range is kept.
 void fillCutPlot(VectorGraphWidget& plot, const QString& name, const QString& label, qsizetype bins,
     tarnis::AxisRange initial, tarnis::AxisRange visible, const tarnis::CutSums& sums)
 {
@@ -73,13 +73,14 @@ void closeCutWindow(ModelessWidgetManager& windows)
     QWidget* window = windows.map.take(nullptr);
     if (window == nullptr)
         return;
-    // The window lives on until the event loop turns. A new one may have taken its place in the record by then.
+    // The window is deleted in the event loop. By then a new one may have replaced it in the map.
     QObject::disconnect(window, nullptr, &windows, nullptr);
     QObject::connect(window, &QObject::destroyed, &windows, [&windows] { Q_EMIT windows.onClosed(nullptr); });
     window->close();
 }
 
-/// A window without a place of its own gets one by the window manager, maybe after it was put in its right one.
+/// A window manager positions a window without an explicit position, possibly after the window was moved to the right
+/// one.
 void moveOnTo(QWidget* window, const QWidget& plot)
 {
     window->move(plot.mapToGlobal(QPoint(0, 0)));
@@ -169,7 +170,7 @@ void XY2DGraphWidget::fillCutY()
     const tarnis::CutSums sums = tarnis::sumsByRow(m_data, x, y, cutContent());
     const QString label =
         m_1dCutActive ? tarnis::cutLabel(m_nameX, x.valueOf(x.cutFirst), x.valueOf(x.cutEnd)) : QString();
-    // The plot stands on its side: its axis runs from high to low.
+    // The plot is rotated, so its axis is reversed.
     fillCutPlot(*plot, m_nameY, label, m_data.size(), { std::min(m_maxY, m_initMaxY), std::max(m_initMinY, m_minY) },
         { m_maxY, m_minY }, sums);
     plot->setDecimalX(m_decimalY);
@@ -210,7 +211,7 @@ void XY2DGraphWidget::placeCutWindows()
     if (VectorGraphWidget* plot = cutPlot(m_cutXWindows)) {
         plot->getMargin(topLeft, bottomRight);
         const int height = tarnis::cutWindowExtent(place.plot.height());
-        QWidget* window = m_cutXWindows.map.value(nullptr); // a host may have put it inside another window
+        QWidget* window = m_cutXWindows.map.value(nullptr); // a host may have embedded it in another window
         window->move(place.plot.left() - topLeft.width(), place.frameTop - height);
         window->resize(topLeft.width() + place.plot.width() + bottomRight.width(), height);
         plot->setLogScaleY(m_logScale);

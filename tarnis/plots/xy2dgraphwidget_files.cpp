@@ -23,7 +23,7 @@ QPixmap* XY2DGraphWidget::toPixmap()
     auto pixmap = std::make_unique<QPixmap>(tarnis::windowPixmap(*this, size()));
     QPainter painter;
     if (pixmap->isNull() || !painter.begin(pixmap.get()))
-        return pixmap.release(); // a plot without size, or one beyond the memory
+        return pixmap.release(); // a plot without size, or too large for the memory
     initPainter(&painter);
     tarnis::useWidgetCoordinates(painter, *pixmap, size());
     paint(painter, nullptr);
@@ -38,7 +38,7 @@ QPixmap* XY2DGraphWidget::toPixmap()
 
 void XY2DGraphWidget::onSave()
 {
-    XYGraphWidget::onSave(); // takes this class's picture
+    XYGraphWidget::onSave(); // uses this class's picture
 }
 
 void XY2DGraphWidget::onSaveCsv()
@@ -59,7 +59,7 @@ void XY2DGraphWidget::onPrint()
     if (!tarnis::isAccepted(dialog))
         return;
     delete dialog;
-    // The cuts may have been closed meanwhile.
+    // The cuts may have been closed in the meantime.
     plotX = cutPlot(m_cutXWindows);
     plotY = cutPlot(m_cutYWindows);
     if (plotX != nullptr && plotY != nullptr)
@@ -115,7 +115,7 @@ void XY2DGraphWidget::openColorBarMenu(const QPoint& globalPosition)
     m_colorBarMenu = new QMenu(this);
     connect(m_colorBarMenu, &QMenu::aboutToHide, this, &XY2DGraphWidget::onColorBarMenuHide);
     const auto addEntry = [this](const QString& text, Slot slot) { m_colorBarMenu->addAction(text, this, slot); };
-    // A colour dialog opens after the menu is gone.
+    // A colour dialog opens after the menu was closed.
     const auto addColor = [this](const QString& text, const QColor& color, Slot slot) {
         QPixmap icon(15, 15);
         icon.fill(color);
@@ -141,7 +141,7 @@ void XY2DGraphWidget::openColorBarMenu(const QPoint& globalPosition)
 
 void XY2DGraphWidget::onColorBarMenuHide()
 {
-    // A menu that has been replaced hides late; the one in its place stays.
+    // A replaced menu may be hidden late; its replacement is kept.
     if (m_colorBarMenu == nullptr || (sender() != nullptr && sender() != m_colorBarMenu))
         return;
     m_colorBarMenu->deleteLater();

@@ -1,4 +1,4 @@
-// The mouse on the map: the menu of the colour bar, the edges of the cut, the read-out.
+// Mouse events of the map: the menu of the colour bar, the edges of the cut, the read-out.
 #include "tarnis/plots/xy2dgraphwidget.h"
 
 #include "tarnis/plots/colorbarwidget.h"

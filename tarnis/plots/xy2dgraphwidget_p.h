@@ -1,9 +1,9 @@
-// Numbers that several sources of XY2DGraphWidget share.
+// Constants shared by several sources of XY2DGraphWidget.
 #pragma once
 
 namespace tarnis {
 
-/// The button stands on this line and the colour bar hangs from it; the same room is left below the bar.
+/// The button ends and the colour bar begins at this Y; the same space is left below the bar.
 constexpr int colorBarTop = 30;
 constexpr int besideAutoButton = 6;
 

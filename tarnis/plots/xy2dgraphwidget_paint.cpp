@@ -38,7 +38,7 @@ void XY2DGraphWidget::onPaint(QPainter& painter, QRect const& graph)
     const bool isReduced = reduction != BinReduction::First && !isExact && tarnis::hasSharedPixels(view);
     const tarnis::BinRows rows = isReduced ? tarnis::reducedBins(m_data, view, reduction) : m_data;
     if (isReduced && reduction != BinReduction::Maximum && m_colorBar->isAutoScale()) {
-        m_maxZ = tarnis::largestBin(rows); // sums and means have a scale of their own
+        m_maxZ = tarnis::largestBin(rows); // sums and means have a separate scale
         m_colorBar->setMax(m_maxZ);
     }
     if (isExact)

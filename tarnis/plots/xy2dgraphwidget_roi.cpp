@@ -19,13 +19,13 @@ namespace {
 
 constexpr int maxRegions = 8;
 
-/// A corner of a region. Values beyond any region are cut to a limit that leaves room to reckon with widths.
+/// A corner of a region. Values beyond any region are clamped to a limit that prevents overflow of widths.
 int regionEdge(double value)
 {
     return std::clamp(tarnis::roundToInt(value), -1000000000, 1000000000);
 }
 
-/// The rectangle between two corners, whichever lies where on the screen.
+/// The rectangle between two corners in any order.
 QRect between(const QPoint& a, const QPoint& b)
 {
     const auto limited = [](int pixel) { return tarnis::limitedPixel(pixel); };
@@ -103,7 +103,7 @@ void XY2DGraphWidget::makeRegionWindow()
     layout->addWidget(view, 0, 0);
 }
 
-/// The list in the window keeps to the range that it was made with: a new range takes a new list, with the old regions.
+/// The list in the window has a fixed range: a new range needs a new list, with the old regions.
 void XY2DGraphWidget::renewRegionWindow()
 {
     const ViewSelectedROI* old = GetViewSelectedROI();
@@ -180,7 +180,7 @@ void XY2DGraphWidget::paintRegions(QPainter& painter)
         }
         const QRect rect =
             between(calcWidgetPoint(regions.at(i).topLeft()), calcWidgetPoint(regions.at(i).bottomRight()));
-        if (styling != nullptr) { // a dark seam, for colours as light as the line
+        if (styling != nullptr) { // a dark outline, for contrast with light colours
             painter.setPen(QPen(QColor(0, 0, 0, 140), 3));
             painter.drawRects(&rect, 1);
         }

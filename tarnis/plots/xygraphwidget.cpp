@@ -48,7 +48,7 @@ XYGraphWidget::XYGraphWidget(QWidget* parent)
     colours.setBrush(QPalette::Window, Qt::lightGray);
     setPalette(colours);
     setAutoFillBackground(true);
-    setAttribute(Qt::WA_OpaquePaintEvent); // paint() fills all of the widget: no need to clear it before
+    setAttribute(Qt::WA_OpaquePaintEvent); // paint() fills the complete widget, so it need not be cleared before
 
     m_actAutoScaleX = addCheckable(this, QT_TR_NOOP("Auto Scale X"), true);
     m_actAutoScaleY = addCheckable(this, QT_TR_NOOP("Auto Scale Y"), true);
@@ -64,7 +64,8 @@ XYGraphWidget::XYGraphWidget(QWidget* parent)
     m_actClearXRange = addPlain(this, QT_TR_NOOP("Clear X Range"));
     m_actSelectXRange->setVisible(false);
     m_actClearXRange->setVisible(false);
-    m_actClearXRange->setEnabled(false); // an invisible action is disabled anyway; this one stays so when it is shown
+    m_actClearXRange->setEnabled(false); // an invisible action is disabled anyway; this keeps it disabled when it is
+                                         // shown
 
     connect(m_actAutoScaleX, &QAction::toggled, this, &XYGraphWidget::onAutoScaleX);
     connect(m_actAutoScaleY, &QAction::toggled, this, &XYGraphWidget::onAutoScaleY);
@@ -276,7 +277,7 @@ void XYGraphWidget::setFuncX2Tick(double (*x2tick)(double, void*), double (*tick
 void XYGraphWidget::onAutoScaleX(bool checked)
 {
     m_autoScaleX = checked;
-    viewTouched(); // of the range too, which a subclass fits next
+    viewTouched(); // also the range, which a subclass fits next
     m_actAutoScaleX->setChecked(checked);
 }
 

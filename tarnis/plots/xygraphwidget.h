@@ -1,5 +1,5 @@
-// The frame of every plot: two ranges, ticks with labels, grid, notes, the mapping between pixels and values, and the
-// mouse tools. It draws no data of its own. GUI thread only.
+// The base class of all plots: two ranges, ticks with labels, grid, notes, the mapping between pixels and values, and
+// the mouse tools. It draws no data. GUI thread only.
 #pragma once
 
 #include <tarnis/plots/doublebufferedwidget.h>
@@ -27,38 +27,38 @@ class PlotHooks;
 struct PlotRanges;
 } // namespace tarnis
 
-/// A plot frame. A subclass draws its data in onPaint(), inside the clipped plot rectangle. Setters store and do not
-/// repaint unless they say so: end a batch with refreshPixmap().
+/// A plot frame. A subclass draws its data in onPaint(), inside the clipped plot rectangle. Setters do not repaint
+/// unless documented: end a batch with refreshPixmap().
 class TARNIS_EXPORT XYGraphWidget : public DoubleBufferedWidget {
     Q_OBJECT
 
 public:
-    /// Ranges of 0 to 0 on automatic axes, and the actions of the menu; to be followed by init().
+    /// Creates automatic axes with ranges of 0 to 0, and the actions of the menu. Call init() next.
     explicit XYGraphWidget(QWidget* parent = nullptr);
     ~XYGraphWidget() override;
 
-    /// Fill of the plot rectangle, shared by all plots of the process. Black at first.
+    /// Fill colour of the plot rectangle, shared by all plots of the process. Initially black.
     static QColor m_backGroundColor;
 
-    // Set-up and ranges - xygraphwidget.cpp
+    // Setup and ranges - xygraphwidget.cpp
 
-    /// Names, a range from 0 to the rounded maximum on either axis, and automatic scaling. Ends any manual range.
+    /// Sets names, ranges from 0 to the rounded maximum, and automatic scaling for both axes. Ends any manual range.
     void init(const QString& nameX, const QString& nameY, double maxX, double maxY, bool autoX, bool autoY);
     /// Fixes the range of the axis: visible and initial range are min to max, unrounded; min may be above max. @{
     void initManualX(double min, double max);
     void initManualY(double min, double max);
     /// @}
-    /// Switches automatic scaling of both axes and reads the mouse tool.
+    /// Sets automatic scaling of both axes and updates the mouse tool.
     void initMode(bool autoX, bool autoY);
-    /// The visible range, as it is given; an axis that scales automatically goes on doing so. @{
+    /// Sets the visible range without rounding; automatic scaling is unchanged. @{
     void setMinMaxX(double min, double max);
     void setMinMaxY(double min, double max);
     /// @}
-    /// Gives the visible range; returns whether the axis scales automatically. @{
+    /// Writes the visible range to the arguments; returns whether the axis scales automatically. @{
     bool getMinMaxX(double& min, double& max);
     bool getMinMaxY(double& min, double& max);
     /// @}
-    /// Gives the range that init() or initManualX(), initManualY() was called with. @{
+    /// Writes the range passed to init(), initManualX() or initManualY() to the arguments. @{
     void getInitMinMaxX(double& min, double& max) const;
     void getInitMinMaxY(double& min, double& max) const;
     /// @}
@@ -74,19 +74,19 @@ public:
     void setNotes(const QString& notes);
     /// Heading of the printed page; not shown on the screen.
     void setTitle(const QString& title);
-    /// Decimals wanted on the axis. Without any, no tick step is below 1. A new value reaches the Y ticks at the next
-    /// paint and the X ticks one paint later. @{
+    /// Requested decimals of the axis. If 0, no tick step is below 1. A new value affects the Y ticks at the next paint
+    /// and the X ticks one paint later. @{
     void setDecimalX(int decimal);
     void setDecimalY(int decimal);
     int getDecimalX() const;
     int getDecimalY() const;
     /// @}
-    /// A logarithmic Y axis. Stores and refreshes.
+    /// Sets a logarithmic Y axis. Refreshes.
     virtual void setLogScaleY(bool on);
     /// Grid over the data instead of under it. Refreshes.
     void SetPaintGridLineOnGraph(bool on);
-    /// A second scale for X: ticks stand at its round values, editors of the axis ends speak it. Both functions get
-    /// `userData` as their last argument; null stands for the identity.
+    /// A second scale for X: ticks are at its round values, and the editors of the axis ends use it. Both functions get
+    /// `userData` as their last argument; null means the identity.
     void setFuncX2Tick(double (*x2tick)(double, void*), double (*tick2x)(double, void*), void* userData);
 
     // Ticks and mapping - xygraphwidget_ticks.cpp
@@ -99,66 +99,67 @@ public:
     /// @}
     /// Average width and height of a character in the widget's font.
     void getCharSize(int& width, int& height);
-    /// Room for labels and names around the plot rectangle.
+    /// Space for labels and names around the plot rectangle.
     void getMargin(QSize& topLeft, QSize& bottomRight);
-    /// Round values from `a` to `b`, descending if a is above b. `decimal` is the number of decimals wanted; it
-    /// receives the number used (at most 3) if the step falls below 1 and one is wanted.
+    /// Round values from `a` to `b`, descending if a is above b. `decimal` is the requested number of decimals; if it
+    /// is not 0 and the step is below 1, it receives the number used (at most 3).
     static QList<double> calcTicks(double a, double b, int& decimal);
-    /// Rounds a maximum up to whole tick steps; `ticks` receives their number, at least 4. Negative values give NaN.
+    /// Rounds a maximum up to a multiple of the tick step; `ticks` receives the number of steps, at least 4. Negative
+    /// values yield NaN.
     /// @{
     double adjustAxis(double value, unsigned int& ticks);
     double adjustAxis(double value);
     /// @}
     /// Sets the visible maximum: the initial one on a manual axis, else the rounded value.
     void adjustAxisX(double value);
-    /// The same; on a log axis the first power of ten from 1 up that is not below the value.
+    /// As above; on a log axis the first power of ten from 1 on that is not below the value.
     void adjustAxisY(double value);
-    /// Pixels to values by the plot rectangle of the latest paint; linear also on a log axis.
+    /// Converts pixels to values with the plot rectangle of the last paint; linear also on a log axis.
     QPointF calcGraphPointF(const QPointF& point) const;
-    /// The same on whole numbers, rounded to the nearest; values beyond int are cut to its ends.
+    /// As above for integers, rounded to the nearest; values beyond int are clamped.
     QPoint calcGraphPoint(const QPoint& point) const;
-    /// Values to pixels, the inverse.
+    /// Converts values to pixels, the inverse.
     QPointF calcWidgetPointF(const QPointF& point) const;
-    QPoint calcWidgetPoint(const QPoint& point) const; ///< the same on whole numbers, as calcGraphPoint() rounds
+    QPoint calcWidgetPoint(const QPoint& point) const; ///< as above for integers, rounded as in calcGraphPoint()
 
     // Painting - xygraphwidget_paint.cpp
 
-    /// Draws frame, ticks, grid and notes, and calls onPaint(). Leaves the clip at the plot rectangle.
+    /// Draws frame, ticks, grid and notes, and calls onPaint(). On return the clip is the plot rectangle.
     void paint(QPainter& painter, QRect* rect) override;
-    /// The picture of the plot as a new pixmap that the caller owns: a copy of the cached one, or a fresh one.
+    /// The picture of the plot as a new pixmap that the caller owns: a copy of the cached one, or a newly drawn one.
     virtual QPixmap* toPixmap();
 
     // Selection of an X range - xygraphwidget_range.cpp
 
-    /// Shows or hides the two menu entries, with `name` for the word X.
+    /// Shows or hides the two menu entries; `name` replaces "X" in them.
     void SetEnableSelectXRangeFeature(bool enable, const QString& name);
     bool IsEnableSelectXRangeFeature() const; ///< whether they are shown
     bool IsEnableSelectXRange() const; ///< whether the selection tool is on
-    /// Switches the selection tool.
+    /// Switches the selection tool on or off.
     void SetEnableSelectXRange(bool enable);
-    /// Gives the selected range; true if there is one.
+    /// Writes the selected range to the arguments; returns true if there is one.
     bool GetXRange(double& min, double& max) const;
-    /// Selects the range, in either order, and tells it by xRangeSelected(); equal ends select nothing. An unchanged
-    /// range only refills the open box. Repaints at once: not to be called while painting.
+    /// Selects the range, in either order, and emits xRangeSelected(); equal ends select nothing. For an unchanged
+    /// range only the open box is updated. Repaints at once: must not be called while painting.
     void SetXRange(double min, double max);
 
 Q_SIGNALS:
-    void xRangeSelectBegin(); ///< the selection tool went on; its box is open
+    void xRangeSelectBegin(); ///< the selection tool was switched on; its box is open
     void xRangeSelected(double /*min*/, double /*max*/); ///< on each change of the range
-    void xRangeSelectEnd(); ///< the selection tool goes off; its box is still there
+    void xRangeSelectEnd(); ///< the selection tool is being switched off; its box still exists
     void xRangeSelectClear(); ///< the user cleared the range
 
 public Q_SLOTS:
     // Editors of the axis ends - xygraphwidget_edit.cpp
-    /// Asks for the limit in a box; one that is out of order is ignored. @{
+    /// Asks for the limit in a dialog; a minimum above the maximum is ignored. @{
     void onEditMinY();
     void onEditMaxY();
     /// @}
     // Selection of an X range, continued
-    void onParentMoved(); ///< the owner's window moved: the range box follows
-    void onParentActivate(); ///< the owner's window became active: the range box comes to the front
-    // Set-up and ranges, continued
-    /// Stores the flag and sets the check mark. Subclasses refit the range to their data. @{
+    void onParentMoved(); ///< the owner's window was moved; moves the range box along
+    void onParentActivate(); ///< the owner's window became active; raises the range box
+    // Setup and ranges, continued Stores the flag and updates the check mark. Subclasses refit the range to their data.
+    //@{
     virtual void onAutoScaleX(bool checked);
     virtual void onAutoScaleY(bool checked);
     /// @}
@@ -170,31 +171,32 @@ public Q_SLOTS:
     virtual void onMove();
     /// @}
     virtual void onReset(); ///< both axes scale automatically again
-    virtual void onShowGrid(); ///< flips the grid; the check mark is left alone
+    virtual void onShowGrid(); ///< toggles the grid; the check mark is unchanged
     // Files and printing - xygraphwidget_files.cpp
-    virtual void onSave(); ///< asks for a file name; a failed write is told in a box
+    virtual void onSave(); ///< asks for a file name; a failed write is reported in a message box
     virtual void onPrint(); ///< prints title and plot on one page
     // Selection of an X range, continued
-    /// Opens the range box beside the parent, in place of the mouse tools, or closes it; tells it by a signal.
+    /// Opens the range box beside the parent, replacing the mouse tools, or closes it; emits a signal.
     virtual void onSelectXRange(bool);
-    virtual void onClearXRange(); ///< selects nothing, and tells it by xRangeSelectClear()
-    /// Return in the open editor: sets the end and ends automatic scaling. A value out of order is ignored. @{
+    virtual void onClearXRange(); ///< clears the selection and emits xRangeSelectClear()
+    /// Return in the open editor: sets the end and ends automatic scaling. A value that would reverse the range is
+    /// ignored. @{
     void onMinXEntered();
     void onMaxXEntered();
     void onMinYEntered();
     void onMaxYEntered();
     /// @}
-    void onTofRangeEdited(double x_min, double x_max); ///< from the range box: as SetXRange()
+    void onTofRangeEdited(double x_min, double x_max); ///< called by the range box; as SetXRange()
 
 public:
-    /// Takes mode and cursor from the check marks of the tools.
+    /// Sets mode and cursor according to the check marks of the tools.
     virtual void updateModeAndCursor();
-    /// Draws what lies over the picture, straight on the screen: the two lines of the selected X range.
+    /// Draws over the picture, directly on the screen: the two lines of the selected X range.
     virtual void paintSelectedRect(QPainter& painter);
     /// Draws the data into the clipped plot rectangle. Does nothing here.
     virtual void onPaint(QPainter& painter, QRect const& graph);
-    /// End of a rubber band: zooms to the values, or selects the X range. An axis whose upper end is not above the
-    /// lower one stays.
+    /// End of a rubber band: zooms to the values, or selects the X range. An axis whose upper end would not be above
+    /// the lower one is unchanged.
     virtual void onSetRectangle(double x1, double x2, double y1, double y2);
 
 protected:
@@ -207,7 +209,7 @@ protected:
     double m_minX = 0.0, m_maxX = 0.0;
     double m_minY = 0.0, m_maxY = 0.0;
     /// @}
-    /// The ranges as given at set-up. @{
+    /// The ranges as passed at setup. @{
     double m_initMinX = 0.0, m_initMaxX = 0.0;
     double m_initMinY = 0.0, m_initMaxY = 0.0;
     /// @}
@@ -217,12 +219,12 @@ protected:
     /// The subclass fits the range to its data. @{
     bool m_autoScaleX = true, m_autoScaleY = true;
     /// @}
-    bool m_initAutoScaleX = true; ///< as given to init()
+    bool m_initAutoScaleX = true; ///< as passed to init()
     /// The maximum stays the initial one, unrounded. @{
     bool m_manualX = false, m_manualY = false;
     /// @}
 
-    /// Decimals of the ticks: wanted, and the working copies of a paint. @{
+    /// Decimals of the ticks: requested, and the working copies of a paint. @{
     int m_decimalX = 0, m_decimalY = 0;
     int m_tickDecimalX = 0, m_tickDecimalY = 0;
     /// @}
@@ -237,14 +239,14 @@ protected:
     /// @}
 
     // Geometry
-    QRect m_graphRect; ///< inner plot rectangle of the latest paint, in the painter's coordinates
-    QMargins m_margin; ///< insets of the whole frame
+    QRect m_graphRect; ///< inner plot rectangle of the last paint, in the painter's coordinates
+    QMargins m_margin; ///< margins of the frame
 
     // Mouse
     int m_mode = 0; ///< 0 none, 1 rubber band, 2 zoom in, 3 zoom out, 4 move
     bool m_selecting = false; ///< a drag is under way
     QRect m_selectRect; ///< the rubber band, not clipped
-    QRubberBand m_rubberBand; ///< what the user sees of it, clipped
+    QRubberBand m_rubberBand; ///< the visible rubber band, clipped
     QPoint m_lastPos; ///< previous position while moving
 
     /// Entries of the menu, owned by the widget. @{
@@ -271,7 +273,7 @@ protected:
     double (*m_funcTick2X)(double, void*);
     /// @}
 
-    QString m_xRangeName; ///< the word for X in the menu and the range box
+    QString m_xRangeName; ///< the name for X in the menu and the range box
     XRangeInputDialog* m_xRangeDialog = nullptr; ///< the open box, a child
 
     std::unique_ptr<tarnis::LabelCache> m_labels; ///< layouts of tick labels

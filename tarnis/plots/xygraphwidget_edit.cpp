@@ -17,7 +17,7 @@ QString editText(double value)
     return QString::number(value, 'g', 6);
 }
 
-/// Text of the editor as a number, 0 for what is none. The editor goes.
+/// Closes the editor and returns its text as a number, 0 if it is not a number.
 double takeNumber(QLineEdit*& edit)
 {
     const double value = edit->text().toDouble();

@@ -40,7 +40,7 @@ void XYGraphWidget::onPrint()
         return;
     delete dialog;
     const std::unique_ptr<QPixmap> pixmap(toPixmap());
-    pixmap->setDevicePixelRatio(1.0); // the page is filled by the picture's own pixels
+    pixmap->setDevicePixelRatio(1.0); // the page is scaled by the picture's pixels
     tarnis::printPage(this, m_printer, [&](QPainter& painter) {
         QRect viewport = painter.viewport();
         const int margin = qMin(viewport.height() / 10, viewport.width() / 10);

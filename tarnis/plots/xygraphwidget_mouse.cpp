@@ -1,4 +1,4 @@
-// The mouse tools: their actions, the events, and what a drag or a click does to the ranges.
+// The mouse tools: their actions, the events, and how a drag or a click changes the ranges.
 #include "tarnis/plots/xygraphwidget.h"
 
 #include "tarnis/plots/math/axismapping_p.h"
@@ -11,7 +11,7 @@
 
 namespace {
 
-/// Unchecks the others if `chosen` is checked: the tools exclude each other by hand, not by a group.
+/// Unchecks the others if `chosen` is checked: the tools are exclusive without an action group.
 void excludeOthers(const QAction* chosen, std::initializer_list<QAction*> tools)
 {
     if (!chosen->isChecked())
@@ -22,7 +22,7 @@ void excludeOthers(const QAction* chosen, std::initializer_list<QAction*> tools)
     }
 }
 
-/// Values are divided by both sides, which may be negative where a plot is smaller than its margins.
+/// Values are divided by width and height, which may be negative if a plot is smaller than its margins.
 bool hasExtent(const QRect& graph)
 {
     return graph.width() != 0 && graph.height() != 0;

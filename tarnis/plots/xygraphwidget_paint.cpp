@@ -1,4 +1,4 @@
-// The frame drawn: ticks, labels, names, notes, grid, the subclass's data, and the overlay of the selected X range.
+// Draws the frame: ticks, labels, names, notes, grid, the subclass's data, and the overlay of the selected X range.
 #include "tarnis/plots/xygraphwidget.h"
 
 #include "tarnis/foundation/helpers.h"
@@ -28,7 +28,7 @@ struct CharSize {
     int height = 0;
 };
 
-/// A tick as it is drawn. The label is emptied when another one stands in its place.
+/// A tick to draw. The label is cleared if another one overlaps it.
 struct TickRecord {
     int position = 0; // column on the X axis, row on the Y axis
     QString label;
@@ -76,8 +76,8 @@ QList<TickRecord> recordsY(
     return records;
 }
 
-/// Keeps the rectangles of the first and last label as the widget's click targets, turned with a picture that stands
-/// upright. A list of one record leaves `last` alone.
+/// Stores the rectangles of the first and last label as the widget's click areas, rotated if the picture is upright.
+/// `last` is unchanged for a list of one record.
 void keepEnds(const QList<TickRecord>& records, bool upright, int frameHeight, QRect& first, QRect& last)
 {
     const auto onWidget = [&](const QRect& rect) {
@@ -90,7 +90,7 @@ void keepEnds(const QList<TickRecord>& records, bool upright, int frameHeight, Q
         last = onWidget(records.constLast().rect);
 }
 
-/// Draws marks and labels, the last record first. A drawn label clears the later ones that it touches.
+/// Draws marks and labels, the last record first. A drawn label clears later ones that overlap it.
 template <typename DrawMark>
 void paintTicks(QPainter& painter, tarnis::LabelCache& labels, QList<TickRecord> records, int flags, DrawMark drawMark)
 {
@@ -124,7 +124,7 @@ void paintNotes(QPainter& painter, const QRect& frame, const QRect& graph, const
     painter.drawText(rect, Qt::AlignRight | Qt::AlignVCenter, notes);
 }
 
-/// Fills the frame but for the inside of the graph, which is painted over.
+/// Fills the frame except for the inside of the graph, which is painted over.
 void fillAround(QPainter& painter, const QRect& frame, const QRect& graph)
 {
     const QRect inside = graph.adjusted(1, 1, -1, -1);
@@ -136,7 +136,7 @@ void fillAround(QPainter& painter, const QRect& frame, const QRect& graph)
         painter.fillRect(part, QBrush(Qt::lightGray));
 }
 
-/// True if a fill of the rectangle leaves no pixel of the painter's device as it was.
+/// True if filling the rectangle covers every pixel of the painter's device.
 bool coversAll(const QPainter& painter, const QRect& rect)
 {
     const QPaintDevice& device = *painter.device();
@@ -191,7 +191,7 @@ void XYGraphWidget::paint(QPainter& painter, QRect* rect)
     const auto [rangeX, rangeY] = visibleRanges();
     QList<double> inner =
         calcTicks(m_funcX2Tick(m_minX, m_funcUserData), m_funcX2Tick(m_maxX, m_funcUserData), m_tickDecimalX);
-    m_tickDecimalX = m_decimalX; // not before calcTicks(): new decimals reach the X axis one paint late
+    m_tickDecimalX = m_decimalX; // after calcTicks(): new decimals affect the X axis one paint late
     for (double& tick : inner)
         tick = m_funcTick2X(tick, m_funcUserData);
     const AxisTicks ticksX = tarnis::linearTicks(inner, rangeX);
@@ -242,7 +242,7 @@ void XYGraphWidget::paint(QPainter& painter, QRect* rect)
         painter.setClipRect(graph, Qt::ReplaceClip);
     const bool gridLast = m_paintGridOnGraph;
     if (gridLast)
-        onPaint(painter, graph); // may change a range that scales automatically: the grid takes the new one
+        onPaint(painter, graph); // may change an automatic range; the grid uses the new one
     if (m_showGrid) {
         const auto [x, y] = visibleRanges();
         paintGrid(
@@ -250,7 +250,7 @@ void XYGraphWidget::paint(QPainter& painter, QRect* rect)
     }
     if (!gridLast)
         onPaint(painter, graph);
-    viewTouched(); // the rectangle, and what subclasses change in their own members
+    viewTouched(); // the rectangle, and members that subclasses change
 }
 
 QPixmap* XYGraphWidget::toPixmap()
@@ -308,7 +308,7 @@ void XYGraphWidget::paintSelectedRect(QPainter& painter)
         painter.setPen(QPen(styling != nullptr ? styling->lineOverData() : QColor(Qt::white), 1, Qt::DashLine));
         for (const double bound : { m_xRangeMin, m_xRangeMax }) {
             const double x = calcWidgetPointF(QPointF(bound, 0.0)).x();
-            // Where the visible range is empty, the line is nowhere. Beyond the largest widget it cannot show.
+            // NaN if the visible range is empty. Beyond the largest widget it is not visible.
             if (std::fabs(x) <= QWIDGETSIZE_MAX)
                 painter.drawLine(QPointF(x, m_graphRect.top()), QPointF(x, m_graphRect.bottom()));
         }

@@ -1,4 +1,4 @@
-// The selected X range: its menu entries, its floating box, and the signals that tell of it.
+// The selected X range: its menu entries, its floating box, and its signals.
 #include "tarnis/plots/xygraphwidget.h"
 
 #include "tarnis/foundation/log.h"
@@ -19,7 +19,7 @@ bool equalLogged(double a, double b)
     return tarnis::plotEqual(a, b);
 }
 
-/// Docks the box to the right edge of the plot's parent, or of a plot without one.
+/// Docks the box to the right edge of the plot's parent, or of the plot if it has none.
 void placeBeside(QWidget& box, const QWidget& plot)
 {
     const QWidget* parent = plot.parentWidget();
@@ -109,7 +109,7 @@ void XYGraphWidget::onSelectXRange(bool checked)
     for (QAction* tool : { m_actRectangle, m_actZoomIn, m_actZoomOut, m_actMove })
         tool->setChecked(false);
     if (m_xRangeDialog != nullptr)
-        m_xRangeDialog->deleteLater(); // one box at a time, also when the slot is called twice
+        m_xRangeDialog->deleteLater(); // only one box, even if the slot is called twice
     m_xRangeDialog = new XRangeInputDialog(m_xRangeName, 'g', 9, this);
     connect(m_xRangeDialog, &XRangeInputDialog::edited, this, &XYGraphWidget::onTofRangeEdited);
     placeBeside(*m_xRangeDialog, *this);

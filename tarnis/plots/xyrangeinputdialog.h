@@ -9,8 +9,8 @@ namespace Ui {
 class XYRangeInputDialog;
 }
 
-/// A frameless box with a lower and an upper value of both axes. It opens empty; a text that is no number gives way to
-/// the last accepted one after Return or when the focus leaves.
+/// A frameless box with a lower and an upper value of both axes. It opens empty. A text that is not a number is
+/// replaced by the last accepted value after Return or when the focus is lost.
 class XYRangeInputDialog : public QDialog {
     Q_OBJECT
 
@@ -19,14 +19,14 @@ public:
     XYRangeInputDialog(QWidget* parent, char format, int precision);
     ~XYRangeInputDialog() override;
 
-    /// Stores the value and shows it, without a signal.
+    /// Sets the value without emitting a signal.
     void setXMin(double value);
     void setXMax(double value);
     void setYMin(double value);
     void setYMax(double value);
 
 Q_SIGNALS:
-    void edited(double x_min, double x_max, double y_min, double y_max); ///< after Return on a number
+    void edited(double x_min, double x_max, double y_min, double y_max); ///< emitted after Return on a number
 
 protected Q_SLOTS:
     void on_xMinEdit_returnPressed();

@@ -3,7 +3,7 @@
 namespace tarnis {
 namespace {
 
-constexpr double zoomStep = 0.05; // of the range
+constexpr double zoomStep = 0.05; // fraction of the range
 
 } // namespace
 

@@ -1,5 +1,5 @@
-// Arithmetic of an axis: tick values, rounded maxima, where a tick and its grid lines fall. Plain values in and out.
-// The order of every operation is kept, so that round ranges fall on whole pixels.
+// Arithmetic of an axis: tick values, rounded maxima, positions of ticks and grid lines. Pure functions. The order of
+// the floating-point operations is fixed, so that round ranges are on whole pixels.
 #pragma once
 
 #include "tarnis/plots/axisrange.h"
@@ -13,12 +13,12 @@ namespace tarnis {
 double floorLog10(double x);
 
 /// Round values from `a` to `b` with a step of 1, 2 or 5 times a power of ten, the largest below a quarter of the
-/// range; descending if a is above b. Without wanted decimals no step is below 1, with them none is below 0.001;
-/// `decimal` receives how many the step has if it falls below 1. Never empty; a NaN end gives one NaN.
+/// range; descending if a is above b. If `decimal` is 0, no step is below 1; otherwise none is below 0.001. `decimal`
+/// receives the number of decimals of a step below 1. Never empty; a NaN end yields one NaN.
 QList<double> calcTicks(double a, double b, int& decimal);
 
-/// Rounds a maximum up to a whole number of steps of the same rule, here below 1 too. `ticks` receives the number of
-/// steps, at least 4. 0 stays 0, negative and non-finite values give NaN.
+/// Rounds a maximum up to a multiple of a step of the same rule, which may be below 1 here. `ticks` receives the number
+/// of steps, at least 4. 0 stays 0; negative and non-finite values yield NaN.
 double adjustAxis(double value, unsigned int& ticks);
 
 /// The first of 1, 10, 100 and so on that is not below `value`; 1 for NaN.
@@ -27,13 +27,13 @@ double adjustLogAxis(double value);
 /// Ticks of an axis in plot order, both ends of the range included, and the distance of the inner ones.
 struct AxisTicks {
     QList<double> values;
-    double step = 0.0; ///< 0 on a log axis and where there is one inner tick only
+    double step = 0.0; ///< 0 on a log axis and if there is only one inner tick
 };
 
-/// Takes the ticks of calcTicks() and adds the ends of the range where no tick stands on them.
+/// Adds the ends of the range to the ticks of calcTicks(), unless they are ticks already.
 AxisTicks linearTicks(QList<double> inner, AxisRange range);
 
-/// The ends of the range and the powers of ten between them. A minimum that is a power of ten stands twice.
+/// The ends of the range and the powers of ten between them. A minimum that is a power of ten is listed twice.
 AxisTicks logTicks(AxisRange range);
 
 /// Pixel column of a value. Undefined positions (an empty range) are far outside.

@@ -65,7 +65,7 @@ int BinView::lineBottom(int row) const
 
 QRect BinView::bar(int row, int column) const
 {
-    // The sums are exact in double, so that a bar far larger than any widget keeps its edges on the right sides.
+    // The sums are exact in double, so that the edges of a bar far larger than any widget keep their order.
     const double left = std::trunc(leftEdge(*this, column));
     const double top = std::trunc(topEdge(*this, row));
     const double width = std::trunc(x.pixels);

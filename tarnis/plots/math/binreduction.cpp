@@ -9,10 +9,10 @@ namespace tarnis {
 
 namespace {
 
-/// What the groups of a pixel line hold so far.
+/// The partial results of the groups of a pixel line.
 struct Gathered {
     std::vector<double> values; // the sum, or the largest
-    std::vector<double> counts; // of the finite bins; for the mean
+    std::vector<double> counts; // number of finite bins, for the mean
 
     void start(std::size_t groups, BinReduction reduction)
     {
@@ -29,7 +29,7 @@ struct Gathered {
     }
 };
 
-/// The first bin of each group of neighbours at one pixel, and the end of the last group.
+/// The first bin of each group of adjacent bins at one pixel, and the end of the last group.
 template <typename PixelOf> std::vector<int> groupsOf(const BinSpan& span, int end, const PixelOf& pixelOf)
 {
     std::vector<int> first;

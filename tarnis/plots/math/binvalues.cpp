@@ -8,7 +8,7 @@ namespace tarnis {
 
 double smallestPositiveBin(const BinRows& rows)
 {
-    // Eight running minima, since one would wait for itself.
+    // Eight running minima, because a single one would be limited by latency.
     constexpr qsizetype lanes = 8;
     std::array<double, lanes> least {};
     least.fill(1.0);

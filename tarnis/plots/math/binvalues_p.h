@@ -1,4 +1,4 @@
-// The values of a map's bins. Plain arrays in and out.
+// The values of a map's bins. Pure functions on arrays.
 #pragma once
 
 #include <QList>

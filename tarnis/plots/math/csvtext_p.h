@@ -1,4 +1,4 @@
-// The text of the CSV files that the 1D plots write, and the way in which plots write numbers into texts.
+// The text of the CSV files of the 1D plots, and the number format of plots in texts.
 #pragma once
 
 #include <QList>
@@ -6,14 +6,14 @@
 
 namespace tarnis {
 
-/// A number in a CSV file or a read-out: six digits, format 'g', whatever the locale.
+/// A number in a CSV file or a read-out: six digits, format 'g', independent of the locale.
 QString plainNumber(double value);
 
-/// One sample a line, with its abscissa and a comma before it if there are as many of them as samples.
+/// One sample per line, preceded by its abscissa and a comma if there are as many abscissae as samples.
 QString csvOfSeries(const QList<double>& index, const QList<double>& samples);
 
-/// Columns side by side, as many lines as the longest has samples; a column without a sample leaves its place empty.
-/// The first lines, as many as `index` has values, begin with those; the others have no place for them.
+/// Columns side by side, as many lines as the longest has samples; missing samples are empty fields. The first lines
+/// begin with the values of `index`; the others have no such field.
 QString csvOfColumns(const QList<double>& index, const QList<QList<double>>& columns);
 
 } // namespace tarnis

@@ -13,7 +13,7 @@ namespace {
 
 constexpr int maxLinesAtFirst = 1024;
 
-/// Pixels may lie further apart than an int can tell.
+/// The distance of two pixels may exceed the range of int.
 qint64 distance(int a, int b)
 {
     return std::abs(qint64(a) - b);
@@ -34,7 +34,7 @@ void joinEverySample(
     }
 }
 
-// All samples of [begin, end) stand in one column.
+// All samples of [begin, end) are in one column.
 void joinColumn(CurveLines& curve, const SampleRun& samples, int begin, int end, int column, const ValueScale& y)
 {
     const auto point = [&](int index) {
@@ -46,11 +46,11 @@ void joinColumn(CurveLines& curve, const SampleRun& samples, int begin, int end,
     const bool logScale = y.kind() == ValueScale::Kind::Log;
     const double* run = samples.from(begin);
     const SampleExtremes extremes = logScale ? logExtremesOf(run, end - begin) : extremesOf(run, end - begin);
-    // On a log axis a tiny value counts as 0 and stands far below it: what is not drawn between zeros then matters.
+    // On a log axis a tiny value counts as 0 but is far below it, so it matters that lines between zeros are not drawn.
     if (extremes.finite && !(logScale && extremes.low <= DBL_EPSILON)) {
         const CurvePoint first = point(begin);
         const CurvePoint last = point(end - 1);
-        // On a smooth curve the ends are the extremes.
+        // Fast path: on a smooth curve the ends are the extremes.
         const auto rowOf = [&](double value) {
             return value == samples[begin]  ? first.pixel.y()
                 : value == samples[end - 1] ? last.pixel.y()
@@ -63,10 +63,10 @@ void joinColumn(CurveLines& curve, const SampleRun& samples, int begin, int end,
         curve.append(point(i));
 }
 
-// Remembers which rows of the present pixel column bear a cross.
+// Records which rows of the current pixel column contain a cross.
 class CrossRows {
 public:
-    /// False if the pixel bears one already. Rows far outside of a screen are not remembered.
+    /// False if the pixel already contains one. Rows far outside of a screen are not recorded.
     bool insert(int column, int row)
     {
         if (column != m_column || m_mark == 0) {
@@ -94,8 +94,8 @@ bool rowsFollowValues(const ValueScale& y)
     return y.isMonotone() && (y.kind() == ValueScale::Kind::Log || y.zeroesShareARow());
 }
 
-// The tallest of the columns of [begin, end), which hides the others as long as none hangs down from the base row;
-// false, and nothing appended, if that is not sure.
+// The tallest of the columns of [begin, end), which hides the others if none extends below the base row. Returns false
+// and appends nothing if that is not certain.
 bool appendTallest(QList<QRect>& rects, const SampleRun& samples, int begin, int end, int column, const ValueScale& y,
     const ColumnShape& shape, const Merging& merging)
 {
@@ -178,7 +178,7 @@ QList<QLine> joinSamples(
     return curve.lines;
 }
 
-// The far edges are cut, not the sizes: a column that begins far above the screen still ends at the base row.
+// Clamps the edges, not the size: a column that begins far above the screen still ends at the base row.
 QRect ColumnShape::rect(int column, int row) const
 {
     const auto farEdge = [](int near, double size) {

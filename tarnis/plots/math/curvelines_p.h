@@ -1,6 +1,5 @@
-// What the samples of a curve draw: lines that join them, columns, crosses. Samples that follow one another in the same
-// pixel column are drawn together where that covers exactly the pixels of one drawing call a sample; this holds for
-// opaque colours.
+// The drawing of a curve's samples: lines that join them, columns, crosses. Consecutive samples in the same pixel
+// column are merged if that covers exactly the pixels of one drawing call per sample; this requires opaque colours.
 #pragma once
 
 #include "tarnis/plots/math/curvescale_p.h"
@@ -12,7 +11,7 @@
 
 namespace tarnis {
 
-/// Consecutive samples, from index `firstIndex` on. Not owned.
+/// Consecutive samples, starting at index `firstIndex`. Not owned.
 struct SampleRun {
     const double* values = nullptr;
     int firstIndex = 0;
@@ -21,10 +20,10 @@ struct SampleRun {
     double operator[](int index) const { return *from(index); }
 };
 
-/// What may be drawn together.
+/// What may be merged.
 struct Merging {
-    bool columns = false; ///< samples of one pixel column, if what they draw lies within `area`
-    bool joins = false; ///< also, a line to the next column that lies within the upright lines of both is left out
+    bool columns = false; ///< samples of one pixel column whose drawing is within `area`
+    bool joins = false; ///< also, a line to the next column is omitted if the vertical lines of both cover it
     QRect area { QPoint(-pixelLimit, -pixelLimit), QPoint(pixelLimit, pixelLimit) };
 };
 
@@ -34,7 +33,7 @@ struct CurvePoint {
     bool zero = false; ///< the value counts as 0
 };
 
-/// Joins points to lines. Nothing joins two zeros, nor two points on one pixel.
+/// Joins points by lines. Two zeros, and two points on one pixel, are not joined.
 class CurveLines {
 public:
     explicit CurveLines(const Merging& merging)
@@ -46,13 +45,13 @@ public:
     void append(CurvePoint point);
 
     /// The next samples, at least one, all of one pixel column: the first and the last of them, and the highest and the
-    /// lowest row. All that count as 0 must stand on one row. False, and nothing done, if they may not be merged.
+    /// lowest row. All that count as 0 must be on one row. Returns false and does nothing if they may not be merged.
     bool appendColumn(CurvePoint first, CurvePoint last, int topRow, int bottomRow);
 
     QList<QLine> lines; ///< the result so far
 
 private:
-    /// Rows of an upright line; top is above bottom, or nothing was drawn.
+    /// Rows of a vertical line; empty unless top is above bottom.
     struct Rows {
         int top = 0;
         int bottom = 0;
@@ -67,12 +66,12 @@ private:
     bool m_hasPrevious = false;
 };
 
-/// Lines from sample to sample. `range` lies within the samples. Scale is SampleScale or FunctionScale.
+/// Lines from sample to sample. `range` must be within the samples. Scale is SampleScale or FunctionScale.
 template <typename Scale>
 QList<QLine> joinSamples(
     const SampleRun& samples, SampleRange range, const Scale& x, const ValueScale& y, const Merging& merging);
 
-/// Columns of a chart: how wide they are, and the row, in fractions, of their lower ends.
+/// Columns of a chart: their width, and the fractional row of their lower ends.
 struct ColumnShape {
     double pixelsPerSample = 0.0;
     double baseRow = 0.0;

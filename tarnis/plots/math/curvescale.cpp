@@ -7,7 +7,7 @@ namespace tarnis {
 
 namespace {
 
-// With fewer samples a column, looking at each of them is quicker than the formula.
+// With fewer samples per column, checking each of them is faster than the formula.
 constexpr double maxPixelsPerSampleToJump = 0.25;
 
 template <typename Scale> int scanColumn(const Scale& scale, int begin, int end)
@@ -56,7 +56,8 @@ double valuePixels(AxisRange y, bool logScale, int heightPixels)
     return range > 0.0 ? heightPixels / range : 0.0;
 }
 
-// The inverse formula gives the neighbourhood, the pixel of each index decides: it never falls as the index rises.
+// The inverse formula gives an estimate, which is corrected by the exact pixel of each index. That pixel is monotone in
+// the index.
 int SampleScale::endOfColumn(int begin, int end) const
 {
     if (!(pixelsPerSample > 0.0 && pixelsPerSample <= maxPixelsPerSampleToJump))

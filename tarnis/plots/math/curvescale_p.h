@@ -1,5 +1,5 @@
-// Where the samples of a curve fall: which of them are in view, and the pixel of an index and of a value. The order of
-// every operation is kept, so that pictures are the same to the pixel. Plain values in and out.
+// Positions of a curve's samples: which of them are visible, and the pixel of an index and of a value. The order of the
+// floating-point operations is fixed, so that pictures are reproduced to the pixel. Pure functions.
 #pragma once
 
 #include "tarnis/plots/math/axisticks_p.h"
@@ -9,15 +9,15 @@
 
 namespace tarnis {
 
-/// Samples in view as fractional indices, and the width of a sample in pixels.
+/// Visible samples as fractional indices, and the width of a sample in pixels.
 struct SampleView {
     double first = 0.0;
     double last = 0.0;
     double pixelsPerSample = 0.0;
 };
 
-/// X axis of a curve. On a manual axis the `count` samples spread over the initial range, else X is the index.
-/// `widthPixels` counts both edges. `resolution` widens the samples of an axis that is not manual, and nothing else.
+/// X axis of a curve. On a manual axis the `count` samples are spread over the initial range, else X is the index.
+/// `widthPixels` counts both edges. `resolution` only widens the samples of an axis that is not manual.
 SampleView sampleView(
     AxisRange visible, AxisRange initial, bool manual, qsizetype count, int widthPixels, unsigned int resolution = 1);
 
@@ -27,7 +27,7 @@ struct SampleRange {
     int end = 0;
 };
 
-/// The whole samples from `first` to `last`, within 0..count; empty where a limit is not a number.
+/// The complete samples from `first` to `last`, within 0..count; empty if a limit is NaN.
 SampleRange wholeSamples(double first, double last, qsizetype count);
 
 /// Pixels per unit of a Y axis of `heightPixels`, or per decade on a log axis. 0 if the range is not above 0, on a log
@@ -66,7 +66,7 @@ struct FunctionScale {
     int endOfColumn(int begin, int end) const;
 };
 
-/// The position of the first sample: `position` cut to a whole number and rounded down to a multiple of `resolution`;
+/// The position of the first sample: `position` truncated to an integer and rounded down to a multiple of `resolution`;
 /// 0 if it is not finite.
 double basePosition(double position, unsigned int resolution);
 
@@ -75,8 +75,8 @@ class ValueScale {
 public:
     enum class Kind {
         Linear,
-        Log, ///< values at or below 0 stand where 1 stands
-        LogWithFloor ///< values not more than 1 above the minimum lie on the bottom
+        Log, ///< values at or below 0 are at the position of 1
+        LogWithFloor ///< values not more than 1 above the minimum are at the bottom
     };
     ValueScale(Kind kind, double minimum, double pixelsPerUnit, int bottom)
         : m_kind(kind)
@@ -102,12 +102,12 @@ public:
         return m_kind == Kind::LogWithFloor && !(value - m_minimum > 1.0) ? m_bottom : rowOf(value);
     }
 
-    /// True if the rows of finite values never fall while the values rise (on a log axis: while those above 0 rise),
-    /// so that extreme values give extreme rows.
+    /// True if the row is a monotone function of finite values (on a log axis: of those above 0), so that extreme
+    /// values have extreme rows.
     bool isMonotone() const;
 
-    /// True if every value that counts as 0 stands on the row of 0. On a log axis, where small positive values lie far
-    /// below 0, this is false.
+    /// True if every value that counts as 0 is on the row of 0. False on a log axis, where small positive values are
+    /// far below 0.
     bool zeroesShareARow() const;
 
 private:
@@ -119,7 +119,7 @@ private:
 
     Kind m_kind;
     double m_minimum;
-    double m_origin; ///< of the axis, in decades on a log axis
+    double m_origin; ///< lower end of the axis, in decades on a log axis
     double m_pixelsPerUnit;
     int m_bottom;
 };

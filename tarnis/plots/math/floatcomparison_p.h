@@ -1,5 +1,4 @@
-// Numbers as the plots treat them: when two count as equal, and how a real number becomes a pixel or a whole number
-// without undefined behaviour.
+// Float comparison of the plots, and conversion to pixels and integers without undefined behaviour.
 #pragma once
 
 #include <algorithm>
@@ -9,23 +8,24 @@
 
 namespace tarnis {
 
-/// How far apart equal numbers may be: DBL_EPSILON times the larger magnitude, or DBL_EPSILON if that is at most 1.
+/// Tolerance of plotEqual(): DBL_EPSILON times the larger magnitude, or DBL_EPSILON if that is at most 1.
 inline double plotTolerance(double a, double b)
 {
     const double larger = std::max(std::fabs(a), std::fabs(b));
     return larger > 1.0 ? DBL_EPSILON * larger : DBL_EPSILON;
 }
 
-/// The plot tolerance, by its formula to the letter: NaN equals nothing, an infinity equals everything but itself.
+/// Compares exactly by the formula of the plot tolerance: NaN equals nothing, an infinity equals everything but itself.
 inline bool plotEqual(double a, double b)
 {
     return std::fabs(a - b) <= plotTolerance(a, b);
 }
 
-/// Pixels beyond this are far outside of any widget; sums of a few of them still fit into an int.
+/// Pixels beyond this are far outside of any widget; sums of a few of them fit into an int.
 constexpr int pixelLimit = 1 << 30;
 
-/// Cuts the fraction off. Values beyond the limit are cut to it, NaN becomes its negative: never in sight.
+/// Truncates the fraction. Values beyond the limit are clamped to it; NaN becomes the negative limit, which is never
+/// visible.
 inline int truncateToPixel(double value)
 {
     if (!(value > -pixelLimit))
@@ -33,7 +33,8 @@ inline int truncateToPixel(double value)
     return value < pixelLimit ? static_cast<int>(value) : pixelLimit;
 }
 
-/// Rounds to the nearest integer, halves away from zero. Values beyond int are cut to its ends, NaN becomes the lowest.
+/// Rounds to the nearest integer, halves away from zero. Values beyond int are clamped to its range; NaN becomes the
+/// lowest int.
 inline int roundToInt(double value)
 {
     if (!(value > std::numeric_limits<int>::min()))

@@ -28,7 +28,7 @@ QList<QLine> peakLines(const PeakSearch::Gaussian& peak, PeakExtent extent, doub
         if (previous)
             lines.append(QLine(*previous, point));
         previous = point;
-        // The sum of the steps, not start plus their product: its rounding shows in the pixels.
+        // Accumulates the steps instead of multiplying: the rounding is visible in the pixels.
         const double next = x + step;
         if (!(next > x))
             break;

@@ -9,7 +9,7 @@
 
 namespace tarnis {
 
-/// Where a peak's curve is drawn. The row is linear in the value, on a log axis too.
+/// The scales for drawing a peak's curve. The row is linear in the value, also on a log axis.
 struct PeakScale {
     double minX = 0.0;
     double pixelsPerX = 0.0;
@@ -25,12 +25,12 @@ struct PeakExtent {
     double stop = 0.0;
 };
 
-/// The part of `visible`, an ascending range, that lies within one and a half times the full width at half maximum of
-/// the centre; empty if stop is not above start.
+/// The part of `visible`, an ascending range, that is within 1.5 times the full width at half maximum of the centre;
+/// empty if stop is not above start.
 PeakExtent peakExtent(const PeakSearch::Gaussian& peak, AxisRange visible);
 
-/// Lines between the points of the curve at start, start + step and so on below stop. A step that does not move x
-/// ends them.
+/// Lines between the points of the curve at start, start + step and so on below stop. They end at a step that does not
+/// change x.
 QList<QLine> peakLines(const PeakSearch::Gaussian& peak, PeakExtent extent, double step, const PeakScale& scale);
 
 } // namespace tarnis

@@ -50,7 +50,7 @@ double sumOfRow(const QList<double>& values, int first, int end)
     return sum;
 }
 
-/// Enters the sum of one bin of the shown axis.
+/// Stores the sum of one bin of the shown axis.
 void enter(CutSums& sums, qsizetype entry, double sum, bool isInside, CutContent content)
 {
     sums.total += sum;

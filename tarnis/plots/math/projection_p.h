@@ -1,5 +1,5 @@
-// Arithmetic of the cut through a map: which bins it sums, where its edges stand, what a drag makes of them. Values in,
-// values out; no widget.
+// Arithmetic of the cut through a map: the summed bins, the positions of its edges, and how a drag changes them. Pure
+// functions without a widget.
 #pragma once
 
 #include "tarnis/plots/math/axisticks_p.h"
@@ -11,31 +11,31 @@
 
 namespace tarnis {
 
-/// What the mouse has hold of; the values of XY2DGraphWidget::m_cutDragEdge.
+/// The edge that the mouse drags; the values of XY2DGraphWidget::m_cutDragEdge.
 enum CutEdge : int { NoEdge = 0, MinXEdge = 1, MaxXEdge = 2, MaxYEdge = 3, MinYEdge = 4 };
 
-/// The edge within 4 pixels of a point, in the order of their numbers.
+/// The edge within 4 pixels of a point; of several, the one with the lowest number.
 CutEdge edgeAt(const QRect& cut, const QPoint& point);
 
-/// The cut rectangle in pixels, by truncation; a visible range that does not ascend has no extent.
+/// The cut rectangle in pixels, by truncation; the extent is empty if the visible range does not ascend.
 QRect cutPixels(AxisRange cutX, AxisRange cutY, AxisRange visibleX, AxisRange visibleY, const QRect& graph);
 
-/// Widens a range to whole bins. Its lower end is limited only from below, by 0, and its upper end only from above, by
-/// the number of bins, so that the ends of a range beyond the data can be exchanged.
+/// Widens a range to complete bins. Its lower end is only limited from below, by 0, and its upper end only from above,
+/// by the number of bins, so a range beyond the data can become reversed.
 AxisRange snappedToBins(AxisRange range, const BinAxis& axis, qsizetype bins);
 
-/// Rounds a range, in either order, to bin numbers: not below 0 at its lower end, not above the number of bins at its
-/// upper one.
+/// Rounds a range, in either order, to bin numbers: the lower end is at least 0, the upper end at most the number of
+/// bins.
 AxisRange roundedToBins(AxisRange range, qsizetype bins);
 
 /// Value of an edge that is dropped at a pixel, which is moved into the graph first.
 double edgeValue(CutEdge edge, QPoint point, AxisRange visibleX, AxisRange visibleY, const QRect& graph);
 
-/// Bins of one axis of a cut. All ends are excluded and can lie before their beginnings.
+/// Bins of one axis of a cut. All ends are exclusive and can be before their beginnings.
 struct CutSpan {
     int first = 0; ///< visible
     int end = 0; ///< not below 0
-    int cutFirst = 0; ///< inside the rectangle
+    int cutFirst = 0; ///< first bin inside the rectangle
     int cutEnd = 0;
     double step = 0.0;
     double initMin = 0.0;
@@ -51,8 +51,8 @@ struct CutSums {
     QList<double> values;
     QList<double> index; ///< axis value of each entry
     double peak = 0.0; ///< largest sum, at least 0
-    double inside = 0.0; ///< of the sums inside of the rectangle
-    double total = 0.0; ///< of all sums
+    double inside = 0.0; ///< total of the sums inside of the rectangle
+    double total = 0.0; ///< total of all sums
 };
 
 enum class CutContent { Nothing, Everything, InsideOnly };
@@ -67,14 +67,14 @@ CutSums sumsByRow(const BinRows& rows, const CutSpan& x, const CutSpan& y, CutCo
 void sumVisible(
     const BinRows& rows, const CutSpan& x, const CutSpan& y, QList<double>& horizontal, QList<double>& vertical);
 
-/// Where a plot and the window around it stand on the screen.
+/// Screen positions of a plot and its window.
 struct ScreenPlace {
     QRect plot;
     int frameRight = 0;
     int frameTop = 0;
 };
 
-/// "name from-to" for the range that was summed.
+/// "name from-to" for the summed range.
 QString cutLabel(const QString& name, double from, double to);
 
 /// Extent of a cut window beside a plot of that length.

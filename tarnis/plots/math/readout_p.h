@@ -1,4 +1,4 @@
-// What the tooltip of the multi-vector plot reads out under the mouse.
+// The read-out under the mouse in the tool tip of the multi-vector plot.
 #pragma once
 
 #include "tarnis/plots/math/axisticks_p.h"
@@ -12,7 +12,7 @@
 
 namespace tarnis {
 
-/// The X axis as the read-out sees it.
+/// The X axis for the read-out.
 struct ReadOutAxis {
     AxisRange visible;
     AxisRange initial;
@@ -25,25 +25,25 @@ struct ReadOutAxis {
 /// Index of the sample at plot X value `x`, within 0..count - 1. `count` is at least 1.
 int sampleAt(double x, const ReadOutAxis& axis, qsizetype count);
 
-/// The X value that is shown for a sample.
+/// The displayed X value of a sample.
 double shownX(int index, const ReadOutAxis& axis, qsizetype count);
 
-/// Sum of the samples of that index in all enabled series that are long enough.
+/// Sum of the samples with this index in all enabled series that are long enough.
 double sumAt(const QList<Series>& series, int index);
 
-/// The enabled series, among those long enough, whose sample is closest to `y`, and nearer than `reach`; the first of
-/// equals.
+/// The enabled, sufficiently long series whose sample is closest to `y` and nearer than `reach`; of equal ones the
+/// first.
 std::optional<int> seriesNearest(const QList<Series>& series, int index, double y, double reach);
 
-/// Words of the read-out.
+/// Terms of the read-out.
 struct ReadOutNames {
     QString x;
     QString group;
     int firstNumber = 0;
 };
 
-/// The text for a pixel strictly inside the graph; empty outside, without samples in the first series, and where no
-/// series is near. `summed` asks for one sum instead of the nearest series.
+/// The text for a pixel strictly inside the graph; empty outside, without samples in the first series, and if no series
+/// is near. `summed` shows one sum instead of the nearest series.
 QString readOut(const QList<Series>& series, QPoint pixel, const QRect& graph, const ReadOutAxis& axis, AxisRange y,
     bool summed, const ReadOutNames& names);
 

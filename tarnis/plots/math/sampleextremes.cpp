@@ -36,12 +36,12 @@ template <bool logScale> __m128d loadPair(const double* samples)
     const __m128d pair = _mm_loadu_pd(samples);
     if constexpr (!logScale)
         return pair;
-    // NaN is not at or below 0 and stays.
+    // NaN does not compare and is kept.
     const __m128d floored = _mm_cmple_pd(pair, _mm_setzero_pd());
     return _mm_or_pd(_mm_andnot_pd(floored, pair), _mm_and_pd(floored, _mm_set1_pd(1.0)));
 }
 
-// Four samples a step in two independent chains. NaN would get lost in minima, so it is looked for apart.
+// Four samples per step in two independent chains. Minima would drop NaN, so it is tested separately.
 template <bool logScale> SampleExtremes extremes(const double* samples, qsizetype count)
 {
     const double start = logScale && samples[0] <= 0.0 ? 1.0 : samples[0];

@@ -15,7 +15,7 @@ namespace {
 
 constexpr int rotationSize = 8;
 
-/// Samples that are added up at a time: all of them stay in the nearest cache.
+/// Samples that are summed at a time; they fit into the L1 cache.
 constexpr int samplesPerBlock = 1024;
 
 bool isEmpty(const QList<Series>& series, const SummedCurve& curve)
@@ -23,7 +23,7 @@ bool isEmpty(const QList<Series>& series, const SummedCurve& curve)
     return curve.records.isEmpty() || series.at(curve.records.constFirst()).values.isEmpty();
 }
 
-// Adds sample by sample, block by block; every sum is taken in the order of the records.
+// Adds block by block; each sum is in the order of the records.
 void addUp(const QList<Series>& series, const SummedCurve& curve, SampleRange range, double* sums)
 {
     for (int begin = range.begin; begin < range.end; begin += samplesPerBlock) {

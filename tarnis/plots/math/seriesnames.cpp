@@ -28,7 +28,7 @@ QString csvField(QString name)
     return u'"' + name.replace(u'"', QStringLiteral("\"\"")) + u'"';
 }
 
-/// The host's name of a record, or the one made of words.
+/// The host's name of a record, or else its name made of terms and numbers.
 QString nameOr(const SeriesWords& words, qsizetype record, const QString& other)
 {
     const QString name = words.names.value(record);
@@ -41,7 +41,7 @@ QString headingOr(const SeriesWords& words, qsizetype record, const QString& oth
     return name.isEmpty() ? other : csvField(name);
 }
 
-/// The host's name of a group, which has one if it is a single record.
+/// The record of a group that consists of a single record and so can have a host's name.
 qsizetype recordOfGroup(int group, int groupSize)
 {
     return groupSize == 1 ? group : -1;
@@ -95,7 +95,7 @@ int firstEnabled(const QList<Series>& series, int step)
     return -1;
 }
 
-/// Every `step`-th record from `first` on, started over while there are no samples.
+/// Every `step`-th record from `first` on; restarted while there are no samples.
 SummedCurve curveFrom(const QList<Series>& series, int first, int step, qsizetype end)
 {
     SummedCurve curve;

@@ -11,13 +11,13 @@ namespace tarnis {
 
 namespace {
 
-constexpr double tolerance = 1e-9; // of a step
+constexpr double tolerance = 1e-9; // fraction of a step
 constexpr double largestPlain = 1e5;
 constexpr double smallestPlain = 1e-3;
-constexpr int mostDecimals = 3; // of a mantissa
+constexpr int mostDecimals = 3; // decimals of a mantissa
 constexpr double room = 0.05;
-constexpr double leastRoom = 0.01; // before the axis grows
-constexpr double leastUse = 0.75; // before it shrinks
+constexpr double leastRoom = 0.01; // minimum free fraction before the axis grows
+constexpr double leastUse = 0.75; // minimum used fraction before the axis shrinks
 constexpr double lowestCount = 0.5;
 constexpr int mostTicks = 1000;
 
@@ -88,7 +88,7 @@ double largestMagnitude(const QList<double>& values)
     return largest;
 }
 
-/// A value of a decade plan: 1, 2 or 5 times a power of ten, or nothing of the kind.
+/// A value of a decade plan: 1, 2 or 5 times a power of ten, or neither.
 struct Decade {
     int exponent = 0;
     int mantissa = 1;
@@ -122,7 +122,8 @@ double roundDecadeFrom(double value)
     return 10.0 * power;
 }
 
-/// Counts up to ten begin below a single one, so that it can be told from none; larger values at a power of ten.
+/// Counts up to ten begin below 1, so that a single count can be distinguished from none; larger values begin at a
+/// power of ten.
 double lowestDecadeEnd(double smallest)
 {
     constexpr double below = 0.8;
@@ -158,7 +159,7 @@ TickPlan linearPlan(AxisRange range, int most, double smallestStep)
     plan.step = std::max(roundStepFrom(span / std::max(most, 1)), smallestStep);
     plan.major = multiplesIn({ low, high }, plan.step);
     if (const double finer = roundStepTo(plan.step * 0.6); most > 1 && plan.major.size() < 2 && finer >= smallestStep) {
-        plan.step = finer; // rounding up left too few to read the scale by
+        plan.step = finer; // rounding up left too few ticks
         plan.major = multiplesIn({ low, high }, plan.step);
     }
     const int parts = std::lround(plan.step / powerOfTen(-decimalsOf(plan.step))) == 2 ? 4 : 5;
@@ -263,7 +264,7 @@ AxisRange roomyRange(AxisRange data)
         return { 0.0, 1.0 };
     const double step = roundStepTo(span * room);
     if (!(step > 0.0))
-        return { low, high }; // beyond the smallest numbers
+        return { low, high }; // below the smallest numbers
     const auto rounded = [&](double end) { return std::ceil((end + span * room) / step - tolerance) * step; };
     return { low < 0.0 ? -rounded(-low) : 0.0, high > 0.0 ? rounded(high) : 0.0 };
 }

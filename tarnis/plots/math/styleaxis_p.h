@@ -1,5 +1,5 @@
-// Arithmetic of a styled axis: round ticks and their labels, and ranges that follow the data calmly. Plain values in
-// and out.
+// Arithmetic of a styled axis: round ticks and their labels, and ranges that follow the data with hysteresis. Pure
+// functions.
 #pragma once
 
 #include "tarnis/plots/axisrange.h"
@@ -11,19 +11,19 @@ namespace tarnis {
 
 /// Positions on an axis, ascending, inside the range.
 struct TickPlan {
-    QList<double> major; ///< with a label
+    QList<double> major; ///< ticks with a label
     QList<double> minor; ///< without
     double step = 0.0; ///< between major ticks; 0 on a logarithmic axis
 };
 
-/// The smallest of 1, 2, 5 times a power of ten that is not below `value`, which is above 0.
+/// The smallest of 1, 2, 5 times a power of ten that is not below `value`; `value` must be above 0.
 double roundStepFrom(double value);
 
 /// At most about `most` major ticks (at least 1) at round values, with a step of at least `smallestStep`. Empty for a
 /// range that is empty, not finite, or too narrow for a double.
 TickPlan linearPlan(AxisRange range, int most, double smallestStep);
 
-/// Powers of ten, with 2 and 5 between them where there are few. Within one decade as linearPlan(). Ends at or below 0
+/// Powers of ten, with 2 and 5 between them if there are few. Within one decade, as linearPlan(). Ends at or below 0
 /// count as 1.
 TickPlan decadePlan(AxisRange range, int most);
 
@@ -33,12 +33,12 @@ enum class LargeNumbers {
     Powers ///< 1.5×10⁶
 };
 
-/// A label; the exponent, if there is one, is raised behind the text.
+/// A label; an exponent is drawn as superscript after the text.
 struct AxisLabel {
     QString text;
     QString exponent;
 
-    /// The same on one line.
+    /// The label on one line.
     QString plain() const;
 };
 
@@ -48,25 +48,25 @@ QList<AxisLabel> axisLabels(const TickPlan& plan, LargeNumbers form);
 /// Labels of a logarithmic axis: 1, 10, 100 or, beyond 10 000 and below 0.001, powers of ten.
 QList<AxisLabel> decadeLabels(const TickPlan& plan, LargeNumbers form);
 
-/// The range of an axis that shows values from `data.min` to `data.max`: from 0, with 5 to 10 % of room beyond the
-/// extremes and round ends. 0 to 1 where there are none (both 0, or not finite).
+/// The range of an axis that shows values from `data.min` to `data.max`: includes 0, with 5 to 10 % of space beyond the
+/// extremes and round ends. 0 to 1 without values (both 0, or not finite).
 AxisRange roomyRange(AxisRange data);
-/// The same on a logarithmic axis, for the smallest value above 0 and the largest. Counts begin at 0.5, so that a
-/// single count is seen, or at a power of ten. 0.5 to 10 where nothing is above 0.
+/// As above, on a logarithmic axis, for the smallest value above 0 and the largest. Counts begin at 0.5, so that a
+/// single count is visible, or at a power of ten. 0.5 to 10 if no value is above 0.
 AxisRange roomyDecades(AxisRange data);
 
-/// `shown` as long as the data neither leave it nor come to fill less than three quarters of it, else the roomy range.
+/// `shown` if the data are within it and fill at least three quarters of it, else the roomy range.
 /// @{
 AxisRange calmRange(AxisRange shown, AxisRange data);
 AxisRange calmDecades(AxisRange shown, AxisRange data);
 /// @}
 
-/// `kept` as long as `needed` fits and is not smaller by more than `slack`: for room that follows labels.
+/// `kept` if `needed` fits and is not smaller by more than `slack`, else `needed`: for space that follows labels.
 int calmLength(int kept, int needed, int slack);
 
 /// The unit in a name such as "Energy [keV]" or "Energy (keV)"; empty without one.
 QString unitIn(const QString& name);
-/// The name with its unit, unless it names one already or there is none.
+/// The name with its unit, unless it already contains a unit or the unit is empty.
 QString withUnit(const QString& name, const QString& unit);
 
 } // namespace tarnis

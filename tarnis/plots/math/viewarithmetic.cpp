@@ -13,12 +13,12 @@ namespace {
 constexpr double zoomPerNotch = 1.2;
 constexpr double maxSpanOfData = 1.2;
 constexpr double eighthsPerNotch = 120.0;
-// Ends beyond this leave no room for sums and differences. No count and no channel is that large.
+// Ends beyond this could overflow in sums and differences. No count or channel is that large.
 constexpr double largestEnd = 1e300;
-// A span of fewer representable numbers would show steps of the number format instead of data.
+// A span of fewer representable numbers would show the resolution of double instead of data.
 constexpr double fewestNumbers = 1024.0;
 
-// Decades beyond this are no values any more.
+// Decades beyond this are not representable.
 constexpr double mostDecades = 300.0;
 
 bool isUsable(double low, double high, AxisScale scale)
@@ -38,14 +38,14 @@ double largestSpan(const ViewLimits& limits)
     return data > 0.0 && std::isfinite(data) ? std::max(data * maxSpanOfData, limits.minSpan) : largestEnd;
 }
 
-/// Puts an end back on the bits that it had if it has not moved: 0 stays 0 on a log axis too.
+/// Restores the exact value of an end that has not moved; so 0 stays 0 on a log axis.
 AxisRange backToValues(AxisRange range, AxisScale scale, double low, double high, double newLow, double newHigh)
 {
     return { newLow == low ? range.min : fromAxis(newLow, scale),
         newHigh == high ? range.max : fromAxis(newHigh, scale) };
 }
 
-/// What a range is divided by, limited so that the span stays between the limits and never jumps to one.
+/// The divisor of a range, limited so that the span stays within the limits and never jumps to one.
 double limitedFactor(double span, double factor, double smallest, double largest)
 {
     if (factor > 1.0)
@@ -100,7 +100,7 @@ AxisRange pannedView(AxisRange range, AxisScale scale, double share, const ViewL
     if (limits.data) {
         const auto [first, last] = std::minmax(limits.data->min, limits.data->max);
         const double middle = low + (high - low) / 2.0;
-        // A view that is outside already may come back, and moves no further out.
+        // A view that is already outside may move back, but not further out.
         shift = std::clamp(shift, std::min(first - middle, 0.0), std::max(last - middle, 0.0));
     }
     if (shift == 0.0 || !std::isfinite(shift))
@@ -119,7 +119,7 @@ AxisRange ZoomSteps::add(int eighths, const ViewLimits& limits)
     if (wanted == zoomed) {
         m_eighths += eighths;
         m_shown = zoomed;
-    } else { // at a limit: a new sequence begins there
+    } else { // at a limit, a new sequence begins
         m_shown = zoomedView(m_shown, m_scale, m_anchor, eighths / eighthsPerNotch, limits);
         m_start = m_shown;
         m_eighths = 0;

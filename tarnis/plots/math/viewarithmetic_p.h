@@ -1,5 +1,5 @@
-// Zooming and panning as arithmetic: ranges in, ranges out. On a logarithmic axis everything happens in decades. All
-// functions keep the direction of a range, which may run from high to low.
+// Arithmetic of zooming and panning: pure functions on ranges. A logarithmic axis is zoomed in decades. All functions
+// keep the direction of a range, which may run from high to low.
 #pragma once
 
 #include "tarnis/plots/axisrange.h"
@@ -10,36 +10,37 @@ namespace tarnis {
 
 enum class AxisScale { Linear, Log };
 
-/// The coordinate in which an axis is even: the value, or its decimal logarithm (0 for values at or below 0). @{
+/// The coordinate in which an axis is linear: the value, or its decimal logarithm (0 for values at or below 0). @{
 double toAxis(double value, AxisScale scale);
 double fromAxis(double position, AxisScale scale);
 /// @}
 
-/// How far a range may be zoomed and moved, in the coordinate of the axis.
+/// Limits of zooming and moving, in the coordinate of the axis.
 struct ViewLimits {
-    double minSpan = 0.0; ///< zooming in ends here
-    std::optional<AxisRange> data; ///< zooming out ends at 1.2 times this range, moving keeps the view's middle in it
+    double minSpan = 0.0; ///< minimum span when zooming in
+    std::optional<AxisRange> data; ///< zooming out ends at 1.2 times this range; moving keeps the view's centre inside
+                                   ///< it
 };
 
-/// What stays where it is while a range is zoomed.
+/// The fixed point of a zoom.
 struct ZoomAnchor {
     double share = 0.5; ///< position of the pointer, from 0 at `min` to 1 at `max`
-    bool keepsMin = false; ///< the lower end stays, whatever the pointer does
+    bool keepsMin = false; ///< the lower end is fixed instead
 };
 
 /// The range after `notches` of a wheel: 1.2 times smaller for each, larger for negative ones. At a limit the range has
-/// exactly the limit's span about the same anchor. A range beyond a limit is not zoomed further, but back at any time.
-/// Numbers that are not finite, and a range without extent, are returned as they are.
+/// exactly the limit's span about the same anchor. A range beyond a limit is not zoomed further, but can always be
+/// zoomed back. A non-finite or empty range is returned unchanged.
 AxisRange zoomedView(AxisRange range, AxisScale scale, ZoomAnchor anchor, double notches, const ViewLimits& limits);
 
-/// The range moved by `share` of its span: 0.1 shows what is a tenth of the range further up.
+/// The range moved by `share` of its span: 0.1 moves it up by a tenth.
 AxisRange pannedView(AxisRange range, AxisScale scale, double share, const ViewLimits& limits);
 
 /// Position of a value within the range, 0 at `min` and 1 at `max`; 0.5 for a range without extent.
 double shareOf(double value, AxisRange range, AxisScale scale);
 
-/// A sequence of wheel steps about one anchor. It is reckoned from the range at its start, so that steps forward and
-/// back by the same amount end at the same bits.
+/// A sequence of wheel steps about one anchor. It is computed from the range at its start, so that equal steps forward
+/// and back restore the range exactly.
 class ZoomSteps {
 public:
     ZoomSteps() = default;
@@ -50,10 +51,10 @@ public:
         , m_anchor(anchor)
     {
     }
-    /// Adds steps in eighths of a degree, as wheel events count them: 120 are a notch. Returns the new range. Steps
-    /// beyond a limit are forgotten, so that the first step back has an effect.
+    /// Adds steps in eighths of a degree, the unit of wheel events: 120 are a notch. Returns the new range. Steps
+    /// beyond a limit are dropped, so that the first step back has an effect.
     AxisRange add(int eighths, const ViewLimits& limits);
-    /// True if the range on show is still the one that this sequence returned, and the anchor the same.
+    /// True if the shown range is still the one that this sequence returned, and the anchor is unchanged.
     bool continues(AxisRange shown, AxisScale scale, ZoomAnchor anchor) const;
 
 private:

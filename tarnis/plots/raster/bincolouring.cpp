@@ -13,7 +13,7 @@ constexpr int tableSize = 1 << 16;
 constexpr QRgb unknownPixel = 1; // neither opaque nor noPixel
 constexpr int blendedAtOnce = 1 << 15;
 
-/// Place of an integer count in the table, or of the entry that stays unknown.
+/// Table index of an integer count, or of the entry that stays unknown.
 inline int tableIndex(double value)
 {
     double inside = value < tableSize ? value : tableSize;
@@ -78,8 +78,8 @@ void BinPixels::convertGroups(const double* values, const int* first, const int*
     const int base = first[0];
     const int all = first[count] - base;
     if (groups == nullptr && m_blendedValues <= 0 && all < 2 * count) {
-        // Side by side they are looked up faster, even if some are never seen.
-        m_row.resize(static_cast<std::size_t>(first[count])); // places as in the row itself
+        // Contiguous values are looked up faster, even if some are never visible.
+        m_row.resize(static_cast<std::size_t>(first[count])); // indices as in the row itself
         convertAt(values + base, nullptr, all, m_row.data() + base);
         const QRgb* row = m_row.data();
         for (int i = 0; i < count; ++i)
@@ -99,8 +99,8 @@ void BinPixels::convertGroups(const double* values, const int* first, const int*
         [this, values](const int* columns, int left, QRgb* found) { convertAt(values, columns, left, found); });
 }
 
-/// Looks at the further columns of groups without a pixel, one column of all of them at a time. Empty bins lie about at
-/// random: what is left to do is listed without a branch.
+/// Processes the further columns of groups without a pixel, one column of all groups at a time. Empty bins are random,
+/// so the remaining groups are listed without a branch.
 template <typename Find>
 void BinPixels::fillEmptyGroups(const int* first, const int* groups, int count, QRgb* pixels, const Find& find)
 {
@@ -134,7 +134,7 @@ void BinPixels::fillEmptyGroups(const int* first, const int* groups, int count, 
     }
 }
 
-/// Of values[columns[i]], or of values[i] if `columns` is null.
+/// Converts values[columns[i]], or values[i] if `columns` is null.
 void BinPixels::convertAt(const double* values, const int* columns, int count, QRgb* pixels)
 {
     if (m_blendedValues > 0) {
@@ -176,7 +176,7 @@ bool BinPixels::lookUp(const double* values, const int* columns, int count, QRgb
     return unknown != 0;
 }
 
-/// Blends what lookUp() did not find; integer counts are kept in the table.
+/// Blends the values that lookUp() did not find; integer counts are stored in the table.
 void BinPixels::resolve(const double* values, const int* columns, int count, QRgb* pixels)
 {
     int outside = 0;
@@ -191,7 +191,7 @@ void BinPixels::resolve(const double* values, const int* columns, int count, QRg
         else
             ++outside;
     }
-    // Many fractions or large counts: the look into the table only costs.
+    // With many fractions or large counts, the table lookup does not pay.
     if (outside > count / 4)
         m_blendedValues = blendedAtOnce;
 }

@@ -29,13 +29,13 @@ namespace {
 
 constexpr int lanes = 4;
 
-/// For each lane the entry of a column that its range names. `pick` holds both halves of each entry's place.
+/// For each lane, the column entry of its range. `pick` contains both halves of each entry's index.
 TARNIS_AVX2 inline __m256d entryOf(const ScaleRanges::Column& column, __m256i pick)
 {
     return _mm256_castps_pd(_mm256_permutevar8x32_ps(_mm256_castpd_ps(_mm256_loadu_pd(column.data())), pick));
 }
 
-/// One bit pattern of 32 bits for each lane, out of masks of 64 bits.
+/// Converts masks of 64 bits per lane to 32 bits per lane.
 TARNIS_AVX2 inline __m128i narrowed(__m256d mask)
 {
     const __m256i evenHalves = _mm256_setr_epi32(0, 2, 4, 6, 0, 2, 4, 6);
@@ -81,7 +81,8 @@ TARNIS_AVX2 inline __m256i loadWide(const void* from)
     return _mm256_loadu_si256(static_cast<const __m256i*>(from));
 }
 
-/// For each set of eight lanes, given as bits, the chosen lanes in ascending order and then any others.
+/// For each subset of eight lanes, given as bits, the lanes of the subset in ascending order, followed by arbitrary
+/// ones.
 constexpr std::array<std::array<std::uint8_t, 8>, 256> chosenLanes()
 {
     std::array<std::array<std::uint8_t, 8>, 256> table {};
@@ -96,8 +97,8 @@ constexpr std::array<std::array<std::uint8_t, 8>, 256> chosenLanes()
 }
 constexpr auto laneOrders = chosenLanes();
 
-/// Places in the table of four values; `size` for what is not an integer count below it. Negative numbers are large
-/// ones without a sign.
+/// Table indices of four values; `size` for anything but an integer count below `size`. Negative numbers are large as
+/// unsigned.
 TARNIS_AVX2 inline __m128i tablePlaces(__m256d value, __m128i size)
 {
     const __m128i whole = _mm256_cvttpd_epi32(value);
@@ -105,7 +106,7 @@ TARNIS_AVX2 inline __m128i tablePlaces(__m256d value, __m128i size)
     return _mm_min_epu32(_mm_or_si128(whole, narrowed(isFraction)), size);
 }
 
-/// Four values, side by side or from columns.
+/// Loads four values, contiguous or by column index.
 template <bool fromColumns> TARNIS_AVX2 inline __m256d loadLanes(const double* values, const int* columns, int i)
 {
     if constexpr (!fromColumns)

@@ -1,4 +1,4 @@
-// Loops over bins in lanes of 256 bits, for processors that have them. They give bit for bit what the plain loops give.
+// Loops over bins with 256-bit vectors (AVX2). The results are bit-identical to those of the plain loops.
 #pragma once
 
 #include <QRgb>
@@ -6,19 +6,19 @@
 #include <array>
 
 #if defined(__x86_64__) && defined(__GNUC__)
-/// Marks a function that is compiled for lanes of 256 bits. It may be called where hasAvx2().
+/// Marks a function that is compiled for AVX2. It may only be called if hasAvx2().
 #define TARNIS_AVX2 __attribute__((target("avx2")))
 #endif
 
 namespace tarnis {
 
-/// True if the functions below may be called: the processor has AVX2, and nothing has switched them off.
+/// True if the functions below may be called: the processor has AVX2, and it is not switched off.
 bool hasAvx2();
 
-/// Off lets all go through the plain loops. Not while anything is painted.
+/// Off selects the plain loops. Must not be called during painting.
 void setAvx2(bool on);
 
-/// Four ranges of a scale, each with a colour at both of its ends, one column per range.
+/// Four ranges of a scale, each with colours at both ends; one column per range.
 struct ScaleRanges {
     using Column = std::array<double, 4>;
 
@@ -39,37 +39,38 @@ void blendWide(const ScaleRanges& ranges, const double* values, int count, QRgb*
 /// A table of colours over a range of values.
 struct TableRange {
     double low = 0.0;
-    double width = 0.0; ///< of the range; may be negative
+    double width = 0.0; ///< width of the range; may be negative
     const QRgb* table = nullptr;
-    int size = 0; ///< of the table
+    int size = 0; ///< size of the table
 };
 
-/// Picks the entry at (value - low) / width * size, truncated and limited to the table; ScaleRanges::undefinedPixel
-/// where that is not a number.
+/// Picks the entry at (value - low) / width * size, truncated and limited to the table; ScaleRanges::undefinedPixel for
+/// NaN.
 void pickWide(const TableRange& range, const double* values, int count, QRgb* pixels);
 
 /// Sets to 0 the pixels of values that are at most `least` in magnitude, or infinite.
 void clearSmallWide(const double* values, int count, double least, QRgb* pixels);
 
 /// Looks up integer counts from 0 to `size` - 1, of values[columns[i]], or of values[i] if `columns` is null. For any
-/// other value table[size] is taken. True if one of the pixels is `unknown`.
+/// other value, table[size] is used. True if one of the pixels is `unknown`.
 bool lookUpWide(
     const double* values, const int* columns, int count, const QRgb* table, int size, QRgb unknown, QRgb* pixels);
 
-/// Writes the places at which a pixel stands, in ascending order, and gives their number. `places` has room for
-/// `count` + 7 entries.
+/// Writes the indices of all occurrences of a pixel, in ascending order, and returns their number. `places` must have
+/// space for `count` + 7 entries.
 int listWide(const QRgb* pixels, int count, QRgb pixel, int* places);
 
-/// Where eight neighbouring pixels take their colours from.
+/// The colour indices of eight adjacent pixels.
 struct SpreadBlock {
     static constexpr int width = 8;
 
-    std::array<int, width> place {}; ///< of each pixel's colour, counted from `first`
-    std::array<QRgb, width> shared {}; ///< all bits set where the colour before shows if the pixel's own is transparent
+    std::array<int, width> place {}; ///< index of each pixel's colour, relative to `first`
+    std::array<QRgb, width> shared {}; ///< all bits set if the previous colour is used when the pixel's own is
+                                       ///< transparent
     int first = 0;
 };
 
-/// Writes eight pixels for each block. Readable are colors[-1] and eight entries from each block's first one on.
+/// Writes eight pixels for each block. colors[-1] and eight entries from each block's first one must be readable.
 void spreadWide(const QRgb* colors, const SpreadBlock* blocks, std::size_t count, QRgb* pixels);
 
 /// Copies those of `count` pixels that are not 0.

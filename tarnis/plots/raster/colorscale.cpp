@@ -54,7 +54,7 @@ ColorScale::ColorScale(double low, double high, ScaleCurve curve, const ColorTab
     : m_curve(curve)
     , m_table(&table)
 {
-    // A zero of either sign is the same limit: equal limits must not differ in the sign of their width.
+    // Normalises -0.0: equal limits must not differ in the sign of their width.
     m_ranges.low = curved(low) + 0.0;
     m_ranges.high = curved(high) + 0.0;
 }
@@ -73,7 +73,7 @@ QColor ColorScale::color(double value) const
         return m_colors.back();
     const auto range = static_cast<std::size_t>(index);
     const double t = (v - m_ranges.base[range]) / m_ranges.width[range];
-    // The order of the comparisons keeps t in 0 to 1, unless it is not a number.
+    // The order of the comparisons keeps t in 0 to 1, unless it is NaN.
     if (std::isnan(t))
         return {};
     const std::array<int, 3> rgb = blend(range, t);
@@ -138,7 +138,7 @@ double ColorScale::logarithm(double value)
 
 int ColorScale::rangeOf(double v) const
 {
-    // In this order also where the points do not ascend or are not numbers.
+    // Tested in this order even if the points do not ascend or are NaN.
     if (v < m_ranges.base[1])
         return v < m_ranges.low ? below : 0;
     if (v < m_ranges.base[2])

@@ -1,5 +1,5 @@
 // The colour of a bin: five colours at equal distances over a range of values, or a table of many; on a linear, a
-// logarithmic or a square root scale. Values in, colours out; no widget.
+// logarithmic or a square root scale. No widget.
 #pragma once
 
 #include "tarnis/plots/raster/bincolouring_avx2_p.h"
@@ -15,7 +15,7 @@ namespace tarnis {
 /// Five points of the scale, from its lower end to its upper one.
 using ScaleColors = std::array<QColor, 5>;
 
-/// How the colours are spread over the values.
+/// How the colours are distributed over the values.
 enum class ScaleCurve {
     Linear,
     Log, ///< values at or below 0 count as 1
@@ -23,24 +23,25 @@ enum class ScaleCurve {
 };
 
 /// Maps values to colours. A blend of a and b takes each channel as b * t + a * (1 - t), truncated. The order of these
-/// operations is binding: between two equal channels the result can be one lower, so no table of levels gives the same.
+/// operations is fixed: between two equal channels the result can be one lower, so a table of levels could not
+/// reproduce it.
 ///
-/// With a table a value v takes the entry t * 256, truncated and limited to the table, for t = (v - low) / (high - low)
-/// in this order, each of the three taken on the scale's curve.
+/// With a table, a value v has the entry t * 256, truncated and limited to the table, for t = (v - low) / (high - low)
+/// in this order, where each of the three is transformed by the scale's curve.
 class ColorScale {
 public:
     ColorScale() = default;
     /// Range from `low` to `high`, which need not ascend; on a log scale values at or below 0 count as 1.
     ColorScale(double low, double high, bool logScale, const ScaleColors& colors);
     ColorScale(double low, double high, ScaleCurve curve, const ScaleColors& colors);
-    /// By a table, which must outlive the scale.
+    /// Uses a table, which must outlive the scale.
     ColorScale(double low, double high, ScaleCurve curve, const ColorTable& table);
 
-    /// An end colour as it stands beyond the range, an opaque blend inside it. Invalid where the blend is undefined:
-    /// for NaN, and for a value that equals both ends.
+    /// The unchanged end colour beyond the range, an opaque blend inside it. Invalid where the blend is undefined: for
+    /// NaN, and for a value that equals both ends.
     QColor color(double value) const;
 
-    /// What a pen of color() paints on a raster device: an invalid colour is black.
+    /// The pixel that a pen of color() paints on a raster device: an invalid colour is black.
     QRgb pixel(double value) const
     {
         const double v = curved(value);
@@ -52,10 +53,10 @@ public:
     /// pixel() of each of `count` values.
     void pixels(const double* values, int count, QRgb* pixels) const;
 
-    /// False if an end colour is not opaque: what it paints depends on what lies below.
+    /// False if an end colour is not opaque, so that the result depends on the background.
     bool isOpaque() const;
 
-    /// True if both give the same colour for every value. A range that is not a number equals nothing.
+    /// True if both give the same colour for every value. A NaN range equals nothing.
     bool operator==(const ColorScale& other) const;
 
 private:
@@ -85,7 +86,7 @@ private:
         return rgb;
     }
 
-    /// Without branches: neighbouring bins are noise, and a wrong guess costs more than the blend.
+    /// Without branches: adjacent bins are noise, and a misprediction costs more than the blend.
     QRgb ascendingPixel(double v) const
     {
         const ScaleRanges& r = m_ranges;
@@ -108,7 +109,7 @@ private:
         return (*m_table)[static_cast<std::size_t>(step < 0.0 ? 0.0 : (step > last ? last : step))];
     }
 
-    ScaleRanges m_ranges; ///< of the values on the scale's curve
+    ScaleRanges m_ranges; ///< ranges of the transformed values
     ScaleCurve m_curve = ScaleCurve::Linear;
     const ColorTable* m_table = nullptr; ///< null for five colours
     bool m_ascending = false; ///< the five points are finite and ascend

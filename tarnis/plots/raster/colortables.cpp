@@ -18,7 +18,7 @@ constexpr QRgb digitOf(char digit)
     return static_cast<QRgb>(digit <= '9' ? digit - '0' : digit - 'a' + 10);
 }
 
-/// Of six hexadecimal digits for each colour: red, green, blue.
+/// Parses six hexadecimal digits for each colour: red, green, blue.
 constexpr ColorTable tableOf(std::string_view digits)
 {
     constexpr std::size_t each = 6;

@@ -10,10 +10,10 @@ namespace tarnis {
 
 namespace {
 
-constexpr int strips = 4; // of a pixel column
+constexpr int strips = 4; // strips per pixel column
 constexpr float fillOpacity = 0.45F;
-constexpr double gapFrom = 8.0; // pixels of a bin from which columns are drawn apart
-constexpr double gapShare = 0.08; // of a bin, on either side
+constexpr double gapFrom = 8.0; // bin width in pixels from which columns are drawn with gaps
+constexpr double gapShare = 0.08; // fraction of a bin on each side
 
 struct Extremes {
     double low = 0.0;
@@ -21,7 +21,7 @@ struct Extremes {
     bool any = false;
 };
 
-/// Those of the numbers among the samples.
+/// The extremes of the samples, ignoring NaN.
 Extremes extremesOfNumbers(const SampleRun& samples, int begin, int end)
 {
     if (end - begin > 4) {
@@ -68,7 +68,7 @@ struct CurveCoverage::Bins {
     /// Left edge of the i-th bin from the left, in strips.
     double edge(double i) const { return strips * columns.edge(isReversed ? first + count - i : first + i); }
     double middle(int i) const { return edge(i + 0.5); }
-    /// One past the last bin from i on for which position() is within the strip.
+    /// One past the last bin, starting at i, whose position() is within the strip.
     template <typename Position> int endOfStrip(int i, int strip, const Position& position) const
     {
         int end = i + 1;
@@ -95,7 +95,7 @@ void CurveCoverage::begin(QSize size)
     m_image.fill(0U);
     m_width = m_image.width();
     m_height = m_image.height();
-    m_slopes.resize(std::size_t(m_width) * std::size_t(m_height + 2)); // all 0: each curve leaves them so
+    m_slopes.resize(std::size_t(m_width) * std::size_t(m_height + 2)); // all 0: each curve restores them
     m_coverage.resize(std::size_t(m_width));
     m_topRow = m_height;
     m_bottomRow = -1;
@@ -128,7 +128,7 @@ void CurveCoverage::add(const SmoothCurve& curve, const SmoothColumns& columns, 
     blend(curve.color, 1.0F);
 }
 
-// A margin on both sides holds what a thick line brings in from there.
+// A margin on both sides for thick lines that extend into the image.
 constexpr int marginStrips = 16 * strips;
 
 void CurveCoverage::clearSpans()
@@ -151,7 +151,7 @@ void CurveCoverage::widen(int strip, double a, double b)
     m_last = std::max(m_last, index);
 }
 
-/// The strips between the abscissae, which ascend.
+/// Covers the strips between the abscissae, which ascend.
 void CurveCoverage::joinPoints(double u0, double row0, double u1, double row1)
 {
     const double begin = std::max(u0, double(-marginStrips));
@@ -242,7 +242,7 @@ void CurveCoverage::addColumns(const SmoothCurve& curve, const SmoothColumns& co
     }
 }
 
-/// The strips whose middle is between the abscissae.
+/// Covers the strips whose middle is between the abscissae.
 void CurveCoverage::fill(double u0, double u1, double a, double b)
 {
     const auto stripFrom = [this](double u) {
@@ -255,7 +255,8 @@ void CurveCoverage::fill(double u0, double u1, double a, double b)
         widen(strip, a, b);
 }
 
-/// Draws a round pen along the spans: a strip beside receives the spans with the height that the circle has there.
+/// Draws a round pen along the spans: nearby strips receive the spans, enlarged by the height of the circle at that
+/// distance.
 void CurveCoverage::thicken(double radius)
 {
     if (m_last < m_first)
@@ -270,7 +271,8 @@ void CurveCoverage::thicken(double radius)
         const int end = std::min(m_last + 1, size - std::max(offset, 0));
         const Span* from = m_spans.data();
         Span* to = m_thick.data() + offset;
-        for (int i = begin; i < end; ++i) { // empty spans stay empty: the height is lost beside their far ends
+        for (int i = begin; i < end; ++i) { // empty spans stay empty: the height is negligible compared with their
+                                            // inverted ends
             to[i].top = std::min(to[i].top, from[i].top - height);
             to[i].bottom = std::max(to[i].bottom, from[i].bottom + height);
         }
@@ -288,8 +290,8 @@ void CurveCoverage::cover()
         coverStrip(i - marginStrips, m_spans[std::size_t(i)]);
 }
 
-/// Turns a span into changes of coverage: an edge within a row changes this row by the share below it and the next one
-/// by the rest.
+/// Turns a span into changes of coverage: an edge within a row changes this row by the fraction below it and the next
+/// one by the rest.
 void CurveCoverage::coverStrip(int strip, Span span)
 {
     const float top = std::max(span.top, 0.0F);
@@ -314,8 +316,8 @@ void CurveCoverage::coverStrip(int strip, Span span)
 
 namespace {
 
-/// Adds the changes of a row to the coverage, and lays the colour over the pixels by it. Two channels at a time, in
-/// parts of 256, so that the compiler can do several pixels at once.
+/// Adds the changes of a row to the coverage, and blends the colour over the pixels. Two channels at a time, in 1/256,
+/// so that the compiler can vectorise.
 void blendRow(float* coverage, float* slopes, QRgb* pixels, int count, QRgb color, float opacity)
 {
     constexpr QRgb even = 0x00ff00ffU;
@@ -343,7 +345,7 @@ void CurveCoverage::blend(QRgb color, float opacity)
 {
     std::fill(m_coverage.begin(), m_coverage.end(), 0.0F);
     const int last = std::min(m_bottomRow + 1, m_height + 1);
-    // One row more: what is left to be taken back there is cleared with it.
+    // One row more, to clear the remaining changes there.
     for (int row = m_topRow; row <= last; ++row) {
         float* const slopes = m_slopes.data() + std::size_t(row) * std::size_t(m_width);
         if (row < m_height)
@@ -356,13 +358,13 @@ void CurveCoverage::blend(QRgb color, float opacity)
     m_bottomRow = -1;
 }
 
-/// Each disc covers its own strips, one disc for each half pixel that holds any.
+/// Each disc covers its own strips; one disc for each half pixel that contains any point.
 void CurveCoverage::addPoints(const SmoothCurve& curve, const SmoothColumns& columns, const SmoothRows& rows)
 {
     const Bins bins(columns, curve.range);
     const double radius = curve.width / 2.0;
     const int reach = static_cast<int>(std::floor(radius * strips));
-    constexpr int fine = 2; // places in a pixel that are told apart, in each direction
+    constexpr int fine = 2; // sub-pixel positions in each direction
     std::vector<bool> isTaken(std::size_t(m_width + 2) * std::size_t(m_height + 2) * fine * fine, false);
     for (int i = 0; i < bins.count; ++i) {
         const double row = rows.at(curve.samples[bins.index(i)]);

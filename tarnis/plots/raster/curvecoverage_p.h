@@ -1,5 +1,4 @@
-// Curves with smooth edges, drawn at the speed of their pixels instead of their samples. Values in, pixels out; no
-// painter.
+// Antialiased curves, drawn in a time proportional to their pixels, not their samples. No painter.
 #pragma once
 
 #include "tarnis/plots/math/curvelines_p.h"
@@ -14,19 +13,19 @@ namespace tarnis {
 
 /// How a styled curve joins its samples.
 enum class CurveShape {
-    Lines, ///< the middles of the bins, joined
+    Lines, ///< joined middles of the bins
     Steps, ///< the outline of the bins
     Columns, ///< filled down to the base
-    Points ///< a disc on the middle of each bin
+    Points ///< a disc at the middle of each bin
 };
 
-/// Rows of values, in fractions of a pixel. Values that are not numbers have none.
+/// Rows of values, in fractions of a pixel. NaN has no row.
 struct SmoothRows {
     bool isLog = false;
-    double minimum = 0.0; ///< at the bottom; its logarithm on a logarithmic axis
-    double pixelsPerUnit = 0.0; ///< or per decade
+    double minimum = 0.0; ///< value at the bottom; its logarithm on a logarithmic axis
+    double pixelsPerUnit = 0.0; ///< pixels per unit or per decade
     double bottom = 0.0; ///< row of the minimum
-    double limit = 1e6; ///< rows further away are cut to it
+    double limit = 1e6; ///< rows further away are clamped to it
 
     /// On a logarithmic axis, values at or below 0 are below everything.
     double at(double value) const;
@@ -36,7 +35,7 @@ struct SmoothRows {
 struct SmoothColumns {
     double origin = 0.0; ///< left edge of bin 0
     double pixelsPerBin = 1.0; ///< negative on a reversed axis
-    std::function<double(double)> function; ///< of the bin number, where bins are not equally wide; must be monotone
+    std::function<double(double)> function; ///< position by bin number, for bins of different widths; must be monotone
 
     double edge(double bin) const { return function ? function(bin) : origin + pixelsPerBin * bin; }
 };
@@ -44,27 +43,27 @@ struct SmoothColumns {
 /// One curve to draw.
 struct SmoothCurve {
     SampleRun samples;
-    SampleRange range; ///< those that are drawn; `samples` holds them
+    SampleRange range; ///< the range to draw, which `samples` must contain
     CurveShape shape = CurveShape::Lines;
-    double width = 1.5; ///< of the line, diameter of the discs; pixels
+    double width = 1.5; ///< width of the line or diameter of the discs in pixels
     double base = 0.0; ///< row of the lower end of columns
     QRgb color = 0xff000000;
 };
 
-/// Collects curves in an image. Each pixel column is cut into a few strips; in each of them the curve extends from its
-/// highest to its lowest row, exactly, and the share of a pixel that these cover is the opacity. So no sample is left
-/// out, however many there are in a column, and nothing depends on the order of the samples of a strip.
+/// Collects curves in an image. Each pixel column is cut into a few strips; in each of them the curve extends exactly
+/// from its highest to its lowest row, and the covered fraction of a pixel is the opacity. So no sample is omitted,
+/// however many there are in a column, and the order of the samples in a strip does not matter.
 class CurveCoverage {
 public:
     /// Clears the image to transparent, of that size.
     void begin(QSize size);
-    /// Draws over what is there. Samples that are not numbers leave a gap.
+    /// Draws over the previous content. NaN samples leave a gap.
     void add(const SmoothCurve& curve, const SmoothColumns& columns, const SmoothRows& rows);
     /// Premultiplied.
     const QImage& image() const { return m_image; }
 
 private:
-    struct Span { // of a strip; empty while the top is below the bottom
+    struct Span { // rows of a strip; empty while the top is below the bottom
         float top;
         float bottom;
     };
@@ -85,14 +84,14 @@ private:
     QImage m_image;
     int m_width = 0;
     int m_height = 0;
-    int m_first = 0; // strips that hold a span
+    int m_first = 0; // strips with a span
     int m_last = -1;
-    int m_topRow = 0; // rows that are covered
+    int m_topRow = 0; // covered rows
     int m_bottomRow = -1;
     std::vector<Span> m_spans;
     std::vector<Span> m_thick;
-    std::vector<float> m_slopes; // change of coverage from row to row, one line of pixels after the other
-    std::vector<float> m_coverage; // of a row
+    std::vector<float> m_slopes; // change of coverage from row to row, line by line
+    std::vector<float> m_coverage; // coverage of a row
 };
 
 } // namespace tarnis

@@ -12,7 +12,7 @@ namespace tarnis {
 
 namespace {
 
-// Halves always go up, on both sides of an edge alike.
+// Rounds halves up, equally on both sides of an edge.
 int roundedUp(double value)
 {
     return static_cast<int>(std::floor(value + 0.5));
@@ -74,7 +74,7 @@ void DevicePixels::fill(QPainter& painter, const QRect& pixels, const QColor& co
     fillOnDevice(painter, onDevice(pixels), color);
 }
 
-// Mapped back, the edges are so near to the device's that the engine's rounding finds them.
+// After mapping back, the edges are close enough to the device's that the engine's rounding restores them.
 void DevicePixels::fillOnDevice(QPainter& painter, const QRect& device, const QColor& color) const
 {
     if (device.isValid())

@@ -1,4 +1,4 @@
-// Pixels of a plot on a device with more of them, as on a screen whose ratio of pixels is 1.5.
+// Draws a plot's pixels on a device with a higher resolution, for example a device pixel ratio of 1.5.
 #pragma once
 
 #include <QRect>
@@ -13,12 +13,12 @@ QT_END_NAMESPACE
 
 namespace tarnis {
 
-/// Draws the painter's pixels so that every edge is an edge of the device's pixels: neighbours meet without a gap, and
-/// lines have one thickness wherever they are. Qt rounds the position and the size of each figure separately, and a
-/// scaled pen covers now one and now two pixels.
+/// Draws the painter's pixels so that every edge is on an edge of the device's pixels: adjacent figures touch without a
+/// gap, and all lines have the same thickness. Qt rounds position and size of each figure separately, and a scaled pen
+/// covers sometimes one and sometimes two pixels.
 class DevicePixels {
 public:
-    /// For a raster engine without antialiasing that scales, upright or by quarter turns. None at ratio 1, where the
+    /// For a raster engine without antialiasing that scales, upright or by quarter turns. Empty at ratio 1, where the
     /// painter's own calls draw whole pixels.
     static std::optional<DevicePixels> of(const QPainter& painter);
 
@@ -26,8 +26,8 @@ public:
     QRectF aligned(const QRect& pixels) const;
     /// Fills a rectangle of the painter's pixels.
     void fill(QPainter& painter, const QRect& pixels, const QColor& color) const;
-    /// A line through the painter's pixels of a column or a row, both ends included: as many of the device's pixels
-    /// wide as the ratio says, rounded, at least one. @{
+    /// A line through the painter's pixels of a column or a row, both ends inclusive. Its width in device pixels is the
+    /// rounded ratio, at least one. @{
     void drawColumn(QPainter& painter, int x, int top, int bottom, const QColor& color) const;
     void drawRow(QPainter& painter, int y, int left, int right, const QColor& color) const;
     /// @}
@@ -39,9 +39,9 @@ private:
     QRect onDevice(const QRect& pixels) const;
     void fillOnDevice(QPainter& painter, const QRect& device, const QColor& color) const;
 
-    QTransform m_transform; ///< from the painter to the device
+    QTransform m_transform; ///< from painter to device
     QTransform m_inverse;
-    int m_thickness; ///< of a line, in pixels of the device
+    int m_thickness; ///< thickness of a line in device pixels
 };
 
 } // namespace tarnis

@@ -17,8 +17,8 @@ constexpr int bandWidth = 16;
 constexpr qint64 wholePixel = 1 << 16;
 
 /// Along a line's longer side, from `begin` to `end`, the other coordinate rises or falls from `cross` to `crossEnd`
-/// in steps with 16 fractional bits, rounded as the raster engine does: half a step ahead where it rises, none where
-/// it falls. Calls addRun(cross, first, last) for each stretch on one coordinate.
+/// in steps with 16 fractional bits, rounded as by the raster engine: half a step ahead where it rises, none where it
+/// falls. Calls addRun(cross, first, last) for each run on one coordinate.
 template <typename AddRun> void forEachRun(int begin, int end, int cross, int crossEnd, AddRun addRun)
 {
     const qint64 slope = begin == end ? 0 : (crossEnd - cross) * wholePixel / (end - begin);
@@ -26,7 +26,7 @@ template <typename AddRun> void forEachRun(int begin, int end, int cross, int cr
         return addRun(cross, begin, end);
     const bool rises = slope > 0;
     const qint64 step = rises ? slope : -slope;
-    // How far the line may go on before it leaves the present coordinate.
+    // Remaining length of the line on the current coordinate.
     qint64 room = rises ? wholePixel - 1 - (slope - (slope >> 1)) : 0;
     for (int first = begin; first <= end;) {
         const int last = static_cast<int>(std::min<qint64>(end, begin + room / step));
@@ -57,7 +57,7 @@ void writeWord(QRgb* pixels, unsigned int bits, QRgb color)
         pixels[std::countr_zero(bits)] = color;
 }
 
-/// The same where all pixels of the band lie within the image.
+/// As above, if all pixels of the band are within the image.
 void writeWholeWord(QRgb* pixels, unsigned int bits, QRgb color)
 {
 #if defined(__SSE2__)
@@ -85,7 +85,7 @@ void LineRasterizer::Rows::include(int first, int last, int count)
     pixels += count;
 }
 
-// Setting one pixel after the other is quicker then.
+// Setting single pixels is faster then.
 bool LineRasterizer::Rows::areSparse() const
 {
     constexpr int fewPixels = 3; // a row

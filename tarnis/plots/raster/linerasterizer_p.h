@@ -1,5 +1,5 @@
-// A set of pixels that is collected and then written in one colour at once. A line covers exactly the pixels that Qt's
-// raster engine gives to a line of one pixel's width between whole coordinates.
+// Collects a set of pixels and writes them in one colour. A line covers exactly the pixels that Qt's raster engine sets
+// for a one-pixel line between integer coordinates.
 #pragma once
 
 #include <QPoint>
@@ -11,7 +11,7 @@
 
 namespace tarnis {
 
-/// The lines of an image with 32 bits a pixel. Not owned.
+/// The lines of an image with 32 bits per pixel. Not owned.
 struct PixelRows {
     uchar* bits = nullptr;
     qsizetype bytesPerLine = 0;
@@ -19,7 +19,7 @@ struct PixelRows {
     QRgb* at(int x, int y) const { return reinterpret_cast<QRgb*>(bits + y * bytesPerLine) + x; }
 };
 
-/// Pixels within `area`; what is added outside of it is left out. Ends of runs and of lines are included.
+/// Pixels within `area`; pixels outside of it are ignored. Ends of runs and lines are inclusive.
 class LineRasterizer {
 public:
     explicit LineRasterizer(const QRect& area);
@@ -29,7 +29,7 @@ public:
     /// Coordinates within 2^15.
     void addLine(QPoint from, QPoint to);
 
-    /// Gives the pixels their colour and empties the set. The rows hold `area`.
+    /// Writes the pixels in one colour and clears the set. The rows must contain `area`.
     void writeTo(const PixelRows& rows, QRgb color);
 
 private:
@@ -37,7 +37,7 @@ private:
     struct Rows {
         int top = 0;
         int bottom = -1;
-        qint64 pixels = 0; ///< added so far; those added twice count twice
+        qint64 pixels = 0; ///< number of added pixels; pixels added twice count twice
         void include(int first, int last, int count);
         bool areSparse() const;
     };
@@ -45,9 +45,10 @@ private:
     quint16* band(int number) { return m_bits.data() + static_cast<std::size_t>(number) * m_height; }
 
     QRect m_area;
-    std::size_t m_height; ///< of the area
-    std::vector<quint16> m_bits; ///< for each band of 16 columns a word a row, the leftmost column in the lowest bit
-    std::vector<Rows> m_rows; ///< of each band, from the top of the area
+    std::size_t m_height; ///< height of the area
+    std::vector<quint16> m_bits; ///< one word per row for each band of 16 columns, with the leftmost column in the
+                                 ///< lowest bit
+    std::vector<Rows> m_rows; ///< rows of each band, from the top of the area
 };
 
 } // namespace tarnis

@@ -8,7 +8,7 @@ namespace tarnis {
 
 namespace {
 
-constexpr double largestBin = 1 << 13; // pixels; a larger one leaves a handful of drawing calls
+constexpr double largestBin = 1 << 13; // in pixels; larger bins need only a few drawing calls
 constexpr int largestSide = 1 << 14;
 constexpr int narrowBlock = 4;
 constexpr int barBlock = 16;
@@ -18,7 +18,7 @@ bool isOrdinary(const BinSpan& span)
     return span.pixels > 0.0 && span.pixels <= largestBin && std::isfinite(span.low);
 }
 
-/// A bar of `width` pixels of one colour; up to `block` pixels behind it may be written too.
+/// Writes a bar of `width` pixels of one colour; may also write up to `block` pixels after it.
 template <int block> void paintBar(QRgb* pixels, int width, QRgb color)
 {
     for (int i = 0; i < width; i += block)
@@ -73,8 +73,8 @@ void BinRaster::planColumns(const BinView& view, int deviceX)
         const int left = pixel - view.rect.left();
         if (left >= m_size.width())
             break;
-        // Only the first column can begin outside of the plot. The one at pixel -1 is left out: a row begins as if that
-        // pixel had been painted.
+        // Only the first column can begin outside of the plot. One at pixel -1 is skipped, as if that pixel had already
+        // been painted.
         if (pixel == -1 || left + m_extent < 0 || (!m_left.empty() && m_left.back() == left))
             continue;
         const int onDevice = pixel + deviceX;
@@ -108,7 +108,7 @@ void BinRaster::planPixels()
     planSpread();
 }
 
-/// Where each pixel of a line takes its colour from, eight pixels at a time.
+/// Computes the colour index of each pixel of a line, eight pixels at a time.
 void BinRaster::planSpread()
 {
     m_spread.clear();
@@ -121,7 +121,7 @@ void BinRaster::planSpread()
         for (int i = 0; i < SpreadBlock::width; ++i) {
             const int pixel = m_firstPixel + x + i;
             if (group < last && m_left[static_cast<std::size_t>(group) + 1] <= pixel)
-                ++group; // by one at the most: groups begin at different pixels
+                ++group; // by at most one, because groups begin at different pixels
             if (i == 0)
                 block.first = group;
             const auto lane = static_cast<std::size_t>(i);
@@ -172,7 +172,7 @@ const double* BinRaster::valuesOf(const QList<double>& row)
     return m_paddedRow.data();
 }
 
-/// Fetches from memory what will soon be read: rows lie about, so the processor does not foresee them.
+/// Prefetches a row. Rows are separate allocations, which the hardware prefetcher cannot follow.
 void BinRaster::fetchRow(int row) const
 {
 #ifdef __GNUC__
@@ -214,12 +214,12 @@ void BinRaster::composeRow(int row, RowLine& line)
     line.losesCorner = m_corner != noCorner && cornerIsLost();
     line.gaps.resize(static_cast<std::size_t>(m_width) + placesBeyond);
     line.gapCount = listPixels(line.pixels.data(), m_width, BinPixels::noPixel, line.gaps.data());
-    // The next row is looked at here and there.
+    // The next row is read sparsely.
     if (row > m_firstRow && !spanOf(row - 1).isTopSomewhere && line.gapCount > m_width / 8)
         fetchRow(row - 1);
 }
 
-/// A later bar lies over the last pixel of the one before where both share it, unless it is transparent.
+/// A later bar covers the last pixel of the previous one if they share it, unless it is transparent.
 template <int block> void BinRaster::spreadTouching(QRgb* row) const
 {
     const QRgb* colors = groupPixels();
@@ -235,7 +235,7 @@ template <int block> void BinRaster::spreadTouching(QRgb* row) const
         const QRgb color = colors[group];
         const int inside = block > narrowBlock ? std::min(extent + 1, width - (left[group] - first)) : block;
         paintBar<block>(bar, inside, color);
-        // Without a branch, since empty bins lie about at random.
+        // Without a branch, because empty bins are random.
         const QRgb isEmpty = 0U - static_cast<QRgb>(color == BinPixels::noPixel);
         bar[0] = color | (colors[group - 1] & shared[group] & isEmpty);
     }
@@ -267,7 +267,7 @@ bool BinRaster::cornerIsLost() const
 {
     if (groupPixels()[m_cornerGroup] == BinPixels::noPixel)
         return false;
-    // A later bin may lie over it.
+    // A later bin may cover it.
     for (std::size_t group = m_cornerGroup + 1; group < m_left.size() && m_left[group] <= m_corner; ++group) {
         if (groupPixels()[group] != BinPixels::noPixel)
             return false;
@@ -308,7 +308,7 @@ BinRaster::Line BinRaster::composeLine(int y, int topRow)
     return line;
 }
 
-/// True if the line shows all of the row and nothing else.
+/// True if the line shows only this row.
 bool BinRaster::isAlone(int y, int row) const
 {
     const auto covers = [&](int other) { return spanOf(other).first <= y && spanOf(other).last >= y; };
@@ -335,7 +335,7 @@ void BinRaster::fillGaps(int y, int row)
     QRgb* found = m_gapPixels.data();
     int* gaps = m_gaps.data();
     if (m_isPixelEach && !spanOf(row).isTopSomewhere) {
-        // Nothing else is ever seen of this row.
+        // No other line shows this row.
         if (row > m_firstRow && spanOf(row - 1).isTopSomewhere)
             fetchRow(row - 1);
         m_converter->convertGroups(valuesOf(m_bins->at(row)), m_firstColumn.data(), gaps, count, found);

@@ -19,7 +19,7 @@ bool isClippedTo(const QPainter& painter, const QRect& rect)
     return painter.hasClipping() && QRectF(rect).contains(painter.clipBoundingRect());
 }
 
-/// Writes a line straight to an image. `topLeft` is the plot rectangle's, in device coordinates.
+/// Writes a line directly to an image. `topLeft` is the plot rectangle's, in device coordinates.
 void writeLine(const PixelTarget& target, QPoint topLeft, const BinRaster::Line& line)
 {
     const int y = topLeft.y() + line.y;
@@ -35,7 +35,7 @@ void writeLine(const PixelTarget& target, QPoint topLeft, const BinRaster::Line&
         copyOver(target.rows.at(left, y), pixels, count);
 }
 
-/// The same by way of the painter, for clips that are no rectangle.
+/// As above, with the painter, for non-rectangular clips.
 void drawLine(QPainter& painter, QPoint topLeft, const BinRaster::Line& line)
 {
     const QImage image(reinterpret_cast<const uchar*>(line.pixels), line.width, 1,
@@ -44,7 +44,7 @@ void drawLine(QPainter& painter, QPoint topLeft, const BinRaster::Line& line)
     painter.drawImage(topLeft + QPoint(line.x, line.y), image);
 }
 
-/// The pixels that drawRects() and drawLine() cover at ratio 1, the corner included that the former leaves out.
+/// The pixels that drawRects() and drawLine() cover at ratio 1, including the corner that drawRects() omits.
 QRect pixelsOf(const BinView& view, int row, int column)
 {
     if (view.paintsBars())

@@ -1,4 +1,4 @@
-// Painting the bins of a map.
+// Paints the bins of a map.
 #pragma once
 
 #include "tarnis/plots/math/binvalues_p.h"
@@ -10,12 +10,12 @@ QT_END_NAMESPACE
 
 namespace tarnis {
 
-/// One drawing call for each bin that is not empty, rows and columns in ascending order; of the bins of a row that
+/// Paints with one drawing call for each non-empty bin, rows and columns in ascending order; of the bins of a row that
 /// begin at the same pixel only the first is drawn. Leaves pen and brush changed.
 void paintBinsOneByOne(QPainter& painter, const BinView& view, const BinRows& rows, const ColorScale& scale);
 
-/// The same picture, faster: composed in memory where the painter draws pixels straight onto a raster device, clipped
-/// to the plot rectangle; bin by bin for any other. Keeps its buffers from one painting to the next.
+/// Paints the same picture faster: composed in memory if the painter draws whole pixels on a raster device, clipped to
+/// the plot rectangle; otherwise bin by bin. Keeps its buffers between calls.
 class BinMap {
 public:
     /// Leaves pen and brush unspecified.

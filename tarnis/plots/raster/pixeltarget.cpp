@@ -66,7 +66,7 @@ std::optional<PixelTarget> pixelTargetOf(const QPainter& painter)
     const QRegion clip = painter.hasClipping() ? painter.clipRegion() : QRegion();
     // The engine writes to the image's own bytes, unshared since it began.
     const QImage* image = plainImageBehind(painter);
-    // The engine rounds a clip of fractions in its own way.
+    // The engine's rounding of a fractional clip is not reproduced.
     const bool roundedClip = painter.hasClipping() && painter.clipBoundingRect() != QRectF(clip.boundingRect());
     if (image == nullptr || roundedClip || clip.rectCount() > 1 || engine.systemClip().rectCount() > 1)
         return std::nullopt;

@@ -1,4 +1,4 @@
-// The pixels behind a painter, where they may be written past its engine.
+// Direct access to the pixels of a painter's device, bypassing its engine.
 #pragma once
 
 #include "tarnis/plots/raster/linerasterizer_p.h"
@@ -16,30 +16,30 @@ QT_END_NAMESPACE
 
 namespace tarnis {
 
-/// The image of plain colours of 32 bits that a raster engine draws on, also where the painter was opened on a pixmap
-/// or a widget; null for any other.
+/// The plain 32-bit image that a raster engine draws on, also if the painter was opened on a pixmap or a widget; else
+/// null.
 const QImage* plainImageBehind(const QPainter& painter);
 
-/// True if pixels may be written directly (rasterPath()) and a raster engine puts an opaque colour on whole pixels: no
-/// antialiasing, opacity or composition mode.
+/// True if pixels may be written directly (rasterPath()) and the raster engine sets whole pixels to an opaque colour:
+/// no antialiasing, opacity or composition mode.
 bool coversWholePixels(const QPainter& painter);
 
-/// What an engine draws on, in its pixels: an image, also where the painter was opened on a widget.
+/// The rectangle of an engine's device in pixels: an image, also if the painter was opened on a widget.
 QRect deviceRect(const QPaintEngine& engine);
 
-/// What the painter adds to coordinates on their way to the device, if it does no more than shift whole pixels.
+/// The offset from painter to device coordinates, if the painter only shifts by whole pixels.
 std::optional<QPoint> wholePixelOffset(const QPainter& painter);
 
 /// The image that a painter writes to.
 struct PixelTarget {
     PixelRows rows;
-    QRect device; ///< all of the pixels
+    QRect device; ///< all pixels
     QRect clip; ///< those that the painter may change
-    QPoint offset; ///< of the painter's coordinates
+    QPoint offset; ///< offset of the painter's coordinates
 };
 
-/// Of a painter that covers whole pixels, shifts by whole pixels and clips to one rectangle, on an image of plain
-/// colours of 32 bits; else none.
+/// The target of a painter that covers whole pixels, shifts by whole pixels and clips to one rectangle, on a plain
+/// 32-bit image; else empty.
 std::optional<PixelTarget> pixelTargetOf(const QPainter& painter);
 
 } // namespace tarnis

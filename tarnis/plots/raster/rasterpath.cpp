@@ -15,7 +15,7 @@ Q_LOGGING_CATEGORY(plotsCategory, "tarnis.plots")
 constexpr int undecided = -1;
 std::atomic<int> decision { undecided };
 
-/// The check itself paints by both ways, and must not wait for its own result.
+/// The check itself paints on both paths and must not wait for its own result.
 thread_local bool isChecking = false;
 
 bool patternsMatch()
