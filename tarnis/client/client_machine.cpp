@@ -334,7 +334,9 @@ void Client::Private::onReplied(const QByteArray& data, const QString& binaryTex
     failures = 0;
     lastExchange = Clock::now();
     const QPointer<Client> alive(&q);
-    EndedRequest(request, replyOf(data, binaryText)).finish();
+    Reply reply = replyOf(data, binaryText);
+    reply.announced = connection.announcedLength();
+    EndedRequest(request, std::move(reply)).finish();
     if (alive)
         advance();
 }

@@ -78,6 +78,7 @@ void Connection::exchange(const QByteArray& request, ReplyFrame::Form form, qint
     m_isText = form == ReplyFrame::Form::Text;
     m_maxSize = maxSize;
     m_lengthField.clear();
+    m_announced = 0;
     m_frame.emplace(form, m_buffer);
     m_socket->write(request);
 }
@@ -171,11 +172,26 @@ bool Connection::readLength()
     if (m_lengthField.size() < lengthFieldSize)
         return false;
     m_frame->setLength(m_lengthField);
+    m_announced = m_frame->length();
+    const bool isUsable = m_frame->length() >= 0 && m_frame->length() <= m_maxSize;
+    if (!isUsable && m_lengthField.startsWith("NG:"))
+        readAsText();
     if (m_frame->length() <= m_maxSize)
         return true;
     fail(
         tr("The server announced a reply of %1 bytes; at most %2 are accepted.").arg(m_frame->length()).arg(m_maxSize));
     return false;
+}
+
+// A server that does not know the command answers in text. As a length, "NG:" and a letter are more than 512 MiB, or
+// negative.
+void Connection::readAsText()
+{
+    m_isText = true;
+    m_announced = 0;
+    m_frame.emplace(ReplyFrame::Form::Text, m_buffer);
+    std::copy_n(m_lengthField.constData(), m_lengthField.size(), m_frame->room(m_lengthField.size()));
+    m_frame->commit(m_lengthField.size());
 }
 
 // Reads once. Returns the number of bytes; 0 if there are none; -1 after the connection has ended.

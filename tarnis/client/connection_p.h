@@ -24,6 +24,8 @@ public:
     ~Connection() override;
 
     Phase phase() const { return m_phase; }
+    /// Of the latest binary reply; 0 for a text reply.
+    qint32 announcedLength() const { return m_announced; }
     /// Starts a new attempt; a previous connection or attempt is dropped. No signal is emitted before it returns.
     void open(const QString& host, quint16 port);
     /// Sends a request. Only when Idle. A reply of more than `maxSize` bytes fails.
@@ -47,6 +49,7 @@ protected:
     void onReadyRead();
     void onUnasked();
     bool readLength();
+    void readAsText();
     qint64 readSome();
     bool reportProgress(qint64 taken, bool complete);
     bool checkSize();
@@ -64,6 +67,7 @@ protected:
     bool m_isText = true;
     qint64 m_maxSize = 0;
     QByteArray m_lengthField; ///< the received bytes of a binary reply's length
+    qint32 m_announced = 0; ///< see announcedLength()
 };
 
 } // namespace tarnis

@@ -28,6 +28,7 @@ struct TARNIS_EXPORT Reply {
     QByteArray data; ///< the text as the server sent it, without the prompt; or the payload of a binary reply
     QString binaryText; ///< the text after a binary reply's payload; null for a text reply
     QString reason; ///< why it was not Replied, as a text for users; empty for Replied
+    qint64 announced = 0; ///< payload bytes that a binary reply announced; a negative number counted as 0
     std::chrono::nanoseconds elapsed {}; ///< from the call of request() to the end, including the time in the queue
 
     /// True for Replied.
@@ -48,7 +49,7 @@ struct TARNIS_EXPORT RequestOptions {
     /// The form of the reply. Only the caller knows which one the server will send.
     enum class Form {
         Text, ///< bytes up to the prompt
-        Binary, ///< a length, that many bytes, a text, the prompt
+        Binary, ///< a length, that many bytes, a text, the prompt; or "NG:", a reason, the prompt (docs/protocol.md)
     };
 
     Form form = Form::Text; ///< form of the reply

@@ -116,6 +116,41 @@ private Q_SLOTS:
         QCOMPARE(server.requests(), QList<QByteArray>({ "first", "urgent", "second", "third" }));
     }
 
+    // A server that does not know the command cannot know that its reply should have a length.
+    void readsARefusalInTextInPlaceOfABinaryReply_data()
+    {
+        QTest::addColumn<QByteArray>("text");
+        QTest::addColumn<int>("chunk");
+        QTest::newRow("whole") << QByteArray("NG:unknown command\n") << 0;
+        QTest::newRow("byte by byte") << QByteArray("NG:unknown command\n") << 1;
+        QTest::newRow("short") << QByteArray("NG:x") << 0;
+        QTest::newRow("a negative length") << QByteArray("NG:\xc3\xbc") << 0;
+    }
+    void readsARefusalInTextInPlaceOfABinaryReply()
+    {
+        QFETCH(QByteArray, text);
+        QFETCH(int, chunk);
+        ScriptedServer server;
+        server.answer("rxfile a", { chunk == 0 ? Step::text(text) : Step::text(text).inChunksOf(chunk) });
+        const auto client = connectedTo(server);
+        const Reply reply = endOf(client->requestBinary("rxfile a"));
+        QCOMPARE(reply.outcome, Outcome::Refused);
+        QCOMPARE(reply.data, text);
+        QCOMPARE(reply.announced, 0);
+        QCOMPARE(client->state(), State::Ready);
+    }
+
+    void reportsTheAnnouncedLength()
+    {
+        ScriptedServer server;
+        server.answer("less", { Step::binary("abcd", "OK").announcing(-4) });
+        server.answer("exact", { Step::binary("abcd", "OK") });
+        const auto client = connectedTo(server);
+        QCOMPARE(endOf(client->requestBinary("less")).announced, -4);
+        QCOMPARE(endOf(client->requestBinary("exact")).announced, 4);
+        QCOMPARE(endOf(client->request("text")).announced, 0);
+    }
+
     void readsBothForms_data()
     {
         QTest::addColumn<int>("chunk");
