@@ -219,7 +219,7 @@ public:
         m_data.kind = numbers.shape.size() == 2 ? Dataset::Kind::Map : Dataset::Kind::Curves;
         m_data.values = std::move(numbers.values);
         m_data.name = numbers.name.isEmpty() ? QString::fromUtf8(signal) : numbers.name;
-        m_data.unit = numbers.unit;
+        m_data.unit = numbers.unit == m_data.name ? QString() : numbers.unit;
         return {};
     }
 
@@ -248,7 +248,9 @@ public:
         if (m_data.title.isEmpty())
             m_data.title = textDataset(entry, "title");
         m_data.source = textDataset(entry, "source");
-        m_data.time = QDateTime::fromString(textDataset(entry, "start_time"), Qt::ISODateWithMs);
+        const QString snapshot = textDataset(entry, "snapshot_time");
+        m_data.time =
+            QDateTime::fromString(snapshot.isEmpty() ? textDataset(entry, "start_time") : snapshot, Qt::ISODateWithMs);
         const auto number = [&](const char* name) {
             const Numbers numbers = readNumbers(entry, name, m_fileBytes);
             return numbers.values.size() == 1 ? numbers.values.front() : 0.0;

@@ -155,9 +155,12 @@ void writeData(Writer& writer, hid_t entry, const Dataset& data)
     if (map)
         writer.attribute(group, "y_indices", qint64(0));
     writer.text(group, "title", data.title);
-    writer.numbers(group, "counts", data.values, shape, data.name, data.unit);
+    // A count is its own unit, and readers show what they find.
+    const QString counts = QStringLiteral("counts");
+    const QString unit = data.unit.isEmpty() && data.name == counts ? counts : data.unit;
+    writer.numbers(group, "counts", data.values, shape, data.name, unit);
     if (!data.errors.empty())
-        writer.numbers(group, "counts_errors", data.errors, shape, {}, data.unit);
+        writer.numbers(group, "counts_errors", data.errors, shape, {}, unit);
     writeAxis(writer, group, "x", data.x, data.columns);
     if (map)
         writeAxis(writer, group, "y", data.y, data.rows);
@@ -175,7 +178,7 @@ void writeEntry(Writer& writer, const Dataset& data)
     if (!data.source.isEmpty())
         writer.text(entry, "source", data.source);
     if (data.time.isValid())
-        writer.text(entry, "start_time", data.time.toUTC().toString(Qt::ISODateWithMs));
+        writer.text(entry, "snapshot_time", data.time.toUTC().toString(Qt::ISODateWithMs));
     if (data.liveTime != 0.0)
         writer.numbers(entry, "live_time", { data.liveTime }, { 1 }, {}, QStringLiteral("s"));
     if (data.realTime != 0.0)

@@ -95,7 +95,7 @@ axes = [text(name) for name in group.attrs["axes"]]
 print(text(group.attrs["NX_class"]), signal, axes, [int(group.attrs[name + "_indices"]) for name in axes])
 print(group[signal][()].tolist(), group[signal + "_errors"][()].tolist(), text(group[signal].attrs["units"]))
 print(group["x"][()].tolist(), text(group["x"].attrs["units"]), text(group["y"].attrs["units"]), group["y"].shape)
-print(text(entry["start_time"][()]), text(group["x"].attrs["long_name"]))
+print("start_time" in entry, text(entry["snapshot_time"][()]), text(group["x"].attrs["long_name"]))
 )");
         QProcess python;
         python.start("/usr/bin/python3", { "-c", script, folder.filePath("a.h5") });
@@ -107,7 +107,7 @@ print(text(entry["start_time"][()]), text(group["x"].attrs["long_name"]))
             "NXdata counts ['y', 'x'] [0, 1]\n"
             "[[1.0, 2.0], [3.0, 4.0], [5.0, 6.0]] [[1.0, 1.5], [2.0, 2.0], [2.5, 2.5]] 1/s\n"
             "[0.0, 1.5, 4.0] µs mm (4,)\n"
-            "2026-03-10T12:30:15.250Z Time, of flight\n");
+            "False 2026-03-10T12:30:15.250Z Time, of flight\n");
     }
 };
 
