@@ -106,6 +106,17 @@ struct Table {
     qsizetype fields = 0; ///< in each line
 };
 
+/// A digit, perhaps behind a sign or a point, and nothing but what numbers consist of.
+bool isMeantAsNumber(const QByteArray& field)
+{
+    static const QByteArray parts = "0123456789.+-eExX";
+    const bool isMadeOfParts =
+        std::all_of(field.begin(), field.end(), [](char character) { return parts.contains(character); });
+    const bool hasDigit =
+        std::any_of(field.begin(), field.end(), [](char character) { return character >= '0' && character <= '9'; });
+    return isMadeOfParts && hasDigit && QByteArrayView("0123456789.+-").contains(field.front());
+}
+
 class TableReader {
 public:
     explicit TableReader(QByteArrayView text)
@@ -149,11 +160,13 @@ private:
         return readNumbers(table, line);
     }
 
-    /// A first line in which no field is a number holds names.
+    /// A first line in which no field is a number holds names. One that was meant as a number, as "1e999" or "0x10", is
+    /// an error: taken for a name it would be lost.
     bool isNumeric(QByteArrayView line) const
     {
         const QList<QByteArray> fields = csvFields(line, m_separator);
-        return std::any_of(fields.begin(), fields.end(), [](const QByteArray& field) { return numberOf(field); });
+        return std::any_of(fields.begin(), fields.end(),
+            [](const QByteArray& field) { return numberOf(field) || isMeantAsNumber(field.trimmed()); });
     }
 
     QString readNumbers(Table& table, QByteArrayView line)

@@ -153,6 +153,13 @@ private Q_SLOTS:
         QCOMPARE(data.x.name, QString("time"));
     }
 
+    void readsNamesThatBeginWithADigit()
+    {
+        const Dataset data = read("x1,2nd run\n0,1\n1,3\n");
+        QCOMPARE(data.x.name, QString("x1"));
+        QCOMPARE(data.values, (std::vector<double> { 1.0, 3.0 }));
+    }
+
     void readsATableOfOtherProgramsAsAMap()
     {
         const Dataset data = read("4,0,3\n2,1,4\n4,2,6\n");
@@ -181,6 +188,14 @@ private Q_SLOTS:
         QTest::newRow("not a number in the second field")
             << QByteArray("0,1\n1,2x\n")
             << QString("line 2: field 2: '2x' is not a number: correct it, or begin the line with # if it is a "
+                       "comment");
+        QTest::newRow("number beyond the range in the first line")
+            << QByteArray("1e999\n2\n")
+            << QString("line 1: field 1: '1e999' is not a number: correct it, or begin the line with # if it is a "
+                       "comment");
+        QTest::newRow("hexadecimal in the first line")
+            << QByteArray("0x10,0x20\n1,2\n")
+            << QString("line 1: field 1: '0x10' is not a number: correct it, or begin the line with # if it is a "
                        "comment");
         QTest::newRow("ragged")
             << QByteArray("0,1\n1\n")
