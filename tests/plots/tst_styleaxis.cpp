@@ -45,6 +45,8 @@ private Q_SLOTS:
         add("powers", 0, 1600000, 4, LargeNumbers::Powers, "0 0.5×10^6 1.0×10^6 1.5×10^6");
         add("small powers", 0, 0.00004, 4, LargeNumbers::Powers, "0 1×10^−5 2×10^−5 3×10^−5 4×10^−5");
         add("micro", 0, 0.00004, 4, LargeNumbers::Prefixes, "0 10µ 20µ 30µ 40µ");
+        add("beyond the prefixes", 0, 2e30, 4, LargeNumbers::Prefixes, "0 0.5×10^30 1.0×10^30 1.5×10^30 2.0×10^30");
+        add("below the prefixes", 0, 4e-30, 4, LargeNumbers::Prefixes, "0 1×10^−30 2×10^−30 3×10^−30 4×10^−30");
         add("decimals", -0.1, 0.3, 4, LargeNumbers::Prefixes, "−0.1 0.0 0.1 0.2 0.3");
         add("reversed", 10, 0, 2, LargeNumbers::Prefixes, "0 5 10");
         add("far offset", 1234567.0, 1234567.4, 2, LargeNumbers::Prefixes, "1234567.0 1234567.2 1234567.4");

@@ -217,7 +217,9 @@ QList<AxisLabel> axisLabels(const TickPlan& plan, LargeNumbers form)
         return labels;
     const int decimals = decimalsOf(plan.step);
     const int magnitude = largest > 0.0 ? static_cast<int>(std::floor(std::log10(largest) + tolerance)) : 0;
-    const int thousands = std::clamp(3 * static_cast<int>(std::floor(magnitude / 3.0)), -12, 15);
+    const int thousands = 3 * static_cast<int>(std::floor(magnitude / 3.0));
+    if (prefixOf(thousands).isEmpty())
+        form = LargeNumbers::Powers; // beyond the prefixes
     const int exponent = form == LargeNumbers::Prefixes ? thousands : magnitude;
     const bool isPlain = largest < largestPlain && (largest >= smallestPlain || largest == 0.0);
     const bool isScaled = !isPlain && exponent + decimals <= mostDecimals;
