@@ -137,32 +137,63 @@ void PlotPicture::settleLayout() const
     auto* const map = qobject_cast<XY2DGraphWidget*>(&m_plot);
     if (map == nullptr)
         return;
+    // The bar grows with its labels, which follow the height that the plot leaves it.
+    constexpr int mostPasses = 4;
     QImage scratch(m_size, QImage::Format_RGB32);
-    QPainter painter(&scratch);
-    painter.setFont(m_plot.font());
-    QRect rect(QPoint(0, 0), m_size);
-    m_plot.paint(painter, &rect);
-    (map->*Map::bar)->getPixmap();
+    for (int pass = 0; pass < mostPasses; ++pass) {
+        const int margin = (m_plot.*Layout::margin).right();
+        QPainter painter(&scratch);
+        painter.setFont(textFont());
+        QRect rect = plotRect();
+        m_plot.paint(painter, &rect);
+        painter.setClipping(false);
+        paintBar(painter, *(map->*Map::bar));
+        if ((m_plot.*Layout::margin).right() == margin)
+            return;
+    }
+}
+
+/// In pixels, because devices convert points differently.
+QFont PlotPicture::textFont() const
+{
+    QFont font = m_plot.font();
+    font.setPixelSize(QFontInfo(font).pixelSize());
+    return font;
+}
+
+/// What the heading leaves.
+QRect PlotPicture::plotRect() const
+{
+    return QRect(QPoint(0, 0), m_size).adjusted(0, m_options.heading.isEmpty() ? 0 : headingHeight, 0, 0);
+}
+
+void PlotPicture::paintBar(QPainter& painter, ColorBarWidget& bar) const
+{
+    const QRect rect = plotRect();
+    const int width = (m_plot.*Layout::margin).right();
+    QRect inside(0, 0, width, rect.height() - 2 * bar.y());
+    painter.save();
+    painter.translate(m_size.width() - width, rect.top() + bar.y());
+    painter.setPen(Qt::black);
+    bar.paint(painter, &inside);
+    painter.restore();
 }
 
 void PlotPicture::paint(QPainter& painter) const
 {
-    QFont font = m_plot.font();
-    // In pixels, because devices convert points differently.
-    font.setPixelSize(QFontInfo(font).pixelSize());
+    const QFont font = textFont();
     painter.setFont(font);
-    const int top = m_options.heading.isEmpty() ? 0 : headingHeight;
+    QRect rect = plotRect();
     const PlotStyling* const styling = stylingOf(&m_plot);
     painter.fillRect(QRect(QPoint(0, 0), m_size), styling != nullptr ? styling->surround() : QColor(Qt::lightGray));
-    if (top > 0) {
+    if (rect.top() > 0) {
         QFont bold = font;
         bold.setBold(true);
         painter.setFont(bold);
         painter.setPen(styling != nullptr ? styling->foreground() : QColor(Qt::black));
-        painter.drawText(QRect(0, 0, m_size.width(), top), Qt::AlignCenter, m_options.heading);
+        painter.drawText(QRect(0, 0, m_size.width(), rect.top()), Qt::AlignCenter, m_options.heading);
         painter.setFont(font);
     }
-    QRect rect(QPoint(0, top), QSize(m_size.width(), m_size.height() - top));
     m_plot.paint(painter, &rect);
     painter.setClipping(false);
     auto* const map = qobject_cast<XY2DGraphWidget*>(&m_plot);
@@ -171,13 +202,8 @@ void PlotPicture::paint(QPainter& painter) const
     painter.setClipping(false);
     PlotOverlay::paintAll(m_plot, painter);
     if (map != nullptr) {
-        ColorBarWidget& bar = *(map->*Map::bar);
-        const QSignalBlocker settled(bar);
-        const int width = (m_plot.*Layout::margin).right();
-        QRect inside(0, 0, width, rect.height() - 2 * bar.y());
-        painter.translate(m_size.width() - width, top + bar.y());
-        painter.setPen(Qt::black);
-        bar.paint(painter, &inside);
+        const QSignalBlocker settled(map->*Map::bar);
+        paintBar(painter, *(map->*Map::bar));
     }
 }
 

@@ -3,10 +3,14 @@
 
 #include <tarnis/export/plotexporter.h>
 
+#include <QFont>
+#include <QRect>
+
 QT_BEGIN_NAMESPACE
 class QPainter;
 class QPrinter;
 QT_END_NAMESPACE
+class ColorBarWidget;
 
 namespace tarnis {
 
@@ -29,6 +33,9 @@ public:
 private:
     void paint(QPainter& painter) const;
     void settleLayout() const;
+    void paintBar(QPainter& painter, ColorBarWidget& bar) const;
+    QFont textFont() const;
+    QRect plotRect() const;
     QString description() const;
 
     XYGraphWidget& m_plot;
