@@ -34,6 +34,8 @@ struct Given {
 
 Given splitOption(const QString& word)
 {
+    if (word == u"-h")
+        return { .name = QStringLiteral("help"), .value = {}, .hasValue = false };
     if (!word.startsWith(QLatin1String("--")))
         return { .name = word.mid(1, 1), .value = word.mid(2), .hasValue = word.size() > 2 };
     const qsizetype equals = word.indexOf(u'=');
@@ -58,8 +60,9 @@ Result<Arguments> Arguments::parse(const QStringList& words, const QList<Option>
             continue;
         }
         Given given = splitOption(word);
-        const auto known = std::find_if(
-            options.begin(), options.end(), [&](const Option& option) { return option.name == given.name; });
+        const bool isLong = word.startsWith(QLatin1String("--")) || word == u"-h";
+        const auto known = std::find_if(options.begin(), options.end(),
+            [&](const Option& option) { return option.name == given.name && isLong == (option.name.size() > 1); });
         if (known == options.end())
             return wrongUsage(QStringLiteral("unknown option '%1'").arg(word));
         if (known->value.isEmpty() && given.hasValue)
@@ -88,6 +91,16 @@ Result<double> numberOption(
                           .arg(option, arguments.value(option))
                           .arg(least)
                           .arg(most, 0, 'g', 12));
+}
+
+Result<int> wholeNumberOption(const Arguments& arguments, const QString& option, int least, int most, int otherwise)
+{
+    const Result<double> number = numberOption(arguments, option, least, most, otherwise);
+    if (!number.isOk())
+        return number.failure();
+    if (number.value() != std::floor(number.value()))
+        return wrongUsage(QStringLiteral("--%1 '%2' is not a whole number").arg(option, arguments.value(option)));
+    return static_cast<int>(number.value());
 }
 
 Result<std::optional<Range<double>>> rangeOption(const Arguments& arguments, const QString& option)

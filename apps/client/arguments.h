@@ -24,7 +24,8 @@ struct Option {
 class Arguments {
 public:
     /// Reads the words behind the command's name. Options may stand anywhere; "--" ends them; "--name=value" and
-    /// "-ovalue" are accepted. A word that begins with "-" is an option unless it is "-" or a number.
+    /// "-ovalue" are accepted, and "-h" for "--help". A word that begins with "-" is an option unless it is "-" or a
+    /// number.
     static Result<Arguments> parse(const QStringList& words, const QList<Option>& options);
 
     bool has(const QString& option) const { return m_options.contains(option); }
@@ -50,6 +51,8 @@ template <typename Number> struct Range {
 /// A finite number from `least` to `most`, or `otherwise` if the option is not given.
 Result<double> numberOption(
     const Arguments& arguments, const QString& option, double least, double most, double otherwise);
+/// The same for a whole number.
+Result<int> wholeNumberOption(const Arguments& arguments, const QString& option, int least, int most, int otherwise);
 /// Two finite numbers with a colon between them; nothing if the option is not given.
 Result<std::optional<Range<double>>> rangeOption(const Arguments& arguments, const QString& option);
 

@@ -24,7 +24,7 @@ QList<Option> allOptions(const Command& command)
 {
     QList<Option> options = command.options;
     options += { "json", {}, "machine-readable output" };
-    options += { "help", {}, "prints this text" };
+    options += { "help", {}, "prints this text, as -h does" };
     return options;
 }
 
@@ -47,9 +47,10 @@ QString helpOfProgram(std::span<const Command* const> commands)
                                   "A data-acquisition server and its histograms from the command line.\n\n");
     for (const Command* const command : commands)
         text += QStringLiteral("  %1  %2\n").arg(command->name, -12).arg(command->summary);
-    text += QStringLiteral("\n'tarnis COMMAND --help' lists the options of a command, --version prints the version.\n"
-                           "Exit codes: 0 done, 1 the server refused, 2 wrong usage, 3 no connection or no reply,\n"
-                           "4 a file could not be read or written.\n");
+    text +=
+        QStringLiteral("\n'tarnis COMMAND --help' lists the options of a command, --version prints the version.\n"
+                       "Exit codes: 0 done, 1 the server refused, 2 wrong usage, 3 no connection or no usable reply,\n"
+                       "4 a file, or standard output, could not be read or written.\n");
     return text;
 }
 
@@ -74,7 +75,7 @@ Outcome checkWords(const Command& command, const QStringList& words)
 {
     if (words.size() < command.minWords)
         return Failure { .code = WrongUsage,
-            .text = QStringLiteral("usage: tarnis %1 %2").arg(command.name, command.synopsis) };
+            .text = QStringLiteral("usage: tarnis %1 %2").arg(command.name, command.synopsis.simplified()) };
     if (command.maxWords >= 0 && words.size() > command.maxWords)
         return Failure { .code = WrongUsage,
             .text = QStringLiteral("unexpected '%1'").arg(words.at(command.maxWords)) };
@@ -108,6 +109,8 @@ int runProgram(const QStringList& words, std::span<const Command* const> command
         outcome = print("tarnis " TARNIS_VERSION_STRING "\n");
     } else {
         const bool help = first == u"help";
+        if (help && words.size() > 2)
+            return fail({ .code = WrongUsage, .text = QStringLiteral("unexpected '%1'").arg(words.at(2)) }, {}, false);
         const QString name = help ? words.at(1) : first;
         const auto known = std::find_if(
             commands.begin(), commands.end(), [&](const Command* command) { return command->name == name; });

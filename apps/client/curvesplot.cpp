@@ -1,7 +1,10 @@
 #include "curvesplot.h"
 
+#include "residualstrip.h"
+
 #include <tarnis/plots/plotmapping.h>
 
+#include <QFontInfo>
 #include <QPainter>
 
 #include <algorithm>
@@ -12,18 +15,10 @@ namespace cli {
 
 namespace {
 
-// Told apart on black, also by readers who do not see all colours (after Okabe and Ito, "Color Universal Design").
-constexpr std::array colours { 0xffffff, 0x56b4e9, 0xe69f00, 0x00b383, 0xf0e442, 0xff7f50, 0xcc79a7, 0x9fa8ff };
-constexpr std::array styles { Qt::SolidLine, Qt::DashLine, Qt::DotLine, Qt::DashDotLine };
-constexpr int sampleWidth = 24; // of a line in the legend
-constexpr int space = 6;
-
-QPen penOf(std::size_t curve)
-{
-    QPen pen(QColor(QRgb(colours[curve % colours.size()])), 1.0);
-    pen.setStyle(styles[curve / colours.size() % styles.size()]);
-    return pen;
-}
+constexpr std::array dashes { Qt::SolidLine, Qt::DashLine, Qt::DotLine, Qt::DashDotLine };
+constexpr double legendShare = 0.35; // of the height, at most
+constexpr double stripShare = 0.22; // of the height, for residuals
+constexpr double markRadius = 1.6; // of a count, in widths of lines
 
 QString nameOf(const tarnis::Dataset& data, qsizetype row)
 {
@@ -35,7 +30,8 @@ QString nameOf(const tarnis::Dataset& data, qsizetype row)
 
 } // namespace
 
-CurvesPlot::CurvesPlot(const std::vector<tarnis::Dataset>& spectra)
+CurvesPlot::CurvesPlot(const std::vector<tarnis::Dataset>& spectra, CurvesLook look)
+    : m_look(std::move(look))
 {
     bool isFirst = true;
     for (const tarnis::Dataset& spectrum : spectra) {
@@ -48,15 +44,17 @@ CurvesPlot::CurvesPlot(const std::vector<tarnis::Dataset>& spectra)
         for (qsizetype row = 0; row < spectrum.rows; ++row)
             addRow(spectrum, row, centres);
     }
+    if (m_look.residuals)
+        m_residuals = residualsOf(spectra.front());
 }
 
 void CurvesPlot::addRow(const tarnis::Dataset& spectrum, qsizetype row, const std::vector<double>& centres)
 {
-    Curve curve { nameOf(spectrum, row), { {} } };
+    Curve curve { m_look.residuals ? spectrum.rowNames.value(row) : nameOf(spectrum, row), { {} } };
     for (qsizetype column = 0; column < spectrum.columns; ++column) {
         const double value = spectrum.at(row, column);
         if (std::isfinite(value)) {
-            m_largest = std::max(m_largest, value);
+            noteValue(value);
             curve.parts.back().append(QPointF(centres[static_cast<std::size_t>(column)], value));
         } else if (!curve.parts.back().isEmpty()) {
             curve.parts.emplace_back();
@@ -65,7 +63,63 @@ void CurvesPlot::addRow(const tarnis::Dataset& spectrum, qsizetype row, const st
     m_curves.push_back(std::move(curve));
 }
 
-void CurvesPlot::onPaint(QPainter& painter, QRect const& graph)
+void CurvesPlot::noteValue(double value)
+{
+    m_largest = std::max(m_largest, value);
+    m_smallest = std::min(m_smallest, value);
+    if (value > 0.0 && (m_smallestAboveZero == 0.0 || value < m_smallestAboveZero))
+        m_smallestAboveZero = value;
+}
+
+std::vector<QPointF> CurvesPlot::Curve::points() const
+{
+    std::vector<QPointF> all;
+    for (const QPolygonF& part : parts)
+        all.insert(all.end(), part.begin(), part.end());
+    return all;
+}
+
+QPen CurvesPlot::penOf(std::size_t curve) const
+{
+    const std::size_t count = m_look.colours.size();
+    QPen pen(m_look.colours[curve % count], m_look.lineWidth);
+    pen.setStyle(dashes[curve / count % dashes.size()]);
+    pen.setJoinStyle(Qt::RoundJoin);
+    return pen;
+}
+
+QFont CurvesPlot::textFont(const QPainter& painter) const
+{
+    QFont font = painter.font();
+    font.setPixelSize(static_cast<int>(std::lround(QFontInfo(font).pixelSize() * m_look.growth)));
+    return font;
+}
+
+/// The plot gets what legend and residuals leave.
+void CurvesPlot::paint(QPainter& painter, QRect* rect)
+{
+    const QRect whole = rect != nullptr ? *rect : painter.viewport();
+    const QFont font = textFont(painter);
+    std::vector<LegendEntry> entries;
+    for (std::size_t i = 0; i < m_curves.size(); ++i)
+        entries.push_back({ m_curves[i].name, penOf(i), m_look.residuals && i == 0 });
+    const CurveLegend legend(entries, font, whole.width(), static_cast<int>(whole.height() * legendShare));
+    const int strip = m_look.residuals ? static_cast<int>(whole.height() * stripShare) : 0;
+    QRect above = whole.adjusted(0, 0, 0, -legend.height() - strip);
+    XYGraphWidget::paint(painter, &above);
+    const QRect below(QPoint(whole.left(), above.bottom() + 1), whole.bottomRight());
+    painter.save();
+    painter.setClipping(false);
+    painter.fillRect(below, m_look.surround);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setFont(font);
+    if (strip > 0)
+        paintStrip(painter, QRect(below.topLeft(), QSize(below.width(), strip)));
+    legend.paint(painter, QPoint(whole.left(), whole.bottom() + 1 - legend.height()), m_look.text);
+    painter.restore();
+}
+
+void CurvesPlot::onPaint(QPainter& painter, QRect const& /*graph*/)
 {
     const tarnis::PlotMapping mapping = tarnis::PlotMapping::of(*this);
     if (!mapping.isValid())
@@ -75,6 +129,10 @@ void CurvesPlot::onPaint(QPainter& painter, QRect const& graph)
     painter.setBrush(Qt::NoBrush);
     for (std::size_t i = 0; i < m_curves.size(); ++i) {
         painter.setPen(penOf(i));
+        if (m_look.residuals && i == 0) {
+            paintCounts(painter, m_curves[i]);
+            continue;
+        }
         for (QPolygonF line : m_curves[i].parts) {
             for (QPointF& point : line)
                 point = QPointF(mapping.columnOf(point.x()), mapping.rowOf(point.y()));
@@ -84,42 +142,43 @@ void CurvesPlot::onPaint(QPainter& painter, QRect const& graph)
                 painter.drawPolyline(line);
         }
     }
-    paintLegend(painter, graph);
     painter.restore();
 }
 
-/// In the right upper corner, with as many entries as fit.
-void CurvesPlot::paintLegend(QPainter& painter, const QRect& graph) const
+/// Points with their standard deviations.
+void CurvesPlot::paintCounts(QPainter& painter, const Curve& curve) const
 {
-    const QFontMetrics metrics = painter.fontMetrics();
-    const int lineHeight = metrics.height() + 2;
-    const int fitting = std::max(1, (graph.height() - 4 * space) / lineHeight);
-    const bool isCut = fitting < static_cast<int>(m_curves.size());
-    const int shown = isCut ? fitting : static_cast<int>(m_curves.size());
-    const int maxText = std::max(0, graph.width() - sampleWidth - 6 * space);
-    QStringList names;
-    int textWidth = 0;
-    for (int i = 0; i < shown; ++i) {
-        const bool isRest = isCut && i == shown - 1;
-        const QString name = isRest ? QStringLiteral("and %1 more").arg(m_curves.size() - static_cast<std::size_t>(i))
-                                    : m_curves[static_cast<std::size_t>(i)].name;
-        names.append(metrics.elidedText(name, Qt::ElideMiddle, maxText));
-        textWidth = std::max(textWidth, metrics.horizontalAdvance(names.last()));
+    const tarnis::PlotMapping mapping = tarnis::PlotMapping::of(*this);
+    const double radius = markRadius * m_look.lineWidth;
+    for (const QPointF& point : curve.points()) {
+        const double column = mapping.columnOf(point.x());
+        const double error = std::sqrt(std::max(point.y(), 0.0));
+        painter.drawLine(
+            QPointF(column, mapping.rowOf(point.y() - error)), QPointF(column, mapping.rowOf(point.y() + error)));
+        painter.setBrush(painter.pen().color());
+        painter.drawEllipse(QPointF(column, mapping.rowOf(point.y())), radius, radius);
+        painter.setBrush(Qt::NoBrush);
     }
-    const QSize size(textWidth + sampleWidth + 3 * space, shown * lineHeight + 2 * space);
-    const QRect box(QPoint(graph.right() - size.width() - space, graph.top() + space), size);
-    painter.setPen(QPen(Qt::darkGray, 1.0));
-    painter.setBrush(m_backGroundColor);
-    painter.drawRect(box);
-    for (int i = 0; i < shown; ++i) {
-        const QRect line(box.left() + space, box.top() + space + i * lineHeight, box.width() - 2 * space, lineHeight);
-        if (!isCut || i < shown - 1) {
-            painter.setPen(penOf(static_cast<std::size_t>(i)));
-            painter.drawLine(line.left(), line.center().y(), line.left() + sampleWidth, line.center().y());
-        }
-        painter.setPen(Qt::white);
-        painter.drawText(line.adjusted(sampleWidth + space, 0, 0, 0), Qt::AlignLeft | Qt::AlignVCenter, names.at(i));
-    }
+}
+
+void CurvesPlot::paintStrip(QPainter& painter, const QRect& room) const
+{
+    const tarnis::PlotMapping mapping = tarnis::PlotMapping::of(*this);
+    if (!mapping.isValid())
+        return;
+    std::vector<QPointF> points = m_residuals;
+    for (QPointF& point : points)
+        point.setX(mapping.columnOf(point.x()));
+    const QFontMetrics metrics(painter.font());
+    const QRect plot = mapping.frameRect();
+    const QRect strip(plot.left(), room.top() + metrics.height() + 2, plot.width(),
+        room.height() - metrics.height() - metrics.height() / 2);
+    painter.setPen(m_look.text);
+    painter.drawText(QRect(plot.left(), room.top(), plot.width(), metrics.height()), Qt::AlignLeft | Qt::AlignVCenter,
+        metrics.elidedText(QStringLiteral("Residuals in standard deviations"), Qt::ElideRight, plot.width()));
+    QColor grid = m_look.text;
+    grid.setAlpha(110);
+    paintResiduals(painter, strip, points, { m_look.text, grid, m_look.colours.front(), m_look.lineWidth });
 }
 
 } // namespace cli

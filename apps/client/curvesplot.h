@@ -1,6 +1,8 @@
 // A plot of several curves, each with its own x axis, and a legend.
 #pragma once
 
+#include "curvelegend.h"
+
 #include <tarnis/formats/dataset.h>
 #include <tarnis/plots/xygraphwidget.h>
 
@@ -10,16 +12,29 @@
 
 namespace cli {
 
-/// Draws the rows of all datasets over one x axis that covers them all.
+/// How curves are drawn.
+struct CurvesLook {
+    std::vector<QColor> colours; ///< begin again after the last one, with another dash
+    QColor surround; ///< of the legend
+    QColor text;
+    double lineWidth = 1.0;
+    double growth = 1.0; ///< of texts
+    bool residuals = false; ///< the first curve are counts, the second one a model of them
+};
+
+/// Draws the rows of all datasets over one x axis that covers them all, and names them below.
 class CurvesPlot : public XYGraphWidget {
 public:
     /// Each spectrum has rows and columns.
-    explicit CurvesPlot(const std::vector<tarnis::Dataset>& spectra);
+    CurvesPlot(const std::vector<tarnis::Dataset>& spectra, CurvesLook look);
 
     double lowest() const { return m_lowest; } ///< lower end of all x axes
     double highest() const { return m_highest; } ///< upper end of all x axes
+    double smallest() const { return m_smallest; } ///< the smallest finite value, at most 0
     double largest() const { return m_largest; } ///< the largest finite value, at least 0
+    double smallestAboveZero() const { return m_smallestAboveZero; } ///< 0 if there is none
 
+    void paint(QPainter& painter, QRect* rect) override;
     void onPaint(QPainter& painter, QRect const& graph) override;
 
 protected:
@@ -27,14 +42,23 @@ protected:
     struct Curve {
         QString name;
         std::vector<QPolygonF> parts;
+        std::vector<QPointF> points() const;
     };
     void addRow(const tarnis::Dataset& spectrum, qsizetype row, const std::vector<double>& centres);
-    void paintLegend(QPainter& painter, const QRect& graph) const;
+    void noteValue(double value);
+    void paintCounts(QPainter& painter, const Curve& curve) const;
+    void paintStrip(QPainter& painter, const QRect& room) const;
+    QPen penOf(std::size_t curve) const;
+    QFont textFont(const QPainter& painter) const;
 
+    CurvesLook m_look;
     std::vector<Curve> m_curves;
+    std::vector<QPointF> m_residuals;
     double m_lowest = 0.0;
     double m_highest = 0.0;
+    double m_smallest = 0.0;
     double m_largest = 0.0;
+    double m_smallestAboveZero = 0.0;
 };
 
 } // namespace cli

@@ -28,6 +28,24 @@ Outcome readSize(const Arguments& arguments, QSize& size)
                           .arg(most));
 }
 
+Outcome readTheme(const Arguments& arguments, std::optional<tarnis::PlotStyle::Theme>& theme)
+{
+    if (!arguments.has("theme"))
+        return std::nullopt;
+    using Theme = tarnis::PlotStyle::Theme;
+    const QString name = arguments.value("theme");
+    static const QList<std::pair<QString, std::optional<Theme>>> themes { { "print", Theme::Print },
+        { "light", Theme::Light }, { "dark", Theme::Dark }, { "high-contrast", Theme::HighContrast },
+        { "classic", std::nullopt } };
+    for (const auto& [known, value] : themes) {
+        if (known == name) {
+            theme = value;
+            return std::nullopt;
+        }
+    }
+    return wrongUsage(QStringLiteral("--theme '%1' is not print, light, dark, high-contrast or classic").arg(name));
+}
+
 /// A range that is not empty.
 Outcome readRange(const Arguments& arguments, const QString& option, std::optional<Range<double>>& range)
 {
@@ -48,6 +66,8 @@ Result<FigureOptions> figureOptions(const Arguments& arguments)
     FigureOptions options;
     if (const Outcome wrong = readSize(arguments, options.size))
         return *wrong;
+    if (const Outcome wrong = readTheme(arguments, options.theme))
+        return *wrong;
     const Result<double> dpi = numberOption(arguments, "dpi", 24.0, 1200.0, 96.0);
     if (!dpi.isOk())
         return dpi.failure();
@@ -61,6 +81,10 @@ Result<FigureOptions> figureOptions(const Arguments& arguments)
     if (options.levels && (options.levels->first < 0.0 || options.levels->last > 100.0))
         return wrongUsage("--levels are percentages: give two numbers from 0 to 100, as 0:99.5");
     options.log = arguments.has("log");
+    if (options.log && options.y && options.y->first <= 0.0)
+        return wrongUsage(
+            QStringLiteral("--yrange '%1': a logarithmic axis begins above 0").arg(arguments.value("yrange")));
+    options.residuals = arguments.has("residuals");
     options.map = arguments.value("map");
     return options;
 }

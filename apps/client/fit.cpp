@@ -217,8 +217,9 @@ QByteArray textOf(const FitResult& fit)
 }
 
 /// Counts, fit and background as three curves, drawn by the program for figures.
-Outcome draw(const FitResult& fit, const Spectrum& spectrum, const Range<qsizetype>& range, const QString& path)
+Outcome draw(const FitResult& fit, const Spectrum& spectrum, const Range<qsizetype>& range, const Arguments& arguments)
 {
+    const QString path = arguments.value("plot");
     tarnis::Dataset curves;
     curves.title = spectrum.data.title;
     curves.x.name = "Channel";
@@ -237,22 +238,28 @@ Outcome draw(const FitResult& fit, const Spectrum& spectrum, const Range<qsizety
     const QString file = folder.filePath("fit.csv");
     if (const QString error = tarnis::writeDataset(file, curves); !error.isEmpty())
         return Failure { .code = FileError, .text = QStringLiteral("cannot write '%1': %2").arg(file, error) };
-    const Result<int> drawn =
-        runPlotProgram({ "plot", file, "-o", path, "--title", curves.title.isEmpty() ? "fit" : curves.title });
-    if (!drawn.isOk())
-        return drawn.failure();
-    if (drawn.value() != 0)
-        return Failure { .code = static_cast<ExitCode>(drawn.value()),
-            .text = QStringLiteral("cannot draw '%1'").arg(path) };
-    return std::nullopt;
+    QStringList words { "plot", file, "-o", path, "--residuals", "--title", curves.title };
+    if (arguments.has("theme"))
+        words += { "--theme", arguments.value("theme") };
+    return runPlotProgram(words);
+}
+
+/// What can be known to be wrong with the figure before the fit is made.
+Outcome checkPlot(const Arguments& arguments)
+{
+    if (!arguments.has("plot"))
+        return arguments.has("theme") ? Outcome(wrong("--theme is for --plot")) : std::nullopt;
+    if (arguments.value("plot") == u"-")
+        return wrong("--plot needs a file: standard output has the numbers");
+    return checkOutputName(arguments.value("plot"));
 }
 
 Outcome fit(const Arguments& arguments)
 {
     if (!arguments.has("range"))
         return wrong("no range: give --range LO:HI");
-    if (arguments.value("plot") == u"-")
-        return wrong("--plot needs a file: standard output has the numbers");
+    if (const Outcome bad = checkPlot(arguments))
+        return bad;
     const Result<Task> task = readTask(arguments);
     if (!task.isOk())
         return task.failure();
@@ -268,7 +275,7 @@ Outcome fit(const Arguments& arguments)
     if (result.status == tarnis::FitStatus::Refused)
         return wrongUse(QStringLiteral("no fit: %1").arg(result.message));
     if (arguments.has("plot")) {
-        if (const Outcome failed = draw(result, spectrum.value(), range.value(), arguments.value("plot")))
+        if (const Outcome failed = draw(result, spectrum.value(), range.value(), arguments))
             return failed;
     }
     return arguments.has("json") ? print(jsonOf(result, range.value())) : print(textOf(result));
@@ -280,7 +287,7 @@ const Command fitCommand {
     .name = "fit",
     .synopsis = "FILE --range LO:HI [--peaks N|auto] [--at C1,C2...] [--shape SHAPE] [--background BACKGROUND]\n"
                 "                  [--statistic STATISTIC] [--evaluate integral|centre] [--shared-width|--own-widths]\n"
-                "                  [--fix NAME=V] [--profile] [--json] [--plot FILE.(png|pdf|svg)]",
+                "                  [--fix NAME=V] [--profile] [--json] [--plot FILE.(png|pdf|svg)] [--theme NAME]",
     .summary = "fits peaks and a background to a range of a spectrum",
     .description = "Fits the channels LO to HI, both included, and prints the parameters with their errors, what follows from\n"
                    "them, and whether the fit can be trusted. b0, b1 are about the middle of the range. A fit that cannot be made\n"
@@ -297,7 +304,8 @@ const Command fitCommand {
         { "own-widths", {}, "each peak has its own width" },
         { "fix", "NAME=V", "holds a parameter; several by several options or commas" },
         { "profile", {}, "asymmetric errors too" },
-        { "plot", "FILE", "draws counts, fit and background: .png, .pdf or .svg" },
+        { "plot", "FILE", "draws counts, fit, background and residuals: .png, .pdf or .svg" },
+        { "theme", "NAME", "of the figure: print, light, dark, high-contrast or classic; without it print" },
     },
     .minWords = 1,
     .maxWords = 1,

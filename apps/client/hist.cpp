@@ -1,5 +1,6 @@
 // tarnis hist: a histogram of the server to a file.
 #include "commands.h"
+#include "datafile.h"
 #include "histogram.h"
 #include "output.h"
 
@@ -8,7 +9,9 @@
 #include <QJsonArray>
 #include <QJsonObject>
 
+#include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <numeric>
 
 namespace cli {
@@ -74,16 +77,33 @@ Outcome checkOutput(const Arguments& arguments)
     if (!arguments.has("o"))
         return json ? Outcome()
                     : Failure { .code = WrongUsage, .text = "no output: give -o FILE, or -o - for standard output" };
+    if (const Outcome wrong = checkOutputName(arguments.value("o")))
+        return *wrong;
     if (json && arguments.value("o") == u"-")
         return Failure { .code = WrongUsage, .text = "--json and -o - both use standard output" };
     const Result<tarnis::FileFormat> format = outputFormat(arguments);
     return format.isOk() ? std::nullopt : Outcome(format.failure());
 }
 
+/// Counts with their standard deviations, sqrt(N), as a NeXus file has them. Text and arrays hold the values alone.
+tarnis::Dataset withErrors(tarnis::Dataset data)
+{
+    const bool areCounts = std::all_of(data.values.begin(), data.values.end(),
+        [](double value) { return value >= 0.0 && value == std::floor(value); });
+    if (!areCounts)
+        return data;
+    data.errors.reserve(data.values.size());
+    std::transform(data.values.begin(), data.values.end(), std::back_inserter(data.errors),
+        [](double count) { return std::sqrt(count); });
+    return data;
+}
+
 Outcome save(const Arguments& arguments, const tarnis::Dataset& data)
 {
     const QString path = arguments.value("o");
-    const tarnis::EncodeResult file = tarnis::encodeDataset(data, outputFormat(arguments).value());
+    const tarnis::FileFormat format = outputFormat(arguments).value();
+    const tarnis::EncodeResult file =
+        tarnis::encodeDataset(format == tarnis::FileFormat::Hdf5 ? withErrors(data) : data, format);
     if (!file.error.isEmpty())
         return Failure { .code = FileError, .text = QStringLiteral("cannot write '%1': %2").arg(path, file.error) };
     if (const Outcome outcome = writeOutput(path, file.bytes))
@@ -99,6 +119,8 @@ Outcome hist(const Arguments& arguments)
 {
     if (const Outcome wrong = checkOutput(arguments))
         return wrong;
+    if (const Outcome wrong = checkRemoteName(arguments.words().first(), "histogram"))
+        return wrong;
     const Result<std::optional<Range<int>>> rows = rowsOption(arguments);
     if (!rows.isOk())
         return rows.failure();
@@ -108,6 +130,7 @@ Outcome hist(const Arguments& arguments)
     const Result<tarnis::Dataset> data = fetchHistogram(*server.value(), arguments.words().first(), rows.value());
     if (!data.isOk())
         return data.failure();
+    warnOfBadValues(data.value(), data.value().title);
     return arguments.has("o") ? save(arguments, data.value()) : print(jsonOf(data.value()));
 }
 

@@ -38,8 +38,13 @@ Interruption::Interruption()
         m_requested = true;
         Q_EMIT requested();
     });
-    for (const int signal : endingSignals)
-        std::signal(signal, noteSignal);
+    for (const int signal : endingSignals) {
+        const bool isIgnored = std::signal(signal, noteSignal) == SIG_IGN;
+        // "nohup tarnis watch" outlives its terminal. A shell ignores SIGINT for a program in the background, which is
+        // no wish of the user's.
+        if (isIgnored && signal == SIGHUP)
+            std::signal(signal, SIG_IGN);
+    }
 }
 
 Interruption::~Interruption()

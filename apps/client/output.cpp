@@ -6,8 +6,10 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include <cerrno>
 #include <csignal>
 
+#include <fcntl.h>
 #include <unistd.h>
 
 namespace cli {
@@ -37,7 +39,8 @@ private:
 
 Outcome print(const QByteArray& text)
 {
-    const QString error = tarnis::writeDescriptor(STDOUT_FILENO, text);
+    const bool isClosed = (::fcntl(STDOUT_FILENO, F_GETFL) & O_ACCMODE) == O_RDONLY; // NOLINT(*-vararg): POSIX
+    const QString error = isClosed ? QStringLiteral("it is closed") : tarnis::writeDescriptor(STDOUT_FILENO, text);
     if (error.isEmpty())
         return std::nullopt;
     return Failure { .code = FileError, .text = QStringLiteral("cannot write to standard output: %1").arg(error) };
@@ -50,6 +53,13 @@ Outcome print(const QJsonObject& object)
 
 void prepareStreams()
 {
+    // A file or a connection would get the number of a closed stream, and receive what is printed.
+    for (const int stream : { STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO }) {
+        const bool isClosed = ::fcntl(stream, F_GETFD) < 0 && errno == EBADF; // NOLINT(*-vararg): POSIX
+        // The wrong way round, so that its use is an error.
+        if (isClosed && ::open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY) != stream) // NOLINT(*-vararg)
+            _exit(FileError);
+    }
     std::signal(SIGPIPE, SIG_IGN);
     qInstallMessageHandler([](QtMsgType type, const QMessageLogContext& /*context*/, const QString& text) {
         if (type == QtFatalMsg)
@@ -64,6 +74,24 @@ void printError(const QString& text)
     // Standard error is where an error of its own would be reported.
     [[maybe_unused]] const QString error =
         tarnis::writeDescriptor(STDERR_FILENO, QByteArray("tarnis: " + line.toUtf8() + '\n'));
+}
+
+void printWarning(const QString& text)
+{
+    printError(QStringLiteral("warning: ") + text);
+}
+
+Outcome checkOutputName(const QString& path)
+{
+    static const QStringList suffixes { "csv", "txt", "tsv", "dat", "npy", "spe", "h5", "hdf5", "nxs", "png", "pdf",
+        "svg", "json" };
+    const QString name = path.section(u'/', -1);
+    if (path.isEmpty())
+        return Failure { .code = WrongUsage, .text = "the name of the output is empty: give -o FILE" };
+    if (name.startsWith(u'.') && suffixes.contains(name.mid(1).toLower()))
+        return Failure { .code = WrongUsage,
+            .text = QStringLiteral("'%1' has nothing in front of the '%2': give -o a whole name").arg(path, name) };
+    return std::nullopt;
 }
 
 Outcome writeOutput(const QString& path, const QByteArray& content)

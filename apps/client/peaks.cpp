@@ -175,9 +175,11 @@ Outcome calibrate(const Arguments& arguments)
         };
     if (!arguments.has("o"))
         return Failure { .code = WrongUsage, .text = "no output: give -o FILE, or -o - for standard output" };
+    if (const Outcome wrong = checkOutputName(arguments.value("o")))
+        return *wrong;
     if (arguments.value("o") == u"-" && arguments.has("json"))
         return Failure { .code = WrongUsage, .text = "--json and -o - both use standard output" };
-    const Result<double> degree = numberOption(arguments, "degree", 1, 2, 0);
+    const Result<int> degree = wholeNumberOption(arguments, "degree", 1, 2, 0);
     if (!degree.isOk())
         return degree.failure();
     const Result<std::vector<tarnis::CalibrationLine>> lines = readLines(arguments.value("lines"));
@@ -201,8 +203,7 @@ Outcome calibrate(const Arguments& arguments)
     const double high = static_cast<double>(all.last);
     const std::vector<tarnis::CalibrationPoint> points =
         tarnis::assignLines(lines.value(), measured, low, high, spectrum.value().data.calibration);
-    tarnis::CalibrationResult result =
-        tarnis::fitEnergyCalibration(points, low, high, static_cast<int>(std::lround(degree.value())));
+    tarnis::CalibrationResult result = tarnis::fitEnergyCalibration(points, low, high, degree.value());
     if (!result.error.isEmpty())
         return wrongUse(QStringLiteral("no calibration: %1").arg(result.error));
     if (const Outcome doubtful = checkAssignment(result.calibration, measured))

@@ -9,8 +9,8 @@ namespace cli {
 /// programs has its own version of this function.
 Outcome plot(const Arguments& arguments);
 
-/// Runs tarnis-plot with the words, which begin with "plot", and returns its exit code. A failure if it cannot be run.
-/// Commands that draw a figure beside their numbers use it.
-Result<int> runPlotProgram(const QStringList& words);
+/// Runs tarnis-plot with the words, which begin with "plot", for commands that draw a figure beside their numbers.
+/// Returns its failure, or that it cannot be run. Its warnings, which the command itself has given, are dropped.
+Outcome runPlotProgram(const QStringList& words);
 
 } // namespace cli

@@ -1,4 +1,5 @@
 // The half of `tarnis plot` that draws.
+#include "datafile.h"
 #include "histogram.h"
 #include "output.h"
 #include "plot.h"
@@ -18,7 +19,7 @@ namespace {
 
 bool isFile(const QString& word)
 {
-    return tarnis::formatOfName(word) || QFileInfo::exists(word);
+    return word == u"-" || tarnis::formatOfName(word) || QFileInfo::exists(word);
 }
 
 Result<std::vector<tarnis::Dataset>> readData(const Arguments& arguments)
@@ -26,12 +27,16 @@ Result<std::vector<tarnis::Dataset>> readData(const Arguments& arguments)
     std::vector<tarnis::Dataset> data;
     std::unique_ptr<Server> server;
     for (const QString& word : arguments.words()) {
+        const Outcome wrong = isFile(word) ? std::nullopt : checkRemoteName(word, "histogram");
+        if (wrong)
+            return *wrong;
+    }
+    for (const QString& word : arguments.words()) {
         if (isFile(word)) {
-            tarnis::DatasetResult file = tarnis::readDataset(word);
-            if (!file.error.isEmpty())
-                return Failure { .code = FileError,
-                    .text = QStringLiteral("cannot read '%1': %2").arg(word, file.error) };
-            data.push_back(std::move(file.data));
+            Result<tarnis::Dataset> file = readDataFile(word);
+            if (!file.isOk())
+                return file.failure();
+            data.push_back(std::move(file.value()));
             continue;
         }
         if (!server) {
@@ -47,6 +52,7 @@ Result<std::vector<tarnis::Dataset>> readData(const Arguments& arguments)
         Result<tarnis::Dataset> histogram = fetchHistogram(*server, word);
         if (!histogram.isOk())
             return histogram.failure();
+        warnOfBadValues(histogram.value(), word);
         data.push_back(std::move(histogram.value()));
     }
     return data;
@@ -57,6 +63,8 @@ Result<tarnis::PictureFormat> pictureFormat(const Arguments& arguments)
     const QString path = arguments.value("o");
     if (!arguments.has("o"))
         return Failure { .code = WrongUsage, .text = "no output: give -o FILE, or -o - for standard output" };
+    if (const Outcome wrong = checkOutputName(path))
+        return *wrong;
     if (path == u"-" && arguments.has("json"))
         return Failure { .code = WrongUsage, .text = "--json and -o - both use standard output" };
     const QString byName = isStream(path) ? QStringLiteral(".png") : path;
@@ -70,17 +78,22 @@ Result<tarnis::PictureFormat> pictureFormat(const Arguments& arguments)
             : QStringLiteral("'%1' does not end in .png, .pdf or .svg").arg(path) };
 }
 
-tarnis::PictureOptions pictureOptions(
-    const Arguments& arguments, const FigureOptions& figure, const std::vector<tarnis::Dataset>& all)
+/// The titles of several are in the legend.
+QString titleOf(const Arguments& arguments, const std::vector<tarnis::Dataset>& all)
 {
-    const tarnis::Dataset& data = all.front();
+    if (arguments.has("title"))
+        return arguments.value("title");
+    return all.size() == 1 ? all.front().title : QString();
+}
+
+tarnis::PictureOptions pictureOptions(const FigureOptions& figure, const tarnis::Dataset& data)
+{
     tarnis::PictureOptions options;
     options.size = figure.size;
     options.dpi = figure.dpi;
-    // The titles of several are in the legend.
-    const QString title = all.size() == 1 ? data.title : QString();
-    options.heading = arguments.has("title") ? arguments.value("title") : title;
-    options.title = options.heading;
+    // A theme draws the title itself.
+    options.heading = figure.theme ? QString() : figure.title;
+    options.title = figure.title;
     options.source = data.source;
     options.time = data.time;
     return options;
@@ -93,19 +106,20 @@ Outcome plot(const Arguments& arguments)
     const Result<tarnis::PictureFormat> format = pictureFormat(arguments);
     if (!format.isOk())
         return format.failure();
-    const Result<FigureOptions> figure = figureOptions(arguments);
+    Result<FigureOptions> figure = figureOptions(arguments);
     if (!figure.isOk())
         return figure.failure();
     const Result<std::vector<tarnis::Dataset>> data = readData(arguments);
     if (!data.isOk())
         return data.failure();
+    figure.value().title = titleOf(arguments, data.value());
     const Result<std::unique_ptr<XYGraphWidget>> widget = makePlot(data.value(), figure.value());
     if (!widget.isOk())
         return widget.failure();
     QString error;
     const QByteArray picture =
         tarnis::PlotExporter(*widget.value())
-            .picture(format.value(), pictureOptions(arguments, figure.value(), data.value()), &error);
+            .picture(format.value(), pictureOptions(figure.value(), data.value().front()), &error);
     const QString path = arguments.value("o");
     if (!error.isEmpty())
         return Failure { .code = WrongUsage, .text = error };

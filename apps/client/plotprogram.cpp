@@ -4,6 +4,8 @@
 #include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QProcess>
 
 #include <cstdlib>
@@ -51,17 +53,19 @@ Outcome plot(const Arguments& /*arguments*/)
     return missing();
 }
 
-Result<int> runPlotProgram(const QStringList& words)
+Outcome runPlotProgram(const QStringList& words)
 {
     const QString program = plotProgram();
     if (program.isEmpty())
         return missing();
     QProcess process;
-    process.setProcessChannelMode(QProcess::ForwardedChannels);
-    process.start(program, words);
+    process.start(program, words + QStringList { QStringLiteral("--json") });
     if (!process.waitForFinished(-1) || process.exitStatus() != QProcess::NormalExit)
         return missing();
-    return process.exitCode();
+    if (process.exitCode() == Done)
+        return std::nullopt;
+    const QJsonObject report = QJsonDocument::fromJson(process.readAllStandardOutput()).object();
+    return Failure { .code = static_cast<ExitCode>(process.exitCode()), .text = report.value("error").toString() };
 }
 
 } // namespace cli

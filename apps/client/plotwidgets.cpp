@@ -1,6 +1,7 @@
 #include "plotwidgets.h"
 
 #include "curvesplot.h"
+#include "plotlook.h"
 
 #include <tarnis/plots/multivectorgraphwidget.h>
 #include <tarnis/plots/xy2dgraphwidget.h>
@@ -18,9 +19,20 @@ namespace {
 
 using tarnis::Dataset;
 
-QString nameWithUnit(const QString& name, const QString& unit)
+QString nameWithUnit(QString name, const QString& unit)
 {
+    if (name.isEmpty())
+        return unit;
+    name[0] = name.at(0).toUpper();
     return unit.isEmpty() ? name : QStringLiteral("%1 [%2]").arg(name, unit);
+}
+
+/// The name of an axis; an axis without numbers of its own counts bins.
+QString axisName(const tarnis::DataAxis& axis, const QString& bins)
+{
+    if (!axis.name.isEmpty() || !axis.unit.isEmpty())
+        return nameWithUnit(axis.name, axis.unit);
+    return axis.values.empty() ? bins : QString();
 }
 
 /// Whether all bins are equally wide, within what the rounding of written centres does to them.
@@ -42,10 +54,14 @@ double largest(const std::vector<double>& values)
     return result;
 }
 
+/// What is infinite is missing, too: a line to it would be a line out of the plot.
 QList<double> rowOf(const Dataset& data, qsizetype row)
 {
     const auto begin = data.values.begin() + row * data.columns;
-    return { begin, begin + data.columns };
+    QList<double> values { begin, begin + data.columns };
+    std::replace_if(
+        values.begin(), values.end(), [](double value) { return !std::isfinite(value); }, std::nan(""));
+    return values;
 }
 
 // The plot's function of an uneven axis has no argument for its data. One plot is drawn in a run of the program.
@@ -112,14 +128,15 @@ std::unique_ptr<XYGraphWidget> makeCurve(const Dataset& spectrum, const FigureOp
     auto plot = std::make_unique<MultiVectorGraphWidget>();
     plot->resize(options.size);
     const double top = largest(spectrum.values);
-    plot->init(nameWithUnit(spectrum.x.name, spectrum.x.unit), nameWithUnit(spectrum.name, spectrum.unit),
-        double(spectrum.columns), top, true, true);
+    plot->init(axisName(spectrum.x, "Channel"), nameWithUnit(spectrum.name, spectrum.unit), double(spectrum.columns),
+        top, true, true);
     plot->setDecimalY(3);
     setAxisX(*plot, spectrum);
     plot->m_groupSize = 1;
     plot->resizeData(1);
     plot->setData(0, rowOf(spectrum, 0), top);
     plot->setColor(0, Qt::white);
+    applyTheme(*plot, options);
     plot->setLogScaleY(options.log);
     plot->onAutoScaleX(true);
     setRanges(*plot, options);
@@ -130,15 +147,22 @@ std::unique_ptr<XYGraphWidget> makeCurves(const std::vector<Dataset>& data, cons
 {
     const auto named = std::find_if(data.begin(), data.end(), [](const Dataset& one) { return !one.x.unit.isEmpty(); });
     const Dataset& axis = named == data.end() ? data.front() : *named;
-    auto plot = std::make_unique<CurvesPlot>(data);
+    auto plot = std::make_unique<CurvesPlot>(data, curvesLook(options));
     plot->resize(options.size);
-    plot->init(nameWithUnit(axis.x.name, axis.x.unit), nameWithUnit(data.front().name, data.front().unit),
-        plot->highest(), plot->largest(), true, true);
+    plot->init(axisName(axis.x, "Channel"), nameWithUnit(data.front().name, data.front().unit), plot->highest(),
+        plot->largest(), true, true);
     plot->initManualX(plot->lowest(), plot->highest());
     plot->setDecimalX(3);
     plot->setDecimalY(3);
+    applyTheme(*plot, options);
     plot->setLogScaleY(options.log);
-    plot->adjustAxisY(plot->largest());
+    if (options.theme) {
+        const Range<double> y = roomyRange(*plot, options.log);
+        plot->onAutoScaleY(false);
+        plot->setMinMaxY(y.first, y.last);
+    } else {
+        plot->adjustAxisY(plot->largest());
+    }
     setRanges(*plot, options);
     return plot;
 }
@@ -211,12 +235,12 @@ Result<std::unique_ptr<XYGraphWidget>> makeMap(const Dataset& data, const Figure
     }
     auto plot = std::make_unique<XY2DGraphWidget>();
     plot->resize(options.size);
-    plot->init(nameWithUnit(data.x.name, data.x.unit), nameWithUnit(data.y.name, data.y.unit), x.back(), y.back(),
-        false, false);
+    plot->init(axisName(data.x, "Column"), axisName(data.y, "Row"), x.back(), y.back(), false, false);
     plot->initManualX(x.front(), x.back());
     plot->initManualY(y.front(), y.back());
     plot->setDecimalX(3);
     plot->setDecimalY(3);
+    applyTheme(*plot, options, nameWithUnit(data.name, data.unit));
     if (const Outcome wrong = setColours(*plot, options.map))
         return *wrong;
     for (qsizetype row = 0; row < data.rows; ++row) {
@@ -238,8 +262,12 @@ Result<std::unique_ptr<XYGraphWidget>> makePlot(const std::vector<Dataset>& data
         std::any_of(data.begin(), data.end(), [](const Dataset& one) { return one.kind == Dataset::Kind::Map; });
     if (hasMap && data.size() > 1)
         return Failure { .code = WrongUsage, .text = "a map is drawn alone: give one file" };
+    if (hasMap && options.residuals)
+        return Failure { .code = WrongUsage, .text = "--residuals is for spectra, and this is a map" };
     if (!hasMap && (!options.map.isNull() || options.levels))
         return Failure { .code = WrongUsage, .text = "--map and --levels are for maps, and these are spectra" };
+    if (options.residuals && (data.size() > 1 || data.front().rows < 2))
+        return Failure { .code = WrongUsage, .text = "--residuals needs one file with two curves: counts and a model" };
     if (hasMap)
         return makeMap(data.front(), options);
     if (const Outcome wrong = checkUnits(data))

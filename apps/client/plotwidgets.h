@@ -5,6 +5,7 @@
 #include "outcome.h"
 
 #include <tarnis/formats/dataset.h>
+#include <tarnis/tools/plotstyle.h>
 
 #include <QSize>
 
@@ -19,6 +20,9 @@ namespace cli {
 struct FigureOptions {
     QSize size { 800, 500 };
     double dpi = 96.0;
+    std::optional<tarnis::PlotStyle::Theme> theme = tarnis::PlotStyle::Theme::Print; ///< nothing: the classic look
+    QString title; ///< drawn above the plot; empty: none
+    bool residuals = false; ///< of the first curve from the second one, below the plot
     std::optional<Range<double>> x;
     std::optional<Range<double>> y;
     bool log = false;

@@ -25,6 +25,8 @@ Result<QStringList> commandsOfInput()
         if (!line.trimmed().isEmpty())
             commands += line.trimmed();
     }
+    if (commands.isEmpty())
+        return Failure { .code = WrongUsage, .text = "standard input holds no command" };
     return commands;
 }
 
@@ -57,6 +59,10 @@ Outcome send(const Arguments& arguments)
         words == QStringList { "-" } ? commandsOfInput() : Result<QStringList>(commandsOf(words));
     if (!commands.isOk())
         return commands.failure();
+    for (const QString& command : commands.value()) {
+        if (const Outcome wrong = checkServerCommand(command))
+            return wrong;
+    }
     const Result<std::unique_ptr<Server>> server = Server::open(arguments);
     if (!server.isOk())
         return server.failure();

@@ -4,11 +4,19 @@
 #include <QEventLoop>
 #include <QFutureWatcher>
 
+#include <algorithm>
+
 namespace cli {
 
 namespace {
 
-constexpr int patienceMs = 5000; // for a local server that was told to end
+// A local server that is to end: an orderly one does so at "exit". One that ignores it gets SIGTERM, upon which the
+// orderly ones end their run, too; one that ignores that is killed.
+constexpr int exitMs = 1000;
+constexpr int terminateMs = 4000;
+
+// "NG:" and any character of a text are more than this as a length, so that a refusal is not taken for one.
+constexpr qint64 maxReplyBytes = qint64(128) << 20;
 
 Failure noConnection(const QString& text)
 {
@@ -39,7 +47,38 @@ bool splitAddress(const QString& address, QString& host, quint16& port)
     return colon > 0 && valid && port > 0 && !host.isEmpty();
 }
 
+bool isControl(QChar c)
+{
+    return c.category() == QChar::Other_Control;
+}
+
+/// Whether bytes are a text for a terminal: valid UTF-8 without control characters but those that form lines.
+bool isReadable(const QString& text)
+{
+    return std::none_of(text.begin(), text.end(), [](QChar c) {
+        const bool isLayout = c == u'\n' || c == u'\r' || c == u'\t' || c == u'\f' || c == u'\x1b';
+        return c == QChar::ReplacementCharacter || (isControl(c) && !isLayout);
+    });
+}
+
 } // namespace
+
+Outcome checkRemoteName(const QString& name, const QString& what)
+{
+    if (!name.trimmed().isEmpty() && std::none_of(name.begin(), name.end(), isControl))
+        return std::nullopt;
+    return Failure { .code = WrongUsage,
+        .text = QStringLiteral("'%1' is not the name of a %2 on the server").arg(name, what) };
+}
+
+Outcome checkServerCommand(const QString& command)
+{
+    if (command.trimmed().isEmpty())
+        return Failure { .code = WrongUsage, .text = "the command is empty" };
+    if (command.contains(u'\n'))
+        return Failure { .code = WrongUsage, .text = "a command must be on one line" };
+    return std::nullopt;
+}
 
 Result<std::unique_ptr<Server>> Server::open(const Arguments& arguments)
 {
@@ -123,10 +162,10 @@ Server::~Server()
         return;
     m_process->write("exit\n");
     m_process->closeWriteChannel();
-    if (m_process->waitForFinished(patienceMs))
+    if (m_process->waitForFinished(exitMs))
         return;
     m_process->terminate();
-    if (!m_process->waitForFinished(patienceMs))
+    if (!m_process->waitForFinished(terminateMs))
         m_process->kill(); // its destructor waits for the end
 }
 
@@ -163,13 +202,12 @@ tarnis::RequestOptions Server::requestOptions() const
     tarnis::RequestOptions options;
     options.deadline = m_timeout;
     options.silence = std::chrono::milliseconds(0);
+    options.maxSize = maxReplyBytes;
     return options;
 }
 
 Result<tarnis::Reply> Server::ask(const QString& command)
 {
-    if (command.contains(u'\n'))
-        return Failure { .code = WrongUsage, .text = "a command must be on one line" };
     return finish(m_client->request(command, requestOptions()), command);
 }
 
@@ -183,13 +221,28 @@ Result<tarnis::Reply> Server::upload(const QString& name, const QByteArray& cont
     return finish(m_client->upload(name, content, requestOptions()), QStringLiteral("txfile ") + name);
 }
 
+Failure Server::brokenReply(const QString& command, const QString& reason) const
+{
+    return noConnection(
+        QStringLiteral("the reply to '%1' from %2 cannot be used: %3").arg(command.left(60), address(), reason));
+}
+
+Result<tarnis::Reply> Server::checked(tarnis::Reply reply, const QString& what) const
+{
+    if (reply.announced < 0)
+        return brokenReply(what, QStringLiteral("it announces %1 bytes").arg(reply.announced));
+    if (!isReadable(reply.text()))
+        return brokenReply(what, "it is not text");
+    return reply;
+}
+
 Result<tarnis::Reply> Server::finish(QFuture<tarnis::Reply> future, const QString& what)
 {
     waitFor(future);
     tarnis::Reply reply = future.result();
     switch (reply.outcome) {
     case tarnis::Reply::Outcome::Replied:
-        return reply;
+        return checked(std::move(reply), what);
     case tarnis::Reply::Outcome::Refused:
         return Failure { .code = Refused, .text = reply.text().isEmpty() ? reply.reason : reply.text().trimmed() };
     case tarnis::Reply::Outcome::TimedOut:

@@ -12,6 +12,12 @@
 
 namespace cli {
 
+/// Wrong usage if the name of a file or histogram of the server is empty or holds a control character, which would end
+/// the request. `what` is "file" or "histogram".
+Outcome checkRemoteName(const QString& name, const QString& what);
+/// Wrong usage if the text is empty or has more than one line.
+Outcome checkServerCommand(const QString& command);
+
 /// A connection for the time of one command. Each request waits for its reply.
 class Server {
 public:
@@ -22,14 +28,17 @@ public:
     Server(const Server&) = delete;
     Server& operator=(const Server&) = delete;
 
-    /// The reply to a text command. A refusal is a failure with the server's text.
+    /// The reply to a text command. A refusal is a failure with the server's text, a reply that is no text one with the
+    /// code NoConnection.
     Result<tarnis::Reply> ask(const QString& command);
-    /// The same for a command with a binary reply.
+    /// The same for a command with a binary reply. A negative length is a failure, too.
     Result<tarnis::Reply> askBinary(const QString& command);
     /// Stores a text file on the server.
     Result<tarnis::Reply> upload(const QString& name, const QByteArray& content);
     /// HOST:PORT.
     QString address() const;
+    /// A reply that does not keep to the protocol, with the code NoConnection.
+    Failure brokenReply(const QString& command, const QString& reason) const;
     tarnis::Client& client() { return *m_client; }
 
 private:
@@ -39,6 +48,7 @@ private:
     Outcome connectToServer();
     tarnis::RequestOptions requestOptions() const;
     Result<tarnis::Reply> finish(QFuture<tarnis::Reply> future, const QString& what);
+    Result<tarnis::Reply> checked(tarnis::Reply reply, const QString& what) const;
     QString endOfProgram() const;
 
     QString m_host;

@@ -1,6 +1,6 @@
 #include "spectrumfile.h"
 
-#include <tarnis/formats/formats.h>
+#include "datafile.h"
 
 #include <cmath>
 
@@ -33,14 +33,15 @@ tarnis::BinnedData Spectrum::bins() const
 
 Result<Spectrum> readSpectrum(const QString& path)
 {
-    tarnis::DatasetResult file = tarnis::readDataset(path);
-    if (!file.error.isEmpty())
-        return Failure { .code = FileError, .text = QStringLiteral("cannot read '%1': %2").arg(path, file.error) };
-    if (file.data.kind == tarnis::Dataset::Kind::Map || file.data.rows != 1)
+    Result<tarnis::Dataset> file = readDataFile(path);
+    if (!file.isOk())
+        return file.failure();
+    tarnis::Dataset& data = file.value();
+    if (data.kind == tarnis::Dataset::Kind::Map || data.rows != 1)
         return Failure { .code = FileError,
-            .text = QStringLiteral("'%1' holds %2 rows: give a file of one spectrum").arg(path).arg(file.data.rows) };
-    const qsizetype first = firstChannelOf(file.data);
-    return Spectrum { std::move(file.data), first };
+            .text = QStringLiteral("'%1' holds %2 rows: give a file of one spectrum").arg(path).arg(data.rows) };
+    const qsizetype first = firstChannelOf(data);
+    return Spectrum { std::move(data), first };
 }
 
 Result<Range<qsizetype>> channelOption(const Arguments& arguments, const QString& option, const Spectrum& spectrum)

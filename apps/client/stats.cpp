@@ -105,11 +105,9 @@ Outcome stats(const Arguments& arguments)
 {
     if (!arguments.has("region"))
         return Failure { .code = WrongUsage, .text = "no region: give --region LO:HI" };
-    const Result<double> sides = numberOption(arguments, "sides", 0, 10000, 3);
+    const Result<int> sides = wholeNumberOption(arguments, "sides", 0, 10000, 3);
     if (!sides.isOk())
         return sides.failure();
-    if (sides.value() != std::floor(sides.value()))
-        return Failure { .code = WrongUsage, .text = "--sides needs a whole number of channels" };
     const Result<Spectrum> spectrum = readSpectrum(arguments.words().at(0));
     if (!spectrum.isOk())
         return spectrum.failure();
@@ -117,7 +115,7 @@ Outcome stats(const Arguments& arguments)
     if (!range.isOk())
         return range.failure();
     tarnis::RegionOptions options;
-    options.sideBins = static_cast<int>(sides.value());
+    options.sideBins = sides.value();
     if (spectrum.value().data.liveTime > 0.0)
         options.liveTime = spectrum.value().data.liveTime;
     const RegionStatistics s = tarnis::regionStatisticsOfBins(spectrum.value().bins(),

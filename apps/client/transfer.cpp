@@ -4,23 +4,11 @@
 #include "server.h"
 
 #include <QJsonObject>
-
-#include <algorithm>
+#include <QRegularExpression>
 
 namespace cli {
 
 namespace {
-
-/// A name that fits on the first line of a request.
-Outcome checkName(const QString& name)
-{
-    const bool fits = !name.trimmed().isEmpty()
-        && std::none_of(name.begin(), name.end(), [](QChar c) { return c.category() == QChar::Other_Control; });
-    if (fits)
-        return std::nullopt;
-    return Failure { .code = WrongUsage,
-        .text = QStringLiteral("'%1' is not the name of a file on the server").arg(name) };
-}
 
 Outcome report(const Arguments& arguments, const QString& file, const QString& remote, qsizetype bytes)
 {
@@ -33,7 +21,7 @@ Outcome put(const Arguments& arguments)
 {
     const QString& file = arguments.words().at(0);
     const QString& remote = arguments.words().at(1);
-    if (const Outcome wrong = checkName(remote))
+    if (const Outcome wrong = checkRemoteName(remote, "file"))
         return wrong;
     const Result<QByteArray> content = readInput(file);
     if (!content.isOk())
@@ -55,20 +43,39 @@ Outcome put(const Arguments& arguments)
     return report(arguments, file, remote, content.value().size());
 }
 
+/// What is wrong with the reply to rxfile; empty if it is a file. An empty file and a length of 0 by mistake differ in
+/// the text behind it: "OK: NAME, N bytes", or what should have been the content.
+QString faultOfFile(const tarnis::Reply& reply)
+{
+    const QString text = reply.text().trimmed();
+    if (!text.startsWith(QLatin1String("OK")) && !(text.isEmpty() && !reply.data.isEmpty()))
+        return QStringLiteral("it does not end with OK");
+    static const QRegularExpression size(QStringLiteral(", ([0-9]+) bytes$"));
+    const QRegularExpressionMatch stated = size.match(text);
+    if (stated.hasMatch() && stated.captured(1).toLongLong() != reply.data.size())
+        return QStringLiteral("it holds %1 bytes of %2").arg(reply.data.size()).arg(stated.captured(1));
+    return {};
+}
+
 Outcome get(const Arguments& arguments)
 {
     const QString& remote = arguments.words().at(0);
     const QString& file = arguments.words().at(1);
-    if (const Outcome wrong = checkName(remote))
+    if (const Outcome wrong = checkRemoteName(remote, "file"))
         return wrong;
+    if (file.isEmpty())
+        return Failure { .code = WrongUsage, .text = "the name of the local file is empty" };
     if (file == u"-" && arguments.has("json"))
         return Failure { .code = WrongUsage, .text = "--json and - both use standard output" };
     const Result<std::unique_ptr<Server>> server = Server::open(arguments);
     if (!server.isOk())
         return server.failure();
-    const Result<tarnis::Reply> reply = server.value()->askBinary(QStringLiteral("rxfile ") + remote);
+    const QString command = QStringLiteral("rxfile ") + remote;
+    const Result<tarnis::Reply> reply = server.value()->askBinary(command);
     if (!reply.isOk())
         return reply.failure();
+    if (const QString fault = faultOfFile(reply.value()); !fault.isEmpty())
+        return server.value()->brokenReply(command, fault);
     if (const Outcome outcome = writeOutput(file, reply.value().data))
         return outcome;
     return report(arguments, file, remote, reply.value().data.size());

@@ -14,21 +14,30 @@ namespace cli {
 
 namespace {
 
-/// The values of the section "--run" of a reply to stat.
-QHash<QString, QString> runValues(const QString& stat)
+/// What a reply to stat says: lines "name: value", in sections that begin with "--".
+struct Statistics {
+    QHash<QString, QString> run; ///< those of the section "--run", or of a reply without sections
+    bool hasValues = false; ///< any line states a value
+};
+
+Statistics readStatistics(const QString& stat)
 {
-    QHash<QString, QString> values;
-    QString section;
+    Statistics statistics;
+    QString section = QStringLiteral("run");
     for (const QString& line : stat.split(u'\n')) {
         if (line.startsWith(QLatin1String("--"))) {
             section = line.mid(2).trimmed();
             continue;
         }
         const qsizetype colon = line.indexOf(u':');
-        if (section == u"run" && colon > 0)
-            values.insert(line.left(colon).trimmed(), line.mid(colon + 1).trimmed());
+        const QString value = line.mid(colon + 1).trimmed();
+        if (colon < 1 || value.isEmpty())
+            continue;
+        statistics.hasValues = true;
+        if (section == u"run")
+            statistics.run.insert(line.left(colon).trimmed(), value);
     }
-    return values;
+    return statistics;
 }
 
 /// A number if it is one, else the text; null if the server does not state it.
@@ -40,9 +49,8 @@ QJsonValue valueOf(const QHash<QString, QString>& values, const QString& name)
     return valid ? QJsonValue(number) : text.isEmpty() ? QJsonValue() : QJsonValue(text);
 }
 
-Outcome printState(const QString& stat, bool json)
+Outcome printState(const QHash<QString, QString>& values, bool json)
 {
-    const QHash<QString, QString> values = runValues(stat);
     const QString time = QDateTime::currentDateTimeUtc().toString(Qt::ISODateWithMs);
     if (json) {
         return print(
@@ -70,7 +78,7 @@ void pause(Server& server, Interruption& interruption, double seconds)
 Outcome watch(const Arguments& arguments)
 {
     const Result<double> every = numberOption(arguments, "every", 0.01, 86400.0, 1.0);
-    const Result<double> count = numberOption(arguments, "count", 1.0, 1e9, 0.0);
+    const Result<int> count = wholeNumberOption(arguments, "count", 1, 1000000000, 0);
     if (!every.isOk() || !count.isOk())
         return every.isOk() ? count.failure() : every.failure();
     Interruption interruption;
@@ -85,9 +93,12 @@ Outcome watch(const Arguments& arguments)
             break;
         if (!reply.isOk())
             return reply.failure();
-        if (const Outcome outcome = printState(reply.value().text(), arguments.has("json")))
+        const Statistics statistics = readStatistics(reply.value().text());
+        if (!statistics.hasValues)
+            return server.value()->brokenReply("stat", "it has no line of the form 'name: value'");
+        if (const Outcome outcome = printState(statistics.run, arguments.has("json")))
             return outcome;
-        if (line == int(count.value()))
+        if (line == count.value())
             break;
         pause(*server.value(), interruption, every.value());
     }

@@ -142,7 +142,12 @@ private Q_SLOTS:
         const Run run = runTarnis({ "fit", twoPeaks(), "--range", "60:100", "--json", "--plot", path("fit.svg") });
         QCOMPARE(run.exitCode, 0);
         QVERIFY(jsonOf(run).contains("value"));
-        QVERIFY(tarnis::readFile(path("fit.svg")).bytes.contains("<svg"));
+        const QByteArray svg = tarnis::readFile(path("fit.svg")).bytes;
+        for (const char* const text : { ">counts<", ">fit<", ">background<", ">Residuals in standard deviations<" })
+            QVERIFY2(svg.contains(text), text);
+        const Run bad = runTarnis({ "fit", twoPeaks(), "--range", "60:100", "--plot", path("fit.bmp") });
+        QCOMPARE(bad.exitCode, 2);
+        QVERIFY2(bad.hasOneLineOfError() && bad.errors.contains("does not end in .png"), bad.errors);
     }
 
     void calibratesAndFindsPeaks()

@@ -97,12 +97,114 @@ private Q_SLOTS:
         QCOMPARE(runTarnis({ "plot", uneven, "-o", path("u.svg") }).exitCode, 0);
     }
 
+    // Whether nothing but the colour of the corner, the paper, is at the edge: a text that is clipped reaches it.
+    static bool hasClearEdge(const QImage& image)
+    {
+        const QRgb paper = image.pixel(0, 0);
+        bool isClear = true;
+        for (int x = 0; x < image.width(); ++x)
+            isClear = isClear && image.pixel(x, 0) == paper && image.pixel(x, image.height() - 1) == paper;
+        for (int y = 0; y < image.height(); ++y)
+            isClear = isClear && image.pixel(0, y) == paper && image.pixel(image.width() - 1, y) == paper;
+        return isClear;
+    }
+
+    void drawsInAThemeWithoutClippedTexts_data()
+    {
+        QTest::addColumn<QString>("theme");
+        QTest::addColumn<QString>("size");
+        QTest::addColumn<QRgb>("paper");
+        const QRgb white = qRgb(255, 255, 255);
+        QTest::newRow("default") << ""
+                                 << "800x500" << white;
+        QTest::newRow("small") << ""
+                               << "300x200" << white;
+        QTest::newRow("large") << ""
+                               << "1800x1300" << white;
+        QTest::newRow("light") << "light"
+                               << "640x400" << white;
+        QTest::newRow("dark") << "dark"
+                              << "640x400" << qRgb(27, 29, 34);
+        QTest::newRow("high contrast") << "high-contrast"
+                                       << "640x400" << qRgb(0, 0, 0);
+    }
+    void drawsInAThemeWithoutClippedTexts()
+    {
+        QFETCH(QString, theme);
+        QFETCH(QString, size);
+        QFETCH(QRgb, paper);
+        const QString one = write("one.csv", counts(300));
+        QByteArray rows;
+        for (int y = 0; y < 30; ++y)
+            rows += QByteArray::number(y % 3) + ",4,0,3,1,2,5,1\n";
+        const QString map = write("map.csv", rows);
+        QStringList many;
+        for (int i = 0; i < 8; ++i)
+            many += write(QStringLiteral("curve%1.csv").arg(i), counts(100 + i));
+        const QStringList look = theme.isEmpty() ? QStringList() : QStringList { "--theme", theme };
+        for (const QStringList& files : { QStringList { one }, many, QStringList { map } }) {
+            const Run run = runTarnis(QStringList { "plot", "-o", path("a.png"), "--size", size } + look + files);
+            QCOMPARE(run.errors, QByteArray());
+            const QImage image(path("a.png"));
+            QCOMPARE(image.pixel(0, 0), paper);
+            QVERIFY2(hasClearEdge(image), qPrintable(files.first()));
+        }
+    }
+
+    void keepsTheClassicLookOnDemand()
+    {
+        const QString file = write("a.csv", counts(100));
+        QCOMPARE(runTarnis({ "plot", file, "-o", path("a.png"), "--theme", "classic", "--title", "" }).exitCode, 0);
+        const QImage image(path("a.png"));
+        QCOMPARE(image.pixel(1, 1), QColor(Qt::lightGray).rgb());
+        QCOMPARE(image.pixel(700, 40), qRgb(0, 0, 0));
+    }
+
+    void keepsTheLegendOffTheCurves()
+    {
+        QStringList words { "plot", "-o", path("l.svg") };
+        for (int i = 0; i < 8; ++i)
+            words += write(QStringLiteral("curve%1.csv").arg(i), counts(100));
+        QCOMPARE(runTarnis(words).exitCode, 0);
+        const QString svg = QString::fromUtf8(read("l.svg"));
+        // The x labels end the plot; all names are below them.
+        const auto rowOf = [&](const QString& text) {
+            const QRegularExpression row(
+                QStringLiteral("y=\"([0-9.]+)\"[^>]*>%1</text>").arg(QRegularExpression::escape(text)));
+            const QRegularExpressionMatch match = row.match(svg);
+            return match.hasMatch() ? match.captured(1).toDouble() : -1.0;
+        };
+        const double axis = rowOf("Channel");
+        QVERIFY(axis > 0.0);
+        for (int i = 0; i < 8; ++i)
+            QVERIFY2(rowOf(QStringLiteral("curve%1.csv").arg(i)) > axis, qPrintable(QString::number(i)));
+    }
+
+    void drawsResidualsOfAModel()
+    {
+        const QString file = write("f.csv", "0,10,8\n1,20,25\n2,40,39\n3,20,22\n");
+        QCOMPARE(runTarnis({ "plot", file, "-o", path("f.svg"), "--residuals" }).exitCode, 0);
+        QVERIFY(read("f.svg").contains(">Residuals in standard deviations</text>"));
+        QVERIFY(read("f.svg").contains(">-3</text>"));
+        QCOMPARE(runTarnis({ "plot", write("a.csv", counts(20)), "-o", path("a.svg"), "--residuals" }).exitCode, 2);
+        QCOMPARE(runTarnis({ "plot", file, file, "-o", path("a.svg"), "--residuals" }).exitCode, 2);
+    }
+
+    void readsStandardInput()
+    {
+        QCOMPARE(runTarnis({ "plot", "-", "-o", path("a.svg") }, counts(20)).exitCode, 0);
+        QVERIFY(read("a.svg").contains(">standard input</text>"));
+        const Run bad = runTarnis({ "plot", "-", "-o", path("b.svg") }, "1\nx\n");
+        QCOMPARE(bad.exitCode, 4);
+        QVERIFY2(bad.hasOneLineOfError(), bad.errors);
+    }
+
     void drawsEachSpectrumOverItsOwnAxis()
     {
         const QString near = write("near.csv", "0.5,10\n1.5,20\n2.5,10\n");
         const QString far = write("far.csv", "100,10\n200,20\n300,nan\n400,10\n500,20\n");
         const Run run = runTarnis({ "plot", near, far, "-o", path("nf.svg"), "--title", "Both" });
-        QCOMPARE(run.errors, QByteArray());
+        QCOMPARE(run.errors, "tarnis: warning: 1 of 5 values of '" + far.toUtf8() + "' are not finite\n");
         QCOMPARE(run.exitCode, 0);
         const QString svg = QString::fromUtf8(read("nf.svg"));
         for (const char* const text : { ">near.csv</text>", ">far.csv</text>", ">Both</text>", ">500</text>" })

@@ -1,6 +1,7 @@
 // tarnis with a server: replies, histograms, files, and every way in which a server or a file fails.
 #include "clientprogram.h"
 #include "simserver/simprogram.h"
+#include "support/scriptedserver.h"
 
 #include <tarnis/formats/formats.h>
 #include <tarnis/foundation/files.h>
@@ -11,6 +12,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <cmath>
 #include <csignal>
 #include <numeric>
 
@@ -136,6 +138,96 @@ private Q_SLOTS:
         QCOMPARE(names(), QStringList());
     }
 
+    void refusesRepliesThatBreakTheProtocol_data()
+    {
+        QTest::addColumn<QString>("fault");
+        QTest::addColumn<QStringList>("words");
+        const auto row = [](const char* fault, const QStringList& words) {
+            QTest::addRow("%s, %s", qPrintable(words.first()), fault) << fault << words;
+        };
+        const QStringList get { "get", "/README.txt", "FILE" };
+        row("garbage", { "send", "pwd" });
+        row("garbage", { "watch", "--count", "1" });
+        row("garbage", { "hist", "total", "-o", "FILE" });
+        row("garbage", get);
+        for (const char* const fault :
+            { "negative-length", "zero-length", "short-length", "cut-payload", "empty-payload" })
+            row(fault, get);
+        row("negative-length", { "send", "hist1d", "counts" });
+        row("negative-length", { "hist", "total", "-o", "FILE" });
+    }
+    void refusesRepliesThatBreakTheProtocol()
+    {
+        QFETCH(QString, fault);
+        QFETCH(QStringList, words);
+        simtest::Program server({ "--fault", fault });
+        words.replaceInStrings("FILE", path("a.csv"));
+        const Run run = with(server,
+            words << "--timeout"
+                  << "0.5");
+        QCOMPARE(run.exitCode, 3);
+        QVERIFY2(run.hasOneLineOfError(), run.errors.constData());
+        QCOMPARE(run.output, QByteArray());
+        QCOMPARE(names(), QStringList());
+    }
+
+    void readsRefusalsOfBinaryCommandsInText()
+    {
+        using tarnis::testing::Step;
+        tarnis::testing::ScriptedServer server;
+        server.answer("rxfile a", { Step::text("NG:unknown command 'rxfile'\n") });
+        server.answer("hist1d t", { Step::text("NG:no histograms\n") });
+        const QString address = QStringLiteral("127.0.0.1:%1").arg(server.port());
+        const Run get = runTarnis({ "get", "a", path("a"), "--server", address });
+        QCOMPARE(get.exitCode, 1);
+        QCOMPARE(get.errors, QByteArray("tarnis: NG:unknown command 'rxfile'\n"));
+        QCOMPARE(names(), QStringList());
+        const Run send = runTarnis({ "send", "hist1d", "t", "--server", address, "--json" });
+        QCOMPARE(send.exitCode, 1);
+        QCOMPARE(send.output, QByteArray("{\"error\":\"NG:no histograms\",\"exitCode\":1}\n"));
+    }
+
+    void getsAnEmptyFile()
+    {
+        simtest::Program server;
+        QCOMPARE(runTarnis({ "put", "--server", address(server), "-", "/empty.txt" }, "").exitCode, 0);
+        QCOMPARE(with(server, { "get", "/empty.txt", path("empty.txt") }).exitCode, 0);
+        QCOMPARE(names(), QStringList { "empty.txt" });
+    }
+
+    void warnsOfValuesThatAreNotFinite()
+    {
+        simtest::Program server({ "--fault", "bad-values" });
+        const Run run = with(server, { "hist", "counts", "-o", path("a.csv"), "--json" });
+        QCOMPARE(run.exitCode, 0);
+        QCOMPARE(run.errors, QByteArray("tarnis: warning: 2 of 8 values of 'counts' are not finite\n"));
+        QVERIFY(QJsonDocument::fromJson(run.output).isObject());
+    }
+
+    void endsALocalServerThatIgnoresItsInput()
+    {
+        const Run run = shell(QStringLiteral("TARNIS_SIMSERVER_OPTIONS='--fault ignore-exit --log %1' "
+                                             "$TARNIS send --local %2 pwd")
+                                  .arg(path("log"), QStringLiteral(SIMSERVER_PATH)));
+        QCOMPARE(run.exitCode, 0);
+        QCOMPARE(run.output, QByteArray("OK:\n/\n"));
+    }
+
+    void savesCountsWithErrorsAsNexus()
+    {
+        simtest::Program server({ "--start", "--rate", "100000", "--maxevents", "500" });
+        QTRY_VERIFY_WITH_TIMEOUT(with(server, { "send", "stat" }).output.contains("state: STOPPED"), 30000);
+        QCOMPARE(with(server, { "hist", "counts", "-o", path("a.h5") }).exitCode, 0);
+        const tarnis::DatasetResult file = tarnis::readDataset(path("a.h5"));
+        QCOMPARE(file.error, QString());
+        QCOMPARE(file.data.errors.size(), file.data.values.size());
+        QVERIFY(file.data.values.front() > 0.0);
+        for (std::size_t i = 0; i < file.data.values.size(); ++i)
+            QCOMPARE(file.data.errors[i], std::sqrt(file.data.values[i]));
+        QCOMPARE(with(server, { "hist", "counts", "-o", path("a.csv") }).exitCode, 0);
+        QVERIFY(tarnis::readDataset(path("a.csv")).data.errors.empty());
+    }
+
     void reportsAnAddressWithoutServer()
     {
         const Run run = runTarnis({ "send", "--server", "127.0.0.1:1", "stat" });
@@ -218,8 +310,13 @@ private Q_SLOTS:
         QTest::newRow("closed pipe")
             << "set -o pipefail; { $TARNIS hist image $S -o -; } | head -1 > /dev/null; exit ${PIPESTATUS[0]}"
             << QByteArray("the reader has closed the pipe");
-        QTest::newRow("closed standard output")
-            << "$TARNIS send stat $S >&-" << QByteArray("cannot write to standard output");
+        QTest::newRow("closed standard output") << "$TARNIS send stat $S >&-" << QByteArray("output: it is closed");
+        QTest::newRow("closed standard output of a histogram")
+            << "$TARNIS hist counts $S -o - >&-" << QByteArray("output: it is closed");
+        QTest::newRow("closed standard output of a figure")
+            << "$TARNIS plot counts $S -o - >&- <&-" << QByteArray("output: it is closed");
+        QTest::newRow("closed standard output of a summary")
+            << "$TARNIS put /dev/null /x.txt $S --json >&-" << QByteArray("output: it is closed");
         QTest::newRow("put of binary data")
             << "printf 'a\\004b' | $TARNIS put $S - /x.txt" << QByteArray("byte 1 is 4");
     }

@@ -14,7 +14,10 @@ private Q_SLOTS:
         QTest::addColumn<QStringList>("words");
         QTest::addColumn<QByteArray>("text");
         QTest::newRow("program") << QStringList { "--help" } << QByteArray("usage: tarnis COMMAND");
-        for (const char* const name : { "send", "hist", "plot", "watch", "put", "get", "completion" }) {
+        QTest::newRow("program -h") << QStringList { "-h" } << QByteArray("usage: tarnis COMMAND");
+        for (const char* const name :
+            { "send", "hist", "plot", "watch", "put", "get", "stats", "fit", "peaks", "calibrate", "completion" }) {
+            QTest::addRow("%s -h", name) << QStringList { name, "-h" } << QByteArray("usage: tarnis ") + name;
             QTest::addRow("%s --help", name) << QStringList { name, "--help" } << QByteArray("usage: tarnis ") + name;
             QTest::addRow("help %s", name) << QStringList { "help", name } << QByteArray("usage: tarnis ") + name;
         }
@@ -64,6 +67,34 @@ private Q_SLOTS:
         row("put without remote", { "put", "--server", "a:1", "file" }, "usage: tarnis put");
         row("put of a bad name", { "put", "--server", "a:1", "-", "a\nb" }, "is not the name of a file on the server");
         row("completion", { "completion", "fish" }, "no completion for 'fish'");
+        row("empty command", { "send", "--server", "a:1", "" }, "the command is empty");
+        row("blank command", { "send", "--server", "a:1", " " }, "the command is empty");
+        row("no command in the input", { "send", "--server", "a:1", "-" }, "standard input holds no command");
+        row("command of two lines", { "send", "--server", "a:1", "stat\nstop" }, "a command must be on one line");
+        row("hist of a bad name", { "hist", "--server", "a:1", "a\nb", "-o", "c.csv" },
+            "'a b' is not the name of a histogram on the server");
+        row("get of a bad name", { "get", "--server", "a:1", "a\nb", "c" }, "is not the name of a file on the server");
+        row("plot of a bad name", { "plot", "--server", "a:1", "a\nb", "-o", "c.png" },
+            "is not the name of a histogram on the server");
+        row("hist without a name", { "hist", "--server", "a:1", "", "-o", "c.csv" }, "is not the name of a histogram");
+        row("suffix alone", { "hist", "--server", "a:1", "a", "-o", ".csv" }, "has nothing in front of the '.csv'");
+        row("suffix alone in a folder", { "plot", "a.csv", "-o", "/tmp/.PNG" }, "has nothing in front of the '.PNG'");
+        row("suffix alone of a calibration", { "calibrate", "a.csv", "--lines", "co60", "-o", ".json" },
+            "has nothing in front of the '.json'");
+        row("suffix alone of a fit", { "fit", "a.csv", "--range", "1:2", "--plot", ".svg" },
+            "has nothing in front of the '.svg'");
+        row("empty output", { "hist", "--server", "a:1", "a", "-o", "" }, "the name of the output is empty");
+        row("get to no name", { "get", "--server", "a:1", "a", "" }, "the name of the local file is empty");
+        row("theme", { "plot", "a.csv", "-o", "a.png", "--theme", "pink" },
+            "--theme 'pink' is not print, light, dark, high-contrast or classic");
+        row("theme of no figure", { "fit", "a.csv", "--range", "1:2", "--theme", "dark" }, "--theme is for --plot");
+        row("long spelling of a letter", { "hist", "--server", "a:1", "a", "--o", "c.csv" }, "unknown option '--o'");
+        row("half a line", { "watch", "--server", "a:1", "--count", "1.5" }, "--count '1.5' is not a whole number");
+        row("half a degree", { "calibrate", "a.csv", "--lines", "co60", "-o", "c", "--degree", "1.5" },
+            "--degree '1.5' is not a whole number");
+        row("help of two", { "help", "send", "hist" }, "unexpected 'hist'");
+        row("logarithm of 0", { "plot", "a.csv", "-o", "a.png", "--log", "--yrange", "0:10" },
+            "a logarithmic axis begins above 0");
     }
     void refusesWrongUsage()
     {
@@ -73,6 +104,15 @@ private Q_SLOTS:
         QCOMPARE(run.exitCode, 2);
         QVERIFY2(run.hasOneLineOfError() && run.errors.contains(text), run.errors.constData());
         QVERIFY(run.output.isEmpty() || words.contains("--json"));
+    }
+
+    void printsUsageOnOneLineWithoutGaps()
+    {
+        for (const char* const name : { "send", "hist", "plot", "put", "get", "stats", "fit", "peaks", "calibrate" }) {
+            const Run run = runTarnis({ name });
+            QCOMPARE(run.exitCode, 2);
+            QVERIFY2(run.hasOneLineOfError() && !run.errors.contains("  "), run.errors.constData());
+        }
     }
 
     void reportsErrorsAsJsonToo()

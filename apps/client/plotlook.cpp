@@ -1,0 +1,74 @@
+#include "plotlook.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace cli {
+
+namespace {
+
+// Told apart on black, also by readers who do not see all colours (after Okabe and Ito, "Color Universal Design").
+constexpr QRgb classicColours[] { 0xffffff, 0x56b4e9, 0xe69f00, 0x00b383, 0xf0e442, 0xff7f50, 0xcc79a7, 0x9fa8ff };
+
+// A style lets texts grow up to twice by itself, from this size on. Figures can be larger than windows.
+constexpr double plainWidth = 760.0;
+constexpr double plainHeight = 480.0;
+constexpr double ownGrowth = 2.0;
+constexpr double mostGrowth = 6.0;
+
+constexpr double room = 0.06; // of the range, beyond the values
+
+double growthOf(QSize size)
+{
+    return std::clamp(std::min(size.width() / plainWidth, size.height() / plainHeight), 1.0, mostGrowth);
+}
+
+} // namespace
+
+void applyTheme(XYGraphWidget& plot, const FigureOptions& options, const QString& unitZ)
+{
+    if (!options.theme)
+        return;
+    auto* const style = new tarnis::PlotStyle(&plot, *options.theme); // the plot owns it
+    style->setTextScale(std::max(growthOf(options.size) / ownGrowth, 1.0));
+    style->setUnits({}, {}, unitZ);
+    plot.setTitle(options.title);
+}
+
+CurvesLook curvesLook(const FigureOptions& options)
+{
+    CurvesLook look;
+    look.residuals = options.residuals;
+    if (!options.theme) {
+        for (const QRgb colour : classicColours)
+            look.colours.emplace_back(colour);
+        look.surround = XYGraphWidget::m_backGroundColor;
+        look.text = Qt::white;
+        return look;
+    }
+    using Style = tarnis::PlotStyle;
+    for (int i = 0; i < Style::seriesColorCount(); ++i)
+        look.colours.push_back(Style::seriesColor(*options.theme, i));
+    look.surround = Style::backgroundColor(*options.theme);
+    look.text = Style::textColor(*options.theme);
+    look.growth = growthOf(options.size);
+    look.lineWidth = (*options.theme == Style::Theme::HighContrast ? 2.5 : 1.3) * look.growth;
+    return look;
+}
+
+Range<double> roomyRange(const CurvesPlot& curves, bool isLog)
+{
+    if (!isLog) {
+        const double span = curves.largest() - curves.smallest();
+        if (!(span > 0.0))
+            return { .first = 0.0, .last = 1.0 };
+        const double below = curves.smallest() < 0.0 ? room * span : 0.0;
+        return { .first = curves.smallest() - below, .last = curves.largest() + room * span };
+    }
+    if (curves.smallestAboveZero() == 0.0)
+        return { .first = 0.5, .last = 10.0 };
+    const double low = curves.smallestAboveZero() / 2.0; // a single count is seen
+    return { .first = low, .last = curves.largest() * std::pow(curves.largest() / low, room) };
+}
+
+} // namespace cli
