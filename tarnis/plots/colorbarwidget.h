@@ -83,7 +83,8 @@ protected:
     double m_min = 0.0; ///< at the bottom
     double m_max = 100.0; ///< at the top
 
-    // Editing Click areas of the end labels in the last paint. @{
+    // Editing
+    /// Click areas of the end labels in the last paint. @{
     QRect m_minRect;
     QRect m_maxRect;
     /// @}

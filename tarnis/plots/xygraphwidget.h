@@ -158,8 +158,8 @@ public Q_SLOTS:
     // Selection of an X range, continued
     void onParentMoved(); ///< the owner's window was moved; moves the range box along
     void onParentActivate(); ///< the owner's window became active; raises the range box
-    // Setup and ranges, continued Stores the flag and updates the check mark. Subclasses refit the range to their data.
-    //@{
+    // Setup and ranges, continued
+    /// Stores the flag and updates the check mark. Subclasses refit the range to their data. @{
     virtual void onAutoScaleX(bool checked);
     virtual void onAutoScaleY(bool checked);
     /// @}
