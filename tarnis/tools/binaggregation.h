@@ -1,4 +1,4 @@
-// Peaks that stay visible when a plot is zoomed out.
+// Keeps peaks visible when a plot is zoomed out.
 #pragma once
 
 #include <tarnis/plots/plotoverlay.h>
@@ -15,31 +15,32 @@ namespace tarnis {
 class OverlayCache;
 struct ShownCurve;
 
-/// What a plot shows where several bins share a pixel. Without the tool, a map paints the first bin that is not 0, so
-/// that a single high bin can vanish; with it, the largest of them, their sum or their mean. Each bin counts for the
-/// pixel in which it begins. The read-out, the cuts and saved data remain those of the bins; printed maps and vector
-/// files have every bin anyway. On curves, which draw every sample, it adds the envelope: a band from the lowest to the
-/// highest sample of each pixel column, with a line along the largest samples or along their mean; a sum of samples has
-/// no place on the axis of one sample, so that Sum adds nothing. A mark on the plot says what is shown.
+/// Determines what a plot shows where several bins share a pixel. Without the tool, a map paints the first non-zero
+/// bin, so that a single high bin can be invisible. With the tool, it paints the largest of them, their sum or their
+/// mean. Each bin counts for the pixel in which it begins. The read-out, the cuts and saved data still use single bins.
+/// Printed maps and vector files contain every bin anyway. On curves, which draw every sample, it adds the envelope: a
+/// band from the lowest to the highest sample of each pixel column, with a line along the largest samples or along
+/// their mean; Sum has no effect on curves, because a sum of samples does not fit their axis. A mark on the plot shows
+/// the method.
 class TARNIS_EXPORT BinAggregation : public InteractiveTool, protected PlotOverlay {
     Q_OBJECT
 
 public:
-    /// How bins that share a pixel are joined.
+    /// How bins that share a pixel are combined.
     enum class Method {
-        None, ///< as without the tool
+        None, ///< no aggregation
         Maximum, ///< the largest finite bin
-        Sum, ///< of the finite bins; on maps only
-        Mean ///< of the finite bins, empty ones included
+        Sum, ///< sum of the finite bins; only on maps
+        Mean ///< mean of the finite bins, including empty ones
     };
     Q_ENUM(Method)
 
-    /// Attaches to the plot, which owns the tool. The method is None.
+    /// Attaches to the plot, which owns the tool. The initial method is None.
     explicit BinAggregation(XYGraphWidget* plot);
     ~BinAggregation() override;
 
     Method method() const; ///< see Method
-    /// Bins along X and Y that share a pixel in the present view; at least 1. @{
+    /// Number of bins along X and Y that share a pixel in the current view; at least 1. @{
     double binsPerPixelX() const;
     double binsPerPixelY() const;
     /// @}
@@ -67,8 +68,8 @@ private:
 
     Method m_method = Method::None;
     std::unique_ptr<OverlayCache> m_cache;
-    QList<ShownCurve> m_painted; // what the cached picture shows
-    QMenu* m_menu = nullptr; // of the action
+    QList<ShownCurve> m_painted; // curves in the cached picture
+    QMenu* m_menu = nullptr; // menu of the action
     QAction* m_menuAction = nullptr;
 };
 

@@ -1,4 +1,4 @@
-// Errors of counts on curves.
+// Error bars of counts on curves.
 #pragma once
 
 #include <tarnis/plots/plotoverlay.h>
@@ -13,29 +13,29 @@ namespace tarnis {
 class OverlayCache;
 struct ShownCurve;
 
-/// Error bars on every visible curve whose values are counts: whole numbers that are not negative. The bar of a sum is
-/// that of the summed counts. Values that are no counts have no bar, since nothing is known about their errors. Where a
-/// bin is narrower than three pixels, a band from the lowest to the highest end in each pixel column takes the place of
-/// the bars. On a logarithmic axis a bar that reaches 0 ends at the lower edge of the plot. With the keyboard on the
-/// plot, E switches the bars. They appear in saved pictures.
+/// Error bars on every visible curve whose values are counts (non-negative integers). The bar of a sum is that of the
+/// summed counts. Other values have no bar, because their errors are unknown. If bins are narrower than three pixels, a
+/// band from the lowest to the highest end in each pixel column replaces the bars. On a logarithmic axis a bar that
+/// reaches 0 ends at the lower edge of the plot. While the plot has the focus, E switches the bars on and off. They
+/// appear in saved pictures.
 class TARNIS_EXPORT ErrorBars : public InteractiveTool, protected PlotOverlay {
     Q_OBJECT
 
 public:
-    /// How long a bar is.
+    /// The length of a bar.
     enum class Method {
         Poisson, ///< the exact central interval of 68.27 %, also for 0 counts (F. Garwood, 1936)
-        SquareRoot ///< the square root of the counts to either side; nothing for 0 counts
+        SquareRoot ///< the square root of the counts to either side; no bar for 0 counts
     };
     Q_ENUM(Method)
 
-    /// Attaches to the plot, which owns the bars. They are switched off; the method is Poisson.
+    /// Attaches to the plot, which owns the tool. Initially the bars are off and the method is Poisson.
     explicit ErrorBars(XYGraphWidget* plot);
     ~ErrorBars() override;
 
-    bool isOn() const; ///< the bars are shown
-    Method method() const; ///< how long a bar is
-    /// Both ends of the bar of a count, in counts; NaN for what is no count.
+    bool isOn() const; ///< whether the bars are shown
+    Method method() const; ///< the length of a bar
+    /// Both ends of the bar of a count, in counts; NaN for what is not a count.
     static QPair<double, double> interval(Method method, double count);
 
     QList<QAction*> actions() const override;
@@ -62,7 +62,7 @@ private:
     bool m_isOn = false;
     Method m_method = Method::Poisson;
     std::unique_ptr<OverlayCache> m_cache;
-    QList<ShownCurve> m_painted; // what the cached picture shows
+    QList<ShownCurve> m_painted; // curves in the cached picture
     QAction* m_switch = nullptr;
     QAction* m_poisson = nullptr;
 };

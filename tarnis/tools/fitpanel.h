@@ -1,4 +1,4 @@
-// Fitting peaks of a plot, with a table of the parameters.
+// A panel that fits peaks of a plot, with a table of the parameters.
 #pragma once
 
 #include <tarnis/analysis/spectrumfit.h>
@@ -14,57 +14,60 @@ class XYGraphWidget;
 
 namespace tarnis {
 
-/// A panel beside a plot of curves that fits its peaks. A drag on the plot chooses the range, clicks choose peaks; the
-/// guess appears at once, dashed. Parameters can be fixed, bounded and tied in the table, and a typed value is where
-/// the fit begins. Values are shown as value(uncertainty); files and the clipboard carry all digits. Fits run on a
-/// thread of the global pool. Residuals of the shown result are below the table, on the axis of the plot.
+/// A panel beside a plot of curves that fits its peaks. A drag on the plot selects the range, clicks select peaks. A
+/// preview with the starting values appears at once, dashed. Parameters can be fixed, bounded and tied in the table; an
+/// entered value is the starting value of the fit. Values are shown as value(uncertainty); files and the clipboard
+/// contain all digits. Fits run on a thread of the global pool. Residuals of the shown result are below the table, on
+/// the axis of the plot.
 ///
-/// While it follows the plot, it fits again every few seconds if data have arrived. A fit that is not acceptable then
-/// leaves the last good one in the table and on the plot, and the line below says why. GUI thread only.
+/// While it follows the plot, it repeats the fit every few seconds if data have arrived. If such a fit is not
+/// acceptable, the last good one stays in the table and on the plot, and the line below shows the reason. GUI thread
+/// only.
 class TARNIS_EXPORT FitPanel : public QWidget {
     Q_OBJECT
 
 public:
-    /// A panel for a plot, which may be destroyed first: then the panel keeps its last result.
+    /// Creates a panel for a plot, which may be destroyed first; the panel then keeps its last result.
     explicit FitPanel(XYGraphWidget* plot, QWidget* parent = nullptr);
     ~FitPanel() override;
 
-    XYGraphWidget* plot() const; ///< null once it has been destroyed
+    XYGraphWidget* plot() const; ///< the plot; null after it has been destroyed
 
-    AxisRange range() const; ///< in units of X; equal ends: none was chosen
+    AxisRange range() const; ///< the range in units of X; equal ends: none selected
     void setRange(double lower, double upper); ///< guesses
-    const FitModel& model() const; ///< with the constraints of the table
+    const FitModel& model() const; ///< the model with the constraints of the table
     void setModel(const FitModel& model); ///< guesses
     const FitOptions& options() const; ///< statistic and evaluation
-    void setOptions(const FitOptions& options); ///< for the next fit
-    bool isAutomatic() const; ///< as many peaks as the contents justify
-    void setAutomatic(bool on); ///< for the next fit
+    void setOptions(const FitOptions& options); ///< takes effect with the next fit
+    bool isAutomatic() const; ///< whether the number of peaks is determined automatically
+    void setAutomatic(bool on); ///< takes effect with the next fit
 
-    const FitResult& result() const; ///< as shown: a guess, a fit, or the last good fit
-    bool isGuess() const; ///< result() is a guess
-    bool isRunning() const; ///< a fit is under way
-    QString message() const; ///< verdict and reasons, as shown
-    /// Seconds between fits of a live plot, 0: it does not follow. @{
+    const FitResult& result() const; ///< the shown result: a preview, a fit, or the last good fit
+    bool isGuess() const; ///< whether result() is a preview
+    bool isRunning() const; ///< whether a fit is running
+    QString message() const; ///< the shown verdict and reasons
+    /// Seconds between fits of a live plot; 0: does not follow. @{
     int followSeconds() const;
     void setFollowSeconds(int seconds);
     /// @}
 
     QString table() const; ///< the result: name, value, error with all digits, separated by tabs
-    QString historyTable() const; ///< all fits of the panel, one a line, with all digits, separated by tabs
+    QString historyTable() const; ///< all fits of the panel, one per line, with all digits, separated by tabs
 
-    /// Range, model, options and constraints for a stored view; restoring guesses and keeps what is missing. @{
+    /// Range, model, options and constraints for a stored view. Restoring shows a preview; missing keys leave the
+    /// current values unchanged. @{
     QJsonObject saveState() const;
     void restoreState(const QJsonObject& state);
     /// @}
 
 public Q_SLOTS:
-    void guess(); ///< draws first values for the present range and model
-    void fit(); ///< starts a fit of the present data
-    void clear(); ///< no range and no curves on the plot; the history stays
+    void guess(); ///< shows the starting values for the current range and model
+    void fit(); ///< starts a fit of the current data
+    void clear(); ///< removes range and curves from the plot; keeps the history
 
 Q_SIGNALS:
-    void guessed(); ///< result() is a new guess
-    void fitted(); ///< a fit has ended; result() holds it unless an earlier good one was kept
+    void guessed(); ///< result() is a new preview
+    void fitted(); ///< a fit has ended; result() is this fit unless a previous good one was kept
     void stateChanged(); ///< saveState() differs
 
 protected:

@@ -53,7 +53,7 @@ void InteractiveTool::restoreState(const QJsonObject& /*state*/)
 
 bool InteractiveTool::event(QEvent* event)
 {
-    if (event->type() == QEvent::LanguageChange) { // a widget hands it to its children, which are not all
+    if (event->type() == QEvent::LanguageChange) { // a widget passes it on to child widgets only
         const auto own = findChildren<QAction*>(QString(), Qt::FindDirectChildrenOnly);
         for (QAction* const action : own)
             QCoreApplication::sendEvent(action, event);

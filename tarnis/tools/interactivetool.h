@@ -17,31 +17,31 @@ class XYGraphWidget;
 namespace tarnis {
 
 /// A tool that is attached to one plot from its construction to its destruction. It is a child of the plot, which
-/// deletes it; a host may delete it earlier at any time. With the last tool the plot gets back the focus policy, the
-/// mouse tracking and the cursor that it had before. GUI thread only.
+/// deletes it; a host may delete it earlier at any time. When the last tool is removed, the plot's previous focus
+/// policy, mouse tracking and cursor are restored. GUI thread only.
 class TARNIS_EXPORT InteractiveTool : public QObject, public PlotObserver {
     Q_OBJECT
 
 public:
-    /// What a tool changes in the plot's input.
+    /// Input that a tool needs from the plot.
     enum Need : unsigned int {
         Nothing = 0,
-        MouseMoves = 1, ///< moves without a pressed button
-        KeyboardFocus = 2, ///< keys, after a click or Tab
-        ReadOut = 4 ///< the tool shows what is under the pointer; the plot's own tool tips stay away
+        MouseMoves = 1, ///< mouse moves without a pressed button
+        KeyboardFocus = 2, ///< key events, after a click or Tab
+        ReadOut = 4 ///< the tool shows a read-out at the pointer; the plot's own tool tips are disabled
     };
     Q_DECLARE_FLAGS(Needs, Need)
 
     ~InteractiveTool() override;
 
-    /// The plot; null once it has been destroyed, and where null was passed.
+    /// The plot; null after it has been destroyed, or if null was passed.
     XYGraphWidget* plot() const { return observedPlot(); }
     /// The tools that are attached to a plot, in the order of their attachment.
     static QList<InteractiveTool*> toolsOf(const XYGraphWidget& plot);
 
-    /// What the user can do with the tool, for tool bars and menus, in the order of display. The actions belong to the
-    /// tool and follow the application's language. Their shortcuts are for display only: the tool handles the keys
-    /// itself while the plot has the focus. Empty here.
+    /// The actions of the tool for tool bars and menus, in the order of display. They are owned by the tool and follow
+    /// the application's language. Their shortcuts are for display only: the tool handles the keys itself while the
+    /// plot has the focus. The default implementation returns an empty list.
     virtual QList<QAction*> actions() const;
 
     /// The tool's part of a stored view.
@@ -59,25 +59,26 @@ public:
     bool event(QEvent* event) override;
 
 Q_SIGNALS:
-    void actionsChanged(); ///< actions() returns another list
+    void actionsChanged(); ///< actions() has changed
 
 protected:
-    /// Null is reported as a warning, and the tool does nothing.
+    /// Null causes a warning, and the tool does nothing.
     InteractiveTool(XYGraphWidget* plot, Needs needs);
 
-    /// An event of the plot, before the plot handles it. Return true to keep it from the plot and from tools that were
+    /// An event of the plot, before the plot handles it. Return true to hide it from the plot and from tools that were
     /// attached earlier.
     virtual bool handleEvent(QEvent* event);
     /// Passes the events of the plot to handleEvent().
     bool eventFilter(QObject* object, QEvent* event) final;
 
-    /// Receives the plot's events before all other tools from now on: for a tool that the user gave the keys to.
+    /// Makes this tool receive the plot's events before all other tools: for a tool that the user has given the
+    /// keyboard focus.
     void receiveEventsFirst();
     /// Changes what the tool needs. @{
     void setNeeds(Needs needs);
     Needs needs() const { return m_needs; }
     /// @}
-    /// Shows a cursor over the plot until restoreCursor(). While another tool shows one, nothing happens. @{
+    /// Shows a cursor over the plot until restoreCursor(). Ignored while another tool shows a cursor. @{
     void showCursor(const QCursor& cursor);
     void restoreCursor();
     /// @}

@@ -15,43 +15,42 @@ class XY2DGraphWidget;
 
 namespace tarnis {
 
-/// A line, or a band, of any direction across a map, and a plot of the bins along it. The profile follows the line
-/// while it is dragged, and the data. A bin belongs to the band if its centre is in it. The steps of the profile are as
-/// long as a bin seen along the line; their position is that of X along a horizontal line, of Y along an upright one,
-/// and counts bins from the begin otherwise.
+/// A line, or a band, in any direction across a map, and a plot of the bins along it. The profile is updated when the
+/// line is dragged and when data arrive. A bin belongs to the band if its centre is inside. The steps of the profile
+/// are as long as a bin in the direction of the line. Their position is X along a horizontal line, Y along a vertical
+/// one, and otherwise the number of bins from the start.
 ///
 /// While the tool is on, a left drag in the map draws a line, a drag of an end moves that end, a drag of the middle
-/// moves the line, and a drag of the handle beside it widens the band. With the keyboard on the map, B switches the
-/// tool, and Escape takes a drag back, or switches the tool off. The plot of the profile is a window of its own until
-/// the host places it. The line appears in saved pictures.
+/// moves the line, and a drag of the handle beside it widens the band. While the map has the focus, B switches the
+/// tool, and Escape reverts a drag, or switches the tool off. The plot of the profile is a separate window unless the
+/// host embeds it. The line appears in saved pictures.
 class TARNIS_EXPORT LineProfile : public InteractiveTool, protected PlotOverlay {
     Q_OBJECT
 
 public:
-    /// How the bins across the band are joined to one value.
+    /// How the bins across the band are combined.
     enum class Join {
-        Sum, ///< of the finite bins
-        Mean, ///< of the finite bins
-        Maximum ///< the largest one
+        Sum, ///< sum of the finite bins
+        Mean, ///< mean of the finite bins
+        Maximum ///< largest finite bin
     };
     Q_ENUM(Join)
 
-    /// Attaches to the map, which owns the tool. It is switched off, and there is no line yet.
+    /// Attaches to the map, which owns the tool. Initially it is off, and there is no line.
     explicit LineProfile(XY2DGraphWidget* map);
     ~LineProfile() override;
 
-    bool isOn() const; ///< line and profile are shown, and answer the mouse
-    bool isSet() const; ///< there is a line
-    /// The ends in units of the axes, in the middles of bins; (0, 0) without a line. @{
+    bool isOn() const; ///< whether line and profile are shown and can be edited
+    bool isSet() const; ///< whether there is a line
+    /// The ends in units of the axes, at the middles of bins; (0, 0) without a line. @{
     QPointF from() const;
     QPointF to() const;
     /// @}
-    double bandWidth() const; ///< across, in bins; at least 1
+    double bandWidth() const; ///< width across the line in bins; at least 1
     Join join() const; ///< see Join
-    QList<double>
-    values() const; ///< of the steps, from the begin; NaN for one outside of the map; empty without a line
-    /// The plot of the profile: a window of its own beside the map, shown while the tool is on. A host may put it into
-    /// a layout. Null without a map.
+    QList<double> values() const; ///< values of the steps from the start; NaN outside of the map; empty without a line
+    /// The plot of the profile: a separate window beside the map, shown while the tool is on. A host may add it to a
+    /// layout. Null without a map.
     VectorGraphWidget* profilePlot() const;
 
     QList<QAction*> actions() const override;
@@ -63,7 +62,7 @@ public Q_SLOTS:
     /// Shows line and profile. Without a line, a horizontal one across the middle of the view is set.
     void setOn(bool on);
     void setLine(const QPointF& from, const QPointF& to); ///< ends that are not finite are ignored
-    void setBandWidth(double bins); ///< limited to 1 to 1e6; what is not a number is ignored
+    void setBandWidth(double bins); ///< limited to 1 to 1e6; NaN is ignored
     void setJoin(tarnis::LineProfile::Join join); ///< see Join
 
 Q_SIGNALS:
@@ -99,13 +98,13 @@ private:
     double m_width = 1.0; // bins
     Join m_join = Join::Sum;
     QList<double> m_values;
-    Grip m_grip = Grip::None; // of the drag
-    QPointF m_pressed; // value under the press
-    QPointF m_wasFrom; // before the drag
+    Grip m_grip = Grip::None; // handle of the drag
+    QPointF m_pressed; // value under the mouse press
+    QPointF m_wasFrom; // end before the drag
     QPointF m_wasTo;
     double m_wasWidth = 1.0;
     QPointer<VectorGraphWidget> m_plot;
-    QMenu* m_menu = nullptr; // of the action
+    QMenu* m_menu = nullptr; // menu of the action
     QAction* m_switch = nullptr;
     QAction* m_menuAction = nullptr;
 };

@@ -1,4 +1,4 @@
-// All peaks of a plot's curve, in a table.
+// A panel with a table of all peaks of a plot's curve.
 #pragma once
 
 #include <tarnis/analysis/peaktable.h>
@@ -13,24 +13,24 @@ class XYGraphWidget;
 namespace tarnis {
 
 /// A panel beside a plot of curves that searches and fits all its peaks: one table with errors, marks and fitted curves
-/// on the plot. It works on a thread of the global pool. With a PlotCalibration on the plot the table has energies too.
-/// Values are shown as value(uncertainty); files and the clipboard carry all digits. GUI thread only.
+/// on the plot. It runs on a thread of the global pool. With a PlotCalibration on the plot the table has energies too.
+/// Values are shown as value(uncertainty); files and the clipboard contain all digits. GUI thread only.
 class TARNIS_EXPORT PeakPanel : public QWidget {
     Q_OBJECT
 
 public:
-    /// A panel for a plot, which may be destroyed first: then the panel keeps its table.
+    /// Creates a panel for a plot, which may be destroyed first; the panel then keeps its table.
     explicit PeakPanel(XYGraphWidget* plot, QWidget* parent = nullptr);
     ~PeakPanel() override;
 
-    XYGraphWidget* plot() const; ///< null once it has been destroyed
-    const PeakTable& peaks() const; ///< of the last search
-    bool isRunning() const; ///< a search is under way
-    /// Significance that a peak of the search needs, 4 at first; 2 to 100. @{
+    XYGraphWidget* plot() const; ///< the plot; null after it has been destroyed
+    const PeakTable& peaks() const; ///< peaks of the last search
+    bool isRunning() const; ///< whether a search is running
+    /// Minimum significance of a peak; default 4, 2 to 100. @{
     double significance() const;
     void setSignificance(double significance);
     /// @}
-    /// Only the visible range is searched; the whole curve at first. @{
+    /// Whether only the visible range is searched; by default the complete curve. @{
     bool isVisibleOnly() const;
     void setVisibleOnly(bool on);
     /// @}
@@ -38,9 +38,9 @@ public:
     QString table() const; ///< header and peaks with all digits, separated by tabs
 
 public Q_SLOTS:
-    void search(); ///< starts a search of the present data
-    void clear(); ///< an empty table, no marks
-    void copy(); ///< table() to the clipboard
+    void search(); ///< starts a search of the current data
+    void clear(); ///< clears the table and removes the marks
+    void copy(); ///< copies table() to the clipboard
 
 Q_SIGNALS:
     void searched(); ///< a search has ended; see peaks() and message()

@@ -15,17 +15,17 @@ namespace tarnis {
 
 class PlotOverlay;
 
-/// The calibration that is applied to a plot: ticks of X, editors of its ends and read-outs have energies, and panels
-/// show them beside their results. The data stay in channels. A child of the plot; GUI thread only.
+/// A calibration applied to a plot. X ticks, editors of the axis ends and read-outs show energies, and panels show them
+/// beside their results. The data remain in channels. A child of the plot; GUI thread only.
 class TARNIS_EXPORT PlotCalibration : public QObject {
     Q_OBJECT
 
 public:
     /// The calibration of a plot; null without one.
     static PlotCalibration* of(const XYGraphWidget& plot);
-    /// Applies a calibration in place of the previous one and names the axis. Returns why it cannot, for the user;
-    /// empty on success. Refused: a calibration that is not valid or does not rise over the data, and a plot whose host
-    /// has set a second scale of its own.
+    /// Applies a calibration, replacing the previous one, and names the axis. Returns the error for the user; empty on
+    /// success. It is an error if the calibration is invalid or does not increase over the data, or if the host has set
+    /// a second scale of its own.
     static QString apply(XYGraphWidget& plot, const EnergyCalibration& calibration);
     /// Restores the previous axis and name. Does nothing without a calibration.
     static void remove(XYGraphWidget& plot);
@@ -44,7 +44,7 @@ private:
     TARNIS_NO_EXPORT static double fromTick(double energy, void* self);
 
     EnergyCalibration m_calibration;
-    double m_lower; // ends of the data; the scale goes on straight outside
+    double m_lower; // ends of the data; the scale is linear outside
     double m_upper;
     QString m_previousName;
     std::unique_ptr<PlotOverlay> m_labels;

@@ -1,4 +1,4 @@
-// Reading values off a plot.
+// A crosshair for reading values of a plot.
 #pragma once
 
 #include <tarnis/plots/plotoverlay.h>
@@ -10,25 +10,25 @@ namespace tarnis {
 
 struct PlotReadOut;
 
-/// A cross under the pointer with a line above the plot that reads out the bin there: its number and edges, the value
-/// on the second scale of X if there is one, and the value of every visible curve, or of the map's bin. It snaps to
-/// bins and never interpolates. An empty bin reads 0, a place outside of the data a dash, a value that is not a number
-/// "no data". The line follows data that arrive while the pointer rests. The plot's own tool tips stay away meanwhile.
+/// A cross under the pointer, with a line above the plot that shows the bin there: its number and edges, the value on
+/// the second X scale if there is one, and the value of every visible curve, or of the map's bin. It snaps to bins and
+/// never interpolates. An empty bin shows 0, a position outside of the data a dash, and NaN "no data". The line is
+/// updated when data arrive while the pointer rests. The plot's own tool tips are disabled in the meantime.
 ///
-/// With the keyboard on the plot, C switches the cross, P pins it to the value under it, Ctrl+C copies the read-out as
-/// a table separated by tabs, and Escape releases the pin or switches the cross off. A pinned cross appears in saved
+/// While the plot has the focus, C switches the cross, P pins it to the value under it, Ctrl+C copies the read-out as a
+/// table separated by tabs, and Escape releases the pin or switches the cross off. A pinned cross appears in saved
 /// pictures.
 class TARNIS_EXPORT PlotCrosshair : public InteractiveTool, protected PlotOverlay {
     Q_OBJECT
 
 public:
-    /// Attaches to the plot, which owns the cross. It is switched on.
+    /// Attaches to the plot, which owns the tool. Initially it is on.
     explicit PlotCrosshair(XYGraphWidget* plot);
     ~PlotCrosshair() override;
 
-    bool isOn() const; ///< switched on; it shows while the pointer is in the plot rectangle, or while pinned
-    bool isPinned() const; ///< stays at its value
-    QString text() const; ///< the line as shown; empty while nothing is shown
+    bool isOn() const; ///< whether it is on; it is shown while the pointer is in the plot rectangle, or while pinned
+    bool isPinned() const; ///< whether it is fixed at its value
+    QString text() const; ///< the shown line; empty while nothing is shown
     QString table() const; ///< header and numbers, separated by tabs; empty outside of the data
 
     QList<QAction*> actions() const override; ///< switch, pin and copy
@@ -42,7 +42,7 @@ public Q_SLOTS:
     void setOn(bool on); ///< switching off releases the pin
     void pinAt(const QPointF& value); ///< switches the cross on and pins it to a value of both axes
     void release(); ///< the cross follows the pointer again
-    void copy(); ///< the table to the clipboard; outside of the data nothing changes
+    void copy(); ///< copies the table to the clipboard; does nothing outside of the data
 
 Q_SIGNALS:
     void textChanged(const QString& text); ///< see text()

@@ -1,4 +1,4 @@
-// What the user does on a plot, as signals for the host.
+// Signals for the user's actions on a plot.
 #pragma once
 
 #include <tarnis/plots/axisrange.h>
@@ -16,23 +16,23 @@ QT_END_NAMESPACE
 
 namespace tarnis {
 
-/// A place in a plot and the data there.
+/// A position in a plot and the data there.
 struct TARNIS_EXPORT PlotPoint {
-    QPointF value; ///< in units of both axes
+    QPointF value; ///< position in units of both axes
     qsizetype column = -1; ///< bin of X; -1 outside of the data
     qsizetype row = -1; ///< bin of Y; -1 on curves and outside of the data
-    /// The visible curve that passes nearest to the place, as an index into tarnis::curveNames(); 0 on a plot of one
-    /// series; -1 on maps and where no curve passes within `distance`.
+    /// The visible curve nearest to the position, as an index into tarnis::curveNames(); 0 on a plot of one series; -1
+    /// on maps and if no curve is within reach.
     int series = -1;
-    QString seriesName; ///< as in tarnis::curveNames(); empty without one
-    double distance = std::numeric_limits<double>::infinity(); ///< from the place to that curve, pixels
-    /// Of the bin: the sample of that curve, or the bin of the map. NaN without one.
+    QString seriesName; ///< as in tarnis::curveNames(); empty without a curve
+    double distance = std::numeric_limits<double>::infinity(); ///< distance from the position to that curve in pixels
+    /// Value of the bin: the sample of that curve, or the bin of the map. NaN without one.
     double sample = std::numeric_limits<double>::quiet_NaN();
 };
 
-/// Reports changes of the visible range, clicks and the place under the pointer. It keeps no event from the plot.
-/// Clicks and moves are those inside the plot rectangle while no tool of the plot's menu is chosen. A tool that handles
-/// a click or a double click itself, as PlotNavigator does, hides it from the events that were attached before that
+/// Reports changes of the visible range, clicks and the position of the pointer. It does not filter any event. Clicks
+/// and moves are reported inside the plot rectangle while no mouse tool of the plot is active. A tool that handles a
+/// click or double click itself, as PlotNavigator does, hides it from PlotEvents objects that were attached before that
 /// tool. A slot that deletes the plot needs a queued connection.
 ///
 ///     auto* events = new tarnis::PlotEvents(plot);
@@ -41,24 +41,25 @@ class TARNIS_EXPORT PlotEvents : public InteractiveTool {
     Q_OBJECT
 
 public:
-    /// Attaches to the plot, which owns the events.
+    /// Attaches to the plot, which owns this object.
     explicit PlotEvents(XYGraphWidget* plot);
 
-    /// A curve is the nearest one only within this distance, which is 20 at first; pixels, not negative. @{
+    /// Maximum distance of the nearest curve in pixels, not negative; default 20. @{
     void setReach(double pixels);
     double reach() const { return m_reach; }
     /// @}
-    /// What is at a pixel of the plot.
+    /// The data at a pixel of the plot.
     PlotPoint at(const QPointF& pixel) const;
 
 Q_SIGNALS:
-    /// A visible range has changed, for any reason. Comes from the event loop, once for all changes since the last one.
+    /// A visible range has changed, for any reason. Emitted from the event loop, once for all changes since the
+    /// previous signal.
     void rangeChanged(const tarnis::AxisRange& x, const tarnis::AxisRange& y);
     /// The left button was pressed and released at one place.
     void clicked(const tarnis::PlotPoint& point, Qt::KeyboardModifiers modifiers);
-    /// A second click on that place; clicked() came for the first one only.
+    /// A double click; clicked() is emitted only for its first click.
     void doubleClicked(const tarnis::PlotPoint& point, Qt::KeyboardModifiers modifiers);
-    /// The pointer has moved to this place, no button pressed.
+    /// The pointer has moved to this position without a pressed button.
     void hovered(const tarnis::PlotPoint& point);
     /// The pointer has left the plot rectangle; follows a hovered().
     void hoverEnded();

@@ -17,44 +17,45 @@ class MultiVectorGraphWidget;
 
 namespace tarnis {
 
-/// Attached to a MultiVectorGraphWidget, it lists the curves that have samples, by the names of curveNames(). With
-/// fewer than two, and on other plots, it draws nothing.
+/// Attached to a MultiVectorGraphWidget, it lists the curves that have samples, with their curveNames(). It draws
+/// nothing for fewer than two curves, and on other plots.
 ///
-/// - A click on an entry hides the curve or shows it again, a double click shows that curve alone, and again all of
-///   them. An entry of a hidden curve is greyed and stays. A sum of all has one entry that nothing hides.
+/// - A click on an entry hides the curve or shows it again. A double click shows only that curve; a second one shows
+///   all. Entries of hidden curves are grey. The sum of all curves has one entry, which cannot be hidden.
 /// - A drag moves the legend inside the plot; the wheel over it scrolls a list that is longer than the plot.
-/// - Shift+L shows the legend and hands it the keys: Up, Down, Page Up, Page Down, Home and End choose an entry, Space
-///   hides or shows it, Return shows it alone, Escape returns the keys to the plot, and Shift+L hides the legend.
+/// - Shift+L shows the legend and gives it the keyboard focus. Then Up, Down, Page Up, Page Down, Home and End select
+///   an entry, Space hides or shows it, Return shows only this curve, Escape returns the focus to the plot, and Shift+L
+///   hides the legend.
 ///
-/// It belongs into saved and printed pictures, without the mark of the keyboard.
+/// It appears in saved and printed pictures, without the focus mark.
 class TARNIS_EXPORT PlotLegend : public InteractiveTool, protected PlotOverlay {
     Q_OBJECT
 
 public:
-    /// Attaches to the plot, which owns the legend. It is visible.
+    /// Attaches to the plot, which owns the legend. Initially it is visible.
     explicit PlotLegend(XYGraphWidget* plot);
     ~PlotLegend() override;
 
     bool isVisible() const; ///< see setVisible()
-    /// Its place between the left upper (0, 0) and the right lower corner (1, 1) of the plot rectangle: the share of
-    /// the room that the legend leaves, along each axis. (1, 0) at first.
+    /// Its position from the upper left (0, 0) to the lower right corner (1, 1) of the plot rectangle, as fractions of
+    /// the free space along each axis. Default (1, 0).
     QPointF place() const;
     qsizetype count() const; ///< number of entries
     bool isShown(qsizetype entry) const; ///< whether the curve of an entry is shown; false beyond the entries
     QString name(qsizetype entry) const; ///< the text of an entry; empty beyond the entries
 
     QList<QAction*> actions() const override; ///< the switch
-    /// Whether it is visible, its place, and the hidden curves by their record. @{
+    /// Visibility, position, and the hidden curves by their record. @{
     QString stateName() const override;
     QJsonObject saveState() const override;
     void restoreState(const QJsonObject& state) override;
     /// @}
 
 public Q_SLOTS:
-    void setVisible(bool visible); ///< the curves stay as they are
-    void setPlace(const QPointF& place); ///< see place(); limited to 0 to 1, not a number changes nothing
-    void toggle(qsizetype entry); ///< hides the curve or shows it; nothing beyond the entries
-    void isolate(qsizetype entry); ///< shows that curve alone; all of them if it is alone already
+    void setVisible(bool visible); ///< shows or hides the legend; the curves are unchanged
+    void setPlace(const QPointF& place); ///< see place(); limited to 0 to 1, NaN is ignored
+    void toggle(qsizetype entry); ///< hides or shows the curve; ignored for an invalid entry
+    void isolate(qsizetype entry); ///< shows only that curve; all of them if it is already the only one
     void showAll(); ///< shows all curves
 
 Q_SIGNALS:
@@ -81,13 +82,13 @@ private:
 
     bool m_isVisible = true;
     QPointF m_place { 1.0, 0.0 };
-    qsizetype m_first = 0; // of the rows in sight
-    qsizetype m_selected = -1; // by the keyboard; -1: the keys are the plot's
+    qsizetype m_first = 0; // first visible row
+    qsizetype m_selected = -1; // entry selected by the keyboard; -1: the plot has the focus
     bool m_isPressed = false;
     bool m_isDragging = false;
     QPointF m_pressAt; // in the frame's coordinates
     QPointF m_placeAtPress;
-    int m_wheelRest = 0; // eighths of a degree that are not a row yet
+    int m_wheelRest = 0; // remaining eighths of a degree, less than a row
     QAction* m_switch = nullptr;
 };
 

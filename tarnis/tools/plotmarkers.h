@@ -1,4 +1,4 @@
-// Named places in a plot.
+// Named positions in a plot.
 #pragma once
 
 #include <tarnis/plots/plotoverlay.h>
@@ -10,43 +10,43 @@
 
 namespace tarnis {
 
-/// A named place in a plot. Two markers are equal if both members are.
+/// A named position in a plot. Two markers are equal if both members are.
 struct PlotMarker {
     QString name; ///< unique in its plot
-    QPointF position; ///< in units of the axes; curves use x only
+    QPointF position; ///< in units of the axes; curves only use x
 
     friend bool operator==(const PlotMarker&, const PlotMarker&) = default; ///< exact
 };
 
-/// Named markers at values of the axes: upright lines on curves, crosses on maps. They stay at their values when data
+/// Named markers at values of the axes: vertical lines on curves, crosses on maps. They keep their values when data
 /// arrive and when the view changes, and appear in saved pictures. A marker outside of the view is an arrow with its
 /// name at the border.
 ///
-/// A left drag moves a marker from bin to bin, while the tool is on. With the keyboard on the plot, M sets a marker at
+/// A left drag moves a marker from bin to bin, while the tool is on. While the plot has the focus, M sets a marker at
 /// the pointer. A click selects a marker: arrows then move it by a bin, with Shift by ten, Delete removes it, F2 or a
-/// double click renames it, and Ctrl+C copies the table of all markers. Escape takes a drag back, or ends the
-/// selection.
+/// double click renames it, and Ctrl+C copies the table of all markers. Escape reverts a drag, or clears the selection.
 class TARNIS_EXPORT PlotMarkers : public InteractiveTool, protected PlotOverlay {
     Q_OBJECT
 
 public:
-    static constexpr qsizetype maxMarkers = 200; ///< further ones are refused
+    static constexpr qsizetype maxMarkers = 200; ///< maximum number of markers
 
-    /// Attaches to the plot, which owns the markers. There are none yet, and the tool is on.
+    /// Attaches to the plot, which owns the tool. Initially there are no markers, and the tool is on.
     explicit PlotMarkers(XYGraphWidget* plot);
     ~PlotMarkers() override;
 
-    bool isOn() const; ///< markers answer mouse and keys; off they are only shown
+    bool isOn() const; ///< whether markers can be edited with mouse and keys; otherwise they are only shown
     QList<PlotMarker> markers() const; ///< in the order of their creation
     int selected() const; ///< index of the selected marker, -1 without one
-    /// Header and one line for each marker, separated by tabs, with all digits: name, x, bin and its edges, on maps y
-    /// too, and the values there. Empty without markers.
+    /// Header and one line for each marker, separated by tabs, with all digits: name, x, bin and its edges, y on maps,
+    /// and the values there. Empty without markers.
     QString table() const;
 
     /// Adds a marker and returns its name, the next free one of A to Z, AA, AB and so on. A position inside of the data
-    /// snaps to the middle of its bin. Empty, and no change, for a position that is not finite or beyond maxMarkers.
+    /// snaps to the middle of its bin. Returns an empty name and changes nothing for a non-finite position or beyond
+    /// maxMarkers.
     QString add(const QPointF& position);
-    /// False, and no change, if there is no such marker; for rename() also if the new name is empty or in use, for
+    /// Return false and change nothing if there is no such marker; rename() also if the new name is empty or in use,
     /// move() if the position is not finite. @{
     bool move(const QString& name, const QPointF& position);
     bool rename(const QString& name, const QString& newName);
@@ -59,16 +59,16 @@ public:
     void restoreState(const QJsonObject& state) override;
 
 public Q_SLOTS:
-    void setOn(bool on); ///< see isOn(); off ends the selection
-    void setMarkers(const QList<tarnis::PlotMarker>& markers); ///< replaces all; invalid ones are left out
-    void select(int index); ///< -1 ends the selection
-    void addHere(); ///< at the pointer, or in the middle of the view if the pointer is elsewhere
-    void removeSelected(); ///< nothing happens without a selection
+    void setOn(bool on); ///< see isOn(); off clears the selection
+    void setMarkers(const QList<tarnis::PlotMarker>& markers); ///< replaces all markers; ignores invalid ones
+    void select(int index); ///< -1 clears the selection
+    void addHere(); ///< adds a marker at the pointer, or in the middle of the view if the pointer is elsewhere
+    void removeSelected(); ///< does nothing without a selection
     void clear(); ///< removes all
-    void copy() const; ///< the table to the clipboard; without markers nothing changes
+    void copy() const; ///< copies the table to the clipboard; does nothing without markers
 
 Q_SIGNALS:
-    void markersChanged(); ///< markers() returns other names or positions; while dragging too
+    void markersChanged(); ///< names or positions of markers() have changed; also emitted during a drag
     void selectionChanged(int index); ///< see selected()
     void onChanged(bool on); ///< see isOn()
 
@@ -97,7 +97,7 @@ private:
     bool m_isOn = true;
     int m_selected = -1;
     int m_dragged = -1;
-    QPointF m_dragStart; // of the marker, in values
+    QPointF m_dragStart; // position of the marker in values
     QPointF m_pointer; // in pixels of the widget
     bool m_isOver = false; // the pointer is in the plot rectangle
     QAction* m_switch = nullptr;

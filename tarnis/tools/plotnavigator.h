@@ -1,4 +1,4 @@
-// Zooming and moving a plot by wheel, middle button, touchpad and keys, with a way back.
+// Zooms and moves a plot by wheel, middle button, touchpad and keys, with a history.
 #pragma once
 
 #include <tarnis/plots/plotoverlay.h>
@@ -15,24 +15,25 @@ QT_END_NAMESPACE
 
 namespace tarnis {
 
-/// Attached to a plot, it adds these gestures; all others stay with the plot.
+/// Attached to a plot, it adds these gestures; all other events are handled by the plot.
 ///
 /// - Wheel over the plot: zooms at the pointer, curves along X, maps along both axes; with Shift along Y, with Ctrl
 /// along
 ///   both. Wheel over an axis: that axis. Wheel over the colour bar of a map: the upper limit, with Shift the lower
-///   one. Inside a scroll area a wheel without Ctrl needs the plot to have the keyboard focus.
+///   one. Inside a scroll area, the wheel without Ctrl only works if the plot has the keyboard focus.
 /// - Middle drag: moves the plot, begun on an axis along that axis. Escape cancels it.
-/// - Double click, while no tool of the mouse is chosen: both axes follow the data again; on an axis, that axis.
+/// - Double click, while no mouse tool is active: both axes follow the data again; on an axis, only that axis.
 /// - Backspace and Alt+Left go back to the previous view, Alt+Right forward again; so do the side buttons of a mouse.
 /// - Arrows move, plus and minus zoom along X, Page Up and Page Down along Y, Home shows everything; G switches the
 /// grid,
 ///   L the logarithmic scale.
 ///
-/// A change by hand stops automatic scaling of that axis only; a mark "X held" or "Y held" on the plot resumes it with
-/// a click. Such a range stays when the host sets the axis up again with initManualX() or initManualY(), unless the new
-/// axis does not reach it. Zooming ends at 4 bins (a quarter of fewer than 16), 1 count or a tenth of a decade, and
-/// at 1.2 times the data. The history keeps 50 views: ranges, limits of colours, scale type and which axes follow the
-/// data. One gesture is one entry, also one of the plot's own tools; data never make one.
+/// A change by the user stops automatic scaling of that axis only; a click on the mark "X held" or "Y held" on the plot
+/// resumes it. Such a range is kept when the host sets up the axis again with initManualX() or initManualY(), if the
+/// new axis overlaps it. Zooming is limited to 4 bins (a quarter of fewer than 16), 1 count or a tenth of a decade, and
+/// at
+/// 1.2 times the data. The history keeps 50 views: ranges, limits of colours, scale type and which axes follow the
+/// data. Each gesture, including those of the plot's own tools, is one entry; new data make no entry.
 class TARNIS_EXPORT PlotNavigator : public InteractiveTool, protected PlotOverlay {
     Q_OBJECT
 
@@ -41,21 +42,21 @@ public:
     explicit PlotNavigator(XYGraphWidget* plot);
     ~PlotNavigator() override;
 
-    bool canGoBack() const; ///< there is a previous view
-    bool canGoForward() const; ///< the user went back from a view
+    bool canGoBack() const; ///< whether there is a previous view
+    bool canGoForward() const; ///< whether the user went back from a view
     /// Whether the user has changed the range of an axis, which therefore does not follow the data.
     bool isHeld(Qt::Orientation axis) const;
 
     /// Back, forward, all data, zoom in and out, logarithmic scale and grid.
     QList<QAction*> actions() const override;
-    QString stateName() const override; ///< it stores nothing: the view itself is not its own
+    QString stateName() const override; ///< stores nothing, as the view is stored by PlotView
 
 public Q_SLOTS:
-    /// The previous or next view. Without one, message() says so. @{
+    /// Shows the previous or next view. Without one, emits message(). @{
     void goBack();
     void goForward();
     /// @}
-    void goHome(); ///< both axes follow the data; goBack() takes it back
+    void goHome(); ///< both axes follow the data; goBack() reverts it
     void zoomIn(); ///< one step about the middle, along X on curves and along both axes on maps
     void zoomOut(); ///< the opposite
     /// The axis follows the data again. @{

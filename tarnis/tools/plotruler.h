@@ -1,4 +1,4 @@
-// Measuring between two places of a plot.
+// Measures between two positions of a plot.
 #pragma once
 
 #include <tarnis/plots/plotoverlay.h>
@@ -10,32 +10,32 @@ namespace tarnis {
 
 struct RulerReading;
 
-/// A ruler between two places A and B. A line in the plot reads the distances along both axes, the inverse of the one
-/// along X, the ratio of the values at B and A, on a logarithmic axis the decades, and the sum of the bins between the
-/// ends, both included: of each visible curve, or of the rectangle of a map.
+/// A ruler between two positions A and B. A text in the plot shows the distances along both axes, the inverse of the X
+/// distance, the ratio of the values at B and A, the decades on a logarithmic axis, and the sum of the bins between the
+/// ends, both inclusive: for each visible curve, or for the rectangle of a map.
 ///
 /// While the tool is on, a left drag in the plot draws the ruler, and a drag of an end moves that end. The ends snap to
-/// the middles of bins; on curves they stick to the first visible curve and follow it when data arrive. With the
-/// keyboard on the plot, R switches the tool, Ctrl+C copies the reading as a table, Escape takes a drag back, then
-/// removes the ruler, then switches the tool off. The ruler stays visible while the tool is off, and appears in saved
-/// pictures.
+/// the middles of bins; on curves they are attached to the first visible curve and follow it when data arrive. While
+/// the plot has the focus, R switches the tool, Ctrl+C copies the reading as a table, and Escape first reverts a drag,
+/// then removes the ruler, then switches the tool off. The ruler remains visible while the tool is off, and appears in
+/// saved pictures.
 class TARNIS_EXPORT PlotRuler : public InteractiveTool, protected PlotOverlay {
     Q_OBJECT
 
 public:
-    /// Attaches to the plot, which owns the ruler. It is switched off, and there is none yet.
+    /// Attaches to the plot, which owns the tool. Initially it is off, and there is no ruler.
     explicit PlotRuler(XYGraphWidget* plot);
     ~PlotRuler() override;
 
-    bool isOn() const; ///< a left drag draws a ruler
-    bool isSet() const; ///< there is a ruler
+    bool isOn() const; ///< whether a left drag draws a ruler
+    bool isSet() const; ///< whether there is a ruler
     /// The ends in units of the axes; on curves y is the value of the first visible curve there. (0, 0) without a
     /// ruler.
     /// @{
     QPointF from() const;
     QPointF to() const;
     /// @}
-    QString text() const; ///< the line as shown; empty without a ruler
+    QString text() const; ///< the shown text; empty without a ruler
     QString table() const; ///< header and numbers, separated by tabs; empty without a ruler
 
     QList<QAction*> actions() const override;
@@ -44,10 +44,10 @@ public:
     void restoreState(const QJsonObject& state) override;
 
 public Q_SLOTS:
-    void setOn(bool on); ///< see isOn(); a drag under way is taken back
+    void setOn(bool on); ///< see isOn(); reverts a drag under way
     void setEnds(const QPointF& from, const QPointF& to); ///< sets the ruler; ends that are not finite are ignored
     void clear(); ///< removes the ruler
-    void copy() const; ///< the table to the clipboard; without a ruler nothing changes
+    void copy() const; ///< copies the table to the clipboard; does nothing without a ruler
 
 Q_SIGNALS:
     void textChanged(const QString& text); ///< see text()
@@ -75,8 +75,8 @@ private:
     bool m_isSet = false;
     QPointF m_from;
     QPointF m_to;
-    Grip m_grip = Grip::None; // of the drag
-    bool m_wasSet = false; // before the drag
+    Grip m_grip = Grip::None; // handle of the drag
+    bool m_wasSet = false; // state before the drag
     QPointF m_wasFrom;
     QPointF m_wasTo;
     QString m_text;

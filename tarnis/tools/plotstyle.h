@@ -1,4 +1,4 @@
-// How a plot looks: themes, axes, fonts and curves in place of the classic drawing.
+// The style of a plot: themes, axes, fonts and curves instead of the classic drawing.
 #pragma once
 
 #include <tarnis/tools/interactivetool.h>
@@ -17,15 +17,15 @@ namespace tarnis {
 class StylePainter;
 struct StyleOptions;
 
-/// Attached to a plot, it replaces the classic look; a plot without it, or after its destruction, looks as before. Of
-/// several styles on a plot the latest one is shown. It works on curves, on maps with their colour bars and on frames
-/// with data of their own, on turned plots, on paper and in vector files.
+/// Attached to a plot, it replaces the classic drawing. A plot without it, or after its destruction, is drawn as
+/// before. If a plot has several styles, the last one is used. It supports curves, maps with colour bars, subclasses
+/// that draw their own data, rotated plots, paper and vector files.
 ///
-/// - Curves have smooth edges and a chosen width, and colours that differ for colour-blind users too.
-/// - Axes that scale automatically end at round values with 5 to 10 % of room above what is visible and enabled, and
-///   stay while live data vary a little. X ends with the data. Zero counts are at the lower edge of a logarithmic axis.
-/// - Ticks are as many as their labels have room for. Texts grow with the plot.
-/// - Names with units, title, notes and a legend of two and more curves have room of their own.
+/// - Curves are antialiased with a selectable width, in colours that are distinguishable for colour-blind users.
+/// - Automatic axes end at round values, 5 to 10 % above the visible enabled data, and do not change while live data
+///   vary slightly. X ends with the data. Zero counts are at the lower edge of a logarithmic axis.
+/// - There are as many ticks as their labels have space for. Texts scale with the plot.
+/// - Names with units, title, notes and a legend of two or more curves have reserved space.
 class TARNIS_EXPORT PlotStyle : public InteractiveTool {
     Q_OBJECT
 
@@ -34,22 +34,22 @@ public:
     enum class Theme {
         Light, ///< on white
         Dark, ///< on dark grey
-        Print, ///< black on white in a full frame, colours that stay apart on grey paper too
+        Print, ///< black on white in a full frame, with colours that are distinguishable in greyscale
         HighContrast ///< on black, with thick lines
     };
     Q_ENUM(Theme)
 
-    /// How curves join their samples.
+    /// How curves are drawn.
     enum class CurveForm {
-        AsPlot, ///< lines, or what the plot's menu says: columns, points
-        Lines, ///< the middles of the bins, joined
+        AsPlot, ///< lines, or columns or points according to the plot's menu
+        Lines, ///< joined middles of the bins
         Steps, ///< the outline of the bins
         Columns, ///< filled down to 0
-        Points ///< a disc in the middle of each bin
+        Points ///< a disc at the middle of each bin
     };
     Q_ENUM(CurveForm)
 
-    /// How large numbers are written on linear axes.
+    /// The format of large numbers on linear axes.
     enum class NumberForm {
         Prefixes, ///< 1.5M
         Powers ///< 1.5×10⁶
@@ -70,39 +70,40 @@ public:
     bool isTitleShown() const; ///< see setTitleShown()
     bool areBinsSquare() const; ///< see setBinsSquare()
 
-    /// Units of the axes and of a map's values, written behind a name that has none. @{
+    /// Units of the axes and of a map's values, appended to a name without a unit. @{
     void setUnits(const QString& x, const QString& y, const QString& z = {});
     QString unitX() const;
     QString unitY() const;
     QString unitZ() const;
     /// @}
 
-    /// Colour of a curve, from 0 on; after the last one they begin again. At least 3:1 on the background.
+    /// Colour of a curve, numbered from 0; colours repeat after the last one. The contrast with the background is at
+    /// least 3:1.
     static QColor seriesColor(Theme theme, int number);
-    /// Number of different colours of curves.
+    /// Number of different curve colours.
     static int seriesColorCount();
     /// Colours of the plot rectangle and of the texts. @{
     static QColor backgroundColor(Theme theme);
     static QColor textColor(Theme theme);
     /// @}
 
-    /// A menu of themes and forms; a click takes the next theme.
+    /// A menu of themes and forms; a click selects the next theme.
     QList<QAction*> actions() const override;
     QString stateName() const override; ///< "style"
     QJsonObject saveState() const override; ///< all but the units
     void restoreState(const QJsonObject& state) override; ///< see InteractiveTool
 
 public Q_SLOTS:
-    void setTheme(tarnis::PlotStyle::Theme theme); ///< the colours, and the frame
-    void setCurveForm(tarnis::PlotStyle::CurveForm form); ///< of all curves of the plot
-    void setNumberForm(tarnis::PlotStyle::NumberForm form); ///< of the labels
-    void setLineWidth(double pixels); ///< of curves, 0.5 to 10 at the size of a small plot; 0 for that of the theme
-    void setTextScale(double factor); ///< of all texts, 0.5 to 3; 1 at first
-    void setGridShown(bool shown); ///< as far as the plot's own "Show Grid" is on
-    void setLegendShown(bool shown); ///< above two and more curves; on at first
-    void setTitleShown(bool shown); ///< the plot's title; on at first
-    /// Makes the plot rectangle of a map as wide and high as its axes are long, if both have the same unit. On at
-    /// first.
+    void setTheme(tarnis::PlotStyle::Theme theme); ///< sets the colours and the frame
+    void setCurveForm(tarnis::PlotStyle::CurveForm form); ///< form of all curves of the plot
+    void setNumberForm(tarnis::PlotStyle::NumberForm form); ///< format of the labels
+    void setLineWidth(double pixels); ///< width of curves, 0.5 to 10 at the size of a small plot; 0 for the theme's
+                                      ///< width
+    void setTextScale(double factor); ///< scale of all texts, 0.5 to 3; default 1
+    void setGridShown(bool shown); ///< effective only if the plot's own "Show Grid" is on
+    void setLegendShown(bool shown); ///< legend of two or more curves; on by default
+    void setTitleShown(bool shown); ///< the plot's title; on by default
+    /// Gives the plot rectangle of a map the aspect ratio of its axes, if both have the same unit. On by default.
     void setBinsSquare(bool square);
 
 Q_SIGNALS:

@@ -27,7 +27,7 @@ void drawRectangle(QPainter& painter, const IconInk& ink)
     painter.drawRect(QRectF(5.0, 3.0, 8.5, 7.5));
 }
 
-/// Four arrows from the middle.
+/// Four arrows from the centre.
 void drawMove(QPainter& painter, const IconInk& ink)
 {
     painter.translate(8.0, 8.0);
@@ -40,7 +40,7 @@ void drawMove(QPainter& painter, const IconInk& ink)
     }
 }
 
-/// An action of the plot's own menu with an icon and a text of ours. Both always have the same state.
+/// Mirrors an action of the plot's own menu, with another icon and text. Both always have the same state.
 class MirrorAction : public ToolAction {
 public:
     MirrorAction(QObject* owner, const char* name, ActionText currentText, IconDrawing drawing, QAction& original)
@@ -86,7 +86,7 @@ PlotToolBar::PlotToolBar(XYGraphWidget* plot, QWidget* parent)
     m_watched = plot;
     plot->installEventFilter(this); // tools are children of the plot
     connect(plot, &QObject::destroyed, this, [this] {
-        m_plot = nullptr; // a widget announces its end before such pointers are cleared
+        m_plot = nullptr; // destroyed() is emitted before QPointers are cleared
         collect();
     });
     addPlotActions();
@@ -120,7 +120,7 @@ void PlotToolBar::follow(InteractiveTool& tool)
     connect(&tool, &InteractiveTool::actionsChanged, this, &PlotToolBar::collectLater, Qt::UniqueConnection);
 }
 
-/// A tool is not complete when it becomes a child of the plot, and not gone when it ceases to be one.
+/// A tool is still under construction when it becomes a child of the plot, and still exists when it is removed.
 void PlotToolBar::collectLater()
 {
     if (m_isPosted)
@@ -134,7 +134,7 @@ void PlotToolBar::collect()
 {
     m_isPosted = false;
     QList<QPointer<QAction>> wanted;
-    QList<qsizetype> groups; // the index of the first action of each
+    QList<qsizetype> groups; // index of the first action of each group
     if (m_plot) {
         for (QAction* const action : std::as_const(m_plotActions))
             wanted.append(action);
@@ -169,7 +169,8 @@ void PlotToolBar::nameBar()
     setWindowTitle(tr("Tools of the Plot"));
     setAccessibleName(windowTitle());
     m_menu->setTitle(tr("&Plot"));
-    if (auto* const more = findChild<QToolButton*>(QStringLiteral("qt_toolbar_ext_button"))) { // where room is short
+    if (auto* const more = findChild<QToolButton*>(QStringLiteral("qt_toolbar_ext_button"))) { // the extension button
+                                                                                               // of a short bar
         more->setAccessibleName(tr("More Tools"));
         more->setToolTip(tr("More Tools"));
     }
@@ -182,7 +183,7 @@ void PlotToolBar::changeEvent(QEvent* event)
     QToolBar::changeEvent(event);
 }
 
-/// Keeps the menu equal to the bar, and gives each new button its name and its keys.
+/// Keeps the menu in sync with the bar, and sets name and keys of each new button.
 void PlotToolBar::actionEvent(QActionEvent* event)
 {
     QToolBar::actionEvent(event);
@@ -199,7 +200,7 @@ void PlotToolBar::actionEvent(QActionEvent* event)
         button->setAccessibleName(event->action()->text().remove(u'&'));
         button->setAccessibleDescription(event->action()->toolTip());
         if (event->type() == QEvent::ActionAdded) {
-            button->setFocusPolicy(Qt::NoFocus); // a click leaves the keyboard with the plot
+            button->setFocusPolicy(Qt::NoFocus); // a click does not take the focus from the plot
             button->installEventFilter(this);
         }
         chooseTabStop();
@@ -223,7 +224,7 @@ QList<QWidget*> PlotToolBar::buttons() const
     return found;
 }
 
-/// One button answers Tab: the one that had the focus last, or the first that can be pressed.
+/// Only one button is in the tab order: the one that had the focus last, or the first enabled one.
 void PlotToolBar::chooseTabStop()
 {
     const QList<QWidget*> usable = buttons();

@@ -16,21 +16,21 @@ namespace tarnis {
 
 class InteractiveTool;
 
-/// Collects what the user can do with a plot: the mouse tools of the plot's own menu, then the actions of each attached
-/// tool in the order of attachment, then what the host adds by addAction() or addWidget(). Tools may be attached and
-/// deleted at any time; the bar follows. Buttons show an icon, name and keys are in the tool tip and are named for
-/// screen readers. Tab leads to one button, arrows, Home and End to the others, Space presses. GUI thread only.
+/// Collects the actions of a plot: the mouse tools of the plot's own menu, then the actions of each attached tool in
+/// the order of attachment, then those added by the host with addAction() or addWidget(). Tools may be attached and
+/// deleted at any time; the bar is updated. Buttons show an icon; name and keys are in the tool tip and in the
+/// accessible name. Tab selects one button, arrows, Home and End the others, and Space triggers it. GUI thread only.
 class TARNIS_EXPORT PlotToolBar : public QToolBar {
     Q_OBJECT
 
 public:
-    /// A bar for the plot, which it does not own; null is reported as a warning, and the bar stays empty. It is emptied
+    /// Creates a bar for the plot, which it does not own. Null causes a warning, and the bar is empty. It is cleared
     /// when the plot is destroyed.
     explicit PlotToolBar(XYGraphWidget* plot, QWidget* parent = nullptr);
     ~PlotToolBar() override;
 
-    XYGraphWidget* plot() const; ///< null once it has been destroyed
-    /// A menu of the same actions with their texts and keys, for a menu bar or a button. It belongs to the bar.
+    XYGraphWidget* plot() const; ///< the plot; null after it has been destroyed
+    /// A menu of the same actions with their texts and keys, for a menu bar or a button. Owned by the bar.
     QMenu* menu() const;
 
 protected:
@@ -51,12 +51,12 @@ private:
     TARNIS_NO_EXPORT void chooseTabStop();
 
     QPointer<XYGraphWidget> m_plot;
-    const QObject* m_watched = nullptr; ///< the plot; compared only, also while it is destroyed
+    const QObject* m_watched = nullptr; ///< the plot; only compared, even while it is being destroyed
     QMenu* m_menu;
     QList<QAction*> m_plotActions; // copies of the plot's mouse tools
-    QList<QPointer<QAction>> m_collected; // of the plot and its tools, as they are in the bar
+    QList<QPointer<QAction>> m_collected; // actions of the plot and its tools in the bar
     QList<QAction*> m_separators; // between them
-    QAction* m_end = nullptr; // where the host's own actions begin
+    QAction* m_end = nullptr; // start of the host's own actions
     QPointer<QWidget> m_tabStop;
     bool m_isPosted = false;
 };

@@ -1,4 +1,4 @@
-// Frozen curves to compare live ones with.
+// Reference curves for comparison with live ones.
 #pragma once
 
 #include <tarnis/plots/plotoverlay.h>
@@ -22,21 +22,21 @@ class OverlayCache;
 struct Dataset;
 struct ShownCurve;
 
-/// Curves that stay while the plot's own ones go on: what the plot showed at a moment, the rows of a file, or a dataset
-/// of an earlier run. They are drawn dashed over the data. Their bins are those of the plot, bin by bin.
+/// Curves that do not change while the plot's own ones do: a frozen copy of the plot's curves, the rows of a file, or a
+/// dataset of an earlier run. They are drawn dashed over the data, bin by bin on the plot's bins.
 ///
 /// The current reference can be compared with the live curves in a strip below the plot, over the same X axis: their
-/// difference, their ratio, or the difference in standard deviations. Curves belong together by their names, or by
-/// their order where both have equally many. If the live counts contain those of a frozen reference, since they went on
-/// from it, the errors are those of the counts since, and the strip says so. With the keyboard on the plot, Shift+C
-/// freezes the curves, and removes the latest frozen reference when it is pressed again.
+/// difference, their ratio, or the difference in standard deviations. Curves are matched by name, or by order if both
+/// have the same number. If the live counts contain those of a frozen reference because the measurement continued, the
+/// errors are those of the counts since then, and the strip shows this. While the plot has the focus, Shift+C freezes
+/// the curves, and removes the last frozen reference when pressed again.
 class TARNIS_EXPORT ReferenceCurves : public InteractiveTool, protected PlotOverlay {
     Q_OBJECT
 
 public:
-    static constexpr qsizetype maxReferences = 20; ///< the oldest goes for a further one
+    static constexpr qsizetype maxReferences = 20; ///< a further one replaces the oldest
 
-    /// What the strip below the plot shows.
+    /// The comparison in the strip below the plot.
     enum class View {
         Over, ///< no strip
         Difference, ///< live - reference
@@ -44,49 +44,50 @@ public:
         Significance ///< (live - reference) / standard deviation
     };
     Q_ENUM(View)
-    /// What the reference is multiplied by, in the plot and in the comparison.
+    /// The factor of the reference, in the plot and in the comparison.
     enum class Norm {
         None, ///< 1
-        TotalCounts, ///< live by reference, all bins of a curve
-        LiveTime ///< live by reference, see setLiveTime(); 1 if either is unknown
+        TotalCounts, ///< live / reference, total counts of a curve
+        LiveTime ///< live / reference, see setLiveTime(); 1 if either is unknown
     };
     Q_ENUM(Norm)
 
-    /// Attaches to the plot, which owns the tool. There are no references yet.
+    /// Attaches to the plot, which owns the tool. Initially there are no references.
     explicit ReferenceCurves(XYGraphWidget* plot);
     ~ReferenceCurves() override;
 
-    QStringList names() const; ///< of the references, the oldest first
-    int current() const; ///< index of the reference that is compared; -1 without one
+    QStringList names() const; ///< names of the references, the oldest first
+    int current() const; ///< index of the compared reference; -1 without one
     View view() const; ///< see View
     Norm norm() const; ///< see Norm
-    /// The compared values of a live curve, one for each bin; NaN where they are not defined. Empty without a current
-    /// reference that fits, and for View::Over.
+    /// The compared values of a live curve, one for each bin; NaN where undefined. Empty without a matching current
+    /// reference, and for View::Over.
     QList<double> compared(int curve) const;
     /// Why the current reference cannot be compared, in the application's language; empty if it can.
     QString problem() const;
 
-    /// Freezes the visible curves under a name, or under their time. False, and no change, if none is visible.
+    /// Freezes the visible curves under a name, or under the current time. Returns false and changes nothing if none is
+    /// visible.
     bool freeze(const QString& name = {});
-    /// Adds the rows of a dataset as a reference. Returns an empty text, or what is wrong with it.
+    /// Adds the rows of a dataset as a reference. Returns an empty text, or the error.
     QString add(const Dataset& data, const QString& name = {});
-    /// Adds the rows of a file that `tarnis/formats` reads. Returns an empty text, or what is wrong and what to do.
+    /// Adds the rows of a file in a format of `tarnis/formats`. Returns an empty text, or the error and what to do.
     QString addFile(const QString& path);
 
     QList<QAction*> actions() const override;
     QString stateName() const override;
-    QJsonObject saveState() const override; ///< with the paths of files; frozen curves are not stored
+    QJsonObject saveState() const override; ///< includes the paths of files; frozen curves are not stored
     void restoreState(const QJsonObject& state) override;
 
 public Q_SLOTS:
     void setView(tarnis::ReferenceCurves::View view); ///< see View
     void setNorm(tarnis::ReferenceCurves::Norm norm); ///< see Norm
-    void setLiveTime(double seconds); ///< of the live curves, for Norm::LiveTime; 0 or less: unknown
-    void setCurrent(int index); ///< an index that is not valid is ignored
-    void removeCurrent(); ///< the latest of the others becomes the current one
+    void setLiveTime(double seconds); ///< live time of the live curves, for Norm::LiveTime; 0 or less: unknown
+    void setCurrent(int index); ///< an invalid index is ignored
+    void removeCurrent(); ///< the last remaining one becomes the current one
     void clear(); ///< removes all
     void toggleFrozen(); ///< as Shift+C
-    void openFile(); ///< asks for a file; an error is shown in a message
+    void openFile(); ///< asks for a file; errors are shown in a message
 
 Q_SIGNALS:
     void referencesChanged(); ///< names(), current(), view() or norm() have changed
@@ -123,10 +124,10 @@ private:
     Norm m_norm = Norm::None;
     double m_liveTime = 0.0;
     int m_stripHeight = 0; // in use
-    std::unique_ptr<OverlayCache> m_cache; // of the curves over the data
+    std::unique_ptr<OverlayCache> m_cache; // picture of the curves over the data
     std::unique_ptr<OverlayCache> m_stripCache;
-    QList<ShownCurve> m_painted; // what the cached pictures show
-    QMenu* m_menu = nullptr; // of the action
+    QList<ShownCurve> m_painted; // curves in the cached pictures
+    QMenu* m_menu = nullptr; // menu of the action
     QAction* m_freeze = nullptr;
     QAction* m_open = nullptr;
     QAction* m_menuAction = nullptr;

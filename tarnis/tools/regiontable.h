@@ -15,37 +15,38 @@ struct RegionTableControls;
 class RegionTableModel;
 
 /// A table beside a plot with one row for each region and curve: limits, bins, sum, net area, centroid, width, maximum,
-/// share. It follows the data of the plot. Regions are drawn and dragged on the plot, or typed in the table; their
-/// names too. The range that the plot's own tool has selected and the regions of a map's own list are rows as well.
-/// Values are shown as value(uncertainty); files and the clipboard carry all digits. GUI thread only.
+/// share. It follows the data of the plot. Regions are drawn and dragged on the plot, or edited in the table, including
+/// their names. The range selected by the plot's own tool and the regions of a map's own list are rows as well. Values
+/// are shown as value(uncertainty); files and the clipboard contain all digits. GUI thread only.
 class TARNIS_EXPORT RegionTable : public QWidget {
     Q_OBJECT
 
 public:
-    /// A table for a plot, which may be destroyed first. It attaches a PlotRegions to the plot unless there is one.
+    /// Creates a table for a plot, which may be destroyed first. It attaches a PlotRegions to the plot unless there is
+    /// one.
     explicit RegionTable(XYGraphWidget* plot, QWidget* parent = nullptr);
     ~RegionTable() override;
 
-    PlotRegions* regions() const; ///< the tool on the plot; null once the plot has been destroyed
+    PlotRegions* regions() const; ///< the tool on the plot; null after the plot has been destroyed
     QString table() const; ///< header and rows with all digits, separated by tabs
-    bool isFrozen() const; ///< the columns "since" are shown
-    /// Bins on either side of a range that carry its background, 3 at first; 0: no net areas. @{
+    bool isFrozen() const; ///< whether the columns "since" are shown
+    /// Number of background bins on each side of a range; default 3; 0: no net areas. @{
     int sideBins() const;
     void setSideBins(int bins);
     /// @}
-    QString message() const; ///< why the last action failed; mostly empty
+    QString message() const; ///< why the last action failed; usually empty
 
-    /// Writes the regions to a file, and reads them from one in place of those of the plot. The error is for the user;
-    /// empty on success. @{
+    /// Writes the regions to a file, or reads them from a file, replacing those of the plot. Returns the error for the
+    /// user; empty on success. @{
     QString saveRegions(const QString& path) const;
     QString loadRegions(const QString& path);
     /// @}
 
 public Q_SLOTS:
-    void refresh(); ///< reads the plot again, at once; new data do so by themselves
-    void freeze(); ///< counts from here on appear in columns of their own
-    void release(); ///< without these columns
-    void copy(); ///< table() to the clipboard
+    void refresh(); ///< updates the table at once; new data update it automatically
+    void freeze(); ///< shows further counts in separate columns
+    void release(); ///< removes these columns
+    void copy(); ///< copies table() to the clipboard
 
 protected:
     void changeEvent(QEvent* event) override;

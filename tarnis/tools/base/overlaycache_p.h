@@ -1,4 +1,4 @@
-// A drawing over a plot that costs more than a few lines, kept as a picture until the view or the data change.
+// Caches an expensive drawing over a plot as a picture, until the view or the data change.
 #pragma once
 
 #include "tarnis/plots/axisrange.h"
@@ -17,20 +17,21 @@ namespace tarnis {
 
 class PlotMapping;
 
-/// Other overlays repaint with each move of the pointer; this one is then copied. On printers and in files it is drawn.
+/// When other overlays are repainted with each pointer move, this one is only copied. On printers and in files it is
+/// always drawn.
 class OverlayCache {
 public:
     using Drawing = std::function<void(QPainter&)>;
 
-    /// Draws inside of `area`, in the frame's coordinates. `isStale` demands a new picture.
+    /// Draws inside of `area`, in frame coordinates. `isStale` forces a new picture.
     void paint(QPainter& painter, const QWidget* plot, const PlotMapping& mapping, const QRect& area, bool isStale,
         const Drawing& drawing);
-    void drop() { m_picture = QPixmap(); } ///< the next paint draws
+    void drop() { m_picture = QPixmap(); } ///< forces a new picture in the next paint
 
 private:
     QPixmap m_picture;
     QRect m_area;
-    QRect m_rect; // of the plot
+    QRect m_rect; // plot rectangle of the picture
     AxisRange m_x;
     AxisRange m_y;
     bool m_isLog = false;

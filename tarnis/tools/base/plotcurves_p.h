@@ -1,4 +1,4 @@
-// The curves that a plot shows, for tools that calculate with them.
+// The curves that a plot shows, for tools that compute with them.
 #pragma once
 
 #include "tarnis/plots/axisrange.h"
@@ -16,16 +16,16 @@ namespace tarnis {
 
 class PlotMapping;
 
-/// A curve that is shown. It shares the plot's samples and keeps them as they are when the plot gets others.
+/// A curve that is shown. It shares the plot's samples, and keeps them when the plot gets new ones.
 struct ShownCurve {
-    QString name; ///< as the host named it, else its number; empty where there is one curve
+    QString name; ///< name set by the host, else its number; empty if there is only one curve
     QColor color;
-    QList<QList<double>> parts; ///< of a sum several; the first has the length of the curve
+    QList<QList<double>> parts; ///< several for a sum; the first has the length of the curve
 
     qsizetype size() const { return parts.isEmpty() ? 0 : parts.constFirst().size(); }
-    /// The sample, or the sum of the parts that have it. Nothing outside of the curve.
+    /// The sample, or the sum over the parts that contain it. Empty outside of the curve.
     std::optional<double> at(qsizetype index) const;
-    /// The sum of the finite samples from `first` to `last`, both included.
+    /// The sum of the finite samples from `first` to `last`, both inclusive.
     double sumBetween(qsizetype first, qsizetype last) const;
     /// at(), or NaN outside of the curve.
     double valueAt(qsizetype index) const
@@ -36,22 +36,22 @@ struct ShownCurve {
     }
 };
 
-/// The visible curves in the order of the plot; none for a map.
+/// The visible curves in the order of the plot; empty for a map.
 QList<ShownCurve> shownCurves(const XYGraphWidget& plot);
 
-/// True if both hold the same samples. Quick: compares where they are stored, since samples in use never change.
+/// True if both have the same samples. Fast: compares only addresses, because shared samples never change.
 bool isSameData(const QList<ShownCurve>& a, const QList<ShownCurve>& b);
 
-/// Bins from `first` to `last`, both included; none if `first` is larger.
+/// Bins from `first` to `last`, both inclusive; empty if `first` is larger.
 struct BinsInView {
     qsizetype first = 0;
     qsizetype last = -1;
 };
 
-/// The columns that are at least partly in view.
+/// The columns that are at least partly visible.
 BinsInView columnsInView(const PlotMapping& mapping);
-/// The pixels of the middles of bins, in the frame's coordinates and limited to what a painter can reckon with. Where
-/// bins are equally wide, as without a function of the host, a pixel is a multiplication.
+/// The pixels of the middles of bins, in frame coordinates, limited to the range of a painter. Without a function of
+/// the host bins have equal widths, and a pixel is computed by a multiplication.
 class BinPositions {
 public:
     BinPositions(const PlotMapping& mapping, BinsInView bins);
@@ -70,7 +70,7 @@ private:
     bool m_isEven = false;
 };
 
-/// The columns, or rows, that a range reaches.
+/// The columns, or rows, that overlap a range.
 BinsInView columnsBetween(const PlotMapping& mapping, AxisRange x);
 BinsInView rowsBetween(const PlotMapping& mapping, AxisRange y);
 

@@ -1,4 +1,4 @@
-// Small texts over a plot's picture, readable on any data.
+// Short texts over a plot's picture, readable on any data.
 #pragma once
 
 #include <QPoint>
@@ -16,23 +16,23 @@ namespace tarnis {
 enum class LabelStyle {
     Plain, ///< dark, with light text
     Selected, ///< inverted
-    Button ///< with a border: it answers a click
+    Button ///< with a border: it can be clicked
 };
 
-/// Draws the text in a box whose corner or edge given by `alignment` is at `at`. Returns the box.
+/// Draws the text in a box. `alignment` names the corner or edge of the box that is at `at`. Returns the box.
 QRect paintLabel(QPainter& painter, const QString& text, const QPoint& at, Qt::Alignment alignment,
     LabelStyle style = LabelStyle::Plain);
 
 /// The size of that box.
 QSize labelSize(const QPainter& painter, const QString& text);
 
-/// Draws a line that shows on light and on dark pixels.
+/// Draws a line that is visible on light and on dark pixels.
 void paintLine(QPainter& painter, const QPointF& from, const QPointF& to, const QColor& color, bool dashed = false);
 
-/// Fills one pixel column from a row to another, both included. Whole pixels are much quicker than fractions of them.
+/// Fills one pixel column from a row to another, both inclusive. Whole pixels are much faster than fractional ones.
 void fillColumn(QPainter& painter, int column, double top, double bottom, const QColor& color);
 
-/// A coordinate that a painter can reckon with, wherever a value is.
+/// Clamps a coordinate to the range of a painter.
 double limitedCoordinate(double coordinate);
 
 } // namespace tarnis

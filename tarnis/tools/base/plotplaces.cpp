@@ -8,7 +8,7 @@ namespace tarnis {
 
 namespace {
 
-constexpr double stepOutside = 0.01; // of the view
+constexpr double stepOutside = 0.01; // fraction of the view
 
 double moved(double value, int bins, AxisRange edges, bool isInside, AxisRange view)
 {

@@ -1,4 +1,5 @@
-// Places in a plot that tools set and the user drags: snapping, hits, steps by a bin. Plain values; no widget.
+// Positions in a plot that tools set and the user drags: snapping, hit tests, steps by a bin. Pure functions without a
+// widget.
 #pragma once
 
 #include "tarnis/plots/plotmapping.h"
@@ -7,16 +8,16 @@
 
 namespace tarnis {
 
-/// The position with each coordinate that is inside of the data moved to the middle of its bin.
+/// Moves each coordinate that is inside of the data to the middle of its bin.
 QPointF snappedToBins(const PlotMapping& mapping, const QPointF& position);
 
-/// The position moved by whole bins. Outside of the data the step is a hundredth of the view.
+/// Moves the position by bins. Outside of the data the step is a hundredth of the view.
 QPointF movedByBins(const PlotMapping& mapping, const QPointF& position, int columns, int rows);
 
-/// True if the pixel of the widget is within reach of a place: of its upright line, or of the point itself.
+/// True if the widget pixel is near a position: near its vertical line, or near the point itself.
 bool isHit(const PlotMapping& mapping, const QPointF& place, const QPointF& pixel, bool isLine, double reach = 6.0);
 
-/// Where a place outside of the view is, for an arrow at the border.
+/// The side of a position outside of the view, for an arrow at the border.
 enum class PlaceSide { Inside, Left, Right, Above, Below };
 PlaceSide sideOf(const PlotMapping& mapping, const QPointF& place, bool isLine);
 

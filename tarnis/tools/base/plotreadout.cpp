@@ -12,7 +12,7 @@ namespace tarnis {
 
 namespace {
 
-constexpr double largestWhole = 9007199254740992.0; // beyond it a double skips whole numbers
+constexpr double largestWhole = 9007199254740992.0; // beyond it a double cannot represent every integer
 constexpr int digitsOfReals = 7;
 
 struct ReadOut {
@@ -30,7 +30,7 @@ QString valueText(const ReadOutValue& value)
         return QStringLiteral("–");
     if (!std::isfinite(*value.value))
         return ReadOut::tr("no data");
-    // The error of a count; of values that are none nothing is known.
+    // The error of a count; it is unknown for other values.
     if (isWhole(*value.value) && *value.value > 0.0)
         return QStringLiteral("%1 ± %2").arg(
             readOutNumber(*value.value), QString::number(std::sqrt(*value.value), 'g', 3));

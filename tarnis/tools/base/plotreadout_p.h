@@ -1,4 +1,4 @@
-// What a plot shows at a place: its bin, the bin's edges, and the value of every visible curve. Numbers and texts; no
+// The data of a plot at a position: the bin, its edges, and the value of every visible curve. Numbers and texts; no
 // painter.
 #pragma once
 
@@ -18,17 +18,17 @@ class PlotMapping;
 
 /// The value of one curve, or of a map's bin.
 struct ReadOutValue {
-    QString name; ///< of the curve; empty where there is one
+    QString name; ///< name of the curve; empty if there is only one
     QColor color;
-    std::optional<double> value; ///< nothing where the curve has no such bin
+    std::optional<double> value; ///< empty if the curve has no such bin
 };
 
-/// A place in a plot.
+/// The data at a position in a plot.
 struct PlotReadOut {
     QString nameX;
-    QString nameY; ///< of a map's second axis
+    QString nameY; ///< name of a map's second axis
     qsizetype column = -1; ///< -1 outside of the data
-    qsizetype row = -1; ///< of a map
+    qsizetype row = -1; ///< row of a map
     bool isMap = false;
     AxisRange edgesX;
     AxisRange edgesY;
@@ -36,19 +36,19 @@ struct PlotReadOut {
     QList<ReadOutValue> values;
 
     bool isInside() const { return column >= 0 && (!isMap || row >= 0); }
-    /// One line for people; a dash outside of the data.
+    /// One line for display; a dash outside of the data.
     QString text() const;
     /// A header line and a line of numbers, separated by tabs; empty outside of the data.
     QString table() const;
 };
 
-/// The read-out at a value of both axes. Hidden curves are left out.
+/// The read-out at a value of both axes. Hidden curves are omitted.
 PlotReadOut readOutAt(const XYGraphWidget& plot, const PlotMapping& mapping, double x, double y);
 
-/// A number as a read-out has it: all digits of whole numbers, seven of others.
+/// Formats a number for a read-out: all digits of integers, seven of others.
 QString readOutNumber(double value);
 
-/// A number as a table has it: all digits of whole numbers, seventeen of others, which bring a double back as it was.
+/// Formats a number for a table: all digits of integers, seventeen of others, which restore a double exactly.
 QString exactNumber(double value);
 
 } // namespace tarnis

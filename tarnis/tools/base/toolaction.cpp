@@ -29,7 +29,7 @@ public:
 
     void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State /*state*/) override
     {
-        // The palette is read at each paint, so that an icon follows a change between light and dark.
+        // The palette is read in each paint, so that an icon follows a change between light and dark.
         const QPalette palette = QGuiApplication::palette();
         const auto group = mode == QIcon::Disabled ? QPalette::Disabled : QPalette::Active;
         IconInk ink;
@@ -80,7 +80,8 @@ ToolAction::ToolAction(QObject* owner, const char* name, ActionText currentText,
 
 void ToolAction::showKeys(std::initializer_list<QKeySequence> keys)
 {
-    // Of a widget that never has the focus, since a tool bar and a menu cannot get it: shown and never triggered.
+    // The context of a widget that never has the focus (a tool bar or menu), so that shortcuts are shown but never
+    // triggered.
     setShortcutContext(Qt::WidgetShortcut);
     setShortcuts(keys);
     describe();

@@ -1,4 +1,4 @@
-// An action of a tool: its text follows the language, its icon is drawn in the colours of the palette.
+// An action of a tool. Its text follows the language, its icon the palette.
 #pragma once
 
 #include <QAction>
@@ -14,14 +14,14 @@ QT_END_NAMESPACE
 
 namespace tarnis {
 
-/// Colours of an icon: lines in the colour of the button's text, and one accent for what moves. Greyed while disabled.
+/// Colours of an icon: lines in the button's text colour, and an accent colour. Grey while disabled.
 struct IconInk {
     QColor line;
     QColor accent;
 };
 
-/// Draws an icon into a square of 16 by 16 units. The painter antialiases and has a round pen of 1.2 units in the
-/// colour of lines, and no brush.
+/// Draws an icon into a square of 16 by 16 units. The painter has antialiasing, a round pen of 1.2 units in the line
+/// colour, and no brush.
 using IconDrawing = void (*)(QPainter& painter, const IconInk& ink);
 
 /// An icon that is drawn for each size, resolution, palette and state.
@@ -33,13 +33,13 @@ using ActionText = QString (*)();
 /// Adds an entry to the menu that excludes the others of its group, which owns it.
 QAction* addMenuChoice(QMenu& menu, QActionGroup& group, const QString& text, bool isChecked);
 
-/// Belongs to the object that it is made for. An InteractiveTool passes changes of the language to it.
+/// Owned by the object that it is created for. An InteractiveTool passes language changes to it.
 class ToolAction : public QAction {
 public:
-    /// `name` is the object name, in English and in lower camel case, by which hosts and tests find the action.
+    /// `name` is the object name, in English and in lower camel case, for finding the action.
     ToolAction(QObject* owner, const char* name, ActionText text, IconDrawing drawing);
 
-    /// Shows the keys in menus and tool tips. The first one is the main key. Nothing is bound to them.
+    /// Shows the keys in menus and tool tips. The first one is the main key. The keys do not trigger the action.
     void showKeys(std::initializer_list<QKeySequence> keys);
 
 protected:

@@ -1,4 +1,4 @@
-// The distance of a place to a curve of joined points. No widget.
+// The distance of a position to a curve of joined points. No widget.
 #pragma once
 
 #include <QPointF>
@@ -8,8 +8,8 @@
 
 namespace tarnis {
 
-/// The shortest distance from `place` to the line through point(first) ... point(last); to the point alone where both
-/// are equal. Segments with an end that is not finite are passed over. Infinite if nothing is left.
+/// The shortest distance from `place` to the line through point(first) ... point(last), or to the point if both are
+/// equal. Segments with a non-finite end are ignored. Infinite if there is no other segment.
 double distanceToLine(
     const QPointF& place, qsizetype first, qsizetype last, const std::function<QPointF(qsizetype)>& point);
 

@@ -137,7 +137,8 @@ bool PlotCrosshair::handleEvent(QEvent* event)
         m_isOver = false;
         renew();
         return false;
-    case QEvent::ShortcutOverride: { // Escape would close a dialog around the plot, Ctrl+C belongs to the cross
+    case QEvent::ShortcutOverride: { // handled here: Escape would close a dialog around the plot, Ctrl+C copies the
+                                     // read-out
         const auto& key = static_cast<const QKeyEvent&>(*event);
         if (isShown() && plot()->hasFocus() && (key.key() == Qt::Key_Escape || key.matches(QKeySequence::Copy)))
             event->accept();

@@ -1,4 +1,4 @@
-// The actions of the cross, and its part of a stored view.
+// The actions and the stored state of the crosshair.
 #include "tarnis/tools/plotcrosshair.h"
 
 #include "tarnis/plots/plotmapping.h"
@@ -71,7 +71,7 @@ void PlotCrosshair::togglePin()
         return;
     }
     const PlotMapping mapping = plot() != nullptr ? PlotMapping::of(*plot()) : PlotMapping();
-    if (mapping.isValid()) // from a tool bar the pointer is elsewhere: the cross goes to the middle
+    if (mapping.isValid()) // the pointer is on a tool bar: move the cross to the middle
         pinAt(isShown() ? value(mapping) : mapping.valueAt(QRectF(mapping.plotRect()).center()));
     updateActions();
 }
@@ -80,7 +80,7 @@ void PlotCrosshair::updateActions()
 {
     m_switch->setChecked(m_isOn);
     m_pinSwitch->setChecked(m_isPinned);
-    m_copy->setEnabled(m_isPinned); // the pointer is not over the plot while an action is chosen
+    m_copy->setEnabled(m_isPinned); // the pointer is not over the plot while an action is triggered
 }
 
 QList<QAction*> PlotCrosshair::actions() const

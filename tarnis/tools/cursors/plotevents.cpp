@@ -18,10 +18,10 @@ namespace tarnis {
 
 namespace {
 
-// Of a curve that has more bins than pixels, no more than these are looked at on each side of the pointer.
+// The maximum number of bins that are searched on each side of the pointer, for curves with more bins than pixels.
 constexpr qsizetype maxBinsAside = 2048;
 
-/// The samples of a curve, one at a time; of a sum they are added up.
+/// The samples of a curve one at a time, added up if the curve is a sum.
 class Samples {
 public:
     Samples(const QList<Series>& series, const SummedCurve& curve)
@@ -49,7 +49,7 @@ private:
     qsizetype m_length;
 };
 
-/// Looks for the curve that passes nearest to a pixel.
+/// Searches the curve nearest to a pixel.
 class Search {
 public:
     Search(const PlotMapping& mapping, const QPointF& pixel, double reach)
@@ -75,7 +75,7 @@ public:
     }
 
 private:
-    /// The bin at some pixels beside the place; beyond the data, the first or last one.
+    /// The bin at an offset in pixels from the position; beyond the data, the first or last one.
     qsizetype column(double aside) const
     {
         const double x = m_mapping.xAt(m_place.x() + aside);
@@ -230,7 +230,7 @@ void PlotEvents::hover(const QMouseEvent& event)
         return;
     }
     m_isHovering = true;
-    // The search for the nearest curve is left out where nobody listens.
+    // The search for the nearest curve is skipped if the signal is not connected.
     static const QMetaMethod signal = QMetaMethod::fromSignal(&PlotEvents::hovered);
     if (isSignalConnected(signal))
         Q_EMIT hovered(at(event.position()));

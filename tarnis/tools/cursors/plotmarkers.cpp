@@ -237,7 +237,7 @@ QString PlotMarkers::table() const
 
 void PlotMarkers::plotChanged(Changes /*changes*/)
 {
-    // Positions are values: the next paint finds their pixels.
+    // Positions are values; the next paint computes their pixels.
 }
 
 void PlotMarkers::openEditor(int index)
@@ -253,7 +253,7 @@ void PlotMarkers::openEditor(int index)
     editor->setAccessibleName(tr("Name of the marker"));
     editor->selectAll();
     connect(editor, &QLineEdit::returnPressed, this, [this, editor, name] { rename(name, editor->text()); });
-    connect(editor, &QLineEdit::editingFinished, editor, &QObject::deleteLater); // Return, or the focus goes
+    connect(editor, &QLineEdit::editingFinished, editor, &QObject::deleteLater); // Return or loss of focus
     editor->show();
     editor->setFocus();
 }

@@ -23,7 +23,7 @@ namespace {
 constexpr int binsWithShift = 10;
 constexpr double crossArm = 7.0;
 constexpr double dotRadius = 3.0;
-constexpr int labelRows = 3; // neighbours are written below each other
+constexpr int labelRows = 3; // adjacent labels use different rows
 const QColor markerColor(255, 176, 0);
 const QColor selectedColor(255, 255, 255);
 
@@ -216,7 +216,7 @@ void PlotMarkers::paintOverlay(QPainter& painter, const PlotMapping& mapping)
 {
     for (int i = 0; i < m_markers.size(); ++i)
         paintMarker(painter, mapping, i);
-    for (int i = 0; i < m_markers.size(); ++i) // over all lines
+    for (int i = 0; i < m_markers.size(); ++i) // labels are drawn over all lines
         paintName(painter, mapping, i);
 }
 

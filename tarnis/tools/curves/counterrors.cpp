@@ -11,7 +11,7 @@ namespace {
 constexpr int exactCounts = 1000;
 constexpr double nan = std::numeric_limits<double>::quiet_NaN();
 
-/// By count, filled as counts occur: an upper end of 0 is not known yet. GUI thread only, as all tools.
+/// Cache by count, filled on demand: an upper end of 0 is not computed yet. GUI thread only, like all tools.
 std::array<CountInterval, exactCounts + 1> exactIntervals;
 
 double cube(double value)
@@ -23,7 +23,7 @@ double cube(double value)
 
 bool isCount(double value)
 {
-    constexpr double largestWhole = 9007199254740992.0; // beyond it every double is whole
+    constexpr double largestWhole = 9007199254740992.0; // beyond it every double is an integer
     if (!(value >= 0.0 && value < largestWhole))
         return value >= largestWhole && std::isfinite(value);
     return static_cast<double>(static_cast<long long>(value)) == value;

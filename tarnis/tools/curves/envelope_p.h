@@ -1,4 +1,4 @@
-// The samples of a curve by pixel columns. Numbers in and out.
+// Groups the samples of a curve by pixel columns.
 #pragma once
 
 #include <QList>
@@ -10,26 +10,26 @@ namespace tarnis {
 /// The finite samples that share a pixel column.
 struct EnvelopeColumn {
     int column = 0;
-    double position = 0.0; ///< of the first sample, in pixels
+    double position = 0.0; ///< position of the first sample, in pixels
     double first = 0.0; ///< sample
     double last = 0.0; ///< sample
     double lowest = 0.0;
     double highest = 0.0;
     double mean = 0.0;
-    bool isRising = true; ///< the lowest sample comes before the highest
+    bool isRising = true; ///< the lowest sample precedes the highest
 
     friend bool operator==(const EnvelopeColumn&, const EnvelopeColumn&) = default;
 };
 
 /// One entry for each run of samples from `first` to `last` in the same pixel column, in their order. `valueOf` returns
-/// a sample, `positionOf` its finite position in pixels. Samples that are not finite are left out.
+/// a sample, `positionOf` its finite position in pixels. Non-finite samples are ignored.
 template <typename ValueOf, typename PositionOf>
 QList<EnvelopeColumn> envelopeOf(qsizetype first, qsizetype last, const ValueOf& valueOf, const PositionOf& positionOf)
 {
     QList<EnvelopeColumn> columns;
     EnvelopeColumn entry;
     double sum = 0.0;
-    qsizetype count = 0; // samples of the entry
+    qsizetype count = 0; // number of samples of the entry
     const auto finish = [&] {
         if (count == 0)
             return;
@@ -41,7 +41,7 @@ QList<EnvelopeColumn> envelopeOf(qsizetype first, qsizetype last, const ValueOf&
         if (!std::isfinite(value))
             continue;
         const double position = positionOf(i);
-        // The comparison spares most samples a call of floor().
+        // The comparison avoids calling floor() for most samples.
         if (count == 0 || position < entry.column || position >= entry.column + 1.0) {
             finish();
             entry = { static_cast<int>(std::floor(position)), position, value, value, value, value, value, true };

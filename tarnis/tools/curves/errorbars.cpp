@@ -51,7 +51,7 @@ void drawPoisson(QPainter& painter, const IconInk& ink)
     painter.drawLine(QPointF(6.0, 5.0), QPointF(6.0, 14.0));
 }
 
-/// Rows of both ends of a bar; a logarithmic axis shows what is not above 0 at its lower edge.
+/// Rows of both ends of a bar; on a logarithmic axis, values not above 0 are at the lower edge.
 struct BarRows {
     double upper = 0.0;
     double lower = 0.0;
@@ -165,11 +165,12 @@ void ErrorBars::paintCurve(QPainter& painter, const PlotMapping& mapping, const 
     if (width < narrowBin) {
         QColor color = curve.color;
         color.setAlpha(bandAlpha);
-        // The ends of a bar rise with its count: those of the least and the largest count enclose all of the column.
+        // The ends of a bar increase with its count, so those of the smallest and the largest count enclose all of the
+        // column.
         const QList<EnvelopeColumn> columns = envelopeOf(bins.first, bins.last, countAt, positionOf);
         for (const EnvelopeColumn& column : columns) {
             const BarRows rows = rowsAt(column.lowest, column.highest);
-            const double top = std::min(rows.upper, rows.lower); // of a reversed axis too
+            const double top = std::min(rows.upper, rows.lower); // also on a reversed axis
             fillColumn(painter, column.column, top, top + std::abs(rows.lower - rows.upper), color);
         }
         return;

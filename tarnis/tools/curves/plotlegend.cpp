@@ -1,4 +1,4 @@
-// Entries, layout and drawing of the legend. Its gestures are in _events.
+// Entries, layout and drawing of the legend. Events are handled in plotlegend_events.cpp.
 #include "tarnis/tools/curves/plotlegend_p.h"
 
 #include "tarnis/plots/curvenames.h"
@@ -20,12 +20,12 @@ namespace tarnis {
 namespace {
 
 constexpr int legendZOrder = 80; // over cross and markers, under the navigator's marks
-constexpr int margin = 6; // to the plot rectangle
+constexpr int margin = 6; // distance to the plot rectangle
 constexpr int padding = 5;
-constexpr int sampleWidth = 18; // of the line in the curve's colour
-constexpr double widest = 0.45; // of the plot rectangle
+constexpr int sampleWidth = 18; // width of the line in the curve's colour
+constexpr double widest = 0.45; // maximum width, as a fraction of the plot rectangle
 constexpr double tallest = 0.8;
-constexpr int maxRecords = 4096; // that a stored view may add
+constexpr int maxRecords = 4096; // maximum number of records that a stored view may add
 const QColor fill(24, 24, 24, 215);
 const QColor border(110, 110, 110, 215);
 const QColor classicText(255, 255, 255);
@@ -45,13 +45,13 @@ void drawLegend(QPainter& painter, const IconInk& ink)
     painter.drawLine(QPointF(3.8, 10.0), QPointF(6.4, 10.0));
 }
 
-/// The part of a list of `count` rows that is in sight, with the wanted first one moved into range.
+/// The first visible row of a list of `count` rows, clamped to the valid range.
 qsizetype firstInSight(qsizetype wanted, qsizetype count, qsizetype rows)
 {
     return std::clamp<qsizetype>(wanted, 0, std::max<qsizetype>(count - rows, 0));
 }
 
-/// A short mark where rows are out of sight.
+/// Draws a small arrow that indicates hidden rows.
 void paintArrow(QPainter& painter, const QPointF& tip, double direction, const QColor& color)
 {
     painter.setPen(Qt::NoPen);
@@ -149,7 +149,7 @@ void PlotLegend::enable(const QList<int>& records, bool on)
         curves()->setEnable(record, on);
 }
 
-/// Shows the curve of one entry, and all of them for -1.
+/// Shows only the curve of one entry, or all of them for -1.
 void PlotLegend::applyToEntries(qsizetype alone)
 {
     const Layout now = layout();
@@ -225,14 +225,15 @@ PlotLegend::Layout PlotLegend::layout() const
     const QRect inside = mapping.frameRect().adjusted(margin, margin, -margin, -margin);
     const int largestHeight = static_cast<int>(inside.height() * tallest);
     if (made.entries.size() < 2)
-        return made; // one curve needs no key
+        return made; // a single curve needs no legend
     made.rows = std::min<qsizetype>(made.entries.size(), (largestHeight - 2 * padding) / made.rowHeight);
     if (made.rows <= 0)
         return made;
     made.first = firstInSight(m_first, made.entries.size(), made.rows);
     int textWidth = 0;
     for (const LegendEntry& entry : std::as_const(made.entries))
-        textWidth = std::max(textWidth, metrics.horizontalAdvance(entry.name) + 1); // a rounded width would elide
+        textWidth = std::max(textWidth, metrics.horizontalAdvance(entry.name) + 1); // a rounded width would elide the
+                                                                                    // text
     const int wanted = sampleWidth + 3 * padding + textWidth;
     const QSize size(std::min(wanted, std::max(static_cast<int>(inside.width() * widest), sampleWidth + 3 * padding)),
         static_cast<int>(made.rows) * made.rowHeight + 2 * padding);
@@ -255,7 +256,7 @@ void PlotLegend::paintOverlay(QPainter& painter, const PlotMapping& /*mapping*/)
     const PlotStyling* const styling = stylingOf(curves());
     const QColor textColor = styling != nullptr ? styling->foreground() : classicText;
     QColor ground = styling != nullptr ? styling->surround() : fill;
-    ground.setAlpha(fill.alpha()); // the colours of the curves are made for this ground
+    ground.setAlpha(fill.alpha()); // the colours of the curves are made for this background
     painter.setBrush(ground);
     painter.drawRoundedRect(QRectF(now.rect).adjusted(0.5, 0.5, -0.5, -0.5), 3.0, 3.0);
     const QFontMetrics metrics(painter.font());
@@ -275,7 +276,7 @@ void PlotLegend::paintOverlay(QPainter& painter, const PlotMapping& /*mapping*/)
         const QRect text = row.adjusted(sampleWidth + padding, 0, 0, 0);
         painter.drawText(
             text, Qt::AlignLeft | Qt::AlignVCenter, metrics.elidedText(entry.name, Qt::ElideRight, text.width()));
-        if (!entry.isShown) // not by the colour alone
+        if (!entry.isShown) // not only by the colour
             painter.drawLine(QPointF(text.left(), middle),
                 QPointF(text.left() + std::min(text.width(), metrics.horizontalAdvance(entry.name)), middle));
     }
@@ -325,7 +326,7 @@ void PlotLegend::restoreState(const QJsonObject& state)
     const qsizetype records = PlotAccess::series(*curves()).size();
     for (int i = 0; i < records; ++i)
         curves()->setEnable(i, !hidden.contains(i));
-    for (const QJsonValue& value : hidden) { // those whose data have not come yet
+    for (const QJsonValue& value : hidden) { // records whose data have not arrived yet
         const int record = value.toInt(-1);
         if (record >= records && record < maxRecords)
             curves()->setEnable(record, false);

@@ -1,4 +1,4 @@
-// The gestures of the legend.
+// Mouse, wheel and key events of the legend.
 #include "tarnis/plots/multivectorgraphwidget.h"
 #include "tarnis/plots/plotmapping.h"
 #include "tarnis/tools/curves/plotlegend_p.h"
@@ -14,8 +14,8 @@ namespace tarnis {
 
 namespace {
 
-constexpr double clickSlack = 4.0; // pixels; further is a drag
-constexpr int eighthsPerRow = 40; // three rows a notch
+constexpr double clickSlack = 4.0; // in pixels; a longer move is a drag
+constexpr int eighthsPerRow = 40; // three rows per notch
 
 bool isSwitch(const QKeyEvent& key)
 {
@@ -59,7 +59,7 @@ bool PlotLegend::handleEvent(QEvent* event)
 
 bool PlotLegend::handlePress(const QMouseEvent& event)
 {
-    m_isPressed = false; // a release that went elsewhere
+    m_isPressed = false; // the release went to another widget
     if (event.button() != Qt::LeftButton)
         return false;
     const QPointF at = PlotMapping::of(*curves()).toFrame(event.position());
@@ -99,7 +99,7 @@ bool PlotLegend::handleRelease(const QMouseEvent& event)
     return true;
 }
 
-/// The first click has toggled the entry, at once. The double click takes that back and shows the curve alone.
+/// The first click has already toggled the entry. The double click reverts that and shows only this curve.
 bool PlotLegend::handleDoubleClick(const QMouseEvent& event)
 {
     const Layout now = layout();

@@ -1,4 +1,4 @@
-// Where the parts of a legend are.
+// The layout of a legend.
 #pragma once
 
 #include "tarnis/tools/plotlegend.h"
@@ -8,7 +8,7 @@
 
 namespace tarnis {
 
-/// An entry: its curve's records, and how it looks.
+/// An entry: its curve's records, and its appearance.
 struct LegendEntry {
     QList<int> records;
     QString name;
@@ -16,15 +16,15 @@ struct LegendEntry {
     bool isShown = true;
 };
 
-/// The legend in the frame's coordinates. Without entries, room or a mapping the rectangle is empty.
+/// The legend in the frame's coordinates. The rectangle is empty without entries, space or a valid mapping.
 struct TARNIS_NO_EXPORT PlotLegend::Layout {
     QList<LegendEntry> entries;
     QRect rect;
-    QSizeF room; // that the legend leaves in the plot rectangle
+    QSizeF room; // free space of the plot rectangle
     int rowHeight = 1;
-    qsizetype first = 0; // of the rows in sight
+    qsizetype first = 0; // first visible row
     qsizetype rows = 0; // in sight
-    bool isSum = false; // one entry for all: nothing to hide
+    bool isSum = false; // one entry for all curves, which cannot be hidden
 
     /// The entry at a point, -1 outside.
     qsizetype entryAt(const QPointF& point) const;

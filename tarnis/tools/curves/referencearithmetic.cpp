@@ -13,12 +13,12 @@ namespace {
 constexpr double nan = std::numeric_limits<double>::quiet_NaN();
 constexpr double shareInside = 0.95;
 
-/// The next of 1, 2 and 5 times a power of ten that is not below the width.
+/// The smallest of 1, 2 and 5 times a power of ten that is not below the width.
 double roundedWidth(double width)
 {
     const double power = std::pow(10.0, std::floor(std::log10(width)));
     if (!(power > 0.0))
-        return width; // at the end of all numbers
+        return width; // overflow
     for (const double factor : { 1.0, 2.0, 5.0 }) {
         if (factor * power >= width)
             return factor * power;
@@ -44,7 +44,7 @@ ComparedBin comparedBin(Comparison comparison, double live, double reference, do
     }
     if (scaled == 0.0)
         return { nan, nan };
-    // Of a ratio to counts that it contains: 1 + new / reference, with independent errors.
+    // For a ratio to contained counts: 1 + new / reference, with independent errors.
     const double relative = isContained ? variance / (scaled * scaled) + excess * excess / (scaled * scaled * scaled)
                                         : live / (scaled * scaled) + live * live / (scaled * scaled * reference);
     return { live / scaled, areCounts ? std::sqrt(relative) : nan };

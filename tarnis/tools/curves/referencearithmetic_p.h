@@ -1,4 +1,4 @@
-// Comparing a bin with its reference, and the axis of the comparison. Numbers in and out.
+// Compares a bin with its reference, and computes the axis of the comparison.
 #pragma once
 
 #include "tarnis/plots/axisrange.h"
@@ -17,17 +17,17 @@ struct ComparedBin {
     double error = 0.0;
 };
 
-/// Compares a live bin with `norm` times that of the reference. Errors are those of counts, and NaN for what is no
-/// count. If the live counts contain those of the reference (`isContained`, norm 1), only the counts since are
-/// independent: their number is the variance.
+/// Compares a live bin with `norm` times that of the reference. Errors are those of counts, or NaN for values that are
+/// not counts. If the live counts contain those of the reference (`isContained`, norm 1), only the new counts are
+/// independent, and their number is the variance.
 ComparedBin comparedBin(Comparison comparison, double live, double reference, double norm, bool isContained);
 
-/// True if no bin is below that of the reference, and at least one is above: the counts went on.
+/// True if the counts continue those of the reference: no bin is lower, and at least one is higher.
 bool isContinuation(const QList<double>& live, const QList<double>& reference);
 
-/// An axis about the value that means no difference, 1 for a ratio and 0 otherwise, that holds the finite values: its
-/// half width is 1, 2 or 5 times a power of ten; that of a ratio begins at 0 at the least. One value in twenty may
-/// be outside, so that a single bin does not flatten all others.
+/// The axis for the finite values, centred on the value for equality (1 for a ratio, otherwise 0). Its half width is 1,
+/// 2 or 5 times a power of ten; the axis of a ratio begins at 0 or above. 5 % of the values may be outside, so that a
+/// single bin does not dominate the scale.
 AxisRange comparisonAxis(Comparison comparison, std::vector<double> values);
 
 } // namespace tarnis

@@ -208,7 +208,7 @@ void ReferenceCurves::toggleFrozen()
         freeze();
 }
 
-/// Room for the strip below the plot, as long as there is something to compare.
+/// Reserves space for the strip below the plot while there is something to compare.
 void ReferenceCurves::placeStrip()
 {
     if (plot() == nullptr)

@@ -1,4 +1,4 @@
-// What the sources of the reference curves share.
+// Common declarations of the sources of the reference curves.
 #pragma once
 
 #include "tarnis/tools/base/plotcurves_p.h"
@@ -9,9 +9,9 @@ namespace tarnis {
 
 struct TARNIS_NO_EXPORT ReferenceCurves::Reference {
     QString name;
-    QString path; // of a file
+    QString path; // path of the file
     double liveTime = 0.0; // seconds; 0 if unknown
-    bool isFrozen = false; // from the plot itself
+    bool isFrozen = false; // frozen from the plot
     QList<QString> curveNames; // parallel to `curves`
     QList<QList<double>> curves;
 };

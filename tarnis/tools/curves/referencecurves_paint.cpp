@@ -57,8 +57,8 @@ void drawCompare(QPainter& painter, const IconInk& ink)
     painter.drawPolyline(QPolygonF { { 1.5, 12.5 }, { 5.0, 10.5 }, { 8.0, 13.8 }, { 11.0, 10.5 }, { 14.5, 12.5 } });
 }
 
-/// The line through the samples that are in view. Of samples in one pixel column the first, the least, the largest and
-/// the last are joined, which covers the same pixels as all of them.
+/// The line through the visible samples. Of samples in one pixel column the first, the smallest, the largest and the
+/// last are joined, which covers the same pixels as all of them.
 QPolygonF lineOf(const PlotMapping& mapping, const QList<double>& values, double norm)
 {
     BinsInView bins = columnsInView(mapping);
@@ -97,7 +97,7 @@ void paintMarks(QPainter& painter, const StripAxis& axis, double same)
     const QRect& strip = axis.strip;
     for (const double mark : { axis.range.min, same, axis.range.max }) {
         if (mark == axis.range.min && axis.rowOf(mark) - axis.rowOf(same) < height)
-            continue; // the mark that means no difference matters more
+            continue; // the mark for equality has priority
         const int row =
             std::clamp(static_cast<int>(axis.rowOf(mark)), strip.top() + height / 2, strip.bottom() - height / 2);
         painter.drawText(QRect(0, row - height / 2, strip.left() - 4, height), Qt::AlignRight | Qt::AlignVCenter,
@@ -148,7 +148,7 @@ void ReferenceCurves::paintReference(
         const double norm = own != nullptr ? normOf(reference, *own, reference.curves.at(i)) : 1.0;
         QPen pen(mixedWithGrey(own != nullptr ? own->color : QColor(Qt::white)), 1.0);
         const QPolygonF line = lineOf(mapping, reference.curves.at(i), norm);
-        // Dashes of a line that goes up and down in each pixel column show nothing, and take their time.
+        // Dashes are invisible and slow if the line goes up and down in each pixel column.
         if (line.size() <= mapping.frameRect().width())
             pen.setDashPattern(index == m_current ? QList<qreal> { 4, 3 } : QList<qreal> { 1, 3 });
         painter.setPen(pen);
@@ -336,7 +336,7 @@ void ReferenceCurves::restoreState(const QJsonObject& state)
         const bool isOpen = std::any_of(m_references.begin(), m_references.end(),
             [&](const Reference& reference) { return reference.path == path; });
         if (!path.isEmpty() && !isOpen)
-            addFile(path); // one that is gone is left out
+            addFile(path); // a missing file is skipped
     }
 }
 

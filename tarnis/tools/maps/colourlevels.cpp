@@ -100,7 +100,7 @@ void ColourLevels::applyLevels(double lower, double upper)
 {
     ViewControl(*map()).showLevels({ lower, upper });
     if (m_strip != nullptr && !m_strip->isDragging())
-        read(); // the axis holds both levels
+        read(); // the axis includes both levels
     Q_EMIT levelsChanged();
 }
 
@@ -149,7 +149,7 @@ void ColourLevels::setStripVisible(bool visible)
     m_switch->setChecked(visible);
     PlotAccess::setBesideBar(*map(), visible ? LevelStrip::stripWidth : 0);
     if (!visible) {
-        m_strip->deleteLater(); // this may be called from its menu
+        m_strip->deleteLater(); // because this may be called from its menu
         m_strip->hide();
         m_strip = nullptr;
         return;
@@ -161,7 +161,7 @@ void ColourLevels::setStripVisible(bool visible)
         fillMenu();
         m_menu->popup(position);
     });
-    // Colours and automatic levels are settled when the map is painted.
+    // Colours and automatic levels are determined when the map is painted.
     connect(map(), &DoubleBufferedWidget::painted, m_strip, &LevelStrip::showLevels);
     m_strip->show();
     read();
@@ -182,7 +182,7 @@ void ColourLevels::plotChanged(Changes changes)
         Q_EMIT levelsChanged();
 }
 
-/// Looks at all bins: for the histogram, and for the limits by percentiles.
+/// Reads all bins for the histogram and for the limits by percentiles.
 void ColourLevels::read()
 {
     if (plot() == nullptr)
@@ -191,7 +191,7 @@ void ColourLevels::read()
     m_lastRead.start();
     std::vector<double> values = paintedBins(PlotAccess::rows(*map()));
     if (values.empty())
-        m_lastRead.invalidate(); // the first data are counted at once
+        m_lastRead.invalidate(); // the first data are evaluated at once
     if (mode() == Mode::Percentiles && !values.empty() && (m_strip == nullptr || !m_strip->isDragging())) {
         const AxisRange levels = percentileLevels(values, m_percentiles->first, m_percentiles->second);
         ViewControl(*map()).showLevels(levels);

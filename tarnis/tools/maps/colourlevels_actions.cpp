@@ -1,4 +1,4 @@
-// The actions and the menu of the colour levels, and their part of a stored view.
+// The actions, the menu and the stored state of the colour levels.
 #include "tarnis/tools/colourlevels.h"
 
 #include "tarnis/plots/xy2dgraphwidget.h"

@@ -10,7 +10,7 @@ namespace tarnis {
 
 namespace {
 
-constexpr double roomAtEnds = 0.03; // of the axis
+constexpr double roomAtEnds = 0.03; // fraction of the axis
 constexpr double leastDecades = 0.1;
 
 double onCurve(ScaleCurve curve, double value)
@@ -124,7 +124,7 @@ std::vector<qsizetype> levelHistogram(const std::vector<double>& values, const L
     const double scale = count / span;
     for (const double value : values) {
         const double step = (onCurve(axis.curve, value) - low) * scale;
-        // A range beyond all numbers makes steps that are none: these count at the lower end.
+        // An overflowing range yields NaN steps, which count at the lower end.
         ++steps[static_cast<std::size_t>(step >= 0.0 ? std::min(step, count - 1.0) : 0.0)];
     }
     return steps;
@@ -134,7 +134,7 @@ LevelHandle handleAt(double share, double lower, double upper, double reach)
 {
     const double toLower = std::abs(share - lower);
     const double toUpper = std::abs(share - upper);
-    // On equal levels the side of the press decides, so that the two can be pulled apart.
+    // For equal levels the side of the press decides, so that they can be separated.
     const bool nearerUpper = toUpper < toLower || (toUpper == toLower && share > upper);
     if (std::min(toLower, toUpper) <= reach)
         return nearerUpper ? LevelHandle::Upper : LevelHandle::Lower;

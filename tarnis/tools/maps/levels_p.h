@@ -1,5 +1,5 @@
-// Arithmetic of colour levels: quantiles and a histogram of a map's bins, and the scale that the levels are dragged on.
-// Plain values; no widget.
+// Arithmetic of colour levels: quantiles and a histogram of a map's bins, and the scale on which levels are dragged.
+// Pure functions without a widget.
 #pragma once
 
 #include "tarnis/plots/axisrange.h"
@@ -11,14 +11,14 @@
 
 namespace tarnis {
 
-/// The finite bins that are not 0, which a map paints, in no particular order.
+/// The painted bins of a map, which are the finite non-zero ones, in no particular order.
 std::vector<double> paintedBins(const QList<QList<double>>& rows);
 
-/// The values below which `lower` and `upper` percent of all are, by the nearest rank; 0 to 0 without values. The
-/// percentages are limited to 0 to 100 and put in order. Reorders the values.
+/// The `lower` and `upper` percentiles by nearest rank; 0 to 0 without values. The percentages are limited to 0 to 100
+/// and sorted. Reorders the values.
 AxisRange percentileLevels(std::vector<double>& values, double lower, double upper);
 
-/// An axis of values on the curve of a colour scale.
+/// An axis of values transformed by the curve of a colour scale.
 struct LevelAxis {
     AxisRange range; ///< ascending
     ScaleCurve curve = ScaleCurve::Linear;
@@ -29,20 +29,20 @@ struct LevelAxis {
     double valueAt(double share) const;
 };
 
-/// An axis that holds all values and both levels, with some room. On a logarithmic curve it begins at the smallest
+/// An axis that includes all values and both levels, with a margin. On a logarithmic curve it begins at the smallest
 /// value above 0.
 LevelAxis levelAxis(const std::vector<double>& values, AxisRange levels, ScaleCurve curve);
 
-/// How many values fall into each of `count` equal steps of the axis.
+/// The number of values in each of `count` equal steps of the axis.
 std::vector<qsizetype> levelHistogram(const std::vector<double>& values, const LevelAxis& axis, int count);
 
-/// Which level a drag moves.
+/// The level that a drag moves.
 enum class LevelHandle { None, Lower, Upper, Both };
 
 /// The handle for a press at `share`, with levels at shares; the nearest one within `reach`, else Both between them.
 LevelHandle handleAt(double share, double lower, double upper, double reach);
 
-/// The levels after a drag by `delta` in shares. The levels keep their order and at least `least` between them, and
+/// The levels after a drag by `delta` in shares. The levels keep their order and a distance of at least `least`, and
 /// stay on the axis.
 AxisRange draggedLevels(AxisRange levels, const LevelAxis& axis, LevelHandle handle, double delta, double least);
 

@@ -18,11 +18,11 @@ namespace {
 
 constexpr int stepCount = 128;
 constexpr double reachPixels = 6.0;
-constexpr double leastShare = 0.002; // between the two levels
+constexpr double leastShare = 0.002; // minimum distance of the two levels
 constexpr double keyShare = 0.01;
 const QColor outsideColor(150, 150, 150);
 
-/// Between two colours: `share` of the second one.
+/// A mix of two colours, with `share` of the second one.
 QColor mixed(const QColor& first, const QColor& second, double share)
 {
     const auto channel = [share](int a, int b) { return static_cast<int>(std::lround(a + (b - a) * share)); };
@@ -56,7 +56,7 @@ bool LevelStrip::event(QEvent* event)
 {
     if (event->type() == QEvent::LanguageChange)
         retranslate();
-    // Escape ends a drag; without one it belongs to the window.
+    // Escape cancels a drag; otherwise the window handles it.
     if (event->type() == QEvent::ShortcutOverride && isDragging()
         && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape)
         event->accept();
@@ -91,7 +91,7 @@ void LevelStrip::showValues(const std::vector<double>& values, ScaleCurve curve)
 
 void LevelStrip::showLevels()
 {
-    update(); // levels beyond the axis are at its ends until the values are counted again
+    update(); // levels beyond the axis are shown at its ends until the values are read again
 }
 
 QRect LevelStrip::scaleRect() const
@@ -127,7 +127,8 @@ void LevelStrip::paintStrip(QPainter& painter) const
 {
     const QRect scale = scaleRect();
     const PlotStyling* const styling = stylingOf(&m_map);
-    const QColor ground = styling != nullptr ? styling->surround() : QColor(Qt::lightGray); // as the colour bar
+    const QColor ground = styling != nullptr ? styling->surround() : QColor(Qt::lightGray); // same background as the
+                                                                                            // colour bar
     const QColor ink = styling != nullptr ? styling->foreground() : QColor(Qt::black);
     painter.fillRect(rect(), ground);
     if (scale.width() < 4 || scale.height() < 4)
@@ -151,7 +152,7 @@ void LevelStrip::paintSteps(QPainter& painter, const QRect& rect) const
     const AxisRange shown = levels();
     const double low = m_axis.shareOf(std::min(shown.min, shown.max));
     const double high = m_axis.shareOf(std::max(shown.min, shown.max));
-    // Few bins count too: the length grows with the logarithm of their number.
+    // The length is logarithmic in the number of bins, so that few bins are visible.
     const auto decades = [](qsizetype count) { return std::log10(static_cast<double>(count) + 1.0); };
     const double perDecade = (rect.width() - 2) / decades(largest);
     const auto steps = static_cast<double>(m_steps.size());

@@ -11,7 +11,7 @@ class XY2DGraphWidget;
 
 namespace tarnis {
 
-/// A child of the map, which keeps itself between the plot rectangle and the colour bar. The owner feeds it.
+/// A child of the map, which positions itself between the plot rectangle and the colour bar. Its owner sets all values.
 class LevelStrip : public QWidget {
     Q_OBJECT
 
@@ -20,7 +20,7 @@ public:
 
     explicit LevelStrip(XY2DGraphWidget& map);
 
-    /// Shows a histogram of values and the levels. While the user drags, the axis stays.
+    /// Shows a histogram of values and the levels. During a drag the axis does not change.
     void showValues(const std::vector<double>& values, ScaleCurve curve);
     /// The levels and colours of the map have changed.
     void showLevels();
@@ -29,7 +29,7 @@ public:
     void paintStrip(QPainter& painter) const;
 
 Q_SIGNALS:
-    void levelsChosen(double lower, double upper); ///< by the user; while dragging too
+    void levelsChosen(double lower, double upper); ///< the user has changed the levels; also emitted during a drag
     void automaticChosen(); ///< double click or Home
     void menuWanted(const QPoint& globalPosition);
 
@@ -59,8 +59,8 @@ private:
     XY2DGraphWidget& m_map;
     LevelAxis m_axis { { 0.0, 1.0 }, ScaleCurve::Linear };
     std::vector<qsizetype> m_steps;
-    LevelHandle m_handle = LevelHandle::None; // of the drag
-    LevelHandle m_current = LevelHandle::Upper; // of the keys
+    LevelHandle m_handle = LevelHandle::None; // handle of the drag
+    LevelHandle m_current = LevelHandle::Upper; // handle moved by the keys
     double m_pressShare = 0.0;
     AxisRange m_pressLevels;
 };

@@ -16,7 +16,7 @@ namespace {
 
 constexpr int profileZOrder = 42;
 constexpr double widestBand = 1e6; // bins
-constexpr double shareOfView = 0.1; // of a new line from either border
+constexpr double shareOfView = 0.1; // distance of a new line from either border, as a fraction of the view
 const QSize plotSize(520, 260);
 
 } // namespace
@@ -149,7 +149,7 @@ void LineProfile::plotChanged(Changes changes)
         renew();
 }
 
-/// The profile of the current data, and everything that shows it.
+/// Recomputes the profile from the current data, and updates its plot.
 void LineProfile::renew()
 {
     updateOverlay();
@@ -169,7 +169,7 @@ void LineProfile::showValues(const PlotMapping& mapping)
     const ProfileBand band { toBins(mapping, m_from), toBins(mapping, m_to), m_width };
     const double step = stepsOf(band).step;
     const auto count = static_cast<double>(std::max<qsizetype>(m_values.size(), 1));
-    // The axis goes half a step beyond both ends, where the first and the last step end.
+    // The axis extends half a step beyond both ends, to the edges of the first and the last step.
     double begin = -step / 2.0;
     double end = (count - 0.5) * step;
     QString name = tr("Bins Along the Line");
@@ -184,7 +184,7 @@ void LineProfile::showValues(const PlotMapping& mapping)
     }
     const AxisRange initial = PlotAccess::initialX(*m_plot);
     if (begin != end && (initial.min != begin || initial.max != end))
-        m_plot->initManualX(begin, end); // only for a new line: a zoom stays while data arrive
+        m_plot->initManualX(begin, end); // only for a new line, so that a zoom is kept when data arrive
     m_plot->setNameX(name);
     const QString join = m_join == Join::Mean ? tr("mean") : m_join == Join::Maximum ? tr("maximum") : tr("sum");
     m_plot->setNotes(tr("%1, width in bins: %2").arg(join).arg(m_width, 0, 'g', 4));

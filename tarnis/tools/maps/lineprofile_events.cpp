@@ -19,7 +19,7 @@ namespace tarnis {
 namespace {
 
 constexpr double reach = 8.0; // pixels
-constexpr double handleDistance = 14.0; // at least, from the line
+constexpr double handleDistance = 14.0; // minimum distance from the line
 
 const QLatin1String onKey("on");
 const QLatin1String lineKey("line"); // [x, y, x, y]
@@ -45,7 +45,7 @@ void drawBand(QPainter& painter, const IconInk& ink)
     painter.drawLine(QPointF(6.0, 6.0), QPointF(10.0, 10.0));
 }
 
-/// Bins of one axis by the edges of the first one, which all have the same width.
+/// Converts a value to bins. All bins of an axis are as wide as `first`.
 double binsOf(double value, AxisRange first)
 {
     return (value - first.min) / (first.max - first.min);
@@ -56,7 +56,7 @@ double distance(const QPointF& a, const QPointF& b)
     return std::hypot(a.x() - b.x(), a.y() - b.y());
 }
 
-/// From a point to the line between two others.
+/// Distance from a point to the segment between two others.
 double distanceToLine(const QPointF& at, const QPointF& from, const QPointF& to)
 {
     const QPointF way = to - from;

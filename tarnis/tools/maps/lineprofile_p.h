@@ -1,4 +1,4 @@
-// What the sources of the line profile share.
+// Common declarations of the sources of the line profile.
 #pragma once
 
 #include "tarnis/plots/plotmapping.h"
@@ -9,18 +9,18 @@
 
 namespace tarnis {
 
-/// The band in bins, and where it is in the frame's coordinates.
+/// The band in bins and in frame coordinates.
 struct TARNIS_NO_EXPORT LineProfile::Shape {
     ProfileBand band;
     ProfileSteps steps;
     QPointF from; // in the frame's coordinates
     QPointF to;
     QPointF middle;
-    QPointF handle; // of the width
+    QPointF handle; // handle of the width
     std::array<QPointF, 4> corners;
 };
 
-/// A position in bins, and back. Outside of the data bins go on with the same width. @{
+/// Converts a position to bins and back. Outside of the data, bins continue with the same width. @{
 QPointF toBins(const PlotMapping& mapping, const QPointF& position);
 QPointF fromBins(const PlotMapping& mapping, const QPointF& bins);
 /// @}

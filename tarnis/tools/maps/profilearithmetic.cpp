@@ -8,7 +8,7 @@ namespace tarnis {
 
 namespace {
 
-constexpr double rounding = 1e-9; // of a bin
+constexpr double rounding = 1e-9; // fraction of a bin
 
 /// An interval of columns.
 struct Interval {
@@ -16,7 +16,7 @@ struct Interval {
     double high = std::numeric_limits<double>::infinity();
 };
 
-/// Cuts the interval to where low <= offset + slope * column < high.
+/// Clips the interval to low <= offset + slope * column < high.
 void cut(Interval& interval, double offset, double slope, double low, double high)
 {
     if (slope == 0.0) {
@@ -69,7 +69,7 @@ Profile profileAlong(const QList<QList<double>>& rows, const ProfileBand& band, 
     profile.values = QList<double>(steps.count, std::numeric_limits<double>::quiet_NaN());
     profile.bins = QList<int>(steps.count, 0);
     const QPointF d = steps.direction;
-    const double before = steps.step / 2.0 + rounding; // the first step is about the band's begin
+    const double before = steps.step / 2.0 + rounding; // the first step is centred on the start of the band
     const double after = steps.count * steps.step - steps.step / 2.0 - rounding;
     for (qsizetype row = 0; row < rows.size(); ++row) {
         const double y = static_cast<double>(row) + 0.5 - band.from.y();
@@ -78,7 +78,7 @@ Profile profileAlong(const QList<QList<double>>& rows, const ProfileBand& band, 
         cut(columns, x0 * d.x() + y * d.y(), d.x(), -before, after);
         cut(columns, y * d.x() - x0 * d.y(), -d.y(), -steps.halfWidth - rounding, steps.halfWidth - rounding);
         const auto last = static_cast<double>(rows.at(row).size() - 1);
-        // One column more to either side: the conditions are tested for each bin.
+        // One more column on each side, because the conditions are tested for each bin.
         const double first = std::max(std::floor(columns.low) - 1.0, 0.0);
         const double end = std::min(std::ceil(columns.high) + 1.0, last);
         if (!(first <= end))

@@ -1,4 +1,4 @@
-// The profile of a map along a line. Numbers in and out.
+// The profile of a map along a line. Pure functions.
 #pragma once
 
 #include <QList>
@@ -6,28 +6,28 @@
 
 namespace tarnis {
 
-/// How the bins across the band are joined.
+/// How the bins across the band are combined.
 enum class ProfileJoin { Sum, Mean, Maximum };
 
-/// A band in units of bins: bin i reaches from i to i + 1.
+/// A band in units of bins: bin i extends from i to i + 1.
 struct ProfileBand {
     QPointF from; ///< in the middle of the band
     QPointF to;
-    double width = 1.0; ///< across, in bins
+    double width = 1.0; ///< width across the band, in bins
 };
 
 /// A profile in steps of equal length.
 struct Profile {
-    QList<double> values; ///< of the steps; NaN for one without a finite bin
-    QList<int> bins; ///< finite bins that were joined
-    double step = 1.0; ///< length in bins
+    QList<double> values; ///< values of the steps; NaN for a step without a finite bin
+    QList<int> bins; ///< number of combined finite bins
+    double step = 1.0; ///< length of a step in bins
 };
 
-/// The direction of a band, and what follows from it. Each bin whose centre is in the band belongs to one step. A step
-/// is as long as a bin seen along the line, 1 to 1.41 bins, so that no step of a band on the map is without a bin; a
-/// narrower band than that is widened to it.
+/// The direction of a band, and its steps. Each bin whose centre is in the band belongs to one step. A step is as long
+/// as a bin in the direction of the line, 1 to 1.41 bins, so that every step on the map contains a bin. A narrower band
+/// is widened to that length.
 struct ProfileSteps {
-    QPointF direction; ///< of length 1
+    QPointF direction; ///< unit vector
     double step = 1.0;
     double halfWidth = 0.5;
     int count = 1;

@@ -42,11 +42,11 @@ private:
 struct TARNIS_NO_EXPORT AxisLink::State {
     std::vector<std::unique_ptr<Member>> members;
     bool isAuto = true;
-    AxisRange range; // while it is not automatic
+    AxisRange range; // range of the group, unless it is automatic
 };
 
-/// A host that sets an axis up shows all of it. In a group that is not automatic the range of the group stays, unless
-/// the new axis does not reach it: then the axis leads the group.
+/// A host that sets up an axis shows its full range. In a group that is not automatic, the range of the group is kept
+/// if the new axis overlaps it; otherwise the group adopts the range of the axis.
 void AxisLink::Member::axisInitialized(Qt::Orientation axis, double /*previousMin*/, double /*previousMax*/)
 {
     if (axis != m_axis || m_link.m_state->isAuto || isAuto())
@@ -120,8 +120,8 @@ qsizetype AxisLink::count() const
         [](const auto& member) { return member->observedPlot() != nullptr; });
 }
 
-/// Called for every change of a member, the group's own included: those find the member equal to the group, which ends
-/// every loop.
+/// Called for every change of a member, including changes made by the group. Then the member is equal to the group,
+/// which ends the recursion.
 void AxisLink::follow(const Member& source)
 {
     const bool isAuto = source.isAuto();
@@ -129,7 +129,7 @@ void AxisLink::follow(const Member& source)
     if (isAuto == m_state->isAuto && (isAuto || range == m_state->range))
         return;
     if (!isAuto && !(std::isfinite(range.min) && std::isfinite(range.max) && range.min != range.max))
-        return; // not a range that another plot could show
+        return; // a range that another plot cannot show
     m_state->isAuto = isAuto;
     m_state->range = range;
     for (const auto& member : m_state->members) {

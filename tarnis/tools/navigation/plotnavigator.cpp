@@ -1,4 +1,4 @@
-// The views and their history. The gestures are in _events.
+// The views and their history. Gestures are in plotnavigator_events.cpp.
 #include "tarnis/tools/navigation/plotnavigator_p.h"
 
 #include "tarnis/plots/plotmapping.h"
@@ -13,7 +13,7 @@ namespace tarnis {
 
 namespace {
 
-constexpr int marksZOrder = 90; // over the other tools
+constexpr int marksZOrder = 90; // above the other tools
 constexpr int markMargin = 4;
 
 } // namespace
@@ -127,7 +127,7 @@ void PlotNavigator::zoomAboutMiddle(int eighths)
 
 // History
 
-/// Takes up what others have changed since the last look: the host's set-up without an entry, anything else with one.
+/// Records changes by others since the last check: a setup by the host without a history entry, anything else with one.
 void PlotNavigator::noteChange()
 {
     const ViewState now = m_data->view.state();
@@ -166,7 +166,7 @@ void PlotNavigator::plotChanged(Changes changes)
     }
 }
 
-/// A window whose every reply sets the axis up again shows all of it each time. What the user looks at is put back.
+/// Some windows set up the axis again with every reply, which shows its full range. Restores the user's view.
 void PlotNavigator::axisInitialized(Qt::Orientation axis, double previousMin, double previousMax)
 {
     const bool isX = axis == Qt::Horizontal;
@@ -188,7 +188,7 @@ void PlotNavigator::axisInitialized(Qt::Orientation axis, double previousMin, do
     }
 }
 
-// The marks of held axes
+// Marks of held axes
 
 void PlotNavigator::paintOverlay(QPainter& painter, const PlotMapping& mapping)
 {

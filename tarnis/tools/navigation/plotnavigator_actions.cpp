@@ -29,7 +29,7 @@ void drawForward(QPainter& painter, const IconInk& ink)
     drawBack(painter, ink);
 }
 
-/// A frame with arrows into its corners: everything is in sight.
+/// A frame with arrows into its corners: shows all data.
 void drawHome(QPainter& painter, const IconInk& ink)
 {
     for (const double turn : { 0.0, 90.0, 180.0, 270.0 }) {

@@ -81,7 +81,8 @@ bool PlotNavigator::handleWheel(QWheelEvent& event)
     const QPointF at = mapping.toFrame(event.position());
     const QRectF rect = mapping.frameRect();
     if (event.position() != m_data->wheelAt || event.timestamp() > m_data->wheelTime + ViewHistory::sameGestureMs) {
-        // A pointer that rests keeps its anchor: the plot rectangle moves a little with the width of the labels.
+        // The anchor is kept while the pointer does not move, because the plot rectangle moves slightly with the width
+        // of the labels.
         m_data->wheelAt = event.position();
         m_data->wheelShareX = (at.x() - rect.left()) / rect.width();
         m_data->wheelShareY = (mapping.frameRect().bottom() - at.y()) / rect.height();
@@ -147,11 +148,11 @@ void PlotNavigator::zoomLevels(bool upper, int eighths)
 bool PlotNavigator::handlePress(const QMouseEvent& event)
 {
     noteChange();
-    ++m_data->serial; // what a tool of the plot does from here to the next press is one entry
+    ++m_data->serial; // changes by a tool of the plot up to the next press are one entry
     switch (event.button()) {
     case Qt::MiddleButton:
         beginPan(event.position(), event.timestamp());
-        return false; // the plot drops an open editor
+        return false; // the plot closes an open editor
     case Qt::BackButton:
         goBack();
         return true;
@@ -189,14 +190,14 @@ bool PlotNavigator::handleMove(const QMouseEvent& event)
 {
     if (!m_data->isPanning)
         return false;
-    if (!event.buttons().testFlag(Qt::MiddleButton)) { // the release went elsewhere
+    if (!event.buttons().testFlag(Qt::MiddleButton)) { // the release went to another widget
         endPan(false);
         return false;
     }
     const PlotMapping mapping = PlotMapping::of(*plot());
     if (!mapping.isValid())
         return true;
-    // From the view at the press, so that the way back ends at the same bits.
+    // Computed from the view at the press, so that moving back restores it exactly.
     const QPointF moved = mapping.toFrame(event.position()) - m_data->panStart;
     ViewControl& view = m_data->view;
     const auto pan = [&view](Qt::Orientation axis, AxisRange start, double share) {
@@ -232,7 +233,7 @@ void PlotNavigator::endPan(bool cancel)
 bool PlotNavigator::handleDoubleClick(const QMouseEvent& event)
 {
     if (event.button() != Qt::LeftButton || PlotAccess::mode(*plot()) != NoTool)
-        return false; // the tool of the mouse takes it as a press
+        return false; // the mouse tool handles it as a press
     const PlotZone zone = zoneAt(*plot(), PlotMapping::of(*plot()), event.position());
     if (zone == PlotZone::Outside || isOnEndLabel(*plot(), event.position().toPoint()))
         return false;
@@ -255,7 +256,7 @@ bool PlotNavigator::handleKey(const QKeyEvent& event)
         return true;
     }
     if (!plot()->hasFocus())
-        return false; // an editor inside the plot hands on what it does not take
+        return false; // an editor inside the plot propagates keys that it does not handle
     if (modifiers == Qt::AltModifier && (event.key() == Qt::Key_Left || event.key() == Qt::Key_Right)) {
         event.key() == Qt::Key_Left ? goBack() : goForward();
         return true;

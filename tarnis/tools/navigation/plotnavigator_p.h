@@ -1,4 +1,4 @@
-// What the sources of the navigator share.
+// Common declarations of the sources of the navigator.
 #pragma once
 
 #include "tarnis/plots/plotaccess_p.h"
@@ -10,10 +10,10 @@
 
 namespace tarnis {
 
-/// Steps of a wheel are eighths of a degree; this many are a notch.
+/// Wheel steps are in eighths of a degree; this many are a notch.
 constexpr int eighthsPerNotch = 120;
 
-/// Kinds of gestures. Those of one kind that follow each other closely are one entry of the history.
+/// Kinds of gestures. Consecutive gestures of one kind within a short time are one history entry.
 enum GestureKind { OnceKind, WheelKind, PinchKind, PanKind, KeyKind, ForeignKind };
 
 struct TARNIS_NO_EXPORT PlotNavigator::Internals {
@@ -30,7 +30,7 @@ struct TARNIS_NO_EXPORT PlotNavigator::Internals {
     ViewHistory history;
     // Wheel: one sequence for each axis, and one for each limit of the colours
     ZoomSteps stepsX, stepsY, stepsLevels;
-    QPointF wheelAt; // position of the latest step, and the anchor that it had
+    QPointF wheelAt; // position and anchor of the last step
     double wheelShareX = 0.0;
     double wheelShareY = 0.0;
     quint64 wheelTime = 0;
@@ -46,7 +46,7 @@ struct TARNIS_NO_EXPORT PlotNavigator::Internals {
     // What the host set up last
     AxisRange initialX;
     AxisRange initialY;
-    bool isInitialized = false; // since the last look
+    bool isInitialized = false; // since the last check
     bool isHeldX = false;
     bool isHeldY = false;
     // In the order of display

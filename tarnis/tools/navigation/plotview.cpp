@@ -21,7 +21,7 @@ namespace tarnis {
 namespace {
 
 const QLatin1String gridKey("grid");
-const QLatin1String toolsKey("tools"); // name: state, or a list of them where a plot has several tools of one kind
+const QLatin1String toolsKey("tools"); // maps a name to a state, or to a list if a plot has several tools of one kind
 const QString suffix = QStringLiteral(".json");
 
 struct Texts {
@@ -63,7 +63,7 @@ QString inFile(const QString& path, const QString& fault)
 
 QJsonObject PlotView::stateOf(const XYGraphWidget& plot)
 {
-    // Only reads; the functions of the plot that it calls are declared otherwise.
+    // Only reads, but calls functions of the plot that are not declared const.
     QJsonObject state = storedView(ViewControl(const_cast<XYGraphWidget&>(plot)).state());
     if (qobject_cast<const XY2DGraphWidget*>(&plot) == nullptr)
         state.remove(QLatin1String("colours"));

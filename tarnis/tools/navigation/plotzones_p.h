@@ -1,4 +1,4 @@
-// Which part of a plot a pointer is on.
+// The part of a plot under the pointer.
 #pragma once
 
 #include <QPointF>
@@ -14,7 +14,7 @@ enum class PlotZone {
     Plot, ///< inside the plot rectangle
     AxisX, ///< the strip with the labels of X
     AxisY, ///< the strip with the labels of Y
-    ColorBar ///< of a map
+    ColorBar ///< the colour bar of a map
 };
 
 /// The part under a position in the widget.

@@ -14,14 +14,14 @@ namespace tarnis {
 
 namespace {
 
-constexpr double keyMove = 0.1; // of the range
+constexpr double keyMove = 0.1; // fraction of the range
 constexpr double keyZoom = 1.25;
 constexpr double fewestBins = 4.0;
-constexpr double smallestTick = 0.001; // of an axis
+constexpr double smallestTick = 0.001; // on an axis
 constexpr double smallestDecades = 0.1;
-constexpr double headroom = 1.1111111111111112; // as the plots leave above the largest value
+constexpr double headroom = 1.1111111111111112; // the same as in the plots
 
-/// Widens the range by the finite ones of the values.
+/// Extends the range to the finite values.
 void include(AxisRange& range, const QList<double>& values)
 {
     for (const double value : values) {
@@ -37,7 +37,7 @@ AxisRange united(AxisRange a, AxisRange b)
     return { std::min({ a.min, a.max, b.min, b.max }), std::max({ a.min, a.max, b.min, b.max }) };
 }
 
-/// Counts are zoomed to one count, values that stay below a few to a thousandth.
+/// Counts can be zoomed to one count, small values to a thousandth.
 double smallestSpan(AxisRange extent, AxisScale scale)
 {
     if (scale == AxisScale::Log)
@@ -159,7 +159,7 @@ AxisRange ViewControl::extentY() const
             extent = united(mapping.rowEdges(0), mapping.rowEdges(mapping.rows() - 1));
         if (PlotAccess::isManualY(m_plot))
             extent = united(extent, PlotAccess::initialY(m_plot));
-        return extent; // cheap, and moves with the view where the axis is not manual
+        return extent; // cheap, and depends on the view if the axis is not manual
     }
     if (const auto* curve = qobject_cast<const VectorGraphWidget*>(&m_plot)) {
         include(extent, PlotAccess::samples(*curve));
@@ -181,14 +181,14 @@ ViewLimits ViewControl::limits(Qt::Orientation axis) const
     const bool isX = axis == Qt::Horizontal;
     const qsizetype bins = isX ? mapping.columns() : mapping.rows();
     double width = 0.0;
-    if (bins > 0) { // by the bin in the middle of the view: they need not be equally wide
+    if (bins > 0) { // by the bin in the middle of the view, because widths may differ
         const double middle = range(axis).min + (range(axis).max - range(axis).min) / 2.0;
         const qsizetype found = isX ? mapping.columnAt(middle) : mapping.rowAt(middle);
         const qsizetype bin = std::max<qsizetype>(found, 0);
         const AxisRange edges = isX ? mapping.columnEdges(bin) : mapping.rowEdges(bin);
         width = std::abs(edges.max - edges.min);
     }
-    // Of few bins a quarter can be shown: else a map of four bins could not be zoomed.
+    // A quarter of few bins can be shown, otherwise a map of four bins could not be zoomed.
     const double fewest = std::min(fewestBins, static_cast<double>(bins) / 4.0);
     const double minSpan = std::isfinite(width) ? std::max(fewest * width, smallestTick) : smallestTick;
     return limitsOf(isX ? extentX() : extentY(), AxisScale::Linear, minSpan);
@@ -285,7 +285,7 @@ bool ViewControl::takeKey(int key)
 
 QAction* ViewControl::logAction() const
 {
-    // The plots keep no pointer to it: it is the entry with this text, in the current language.
+    // The plots store no pointer to it, so it is found by its text in the current language.
     const QString curves = MultiVectorGraphWidget::tr("Log Scale");
     const QString image = XY2DGraphWidget::tr("Log Scale");
     for (QAction* action : m_plot.actions()) {

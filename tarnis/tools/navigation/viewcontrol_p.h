@@ -1,4 +1,4 @@
-// Reads and changes what a plot shows, by the plot's public functions, within limits that keep the data in sight.
+// Reads and changes the view of a plot through its public functions, within limits that keep the data visible.
 #pragma once
 
 #include "tarnis/plots/math/viewarithmetic_p.h"
@@ -16,7 +16,7 @@ class XYGraphWidget;
 
 namespace tarnis {
 
-/// A plot as the tools change it. The extent of the data is kept until forgetData().
+/// The view of a plot for tools. The extent of the data is cached until forgetData().
 class ViewControl {
 public:
     explicit ViewControl(XYGraphWidget& plot)
@@ -26,7 +26,7 @@ public:
 
     XY2DGraphWidget* map() const; ///< null for curves
     ViewState state() const;
-    /// Shows a view as it was; axes that followed the data follow the current ones.
+    /// Restores a view; axes that followed the data follow the current data.
     void apply(const ViewState& view);
 
     AxisRange range(Qt::Orientation axis) const;
@@ -34,10 +34,10 @@ public:
     bool isAuto(Qt::Orientation axis) const;
     /// Shows the range and ends automatic scaling of that axis; the cut windows of a map follow.
     void show(Qt::Orientation axis, AxisRange range);
-    /// The axis follows the data again.
+    /// Makes the axis follow the data again.
     void fit(Qt::Orientation axis);
     ViewLimits limits(Qt::Orientation axis) const;
-    /// The anchor for a pointer at `share`: curves keep the lower end of Y where it is that of an empty spectrum.
+    /// The anchor for a pointer at `share`: curves keep the lower end of Y if it is that of an empty spectrum.
     ZoomAnchor anchor(Qt::Orientation axis, double share) const;
 
     // Colours of a map
@@ -51,7 +51,7 @@ public:
     /// quarter, Home to both axes automatic. False for any other key.
     bool takeKey(int key);
 
-    /// The entry "Log Scale" of the plot's menu, null where it has none; and its switch.
+    /// The entry "Log Scale" of the plot's menu, null if there is none, and its state.
     QAction* logAction() const;
     void setLogScale(bool on);
 

@@ -39,7 +39,7 @@ void mergeAxis(const QJsonValue& value, AxisRange& range, bool& isAuto)
         && std::abs(min.toDouble()) <= largestEnd && std::abs(max.toDouble()) <= largestEnd;
     const bool wantsAuto = object.value(QLatin1String("auto")).toBool(isAuto && !isRange);
     if (!isRange && !wantsAuto)
-        return; // "not automatic" means nothing without a range
+        return; // "not automatic" is meaningless without a range
     isAuto = wantsAuto;
     if (isRange)
         range = { min.toDouble(), max.toDouble() };
@@ -93,7 +93,7 @@ QString encodedName(const QString& name)
 {
     QByteArray encoded = name.toUtf8().toPercentEncoding(QByteArrayLiteral(" ()+,="));
     if (encoded.startsWith('.'))
-        encoded.replace(0, 1, QByteArrayLiteral("%2E")); // neither hidden nor a way out of the folder
+        encoded.replace(0, 1, QByteArrayLiteral("%2E")); // avoids hidden files and ".."
     return QString::fromLatin1(encoded);
 }
 

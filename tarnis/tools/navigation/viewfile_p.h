@@ -1,4 +1,4 @@
-// The stored form of a view: text to checked values and back. No plot, no file.
+// Parses and writes stored views, with validation. No plot, no file.
 #pragma once
 
 #include "tarnis/tools/navigation/viewhistory_p.h"
@@ -18,17 +18,17 @@ struct ParsedView {
     QString error;
 };
 
-/// Reads the bytes of a file. Anything but an object of our format and version is an error.
+/// Parses the bytes of a file. Anything but an object of this format and version is an error.
 ParsedView parseView(const QByteArray& bytes);
-/// The reason for which an object is not a view that can be applied; empty if it is one.
+/// Why an object cannot be applied as a view; empty if it can.
 QString faultOf(const QJsonObject& state);
 
 /// The part of a stored view that the plot itself has.
 QJsonObject storedView(const ViewState& view);
-/// The stored part put over `present`: what is missing or wrong stays.
+/// `present` updated by the stored part; missing or invalid values are unchanged.
 ViewState mergedView(const ViewState& present, const QJsonObject& state);
 
-/// A name as a file name, and back. Letters, digits and a few signs stay; others are written as %XX.
+/// Encodes a name as a file name, and back. Letters, digits and some symbols are unchanged; others are encoded as %XX.
 QString encodedName(const QString& name);
 QString decodedName(const QString& fileName);
 

@@ -31,7 +31,7 @@ bool ViewHistory::commit(const ViewState& view, const ViewGesture& gesture, qint
     m_timeMs = timeMs;
     if (continues) {
         m_entries[m_index] = view;
-        if (isSameView(view, m_entries.at(m_index - 1))) { // the gesture took itself back
+        if (isSameView(view, m_entries.at(m_index - 1))) { // the gesture restored the previous view
             m_entries.removeAt(m_index--);
             m_isOpen = false;
         }

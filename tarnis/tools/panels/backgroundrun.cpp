@@ -8,7 +8,7 @@
 
 namespace tarnis {
 
-/// Where threads find the owner. The mutex keeps it from being destroyed while a thread posts to it.
+/// Gives threads access to the owner. The mutex prevents its destruction while a thread posts to it.
 struct BackgroundRun::Mailbox {
     QMutex mutex;
     BackgroundRun* owner = nullptr;

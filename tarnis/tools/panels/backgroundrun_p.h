@@ -1,4 +1,4 @@
-// One calculation at a time on the thread pool, with its result on the GUI thread.
+// Runs one calculation at a time on the thread pool and delivers its result on the GUI thread.
 #pragma once
 
 #include <QObject>
@@ -13,20 +13,20 @@ class BackgroundRun : public QObject {
     Q_OBJECT
 
 public:
-    /// What the GUI thread does with a result.
+    /// Delivers a result on the GUI thread.
     using Delivery = std::function<void()>;
-    /// The calculation, on a thread of the pool. It owns copies of all that it reads.
+    /// The calculation, on a thread of the pool. It owns copies of all its inputs.
     using Work = std::function<Delivery()>;
 
     explicit BackgroundRun(QObject* parent = nullptr);
-    /// A calculation under way ends without a delivery.
+    /// The result of a running calculation is not delivered.
     ~BackgroundRun() override;
 
     bool isRunning() const { return m_isRunning; }
     /// Starts the work. Its delivery is called from the event loop, unless another work was started or the run was
     /// dropped by then.
     void start(Work work);
-    /// The result of the work under way is not delivered.
+    /// Discards the result of the running work.
     void drop();
 
 private:

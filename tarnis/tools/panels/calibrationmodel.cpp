@@ -50,7 +50,7 @@ QString summaryOf(const EnergyCalibration& calibration)
                        .arg(calibration.points.size())
                        .arg(calibration.chi2, 0, 'g', 4)
                        .arg(calibration.ndf);
-    // Errors stay absolute; a large value says that they are too small or a line is wrong.
+    // Errors are not scaled; a large value means that they are too small or a line is wrong.
     if (calibration.ndf > 0 && calibration.chi2 > 4.0 * calibration.ndf)
         text += u' '
             + QCoreApplication::translate(
@@ -165,7 +165,7 @@ bool CalibrationModel::setData(const QModelIndex& index, const QVariant& value, 
         if (!text.isEmpty() && (!isNumber || !std::isfinite(energy) || energy <= 0.0))
             return false;
         row.point.energy = text.isEmpty() ? 0.0 : energy;
-        row.point.energyError = 0.0; // of a typed energy nothing is known
+        row.point.energyError = 0.0; // the error of an entered energy is unknown
         row.isUsed = !text.isEmpty();
     } else {
         return false;

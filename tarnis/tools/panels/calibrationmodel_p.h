@@ -1,4 +1,4 @@
-// The table of a calibration: peaks with the lines that are assigned to them.
+// The table of a calibration: peaks with their assigned lines.
 #pragma once
 
 #include "tarnis/analysis/calibrationlines.h"
@@ -13,16 +13,16 @@ namespace tarnis {
 /// A peak, and its line if it has one.
 struct CalibrationRow {
     CalibrationPoint point; ///< energy 0: no line
-    bool isUsed = false; ///< in the fit
+    bool isUsed = false; ///< used in the fit
 };
 
-/// The rows of peaks in order of their position, with the lines that an assignment gave them.
+/// The rows of peaks sorted by position, with their assigned lines.
 std::vector<CalibrationRow> rowsOf(std::vector<MeasuredPeak> peaks, const std::vector<CalibrationPoint>& assigned);
 
 /// The points of the rows that are used.
 std::vector<CalibrationPoint> usedPoints(const std::vector<CalibrationRow>& rows);
 
-/// One line about a calibration.
+/// A one-line summary of a calibration.
 QString summaryOf(const EnergyCalibration& calibration);
 
 /// One row for each peak. Energy, name and use can be edited.

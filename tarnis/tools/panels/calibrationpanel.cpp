@@ -50,7 +50,7 @@ struct Assignment {
     QString error;
 };
 
-/// The peaks of a spectrum with their lines. For a thread of the pool.
+/// The peaks of a spectrum with their lines. Runs on a thread of the pool.
 Assignment assign(const PlotSpectrum& spectrum, const std::vector<CalibrationLine>& lines)
 {
     const BinnedData data = spectrum.data();
@@ -189,7 +189,7 @@ QString CalibrationPanel::source() const
 void CalibrationPanel::setSource(const QString& names)
 {
     if (m_data->source->currentText() != names) {
-        m_data->source->setEditText(names); // comes back by the box's signal
+        m_data->source->setEditText(names); // the box's signal calls this function again
         return;
     }
     m_data->lines = linesOfSource(names);
@@ -259,7 +259,7 @@ QString CalibrationPanel::loadCalibration(const QString& path)
     for (const CalibrationPoint& point : read.calibration.points)
         rows.push_back({ point, true });
     m_data->model->setRows(std::move(rows));
-    // The axis of the file is not known: the points' own range is what a new fit must rise over.
+    // The axis of the file is unknown, so a new fit must increase over the range of the points.
     m_data->lower = read.calibration.points.empty() ? 0.0 : read.calibration.points.front().position;
     m_data->upper = read.calibration.points.empty() ? 0.0 : read.calibration.points.back().position;
     showCalibration(QString());

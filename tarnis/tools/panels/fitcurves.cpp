@@ -19,7 +19,7 @@ const QColor goodColor(255, 190, 60);
 const QColor badColor(255, 90, 80);
 const QColor peakColor(120, 200, 255);
 
-/// The result with one of its peaks only: the others have no area.
+/// The result with only one of its peaks: the others have no area.
 FitResult peakAlone(const FitResult& result, std::size_t peak)
 {
     FitResult alone;
@@ -128,7 +128,7 @@ void FitCurves::paintOverlay(QPainter& painter, const PlotMapping& mapping)
     paintValues(painter, mapping, m_lines.total, color, m_isGuess ? Qt::DashLine : Qt::SolidLine);
     if (m_lines.centres.size() < 2)
         return;
-    // Which line of the table is which peak.
+    // Numbers that identify the peaks of the table.
     for (qsizetype k = 0; k < m_lines.centres.size(); ++k) {
         const double column = limitedCoordinate(mapping.columnOf(m_lines.centres.at(k)));
         paintLabel(painter, QString::number(k + 1), { qRound(column), mapping.frameRect().top() + 2 },

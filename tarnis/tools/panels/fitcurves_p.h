@@ -1,4 +1,4 @@
-// A fit over the data of a plot.
+// Draws a fit over the data of a plot.
 #pragma once
 
 #include "tarnis/analysis/spectrumfit.h"
@@ -10,15 +10,15 @@
 
 namespace tarnis {
 
-/// What is drawn of a fit: polylines in values of both axes.
+/// The drawing of a fit: polylines in values of both axes.
 struct FitLines {
     QList<QPointF> total; ///< model contents of a bin
     QList<QPointF> background;
-    QList<QList<QPointF>> peaks; ///< each on the background; none for a single peak
-    QList<double> centres; ///< tops of the peaks
+    QList<QList<QPointF>> peaks; ///< each peak on the background; empty for a single peak
+    QList<double> centres; ///< maxima of the peaks
 };
 
-/// The lines of a result that was made of these data, up to `maxPoints` on each.
+/// The lines of a result for these data, with up to `maxPoints` points each.
 FitLines linesOf(const FitResult& result, const BinnedData& data, int maxPoints = 800);
 
 /// Draws range, total, background and peaks of a fit.
@@ -26,7 +26,7 @@ class FitCurves : public PlotOverlay {
 public:
     explicit FitCurves(XYGraphWidget* plot);
 
-    void setRange(AxisRange range); ///< equal ends: none
+    void setRange(AxisRange range); ///< equal ends: no range
     /// A guess is drawn dashed, a result that is not acceptable in red.
     void setLines(FitLines lines, bool isGuess, bool isAcceptable);
     void clear();
@@ -41,11 +41,11 @@ private:
     bool m_isAcceptable = true;
 };
 
-/// Draws a polyline of values that shows on light and on dark pixels.
+/// Draws a polyline of values that is visible on light and on dark pixels.
 void paintValues(QPainter& painter, const PlotMapping& mapping, const QList<QPointF>& values, const QColor& color,
     Qt::PenStyle style);
 
-/// Draws the ends of a range of X, and dims what is outside of it.
+/// Draws the ends of a range of X, and dims the outside.
 void paintRange(QPainter& painter, const PlotMapping& mapping, AxisRange range, const QColor& color);
 
 } // namespace tarnis

@@ -35,7 +35,7 @@ QStringList FitHistory::names() const
 {
     QStringList names;
     for (auto record = m_records.rbegin(); record != m_records.rend(); ++record) {
-        // Hundreds of records of one model have one list.
+        // Hundreds of records of one model share one list.
         if (record != m_records.rbegin()
             && record->result.parameters.size() == std::prev(record)->result.parameters.size()
             && record->result.model.parameterNames() == std::prev(record)->result.model.parameterNames())

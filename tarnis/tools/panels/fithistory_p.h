@@ -1,4 +1,4 @@
-// The results of a fit panel in the order of their fits. Values; no widgets.
+// The history of a fit panel's results. No widgets.
 #pragma once
 
 #include "tarnis/analysis/spectrumfit.h"
@@ -10,7 +10,7 @@
 
 namespace tarnis {
 
-/// One fit. The curve of its model is left out.
+/// One fit, without the curve of its model.
 struct FitRecord {
     QDateTime time; ///< when the data were read
     FitResult result;
@@ -24,7 +24,7 @@ struct TrendPoint {
     bool acceptable = false;
 };
 
-/// Records up to a limit; the oldest one goes first. Refused fits are not kept.
+/// Records up to a limit; the oldest ones are dropped. Rejected fits are not stored.
 class FitHistory {
 public:
     static constexpr qsizetype maxRecords = 2000;
@@ -33,11 +33,11 @@ public:
     void clear() { m_records.clear(); }
     const QList<FitRecord>& records() const { return m_records; }
 
-    /// Names of the parameters and derived quantities of any record, those of the latest record first.
+    /// Names of the parameters and derived quantities of all records, those of the last record first.
     QStringList names() const;
     /// The records that have the parameter or derived quantity.
     QList<TrendPoint> trendOf(const QString& name) const;
-    /// A line for each record with all parameters of the latest one, columns separated by tabs, full digits.
+    /// A line for each record with all parameters of the last one, columns separated by tabs, full digits.
     QString table() const;
 
 private:

@@ -22,7 +22,7 @@ namespace tarnis {
 
 namespace {
 
-/// Energies and widths in energy of the peaks of a result.
+/// Energies of a result's peaks, and their widths in energy.
 std::vector<DerivedQuantity> energiesOf(const FitResult& result, const EnergyCalibration& calibration)
 {
     std::vector<DerivedQuantity> energies;
@@ -99,7 +99,7 @@ void FitPanel::setRange(double lower, double upper)
     FitModel& model = m_data->setup.model;
     if (std::any_of(model.centres.begin(), model.centres.end(), isOutside))
         model.centres.clear();
-    // A value typed for another range would put the peak outside of this one.
+    // A value entered for another range would place the peak outside of this one.
     std::erase_if(model.constraints, [&](const FitConstraint& constraint) {
         return constraint.name.startsWith(QStringLiteral("centre")) && constraint.start && isOutside(*constraint.start);
     });
@@ -219,7 +219,7 @@ void FitPanel::addPeakAt(double x, double tolerance)
     else if (static_cast<int>(centres.size()) < FitModel::maxPeaks)
         centres.push_back(x);
     setup.setCentres(std::move(centres));
-    // Without a range, or with one elsewhere, a tenth of the view around the click.
+    // Without a range that contains the click, uses a tenth of the view around it.
     const AxisRange view = PlotMapping::of(*plot()).x();
     const double half = std::fabs(view.max - view.min) / 20.0;
     if (setup.range.min == setup.range.max)

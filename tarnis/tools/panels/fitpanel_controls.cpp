@@ -1,4 +1,4 @@
-// What the controls of a fit panel do.
+// The handlers of a fit panel's controls.
 #include "tarnis/tools/panels/fitpanel_p.h"
 
 #include "tarnis/analysis/figures.h"
@@ -27,7 +27,7 @@ constexpr int parametersPage = 0;
 
 QString shownText(const FitResult& result, const QString& name)
 {
-    // Several peaks have numbers behind their names; the history shows the first.
+    // With several peaks the names have numbers; the history shows the first peak.
     const QString found = std::isnan(result.valueOf(name)) ? name + u'1' : name;
     const double value = result.valueOf(found);
     return std::isnan(value) ? QString() : figureText(value, result.errorOf(found));
@@ -59,7 +59,7 @@ void FitPanel::connectControls()
     for (QCheckBox* box : { controls.ownWidths, controls.step })
         connect(box, &QCheckBox::toggled, this, onModel);
     connect(controls.guess, &QPushButton::clicked, this, [this] {
-        // "Guess" begins from the data again: typed values go, bounds and ties stay.
+        // "Guess" starts from the data again: entered values are dropped, bounds and ties are kept.
         for (FitConstraint& constraint : m_data->setup.model.constraints) {
             if (!constraint.fixed)
                 constraint.start.reset();

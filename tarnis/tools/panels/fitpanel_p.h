@@ -55,9 +55,9 @@ struct FitControls {
     QPushButton* save = nullptr;
     QLabel* message = nullptr;
     StripPlot* residuals = nullptr;
-    std::vector<QLabel*> captions; ///< in the order of captionTexts()
+    std::vector<QLabel*> captions; ///< labels, in the order of captionTexts()
 
-    /// Makes all widgets in a layout of the panel.
+    /// Creates all widgets in a layout of the panel.
     void build(QWidget& panel, FitParameterModel& model);
     /// Sets all texts in the current language.
     void setTexts();
@@ -83,14 +83,14 @@ struct TARNIS_NO_EXPORT FitPanel::Internals {
     QTimer followTimer;
 
     FitResult shown;
-    PlotSpectrum shownData; ///< that the shown result was made of
+    PlotSpectrum shownData; ///< data of the shown result
     QDateTime shownTime;
     bool isGuess = false;
-    bool hasGood = false; ///< shown is an acceptable fit
+    bool hasGood = false; ///< the shown result is an acceptable fit
     bool hasNewData = true; ///< since the last fit
-    bool isFilling = false; ///< controls are set by the panel itself
+    bool isFilling = false; ///< the panel itself is setting controls
 
-    /// The curve to fit, as the plot shows it now; no contents without one.
+    /// The current curve to fit; empty if there is none.
     PlotSpectrum spectrum() const;
 };
 

@@ -12,7 +12,7 @@ namespace {
 
 constexpr double asymmetry = 0.1;
 
-/// A number typed in the user's or in the C locale.
+/// Parses a number in the user's or in the C locale.
 std::optional<double> numberOf(const QString& text)
 {
     bool isNumber = false;
@@ -56,7 +56,7 @@ void FitParameterModel::setResult(const FitResult& result, bool isGuess)
     m_parameters = result.parameters;
     m_derived = result.derived;
     m_isGuess = isGuess;
-    // An open editor survives a live fit of the same parameters.
+    // Keeps an open editor during a live fit of the same parameters.
     if (!isSame)
         endResetModel();
     else if (rowCount() > 0)

@@ -7,8 +7,8 @@
 
 namespace tarnis {
 
-/// Parameters of the last result with what the user has set about them, then derived quantities. Values are shown as
-/// value(uncertainty). Edits go to the setup.
+/// Parameters of the last result with the user's constraints, then derived quantities. Values are shown as
+/// value(uncertainty). Edits change the setup.
 class FitParameterModel : public QAbstractTableModel {
     Q_OBJECT
 
@@ -19,7 +19,7 @@ public:
     explicit FitParameterModel(FitSetup& setup, QObject* parent = nullptr);
 
     void setResult(const FitResult& result, bool isGuess);
-    /// Further rows behind the derived quantities, for example energies.
+    /// Further rows after the derived quantities, for example energies.
     void setAdditions(std::vector<DerivedQuantity> additions);
 
     int rowCount(const QModelIndex& parent = {}) const override;
@@ -31,7 +31,7 @@ public:
 
 Q_SIGNALS:
     void edited(); ///< the setup has changed
-    void refused(const QString& reason); ///< what was typed is not valid, for the user
+    void refused(const QString& reason); ///< an invalid entry, with the reason for the user
 
 private:
     const FitParameter* parameterAt(int row) const;

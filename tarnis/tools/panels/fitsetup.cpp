@@ -161,7 +161,7 @@ FitModel FitSetup::modelToFit(const FitResult* from) const
     for (const FitParameter& parameter : from->parameters) {
         FitConstraint known = constraint(parameter.name);
         if (known.fixed || !known.tiedTo.isEmpty() || parameter.name.startsWith(u'b'))
-            continue; // the background begins at its own guess, which is never off
+            continue; // the background starts at its own estimate, which is always close
         std::erase_if(result.constraints, [&](const FitConstraint& old) { return old.name == known.name; });
         known.start = parameter.value;
         result.constraints.push_back(known);

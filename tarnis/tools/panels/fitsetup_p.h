@@ -1,4 +1,4 @@
-// What a fit panel is set to: range, model, options, and what the user knows about parameters. Values; no widgets.
+// The settings of a fit panel: range, model, options and constraints. No widgets.
 #pragma once
 
 #include "tarnis/analysis/spectrumfit.h"
@@ -12,37 +12,37 @@
 
 namespace tarnis {
 
-/// A parameter that follows another one: value = offset + factor * other.
+/// A parameter tied to another one: value = offset + factor * other.
 struct FitTie {
     QString other; ///< empty: none
     double factor = 1.0;
     double offset = 0.0;
 };
 
-/// The tie of a text such as "sigma1", "0.5 * area1" or "centre1 + 10.5"; no name for an empty text, nothing for
-/// another text.
+/// Parses a tie such as "sigma1", "0.5 * area1" or "centre1 + 10.5". An empty text returns a tie without name; an
+/// invalid text returns no tie.
 std::optional<FitTie> fitTieOf(const QString& text);
 /// The text of a tie; empty without one.
 QString textOf(const FitTie& tie);
 
 /// The settings of a fit.
 struct FitSetup {
-    AxisRange range; ///< in units of the axis; equal ends: none
+    AxisRange range; ///< in units of the axis; equal ends: no range
     FitModel model;
     FitOptions options;
     bool isAutomatic = false; ///< as many peaks as the contents justify
 
-    /// What is known about a parameter; only its name if nothing is.
+    /// The constraint of a parameter; contains only its name if there is none.
     FitConstraint constraint(const QString& name) const;
-    /// Replaces what is known about the parameter of that name.
+    /// Replaces the constraint of the parameter with that name.
     void setConstraint(const FitConstraint& constraint);
-    /// Peaks at these places; fixed, bounded and tied parameters of other peaks are dropped.
+    /// Sets the positions of the peaks; drops constraints of other peaks.
     void setCentres(std::vector<double> centres);
-    /// The model with the constraints of those parameters that it has. With a result of the same parameters it begins
-    /// at the values of that.
+    /// The model with the constraints of its parameters. With a result of the same parameters, the fit starts at its
+    /// values.
     FitModel modelToFit(const FitResult* from = nullptr) const;
 
-    /// For a stored view. fromJson() keeps the present value of what is missing or out of range. @{
+    /// For a stored view. fromJson() keeps current values for missing or out-of-range keys. @{
     QJsonObject toJson() const;
     void fromJson(const QJsonObject& json);
     /// @}
@@ -52,10 +52,10 @@ struct FitSetup {
 FitResult runFit(const BinnedData& data, const FitSetup& setup, const FitResult* from = nullptr);
 FitResult runGuess(const BinnedData& data, const FitSetup& setup);
 
-/// One line about a result: the verdict, the statistic and the reasons against it.
+/// A one-line summary of a result: verdict, statistic and reasons.
 QString summaryOf(const FitResult& result, bool isGuess);
 
-/// Parameters and derived quantities, one a line, columns separated by tabs, full digits.
+/// Parameters and derived quantities, one per line, columns separated by tabs, full digits.
 QString tableOf(const FitResult& result);
 
 /// (contents - model) / square root of the model, or of the variances for other values than counts, one for each bin of

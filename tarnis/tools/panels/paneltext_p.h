@@ -1,4 +1,4 @@
-// Texts of panels to files and the clipboard.
+// Writes texts of panels to files and the clipboard.
 #pragma once
 
 #include <QString>
@@ -7,20 +7,20 @@ class QWidget;
 
 namespace tarnis {
 
-/// Asks for a file and writes the text in UTF-8. Returns why it could not, for the user; empty on success and on
+/// Asks the user for a file and writes the text in UTF-8. Returns the error for the user; empty on success and on
 /// Cancel.
 QString saveTextFile(QWidget* parent, const QString& title, const QString& filter, const QByteArray& text);
 
-/// Asks for a file and reads it, up to 16 MiB. error: why it could not; empty on success and on Cancel.
+/// Asks the user for a file and reads it, up to 16 MiB. error: for the user; empty on success and on Cancel.
 QByteArray openTextFile(QWidget* parent, const QString& title, const QString& filter, QString& error);
 
-/// Writes a file as a whole or not at all. Returns why it could not, for the user.
+/// Writes a file atomically. Returns the error for the user.
 QString writeTextFile(const QString& path, const QByteArray& text);
 /// Reads a file, up to 16 MiB. @{
 QByteArray readTextFile(const QString& path, QString& error);
 /// @}
 
-/// Puts a text on the clipboard.
+/// Copies a text to the clipboard.
 void copyText(const QString& text);
 
 } // namespace tarnis

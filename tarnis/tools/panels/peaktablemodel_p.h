@@ -19,7 +19,7 @@ public:
 
     using QAbstractTableModel::QAbstractTableModel;
 
-    /// calibration: not valid without one.
+    /// calibration: invalid if there is none.
     void setPeaks(const PeakTable& table, const EnergyCalibration& calibration);
     void retranslate();
 

@@ -15,9 +15,9 @@ namespace tarnis {
 namespace {
 
 constexpr int labelsZOrder = -10;
-constexpr int endRoom = 30; // pixels that a label at an end of the axis reaches beyond it
+constexpr int endRoom = 30; // pixels that a label extends beyond an end of the axis
 
-/// The ends of the data, or of the axis without data.
+/// The ends of the data, or of the axis if there are no data.
 std::pair<double, double> axisOf(const XYGraphWidget& plot)
 {
     const PlotMapping mapping = PlotMapping::of(plot);
@@ -26,7 +26,7 @@ std::pair<double, double> axisOf(const XYGraphWidget& plot)
     return std::minmax({ mapping.columnEdges(0).min, mapping.columnEdges(mapping.columns() - 1).max });
 }
 
-/// The plot's own labels name positions, at round energies: these take their place.
+/// Replaces the plot's own labels, which show positions, by round energies.
 class EnergyLabels : public PlotOverlay {
 public:
     explicit EnergyLabels(XYGraphWidget& plot)
@@ -39,22 +39,22 @@ protected:
     void paintOverlay(QPainter& painter, const PlotMapping& mapping) override;
 
 private:
-    XYGraphWidget& m_plot; // destroys its calibration, and this with it
+    XYGraphWidget& m_plot; // destroys its calibration, which destroys this object
 };
 
 void EnergyLabels::paintOverlay(QPainter& painter, const PlotMapping& mapping)
 {
     if (stylingOf(&m_plot) != nullptr)
-        return; // a style writes the second scale
+        return; // a style draws the second scale itself
     const QRect graph = mapping.frameRect();
-    // The strip of the labels; beside the plot its upper part belongs to the lowest label of Y.
+    // The strip of the labels. Beside the plot its upper part is used by the lowest Y label.
     const QRect strip(graph.left() - 4, graph.bottom() + 4, graph.width() + endRoom, 16);
     painter.fillRect(strip, Qt::lightGray);
     painter.fillRect(QRect(graph.left() - endRoom, graph.bottom() + 9, endRoom, 11), Qt::lightGray);
     painter.setPen(Qt::black);
     const double left = mapping.tickOf(mapping.x().min);
     const double right = mapping.tickOf(mapping.x().max);
-    // Ends of an axis lie anywhere: digits that the eye cannot see are left out.
+    // The ends of an axis are not round; drops digits below the visible resolution.
     const double step = std::pow(10.0, std::floor(std::log10(std::max(1e-9, std::fabs(right - left)))) - 3.0);
     int decimal = m_plot.getDecimalX();
     QList<double> energies { left, right };
@@ -128,7 +128,7 @@ void PlotCalibration::remove(XYGraphWidget& plot)
     plot.refreshPixmap();
 }
 
-// A parabola turns somewhere outside of the data, and a view may reach there: the scale goes on along its tangent.
+// A parabola has an extremum outside of the data, and a view may extend there. The scale continues along the tangent.
 double PlotCalibration::energyAt(double x) const
 {
     const double inside = std::clamp(x, m_lower, m_upper);

@@ -14,7 +14,7 @@ namespace tarnis {
 
 namespace {
 
-constexpr double clickSlack = 5.0; // pixels; a shorter drag is a click
+constexpr double clickSlack = 5.0; // in pixels; a shorter drag is a click
 
 } // namespace
 

@@ -1,4 +1,4 @@
-// Choosing a range or places on a plot with the left button.
+// Selects a range or positions on a plot with the left button.
 #pragma once
 
 #include "tarnis/tools/interactivetool.h"
@@ -7,8 +7,8 @@
 
 namespace tarnis {
 
-/// While it is switched on it keeps the left button inside the plot rectangle from the plot: a drag chooses a range of
-/// X, a click a place. Escape switches it off. Switched off, everything belongs to the plot.
+/// While it is on, it handles the left button inside the plot rectangle: a drag selects a range of X, a click a
+/// position. Escape switches it off. While it is off, the plot receives all events.
 class PlotPicker : public InteractiveTool {
     Q_OBJECT
 
@@ -25,8 +25,8 @@ Q_SIGNALS:
     void rangeChanged(double lower, double upper); ///< while dragging
     void rangePicked(double lower, double upper); ///< at the end of the drag
     void placePicked(double x, double tolerance); ///< tolerance: X of a few pixels
-    void dataChanged(); ///< of the plot
-    void viewChanged(); ///< ranges, or the place of the plot rectangle
+    void dataChanged(); ///< the plot's data have changed
+    void viewChanged(); ///< ranges or the plot rectangle have changed
 
 protected:
     bool handleEvent(QEvent* event) override;

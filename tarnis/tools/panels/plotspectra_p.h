@@ -1,4 +1,4 @@
-// The curves of a plot as the functions of tarnis/analysis read them. Values; no painter.
+// The curves of a plot in the form used by tarnis/analysis. No painter.
 #pragma once
 
 #include "tarnis/analysis/binneddata.h"
@@ -15,13 +15,13 @@ class XYGraphWidget;
 
 namespace tarnis {
 
-/// One visible curve. Shares the samples of the plot where it can; a copy keeps what the plot showed when it was read,
-/// on any thread.
+/// One visible curve. Shares the samples of the plot if possible. A copy can be used on any thread and does not change
+/// with the plot.
 struct PlotSpectrum {
-    QString name; ///< of the curve; empty where the plot has one
+    QString name; ///< name of the curve; empty if the plot has only one
     QColor color;
     QList<double> contents;
-    std::shared_ptr<const std::vector<double>> edges; ///< of unequal bins; null: equal ones
+    std::shared_ptr<const std::vector<double>> edges; ///< edges of unequal bins; null: equal bins
     double firstCentre = 0.0;
     double width = 1.0;
 
@@ -29,16 +29,16 @@ struct PlotSpectrum {
     BinnedData data() const;
 };
 
-/// The visible curves of a plot that have samples; none of a map or of a frame with data of its own.
+/// The visible curves of a plot that have samples; empty for a map or a plot of another class.
 QList<PlotSpectrum> spectraOf(const XYGraphWidget& plot);
 
 /// The contents of a map.
 struct PlotMap {
-    std::vector<double> contents; ///< row by row; a short row is filled up with 0
+    std::vector<double> contents; ///< row-major; a short row is padded with 0
     MapData data; ///< a view of contents
 };
 
-/// The contents of a plot that is a map; no columns for others.
+/// The contents of a map; no columns for other plots.
 PlotMap mapOf(const XYGraphWidget& plot);
 
 /// The first and the last bin whose centre is in [lower, upper); last < first if there is none.
@@ -48,7 +48,7 @@ struct BinRange {
 
     bool isEmpty() const { return last < first; }
 };
-/// Those bins, clipped at the axis; the ends in any order. An infinite end reaches to the end of the axis.
+/// These bins, clipped to the axis; the ends in any order. An infinite end selects the end of the axis.
 BinRange binsBetween(const BinnedData& data, double lower, double upper);
 
 } // namespace tarnis

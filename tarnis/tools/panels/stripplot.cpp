@@ -15,8 +15,8 @@ namespace tarnis {
 
 namespace {
 
-constexpr double room = 0.08; // above and below the points, as a share of their height
-constexpr double leastBand = 3.0; // of a strip with bands
+constexpr double room = 0.08; // margin above and below the points, as a fraction of their height
+constexpr double leastBand = 3.0; // minimum half height of a strip with bands
 constexpr double pointRadius = 1.8;
 
 double partOf(AxisRange range, double value)
@@ -43,7 +43,7 @@ AxisRange heightOf(const std::vector<StripPoint>& points)
     }
     if (!(range.min <= range.max))
         return { 0.0, 1.0 };
-    // A trend that does not move still needs a height.
+    // A constant trend still needs a height.
     const double height = range.max > range.min ? range.max - range.min : std::max(1e-12, std::fabs(range.max) * 0.01);
     return { range.min - room * height, range.max + room * height };
 }

@@ -22,28 +22,28 @@ struct StripPoint {
     bool isWeak = false; ///< drawn in the colour of disabled text
 };
 
-/// The range that shows all finite points with their errors, with room above and below; 0 to 1 for none.
+/// The range that includes all finite points with their errors, with a margin above and below; 0 to 1 without points.
 AxisRange heightOf(const std::vector<StripPoint>& points);
 
-/// Points on an axis of its own, or on the X axis of another plot: then it shows that plot's visible range, and its
-/// columns are the plot's where both have one width.
+/// Points on a separate axis, or on the X axis of another plot. In the second case it shows that plot's visible range,
+/// and its columns are aligned if both have the same width.
 class StripPlot : public QWidget {
     Q_OBJECT
 
 public:
     explicit StripPlot(QWidget* parent = nullptr);
 
-    /// The plot whose X axis is shown; null: all points are.
+    /// The plot whose X axis is shown; null: shows all points.
     void tieTo(XYGraphWidget* plot);
     void setPoints(std::vector<StripPoint> points);
     const std::vector<StripPoint>& points() const { return m_points; }
-    void setName(const QString& nameY); ///< beside the axis
-    /// Bands at 1 and 2 around 0, and a range that shows them.
+    void setName(const QString& nameY); ///< name beside the axis
+    /// Bands at 1 and 2 around 0, and a range that includes them.
     void setBands(bool on);
-    void setTimeAxis(bool on); ///< X counts seconds since 1970; the ends have times
+    void setTimeAxis(bool on); ///< X is in seconds since 1970; the ends are labelled with times
 
     AxisRange rangeX() const; ///< as shown
-    QRect plotRect() const; ///< where points are drawn
+    QRect plotRect() const; ///< the area of the points
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;

@@ -1,4 +1,4 @@
-// Drawing and dragging regions, and their picture.
+// Draws regions, and handles drawing and dragging by the user.
 #include "tarnis/tools/regions/plotregions_p.h"
 
 #include "tarnis/plots/plotaccess_p.h"
@@ -18,7 +18,7 @@ namespace tarnis {
 
 namespace {
 
-constexpr double reach = 5.0; // pixels around an edge
+constexpr double reach = 5.0; // reach in pixels around an edge
 const QColor regionColor(110, 220, 170);
 const QColor selectedColor(255, 235, 120);
 
@@ -176,11 +176,11 @@ void PlotRegions::addCorner(const QPointF& position)
 bool PlotRegions::grab(const QPointF& position)
 {
     if (PlotAccess::mode(*plot()) != 0)
-        return false; // the left button belongs to a mouse tool of the plot
+        return false; // a mouse tool of the plot uses the left button
     const PlotMapping mapping = PlotMapping::of(*plot());
     const QPointF place = mapping.valueAt(position);
     const QPointF slack = reachAt(mapping, position);
-    // The selected region first, then the latest one, which is drawn on top.
+    // Tests the selected region first, then the last one, which is drawn on top.
     QList<int> order { m_data->selected };
     for (int i = static_cast<int>(m_data->regions.size()) - 1; i >= 0; --i)
         order << i;
@@ -244,7 +244,7 @@ bool PlotRegions::release(const QPointF& position)
             return true;
         if (m_data->drawn->points.isEmpty())
             return false;
-        // A click makes no region; the drag is still to come.
+        // A click draws no region; wait for the drag.
         if ((position - m_data->pressedPixel).manhattanLength() <= reach) {
             m_data->drawn->points.clear();
             updateOverlay();

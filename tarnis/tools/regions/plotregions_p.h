@@ -13,8 +13,8 @@ namespace tarnis {
 struct TARNIS_NO_EXPORT PlotRegions::Internals {
     QList<PlotRegion> regions;
     int selected = -1;
-    std::optional<PlotRegion> drawn; ///< under way; no points before the first press
-    std::optional<RegionHandle> handle; ///< that is dragged, of the selected region
+    std::optional<PlotRegion> drawn; ///< region being drawn; without points before the first press
+    std::optional<RegionHandle> handle; ///< dragged part of the selected region
     PlotRegion before; ///< the selected region before the drag
     QPointF pressed; ///< value at the press
     QPointF pressedPixel;
@@ -22,7 +22,7 @@ struct TARNIS_NO_EXPORT PlotRegions::Internals {
     QList<QAction*> actions;
     QAction* removeAction = nullptr;
 
-    /// "Region 3": the first free one.
+    /// The first unused name, for example "Region 3".
     QString freeName() const;
 };
 

@@ -11,10 +11,10 @@ bool isNear(double a, double b, double tolerance)
     return std::fabs(a - b) <= tolerance;
 }
 
-/// Of a side of a box: -1 lower end, 1 upper end, 0 between, nothing outside.
+/// The part of a box along one axis: -1 lower end, 1 upper end, 0 between, empty outside.
 std::optional<int> sideAt(double lower, double upper, double place, double tolerance)
 {
-    // Of a narrow region the nearer end counts, so that both can be dragged.
+    // In a narrow region the nearer end is used, so that both can be dragged.
     const bool isLower = isNear(place, lower, tolerance);
     const bool isUpper = isNear(place, upper, tolerance);
     if (isLower && isUpper)

@@ -1,4 +1,4 @@
-// What part of a region is under a place, and how a drag of it changes the region. Pure.
+// Finds the part of a region at a position, and computes how dragging it changes the region. Pure functions.
 #pragma once
 
 #include "tarnis/tools/plotregion.h"
@@ -11,7 +11,7 @@ namespace tarnis {
 struct RegionHandle {
     enum Part { Body, Left, Right, Bottom, Top, BottomLeft, BottomRight, TopLeft, TopRight, Corner };
     Part part = Body;
-    qsizetype corner = 0; ///< of a polygon
+    qsizetype corner = 0; ///< corner index of a polygon
 
     friend bool operator==(const RegionHandle& a, const RegionHandle& b)
     {
@@ -19,13 +19,13 @@ struct RegionHandle {
     }
 };
 
-/// The part at a place; tolerance: reach of edges and corners along both axes. Nothing outside.
+/// The part at a position; tolerance: reach of edges and corners along both axes. Empty outside.
 std::optional<RegionHandle> handleAt(const PlotRegion& region, const QPointF& place, const QPointF& tolerance);
 
-/// The region after a drag of that part from one place to another.
+/// The region after a drag of that part from one position to another.
 PlotRegion dragged(const PlotRegion& region, const RegionHandle& handle, const QPointF& from, const QPointF& to);
 
-/// Whether a place is inside a polygon by the even-odd rule.
+/// Whether a position is inside a polygon by the even-odd rule.
 bool isInside(const QList<QPointF>& corners, const QPointF& place);
 
 } // namespace tarnis

@@ -10,7 +10,7 @@ namespace tarnis {
 
 namespace {
 
-constexpr double fewCounts = 10.0; // below it the exact interval is shown
+constexpr double fewCounts = 10.0; // below this the exact interval is shown
 constexpr double infinite = std::numeric_limits<double>::infinity();
 
 RegionRow begunRow(const QList<PlotRegion>& regions, int index)
@@ -133,7 +133,7 @@ std::vector<RegionRow> regionRows(
     MapRegionOptions mapOptions;
     mapOptions.frame = options.frame;
     for (int i = 0; i < regions.size(); ++i) {
-        // The counts of another region are no background of this one.
+        // The counts of another region are not background of this one.
         std::vector<MapRegion> others;
         for (int k = 0; k < regions.size(); ++k) {
             if (k != i)
@@ -151,7 +151,7 @@ std::vector<RegionRow> regionRows(
 RegionValue since(const RegionValue& now, const RegionValue& frozen)
 {
     const double variance = now.error * now.error - frozen.error * frozen.error;
-    // A variance that falls, beyond rounding, is a spectrum that began again.
+    // A variance that decreases by more than rounding means that the spectrum was cleared.
     if (!(variance >= -1e-9 * now.error * now.error))
         return {};
     return { now.value - frozen.value, std::sqrt(std::max(0.0, variance)) };

@@ -1,4 +1,4 @@
-// The numbers of regions: one row for each region and curve. Values; no widgets.
+// The statistics of regions: one row for each region and curve. No widgets.
 #pragma once
 
 #include "tarnis/analysis/mapregion.h"
@@ -14,38 +14,38 @@
 
 namespace tarnis {
 
-/// A number with its error; NaN where there is none.
+/// A number with its error; NaN if undefined.
 struct RegionValue {
     double value = noNumber;
     double error = noNumber;
 };
 
-/// The numbers of one region in one curve or map.
+/// The statistics of one region for one curve or map.
 struct RegionRow {
-    int region = 0; ///< in the list of regions
-    QString name; ///< of the region
-    QString curve; ///< empty where there is one
+    int region = 0; ///< index in the list of regions
+    QString name; ///< name of the region
+    QString curve; ///< name of the curve; empty if there is only one
     QColor color;
     QRectF limits; ///< snapped to bins for curves, as drawn for maps
-    QString fault; ///< why there are no numbers; empty if there are
-    QString note; ///< what to know about the numbers
+    QString fault; ///< why there are no numbers, for the user; else empty
+    QString note; ///< a remark for the user
     int bins = 0;
     RegionValue sum;
     CountInterval sumInterval { noNumber, noNumber }; ///< shown below 10 counts
-    double sumUpperLimit = noNumber; ///< shown for no counts
+    double sumUpperLimit = noNumber; ///< shown for zero counts
     RegionValue net;
     bool isSignificant = false;
     double detectionLimit = noNumber;
-    RegionValue centroid; ///< net if significant, else gross
+    RegionValue centroid; ///< net centroid if significant, else gross
     RegionValue centroidY; ///< of maps
     double fwhm = noNumber;
     RegionValue maximum;
     double maximumAt = noNumber;
     double maximumAtY = noNumber;
-    double share = noNumber; ///< of all counts of the curve, 0..1
+    double share = noNumber; ///< fraction of all counts of the curve, 0..1
 };
 
-/// Sum and net area at the moment of a freeze.
+/// Sum and net area at the time of a freeze.
 struct FrozenRow {
     QString name;
     QString curve;
@@ -53,35 +53,35 @@ struct FrozenRow {
     RegionValue net;
 };
 
-/// How regions are evaluated.
+/// Options for evaluating regions.
 struct RegionTableOptions {
     int sideBins = 3; ///< of curves
     int frame = 2; ///< of maps
 };
 
-/// Rows of all regions, curve by curve within each.
+/// Rows of all regions, with one row per curve for each.
 std::vector<RegionRow> regionRows(
     const QList<PlotRegion>& regions, const QList<PlotSpectrum>& spectra, const RegionTableOptions& options = {});
 std::vector<RegionRow> regionRows(
     const QList<PlotRegion>& regions, const PlotMap& map, const RegionTableOptions& options = {});
 
-/// What has come to a number since it was frozen. Counts that came are independent of those before, so that the
-/// variances differ by theirs; no number if the sum has fallen, as after a clear.
+/// The increase of a number since it was frozen. New counts are independent of the previous ones, so the variance is
+/// the difference of the variances. NaN if the sum has decreased, for example after a clear.
 RegionValue since(const RegionValue& now, const RegionValue& frozen);
 
 /// The bins of a region of a map.
 MapRegion binsOf(const PlotRegion& region, const MapData& map);
 
-/// Texts of a row for people. @{
+/// Texts of a row for display. @{
 QString sumText(const RegionRow& row);
 QString netText(const RegionRow& row);
 QString valueText(const RegionValue& value);
 /// @}
 
-/// The rows as text, columns separated by tabs, full digits. frozen: rows of the same order, or empty.
+/// The rows as text, columns separated by tabs, full digits. frozen: rows in the same order, or empty.
 QString regionTableText(const std::vector<RegionRow>& rows, bool isMap, const std::vector<FrozenRow>& frozen);
 
-/// The frozen row of a row; null without one.
+/// The frozen counterpart of a row; null if there is none.
 const FrozenRow* frozenOf(const RegionRow& row, const std::vector<FrozenRow>& frozen);
 
 } // namespace tarnis

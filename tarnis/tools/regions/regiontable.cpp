@@ -67,7 +67,7 @@ RegionTable::RegionTable(XYGraphWidget* plot, QWidget* parent)
             }
             m_controls->view->clearSelection();
         });
-        // What the plot's own tools select.
+        // Selections by the plot's own tools.
         connect(plot, &XYGraphWidget::xRangeSelected, this, &RegionTable::refresh);
         connect(plot, &XYGraphWidget::xRangeSelectClear, this, &RegionTable::refresh);
         if (auto* const map = qobject_cast<XY2DGraphWidget*>(plot)) {

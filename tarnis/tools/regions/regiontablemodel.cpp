@@ -42,7 +42,7 @@ QList<PlotRegion> RegionTableModel::allRegions() const
         return regions;
     int number = 0;
     for (const QRect& roi : map->GetViewSelectedROI()->getRoiList()) {
-        // Corners are included: the bin of the upper one belongs to the region.
+        // Corners are inclusive: the bin of the upper one belongs to the region.
         regions << PlotRegion { PlotRegion::Kind::Rectangle, tr("ROI %1").arg(++number),
             { QPointF(roi.topLeft()), QPointF(roi.bottomRight()) + QPointF(1.0, 1.0) } };
     }
@@ -62,7 +62,7 @@ void RegionTableModel::refresh()
     if (!isSame)
         beginResetModel();
     m_rows = std::move(rows);
-    // An open editor survives new data.
+    // Keeps an open editor when data arrive.
     if (!isSame)
         endResetModel();
     else if (!m_rows.empty())
@@ -196,7 +196,7 @@ Qt::ItemFlags RegionTableModel::flags(const QModelIndex& index) const
     const int column = index.column();
     if (column != Name && (column < From || column > ToY))
         return flags;
-    // The corners of a polygon are more than two limits.
+    // A polygon has more than two limits.
     const bool isLimited =
         isEditable(row) && (column == Name || m_tool->regions().at(row.region).kind != PlotRegion::Kind::Polygon);
     return isLimited ? flags | Qt::ItemIsEditable : flags;

@@ -11,8 +11,8 @@
 
 namespace tarnis {
 
-/// Rows of the regions of a plot: those of the tool, which can be edited, and those that the plot's own range selection
-/// and list of regions hold. Texts are made for the cells on show only.
+/// Rows of the regions of a plot: the editable ones of the tool, and those of the plot's own range selection and region
+/// list. Texts are only created for visible cells.
 class RegionTableModel : public QAbstractTableModel {
     Q_OBJECT
 
@@ -46,12 +46,12 @@ public:
     bool isMap() const;
     const std::vector<RegionRow>& rows() const { return m_rows; }
 
-    void freeze(const QString& when); ///< sum and net since then appear
+    void freeze(const QString& when); ///< adds sum and net since then
     void release();
     bool isFrozen() const { return !m_frozen.empty(); }
     QString text() const;
 
-    RegionTableOptions options; ///< for the next refresh()
+    RegionTableOptions options; ///< takes effect with the next refresh()
 
     int rowCount(const QModelIndex& parent = {}) const override;
     int columnCount(const QModelIndex& parent = {}) const override;

@@ -46,7 +46,7 @@ PlotStyle::~PlotStyle()
     if (attached == nullptr)
         return;
     PlotHooks::of(*attached).remove(*m_painter);
-    // The ranges that the plot would have had.
+    // Restores the ranges that the plot would have had.
     if (PlotAccess::isAutoX(*attached))
         attached->onAutoScaleX(true);
     if (PlotAccess::isAutoY(*attached))

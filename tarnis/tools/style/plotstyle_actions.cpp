@@ -1,4 +1,4 @@
-// The actions of a style, and its part of a stored view.
+// The actions and the stored state of a style.
 #include "tarnis/tools/plotstyle.h"
 
 #include "tarnis/tools/base/toolaction_p.h"
@@ -36,7 +36,7 @@ template <typename Enum> QString keyOf(Enum value)
     return QString::fromLatin1(QMetaEnum::fromType<Enum>().valueToKey(static_cast<int>(value)));
 }
 
-/// The value that the state names; `present` for any other text.
+/// The value named in the state; `present` for any other text.
 template <typename Enum> Enum valueOf(const QJsonObject& state, QLatin1String key, Enum present)
 {
     bool isKnown = false;
@@ -61,7 +61,7 @@ QString themeText(PlotStyle::Theme theme)
 
 } // namespace
 
-/// One action with a menu: a click takes the next theme.
+/// One action with a menu: a click selects the next theme.
 void PlotStyle::makeActions()
 {
     m_menu = std::make_unique<QMenu>();
@@ -84,7 +84,7 @@ void PlotStyle::makeActions()
     const auto addTheme = [&](const char* name, ActionText text, Theme value) {
         connect(add(name, text, [this, value] { return theme() == value; }), &QAction::triggered, this, [this, value] {
             setTheme(value);
-            Q_EMIT styleChanged(); // a click on the present one would uncheck it
+            Q_EMIT styleChanged(); // a click on the current one would uncheck it
         });
     };
     addTheme(

@@ -64,7 +64,8 @@ SampleRange CurvePlaces::visible(qsizetype count, int width) const
         const double last = (width - columns.origin) / columns.pixelsPerBin;
         return wholeSamples(std::min(first, last) - 1.0, std::max(first, last) + 1.0, count);
     }
-    // The function is monotone: the first bin that ends in view, and the first one that begins beyond.
+    // The function is monotone: finds the first bin that ends in the visible range, and the first one that begins
+    // beyond it.
     const bool isFalling = columns.edge(all) < columns.edge(0);
     const auto firstWhere = [&](auto isReached) {
         int low = 0;
@@ -95,7 +96,7 @@ CurvePlaces curvePlaces(const XYGraphWidget& plot, int width)
             const auto inverse = PlotAccess::xToPosition(*curves);
             const double base = basePosition(inverse != nullptr ? inverse(initial.min, nullptr) : 0.0, resolution);
             const double pixels = width / (x.max - x.min);
-            return { { 0.0, 1.0, [=](double bin) { // a sample is drawn at its position, its bin reaches to both sides
+            return { { 0.0, 1.0, [=](double bin) { // a sample is drawn at its position; its bin extends to both sides
                           return (function(base + resolution * (bin - 0.5), nullptr) - x.min) * pixels;
                       } } };
         }
@@ -163,7 +164,7 @@ void StylePainter::fitX()
         PlotAccess::fitX(m_plot, { initial.min, last });
 }
 
-/// The rows of a map.
+/// Fits the rows of a map.
 void StylePainter::fitRows()
 {
     const AxisRange initial = PlotAccess::initialY(m_plot);
@@ -186,19 +187,19 @@ StylePainter::FitKey StylePainter::fitKey(const QList<StyledCurve>& curves) cons
     return key;
 }
 
-/// Keeps the axis calm while nothing but the data changes.
+/// Applies hysteresis to the axis while only the data change.
 void StylePainter::fitCounts()
 {
     const bool isLog = PlotAccess::isLogY(m_plot);
     if (m_isFitted && !m_isStale && m_key.x == PlotAccess::x(m_plot) && m_key.isLog == isLog) {
-        PlotAccess::fitY(m_plot, m_fitted); // the plot's own fit may have come between
+        PlotAccess::fitY(m_plot, m_fitted); // the plot's own fit may have changed it in between
         return;
     }
     const QList<StyledCurve> curves = styledCurves(m_plot);
     if (curves.isEmpty() || std::all_of(curves.cbegin(), curves.cend(), [](const StyledCurve& curve) {
             return curve.range.begin >= curve.range.end;
         }))
-        return; // nothing to fit to
+        return; // nothing to fit
     const FitKey key = fitKey(curves);
     const AxisRange data = extremesOfCurves(curves, isLog);
     if (m_isFitted && key == m_key)

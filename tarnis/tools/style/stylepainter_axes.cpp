@@ -15,7 +15,7 @@ namespace tarnis {
 
 namespace {
 
-constexpr double spanOfWholes = 2.0; // from which an axis without decimals has whole steps
+constexpr double spanOfWholes = 2.0; // an axis without decimals has integer steps from this span on
 constexpr int mostTicksX = 12;
 constexpr int mostTicksY = 10;
 constexpr double linesPerTick = 2.4;
@@ -52,7 +52,7 @@ void StylePainter::drawLabel(QPainter& painter, const Scale& scale, const AxisLa
 {
     const int width = m_labels.advanceOf(label.text, QFontMetrics(scale.label));
     painter.setFont(scale.label);
-    // Exact places would blur the letters.
+    // Fractional positions would blur the text.
     const QRectF rect(std::round(left.x()), std::round(left.y() - height / 2.0), width + 2, height);
     m_labels.draw(painter, rect, Qt::AlignLeft | Qt::AlignVCenter, label.text);
     if (label.exponent.isEmpty())
@@ -77,7 +77,7 @@ StylePainter::Axis StylePainter::axisOf(const TickPlan& plan, const QList<AxisLa
     return axis;
 }
 
-/// As many ticks as their labels leave room for. A second scale need not be linear: each gap counts.
+/// As many ticks as their labels have space for. A second scale need not be linear, so each gap is checked.
 StylePainter::Axis StylePainter::axisX(const QRect& graph, const Scale& scale)
 {
     const AxisRange x = PlotAccess::x(m_plot);

@@ -26,7 +26,7 @@ PlotStyling::BarLayout StylePainter::paintColorBar(QPainter& painter, const QRec
     const Scale scale = scaleOf(painter.font(), m_frame.isEmpty() ? m_plot.size() : m_frame.size());
     painter.save();
     painter.fillRect(frame, theme().surround);
-    // As high as the plot rectangle beside it. A picture of another size may have been made since the screen's.
+    // As high as the plot rectangle beside it. A picture of another size may have been painted after the screen.
     const QRect graph = PlotAccess::plotRect(m_plot);
     const QRect beside = graph == m_graph ? m_frame : m_plot.rect();
     const int above = std::max(graph.top() - beside.top() - colorBarTop, scale.line / 2);

@@ -17,9 +17,9 @@ namespace {
 constexpr double farAway = 1e5; // rows beyond are outside of any picture
 constexpr double pointScale = 3.0; // diameter of points, in widths of lines
 constexpr double fillAlpha = 0.45;
-constexpr double screenFinest = 0.25; // what a picture without a stated resolution can show
+constexpr double screenFinest = 0.25; // resolution of a picture without a stated resolution
 
-/// Pixels of the device for one of the painter's, if a picture of these can be laid over it.
+/// Device pixels per painter pixel, if an image of device pixels can be drawn over it.
 double deviceScale(const QPainter& painter)
 {
     if (painter.paintEngine() == nullptr || painter.paintEngine()->type() != QPaintEngine::Raster)
@@ -32,7 +32,7 @@ double deviceScale(const QPainter& painter)
     return std::sqrt(std::abs(transform.determinant()));
 }
 
-/// Lays an image with the device's own pixels over the rectangle.
+/// Draws an image of device pixels over the rectangle.
 void layOver(QPainter& painter, const QRect& graph, const QImage& image, double scale)
 {
     painter.setRenderHint(QPainter::SmoothPixmapTransform, false);
@@ -42,15 +42,15 @@ void layOver(QPainter& painter, const QRect& graph, const QImage& image, double 
     }
     const QTransform transform = painter.deviceTransform();
     QPointF place = graph.topLeft();
-    if (transform.m12() == 0.0) { // onto whole pixels of the device
+    if (transform.m12() == 0.0) { // align to whole device pixels
         const QPointF onDevice = transform.map(place);
         place += (QPointF(std::round(onDevice.x()), std::round(onDevice.y())) - onDevice) / scale;
     }
     painter.drawImage(QRectF(place, QSizeF(image.size()) / scale), image);
 }
 
-/// The vertices of a curve for a painter that draws them itself. Of samples that cannot be told apart the first, the
-/// last and both extremes are kept.
+/// The vertices of a curve for a vector painter. Of samples that cannot be distinguished, the first, the last and both
+/// extremes are kept.
 class Outline {
 public:
     Outline(const SmoothCurve& curve, const SmoothColumns& columns, const SmoothRows& rows, double finest)

@@ -1,4 +1,4 @@
-// The frame: room for labels, names, title and legend, and these texts.
+// The frame: layout and drawing of labels, names, title and legend.
 #include "tarnis/plots/curvenames.h"
 #include "tarnis/plots/math/floatcomparison_p.h"
 #include "tarnis/plots/math/seriesgrouping_p.h"
@@ -17,12 +17,12 @@ namespace tarnis {
 
 namespace {
 
-// Texts grow from this size of a plot on, up to twice.
+// Texts are enlarged above this plot size, up to twice.
 constexpr double plainWidth = 760.0;
 constexpr double plainHeight = 480.0;
 constexpr double mostGrowth = 2.0;
 constexpr int mostLegendRows = 3;
-constexpr double thinnestSide = 0.3; // of the room, before square bins are given up
+constexpr double thinnestSide = 0.3; // minimum fraction of the space for square bins
 
 QFont sized(QFont font, double pixels)
 {
@@ -30,7 +30,7 @@ QFont sized(QFont font, double pixels)
     return font;
 }
 
-/// A PlotLegend takes the place of the style's own.
+/// A PlotLegend replaces the style's legend.
 bool hasLegendTool(const XYGraphWidget& plot)
 {
     const QList<InteractiveTool*> tools = InteractiveTool::toolsOf(plot);
@@ -66,7 +66,7 @@ StylePainter::Scale StylePainter::scaleOf(const QFont& font, QSize size) const
     return scale;
 }
 
-/// Of a map the colour of the smallest values, which empty bins do not differ from by more than the scale says.
+/// For a map, the colour of the smallest values, so that empty bins differ no more than the scale indicates.
 QColor StylePainter::background() const
 {
     if (const auto* const map = qobject_cast<const XY2DGraphWidget*>(&m_plot)) {
@@ -93,7 +93,7 @@ bool StylePainter::hasTitleRow() const
     return (options.title && !PlotAccess::title(m_plot).isEmpty()) || !PlotAccess::notes(m_plot).isEmpty();
 }
 
-/// Entries in rows; those for which there is no room are counted in the last one.
+/// Entries in rows; the last one shows the number of entries that do not fit.
 StylePainter::Legend StylePainter::legendOf(int width, int mostRows, const Scale& scale) const
 {
     const auto* const many = qobject_cast<const MultiVectorGraphWidget*>(&m_plot);
@@ -134,7 +134,7 @@ StylePainter::Legend StylePainter::legendOf(int width, int mostRows, const Scale
     return legend;
 }
 
-/// The plot rectangle that the texts leave. Labels depend on its size and its size on the labels: twice is enough.
+/// The plot rectangle without the texts. Labels and rectangle depend on each other; two iterations are enough.
 QRect StylePainter::graphIn(const QRect& frame, const Scale& scale, Axis& x, Axis& y, Legend& legend)
 {
     const bool isTiny = frame.height() < 7 * scale.line || frame.width() < 14 * scale.character;
@@ -155,7 +155,7 @@ QRect StylePainter::graphIn(const QRect& frame, const Scale& scale, Axis& x, Axi
     for (int pass = 0; pass < 2; ++pass) {
         legend = legendOf(graph.width(), mostRows, scale);
         const int rows = static_cast<int>(legend.rows.size());
-        // Under title and legend, and where there is neither: room for a line of text that a tool shows.
+        // Below title and legend; without both, leaves space for a tool's line of text.
         const int top =
             std::max(scale.pad + titleRow + rows * (scale.line + scale.pad / 2), scale.line + 2 * scale.pad);
         graph.setTop(frame.top() + top);
@@ -226,7 +226,7 @@ PlotStyling::Layout StylePainter::paintFrame(QPainter& painter, const QRect& who
         paintTexts(painter, frame, graph, scale, m_labelRoom);
     paintLegend(painter, graph, scale, legend);
 
-    // The ends of an axis need no label of their own: the strip beside them opens the editor.
+    // The ends of an axis need not be labelled: the strip beside them opens the editor.
     const int wide = 5 * scale.character;
     const int below = graph.bottom() + scale.thickness + 1;
     const int beside = graph.left() - scale.thickness - wide - scale.pad;

@@ -13,12 +13,12 @@
 
 namespace tarnis {
 
-/// What a host chooses.
+/// Options set by the host.
 struct StyleOptions {
     PlotStyle::Theme theme = PlotStyle::Theme::Light;
     PlotStyle::CurveForm form = PlotStyle::CurveForm::AsPlot;
     PlotStyle::NumberForm numbers = PlotStyle::NumberForm::Prefixes;
-    double lineWidth = 0.0; ///< 0: that of the theme
+    double lineWidth = 0.0; ///< 0: 0: width of the theme
     double textScale = 1.0;
     bool grid = true;
     bool legend = true;
@@ -27,13 +27,13 @@ struct StyleOptions {
     QString unitX, unitY, unitZ;
 };
 
-/// A curve of the plot that is enabled, with the samples that are in view and one more on either side.
+/// An enabled curve of the plot, with the visible samples and one more on each side.
 struct StyledCurve {
-    int number = 0; ///< among the curves of the plot's present type
-    QColor color; ///< as the classic look has it
+    int number = 0; ///< index among the curves of the plot's current type
+    QColor color; ///< classic colour
     SampleRange range;
-    QList<double> values; ///< all samples of a curve that is no sum
-    std::shared_ptr<double[]> sums; ///< of the range, for one that is
+    QList<double> values; ///< all samples of a curve that is not a sum
+    std::shared_ptr<double[]> sums; ///< sums over the range, for a curve that is a sum
 
     SampleRun run() const
     {
@@ -41,10 +41,10 @@ struct StyledCurve {
     }
 };
 
-/// Where the bins of a plot's curves are, for a plot rectangle of a width.
+/// Positions of the bins of a plot's curves, for a given width of the plot rectangle.
 struct CurvePlaces {
-    SmoothColumns columns; ///< from the left edge of the rectangle
-    SampleRange visible(qsizetype count, int width) const; ///< the bins in view, and one more on either side
+    SmoothColumns columns; ///< relative to the left edge of the rectangle
+    SampleRange visible(qsizetype count, int width) const; ///< the visible bins, and one more on each side
 };
 CurvePlaces curvePlaces(const XYGraphWidget& plot, int width);
 
@@ -73,7 +73,7 @@ public:
     const StyleTheme& theme() const { return styleTheme(options.theme); }
 
 private:
-    /// What an automatic Y axis was fitted for.
+    /// The state for which an automatic Y axis was fitted.
     struct FitKey {
         AxisRange x;
         bool isLog = false;
@@ -94,16 +94,16 @@ private:
         int line = 0; ///< height of a label
         int nameLine = 0;
         int titleLine = 0;
-        int character = 0; ///< average width of one
+        int character = 0; ///< average width of a character
         int tick = 0;
         int pad = 0;
-        int thickness = 1; ///< of axis lines
+        int thickness = 1; ///< thickness of axis lines
     };
     /// A tick with its label, in pixels along its axis.
     struct Mark {
         double position = 0.0;
         AxisLabel label;
-        int width = 0; ///< of the label
+        int width = 0; ///< width of the label
     };
     struct Axis {
         QList<Mark> marks;
@@ -156,13 +156,13 @@ private:
     AxisRange m_fitted; // of Y
     bool m_isFitted = false;
 
-    // The latest picture, for grid and colour bar
+    // The last picture, for grid and colour bar
     QList<int> m_columns;
     QList<int> m_rows;
     QRect m_frame;
     QRect m_graph;
     double m_growth = 1.0;
-    int m_labelRoom = 0; // kept while labels vary a little
+    int m_labelRoom = 0; // kept while labels vary slightly
 };
 
 } // namespace tarnis

@@ -7,17 +7,17 @@
 
 namespace tarnis {
 
-/// All that distinguishes a theme.
+/// The properties of a theme.
 struct StyleTheme {
-    QColor surround; ///< around the plot rectangle
-    QColor background; ///< of the plot rectangle
+    QColor surround; ///< colour around the plot rectangle
+    QColor background; ///< colour of the plot rectangle
     QColor text;
     QColor mutedText; ///< notes
-    QColor axis; ///< lines and ticks
+    QColor axis; ///< colour of axis lines and ticks
     QColor grid;
-    QColor accent; ///< peaks and marks
+    QColor accent; ///< colour of peaks and marks
     double lineWidth = 1.5; ///< of curves
-    bool isBoxed = false; ///< a full frame, else the two axes
+    bool isBoxed = false; ///< draws a full frame, else the two axes
     std::array<QColor, 8> series;
 };
 
