@@ -172,7 +172,7 @@ void TestMultiVectorGraphWidget::declaresItsSlotsInOrder()
             "onSelectXRange(bool)", "onDlgSelectCheckedApply()", "onSaveCsv()", "onPeakSearch()",
             "peakSearch(int,int,bool)", "peakSelected(int)", "peakToggledDisplayPoints(bool)", "peakClear()",
             "onConnectPoints(bool)", "onColumnChart(bool)", "onLogScale(bool)" }));
-    const auto names = [&meta](const char* signature) {
+    const auto names = [](const char* signature) {
         return meta.method(meta.indexOfMethod(signature)).parameterNames();
     };
     QCOMPARE(names("peakSearch(int,int,bool)"), (QList<QByteArray> { "threshold", "width", "peak" }));

@@ -248,7 +248,7 @@ private Q_SLOTS:
         Curves test;
         feed(test.plot);
         for (int i = 0; i < 5; ++i)
-            test.wheel(120, test.pixel(0.5, 0.5), {}, 1000 + 100 * i);
+            test.wheel(120, test.pixel(0.5, 0.5), {}, 1000 + 100 * static_cast<quint64>(i));
         test.wheel(120, test.pixel(0.5, 0.5), {}, 5000);
         test.drag(test.pixel(0.5, 0.5), test.pixel(0.4, 0.5));
         for (int i = 0; i < 4; ++i)
