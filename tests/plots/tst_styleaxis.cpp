@@ -44,6 +44,8 @@ private Q_SLOTS:
         add("millions", 0, 1600000, 4, LargeNumbers::Prefixes, "0 0.5M 1.0M 1.5M");
         add("powers", 0, 1600000, 4, LargeNumbers::Powers, "0 0.5×10^6 1.0×10^6 1.5×10^6");
         add("small powers", 0, 0.00004, 4, LargeNumbers::Powers, "0 1×10^−5 2×10^−5 3×10^−5 4×10^−5");
+        add("far offset beyond", 1e20, 1e20 + 4e14, 2, LargeNumbers::Prefixes,
+            "1.000000×10^20 1.000002×10^20 1.000004×10^20");
         add("micro", 0, 0.00004, 4, LargeNumbers::Prefixes, "0 10µ 20µ 30µ 40µ");
         add("beyond the prefixes", 0, 2e30, 4, LargeNumbers::Prefixes, "0 0.5×10^30 1.0×10^30 1.5×10^30 2.0×10^30");
         add("below the prefixes", 0, 4e-30, 4, LargeNumbers::Prefixes, "0 1×10^−30 2×10^−30 3×10^−30 4×10^−30");

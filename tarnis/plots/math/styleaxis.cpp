@@ -218,18 +218,19 @@ QList<AxisLabel> axisLabels(const TickPlan& plan, LargeNumbers form)
     const int decimals = decimalsOf(plan.step);
     const int magnitude = largest > 0.0 ? static_cast<int>(std::floor(std::log10(largest) + tolerance)) : 0;
     const int thousands = 3 * static_cast<int>(std::floor(magnitude / 3.0));
-    if (prefixOf(thousands).isEmpty())
-        form = LargeNumbers::Powers; // beyond the prefixes
-    const int exponent = form == LargeNumbers::Prefixes ? thousands : magnitude;
+    const bool hasPrefix = thousands == 0 || !prefixOf(thousands).isEmpty();
+    const bool isByPrefix = form == LargeNumbers::Prefixes && hasPrefix;
+    const int exponent = isByPrefix ? thousands : magnitude;
     const bool isPlain = largest < largestPlain && (largest >= smallestPlain || largest == 0.0);
-    const bool isScaled = !isPlain && exponent + decimals <= mostDecimals;
+    // Beyond the prefixes, written out a value has more digits than fit on a plot.
+    const bool isScaled = !isPlain && (exponent + decimals <= mostDecimals || !hasPrefix);
     for (const double value : plan.major) {
         if (!isScaled || value == 0.0) {
             labels.append({ fixed(value, value == 0.0 ? (isScaled ? 0 : decimals) : decimals), {} });
             continue;
         }
         const QString mantissa = fixed(value / powerOfTen(exponent), exponent + decimals);
-        if (form == LargeNumbers::Prefixes)
+        if (isByPrefix)
             labels.append({ mantissa + prefixOf(exponent), {} });
         else
             labels.append({ mantissa + QStringLiteral("×10"), exponentText(exponent) });

@@ -43,7 +43,7 @@ struct AxisLabel {
 };
 
 /// Labels of the major ticks, with as many decimals as the step needs. From 100 000 on, and below 0.001, all labels of
-/// an axis share one prefix or one power of ten.
+/// an axis share one prefix or one power of ten. Where no prefix is known, they have a power of ten in both forms.
 QList<AxisLabel> axisLabels(const TickPlan& plan, LargeNumbers form);
 /// Labels of a logarithmic axis: 1, 10, 100 or, beyond 10 000 and below 0.001, powers of ten.
 QList<AxisLabel> decadeLabels(const TickPlan& plan, LargeNumbers form);
