@@ -7,6 +7,7 @@
 #include "tarnis/plots/math/floatcomparison_p.h"
 #include "tarnis/plots/plotpixmap_p.h"
 #include "tarnis/plots/plotstyling_p.h"
+#include "tarnis/plots/raster/devicepixels_p.h"
 
 #include <QLineEdit>
 #include <QLinearGradient>
@@ -118,7 +119,10 @@ void ColorBarWidget::paint(QPainter& painter, QRect* rect)
     for (qsizetype i = 0; i < m_positions.size(); ++i)
         gradient.setColorAt(m_positions.at(i), m_colors.at(i));
     painter.setBrush(gradient);
-    painter.drawRects(&bar, 1);
+    if (const auto pixels = tarnis::DevicePixels::of(painter))
+        pixels->drawFrame(painter, bar, painter.pen().color(), gradient);
+    else
+        painter.drawRects(&bar, 1);
     painter.setPen(Qt::black);
 
     const int textWidth = (frame.width() - 1) - (bar.right() - bar.left());
@@ -142,7 +146,7 @@ int ColorBarWidget::paintTicks(QPainter& painter, const QRect& rect, const QRect
     int widest = 0;
     for (int i = 0; i <= intervals; ++i) {
         const double y = bar.top() + i * (static_cast<double>(bar.height()) / intervals);
-        painter.drawLine(QLineF(right, y, right + charSize.width() / 2, y));
+        tarnis::drawEvenLine(painter, QLineF(right, y, right + charSize.width() / 2, y));
         const QString label = numStr(m_squareRoot && !m_logScale
                 ? tarnis::squareRootBarValue({ m_min, m_max }, intervals - i, intervals)
                 : tarnis::colorBarValue({ m_min, m_max }, m_logScale, intervals - i, intervals));

@@ -1,6 +1,7 @@
 #include "tarnis/plots/curvepaint_p.h"
 
 #include "tarnis/plots/exactdrawing_p.h"
+#include "tarnis/plots/raster/devicepixels_p.h"
 #include "tarnis/plots/raster/pixeltarget_p.h"
 
 #include <QPaintEngine>
@@ -33,7 +34,7 @@ bool isFineOpaquePen(const QPen& pen)
         && pen.color().alpha() == 255;
 }
 
-bool drawsWholePixels(const QPainter& painter)
+bool drawsFineLines(const QPainter& painter)
 {
     return coversWholePixels(painter) && isFineOpaquePen(painter.pen());
 }
@@ -53,8 +54,7 @@ void paintOn(
         // side is the top of a column, so a column that extends beyond it does not hide those inside.
         if (merging.columns && isQuarterTurn(painter.deviceTransform()))
             merging.area &= deviceInPaintersUnits(painter).toAlignedRect();
-        painter.setBrush(QBrush(painter.pen().color()));
-        painter.drawRects(columnsOfSamples(samples, range, x, drawing.y, drawing.shape, merging));
+        drawEvenBars(painter, columnsOfSamples(samples, range, x, drawing.y, drawing.shape, merging));
     } else if (drawing.joined) {
         paintLines(painter, joinSamples(samples, range, x, drawing.y, merging));
     } else {
@@ -100,7 +100,7 @@ void paintLines(QPainter& painter, const QList<QLine>& lines)
     constexpr qint64 atTheLeast = 2000; // the search for the target has a cost too
     const std::optional<PixelTarget> target = costMoreThan(atTheLeast, lines) ? lineTargetOf(painter) : std::nullopt;
     if (!target || target->clip.isEmpty() || !costMoreThan(costOfAMask(target->clip), lines)) {
-        painter.drawLines(lines);
+        drawEvenLines(painter, lines);
         return;
     }
     LineRasterizer mask(target->clip);
@@ -119,15 +119,15 @@ void paintLines(QPainter& painter, const QList<QLine>& lines)
 
 Merging mergingOn(const QPainter& painter)
 {
-    if (!drawsWholePixels(painter))
+    if (!drawsFineLines(painter))
         return {};
     const QTransform& transform = painter.deviceTransform();
     if (transform.type() <= QTransform::TxTranslate || isQuarterTurn(transform))
         return { true, true };
     if (transform.type() != QTransform::TxScale)
         return {};
-    // Lines are as wide as the scale here: their ends extend beyond the columns, and those clipped by the edge of the
-    // device end on either side of a half pixel.
+    // Lines are as wide as the scale here: their ends extend beyond the columns, and the edge of the device may clip
+    // them.
     const QRect device = deviceInPaintersUnits(painter).toAlignedRect();
     return { true, false, device.adjusted(awayFromEdge, awayFromEdge, -awayFromEdge, -awayFromEdge) };
 }

@@ -15,7 +15,8 @@ namespace tarnis {
 /// colour on a raster device.
 Merging mergingOn(const QPainter& painter);
 
-/// Draws the lines with the painter's pen, each as QPainter::drawLine() does.
+/// Draws the lines with the painter's pen, each as QPainter::drawLine() does; where the painter scales, in whole pixels
+/// of the device.
 void paintLines(QPainter& painter, const QList<QLine>& lines);
 
 /// How and where a curve is drawn.

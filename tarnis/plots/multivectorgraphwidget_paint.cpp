@@ -6,6 +6,7 @@
 #include "tarnis/plots/math/readout_p.h"
 #include "tarnis/plots/math/seriesgrouping_p.h"
 #include "tarnis/plots/plotstyling_p.h"
+#include "tarnis/plots/raster/devicepixels_p.h"
 
 #include <QMouseEvent>
 #include <QPainter>
@@ -109,7 +110,7 @@ void MultiVectorGraphWidget::paintFoundPeaks(QPainter& painter, const QRect& gra
     };
     painter.setPen(QPen(markColor, 1, Qt::DashLine));
     const int thresholdRow = rowOf(m_peakThreshold);
-    painter.drawLine(graph.left(), thresholdRow, graph.right(), thresholdRow);
+    tarnis::drawEvenLine(painter, QLine(graph.left(), thresholdRow, graph.right(), thresholdRow));
     for (int i = 0; i < m_peaks.size(); ++i) {
         const PeakSearch::Gaussian& peak = m_peaks.at(i);
         painter.setPen(QPen(markColor, i == m_peakSelected ? selectedPeakWidth : 1));
@@ -119,7 +120,7 @@ void MultiVectorGraphWidget::paintFoundPeaks(QPainter& painter, const QRect& gra
         }
         for (int j = 0; j < peak.points.size(); ++j) {
             const QPoint pixel(columnOf(peak.start, j), rowOf(peak.points.at(j)));
-            painter.drawRect(QRect(pixel - QPoint(1, 1), pixel));
+            tarnis::drawEvenRect(painter, QRect(pixel - QPoint(1, 1), pixel));
         }
     }
 }
@@ -127,8 +128,9 @@ void MultiVectorGraphWidget::paintFoundPeaks(QPainter& painter, const QRect& gra
 void MultiVectorGraphWidget::paintPeak(QPainter& painter, const PeakSearch::Gaussian& g, double scaleY, int x0, int y0)
 {
     const double pixelsPerX = m_graphRect.width() / (m_maxX - m_minX);
-    painter.drawLines(tarnis::peakLines(
-        g, tarnis::peakExtent(g, { m_minX, m_maxX }), 1 / pixelsPerX, { m_minX, pixelsPerX, x0, m_minY, scaleY, y0 }));
+    tarnis::drawEvenLines(painter,
+        tarnis::peakLines(g, tarnis::peakExtent(g, { m_minX, m_maxX }), 1 / pixelsPerX,
+            { m_minX, pixelsPerX, x0, m_minY, scaleY, y0 }));
 }
 
 void MultiVectorGraphWidget::mouseMoveEvent(QMouseEvent* event)

@@ -8,6 +8,7 @@
 #include "tarnis/plots/math/csvtext_p.h"
 #include "tarnis/plots/math/peakcurve_p.h"
 #include "tarnis/plots/plotstyling_p.h"
+#include "tarnis/plots/raster/devicepixels_p.h"
 
 #include <QAction>
 #include <QPainter>
@@ -114,8 +115,9 @@ void VectorGraphWidget::paintPeak(QPainter& painter, const PeakSearch::Gaussian&
 {
     const double pixelsPerX = m_graphRect.width() / (m_maxX - m_minX);
     const tarnis::AxisRange visible { std::min(m_minX, m_maxX), std::max(m_minX, m_maxX) };
-    painter.drawLines(tarnis::peakLines(
-        g, tarnis::peakExtent(g, visible), std::abs(1 / pixelsPerX), { m_minX, pixelsPerX, x0, m_minY, scaleY, y0 }));
+    tarnis::drawEvenLines(painter,
+        tarnis::peakLines(g, tarnis::peakExtent(g, visible), std::abs(1 / pixelsPerX),
+            { m_minX, pixelsPerX, x0, m_minY, scaleY, y0 }));
 }
 
 void VectorGraphWidget::onPaint(QPainter& painter, QRect const& graph)

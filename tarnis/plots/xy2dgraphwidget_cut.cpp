@@ -5,6 +5,7 @@
 #include "tarnis/plots/math/axismapping_p.h"
 #include "tarnis/plots/math/projection_p.h"
 #include "tarnis/plots/plottool_p.h"
+#include "tarnis/plots/raster/devicepixels_p.h"
 #include "tarnis/plots/xyrangeinputdialog.h"
 
 #include <QAction>
@@ -238,7 +239,7 @@ void XY2DGraphWidget::paintCut(QPainter& painter)
         { m_cutMinX, m_cutMaxX }, { m_cutMinY, m_cutMaxY }, { m_minX, m_maxX }, { m_minY, m_maxY }, m_graphRect);
     painter.setPen(QPen(Qt::red, 1, Qt::DashLine));
     for (const int y : { m_cutPixelRect.top(), m_cutPixelRect.bottom() })
-        painter.drawLine(m_graphRect.left(), y, m_graphRect.right(), y);
+        tarnis::drawEvenLine(painter, QLine(m_graphRect.left(), y, m_graphRect.right(), y));
     for (const int x : { m_cutPixelRect.left(), m_cutPixelRect.right() })
-        painter.drawLine(x, m_graphRect.top(), x, m_graphRect.bottom());
+        tarnis::drawEvenLine(painter, QLine(x, m_graphRect.top(), x, m_graphRect.bottom()));
 }

@@ -4,6 +4,7 @@
 #include "tarnis/plots/colorbarwidget.h"
 #include "tarnis/plots/exactdrawing_p.h"
 #include "tarnis/plots/mapcoloring_p.h"
+#include "tarnis/plots/raster/devicepixels_p.h"
 #include "tarnis/plots/raster/mappainter_p.h"
 #include "tarnis/plots/xy2dgraphwidget_p.h"
 
@@ -60,8 +61,7 @@ void XY2DGraphWidget::paintPoints(QPainter& painter, const QRect& graph) const
         const int right = tarnis::limitedPixel(x + 2);
         const int top = tarnis::limitedPixel(y - 2);
         const int bottom = tarnis::limitedPixel(y + 2);
-        painter.drawLine(left, top, right, bottom);
-        painter.drawLine(right, top, left, bottom);
+        tarnis::drawEvenLines(painter, { { left, top, right, bottom }, { right, top, left, bottom } });
     }
 }
 

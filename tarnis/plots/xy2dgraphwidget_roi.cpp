@@ -6,6 +6,7 @@
 #include "tarnis/plots/math/floatcomparison_p.h"
 #include "tarnis/plots/math/projection_p.h"
 #include "tarnis/plots/plotstyling_p.h"
+#include "tarnis/plots/raster/devicepixels_p.h"
 #include "tarnis/plots/viewselectedroi.h"
 
 #include <QAction>
@@ -182,9 +183,9 @@ void XY2DGraphWidget::paintRegions(QPainter& painter)
             between(calcWidgetPoint(regions.at(i).topLeft()), calcWidgetPoint(regions.at(i).bottomRight()));
         if (styling != nullptr) { // a dark outline, for contrast with light colours
             painter.setPen(QPen(QColor(0, 0, 0, 140), 3));
-            painter.drawRects(&rect, 1);
+            tarnis::drawEvenRect(painter, rect);
         }
         painter.setPen(pen);
-        painter.drawRects(&rect, 1);
+        tarnis::drawEvenRect(painter, rect);
     }
 }

@@ -310,7 +310,7 @@ void XYGraphWidget::paintSelectedRect(QPainter& painter)
             const double x = calcWidgetPointF(QPointF(bound, 0.0)).x();
             // NaN if the visible range is empty. Beyond the largest widget it is not visible.
             if (std::fabs(x) <= QWIDGETSIZE_MAX)
-                painter.drawLine(QPointF(x, m_graphRect.top()), QPointF(x, m_graphRect.bottom()));
+                tarnis::drawEvenLine(painter, QLineF(x, m_graphRect.top(), x, m_graphRect.bottom()));
         }
     }
     painter.setClipping(false);

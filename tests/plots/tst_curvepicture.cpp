@@ -405,6 +405,8 @@ void TestCurvePicture::isTheSameAtAnyPixelRatio_data()
     QTest::addColumn<double>("ratio");
     QTest::newRow("1") << 1.0;
     QTest::newRow("1.25") << 1.25;
+    QTest::newRow("1.5") << 1.5;
+    QTest::newRow("1.75") << 1.75;
     QTest::newRow("2") << 2.0;
     QTest::newRow("3") << 3.0;
 }

@@ -1,5 +1,6 @@
 #include "support/curveoracle.h"
 
+#include "support/devicepixeloracle.h"
 #include "support/frameoracle.h"
 
 #include <QPainter>
@@ -75,7 +76,7 @@ void paintGaussian(const CurveAxes& s, QPainter& painter, const PeakSearch::Gaus
         const double v = g.N * std::exp(-0.5 * ((x - g.center) * (x - g.center)) / (g.sigma * g.sigma)) + g.offset;
         const QPoint point(cutToPixel((x - s.minX) * sx + x0), cutToPixel(y0 - (v - s.minY) * scaleY));
         if (hasPrevious)
-            painter.drawLine(previous, point);
+            oracleStroke(painter, QLine(previous, point));
         hasPrevious = true;
         previous = point;
         const double next = x + dx;
@@ -169,7 +170,7 @@ void paintPeaks(const MultiState& s, QPainter& painter, const QRect& rect, doubl
         dashed.setStyle(Qt::DashLine);
         painter.setPen(dashed);
         const int row = cutToPixel(rect.bottom() - (s.peakThreshold - s.minY) * sy);
-        painter.drawLine(rect.left(), row, rect.right(), row);
+        oracleStroke(painter, QLine(rect.left(), row, rect.right(), row));
         for (int i = 0; i < s.peaks.size(); i++) {
             const PeakSearch::Gaussian& peak = s.peaks[i];
             QPen pen(Qt::white);
@@ -183,7 +184,7 @@ void paintPeaks(const MultiState& s, QPainter& painter, const QRect& rect, doubl
             for (int j = 0; j < peak.points.size(); j++) {
                 const int x = cutToPixel((peak.start + j + 0.5 - first) * sx + rect.left());
                 const int y = cutToPixel(rect.bottom() - (peak.points[j] - s.minY) * sy);
-                painter.drawRect(QRect(QPoint(x - 1, y - 1), QPoint(x, y)));
+                oracleRect(painter, QRect(QPoint(x - 1, y - 1), QPoint(x, y)));
             }
         }
     } else if (!s.peakDialogOpen) {
@@ -235,7 +236,7 @@ void paintVector(const VectorState& s, QPainter& painter, const QRect& rect)
             y = rect.bottom();
         const QPoint point(x, y);
         if (i > i0 && !(isZero(s.data[i - 1]) && isZero(v)) && point != previous)
-            painter.drawLine(previous, point);
+            oracleStroke(painter, QLine(previous, point));
         previous = point;
     }
     if (!s.peaks.isEmpty()) {
@@ -320,17 +321,17 @@ double paintMultiData(const MultiState& s, QPainter& painter, const QList<double
         if (s.columnChart) {
             if (v > 0) {
                 const QRect rect = column(cutToPixel(x - sx * 0.5), y, sx, s.minY * sy + y0 - y);
-                painter.drawRects(&rect, 1);
+                oracleBar(painter, rect);
             }
         } else if (s.connectPoints) {
             const QPoint point(x, y);
             if (i > i0 && !(isZero(values[i - 1]) && isZero(v)) && point != previous)
-                painter.drawLine(previous, point);
+                oracleStroke(painter, QLine(previous, point));
             previous = point;
             sum += v;
         } else {
-            painter.drawLine(x - 2, y - 2, x + 2, y + 2);
-            painter.drawLine(x + 2, y - 2, x - 2, y + 2);
+            oracleStroke(painter, QLine(x - 2, y - 2, x + 2, y + 2));
+            oracleStroke(painter, QLine(x + 2, y - 2, x - 2, y + 2));
         }
     }
     return sum;

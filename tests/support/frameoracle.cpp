@@ -345,7 +345,7 @@ void paintFrameOverlay(const FrameState& s, QPainter& painter)
         for (const double bound : { s.xRangeMin, s.xRangeMax }) {
             const double x = g.width() / (s.maxX - s.minX) * (bound - s.minX) + g.left();
             if (std::isfinite(x) && std::fabs(x) < 1e6)
-                painter.drawLine(QLineF(x, g.top(), x, g.bottom()));
+                oracleStroke(painter, QLineF(x, g.top(), x, g.bottom()));
         }
     }
     painter.setClipping(false);

@@ -1,5 +1,7 @@
 #include "support/plot2doracle.h"
 
+#include "support/devicepixeloracle.h"
+
 #include <QPainter>
 
 #include <algorithm>
@@ -216,8 +218,8 @@ void oraclePaintPoints(QPainter& painter, const QRect& rect, const MapState& map
     for (const QPointF& point : map.points) {
         const double cx = rect.left() + rect.width() * (point.x() - map.minX) / (map.maxX - map.minX);
         const double cy = rect.bottom() - rect.height() * (point.y() - map.minY) / (map.maxY - map.minY);
-        painter.drawLine(pixel(cx - 2), pixel(cy - 2), pixel(cx + 2), pixel(cy + 2));
-        painter.drawLine(pixel(cx + 2), pixel(cy - 2), pixel(cx - 2), pixel(cy + 2));
+        oracleStroke(painter, QLine(pixel(cx - 2), pixel(cy - 2), pixel(cx + 2), pixel(cy + 2)));
+        oracleStroke(painter, QLine(pixel(cx + 2), pixel(cy - 2), pixel(cx - 2), pixel(cy + 2)));
     }
 }
 

@@ -2,8 +2,9 @@
 
 #include "tarnis/plots/raster/pixeltarget_p.h"
 
-#include <QColor>
+#include <QBrush>
 #include <QPainter>
+#include <QPolygon>
 
 #include <algorithm>
 #include <cmath>
@@ -12,10 +13,13 @@ namespace tarnis {
 
 namespace {
 
+/// Larger than any device; the distance between two such edges still fits into an int.
+constexpr double farAway = 1 << 29;
+
 // Rounds halves up, equally on both sides of an edge.
 int roundedUp(double value)
 {
-    return static_cast<int>(std::floor(value + 0.5));
+    return static_cast<int>(std::floor(std::clamp(value, -farAway, farAway) + 0.5));
 }
 
 QPoint rounded(QPointF point)
@@ -23,10 +27,17 @@ QPoint rounded(QPointF point)
     return { roundedUp(point.x()), roundedUp(point.y()) };
 }
 
+/// The first of the pixels that a pen covers on one axis, between the edges of the device that a pixel of the painter
+/// becomes.
+int firstOf(int from, int to, int thickness)
+{
+    return to >= from ? from : from - thickness;
+}
+
 // From an edge in the direction of the other one.
 void setThickness(int from, int to, int thickness, int& first, int& size)
 {
-    first = to >= from ? from : from - thickness;
+    first = firstOf(from, to, thickness);
     size = thickness;
 }
 
@@ -39,11 +50,51 @@ bool isUprightOrQuarterTurn(const QTransform& transform)
 
 } // namespace
 
+/// Draws in pixels of the device, with the painter's pen as wide as it is there, until its end.
+class DevicePixels::PenOnDevice {
+public:
+    PenOnDevice(const DevicePixels& pixels, QPainter& painter)
+        : m_pixels(pixels)
+        , m_painter(painter)
+        , m_thickness(pixels.thicknessOf(painter.pen().widthF()))
+        , m_before(static_cast<int>(painter.pen().widthF()) / 2)
+    {
+        QPen pen = painter.pen();
+        pen.setCosmetic(true);
+        pen.setWidth(m_thickness);
+        pen.setJoinStyle(Qt::MiterJoin); // rectangles keep their corners
+        if (pen.style() != Qt::SolidLine)
+            pen.setCapStyle(Qt::FlatCap); // others would close the gaps of a wide pen
+        painter.save();
+        painter.setTransform(pixels.m_inverse, true);
+        painter.setPen(pen);
+    }
+    ~PenOnDevice() { m_painter.restore(); }
+    PenOnDevice(const PenOnDevice&) = delete;
+    PenOnDevice& operator=(const PenOnDevice&) = delete;
+
+    /// Where the engine has to put the middle of the pen, so that it begins at an edge of the painter's pixel.
+    QPoint at(QPointF point) const
+    {
+        const QPointF corner = point - QPointF(m_before, m_before);
+        const QPoint from = rounded(m_pixels.m_transform.map(corner));
+        const QPoint to = rounded(m_pixels.m_transform.map(corner + QPointF(1, 1)));
+        const QPoint first(firstOf(from.x(), to.x(), m_thickness), firstOf(from.y(), to.y(), m_thickness));
+        return first + QPoint(m_thickness / 2, m_thickness / 2);
+    }
+
+private:
+    const DevicePixels& m_pixels;
+    QPainter& m_painter;
+    int m_thickness;
+    int m_before; ///< pixels of the painter that its pen covers left of a line, and above
+};
+
 std::optional<DevicePixels> DevicePixels::of(const QPainter& painter)
 {
     const QTransform& transform = painter.deviceTransform();
     const double scale = std::sqrt(std::abs(transform.determinant()));
-    if (!coversWholePixels(painter) || !isUprightOrQuarterTurn(transform) || !std::isfinite(scale) || scale == 1.0
+    if (!drawsWholePixels(painter) || !isUprightOrQuarterTurn(transform) || !std::isfinite(scale) || scale == 1.0
         || scale == 0.0)
         return std::nullopt;
     return DevicePixels(transform);
@@ -52,8 +103,14 @@ std::optional<DevicePixels> DevicePixels::of(const QPainter& painter)
 DevicePixels::DevicePixels(const QTransform& transform)
     : m_transform(transform)
     , m_inverse(transform.inverted())
-    , m_thickness(std::max(roundedUp(std::sqrt(std::abs(transform.determinant()))), 1))
+    , m_scale(std::sqrt(std::abs(transform.determinant())))
+    , m_thickness(thicknessOf(1.0))
 {
+}
+
+int DevicePixels::thicknessOf(double width) const
+{
+    return std::max(roundedUp(width * m_scale), 1);
 }
 
 QRect DevicePixels::onDevice(const QRect& pixels) const
@@ -115,15 +172,82 @@ void DevicePixels::drawRow(QPainter& painter, int y, int left, int right, const 
     fillOnDevice(painter, line, color);
 }
 
-void DevicePixels::drawFrame(QPainter& painter, const QRect& rect, const QColor& line, const QColor& inside) const
+void DevicePixels::drawFrame(QPainter& painter, const QRect& rect, const QColor& line, const QBrush& inside) const
 {
-    fill(painter, rect, inside);
+    painter.fillRect(aligned(rect), inside);
     const int right = rect.right() + 1;
     const int bottom = rect.bottom() + 1;
     drawColumn(painter, rect.left(), rect.top(), bottom, line);
     drawColumn(painter, right, rect.top(), bottom, line);
     drawRow(painter, rect.top(), rect.left(), right, line);
     drawRow(painter, bottom, rect.left(), right, line);
+}
+
+void DevicePixels::drawLines(QPainter& painter, const QList<QLineF>& lines) const
+{
+    const PenOnDevice pen(*this, painter);
+    QList<QLine> onDevice;
+    onDevice.reserve(lines.size());
+    for (const QLineF& line : lines)
+        onDevice.append(QLine(pen.at(line.p1()), pen.at(line.p2())));
+    painter.drawLines(onDevice);
+}
+
+void DevicePixels::drawRect(QPainter& painter, const QRect& rect) const
+{
+    const PenOnDevice pen(*this, painter);
+    const QPoint farCorner = rect.topLeft() + QPoint(rect.width(), rect.height());
+    painter.drawPolygon(QPolygon { pen.at(rect.topLeft()), pen.at(QPoint(farCorner.x(), rect.top())), pen.at(farCorner),
+        pen.at(QPoint(rect.left(), farCorner.y())) });
+}
+
+void drawEvenLine(QPainter& painter, const QLineF& line)
+{
+    if (const auto pixels = DevicePixels::of(painter))
+        pixels->drawLines(painter, { line });
+    else
+        painter.drawLine(line);
+}
+
+void drawEvenLine(QPainter& painter, const QLine& line)
+{
+    drawEvenLines(painter, { line });
+}
+
+void drawEvenLines(QPainter& painter, const QList<QLine>& lines)
+{
+    const auto pixels = DevicePixels::of(painter);
+    if (!pixels) {
+        painter.drawLines(lines);
+        return;
+    }
+    pixels->drawLines(painter, QList<QLineF>(lines.cbegin(), lines.cend()));
+}
+
+void drawEvenRect(QPainter& painter, const QRect& rect)
+{
+    if (const auto pixels = DevicePixels::of(painter))
+        pixels->drawRect(painter, rect);
+    else
+        painter.drawRects(&rect, 1);
+}
+
+void drawEvenBars(QPainter& painter, const QList<QRect>& bars)
+{
+    const QColor color = painter.pen().color();
+    painter.setBrush(QBrush(color));
+    const auto pixels = DevicePixels::of(painter);
+    if (!pixels) {
+        painter.drawRects(bars);
+        return;
+    }
+    for (const QRect& bar : bars) { // with the pixels of the outline
+        const QPoint end = bar.topLeft() + QPoint(bar.width(), bar.height());
+        pixels->fill(painter,
+            QRect(QPoint(std::min(bar.left(), end.x()), std::min(bar.top(), end.y())),
+                QPoint(std::max(bar.left(), end.x()), std::max(bar.top(), end.y()))),
+            color);
+    }
 }
 
 } // namespace tarnis

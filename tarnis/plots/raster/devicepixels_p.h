@@ -1,12 +1,15 @@
 // Draws a plot's pixels on a device with a higher resolution, for example a device pixel ratio of 1.5.
 #pragma once
 
+#include <QLine>
+#include <QList>
 #include <QRect>
 #include <QTransform>
 
 #include <optional>
 
 QT_BEGIN_NAMESPACE
+class QBrush;
 class QColor;
 class QPainter;
 QT_END_NAMESPACE
@@ -32,16 +35,32 @@ public:
     void drawRow(QPainter& painter, int y, int left, int right, const QColor& color) const;
     /// @}
     /// The outline that QPainter::drawRects() draws, and its inside.
-    void drawFrame(QPainter& painter, const QRect& rect, const QColor& line, const QColor& inside) const;
+    void drawFrame(QPainter& painter, const QRect& rect, const QColor& line, const QBrush& inside) const;
+    /// Lines of the painter's pen, its width in whole pixels of the device, at least one. Dashes have flat ends. @{
+    void drawLines(QPainter& painter, const QList<QLineF>& lines) const;
+    void drawRect(QPainter& painter, const QRect& rect) const; ///< filled with the painter's brush
+    /// @}
 
 private:
+    class PenOnDevice;
     explicit DevicePixels(const QTransform& transform);
+    int thicknessOf(double width) const;
     QRect onDevice(const QRect& pixels) const;
     void fillOnDevice(QPainter& painter, const QRect& device, const QColor& color) const;
 
     QTransform m_transform; ///< from painter to device
     QTransform m_inverse;
+    double m_scale; ///< device pixels for each of the painter's
     int m_thickness; ///< thickness of a line in device pixels
 };
+
+/// What QPainter draws with its pen, in whole pixels of the device also where the painter scales. @{
+void drawEvenLine(QPainter& painter, const QLineF& line);
+void drawEvenLine(QPainter& painter, const QLine& line);
+void drawEvenLines(QPainter& painter, const QList<QLine>& lines);
+void drawEvenRect(QPainter& painter, const QRect& rect);
+/// @}
+/// As drawRects() with a brush of the pen's colour, which the painter keeps.
+void drawEvenBars(QPainter& painter, const QList<QRect>& bars);
 
 } // namespace tarnis

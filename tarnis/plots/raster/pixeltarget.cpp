@@ -31,12 +31,17 @@ const QImage* plainImageBehind(const QPainter& painter)
     return image != nullptr && holdsPlainColors(*image) ? image : nullptr;
 }
 
-bool coversWholePixels(const QPainter& painter)
+bool drawsWholePixels(const QPainter& painter)
 {
     const QPaintEngine* engine = painter.paintEngine();
-    return engine != nullptr && engine->type() == QPaintEngine::Raster && rasterPath() == RasterPath::Direct
+    return engine != nullptr && engine->type() == QPaintEngine::Raster
         && !painter.testRenderHint(QPainter::Antialiasing)
         && painter.compositionMode() == QPainter::CompositionMode_SourceOver && painter.opacity() == 1.0;
+}
+
+bool coversWholePixels(const QPainter& painter)
+{
+    return rasterPath() == RasterPath::Direct && drawsWholePixels(painter);
 }
 
 QRect deviceRect(const QPaintEngine& engine)

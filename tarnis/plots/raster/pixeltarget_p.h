@@ -20,8 +20,10 @@ namespace tarnis {
 /// null.
 const QImage* plainImageBehind(const QPainter& painter);
 
-/// True if pixels may be written directly (rasterPath()) and the raster engine sets whole pixels to an opaque colour:
-/// no antialiasing, opacity or composition mode.
+/// True if the raster engine sets whole pixels to an opaque colour: no antialiasing, opacity or composition mode.
+bool drawsWholePixels(const QPainter& painter);
+
+/// True if drawsWholePixels() is, and pixels may be written directly (rasterPath()).
 bool coversWholePixels(const QPainter& painter);
 
 /// The rectangle of an engine's device in pixels: an image, also if the painter was opened on a widget.
