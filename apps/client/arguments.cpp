@@ -19,13 +19,13 @@ bool isNumber(const QString& word)
     return valid;
 }
 
-/// A word that begins with "-" and is neither a file's "-" nor a negative number or range.
+/// A word that begins with "-" and is neither the file name "-" nor a negative number or range.
 bool isOption(const QString& word)
 {
     return word.size() > 1 && word.startsWith(u'-') && !isNumber(word.section(u':', 0, 0));
 }
 
-/// An option of the command line, cut into its name and the value that is attached to it.
+/// An option of the command line, split into its name and an attached value.
 struct Given {
     QString name;
     QString value;
@@ -72,7 +72,7 @@ Result<Arguments> Arguments::parse(const QStringList& words, const QList<Option>
                 return wrongUsage(QStringLiteral("%1 needs %2").arg(known->spelling(), known->value));
             given.value = words.at(i);
         }
-        // An empty value is not the same as no option.
+        // An empty value is different from a missing option.
         arguments.m_options.insert(given.name, given.value.isNull() ? QStringLiteral("") : given.value);
     }
     return arguments;

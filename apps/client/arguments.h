@@ -1,4 +1,4 @@
-// The command line: which options a command has, and what was given.
+// The command line: the options of a command, and the given arguments.
 #pragma once
 
 #include "outcome.h"
@@ -12,24 +12,23 @@ namespace cli {
 
 /// An option of a command.
 struct Option {
-    QString name; ///< without "--"; "o" for an option of one letter alone
-    QString value; ///< what follows it, for example "HOST:PORT"; empty for a switch
+    QString name; ///< without "--"; "o" for a one-letter option
+    QString value; ///< name of its value, for example "HOST:PORT"; empty for a switch
     QString help; ///< one line
 
     /// "--name" or "-o".
     QString spelling() const { return (name.size() == 1 ? QStringLiteral("-") : QStringLiteral("--")) + name; }
 };
 
-/// What was given to a command.
+/// The arguments of a command.
 class Arguments {
 public:
-    /// Reads the words behind the command's name. Options may stand anywhere; "--" ends them; "--name=value" and
-    /// "-ovalue" are accepted, and "-h" for "--help". A word that begins with "-" is an option unless it is "-" or a
-    /// number.
+    /// Parses the words after the command's name. Options may be anywhere; "--" ends them; "--name=value" and "-ovalue"
+    /// are accepted, and "-h" for "--help". A word that begins with "-" is an option unless it is "-" or a number.
     static Result<Arguments> parse(const QStringList& words, const QList<Option>& options);
 
     bool has(const QString& option) const { return m_options.contains(option); }
-    /// The last value of the option; a null text if it is not given.
+    /// The last value of the option; a null text if the option is missing.
     QString value(const QString& option) const { return m_options.value(option); }
     /// All values of an option that may be repeated.
     QStringList values(const QString& option) const { return m_options.values(option); }
@@ -46,14 +45,14 @@ template <typename Number> struct Range {
     Number last;
 };
 
-// Values of options. The failure names the option.
+// Values of options. A failure contains the name of the option.
 
-/// A finite number from `least` to `most`, or `otherwise` if the option is not given.
+/// A finite number from `least` to `most`, or `otherwise` if the option is missing.
 Result<double> numberOption(
     const Arguments& arguments, const QString& option, double least, double most, double otherwise);
-/// The same for a whole number.
+/// As above for an integer.
 Result<int> wholeNumberOption(const Arguments& arguments, const QString& option, int least, int most, int otherwise);
-/// Two finite numbers with a colon between them; nothing if the option is not given.
+/// Two finite numbers separated by a colon; empty if the option is missing.
 Result<std::optional<Range<double>>> rangeOption(const Arguments& arguments, const QString& option);
 
 } // namespace cli

@@ -64,7 +64,7 @@ int fail(const Failure& failure, const QString& command, bool json)
     }
     if (json) {
         const QJsonObject object { { "error", failure.text }, { "exitCode", int(failure.code) } };
-        // A second error, of the output, would hide the first one.
+        // A second error from the output would hide the first one.
         [[maybe_unused]] const Outcome printed = print(object);
     }
     printError(text);

@@ -1,4 +1,4 @@
-// tarnis completion: what a shell needs to complete commands, options and file names.
+// tarnis completion: the script by which a shell completes commands, options and file names.
 #include "commands.h"
 #include "output.h"
 

@@ -9,7 +9,7 @@ namespace cli {
 
 namespace {
 
-constexpr double pointRadius = 1.6; // in widths of the line
+constexpr double pointRadius = 1.6; // in line widths
 
 } // namespace
 

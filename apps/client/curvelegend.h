@@ -14,25 +14,25 @@ QT_END_NAMESPACE
 
 namespace cli {
 
-/// What the legend shows of a curve.
+/// The legend entry of a curve.
 struct LegendEntry {
     QString name;
     QPen pen;
     bool isPoint = false; ///< the curve consists of points
 };
 
-/// Places the entries in rows. Those for which there is no room are counted in the last row.
+/// Arranges the entries in rows. The last row shows the number of those that do not fit.
 class CurveLegend {
 public:
     /// Sizes in pixels.
     CurveLegend(const std::vector<LegendEntry>& entries, const QFont& font, int width, int maxHeight);
 
-    int height() const { return m_height; } ///< of all rows with a margin below; 0 without entries
+    int height() const { return m_height; } ///< height of all rows with a margin below; 0 without entries
     void paint(QPainter& painter, QPoint topLeft, const QColor& text) const;
 
 private:
     struct Item {
-        LegendEntry entry; ///< no pen: a text alone
+        LegendEntry entry; ///< no pen: text only
         QRect rect;
     };
 

@@ -16,9 +16,9 @@ namespace cli {
 namespace {
 
 constexpr std::array dashes { Qt::SolidLine, Qt::DashLine, Qt::DotLine, Qt::DashDotLine };
-constexpr double legendShare = 0.35; // of the height, at most
-constexpr double stripShare = 0.22; // of the height, for residuals
-constexpr double markRadius = 1.6; // of a count, in widths of lines
+constexpr double legendShare = 0.35; // maximum fraction of the height
+constexpr double stripShare = 0.22; // fraction of the height for residuals
+constexpr double markRadius = 1.6; // radius of a mark in line widths
 
 QString nameOf(const tarnis::Dataset& data, qsizetype row)
 {
@@ -95,7 +95,7 @@ QFont CurvesPlot::textFont(const QPainter& painter) const
     return font;
 }
 
-/// The plot gets what legend and residuals leave.
+/// The plot gets the space without legend and residuals.
 void CurvesPlot::paint(QPainter& painter, QRect* rect)
 {
     const QRect whole = rect != nullptr ? *rect : painter.viewport();
@@ -145,7 +145,7 @@ void CurvesPlot::onPaint(QPainter& painter, QRect const& /*graph*/)
     painter.restore();
 }
 
-/// Points with their standard deviations.
+/// Draws points with their standard deviations.
 void CurvesPlot::paintCounts(QPainter& painter, const Curve& curve) const
 {
     const tarnis::PlotMapping mapping = tarnis::PlotMapping::of(*this);

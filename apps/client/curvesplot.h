@@ -14,15 +14,15 @@ namespace cli {
 
 /// How curves are drawn.
 struct CurvesLook {
-    std::vector<QColor> colours; ///< begin again after the last one, with another dash
-    QColor surround; ///< of the legend
+    std::vector<QColor> colours; ///< repeat after the last one, with another dash pattern
+    QColor surround; ///< background of the legend
     QColor text;
     double lineWidth = 1.0;
     double growth = 1.0; ///< of texts
-    bool residuals = false; ///< the first curve are counts, the second one a model of them
+    bool residuals = false; ///< the first curve contains counts, the second one a model of them
 };
 
-/// Draws the rows of all datasets over one x axis that covers them all, and names them below.
+/// Draws the rows of all datasets over one x axis that covers them all, with a legend below.
 class CurvesPlot : public XYGraphWidget {
 public:
     /// Each spectrum has rows and columns.
@@ -38,7 +38,7 @@ public:
     void onPaint(QPainter& painter, QRect const& graph) override;
 
 protected:
-    /// The curve is broken where values are missing.
+    /// The curve is interrupted at missing values.
     struct Curve {
         QString name;
         std::vector<QPolygonF> parts;

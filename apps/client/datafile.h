@@ -1,4 +1,4 @@
-// Files of data as the commands read them.
+// Reads data files for the commands.
 #pragma once
 
 #include "outcome.h"
@@ -7,11 +7,11 @@
 
 namespace cli {
 
-/// Reads a file in the format of its name; "-" is standard input, whose format is known by its first bytes. Values that
-/// are not finite give a warning.
+/// Reads a file in the format of its name; "-" is standard input, whose format is detected from its first bytes. Warns
+/// about non-finite values.
 Result<tarnis::Dataset> readDataFile(const QString& path);
 
-/// A line on standard error if values are not finite; `name` is that of the file or histogram.
+/// Prints a warning if values are not finite; `name` is that of the file or histogram.
 void warnOfBadValues(const tarnis::Dataset& data, const QString& name);
 
 } // namespace cli

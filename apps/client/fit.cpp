@@ -27,7 +27,7 @@ Failure wrong(const QString& text)
     return { .code = WrongUsage, .text = text };
 }
 
-/// What is fitted.
+/// The input of a fit.
 struct Task {
     FitModel model;
     FitOptions options;
@@ -244,7 +244,7 @@ Outcome draw(const FitResult& fit, const Spectrum& spectrum, const Range<qsizety
     return runPlotProgram(words);
 }
 
-/// What can be known to be wrong with the figure before the fit is made.
+/// Checks the options of the figure before the fit is run.
 Outcome checkPlot(const Arguments& arguments)
 {
     if (!arguments.has("plot"))

@@ -1,4 +1,4 @@
-// tarnis hist: a histogram of the server to a file.
+// tarnis hist: writes a histogram of the server to a file.
 #include "commands.h"
 #include "datafile.h"
 #include "histogram.h"
@@ -18,7 +18,7 @@ namespace cli {
 
 namespace {
 
-/// JSON has no number that is not finite.
+/// JSON has no non-finite numbers.
 QJsonArray jsonNumbers(const std::vector<double>& numbers)
 {
     QJsonArray array;
@@ -85,7 +85,7 @@ Outcome checkOutput(const Arguments& arguments)
     return format.isOk() ? std::nullopt : Outcome(format.failure());
 }
 
-/// Counts with their standard deviations, sqrt(N), as a NeXus file has them. Text and arrays hold the values alone.
+/// Counts with their standard deviations, sqrt(N), for NeXus files. Text and arrays contain only the values.
 tarnis::Dataset withErrors(tarnis::Dataset data)
 {
     const bool areCounts = std::all_of(data.values.begin(), data.values.end(),

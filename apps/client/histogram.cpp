@@ -12,7 +12,7 @@ namespace cli {
 
 namespace {
 
-/// The words "key=value" of a line of the server's list; a word without "=" belongs to the value before it.
+/// The words "key=value" of a line of the server's list; a word without "=" belongs to the previous value.
 using Properties = QHash<QString, QString>;
 
 Properties propertiesOf(const QString& text)
@@ -31,7 +31,7 @@ Properties propertiesOf(const QString& text)
     return properties;
 }
 
-/// The properties of a histogram from the server's list; none if it is not listed, or the server keeps no list.
+/// The properties of a histogram from the server's list; empty if it is not listed, or the server has no list.
 Result<Properties> findInList(Server& server, const QString& name)
 {
     const Result<tarnis::Reply> reply = server.ask(QStringLiteral("hists"));

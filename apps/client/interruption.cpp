@@ -10,7 +10,7 @@ namespace cli {
 
 namespace {
 
-// A handler may only use what is async-signal-safe: it writes a byte, and the event loop reads it.
+// A handler may only call async-signal-safe functions: it writes a byte, which the event loop reads.
 std::array<int, 2> ends { -1, -1 };
 
 constexpr std::array endingSignals { SIGINT, SIGTERM, SIGHUP };
@@ -40,8 +40,8 @@ Interruption::Interruption()
     });
     for (const int signal : endingSignals) {
         const bool isIgnored = std::signal(signal, noteSignal) == SIG_IGN;
-        // "nohup tarnis watch" outlives its terminal. A shell ignores SIGINT for a program in the background, which is
-        // no wish of the user's.
+        // "nohup tarnis watch" outlives its terminal. A shell ignores SIGINT for background programs, which the user
+        // has not requested.
         if (isIgnored && signal == SIGHUP)
             std::signal(signal, SIG_IGN);
     }

@@ -1,4 +1,4 @@
-// SIGINT, SIGTERM and SIGHUP as a signal of the event loop, for a command whose end they are.
+// Delivers SIGINT, SIGTERM and SIGHUP as a Qt signal, for commands that end on them.
 #pragma once
 
 #include <QObject>
@@ -6,7 +6,7 @@
 
 namespace cli {
 
-/// One at a time: it takes over the process's handlers until it is destroyed.
+/// Only one instance: it replaces the process's handlers until it is destroyed.
 class Interruption : public QObject {
     Q_OBJECT
 public:
@@ -16,7 +16,7 @@ public:
     bool isRequested() const { return m_requested; }
 
 Q_SIGNALS:
-    void requested(); ///< at the first signal
+    void requested(); ///< emitted for the first signal
 
 private:
     QSocketNotifier m_notifier;

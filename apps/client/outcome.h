@@ -1,4 +1,4 @@
-// How a command of the program ends.
+// Results of the program's commands.
 #pragma once
 
 #include <QString>
@@ -9,25 +9,25 @@
 
 namespace cli {
 
-/// Exit codes, which scripts rely on.
+/// Exit codes, which scripts depend on.
 enum ExitCode {
     Done = 0,
-    Refused = 1, ///< the server refused
-    WrongUsage = 2, ///< the command line cannot be carried out
-    NoConnection = 3, ///< no connection, it was lost, or no reply in time
+    Refused = 1, ///< the server rejected the command
+    WrongUsage = 2, ///< the command line is invalid
+    NoConnection = 3, ///< no connection, lost connection, or timeout
     FileError = 4 ///< a file, or standard output, could not be read or written
 };
 
-/// Why a command did not do what it should.
+/// Why a command has failed.
 struct Failure {
     ExitCode code = Done;
     QString text; ///< one line, without the program's name
 };
 
-/// Nothing on success.
+/// Empty on success.
 using Outcome = std::optional<Failure>;
 
-/// A value, or why there is none.
+/// A value or a failure.
 template <typename Value> class Result {
 public:
     Result(Value value) // NOLINT(*-explicit-*): a function returns either

@@ -16,7 +16,7 @@ namespace cli {
 
 namespace {
 
-/// Holds back the signals that end the program, so that no temporary file is left behind.
+/// Blocks the signals that end the program, so that no temporary file is left.
 class Uninterrupted {
 public:
     Uninterrupted()
@@ -53,10 +53,11 @@ Outcome print(const QJsonObject& object)
 
 void prepareStreams()
 {
-    // A file or a connection would get the number of a closed stream, and receive what is printed.
+    // Otherwise a file or a connection would get the descriptor of a closed stream, and printed text would be written
+    // to it.
     for (const int stream : { STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO }) {
         const bool isClosed = ::fcntl(stream, F_GETFD) < 0 && errno == EBADF; // NOLINT(*-vararg): POSIX
-        // The wrong way round, so that its use is an error.
+        // Opened with the opposite mode, so that its use is an error.
         if (isClosed && ::open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY) != stream) // NOLINT(*-vararg)
             _exit(FileError);
     }
@@ -71,7 +72,7 @@ void printError(const QString& text)
 {
     QString line = text.trimmed();
     line.replace(u'\r', QString()).replace(u'\n', u' ');
-    // Standard error is where an error of its own would be reported.
+    // An error of standard error cannot be reported.
     [[maybe_unused]] const QString error =
         tarnis::writeDescriptor(STDERR_FILENO, QByteArray("tarnis: " + line.toUtf8() + '\n'));
 }

@@ -111,7 +111,7 @@ Outcome peaks(const Arguments& arguments)
         { "width_calibration", QJsonArray { table.value().widths.a, table.value().widths.b } } });
 }
 
-/// A file of lines, or the lines of a source.
+/// Reads lines from a file, or the lines of a source.
 Result<std::vector<tarnis::CalibrationLine>> readLines(const QString& word)
 {
     tarnis::CalibrationLines lines;
@@ -147,7 +147,7 @@ QByteArray textOf(const tarnis::EnergyCalibration& calibration)
     return alignedTable(rows) + text.toUtf8() + '\n';
 }
 
-/// Lines that miss their peaks by a good part of the width are assigned to the wrong ones.
+/// Lines that miss their peaks by a large part of the width are wrongly assigned.
 Outcome checkAssignment(const tarnis::EnergyCalibration& calibration, const std::vector<tarnis::MeasuredPeak>& peaks)
 {
     for (const tarnis::CalibrationPoint& point : calibration.points) {
@@ -194,7 +194,7 @@ Outcome calibrate(const Arguments& arguments)
         return table.failure();
     std::vector<tarnis::MeasuredPeak> measured;
     for (const tarnis::TablePeak& peak : table.value().peaks) {
-        // Peaks of windows that do not fit are pieces of a continuum, and larger than any line.
+        // Peaks of windows with a bad fit are parts of a continuum, and larger than any line.
         const bool fits = std::fabs(table.value().windows[peak.window].goodness) < 4.0;
         if (fits && peak.centreError > 0.0 && peak.area > 0.0)
             measured.push_back({ peak.centre, peak.centreError, peak.fwhm, peak.area });

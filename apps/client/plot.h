@@ -5,12 +5,13 @@
 
 namespace cli {
 
-/// The program `tarnis` passes the command line on to `tarnis-plot`, which has the widgets that draw: each of the two
-/// programs has its own version of this function.
+/// The program `tarnis` passes the command line on to `tarnis-plot`, which draws with widgets. Each of the two programs
+/// has its own version of this function.
 Outcome plot(const Arguments& arguments);
 
-/// Runs tarnis-plot with the words, which begin with "plot", for commands that draw a figure beside their numbers.
-/// Returns its failure, or that it cannot be run. Its warnings, which the command itself has given, are dropped.
+/// Runs tarnis-plot with these words, which begin with "plot", for commands that draw a figure in addition to their
+/// numbers. Returns its failure, or that it cannot be run. Its warnings are dropped, because the command has already
+/// printed them.
 Outcome runPlotProgram(const QStringList& words);
 
 } // namespace cli

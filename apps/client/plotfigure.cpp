@@ -1,4 +1,4 @@
-// The half of `tarnis plot` that draws.
+// The part of `tarnis plot` that draws.
 #include "datafile.h"
 #include "histogram.h"
 #include "output.h"
@@ -78,7 +78,7 @@ Result<tarnis::PictureFormat> pictureFormat(const Arguments& arguments)
             : QStringLiteral("'%1' does not end in .png, .pdf or .svg").arg(path) };
 }
 
-/// The titles of several are in the legend.
+/// Several titles are shown in the legend.
 QString titleOf(const Arguments& arguments, const std::vector<tarnis::Dataset>& all)
 {
     if (arguments.has("title"))

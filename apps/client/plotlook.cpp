@@ -7,16 +7,16 @@ namespace cli {
 
 namespace {
 
-// Told apart on black, also by readers who do not see all colours (after Okabe and Ito, "Color Universal Design").
+// Distinguishable on black, also for colour-blind readers (after Okabe and Ito, "Color Universal Design").
 constexpr QRgb classicColours[] { 0xffffff, 0x56b4e9, 0xe69f00, 0x00b383, 0xf0e442, 0xff7f50, 0xcc79a7, 0x9fa8ff };
 
-// A style lets texts grow up to twice by itself, from this size on. Figures can be larger than windows.
+// A style enlarges texts up to twice above this size. Figures can be larger than windows.
 constexpr double plainWidth = 760.0;
 constexpr double plainHeight = 480.0;
 constexpr double ownGrowth = 2.0;
 constexpr double mostGrowth = 6.0;
 
-constexpr double room = 0.06; // of the range, beyond the values
+constexpr double room = 0.06; // margin beyond the values, as a fraction of the range
 
 double growthOf(QSize size)
 {
@@ -29,7 +29,7 @@ void applyTheme(XYGraphWidget& plot, const FigureOptions& options, const QString
 {
     if (!options.theme)
         return;
-    auto* const style = new tarnis::PlotStyle(&plot, *options.theme); // the plot owns it
+    auto* const style = new tarnis::PlotStyle(&plot, *options.theme); // owned by the plot
     style->setTextScale(std::max(growthOf(options.size) / ownGrowth, 1.0));
     style->setUnits({}, {}, unitZ);
     plot.setTitle(options.title);
@@ -67,7 +67,7 @@ Range<double> roomyRange(const CurvesPlot& curves, bool isLog)
     }
     if (curves.smallestAboveZero() == 0.0)
         return { .first = 0.5, .last = 10.0 };
-    const double low = curves.smallestAboveZero() / 2.0; // a single count is seen
+    const double low = curves.smallestAboveZero() / 2.0; // makes a single count visible
     return { .first = low, .last = curves.largest() * std::pow(curves.largest() / low, room) };
 }
 

@@ -1,4 +1,4 @@
-// tarnis-plot: the widgets of `tarnis plot`, which runs it. Users do not.
+// tarnis-plot: the widgets of `tarnis plot`, which runs it. Users do not run it directly.
 #include "commands.h"
 #include "output.h"
 

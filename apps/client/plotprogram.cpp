@@ -1,4 +1,4 @@
-// The half of `tarnis plot` that links no widgets.
+// The part of `tarnis plot` that links no widgets.
 #include "plot.h"
 
 #include <QCoreApplication>
@@ -22,7 +22,7 @@ Failure missing()
     return { .code = FileError, .text = "figures need the program tarnis-plot, which is not installed: install it" };
 }
 
-/// The program beside this one in a build folder, or in the folder for programs of programs.
+/// The program in this program's folder (in a build folder), or in the libexec folder.
 QString plotProgram()
 {
     const QString folder = QCoreApplication::applicationDirPath();
@@ -48,7 +48,7 @@ Outcome plot(const Arguments& /*arguments*/)
     for (QByteArray& word : words)
         pointers.push_back(word.data());
     pointers.push_back(nullptr);
-    // The other program takes the place of this one: exit code, signals and standard streams are its own.
+    // The other program replaces this process, including exit code, signals and standard streams.
     ::execv(words.front().constData(), pointers.data());
     return missing();
 }

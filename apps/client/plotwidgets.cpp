@@ -27,7 +27,7 @@ QString nameWithUnit(QString name, const QString& unit)
     return unit.isEmpty() ? name : QStringLiteral("%1 [%2]").arg(name, unit);
 }
 
-/// The name of an axis; an axis without numbers of its own counts bins.
+/// The name of an axis; an axis without values counts bins.
 QString axisName(const tarnis::DataAxis& axis, const QString& bins)
 {
     if (!axis.name.isEmpty() || !axis.unit.isEmpty())
@@ -35,7 +35,7 @@ QString axisName(const tarnis::DataAxis& axis, const QString& bins)
     return axis.values.empty() ? bins : QString();
 }
 
-/// Whether all bins are equally wide, within what the rounding of written centres does to them.
+/// Whether all bins have equal width, within the rounding of written centres.
 bool areEven(const std::vector<double>& edges)
 {
     const double width = (edges.back() - edges.front()) / static_cast<double>(edges.size() - 1);
@@ -54,7 +54,7 @@ double largest(const std::vector<double>& values)
     return result;
 }
 
-/// What is infinite is missing, too: a line to it would be a line out of the plot.
+/// Infinite values count as missing, because a line to them would leave the plot.
 QList<double> rowOf(const Dataset& data, qsizetype row)
 {
     const auto begin = data.values.begin() + row * data.columns;
@@ -64,7 +64,7 @@ QList<double> rowOf(const Dataset& data, qsizetype row)
     return values;
 }
 
-// The plot's function of an uneven axis has no argument for its data. One plot is drawn in a run of the program.
+// The plot's axis function has no argument for its data. The program draws only one plot.
 std::vector<double> unevenCentres;
 
 double centreOfPosition(double position, void* /*data*/)
@@ -92,7 +92,7 @@ void setRanges(XYGraphWidget& plot, const FigureOptions& options)
     }
 }
 
-/// Curves over different quantities have no common axis.
+/// Curves of different quantities have no common axis.
 Outcome checkUnits(const std::vector<Dataset>& data)
 {
     const Dataset* known = nullptr; // the first with a unit
@@ -122,7 +122,7 @@ void setAxisX(MultiVectorGraphWidget& plot, const Dataset& data)
     plot.setFuncX2Plot(centreOfPosition, positionOfCentre);
 }
 
-/// Exact, and open to the tools of the library: its own plot of curves.
+/// Uses the library's plot of curves, which is exact and supports tools.
 std::unique_ptr<XYGraphWidget> makeCurve(const Dataset& spectrum, const FigureOptions& options)
 {
     auto plot = std::make_unique<MultiVectorGraphWidget>();
@@ -167,9 +167,9 @@ std::unique_ptr<XYGraphWidget> makeCurves(const std::vector<Dataset>& data, cons
     return plot;
 }
 
-using Colours = std::array<const char*, 5>; // from the least to the largest value
+using Colours = std::array<const char*, 5>; // from the smallest to the largest value
 
-/// The maps of five points beside those of tarnis::ColourMaps.
+/// Colour maps of five points, in addition to those of tarnis::ColourMaps.
 const QHash<QString, Colours>& colourMaps()
 {
     static const QHash<QString, Colours> maps {
@@ -202,7 +202,7 @@ Outcome setColours(XY2DGraphWidget& plot, const QString& name)
     return std::nullopt;
 }
 
-/// The value below which a share of the sorted values lies, between two neighbours in proportion.
+/// The quantile of sorted values, interpolated linearly.
 double quantile(const std::vector<double>& sorted, double percent)
 {
     const double place = percent / 100.0 * static_cast<double>(sorted.size() - 1);

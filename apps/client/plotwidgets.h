@@ -1,4 +1,4 @@
-// Plots of datasets: what `tarnis plot` draws.
+// Creates the plots of datasets for `tarnis plot`.
 #pragma once
 
 #include "arguments.h"
@@ -16,13 +16,13 @@ class XYGraphWidget;
 
 namespace cli {
 
-/// What the options of `tarnis plot` choose.
+/// The options of `tarnis plot`.
 struct FigureOptions {
     QSize size { 800, 500 };
     double dpi = 96.0;
-    std::optional<tarnis::PlotStyle::Theme> theme = tarnis::PlotStyle::Theme::Print; ///< nothing: the classic look
+    std::optional<tarnis::PlotStyle::Theme> theme = tarnis::PlotStyle::Theme::Print; ///< empty: the classic look
     QString title; ///< drawn above the plot; empty: none
-    bool residuals = false; ///< of the first curve from the second one, below the plot
+    bool residuals = false; ///< residuals of the first curve relative to the second one, below the plot
     std::optional<Range<double>> x;
     std::optional<Range<double>> y;
     bool log = false;
@@ -30,7 +30,7 @@ struct FigureOptions {
     std::optional<Range<double>> levels; ///< percent
 };
 
-/// Reads the options; every wrong value is a failure.
+/// Reads the options; every invalid value is a failure.
 Result<FigureOptions> figureOptions(const Arguments& arguments);
 
 /// A plot of spectra, each with its own x axis, or of one map.

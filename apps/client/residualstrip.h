@@ -1,4 +1,4 @@
-// What a fit leaves over, below the plot of the counts and the fit.
+// Residuals of a fit, below the plot of the counts and the fit.
 #pragma once
 
 #include <tarnis/formats/dataset.h>
@@ -16,7 +16,7 @@ QT_END_NAMESPACE
 namespace cli {
 
 /// The first row minus the second one, which is a model of it, in standard deviations, sqrt(model), over the centres of
-/// the bins. Bins where the model is not above 0, and values that are not finite, are left out. Needs two rows.
+/// the bins. Skips bins where the model is not above 0, and non-finite values. Requires two rows.
 std::vector<QPointF> residualsOf(const tarnis::Dataset& fit);
 
 /// How a strip is drawn.
@@ -27,8 +27,8 @@ struct StripStyle {
     double thickness = 1.0; ///< of lines
 };
 
-/// Draws residuals into a rectangle, on a symmetric scale of at least 3 standard deviations. The points have columns of
-/// pixels in place of x.
+/// Draws residuals into a rectangle, on a symmetric scale of at least 3 standard deviations. The x of the points are
+/// pixel columns.
 void paintResiduals(QPainter& painter, const QRect& rect, const std::vector<QPointF>& points, const StripStyle& style);
 
 } // namespace cli

@@ -1,4 +1,4 @@
-// tarnis send: commands to the server, replies to standard output.
+// tarnis send: sends commands to the server and prints the replies.
 #include "commands.h"
 #include "output.h"
 #include "server.h"
@@ -9,7 +9,7 @@ namespace cli {
 
 namespace {
 
-/// The commands of the line: one whose words these are, or several if the first one is quoted and holds a blank.
+/// The commands of the line: one consisting of these words, or several if the first one is quoted and contains a space.
 QStringList commandsOf(const QStringList& words)
 {
     return words.size() > 1 && words.first().trimmed().contains(u' ') ? words : QStringList { words.join(u' ') };
@@ -30,7 +30,7 @@ Result<QStringList> commandsOfInput()
     return commands;
 }
 
-/// Commands that the server answers with a length, a payload and a text.
+/// Whether the server answers the command with a length, a payload and a text.
 bool hasBinaryReply(const QString& command)
 {
     const QString name = command.section(u' ', 0, 0, QString::SectionSkipEmpty);

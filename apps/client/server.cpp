@@ -10,12 +10,12 @@ namespace cli {
 
 namespace {
 
-// A local server that is to end: an orderly one does so at "exit". One that ignores it gets SIGTERM, upon which the
-// orderly ones end their run, too; one that ignores that is killed.
+// Timeouts for ending a local server: first it gets "exit", then SIGTERM, on which it also ends its run, and finally it
+// is killed.
 constexpr int exitMs = 1000;
 constexpr int terminateMs = 4000;
 
-// "NG:" and any character of a text are more than this as a length, so that a refusal is not taken for one.
+// Interpreted as a length, "NG:" and any character exceed this, so a rejection is not mistaken for a payload.
 constexpr qint64 maxReplyBytes = qint64(128) << 20;
 
 Failure noConnection(const QString& text)
@@ -52,7 +52,7 @@ bool isControl(QChar c)
     return c.category() == QChar::Other_Control;
 }
 
-/// Whether bytes are a text for a terminal: valid UTF-8 without control characters but those that form lines.
+/// Whether bytes are printable text: valid UTF-8 without control characters other than those that form lines.
 bool isReadable(const QString& text)
 {
     return std::none_of(text.begin(), text.end(), [](QChar c) {
@@ -166,7 +166,7 @@ Server::~Server()
         return;
     m_process->terminate();
     if (!m_process->waitForFinished(terminateMs))
-        m_process->kill(); // its destructor waits for the end
+        m_process->kill(); // its destructor waits until the process has ended
 }
 
 Outcome Server::connectToServer()

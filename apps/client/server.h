@@ -1,4 +1,4 @@
-// The server of a command: connected to, or started, as the options say.
+// The server of a command, connected or started according to the options.
 #pragma once
 
 #include "arguments.h"
@@ -12,32 +12,32 @@
 
 namespace cli {
 
-/// Wrong usage if the name of a file or histogram of the server is empty or holds a control character, which would end
-/// the request. `what` is "file" or "histogram".
+/// Wrong usage if the name of a file or histogram on the server is empty or contains a control character, which would
+/// end the request. `what` is "file" or "histogram".
 Outcome checkRemoteName(const QString& name, const QString& what);
 /// Wrong usage if the text is empty or has more than one line.
 Outcome checkServerCommand(const QString& command);
 
-/// A connection for the time of one command. Each request waits for its reply.
+/// A connection for one command. Each request waits for its reply.
 class Server {
 public:
-    /// Connects, after it has started the program of --local. The text of a failure names the address.
+    /// Starts the program of --local, if given, and connects. The text of a failure contains the address.
     static Result<std::unique_ptr<Server>> open(const Arguments& arguments);
-    /// Ends the program that it has started.
+    /// Ends the program that was started.
     ~Server();
     Server(const Server&) = delete;
     Server& operator=(const Server&) = delete;
 
-    /// The reply to a text command. A refusal is a failure with the server's text, a reply that is no text one with the
+    /// The reply to a text command. A rejection is a failure with the server's text; a reply that is not text has the
     /// code NoConnection.
     Result<tarnis::Reply> ask(const QString& command);
-    /// The same for a command with a binary reply. A negative length is a failure, too.
+    /// As above for a command with a binary reply. A negative length is a failure too.
     Result<tarnis::Reply> askBinary(const QString& command);
     /// Stores a text file on the server.
     Result<tarnis::Reply> upload(const QString& name, const QByteArray& content);
     /// HOST:PORT.
     QString address() const;
-    /// A reply that does not keep to the protocol, with the code NoConnection.
+    /// A failure for a reply that violates the protocol, with the code NoConnection.
     Failure brokenReply(const QString& command, const QString& reason) const;
     tarnis::Client& client() { return *m_client; }
 

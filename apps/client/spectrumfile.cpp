@@ -8,7 +8,7 @@ namespace cli {
 
 namespace {
 
-/// The number of the first channel: of an axis that counts channels by their edges or centres, else 0.
+/// The first channel of an axis with edges or centres of consecutive channels, else 0.
 qsizetype firstChannelOf(const tarnis::Dataset& data)
 {
     const std::vector<double>& x = data.x.values;

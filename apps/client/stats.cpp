@@ -1,4 +1,4 @@
-// tarnis stats: numbers of a region of a spectrum.
+// tarnis stats: statistics of a region of a spectrum.
 #include "commands.h"
 #include "output.h"
 #include "spectrumfile.h"

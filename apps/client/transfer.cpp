@@ -1,4 +1,4 @@
-// tarnis put and tarnis get: text files to and from the server.
+// tarnis put and tarnis get: transfer text files to and from the server.
 #include "commands.h"
 #include "output.h"
 #include "server.h"
@@ -43,8 +43,8 @@ Outcome put(const Arguments& arguments)
     return report(arguments, file, remote, content.value().size());
 }
 
-/// What is wrong with the reply to rxfile; empty if it is a file. An empty file and a length of 0 by mistake differ in
-/// the text behind it: "OK: NAME, N bytes", or what should have been the content.
+/// The error in the reply to rxfile; empty if it is a file. An empty file and an erroneous length of 0 differ in the
+/// text after it: "OK: NAME, N bytes", or the intended content.
 QString faultOfFile(const tarnis::Reply& reply)
 {
     const QString text = reply.text().trimmed();

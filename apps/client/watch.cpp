@@ -1,4 +1,4 @@
-// tarnis watch: state, run, counts and rate of the server, a line each period.
+// tarnis watch: prints state, run, counts and rate of the server, one line per period.
 #include "commands.h"
 #include "interruption.h"
 #include "output.h"
@@ -14,10 +14,10 @@ namespace cli {
 
 namespace {
 
-/// What a reply to stat says: lines "name: value", in sections that begin with "--".
+/// The content of a reply to stat: lines "name: value", in sections that begin with "--".
 struct Statistics {
     QHash<QString, QString> run; ///< those of the section "--run", or of a reply without sections
-    bool hasValues = false; ///< any line states a value
+    bool hasValues = false; ///< whether any line contains a value
 };
 
 Statistics readStatistics(const QString& stat)
@@ -40,7 +40,7 @@ Statistics readStatistics(const QString& stat)
     return statistics;
 }
 
-/// A number if it is one, else the text; null if the server does not state it.
+/// A number if possible, else the text; null if the server does not report it.
 QJsonValue valueOf(const QHash<QString, QString>& values, const QString& name)
 {
     const QString text = values.value(name);
@@ -85,7 +85,7 @@ Outcome watch(const Arguments& arguments)
     const Result<std::unique_ptr<Server>> server = Server::open(arguments);
     if (!server.isOk())
         return interruption.isRequested() ? std::nullopt : Outcome(server.failure());
-    // A request under way ends at once.
+    // Ends a request under way at once.
     QObject::connect(&interruption, &Interruption::requested, &server.value()->client(), &tarnis::Client::abort);
     for (int line = 1; !interruption.isRequested(); ++line) {
         const Result<tarnis::Reply> reply = server.value()->ask("stat");

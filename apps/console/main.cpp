@@ -57,7 +57,7 @@ int runConsole(const console::Options& options, QSettings& store)
         return complain(
             QStringLiteral("the tour cannot go to %1: %2").arg(options.tourDirectory, tour.problem()), mistakeStatus);
     const console::QuitSignals quitSignals(window, [&tour] { tour.interrupt(); });
-    QApplication::setQuitOnLastWindowClosed(false); // the tour says when it is over
+    QApplication::setQuitOnLastWindowClosed(false); // the tour ends the application itself
     QTimer::singleShot(0, &window, [&tour] { QCoreApplication::exit(tour.run()); });
     const int status = QApplication::exec();
     return status == 0 ? 0 : complain(tour.summary(), status);
@@ -86,12 +86,12 @@ int main(int argc, char** argv)
             return complain(QStringLiteral("there is no display; --tour DIR works without one"), 1);
         qputenv("QT_QPA_PLATFORM", "offscreen");
     }
-    // The library's traces are for developers, who ask for them with QT_LOGGING_RULES="tarnis.*.debug=true".
+    // The library's traces are for developers, who enable them with QT_LOGGING_RULES="tarnis.*.debug=true".
     QLoggingCategory::setFilterRules(QStringLiteral("tarnis.*.debug=false"));
     QCoreApplication::setOrganizationName(QStringLiteral("tarnis"));
     QCoreApplication::setApplicationName(QStringLiteral("tarnis-console"));
     QCoreApplication::setApplicationVersion(QStringLiteral(TARNIS_CONSOLE_VERSION));
-    QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs, isTour); // so that they come out on the pictures
+    QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs, isTour); // so that they appear in the screenshots
     const QApplication application(argc, argv);
     console::IndicatorStyle::install();
 
@@ -100,15 +100,15 @@ int main(int argc, char** argv)
         if (!log_is_enabled())
             return complain(QStringLiteral("cannot write the log %1").arg(options.logFile), mistakeStatus);
     }
-    // A tour neither reads nor changes what the user's console remembers.
+    // A tour neither reads nor changes the user's settings.
     const QTemporaryDir scratch;
     const auto store = isTour
         ? std::make_unique<QSettings>(scratch.filePath(QStringLiteral("console.ini")), QSettings::IniFormat)
         : std::make_unique<QSettings>();
-    if (!options.logFile.isEmpty()) // what the log window shows first
+    if (!options.logFile.isEmpty()) // initial file of the log window
         store->setValue(QStringLiteral("log/file"), QFileInfo(options.logFile).absoluteFilePath());
     const int status = runConsole(options, *store);
-    tarnis::waitForEndingSessions(); // sessions that end in the background still write to the log
+    tarnis::waitForEndingSessions(); // sessions ending in the background still write to the log
     closelog();
     return status;
 }

@@ -104,9 +104,9 @@ MainWindow::MainWindow(QSettings& store, const QString& language)
 MainWindow::~MainWindow()
 {
     m_controller->disconnect(this);
-    delete m_runPanel; // watches the poller
-    delete m_stateWatch; // asks the panel
-    delete m_commandPanel; // before the manager that their sessions come from
+    delete m_runPanel; // uses the poller
+    delete m_stateWatch; // uses the panel
+    delete m_commandPanel; // before the manager that created their sessions
     delete m_settingsPanel;
     delete m_follower;
     delete m_windows;
@@ -344,7 +344,7 @@ void MainWindow::saveRecord()
         const QString error = tarnis::writeFile(path, m_commandPanel->recordText().toUtf8() + '\n');
         if (error.isEmpty())
             setSaveFilePath(path);
-        const QSignalBlocker blocker(m_saves); // the record is not data of the server
+        const QSignalBlocker blocker(m_saves); // the record is not server data
         m_saves->report(*this, path, error);
     });
     dialog->open();
@@ -376,7 +376,7 @@ void MainWindow::setDark(bool isDark)
 void MainWindow::restore()
 {
     restoreGeometry(m_store.value(QStringLiteral("window/geometry")).toByteArray());
-    if (const QScreen* const place = screen(); place && !isMaximized()) // with room for a frame
+    if (const QScreen* const place = screen(); place && !isMaximized()) // with space for a frame
         resize(size().boundedTo(place->availableGeometry().size() - QSize(2, 1) * fontMetrics().height()));
     ui->splitter->restoreState(m_store.value(QStringLiteral("window/splitter")).toByteArray());
     ui->sideSplitter->restoreState(m_store.value(QStringLiteral("window/sideSplitter")).toByteArray());
@@ -393,13 +393,13 @@ void MainWindow::remember()
     m_store.setValue(QStringLiteral("window/dark"), ui->darkAction->isChecked());
     m_store.setValue(QStringLiteral("commands"), m_commandPanel->history().entries());
     rememberWindows();
-    if (m_isServerChosen) // else what is kept may still be corrected
+    if (m_isServerChosen) // otherwise the stored server may still be corrected
         writeLastServer(m_store, m_controller->choice(), m_controller->prompt());
     m_store.sync();
     checkStore();
 }
 
-/// Tells once that what is to be kept cannot be.
+/// Reports once that the settings cannot be stored.
 void MainWindow::checkStore()
 {
     if (m_store.status() == QSettings::NoError || std::exchange(m_isStoreFaultReported, true))

@@ -29,13 +29,13 @@ class SaveReports;
 class SettingsPanel;
 class StatusPoller;
 
-/// Closing it asks about a run and about work that is not saved, then shuts the server down, and goes when the server
-/// has ended. GUI thread.
+/// Closing it asks about a run and unsaved work, then shuts down the server, and closes when the server has ended. GUI
+/// thread.
 class MainWindow : public QMainWindow {
     Q_OBJECT
 public:
-    /// `store` is what is kept from one run to the next; it must outlive the window. `language` is that of this run;
-    /// empty: the one that was chosen last.
+    /// `store` contains the settings; it must outlive the window. `language` applies to this run; empty: the last
+    /// chosen one.
     explicit MainWindow(QSettings& store, const QString& language = QString());
     ~MainWindow() override;
 
@@ -46,9 +46,9 @@ public:
     CommandPanel& commandPanel() { return *m_commandPanel; }
     SettingsPanel& settingsPanel() { return *m_settingsPanel; }
 
-    /// Opens the window of the entry, or brings it forward if it is open. Null while it cannot be opened.
+    /// Opens the window of the entry, or raises it if it is open. Null while it cannot be opened.
     QWidget* openWindow(const WindowEntry& entry);
-    /// Why the window of the entry cannot be opened now, in words; empty if it can.
+    /// Why the window of the entry cannot be opened now, as a text for users; empty if it can.
     QString refusal(const WindowEntry& entry) const;
     const std::vector<WindowEntry>& entries() const { return m_entries; }
     OpenWindows& windows() { return *m_windows; }
@@ -57,7 +57,7 @@ public:
     HistogramWindowUpdater& follower() { return *m_follower; }
     StatusPoller& stateWatch() { return *m_stateWatch; }
 
-    /// Closes without a question about a run: the program is ended from outside.
+    /// Closes without asking about a run, when the program is terminated from outside.
     void leave();
 
 protected:
@@ -102,16 +102,16 @@ protected:
     RunPanel* m_runPanel;
     std::vector<WindowEntry> m_entries; ///< never grows: open windows refer to their entries
     QList<QAction*> m_windowActions; ///< one for each entry
-    QList<QAction*> m_openActions; ///< the open windows as the menu last showed them
+    QList<QAction*> m_openActions; ///< open windows in the menu at its last update
     OpenWindows* m_windows;
     ServerHistograms* m_histograms;
     HistogramWindowUpdater* m_follower;
-    QStringList m_windowsToReopen; ///< those of the last run that could not be opened yet
+    QStringList m_windowsToReopen; ///< windows of the previous session that could not be opened yet
     bool m_isReopening = false;
     bool m_isServerChosen = false;
     bool m_isStoreFaultReported = false;
-    bool m_isRunGivenUp = false; ///< the user who closes the window knows that a run ends
-    bool m_isAskingToSave = false; ///< a window with unsaved work was asked to close; this one closes behind it
+    bool m_isRunGivenUp = false; ///< the user has confirmed that closing ends the run
+    bool m_isAskingToSave = false; ///< a window with unsaved work was requested to close; this one closes after it
     bool m_isClosing = false; ///< close as soon as the server has ended
 };
 

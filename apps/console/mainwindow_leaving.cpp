@@ -1,4 +1,4 @@
-// How the console is left and its server ended, without the loss of what the user still needs.
+// Closes the console and ends its server without losing unsaved work.
 #include "mainwindow.h"
 
 #include "server/servercontroller.h"
@@ -53,12 +53,12 @@ void MainWindow::closeEvent(QCloseEvent* event)
 {
     remember();
     event->ignore();
-    m_isAskingToSave = false; // until it is asked below
+    m_isAskingToSave = false; // set below if needed
     if (!m_isRunGivenUp && m_controller->isRunAtStake()) {
         unlessRunMatters([this] { leave(); });
         return;
     }
-    if (m_windows->closeUnsaved()) { // while the server is there to save on
+    if (m_windows->closeUnsaved()) { // while the server can still be used for saving
         m_isAskingToSave = true;
         return;
     }
@@ -70,10 +70,10 @@ void MainWindow::closeEvent(QCloseEvent* event)
         event->setAccepted(m_windows->closeAll());
         return;
     }
-    m_isClosing = true; // goes when the server has ended, see updateControls()
+    m_isClosing = true; // the window closes when the server has ended, see updateControls()
     m_controller->stop();
     if (m_controller->state() == ServerState::Up)
-        m_isClosing = false; // refused: the server is busy
+        m_isClosing = false; // rejected: the server is busy
 }
 
 } // namespace console

@@ -1,4 +1,4 @@
-// The windows that the main window opens: their menu, what keeps them from opening, and how they are laid out.
+// The windows of the console: their menu, why they cannot be opened, and their layout.
 #include "mainwindow.h"
 
 #include "app/availability.h"
@@ -20,7 +20,7 @@ namespace console {
 
 namespace {
 
-constexpr QLatin1String histogramPrefix("histogram "); // of the ids of windows that the chooser opens
+constexpr QLatin1String histogramPrefix("histogram "); // prefix of the ids of windows opened by the chooser
 constexpr QLatin1String openWindowsKey("windows/open");
 
 } // namespace
@@ -124,10 +124,10 @@ bool MainWindow::reopenWindow(const QString& id)
         if (entry.id == id)
             return openWindow(entry) != nullptr;
     }
-    return true; // of another version: forgotten
+    return true; // from another version: dropped
 }
 
-/// Each as soon as its server and histogram are there.
+/// Opens each window as soon as its server and histogram are available.
 void MainWindow::reopenWindows()
 {
     if (m_windowsToReopen.isEmpty() || m_isReopening || m_isClosing || !isVisible())
@@ -145,7 +145,7 @@ void MainWindow::rememberWindows()
     QStringList open = m_windows->ids();
     for (const QString& id : std::as_const(m_windowsToReopen)) {
         if (!open.contains(id))
-            open.append(id); // its server has not been there
+            open.append(id); // its server was not available
     }
     open.removeIf([](const QString& id) { return id == u"base-path" || id == u"server-files" || id == u"histograms"; });
     m_store.setValue(openWindowsKey, open);

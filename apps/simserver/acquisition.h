@@ -1,5 +1,5 @@
-// A data acquisition without hardware: runs that start and stop, events that come while they last, what the readout
-// modules let through, and the numbers about it. Time is handed in; one object belongs to one thread.
+// A data acquisition without hardware: runs, events during a run, readout modules that filter them, and statistics. The
+// caller passes the time; not thread-safe.
 #pragma once
 
 #include "events.h"
@@ -17,9 +17,9 @@ namespace simserver {
 struct Module {
     static constexpr int maxThreshold = 1023;
 
-    bool enabled = true; ///< a module that is off drops its events
-    int threshold = 0; ///< drops events of smaller height; heights are exponential with a mean of 256
-    std::uint64_t counts = 0; ///< since the start of the run or the last clear
+    bool enabled = true; ///< a disabled module drops its events
+    int threshold = 0; ///< drops events of smaller height; heights are exponentially distributed with a mean of 256
+    std::uint64_t counts = 0; ///< counts since the start of the run or the last clear
 };
 
 class Acquisition {
@@ -28,30 +28,30 @@ public:
 
     explicit Acquisition(const SettingValues& values);
 
-    /// Serves a measured spectrum and samples it, one channel for each event. Only while stopped.
+    /// Sets a measured spectrum, from which one channel is sampled for each event. Only while stopped.
     void setSpectrum(const Spectrum& spectrum);
-    /// Takes over changed settings. A new number of modules clears everything and puts the modules back to default.
+    /// Applies changed settings. A new number of modules clears everything and resets the modules to default.
     void configure(const SettingValues& values);
 
     /// Begins run `run` on cleared histograms.
     void start(int run);
     void stop();
-    /// Zeroes histograms, counts and clocks; a run goes on.
+    /// Resets histograms, counts and clocks; a run continues.
     void clear();
 
-    /// Lets `seconds` of real time pass. Goes on in slices of a few thousand events; when `mayGoOn` says no between
-    /// two of them, the rest of the time is dead. A preset ends the run at its very event.
+    /// Simulates `seconds` of real time in slices of a few thousand events. When `mayGoOn` returns false between two
+    /// slices, the rest of the time is dead time. A preset ends the run exactly at its event.
     void advance(double seconds, const std::function<bool()>& mayGoOn);
 
     State state() const { return m_stream ? State::Running : State::Stopped; }
     bool isRunning() const { return m_stream.has_value(); }
-    int run() const { return m_run; } ///< of the run under way or the last one; -1 before the first
+    int run() const { return m_run; } ///< number of the current or last run; -1 before the first
     std::uint64_t events() const { return m_events; } ///< accepted events since the start or the last clear
-    std::uint64_t rejected() const { return m_rejected; } ///< dropped by modules
+    std::uint64_t rejected() const { return m_rejected; } ///< events dropped by modules
     double realTime() const { return m_realTime; } ///< seconds since the start or the last clear
-    double liveTime() const { return m_liveTime; } ///< the share of it in which events could come
+    double liveTime() const { return m_liveTime; } ///< the part of it in which events were possible
     double meanRate() const; ///< accepted events per live second
-    double recentRate() const { return m_recentRate; } ///< the same over the last whole second or so; 0 while stopped
+    double recentRate() const { return m_recentRate; } ///< the same over about the last second; 0 while stopped
 
     std::vector<Module>& modules() { return m_modules; }
     const std::vector<Module>& modules() const { return m_modules; }
@@ -68,8 +68,8 @@ private:
     std::vector<Module> m_modules;
     int m_run = -1;
 
-    // Of the run under way. The streams of random numbers are apart, so that neither a spectrum nor a threshold changes
-    // which events come.
+    // Event stream of the current run. Random number streams are separate, so that neither a spectrum nor a threshold
+    // changes the events.
     std::optional<EventStream> m_stream;
     Random m_channelRandom;
     Random m_heightRandom;

@@ -47,9 +47,9 @@ void Client::start(const Steps& greeting)
 void Client::work()
 {
     if (m_working)
-        return; // a flush inside a step tells of its written bytes
+        return; // a flush inside a step emits bytesWritten()
     const QScopedValueRollback<bool> working(m_working, true);
-    // The next reply begins when all of the last one has left this process: so every client gets its turn.
+    // The next reply begins when the previous one is completely written, so that all clients are served fairly.
     while (!m_closing && !m_paused) {
         if (!m_steps.empty()) {
             if (carryOut(m_steps.front()) && !m_steps.empty())
@@ -60,7 +60,7 @@ void Client::work()
     }
 }
 
-/// True when the step is done and can go.
+/// True when the step is complete.
 bool Client::carryOut(Step& step)
 {
     switch (step.kind) {

@@ -1,5 +1,6 @@
-// One connection: it greets, takes requests one after the other, and carries out the steps of each reply. Requests wait
-// in the kernel while a reply is under way, so a client that does not read holds at most one reply here.
+// One connection: sends the greeting, reads requests one after the other, and executes the steps of each reply.
+// Requests wait in the kernel while a reply is under way, so at most one reply is buffered for a client that does not
+// read.
 #pragma once
 
 #include "faults.h"
@@ -24,14 +25,14 @@ public:
     /// Turns a request into the steps of its reply.
     using Responder = std::function<Steps(const Request&)>;
 
-    /// Takes the socket over and begins with the steps of the greeting once start() is called.
+    /// Takes ownership of the socket. start() begins with the steps of the greeting.
     Client(QTcpSocket* socket, int number, Responder responder, QObject* parent);
 
     void start(const Steps& greeting);
     int number() const { return m_number; }
 
 Q_SIGNALS:
-    void finished(); ///< the connection is gone; the object may be deleted later
+    void finished(); ///< the connection has ended; the object may be deleted
 
 private:
     static constexpr qint64 readChunk = qint64 { 64 } * 1024;
@@ -46,7 +47,7 @@ private:
     int m_number;
     Responder m_responder;
     RequestReader m_reader;
-    std::deque<Step> m_steps; ///< of the reply under way
+    std::deque<Step> m_steps; ///< remaining steps of the current reply
     QTimer m_pause;
     bool m_working = false;
     bool m_paused = false;

@@ -24,7 +24,7 @@ struct Command {
 
 Reply helpCommand(Simulation& simulation, const QString& arguments);
 
-/// Answered before it gets here, since its content ends with a byte of its own.
+/// Normally handled earlier, because its content ends with a special byte.
 Reply uploadWithoutContent(Simulation&, const QString&)
 {
     return Reply::refusal(QStringLiteral("txfile needs a first line with a name"));
@@ -67,7 +67,7 @@ Reply unknownCommand(const QString& name)
     return Reply::refusal(QStringLiteral("unknown command '%1'; help lists the commands").arg(shown(name)));
 }
 
-/// What the user wants to know about one command beyond its line.
+/// Details of one command beyond its summary line.
 QString details(const QString& name)
 {
     if (name == QStringLiteral("setting"))
@@ -104,7 +104,7 @@ bool isControl(QChar character)
     return character < QLatin1Char(' ') && character != QLatin1Char('\t');
 }
 
-/// The reply of a command that is refused by a fault, in the form in which its client reads it.
+/// The reply of a command rejected by a fault, in the form that the client expects.
 Reply refusedOnDemand(const Command* command)
 {
     const bool binary =
@@ -117,7 +117,7 @@ Reply answerLine(Simulation& simulation, const QByteArray& bytes)
 {
     const QString line = QString::fromLatin1(bytes).trimmed();
     if (line.isEmpty())
-        return Reply(); // a bare line feed draws a fresh prompt
+        return Reply(); // an empty line is answered by a prompt
     if (std::any_of(line.begin(), line.end(), isControl))
         return Reply::refusal(QStringLiteral("the command holds a control character"));
     const qsizetype blank = line.indexOf(QLatin1Char(' '));

@@ -1,4 +1,4 @@
-// Commands about histograms. hist1d and hist2d answer in binary form whatever they have to say.
+// Commands about histograms. hist1d and hist2d always answer in binary form, including errors.
 #include "commandtable.h"
 #include "histograms.h"
 #include "simulation.h"
@@ -20,7 +20,7 @@ QString axisText(const Axis& axis, const QString& suffix)
         .arg(numberText(axis.min), numberText(axis.max), axis.label, axis.unit);
 }
 
-/// Takes the word that begins with `prefix` out of the list; what follows the prefix, or nothing.
+/// Removes the word that begins with `prefix` from the list. Returns the rest of the word, or an empty text.
 QString takeOption(QStringList& words, const QString& prefix)
 {
     for (qsizetype i = 0; i < words.size(); ++i) {
@@ -30,7 +30,7 @@ QString takeOption(QStringList& words, const QString& prefix)
     return {};
 }
 
-/// A number of bins that divides those of the axis. Returns what is wrong.
+/// Reads a number of bins that divides that of the axis. Returns the error, if any.
 QString readBins(const QString& text, const Axis& axis, int& bins)
 {
     bool valid = false;
@@ -42,7 +42,7 @@ QString readBins(const QString& text, const Axis& axis, int& bins)
     return {};
 }
 
-/// What a hist1d command asks for of its histogram.
+/// The rows requested by a hist1d command.
 struct RowRequest {
     int first = 0;
     int last = 0;
@@ -62,7 +62,7 @@ QString readRow(const QString& word, const Histogram1D& histogram, int& row)
     return {};
 }
 
-/// Reads what is left of the words: up to two rows, or one with pairs.
+/// Reads the remaining words: up to two rows, or one with pairs.
 QString readRows(const QStringList& words, const Histogram1D& histogram, RowRequest& request)
 {
     const qsizetype most = request.pairs ? 1 : 2;
@@ -94,7 +94,7 @@ QString parseRowRequest(QStringList words, const Histogram1D& histogram, RowRequ
     return readRows(words, histogram, request);
 }
 
-/// "OK:" and a line that names what comes; behind it the live time and the number of events.
+/// "OK:" and a line with the content, the live time and the number of events.
 QByteArray heading(const QString& what, const Acquisition& run)
 {
     return QStringLiteral("OK: %1, run %2, live %3 s, %4 events")

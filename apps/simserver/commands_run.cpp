@@ -111,7 +111,7 @@ Reply tellFaults(Simulation& simulation)
     return reply;
 }
 
-/// Reads `every:N` and `delay:MS`; returns what is wrong.
+/// Reads `every:N` and `delay:MS`; returns the error, if any.
 QString readFaultOption(const QString& word, int& every, int& delayMs)
 {
     bool valid = false;
@@ -231,7 +231,7 @@ Reply sleepCommand(Simulation&, const QString& arguments)
         reply.leads.push_back({ .pauseMs = milliseconds, .text = {} });
         return reply;
     }
-    // The steps are lines of one reply: "OK:" leads them, the prompt alone ends them.
+    // The steps are lines of one reply, which starts with "OK:" and ends with the prompt.
     reply.leads.push_back({ .pauseMs = 0, .text = reply.text });
     for (int step = 1; step <= steps; ++step) {
         const auto until = [&](int s) { return static_cast<int>(qint64 { milliseconds } * s / steps); };

@@ -1,5 +1,4 @@
-// The commands, one function each, by the source that holds them. All take what stands behind the command's name,
-// without blanks at its ends.
+// The commands, one function each, grouped by source file. The argument is the trimmed text after the command's name.
 #pragma once
 
 #include "reply.h"
@@ -39,7 +38,7 @@ Reply listCommand(Simulation& simulation, const QString& arguments);
 Reply downloadCommand(Simulation& simulation, const QString& arguments);
 Reply uploadRequest(Simulation& simulation, const QByteArray& request);
 
-/// For commands that take no arguments: the refusal, or nothing to say.
+/// For commands without arguments: a rejection, or empty.
 QString unexpected(const QString& arguments);
 
 } // namespace simserver

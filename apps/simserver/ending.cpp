@@ -13,14 +13,14 @@ namespace {
 
 constexpr qsizetype longestLine = 4096;
 
-// A signal handler may do little more than write; the other end of the pair is watched by the event loop.
+// A signal handler may only write; the event loop monitors the other end of the pair.
 std::array<int, 2> signalPair { -1, -1 };
 
 extern "C" void onSignal(int number)
 {
     const int saved = errno;
     const char byte = static_cast<char>(number);
-    // A full pair means that an end has been asked for already.
+    // A full pair means that the end was already requested.
     [[maybe_unused]] const ssize_t written = write(signalPair[0], &byte, 1);
     errno = saved;
 }
@@ -88,7 +88,7 @@ bool takesExit(QByteArray& line, const QByteArray& bytes)
         feed = line.indexOf('\n');
     }
     if (line.size() > longestLine)
-        line.truncate(longestLine); // no such line can become "exit" any more
+        line.truncate(longestLine); // such a line cannot become "exit"
     return line.trimmed() == "exit";
 }
 

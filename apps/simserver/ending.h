@@ -1,4 +1,4 @@
-// What tells the process to end: "exit" or the end of standard input, and the signals of a terminal or a service
+// Detects requests to end the process: "exit" or the end of standard input, and the signals of a terminal or a service
 // manager.
 #pragma once
 
@@ -13,7 +13,7 @@ namespace simserver {
 class Ending : public QObject {
     Q_OBJECT
 public:
-    /// Watches for signals at once, and standard input if `useStandardInput`. One object a process.
+    /// Monitors signals, and standard input if `useStandardInput`. One object per process.
     Ending(bool useStandardInput, QObject* parent = nullptr);
     ~Ending() override;
     Ending(const Ending&) = delete;
@@ -30,7 +30,7 @@ private:
     QByteArray m_line; ///< the line under way
 };
 
-/// True if `bytes` bring `line`, the line under way, to "exit", alone on a line, with or without its end. Keeps the
+/// Appends `bytes` to `line`, the incomplete line. True if a line is "exit", with or without line end. `line` keeps the
 /// rest.
 bool takesExit(QByteArray& line, const QByteArray& bytes);
 

@@ -8,7 +8,7 @@ namespace simserver {
 
 namespace {
 
-/// A line of a simple cubic lattice: N = h^2 + k^2 + l^2 and how many planes share it.
+/// A line of a simple cubic lattice: N = h^2 + k^2 + l^2 and its multiplicity.
 struct LatticeLine {
     int squareSum;
     int multiplicity;
@@ -18,7 +18,7 @@ constexpr std::array<LatticeLine, EventModel::maxPeaks> latticeLines { { { 1, 6 
     { 5, 24 }, { 6, 24 }, { 8, 12 }, { 9, 30 }, { 10, 24 }, { 11, 24 }, { 12, 8 }, { 13, 24 } } };
 
 constexpr double firstPeakTime = 0.88;
-constexpr double moduleShift = 0.03; // of a peak's time, from the first module to the last
+constexpr double moduleShift = 0.03; // shift of a peak's time from the first to the last module
 constexpr double spotShare = 0.25;
 constexpr double spotSigma = 0.012;
 constexpr double haloShare = 0.5;
@@ -30,15 +30,15 @@ double linePosition(int peak)
     return firstPeakTime / std::sqrt(static_cast<double>(latticeLines.at(static_cast<std::size_t>(peak)).squareSum));
 }
 
-/// Low-discrepancy places between 0.1 and 0.9, so that no two spots meet.
+/// Low-discrepancy positions between 0.1 and 0.9, so that spots do not overlap.
 double spotPlace(int peak, double step)
 {
     const double place = 0.5 + step * (peak + 1);
     return 0.1 + 0.8 * (place - std::floor(place));
 }
 
-/// A normal number that is drawn again until it lies in [0, 1). Every use has nearly all of its weight inside; after 64
-/// draws the last one is moved to the border, so that the loop ends whatever happens.
+/// A normal number that is drawn again until it is in [0, 1). All uses have nearly all of their weight inside; after 64
+/// draws the last one is clamped, so that the loop always ends.
 double normalShare(Random& random, double mean, double sigma)
 {
     double share = 0.0;
@@ -93,7 +93,7 @@ Event EventModel::sampleBackground(Random& random) const
         event.horizontal = random.uniform();
         event.vertical = random.uniform();
     }
-    // Inverse of the exponential's distribution function, cut at one period.
+    // Inverse of the exponential's distribution function, truncated at one period.
     const double cut = -std::expm1(-1.0 / backgroundDecay);
     event.time = std::min(-backgroundDecay * std::log1p(-random.uniform() * cut), largestShare);
     event.module = moduleAt(event.horizontal);

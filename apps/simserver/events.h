@@ -1,5 +1,5 @@
-// The physics of the simulation: where and when events come, and a Poisson stream of them over live time. Plain
-// arithmetic on its own random numbers; no clock, no socket. One object belongs to one thread.
+// The physics of the simulation: position and time of events, and a Poisson stream of them over live time. Pure
+// arithmetic with its own random numbers; no clock, no socket. Not thread-safe.
 #pragma once
 
 #include "random.h"
@@ -10,8 +10,8 @@
 
 namespace simserver {
 
-/// One event. Positions are shares of the detector's width and height, the time is a share of the pulse period; all in
-/// [0, 1).
+/// One event. Positions are fractions of the detector's width and height, the time is a fraction of the pulse period;
+/// all in [0, 1).
 struct Event {
     int module = 0;
     double horizontal = 0.0;
@@ -20,30 +20,30 @@ struct Event {
 };
 
 struct EventShape {
-    int modules = 8; ///< side by side, each covers an equal share of the width; at least 1
+    int modules = 8; ///< side by side, each covers an equal part of the width; at least 1
     int peaks = 6; ///< 0 to EventModel::maxPeaks
-    double background = 0.5; ///< share of the events that belong to no peak, 0 to 1
+    double background = 0.5; ///< fraction of the events that belong to no peak, 0 to 1
 };
 
 /// A powder pattern measured by time of flight: peaks at t0 / sqrt(N) with N = h^2 + k^2 + l^2 of a simple cubic
 /// lattice, weights multiplicity * t^2, on a background that falls exponentially with time. A quarter of a peak's
-/// events lie in one bright spot; half of the background is denser towards the middle of the detector. A module sees a
-/// peak shifted in proportion to its distance from the middle.
+/// events are in one bright spot; half of the background is denser towards the middle of the detector. In a module, a
+/// peak is shifted in proportion to the distance from the middle.
 class EventModel {
 public:
     static constexpr int maxPeaks = 12;
-    static constexpr double backgroundDecay = 0.35; ///< share of the period in which the background falls to 1/e
+    static constexpr double backgroundDecay = 0.35; ///< fraction of the period in which the background falls to 1/e
 
     explicit EventModel(const EventShape& shape);
 
     Event sample(Random& random) const;
-    /// Where peak `peak` stands in `module`, and how wide it is, as shares of the period.
+    /// Centre and width of peak `peak` in `module`, as fractions of the period.
     double peakCentre(int peak, int module) const;
     static double peakSigma(int peak);
 
 private:
     struct Peak {
-        double cumulativeWeight; ///< of this and all peaks before it; the last is 1
+        double cumulativeWeight; ///< weight of this and all previous peaks; the last is 1
         double horizontal;
         double vertical;
     };
@@ -56,15 +56,15 @@ private:
     std::vector<Peak> m_peaks;
 };
 
-/// Events with independent exponential gaps. What comes is a function of seed, run and shape; when it comes, of the
-/// rate too. Cutting the time into pieces changes nothing.
+/// Events with independent exponential gaps. The events depend on seed, run and shape, and their times also on the
+/// rate. Splitting the time into intervals changes nothing.
 class EventStream {
 public:
     /// `rate` in events per second of live time, finite and not negative.
     EventStream(std::uint64_t seed, std::uint64_t run, const EventShape& shape, double rate);
 
-    /// Hands every event up to `until` (live seconds), but at most `limit` of them, to `sink`. True if the live time
-    /// has reached `until`; otherwise it stands at the last event.
+    /// Passes the events up to `until` (live seconds), at most `limit` of them, to `sink`. True if the live time has
+    /// reached `until`; otherwise it is that of the last event.
     template <typename Sink> bool advance(double until, std::int64_t limit, Sink&& sink)
     {
         while (m_next <= until) {
@@ -79,7 +79,7 @@ public:
         return true;
     }
 
-    /// Takes effect at once; the gap under way is stretched, so that the stream stays Poisson.
+    /// Takes effect at once; the current gap is rescaled, so that the stream remains Poisson.
     void setRate(double rate);
     double rate() const { return m_rate; }
     double liveTime() const { return m_now; }

@@ -105,7 +105,7 @@ void appendLeads(Steps& steps, const Reply& reply)
     }
 }
 
-/// The parts one by one, so that a payload is never copied.
+/// Appends the parts separately, so that a payload is never copied.
 void appendFrame(Steps& steps, const Frame& frame)
 {
     if (!frame.length.isEmpty())
@@ -121,7 +121,7 @@ bool appliesTo(Fault fault, const Reply& reply)
         return false;
     switch (fault) {
     case Fault::Refuse:
-        return false; // it has struck before there was a reply
+        return false; // it took effect before there was a reply
     case Fault::EarlyPrompt:
         return !reply.isBinary();
     case Fault::SplitLength:
@@ -144,7 +144,7 @@ bool appliesTo(Fault fault, const Reply& reply)
     }
 }
 
-/// Every seventh double becomes something that no detector counts.
+/// Replaces every seventh double by an impossible count.
 void spoilValues(QByteArray& payload)
 {
     using Limits = std::numeric_limits<double>;
@@ -155,7 +155,7 @@ void spoilValues(QByteArray& payload)
         std::memcpy(payload.data() + i * width, &odd.at(static_cast<std::size_t>(i / 7) % odd.size()), sizeof(double));
 }
 
-/// Adds a pair whose abscissa is the upper end of the axis in the reply's text, one bin too far.
+/// Adds a pair whose abscissa is the upper end of the axis in the reply's text, which is one bin too far.
 void appendPairAtEnd(Reply& reply)
 {
     const QByteArray axis = reply.text.mid(reply.text.indexOf('(') + 1);
@@ -172,7 +172,7 @@ QByteArray randomBytes(Random& random, qsizetype count)
     return bytes;
 }
 
-/// Faults of what a reply says: they change it before it becomes bytes.
+/// Faults of a reply's content, applied before it is encoded.
 void spoilReply(Fault fault, Reply& reply, Random& random)
 {
     switch (fault) {
@@ -232,7 +232,7 @@ void spoilLength(Fault fault, Frame& frame)
 
 void appendChunks(Steps& steps, const QByteArray& bytes, Random& random, int pauseMs)
 {
-    // Up to a hundred pieces or so, whatever the size.
+    // About a hundred pieces at most, independent of the size.
     const auto largest = std::max<std::uint64_t>(16, static_cast<std::uint64_t>(bytes.size() / 50));
     for (qsizetype at = 0; at < bytes.size();) {
         const qsizetype size = 1 + static_cast<qsizetype>(random.below(largest));
@@ -257,7 +257,7 @@ void appendEarlyPrompt(Steps& steps, const Frame& frame, int pauseMs)
     appendSplit(steps, bytes, middle + frame.prompt.size(), pauseMs);
 }
 
-/// Faults of how the bytes travel.
+/// Faults of the transmission.
 void appendFaulty(Steps& steps, Fault fault, const Frame& frame, Random& random, int delayMs, quint64 strike)
 {
     const QByteArray whole = frame.whole();

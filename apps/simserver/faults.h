@@ -1,5 +1,5 @@
-// The ways in which the server can misbehave on demand. A fault is a name, and what it does to the bytes of a greeting
-// or a reply: a list of steps that a connection carries out. Nothing here touches a socket.
+// Faults that the server can simulate. A fault has a name and changes the bytes of a greeting or a reply, given as a
+// list of steps for a connection. Uses no sockets.
 #pragma once
 
 #include "random.h"
@@ -62,7 +62,7 @@ enum class Fault {
     IgnoreExit,
 };
 
-/// How the process ends by a fault that makes it exit.
+/// Exit code of the process for a fault that makes it exit.
 inline constexpr int faultExitCode = 3;
 
 struct FaultInfo {
@@ -70,7 +70,7 @@ struct FaultInfo {
 
     Fault fault;
     Where where;
-    int delayMs; ///< the usual pause: before what is late, or between pieces
+    int delayMs; ///< default delay: before a late reply, or between pieces
     const char* name;
     const char* meaning;
 };
@@ -79,17 +79,17 @@ struct FaultInfo {
 std::span<const FaultInfo> allFaults();
 const FaultInfo& infoOf(Fault fault);
 std::optional<Fault> faultByName(const QString& name);
-/// One line a fault: name and meaning.
+/// One line per fault: name and meaning.
 QString faultHelp();
 
-/// What a connection does with the bytes of a reply.
+/// One step of sending a reply.
 struct Step {
     enum class Kind {
         Write, ///< bytes, whole
         WritePieces, ///< bytes, `piece` at a time with `pauseMs` between them
         Pause, ///< pauseMs
-        Close, ///< after everything has gone out
-        Reset, ///< close so that the peer sees an error; what has not gone out is lost
+        Close, ///< after everything was sent
+        Reset, ///< close so that the peer gets an error; unsent bytes are lost
         Exit, ///< end the process with exit code 3
         Crash, ///< end the process by a signal
     };
@@ -101,20 +101,20 @@ struct Step {
 
 using Steps = std::vector<Step>;
 
-/// The fault that is set, and how often and how it strikes.
+/// The current fault, and when it takes effect.
 class FaultSwitch {
 public:
-    /// `every`: each so-many-th reply that the fault can act on; at least 1. `delayMs` below 0 means the usual one.
+    /// `every`: affects every n-th applicable reply; at least 1. A `delayMs` below 0 selects the default.
     void set(Fault fault, int every, int delayMs);
 
     Fault fault() const { return m_fault; }
     int every() const { return m_every; }
     int delayMs() const { return m_delayMs < 0 ? infoOf(m_fault).delayMs : m_delayMs; }
 
-    /// The steps of a connection's greeting, of a reply. A reply to which the fault does not apply comes as it should.
+    /// The steps of a connection's greeting or of a reply. A reply to which the fault does not apply is sent normally.
     Steps greeting(const QByteArray& text, const QByteArray& prompt);
     Steps reply(Reply reply, const QByteArray& prompt);
-    /// True if the next command is to be refused instead of carried out. Counts as a reply.
+    /// True if the next command is to be rejected instead of executed. Counts as a reply.
     bool refuses();
 
 private:
@@ -123,7 +123,7 @@ private:
     Fault m_fault = Fault::None;
     int m_every = 1;
     int m_delayMs = -1;
-    quint64 m_count = 0; ///< replies so far that the fault could act on
+    quint64 m_count = 0; ///< number of applicable replies so far
     quint64 m_strikes = 0;
     Random m_random { 0, 0, 3 };
 };

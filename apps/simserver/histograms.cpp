@@ -16,7 +16,7 @@ QByteArray doubleArray(std::size_t count)
     return QByteArray(static_cast<qsizetype>(count * sizeof(double)), Qt::Uninitialized);
 }
 
-/// A share of a whole as a bin number.
+/// Converts a fraction to a bin number.
 std::size_t binOf(double share, int bins)
 {
     return static_cast<std::size_t>(std::clamp(static_cast<int>(share * bins), 0, bins - 1));

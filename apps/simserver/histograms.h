@@ -1,5 +1,5 @@
-// The histograms of a run and the payloads of the replies that carry them. Counts are doubles, so that a reply copies
-// them; they are exact up to 2^53. One object belongs to one thread.
+// The histograms of a run and the payloads of their replies. Counts are doubles, so that a reply can copy them; they
+// are exact up to 2^53. Not thread-safe.
 #pragma once
 
 #include "events.h"
@@ -27,12 +27,12 @@ struct Histogram1D {
     QString name;
     Axis axis;
     int rows = 1;
-    std::vector<double> counts; ///< rows * bins, row after row
+    std::vector<double> counts; ///< rows * bins, row-major
 
     std::span<const double> row(int number) const;
 };
 
-/// A map; bin (x, y) stands at y * x.bins + x, row 0 has the least y.
+/// A map; bin (x, y) is at y * x.bins + x, row 0 has the smallest y.
 struct Histogram2D {
     QString name;
     Axis x;
@@ -40,20 +40,20 @@ struct Histogram2D {
     std::vector<double> counts;
 };
 
-/// The bins of one row added up to `bins` bins; `bins` divides the row's length.
+/// Sums the bins of one row into `bins` bins; `bins` must divide the row's length.
 std::vector<double> rebinned(std::span<const double> row, int bins);
 
-/// Doubles of the rows first..last side by side, sample after sample. `bins` divides the histogram's bins.
+/// Interleaved doubles of the rows first..last. `bins` must divide the histogram's bins.
 QByteArray rowPayload(const Histogram1D& histogram, int first, int last, int bins);
 
-/// Pairs of a bin's left edge and its count, ascending; without `all` only of the bins that are not zero.
+/// Pairs of a bin's left edge and its count, ascending; without `all` only for non-zero bins.
 QByteArray pairPayload(const Histogram1D& histogram, int row, int bins, bool all);
 
-/// Doubles row after row, row 0 first. `xBins` and `yBins` divide the bins of the axes.
+/// Doubles in row-major order. `xBins` and `yBins` must divide the bins of the axes.
 QByteArray mapPayload(const Histogram2D& histogram, int xBins, int yBins);
 
 /// All histograms of the server: `time` and `position` with a row for each module, `total`, `counts`, the maps `image`
-/// and `timemap`, and with a measured spectrum `spectrum` as it was read and `sampled`, which grows.
+/// and `timemap`, and with a measured spectrum `spectrum` as read and `sampled`, which accumulates.
 class HistogramSet {
 public:
     static constexpr int timeBins = 16384;
@@ -66,13 +66,13 @@ public:
 
     /// Adds `spectrum` and `sampled`.
     void addSpectrum(const Spectrum& spectrum);
-    /// Another number of modules; everything but `spectrum` is zero afterwards.
+    /// Changes the number of modules, and resets everything except `spectrum`.
     void setModules(int modules);
 
     void fill(const Event& event);
-    /// One more count in a channel of `sampled`; only after addSpectrum(), with a channel of that spectrum.
+    /// Adds a count to a channel of `sampled`; only after addSpectrum(), with a channel of that spectrum.
     void fillSampled(std::size_t channel);
-    /// Zeroes everything but `spectrum`.
+    /// Resets everything except `spectrum`.
     void clear();
 
     const std::vector<Histogram1D>& all1D() const { return m_1d; }

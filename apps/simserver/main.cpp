@@ -26,7 +26,7 @@ using namespace simserver;
 
 enum ExitCode { Ended = 0, CannotStart = 1, WrongCommandLine = 2, ByFault = faultExitCode };
 
-/// Writes all of it at once, past any buffer: who starts the server reads the port in one piece.
+/// Writes unbuffered, so that the program that starts the server can read the port in one piece.
 void print(int descriptor, const QByteArray& text)
 {
     const char* at = text.constData();
@@ -49,7 +49,7 @@ int complain(ExitCode code, const QString& error)
     return code;
 }
 
-/// A process that was started without standard streams must not get a socket in their place.
+/// In a process started without standard streams, a socket must not get one of their descriptors.
 void keepStandardDescriptors()
 {
     for (int descriptor = STDIN_FILENO; descriptor <= STDERR_FILENO; ++descriptor) {
@@ -58,7 +58,7 @@ void keepStandardDescriptors()
     }
 }
 
-/// The log does not report, so the file is tried first.
+/// The log does not report errors, so the file is tested first.
 QString openLog(const Options& options)
 {
     if (options.logFile.isEmpty())
@@ -108,7 +108,7 @@ QString loadSpectrum(const Options& options, Simulation& simulation)
     return {};
 }
 
-/// Tells the port, or tells it badly if a fault asks for that.
+/// Announces the port, possibly with a fault.
 void announcePort(const Options& options, quint16 port, QObject* context)
 {
     const int delayMs = options.faultDelayMs < 0 ? infoOf(options.fault).delayMs : options.faultDelayMs;
@@ -138,7 +138,7 @@ void announcePort(const Options& options, quint16 port, QObject* context)
     }
 }
 
-/// All that the server needs before it listens. `samples` is made if there is no root.
+/// Prepares everything that the server needs before it listens. `samples` is created if there is no root.
 QString prepare(
     const Options& options, std::unique_ptr<QTemporaryDir>& samples, std::unique_ptr<Simulation>& simulation)
 {

@@ -15,7 +15,7 @@ constexpr qsizetype maxPrompt = 64;
 constexpr int maxClientsLimit = 10000;
 constexpr int maxDelayMs = 600000;
 
-/// Options whose values are settings of the same name.
+/// Options that set the setting of the same name.
 constexpr std::array<const char*, 5> settingOptions { "modules", "rate", "seed", "maxevents", "maxtime" };
 
 void addOptions(QCommandLineParser& parser)
@@ -50,7 +50,7 @@ void addOptions(QCommandLineParser& parser)
     addFlag("no-stdin", "Does not read standard input. Without it the server ends on \"exit\" there, or on its end.");
 }
 
-/// Reads options one by one and keeps the first thing that is wrong.
+/// Reads options one by one and stores the first error.
 class Reader {
 public:
     explicit Reader(const QCommandLineParser& parser)

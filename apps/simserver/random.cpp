@@ -29,7 +29,7 @@ Random::Random(std::uint64_t seed, std::uint64_t run, std::uint64_t purpose)
 
 std::uint64_t Random::below(std::uint64_t limit)
 {
-    // The product stays below the limit for any limit up to 2^53, far beyond every count used here.
+    // The product is below the limit for any limit up to 2^53, far beyond every count used here.
     const auto number = static_cast<std::uint64_t>(uniform() * static_cast<double>(limit));
     return std::min(number, limit - 1);
 }

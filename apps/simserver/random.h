@@ -1,5 +1,5 @@
-// Random numbers of the simulation: one engine with a fixed meaning of the seed, and samplers whose sequence does not
-// depend on the standard library. One object belongs to one thread.
+// Random numbers of the simulation: a fixed engine, and samplers whose sequence does not depend on the standard
+// library. Not thread-safe.
 #pragma once
 
 #include <cstdint>
@@ -9,13 +9,13 @@ namespace simserver {
 
 class Random {
 public:
-    /// The sequence is a function of the three numbers alone: the operator's seed, the run number, and what for.
+    /// The sequence only depends on the three numbers: the seed, the run number, and the purpose.
     Random(std::uint64_t seed, std::uint64_t run, std::uint64_t purpose);
 
     std::uint64_t bits() { return m_engine(); }
     /// Uniform in [0, 1), in steps of 2^-53.
     double uniform() { return static_cast<double>(bits() >> 11U) * 0x1.0p-53; }
-    /// Uniform whole number in [0, limit); limit is at least 1.
+    /// Uniform integer in [0, limit); limit is at least 1.
     std::uint64_t below(std::uint64_t limit);
     /// Exponential with mean 1, always finite.
     double exponential();

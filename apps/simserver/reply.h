@@ -1,5 +1,5 @@
-// What a command answers, and the bytes of it on the wire: text ends with the prompt; a binary reply is a signed 32-bit
-// little-endian length, so many bytes of payload, text, prompt.
+// The reply to a command and its encoding: text ends with the prompt; a binary reply is a signed 32-bit little-endian
+// length, the payload, text and prompt.
 #pragma once
 
 #include <QByteArray>
@@ -12,25 +12,25 @@ namespace simserver {
 struct Reply {
     enum class Kind { Text, Rows, Pairs, Map, File };
 
-    /// A piece of text that goes out before the rest, after a pause.
+    /// A piece of text that is sent before the rest, after a pause.
     struct Lead {
         int pauseMs = 0;
         QByteArray text;
     };
 
     Kind kind = Kind::Text;
-    std::vector<Lead> leads; ///< of text replies only
-    QByteArray payload; ///< of binary replies only
+    std::vector<Lead> leads; ///< only for text replies
+    QByteArray payload; ///< only for binary replies
     QByteArray text; ///< UTF-8; ends with a line feed unless it is empty
-    bool exempt = false; ///< comes without fault, whatever fault is set
+    bool exempt = false; ///< not affected by faults
 
     bool isBinary() const { return kind != Kind::Text; }
 
-    /// "OK:" and a line feed, `body` behind it.
+    /// "OK:", a line feed and `body`.
     static Reply ok(const QByteArray& body = {});
     /// "NG:", the reason and a line feed.
     static Reply refusal(const QString& reason);
-    /// The same from a command that answers in binary form: no payload.
+    /// As above for a command with a binary reply: no payload.
     static Reply binaryRefusal(const QString& reason);
 };
 
@@ -47,7 +47,7 @@ struct Frame {
 /// `payload` is at most 2^31 - 1 bytes long.
 Frame frameOf(const Reply& reply, const QByteArray& prompt);
 
-/// A length as it goes on the wire.
+/// An encoded length.
 QByteArray lengthBytes(qint32 length);
 
 } // namespace simserver

@@ -25,7 +25,7 @@ std::optional<Request> RequestReader::next()
     const qsizetype end = m_buffer.indexOf(isUpload ? endOfTransmission : '\n', m_scanned);
     if (end >= 0)
         return take(end, isUpload);
-    // Nothing follows a farewell, not even a line feed. No command begins with these letters.
+    // Nothing follows the closing message, not even a line feed. No command begins with these letters.
     if (!m_skipping && m_buffer == farewell) {
         m_buffer.clear();
         m_scanned = 0;

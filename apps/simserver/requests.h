@@ -1,5 +1,5 @@
-// Takes the bytes that a client sends apart into requests, however they are cut. Memory stays bounded: what is too long
-// is passed over to its end and told once.
+// Splits the bytes from a client into requests, independent of how they are fragmented. Memory is bounded: a request
+// that is too long is skipped and reported once.
 #pragma once
 
 #include <QByteArray>
@@ -25,14 +25,14 @@ public:
     static constexpr qsizetype maxUpload = qsizetype { 16 } * 1024 * 1024;
 
     void feed(const QByteArray& bytes);
-    /// The next whole request, or nothing until more bytes come.
+    /// The next complete request; empty until more bytes arrive.
     std::optional<Request> next();
 
 private:
     std::optional<Request> take(qsizetype end, bool isUpload);
 
     QByteArray m_buffer;
-    qsizetype m_scanned = 0; ///< bytes of the buffer that hold no end
+    qsizetype m_scanned = 0; ///< scanned bytes of the buffer without an end
     bool m_skipping = false; ///< inside a request that is too long
     bool m_skippingUpload = false;
 };

@@ -15,7 +15,7 @@ namespace simserver {
 namespace {
 
 constexpr int tickMs = 50;
-constexpr double eventShare = 0.4; // of the time for making events; the rest is for the clients
+constexpr double eventShare = 0.4; // fraction of the time for generating events; the rest is for the clients
 constexpr double longestBudgetSeconds = 0.02;
 constexpr int listenBacklog = 256;
 
@@ -35,7 +35,7 @@ Server::Server(Simulation& simulation, const QByteArray& prompt, int maxClients,
     m_server.setMaxPendingConnections(listenBacklog);
     connect(&m_server, &QTcpServer::newConnection, this, &Server::onNewConnection);
     connect(&m_server, &QTcpServer::acceptError, this, [this] {
-        // Most likely too many open files: look again when some may have been closed.
+        // Probably too many open files: retry when some may have been closed.
         LOG_ERR("cannot accept: %s", m_server.errorString().toUtf8().constData());
         m_server.pauseAccepting();
         QTimer::singleShot(1000, &m_server, &QTcpServer::resumeAccepting);
@@ -115,7 +115,7 @@ Steps Server::respond(int client, const Request& request)
     return m_simulation.fault().reply(reply, m_prompt);
 }
 
-/// Lets the time since the last call pass. What does not fit into the budget is dead time.
+/// Simulates the time since the last call. Time beyond the budget is dead time.
 void Server::catchUp()
 {
     const double seconds = static_cast<double>(m_sinceCatchUp.nsecsElapsed()) * 1e-9;

@@ -1,5 +1,5 @@
-// The simulated server on the network: it listens on the loopback interface, keeps its clients, and lets time pass for
-// the simulation while a run lasts.
+// The simulated server on the network: listens on the loopback interface, owns its clients, and advances the simulation
+// during a run.
 #pragma once
 
 #include "requests.h"
@@ -17,12 +17,12 @@ class Server : public QObject {
 public:
     Server(Simulation& simulation, const QByteArray& prompt, int maxClients, QObject* parent = nullptr);
 
-    /// Port 0 takes a free one. False if it cannot listen; errorString() says why.
+    /// Port 0 selects a free one. False if it cannot listen; see errorString().
     bool listen(quint16 port);
     QString errorString() const { return m_server.errorString(); }
     quint16 port() const { return m_server.serverPort(); }
 
-    /// Refuses further connections and ends a run, so that it is recorded.
+    /// Rejects further connections and ends a run, so that it is recorded.
     void shutDown();
 
 private:
@@ -37,7 +37,7 @@ private:
     QByteArray m_prompt;
     int m_maxClients;
     QTcpServer m_server;
-    QTimer m_tick; ///< runs during a run only
+    QTimer m_tick; ///< active only during a run
     QElapsedTimer m_upTime;
     QElapsedTimer m_sinceCatchUp;
     int m_clients = 0;

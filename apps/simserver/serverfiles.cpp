@@ -45,7 +45,7 @@ ServerFiles::Listing ServerFiles::list(const QString& directory) const
             listing.error = QStringLiteral("more than %1 entries").arg(maxEntries);
             return listing;
         }
-        std::error_code ignored; // a link that leads nowhere is no directory
+        std::error_code ignored; // a dangling link is not a directory
         if (entry->is_directory(ignored))
             name += '/';
         names.push_back(std::move(name));
@@ -107,7 +107,7 @@ QString ServerFiles::write(const QString& path, const QByteArray& content) const
     if (!file.open(QIODevice::WriteOnly))
         return file.errorString();
     file.write(content);
-    // commit() alone does not notice that the last bytes found no room.
+    // commit() alone does not detect a full disk while writing the last bytes.
     return file.flush() && file.commit() ? QString() : file.errorString();
 }
 

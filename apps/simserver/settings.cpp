@@ -21,7 +21,7 @@ constexpr int maxKept = 512;
 constexpr qsizetype maxValueLength = 1024;
 constexpr qint64 maxFileBytes = qint64 { 1 } << 20;
 
-/// How one setting is read and written. `set` returns what is wrong, or an empty text.
+/// Reads and writes one setting. `set` returns an error, or an empty text.
 struct Handler {
     const char* name;
     const char* range;
@@ -63,7 +63,7 @@ QString setRate(SettingValues& values, const QString& text)
 {
     double rate = 0.0;
     const QString wanted = setReal(text, 0.0, Settings::maxRate, rate);
-    // Below a thousandth the gaps grow so long that they stop being numbers.
+    // Below a thousandth the gaps could overflow.
     if (!wanted.isEmpty() || (rate != 0.0 && rate < 0.001))
         return QStringLiteral("0, or a number from 0.001 to %1").arg(numberText(Settings::maxRate));
     values.rate = rate;
@@ -143,7 +143,7 @@ const Handler* findHandler(const QString& key)
     return found == handlers.end() ? nullptr : &*found;
 }
 
-/// Settings that are only kept: ip, tcp, bcp with or without an index, and names that begin with "user.".
+/// Settings that are only stored: ip, tcp, bcp with or without an index, and names that begin with "user.".
 QString setKept(SettingValues& values, const QString& key, const QString& value)
 {
     static const QRegularExpression port(QStringLiteral("\\A(tcp|bcp)[0-9]{0,3}\\z"));
@@ -231,7 +231,7 @@ QString Settings::save(const QString& path) const
     for (const Pair& pair : all())
         text += pair.key + QStringLiteral(": ") + pair.value + QLatin1Char('\n');
     file.write(text.toUtf8());
-    // commit() alone does not notice that the last bytes found no room.
+    // commit() alone does not detect a full disk while writing the last bytes.
     return file.flush() && file.commit() ? QString() : file.errorString();
 }
 

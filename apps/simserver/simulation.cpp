@@ -10,7 +10,7 @@ namespace simserver {
 
 namespace {
 
-/// Of the form prefix, six digits, underscore, date, by which hosts tell run directories.
+/// Has the form prefix, six digits, underscore, date, by which hosts recognise run directories.
 QString runDirectoryName(const SettingValues& values, const QDate& date)
 {
     return values.inst + QStringLiteral("%1").arg(values.run, 6, 10, QLatin1Char('0'))

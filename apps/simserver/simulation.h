@@ -1,5 +1,4 @@
-// The simulated server without its connections: acquisition, settings, files and fault, and what joins them. Commands
-// work on it.
+// The simulated server without its connections: acquisition, settings, files and fault. Commands operate on it.
 #pragma once
 
 #include "acquisition.h"
@@ -13,7 +12,7 @@
 
 namespace simserver {
 
-/// What the connections can tell about themselves.
+/// Status of the connections.
 struct ServerFacts {
     int port = 0;
     int clients = 0;
@@ -23,11 +22,11 @@ struct ServerFacts {
 
 class Simulation {
 public:
-    /// `root` is a directory that exists; `savePath` is the local file of savesetting, empty for simserver.settings in
-    /// the root.
+    /// `root` must be an existing directory; `savePath` is the local file of savesetting, empty for simserver.settings
+    /// in the root.
     Simulation(const Settings& settings, const QString& root, const QString& savePath);
 
-    /// Each returns why it refuses, or an empty text.
+    /// Each returns the reason of a rejection, or an empty text.
     QString changeSettings(const QList<Settings::Pair>& pairs);
     QString saveSettings() const;
     QString start();
@@ -35,7 +34,7 @@ public:
 
     void clear() { m_acquisition.clear(); }
     void setSpectrum(const Spectrum& spectrum) { m_acquisition.setSpectrum(spectrum); }
-    /// Lets time pass. A run that a preset ends is recorded.
+    /// Advances the time. A run that is ended by a preset is recorded.
     void advance(double seconds, const std::function<bool()>& mayGoOn);
 
     const Acquisition& acquisition() const { return m_acquisition; }
@@ -43,10 +42,10 @@ public:
     const Settings& settings() const { return m_settings; }
     const ServerFiles& files() const { return m_files; }
     FaultSwitch& fault() { return m_fault; }
-    const QString& runDirectory() const { return m_runDirectory; } ///< empty if the run leaves none
-    const QString& saveName() const { return m_saveName; } ///< how a message names the file of savesetting
+    const QString& runDirectory() const { return m_runDirectory; } ///< empty if the run writes none
+    const QString& saveName() const { return m_saveName; } ///< name of the file of savesetting in messages
 
-    /// Set by whoever owns the connections.
+    /// Set by the owner of the connections.
     std::function<ServerFacts()> facts = [] { return ServerFacts(); };
 
 private:

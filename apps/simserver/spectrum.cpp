@@ -25,7 +25,7 @@ std::optional<double> countOf(const QByteArray& word)
     return count;
 }
 
-/// Appends the numbers of one line; returns what is wrong with it, or an empty text.
+/// Appends the numbers of one line; returns an error, or an empty text.
 QString appendCounts(const QByteArray& line, int lineNumber, std::vector<double>& counts)
 {
     for (const QByteArray& word : line.simplified().split(' ')) {
@@ -57,7 +57,7 @@ SpectrumResult parseNumbers(const QList<QByteArray>& lines)
     return result;
 }
 
-/// The reader of the .spe format: one line at a time, knowing the section that it is in.
+/// The reader of the .spe format: one line at a time, with the current section as state.
 class SpeReader {
 public:
     QString take(const QByteArray& line, int lineNumber)
@@ -115,7 +115,7 @@ private:
         const double offset = words.value(0).toDouble();
         const double slope = words.value(1).toDouble();
         if (words.size() < 2 || !std::isfinite(offset) || !std::isfinite(slope) || slope <= 0.0)
-            return; // an uncalibrated spectrum often carries zeros here
+            return; // uncalibrated spectra often contain zeros here
         m_spectrum.offset = offset + m_first * slope;
         m_spectrum.slope = slope;
         m_spectrum.unit = QStringLiteral("keV");

@@ -43,7 +43,7 @@ QString unquoted(const QString& text)
     const QLatin1Char quote('"');
     if (text.size() < 2 || !text.startsWith(quote) || !text.endsWith(quote))
         return text;
-    // A client puts a backslash before each quote and changes nothing else, so a backslash at the end stays.
+    // A client only puts a backslash before each quote, so a backslash at the end is kept.
     return text.mid(1, text.size() - 2).replace(QStringLiteral("\\\""), QStringLiteral("\""));
 }
 

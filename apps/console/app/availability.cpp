@@ -15,7 +15,7 @@ QString withKey(const QString& help, const QKeySequence& key)
 
 void addKey(QAbstractButton* button, const QKeySequence& key)
 {
-    auto* const shortcut = new QShortcut(key, button); // silent while the button is disabled
+    auto* const shortcut = new QShortcut(key, button); // does nothing while the button is disabled
     QObject::connect(shortcut, &QShortcut::activated, button, &QAbstractButton::click);
 }
 
@@ -23,8 +23,8 @@ namespace {
 
 constexpr char waitingProperty[] = "waitsForKeyboard";
 
-/// A button that is switched off by its own press would hand the keyboard on, perhaps to a line whose text is selected
-/// then, so that the next letters replace it. Meanwhile nothing has the keyboard; the button gets it back.
+/// A button that is disabled by its own click would pass the focus on, perhaps to a line edit, which then selects its
+/// text, so that the next key replaces it. In the meantime no widget has the focus; the button gets it back.
 void enable(QWidget& control, bool isEnabled)
 {
     QWidget* const window = control.window();

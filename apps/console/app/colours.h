@@ -1,4 +1,4 @@
-// Colours that stay readable on a light and on a dark desktop, made from the palette in use.
+// Colours that are readable on a light and on a dark desktop, derived from the current palette.
 #pragma once
 
 #include <QColor>
@@ -10,10 +10,10 @@ namespace console {
 
 enum class StatusIndicator { Off, Waiting, Good, Busy, Bad };
 
-/// Whether text stands light on dark.
+/// Whether text is light on dark.
 bool isDark(const QPalette& palette);
 
-/// Text on the palette's base in a hue that says good or bad; contrast at least 4.5 to 1 on white and on #202020.
+/// Text colours for success and failure on the palette's base; contrast at least 4.5 to 1 on white and on #202020.
 QColor goodText(const QPalette& palette);
 QColor badText(const QPalette& palette);
 QColor quietText(const QPalette& palette);
@@ -21,10 +21,10 @@ QColor quietText(const QPalette& palette);
 /// The palette's window colour with a share (0 to 1) of another colour.
 QColor tintedWindow(const QPalette& palette, const QColor& tint, double share);
 
-/// An indicator of `size` pixels. Each has a shape of its own, so that the colour is not needed to tell them apart.
+/// An indicator of `size` pixels. Each has a distinct shape, so that they can be distinguished without the colour.
 QPixmap indicatorPicture(StatusIndicator indicator, int size, qreal devicePixelRatio);
 
-/// A dark palette for the night shift.
+/// A dark palette.
 QPalette darkPalette();
 
 } // namespace console

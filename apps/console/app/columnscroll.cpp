@@ -17,7 +17,7 @@ ColumnScroll::ColumnScroll(QWidget* content)
     setFrameShape(QFrame::NoFrame);
     setWidgetResizable(true);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    setFocusPolicy(Qt::NoFocus); // its content has the controls
+    setFocusPolicy(Qt::NoFocus); // its content gets the focus
     setWidget(content);
 }
 

@@ -1,15 +1,15 @@
-// A column of the window that scrolls where the screen is too small or the font too large for all of it.
+// A column of the window that scrolls if the screen is too small or the font too large.
 #pragma once
 
 #include <QScrollArea>
 
 namespace console {
 
-/// Scrolls vertically only: the area is never narrower than what it shows.
+/// Scrolls only vertically: the area is never narrower than its content.
 class ColumnScroll : public QScrollArea {
     Q_OBJECT
 public:
-    /// Takes over `content`.
+    /// Takes ownership of `content`.
     explicit ColumnScroll(QWidget* content);
 
     QSize minimumSizeHint() const override;

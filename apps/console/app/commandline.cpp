@@ -32,7 +32,7 @@ and in the first run the simulated server tarnis-simserver that is installed bes
 Exit status: 0 for a normal end, 1 if a tour failed or there is no display, 2 for a mistake on the command line.
 )";
 
-/// Options of QApplication, with and without a value, that pass through to it.
+/// Options of QApplication, with and without a value, which are passed on to it.
 bool isQtOptionWithValue(const QString& name)
 {
     static constexpr std::array names { "platform", "platformpluginpath", "platformtheme", "plugin", "style",
@@ -115,7 +115,7 @@ QString promptToText(const QByteArray& prompt)
         isText && std::all_of(decoded.begin(), decoded.end(), [](QChar c) { return c.isPrint() && c != u'\\'; });
     if (isPrintable)
         text = decoded;
-    if (text.endsWith(u' ')) // the user would not see it
+    if (text.endsWith(u' ')) // a trailing space would be invisible
         text.replace(text.size() - 1, 1, QStringLiteral("\\x20"));
     return text;
 }
@@ -139,7 +139,7 @@ std::optional<ServerChoice> remoteFromText(const QString& text)
 
 namespace {
 
-/// The one value of an option that was given; nothing if it was given twice with different values.
+/// The value of an option; empty if it occurs twice with different values.
 std::optional<QString> singleValue(const QCommandLineParser& parser, const char* name)
 {
     QStringList values = parser.values(QLatin1String(name));
@@ -147,7 +147,7 @@ std::optional<QString> singleValue(const QCommandLineParser& parser, const char*
     return values.size() == 1 ? std::optional(values.first()) : std::nullopt;
 }
 
-/// Fills `options` from the parser; returns what is wrong, or an empty text.
+/// Fills `options` from the parser; returns an error, or an empty text.
 QString readOptions(const QCommandLineParser& parser, Options& options)
 {
     for (const char* name : valueOptions) {

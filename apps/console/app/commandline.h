@@ -1,5 +1,5 @@
-// What the user types behind `tarnis-console`: options, prompts written with escapes, addresses. Plain values, no
-// application object needed, so that --help and mistakes are answered on a machine without a display too.
+// The command line of `tarnis-console`: options, prompts with escapes, addresses. Needs no application object, so that
+// --help and error messages also work without a display.
 #pragma once
 
 #include <QByteArray>
@@ -14,7 +14,7 @@ namespace console {
 struct ServerChoice {
     enum class Kind { Local, Remote };
     Kind kind = Kind::Local;
-    QString program; ///< local: path of the program; empty means the simulator beside the console
+    QString program; ///< local: path of the program; empty: the simulator in the console's folder
     QString host; ///< remote
     quint16 port = 0; ///< remote
 
@@ -25,11 +25,11 @@ struct Options {
     std::optional<ServerChoice> server; ///< nothing: the last one used
     std::optional<QByteArray> prompt; ///< nothing: the last one used
     QString logFile;
-    QString language; ///< empty: the last one chosen
+    QString language; ///< empty: the last chosen one
     QString tourDirectory; ///< not empty: run the tour and exit
 };
 
-/// What the command line asks for. For Mistake `text` says what is wrong, for Help and Version it is what to print.
+/// The parsed command line. `text` is the error for Mistake, and the text to print for Help and Version.
 struct CommandLine {
     enum class Action { Run, Help, Version, Mistake };
     Action action = Action::Run;
@@ -37,18 +37,17 @@ struct CommandLine {
     QString text;
 };
 
-/// Reads the arguments, the program's name at the front included. Options that Qt itself takes (-platform, -style) are
-/// passed over.
+/// Parses the arguments, including the program's name. Qt's own options (-platform, -style) are ignored.
 CommandLine parseCommandLine(const QStringList& arguments);
 
-/// The bytes of a prompt as the user writes it: UTF-8 with the escapes \n \r \t \e \\ and \xHH. Nothing for an empty
-/// prompt or an escape that does not exist.
+/// The bytes of a prompt entered by the user: UTF-8 with the escapes \n \r \t \e \\ and \xHH. Empty for an empty prompt
+/// or an unknown escape.
 std::optional<QByteArray> promptFromText(const QString& text);
 
 /// The inverse of promptFromText().
 QString promptToText(const QByteArray& prompt);
 
-/// Reads "host:port" or "[address]:port", port 1 to 65535; nothing for anything else.
+/// Parses "host:port" or "[address]:port", port 1 to 65535; empty for anything else.
 std::optional<ServerChoice> remoteFromText(const QString& text);
 
 } // namespace console

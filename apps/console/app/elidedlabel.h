@@ -1,4 +1,4 @@
-// A label for text of any length: what does not fit is cut with three dots, and the tooltip has it all.
+// A label for text of any length: it is elided if it does not fit, and the tool tip shows the full text.
 #pragma once
 
 #include <QLabel>

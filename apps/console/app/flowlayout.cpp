@@ -14,7 +14,7 @@ bool expands(const QLayoutItem& item)
     return item.expandingDirections().testFlag(Qt::Horizontal);
 }
 
-/// An item that expands may be as narrow as its minimum, all others have their preferred width.
+/// An expanding item may be as narrow as its minimum; all others have their preferred width.
 int widthOf(const QLayoutItem& item)
 {
     return expands(item) ? item.minimumSize().width() : item.sizeHint().width();
@@ -79,7 +79,7 @@ void FlowLayout::place(const Line& line, const QRect& rect) const
     for (QLayoutItem* const item : line.items) {
         int width = std::min(widthOf(*item), rect.width());
         if (expands(*item)) {
-            const int share = spare / left--; // whole pixels, the last one takes the rest
+            const int share = spare / left--; // whole pixels; the last one gets the rest
             spare -= share;
             width += share;
         }

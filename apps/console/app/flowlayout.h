@@ -1,4 +1,4 @@
-// A row of controls that goes on in a next line where the window is too narrow for it.
+// A row of controls that wraps to the next line if the window is too narrow.
 #pragma once
 
 #include <QLayout>
@@ -7,7 +7,8 @@
 namespace console {
 
 /// Places its items from left to right and starts a new line when the next item does not fit. Items that expand
-/// horizontally, spacers too, share what is left of their line. The layout is never wider than its widest item needs.
+/// horizontally, including spacers, share the remaining width of their line. The layout is never wider than its widest
+/// item needs.
 class FlowLayout : public QLayout {
     Q_OBJECT
 public:
@@ -28,7 +29,7 @@ public:
 protected:
     struct Line {
         QList<QLayoutItem*> items;
-        int width = 0; ///< of the items at their preferred sizes, with the gaps
+        int width = 0; ///< width of the items at their preferred sizes, with the gaps
         int height = 0;
     };
 

@@ -10,7 +10,8 @@ namespace console {
 
 namespace {
 
-/// A shade darker than this it is the outline, at 3 to 1 or more on every ground of the dark palette.
+/// The outline is derived as a darker shade of this, with a contrast of 3 to 1 or more on every background of the dark
+/// palette.
 constexpr QColor outlineSource(0xf0, 0xf0, 0xf0);
 
 bool isIndicator(QStyle::PrimitiveElement element)

@@ -1,12 +1,12 @@
-// Outlines of check boxes and radio buttons that can be seen on a dark ground.
+// Outlines of check boxes and radio buttons that are visible on a dark background.
 #pragma once
 
 #include <QProxyStyle>
 
 namespace console {
 
-/// The desktop's style, but for the outlines of indicators where the palette is dark: the style makes them from a
-/// darker shade of the window, which is hardly there on a dark base.
+/// The desktop's style, except for the outlines of indicators if the palette is dark: the style derives them from a
+/// darker shade of the window, which is hardly visible on a dark base.
 class IndicatorStyle : public QProxyStyle {
     Q_OBJECT
 public:
@@ -15,7 +15,7 @@ public:
     void drawPrimitive(
         PrimitiveElement element, const QStyleOption* option, QPainter* painter, const QWidget* widget) const override;
 
-    /// Makes it the style of the application, once.
+    /// Installs it as the style of the application, once.
     static void install();
 };
 

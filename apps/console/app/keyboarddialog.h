@@ -1,4 +1,4 @@
-// The keys of the console in a table: those of the menus, then those that stand in none.
+// The keys of the console in a table: those of the menus, then those that are in no menu.
 #pragma once
 
 #include <QDialog>
@@ -8,7 +8,7 @@ class QTableWidget;
 
 namespace console {
 
-/// Names keys as the desktop does, and follows the language while it is open.
+/// Shows key names in the desktop's format, and follows the language while it is open.
 class KeyboardDialog : public QDialog {
     Q_OBJECT
 public:

@@ -9,7 +9,7 @@
 
 #include <algorithm>
 
-// In no namespace: the macro declares a function of the global one. The archive of the console's parts needs it.
+// Outside any namespace, because the macro declares a global function. The console's static library needs it.
 static void makeCataloguesAvailable()
 {
     Q_INIT_RESOURCE(tarnis_console_translations);
@@ -39,7 +39,7 @@ void install(const QString& catalogue, const QString& folder, const QLocale& loc
         QCoreApplication::installTranslator(translator);
 }
 
-/// The console's own texts. English has a catalogue too, of its plurals; it serves where there is no other.
+/// The console's own texts. English also has a catalogue, for plurals, which is the fallback.
 void installOwn(const QLocale& locale)
 {
     const QString catalogue = QStringLiteral("tarnis-console");
@@ -70,8 +70,8 @@ bool setLanguage(const QString& code)
         return false;
     makeCataloguesAvailable();
     const QLocale locale = code.isEmpty() ? QLocale::system() : QLocale(code);
-    QLocale::setDefault(locale); // digits go with the words
-    // The texts of Qt's own boxes and buttons, where the desktop has them. What is asked first is installed last.
+    QLocale::setDefault(locale); // number formats must match the language The texts of Qt's own boxes and buttons, if
+                                 // installed. The last installed translator is searched first.
     install(QStringLiteral("qtbase"), QLibraryInfo::path(QLibraryInfo::TranslationsPath), locale);
     installOwn(locale);
     tarnis::setLanguage(locale);

@@ -6,7 +6,7 @@
 
 namespace console {
 
-/// A language that there is a catalogue for. English, that of the sources, is the first.
+/// A language with a catalogue. English, the language of the sources, is the first.
 struct Language {
     QString code; ///< ISO 639-1
     QString name; ///< in the language itself
@@ -17,8 +17,8 @@ QList<Language> languages();
 /// True for the code of one of languages().
 bool hasLanguage(const QString& code);
 
-/// Shows all texts in this language from now on, in open windows too. The empty code means the desktop's language, or
-/// English if there is no catalogue for that; false for any other code without one: nothing changes then.
+/// Shows all texts in this language, in open windows too. An empty code selects the desktop's language, or English if
+/// that has no catalogue. Returns false and changes nothing for any other code without a catalogue.
 bool setLanguage(const QString& code);
 
 } // namespace console

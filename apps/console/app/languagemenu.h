@@ -1,4 +1,4 @@
-// The choice of the language in the menu View.
+// The language submenu of the menu View.
 #pragma once
 
 #include <QMenu>
@@ -8,9 +8,9 @@ class QSettings;
 
 namespace console {
 
-/// One entry for the desktop's language and one for each catalogue. The choice is kept under "window/language" of
-/// `store`, which must outlive the menu, and is in force as soon as the menu exists, unless `language` is given: that
-/// is in force until something is chosen, and is not kept.
+/// One entry for the desktop's language and one for each catalogue. The choice is stored under "window/language" in
+/// `store`, which must outlive the menu, and is applied when the menu is created. If `language` is given, it is applied
+/// instead until the user chooses one, and is not stored.
 class LanguageMenu : public QMenu {
     Q_OBJECT
 public:

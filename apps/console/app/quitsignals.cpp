@@ -17,7 +17,7 @@ std::array<int, 2> pipeEnds { -1, -1 }; // written by the handler, read in the e
 extern "C" void onQuitSignal(int /*signal*/)
 {
     const char byte = 1;
-    [[maybe_unused]] const ssize_t written = ::write(pipeEnds[0], &byte, 1); // nothing better can be done here
+    [[maybe_unused]] const ssize_t written = ::write(pipeEnds[0], &byte, 1); // an error cannot be handled here
 }
 
 } // namespace
@@ -40,7 +40,7 @@ QuitSignals::~QuitSignals()
 {
     for (const int number : quitSignals)
         std::signal(number, SIG_DFL);
-    // The descriptors stay with the notifier, which its parent deletes; the process ends soon after.
+    // The descriptors remain open for the notifier, which its parent deletes; the process ends soon after.
 }
 
 } // namespace console

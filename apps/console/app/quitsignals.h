@@ -7,11 +7,11 @@
 
 namespace console {
 
-/// While it lives, SIGINT, SIGTERM and SIGHUP call `quit` in the event loop, so that the local server is shut down too.
-/// One at a time.
+/// While it exists, SIGINT, SIGTERM and SIGHUP call `quit` in the event loop, so that the local server is shut down
+/// too. Only one instance at a time.
 class QuitSignals {
 public:
-    /// `quit` is not called any more after `context` has gone.
+    /// `quit` is no longer called after `context` was destroyed.
     QuitSignals(QObject& context, const std::function<void()>& quit);
     ~QuitSignals();
     QuitSignals(const QuitSignals&) = delete;

@@ -23,7 +23,7 @@ void setBasePath(ServerController& controller, const QString& path)
             [path, problem] { return Windows::tr("%1 is not the base path now: %2").arg(path, problem); }));
 }
 
-/// The folder that is chosen becomes the base path.
+/// The chosen folder becomes the base path.
 QWidget* openBasePath(const WindowContext& context)
 {
     auto* const dialog = new FolderChooser(context, [] { return Windows::tr("Base Path"); });

@@ -24,7 +24,7 @@ QString typedName(const QDialog& chooser)
     return chooser.findChild<QLineEdit*>(QStringLiteral("fileNameLineEdit"))->text();
 }
 
-/// The problem of a name that is typed; empty for one that can be sent.
+/// The error in an entered name; empty if it can be sent.
 QString nameProblem(const QString& name)
 {
     if (name.isEmpty())
@@ -51,7 +51,7 @@ FolderChooser::FolderChooser(const WindowContext& context, const tarnis::Transla
 void FolderChooser::askForName(const QString& name)
 {
     setExt({ QStringLiteral("*") }, false, true);
-    exts = { QStringLiteral("*") }; // without the dot that setExt() puts before it: any name
+    exts = { QStringLiteral("*") }; // without the dot that setExt() prepends: any name
     auto* const edit = findChild<QLineEdit*>(QStringLiteral("fileNameLineEdit"));
     edit->setText(name);
     edit->setFocus(Qt::OtherFocusReason);
@@ -62,7 +62,7 @@ void FolderChooser::askForName(const QString& name)
 
 void FolderChooser::closeEvent(QCloseEvent* event)
 {
-    const bool isGivenUp = isVisible(); // nobody tells so of a dialog that the next line hides
+    const bool isGivenUp = isVisible(); // must be read before the next line hides the dialog
     m_keeper.end();
     SelectPathDialog::closeEvent(event);
     if (isGivenUp)
@@ -110,7 +110,7 @@ FileChooser::FileChooser(const WindowContext& context, const tarnis::TranslatedT
 
 void FileChooser::closeEvent(QCloseEvent* event)
 {
-    const bool isGivenUp = isVisible(); // nobody tells so of a dialog that the next line hides
+    const bool isGivenUp = isVisible(); // must be read before the next line hides the dialog
     m_keeper.end();
     SelectDirectoryDialog::closeEvent(event);
     if (isGivenUp)

@@ -1,5 +1,5 @@
-// The library's two path choosers as the console opens them: they stay and say why while there is no server, go on when
-// it is back, and do not block when they close.
+// The library's two path choosers as used by the console: while there is no server they stay open and show the reason,
+// they continue when it is back, and closing them does not block.
 #pragma once
 
 #include "server/sessionrecovery.h"
@@ -12,13 +12,14 @@ namespace console {
 
 struct WindowContext;
 
-/// A folder of the server. Deletes itself when it is closed, and asks again by itself when its connection is back.
+/// Chooses a folder of the server. Deletes itself when it is closed, and repeats its request when the connection is
+/// back.
 class FolderChooser : public SelectPathDialog {
     Q_OBJECT
 public:
     FolderChooser(const WindowContext& context, const tarnis::TranslatedText& title);
 
-    /// Asks for the name of a file too, and takes any as it is typed; `name` is there from the start.
+    /// Also requests a file name, and accepts any name; `name` is the initial one.
     void askForName(const QString& name);
 
 protected:
@@ -31,7 +32,7 @@ protected:
     ChooserGuide m_guide;
 };
 
-/// A file or folder of the server, otherwise as FolderChooser.
+/// Chooses a file or folder of the server, otherwise as FolderChooser.
 class FileChooser : public SelectDirectoryDialog {
     Q_OBJECT
 public:
@@ -47,7 +48,7 @@ protected:
     ChooserGuide m_guide;
 };
 
-/// Brings a chooser of this kind forward that the owner has open; false if there is none.
+/// Raises the owner's open chooser of this type; false if there is none.
 template <typename Chooser> bool bringForward(const QWidget& owner)
 {
     for (Chooser* const chooser : owner.findChildren<Chooser*>()) {

@@ -10,12 +10,12 @@
 
 namespace console {
 
-/// A directory that is called prefix, run number, "_", date.
+/// A directory whose name is prefix, run number, "_", date.
 struct RunDirectory {
     QString name;
     QString prefix;
     int run = 0;
-    QDate date; ///< invalid if the name holds no date of the calendar
+    QDate date; ///< invalid if the name contains no valid date
     QString dateDigits;
 };
 
@@ -43,7 +43,7 @@ protected:
     QList<RunDirectory> m_runs;
 };
 
-/// Sorts by one column, and what is equal there by prefix, run and date; shows one prefix or all.
+/// Sorts by one column, and equal rows by prefix, run and date; shows one prefix or all.
 class RunOrder : public QSortFilterProxyModel {
     Q_OBJECT
 public:
@@ -51,7 +51,7 @@ public:
 
     /// Null shows every prefix.
     void setPrefix(const QString& prefix);
-    /// Shows names that hold this text, in any case.
+    /// Shows names that contain this text, case-insensitive.
     void setPart(const QString& part);
 
 protected:

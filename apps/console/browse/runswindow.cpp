@@ -29,7 +29,7 @@ RunsWindow::RunsWindow(const WindowContext& context)
     , ui(std::make_unique<Ui::RunsWindow>())
     , m_link(new CommandChannel(context.controller.tarnis(), QStringLiteral("runs"), this))
 {
-    m_context.parent = this; // of what this window opens
+    m_context.parent = this; // parent of the windows opened from here
     ui->setupUi(this);
     m_order.setSourceModel(&m_runs);
     ui->table->setModel(&m_order);
@@ -83,7 +83,7 @@ void RunsWindow::refresh()
 {
     if (m_context.controller.state() != ServerState::Up)
         return;
-    m_link->drop(); // another folder was asked for: its list does not count any more
+    m_link->drop(); // a list of another folder was requested: drop it
     m_asked = ui->folderEdit->text().trimmed();
     if (const QString problem = commandProblem(quotedPath(m_asked)); !problem.isEmpty()) {
         tarnis::setTranslatedText(*ui->stateLabel, [asked = quotedPath(m_asked)] {
@@ -100,7 +100,7 @@ void RunsWindow::refresh()
 
 void RunsWindow::ask(const QString& command, const QString& name)
 {
-    auto* const asked = new TarnisCmd(command); // the session takes it over
+    auto* const asked = new TarnisCmd(command); // the session takes ownership
     asked->m_cmdName = name;
     m_link->send(asked);
 }

@@ -16,7 +16,7 @@ class RunsWindow;
 
 namespace console {
 
-/// Lists the server's own directory first. After a failure the previous runs stay on show. GUI thread.
+/// Lists the server's own directory first. After a failure the previous runs remain shown. GUI thread.
 class RunsWindow : public QDialog {
     Q_OBJECT
 public:
@@ -45,9 +45,9 @@ protected:
     CommandChannel* m_link;
     RunTable m_runs;
     RunOrder m_order;
-    QString m_asked; ///< the folder whose list is awaited
-    QString m_shown; ///< the folder of the runs on show
-    qsizetype m_others = 0; ///< entries that are no runs
+    QString m_asked; ///< the folder whose list was requested
+    QString m_shown; ///< the folder of the shown runs
+    qsizetype m_others = 0; ///< number of entries that are not runs
     bool m_isListed = false;
 };
 

@@ -25,7 +25,7 @@ constexpr QLatin1String writeName("textWrite");
 constexpr QKeyCombination openKey = Qt::CTRL | Qt::Key_O;
 constexpr QKeyCombination saveKey = Qt::CTRL | Qt::Key_S;
 constexpr QKeyCombination saveAsKey = Qt::CTRL | Qt::SHIFT | Qt::Key_S;
-constexpr qsizetype sizeLimit = qsizetype { 4 } * 1024 * 1024; // more is no text to edit
+constexpr qsizetype sizeLimit = qsizetype { 4 } * 1024 * 1024; // limit for editing
 
 } // namespace
 
@@ -60,7 +60,7 @@ ServerTextWindow::ServerTextWindow(const WindowContext& context)
     , ui(std::make_unique<Ui::ServerText>())
     , m_link(new CommandChannel(context.controller.tarnis(), QStringLiteral("text"), this))
 {
-    m_context.parent = this; // of what this window opens
+    m_context.parent = this; // parent of the windows opened from here
     ui->setupUi(this);
     ui->edit->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     addKey(ui->openButton, openKey);
@@ -76,7 +76,7 @@ ServerTextWindow::ServerTextWindow(const WindowContext& context)
     connect(m_link, &CommandChannel::failed, this, [this](int, const QString& message, const QList<Request>& lost) {
         stay();
         if (!lost.isEmpty() && lost.constFirst().name == writeName)
-            keepModified(); // the server may have written it, or a part of it
+            keepModified(); // the server may have written all or part of it
         tell([message] { return tr("No reply: %1. Try again.").arg(message); });
         m_context.controller.checkServer();
     });
@@ -100,7 +100,7 @@ bool ServerTextWindow::isModified() const
     return ui->edit->document()->isModified();
 }
 
-/// Text that differs from the file whatever is undone: what the file holds is no state of the text any more.
+/// Marks the text as modified, even after undo: the content of the file is unknown.
 void ServerTextWindow::keepModified()
 {
     ui->edit->document()->setModified(false);
@@ -113,7 +113,7 @@ bool ServerTextWindow::isUnderWay(QLatin1String name) const
     return !waiting.isEmpty() && waiting.constFirst().name == name;
 }
 
-/// A chooser without a server has nothing to show.
+/// Without a server, a chooser cannot list anything.
 bool ServerTextWindow::mayChoose()
 {
     if (m_context.controller.state() == ServerState::Up)
@@ -167,7 +167,7 @@ void ServerTextWindow::openFile(const QString& path)
         return;
     }
     if (isUnderWay(readName))
-        m_link->drop(); // this one is wanted now
+        m_link->drop(); // replaced by this request
     if (send(QStringLiteral("rxfile ") + quotedPath(path), readName, true)) {
         m_asked = path;
         tell([path] { return tr("Reading %1...").arg(path); });
@@ -182,7 +182,7 @@ void ServerTextWindow::saveTo(const QString& path)
                 m_afterSave = next;
                 saveTo(path);
             };
-        return; // the reply sees to what has changed since, if anything waits for it
+        return; // the reply handles later changes, if an action is waiting for it
     }
     const auto bytes = bytesOfText(ui->edit->toPlainText(), m_form);
     if (!bytes) {
@@ -191,7 +191,7 @@ void ServerTextWindow::saveTo(const QString& path)
         return;
     }
     if (isUnderWay(readName))
-        m_link->drop(); // it would take the place of the text
+        m_link->drop(); // it would replace the text
     m_sentRevision = ui->edit->document()->revision();
     // A request is sent as Latin-1: each byte is one character of it.
     const QString content = QString::fromLatin1(*bytes);
@@ -212,7 +212,7 @@ bool ServerTextWindow::send(const QString& request, const QString& name, bool is
         });
         return false;
     }
-    auto* const command = new TarnisCmd(request); // the session takes it over
+    auto* const command = new TarnisCmd(request); // the session takes ownership
     command->m_cmdName = name;
     command->m_bBinary = isBinary;
     m_link->send(command);
@@ -306,13 +306,13 @@ void ServerTextWindow::onAnswered(int button, const std::function<void()>& goOn)
         save();
     } else if (button == QMessageBox::Discard) {
         m_afterSave = {};
-        goOn(); // the changes are there until something takes their place
+        goOn(); // the changes are kept until they are replaced
     } else {
         stay();
     }
 }
 
-/// What was to follow the saving does not.
+/// Cancels the action that was waiting for the save.
 void ServerTextWindow::stay()
 {
     if (std::exchange(m_afterSave, {}))
@@ -321,7 +321,7 @@ void ServerTextWindow::stay()
 
 void ServerTextWindow::reject()
 {
-    // Close button, Escape and the window's own button all come here.
+    // Called for the Close button, Escape and the window's close button.
     askAboutChanges([this] {
         ui->edit->document()->setModified(false);
         QDialog::reject();
@@ -339,7 +339,7 @@ void ServerTextWindow::updateControls()
     ui->pathLabel->setText(m_path.isEmpty() ? tr("A text without a file yet") : m_path);
     const bool isUp = m_context.controller.state() == ServerState::Up;
     const bool isFree = m_link->waiting().isEmpty();
-    ui->edit->setReadOnly(isUnderWay(readName)); // what would be typed now would be gone when the file is there
+    ui->edit->setReadOnly(isUnderWay(readName)); // text entered now would be lost when the file arrives
     const QString reason = isUp ? tr("Wait for the reply") : tr("Needs a connected server. The text stays here.");
     setAvailable(ui->openButton, isUp && isFree, withKey(tr("Open a file on the server"), openKey), reason);
     setAvailable(

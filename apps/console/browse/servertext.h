@@ -1,4 +1,4 @@
-// A text file on the server's side: opened, edited and saved there.
+// Opens, edits and saves a text file on the server.
 #pragma once
 
 #include "windows/window.h"
@@ -18,31 +18,31 @@ class ServerText;
 
 namespace console {
 
-/// How the bytes of a file became text, so that the same bytes come of it again.
+/// How the bytes of a file were converted to text, so that the same bytes can be restored.
 struct TextForm {
     bool isUtf8 = true; ///< else Latin-1
-    bool hasCarriageReturns = false; ///< in front of each line feed
+    bool hasCarriageReturns = false; ///< before each line feed
 };
 
-/// The text of a file; nothing if it holds what no text holds (zero bytes, carriage returns here and there).
+/// The text of a file; empty if it contains zero bytes or inconsistent carriage returns.
 std::optional<QString> textOfFile(const QByteArray& bytes, TextForm& form);
-/// The bytes of a text; nothing if the form cannot hold a character of it.
+/// The bytes of a text; empty if the form cannot represent a character.
 std::optional<QByteArray> bytesOfText(const QString& text, const TextForm& form);
 
-/// Reads with `rxfile`, writes with `txfile`. What is typed counts as saved only when the server has written that very
-/// text; it survives a server that goes. Closing, and opening another file, ask about changes. GUI thread.
+/// Reads with `rxfile`, writes with `txfile`. Text counts as saved only when the server has written exactly that text;
+/// it is kept when the server is lost. Closing, and opening another file, ask about unsaved changes. GUI thread.
 class ServerTextWindow : public QDialog {
     Q_OBJECT
 public:
     explicit ServerTextWindow(const WindowContext& context);
     ~ServerTextWindow() override;
 
-    /// Asks the server for this file. Changes go as soon as it is there, without a question.
+    /// Requests this file from the server. It replaces unsaved changes without confirmation.
     void openFile(const QString& path);
-    /// Writes the text to this file on the server, in place of what is there.
+    /// Writes the text to this file on the server, replacing its content.
     void saveTo(const QString& path);
 
-    /// Asks first if there are changes.
+    /// Asks first if there are unsaved changes.
     void reject() override;
 
 protected:
@@ -67,11 +67,11 @@ protected:
     WindowContext m_context;
     std::unique_ptr<Ui::ServerText> ui;
     CommandChannel* m_link;
-    QString m_path; ///< of the text on show; empty for one that has no file yet
-    QString m_asked; ///< what is being read or written
+    QString m_path; ///< file of the shown text; empty if it has no file yet
+    QString m_asked; ///< file being read or written
     TextForm m_form;
-    int m_sentRevision = 0; ///< of the text that is being written
-    std::function<void()> m_afterSave; ///< what waits for it
+    int m_sentRevision = 0; ///< revision of the text that is being written
+    std::function<void()> m_afterSave; ///< action that waits for the save
 };
 
 } // namespace console

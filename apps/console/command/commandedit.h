@@ -1,4 +1,4 @@
-// The line in which commands are typed.
+// The line edit for commands.
 #pragma once
 
 #include "command/history.h"
@@ -7,7 +7,7 @@
 
 namespace console {
 
-/// A line edit whose Up and Down keys walk through a history.
+/// A line edit whose Up and Down keys step through a history.
 class CommandEdit : public QLineEdit {
     Q_OBJECT
 public:

@@ -18,7 +18,7 @@ namespace {
 
 constexpr qsizetype liveBytes = 16384;
 constexpr int progressIntervalMs = 100;
-constexpr int progressDelayMs = 400; // a quick reply shows no progress at all
+constexpr int progressDelayMs = 400; // a quick reply shows no progress
 
 } // namespace
 
@@ -130,14 +130,14 @@ void CommandPanel::sendTyped()
 
 void CommandPanel::send(const Request& request)
 {
-    auto* command = new TarnisCmd(request.text); // the session takes it over
+    auto* command = new TarnisCmd(request.text); // the session takes ownership
     command->m_cmdName = request.name;
     command->m_bBinary = request.isBinary;
     command->m_bProgress = true;
     m_link->send(command);
 }
 
-/// The command whose turn has come, so that every reply stands below its command.
+/// Records the command that is being sent, so that every reply appears below its command.
 void CommandPanel::announce()
 {
     m_isAnnounced = true;
@@ -192,7 +192,7 @@ void CommandPanel::upload(const QString& path)
 void CommandPanel::sendFile(const QString& request, const QByteArray& content)
 {
     Q_EMIT statusMessage({});
-    // Latin-1 both ways keeps every byte. A file with the byte 0x04 is refused by the session itself.
+    // Latin-1 in both directions preserves every byte. The session itself rejects a file with the byte 0x04.
     const QString shown = QStringLiteral("%1  (%2)").arg(request, byteCountText(content.size()));
     send({ request + u'\n' + QString::fromLatin1(content), shown, false });
 }
@@ -242,7 +242,7 @@ void CommandPanel::onReplied(const PTarnisCmd& command, const QByteArray& reply)
 void CommandPanel::addExchange(const QString& command, const QByteArray& reply)
 {
     const QString text = visibleText(reply);
-    if (isBusy()) { // the reply that is coming belongs below its own command
+    if (isBusy()) { // the reply under way must appear below its own command
         ui->transcript->addNote(QStringLiteral("%1: %2").arg(command, text));
     } else {
         ui->transcript->addCommand(command);
@@ -262,7 +262,7 @@ void CommandPanel::onFailed(int /*socketError*/, const QString& message, const Q
 {
     ui->transcript->addNote(tr("The connection broke: %1.").arg(message));
     keepLost(unanswered);
-    // A server that is lost altogether has an alert of its own.
+    // A lost server has its own alert.
     if (!unanswered.isEmpty() && m_controller.state() == ServerState::Up) {
         Q_EMIT statusMessage(alertOf(
             Alert::Severity::Warning,
@@ -283,7 +283,7 @@ void CommandPanel::keepLost(const QList<Request>& unanswered)
     m_lost = unanswered;
     for (const Request& request : unanswered)
         ui->transcript->addNote(tr("No reply: %1").arg(request.name));
-    // One line can stand in the command line again, unless something new is being typed there.
+    // A single command can be restored to the command line, unless the user is typing there.
     if (ui->commandEdit->text().isEmpty() && !unanswered.first().text.contains(u'\n'))
         ui->commandEdit->setText(unanswered.first().text);
 }

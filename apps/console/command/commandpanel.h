@@ -1,4 +1,4 @@
-// The command half of the main window: the record of replies, the command line, uploads and progress.
+// The command part of the main window: the record of replies, the command line, uploads and progress.
 #pragma once
 
 #include "notices/alert.h"
@@ -22,7 +22,7 @@ class History;
 class ServerController;
 class Uploader;
 
-/// Sends what is typed on a session of its own, one after the other, and shows every reply. GUI thread.
+/// Sends typed commands one after the other on its own session, and shows every reply. GUI thread.
 class CommandPanel : public QWidget {
     Q_OBJECT
 public:
@@ -30,32 +30,32 @@ public:
     ~CommandPanel() override;
 
     History& history();
-    /// Gives the keyboard to the command line.
+    /// Gives the focus to the command line.
     void focusCommand();
-    /// True while a command has no answer yet.
+    /// True while a command is unanswered.
     bool isBusy() const;
     bool hasRecord() const;
-    /// The whole record as text.
+    /// The complete record as text.
     QString recordText() const;
-    /// The panel's session, for dialogs that read host, port and prompt from it.
+    /// The panel's connection, for dialogs that read host, port and prompt from it.
     CommandChannel& link() { return *m_link; }
     void addMessage(const QString& text);
-    /// Records a command that another part of the console has sent, with its reply, and acts on the reply as on one to
-    /// a typed command.
+    /// Records a command sent by another part of the console, with its reply, and handles the reply like that of a
+    /// typed command.
     void addExchange(const QString& command, const QByteArray& reply);
-    /// Puts a path of the server into the command line at the cursor, between quotation marks as the server reads it.
+    /// Inserts a path of the server at the cursor of the command line, quoted for the server.
     void insertPath(const QString& path);
 
 public Q_SLOTS:
-    /// Sends what stands in the command line.
+    /// Sends the text of the command line.
     void sendTyped();
-    /// Forgets the commands that have no answer yet, together with their connection.
+    /// Drops the unanswered commands and their connection.
     void giveUp();
-    /// Asks for a file and sends it.
+    /// Lets the user choose a file and sends it.
     void chooseUpload();
-    /// Sends the file under its own name, after a look at whether that can work; asks before one is overwritten.
+    /// Sends the file under its own name, after checking that this is possible; asks before overwriting a file.
     void upload(const QString& path);
-    /// Sends the commands that were lost last once more; does nothing without a server.
+    /// Sends the last lost commands again; does nothing without a server.
     void sendAgain();
     void clearRecord();
 
@@ -63,11 +63,11 @@ Q_SIGNALS:
     void statusMessage(const console::Alert& message);
     /// The panel has become busy or free, or the record empty or not.
     void busyChanged();
-    /// A command has come into the history.
+    /// A command was added to the history.
     void commandTyped();
-    /// What could be sent again was sent by hand.
+    /// The user has sent the lost commands again manually.
     void nothingLost();
-    /// The server has not refused it.
+    /// The server has not rejected the command.
     void accepted(const QString& command);
 
 protected:
@@ -91,14 +91,14 @@ protected:
     CommandChannel* m_link;
     Uploader* m_uploader;
     QTimer m_progressTimer;
-    bool m_isAnnounced = false; ///< the command on the wire stands in the record
-    QElapsedTimer m_elapsed; ///< since the command on the wire went out
-    QByteArray m_liveTail; ///< the end of the reply that is coming
-    qint64 m_received = 0; ///< bytes of it
-    qint64 m_shown = 0; ///< bytes of it when it was last shown
-    bool m_hadRecord = false; ///< when the record last changed
-    QList<Request> m_lost; ///< commands without a reply that can be sent again
-    bool m_isBinaryChosen = false; ///< the user has set the binary mark, it does not follow the text any more
+    bool m_isAnnounced = false; ///< the command being sent is in the record
+    QElapsedTimer m_elapsed; ///< time since the current command was sent
+    QByteArray m_liveTail; ///< the end of the reply under way
+    qint64 m_received = 0; ///< bytes received of it
+    qint64 m_shown = 0; ///< bytes of it when it was last displayed
+    bool m_hadRecord = false; ///< whether there was a record at its last change
+    QList<Request> m_lost; ///< lost commands that can be sent again
+    bool m_isBinaryChosen = false; ///< the user has set the check box "binary", which no longer follows the text
 };
 
 } // namespace console

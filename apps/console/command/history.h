@@ -1,4 +1,4 @@
-// The commands that were typed, and where the user is while going through them with the arrow keys.
+// The history of typed commands, and the current position while the user steps through it.
 #pragma once
 
 #include <QString>
@@ -6,28 +6,28 @@
 
 namespace console {
 
-/// Oldest entry first. The text that was being typed before the first step back is kept and comes back at the end.
+/// Oldest entry first. The text typed before the first step back is stored and restored at the end.
 class History {
 public:
     static constexpr int limit = 500;
 
-    /// Appends `command` unless it is empty or equals the last entry, and leaves the walk. Beyond `limit` the oldest
-    /// go.
+    /// Appends `command` unless it is empty or equals the last entry, and ends stepping. Beyond `limit` the oldest
+    /// entries are removed.
     void add(const QString& command);
 
-    /// One step back from `current`, what the line shows now. At the oldest entry, or with none: `current` itself.
+    /// One step back from `current`, the text of the line. Returns `current` at the oldest entry, or without entries.
     QString older(const QString& current);
 
-    /// One step forward; from the latest entry back to the text before the walk. Outside a walk: `current` itself.
+    /// One step forward; from the last entry back to the text before the first step. Otherwise returns `current`.
     QString newer(const QString& current);
 
     const QStringList& entries() const { return m_entries; }
-    /// Replaces all entries, as a run before left them; too many are cut at the front.
+    /// Replaces all entries with those of a previous run; surplus entries at the front are dropped.
     void setEntries(const QStringList& entries);
 
 private:
     QStringList m_entries;
-    qsizetype m_position = 0; ///< index of the entry on show; m_entries.size() outside a walk
+    qsizetype m_position = 0; ///< index of the shown entry; m_entries.size() if not stepping
     QString m_draft;
 };
 

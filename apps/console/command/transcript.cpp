@@ -13,7 +13,7 @@ namespace console {
 
 namespace {
 
-/// Colours lines by what they are, so that a change of the palette reaches old lines too.
+/// Colours lines by their kind, so that a palette change also affects old lines.
 class LineColours : public QSyntaxHighlighter {
 public:
     LineColours(QTextDocument* document, const QWidget& view, int commandKind, int refusalKind, int noteKind)
@@ -125,9 +125,9 @@ void Transcript::clearLive()
 {
     if (m_live.isNull())
         return;
-    // Only the cursor's position has stayed behind what was added; its anchor has moved along.
+    // Insertions have moved the anchor of the cursor, but not its position.
     m_live.setPosition(m_live.position());
-    m_live.setPosition(m_live.position()); // insertions behind it have carried the anchor along
+    m_live.setPosition(m_live.position()); // insertions have moved the anchor
     m_live.movePosition(QTextCursor::End, QTextCursor::KeepAnchor);
     m_live.removeSelectedText();
     m_live = QTextCursor();

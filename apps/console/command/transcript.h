@@ -1,4 +1,4 @@
-// The record of commands and replies, as the user reads it.
+// The displayed record of commands and replies.
 #pragma once
 
 #include "server/replytext.h"
@@ -10,22 +10,22 @@ class QSyntaxHighlighter;
 
 namespace console {
 
-/// Read-only text; the latest entry is kept in view unless the user has scrolled up. Old lines go beyond 20000.
+/// Read-only text; the last entry is kept visible unless the user has scrolled up. Limited to 20000 lines.
 class Transcript : public QPlainTextEdit {
     Q_OBJECT
 public:
     explicit Transcript(QWidget* parent = nullptr);
 
-    /// A command that goes out now, with the time of day.
+    /// Adds a command that is being sent, with the time of day.
     void addCommand(const QString& command);
-    /// A reply, in place of its live text if there is any.
+    /// Adds a reply, replacing its live text if there is any.
     void addReply(const QString& text, ReplyKind kind);
-    /// A remark of the console's own.
+    /// Adds a note of the console.
     void addNote(const QString& text);
 
-    /// Shows what has come of a reply that is still under way, in place of what was shown of it before.
+    /// Shows the received part of a reply under way, replacing the previous part.
     void setLive(const QString& text);
-    /// Takes the live text away.
+    /// Removes the live text.
     void clearLive();
 
 protected:
@@ -38,7 +38,7 @@ protected:
     void append(const QString& text, LineKind kind);
 
     QSyntaxHighlighter* m_highlighter;
-    QTextCursor m_live; ///< stands in front of the live text; null without one
+    QTextCursor m_live; ///< at the start of the live text; null without one
 };
 
 } // namespace console

@@ -16,7 +16,7 @@ namespace {
 
 constexpr qint64 sizeLimit = 256LL * 1024 * 1024;
 
-/// Between quotation marks where the name alone could be read as something else.
+/// Quotes the name if it could be misread.
 QString nameInRequest(const QString& name)
 {
     const bool isPlain =
@@ -84,7 +84,7 @@ void Uploader::look(const QString& command)
         refuse([] { return tr("there is no connection to the server."); });
         return;
     }
-    auto* const asked = new TarnisCmd(command); // the session takes it over
+    auto* const asked = new TarnisCmd(command); // the session takes ownership
     asked->m_cmdName = command.section(u' ', 0, 0);
     m_link->send(asked);
 }

@@ -1,4 +1,4 @@
-// A file on its way to the server: read, its name looked up there, and a question asked before one is overwritten.
+// Prepares an upload: reads the file, looks up its name on the server, and asks before overwriting.
 #pragma once
 
 #include "server/commandchannel.h"
@@ -14,22 +14,21 @@ namespace console {
 
 class ServerController;
 
-/// One file at a time. Ends each start() with ready(), refused(), or an answer to the question that says no. GUI
-/// thread.
+/// One file at a time. Each start() ends with ready(), refused(), or cancellation by the user. GUI thread.
 class Uploader : public QObject {
     Q_OBJECT
 public:
-    /// The questions stand in front of `window`.
+    /// Questions are shown on `window`.
     Uploader(ServerController& controller, QWidget& window);
     ~Uploader() override;
 
-    /// Uploads the file under its own name, into the folder that the server takes names from.
+    /// Uploads the file under its own name, to the server's current folder.
     void start(const QString& path);
 
 Q_SIGNALS:
     /// `request` is the first line of the upload.
     void ready(const QString& request, const QByteArray& content);
-    /// Why not, as a sentence.
+    /// The upload is not possible; the reason is a sentence.
     void refused(const tarnis::TranslatedText& words);
 
 protected:
@@ -46,9 +45,9 @@ protected:
     QWidget& m_window;
     CommandChannel* m_link;
     bool m_isBusy = false;
-    QString m_path; ///< on this machine
-    QString m_name; ///< on the server
-    QString m_folder; ///< of the server
+    QString m_path; ///< path on this machine
+    QString m_name; ///< name on the server
+    QString m_folder; ///< folder of the server
     QByteArray m_content;
 };
 

@@ -1,4 +1,4 @@
-// When a live window got its last data, and whether it waits.
+// Shows the time of a live window's last data, and whether it is waiting.
 #pragma once
 
 #include <QElapsedTimer>
@@ -15,22 +15,22 @@ QT_END_NAMESPACE
 
 namespace console {
 
-/// A line with the time of the last data and, once three polls have brought no reply, since when the window waits. The
-/// waiting is measured by a monotonic clock and noticed by a timer, so that a server that hangs and a clock that is set
-/// do not hide it. GUI thread.
+/// A line with the time of the last data and, after three polls without a reply, since when the window has been
+/// waiting. The waiting time is measured with a monotonic clock and checked by a timer, so that it is shown for a hung
+/// server and after clock changes. GUI thread.
 class DataAge : public QObject {
     Q_OBJECT
 public:
-    /// `isExpected` returns whether a reply is to come: it is called twice a second. The caller puts the label, a child
-    /// of the window, into its layout.
+    /// `isExpected` returns whether a reply is expected; it is called twice a second. The caller puts the label, a
+    /// child of the window, into its layout.
     DataAge(QWidget& window, const std::function<bool()>& isExpected);
 
     QLabel* label() const { return m_label; }
-    /// A reply without data to show.
+    /// A reply without data has arrived.
     void answered();
-    /// A reply with data, which are shown now.
+    /// A reply with data has arrived.
     void arrived();
-    /// Of the last data, by the clock on the wall; not valid before the first.
+    /// Wall-clock time of the last data; invalid before the first.
     QTime time() const { return m_dataTime; }
 
     int m_limitMs = 3000; ///< three polls
@@ -44,8 +44,8 @@ protected:
     std::function<bool()> m_isExpected;
     QTimer m_timer;
     QTime m_dataTime;
-    QElapsedTimer m_waiting; ///< since the last reply, or since one has been expected; not valid while none is
-    QTime m_waitingTime; ///< when that began
+    QElapsedTimer m_waiting; ///< time since the last reply, or since one has been expected; invalid if none is expected
+    QTime m_waitingTime; ///< time of day when that began
 };
 
 } // namespace console

@@ -1,5 +1,5 @@
 // The live 1D windows: rows of all modules, the sum in the pair format, a single row, a measured spectrum. Rows, axes
-// and units are those that the server lists; a server that lists none is taken for the simulated one as it starts.
+// and units are those listed by the server; without a list, those of the simulated server with default settings.
 #include "histograms/histogramlist.h"
 #include "histograms/livewindows.h"
 #include "histograms/serverhistograms.h"
@@ -17,9 +17,9 @@ constexpr double detectorSize = 1000.0; // in mm
 constexpr int binsShown = 1024;
 constexpr int modules = 8;
 
-using Listed = std::optional<HistogramInfo>; // nothing from a server that lists none
+using Listed = std::optional<HistogramInfo>; // empty if the server lists none
 
-/// As the server lists the histogram, or else `otherwise`.
+/// According to the server's list, else `otherwise`.
 CurvesRequest requestFor(const Listed& histogram, const CurvesRequest& otherwise)
 {
     if (!histogram)
@@ -34,7 +34,7 @@ CurvesRequest requestFor(const Listed& histogram, const CurvesRequest& otherwise
     return request;
 }
 
-/// The pair format: each reply brings its own axis.
+/// The pair format: each reply contains its own axis.
 CurvesRequest inPairs(CurvesRequest request, const QString& command)
 {
     request.xMin = 0.0;
@@ -84,14 +84,14 @@ CurvesRequest singleRowRequest(const Listed& histogram)
 
 CurvesRequest spectrumRequest(const Listed& histogram)
 {
-    CurvesRequest simulated; // in keV where the file has a calibration, else in channels
+    CurvesRequest simulated; // in keV if the file has a calibration, else in channels
     simulated.title = Windows::tr("Measured Spectrum");
     simulated.xLabel = Windows::tr("Energy or Channel");
     simulated.description = Windows::tr("Spectrum");
     return inPairs(requestFor(histogram, simulated), QStringLiteral("hist1d spectrum pairs all"));
 }
 
-/// Completes the entry with a window of the histogram as the server lists it when the window opens.
+/// Completes the entry with a window of the histogram, which uses the server's list when it opens.
 WindowEntry entryOf(WindowEntry entry, const QString& histogram, CurvesRequest (*request)(const Listed&))
 {
     entry.histogram = histogram;

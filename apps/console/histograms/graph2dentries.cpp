@@ -1,5 +1,5 @@
-// The live 2D window on the detector's image. The numbers of bins are those that the server lists; a server that lists
-// none is taken for one of 256 bins each way.
+// The live 2D window on the detector's image. The numbers of bins are those listed by the server, or 256 each without a
+// list.
 #include "histograms/histogramlist.h"
 #include "histograms/livewindows.h"
 #include "histograms/serverhistograms.h"
@@ -13,9 +13,9 @@ namespace {
 
 constexpr int binsShown = 256;
 
-using Listed = std::optional<HistogramInfo>; // nothing from a server that lists none
+using Listed = std::optional<HistogramInfo>; // empty if the server lists none
 
-/// Both axes count the bins, as the cuts of the plot do whatever the axes say.
+/// Both axes count bins, as the cuts of the plot always do.
 MapRequest imageRequest(const Listed& histogram)
 {
     MapRequest request;

@@ -41,7 +41,7 @@ QString textOf(const HistogramInfo& histogram)
 
 void openHistogram(const WindowContext& context, const HistogramInfo& histogram)
 {
-    using Listed = HistogramWindow::Listed; // never nothing: these windows open with what is listed
+    using Listed = HistogramWindow::Listed; // never empty: these windows open only for listed histograms
     const auto make = [context](const Listed& listed) -> QWidget* {
         if (listed->isMap)
             return new LiveMap(context, std::function([listed] { return mapRequest(*listed); }));
@@ -62,7 +62,7 @@ HistogramChooser::HistogramChooser(const WindowContext& context)
     connect(m_link, &CommandChannel::replied, this, [this](const PTarnisCmd&, const QByteArray& reply) {
         m_reply = QString::fromUtf8(reply);
         showReply();
-        m_context.histograms.read(m_reply); // may be newer than what it has
+        m_context.histograms.read(m_reply); // may be newer than its list
     });
     connect(m_link, &CommandChannel::failed, this, [this](int, const QString& message) {
         say(tr("No reply: %1. Close and open this window to ask again.").arg(message));
@@ -80,7 +80,7 @@ HistogramChooser::HistogramChooser(const WindowContext& context)
 void HistogramChooser::ask()
 {
     say(tr("Asking the server..."));
-    auto* const command = new TarnisCmd(QStringLiteral("hists")); // the session takes it over
+    auto* const command = new TarnisCmd(QStringLiteral("hists")); // the session takes ownership
     command->m_cmdName = QStringLiteral("hists");
     m_link->send(command);
     updateControls();

@@ -1,4 +1,4 @@
-// Which of the server's histograms to open: their list with a box to check for each.
+// Lets the user choose which of the server's histograms to open, with a check box for each.
 #pragma once
 
 #include "histograms/histogramlist.h"
@@ -9,12 +9,11 @@
 
 namespace console {
 
-/// Opens the live window of the histogram, or brings it forward. The id of the window is "histogram " and the name.
+/// Opens or raises the live window of the histogram. The id of the window is "histogram " and the name.
 void openHistogram(const WindowContext& context, const HistogramInfo& histogram);
 
-/// Asks the server when it opens and when it is back after a loss; checks stay with the names meanwhile. Ok opens a
-/// live window for each checked histogram, or brings it forward. What was checked is kept for the next time. GUI
-/// thread.
+/// Requests the list when it opens and when the server is back after a loss; the check states are kept by name. Ok
+/// opens or raises a live window for each checked histogram. The check states are stored for the next time. GUI thread.
 class HistogramChooser : public DialogCheckList {
     Q_OBJECT
 public:
@@ -34,10 +33,10 @@ protected:
 
     WindowContext m_context;
     CommandChannel* m_link;
-    QString m_reply; ///< that is on show
+    QString m_reply; ///< the displayed reply
     QList<HistogramInfo> m_histograms; ///< in the order of the list
-    QStringList m_checked; ///< also such as are not in the list now
-    bool m_isUp = true; ///< the server, when its state was last looked at
+    QStringList m_checked; ///< including names that are currently not in the list
+    bool m_isUp = true; ///< whether the server was up at the last check
 };
 
 } // namespace console

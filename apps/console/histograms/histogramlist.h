@@ -1,4 +1,4 @@
-// The server's list of its histograms as plain values, and what to ask for to show one of them.
+// The server's list of histograms as plain values, and the request parameters for showing one of them.
 #pragma once
 
 #include "histograms/livewindows.h"
@@ -26,21 +26,21 @@ struct HistogramInfo {
     bool isMap = false;
     int rows = 1; ///< 1D only
     HistogramAxis x;
-    HistogramAxis y; ///< of a map
+    HistogramAxis y; ///< Y axis of a map
 
     bool operator==(const HistogramInfo& other) const = default;
 };
 
-/// Reads the reply to "hists": a line for each histogram, a name and pairs of name and value behind a colon. A line
-/// that cannot be a histogram is left out.
+/// Reads the reply to "hists": a line for each histogram, with its name, a colon, and name-value pairs. Invalid lines
+/// are ignored.
 QList<HistogramInfo> histogramsOf(const QString& reply);
 
-/// The bins to ask for: the most that divide `bins` and are not more than `limit`; all of them if only few do.
+/// The number of bins to request: the largest divisor of `bins` up to `limit`; all bins if that divisor is too small.
 int binsToShow(int bins, int limit);
 
-/// How many of its rows, from the first, one window shows: a curve each.
+/// The number of rows, starting with the first, that one window shows, one curve each.
 int rowsToShow(const HistogramInfo& histogram);
-/// The name for the user, and that rows are left out if some are.
+/// The displayed name, with a remark if rows are omitted.
 QString titleOf(const HistogramInfo& histogram, const QString& name);
 
 CurvesRequest curvesRequest(const HistogramInfo& histogram);

@@ -30,7 +30,8 @@ bool isFrozen(const QWidget& window)
     return box && !box->isChecked();
 }
 
-/// A menu or a box may belong to the window, whose code waits for it; a line may be half typed, a range half drawn.
+/// Whether the user is working with the window: it may have an open menu or box, a partly typed line or a partly drawn
+/// range.
 bool isInHand(const QWidget& window)
 {
     const QWidget* const focus = QApplication::focusWidget();
@@ -39,7 +40,7 @@ bool isInHand(const QWidget& window)
         || QApplication::mouseButtons() != Qt::NoButton || (isTyped && isWithin(*focus, window));
 }
 
-/// What the user has set by the window's own controls.
+/// Copies what the user has set with the window's controls.
 void carryOver(const QWidget& old, QWidget& fresh)
 {
     const auto typesOf = [](const QWidget& window) {
@@ -50,7 +51,7 @@ void carryOver(const QWidget& old, QWidget& fresh)
     if (!isFrozen(old) || !autoUpdateOf(fresh) || !updateOf(fresh))
         return;
     autoUpdateOf(fresh)->setChecked(false);
-    updateOf(fresh)->click(); // it was asked for: only then is a frozen one made again
+    updateOf(fresh)->click(); // requested by the user: only then is a frozen window recreated
 }
 
 } // namespace

@@ -1,4 +1,4 @@
-// Open windows of the server's histograms stay true to the server's list.
+// Updates open histogram windows according to the server's list.
 #pragma once
 
 #include "histograms/histogramlist.h"
@@ -18,30 +18,30 @@ namespace console {
 class OpenWindows;
 class ServerHistograms;
 
-/// A window that shows one histogram, with the axes and the command that follow from the server's list.
+/// A window of one histogram, with the axes and the command from the server's list.
 struct HistogramWindow {
-    using Listed = std::optional<HistogramInfo>; ///< nothing while the server has listed none of its name
+    using Listed = std::optional<HistogramInfo>; ///< empty while the server has not listed the histogram
 
-    QString id; ///< among the open windows
+    QString id; ///< id among the open windows
     QString histogram;
-    Listed listed; ///< what it opens with
+    Listed listed; ///< list entry at opening
     std::function<QWidget*(const Listed&)> make;
-    std::function<QString(const Listed&)> title; ///< asked again when the language changes
+    std::function<QString(const Listed&)> title; ///< called again when the language changes
 };
 
-/// When the server lists a histogram otherwise than when its window opened, a new window takes the place of the old
-/// one. What the server does not list, and one that is gone, changes nothing. A window without "AutoUpdate" keeps its
-/// picture until it asks again. GUI thread.
+/// When the server's list entry of a histogram differs from that at the opening of its window, a new window replaces
+/// the old one. Unlisted histograms and closed windows are ignored. A window without "AutoUpdate" keeps its picture
+/// until its next request. GUI thread.
 class HistogramWindowUpdater : public QObject {
     Q_OBJECT
 public:
     /// Both must outlive it.
     HistogramWindowUpdater(OpenWindows& windows, const ServerHistograms& histograms);
 
-    /// As OpenWindows::show(). A window that is open stays what it is.
+    /// As OpenWindows::show(). An open window is not changed.
     QWidget* show(const HistogramWindow& window);
 
-    int m_laterMs = 500; ///< the pause before it looks again while the user is in the middle of something
+    int m_laterMs = 500; ///< time until the next check while the user is working with the window
 
 protected:
     void renewAll();
@@ -50,7 +50,7 @@ protected:
 
     OpenWindows& m_windows;
     const ServerHistograms& m_histograms;
-    std::map<QString, HistogramWindow> m_shown; ///< by id, of each that was ever open
+    std::map<QString, HistogramWindow> m_shown; ///< by id, for each window that was ever open
     QTimer m_laterTimer;
 };
 

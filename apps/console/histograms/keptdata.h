@@ -1,4 +1,4 @@
-// The data of a server that has gone stay on the screen until the next server has some.
+// Keeps the data of a lost server on the screen until the next server has data.
 #pragma once
 
 #include <QFrame>
@@ -17,18 +17,19 @@ namespace console {
 
 class ServerController;
 
-/// A bar that says so and offers to save the picture and the values. It is hidden unless data are kept. GUI thread.
+/// A bar that shows this and offers to save the picture and the values. It is hidden unless data are kept. GUI thread.
 class KeptData : public QFrame {
     Q_OBJECT
 public:
-    /// `dataTime` returns when the data on show came; not valid: there is nothing to keep.
+    /// `dataTime` returns the time of the shown data; invalid: there is nothing to keep.
     KeptData(ServerController& controller, XYGraphWidget& plot, const std::function<QTime()>& dataTime);
 
-    /// True if the reply must not be shown, because all its counts are 0 and there are data to keep. False ends it.
+    /// True if the reply must not be shown, because all its counts are 0 and there are data to keep. False stops
+    /// keeping them.
     bool holds(bool isReplyEmpty);
 
 Q_SIGNALS:
-    /// The user wants to see the new data.
+    /// The user has requested the new data.
     void released();
 
 protected:
@@ -43,12 +44,12 @@ protected:
     QPushButton* m_pictureButton;
     QPushButton* m_valuesButton;
     QPushButton* m_releaseButton;
-    QTime m_keptTime; ///< of the data
+    QTime m_keptTime; ///< time of the data
     bool m_isKeeping = false;
     bool m_wasUp;
 };
 
-/// True if every double of the payload is 0, of pairs every second one.
+/// True if every double of the payload is 0, or every second one for pairs.
 bool isAllZero(const QByteArray& payload, bool arePairs);
 
 } // namespace console

@@ -33,7 +33,7 @@ namespace {
 constexpr int maxColumns = 64; // bins of a histogram that opens as columns
 constexpr int minPlotLines = 9; // height of a plot, in lines of text
 
-/// The buttons that need a session tell why they are off.
+/// Enables the buttons that need a session, or shows why they are disabled.
 void setPolling(QDialog& window, bool isPolling)
 {
     const QString reason = SessionRecovery::tr("Needs a connected server");
@@ -45,7 +45,7 @@ void setPolling(QDialog& window, bool isPolling)
     set(window.findChild<QCheckBox*>(QStringLiteral("autoUpdateCheckBox")));
 }
 
-/// The lines that every live plot has below its controls.
+/// Adds the lines below the controls of every live plot.
 void addLines(QDialog& window, DataAge& age, KeptData& kept)
 {
     if (auto* const box = qobject_cast<QBoxLayout*>(window.layout())) {
@@ -54,13 +54,13 @@ void addLines(QDialog& window, DataAge& age, KeptData& kept)
     }
 }
 
-/// The server's name of the histogram, which the request has behind its first word.
+/// The server's name of the histogram, the second word of the request.
 QString histogramOf(const QString& command)
 {
     return command.section(u' ', 1, 1, QString::SectionSkipEmpty);
 }
 
-constexpr char filteredProperty[] = "filteredData"; // of a filtered map: the time of the data
+constexpr char filteredProperty[] = "filteredData"; // on a filtered map: the time of the data
 
 int rowsOf(const MapRequest& request)
 {
@@ -107,7 +107,7 @@ QString undrawnText(const tarnis::UndrawnReply& reply)
     return reply.text;
 }
 
-/// What the plot cannot show of a reply; empty if it shows everything.
+/// The values of a reply that the plot cannot show, as a text; empty if it shows everything.
 QString drawnText(const tarnis::DrawnReply& reply)
 {
     if (reply.notFinite == 0)
@@ -115,7 +115,7 @@ QString drawnText(const tarnis::DrawnReply& reply)
     return LiveCurves::tr("%1 of %2 values are not finite.").arg(reply.notFinite).arg(reply.values);
 }
 
-/// Both texts are shown below the plot, and the polling goes on.
+/// Both texts are shown below the plot, and the polling continues.
 template <typename Window> tarnis::LiveWindowHooks hooksOf(Window& window, bool& isDrawn)
 {
     return { [&window](const tarnis::UndrawnReply& reply) {
@@ -130,7 +130,7 @@ template <typename Window> tarnis::LiveWindowHooks hooksOf(Window& window, bool&
         } };
 }
 
-/// A first good reply clears the line below the plot, but nothing asks for one without "AutoUpdate".
+/// The first valid reply clears the line below the plot, but without "AutoUpdate" none is requested.
 template <typename Window> void resumePolling(Window& window, const tarnis::ServerAddress& address)
 {
     setPolling(window, true);
@@ -163,7 +163,7 @@ LiveCurves::LiveCurves(const WindowContext& context, const CurvesRequest& reques
     hooks = hooksOf(*this, m_isDrawn);
     getGraphWidget()->setMinimumHeight(fontMetrics().height() * minPlotLines);
     getGraphWidget()->installEventFilter(this);
-    // The library's slot knows the entries by their English words, and has been called with those on show.
+    // The library's slot expects the English entries, but was called with the translated ones.
     if (auto* const box = findChild<QComboBox*>(QStringLiteral("typeComboBox")))
         connect(box, &QComboBox::currentIndexChanged, this,
             [this](int index) { onTypeChanged(index == 0 ? QStringLiteral("Each") : QStringLiteral("All")); });
@@ -229,14 +229,14 @@ void LiveCurves::setTexts()
         button->setText(tr("Curves..."));
 }
 
-/// Names the curves that the plot draws.
+/// Shows the names of the drawn curves.
 void LiveCurves::showCaption()
 {
     auto* const label = findChild<QLabel*>(QStringLiteral("descLabel"));
     if (!label)
         return;
     const CurvesRequest request = m_request();
-    if (start == end) { // a single row has its name and no choice
+    if (start == end) { // a single row has a fixed name
         label->setText(request.description.trimmed());
         return;
     }
@@ -246,7 +246,7 @@ void LiveCurves::showCaption()
         label->setText(text);
 }
 
-/// A line between a few points would show values that were not measured.
+/// A line between few points would suggest values that were not measured.
 void LiveCurves::chooseForm()
 {
     MultiVectorGraphWidget& plot = *getGraphWidget();
@@ -260,7 +260,7 @@ void LiveCurves::chooseForm()
 bool LiveCurves::eventFilter(QObject* object, QEvent* event)
 {
     if (event->type() == QEvent::Paint && object == getGraphWidget())
-        showCaption(); // the choice of the visible curves has no signal
+        showCaption(); // the selection of visible curves has no signal
     return Graph1DDialog::eventFilter(object, event);
 }
 
@@ -374,7 +374,7 @@ void LiveMap::setTexts()
     plot.setTitle(request.title);
 }
 
-/// The maps that were filtered out of this one bear its words.
+/// Updates the texts of the maps that were filtered from this one.
 void LiveMap::setFilteredTexts()
 {
     const MapRequest request = m_request();
@@ -400,7 +400,8 @@ void LiveMap::changeEvent(QEvent* event)
     setInfoText(info);
     if (!session)
         onLost();
-    QMetaObject::invokeMethod(this, &LiveMap::setFilteredTexts, Qt::QueuedConnection); // when they are through with it
+    QMetaObject::invokeMethod(this, &LiveMap::setFilteredTexts, Qt::QueuedConnection); // after they have handled the
+                                                                                       // language change
 }
 
 void LiveMap::closeEvent(QCloseEvent* event)
@@ -436,7 +437,7 @@ LiveStatistics::LiveStatistics(const WindowContext& context, const QString& titl
         box->insertWidget(box->count() - 1, m_age.label());
         box->insertWidget(box->count() - 1, m_infoLabel);
     }
-    // The columns fill the table without the row numbers.
+    // The columns fill the table, without row numbers.
     table()->verticalHeader()->hide();
     m_sinceResult.start();
     connect(&m_keeper, &SessionRecovery::lost, this, &LiveStatistics::onLost);

@@ -1,5 +1,5 @@
-// The library's live windows as the console opens them: a lost server is said in the window itself, and the polling
-// goes on by itself when the server is back.
+// The library's live windows as used by the console: a lost server is reported in the window, and polling resumes
+// automatically when the server is back.
 #pragma once
 
 #include "histograms/dataage.h"
@@ -21,27 +21,27 @@ class KeptData;
 class ServerController;
 struct WindowContext;
 
-/// What a 1D window shows.
+/// The content of a 1D window.
 struct CurvesRequest {
     QString title;
     QString xLabel;
-    double xMin = 0.0; ///< with both ends 0 each reply brings its own axis
+    double xMin = 0.0; ///< if both ends are 0, each reply contains its own axis
     double xMax = 0.0;
     int resolution = 1;
     QString description;
-    QString rangeName; ///< of the ranges that can be selected; empty: "X"
+    QString rangeName; ///< name of selectable ranges; empty: "X"
     QString command;
-    int first = 0; ///< of the rows, as `last`
+    int first = 0; ///< first row, inclusive, like `last`
     int last = 0;
-    int rows = 0; ///< of the histogram, said where `last` leaves some out
+    int rows = 0; ///< number of rows of the histogram, shown if `last` omits some
 };
 
-/// A refusal, and a reply that cannot be drawn, stand below the plot, and the polling goes on. So does the time of the
-/// last data.
+/// Rejections and replies that cannot be drawn are reported below the plot, and the polling continues. The time of the
+/// last data is also shown there.
 class LiveCurves : public Graph1DDialog {
     Q_OBJECT
 public:
-    /// The request is asked again, for its texts, when the language changes.
+    /// `request` is called again for its texts when the language changes.
     LiveCurves(const WindowContext& context, const std::function<CurvesRequest()>& request);
     LiveCurves(const WindowContext& context, const CurvesRequest& request);
 
@@ -63,7 +63,7 @@ protected:
     void onLost();
     void resume();
 
-    bool m_isFormChosen = false; ///< columns or a line: once, when the number of bins is known
+    bool m_isFormChosen = false; ///< columns or a line: chosen once, when the number of bins is known
     std::function<CurvesRequest()> m_request;
     SessionRecovery m_keeper;
     bool m_isDrawn = false; ///< the reply under way was drawn
@@ -72,26 +72,26 @@ protected:
     KeptData* m_kept;
 };
 
-/// What a 2D window shows.
+/// The content of a 2D window.
 struct MapRequest {
     QString title;
     QString xLabel;
     QString yLabel;
-    int bins = 0; ///< of a row, and rows unless yBins says more
+    int bins = 0; ///< bins per row, and number of rows unless yBins is set
     int yBins = 0;
-    double xMin = 0.0; ///< with both ends 0 the axis counts the bins; so does Y
+    double xMin = 0.0; ///< if both ends are 0, the axis counts bins; likewise Y
     double xMax = 0.0;
     double yMin = 0.0;
     double yMax = 0.0;
     QString command;
 };
 
-/// A refusal, and a reply that cannot be drawn, stand below the plot, and the polling goes on. So does the time of the
-/// last data.
+/// Rejections and replies that cannot be drawn are reported below the plot, and the polling continues. The time of the
+/// last data is also shown there.
 class LiveMap : public Graph2DDialog {
     Q_OBJECT
 public:
-    /// The request is asked again, for its texts, when the language changes.
+    /// `request` is called again for its texts when the language changes.
     LiveMap(const WindowContext& context, const std::function<MapRequest()>& request);
     LiveMap(const WindowContext& context, const MapRequest& request);
 
@@ -103,7 +103,7 @@ public:
     DataAge& dataAge() { return m_age; }
 
 public Q_SLOTS:
-    /// In place of the library's own, which the filter's dialog looks up by this name: the title of the new map says
+    /// Replaces the library's slot, which the filter's dialog looks up by this name: the title of the new map states
     /// that it is filtered, and when.
     void onFilterAccepted(const Graph2DFilter& filter);
 
@@ -123,7 +123,7 @@ protected:
     KeptData* m_kept;
 };
 
-/// The previous values stay on show while there is no server.
+/// The previous values remain shown while there is no server.
 class LiveStatistics : public StatDialog {
     Q_OBJECT
 public:
@@ -142,8 +142,8 @@ protected:
 
     ServerController& m_controller;
     SessionRecovery m_keeper;
-    QElapsedTimer m_sinceResult; ///< the next poll is asked after a result: at least as long as it is under way
-    QLabel* m_infoLabel; ///< below the table; hidden while all is well
+    QElapsedTimer m_sinceResult; ///< time since the last result, after which the next poll was sent
+    QLabel* m_infoLabel; ///< below the table; hidden without a problem
     DataAge m_age;
 };
 

@@ -14,7 +14,7 @@ struct RowCaption {
     Q_DECLARE_TR_FUNCTIONS(RowCaption)
 };
 
-/// What a host that subclasses the plot sees of its curves.
+/// Access to protected members of the plot's curves.
 class PlotRecords : public MultiVectorGraphWidget {
 public:
     static const QList<Data>& of(MultiVectorGraphWidget& plot) { return plot.*(&PlotRecords::m_data); }
@@ -24,7 +24,7 @@ public:
     }
 };
 
-constexpr char columnChart[] = "Column Chart"; // the library's text, in its catalogue
+constexpr char columnChart[] = "Column Chart"; // text of the library, from its catalogue
 
 } // namespace
 

@@ -15,7 +15,7 @@ ServerHistograms::ServerHistograms(ServerController& controller)
 {
     connect(m_link, &CommandChannel::replied, this, [this](const PTarnisCmd&, const QByteArray& reply) {
         read(QString::fromUtf8(reply));
-        // Asked once: the connection is not needed any more. Not from inside its own signal.
+        // Requested only once, so the connection is no longer needed. Queued, because this is called in its own signal.
         QMetaObject::invokeMethod(m_link, &CommandChannel::drop, Qt::QueuedConnection);
     });
     connect(m_link, &CommandChannel::failed, this, [this] {
@@ -46,7 +46,7 @@ void ServerHistograms::onServerState()
 
 void ServerHistograms::ask()
 {
-    auto* const command = new TarnisCmd(QStringLiteral("hists")); // the session takes it over
+    auto* const command = new TarnisCmd(QStringLiteral("hists")); // the session takes ownership
     command->m_cmdName = QStringLiteral("hists");
     m_link->send(command);
 }

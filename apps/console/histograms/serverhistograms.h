@@ -1,4 +1,4 @@
-// What the current server has told about its histograms, for windows that show a certain one of them.
+// The current server's list of histograms, for windows of particular histograms.
 #pragma once
 
 #include "histograms/histogramlist.h"
@@ -13,7 +13,8 @@ namespace console {
 class ServerController;
 class CommandChannel;
 
-/// Asks `hists` each time that a server is connected, and once again if the connection breaks over it. GUI thread.
+/// Sends `hists` each time a server is connected, and once more if the connection is lost during the request. GUI
+/// thread.
 class ServerHistograms : public QObject {
     Q_OBJECT
 public:
@@ -21,16 +22,17 @@ public:
     explicit ServerHistograms(ServerController& controller);
     ~ServerHistograms() override;
 
-    /// Nothing for a histogram that the server does not list, for every one while the server has not answered, and for
-    /// one that cannot list them.
+    /// Empty for a histogram that the server does not list, and for all histograms if the server has not answered or
+    /// does not support the list.
     std::optional<HistogramInfo> find(const QString& name) const;
-    /// Why there is no such histogram, in words; empty if there is, if the server has not said, and for no name.
+    /// Why there is no such histogram, as a text for users; empty if it exists, if this is unknown, and for an empty
+    /// name.
     QString refusal(const QString& name) const;
-    /// Takes the list over from a reply to `hists` that another has asked for. A refusal changes nothing, nor does a
-    /// list while there is no server.
+    /// Reads the list from a reply to `hists` requested elsewhere. Ignores rejections, and lists while there is no
+    /// server.
     void read(const QString& reply);
 
-    int m_retryMs = 1000; ///< the pause before it asks again
+    int m_retryMs = 1000; ///< the delay before the request is repeated
 
 Q_SIGNALS:
     void changed();
@@ -44,8 +46,8 @@ protected:
     CommandChannel* m_link;
     std::optional<QList<HistogramInfo>> m_list;
     QTimer m_retryTimer;
-    bool m_isAskedAgain = false; ///< of this server
-    bool m_isUp = false; ///< the server, when its state was last looked at
+    bool m_isAskedAgain = false; ///< repeated for this server
+    bool m_isUp = false; ///< whether the server was up at the last check
 };
 
 } // namespace console

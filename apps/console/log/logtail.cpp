@@ -23,7 +23,7 @@ QList<LogNews> LogTail::look()
     QList<LogNews> news;
     if (!m_file.isOpen() && !open(news))
         return news;
-    // Asked before the rest of the old file is read: what is written to it until then is not lost.
+    // Checked before the rest of the old file is read, so that text written to it until then is not lost.
     const bool isOther = isReplaced();
     if (isRewritten()) {
         startAnew();
@@ -54,7 +54,7 @@ bool LogTail::isGone() const
 
 bool LogTail::open(QList<LogNews>& news)
 {
-    // A folder can be opened on some systems, and a pipe would block.
+    // Some systems can open a folder, and a pipe would block.
     QString problem;
     if (const QFileInfo info(m_path); info.exists() && !info.isFile())
         problem = tr("it is not an ordinary file");
@@ -74,7 +74,7 @@ bool LogTail::isReplaced() const
         && (opened.st_dev != named.st_dev || opened.st_ino != named.st_ino);
 }
 
-/// A file that is as long as before or longer may have been emptied and filled again between two looks.
+/// A file that is not shorter may still have been truncated and rewritten between two checks.
 bool LogTail::isRewritten()
 {
     if (m_file.size() < m_position)

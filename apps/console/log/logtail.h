@@ -1,5 +1,5 @@
-// Follows a text file that another program writes: what has come since the last look, however large the file is and
-// whatever becomes of it. No widget, no timer; one thread at a time.
+// Follows a text file that another program writes: returns the text added since the last call, also for large,
+// truncated and replaced files. No widget, no timer; one thread at a time.
 #pragma once
 
 #include <QByteArray>
@@ -11,14 +11,14 @@
 
 namespace console {
 
-/// A piece of the file, or something that happened to it.
+/// New text of the file, or an event.
 struct LogNews {
     enum class Kind {
-        Text, ///< `text` follows on the text before
-        Skipped, ///< `bytes` of the file are left out here
-        Emptied, ///< the file was cut short or written again: what follows is its beginning
-        Replaced, ///< another file has taken its name: what follows is the beginning of that one
-        Missing, ///< the file cannot be opened, for the reason in `text`; said once
+        Text, ///< `text` continues the previous text
+        Skipped, ///< `bytes` of the file are skipped here
+        Emptied, ///< the file was truncated or rewritten; its beginning follows
+        Replaced, ///< the file was replaced by another one, whose beginning follows
+        Missing, ///< the file cannot be opened, for the reason in `text`; reported once
     };
     Kind kind = Kind::Text;
     QString text;
@@ -28,19 +28,19 @@ struct LogNews {
 class LogTail {
     Q_DECLARE_TR_FUNCTIONS(console::LogTail)
 public:
-    /// At most so much of the file is read in one look, of its end.
+    /// Maximum number of bytes read in one call, from the end of the file.
     static constexpr qint64 windowBytes = qint64 { 1024 } * 1024;
-    /// A longer line is broken, for the view's sake.
+    /// A longer line is split, to keep the view fast.
     static constexpr qsizetype lineLimit = 4096;
 
     explicit LogTail(const QString& path);
 
     const QString& path() const { return m_path; }
-    /// What has come since the last look, in order. Lines end with a line feed; the last one may be half written.
+    /// The changes since the last call, in order. Lines end with a line feed; the last one may be incomplete.
     QList<LogNews> look();
-    /// Bytes of the file that no look has reached yet; 0 if that cannot be told.
+    /// Number of unread bytes of the file; 0 if unknown.
     qint64 pending() const;
-    /// True while a file that was open has lost its name: it is followed all the same until another one takes it.
+    /// True while the open file has been removed or renamed: it is followed until another file takes its name.
     bool isGone() const;
 
 protected:
@@ -55,9 +55,9 @@ protected:
     QString m_path;
     QFile m_file;
     QStringDecoder m_decoder { QStringDecoder::Utf8 };
-    qint64 m_position = 0; ///< behind what was read
-    QByteArray m_lastBytes; ///< in front of m_position, to recognise the file by
-    qsizetype m_lineLength = 0; ///< characters of the line that is coming
+    qint64 m_position = 0; ///< read position in the file
+    QByteArray m_lastBytes; ///< bytes before m_position, to identify the file
+    qsizetype m_lineLength = 0; ///< characters of the incomplete last line
     bool m_isMissing = false;
 };
 

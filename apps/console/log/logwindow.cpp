@@ -46,7 +46,7 @@ LogWindow::LogWindow(QSettings& store, QWidget* parent)
         if (isFollowing())
             scrollToEnd();
     });
-    // The view keeps the bar silent when it scrolls by keys or wheel.
+    // The view blocks the signals of the scroll bar when it scrolls by keys or wheel.
     ui->view->installEventFilter(this);
     ui->view->viewport()->installEventFilter(this);
     m_timer.setInterval(lookMs);
@@ -125,7 +125,7 @@ void LogWindow::append(const LogNews& news)
         return;
     }
     const QScopedValueRollback writing(m_isWriting, true);
-    QTextCursor end(ui->view->document()); // the user's own cursor and selection stay
+    QTextCursor end(ui->view->document()); // keeps the user's cursor and selection
     end.movePosition(QTextCursor::End);
     if (!note.isEmpty() && !end.atBlockStart())
         end.insertText(QStringLiteral("\n"));
@@ -159,7 +159,7 @@ void LogWindow::find(bool isBackward)
     const QString text = ui->findEdit->text();
     if (text.isEmpty())
         return;
-    ui->followCheck->setChecked(false); // what is found stays where it is
+    ui->followCheck->setChecked(false); // keeps the found text in place
     const QTextDocument::FindFlags flags = isBackward ? QTextDocument::FindBackward : QTextDocument::FindFlags();
     const QScopedValueRollback writing(m_isWriting, true);
     m_isFoundNowhere = false;

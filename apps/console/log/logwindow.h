@@ -1,4 +1,4 @@
-// Shows a log file of this machine and follows its growth.
+// Shows a log file on this machine and follows it.
 #pragma once
 
 #include "log/logtail.h"
@@ -16,20 +16,20 @@ class LogWindow;
 
 namespace console {
 
-/// Looks at the file several times a second. Pausing stops the looking, not the writing: what came meanwhile is shown
-/// when it goes on. The file is kept under "log/file" of the store. GUI thread.
+/// Reads the file several times a second. After a pause, the text written in the meantime is shown. The path is stored
+/// under "log/file". GUI thread.
 class LogWindow : public QDialog {
     Q_OBJECT
 public:
-    /// Opens the file that the store holds. `store` must outlive the window.
+    /// Opens the stored file. `store` must outlive the window.
     LogWindow(QSettings& store, QWidget* parent);
     ~LogWindow() override;
 
-    /// Shows another file from now on.
+    /// Shows another file.
     void setFile(const QString& path);
     bool isFollowing() const;
 
-    static constexpr int maxLines = 20000; ///< on show; older ones go
+    static constexpr int maxLines = 20000; ///< maximum number of shown lines
 
 public Q_SLOTS:
     void look();
@@ -51,8 +51,8 @@ protected:
     std::unique_ptr<LogTail> m_tail; ///< null while no file is chosen
     QTimer m_timer;
     QString m_problem; ///< why the file cannot be read
-    bool m_isFoundNowhere = false; ///< the text to find
-    bool m_isWriting = false; ///< the view changes by itself, not by the user's scrolling
+    bool m_isFoundNowhere = false; ///< the text to find was not found
+    bool m_isWriting = false; ///< the view is changed by the program, not by the user
 };
 
 } // namespace console

@@ -1,4 +1,4 @@
-// Something that the user should know and can act on: words, and at most one thing to press.
+// An alert for the user: a text, and at most one action.
 #pragma once
 
 #include <tarnis/foundation/retranslator.h>
@@ -8,15 +8,15 @@
 
 namespace console {
 
-/// What one press of the alert's button does.
+/// The action of the alert's button.
 enum class AlertAction {
     None,
     StartAgain, ///< start the previous server
     ConnectAgain, ///< connect to the previous server
-    ChooseServer, ///< ask which server to use
-    Stop, ///< give up waiting for the server to come up
+    ChooseServer, ///< choose the server
+    Stop, ///< stop waiting for the server
     EndByForce, ///< kill the local server
-    SendAgain, ///< send the command that was lost
+    SendAgain, ///< send the lost command
 };
 
 struct Alert {

@@ -108,7 +108,7 @@ void AlertBar::setStatusMessage(const Alert& alert)
     show(alert);
 }
 
-/// What came last goes first.
+/// Dismisses the last alert first.
 void AlertBar::dismiss()
 {
     if (note().isEmpty())
@@ -134,7 +134,7 @@ void AlertBar::announce(QWidget& label)
 void AlertBar::show(const Alert& alert)
 {
     m_alert = alert;
-    // A button that hides would hand the keyboard on to any other control.
+    // A button that is hidden would pass the focus to an arbitrary control.
     QWidget* const focused = window()->focusWidget();
     const bool isHiding = alert.text.isEmpty() || (focused == ui->alertButton && alert.action == AlertAction::None);
     if (focused && isAncestorOf(focused) && isHiding)
@@ -158,7 +158,7 @@ void AlertBar::setActionText()
     if (m_alert.action == AlertAction::None)
         return; // the button is hidden
     ui->alertButton->setText(withKey(actionText(m_alert.action), Qt::Key_F8));
-    ui->alertButton->setShortcut(Qt::Key_F8); // a new text takes it away
+    ui->alertButton->setShortcut(Qt::Key_F8); // a new text removes the shortcut
 }
 
 void AlertBar::applyColours()
@@ -171,7 +171,8 @@ void AlertBar::applyColours()
 void AlertBar::changeEvent(QEvent* event)
 {
     QFrame::changeEvent(event);
-    // Of a change of the application's palette a part of a window hears this way; its own colours do not change twice.
+    // A child widget is notified of a change of the application's palette by these events. The comparison prevents
+    // recursion.
     if (event->type() == QEvent::PaletteChange || event->type() == QEvent::ApplicationPaletteChange
         || event->type() == QEvent::StyleChange)
         applyColours();

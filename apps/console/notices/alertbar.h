@@ -1,4 +1,4 @@
-// The strip under the server's status that says what went wrong and offers the one press that fixes it.
+// The bar below the server's status that shows what went wrong and offers one action to fix it.
 #pragma once
 
 #include "notices/alert.h"
@@ -16,7 +16,7 @@ namespace console {
 /// The palette's window colour with a tint of the severity.
 QColor alertBackground(const QPalette& palette, Alert::Severity severity);
 
-/// Hidden while there is nothing to say.
+/// Hidden without an alert.
 class AlertBar : public QFrame {
     Q_OBJECT
 public:
@@ -28,11 +28,10 @@ public:
     QString note() const;
 
 public Q_SLOTS:
-    /// Shows the alert in place of everything before; an empty text hides the bar.
+    /// Shows the alert, replacing all previous ones; an empty text hides the bar.
     void setAlert(const console::Alert& alert);
-    /// Shows an alert that comes and goes: beside one that still needs the user (a failure, or something to press
-    /// where this one has nothing), else in place of it. An empty text takes away what this brought, but nothing that
-    /// can still be pressed.
+    /// Shows a transient alert: beside an alert that still needs the user (a failure, or one with an action if this one
+    /// has none), else replacing it. An empty text removes transient alerts without an action.
     void setStatusMessage(const console::Alert& alert);
 
 Q_SIGNALS:
@@ -49,7 +48,7 @@ protected:
 
     std::unique_ptr<Ui::AlertBar> ui;
     Alert m_alert;
-    bool m_isPassing = false; ///< the alert is one that comes and goes
+    bool m_isPassing = false; ///< the alert is transient
 };
 
 } // namespace console

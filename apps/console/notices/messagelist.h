@@ -1,4 +1,4 @@
-// What the library tells its host at system level, with the time of day.
+// The library's system-level messages with the time of day.
 #pragma once
 
 #include <QPlainTextEdit>
@@ -9,7 +9,7 @@ struct SystemMessage;
 
 namespace console {
 
-/// Shows every message of the library as it comes, in the language of that moment; old lines go beyond 2000.
+/// Shows each message of the library when it arrives, in the current language; limited to 2000 lines.
 class MessageList : public QPlainTextEdit {
     Q_OBJECT
 public:

@@ -127,7 +127,7 @@ void RunControl::sendIfAgreed(const QString& command, const QString& question, c
     box->setObjectName(QStringLiteral("discardBox"));
     box->setAttribute(Qt::WA_DeleteOnClose);
     connect(box, &QMessageBox::finished, this, [this, box, agree, command] {
-        // The server may be gone by the time of the answer.
+        // The server may be lost by the time of the answer.
         if (box->clickedButton() == agree && commonRefusal().isEmpty())
             send(command);
     });
@@ -137,7 +137,7 @@ void RunControl::sendIfAgreed(const QString& command, const QString& question, c
 
 void RunControl::send(const QString& command)
 {
-    m_channel->send(new TarnisCmd(command)); // the session takes it over
+    m_channel->send(new TarnisCmd(command)); // the session takes ownership
 }
 
 void RunControl::onReplied(const QString& command, const QByteArray& reply)
@@ -148,7 +148,7 @@ void RunControl::onReplied(const QString& command, const QByteArray& reply)
         Q_EMIT statusMessage(alertOf(Alert::Severity::Warning, [command, answer = text.trimmed()] {
             return tr("The server refused \u201c%1\u201d: %2").arg(command, answer);
         }));
-    // Not at once: a poll that is under way was asked before the command.
+    // Delayed, because a poll under way was requested before the command.
     delay_call([this] { m_poller.request(); }, settleMs, this);
 }
 

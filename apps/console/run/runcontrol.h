@@ -1,4 +1,4 @@
-// Starts and stops runs and clears their data at the press of a button.
+// Starts and stops runs and clears their data.
 #pragma once
 
 #include "notices/alert.h"
@@ -16,8 +16,8 @@ class CommandChannel;
 class ServerController;
 class StatusPoller;
 
-/// Sends "start", "stop" and "clear" on a session of its own, so that a run can be stopped while the command line waits
-/// for a long reply. Asks first where data would be lost. GUI thread.
+/// Sends "start", "stop" and "clear" on its own session, so that a run can be stopped while the command line waits for
+/// a long reply. Asks first if data would be lost. GUI thread.
 class RunControl : public QObject {
     Q_OBJECT
 public:
@@ -25,7 +25,7 @@ public:
     RunControl(ServerController& controller, StatusPoller& poller, QWidget& window);
     ~RunControl() override;
 
-    /// Why the command cannot be sent now, in words; empty if it can.
+    /// Why the command cannot be sent now, as a text for users; empty if it can.
     QString startRefusal() const;
     QString stopRefusal() const;
     QString clearRefusal() const;
@@ -36,10 +36,10 @@ public Q_SLOTS:
     void clear();
 
 Q_SIGNALS:
-    /// A command has been answered. A refusal is in `statusMessage` too.
+    /// A command has been answered. A rejection is also emitted by `statusMessage`.
     void answered(const QString& command, const QByteArray& reply);
     void statusMessage(const console::Alert& message);
-    /// A refusal may have come or gone.
+    /// A refusal may have changed.
     void changed();
 
 protected:

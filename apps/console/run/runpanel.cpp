@@ -22,7 +22,7 @@ namespace {
 
 constexpr int rateDigits = 4;
 
-/// Hidden without a text. It never shrinks, so that the fields behind it stay where they are while digits change.
+/// Hidden without a text. It never shrinks, so that the following fields do not move while digits change.
 void showField(QLabel& label, const QString& text)
 {
     label.setText(text);

@@ -31,7 +31,7 @@ SaveDialog::SaveDialog(QWidget* parent, const QString& caption, const QStringLis
 
 void SaveDialog::onFilter(const QString& filter)
 {
-    setDefaultSuffix(suffixesOf(filter).value(0)); // all that a dialog of the desktop knows of suffixes
+    setDefaultSuffix(suffixesOf(filter).value(0)); // the only suffix setting of a native dialog
     const auto* const edit = findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
     const QString name = edit ? edit->text() : QString();
     const QString suffix = QFileInfo(name).suffix();

@@ -6,8 +6,8 @@
 
 namespace console {
 
-/// A name that ends in none of the suffixes of the filters gets the first one of the chosen filter, before the dialog
-/// asks about an older file. Choosing another filter changes the suffix of the name.
+/// Appends the first suffix of the selected filter to a name without a suffix of any filter, before the dialog asks
+/// about overwriting. Selecting another filter changes the suffix of the name.
 class SaveDialog : public QFileDialog {
     Q_OBJECT
 public:
@@ -20,7 +20,7 @@ protected:
     void onFilter(const QString& filter);
     void setName(const QString& name);
 
-    QStringList m_suffixes; ///< of all filters, without the dot
+    QStringList m_suffixes; ///< suffixes of all filters, without the dot
 };
 
 /// The suffixes of a filter, without the dot: "Text (*.txt *.dat)" has two.

@@ -33,7 +33,7 @@ QString titleOf(const QWidget& window)
     return window.windowTitle().remove(QLatin1String("[*]"));
 }
 
-/// That of the nearest window: a cut has those of its map.
+/// The property of the nearest window: a cut uses that of its map.
 QVariant inherited(const QWidget& source, const char* property)
 {
     for (const QWidget* widget = &source; widget; widget = widget->parentWidget()) {
@@ -43,7 +43,7 @@ QVariant inherited(const QWidget& source, const char* property)
     return {};
 }
 
-/// What the widget shows: the histogram, or the title of its window.
+/// The name of the widget's content: the histogram, or the title of its window.
 QString nameOf(const QWidget& source)
 {
     const QVariant name = inherited(source, savedNameProperty);
@@ -109,7 +109,7 @@ bool SaveReports::save(const tarnis::SaveRequest& request)
     return true;
 }
 
-/// Where the values come from, as the files state it.
+/// The origin of the values, for the files.
 QString SaveReports::sourceText() const
 {
     const QString address = m_controller.tarnis().GetServerAddress();
@@ -157,7 +157,7 @@ void SaveReports::report(QWidget& source, const QString& path, const QString& er
     const auto words = [path, error] { return tr("%1 was not saved: %2.").arg(path, error); };
     m_controller.showStatusMessage(alertOf(Alert::Severity::Warning, words));
     if (qobject_cast<const QMainWindow*>(source.window()))
-        return; // the alert is there already
+        return; // the alert is already shown
     auto* const box =
         new QMessageBox(QMessageBox::Warning, titleOf(*source.window()), words(), QMessageBox::Ok, source.window());
     box->setObjectName(QStringLiteral("saveBox"));

@@ -1,4 +1,4 @@
-// The saves of all windows: plots are exported, tables saved, and how each ended is reported.
+// The saves of all windows: exports plots, saves tables, and reports the results.
 #pragma once
 
 #include <QObject>
@@ -24,18 +24,18 @@ namespace console {
 class SaveDialog;
 class ServerController;
 
-/// Takes the saves of the library's menus over while it exists, and reports those of the console. Plots are saved with
-/// an export dialog, which shows why a save failed, and printed as vectors. A success is a passing alert. So is any
-/// other failure, with a box on the window that wanted to save unless that is the console's own. GUI thread.
+/// Handles the saves of the library's menus while it exists, and reports those of the console. Plots are saved with an
+/// export dialog, which shows errors itself, and printed as vectors. Success is shown as a transient alert. Other
+/// failures too, with an additional message box on the saving window unless it is the main window. GUI thread.
 class SaveReports : public QObject {
     Q_OBJECT
 public:
-    /// `run` returns the number of the run for suggested names, or an empty text. The folder of the last save is kept
-    /// in `settings`. All must outlive it.
+    /// `run` returns the run number for suggested names, or an empty text. The folder of the last save is stored in
+    /// `settings`. All must outlive it.
     SaveReports(ServerController& controller, QSettings& settings, const std::function<QString()>& run);
     ~SaveReports() override;
 
-    /// A name for a file with `what`, without a suffix: what it is, run, date and time.
+    /// A file name without suffix for `what`, made of `what`, run, date and time.
     QString suggestedName(const QString& what) const;
     /// `error` is empty on success, else the cause as tarnis::writeFile() returns it.
     void report(QWidget& source, const QString& path, const QString& error);
@@ -53,13 +53,13 @@ protected:
 
     ServerController& m_controller;
     QSettings& m_settings;
-    std::unique_ptr<QPrinter> m_printer; ///< keeps what the user chose; made for the first print
+    std::unique_ptr<QPrinter> m_printer; ///< keeps the user's choices; created for the first print
     std::function<QString()> m_run;
 };
 
-/// Names what the window shows in the files that are saved from it: the server's name of the histogram.
+/// Sets the name used in files saved from the window: the server's name of the histogram.
 void setSavedName(QWidget& window, const QString& name);
-/// Notes when the data that the window shows were taken, for the files that are saved from it.
+/// Sets the time of the shown data, for files saved from the window.
 void setDataTime(QWidget& window, const QDateTime& time);
 
 } // namespace console

@@ -1,5 +1,5 @@
-// A connection of one's own to the server, as a window or a command line needs it: a private TarnisSession that is made
-// with the first command and made again after a failure.
+// A private connection to the server for a window or the command line: a TarnisSession that is created for the first
+// command and recreated after a failure.
 #pragma once
 
 #include <tarnis/server/tarniscmd.h>
@@ -13,45 +13,46 @@ class TarnisSession;
 
 namespace console {
 
-/// A command as it was given up: enough to send it again.
+/// An unanswered command, with everything needed to send it again.
 struct Request {
     QString text;
     QString name; ///< the command's m_cmdName
     bool isBinary = false;
 };
 
-/// Sends commands in order and tells what became of each. GUI thread.
+/// Sends commands in order and reports their results. GUI thread.
 class CommandChannel : public QObject {
     Q_OBJECT
 public:
-    /// `server` must outlive the link. `name` is the session's label in the log.
+    /// `server` must outlive this object. `name` is the session's label in the log.
     CommandChannel(Tarnis& server, const QString& name, QObject* parent);
     ~CommandChannel() override;
 
-    /// Takes the command over and queues it, on a new session if there is none. The server must be connected.
+    /// Takes ownership of the command and queues it, on a new session if there is none. The server must be connected.
     void send(TarnisCmd* command);
-    /// Forgets every command that has no answer yet and ends the session; returns them. Does not block: the
-    /// session's thread ends in the background.
+    /// Drops and returns all unanswered commands and ends the session. Does not block: the session's thread ends in the
+    /// background.
     QList<Request> drop();
 
-    /// The live session, made if need be, for dialogs that read host, port and prompt from it. Owned by the link.
+    /// The current session, created if needed, for dialogs that read host, port and prompt from it. Owned by this
+    /// object.
     TarnisSession* session();
 
-    /// The commands that have no answer yet, the one on the wire first.
+    /// The unanswered commands, the one being processed first.
     QList<Request> waiting() const;
 
 Q_SIGNALS:
     /// A piece of a text reply, for commands with m_bProgress.
     void progress(const QByteArray& piece);
     void replied(const PTarnisCmd& command, const QByteArray& reply);
-    /// The session has ended; `unanswered` are the commands that were lost, in order. The next send() starts again.
+    /// The session has ended; `unanswered` are the lost commands, in order. The next send() creates a new session.
     void failed(int socketError, const QString& message, const QList<console::Request>& unanswered);
     /// A command was added, answered or dropped.
     void waitingChanged();
 
 protected:
     struct Entry {
-        const TarnisCmd* command; ///< for comparing only
+        const TarnisCmd* command; ///< only compared
         Request request;
     };
 
@@ -62,7 +63,7 @@ protected:
     Tarnis& m_server;
     QString m_name;
     TarnisSession* m_session = nullptr;
-    int m_generation = 0; ///< counts sessions: calls that an ended one has left in the event queue are recognised
+    int m_generation = 0; ///< number of the session; identifies queued calls of an ended one
     QList<Entry> m_waiting;
 };
 

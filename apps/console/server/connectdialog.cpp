@@ -30,7 +30,7 @@ ConnectDialog::ConnectDialog(const ServerChoice& choice, const QByteArray& promp
         connect(radio, &QRadioButton::toggled, this, &ConnectDialog::onEdited);
     for (QLineEdit* edit : { ui->programEdit, ui->hostEdit, ui->promptEdit })
         connect(edit, &QLineEdit::textChanged, this, &ConnectDialog::onEdited);
-    // Typing where a server is chooses that kind of server.
+    // Typing an address or a program selects that kind of server.
     connect(ui->programEdit, &QLineEdit::textEdited, this, [this] { ui->localRadio->setChecked(true); });
     connect(ui->hostEdit, &QLineEdit::textEdited, this, [this] { ui->remoteRadio->setChecked(true); });
     connect(ui->browseButton, &QPushButton::clicked, this, &ConnectDialog::browse);

@@ -1,4 +1,4 @@
-// Asks which server to use.
+// Lets the user choose the server.
 #pragma once
 
 #include "app/commandline.h"
@@ -13,7 +13,7 @@ class ConnectDialog;
 
 namespace console {
 
-/// Starts with the choice it is given. OK is enabled while the choice is complete.
+/// Starts with the given choice. OK is enabled while the choice is complete.
 class ConnectDialog : public QDialog {
     Q_OBJECT
 public:
@@ -21,7 +21,7 @@ public:
     ~ConnectDialog() override;
 
     ServerChoice choice() const;
-    /// Empty while the text is no prompt.
+    /// Empty while the text is not a valid prompt.
     QByteArray prompt() const;
 
 protected:

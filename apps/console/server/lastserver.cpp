@@ -37,7 +37,7 @@ LastServer readLastServer(const QSettings& store)
         const QString port = store.value(portKey).toString();
         last.choice.kind = ServerChoice::Kind::Remote;
         last.choice.host = store.value(hostKey).toString().trimmed();
-        last.choice.port = port.trimmed().toUShort(); // 0 for what is no port
+        last.choice.port = port.trimmed().toUShort(); // 0 if invalid
         last.problem = problemOf(last.choice, port, store.contains(portKey));
     } else {
         last.choice.program = store.value(programKey).toString();

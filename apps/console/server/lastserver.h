@@ -1,4 +1,4 @@
-// The last server, as it is kept from one run to the next.
+// The last used server from the settings.
 #pragma once
 
 #include "app/commandline.h"
@@ -10,12 +10,12 @@ class QSettings;
 namespace console {
 
 struct LastServer {
-    ServerChoice choice; ///< a port that is none is 0
-    QByteArray prompt; ///< empty if none is kept
-    QString problem; ///< why it cannot be used, in a sentence; empty if it can
+    ServerChoice choice; ///< the port is 0 if invalid
+    QByteArray prompt; ///< empty if none is stored
+    QString problem; ///< why it cannot be used, as a sentence; empty if it can
 };
 
-/// What is kept may have been edited by hand. Nothing kept means the simulator.
+/// Reads the settings, which may have been edited manually. Without an entry, the simulator is used.
 LastServer readLastServer(const QSettings& store);
 
 void writeLastServer(QSettings& store, const ServerChoice& choice, const QByteArray& prompt);

@@ -27,7 +27,7 @@ struct ReplyText {
     Q_DECLARE_TR_FUNCTIONS(ReplyText)
 };
 
-/// A count as `tr` takes it to choose the plural.
+/// A count for tr(), which selects the plural.
 int toCount(qint64 count)
 {
     return int(qMin(count, qint64 { std::numeric_limits<int>::max() }));
@@ -64,7 +64,7 @@ BinarySummary summarizeBinary(const QByteArray& payload)
     BinarySummary summary;
     summary.count = payload.size() / qsizetype(sizeof(double));
     summary.spareBytes = payload.size() % qsizetype(sizeof(double));
-    double lost = 0.0; // what the running sum has rounded away (Neumaier, 1974)
+    double lost = 0.0; // compensation of rounding errors (Neumaier, 1974)
     bool isFirstFinite = true;
     for (qsizetype i = 0; i < summary.count; ++i) {
         double value = 0.0;

@@ -1,4 +1,4 @@
-// What a reply to "stat" says about the run.
+// The run status from a reply to "stat".
 #pragma once
 
 #include <QString>
@@ -7,15 +7,15 @@
 
 namespace console {
 
-/// Each value is missing where the server does not report it or reports something else than a number.
+/// Each value is empty if the server does not report it or reports something other than a number.
 struct RunStatus {
     std::optional<bool> isRunning;
     std::optional<qint64> run; ///< number of the current or last run
     std::optional<double> realTime; ///< s since the start of the run or the last clear
     std::optional<double> liveTime; ///< s
     std::optional<qint64> events;
-    std::optional<double> rate; ///< 1/s, over the last moment
-    bool isRecorded = false; ///< the server writes this run to a directory of its own
+    std::optional<double> rate; ///< current rate in 1/s
+    bool isRecorded = false; ///< the server writes this run to a run directory
 
     bool operator==(const RunStatus&) const = default;
 };
@@ -25,7 +25,7 @@ RunStatus runStatusOf(const QString& reply);
 /// "0:01:23", hours first; fractions of a second are dropped. Negative and non-finite times count as 0.
 QString durationText(double seconds);
 
-/// Whether the histograms of the server hold data that exist nowhere else: what Clear and the next run would discard.
+/// Whether the server's histograms contain unsaved data, which Clear and the next run would discard.
 class UnsavedData {
 public:
     void read(const RunStatus& status);
@@ -33,8 +33,8 @@ public:
     void noteSaved() { m_isSaved = true; }
     /// Another server is in use.
     void forget() { *this = {}; }
-    /// True if there are events, nothing was saved since they began to come, and the server has not recorded a run that
-    /// is over. A run that still goes on is recorded at its end only.
+    /// True if there are events, nothing was saved since they began, and they do not belong to a finished run recorded
+    /// by the server. A run is only recorded at its end.
     bool wouldBeLost() const;
 
 protected:

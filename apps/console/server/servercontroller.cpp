@@ -32,7 +32,7 @@ void ManagedTarnis::discardEndedProcess()
 void ManagedTarnis::onError(int socketError, const QString& message)
 {
     if (!isCallOfClosedSession())
-        m_lastError = message; // before the status tells everybody
+        m_lastError = message; // before the status change is emitted
     Tarnis::onError(socketError, message);
 }
 
@@ -48,7 +48,7 @@ QString resolveProgram(const QString& program)
     } else {
         file.setFile(QStandardPaths::findExecutable(program));
     }
-    // Absolute, since the manager starts the program in the program's own directory.
+    // Absolute, because the manager starts the program in the program's own directory.
     return file.isFile() && file.isExecutable() ? file.absoluteFilePath() : QString();
 }
 
@@ -74,12 +74,12 @@ ServerController::~ServerController()
     blockSignals(true);
     m_tarnis.disconnect(this);
     if (m_status == Tarnis::IDLE)
-        m_tarnis.SetStatus(Tarnis::SERVER_ERROR); // in IDLE the manager would leave its sessions alone
+        m_tarnis.SetStatus(Tarnis::SERVER_ERROR); // in IDLE the manager would not end its sessions
     m_tarnis.Shutdown();
     endByForce();
     if (m_process)
         m_process->waitForFinished(m_endTimeoutMs);
-    tarnis::waitForEndingSessions(); // sessions that end in the background read a prompt of ours
+    tarnis::waitForEndingSessions(); // sessions ending in the background read prompts owned by this object
     TarnisSession::SetDefaultPrompt(nullptr);
 }
 
@@ -229,7 +229,7 @@ void ServerController::beginLocal()
         return;
     }
     m_process = m_tarnis.process();
-    // The manager's status does not tell of a server that ends before it was ever connected.
+    // The manager's status does not report a server that ends before it was connected.
     connect(m_process, &QProcess::finished, this, &ServerController::onProcessFinished);
     m_slowTimer.start(m_portTimeoutMs);
 }
@@ -275,7 +275,7 @@ void ServerController::probeAgain()
         m_probe.start(m_tarnis.host(), m_tarnis.port(), prompt(), m_probeTimeoutMs);
 }
 
-/// The local server has hung and answers again: its run goes on.
+/// The hung local server answers again: its run continues.
 void ServerController::goOn()
 {
     m_tarnis.SetStatus(Tarnis::SERVER_CONNECTED);
@@ -296,7 +296,7 @@ Alert ServerController::probeFailure(ServerProbe::Outcome outcome) const
     return outcome == ServerProbe::Outcome::NoPrompt ? greetingFailure(address) : reachFailure(address);
 }
 
-/// A server is there, but not the prompt.
+/// A server answers, but not with the prompt.
 Alert ServerController::greetingFailure(const QString& address) const
 {
     const auto severity = Alert::Severity::Failure;
@@ -327,7 +327,7 @@ Alert ServerController::greetingFailure(const QString& address) const
         AlertAction::ChooseServer);
 }
 
-/// What keeps the probe from the address.
+/// Why the probe cannot reach the address.
 tarnis::TranslatedText ServerController::obstacle(const QString& address) const
 {
     switch (m_probe.socketError()) {
@@ -344,7 +344,7 @@ tarnis::TranslatedText ServerController::obstacle(const QString& address) const
     }
 }
 
-/// Nobody is there: a wrong address, or a server that is known and gone.
+/// No server answers: a wrong address, or a known server that has ended.
 Alert ServerController::reachFailure(const QString& address) const
 {
     const auto severity = Alert::Severity::Failure;
@@ -392,7 +392,7 @@ void ServerController::onConnected()
     Q_EMIT alert({});
     setState(ServerState::Up);
     if (isLocal())
-        checkServer(); // a wrong prompt shows at once, not with the first command
+        checkServer(); // a wrong prompt is detected at once, not with the first command
 }
 
 void ServerController::onProcessFinished()
@@ -436,7 +436,7 @@ void ServerController::fail(const Alert& failure)
 {
     m_slowTimer.stop();
     m_probe.stop();
-    // A server that was there before may come back without the console's help: a local one if it only hangs.
+    // A previously connected server may come back without the console's help: a local one if it only hangs.
     const bool comesBack = m_known == m_choice && (!isLocal() || (hasProcess() && m_hasGreeted));
     if (comesBack)
         m_againTimer.start(m_againMs);
@@ -463,7 +463,7 @@ void ServerController::shutDown()
     Q_EMIT aboutToStop();
     m_tarnis.discardEndedProcess();
     if (m_status == Tarnis::IDLE)
-        m_tarnis.SetStatus(Tarnis::SERVER_ERROR); // in IDLE the manager would leave process and sessions alone
+        m_tarnis.SetStatus(Tarnis::SERVER_ERROR); // in IDLE the manager would not end process and sessions
     if (!m_tarnis.Shutdown()) {
         m_next.reset();
         setState(before);

@@ -1,5 +1,5 @@
 // The console's server from the user's point of view: off, starting, up, failed or stopping. Owns the Tarnis manager,
-// brings it from any of these to any other, and says in words what went wrong and what to do.
+// performs all transitions between these states, and provides texts that explain failures and what to do.
 #pragma once
 
 #include "app/commandline.h"
@@ -18,24 +18,24 @@
 
 namespace console {
 
-/// The manager, with a look at the local process: a host that offers "end by force" needs it.
+/// The manager with access to the local process, which is needed for "end by force".
 class ManagedTarnis : public Tarnis {
     Q_OBJECT
 public:
     using Tarnis::Tarnis;
-    /// Null for a remote server, and as soon as Shutdown() has let go of the process.
+    /// Null for a remote server, and after Shutdown() has released the process.
     QProcess* process() const { return m_process; }
-    /// Where sessions connect to.
+    /// Host that sessions connect to.
     const QString& host() const { return m_host; }
     quint16 port() const { return m_port; }
-    /// Why the connection broke last, in the socket's words; empty if it did not since forgetError().
+    /// The last connection error as the socket's text; empty if there was none since forgetError().
     const QString& lastError() const { return m_lastError; }
     void forgetError() { m_lastError.clear(); }
     /// Deletes a process that has ended by itself, so that Shutdown() does not wait for its end.
     void discardEndedProcess();
 
 public Q_SLOTS:
-    /// In place of the manager's own: named sessions look their receiver up by this name.
+    /// Replaces the manager's slot: named sessions look up their receiver by this name.
     void onError(int socketError, const QString& message);
 
 protected:
@@ -44,7 +44,7 @@ protected:
 
 enum class ServerState { Off, Starting, Up, Failed, Stopping };
 
-/// GUI thread. No call blocks longer than a session's read needs to notice its end (0.4 s).
+/// GUI thread. No call blocks longer than a session's read needs to detect its end (0.4 s).
 class ServerController : public QObject {
     Q_OBJECT
 public:
@@ -60,54 +60,55 @@ public:
     QString serverName() const;
     /// True while a server process that this console started is running.
     bool hasProcess() const;
-    /// True while a run goes on that would end with the server.
+    /// True while there is a run that would end with the server.
     bool isRunAtStake() const;
-    /// Why the base path cannot be set now, in words; empty if it can.
+    /// Why the base path cannot be set now, as a text for users; empty if it can.
     QString basePathRefusal() const;
     /// A remote server is only disconnected from.
     bool isLocal() const { return m_choice.kind == ServerChoice::Kind::Local; }
 
-    /// Uses this server from now on; one that is in use is stopped first. `prompt` must not be empty.
+    /// Uses this server; the current one is stopped first. `prompt` must not be empty.
     void start(const ServerChoice& choice, const QByteArray& prompt);
-    /// Stops and starts the same server again; from Off and Failed it just starts.
+    /// Restarts the same server; from Off and Failed it only starts.
     void restart();
-    /// Shuts a local server down, disconnects from a remote one, gives up an attempt. The state ends in Off.
+    /// Shuts down a local server, disconnects from a remote one, or cancels an attempt. The final state is Off.
     void stop();
-    /// Kills the local server that does not end by itself.
+    /// Kills a local server that does not end itself.
     void endByForce();
-    /// A connection of the host's own to the server broke: looks whether the server is still there, and if not, fails.
+    /// To be called when a connection to the server was lost: checks whether the server still answers; if not, the
+    /// state becomes Failed.
     void checkServer();
 
-    /// Shows an alert of a part that has no place of its own for it.
+    /// Shows an alert of another part of the console.
     void showStatusMessage(const Alert& message) { Q_EMIT statusMessage(message); }
 
-    /// A server that was there before: if nothing answers, its address is right all the same.
+    /// Sets a server that was reachable before: if it does not answer, its address is still correct.
     void setKnown(const ServerChoice& choice) { m_known = choice; }
 
-    /// Sets the manager's status by what an accepted command or the reply to "stat" tells: a run goes on, or has ended.
+    /// Sets the manager's status (running or not) according to an accepted command or the reply to "stat".
     void readReply(const QString& command, const QByteArray& reply);
-    /// The same with the reply to a "stat" that the user did not type: a status that the reply does not hold stays, and
-    /// so does one that a command has reported since the request.
+    /// As above for a "stat" that the user did not type: the status is kept if the reply does not contain it, or if a
+    /// command has reported it since the request.
     void readState(const QByteArray& reply, qint64 askedMsAgo);
     /// True while a reply to "stat" can change the status: connected or running, and not busy.
     bool canReadState() const;
 
-    /// Times after which the user is told that something takes long, in ms. Tests make them short.
+    /// Times in ms after which a slow operation is reported to the user. Tests shorten them.
     int m_probeTimeoutMs = 10000;
     int m_portTimeoutMs = 10000;
     int m_endTimeoutMs = 3000;
-    /// The pause before it looks again whether a remote server that has gone is back.
+    /// The delay before checking again whether a lost remote server is back.
     int m_againMs = 3000;
 
 Q_SIGNALS:
     void stateChanged();
-    /// Replaces the previous alert; an empty text takes it away.
+    /// Replaces the previous alert; an empty text removes it.
     void alert(const console::Alert& alert);
-    /// Comes and goes beside the alert.
+    /// A transient message beside the alert.
     void statusMessage(const console::Alert& message);
-    /// An accepted reply to "stat" has come, whoever has sent the command.
+    /// An accepted reply to "stat" has arrived, from any sender.
     void statRead(const QByteArray& reply);
-    /// The manager is about to end its sessions: end your own now, their server goes.
+    /// The manager is about to end its sessions: receivers must end their own ones.
     void aboutToStop();
 
 protected:
@@ -142,21 +143,21 @@ protected:
     Tarnis::SERVER_STATUS m_status = Tarnis::IDLE;
     ServerChoice m_choice;
     std::list<QByteArray>
-        m_prompts; ///< every prompt ever used, the present one last: sessions that end keep reading theirs
+        m_prompts; ///< all used prompts, the current one last, because ending sessions still read theirs
     QByteArray m_nextPrompt;
     std::optional<ServerChoice> m_next; ///< to start as soon as the state is Off
     ServerProbe m_probe;
-    QTimer m_slowTimer; ///< fires when starting or stopping takes long
-    QTimer m_againTimer; ///< looks for a remote server that has gone
-    QPointer<QProcess> m_process; ///< the local server, also after Shutdown() has let go of it
-    std::optional<ServerChoice> m_known; ///< was there before
-    bool m_hasGreeted = false; ///< with the prompt, since begin()
-    bool m_isRunning = false; ///< a run goes on, as far as it was told
-    QElapsedTimer m_commanded; ///< since the reply to a command last told whether a run goes on
+    QTimer m_slowTimer; ///< fires when starting or stopping takes a long time
+    QTimer m_againTimer; ///< checks for a lost remote server
+    QPointer<QProcess> m_process; ///< the local server, also after Shutdown() has released it
+    std::optional<ServerChoice> m_known; ///< was reachable before
+    bool m_hasGreeted = false; ///< has greeted with the prompt, since begin()
+    bool m_isRunning = false; ///< a run is under way, as last reported
+    QElapsedTimer m_commanded; ///< time since a command's reply last reported the run state
 };
 
-/// Path of the program to start for a local choice: absolute, the simulator beside the console for an empty one, looked
-/// up in PATH for a bare name. Empty if there is no such program.
+/// Path of the program to start for a local choice: absolute; the simulator in the console's folder for an empty path;
+/// looked up in PATH for a bare name. Empty if there is no such program.
 QString resolveProgram(const QString& program);
 
 } // namespace console

@@ -4,7 +4,7 @@ namespace console {
 
 namespace {
 
-constexpr qsizetype greetingLimit = 65536; // more than this is no greeting
+constexpr qsizetype greetingLimit = 65536; // limit of a greeting
 
 } // namespace
 

@@ -1,5 +1,5 @@
-// Looks whether a server answers at an address, before sessions are pointed at it. A session that connects blocks
-// whoever destroys it for up to 30 s; the probe never blocks, can be stopped at once, and knows why nobody answers.
+// Checks whether a server answers at an address, before sessions connect to it. Destroying a connecting session can
+// block for up to 30 s; the probe never blocks, can be stopped at once, and reports why there is no answer.
 #pragma once
 
 #include <QAbstractSocket>
@@ -10,22 +10,22 @@
 
 namespace console {
 
-/// One attempt at a time: connects, reads the greeting up to the prompt, says "close" and goes. GUI thread.
+/// One attempt at a time: connects, reads the greeting up to the prompt, sends "close" and disconnects. GUI thread.
 class ServerProbe : public QObject {
     Q_OBJECT
 public:
-    /// What came of the attempt.
+    /// The result of the attempt.
     enum class Outcome {
         Greeted, ///< the greeting ended with the prompt
-        NotReached, ///< no connection; the socket's error tells why
-        NoPrompt, ///< a connection, but no prompt in time, or the peer hung up before it
+        NotReached, ///< no connection; see socketError()
+        NoPrompt, ///< a connection, but no prompt in time, or the peer disconnected first
     };
 
     explicit ServerProbe(QObject* parent = nullptr);
 
-    /// Starts an attempt, in place of the one under way. `prompt` must not be empty.
+    /// Starts an attempt, replacing the one under way. `prompt` must not be empty.
     void start(const QString& host, quint16 port, const QByteArray& prompt, int timeoutMs);
-    /// Ends the attempt under way without a signal.
+    /// Cancels the attempt under way without a signal.
     void stop();
     bool isActive() const { return m_timer.isActive(); }
 

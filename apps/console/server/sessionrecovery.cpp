@@ -79,7 +79,7 @@ void SessionRecovery::onServerState()
                        : tr("There is no connection to the server. This goes on as soon as it is back.");
     };
     if (state == ServerState::Failed && !m_isEnded && !m_session) {
-        m_text = words; // a connection that broke before has said less
+        m_text = words; // the text of a connection that broke before is less specific
         Q_EMIT lost();
     } else if (state != ServerState::Up)
         drop(words);

@@ -1,5 +1,5 @@
-// What the windows with a session of their own share: the session ends without blocking, and a new one is taken when
-// the server is there again.
+// Session handling for windows with their own session: ends the session without blocking, and renews it when the server
+// is back.
 #pragma once
 
 #include <tarnis/foundation/retranslator.h>
@@ -16,32 +16,32 @@ namespace console {
 
 class ServerController;
 
-/// Looks after the session pointer of one window. GUI thread.
+/// Manages the session pointer of one window. GUI thread.
 class SessionRecovery : public QObject {
     Q_OBJECT
 public:
-    /// `session` is the window's own pointer; the keeper sets it to null when it ends the session. A member of the
-    /// window's class, so that the session is gone before the library's destructor would wait for it.
+    /// `session` is the window's own pointer; it is set to null when the session is ended. Make this object a member of
+    /// the window's class, so that the session has ended before the library's destructor would wait for it.
     SessionRecovery(ServerController& controller, TarnisSession*& session);
     ~SessionRecovery() override;
 
-    /// To be called with the `error` of a session. That of one which has been ended already does nothing.
+    /// Call it with the `error` of a session. Errors of ended sessions are ignored.
     void fail(const QObject* sender, const QString& message);
-    /// Ends the session for good, as when the window closes.
+    /// Ends the session permanently, for example when the window closes.
     void end();
-    /// A new session to the current server, neither connected to anything nor started. The server is up.
+    /// A new session to the current server, without signal connections and not started. The server must be up.
     TarnisSession* renew();
-    /// Where the window's next session goes, for windows that make it themselves when it is wanted. The server is up.
+    /// The address of the window's next session, for windows that create it themselves. The server must be up.
     tarnis::ServerAddress renewedAddress();
     /// Why there is no session, in the current language; empty while there is one.
     QString text() const;
 
-    int m_retryMs = 1000; ///< the pause before a new session while the server is up
+    int m_retryMs = 1000; ///< the delay before a new session while the server is up
 
 Q_SIGNALS:
-    /// The session has ended; text() says so to the user.
+    /// The session has ended; text() explains this to the user.
     void lost();
-    /// The server is there: the window calls renew(), connects and starts it.
+    /// The server is available: the window must call renew(), connect the session and start it.
     void wanted();
 
 protected:

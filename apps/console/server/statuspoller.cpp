@@ -74,7 +74,7 @@ void StatusPoller::onServerState()
         }
     }
     schedule();
-    // A server that is new, and a run that begins or ends, show their numbers at once.
+    // Polls at once for a new server, and when a run begins or ends.
     const Tarnis::SERVER_STATUS status = m_controller.status();
     const bool isNews = status != std::exchange(m_status, status) && !m_isReading;
     if (isNews && m_timer.isActive())
@@ -125,7 +125,7 @@ void StatusPoller::request()
 void StatusPoller::send()
 {
     m_asked.start();
-    m_channel->send(new TarnisCmd(QStringLiteral("stat"))); // the session takes it over
+    m_channel->send(new TarnisCmd(QStringLiteral("stat"))); // the session takes ownership
 }
 
 void StatusPoller::read(const QByteArray& reply)

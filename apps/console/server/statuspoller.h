@@ -1,4 +1,4 @@
-// The one place from which the console asks a server for "stat": for its status, the run, the event rate and snapshots.
+// The console's only poller of "stat": for status, run, event rate and snapshots.
 #pragma once
 
 #include "server/runstatus.h"
@@ -16,40 +16,41 @@ namespace console {
 class ServerController;
 class CommandChannel;
 
-/// Sends "stat" on a session of its own while a server is up and not busy, unless its state was reported meanwhile. The
-/// replies go to the controller and, by signal, to everything that shows a part of them. GUI thread.
+/// Sends "stat" on its own session while a server is up and not busy, unless its state was reported in the meantime.
+/// Passes the replies to the controller and emits them for all windows that show values of them. GUI thread.
 class StatusPoller : public QObject {
     Q_OBJECT
 public:
-    /// `isFree` says whether the console asks nothing else: a server that works on a command is left alone.
+    /// `isFree` returns whether the console has no other request: a server that executes a command is not polled.
     StatusPoller(ServerController& controller, const std::function<bool()>& isFree, QObject* parent);
     ~StatusPoller() override;
 
-    /// The time between two polls. While a run goes on, or a window watches, it is at most a second. 0: never polls by
-    /// itself.
+    /// The time between two polls. During a run, or while a window watches, it is at most one second. 0: does not poll
+    /// automatically.
     void setInterval(int intervalMs);
-    /// Asks now. False if this is not the time for it.
+    /// Polls now. False if polling is currently not possible.
     bool ask();
-    /// Asks now, also while a command is under way. A poll that is under way already serves. Without a server nothing
-    /// happens.
+    /// Polls now, also while a command is under way. Uses a poll that is already under way. Does nothing without a
+    /// server.
     void request();
     /// Polls once a second, also while a command is under way, until `watcher` is destroyed.
     void watch(QObject* watcher);
-    /// True while a reply is awaited.
+    /// True while waiting for a reply.
     bool isAsking() const;
 
-    /// Of the last reply of this server, typed ones and those of the statistics too; empty without a server.
+    /// The status of the server's last reply, including those to typed commands and of the statistics; empty without a
+    /// server.
     const RunStatus& runStatus() const { return m_runStatus; }
     const UnsavedData& unsavedData() const { return m_unsaved; }
-    /// The user has saved something of the data.
+    /// The user has saved data.
     void noteSaved() { m_unsaved.noteSaved(); }
 
 Q_SIGNALS:
-    /// The reply to a poll, also a refusal.
+    /// The reply to a poll, including rejections.
     void replied(const QByteArray& reply);
-    /// The connection broke before the reply; the next poll makes a new one.
+    /// The connection was lost before the reply; the next poll creates a new one.
     void failed(const QString& message);
-    /// runStatus() is that of a new reply, or has become empty.
+    /// runStatus() was updated by a new reply, or cleared.
     void runStatusChanged();
 
 protected:
@@ -64,12 +65,12 @@ protected:
     std::function<bool()> m_isFree;
     CommandChannel* m_channel;
     QElapsedTimer m_asked;
-    QElapsedTimer m_toldByOthers; ///< since a reply to a "stat" that this poller has not sent
+    QElapsedTimer m_toldByOthers; ///< time since a reply to a "stat" of another sender
     QTimer m_timer;
     int m_intervalMs;
     int m_watchers = 0;
-    bool m_isReading = false; ///< the reply to a poll
-    Tarnis::SERVER_STATUS m_status = Tarnis::IDLE; ///< when it was last looked at
+    bool m_isReading = false; ///< the reply to a poll is being read
+    Tarnis::SERVER_STATUS m_status = Tarnis::IDLE; ///< status at the last check
     RunStatus m_runStatus;
     UnsavedData m_unsaved;
 };

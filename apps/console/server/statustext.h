@@ -1,4 +1,4 @@
-// The status of the server in words for the user.
+// The status of the server as a text for the user.
 #pragma once
 
 #include <tarnis/server/tarnis.h>

@@ -1,4 +1,4 @@
-// Asks for the name and value of a new setting.
+// Lets the user enter the name and value of a new setting.
 #pragma once
 
 #include <QDialog>
@@ -13,7 +13,7 @@ namespace console {
 
 class SettingsModel;
 
-/// Stores the setting in the model on OK; a setting that is refused keeps the dialog open with the reason.
+/// Stores the setting in the model on OK; for a rejected setting the dialog stays open and shows the reason.
 class AddSettingDialog : public QDialog {
     Q_OBJECT
 public:

@@ -185,7 +185,7 @@ void SettingsModel::forgetSent()
     m_sent.clear();
 }
 
-/// Takes the values for all rows but the kept ones.
+/// Updates the values of all rows except the kept ones.
 void SettingsModel::follow(const QMap<QString, QString>& values, const QStringList& kept)
 {
     for (const QString& name : std::as_const(m_names)) {

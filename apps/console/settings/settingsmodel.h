@@ -1,4 +1,4 @@
-// The manager's settings as an editable table, beside the values that the server had when it was last asked.
+// The manager's settings as an editable table, beside the server's values at the last request.
 #pragma once
 
 #include <QAbstractTableModel>
@@ -9,11 +9,11 @@ class Tarnis;
 
 namespace console {
 
-/// Why `value` cannot go to the server as the value of `name`, in words; empty if it can. Settings go as name:value
-/// pairs between blanks, in Latin-1, without any escaping.
+/// Why `value` cannot be sent to the server as the value of `name`, as a text for users; empty if it can. Settings are
+/// sent as name:value pairs separated by spaces, in Latin-1, without escaping.
 QString settingProblem(const QString& name, const QString& value);
 
-/// One row per setting, by name. The values are the manager's own and go there at once; nothing is sent. GUI thread.
+/// One row per setting, sorted by name. Values are stored in the manager at once, but not sent. GUI thread.
 class SettingsModel : public QAbstractTableModel {
     Q_OBJECT
 public:
@@ -28,26 +28,26 @@ public:
     QVariant data(const QModelIndex& index, int role) const override;
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
     Qt::ItemFlags flags(const QModelIndex& index) const override;
-    /// Stores a value in the manager. A value that cannot be sent or that the manager refuses: false, `refused` tells
-    /// why, and the value before stays.
+    /// Stores a value in the manager. For a value that cannot be sent or that the manager rejects: returns false, emits
+    /// `refused`, and keeps the previous value.
     bool setData(const QModelIndex& index, const QVariant& value, int role) override;
 
-    /// Takes what the server has now. Rows that were not edited follow; edited ones keep their value.
+    /// Sets the server's current values. Unedited rows are updated; edited ones keep their value.
     void setServerValues(const QMap<QString, QString>& values);
-    /// The same for a server that has restarted: what was sent to the previous one and is gone keeps its value too.
-    /// Returns how many settings that are.
+    /// As above for a restarted server: settings that were sent before and are now missing also keep their value.
+    /// Returns their number.
     int setFreshServerValues(const QMap<QString, QString>& values);
-    /// These go to the server now; if the next setServerValues() brings them back they count as sent.
+    /// These settings are being sent; if the next setServerValues() contains them, they count as sent.
     void noteSending(const QStringList& names);
     /// Another server is in use: nothing was sent to it.
     void forgetSent();
     /// Stores a new or existing setting as setData() does.
     bool add(const QString& name, const QString& value);
-    /// True for a setting that exists here alone. Another would come back with the next reading.
+    /// True for a setting that exists only locally. Others would reappear with the next reading.
     bool isRemovable(int row) const;
-    /// Forgets the setting here; the server keeps it.
+    /// Removes the setting locally; the server keeps it.
     void remove(int row);
-    /// Puts every value back to the server's; settings that the server does not have go.
+    /// Resets all values to the server's; removes settings that the server does not have.
     void takeServerValues();
     /// Reads the manager's settings again, after others have changed them.
     void reload();
@@ -57,7 +57,7 @@ public:
 
 Q_SIGNALS:
     void refused(const QString& why);
-    /// After any change of values or rows.
+    /// Emitted after any change of values or rows.
     void edited();
 
 protected:
@@ -69,8 +69,8 @@ protected:
     Tarnis& m_server;
     QStringList m_names; ///< ascending, the rows
     QMap<QString, QString> m_onServer;
-    QStringList m_sending; ///< on their way to the server
-    QMap<QString, QString> m_sent; ///< what the user sent and the server still had when it was last asked
+    QStringList m_sending; ///< being sent to the server
+    QMap<QString, QString> m_sent; ///< settings sent by the user that the server had at the last request
 };
 
 } // namespace console

@@ -22,7 +22,7 @@ namespace {
 constexpr QLatin1String session("control");
 constexpr QLatin1String readName("settingCmd");
 constexpr QLatin1String readFirstName("settingBeforeDownloadCmd");
-constexpr QLatin1String basePathName("settingBasePathCmd"); // given by the manager, as the two below
+constexpr QLatin1String basePathName("settingBasePathCmd"); // defined by the manager, like the next two
 constexpr QLatin1String saveName("savesettingCmd");
 constexpr QLatin1String lineName("updateSettingCmd");
 
@@ -109,7 +109,7 @@ void SettingsPanel::onCommandAccepted(const QString& command)
     const QString word = command.section(u' ', 0, 0);
     const bool mayChange =
         (word == u"setting" && command.contains(u':')) || word == u"start" || word == u"stop" || word == u"clear";
-    // A download reads anyhow.
+    // A download reads the settings anyway.
     if (mayChange && canDownload())
         sendRead();
 }
@@ -141,7 +141,7 @@ void SettingsPanel::onCmdReply(const QString& name, const QString& command, cons
     if (name == readName)
         onSettingReply(reply);
     else if (name == readFirstName && m_downloadAsked) {
-        takeValues(reply); // a server that does not tell its values takes some all the same
+        takeValues(reply); // a server that does not report its values may still accept settings
         sendAll();
     } else if (name == saveName || name.startsWith(lineName))
         onDownloadReply(command, reply);
@@ -160,7 +160,7 @@ void SettingsPanel::onSettingReply(const QString& reply)
         return;
     }
     takeValues(reply);
-    // Behind the values, whose arrival says how many are changed.
+    // After the values, whose arrival updates the number of changes.
     if (const QStringList refusals = std::exchange(m_refusals, {}); !refusals.isEmpty())
         tell([refusals, sent = m_linesSent] {
             return tr("The server refused %L1 of %L2: %3").arg(refusals.size()).arg(sent).arg(refusals.first());
@@ -206,7 +206,7 @@ void SettingsPanel::onServerState()
         m_linesPending = 0;
         m_downloadAsked.reset();
         m_refusals.clear();
-        showState(); // nothing is on its way any more
+        showState(); // no request is under way
     }
     if (isUp && !m_wasUp) {
         m_isFresh = m_controller.isLocal();
@@ -219,7 +219,7 @@ void SettingsPanel::onServerState()
     updateControls();
 }
 
-/// What holds while nothing is on its way.
+/// The state without a request under way.
 void SettingsPanel::showState()
 {
     tell([this] { return stateText(); });
@@ -242,7 +242,7 @@ void SettingsPanel::onEdited()
         showState();
     showReadoutAddress();
     const QString path = m_controller.tarnis().GetSettingValue(QStringLiteral("basepath"), QString());
-    if (path != std::exchange(m_shownPath, path)) // else what the user is typing there stays
+    if (path != std::exchange(m_shownPath, path)) // otherwise keeps what the user is typing
         ui->pathEdit->setText(path);
     updateControls();
 }
@@ -307,7 +307,7 @@ void SettingsPanel::showReadoutAddress()
         m_controller.tarnis().GetReadoutAddress(ui->indexSpin->value(), ip, tcp, bcp);
     const QString shown = QStringLiteral("%1 %2 %3 %4").arg(ui->indexSpin->value()).arg(ip).arg(tcp).arg(bcp);
     if (shown == std::exchange(m_shownAddress, shown))
-        return; // nothing new: what the user is typing there stays
+        return; // unchanged: keeps what the user is typing
     ui->ipEdit->setText(ip);
     ui->tcpSpin->setValue(int(qMin(tcp, 65535U)));
     ui->bcpSpin->setValue(int(qMin(bcp, 65535U)));

@@ -1,4 +1,4 @@
-// The settings half of the main window: the table with download and save, the base path and the readout addresses.
+// The settings part of the main window: the table with send and save, the base path and the readout addresses.
 #pragma once
 
 #include "app/commandline.h"
@@ -19,7 +19,7 @@ namespace console {
 class ServerController;
 class SettingsModel;
 
-/// Sends on the manager's session "control" and takes the replies from Tarnis::onCmdReply. GUI thread.
+/// Sends on the manager's session "control" and receives the replies from Tarnis::onCmdReply. GUI thread.
 class SettingsPanel : public QWidget {
     Q_OBJECT
 public:
@@ -27,26 +27,26 @@ public:
     ~SettingsPanel() override;
 
     SettingsModel& model() { return *m_model; }
-    /// Gives the keyboard to the table.
+    /// Gives the focus to the table.
     void focusTable();
-    /// True while settings can be sent: a server is connected and nothing is on its way.
+    /// True while settings can be sent: a server is connected and no request is under way.
     bool canDownload() const;
-    /// True while that would change something on the server.
+    /// True if sending would change the server's settings.
     bool hasChangesToSend() const;
 
 public Q_SLOTS:
-    /// Asks the server for its settings.
+    /// Requests the server's settings.
     void read();
-    /// Sends all settings, after a look at what the server has now: what was not edited here goes back as it is there.
-    /// With `save` the server is told to store them too.
+    /// Sends all settings, after reading the server's current ones: unedited settings are sent back unchanged. With
+    /// `save` the server also stores them.
     void download(bool save);
 
-    /// Asks again if the server may have other settings after this command, which it has accepted.
+    /// Reads the settings again if this accepted command may have changed them.
     void onCommandAccepted(const QString& command);
 
 Q_SIGNALS:
     void controlsChanged();
-    /// A folder of the server is to be chosen as the base path.
+    /// The user wants to choose a folder of the server as the base path.
     void basePathWanted();
 
 protected:
@@ -72,15 +72,15 @@ protected:
     ServerController& m_controller;
     std::unique_ptr<Ui::SettingsPanel> ui;
     SettingsModel* m_model;
-    int m_linesPending = 0; ///< replies to a download that have not come yet
+    int m_linesPending = 0; ///< outstanding replies to a download
     int m_linesSent = 0;
-    QStringList m_refusals; ///< of the download under way
+    QStringList m_refusals; ///< rejections of the download under way
     bool m_wasUp = false;
-    bool m_hasRead = false; ///< the server's values have come once
-    std::optional<bool> m_downloadAsked; ///< waits for the server's values; true: to be saved too
-    bool m_isFresh = false; ///< the local server has restarted and was not read yet
+    bool m_hasRead = false; ///< the server's values have been received
+    std::optional<bool> m_downloadAsked; ///< a download waits for the server's values; true: with save
+    bool m_isFresh = false; ///< the local server has restarted and its settings were not read yet
     ServerChoice m_choice; ///< the server that the settings were sent to
-    QString m_shownPath; ///< what the fields were last filled with
+    QString m_shownPath; ///< last text set in the field
     QString m_shownAddress;
 };
 

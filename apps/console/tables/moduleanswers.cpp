@@ -24,11 +24,11 @@ QMap<QString, QString> valuesOf(const QStringList& lines)
 {
     QMap<QString, QString> values;
     TarnisCmd::makeNameValueMap(lines, values);
-    values.remove(QStringLiteral("OK")); // the first line of an accepted command, no value
+    values.remove(QStringLiteral("OK")); // the first line of an accepted command is not a value
     return values;
 }
 
-/// A name that ends in a number comes by that number, whatever the locale.
+/// Names that end in a number are sorted by that number, independent of the locale.
 std::tuple<QString, qulonglong, QString> orderKey(const QString& name)
 {
     qsizetype digits = name.size();

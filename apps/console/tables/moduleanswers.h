@@ -1,4 +1,4 @@
-// Commands to readout modules: whom they go to, and what came back, module by module.
+// Commands to readout modules: recipients, and answers by module.
 #pragma once
 
 #include <QList>
@@ -8,19 +8,19 @@
 
 namespace console {
 
-/// What one module answered.
+/// The answer of one module.
 struct ModuleAnswer {
-    QString module; ///< as the server calls it, else as it was addressed
-    QString text; ///< in words: done, the reason of a refusal, or the reply itself where it has no values
+    QString module; ///< the server's name for it, else as it was addressed
+    QString text; ///< a text: done, the reason of a rejection, or the reply itself if it has no values
     QMap<QString, QString> values;
 };
 
-/// The answers in a reply, a refusal included: one for each section, else one for `addressed`. In the order of the
-/// modules' names, numbers at their ends by value.
+/// The answers in a reply, including rejections: one for each section, else one for `addressed`. Sorted by the modules'
+/// names, with final numbers by value.
 QList<ModuleAnswer> moduleAnswers(const QString& addressed, const QString& reply);
 
-/// The ids in "0, 3, 5-7": words between commas or blanks, each once; two whole numbers with a "-" are a range. What is
-/// wrong with the text goes into `problem`, in words, which is empty otherwise.
+/// The ids in "0, 3, 5-7": words separated by commas or spaces, without duplicates; two integers with a "-" are a
+/// range. `problem` receives the error as a text for users, or an empty text.
 QStringList moduleIds(const QString& text, QString& problem);
 
 } // namespace console

@@ -72,7 +72,7 @@ void ModulesWindow::setUp()
     m_giveUpButton->setObjectName(QStringLiteral("giveUpButton"));
     m_giveUpButton->setAutoDefault(false);
     layTable(*table());
-    table()->horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents); // but a refusal is a sentence
+    table()->horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents); // but a rejection is a sentence
     table()->horizontalHeader()->setSectionResizeMode(1, QHeaderView::Stretch);
     setTabOrder(m_form->commandBox, table());
     resize(640, 480);
@@ -118,7 +118,7 @@ ModulesWindow::Commands ModulesWindow::commands(QString& problem) const
         made.push_back(std::make_unique<TarnisCmdUnicast>(ids.constFirst(), text));
         return made;
     }
-    int row = 0; // each reply finds its row by it
+    int row = 0; // identifies the row of the reply
     for (const QString& id : ids)
         made.push_back(std::make_unique<TarnisCmdUnicastWithIndex>(id, text, row++));
     return made;
@@ -157,7 +157,7 @@ void ModulesWindow::onReplied(const PTarnisCmd& command, const QByteArray& reply
     const QList<ModuleAnswer> answers = moduleAnswers(addressee(*command), QString::fromUtf8(reply));
     for (const ModuleAnswer& answer : answers) {
         takeAnswer(row, answer);
-        row = int(m_answers.size()); // a reply that tells of several modules goes on behind the last row
+        row = int(m_answers.size()); // further modules of a reply are appended
     }
     if (--m_waiting == 0) {
         tell([rows = int(m_answers.size())] { return tr("%Ln row(s) answered", nullptr, rows); });
@@ -206,7 +206,7 @@ void ModulesWindow::showAnswers()
     for (const ModuleAnswer& answer : std::as_const(m_answers)) {
         NameValues row { answer.module, { answer.text.isEmpty() ? tr("waiting...") : answer.text } };
         for (const QString& name : std::as_const(m_names))
-            row.values.append(answer.values.value(name)); // a cell without a text too: the file needs all of them
+            row.values.append(answer.values.value(name)); // even an empty cell, because the file needs all of them
         rows.append(row);
     }
     updateList(rows, &headers);

@@ -1,4 +1,4 @@
-// A command for the readout modules: to all, to a family, to one, or to several in turn, and what each answered.
+// Sends a command to the readout modules (all, a family, one, or several in turn) and shows their answers.
 #pragma once
 
 #include "tables/moduleanswers.h"
@@ -24,12 +24,11 @@ namespace console {
 class CommandChannel;
 class ServerController;
 
-/// A row for each answer, with a column for each value that came. Sends on a session of its own, and goes on asking for
-/// nothing by itself. GUI thread.
+/// A row for each answer, with a column for each value. Sends on its own session, and only on request. GUI thread.
 class ModulesWindow : public NameValueListDialog {
     Q_OBJECT
 public:
-    /// Whom a command goes to, in the order of the box.
+    /// The recipients of a command, in the order of the combo box.
     enum class Target { All, Family, One, Several };
 
     ModulesWindow(ServerController& controller, QWidget* parent);
@@ -46,14 +45,14 @@ protected:
     void setUp();
     void setTexts();
     Target target() const;
-    /// The commands as they would go out now; none, and the reason, if something is missing.
+    /// The commands to send; empty, with the reason in `problem`, if something is missing.
     Commands commands(QString& problem) const;
     QString addressee(const TarnisCmd& command) const;
     void onReplied(const PTarnisCmd& command, const QByteArray& reply);
     void onEnded(const tarnis::TranslatedText& sentence, const QString& answer);
     void takeAnswer(int row, const ModuleAnswer& answer);
     void showAnswers();
-    /// Fills the table and says the sentence below it.
+    /// Fills the table and shows the sentence below it.
     void tell(const tarnis::TranslatedText& sentence);
     void updateControls();
 
@@ -63,10 +62,11 @@ protected:
     QLabel* m_stateLabel;
     QPushButton* m_sendButton;
     QPushButton* m_giveUpButton;
-    QList<ModuleAnswer> m_answers; ///< a row each; without a text while it is waited for
-    QStringList m_names; ///< of the values that came, in order: a column each
-    qsizetype m_waiting = 0; ///< commands without a reply
-    QTimer m_showTimer; ///< while replies come: filling the table for each would take longer with each module
+    QList<ModuleAnswer> m_answers; ///< one per row; without a text while pending
+    QStringList m_names; ///< names of the received values, in order, one column each
+    qsizetype m_waiting = 0; ///< number of commands without a reply
+    QTimer m_showTimer; ///< delays filling the table, because filling it for each reply would be quadratic in the
+                        ///< number of modules
 };
 
 } // namespace console

@@ -1,4 +1,4 @@
-// The event rate over time, as the server's statistics tell it.
+// The event rate over time, from the server's statistics.
 #pragma once
 
 #include <QDialog>
@@ -19,11 +19,11 @@ class DataAge;
 class ServerController;
 class StatusPoller;
 
-/// The value of "rate" in a reply to stat; nothing where it has none or it is no number.
+/// The value of "rate" in a reply to stat; empty if it is missing or not a number.
 std::optional<double> rateOf(const QString& reply);
 
-/// Lets the poller ask once a second and draws the last hour as a curve; its CSV has the seconds since the
-/// window was opened or cleared. Without a server it says so and goes on by itself. GUI thread.
+/// Polls once a second through the poller and draws the last hour as a curve. Its CSV contains the seconds since the
+/// window was opened or cleared. A missing server is shown, and polling resumes automatically. GUI thread.
 class RateWindow : public QDialog {
     Q_OBJECT
 public:
@@ -49,8 +49,8 @@ protected:
     VectorGraphWidget* m_plot;
     DataAge* m_age;
     QElapsedTimer m_elapsed;
-    QList<double> m_rates; ///< 1/s, the latest last
-    QList<double> m_seconds; ///< when each was told
+    QList<double> m_rates; ///< in 1/s, in order of time
+    QList<double> m_seconds; ///< time of each value
 };
 
 } // namespace console

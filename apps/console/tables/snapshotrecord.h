@@ -1,4 +1,4 @@
-// A snapshot of the server's values beside the one before it.
+// A snapshot of the server's values beside the previous one.
 #pragma once
 
 #include <tarnis/dialogs/namevalue.h>
@@ -8,18 +8,18 @@
 
 namespace console {
 
-/// A row per name, in the order in which names first came: the value, the value of the snapshot before, and the change
-/// in words or as a difference. A name that the server has dropped is told once and is gone with the snapshot after.
+/// A row per name, in the order of first appearance: the value, the previous value, and the change as a text or a
+/// difference. A name that the server has dropped is shown once and removed with the next snapshot.
 class SnapshotRecord {
     Q_DECLARE_TR_FUNCTIONS(console::SnapshotRecord)
 public:
-    /// Takes the next snapshot. Of a name that stands twice in it the last value counts.
+    /// Adds the next snapshot. If a name occurs twice, the last value is used.
     void take(const QList<NameValue>& values);
 
     const QList<NameValues>& rows() const { return m_rows; }
     /// Values of the last snapshot.
     qsizetype count() const { return m_values.size(); }
-    /// Rows that differ from the snapshot before; 0 for the first one.
+    /// Number of rows that differ from the previous snapshot; 0 for the first one.
     qsizetype changes() const;
 
 protected:
@@ -27,8 +27,7 @@ protected:
     QList<NameValues> m_rows; ///< each with three values
 };
 
-/// How a value got from `before` to `now`: the signed difference of two numbers, a word for texts, empty if they are
-/// the same.
+/// The change from `before` to `now`: the signed difference of two numbers, a word for texts, empty if they are equal.
 QString changeText(const QString& before, const QString& now);
 
 } // namespace console

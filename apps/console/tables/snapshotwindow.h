@@ -1,5 +1,5 @@
-// A snapshot of what the server tells about itself, as a table beside the snapshot before: the reply to one command,
-// read by the command's own class.
+// A snapshot of the server's values as a table beside the previous one: the reply to one command, parsed by the
+// command's own class.
 #pragma once
 
 #include "tables/snapshotrecord.h"
@@ -22,16 +22,16 @@ class CommandChannel;
 class ServerController;
 class StatusPoller;
 
-/// Asks when it opens and with every refresh: through the poller, or on a session of its own. After a failure the last
-/// values stay on show. What the filter leaves can be saved as CSV.
+/// Sends the command when it opens and on every refresh: through the poller, or on its own session. After a failure the
+/// last values remain shown. The filtered rows can be saved as CSV.
 class SnapshotWindow : public NameValueListDialog {
     Q_OBJECT
 public:
-    /// A command that reads its own reply: how to make it, and its values once it has been answered.
+    /// A command that parses its own reply: creates it, and returns its values after the reply.
     struct Source {
         std::function<TarnisCmd*()> make;
         std::function<QList<NameValue>(TarnisCmd&, const QByteArray& reply)> read;
-        bool isPolled = false; ///< it is "stat", which the poller asks
+        bool isPolled = false; ///< it is "stat", which the poller sends
     };
 
     /// Controller and poller must outlive it.
@@ -57,12 +57,12 @@ protected:
     Source m_source;
     CommandChannel* m_link;
     QLabel* m_filterLabel;
-    QLineEdit* m_filterEdit; ///< part of the names to show
+    QLineEdit* m_filterEdit; ///< filters the names
     QLabel* m_stateLabel;
     QPushButton* m_refreshButton;
     SnapshotRecord m_record;
     bool m_isPollAwaited = false;
-    QTime m_time; ///< of the last reply; invalid before it
+    QTime m_time; ///< time of the last reply; invalid before it
 };
 
 } // namespace console

@@ -23,7 +23,7 @@ QPushButton* mainButtonOf(NameValueListDialog& dialog)
     for (QAbstractButton* const other : others) {
         if (auto* const button = qobject_cast<QPushButton*>(other)) {
             button->setAutoDefault(false);
-            button->setDefault(false); // the box has chosen one when the library showed the dialog
+            button->setDefault(false); // the button box set one when the library showed the dialog
         }
     }
     auto* const button = box.addButton(QString(), QDialogButtonBox::ActionRole);

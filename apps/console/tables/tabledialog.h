@@ -1,4 +1,4 @@
-// What the console adds to the library's table of names and values: a form above the table and a line below it.
+// Additions of the console to the library's table of names and values: a form above the table and a line below it.
 #pragma once
 
 class NameValueListDialog;
@@ -11,20 +11,20 @@ class QTableWidget;
 
 namespace console {
 
-/// The buttons of the dialog, Save and Close among them.
+/// The button box of the dialog, with Save and Close.
 QDialogButtonBox& buttonBoxOf(NameValueListDialog& dialog);
 
-/// A new button in front of Close, and the one that Enter presses.
+/// Adds a button before Close, and makes it the default button.
 QPushButton* mainButtonOf(NameValueListDialog& dialog);
 
-/// A new line for whole sentences between table and buttons, owned by the dialog.
+/// Adds a label for sentences between table and buttons, owned by the dialog.
 QLabel* stateLabelOf(NameValueListDialog& dialog);
 
-/// Puts the form above the table; the dialog takes it over.
+/// Inserts the form above the table; the dialog takes ownership.
 void putOnTop(NameValueListDialog& dialog, QLayout& form);
 void putOnTop(NameValueListDialog& dialog, QWidget& form);
 
-/// Columns that share the width, rows in two colours, no row numbers; Tab leaves the table.
+/// Sets up the table: columns share the width, alternating row colours, no row numbers; Tab leaves the table.
 void layTable(QTableWidget& table);
 
 } // namespace console

@@ -19,7 +19,7 @@ QWidget* openStatistics(const WindowContext& context)
     return new LiveStatistics(context, Windows::tr("Statistics"));
 }
 
-/// A snapshot whose names can be listed, not only asked for.
+/// A snapshot whose names can be listed, not only looked up.
 template <typename Base> class Snapshot : public Base {
 public:
     const QMap<QString, QString>& values() const { return this->m_values; }
@@ -27,13 +27,13 @@ public:
 
 template <typename Base> SnapshotWindow::Source source()
 {
-    return { [] { return new Snapshot<Base>; }, // the session takes it over
+    return { [] { return new Snapshot<Base>; }, // the session takes ownership
         [](TarnisCmd& command, const QByteArray& reply) {
             auto& snapshot = static_cast<Snapshot<Base>&>(command);
             snapshot.onReply(reply);
             QList<NameValue> values;
             for (auto value = snapshot.values().cbegin(); value != snapshot.values().cend(); ++value) {
-                if (value.key() != u"OK") // the first line of an accepted command, no value
+                if (value.key() != u"OK") // the first line of an accepted command is not a value
                     values.append({ value.key(), value.value() });
             }
             return values;

@@ -22,7 +22,7 @@ namespace console {
 
 namespace {
 
-/// Waits for the list and chooses an entry of it by a click.
+/// Waits for the list and selects an entry by a click.
 void chooseListed(UiDriver& driver, QWidget& window, const QString& text)
 {
     auto& list = driver.find<QListWidget>(window, "curDirListWidget");
@@ -62,7 +62,7 @@ void driveBasePath(UiDriver& driver, QWidget& window)
         [&] { return answers == 1 && basePath().endsWith(QStringLiteral("/data")); });
     driver.picture(console, QStringLiteral("set"));
     server.SetBasePath(before, false);
-    // The steps behind this one list the server's own folder.
+    // The following steps list the server's own folder.
     driver.waitUntil(QStringLiteral("the server has the previous base path"), [&] { return answers == 2; });
     const auto& state = driver.find<QLabel>(console.settingsPanel(), "stateLabel");
     driver.waitUntil(QStringLiteral("the settings are read again"),

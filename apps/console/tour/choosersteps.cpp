@@ -1,4 +1,4 @@
-// The choice of the server's histograms, and the log file.
+// The chooser of the server's histograms, and the log file.
 #include "histograms/histogramchooser.h"
 #include "mainwindow.h"
 #include "tour/uidriver.h"
@@ -26,7 +26,7 @@ void driveHistograms(UiDriver& driver, QWidget& window)
     driver.waitUntil(
         QStringLiteral("a window opens for each of them"), [&] { return windows.onScreen().size() == chosen; });
     auto& console = *qobject_cast<MainWindow*>(windows.parent());
-    driver.look(300); // a window manager gives them their frames
+    driver.look(300); // the window manager adds the frames
     driver.choose(console, "tileAction");
     driver.look(1200); // the first polls
     driver.screen(windows.onScreen(), QStringLiteral("tiled"));

@@ -1,4 +1,4 @@
-// The tour's steps through what goes wrong, and how one press fixes it; and the end.
+// The tour's steps for failures and their one-click fixes, and the end of the tour.
 #include "command/commandpanel.h"
 #include "mainwindow.h"
 #include "notices/alertbar.h"
@@ -18,7 +18,7 @@ namespace console {
 
 namespace {
 
-/// A port on which nothing listens: one that was free a moment ago.
+/// A port without a listener: one that was free just before.
 quint16 deafPort()
 {
     QTcpServer server;
@@ -76,7 +76,7 @@ void nobodyAnswers(UiDriver& driver, MainWindow& window)
     waitForState(driver, window, ServerState::Up, QStringLiteral("the previous server is back"));
 }
 
-/// Something else listens at the port: it greets, but not with the prompt.
+/// Another program listens on the port: it sends a greeting, but not the prompt.
 void wrongPrompt(UiDriver& driver, MainWindow& window)
 {
     constexpr int shortMs = 1000; // instead of the ten seconds that a user would wait

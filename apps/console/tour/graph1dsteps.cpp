@@ -1,4 +1,4 @@
-// What the tour does with the live 1D windows.
+// The tour's steps for the live 1D windows.
 #include "mainwindow.h"
 #include "tour/histogramsteps.h"
 #include "tour/tourhelpers.h"
@@ -78,14 +78,13 @@ void zoomAndMove(UiDriver& driver, QWidget& window)
     for (int i = 0; i < 2; ++i)
         driver.clickAt(plot, placeIn(plot, 0.5, 0.5));
     driver.expect(widthOf(rangeX(plot)) > widthOf(near), QStringLiteral("clicks zoom out"));
-    choose(driver, plot, "Zoom Out"); // the tool goes off again
+    choose(driver, plot, "Zoom Out"); // switches the tool off again
 
     choose(driver, plot, "Reset");
     driver.expect(rangeX(plot) == whole, QStringLiteral("Reset shows everything again"));
 }
 
-/// Opens the editor of the right end of the X axis by a click on its label, which lies somewhere below the right
-/// corner.
+/// Opens the editor of the right end of the X axis by a click on its label, which is somewhere below the right corner.
 QLineEdit& openEditorOfMaxX(UiDriver& driver, MultiVectorGraphWidget& plot)
 {
     for (int y = 97; y > 70; y -= 3) {
@@ -176,7 +175,7 @@ void selectRange(UiDriver& driver, QWidget& window)
         [&] { return plot.findChild<QDialog*>(QStringLiteral("XRangeInputDialog")) == nullptr; });
 }
 
-/// Polls go on meanwhile: the peaks stay those of the curve that was searched.
+/// Polling continues in the meantime: the peaks remain those of the searched curve.
 void searchPeaks(UiDriver& driver, QWidget& window, const QString& thresholdText, const QString& widthText)
 {
     MultiVectorGraphWidget& plot = plotOf(window);

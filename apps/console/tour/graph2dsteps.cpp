@@ -1,4 +1,4 @@
-// What the tour does with the live 2D window.
+// The tour's steps for the live 2D window.
 #include "tour/histogramsteps.h"
 #include "tour/uidriver.h"
 #include "tour/windowsteps.h"
@@ -60,7 +60,7 @@ QList<QRgb> colours()
         XY2DGraphWidget::colHalfMax.rgb(), XY2DGraphWidget::colMax.rgb() };
 }
 
-/// The menu of the colour bar opens on the plot, beside which the bar stands.
+/// The menu of the colour bar opens on the plot beside the bar.
 void chooseColours(UiDriver& driver, XY2DGraphWidget& plot, const QString& entry)
 {
     const auto& bar = *plot.findChild<ColorBarWidget*>();
@@ -156,7 +156,7 @@ void zoom(UiDriver& driver, QWidget& window)
     driver.expect(rangeOf(plot).width() < part.width(), QStringLiteral("a click zooms in"));
     choose(driver, plot, "Zoom Out");
     driver.clickAt(plot, placeIn(plot, 0.5, 0.5));
-    choose(driver, plot, "Zoom Out"); // the tool goes off again
+    choose(driver, plot, "Zoom Out"); // switches the tool off again
     choose(driver, plot, "Reset");
     driver.expect(rangeOf(plot) == whole, QStringLiteral("Reset shows everything again"));
 }
@@ -164,7 +164,7 @@ void zoom(UiDriver& driver, QWidget& window)
 void readOut(UiDriver& driver, QWidget& window)
 {
     XY2DGraphWidget& plot = plotOf(window);
-    // Empty bins have no read-out: along a few lines until one with events is hit.
+    // Empty bins have no read-out: tries several lines until a bin with events is found.
     for (int y = 300; y < 700 && !QToolTip::isVisible(); y += 37) {
         for (int x = 100; x < 800 && !QToolTip::isVisible(); x += 4)
             driver.hover(plot, placeIn(plot, x / 1000.0, y / 1000.0));
@@ -176,7 +176,7 @@ void readOut(UiDriver& driver, QWidget& window)
 
 // Cuts.
 
-/// The limits of the cut as its box shows them.
+/// The limits of the cut in its box.
 double limitIn(UiDriver& driver, QWidget& box, const char* edit)
 {
     return driver.find<QLineEdit>(box, edit).text().toDouble();
@@ -199,14 +199,14 @@ void cut(UiDriver& driver, QWidget& window)
         QStringLiteral("the drag makes a rectangle"));
     driver.scene(window, QStringLiteral("cut"));
 
-    // By its left edge, as far as the middle between the edges.
+    // Drags the left edge to the middle between the edges.
     const double left = limitIn(driver, box, "xMinEdit");
     const double middleY = (limitIn(driver, box, "yMinEdit") + limitIn(driver, box, "yMaxEdit")) / 2.0;
     const QPoint edge = plot.calcWidgetPointF(QPointF(left, middleY)).toPoint();
     driver.drag(plot, edge, edge + QPoint(30, 0));
     driver.expect(limitIn(driver, box, "xMinEdit") > left, QStringLiteral("the edge goes along with the pointer"));
 
-    // Typed in the box, and on an edge after a right click.
+    // Types a limit in the box, and on an edge after a right click.
     typeInto(driver, driver.find<QLineEdit>(box, "xMinEdit"), QStringLiteral("64"));
     driver.expect(limitIn(driver, box, "xMinEdit") == 64.0, QStringLiteral("the box takes a limit"));
     // Away from the left edge, also from where it was before the limit was typed.

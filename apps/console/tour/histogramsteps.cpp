@@ -16,7 +16,7 @@ namespace console {
 
 namespace {
 
-/// A place on the plot that is no edge of a cut, where the menu opens.
+/// A position on the plot away from the edges of a cut, where the menu opens.
 QPoint menuPlace(const QWidget& plot)
 {
     return placeIn(plot, 0.8, 0.2);
@@ -66,7 +66,7 @@ void printToPdf(UiDriver& driver, XYGraphWidget& plot, const QString& fileName)
             driver.chooseItem(driver.find<QComboBox>(box, "printers"), QStringLiteral("Print to File (PDF)"));
             auto& edit = driver.find<QLineEdit>(box, "filename");
             driver.clearText(edit);
-            edit.setCompleter(nullptr); // its list opens when the folder has been read, over whatever is pressed then
+            edit.setCompleter(nullptr); // its list opens when the folder has been read, and would cover other controls
             driver.type(edit, path);
             for (QPushButton* const button : box.findChildren<QPushButton*>()) {
                 if (button->isDefault())

@@ -1,4 +1,4 @@
-// What the tour does with the live histogram windows.
+// The tour's steps for the live histogram windows.
 #pragma once
 
 #include <QPoint>
@@ -13,18 +13,18 @@ namespace console {
 
 class UiDriver;
 
-/// A point of a widget by shares of its width and height.
+/// A point of a widget, as fractions of its width and height.
 QPoint placeIn(const QWidget& widget, double x, double y);
 
-/// Gives the file dialog that `act` opens a path beside the pictures and presses Save. Returns the path; throws
-/// TourFailure if no file comes of it.
+/// Enters a path beside the screenshots in the file dialog that `act` opens, and presses Save. Returns the path; throws
+/// TourFailure if no file is written.
 QString saveBy(UiDriver& driver, const QString& fileName, const std::function<void()>& act);
 
-/// Chooses the menu entry that opens the export dialog, takes a screenshot of it, enters a path beside the pictures and
-/// presses Save. Returns the path; throws TourFailure if no file comes of it.
+/// Chooses the menu entry that opens the export dialog, takes a screenshot of it, enters a path beside the screenshots
+/// and presses Save. Returns the path; throws TourFailure if no file is written.
 QString saveAs(UiDriver& driver, XYGraphWidget& plot, const QString& menuText, const QString& fileName);
 
-/// Prints by the menu of the plot, into a PDF beside the pictures.
+/// Prints by the menu of the plot, into a PDF beside the screenshots.
 void printToPdf(UiDriver& driver, XYGraphWidget& plot, const QString& fileName);
 
 /// Number of lines of a text file.

@@ -1,4 +1,4 @@
-// The tour's steps through the main window.
+// The tour's steps for the main window.
 #include "command/commandpanel.h"
 #include "mainwindow.h"
 #include "server/servercontroller.h"
@@ -188,7 +188,7 @@ void addresses(UiDriver& driver, MainWindow& window)
     });
 }
 
-/// What someone else has changed on the server is read by a key.
+/// Changes made by another client are read with a key.
 void readAgain(UiDriver& driver, MainWindow& window)
 {
     const SettingsModel& model = window.settingsPanel().model();
@@ -225,7 +225,7 @@ void dark(UiDriver& driver, MainWindow& window)
 void german(UiDriver& driver, MainWindow& window)
 {
     driver.choose(window, "deAction");
-    driver.look(60); // the change is on its way
+    driver.look(60); // the change is being sent
     driver.expect(
         driver.find<QMenu>(window, "helpMenu").title() == u"&Hilfe", QStringLiteral("the window is in German"));
     driver.picture(window, QStringLiteral("window"));

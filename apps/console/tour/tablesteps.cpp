@@ -21,7 +21,7 @@ namespace console {
 
 namespace {
 
-/// Sends to whom the box has at this place, and waits until all have answered.
+/// Sends to the recipients at this index of the combo box, and waits until all have answered.
 void sendTo(UiDriver& driver, QWidget& window, const QString& target, const QString& modules, const QString& command)
 {
     driver.chooseItem(driver.find<QComboBox>(window, "targetBox"), target);

@@ -39,7 +39,7 @@ TourStep windowStep(const WindowEntry& entry)
                     driver.expect(bool(script), QStringLiteral("the tour knows what to do with the window"));
                     script(driver, *opened);
                 } catch (const TourFailure&) {
-                    // The steps behind this one want no window in front of them.
+                    // The following steps need unobstructed windows.
                     if (opened)
                         driver.close(*opened);
                     throw;
@@ -50,8 +50,7 @@ TourStep windowStep(const WindowEntry& entry)
             } };
 }
 
-/// What an earlier tour has left by the names in its report, and the report itself. Empty if there is none, or if
-/// it is someone else's.
+/// The files of a previous tour according to its report, and the report itself. Empty if there is no such report.
 QStringList filesOf(const QString& report)
 {
     static const QRegularExpression step(QStringLiteral("^(?:ok    |FAIL  )\\S+  [\\d.]+ s  (.*)$"));
@@ -73,7 +72,7 @@ QStringList filesOf(const QString& report)
     return files;
 }
 
-/// Boxes that were not asked for would stop everything behind them: what they say goes into the report.
+/// Closes unexpected boxes, which would block all further steps. Returns their texts for the report.
 QString closeStrayBoxes()
 {
     QString text;
@@ -101,7 +100,7 @@ Tour::Tour(MainWindow& window, const QString& directory)
     const QStringList earlier = filesOf(report);
     QStringList others = m_directory.entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
     if (QFileInfo(report).size() == 0)
-        others.removeAll(QFileInfo(report).fileName()); // of a tour that was ended before its first step
+        others.removeAll(QFileInfo(report).fileName()); // left by a tour that ended before its first step
     if (earlier.isEmpty() && !others.isEmpty()) {
         m_problem = QStringLiteral("it holds other files and no report of a tour; choose an empty folder");
         return;
@@ -154,7 +153,7 @@ void Tour::leaveServer()
         if (controller.state() == ServerState::Off)
             loop.quit();
     });
-    QTimer::singleShot(limitMs, &loop, &QEventLoop::quit); // beyond it the server is ended by force
+    QTimer::singleShot(limitMs, &loop, &QEventLoop::quit); // after that the server is killed
     if (controller.state() != ServerState::Off)
         loop.exec();
 }
@@ -186,7 +185,7 @@ int Tour::run()
            << Qt::endl;
     leaveServer();
     report.flush();
-    const bool isReported = report.status() == QTextStream::Ok && file.flush(); // a full disk shows with the flush
+    const bool isReported = report.status() == QTextStream::Ok && file.flush(); // a full disk is detected by the flush
     return failed == 0 && isReported ? 0 : 1;
 }
 

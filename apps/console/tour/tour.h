@@ -1,4 +1,4 @@
-// The tour: opens every window on live data, drives it as a user would, and writes pictures and a report.
+// The tour: opens every window on live data, operates it like a user, and writes screenshots and a report.
 #pragma once
 
 #include "tour/uidriver.h"
@@ -14,11 +14,11 @@ namespace console {
 
 class MainWindow;
 
-/// One thing that the tour does; a TourFailure that it throws makes the tour fail, and the next step goes on.
+/// One step of the tour. If it throws a TourFailure, the tour fails and continues with the next step.
 struct TourStep {
     QString name;
     std::function<void(UiDriver&, MainWindow&)> act;
-    bool isNeeded = false; ///< without it the steps behind it make no sense
+    bool isNeeded = false; ///< the following steps depend on it
 };
 
 /// The steps of the main window before and after those of the other windows.
@@ -29,19 +29,19 @@ QList<TourStep> closingSteps();
 /// step went well.
 class Tour {
 public:
-    /// `directory` is made if need be. What the report of an earlier tour in it names is removed; a folder with
-    /// anything else in it and no such report is refused.
+    /// `directory` is created if needed. Files listed in the report of a previous tour are removed; a non-empty folder
+    /// without such a report is rejected.
     Tour(MainWindow& window, const QString& directory);
-    /// Why the tour cannot go there, in words; empty if it can.
+    /// Why the folder cannot be used, as a text for users; empty if it can.
     const QString& problem() const { return m_problem; }
     int run();
-    /// Lets the step under way fail, and tries none of those behind it.
+    /// Makes the current step fail, and skips the following ones.
     void interrupt() { m_isInterrupted = true; }
-    /// What went wrong, a line for each step, and where the report is.
+    /// The failures, a line for each step, and the path of the report.
     QString summary() const;
 
 protected:
-    /// Lets a server end that a failed or interrupted tour has left running.
+    /// Ends a server that a failed or interrupted tour has left running.
     void leaveServer();
     bool runStep(const TourStep& step, int number, QTextStream& report);
 

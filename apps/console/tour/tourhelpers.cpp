@@ -12,7 +12,7 @@ void waitForState(UiDriver& driver, MainWindow& window, ServerState state, const
 {
     const auto has = [&](ServerState wanted) { return window.controller().state() == wanted; };
     driver.waitUntil(what, [&] { return has(state) || has(ServerState::Failed); });
-    if (!has(state)) // waiting on would bring nothing
+    if (!has(state)) // waiting longer is useless
         throw TourFailure(QStringLiteral("%1: %2").arg(what, driver.find<AlertBar>(window, "alertBar").alert().text));
 }
 

@@ -1,4 +1,4 @@
-// What the tour's steps do again and again.
+// Helpers shared by the tour's steps.
 #pragma once
 
 #include "server/servercontroller.h"
@@ -11,7 +11,7 @@ void waitForState(UiDriver& driver, MainWindow& window, ServerState state, const
 /// Types a command, sends it with Enter and waits for the reply.
 void ask(UiDriver& driver, MainWindow& window, const QString& command);
 
-/// The record from the last time on that a command beginning so was sent.
+/// The record from the last command with this beginning on.
 QString lastOf(MainWindow& window, const QString& command);
 
 } // namespace console

@@ -29,7 +29,7 @@ namespace console {
 namespace {
 
 constexpr int pollMs = 10;
-constexpr int unansweredMs = 30000; // longer than answering() takes
+constexpr int unansweredMs = 30000; // longer than answering() needs
 
 void sendMouse(QWidget& widget, QEvent::Type type, QPoint position, Qt::MouseButton button, Qt::MouseButtons buttons,
     Qt::KeyboardModifiers modifiers = Qt::NoModifier)
@@ -47,7 +47,7 @@ void clickOnce(QWidget& control, QPoint position, Qt::MouseButton button = Qt::L
         sendMouse(control, QEvent::MouseButtonRelease, position, button, Qt::NoButton, modifiers);
 }
 
-/// Inside its frame, on the screen.
+/// The rectangle on the screen inside its frame.
 QRect placeOf(const QWidget& window)
 {
     return { window.mapToGlobal(QPoint(0, 0)), window.size() };
@@ -55,7 +55,7 @@ QRect placeOf(const QWidget& window)
 
 bool belongsTo(const QWidget& widget, const QWidget& window)
 {
-    // Not isAncestorOf(), which ends at the border of a window.
+    // Not isAncestorOf(), which stops at window boundaries.
     for (const QWidget* above = widget.parentWidget(); above; above = above->parentWidget()) {
         if (above == &window)
             return true;
@@ -63,7 +63,7 @@ bool belongsTo(const QWidget& widget, const QWidget& window)
     return false;
 }
 
-/// The window, those that are its own and on show, and at last menus and tool tips.
+/// The window, its visible child windows, and then menus and tool tips.
 QList<QWidget*> standingWith(QWidget& window)
 {
     QList<QWidget*> shown { &window };
@@ -90,7 +90,7 @@ void strike(QWidget& widget, int key, Qt::KeyboardModifiers modifiers, const QSt
     }
 }
 
-/// How many colours a picture has, up to a few: a window that did not paint has one.
+/// The number of colours of a picture, up to a small limit: a window that did not paint has one.
 int colourCount(const QImage& image)
 {
     QSet<QRgb> colours;
@@ -145,7 +145,7 @@ void UiDriver::look(int ms)
 
 void UiDriver::act(const std::function<void()>& action)
 {
-    QString left; // the title of a box that the action has opened and nobody answers
+    QString left; // the title of an unanswered box that the action has opened
     QElapsedTimer elapsed;
     elapsed.start();
     QTimer watch;
@@ -171,7 +171,7 @@ void UiDriver::act(const std::function<void()>& action)
 
 void UiDriver::close(QWidget& window)
 {
-    act([guard = QPointer<QWidget>(&window)] { // one that is closed already may be deleted on the way
+    act([guard = QPointer<QWidget>(&window)] { // a window that is already closed may be deleted in the meantime
         if (guard)
             guard->close();
     });
@@ -200,7 +200,7 @@ void UiDriver::click(QWidget& control)
         QStringLiteral("%1 can be pressed (it says: %2)").arg(control.objectName(), control.toolTip()));
     if (control.focusPolicy() & Qt::ClickFocus)
         control.setFocus(Qt::MouseFocusReason);
-    // Check boxes react on their box and text only, at the left.
+    // Check boxes react only on their indicator and text, at the left.
     const QPoint middle(qMin(control.width() / 2, 20), control.height() / 2);
     act([&] { clickOnce(control, middle); });
 }
@@ -309,7 +309,7 @@ void UiDriver::chooseInMenu(QWidget& widget, QPoint position, const QString& tex
         throw TourFailure(QStringLiteral("%1 cannot be chosen in the menu").arg(text));
     }
     const QPoint middle = menu->actionGeometry(*found).center();
-    constexpr int moves = 8; // a menu takes a release for a slip of the hand if the pointer has hardly moved
+    constexpr int moves = 8; // a menu ignores a release if the pointer has hardly moved
     for (int i = moves; i > 0; --i) {
         act([&] { sendMouse(*menu, QEvent::MouseMove, middle - QPoint(i, 0), Qt::NoButton, Qt::NoButton); });
     }
@@ -338,7 +338,7 @@ void UiDriver::answering(const std::function<void(QWidget&)>& answer, const std:
         QWidget* const box = QApplication::activeModalWidget();
         if (!sinceAnswer.isValid() && box && box->isVisible() && !m_isInterrupted) {
             sinceAnswer.start();
-            try { // no exception may pass the event loop
+            try { // exceptions must not pass through the event loop
                 answer(*box);
             } catch (...) {
                 failure = std::current_exception();
@@ -349,7 +349,7 @@ void UiDriver::answering(const std::function<void(QWidget&)>& answer, const std:
             if (!failure)
                 failure = std::make_exception_ptr(
                     TourFailure(QStringLiteral("the box %1 stays open").arg(box->windowTitle())));
-            box->close(); // what waits for it goes on
+            box->close(); // unblocks the code that waits for it
         }
     });
     poll.start();
@@ -363,7 +363,7 @@ void UiDriver::answering(const std::function<void(QWidget&)>& answer, const std:
 void UiDriver::picture(QWidget& window, const QString& name)
 {
     checkInterruption();
-    look(60); // what is posted gets painted
+    look(60); // lets posted events be painted
     keep(window.grab().toImage(), name);
 }
 
@@ -376,7 +376,7 @@ void UiDriver::screen(const QList<QWidget*>& windows, const QString& name)
         area |= window->frameGeometry();
     expect(!area.isEmpty(), QStringLiteral("there are windows on the screen"));
     if (QGuiApplication::platformName() == u"xcb") { // with the frames of the window manager
-        look(500); // which draws them in its own time
+        look(500); // which draws them asynchronously
         keep(windows.constFirst()->screen()->grabWindow(0, area.x(), area.y(), area.width(), area.height()).toImage(),
             name);
         return;

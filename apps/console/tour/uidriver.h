@@ -1,5 +1,4 @@
-// Drives windows as a user would, with keys and mouse, and takes pictures of them. What does not behave as expected
-// is thrown as a TourFailure.
+// Operates windows with keys and mouse like a user, and takes screenshots. Unexpected behaviour throws a TourFailure.
 #pragma once
 
 #include <QDir>
@@ -18,31 +17,31 @@ class QMenu;
 
 namespace console {
 
-/// What went wrong, in words for the report.
+/// A failure, with a text for the report.
 class TourFailure : public std::runtime_error {
 public:
     explicit TourFailure(const QString& what);
     QString text() const { return QString::fromUtf8(what()); }
 };
 
-/// GUI thread; every wait keeps the event loop going.
+/// GUI thread; every wait runs the event loop.
 class UiDriver {
 public:
-    /// Pictures go to `directory`, which exists, and are called prefix-N-name.png. As soon as `isInterrupted` holds
-    /// every wait throws.
+    /// Screenshots are written to `directory`, which must exist, as prefix-N-name.png. Every wait throws as soon as
+    /// `isInterrupted` returns true.
     UiDriver(const QDir& directory, const QString& prefix, const bool& isInterrupted);
 
-    /// Files of the pictures taken and of what was saved so far, in order.
+    /// Screenshots and saved files so far, in order.
     const QStringList& files() const { return m_files; }
-    /// What the report says beside the files: why something was not there to be done.
+    /// Remarks for the report: why something was skipped.
     const QStringList& remarks() const { return m_remarks; }
     void remark(const QString& text) { m_remarks.append(text); }
 
-    /// Waits for something to happen; throws after `limitMs`.
+    /// Waits for a condition; throws after `limitMs`.
     void waitUntil(const QString& what, const std::function<bool()>& happened, int limitMs = 20000);
     /// Lets time pass, as a user who looks.
     void look(int ms);
-    /// Throws if it is not.
+    /// Throws if the condition is false.
     static void expect(bool isTrue, const QString& what)
     {
         if (!isTrue)
@@ -50,7 +49,7 @@ public:
     }
     [[noreturn]] static void fail(const QString& what);
 
-    /// The widget or action of this object name inside `window`.
+    /// The widget or action with this object name inside `window`.
     template <typename Object> Object& find(QWidget& window, const char* name)
     {
         auto* widget = window.findChild<Object*>(QString::fromLatin1(name));
@@ -58,13 +57,13 @@ public:
             throw TourFailure(QStringLiteral("%1 has no %2").arg(window.objectName(), QLatin1String(name)));
         return *widget;
     }
-    /// The dialog that stands in front of `window` now, as soon as it is there.
+    /// Waits for the dialog in front of `window`.
     QWidget& dialogOf(QWidget& window);
 
     /// A click in the middle. The control must be visible and enabled.
     void click(QWidget& control);
     void doubleClick(QWidget& control, QPoint position);
-    /// Press and release at one place, in the widget's coordinates.
+    /// Press and release at one position, in the widget's coordinates.
     void clickAt(QWidget& widget, QPoint position, Qt::MouseButton button = Qt::LeftButton,
         Qt::KeyboardModifiers modifiers = Qt::NoModifier);
     /// Press, moves and release of the left button, in the widget's coordinates.
@@ -72,20 +71,20 @@ public:
     /// Moves the pointer there and rests.
     void hover(QWidget& widget, QPoint position);
     void key(QWidget& widget, Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
-    /// Gives the keyboard to the edit and types at its end.
+    /// Gives the focus to the edit and types at its end.
     void type(QWidget& edit, const QString& text);
-    /// The whole text at once, as an input method does: a file dialog selects folders on the way while a path is typed.
+    /// Enters the complete text at once, like an input method: a file dialog selects folders while a path is typed.
     void enter(QWidget& edit, const QString& text);
     void clearText(QLineEdit& edit);
-    /// The action of the window that this shortcut would trigger; it must be enabled.
+    /// Triggers the action of the window with this shortcut; it must be enabled.
     void shortcut(QWidget& window, const QKeySequence& keys);
-    /// An action by object name, as from its menu; it must be enabled.
+    /// Triggers an action by object name, as from its menu; it must be enabled.
     void choose(QWidget& window, const char* actionName);
     /// The menu that a right click opens there.
     QMenu& openMenu(QWidget& widget, QPoint position);
-    /// A click on the entry of this text in the menu of a right click; it must be enabled.
+    /// Clicks the entry with this text in the context menu; it must be enabled.
     void chooseInMenu(QWidget& widget, QPoint position, const QString& text);
-    /// Walks with the arrow keys to the item of this text.
+    /// Selects the item with this text using the arrow keys.
     void chooseItem(QComboBox& box, const QString& text);
 
     /// Closes a window by its own button.
@@ -101,11 +100,11 @@ public:
     /// Takes a picture of the window with the windows around it that belong to it, menus and tool tips included, where
     /// they stand on the screen.
     void scene(QWidget& window, const QString& name);
-    /// A path for a file that the console is told to write; it stays beside the pictures.
+    /// A path beside the screenshots for a file that the console writes.
     QString newFile(const QString& name);
 
 protected:
-    /// Runs `action` inside an event loop, as the events of a real user come: what closes may be deleted behind it.
+    /// Runs `action` inside an event loop, like real user events: closed windows may be deleted afterwards.
     void act(const std::function<void()>& action);
     void checkInterruption();
     void keep(const QImage& image, const QString& name);

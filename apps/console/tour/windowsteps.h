@@ -1,4 +1,4 @@
-// What the tour does with each window of the menu, by the window's id.
+// The tour's script for each window of the menu, by the window's id.
 #pragma once
 
 #include <QHash>
@@ -12,10 +12,10 @@ namespace console {
 
 class UiDriver;
 
-/// Drives the open window as a user would; throws TourFailure when it does not behave.
+/// Operates the open window like a user; throws TourFailure on unexpected behaviour.
 using WindowScript = std::function<void(UiDriver&, QWidget&)>;
 
-/// The script of each window, by the id of its entry.
+/// The scripts of the windows, by the ids of their entries.
 const QHash<QString, WindowScript>& windowScripts();
 
 void driveBasePath(UiDriver& driver, QWidget& window);

@@ -28,7 +28,7 @@ bool canFloat()
     return canPlaceWindows(QGuiApplication::platformName());
 }
 
-/// A plot grows with the pane, a box of numbers does not.
+/// A box with a plot grows with the pane, a box of numbers does not.
 bool hasPlot(const QDialog& box)
 {
     return box.findChild<XYGraphWidget*>() != nullptr;
@@ -132,7 +132,7 @@ int BoxPlacer::paneWidth() const
     return width;
 }
 
-/// The window grows by the pane as far as the screen allows, so that the plot keeps its size.
+/// Widens the window by the pane as far as the screen allows, so that the plot keeps its size.
 void BoxPlacer::growBy(int width, const QRect& before)
 {
     if (m_window.isMaximized() || m_window.isFullScreen())
@@ -148,7 +148,7 @@ void BoxPlacer::growBy(int width, const QRect& before)
 void BoxPlacer::setPane(bool isOn)
 {
     const int extra = isOn ? paneWidth() + m_window.fontMetrics().averageCharWidth() : 0;
-    const QRect before = m_window.geometry(); // the layout widens a small window for its margin
+    const QRect before = m_window.geometry(); // the layout widens a small window by its margin
     if (QLayout* const layout = m_window.layout()) {
         layout->setContentsMargins(m_margins + QMargins(0, 0, extra, 0));
         layout->activate();
@@ -160,7 +160,7 @@ void BoxPlacer::setPane(bool isOn)
     } else if (!isOn && m_isPane && before == m_withPane && before != m_withoutPane) {
         m_window.setGeometry(m_withoutPane);
     } else if (!isOn && m_isPane) {
-        growBy(-m_grown, before); // the user has moved or resized it since
+        growBy(-m_grown, before); // unless the user has moved or resized it since
     }
     m_isPane = isOn;
     if (!isOn)
@@ -189,7 +189,7 @@ void BoxPlacer::placeInPane(const QList<QDialog*>& boxes)
         const QRect place = places.at(i);
         boxes.at(i)->setGeometry(
             boxes.at(i)->isWindow() ? QRect(m_window.mapToGlobal(place.topLeft()), place.size()) : place);
-        // Beside the window in use; else the box would cover the windows of others.
+        // Only beside the active window; otherwise the box would cover other windows.
         if (!boxes.at(i)->isWindow() || m_window.isActiveWindow() || boxes.at(i)->isActiveWindow())
             boxes.at(i)->raise();
     }
@@ -201,7 +201,7 @@ void BoxPlacer::arrange()
         return;
     const QScopedValueRollback guard(m_isArranging, true);
     const QList<QDialog*> boxes = visibleBoxes();
-    // Decided once for each place of the window: a pane makes the plot smaller, and with it what the boxes ask for.
+    // Decided once for each geometry of the window: a pane reduces the plot, and with it the sizes of the boxes.
     if (m_decidedFor != m_window.frameGeometry() || m_decidedBoxes != boxes.size()) {
         m_decidedFor = m_window.frameGeometry();
         m_decidedBoxes = boxes.size();
@@ -225,7 +225,7 @@ bool BoxPlacer::eventFilter(QObject* object, QEvent* event)
     }
     m_wanted.insert(box, box->geometry());
     if (m_isPane && event->type() == QEvent::Move)
-        arrange(); // at once: it would be seen where it does not belong
+        arrange(); // at once, to avoid showing it at the wrong position
     else
         m_timer.start(0);
     return false;

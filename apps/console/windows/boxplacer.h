@@ -13,9 +13,9 @@ class XYGraphWidget;
 
 namespace console {
 
-/// For one window with plots. While all boxes have room around the window they stay where the library puts them. Else,
-/// and always where windows cannot place themselves, the window's content makes room for a pane at its right edge, and
-/// the boxes are stacked there. GUI thread.
+/// For one window with plots. If there is space for all boxes around the window, they stay where the library places
+/// them. Otherwise, and always where windows cannot position themselves, they are stacked in a pane at the right edge
+/// of the window. GUI thread.
 class BoxPlacer : public QObject {
     Q_OBJECT
 public:
@@ -27,9 +27,9 @@ public:
     /// The visible boxes of a plot, wherever they are.
     static QList<QDialog*> boxesOf(const XYGraphWidget& plot);
 
-    /// Before the box is first shown: makes it a part of the window where windows cannot place themselves.
+    /// Call it before the box is first shown: makes it a part of the window where windows cannot position themselves.
     void adopt(QDialog& box);
-    /// From now on the box is kept in place. Again does nothing.
+    /// Starts managing the position of the box. Further calls do nothing.
     void keep(QDialog& box);
 
     bool hasPane() const { return m_isPane; }
@@ -51,15 +51,15 @@ protected:
 
     QWidget& m_window;
     QList<QPointer<QDialog>> m_boxes;
-    QHash<const QObject*, QRect> m_wanted; ///< where the library has put each
+    QHash<const QObject*, QRect> m_wanted; ///< where the library has placed each box
     QRect m_decidedFor; ///< frame of the window when it was last decided whether there is a pane
-    qsizetype m_decidedBoxes = 0; ///< visible ones then
+    qsizetype m_decidedBoxes = 0; ///< number of visible boxes then
     bool m_isPane = false;
-    int m_grown = 0; ///< pixels that the window has become wider by for the pane
+    int m_grown = 0; ///< pixels by which the window was widened for the pane
     QRect m_withoutPane; ///< the window when the pane opened
-    QRect m_withPane; ///< and just after
+    QRect m_withPane; ///< the window just after the pane opened
     bool m_isArranging = false;
-    QMargins m_margins; ///< of the window's layout without a pane
+    QMargins m_margins; ///< margins of the window's layout without a pane
     QTimer m_timer;
 };
 

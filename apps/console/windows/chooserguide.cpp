@@ -51,7 +51,7 @@ void ChooserGuide::onReply(const PTarnisCmd& command, const QByteArray& reply)
     const bool isListing = command->getCmdString().startsWith(u"ls-F");
     if (isListing) {
         m_isListed = isAccepted;
-        // Behind the last line feed stands no name, which any name would be.
+        // Removes the empty entry after the last line feed, which would match any name.
         for (QListWidgetItem* const item : m_list->findItems(QString(), Qt::MatchExactly))
             delete item;
     }
@@ -62,7 +62,7 @@ void ChooserGuide::onReply(const PTarnisCmd& command, const QByteArray& reply)
         m_refusal.clear();
     }
     if (m_list->isEnabled())
-        m_isRefusalFresh = false; // the chooser asks for nothing more by itself
+        m_isRefusalFresh = false; // the chooser sends no further request itself
     update();
 }
 

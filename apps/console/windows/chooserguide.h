@@ -1,4 +1,4 @@
-// What a path chooser says below its lists: why OK cannot be pressed now, or what it takes.
+// The line below the lists of a path chooser: why OK is disabled, or what OK selects.
 #pragma once
 
 #include <tarnis/server/tarniscmd.h>
@@ -15,21 +15,21 @@ class QPushButton;
 
 namespace console {
 
-/// Decides about the OK of one chooser and says why in a line of its own. GUI thread.
+/// Enables or disables OK of one chooser and shows the reason. GUI thread.
 class ChooserGuide : public QObject {
     Q_OBJECT
 public:
-    /// What the chooser knows itself, as asked whenever something changes.
+    /// The chooser's state, requested on each change.
     struct Choice {
-        QString problem; ///< why nothing is chosen, in words; empty if something is
-        QString path; ///< what is chosen
+        QString problem; ///< why nothing is chosen, as a text for users; empty if something is
+        QString path; ///< the chosen path
     };
 
     ChooserGuide(QDialog& chooser, std::function<Choice()> choice);
 
-    /// To be called with each reply after the chooser has read it.
+    /// Call it with each reply after the chooser has read it.
     void onReply(const PTarnisCmd& command, const QByteArray& reply);
-    /// The connection is gone; or there again, and the chooser asks again.
+    /// The connection is lost, or restored and the chooser repeats its request.
     void setLost(bool isLost);
     void update();
 
@@ -42,9 +42,9 @@ protected:
     QLabel* m_label;
     QPushButton* m_ok;
     QListWidget* m_list;
-    QString m_refusal; ///< of a folder that the server does not list
-    bool m_isRefusalFresh = false; ///< the chooser goes elsewhere by itself: the refusal stays on show
-    bool m_isListed = false; ///< the last folder that was asked for
+    QString m_refusal; ///< rejection for a folder that the server does not list
+    bool m_isRefusalFresh = false; ///< the chooser changes to another folder itself: keep showing the rejection
+    bool m_isListed = false; ///< the last requested folder was listed
     bool m_isLost = false;
     bool m_isUpdating = false;
 };

@@ -14,7 +14,7 @@ struct ColourBarMenu {
     Q_DECLARE_TR_FUNCTIONS(ColourBarMenu)
 };
 
-// As the library writes them; the blank in front of those with an icon is theirs.
+// The texts of the library, including the leading space of entries with an icon.
 constexpr std::array entries {
     QT_TRANSLATE_NOOP("ColourBarMenu", "Pattern - Rainbow1"),
     QT_TRANSLATE_NOOP("ColourBarMenu", "Pattern - Rainbow2"),

@@ -16,7 +16,7 @@ namespace console {
 
 namespace {
 
-/// The entries of the tools in the menu: what a host that subclasses the plot sees of it.
+/// Access to the protected menu entries of the tools.
 class PlotTools : public XYGraphWidget {
 public:
     static QList<QAction*> of(XYGraphWidget& plot)
@@ -39,7 +39,7 @@ QList<QAction*> toolsOf(XYGraphWidget& plot)
     QList<QAction*> tools = PlotTools::of(plot);
     if (auto* const map = qobject_cast<XY2DGraphWidget*>(&plot))
         tools.append(MapTools::of(*map));
-    tools.removeAll(nullptr); // regions need not be offered
+    tools.removeAll(nullptr); // regions may be unavailable
     return tools;
 }
 
@@ -52,7 +52,7 @@ bool leaveEditor(XYGraphWidget& plot)
     }
     if (!plot.findChild<QLineEdit*>(QString(), Qt::FindDirectChildrenOnly))
         return false;
-    // A press beside the graph drops the editor.
+    // A press beside the graph closes the editor.
     QMouseEvent press(QEvent::MouseButtonPress, QPointF(), plot.mapToGlobal(QPointF()), Qt::LeftButton, Qt::LeftButton,
         Qt::NoModifier);
     QApplication::sendEvent(&plot, &press);
@@ -75,7 +75,7 @@ bool leaveTool(XYGraphWidget& plot)
     for (QAction* const tool : toolsOf(plot)) {
         if (!tool->isChecked())
             continue;
-        tool->trigger(); // as in the menu: some listen to this, some to the check mark
+        tool->trigger(); // as in the menu: some tools use triggered(), some toggled()
         isLeft = true;
     }
     return isLeft;

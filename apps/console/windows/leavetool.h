@@ -1,4 +1,4 @@
-// What Escape does in the windows of plots: the tool of the mouse goes, the window stays.
+// Handles Escape in windows with plots: ends the mouse tool, and keeps the window open.
 #pragma once
 
 QT_BEGIN_NAMESPACE
@@ -9,12 +9,12 @@ class XYGraphWidget;
 
 namespace console {
 
-/// Leaves an editor inside the plot, else the tool in use: zoom, move, rectangle, range, cut, regions. What the tool
-/// has made stays. False if there was nothing to leave.
+/// Closes an editor inside the plot, else ends the active tool: zoom, move, rectangle, range, cut, regions. Results of
+/// the tool are kept. False if there was nothing to end.
 bool leaveTool(XYGraphWidget& plot);
 
-/// Escape in a window: true if the window must not see it. That is so for every window with a plot, and for the boxes
-/// beside it that belong to a tool.
+/// Handles Escape in a window. True if the window must not receive it, which holds for windows with a plot and for tool
+/// boxes beside it.
 bool takesEscape(QWidget& window);
 
 } // namespace console

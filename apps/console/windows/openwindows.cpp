@@ -24,12 +24,12 @@ namespace console {
 
 namespace {
 
-constexpr double likedRatio = 1.4; // of a plot's width to its height
+constexpr double likedRatio = 1.4; // preferred ratio of a plot's width to its height
 constexpr int cascadeStep = 32;
 constexpr char orderProperty[] = "openedAs";
 constexpr char idProperty[] = "windowId";
 
-/// The same place on the screen, maximized or minimized as the other was. Takes the keyboard only on request.
+/// Shows the window at the same position, maximized or minimized like the other one. Takes the focus only on request.
 void showInPlace(QWidget& window, const QRect& place, Qt::WindowStates states, bool isActive)
 {
     window.setGeometry(place);
@@ -40,7 +40,7 @@ void showInPlace(QWidget& window, const QRect& place, Qt::WindowStates states, b
         window.activateWindow();
 }
 
-/// The main window stays its owner. Without this the desktop keeps it above the main window and out of the task bar.
+/// The main window remains its parent. Without this the desktop keeps it above the main window and out of the task bar.
 void makeIndependent(QWidget& window)
 {
     window.setWindowFlags(Qt::Window);
@@ -54,7 +54,7 @@ QString settingsKey(const QString& id)
     return QStringLiteral("windows/") + name.replace(u'/', u'_').replace(u'\\', u'_');
 }
 
-/// Out of a map of this main window. Its histogram may have become one of curves since.
+/// Whether it was filtered from a map of this main window. The histogram may have changed to curves since.
 bool isFilteredMap(const QWidget& window, const QWidget& mainWindow)
 {
     const QWidget* const parent = window.parentWidget();
@@ -62,7 +62,7 @@ bool isFilteredMap(const QWidget& window, const QWidget& mainWindow)
     return qobject_cast<const Graph2DDialog*>(&window) && isOfHistogram && isWithin(window, mainWindow);
 }
 
-/// The maps that were filtered out of the old window are results of their own: they stay on the screen.
+/// Moves the filtered maps of the old window to the new one, because they are independent results.
 void handOverMaps(const QWidget& old, QWidget& fresh)
 {
     const auto maps = old.findChildren<Graph2DDialog*>(QString(), Qt::FindDirectChildrenOnly);
@@ -183,9 +183,9 @@ QWidget* OpenWindows::show(
     const bool isNew = !window;
     if (isNew) {
         window = enter(id, make(), title);
-        applyLook(*window); // its style has a part in the view
+        applyLook(*window); // the style is part of the view
         restoreView(*window, id);
-        reapplyLook(*window); // the colours are those of today
+        reapplyLook(*window); // applies the current colours
         place(*window, id);
     }
     bringForward(*window);
@@ -253,7 +253,7 @@ void OpenWindows::storeView(const QWidget& window)
         Q_EMIT viewFailed(error);
 }
 
-/// A range that the axis of today does not reach is not restored: the plot would be empty.
+/// A range outside of the current axis is not restored, because the plot would be empty.
 void OpenWindows::restoreView(const QWidget& window, const QString& id)
 {
     XYGraphWidget* const plot = plotOf(window);
@@ -299,7 +299,7 @@ QStringList OpenWindows::ids() const
 
 void* OpenWindows::keyOf(const QString& id)
 {
-    return const_cast<QString*>(&*m_ids.insert(id).first); // a name only, nothing is written to it
+    return const_cast<QString*>(&*m_ids.insert(id).first); // used only as a key, never written
 }
 
 QWidget* OpenWindows::enter(const QString& id, QWidget* window, const std::function<QString()>& title)
@@ -319,7 +319,7 @@ QWidget* OpenWindows::enter(const QString& id, QWidget* window, const std::funct
 QWidget* OpenWindows::find(const QString& id)
 {
     QWidget* const window = m_windows.map.value(keyOf(id));
-    return window && window->isVisible() ? window : nullptr; // closed, and not yet gone
+    return window && window->isVisible() ? window : nullptr; // null if closed but not yet destroyed
 }
 
 void OpenWindows::replace(
@@ -330,16 +330,16 @@ void OpenWindows::replace(
         return;
     const QPointer<QWidget> active = QApplication::activeWindow();
     QWidget* const fresh = enter(id, make(), title);
-    disconnect(old, nullptr, &m_windows, nullptr); // its key is the new one's
+    disconnect(old, nullptr, &m_windows, nullptr); // the new window uses its key
     fresh->setProperty(orderProperty, old->property(orderProperty));
     showInPlace(*fresh, old->normalGeometry(), old->windowState(), active == old);
     handOverMaps(*old, *fresh);
     const auto replacement = [&](QWidget* window) { return window && isWithin(*window, *old) ? fresh : window; };
     m_front = replacement(m_front);
-    QWidget* const next = replacement(active); // the boxes of the old one go with it
+    QWidget* const next = replacement(active); // the boxes of the old window are closed with it
     old->close();
     if (next && active != old)
-        next->activateWindow(); // where the screen gives the keyboard to whatever comes new
+        next->activateWindow(); // if the window manager gives the focus to new windows
 }
 
 void OpenWindows::bringForward(QWidget& window)
@@ -367,7 +367,7 @@ QList<QWidget*> OpenWindows::all() const
         if ((isOurs || isFiltered) && window->isVisible() && !window->isModal())
             found.append(window);
     }
-    // A map that was filtered out of another one has no number: behind all others.
+    // A filtered map has no number and comes last.
     const auto order = [](const QWidget* window) {
         const QVariant number = window->property(orderProperty);
         return number.isValid() ? number.toULongLong() : ~0ULL;
@@ -392,7 +392,7 @@ void OpenWindows::arrange(const std::function<QList<QRect>(int count, const QRec
         return std::all_of(
             places.begin(), places.end(), [&](const QRect& place) { return place.size().boundedTo(least) == least; });
     };
-    // On a small screen the windows cover the console, and each other, before they become too small to read.
+    // On a small screen windows may cover the console and each other rather than become too small to read.
     const QRect area = fit(consoleShares(whole).windows) ? placeConsole(whole) : whole;
     const QList<QRect> places =
         area == whole && !fit(whole) ? cascadeCells(int(windows.size()), whole) : cells(int(windows.size()), area);
@@ -401,7 +401,7 @@ void OpenWindows::arrange(const std::function<QList<QRect>(int count, const QRec
         window->showNormal();
         const QMargins frame = frameOf(*window);
         const QRect inside = places.at(i).marginsRemoved(frame);
-        // A window that needs more room than its cell stays on the screen all the same.
+        // A window that is larger than its cell must still be on the screen.
         const QSize size = inside.size().expandedTo(window->minimumSizeHint()).expandedTo(window->minimumSize());
         QRect place(inside.topLeft(), size);
         place = moveIn(place, area.marginsRemoved(frame));
@@ -418,7 +418,7 @@ Shares OpenWindows::consoleShares(const QRect& area) const
     return sharesOf(area, m_mainWindow.frameGeometry(), least.grownBy(frameOf(m_mainWindow)));
 }
 
-/// Returns what is left for the windows.
+/// Places the console. Returns the remaining area for the windows.
 QRect OpenWindows::placeConsole(const QRect& area)
 {
     const QMargins frame = frameOf(m_mainWindow);

@@ -1,4 +1,4 @@
-// The console's open windows: one for each purpose, brought forward, laid out on the screen and closed together.
+// The console's open windows: one for each purpose; raises, arranges and closes them.
 #pragma once
 
 #include <tarnis/foundation/modelesswidgetmanager.h>
@@ -19,80 +19,79 @@ class QSettings;
 
 namespace console {
 
-/// `count` cells that fill the area, row by row, the last row stretched to it. Cells of a few windows are about as wide
-/// as a plot likes to be.
+/// `count` cells that fill the area, row by row, the last row stretched to it. For few windows, the cells have about
+/// the preferred shape of a plot.
 QList<QRect> tileCells(int count, const QRect& area);
 
-/// `count` cells of one size, each further right and down, beginning again at the corner when the area ends.
+/// `count` cells of one size, each further right and down, restarting at the corner at the end of the area.
 QList<QRect> cascadeCells(int count, const QRect& area);
 
-/// How the screen is shared between the console and its windows, so that none covers another.
+/// Divides the screen between the console and its windows without overlap.
 struct Shares {
     QRect console;
     QRect windows;
 };
 
-/// The console stays where it is if half of the area is free beside, above or below it. Otherwise it gets a strip at
-/// the left or, where it is too wide for that, at the top, of at least its least size but not more than three fifths.
+/// The console is not moved if half of the area is free beside, above or below it. Otherwise it gets a strip at the
+/// left, or at the top if it is too wide, of at least its minimum size but at most three fifths.
 Shares sharesOf(const QRect& area, const QRect& console, const QSize& least);
 
-/// True if it is the window, or a part or box of it, at any depth. QWidget::isAncestorOf() ends at a window's border.
+/// True if it is the window, or a part or box of it, at any depth. QWidget::isAncestorOf() stops at window boundaries.
 bool isWithin(const QWidget& widget, const QWidget& window);
 
-/// False where a window cannot place itself, as on Wayland. `platform` as QGuiApplication::platformName() gives it.
+/// False if windows cannot position themselves, as on Wayland. `platform` is QGuiApplication::platformName().
 bool canPlaceWindows(const QString& platform);
 
-/// The frame that the window manager has given to the window; none before it is on the screen.
+/// The frame margins that the window manager has added; empty before the window is on the screen.
 QMargins frameOf(const QWidget& window);
 
-/// GUI thread. Windows belong to the main window, but not on the screen: they have an entry of their own in the task
-/// bar, may be behind it, and stay when it is minimized. They delete themselves when they close, and are closed with
-/// it.
+/// GUI thread. Windows are children of the main window, but independent on the screen: they have their own entry in the
+/// task bar, may be behind it, and stay visible when it is minimized. They delete themselves when they close, and are
+/// closed with it.
 class OpenWindows : public QObject {
     Q_OBJECT
 public:
-    /// `settings` keeps the places of the windows from one run to the next; it must outlive this.
+    /// `settings` stores the positions of the windows; it must outlive this object.
     OpenWindows(QWidget& mainWindow, QSettings& settings);
     ~OpenWindows() override;
 
-    /// Shows the window of this id and brings it forward; `make` makes it if there is none. `title` is asked now and
-    /// with each change of the language.
+    /// Shows and raises the window of this id; `make` creates it if there is none. `title` is called now and on each
+    /// language change.
     QWidget* show(const QString& id, const std::function<QWidget*()>& make, const std::function<QString()>& title);
     /// The ids of the open windows, in the order in which they were opened.
     QStringList ids() const;
-    /// Writes the place of every open window to the settings, and the views of their plots to files beside them.
+    /// Writes the geometry of every open window to the settings, and the views of their plots to files beside them.
     void storePlaces();
-    /// The open window of this id, a minimized one too; null if there is none.
+    /// The open window of this id, possibly minimized; null if there is none.
     QWidget* find(const QString& id);
-    /// Puts the window that `make` makes in the place of the open one, which closes: its geometry, its place among the
-    /// others, the keyboard if it had it, and the maps that were filtered out of it.
+    /// Replaces the open window by one that `make` creates. The new one adopts its geometry, its order, the focus if it
+    /// had it, and its filtered maps. The old one is closed.
     void replace(const QString& id, const std::function<QWidget*()>& make, const std::function<QString()>& title);
-    /// The windows on the screen that can be laid out, in the order in which they were opened. Boxes and
-    /// the windows that belong to a plot are not among them.
+    /// The visible windows that can be arranged, in the order of opening. Excludes boxes and the windows of a plot.
     QList<QWidget*> onScreen() const;
-    /// All of them, minimized ones too.
+    /// All windows, including minimized ones.
     QList<QWidget*> all() const;
-    /// The one that had the keyboard last; null if it is closed, or none had.
+    /// The last active window; null if it is closed, or none was active.
     QWidget* front() const { return m_front; }
-    /// Brings the console's window or one of the others forward.
+    /// Raises the console's window or one of the others.
     static void bringForward(QWidget& window);
 
-    /// Both leave a part of the screen to the console.
+    /// Both reserve a part of the screen for the console.
     void tile();
     void cascade();
-    /// False if one stays, as for a question about changes.
+    /// False if one stays open, for example because of unsaved changes.
     bool closeAll();
-    /// Asks the first window with work that is not saved (QWidget::isWindowModified()) to close. False if there is
-    /// none. It closes, which changed() tells, or stays, which kept() tells.
+    /// Requests the first window with unsaved work (QWidget::isWindowModified()) to close. False if there is none. Then
+    /// changed() is emitted if it closes, or kept() if it stays open.
     bool closeUnsaved();
-    /// To be called by a window that was asked to close and stays.
+    /// Call it when a window stays open after a request to close.
     void keep() { Q_EMIT kept(); }
 
 Q_SIGNALS:
-    /// One has opened or closed.
+    /// A window was opened or closed.
     void changed();
     void kept();
-    /// The view of a plot was not stored or not restored.
+    /// The view of a plot could not be stored or restored.
     void viewFailed(const QString& text);
 
 protected:
@@ -113,7 +112,7 @@ protected:
     ModelessWidgetManager m_windows; ///< by address of the id in m_ids
     std::set<QString> m_ids;
     QPointer<QWidget> m_front;
-    unsigned long long m_opened = 0; ///< counts the windows ever opened
+    unsigned long long m_opened = 0; ///< number of windows ever opened
 };
 
 } // namespace console

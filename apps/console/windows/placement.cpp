@@ -8,7 +8,7 @@ namespace console {
 namespace {
 
 constexpr int cascadeStep = 32;
-constexpr qint64 tolerableShare = 4; // a window may cover a quarter of itself with others
+constexpr qint64 tolerableShare = 4; // at most a quarter of a window may overlap others
 
 qint64 areaOf(const QRect& rect)
 {
@@ -21,7 +21,7 @@ qint64 overlap(const QRect& place, const QList<QRect>& occupied)
         [&](qint64 sum, const QRect& other) { return sum + areaOf(place.intersected(other)); });
 }
 
-/// Positions at which the place touches an edge of the area or of another window.
+/// Positions at which the window touches an edge of the area or of another window.
 QList<int> candidates(int first, int last, int length, const QList<std::pair<int, int>>& edges)
 {
     QList<int> found { first, last - length + 1 };

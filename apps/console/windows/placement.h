@@ -1,4 +1,4 @@
-// Where windows go on the screen: plain arithmetic on rectangles.
+// Computes window positions on the screen: pure functions on rectangles.
 #pragma once
 
 #include <QList>
@@ -7,19 +7,19 @@
 
 namespace console {
 
-/// A place of this size inside `area` that covers as little as possible of `occupied`; among equal ones the highest,
-/// then the leftmost. A size larger than the area is reduced to it.
+/// The rectangle of this size inside `area` with the least overlap with `occupied`; among equal ones the topmost, then
+/// the leftmost. A size larger than the area is reduced to it.
 QRect leastOverlap(const QSize& size, const QRect& area, const QList<QRect>& occupied);
 
-/// Where a new window goes: a free place, or else one of a cascade, so that no title bar of another window is covered
-/// completely.
+/// The position of a new window: a free area, or else the next of a cascade, so that no title bar of another window is
+/// completely covered.
 QRect placeOfNewWindow(const QSize& size, const QRect& area, const QList<QRect>& occupied);
 
-/// `rect` moved, and reduced if need be, so that it is inside of `area`.
+/// `rect` moved, and reduced if needed, so that it is inside of `area`.
 QRect inside(const QRect& rect, const QRect& area);
 
-/// Boxes one below the other in a pane: each has its minimum height, and what is left goes to those that grow, in equal
-/// parts. Boxes that need more than the pane has are reduced in proportion.
+/// Stacks boxes in a pane: each gets its minimum height, and the rest is divided equally among growing boxes. Boxes
+/// that need more than the pane are reduced proportionally.
 QList<QRect> stackInPane(const QRect& pane, const QList<int>& minHeights, const QList<bool>& grows);
 
 } // namespace console

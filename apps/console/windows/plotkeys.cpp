@@ -27,7 +27,7 @@ namespace console {
 
 namespace {
 
-constexpr double maxEdge = 1e9; // of a region: leaves room to reckon with widths
+constexpr double maxEdge = 1e9; // limit of a region's edge, prevents overflow of widths
 constexpr int boxKey = Qt::Key_F6;
 
 struct Range {
@@ -51,7 +51,7 @@ Range rangeY(XYGraphWidget& plot)
     return range;
 }
 
-/// Where the labels stand that open an editor: what a host that subclasses the plot sees of it.
+/// Access to the protected positions of the labels that open an editor.
 class PlotLabels : public XYGraphWidget {
 public:
     struct Label {
@@ -69,7 +69,7 @@ public:
             { QT_TRANSLATE_NOOP("console::PlotKeys", "&Top End of the Axis..."),
                 plot.*(&PlotLabels::m_labelRectMaxY) } };
     }
-    /// A label opens its editor with no tool, and with the two that take single clicks.
+    /// A label opens its editor without a tool, and with the two tools for single clicks.
     static bool isEditable(XYGraphWidget& plot)
     {
         const int mode = plot.*(&PlotLabels::m_mode);
@@ -95,7 +95,7 @@ void click(QWidget& widget, QPoint position)
     sendMouse(widget, QEvent::MouseButtonRelease, position, Qt::LeftButton);
 }
 
-/// The middle half of what is on show, as a new region.
+/// Adds the middle half of the visible range as a new region.
 void addMiddle(XY2DGraphWidget& map)
 {
     map.SetRoiEnabled(true);
@@ -120,7 +120,7 @@ QPushButton* autoButtonOf(const XY2DGraphWidget& map)
     return nullptr;
 }
 
-/// Opens the editor of a limit of the colours, which are no longer automatic then.
+/// Opens the editor of a colour limit, which ends automatic limits.
 void editLimit(XY2DGraphWidget& map, bool isUpper)
 {
     auto* const bar = map.findChild<ColorBarWidget*>();
@@ -129,7 +129,7 @@ void editLimit(XY2DGraphWidget& map, bool isUpper)
         return;
     if (bar->isAutoScale())
         button->click();
-    const int lineHeight = bar->fontMetrics().height(); // the two labels stand that far from the ends of the bar
+    const int lineHeight = bar->fontMetrics().height(); // distance of the two labels from the ends of the bar
     click(*bar, { bar->width() * 7 / 10, isUpper ? lineHeight : bar->height() - 1 - lineHeight });
 }
 
@@ -144,7 +144,7 @@ void goToBox(XYGraphWidget& plot, qsizetype number)
     QDialog* const box = boxes.at(number);
     box->activateWindow();
     if (QWidget* const last = box->isWindow() ? nullptr : box->focusWidget()) {
-        last->setFocus(Qt::TabFocusReason); // in the pane of the window, which is active already
+        last->setFocus(Qt::TabFocusReason); // in the pane of the window, which is already active
     } else if (!box->focusWidget()) {
         for (QWidget* widget = box->nextInFocusChain(); widget != box; widget = widget->nextInFocusChain()) {
             if ((widget->focusPolicy() & Qt::TabFocus) && widget->isEnabled()) {
@@ -174,11 +174,11 @@ void PlotKeys::serve(XYGraphWidget& plot)
     plot.installEventFilter(this);
 }
 
-/// Return takes the keyboard back to the plot, and so does Escape, which would close the window otherwise.
+/// Return and Escape give the focus back to the plot. Otherwise Escape would close the window.
 void PlotKeys::watchEditor(XYGraphWidget& plot)
 {
-    auto* edit =
-        plot.findChild<QLineEdit*>(QString(), Qt::FindDirectChildrenOnly); // boxes beside the plot have their own
+    auto* edit = plot.findChild<QLineEdit*>(QString(), Qt::FindDirectChildrenOnly); // boxes beside the plot have their
+                                                                                    // own handling
     if (auto* const bar = plot.findChild<ColorBarWidget*>(); bar && !edit)
         edit = bar->findChild<QLineEdit*>(QString(), Qt::FindDirectChildrenOnly);
     if (!edit)
@@ -191,7 +191,7 @@ void PlotKeys::watchEditor(XYGraphWidget& plot)
             if (guard && guard->isVisible())
                 guard->setFocus(Qt::OtherFocusReason);
         },
-        Qt::QueuedConnection); // a plot that takes its editor along is gone by then
+        Qt::QueuedConnection); // queued, because the editor may be destroyed together with the plot
 }
 
 void PlotKeys::addEditors(QMenu& menu, XYGraphWidget& plot)
@@ -201,7 +201,7 @@ void PlotKeys::addEditors(QMenu& menu, XYGraphWidget& plot)
         QAction* const action = menu.addAction(tr(label.name));
         setAvailable(
             action, isEditable && label.rect.isValid(), QString(), tr("Switch the tool of the mouse off first"));
-        // Behind the menu, which would take the keyboard away again.
+        // Queued until after the menu, which would take the focus away again.
         connect(
             action, &QAction::triggered, &plot,
             [this, &plot, middle = center(label.rect)] {
@@ -246,7 +246,7 @@ void PlotKeys::openTools(XYGraphWidget& plot)
     addMapTools(*menu, plot);
     if (!BoxPlacer::boxesOf(plot).isEmpty()) {
         QAction* const action = menu->addAction(tr("To the Bo&x Beside"));
-        action->setShortcut(QKeySequence(boxKey)); // shown only: the plot takes the key itself
+        action->setShortcut(QKeySequence(boxKey)); // only displayed: the plot handles the key itself
         connect(
             action, &QAction::triggered, &plot, [&plot] { goToBox(plot, 0); }, Qt::QueuedConnection);
     }
@@ -271,7 +271,7 @@ bool PlotKeys::eventFilter(QObject* object, QEvent* event)
     if (!plot)
         return isKeyOfEditor(object, event);
     switch (event->type()) {
-    case QEvent::KeyPress: { // an editor inside the plot hands on what it does not take
+    case QEvent::KeyPress: { // an editor inside the plot propagates unhandled keys
         const auto& key = static_cast<const QKeyEvent&>(*event);
         if (!plot->hasFocus() || key.key() != boxKey || key.modifiers() != Qt::NoModifier)
             return false;
@@ -280,12 +280,12 @@ bool PlotKeys::eventFilter(QObject* object, QEvent* event)
     }
     case QEvent::ContextMenu:
         if (static_cast<QContextMenuEvent*>(event)->reason() != QContextMenuEvent::Keyboard)
-            return false; // the plot opens its menu by the mouse itself
+            return false; // the plot itself opens its menu for the mouse
         openTools(*plot);
         return true;
     case QEvent::FocusIn:
         delete m_frame;
-        m_frame = new QFocusFrame(plot->window()); // goes with the window
+        m_frame = new QFocusFrame(plot->window()); // deleted with the window
         m_frame->setWidget(plot);
         return false;
     case QEvent::FocusOut:

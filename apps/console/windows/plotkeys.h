@@ -1,4 +1,4 @@
-// What a plot does for the keyboard: a menu with all that the mouse can do on it, and the way to its boxes.
+// Keyboard support for plots: a menu with all mouse operations, and access to the boxes.
 #pragma once
 
 #include <QObject>
@@ -10,15 +10,15 @@ class XYGraphWidget;
 
 namespace console {
 
-/// An event filter for any number of plots. The menu key opens a plot's tools, and F6 goes to the boxes beside the
-/// window and back. The keys that move and zoom are those of the library's navigator. GUI thread.
+/// An event filter for any number of plots. The menu key opens a plot's tools, and F6 moves the focus to the boxes
+/// beside the window and back. The keys that move and zoom are those of the library's navigator. GUI thread.
 class PlotKeys : public QObject {
     Q_OBJECT
 public:
     using QObject::QObject;
     ~PlotKeys() override;
 
-    /// Lets the plot take the keyboard; once for each plot is enough.
+    /// Enables keyboard focus for the plot; call it once for each plot.
     void serve(XYGraphWidget& plot);
 
 protected:
@@ -29,7 +29,7 @@ protected:
     void addMapTools(QMenu& menu, XYGraphWidget& plot);
     void watchEditor(XYGraphWidget& plot);
 
-    QPointer<QFocusFrame> m_frame; ///< around the plot that has the keyboard
+    QPointer<QFocusFrame> m_frame; ///< frame around the plot with the focus
 };
 
 } // namespace console

@@ -21,7 +21,7 @@ namespace {
 
 constexpr QLatin1String storeKey("window/plotLook");
 
-/// A look as it is stored.
+/// The stored name of a look.
 struct StoredLook {
     PlotLook look;
     QLatin1String name;
@@ -56,7 +56,7 @@ tarnis::PlotStyle* styleOf(const XYGraphWidget& plot)
     return plot.findChild<tarnis::PlotStyle*>(QString(), Qt::FindDirectChildrenOnly);
 }
 
-constexpr const char* servedProperty = "hasPlotLook"; // the plot follows the menu
+constexpr const char* servedProperty = "hasPlotLook"; // marks plots that follow the menu
 
 void apply(XYGraphWidget& plot)
 {
@@ -64,14 +64,14 @@ void apply(XYGraphWidget& plot)
     if (s_look == PlotLook::Classic)
         delete style;
     else if (style == nullptr)
-        new tarnis::PlotStyle(&plot, themeOf(s_look)); // the plot owns it
+        new tarnis::PlotStyle(&plot, themeOf(s_look)); // owned by the plot
     else
         style->setTheme(themeOf(s_look));
 }
 
 void applyToOpenPlots()
 {
-    // First found, then changed: a style that comes or goes may take other widgets of the list with it.
+    // Collected first, because adding or removing a style may delete other widgets of the list.
     QList<QPointer<XYGraphWidget>> plots;
     const QWidgetList all = QApplication::allWidgets();
     for (QWidget* const widget : all) {
@@ -97,7 +97,7 @@ void applyLook(QWidget& window)
     const auto plots = window.findChildren<XYGraphWidget*>();
     for (XYGraphWidget* const plot : plots) {
         if (plot->property(servedProperty).toBool())
-            continue; // what the user chose for one plot stays while it is hidden
+            continue; // keeps the user's choice for a plot while it is hidden
         plot->setProperty(servedProperty, true);
         apply(*plot);
     }

@@ -1,4 +1,4 @@
-// How the plots of the console look: the choice in the menu View, and the style on each plot.
+// The look of the console's plots: the submenu in the menu View, and the style of each plot.
 #pragma once
 
 #include <QMenu>
@@ -10,24 +10,24 @@ namespace console {
 
 /// The looks, in the order of the menu.
 enum class PlotLook {
-    Window, ///< light or dark, as the console's windows
+    Window, ///< light or dark, like the console's windows
     Light,
     Dark,
     Print,
     HighContrast,
-    Classic ///< as the library's plots are without a style
+    Classic ///< the library's plots without a style
 };
 
-/// The look in force; that of the windows until a menu exists.
+/// The current look; that of the windows until a menu exists.
 PlotLook plotLook();
-/// Gives the plots of a window the look in force. Called when it opens; the menu sees to those that are open. A plot
-/// that has had it keeps what the user has chosen for it since.
+/// Applies the current look to the plots of a window. Called when it opens; the menu updates open windows. If it was
+/// applied before, the user's later choices for the plot are kept.
 void applyLook(QWidget& window);
-/// The same for all plots of the window.
+/// As above for all plots of the window, overriding the user's choices.
 void reapplyLook(QWidget& window);
 
-/// One entry for each look. The choice is kept under "window/plotLook" of `store`, which must outlive the menu, and is
-/// in force for all plots as soon as the menu exists.
+/// One entry for each look. The choice is stored under "window/plotLook" in `store`, which must outlive the menu, and
+/// is applied to all plots when the menu is created.
 class PlotLookMenu : public QMenu {
     Q_OBJECT
 public:

@@ -23,7 +23,7 @@ struct PlotPanels {
     Q_DECLARE_TR_FUNCTIONS(PlotPanels)
 };
 
-/// Shows a panel as a window beside that of the plot, or in it.
+/// Shows a panel as a window beside the plot's window, or inside it.
 void place(QWidget& panel, QWidget& window)
 {
     panel.setAttribute(Qt::WA_DeleteOnClose);
@@ -41,7 +41,7 @@ void place(QWidget& panel, QWidget& window)
     panel.show();
 }
 
-/// Opens a panel of this kind, or brings the open one to the front; one inside the window closes.
+/// Opens a panel of this type, or raises the open one; one inside the window is closed.
 template <typename Panel> void open(tarnis::PlotToolBar& bar)
 {
     QWidget& window = *bar.window();
@@ -55,14 +55,14 @@ template <typename Panel> void open(tarnis::PlotToolBar& bar)
             panel->setWindowTitle(QStringLiteral("%1 – %2").arg(panel->windowTitle(), subject));
         place(*panel, window);
     } else if (!panel->isWindow()) {
-        panel->close(); // inside the window there is no frame with a button for it
+        panel->close(); // inside the window it has no close button
         return;
     }
     panel->raise();
     panel->activateWindow();
 }
 
-/// The button, whose texts follow the language.
+/// The button, with translated texts.
 class PanelsButton : public QToolButton {
 public:
     explicit PanelsButton(tarnis::PlotToolBar& bar)
@@ -121,7 +121,7 @@ std::optional<QRect> placeBeside(const QSize& size, const QRect& frame, const QR
     QRect place(frame.topLeft(), size);
     const auto moved = [&](int left, int top) {
         place.moveTo(left, top);
-        // Along the edge it may slide to stay on the screen.
+        // It may be shifted along the edge to stay on the screen.
         if (left > frame.right() || place.right() < frame.left())
             place.moveTop(qMax(area.top(), qMin(place.top(), area.bottom() - place.height() + 1)));
         else

@@ -26,7 +26,7 @@ void attachTools(XYGraphWidget& plot)
 {
     if (plot.findChild<tarnis::PlotNavigator*>(QString(), Qt::FindDirectChildrenOnly))
         return;
-    new tarnis::PlotNavigator(&plot); // the plot owns its tools
+    new tarnis::PlotNavigator(&plot); // owned by the plot
     auto* const crosshair = new tarnis::PlotCrosshair(&plot);
     crosshair->setOn(false);
     new tarnis::PlotMarkers(&plot);

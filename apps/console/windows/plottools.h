@@ -6,15 +6,15 @@ class XYGraphWidget;
 
 namespace console {
 
-/// Attaches navigator, cross, ruler and markers, and a legend to curves. The cross waits for its key. A plot that has
-/// tools keeps those.
+/// Attaches navigator, crosshair, ruler and markers, and for curves a legend. The crosshair is initially off. A plot
+/// that already has tools is not changed.
 void attachTools(XYGraphWidget& plot);
 
-/// Attaches the tools to the plot of a window with a histogram and puts their bar above it. Nothing happens in other
-/// windows, and in one that has a bar.
+/// Attaches the tools to the plot of a histogram window and adds their bar above it. Ignores other windows, and windows
+/// that already have a bar.
 void addToolBar(QWidget& window);
 
-/// The plot that belongs to the window itself, not to a box beside it; null without one.
+/// The plot of the window itself, not of a box beside it; null without one.
 XYGraphWidget* plotOf(const QWidget& window);
 
 } // namespace console

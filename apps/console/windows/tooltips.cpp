@@ -133,7 +133,7 @@ QString tipFor(const QWidget& control, const QHash<QString, QString>& tips)
     return isInput(control) ? control.accessibleName() : QString();
 }
 
-/// "*" is the library's word there.
+/// "*" is the library's label for all.
 void explainStar(QWidget& window)
 {
     auto* const table = window.findChild<QTableWidget*>(QStringLiteral("tableWidget"));
@@ -160,7 +160,7 @@ void addToolTips(QWidget& window)
         const bool isPrevious = control->toolTip() == control->property(helpProperty).toString();
         control->setProperty(helpProperty, tip);
         if (!isOwn || (!control->isEnabled() && !control->toolTip().isEmpty() && !isPrevious))
-            continue; // it says why it is disabled
+            continue; // shows why it is disabled
         control->setProperty(ownProperty, true);
         control->setToolTip(tip);
     }

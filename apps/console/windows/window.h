@@ -1,4 +1,4 @@
-// Every window that the console can open, as a list of entries. A new window is one more file with one more entry.
+// The registry of windows that the console can open. A new window needs one more file with one more entry.
 #pragma once
 
 #include <QCoreApplication>
@@ -20,36 +20,36 @@ class ServerHistograms;
 class CommandChannel;
 class StatusPoller;
 
-/// The texts of the menu Windows and of what it opens.
+/// Translation context of the menu Windows and its windows.
 struct Windows {
     Q_DECLARE_TR_FUNCTIONS(Windows)
 };
 
-/// What a window gets from the console.
+/// The console's objects for a window.
 struct WindowContext {
     ServerController& controller; ///< the manager and the state of the server
-    CommandChannel& link; ///< the command line's session, for dialogs that clone one
+    CommandChannel& link; ///< the command line's connection, for dialogs that copy its address
     QWidget* parent;
-    CommandPanel& commandPanel; ///< takes what a window offers for the command line
+    CommandPanel& commandPanel; ///< receives texts for the command line
     OpenWindows& windows; ///< for windows that open others
-    QSettings& store; ///< what is kept from one run to the next
-    ServerHistograms& histograms; ///< what the server has listed
+    QSettings& store; ///< the settings
+    ServerHistograms& histograms; ///< the server's list of histograms
     HistogramWindowUpdater& follower; ///< for windows that open those of histograms
-    StatusPoller& poller; ///< asks "stat" for all windows
+    StatusPoller& poller; ///< polls "stat" for all windows
 };
 
 struct WindowEntry {
-    QString id; ///< of the tour's pictures: letters and hyphens
+    QString id; ///< also the name of the tour's screenshots: letters and hyphens
     QString menuText; ///< with its mnemonic
     QString title;
     QString help;
-    /// Makes the window; it deletes itself when it is closed. The server is connected if the window needs one.
+    /// Creates the window, which deletes itself when it is closed. The server is connected if the window needs one.
     std::function<QWidget*(const WindowContext&)> open = {};
-    /// Why the window cannot be opened now although the server is connected, in words; empty if it can.
+    /// Why the window cannot be opened although the server is connected, as a text for users; empty if it can.
     std::function<QString(const ServerController&)> refusal = {};
     bool needsServer = true;
-    QString shortcut = {}; ///< the first nine have Ctrl and their number
-    QString histogram = {}; ///< of the server, that the window shows: it needs one of this name
+    QString shortcut = {}; ///< the first nine have Ctrl and their number by default
+    QString histogram = {}; ///< the server's histogram that the window needs
 };
 
 /// In the order of the menu.

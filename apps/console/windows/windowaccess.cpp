@@ -41,11 +41,11 @@ void nameIfNameless(QWidget* control, const QString& name)
 {
     if (control && (control->accessibleName().isEmpty() || control->property("isNamedHere").toBool())) {
         control->setAccessibleName(name);
-        control->setProperty("isNamedHere", true); // a later language changes it
+        control->setProperty("isNamedHere", true); // updated when the language changes
     }
 }
 
-/// The library's controls that carry neither a text nor a label.
+/// Names the library's controls that have neither a text nor a label.
 void nameControls(QWidget& window)
 {
     const auto name = [&](const char* object, const QString& text) {
@@ -62,13 +62,13 @@ void nameControls(QWidget& window)
         nameIfNameless(plot, WindowAccess::tr("Plot: %1").arg(plot->window()->windowTitle()));
 }
 
-/// The box of the regions enables both buttons while its list is still empty.
+/// The region box enables both buttons even if its list is empty.
 void updateRegionButtons(QWidget& window, const QListWidget& list)
 {
     auto* const deleteButton = window.findChild<QPushButton*>(QStringLiteral("deleteButton"));
     auto* const clearButton = window.findChild<QPushButton*>(QStringLiteral("clearButton"));
     if (!deleteButton || !clearButton || !list.isEnabled())
-        return; // not to be edited now
+        return; // currently not editable
     const QString none = WindowAccess::tr("There is no region yet: drag one over the map");
     const bool isAny = list.count() > 0;
     setAvailable(deleteButton, isAny && list.currentRow() >= 0, QString(),
@@ -76,8 +76,7 @@ void updateRegionButtons(QWidget& window, const QListWidget& list)
     setAvailable(clearButton, isAny, QString(), none);
 }
 
-/// Peak search, filter, choice of curves and export open beside the plot that they are about, where the screen has
-/// room.
+/// Opens peak search, filter, selection of curves and export beside their plot, if the screen has space.
 void placeBesideData(QDialog& dialog)
 {
     QWidget* const owner = dialog.parentWidget();
@@ -94,7 +93,7 @@ void placeBesideData(QDialog& dialog)
     dialog.move(place.topLeft());
 }
 
-/// The library's columns are wider than their table.
+/// The library's columns are wider than the table.
 void showEveryColumn(QWidget& window)
 {
     if (auto* const peaks = qobject_cast<PeakSearchDialog*>(&window) ? window.findChild<QTableWidget*>() : nullptr)
@@ -111,7 +110,7 @@ void watchRegions(QWidget& window)
     if (list->property("isWatched").toBool())
         return;
     list->setProperty("isWatched", true);
-    // Queued: the library sets the buttons behind its changes of the list.
+    // Queued, because the library sets the buttons after it has changed the list.
     QObject::connect(list->model(), &QAbstractItemModel::rowsInserted, list, update, Qt::QueuedConnection);
     QObject::connect(list->model(), &QAbstractItemModel::rowsRemoved, list, update, Qt::QueuedConnection);
     QObject::connect(list->model(), &QAbstractItemModel::modelReset, list, update, Qt::QueuedConnection);
@@ -129,7 +128,7 @@ WindowAccess::WindowAccess(QObject* parent)
 
 bool WindowAccess::eventFilter(QObject* object, QEvent* event)
 {
-    // Before the menu takes the size of its entries.
+    // Before the menu computes the size of its entries.
     if (event->type() == QEvent::Polish && qobject_cast<XY2DGraphWidget*>(object->parent())) {
         if (auto* const menu = qobject_cast<QMenu*>(object))
             translateColourBarMenu(*menu);
@@ -148,21 +147,21 @@ bool WindowAccess::eventFilter(QObject* object, QEvent* event)
     }
     if (event->type() == QEvent::LanguageChange && object->isWidgetType()) {
         auto* const widget = static_cast<QWidget*>(object);
-        if (widget->isWindow()) // once the window has its own texts in the new language
+        if (widget->isWindow()) // after the window has retranslated its own texts
             QMetaObject::invokeMethod(
                 widget, [widget] { addToolTips(*widget); }, Qt::QueuedConnection);
     }
     if (event->type() == QEvent::KeyPress && object->isWidgetType()) {
         const auto& key = static_cast<const QKeyEvent&>(*event);
         auto* const widget = static_cast<QWidget*>(object);
-        // What the control with the keyboard has not taken has come up to the window.
+        // Keys that the focused control has not handled reach the window.
         return key.key() == Qt::Key_Escape && key.modifiers() == Qt::NoModifier && widget->isWindow()
             && takesEscape(*widget);
     }
     return false;
 }
 
-/// Escape does not close windows with data: another key does.
+/// Adds another close key, because Escape does not close windows with data.
 void WindowAccess::addCloseKey(QWidget& window)
 {
     const bool isBox = window.isModal() || window.windowFlags().testFlag(Qt::FramelessWindowHint);
@@ -175,7 +174,7 @@ void WindowAccess::addCloseKey(QWidget& window)
 
 void WindowAccess::makeAccessible(QWidget& window)
 {
-    // The library's form takes its own title up again when the language changes.
+    // The library's form resets its title when the language changes.
     if (qobject_cast<SelectCheckedDialog*>(&window) && window.windowTitle() == u"Dialog")
         window.setWindowTitle(tr("Select Visible Items"));
     addToolBar(window);
@@ -193,7 +192,7 @@ void WindowAccess::makeAccessible(QWidget& window)
     auto* const update = window.findChild<QPushButton*>(QStringLiteral("updatePushButton"));
     if (!update)
         return;
-    update->setFocusPolicy(Qt::StrongFocus); // the library's form takes it out of the way of Tab
+    update->setFocusPolicy(Qt::StrongFocus); // the library's form removes it from the tab order
     if (window.findChild<QShortcut*>(QStringLiteral("updateShortcut")))
         return;
     auto* const shortcut = new QShortcut(QKeySequence(Qt::Key_F5), &window);

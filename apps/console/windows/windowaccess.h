@@ -1,5 +1,5 @@
-// What every window of the console has for people without a mouse or without sight: plots that take the keyboard, a key
-// to update, a name on each control.
+// Accessibility of all console windows: plots with keyboard focus, a key to update, and an accessible name on each
+// control.
 #pragma once
 
 #include <QObject>
@@ -10,8 +10,8 @@ namespace console {
 
 class PlotKeys;
 
-/// Watches all windows of the application, the library's among them: each that comes up gets names on its nameless
-/// controls, F5 and Tab on its Update button, Ctrl+W to close it, and keys in its plots. Escape leaves the tool of a
+/// An event filter for all windows of the application, including the library's: a new window gets names for its unnamed
+/// controls, F5 and Tab for its Update button, Ctrl+W to close it, and keys for its plots. Escape ends the tool of a
 /// plot and does not close a live window. GUI thread.
 class WindowAccess : public QObject {
     Q_OBJECT
