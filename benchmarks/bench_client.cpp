@@ -77,7 +77,7 @@ public:
     double receiveLarge(const std::string& request, std::size_t size)
     {
         sendAll(m_socket, request.data(), request.size());
-        // Pages that were not touched before, as those of a new reply are.
+        // Untouched pages, like those of a new reply.
         void* const pages = ::mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
         receive(static_cast<char*>(pages), size);
         const double seconds = std::chrono::duration<double>(Clock::now() - ReplyServer::firstByte()).count();
@@ -119,12 +119,12 @@ std::size_t residentBytes()
     return resident * std::size_t(::sysconf(_SC_PAGESIZE));
 }
 
-// A thousand clients of one process that wait. First of all: memory that other measurements have freed would be reused.
+// A thousand idle clients of one process. Runs first, because memory freed by other measurements would be reused.
 void idleClients(benchmark::State& state)
 {
     const auto server = std::make_unique<ReplyServer>();
     const int count = int(state.range(0));
-    // The server has a thread for each client: what these cost is measured first, with bare sockets.
+    // The server has a thread for each client: their cost is measured first, with bare sockets.
     std::vector<std::unique_ptr<RawClient>> bare;
     bare.push_back(std::make_unique<RawClient>(server->port()));
     bare.front()->exchange("text 16 16\n", 18); // the server's own buffer
@@ -142,7 +142,7 @@ void idleClients(benchmark::State& state)
         clients.back()->connectTo("127.0.0.1", server->port());
     }
     connected.wait();
-    // Each has exchanged something: what an idle client keeps of its last request counts, too.
+    // Each has exchanged something, to include what an idle client keeps of its last request.
     Countdown ends(count);
     for (const auto& client : clients)
         client->request("text 16 16").then([&](const tarnis::Reply&) { ends(); });
@@ -161,7 +161,7 @@ void idleClients(benchmark::State& state)
 }
 BENCHMARK(idleClients)->Arg(1000)->UseManualTime()->Iterations(1)->Unit(benchmark::kMillisecond);
 
-// A full queue: what one client gets through.
+// A full queue: the throughput of one client.
 void queuedRequests(benchmark::State& state)
 {
     const ReplyServer server;
@@ -255,7 +255,7 @@ BENCHMARK(largeReply)
 
 int main(int argc, char** argv)
 {
-    // A thousand clients and their server's ends are more files than a process has by default.
+    // A thousand clients and their server's ends exceed the default limit of open files.
     rlimit files {};
     ::getrlimit(RLIMIT_NOFILE, &files);
     files.rlim_cur = files.rlim_max;

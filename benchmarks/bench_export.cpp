@@ -65,7 +65,7 @@ void readTable(benchmark::State& state)
 }
 BENCHMARK(readTable);
 
-/// Poisson counts, as on a detector: every bin is filled, and neighbours differ.
+/// Poisson counts, as on a detector: every bin is filled, and adjacent bins differ.
 void fill(XY2DGraphWidget& plot)
 {
     constexpr int side = 1024;

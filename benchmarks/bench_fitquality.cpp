@@ -1,5 +1,5 @@
-// How far the results and verdicts of fits can be trusted: pulls of the area in pseudo-experiments against stored ones,
-// right and wrong verdicts on simulated windows, and random starts on random data.
+// Reliability of the results and verdicts of fits: pulls of the area in pseudo-experiments against stored ones, right
+// and wrong verdicts on simulated windows, and random starts on random data.
 //
 // usage: bench_fitquality [pulls FILE] [verdicts [N]] [starts [N]]
 #include <tarnis/analysis/spectrumfit.h>
@@ -114,7 +114,7 @@ void addExperiment(PullTable& table, const std::vector<double>& counts, const Fi
     table["unweighted sandwich"].add(area(unweighted).value, area(unweighted).sandwichError, truth);
 }
 
-/// Ours against the stored row; returns whether they agree within four of their common errors.
+/// Compares our pulls with the stored row; returns whether they agree within four combined errors.
 bool compare(const QJsonObject& row, const Pulls& ours)
 {
     const auto count = static_cast<double>(ours.pulls.size());
@@ -173,7 +173,7 @@ int pullStudies(const QString& path)
 struct Window {
     std::string kind;
     std::vector<double> counts;
-    double area = 0.0; ///< of all peaks
+    double area = 0.0; ///< area of all peaks
     double centre = 0.0; ///< mean of all peaks
     std::vector<double> means; ///< the truth
     std::string description;
@@ -262,8 +262,8 @@ double deviance(const std::vector<double>& counts, const std::vector<double>& mo
 struct Calls {
     int windows = 0;
     int right = 0; ///< area and centre within 4 errors of the truth
-    int hidden = 0; ///< not, but the contents do not tell the truth from the fit by more than 4 standard deviations
-    int silentlyWrong = 0; ///< not, although they do
+    int hidden = 0; ///< wrong, but truth and fit differ by less than 4 standard deviations for these contents
+    int silentlyWrong = 0; ///< wrong, although they differ by more
     int refused = 0;
 };
 

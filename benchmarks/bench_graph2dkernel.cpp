@@ -76,7 +76,7 @@ BENCHMARK(filterProduct)->Unit(benchmark::kMillisecond);
 
 int main(int argc, char** argv)
 {
-    // Freed maps stay with the process: else most of both times would be the kernel's, that hands out zeroed pages.
+    // Freed maps are kept by the process: otherwise both times would be dominated by the kernel's zeroing of pages.
     mallopt(M_TRIM_THRESHOLD, 1 << 28);
     return runBenchmarks(argc, argv);
 }

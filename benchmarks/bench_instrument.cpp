@@ -25,7 +25,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// Watches the event loop from waking up to going to sleep, which may be several turns.
+/// Measures the event loop from waking up to going to sleep, which may be several iterations.
 class Watchdog : public QObject {
 public:
     Watchdog()
@@ -43,7 +43,7 @@ private:
     void begin()
     {
         if (m_isAwake)
-            return; // a turn that did not go to sleep
+            return; // an iteration that did not go to sleep
         m_thread = threadMilliseconds();
         m_wall = std::chrono::steady_clock::now();
         m_isAwake = true;
@@ -134,7 +134,7 @@ void scripted(benchmark::State& state, const Script& answer)
 int main(int argc, char** argv)
 {
     qputenv("QT_QPA_PLATFORM", "offscreen");
-    qputenv("QT_NO_GLIB", "1"); // whose dispatcher does not tell when it wakes up
+    qputenv("QT_NO_GLIB", "1"); // whose dispatcher does not report when it wakes up
     const QApplication application(argc, argv);
     const auto add = [](const std::string& name, const auto& function, const auto& argument) {
         benchmark::RegisterBenchmark(

@@ -25,7 +25,7 @@ constexpr int samplesPerRow = 16384;
 
 enum Shape { Noisy, Smooth, Counts };
 
-/// A reply in the row format: all rows of a sample side by side.
+/// A reply in the row format, with interleaved rows.
 QByteArray payloadOf(Shape shape)
 {
     std::mt19937_64 generator(1);
@@ -41,7 +41,7 @@ QByteArray payloadOf(Shape shape)
     return QByteArray(reinterpret_cast<const char*>(values.data()), qsizetype(values.size() * sizeof(double)));
 }
 
-/// Hands a reply to a window again and again.
+/// Passes a reply to a window repeatedly.
 template <typename Window, typename Plot>
 void showReplies(
     benchmark::State& state, Window& window, Plot& plot, const PTarnisCmd& command, const QByteArray& payload)

@@ -36,7 +36,7 @@ constexpr double longestPollSeconds = 2.0; ///< the period is a second and what 
 constexpr double warmUpSeconds = 10.0; ///< caches, fonts and the heap's first growth
 constexpr double maxGrowthMiB = 8.0;
 
-/// What /proc tells of a process.
+/// The values of a process in /proc.
 struct Usage {
     double cpuSeconds = 0.0;
     double residentMiB = 0.0;
@@ -46,7 +46,7 @@ struct Usage {
         QFile file(QStringLiteral("/proc/%1/stat").arg(process));
         if (!file.open(QIODevice::ReadOnly))
             return {};
-        // Behind the name in brackets, from field 3 on: user and system time are 14 and 15, resident pages 24.
+        // After the name in brackets, from field 3 on: user and system time are 14 and 15, resident pages 24.
         const QByteArray text = file.readAll();
         const QList<QByteArray> fields = text.mid(text.lastIndexOf(')') + 2).split(' ');
         const auto ticks = static_cast<double>(sysconf(_SC_CLK_TCK));
@@ -56,7 +56,7 @@ struct Usage {
     }
 };
 
-/// A simulated server that takes a run, as long as the object lives.
+/// A simulated server with a run, as long as the object exists.
 class Server {
 public:
     Server()
@@ -84,10 +84,10 @@ private:
     quint16 m_port = 0;
 };
 
-/// What a window polls.
+/// The histogram that a window polls.
 struct Histogram {
     const char* command;
-    double xMax; ///< 0: the replies bring their axis
+    double xMax; ///< 0: 0: the replies contain their axis
     int lastRow;
 };
 
@@ -202,7 +202,8 @@ std::vector<double> sorted(std::vector<double> values)
     return values;
 }
 
-/// How long the GUI thread works at a stretch: its own time from one look at its queue to the next. Waiting costs none.
+/// How long the GUI thread works without interruption: its own time between checks of its queue. Waiting is not
+/// included.
 class Stretches {
 public:
     Stretches()
@@ -220,7 +221,7 @@ private:
     double m_last = threadMilliseconds();
 };
 
-/// How long an event waits until the GUI thread takes it, on the wall clock: another thread posts one every 10 ms.
+/// How long an event waits until the GUI thread handles it, in wall-clock time: another thread posts one every 10 ms.
 class Waits {
 public:
     Waits()
@@ -243,7 +244,7 @@ private:
     }
 
     QObject m_receiver;
-    std::jthread m_poster; // ends before what it posts to
+    std::jthread m_poster; // destroyed before the objects it posts to
 };
 
 double quantile(const std::vector<double>& sorted, double share)
@@ -255,8 +256,8 @@ double quantile(const std::vector<double>& sorted, double share)
 class Memory {
 public:
     void add(double mebibytes) { m_samples.push_back(mebibytes); }
-    /// The lowest value of the second half above the median of the first: replies of 8 MiB come and go, and the heap
-    /// gives back late.
+    /// The minimum of the second half minus the median of the first: replies of 8 MiB are allocated and freed, and the
+    /// heap releases memory late.
     double growth() const
     {
         const auto middle = m_samples.begin() + static_cast<std::ptrdiff_t>(m_samples.size() / 2);
@@ -285,11 +286,11 @@ int run(const Kind& kind, int seconds)
         return 2;
     }
     const QByteArray prompt("> ");
-    TarnisSession model(QStringLiteral("127.0.0.1"), server.port(), &prompt, nullptr); // lends its address only
+    TarnisSession model(QStringLiteral("127.0.0.1"), server.port(), &prompt, nullptr); // only provides its address
 
     const Windows windows = kind.open(model);
 
-    // What follows is about windows that live, not about many that open at once.
+    // The measurements are about running windows, not about opening many at once.
     QTimer::singleShot(1000, QCoreApplication::instance(), [] { QCoreApplication::exit(); });
     QApplication::exec();
 

@@ -1,4 +1,4 @@
-// What the log costs. Off: a line beside a call of an empty function, a block beside the copy of its file name. On:
+// The cost of the log. Off: a line beside a call of an empty function, a block beside the copy of its file name. On:
 // lines of four threads beside bare fputs() and fflush() of lines of the same length. Each pair runs in one program,
 // one after the other in short rounds; the counters "over_ns" and "ratio" compare the medians of those rounds.
 #include "measure.h"
@@ -46,7 +46,7 @@ template <typename Call> double nanosecondsPerCall(int count, const Call& call)
     return std::chrono::duration<double, std::nano>(Clock::now() - start).count() / count;
 }
 
-// Rounds of both, alternating, so that what the machine does besides meets both alike.
+// Alternating rounds of both, so that other load on the machine affects both equally.
 template <typename Ours, typename Peer>
 void compare(benchmark::State& state, int callsPerRound, const Ours& ours, const Peer& peer)
 {
@@ -90,7 +90,7 @@ void linesOfFourThreads(benchmark::State& state)
     const QTemporaryDir folder;
     initlog(folder.filePath("ours.log").toStdString(), 0);
     FILE* const bare = std::fopen(folder.filePath("bare.log").toUtf8().constData(), "a");
-    // A line as the log writes it, time, name and all.
+    // A line in the format of the log, with time and name.
     const std::string entry = std::string(23 + 1 + 25 + 1 + 4 + 1 + 8 + 9, '-') + "value 1000\n";
     compare(
         state, 1, [](int) { onFourThreads(linesPerThread, logLine); },

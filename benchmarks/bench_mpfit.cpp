@@ -1,6 +1,6 @@
 // One Gaussian on a constant, fitted by mpfit(), by cminpack's lmdif and by GSL's trust region: the same residuals, the
-// same start, the same tolerances. The three take turns, so that a ratio is of neighbours in time; the medians are
-// told.
+// same start, the same tolerances. The three run alternately, so that a ratio compares neighbouring times; the medians
+// are reported.
 #include "measure.h"
 
 #include <tarnis/peak/mpfit.h>
@@ -38,7 +38,7 @@ Series peakWith(int samples)
     return series;
 }
 
-// Residuals to every stride-th element of r: GSL asks for them in a column of a matrix by rows.
+// Writes residuals to every stride-th element of r: GSL needs them in a column of a row-major matrix.
 inline void residuals(Series& series, const double* p, double* r, std::size_t stride = 1)
 {
     ++series.calls;
@@ -68,7 +68,7 @@ int gslResiduals(const gsl_vector* p, void* series, gsl_vector* r)
     return GSL_SUCCESS;
 }
 
-// As a caller would, with the last call at the answer; the configuration gives it lmdif's step of the differences.
+// Like a normal call, with the last call at the result; the configuration sets lmdif's difference step.
 double fitWithMpfit(Series& series)
 {
     std::array<double, parameters> p = series.start;
@@ -80,7 +80,7 @@ double fitWithMpfit(Series& series)
     return p[1];
 }
 
-// Its arrays are there before the clock starts.
+// Its arrays are allocated before the measurement starts.
 struct LmdifArrays {
     explicit LmdifArrays(std::size_t m)
         : fvec(m)
@@ -124,7 +124,7 @@ double fitWithGsl(Series& series)
     return center;
 }
 
-// Nanoseconds that this thread has had of the processor: what else runs on the machine does not count.
+// Processor time of this thread in nanoseconds, without other load on the machine.
 double processorTime()
 {
     timespec now {};
@@ -132,7 +132,7 @@ double processorTime()
     return 1e9 * double(now.tv_sec) + double(now.tv_nsec);
 }
 
-// Time of some fits in a row, few enough that the machine does not change in between.
+// Time of some consecutive fits, few enough that the load of the machine does not change in between.
 double timeOf(double (*fit)(Series&), Series& series)
 {
     constexpr int fits = 20;

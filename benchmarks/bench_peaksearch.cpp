@@ -59,7 +59,7 @@ void searchByAbscissa(benchmark::State& state)
     state.counters["peaks"] = double(found);
 }
 
-// No peak: what is left is the walk along the series.
+// Without peaks, only the scan along the series remains.
 void searchForNothing(benchmark::State& state)
 {
     const QList<double> y = spectrum(int(state.range(0)));

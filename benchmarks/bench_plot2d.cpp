@@ -69,7 +69,7 @@ public:
         onLogScale(logScale);
         resize(plotSide + 200, plotSide + 200);
         show();
-        // The colour bar asks for its width while it is painted.
+        // The colour bar determines its width while it is painted.
         for (int i = 0; i < 3; ++i) {
             QCoreApplication::processEvents();
             repaintNow();
@@ -126,7 +126,7 @@ public:
         show();
         QCoreApplication::processEvents();
         replot(rpImmediateRefresh);
-        // The map gets the same pixels; what is too wide or too narrow now is beside it.
+        // Gives the map the same pixels; the difference is in the margins.
         const QMargins margins = axisRect()->margins();
         axisRect()->setMargins(
             margins + QMargins(0, 0, axisRect()->width() - plotSide, axisRect()->height() - plotSide));

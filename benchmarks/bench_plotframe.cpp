@@ -30,7 +30,7 @@ public:
     }
 };
 
-/// The least that shows a picture.
+/// The minimal widget that shows a picture.
 class Picture : public QWidget {
 public:
     explicit Picture(const QPixmap& pixmap)

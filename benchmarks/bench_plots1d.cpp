@@ -34,7 +34,7 @@ struct Case {
     int addType = MultiVectorGraphWidget::AddNone;
     int groupSize = 8;
     Form form = Lines;
-    double shown = 1.0; ///< share of the samples in view, from the middle on
+    double shown = 1.0; ///< visible fraction of the samples, from the middle on
     bool function = false; ///< X is a function of the position
     int alpha = 255;
 };
@@ -75,7 +75,7 @@ double square(double x, void*)
     return x * x;
 }
 
-/// A plot whose range and rectangle are set by hand.
+/// A plot whose range and rectangle are set explicitly.
 class Plot : public MultiVectorGraphWidget {
 public:
     explicit Plot(const Case& test)
@@ -201,7 +201,7 @@ void drawCurves(benchmark::State& state, const Case& test)
             tarnis::testing::paintMulti(oracle, painter, graph);
         };
         QPixmap other = emptyPicture();
-        ownFirst = !ownFirst; // those that come later find the engine's code in the cache
+        ownFirst = !ownFirst; // later ones find the engine's code in the cache
         if (ownFirst)
             own.push_back(millisecondsOf(drawOwn));
         speltOut.push_back(millisecondsOf(drawSpeltOut));
@@ -255,7 +255,7 @@ void addCases()
     }
 }
 
-/// Where merging has little to win or is not allowed: the plot must not be slower than the drawing call by call.
+/// Cases in which merging has little benefit or is not allowed: the plot must not be slower than single drawing calls.
 void addHardCases()
 {
     for (const int count : { 2, 10, 100 })

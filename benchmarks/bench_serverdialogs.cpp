@@ -27,7 +27,7 @@
 
 namespace {
 
-/// Nobody listens there: the replies are handed to the dialogs' slots.
+/// No server listens there: the replies are passed to the dialogs' slots.
 TarnisSession* newSession()
 {
     static const QByteArray prompt("> ");
@@ -170,7 +170,7 @@ void statistics(benchmark::State& state)
     TarnisSession* const session = newSession();
     StatDialog dialog(session, QStringLiteral("Statistics"), QString(), nullptr);
     session->wait();
-    QApplication::processEvents(); // the refused connection empties the table once
+    QApplication::processEvents(); // the refused connection clears the table once
     QTableWidget& table = *dialog.table();
     std::vector<double> taken;
     std::vector<double> painted;

@@ -39,7 +39,7 @@ double median(std::vector<double> values)
     return values.empty() ? 0.0 : values[values.size() / 2];
 }
 
-// Pages that were not touched before: what new gives is as often as not the block that the last reply has left.
+// Untouched pages: operator new often returns the block of the last reply.
 class FreshPages {
 public:
     explicit FreshPages(std::size_t size)
@@ -71,7 +71,7 @@ public:
 
     double ask(const std::string& request, std::size_t replySize)
     {
-        // As long as a session looks away: all peers start from the same cold machine.
+        // As long as a session pauses, so that all peers start with equally cold caches.
         std::this_thread::sleep_for(std::chrono::milliseconds(50));
         sendAll(m_socket, request.data(), request.size());
         receive(replySize);
@@ -93,7 +93,7 @@ private:
     int m_socket;
 };
 
-// The same on a thread of its own that hands the buffer to the event loop of this thread, as any reader beside a GUI
+// The same on a separate thread that passes the buffer to the event loop of this thread, as any reader beside a GUI
 // must.
 class QueuedRawClient {
 public:
@@ -274,7 +274,7 @@ template <typename Make> IdleCost idleCost(Make make)
     return cost;
 }
 
-// The server's share, one blocked thread for each client, is measured with bare clients and taken off.
+// The server's part, one blocked thread for each client, is measured with bare clients and subtracted.
 void idleSessions(benchmark::State& state)
 {
     for ([[maybe_unused]] auto _ : state) {

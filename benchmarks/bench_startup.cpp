@@ -1,6 +1,6 @@
-// How long programs take from their start to their end when they only get ready: one on Tarnis::Core, beside one on Qt
-// Core and Network alone, and one on Tarnis::Tarnis. The programs run one after the other in short rounds; the counters
-// are the medians of those rounds.
+// Time from start to end of programs that only initialise: one on Tarnis::Core, beside one on Qt Core and Network
+// alone, and one on Tarnis::Tarnis. The programs run one after the other in short rounds; the counters are the medians
+// of those rounds.
 #include "measure.h"
 
 #include <chrono>

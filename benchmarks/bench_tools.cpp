@@ -80,7 +80,7 @@ void settle(XYGraphWidget& plot)
     }
 }
 
-/// A shown plot with its tools.
+/// A visible plot with its tools.
 class Hand {
 public:
     Hand(std::unique_ptr<XYGraphWidget> plot, bool hasTools, bool hasStyle)
@@ -136,7 +136,7 @@ private:
     {
         return millisecondsOf([&] {
             QCoreApplication::sendEvent(m_plot.get(), &event);
-            QCoreApplication::processEvents(); // what tools post, and the update
+            QCoreApplication::processEvents(); // posted events of tools, and the update
         });
     }
     void button(QEvent::Type type, Qt::MouseButtons held)

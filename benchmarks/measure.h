@@ -1,4 +1,4 @@
-// The clock of the benchmarks, what they make of its times, and how a program runs its own.
+// The clock of the benchmarks, statistics of its times, and the main function.
 #pragma once
 
 #include <benchmark/benchmark.h>
@@ -8,7 +8,7 @@
 #include <ctime>
 #include <vector>
 
-/// Time of this thread alone: what other programs do in between does not count.
+/// Processor time of this thread only, without other programs.
 inline double threadMilliseconds()
 {
     timespec now {};
@@ -33,7 +33,7 @@ inline double median(std::vector<double> values)
     return *middle;
 }
 
-/// Runs what is registered, as the options say. Returns the status of the program.
+/// Runs the registered benchmarks according to the options. Returns the exit status of the program.
 inline int runBenchmarks(int argc, char** argv)
 {
     benchmark::Initialize(&argc, argv);

@@ -41,7 +41,7 @@ const std::string& content()
     return bytes;
 }
 
-// In one message, as a server does that has its reply ready.
+// In one message, like a server that has its reply ready.
 void answerBinary(int client, std::size_t size)
 {
     const std::string reply = lengthField(size) + content().substr(0, size) + "OK:\n> ";

@@ -1,4 +1,4 @@
-// A server thread that sends replies as fast as the socket takes them and notes when the first byte goes out.
+// A server thread that sends replies as fast as the socket accepts them and records the time of the first byte.
 #pragma once
 
 #include <QtGlobal>
@@ -12,7 +12,7 @@ namespace tarnis::bench {
 
 using Clock = std::chrono::steady_clock;
 
-/// Sends all bytes on a blocking socket; false when the peer has gone.
+/// Sends all bytes on a blocking socket; false if the peer has closed the connection.
 bool sendAll(int socket, const char* data, std::size_t size);
 /// A blocking connection to 127.0.0.1.
 int connectTo(quint16 port);
@@ -27,7 +27,7 @@ public:
     ReplyServer& operator=(const ReplyServer&) = delete;
 
     quint16 port() const { return m_port; }
-    /// When the first byte of the last reply was handed to the system.
+    /// Time at which the first byte of the last reply was passed to the system.
     static Clock::time_point firstByte();
 
 private:

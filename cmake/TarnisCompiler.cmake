@@ -1,6 +1,6 @@
-# How every target of this tree is compiled and linked: warnings, sanitizers, coverage, ccache, mold.
+# Compiler and linker settings of all targets: warnings, sanitizers, coverage, ccache, mold.
 
-# The compiler's cache serves every checkout, wherever it is located, and precompiled headers too.
+# The compiler cache is shared by all checkouts at any location, and supports precompiled headers.
 find_program(TARNIS_CCACHE ccache)
 if(TARNIS_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
   set(launcher env "CCACHE_BASEDIR=${PROJECT_SOURCE_DIR}" CCACHE_NOHASHDIR=1
@@ -14,13 +14,13 @@ if(TARNIS_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
   endif()
 endif()
 
-# A test program links in a tenth of the time. Where mold is not installed, the compiler's own linker serves.
+# A test program links in a tenth of the time. Without mold, the compiler's default linker is used.
 find_program(TARNIS_MOLD mold)
 if(TARNIS_MOLD)
   add_link_options(-fuse-ld=mold)
 endif()
 
-# Pictures and fits are exact to the bit: no contraction into fused multiply-add on targets that have it.
+# Pictures and fits must be bit-identical: no contraction into fused multiply-add on targets that have it.
 add_compile_options(-ffp-contract=off)
 
 add_library(tarnis_warnings INTERFACE)
@@ -31,7 +31,7 @@ target_compile_options(tarnis_warnings INTERFACE
 if(TARNIS_SANITIZE)
   add_compile_options(-fsanitize=${TARNIS_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
   add_link_options(-fsanitize=${TARNIS_SANITIZE})
-  # The fence is in the standard library's headers, which are no system headers inside of a precompiled one.
+  # The fence is in the standard library's headers, which do not count as system headers inside of a precompiled one.
   if(TARNIS_SANITIZE MATCHES "thread" AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     add_compile_options($<$<COMPILE_LANGUAGE:CXX>:-Wno-tsan>)
   endif()

@@ -67,7 +67,7 @@ function(_tarnis_library target name component)
     "$<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>")
 endfunction()
 
-# _tarnis_parse(<result> <files> <argument>...): the object library that the arguments mean, and the files among them.
+# _tarnis_parse(<result> <files> <argument>...): the object library selected by the arguments, and the files among them.
 function(_tarnis_parse result files)
   cmake_parse_arguments(arg "" "COMPONENT" "" ${ARGN})
   if(NOT arg_COMPONENT)

@@ -1,8 +1,8 @@
-# What `cmake --install` lays out: libraries, headers, CMake package, pkg-config files.
+# The files installed by `cmake --install`: libraries, headers, CMake package, pkg-config files.
 include(CMakePackageConfigHelpers)
 
 set(package_dir "${CMAKE_INSTALL_LIBDIR}/cmake/Tarnis")
-# The prefix is found from the place of the file, so that an installation can be moved.
+# The prefix is derived from the location of the file, so that an installation can be relocated.
 file(RELATIVE_PATH TARNIS_PC_TO_PREFIX "/${CMAKE_INSTALL_LIBDIR}/pkgconfig" "/")
 
 # _tarnis_install(<target> DESCRIPTION <text> [REQUIRES <text>] [LIBS <text>]): the library of a component, its part of the CMake package,
@@ -35,7 +35,7 @@ _tarnis_install(tarnis_core
 _tarnis_install(tarnis
   DESCRIPTION "${PROJECT_DESCRIPTION}"
   REQUIRES "tarnis-core = ${PROJECT_VERSION} Qt6Gui Qt6Widgets Qt6PrintSupport"
-  # As for the target Tarnis::Tarnis: programs that call nothing of it still get their message boxes from it.
+  # As for the target Tarnis::Tarnis: programs that do not call it directly still get their message boxes from it.
   LIBS "-Wl,--push-state,--no-as-needed,-ltarnis,--pop-state")
 
 install(FILES "${PROJECT_BINARY_DIR}/tarnis/tarnis_export.h" "${PROJECT_BINARY_DIR}/tarnis/version.h"

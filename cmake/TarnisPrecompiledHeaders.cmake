@@ -8,7 +8,7 @@
 set(TARNIS_PCH_HEADER "${PROJECT_SOURCE_DIR}/cmake/pch/headers.h")
 set(TARNIS_PCH_CORE_HEADER "${PROJECT_SOURCE_DIR}/cmake/pch/coreheaders.h")
 
-# The holder of <header> for targets of <type>, made on first use.
+# The target that holds <header> for targets of <type>, created on first use.
 function(_tarnis_pch_holder type header result)
   set(kind archive)
   if(type STREQUAL "EXECUTABLE")

@@ -24,7 +24,7 @@ function(tarnis_translations target resource)
       VERBATIM)
     list(APPEND catalogues "${qm}")
     string(APPEND entries "    <file alias=\"${name}.qm\">${qm}</file>\n")
-    # English texts need a catalogue for their plurals alone.
+    # English texts need a catalogue only for their plurals.
     set(only "")
     if(name MATCHES "_en$")
       set(only -pluralonly)

@@ -1,4 +1,4 @@
-// What holds for the reader and the writer of every format of files.
+// Invariants of the reader and the writer of every file format.
 #pragma once
 
 #include <tarnis/formats/dataset.h>
@@ -18,7 +18,8 @@ inline bool sameValue(double a, double b)
     return std::bit_cast<std::uint64_t>(a) == std::bit_cast<std::uint64_t>(b) || (a != a && b != b);
 }
 
-/// Reads the bytes. What is accepted is consistent, and has the same values after it was written and read again.
+/// Reads the bytes. An accepted dataset must be consistent, and must have the same values after writing and reading it
+/// again.
 inline void checkFormat(const std::uint8_t* bytes, std::size_t size, DatasetResult (*decode)(QByteArrayView),
     QByteArray (*encode)(const Dataset&))
 {

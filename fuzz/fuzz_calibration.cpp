@@ -1,4 +1,4 @@
-// The reader of calibration files: an error, or a calibration that is written and read back as it is.
+// The reader of calibration files: an error, or a calibration that is unchanged after writing and reading it.
 #include <tarnis/analysis/energycalibration.h>
 
 #include <cmath>
@@ -22,7 +22,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         std::abort();
     const double energy = read.calibration.energyAt(100.0);
     const double position = read.calibration.positionOf(energy);
-    // What is found for an energy is a number or nothing, never an endless search.
+    // The position of an energy is finite or NaN, and the search ends.
     if (std::isinf(position))
         std::abort();
     return 0;

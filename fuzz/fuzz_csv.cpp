@@ -1,4 +1,4 @@
-// The reader of CSV files: an error, or a dataset that is written and read back as it is.
+// The reader of CSV files: an error, or a dataset that is unchanged after writing and reading it.
 #include "formatcheck.h"
 
 #include <tarnis/formats/csv.h>

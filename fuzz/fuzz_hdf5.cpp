@@ -1,6 +1,6 @@
-// The reader of HDF5 files on files that are whole but unexpected: the input chooses which groups, attributes and
-// arrays there are, and of what types and shapes. Damaged bytes are not tried: version 1.10 of the HDF5
-// library crashes on some. The reader refuses those that are known to make it loop.
+// The reader of HDF5 files on valid files with unexpected content: the input selects groups, attributes and arrays, and
+// their types and shapes. Damaged bytes are not tested: version 1.10 of the HDF5 library crashes on some. The reader
+// rejects those that are known to make it loop.
 #include "formatcheck.h"
 
 #include <tarnis/hdf5/nexusfile.h>
@@ -12,7 +12,7 @@
 
 namespace {
 
-/// Decisions from the bytes of the input; 0 behind its end.
+/// Decisions from the bytes of the input; 0 after its end.
 class Choices {
 public:
     Choices(const std::uint8_t* bytes, std::size_t size)

@@ -1,4 +1,4 @@
-// The reader of files of calibration lines: an error, or lines with finite positive energies in rising order.
+// The reader of files of calibration lines: an error, or lines with finite positive energies in ascending order.
 #include <tarnis/analysis/calibrationlines.h>
 
 #include <cmath>

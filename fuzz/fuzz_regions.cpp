@@ -1,4 +1,4 @@
-// The reader of files of regions: an error, or valid regions that are written and read back as they are.
+// The reader of files of regions: an error, or valid regions that are unchanged after writing and reading them.
 #include <tarnis/tools/plotregion.h>
 
 #include <algorithm>

@@ -24,7 +24,7 @@ void require(bool holds)
         std::abort();
 }
 
-/// The rules of docs/protocol.md on all bytes behind the length.
+/// The rules of docs/protocol.md for all bytes after the length.
 bool isWhole(const QByteArray& bytes, bool binary, qint32 length, const QByteArray& prompt)
 {
     if (!bytes.endsWith(prompt))
@@ -68,13 +68,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     QByteArray all;
     while (!input.isEmpty()) {
         const QByteArray piece = take(number());
-        // Room for more than arrives, as a socket is read.
+        // More space than needed, as when reading from a socket.
         char* const room = frame.room(piece.size() + 7);
         std::memcpy(room, piece.constData(), std::size_t(piece.size()));
         frame.commit(piece.size());
         all += piece;
         require(buffer == all && frame.missing() >= 0);
-        require(buffer.capacity() <= (qsizetype(9) << 20)); // a claim costs no more before its bytes are here
+        require(buffer.capacity() <= (qsizetype(9) << 20)); // an announced length must not allocate more before its
+                                                            // bytes arrive
         const bool whole = isWhole(all, binary, frame.length(), prompt);
         require(frame.isComplete(prompt) == whole);
         if (whole) {

@@ -1,4 +1,4 @@
-// The reader of stored views: an error, or a view with sound ranges that is written and read back as it is.
+// The reader of stored views: an error, or a view with valid ranges that is unchanged after writing and reading it.
 #include "tarnis/tools/navigation/viewfile_p.h"
 
 #include <cmath>

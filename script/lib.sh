@@ -1,4 +1,4 @@
-# Shared by the scripts beside it; sourced, not run.
+# Common functions of the scripts in this folder; sourced, not run.
 set -euo pipefail
 
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
@@ -30,6 +30,6 @@ build() {
   shift
   output=$(cmake --preset "$preset" 2>&1) || { printf '%s\n' "$output"; return 1; }
   cmake --build --preset "$preset" ${1:+--target "$@"}
-  # The header of a changed form comes out of the pass before; Ninja hears of it in the next one.
+  # The header of a changed form is generated in the first pass; Ninja detects it in the second.
   cmake --build --preset "$preset" ${1:+--target "$@"} > /dev/null
 }

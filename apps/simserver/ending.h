@@ -27,7 +27,7 @@ private:
 
     std::optional<QSocketNotifier> m_input;
     std::optional<QSocketNotifier> m_signal;
-    QByteArray m_line; ///< the line under way
+    QByteArray m_line; ///< the incomplete line
 };
 
 /// Appends `bytes` to `line`, the incomplete line. True if a line is "exit", with or without line end. `line` keeps the

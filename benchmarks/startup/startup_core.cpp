@@ -1,4 +1,4 @@
-// A program on Tarnis::Core that is ready to connect.
+// A program with Tarnis::Core that is ready to connect.
 #include <tarnis/client/client.h>
 
 #include <QCoreApplication>

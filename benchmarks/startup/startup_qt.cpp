@@ -1,4 +1,4 @@
-// The peer: a program on Qt Core and Network that does nothing.
+// The peer: a program with Qt Core and Network that does nothing.
 #include <QCoreApplication>
 #include <QTcpSocket>
 

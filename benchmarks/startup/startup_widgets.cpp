@@ -1,4 +1,4 @@
-// A program on Tarnis::Tarnis that is ready to show a plot.
+// A program with Tarnis::Tarnis that is ready to show a plot.
 #include <tarnis/client/client.h>
 #include <tarnis/plots/vectorgraphwidget.h>
 

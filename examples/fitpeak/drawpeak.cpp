@@ -57,7 +57,7 @@ void drawAxes(QPainter& painter)
     }
 }
 
-// Counts with one standard deviation to either side, and what is left of them below.
+// Counts with error bars of one standard deviation, and the residuals below.
 void drawPoints(QPainter& painter, const double* p)
 {
     painter.setPen(QPen(Qt::black, 1));

@@ -1,4 +1,4 @@
-// Fits the peak and says what came of it.
+// Fits the peak and prints the result.
 #include "peak.h"
 
 #include <cstdio>

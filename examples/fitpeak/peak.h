@@ -21,7 +21,7 @@ inline double model(const double* p, double channel)
     return p[Amplitude] * std::exp(-0.5 * distance * distance) + p[Background];
 }
 
-/// Residuals in units of their standard deviation, so that the errors come out in units of the parameters.
+/// Residuals in units of their standard deviation, so that the errors are in units of the parameters.
 inline int residuals(int m, int, double* p, double* fvec, double**, void*)
 {
     for (int i = 0; i < m; ++i) {
@@ -32,7 +32,7 @@ inline int residuals(int m, int, double* p, double* fvec, double**, void*)
 }
 
 struct Fit {
-    std::array<double, ParameterCount> p = startingValues; ///< afterwards the answer
+    std::array<double, ParameterCount> p = startingValues; ///< receives the result
     std::array<double, ParameterCount> error {};
     mp_result result {};
     int status = 0;

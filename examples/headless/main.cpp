@@ -33,7 +33,7 @@ int main(int argc, char** argv)
     const QString program = argc > 1 ? QFileInfo(application.arguments().at(1)).absoluteFilePath()
                                      : QStandardPaths::findExecutable("tarnis-simserver");
 
-    // What would be a message box in a program with windows.
+    // Replaces the message boxes of a program with windows.
     tarnis::setMessageHandler([](const tarnis::Message& message) {
         std::fprintf(stderr, "headless: %s\n", qPrintable(message.text));
         return tarnis::MessageButton::Ok;

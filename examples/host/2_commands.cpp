@@ -29,7 +29,8 @@ int main(int argc, char** argv)
 
     QObject::connect(&server, &Tarnis::StatusChanged, line, [&] { line->setEnabled(server.IsServerConnected()); });
     QObject::connect(line, &QLineEdit::returnPressed, line, [&] {
-        // A session is made for the name at its first use. The reply comes by the signal below, under the second text.
+        // A session with this name is created on first use. The reply is delivered by the signal below, with the second
+        // text as its name.
         server.SendCmd("control", "typed", line->text(), false);
         line->clear();
     });

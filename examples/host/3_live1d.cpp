@@ -17,7 +17,7 @@ int main(int argc, char** argv)
     Tarnis server(&prompt, nullptr);
 
     const auto openWindow = [&] {
-        // A window builds a session of its own: this one only tells it where, and need not live longer.
+        // A window creates its own session: this one only provides the address and can be destroyed afterwards.
         const std::unique_ptr<TarnisSession> where(server.NewTarnisSession(nullptr));
         auto* const window = new Graph1DDialog(where.get(), "Arrival times", "Channel", 0.0, 16384.0,
             /*X units a sample*/ 1, /*decimals*/ 0, "Module", /*commands before the polls*/ {}, "hist1d time 0 3",

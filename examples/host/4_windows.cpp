@@ -35,7 +35,7 @@ public:
     }
 
 private:
-    /// Host, port and prompt for a window that builds a session of its own.
+    /// Host, port and prompt for a window that creates its own session.
     std::unique_ptr<TarnisSession> where()
     {
         return std::unique_ptr<TarnisSession>(m_server.NewTarnisSession(nullptr));
@@ -55,7 +55,7 @@ private:
     }
     void openStatistics()
     {
-        // The one window that takes the session over. It shows itself.
+        // The only window that takes ownership of the session. It shows itself.
         auto* const window = new StatDialog(m_server.NewTarnisSession(nullptr), "Statistics", "stat", this);
         window->setAttribute(Qt::WA_DeleteOnClose);
     }
@@ -76,7 +76,7 @@ private:
 int main(int argc, char** argv)
 {
     QApplication application(argc, argv);
-    tarnis::setLanguage(); // the library's texts in the user's language, where there is a catalogue
+    tarnis::setLanguage(); // the library's texts in the user's language, if there is a catalogue
     const QString program =
         argc > 1 ? QFileInfo(application.arguments().at(1)).absoluteFilePath() : QStringLiteral("tarnis-simserver");
     const QByteArray prompt = "> ";

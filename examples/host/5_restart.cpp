@@ -1,4 +1,4 @@
-// Step 5: a lost server is said in words, and one press starts it again.
+// Step 5: reports a lost server, and starts it again with one click.
 #include <tarnis/dialogs/graph1ddialog.h>
 #include <tarnis/server/tarnis.h>
 #include <tarnis/server/tarnissession.h>
@@ -15,7 +15,7 @@
 
 namespace {
 
-/// Tells the host of a broken connection, where the class itself would show a box.
+/// Reports a lost connection to the host, instead of showing a message box.
 class LiveWindow : public Graph1DDialog {
 public:
     LiveWindow(TarnisSession* where, QWidget* parent, std::function<void(const QString&)> lost)
@@ -26,7 +26,7 @@ public:
     }
     void error(int, const QString& text) override
     {
-        if (session) // a window that is closed already has none
+        if (session) // a closed window has none
             m_lost("The connection broke: " + text + ".");
     }
 
@@ -88,7 +88,7 @@ private:
         m_button->setEnabled(false);
     }
 
-    /// The live window stays, with what it shows.
+    /// The live window stays open with its data.
     void onLost(const QString& text)
     {
         m_text->setText(text + " Press Restart to go on.");
@@ -101,11 +101,11 @@ private:
         m_button->setEnabled(false);
         m_text->setText("Starting the server again.");
         if (m_window)
-            m_window->close(); // its session has ended for good: a new window takes a new one
-        // In IDLE a shutdown does nothing: sessions of the lost server would serve the next one.
+            m_window->close(); // its session has ended: a new window gets a new one In IDLE a shutdown does nothing:
+                               // sessions of the lost server would be used for the next one.
         if (m_status == Tarnis::IDLE)
             m_server.SetStatus(Tarnis::SERVER_ERROR);
-        m_server.Shutdown(); // IDLE follows, as soon as the server has ended
+        m_server.Shutdown(); // IDLE follows when the server has ended
     }
 
     Tarnis& m_server;

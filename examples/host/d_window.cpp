@@ -60,5 +60,5 @@ int main(int argc, char** argv)
     MainWindow window(server);
     window.show();
     server.startLocal(argc > 1 ? application.arguments().at(1) : QStringLiteral("tarnis-simserver"));
-    return application.exec(); // the server is asked to exit when its object goes
+    return application.exec(); // the destructor makes the server exit
 }

@@ -22,7 +22,7 @@ using tarnis::SettingsModel;
 namespace {
 
 constexpr int maxLogLines = 1000;
-constexpr int maxLogChars = 500; // of one entry
+constexpr int maxLogChars = 500; // characters per entry
 constexpr qint64 maxReply = qint64(8) << 20;
 
 } // namespace
@@ -96,7 +96,7 @@ void Instrument::follow(tarnis::LiveWidget& widget, const QString& command)
     options.maxSize = m_request.maxSize;
     widget.setOptions(options);
     widget.setCommand(command);
-    widget.setClient(m_server.client("plots")); // of its own, so that no command waits for a histogram
+    widget.setClient(m_server.client("plots")); // a separate connection, so that no command waits for a histogram
 }
 
 void Instrument::addSettings()
@@ -150,7 +150,7 @@ void Instrument::addLog()
 void Instrument::send(const QString& command)
 {
     log("> " + command);
-    // Ends exactly once, whatever the server does.
+    // The future always ends exactly once.
     m_server.client("commands")->request(command, m_request).then(this, [this, command](const tarnis::Reply& reply) {
         const QString text = reply.isOk() ? QString::fromUtf8(reply.data.left(maxLogChars)) : reply.reason;
         log(QString(reply.isOk() ? "< %1: %2" : "! %1: %2").arg(command, text.trimmed()));
@@ -179,7 +179,7 @@ void Instrument::showState()
 void Instrument::log(const QString& text)
 {
     QString shown = text.left(maxLogChars).replace('\n', " / ");
-    for (QChar& c : shown) // a reply may be anything, and each foreign script in it would load its fonts
+    for (QChar& c : shown) // a reply may contain anything, and each script in it would load its fonts
         c = c.isPrint() && c.unicode() <= 0xff ? c : QChar('?');
     m_log->appendPlainText(QTime::currentTime().toString("HH:mm:ss ") + shown);
 }

@@ -21,7 +21,7 @@ public:
 
     /// Starts a server program, or connects to HOST:PORT.
     void open(const QString& target);
-    /// Sends a command and logs it with its end.
+    /// Sends a command and logs it with its result.
     void send(const QString& command);
 
 private:
@@ -40,7 +40,7 @@ private:
     QLabel* m_run;
     QPlainTextEdit* m_log;
     QLineEdit* m_line;
-    QList<QAction*> m_commands; // for a connected server
+    QList<QAction*> m_commands; // enabled for a connected server
     QAction* m_restart = nullptr;
     QAction* m_cancel = nullptr;
 };

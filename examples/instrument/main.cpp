@@ -10,5 +10,5 @@ int main(int argc, char** argv)
     window.resize(1200, 800);
     window.show();
     window.open(argc > 1 ? application.arguments().at(1) : QStringLiteral("tarnis-simserver"));
-    return application.exec(); // a local server is asked to exit when the window goes
+    return application.exec(); // a local server exits when the window is destroyed
 }

@@ -1,5 +1,5 @@
-// A plot with the panels of numbers docked beside it: regions, a fit, all peaks, an energy calibration. With a folder
-// as argument it saves a picture of each and ends.
+// A plot with docked analysis panels: regions, a fit, all peaks, an energy calibration. With a folder as argument it
+// saves a screenshot of each panel and quits.
 #include <tarnis/analysis/calibrationlines.h>
 #include <tarnis/analysis/peakshape.h>
 #include <tarnis/plots/vectorgraphwidget.h>

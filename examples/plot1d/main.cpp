@@ -1,4 +1,4 @@
-// Plots the columns of a text file, one curve a column, without any server.
+// Plots the columns of a text file, one curve per column, without a server.
 //
 // usage: plot1d [--x] [--log] [--picture PNG] FILE
 //   FILE       numbers in lines, between blanks, commas or semicolons; lines that do not begin with a number are
@@ -22,7 +22,7 @@
 
 namespace {
 
-/// The numbers of the file, column by column. What a line lacks is 0 if later lines have it.
+/// The numbers of the file, column by column. Missing fields are 0 if later lines have them.
 QList<QList<double>> readColumns(QTextStream& text)
 {
     static const QRegularExpression separators(QStringLiteral("[\\s,;]+"));
@@ -45,7 +45,8 @@ QList<QList<double>> readColumns(QTextStream& text)
     return columns;
 }
 
-/// Takes the first column for the X axis: half a step beyond its ends, since a sample stands in the middle of its bin.
+/// Uses the first column for the X axis, which extends half a step beyond its ends, because a sample is at the middle
+/// of its bin.
 void useX(MultiVectorGraphWidget& plot, const QList<double>& x)
 {
     const double halfStep = x.size() > 1 ? (x.constLast() - x.constFirst()) / (2.0 * (x.size() - 1)) : 0.5;
@@ -94,8 +95,8 @@ int main(int argc, char** argv)
     MultiVectorGraphWidget plot;
     plot.m_doubleBuffered = true;
     plot.init(QStringLiteral("Line"), QStringLiteral("Value"), 0.0, 0.0, true, true);
-    plot.m_groupSize = 1; // every column is a group of its own,
-    plot.setAddType(MultiVectorGraphWidget::AddEachGroup); // and gets a colour of its own
+    plot.m_groupSize = 1; // every column is a separate group,
+    plot.setAddType(MultiVectorGraphWidget::AddEachGroup); // with its own colour
     plot.m_groupName = QStringLiteral("Column");
     plot.m_itemName = QStringLiteral("Curve");
     plot.m_firstNumber = static_cast<int>(needed);

@@ -62,7 +62,7 @@ Rows readRows(QTextStream& text)
     return rows;
 }
 
-/// Four numbers between commas.
+/// Parses four comma-separated numbers.
 std::optional<std::array<double, 4>> readRectangle(const QString& text)
 {
     const QStringList words = text.split(u',');
@@ -88,7 +88,7 @@ void writeSums(const Rows& rows, const QList<QRect>& regions)
     std::fflush(stdout);
 }
 
-/// A window around a plot whose cuts and regions stand beside it: it tells the plot where it goes.
+/// A window around a plot with cut and region windows beside it: it notifies the plot when it is moved.
 class Window : public QWidget {
 public:
     Window()
@@ -107,7 +107,7 @@ protected:
     {
         if (event->type() != QEvent::ActivationChange || !isActiveWindow())
             return;
-        plot.onParentMoved(); // by now the window has its frame, beside which cuts and regions stand
+        plot.onParentMoved(); // now the window has its frame, beside which cuts and regions are placed
         plot.onParentActivate();
     }
 };
@@ -128,7 +128,7 @@ void show(XY2DGraphWidget& plot, const Rows& rows)
     plot.refreshPixmap();
 }
 
-/// All windows as they stand beside each other.
+/// A picture of all windows at their positions.
 QPixmap pictureOfWindows()
 {
     QRect all;
@@ -204,7 +204,7 @@ int main(int argc, char** argv)
         plot.update1dCutRect(edges->at(0), edges->at(1), edges->at(2), edges->at(3));
     }
     if (options.isSet(picture)) {
-        // The labels of the colour bar ask for their room while they are painted.
+        // The colour bar determines the width of its labels while they are painted.
         for (int i = 0; i < 3; ++i)
             QCoreApplication::processEvents();
         return pictureOfWindows().save(options.value(picture)) ? 0 : 1;

@@ -79,7 +79,7 @@ QImage grabbed(XYGraphWidget& plot)
 {
     plot.m_doubleBuffered = true;
     plot.resize(plotSize);
-    for (int pass = 0; pass < 2; ++pass) { // the room beside a map follows the labels of its colour bar
+    for (int pass = 0; pass < 2; ++pass) { // the space beside a map depends on the labels of its colour bar
         plot.refreshPixmap();
         plot.grab();
     }

@@ -76,7 +76,7 @@ Window::Window()
     addPlot(map, QStringLiteral("Time [s]"), rows);
     map.initManualY(0.0, rows);
 
-    new tarnis::PlotLegend(&curves); // the plot owns its tools
+    new tarnis::PlotLegend(&curves); // owned by the plot
     tarnis::setSeriesNames(curves, { QStringLiteral("Sodium"), QStringLiteral("Cobalt"), QStringLiteral("Caesium") });
     new tarnis::ColourLevels(&map);
     resize(760, 780);

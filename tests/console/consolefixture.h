@@ -1,4 +1,4 @@
-// A console with the user at it: what is typed, pressed and seen.
+// A console and the actions of its user.
 #pragma once
 
 #include "command/commandpanel.h"
@@ -26,7 +26,7 @@ namespace tarnis::testing {
 
 inline constexpr int timeoutMs = 20000;
 
-/// Presses the button as soon as it can be pressed: one that is disabled would swallow the press.
+/// Clicks the button as soon as it is enabled: a disabled one would ignore the click.
 inline void press(QAbstractButton& button)
 {
     if (!QTest::qWaitFor([&] { return button.isEnabled(); }, timeoutMs))
@@ -34,7 +34,7 @@ inline void press(QAbstractButton& button)
     QTest::mouseClick(&button, Qt::LeftButton);
 }
 
-/// Answers the box of this name on the window as soon as it is there.
+/// Answers the message box with this name on the window as soon as it appears.
 inline void answer(const QWidget& window, const char* box, QMessageBox::StandardButton choice)
 {
     QAbstractButton* button = nullptr;
@@ -48,13 +48,13 @@ inline void answer(const QWidget& window, const char* box, QMessageBox::Standard
     press(*button);
 }
 
-/// Presses OK in a chooser of paths as soon as it takes what is chosen.
+/// Presses OK in a path chooser as soon as it is enabled.
 inline void acceptChoice(const QWidget& chooser)
 {
     press(*chooser.findChild<QDialogButtonBox*>(QStringLiteral("buttonBox"))->button(QDialogButtonBox::Ok));
 }
 
-/// A main window with a store of its own.
+/// A main window with its own settings.
 class ConsoleFixture {
 public:
     ConsoleFixture()
@@ -62,11 +62,11 @@ public:
         , window(std::make_unique<console::MainWindow>(store))
     {
         window->controller().m_endTimeoutMs = 50;
-        window->stateWatch().setInterval(0); // a test counts what it sends itself
+        window->stateWatch().setInterval(0); // tests count the commands that they send
         window->show();
     }
 
-    // What the user does.
+    // Actions of the user.
     void use(const ScriptedServer& server)
     {
         start({ console::ServerChoice::Kind::Remote, {}, ScriptedServer::host(), server.port() });
@@ -90,7 +90,7 @@ public:
     void press(const char* button) { testing::press(widget<QAbstractButton>(button)); }
     void choose(const char* action) { widget<QAction>(action).trigger(); }
 
-    // What the user sees.
+    // What is visible to the user.
     template <typename Object> Object& widget(const char* name)
     {
         auto* object = window->findChild<Object*>(QString::fromLatin1(name));
@@ -98,7 +98,7 @@ public:
             qFatal("no %s", name);
         return *object;
     }
-    /// Opens the window of this entry; null if it is none of that class or cannot be opened.
+    /// Opens the window of this entry; null if it is not of that class or cannot be opened.
     template <typename Window> Window* open(const char* id) { return qobject_cast<Window*>(find(id)); }
     QWidget* find(const char* id)
     {

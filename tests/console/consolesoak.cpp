@@ -48,18 +48,18 @@ namespace {
 constexpr int faultMs = 6000; // how long a fault lasts
 constexpr int calmMs = 4000; // how long there is none
 constexpr int minuteMs = 60000;
-constexpr int briefly = 5; // how much shorter faults and pauses are until each fault was there once
+constexpr int briefly = 5; // factor by which faults and pauses are shorter until each fault has occurred once
 constexpr int closingMs = 3000; // until the sessions of closed windows have ended
 constexpr int silenceLimitMs = 60000; // a session notices silence after 41 s and connects again after 1 s
-constexpr int settleMs = 70000; // after the last fault every poll is answered or given up within this time
-constexpr int heapJudgedFrom = 240; // seconds: a shorter run has no plateau to look at
+constexpr int settleMs = 70000; // after the last fault every poll is answered or cancelled within this time
+constexpr int heapJudgedFrom = 240; // seconds: a shorter run has no plateau to evaluate
 
 double megabytes(std::size_t bytes)
 {
     return double(bytes) / (1024.0 * 1024.0);
 }
 
-/// Bytes that the program has taken from the heap and not given back.
+/// Bytes allocated on the heap and not freed.
 std::size_t heapInUse()
 {
     const struct mallinfo2 info = ::mallinfo2();
@@ -77,10 +77,10 @@ QStringList threadNames()
     return names;
 }
 
-/// A connection of the soak's own, over which faults are set and ended: the reply to `fault` always comes.
+/// A separate connection for setting and ending faults: `fault` is always answered.
 class FaultSwitch {
 public:
-    /// Connects again if need be. False if the server is not there or does not answer.
+    /// Connects again if needed. False if the server does not answer.
     bool set(quint16 port, const QByteArray& fault)
     {
         if (port != m_port || m_socket->state() != QAbstractSocket::ConnectedState) {
@@ -121,7 +121,7 @@ const QList<QByteArray>& faults()
     return all;
 }
 
-/// Another program's log, which is long already and starts again now and then.
+/// The log of another program, which is long and rotated occasionally.
 class LogWriter {
 public:
     explicit LogWriter(const QString& path)
@@ -137,7 +137,7 @@ public:
         for (int i = 0; i < lines; ++i)
             file.write("12:00:00 line " + QByteArray::number(++m_line) + " of a log that grows all day\n");
     }
-    /// The old file gets another name; the new one is as long.
+    /// Renames the old file; the new one is equally long.
     void rotate()
     {
         const QString old = m_path + QStringLiteral(".1");
@@ -151,7 +151,7 @@ private:
     int m_line = 1000000;
 };
 
-/// The fonts of all that is open, each once.
+/// The fonts of all open windows, each once.
 QList<QFont> fontsInUse()
 {
     QMap<QString, QFont> fonts;
@@ -161,8 +161,8 @@ QList<QFont> fontsInUse()
     return fonts.values();
 }
 
-/// Lets Qt load the letters of broken replies, which faults show at their own time, each with the fonts that its script
-/// needs. They stay as long as the fonts that it returns.
+/// Makes Qt load the glyphs of broken replies, which faults would show later, with the fonts that each script needs.
+/// They stay loaded as long as the returned fonts.
 QList<QFont> loadLetters(const QList<QFont>& fonts)
 {
     QList<QFont> loaded;
@@ -222,21 +222,21 @@ private:
     WindowContext m_context;
     FaultSwitch m_switch;
     QElapsedTimer m_clock;
-    Counts m_counts[3]; ///< of the curves, the map and the statistics, over all windows of the kind
+    Counts m_counts[3]; ///< for curves, map and statistics, over all windows of the kind
     QStringList m_wrong;
     qsizetype m_nextFault = 0;
     int m_faultsSet = 0;
-    int m_starts = 0; ///< of a server that had gone
-    int m_rounds = 0; ///< of closing and opening everything
+    int m_starts = 0; ///< restarts of a lost server
+    int m_rounds = 0; ///< rounds of closing and opening everything
     int m_commands = 0;
     bool m_isCalm = false;
     bool m_isOpeningDue = false;
     qsizetype m_mostWindows = 0;
-    QSize m_size; ///< of the console before windows are tiled
-    QList<std::size_t> m_heap; ///< the least of each minute
+    QSize m_size; ///< size of the console before windows are tiled
+    QList<std::size_t> m_heap; ///< minimum of each minute
     QList<std::size_t> m_closedHeap; ///< after each minute, with all windows closed
     std::size_t m_leastHeap = 0;
-    std::size_t m_letters = 0; ///< of the heap, what Qt keeps of letters for as long as the soak runs
+    std::size_t m_letters = 0; ///< part of the heap that Qt uses for glyphs during the soak
 };
 
 void Soak::wrong(const QString& text)
@@ -265,7 +265,7 @@ void Soak::openCounted()
     curves.xMax = 40000.0;
     curves.last = 7;
     MapRequest map;
-    map.command = QStringLiteral("hist2d image bins:16"); // small enough to come byte by byte
+    map.command = QStringLiteral("hist2d image bins:16"); // small enough to be sent byte by byte
     map.bins = 16;
     OpenWindows& windows = m_window.windows();
     const auto title = [] { return QStringLiteral("soak"); };
@@ -296,7 +296,7 @@ void Soak::fault(bool isOn)
         m_faultsSet += isOn ? 1 : 0;
 }
 
-/// What the user does all day: starts a server that is gone, asks something, gives up what takes too long.
+/// Actions of the user: starts a lost server, sends commands, cancels what takes too long.
 void Soak::work()
 {
     const ServerState state = m_window.controller().state();
@@ -308,7 +308,7 @@ void Soak::work()
     }
     if (state != ServerState::Up)
         return;
-    if (m_isOpeningDue) // after a start, and when everything was closed
+    if (m_isOpeningDue) // after a start, and after everything was closed
         openEverything();
     if (m_window.commandPanel().isBusy()) {
         m_window.commandPanel().giveUp();
@@ -319,7 +319,7 @@ void Soak::work()
     ++m_commands;
 }
 
-/// Four looks take turns. Qt keeps letters and controls of each.
+/// Alternates four looks. Qt caches glyphs and controls of each.
 void Soak::changeLook(int round)
 {
     setLanguage(round % 2 == 0 ? QStringLiteral("en") : QStringLiteral("de"));
@@ -331,7 +331,7 @@ void Soak::everyMinute()
     ++m_rounds;
     becomeCalm(); // the connections of the console itself count
     m_window.windows().closeAll();
-    m_window.resize(m_size); // its picture counts
+    m_window.resize(m_size); // its picture is included
     action("clearRecordAction").trigger();
     QTest::qWait(closingMs);
     ::malloc_trim(0);
@@ -394,7 +394,7 @@ bool Soak::becomeCalm(const std::function<bool()>& isSettled)
     return QTest::qWaitFor(isCalm, settleMs);
 }
 
-/// Without faults: everything comes up again, and each poll is answered or given up.
+/// Without faults: everything recovers, and each poll is answered or cancelled.
 void Soak::settle()
 {
     for (Counts& counts : m_counts)
@@ -412,7 +412,7 @@ int Soak::run(int seconds)
     const qsizetype threadsBefore = threadNames().size();
     m_size = m_window.size();
     m_clock.start();
-    QTimer boxes; // they stop everything else
+    QTimer boxes; // they block everything else
     QObject::connect(&boxes, &QTimer::timeout, &boxes, [this] { closeBoxes(); });
     boxes.start(200);
     start();
@@ -432,7 +432,7 @@ int Soak::run(int seconds)
     while (m_clock.elapsed() < seconds * 1000LL) {
         QTest::qWait(50);
         const qint64 now = m_clock.elapsed();
-        const int part = m_nextFault < faults().size() ? briefly : 1; // what faults make Qt keep is there early
+        const int part = m_nextFault < faults().size() ? briefly : 1; // makes Qt allocate its caches for faults early
         if (!m_isCalm && now - lastFault > (isFaulty ? faultMs : calmMs) / part) {
             isFaulty = !isFaulty;
             fault(isFaulty);
@@ -491,7 +491,7 @@ void Soak::report(int seconds)
     judgeHeap("heap, closed", m_closedHeap);
 }
 
-/// The first minute makes caches; from then on what a minute leaves stays the same.
+/// The first minute fills caches; after that the memory must not grow.
 void Soak::judgeHeap(const char* what, const QList<std::size_t>& minutes)
 {
     const std::size_t plateau = std::max(minutes.at(0), minutes.at(1));
@@ -502,7 +502,7 @@ void Soak::judgeHeap(const char* what, const QList<std::size_t>& minutes)
         wrong(QStringLiteral("the heap grows"));
 }
 
-/// What the platform without a screen cannot do is no news.
+/// Drops warnings about missing features of the offscreen platform.
 void printMessage(QtMsgType, const QMessageLogContext&, const QString& text)
 {
     if (!text.startsWith(u"This plugin does not support") && !text.contains(u"OpenType support missing"))
@@ -521,7 +521,7 @@ int main(int argc, char** argv)
         if (qstrcmp(argv[i], "--seconds") == 0)
             seconds = qMax(1, QByteArray(argv[i + 1]).toInt());
     }
-    // What the C library keeps for each thread would count as taken from the heap.
+    // The C library's caches per thread would count as allocated.
     if (!qEnvironmentVariableIsSet("GLIBC_TUNABLES")) {
         qputenv("GLIBC_TUNABLES", "glibc.malloc.tcache_count=0");
         ::execv("/proc/self/exe", argv);
@@ -534,8 +534,8 @@ int main(int argc, char** argv)
     const QTemporaryDir scratch;
     const QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
-    // Qt keeps up to 10 MiB of painted controls, which colours and languages fill over a quarter of an hour, and their
-    // names beyond that: none here.
+    // Disables Qt's cache of painted controls (up to 10 MiB), which colours and languages fill over a quarter of an
+    // hour.
     QPixmapCache::setCacheLimit(0);
     initlog(scratch.filePath(QStringLiteral("console.log")).toStdString(), 0);
     QSettings store(scratch.filePath(QStringLiteral("console.ini")), QSettings::IniFormat);

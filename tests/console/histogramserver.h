@@ -1,4 +1,4 @@
-// A server with two histograms, and a console at which the user chooses among them.
+// A server with two histograms, and a console with the histogram chooser.
 #pragma once
 
 #include "console/consolefixture.h"
@@ -30,7 +30,7 @@ public:
     }
 };
 
-/// A desk with the list open and filled.
+/// A console with the open, filled list.
 struct OpenList {
     explicit OpenList(ScriptedServer& server, ConsoleFixture& desk)
     {
@@ -65,7 +65,7 @@ struct OpenList {
         tarnis::testing::press(*button);
     }
     void accept() const { tarnis::testing::press(ok()); }
-    /// Of the two histograms the second alone.
+    /// True if only the second histogram is opened.
     bool opensTheMap() const
     {
         if (!isFilled(2))

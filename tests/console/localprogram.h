@@ -1,4 +1,4 @@
-// A local server in a few lines of shell, for tests of who starts and ends it.
+// A local server in a few lines of shell, for tests of starting and ending it.
 #pragma once
 
 #include <QFile>
@@ -9,7 +9,7 @@
 
 namespace tarnis::testing {
 
-/// The program is gone with the object; a process that still runs goes on.
+/// The program file is deleted with the object; a running process continues.
 class LocalProgram {
 public:
     explicit LocalProgram(const QString& body)
@@ -26,13 +26,13 @@ private:
     QTemporaryDir m_directory;
 };
 
-/// Tells a port and ends when its input does.
+/// Announces a port and exits at the end of its input.
 inline QString faithful(quint16 port)
 {
     return QStringLiteral("echo 'UI port: %1'\nread line").arg(port);
 }
 
-/// Tells a port and does not care about its input.
+/// Announces a port and ignores its input.
 inline QString deaf(quint16 port)
 {
     return QStringLiteral("echo 'UI port: %1'\nwhile :; do sleep 1; done").arg(port);

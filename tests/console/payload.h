@@ -1,4 +1,4 @@
-// Payloads of binary replies as tests read them.
+// Reads payloads of binary replies.
 #pragma once
 
 #include <QByteArray>
@@ -8,7 +8,7 @@
 
 namespace simtest {
 
-/// The doubles of a payload; bytes beyond the last whole one are left out.
+/// The doubles of a payload; bytes after the last complete one are ignored.
 inline std::vector<double> doublesOf(const QByteArray& payload)
 {
     constexpr auto width = static_cast<qsizetype>(sizeof(double));

@@ -1,4 +1,4 @@
-// The console's live windows, with a count of what becomes of their polls.
+// The console's live windows, with counts of the results of their polls.
 #pragma once
 
 #include "histograms/livewindows.h"
@@ -11,16 +11,16 @@
 
 namespace soak {
 
-/// Over all windows of one kind that were ever open, of which one is open at a time.
+/// Counts over all windows of one kind, of which one is open at a time.
 class Counts {
 public:
     int asked = 0;
     int answered = 0;
-    int failed = 0; ///< the window said so
-    int closed = 0; ///< the window was closed meanwhile
+    int failed = 0; ///< failures shown by the window
+    int closed = 0; ///< the window was closed in the meantime
 
     int unaccounted() const { return asked - answered - failed - closed - (m_isWaiting ? 1 : 0); }
-    /// The longest time between a poll and its answer, or the window's words about its failure.
+    /// The longest time between a poll and its answer, or the message about its failure.
     qint64 longestSilenceMs() const { return std::max(m_longestMs, m_isWaiting ? m_since.elapsed() : 0); }
 
     void ask()
@@ -39,7 +39,7 @@ public:
     void fail() { settle(failed); }
     void close() { settle(closed); }
 
-    /// Fresh is who has been answered twice since.
+    /// A window is up to date after two more answers.
     void expectFresh() { m_answersWanted = 2; }
     bool isFresh() const { return m_answersWanted == 0; }
 
@@ -55,11 +55,11 @@ private:
 
     bool m_isWaiting = false;
     int m_answersWanted = 0;
-    QElapsedTimer m_since; ///< the poll that has no answer yet
+    QElapsedTimer m_since; ///< time of the unanswered poll
     qint64 m_longestMs = 0;
 };
 
-/// Tells the count when the window says that something is wrong.
+/// Counts a failure when the window shows one.
 class ShownFailure : public QObject {
 public:
     ShownFailure(QWidget& window, Counts& counts)
@@ -81,7 +81,7 @@ protected:
     Counts& m_counts;
 };
 
-/// Live is LiveCurves or LiveMap, Text and Bytes what its result() and error() take.
+/// Live is LiveCurves or LiveMap, Text and Bytes are the parameter types of its result() and error().
 template <typename Live, typename Request, typename Bytes, typename Text> class CountedPlot : public Live {
 public:
     CountedPlot(const console::WindowContext& context, const Request& request, Counts& counts)
@@ -111,7 +111,7 @@ private:
 using CountedCurves = CountedPlot<console::LiveCurves, console::CurvesRequest, QByteArray const&, QString const&>;
 using CountedMap = CountedPlot<console::LiveMap, console::MapRequest, QByteArray, QString>;
 
-/// The statistics ask again a second after each answer.
+/// The statistics poll again one second after each answer.
 class CountedStatistics : public console::LiveStatistics {
 public:
     CountedStatistics(const console::WindowContext& context, Counts& counts)

@@ -1,5 +1,4 @@
-// Every window of the console for people without a mouse or without sight: names, keys, tab order, contrast, in both
-// languages.
+// Accessibility of every window of the console: names, keys, tab order, contrast, in both languages.
 #include "app/colours.h"
 #include "app/language.h"
 #include "console/consolefixture.h"
@@ -40,7 +39,7 @@ using namespace tarnis::testing;
 
 namespace {
 
-/// A server that answers everything that the windows ask.
+/// A server that answers all requests of the windows.
 class HistogramServer : public ScriptedServer {
 public:
     HistogramServer()
@@ -62,7 +61,7 @@ public:
     }
 };
 
-/// A desk with every window of the menu open.
+/// A console with every window of the menu open.
 struct FullConsoleFixture {
     FullConsoleFixture()
     {
@@ -91,7 +90,7 @@ struct FullConsoleFixture {
     QList<QWidget*> windows;
 };
 
-/// The same with every box open that stands in front of or beside one of the windows.
+/// The same with every box open in front of or beside one of the windows.
 struct BoxesFixture : FullConsoleFixture {
     BoxesFixture()
     {
@@ -131,7 +130,7 @@ struct BoxesFixture : FullConsoleFixture {
     QWidget m_other;
 };
 
-/// A part of a control, which the control speaks for.
+/// An inner part of a control, which the control represents.
 bool isInner(const QWidget& widget)
 {
     return widget.objectName().startsWith(u"qt_") || qobject_cast<const QAbstractSpinBox*>(widget.parent())
@@ -150,8 +149,8 @@ bool isControl(const QWidget& widget)
             || qobject_cast<const XYGraphWidget*>(&widget));
 }
 
-/// Tab reaches one of such choices, and the arrow keys go from one to the other.
-/// The buttons of a tool bar show icons alone, and Tab leads to one of them.
+/// Tab selects one of these choices, and the arrow keys move between them. The buttons of a tool bar only show icons,
+/// and Tab selects one of them.
 bool isInToolBar(const QWidget& widget)
 {
     const QWidget* parent = widget.parentWidget();
@@ -232,7 +231,7 @@ QMenu* openTools(XYGraphWidget& plot)
     return menu;
 }
 
-/// As a user who has come there by Tab.
+/// As if the user had pressed Tab.
 void takeKeyboard(XYGraphWidget& plot)
 {
     plot.window()->activateWindow();
@@ -259,10 +258,10 @@ void chooseTool(XYGraphWidget& plot, const QString& text)
         qFatal("%s cannot be chosen", qPrintable(text));
     menu->setActiveAction(entry);
     QTest::keyClick(menu, Qt::Key_Return);
-    plot.window()->activateWindow(); // this platform gives the keyboard to menus and does not take it back
+    plot.window()->activateWindow(); // this platform gives the focus to menus and does not restore it
 }
 
-/// Chooses an entry as soon as a menu with it opens: this platform closes menus that open behind another one.
+/// Chooses an entry as soon as a menu with it opens: this platform closes menus that open after another one.
 class MenuHand : public QObject {
 public:
     explicit MenuHand(const QString& text)
@@ -310,7 +309,7 @@ QList<QKeySequence> shortcutsOf(const QWidget& window)
 {
     QList<QKeySequence> keys;
     for (const QAction* action : window.findChildren<QAction*>()) {
-        if (action->shortcutContext() != Qt::WidgetShortcut) // else it is shown only: the plot takes the key
+        if (action->shortcutContext() != Qt::WidgetShortcut) // otherwise it is only displayed: the plot handles the key
             keys += action->shortcuts();
     }
     for (const QShortcut* shortcut : window.findChildren<QShortcut*>())
@@ -335,7 +334,7 @@ QList<QKeySequence::StandardKey> editingKeys()
     return keys;
 }
 
-/// Neither a line nor a text takes this key for itself.
+/// True if neither a line edit nor a text edit handles this key.
 bool isLeftToTheWindow(const QKeySequence& key)
 {
     const QKeyCombination combination = key[0];
@@ -412,7 +411,7 @@ private Q_SLOTS:
         }
         for (const QMenu* const menu : full.desk.window->findChildren<QMenu*>()) {
             if (isInToolBar(*menu))
-                continue; // of the tools of a plot
+                continue; // belongs to the tools of a plot
             for (const QAction* const action : menu->actions()) {
                 const bool isOpenWindow = action->isSeparator() || action->menu() || action->text().startsWith(u'&');
                 if (!isOpenWindow && action->toolTip() == action->text().remove(u'&'))
@@ -446,7 +445,7 @@ private Q_SLOTS:
         QStringList titles;
         for (const QWidget* window : full.all()) {
             if (window->windowFlags() & Qt::FramelessWindowHint)
-                continue; // it stands beside its window, which has one
+                continue; // it is beside its window, which has one
             QVERIFY2(!window->windowTitle().isEmpty() && window->windowTitle() != u"Dialog",
                 window->metaObject()->className());
             titles.append(window->windowTitle());
@@ -503,8 +502,8 @@ private Q_SLOTS:
 
     void noShortcutIsAKeyOfTheEditors()
     {
-        // What editors do with a key goes before what the window does with it. The letters are those that Qt's editors
-        // know with Ctrl on any desktop, and those of terminals.
+        // Keys of editors have priority over those of the window. The letters are those that Qt's editors use with Ctrl
+        // on any desktop, and those of terminals.
         const FullConsoleFixture full;
         for (const QWidget* window : full.all()) {
             for (const QKeySequence& key : shortcutsOf(*window)) {
@@ -636,7 +635,7 @@ private Q_SLOTS:
         FullConsoleFixture full;
         auto& plot = *full.desk.open<Graph1DDialog>("curves")->getGraphWidget();
         QTRY_VERIFY(plot.hasData());
-        plot.grab(); // the labels stand where they were painted
+        plot.grab(); // the labels are where they were painted
         takeKeyboard(plot);
         chooseTool(plot, entry);
         QTRY_VERIFY(plot.findChild<QLineEdit*>());

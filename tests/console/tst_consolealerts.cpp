@@ -1,4 +1,4 @@
-// What the console says of itself: alerts that stand and such that pass, the status in words, a store that is broken.
+// Messages of the console: permanent and transient alerts, status texts, a broken settings file.
 #include "app/language.h"
 #include "command/history.h"
 #include "console/consolefixture.h"
@@ -85,7 +85,7 @@ private Q_SLOTS:
         bar.setStatusMessage(lost);
         QCOMPARE(bar.alert(), lost);
         QVERIFY(bar.note().isEmpty());
-        // A failure displaces what can be sent again, and is displaced by nothing that passes.
+        // A failure replaces the offer to send again, and is not replaced by a transient alert.
         bar.setAlert(failure(QStringLiteral("gone")));
         bar.setStatusMessage(lost);
         QCOMPARE(bar.alert(), failure(QStringLiteral("gone")));
@@ -154,7 +154,7 @@ private Q_SLOTS:
         }
     }
 
-    // What is kept.
+    // Stored settings.
 
     void aServerThatIsKeptWrong_data()
     {

@@ -1,4 +1,4 @@
-// What the user types behind tarnis-console.
+// The command line of tarnis-console.
 #include "app/commandline.h"
 
 #include <QTest>

@@ -1,4 +1,4 @@
-// The choice of histograms, and what becomes of the windows that it opens: one for each, tiled, cascaded, closed.
+// The chooser of histograms, and its windows: one for each, tiled, cascaded, closed.
 #include "console/consolefixture.h"
 #include "console/histogramserver.h"
 #include "console/windowlists.h"
@@ -220,7 +220,7 @@ private Q_SLOTS:
         QApplication::sendEvent(list.chooser, &language);
         QVERIFY(isChecked(1));
         QCOMPARE(server.requests().count("hists"), asked);
-        // A reconnect asks again; the list comes in another order, with one more.
+        // A reconnect requests the list again, which has another order and one more entry.
         server.answer("hists",
             { Step::text("OK:\nimage: kind=2d binsx=2 minx=0 maxx=10 binsy=3 miny=-1 maxy=1\n"
                          "a: kind=1d bins=4 min=0 max=1\ntime: kind=1d bins=4 min=0 max=1\n") });
@@ -253,7 +253,7 @@ private Q_SLOTS:
         QCOMPARE(label->text(), "Row 0-63 of 100");
     }
 
-    // Windows of certain histograms.
+    // Windows of particular histograms.
 
     void windowsTakeWhatTheServerLists()
     {

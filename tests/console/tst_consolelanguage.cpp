@@ -22,7 +22,7 @@ using namespace console;
 
 namespace {
 
-/// A main window with a store of its own.
+/// A main window with its own settings.
 class Console {
 public:
     Console() { open(); }

@@ -1,4 +1,4 @@
-// Leaving the console and ending its server: what the user still needs is asked about first, and nothing else is.
+// Leaving the console and ending its server: asks first if data would be lost, and only then.
 #include "browse/pathwindows.h"
 #include "browse/servertext.h"
 #include "console/consolefixture.h"
@@ -16,7 +16,7 @@ using namespace tarnis::testing;
 
 namespace {
 
-/// A console on a server of this machine, which may be in the middle of a run.
+/// A console with a local server, which may be in a run.
 class LeavingDesk : public ConsoleFixture {
 public:
     explicit LeavingDesk(ScriptedServer& server)
@@ -40,7 +40,7 @@ public:
     }
     void answerNo() { answer(*window, "runBox", QMessageBox::Cancel); }
     bool isUp() const { return window->controller().state() == ServerState::Up; }
-    /// Reaches Off, and hands every event on the way out.
+    /// Waits for the state Off and processes all pending events.
     bool isLeft()
     {
         return QTest::qWaitFor([this] { return !window->isVisible(); }, timeoutMs);
@@ -121,7 +121,7 @@ private Q_SLOTS:
         desk.answerNo();
         QTRY_VERIFY(!desk.question());
         QVERIFY(desk.isUp() && desk.window->controller().isLocal());
-        // What was chosen is not lost.
+        // The choice is not lost.
         const auto* const dialog = desk.window->findChild<ConnectDialog*>();
         QVERIFY(dialog && dialog->isVisible());
         QCOMPARE(dialog->choice().kind, ServerChoice::Kind::Remote);
@@ -178,7 +178,7 @@ private Q_SLOTS:
         answer(*text, "changesBox", QMessageBox::Cancel);
         QTRY_VERIFY(!LeavingDesk::changesOf(*text));
         QVERIFY(desk.isUp() && desk.window->isVisible() && text->isVisible());
-        // What was given up is not taken up by a later answer.
+        // A later answer does not resume a cancelled action.
         text->close();
         answer(*text, "changesBox", QMessageBox::Discard);
         QTRY_VERIFY(text.isNull());
@@ -271,7 +271,7 @@ private Q_SLOTS:
         QCOMPARE(rejections, 1);
         QTRY_VERIFY(!LeavingDesk::changesOf(*text));
         QTRY_VERIFY(!desk.question());
-        // A later saving is nothing but that.
+        // A later save does nothing else.
         text->saveTo(QStringLiteral("/data/new"));
         const auto* const state = text->findChild<QLabel*>(QStringLiteral("stateLabel"));
         QTRY_COMPARE_WITH_TIMEOUT(state->text(), QStringLiteral("Saved."), timeoutMs);
@@ -299,7 +299,7 @@ private Q_SLOTS:
         desk.window->close();
         desk.answerNo();
         QTRY_VERIFY(!desk.question());
-        // The text goes when it is saved, but nothing behind it.
+        // The text closes when it is saved, but nothing else does.
         text->saveTo(QStringLiteral("/data/new"));
         QTRY_VERIFY_WITH_TIMEOUT(text.isNull(), timeoutMs);
         QCoreApplication::processEvents();

@@ -1,4 +1,4 @@
-// The console's live windows and path choosers when servers go and come back, and what is chosen in them.
+// The console's live windows and path choosers when servers are lost and come back, and the choices in them.
 #include "browse/pathwindows.h"
 #include "console/consolefixture.h"
 #include "settings/settingspanel.h"
@@ -90,7 +90,7 @@ struct LiveWindows {
             [this] { return infoOf(*curves).isEmpty() && infoOf(*map).isEmpty() && infoOf(*statistics).isEmpty(); },
             timeoutMs);
     }
-    /// What is on show and what was set are as before.
+    /// The displayed data and settings are unchanged.
     bool areKept() const
     {
         return curves->isVisible() && map->isVisible() && statistics->isVisible() && curves->getGraphWidget()->hasData()
@@ -116,7 +116,7 @@ class TestConsoleLive : public QObject {
 private Q_SLOTS:
     void initTestCase() { QApplication::setQuitOnLastWindowClosed(false); }
 
-    // Servers that go.
+    // Lost servers.
 
     void liveWindowsGoOnAfterTheServerWasLost_data()
     {
@@ -262,7 +262,7 @@ private Q_SLOTS:
         desk.send(QStringLiteral("here?")); // the command line has its connection
         QVERIFY(desk.shows(QStringLiteral("yes")));
         desk.choose("clearRecordAction");
-        QVERIFY(server.waitForFarewells(2)); // of the look at the server and of the list of its histograms
+        QVERIFY(server.waitForFarewells(2)); // of the check of the server and of the list of its histograms
         const int before = server.connectionCount();
         const QPointer<QWidget> window = desk.open<QWidget>(id.constData());
         QVERIFY(server.waitForConnections(before + 1));
@@ -400,7 +400,7 @@ private Q_SLOTS:
             QVERIFY2(!request.contains("basepath"), request.constData());
     }
 
-    // What the windows offer.
+    // Features of the windows.
 
     void theWindowsOfferTheirToolsInTheMenu()
     {

@@ -1,5 +1,5 @@
-// What the live windows of the console keep, say and offer about their data: their age, a server that hangs or comes
-// back, the range that the user has chosen, the tools, filtered maps.
+// Data of the console's live windows: their age, a server that hangs or comes back, the range chosen by the user, the
+// tools, filtered maps.
 #include "console/consolefixture.h"
 #include "histograms/histogramchooser.h"
 #include "histograms/keptdata.h"
@@ -69,7 +69,7 @@ QAction* actionOf(const XYGraphWidget& plot, const QString& text)
     return nullptr;
 }
 
-/// The way to a server, which can be shut and opened again at the same port.
+/// A proxy to a server, which can be closed and opened again at the same port.
 class Door : public QTcpServer {
 public:
     explicit Door(quint16 target)
@@ -198,11 +198,11 @@ private Q_SLOTS:
         DataAge age(*window, [&] { return isExpected; });
         age.m_limitMs = 0;
         window->dataAge().m_limitMs = 0;
-        isExpected = true; // a line that waits shows that this one was looked at too
+        isExpected = true; // a waiting line shows that this one was checked too
         QTRY_VERIFY_WITH_TIMEOUT(age.label()->text().contains(QStringLiteral("waits")), timeoutMs);
         QVERIFY(!ageOf(*window).contains(QStringLiteral("waits")));
         QCOMPARE(server.requests().count(curvesCommand), polls);
-        // Until an update is asked for by hand.
+        // Until the user requests an update.
         press(*window->findChild<QPushButton*>(QStringLiteral("updatePushButton")));
         QTRY_VERIFY_WITH_TIMEOUT(ageOf(*window).contains(QStringLiteral("waits")), timeoutMs);
     }
@@ -279,7 +279,7 @@ private Q_SLOTS:
         QTRY_VERIFY_WITH_TIMEOUT(!info->isVisible(), timeoutMs);
     }
 
-    // Data of a server that has gone.
+    // Data of a lost server.
 
     void thePictureStaysUntilTheNewServerHasData_data()
     {
@@ -322,7 +322,7 @@ private Q_SLOTS:
         QVERIFY(desk.reaches(ServerState::Failed));
         QVERIFY(bar.isVisible());
         QVERIFY(!bar.findChild<QPushButton*>(QStringLiteral("keptReleaseButton"))->isVisible());
-        // What is on show can be saved before anything else happens.
+        // The displayed data can be saved before anything else happens.
         for (const char* const name : { "keptPictureButton", "keptValuesButton" }) {
             press(*bar.findChild<QPushButton*>(QLatin1String(name)));
             auto* const dialog = window->findChild<tarnis::ExportDialog*>();
@@ -334,7 +334,7 @@ private Q_SLOTS:
                 { Step::doubles(something, text) } });
         desk.window->controller().restart();
         QVERIFY(desk.reaches(ServerState::Up));
-        QVERIFY(server.waitForHold("empty")); // the first empty reply has been dealt with
+        QVERIFY(server.waitForHold("empty")); // the first empty reply has been handled
         QCOMPARE(largest(), kept);
         QVERIFY(bar.isVisible());
         server.open("empty");
@@ -387,7 +387,7 @@ private Q_SLOTS:
         QVERIFY(isAllZero(bytes({ 5 }), true)); // half a pair
     }
 
-    // What the user has chosen.
+    // Choices of the user.
 
     void aZoomInThePairFormatStaysUntilReset()
     {
@@ -416,7 +416,7 @@ private Q_SLOTS:
         QVERIFY(isShown(0, 40000));
         server.answer(pairsCommand, { Step::doubles({ 0, 8 }, "OK: (0 50000 1024)\n") });
         QTRY_COMPARE_WITH_TIMEOUT(plot.getMaxValue(), 8.0, timeoutMs);
-        QVERIFY(isShown(0, 50000)); // again as the server says
+        QVERIFY(isShown(0, 50000)); // again according to the server
     }
 
     void histogramsWithFewBinsOpenAsColumns_data()
@@ -507,7 +507,7 @@ private Q_SLOTS:
         }
         QTest::keyClick(window, Qt::Key_Escape);
         QVERIFY(window->isVisible());
-        QApplication::setActiveWindow(window); // the box of a tool may have been in front
+        QApplication::setActiveWindow(window); // the box of a tool may have been active
         QTest::keyClick(window, Qt::Key_W, Qt::ControlModifier);
         QTRY_VERIFY(window.isNull() || !window->isVisible());
     }

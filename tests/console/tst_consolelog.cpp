@@ -1,4 +1,4 @@
-// The log viewer: what it shows of a file that grows, is cut short, is replaced, is huge or is not there.
+// The log viewer with a file that grows, is truncated, replaced, huge or missing.
 #include "app/language.h"
 #include "log/logtail.h"
 #include "log/logwindow.h"
@@ -49,7 +49,7 @@ private:
     QSettings m_store { m_directory.filePath(QStringLiteral("memory.ini")), QSettings::IniFormat };
 };
 
-/// One look in words: text as it stands, events in angle brackets.
+/// One call as text: text unchanged, events in angle brackets.
 QString looked(LogTail& tail)
 {
     QString all;
@@ -75,7 +75,7 @@ QString looked(LogTail& tail)
     return all;
 }
 
-/// The window with the user in front of it.
+/// The window and the actions of its user.
 class Viewer {
 public:
     explicit Viewer(Writer& writer)

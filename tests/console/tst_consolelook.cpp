@@ -1,4 +1,4 @@
-// The choice of how plots look: on open plots and on those that open, stored, and following the window's colours.
+// The look of plots: on open and new plots, stored, and following the window's colours.
 #include "app/colours.h"
 #include "windows/plotlook.h"
 

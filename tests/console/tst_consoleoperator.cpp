@@ -52,7 +52,7 @@ template <typename Widget> Widget& in(QWidget* window, const char* name)
     return *widget;
 }
 
-/// The window that sends to modules, at a console that is connected.
+/// The window for module commands, in a connected console.
 struct Modules {
     explicit Modules(ScriptedServer& server)
     {

@@ -1,4 +1,4 @@
-// The panels of numbers beside a plot of the console: where they go, that each opens once, and their texts.
+// The analysis panels beside a plot of the console: positions, single instances, and texts.
 #include "windows/plotpanels.h"
 
 #include <tarnis/plots/vectorgraphwidget.h>
@@ -80,7 +80,7 @@ private Q_SLOTS:
         auto* const fit = window.dialog.findChild<tarnis::FitPanel*>();
         QCOMPARE(fit->plot(), window.plot);
         QVERIFY(fit->isVisible());
-        // The screen of the tests may be too small for a window of its own.
+        // The screen of the tests may be too small for a separate window.
         if (fit->isWindow()) {
             window.action("openFit")->trigger();
             QVERIFY(fit->windowTitle().contains(QStringLiteral("Energies")));
@@ -97,7 +97,7 @@ private Q_SLOTS:
         QVERIFY(!regions->isWindow());
         window.dialog.layout()->activate();
         QVERIFY(!regions->geometry().intersects(window.plot->geometry()));
-        // It has no frame to close it by.
+        // It has no close button.
         window.action("openRegions")->trigger();
         QTRY_VERIFY(regions.isNull());
     }

@@ -1,5 +1,4 @@
-// Where the console's windows and the boxes of their plots go: arithmetic, independence, places from one run to the
-// next.
+// Placement of the console's windows and the boxes of their plots: arithmetic, independence, stored positions.
 #include "app/language.h"
 #include "console/consolefixture.h"
 #include "console/windowlists.h"

@@ -1,4 +1,4 @@
-// Replies as the console shows them.
+// Formatting of replies in the console.
 #include "app/language.h"
 #include "server/replytext.h"
 
@@ -193,7 +193,7 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("command");
         QTest::addColumn<QString>("reply");
-        QTest::addColumn<int>("state"); // 1 running, 0 not, -1 not told
+        QTest::addColumn<int>("state"); // 1 running, 0 not, -1 unknown
         QTest::newRow("start") << "start"
                                << "OK:\nrun: 1\n"
                                << 1;

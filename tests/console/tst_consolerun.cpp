@@ -1,4 +1,4 @@
-// Runs by mouse: start, stop and clear in the main window, what it shows of the run, and the one poller behind it all.
+// Controlling runs: start, stop and clear in the main window, the displayed run status, and the common poller.
 #include "console/consolefixture.h"
 #include "run/runpanel.h"
 #include "server/runstatus.h"
@@ -32,7 +32,7 @@ public:
     bool knowsEvents(qint64 events)
     {
         const auto isKnown = [&] {
-            window->stateWatch().request(); // a poll under way may have been asked before
+            window->stateWatch().request(); // a poll under way may have been sent before
             return window->stateWatch().runStatus().events == events;
         };
         return QTest::qWaitFor(isKnown, timeoutMs);

@@ -1,4 +1,4 @@
-// The window of the run directories: which entries are runs, how they are sorted and filtered, what becomes of one.
+// The window of the run directories: recognition, sorting, filtering, and use of a run.
 #include "browse/runswindow.h"
 #include "console/consolefixture.h"
 
@@ -104,7 +104,7 @@ private Q_SLOTS:
         const QAbstractItemModel& model = *runs.widget<QTableView>("table").model();
         QCOMPARE(model.index(1, RunTable::Run).data().toInt(), 9);
         QCOMPARE(model.index(1, RunTable::Date).data().toString(), "2026-01-03");
-        QCOMPARE(model.index(3, RunTable::Date).data().toString(), "20261399"); // no day of the calendar
+        QCOMPARE(model.index(3, RunTable::Date).data().toString(), "20261399"); // not a valid date
     }
 
     void columnsSort_data()

@@ -1,4 +1,4 @@
-// The console's saves: each says how it ended, leaves an older file alone when it fails, and suggests a name.
+// The console's saves: each reports its result, leaves an older file unchanged on failure, and suggests a name.
 #include "console/consolefixture.h"
 #include "support/modalwatchdog.h"
 #include "support/savecases.h"
@@ -97,7 +97,7 @@ public:
     DataServer server;
 };
 
-/// Types the name into the chooser, in whose folder the trouble has begun meanwhile, and presses Save.
+/// Enters the name in the chooser after the trouble has begun in its folder, and presses Save.
 ModalWatchdog::Answer saveTo(SavePlace& place)
 {
     return [&place](QWidget& window) {
@@ -140,7 +140,7 @@ struct Trouble {
     const char* cause;
 };
 
-// A chooser enters a folder of the name that is typed instead of saving over it.
+// If the entered name is a folder, a chooser opens it instead of saving.
 constexpr Trouble chooserTroubles[] = {
     { SaveTrouble::FullDevice, "no space is left" },
     { SaveTrouble::FullDisk, "no space is left" },
@@ -148,7 +148,7 @@ constexpr Trouble chooserTroubles[] = {
     { SaveTrouble::VanishedFolder, "does not exist" },
     { SaveTrouble::SlashInName, "does not exist" },
 };
-// The printer's dialog looks at the others itself.
+// The printer's dialog checks the others itself.
 constexpr Trouble printerTroubles[] = {
     { SaveTrouble::FullDevice, "no space is left" },
     { SaveTrouble::FullDisk, "no space is left" },
@@ -202,7 +202,7 @@ private Q_SLOTS:
                 : QList<Trouble>(std::begin(chooserTroubles), std::end(chooserTroubles))) {
             SavePlace place(trouble, suffix);
             if (!place.isThere())
-                continue; // mounting is not allowed here
+                continue; // mounting is not permitted here
             QVERIFY(save(place));
             QMessageBox* const box = SaveDesk::boxOn(*window);
             QVERIFY2(box, cause);
@@ -234,7 +234,7 @@ private Q_SLOTS:
                  SaveTrouble::ReadOnlyFolder, SaveTrouble::VanishedFolder, SaveTrouble::SlashInName }) {
             SavePlace place(trouble, u'.' + suffix);
             if (!place.isThere())
-                continue; // mounting is not allowed here
+                continue; // mounting is not permitted here
             tarnis::ExportDialog& dialog = SaveDesk::exportOf(*window);
             dialog.setPath(place.path());
             place.begin();
@@ -297,10 +297,10 @@ private Q_SLOTS:
         if (trouble == SaveTrouble::FolderInPlace)
             QSKIP("the chooser enters the folder");
         SaveDesk desk;
-        desk.window->commandPanel().addMessage(QString(9000, u'x')); // more than the disk holds
+        desk.window->commandPanel().addMessage(QString(9000, u'x')); // more than fits on the disk
         SavePlace place(trouble, ".txt");
         if (!place.isThere())
-            QSKIP("mounting is not allowed here");
+            QSKIP("mounting is not permitted here");
         QList<ModalWatchdog::Answer> answers { saveTo(place) };
         if (QFileInfo::exists(place.path()))
             answers.append(agree);

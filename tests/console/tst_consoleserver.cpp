@@ -1,5 +1,5 @@
-// How the console comes to its server and loses it: the probe, a link of its own, and the control of the manager,
-// against a scripted server and against programs that behave well and badly as a local server.
+// Connecting to the server and losing it: the probe, the command channel and the server controller, with a scripted
+// server and with well-behaved and misbehaving local programs.
 #include "server/commandchannel.h"
 #include "server/servercontroller.h"
 #include "server/serverprobe.h"
@@ -32,7 +32,7 @@ ServerChoice remote(quint16 port, const QString& host = ScriptedServer::host())
     return { ServerChoice::Kind::Remote, {}, host, port };
 }
 
-/// A controller with short patience, and the alerts that it gives.
+/// A controller with short timeouts, and its alerts.
 struct Control {
     ServerController controller;
     QList<Alert> alerts;
@@ -227,7 +227,7 @@ private Q_SLOTS:
         Control control;
         control.start(remote(ScriptedServer::closedPort(), host));
         QVERIFY(control.reaches(ServerState::Failed));
-        // A server that was never there may have another address.
+        // A server that was never reached may have another address.
         QVERIFY2(control.says(words, AlertAction::ChooseServer), qPrintable(control.lastWords()));
         QVERIFY(control.lastWords().contains(host));
         control.controller.stop();

@@ -1,4 +1,4 @@
-// The settings beside a server that changes under them: values of others, restarts, refusals.
+// The settings panel with a changing server: changes by others, restarts, rejections.
 #include "app/language.h"
 #include "console/consolefixture.h"
 #include "settings/settingsmodel.h"
@@ -14,7 +14,7 @@ using namespace tarnis::testing;
 
 namespace {
 
-/// A console whose settings are at hand.
+/// A console with helpers for its settings.
 class SettingsDesk : public ConsoleFixture {
 public:
     SettingsModel& model() { return window->settingsPanel().model(); }
@@ -27,7 +27,7 @@ public:
     {
         return model().setData(model().index(model().rowOf(name), SettingsModel::Value), value, Qt::EditRole);
     }
-    /// Presses a button and waits until everything that it sent is answered.
+    /// Clicks a button and waits until everything that it sent is answered.
     bool pressed(const char* button)
     {
         press(button);
@@ -116,7 +116,7 @@ private Q_SLOTS:
         desk.press("downloadButton");
         QVERIFY(server.waitForHold("reading"));
         QVERIFY(!button.isEnabled());
-        QVERIFY(!desk.window->focusWidget()); // letters go nowhere
+        QVERIFY(!desk.window->focusWidget()); // key presses have no effect
         desk.edit("rate", "11");
         desk.ConsoleFixture::edit().setFocus();
         server.open("reading");
@@ -173,7 +173,7 @@ private Q_SLOTS:
         QTRY_VERIFY_WITH_TIMEOUT(desk.settingsState().startsWith(QStringLiteral("1 changed")), timeoutMs);
     }
 
-    // What the panel says.
+    // Texts of the panel.
 
     void aChangeOfTheLanguageKeepsWhatIsSaid()
     {

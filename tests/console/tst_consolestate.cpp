@@ -1,5 +1,4 @@
-// The status of the server while the user types nothing: runs that end by themselves, servers that go, busy ones left
-// alone.
+// The status of the server without user commands: runs that end, lost servers, busy servers that are not polled.
 #include "console/consolefixture.h"
 #include "histograms/livewindows.h"
 
@@ -15,7 +14,7 @@ Script told(const QByteArray& state)
     return { Step::text("OK:\nstate: " + state + "\n") };
 }
 
-/// A console that looks after its server's state all the time.
+/// A console that polls its server's state permanently.
 class WatchingDesk : public ConsoleFixture {
 public:
     explicit WatchingDesk(const ScriptedServer& server)
@@ -119,7 +118,7 @@ private Q_SLOTS:
         for (const auto busy : { Tarnis::HARDWARE_BUSY, Tarnis::STARTING, Tarnis::LOADING }) {
             tarnis.SetStatus(busy);
             QVERIFY(!desk.window->stateWatch().ask());
-            desk.window->controller().readState("OK:\nstate: RUNNING\n", 0); // asked before it was busy
+            desk.window->controller().readState("OK:\nstate: RUNNING\n", 0); // requested before it was busy
             QCOMPARE(desk.window->controller().status(), busy);
         }
         tarnis.SetStatus(Tarnis::SERVER_CONNECTED);

@@ -1,5 +1,5 @@
-// The window of a text on the server: opened and saved through the choosers, in the form that it had, with changes that
-// nobody loses.
+// The editor of a text on the server: opened and saved through the choosers, in its original encoding, without losing
+// changes.
 #include "browse/servertext.h"
 #include "console/consolefixture.h"
 
@@ -72,8 +72,8 @@ struct OpenText {
         }
         return nullptr;
     }
-    /// The chooser in front of the window, as soon as it has listed the folder and says what can be done there: the
-    /// names and what is said come in two events.
+    /// The chooser in front of the window, as soon as it has listed the folder and shows its state: names and state
+    /// arrive in two events.
     QDialog* chooser() const
     {
         const auto isListed = [&] {
@@ -241,7 +241,7 @@ private Q_SLOTS:
         QCOMPARE(OpenText::stateOf(*chooser), "Listing...");
         QVERIFY(!OpenText::ok(*chooser).isEnabled());
         server.release("old");
-        // The chooser goes back to the server's own folder by itself; the reason stays on show.
+        // The chooser returns to the server's own folder; the reason remains shown.
         QVERIFY(OpenText::says(*chooser, QStringLiteral("No permission\nChoose a file")));
         OpenText::choose(*chooser, QStringLiteral("notes.txt"));
         QTRY_VERIFY_WITH_TIMEOUT(OpenText::ok(*chooser).isEnabled(), timeoutMs);
@@ -266,7 +266,7 @@ private Q_SLOTS:
         QVERIFY(chooser && chooser->isVisible());
         QVERIFY(!OpenText::ok(*chooser).isEnabled());
         QVERIFY(OpenText::stateOf(*chooser).contains(QStringLiteral("no connection")));
-        QVERIFY(!QApplication::activeModalWidget()); // or nobody could start the server
+        QVERIFY(!QApplication::activeModalWidget()); // otherwise the server could not be started
         desk.choose("startAction");
         QVERIFY(desk.reaches(ServerState::Up));
         QTRY_VERIFY_WITH_TIMEOUT(OpenText::ok(*chooser).isEnabled(), timeoutMs);
@@ -333,7 +333,7 @@ private Q_SLOTS:
         server.release("write");
         QVERIFY(text.says(QStringLiteral("but for what was typed since")));
         QVERIFY(text.window->isWindowModified());
-        // What the file holds is no step of undo: back at the start the text still differs from it.
+        // The content of the file is not an undo step: after undoing everything the text still differs from it.
         while (text.edit().document()->isUndoAvailable())
             text.edit().undo();
         QCOMPARE(text.edit().toPlainText(), "one\ntwo\n");

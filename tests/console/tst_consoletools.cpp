@@ -1,4 +1,4 @@
-// The tools on the plots of the console's windows, and the views that they keep.
+// The tools on the plots of the console's windows, and their stored views.
 #include "console/consolefixture.h"
 #include "console/histogramserver.h"
 #include "console/windowlists.h"

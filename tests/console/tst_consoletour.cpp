@@ -1,4 +1,4 @@
-// tarnis-console as a program: exit statuses, displays, signals, and tours that cannot go well.
+// tarnis-console as a program: exit statuses, displays, signals, and failing tours.
 #include "console/localprogram.h"
 #include "support/scriptedserver.h"
 
@@ -14,7 +14,7 @@ namespace {
 
 constexpr int timeoutMs = 60000;
 
-/// The console as a user starts it who has a home directory of its own.
+/// The console, started with a separate home directory.
 class Program {
 public:
     explicit Program(const QStringList& arguments, const QString& path = QStringLiteral(CONSOLE_PATH),
@@ -236,7 +236,7 @@ private Q_SLOTS:
         Program console({ QStringLiteral("--version") }, path);
         QCOMPARE(console.end(), QStringLiteral("exit 0"));
 
-        // With the installed simulator beside it, which a tour that is interrupted early shows.
+        // With the installed simulator in its folder, which is visible in a tour that is interrupted early.
         Program tour({ QStringLiteral("--tour"), scratch(QStringLiteral("installed")) }, path);
         const QString picture = scratch(QStringLiteral("installed/01-start-1-connected.png"));
         QVERIFY(eventually([&] { return QFile::exists(picture); }, timeoutMs));

@@ -1,4 +1,4 @@
-// Files to the server and from it by the command line: every byte, the name as it is, nothing overwritten unasked.
+// Transferring files by the command line: every byte, the exact name, nothing overwritten without confirmation.
 #include "console/consolefixture.h"
 #include "server/replytext.h"
 

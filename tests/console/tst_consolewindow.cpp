@@ -1,4 +1,4 @@
-// The console's windows: what the user types, presses and reads, with servers that behave well and badly.
+// The console's main window with well-behaved and misbehaving servers.
 #include "app/colours.h"
 #include "app/indicatorstyle.h"
 #include "command/commandpanel.h"
@@ -76,7 +76,7 @@ QChar mnemonicOf(const QString& text)
     return keys.isEmpty() ? QChar() : QChar(char16_t(keys[0].key()));
 }
 
-/// Alt keys of everything that is on show, with who has them.
+/// Alt keys of all visible controls, with their owners.
 QMultiMap<QChar, QString> mnemonicsOf(const QWidget& window)
 {
     QMultiMap<QChar, QString> found;
@@ -137,7 +137,7 @@ private Q_SLOTS:
     void initTestCase() { QApplication::setQuitOnLastWindowClosed(false); }
     void cleanup() { QApplication::setPalette(QApplication::style()->standardPalette()); }
 
-    // How it looks.
+    // Appearance.
 
     void everyControlHasANameAndTellsWhyItIsDisabled()
     {
@@ -295,7 +295,8 @@ private Q_SLOTS:
         QCOMPARE(QApplication::palette().color(QPalette::Base), darkPalette().color(QPalette::Base));
         desk.choose("darkAction");
         QVERIFY(QApplication::palette().color(QPalette::Base) != darkPalette().color(QPalette::Base));
-        QCOMPARE(QApplication::palette().resolveMask(), 0); // no role is held against a change of the desktop's
+        QCOMPARE(QApplication::palette().resolveMask(), 0); // no role is fixed against a change of the desktop's
+                                                            // palette
     }
 
     void theIndicatorsDifferInShape()
@@ -434,7 +435,7 @@ private Q_SLOTS:
         QCOMPARE(desk.edit().text(), QStringLiteral("a"));
         QTRY_COMPARE_WITH_TIMEOUT(desk.alert().action, AlertAction::SendAgain, timeoutMs);
         QTest::keyClick(&desk.edit(), Qt::Key_Return);
-        QVERIFY(desk.alert().text.isEmpty()); // else it could be sent a second time
+        QVERIFY(desk.alert().text.isEmpty()); // otherwise it could be sent a second time
         QVERIFY(desk.shows(QStringLiteral("whole")));
     }
 
@@ -684,7 +685,7 @@ private Q_SLOTS:
         desk.choose("shutDownAction");
         QVERIFY(desk.reaches(ServerState::Off));
         QTest::qWait(0);
-        QVERIFY(desk.window->isVisible()); // the previous close is forgotten
+        QVERIFY(desk.window->isVisible()); // the previous close was cancelled
     }
 
     void theNextRunRemembers()

@@ -1,4 +1,4 @@
-// Open windows of the server's histograms when its list changes: a new one takes the place of each that it concerns.
+// Open histogram windows when the server's list changes: each affected window is replaced.
 #include "console/consolefixture.h"
 #include "console/histogramserver.h"
 #include "console/windowlists.h"
@@ -20,10 +20,10 @@ using namespace tarnis::testing;
 
 namespace {
 
-/// Other ones than those of twoHistograms.
+/// Different from those of twoHistograms.
 const QByteArray otherTimes("OK:\ntime: kind=1d bins=5 min=0 max=10\n");
 
-/// Connected, with the list read and the arrival times on show.
+/// Connected, with the list read and the arrival times shown.
 QWidget* openCurves(ScriptedServer& server, ConsoleFixture& desk)
 {
     desk.use(server);

@@ -1,4 +1,4 @@
-// Every word in the console's open windows when the language changes: none of the previous language is left.
+// All texts in the console's open windows when the language changes: no text of the previous language remains.
 #include "app/language.h"
 #include "console/consolefixture.h"
 #include "console/windowlists.h"
@@ -28,7 +28,7 @@ using namespace tarnis::testing;
 
 namespace {
 
-/// A server with a little of everything that the windows ask for.
+/// A server with replies to all requests of the windows.
 class HistogramServer : public ScriptedServer {
 public:
     HistogramServer()
@@ -37,7 +37,7 @@ public:
         answer("hist1d total pairs bins:1024", { Step::doubles({ 0, 5 }, "OK: (0 40000 1024)\n") });
         answer("hist2d image bins:256x256",
             { Step::doubles(QList<double>(256 * 256, 1.0), "OK: exported 256 x 256 y\n") });
-        // Without labels: what the server calls an axis stays as it is in every language.
+        // Without labels, because the server's axis names are not translated.
         answer("hists",
             { Step::text("OK:\ntime: kind=1d rows=8 bins=1024 min=0 max=40\n"
                          "total: kind=1d bins=1024 min=0 max=40\n"
@@ -51,7 +51,7 @@ public:
     }
 };
 
-/// Texts of a catalogue as patterns: what stands for a number or a name matches anything.
+/// Texts of a catalogue as patterns: placeholders match anything.
 class Vocabulary {
 public:
     void add(const QString& text)
@@ -61,7 +61,7 @@ public:
         QString letters = text;
         letters.remove(QRegularExpression(QStringLiteral("%L?(\\d|n)|[^A-Za-z]")));
         if (letters.size() < 3)
-            return; // says nothing in any language
+            return; // has no text in any language
         m_patterns.append(QRegularExpression(
             QRegularExpression::anchoredPattern(pattern), QRegularExpression::DotMatchesEverythingOption));
     }
@@ -139,7 +139,7 @@ void addTexts(QStringList& texts, const QObject& object)
     }
 }
 
-/// All that stands in the open windows, but for what people and servers wrote.
+/// All texts in the open windows, except those written by users and servers.
 QStringList textsOnShow()
 {
     QStringList texts;
@@ -148,7 +148,7 @@ QStringList textsOnShow()
         if (!widget->window()->isVisible() && !qobject_cast<const QMenu*>(widget))
             continue;
         if (qobject_cast<const QPlainTextEdit*>(widget))
-            continue; // a record of what was said
+            continue; // a record of previous messages
         addTexts(texts, *widget);
         const auto actions = widget->actions();
         for (const QAction* const action : actions)
@@ -182,7 +182,7 @@ class TestConsoleWords : public QObject {
             desk.window->openWindow(entry);
     }
 
-    /// Until what is on its way has arrived and been said.
+    /// Waits until pending replies have arrived and are shown.
     void change(ConsoleFixture& desk, const char* action, const Vocabulary& before, const Vocabulary& now)
     {
         desk.choose(action);

@@ -1,4 +1,4 @@
-// What the user at a console knows of the server's histograms.
+// Helpers for the server's list of histograms.
 #pragma once
 
 #include "console/consolefixture.h"
@@ -6,7 +6,7 @@
 
 namespace tarnis::testing {
 
-/// The server's list has come, with this one: windows that open now are not replaced.
+/// Waits until the server's list with this histogram has arrived, so that windows opened now are not replaced.
 inline bool isListed(ConsoleFixture& desk, const char* histogram)
 {
     return QTest::qWaitFor(

@@ -1,5 +1,5 @@
-// Linked with a step of examples/host: uses its windows as a user would, and ends the program with 0 if they did what
-// the documents say.
+// Linked with a step of examples/host: operates its windows like a user, and ends the program with 0 if they behave as
+// documented.
 #include <tarnis/dialogs/graph1ddialog.h>
 #include <tarnis/dialogs/graph2ddialog.h>
 #include <tarnis/dialogs/selectpathdialog.h>
@@ -59,7 +59,7 @@ int curves()
     return window ? window->getGraphWidget()->getValidDataCount() : 0;
 }
 
-/// The button of a main window that is no dialog.
+/// The button of a main window that is not a dialog.
 QPushButton* hostButton()
 {
     for (QWidget* window : QApplication::topLevelWidgets()) {
@@ -82,7 +82,7 @@ bool showsStatistics()
     return window && window->findChild<QTableWidget*>()->rowCount() > 0;
 }
 
-// The hands have the names of the steps.
+// The functions have the names of the steps.
 
 [[maybe_unused]] void connect()
 {

@@ -63,7 +63,7 @@ qint64 residentBytes()
     return file.readAll().split(' ').value(1).toLongLong() * ::sysconf(_SC_PAGESIZE);
 }
 
-/// The window, as its user sees it.
+/// The window and the actions of its user.
 class Hand {
 public:
     Hand()
@@ -89,7 +89,7 @@ public:
     {
         const QString command = QString("help a%1").arg(m_asked++);
         m_window->send(command);
-        // An unknown topic: a refusal is an answer, too.
+        // An unknown topic: a rejection is an answer, too.
         return eventually([&] { return ends(command) == 1; }) && !log().filter(command + ": unknown").isEmpty();
     }
 
@@ -177,7 +177,7 @@ private Q_SLOTS:
 
         const auto cleared = control.request("fault none");
         QVERIFY(eventually([&] { return cleared.isFinished(); }));
-        // What the server still owes from before the fault ended may cost a command.
+        // A reply still outstanding from before the end of the fault may make one command fail.
         QVERIFY(eventually([&] { return hand.isAlive(); }));
         for (int i = 0; i < commandCount; ++i)
             QCOMPARE(hand.ends(QString("help c%1").arg(i)), 1);

@@ -7,15 +7,15 @@
 
 namespace chisquare {
 
-/// How many standard deviations `statistic` lies above what chi-square with so many degrees of freedom gives; the cube
-/// root transformation of E. B. Wilson and M. M. Hilferty, Proc. Natl. Acad. Sci. 17, 1931.
+/// The significance of a chi-square statistic in standard deviations, for the given degrees of freedom; the cube root
+/// transformation of E. B. Wilson and M. M. Hilferty, Proc. Natl. Acad. Sci. 17, 1931.
 inline double deviation(double statistic, double degrees)
 {
     const double variance = 2.0 / (9.0 * degrees);
     return (std::cbrt(statistic / degrees) - (1.0 - variance)) / std::sqrt(variance);
 }
 
-/// The same for counts against expected counts. Neighbours are joined until each cell expects at least 10.
+/// The same for counts against expected counts. Adjacent cells are merged until each expects at least 10.
 inline double deviation(const std::vector<double>& counts, const std::vector<double>& expected)
 {
     double statistic = 0.0;

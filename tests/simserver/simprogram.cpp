@@ -20,7 +20,7 @@ Program::Program(const QStringList& arguments)
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.remove("TARNIS_SIMSERVER_OPTIONS");
     m_process.setProcessEnvironment(environment);
-    // Root reads every folder; a server in a test may not.
+    // Root can read every folder; a server in a test must not.
     m_process.setChildProcessModifier([] {
         ::prctl(PR_CAPBSET_DROP, CAP_DAC_OVERRIDE);
         ::prctl(PR_CAPBSET_DROP, CAP_DAC_READ_SEARCH);
@@ -110,7 +110,7 @@ void Wire::send(const QByteArray& bytes)
         const ssize_t count =
             ::send(m_socket, bytes.constData() + at, static_cast<std::size_t>(bytes.size() - at), MSG_NOSIGNAL);
         if (count <= 0)
-            return; // the server has gone; the next wait tells
+            return; // the server has closed the connection; the next wait reports it
         at += count;
     }
 }

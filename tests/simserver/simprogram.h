@@ -50,7 +50,7 @@ struct BinaryReply {
 /// One connection. Every wait ends after half a minute, which no test reaches.
 class Wire {
 public:
-    /// Connects and takes the greeting, unless `greeted` is false.
+    /// Connects and reads the greeting, unless `greeted` is false.
     explicit Wire(quint16 port, const QByteArray& prompt = "> ", bool greeted = true);
     ~Wire();
     Wire(const Wire&) = delete;
@@ -62,11 +62,11 @@ public:
     BinaryReply binary();
     QByteArray ask(const QByteArray& command);
     BinaryReply askBinary(const QByteArray& command);
-    /// The value behind "name: " in a text reply.
+    /// The value after "name: " in a text reply.
     QByteArray value(const QByteArray& command, const QByteArray& name);
-    /// Exactly so many bytes, or what comes before the connection ends.
+    /// Exactly `count` bytes, or those before the connection ends.
     QByteArray bytes(qsizetype count);
-    /// All that comes until the server ends the connection.
+    /// All bytes until the server ends the connection.
     QByteArray untilClosed();
     bool isReset() const { return m_reset; } ///< how the connection ended
     const QByteArray& greeting() const { return m_greeting; }

@@ -1,4 +1,4 @@
-// The command language: what each command answers, and every refusal. No socket.
+// The command language: the reply of each command, and every rejection. No socket.
 #include "commands.h"
 #include "console/payload.h"
 #include "settings.h"
@@ -48,7 +48,7 @@ private:
     }
     /// The reply's text: "OK:" and what follows, or "NG:" and the reason.
     QString ask(const QByteArray& line) { return QString::fromUtf8(reply(line).text); }
-    /// The value behind "name: " in a reply.
+    /// The value after "name: " in a reply.
     QString value(const QByteArray& line, const QString& name)
     {
         for (const QString& text : ask(line).split('\n')) {
@@ -457,7 +457,7 @@ void TestSimCommands::runsCountUp()
     pass(1.0);
     const QString events = value("stat", "events");
     QCOMPARE(ask("stop"), QStringLiteral("OK:\nrun: 1\nevents: %1\n").arg(events));
-    QCOMPARE(value("stat", "events"), events); // they stay until the next start
+    QCOMPARE(value("stat", "events"), events); // they are kept until the next start
     QCOMPARE(ask("start"), QStringLiteral("OK:\nrun: 2\n"));
     QCOMPARE(value("stat", "events"), QStringLiteral("0"));
     ask("stop");
@@ -563,7 +563,7 @@ void TestSimCommands::pairsAreServed()
     pass(5.0);
     const Reply filled = reply("hist1d time 3 pairs bins:1024");
     QVERIFY(filled.kind == Reply::Kind::Pairs);
-    // As a client does: what follows the first "(" is min, max and bins.
+    // Like a client: min, max and bins follow the first "(".
     QByteArray axis = filled.text.mid(filled.text.indexOf('(') + 1);
     QVERIFY(axis.endsWith(")\n"));
     axis.chop(2);
@@ -587,7 +587,7 @@ void TestSimCommands::mapsAreServed()
     const Reply map = reply("hist2d image bins:64x32");
     QVERIFY(map.kind == Reply::Kind::Map);
     QCOMPARE(map.payload.size(), 64 * 32 * 8);
-    // As a client does: the fourth word behind "exported" and one further character.
+    // Like a client: the fourth word after "exported" and one further character.
     const qsizetype word = map.text.indexOf("exported");
     QVERIFY(word >= 1);
     const QList<QByteArray> tokens = map.text.mid(word + 9).chopped(1).split(' ');
@@ -674,7 +674,7 @@ void TestSimCommands::pathsStayBelowTheRoot()
     QVERIFY(QFile::link(outside.filePath("target"), local("link")));
     QCOMPARE(upload("txfile /link\ny"), QStringLiteral("NG:cannot write '/link': not an ordinary file\n"));
     QCOMPARE(QDir(outside.path()).entryList(QDir::Files).size(), 0);
-    // A neighbour whose name begins like the root's is outside too.
+    // A sibling whose name begins like the root's is outside too.
     const QString neighbour = m_root->path() + "x";
     QVERIFY(QDir().mkpath(neighbour));
     QVERIFY(QFile::link(neighbour, local("neighbour")));
@@ -690,7 +690,7 @@ void TestSimCommands::currentDirectoryIsTheBasePath()
     QCOMPARE(ask("ls-F"), ask("ls-F \"/data\""));
     QCOMPARE(ask("ls-F \"a b\""), QStringLiteral("OK:\n"));
     QCOMPARE(ask("ls-F \"..\""), ask("ls-F \"/\""));
-    // Even when it has gone, it is told: a client then sees that it cannot be listed.
+    // It is reported even after it was removed: a client then sees that it cannot be listed.
     QVERIFY(QDir(local("data")).removeRecursively());
     QCOMPARE(ask("pwd"), QStringLiteral("OK:\n/data\n"));
     QVERIFY(ask("ls-F").startsWith("NG:"));

@@ -1,4 +1,4 @@
-// The document of the simulated server is true: its examples are played, its tables compared with the program.
+// Checks the document of the simulated server: runs its examples and compares its tables with the program.
 #include "faults.h"
 #include "settings.h"
 #include "simserver/simprogram.h"
@@ -19,7 +19,7 @@ QString document()
     return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
 }
 
-/// The examples, one text each: commands behind "> ", replies below.
+/// The examples, one text each: commands after "> ", replies below.
 QStringList transcripts()
 {
     static const QRegularExpression block(QStringLiteral("^```transcript\\n(.*?)^```$"),
@@ -30,7 +30,7 @@ QStringList transcripts()
     return texts;
 }
 
-/// What an expected reply matches: "..." stands for the rest of a line or, alone on it, for any lines.
+/// The pattern of an expected reply: "..." matches the rest of a line or, alone on a line, any lines.
 QRegularExpression pattern(const QString& expected)
 {
     QString text;

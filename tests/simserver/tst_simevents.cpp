@@ -1,4 +1,4 @@
-// The event stream: Poisson statistics, reproducibility, and the shape of what comes.
+// The event stream: Poisson statistics, reproducibility, and distributions.
 #include "acquisition.h"
 #include "events.h"
 #include "simserver/chisquare.h"
@@ -13,7 +13,7 @@ using tarnis::testing::seededGenerator;
 
 namespace {
 
-/// Beyond this a seeded test says that the distribution is another one: it happens by chance in 3 of 100,000.
+/// Beyond this a test fails; the probability by chance is 3 in 100,000.
 constexpr double limitDeviation = 4.0;
 
 struct TimedEvent {
@@ -176,7 +176,7 @@ void TestSimEvents::gapsAreExponential()
     double last = 0.0;
     double total = 0.0;
     for (const TimedEvent& timed : eventsUntil(stream, 200.0)) {
-        // Equal shares of an exponential distribution.
+        // Equal parts of an exponential distribution.
         const double share = -std::expm1(-(timed.liveTime - last) * rate);
         counts[static_cast<std::size_t>(std::min(share * cells, cells - 1.0))] += 1.0;
         last = timed.liveTime;
@@ -440,7 +440,7 @@ void TestSimEvents::timeBeyondTheBudgetIsDead()
     QCOMPARE(acquisition.events(), std::uint64_t { 4096 });
     QCOMPARE(acquisition.realTime(), 10.0);
     QVERIFY(acquisition.liveTime() < 0.01);
-    // The rate over live time is still the wanted one.
+    // The rate over live time is still the configured one.
     QVERIFY(std::abs(acquisition.meanRate() / 1e6 - 1.0) < 4.0 / 64.0);
 }
 

@@ -1,4 +1,4 @@
-// What each fault makes of a greeting and of replies, as steps. No socket.
+// The effect of each fault on a greeting and on replies, as steps. No socket.
 #include "faults.h"
 
 #include <QtEndian>
@@ -48,7 +48,7 @@ FaultSwitch switchTo(const char* name, int every = 1, int delayMs = -1)
     return fault;
 }
 
-/// All bytes that go out.
+/// All bytes that are sent.
 QByteArray bytesOf(const Steps& steps)
 {
     QByteArray bytes;
@@ -57,7 +57,7 @@ QByteArray bytesOf(const Steps& steps)
     return bytes;
 }
 
-/// "write 5, pause 50, close": the steps in words.
+/// The steps as text: "write 5, pause 50, close".
 QString told(const Steps& steps)
 {
     QStringList words;
@@ -201,7 +201,7 @@ void TestSimFaults::splitPromptVisitsEveryPlace()
     }
     QCOMPARE(static_cast<qsizetype>(places.size()), prompt.size());
     QCOMPARE(*places.begin(), 0);
-    // A prompt of one byte comes by itself.
+    // A prompt of one byte is sent separately.
     FaultSwitch shortOne = switchTo("split-prompt");
     QCOMPARE(told(shortOne.reply(textReply(), "#")), QStringLiteral("write 12; pause 50; write 1"));
 }
@@ -348,7 +348,7 @@ void TestSimFaults::everySoManyth()
     for (int i = 0; i < 6; ++i)
         steps << told(fault.reply(textReply(), prompt));
     QCOMPARE(steps, (QStringList { "write 20", "write 20", "", "write 20", "write 20", "" }));
-    // Only replies that the fault could act on count.
+    // Only applicable replies count.
     FaultSwitch length = switchTo("zero-length", 2);
     length.reply(binaryReply(Reply::Kind::Rows), prompt);
     length.reply(textReply(), prompt);

@@ -1,4 +1,4 @@
-// Histograms and the payloads of their replies, read back as a client reads them.
+// Histograms and the payloads of their replies, decoded like a client does.
 #include "console/payload.h"
 #include "histograms.h"
 #include "support/support.h"

@@ -1,4 +1,4 @@
-// The simulated server as a host application uses it: started and stopped by the library's manager, asked over
+// The simulated server used by a host application: started and stopped by the library's manager, with commands over
 // sessions.
 #include <tarnis/server/tarnis.h>
 #include <tarnis/server/tarniscmd.h>
@@ -19,7 +19,7 @@ const QByteArray prompt = "> ";
 class TestSimHost : public QObject {
     Q_OBJECT
 private:
-    /// Sends a command over the manager's named session; the reply's text.
+    /// Sends a command over the manager's named session and returns the reply's text.
     QByteArray ask(const QString& command)
     {
         QSignalSpy replies(m_server.get(), &Tarnis::onCmdReply);

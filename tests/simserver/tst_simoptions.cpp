@@ -1,4 +1,4 @@
-// The command line: what each option sets, and what is refused.
+// The command line: the effect of each option, and rejected arguments.
 #include "options.h"
 
 #include <tarnis/version.h>

@@ -1,4 +1,4 @@
-// Requests out of bytes, however these are cut, and the small text functions.
+// Requests from fragmented bytes, and the text functions.
 #include "ending.h"
 #include "requests.h"
 #include "support/support.h"
@@ -27,7 +27,7 @@ QStringList told(RequestReader& reader)
             requests << "upload|" + text;
             break;
         case Kind::Farewell:
-            return requests << "farewell|"; // the connection ends here, whatever follows
+            return requests << "farewell|"; // the connection ends here
         case Kind::TooLong:
             requests << "too long|";
             break;

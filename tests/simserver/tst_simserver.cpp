@@ -330,7 +330,7 @@ void TestSimServer::clientThatDoesNotReadHoldsNobody()
         QCOMPARE(good.askBinary("hist2d image bins:128").length, 128 * 128 * 8);
     // One reply of 8 MiB for each of the three, and room for the allocator.
     QVERIFY2(residentMemory(program.processId()) - before < 64.0, qPrintable(QString::number(before)));
-    // Once they read, they get what they asked for.
+    // Once they read, they get their replies.
     QCOMPARE(stuck.front()->bytes(4 + 8388608).size(), 4 + 8388608);
 }
 
@@ -369,7 +369,7 @@ void TestSimServer::sameSeedGivesTheSameHistograms()
         return wire.askBinary("hist2d image").payload + wire.askBinary("hist1d time").payload;
     };
     const QByteArray one = image("5", "200000");
-    QVERIFY(image("5", "100000") == one); // the rate decides when events come, not which
+    QVERIFY(image("5", "100000") == one); // the rate affects the times of events, not the events
     QVERIFY(image("6", "200000") != one);
 }
 
@@ -403,7 +403,7 @@ void TestSimServer::rootAndSettingsFileAreUsed()
     Program program({ "--root", root.path(), "--settings", file, "--modules", "4" });
     Wire wire(program.port());
     QCOMPARE(wire.value("setting", "rate"), QByteArray("321"));
-    QCOMPARE(wire.value("setting", "modules"), QByteArray("4")); // the command line stands above the file
+    QCOMPARE(wire.value("setting", "modules"), QByteArray("4")); // the command line overrides the file
     QCOMPARE(wire.ask("pwd"), QByteArray("OK:\n/runs\n"));
     QCOMPARE(wire.ask("ls-F \"/\""), QByteArray("OK:\nmy.settings\nruns/\n"));
 }
@@ -449,7 +449,7 @@ void TestSimServer::faultsOfTextReplies()
         QCOMPARE(wire.untilClosed(), received);
         QCOMPARE(wire.isReset(), then == "reset");
     } else {
-        // The answer to "fault" comes as it should behind whatever the fault has left of the one before.
+        // The reply to "fault" is intact after the remains of the previous faulty one.
         wire.send("fault none\n");
         const QByteArray whole = received + "OK:\n> ";
         QCOMPARE(wire.bytes(whole.size()), whole);
@@ -470,7 +470,7 @@ void TestSimServer::silentServerGoesOn()
 void TestSimServer::faultsOfBinaryReplies_data()
 {
     QTest::addColumn<int>("length"); // announced for a payload of 64 bytes
-    QTest::addColumn<int>("payload"); // bytes of it that come
+    QTest::addColumn<int>("payload"); // bytes of it that are sent
     QTest::newRow("none") << 64 << 64;
     QTest::newRow("bytewise") << 64 << 64;
     QTest::newRow("chunks") << 64 << 64;
@@ -552,7 +552,7 @@ void TestSimServer::faultsThatEndTheProcess()
 
 void TestSimServer::faultsOfThePort_data()
 {
-    QTest::addColumn<QByteArray>("output"); // N stands for a port from 1 to 65535
+    QTest::addColumn<QByteArray>("output"); // N is a port from 1 to 65535
     QTest::newRow("port-split") << QByteArray("UI port: N\n");
     QTest::newRow("port-late") << QByteArray("UI port: N\n");
     QTest::newRow("port-zero") << QByteArray("UI port: 0\n");
@@ -596,7 +596,7 @@ void TestSimServer::faultComesAndGoesForAllClients()
 
 void TestSimServer::everyFaultLeavesTheServerAlive()
 {
-    // All faults in turn on one server, a client that takes what it gets for each: nothing is left behind.
+    // All faults in turn on one server, with a client for each: no resources leak.
     Program program({ "--start" });
     Wire control(program.port());
     for (const simserver::FaultInfo& info : simserver::allFaults()) {

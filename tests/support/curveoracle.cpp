@@ -28,7 +28,7 @@ double logarithm(double x)
     return x > 0 ? std::log10(x) : 0.0;
 }
 
-/// First and one past the last sample to draw. What is not a number draws nothing.
+/// First and one past the last sample to draw. NaN draws nothing.
 void wholeRange(double first, double last, qsizetype count, int& begin, int& end)
 {
     begin = 0;
@@ -195,7 +195,7 @@ void paintPeaks(const MultiState& s, QPainter& painter, const QRect& rect, doubl
     }
 }
 
-/// A rectangle of that size, with edges so near that an int can hold their distance.
+/// A rectangle of that size, with edges limited so that their distance fits into an int.
 QRect column(int left, int top, double width, double height)
 {
     width = std::isnan(width) ? 0.0 : std::trunc(width);

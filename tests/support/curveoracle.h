@@ -1,5 +1,5 @@
 // The data of the 1D plots drawn sample by sample and call by call from its written rules, without any code of the
-// plots: what the product's pictures and read-outs are compared with, and what its speed is measured against.
+// plots: the reference for the product's pictures, read-outs and speed.
 #pragma once
 
 #include <tarnis/plots/multivectorgraphwidget.h>
@@ -11,7 +11,7 @@ class QPainter;
 
 namespace tarnis::testing {
 
-/// What the curves of any 1D plot depend on.
+/// The inputs of the curves of any 1D plot.
 struct CurveAxes {
     double minX = 0.0, maxX = 0.0, minY = 0.0, maxY = 0.0;
     double initMinX = 0.0, initMaxX = 0.0;
@@ -48,7 +48,7 @@ struct MultiState : CurveAxes {
     bool peakDisplayPoints = false;
 };
 
-/// What precedes a paint through the cache: an automatic Y range ends at the largest value.
+/// Preparation of a cached paint: an automatic Y range ends at the largest value.
 void fitBeforePaint(MultiState& state);
 
 /// Draws curves and peaks into the plot rectangle; moves the lower end of an automatic Y range.

@@ -1,4 +1,4 @@
-// 1D plots whose protected state lies open, to be compared with the oracle of the curves.
+// 1D plots with accessible protected state, for comparison with the oracle of the curves.
 #pragma once
 
 #include "support/curveoracle.h"
@@ -14,7 +14,7 @@ template <typename Plot> class CurveProbe : public FrameProbe<Plot> {
 public:
     using FrameProbe<Plot>::FrameProbe;
 
-    /// What the curves depend on, as it stands now.
+    /// The current inputs of the curves.
     CurveAxes curveAxes() const
     {
         CurveAxes axes;

@@ -53,7 +53,7 @@ double inBinsY(const MapState& map, double value)
     return map.manualY ? (value - map.initMinY) / oracleStepY(map) : value;
 }
 
-/// All limits of a cut in bins; ends are excluded.
+/// All limits of a cut in bins; ends are exclusive.
 struct Limits {
     int c0, c1, r0, r1;
     int cx0, cx1, cy0, cy1;

@@ -1,5 +1,5 @@
-// The cut through a 2D plot, its regions and its colour bar spelt out, beside the bins in plot2doracle. Shares no code
-// with the library but the text of numbers.
+// Reference implementation of the cut through a 2D plot, its regions and its colour bar, in addition to the bins in
+// plot2doracle. Shares no code with the library except for the text of numbers.
 #pragma once
 
 #include "support/plot2doracle.h"
@@ -13,14 +13,14 @@ class QWidget;
 
 namespace tarnis::testing {
 
-/// The cut rectangle and what is shown of it.
+/// The cut rectangle and its displayed part.
 struct CutState {
     double minX = 0.0, maxX = 0.0, minY = 0.0, maxY = 0.0;
     bool active = true;
     bool insideOnly = false;
 };
 
-/// One projection as a cut plot gets it.
+/// One projection for a cut plot.
 struct CutResult {
     QList<double> values;
     QList<double> index;
@@ -32,21 +32,21 @@ struct CutResult {
 CutResult oracleCutX(const MapState& map, const CutState& cut, const QString& nameY);
 CutResult oracleCutY(const MapState& map, const CutState& cut, const QString& nameX);
 
-/// Sums of what is visible, whatever is cut.
+/// Sums of the visible bins, independent of the cut.
 void oracleVisibleSums(const MapState& map, QList<double>& horizontal, QList<double>& vertical);
 
-/// Widens a range of the X or Y axis to whole bins.
+/// Widens a range of the X or Y axis to complete bins.
 void oracleSnapX(const MapState& map, double& min, double& max);
 void oracleSnapY(const MapState& map, double& min, double& max);
 
-/// Draws the four lines of the cut and gives its rectangle in pixels. The painter is clipped to `graph`.
+/// Draws the four lines of the cut and returns its rectangle in pixels. The painter is clipped to `graph`.
 QRect oraclePaintCut(QPainter& painter, const QRect& graph, const MapState& map, const CutState& cut);
 
 /// Draws the regions; `selected` is dashed, -1 for none.
 void oraclePaintRegions(
     QPainter& painter, const QRect& graph, const MapState& map, const QList<QRect>& regions, int selected);
 
-/// What a colour bar is painted from, and what a paint leaves behind.
+/// Inputs and results of painting a colour bar.
 struct BarState {
     QList<double> positions;
     QList<QColor> colors;
@@ -55,7 +55,7 @@ struct BarState {
     double min = 0.0, max = 100.0;
 
     QRect minRect, maxRect;
-    std::optional<int> wantedWidth; ///< that it asks for, if its labels are too wide
+    std::optional<int> wantedWidth; ///< requested width, if its labels are too wide
 };
 
 /// Paints the bar into `rect`, or into the painter's viewport if that is null, with the metrics of `widget`.

@@ -1,5 +1,5 @@
-// What a plot draws where the painter's pixels are not the device's, spelt out in coordinates of the device: edges are
-// rounded, and a line is as wide as the ratio says.
+// Reference drawing of a plot for device pixel ratios other than 1, in device coordinates: edges are rounded, and the
+// width of a line is the ratio.
 #pragma once
 
 #include <QPaintEngine>
@@ -16,7 +16,7 @@ inline bool isScaled(const QPainter& painter)
         && std::abs(std::abs(painter.deviceTransform().determinant()) - 1.0) > 1e-9;
 }
 
-/// Halves go up. No device reaches as far as the bound.
+/// Rounds halves up. No device is as large as the bound.
 inline int nearestEdge(double value)
 {
     const double bound = 536870912.0;
@@ -51,7 +51,7 @@ inline void oracleLine(QPainter& painter, QPoint from, QPoint to)
     QRect device = devicePixels(transform, QRect(from, to));
     const int thickness = std::max(1, int(std::lround(std::sqrt(std::abs(transform.determinant())))));
     const bool isUpright = (from.x() == to.x()) == (transform.m12() == 0.0);
-    // The first edge of the line stays where it is; a quarter turn may put it on the other side.
+    // The first edge of the line is fixed; a quarter turn may move it to the other side.
     const QPointF step = transform.map(QPointF(1, 1)) - transform.map(QPointF(0, 0));
     if (isUpright) {
         const int edge = step.x() > 0 ? device.left() : device.left() + device.width() - thickness;
@@ -63,7 +63,7 @@ inline void oracleLine(QPainter& painter, QPoint from, QPoint to)
     fillDevice(painter, device, painter.pen().color());
 }
 
-/// How wide the painter's pen is on the device.
+/// Width of the painter's pen on the device.
 inline int penWidthOnDevice(const QPainter& painter)
 {
     const double scale = std::sqrt(std::abs(painter.deviceTransform().determinant()));
@@ -86,7 +86,7 @@ inline QPoint penOnDevice(const QPainter& painter, QPointF place, int width)
         near.x() <= next.x() ? near.x() : near.x() - width, near.y() <= next.y() ? near.y() : near.y() - width);
 }
 
-/// QPainter::drawLine() of a pen: upright and level lines as rectangles, others with a pen of the device.
+/// QPainter::drawLine() of a pen: vertical and horizontal lines as rectangles, others with a pen of the device.
 template <typename Line> void oracleStroke(QPainter& painter, const Line& line)
 {
     if (!isScaled(painter)) {
@@ -133,7 +133,7 @@ inline void oracleRect(QPainter& painter, const QRect& rect)
         fillDevice(painter, side, painter.pen().color());
 }
 
-/// QPainter::drawRects() with pen and brush of one colour: the rectangle and the pixels behind its far edges.
+/// QPainter::drawRects() with pen and brush of one colour: the rectangle and the pixels after its far edges.
 inline void oracleBar(QPainter& painter, const QRect& rect)
 {
     if (!isScaled(painter)) {

@@ -1,5 +1,5 @@
-// A local server for the tests of whatever starts one: a program in a folder of its own that does what a script says.
-// The steps are listed in fakeserver_main.cpp.
+// A local server for tests: a program in a temporary folder that executes a script. The steps are listed in
+// fakeserver_main.cpp.
 #pragma once
 
 #include <QByteArray>
@@ -11,15 +11,15 @@ namespace tarnis::testing {
 
 class FakeServer {
 public:
-    /// A program at `name` below a fresh folder; `name` may hold folders and blanks. Nothing is started.
+    /// A program at `name` below a fresh folder; `name` may contain folders and spaces. Nothing is started.
     explicit FakeServer(const QStringList& script, const QString& name = QStringLiteral("server"));
 
-    QString path() const; ///< of the program
+    QString path() const; ///< path of the program
     QString folder() const; ///< above `name`
-    bool hasNoted(const QString& name) const; ///< the program has passed this note
-    QByteArray noted(const QString& name) const; ///< what had come on standard input by then
+    bool hasNoted(const QString& name) const; ///< the program has written this note
+    QByteArray noted(const QString& name) const; ///< standard input received by then
 
-    /// Announces `port`, ends orderly on "exit" or at the end of its input, and notes "end" then.
+    /// Announces `port`, exits normally on "exit" or at the end of its input, and then writes the note "end".
     static QStringList wellBehaved(int port);
 
 private:

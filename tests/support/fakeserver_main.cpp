@@ -23,7 +23,7 @@
 
 namespace {
 
-std::string input; // all that has come
+std::string input; // all received input
 
 std::string unescaped(std::string text)
 {

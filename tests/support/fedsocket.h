@@ -1,4 +1,5 @@
-// A socket without a network: each wait brings the next piece of a list, so that a reader's rounds are known exactly.
+// A socket without a network: each wait delivers the next piece of a list, so that a reader's iterations are
+// deterministic.
 #pragma once
 
 #include <QByteArray>
@@ -13,7 +14,7 @@ namespace tarnis::testing {
 
 class FedSocket : public QTcpSocket {
 public:
-    /// An empty piece is a wait that fails; so is every wait behind the last piece.
+    /// An empty piece is a wait that fails; so is every wait after the last piece.
     explicit FedSocket(const QByteArrayList& pieces)
         : m_pieces(pieces)
     {

@@ -1,4 +1,4 @@
-// A plot whose protected state lies open, to be compared with the frame's oracle.
+// A plot with accessible protected state, for comparison with the frame's oracle.
 #pragma once
 
 #include "support/frameoracle.h"
@@ -13,7 +13,7 @@ template <typename Plot> class FrameProbe : public Plot {
 public:
     using Plot::Plot;
 
-    /// The state as it stands now; take it before a paint to let the oracle repeat that paint.
+    /// The current state; take it before a paint, so that the oracle can repeat that paint.
     FrameState frameState() const
     {
         FrameState state;

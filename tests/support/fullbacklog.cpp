@@ -17,7 +17,8 @@ namespace tarnis::testing {
 
 namespace {
 
-constexpr int refusalMs = 200; ///< a client that is not let in at once on the loopback interface is not let in at all
+constexpr int refusalMs = 200; ///< on the loopback interface, a client that is not accepted at once is not accepted at
+                               ///< all
 
 // Clients that have sent their first segment and got no answer (state 2, SYN_SENT).
 int attempts(quint16 port)

@@ -1,4 +1,4 @@
-// A listener on 127.0.0.1 whose queue is full: the next client keeps trying to connect until a client is let in.
+// A listener on 127.0.0.1 with a full backlog: the next client keeps trying to connect until one is accepted.
 #pragma once
 
 #include <QtGlobal>
@@ -16,10 +16,10 @@ public:
     FullBacklog& operator=(const FullBacklog&) = delete;
 
     quint16 port() const;
-    bool isFull() const; ///< a connection attempt of its own has been left waiting
-    /// Until a client stands in the system's table as trying to connect; false when none comes.
+    bool isFull() const; ///< a connection attempt of this object is left waiting
+    /// Waits until the system's table contains a connecting client; false if none appears.
     bool waitForAttempt() const;
-    /// Takes all who wait from the queue, on a thread of its own, and says nothing to them.
+    /// Accepts all waiting clients on a separate thread, and sends nothing to them.
     void letInLater();
 
 private:

@@ -1,4 +1,4 @@
-// The helpers spelt out step by step, in plain standard C++ on plain values, for comparison with the library's.
+// Reference implementations of the helpers in plain standard C++, for comparison with the library's.
 #pragma once
 
 #include <string>

@@ -1,4 +1,4 @@
-// The process's log, open on a file of its own while the object lives, and its lines taken apart again.
+// Opens the process's log on a temporary file while the object exists, and parses its lines.
 #pragma once
 
 #include <QList>
@@ -24,9 +24,9 @@ public:
     LogFile& operator=(const LogFile&) = delete;
 
     QString path() const;
-    /// All lines so far, in order. A line that has not the log's form is an entry with nothing but a message.
+    /// All lines so far, in order. A line without the log's format is an entry with only a message.
     QList<LogEntry> entries() const;
-    /// "WORD message" of all entries, block ends and their numbers left out: "BLCK read", "DBG connected".
+    /// "WORD message" of all entries, without block ends and numbers: "BLCK read", "DBG connected".
     QStringList messages() const;
     /// The same of the one thread that has logged `message`.
     QStringList messagesOfThreadWith(const QString& message) const;

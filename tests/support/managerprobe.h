@@ -1,4 +1,4 @@
-// A manager whose members a test may see, and a recorder of what it tells the host.
+// A manager with accessible members, and a recorder of its signals and posts.
 #pragma once
 
 #include <tarnis/foundation/sysmsg.h>
@@ -33,7 +33,7 @@ public:
     using Tarnis::Tarnis;
 };
 
-/// Everything that the host hears, in order: "status SERVER CONNECTED", "post TEXT", "reply NAME|CMD|RESULT",
+/// Everything that the manager reports, in order: "status SERVER CONNECTED", "post TEXT", "reply NAME|CMD|RESULT",
 /// "path DIR".
 class HostRecord {
 public:

@@ -1,4 +1,4 @@
-// A 2D plot whose protected state lies open, to be compared with the oracle.
+// A 2D plot with accessible protected state, for comparison with the oracle.
 #pragma once
 
 #include "support/frameprobe.h"
@@ -11,7 +11,7 @@
 
 namespace tarnis::testing {
 
-/// A colour bar with open state.
+/// A colour bar with accessible state.
 class BarProbe : public ColorBarWidget {
 public:
     using ColorBarWidget::ColorBarWidget;
@@ -28,12 +28,12 @@ public:
     using ColorBarWidget::m_ticks;
 };
 
-/// A 2D plot with open state.
+/// A 2D plot with accessible state.
 class MapProbe : public FrameProbe<XY2DGraphWidget> {
 public:
     using FrameProbe::FrameProbe;
 
-    /// The state as it stands now; take it before a paint to let the oracle repeat that paint.
+    /// The current state; take it before a paint, so that the oracle can repeat that paint.
     MapState mapState() const
     {
         MapState state;

@@ -19,7 +19,7 @@ ModalWatchdog::ModalWatchdog(QList<Answer> answers)
 
 void ModalWatchdog::look()
 {
-    constexpr int patience = 2000; // looks, about 10 s
+    constexpr int patience = 2000; // number of checks, about 10 s
     QWidget* window = QApplication::activeModalWidget();
     if (window == nullptr || !window->isVisible() || window == m_openBefore)
         return;
@@ -29,7 +29,7 @@ void ModalWatchdog::look()
     if (!seenBefore && m_next < m_answers.size()) {
         m_answeredWindows.append(window);
         m_patience = 0;
-        // Not from here: a timer does not fire again while its own slot runs, and an answer may open the next window.
+        // Queued: a timer does not fire again while its own slot runs, and an answer may open the next window.
         QTimer::singleShot(0, window, [answer = m_answers.at(m_next++), window] { answer(*window); });
         return;
     }

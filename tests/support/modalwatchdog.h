@@ -10,18 +10,18 @@
 
 namespace tarnis::testing {
 
-/// Lives around the call that opens modal windows. Each window that comes up gets the next of the answers; the answer
-/// has to close it. A window without an answer, and one that its answer left open, is closed and counted as a fault. A
-/// window that was open before is left alone.
+/// Exists around the call that opens modal windows. Each new window gets the next of the answers, which must close it.
+/// A window without an answer, and one that its answer left open, is closed and counted as a fault. A window that was
+/// open before is ignored.
 class ModalWatchdog {
 public:
     using Answer = std::function<void(QWidget&)>;
 
     explicit ModalWatchdog(QList<Answer> answers = {});
 
-    /// How many windows got an answer.
+    /// Number of answered windows.
     qsizetype answered() const { return m_next; }
-    /// True if every answer was asked for and no window was closed by force.
+    /// True if every answer was used and no window was closed by force.
     bool isContent() const { return m_next == m_answers.size() && m_faults == 0; }
 
 private:
@@ -36,9 +36,9 @@ private:
     QTimer m_timer;
 };
 
-/// Types a path into a file dialog and presses its Save or Open button.
+/// Enters a path in a file dialog and presses its Save or Open button.
 ModalWatchdog::Answer acceptFile(const QString& path);
-/// Closes a dialog as the Escape key does.
+/// Closes a dialog like the Escape key.
 ModalWatchdog::Answer reject();
 
 } // namespace tarnis::testing

@@ -1,4 +1,5 @@
-// The peak search, spelt out step by step with its working lists: what PeakSearch must find, segment by segment.
+// Reference implementation of the peak search with its working lists: the expected results of PeakSearch, segment by
+// segment.
 #pragma once
 
 #include <tarnis/peak/peaksearch.h>
@@ -19,8 +20,8 @@ QList<OracleSegment> oracleIndexSegments(
 QList<OracleSegment> oracleXSegments(
     const QList<double>& x, const QList<double>& y, double threshold, int width, bool peak);
 
-/// What exec() returns: the segments above, each fitted by mpfit() with limits and starting values written out again.
-/// calls, if given, is raised by the calls of the residuals.
+/// The expected result of exec(): the segments above, each fitted by mpfit() with separately computed limits and
+/// starting values. calls, if given, is raised by the calls of the residuals.
 QList<PeakSearch::Gaussian> oracleIndexPeaks(
     const QList<double>& y, int start, int end, double threshold, int width, bool peak, int* calls = nullptr);
 

@@ -14,7 +14,7 @@ namespace {
 
 constexpr double farAway = 1 << 24;
 
-/// Cuts the fraction off; positions that no widget reaches stay countable.
+/// Truncates the fraction; positions beyond any widget are clamped.
 int pixel(double position)
 {
     if (!(position >= -farAway))
@@ -22,7 +22,7 @@ int pixel(double position)
     return position > farAway ? static_cast<int>(farAway) : static_cast<int>(position);
 }
 
-/// A whole number of bins; what cannot be one is far outside of the data.
+/// An integer number of bins; invalid values are far outside of the data.
 int binIndex(double whole)
 {
     if (!(whole >= -2e9))

@@ -1,5 +1,5 @@
-// The 2D plot spelt out: every value, pixel position and drawing call in the order in which it is defined, with nothing
-// merged, cached or skipped. Slow, and meant to be. Shares no code with the library.
+// Reference implementation of the 2D plot: every value, pixel position and drawing call in the defined order, with
+// nothing merged, cached or skipped. Deliberately slow. Shares no code with the library.
 #pragma once
 
 #include <QColor>
@@ -16,7 +16,7 @@ class QPainter;
 
 namespace tarnis::testing {
 
-/// All that the map is painted from.
+/// The inputs of painting a map.
 struct MapState {
     QList<QList<double>> data; ///< [row][column], row 0 at the bottom
     QList<double> rowMax;
@@ -38,7 +38,7 @@ bool oracleEqual(double a, double b);
 
 QColor oracleColor(const MapState& map, double value);
 
-/// How values are taken before they are compared with the limits.
+/// How values are transformed before they are compared with the limits.
 enum class OracleCurve { Linear, Log, SquareRoot };
 
 /// The entry of a table of colours for a value between two limits. Invalid where it is undefined.

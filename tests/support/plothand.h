@@ -1,4 +1,4 @@
-// The user's hand on a plot: points are given in values, events go to the widget as the window system sends them.
+// Mouse input on a plot: points are given in values, events are sent to the widget like those of the window system.
 #pragma once
 
 #include <QAction>

@@ -1,4 +1,4 @@
-// What random cases draw lots with.
+// Random numbers for random cases.
 #pragma once
 
 #include <random>
@@ -7,7 +7,7 @@ namespace tarnis::testing {
 
 using Generator = std::mt19937_64;
 
-/// Both ends included.
+/// Both ends inclusive.
 inline int whole(Generator& generator, int low, int high)
 {
     return std::uniform_int_distribution<int>(low, high)(generator);

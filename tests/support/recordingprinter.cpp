@@ -97,7 +97,7 @@ private:
     QHash<int, QVariant> m_properties;
 };
 
-/// The printer deletes neither of its engines once they are given.
+/// The printer does not delete engines that were set.
 struct Engines {
     Engines(PrintedPage& page, const QSize& size)
         : paint(page)
@@ -115,7 +115,7 @@ void recordPages(QPrinter& printer, PrintedPage& page, const QSize& size)
     struct Open : QPrinter {
         using QPrinter::setEngines;
     };
-    static QList<std::shared_ptr<Engines>> kept; // to the end of the test program
+    static QList<std::shared_ptr<Engines>> kept; // until the end of the test program
     kept.append(std::make_shared<Engines>(page, size));
     (printer.*(&Open::setEngines))(&kept.last()->print, &kept.last()->paint);
 }

@@ -1,4 +1,4 @@
-// A printer that writes no page and remembers what was drawn on it.
+// A printer that writes no page and records what was drawn on it.
 #pragma once
 
 #include <QHash>
@@ -13,7 +13,7 @@
 
 namespace tarnis::testing {
 
-/// What a page received, in device pixels.
+/// The recorded content of a page, in device pixels.
 struct PrintedPage {
     struct Text {
         QString text;

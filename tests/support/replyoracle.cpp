@@ -75,7 +75,7 @@ ReadOutcome readBinaryReply(const QByteArrayList& waits, const QByteArray& promp
     qint64 length = 0;
     bool lengthRead = false;
     while (true) {
-        // No wait while there is something to take.
+        // No wait while bytes are available.
         const bool something = lengthRead ? source.buffered.size() > 0 : source.buffered.size() > 3;
         const bool waited = something || source.wait();
         if (!waited && idle > 100) {

@@ -1,4 +1,5 @@
-// The two ways of reading a reply, spelt out step by step on lists of chunks, to hold the session's readers to.
+// Reference implementations of reading text and binary replies from lists of chunks, for comparison with the session's
+// readers.
 #pragma once
 
 #include <QByteArray>
@@ -7,20 +8,20 @@
 
 namespace tarnis::testing {
 
-/// What a reader did. `waits` counts the waits that were really made.
+/// The result of a reader. `waits` is the number of actual waits.
 struct ReadOutcome {
     bool complete = false;
     bool error = false;
     QByteArray buffer;
     QString text;
-    QByteArrayList pieces; ///< what went out as progress
+    QByteArrayList pieces; ///< pieces emitted as progress
     int waits = 0;
 
     bool operator==(const ReadOutcome&) const = default;
 };
 
-/// `waits[i]` is what the i-th wait brings into the socket's buffer; an empty entry, and every wait behind the last
-/// one, is a wait that fails.
+/// `waits[i]` is added to the socket's buffer by the i-th wait; an empty entry, and every wait after the last one, is a
+/// wait that fails.
 ReadOutcome readTextReply(const QByteArrayList& waits, const QByteArray& prompt, bool progress);
 ReadOutcome readBinaryReply(const QByteArrayList& waits, const QByteArray& prompt);
 

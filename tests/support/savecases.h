@@ -1,4 +1,4 @@
-// Places where a file can and cannot be saved, for the tests of every save.
+// Locations where a file can and cannot be saved, for the tests of all saves.
 #pragma once
 
 #include <QDir>
@@ -15,7 +15,7 @@
 
 namespace tarnis::testing {
 
-/// A folder on a full disk of its own: 8 KiB, of which a file takes all but nothing. Needs the rights to mount.
+/// A folder on a separate full disk of 8 KiB, filled by a file. Needs the permission to mount.
 class FullDisk {
 public:
     FullDisk()
@@ -45,10 +45,10 @@ private:
     bool m_isMounted;
 };
 
-/// What is wrong with the place.
+/// The kind of failure.
 enum class SaveTrouble { None, FullDevice, FullDisk, ReadOnlyFolder, VanishedFolder, SlashInName, FolderInPlace };
 
-/// The rows of a test that saves in each place: `trouble`, and a part of the error that it leads to.
+/// The data rows of a test that saves in each location: `trouble`, and a part of the expected error.
 inline void addSaveTroubles()
 {
     QTest::addColumn<SaveTrouble>("trouble");
@@ -62,7 +62,7 @@ inline void addSaveTroubles()
     QTest::newRow("a folder of that name") << SaveTrouble::FolderInPlace << "it is a folder";
 }
 
-/// One such place, with an older file in it where there can be one.
+/// One such location, with an older file in it if possible.
 class SavePlace {
 public:
     /// `suffix` with its dot.
@@ -106,11 +106,11 @@ public:
     SavePlace(const SavePlace&) = delete;
     SavePlace& operator=(const SavePlace&) = delete;
 
-    /// False where the test has not the rights to make the place.
+    /// False if the test has no permission to create the location.
     bool isThere() const { return !m_disk || m_disk->isMounted(); }
     const QString& path() const { return m_path; }
 
-    /// The trouble begins: to be called when the file has been chosen.
+    /// Starts the failure: call it when the file has been chosen.
     void begin()
     {
         if (m_trouble == SaveTrouble::VanishedFolder)
@@ -121,7 +121,7 @@ public:
             takeRightsAway();
     }
 
-    /// What was there before is there, and nothing beside it.
+    /// True if the previous files are unchanged and there are no others.
     bool isUntouched() const
     {
         const QFileInfo info(m_path);
@@ -158,7 +158,7 @@ private:
         if (!file.open(QIODevice::WriteOnly) || file.write("old") != 3)
             qFatal("cannot write");
     }
-    /// Root may write everywhere: the process becomes another user, who may read the folder and its file.
+    /// Root may write everywhere, so the process becomes another user, who may read the folder and its file.
     void takeRightsAway() const
     {
         const QByteArray folder = m_folder.path().toLocal8Bit();

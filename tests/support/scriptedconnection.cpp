@@ -22,7 +22,7 @@ namespace tarnis::testing {
 
 namespace {
 
-constexpr long apartMicroseconds = 50; ///< between two looks whether the client has taken a piece
+constexpr long apartMicroseconds = 50; ///< time between two checks whether the client has read a piece
 
 quint16 portOf(int socket, decltype(::getsockname)* end)
 {
@@ -31,8 +31,8 @@ quint16 portOf(int socket, decltype(::getsockname)* end)
     return end(socket, reinterpret_cast<sockaddr*>(&address), &size) == 0 ? ntohs(address.sin_port) : quint16(0);
 }
 
-// Bytes that have reached the client's socket and not yet the client, from the system's table of connections; nothing
-// where there is no such table or the connection is not in it any more.
+// Bytes that have reached the client's socket but not the client, from the system's table of connections; empty if
+// there is no such table or the connection is no longer listed.
 std::optional<unsigned> unreadByClient(quint16 clientPort, quint16 serverPort)
 {
     std::array<char, 32> ends {};
@@ -114,7 +114,7 @@ void ScriptedConnection::play()
 {
     if (play(m_script) == Going::On)
         waitUntil([] { return false; });
-    pump(); // what the client has sent last; unread bytes would also turn an orderly close into a break
+    pump(); // reads the last bytes of the client; unread bytes would also turn an orderly close into a reset
     ::close(m_socket);
     const std::lock_guard lock(m_board.mutex);
     isOpen = false;
@@ -183,7 +183,7 @@ ScriptedConnection::Going ScriptedConnection::sendPieces(const Step& step)
         while (begin > 0 && !m_stop.stop_requested() && !clientHasTaken()) {
             m_wakeUp.waitWith(m_socket, false, apartMicroseconds);
             pump();
-            // Its bytes would be waited for until the server ends.
+            // Otherwise its bytes would be waited for until the server ends.
             const std::lock_guard lock(m_board.mutex);
             if (clientClosed)
                 return Going::Over;
@@ -286,7 +286,7 @@ Script ScriptedConnection::answerTo(const std::string& request)
     return responder ? responder(request) : Script { Step::text({}) };
 }
 
-// Over when the client has gone or the server ends before the condition holds.
+// Returns Over if the client has disconnected or the server ends before the condition holds.
 ScriptedConnection::Going ScriptedConnection::waitUntil(const Condition& condition)
 {
     for (;;) {

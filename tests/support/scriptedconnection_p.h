@@ -1,4 +1,4 @@
-// One client of a ScriptedServer: a thread that plays the script on the socket and always goes on reading.
+// One client of a ScriptedServer: a thread that executes the script on the socket and always continues reading.
 #pragma once
 
 #include "support/scriptedserver.h"
@@ -33,7 +33,7 @@ struct Gate {
     bool open = false;
 };
 
-/// What all connections of a server share. Everything but the prompt is guarded by the mutex.
+/// State shared by all connections of a server. Everything except the prompt is guarded by the mutex.
 struct Board {
     std::mutex mutex;
     std::string prompt;
@@ -52,7 +52,7 @@ public:
     ScriptedConnection& operator=(const ScriptedConnection&) = delete;
     void wakeUp() const { m_wakeUp.signal(); }
 
-    std::string received; ///< guarded by the board's mutex, as the two flags
+    std::string received; ///< guarded by the board's mutex, like the two flags
     bool isOpen = true;
     bool clientClosed = false;
 

@@ -24,40 +24,41 @@
 
 namespace tarnis::testing {
 
-/// Runs the calling thread's Qt events until `condition` holds; false after `timeoutMs`.
+/// Processes the calling thread's Qt events until `condition` holds; false after `timeoutMs`.
 bool eventually(const std::function<bool()>& condition, int timeoutMs = 20000);
 
-/// One thing that the server does on a connection.
+/// One step of the server on a connection.
 class Step {
 public:
-    // What goes to the client. "Text" and "binary" end with the server's prompt, "raw" is sent as it stands.
+    // Data for the client. "Text" and "binary" end with the server's prompt, "raw" is sent unchanged.
     static Step text(const QByteArray& body);
     static Step binary(const QByteArray& payload, const QByteArray& text = {});
     static Step doubles(
         const QList<double>& values, const QByteArray& text = {}); ///< a binary reply of little-endian doubles
     static Step raw(const QByteArray& bytes);
-    /// The same in pieces of `size` bytes. Each piece but the first waits until the client has taken the one before.
+    /// The same in pieces of `size` bytes. Each piece except the first waits until the client has read the previous
+    /// one.
     Step inChunksOf(qsizetype size) const;
     /// The same in pieces that begin at these offsets into the bytes as sent, length field and prompt included.
     Step cutAt(const QList<qsizetype>& offsets) const;
-    /// A binary reply that announces another length than that of its payload.
+    /// A binary reply that announces a length different from that of its payload.
     Step announcing(qint32 length) const;
 
-    // What is awaited.
+    // Expected input.
     static Step expect(const QByteArray& bytes); ///< these very bytes; others are noted as a failure and dropped on
     static Step expectLine(const QByteArray& line); ///< these bytes and a line feed
     static Step hold(const QByteArray& gate); ///< waits for release(gate)
-    static Step silence(); ///< waits until the client has gone; so does the end of a script
+    static Step silence(); ///< waits until the client has disconnected; so does the end of a script
 
-    // How it ends, or goes on.
+    // End or continuation.
     static Step drop(); ///< closes the connection in order
     static Step reset(); ///< breaks the connection
-    static Step serve(); ///< takes requests and answers them until the client has gone
+    static Step serve(); ///< reads requests and answers them until the client has disconnected
 
     enum class Kind { Text, Binary, Raw, Expect, Hold, Silence, Drop, Reset, Serve };
     Kind kind = Kind::Raw;
     std::string bytes; ///< body, payload, bytes, or name of the gate
-    std::string behind; ///< text behind a payload
+    std::string behind; ///< text after a payload
     long long announced = 0;
     std::size_t chunkSize = 0; ///< 0: in one piece
     std::vector<std::size_t> cuts;
@@ -65,48 +66,48 @@ public:
 
 using Script = std::vector<Step>;
 
-/// What a server does that behaves: greets and serves.
+/// The script of a well-behaved server: greets and serves.
 Script wellBehaved();
 
 class ScriptedServer {
 public:
-    /// Every connection plays `script`; setScript() makes exceptions.
+    /// Every connection executes `script`, except for those of setScript().
     explicit ScriptedServer(const Script& script = wellBehaved(), const QByteArray& prompt = "> ");
-    /// Hangs up on all clients and ends. Scripts stop where they are.
+    /// Disconnects all clients and ends. Scripts are aborted.
     ~ScriptedServer();
     ScriptedServer(const ScriptedServer&) = delete;
     ScriptedServer& operator=(const ScriptedServer&) = delete;
 
     quint16 port() const;
     static QString host(); ///< "127.0.0.1"
-    const QByteArray* prompt() const; ///< lives as long as the server
-    static quint16 closedPort(); ///< a port on which nobody listens
+    const QByteArray* prompt() const; ///< valid as long as the server
+    static quint16 closedPort(); ///< a port without a listener
 
-    // What serve() answers. Until told otherwise, a text reply without text.
+    // What serve() answers. By default a text reply without text.
     /// The answer to one request, from now on.
     void answer(const QByteArray& request, const Script& reply);
-    /// The answers to the first, second, ... occurrence of a request; the last one stays.
+    /// The answers to the first, second, ... occurrence of a request; the last one is repeated.
     void answerInTurn(const QByteArray& request, const std::vector<Script>& replies);
     /// The answer to all other requests. Called on the server's threads.
     void answerOthers(const std::function<Script(const std::string& request)>& responder);
 
-    /// What connection number `connection`, counted from 0, plays instead. Before it comes.
+    /// The script of connection number `connection`, counted from 0. Call it before the connection is made.
     void setScript(int connection, const Script& script);
 
     // Gates.
-    void release(const QByteArray& gate, int times = 1); ///< lets so many holds pass, also such as come later
+    void release(const QByteArray& gate, int times = 1); ///< releases `times` holds, including later ones
     void open(const QByteArray& gate); ///< lets all pass from now on
-    int holding(const QByteArray& gate) const; ///< connections that wait there
+    int holding(const QByteArray& gate) const; ///< number of connections that wait there
 
-    // What has happened.
+    // Recorded events.
     int connectionCount() const; ///< accepted so far
     int openConnections() const;
     int farewells() const; ///< connections that the client has closed with "close" as its last bytes
-    QByteArray received(int connection = 0) const; ///< all bytes of a client; empty for one that has not come
+    QByteArray received(int connection = 0) const; ///< all bytes of a client; empty for one that has not connected
     QList<QByteArray> requests() const; ///< of all clients in order of arrival, without line feed or EOT
     QStringList failures() const; ///< expectations that were not met
 
-    // The same, waited for; false when it does not come within some seconds. Qt events go on meanwhile.
+    // Wait for the same; false if it does not happen within some seconds. Qt events are processed in the meantime.
     bool waitForConnections(int count) const;
     bool waitForRequests(int count) const;
     bool waitForRequest(const QByteArray& request) const;

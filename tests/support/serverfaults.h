@@ -1,4 +1,4 @@
-// The ways in which the simulated server answers wrongly; its command "fault NAME" switches them.
+// The faults of the simulated server, set by its command "fault NAME".
 #pragma once
 
 #include <QByteArray>
@@ -6,7 +6,7 @@
 
 namespace tarnis::testing {
 
-/// Those of replies and greetings, without "none".
+/// Faults of replies and greetings, without "none".
 inline QList<QByteArray> replyFaults()
 {
     return { "bytewise", "chunks", "split-prompt", "early-prompt", "trailing", "slow", "silent", "no-prompt", "garbage",
@@ -16,7 +16,7 @@ inline QList<QByteArray> replyFaults()
         "close-at-greeting" };
 }
 
-/// Those of a server that starts, which do not come up.
+/// Faults of the start, with which the server does not come up.
 inline QList<QByteArray> startFaults()
 {
     return { "port-zero", "port-range", "port-missing", "start-exit", "start-crash", "no-greeting",

@@ -1,4 +1,4 @@
-// The two parsers of reply text, spelt out character by character.
+// Reference implementations of the two parsers of reply text, character by character.
 #pragma once
 
 #include <QList>

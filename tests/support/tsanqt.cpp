@@ -26,7 +26,7 @@
 
 namespace {
 
-char queuedCalls; // stands for all that has been handed to event loops
+char queuedCalls; // represents everything posted to event loops
 char connections;
 char threadEnds;
 char pooledFunctions;
@@ -46,7 +46,7 @@ bool onEventDelivery(void**)
 
 } // namespace
 
-// What functions of the C library touch when Qt calls them is Qt's. QProcess makes its children share the memory until
+// Ignores accesses of C library functions that are called by Qt. QProcess makes its children share the memory until
 // they start their program, and so the sanitizer takes this process itself for a forked one.
 extern "C" const char* __tsan_default_options()
 {
@@ -116,7 +116,7 @@ void QThreadPool::start(std::function<void()> function, int priority)
         __tsan_acquire(&pooledFunctions);
         function();
     };
-    __tsan_release(&pooledFunctions); // behind all that the other thread will read
+    __tsan_release(&pooledFunctions); // after all data that the other thread will read
     call(this, std::move(run), priority);
 }
 
@@ -127,7 +127,7 @@ extern "C" int pthread_cond_broadcast(pthread_cond_t* condition)
     return call(condition);
 }
 
-// The condition of a thread's end goes with the thread object.
+// The condition of a thread's end is destroyed with the thread object.
 extern "C" int pthread_cond_destroy(pthread_cond_t* condition)
 {
     static const auto call = next<int (*)(pthread_cond_t*)>("pthread_cond_destroy");

@@ -1,4 +1,4 @@
-// The place of a virtual function in its class's table, for tests of declared orders.
+// The index of a virtual function in its class's vtable, for tests of declaration orders.
 #pragma once
 
 #include <cstddef>
