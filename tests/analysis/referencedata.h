@@ -1,4 +1,5 @@
-// Measured and synthetic spectra with reference numbers of an independent computation, and how they are compared.
+// Measured and synthetic spectra with reference numbers of an independent computation, and functions for comparing
+// them.
 #pragma once
 
 #include <QJsonObject>

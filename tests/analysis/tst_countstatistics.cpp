@@ -1,4 +1,4 @@
-// Exact intervals and tests of counts against reference numbers and sums that are spelt out.
+// Exact intervals and tests of counts against reference numbers and explicit sums.
 #include "referencedata.h"
 
 #include <tarnis/analysis/countstatistics.h>
@@ -46,8 +46,8 @@ void TestCountStatistics::coversWhatItPromises_data()
         QTest::addRow("%d", counts) << counts;
 }
 
-// At the lower end the found counts or more have the probability of one tail, at the upper end the found counts or
-// less.
+// At the lower end the observed counts or more have the probability of one tail, at the upper end the observed counts
+// or less.
 void TestCountStatistics::coversWhatItPromises()
 {
     QFETCH(int, counts);

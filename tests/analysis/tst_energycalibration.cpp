@@ -120,7 +120,7 @@ void TestEnergyCalibration::inverts()
     QVERIFY(std::isnan(EnergyCalibration().positionOf(1.0)));
 }
 
-// Two lines next to each other: the calibration's error cancels in the difference.
+// Two adjacent lines: the calibration's error cancels in the difference.
 void TestEnergyCalibration::sharesItsPartInDifferences()
 {
     const EnergyCalibration calibration = fitEnergyCalibration(somePoints(), 0.0, 8000.0).calibration;
@@ -272,7 +272,7 @@ void TestEnergyCalibration::assignsLines_data()
     QTest::newRow("natural") << u"k40+ra226+th232"_s << 0.2 << 1e-8;
 }
 
-// All lines as peaks among others that are none.
+// All lines as peaks among peaks without a line.
 void TestEnergyCalibration::assignsLines()
 {
     QFETCH(QString, source);

@@ -36,7 +36,7 @@ std::vector<double> widthsOf(PeakShape shape)
     return {};
 }
 
-// Of the reference's names of shapes and parameters.
+// Names of shapes and parameters in the reference data.
 struct ReferenceShape {
     PeakShape shape;
     std::vector<QLatin1StringView> parameters;
@@ -136,7 +136,7 @@ void TestPeakShape::hasUnitArea()
         sum += peakIntegral(shape, x, x + 0.05, 0.3, widths);
         trapezoids += 0.025 * (peakDensity(shape, x, 0.3, widths) + peakDensity(shape, x + 0.05, 0.3, widths));
     }
-    // Lorentzians have a part of their area further out: 2 h/(pi 100).
+    // Lorentzians have part of their area outside: 2 h/(pi 100).
     const bool heavy = shape == PeakShape::Lorentzian || shape == PeakShape::PseudoVoigt || shape == PeakShape::Voigt;
     QVERIFY(std::fabs(sum - 1.0) < (heavy ? 0.012 : 1e-9));
     QVERIFY(std::fabs(sum - trapezoids) < 1e-4);

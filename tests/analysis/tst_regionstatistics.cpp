@@ -1,4 +1,5 @@
-// Regions of one axis: the reference numbers, the traps (no counts, one side, noise that decides a width), bad input.
+// Regions of one axis: the reference numbers, special cases (no counts, one side, widths dominated by noise), bad
+// input.
 #include "referencedata.h"
 
 #include <tarnis/analysis/regionstatistics.h>
@@ -232,7 +233,8 @@ void TestRegionStatistics::divides()
 
 void TestRegionStatistics::handlesUnequalBins()
 {
-    // Density 10 everywhere: no net area, and the densest bin is the first, not the fullest.
+    // Density 10 everywhere: no net area, and the bin with the highest density is the first, not the one with most
+    // counts.
     const std::vector<double> edges { 0, 1, 2, 3, 5, 9, 10, 11, 12 };
     std::vector<double> counts;
     for (std::size_t i = 0; i + 1 < edges.size(); ++i)

@@ -1,4 +1,4 @@
-// What a fit's residuals show that its model lacks: further peaks, wrong shapes, bent backgrounds.
+// Detection of missing model parts in a fit's residuals: further peaks, wrong shapes, curved backgrounds.
 #include <tarnis/analysis/spectrumfit.h>
 
 #include "support/support.h"

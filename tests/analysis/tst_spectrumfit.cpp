@@ -119,7 +119,7 @@ void TestSpectrumFit::recoversEachShape_data()
     }
 }
 
-// Without noise the minimum is the truth, and the solver gets there only with right derivatives.
+// Without noise the minimum is the truth, and the solver only finds it with correct derivatives.
 void TestSpectrumFit::recoversEachShape()
 {
     QFETCH(PeakShape, shape);
@@ -456,7 +456,7 @@ void TestSpectrumFit::refusesBadConstraints()
     QVERIFY2(fit.message.contains(constraint.name), qPrintable(fit.message));
 }
 
-// Whatever comes in: an end, and no number that is not one called a result.
+// For any input: the fit ends, and no NaN is reported as a result.
 void TestSpectrumFit::survivesRandomInput()
 {
     Generator generator(17);
@@ -465,7 +465,7 @@ void TestSpectrumFit::survivesRandomInput()
     const int cases = std::max(1500, qEnvironmentVariableIntValue("TARNIS_RANDOM_FITS"));
     for (int i = 0; i < cases; ++i) {
         FitModel model;
-        // The other shapes cost ten times as much and meet the same solver.
+        // The other shapes cost ten times as much and use the same solver.
         const bool other = chance(generator, 0.1);
         model.shape = other
             ? allPeakShapes[static_cast<std::size_t>(whole(generator, 1, static_cast<int>(allPeakShapes.size()) - 1))]

@@ -15,7 +15,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// One reference fit: the data, the model, and what it must find.
+// One reference fit: the data, the model, and the expected result.
 struct Case {
     QString name;
     std::vector<double> counts;
@@ -129,7 +129,7 @@ private:
     static void addRows();
 };
 
-// p109 is nearly degenerate, and its minimum has a negative background: it has a test of its own.
+// p109 is nearly degenerate, and its minimum has a negative background: it has a separate test.
 void TestSpectrumFitReference::addRows()
 {
     QTest::addColumn<int>("index");

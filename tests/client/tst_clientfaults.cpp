@@ -1,5 +1,5 @@
-// Everything that the simulated server can do wrong, against the client and the server object: each request ends
-// exactly once and in time, memory stays bounded, and the next request is answered when the fault is gone.
+// All faults of the simulated server, with the client and the server object: each request ends exactly once and in
+// time, memory is bounded, and the next request is answered after the end of the fault.
 #include "support/scriptedserver.h"
 #include "support/serverfaults.h"
 
@@ -58,7 +58,7 @@ qint64 residentBytes()
 class TestClientFaults : public QObject {
     Q_OBJECT
 private:
-    /// A server with a fault, from its start on.
+    /// A server with a fault since its start.
     std::unique_ptr<Server> serverWith(const QByteArray& fault)
     {
         qputenv("TARNIS_SIMSERVER_OPTIONS", "--start --rate 1000 --fault " + fault + " --fault-delay 5");
@@ -92,7 +92,7 @@ private Q_SLOTS:
         QVERIFY(eventually([&] { return set.isFinished(); }));
         const qint64 before = residentBytes();
 
-        // On a connection that begins under the fault.
+        // With a connection that is made during the fault.
         auto client = std::make_unique<Client>(quick().client);
         client->connectTo(server->host(), server->port());
         int ends = 0;
@@ -121,14 +121,14 @@ private Q_SLOTS:
         }
         QVERIFY(residentBytes() - before < (qint64(64) << 20));
 
-        // The fault ends. A client comes back without help.
+        // The fault ends. The client recovers automatically.
         const auto cleared = control.request("fault none");
         QVERIFY(eventually([&] { return cleared.isFinished(); }));
         const auto isAnswered = [&] {
             const auto next = client->request("pwd", limited(RequestOptions::Form::Text, 100ms));
             return eventually([&] { return next.isFinished(); }) && next.result().isOk();
         };
-        // What the server still owes from before the fault ended may cost some requests.
+        // Replies still outstanding from before the end of the fault may make some requests fail.
         QVERIFY(eventually(isAnswered));
         QCOMPARE(ends, futures.size());
     }

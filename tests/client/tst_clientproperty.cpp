@@ -1,5 +1,5 @@
-// Random sequences of requests, cancellations, connections, deletions and server faults. Whatever happens, each future
-// ends exactly once, replies belong to their requests and come in order, and the queue stays within its bound.
+// Random sequences of requests, cancellations, connections, deletions and server faults. In all cases each future ends
+// exactly once, replies belong to their requests and come in order, and the queue stays within its bound.
 // TARNIS_TEST_STEPS sets the number of steps, TARNIS_TEST_SEED the sequence.
 #include "support/randomcases.h"
 #include "support/scriptedserver.h"
@@ -25,7 +25,7 @@ namespace {
 
 constexpr int maxQueued = 40;
 
-/// What the server does with a request is its first word.
+/// The first word of a request selects the server's behaviour.
 const std::array<const char*, 12> behaviours { "echo", "echo", "echo", "binary", "bytes", "refuse", "drop", "reset",
     "silent", "half", "huge", "negative" };
 
@@ -54,7 +54,7 @@ Script answerTo(const std::string& request)
     return { Step::text(text) };
 }
 
-/// One request and what became of it.
+/// One request and its result.
 struct Record {
     int sequence = 0;
     int priority = 0;
@@ -78,7 +78,7 @@ public:
     void step();
     /// Ends all requests.
     void finish();
-    QString fault; ///< the first property that did not hold
+    QString fault; ///< the first violated property
     int total = 0; ///< requests
     QMap<Outcome, int> outcomes;
     int cancelledByCaller = 0;
@@ -186,7 +186,7 @@ void World::cancelSome()
         m_records[some]->future.cancel();
 }
 
-/// Forgets the requests that have ended, after a look at how.
+/// Checks and removes the requests that have ended.
 void World::sweep()
 {
     std::erase_if(m_records, [this](const std::shared_ptr<Record>& record) {

@@ -153,7 +153,7 @@ private Q_SLOTS:
         QCOMPARE(HistogramAxis().edge(3), 0.0);
     }
 
-    // Every value of a histogram comes back from the reply that was made of it.
+    // Every value of a histogram is restored from the reply made of it.
     void readsWhatWasWritten()
     {
         auto generator = seededGenerator(131);

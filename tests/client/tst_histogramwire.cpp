@@ -1,4 +1,4 @@
-// What the live windows read out of histogram replies.
+// Parsing of histogram replies for the live windows.
 #include "support/support.h"
 
 #include "tarnis/client/histogramwire_p.h"
@@ -21,7 +21,7 @@ QByteArray bytesOf(const QList<double>& values)
 constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
 constexpr double infinite = std::numeric_limits<double>::infinity();
 
-/// A token of decimal digits with a sign and blanks around it, as far as it fits in 32 bits; 0 for anything else.
+/// A token of decimal digits with a sign and spaces around it, if it fits in 32 bits; 0 for anything else.
 int speltOutInteger(const QString& token)
 {
     const QString text = token.trimmed();
@@ -179,7 +179,7 @@ private Q_SLOTS:
             QList<double> numbers;
             for (int i = count(generator); i > 0; --i)
                 numbers.append(number(generator));
-            // The oracle: plain lists, every step in the order told by the format.
+            // The oracle: plain lists, every step in the order of the format.
             QList<double> xs(axis.bins, 0.0);
             QList<double> ys(axis.bins, 0.0);
             bool good = true;

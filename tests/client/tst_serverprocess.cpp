@@ -1,4 +1,4 @@
-// A local server program: its start, its port, each of its ends.
+// A local server program: its start, its port, all ways of ending.
 #include "support/fakeserver.h"
 #include "support/scriptedserver.h"
 
@@ -181,8 +181,8 @@ private Q_SLOTS:
         connect(process, &ServerProcess::ended, this, end);
         process->start(server.path());
         QVERIFY(eventually([&] { return !process; }));
-        // Asked to exit, not killed: it has noted that. The one that was asked early may have been asked before it
-        // read.
+        // Requested to exit, not killed: it has written a note. An early request may have arrived before the program
+        // reads its input.
         QVERIFY(eventually([&] { return server.hasNoted("end"); }));
     }
 };

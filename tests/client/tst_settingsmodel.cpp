@@ -1,4 +1,4 @@
-// The table of settings: what is sent, refused, kept.
+// The table of settings: sent, rejected and kept values.
 #include "support/scriptedserver.h"
 
 #include <tarnis/client/settingsmodel.h>
@@ -78,7 +78,7 @@ private Q_SLOTS:
         QVERIFY(table.send());
         QCOMPARE(table.sentLines(), QStringList({ "setting rate:2000", "setting user.x:a b" }));
         QCOMPARE(table.sent.first(), QVariantList({ 2, 0 }));
-        // The server's spelling of an accepted value is adopted.
+        // The server's format of an accepted value is adopted.
         QCOMPARE(table.model.value("rate"), QStringLiteral("2e3"));
         QVERIFY(table.model.changedNames().isEmpty());
     }

@@ -1,4 +1,4 @@
-// The program tarnis, run as a shell runs it.
+// Runs the program tarnis like a shell.
 #pragma once
 
 #include <QByteArray>
@@ -9,7 +9,7 @@ namespace clienttest {
 
 constexpr int patienceMs = 60000;
 
-/// What a run of the program leaves.
+/// The result of a run of the program.
 struct Run {
     int exitCode = -1; ///< 128 + signal if a signal ended it
     QByteArray output;
@@ -40,7 +40,7 @@ inline Run runTarnis(const QStringList& words, const QByteArray& input = {})
     return finish(process);
 }
 
-/// The same behind a shell, for redirections and pipes. "$TARNIS" is the program.
+/// The same through a shell, for redirections and pipes. "$TARNIS" is the program.
 inline Run shell(const QString& line)
 {
     QProcess process;

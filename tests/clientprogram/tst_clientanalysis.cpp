@@ -1,4 +1,4 @@
-// tarnis stats, fit, peaks and calibrate: their numbers, their JSON, and what they refuse.
+// tarnis stats, fit, peaks and calibrate: numbers, JSON, and rejected arguments.
 #include "clientprogram.h"
 
 #include "support/support.h"

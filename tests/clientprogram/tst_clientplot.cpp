@@ -1,4 +1,4 @@
-// tarnis plot: figures of files and histograms, and what it refuses.
+// tarnis plot: figures of files and histograms, and rejected arguments.
 #include "clientprogram.h"
 #include "simserver/simprogram.h"
 
@@ -97,7 +97,7 @@ private Q_SLOTS:
         QCOMPARE(runTarnis({ "plot", uneven, "-o", path("u.svg") }).exitCode, 0);
     }
 
-    // Whether nothing but the colour of the corner, the paper, is at the edge: a text that is clipped reaches it.
+    // Whether the edge has only the colour of the corner: a clipped text would reach the edge.
     static bool hasClearEdge(const QImage& image)
     {
         const QRgb paper = image.pixel(0, 0);

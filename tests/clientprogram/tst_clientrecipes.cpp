@@ -1,4 +1,4 @@
-// The recipes of docs/client.md, each run as it is written, and the options that the man page and the document name.
+// Runs the recipes of docs/client.md as written, and checks the options in the man page and the document.
 #include "clientprogram.h"
 #include "simserver/simprogram.h"
 

@@ -1,4 +1,4 @@
-// tarnis with a server: replies, histograms, files, and every way in which a server or a file fails.
+// tarnis with a server: replies, histograms, files, and all failures of servers and files.
 #include "clientprogram.h"
 #include "simserver/simprogram.h"
 #include "support/scriptedserver.h"
@@ -30,7 +30,7 @@ private:
         return QDir(m_folder.path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
     }
     static QString address(simtest::Program& server) { return QStringLiteral("127.0.0.1:%1").arg(server.port()); }
-    /// A command with the options of the server behind it.
+    /// A command followed by the options of the server.
     static Run with(simtest::Program& server, QStringList words)
     {
         return runTarnis(words << "--server" << address(server));

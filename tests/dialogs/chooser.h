@@ -1,4 +1,4 @@
-// What the tests of the path choosers share: a chooser with names for its parts, and boxes answered.
+// Common code of the path chooser tests: a chooser with accessors for its parts, and answers for message boxes.
 #pragma once
 
 #include "support/scriptedserver.h"
@@ -21,7 +21,7 @@
 
 namespace tarnis::testing {
 
-/// Answers the message box that opens next and keeps what it said.
+/// Answers the next message box and stores its text.
 class BoxAnswer : public QObject {
 public:
     explicit BoxAnswer(QMessageBox::StandardButton button)

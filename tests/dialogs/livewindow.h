@@ -1,4 +1,5 @@
-// What the tests of the live windows share: boxes answered by a watchdog, payloads, the session that a window clones.
+// Common code of the live window tests: a watchdog for message boxes, payloads, and the session whose address a window
+// copies.
 #pragma once
 
 #include "support/scriptedserver.h"
@@ -16,7 +17,7 @@
 
 namespace tarnis::testing {
 
-/// Answers each message box with Ok and keeps what it said. While a box is open, `whileOpen` may act first, or instead.
+/// Answers each message box with Ok and stores its text. `whileOpen` is called first and may close the box itself.
 class BoxWatch : public QObject {
 public:
     BoxWatch()
@@ -29,7 +30,7 @@ public:
     QList<QMessageBox::Icon> icons;
     std::function<void()> whileOpen;
     bool answers = true; ///< false: boxes stay open
-    std::function<bool(const QMessageBox&)> leaveOpen; ///< true: this one stays open as yet
+    std::function<bool(const QMessageBox&)> leaveOpen; ///< true: this box is left open for the moment
 
 private:
     void look()
@@ -56,7 +57,7 @@ private:
     QTimer m_timer;
 };
 
-/// A session that is not started: a window takes host, port and prompt from it.
+/// A session that is not started: a window copies host, port and prompt from it.
 class Model : public TarnisSession {
 public:
     explicit Model(const ScriptedServer& server)
@@ -70,7 +71,7 @@ inline QByteArray bytesOf(const QList<double>& values)
     return QByteArray(reinterpret_cast<const char*>(values.constData()), values.size() * qsizetype(sizeof(double)));
 }
 
-/// Waits without Qt events, so that nothing of what a session has queued arrives.
+/// Waits without Qt events, so that no queued call of a session arrives.
 inline bool hasRequests(const ScriptedServer& server, int count)
 {
     const QDeadlineTimer deadline(20000);
@@ -88,7 +89,7 @@ inline QStringList methodsOf(const QMetaObject& meta)
     return methods;
 }
 
-/// A command as the session hands it back.
+/// A command as returned by the session.
 inline PTarnisCmd answered(const QString& text, bool binary, const QString& replyText)
 {
     PTarnisCmd command(new TarnisCmd(text));

@@ -1,4 +1,4 @@
-// Every control of the library's windows has a name for those who do not see it.
+// Every control of the library's windows has an accessible name.
 #include "support/scriptedserver.h"
 
 #include "tarnis/dialogs/dialogchecklist.h"
@@ -46,7 +46,7 @@ TarnisSession* model()
     return session.get();
 }
 
-/// A part of a control that Qt has made: it is named by the control that holds it.
+/// A part of a control created by Qt, which is named by the control.
 bool isInside(const QWidget& widget)
 {
     const QWidget* const parent = widget.parentWidget();
@@ -71,7 +71,7 @@ QString nameOf(QWidget* widget)
 
 struct Form {
     const char* name;
-    int controls; ///< at least so many
+    int controls; ///< minimum number
     std::function<QWidget*()> make;
 };
 

@@ -1,5 +1,4 @@
-// Every modal box of the library, and its window deleted while the box is open: a host may do so at any time, and a
-// socket error does it to a live window.
+// Deletes the window of every modal box of the library while the box is open, as a host or a socket error may do.
 #include "support/modalwatchdog.h"
 #include "support/scriptedserver.h"
 
@@ -29,7 +28,7 @@ namespace {
 
 using tarnis::testing::ScriptedServer;
 
-/// Deletes `subject` as soon as a modal window is open, and then closes one that did not go with it.
+/// Deletes `subject` as soon as a modal window is open, and then closes a modal window that was not deleted with it.
 class Deleter {
 public:
     explicit Deleter(QWidget* subject)
@@ -82,7 +81,7 @@ public:
     }
 };
 
-/// A choosers' session is never answered here: the replies are handed to the slot.
+/// A chooser's session gets no answers here: replies are passed to the slot.
 TarnisSession& unheard()
 {
     static const QByteArray prompt("> ");

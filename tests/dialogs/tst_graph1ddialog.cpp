@@ -33,7 +33,7 @@ struct Options {
     int end = 1;
 };
 
-/// A window with access to its inside, deleted by the test unless it has deleted itself.
+/// A window with access to its members, deleted by the test unless it has deleted itself.
 class Window : public Graph1DDialog {
 public:
     explicit Window(TarnisSession* model, const Options& options = {})
@@ -293,7 +293,7 @@ private Q_SLOTS:
         QCOMPARE(shown(nullptr, options)->pairMode, pairMode);
     }
 
-    // --- the chain
+    // --- polling
 
     void pollsAgainAndAgain()
     {
@@ -393,7 +393,7 @@ private Q_SLOTS:
         QVERIFY(window->timer->isActive());
         QVERIFY(updated.isEmpty());
         window->timer->stop();
-        window->result(answered("start", false, QString()), "NG: no"); // before the branch on text: no box
+        window->result(answered("start", false, QString()), "NG: no"); // checked before text replies: no message box
         QVERIFY(window->timer->isActive() && window->isVisible());
     }
 
@@ -433,7 +433,7 @@ private Q_SLOTS:
         window->part<QPushButton>("updatePushButton").click();
         QVERIFY(eventually([&] { return updated.count() >= 1; }));
         QCOMPARE(window->series(0), QList<double>({ 0, 7, 0, 0, 0 }));
-        QVERIFY(eventually([&] { return updated.count() >= 2; })); // auto update is on: the chain goes on
+        QVERIFY(eventually([&] { return updated.count() >= 2; })); // auto update is on: polling continues
     }
 
     void hiddenWindowDropsTheReply()
@@ -518,7 +518,7 @@ private Q_SLOTS:
         }
         server.open("reply");
         QVERIFY(server.waitForRequests(2));
-        QCOMPARE(server.requests().size(), 2); // of the three that waited, the last alone
+        QCOMPARE(server.requests().size(), 2); // only the last of the three waiting ones
     }
 
     void tracesWhatItSendsAndReads()
@@ -630,7 +630,7 @@ private Q_SLOTS:
         QPointer<Window> window = new Window(&model, pairMode ? pairs() : Options());
         window->show();
         BoxWatch boxes;
-        boxes.answers = false; // the box goes with its window
+        boxes.answers = false; // the box is deleted with its window
         if (closed)
             boxes.whileOpen = [&] { window->close(); };
         else
@@ -667,7 +667,7 @@ private Q_SLOTS:
         window->result(answered("hist", true, "OK:\n"), payload);
         QCOMPARE(window->series(0), first);
         QCOMPARE(window->series(1), second);
-        QCOMPARE(window->series(2), QList<double>({ -1 })); // no record behind the last row
+        QCOMPARE(window->series(2), QList<double>({ -1 })); // no record after the last row
         QCOMPARE(updated.count(), 1);
         QVERIFY(window->timer->isActive());
     }
@@ -719,7 +719,7 @@ private Q_SLOTS:
         double min = 0;
         double max = 0;
         window->getGraphWidget()->getMinMaxX(min, max);
-        QCOMPARE(max, 4.0); // the axis has changed all the same
+        QCOMPARE(max, 4.0); // the axis has changed nevertheless
         window->extendLastBin = true;
         window->result(answered("hist", true, "OK: (0 4 5)"), bytesOf({ 4, 1 }));
         QCOMPARE(window->series(0), QList<double>({ 0, 0, 0, 0, 1 }));
@@ -770,7 +770,7 @@ private Q_SLOTS:
         window->result(answered("hist", true, text), bytesOf(payload));
         QCOMPARE(watch.texts.size(), boxes);
         QCOMPARE(window->timer->isActive(), boxes == 0);
-        window->grab(); // paints whatever the axis has become
+        window->grab(); // paints with the current axis
     }
 
     // --- controls

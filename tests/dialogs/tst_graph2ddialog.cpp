@@ -29,7 +29,7 @@ QList<QList<double>> rowsOf(const Graph2DDialog& window)
     return rows;
 }
 
-/// A window with access to its inside: 3 by 2 bins, X from 0 to 30, Y from 5 to 7.
+/// A window with access to its members: 3 by 2 bins, X from 0 to 30, Y from 5 to 7.
 class Window : public Graph2DDialog {
 public:
     explicit Window(TarnisSession* model, const QStringList& initCmds = {})
@@ -79,7 +79,7 @@ QList<Graph2DDialog*> filteredWindows(Graph2DDialog& window)
     return window.findChildren<Graph2DDialog*>(QString(), Qt::FindDirectChildrenOnly);
 }
 
-/// The plot's members that are open to subclasses only.
+/// Access to the plot's protected members.
 class PlotInside : public XY2DGraphWidget {
 public:
     static QList<double> rowMaxima(XY2DGraphWidget& plot) { return plot.*(&PlotInside::m_rowMax); }
@@ -204,7 +204,7 @@ private Q_SLOTS:
         QCOMPARE(window->getCmd(), "other");
     }
 
-    // --- the chain
+    // --- polling
 
     void pollsAgainAndAgain()
     {
@@ -245,7 +245,7 @@ private Q_SLOTS:
         QVERIFY(window->timer->isActive());
         window->part<QCheckBox>("autoUpdateCheckBox").click();
         QVERIFY(!window->timer->isActive());
-        window->onAutoUpdateToggled(true); // the box is not checked: nothing goes out
+        window->onAutoUpdateToggled(true); // the box is not checked: nothing is sent
         window->onTimeout();
         server.answer("map", { Step::binary(QByteArray(), "OK:\n") });
         window->part<QCheckBox>("autoUpdateCheckBox").click();
@@ -271,7 +271,7 @@ private Q_SLOTS:
         Model model(server);
         BoxWatch boxes;
         const WindowPointer window = shown(&model);
-        Catalogue catalogue("Graph2DDialog"); // leaves the application when it goes
+        Catalogue catalogue("Graph2DDialog"); // removed from the application by its destructor
         QCoreApplication::installTranslator(&catalogue);
         window->result(answered("start", false, QString()), "NG: no");
         QCOMPARE(boxes.texts, QStringList("asked start, told NG: no"));
@@ -345,14 +345,14 @@ private Q_SLOTS:
         window->setAutoUpdate(false);
         window->part<QPushButton>("updatePushButton").click();
         QVERIFY(eventually([&] { return window->timer->isActive(); }));
-        QVERIFY(eventually([&] { return !window->timer->isActive(); })); // and asks no more
+        QVERIFY(eventually([&] { return !window->timer->isActive(); })); // and polls no more
         QCOMPARE(server.requests().size(), 1);
         window->part<QCheckBox>("autoUpdateCheckBox").setChecked(true); // a round at once
         QVERIFY(server.waitForRequests(2));
         QVERIFY(eventually([&] { return window->timer->isActive(); }));
         window->timer->stop();
         window->part<QPushButton>("updatePushButton").click();
-        QVERIFY(server.waitForRequests(4)); // the chain goes on by itself
+        QVERIFY(server.waitForRequests(4)); // polling continues automatically
     }
 
     void autoUpdateOffCancelsWhatIsQueued()
@@ -383,8 +383,8 @@ private Q_SLOTS:
         QVERIFY(window->isAutoUpdate());
         QVERIFY(server.waitForRequest("map"));
         window->setAutoUpdate(false);
-        window->setCmd("map"); // the same: nothing goes out
-        window->setCmd("other map"); // goes out though the box is not checked
+        window->setCmd("map"); // unchanged: nothing is sent
+        window->setCmd("other map"); // sent although the box is not checked
         QCOMPARE(window->getCmd(), "other map");
         QVERIFY(server.waitForRequest("other map"));
         QCOMPARE(server.requests(), QList<QByteArray>({ "map", "other map" }));
@@ -410,7 +410,7 @@ private Q_SLOTS:
         QVERIFY(server.waitForHold("first"));
         window->setVisible(!hidden);
         int replies = 0;
-        QObject receiver; // on this thread, behind the window's own slot
+        QObject receiver; // on this thread, after the window's own slot
         connect(window->session, &TarnisSession::result, &receiver, [&] { ++replies; });
         server.open("first");
         QVERIFY(eventually([&] { return replies == 1 && (hidden || boxes.texts.size() == 1); }));
@@ -449,7 +449,7 @@ private Q_SLOTS:
         window->reply("OK: exported 3 x 2 y", bytesOf(ramp(6)));
         QVERIFY(window->rows().isEmpty() && window->timer->isActive());
         window->timer->stop();
-        window->result(answered("start", false, QString()), "NG: no"); // before the branch on text: no box
+        window->result(answered("start", false, QString()), "NG: no"); // checked before text replies: no message box
         QVERIFY(window->isVisible() && window->timer->isActive());
     }
 
@@ -577,7 +577,7 @@ private Q_SLOTS:
             QCOMPARE(boxes.icons.value(0), QMessageBox::Information);
         QCOMPARE(window->rows().size(), rows);
         QCOMPARE(window->timer->isActive(), box.isEmpty());
-        window->grab(); // paints whatever the shape has become
+        window->grab(); // paints with the current shape
     }
 
     void mismatchKeepsThePicture()
@@ -639,7 +639,7 @@ private Q_SLOTS:
         Model model(server);
         const WindowPointer window = shown(&model);
         constexpr int count = 1000000;
-        // Rows are set one by one; a walk over all of them for each would take minutes.
+        // Rows are set one by one; a scan of all rows for each would take minutes.
         window->reply(QStringLiteral("OK: exported 1 x %1 y").arg(count), bytesOf(ramp(count)));
         QCOMPARE(window->rows().size(), count);
         QCOMPARE(window->rows().constLast(), QList<double>({ double(count) }));

@@ -1,4 +1,4 @@
-// The kernel's form: what it shows, how text becomes numbers, what the process remembers.
+// The kernel's form: initial values, conversion of text, values stored for the process.
 #include <tarnis/dialogs/graph2dfilterdialog.h>
 
 #include <QDialogButtonBox>
@@ -26,7 +26,7 @@ void press(const Graph2DFilterDialog& dialog, QDialogButtonBox::StandardButton b
     dialog.findChild<QDialogButtonBox*>(QStringLiteral("buttonBox"))->button(button)->click();
 }
 
-/// Puts the remembered kernel back to the default, which the tests below start from.
+/// Resets the stored kernel to the default, from which the tests below start.
 void rememberDefault()
 {
     Graph2DFilterDialog dialog(nullptr);
@@ -38,7 +38,7 @@ void rememberDefault()
     press(dialog, QDialogButtonBox::Ok);
 }
 
-/// What the dialog hands over when `edit` has changed its fields and Ok is pressed.
+/// The kernel emitted by the dialog after `edit` has changed its fields and Ok was pressed.
 template <typename Edit> Graph2DFilter acceptedAfter(Edit edit)
 {
     Graph2DFilterDialog dialog(nullptr);
@@ -172,7 +172,7 @@ private Q_SLOTS:
         QVERIFY(visible);
         QVERIFY(!dialog.isVisible());
         QCOMPARE(dialog.result(), int(QDialog::Accepted));
-        QCOMPARE(shownByTheNext, "8"); // remembered before the signal
+        QCOMPARE(shownByTheNext, "8"); // stored before the signal
         rememberDefault();
     }
 

@@ -1,4 +1,4 @@
-// The 5 by 5 filter against the spelt-out loops, bit by bit.
+// The 5 by 5 filter against explicit loops, bit by bit.
 #include "support/support.h"
 
 #include "tarnis/dialogs/graph2dfilterdialog.h"
@@ -13,7 +13,7 @@ using Rows = QList<QList<double>>;
 
 namespace {
 
-/// The oracle: every bin of the inside by itself, in the order of the kernel.
+/// The oracle: each inner bin separately, in the order of the kernel.
 Rows speltOut(const Rows& source, const Graph2DFilter& filter)
 {
     Rows target = source;
@@ -45,7 +45,7 @@ bool sameBits(const Rows& a, const Rows& b)
         for (qsizetype i = 0; i < a.at(row).size(); ++i) {
             const double left = a.at(row).at(i);
             const double right = b.at(row).at(i);
-            // Which of two NaNs an addition keeps is the processor's choice: any NaN equals any other.
+            // The NaN resulting from adding two NaNs depends on the processor, so all NaNs count as equal.
             if (std::memcmp(&left, &right, sizeof left) != 0 && !(left != left && right != right))
                 return false;
         }

@@ -1,4 +1,4 @@
-// What the live windows add to their contract: hostile texts, replies that are not drawn, stopped polls, new sessions.
+// Further features of the live windows: hostile texts, replies that are not drawn, stopped polling, new sessions.
 #include "dialogs/livewindow.h"
 
 #include <tarnis/dialogs/graph1ddialog.h>
@@ -63,7 +63,7 @@ public:
     using Graph2DDialog::hooks;
 };
 
-/// A server that keeps the window's first poll waiting, so that the replies are those that the test makes.
+/// A server that does not answer the window's first poll, so that the test provides all replies.
 struct SilentServer : ScriptedServer {
     SilentServer() { answer("hist", { Step::silence() }); }
 };
@@ -169,7 +169,7 @@ private Q_SLOTS:
         };
         window.result(answered("hist", true, text), bytesOf({ x, 1.0 }));
         QTEST(reason, "reason");
-        QVERIFY(window.timer->isActive()); // the polling goes on
+        QVERIFY(window.timer->isActive()); // polling continues
         QVERIFY(!window.saysStopped() && boxes.texts.isEmpty());
     }
 
@@ -205,7 +205,7 @@ private Q_SLOTS:
             return;
         QCOMPARE(int(undrawn.at(0).reason), int(tarnis::UndrawnReply::Reason::SizeMismatch));
         QCOMPARE(undrawn.at(0).values, values);
-        QCOMPARE(window.binsX, 2); // as before: those of what it shows
+        QCOMPARE(window.binsX, 2); // as before: those of the displayed data
         QCOMPARE(window.binsY, 4);
     }
 
@@ -230,7 +230,7 @@ private Q_SLOTS:
         Map map(addressOf(server));
         QList<qint64> counts;
         const auto count = [&](const tarnis::DrawnReply& reply) { counts += { reply.values, reply.notFinite }; };
-        curves.result(answered("hist", true, "OK:"), bytesOf({ 1, qQNaN() })); // without a hook nobody is told
+        curves.result(answered("hist", true, "OK:"), bytesOf({ 1, qQNaN() })); // without a hook there is no report
         curves.hooks.onDrawn = count;
         map.hooks.onDrawn = count;
         curves.result(answered("hist", true, "OK:"), bytesOf({ 1, qQNaN(), infinity, 2 }));
@@ -239,7 +239,7 @@ private Q_SLOTS:
         QVERIFY(curves.infoText().isEmpty());
     }
 
-    // Stopped polls and new sessions
+    // Stopped polling and new sessions
 
     void saysThatItHasStoppedAndStartsAgain()
     {
@@ -294,7 +294,7 @@ private Q_SLOTS:
         QVERIFY(eventually([&] { return window.data() == QList<double>({ 1 }); }));
         const BoxWatch boxes;
         window.renewSession(addressOf(second));
-        tarnis::waitForEndingSessions(); // the first server's prompt goes with it
+        tarnis::waitForEndingSessions(); // the first server's prompt is destroyed with it
         first.reset();
         QVERIFY(eventually([&] { return window.data() == QList<double>({ 2 }); }));
         QCOMPARE(boxes.texts, QStringList());

@@ -1,4 +1,4 @@
-// The library's own saves as a host sees them: each is reported with its cause, and none leaves half a file.
+// The library's own saves with hooks: each result is reported with its cause, and no partial file is left.
 #include "support/modalwatchdog.h"
 #include "support/savecases.h"
 
@@ -22,7 +22,7 @@ using namespace tarnis::testing;
 
 namespace {
 
-/// A chooser that has been answered already.
+/// A file dialog that is already answered.
 class Answered : public QFileDialog {
 public:
     Answered(QWidget* parent, const QString& path)
@@ -42,7 +42,7 @@ struct Report {
     QString error;
 };
 
-/// The hooks of a host, while it exists.
+/// Sets the hooks of a host while it exists.
 class Host {
 public:
     explicit Host(SavePlace& place)
@@ -67,7 +67,7 @@ public:
     QList<Report> reports;
 };
 
-/// A plot with data whose picture is taken when the printer's dialog has been answered.
+/// A plot with data that is painted after the printer's dialog has been answered.
 template <typename Plot> class Watched : public Plot {
 public:
     std::function<void()> watch;
@@ -113,7 +113,7 @@ class TestSaveHooks : public QObject {
             QSKIP("mounting is not allowed here");
         setSaveFilePath("/before/");
         const Host host(place);
-        ModalWatchdog watchdog; // no box of the library's
+        ModalWatchdog watchdog; // no message box of the library
         widget.save();
         QVERIFY(watchdog.isContent());
         QCOMPARE(host.requests.size(), 1);
@@ -266,7 +266,7 @@ private Q_SLOTS:
             plot.onSaveCsv();
             QVERIFY(cancelled.isContent());
         }
-        QCOMPARE(reports, 0); // nothing was tried
+        QCOMPARE(reports, 0); // no attempt was made
         ModalWatchdog accepted({ acceptFile(place.path()), agree });
         plot.onSaveCsv();
         QVERIFY(accepted.isContent());
@@ -275,7 +275,7 @@ private Q_SLOTS:
         tarnis::setSaveHooks({});
     }
 
-    /// A dialog that is closed, or whose plot goes while it is open, saves nothing.
+    /// A dialog that is closed, or whose plot is destroyed while it is open, saves nothing.
     void aDialogThatEndsOtherwiseSavesNothing()
     {
         int reports = 0;
@@ -284,7 +284,7 @@ private Q_SLOTS:
             using QFileDialog::QFileDialog;
             int exec() override
             {
-                delete parentWidget(); // and this with it
+                delete parentWidget(); // and this object with it
                 return QDialog::Accepted;
             }
         };

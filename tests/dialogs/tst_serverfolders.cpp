@@ -20,7 +20,7 @@ QStringList sorted(QStringList names)
     return names;
 }
 
-/// Folders and files below the root of a server that runs as long as this lives.
+/// Folders and files below the root of a server that runs while this object exists.
 class Tree {
 public:
     void folder(const QString& path) const { QVERIFY2(QDir(m_root.path()).mkpath('.' + path), qPrintable(path)); }
@@ -97,7 +97,8 @@ void TestServerFolders::namesOfEveryKind()
 
 void TestServerFolders::namesBeyondLatin1AreListedOnly()
 {
-    // Requests go out in Latin-1: the server is asked for another name, refuses, and the chooser goes back to its root.
+    // Requests are sent in Latin-1, so the server receives another name and rejects it, and the chooser returns to its
+    // root.
     Tree tree;
     tree.folder("/Teilchen 😀");
     tree.folder("/測定");
@@ -158,7 +159,7 @@ void TestServerFolders::folderThatVanishes()
     QCOMPARE(path.dialog->getDir(), "/");
     QVERIFY(directory.shows({ "run/" }));
     QCOMPARE(directory.ancestors(), QStringList("/"));
-    // And on from there.
+    // And further from there.
     path.doubleClick("run/");
     QVERIFY(path.shows({ "new/" }));
 }
@@ -191,7 +192,7 @@ void TestServerFolders::serverThatEnds()
     QVERIFY(path.shows({ "run/" }));
     tree.reset();
     path.doubleClick("run/");
-    // Nobody answers any more: nothing is shown, and the dialog closes as ever.
+    // The server no longer answers: nothing is shown, and the dialog closes normally.
     QVERIFY(!path.list().isEnabled());
     path.dialog->close();
     QVERIFY(!path.dialog->isVisible());

@@ -14,7 +14,7 @@ Script listing(const QByteArray& lines)
     return { Step::text("OK:\n" + lines) };
 }
 
-/// /data with two runs and files, /data/run with one file; the server stands in /data.
+/// /data with two runs and files, /data/run with one file; the server's current folder is /data.
 void serveTree(ScriptedServer& server)
 {
     server.answer("pwd", listing("/data\n"));
@@ -391,17 +391,17 @@ private Q_SLOTS:
         PathChooser chooser(server, "/data");
         chooser.dialog->setExt({ "txt" }, true, true);
         QVERIFY(eventually([&] { return chooser.list().count() == 4; }));
-        // Another case is another file.
+        // Names are case-sensitive.
         chooser.edit().setText("B.TXT");
         const BoxAnswer otherCase(QMessageBox::Ok);
         chooser.ok().click();
         QCOMPARE(otherCase.text, "File not found: B.TXT");
-        // Both flags: the file exists, so the question comes.
+        // Both flags: the file exists, so the dialog asks.
         chooser.edit().setText("b.txt");
         const BoxAnswer question(QMessageBox::Cancel);
         chooser.ok().click();
         QCOMPARE(question.text, "'b.txt' already exists. Do you want to overwrite it?");
-        QVERIFY(question.defaultButton != QMessageBox::Cancel); // unlike the twin's
+        QVERIFY(question.defaultButton != QMessageBox::Cancel); // unlike in the other chooser
         QVERIFY(chooser.accepted.isEmpty());
     }
 
@@ -614,7 +614,7 @@ private Q_SLOTS:
         QCOMPARE(box.text, "'x' already exists. Do you want to overwrite it?");
         QCOMPARE(box.defaultButton, QMessageBox::Cancel);
         QVERIFY(chooser.accepted.isEmpty());
-        // A name that is not shown is looked up too.
+        // A name that is not displayed is looked up too.
         chooser.dialog->setExt({}, true, QString());
         chooser.edit().setText("other");
         const BoxAnswer second(QMessageBox::Ok);
@@ -653,7 +653,7 @@ private Q_SLOTS:
 
     void requestsCarryTheirNames()
     {
-        // What comes back are exactly the commands that were sent.
+        // The returned commands are exactly those that were sent.
         class Path : public SelectPathDialog {
         public:
             using SelectPathDialog::SelectPathDialog;
@@ -725,7 +725,7 @@ private Q_SLOTS:
         QTest::keyClick(&twin.list(), Qt::Key_Enter, Qt::KeypadModifier);
         QVERIFY(eventually([&] { return twin.ancestors().size() == 3; }));
         QCOMPARE(twin.dialog->focusWidget(), &twin.list());
-        // On a file, and where nothing is current, Enter presses Ok as everywhere in the dialog.
+        // On a file, and without a current item, Enter presses Ok as everywhere in the dialog.
         QVERIFY(chooser.shows({ "one.txt" }));
         chooser.list().setCurrentRow(0);
         QTest::keyClick(&chooser.list(), Qt::Key_Return);
@@ -831,7 +831,7 @@ private Q_SLOTS:
         PathChooser chooser(server, "/data");
         QVERIFY(chooser.shows({ "empty/", "run/" }));
         PTarnisCmd command(new TarnisCmd("ls"));
-        command->m_cmdName = "ls"; // the twin's name
+        command->m_cmdName = "ls"; // the name used by the other chooser
         chooser.dialog->result(command, "OK:\nother/\n");
         QCOMPARE(chooser.names(), QStringList({ "empty/", "run/" }));
     }

@@ -17,7 +17,7 @@ QStringList texts(const QList<NameValue>& values)
     return texts;
 }
 
-/// The oracle: every line split off, every name looked for from the start.
+/// The oracle: splits off each line and searches each name from the start.
 QList<NameValue> speltOut(const QString& reply)
 {
     QList<NameValue> values;

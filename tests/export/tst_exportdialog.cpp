@@ -1,4 +1,4 @@
-// The dialog that exports a plot: what it suggests, what it saves, and that a failed save keeps it open.
+// The dialog that exports a plot: suggestions, saved files, and staying open after a failed save.
 #include <tarnis/export/exportdialog.h>
 #include <tarnis/formats/formats.h>
 #include <tarnis/foundation/files.h>

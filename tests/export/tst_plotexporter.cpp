@@ -1,4 +1,4 @@
-// Pictures and tables of plots: every vertex and every bin is in the files, and the plots stay as they are.
+// Pictures and tables of plots: every vertex and every bin is in the files, and the plots are not changed.
 #include <tarnis/export/plotexporter.h>
 #include <tarnis/formats/formats.h>
 #include <tarnis/foundation/files.h>
@@ -111,7 +111,7 @@ QByteArray streamsOf(const QByteArray& pdf)
     return text;
 }
 
-/// The gradient of the colour bar is rounded by its place on the device.
+/// The gradient of the colour bar is rounded depending on its position on the device.
 bool areClose(const QColor& a, const QColor& b)
 {
     return qAbs(a.red() - b.red()) <= 1 && qAbs(a.green() - b.green()) <= 1 && qAbs(a.blue() - b.blue()) <= 1;

@@ -1,4 +1,4 @@
-// CSV files: exact round trips, tables of other programs, and errors with their place.
+// CSV files: exact round trips, tables of other programs, and errors with their position.
 #include "datasets.h"
 
 #include <tarnis/formats/csv.h>

@@ -59,7 +59,7 @@ private Q_SLOTS:
 
     void refusesAHeapWithoutEnd()
     {
-        // A file of another program, whose texts are in a heap.
+        // A file of another program with texts in a string heap.
         QFile file(QStringLiteral(HDF5_FILES "/nexus.h5"));
         QVERIFY(file.open(QIODevice::ReadOnly));
         QByteArray bytes = file.readAll();

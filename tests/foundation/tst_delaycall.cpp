@@ -16,7 +16,7 @@ namespace {
 
 constexpr int never = 1000000; // ms
 
-// Counts the copies of itself that live, so that a test sees when a function has been dropped.
+// Counts its existing copies, so that a test can detect when a function was dropped.
 using Captured = std::shared_ptr<int>;
 
 void runEventsOnce()

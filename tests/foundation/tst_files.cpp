@@ -1,4 +1,4 @@
-// Files as a whole: what is written is there or the previous file is, and every failure has its cause.
+// Complete files: after a write there is either the new or the previous file, and every failure has a cause.
 #include <tarnis/foundation/files.h>
 
 #include <QDir>
@@ -21,8 +21,7 @@ QByteArray bytesOf(const QString& path)
     return tarnis::readFile(path).bytes;
 }
 
-/// No file may become larger than `bytes` while the object exists: a device that is full after some bytes, for any
-/// user.
+/// Limits files to `bytes` while the object exists, to simulate a full device for any user.
 class SizeLimit {
 public:
     explicit SizeLimit(rlim_t bytes)
@@ -45,7 +44,8 @@ private:
     void (*m_handler)(int) = nullptr;
 };
 
-/// Root may write everywhere: while the object exists, the process is another user, who owns the folder and its files.
+/// Root may write everywhere, so while the object exists, the process runs as another user, who owns the folder and its
+/// files.
 class WithoutPrivileges {
 public:
     explicit WithoutPrivileges(const QString& folder)

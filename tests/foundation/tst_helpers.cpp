@@ -501,8 +501,8 @@ void TestHelpers::numbersAgreeWithTheOracle()
         const int power = i % 2 == 0 ? exponent(generator) : nearby(generator);
         const int digits = precision(generator);
         double value = mantissa(generator) * std::pow(10.0, power);
-        // Whole numbers of few digits only: where a tie is to be rounded, Qt and the oracle's snprintf may differ. Nor
-        // do they agree on the sign of a negative zero.
+        // Only integers of few digits: Qt and the oracle's snprintf may round ties differently and show negative zero
+        // differently.
         if (i % 3 == 0 && std::abs(power) < 10)
             value = std::fmod(std::round(value), std::pow(10.0, digits)) + 0.0;
         const char format = formats[i % 6];

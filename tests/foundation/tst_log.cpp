@@ -19,7 +19,7 @@ namespace {
 
 constexpr qint64 rotationSize = 0xA00000;
 
-// Opens what subclasses may see.
+// Access to protected members.
 struct Block : _LogBlock {
     using _LogBlock::_LogBlock;
     static long long nextNumber() { return _next_num; }
@@ -53,7 +53,7 @@ class TestLog : public QObject {
         QFile file(path(name));
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     }
-    // The entries of the log, closed, without the empty pair in front and the line feed at the end.
+    // Closes the log and returns its entries, without the leading empty lines and the final line feed.
     QList<QByteArray> lines()
     {
         closelog();
@@ -64,7 +64,7 @@ class TestLog : public QObject {
         content.chop(1);
         return content.isEmpty() ? QList<QByteArray>() : content.split('\n');
     }
-    // Word and message of every entry.
+    // Level and message of every entry.
     QList<QByteArray> messages()
     {
         QList<QByteArray> texts;
@@ -506,7 +506,7 @@ void TestLog::blocksOfTwoThreadsDoNotSeeEachOther()
 void TestLog::blockThatOutlivesTheLogLeavesItsNumber()
 {
     const long long number = Block::nextNumber();
-    // On a thread of its own, since the number stays with the thread.
+    // On a separate thread, because the number is kept per thread.
     std::thread([this] {
         openLog(0, QStringLiteral("before.log"));
         {

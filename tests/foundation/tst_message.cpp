@@ -1,4 +1,4 @@
-// Who shows the library's messages: message boxes, the host's handler, the Qt log.
+// Display of the library's messages: message boxes, the host's handler, the Qt log.
 #include "support/modalwatchdog.h"
 
 #include <tarnis/foundation/message.h>
@@ -19,7 +19,7 @@ using tarnis::testing::ModalWatchdog;
 
 namespace {
 
-/// A host's handler: keeps what it is given, and answers.
+/// A host's handler: stores messages and answers them.
 class HostHandler {
 public:
     explicit HostHandler(MessageButton answer = MessageButton::Ok)
@@ -95,7 +95,7 @@ void TestMessage::givesTheHostAMissingPrompt()
 {
     HostHandler host;
     TarnisSession session("localhost", 1, nullptr, nullptr);
-    // From another thread too, it is the application's thread that shows it.
+    // Called from another thread, it is shown on the application's thread.
     const std::unique_ptr<QThread> thread(QThread::create([&] { session.GetPrompt(); }));
     thread->start();
     QTRY_COMPARE(host.messages.size(), 1);

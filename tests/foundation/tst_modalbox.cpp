@@ -1,4 +1,4 @@
-// Boxes that are answered, and boxes whose parent goes while they are open.
+// Boxes that are answered, and boxes whose parent is destroyed while they are open.
 #include "support/modalwatchdog.h"
 
 #include "tarnis/foundation/modalbox_p.h"
@@ -22,7 +22,7 @@ ModalWatchdog::Answer press(QMessageBox::StandardButton button)
     return [button](QWidget& window) { dynamic_cast<QMessageBox&>(window).button(button)->click(); };
 }
 
-/// How the parent goes: at once, or as a window that deletes itself on close.
+/// How the parent is destroyed: at once, or as a window that deletes itself on close.
 ModalWatchdog::Answer deleteParent(QPointer<QWidget> parent)
 {
     return [parent](QWidget&) { delete parent; };
@@ -78,7 +78,7 @@ void TestModalBox::givesTheButton()
             QMessageBox::Question, nullptr, "title", "text", QMessageBox::Yes | QMessageBox::No, QMessageBox::Yes);
     };
     QCOMPARE(ask(), QMessageBox::No);
-    QCOMPARE(ask(), QMessageBox::No); // which the Escape key stands for
+    QCOMPARE(ask(), QMessageBox::No); // the button of the Escape key
     QVERIFY(watchdog.isContent());
 }
 

@@ -21,7 +21,7 @@ void collectDebugText(QtMsgType type, const QMessageLogContext&, const QString& 
 class TestModelessWidgetManager : public QObject {
     Q_OBJECT
 
-    // An owner that opens its windows in the one prescribed way.
+    // An owner that opens its windows as documented.
     struct Owner : QWidget {
         ModelessWidgetManager manager;
         int created = 0;
@@ -142,7 +142,7 @@ void TestModelessWidgetManager::goesBeforeItsWindows()
     }
     QVERIFY(window);
     delete window.data();
-    // An owner's members go before its child windows: nobody is told any more.
+    // An owner's members are destroyed before its child windows, so there is no notification.
     auto owner = std::make_unique<Owner>();
     window = owner->open(key(0));
     owner.reset();

@@ -15,7 +15,7 @@ void collect(QtMsgType, const QMessageLogContext& context, const QString& text)
     lastCategory = QString::fromLatin1(context.category);
 }
 
-/// Collects messages while it lives.
+/// Collects messages while it exists.
 class Collector {
 public:
     Collector()

@@ -50,7 +50,7 @@ private Q_SLOTS:
         QCOMPARE(button->text(), "Update");
         tarnis::setLanguage(QLocale(QLocale::German));
         QTRY_COMPARE(button->text(), "Aktualisieren");
-        // The entries of this box are also what the window reads: they stay.
+        // The window also reads the entries of this box, so they are not translated.
         QCOMPARE(window.findChild<QComboBox*>("typeComboBox")->itemText(0), "Each");
         tarnis::setLanguage(QLocale(QLocale::English));
         QTRY_COMPARE(button->text(), "Update");

@@ -1,4 +1,4 @@
-// Live widgets on a scripted server: data, states, the line below the plot, shared polls.
+// Live widgets with a scripted server: data, states, the status line, shared polls.
 #include "support/scriptedserver.h"
 
 #include <tarnis/client/histogrampoller.h>
@@ -92,7 +92,7 @@ private Q_SLOTS:
         QCOMPARE(curveNames(*widget.plot()), QStringList({ "Ge", "Module 1" }));
         QCOMPARE(PlotMapping::of(*widget.plot()).x().max, 8.0);
 
-        // What the user has zoomed to stays with the next data.
+        // The user's zoom is kept with the next data.
         widget.plot()->onAutoScaleX(false);
         widget.plot()->setMinMaxX(2, 4);
         const qsizetype then = updated.size();
@@ -265,7 +265,7 @@ private Q_SLOTS:
         QVERIFY(window.sizeHint().width() > 480);
         window.resize(900, 400);
         window.show();
-        QVERIFY(plot->width() > 700); // the room that is left over
+        QVERIFY(plot->width() > 700); // the remaining space
         plot->setMinimumWidth(600);
         plot->setMaximumHeight(100);
         QVERIFY(window.minimumSizeHint().width() > 600);

@@ -1,5 +1,5 @@
-// A vocabulary for tests of mpfit(): a case is its residual function with starting values, records and options; run()
-// makes the call and keeps what came of it.
+// Fixtures for tests of mpfit(): a case is a residual function with starting values, records and options; run() calls
+// mpfit() and stores the result.
 #pragma once
 
 #include <tarnis/peak/mpfit.h>
@@ -17,7 +17,7 @@ struct FitCase {
 
     struct Call {
         std::vector<double> x;
-        std::vector<bool> columns; ///< which derivatives were asked for; empty: none
+        std::vector<bool> columns; ///< requested derivatives; empty: none
         int answer;
         double norm; ///< Euclidean, of what was written
     };
@@ -57,7 +57,7 @@ FitCase straightLine(std::vector<double> y, std::vector<double> start);
 /// The two residuals of H. H. Rosenbrock's function; minimum 0 at (1, 1).
 FitCase rosenbrockFrom(double x0, double x1);
 
-/// What the run of f prints on standard output.
+/// The output of f on standard output.
 std::string standardOutputOf(const std::function<void()>& f);
 
 } // namespace tarnis::testing

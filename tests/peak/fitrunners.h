@@ -1,4 +1,4 @@
-// One least-squares problem, run through mpfit and through cminpack's lmdif, with the same figures from both.
+// Runs a least-squares problem with mpfit and with cminpack's lmdif, and reports the same numbers for both.
 #pragma once
 
 #include <tarnis/peak/mpfit.h>
@@ -27,8 +27,8 @@ struct FitSettings {
     int maxfev = 20000; ///< of both
 };
 
-/// With this as epsfcn both fitters take the same finite differences. mpfit's default is smaller by 2e-8, which moves
-/// the last bits of each point of a difference.
+/// With this epsfcn both fitters use the same finite differences. mpfit's default is smaller by 2e-8, which changes the
+/// last bits of each difference point.
 inline constexpr double lmdifPrecision = 2.220446049250313e-16;
 
 struct FitReport {

@@ -11,8 +11,8 @@ namespace tarnis::testing {
 struct MghProblem {
     LeastSquaresProblem fit; ///< from the standard starting point
     std::vector<double> minima; ///< the published sums of squares, local ones included
-    /// Absolute step for central differences where the published minimum needs one: parameters that come near zero make
-    /// the automatic step too small to be seen in the residuals.
+    /// Absolute step for central differences, if the published minimum requires one: for parameters near zero the
+    /// automatic step is too small to change the residuals.
     double step = 0.0;
 };
 

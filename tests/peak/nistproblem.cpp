@@ -91,7 +91,7 @@ std::vector<double> numbersIn(const QString& line)
     return values;
 }
 
-// The lines that the file's header gives for its data.
+// The data lines according to the file's header.
 std::pair<qsizetype, qsizetype> dataLines(const QStringList& lines)
 {
     static const QRegularExpression range(QStringLiteral("Data +\\(lines +(\\d+) +to +(\\d+)\\)"));
@@ -159,7 +159,7 @@ NistProblem readNistProblem(const QString& path)
     }
     if (problem.certified.empty() || problem.y.size() <= problem.certified.size())
         refuse(path, "no parameters or too few data");
-    // The file has its first parameter as 1.20196866396E-0; with 0.20196866396 the certified sum of squares comes out.
+    // The file has its first parameter as 1.20196866396E-0; 0.20196866396 reproduces the certified sum of squares.
     if (problem.name == "Roszman1" && problem.certified[0] > 1.0)
         problem.certified[0] -= 1.0;
     return problem;

@@ -24,8 +24,7 @@ struct NistProblem {
     LeastSquaresProblem from(std::size_t start) const;
 };
 
-/// Reads one file. Ends the test program with a message if the file does not hold what its header says, or if the model
-/// of that name is not known.
+/// Reads one file. Ends the test program with a message if the file contradicts its header, or if the model is unknown.
 NistProblem readNistProblem(const QString& path);
 
 } // namespace tarnis::testing

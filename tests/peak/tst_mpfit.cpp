@@ -1,4 +1,4 @@
-// mpfit(): what it refuses, how it ends, what it reports.
+// mpfit(): rejected arguments, statuses, reported results.
 #include "fitcase.h"
 
 #include <QTest>
@@ -25,7 +25,7 @@ int refusedFunction(int, int, double*, double*, double**, void* data)
     return 0;
 }
 
-// The arguments of a call that has something wrong with it.
+// The arguments of an invalid call.
 struct Refused {
     bool hasFunction = true;
     int m = 4;
@@ -376,7 +376,7 @@ void TestMpfit::looksAtMaxfevAfterAStep()
 
 void TestMpfit::stopsAfter200Iterations()
 {
-    // Falls for ever, ever more slowly.
+    // Decreases forever, more and more slowly.
     FitCase fit(1, { 1.0 }, [](std::span<const double> x, std::span<double> r, double**) {
         r[0] = 1.0 / std::log(std::fabs(x[0]) + 2.0);
         return 0;
@@ -387,7 +387,7 @@ void TestMpfit::stopsAfter200Iterations()
 
 void TestMpfit::bestnormIsThatOfARejectedStep()
 {
-    // The first step from here overshoots and is refused; the limit ends the fit right there.
+    // The first step from here overshoots and is rejected; the limit ends the fit there.
     FitCase fit = rosenbrockFrom(-1.2, 1.0);
     fit.configure([](mp_config& c) { c.maxfev = 1; });
     QCOMPARE(fit.run(), 5);
@@ -399,7 +399,7 @@ void TestMpfit::bestnormIsThatOfARejectedStep()
     QVERIFY(std::fabs(fit.result.bestnorm - refused * refused) <= 1e-12 * refused * refused);
     QCOMPARE(fit.resid, (std::vector { 10.0 * (1.0 - 1.2 * 1.2), 2.2 }));
 
-    // Without one it is the answer's.
+    // Without a limit it is that of the result.
     FitCase whole = rosenbrockFrom(-1.2, 1.0);
     whole.run();
     QCOMPARE(whole.result.bestnorm, largestOf(whole.sumOfSquares(), 0.0));

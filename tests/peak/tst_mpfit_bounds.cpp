@@ -13,7 +13,7 @@ using namespace tarnis::testing;
 
 namespace {
 
-// Residual x - target for each parameter: separable, so that the first step is the whole way.
+// Residual x - target for each parameter: separable, so that the first step reaches the target.
 FitCase towards(std::vector<double> start, std::vector<double> targets)
 {
     const int n = int(targets.size());
@@ -33,7 +33,7 @@ FitCase towards(std::vector<double> start, std::vector<double> targets)
     return fit;
 }
 
-// The call of the first step: behind the start and the analytic Jacobian.
+// The call of the first step, after the start and the analytic Jacobian.
 const std::vector<double>& firstStep(const FitCase& fit)
 {
     return fit.calls.at(2).x;
@@ -127,7 +127,7 @@ std::optional<std::vector<double>> solveWith(const LinearProblem& p, const std::
     return x;
 }
 
-// The least sum of squares inside the box: the best feasible solution over all active sets.
+// The minimum sum of squares inside the box: the best feasible solution over all active sets.
 double enumeratedMinimum(const LinearProblem& p)
 {
     double best = std::numeric_limits<double>::infinity();
@@ -262,7 +262,7 @@ void TestMpfitBounds::cutsTheStepAtABound()
 
 void TestMpfitBounds::cutsAllComponentsAlike()
 {
-    // A quarter of the way to 9 is allowed; the other goes a quarter of its way too.
+    // A quarter of the way to 9 is allowed; the other parameter also moves a quarter of its way.
     FitCase fit = towards({ 1.0, 1.0 }, { 9.0, 5.0 });
     fit.boundAbove(0, 3.0).run();
     QCOMPARE(firstStep(fit), (std::vector { 3.0, 2.0 }));
@@ -316,7 +316,7 @@ void TestMpfitBounds::heldColumnCountsAsZero()
     QCOMPARE(fit.covar, (std::vector { 0.0, 0.0, 0.0, 1.0 }));
     QCOMPARE(fit.xerror, (std::vector { 0.0, 1.0 }));
 
-    // All on their bounds, all columns held: nothing left to do.
+    // All on their bounds, all columns held: nothing remains to be done.
     FitCase cornered = towards({ 3.0, 1.0 }, { 9.0, 5.0 });
     cornered.boundAbove(0, 3.0).boundAbove(1, 1.0).run();
     QCOMPARE(cornered.status, 4);
@@ -327,7 +327,7 @@ void TestMpfitBounds::snapsToABoundNearby_data()
 {
     QTest::addColumn<double>("bound");
     QTest::addColumn<bool>("upper");
-    QTest::addColumn<double>("target"); // where the step would go
+    QTest::addColumn<double>("target"); // target of the step
     QTest::addColumn<bool>("snaps");
     const double up = 2.220446049250313e-16;
     QTest::newRow("upper, positive: one bit below") << 2.0 << true << 2.0 * (1 - up) << true;

@@ -30,7 +30,7 @@ struct Difference {
     double step;
     double relstep;
     double upper; ///< infinite: none
-    std::vector<double> points; ///< where the residuals are asked for the column, in order
+    std::vector<double> points; ///< points at which the residuals of the column are requested, in order
 };
 
 void addDifference(const char* name, const Difference& d)
@@ -142,7 +142,7 @@ void TestMpfitDerivatives::usesEpsfcn()
 
 void TestMpfitDerivatives::dividesByTheWidth()
 {
-    // With one parameter and one residual the Gauss-Newton step is f / f', which tells the derivative that was used.
+    // With one parameter and one residual the Gauss-Newton step is f / f', which shows the derivative that was used.
     const auto derivative = [](int side) {
         FitCase fit = cube(2.0);
         fit.pars[0].step = 0.5;

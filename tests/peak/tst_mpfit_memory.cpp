@@ -1,4 +1,4 @@
-// Storage: refused at any allocation it is status -20, and whatever the ending everything is given back.
+// Storage: if any allocation fails, the status is -20, and all memory is freed in every case.
 #include <tarnis/peak/mpfit.h>
 
 #include <QTest>
@@ -11,7 +11,7 @@
 
 namespace {
 
-// The program's allocations are counted between watch() and the end of the call under test.
+// Counts the program's allocations between watch() and the end of the call under test.
 struct Heap {
     bool watching = false;
     int allocations = 0;
@@ -112,7 +112,7 @@ struct Outcome {
     int calls = 0;
 };
 
-// One fit with all kinds of records, under the eyes of the heap.
+// One fit with all kinds of records and counted allocations.
 Outcome watchedFit(Course course, int failing = 0)
 {
     double x[] = { 0.0, 0.5, 3.0 };
@@ -204,7 +204,7 @@ void TestMpfitMemory::refusedAllocationComesBeforeTheParameters()
 
 void TestMpfitMemory::countsBeyondTheAddressSpace()
 {
-    // Neither the vectors nor the Jacobian of this can exist; x is never looked at.
+    // Neither the vectors nor the Jacobian can be allocated; x is never read.
     double x[] = { 1.0 };
     heap = { true, 0, 0, 1, 0 };
     const int vectors = mpfit(scripted, INT_MAX, INT_MAX, x, nullptr, nullptr, nullptr, nullptr);

@@ -55,7 +55,7 @@ bool isAtLeast(const Digits& a, const Digits& b)
     return a.parameters >= b.parameters && a.deviations >= b.deviations && a.sum >= b.sum;
 }
 
-// Starts from which neither fitter gets to the certified values, and why.
+// Starts from which neither fitter reaches the certified values, and why.
 QString reasonForFailure(const std::string& name, int start)
 {
     if (name == "BoxBOD" && start == 0) {
@@ -141,7 +141,7 @@ void TestMpfitNist::needsMoreThanTheDefaultIterations_data()
     QTest::newRow("MGH17") << QStringLiteral("MGH17");
 }
 
-// From their far starts these two creep along a valley: the default of 200 iterations ends them on the way.
+// From their far starts these two converge slowly along a valley: the default of 200 iterations is not enough.
 void TestMpfitNist::needsMoreThanTheDefaultIterations()
 {
     QFETCH(QString, name);

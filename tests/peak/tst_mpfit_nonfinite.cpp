@@ -1,4 +1,4 @@
-// Numbers that are not finite, huge or degenerate: every fit ends, with the status that its course gives.
+// Numbers that are not finite, huge or degenerate: every fit ends with the expected status.
 #include "fitcase.h"
 #include "support/support.h"
 
@@ -97,7 +97,7 @@ void TestMpfitNonFinite::refusesANonFiniteTrialAsLmdifDoes_data()
 
 void TestMpfitNonFinite::refusesANonFiniteTrialAsLmdifDoes()
 {
-    // The logarithm has no value where the first step goes; shorter steps find the way.
+    // The logarithm is undefined at the first step; shorter steps converge.
     QFETCH(double, bad);
     FitCase fit(1, { 0.01 }, [=](std::span<const double> x, std::span<double> r, double**) {
         r[0] = x[0] > 0.0 ? std::log(x[0]) - std::log(1e-4) : bad;
@@ -251,7 +251,7 @@ void TestMpfitNonFinite::zeroResidualsConverge()
 
 void TestMpfitNonFinite::hugeCountsAreRefused()
 {
-    // Nothing may be touched: x has one element only.
+    // Nothing may be accessed: x has only one element.
     double x = 1.0;
     const mp_func never = [](int, int, double*, double*, double**, void*) { return -1; };
     QCOMPARE(mpfit(never, INT_MAX, -1, &x, nullptr, nullptr, nullptr, nullptr), -19);

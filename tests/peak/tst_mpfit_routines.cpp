@@ -1,4 +1,5 @@
-// The fitter's linear algebra: what each routine promises, and cminpack's routine of the same name to the last bit.
+// The fitter's linear algebra: documented properties of each routine, and bit-identity with cminpack's routine of the
+// same name.
 #include "support/support.h"
 #include "tarnis/peak/mpfit_p.h"
 
@@ -55,7 +56,7 @@ Factored factoriseThere(Matrix a)
     return f;
 }
 
-// R with its diagonal in place, as the fit hands it on.
+// R with its diagonal in place, as in the fit.
 Matrix withDiagonal(Factored f)
 {
     for (int j = 0; j < std::min(f.matrix.m, f.matrix.n); ++j)

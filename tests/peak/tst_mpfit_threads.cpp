@@ -1,4 +1,4 @@
-// Fits on several threads at once share nothing: each gives what it gives alone.
+// Concurrent fits on several threads share nothing: the results are the same as without concurrency.
 #include "fitcase.h"
 
 #include <QTest>
@@ -11,7 +11,7 @@ using namespace tarnis::testing;
 
 namespace {
 
-// Fit number k; every one is another problem.
+// Fit number k; each one is a different problem.
 FitCase numbered(int k)
 {
     FitCase fit(20 + k % 5, { 80.0 + k, 9.0 + 0.1 * k, 2.0, 1.0 }, {});

@@ -1,4 +1,4 @@
-// PeakSearch: which samples make a peak, what is fitted to them, and what the single-peak form does.
+// PeakSearch: criteria of peaks, their fits, and the single-peak functions.
 #include "support/peaksearchoracle.h"
 #include "support/support.h"
 
@@ -245,15 +245,15 @@ void TestPeakSearch::cutsSegments()
 
 void TestPeakSearch::startsLateIfTheWalkRunsOut()
 {
-    // The walk stops by a rule: the segment's first sample.
+    // The extension stops by a rule: position is the segment's first sample.
     const QList<double> stopped { 9, 3, 5, 8, 20, 30, 20, 7, 4, 2, 6 };
     QCOMPARE(searchIn(stopped, 10.0, 1).first().start, 1);
-    // It reaches the range's start without one: the run's first sample, though the segment begins earlier.
+    // It reaches the start of the range: position is the run's first sample, although the segment begins earlier.
     const QList<double> ranOut { 3, 5, 8, 20, 30, 20, 7, 4, 2, 6 };
     const Gaussian late = searchIn(ranOut, 10.0, 1).first();
     QCOMPARE(late.start, 3);
     QCOMPARE(late.points, ranOut.mid(0, 9));
-    // The run begins with the range: no walk.
+    // The run begins with the range: no extension.
     const QList<double> noWalk { 20, 30, 20, 7, 4, 2, 6 };
     QCOMPARE(searchIn(noWalk, 10.0, 1).first().start, 0);
     // The same peak twice: the fit that starts late has its centre farther right by as much.
@@ -297,7 +297,7 @@ void TestPeakSearch::boundsTheFit()
         QCOMPARE(g.points, y);
     }
     QVERIFY(fits > 400);
-    // Quotients are those of whole numbers: 7 / 4 is 1, 3 * 7 / 4 is 5.
+    // Integer divisions: 7 / 4 is 1, 3 * 7 / 4 is 5.
     Gaussian g;
     QVERIFY(PeakSearch({}, 0, 0, 30.0, 0, true).fit(0, { 0, 0, 0, 0, 0, 0, 100 }, {}, g));
     QCOMPARE(g.center, 5.0);
@@ -337,7 +337,7 @@ void TestPeakSearch::findsNothingWithoutAThreshold()
     QCOMPARE(searchIn(y, 0.0, 0).size(), 0);
     QCOMPARE(PeakSearch(y, 0, 13).exec().size(), 0);
     QCOMPARE(searchIn(y, -0.5, 0).size(), 0);
-    // By abscissa the threshold plays no part in the fit.
+    // With abscissae the threshold does not affect the fit.
     QCOMPARE(PeakSearch(abscissae(13, 0.0, 1.0), y, 0.0, 0, true).exec().size(), 2);
 }
 
@@ -408,7 +408,7 @@ void TestPeakSearch::fitsASinglePeak()
     QVERIFY(isNear(std::fabs(g.sigma), 4.0, 1e-6) && isNear(g.offset, 2.0, 1e-6));
     QCOMPARE(g.start, 0);
     QCOMPARE(g.points, y.mid(0, 30));
-    // The last sample takes no part, whatever it is.
+    // The last sample is ignored.
     QList<double> spoilt = y;
     spoilt.last() = 1e6;
     Gaussian h;

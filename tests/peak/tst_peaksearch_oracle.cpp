@@ -1,4 +1,4 @@
-// Random series through PeakSearch and through its spelt-out copy: the same segments, the same peaks to the last bit.
+// Random series with PeakSearch and with its reference implementation: the same segments and bit-identical peaks.
 #include "support/peaksearchoracle.h"
 #include "support/support.h"
 #include "tarnis/peak/peaksearch_p.h"
@@ -24,7 +24,7 @@ struct Case {
     bool peak;
 };
 
-// Series with what the walks stumble over: plateaus, zeros, negatives, runs at the ends, peaks that lean on each other.
+// Series with difficult cases: plateaus, zeros, negatives, runs at the ends, overlapping peaks.
 class Cases {
 public:
     explicit Cases(unsigned long long salt)

@@ -1,4 +1,4 @@
-// Two measured gamma spectra: every strong isolated line is found, where its centroid is.
+// Two measured gamma spectra: every strong isolated line is found at its centroid.
 #include "support/support.h"
 
 #include <tarnis/peak/peaksearch.h>
@@ -44,7 +44,7 @@ double meanOf(const QList<double>& y, qsizetype begin, qsizetype end)
 struct Line {
     qsizetype channel; ///< of the highest sample
     double height;
-    double centroid; ///< of what stands above half height
+    double centroid; ///< centroid of the part above half height
 };
 
 // A line stands out if its highest sample is the highest far and wide, several times the level on either side.

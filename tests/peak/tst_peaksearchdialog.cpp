@@ -279,7 +279,7 @@ void tst_PeakSearchDialog::currentRowIsPassedOn()
     dialog.appendResults({ peakAt(1.0), peakAt(2.0) });
     const QSignalSpy selected(&dialog, &PeakSearchDialog::selectedChange);
     tableOf(dialog)->setCurrentCell(1, 0);
-    tableOf(dialog)->setCurrentCell(1, 2); // within the row: told again
+    tableOf(dialog)->setCurrentCell(1, 2); // within the row: emitted again
     QCOMPARE(selected.count(), 2);
     QCOMPARE(selected.at(0).at(0).toInt(), 1);
     QCOMPARE(selected.at(1).at(0).toInt(), 1);

@@ -13,7 +13,7 @@ OWN_NAMESPACE = re.compile(r"^namespace tarnis \{.*?^\} // namespace tarnis", re
 DECLARED = re.compile(r"^(?:class|struct) TARNIS_EXPORT (\w+)", re.MULTILINE)
 PLAIN = {"NameValue", "NameValues", "nvClear", "nvUpdate", "Graph2DFilter", "ModelessWidgetManager"}  # no class, or inline
 
-# Why a host has no use for the name itself, and what of it the console must use instead.
+# Names that a host does not use directly, with the names that the console must use instead.
 INSTEAD = {
     "DelayCall": ("delay_call", "a pending call is made and owned by the function"),
     "_LogBlock": ("LOG_BLOCK", "a block is opened by the macro, which names file and line"),
@@ -32,7 +32,7 @@ def code_of(text):
 def exported(root):
     names = set(PLAIN)
     for header in root.glob("tarnis/*/*.h"):
-        # What namespace tarnis adds has examples and the command-line client for its model.
+        # The additions in namespace tarnis are demonstrated by examples and the command-line client.
         names.update(DECLARED.findall(OWN_NAMESPACE.sub("", header.read_text(encoding="utf-8"))))
     return names
 

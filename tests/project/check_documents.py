@@ -67,7 +67,7 @@ def faults(root):
         for name in NAMED.findall(text):
             if not any((root / (name + ending)).exists() for ending in ("", ".h", ".cpp")):
                 yield f"{document}: no {name}"
-        # Code, fenced or indented, may hold brackets that look like a link.
+        # Code, fenced or indented, may contain brackets that look like a link.
         prose = re.sub(r"^ {4}.*$", "", re.sub(r"```.*?```", "", text, flags=re.DOTALL), flags=re.MULTILINE)
         for link in LINK.findall(prose):
             if not (path.parent / link).exists():

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # check_package.sh BUILD_DIR SOURCE_DIR WORK_DIR: installs the build into a temporary home and builds against it, by
-# find_package, what docs/host.md tells a stranger to write and to type, and examples on each component; by pkg-config,
+# find_package, the programs and commands of docs/host.md, and examples for each component; by pkg-config,
 # examples/minimal and programs in C.
 set -euo pipefail
 build=$1 source=$2 work=$3
@@ -11,7 +11,7 @@ mkdir -p "$prefix"
 
 cmake --install "$build" --prefix "$prefix" >"$work/install.log"
 
-# Nothing of the build or source tree may be named in what is installed as text.
+# No installed text file may contain a path of the build or source tree.
 if grep -rIlF -e "$build" -e "$source" "$prefix"; then
   echo "the files above name the build or source tree"
   exit 1
@@ -96,7 +96,7 @@ if(NOT TARGET Tarnis::Tarnis)
 endif()
 CMAKE
 quietly cmake -S "$work/optional" -B "$work/optional/build" -DCMAKE_PREFIX_PATH="$prefix"
-# The widget part shows the message boxes of a program that calls nothing of it.
+# The widget part shows the message boxes of a program that does not call it.
 needs "$work/minimal/build/minimal" tarnis || { echo "minimal: the linker dropped libtarnis"; exit 1; }
 ! needs "$work/headless/build/headless" tarnis || { echo "headless: needs libtarnis"; exit 1; }
 

@@ -12,11 +12,12 @@ import subprocess
 import sys
 import xml.etree.ElementTree as ElementTree
 
-# What Qt's macros declare, the compiler adds, parts of a class that are private to it, and what overrides Qt's own functions and is excluded in docs/Doxyfile.
+# Members declared by Qt's macros or added by the compiler, private parts of a class, and overrides of Qt's functions,
+# which docs/Doxyfile excludes.
 UNDOCUMENTED = re.compile(
     r"^(vtable|typeinfo|non-virtual thunk|virtual thunk|tarnis::PlotMapping::Bins::)"
     r"|::(~|operator|metaObject\b|qt_meta|staticMetaObject|\w*[eE]vent\(|run\(\))")
-# The names alone: those of everything that a link in the reference can lead to.
+# Only names: those of all link targets of the reference.
 AS_TAGS = "GENERATE_HTML=NO\nGENERATE_TAGFILE=$(TARNIS_DOCS)/tags.xml\n"
 
 

@@ -14,7 +14,7 @@ import sys
 
 LIBRARIES = ("tarnis", "tarnis-core", "tarnis-fit")
 LIST = pathlib.Path(__file__).with_name("exported_symbols.txt")
-# The virtual tables and type information that every exported class brings along are strong; so are these of the linker.
+# The virtual tables and type information of every exported class are strong; so are these names of the linker.
 LINKER_NAMES = {"_init", "_fini", "__bss_start", "_edata", "_end"}
 
 
@@ -24,7 +24,7 @@ def exported(library):
         capture_output=True, text=True, check=True).stdout.splitlines()
     names = set()
     for line in lines:
-        # posix format: name type value size; the demangled name may hold blanks.
+        # posix format: name type value size; the demangled name may contain spaces.
         fields = line.rsplit(" ", 3)
         name, kind = fields[0], fields[1]
         if kind in "TDBR" and name not in LINKER_NAMES:

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# check_translations.sh LUPDATE SOURCE_DIR WORK_DIR: every text of the library and the programs stands in its catalogues
-# and is translated there.
+# check_translations.sh LUPDATE SOURCE_DIR WORK_DIR: every text of the library and the programs is in its catalogues and
+# translated.
 set -euo pipefail
 lupdate=$1 source=$2 work=$3
 rm -rf "$work"

@@ -1,4 +1,4 @@
-// A session with a scripted server at its other end, and everything that it signals, kept on the test's thread.
+// A session with a scripted server, and all of its signals, recorded on the test's thread.
 #pragma once
 
 #include "support/scriptedserver.h"
@@ -13,7 +13,7 @@
 
 namespace tarnis::testing {
 
-/// Opens what the tests must see or set.
+/// Access to protected members for the tests.
 class OpenSession : public TarnisSession {
 public:
     using TarnisSession::m_mutex;
@@ -61,7 +61,7 @@ public:
     }
 
     enum Form { Text, Binary, Progress };
-    /// Queues a plain command without a pause behind it.
+    /// Queues a plain command without a pause after it.
     TarnisCmd* send(const QString& text, Form form = Text) { return send(new TarnisCmd(text), form); }
     TarnisCmd* send(TarnisCmd* cmd, Form form = Text)
     {
@@ -96,7 +96,7 @@ public:
         QCoreApplication::processEvents();
         return ended;
     }
-    /// Sends a command, waits, and gives the reply; "(none)" when none comes.
+    /// Sends a command, waits, and returns the reply; "(none)" if there is none.
     QByteArray ask(const QString& text, Form form = Text)
     {
         const int before = int(answers.size());

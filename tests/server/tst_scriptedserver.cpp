@@ -1,4 +1,4 @@
-// The server that other tests talk to, seen through a plain socket.
+// The scripted server of the other tests, tested with a plain socket.
 #include "support/scriptedserver.h"
 
 #include <QTcpSocket>
@@ -13,7 +13,7 @@ using namespace tarnis::testing;
 
 namespace {
 
-// A client on the test's thread that keeps what comes with one wait apart.
+// A client on the test's thread that records the bytes of each wait separately.
 class Client {
 public:
     explicit Client(const ScriptedServer& server)
@@ -34,7 +34,7 @@ public:
         m_socket.write(bytes);
         m_socket.flush();
     }
-    // Past Qt, which gives one error for both ends.
+    // Bypasses Qt, which reports the same error for both cases.
     int systemErrorAtEnd()
     {
         const int fd = int(m_socket.socketDescriptor());

@@ -24,7 +24,7 @@ QProcess* started(const FakeServer& server)
     auto* const process = new QProcess;
     process->start(server.path(), {});
     process->waitForStarted();
-    // It has set itself up to ignore what is to be ignored, or reads its input.
+    // It has installed its signal handling, or reads its input.
     eventually([&] { return process->bytesAvailable() > 0; });
     return process;
 }
@@ -36,7 +36,7 @@ bool runs(qint64 processId)
 
 } // namespace
 
-// Each function makes its own application object, since its end is among what is tested.
+// Each function creates its own application object, because its destruction is tested.
 class TestServerExit : public QObject {
     Q_OBJECT
 

@@ -1,4 +1,4 @@
-// An exception on a session's thread ends the process. The program starts itself again for the part that dies.
+// An exception on a session's thread ends the process. The program starts itself again as the process that aborts.
 #include "sessionclient.h"
 
 #include "support/logfile.h"
@@ -37,7 +37,7 @@ public:
     }
 };
 
-// In the process that dies.
+// Runs in the process that aborts.
 int dieOf(const QString& kind, const QString& logPath)
 {
     const rlimit noCore { 0, 0 };

@@ -45,7 +45,7 @@ private Q_SLOTS:
         QVERIFY(listener.waitForAttempt());
         client.destroy();
         QCoreApplication::processEvents();
-        QCOMPARE(client.signalled, QStringList()); // an attempt that is waited for fails, with an error
+        QCOMPARE(client.signalled, QStringList()); // a blocking attempt would fail with an error
     }
 
     void leavesAReadWithoutTimeout_data()
@@ -64,7 +64,7 @@ private Q_SLOTS:
         client.send("ask", binary ? SessionClient::Binary : SessionClient::Text);
         client.start();
         QVERIFY(server.waitForHold("never"));
-        client.destroy(); // else it waits for 68 years
+        client.destroy(); // otherwise it waits for 68 years
         QVERIFY(server.waitUntilDeserted());
         QCOMPARE(server.farewells(), 1);
     }
@@ -207,7 +207,7 @@ private Q_SLOTS:
         ScriptedServer server;
         server.answer("ask", { Step::raw(reply), Step::silence() });
         SessionClient client(server);
-        client.session->setMaxReplySize(10); // the prompt counts while it is not known to be one
+        client.session->setMaxReplySize(10); // the prompt counts as long as it is incomplete
         client.send("ask", binary ? SessionClient::Binary : SessionClient::Text);
         client.start();
         if (accepted) {

@@ -1,4 +1,4 @@
-// A session and a server that misbehaves: false lengths, greetings that never come, silence, closed connections, and
+// A session with a misbehaving server: wrong lengths, greetings that never come, silence, closed connections, and
 // sessions that are destroyed in every state.
 #include "sessionclient.h"
 
@@ -134,7 +134,7 @@ private Q_SLOTS:
         client.send("stat");
         client.startImpatient();
         QVERIFY(client.waitForEnd());
-        // One from the reader, one from the worker: the same, and both are meant.
+        // One from the reader, one from the worker: two equal errors are intended.
         QCOMPARE(client.errorCodes(), QList<int>({ code, code }));
         QCOMPARE(client.errors[0], client.errors[1]);
         QVERIFY(!client.errors[0].second.isEmpty());
@@ -164,7 +164,7 @@ private Q_SLOTS:
         QCOMPARE(client.errorCodes(), QList<int>({ code }));
         QVERIFY(!client.errors[0].second.isEmpty());
         QCOMPARE(client.session->queued(), QStringList("stat"));
-        // An ended session takes commands for nobody, until they are cancelled.
+        // An ended session accepts commands without processing them, until they are cancelled.
         client.send("more");
         QCOMPARE(client.session->queued(), QStringList({ "stat", "more" }));
         client.session->cancel();

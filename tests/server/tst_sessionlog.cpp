@@ -1,4 +1,4 @@
-// What a session writes into the log, line by line, from a real log file.
+// The log lines of a session, read from a real log file.
 #include "sessionclient.h"
 
 #include "support/logfile.h"
@@ -12,7 +12,7 @@ using namespace tarnis::testing;
 
 namespace {
 
-// A command that does something on the worker when its turn comes.
+// A command that calls a function on the worker when it is processed.
 class Hook : public TarnisCmd {
 public:
     Hook(const QString& text, std::function<void()> action)
@@ -36,8 +36,8 @@ public:
         : self(QString::asprintf("%p", static_cast<void*>(client.session.get())))
     {
     }
-    // The worker's lines without its idle rounds, of which there are as many as time allows, and without the ends of
-    // commands, which come on whatever thread lets go last.
+    // The worker's lines without its idle iterations, whose number depends on time, and without the ends of commands,
+    // which are logged by the thread that releases them last.
     QStringList worker() const
     {
         QStringList lines = m_log.messagesOfThreadWith("BLCK TarnisSession::run(), this[" + self + "]");
@@ -51,7 +51,7 @@ public:
         }
         return lines;
     }
-    // From the behind the greeting to the end of the loop.
+    // From after the greeting to the end of the loop.
     QStringList loop() const
     {
         const QStringList lines = worker();
@@ -76,8 +76,8 @@ private:
     const LogFile m_log;
 };
 
-/// Sends a command and quits while the worker waits for the queue. Seldom the worker has left the lock behind and not
-/// said so yet: it then takes nothing.
+/// Sends a command and quits while the worker waits for the queue. Rarely the worker has already released the lock
+/// without having logged it; then it does not take the command.
 void quitAtTheLock(bool& wasTaken)
 {
     const ScriptedServer server;
@@ -87,7 +87,7 @@ void quitAtTheLock(bool& wasTaken)
     QVERIFY(client.waitForConnected());
     {
         const QMutexLocker locker(&client.session->m_mutex);
-        // With the queue locked the worker gets as far as its next look at it.
+        // With the queue locked, the worker continues up to its next check of the queue.
         QVERIFY(eventually([&] {
             const QStringList lines = trace.worker();
             return !lines.isEmpty() && lines.last() == "BLCK locking";
@@ -160,7 +160,7 @@ private Q_SLOTS:
                 [](const LogEntry& entry) { return entry.message == "cmd is null, sleep 50"; });
         }));
         client.destroy();
-        // Depth of each block of the worker: what is open when it opens.
+        // Depth of each block of the worker: the number of open blocks when it opens.
         QHash<QString, int> depth;
         int open = 0;
         QString worker;
@@ -257,7 +257,7 @@ private Q_SLOTS:
         QStringList lines = trace.loop();
         lines.removeIf([](const QString& line) {
             return line.startsWith("BLCK handle cmd") || line == "BLCK loop" || line == "BLCK locking"
-                || line == "DBG quit"; // told when the end comes between two looks at it
+                || line == "DBG quit"; // logged if the end comes between two checks
         });
         QCOMPARE(lines, inside + QStringList({ "BLCK emit result()", "BLCK sleep 0" }));
     }

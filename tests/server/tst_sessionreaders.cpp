@@ -1,4 +1,4 @@
-// The two readers of a session round by round, on a socket whose waits bring what the test says.
+// The two readers of a session, iteration by iteration, on a socket whose waits deliver bytes defined by the test.
 #include "support/fedsocket.h"
 #include "support/logfile.h"
 #include "support/replyoracle.h"
@@ -93,7 +93,7 @@ QByteArrayList randomPieces(std::mt19937_64& generator, const QByteArray& alphab
         for (int j = size(generator); j > 0; --j)
             piece += alphabet[letter(generator)];
         pieces.append(piece);
-        // Now and then a silence, shorter or longer than what is allowed.
+        // Sometimes a silence, shorter or longer than allowed.
         if (generator() % 8 == 0)
             pieces += silentFor(int(generator() % 110));
     }
@@ -176,7 +176,7 @@ private Q_SLOTS:
         row("binary, nothing ever", {}, true, false, 102);
         row("binary, at the last moment", silentFor(101) + QByteArrayList { field + "x> " }, true, true, 102);
         row("binary, too late", silentFor(102) + QByteArrayList { field + "x> " }, true, false, 102);
-        // The whole reply's: 60 in front of the length, 41 behind it.
+        // Counted over the complete reply: 60 before the length, 41 after it.
         row("binary, counted over all",
             silentFor(60) + QByteArrayList { field, "x" } + silentFor(41) + QByteArrayList { "> " }, true, true, 104);
         row("binary, one more", silentFor(60) + QByteArrayList { field, "x" } + silentFor(42) + QByteArrayList { "> " },

@@ -1,4 +1,4 @@
-// A session over a real connection: what goes on the wire, how replies are put together, and the queue at work.
+// A session over a real connection: sent bytes, assembly of replies, and the queue.
 #include "sessionclient.h"
 
 #include <QElapsedTimer>
@@ -127,7 +127,7 @@ private Q_SLOTS:
         SessionClient client(server);
         client.start();
         QCOMPARE(client.ask("list", SessionClient::Progress), "one\ntwo\n");
-        // The prompt's own piece gives no signal.
+        // The piece with the prompt emits no signal.
         QCOMPARE(client.pieces, QByteArrayList({ "one\n", "two\n" }));
         client.pieces.clear();
         QCOMPARE(client.ask("list"), "one\ntwo\n");
@@ -226,7 +226,7 @@ private Q_SLOTS:
         SessionClient client(server);
         client.start();
         QCOMPARE(client.ask("ask"), "one");
-        // The rest is taken for the beginning of the next reply: there is no resynchronisation.
+        // The rest is read as the beginning of the next reply: there is no resynchronisation.
         QVERIFY(client.ask("next").startsWith("two"));
         QVERIFY(client.ask("last") != "(none)");
         QVERIFY(server.waitForRequests(3));
@@ -272,7 +272,7 @@ private Q_SLOTS:
         QCOMPARE(client.answers[0].cmd->m_replyText, "OK");
     }
 
-    // The queue at work
+    // The queue
 
     void sendsOneCommandAtATime()
     {

@@ -30,7 +30,7 @@ void collectDebugText(QtMsgType type, const QMessageLogContext&, const QString& 
         debugTexts.append(text.mid(text.indexOf(QLatin1String(" | ")) + 3));
 }
 
-// Developer traces of an action, without place and thread.
+// Debug traces of an action, without location and thread.
 template <typename Action> QStringList tracesOf(const Action& action)
 {
     debugTexts.clear();
@@ -57,7 +57,7 @@ Status status(int value)
     return static_cast<Status>(value);
 }
 
-// A manager with a parent that owns its sessions, as hosts have it.
+// A manager with a parent that owns its sessions, as in hosts.
 struct Host {
     QObject parent;
     OpenTarnis* manager = new OpenTarnis(&prompt, &parent);
@@ -258,7 +258,7 @@ void TestTarnis::setStatusHoldsTheLockWhileItSignals()
         ++signalled;
         QCOMPARE(manager.m_status, now);
         QVERIFY(!isFree(manager));
-        QVERIFY(manager.IsServerConnected()); // the same thread may go on
+        QVERIFY(manager.IsServerConnected()); // the same thread may continue
     });
     manager.SetStatus(Tarnis::RUNNING);
     QCOMPARE(signalled, 1);
@@ -690,7 +690,7 @@ void TestTarnis::sessionIsMadeAnewAfterShutdown()
     QCOMPARE(server.connectionCount(), 2);
 }
 
-// A new session may get the memory of a closed one, and with it the look of the closed one's sender.
+// A new session may get the address of a closed one, and then seems to be the closed one's sender.
 void TestTarnis::callsOfAClosedSessionComeToNothing_data()
 {
     QTest::addColumn<bool>("goesOn");
@@ -795,7 +795,7 @@ void TestTarnis::goesWhileItsCommandIsInFlight()
 
 namespace {
 
-// Replaces every virtual, notes who is called, and goes on to the base.
+// Overrides every virtual function, records the call, and calls the base class.
 class Replaced : public Tarnis {
 public:
     using Tarnis::m_bLocal;

@@ -1,4 +1,4 @@
-// Commands: what they send, what they log, and the two parsers of reply text.
+// Commands: sent text, log lines, and the two parsers of reply text.
 #include "support/logfile.h"
 #include "support/support.h"
 #include "support/textoracle.h"

@@ -1,4 +1,4 @@
-// The half minute that a local server has to end, in full length: the one test of the manager that takes it.
+// The grace time of half a minute for a local server: the only test of the manager that waits for it.
 #include "support/fakeserver.h"
 #include "support/managerprobe.h"
 #include "support/scriptedserver.h"
@@ -33,7 +33,7 @@ private Q_SLOTS:
         QElapsedTimer timer;
         timer.start();
         QVERIFY(shutDown.Shutdown());
-        deleted.reset(); // waits for its own server meanwhile
+        deleted.reset(); // waits for its own server in the meantime
         QVERIFY(timer.elapsed() >= 29000);
         QTRY_COMPARE(record.events,
             (QStringList { "status SHUTTING DOWN", "post Server process crashed.", // the deleted one's

@@ -32,7 +32,7 @@ struct Host {
     {
         return run(server) && eventually([this] { return manager->m_status == Tarnis::SERVER_CONNECTED; });
     }
-    // Lets the server take its next step.
+    // Makes the server execute its next step.
     void tell(const QByteArray& text) { manager->m_process->write(text); }
     QStringList posts() const
     {
@@ -43,7 +43,7 @@ struct Host {
         }
         return texts;
     }
-    // Until the manager has been told of the process's end.
+    // Waits until the manager was notified of the end of the process.
     bool waitForEnd()
     {
         return eventually([this] { return manager->m_process->state() == QProcess::NotRunning; });
@@ -162,7 +162,7 @@ void TestTarnisLocal::portThatIsNoneIsPassedOver_data()
 void TestTarnisLocal::portThatIsNoneIsPassedOver()
 {
     QFETCH(QStringList, first);
-    // The slot stays connected, and a whole line that comes later is taken.
+    // The slot stays connected, and a later complete line is accepted.
     const FakeServer server(first + QStringList { "await 3" } + FakeServer::wellBehaved(5000));
     Host host;
     const LogFile log;
@@ -382,7 +382,7 @@ void TestTarnisLocal::shutdownAfterACrashEndsAtOnce()
     QVERIFY(host.runUntilConnected(server));
     host.tell("2");
     QTRY_COMPARE(host.manager->m_status, Tarnis::IDLE);
-    host.manager->SetStatus(Tarnis::SERVER_ERROR); // as a session's error brings it, later than the crash
+    host.manager->SetStatus(Tarnis::SERVER_ERROR); // as set by a session's error after the crash
     const QPointer<QProcess> process = host.manager->m_process;
     host.record.events.clear();
     QVERIFY(host.manager->Shutdown());

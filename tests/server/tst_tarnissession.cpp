@@ -1,4 +1,4 @@
-// A session's interface: its members at the start, its queue, its prompt, its boxes, its life.
+// A session's interface: initial members, queue, prompt, message boxes, lifetime.
 #include "sessionclient.h"
 
 #include "support/logfile.h"
@@ -22,7 +22,7 @@ QString address(const void* object)
     return QString::asprintf("%p", object);
 }
 
-// Answers the message boxes that come up while it lives and keeps what they said.
+// Answers the message boxes that open while it exists, and stores their texts.
 class BoxWatch : public QObject {
 public:
     BoxWatch()

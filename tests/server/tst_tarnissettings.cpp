@@ -1,4 +1,4 @@
-// The manager's settings, readout addresses, base path and downloads. No session: SendCmd is replaced and noted.
+// The manager's settings, readout addresses, base path and downloads. No session: SendCmd is overridden and recorded.
 #include "support/helpersoracle.h"
 #include "support/logfile.h"
 #include "support/managerprobe.h"
@@ -158,7 +158,7 @@ void TestTarnisSettings::storesWhatIsAccepted()
     QVERIFY(manager.SetSettingValue("inst", "a"));
     QVERIFY(manager.SetSettingValue("inst", "b"));
     QCOMPARE(manager.GetSettingValue("inst", "default"), QStringLiteral("b"));
-    QCOMPARE(manager.sent, QStringList()); // nothing goes to the server
+    QCOMPARE(manager.sent, QStringList()); // nothing is sent to the server
 }
 
 void TestTarnisSettings::refusalKeepsTheOldValue()

@@ -1,4 +1,4 @@
-// The wire protocol on plain values.
+// The wire protocol functions.
 #include "tarnis/server/wire_p.h"
 
 #include <QTest>
@@ -117,7 +117,7 @@ private Q_SLOTS:
         QVERIFY(binaryReplyCapacity(-5, 1) < 16384);
         QVERIFY(binaryReplyCapacity(largest, 1) <= 64 << 20);
         QVERIFY(binaryReplyCapacity(largest, 1 << 30) <= qsizetype(largest) + 16384);
-        // What has come earns at most as much again.
+        // The capacity is at most doubled.
         QCOMPARE(binaryReplyCapacity(largest, 100 << 20), 200 << 20);
     }
 };
