@@ -1,4 +1,5 @@
-// What the tests of the cut share: a small map on a graph of round pixels, and a look into range box and cut plots.
+// Common code of the cut tests: a small map on a graph with round pixel coordinates, and access to range box and cut
+// plots.
 #pragma once
 
 #include "support/cutoracle.h"
@@ -12,7 +13,7 @@
 
 namespace tarnis::testing {
 
-/// What a cut plot keeps; read through pointers to members.
+/// The state of a cut plot, read through pointers to members.
 struct CutView : VectorGraphWidget {
     using VectorGraphWidget::m_data;
     using VectorGraphWidget::m_index;
@@ -51,7 +52,7 @@ public:
             setData(row, bins, bins.isEmpty() ? 0.0 : bins.constLast(), false);
         }
     }
-    /// Lays the graph where the pixels are easy to tell, and paints the overlay.
+    /// Sets a graph with round pixel coordinates, and paints the overlay.
     void lay()
     {
         m_graphRect = QRect(50, 40, 200, 160);

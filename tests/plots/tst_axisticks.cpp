@@ -44,7 +44,7 @@ double anyNumber(std::mt19937_64& random)
     return mantissa * std::pow(10.0, exponent);
 }
 
-/// A double as it stands on an axis.
+/// A typical axis value.
 double axisNumber(std::mt19937_64& random)
 {
     const double mantissa = std::uniform_real_distribution<double>(-10.0, 10.0)(random);
@@ -217,7 +217,7 @@ void TestPlotAxis::ticksKeepTheirPromises()
         double a = axisNumber(random);
         double b = axisNumber(random);
         if (std::fabs(a - b) < 4.0)
-            continue; // finer ranges may have no whole number inside
+            continue; // finer ranges may contain no integer
         int decimal = 0;
         const Values ticks = tarnis::calcTicks(a, b, decimal);
         QVERIFY2(ticks.size() >= 4 && ticks.size() <= 11, qPrintable(text({ a, b })));
@@ -299,7 +299,7 @@ void TestPlotAxis::maxima()
     QTEST(count, "ticks");
 }
 
-/// A rounded maximum is not below the value, less than a quarter above it, and a whole number of steps.
+/// A rounded maximum is not below the value, less than a quarter above it, and a multiple of the step.
 void TestPlotAxis::maximaKeepTheirPromises()
 {
     auto random = tarnis::testing::seededGenerator(14);
@@ -401,7 +401,7 @@ void TestPlotAxis::logTickLists()
     QVERIFY(tarnis::logTicks({ 0.0, infinity }).values.size() > 300); // ends, although the maximum does not
 }
 
-/// A range of n values on n pixels: each value has its own pixel, the maximum the one behind the last.
+/// A range of n values on n pixels: each value has its own pixel, the maximum the one after the last.
 void TestPlotAxis::columnsFallOnWholePixels()
 {
     for (int width = 1; width <= 2048; width *= 2) {

@@ -1,4 +1,4 @@
-// Bins that share a pixel: against a reduction pixel by pixel of what is painted, on random maps and zooms.
+// Bins that share a pixel, compared with a reduction of the painted bins pixel by pixel, on random maps and zooms.
 #include "support/randomcases.h"
 #include "support/support.h"
 #include "tarnis/plots/math/binreduction_p.h"

@@ -23,7 +23,7 @@ public:
         setAutoScale(false);
         m_refreshRequired = false;
     }
-    /// True once if a refresh was asked for since the last question.
+    /// True if a refresh was requested since the last call.
     bool wasRefreshed() { return std::exchange(m_refreshRequired, false); }
     void painted() { getPixmap(); }
     QLineEdit* openEditor(bool ofMax)
@@ -39,7 +39,7 @@ public:
     }
 };
 
-/// How many marks stand beside the bar of a picture.
+/// Number of marks beside the bar of a picture.
 int marksIn(const QImage& picture)
 {
     int marks = 0;
@@ -412,7 +412,7 @@ void TestColorBarWidget::deleteEditLineTellsOnlyOfAnEditor()
     bar.deleteEditLine();
     QCOMPARE(deleted.size(), 1);
     QVERIFY(bar.m_editLine == nullptr);
-    bar.onMinEntered(); // with no editor: nothing
+    bar.onMinEntered(); // does nothing without an editor
     bar.onMaxEntered();
     QCOMPARE(bar.m_min, 0.0);
 }

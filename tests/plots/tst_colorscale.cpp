@@ -1,4 +1,4 @@
-// The colour scale bit by bit: against the spelt-out blend, by single values and by rows, in lanes and in plain loops.
+// The colour scale bit by bit, compared with an explicit blend: single values and rows, AVX2 and plain loops.
 #include "support/plot2doracle.h"
 #include "support/randomcases.h"
 #include "support/support.h"
@@ -80,7 +80,7 @@ tarnis::ColorScale scaleOf(const MapState& map)
     return { map.minZ, map.maxZ, map.logScale, map.colors };
 }
 
-/// What a pen of the colour paints: one without a colour is black.
+/// The pixel painted by a pen of the colour; an invalid colour is black.
 QRgb penPixel(const QColor& color)
 {
     return color.isValid() ? color.rgb() : 0xff000000U;

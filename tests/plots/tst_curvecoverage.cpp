@@ -200,7 +200,7 @@ private Q_SLOTS:
         QVERIFY(none.image().isNull());
     }
 
-    // What a curve leaves in the buffers must not appear in the next picture.
+    // Remains of a curve in the buffers must not appear in the next picture.
     void beginsClean()
     {
         const QList<double> first { 79.9, 0.0, 80.0, 79.5, -3.0, 90.0 };

@@ -134,7 +134,7 @@ void TestCurveLines::leavesOutStepsOfSmoothCurves()
 {
     QList<double> values(400);
     for (int i = 0; i < values.size(); ++i)
-        values[i] = 0.5 * i; // five rows a column, the next begins a row or none above
+        values[i] = 0.5 * i; // five rows per column; the next one begins at most one row above
     const QList<QLine> lines = joined(values, dense, all);
     QCOMPARE(lines.size(), 40);
     QVERIFY(std::all_of(lines.cbegin(), lines.cend(), [](const QLine& line) { return line.x1() == line.x2(); }));
@@ -213,7 +213,7 @@ void TestCurveLines::extremes_data()
     QTest::newRow("negative infinite") << QList<double> { -infinity } << false;
 }
 
-// The odd sample stands at every place of runs of every length: none may slip through a vector's lanes.
+// The special sample is at every position of runs of every length, to test all vector lanes.
 void TestCurveLines::extremes()
 {
     QFETCH(QList<double>, odd);

@@ -466,7 +466,7 @@ void TestCurvePicture::columnsThatLeaveATurnedPicture_data()
     QTest::newRow("to the left") << -90.0;
 }
 
-// The engine cuts a corner off a rectangle that begins beyond the left edge of the device.
+// The engine omits a corner of a rectangle that begins beyond the left edge of the device.
 void TestCurvePicture::columnsThatLeaveATurnedPicture()
 {
     QFETCH(double, rotation);

@@ -1,4 +1,4 @@
-// Which samples of a curve are in view, and on which pixels they stand.
+// Visible samples of a curve and their pixel positions.
 #include "support/support.h"
 
 #include "tarnis/plots/math/curvescale_p.h"
@@ -75,7 +75,7 @@ void TestCurveScale::viewOfAnIndexAxis()
 {
     const tarnis::SampleView view = tarnis::sampleView({ 10.0, 60.0 }, { 0.0, 1000.0 }, false, 777, 400, 4);
     QCOMPARE(view.first, 10.0);
-    QCOMPARE(view.last, 60.0); // in axis units, whatever the resolution
+    QCOMPARE(view.last, 60.0); // in axis units, independent of the resolution
     QCOMPARE(view.pixelsPerSample, 32.0);
 }
 

@@ -20,7 +20,7 @@ extern "C" const char* __asan_default_options() // NOLINT(bugprone-reserved-iden
 
 namespace {
 
-/// Draws a lopsided picture and notes what it was called with.
+/// Draws an asymmetric picture and records its arguments.
 class Canvas : public DoubleBufferedWidget {
 public:
     explicit Canvas(bool doubleBuffered, const QSize& size = QSize(300, 100))
@@ -40,10 +40,10 @@ public:
         viewport = painter.viewport();
         font = painter.font();
         pen = painter.pen();
-        painter.fillRect(QRect(0, 0, 10, 20), Qt::red); // top left corner of what paint() takes for its picture
+        painter.fillRect(QRect(0, 0, 10, 20), Qt::red); // top left corner of the picture in paint()
     }
 
-    /// What a user's look at the window does.
+    /// Paints the window as on the screen.
     QImage look()
     {
         QImage image(size(), QImage::Format_ARGB32_Premultiplied);
@@ -128,7 +128,7 @@ void TestDoubleBufferedWidget::drawsOnceForManyRefreshes()
     QTRY_COMPARE(canvas.paints, 1);
     for (int i = 0; i < 20; ++i)
         canvas.refreshPixmap();
-    QCOMPARE(canvas.paints, 1); // nothing is drawn by the call itself
+    QCOMPARE(canvas.paints, 1); // the call itself draws nothing
     QTRY_COMPARE(canvas.paints, 2);
     QCOMPARE(painting.count(), 2);
     QCOMPARE(painted.count(), 2);
@@ -156,7 +156,7 @@ void TestDoubleBufferedWidget::tellsBeforeAndAfterThePainting()
     QStringList order;
     QObject::connect(&canvas, &DoubleBufferedWidget::painting, &canvas, [&] {
         order << QStringLiteral("painting %1").arg(canvas.paints);
-        QCOMPARE(canvas.m_pixmap.size(), QSize(300, 100)); // the old picture is gone already
+        QCOMPARE(canvas.m_pixmap.size(), QSize(300, 100)); // the old picture is already released
         QVERIFY(!canvas.m_refreshRequired);
     });
     QObject::connect(&canvas, &DoubleBufferedWidget::painted, &canvas, [&] {
@@ -205,7 +205,7 @@ void TestDoubleBufferedWidget::rebuildsAfterAResize()
     QSizeF held;
     canvas.resize(200, 150);
     held = canvas.m_pixmap.size();
-    QCOMPARE(held, QSizeF(300, 100)); // until the paint event comes
+    QCOMPARE(held, QSizeF(300, 100)); // until the paint event
     QVERIFY(canvas.m_refreshRequired);
     QTRY_COMPARE(canvas.m_pixmap.size(), QSize(200, 150));
     QCOMPARE(canvas.paints, before + 1);
@@ -256,7 +256,7 @@ void TestDoubleBufferedWidget::turns()
 void TestDoubleBufferedWidget::showsTheTurnedPicture()
 {
     Canvas canvas(true);
-    canvas.m_rotation = 90.0; // clockwise: the picture's top left corner stands at the top right
+    canvas.m_rotation = 90.0; // clockwise: the picture's top left corner is at the top right
     canvas.refreshPixmap();
     QImage seen = canvas.look();
     QCOMPARE(seen.pixelColor(299, 0), QColor(Qt::red));

@@ -1,5 +1,4 @@
-// The lines of plots on screens of any ratio of pixels: as many of the device's pixels wide as the ratio says,
-// everywhere.
+// The lines of plots at any device pixel ratio: their width in device pixels is the ratio, everywhere.
 #include "support/curveprobe.h"
 #include "support/map2dprobe.h"
 
@@ -22,7 +21,7 @@ constexpr int height = 300;
 
 const QRect graph(20, 10, 360, 280);
 
-/// What `draw` draws in the painter's pixels on a black screen of that ratio.
+/// The picture drawn by `draw` on a black screen of that ratio.
 template <typename Draw> QImage drawnAt(double ratio, Draw draw)
 {
     QImage image(QSize(width, height) * ratio, QImage::Format_RGB32);
@@ -305,7 +304,7 @@ void TestEvenLines::ticksOfAColorBar()
         painter.setClipping(false);
         bar.paint(painter, &frame);
     });
-    // One pixel behind the bar there are ticks alone, on grey.
+    // One pixel after the bar there are only ticks, on grey.
     const int column = static_cast<int>(std::floor(15 * ratio));
     const QRgb ground = image.pixel(column, image.height() - 2);
     QList<int> ticks;

@@ -24,7 +24,7 @@ namespace {
 constexpr double infinity = std::numeric_limits<double>::infinity();
 constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
 
-/// Something that grid and clip can be told from.
+/// Draws something distinguishable from grid and clip.
 void drawCross(QPainter& painter, const QRect& graph)
 {
     painter.setPen(QColor(200, 120, 0));
@@ -42,7 +42,7 @@ public:
         m_minY -= refit;
     }
 
-    double refit = 0.0; ///< what painting takes off an axis that scales automatically
+    double refit = 0.0; ///< change of an automatic axis by painting
 };
 
 double channelToMass(double x, void* offset)
@@ -55,7 +55,7 @@ double massToChannel(double mass, void* offset)
     return std::sqrt((mass - *static_cast<double*>(offset)) * 100.0);
 }
 
-/// Ends of a range: mostly what people set, sometimes what breaks naive arithmetic.
+/// Ends of a range: usually typical values, sometimes values that break naive arithmetic.
 double limit(Generator& random)
 {
     switch (whole(random, 0, 13)) {
@@ -174,7 +174,7 @@ QString describe(const CrossPlot& plot, int number)
         + QStringLiteral(" and %1, rotation %2").arg(plot.m_decimalY).arg(plot.m_rotation);
 }
 
-/// What a paint leaves behind, as text.
+/// The state after a paint, as text.
 QString traces(const FrameState& state)
 {
     QString text;
@@ -183,7 +183,7 @@ QString traces(const FrameState& state)
     return text;
 }
 
-/// Brush and clip that a paint leaves on its painter.
+/// Brush and clip of the painter after a paint.
 QString painterState(const QPainter& painter)
 {
     QString text;
@@ -341,7 +341,7 @@ void TestFramePicture::aPaintThatLeavesPixelsFindsThePictureFilled()
     QCOMPARE(plot.paints, 2);
     plot.withFrame = false;
     QCOMPARE(plot.look(), mark.toImage());
-    QCOMPARE(plot.paints, 4); // the first of the two found what the frame would have covered
+    QCOMPARE(plot.paints, 4); // the first of the two detected uncovered pixels
     QCOMPARE(plot.look(), mark.toImage());
     QCOMPARE(plot.paints, 5);
     plot.withFrame = true;

@@ -1,4 +1,4 @@
-// Plots on screens with more pixels than points. Runs once for each ratio, which QT_SCALE_FACTOR gives from outside.
+// Plots on high-DPI screens. Runs once for each ratio, which is set by QT_SCALE_FACTOR.
 #include "support/devicepixeloracle.h"
 #include "support/map2dprobe.h"
 #include "support/modalwatchdog.h"
@@ -60,7 +60,7 @@ public:
     QSizeF scale;
 };
 
-/// A map whose picture is made at once.
+/// A map whose picture is drawn at once.
 class Map : public tarnis::testing::MapProbe {
 public:
     Map(int columns, int rows, QSize size, const std::function<double(int, int)>& value)
@@ -206,7 +206,7 @@ void TestHiDpi::pictureOfAnotherScreenIsMadeAgain()
     QPixmap other(QSize(401, 303) * 4);
     other.setDevicePixelRatio(4.0);
     plot.m_pixmap = other;
-    plot.refreshPixmapIfRequired(); // nothing was refreshed: the window has moved
+    plot.refreshPixmapIfRequired(); // no refresh was requested: the window has moved
     QCOMPARE(plot.m_pixmap.toImage(), own);
     const qint64 key = plot.m_pixmap.cacheKey();
     plot.refreshPixmapIfRequired();
@@ -262,7 +262,7 @@ void TestHiDpi::equalBinsLeaveNoHole()
     const Map map(bins, bins, QSize(640, 520), [](int, int) { return 50.0; });
     const QImage picture = map.m_pixmap.toImage();
     const QTransform scale = QTransform::fromScale(ratio(), ratio());
-    // The bins begin a little inside of the frame: their own extent is what must be filled.
+    // The bins begin slightly inside of the frame: their own extent must be filled.
     const QRect graph = tarnis::testing::devicePixels(scale, map.m_graphRect.adjusted(4, 4, -4, -4));
     const QRgb color = picture.pixel(graph.center());
     QVERIFY(color != QColor(XYGraphWidget::m_backGroundColor).rgb());

@@ -1,4 +1,4 @@
-// Labels with a kept layout against the painter's own text, pixel by pixel.
+// Labels with a cached layout compared with the painter's text, pixel by pixel.
 #include "support/randomcases.h"
 #include "support/support.h"
 #include "tarnis/plots/labelcache_p.h"

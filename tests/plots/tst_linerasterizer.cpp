@@ -57,7 +57,7 @@ QList<QLine> randomLines(Generator& random, const QSize& size, int count, int be
     return lines;
 }
 
-/// What a painter may be set to before lines are drawn.
+/// Settings of a painter before lines are drawn.
 void prepareNothing(QPainter& painter)
 {
     painter.setPen(QColor(ink));

@@ -1,4 +1,4 @@
-// The composed map against the spelt-out drawing calls, on random data, zooms, scales and painters.
+// The composed map compared with single drawing calls, on random data, zooms, scales and painters.
 #include "support/plot2doracle.h"
 #include "support/randomcases.h"
 #include "support/support.h"

@@ -1,5 +1,5 @@
-// Whole pictures of the 2D plot against the spelt-out drawing, on random states: the frame with bins, crosses and grid,
-// the overlay of cut and regions, the colour bar, and all of them together.
+// Complete pictures of the 2D plot compared with the reference drawing, on random states: the frame with bins, crosses
+// and grid, the overlay of cut and regions, the colour bar, and all of them together.
 #include "support/cutoracle.h"
 #include "support/map2dprobe.h"
 #include "support/randomcases.h"
@@ -120,7 +120,7 @@ QString firstDifference(const QImage& actual, const QImage& expected)
     return QStringLiteral("none");
 }
 
-/// Frame, bins and crosses as spelt out, into a painter that has taken the widget's font and pen.
+/// Draws frame, bins and crosses by the reference implementation, with a painter that has the widget's font and pen.
 void paintMapSpeltOut(QPainter& painter, FrameState& frame, MapState& map)
 {
     paintFrame(frame, painter, nullptr, [&](QPainter& p, const QRect& graph) {
@@ -333,7 +333,7 @@ void TestMapPicture::barsAnywhere()
             bar.paint(painter, &rect);
         }
         QVERIFY2(actual == expected, qPrintable(firstDifference(actual, expected)));
-        QCOMPARE(bar.m_maxRect.top(), 0); // whatever the rectangle
+        QCOMPARE(bar.m_maxRect.top(), 0); // for any rectangle
     }
 }
 

@@ -1,4 +1,4 @@
-// The texts of a map: the read-out against its spelt-out copy, and the CSV byte for byte.
+// The texts of a map: the read-out compared with its reference implementation, and the CSV byte by byte.
 #include "support/cutoracle.h"
 #include "support/support.h"
 #include "tarnis/plots/math/maptext_p.h"

@@ -27,7 +27,7 @@ public:
         resize(400, 300);
         m_refreshRequired = false;
     }
-    /// True once if a refresh was asked for since the last question.
+    /// True if a refresh was requested since the last call.
     bool wasRefreshed() { return std::exchange(m_refreshRequired, false); }
 
     QImage picture()

@@ -45,7 +45,7 @@ public:
         return m_pixmap.toImage();
     }
 
-    /// `count` series of two samples, number i made of i + 1.
+    /// Adds `count` series of two samples; those of series i are i + 1.
     void fill(int count)
     {
         resizeData(count);
@@ -379,7 +379,7 @@ void TestMultiVectorTools::visiblesAfterTheSeriesWentAway()
     QCOMPARE(plot.m_data.size(), 3);
     QVERIFY(!plot.m_data.at(1).enable);
     delete plot.visibles();
-    plot.onDlgSelectCheckedApply(); // without a dialog: nothing
+    plot.onDlgSelectCheckedApply(); // does nothing without a dialog
 }
 
 void TestMultiVectorTools::newTypeClosesTheVisibles()

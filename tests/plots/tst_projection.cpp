@@ -1,4 +1,4 @@
-// The arithmetic of the cut against its spelt-out copy, and its edge cases by name.
+// The arithmetic of the cut compared with its reference implementation, and its edge cases.
 #include "support/cutoracle.h"
 #include "support/randomcases.h"
 #include "support/support.h"

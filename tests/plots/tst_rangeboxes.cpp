@@ -198,8 +198,7 @@ void TestRangeBoxes::longNumbersHaveRoom()
         const QLineEdit* const line = edit(box, "xMin");
         const QString text = QString::number(value, 'g', 9);
         QCOMPARE(line->text(), text);
-        // Where the whole text has room nothing is scrolled out of sight: the frame, the margins and the cursor fit
-        // too.
+        // If the complete text fits, nothing is scrolled: the frame, the margins and the cursor fit too.
         QTRY_VERIFY(line->width() >= line->fontMetrics().horizontalAdvance(text) + 8);
         QTRY_VERIFY(box.rect().contains(line->geometry()));
     }

@@ -151,7 +151,7 @@ void TestReadOut::shownXOfAFunction()
 
 void TestReadOut::oneRecord()
 {
-    // Column 40 stands for 30, which lies in the bin from 30 on.
+    // Column 40 is the value 30, which is in the bin that begins at 30.
     QCOMPARE(read({ record({ 1, 2, 3, 4.5, 5, 6, 7, 8, 9, 10 }) }, { 40, 50 }, axisTo(100.0)),
         QStringLiteral("keV:30 i:4.5"));
     QCOMPARE(read({ record({ 1, 2, 3 }, false) }, { 40, 50 }, axisTo(100.0)), QStringLiteral("keV:0 i:0"));

@@ -119,7 +119,7 @@ void TestSeriesSums::positions()
     QCOMPARE(members(curves), (QStringList { "0+2+4", "-1+3" }));
     QCOMPARE(curves.at(0).color, series.at(0).color);
     QCOMPARE(curves.at(1).color, series.at(1).color);
-    // An empty first record is replaced, and still gives colour and mark.
+    // An empty first record is replaced, but still determines colour and `enable`.
     const QList<Series> late { record(0, 1, false), record(2, 2), record(2, 3) };
     QCOMPARE(members(tarnis::curvesByPosition(late, 2)), (QStringList { "-2", "1" }));
 }

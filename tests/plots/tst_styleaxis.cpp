@@ -160,7 +160,7 @@ private Q_SLOTS:
         QCOMPARE(roomyRange({ 0, 1234 }).max, 1300.0);
         QCOMPARE(roomyRange({ 0, 0 }).max, 1.0);
         QCOMPARE(roomyRange({ 0, std::numeric_limits<double>::infinity() }).max, 1.0);
-        QCOMPARE(roomyRange({ 5, -5 }).max, 1.0); // nothing at all
+        QCOMPARE(roomyRange({ 5, -5 }).max, 1.0); // no values
     }
 
     void leavesHeadRoomOnDecades()

@@ -32,7 +32,7 @@ public:
         resize(400, 300);
         m_refreshRequired = false;
     }
-    /// True once if a refresh was asked for since the last question.
+    /// True if a refresh was requested since the last call.
     bool wasRefreshed() { return std::exchange(m_refreshRequired, false); }
 
     QImage picture()
@@ -409,7 +409,7 @@ void TestVectorGraphWidget::saveCsvCancelled()
     QCOMPARE(getSaveDir(), folder.path() + u'/');
 }
 
-// No box comes up: the watchdog would count it.
+// No message box opens: the watchdog would count it.
 void TestVectorGraphWidget::saveCsvIsSilentOnFailure()
 {
     Plot plot;

@@ -25,7 +25,7 @@ QRect corners(int x1, int y1, int x2, int y2)
     return { QPoint(x1, y1), QPoint(x2, y2) };
 }
 
-/// A view of regions within 0 to 100 with its parts at hand.
+/// A view of regions within 0 to 100 with access to its parts.
 class View : public ViewSelectedROI {
 public:
     explicit View(int maxCount = 0, QRect range = corners(0, 0, 100, 100))
@@ -53,7 +53,7 @@ public:
     {
         return x1.isEnabled() && y1.isEnabled() && x2.isEnabled() && y2.isEnabled() && deleteButton.isEnabled();
     }
-    /// Fills the view with three regions and forgets the signals.
+    /// Fills the view with three regions and clears the recorded signals.
     void fill(int selected = 2)
     {
         setRoiList({ corners(1, 2, 3, 4), corners(5, 6, 7, 8), corners(9, 10, 11, 12) }, selected);
@@ -408,7 +408,7 @@ void TestViewSelectedROI::deleting()
     view.deleteButton.click();
     QVERIFY(watchdog.isContent());
     QCOMPARE(view.getRoiList(), (QList<QRect> { corners(1, 2, 3, 4), corners(9, 10, 11, 12) }));
-    QCOMPARE(view.currentIndex(), 1); // the one below takes the place
+    QCOMPARE(view.currentIndex(), 1); // the one below becomes the current one
     QCOMPARE(view.edges(), (QList<int> { 9, 10, 11, 12 }));
     QCOMPARE(view.changed.size(), 1);
     COMPARE_SIGNAL(view.changed, 0, view.getRoiList(), 1, true);
@@ -426,9 +426,9 @@ void TestViewSelectedROI::deletingTheOnlyOne()
     QCOMPARE(view.edges(), (QList<int> { 1, 2, 3, 4 }));
     QVERIFY(view.areEdgesEnabled() && !view.clearButton.isEnabled());
     COMPARE_SIGNAL(view.changed, 0, QList<QRect>(), -1, true);
-    view.x1.setValue(2); // without a row: nothing
+    view.x1.setValue(2); // does nothing without a row
     QCOMPARE(view.changed.size(), 1);
-    view.deleteButton.click(); // asks nothing, and is disabled
+    view.deleteButton.click(); // does not ask, and is disabled
     QVERIFY(!view.deleteButton.isEnabled());
     QVERIFY(watchdog.isContent());
 }

@@ -1,4 +1,4 @@
-// What changes the colours of the 2D plot: palettes, the colour dialogs, the limits of the scale, the log scale.
+// Changing the colours of the 2D plot: palettes, the colour dialogs, the limits of the scale, the log scale.
 #include "support/map2dprobe.h"
 #include "support/modalwatchdog.h"
 #include "support/plothand.h"
@@ -375,7 +375,7 @@ void TestXY2DColors::automaticLimits()
 {
     Plot plot;
     plot.resize(300, 200);
-    plot.setData(0, { 5.0, 70.0 }, 30.0, false); // the maximum is what the caller says
+    plot.setData(0, { 5.0, 70.0 }, 30.0, false); // the maximum is set by the caller
     delete plot.toPixmap();
     QCOMPARE(plot.m_minZ, 0.0);
     QCOMPARE(plot.m_maxZ, 30.0);
@@ -412,7 +412,7 @@ void TestXY2DColors::logScaleByItsAction()
     Plot plot;
     QAction* action = plot.action("Log Scale");
     plot.wasRefreshed();
-    action->setChecked(true); // checked by a program: not told
+    action->setChecked(true); // checked by a program: no signal
     QVERIFY(!plot.m_logScale);
     action->setChecked(false);
     action->trigger();
@@ -459,7 +459,7 @@ void TestXY2DColors::wideLabelsWidenTheMargin()
     const int graphBefore = plot.m_graphRect.width();
     plot.onMinZChanged(-1.234567e-100);
     plot.onMaxZChanged(1.234567e+100);
-    plot.grab(); // the bar asks while it is painted
+    plot.grab(); // the bar requests its width while it is painted
     const int after = plot.m_margin.right();
     QVERIFY(after > before);
     QCOMPARE(plot.m_colorBar->geometry(), QRect(400 - after, 30, after, 240));

@@ -155,7 +155,7 @@ void TestXY2DCut::offAndOnAtOnceMakesNewWindows()
     QVERIFY(plot.windowX() != oldX && plot.m_cutRangeDialog != oldBox);
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     QVERIFY(oldX.isNull() && oldBox.isNull());
-    QVERIFY(plot.hasAllWindows()); // the old ones' end takes no new one along
+    QVERIFY(plot.hasAllWindows()); // the end of the old ones does not close new ones
     QVERIFY(plot.windowX()->isVisible() && plot.windowY()->isVisible());
 }
 

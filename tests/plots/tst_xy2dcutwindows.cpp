@@ -1,4 +1,4 @@
-// The windows of the 1D cut: what they offer, where they stand, what they show.
+// The windows of the 1D cut: actions, positions, contents.
 #include "plots/cutmap.h"
 
 #include <QLayout>
@@ -39,7 +39,7 @@ private Q_SLOTS:
     void parentMoves();
     void parentBecomesActive();
 
-    // What they show
+    // Contents
     void sumsOfTheRectangle();
     void sumsOnManualAxes();
     void insideOnly();
@@ -154,7 +154,7 @@ void TestXY2DCutWindows::placesWithoutAParent()
     plot.show();
     plot.fill();
     plot.switchOn();
-    const QRect inner = plot.geometry(); // the whole widget
+    const QRect inner = plot.geometry(); // the complete widget
     QSize topLeft;
     QSize bottomRight;
     plot.plotX()->getMargin(topLeft, bottomRight);
@@ -182,7 +182,7 @@ void TestXY2DCutWindows::parentMoves()
 {
     Plot plot;
     plot.fill();
-    plot.onParentMoved(); // nothing is open: nothing comes
+    plot.onParentMoved(); // no windows are open: none are opened
     QVERIFY(plot.hasNoWindow());
     plot.switchOn();
     plot.move(123, 45);
@@ -203,7 +203,7 @@ void TestXY2DCutWindows::parentBecomesActive()
     plot.switchOn();
     plot.onParentActivate();
     plot.clearData();
-    plot.onParentActivate(); // the tool is on, the windows are gone
+    plot.onParentActivate(); // the tool is on, the windows are closed
     QVERIFY(plot.hasNoWindow());
 }
 
@@ -256,7 +256,7 @@ void TestXY2DCutWindows::sumsOnManualAxes()
     double min = 0.0;
     double max = 0.0;
     plot.plotX()->getInitMinMaxX(min, max);
-    QCOMPARE(min, 101.0); // what is visible of the initial range
+    QCOMPARE(min, 101.0); // the visible part of the initial range
     QCOMPARE(max, 104.0);
     plot.plotY()->getInitMinMaxX(min, max);
     QCOMPARE(min, 6.0);

@@ -1,4 +1,4 @@
-// What the user gets out of the 2D plot: the read-out under the mouse, the menu of the colour bar, images, CSV, pages.
+// Output of the 2D plot: the read-out under the mouse, the menu of the colour bar, images, CSV, pages.
 #include "support/hugepictures.h"
 #include "support/map2dprobe.h"
 #include "support/modalwatchdog.h"
@@ -41,7 +41,7 @@ public:
         for (int i = 0; i < 2; ++i)
             delete XY2DGraphWidget::toPixmap();
     }
-    /// Lays the graph where the pixels are easy to tell.
+    /// Sets a graph with round pixel coordinates.
     void lay()
     {
         show();
@@ -379,7 +379,7 @@ void TestXY2DFiles::csvIsWritten()
 {
     Plot plot;
     plot.setData(3, { 0.1, -2.0 }, 0.1, false); // row 2 stays empty
-    plot.setMinMaxX(10.0, 11.0); // all bins are written, whatever the zoom
+    plot.setMinMaxX(10.0, 11.0); // all bins are written, independent of the zoom
     const QString path = folder.filePath("map.csv");
     ModalWatchdog watchdog({ acceptFile(path) });
     QVERIFY(PlotHand(plot).pick("Save CSV..."));

@@ -1,4 +1,4 @@
-// The 2D plot without a mouse: what a new one is like, its actions, its declared orders, data, steps, axes and layout.
+// The 2D plot without mouse input: initial state, actions, declaration orders, data, steps, axes and layout.
 #include "support/map2dprobe.h"
 #include "support/virtualorder.h"
 
@@ -17,7 +17,7 @@ using tarnis::testing::virtualIndex;
 
 class Plot : public tarnis::testing::MapProbe {
 public:
-    /// True once if a refresh was asked for since the last question.
+    /// True if a refresh was requested since the last call.
     bool wasRefreshed() { return std::exchange(m_refreshRequired, false); }
 
     /// Rows of one value each, with that value as their maximum.
@@ -343,7 +343,7 @@ void TestXY2DGraphWidget::autoScaleYFitsToTheRows()
     plot.setMinMaxY(3.0, 4.0);
     plot.onAutoScaleY(true);
     QCOMPARE(plot.m_minY, 0.0);
-    QCOMPARE(plot.m_maxY, 30.0); // the rows, where setData() takes the initial maximum
+    QCOMPARE(plot.m_maxY, 30.0); // the rows, where setData() uses the initial maximum
     plot.setData(0, { 1.0 }, 1.0, false);
     QCOMPARE(plot.m_maxY, 1000.0);
 }

@@ -289,7 +289,7 @@ void TestXYGraphEdit::acceptedText()
     plot->setMinMaxX(ranges.at(0), ranges.at(1));
     plot->setMinMaxY(ranges.at(2), ranges.at(3));
     plot->paintNow();
-    // An empty range leaves no label to click on: its places are given.
+    // An empty range has no labels to click on, so their positions are set.
     plot->m_labelRectMinX = QRect(100, 300, 60, 15);
     plot->m_labelRectMaxX = QRect(300, 300, 60, 15);
     plot->m_labelRectMinY = QRect(0, 250, 40, 15);
@@ -302,7 +302,7 @@ void TestXYGraphEdit::acceptedText()
     QCOMPARE(plot->wasRefreshed(), applied);
     QCOMPARE(plot->m_autoScaleX, !(applied && end <= MaxX));
     QCOMPARE(plot->m_autoScaleY, !(applied && end >= MinY));
-    QVERIFY(plot->m_edit == nullptr); // it goes in all cases
+    QVERIFY(plot->m_edit == nullptr); // it is closed in all cases
     QTRY_VERIFY(edit.isNull());
     for (const int other : { MinX, MaxX, MinY, MaxY }) {
         if (other != end)
@@ -393,7 +393,7 @@ void TestXYGraphEdit::oneEditorAtATime()
     const QLineEdit* edit = openEditor(MaxX);
     hand->release(plot->m_labelRectMinX.center()); // a release without a press of its own
     QCOMPARE(plot->m_edit, edit);
-    QVERIFY(openEditor(MinX) != nullptr); // press and release: the first one goes, the second one comes
+    QVERIFY(openEditor(MinX) != nullptr); // press and release: the first one closes, the second one opens
     QCOMPARE(plot->m_edit->text(), QString("0"));
 }
 

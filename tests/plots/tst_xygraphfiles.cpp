@@ -258,7 +258,7 @@ void TestXYGraphFiles::saveThatFailsTells()
     QCOMPARE(text, QString("Save %1 failed.").arg(path));
     QCOMPARE(getSaveDir(), folder.path() + '/');
     if (!fullDisk)
-        QVERIFY(!QFileInfo::exists(path)); // nothing half-made is left
+        QVERIFY(!QFileInfo::exists(path)); // no partial file is left
 }
 
 void TestXYGraphFiles::saveOfAnEmptyPlotTells()

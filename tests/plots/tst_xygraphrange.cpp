@@ -203,7 +203,7 @@ void TestXYGraphRange::boxFollowsTheOwner()
     QVERIFY(plot.m_xRangeDialog->pos() != window.frameGeometry().topRight());
     plot.onParentMoved();
     QCOMPARE(plot.m_xRangeDialog->pos(), window.frameGeometry().topRight());
-    plot.onParentActivate(); // raises: nothing else to be seen here
+    plot.onParentActivate(); // raises the box, which cannot be observed here
     QVERIFY(plot.m_xRangeDialog->isVisible());
 }
 
@@ -432,7 +432,7 @@ void TestXYGraphRange::boxSelects()
     plot.SetEnableSelectXRange(true);
     QSignalSpy selected(&plot, &XYGraphWidget::xRangeSelected);
     enter(editOf(plot, "xMinEdit"), "100");
-    // The maximum still stands at 0: the pair is put in order, and the box shows it so.
+    // The maximum is still 0: the pair is sorted, and the box shows it sorted.
     QCOMPARE(rangeOf(plot), Range(0.0, 100.0));
     QCOMPARE(editOf(plot, "xMaxEdit")->text(), QString("100"));
     enter(editOf(plot, "xMinEdit"), "50");

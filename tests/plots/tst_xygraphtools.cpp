@@ -370,7 +370,7 @@ void TestXYGraphTools::zoomOutHasNoLimit()
     QVERIFY(plot->m_minX < -1e300);
     plot->paintNow();
     plot->m_actZoomIn->trigger();
-    hand->click(plot->middle()); // whatever is left of the range
+    hand->click(plot->middle()); // for any remaining range
     plot->paintNow();
 }
 
@@ -460,7 +460,7 @@ void TestXYGraphTools::rubberBandByTool_data()
     QTest::newRow("Select X Range") << "Select X Range" << true << false << true;
 }
 
-// The band is that of two tools; what becomes of it is theirs.
+// Two tools use the rubber band; the tool determines its effect.
 void TestXYGraphTools::rubberBandByTool()
 {
     QFETCH(QString, tool);

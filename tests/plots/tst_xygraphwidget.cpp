@@ -1,4 +1,4 @@
-// The plot frame without a mouse: what a new one is like, its actions, its declared orders, ranges, names and ticks.
+// The plot frame without mouse input: initial state, actions, declaration orders, ranges, names and ticks.
 #include "support/frameprobe.h"
 #include "support/virtualorder.h"
 
@@ -18,7 +18,7 @@ namespace {
 
 using tarnis::testing::virtualIndex;
 
-/// Counts what a host's subclass would see.
+/// Counts the calls that a host's subclass receives.
 class Plot : public tarnis::testing::FrameProbe<XYGraphWidget> {
 public:
     void onAutoScaleX(bool checked) override
@@ -44,7 +44,7 @@ public:
         painted = graph;
     }
 
-    /// True once if a refresh was asked for since the last question.
+    /// True if a refresh was requested since the last call.
     bool wasRefreshed() { return std::exchange(m_refreshRequired, false); }
     void paintNow()
     {
@@ -448,7 +448,7 @@ void TestXYGraphWidget::showGridFlips()
     QVERIFY(plot.wasRefreshed());
     plot.m_actShowGrid->setChecked(true); // not by code: connected to triggered
     QVERIFY(!plot.m_showGrid && !plot.wasRefreshed());
-    plot.onShowGrid(); // and the slot leaves the check mark alone
+    plot.onShowGrid(); // and the slot does not change the check mark
     QVERIFY(plot.m_showGrid && plot.m_actShowGrid->isChecked());
     plot.onShowGrid();
     QVERIFY(!plot.m_showGrid && plot.m_actShowGrid->isChecked());
@@ -762,7 +762,7 @@ void TestXYGraphWidget::narrowPlotsKeepTheOuterLabels()
     QVERIFY(!inkIn(middle));
 }
 
-// Both stand on the bottom row. On a linear axis, there is the 0 alone.
+// Both are on the bottom row. On a linear axis there is only the 0.
 void TestXYGraphWidget::zeroHidesTheLabelOfOneOnALogAxis()
 {
     const auto bottomLabel = [](bool logScale) {

@@ -1,4 +1,4 @@
-// Axes that share a range: no loops, one repaint, plots that come and go.
+// Axes that share a range: no loops, one repaint, plots that are added and destroyed.
 #include "support/support.h"
 
 #include <tarnis/plots/multivectorgraphwidget.h>

@@ -171,7 +171,7 @@ private Q_SLOTS:
         QVERIFY(panel.message().contains(u'4'));
         panel.setSource(QStringLiteral("unobtainium"));
         QVERIFY(!panel.message().isEmpty());
-        QVERIFY(calibrate(panel)); // no lines, no data: says so
+        QVERIFY(calibrate(panel)); // no lines, no data: reports this
         QVERIFY(!panel.calibration().isValid());
     }
 

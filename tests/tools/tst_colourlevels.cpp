@@ -42,7 +42,7 @@ void show(XY2DGraphWidget& map)
     map.resize(700, 500);
     map.show();
     QVERIFY(QTest::qWaitForWindowExposed(&map));
-    for (int i = 0; i < 3; ++i) { // the colour bar asks for its width while it is painted
+    for (int i = 0; i < 3; ++i) { // the colour bar determines its width while it is painted
         map.refreshPixmap();
         map.grab();
         QCoreApplication::processEvents();

@@ -191,7 +191,7 @@ private Q_SLOTS:
         QVERIFY(waitForFit(panel));
         QVERIFY(panel.result().acceptable);
         const double area = panel.result().valueOf(QStringLiteral("area"));
-        plot.setData(twoPeaks(0.0)); // the peak is gone
+        plot.setData(twoPeaks(0.0)); // the peak has disappeared
         plot.refreshPixmap();
         QVERIFY(waitForFit(panel));
         QCOMPARE(panel.result().valueOf(QStringLiteral("area")), area);

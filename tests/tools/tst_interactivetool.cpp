@@ -1,4 +1,4 @@
-// What every tool offers to tool bars and stored views.
+// Common behaviour of all tools for tool bars and stored views.
 #include "support/support.h"
 
 #include <tarnis/foundation/translation.h>

@@ -167,7 +167,7 @@ void TestPlotLegend::dragMovesItInsideThePlot()
 
 void TestPlotLegend::keysChooseHideAndIsolate()
 {
-    new PlotNavigator(m_plot.get()); // its keys are the legend's meanwhile
+    new PlotNavigator(m_plot.get()); // the legend handles its keys in the meantime
     m_legend->setVisible(false);
     double min = 0.0;
     double max = 0.0;

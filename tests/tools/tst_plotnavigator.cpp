@@ -330,7 +330,7 @@ private Q_SLOTS:
         test.navigator->goBack();
         QCOMPARE(rangeX(test.plot).max, 600.0); // the current axis
         test.wheel(360, test.pixel(0.5, 0.5));
-        reply(10); // does not reach what was on show
+        reply(10); // does not overlap the previous view
         QCOMPARE(rangeX(test.plot).max, 10.0);
     }
 

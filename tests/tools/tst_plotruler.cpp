@@ -232,7 +232,7 @@ private Q_SLOTS:
         hand.press(pixelOf(*plot, 15, 3));
         hand.move(pixelOf(*plot, 40, 3));
         plot->hide();
-        QVERIFY(!ruler->isSet()); // the drag is taken back
+        QVERIFY(!ruler->isSet()); // the drag is reverted
         plot.reset();
     }
 

@@ -75,7 +75,7 @@ double contrast(const QColor& a, const QColor& b)
     return std::max(la, lb) / std::min(la, lb);
 }
 
-/// CIE 1976 L*a*b* as the eye sees the colour.
+/// CIE 1976 L*a*b* for an eye with this colour matrix.
 Triple labOf(const QColor& color, const Matrix& eye)
 {
     Triple rgb = times(eye, rgbOf(color));
@@ -716,7 +716,7 @@ private Q_SLOTS:
         second.restoreState(state);
         QCOMPARE(second.saveState(), state);
         QCOMPARE(second.theme(), PlotStyle::Theme::HighContrast);
-        // Nonsense changes nothing.
+        // Invalid values change nothing.
         second.restoreState({ { "theme", "Purple" }, { "form", 3 }, { "lineWidth", -4 }, { "textScale", 99 },
             { "grid", "yes" }, { "other", 1 } });
         QCOMPARE(second.saveState(), state);

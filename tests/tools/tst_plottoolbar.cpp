@@ -1,4 +1,4 @@
-// The bar beside a plot: what it collects, and its keys.
+// The bar beside a plot: its actions and keys.
 #include "support/support.h"
 
 #include <tarnis/foundation/translation.h>

@@ -1,4 +1,4 @@
-// Stored views: what comes back, what is ignored, and files that are damaged.
+// Stored views: restored values, ignored values, and damaged files.
 #include "support/support.h"
 
 #include <tarnis/plots/multivectorgraphwidget.h>

@@ -68,7 +68,7 @@ private Q_SLOTS:
     void keepsZeroOfCounts()
     {
         const AxisRange log = zoomedView({ 0.0, 1000.0 }, AxisScale::Log, { 0.7, true }, 1.0, {});
-        QCOMPARE(log.min, 0.0); // not 1, where it stands on the axis
+        QCOMPARE(log.min, 0.0); // not 1, which is its position on the axis
         QVERIFY(log.max < 1000.0);
         const AxisRange linear = zoomedView({ 0.0, 1200.0 }, AxisScale::Linear, { 0.7, true }, 1.0, {});
         QCOMPARE(linear.min, 0.0);

@@ -1,4 +1,4 @@
-// The list of views: what makes an entry, what joins one, and the way back.
+// The history of views: new entries, merged entries, and going back.
 #include "tarnis/tools/navigation/viewhistory_p.h"
 
 #include <QTest>
@@ -10,7 +10,7 @@ namespace {
 constexpr int wheel = 1;
 constexpr int pan = 2;
 
-/// A view of which X was set by hand.
+/// A view with a manually set X range.
 ViewState showing(double min, double max)
 {
     ViewState view;
