@@ -4,6 +4,7 @@
 #include "tarnis/formats/formats.h"
 #include "tarnis/foundation/helpers.h"
 #include "tarnis/foundation/message.h"
+#include "tarnis/foundation/retranslator.h"
 #include "tarnis/plots/xygraphwidget.h"
 
 #include <QComboBox>
@@ -50,12 +51,11 @@ bool isKnownSuffix(const QString& suffix)
         [&](const Choice& choice) { return suffix.compare(QLatin1String(choice.suffix), Qt::CaseInsensitive) == 0; });
 }
 
-QSpinBox* spinBox(int least, int most, int value, const QString& unit)
+QSpinBox* spinBox(int least, int most, int value)
 {
     auto* const box = new QSpinBox;
     box->setRange(least, most);
     box->setValue(value);
-    box->setSuffix(unit);
     box->setKeyboardTracking(false);
     return box;
 }
@@ -63,15 +63,17 @@ QSpinBox* spinBox(int least, int most, int value, const QString& unit)
 } // namespace
 
 struct TARNIS_NO_EXPORT ExportDialog::Controls {
-    QComboBox* format;
-    QSpinBox* width;
-    QSpinBox* height;
-    QSpinBox* dpi;
-    QComboBox* extent;
-    QLineEdit* path;
-    QLabel* size;
-    QLabel* preview;
-    QLabel* problem;
+    QComboBox* format = new QComboBox;
+    QSpinBox* width = nullptr;
+    QSpinBox* height = nullptr;
+    QSpinBox* dpi = spinBox(24, 1200, 150);
+    QComboBox* extent = new QComboBox;
+    QLineEdit* path = new QLineEdit;
+    QPushButton* browse = new QPushButton;
+    QLabel* size = new QLabel;
+    QLabel* preview = new QLabel;
+    QLabel* problem = new QLabel;
+    std::array<QLabel*, 7> names {}; ///< of the rows, in their order
 };
 
 ExportDialog::ExportDialog(
@@ -80,59 +82,83 @@ ExportDialog::ExportDialog(
     , m_exporter(plot)
     , m_histogram(histogram)
     , m_source(source)
-    , m_controls(new Controls { new QComboBox, spinBox(100, 10000, pictureSize(plot).width(), tr(" px")),
-          spinBox(100, 10000, pictureSize(plot).height(), tr(" px")), spinBox(24, 1200, 150, tr(" dpi")), new QComboBox,
-          new QLineEdit, new QLabel, new QLabel, new QLabel })
+    , m_controls(new Controls)
 {
     Controls& c = *m_controls;
+    c.width = spinBox(100, 10000, pictureSize(plot).width());
+    c.height = spinBox(100, 10000, pictureSize(plot).height());
     setObjectName(QStringLiteral("exportDialog"));
-    setWindowTitle(tr("Export"));
     c.path->setObjectName(QStringLiteral("exportPathEdit"));
     c.path->setMinimumWidth(pathChars * fontMetrics().averageCharWidth());
     c.format->setObjectName(QStringLiteral("exportFormatBox"));
     c.problem->setObjectName(QStringLiteral("exportProblemLabel"));
     c.problem->setTextFormat(Qt::PlainText);
     for (const Choice& choice : formats)
-        c.format->addItem(tr(choice.text), QLatin1String(choice.suffix));
-    c.extent->addItem(tr("All bins"), int(Extent::All));
-    c.extent->addItem(tr("Visible bins"), int(Extent::Visible));
+        c.format->addItem(QString(), QLatin1String(choice.suffix));
+    for (const Extent extent : { Extent::All, Extent::Visible })
+        c.extent->addItem(QString(), int(extent));
     c.preview->setFixedSize(previewSize);
     c.preview->setAlignment(Qt::AlignCenter);
-    c.preview->setAccessibleName(tr("Preview"));
     c.problem->setWordWrap(true);
     c.problem->hide();
-
-    auto* const browse = new QPushButton(tr("Browse..."));
-    auto* const file = new QHBoxLayout;
-    file->addWidget(c.path);
-    file->addWidget(browse);
-    auto* const form = new QFormLayout(this);
-    auto* const middle = new QHBoxLayout;
-    middle->addWidget(c.preview, 0, Qt::AlignHCenter);
-    form->addRow(middle);
-    form->addRow(tr("&Format:"), c.format);
-    form->addRow(tr("&Width:"), c.width);
-    form->addRow(tr("&Height:"), c.height);
-    form->addRow(tr("&Resolution:"), c.dpi);
-    form->addRow(tr("&Bins:"), c.extent);
-    form->addRow(tr("Size:"), c.size);
-    auto* const fileLabel = new QLabel(tr("F&ile:"));
-    fileLabel->setBuddy(c.path); // a layout has no shortcut of its own
-    form->addRow(fileLabel, file);
-    form->addRow(c.problem);
-    auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Save | QDialogButtonBox::Cancel);
-    form->addRow(buttons);
+    layOut();
 
     const QString name = PlotExporter::suggestedName(histogram.isEmpty() ? QStringLiteral("plot") : histogram, run,
         QDateTime::currentDateTime(), QStringLiteral("png"));
     c.path->setText(QDir(getSaveDir()).filePath(name));
-    connect(buttons, &QDialogButtonBox::accepted, this, &ExportDialog::accept);
-    connect(buttons, &QDialogButtonBox::rejected, this, &ExportDialog::reject);
-    connect(browse, &QPushButton::clicked, this, &ExportDialog::choosePath);
+    connect(c.browse, &QPushButton::clicked, this, &ExportDialog::choosePath);
     connect(c.format, &QComboBox::currentIndexChanged, this, &ExportDialog::onFormatChanged);
     for (QSpinBox* const box : { c.width, c.height, c.dpi })
         connect(box, &QSpinBox::valueChanged, this, &ExportDialog::updatePreview);
+    setTexts();
     onFormatChanged();
+    onLanguageChange(*this, [this] {
+        setTexts();
+        updatePreview();
+    });
+}
+
+void ExportDialog::layOut()
+{
+    Controls& c = *m_controls;
+    auto* const file = new QHBoxLayout;
+    file->addWidget(c.path);
+    file->addWidget(c.browse);
+    auto* const middle = new QHBoxLayout;
+    middle->addWidget(c.preview, 0, Qt::AlignHCenter);
+    auto* const form = new QFormLayout(this);
+    form->addRow(middle);
+    for (QLabel*& name : c.names)
+        name = new QLabel;
+    const std::array<QWidget*, 6> fields { c.format, c.width, c.height, c.dpi, c.extent, c.size };
+    for (std::size_t row = 0; row < fields.size(); ++row)
+        form->addRow(c.names.at(row), fields.at(row));
+    c.names.back()->setBuddy(c.path); // a layout has no shortcut of its own
+    form->addRow(c.names.back(), file);
+    form->addRow(c.problem);
+    auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Save | QDialogButtonBox::Cancel);
+    form->addRow(buttons);
+    connect(buttons, &QDialogButtonBox::accepted, this, &ExportDialog::accept);
+    connect(buttons, &QDialogButtonBox::rejected, this, &ExportDialog::reject);
+}
+
+void ExportDialog::setTexts()
+{
+    Controls& c = *m_controls;
+    setWindowTitle(tr("Export"));
+    for (std::size_t i = 0; i < formats.size(); ++i)
+        c.format->setItemText(static_cast<int>(i), tr(formats.at(i).text));
+    c.extent->setItemText(0, tr("All bins"));
+    c.extent->setItemText(1, tr("Visible bins"));
+    c.width->setSuffix(tr(" px"));
+    c.height->setSuffix(tr(" px"));
+    c.dpi->setSuffix(tr(" dpi"));
+    c.preview->setAccessibleName(tr("Preview"));
+    c.browse->setText(tr("Browse..."));
+    const std::array names { tr("&Format:"), tr("&Width:"), tr("&Height:"), tr("&Resolution:"), tr("&Bins:"),
+        tr("Size:"), tr("F&ile:") };
+    for (std::size_t row = 0; row < names.size(); ++row)
+        c.names.at(row)->setText(names.at(row));
 }
 
 ExportDialog::~ExportDialog() = default;
@@ -261,7 +287,7 @@ void ExportDialog::accept()
     const QString error = save();
     m_controls->problem->setVisible(!error.isEmpty());
     if (!error.isEmpty()) {
-        m_controls->problem->setText(tr("Cannot save the file: %1.").arg(error));
+        setTranslatedText(*m_controls->problem, [error] { return tr("Cannot save the file: %1.").arg(error); });
         return;
     }
     setSaveFilePath(path());

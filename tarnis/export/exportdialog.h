@@ -42,6 +42,8 @@ Q_SIGNALS:
 private:
     struct Controls;
     /// @cond
+    TARNIS_NO_EXPORT void layOut();
+    TARNIS_NO_EXPORT void setTexts();
     TARNIS_NO_EXPORT PictureOptions options() const;
     TARNIS_NO_EXPORT void choosePath();
     TARNIS_NO_EXPORT void onFormatChanged();

@@ -4,13 +4,16 @@
 #include <tarnis/foundation/files.h>
 #include <tarnis/foundation/helpers.h>
 #include <tarnis/foundation/message.h>
+#include <tarnis/foundation/translation.h>
 #include <tarnis/plots/vectorgraphwidget.h>
 
 #include <QComboBox>
 #include <QDir>
 #include <QFileInfo>
+#include <QFormLayout>
 #include <QImage>
 #include <QLabel>
+#include <QLocale>
 #include <QScopeGuard>
 #include <QSignalSpy>
 #include <QSpinBox>
@@ -139,6 +142,28 @@ private Q_SLOTS:
         dialog.setPath(m_folder.filePath("a.csv"));
         dialog.accept();
         QCOMPARE(tarnis::readDataset(m_folder.filePath("a.csv")).data.time, taken);
+    }
+
+    void followsTheLanguage()
+    {
+        ExportDialog dialog(m_plot, "total");
+        dialog.setPath(m_folder.filePath("missing/a.png"));
+        dialog.accept(); // fails: the folder does not exist
+        auto* const problem = dialog.findChild<QLabel*>("exportProblemLabel");
+        QVERIFY(problem->text().startsWith("Cannot save the file"));
+        const auto reset = qScopeGuard([] { tarnis::setLanguage(QLocale(QLocale::English)); });
+        QVERIFY(tarnis::setLanguage(QLocale(QLocale::German)));
+        QTRY_COMPARE(dialog.windowTitle(), QStringLiteral("Exportieren"));
+        auto* const format = dialog.findChild<QComboBox*>("exportFormatBox");
+        QCOMPARE(format->currentData().toString(), "png");
+        const auto* const form = dialog.findChild<QFormLayout*>();
+        QCOMPARE(qobject_cast<QLabel*>(form->labelForField(format))->text(), QStringLiteral("&Format:"));
+        const auto* const width = dialog.findChild<QSpinBox*>();
+        QCOMPARE(qobject_cast<QLabel*>(form->labelForField(const_cast<QSpinBox*>(width)))->text(),
+            QStringLiteral("&Breite:"));
+        QTRY_VERIFY(!problem->text().startsWith("Cannot save the file"));
+        for (const QLabel* const label : dialog.findChildren<QLabel*>())
+            QVERIFY2(!label->text().contains("pixels"), qPrintable(label->text()));
     }
 
     void showsAPreview()
