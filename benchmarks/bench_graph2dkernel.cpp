@@ -1,4 +1,4 @@
-// The 5 by 5 filter on a 1024 x 1024 map against the spelt-out loops, in one run.
+// The 5 by 5 filter on a 1024 x 1024 map against explicit loops, in one run.
 #include "measure.h"
 #include "tarnis/dialogs/graph2dfilterdialog.h"
 #include "tarnis/dialogs/graph2dkernel_p.h"

@@ -1,4 +1,4 @@
-// The two readers of a session against their spelt-out versions. The input says how the bytes arrive:
+// The two readers of a session against their reference implementations. The input defines how the bytes arrive:
 //
 //     byte 0        bit 0: binary reply; bit 1: progress of a text reply
 //     byte 1        length of the prompt, 0 to 7 (the byte modulo 8)

@@ -1,4 +1,4 @@
-// ReplyFrame fed as the client feeds it, against the bytes as a whole. The input:
+// ReplyFrame, fed like in the client, compared with the complete bytes. The input:
 //
 //     byte 0        bit 0: binary reply
 //     byte 1        length of the prompt, 1 to 8

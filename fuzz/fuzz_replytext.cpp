@@ -1,4 +1,4 @@
-// The two parsers of reply text against their spelt-out versions. The input is the reply in UTF-8.
+// The two parsers of reply text against their reference implementations. The input is the reply in UTF-8.
 #include "support/textoracle.h"
 
 #include <tarnis/server/tarniscmd.h>

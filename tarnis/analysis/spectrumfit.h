@@ -18,7 +18,7 @@ namespace tarnis {
 
 /// Options of a fit.
 struct FitOptions {
-    FitStatistic statistic = FitStatistic::Cash; ///< what is minimised
+    FitStatistic statistic = FitStatistic::Cash; ///< the statistic that is minimised
     BinEvaluation evaluation = BinEvaluation::Integral; ///< content of a bin
     bool profileErrors = false; ///< asymmetric errors of all free parameters of the peaks
     /// Computes asymmetric errors even without profileErrors for areas below ten errors, where symmetric ones are

@@ -41,7 +41,7 @@ public:
     enum class End {
         NotStarted, ///< it could not be started
         NoPort, ///< it announced no valid port in time and was killed
-        Exited, ///< it exited by itself
+        Exited, ///< it exited without a request
         Crashed, ///< it was ended by a signal
         Stopped, ///< after stop() or kill()
     };

@@ -107,7 +107,7 @@ public:
 
     /// Shows below the plot that the polling has stopped and why; an empty reason removes the line.
     void setStopped(const QString& reason);
-    QString stopReason() const { return m_reason; } ///< empty while the polling goes on
+    QString stopReason() const { return m_reason; } ///< empty while polling continues
     void retranslate(); ///< shows the state in the current language
 
     /// Passes the reply to the hook. True if the hook has handled it; the polling then continues.

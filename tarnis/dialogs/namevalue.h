@@ -9,13 +9,13 @@
 
 /// A name with its value.
 struct NameValue {
-    QString name; ///< compared as it stands
+    QString name; ///< compared exactly
     QString value; ///< shown unchanged
 };
 
 /// A name with its values, one per column of a table.
 struct NameValues {
-    QString name; ///< compared as it stands
+    QString name; ///< compared exactly
     QList<QString> values; ///< may be shorter than the table is wide
 };
 

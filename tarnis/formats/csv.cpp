@@ -106,7 +106,7 @@ struct Table {
     qsizetype fields = 0; ///< in each line
 };
 
-/// A digit, perhaps behind a sign or a point, and nothing but what numbers consist of.
+/// A digit, possibly after a sign or a point, and only characters of numbers.
 bool isMeantAsNumber(const QByteArray& field)
 {
     static const QByteArray parts = "0123456789.+-eExX";

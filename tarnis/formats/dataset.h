@@ -62,7 +62,7 @@ struct Dataset {
 /// What a reader returns: a dataset that isConsistent(), or an error.
 struct DatasetResult {
     Dataset data; ///< without values if there is an error
-    QString error; ///< empty on success, else what is wrong, where, and what to do, without the path
+    QString error; ///< empty on success, else the error, its position and what to do, without the path
 };
 
 /// The largest number of values that a reader accepts: 134,217,728, which is 1 GiB.

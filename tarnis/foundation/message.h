@@ -20,7 +20,7 @@ enum class MessageKind {
     Information, ///< something that the user should know
     Warning, ///< something went wrong, or could
     Critical, ///< an error of the program
-    Question ///< the answer decides what is done
+    Question ///< the answer determines the action
 };
 
 /// A button of a message, and the answer to it. The values are those of QMessageBox::StandardButton.

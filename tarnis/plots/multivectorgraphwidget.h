@@ -28,7 +28,7 @@ public:
         bool enable = true; ///< shown
     };
 
-    /// What is drawn.
+    /// The curves that are drawn.
     enum AddType : int {
         AddNone = 0, ///< every enabled series
         AddEachGroup = 1, ///< the sum of each group

@@ -327,7 +327,7 @@ void Tarnis::closeNamedSessions()
     for (auto entry = m_sessions.begin(); entry != m_sessions.end(); ++entry) {
         TarnisSession* const session = entry.value();
         if (!session)
-            continue; // GetTarnisSession() was asked for a name that is not in use
+            continue; // GetTarnisSession() was called with an unused name
         LOG_DBG("closing [%s]", qUtf8Printable(entry.key()));
         session->cancel();
         disconnect(session, SIGNAL(result(PTarnisCmd,QByteArray)), this, SLOT(onReply(PTarnisCmd,QByteArray)));

@@ -60,8 +60,8 @@ public:
 
     /// Whether all received bytes end the reply.
     bool isComplete(const QByteArray& prompt) const;
-    /// Leaves the text or the payload in the buffer, without the prompt, and returns the text behind a payload. Only
-    /// for a complete reply.
+    /// Leaves the text or the payload in the buffer, without the prompt, and returns the text after a payload. Requires
+    /// a complete reply.
     QString finish(const QByteArray& prompt);
 
 private:

@@ -46,7 +46,7 @@ using namespace soak;
 namespace {
 
 constexpr int faultMs = 6000; // how long a fault lasts
-constexpr int calmMs = 4000; // how long there is none
+constexpr int calmMs = 4000; // time without a fault
 constexpr int minuteMs = 60000;
 constexpr int briefly = 5; // factor by which faults and pauses are shorter until each fault has occurred once
 constexpr int closingMs = 3000; // until the sessions of closed windows have ended

@@ -143,7 +143,7 @@ private Q_SLOTS:
         QVERIFY(live.areKept());
         QVERIFY(!live.canUpdate());
         if (action == "shutDownAction")
-            QVERIFY(server.waitUntilDeserted()); // no session is left behind
+            QVERIFY(server.waitUntilDeserted()); // no session remains
         QTRY_VERIFY_WITH_TIMEOUT(!desk.window->controller().hasProcess(), timeoutMs);
         desk.window->controller().restart();
         QVERIFY(desk.reaches(ServerState::Up));

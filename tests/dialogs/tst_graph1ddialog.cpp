@@ -318,7 +318,7 @@ private Q_SLOTS:
         Options options;
         options.initCmds = { "setting rate:1", "clear" };
         const WindowPointer window = shown(&model, options);
-        // Without events: connected() would poll, and drop what is queued.
+        // Without events: connected() would poll, and drop queued commands.
         const QDeadlineTimer deadline(20000);
         while (server.requests().size() < 2 && !deadline.hasExpired())
             QThread::msleep(1);
@@ -548,7 +548,7 @@ private Q_SLOTS:
         QVERIFY(server.waitForHold("reply"));
         for (int i = 0; i < 20; ++i)
             window->update();
-        window->setAutoUpdate(false); // cancels what is queued
+        window->setAutoUpdate(false); // cancels queued commands
         server.open("reply");
         QVERIFY(eventually([&] { return window->series(0) == QList<double>({ 1 }); }));
         QCOMPARE(server.requests().size(), 1);

@@ -283,7 +283,7 @@ private Q_SLOTS:
         server.answer("map", { Step::binary(QByteArray(), "OK:\n") });
         Model model(server);
         const WindowPointer window = shown(&model, { "setting rate:1", "clear" });
-        QVERIFY(hasRequests(server, 2)); // connected() would poll, and drop what is queued
+        QVERIFY(hasRequests(server, 2)); // connected() would poll, and drop queued commands
         QVERIFY(server.waitForRequest("map"));
         QCOMPARE(server.requests().first(3), QList<QByteArray>({ "setting rate:1", "clear", "map" }));
     }
@@ -363,7 +363,7 @@ private Q_SLOTS:
         Model model(server);
         const WindowPointer window = shown(&model);
         QVERIFY(server.waitForHold("reply"));
-        window->update(); // waits behind the reply
+        window->update(); // waits for the reply
         window->part<QCheckBox>("autoUpdateCheckBox").click();
         window->session->send(new TarnisCmd("marker"));
         server.open("reply");

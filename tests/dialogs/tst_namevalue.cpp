@@ -289,7 +289,7 @@ private Q_SLOTS:
     {
         QTemporaryDir folder;
         setSaveFilePath(folder.filePath("x"));
-        // A directory cannot be opened for writing, whoever runs the test.
+        // A directory cannot be opened for writing by any user.
         QVERIFY(QDir(folder.path()).mkpath("sub/out.csv"));
         NameValueListDialog dialog(QList<NameValue>(), nullptr, "Name");
         QTimer answer;

@@ -85,7 +85,7 @@ public:
         std::generate(v.begin(), v.end(), [&] { return uniform(low, high); });
         return v;
     }
-    // Columns of very different sizes; now and then a column of zeros or a copy of another.
+    // Columns of very different sizes; sometimes a column of zeros or a copy of another.
     Matrix matrix(int m, int n)
     {
         Matrix a { m, n, vector(m * n) };

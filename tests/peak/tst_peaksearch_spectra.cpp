@@ -47,7 +47,7 @@ struct Line {
     double centroid; ///< centroid of the part above half height
 };
 
-// A line stands out if its highest sample is the highest far and wide, several times the level on either side.
+// A line is strong if its highest sample is a wide local maximum, several times the level on either side.
 std::optional<Line> strongLineAt(const QList<double>& y, qsizetype i, double least, qsizetype reach, double contrast)
 {
     if (y[i] < least || i < 3 * reach || i + 3 * reach >= y.size())
@@ -99,8 +99,8 @@ void TestPeakSearchSpectra::findsTheStrongLines_data()
     const QString iodide = QStringLiteral("spectra/csi-ba133-cs137.spe");
     QTest::newRow("germanium, by index") << germanium << 1 << 100.0 << 200.0 << 12 << 12 << false << 0.5;
     QTest::newRow("germanium, by abscissa") << germanium << 1 << 100.0 << 200.0 << 12 << 12 << true << 0.5;
-    // Its lines are a hundred channels wide and of few counts: eight channels to a bin. The one that stands out is not
-    // isolated: the background is twice as high on its left as on its right, and a constant one draws the fit to the
+    // Its lines are a hundred channels wide with few counts, so eight channels are binned. The strong line is not
+    // isolated: the background is twice as high on its left as on its right, and a constant one shifts the fit to the
     // left.
     QTest::newRow("caesium iodide, by index") << iodide << 8 << 160.0 << 200.0 << 9 << 1 << false << 1.5;
     QTest::newRow("caesium iodide, by abscissa") << iodide << 8 << 160.0 << 200.0 << 9 << 1 << true << 1.5;

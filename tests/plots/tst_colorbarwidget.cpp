@@ -1,4 +1,4 @@
-// The colour bar as its owner and the user meet it. Its pictures are compared in tst_mappicture.
+// The colour bar: interface and user input. Its pictures are compared in tst_mappicture.
 #include "support/hugepictures.h"
 #include "support/map2dprobe.h"
 #include "support/plothand.h"
@@ -264,7 +264,7 @@ void TestColorBarWidget::pixmapBeyondTheMemory()
 {
     Bar bar;
     bar.resize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX);
-    bar.getPixmap(); // whatever it gives
+    bar.getPixmap(); // the result does not matter
 }
 
 void TestColorBarWidget::clickOnALabelOpensAnEditor_data()
@@ -295,7 +295,7 @@ void TestColorBarWidget::clickOnALabelOpensAnEditor()
     QTRY_VERIFY(bar.isEditing());
     const QRect label = ofMax ? bar.m_maxRect : bar.m_minRect;
     QCOMPARE(editor->height(), qMin(label.height(), bar.height()));
-    // A second click opens no other one while this one is there.
+    // A second click opens no second editor while this one is open.
     QMouseEvent release(QEvent::MouseButtonRelease, label.center(), label.center(), Qt::LeftButton, Qt::NoButton, {});
     QCoreApplication::sendEvent(&bar, &release);
     QCOMPARE(bar.m_editLine, editor);

@@ -84,7 +84,7 @@ void TestCurveLines::startsAtTheRange()
     const QList<double> values { 1.0, 2.0, 5.0, 9.0 };
     const auto lines = tarnis::joinSamples({ values.constData(), 0 }, { 1, 3 }, wide, rows, {});
     QCOMPARE(lines, (QList<QLine> { { 15, 98, 25, 95 } }));
-    // The same samples handed in as a run of their own.
+    // The same samples as a separate run.
     const auto ofRun = tarnis::joinSamples({ values.constData() + 1, 1 }, { 1, 3 }, wide, rows, {});
     QCOMPARE(ofRun, lines);
     QVERIFY(tarnis::joinSamples({ values.constData(), 0 }, { 3, 1 }, wide, rows, {}).isEmpty());

@@ -49,7 +49,7 @@ int sampleCount(Generator& random)
     }
 }
 
-/// Samples of one of the kinds that plots meet, and of some that break naive merging.
+/// Typical samples of plots, and some that break naive merging.
 QList<double> samples(Generator& random, int count)
 {
     QList<double> values(count);

@@ -337,7 +337,7 @@ void TestXY2DFiles::pictureBeyondTheMemory()
 {
     Plot plot;
     plot.resize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX);
-    delete plot.toPixmap(); // whatever it gives
+    delete plot.toPixmap(); // the result does not matter
 }
 
 void TestXY2DFiles::saveAsksAndWrites()

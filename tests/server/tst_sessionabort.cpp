@@ -78,7 +78,7 @@ private Q_SLOTS:
         QCOMPARE(process.exitStatus(), QProcess::CrashExit);
         const QList<LogEntry> entries = logEntries(logPath);
         QVERIFY(!entries.isEmpty());
-        // The log is closed behind it: no block of the session ends any more.
+        // The log is closed after it: no block of the session ends any more.
         QCOMPARE(entries.last().word, "ERR");
         QTEST(entries.last().message, "lastLine");
         QCOMPARE(entries.last().file, "tarnissession_run.cpp");

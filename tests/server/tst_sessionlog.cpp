@@ -253,7 +253,7 @@ private Q_SLOTS:
         client.destroy();
         inside.replaceInStrings(QRegularExpression("^read$"), trace.read());
         inside.replaceInStrings(QRegularExpression("^readBinary$"), trace.readBinary());
-        // A line feed in the command goes on in the next line of the file.
+        // A command with a line feed continues on the next line of the file.
         QStringList lines = trace.loop();
         lines.removeIf([](const QString& line) {
             return line.startsWith("BLCK handle cmd") || line == "BLCK loop" || line == "BLCK locking"

@@ -286,7 +286,7 @@ void TestTarnis::remoteHostIsKept()
     QCOMPARE(host, QStringLiteral("daq"));
     QCOMPARE(int(port), 5000);
     QCOMPARE(manager.GetServerAddress(), QStringLiteral("daq:5000"));
-    QCOMPARE(manager.m_host, QString()); // taken over by Run
+    QCOMPARE(manager.m_host, QString()); // adopted by Run
 }
 
 void TestTarnis::remoteRunSendsStat()

@@ -45,7 +45,8 @@ public:
     Step announcing(qint32 length) const;
 
     // Expected input.
-    static Step expect(const QByteArray& bytes); ///< these very bytes; others are noted as a failure and dropped on
+    static Step expect(const QByteArray& bytes); ///< exactly these bytes; others are recorded as a failure and close
+                                                 ///< the connection
     static Step expectLine(const QByteArray& line); ///< these bytes and a line feed
     static Step hold(const QByteArray& gate); ///< waits for release(gate)
     static Step silence(); ///< waits until the client has disconnected; so does the end of a script

@@ -31,7 +31,7 @@ public:
     /// The last connection error as the socket's text; empty if there was none since forgetError().
     const QString& lastError() const { return m_lastError; }
     void forgetError() { m_lastError.clear(); }
-    /// Deletes a process that has ended by itself, so that Shutdown() does not wait for its end.
+    /// Deletes a process that has already ended, so that Shutdown() does not wait for its end.
     void discardEndedProcess();
 
 public Q_SLOTS:

@@ -50,7 +50,7 @@ bool isUprightOrQuarterTurn(const QTransform& transform)
 
 } // namespace
 
-/// Draws in pixels of the device, with the painter's pen as wide as it is there, until its end.
+/// Switches the painter to device pixels, with the pen width scaled accordingly, until it is destroyed.
 class DevicePixels::PenOnDevice {
 public:
     PenOnDevice(const DevicePixels& pixels, QPainter& painter)

@@ -72,7 +72,7 @@ FitResult refused(const QString& message)
     return result;
 }
 
-/// The bins of the range, or why there are none.
+/// Calls `run` with the bins of the range, or returns the reason why there are none.
 template <typename Run> FitResult onRange(const BinnedData& data, const FitSetup& setup, const Run& run)
 {
     if (data.size() == 0)

@@ -1,4 +1,4 @@
-// The model behind a table of regions.
+// The model of a region table.
 #pragma once
 
 #include "tarnis/tools/plotregions.h"
