@@ -40,7 +40,7 @@ _tarnis() {
     COMPREPLY=($(compgen -W "$words" -- "$current"))
   else
     compopt -o filenames 2>/dev/null
-    COMPREPLY=($(compgen -f -- "$current"))
+    mapfile -t COMPREPLY < <(compgen -f -- "$current")
   fi
 }
 complete -F _tarnis tarnis

@@ -5,6 +5,7 @@
 #include <tarnis/plots/plotmapping.h>
 
 #include <QFontInfo>
+#include <QPaintEngine>
 #include <QPainter>
 
 #include <algorithm>
@@ -20,12 +21,31 @@ constexpr double legendShare = 0.35; // maximum fraction of the height
 constexpr double stripShare = 0.22; // fraction of the height for residuals
 constexpr double markRadius = 1.6; // radius of a mark in line widths
 
-QString nameOf(const tarnis::Dataset& data, qsizetype row)
+/// The title of the only file is above the plot.
+QString nameOf(const tarnis::Dataset& data, qsizetype row, bool isAlone)
 {
     if (data.rows == 1)
         return data.title;
     const QString name = row < data.rowNames.size() ? data.rowNames.at(row) : QString::number(row);
-    return data.title.isEmpty() ? name : QStringLiteral("%1, %2").arg(data.title, name);
+    return data.title.isEmpty() || isAlone ? name : QStringLiteral("%1, %2").arg(data.title, name);
+}
+
+/// On pixels in short pieces: the time for a wide line grows much faster than the number of its vertices, as each piece
+/// is filled where it overlaps itself. A vector file has the line as it is.
+void drawCurve(QPainter& painter, const QPolygonF& line)
+{
+    if (line.size() == 1) {
+        painter.drawPoint(line.first());
+        return;
+    }
+    const bool isPixels = painter.paintEngine() != nullptr && painter.paintEngine()->type() == QPaintEngine::Raster;
+    if (!isPixels || painter.pen().style() != Qt::SolidLine) {
+        painter.drawPolyline(line);
+        return;
+    }
+    constexpr qsizetype piece = 32;
+    for (qsizetype begin = 0; begin + 1 < line.size(); begin += piece - 1)
+        painter.drawPolyline(line.constData() + begin, static_cast<int>(std::min(piece, line.size() - begin)));
 }
 
 } // namespace
@@ -42,15 +62,16 @@ CurvesPlot::CurvesPlot(const std::vector<tarnis::Dataset>& spectra, CurvesLook l
         isFirst = false;
         const std::vector<double> centres = tarnis::centresOf(spectrum.x, spectrum.columns);
         for (qsizetype row = 0; row < spectrum.rows; ++row)
-            addRow(spectrum, row, centres);
+            addRow(spectrum, row, spectra.size() == 1, centres);
     }
     if (m_look.residuals)
         m_residuals = residualsOf(spectra.front());
 }
 
-void CurvesPlot::addRow(const tarnis::Dataset& spectrum, qsizetype row, const std::vector<double>& centres)
+void CurvesPlot::addRow(
+    const tarnis::Dataset& spectrum, qsizetype row, bool isAlone, const std::vector<double>& centres)
 {
-    Curve curve { m_look.residuals ? spectrum.rowNames.value(row) : nameOf(spectrum, row), { {} } };
+    Curve curve { nameOf(spectrum, row, isAlone), { {} } };
     for (qsizetype column = 0; column < spectrum.columns; ++column) {
         const double value = spectrum.at(row, column);
         if (std::isfinite(value)) {
@@ -85,6 +106,7 @@ QPen CurvesPlot::penOf(std::size_t curve) const
     QPen pen(m_look.colours[curve % count], m_look.lineWidth);
     pen.setStyle(dashes[curve / count % dashes.size()]);
     pen.setJoinStyle(Qt::RoundJoin);
+    pen.setCapStyle(Qt::RoundCap);
     return pen;
 }
 
@@ -136,10 +158,7 @@ void CurvesPlot::onPaint(QPainter& painter, QRect const& /*graph*/)
         for (QPolygonF line : m_curves[i].parts) {
             for (QPointF& point : line)
                 point = QPointF(mapping.columnOf(point.x()), mapping.rowOf(point.y()));
-            if (line.size() == 1)
-                painter.drawPoint(line.first());
-            else
-                painter.drawPolyline(line);
+            drawCurve(painter, line);
         }
     }
     painter.restore();

@@ -44,7 +44,7 @@ protected:
         std::vector<QPolygonF> parts;
         std::vector<QPointF> points() const;
     };
-    void addRow(const tarnis::Dataset& spectrum, qsizetype row, const std::vector<double>& centres);
+    void addRow(const tarnis::Dataset& spectrum, qsizetype row, bool isAlone, const std::vector<double>& centres);
     void noteValue(double value);
     void paintCounts(QPainter& painter, const Curve& curve) const;
     void paintStrip(QPainter& painter, const QRect& room) const;

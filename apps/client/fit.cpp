@@ -6,11 +6,10 @@
 
 #include <tarnis/analysis/figures.h>
 #include <tarnis/analysis/spectrumfit.h>
-#include <tarnis/formats/formats.h>
+#include <tarnis/formats/csv.h>
 
 #include <QJsonArray>
 #include <QJsonObject>
-#include <QTemporaryDir>
 
 #include <cmath>
 
@@ -234,14 +233,14 @@ Outcome draw(const FitResult& fit, const Spectrum& spectrum, const Range<qsizety
     curves.values.insert(curves.values.end(), fit.modelContents.begin(), fit.modelContents.end());
     for (qsizetype i = 0; i < curves.columns; ++i)
         curves.values.push_back(fit.backgroundAt(channel(i)));
-    const QTemporaryDir folder;
-    const QString file = folder.filePath("fit.csv");
-    if (const QString error = tarnis::writeDataset(file, curves); !error.isEmpty())
-        return Failure { .code = FileError, .text = QStringLiteral("cannot write '%1': %2").arg(file, error) };
-    QStringList words { "plot", file, "-o", path, "--residuals", "--title", curves.title };
+    // Through a pipe: an interrupt leaves no temporary file.
+    QStringList words { "plot", "-", "-o", path, "--title", curves.title };
+    // Values of an unweighted fit need not be counts: the root of the model is not their error then.
+    if (fit.options.statistic != tarnis::FitStatistic::Unweighted)
+        words += "--residuals";
     if (arguments.has("theme"))
         words += { "--theme", arguments.value("theme") };
-    return runPlotProgram(words);
+    return runPlotProgram(words, tarnis::encodeCsv(curves));
 }
 
 /// Checks the options of the figure before the fit is run.

@@ -9,9 +9,9 @@ namespace cli {
 /// has its own version of this function.
 Outcome plot(const Arguments& arguments);
 
-/// Runs tarnis-plot with these words, which begin with "plot", for commands that draw a figure in addition to their
-/// numbers. Returns its failure, or that it cannot be run. Its warnings are dropped, because the command has already
-/// printed them.
-Outcome runPlotProgram(const QStringList& words);
+/// Runs tarnis-plot with these words, which begin with "plot", and this standard input, for commands that draw a figure
+/// in addition to their numbers. Returns its failure, or that it cannot be run. Its warnings are dropped, because the
+/// command has already printed them.
+Outcome runPlotProgram(const QStringList& words, const QByteArray& input);
 
 } // namespace cli

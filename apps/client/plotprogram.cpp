@@ -53,13 +53,15 @@ Outcome plot(const Arguments& /*arguments*/)
     return missing();
 }
 
-Outcome runPlotProgram(const QStringList& words)
+Outcome runPlotProgram(const QStringList& words, const QByteArray& input)
 {
     const QString program = plotProgram();
     if (program.isEmpty())
         return missing();
     QProcess process;
     process.start(program, words + QStringList { QStringLiteral("--json") });
+    process.write(input);
+    process.closeWriteChannel();
     if (!process.waitForFinished(-1) || process.exitStatus() != QProcess::NormalExit)
         return missing();
     if (process.exitCode() == Done)

@@ -3,6 +3,7 @@
 #include <QDeadlineTimer>
 #include <QEventLoop>
 #include <QFutureWatcher>
+#include <QTimer>
 
 #include <algorithm>
 
@@ -61,11 +62,17 @@ bool isReadable(const QString& text)
     });
 }
 
+/// The protocol carries Latin-1; another character would be sent as "?".
+bool isLatin1(const QString& text)
+{
+    return std::all_of(text.begin(), text.end(), [](QChar c) { return c.unicode() <= 0xff; });
+}
+
 } // namespace
 
 Outcome checkRemoteName(const QString& name, const QString& what)
 {
-    if (!name.trimmed().isEmpty() && std::none_of(name.begin(), name.end(), isControl))
+    if (!name.trimmed().isEmpty() && std::none_of(name.begin(), name.end(), isControl) && isLatin1(name))
         return std::nullopt;
     return Failure { .code = WrongUsage,
         .text = QStringLiteral("'%1' is not the name of a %2 on the server").arg(name, what) };
@@ -77,17 +84,23 @@ Outcome checkServerCommand(const QString& command)
         return Failure { .code = WrongUsage, .text = "the command is empty" };
     if (command.contains(u'\n'))
         return Failure { .code = WrongUsage, .text = "a command must be on one line" };
+    if (!isLatin1(command))
+        return Failure { .code = WrongUsage,
+            .text =
+                QStringLiteral("'%1' has characters outside of Latin-1, which a command cannot hold").arg(command) };
     return std::nullopt;
 }
 
-Result<std::unique_ptr<Server>> Server::open(const Arguments& arguments)
+Result<std::unique_ptr<Server>> Server::open(const Arguments& arguments, const Interruption* interruption)
 {
     std::unique_ptr<Server> server(new Server);
+    server->m_interruption = interruption;
     Outcome outcome = server->readOptions(arguments);
     if (!outcome && !server->m_program.isEmpty())
         outcome = server->start(server->m_program);
     if (!outcome)
         outcome = server->connectToServer();
+    server->m_interruption = nullptr;
     if (outcome)
         return *outcome;
     return server;
@@ -139,14 +152,32 @@ Outcome Server::start(const QString& program)
         if (m_process->state() == QProcess::NotRunning)
             return noConnection(
                 QStringLiteral("'%1' has ended before it named its port: %2").arg(program, endOfProgram()));
+        if (isInterrupted())
+            return noConnection("interrupted");
         if (deadline.hasExpired())
             return noConnection(QStringLiteral("'%1' did not name its port within %2 s")
                                     .arg(program)
                                     .arg(double(m_timeout.count()) / 1000.0));
-        m_process->waitForReadyRead(int(deadline.remainingTime()));
+        waitForOutput(std::chrono::milliseconds(deadline.remainingTime()));
     }
+    // What else it prints is of no interest, and must not pile up.
+    QObject::connect(m_process.get(), &QProcess::readyReadStandardOutput, m_process.get(),
+        [process = m_process.get()] { process->readAllStandardOutput(); });
     m_host = QStringLiteral("127.0.0.1");
     return std::nullopt;
+}
+
+/// Of the local server, its end, or an interruption.
+void Server::waitForOutput(std::chrono::milliseconds limit) const
+{
+    QEventLoop loop;
+    QTimer::singleShot(limit, &loop, &QEventLoop::quit);
+    QObject::connect(m_process.get(), &QProcess::readyReadStandardOutput, &loop, &QEventLoop::quit);
+    QObject::connect(m_process.get(), &QProcess::finished, &loop, &QEventLoop::quit);
+    if (m_interruption != nullptr)
+        QObject::connect(m_interruption, &Interruption::requested, &loop, &QEventLoop::quit);
+    if (!isInterrupted())
+        loop.exec();
 }
 
 QString Server::endOfProgram() const
@@ -184,9 +215,13 @@ Outcome Server::connectToServer()
         if (state == State::Ready || state == State::Failed)
             loop.quit();
     });
+    if (m_interruption != nullptr)
+        QObject::connect(m_interruption, &Interruption::requested, &loop, &QEventLoop::quit);
     m_client->connectTo(m_host, m_port);
-    if (m_client->state() != State::Failed && m_client->state() != State::Ready)
+    if (m_client->state() != State::Failed && m_client->state() != State::Ready && !isInterrupted())
         loop.exec();
+    if (isInterrupted())
+        return noConnection("interrupted");
     if (m_client->state() == State::Failed)
         return noConnection(QStringLiteral("no connection to %1: %2").arg(address(), m_client->reason()));
     return std::nullopt;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "arguments.h"
+#include "interruption.h"
 #include "outcome.h"
 
 #include <tarnis/client/client.h>
@@ -12,8 +13,8 @@
 
 namespace cli {
 
-/// Wrong usage if the name of a file or histogram on the server is empty or contains a control character, which would
-/// end the request. `what` is "file" or "histogram".
+/// Wrong usage if the name of a file or histogram on the server is empty or contains characters that a request cannot
+/// hold: control characters, which could end it, and those outside of Latin-1. `what` is "file" or "histogram".
 Outcome checkRemoteName(const QString& name, const QString& what);
 /// Wrong usage if the text is empty or has more than one line.
 Outcome checkServerCommand(const QString& command);
@@ -21,8 +22,9 @@ Outcome checkServerCommand(const QString& command);
 /// A connection for one command. Each request waits for its reply.
 class Server {
 public:
-    /// Starts the program of --local, if given, and connects. The text of a failure contains the address.
-    static Result<std::unique_ptr<Server>> open(const Arguments& arguments);
+    /// Starts the program of --local, if given, and connects. The text of a failure contains the address. An
+    /// interruption ends the attempt with a failure.
+    static Result<std::unique_ptr<Server>> open(const Arguments& arguments, const Interruption* interruption = nullptr);
     /// Ends the program that was started.
     ~Server();
     Server(const Server&) = delete;
@@ -45,7 +47,9 @@ private:
     Server() = default;
     Outcome readOptions(const Arguments& arguments);
     Outcome start(const QString& program);
+    void waitForOutput(std::chrono::milliseconds limit) const;
     Outcome connectToServer();
+    bool isInterrupted() const { return m_interruption != nullptr && m_interruption->isRequested(); }
     tarnis::RequestOptions requestOptions() const;
     Result<tarnis::Reply> finish(QFuture<tarnis::Reply> future, const QString& what);
     Result<tarnis::Reply> checked(tarnis::Reply reply, const QString& what) const;
@@ -56,6 +60,7 @@ private:
     QByteArray m_prompt = "> ";
     std::chrono::milliseconds m_timeout { 10000 };
     QString m_program;
+    const Interruption* m_interruption = nullptr; ///< during open()
     std::unique_ptr<QProcess> m_process;
     std::unique_ptr<tarnis::Client> m_client;
 };

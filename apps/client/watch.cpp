@@ -82,7 +82,7 @@ Outcome watch(const Arguments& arguments)
     if (!every.isOk() || !count.isOk())
         return every.isOk() ? count.failure() : every.failure();
     Interruption interruption;
-    const Result<std::unique_ptr<Server>> server = Server::open(arguments);
+    const Result<std::unique_ptr<Server>> server = Server::open(arguments, &interruption);
     if (!server.isOk())
         return interruption.isRequested() ? std::nullopt : Outcome(server.failure());
     // Ends a request under way at once.

@@ -145,6 +145,11 @@ private Q_SLOTS:
         const QByteArray svg = tarnis::readFile(path("fit.svg")).bytes;
         for (const char* const text : { ">counts<", ">fit<", ">background<", ">Residuals in standard deviations<" })
             QVERIFY2(svg.contains(text), text);
+        QCOMPARE(runTarnis({ "fit", twoPeaks(), "--range", "60:100", "--statistic", "unweighted", "--plot",
+                               path("unweighted.svg") })
+                     .exitCode,
+            0);
+        QVERIFY(!tarnis::readFile(path("unweighted.svg")).bytes.contains("Residuals"));
         const Run bad = runTarnis({ "fit", twoPeaks(), "--range", "60:100", "--plot", path("fit.bmp") });
         QCOMPARE(bad.exitCode, 2);
         QVERIFY2(bad.hasOneLineOfError() && bad.errors.contains("does not end in .png"), bad.errors);

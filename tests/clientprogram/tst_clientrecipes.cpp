@@ -54,8 +54,9 @@ private Q_SLOTS:
     void manPageAndDocumentNameEveryOption()
     {
         const QString manual = QString::fromUtf8(tarnis::readFile(QStringLiteral(CLIENT_MANUAL)).bytes).remove('\\');
-        static const QRegularExpression option("^  (--?[a-z]+)", QRegularExpression::MultilineOption);
-        for (const char* const command : { "send", "hist", "plot", "watch", "put", "get" }) {
+        static const QRegularExpression option("^  (--?[a-z-]+)", QRegularExpression::MultilineOption);
+        for (const char* const command :
+            { "send", "hist", "plot", "watch", "put", "get", "stats", "fit", "peaks", "calibrate" }) {
             auto matches = option.globalMatch(QString::fromUtf8(clienttest::runTarnis({ command, "--help" }).output));
             while (matches.hasNext()) {
                 const QString name = matches.next().captured(1);

@@ -376,6 +376,35 @@ private Q_SLOTS:
         QVERIFY(object.value("counts").isDouble() && object.value("rate").isDouble());
     }
 
+    void watchEndsAtOnceWhileItConnects()
+    {
+        tarnis::testing::ScriptedServer server({ tarnis::testing::Step::silence() });
+        QProcess process;
+        process.start(CLIENT_PATH,
+            { "watch", "--timeout", "600", "--server", QStringLiteral("127.0.0.1:%1").arg(server.port()) });
+        QVERIFY(server.waitForConnections(1));
+        process.terminate();
+        const Run run = clienttest::finish(process);
+        QCOMPARE(run.exitCode, 0);
+        QCOMPARE(run.errors, QByteArray());
+    }
+
+    void watchEndsAtOnceWhileALocalServerStarts()
+    {
+        QFile program(path("server"));
+        QVERIFY(program.open(QIODevice::WriteOnly));
+        program.write("#!/bin/sh\ntouch '" + path("started").toUtf8() + "'\ncat\n");
+        program.close();
+        QVERIFY(program.setPermissions(QFile::ReadOwner | QFile::ExeOwner));
+        QProcess process;
+        process.start(CLIENT_PATH, { "watch", "--timeout", "600", "--local", program.fileName() });
+        QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(path("started")), clienttest::patienceMs);
+        process.terminate();
+        const Run run = clienttest::finish(process);
+        QCOMPARE(run.exitCode, 0);
+        QCOMPARE(run.errors, QByteArray());
+    }
+
     void watchesSoManyLines()
     {
         simtest::Program server;

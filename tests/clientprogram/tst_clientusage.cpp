@@ -71,6 +71,10 @@ private Q_SLOTS:
         row("blank command", { "send", "--server", "a:1", " " }, "the command is empty");
         row("no command in the input", { "send", "--server", "a:1", "-" }, "standard input holds no command");
         row("command of two lines", { "send", "--server", "a:1", "stat\nstop" }, "a command must be on one line");
+        row("command outside of Latin-1", { "send", "--server", "a:1", QString::fromUtf8("txfile €") },
+            "characters outside of Latin-1");
+        row("put to a name outside of Latin-1", { "put", "--server", "a:1", "/dev/null", QString::fromUtf8("€.txt") },
+            "is not the name of a file on the server");
         row("hist of a bad name", { "hist", "--server", "a:1", "a\nb", "-o", "c.csv" },
             "'a b' is not the name of a histogram on the server");
         row("get of a bad name", { "get", "--server", "a:1", "a\nb", "c" }, "is not the name of a file on the server");
@@ -132,6 +136,10 @@ private Q_SLOTS:
         QCOMPARE(clienttest::shell(complete.arg("hist --ro").arg(2)).output, QByteArray("--rows\n"));
         QCOMPARE(clienttest::shell(complete.arg("completion b").arg(2)).output, QByteArray("bash\n"));
         QCOMPARE(clienttest::shell("cd /; " + complete.arg("plot de").arg(2)).output, QByteArray("dev\n"));
+        QCOMPARE(clienttest::shell("cd $(mktemp -d); touch 'a b.csv'; " + complete.arg("plot a").arg(2)
+                     + "; echo ${#COMPREPLY[@]}; rm 'a b.csv'; rmdir $PWD")
+                     .output,
+            QByteArray("a b.csv\n1\n"));
     }
 };
 
