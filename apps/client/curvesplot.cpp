@@ -21,12 +21,17 @@ constexpr double legendShare = 0.35; // maximum fraction of the height
 constexpr double stripShare = 0.22; // fraction of the height for residuals
 constexpr double markRadius = 1.6; // radius of a mark in line widths
 
+double errorOfCount(double count)
+{
+    return std::sqrt(std::max(count, 0.0));
+}
+
 /// The title of the only file is above the plot.
 QString nameOf(const tarnis::Dataset& data, qsizetype row, bool isAlone)
 {
     if (data.rows == 1)
         return data.title;
-    const QString name = row < data.rowNames.size() ? data.rowNames.at(row) : QString::number(row);
+    const QString name = row < data.rowNames.size() ? data.rowNames.at(row) : QStringLiteral("curve %1").arg(row + 1);
     return data.title.isEmpty() || isAlone ? name : QStringLiteral("%1, %2").arg(data.title, name);
 }
 
@@ -76,6 +81,8 @@ void CurvesPlot::addRow(
         const double value = spectrum.at(row, column);
         if (std::isfinite(value)) {
             noteValue(value);
+            if (m_look.residuals && row == 0)
+                noteValue(value + errorOfCount(value)); // its error bar
             curve.parts.back().append(QPointF(centres[static_cast<std::size_t>(column)], value));
         } else if (!curve.parts.back().isEmpty()) {
             curve.parts.emplace_back();
@@ -171,7 +178,7 @@ void CurvesPlot::paintCounts(QPainter& painter, const Curve& curve) const
     const double radius = markRadius * m_look.lineWidth;
     for (const QPointF& point : curve.points()) {
         const double column = mapping.columnOf(point.x());
-        const double error = std::sqrt(std::max(point.y(), 0.0));
+        const double error = errorOfCount(point.y());
         painter.drawLine(
             QPointF(column, mapping.rowOf(point.y() - error)), QPointF(column, mapping.rowOf(point.y() + error)));
         painter.setBrush(painter.pen().color());

@@ -32,11 +32,14 @@ void paintResiduals(QPainter& painter, const QRect& rect, const std::vector<QPoi
         return rect.top() + rect.height() * (0.5 - 0.5 * residual / (limit * 1.1));
     };
     const QFontMetrics metrics(painter.font());
+    const bool hasRoom = rowOf(0.0) - rowOf(limit) >= metrics.height();
     painter.setClipping(false);
     for (const int tick : { -limit, 0, limit }) {
         const double row = rowOf(tick);
         painter.setPen(QPen(style.grid, style.thickness, tick == 0 ? Qt::SolidLine : Qt::DotLine));
         painter.drawLine(QPointF(rect.left(), row), QPointF(rect.right(), row));
+        if (!hasRoom && tick != 0)
+            continue;
         painter.setPen(style.text);
         const QRectF label(
             rect.left() - 200 - metrics.averageCharWidth(), row - metrics.height() / 2.0, 200, metrics.height());

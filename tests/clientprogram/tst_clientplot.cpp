@@ -186,6 +186,12 @@ private Q_SLOTS:
         QCOMPARE(runTarnis({ "plot", file, "-o", path("f.svg"), "--residuals" }).exitCode, 0);
         QVERIFY(read("f.svg").contains(">Residuals in standard deviations</text>"));
         QVERIFY(read("f.svg").contains(">-3</text>"));
+        QVERIFY(read("f.svg").contains(">curve 1</text>"));
+        // The range includes the error bar of the largest count, 46 with 6.8.
+        const QRegularExpression bar("y=\"([0-9.]+)\"[^>]*>50</text>");
+        QCOMPARE(
+            runTarnis({ "plot", write("g.csv", "0,10,8\n1,46,45\n"), "-o", path("g.svg"), "--residuals" }).exitCode, 0);
+        QVERIFY(bar.match(QString::fromUtf8(read("g.svg"))).hasMatch());
         QCOMPARE(runTarnis({ "plot", write("a.csv", counts(20)), "-o", path("a.svg"), "--residuals" }).exitCode, 2);
         QCOMPARE(runTarnis({ "plot", file, file, "-o", path("a.svg"), "--residuals" }).exitCode, 2);
     }
