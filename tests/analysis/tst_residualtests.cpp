@@ -55,7 +55,7 @@ private Q_SLOTS:
         QVERIFY2(result.acceptable, qPrintable(result.reasons.join(u'\n')));
     }
 
-    void seesWhatTheModelLacks_data()
+    void detectsMissingModelParts_data()
     {
         QTest::addColumn<Truth>("truth");
         QTest::addColumn<QString>("word");
@@ -80,7 +80,7 @@ private Q_SLOTS:
         truth.step = 30.0;
         QTest::newRow("a step") << truth << QStringLiteral("background");
     }
-    void seesWhatTheModelLacks()
+    void detectsMissingModelParts()
     {
         QFETCH(Truth, truth);
         QFETCH(QString, word);
@@ -89,7 +89,7 @@ private Q_SLOTS:
         QVERIFY2(result.reasons.join(u'\n').contains(word), qPrintable(result.reasons.join(u'\n')));
     }
 
-    void seesAFurtherPeakByAllStatistics()
+    void detectsAFurtherPeakWithAllStatistics()
     {
         Truth truth;
         truth.second = 600.0;

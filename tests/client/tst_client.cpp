@@ -67,7 +67,7 @@ private:
     }
 
 private Q_SLOTS:
-    void goesThroughItsStates()
+    void passesThroughItsStates()
     {
         ScriptedServer server;
         server.answer("stat", { Step::text("a: 1\n") });
@@ -244,7 +244,7 @@ private Q_SLOTS:
         QCOMPARE(server.received(), QByteArray("close"));
     }
 
-    void tellsRefusals()
+    void reportsRejections()
     {
         ScriptedServer server;
         server.answer("bad", { Step::text("NG:no such thing\n") });
@@ -312,7 +312,7 @@ private Q_SLOTS:
         QVERIFY(client.reason().isEmpty());
     }
 
-    void givesUpAfterSoManyAttempts()
+    void stopsAfterTheMaximumNumberOfAttempts()
     {
         ClientOptions options = quick();
         options.reconnect.maxAttempts = 3;

@@ -74,14 +74,14 @@ private:
     }
 
 private Q_SLOTS:
-    void repliesGoWrong_data()
+    void handlesInvalidReplies_data()
     {
         QTest::addColumn<QByteArray>("fault");
         QTest::newRow("none") << QByteArray("none");
         for (const QByteArray& fault : replyFaults())
             QTest::newRow(fault.constData()) << fault;
     }
-    void repliesGoWrong()
+    void handlesInvalidReplies()
     {
         QFETCH(QByteArray, fault);
         const auto server = serverWith("none");

@@ -57,7 +57,7 @@ private Q_SLOTS:
         QVERIFY(!poller.isRunning());
     }
 
-    void goesOnAfterFailures()
+    void continuesAfterFailures()
     {
         ScriptedServer server;
         server.answerInTurn("hist",

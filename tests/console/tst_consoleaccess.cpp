@@ -666,7 +666,7 @@ private Q_SLOTS:
         QTRY_COMPARE(QApplication::focusWidget(), &plot);
     }
 
-    void aToolThatTakesTheMouseSaysWhyAnEndCannotBeEdited()
+    void showsWhyAnAxisEndCannotBeEditedDuringAMouseTool()
     {
         FullConsoleFixture full;
         auto& plot = *full.desk.open<Graph1DDialog>("curves")->getGraphWidget();
@@ -767,13 +767,13 @@ private Q_SLOTS:
         }
     }
 
-    void textStandsOutInEveryWindow_data()
+    void textHasContrastInEveryWindow_data()
     {
         QTest::addColumn<QPalette>("palette");
         QTest::newRow("light") << QPalette(QColor(0xefefef), QColor(0xefefef));
         QTest::newRow("dark") << darkPalette();
     }
-    void textStandsOutInEveryWindow()
+    void textHasContrastInEveryWindow()
     {
         QFETCH(QPalette, palette);
         QApplication::setPalette(palette);

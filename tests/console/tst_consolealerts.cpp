@@ -75,7 +75,7 @@ private Q_SLOTS:
         QVERIFY(bar.isHidden());
     }
 
-    void whatIsOlderThanTheStatusMessageGoesWithTheLastAlert()
+    void dropsAnOlderAlertWithTheLastOne()
     {
         AlertBar bar;
         bar.setAlert({ Alert::Severity::Warning, QStringLiteral("slow"), AlertAction::Stop });
@@ -92,7 +92,7 @@ private Q_SLOTS:
         QCOMPARE(bar.note(), QStringLiteral("lost"));
     }
 
-    void dismissingTakesTheNoteFirst()
+    void dismissingRemovesTheStatusMessageFirst()
     {
         AlertBar bar;
         auto* const dismiss = bar.findChild<QAbstractButton*>(QStringLiteral("dismissButton"));
@@ -105,7 +105,7 @@ private Q_SLOTS:
         QVERIFY(bar.isHidden());
     }
 
-    void aLostServerStaysSaidWhileOtherThingsAre()
+    void keepsTheAlertOfALostServer()
     {
         ConsoleFixture desk;
         desk.start({ ServerChoice::Kind::Remote, {}, ScriptedServer::host(), ScriptedServer::closedPort() });
@@ -130,7 +130,7 @@ private Q_SLOTS:
 
     // The status.
 
-    void theStatusIsSaidInWords()
+    void showsTheStatusAsText()
     {
         ScriptedServer server;
         ConsoleFixture desk;
@@ -245,7 +245,7 @@ private Q_SLOTS:
         QCOMPARE(last.prompt, QByteArray("\n# "));
     }
 
-    void aWrongServerIsAskedFor()
+    void asksForAServerIfTheStoredOneIsInvalid()
     {
         ConsoleFixture desk;
         desk.store.setValue(QStringLiteral("server/kind"), QStringLiteral("remote"));

@@ -14,7 +14,7 @@ class TestConsoleCommandLine : public QObject {
     }
 
 private Q_SLOTS:
-    void takesNoArguments()
+    void acceptsNoArguments()
     {
         const CommandLine commandLine = parse({});
         QCOMPARE(commandLine.action, CommandLine::Action::Run);
@@ -24,7 +24,7 @@ private Q_SLOTS:
         QVERIFY(commandLine.options.tourDirectory.isEmpty());
     }
 
-    void takesAllOptions()
+    void acceptsAllOptions()
     {
         const CommandLine commandLine =
             parse({ "--remote", "daq:5000", "--prompt", "\\n# ", "--log=a.log", "--tour", "pictures" });
@@ -36,14 +36,14 @@ private Q_SLOTS:
         QCOMPARE(commandLine.options.tourDirectory, QStringLiteral("pictures"));
     }
 
-    void takesALocalProgram()
+    void acceptsALocalProgram()
     {
         const CommandLine commandLine = parse({ "--local", "/opt/daq/server" });
         const ServerChoice wanted { ServerChoice::Kind::Local, QStringLiteral("/opt/daq/server"), {}, 0 };
         QVERIFY(commandLine.options.server == wanted);
     }
 
-    void takesTheSameOptionTwiceWithOneValue()
+    void acceptsARepeatedOptionWithTheSameValue()
     {
         QCOMPARE(parse({ "--log", "a", "--log", "a" }).options.logFile, QStringLiteral("a"));
     }
@@ -69,7 +69,7 @@ private Q_SLOTS:
         QCOMPARE(version.text, QStringLiteral("tarnis-console " TARNIS_CONSOLE_VERSION "\n"));
     }
 
-    void refusesMistakes_data()
+    void rejectsInvalidArguments_data()
     {
         QTest::addColumn<QStringList>("arguments");
         QTest::addColumn<QString>("named");
@@ -82,7 +82,7 @@ private Q_SLOTS:
         QTest::newRow("no port") << QStringList { "--remote", "daq" } << "'daq'";
         QTest::newRow("bad escape") << QStringList { "--prompt", "\\q" } << "escape";
     }
-    void refusesMistakes()
+    void rejectsInvalidArguments()
     {
         QFETCH(QStringList, arguments);
         QFETCH(QString, named);

@@ -138,7 +138,7 @@ private Q_SLOTS:
         QCOMPARE(max, 1.0);
     }
 
-    void theChoiceIsRememberedAndOpensEachOnce()
+    void storesTheChoiceAndOpensEachWindowOnce()
     {
         HistogramServer server;
         ConsoleFixture desk;
@@ -165,7 +165,7 @@ private Q_SLOTS:
         QVERIFY(desk.window->windows().onScreen().isEmpty());
     }
 
-    void aRefusalIsSaid()
+    void reportsARejection()
     {
         HistogramServer server("NG:unknown command 'hists'\n");
         ConsoleFixture desk;
@@ -174,7 +174,7 @@ private Q_SLOTS:
         QVERIFY(!list.ok().isEnabled());
     }
 
-    void aServerWithoutHistogramsSaysSo()
+    void reportsAServerWithoutHistograms()
     {
         HistogramServer server("OK:\n");
         ConsoleFixture desk;
@@ -182,7 +182,7 @@ private Q_SLOTS:
         QVERIFY(list.shows(QStringLiteral("no histograms")));
     }
 
-    void aLostServerIsSaidAndTheListComesAgain()
+    void reportsALostServerAndReadsTheListAgain()
     {
         HistogramServer server;
         server.answer("hists", { Step::drop() });
@@ -233,7 +233,7 @@ private Q_SLOTS:
         QVERIFY(isChecked(0) && !isChecked(1) && !isChecked(2));
     }
 
-    void rowsThatAreLeftOutAreSaid()
+    void reportsOmittedRows()
     {
         HistogramServer server("OK:\nbig: kind=1d rows=100 bins=4 min=0 max=1\n");
         ConsoleFixture desk;
@@ -335,7 +335,7 @@ private Q_SLOTS:
             desk.widget<QAction>("curves").isEnabled() && !desk.widget<QAction>("pairs").isEnabled(), timeoutMs);
     }
 
-    void aListThatBreaksOffIsAskedForAgain()
+    void requestsAnIncompleteListAgain()
     {
         HistogramServer server;
         server.answer("hists", { Step::drop() });
@@ -364,7 +364,7 @@ private Q_SLOTS:
 
     // Replies that cannot be drawn.
 
-    void whatCannotBeDrawnIsSaidAndAskedForAgain()
+    void reportsUndrawnRepliesAndContinuesPolling()
     {
         HistogramServer server("NG:unknown command 'hists'\n");
         server.answer("hist2d image bins:256", { Step::doubles({ 1, 2, 3 }, "OK: exported 2 x 2 y\n") });

@@ -18,7 +18,7 @@ class TestConsoleHistory : public QObject {
     }
 
 private Q_SLOTS:
-    void anEmptyHistoryGivesBackWhatIsThere()
+    void anEmptyHistoryReturnsTheCurrentText()
     {
         History history;
         QCOMPARE(history.older(QStringLiteral("typed")), QStringLiteral("typed"));
@@ -57,7 +57,7 @@ private Q_SLOTS:
         QCOMPARE(historyOf({ "a", "", "a", "b", "a" }).entries(), (QStringList { "a", "b", "a" }));
     }
 
-    void forgetsTheOldest()
+    void dropsTheOldest()
     {
         History history;
         for (int i = 0; i <= History::limit; ++i)

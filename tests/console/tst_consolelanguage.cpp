@@ -128,7 +128,7 @@ private Q_SLOTS:
         QCOMPARE(pressed.size(), 2);
     }
 
-    void theChoiceIsRemembered()
+    void storesTheChoice()
     {
         Console console;
         console.choose("deAction");
@@ -176,7 +176,7 @@ private Q_SLOTS:
         QCOMPARE(QCoreApplication::translate("XYGraphWidget", "Zoom In"), QString::fromUtf8("Vergrößern"));
     }
 
-    void thereAndBackLeavesNothingBehind()
+    void switchingBackRestoresAllTexts()
     {
         const auto translators = [] { return QCoreApplication::instance()->findChildren<QTranslator*>().size(); };
         setLanguage(QStringLiteral("de"));

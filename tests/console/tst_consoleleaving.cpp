@@ -132,7 +132,7 @@ private Q_SLOTS:
         QTRY_VERIFY_WITH_TIMEOUT(desk.isUp() && !desk.window->controller().isLocal(), timeoutMs);
     }
 
-    void withoutARunNothingIsAsked()
+    void asksNothingWithoutARun()
     {
         ScriptedServer server;
         LeavingDesk desk(server);
@@ -144,7 +144,7 @@ private Q_SLOTS:
         QVERIFY(desk.isLeft());
     }
 
-    void aRemoteRunGoesOnWithoutUs()
+    void aRemoteRunContinuesAfterLeaving()
     {
         ScriptedServer server;
         ConsoleFixture desk;
@@ -167,7 +167,7 @@ private Q_SLOTS:
 
     // A text with changes.
 
-    void changesAreAskedAboutWhileTheServerIsThere()
+    void asksAboutChangesBeforeTheServerEnds()
     {
         ScriptedServer server;
         LeavingDesk desk(server);
@@ -186,7 +186,7 @@ private Q_SLOTS:
         QVERIFY(desk.isUp() && desk.window->isVisible());
     }
 
-    void theConsoleGoesBehindDiscardedChanges()
+    void closesAfterDiscardingChanges()
     {
         ScriptedServer server;
         LeavingDesk desk(server);
@@ -196,7 +196,7 @@ private Q_SLOTS:
         QVERIFY(desk.isLeft());
     }
 
-    void theConsoleGoesBehindSavedChanges()
+    void closesAfterSavingChanges()
     {
         ScriptedServer server;
         server.answer("rxfile \"/notes\"", { Step::binary("one\n", "OK: /notes, 4 bytes\n") });
@@ -322,7 +322,7 @@ private Q_SLOTS:
         QVERIFY(desk.isLeft());
     }
 
-    void theRunIsAskedAboutFirst()
+    void asksAboutTheRunFirst()
     {
         ScriptedServer server;
         LeavingDesk desk(server);

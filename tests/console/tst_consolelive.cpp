@@ -155,7 +155,7 @@ private Q_SLOTS:
         QVERIFY(noBoxIsOpen());
     }
 
-    void aRemoteServerThatVanishesIsSaidWithoutABox()
+    void reportsALostRemoteServerWithoutAMessageBox()
     {
         auto server = std::make_unique<HistogramServer>();
         ConsoleFixture desk;
@@ -180,7 +180,7 @@ private Q_SLOTS:
         QVERIFY(live.areKept());
     }
 
-    void aConnectionThatBreaksIsMadeAnewWhileTheServerIsUp()
+    void renewsALostConnectionWhileTheServerIsUp()
     {
         HistogramServer server;
         server.answerInTurn(curvesRequest,
@@ -200,7 +200,7 @@ private Q_SLOTS:
         QCOMPARE(window->getGraphWidget()->getMaxValue(), 8.0);
     }
 
-    void aWindowThatDoesNotPollSaysOnlyThatItIsBack()
+    void aWindowWithoutPollingOnlyReportsTheReturn()
     {
         HistogramServer server;
         const LocalProgram program(faithful(server.port()));
@@ -222,7 +222,7 @@ private Q_SLOTS:
         QTRY_COMPARE_WITH_TIMEOUT(server.requests().count(curvesRequest), polls + 1, timeoutMs);
     }
 
-    void aRefusalStandsInTheWindowAndThePollingGoesOn_data()
+    void showsARejectionAndContinuesPolling_data()
     {
         QTest::addColumn<QByteArray>("id");
         QTest::addColumn<QByteArray>("request");
@@ -230,7 +230,7 @@ private Q_SLOTS:
         QTest::newRow("pairs") << QByteArray("pairs") << pairsRequest;
         QTest::newRow("map") << QByteArray("map") << mapRequest;
     }
-    void aRefusalStandsInTheWindowAndThePollingGoesOn()
+    void showsARejectionAndContinuesPolling()
     {
         QFETCH(QByteArray, id);
         QFETCH(QByteArray, request);
@@ -274,7 +274,7 @@ private Q_SLOTS:
         QVERIFY(desk.shows(QStringLiteral("yes")));
     }
 
-    void theConsoleLeavesNoThreadBehind()
+    void leavesNoThreadAfterClosing()
     {
         HistogramServer server;
         {
@@ -318,8 +318,8 @@ private Q_SLOTS:
         QVERIFY(noBoxIsOpen());
     }
 
-    void aChooserAsksAgainWhenItsConnectionBreaks_data() { choosersStayWithoutTheServer_data(); }
-    void aChooserAsksAgainWhenItsConnectionBreaks()
+    void aChooserRepeatsItsRequestAfterALostConnection_data() { choosersStayWithoutTheServer_data(); }
+    void aChooserRepeatsItsRequestAfterALostConnection()
     {
         QFETCH(QByteArray, id);
         HistogramServer server;
@@ -333,7 +333,7 @@ private Q_SLOTS:
         QVERIFY(chooser->isVisible());
     }
 
-    void aChosenFileGoesIntoTheCommandLine_data()
+    void insertsAChosenFileIntoTheCommandLine_data()
     {
         QTest::addColumn<QString>("typed");
         QTest::addColumn<int>("cursor");
@@ -343,7 +343,7 @@ private Q_SLOTS:
         QTest::newRow("behind a word") << "show" << 4 << "show \"/data/run\\\"two\"";
         QTest::newRow("in the middle") << "copy  again" << 5 << "copy \"/data/run\\\"two\" again";
     }
-    void aChosenFileGoesIntoTheCommandLine()
+    void insertsAChosenFileIntoTheCommandLine()
     {
         QFETCH(QString, typed);
         QFETCH(int, cursor);
@@ -383,7 +383,7 @@ private Q_SLOTS:
         QVERIFY(action.isEnabled());
     }
 
-    void aRunThatBeginsMeanwhileIsToldWithThePath()
+    void reportsARunThatBeganMeanwhile()
     {
         HistogramServer server;
         ConsoleFixture desk;

@@ -143,7 +143,7 @@ private Q_SLOTS:
 
     // The age of the data.
 
-    void aServerThatHangsIsSaid_data()
+    void reportsAHungServer_data()
     {
         QTest::addColumn<QByteArray>("id");
         QTest::addColumn<QByteArray>("command");
@@ -153,7 +153,7 @@ private Q_SLOTS:
         QTest::newRow("statistics") << QByteArray("statistics") << QByteArray("stat");
         QTest::newRow("rate") << QByteArray("rate") << QByteArray("stat");
     }
-    void aServerThatHangsIsSaid()
+    void reportsAHungServer()
     {
         QFETCH(QByteArray, id);
         QFETCH(QByteArray, command);
@@ -174,7 +174,7 @@ private Q_SLOTS:
         QTRY_VERIFY_WITH_TIMEOUT(!ageOf(*window).contains(QStringLiteral("waits")), timeoutMs);
     }
 
-    void aWindowThatNeverGotDataSaysSo()
+    void reportsThatThereAreNoDataYet()
     {
         LiveServer server;
         server.answer(curvesCommand, { Step::silence() });
@@ -240,7 +240,7 @@ private Q_SLOTS:
         QVERIFY(desk.alert().text.isEmpty());
     }
 
-    void aLocalServerThatEndedSaysWhatHelps()
+    void showsWhatToDoAfterALocalServerEnded()
     {
         LiveServer server;
         const LocalProgram program(faithful(server.port()));
@@ -255,7 +255,7 @@ private Q_SLOTS:
         QTRY_VERIFY_WITH_TIMEOUT(info->text().contains(QStringLiteral("started again")), timeoutMs);
     }
 
-    void aLocalServerThatAnswersAgainGoesOnByItself()
+    void resumesWhenAHungLocalServerAnswersAgain()
     {
         const LiveServer server;
         Door door(server.port());
@@ -539,7 +539,7 @@ private Q_SLOTS:
 
     // Filtered maps.
 
-    void aFilteredMapSaysThatItIsOne()
+    void aFilteredMapHasItsOwnTitle()
     {
         LiveServer server;
         LiveDesk desk(server);

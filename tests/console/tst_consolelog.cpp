@@ -153,7 +153,7 @@ private Q_SLOTS:
         QCOMPARE(looked(tail), QString(QChar::ReplacementCharacter) + u'\n');
     }
 
-    void whatIsNotThereYetIsSaidOnce()
+    void reportsAMissingFileOnce()
     {
         Writer writer;
         LogTail tail(writer.path());
@@ -170,7 +170,7 @@ private Q_SLOTS:
         QCOMPARE(looked(tail), "<missing>");
     }
 
-    void aFileThatIsCutShortStartsAnew_data()
+    void restartsAfterTheFileWasTruncated_data()
     {
         QTest::addColumn<QByteArray>("content");
         QTest::addColumn<QString>("shown");
@@ -179,7 +179,7 @@ private Q_SLOTS:
         QTest::newRow("longer than before") << QByteArray("something else that is longer\n")
                                             << QStringLiteral("<emptied>something else that is longer\n");
     }
-    void aFileThatIsCutShortStartsAnew()
+    void restartsAfterTheFileWasTruncated()
     {
         QFETCH(QByteArray, content);
         QFETCH(QString, shown);
@@ -277,7 +277,7 @@ private Q_SLOTS:
         QVERIFY(viewer.window.isFollowing());
     }
 
-    void theFileIsRemembered()
+    void storesTheFile()
     {
         Writer writer;
         writer.append("here\n");
@@ -286,7 +286,7 @@ private Q_SLOTS:
         QCOMPARE(viewer.text(), "here\n");
     }
 
-    void scrollingUpPausesAndDownGoesOn()
+    void scrollingUpPausesAndScrollingDownResumes()
     {
         Writer writer;
         writer.append(lines(0, 300));
@@ -337,7 +337,7 @@ private Q_SLOTS:
         QVERIFY(viewer.isAtEnd());
     }
 
-    void whatIsMissingIsSaidAndComes()
+    void reportsAMissingFileAndShowsItLater()
     {
         Writer writer;
         Viewer viewer(writer);

@@ -140,7 +140,7 @@ private Q_SLOTS:
         QCOMPARE(rowOf(record.rows().at(1)), (Row { "b", "2", "", "" }));
     }
 
-    void theSecondSnapshotTellsWhatIsNewChangedAndGone()
+    void theSecondSnapshotShowsNewChangedAndRemovedValues()
     {
         SnapshotRecord record = after({ { { "a", "1" }, { "b", "2" } }, { { "c", "5" }, { "a", "4" } } });
         QCOMPARE(record.changes(), 3);
@@ -200,7 +200,7 @@ private Q_SLOTS:
 
     // Ids and answers of modules.
 
-    void idsAreWordsAndRanges_data()
+    void parsesIdsAndRanges_data()
     {
         QTest::addColumn<QString>("text");
         QTest::addColumn<QStringList>("ids");
@@ -214,7 +214,7 @@ private Q_SLOTS:
         QTest::newRow("a range backwards") << "6-4" << QStringList {} << false;
         QTest::newRow("a range without end") << "0-999999999" << QStringList {} << false;
     }
-    void idsAreWordsAndRanges()
+    void parsesIdsAndRanges()
     {
         QFETCH(QString, text);
         QFETCH(bool, isRight);
@@ -225,7 +225,7 @@ private Q_SLOTS:
             QTEST(ids, "ids");
     }
 
-    void anAnswerIsToldByModule()
+    void showsAnswersByModule()
     {
         const QList<ModuleAnswer> answers =
             moduleAnswers(QStringLiteral("all"), QStringLiteral("OK:\n--module 10\na: 1\n--module 9\na: 2\nb: x:y\n"));
@@ -300,7 +300,7 @@ private Q_SLOTS:
         QCOMPARE(modules.row(2), (Row { "module 1", "done", "", "on" }));
     }
 
-    void whatCannotBeSentSaysWhy()
+    void showsWhyACommandCannotBeSent()
     {
         ScriptedServer server;
         const Modules modules(server);
@@ -334,7 +334,7 @@ private Q_SLOTS:
         QVERIFY(modules.sendButton().isEnabled());
     }
 
-    void aConnectionThatBreaksIsToldAtEachRow()
+    void showsALostConnectionInEachRow()
     {
         ScriptedServer server;
         server.answer("unicast 1 stat", { Step::drop() });
@@ -399,7 +399,7 @@ private Q_SLOTS:
         QTRY_COMPARE(Plot::titleOf(*plot), QStringLiteral("Ereignisrate"));
     }
 
-    void aServerWithoutARateIsToldInWords()
+    void reportsAServerWithoutARate()
     {
         ScriptedServer server;
         server.answer("stat", { Step::text("OK:\nevents: 4\n") });
@@ -410,7 +410,7 @@ private Q_SLOTS:
         QTRY_VERIFY(in<QLabel>(window, "infoLabel").text().contains(u"tells no rate"));
     }
 
-    void theCurveGoesOnWhenTheServerIsBack()
+    void continuesTheCurveWhenTheServerIsBack()
     {
         ScriptedServer server;
         server.answer("stat", { Step::text("OK:\nrate: 400\n") });

@@ -24,7 +24,7 @@ private Q_SLOTS:
     void initTestCase() { QVERIFY(setLanguage(QStringLiteral("en"))); }
     void cleanup() { setLanguage(QStringLiteral("en")); }
 
-    void knowsWhatTheServerMeans()
+    void recognisesKindsOfReplies()
     {
         QCOMPARE(replyKind(QStringLiteral("NG:no")), ReplyKind::Refused);
         QCOMPARE(replyKind(QStringLiteral("OK:")), ReplyKind::Accepted);
@@ -127,7 +127,7 @@ private Q_SLOTS:
         QCOMPARE(text, QString(50, u'a') + QStringLiteral("\n[100 bytes left out here]\n") + QString(50, u'z'));
     }
 
-    void knowsWhatCannotBeSent_data()
+    void findsWhyACommandCannotBeSent_data()
     {
         QTest::addColumn<QString>("command");
         QTest::addColumn<QString>("named"); // empty: it can
@@ -148,7 +148,7 @@ private Q_SLOTS:
         QTest::newRow("beyond Latin-1") << QString::fromUtf8("\u03b1") << QString::fromUtf8("\u03b1");
         QTest::newRow("beyond 16 bits") << QString::fromUtf8("\U0001F600") << QString::fromUtf8("\U0001F600");
     }
-    void knowsWhatCannotBeSent()
+    void findsWhyACommandCannotBeSent()
     {
         QFETCH(QString, command);
         QFETCH(QString, named);
@@ -165,7 +165,7 @@ private Q_SLOTS:
         QCOMPARE(byteCountText(1048576), QStringLiteral("1.0 MiB"));
     }
 
-    void speaksGerman()
+    void formatsInGerman()
     {
         setLanguage(QStringLiteral("de"));
         QCOMPARE(byteCountText(1), QStringLiteral("1 Byte"));
@@ -178,7 +178,7 @@ private Q_SLOTS:
         QVERIFY(visibleText(QByteArray(300, 'x'), 100).contains(QStringLiteral("[200 Bytes hier ausgelassen]")));
     }
 
-    void knowsHistogramCommands()
+    void recognisesHistogramCommands()
     {
         QVERIFY(looksBinary(QStringLiteral("hist1d total")));
         QVERIFY(looksBinary(QStringLiteral(" hist2d")));

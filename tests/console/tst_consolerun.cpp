@@ -81,7 +81,7 @@ private Q_SLOTS:
         QCOMPARE(durationText(std::numeric_limits<double>::infinity()), QStringLiteral("0:00:00"));
     }
 
-    void knowsWhichDataWouldBeLost()
+    void findsWhichDataWouldBeLost()
     {
         UnsavedData data;
         QVERIFY(!data.wouldBeLost());
@@ -217,7 +217,7 @@ private Q_SLOTS:
         QVERIFY(console.window->controller().status() != Tarnis::RUNNING);
     }
 
-    void oneConnectionAsksForEverything()
+    void pollsEverythingOnOneConnection()
     {
         ScriptedServer server;
         server.answer("stat", stat("RUNNING", 1, 5));

@@ -173,7 +173,7 @@ private Q_SLOTS:
         QVERIFY(runs.says(QStringLiteral("Latin-1")));
     }
 
-    void aChosenRunGoesIntoTheCommandLine()
+    void insertsAChosenRunIntoTheCommandLine()
     {
         Archive server;
         ConsoleFixture desk;

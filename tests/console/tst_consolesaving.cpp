@@ -162,7 +162,7 @@ class TestConsoleSaving : public QObject {
 private Q_SLOTS:
     void initTestCase() { QApplication::setQuitOnLastWindowClosed(false); }
 
-    void everySaveOfAWindowSaysHowItEnded_data()
+    void reportsTheResultOfEverySave_data()
     {
         QTest::addColumn<QByteArray>("id");
         QTest::addColumn<QString>("entry");
@@ -172,7 +172,7 @@ private Q_SLOTS:
             QTest::newRow(qPrintable(QStringLiteral("%1, print").arg(QLatin1String(id))))
                 << QByteArray(id) << QStringLiteral("Print...");
     }
-    void everySaveOfAWindowSaysHowItEnded()
+    void reportsTheResultOfEverySave()
     {
         QFETCH(QByteArray, id);
         QFETCH(QString, entry);
@@ -214,7 +214,7 @@ private Q_SLOTS:
         }
     }
 
-    void everyExportOfAPlotSaysHowItEnded_data()
+    void reportsTheResultOfEveryExport_data()
     {
         QTest::addColumn<QByteArray>("id");
         QTest::addColumn<QString>("suffix");
@@ -224,7 +224,7 @@ private Q_SLOTS:
                     << QByteArray(id) << QString(QLatin1String(suffix));
         }
     }
-    void everyExportOfAPlotSaysHowItEnded()
+    void reportsTheResultOfEveryExport()
     {
         QFETCH(QByteArray, id);
         QFETCH(QString, suffix);
@@ -275,7 +275,7 @@ private Q_SLOTS:
         QVERIFY(data.time <= QDateTime::currentDateTime());
     }
 
-    void theFolderOfTheLastSaveIsRemembered()
+    void storesTheFolderOfTheLastSave()
     {
         const QTemporaryDir folder;
         const QString elsewhere = QDir::tempPath() + "/elsewhere";
@@ -289,8 +289,8 @@ private Q_SLOTS:
         QCOMPARE(QDir(getSaveDir()).path(), folder.path());
     }
 
-    void theRecordSaysHowItEnded_data() { addSaveTroubles(); }
-    void theRecordSaysHowItEnded()
+    void reportsTheResultOfSavingTheRecord_data() { addSaveTroubles(); }
+    void reportsTheResultOfSavingTheRecord()
     {
         QFETCH(SaveTrouble, trouble);
         QFETCH(QString, cause);
@@ -397,7 +397,7 @@ private Q_SLOTS:
         QVERIFY(desk.record().contains(QStringLiteral("Saved as %1.").arg(folder.filePath(written))));
     }
 
-    void anOlderFileWithTheAddedSuffixIsAskedAbout()
+    void asksBeforeReplacingAFileWithTheAddedSuffix()
     {
         SavePlace place(SaveTrouble::None, ".12.png");
         SaveDesk desk;

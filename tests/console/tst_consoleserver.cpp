@@ -89,7 +89,7 @@ private Q_SLOTS:
         QVERIFY(one.received().endsWith("> "));
     }
 
-    void theProbeFindsNobody()
+    void theProbeReportsAMissingServer()
     {
         ServerProbe one;
         QCOMPARE(probe(one, ScriptedServer::closedPort(), timeoutMs, ScriptedServer::host()),
@@ -147,7 +147,7 @@ private Q_SLOTS:
         QVERIFY(link.waiting().isEmpty());
     }
 
-    void theLinkTellsWhatWasLostAndComesBack()
+    void theChannelReportsLostCommandsAndReconnects()
     {
         ScriptedServer server;
         server.answerInTurn("a", { { Step::raw("half"), Step::drop() }, { Step::text("whole") } });
@@ -199,7 +199,7 @@ private Q_SLOTS:
         QVERIFY(server.waitUntilDeserted());
     }
 
-    void aRunThatGoesOnIsSeenAtOnce()
+    void detectsACurrentRunAtOnce()
     {
         ScriptedServer server;
         server.answer("stat", { Step::text("OK:\nstate: RUNNING\n") });
@@ -211,7 +211,7 @@ private Q_SLOTS:
         QCOMPARE(control.controller.status(), Tarnis::SERVER_CONNECTED);
     }
 
-    void saysWhyThereIsNoRemoteServer_data()
+    void reportsWhyThereIsNoRemoteServer_data()
     {
         QTest::addColumn<QString>("host");
         QTest::addColumn<QString>("words");
@@ -220,7 +220,7 @@ private Q_SLOTS:
         QTest::newRow("no such host") << "no-such-host.invalid"
                                       << "not found";
     }
-    void saysWhyThereIsNoRemoteServer()
+    void reportsWhyThereIsNoRemoteServer()
     {
         QFETCH(QString, host);
         QFETCH(QString, words);
@@ -234,7 +234,7 @@ private Q_SLOTS:
         QVERIFY(control.reaches(ServerState::Off));
     }
 
-    void saysThatThePromptIsWrong()
+    void reportsAWrongPrompt()
     {
         ScriptedServer server({ Step::raw("login: "), Step::silence() });
         Control control;
@@ -243,7 +243,7 @@ private Q_SLOTS:
         QVERIFY2(control.says("prompt", AlertAction::ChooseServer), qPrintable(control.lastWords()));
     }
 
-    void saysThatALocalPromptIsWrong()
+    void reportsAWrongLocalPrompt()
     {
         ScriptedServer server({ Step::raw("login: "), Step::silence() });
         const LocalProgram program(faithful(server.port()));
@@ -276,7 +276,7 @@ private Q_SLOTS:
         QVERIFY2(control.says("does not greet any more", AlertAction::ConnectAgain), qPrintable(control.lastWords()));
     }
 
-    void aBrokenControlSessionIsSaidInTheSocketsWords()
+    void reportsABrokenControlSessionWithTheSocketError()
     {
         ScriptedServer server;
         server.answer("a", { Step::drop() });
@@ -303,7 +303,7 @@ private Q_SLOTS:
         QCOMPARE(control.controller.choice().port, server.port());
     }
 
-    void aRemoteServerThatGoesIsNoticedAndComesBack()
+    void detectsTheLossOfARemoteServerAndReconnects()
     {
         auto server = std::make_unique<ScriptedServer>();
         const quint16 port = server->port();
@@ -365,7 +365,7 @@ private Q_SLOTS:
         QVERIFY(!isRunning(processId));
     }
 
-    void saysWhyThereIsNoLocalServer_data()
+    void reportsWhyThereIsNoLocalServer_data()
     {
         QTest::addColumn<QString>("body");
         QTest::addColumn<QString>("words");
@@ -374,7 +374,7 @@ private Q_SLOTS:
         QTest::newRow("crashes before it is ready") << "kill -SEGV $$"
                                                     << "crashed";
     }
-    void saysWhyThereIsNoLocalServer()
+    void reportsWhyThereIsNoLocalServer()
     {
         QFETCH(QString, body);
         QFETCH(QString, words);
@@ -385,7 +385,7 @@ private Q_SLOTS:
         QVERIFY2(control.says(words, AlertAction::StartAgain), qPrintable(control.lastWords()));
     }
 
-    void aMissingProgramIsSaidByName()
+    void reportsTheNameOfAMissingProgram()
     {
         Control control;
         control.start({ ServerChoice::Kind::Local, QStringLiteral("/no/such/server"), {}, 0 });
@@ -393,7 +393,7 @@ private Q_SLOTS:
         QVERIFY(control.says("/no/such/server", AlertAction::ChooseServer));
     }
 
-    void aProgramThatCannotRunIsSaidByName()
+    void reportsTheNameOfAProgramThatCannotRun()
     {
         const LocalProgram program(QStringLiteral("exit 0"));
         QFile file(program.path());
@@ -446,7 +446,7 @@ private Q_SLOTS:
         QVERIFY(control.lastWords().isEmpty());
     }
 
-    void aLocalServerThatDiesIsNoticedAndComesBack()
+    void detectsTheEndOfALocalServerAndRestartsIt()
     {
         ScriptedServer server;
         const LocalProgram program(faithful(server.port()));

@@ -31,7 +31,7 @@ class TestConsoleSettings : public QObject {
     };
 
 private Q_SLOTS:
-    void takesWhatTheServerHas()
+    void adoptsTheServersValues()
     {
         Table table;
         table.model.setServerValues({ { "rate", "10" }, { "inst", "A" } });
@@ -43,7 +43,7 @@ private Q_SLOTS:
         QVERIFY(table.model.changedNames().isEmpty());
     }
 
-    void anEditedValueGoesToTheManagerAndIsMarked()
+    void storesAnEditedValueInTheManagerAndMarksIt()
     {
         Table table;
         table.model.setServerValues({ { "rate", "10" } });
@@ -58,7 +58,7 @@ private Q_SLOTS:
         QVERIFY(index.data(Qt::ToolTipRole).toString().contains(QStringLiteral("10")));
     }
 
-    void anEditedValueOutlivesTheNextReading()
+    void keepsAnEditedValueAfterTheNextReading()
     {
         Table table;
         table.model.setServerValues({ { "rate", "10" }, { "seed", "1" } });
@@ -71,7 +71,7 @@ private Q_SLOTS:
         QVERIFY(table.model.changedNames().isEmpty());
     }
 
-    void whatTheServerHasNoLongerGoes()
+    void removesSettingsThatTheServerNoLongerHas()
     {
         Table table;
         table.model.setServerValues({ { "a", "1" }, { "b", "1" }, { "c", "1" } });

@@ -54,7 +54,7 @@ private Q_SLOTS:
     void initTestCase() { QApplication::setQuitOnLastWindowClosed(false); }
     void cleanup() { setLanguage(QStringLiteral("en")); }
 
-    void whatOthersChangedMeanwhileGoesBackAsItIs()
+    void sendsBackChangesOfOtherClientsUnchanged()
     {
         ScriptedServer server;
         server.answerInTurn(
@@ -100,7 +100,7 @@ private Q_SLOTS:
         QCOMPARE(path.text(), QStringLiteral("/data"));
     }
 
-    void theKeyboardDoesNotComeBackFromWhereThePersonHasGone()
+    void doesNotTakeTheFocusBackFromAnotherControl()
     {
         ScriptedServer server;
         server.answerInTurn("setting",
@@ -153,7 +153,7 @@ private Q_SLOTS:
         QCOMPARE(server.requests().count("setting rate:10 "), 1);
     }
 
-    void aRefusalIsSaidOnceAndGoesWithTheNextReading()
+    void showsARejectionUntilTheNextReading()
     {
         ScriptedServer server;
         server.answer("setting", told("rate: 10\n"));
@@ -175,7 +175,7 @@ private Q_SLOTS:
 
     // Texts of the panel.
 
-    void aChangeOfTheLanguageKeepsWhatIsSaid()
+    void keepsTheStateTextWhenTheLanguageChanges()
     {
         ScriptedServer server;
         server.answer("setting", told("rate: 10\n"));
@@ -268,7 +268,7 @@ private Q_SLOTS:
         QVERIFY2(desk.settingsState().startsWith(QStringLiteral("Not connected")), qPrintable(desk.settingsState()));
     }
 
-    void theNextServersRefusalReplacesWhatTheLastOneSaid()
+    void theNextServersRejectionReplacesThePreviousOne()
     {
         ScriptedServer server;
         server.answerInTurn(

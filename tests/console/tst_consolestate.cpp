@@ -68,7 +68,7 @@ private Q_SLOTS:
         QVERIFY(desk.has(Tarnis::RUNNING));
     }
 
-    void aRemoteServerThatGoesIsNoticedWithoutACommand()
+    void detectsTheLossOfARemoteServerWithoutACommand()
     {
         auto server = std::make_unique<ScriptedServer>();
         WatchingDesk desk(*server);
@@ -124,7 +124,7 @@ private Q_SLOTS:
         tarnis.SetStatus(Tarnis::SERVER_CONNECTED);
     }
 
-    void aStateAskedBeforeACommandIsOldNews()
+    void ignoresAStateRequestedBeforeACommand()
     {
         ScriptedServer server;
         server.answer("stat", told("STOPPED"));
@@ -142,7 +142,7 @@ private Q_SLOTS:
         QTRY_VERIFY(isBelieved()); // the same millisecond counts as before
     }
 
-    void whatTheStatisticsTellIsNotAskedAgain()
+    void usesTheRepliesOfTheStatisticsWindow()
     {
         ScriptedServer server;
         server.answerInTurn("stat", { told("STOPPED"), told("RUNNING") });
@@ -154,7 +154,7 @@ private Q_SLOTS:
         QVERIFY(!desk.window->stateWatch().ask());
     }
 
-    void aStoppedServerIsNotAsked()
+    void doesNotPollAStoppedServer()
     {
         ScriptedServer server;
         WatchingDesk desk(server);

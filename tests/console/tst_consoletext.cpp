@@ -223,7 +223,7 @@ private Q_SLOTS:
         QVERIFY(OpenText::stateOf(*chooser).contains(QStringLiteral("slash")));
     }
 
-    void aChooserSaysWhatIsMissing()
+    void aChooserShowsWhatIsMissing()
     {
         Archive server;
         server.answer(
@@ -250,7 +250,7 @@ private Q_SLOTS:
         QTRY_COMPARE_WITH_TIMEOUT(OpenText::stateOf(*chooser), "Choose a file", timeoutMs);
     }
 
-    void aTypedNameSurvivesTheServer()
+    void keepsATypedNameWhenTheServerIsLost()
     {
         Archive server;
         server.answer("txfile \"/data/x\"\nhello", { Step::text("OK:\n") });
@@ -275,7 +275,7 @@ private Q_SLOTS:
         QCOMPARE(text.path(), "/data/x");
     }
 
-    void savingWithoutAServerSaysSo()
+    void reportsThatSavingNeedsAServer()
     {
         Archive server;
         ConsoleFixture desk;
@@ -380,7 +380,7 @@ private Q_SLOTS:
         QVERIFY(!text.edit().isReadOnly());
     }
 
-    void refusalsAreSaidAndChangeNothing()
+    void reportsRejectionsAndChangesNothing()
     {
         Archive server;
         server.answer("txfile \"/data/notes.txt\"\none\ntwo\nx", { Step::text("NG:cannot write\n") });
@@ -436,7 +436,7 @@ private Q_SLOTS:
         QTRY_VERIFY_WITH_TIMEOUT(text.window.isNull(), timeoutMs);
     }
 
-    void discardedChangesAreGone()
+    void dropsDiscardedChanges()
     {
         Archive server;
         ConsoleFixture desk;

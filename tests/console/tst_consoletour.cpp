@@ -87,7 +87,7 @@ class TestConsoleTour : public QObject {
     QString report(const QString& name) const { return textOf(scratch(name + QStringLiteral("/report.txt"))); }
 
 private Q_SLOTS:
-    void itsExitStatusTellsWhatWasWrong_data()
+    void theExitStatusDependsOnTheError_data()
     {
         QTest::addColumn<QStringList>("arguments");
         QTest::addColumn<QString>("end");
@@ -105,7 +105,7 @@ private Q_SLOTS:
         QTest::newRow("a log that cannot be written") << QStringList { "--log", "/dev/null/log" } << "exit 2"
                                                       << "/dev/null/log";
     }
-    void itsExitStatusTellsWhatWasWrong()
+    void theExitStatusDependsOnTheError()
     {
         QFETCH(QStringList, arguments);
         QFETCH(QString, end);
@@ -116,7 +116,7 @@ private Q_SLOTS:
         QVERIFY2(said.contains(text), qPrintable(said));
     }
 
-    void aTourOfARefusedServerFailsWithWords()
+    void aTourOfARefusedServerFailsWithAReason()
     {
         Program console(tourTo(scratch(QStringLiteral("refused")), ScriptedServer::closedPort()));
         QCOMPARE(console.end(), QStringLiteral("exit 1"));
@@ -129,7 +129,7 @@ private Q_SLOTS:
         QVERIFY2(report.contains(QStringLiteral("steps were not tried")), qPrintable(report));
     }
 
-    void aTourOfAServerThatEndsAtOnceFailsWithWords()
+    void aTourOfAServerThatEndsAtOnceFailsWithAReason()
     {
         const LocalProgram program(QStringLiteral("exit 3"));
         Program console(
@@ -138,7 +138,7 @@ private Q_SLOTS:
         QVERIFY(report(QStringLiteral("ended")).contains(QStringLiteral("exit code 3")));
     }
 
-    void whatATourLeftBeforeGoes()
+    void removesTheFilesOfAPreviousTour()
     {
         const QString directory = scratch(QStringLiteral("again"));
         write(directory,

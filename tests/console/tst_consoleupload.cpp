@@ -102,7 +102,7 @@ private Q_SLOTS:
         QVERIFY(server.waitForRequest(request));
     }
 
-    void aFileOfTheServerIsOverwrittenOnlyWhenAsked()
+    void overwritesAServerFileOnlyAfterConfirmation()
     {
         const QByteArray request("txfile notes.txt\ntext");
         const Desktop files;
@@ -144,7 +144,7 @@ private Q_SLOTS:
         QVERIFY(server.waitForRequest("txfile new.txt\ntext"));
     }
 
-    void aServerThatGoesIsSaid()
+    void reportsALostServer()
     {
         const Desktop files;
         Archive server;

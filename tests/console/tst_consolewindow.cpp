@@ -139,7 +139,7 @@ private Q_SLOTS:
 
     // Appearance.
 
-    void everyControlHasANameAndTellsWhyItIsDisabled()
+    void everyControlHasANameAndShowsWhyItIsDisabled()
     {
         ConsoleFixture desk;
         for (QWidget* widget : desk.window->findChildren<QWidget*>()) {
@@ -229,13 +229,13 @@ private Q_SLOTS:
         QApplication::setFont(before);
     }
 
-    void textStandsOutOnLightAndDark_data()
+    void textHasContrastOnLightAndDark_data()
     {
         QTest::addColumn<QPalette>("palette");
         QTest::newRow("light") << QPalette(QColor(0xefefef), QColor(0xefefef));
         QTest::newRow("dark") << darkPalette();
     }
-    void textStandsOutOnLightAndDark()
+    void textHasContrastOnLightAndDark()
     {
         QFETCH(QPalette, palette);
         const QColor base = palette.color(QPalette::Base);
@@ -313,7 +313,7 @@ private Q_SLOTS:
 
     // Commands.
 
-    void aCommandWithoutAServerStaysAndGoesLater()
+    void keepsACommandUntilThereIsAServer()
     {
         ScriptedServer server;
         server.answer("hello", { Step::text("hi\n") });
@@ -341,7 +341,7 @@ private Q_SLOTS:
         QVERIFY(desk.widget<QLabel>("progressLabel").text().contains(QStringLiteral("Latin-1")));
     }
 
-    void repliesStandBelowTheirCommands()
+    void repliesAppearBelowTheirCommands()
     {
         ScriptedServer server;
         server.answer("a", { Step::hold("gate"), Step::text("1\n") });
@@ -405,7 +405,7 @@ private Q_SLOTS:
         QVERIFY(!desk.widget<QCheckBox>("binaryCheck").isChecked());
     }
 
-    void aBrokenConnectionIsMendedByOnePress()
+    void reconnectsWithOneClick()
     {
         ScriptedServer server;
         server.answerInTurn("a", { { Step::raw("half"), Step::drop() }, { Step::text("whole\n") } });
@@ -458,7 +458,7 @@ private Q_SLOTS:
         QVERIFY(desk.shows(QStringLiteral("done")));
     }
 
-    void whatWaitsBehindAGivenUpCommandCanBeSentAgain()
+    void commandsAfterACancelledOneCanBeSentAgain()
     {
         ScriptedServer server;
         server.answer("never", { Step::silence() });
@@ -503,7 +503,7 @@ private Q_SLOTS:
         QVERIFY(desk.widget<QPushButton>("saveButton").isEnabled());
     }
 
-    void aRefusedSettingIsSaid()
+    void reportsARejectedSetting()
     {
         ScriptedServer server;
         server.answer("setting", { Step::text("OK:\nrate: 10\n") });
@@ -539,7 +539,7 @@ private Q_SLOTS:
         QVERIFY(desk.widget<QPushButton>("pathButton").toolTip().contains(QStringLiteral("Running")));
     }
 
-    void theReadoutAddressGoesToTheSettings()
+    void storesTheReadoutAddressInTheSettings()
     {
         const ScriptedServer server;
         ConsoleFixture desk;
@@ -566,7 +566,7 @@ private Q_SLOTS:
 
     // The server.
 
-    void theDialogAsksForWhatIsMissing()
+    void theDialogShowsWhatIsMissing()
     {
         ConnectDialog dialog({ ServerChoice::Kind::Remote, {}, QStringLiteral("daq"), 5000 }, "> ", nullptr);
         auto* ok = dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok);
@@ -586,7 +586,7 @@ private Q_SLOTS:
         QVERIFY(!ok->toolTip().isEmpty());
     }
 
-    void aServerThatDiesIsStartedAgainByOnePress()
+    void restartsADeadServerWithOneClick()
     {
         ScriptedServer server;
         server.answer("a", { Step::silence() });
@@ -688,7 +688,7 @@ private Q_SLOTS:
         QVERIFY(desk.window->isVisible()); // the previous close was cancelled
     }
 
-    void theNextRunRemembers()
+    void storesTheStateForTheNextStart()
     {
         QTemporaryDir directory;
         const QString file = directory.filePath(QStringLiteral("console.ini"));

@@ -64,7 +64,7 @@ class TestConsoleFollower : public QObject {
 private Q_SLOTS:
     void initTestCase() { QApplication::setQuitOnLastWindowClosed(false); }
 
-    void windowsFollowANewList()
+    void updatesWindowsForANewList()
     {
         HistogramServer server;
         server.answer("hist1d time 0 2 bins:1000", { Step::doubles(QList<double>(3000, 1.0), "OK:\n") });
@@ -214,7 +214,7 @@ private Q_SLOTS:
         QCOMPARE(fresh->isAutoUpdate(), isLive);
     }
 
-    void aFilteredMapOutlivesItsMap()
+    void keepsAFilteredMapAfterItsMapCloses()
     {
         HistogramServer server;
         ConsoleFixture desk;

@@ -244,7 +244,7 @@ private Q_SLOTS:
         changeThereAndBack(desk);
     }
 
-    void aLiveWindowIsNamedAnew()
+    void retranslatesTheTitleOfALiveWindow()
     {
         HistogramServer server;
         ConsoleFixture desk;
@@ -305,7 +305,7 @@ private Q_SLOTS:
         QTRY_COMPARE(table->item(table->rowCount() - 1, 1)->text(), "In einem Diagramm: alles zeigen");
     }
 
-    void theKeyboardBoxKnowsTheKeysOfTheWindows()
+    void theKeyboardDialogListsTheKeysOfTheWindows()
     {
         ConsoleFixture desk;
         desk.choose("keysAction");

@@ -397,7 +397,7 @@ private Q_SLOTS:
         QVERIFY(window->timer->isActive() && window->isVisible());
     }
 
-    void endedChainGoesOnWithTheNextUpdate_data()
+    void stoppedPollingContinuesWithTheNextUpdate_data()
     {
         QTest::addColumn<bool>("hidden");
         QTest::addColumn<QString>("text");
@@ -407,7 +407,7 @@ private Q_SLOTS:
         QTest::newRow("after an invalid index") << false << "a (0 10 5)" << QList<double>({ 50, 1 });
     }
 
-    void endedChainGoesOnWithTheNextUpdate()
+    void stoppedPollingContinuesWithTheNextUpdate()
     {
         QFETCH(bool, hidden);
         QFETCH(QString, text);
@@ -581,7 +581,7 @@ private Q_SLOTS:
         QVERIFY(boxes.texts.isEmpty()); // no box on a closed window
     }
 
-    void socketErrorIsToldAndTheWindowStays()
+    void reportsASocketErrorAndKeepsTheWindow()
     {
         ScriptedServer server({ Step::drop() });
         Model model(server);
@@ -593,7 +593,7 @@ private Q_SLOTS:
         QVERIFY(!window->timer->isActive());
     }
 
-    void errorThatWasQueuedBeforeTheCloseIsNotTold()
+    void ignoresAnErrorQueuedBeforeClosing()
     {
         ScriptedServer server;
         Model model(server);
@@ -727,7 +727,7 @@ private Q_SLOTS:
         QCOMPARE(max, 5.0);
     }
 
-    void parseFailureIsToldAndKeepsThePlot()
+    void reportsAParseFailureAndKeepsThePlot()
     {
         ScriptedServer server;
         Model model(server);

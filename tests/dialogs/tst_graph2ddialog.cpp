@@ -221,7 +221,7 @@ private Q_SLOTS:
         QCOMPARE(server.connectionCount(), 1);
     }
 
-    void virtualCommandIsAskedForEachPoll()
+    void callsTheVirtualCommandForEachPoll()
     {
         class Counting : public Window {
         public:
@@ -265,7 +265,7 @@ private Q_SLOTS:
         QVERIFY(!window->isVisible() && !window->session && !window->timer->isActive());
     }
 
-    void refusalSpeaksTheWindowsLanguage()
+    void showsRejectionsInTheWindowsLanguage()
     {
         ScriptedServer server;
         Model model(server);
@@ -336,7 +336,7 @@ private Q_SLOTS:
         QVERIFY(eventually([&] { return window.isNull(); }));
     }
 
-    void updateButtonAsksOnceMore()
+    void updateButtonPollsOnce()
     {
         ScriptedServer server;
         server.answer("map", { Step::binary(bytesOf(ramp(6)), "OK:\n") });
@@ -466,7 +466,7 @@ private Q_SLOTS:
         QVERIFY(window->timer->isActive());
     }
 
-    void socketErrorIsToldAndClosesTheWindow()
+    void reportsASocketErrorAndClosesTheWindow()
     {
         ScriptedServer server({ Step::drop() });
         Model model(server);

@@ -176,7 +176,7 @@ private Q_SLOTS:
         rememberDefault();
     }
 
-    void cancelRemembersNothing()
+    void cancelStoresNothing()
     {
         {
             Graph2DFilterDialog dialog(nullptr);

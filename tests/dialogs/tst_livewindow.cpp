@@ -241,7 +241,7 @@ private Q_SLOTS:
 
     // Stopped polling and new sessions
 
-    void saysThatItHasStoppedAndStartsAgain()
+    void reportsThatPollingHasStoppedAndRestarts()
     {
         ScriptedServer server;
         server.answerInTurn("hist", { { Step::drop() }, { Step::binary(bytesOf({ 7 }), "OK:\n") } });
@@ -260,7 +260,7 @@ private Q_SLOTS:
         QCOMPARE(boxes.texts.size(), 1);
     }
 
-    void saysThatAReplyHasStoppedIt()
+    void reportsThatAReplyStoppedPolling()
     {
         const SilentServer server;
         Curves window(addressOf(server), true);
@@ -274,7 +274,7 @@ private Q_SLOTS:
         QVERIFY(!window.saysStopped());
     }
 
-    void saysThatItWasHidden()
+    void reportsThatItWasHidden()
     {
         const SilentServer server;
         Curves window(addressOf(server));

@@ -236,7 +236,7 @@ private Q_SLOTS:
         QCOMPARE(place.content(), QByteArray("old"));
     }
 
-    void theRequestSaysWhatIsSaved()
+    void theRequestDescribesTheSave()
     {
         SavePlace place(SaveTrouble::None, ".png");
         const Host host(place);
@@ -253,7 +253,7 @@ private Q_SLOTS:
         QCOMPARE(host.requests.last().filter, QString("CSV Files (*.csv *.txt)"));
     }
 
-    void withoutADialogOfTheHostTheLibraryAsks()
+    void withoutAHostsDialogTheLibraryAsks()
     {
         SavePlace place(SaveTrouble::None, ".csv");
         int reports = 0;

@@ -220,7 +220,7 @@ private Q_SLOTS:
         QCOMPARE(chooser.combo().currentIndex(), int(shown.size()) - 1);
     }
 
-    void setDirToTheCurrentFolderAsksNothing()
+    void setDirToTheCurrentFolderSendsNothing()
     {
         ScriptedServer server;
         serveTree(server);
@@ -418,14 +418,14 @@ private Q_SLOTS:
         QCOMPARE(chooser.accepted.value(0).value(0).toString(), "/data/b.txt");
     }
 
-    void overwritingIsAskedFor_data()
+    void asksBeforeOverwriting_data()
     {
         QTest::addColumn<QMessageBox::StandardButton>("answer");
         QTest::newRow("ok") << QMessageBox::Ok;
         QTest::newRow("cancel") << QMessageBox::Cancel;
     }
 
-    void overwritingIsAskedFor()
+    void asksBeforeOverwriting()
     {
         QFETCH(QMessageBox::StandardButton, answer);
         ScriptedServer server;
@@ -440,7 +440,7 @@ private Q_SLOTS:
         QCOMPARE(chooser.accepted.count(), answer == QMessageBox::Ok ? 1 : 0);
     }
 
-    void doubleClickOnAFileTakesTheTypedName()
+    void doubleClickOnAFileUsesTheTypedName()
     {
         ScriptedServer server;
         serveTree(server);
@@ -566,7 +566,7 @@ private Q_SLOTS:
         QCOMPARE(chooser.accepted.value(0).value(0).toString(), "/data/b.txt");
     }
 
-    void directoryTakesATypedName_data()
+    void directoryAcceptsATypedName_data()
     {
         QTest::addColumn<QStringList>("exts");
         QTest::addColumn<QString>("typed");
@@ -585,7 +585,7 @@ private Q_SLOTS:
                                << "";
     }
 
-    void directoryTakesATypedName()
+    void directoryAcceptsATypedName()
     {
         QFETCH(QStringList, exts);
         QFETCH(QString, typed);

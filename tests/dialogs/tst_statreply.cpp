@@ -59,7 +59,7 @@ private Q_SLOTS:
         QCOMPARE(texts(namedValues(reply)), values);
     }
 
-    void randomRepliesAreTheSpeltOutOnes()
+    void randomRepliesMatchTheOracle()
     {
         auto generator = testing::seededGenerator(55);
         const QStringList pieces { "a", "b", "A", "OK", "NG", ":", ":", "\n", "\n", " ", "1", "ä" };

@@ -39,7 +39,7 @@ private Q_SLOTS:
         m_plot.setMaxValue(5.0);
     }
 
-    void suggestsANameInTheRememberedFolder()
+    void suggestsANameInTheFolderOfTheLastSave()
     {
         const ExportDialog dialog(m_plot, "total", "7");
         const QFileInfo file(dialog.path());

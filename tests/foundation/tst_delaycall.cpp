@@ -38,7 +38,7 @@ private Q_SLOTS:
     void runsOnceAndRemovesItself();
     void emptyFunctionDoesNothing();
     void guardDropsTheCall();
-    void guardThatLivesDoesNotHinder();
+    void anExistingGuardDoesNotDropTheCall();
     void functionMayDestroyItsGuard();
     void functionMayDestroyTheGuardOfOthers();
     void droppedCallMayDestroyTheGuardOfOthers();
@@ -112,7 +112,7 @@ void TestDelayCall::guardDropsTheCall()
     QCOMPARE(calls, 0);
 }
 
-void TestDelayCall::guardThatLivesDoesNotHinder()
+void TestDelayCall::anExistingGuardDoesNotDropTheCall()
 {
     int calls = 0;
     QObject guard;

@@ -198,7 +198,7 @@ private Q_SLOTS:
         QCOMPARE(names(), QStringList());
     }
 
-    void writesToAPipeAndReportsThatItsReaderHasGone()
+    void writesToAPipeAndReportsAClosedReader()
     {
         std::array<int, 2> ends {};
         QCOMPARE(::pipe(ends.data()), 0);

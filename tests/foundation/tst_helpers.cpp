@@ -42,8 +42,8 @@ private Q_SLOTS:
 
     void capitalizes_data();
     void capitalizes();
-    void numStrStripsZerosBehindThePoint_data();
-    void numStrStripsZerosBehindThePoint();
+    void numStrStripsTrailingZeros_data();
+    void numStrStripsTrailingZeros();
     void numStrUsesTheStoredFormat_data();
     void numStrUsesTheStoredFormat();
     void engineersNumbers_data();
@@ -56,8 +56,8 @@ private Q_SLOTS:
     void splits_data();
     void splits();
     void sortsByLocale();
-    void takesARunDirectoryApart_data();
-    void takesARunDirectoryApart();
+    void parsesARunDirectory_data();
+    void parsesARunDirectory();
     void runDirectoryOutputsMayBeNull();
     void refusedRunDirectoryWritesNothing();
     void centers_data();
@@ -70,7 +70,7 @@ private Q_SLOTS:
     void movesInside();
     void survivesAnyRectangle();
     void enablesAndDisablesAWidget();
-    void remembersTheSaveDirectory();
+    void storesTheSaveDirectory();
 
     void numbersAgreeWithTheOracle();
     void splitAgreesWithTheOracle();
@@ -103,7 +103,7 @@ void TestHelpers::capitalizes()
     QCOMPARE(capitalize(text), expected);
 }
 
-void TestHelpers::numStrStripsZerosBehindThePoint_data()
+void TestHelpers::numStrStripsTrailingZeros_data()
 {
     QTest::addColumn<double>("value");
     QTest::addColumn<char>("format");
@@ -123,7 +123,7 @@ void TestHelpers::numStrStripsZerosBehindThePoint_data()
     QTest::newRow("infinite") << infinity << 'f' << 3 << "inf";
 }
 
-void TestHelpers::numStrStripsZerosBehindThePoint()
+void TestHelpers::numStrStripsTrailingZeros()
 {
     QFETCH(double, value);
     QFETCH(char, format);
@@ -306,7 +306,7 @@ void TestHelpers::sortsByLocale()
         QVERIFY(QString::localeAwareCompare(list.at(i - 1), list.at(i)) <= 0);
 }
 
-void TestHelpers::takesARunDirectoryApart_data()
+void TestHelpers::parsesARunDirectory_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<bool>("matches");
@@ -328,7 +328,7 @@ void TestHelpers::takesARunDirectoryApart_data()
     QTest::newRow("empty") << "" << false << "" << 0 << QDate();
 }
 
-void TestHelpers::takesARunDirectoryApart()
+void TestHelpers::parsesARunDirectory()
 {
     QFETCH(QString, name);
     QFETCH(bool, matches);
@@ -474,7 +474,7 @@ void TestHelpers::enablesAndDisablesAWidget()
     setEnabled(nullptr, true);
 }
 
-void TestHelpers::remembersTheSaveDirectory()
+void TestHelpers::storesTheSaveDirectory()
 {
     QCOMPARE(getSaveDir(), QDir::currentPath());
     setSaveFilePath("plain.csv");

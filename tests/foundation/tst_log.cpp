@@ -98,8 +98,8 @@ private Q_SLOTS:
     void dropsLinesBelowTheMinimumLevel();
     void cutsAFormattedMessageAt8191Bytes_data();
     void cutsAFormattedMessageAt8191Bytes();
-    void writesATextAsItStands_data();
-    void writesATextAsItStands();
+    void writesATextUnchanged_data();
+    void writesATextUnchanged();
     void evaluatesNoArgumentWhileOff();
     void hasEveryLineOnDiskWhenTheCallReturns();
     void staysOffAfterAnUnwritablePath();
@@ -118,7 +118,7 @@ private Q_SLOTS:
     void strprintfTakesUtf8();
 
     void blockWritesBothItsEnds();
-    void blockTakesATextOrAPrintfForm();
+    void blockAcceptsATextOrAPrintfFormat();
     void innerBlockListsTheOuterOne();
     void closingListsOpenNumbersInAscendingOrder();
     void blocksBelowTheGateTakeNoNumber();
@@ -235,7 +235,7 @@ void TestLog::cutsAFormattedMessageAt8191Bytes()
     QCOMPARE(written.at(1), "[ DBG] " + QByteArray(length, 'x'));
 }
 
-void TestLog::writesATextAsItStands_data()
+void TestLog::writesATextUnchanged_data()
 {
     QTest::addColumn<QByteArray>("text");
     QTest::newRow("percent sign") << QByteArray("100%");
@@ -246,7 +246,7 @@ void TestLog::writesATextAsItStands_data()
     QTest::newRow("9000 bytes") << QByteArray(9000, 'x');
 }
 
-void TestLog::writesATextAsItStands()
+void TestLog::writesATextUnchanged()
 {
     QFETCH(QByteArray, text);
     openLog();
@@ -428,7 +428,7 @@ void TestLog::blockWritesBothItsEnds()
     QVERIFY(written.at(1).endsWith("run.cpp:  12 " + threadText() + " [   <]     <- " + digits));
 }
 
-void TestLog::blockTakesATextOrAPrintfForm()
+void TestLog::blockAcceptsATextOrAPrintfFormat()
 {
     openLog();
     const long long number = Block::nextNumber();

@@ -51,8 +51,8 @@ private Q_SLOTS:
     void givesTheButton();
     void asksForAFile();
     void asksForAText();
-    void goesWithItsParent_data();
-    void goesWithItsParent();
+    void isDestroyedWithItsParent_data();
+    void isDestroyedWithItsParent();
     void leavesNothingBehind();
 };
 
@@ -116,14 +116,14 @@ void TestModalBox::asksForAText()
     QVERIFY(watchdog.isContent());
 }
 
-void TestModalBox::goesWithItsParent_data()
+void TestModalBox::isDestroyedWithItsParent_data()
 {
     QTest::addColumn<bool>("closed");
     QTest::newRow("deleted") << false;
     QTest::newRow("closed") << true;
 }
 
-void TestModalBox::goesWithItsParent()
+void TestModalBox::isDestroyedWithItsParent()
 {
     QFETCH(bool, closed);
     const auto end = [closed](QWidget* window) { return closed ? closeParent(window) : deleteParent(window); };

@@ -126,7 +126,7 @@ private Q_SLOTS:
         QVERIFY(data.isEmpty());
     }
 
-    void saysWhatIsWrong()
+    void reportsErrors()
     {
         Connection connection;
         connection.server.answerInTurn("hist",
@@ -157,7 +157,7 @@ private Q_SLOTS:
         QCOMPARE(widget.state(), State::Waiting);
     }
 
-    void saysThatTheServerIsLate()
+    void reportsThatTheServerIsLate()
     {
         Connection connection;
         connection.server.answerInTurn("hist", { { Step::doubles({ 1, 2 }, axis) }, { Step::silence() } });

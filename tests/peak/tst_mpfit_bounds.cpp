@@ -238,7 +238,7 @@ private Q_SLOTS:
     void snapsToABoundNearby_data();
     void snapsToABoundNearby();
     void reachesABoundFromFarAway();
-    void foreseesTheCutStep();
+    void predictsTheShortenedStep();
     void countsWhatEndedOnABound();
     void neverLeavesTheBox();
     void findsTheMinimumInTheBox_data();
@@ -378,7 +378,7 @@ void TestMpfitBounds::reachesABoundFromFarAway()
     }
 }
 
-void TestMpfitBounds::foreseesTheCutStep()
+void TestMpfitBounds::predictsTheShortenedStep()
 {
     // Three quarters of the way are allowed. In units of fnorm = 8 the cut step has a norm of 3/4, and the prediction
     // takes alpha once more: (9/16)^2. The true reduction is 1 - (1/4)^2, three times as much: with ftol above both it

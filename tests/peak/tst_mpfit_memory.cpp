@@ -146,15 +146,15 @@ class TestMpfitMemory : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void givesEverythingBack_data();
-    void givesEverythingBack();
+    void freesAllMemory_data();
+    void freesAllMemory();
     void refusedAllocation();
     void refusedAllocationComesBeforeTheParameters();
     void countsBeyondTheAddressSpace();
     void allocatesOncePerCall();
 };
 
-void TestMpfitMemory::givesEverythingBack_data()
+void TestMpfitMemory::freesAllMemory_data()
 {
     QTest::addColumn<int>("course");
     QTest::addColumn<int>("status");
@@ -165,7 +165,7 @@ void TestMpfitMemory::givesEverythingBack_data()
     QTest::newRow("not finite") << int(Course::NotFinite) << -16;
 }
 
-void TestMpfitMemory::givesEverythingBack()
+void TestMpfitMemory::freesAllMemory()
 {
     QFETCH(int, course);
     QFETCH(int, status);

@@ -45,12 +45,12 @@ private Q_SLOTS:
     void rectangleOfTheWholeGraphIsTheRange();
     void rectangleOfAPixel();
     void rectangleOutsideGoesOutside();
-    void zoomInKeepsThePointAndTakesAFivePerCentStep();
+    void zoomInKeepsThePointAndMovesByFivePerCent();
     void zoomInAtTheLeftEdge();
     void zoomInLeavesReversedAndEmptyRanges();
-    void zoomOutTakesALittleMoreThanZoomIn();
+    void zoomOutMovesSlightlyMoreThanZoomIn();
     void zoomOutUsesTheMinimumAlreadyMoved();
-    void moveFollowsTheHand();
+    void moveFollowsThePointer();
     void moveKeepsTheWidths();
     void editor_data();
     void editor();
@@ -115,7 +115,7 @@ void TestPlotMap::rectangleOutsideGoesOutside()
     QCOMPARE(values.y.max, 55.0);
 }
 
-void TestPlotMap::zoomInKeepsThePointAndTakesAFivePerCentStep()
+void TestPlotMap::zoomInKeepsThePointAndMovesByFivePerCent()
 {
     auto random = tarnis::testing::seededGenerator(23);
     for (int i = 0; i < 5000; ++i) {
@@ -154,7 +154,7 @@ void TestPlotMap::zoomInLeavesReversedAndEmptyRanges()
     QCOMPARE(zoomed.y.max, 5.0);
 }
 
-void TestPlotMap::zoomOutTakesALittleMoreThanZoomIn()
+void TestPlotMap::zoomOutMovesSlightlyMoreThanZoomIn()
 {
     const PlotRanges in = tarnis::zoomedInAt({ 150, 70 }, ranges, graph);
     const PlotRanges out = tarnis::zoomedOutAt({ 150, 70 }, ranges, graph);
@@ -171,7 +171,7 @@ void TestPlotMap::zoomOutUsesTheMinimumAlreadyMoved()
     QCOMPARE(out.max, 100.0 + 100 * 102.5 * 0.05 / 200);
 }
 
-void TestPlotMap::moveFollowsTheHand()
+void TestPlotMap::moveFollowsThePointer()
 {
     const PlotRanges moved = tarnis::movedAlong({ 100, 100 }, { 110, 95 }, ranges, graph);
     QCOMPARE(moved.x.min, -20.0);

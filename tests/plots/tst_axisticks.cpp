@@ -86,7 +86,7 @@ private Q_SLOTS:
     void columnsFallOnWholePixels();
     void rows_data();
     void rows();
-    void gridStandsOnTicksAndHalfway();
+    void gridLinesAreOnTicksAndHalfway();
     void gridStaysInside();
 };
 
@@ -446,7 +446,7 @@ void TestPlotAxis::rows()
     QTEST(tarnis::rowOf(value, { min, max }, log, QRect(10, 20, 100, 100)), "row");
 }
 
-void TestPlotAxis::gridStandsOnTicksAndHalfway()
+void TestPlotAxis::gridLinesAreOnTicksAndHalfway()
 {
     const QRect graph(0, 0, 100, 100);
     const AxisRange range { 0.0, 100.0 };

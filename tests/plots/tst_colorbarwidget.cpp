@@ -66,7 +66,7 @@ private Q_SLOTS:
     void marksShrinkWithTheBar();
     void labelsOfALogScale_data();
     void labelsOfALogScale();
-    void asksForRoomOnEachPaintUntilItHasIt();
+    void requestsWidthOnEachPaintUntilItFits();
     void pixmapLeavesTheCacheAlone();
     void pixmapBeyondTheMemory();
 
@@ -78,7 +78,7 @@ private Q_SLOTS:
     void returnTakesTheValue();
     void minimumAboveTheMaximumIsPainted();
     void pressAbandonsTheEditor();
-    void deleteEditLineTellsOnlyOfAnEditor();
+    void deleteEditLineEmitsOnlyForAnEditor();
     void editorIsWiderThanTheLabelAndMovedIn();
     void receiverMayDropTheEditorAtOnce();
 };
@@ -230,7 +230,7 @@ void TestColorBarWidget::labelsOfALogScale()
         qPrintable(QString::number(room)));
 }
 
-void TestColorBarWidget::asksForRoomOnEachPaintUntilItHasIt()
+void TestColorBarWidget::requestsWidthOnEachPaintUntilItFits()
 {
     Bar bar;
     bar.resize(20, 300);
@@ -402,7 +402,7 @@ void TestColorBarWidget::pressAbandonsTheEditor()
     QCOMPARE(deleted.size(), 1);
 }
 
-void TestColorBarWidget::deleteEditLineTellsOnlyOfAnEditor()
+void TestColorBarWidget::deleteEditLineEmitsOnlyForAnEditor()
 {
     Bar bar;
     QSignalSpy deleted(&bar, &ColorBarWidget::EditLineDeleted);

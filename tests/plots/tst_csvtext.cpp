@@ -19,7 +19,7 @@ private Q_SLOTS:
     void seriesWithIndex();
     void indexOfAnotherLengthIsLeftOut();
     void columnsOfUnequalLength();
-    void indexStandsFirst();
+    void indexIsTheFirstColumn();
     void indexEndsWithTheData();
     void indexShorterThanTheData();
     void columnsKeepTheirPlaces();
@@ -71,7 +71,7 @@ void TestCsvText::columnsOfUnequalLength()
     QCOMPARE(tarnis::csvOfColumns({}, { { 1.0, 2.0 }, {}, { 3.0 } }), QStringLiteral("1,,3\n2,,\n"));
 }
 
-void TestCsvText::indexStandsFirst()
+void TestCsvText::indexIsTheFirstColumn()
 {
     QCOMPARE(tarnis::csvOfColumns({ 0.1, 0.2 }, { { 1.0, 2.0 }, { 3.0 } }), QStringLiteral("0.1,1,3\n0.2,2,\n"));
 }

@@ -34,7 +34,7 @@ private Q_SLOTS:
     void viewOfAManualAxis();
     void pixelsOfValues_data();
     void pixelsOfValues();
-    void sampleStandsInTheMiddleOfItsBin();
+    void sampleIsAtTheMiddleOfItsBin();
     void positionOfAFunction();
     void basePosition_data();
     void basePosition();
@@ -112,7 +112,7 @@ void TestCurveScale::pixelsOfValues()
     QTEST(tarnis::valuePixels({ min, max }, logScale, 300), "pixels");
 }
 
-void TestCurveScale::sampleStandsInTheMiddleOfItsBin()
+void TestCurveScale::sampleIsAtTheMiddleOfItsBin()
 {
     const SampleScale scale { 0.0, 10.0, 50 };
     QCOMPARE(scale.pixel(0), 55);

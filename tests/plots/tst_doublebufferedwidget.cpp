@@ -71,7 +71,7 @@ private Q_SLOTS:
     void declaresItsSignalsInOrder();
     void drawsOnceForManyRefreshes();
     void drawsNothingIfNothingIsStale();
-    void tellsBeforeAndAfterThePainting();
+    void emitsBeforeAndAfterPainting();
     void takesFontAndPenFromTheWidget();
     void fillsWithTheWindowColour();
     void rebuildsAfterAResize();
@@ -149,7 +149,7 @@ void TestDoubleBufferedWidget::drawsNothingIfNothingIsStale()
     QCOMPARE(painting.count(), 0);
 }
 
-void TestDoubleBufferedWidget::tellsBeforeAndAfterThePainting()
+void TestDoubleBufferedWidget::emitsBeforeAndAfterPainting()
 {
     Canvas canvas(true);
     canvas.m_pixmap = QPixmap(7, 7);

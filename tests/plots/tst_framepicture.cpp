@@ -209,7 +209,7 @@ private Q_SLOTS:
     void isTheSameInAGivenRectangle();
     void showsTheSelectedRangeOverThePicture();
     void aPaintThatLeavesPixelsFindsThePictureFilled();
-    void whoeverLooksBeforeThePaintFindsThePictureFilled();
+    void thePictureIsFilledBeforeThePaint();
     void keepsTheFormatOfATranslucentPalette();
     void differsWhenAnythingDiffers();
 };
@@ -348,7 +348,7 @@ void TestFramePicture::aPaintThatLeavesPixelsFindsThePictureFilled()
     QCOMPARE(plot.look(), framed);
 }
 
-void TestFramePicture::whoeverLooksBeforeThePaintFindsThePictureFilled()
+void TestFramePicture::thePictureIsFilledBeforeThePaint()
 {
     CrossPlot plot;
     plot.m_doubleBuffered = true;

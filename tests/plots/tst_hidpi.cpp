@@ -102,8 +102,8 @@ class TestHiDpi : public QObject {
 private Q_SLOTS:
     void runsAtTheWantedRatio();
     void cacheHasTheScreensResolution();
-    void paintSeesTheWidgetsCoordinates_data();
-    void paintSeesTheWidgetsCoordinates();
+    void paintUsesTheWidgetsCoordinates_data();
+    void paintUsesTheWidgetsCoordinates();
     void pictureIsThatOfTheOracle_data();
     void pictureIsThatOfTheOracle();
     void pictureWithoutACache();
@@ -133,7 +133,7 @@ void TestHiDpi::cacheHasTheScreensResolution()
     QCOMPARE(copy->toImage(), plot.m_pixmap.toImage());
 }
 
-void TestHiDpi::paintSeesTheWidgetsCoordinates_data()
+void TestHiDpi::paintUsesTheWidgetsCoordinates_data()
 {
     QTest::addColumn<double>("rotation");
     QTest::newRow("upright screen") << 0.0;
@@ -141,7 +141,7 @@ void TestHiDpi::paintSeesTheWidgetsCoordinates_data()
     QTest::newRow("a quarter back") << -90.0;
 }
 
-void TestHiDpi::paintSeesTheWidgetsCoordinates()
+void TestHiDpi::paintUsesTheWidgetsCoordinates()
 {
     QFETCH(double, rotation);
     Plot plot(true);
@@ -156,7 +156,7 @@ void TestHiDpi::paintSeesTheWidgetsCoordinates()
 
 void TestHiDpi::pictureIsThatOfTheOracle_data()
 {
-    paintSeesTheWidgetsCoordinates_data();
+    paintUsesTheWidgetsCoordinates_data();
 }
 
 void TestHiDpi::pictureIsThatOfTheOracle()

@@ -78,21 +78,21 @@ private Q_SLOTS:
     void menuEntries();
 
     void setDataGrowsAndFits();
-    void setDataTakesTheLatestMaximumOfAGroup();
+    void setDataUsesTheLastMaximumOfAGroup();
     void setDataOnFixedAxes();
     void negativeIndicesAreNothing();
     void groupSizeBelowOneIsOne();
     void resizeDropsFromTheEnd();
     void marksAndColoursGrow();
     void clearKeepsColoursAndMarks();
-    void getDataKnowsItsRange();
+    void getDataChecksItsRange();
     void countsOfSeries();
     void countTimesResolution();
     void resolutionRefreshesOnAChange();
     void addTypeRefits();
     void addTypeOutOfTheEnum();
-    void functionTakesPeakSearchAway();
-    void functionTakesPeakSearchAwayInAnyLanguage();
+    void functionRemovesPeakSearch();
+    void functionRemovesPeakSearchInAnyLanguage();
     void hugeWholeNumbersDoNotOverflow();
 
     void autoScaleX();
@@ -234,7 +234,7 @@ void TestMultiVectorGraphWidget::setDataGrowsAndFits()
     QVERIFY(!plot.wasRefreshed());
 }
 
-void TestMultiVectorGraphWidget::setDataTakesTheLatestMaximumOfAGroup()
+void TestMultiVectorGraphWidget::setDataUsesTheLastMaximumOfAGroup()
 {
     Plot plot;
     plot.setData(0, { 1.0 }, 90.0);
@@ -329,7 +329,7 @@ void TestMultiVectorGraphWidget::clearKeepsColoursAndMarks()
     QCOMPARE(plot.m_data.size(), 8);
 }
 
-void TestMultiVectorGraphWidget::getDataKnowsItsRange()
+void TestMultiVectorGraphWidget::getDataChecksItsRange()
 {
     Plot plot;
     plot.setData(2, { 1.0, 2.0 }, 2.0);
@@ -410,7 +410,7 @@ void TestMultiVectorGraphWidget::addTypeOutOfTheEnum()
     QCOMPARE(other.picture(), all.picture());
 }
 
-void TestMultiVectorGraphWidget::functionTakesPeakSearchAway()
+void TestMultiVectorGraphWidget::functionRemovesPeakSearch()
 {
     Plot plot;
     plot.setFuncX2Plot(same, same);
@@ -426,7 +426,7 @@ void TestMultiVectorGraphWidget::functionTakesPeakSearchAway()
     plot.picture();
 }
 
-void TestMultiVectorGraphWidget::functionTakesPeakSearchAwayInAnyLanguage()
+void TestMultiVectorGraphWidget::functionRemovesPeakSearchInAnyLanguage()
 {
     Plot english;
     QVERIFY(tarnis::setLanguage(QLocale(QLocale::German)));

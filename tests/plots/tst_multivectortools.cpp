@@ -155,7 +155,7 @@ private Q_SLOTS:
     void selectedPeakAndPoints();
     void closingTheDialogClearsThePeaks();
     void plotMayDieFirst();
-    void newDialogForgetsThePeaks();
+    void newDialogRemovesThePeaks();
 
 private:
     QString savedFile(Plot& plot);
@@ -541,7 +541,7 @@ void TestMultiVectorTools::plotMayDieFirst()
     QVERIFY(peaks.isNull() && visibles.isNull());
 }
 
-void TestMultiVectorTools::newDialogForgetsThePeaks()
+void TestMultiVectorTools::newDialogRemovesThePeaks()
 {
     Plot plot;
     plot.setData(0, twoPeaks(600, 150.0, 400.0), 101.0);

@@ -284,7 +284,7 @@ private Q_SLOTS:
         }
     }
 
-    void tellsTheSecondScale()
+    void reportsTheSecondScale()
     {
         VectorGraphWidget plot;
         QVERIFY(!PlotMapping::of(plot).hasTickFunction());

@@ -95,10 +95,10 @@ private Q_SLOTS:
 
     void typedNumbers_data();
     void typedNumbers();
-    void returnTellsOnceAndRewritesTheText();
-    void badTextGoesWithTheFocus();
+    void returnEmitsOnceAndRewritesTheText();
+    void invalidTextIsReplacedWhenTheFocusIsLost();
     void untouchedEditsShowZeroWhenLeft();
-    void xyReturnTellsAllFour();
+    void xyReturnEmitsAllFour();
 };
 
 void TestRangeBoxes::xBoxHasItsForm()
@@ -240,7 +240,7 @@ void TestRangeBoxes::typedNumbers()
     QTEST(edit(box, "xMin")->text(), "shown");
 }
 
-void TestRangeBoxes::returnTellsOnceAndRewritesTheText()
+void TestRangeBoxes::returnEmitsOnceAndRewritesTheText()
 {
     XRangeInputDialog box("X", 'g', 6, nullptr);
     QSignalSpy edited(&box, &XRangeInputDialog::edited);
@@ -252,7 +252,7 @@ void TestRangeBoxes::returnTellsOnceAndRewritesTheText()
     QCOMPARE(edited.last(), (QVariantList { 0.0, 7.0 }));
 }
 
-void TestRangeBoxes::badTextGoesWithTheFocus()
+void TestRangeBoxes::invalidTextIsReplacedWhenTheFocusIsLost()
 {
     XRangeInputDialog box("X", 'g', 6, nullptr);
     box.setXMin(3.0);
@@ -284,7 +284,7 @@ void TestRangeBoxes::untouchedEditsShowZeroWhenLeft()
     }
 }
 
-void TestRangeBoxes::xyReturnTellsAllFour()
+void TestRangeBoxes::xyReturnEmitsAllFour()
 {
     XYRangeInputDialog box(nullptr, 'g', 6);
     QSignalSpy edited(&box, &XYRangeInputDialog::edited);

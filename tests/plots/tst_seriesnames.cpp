@@ -55,7 +55,7 @@ private Q_SLOTS:
     void searchOfPositions();
     void searchOfAll();
     void placeholdersInWordsStay();
-    void givenNamesReplaceWords();
+    void setNamesReplaceDefaultNames();
     void curvesHaveNames_data();
     void curvesHaveNames();
 };
@@ -142,7 +142,7 @@ void TestSeriesNames::placeholdersInWordsStay()
         tarnis::recordName({ QStringLiteral("%2 g"), QStringLiteral("%1"), 0 }, 3, 4), QStringLiteral("%2 g 3 - %1 4"));
 }
 
-void TestSeriesNames::givenNamesReplaceWords()
+void TestSeriesNames::setNamesReplaceDefaultNames()
 {
     tarnis::SeriesWords named = words;
     named.names = { QString(), QStringLiteral("gamma, \"slow\"") };

@@ -112,7 +112,7 @@ private Q_SLOTS:
     void limitsAndRanges();
 
     void addingSelects();
-    void oldestGoesFirst();
+    void oldestIsRemovedFirst();
     void regionsAreClipped();
     void regionOutsideIsTheNullRectangle();
     void sameListSameIndexIsSilent();
@@ -220,7 +220,7 @@ void TestViewSelectedROI::addingSelects()
     COMPARE_SIGNAL(view.changed, 1, (QList<QRect> { corners(1, 2, 3, 4), corners(5, 6, 7, 8) }), 1, true);
 }
 
-void TestViewSelectedROI::oldestGoesFirst()
+void TestViewSelectedROI::oldestIsRemovedFirst()
 {
     View view(8);
     for (int i = 1; i <= 9; ++i)

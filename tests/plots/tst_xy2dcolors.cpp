@@ -64,7 +64,7 @@ private Q_SLOTS:
     void logScaleBelowOne();
     void patterns_data();
     void patterns();
-    void patternsOfOthersAreNotTold();
+    void patternsOfOtherPlotsAreNotEmitted();
     void reverse();
     void updateColorTakesAll();
     void updateColorRefusesAnInvalidColor_data();
@@ -179,7 +179,7 @@ void TestXY2DColors::patterns()
     QCOMPARE(XYGraphWidget::m_backGroundColor, QColor(Qt::magenta));
 }
 
-void TestXY2DColors::patternsOfOthersAreNotTold()
+void TestXY2DColors::patternsOfOtherPlotsAreNotEmitted()
 {
     Plot plot;
     Plot other;

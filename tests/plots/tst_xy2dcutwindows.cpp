@@ -30,7 +30,7 @@ private Q_SLOTS:
     // Windows
     void cutPlotsOfferSavingAndTheYRange();
     void cutPlotsAreBuffered();
-    void windowClosedByHandComesBack();
+    void windowClosedByTheUserReopens();
     void windowsCloseWithThePlot();
     void placesWithAParent_data();
     void placesWithAParent();
@@ -44,7 +44,7 @@ private Q_SLOTS:
     void sumsOnManualAxes();
     void insideOnly();
     void intensities();
-    void yRangeSetByHandStays();
+    void manualYRangeIsKept();
     void axisOfTheUprightPlotRunsDown();
     void logScaleGoesAlong();
     void setDataRefreshesOnDemand();
@@ -83,7 +83,7 @@ void TestXY2DCutWindows::cutPlotsAreBuffered()
     }
 }
 
-void TestXY2DCutWindows::windowClosedByHandComesBack()
+void TestXY2DCutWindows::windowClosedByTheUserReopens()
 {
     Plot plot;
     plot.fill();
@@ -300,7 +300,7 @@ void TestXY2DCutWindows::intensities()
     QVERIFY(notes(plot.plotY()).startsWith("Inside: 7 / Total-Y: "));
 }
 
-void TestXY2DCutWindows::yRangeSetByHandStays()
+void TestXY2DCutWindows::manualYRangeIsKept()
 {
     Plot plot;
     plot.fill();

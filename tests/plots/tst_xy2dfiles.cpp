@@ -109,7 +109,7 @@ private Q_SLOTS:
     void pictureOfNothingIsNull();
     void pictureBeyondTheMemory();
     void saveAsksAndWrites();
-    void saveThatFailsTells();
+    void reportsAFailedSave();
 
     void csvIsWritten();
     void csvOfNothingIsAnEmptyFile();
@@ -358,7 +358,7 @@ void TestXY2DFiles::saveAsksAndWrites()
         expected->toImage().convertToFormat(QImage::Format_RGB32));
 }
 
-void TestXY2DFiles::saveThatFailsTells()
+void TestXY2DFiles::reportsAFailedSave()
 {
     Plot plot;
     const QString path = folder.filePath("map.nosuchformat");

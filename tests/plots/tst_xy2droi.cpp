@@ -74,7 +74,7 @@ private Q_SLOTS:
     void rubberBandIsClipped();
     void ninthRegionDropsTheFirst();
     void rectangleToolZooms();
-    void changesAreTold();
+    void emitsChanges();
     void regionsOutliveTheTool();
     void hidingTheMenuEntry();
     void clearDataHidesTheWindow();
@@ -321,7 +321,7 @@ void TestXY2DRoi::rectangleToolZooms()
     QVERIFY(plot.regions().isEmpty());
 }
 
-void TestXY2DRoi::changesAreTold()
+void TestXY2DRoi::emitsChanges()
 {
     Plot plot;
     plot.offer();

@@ -75,7 +75,7 @@ private Q_SLOTS:
     void theFirstLabelWins();
     void editorsOpenInSomeModesOnly();
     void editorStaysInsideTheWidget();
-    void editorLiesOnAnUprightLabel();
+    void editorOfAVerticalLabelIsHorizontal();
     void theEditorIgnoresTheNumberFormat();
     void labelsShowTheNumberFormatAgain();
 
@@ -90,7 +90,7 @@ private Q_SLOTS:
     void pressInAZoomModeDropsTheEditorAndZooms();
     void oneEditorAtATime();
     void slotsWithoutAnEditorDoNothing();
-    void editorDiesWithThePlot();
+    void editorIsDestroyedWithThePlot();
 
     void dialogsAskForTheYEnds_data();
     void dialogsAskForTheYEnds();
@@ -205,7 +205,7 @@ void TestXYGraphEdit::editorStaysInsideTheWidget()
     }
 }
 
-void TestXYGraphEdit::editorLiesOnAnUprightLabel()
+void TestXYGraphEdit::editorOfAVerticalLabelIsHorizontal()
 {
     plot->m_rotation = 90.0;
     plot->resize(300, 400);
@@ -406,7 +406,7 @@ void TestXYGraphEdit::slotsWithoutAnEditorDoNothing()
     QVERIFY(!plot->wasRefreshed());
 }
 
-void TestXYGraphEdit::editorDiesWithThePlot()
+void TestXYGraphEdit::editorIsDestroyedWithThePlot()
 {
     const QPointer<QLineEdit> edit = openEditor(MaxX);
     plot.reset();

@@ -78,16 +78,16 @@ private Q_SLOTS:
 
     void pictureOfAPlotWithoutACache();
     void pictureOfAPlotWithACacheIsACopy();
-    void pictureOfATurnedPlotLies();
+    void pictureOfARotatedPlotIsNotRotated();
     void pictureOfAnEmptyPlotIsNull();
 
     void saveAsksInTheSaveDirectory();
     void savedPictureIsThePlot_data();
     void savedPictureIsThePlot();
     void saveCancelled();
-    void saveThatFailsTells_data();
-    void saveThatFailsTells();
-    void saveOfAnEmptyPlotTells();
+    void reportsAFailedSave_data();
+    void reportsAFailedSave();
+    void reportsTheFailedSaveOfAnEmptyPlot();
 
     void printAsksFirst();
     void printCancelled();
@@ -130,7 +130,7 @@ void TestXYGraphFiles::pictureOfAPlotWithACacheIsACopy()
     QVERIFY(plot.m_refreshRequired);
 }
 
-void TestXYGraphFiles::pictureOfATurnedPlotLies()
+void TestXYGraphFiles::pictureOfARotatedPlotIsNotRotated()
 {
     Plot plot;
     for (const double rotation : { 90.0, -90.0 }) {
@@ -224,7 +224,7 @@ void TestXYGraphFiles::saveCancelled()
     QCOMPARE(getSaveDir(), folder.path() + '/');
 }
 
-void TestXYGraphFiles::saveThatFailsTells_data()
+void TestXYGraphFiles::reportsAFailedSave_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<bool>("fullDisk");
@@ -235,7 +235,7 @@ void TestXYGraphFiles::saveThatFailsTells_data()
     QTest::newRow("full disk, large picture") << "full.bmp" << true;
 }
 
-void TestXYGraphFiles::saveThatFailsTells()
+void TestXYGraphFiles::reportsAFailedSave()
 {
     QFETCH(QString, name);
     QFETCH(bool, fullDisk);
@@ -261,7 +261,7 @@ void TestXYGraphFiles::saveThatFailsTells()
         QVERIFY(!QFileInfo::exists(path)); // no partial file is left
 }
 
-void TestXYGraphFiles::saveOfAnEmptyPlotTells()
+void TestXYGraphFiles::reportsTheFailedSaveOfAnEmptyPlot()
 {
     Plot plot;
     plot.m_doubleBuffered = true; // nothing painted yet

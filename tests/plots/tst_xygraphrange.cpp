@@ -79,14 +79,14 @@ private Q_SLOTS:
     void anotherToolEndsTheSelection();
     void switchingOffInsideOnSurvives();
     void askingTwiceLeavesOneBox();
-    void boxDiesWithThePlot();
+    void boxIsDestroyedWithThePlot();
 
     void setStoresInOrder();
     void setFillsTheBoxEvenIfUnchanged();
-    void setOfTheStoredValuesTellsNothing();
+    void settingTheStoredValuesEmitsNothing();
     void setRepaintsAtOnceWithoutANewPicture();
     void oddRangesAreHarmless();
-    void clearAlwaysTells();
+    void clearAlwaysEmits();
     void rangeStaysAfterTheToolIsOff();
 
     void bandSelects();
@@ -94,8 +94,8 @@ private Q_SLOTS:
     void plotShowsInTheBox();
     void linesAreDrawnAtTheRange();
 
-    void logTellsAChange();
-    void logTellsNoChange();
+    void logEmitsAChange();
+    void logEmitsNothingWithoutAChange();
 };
 
 void TestXYGraphRange::featureIsHiddenAtFirst()
@@ -298,7 +298,7 @@ void TestXYGraphRange::askingTwiceLeavesOneBox()
     QCOMPARE(plot.findChild<XRangeInputDialog*>(), plot.m_xRangeDialog);
 }
 
-void TestXYGraphRange::boxDiesWithThePlot()
+void TestXYGraphRange::boxIsDestroyedWithThePlot()
 {
     auto plot = std::make_unique<Plot>();
     plot->SetEnableSelectXRange(true);
@@ -330,7 +330,7 @@ void TestXYGraphRange::setFillsTheBoxEvenIfUnchanged()
     QCOMPARE(selected.count(), 0);
 }
 
-void TestXYGraphRange::setOfTheStoredValuesTellsNothing()
+void TestXYGraphRange::settingTheStoredValuesEmitsNothing()
 {
     Plot plot;
     QSignalSpy selected(&plot, &XYGraphWidget::xRangeSelected);
@@ -381,7 +381,7 @@ void TestXYGraphRange::oddRangesAreHarmless()
     QCOMPARE(rangeOf(plot), Range(1.0, 2.0));
 }
 
-void TestXYGraphRange::clearAlwaysTells()
+void TestXYGraphRange::clearAlwaysEmits()
 {
     Plot plot;
     plot.SetEnableSelectXRangeFeature(true, "X");
@@ -480,7 +480,7 @@ void TestXYGraphRange::linesAreDrawnAtTheRange()
     QCOMPARE(saved->toImage(), before);
 }
 
-void TestXYGraphRange::logTellsAChange()
+void TestXYGraphRange::logEmitsAChange()
 {
     Plot plot;
     const tarnis::testing::LogFile log;
@@ -492,7 +492,7 @@ void TestXYGraphRange::logTellsAChange()
             "DBG     changed", "DBG     emit xRangeSelected(min[3.000000], max[5.000000])" }));
 }
 
-void TestXYGraphRange::logTellsNoChange()
+void TestXYGraphRange::logEmitsNothingWithoutAChange()
 {
     Plot plot;
     const tarnis::testing::LogFile log;

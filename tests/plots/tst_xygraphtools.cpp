@@ -70,7 +70,7 @@ private Q_SLOTS:
     void theFirstCheckedToolCounts();
 
     void menuListsTheActions();
-    void menuIsAskedForByEveryRightPress();
+    void everyRightPressOpensTheMenu();
     void aPlotWithoutActionsHasNoMenu();
     void menuPicksATool();
 
@@ -92,14 +92,14 @@ private Q_SLOTS:
     void rectangleBeyondTheGraph();
     void rectangleTooSmallOnOneAxis();
     void clickInRectangleModeOnlyRefreshes();
-    void rectangleTakesTheLastMoveNotTheRelease();
+    void rectangleUsesTheLastMoveNotTheRelease();
     void rubberBandByTool_data();
     void rubberBandByTool();
     void rubberBandIsShownWhileDragging();
     void otherReleasesHideTheBandAndKeepTheDrag();
     void rectangleOfAnEmptyGraph();
 
-    void moveFollowsTheHand();
+    void moveFollowsThePointer();
     void moveSidewaysLeavesTheYAxis();
     void moveShowsAClosedHand();
     void moveRedrawsAtEveryStep();
@@ -217,7 +217,7 @@ void TestXYGraphTools::menuListsTheActions()
     QTRY_VERIFY(closed.isNull());
 }
 
-void TestXYGraphTools::menuIsAskedForByEveryRightPress()
+void TestXYGraphTools::everyRightPressOpensTheMenu()
 {
     QVERIFY(hand->pick("Show Grid", QPoint(2, 2))); // outside of the graph as well
     QVERIFY(!plot->m_showGrid);
@@ -436,7 +436,7 @@ void TestXYGraphTools::clickInRectangleModeOnlyRefreshes()
     QVERIFY(plot->m_autoScaleX && plot->wasRefreshed());
 }
 
-void TestXYGraphTools::rectangleTakesTheLastMoveNotTheRelease()
+void TestXYGraphTools::rectangleUsesTheLastMoveNotTheRelease()
 {
     plot->m_actRectangle->trigger();
     hand->press(plot->middle());
@@ -533,7 +533,7 @@ void TestXYGraphTools::rectangleOfAnEmptyGraph()
     QCOMPARE(plot->ranges(), untouched);
 }
 
-void TestXYGraphTools::moveFollowsTheHand()
+void TestXYGraphTools::moveFollowsThePointer()
 {
     plot->m_actMove->trigger();
     const double w = plot->m_graphRect.width();

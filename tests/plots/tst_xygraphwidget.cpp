@@ -98,7 +98,7 @@ private Q_SLOTS:
     void gettersGiveRangesAndFlags();
     void setInitMaxXRoundsAndRefreshes();
     void setInitMaxXOnAManualAxis();
-    void settersRefreshOnlyIfTheySaySo();
+    void settersRefreshOnlyIfDocumented();
     void autoScaleStoresAndChecks();
     void autoScaleByItsAction();
     void showGridFlips();
@@ -377,7 +377,7 @@ void TestXYGraphWidget::setInitMaxXOnAManualAxis()
     QVERIFY(plot.wasRefreshed());
 }
 
-void TestXYGraphWidget::settersRefreshOnlyIfTheySaySo()
+void TestXYGraphWidget::settersRefreshOnlyIfDocumented()
 {
     Plot plot;
     plot.setMinMaxX(0, 1);

@@ -133,14 +133,14 @@ private Q_SLOTS:
         QCOMPARE(server.failures(), QStringList("expected \"stat\n\", received \"stop\n\""));
     }
 
-    void endsAsTold_data()
+    void endsAsScripted_data()
     {
         QTest::addColumn<bool>("breaks");
         QTest::addColumn<int>("systemError");
         QTest::newRow("dropped") << false << 0;
         QTest::newRow("reset") << true << ECONNRESET;
     }
-    void endsAsTold()
+    void endsAsScripted()
     {
         QFETCH(bool, breaks);
         ScriptedServer server({ Step::hold("gate"), breaks ? Step::reset() : Step::drop() });

@@ -49,18 +49,18 @@ private Q_SLOTS:
     void init() { m_application = std::make_unique<QCoreApplication>(m_argumentCount, m_arguments); }
     void cleanup() { m_application.reset(); }
 
-    void asksAndLetsEnd();
+    void requestsTheExitAndWaits();
     void askingAnEndedProcessDoesNothing();
     void waitsForTheServer();
     void waitingKillsAfterTheGrace();
     void keepsTheObjectUntilTheEnd();
     void killsAfterTheGrace();
     void dropsAnEndedProcess();
-    void waitsWhenTheApplicationGoes();
-    void killsWhenTheApplicationGoesAndTheGraceIsOver();
+    void waitsWhenTheApplicationEnds();
+    void killsWhenTheApplicationEndsAndTheGraceIsOver();
 };
 
-void TestServerExit::asksAndLetsEnd()
+void TestServerExit::requestsTheExitAndWaits()
 {
     const FakeServer server({ "print ready", "await-end", "note end" });
     const std::unique_ptr<QProcess> process(started(server));
@@ -135,7 +135,7 @@ void TestServerExit::dropsAnEndedProcess()
     QTRY_VERIFY(process.isNull());
 }
 
-void TestServerExit::waitsWhenTheApplicationGoes()
+void TestServerExit::waitsWhenTheApplicationEnds()
 {
     const FakeServer server({ "print ready", "await-end", "note end" });
     const QPointer<QProcess> process(started(server));
@@ -146,7 +146,7 @@ void TestServerExit::waitsWhenTheApplicationGoes()
     QCOMPARE(server.noted("end"), QByteArray("exit"));
 }
 
-void TestServerExit::killsWhenTheApplicationGoesAndTheGraceIsOver()
+void TestServerExit::killsWhenTheApplicationEndsAndTheGraceIsOver()
 {
     const FakeServer server({ "print ready", "linger" });
     const QPointer<QProcess> process(started(server));

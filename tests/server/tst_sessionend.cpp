@@ -152,7 +152,7 @@ private Q_SLOTS:
         QCOMPARE(deleted.load(), 1);
     }
 
-    void reachesNobodyAndAnswersNothing()
+    void deliversNothingAfterItsEnd()
     {
         ScriptedServer server;
         server.answer("ask", { Step::hold("gate"), Step::text("late") });
@@ -172,7 +172,7 @@ private Q_SLOTS:
         QCOMPARE(server.requests().size(), 1);
     }
 
-    void takesWhatNeverRan()
+    void acceptsASessionThatNeverRan()
     {
         const ScriptedServer server;
         std::atomic_int deleted = 0;

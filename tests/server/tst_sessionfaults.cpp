@@ -228,7 +228,7 @@ private Q_SLOTS:
         QCOMPARE(client.errorCodes(), QList<int>({ closedByPeer }));
     }
 
-    void allowsSilenceForAsLongAsItIsTold()
+    void allowsSilenceForTheSetTimeout()
     {
         const ScriptedServer server(onFirstRequest({ Step::raw("one"), Step::silence() }));
         SessionClient client(server);
@@ -261,7 +261,7 @@ private Q_SLOTS:
 
     // The end
 
-    void diesInEveryState_data()
+    void canBeDestroyedInEveryState_data()
     {
         QTest::addColumn<int>("state");
         QTest::newRow("created") << 0;
@@ -275,7 +275,7 @@ private Q_SLOTS:
         QTest::newRow("in a command's pause") << 8;
         QTest::newRow("ended") << 9;
     }
-    void diesInEveryState()
+    void canBeDestroyedInEveryState()
     {
         QFETCH(int, state);
         ScriptedServer server(state == 2 ? Script { Step::raw("wel"), Step::hold("gate") } : wellBehaved());
@@ -310,7 +310,7 @@ private Q_SLOTS:
             QCOMPARE(server.farewells(), 1);
     }
 
-    void diesWhileItConnects()
+    void canBeDestroyedWhileConnecting()
     {
         FullBacklog listener;
         QVERIFY(listener.isFull());

@@ -333,7 +333,7 @@ private Q_SLOTS:
         QVERIFY(server.waitForFarewells(1));
     }
 
-    void saysNothingWhenOff()
+    void writesNothingWhenOff()
     {
         const ScriptedServer server;
         SessionClient client(server);

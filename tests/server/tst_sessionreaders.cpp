@@ -315,7 +315,7 @@ private Q_SLOTS:
         QCOMPARE(binary.waits, QList<int>(102, milliseconds));
     }
 
-    void takesANewTimeoutAtTheNextWait()
+    void usesANewTimeoutAtTheNextWait()
     {
         Reader reader;
         FedSocket socket({ "a", "b", "c> " });

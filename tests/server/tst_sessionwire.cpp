@@ -42,7 +42,7 @@ private Q_SLOTS:
         QCOMPARE(client.signalled, QStringList({ "connected", "result stat", "result hist1d", "result nothing" }));
     }
 
-    void handsOutTheVeryCommand()
+    void deliversTheSameCommandObject()
     {
         const ScriptedServer server;
         SessionClient client(server);
@@ -248,7 +248,7 @@ private Q_SLOTS:
         QVERIFY(server.waitForRequest("next"));
     }
 
-    void goesOnBehindBytesThatFollowThePrompt()
+    void continuesAfterBytesThatFollowThePrompt()
     {
         ScriptedServer server;
         server.answer("ask", { Step::raw("one> and"), Step::hold("rest"), Step::text(" more") });
@@ -320,7 +320,7 @@ private Q_SLOTS:
         QCOMPARE(client.signalled, QStringList({ "connected", "result stat" }));
     }
 
-    void pausesBehindAnAnswer()
+    void pausesAfterAnAnswer()
     {
         const ScriptedServer server;
         SessionClient client(server);

@@ -107,15 +107,15 @@ private Q_SLOTS:
 
     void remoteHostIsKept();
     void remoteRunSendsStat();
-    void remoteRunGoesWhereLocalRunHasNoPath();
-    void remoteRunTakesAGivenPathAlong();
+    void remoteRunIgnoresAMissingPath();
+    void remoteRunStoresAGivenPath();
     void anyReplyEndsIdleOnce_data();
     void anyReplyEndsIdleOnce();
     void replyIsSignalledWithoutTheLock();
     void silentServerLeavesIdleUntilTheTimeOut();
     void refusedConnectionIsAnError();
     void sendBeforeTheHostIsKnownIsAnError();
-    void commandAfterAnErrorGoesNowhere();
+    void commandAfterAnErrorIsNotSent();
     void runsAgainAfterShutdown();
     void errorOfAnySessionCounts();
 
@@ -132,15 +132,15 @@ private Q_SLOTS:
     void shutdownStepsOverNullEntries();
     void shutdownInIdleLeavesTheSessions();
     void shutdownLogsItsSteps();
-    void sessionIsMadeAnewAfterShutdown();
+    void sessionIsRecreatedAfterShutdown();
     void callsOfAClosedSessionComeToNothing_data();
     void callsOfAClosedSessionComeToNothing();
     void queuedCallWithoutASenderCounts();
 
-    void goesInEveryStatus_data();
-    void goesInEveryStatus();
+    void canBeDestroyedInEveryStatus_data();
+    void canBeDestroyedInEveryStatus();
     void leavesItsSessionsToTheParent();
-    void goesWhileItsCommandIsInFlight();
+    void canBeDestroyedDuringACommand();
 
     void callsItsOwnOperationsThroughTheSlots();
 };
@@ -306,7 +306,7 @@ void TestTarnis::remoteRunSendsStat()
     QCOMPARE(server.requests(), QByteArrayList { "stat" });
 }
 
-void TestTarnis::remoteRunGoesWhereLocalRunHasNoPath()
+void TestTarnis::remoteRunIgnoresAMissingPath()
 {
     ScriptedServer server;
     Host host(&server);
@@ -315,7 +315,7 @@ void TestTarnis::remoteRunGoesWhereLocalRunHasNoPath()
     EXPECT_EVENT(host, "reply statCmd|stat|");
 }
 
-void TestTarnis::remoteRunTakesAGivenPathAlong()
+void TestTarnis::remoteRunStoresAGivenPath()
 {
     ScriptedServer server;
     Host host(&server);
@@ -403,7 +403,7 @@ void TestTarnis::sendBeforeTheHostIsKnownIsAnError()
     QVERIFY(host.record.events.at(0).startsWith(QLatin1String("post Socket Error ")));
 }
 
-void TestTarnis::commandAfterAnErrorGoesNowhere()
+void TestTarnis::commandAfterAnErrorIsNotSent()
 {
     Host host;
     host.manager->SetRemoteHost(ScriptedServer::host(), ScriptedServer::closedPort());
@@ -679,7 +679,7 @@ void TestTarnis::shutdownLogsItsSteps()
             "DBG closing [a]", "DBG closing [b]", "BLCK Tarnis::SetStatus(status[0])" }));
 }
 
-void TestTarnis::sessionIsMadeAnewAfterShutdown()
+void TestTarnis::sessionIsRecreatedAfterShutdown()
 {
     ScriptedServer server;
     Host host(&server);
@@ -744,14 +744,14 @@ void TestTarnis::queuedCallWithoutASenderCounts()
     QCOMPARE(manager.m_status, Tarnis::SERVER_ERROR);
 }
 
-void TestTarnis::goesInEveryStatus_data()
+void TestTarnis::canBeDestroyedInEveryStatus_data()
 {
     QTest::addColumn<int>("value");
     for (int value = 0; value <= 10; ++value)
         QTest::addRow("%s", Tarnis::GetStatusName(status(value))) << value;
 }
 
-void TestTarnis::goesInEveryStatus()
+void TestTarnis::canBeDestroyedInEveryStatus()
 {
     QFETCH(int, value);
     ScriptedServer server;
@@ -778,7 +778,7 @@ void TestTarnis::leavesItsSessionsToTheParent()
     QCOMPARE(server.farewells(), 1);
 }
 
-void TestTarnis::goesWhileItsCommandIsInFlight()
+void TestTarnis::canBeDestroyedDuringACommand()
 {
     ScriptedServer server;
     server.answer("hist", { Step::hold("gate"), Step::text("late") });

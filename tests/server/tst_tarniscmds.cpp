@@ -58,7 +58,7 @@ private Q_SLOTS:
     void statKeepsItsLastReply() { checkSnapshots<TarnisCmdStat>(); }
     void settingKeepsItsLastReply() { checkSnapshots<TarnisCmdSetting>(); }
 
-    void findsTheWordBehind_data()
+    void findsTheWordAfterThePrefix_data()
     {
         QTest::addColumn<QString>("text");
         QTest::addColumn<QString>("prefix");
@@ -83,7 +83,7 @@ private Q_SLOTS:
         row("prefix only", "rate 12 Hz", "rate ", "", "12");
         row("suffix only", "a:b c", "", ":", "b");
     }
-    void findsTheWordBehind()
+    void findsTheWordAfterThePrefix()
     {
         QFETCH(QString, text);
         QFETCH(QString, prefix);

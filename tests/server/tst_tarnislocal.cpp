@@ -70,10 +70,10 @@ private Q_SLOTS:
     void givenPathIsStoredAndRun();
     void portThatIsNoneIsPassedOver_data();
     void portThatIsNoneIsPassedOver();
-    void pieceWithoutLineFeedTakesThePortBack();
+    void pieceWithoutLineFeedResetsThePort();
     void outputAfterThePortIsNotRead();
     void outputIsTraced();
-    void outputThatNobodyReadsIsBounded();
+    void unreadOutputIsBounded();
 
     void missingProgramIsReportedOnce_data();
     void missingProgramIsReportedOnce();
@@ -102,13 +102,13 @@ private Q_SLOTS:
     void shutsDownInEveryStatus();
     void restartAfterACrashConnectsAgain();
     void secondRunConnectsNothingTwice();
-    void serverThatIsReplacedGoesOnUntilTheEnd();
+    void replacedServerRunsUntilTheEnd();
 
     void destructionLetsTheServerEndByItself();
     void destructionAfterShutdownDoesNotWait();
     void destructionAfterTheServersEnd();
-    void goesInEveryStatus_data();
-    void goesInEveryStatus();
+    void canBeDestroyedInEveryStatus_data();
+    void canBeDestroyedInEveryStatus();
 
 private:
     static void addEveryStatus();
@@ -182,7 +182,7 @@ void TestTarnisLocal::portThatIsNoneIsPassedOver()
     QCOMPARE(int(host.manager->m_port), 5000);
 }
 
-void TestTarnisLocal::pieceWithoutLineFeedTakesThePortBack()
+void TestTarnisLocal::pieceWithoutLineFeedResetsThePort()
 {
     const FakeServer server({ "print UI port: 5000", "await-end" });
     Host host;
@@ -217,7 +217,7 @@ void TestTarnisLocal::outputIsTraced()
     QVERIFY(host.runUntilConnected(server));
 }
 
-void TestTarnisLocal::outputThatNobodyReadsIsBounded()
+void TestTarnisLocal::unreadOutputIsBounded()
 {
     constexpr int megabyte = 1 << 20;
     const FakeServer server({ "print UI port: 5000\\n", "await 2", "flood 8000000", "note flooded", "await-end" });
@@ -522,7 +522,7 @@ void TestTarnisLocal::secondRunConnectsNothingTwice()
     }
 }
 
-void TestTarnisLocal::serverThatIsReplacedGoesOnUntilTheEnd()
+void TestTarnisLocal::replacedServerRunsUntilTheEnd()
 {
     const FakeServer first(FakeServer::wellBehaved(5000));
     const FakeServer second(FakeServer::wellBehaved(6000));
@@ -593,7 +593,7 @@ void TestTarnisLocal::shutsDownInEveryStatus_data()
     addEveryStatus();
 }
 
-void TestTarnisLocal::goesInEveryStatus_data()
+void TestTarnisLocal::canBeDestroyedInEveryStatus_data()
 {
     addEveryStatus();
 }
@@ -605,7 +605,7 @@ void TestTarnisLocal::addEveryStatus()
         QTest::addRow("%s", Tarnis::GetStatusName(static_cast<Tarnis::SERVER_STATUS>(value))) << value;
 }
 
-void TestTarnisLocal::goesInEveryStatus()
+void TestTarnisLocal::canBeDestroyedInEveryStatus()
 {
     QFETCH(int, value);
     const FakeServer server(FakeServer::wellBehaved(5000));

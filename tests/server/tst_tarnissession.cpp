@@ -152,7 +152,7 @@ private Q_SLOTS:
         QCOMPARE(session.queued(), QStringList({ "new", "new" }));
     }
 
-    void unstartedSessionTakesItsCommandsAlong()
+    void unstartedSessionDestroysItsCommands()
     {
         const LogFile log(0);
         auto* const cmd = new TarnisCmd("stat");

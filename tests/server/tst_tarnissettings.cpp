@@ -86,7 +86,7 @@ private Q_SLOTS:
     void basePathByStatus_data();
     void basePathByStatus();
     void basePathOfARefusingSubclassIsSentAllTheSame();
-    void basePathGoesWithTheNextDownload();
+    void basePathIsSentWithTheNextDownload();
     void basePathLogsABlock();
 
     void downloadMakesLinesOfFive_data();
@@ -94,8 +94,8 @@ private Q_SLOTS:
     void downloadSendsAddedLinesFirst();
     void downloadSavesAtTheEnd_data();
     void downloadSavesAtTheEnd();
-    void downloadForgetsWhatItSent();
-    void lineAddedDuringADownloadGoesOut();
+    void downloadClearsSentLines();
+    void lineAddedDuringADownloadIsSent();
     void downloadEscapesNothing();
     void downloadLogsABlock();
     void downloadAgreesWithTheOracle();
@@ -364,7 +364,7 @@ void TestTarnisSettings::basePathOfARefusingSubclassIsSentAllTheSame()
     QCOMPARE(manager.sent, (QStringList { "control|settingBasePathCmd|setting inst: basepath:/new", "signal /new" }));
 }
 
-void TestTarnisSettings::basePathGoesWithTheNextDownload()
+void TestTarnisSettings::basePathIsSentWithTheNextDownload()
 {
     Manager manager;
     manager.SetBasePath("/data", false);
@@ -435,7 +435,7 @@ void TestTarnisSettings::downloadSavesAtTheEnd()
     QCOMPARE(manager.sent.last(), QStringLiteral("control|savesettingCmd|savesetting"));
 }
 
-void TestTarnisSettings::downloadForgetsWhatItSent()
+void TestTarnisSettings::downloadClearsSentLines()
 {
     Manager manager;
     manager.AddCommand("once");
@@ -447,7 +447,7 @@ void TestTarnisSettings::downloadForgetsWhatItSent()
     QCOMPARE(manager.sent, QStringList { "control|updateSettingCmd0|setting k0:0 " });
 }
 
-void TestTarnisSettings::lineAddedDuringADownloadGoesOut()
+void TestTarnisSettings::lineAddedDuringADownloadIsSent()
 {
     Manager manager;
     manager.AddCommand("first");

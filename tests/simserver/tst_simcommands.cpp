@@ -80,9 +80,9 @@ private Q_SLOTS:
     void helpListsEveryCommand();
     void helpOnOneCommand();
 
-    void statTellsTheState();
+    void statReportsTheState();
     void statHasAllSections();
-    void settingsAreTold();
+    void settingsAreReported();
     void settingsAreTaken_data();
     void settingsAreTaken();
     void settingsAct();
@@ -119,7 +119,7 @@ private Q_SLOTS:
     void uploadsAreRefused();
 
     void sleepHasSteps();
-    void faultIsSetAndTold();
+    void faultIsSetAndReported();
     void refuseFaultCarriesNothingOut();
 };
 
@@ -295,7 +295,7 @@ void TestSimCommands::helpOnOneCommand()
     QVERIFY(ask("help close").startsWith("OK:\nclose\n"));
 }
 
-void TestSimCommands::statTellsTheState()
+void TestSimCommands::statReportsTheState()
 {
     QCOMPARE(value("stat", "state"), QStringLiteral("STOPPED"));
     QCOMPARE(value("stat", "run"), QStringLiteral("none"));
@@ -326,7 +326,7 @@ void TestSimCommands::statHasAllSections()
     QCOMPARE(value("stat", "version"), QStringLiteral(TARNIS_VERSION_STRING));
 }
 
-void TestSimCommands::settingsAreTold()
+void TestSimCommands::settingsAreReported()
 {
     QCOMPARE(value("setting", "rate"), QStringLiteral("1000"));
     QCOMPARE(value("setting", "modules"), QStringLiteral("8"));
@@ -791,7 +791,7 @@ void TestSimCommands::sleepHasSteps()
     QCOMPARE(text + steps.text, QByteArray("OK:\nstep 1 of 3\nstep 2 of 3\nstep 3 of 3\n"));
 }
 
-void TestSimCommands::faultIsSetAndTold()
+void TestSimCommands::faultIsSetAndReported()
 {
     QVERIFY(ask("fault").startsWith("OK:\nfault: none\nevery: 1\ndelay: 0\n--faults\n"));
     QCOMPARE(ask("fault slow every:3"), QStringLiteral("OK:\n"));

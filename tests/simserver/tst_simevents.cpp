@@ -85,9 +85,9 @@ private Q_SLOTS:
     void rateOfZeroGivesNothingUntilItRises();
 
     // The shape
-    void everythingLiesInsideTheDetector();
+    void allEventsAreInsideTheDetector();
     void backgroundFallsExponentially();
-    void peaksStandWhereTheModelSays();
+    void peaksAreAtTheModelsPositions();
     void modulesShareTheEvents();
 
     // The acquisition
@@ -278,7 +278,7 @@ void TestSimEvents::rateOfZeroGivesNothingUntilItRises()
     QCOMPARE(eventsUntil(stream, 2000.0).size(), std::size_t { 0 });
 }
 
-void TestSimEvents::everythingLiesInsideTheDetector()
+void TestSimEvents::allEventsAreInsideTheDetector()
 {
     for (const int modules : { 1, 3, 256 }) {
         const EventShape shape { .modules = modules, .peaks = EventModel::maxPeaks, .background = 0.3 };
@@ -308,7 +308,7 @@ void TestSimEvents::backgroundFallsExponentially()
     QVERIFY(std::abs(chisquare::deviation(counts, expected)) < limitDeviation);
 }
 
-void TestSimEvents::peaksStandWhereTheModelSays()
+void TestSimEvents::peaksAreAtTheModelsPositions()
 {
     const EventShape shape { .modules = 4, .peaks = 3, .background = 0.0 };
     const EventModel model(shape);

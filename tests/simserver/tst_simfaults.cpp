@@ -120,7 +120,7 @@ private Q_SLOTS:
     void greetings_data();
     void greetings();
     void everySoManyth();
-    void exemptRepliesComeThrough();
+    void exemptRepliesAreNotAffected();
     void refusalsAreCounted();
 };
 
@@ -355,7 +355,7 @@ void TestSimFaults::everySoManyth()
     QCOMPARE(announced(bytesOf(length.reply(binaryReply(Reply::Kind::Rows), prompt))), 0);
 }
 
-void TestSimFaults::exemptRepliesComeThrough()
+void TestSimFaults::exemptRepliesAreNotAffected()
 {
     FaultSwitch fault = switchTo("close-before");
     Reply reply = textReply();

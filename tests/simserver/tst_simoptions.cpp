@@ -30,11 +30,11 @@ class TestSimOptions : public QObject {
 private Q_SLOTS:
     void nothingGivesTheDefaults();
     void everyOptionIsRead();
-    void helpTellsEverything();
-    void versionIsTold();
+    void helpListsEverything();
+    void versionIsPrinted();
     void wrongLinesAreRefused_data();
     void wrongLinesAreRefused();
-    void environmentStandsBefore();
+    void environmentPrecedesTheCommandLine();
 };
 
 void TestSimOptions::nothingGivesTheDefaults()
@@ -77,7 +77,7 @@ void TestSimOptions::everyOptionIsRead()
     QVERIFY(!options.useStandardInput);
 }
 
-void TestSimOptions::helpTellsEverything()
+void TestSimOptions::helpListsEverything()
 {
     const Options options = parsed({ "--help" });
     QVERIFY(options.action == Options::Action::Help);
@@ -89,7 +89,7 @@ void TestSimOptions::helpTellsEverything()
         QVERIFY2(options.message.contains(QStringLiteral("\n  %1 ").arg(info.name)), info.name);
 }
 
-void TestSimOptions::versionIsTold()
+void TestSimOptions::versionIsPrinted()
 {
     const Options options = parsed({ "--version" });
     QVERIFY(options.action == Options::Action::Version);
@@ -130,7 +130,7 @@ void TestSimOptions::wrongLinesAreRefused()
     QTEST(options.message, "error");
 }
 
-void TestSimOptions::environmentStandsBefore()
+void TestSimOptions::environmentPrecedesTheCommandLine()
 {
     const Options options = parsed({ "--port", "6000" }, "--port 5000 --prompt \"a b> \" --start");
     QCOMPARE(options.port, quint16 { 6000 });

@@ -68,7 +68,7 @@ private Q_SLOTS:
     void sleeperDoesNotHoldOthers();
     void sleeperThatHangsUpIsForgotten();
     void manyClientsAtOnce();
-    void clientThatDoesNotReadHoldsNobody();
+    void clientThatDoesNotReadBlocksNoOther();
     void oneClientTooManyIsTurnedAway();
     void connectionsComeAndGo();
 
@@ -91,7 +91,7 @@ private Q_SLOTS:
     void faultsOfThePort_data();
     void faultsOfThePort();
     void missingPortIsNeverPrinted();
-    void faultComesAndGoesForAllClients();
+    void faultAffectsAllClients();
     void everyFaultLeavesTheServerAlive();
 
     // The end
@@ -101,10 +101,10 @@ private Q_SLOTS:
     void endIsIgnoredOnDemand();
     void endRecordsTheRun();
     void samplesGoWithTheProcess();
-    void logTellsWhatHappens();
-    void failuresAreTold_data();
-    void failuresAreTold();
-    void takenPortIsTold();
+    void logRecordsEvents();
+    void failuresAreReported_data();
+    void failuresAreReported();
+    void usedPortIsReported();
     void helpAndVersionArePrinted();
 };
 
@@ -312,7 +312,7 @@ void TestSimServer::manyClientsAtOnce()
     QCOMPARE(wires.front()->value("stat", "clients"), QByteArray::number(clients));
 }
 
-void TestSimServer::clientThatDoesNotReadHoldsNobody()
+void TestSimServer::clientThatDoesNotReadBlocksNoOther()
 {
     Program program({ "--start" });
     Wire good(program.port());
@@ -581,7 +581,7 @@ void TestSimServer::missingPortIsNeverPrinted()
     QCOMPARE(program.outputUntil("\n"), QByteArray());
 }
 
-void TestSimServer::faultComesAndGoesForAllClients()
+void TestSimServer::faultAffectsAllClients()
 {
     Program program;
     Wire one(program.port());
@@ -697,7 +697,7 @@ void TestSimServer::samplesGoWithTheProcess()
     QVERIFY(!QDir(root).exists());
 }
 
-void TestSimServer::logTellsWhatHappens()
+void TestSimServer::logRecordsEvents()
 {
     const QTemporaryDir folder;
     const QString log = folder.filePath("log");
@@ -718,7 +718,7 @@ void TestSimServer::logTellsWhatHappens()
         QVERIFY2(text.contains(part), part);
 }
 
-void TestSimServer::failuresAreTold_data()
+void TestSimServer::failuresAreReported_data()
 {
     QTest::addColumn<QStringList>("arguments");
     QTest::addColumn<QString>("end");
@@ -740,7 +740,7 @@ void TestSimServer::failuresAreTold_data()
         "tarnis-simserver: cannot use the settings of '/proc/self/cmdline': line 1 is not of the form name: value\n");
 }
 
-void TestSimServer::failuresAreTold()
+void TestSimServer::failuresAreReported()
 {
     QFETCH(QStringList, arguments);
     Program program(arguments);
@@ -749,7 +749,7 @@ void TestSimServer::failuresAreTold()
     QCOMPARE(program.port(), quint16 { 0 });
 }
 
-void TestSimServer::takenPortIsTold()
+void TestSimServer::usedPortIsReported()
 {
     QTcpServer taken;
     QVERIFY(taken.listen(QHostAddress::LocalHost));

@@ -231,7 +231,7 @@ private Q_SLOTS:
         QCOMPARE(levels->mode(), ColourLevels::Mode::Automatic);
     }
 
-    void escapeTakesADragBack()
+    void escapeRevertsADrag()
     {
         MapProbe map;
         fill(map);

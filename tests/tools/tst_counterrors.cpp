@@ -34,7 +34,7 @@ private Q_SLOTS:
         }
     }
 
-    void knowsWhatIsNoCount_data()
+    void recognisesNonCounts_data()
     {
         QTest::addColumn<double>("value");
         QTest::newRow("fraction") << 2.5;
@@ -42,7 +42,7 @@ private Q_SLOTS:
         QTest::newRow("not a number") << std::nan("");
         QTest::newRow("infinite") << std::numeric_limits<double>::infinity();
     }
-    void knowsWhatIsNoCount()
+    void recognisesNonCounts()
     {
         QFETCH(double, value);
         QVERIFY(!isCount(value));

@@ -148,7 +148,7 @@ private Q_SLOTS:
         QCOMPARE(panel.model().peaks, 1);
     }
 
-    void saysWhyThereIsNoFit()
+    void reportsWhyThereIsNoFit()
     {
         VectorGraphWidget plot;
         QList<double> samples = twoPeaks();

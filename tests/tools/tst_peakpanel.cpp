@@ -109,7 +109,7 @@ private Q_SLOTS:
         QCOMPARE(QGuiApplication::clipboard()->text(), panel.table());
     }
 
-    void saysWhyThereAreNone()
+    void reportsWhyThereAreNone()
     {
         VectorGraphWidget plot;
         PeakPanel panel(&plot);

@@ -130,7 +130,7 @@ private Q_SLOTS:
         QCOMPARE(markers.markers().at(0).position.x(), 65.0);
     }
 
-    void escapeTakesADragBack()
+    void escapeRevertsADrag()
     {
         XY2DGraphWidget map;
         fill(map);

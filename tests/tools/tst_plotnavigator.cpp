@@ -280,7 +280,7 @@ private Q_SLOTS:
         QCOMPARE(rangeX(test.plot).min, 100.0);
     }
 
-    void takesBackAMistakenHome()
+    void revertsAMistakenHome()
     {
         Curves test;
         feed(test.plot);

@@ -249,7 +249,7 @@ private Q_SLOTS:
         delete light;
     }
 
-    void drawsCurvesWhereTheMappingSays()
+    void drawsCurvesAtTheMappedPositions()
     {
         for (const PlotStyle::Theme theme : allThemes) {
             MultiVectorGraphWidget plot;
@@ -451,7 +451,7 @@ private Q_SLOTS:
         QVERIFY(PlotMapping::of(plot).plotRect().top() < with);
     }
 
-    void aLegendToolTakesThePlace()
+    void aLegendToolReplacesTheLegend()
     {
         MultiVectorGraphWidget plot;
         fill(plot, 3);
@@ -497,7 +497,7 @@ private Q_SLOTS:
         QVERIFY(std::abs(double(rect.width()) / rect.height() - 2.0) > 0.1);
     }
 
-    void drawsBinsWhereTheMappingSays()
+    void drawsBinsAtTheMappedPositions()
     {
         XY2DGraphWidget map;
         fill(map);

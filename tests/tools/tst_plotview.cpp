@@ -62,7 +62,7 @@ private Q_SLOTS:
     void mapColoursAndScaleComeBack();
     void toolsTakePart();
     void severalToolsOfOneKindKeepTheirStates();
-    void navigatorTakesARestoredViewBack();
+    void navigatorRevertsARestoredView();
     void wrongValuesLeaveThePlotAsItIs_data();
     void wrongValuesLeaveThePlotAsItIs();
     void filesComeBackByName();
@@ -167,7 +167,7 @@ void TestPlotView::severalToolsOfOneKindKeepTheirStates()
     QVERIFY(second.isPinned());
 }
 
-void TestPlotView::navigatorTakesARestoredViewBack()
+void TestPlotView::navigatorRevertsARestoredView()
 {
     VectorGraphWidget plot;
     fill(plot);

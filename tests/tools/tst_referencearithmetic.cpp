@@ -66,7 +66,7 @@ private Q_SLOTS:
         QVERIFY2(isNear(bin.error, error), qPrintable(QString::number(bin.error)));
     }
 
-    void knowsAContinuation()
+    void recognisesAContinuation()
     {
         QVERIFY(isContinuation({ 1, 2, 3 }, { 1, 2, 2 }));
         QVERIFY(!isContinuation({ 1, 2, 3 }, { 1, 2, 3 })); // nothing has changed

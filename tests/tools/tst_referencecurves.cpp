@@ -159,7 +159,7 @@ private Q_SLOTS:
         plot.grab();
     }
 
-    void stripTakesRoomBelowThePlot()
+    void stripReservesSpaceBelowThePlot()
     {
         VectorGraphWidget plot;
         fill(plot, { 16, 16, 16, 16 });

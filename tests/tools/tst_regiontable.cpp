@@ -118,7 +118,7 @@ private Q_SLOTS:
         QVERIFY(std::fabs(table.regions()->regions().first().bounds().left() - 30.0) < 0.5);
     }
 
-    void takesADragBackOnEscape()
+    void revertsADragOnEscape()
     {
         VectorGraphWidget plot;
         fill(plot);

@@ -63,7 +63,7 @@ private Q_SLOTS:
         QCOMPARE(history.goBack().x.min, 0.0);
     }
 
-    void forgetsAGestureThatTakesItselfBack()
+    void dropsAGestureThatRevertsItself()
     {
         ViewHistory history(showing(0, 100));
         history.commit(showing(10, 90), { wheel, 1 }, 0);
@@ -71,7 +71,7 @@ private Q_SLOTS:
         QVERIFY(!history.canGoBack());
     }
 
-    void dropsWhatLiesAheadOfAChange()
+    void dropsLaterViewsAfterAChange()
     {
         ViewHistory history(showing(0, 100));
         history.commit(showing(10, 90), { pan, 1 }, 0);
