@@ -699,6 +699,12 @@ private Q_SLOTS:
         auto* const bar = map.findChild<ColorBarWidget*>();
         bar->grab();
         takeKeyboard(map);
+        // Left without a number, the colours are automatic again.
+        chooseTool(map, QStringLiteral("Upper Limit of the Colours..."));
+        QTRY_VERIFY(bar->findChild<QLineEdit*>());
+        QVERIFY(!bar->isAutoScale());
+        QTest::keyClick(bar->findChild<QLineEdit*>(), Qt::Key_Escape);
+        QTRY_VERIFY(bar->isAutoScale());
         chooseTool(map, QStringLiteral("Upper Limit of the Colours..."));
         QTRY_VERIFY(bar->findChild<QLineEdit*>());
         QTest::keyClicks(bar->findChild<QLineEdit*>(), QStringLiteral("3"));
@@ -712,6 +718,7 @@ private Q_SLOTS:
         QTest::keyClick(bar->findChild<QLineEdit*>(), Qt::Key_Escape);
         QTRY_VERIFY(!bar->findChild<QLineEdit*>());
         QTRY_COMPARE(QApplication::focusWidget(), &map);
+        QVERIFY(!bar->isAutoScale()); // the upper limit was entered
     }
 
     void aRegionIsAddedByKeys()

@@ -22,6 +22,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <memory>
 
 namespace console {
 
@@ -120,6 +121,25 @@ QPushButton* autoButtonOf(const XY2DGraphWidget& map)
     return nullptr;
 }
 
+/// An editor of the bar that is left without a number lets the colours be automatic again.
+void restoreAutoUnlessEntered(ColorBarWidget& bar, QPushButton& button)
+{
+    auto* const edit = bar.findChild<QLineEdit*>(QString(), Qt::FindDirectChildrenOnly);
+    if (!edit) {
+        button.click();
+        return;
+    }
+    const auto isEntered = std::make_shared<bool>(false);
+    QObject::connect(edit, &QLineEdit::returnPressed, edit, [isEntered] { *isEntered = true; });
+    QObject::connect(
+        edit, &QObject::destroyed, &button,
+        [isEntered, &button, bar = QPointer<ColorBarWidget>(&bar)] {
+            if (!*isEntered && bar && !bar->isAutoScale())
+                button.click();
+        },
+        Qt::QueuedConnection);
+}
+
 /// Opens the editor of a colour limit, which ends automatic limits.
 void editLimit(XY2DGraphWidget& map, bool isUpper)
 {
@@ -127,10 +147,13 @@ void editLimit(XY2DGraphWidget& map, bool isUpper)
     QPushButton* const button = autoButtonOf(map);
     if (!bar || !button)
         return;
-    if (bar->isAutoScale())
+    const bool wasAuto = bar->isAutoScale();
+    if (wasAuto)
         button->click();
     const int lineHeight = bar->fontMetrics().height(); // distance of the two labels from the ends of the bar
     click(*bar, { bar->width() * 7 / 10, isUpper ? lineHeight : bar->height() - 1 - lineHeight });
+    if (wasAuto)
+        restoreAutoUnlessEntered(*bar, *button);
 }
 
 void goToBox(XYGraphWidget& plot, qsizetype number)
