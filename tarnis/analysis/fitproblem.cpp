@@ -62,10 +62,15 @@ FitProblem::FitProblem(
     m_columns.resize(bins() * m_p.size());
     m_unit.resize(bins() * static_cast<std::size_t>(m_layout.peaks));
     m_peakColumns.resize(bins() * (1 + maxWidthParameters));
+    m_scratch.resize(static_cast<std::size_t>(m_layout.peaks));
 }
 
 std::span<const double> FitProblem::evaluate(const double* p)
 {
+    if (m_isEvaluated && std::equal(m_p.begin(), m_p.end(), p))
+        return m_values;
+    m_isEvaluated = true;
+    m_isDifferentiated = false;
     std::copy_n(p, m_p.size(), m_p.begin());
     std::fill(m_values.begin(), m_values.end(), 0.0);
     addBackground();
@@ -79,6 +84,9 @@ std::span<const double> FitProblem::evaluate(const double* p)
 
 void FitProblem::differentiate()
 {
+    if (m_isDifferentiated)
+        return;
+    m_isDifferentiated = true;
     std::fill(m_columns.begin(), m_columns.end(), 0.0);
     differentiateBackground();
     for (int peak = 0; peak < m_layout.peaks; ++peak) {
@@ -105,7 +113,8 @@ void FitProblem::addPeak(int peak)
     const double centre = m_p[static_cast<std::size_t>(m_layout.centre[static_cast<std::size_t>(peak)])];
     const PeakColumns columns { unit, nullptr, {} };
     if (m_evaluation == BinEvaluation::Integral)
-        integratePeak(m_model.shape, m_edges, centre, widths.data(), columns, m_scratch);
+        integratePeak(
+            m_model.shape, m_edges, centre, widths.data(), columns, m_scratch[static_cast<std::size_t>(peak)]);
     else
         samplePeak(m_model.shape, m_edges, centre, widths.data(), columns);
     const double area = m_p[static_cast<std::size_t>(m_layout.area[static_cast<std::size_t>(peak)])];
@@ -124,7 +133,7 @@ void FitProblem::differentiatePeak(int peak)
     double* const scratch = m_peakColumns.data();
     const PeakColumns columns { nullptr, scratch, { scratch + bins(), scratch + 2 * bins(), scratch + 3 * bins() } };
     if (m_evaluation == BinEvaluation::Integral)
-        integratePeak(m_model.shape, m_edges, centre, widths.data(), columns, m_scratch);
+        integratePeak(m_model.shape, m_edges, centre, widths.data(), columns, m_scratch[k]);
     else
         samplePeak(m_model.shape, m_edges, centre, widths.data(), columns);
     double* const byArea = writableColumn(m_layout.area[k]);

@@ -44,7 +44,7 @@ public:
     const FitLayout& layout() const { return m_layout; }
     BinEvaluation evaluation() const { return m_evaluation; }
 
-    /// Model contents at the parameters p. Valid until the next call.
+    /// Model contents at the parameters p. Valid until the next call; free of charge for the same parameters again.
     std::span<const double> evaluate(const double* p);
     /// Model contents of the last evaluate().
     std::span<const double> values() const { return m_values; }
@@ -79,7 +79,9 @@ private:
     std::vector<double> m_columns; ///< derivatives, bin by bin for each parameter
     std::vector<double> m_unit; ///< contents of each peak for unit area
     std::vector<double> m_peakColumns; ///< scratch: derivatives of one peak of unit area
-    PeakScratch m_scratch;
+    std::vector<PeakScratch> m_scratch; ///< of each peak
+    bool m_isEvaluated = false; ///< m_values are those of m_p
+    bool m_isDifferentiated = false; ///< and m_columns
 };
 
 /// The background's density at u from the middle of the range.

@@ -31,7 +31,7 @@ BinTerm cashTerm(double y, double m)
         return { none, none };
     const double r = std::copysign(std::sqrt(2.0 * halfDeviance(y, m)), m - y);
     // At m = y both numerator and denominator of (1 - y/m)/r vanish.
-    const double slope = std::fabs(m - y) < 1e-6 * y ? 1.0 / std::sqrt(m) : (1.0 - y / m) / r;
+    const double slope = std::fabs(m - y) < 1e-6 * y ? 1.0 / std::sqrt(m) : (m - y) / (m * r);
     return { r, slope };
 }
 
@@ -158,6 +158,28 @@ int FitSolver::residuals(int, int, double* x, double* fvec, double** dvec, void*
     return static_cast<FitSolver*>(self)->writeResiduals(x, fvec, dvec);
 }
 
+// The statistic is chosen outside of the loop: of the commonest one the bins then overlap in the processor.
+void FitSolver::writeTerms(std::span<const double> model, double* fvec)
+{
+    const std::span<const double> y = m_problem.contents();
+    const std::span<const double> variance = m_problem.variances();
+    double sum = 0.0;
+    const auto run = [&](auto termOf) {
+        for (std::size_t i = 0; i < model.size(); ++i) {
+            const BinTerm term = termOf(i);
+            fvec[i] = term.residual;
+            m_slopes[i] = term.slope;
+            sum += term.residual * term.residual;
+        }
+    };
+    const bool has = !variance.empty();
+    if (m_statistic == FitStatistic::Cash)
+        run([&](std::size_t i) { return model[i] >= 0.0 ? cashTerm(y[i], model[i]) : BinTerm { none, none }; });
+    else
+        run([&](std::size_t i) { return binTerm(m_statistic, y[i], has ? variance[i] : y[i], model[i], has); });
+    m_lastValue = sum;
+}
+
 int FitSolver::writeResiduals(const double* variables, double* fvec, double** dvec)
 {
     const std::size_t n = m_map.variables.size();
@@ -165,17 +187,11 @@ int FitSolver::writeResiduals(const double* variables, double* fvec, double** dv
     if (!dvec || !std::equal(m_last.begin(), m_last.end(), variables, variables + n)) {
         const std::span<const double> model = m_problem.evaluate(parametersAt(variables).data());
         m_last.assign(variables, variables + n);
-        const std::span<const double> y = m_problem.contents();
-        const std::span<const double> variance = m_problem.variances();
-        for (std::size_t i = 0; i < model.size(); ++i) {
-            const bool has = !variance.empty();
-            const BinTerm term = binTerm(m_statistic, y[i], has ? variance[i] : y[i], model[i], has);
-            fvec[i] = term.residual;
-            m_slopes[i] = term.slope;
-        }
+        writeTerms(model, fvec);
     }
     if (!dvec)
         return 0;
+    m_problem.evaluate(parametersAt(variables).data()); // another solver may have moved the problem
     m_problem.differentiate();
     for (std::size_t j = 0; j < n; ++j) {
         if (dvec[j])
@@ -194,13 +210,11 @@ int FitSolver::writeResiduals(const double* variables, double* fvec, double** dv
 
 double FitSolver::valueAt(const std::vector<double>& variables)
 {
-    std::vector<double> residuals(m_problem.bins());
-    m_last.clear();
-    writeResiduals(variables.data(), residuals.data(), nullptr);
-    double sum = 0.0;
-    for (const double r : residuals)
-        sum += r * r;
-    return sum;
+    if (m_last != variables) {
+        m_residuals.resize(m_problem.bins());
+        writeResiduals(variables.data(), m_residuals.data(), nullptr);
+    }
+    return m_lastValue;
 }
 
 Information FitSolver::informationAt(const std::vector<double>& variables)
@@ -208,6 +222,7 @@ Information FitSolver::informationAt(const std::vector<double>& variables)
     const std::size_t n = m_map.variables.size();
     Information result;
     result.value = valueAt(variables);
+    m_problem.evaluate(parametersAt(variables.data()).data()); // another solver may have moved the problem
     result.matrix.assign(n * n, 0.0);
     result.gradient.assign(n, 0.0);
     const std::vector<double> columns = jacobian();
@@ -240,17 +255,14 @@ Information FitSolver::informationAt(const std::vector<double>& variables)
         forces[i] = force;
     }
     const std::size_t bins = y.size();
+    std::vector<double> weighted(bins);
     for (std::size_t j = 0; j < n; ++j) {
         const double* const cj = columns.data() + j * bins;
+        result.gradient[j] = dot(forces.data(), cj, bins);
         for (std::size_t i = 0; i < bins; ++i)
-            result.gradient[j] += forces[i] * cj[i];
-        for (std::size_t k = 0; k <= j; ++k) {
-            const double* const ck = columns.data() + k * bins;
-            double sum = 0.0;
-            for (std::size_t i = 0; i < bins; ++i)
-                sum += weights[i] * cj[i] * ck[i];
-            result.matrix[j * n + k] = result.matrix[k * n + j] = sum;
-        }
+            weighted[i] = weights[i] * cj[i];
+        for (std::size_t k = 0; k <= j; ++k)
+            result.matrix[j * n + k] = result.matrix[k * n + j] = dot(weighted.data(), columns.data() + k * bins, bins);
     }
     return result;
 }
@@ -358,7 +370,6 @@ Minimum FitSolver::minimise(std::vector<double> start, const std::vector<char>& 
     }
     minimum.variables = std::move(start);
     minimum.value = valueAt(minimum.variables);
-    m_last.clear();
     if (!std::isfinite(minimum.value))
         return minimum;
     minimum.converged = true;

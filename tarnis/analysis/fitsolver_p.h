@@ -74,6 +74,7 @@ public:
 private:
     static int residuals(int m, int n, double* x, double* fvec, double** dvec, void* self);
     int writeResiduals(const double* variables, double* fvec, double** dvec);
+    void writeTerms(std::span<const double> model, double* fvec);
     const std::vector<double>& parametersAt(const double* variables);
     void polish(Minimum& minimum, const std::vector<char>& held);
 
@@ -83,7 +84,9 @@ private:
     int m_maxIterations;
     std::vector<double> m_p;
     std::vector<double> m_last; ///< variables of the last model, whose derivatives the solver requests next
+    double m_lastValue = 0.0; ///< the statistic there
     std::vector<double> m_slopes;
+    std::vector<double> m_residuals; ///< scratch of valueAt()
 };
 
 /// Solves the symmetric positive definite system a x = b for the variables that are not held; false if it is singular.

@@ -48,14 +48,30 @@ void integrateByPoints(
     }
 }
 
-void integrateGaussianValues(
-    std::span<const double> edges, double centre, double inverse, double* values, PeakScratch& scratch)
+// Derivatives are requested after the values and at the same parameters: one exponential for each edge serves both.
+void fillDensity(std::span<const double> edges, double centre, double sigma, PeakScratch& scratch)
 {
-    scratch.tail.resize(edges.size());
+    if (scratch.density.size() == edges.size() && scratch.centre == centre && scratch.sigma == sigma)
+        return;
+    scratch.density.resize(edges.size());
+    scratch.centre = centre;
+    scratch.sigma = sigma;
+    const double inverse = 1.0 / sigma;
     for (std::size_t i = 0; i < edges.size(); ++i) {
         const double z = (edges[i] - centre) * inverse;
-        const double tail = 0.5 * std::erfc(std::fabs(z) / sqrtTwo);
-        scratch.tail[i] = z < 0.0 ? tail : -tail;
+        scratch.density[i] = std::exp(-0.5 * z * z);
+    }
+}
+
+void integrateGaussianValues(
+    std::span<const double> edges, double centre, double sigma, double* values, PeakScratch& scratch)
+{
+    const double inverse = 1.0 / (sigma * sqrtTwo);
+    scratch.tail.resize(edges.size());
+    for (std::size_t i = 0; i < edges.size(); ++i) {
+        const double a = (edges[i] - centre) * inverse;
+        const double tail = 0.5 * scratch.density[i] * scaledErfc(std::fabs(a));
+        scratch.tail[i] = a < 0.0 ? tail : -tail;
     }
     for (std::size_t i = 0; i + 1 < edges.size(); ++i) {
         const double step = edges[i] < centre && edges[i + 1] >= centre ? 1.0 : 0.0;
@@ -63,24 +79,20 @@ void integrateGaussianValues(
     }
 }
 
-// The most common shape costs one error function per edge, and with derivatives one more exponential.
 void integrateGaussian(
     std::span<const double> edges, double centre, double sigma, const PeakColumns& columns, PeakScratch& scratch)
 {
     const std::size_t bins = edges.size() - 1;
     const double inverse = 1.0 / sigma;
+    fillDensity(edges, centre, sigma, scratch);
     if (columns.value)
-        integrateGaussianValues(edges, centre, inverse, columns.value, scratch);
+        integrateGaussianValues(edges, centre, sigma, columns.value, scratch);
     if (!columns.byCentre)
         return;
-    scratch.density.resize(edges.size());
-    for (std::size_t i = 0; i <= bins; ++i) {
-        const double z = (edges[i] - centre) * inverse;
-        scratch.density[i] = std::exp(-0.5 * z * z) * inverse / sqrtTwoPi;
-    }
+    const double height = inverse / sqrtTwoPi;
     for (std::size_t i = 0; i < bins; ++i) {
-        const double low = scratch.density[i];
-        const double high = scratch.density[i + 1];
+        const double low = height * scratch.density[i];
+        const double high = height * scratch.density[i + 1];
         columns.byCentre[i] = low - high;
         columns.byWidth[0][i] = (low * (edges[i] - centre) - high * (edges[i + 1] - centre)) * inverse;
     }

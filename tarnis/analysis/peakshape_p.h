@@ -23,10 +23,13 @@ struct PeakColumns {
     std::array<double*, maxWidthParameters> byWidth;
 };
 
-/// Scratch of fillPeak(), kept between calls.
+/// Scratch of integratePeak(), kept between calls for one peak over the same edges. What a Gaussian's contents and
+/// their derivatives share is computed once.
 struct PeakScratch {
     std::vector<double> tail;
-    std::vector<double> density;
+    std::vector<double> density; ///< times sigma sqrt(2 pi), at each edge, of the centre and the sigma below
+    double centre = 0.0;
+    double sigma = 0.0;
 };
 
 /// Integrals over the bins between neighbouring edges.

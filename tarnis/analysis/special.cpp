@@ -5,6 +5,7 @@
 #include <array>
 #include <cmath>
 #include <limits>
+#include <optional>
 
 namespace tarnis::analysis {
 
@@ -159,12 +160,40 @@ DevianceMoments momentsBySum(double m, const CountTable& table)
     return sum;
 }
 
-} // namespace
+// Coefficients of Cody's approximations, the highest power first.
+constexpr std::array smallNumerator { 1.85777706184603153e-1, 3.16112374387056560e0, 1.13864154151050156e2,
+    3.77485237685302021e2, 3.20937758913846947e3 };
+constexpr std::array smallDenominator { 1.0, 2.36012909523441209e1, 2.44024637934444173e2, 1.28261652607737228e3,
+    2.84423683343917062e3 };
+constexpr std::array middleNumerator { 2.15311535474403846e-8, 5.64188496988670089e-1, 8.88314979438837594e0,
+    6.61191906371416295e1, 2.98635138197400131e2, 8.81952221241769090e2, 1.71204761263407058e3, 2.05107837782607147e3,
+    1.23033935479799725e3 };
+constexpr std::array middleDenominator { 1.0, 1.57449261107098347e1, 1.17693950891312499e2, 5.37181101862009858e2,
+    1.62138957456669019e3, 3.29079923573345963e3, 4.36261909014324716e3, 3.43936767414372164e3, 1.23033935480374942e3 };
+constexpr std::array farNumerator { 1.63153871373020978e-2, 3.05326634961232344e-1, 3.60344899949804439e-1,
+    1.25781726111229246e-1, 1.60837851487422766e-2, 6.58749161529837803e-4 };
+constexpr std::array farDenominator { 1.0, 2.56852019228982242e0, 1.87295284992346725e0, 5.27905102951428412e-1,
+    6.05183413124413191e-2, 2.33520497626869185e-3 };
 
-double normalDensity(double z)
+template <std::size_t n>
+double quotient(const std::array<double, n>& numerator, const std::array<double, n>& denominator, double x)
 {
-    return std::exp(-0.5 * z * z) / sqrtTwoPi;
+    double above = numerator[0];
+    double below = denominator[0];
+    for (std::size_t i = 1; i < n; ++i) {
+        above = above * x + numerator[i];
+        below = below * x + denominator[i];
+    }
+    return above / below;
 }
+
+// erf(a) for a up to 0.46875.
+double smallErf(double a)
+{
+    return a * quotient(smallNumerator, smallDenominator, a * a);
+}
+
+} // namespace
 
 double normalDistribution(double z)
 {
@@ -184,28 +213,33 @@ double normalQuantile(double p)
     return p < 0.5 ? z : -z;
 }
 
+// Rational Chebyshev approximations of W. J. Cody, Math. Comp. 23 (1969) 631.
 double scaledErfc(double a)
 {
-    if (a < 10.0)
+    if (a < 0.0)
         return std::exp(a * a) * std::erfc(a);
-    const double x = 1.0 / (2.0 * a * a);
-    double sum = 1.0;
-    for (int n = 12; n > 0; --n)
-        sum = 1.0 - (2.0 * n - 1.0) * x * sum;
-    return sum / (a * std::sqrt(pi));
+    if (a <= 0.46875)
+        return std::exp(a * a) * (1.0 - smallErf(a));
+    if (a > 4.0) {
+        const double y = 1.0 / (a * a);
+        return (1.0 / std::sqrt(pi) - y * quotient(farNumerator, farDenominator, y)) / a;
+    }
+    return quotient(middleNumerator, middleDenominator, a);
 }
 
-double halfDeviance(double y, double m)
+double dot(const double* a, const double* b, std::size_t n)
 {
-    if (y <= 0.0)
-        return m;
-    const double q = (m - y) / y;
-    if (std::fabs(q) >= 0.01)
-        return y * (q - std::log1p(q));
-    // The difference of q and log1p(q) cancels near q = 0; the series does not.
-    return y * q * q
-        * (1.0 / 2
-            + q * (-1.0 / 3 + q * (1.0 / 4 + q * (-1.0 / 5 + q * (1.0 / 6 + q * (-1.0 / 7 + q * (1.0 / 8 - q / 9)))))));
+    std::array<double, 4> sums {};
+    std::size_t i = 0;
+    for (; i + 4 <= n; i += 4) {
+        sums[0] += a[i] * b[i];
+        sums[1] += a[i + 1] * b[i + 1];
+        sums[2] += a[i + 2] * b[i + 2];
+        sums[3] += a[i + 3] * b[i + 3];
+    }
+    for (; i < n; ++i)
+        sums[0] += a[i] * b[i];
+    return (sums[0] + sums[1]) + (sums[2] + sums[3]);
 }
 
 double poissonProbability(double y, double m)
@@ -269,12 +303,14 @@ double binomialUpperTail(double k, double n, double p)
 
 DevianceMoments sumOfDevianceMoments(std::span<const double> means)
 {
-    const CountTable table;
+    std::optional<CountTable> table;
     DevianceMoments sum;
     for (const double m : means) {
         if (!(m > 0.0))
             continue;
-        const DevianceMoments one = m < seriesFrom ? momentsBySum(m, table) : momentsBySeries(m);
+        if (m < seriesFrom && !table)
+            table.emplace();
+        const DevianceMoments one = m < seriesFrom ? momentsBySum(m, *table) : momentsBySeries(m);
         sum.mean += one.mean;
         sum.variance += one.variance;
     }

@@ -1,7 +1,9 @@
 // Special functions of the fits and the tests of counts. Pure, re-entrant.
 #pragma once
 
+#include <cmath>
 #include <complex>
+#include <cstddef>
 #include <span>
 
 namespace tarnis::analysis {
@@ -15,13 +17,18 @@ inline constexpr double fwhmPerSigma = 2.35482004503094938202;
 inline constexpr double fwtmPerSigma = 4.29193205257869376437;
 
 /// Standard normal density.
-double normalDensity(double z);
+inline double normalDensity(double z)
+{
+    return std::exp(-0.5 * z * z) / sqrtTwoPi;
+}
 /// Standard normal distribution, accurate in the lower tail.
 double normalDistribution(double z);
 /// Quantile of the standard normal distribution, 0 < p < 1.
 double normalQuantile(double p);
-/// exp(a^2) erfc(a). Overflows to infinity below about -26.
+/// exp(a^2) erfc(a), to about 1e-15. Overflows to infinity below about -26.
 double scaledErfc(double a);
+/// Sum of the products a[i] b[i]. In four sums, as one would wait for each addition.
+double dot(const double* a, const double* b, std::size_t n);
 /// A function of a complex argument with its first and second derivative.
 struct FaddeevaValues {
     std::complex<double> value;
@@ -32,7 +39,18 @@ struct FaddeevaValues {
 FaddeevaValues faddeeva(std::complex<double> u);
 
 /// m - y + y ln(y/m) for y >= 0, m > 0: half the Poisson deviance. Accurate to rounding also near m = y.
-double halfDeviance(double y, double m);
+inline double halfDeviance(double y, double m)
+{
+    if (y <= 0.0)
+        return m;
+    const double q = (m - y) / y;
+    if (std::fabs(q) >= 0.01)
+        return y * (q - std::log1p(q));
+    // The difference of q and log1p(q) cancels near q = 0; the series does not.
+    return y * q * q
+        * (1.0 / 2
+            + q * (-1.0 / 3 + q * (1.0 / 4 + q * (-1.0 / 5 + q * (1.0 / 6 + q * (-1.0 / 7 + q * (1.0 / 8 - q / 9)))))));
+}
 /// Probability of y counts at mean m; y >= 0 need not be an integer.
 double poissonProbability(double y, double m);
 /// Regularised lower incomplete gamma function P(a, x), a > 0.
