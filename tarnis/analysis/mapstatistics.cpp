@@ -232,6 +232,20 @@ void addTests(MapRegionStatistics& result)
     result.significant = result.excessProbability < 0.05;
 }
 
+// The errors above are those of counts.
+void removeErrors(MapRegionStatistics& result)
+{
+    for (double* const error : { &result.sumError, &result.meanError, &result.rateError, &result.netRateError,
+             &result.flat.backgroundError, &result.flat.netError, &result.plane.backgroundError, &result.plane.netError,
+             &result.chosen.backgroundError, &result.chosen.netError })
+        *error = noNumber;
+    result.centroidError.fill(noNumber);
+    result.netCentroidError.fill(noNumber);
+    const QString reason =
+        sentence(QT_TRANSLATE_NOOP("tarnis::MapRegion", "The contents are not counts: their errors are unknown."));
+    result.note = result.note.isEmpty() ? reason : result.note + u' ' + reason;
+}
+
 } // namespace
 
 MapRegionStatistics mapRegionStatistics(
@@ -256,6 +270,7 @@ MapRegionStatistics mapRegionStatistics(
     std::vector<double> contents;
     for (const Bin& bin : bins.region)
         contents.push_back(bin.content);
+    const bool hasErrors = map.areCounts && faultOfCounts(contents).isEmpty();
     bins.frame = frameOf(map, region, std::max(0, options.frame), bins, others, result.frameClipped);
     for (const Bin& bin : bins.frame)
         contents.push_back(bin.content);
@@ -289,6 +304,8 @@ MapRegionStatistics mapRegionStatistics(
         result.netRate = result.chosen.net / options.liveTime;
         result.netRateError = result.chosen.netError / options.liveTime;
     }
+    if (!hasErrors)
+        removeErrors(result);
     return result;
 }
 

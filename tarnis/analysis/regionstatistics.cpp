@@ -41,11 +41,12 @@ struct Region {
     double origin;
     std::vector<Cell> cells;
     bool exact; ///< contents are counts and bins are not split
+    bool hasVariances; ///< contents are counts or have variances of their own
 };
 
 Region collect(const BinnedData& data, RegionStatistics& result, const RegionOptions& options)
 {
-    Region region { data, options, data.centre(result.first), {}, false };
+    Region region { data, options, data.centre(result.first), {}, false, true };
     region.cells.reserve(result.last - result.first + 1);
     for (std::size_t i = result.first; i <= result.last; ++i) {
         double part = 1.0;
@@ -61,9 +62,15 @@ Region collect(const BinnedData& data, RegionStatistics& result, const RegionOpt
     const std::size_t sides = static_cast<std::size_t>(std::max(0, options.sideBins));
     const std::size_t from = result.first - std::min(sides, result.first);
     const std::size_t to = std::min(data.size() - 1, result.last + sides);
-    const bool whole = result.bins == static_cast<double>(region.cells.size());
-    region.exact =
-        whole && data.variances.empty() && faultOfCounts(data.contents.subspan(from, to - from + 1)).isEmpty();
+    const bool counts = faultOfCounts(data.contents.subspan(from, to - from + 1)).isEmpty();
+    const auto own = data.contents.subspan(result.first, region.cells.size());
+    const auto sidesAreFinite = [&] {
+        return std::all_of(data.contents.begin() + static_cast<std::ptrdiff_t>(from),
+            data.contents.begin() + static_cast<std::ptrdiff_t>(to) + 1, [](double y) { return std::isfinite(y); });
+    };
+    // A side that is not finite only takes the net area away.
+    region.hasVariances = counts || !data.variances.empty() || (faultOfCounts(own).isEmpty() && !sidesAreFinite());
+    region.exact = counts && data.variances.empty() && result.bins == static_cast<double>(region.cells.size());
     return region;
 }
 
@@ -255,24 +262,34 @@ void addNetMoments(const Region& region, const Sides& sides, RegionStatistics& r
     const double variance = second / net;
     // Each quantity is a weighted sum of the contents of the region and, through the background line, of the side
     // groups.
-    const auto errorOf = [&](auto weight) {
+    struct Weighted {
         double own = 0.0;
         double left = 0.0;
         double right = 0.0;
-        for (const Cell& cell : region.cells) {
-            const double w = weight(cell.x - centroid);
-            own += w * w * cell.variance;
-            left += w * cell.part * cell.width * (1.0 - cell.t);
-            right += w * cell.part * cell.width * cell.t;
+        void add(double weight, double contentVariance, double leftWidth, double rightWidth)
+        {
+            own += weight * weight * contentVariance;
+            left += weight * leftWidth;
+            right += weight * rightWidth;
         }
-        const double sum =
-            own + left * left * densityVariance(sides.left) + right * right * densityVariance(sides.right);
+    };
+    Weighted ofCentroid;
+    Weighted ofVariance;
+    for (const Cell& cell : region.cells) {
+        const double d = cell.x - centroid;
+        const double width = cell.part * cell.width;
+        ofCentroid.add(d, cell.variance, width * (1.0 - cell.t), width * cell.t);
+        ofVariance.add(d * d - variance, cell.variance, width * (1.0 - cell.t), width * cell.t);
+    }
+    const auto errorOf = [&](const Weighted& sums) {
+        const double sum = sums.own + square(sums.left) * densityVariance(sides.left)
+            + square(sums.right) * densityVariance(sides.right);
         return std::sqrt(std::max(0.0, sum)) / net;
     };
     result.netCentroid = region.origin + centroid;
-    result.netCentroidError = errorOf([](double d) { return d; });
+    result.netCentroidError = errorOf(ofCentroid);
     result.netVariance = variance;
-    result.netVarianceError = errorOf([variance](double d) { return d * d - variance; });
+    result.netVarianceError = errorOf(ofVariance);
 }
 
 void addWidths(const Region& region, RegionStatistics& result)
@@ -297,6 +314,43 @@ void addWidths(const Region& region, RegionStatistics& result)
     result.fwtm = analysis::interpolatedWidth(x, net, top, 0.1, region.origin, trusted);
 }
 
+// Contents that are neither counts nor have variances: their errors are unknown.
+void removeErrors(RegionStatistics& result)
+{
+    for (double* const error : { &result.sumError, &result.meanError, &result.maximumError, &result.centroidError,
+             &result.varianceError, &result.backgroundError, &result.netError, &result.netCentroidError,
+             &result.netVarianceError, &result.rateError, &result.netRateError })
+        *error = noNumber;
+    const QString reason = sentence(QT_TRANSLATE_NOOP(
+        "tarnis::RegionStatistics", "The contents are not counts and have no variances: their errors are unknown."));
+    result.note = result.note.isEmpty() ? reason : result.note + u' ' + reason;
+}
+
+void addNumbers(Region& region, RegionStatistics& result)
+{
+    addSum(region, result);
+    addMaximum(region, result);
+    addMoments(region, result);
+    const Sides sides = addSides(region, result);
+    if (sides.left.bins == 0 && sides.right.bins == 0) {
+        result.note = sentence(QT_TRANSLATE_NOOP(
+            "tarnis::RegionStatistics", "There are no bins next to the region: no background and no net area."));
+        return;
+    }
+    if (!std::isfinite(sides.left.sum) || !std::isfinite(sides.right.sum)) {
+        result.note = sentence(QT_TRANSLATE_NOOP("tarnis::RegionStatistics",
+            "A bin next to the region is not a finite number: no background and no net area."));
+        return;
+    }
+    result.hasNet = true;
+    if (sides.left.bins == 0 || sides.right.bins == 0)
+        result.note = sentence(QT_TRANSLATE_NOOP(
+            "tarnis::RegionStatistics", "One side is missing at the end of the axis: the background is flat."));
+    addNet(region, sides, result);
+    addNetMoments(region, sides, result);
+    addWidths(region, result);
+}
+
 RegionStatistics evaluate(const BinnedData& data, RegionStatistics result, const RegionOptions& options)
 {
     for (std::size_t i = result.first; i <= result.last; ++i) {
@@ -312,27 +366,9 @@ RegionStatistics evaluate(const BinnedData& data, RegionStatistics result, const
         result.fault = sentence(QT_TRANSLATE_NOOP("tarnis::RegionStatistics", "The region covers no part of a bin."));
         return result;
     }
-    addSum(region, result);
-    addMaximum(region, result);
-    addMoments(region, result);
-    const Sides sides = addSides(region, result);
-    if (sides.left.bins == 0 && sides.right.bins == 0) {
-        result.note = sentence(QT_TRANSLATE_NOOP(
-            "tarnis::RegionStatistics", "There are no bins next to the region: no background and no net area."));
-        return result;
-    }
-    if (!std::isfinite(sides.left.sum) || !std::isfinite(sides.right.sum)) {
-        result.note = sentence(QT_TRANSLATE_NOOP("tarnis::RegionStatistics",
-            "A bin next to the region is not a finite number: no background and no net area."));
-        return result;
-    }
-    result.hasNet = true;
-    if (sides.left.bins == 0 || sides.right.bins == 0)
-        result.note = sentence(QT_TRANSLATE_NOOP(
-            "tarnis::RegionStatistics", "One side is missing at the end of the axis: the background is flat."));
-    addNet(region, sides, result);
-    addNetMoments(region, sides, result);
-    addWidths(region, result);
+    addNumbers(region, result);
+    if (!region.hasVariances)
+        removeErrors(result);
     return result;
 }
 

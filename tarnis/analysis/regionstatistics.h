@@ -50,7 +50,8 @@ struct TARNIS_EXPORT RegionStatistics {
     double bins = 0.0; ///< number of bins; with partial bins the sum of the fractions
 
     /// @{ Gross quantities of the contents y: sum, mean content, largest content (largest density for unequal bins) and
-    /// the centre of the first bin that has it, with standard errors.
+    /// the centre of the first bin that has it, with standard errors. Contents that are neither counts nor have
+    /// variances have no errors.
     double sum = noNumber;
     double sumError = noNumber;
     CountInterval sumInterval { noNumber, noNumber }; ///< exact central 68.27 % interval; show it below 10 counts

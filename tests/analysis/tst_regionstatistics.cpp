@@ -112,6 +112,8 @@ private slots:
     void handlesUnequalBins();
     void refusesBadInput();
     void givesNoTestsForContentsThatAreNoCounts();
+    void givesNoErrorsForContentsWithoutVariances_data();
+    void givesNoErrorsForContentsWithoutVariances();
 };
 
 void TestRegionStatistics::findsTheReference_data()
@@ -279,6 +281,26 @@ void TestRegionStatistics::givesNoTestsForContentsThatAreNoCounts()
     QVERIFY(std::isnan(found.excessProbability));
     QVERIFY(std::isnan(found.criticalLevel));
     QVERIFY(std::isnan(found.sumInterval.upper));
+}
+
+void TestRegionStatistics::givesNoErrorsForContentsWithoutVariances_data()
+{
+    QTest::addColumn<double>("content");
+    QTest::newRow("scaled") << 8.5;
+    QTest::newRow("subtracted") << -2.0;
+}
+
+void TestRegionStatistics::givesNoErrorsForContentsWithoutVariances()
+{
+    QFETCH(double, content);
+    const std::vector<double> contents { 1, 1, 1, content, 9, 1, 1, 1 };
+    const RegionStatistics found = regionStatisticsOfBins(over(contents), 3, 4);
+    QCOMPARE(found.sum, content + 9.0);
+    QVERIFY(!std::isnan(found.net));
+    for (const double error : { found.sumError, found.meanError, found.maximumError, found.centroidError,
+             found.netError, found.backgroundError, found.netCentroidError })
+        QVERIFY(std::isnan(error));
+    QVERIFY(!found.note.isEmpty());
 }
 
 QTEST_APPLESS_MAIN(TestRegionStatistics)
