@@ -26,6 +26,10 @@ constexpr double largestGoodness = 4.0;
 constexpr double largestPeak = 4.0;
 constexpr double largestBend = 4.0;
 constexpr double largestShape = 3.5;
+// Of data of the right shape, another one is better by a factor k in likelihood with a probability below 1/k: here e^6.
+constexpr double otherShapeBetter = 12.0;
+// Where the tests of the shape find less than this, the other shape is not tried.
+constexpr double suspiciousShape = 2.5;
 
 class Verdict {
 public:
@@ -49,6 +53,7 @@ private:
     void judgeExcess(int peak);
     void judgeGoodness();
     void judgeResiduals();
+    void judgeOtherShape();
 
     FitProblem& m_problem;
     const FitLayout& m_layout;
@@ -204,10 +209,37 @@ void Verdict::judgeResiduals()
             QT_TRANSLATE_NOOP("tarnis::SpectrumFit", "The shape of the peak at %1 is wrong by %2 standard deviations."))
                     .arg(found.shape.place, 0, 'f', 1)
                     .arg(std::fabs(found.shape.significance), 0, 'f', 1));
+    else if (std::fabs(found.shape.significance) > suspiciousShape)
+        judgeOtherShape();
     if (std::fabs(found.background.significance) > largestBend)
         against(sentence(QT_TRANSLATE_NOOP(
                              "tarnis::SpectrumFit", "The background is bent or has a step, by %1 standard deviations."))
                     .arg(std::fabs(found.background.significance), 0, 'f', 1));
+}
+
+// A score test sees the first step from a Gaussian to a Lorentzian only. The whole way can lower the statistic by more.
+void Verdict::judgeOtherShape()
+{
+    const FitModel& own = m_problem.model();
+    if (own.shape != PeakShape::Gaussian || m_result.options.statistic != FitStatistic::Cash)
+        return;
+    FitModel model = own;
+    model.shape = PeakShape::Lorentzian;
+    model.centres.clear();
+    for (const FittedPeak& peak : m_result.peaks)
+        model.centres.push_back(peak.centre);
+    FitOptions options = m_result.options;
+    options.profileErrors = false;
+    options.profileWeakAreas = false;
+    BinnedData data;
+    data.contents = m_problem.contents();
+    data.edges = m_problem.edges();
+    const FitResult other = fitSpectrum(data, 0, static_cast<std::ptrdiff_t>(data.size()) - 1, model, options);
+    if (other.status == FitStatus::Refused || !(m_result.value - other.value > otherShapeBetter))
+        return;
+    against(sentence(QT_TRANSLATE_NOOP("tarnis::SpectrumFit",
+                         "A Lorentzian fits better: its statistic is lower by %1. The shape is wrong."))
+                .arg(m_result.value - other.value, 0, 'f', 1));
 }
 
 void Verdict::judge()

@@ -2032,6 +2032,10 @@ Gezeigt ist das Ergebnis von %2.</translation>
         <source>The frame is not whole: the background is a plane fitted to it.</source>
         <translation>Der Rahmen ist nicht vollständig: Der Untergrund ist eine daran angepasste Ebene.</translation>
     </message>
+    <message>
+        <source>The contents are not counts: their errors are unknown.</source>
+        <translation>Die Inhalte sind keine Zählungen: Ihre Fehler sind unbekannt.</translation>
+    </message>
 </context>
 <context>
     <name>tarnis::MessageLabel</name>
@@ -2699,6 +2703,10 @@ Gezeigt ist das Ergebnis von %2.</translation>
         <source>The region holds no bin of the axis. Choose limits on the axis.</source>
         <translation>Der Bereich enthält keinen Bin der Achse. Wählen Sie Grenzen auf der Achse.</translation>
     </message>
+    <message>
+        <source>The contents are not counts and have no variances: their errors are unknown.</source>
+        <translation>Die Inhalte sind keine Zählungen und haben keine Varianzen: Ihre Fehler sind unbekannt.</translation>
+    </message>
 </context>
 <context>
     <name>tarnis::RegionTable</name>
@@ -3150,6 +3158,10 @@ Gezeigt ist das Ergebnis von %2.</translation>
     <message>
         <source>The background is bent or has a step, by %1 standard deviations.</source>
         <translation>Der Untergrund ist gebogen oder hat eine Stufe, um %1 Standardabweichungen.</translation>
+    </message>
+    <message>
+        <source>A Lorentzian fits better: its statistic is lower by %1. The shape is wrong.</source>
+        <translation>Eine Lorentzkurve passt besser: Ihre Statistik ist um %1 kleiner. Die Form ist falsch.</translation>
     </message>
 </context>
 <context>
