@@ -2,6 +2,7 @@
 #pragma once
 
 #include "support/scriptedserver.h"
+#include "support/wait.h"
 
 #include <tarnis/server/tarnissession.h>
 
@@ -38,7 +39,6 @@ struct Answer {
 };
 
 class SessionClient : public QObject {
-    Q_OBJECT
 public:
     explicit SessionClient(const ScriptedServer& server, const QByteArray* prompt = nullptr)
         : SessionClient(ScriptedServer::host(), server.port(), prompt ? prompt : server.prompt())
