@@ -6,6 +6,7 @@
 
 #include "support/scriptedserver.h"
 #include "support/serverfaults.h"
+#include "support/wait.h"
 
 #include <tarnis/live/livemap.h>
 

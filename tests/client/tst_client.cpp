@@ -1,5 +1,6 @@
 // The asynchronous client: states, futures, limits, recovery.
 #include "support/scriptedserver.h"
+#include "support/wait.h"
 
 #include <tarnis/client/client.h>
 

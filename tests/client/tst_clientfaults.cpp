@@ -2,6 +2,7 @@
 // time, memory is bounded, and the next request is answered after the end of the fault.
 #include "support/scriptedserver.h"
 #include "support/serverfaults.h"
+#include "support/wait.h"
 
 #include <tarnis/client/histogrampoller.h>
 #include <tarnis/client/server.h>
@@ -66,7 +67,7 @@ private:
     }
     static ServerStep endOf(const QFuture<ServerStep>& step)
     {
-        if (!eventually([&] { return step.isFinished(); }, 60000) || step.resultCount() != 1) {
+        if (!eventually([&] { return step.isFinished(); }) || step.resultCount() != 1) {
             QTest::qFail("the step has not ended", __FILE__, __LINE__);
             return {};
         }
@@ -112,7 +113,7 @@ private Q_SLOTS:
                 HistogramReply::parse(reply.data, reply.binaryText, format);
             });
         }
-        QVERIFY(eventually([&] { return ends == futures.size(); }, 60000));
+        QVERIFY(eventually([&] { return ends == futures.size(); }));
         for (const QFuture<Reply>& future : futures) {
             QVERIFY(future.isFinished());
             QCOMPARE(future.resultCount(), 1);

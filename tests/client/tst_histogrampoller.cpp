@@ -1,5 +1,6 @@
 // Polling a histogram: results, failures, age, sharing.
 #include "support/scriptedserver.h"
+#include "support/wait.h"
 
 #include <tarnis/client/histogrampoller.h>
 

@@ -1,6 +1,7 @@
 // A local or remote server with its clients: steps, losses, states.
 #include "support/fakeserver.h"
 #include "support/scriptedserver.h"
+#include "support/wait.h"
 
 #include <tarnis/client/server.h>
 

@@ -1,6 +1,7 @@
 // A local server program: its start, its port, all ways of ending.
 #include "support/fakeserver.h"
 #include "support/scriptedserver.h"
+#include "support/wait.h"
 
 #include <tarnis/client/serverprocess.h>
 

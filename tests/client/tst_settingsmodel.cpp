@@ -1,5 +1,6 @@
 // The table of settings: sent, rejected and kept values.
 #include "support/scriptedserver.h"
+#include "support/wait.h"
 
 #include <tarnis/client/settingsmodel.h>
 

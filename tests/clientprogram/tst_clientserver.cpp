@@ -2,6 +2,7 @@
 #include "clientprogram.h"
 #include "simserver/simprogram.h"
 #include "support/scriptedserver.h"
+#include "support/wait.h"
 
 #include <tarnis/formats/formats.h>
 #include <tarnis/foundation/files.h>
@@ -216,7 +217,7 @@ private Q_SLOTS:
     void savesCountsWithErrorsAsNexus()
     {
         simtest::Program server({ "--start", "--rate", "100000", "--maxevents", "500" });
-        QTRY_VERIFY_WITH_TIMEOUT(with(server, { "send", "stat" }).output.contains("state: STOPPED"), 30000);
+        TRY_VERIFY(with(server, { "send", "stat" }).output.contains("state: STOPPED"));
         QCOMPARE(with(server, { "hist", "counts", "-o", path("a.h5") }).exitCode, 0);
         const tarnis::DatasetResult file = tarnis::readDataset(path("a.h5"));
         QCOMPARE(file.error, QString());
@@ -238,7 +239,7 @@ private Q_SLOTS:
     void savesAHistogramWithItsAxes()
     {
         simtest::Program server({ "--start", "--rate", "100000", "--maxevents", "2000" });
-        QTRY_VERIFY_WITH_TIMEOUT(with(server, { "send", "stat" }).output.contains("state: STOPPED"), 30000);
+        TRY_VERIFY(with(server, { "send", "stat" }).output.contains("state: STOPPED"));
         for (const char* const name : { "a.csv", "a.npy" }) {
             const Run run = with(server, { "hist", "total", "-o", path(name) });
             QCOMPARE(run.exitCode, 0);

@@ -2,12 +2,13 @@
 #pragma once
 
 #include "command/commandpanel.h"
-#include "console/localprogram.h"
 #include "mainwindow.h"
 #include "notices/alertbar.h"
 #include "server/servercontroller.h"
 #include "server/statuspoller.h"
+#include "support/fakeserver.h"
 #include "support/scriptedserver.h"
+#include "support/wait.h"
 
 #include <QAbstractButton>
 #include <QAction>
@@ -24,14 +25,21 @@
 
 namespace tarnis::testing {
 
-inline constexpr int timeoutMs = 20000;
-
 /// Clicks the button as soon as it is enabled: a disabled one would ignore the click.
 inline void press(QAbstractButton& button)
 {
-    if (!QTest::qWaitFor([&] { return button.isEnabled(); }, timeoutMs))
+    if (!eventually([&] { return button.isEnabled(); }))
         qFatal("%s stays disabled: %s", qPrintable(button.objectName() + button.text()), qPrintable(button.toolTip()));
     QTest::mouseClick(&button, Qt::LeftButton);
+}
+
+/// The part with this name.
+template <typename Object> Object& part(const QObject& window, const char* name)
+{
+    auto* const object = window.findChild<Object*>(QLatin1String(name));
+    if (!object)
+        qFatal("no %s", name);
+    return *object;
 }
 
 /// Answers the message box with this name on the window as soon as it appears.
@@ -43,7 +51,7 @@ inline void answer(const QWidget& window, const char* box, QMessageBox::Standard
         button = question && question->isVisible() ? question->button(choice) : nullptr;
         return button != nullptr;
     };
-    if (!QTest::qWaitFor(isAsked, timeoutMs))
+    if (!eventually(isAsked))
         qFatal("no %s that offers this answer", box);
     press(*button);
 }
@@ -66,12 +74,22 @@ public:
         window->show();
     }
 
+    /// Connected to that server.
+    template <typename Server>
+    explicit ConsoleFixture(const Server& server)
+        : ConsoleFixture()
+    {
+        use(server);
+        if (!reaches(console::ServerState::Up))
+            qFatal("no server");
+    }
+
     // Actions of the user.
     void use(const ScriptedServer& server)
     {
         start({ console::ServerChoice::Kind::Remote, {}, ScriptedServer::host(), server.port() });
     }
-    void use(const LocalProgram& program) { start({ console::ServerChoice::Kind::Local, program.path(), {}, 0 }); }
+    void use(const FakeServer& program) { start({ console::ServerChoice::Kind::Local, program.path(), {}, 0 }); }
     void start(const console::ServerChoice& choice)
     {
         console::Options options;
@@ -91,15 +109,17 @@ public:
     void choose(const char* action) { widget<QAction>(action).trigger(); }
 
     // What is visible to the user.
-    template <typename Object> Object& widget(const char* name)
-    {
-        auto* object = window->findChild<Object*>(QString::fromLatin1(name));
-        if (!object)
-            qFatal("no %s", name);
-        return *object;
-    }
+    template <typename Object> Object& widget(const char* name) { return part<Object>(*window, name); }
     /// Opens the window of this entry; null if it is not of that class or cannot be opened.
     template <typename Window> Window* open(const char* id) { return qobject_cast<Window*>(find(id)); }
+    /// The same, which must open.
+    template <typename Window> Window& opened(const char* id)
+    {
+        auto* const found = open<Window>(id);
+        if (!found)
+            qFatal("%s does not open", id);
+        return *found;
+    }
     QWidget* find(const char* id)
     {
         for (const console::WindowEntry& entry : window->entries()) {
@@ -114,15 +134,15 @@ public:
     QString settingsState() { return widget<QLabel>("stateLabel").text(); }
     bool reaches(console::ServerState state)
     {
-        return QTest::qWaitFor([&] { return window->controller().state() == state; }, timeoutMs);
+        return eventually([&] { return window->controller().state() == state; });
     }
     bool shows(const QString& text)
     {
-        return QTest::qWaitFor([&] { return record().contains(text); }, timeoutMs);
+        return eventually([&] { return record().contains(text); });
     }
     bool isFree()
     {
-        return QTest::qWaitFor([&] { return !window->commandPanel().isBusy(); }, timeoutMs);
+        return eventually([&] { return !window->commandPanel().isBusy(); });
     }
 
 private:

@@ -11,6 +11,7 @@
 #include "mainwindow.h"
 #include "notices/messagelist.h"
 #include "server/servercontroller.h"
+#include "support/wait.h"
 #include "windows/openwindows.h"
 
 #include <tarnis/foundation/log.h>
@@ -254,7 +255,7 @@ void Soak::start()
     options.server = ServerChoice { ServerChoice::Kind::Local, QStringLiteral(SIMSERVER_PATH), {}, 0 };
     options.prompt = "> ";
     m_window.startServer(options);
-    if (!QTest::qWaitFor([&] { return m_window.controller().state() == ServerState::Up; }, 30000))
+    if (!tarnis::testing::eventually([&] { return m_window.controller().state() == ServerState::Up; }))
         qFatal("the server does not come up");
 }
 
@@ -455,9 +456,9 @@ int Soak::run(int seconds)
 
     m_window.windows().closeAll();
     m_window.close();
-    if (!QTest::qWaitFor([&] { return !m_window.isVisible(); }, 60000))
+    if (!tarnis::testing::eventually([&] { return !m_window.isVisible(); }))
         wrong(QStringLiteral("the console does not close"));
-    if (!QTest::qWaitFor([&] { return threadNames().size() <= threadsBefore; }, 60000))
+    if (!tarnis::testing::eventually([&] { return threadNames().size() <= threadsBefore; }))
         wrong(QStringLiteral("threads are left: %1").arg(threadNames().join(u' ')));
     std::printf("threads         %lld before, %lld after\n", static_cast<long long>(threadsBefore),
         static_cast<long long>(threadNames().size()));

@@ -3,6 +3,7 @@
 
 #include "console/consolefixture.h"
 #include "histograms/histogramchooser.h"
+#include "support/wait.h"
 
 #include <QDialogButtonBox>
 #include <QLabel>
@@ -32,38 +33,24 @@ public:
 
 /// A console with the open, filled list.
 struct OpenList {
-    explicit OpenList(ScriptedServer& server, ConsoleFixture& desk)
-    {
-        desk.use(server);
-        if (!desk.reaches(ServerState::Up))
-            qFatal("no server");
-        reopen(desk);
-    }
+    explicit OpenList(ConsoleFixture& desk) { reopen(desk); }
     void reopen(ConsoleFixture& desk) { chooser = desk.open<HistogramChooser>("histograms"); }
     bool shows(const QString& text) const
     {
-        return QTest::qWaitFor(
-            [&] {
-                const auto* const label = chooser->findChild<QLabel*>(QStringLiteral("labelDescription"));
-                return label->text().contains(text);
-            },
-            timeoutMs);
+        return eventually([&] {
+            const auto* const label = chooser->findChild<QLabel*>(QStringLiteral("labelDescription"));
+            return label->text().contains(text);
+        });
     }
     bool isFilled(int count) const
     {
-        return QTest::qWaitFor([&] { return chooser->count() == count; }, timeoutMs);
+        return eventually([&] { return chooser->count() == count; });
     }
     QPushButton& ok() const
     {
         return *chooser->findChild<QDialogButtonBox*>(QStringLiteral("buttonBox"))->button(QDialogButtonBox::Ok);
     }
-    void press(const char* name) const
-    {
-        auto* const button = chooser->findChild<QPushButton*>(QLatin1String(name));
-        if (!button)
-            qFatal("no %s", name);
-        tarnis::testing::press(*button);
-    }
+    void press(const char* name) const { tarnis::testing::press(part<QPushButton>(*chooser, name)); }
     void accept() const { tarnis::testing::press(ok()); }
     /// True if only the second histogram is opened.
     bool opensTheMap() const
@@ -72,7 +59,7 @@ struct OpenList {
             return false;
         chooser->setChecked(1, true);
         accept();
-        return QTest::qWaitFor([&] { return chooser.isNull(); }, timeoutMs);
+        return eventually([&] { return chooser.isNull(); });
     }
 
     QPointer<HistogramChooser> chooser;

@@ -1,9 +1,10 @@
 // Accessibility of every window of the console: names, keys, tab order, contrast, in both languages.
 #include "app/colours.h"
 #include "app/language.h"
-#include "console/consolefixture.h"
-#include "console/windowlists.h"
+#include "console/fullconsole.h"
 #include "histograms/histogramchooser.h"
+#include "support/contrast.h"
+#include "support/wait.h"
 #include "windows/openwindows.h"
 
 #include <tarnis/dialogs/graph1ddialog.h>
@@ -39,57 +40,6 @@ using namespace tarnis::testing;
 
 namespace {
 
-/// A server that answers all requests of the windows.
-class HistogramServer : public ScriptedServer {
-public:
-    HistogramServer()
-    {
-        answer("hist1d time 0 7 bins:1024", { Step::doubles({ 1, 2, 3, 4, 5, 6, 7, 8 }, "OK:\n") });
-        answer("hist1d total pairs bins:1024", { Step::doubles({ 0, 5 }, "OK: (0 40000 1024)\n") });
-        answer("hist1d position 0", { Step::doubles({ 1, 2 }, "OK:\n") });
-        answer("hist2d image bins:256x256", { Step::doubles({ 1, 2, 3, 4 }, "OK: exported 2 x 2 y\n") });
-        answer("stat", { Step::text("OK:\nevents: 12\n") });
-        answer("setting", { Step::text("OK:\nrate: 12\n") });
-        answer("pwd", { Step::text("OK:\n/data\n") });
-        answer("ls-F \"/data\"", { Step::text("OK:\nrun000001_20260101/\nold/\n") });
-        answer("hists",
-            { Step::text("OK:\ntime: kind=1d rows=8 bins=1024 min=0 max=40000 label=Time unit=us\n"
-                         "total: kind=1d rows=1 bins=1024 min=0 max=40000 label=Time unit=us\n"
-                         "position: kind=1d rows=8 bins=1000 min=0 max=1000 label=Position unit=mm\n"
-                         "spectrum: kind=1d rows=1 bins=100 min=0 max=100\n"
-                         "image: kind=2d binsx=256 minx=0 maxx=1 binsy=256 miny=0 maxy=1\n") });
-    }
-};
-
-/// A console with every window of the menu open.
-struct FullConsoleFixture {
-    FullConsoleFixture()
-    {
-        desk.use(server);
-        if (!desk.reaches(ServerState::Up) || !isListed(desk, "time"))
-            qFatal("no server");
-        for (const WindowEntry& entry : desk.window->entries()) {
-            QWidget* const window = desk.window->openWindow(entry);
-            if (!window)
-                qFatal("%s does not open", qPrintable(entry.id));
-            windows.append(window);
-        }
-        QCoreApplication::processEvents();
-    }
-    /// Changes the language; true when the windows have followed.
-    bool speaks(const QString& language) const
-    {
-        setLanguage(language);
-        const QString title = language == u"de" ? QStringLiteral("Ankunftszeiten") : QStringLiteral("Arrival Times");
-        return QTest::qWaitFor([&] { return windows.constFirst()->windowTitle() == title; }, timeoutMs);
-    }
-    QList<QWidget*> all() const { return QList<QWidget*> { desk.window.get() } + windows; }
-
-    HistogramServer server;
-    ConsoleFixture desk;
-    QList<QWidget*> windows;
-};
-
 /// The same with every box open in front of or beside one of the windows.
 struct BoxesFixture : FullConsoleFixture {
     BoxesFixture()
@@ -104,7 +54,7 @@ struct BoxesFixture : FullConsoleFixture {
         cut->on1dCut(true);
         auto* const curves = desk.open<Graph1DDialog>("curves");
         auto& plot = *curves->getGraphWidget();
-        if (!QTest::qWaitFor([&] { return plot.hasData(); }, timeoutMs)) // the first curve ends a selection
+        if (!eventually([&] { return plot.hasData(); })) // the first curve ends a selection
             qFatal("no curve");
         plot.SetEnableSelectXRange(true);
         plot.onPeakSearch();
@@ -218,88 +168,6 @@ void compareNoSharedKeys(const QStringList& texts)
     const auto keys = keysOf(texts);
     for (const QChar key : keys.uniqueKeys())
         QVERIFY2(keys.count(key) == 1, qPrintable(keys.values(key).join(u'|')));
-}
-
-/// The menu of the menu key.
-QMenu* openTools(XYGraphWidget& plot)
-{
-    QContextMenuEvent event(QContextMenuEvent::Keyboard, QPoint(), plot.mapToGlobal(QPoint()));
-    QApplication::sendEvent(&plot, &event);
-    auto* const menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
-    if (!menu)
-        qFatal("no tools");
-    return menu;
-}
-
-/// As if the user had pressed Tab.
-void takeKeyboard(XYGraphWidget& plot)
-{
-    plot.window()->activateWindow();
-    plot.setFocus();
-    if (!QTest::qWaitFor([&] { return QApplication::focusWidget() == &plot; }, timeoutMs))
-        qFatal("the plot does not get the keyboard");
-}
-
-QAction* entryOf(const QMenu& menu, const QString& text)
-{
-    const QList<QAction*> actions = menu.actions();
-    for (QAction* const action : actions) {
-        if (action->text().remove(u'&') == text)
-            return action;
-    }
-    return nullptr;
-}
-
-void chooseTool(XYGraphWidget& plot, const QString& text)
-{
-    QMenu* const menu = openTools(plot);
-    QAction* const entry = entryOf(*menu, text);
-    if (!entry || !entry->isEnabled())
-        qFatal("%s cannot be chosen", qPrintable(text));
-    menu->setActiveAction(entry);
-    QTest::keyClick(menu, Qt::Key_Return);
-    plot.window()->activateWindow(); // this platform gives the focus to menus and does not restore it
-}
-
-/// Chooses an entry as soon as a menu with it opens: this platform closes menus that open after another one.
-class MenuHand : public QObject {
-public:
-    explicit MenuHand(const QString& text)
-        : m_text(text)
-    {
-        QCoreApplication::instance()->installEventFilter(this);
-    }
-    bool hasChosen() const { return m_hasChosen; }
-
-protected:
-    bool eventFilter(QObject* object, QEvent* event) override
-    {
-        const auto* const menu = event->type() == QEvent::Show ? qobject_cast<QMenu*>(object) : nullptr;
-        if (QAction* const entry = menu ? entryOf(*menu, m_text) : nullptr) {
-            entry->trigger();
-            m_hasChosen = true;
-        }
-        return false;
-    }
-
-    QString m_text;
-    bool m_hasChosen = false;
-};
-
-double luminance(const QColor& colour)
-{
-    const auto channel = [](double value) {
-        return value <= 0.03928 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
-    };
-    return 0.2126 * channel(colour.redF()) + 0.7152 * channel(colour.greenF()) + 0.0722 * channel(colour.blueF());
-}
-
-/// Contrast ratio of the Web Content Accessibility Guidelines 2.1, 1.4.3.
-double contrast(const QColor& a, const QColor& b)
-{
-    const double lighter = std::max(luminance(a), luminance(b));
-    const double darker = std::min(luminance(a), luminance(b));
-    return (lighter + 0.05) / (darker + 0.05);
 }
 
 } // namespace
@@ -431,9 +299,9 @@ private Q_SLOTS:
         QVERIFY(!remove->isEnabled() && !clear->isEnabled());
         QVERIFY(!remove->toolTip().isEmpty());
         plot.GetViewSelectedROI()->addRoi(QRect(0, 0, 1, 1));
-        QTRY_VERIFY(remove->isEnabled() && clear->isEnabled());
+        TRY_VERIFY(remove->isEnabled() && clear->isEnabled());
         plot.GetViewSelectedROI()->clear();
-        QTRY_VERIFY(!remove->isEnabled() && !clear->isEnabled());
+        TRY_VERIFY(!remove->isEnabled() && !clear->isEnabled());
     }
 
     void everyWindowHasATitle_data() { languageRows(); }
@@ -539,239 +407,6 @@ private Q_SLOTS:
             }
         }
         QVERIFY2(missed.isEmpty(), qPrintable(missed.join(u'\n')));
-    }
-
-    void aLiveWindowIsUpdatedByF5()
-    {
-        const FullConsoleFixture full;
-        for (const QWidget* window : full.windows) {
-            if (!window->findChild<QPushButton*>(QStringLiteral("updatePushButton")))
-                continue;
-            const auto* const shortcut = window->findChild<QShortcut*>(QStringLiteral("updateShortcut"));
-            QVERIFY(shortcut);
-            QCOMPARE(shortcut->key(), QKeySequence(Qt::Key_F5));
-        }
-    }
-
-    void aPlotIsMovedAndZoomedByKeys()
-    {
-        FullConsoleFixture full;
-        auto* const window = full.desk.open<Graph1DDialog>("curves");
-        auto& plot = *window->getGraphWidget();
-        QTRY_VERIFY(plot.hasData());
-        takeKeyboard(plot);
-        const auto range = [&] {
-            std::pair<double, double> ends;
-            plot.getMinMaxX(ends.first, ends.second);
-            return ends;
-        };
-        const auto whole = range();
-        QTest::keyClick(&plot, Qt::Key_Plus);
-        const auto zoomed = range();
-        QVERIFY(zoomed.first > whole.first && zoomed.second < whole.second);
-        QTest::keyClick(&plot, Qt::Key_Right);
-        QVERIFY(range().first > zoomed.first && range().second > zoomed.second);
-        QTest::keyClick(&plot, Qt::Key_Left);
-        QVERIFY(std::abs(range().first - zoomed.first) < 1e-6 * whole.second);
-        QTest::keyClick(&plot, Qt::Key_Minus);
-        QVERIFY(std::abs(range().second - whole.second) < 1e-6 * whole.second);
-        double bottom = 0.0;
-        double top = 0.0;
-        plot.getMinMaxY(bottom, top);
-        QTest::keyClick(&plot, Qt::Key_Up);
-        double movedBottom = 0.0;
-        double movedTop = 0.0;
-        plot.getMinMaxY(movedBottom, movedTop);
-        QVERIFY(movedTop > top);
-        QTest::keyClick(&plot, Qt::Key_Home);
-        QCOMPARE(range(), whole);
-    }
-
-    void aPlotIsZoomedAlongYByKeys()
-    {
-        FullConsoleFixture full;
-        const auto rangeOf = [](XYGraphWidget& plot) {
-            std::pair<double, double> ends;
-            plot.getMinMaxY(ends.first, ends.second);
-            return ends;
-        };
-        auto& curves = *full.desk.open<Graph1DDialog>("curves")->getGraphWidget();
-        QTRY_VERIFY(curves.hasData());
-        takeKeyboard(curves);
-        const auto whole = rangeOf(curves);
-        QTest::keyClick(&curves, Qt::Key_PageUp);
-        QCOMPARE(rangeOf(curves).first, whole.first);
-        QVERIFY(rangeOf(curves).second < whole.second);
-        QTest::keyClick(&curves, Qt::Key_PageDown);
-        QVERIFY(std::abs(rangeOf(curves).second - whole.second) < 1e-6 * whole.second);
-
-        auto& map = *full.desk.open<Graph2DDialog>("map")->getGraphWidget();
-        QTRY_VERIFY(map.getMaxValue() > 0.0);
-        takeKeyboard(map);
-        const auto all = rangeOf(map);
-        QTest::keyClick(&map, Qt::Key_PageUp);
-        QVERIFY(rangeOf(map).first > all.first && rangeOf(map).second < all.second);
-    }
-
-    void theEndsOfTheAxesAreEditedByKeys_data()
-    {
-        QTest::addColumn<QString>("entry");
-        QTest::addColumn<QString>("value");
-        QTest::addColumn<int>("end");
-        QTest::newRow("left") << "Left End of the Axis..."
-                              << "100" << 0;
-        QTest::newRow("right") << "Right End of the Axis..."
-                               << "9000" << 1;
-        QTest::newRow("bottom") << "Bottom End of the Axis..."
-                                << "1" << 2;
-        QTest::newRow("top") << "Top End of the Axis..."
-                             << "77" << 3;
-    }
-    void theEndsOfTheAxesAreEditedByKeys()
-    {
-        QFETCH(QString, entry);
-        QFETCH(QString, value);
-        QFETCH(int, end);
-        FullConsoleFixture full;
-        auto& plot = *full.desk.open<Graph1DDialog>("curves")->getGraphWidget();
-        QTRY_VERIFY(plot.hasData());
-        plot.grab(); // the labels are where they were painted
-        takeKeyboard(plot);
-        chooseTool(plot, entry);
-        QTRY_VERIFY(plot.findChild<QLineEdit*>());
-        auto* const edit = plot.findChild<QLineEdit*>();
-        QTRY_COMPARE(QApplication::focusWidget(), edit);
-        QTest::keyClicks(edit, value);
-        QTest::keyClick(edit, Qt::Key_Return);
-        double ends[4] = {};
-        plot.getMinMaxX(ends[0], ends[1]);
-        plot.getMinMaxY(ends[2], ends[3]);
-        QCOMPARE(ends[end], value.toDouble());
-        QTRY_COMPARE(QApplication::focusWidget(), &plot);
-    }
-
-    void escapeLeavesAnEditorAndNotTheWindow()
-    {
-        FullConsoleFixture full;
-        auto* const window = full.desk.open<Graph1DDialog>("curves");
-        auto& plot = *window->getGraphWidget();
-        QTRY_VERIFY(plot.hasData());
-        plot.grab();
-        takeKeyboard(plot);
-        chooseTool(plot, QStringLiteral("Right End of the Axis..."));
-        QTRY_VERIFY(plot.findChild<QLineEdit*>());
-        QTest::keyClick(plot.findChild<QLineEdit*>(), Qt::Key_Escape);
-        QTRY_VERIFY(!plot.findChild<QLineEdit*>());
-        QVERIFY(window->isVisible());
-        QTRY_COMPARE(QApplication::focusWidget(), &plot);
-    }
-
-    void showsWhyAnAxisEndCannotBeEditedDuringAMouseTool()
-    {
-        FullConsoleFixture full;
-        auto& plot = *full.desk.open<Graph1DDialog>("curves")->getGraphWidget();
-        QTRY_VERIFY(plot.hasData());
-        plot.grab();
-        plot.SetEnableSelectXRange(true);
-        const QMenu* const menu = openTools(plot);
-        const QAction* const entry = entryOf(*menu, QStringLiteral("Left End of the Axis..."));
-        QVERIFY(entry && !entry->isEnabled() && entry->toolTip().contains(u"tool"));
-    }
-
-    void theColoursAreChosenByKeys()
-    {
-        FullConsoleFixture full;
-        auto& map = *full.desk.open<Graph2DDialog>("map")->getGraphWidget();
-        const QColor before = XY2DGraphWidget::colMax;
-        takeKeyboard(map);
-        MenuHand hand(QStringLiteral("Pattern - YellowHot"));
-        chooseTool(map, QStringLiteral("Colours..."));
-        QTRY_VERIFY(hand.hasChosen());
-        QVERIFY(XY2DGraphWidget::colMax != before);
-        map.onPatternRainbow1();
-    }
-
-    void theLimitsOfTheColoursAreEditedByKeys()
-    {
-        FullConsoleFixture full;
-        auto& map = *full.desk.open<Graph2DDialog>("map")->getGraphWidget();
-        QTRY_VERIFY(map.getMaxValue() > 0.0);
-        auto* const bar = map.findChild<ColorBarWidget*>();
-        bar->grab();
-        takeKeyboard(map);
-        // Left without a number, the colours are automatic again.
-        chooseTool(map, QStringLiteral("Upper Limit of the Colours..."));
-        QTRY_VERIFY(bar->findChild<QLineEdit*>());
-        QVERIFY(!bar->isAutoScale());
-        QTest::keyClick(bar->findChild<QLineEdit*>(), Qt::Key_Escape);
-        QTRY_VERIFY(bar->isAutoScale());
-        chooseTool(map, QStringLiteral("Upper Limit of the Colours..."));
-        QTRY_VERIFY(bar->findChild<QLineEdit*>());
-        QTest::keyClicks(bar->findChild<QLineEdit*>(), QStringLiteral("3"));
-        QTest::keyClick(bar->findChild<QLineEdit*>(), Qt::Key_Return);
-        double top = 0.0;
-        QVERIFY(!map.getMaxZ(top));
-        QCOMPARE(top, 3.0);
-        QTRY_VERIFY(!bar->findChild<QLineEdit*>());
-        chooseTool(map, QStringLiteral("Lower Limit of the Colours..."));
-        QTRY_VERIFY(bar->findChild<QLineEdit*>());
-        QTest::keyClick(bar->findChild<QLineEdit*>(), Qt::Key_Escape);
-        QTRY_VERIFY(!bar->findChild<QLineEdit*>());
-        QTRY_COMPARE(QApplication::focusWidget(), &map);
-        QVERIFY(!bar->isAutoScale()); // the upper limit was entered
-    }
-
-    void aRegionIsAddedByKeys()
-    {
-        FullConsoleFixture full;
-        auto& map = *full.desk.open<Graph2DDialog>("map")->getGraphWidget();
-        map.onAutoScaleX(false);
-        map.onAutoScaleY(false);
-        map.setMinMaxX(100, 200);
-        map.setMinMaxY(0, 80);
-        chooseTool(map, QStringLiteral("Add a Region in the Middle"));
-        QTRY_VERIFY(map.GetViewSelectedROI());
-        QCOMPARE(map.GetViewSelectedROI()->getRoiList(), (QList<QRect> { QRect(QPoint(125, 20), QPoint(175, 60)) }));
-        chooseTool(map, QStringLiteral("Add a Region in the Middle"));
-        QTRY_COMPARE(map.GetViewSelectedROI()->getRoiList().size(), 2);
-    }
-
-    void theBoxesBesideAPlotAreReachedByF6()
-    {
-        FullConsoleFixture full;
-        auto* const window = full.desk.open<Graph1DDialog>("curves");
-        auto& plot = *window->getGraphWidget();
-        QTRY_VERIFY(plot.hasData());
-        takeKeyboard(plot);
-        plot.SetEnableSelectXRange(true);
-        plot.onPeakSearch();
-        takeKeyboard(plot);
-        QTest::keyClick(&plot, Qt::Key_F6);
-        QTRY_COMPARE(QApplication::activeWindow()->objectName(), QStringLiteral("XRangeInputDialog"));
-        QTRY_VERIFY(qobject_cast<QLineEdit*>(QApplication::focusWidget()));
-        QTest::keyClick(QApplication::activeWindow(), Qt::Key_F6);
-        QTRY_COMPARE(QApplication::activeWindow()->objectName(), QStringLiteral("PeakSearchDialog"));
-        QTest::keyClick(QApplication::activeWindow(), Qt::Key_F6);
-        QTRY_COMPARE(QApplication::activeWindow(), window);
-        QCOMPARE(QApplication::focusWidget(), &plot);
-    }
-
-    void theMenuKeyOpensAPlotsTools()
-    {
-        FullConsoleFixture full;
-        for (const char* const id : { "curves", "map" }) {
-            QWidget* const window = full.desk.find(id);
-            auto* const plot = window->findChild<XYGraphWidget*>();
-            QContextMenuEvent event(QContextMenuEvent::Keyboard, QPoint(), plot->mapToGlobal(QPoint()));
-            QApplication::sendEvent(plot, &event);
-            auto* const menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
-            QVERIFY(menu);
-            const QList<QAction*> offered = menu->actions();
-            const QList<QAction*> tools = plot->actions();
-            for (QAction* const tool : tools)
-                QVERIFY(offered.contains(tool));
-            menu->close();
-        }
     }
 
     void textHasContrastInEveryWindow_data()

@@ -5,6 +5,7 @@
 #include "server/connectdialog.h"
 #include "server/lastserver.h"
 #include "server/statustext.h"
+#include "support/wait.h"
 
 #include <QPushButton>
 #include <QSpinBox>
@@ -119,9 +120,7 @@ private Q_SLOTS:
     void aRemoteServerIsConnectedToAgain()
     {
         auto server = std::make_unique<ScriptedServer>();
-        ConsoleFixture desk;
-        desk.use(*server);
-        QVERIFY(desk.reaches(ServerState::Up));
+        ConsoleFixture desk(*server);
         server.reset();
         desk.window->controller().checkServer();
         QVERIFY(desk.reaches(ServerState::Failed));
@@ -133,14 +132,12 @@ private Q_SLOTS:
     void showsTheStatusAsText()
     {
         ScriptedServer server;
-        ConsoleFixture desk;
-        desk.use(server);
-        QVERIFY(desk.reaches(ServerState::Up));
+        ConsoleFixture desk(server);
         auto& label = desk.widget<QLabel>("statusLabel");
         QCOMPARE(label.text(), QStringLiteral("Connected"));
         QCOMPARE(label.toolTip(), QStringLiteral("SERVER CONNECTED"));
         setLanguage(QStringLiteral("de"));
-        QTRY_COMPARE(label.text(), QStringLiteral("Verbunden"));
+        TRY_COMPARE(label.text(), QStringLiteral("Verbunden"));
         QCOMPARE(label.toolTip(), QStringLiteral("SERVER CONNECTED"));
     }
 
@@ -266,9 +263,7 @@ private Q_SLOTS:
     void commandsAreKeptAtOnce()
     {
         ScriptedServer server;
-        ConsoleFixture desk;
-        desk.use(server);
-        QVERIFY(desk.reaches(ServerState::Up));
+        ConsoleFixture desk(server);
         desk.send(QStringLiteral("typed"));
         QSettings other(desk.store.fileName(), QSettings::IniFormat);
         QCOMPARE(other.value(QStringLiteral("commands")).toStringList(), QStringList { QStringLiteral("typed") });
@@ -288,7 +283,7 @@ private Q_SLOTS:
         options.server = ServerChoice { ServerChoice::Kind::Remote, {}, ScriptedServer::host(), server.port() };
         options.prompt = "> ";
         window.startServer(options);
-        QTRY_COMPARE_WITH_TIMEOUT(window.controller().state(), ServerState::Up, timeoutMs);
+        TRY_COMPARE(window.controller().state(), ServerState::Up);
         auto* const edit = window.findChild<QLineEdit*>(QStringLiteral("commandEdit"));
         for (int i = 0; i < 2; ++i) {
             QTest::keyClicks(edit, QStringLiteral("typed"));

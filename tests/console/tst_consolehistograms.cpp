@@ -4,6 +4,7 @@
 #include "console/windowlists.h"
 #include "histograms/histogramchooser.h"
 #include "histograms/histogramlist.h"
+#include "support/wait.h"
 #include "windows/openwindows.h"
 
 #include <tarnis/plots/multivectorgraphwidget.h>
@@ -116,21 +117,21 @@ private Q_SLOTS:
     void checkedHistogramsOpen()
     {
         HistogramServer server;
-        ConsoleFixture desk;
-        OpenList list(server, desk);
+        ConsoleFixture desk(server);
+        OpenList list(desk);
         QVERIFY(list.isFilled(2));
         QVERIFY(!list.ok().isEnabled());
         QVERIFY(list.ok().toolTip().contains(QStringLiteral("Check a histogram")));
         list.press("buttonCheckAll");
         list.accept();
-        QTRY_VERIFY(list.chooser.isNull());
+        TRY_VERIFY(list.chooser.isNull());
         const QList<QWidget*> windows = desk.window->windows().onScreen();
         QCOMPARE(titlesOf(windows), (QStringList { "Histogram time", "Histogram image" }));
         auto* const curves = qobject_cast<Graph1DDialog*>(windows.at(0));
         auto* const map = qobject_cast<Graph2DDialog*>(windows.at(1));
         QVERIFY(curves && map);
-        QTRY_VERIFY(curves->getGraphWidget()->hasData());
-        QTRY_COMPARE(map->getGraphWidget()->getMaxValue(), 6.0);
+        TRY_VERIFY(curves->getGraphWidget()->hasData());
+        TRY_COMPARE(map->getGraphWidget()->getMaxValue(), 6.0);
         double min = 0.0;
         double max = 0.0;
         map->getGraphWidget()->getMinMaxY(min, max);
@@ -141,35 +142,35 @@ private Q_SLOTS:
     void storesTheChoiceAndOpensEachWindowOnce()
     {
         HistogramServer server;
-        ConsoleFixture desk;
-        OpenList list(server, desk);
+        ConsoleFixture desk(server);
+        OpenList list(desk);
         QVERIFY(list.opensTheMap());
         QWidget* const first = desk.window->windows().onScreen().value(0);
         list.reopen(desk);
         QVERIFY(list.isFilled(2));
         QVERIFY(list.ok().isEnabled());
         list.accept();
-        QTRY_VERIFY(list.chooser.isNull());
+        TRY_VERIFY(list.chooser.isNull());
         QCOMPARE(desk.window->windows().onScreen(), QList<QWidget*> { first });
     }
 
     void cancelOpensNothing()
     {
         HistogramServer server;
-        ConsoleFixture desk;
-        OpenList list(server, desk);
+        ConsoleFixture desk(server);
+        OpenList list(desk);
         QVERIFY(list.isFilled(2));
         list.press("buttonCheckAll");
         QTest::keyClick(list.chooser, Qt::Key_Escape);
-        QTRY_VERIFY(list.chooser.isNull());
+        TRY_VERIFY(list.chooser.isNull());
         QVERIFY(desk.window->windows().onScreen().isEmpty());
     }
 
     void reportsARejection()
     {
         HistogramServer server("NG:unknown command 'hists'\n");
-        ConsoleFixture desk;
-        OpenList list(server, desk);
+        ConsoleFixture desk(server);
+        OpenList list(desk);
         QVERIFY(list.shows(QStringLiteral("NG:unknown command")));
         QVERIFY(!list.ok().isEnabled());
     }
@@ -177,8 +178,8 @@ private Q_SLOTS:
     void reportsAServerWithoutHistograms()
     {
         HistogramServer server("OK:\n");
-        ConsoleFixture desk;
-        OpenList list(server, desk);
+        ConsoleFixture desk(server);
+        OpenList list(desk);
         QVERIFY(list.shows(QStringLiteral("no histograms")));
     }
 
@@ -186,8 +187,8 @@ private Q_SLOTS:
     {
         HistogramServer server;
         server.answer("hists", { Step::drop() });
-        ConsoleFixture desk;
-        OpenList list(server, desk);
+        ConsoleFixture desk(server);
+        OpenList list(desk);
         QVERIFY(list.shows(QStringLiteral("No reply")));
         server.answer("hists", { Step::text(twoHistograms) });
         desk.choose("shutDownAction");
@@ -201,8 +202,8 @@ private Q_SLOTS:
     void checksStayThroughEverything()
     {
         HistogramServer server;
-        ConsoleFixture desk;
-        OpenList list(server, desk);
+        ConsoleFixture desk(server);
+        OpenList list(desk);
         QVERIFY(list.isFilled(2));
         list.chooser->setChecked(1, true);
         const auto isChecked = [&](int index) {
@@ -236,8 +237,8 @@ private Q_SLOTS:
     void reportsOmittedRows()
     {
         HistogramServer server("OK:\nbig: kind=1d rows=100 bins=4 min=0 max=1\n");
-        ConsoleFixture desk;
-        OpenList list(server, desk);
+        ConsoleFixture desk(server);
+        OpenList list(desk);
         QVERIFY(list.isFilled(1));
         QString text;
         bool isChecked = false;
@@ -245,7 +246,7 @@ private Q_SLOTS:
         QVERIFY2(text.contains(QStringLiteral("only the first 64 are shown")), qPrintable(text));
         list.press("buttonCheckAll");
         list.accept();
-        QTRY_VERIFY(list.chooser.isNull());
+        TRY_VERIFY(list.chooser.isNull());
         QCOMPARE(
             titlesOf(desk.window->windows().onScreen()), QStringList { "Histogram big, the first 64 of 100 rows" });
         const auto* const label =
@@ -261,18 +262,16 @@ private Q_SLOTS:
                                "total: kind=1d rows=1 bins=100 min=0 max=1\n");
         server.answer("hist1d time 0 2 bins:1000", { Step::doubles(QList<double>(3000, 1.0), "OK:\n") });
         server.answer("hist1d total pairs bins:100", { Step::doubles({ 0, 1 }, "OK: (0 1 100)\n") });
-        ConsoleFixture desk;
-        desk.use(server);
-        QVERIFY(desk.reaches(ServerState::Up));
+        ConsoleFixture desk(server);
         const auto& missing = desk.widget<QAction>("single-row");
-        QTRY_VERIFY_WITH_TIMEOUT(!missing.isEnabled(), timeoutMs);
+        TRY_VERIFY(!missing.isEnabled());
         QCOMPARE(missing.toolTip(), QString::fromUtf8("The server has no histogram \u201cposition\u201d"));
         QVERIFY(!desk.find("single-row"));
         QVERIFY(!desk.widget<QAction>("spectrum").isEnabled());
         QVERIFY(!desk.widget<QAction>("map").isEnabled());
         auto* const curves = desk.open<Graph1DDialog>("curves");
         QVERIFY(curves);
-        QTRY_VERIFY_WITH_TIMEOUT(curves->getGraphWidget()->hasData(), timeoutMs);
+        TRY_VERIFY(curves->getGraphWidget()->hasData());
         double min = 0.0;
         double max = 0.0;
         curves->getGraphWidget()->getMinMaxX(min, max);
@@ -294,7 +293,7 @@ private Q_SLOTS:
         auto* const map = desk.open<Graph2DDialog>("map");
         QVERIFY(map);
         XY2DGraphWidget& plot = *map->getGraphWidget();
-        QTRY_COMPARE_WITH_TIMEOUT(plot.getMaxValue(), 3.0, timeoutMs);
+        TRY_COMPARE(plot.getMaxValue(), 3.0);
         double min = 0.0;
         double max = 0.0;
         plot.getMinMaxX(min, max);
@@ -313,9 +312,7 @@ private Q_SLOTS:
     void aServerWithoutAListIsTakenAsItWas()
     {
         HistogramServer server("NG:unknown command 'hists'\n");
-        ConsoleFixture desk;
-        desk.use(server);
-        QVERIFY(desk.reaches(ServerState::Up));
+        ConsoleFixture desk(server);
         QVERIFY(server.waitForRequest("hists"));
         QVERIFY(desk.find("curves"));
         QVERIFY(desk.find("single-row"));
@@ -325,26 +322,21 @@ private Q_SLOTS:
     void aListThatComesInTheChooserCountsForTheMenu()
     {
         HistogramServer server("OK:\ntotal: kind=1d bins=4 min=0 max=1\n");
-        ConsoleFixture desk;
-        desk.use(server);
-        QVERIFY(desk.reaches(ServerState::Up));
-        QTRY_VERIFY_WITH_TIMEOUT(!desk.widget<QAction>("curves").isEnabled(), timeoutMs);
+        ConsoleFixture desk(server);
+        TRY_VERIFY(!desk.widget<QAction>("curves").isEnabled());
         server.answer("hists", { Step::text(twoHistograms) });
         QVERIFY(desk.open<HistogramChooser>("histograms"));
-        QTRY_VERIFY_WITH_TIMEOUT(
-            desk.widget<QAction>("curves").isEnabled() && !desk.widget<QAction>("pairs").isEnabled(), timeoutMs);
+        TRY_VERIFY(desk.widget<QAction>("curves").isEnabled() && !desk.widget<QAction>("pairs").isEnabled());
     }
 
     void requestsAnIncompleteListAgain()
     {
         HistogramServer server;
         server.answer("hists", { Step::drop() });
-        ConsoleFixture desk;
-        desk.use(server);
-        QVERIFY(desk.reaches(ServerState::Up));
+        ConsoleFixture desk(server);
         QVERIFY(server.waitForRequest("hists"));
         server.answer("hists", { Step::text(twoHistograms) });
-        QTRY_VERIFY_WITH_TIMEOUT(!desk.widget<QAction>("pairs").isEnabled(), timeoutMs);
+        TRY_VERIFY(!desk.widget<QAction>("pairs").isEnabled());
         QVERIFY(desk.widget<QAction>("curves").isEnabled());
         QCOMPARE(server.requests().count("hists"), 2);
     }
@@ -353,13 +345,10 @@ private Q_SLOTS:
     {
         HistogramServer server("OK:\ntotal: kind=1d bins=4 min=0 max=1\n");
         HistogramServer other;
-        ConsoleFixture desk;
-        desk.use(server);
-        QVERIFY(desk.reaches(ServerState::Up));
-        QTRY_VERIFY_WITH_TIMEOUT(!desk.widget<QAction>("curves").isEnabled(), timeoutMs);
+        ConsoleFixture desk(server);
+        TRY_VERIFY(!desk.widget<QAction>("curves").isEnabled());
         desk.use(other);
-        QTRY_VERIFY_WITH_TIMEOUT(
-            desk.widget<QAction>("curves").isEnabled() && !desk.widget<QAction>("pairs").isEnabled(), timeoutMs);
+        TRY_VERIFY(desk.widget<QAction>("curves").isEnabled() && !desk.widget<QAction>("pairs").isEnabled());
     }
 
     // Replies that cannot be drawn.
@@ -369,18 +358,16 @@ private Q_SLOTS:
         HistogramServer server("NG:unknown command 'hists'\n");
         server.answer("hist2d image bins:256", { Step::doubles({ 1, 2, 3 }, "OK: exported 2 x 2 y\n") });
         server.answer("hist1d total pairs bins:1024", { Step::doubles({ 0, 5 }, "OK:\n") });
-        ConsoleFixture desk;
-        desk.use(server);
-        QVERIFY(desk.reaches(ServerState::Up));
+        ConsoleFixture desk(server);
         for (const char* const id : { "map", "pairs" }) {
             const auto* const label = desk.find(id)->findChild<QLabel*>(QStringLiteral("infoLabel"));
-            QTRY_VERIFY_WITH_TIMEOUT(label->isVisible() && label->text().contains(u"is not shown"), timeoutMs);
+            TRY_VERIFY(label->isVisible() && label->text().contains(u"is not shown"));
         }
         QVERIFY(!QApplication::activeModalWidget());
         server.answer("hist2d image bins:256", { Step::doubles({ 1, 2, 3, 4 }, "OK: exported 2 x 2 y\n") });
         auto* const map = desk.open<Graph2DDialog>("map");
-        QTRY_COMPARE_WITH_TIMEOUT(map->getGraphWidget()->getMaxValue(), 4.0, timeoutMs);
-        QTRY_VERIFY(!map->findChild<QLabel*>(QStringLiteral("infoLabel"))->isVisible());
+        TRY_COMPARE(map->getGraphWidget()->getMaxValue(), 4.0);
+        TRY_VERIFY(!map->findChild<QLabel*>(QStringLiteral("infoLabel"))->isVisible());
     }
 
     // Windows on the screen.
@@ -457,9 +444,9 @@ private Q_SLOTS:
         QVERIFY(entry(title));
         entry(title)->trigger();
         QVERIFY(!log->isMinimized() && log->isVisible());
-        QTRY_VERIFY(entry(title)->isChecked());
+        TRY_VERIFY(entry(title)->isChecked());
         log->close();
-        QTRY_VERIFY(!entry(title));
+        TRY_VERIFY(!entry(title));
     }
 
     void aKeyLeadsBackToTheConsole()
@@ -469,7 +456,7 @@ private Q_SLOTS:
         QVERIFY(QTest::qWaitForWindowActive(log));
         QVERIFY(!desk.window->isActiveWindow());
         QTest::keyClick(log, Qt::Key_F12);
-        QTRY_VERIFY(desk.window->isActiveWindow());
+        TRY_VERIFY(desk.window->isActiveWindow());
     }
 
     void noWindowsNoTiles()
@@ -495,11 +482,13 @@ private Q_SLOTS:
         ConsoleFixture desk;
         QVERIFY(!desk.widget<QAction>("tileAction").isEnabled());
         QVERIFY(desk.widget<QAction>("tileAction").toolTip().contains(QStringLiteral("No window")));
-        OpenList list(server, desk);
+        desk.use(server);
+        QVERIFY(desk.reaches(ServerState::Up));
+        OpenList list(desk);
         QVERIFY(list.isFilled(2));
         list.press("buttonCheckAll");
         list.accept();
-        QTRY_VERIFY(list.chooser.isNull());
+        TRY_VERIFY(list.chooser.isNull());
         desk.choose("tileAction");
         const QList<QWidget*> windows = desk.window->windows().onScreen();
         QCOMPARE(windows.size(), 2);
@@ -512,7 +501,7 @@ private Q_SLOTS:
         desk.choose("cascadeAction");
         QVERIFY(windows.at(0)->frameGeometry().intersects(windows.at(1)->frameGeometry()));
         desk.choose("closeWindowsAction");
-        QTRY_VERIFY(!desk.widget<QAction>("closeWindowsAction").isEnabled());
+        TRY_VERIFY(!desk.widget<QAction>("closeWindowsAction").isEnabled());
         QVERIFY(desk.window->isVisible());
     }
 

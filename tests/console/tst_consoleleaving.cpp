@@ -3,6 +3,7 @@
 #include "browse/servertext.h"
 #include "console/consolefixture.h"
 #include "server/connectdialog.h"
+#include "support/wait.h"
 
 #include <QDialogButtonBox>
 #include <QMessageBox>
@@ -20,7 +21,7 @@ namespace {
 class LeavingDesk : public ConsoleFixture {
 public:
     explicit LeavingDesk(ScriptedServer& server)
-        : program(faithful(server.port()))
+        : program(FakeServer::wellBehaved(server.port()))
     {
         use(program);
         if (!reaches(ServerState::Up))
@@ -30,7 +31,7 @@ public:
     QMessageBox* question() { return window->findChild<QMessageBox*>(QStringLiteral("runBox")); }
     void answerYes()
     {
-        if (!QTest::qWaitFor([this] { return question() && question()->isVisible(); }, timeoutMs))
+        if (!eventually([this] { return question() && question()->isVisible(); }))
             qFatal("nothing is asked about the run");
         for (QAbstractButton* const button : question()->buttons()) {
             if (question()->buttonRole(button) == QMessageBox::AcceptRole)
@@ -43,7 +44,7 @@ public:
     /// Waits for the state Off and processes all pending events.
     bool isLeft()
     {
-        return QTest::qWaitFor([this] { return !window->isVisible(); }, timeoutMs);
+        return eventually([this] { return !window->isVisible(); });
     }
 
     ServerTextWindow* typeText(const QString& text)
@@ -57,7 +58,7 @@ public:
         return text.findChild<QMessageBox*>(QStringLiteral("changesBox"));
     }
 
-    const LocalProgram program;
+    const FakeServer program;
 };
 
 } // namespace
@@ -91,7 +92,7 @@ private Q_SLOTS:
         QVERIFY(desk.question()->text().contains(QStringLiteral("server")));
         QCOMPARE(desk.question()->defaultButton(), desk.question()->button(QMessageBox::Cancel));
         desk.answerNo();
-        QTRY_VERIFY(!desk.question());
+        TRY_VERIFY(!desk.question());
         QVERIFY(desk.isUp());
         QVERIFY(desk.window->isVisible());
         desk.choose(qPrintable(action));
@@ -116,10 +117,10 @@ private Q_SLOTS:
             acceptChoice(*dialog);
         };
         chooseOther();
-        QTRY_VERIFY(!desk.window->findChild<ConnectDialog*>());
+        TRY_VERIFY(!desk.window->findChild<ConnectDialog*>());
         QVERIFY(desk.question());
         desk.answerNo();
-        QTRY_VERIFY(!desk.question());
+        TRY_VERIFY(!desk.question());
         QVERIFY(desk.isUp() && desk.window->controller().isLocal());
         // The choice is not lost.
         const auto* const dialog = desk.window->findChild<ConnectDialog*>();
@@ -129,7 +130,7 @@ private Q_SLOTS:
         QCOMPARE(dialog->choice().port, other.port());
         acceptChoice(*dialog);
         desk.answerYes();
-        QTRY_VERIFY_WITH_TIMEOUT(desk.isUp() && !desk.window->controller().isLocal(), timeoutMs);
+        TRY_VERIFY(desk.isUp() && !desk.window->controller().isLocal());
     }
 
     void asksNothingWithoutARun()
@@ -138,7 +139,7 @@ private Q_SLOTS:
         LeavingDesk desk(server);
         desk.choose("restartAction");
         QVERIFY(!desk.question());
-        QTRY_VERIFY_WITH_TIMEOUT(desk.isUp(), timeoutMs);
+        TRY_VERIFY(desk.isUp());
         desk.window->close();
         QVERIFY(!desk.question());
         QVERIFY(desk.isLeft());
@@ -147,9 +148,7 @@ private Q_SLOTS:
     void aRemoteRunContinuesAfterLeaving()
     {
         ScriptedServer server;
-        ConsoleFixture desk;
-        desk.use(server);
-        QVERIFY(desk.reaches(ServerState::Up));
+        ConsoleFixture desk(server);
         desk.window->controller().tarnis().SetStatus(Tarnis::RUNNING);
         desk.choose("shutDownAction");
         QVERIFY(desk.reaches(ServerState::Off));
@@ -176,12 +175,12 @@ private Q_SLOTS:
         QVERIFY(LeavingDesk::changesOf(*text));
         QVERIFY(desk.isUp());
         answer(*text, "changesBox", QMessageBox::Cancel);
-        QTRY_VERIFY(!LeavingDesk::changesOf(*text));
+        TRY_VERIFY(!LeavingDesk::changesOf(*text));
         QVERIFY(desk.isUp() && desk.window->isVisible() && text->isVisible());
         // A later answer does not resume a cancelled action.
         text->close();
         answer(*text, "changesBox", QMessageBox::Discard);
-        QTRY_VERIFY(text.isNull());
+        TRY_VERIFY(text.isNull());
         QCoreApplication::processEvents();
         QVERIFY(desk.isUp() && desk.window->isVisible());
     }
@@ -205,7 +204,7 @@ private Q_SLOTS:
         auto* const text = desk.open<ServerTextWindow>("server-text");
         text->openFile(QStringLiteral("/notes"));
         auto* const edit = text->findChild<QPlainTextEdit*>(QStringLiteral("edit"));
-        QTRY_COMPARE_WITH_TIMEOUT(edit->toPlainText(), QStringLiteral("one\n"), timeoutMs);
+        TRY_COMPARE(edit->toPlainText(), QStringLiteral("one\n"));
         desk.typeText(QStringLiteral("x"));
         desk.window->close();
         answer(*text, "changesBox", QMessageBox::Save);
@@ -222,15 +221,15 @@ private Q_SLOTS:
         const QPointer<ServerTextWindow> text = desk.open<ServerTextWindow>("server-text");
         text->openFile(QStringLiteral("/notes"));
         const auto* const state = text->findChild<QLabel*>(QStringLiteral("stateLabel"));
-        QTRY_VERIFY_WITH_TIMEOUT(state->text().startsWith(QStringLiteral("Opened")), timeoutMs);
+        TRY_VERIFY(state->text().startsWith(QStringLiteral("Opened")));
         desk.typeText(QStringLiteral("x"));
         desk.window->close();
         answer(*text, "changesBox", QMessageBox::Save);
-        QTRY_VERIFY_WITH_TIMEOUT(state->text().contains(QStringLiteral("NG:full")), timeoutMs);
+        TRY_VERIFY(state->text().contains(QStringLiteral("NG:full")));
         QVERIFY(desk.isUp() && desk.window->isVisible());
         text->close();
         answer(*text, "changesBox", QMessageBox::Discard);
-        QTRY_VERIFY(text.isNull());
+        TRY_VERIFY(text.isNull());
         QCoreApplication::processEvents();
         QVERIFY(desk.isUp() && desk.window->isVisible());
     }
@@ -267,14 +266,14 @@ private Q_SLOTS:
             QTest::keyClick(chooser, Qt::Key_Escape);
         else
             chooser->close(); // as the frame of the window does
-        QTRY_VERIFY(chooser.isNull());
+        TRY_VERIFY(chooser.isNull());
         QCOMPARE(rejections, 1);
-        QTRY_VERIFY(!LeavingDesk::changesOf(*text));
-        QTRY_VERIFY(!desk.question());
+        TRY_VERIFY(!LeavingDesk::changesOf(*text));
+        TRY_VERIFY(!desk.question());
         // A later save does nothing else.
         text->saveTo(QStringLiteral("/data/new"));
         const auto* const state = text->findChild<QLabel*>(QStringLiteral("stateLabel"));
-        QTRY_COMPARE_WITH_TIMEOUT(state->text(), QStringLiteral("Saved."), timeoutMs);
+        TRY_COMPARE(state->text(), QStringLiteral("Saved."));
         QCoreApplication::processEvents();
         QVERIFY(text && text->isVisible());
         QVERIFY(desk.isUp() && desk.window->isVisible());
@@ -298,10 +297,10 @@ private Q_SLOTS:
         desk.beginRun();
         desk.window->close();
         desk.answerNo();
-        QTRY_VERIFY(!desk.question());
+        TRY_VERIFY(!desk.question());
         // The text closes when it is saved, but nothing else does.
         text->saveTo(QStringLiteral("/data/new"));
-        QTRY_VERIFY_WITH_TIMEOUT(text.isNull(), timeoutMs);
+        TRY_VERIFY(text.isNull());
         QCoreApplication::processEvents();
         QVERIFY(!desk.question());
         QVERIFY(desk.isUp() && desk.window->isVisible());
@@ -333,8 +332,8 @@ private Q_SLOTS:
         desk.answerYes();
         QVERIFY(LeavingDesk::changesOf(*text));
         answer(*text, "changesBox", QMessageBox::Cancel);
-        QTRY_VERIFY(!LeavingDesk::changesOf(*text));
-        QTRY_VERIFY(!desk.question());
+        TRY_VERIFY(!LeavingDesk::changesOf(*text));
+        TRY_VERIFY(!desk.question());
         desk.window->close();
         QVERIFY(desk.question()); // the previous answer counted once
         desk.answerYes();

@@ -2,6 +2,7 @@
 #include "browse/pathwindows.h"
 #include "console/consolefixture.h"
 #include "settings/settingspanel.h"
+#include "support/wait.h"
 
 #include <tarnis/dialogs/graph1ddialog.h>
 #include <tarnis/dialogs/graph2ddialog.h>
@@ -63,12 +64,10 @@ struct LiveWindows {
     }
     bool areFilled() const
     {
-        return QTest::qWaitFor(
-            [this] {
-                return curves->getGraphWidget()->hasData() && map->getGraphWidget()->getMaxValue() > 0.0
-                    && statistics->table()->rowCount() > 0;
-            },
-            timeoutMs);
+        return eventually([this] {
+            return curves->getGraphWidget()->hasData() && map->getGraphWidget()->getMaxValue() > 0.0
+                && statistics->table()->rowCount() > 0;
+        });
     }
     static QString infoOf(const QWidget& window)
     {
@@ -77,18 +76,14 @@ struct LiveWindows {
     }
     bool allSay(const QString& text) const
     {
-        return QTest::qWaitFor(
-            [&] {
-                return infoOf(*curves).contains(text) && infoOf(*map).contains(text)
-                    && infoOf(*statistics).contains(text);
-            },
-            timeoutMs);
+        return eventually([&] {
+            return infoOf(*curves).contains(text) && infoOf(*map).contains(text) && infoOf(*statistics).contains(text);
+        });
     }
     bool areQuiet() const
     {
-        return QTest::qWaitFor(
-            [this] { return infoOf(*curves).isEmpty() && infoOf(*map).isEmpty() && infoOf(*statistics).isEmpty(); },
-            timeoutMs);
+        return eventually(
+            [this] { return infoOf(*curves).isEmpty() && infoOf(*map).isEmpty() && infoOf(*statistics).isEmpty(); });
     }
     /// The displayed data and settings are unchanged.
     bool areKept() const
@@ -128,10 +123,8 @@ private Q_SLOTS:
     {
         QFETCH(QByteArray, action);
         HistogramServer server;
-        const LocalProgram program(faithful(server.port()));
-        ConsoleFixture desk;
-        desk.use(program);
-        QVERIFY(desk.reaches(ServerState::Up));
+        const FakeServer program(FakeServer::wellBehaved(server.port()));
+        ConsoleFixture desk(program);
         const LiveWindows live(desk);
         QVERIFY(live.areFilled());
         live.curves->findChild<QComboBox*>(QStringLiteral("typeComboBox"))
@@ -143,13 +136,13 @@ private Q_SLOTS:
         QVERIFY(live.areKept());
         QVERIFY(!live.canUpdate());
         if (action == "shutDownAction")
-            QVERIFY(server.waitUntilDeserted()); // no session remains
-        QTRY_VERIFY_WITH_TIMEOUT(!desk.window->controller().hasProcess(), timeoutMs);
+            QVERIFY(server.waitUntilDeserted()); // no session is left behind
+        TRY_VERIFY(!desk.window->controller().hasProcess());
         desk.window->controller().restart();
         QVERIFY(desk.reaches(ServerState::Up));
         const auto polls = server.requests().count(curvesRequest);
         QVERIFY(live.areQuiet());
-        QTRY_VERIFY_WITH_TIMEOUT(server.requests().count(curvesRequest) > polls, timeoutMs);
+        TRY_VERIFY(server.requests().count(curvesRequest) > polls);
         QVERIFY(live.areKept());
         QVERIFY(live.canUpdate());
         QVERIFY(noBoxIsOpen());
@@ -158,9 +151,7 @@ private Q_SLOTS:
     void reportsALostRemoteServerWithoutAMessageBox()
     {
         auto server = std::make_unique<HistogramServer>();
-        ConsoleFixture desk;
-        desk.use(*server);
-        QVERIFY(desk.reaches(ServerState::Up));
+        ConsoleFixture desk(*server);
         const LiveWindows live(desk);
         QVERIFY(live.areFilled());
         live.curves->findChild<QComboBox*>(QStringLiteral("typeComboBox"))
@@ -186,40 +177,36 @@ private Q_SLOTS:
         server.answerInTurn(curvesRequest,
             { { Step::doubles({ 1, 2, 3, 4, 5, 6, 7, 8 }, "OK:\n") }, { Step::raw("half"), Step::drop() },
                 { Step::hold("gate"), Step::doubles({ 8, 8, 8, 8, 8, 8, 8, 8 }, "OK:\n") } });
-        ConsoleFixture desk;
-        desk.use(server);
-        QVERIFY(desk.reaches(ServerState::Up));
+        ConsoleFixture desk(server);
         auto* const window = desk.open<Graph1DDialog>("curves");
-        QTRY_VERIFY_WITH_TIMEOUT(window->getGraphWidget()->hasData(), timeoutMs);
-        QTRY_VERIFY_WITH_TIMEOUT(LiveWindows::infoOf(*window).contains(QStringLiteral("connection broke")), timeoutMs);
+        TRY_VERIFY(window->getGraphWidget()->hasData());
+        TRY_VERIFY(LiveWindows::infoOf(*window).contains(QStringLiteral("connection broke")));
         QVERIFY(noBoxIsOpen());
         QVERIFY(server.waitForHold("gate"));
         QCOMPARE(desk.window->controller().state(), ServerState::Up);
         server.open("gate");
-        QTRY_VERIFY_WITH_TIMEOUT(LiveWindows::infoOf(*window).isEmpty(), timeoutMs);
+        TRY_VERIFY(LiveWindows::infoOf(*window).isEmpty());
         QCOMPARE(window->getGraphWidget()->getMaxValue(), 8.0);
     }
 
     void aWindowWithoutPollingOnlyReportsTheReturn()
     {
         HistogramServer server;
-        const LocalProgram program(faithful(server.port()));
-        ConsoleFixture desk;
-        desk.use(program);
-        QVERIFY(desk.reaches(ServerState::Up));
+        const FakeServer program(FakeServer::wellBehaved(server.port()));
+        ConsoleFixture desk(program);
         auto* const window = desk.open<Graph1DDialog>("curves");
-        QTRY_VERIFY_WITH_TIMEOUT(window->getGraphWidget()->hasData(), timeoutMs);
+        TRY_VERIFY(window->getGraphWidget()->hasData());
         window->setAutoUpdate(false);
         desk.choose("shutDownAction");
         QVERIFY(desk.reaches(ServerState::Off));
         QVERIFY(!LiveWindows::infoOf(*window).isEmpty());
         const auto polls = server.requests().count(curvesRequest);
         desk.choose("startAction");
-        QTRY_VERIFY_WITH_TIMEOUT(LiveWindows::infoOf(*window).isEmpty(), timeoutMs);
+        TRY_VERIFY(LiveWindows::infoOf(*window).isEmpty());
         QVERIFY(!window->isAutoUpdate());
         QCOMPARE(server.requests().count(curvesRequest), polls);
         press(*window->findChild<QPushButton*>(QStringLiteral("updatePushButton")));
-        QTRY_COMPARE_WITH_TIMEOUT(server.requests().count(curvesRequest), polls + 1, timeoutMs);
+        TRY_COMPARE(server.requests().count(curvesRequest), polls + 1);
     }
 
     void showsARejectionAndContinuesPolling_data()
@@ -236,13 +223,11 @@ private Q_SLOTS:
         QFETCH(QByteArray, request);
         HistogramServer server;
         server.answer(request, { Step::binary("", "NG:no such histogram\n") });
-        ConsoleFixture desk;
-        desk.use(server);
-        QVERIFY(desk.reaches(ServerState::Up));
+        ConsoleFixture desk(server);
         const auto* const window = desk.open<QDialog>(id.constData());
-        QTRY_VERIFY_WITH_TIMEOUT(LiveWindows::infoOf(*window).contains(QStringLiteral("no such histogram")), timeoutMs);
+        TRY_VERIFY(LiveWindows::infoOf(*window).contains(QStringLiteral("no such histogram")));
         QVERIFY(noBoxIsOpen());
-        QTRY_VERIFY_WITH_TIMEOUT(server.requests().count(request) > 1, timeoutMs);
+        TRY_VERIFY(server.requests().count(request) > 1);
     }
 
     void closingEndsTheSessionOfTheWindowOnly_data()
@@ -256,9 +241,7 @@ private Q_SLOTS:
         QFETCH(QByteArray, id);
         HistogramServer server;
         server.answer("here?", { Step::text("yes\n") });
-        ConsoleFixture desk;
-        desk.use(server);
-        QVERIFY(desk.reaches(ServerState::Up));
+        ConsoleFixture desk(server);
         desk.send(QStringLiteral("here?")); // the command line has its connection
         QVERIFY(desk.shows(QStringLiteral("yes")));
         desk.choose("clearRecordAction");
@@ -268,8 +251,8 @@ private Q_SLOTS:
         QVERIFY(server.waitForConnections(before + 1));
         const int open = server.openConnections();
         window->close();
-        QTRY_VERIFY(window.isNull());
-        QTRY_VERIFY_WITH_TIMEOUT(server.openConnections() < open, timeoutMs);
+        TRY_VERIFY(window.isNull());
+        TRY_VERIFY(server.openConnections() < open);
         desk.send(QStringLiteral("here?"));
         QVERIFY(desk.shows(QStringLiteral("yes")));
     }
@@ -278,13 +261,11 @@ private Q_SLOTS:
     {
         HistogramServer server;
         {
-            ConsoleFixture desk;
-            desk.use(server);
-            QVERIFY(desk.reaches(ServerState::Up));
+            ConsoleFixture desk(server);
             const LiveWindows live(desk);
             QVERIFY(live.areFilled());
             desk.window->close();
-            QTRY_VERIFY_WITH_TIMEOUT(!desk.window->isVisible(), timeoutMs);
+            TRY_VERIFY(!desk.window->isVisible());
         }
         QVERIFY(server.waitUntilDeserted());
     }
@@ -301,17 +282,14 @@ private Q_SLOTS:
     {
         QFETCH(QByteArray, id);
         auto server = std::make_unique<HistogramServer>();
-        ConsoleFixture desk;
-        desk.use(*server);
-        QVERIFY(desk.reaches(ServerState::Up));
+        ConsoleFixture desk(*server);
         const QPointer<QWidget> chooser = desk.open<QWidget>(id.constData());
-        QTRY_VERIFY_WITH_TIMEOUT(
-            chooser->findChild<QListWidget*>(QStringLiteral("curDirListWidget"))->count() > 0, timeoutMs);
+        TRY_VERIFY(chooser->findChild<QListWidget*>(QStringLiteral("curDirListWidget"))->count() > 0);
         server.reset();
         desk.send(QStringLiteral("anybody?"));
         const auto* const ok = chooser->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok);
         const auto* const state = chooser->findChild<QLabel*>(QStringLiteral("stateLabel"));
-        QTRY_VERIFY_WITH_TIMEOUT(state->text().contains(QStringLiteral("no connection")), timeoutMs);
+        TRY_VERIFY(state->text().contains(QStringLiteral("no connection")));
         QVERIFY(!ok->isEnabled());
         QVERIFY(ok->toolTip().contains(QStringLiteral("no connection")));
         QVERIFY(chooser->isVisible());
@@ -324,12 +302,10 @@ private Q_SLOTS:
         QFETCH(QByteArray, id);
         HistogramServer server;
         server.answerInTurn("ls-F \"/data\"", { { Step::drop() }, { Step::text("OK:\nold/\n") } });
-        ConsoleFixture desk;
-        desk.use(server);
-        QVERIFY(desk.reaches(ServerState::Up));
+        ConsoleFixture desk(server);
         const auto* const chooser = desk.open<QWidget>(id.constData());
         const auto* const list = chooser->findChild<QListWidget*>(QStringLiteral("curDirListWidget"));
-        QTRY_VERIFY_WITH_TIMEOUT(list->count() == 1 && list->isEnabled(), timeoutMs);
+        TRY_VERIFY(list->count() == 1 && list->isEnabled());
         QVERIFY(chooser->isVisible());
     }
 
@@ -349,17 +325,15 @@ private Q_SLOTS:
         QFETCH(int, cursor);
         QFETCH(QString, line);
         HistogramServer server;
-        ConsoleFixture desk;
-        desk.use(server);
-        QVERIFY(desk.reaches(ServerState::Up));
+        ConsoleFixture desk(server);
         const QPointer<QWidget> chooser = desk.open<QWidget>("server-files");
         auto* const list = chooser->findChild<QListWidget*>(QStringLiteral("curDirListWidget"));
-        QTRY_VERIFY_WITH_TIMEOUT(list->count() > 0, timeoutMs);
+        TRY_VERIFY(list->count() > 0);
         desk.type(typed);
         desk.edit().setCursorPosition(cursor);
         list->setCurrentItem(list->findItems(QStringLiteral("run\"two"), Qt::MatchExactly).constFirst());
         acceptChoice(*chooser);
-        QTRY_VERIFY(chooser.isNull());
+        TRY_VERIFY(chooser.isNull());
         QCOMPARE(desk.edit().text(), line);
         QCOMPARE(desk.edit().cursorPosition(), int(line.indexOf(u"two\"")) + 4);
     }
@@ -369,9 +343,7 @@ private Q_SLOTS:
     void theBasePathIsNotForARun()
     {
         HistogramServer server;
-        ConsoleFixture desk;
-        desk.use(server);
-        QVERIFY(desk.reaches(ServerState::Up));
+        ConsoleFixture desk(server);
         Tarnis& tarnis = desk.window->controller().tarnis();
         auto& action = desk.widget<QAction>("base-path");
         QVERIFY(action.isEnabled());
@@ -386,12 +358,10 @@ private Q_SLOTS:
     void reportsARunThatBeganMeanwhile()
     {
         HistogramServer server;
-        ConsoleFixture desk;
-        desk.use(server);
-        QVERIFY(desk.reaches(ServerState::Up));
+        ConsoleFixture desk(server);
         const QPointer<QWidget> chooser = desk.open<QWidget>("base-path");
         auto* const list = chooser->findChild<QListWidget*>(QStringLiteral("curDirListWidget"));
-        QTRY_VERIFY_WITH_TIMEOUT(list->count() > 0, timeoutMs);
+        TRY_VERIFY(list->count() > 0);
         desk.window->controller().tarnis().SetStatus(Tarnis::RUNNING);
         acceptChoice(*chooser);
         QVERIFY(desk.alert().text.contains(QStringLiteral("Running")));
@@ -405,9 +375,7 @@ private Q_SLOTS:
     void theWindowsOfferTheirToolsInTheMenu()
     {
         HistogramServer server;
-        ConsoleFixture desk;
-        desk.use(server);
-        QVERIFY(desk.reaches(ServerState::Up));
+        ConsoleFixture desk(server);
         const auto offers = [](QWidget* plot, const QString& text) {
             for (const QAction* action : plot->actions()) {
                 if (action->text() == text)

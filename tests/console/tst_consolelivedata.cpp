@@ -5,6 +5,7 @@
 #include "histograms/keptdata.h"
 #include "histograms/livewindows.h"
 #include "support/modalwatchdog.h"
+#include "support/wait.h"
 #include "tables/ratewindow.h"
 
 #include <tarnis/export/exportdialog.h>
@@ -108,18 +109,8 @@ private:
 
 template <typename Window> bool isFilled(const Window& window)
 {
-    return QTest::qWaitFor([&] { return window.getGraphWidget()->getMaxValue() > 0.0; }, timeoutMs);
+    return eventually([&] { return window.getGraphWidget()->getMaxValue() > 0.0; });
 }
-
-class LiveDesk : public ConsoleFixture {
-public:
-    explicit LiveDesk(const ScriptedServer& server)
-    {
-        use(server);
-        if (!reaches(ServerState::Up))
-            qFatal("no server");
-    }
-};
 
 void setLimit(QWidget& window, int limitMs)
 {
@@ -158,37 +149,37 @@ private Q_SLOTS:
         QFETCH(QByteArray, id);
         QFETCH(QByteArray, command);
         LiveServer server;
-        LiveDesk desk(server);
+        ConsoleFixture desk(server);
         auto* const window = desk.find(id.constData());
         QVERIFY(window);
-        QTRY_VERIFY_WITH_TIMEOUT(ageOf(*window).startsWith(QStringLiteral("Last data: ")), timeoutMs);
+        TRY_VERIFY(ageOf(*window).startsWith(QStringLiteral("Last data: ")));
         QVERIFY(QRegularExpression(QStringLiteral("\\d\\d:\\d\\d:\\d\\d")).match(ageOf(*window)).hasMatch());
         QVERIFY(!ageOf(*window).contains(QStringLiteral("waits")));
         server.answer(command, { Step::hold("hung"), Step::text("NG:late\n") });
         setLimit(*window, 0); // rather than three polls
         QVERIFY(server.waitForHold("hung"));
-        QTRY_VERIFY_WITH_TIMEOUT(ageOf(*window).contains(QStringLiteral("waits")), timeoutMs);
+        TRY_VERIFY(ageOf(*window).contains(QStringLiteral("waits")));
         QVERIFY(ageOf(*window).startsWith(QStringLiteral("Last data: ")));
         setLimit(*window, 1 << 30);
         server.open("hung");
-        QTRY_VERIFY_WITH_TIMEOUT(!ageOf(*window).contains(QStringLiteral("waits")), timeoutMs);
+        TRY_VERIFY(!ageOf(*window).contains(QStringLiteral("waits")));
     }
 
     void reportsThatThereAreNoDataYet()
     {
         LiveServer server;
         server.answer(curvesCommand, { Step::silence() });
-        LiveDesk desk(server);
+        ConsoleFixture desk(server);
         auto* const window = desk.find("curves");
         setLimit(*window, 0);
-        QTRY_VERIFY_WITH_TIMEOUT(ageOf(*window).contains(QStringLiteral("waits")), timeoutMs);
+        TRY_VERIFY(ageOf(*window).contains(QStringLiteral("waits")));
         QVERIFY(ageOf(*window).startsWith(QStringLiteral("No data yet")));
     }
 
     void aWindowThatDoesNotPollDoesNotWait()
     {
         LiveServer server;
-        LiveDesk desk(server);
+        ConsoleFixture desk(server);
         auto* const window = desk.open<LiveCurves>("curves");
         QVERIFY(isFilled(*window));
         window->setAutoUpdate(false);
@@ -199,12 +190,12 @@ private Q_SLOTS:
         age.m_limitMs = 0;
         window->dataAge().m_limitMs = 0;
         isExpected = true; // a waiting line shows that this one was checked too
-        QTRY_VERIFY_WITH_TIMEOUT(age.label()->text().contains(QStringLiteral("waits")), timeoutMs);
+        TRY_VERIFY(age.label()->text().contains(QStringLiteral("waits")));
         QVERIFY(!ageOf(*window).contains(QStringLiteral("waits")));
         QCOMPARE(server.requests().count(curvesCommand), polls);
         // Until the user requests an update.
         press(*window->findChild<QPushButton*>(QStringLiteral("updatePushButton")));
-        QTRY_VERIFY_WITH_TIMEOUT(ageOf(*window).contains(QStringLiteral("waits")), timeoutMs);
+        TRY_VERIFY(ageOf(*window).contains(QStringLiteral("waits")));
     }
 
     void threePollsMayBeMissed()
@@ -235,7 +226,7 @@ private Q_SLOTS:
         server.answer(curvesCommand, curvesOf(7));
         QVERIFY(door.open());
         QVERIFY(desk.reaches(ServerState::Up));
-        QTRY_COMPARE_WITH_TIMEOUT(window->getGraphWidget()->getMaxValue(), 7.0, timeoutMs);
+        TRY_COMPARE(window->getGraphWidget()->getMaxValue(), 7.0);
         QVERIFY(!info->isVisible());
         QVERIFY(desk.alert().text.isEmpty());
     }
@@ -243,16 +234,14 @@ private Q_SLOTS:
     void showsWhatToDoAfterALocalServerEnded()
     {
         LiveServer server;
-        const LocalProgram program(faithful(server.port()));
-        ConsoleFixture desk;
-        desk.use(program);
-        QVERIFY(desk.reaches(ServerState::Up));
+        const FakeServer program(FakeServer::wellBehaved(server.port()));
+        ConsoleFixture desk(program);
         auto* const window = desk.open<LiveCurves>("curves");
         QVERIFY(isFilled(*window));
         desk.window->controller().endByForce();
         QVERIFY(desk.reaches(ServerState::Failed));
         const auto* const info = window->findChild<QLabel*>(QStringLiteral("infoLabel"));
-        QTRY_VERIFY_WITH_TIMEOUT(info->text().contains(QStringLiteral("started again")), timeoutMs);
+        TRY_VERIFY(info->text().contains(QStringLiteral("started again")));
     }
 
     void resumesWhenAHungLocalServerAnswersAgain()
@@ -260,7 +249,7 @@ private Q_SLOTS:
         const LiveServer server;
         Door door(server.port());
         QVERIFY(door.open());
-        const LocalProgram program(faithful(door.serverPort()));
+        const FakeServer program(FakeServer::wellBehaved(door.serverPort()));
         ConsoleFixture desk;
         desk.window->controller().m_againMs = 10;
         desk.use(program);
@@ -276,7 +265,7 @@ private Q_SLOTS:
         QCOMPARE(desk.window->controller().tarnis().process()->processId(), process);
         QVERIFY(desk.alert().text.isEmpty());
         const auto* const info = window->findChild<QLabel*>(QStringLiteral("infoLabel"));
-        QTRY_VERIFY_WITH_TIMEOUT(!info->isVisible(), timeoutMs);
+        TRY_VERIFY(!info->isVisible());
     }
 
     // Data of a lost server.
@@ -303,17 +292,15 @@ private Q_SLOTS:
         QFETCH(QList<double>, something);
         QFETCH(QByteArray, text);
         LiveServer server;
-        const LocalProgram program(faithful(server.port()));
-        ConsoleFixture desk;
-        desk.use(program);
-        QVERIFY(desk.reaches(ServerState::Up));
+        const FakeServer program(FakeServer::wellBehaved(server.port()));
+        ConsoleFixture desk(program);
         auto* const window = desk.find(id.constData());
         const auto largest = [window] {
             const auto* const curves = qobject_cast<LiveCurves*>(window);
             return curves ? curves->getGraphWidget()->getMaxValue()
                           : dynamic_cast<LiveMap&>(*window).getGraphWidget()->getMaxValue();
         };
-        QTRY_VERIFY_WITH_TIMEOUT(largest() > 1.0, timeoutMs);
+        TRY_VERIFY(largest() > 1.0);
         auto& bar = *window->findChild<KeptData*>();
         QVERIFY(!bar.isVisible());
         const double kept = largest();
@@ -338,17 +325,15 @@ private Q_SLOTS:
         QCOMPARE(largest(), kept);
         QVERIFY(bar.isVisible());
         server.open("empty");
-        QTRY_COMPARE_WITH_TIMEOUT(largest(), 1.0, timeoutMs);
+        TRY_COMPARE(largest(), 1.0);
         QVERIFY(!bar.isVisible());
     }
 
     void thePersonMayLetTheOldDataGo()
     {
         LiveServer server;
-        const LocalProgram program(faithful(server.port()));
-        ConsoleFixture desk;
-        desk.use(program);
-        QVERIFY(desk.reaches(ServerState::Up));
+        const FakeServer program(FakeServer::wellBehaved(server.port()));
+        ConsoleFixture desk(program);
         auto* const window = desk.open<LiveCurves>("curves");
         QVERIFY(isFilled(*window));
         desk.window->controller().endByForce();
@@ -357,18 +342,18 @@ private Q_SLOTS:
         desk.window->controller().restart();
         QVERIFY(desk.reaches(ServerState::Up));
         press(*window->findChild<QPushButton*>(QStringLiteral("keptReleaseButton")));
-        QTRY_COMPARE_WITH_TIMEOUT(window->getGraphWidget()->getMaxValue(), 0.0, timeoutMs);
+        TRY_COMPARE(window->getGraphWidget()->getMaxValue(), 0.0);
         QVERIFY(!window->findChild<KeptData*>()->isVisible());
     }
 
     void dataThatAreClearedOnTheSameServerGoAtOnce()
     {
         LiveServer server;
-        LiveDesk desk(server);
+        ConsoleFixture desk(server);
         auto* const window = desk.open<LiveCurves>("curves");
         QVERIFY(isFilled(*window));
         server.answer(curvesCommand, curvesOf(0));
-        QTRY_COMPARE_WITH_TIMEOUT(window->getGraphWidget()->getMaxValue(), 0.0, timeoutMs);
+        TRY_COMPARE(window->getGraphWidget()->getMaxValue(), 0.0);
         QVERIFY(!window->findChild<KeptData*>()->isVisible());
     }
 
@@ -392,7 +377,7 @@ private Q_SLOTS:
     void aZoomInThePairFormatStaysUntilReset()
     {
         LiveServer server;
-        LiveDesk desk(server);
+        ConsoleFixture desk(server);
         auto* const window = desk.open<LiveCurves>("pairs");
         auto& plot = *window->getGraphWidget();
         QVERIFY(isFilled(*window));
@@ -410,12 +395,12 @@ private Q_SLOTS:
         const double zoomedMax = max;
         QVERIFY(zoomedMin > 0 && zoomedMax < 40000);
         server.answer(pairsCommand, { Step::doubles({ 0, 9 }, "OK: (0 40000 1024)\n") });
-        QTRY_COMPARE_WITH_TIMEOUT(plot.getMaxValue(), 9.0, timeoutMs);
+        TRY_COMPARE(plot.getMaxValue(), 9.0);
         QVERIFY(isShown(zoomedMin, zoomedMax));
         plot.onReset();
         QVERIFY(isShown(0, 40000));
         server.answer(pairsCommand, { Step::doubles({ 0, 8 }, "OK: (0 50000 1024)\n") });
-        QTRY_COMPARE_WITH_TIMEOUT(plot.getMaxValue(), 8.0, timeoutMs);
+        TRY_COMPARE(plot.getMaxValue(), 8.0);
         QVERIFY(isShown(0, 50000)); // again according to the server
     }
 
@@ -433,42 +418,42 @@ private Q_SLOTS:
         QFETCH(bool, areColumns);
         LiveServer server;
         server.answer(curvesCommand, { Step::doubles(QList<double>(8 * qsizetype { bins }, 2.0), "OK:\n") });
-        LiveDesk desk(server);
+        ConsoleFixture desk(server);
         auto* const window = desk.open<LiveCurves>("curves");
         QVERIFY(isFilled(*window));
         QAction* const columns = actionOf(*window->getGraphWidget(), QStringLiteral("Column Chart"));
         QCOMPARE(columns->isChecked(), areColumns);
         columns->setChecked(!areColumns); // the user's choice stays
         const qsizetype polls = server.requests().count(QByteArray(curvesCommand));
-        QTRY_VERIFY_WITH_TIMEOUT(server.requests().count(QByteArray(curvesCommand)) > polls + 1, timeoutMs);
+        TRY_VERIFY(server.requests().count(QByteArray(curvesCommand)) > polls + 1);
         QCOMPARE(columns->isChecked(), !areColumns);
     }
 
     void thePeakTableShowsEveryColumn()
     {
         const LiveServer server;
-        LiveDesk desk(server);
+        ConsoleFixture desk(server);
         auto* const window = desk.open<LiveCurves>("curves");
         QVERIFY(isFilled(*window));
         window->getGraphWidget()->onPeakSearch();
         const auto* const dialog = window->getGraphWidget()->findChild<PeakSearchDialog*>();
         QVERIFY(dialog);
         const auto* const table = dialog->findChild<QTableWidget*>();
-        QTRY_VERIFY_WITH_TIMEOUT(table->isVisible() && table->viewport()->width() > 0, timeoutMs);
-        QTRY_VERIFY_WITH_TIMEOUT(table->horizontalHeader()->length() <= table->viewport()->width(), timeoutMs);
+        TRY_VERIFY(table->isVisible() && table->viewport()->width() > 0);
+        TRY_VERIFY(table->horizontalHeader()->length() <= table->viewport()->width());
     }
 
     void theCaptionNamesTheVisibleRows()
     {
         const LiveServer server;
-        LiveDesk desk(server);
+        ConsoleFixture desk(server);
         auto* const window = desk.open<LiveCurves>("curves");
         QVERIFY(isFilled(*window));
         const auto* const caption = window->findChild<QLabel*>(QStringLiteral("descLabel"));
-        QTRY_COMPARE(caption->text(), QStringLiteral("Module 0-7"));
+        TRY_COMPARE(caption->text(), QStringLiteral("Module 0-7"));
         window->getGraphWidget()->setEnable(3, false);
         window->getGraphWidget()->refreshPixmap();
-        QTRY_COMPARE(caption->text(), QStringLiteral("Module 0-2, 4-7 of 8"));
+        TRY_COMPARE(caption->text(), QStringLiteral("Module 0-2, 4-7 of 8"));
     }
 
     void escapeLeavesTheToolAndCtrlWCloses_data()
@@ -487,10 +472,10 @@ private Q_SLOTS:
         QFETCH(QByteArray, id);
         QFETCH(QStringList, tools);
         LiveServer server;
-        LiveDesk desk(server);
+        ConsoleFixture desk(server);
         const QPointer<QWidget> window = desk.find(id.constData());
         QApplication::setActiveWindow(window);
-        QTRY_COMPARE(QApplication::activeWindow(), window.data()); // a shortcut needs it
+        TRY_COMPARE(QApplication::activeWindow(), window.data()); // a shortcut needs it
         if (auto* const curves = qobject_cast<LiveCurves*>(window.data()); curves && id == "curves")
             QVERIFY(isFilled(*curves)); // a range needs data
         auto* const plot = window->findChild<XYGraphWidget*>();
@@ -509,13 +494,13 @@ private Q_SLOTS:
         QVERIFY(window->isVisible());
         QApplication::setActiveWindow(window); // the box of a tool may have been active
         QTest::keyClick(window, Qt::Key_W, Qt::ControlModifier);
-        QTRY_VERIFY(window.isNull() || !window->isVisible());
+        TRY_VERIFY(window.isNull() || !window->isVisible());
     }
 
     void escapeInTheBoxOfAToolLeavesTheTool()
     {
         LiveServer server;
-        LiveDesk desk(server);
+        ConsoleFixture desk(server);
         auto* const window = desk.open<LiveMap>("map");
         QVERIFY(isFilled(*window));
         XY2DGraphWidget& plot = *window->getGraphWidget();
@@ -531,10 +516,10 @@ private Q_SLOTS:
     void escapeStillClosesADialog()
     {
         LiveServer server;
-        LiveDesk desk(server);
+        ConsoleFixture desk(server);
         const QPointer<QWidget> window = desk.find("histograms");
         QTest::keyClick(window, Qt::Key_Escape);
-        QTRY_VERIFY(window.isNull() || !window->isVisible());
+        TRY_VERIFY(window.isNull() || !window->isVisible());
     }
 
     // Filtered maps.
@@ -542,7 +527,7 @@ private Q_SLOTS:
     void aFilteredMapHasItsOwnTitle()
     {
         LiveServer server;
-        LiveDesk desk(server);
+        ConsoleFixture desk(server);
         auto* const window = desk.open<LiveMap>("map");
         QVERIFY(isFilled(*window));
         window->onFilter(); // the filter's dialog finds the slot by its name
@@ -556,10 +541,10 @@ private Q_SLOTS:
         const QString time = maps.first()->windowTitle().right(9);
         setLanguage(QStringLiteral("de"));
         const auto title = [&] { return maps.first()->windowTitle(); };
-        QTRY_VERIFY2_WITH_TIMEOUT(title().contains(QStringLiteral("gefiltert")), qPrintable(title()), timeoutMs);
+        TRY_VERIFY2(title().contains(QStringLiteral("gefiltert")), qPrintable(title()));
         QVERIFY(title().endsWith(time));
         setLanguage(QStringLiteral("en"));
-        QTRY_VERIFY2_WITH_TIMEOUT(english.match(title()).hasMatch(), qPrintable(title()), timeoutMs);
+        TRY_VERIFY2(english.match(title()).hasMatch(), qPrintable(title()));
     }
 
     // One set of tools.
@@ -579,10 +564,10 @@ private Q_SLOTS:
         server.answer("hists",
             { Step::text("OK:\ntime: kind=1d rows=8 bins=1024 min=0 max=40000 label=Time unit=us\n"
                          "image: kind=2d binsx=256 minx=0 maxx=256 binsy=256 miny=0 maxy=256\n") });
-        LiveDesk desk(server);
-        QTRY_VERIFY_WITH_TIMEOUT(desk.window->histograms().find(QStringLiteral("image")), timeoutMs);
+        ConsoleFixture desk(server);
+        TRY_VERIFY(desk.window->histograms().find(QStringLiteral("image")));
         auto* const chooser = desk.open<HistogramChooser>("histograms");
-        QTRY_COMPARE_WITH_TIMEOUT(chooser->count(), 2, timeoutMs);
+        TRY_COMPARE(chooser->count(), 2);
         chooser->setChecked(0, true);
         chooser->setChecked(1, true);
         acceptChoice(*chooser);
@@ -596,15 +581,13 @@ private Q_SLOTS:
         };
         const QStringList tools = toolsOf(*desk.find(id.constData()));
         QStringList others;
-        QTRY_VERIFY_WITH_TIMEOUT(
-            [&] {
-                for (const QWidget* const window : desk.window->windows().all()) {
-                    if (window->windowTitle() == other)
-                        others = toolsOf(*window);
-                }
-                return !others.isEmpty();
-            }(),
-            timeoutMs);
+        TRY_VERIFY([&] {
+            for (const QWidget* const window : desk.window->windows().all()) {
+                if (window->windowTitle() == other)
+                    others = toolsOf(*window);
+            }
+            return !others.isEmpty();
+        }());
         QCOMPARE(others, tools);
         QVERIFY(tools.contains(QStringLiteral("Select Time Range")) || tools.contains(QStringLiteral("Select ROI...")));
     }

@@ -2,6 +2,7 @@
 #include "app/language.h"
 #include "log/logtail.h"
 #include "log/logwindow.h"
+#include "support/wait.h"
 
 #include <QCheckBox>
 #include <QDir>
@@ -84,13 +85,7 @@ public:
         window.resize(600, 300);
         window.show();
     }
-    template <typename Object> Object& widget(const char* name)
-    {
-        auto* const object = window.findChild<Object*>(QString::fromLatin1(name));
-        if (!object)
-            qFatal("no %s", name);
-        return *object;
-    }
+    template <typename Object> Object& widget(const char* name) { return part<Object>(window, name); }
     QPlainTextEdit& view() { return widget<QPlainTextEdit>("view"); }
     QScrollBar& bar() { return *view().verticalScrollBar(); }
     QString text() { return view().toPlainText(); }
@@ -269,11 +264,11 @@ private Q_SLOTS:
         QVERIFY(viewer.text().endsWith(u"line 299\n"));
         QVERIFY(viewer.isAtEnd());
         writer.append(lines(300, 100));
-        QTRY_VERIFY(viewer.text().endsWith(u"line 399\n"));
+        TRY_VERIFY(viewer.text().endsWith(u"line 399\n"));
         QVERIFY(viewer.isAtEnd());
         QCOMPARE(viewer.state(), "Following the file.");
         viewer.window.resize(600, 500);
-        QTRY_VERIFY(viewer.isAtEnd());
+        TRY_VERIFY(viewer.isAtEnd());
         QVERIFY(viewer.window.isFollowing());
     }
 
@@ -293,20 +288,20 @@ private Q_SLOTS:
         Viewer viewer(writer);
         viewer.openByName(writer.path());
         QTest::keyClick(&viewer.view(), Qt::Key_PageUp);
-        QTRY_VERIFY(!viewer.window.isFollowing());
+        TRY_VERIFY(!viewer.window.isFollowing());
         const int place = viewer.bar().value();
         writer.append(lines(300, 10));
-        QTRY_VERIFY(viewer.state().contains(QStringLiteral("90 bytes more")));
+        TRY_VERIFY(viewer.state().contains(QStringLiteral("90 bytes more")));
         QVERIFY(!viewer.text().contains(QStringLiteral("line 300")));
         QCOMPARE(viewer.bar().value(), place);
         viewer.bar().triggerAction(QAbstractSlider::SliderToMaximum);
         QVERIFY(viewer.window.isFollowing());
-        QTRY_VERIFY(viewer.text().endsWith(u"line 309\n"));
+        TRY_VERIFY(viewer.text().endsWith(u"line 309\n"));
         QVERIFY(viewer.isAtEnd());
         viewer.bar().triggerAction(QAbstractSlider::SliderSingleStepSub); // with the mouse on the bar
         QVERIFY(!viewer.window.isFollowing());
         QTest::keyClick(&viewer.view(), Qt::Key_End, Qt::ControlModifier);
-        QTRY_VERIFY(viewer.window.isFollowing());
+        TRY_VERIFY(viewer.window.isFollowing());
     }
 
     void theCheckBoxPausesToo()
@@ -332,7 +327,7 @@ private Q_SLOTS:
         Viewer viewer(writer);
         viewer.openByName(writer.path());
         writer.append(lines(10, LogWindow::maxLines));
-        QTRY_VERIFY(viewer.text().endsWith(QStringLiteral("line %1\n").arg(LogWindow::maxLines + 9)));
+        TRY_VERIFY(viewer.text().endsWith(QStringLiteral("line %1\n").arg(LogWindow::maxLines + 9)));
         QCOMPARE(viewer.view().blockCount(), LogWindow::maxLines);
         QVERIFY(viewer.isAtEnd());
     }
@@ -344,10 +339,10 @@ private Q_SLOTS:
         viewer.openByName(writer.path());
         QVERIFY(viewer.state().contains(QStringLiteral("cannot be read")));
         writer.append("there\n");
-        QTRY_COMPARE(viewer.text(), "there\n");
-        QTRY_COMPARE(viewer.state(), "Following the file.");
+        TRY_COMPARE(viewer.text(), "there\n");
+        TRY_COMPARE(viewer.state(), "Following the file.");
         writer.remove();
-        QTRY_VERIFY(viewer.state().startsWith(u"The file is gone"));
+        TRY_VERIFY(viewer.state().startsWith(u"The file is gone"));
     }
 
     void textIsFoundUpAndDown()

@@ -1,5 +1,6 @@
 // The look of plots: on open and new plots, stored, and following the window's colours.
 #include "app/colours.h"
+#include "support/wait.h"
 #include "windows/plotlook.h"
 
 #include <tarnis/plots/vectorgraphwidget.h>
@@ -48,7 +49,7 @@ private Q_SLOTS:
         QVERIFY(styleOf(window) != nullptr);
         QCOMPARE(styleOf(window)->theme(), PlotStyle::Theme::Light);
         QApplication::setPalette(darkPalette());
-        QTRY_COMPARE(styleOf(window)->theme(), PlotStyle::Theme::Dark);
+        TRY_COMPARE(styleOf(window)->theme(), PlotStyle::Theme::Dark);
         QWidget later;
         new VectorGraphWidget(&later);
         applyLook(later);

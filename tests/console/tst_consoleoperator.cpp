@@ -2,6 +2,7 @@
 #include "app/language.h"
 #include "console/consolefixture.h"
 #include "support/modalwatchdog.h"
+#include "support/wait.h"
 #include "tables/moduleswindow.h"
 #include "tables/ratewindow.h"
 #include "tables/snapshotwindow.h"
@@ -44,32 +45,20 @@ Row cells(QTableWidget* table, int row)
     return texts;
 }
 
-template <typename Widget> Widget& in(QWidget* window, const char* name)
-{
-    auto* const widget = window->findChild<Widget*>(QLatin1String(name));
-    if (!widget)
-        qFatal("no %s", name);
-    return *widget;
-}
-
 /// The window for module commands, in a connected console.
 struct Modules {
-    explicit Modules(ScriptedServer& server)
+    explicit Modules(const ScriptedServer& server)
+        : desk(server)
+        , window(&desk.opened<ModulesWindow>("modules"))
     {
-        desk.use(server);
-        if (!desk.reaches(ServerState::Up))
-            qFatal("no server");
-        window = desk.open<ModulesWindow>("modules");
-        if (!window)
-            qFatal("no window");
     }
     void aim(ModulesWindow::Target target, const QString& modules, const QString& command) const
     {
-        in<QComboBox>(window, "targetBox").setCurrentIndex(int(target));
-        in<QLineEdit>(window, "modulesEdit").setText(modules);
-        in<QComboBox>(window, "commandBox").setEditText(command);
+        part<QComboBox>(*window, "targetBox").setCurrentIndex(int(target));
+        part<QLineEdit>(*window, "modulesEdit").setText(modules);
+        part<QComboBox>(*window, "commandBox").setEditText(command);
     }
-    QPushButton& sendButton() const { return in<QPushButton>(window, "sendButton"); }
+    QPushButton& sendButton() const { return part<QPushButton>(*window, "sendButton"); }
     void send(ModulesWindow::Target target, const QString& modules, const QString& command) const
     {
         aim(target, modules, command);
@@ -77,13 +66,13 @@ struct Modules {
     }
     bool isAnswered() const
     {
-        return QTest::qWaitFor([&] { return !in<QPushButton>(window, "giveUpButton").isEnabled(); }, timeoutMs);
+        return eventually([&] { return !part<QPushButton>(*window, "giveUpButton").isEnabled(); });
     }
-    QString state() const { return in<QLabel>(window, "stateLabel").text(); }
+    QString state() const { return part<QLabel>(*window, "stateLabel").text(); }
     Row row(int number) const { return cells(window->table(), number); }
 
     ConsoleFixture desk;
-    ModulesWindow* window = nullptr;
+    ModulesWindow* window;
 };
 
 } // namespace
@@ -159,24 +148,22 @@ private Q_SLOTS:
     {
         ScriptedServer server;
         server.answer("stat", { Step::text("OK:\nevents: 12\nstate: RUNNING\n") });
-        ConsoleFixture desk;
-        desk.use(server);
-        QVERIFY(desk.reaches(ServerState::Up));
+        ConsoleFixture desk(server);
         auto* const window = desk.open<NameValueListDialog>("stat-snapshot");
         QVERIFY(window);
-        QTRY_COMPARE(window->table()->rowCount(), 2);
+        TRY_COMPARE(window->table()->rowCount(), 2);
         server.answer("stat", { Step::text("OK:\nevents: 20\nstate: RUNNING\n") });
-        press(in<QPushButton>(window, "refreshButton"));
-        QTRY_COMPARE(cells(window->table(), 0), (Row { "events", "20", "12", "+8" }));
+        press(part<QPushButton>(*window, "refreshButton"));
+        TRY_COMPARE(cells(window->table(), 0), (Row { "events", "20", "12", "+8" }));
         QCOMPARE(cells(window->table(), 1), (Row { "state", "RUNNING", "RUNNING", "" }));
-        QVERIFY(in<QLabel>(window, "stateLabel").text().startsWith(u"2 values, 1 of them changed"));
+        QVERIFY(part<QLabel>(*window, "stateLabel").text().startsWith(u"2 values, 1 of them changed"));
 
-        in<QLineEdit>(window, "filterEdit").setText(QStringLiteral("eve"));
+        part<QLineEdit>(*window, "filterEdit").setText(QStringLiteral("eve"));
         QCOMPARE(window->table()->rowCount(), 1);
         const QTemporaryDir directory;
         const QString path = directory.filePath(QStringLiteral("snapshot.csv"));
         ModalWatchdog watchdog({ acceptFile(path) });
-        press(*in<QDialogButtonBox>(window, "buttonBox").button(QDialogButtonBox::Save));
+        press(*part<QDialogButtonBox>(*window, "buttonBox").button(QDialogButtonBox::Save));
         QVERIFY(watchdog.isContent());
         QFile file(path);
         QVERIFY(file.open(QIODevice::ReadOnly));
@@ -187,14 +174,12 @@ private Q_SLOTS:
     {
         ScriptedServer server;
         server.answer("setting", { Step::text("OK:\nrate: 12\n") });
-        ConsoleFixture desk;
-        desk.use(server);
-        QVERIFY(desk.reaches(ServerState::Up));
+        ConsoleFixture desk(server);
         auto* const window = desk.open<NameValueListDialog>("setting-snapshot");
-        QTRY_COMPARE(window->table()->rowCount(), 1);
+        TRY_COMPARE(window->table()->rowCount(), 1);
         server.answer("setting", { Step::text("NG:not now\n") });
-        press(in<QPushButton>(window, "refreshButton"));
-        QTRY_COMPARE(in<QLabel>(window, "stateLabel").text(), QStringLiteral("NG:not now"));
+        press(part<QPushButton>(*window, "refreshButton"));
+        TRY_COMPARE(part<QLabel>(*window, "stateLabel").text(), QStringLiteral("NG:not now"));
         QCOMPARE(window->table()->rowCount(), 1);
     }
 
@@ -311,7 +296,7 @@ private Q_SLOTS:
         QVERIFY(modules.sendButton().toolTip().contains(u"several modules"));
         modules.aim(ModulesWindow::Target::All, QString(), QStringLiteral("  "));
         QVERIFY(modules.sendButton().toolTip().contains(u"Type a command"));
-        QVERIFY(!in<QLineEdit>(modules.window, "modulesEdit").isEnabled());
+        QVERIFY(!part<QLineEdit>(*modules.window, "modulesEdit").isEnabled());
         modules.aim(ModulesWindow::Target::Several, QStringLiteral("1 2"), QStringLiteral("stat"));
         QVERIFY(modules.sendButton().isEnabled());
         QVERIFY(modules.sendButton().toolTip().contains(u"unicast 1 stat"));
@@ -325,9 +310,9 @@ private Q_SLOTS:
         const Modules modules(server);
         modules.send(ModulesWindow::Target::Several, QStringLiteral("1 2 3"), QStringLiteral("stat"));
         QVERIFY(server.waitForRequest("unicast 2 stat"));
-        QTRY_COMPARE(modules.row(0), (Row { "module 1", "done", "OFF" }));
+        TRY_COMPARE(modules.row(0), (Row { "module 1", "done", "OFF" }));
         QCOMPARE(modules.row(2).at(1), QStringLiteral("waiting..."));
-        press(in<QPushButton>(modules.window, "giveUpButton"));
+        press(part<QPushButton>(*modules.window, "giveUpButton"));
         QCOMPARE(modules.row(0).at(1), QStringLiteral("done"));
         QCOMPARE(modules.row(1).at(1), QStringLiteral("given up"));
         QCOMPARE(modules.row(2).at(1), QStringLiteral("given up"));
@@ -340,7 +325,7 @@ private Q_SLOTS:
         server.answer("unicast 1 stat", { Step::drop() });
         const Modules modules(server);
         modules.send(ModulesWindow::Target::Several, QStringLiteral("1 2"), QStringLiteral("stat"));
-        QTRY_COMPARE(modules.row(0).at(1), QStringLiteral("no reply"));
+        TRY_COMPARE(modules.row(0).at(1), QStringLiteral("no reply"));
         QCOMPARE(modules.row(1).at(1), QStringLiteral("no reply"));
         QVERIFY(modules.state().startsWith(u"No reply: "));
     }
@@ -367,23 +352,21 @@ private Q_SLOTS:
     {
         ScriptedServer server;
         server.answer("stat", { Step::text("OK:\nrate: 400\n") });
-        ConsoleFixture desk;
-        desk.use(server);
-        QVERIFY(desk.reaches(ServerState::Up));
+        ConsoleFixture desk(server);
         auto* const window = desk.open<RateWindow>("rate");
         QVERIFY(window);
-        QTRY_COMPARE(window->count(), 1);
+        TRY_COMPARE(window->count(), 1);
         server.answer("stat", { Step::text("OK:\nrate: 600\n") });
-        QTRY_VERIFY(window->count() >= 2);
+        TRY_VERIFY(window->count() >= 2);
         auto* const plot = window->findChild<VectorGraphWidget*>();
         double least = 0.0;
         double largest = 0.0;
         QVERIFY(plot->getMinMaxY(least, largest));
         QVERIFY(largest >= 600.0 && largest < 1000.0);
-        QVERIFY(in<QLabel>(window, "infoLabel").text().startsWith(u"600 /s now"));
-        press(in<QPushButton>(window, "clearButton"));
+        QVERIFY(part<QLabel>(*window, "infoLabel").text().startsWith(u"600 /s now"));
+        press(part<QPushButton>(*window, "clearButton"));
         QCOMPARE(window->count(), 0);
-        QTRY_VERIFY(window->count() >= 1);
+        TRY_VERIFY(window->count() >= 1);
     }
 
     void theRatesPlotHasATitle()
@@ -396,34 +379,30 @@ private Q_SLOTS:
         const auto* const plot = window.findChild<VectorGraphWidget*>();
         QCOMPARE(Plot::titleOf(*plot), QStringLiteral("Event Rate"));
         setLanguage(QStringLiteral("de"));
-        QTRY_COMPARE(Plot::titleOf(*plot), QStringLiteral("Ereignisrate"));
+        TRY_COMPARE(Plot::titleOf(*plot), QStringLiteral("Ereignisrate"));
     }
 
     void reportsAServerWithoutARate()
     {
         ScriptedServer server;
         server.answer("stat", { Step::text("OK:\nevents: 4\n") });
-        ConsoleFixture desk;
-        desk.use(server);
-        QVERIFY(desk.reaches(ServerState::Up));
+        ConsoleFixture desk(server);
         auto* const window = desk.open<RateWindow>("rate");
-        QTRY_VERIFY(in<QLabel>(window, "infoLabel").text().contains(u"tells no rate"));
+        TRY_VERIFY(part<QLabel>(*window, "infoLabel").text().contains(u"tells no rate"));
     }
 
     void continuesTheCurveWhenTheServerIsBack()
     {
         ScriptedServer server;
         server.answer("stat", { Step::text("OK:\nrate: 400\n") });
-        ConsoleFixture desk;
-        desk.use(server);
-        QVERIFY(desk.reaches(ServerState::Up));
+        ConsoleFixture desk(server);
         auto* const window = desk.open<RateWindow>("rate");
-        QTRY_COMPARE(window->count(), 1);
+        TRY_COMPARE(window->count(), 1);
         desk.window->controller().stop();
-        QTRY_VERIFY(in<QLabel>(window, "infoLabel").text().contains(u"by itself"));
+        TRY_VERIFY(part<QLabel>(*window, "infoLabel").text().contains(u"by itself"));
         const qsizetype before = window->count();
         desk.use(server);
-        QTRY_VERIFY(window->count() > before);
+        TRY_VERIFY(window->count() > before);
     }
 };
 

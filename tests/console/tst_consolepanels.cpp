@@ -1,4 +1,5 @@
-// The analysis panels beside a plot of the console: positions, single instances, and texts.
+// The panels of numbers beside a plot of the console: where they go, that each opens once, and their texts.
+#include "support/wait.h"
 #include "windows/plotpanels.h"
 
 #include <tarnis/plots/vectorgraphwidget.h>
@@ -99,7 +100,7 @@ private Q_SLOTS:
         QVERIFY(!regions->geometry().intersects(window.plot->geometry()));
         // It has no close button.
         window.action("openRegions")->trigger();
-        QTRY_VERIFY(regions.isNull());
+        TRY_VERIFY(regions.isNull());
     }
 
     void opensAgainAfterItWasClosed()
@@ -108,7 +109,7 @@ private Q_SLOTS:
         window.action("openFit")->trigger();
         QPointer<QWidget> fit = window.dialog.findChild<tarnis::FitPanel*>();
         fit->close();
-        QTRY_VERIFY(fit.isNull());
+        TRY_VERIFY(fit.isNull());
         window.action("openFit")->trigger();
         QVERIFY(window.dialog.findChild<tarnis::FitPanel*>());
     }

@@ -2,6 +2,7 @@
 #include "app/language.h"
 #include "console/consolefixture.h"
 #include "console/windowlists.h"
+#include "support/wait.h"
 #include "windows/boxplacer.h"
 #include "windows/openwindows.h"
 #include "windows/placement.h"
@@ -133,7 +134,7 @@ private Q_SLOTS:
         QSettings& store = console.desk.store;
         console.desk.window->leave();
         QVERIFY(console.desk.reaches(ServerState::Off));
-        QTRY_VERIFY(!console.desk.window->isVisible());
+        TRY_VERIFY(!console.desk.window->isVisible());
 
         MainWindow next(store);
         next.stateWatch().setInterval(0);
@@ -142,10 +143,10 @@ private Q_SLOTS:
         options.server = ServerChoice { ServerChoice::Kind::Remote, {}, ScriptedServer::host(), console.server.port() };
         options.prompt = "> ";
         next.startServer(options);
-        QTRY_VERIFY_WITH_TIMEOUT(next.windows().find(QStringLiteral("statistics")), timeoutMs);
+        TRY_VERIFY(next.windows().find(QStringLiteral("statistics")));
         QCOMPARE(next.windows().find(QStringLiteral("statistics"))->geometry(), place);
         next.leave();
-        QTRY_VERIFY_WITH_TIMEOUT(!next.isVisible(), timeoutMs);
+        TRY_VERIFY(!next.isVisible());
     }
 
     void boxesOfAMaximizedMapAreInItsPane()
@@ -155,12 +156,12 @@ private Q_SLOTS:
         QVERIFY(map);
         map->setGeometry(console.screen());
         XY2DGraphWidget& plot = *map->getGraphWidget();
-        QTRY_VERIFY(plot.width() > 100);
+        TRY_VERIFY(plot.width() > 100);
         const int before = plot.width();
         plot.on1dCut(true);
-        QTRY_COMPARE(BoxPlacer::boxesOf(plot).size(), 3);
-        QTRY_VERIFY(BoxPlacer::of(*map).hasPane());
-        QTRY_VERIFY(plot.width() < before);
+        TRY_COMPARE(BoxPlacer::boxesOf(plot).size(), 3);
+        TRY_VERIFY(BoxPlacer::of(*map).hasPane());
+        TRY_VERIFY(plot.width() < before);
         const QList<QDialog*> boxes = BoxPlacer::boxesOf(plot);
         const QRect plotOnScreen(plot.mapToGlobal(QPoint(0, 0)), plot.size());
         const auto areInThePane = [&] {
@@ -169,9 +170,9 @@ private Q_SLOTS:
                     && console.screen().contains(box->geometry());
             });
         };
-        QTRY_VERIFY_WITH_TIMEOUT(areInThePane(), timeoutMs);
+        TRY_VERIFY(areInThePane());
         plot.close1dCut();
-        QTRY_COMPARE_WITH_TIMEOUT(plot.width(), before, timeoutMs);
+        TRY_COMPARE(plot.width(), before);
     }
 
     void boxesWithRoomAroundTheWindowStayThere()
@@ -180,10 +181,10 @@ private Q_SLOTS:
         auto* const curves = console.desk.open<Graph1DDialog>("curves");
         QVERIFY(curves);
         auto& plot = *curves->getGraphWidget();
-        QTRY_VERIFY_WITH_TIMEOUT(plot.hasData(), timeoutMs);
+        TRY_VERIFY(plot.hasData());
         curves->setGeometry(QRect(console.screen().topLeft() + QPoint(20, 200), QSize(400, 300)));
         plot.SetEnableSelectXRange(true);
-        QTRY_VERIFY(!BoxPlacer::boxesOf(plot).isEmpty());
+        TRY_VERIFY(!BoxPlacer::boxesOf(plot).isEmpty());
         QCoreApplication::processEvents();
         QVERIFY(!BoxPlacer::of(*curves).hasPane());
         const QDialog& box = *BoxPlacer::boxesOf(plot).constFirst();
@@ -203,7 +204,7 @@ private Q_SLOTS:
                 return !plot || plot->height() >= 100;
             });
         };
-        QTRY_VERIFY(plots());
+        TRY_VERIFY(plots());
     }
 
     void theConsoleFitsOnASmallScreen()

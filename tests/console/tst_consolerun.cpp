@@ -2,6 +2,7 @@
 #include "console/consolefixture.h"
 #include "run/runpanel.h"
 #include "server/runstatus.h"
+#include "support/wait.h"
 #include "tables/ratewindow.h"
 #include "tables/snapshotwindow.h"
 
@@ -23,30 +24,25 @@ Script stat(const QByteArray& state, int run, qint64 events, const QByteArray& d
 /// A console on a server whose state a test changes.
 class RunConsole : public ConsoleFixture {
 public:
-    explicit RunConsole(const ScriptedServer& server)
-    {
-        use(server);
-        if (!reaches(ServerState::Up))
-            qFatal("no server");
-    }
+    using ConsoleFixture::ConsoleFixture;
     bool knowsEvents(qint64 events)
     {
         const auto isKnown = [&] {
             window->stateWatch().request(); // a poll under way may have been sent before
             return window->stateWatch().runStatus().events == events;
         };
-        return QTest::qWaitFor(isKnown, timeoutMs);
+        return eventually(isKnown);
     }
     bool has(Tarnis::SERVER_STATUS status)
     {
-        return QTest::qWaitFor([&] { return window->controller().status() == status; }, timeoutMs);
+        return eventually([&] { return window->controller().status() == status; });
     }
     QMessageBox* question() { return window->findChild<QMessageBox*>(QStringLiteral("discardBox")); }
 };
 
 bool receives(const ScriptedServer& server, const QByteArray& request, int times = 1)
 {
-    return QTest::qWaitFor([&] { return server.requests().count(request) >= times; }, timeoutMs);
+    return eventually([&] { return server.requests().count(request) >= times; });
 }
 
 } // namespace
@@ -155,17 +151,17 @@ private Q_SLOTS:
         QVERIFY(console.knowsEvents(50));
         console.press("clearRunButton");
         answer(*console.window, "discardBox", QMessageBox::Cancel);
-        QTRY_VERIFY(!console.question());
+        TRY_VERIFY(!console.question());
         QVERIFY(!server.requests().contains("clear"));
         console.press("clearRunButton");
-        QTRY_VERIFY(console.question());
+        TRY_VERIFY(console.question());
         const QList<QAbstractButton*> buttons = console.question()->buttons();
         for (QAbstractButton* const button : buttons) {
             if (console.question()->buttonRole(button) == QMessageBox::AcceptRole)
                 press(*button);
         }
         QVERIFY(receives(server, "clear"));
-        QTRY_VERIFY(console.widget<QAbstractButton>("clearRunButton").isEnabled());
+        TRY_VERIFY(console.widget<QAbstractButton>("clearRunButton").isEnabled());
         console.window->stateWatch().noteSaved();
         console.press("clearRunButton");
         QVERIFY(receives(server, "clear", 2));
@@ -213,7 +209,7 @@ private Q_SLOTS:
         RunConsole console(server);
         QVERIFY(console.knowsEvents(0));
         console.press("startRunButton");
-        QTRY_VERIFY(console.alert().text.contains(QStringLiteral("the disk is full")));
+        TRY_VERIFY(console.alert().text.contains(QStringLiteral("the disk is full")));
         QVERIFY(console.window->controller().status() != Tarnis::RUNNING);
     }
 
@@ -228,8 +224,8 @@ private Q_SLOTS:
         const auto* const rate = console.open<RateWindow>("rate");
         const auto* const snapshot = console.open<SnapshotWindow>("stat-snapshot");
         QVERIFY(rate && snapshot);
-        QTRY_VERIFY_WITH_TIMEOUT(rate->count() >= 2, timeoutMs);
-        QTRY_VERIFY(snapshot->findChild<QTableWidget*>()->rowCount() > 0);
+        TRY_VERIFY(rate->count() >= 2);
+        TRY_VERIFY(snapshot->findChild<QTableWidget*>()->rowCount() > 0);
         console.window->controller().stop();
         QVERIFY(console.reaches(ServerState::Off));
         const auto asked = server.requests().count("stat") - others;

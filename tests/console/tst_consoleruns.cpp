@@ -1,6 +1,7 @@
 // The window of the run directories: recognition, sorting, filtering, and use of a run.
 #include "browse/runswindow.h"
 #include "console/consolefixture.h"
+#include "support/wait.h"
 
 #include <QComboBox>
 #include <QPointer>
@@ -28,20 +29,11 @@ public:
 };
 
 struct OpenRuns {
-    OpenRuns(ScriptedServer& server, ConsoleFixture& desk)
+    explicit OpenRuns(ConsoleFixture& desk)
+        : window(&desk.opened<RunsWindow>("runs"))
     {
-        desk.use(server);
-        if (!desk.reaches(ServerState::Up))
-            qFatal("no server");
-        window = desk.open<RunsWindow>("runs");
     }
-    template <typename Object> Object& widget(const char* name) const
-    {
-        auto* const object = window->findChild<Object*>(QLatin1String(name));
-        if (!object)
-            qFatal("no %s", name);
-        return *object;
-    }
+    template <typename Object> Object& widget(const char* name) const { return part<Object>(*window, name); }
     QStringList names() const
     {
         const QAbstractItemModel& model = *widget<QTableView>("table").model();
@@ -52,11 +44,11 @@ struct OpenRuns {
     }
     bool lists(qsizetype count) const
     {
-        return QTest::qWaitFor([&] { return names().size() == count; }, timeoutMs);
+        return eventually([&] { return names().size() == count; });
     }
     bool says(const QString& text) const
     {
-        return QTest::qWaitFor([&] { return state().contains(text); }, timeoutMs);
+        return eventually([&] { return state().contains(text); });
     }
     QString state() const { return widget<QLabel>("stateLabel").text(); }
     void goTo(const QString& path) const
@@ -94,8 +86,8 @@ private Q_SLOTS:
     void runsStandByPrefixRunAndDate()
     {
         Archive server;
-        ConsoleFixture desk;
-        const OpenRuns runs(server, desk);
+        ConsoleFixture desk(server);
+        const OpenRuns runs(desk);
         QVERIFY(runs.lists(4));
         QCOMPARE(runs.names(),
             (QStringList {
@@ -125,8 +117,8 @@ private Q_SLOTS:
         QFETCH(QString, first);
         QFETCH(QString, last);
         Archive server;
-        ConsoleFixture desk;
-        const OpenRuns runs(server, desk);
+        ConsoleFixture desk(server);
+        const OpenRuns runs(desk);
         QVERIFY(runs.lists(4));
         runs.sortBy(column);
         QCOMPARE(runs.names().constFirst(), first);
@@ -138,8 +130,8 @@ private Q_SLOTS:
     void prefixAndPartFilter()
     {
         Archive server;
-        ConsoleFixture desk;
-        const OpenRuns runs(server, desk);
+        ConsoleFixture desk(server);
+        const OpenRuns runs(desk);
         QVERIFY(runs.lists(4));
         auto& prefixes = runs.widget<QComboBox>("prefixCombo");
         QCOMPARE(prefixes.count(), 3);
@@ -160,8 +152,8 @@ private Q_SLOTS:
     void anotherFolderIsTyped()
     {
         Archive server;
-        ConsoleFixture desk;
-        const OpenRuns runs(server, desk);
+        ConsoleFixture desk(server);
+        const OpenRuns runs(desk);
         QVERIFY(runs.lists(4));
         runs.goTo(QStringLiteral("/other \"x\""));
         QVERIFY(runs.lists(1));
@@ -176,8 +168,8 @@ private Q_SLOTS:
     void insertsAChosenRunIntoTheCommandLine()
     {
         Archive server;
-        ConsoleFixture desk;
-        const OpenRuns runs(server, desk);
+        ConsoleFixture desk(server);
+        const OpenRuns runs(desk);
         QVERIFY(runs.lists(4));
         auto& button = runs.widget<QPushButton>("insertButton");
         QVERIFY(!button.isEnabled());
@@ -189,8 +181,8 @@ private Q_SLOTS:
     void aLostServerLeavesTheRunsOnShow()
     {
         Archive server;
-        ConsoleFixture desk;
-        const OpenRuns runs(server, desk);
+        ConsoleFixture desk(server);
+        const OpenRuns runs(desk);
         QVERIFY(runs.lists(4));
         server.answer("pwd", { Step::drop() });
         press(runs.widget<QPushButton>("refreshButton"));
@@ -208,8 +200,8 @@ private Q_SLOTS:
             many += "run" + QByteArray::number(i).rightJustified(6, '0') + "_20260101/\n";
         Archive server;
         server.answer("ls-F \"/data\"", { Step::text(many) });
-        ConsoleFixture desk;
-        const OpenRuns runs(server, desk);
+        ConsoleFixture desk(server);
+        const OpenRuns runs(desk);
         QVERIFY(runs.lists(10000));
         runs.sortBy(RunTable::Run, Qt::DescendingOrder);
         QCOMPARE(runs.names().constFirst(), "run009999_20260101");

@@ -2,6 +2,7 @@
 #include "console/consolefixture.h"
 #include "support/modalwatchdog.h"
 #include "support/savecases.h"
+#include "support/wait.h"
 
 #include <tarnis/dialogs/graph1ddialog.h>
 #include <tarnis/dialogs/graph2ddialog.h>
@@ -61,7 +62,7 @@ public:
             const auto* const table = opened->findChild<QTableWidget*>();
             return !table || table->rowCount() > 0 || opened->findChild<QWidget*>(QStringLiteral("targetBox"));
         };
-        if (!QTest::qWaitFor(hasData, timeoutMs))
+        if (!eventually(hasData))
             qFatal("%s stays empty", id);
         return opened;
     }
@@ -186,8 +187,7 @@ private Q_SLOTS:
                 answers.append(agree); // it exists: overwrite?
             const ModalWatchdog watchdog(answers);
             SaveDesk::save(*window, entry);
-            return QTest::qWaitFor(
-                [&] { return watchdog.isContent() && !window->findChild<QPrintDialog*>(); }, timeoutMs);
+            return eventually([&] { return watchdog.isContent() && !window->findChild<QPrintDialog*>(); });
         };
         {
             SavePlace place(SaveTrouble::None, suffix);
@@ -254,7 +254,7 @@ private Q_SLOTS:
                 QVERIFY2(place.isUntouched(), cause);
                 dialog.reject();
             }
-            QTRY_VERIFY(!window->findChild<tarnis::ExportDialog*>());
+            TRY_VERIFY(!window->findChild<tarnis::ExportDialog*>());
         }
     }
 

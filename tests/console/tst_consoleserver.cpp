@@ -4,13 +4,15 @@
 #include "server/servercontroller.h"
 #include "server/serverprobe.h"
 
-#include "console/localprogram.h"
+#include "support/fakeserver.h"
 #include "support/scriptedserver.h"
+#include "support/wait.h"
 
 #include <tarnis/server/tarnissession.h>
 
 #include <QFile>
 #include <QSignalSpy>
+#include <QTemporaryDir>
 #include <QTest>
 
 #include <memory>
@@ -20,9 +22,7 @@ using namespace tarnis::testing;
 
 namespace {
 
-constexpr int timeoutMs = 20000;
-
-ServerChoice local(const LocalProgram& program)
+ServerChoice local(const FakeServer& program)
 {
     return { ServerChoice::Kind::Local, program.path(), {}, 0 };
 }
@@ -46,13 +46,12 @@ struct Control {
     void start(const ServerChoice& choice) { controller.start(choice, "> "); }
     bool reaches(ServerState state)
     {
-        return QTest::qWaitFor([&] { return controller.state() == state; }, timeoutMs);
+        return eventually([&] { return controller.state() == state; });
     }
     bool says(const QString& words, AlertAction action)
     {
-        return QTest::qWaitFor(
-            [&] { return !alerts.isEmpty() && alerts.last().text.contains(words) && alerts.last().action == action; },
-            timeoutMs);
+        return eventually(
+            [&] { return !alerts.isEmpty() && alerts.last().text.contains(words) && alerts.last().action == action; });
     }
     QString lastWords() const { return alerts.isEmpty() ? QString() : alerts.last().text; }
 };
@@ -141,7 +140,7 @@ private Q_SLOTS:
         link.send(new TarnisCmd(QStringLiteral("a")));
         link.send(binary);
         QCOMPARE(link.waiting().size(), qsizetype(2));
-        QTRY_COMPARE_WITH_TIMEOUT(replied.size(), 2, timeoutMs);
+        TRY_COMPARE(replied.size(), 2);
         QCOMPARE(replied.at(0).at(1).toByteArray(), QByteArray("first"));
         QCOMPARE(replied.at(1).at(0).value<PTarnisCmd>()->m_replyText, QStringLiteral("second"));
         QVERIFY(link.waiting().isEmpty());
@@ -159,12 +158,12 @@ private Q_SLOTS:
         QSignalSpy replied(&link, &CommandChannel::replied);
         link.send(new TarnisCmd(QStringLiteral("a")));
         link.send(new TarnisCmd(QStringLiteral("b")));
-        QTRY_COMPARE_WITH_TIMEOUT(failed.size(), 1, timeoutMs);
+        TRY_COMPARE(failed.size(), 1);
         const auto lost = failed.first().at(2).value<QList<Request>>();
         QCOMPARE(lost.size(), qsizetype(2));
         QCOMPARE(lost.at(1).text, QStringLiteral("b"));
         link.send(new TarnisCmd(QStringLiteral("a")));
-        QTRY_COMPARE_WITH_TIMEOUT(replied.size(), 1, timeoutMs);
+        TRY_COMPARE(replied.size(), 1);
         QCOMPARE(replied.first().at(1).toByteArray(), QByteArray("whole"));
     }
 
@@ -182,7 +181,7 @@ private Q_SLOTS:
         QCOMPARE(link.drop().size(), qsizetype(1));
         server.open("gate");
         link.send(new TarnisCmd(QStringLiteral("b")));
-        QTRY_COMPARE_WITH_TIMEOUT(replied.size(), 1, timeoutMs);
+        TRY_COMPARE(replied.size(), 1);
         QCOMPARE(replied.first().at(0).value<PTarnisCmd>()->m_cmd, QStringLiteral("b"));
     }
 
@@ -206,7 +205,7 @@ private Q_SLOTS:
         Control control;
         control.start(remote(server.port()));
         QVERIFY(control.reaches(ServerState::Up));
-        QTRY_COMPARE(control.controller.status(), Tarnis::RUNNING);
+        TRY_COMPARE(control.controller.status(), Tarnis::RUNNING);
         control.controller.readReply(QStringLiteral("stop"), "OK:\n");
         QCOMPARE(control.controller.status(), Tarnis::SERVER_CONNECTED);
     }
@@ -246,7 +245,7 @@ private Q_SLOTS:
     void reportsAWrongLocalPrompt()
     {
         ScriptedServer server({ Step::raw("login: "), Step::silence() });
-        const LocalProgram program(faithful(server.port()));
+        const FakeServer program(FakeServer::wellBehaved(server.port()));
         Control control;
         control.controller.m_probeTimeoutMs = 200;
         control.start(local(program));
@@ -337,7 +336,7 @@ private Q_SLOTS:
     void startsAndEndsALocalServer()
     {
         ScriptedServer server;
-        const LocalProgram program(faithful(server.port()));
+        const FakeServer program(FakeServer::wellBehaved(server.port()));
         Control control;
         control.start(local(program));
         QVERIFY(control.reaches(ServerState::Up));
@@ -347,13 +346,13 @@ private Q_SLOTS:
         control.controller.stop();
         QCOMPARE(control.controller.state(), ServerState::Stopping);
         QVERIFY(control.reaches(ServerState::Off));
-        QVERIFY(!isRunning(processId));
+        TRY_VERIFY(!isRunning(processId));
     }
 
     void restartsALocalServer()
     {
         ScriptedServer server;
-        const LocalProgram program(faithful(server.port()));
+        const FakeServer program(FakeServer::wellBehaved(server.port()));
         Control control;
         control.start(local(program));
         QVERIFY(control.reaches(ServerState::Up));
@@ -362,23 +361,23 @@ private Q_SLOTS:
         QVERIFY(control.reaches(ServerState::Stopping));
         QVERIFY(control.reaches(ServerState::Up));
         QVERIFY(control.controller.tarnis().process()->processId() != processId);
-        QVERIFY(!isRunning(processId));
+        TRY_VERIFY(!isRunning(processId));
     }
 
     void reportsWhyThereIsNoLocalServer_data()
     {
-        QTest::addColumn<QString>("body");
+        QTest::addColumn<QString>("step");
         QTest::addColumn<QString>("words");
         QTest::newRow("ends at once") << "exit 3"
                                       << "exit code 3";
-        QTest::newRow("crashes before it is ready") << "kill -SEGV $$"
+        QTest::newRow("crashes before it is ready") << "crash"
                                                     << "crashed";
     }
     void reportsWhyThereIsNoLocalServer()
     {
-        QFETCH(QString, body);
+        QFETCH(QString, step);
         QFETCH(QString, words);
-        const LocalProgram program(body);
+        const FakeServer program({ step });
         Control control;
         control.start(local(program));
         QVERIFY(control.reaches(ServerState::Failed));
@@ -395,29 +394,29 @@ private Q_SLOTS:
 
     void reportsTheNameOfAProgramThatCannotRun()
     {
-        const LocalProgram program(QStringLiteral("exit 0"));
-        QFile file(program.path());
-        file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write("#!/no/such/interpreter\n");
+        const QTemporaryDir folder;
+        const QString path = folder.filePath(QStringLiteral("server"));
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write("#!/no/such/interpreter\n") > 0);
+        file.setPermissions(QFileDevice::ReadOwner | QFileDevice::ExeOwner);
         file.close();
         Control control;
-        control.start(local(program));
+        control.start({ ServerChoice::Kind::Local, path, {}, 0 });
         QCOMPARE(control.controller.state(), ServerState::Failed);
-        QVERIFY2(control.says(program.path(), AlertAction::ChooseServer), qPrintable(control.lastWords()));
+        QVERIFY2(control.says(path, AlertAction::ChooseServer), qPrintable(control.lastWords()));
     }
 
     void aServerWithoutAPortCanBeStopped_data()
     {
         QTest::addColumn<QString>("told");
-        QTest::newRow("silent") << "";
-        QTest::newRow("port 0") << "echo 'UI port: 0'";
-        QTest::newRow("port too large") << "echo 'UI port: 70000'";
+        QTest::newRow("silent") << "print ";
+        QTest::newRow("port 0") << "print UI port: 0\\n";
+        QTest::newRow("port too large") << "print UI port: 70000\\n";
     }
     void aServerWithoutAPortCanBeStopped()
     {
         QFETCH(QString, told);
-        const LocalProgram program(told + QStringLiteral("\nread line"));
+        const FakeServer program({ told, QStringLiteral("await-end") });
         Control control;
         control.controller.m_portTimeoutMs = 100;
         control.start(local(program));
@@ -426,13 +425,13 @@ private Q_SLOTS:
         const qint64 processId = control.controller.tarnis().process()->processId();
         control.controller.stop();
         QVERIFY(control.reaches(ServerState::Off));
-        QVERIFY(!isRunning(processId));
+        TRY_VERIFY(!isRunning(processId));
     }
 
     void aServerThatDoesNotEndIsEndedByForce()
     {
         ScriptedServer server;
-        const LocalProgram program(deaf(server.port()));
+        const FakeServer program(FakeServer::deaf(server.port()));
         Control control;
         control.start(local(program));
         QVERIFY(control.reaches(ServerState::Up));
@@ -442,14 +441,14 @@ private Q_SLOTS:
         QVERIFY(isRunning(processId));
         control.controller.endByForce();
         QVERIFY(control.reaches(ServerState::Off));
-        QVERIFY(!isRunning(processId));
+        TRY_VERIFY(!isRunning(processId));
         QVERIFY(control.lastWords().isEmpty());
     }
 
     void detectsTheEndOfALocalServerAndRestartsIt()
     {
         ScriptedServer server;
-        const LocalProgram program(faithful(server.port()));
+        const FakeServer program(FakeServer::wellBehaved(server.port()));
         Control control;
         control.start(local(program));
         QVERIFY(control.reaches(ServerState::Up));
@@ -462,7 +461,7 @@ private Q_SLOTS:
         QVERIFY(control.reaches(ServerState::Up));
         QSignalSpy replied(&control.controller.tarnis(), &Tarnis::onCmdReply);
         control.controller.tarnis().SendCmd(QStringLiteral("control"), QStringLiteral("n"), QStringLiteral("a"), false);
-        QTRY_COMPARE_WITH_TIMEOUT(replied.size(), 1, timeoutMs);
+        TRY_COMPARE(replied.size(), 1);
     }
 
     void aBusyServerIsNotShutDown()
@@ -482,26 +481,26 @@ private Q_SLOTS:
 
     void canBeDestroyedInEveryState_data()
     {
-        QTest::addColumn<QString>("body"); // empty: remote
+        QTest::addColumn<QString>("script"); // empty: remote
         QTest::addColumn<ServerState>("state");
         QTest::newRow("remote, starting") << "" << ServerState::Starting;
         QTest::newRow("remote, up") << "" << ServerState::Up;
-        QTest::newRow("local, starting") << "read line" << ServerState::Starting;
-        QTest::newRow("local, up") << "echo 'UI port: %1'; read line" << ServerState::Up;
-        QTest::newRow("local, up, deaf") << "echo 'UI port: %1'; while :; do sleep 1; done" << ServerState::Up;
-        QTest::newRow("local, stopping") << "echo 'UI port: %1'; while :; do sleep 1; done" << ServerState::Stopping;
+        QTest::newRow("local, starting") << "await-end" << ServerState::Starting;
+        QTest::newRow("local, up") << "print UI port: %1\\n;await-end" << ServerState::Up;
+        QTest::newRow("local, up, deaf") << "print UI port: %1\\n;linger" << ServerState::Up;
+        QTest::newRow("local, stopping") << "print UI port: %1\\n;linger" << ServerState::Stopping;
         QTest::newRow("local, failed") << "exit 1" << ServerState::Failed;
     }
     void canBeDestroyedInEveryState()
     {
-        QFETCH(QString, body);
+        QFETCH(QString, script);
         QFETCH(ServerState, state);
         ScriptedServer server;
-        const LocalProgram program(body.contains(u'%') ? body.arg(server.port()) : body);
+        const FakeServer program(script.replace("%1", QString::number(server.port())).split(u';'));
         qint64 processId = 0;
         {
             Control control;
-            control.start(body.isEmpty() ? remote(server.port()) : local(program));
+            control.start(script.isEmpty() ? remote(server.port()) : local(program));
             if (state == ServerState::Stopping) {
                 QVERIFY(control.reaches(ServerState::Up));
                 processId = control.controller.tarnis().process()->processId();
@@ -512,7 +511,7 @@ private Q_SLOTS:
                 processId = process->processId();
         }
         if (processId > 0)
-            QVERIFY(!isRunning(processId));
+            TRY_VERIFY(!isRunning(processId));
     }
 
     void findsPrograms()
@@ -520,7 +519,7 @@ private Q_SLOTS:
         QVERIFY(resolveProgram(QStringLiteral("/no/such/server")).isEmpty());
         QVERIFY(resolveProgram(QStringLiteral("/tmp")).isEmpty());
         QVERIFY(QFileInfo(resolveProgram(QStringLiteral("sh"))).isAbsolute());
-        const LocalProgram program(QStringLiteral("exit 0"));
+        const FakeServer program({ QStringLiteral("exit 0") });
         QCOMPARE(resolveProgram(program.path()), program.path());
         const QString relative = QDir::current().relativeFilePath(program.path());
         QVERIFY(QFileInfo(resolveProgram(relative)).isAbsolute());

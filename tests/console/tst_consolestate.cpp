@@ -1,6 +1,7 @@
 // The status of the server without user commands: runs that end, lost servers, busy servers that are not polled.
 #include "console/consolefixture.h"
 #include "histograms/livewindows.h"
+#include "support/wait.h"
 
 #include <QPushButton>
 
@@ -17,20 +18,15 @@ Script told(const QByteArray& state)
 /// A console that polls its server's state permanently.
 class WatchingDesk : public ConsoleFixture {
 public:
-    explicit WatchingDesk(const ScriptedServer& server)
-    {
-        use(server);
-        if (!reaches(ServerState::Up))
-            qFatal("no server");
-    }
+    using ConsoleFixture::ConsoleFixture;
     void watch() { window->stateWatch().setInterval(20); }
     bool has(Tarnis::SERVER_STATUS status)
     {
-        return QTest::qWaitFor([&] { return window->controller().status() == status; }, timeoutMs);
+        return eventually([&] { return window->controller().status() == status; });
     }
     bool asks(const ScriptedServer& server, int times)
     {
-        return QTest::qWaitFor([&] { return server.requests().count("stat") >= times; }, timeoutMs);
+        return eventually([&] { return server.requests().count("stat") >= times; });
     }
 };
 
@@ -139,7 +135,7 @@ private Q_SLOTS:
             controller.readState("OK:\nstate: STOPPED\n", 0);
             return controller.status() == Tarnis::SERVER_CONNECTED;
         };
-        QTRY_VERIFY(isBelieved()); // the same millisecond counts as before
+        TRY_VERIFY(isBelieved()); // the same millisecond counts as before
     }
 
     void usesTheRepliesOfTheStatisticsWindow()

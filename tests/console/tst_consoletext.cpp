@@ -2,6 +2,7 @@
 // changes.
 #include "browse/servertext.h"
 #include "console/consolefixture.h"
+#include "support/wait.h"
 
 #include <QComboBox>
 #include <QDialogButtonBox>
@@ -30,27 +31,17 @@ public:
 };
 
 struct OpenText {
-    OpenText(ScriptedServer& server, ConsoleFixture& desk)
+    explicit OpenText(ConsoleFixture& desk)
+        : window(&desk.opened<ServerTextWindow>("server-text"))
     {
-        desk.use(server);
-        if (!desk.reaches(ServerState::Up))
-            qFatal("no server");
-        window = desk.open<ServerTextWindow>("server-text");
     }
-    template <typename Object> Object& widget(const char* name) const { return in<Object>(*window, name); }
-    template <typename Object> static Object& in(QWidget& dialog, const char* name)
-    {
-        auto* const object = dialog.findChild<Object*>(QLatin1String(name));
-        if (!object)
-            qFatal("no %s", name);
-        return *object;
-    }
+    template <typename Object> Object& widget(const char* name) const { return part<Object>(*window, name); }
     QPlainTextEdit& edit() const { return widget<QPlainTextEdit>("edit"); }
     QString state() const { return widget<QLabel>("stateLabel").text(); }
     QString path() const { return widget<QLabel>("pathLabel").text(); }
     bool says(const QString& text) const
     {
-        return QTest::qWaitFor([&] { return state().contains(text); }, timeoutMs);
+        return eventually([&] { return state().contains(text); });
     }
     void press(const char* name) const { tarnis::testing::press(widget<QPushButton>(name)); }
     void openNotes() const
@@ -82,20 +73,20 @@ struct OpenText {
             return list && list->isEnabled() && list->count() > 0
                 && stateOf(*dialog) != QStringLiteral("The server lists no folder");
         };
-        return QTest::qWaitFor(isListed, timeoutMs) ? shownChooser() : nullptr;
+        return eventually(isListed) ? shownChooser() : nullptr;
     }
     static QPushButton& ok(QWidget& dialog)
     {
-        return *in<QDialogButtonBox>(dialog, "buttonBox").button(QDialogButtonBox::Ok);
+        return *part<QDialogButtonBox>(dialog, "buttonBox").button(QDialogButtonBox::Ok);
     }
-    static QString stateOf(QWidget& dialog) { return in<QLabel>(dialog, "stateLabel").text(); }
+    static QString stateOf(QWidget& dialog) { return part<QLabel>(dialog, "stateLabel").text(); }
     static bool says(QWidget& dialog, const QString& part)
     {
-        return QTest::qWaitFor([&] { return stateOf(dialog).contains(part); }, timeoutMs);
+        return eventually([&] { return stateOf(dialog).contains(part); });
     }
     static void choose(QWidget& dialog, const QString& name)
     {
-        auto& list = in<QListWidget>(dialog, "curDirListWidget");
+        auto& list = part<QListWidget>(dialog, "curDirListWidget");
         const auto found = list.findItems(name, Qt::MatchExactly);
         if (found.size() != 1)
             qFatal("no %s", qPrintable(name));
@@ -158,8 +149,8 @@ private Q_SLOTS:
     void aFileIsChosenAndOpened()
     {
         Archive server;
-        ConsoleFixture desk;
-        const OpenText text(server, desk);
+        ConsoleFixture desk(server);
+        const OpenText text(desk);
         QVERIFY(text.choosesNotes());
         QVERIFY(text.says(QStringLiteral("Opened, 8 bytes")));
         QCOMPARE(text.edit().toPlainText(), "one\ntwo\n");
@@ -171,8 +162,8 @@ private Q_SLOTS:
     {
         Archive server;
         server.answer("txfile \"/data/notes.txt\"\none\ntwo\nthree", { Step::text("OK:\nfile: /data/notes.txt\n") });
-        ConsoleFixture desk;
-        const OpenText text(server, desk);
+        ConsoleFixture desk(server);
+        const OpenText text(desk);
         text.openNotes();
         text.edit().moveCursor(QTextCursor::End);
         QTest::keyClicks(&text.edit(), "three");
@@ -186,8 +177,8 @@ private Q_SLOTS:
     {
         Archive server;
         server.answer("txfile \"/data/new.md\"\nhello", { Step::text("OK:\nfile: /data/new.md\n") });
-        ConsoleFixture desk;
-        const OpenText text(server, desk);
+        ConsoleFixture desk(server);
+        const OpenText text(desk);
         QTest::keyClicks(&text.edit(), "hello");
         text.press("saveButton"); // has no file yet
         QDialog* const chooser = text.chooser();
@@ -195,7 +186,7 @@ private Q_SLOTS:
         QVERIFY(!OpenText::ok(*chooser).isEnabled());
         QCOMPARE(OpenText::stateOf(*chooser), "Type a name, or choose a file");
         QCOMPARE(OpenText::ok(*chooser).toolTip(), "Type a name, or choose a file");
-        QTest::keyClicks(&OpenText::in<QLineEdit>(*chooser, "fileNameLineEdit"), "new.md");
+        QTest::keyClicks(&part<QLineEdit>(*chooser, "fileNameLineEdit"), "new.md");
         QCOMPARE(OpenText::stateOf(*chooser), "OK takes /data/new.md");
         acceptChoice(*chooser);
         QVERIFY(text.says(QStringLiteral("Saved")));
@@ -205,19 +196,19 @@ private Q_SLOTS:
     void thePresentNameIsThere()
     {
         Archive server;
-        ConsoleFixture desk;
-        const OpenText text(server, desk);
+        ConsoleFixture desk(server);
+        const OpenText text(desk);
         text.openNotes();
         text.press("saveAsButton");
         QDialog* const chooser = text.chooser();
         QVERIFY(chooser);
-        auto& name = OpenText::in<QLineEdit>(*chooser, "fileNameLineEdit");
+        auto& name = part<QLineEdit>(*chooser, "fileNameLineEdit");
         QCOMPARE(name.text(), "notes.txt");
         QCOMPARE(name.selectedText(), "notes");
-        const auto& list = OpenText::in<QListWidget>(*chooser, "curDirListWidget");
-        QTRY_COMPARE(list.count(), 2);
+        const auto& list = part<QListWidget>(*chooser, "curDirListWidget");
+        TRY_COMPARE(list.count(), 2);
         QCOMPARE(list.item(0)->text(), "notes.txt");
-        QTRY_VERIFY(OpenText::ok(*chooser).isEnabled());
+        TRY_VERIFY(OpenText::ok(*chooser).isEnabled());
         name.setText(QStringLiteral("a/b"));
         QVERIFY(!OpenText::ok(*chooser).isEnabled());
         QVERIFY(OpenText::stateOf(*chooser).contains(QStringLiteral("slash")));
@@ -228,8 +219,8 @@ private Q_SLOTS:
         Archive server;
         server.answer(
             "ls-F \"/data/old\"", { Step::hold("old"), Step::text("NG:cannot list '/data/old': No permission\n") });
-        ConsoleFixture desk;
-        const OpenText text(server, desk);
+        ConsoleFixture desk(server);
+        const OpenText text(desk);
         text.press("openButton");
         QDialog* const chooser = text.chooser();
         QVERIFY(chooser);
@@ -237,30 +228,30 @@ private Q_SLOTS:
         QVERIFY(!OpenText::ok(*chooser).isEnabled());
         OpenText::choose(*chooser, QStringLiteral("old/"));
         QCOMPARE(OpenText::stateOf(*chooser), "Choose a file; Enter opens the folder");
-        QTest::keyClick(&OpenText::in<QListWidget>(*chooser, "curDirListWidget"), Qt::Key_Return);
+        QTest::keyClick(&part<QListWidget>(*chooser, "curDirListWidget"), Qt::Key_Return);
         QCOMPARE(OpenText::stateOf(*chooser), "Listing...");
         QVERIFY(!OpenText::ok(*chooser).isEnabled());
         server.release("old");
         // The chooser returns to the server's own folder; the reason remains shown.
         QVERIFY(OpenText::says(*chooser, QStringLiteral("No permission\nChoose a file")));
         OpenText::choose(*chooser, QStringLiteral("notes.txt"));
-        QTRY_VERIFY_WITH_TIMEOUT(OpenText::ok(*chooser).isEnabled(), timeoutMs);
+        TRY_VERIFY(OpenText::ok(*chooser).isEnabled());
         server.answer("ls-F \"/\"", { Step::text("OK:\ndata/\n") });
-        OpenText::in<QComboBox>(*chooser, "dirComboBox").setCurrentIndex(0);
-        QTRY_COMPARE_WITH_TIMEOUT(OpenText::stateOf(*chooser), "Choose a file", timeoutMs);
+        part<QComboBox>(*chooser, "dirComboBox").setCurrentIndex(0);
+        TRY_COMPARE(OpenText::stateOf(*chooser), "Choose a file");
     }
 
     void keepsATypedNameWhenTheServerIsLost()
     {
         Archive server;
         server.answer("txfile \"/data/x\"\nhello", { Step::text("OK:\n") });
-        ConsoleFixture desk;
-        const OpenText text(server, desk);
+        ConsoleFixture desk(server);
+        const OpenText text(desk);
         QTest::keyClicks(&text.edit(), "hello");
         text.press("saveButton");
         QPointer<QDialog> chooser = text.chooser();
         QVERIFY(chooser);
-        QTest::keyClicks(&OpenText::in<QLineEdit>(*chooser, "fileNameLineEdit"), "x");
+        QTest::keyClicks(&part<QLineEdit>(*chooser, "fileNameLineEdit"), "x");
         desk.choose("shutDownAction");
         QVERIFY(desk.reaches(ServerState::Off));
         QVERIFY(chooser && chooser->isVisible());
@@ -269,7 +260,7 @@ private Q_SLOTS:
         QVERIFY(!QApplication::activeModalWidget()); // otherwise the server could not be started
         desk.choose("startAction");
         QVERIFY(desk.reaches(ServerState::Up));
-        QTRY_VERIFY_WITH_TIMEOUT(OpenText::ok(*chooser).isEnabled(), timeoutMs);
+        TRY_VERIFY(OpenText::ok(*chooser).isEnabled());
         acceptChoice(*chooser);
         QVERIFY(text.says(QStringLiteral("Saved")));
         QCOMPARE(text.path(), "/data/x");
@@ -278,8 +269,8 @@ private Q_SLOTS:
     void reportsThatSavingNeedsAServer()
     {
         Archive server;
-        ConsoleFixture desk;
-        const OpenText text(server, desk);
+        ConsoleFixture desk(server);
+        const OpenText text(desk);
         QTest::keyClicks(&text.edit(), "hello");
         text.window->close();
         desk.choose("shutDownAction");
@@ -293,8 +284,8 @@ private Q_SLOTS:
     void changesGoOnlyWhenTheOtherFileIsThere()
     {
         Archive server;
-        ConsoleFixture desk;
-        const OpenText text(server, desk);
+        ConsoleFixture desk(server);
+        const OpenText text(desk);
         QTest::keyClicks(&text.edit(), "mine");
         text.press("openButton");
         QVERIFY(text.chooser());
@@ -304,14 +295,14 @@ private Q_SLOTS:
         QVERIFY(text.choosesNotes());
         QVERIFY(text.question());
         text.answer(QMessageBox::Cancel);
-        QTRY_VERIFY(!text.question());
+        TRY_VERIFY(!text.question());
         QVERIFY(text.choosesNotes());
         text.answer(QMessageBox::Discard);
         QVERIFY(text.says(QStringLiteral("NG:cannot read")));
         QVERIFY(text.window->isWindowModified());
         QCOMPARE(text.edit().toPlainText(), "mine");
         server.answer("rxfile \"/data/notes.txt\"", { Step::binary("one\ntwo\n", "OK:\n") });
-        QTRY_VERIFY(!text.question());
+        TRY_VERIFY(!text.question());
         QVERIFY(text.choosesNotes());
         text.answer(QMessageBox::Discard);
         QVERIFY(text.says(QStringLiteral("Opened")));
@@ -323,8 +314,8 @@ private Q_SLOTS:
         Archive server;
         server.answer("txfile \"/data/notes.txt\"\none\ntwo\nx", { Step::hold("write"), Step::text("OK:\n") });
         server.answer("txfile \"/data/notes.txt\"\none\ntwo\nxy", { Step::text("OK:\n") });
-        ConsoleFixture desk;
-        const OpenText text(server, desk);
+        ConsoleFixture desk(server);
+        const OpenText text(desk);
         text.openNotes();
         text.append(QStringLiteral("x"));
         text.press("saveButton");
@@ -340,7 +331,7 @@ private Q_SLOTS:
         QVERIFY(text.window->isWindowModified());
         text.append(QStringLiteral("xy"));
         text.press("saveButton");
-        QTRY_VERIFY_WITH_TIMEOUT(!text.window->isWindowModified(), timeoutMs);
+        TRY_VERIFY(!text.window->isWindowModified());
     }
 
     void closingDuringAWriteSavesTheRest()
@@ -348,8 +339,8 @@ private Q_SLOTS:
         Archive server;
         server.answer("txfile \"/data/notes.txt\"\none\ntwo\nx", { Step::hold("write"), Step::text("OK:\n") });
         server.answer("txfile \"/data/notes.txt\"\none\ntwo\nxy", { Step::hold("rest"), Step::text("OK:\n") });
-        ConsoleFixture desk;
-        const OpenText text(server, desk);
+        ConsoleFixture desk(server);
+        const OpenText text(desk);
         text.openNotes();
         text.append(QStringLiteral("x"));
         text.press("saveButton");
@@ -361,15 +352,15 @@ private Q_SLOTS:
         QVERIFY(server.waitForHold("rest"));
         QVERIFY(text.window);
         server.release("rest");
-        QTRY_VERIFY_WITH_TIMEOUT(text.window.isNull(), timeoutMs);
+        TRY_VERIFY(text.window.isNull());
     }
 
     void nothingIsTypedWhileAFileComes()
     {
         Archive server;
         server.answer("rxfile \"/data/notes.txt\"", { Step::hold("read"), Step::binary("one\n", "OK:\n") });
-        ConsoleFixture desk;
-        const OpenText text(server, desk);
+        ConsoleFixture desk(server);
+        const OpenText text(desk);
         text.window->openFile(QStringLiteral("/data/notes.txt"));
         QVERIFY(text.edit().isReadOnly());
         QVERIFY(server.waitForHold("read"));
@@ -384,8 +375,8 @@ private Q_SLOTS:
     {
         Archive server;
         server.answer("txfile \"/data/notes.txt\"\none\ntwo\nx", { Step::text("NG:cannot write\n") });
-        ConsoleFixture desk;
-        const OpenText text(server, desk);
+        ConsoleFixture desk(server);
+        const OpenText text(desk);
         text.openNotes();
         text.window->openFile(QStringLiteral("/none"));
         QVERIFY(text.says(QStringLiteral("NG:cannot read '/none'")));
@@ -404,15 +395,15 @@ private Q_SLOTS:
     {
         Archive server;
         server.answer("txfile \"/data/notes.txt\"\none\ntwo\nx", { Step::drop() });
-        ConsoleFixture desk;
-        const OpenText text(server, desk);
+        ConsoleFixture desk(server);
+        const OpenText text(desk);
         text.openNotes();
         text.edit().moveCursor(QTextCursor::End);
         QTest::keyClicks(&text.edit(), "x");
         text.press("saveButton");
         QVERIFY(text.says(QStringLiteral("No reply")));
         server.answer("txfile \"/data/notes.txt\"\none\ntwo\nx", { Step::text("OK:\n") });
-        QTRY_VERIFY(text.widget<QPushButton>("saveButton").isEnabled());
+        TRY_VERIFY(text.widget<QPushButton>("saveButton").isEnabled());
         text.press("saveButton");
         QVERIFY(text.says(QStringLiteral("Saved")));
     }
@@ -421,30 +412,30 @@ private Q_SLOTS:
     {
         Archive server;
         server.answer("txfile \"/data/notes.txt\"\none\ntwo\nx", { Step::text("OK:\n") });
-        ConsoleFixture desk;
-        const OpenText text(server, desk);
+        ConsoleFixture desk(server);
+        const OpenText text(desk);
         text.openNotes();
         text.edit().moveCursor(QTextCursor::End);
         QTest::keyClicks(&text.edit(), "x");
         QTest::keyClick(text.window, Qt::Key_Escape);
         QVERIFY(text.question());
         text.answer(QMessageBox::Cancel);
-        QTRY_VERIFY(!text.question());
+        TRY_VERIFY(!text.question());
         QVERIFY(text.window->isVisible());
         QVERIFY(!text.window->close());
         text.answer(QMessageBox::Save);
-        QTRY_VERIFY_WITH_TIMEOUT(text.window.isNull(), timeoutMs);
+        TRY_VERIFY(text.window.isNull());
     }
 
     void dropsDiscardedChanges()
     {
         Archive server;
-        ConsoleFixture desk;
-        const OpenText text(server, desk);
+        ConsoleFixture desk(server);
+        const OpenText text(desk);
         QTest::keyClicks(&text.edit(), "x");
         text.window->close();
         text.answer(QMessageBox::Discard);
-        QTRY_VERIFY(text.window.isNull());
+        TRY_VERIFY(text.window.isNull());
     }
 };
 

@@ -2,6 +2,7 @@
 #include "console/consolefixture.h"
 #include "console/histogramserver.h"
 #include "console/windowlists.h"
+#include "support/wait.h"
 
 #include <tarnis/plots/multivectorgraphwidget.h>
 #include <tarnis/plots/xy2dgraphwidget.h>
@@ -68,7 +69,7 @@ private Q_SLOTS:
             QCOMPARE(count(static_cast<tarnis::LineProfile*>(nullptr)), onMap);
             QCOMPARE(count(static_cast<tarnis::ErrorBars*>(nullptr)), 1 - onMap);
             QCOMPARE(count(static_cast<tarnis::ReferenceCurves*>(nullptr)), 1 - onMap);
-            QTRY_VERIFY(bar->findChild<QAction*>() != nullptr && bar->actions().size() > 8);
+            TRY_VERIFY(bar->findChild<QAction*>() != nullptr && bar->actions().size() > 8);
         }
     }
 
@@ -80,7 +81,7 @@ private Q_SLOTS:
         QVERIFY(desk.reaches(ServerState::Up) && isListed(desk, "time"));
         auto* window = desk.open<Graph1DDialog>("curves");
         QPointer<MultiVectorGraphWidget> plot = window->getGraphWidget();
-        QTRY_VERIFY(plot->hasData());
+        TRY_VERIFY(plot->hasData());
         const auto whole = rangeX(*plot);
         auto* const navigator = plot->findChild<tarnis::PlotNavigator*>();
         navigator->zoomIn();
@@ -88,13 +89,13 @@ private Q_SLOTS:
         const auto zoomed = rangeX(*plot);
         QVERIFY(zoomed.second - zoomed.first < whole.second - whole.first);
         window->close();
-        QTRY_VERIFY(plot.isNull());
+        TRY_VERIFY(plot.isNull());
         QVERIFY(QFile::exists(viewFile(desk, "curves")));
 
         window = desk.open<Graph1DDialog>("curves");
         plot = window->getGraphWidget();
         QCOMPARE(rangeX(*plot), zoomed);
-        QTRY_VERIFY(plot->hasData());
+        TRY_VERIFY(plot->hasData());
         QCOMPARE(rangeX(*plot), zoomed);
         QCOMPARE(plot->findChild<tarnis::PlotLegend*>()->place(), QPointF(0.5, 0.25));
         plot->findChild<tarnis::PlotNavigator*>()->goHome();
@@ -114,7 +115,7 @@ private Q_SLOTS:
         desk.use(server);
         QVERIFY(desk.reaches(ServerState::Up) && isListed(desk, "time"));
         auto& plot = *desk.open<Graph1DDialog>("curves")->getGraphWidget();
-        QTRY_VERIFY(plot.hasData());
+        TRY_VERIFY(plot.hasData());
         QVERIFY(rangeX(plot).second < 1e7);
     }
 
@@ -134,7 +135,7 @@ private Q_SLOTS:
         QVERIFY2(desk.alert().text.contains(path), qPrintable(desk.alert().text));
         QPointer<QWidget> guard = window;
         window->close();
-        QTRY_VERIFY(guard.isNull());
+        TRY_VERIFY(guard.isNull());
         QVERIFY(file.open(QIODevice::ReadOnly));
         QCOMPARE(file.readAll(), QByteArray("{\"format\":"));
     }

@@ -1,6 +1,7 @@
-// tarnis-console as a program: exit statuses, displays, signals, and failing tours.
-#include "console/localprogram.h"
+// tarnis-console as a program: exit statuses, displays, signals, and tours that cannot go well.
+#include "support/fakeserver.h"
 #include "support/scriptedserver.h"
+#include "support/wait.h"
 
 #include <QDir>
 #include <QFile>
@@ -11,8 +12,6 @@
 using namespace tarnis::testing;
 
 namespace {
-
-constexpr int timeoutMs = 60000;
 
 /// The console, started with a separate home directory.
 class Program {
@@ -131,7 +130,7 @@ private Q_SLOTS:
 
     void aTourOfAServerThatEndsAtOnceFailsWithAReason()
     {
-        const LocalProgram program(QStringLiteral("exit 3"));
+        const FakeServer program({ QStringLiteral("exit 3") });
         Program console(
             { QStringLiteral("--local"), program.path(), QStringLiteral("--tour"), scratch(QStringLiteral("ended")) });
         QCOMPARE(console.end(), QStringLiteral("exit 1"));
@@ -195,21 +194,23 @@ private Q_SLOTS:
     void aSignalEndsTheConsoleAndItsServer()
     {
         ScriptedServer server;
-        const LocalProgram program(faithful(server.port()) + QStringLiteral("\necho ended > \"$0.ended\""));
+        const FakeServer program(
+            FakeServer::wellBehaved(server.port()) + QStringLiteral("\necho ended > \"$0.ended\""));
         Program console({ QStringLiteral("--local"), program.path() });
         QVERIFY(server.waitForRequest("setting"));
         console.terminate();
         QCOMPARE(console.end(), QStringLiteral("exit 0"));
         QVERIFY(!console.errors().contains(QStringLiteral("tarnis-console:")));
         QVERIFY(server.waitUntilDeserted());
-        QVERIFY(eventually([&] { return QFile::exists(program.path() + QStringLiteral(".ended")); }));
+        QVERIFY(eventually([&] { return program.hasNoted(QStringLiteral("end")); }));
     }
 
     void aSignalEndsATourAndItsServer()
     {
         ScriptedServer server;
         server.answer("help", { Step::silence() });
-        const LocalProgram program(faithful(server.port()) + QStringLiteral("\necho ended > \"$0.ended\""));
+        const FakeServer program(
+            FakeServer::wellBehaved(server.port()) + QStringLiteral("\necho ended > \"$0.ended\""));
         server.answer("setting", { Step::text("OK:\nrate: 10\n") });
         Program console({ QStringLiteral("--local"), program.path(), QStringLiteral("--tour"),
             scratch(QStringLiteral("interrupted")) });
@@ -220,7 +221,7 @@ private Q_SLOTS:
         QVERIFY2(report.contains(QStringLiteral("interrupts the tour")), qPrintable(report));
         QVERIFY2(report.contains(QStringLiteral("steps were not tried")), qPrintable(report));
         QVERIFY(server.waitUntilDeserted());
-        QVERIFY(eventually([&] { return QFile::exists(program.path() + QStringLiteral(".ended")); }));
+        QVERIFY(eventually([&] { return program.hasNoted(QStringLiteral("end")); }));
     }
 
     void theInstalledConsoleStarts()

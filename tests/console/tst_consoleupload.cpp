@@ -1,6 +1,7 @@
 // Transferring files by the command line: every byte, the exact name, nothing overwritten without confirmation.
 #include "console/consolefixture.h"
 #include "server/replytext.h"
+#include "support/wait.h"
 
 #include <QCheckBox>
 #include <QFile>
@@ -45,7 +46,7 @@ QMessageBox* questionOf(ConsoleFixture& desk)
 
 bool isAsked(ConsoleFixture& desk)
 {
-    return QTest::qWaitFor([&] { return questionOf(desk) != nullptr; }, timeoutMs);
+    return eventually([&] { return questionOf(desk) != nullptr; });
 }
 
 void answer(ConsoleFixture& desk, QMessageBox::StandardButton button)
@@ -70,9 +71,7 @@ private Q_SLOTS:
         }
         const Desktop files;
         Archive server;
-        ConsoleFixture desk;
-        desk.use(server);
-        QVERIFY(desk.reaches(ServerState::Up));
+        ConsoleFixture desk(server);
         desk.window->commandPanel().upload(files.file(QStringLiteral("all.bin"), content));
         QVERIFY(desk.shows(QStringLiteral("txfile all.bin  (255 bytes)")));
         QVERIFY(desk.isFree());
@@ -95,9 +94,7 @@ private Q_SLOTS:
         QFETCH(QByteArray, request);
         const Desktop files;
         Archive server;
-        ConsoleFixture desk;
-        desk.use(server);
-        QVERIFY(desk.reaches(ServerState::Up));
+        ConsoleFixture desk(server);
         desk.window->commandPanel().upload(files.file(name));
         QVERIFY(server.waitForRequest(request));
     }
@@ -107,9 +104,7 @@ private Q_SLOTS:
         const QByteArray request("txfile notes.txt\ntext");
         const Desktop files;
         Archive server;
-        ConsoleFixture desk;
-        desk.use(server);
-        QVERIFY(desk.reaches(ServerState::Up));
+        ConsoleFixture desk(server);
         desk.window->commandPanel().upload(files.file(QStringLiteral("notes.txt")));
         QVERIFY(isAsked(desk));
         QVERIFY(questionOf(desk)->text().contains(QStringLiteral("already exists in /data")));
@@ -118,7 +113,7 @@ private Q_SLOTS:
         desk.window->commandPanel().upload(files.file(QStringLiteral("other.txt")));
         QVERIFY(desk.alert().text.contains(QStringLiteral("is on its way")));
         answer(desk, QMessageBox::Cancel);
-        QTRY_VERIFY(!questionOf(desk));
+        TRY_VERIFY(!questionOf(desk));
         desk.send(QStringLiteral("stat"));
         QVERIFY(desk.isFree());
         QVERIFY(!server.requests().contains(request));
@@ -133,9 +128,7 @@ private Q_SLOTS:
         const Desktop files;
         Archive server;
         server.answer("ls-F \"/data\"", { Step::text("NG:no permission\n") });
-        ConsoleFixture desk;
-        desk.use(server);
-        QVERIFY(desk.reaches(ServerState::Up));
+        ConsoleFixture desk(server);
         desk.window->commandPanel().upload(files.file(QStringLiteral("new.txt")));
         QVERIFY(isAsked(desk));
         QVERIFY(questionOf(desk)->text().contains(QStringLiteral("does not tell")));
@@ -149,9 +142,7 @@ private Q_SLOTS:
         const Desktop files;
         Archive server;
         server.answer("pwd", { Step::hold("pwd") });
-        ConsoleFixture desk;
-        desk.use(server);
-        QVERIFY(desk.reaches(ServerState::Up));
+        ConsoleFixture desk(server);
         desk.window->commandPanel().upload(files.file(QStringLiteral("new.txt")));
         QVERIFY(server.waitForHold("pwd"));
         desk.choose("shutDownAction");
@@ -165,9 +156,7 @@ private Q_SLOTS:
     {
         const Desktop files;
         Archive server;
-        ConsoleFixture desk;
-        desk.use(server);
-        QVERIFY(desk.reaches(ServerState::Up));
+        ConsoleFixture desk(server);
         desk.window->commandPanel().upload(QStringLiteral("/no/such/file"));
         QVERIFY(desk.alert().text.contains(QStringLiteral("cannot be read")));
         desk.window->commandPanel().upload(files.file(QString::fromUtf8("\u03b1.txt")));
@@ -182,9 +171,7 @@ private Q_SLOTS:
         server.answer("rxfile notes.txt", { Step::binary("one\ntwo\n", "OK: /data/notes.txt, 8 bytes\n") });
         server.answer("rxfile image", { Step::binary(QByteArray("a\0b", 3), "OK: /data/image, 3 bytes\n") });
         server.answer("rxfile none", { Step::binary("", "NG:cannot read\n") });
-        ConsoleFixture desk;
-        desk.use(server);
-        QVERIFY(desk.reaches(ServerState::Up));
+        ConsoleFixture desk(server);
         desk.type(QStringLiteral("rxfile notes.txt"));
         QVERIFY(desk.widget<QCheckBox>("binaryCheck").isChecked());
         desk.enter();

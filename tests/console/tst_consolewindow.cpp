@@ -12,8 +12,10 @@
 #include "settings/settingspanel.h"
 
 #include "console/consolefixture.h"
-#include "console/localprogram.h"
+#include "support/contrast.h"
+#include "support/fakeserver.h"
 #include "support/scriptedserver.h"
+#include "support/wait.h"
 
 #include <QAbstractSpinBox>
 #include <QAccessible>
@@ -97,22 +99,6 @@ QMultiMap<QChar, QString> mnemonicsOf(const QWidget& window)
     return found;
 }
 
-double luminance(const QColor& colour)
-{
-    const auto channel = [](double value) {
-        return value <= 0.03928 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
-    };
-    return 0.2126 * channel(colour.redF()) + 0.7152 * channel(colour.greenF()) + 0.0722 * channel(colour.blueF());
-}
-
-/// Contrast ratio of the Web Content Accessibility Guidelines 2.1, 1.4.3.
-double contrast(const QColor& a, const QColor& b)
-{
-    const double lighter = std::max(luminance(a), luminance(b));
-    const double darker = std::min(luminance(a), luminance(b));
-    return (lighter + 0.05) / (darker + 0.05);
-}
-
 void compareNoCutText(const QWidget& window)
 {
     for (const auto* widget : window.findChildren<QWidget*>()) {
@@ -185,9 +171,7 @@ private Q_SLOTS:
     void theTabKeyReachesEveryControl()
     {
         ScriptedServer server;
-        ConsoleFixture desk;
-        desk.use(server);
-        QVERIFY(desk.reaches(ServerState::Up));
+        ConsoleFixture desk(server);
         desk.type(QStringLiteral("x"));
         QSet<const QWidget*> reached;
         QWidget* start = &desk.edit();
@@ -332,9 +316,7 @@ private Q_SLOTS:
     void whatCannotBeSentStaysWithAReason()
     {
         ScriptedServer server;
-        ConsoleFixture desk;
-        desk.use(server);
-        QVERIFY(desk.reaches(ServerState::Up));
+        ConsoleFixture desk(server);
         desk.edit().setText(QString::fromUtf8("set \u03b1"));
         desk.enter();
         QCOMPARE(desk.edit().text(), QString::fromUtf8("set \u03b1"));
@@ -347,9 +329,7 @@ private Q_SLOTS:
         server.answer("a", { Step::hold("gate"), Step::text("1\n") });
         server.answer("b", { Step::text("NG:2\n") });
         server.answer("c", { Step::text("") });
-        ConsoleFixture desk;
-        desk.use(server);
-        QVERIFY(desk.reaches(ServerState::Up));
+        ConsoleFixture desk(server);
         for (const char* command : { "a", "b", "c" })
             desk.send(QLatin1String(command));
         QVERIFY(server.waitForHold("gate"));
@@ -364,9 +344,7 @@ private Q_SLOTS:
     {
         ScriptedServer server;
         server.answer("slow", { Step::raw("half of it\n"), Step::hold("gate"), Step::text("the rest\n") });
-        ConsoleFixture desk;
-        desk.use(server);
-        QVERIFY(desk.reaches(ServerState::Up));
+        ConsoleFixture desk(server);
         desk.send(QStringLiteral("slow"));
         QVERIFY(desk.shows(QStringLiteral("half of it")));
         QVERIFY(desk.widget<QProgressBar>("progressBar").isVisible());
@@ -383,9 +361,7 @@ private Q_SLOTS:
         ScriptedServer server;
         server.answer("hist1d x", { Step::binary(bytesOf({ 1.0, 5.0 }), "OK: x\n") });
         server.answer("numbers", { Step::binary(bytesOf({ 2.0 }), "") });
-        ConsoleFixture desk;
-        desk.use(server);
-        QVERIFY(desk.reaches(ServerState::Up));
+        ConsoleFixture desk(server);
         desk.send(QStringLiteral("hist1d x"));
         QVERIFY(desk.shows(QStringLiteral("2 values\nsum 6, least 1, largest 5\nfirst: 1 5\ntext: OK: x")));
         QVERIFY(!desk.widget<QCheckBox>("binaryCheck").isChecked());
@@ -409,12 +385,10 @@ private Q_SLOTS:
     {
         ScriptedServer server;
         server.answerInTurn("a", { { Step::raw("half"), Step::drop() }, { Step::text("whole\n") } });
-        ConsoleFixture desk;
-        desk.use(server);
-        QVERIFY(desk.reaches(ServerState::Up));
+        ConsoleFixture desk(server);
         desk.send(QStringLiteral("a"));
         desk.type(QStringLiteral("being typed"));
-        QTRY_COMPARE_WITH_TIMEOUT(desk.alert().action, AlertAction::SendAgain, timeoutMs);
+        TRY_COMPARE(desk.alert().action, AlertAction::SendAgain);
         QVERIFY(desk.alert().text.contains(u'a'));
         QCOMPARE(desk.window->controller().state(), ServerState::Up);
         desk.press("alertButton");
@@ -427,13 +401,11 @@ private Q_SLOTS:
     {
         ScriptedServer server;
         server.answerInTurn("a", { { Step::drop() }, { Step::text("whole\n") } });
-        ConsoleFixture desk;
-        desk.use(server);
-        QVERIFY(desk.reaches(ServerState::Up));
+        ConsoleFixture desk(server);
         desk.send(QStringLiteral("a"));
         QVERIFY(desk.shows(QStringLiteral("No reply: a")));
         QCOMPARE(desk.edit().text(), QStringLiteral("a"));
-        QTRY_COMPARE_WITH_TIMEOUT(desk.alert().action, AlertAction::SendAgain, timeoutMs);
+        TRY_COMPARE(desk.alert().action, AlertAction::SendAgain);
         QTest::keyClick(&desk.edit(), Qt::Key_Return);
         QVERIFY(desk.alert().text.isEmpty()); // otherwise it could be sent a second time
         QVERIFY(desk.shows(QStringLiteral("whole")));
@@ -464,9 +436,7 @@ private Q_SLOTS:
         server.answer("never", { Step::silence() });
         server.answer("next", { Step::text("done\n") });
         server.answer("last", { Step::text("done too\n") });
-        ConsoleFixture desk;
-        desk.use(server);
-        QVERIFY(desk.reaches(ServerState::Up));
+        ConsoleFixture desk(server);
         for (const char* const command : { "never", "next", "last" })
             desk.send(QLatin1String(command));
         QVERIFY(server.waitForRequest("never"));
@@ -491,13 +461,13 @@ private Q_SLOTS:
         SettingsModel& model = desk.window->settingsPanel().model();
         QVERIFY(!desk.widget<QPushButton>("readButton").isEnabled());
         desk.use(server);
-        QTRY_COMPARE_WITH_TIMEOUT(model.rowCount(), 1, timeoutMs);
+        TRY_COMPARE(model.rowCount(), 1);
         QCOMPARE(desk.settingsState(), QStringLiteral("As on the server."));
         QVERIFY(model.setData(model.index(0, SettingsModel::Value), "20", Qt::EditRole));
         QVERIFY(desk.settingsState().startsWith(QStringLiteral("1 changed")));
         desk.press("saveButton");
         QVERIFY(!desk.widget<QPushButton>("saveButton").isEnabled());
-        QTRY_VERIFY_WITH_TIMEOUT(model.changedNames().isEmpty(), timeoutMs);
+        TRY_VERIFY(model.changedNames().isEmpty());
         QVERIFY(server.requests().contains("setting rate:20 "));
         QVERIFY(server.requests().contains("savesetting"));
         QVERIFY(desk.widget<QPushButton>("saveButton").isEnabled());
@@ -511,10 +481,10 @@ private Q_SLOTS:
         ConsoleFixture desk;
         SettingsModel& model = desk.window->settingsPanel().model();
         desk.use(server);
-        QTRY_COMPARE_WITH_TIMEOUT(model.rowCount(), 1, timeoutMs);
+        TRY_COMPARE(model.rowCount(), 1);
         model.setData(model.index(0, SettingsModel::Value), "0", Qt::EditRole);
         desk.press("downloadButton");
-        QTRY_VERIFY_WITH_TIMEOUT(desk.settingsState().contains(QStringLiteral("rate is too small")), timeoutMs);
+        TRY_VERIFY(desk.settingsState().contains(QStringLiteral("rate is too small")));
         QCOMPARE(model.changedNames(), QStringList { "rate" });
     }
 
@@ -542,9 +512,7 @@ private Q_SLOTS:
     void storesTheReadoutAddressInTheSettings()
     {
         const ScriptedServer server;
-        ConsoleFixture desk;
-        desk.use(server);
-        QVERIFY(desk.reaches(ServerState::Up));
+        ConsoleFixture desk(server);
         Tarnis& tarnis = desk.window->controller().tarnis();
         desk.widget<QLineEdit>("ipEdit").setText(QStringLiteral("10.0.0"));
         QVERIFY(!desk.widget<QPushButton>("addressButton").isEnabled());
@@ -590,10 +558,8 @@ private Q_SLOTS:
     {
         ScriptedServer server;
         server.answer("a", { Step::silence() });
-        const LocalProgram program(faithful(server.port()));
-        ConsoleFixture desk;
-        desk.use(program);
-        QVERIFY(desk.reaches(ServerState::Up));
+        const FakeServer program(FakeServer::wellBehaved(server.port()));
+        ConsoleFixture desk(program);
         desk.send(QStringLiteral("a"));
         desk.type(QStringLiteral("being typed"));
         QVERIFY(server.waitForRequest("a"));
@@ -618,8 +584,8 @@ private Q_SLOTS:
         QTest::newRow("remote") << "remote" << ServerState::Up;
         QTest::newRow("remote, a reply under way") << "busy" << ServerState::Up;
         QTest::newRow("remote, refused") << "refused" << ServerState::Failed;
-        QTest::newRow("local, no port yet") << "read line" << ServerState::Starting;
-        QTest::newRow("local") << "echo 'UI port: %1'; read line" << ServerState::Up;
+        QTest::newRow("local, no port yet") << "await-end" << ServerState::Starting;
+        QTest::newRow("local") << "print UI port: %1\\n;await-end" << ServerState::Up;
         QTest::newRow("local, ended by itself") << "exit 1" << ServerState::Failed;
     }
     void closingEndsTheServerInEveryState()
@@ -629,7 +595,7 @@ private Q_SLOTS:
         ScriptedServer server;
         ScriptedServer mute({ Step::silence() });
         server.answer("long", { Step::silence() });
-        const LocalProgram program(kind.contains(u'%') ? kind.arg(server.port()) : kind);
+        const FakeServer program(QString(kind).replace("%1", QString::number(server.port())).split(u';'));
         ConsoleFixture desk;
         if (kind == u"mute")
             desk.use(mute);
@@ -647,9 +613,9 @@ private Q_SLOTS:
         const QProcess* process = desk.window->controller().tarnis().process();
         const qint64 processId = process ? process->processId() : 0;
         desk.window->close();
-        QTRY_VERIFY_WITH_TIMEOUT(!desk.window->isVisible(), timeoutMs);
+        TRY_VERIFY(!desk.window->isVisible());
         if (processId > 0)
-            QVERIFY(!isRunning(processId));
+            TRY_VERIFY(!isRunning(processId));
         desk.window.reset();
         QVERIFY(server.waitUntilDeserted());
         QVERIFY(mute.waitUntilDeserted());
@@ -658,25 +624,21 @@ private Q_SLOTS:
     void closingADeafServerOffersToEndIt()
     {
         ScriptedServer server;
-        const LocalProgram program(deaf(server.port()));
-        ConsoleFixture desk;
-        desk.use(program);
-        QVERIFY(desk.reaches(ServerState::Up));
+        const FakeServer program(FakeServer::deaf(server.port()));
+        ConsoleFixture desk(program);
         const qint64 processId = desk.window->controller().tarnis().process()->processId();
         desk.window->close();
-        QTRY_COMPARE_WITH_TIMEOUT(desk.alert().action, AlertAction::EndByForce, timeoutMs);
+        TRY_COMPARE(desk.alert().action, AlertAction::EndByForce);
         QVERIFY(desk.window->isVisible());
         desk.press("alertButton");
-        QTRY_VERIFY_WITH_TIMEOUT(!desk.window->isVisible(), timeoutMs);
-        QVERIFY(!isRunning(processId));
+        TRY_VERIFY(!desk.window->isVisible());
+        TRY_VERIFY(!isRunning(processId));
     }
 
     void aBusyServerKeepsTheWindowOpen()
     {
         ScriptedServer server;
-        ConsoleFixture desk;
-        desk.use(server);
-        QVERIFY(desk.reaches(ServerState::Up));
+        ConsoleFixture desk(server);
         desk.window->controller().tarnis().SetStatus(Tarnis::HARDWARE_BUSY);
         desk.window->close();
         QVERIFY(desk.window->isVisible());
@@ -684,7 +646,7 @@ private Q_SLOTS:
         desk.window->controller().tarnis().SetStatus(Tarnis::SERVER_CONNECTED);
         desk.choose("shutDownAction");
         QVERIFY(desk.reaches(ServerState::Off));
-        QTest::qWait(0);
+        QCoreApplication::processEvents();
         QVERIFY(desk.window->isVisible()); // the previous close was cancelled
     }
 
@@ -703,20 +665,20 @@ private Q_SLOTS:
             window.show();
             window.commandPanel().history().add(QStringLiteral("typed once"));
             window.startServer(options);
-            QTRY_COMPARE_WITH_TIMEOUT(window.controller().state(), ServerState::Up, timeoutMs);
+            TRY_COMPARE(window.controller().state(), ServerState::Up);
             window.close();
-            QTRY_VERIFY_WITH_TIMEOUT(!window.isVisible(), timeoutMs);
+            TRY_VERIFY(!window.isVisible());
         }
         QSettings store(file, QSettings::IniFormat);
         MainWindow window(store);
         window.show();
         QCOMPARE(window.commandPanel().history().entries(), QStringList { "typed once" });
         window.startServer({});
-        QTRY_COMPARE_WITH_TIMEOUT(window.controller().state(), ServerState::Up, timeoutMs);
+        TRY_COMPARE(window.controller().state(), ServerState::Up);
         QVERIFY(window.controller().choice() == *options.server);
         QCOMPARE(window.controller().prompt(), QByteArray("# "));
         window.close();
-        QTRY_VERIFY_WITH_TIMEOUT(!window.isVisible(), timeoutMs);
+        TRY_VERIFY(!window.isVisible());
     }
 
     void everyWindowOpensOnceAndCloses()
@@ -734,7 +696,7 @@ private Q_SLOTS:
             QCOMPARE(desk.window->openWindow(entry), window.data());
             QVERIFY2(!window->windowTitle().isEmpty(), qPrintable(entry.id));
             window->close();
-            QTRY_VERIFY(window.isNull());
+            TRY_VERIFY(window.isNull());
             QVERIFY(desk.window->openWindow(entry));
         }
     }

@@ -3,6 +3,7 @@
 #include "console/histogramserver.h"
 #include "console/windowlists.h"
 #include "histograms/histogramlist.h"
+#include "support/wait.h"
 #include "windows/openwindows.h"
 
 #include <tarnis/plots/multivectorgraphwidget.h>
@@ -31,7 +32,7 @@ QWidget* openCurves(ScriptedServer& server, ConsoleFixture& desk)
         auto* const curves = desk.open<Graph1DDialog>("curves");
         return curves && curves->getGraphWidget()->hasData();
     };
-    if (!isListed(desk, "time") || !QTest::qWaitFor(isOnShow, timeoutMs))
+    if (!isListed(desk, "time") || !eventually(isOnShow))
         qFatal("no curves");
     return desk.find("curves");
 }
@@ -52,7 +53,7 @@ void comeBackWith(ScriptedServer& server, ConsoleFixture& desk, const QByteArray
         return all.isEmpty() ? server.requests().count("hists") > asked
                              : desk.window->histograms().find(all.first().name).has_value();
     };
-    if (!QTest::qWaitFor(isRead, timeoutMs))
+    if (!eventually(isRead))
         qFatal("no list");
 }
 
@@ -69,8 +70,8 @@ private Q_SLOTS:
         HistogramServer server;
         server.answer("hist1d time 0 2 bins:1000", { Step::doubles(QList<double>(3000, 1.0), "OK:\n") });
         server.answer("hist2d image bins:3x2", { Step::doubles({ 1, 2, 3, 4, 5, 9 }, "OK: exported 3 x 2 y\n") });
-        ConsoleFixture desk;
-        OpenList list(server, desk);
+        ConsoleFixture desk(server);
+        OpenList list(desk);
         QVERIFY(list.opensTheMap());
         OpenWindows& windows = desk.window->windows();
         const QPointer<QWidget> curves = desk.find("curves");
@@ -84,13 +85,13 @@ private Q_SLOTS:
         comeBackWith(server, desk,
             "OK:\ntime: kind=1d rows=3 bins=2000 min=5 max=500 label=Flight unit=ms\n"
             "image: kind=2d binsx=3 minx=-2 maxx=2 binsy=2 miny=0 maxy=7\n");
-        QTRY_VERIFY(curves.isNull() && map.isNull());
+        TRY_VERIFY(curves.isNull() && map.isNull());
         auto* const freshCurves = qobject_cast<Graph1DDialog*>(windows.find(QStringLiteral("curves")));
         auto* const freshMap = qobject_cast<Graph2DDialog*>(windows.find(QStringLiteral("histogram image")));
         QVERIFY(freshCurves && freshMap);
         QCOMPARE(titlesOf(windows.all()), titles); // in the order in which they were opened
         QVERIFY(server.waitForRequest("hist1d time 0 2 bins:1000"));
-        QTRY_VERIFY_WITH_TIMEOUT(freshCurves->getGraphWidget()->hasData(), timeoutMs);
+        TRY_VERIFY(freshCurves->getGraphWidget()->hasData());
         double min = 0.0;
         double max = 0.0;
         freshCurves->getGraphWidget()->getMinMaxX(min, max);
@@ -99,7 +100,7 @@ private Q_SLOTS:
         QCOMPARE(freshCurves->getGraphWidget()->getNameX(), "Flight [ms]");
         QCOMPARE(freshCurves->geometry(), QRect(40, 50, 700, 400));
         QCOMPARE(freshCurves->findChild<QComboBox*>(QStringLiteral("typeComboBox"))->currentIndex(), 1);
-        QTRY_COMPARE_WITH_TIMEOUT(freshMap->getGraphWidget()->getMaxValue(), 9.0, timeoutMs);
+        TRY_COMPARE(freshMap->getGraphWidget()->getMaxValue(), 9.0);
         freshMap->getGraphWidget()->getMinMaxY(min, max);
         QCOMPARE(max, 7.0);
         QVERIFY(freshMap->isMaximized());
@@ -123,12 +124,12 @@ private Q_SLOTS:
         box->show();
         QWidget& has = place == u"console" ? *desk.window : place == u"window" ? *curves : *box;
         OpenWindows::bringForward(has);
-        QTRY_VERIFY(has.isActiveWindow());
+        TRY_VERIFY(has.isActiveWindow());
         comeBackWith(server, desk, otherTimes);
-        QTRY_VERIFY(curves.isNull());
+        TRY_VERIFY(curves.isNull());
         OpenWindows& windows = desk.window->windows();
         QWidget* const fresh = windows.find(QStringLiteral("curves"));
-        QTRY_COMPARE(QApplication::activeWindow(), place == u"console" ? desk.window.get() : fresh);
+        TRY_COMPARE(QApplication::activeWindow(), place == u"console" ? desk.window.get() : fresh);
         QCOMPARE(windows.front(), fresh);
     }
 
@@ -147,7 +148,7 @@ private Q_SLOTS:
         const QPointer<QWidget> curves = openCurves(server, desk);
         const qsizetype polls = server.requests().count("hist1d time 0 1 bins:4");
         comeBackWith(server, desk, list);
-        QTRY_VERIFY_WITH_TIMEOUT(server.requests().count("hist1d time 0 1 bins:4") >= polls + 2, timeoutMs);
+        TRY_VERIFY(server.requests().count("hist1d time 0 1 bins:4") >= polls + 2);
         QVERIFY(curves && curves->isVisible());
         QCOMPARE(desk.window->windows().find(QStringLiteral("curves")), curves.data());
     }
@@ -156,14 +157,12 @@ private Q_SLOTS:
     {
         HistogramServer server;
         server.answer("hists", { Step::hold("list"), Step::text(twoHistograms) });
-        ConsoleFixture desk;
-        desk.use(server);
-        QVERIFY(desk.reaches(ServerState::Up));
+        ConsoleFixture desk(server);
         QVERIFY(server.waitForHold("list"));
         const QPointer<QWidget> curves = desk.find("curves");
         QVERIFY(server.waitForRequest("hist1d time 0 7 bins:1024"));
         server.open("list");
-        QTRY_VERIFY_WITH_TIMEOUT(curves.isNull(), timeoutMs);
+        TRY_VERIFY(curves.isNull());
         QVERIFY(server.waitForRequest("hist1d time 0 1 bins:4"));
         const QPointer<QWidget> fresh = desk.window->windows().find(QStringLiteral("curves"));
         QVERIFY(fresh);
@@ -178,7 +177,7 @@ private Q_SLOTS:
         const QPointer<QWidget> curves = openCurves(server, desk);
         curves->showMinimized();
         comeBackWith(server, desk, otherTimes);
-        QTRY_VERIFY(curves.isNull());
+        TRY_VERIFY(curves.isNull());
         const QWidget* const fresh = desk.window->windows().find(QStringLiteral("curves"));
         QVERIFY(fresh && fresh->isMinimized());
         QVERIFY(desk.window->windows().onScreen().isEmpty());
@@ -204,33 +203,33 @@ private Q_SLOTS:
         QVERIFY(curves);
         QCOMPARE(desk.find("curves"), curves.data());
         auto* const button = curves->findChild<QAbstractButton*>(control);
-        QTRY_VERIFY_WITH_TIMEOUT(button->isEnabled(), timeoutMs);
+        TRY_VERIFY(button->isEnabled());
         QVERIFY(!server.requests().contains("hist1d time 0 0 bins:5"));
         button->click();
-        QTRY_VERIFY(curves.isNull());
+        TRY_VERIFY(curves.isNull());
         auto* const fresh = qobject_cast<Graph1DDialog*>(desk.window->windows().find(QStringLiteral("curves")));
         QVERIFY(fresh);
-        QTRY_VERIFY_WITH_TIMEOUT(fresh->getGraphWidget()->hasData(), timeoutMs);
+        TRY_VERIFY(fresh->getGraphWidget()->hasData());
         QCOMPARE(fresh->isAutoUpdate(), isLive);
     }
 
     void keepsAFilteredMapAfterItsMapCloses()
     {
         HistogramServer server;
-        ConsoleFixture desk;
-        OpenList list(server, desk);
+        ConsoleFixture desk(server);
+        OpenList list(desk);
         QVERIFY(list.opensTheMap());
         const QString id = QStringLiteral("histogram image");
         const QPointer<Graph2DDialog> map = qobject_cast<Graph2DDialog*>(desk.window->windows().find(id));
         QVERIFY(map);
-        QTRY_COMPARE_WITH_TIMEOUT(map->getGraphWidget()->getMaxValue(), 6.0, timeoutMs);
+        TRY_COMPARE(map->getGraphWidget()->getMaxValue(), 6.0);
         Graph2DFilter filter;
         map->onFilterAccepted(filter);
         const QPointer<Graph2DDialog> filtered = map->findChild<Graph2DDialog*>();
         QVERIFY(filtered);
         filtered->setGeometry(30, 60, 420, 380);
         comeBackWith(server, desk, "OK:\nimage: kind=2d binsx=3 minx=-2 maxx=2 binsy=2 miny=0 maxy=7\n");
-        QTRY_VERIFY(map.isNull());
+        TRY_VERIFY(map.isNull());
         QVERIFY(filtered && filtered->isVisible());
         QCOMPARE(filtered->geometry(), QRect(30, 60, 420, 380));
         QCOMPARE(filtered->parentWidget(), desk.window->windows().find(id));
@@ -251,7 +250,7 @@ private Q_SLOTS:
         QVERIFY(curves && curves->isVisible());
         menu.close();
         menu.setParent(nullptr);
-        QTRY_VERIFY(curves.isNull());
+        TRY_VERIFY(curves.isNull());
         QVERIFY(desk.window->windows().find(QStringLiteral("curves")));
     }
 
@@ -265,12 +264,12 @@ private Q_SLOTS:
         box->show();
         OpenWindows::bringForward(*box);
         line->setFocus();
-        QTRY_COMPARE(QApplication::focusWidget(), line);
+        TRY_COMPARE(QApplication::focusWidget(), line);
         desk.window->histograms().read(QString::fromUtf8(otherTimes));
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         QVERIFY(curves && curves->isVisible());
         line->clearFocus();
-        QTRY_VERIFY(curves.isNull());
+        TRY_VERIFY(curves.isNull());
         QVERIFY(desk.window->windows().find(QStringLiteral("curves")));
     }
 };

@@ -3,14 +3,14 @@
 
 #include "console/consolefixture.h"
 #include "histograms/serverhistograms.h"
+#include "support/wait.h"
 
 namespace tarnis::testing {
 
 /// Waits until the server's list with this histogram has arrived, so that windows opened now are not replaced.
 inline bool isListed(ConsoleFixture& desk, const char* histogram)
 {
-    return QTest::qWaitFor(
-        [&] { return desk.window->histograms().find(QLatin1String(histogram)).has_value(); }, timeoutMs);
+    return eventually([&] { return desk.window->histograms().find(QLatin1String(histogram)).has_value(); });
 }
 
 } // namespace tarnis::testing

@@ -1,56 +1,23 @@
-// Common code of the path chooser tests: a chooser with accessors for its parts, and answers for message boxes.
+// Common code of the path chooser tests: a chooser with accessors for its parts.
 #pragma once
 
 #include "support/scriptedserver.h"
+#include "support/wait.h"
 
 #include <tarnis/dialogs/selectdirectorydialog.h>
 #include <tarnis/dialogs/selectpathdialog.h>
 #include <tarnis/server/tarnissession.h>
 
-#include <QApplication>
 #include <QComboBox>
 #include <QDialogButtonBox>
 #include <QLineEdit>
 #include <QListWidget>
-#include <QMessageBox>
 #include <QPushButton>
 #include <QSignalSpy>
-#include <QTimer>
 
 #include <memory>
 
 namespace tarnis::testing {
-
-/// Answers the next message box and stores its text.
-class BoxAnswer : public QObject {
-public:
-    explicit BoxAnswer(QMessageBox::StandardButton button)
-        : m_button(button)
-    {
-        connect(&m_timer, &QTimer::timeout, this, &BoxAnswer::look);
-        m_timer.start(5);
-    }
-    QString text;
-    QString title;
-    QMessageBox::StandardButton defaultButton = QMessageBox::NoButton;
-
-private:
-    void look()
-    {
-        auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-        if (!box)
-            return;
-        m_timer.stop();
-        text = box->text();
-        title = box->windowTitle();
-        if (box->defaultButton())
-            defaultButton = box->standardButton(box->defaultButton());
-        box->button(m_button)->click();
-    }
-
-    QMessageBox::StandardButton m_button;
-    QTimer m_timer;
-};
 
 template <typename Dialog> class Chooser {
 public:

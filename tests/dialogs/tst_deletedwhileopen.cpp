@@ -1,6 +1,7 @@
 // Deletes the window of every modal box of the library while the box is open, as a host or a socket error may do.
 #include "support/modalwatchdog.h"
 #include "support/scriptedserver.h"
+#include "support/wait.h"
 
 #include <tarnis/dialogs/graph1ddialog.h>
 #include <tarnis/dialogs/graph2ddialog.h>
@@ -182,7 +183,7 @@ const QList<Box>& boxes()
         { "map: print with cuts", [] { return mapPlot(); },
             [](QWidget& plot) {
                 pick(plot, "1D Cut");
-                QTRY_VERIFY(plot.findChildren<VectorGraphWidget*>().size() == 2);
+                TRY_VERIFY(plot.findChildren<VectorGraphWidget*>().size() == 2);
                 call(plot, "onPrint");
             } },
         { "map: colour", [] { return mapPlot(); }, [](QWidget& plot) { call(plot, "onMaxColor"); } },

@@ -1,10 +1,11 @@
+#include "support/metamethods.h"
+
 #include <tarnis/dialogs/dialogchecklist.h>
 
 #include <QDialogButtonBox>
 #include <QLabel>
 #include <QLayout>
 #include <QListWidget>
-#include <QMetaMethod>
 #include <QPushButton>
 #include <QTest>
 
@@ -65,13 +66,9 @@ void tst_DialogCheckList::form()
 
 void tst_DialogCheckList::metaObjectOrder()
 {
-    const QMetaObject& meta = DialogCheckList::staticMetaObject;
-    QList<QByteArray> own;
-    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i)
-        own.append(meta.method(i).methodSignature());
-    QCOMPARE(own,
-        (QList<QByteArray> {
-            "on_buttonCheckAll_clicked()", "on_buttonUncheckAll_clicked()", "on_buttonInvert_clicked()" }));
+    QCOMPARE(tarnis::testing::ownMethods(DialogCheckList::staticMetaObject),
+        (QStringList { "slot on_buttonCheckAll_clicked()", "slot on_buttonUncheckAll_clicked()",
+            "slot on_buttonInvert_clicked()" }));
 }
 
 void tst_DialogCheckList::title()

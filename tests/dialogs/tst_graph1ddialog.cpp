@@ -1,6 +1,8 @@
 // The live 1D window against a scripted server.
 #include "dialogs/livewindow.h"
+#include "support/metamethods.h"
 #include "support/virtualorder.h"
+#include "support/wait.h"
 
 #include <tarnis/dialogs/graph1ddialog.h>
 #include <tarnis/dialogs/selectcheckeddialog.h>
@@ -146,9 +148,10 @@ private Q_SLOTS:
 
     void methodOrder()
     {
-        QCOMPARE(methodsOf(Graph1DDialog::staticMetaObject),
-            QStringList({ "onGraphUpdated()", "update()", "result(PTarnisCmd,QByteArray)", "error(int,QString)",
-                "onAutoUpdateToggled(bool)", "onTypeChanged(QString)", "onTimeout()" }));
+        QCOMPARE(ownMethods(Graph1DDialog::staticMetaObject),
+            QStringList({ "slot onGraphUpdated()", "slot update()", "slot result(PTarnisCmd,QByteArray)",
+                "slot error(int,QString)", "slot onAutoUpdateToggled(bool)", "slot onTypeChanged(QString)",
+                "slot onTimeout()" }));
     }
 
     void form()
@@ -318,10 +321,8 @@ private Q_SLOTS:
         Options options;
         options.initCmds = { "setting rate:1", "clear" };
         const WindowPointer window = shown(&model, options);
-        // Without events: connected() would poll, and drop queued commands.
-        const QDeadlineTimer deadline(20000);
-        while (server.requests().size() < 2 && !deadline.hasExpired())
-            QThread::msleep(1);
+        // Without events: connected() would poll, and drop what is queued.
+        QVERIFY(hasRequests(server, 2));
         QVERIFY(server.waitForRequest("hist"));
         QCOMPARE(server.requests().first(3), QList<QByteArray>({ "setting rate:1", "clear", "hist" }));
     }
@@ -816,9 +817,9 @@ private Q_SLOTS:
         const auto docked = [&] { return QPoint(window->frameGeometry().right(), window->frameGeometry().top()); };
         QCOMPARE(box->pos(), docked());
         window->move(window->pos() + QPoint(33, 21));
-        QTRY_COMPARE(box->pos(), docked());
+        TRY_COMPARE(box->pos(), docked());
         window->resize(window->size() + QSize(40, 10));
-        QTRY_COMPARE(box->pos(), docked());
+        TRY_COMPARE(box->pos(), docked());
 
         EventCount raised(*box, QEvent::ZOrderChange);
         window->activateWindow();

@@ -1,6 +1,8 @@
 // The live 2D window against a scripted server, and its filter.
 #include "dialogs/livewindow.h"
+#include "support/metamethods.h"
 #include "support/virtualorder.h"
+#include "support/wait.h"
 
 #include <tarnis/dialogs/graph2ddialog.h>
 #include <tarnis/plots/colorbarwidget.h>
@@ -135,9 +137,10 @@ private Q_SLOTS:
     void methodOrder()
     {
         const QMetaObject& meta = Graph2DDialog::staticMetaObject;
-        QCOMPARE(methodsOf(meta),
-            QStringList({ "update()", "result(PTarnisCmd,QByteArray)", "error(int,QString)",
-                "onAutoUpdateToggled(bool)", "onFilterAccepted(Graph2DFilter)", "onFilter()", "onTimeout()" }));
+        QCOMPARE(ownMethods(meta),
+            QStringList({ "slot update()", "slot result(PTarnisCmd,QByteArray)", "slot error(int,QString)",
+                "slot onAutoUpdateToggled(bool)", "slot onFilterAccepted(Graph2DFilter)", "slot onFilter()",
+                "slot onTimeout()" }));
         const int first = meta.methodOffset();
         QCOMPARE(meta.method(first + 1).parameterNames(), QList<QByteArray>({ "cmd", "" }));
         QCOMPARE(meta.method(first + 2).parameterNames(), QList<QByteArray>({ "socketError", "message" }));

@@ -1,5 +1,6 @@
 // Further features of the live windows: hostile texts, replies that are not drawn, stopped polling, new sessions.
 #include "dialogs/livewindow.h"
+#include "support/wait.h"
 
 #include <tarnis/dialogs/graph1ddialog.h>
 #include <tarnis/dialogs/graph2ddialog.h>
@@ -118,6 +119,23 @@ private Q_SLOTS:
         QVERIFY(boxes.texts.at(0).size() < 2000);
         QCOMPARE(formats, QList<Qt::TextFormat>({ Qt::PlainText }));
         QVERIFY(sizes.at(0).width() < 1200 && sizes.at(0).height() < 700);
+    }
+
+    void tablesShowTheFullTextOnlyWhereItIsLonger_data()
+    {
+        QTest::addColumn<int>("size");
+        QTest::addColumn<bool>("isShown");
+        QTest::newRow("as much as is shown") << 500 << false;
+        QTest::newRow("one character more") << 501 << true;
+    }
+    void tablesShowTheFullTextOnlyWhereItIsLonger()
+    {
+        QFETCH(int, size);
+        NameValueListDialog dialog(QList<NameValue> { NameValue { "name", QString(size, u'x') } }, nullptr, "Name");
+        QTableWidget& table = *dialog.table();
+        Q_EMIT table.doubleClicked(table.model()->index(0, 1));
+        QCoreApplication::processEvents();
+        QTEST(dialog.findChild<QDialog*>("fullText") != nullptr, "isShown");
     }
 
     void tablesShowTheBeginningOfAText()
@@ -309,7 +327,7 @@ private Q_SLOTS:
         const BoxWatch boxes;
         QVERIFY(first.waitForHold("gate"));
         first.release("gate");
-        QVERIFY(window.session->wait(20000)); // its error is queued, and no event is delivered
+        QVERIFY(window.session->wait(timeoutMs)); // its error is queued, and no event is delivered
         window.renewSession(addressOf(second));
         QCoreApplication::processEvents();
         QCOMPARE(boxes.texts, QStringList());

@@ -1,4 +1,6 @@
 // Lists of names and values, and the table dialog that shows and saves them.
+#include "support/metamethods.h"
+#include "support/modalwatchdog.h"
 #include "support/support.h"
 
 #include <tarnis/dialogs/namevalue.h>
@@ -19,39 +21,9 @@
 
 #include <cmath>
 
+using namespace tarnis::testing;
+
 namespace {
-
-/// Answers the file dialog that opens next: with `path`, or by Cancel where it is empty.
-class FileDialogAnswer : public QObject {
-public:
-    explicit FileDialogAnswer(QString path)
-        : m_path(std::move(path))
-    {
-        connect(&m_timer, &QTimer::timeout, this, &FileDialogAnswer::look);
-        m_timer.start(10);
-    }
-    int answered() const { return m_answered; }
-
-private:
-    void look()
-    {
-        auto* const dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
-        if (!dialog)
-            return;
-        m_timer.stop();
-        ++m_answered;
-        if (m_path.isEmpty()) {
-            dialog->reject();
-            return;
-        }
-        dialog->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->setText(m_path);
-        dialog->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Save)->click();
-    }
-
-    QString m_path;
-    QTimer m_timer;
-    int m_answered = 0;
-};
 
 QByteArray contentOf(const QString& path)
 {
@@ -113,11 +85,8 @@ private Q_SLOTS:
 
     void slotOrder()
     {
-        const QMetaObject& meta = NameValueListDialog::staticMetaObject;
-        QStringList methods;
-        for (int i = meta.methodOffset(); i < meta.methodCount(); ++i)
-            methods.append(QString::fromLatin1(meta.method(i).methodSignature()));
-        QCOMPARE(methods, QStringList({ "onButtonClicked(QAbstractButton*)", "onSave()" }));
+        QCOMPARE(ownMethods(NameValueListDialog::staticMetaObject),
+            QStringList({ "slot onButtonClicked(QAbstractButton*)", "slot onSave()" }));
     }
 
     void form()
@@ -214,18 +183,18 @@ private Q_SLOTS:
         QTemporaryDir folder;
         const QString path = folder.filePath("out.csv");
         NameValueListDialog dialog({ { "a", { "1", "2" } }, { "b", { "3" } } }, { "Name", "x,1", "y" }, nullptr);
-        const FileDialogAnswer answer(path);
+        const ModalWatchdog answer({ acceptFile(path) });
         dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Save)->click();
-        QCOMPARE(answer.answered(), 1);
+        QVERIFY(answer.isContent());
         QCOMPARE(contentOf(path), QByteArray("Name,x,1,y\na,1,2\nb,3,\n"));
     }
 
     void hostMayAskForTheSave()
     {
         NameValueListDialog dialog(QList<NameValue>(), nullptr, "Name");
-        const FileDialogAnswer answer { QString() };
+        const ModalWatchdog answer({ reject() });
         dialog.onSave();
-        QCOMPARE(answer.answered(), 1);
+        QVERIFY(answer.isContent());
         dialog.onButtonClicked(nullptr); // no button of the form
         QVERIFY(dialog.isVisible());
     }
@@ -267,9 +236,9 @@ private Q_SLOTS:
         QTemporaryDir folder;
         const QString path = folder.filePath("out.csv");
         NameValueListDialog dialog(list, nullptr, "Name");
-        const FileDialogAnswer answer(path);
+        const ModalWatchdog answer({ acceptFile(path) });
         dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Save)->click();
-        QCOMPARE(answer.answered(), 1);
+        QVERIFY(answer.isContent());
         QCOMPARE(contentOf(path), file);
         QCOMPARE(getSaveDir(), folder.path() + "/");
         QVERIFY(dialog.isVisible());
@@ -279,9 +248,9 @@ private Q_SLOTS:
     {
         NameValueListDialog dialog(QList<NameValue>(), nullptr, "Name");
         const QString before = getSaveDir();
-        const FileDialogAnswer answer { QString() };
+        const ModalWatchdog answer({ reject() });
         dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Save)->click();
-        QCOMPARE(answer.answered(), 1);
+        QVERIFY(answer.isContent());
         QCOMPARE(getSaveDir(), before);
     }
 
@@ -292,18 +261,14 @@ private Q_SLOTS:
         // A directory cannot be opened for writing by any user.
         QVERIFY(QDir(folder.path()).mkpath("sub/out.csv"));
         NameValueListDialog dialog(QList<NameValue>(), nullptr, "Name");
-        QTimer answer;
-        connect(&answer, &QTimer::timeout, this, [&] {
-            if (auto* const box = qobject_cast<QFileDialog*>(QApplication::activeModalWidget())) {
-                answer.stop();
-                // done() instead of the button: the box would enter a folder.
-                box->selectFile(folder.filePath("sub/out.csv"));
-                box->QDialog::done(QDialog::Accepted);
-            }
-        });
-        answer.start(10);
+        const ModalWatchdog answer({ [&](QWidget& window) {
+            // done() instead of the button: the box would enter a folder.
+            auto& box = dynamic_cast<QFileDialog&>(window);
+            box.selectFile(folder.filePath("sub/out.csv"));
+            box.QDialog::done(QDialog::Accepted);
+        } });
         dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Save)->click();
-        QVERIFY(!answer.isActive());
+        QVERIFY(answer.isContent());
         QCOMPARE(getSaveDir(), folder.path() + "/");
     }
 };

@@ -1,7 +1,8 @@
+#include "support/metamethods.h"
+
 #include <tarnis/dialogs/selectcheckeddialog.h>
 
 #include <QLayout>
-#include <QMetaMethod>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTableWidget>
@@ -74,11 +75,8 @@ void tst_SelectCheckedDialog::form()
 
 void tst_SelectCheckedDialog::metaObjectOrder()
 {
-    const QMetaObject& meta = SelectCheckedDialog::staticMetaObject;
-    QList<QByteArray> own;
-    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i)
-        own.append(meta.method(i).methodSignature());
-    QCOMPARE(own, (QList<QByteArray> { "onApply()", "onSelectAll()", "onUnselectAll()", "onReverse()" }));
+    QCOMPARE(tarnis::testing::ownMethods(SelectCheckedDialog::staticMetaObject),
+        (QStringList { "slot onApply()", "slot onSelectAll()", "slot onUnselectAll()", "slot onReverse()" }));
 }
 
 void tst_SelectCheckedDialog::buttonsActOnSelectedCells_data()

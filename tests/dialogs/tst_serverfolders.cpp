@@ -1,6 +1,7 @@
 // The two choosers on the simulated server and real folders below its root.
 #include "dialogs/chooser.h"
 #include "simserver/simprogram.h"
+#include "support/wait.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,5 +1,8 @@
 // The two choosers of paths on the server's side, against a scripted server.
 #include "dialogs/chooser.h"
+#include "support/boxwatch.h"
+#include "support/metamethods.h"
+#include "support/wait.h"
 
 #include <QEvent>
 #include <QMetaMethod>
@@ -24,14 +27,6 @@ void serveTree(ScriptedServer& server)
     server.answerOthers([](const std::string&) { return Script { Step::text("NG: no such folder\n") }; });
 }
 
-QStringList methodsOf(const QMetaObject& meta)
-{
-    QStringList methods;
-    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i)
-        methods.append(QString::fromLatin1(meta.method(i).methodSignature()));
-    return methods;
-}
-
 QByteArray lastRequest(const ScriptedServer& server)
 {
     const QList<QByteArray> requests = server.requests();
@@ -45,14 +40,16 @@ class TestServerPaths : public QObject {
 private Q_SLOTS:
     void methodOrder()
     {
-        QCOMPARE(methodsOf(SelectPathDialog::staticMetaObject),
-            QStringList({ "accepted(QString)", "onDirComboIndexChanged(QString)",
-                "onCurDirListItemDoubleClicked(QListWidgetItem*)", "onAccepted()", "onFileNameChanged(QString)",
-                "onCurDirListChanged(QString)", "result(PTarnisCmd,QByteArray)" }));
-        QCOMPARE(methodsOf(SelectDirectoryDialog::staticMetaObject),
-            QStringList({ "accepted(QString)", "onDirComboIndexChanged(QString)",
-                "onCurDirListItemDoubleClicked(QListWidgetItem*)", "onAccepted()", "onFileNameChanged(QString)",
-                "onCurDirListItemSelectioChanged()", "result(PTarnisCmd,QByteArray)" }));
+        QCOMPARE(ownMethods(SelectPathDialog::staticMetaObject),
+            QStringList({ "signal accepted(QString)", "slot onDirComboIndexChanged(QString)",
+                "slot onCurDirListItemDoubleClicked(QListWidgetItem*)", "slot onAccepted()",
+                "slot onFileNameChanged(QString)", "slot onCurDirListChanged(QString)",
+                "slot result(PTarnisCmd,QByteArray)" }));
+        QCOMPARE(ownMethods(SelectDirectoryDialog::staticMetaObject),
+            QStringList({ "signal accepted(QString)", "slot onDirComboIndexChanged(QString)",
+                "slot onCurDirListItemDoubleClicked(QListWidgetItem*)", "slot onAccepted()",
+                "slot onFileNameChanged(QString)", "slot onCurDirListItemSelectioChanged()",
+                "slot result(PTarnisCmd,QByteArray)" }));
     }
 
     void form()
@@ -374,10 +371,10 @@ private Q_SLOTS:
         chooser.dialog->setExt({ "txt" }, true, false);
         QVERIFY(eventually([&] { return chooser.list().count() == 4; }));
         chooser.edit().setText("new");
-        const BoxAnswer box(QMessageBox::Ok);
+        const BoxWatch box(QMessageBox::Ok);
         chooser.ok().click();
-        QCOMPARE(box.text, "File not found: new.txt");
-        QCOMPARE(box.title, QCoreApplication::applicationName());
+        QCOMPARE(box.texts, QStringList("File not found: new.txt"));
+        QCOMPARE(box.titles.value(0), QCoreApplication::applicationName());
         QVERIFY(chooser.accepted.isEmpty() && chooser.dialog->isVisible());
         chooser.edit().setText("b.txt");
         chooser.ok().click();
@@ -393,15 +390,17 @@ private Q_SLOTS:
         QVERIFY(eventually([&] { return chooser.list().count() == 4; }));
         // Names are case-sensitive.
         chooser.edit().setText("B.TXT");
-        const BoxAnswer otherCase(QMessageBox::Ok);
-        chooser.ok().click();
-        QCOMPARE(otherCase.text, "File not found: B.TXT");
+        {
+            const BoxWatch otherCase;
+            chooser.ok().click();
+            QCOMPARE(otherCase.texts, QStringList("File not found: B.TXT"));
+        }
         // Both flags: the file exists, so the dialog asks.
         chooser.edit().setText("b.txt");
-        const BoxAnswer question(QMessageBox::Cancel);
+        const BoxWatch question(QMessageBox::Cancel);
         chooser.ok().click();
-        QCOMPARE(question.text, "'b.txt' already exists. Do you want to overwrite it?");
-        QVERIFY(question.defaultButton != QMessageBox::Cancel); // unlike in the other chooser
+        QCOMPARE(question.texts, QStringList("'b.txt' already exists. Do you want to overwrite it?"));
+        QVERIFY(question.defaultButtons.value(0) != QMessageBox::Cancel); // unlike the twin's
         QVERIFY(chooser.accepted.isEmpty());
     }
 
@@ -434,9 +433,9 @@ private Q_SLOTS:
         chooser.dialog->setExt({ "txt" }, false, true);
         QVERIFY(eventually([&] { return chooser.list().count() == 4; }));
         chooser.edit().setText("b");
-        const BoxAnswer box(answer);
+        const BoxWatch box(answer);
         chooser.ok().click();
-        QCOMPARE(box.text, "'b.txt' already exists. Do you want to overwrite it?");
+        QCOMPARE(box.texts, QStringList("'b.txt' already exists. Do you want to overwrite it?"));
         QCOMPARE(chooser.accepted.count(), answer == QMessageBox::Ok ? 1 : 0);
     }
 
@@ -609,17 +608,19 @@ private Q_SLOTS:
         chooser.dialog->setExt({}, true, "_0001/");
         QVERIFY(chooser.shows({ "x_0001/" }));
         chooser.edit().setText("x");
-        const BoxAnswer box(QMessageBox::Cancel);
-        chooser.ok().click();
-        QCOMPARE(box.text, "'x' already exists. Do you want to overwrite it?");
-        QCOMPARE(box.defaultButton, QMessageBox::Cancel);
+        {
+            const BoxWatch box(QMessageBox::Cancel);
+            chooser.ok().click();
+            QCOMPARE(box.texts, QStringList("'x' already exists. Do you want to overwrite it?"));
+            QCOMPARE(box.defaultButtons.value(0), QMessageBox::Cancel);
+        }
         QVERIFY(chooser.accepted.isEmpty());
         // A name that is not displayed is looked up too.
         chooser.dialog->setExt({}, true, QString());
         chooser.edit().setText("other");
-        const BoxAnswer second(QMessageBox::Ok);
+        const BoxWatch second(QMessageBox::Ok);
         chooser.ok().click();
-        QCOMPARE(second.text, "'other' already exists. Do you want to overwrite it?");
+        QCOMPARE(second.texts, QStringList("'other' already exists. Do you want to overwrite it?"));
         QCOMPARE(chooser.accepted.value(0).value(0).toString(), "/data/other");
     }
 

@@ -8,6 +8,7 @@
 #include <tarnis/plots/xy2dgraphwidget.h>
 
 #include "support/modalwatchdog.h"
+#include "support/wait.h"
 
 #include <QAction>
 #include <QApplication>
@@ -36,7 +37,7 @@ struct Failed { };
 
 void expect(const char* what, const std::function<bool()>& condition)
 {
-    if (QTest::qWaitFor(condition, timeoutMs))
+    if (eventually(condition))
         return;
     std::fprintf(stderr, "the hand waits in vain: %s\n", what);
     throw Failed();
@@ -123,8 +124,8 @@ bool showsStatistics()
     expect("statistics", showsStatistics);
     bool isListed = false;
     ModalWatchdog answers({ [&isListed](QWidget& dialog) {
-        isListed = QTest::qWaitFor(
-            [&] { return dialog.findChild<QListWidget*>(QStringLiteral("curDirListWidget"))->count() > 0; }, timeoutMs);
+        isListed =
+            eventually([&] { return dialog.findChild<QListWidget*>(QStringLiteral("curDirListWidget"))->count() > 0; });
         qobject_cast<SelectPathDialog*>(&dialog)->reject();
     } });
     open(3);

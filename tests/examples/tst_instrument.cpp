@@ -4,6 +4,7 @@
 
 #include "support/scriptedserver.h"
 #include "support/serverfaults.h"
+#include "support/wait.h"
 
 #include <tarnis/foundation/message.h>
 #include <tarnis/live/livemap.h>

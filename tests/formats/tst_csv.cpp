@@ -153,6 +153,24 @@ private Q_SLOTS:
         QCOMPARE(data.x.name, QString("time"));
     }
 
+    void knowsTheNamesOfErrors_data()
+    {
+        QTest::addColumn<QByteArray>("name");
+        QTest::addColumn<int>("rows");
+        QTest::newRow("error") << QByteArray("error") << 1;
+        QTest::newRow("errors, in capitals and blanks") << QByteArray(" ERRORS ") << 1;
+        QTest::newRow("of a name") << QByteArray("a error") << 1;
+        QTest::newRow("of a name of an array") << QByteArray("a_errors") << 1;
+        QTest::newRow("another word") << QByteArray("terror") << 2;
+    }
+    void knowsTheNamesOfErrors()
+    {
+        QFETCH(QByteArray, name);
+        const Dataset data = read("time,a," + name + "\n0,1,0.5\n1,3,0.1\n");
+        QTEST(int(data.rows), "rows");
+        QCOMPARE(data.errors.empty(), data.rows == 2);
+    }
+
     void readsNamesThatBeginWithADigit()
     {
         const Dataset data = read("x1,2nd run\n0,1\n1,3\n");

@@ -1,3 +1,5 @@
+#include "support/metamethods.h"
+#include "support/wait.h"
 #include "tarnis/foundation/delaycall.h"
 
 #include <QCoreApplication>
@@ -50,11 +52,8 @@ private Q_SLOTS:
 
 void TestDelayCall::slotsAreInOrder()
 {
-    const QMetaObject& meta = DelayCall::staticMetaObject;
-    QList<QByteArray> own;
-    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i)
-        own.append(meta.method(i).methodSignature());
-    QCOMPARE(own, (QList<QByteArray> { "onDestroyed(QObject*)", "onTimeout()" }));
+    QCOMPARE(tarnis::testing::ownMethods(DelayCall::staticMetaObject),
+        (QStringList { "slot onDestroyed(QObject*)", "slot onTimeout()" }));
 }
 
 void TestDelayCall::runsOnTheNextTurnWithoutDelay_data()
@@ -70,7 +69,7 @@ void TestDelayCall::runsOnTheNextTurnWithoutDelay()
     int calls = 0;
     delay_call([&] { ++calls; }, delayMs, nullptr);
     QCOMPARE(calls, 0);
-    QTRY_COMPARE(calls, 1);
+    TRY_COMPARE(calls, 1);
 }
 
 void TestDelayCall::runsAfterTheDelay()
@@ -79,7 +78,7 @@ void TestDelayCall::runsAfterTheDelay()
     QElapsedTimer timer;
     timer.start();
     delay_call([&] { ++calls; }, 60, nullptr);
-    QTRY_COMPARE(calls, 1);
+    TRY_COMPARE(calls, 1);
     QVERIFY(timer.elapsed() >= 55); // a coarse timer may come 5 % early
 }
 
@@ -88,7 +87,7 @@ void TestDelayCall::runsOnceAndRemovesItself()
     int calls = 0;
     const Captured captured = std::make_shared<int>(0);
     QPointer<DelayCall> call = new DelayCall([&calls, captured] { ++calls; }, 0, nullptr);
-    QTRY_VERIFY(call.isNull());
+    TRY_VERIFY(call.isNull());
     QCOMPARE(calls, 1);
     QCOMPARE(captured.use_count(), 1);
 }
@@ -96,7 +95,7 @@ void TestDelayCall::runsOnceAndRemovesItself()
 void TestDelayCall::emptyFunctionDoesNothing()
 {
     QPointer<DelayCall> call = new DelayCall({}, 0, nullptr);
-    QTRY_VERIFY(call.isNull());
+    TRY_VERIFY(call.isNull());
 }
 
 void TestDelayCall::guardDropsTheCall()
@@ -108,7 +107,7 @@ void TestDelayCall::guardDropsTheCall()
     QCOMPARE(captured.use_count(), 2);
     guard.reset();
     QCOMPARE(captured.use_count(), 1); // released at once
-    QTRY_VERIFY(call.isNull());
+    TRY_VERIFY(call.isNull());
     QCOMPARE(calls, 0);
 }
 
@@ -117,7 +116,7 @@ void TestDelayCall::anExistingGuardDoesNotDropTheCall()
     int calls = 0;
     QObject guard;
     delay_call([&] { ++calls; }, 0, &guard);
-    QTRY_COMPARE(calls, 1);
+    TRY_COMPARE(calls, 1);
 }
 
 void TestDelayCall::functionMayDestroyItsGuard()
@@ -130,7 +129,7 @@ void TestDelayCall::functionMayDestroyItsGuard()
             ++calls;
         },
         0, guard.get());
-    QTRY_VERIFY(call.isNull());
+    TRY_VERIFY(call.isNull());
     QCOMPARE(calls, 1);
     QVERIFY(!guard);
 }
@@ -148,7 +147,7 @@ void TestDelayCall::functionMayDestroyTheGuardOfOthers()
         },
         0, guard.get());
     QPointer<DelayCall> other = new DelayCall([&calls, captured] { calls += 100; }, never, guard.get());
-    QTRY_VERIFY(other.isNull());
+    TRY_VERIFY(other.isNull());
     QCOMPARE(calls, 1);
 }
 
@@ -181,7 +180,7 @@ void TestDelayCall::functionMayRunAnEventLoopWithOtherCalls()
             done = true;
         },
         0, nullptr);
-    QTRY_VERIFY(done);
+    TRY_VERIFY(done);
     QVERIFY(othersCame);
 }
 
@@ -194,7 +193,7 @@ void TestDelayCall::functionMayAskForAnotherCall()
             order.append(1);
         },
         0, nullptr);
-    QTRY_COMPARE(order, (QList<int> { 1, 2 }));
+    TRY_COMPARE(order, (QList<int> { 1, 2 }));
 }
 
 void TestDelayCall::functionThatThrowsReleasesTheMutex()
@@ -205,7 +204,7 @@ void TestDelayCall::functionThatThrowsReleasesTheMutex()
     QVERIFY(call.isNull());
     int calls = 0;
     delay_call([&] { ++calls; }, 0, nullptr);
-    QTRY_COMPARE(calls, 1);
+    TRY_COMPARE(calls, 1);
 }
 
 void TestDelayCall::callsOfTwoThreadsRunOneAtATime()
@@ -230,7 +229,7 @@ void TestDelayCall::callsOfTwoThreadsRunOneAtATime()
                 delay_call(body, 0, nullptr);
         });
     }
-    QTRY_COMPARE(calls.load(), 2 * callsPerThread);
+    TRY_COMPARE(calls.load(), 2 * callsPerThread);
     QCOMPARE(together.load(), 0);
     for (QThread& thread : threads) {
         thread.quit();

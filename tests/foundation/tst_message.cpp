@@ -1,5 +1,6 @@
 // Display of the library's messages: message boxes, the host's handler, the Qt log.
 #include "support/modalwatchdog.h"
+#include "support/wait.h"
 
 #include <tarnis/foundation/message.h>
 #include <tarnis/plots/viewselectedroi.h>
@@ -98,7 +99,7 @@ void TestMessage::givesTheHostAMissingPrompt()
     // Called from another thread, it is shown on the application's thread.
     const std::unique_ptr<QThread> thread(QThread::create([&] { session.GetPrompt(); }));
     thread->start();
-    QTRY_COMPARE(host.messages.size(), 1);
+    TRY_COMPARE(host.messages.size(), 1);
     thread->wait();
     QCOMPARE(host.messages.first().title, QString("Assertion"));
     QCOMPARE(host.messages.first().kind, MessageKind::Critical);

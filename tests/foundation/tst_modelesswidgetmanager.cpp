@@ -1,3 +1,5 @@
+#include "support/metamethods.h"
+#include "support/wait.h"
 #include "tarnis/foundation/modelesswidgetmanager.h"
 
 #include <QLabel>
@@ -60,11 +62,8 @@ private Q_SLOTS:
 
 void TestModelessWidgetManager::signalAndSlotAreInOrder()
 {
-    const QMetaObject& meta = ModelessWidgetManager::staticMetaObject;
-    QList<QByteArray> own;
-    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i)
-        own.append(meta.method(i).methodSignature());
-    QCOMPARE(own, (QList<QByteArray> { "onClosed(void*)", "onDestroyed(QObject*)" }));
+    QCOMPARE(tarnis::testing::ownMethods(ModelessWidgetManager::staticMetaObject),
+        (QStringList { "signal onClosed(void*)", "slot onDestroyed(QObject*)" }));
 }
 
 void TestModelessWidgetManager::secondRequestShowsTheWindowThatExists()
@@ -83,7 +82,7 @@ void TestModelessWidgetManager::closedWindowIsForgotten()
     QSignalSpy closed(&owner.manager, &ModelessWidgetManager::onClosed);
     const QPointer<QWidget> window = owner.open(key(0));
     window->close();
-    QTRY_VERIFY(window.isNull());
+    TRY_VERIFY(window.isNull());
     QVERIFY(owner.manager.map.isEmpty());
     QCOMPARE(closed.size(), 1);
     QCOMPARE(closed.at(0).at(0).value<void*>(), key(0));

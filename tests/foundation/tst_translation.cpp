@@ -1,4 +1,6 @@
 // The library's texts in another language, changed while windows are open.
+#include "support/wait.h"
+
 #include <tarnis/dialogs/dialogchecklist.h>
 #include <tarnis/dialogs/graph1ddialog.h>
 #include <tarnis/dialogs/selectcheckeddialog.h>
@@ -49,11 +51,11 @@ private Q_SLOTS:
         auto* const button = window.findChild<QPushButton*>("updatePushButton");
         QCOMPARE(button->text(), "Update");
         tarnis::setLanguage(QLocale(QLocale::German));
-        QTRY_COMPARE(button->text(), "Aktualisieren");
+        TRY_COMPARE(button->text(), "Aktualisieren");
         // The window also reads the entries of this box, so they are not translated.
         QCOMPARE(window.findChild<QComboBox*>("typeComboBox")->itemText(0), "Each");
         tarnis::setLanguage(QLocale(QLocale::English));
-        QTRY_COMPARE(button->text(), "Update");
+        TRY_COMPARE(button->text(), "Update");
     }
 
     void toolsOfAPlotFollow()
@@ -70,7 +72,7 @@ private Q_SLOTS:
         };
         const QStringList english = texts();
         tarnis::setLanguage(QLocale(QLocale::German));
-        QTRY_VERIFY(texts().contains("Vergr\u00f6\u00dfern"));
+        TRY_VERIFY(texts().contains("Vergr\u00f6\u00dfern"));
         QCOMPARE(texts().at(1), "the host's own");
         QVERIFY(texts().contains("T-Bereich w\u00e4hlen"));
         QVERIFY(texts().contains("CSV speichern..."));
@@ -78,7 +80,7 @@ private Q_SLOTS:
         QVERIFY(texts().contains("T2-Bereich w\u00e4hlen"));
         plot.SetEnableSelectXRangeFeature(true, "T");
         tarnis::setLanguage(QLocale(QLocale::English));
-        QTRY_COMPARE(texts(), english);
+        TRY_COMPARE(texts(), english);
     }
 
     void buttonOfAMapFollows()
@@ -87,10 +89,10 @@ private Q_SLOTS:
         const auto* const button = plot.findChild<QPushButton*>();
         plot.onAutoScaleZToggled(false);
         tarnis::setLanguage(QLocale(QLocale::German));
-        QTRY_COMPARE(button->text(), "Manuell");
+        TRY_COMPARE(button->text(), "Manuell");
         QVERIFY(button->width() >= button->sizeHint().width());
         tarnis::setLanguage(QLocale(QLocale::English));
-        QTRY_COMPARE(button->text(), "Manual");
+        TRY_COMPARE(button->text(), "Manual");
     }
 
     void aCutKeepsItsSavingInEveryLanguage()
@@ -119,8 +121,8 @@ private Q_SLOTS:
         plot.onSelectVisibles();
         const auto* const list = plot.findChild<SelectCheckedDialog*>();
         tarnis::setLanguage(QLocale(QLocale::German));
-        QTRY_COMPARE(list->windowTitle(), "Sichtbare Kurven w\u00e4hlen");
-        QTRY_COMPARE(list->findChild<QPushButton*>("applyPushButton")->text(), "Anwenden");
+        TRY_COMPARE(list->windowTitle(), "Sichtbare Kurven w\u00e4hlen");
+        TRY_COMPARE(list->findChild<QPushButton*>("applyPushButton")->text(), "Anwenden");
     }
 
     void aCheckListKeepsWhatItWasGiven()
@@ -128,7 +130,7 @@ private Q_SLOTS:
         DialogCheckList list("Title", nullptr);
         list.setDescription("Words");
         tarnis::setLanguage(QLocale(QLocale::German));
-        QTRY_COMPARE(list.findChild<QPushButton*>("buttonUncheckAll")->text(), "Alle abw\u00e4hlen");
+        TRY_COMPARE(list.findChild<QPushButton*>("buttonUncheckAll")->text(), "Alle abw\u00e4hlen");
         QCOMPARE(list.windowTitle(), "Title");
         QCOMPARE(list.findChild<QLabel*>("labelDescription")->text(), "Words");
     }

@@ -1,5 +1,6 @@
 // Live widgets with a scripted server: data, states, the status line, shared polls.
 #include "support/scriptedserver.h"
+#include "support/wait.h"
 
 #include <tarnis/client/histogrampoller.h>
 #include <tarnis/live/livemap.h>

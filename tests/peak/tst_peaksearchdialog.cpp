@@ -1,3 +1,6 @@
+#include "support/boxwatch.h"
+#include "support/metamethods.h"
+
 #include <tarnis/peak/peaksearchdialog.h>
 
 #include <QApplication>
@@ -6,13 +9,14 @@
 #include <QLayout>
 #include <QLineEdit>
 #include <QMessageBox>
-#include <QMetaMethod>
 #include <QPointer>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTableWidget>
 #include <QTest>
 #include <QTimer>
+
+using namespace tarnis::testing;
 
 class tst_PeakSearchDialog : public QObject {
     Q_OBJECT
@@ -109,13 +113,9 @@ void tst_PeakSearchDialog::form()
 
 void tst_PeakSearchDialog::metaObjectOrder()
 {
-    const QMetaObject& meta = PeakSearchDialog::staticMetaObject;
-    QList<QByteArray> own;
-    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i)
-        own.append(meta.method(i).methodSignature());
-    QCOMPARE(own,
-        (QList<QByteArray> { "search(int,int,bool)", "selectedChange(int)", "toggledDisplayPoints(bool)", "onSearch()",
-            "currentCellChanged(int,int,int,int)" }));
+    QCOMPARE(ownMethods(PeakSearchDialog::staticMetaObject),
+        (QStringList { "signal search(int,int,bool)", "signal selectedChange(int)", "signal toggledDisplayPoints(bool)",
+            "slot onSearch()", "slot currentCellChanged(int,int,int,int)" }));
 }
 
 void tst_PeakSearchDialog::acceptedNumbers_data()
@@ -196,24 +196,12 @@ void tst_PeakSearchDialog::refusedNumbers()
     const QSignalSpy searched(&dialog, &PeakSearchDialog::search);
     type(dialog, threshold, width);
 
-    int boxes = 0;
-    QTimer watchdog;
-    connect(&watchdog, &QTimer::timeout, this, [&] {
-        auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-        if (box == nullptr)
-            return;
-        ++boxes;
-        QCOMPARE(box->text(), message);
-        QCOMPARE(box->windowTitle(), QStringLiteral("Console"));
-        QCOMPARE(box->icon(), QMessageBox::Warning);
-        QCOMPARE(box->standardButtons(), QMessageBox::Ok);
-        box->accept();
-    });
-    watchdog.start(10);
+    const BoxWatch boxes;
     clickSearch(dialog);
-    watchdog.stop();
-
-    QCOMPARE(boxes, 1);
+    QCOMPARE(boxes.texts, QStringList { message });
+    QCOMPARE(boxes.titles, QStringList { QStringLiteral("Console") });
+    QCOMPARE(boxes.icons.value(0), QMessageBox::Warning);
+    QCOMPARE(boxes.buttons.value(0), QMessageBox::Ok);
     QCOMPARE(searched.count(), 0);
     QCOMPARE(dialog.findChild<QLineEdit*>(QStringLiteral("lineEditThreshold"))->text(), threshold);
     QCOMPARE(dialog.findChild<QLineEdit*>(QStringLiteral("lineEditWidth"))->text(), width);
@@ -234,12 +222,8 @@ void tst_PeakSearchDialog::mayBeDeletedWhileItWarns()
     const QPointer<PeakSearchDialog> dialog = new PeakSearchDialog(&plot);
     dialog->show();
     type(*dialog, threshold, QStringLiteral("2"));
-    QTimer watchdog;
-    connect(&watchdog, &QTimer::timeout, this, [&] {
-        if (qobject_cast<QMessageBox*>(QApplication::activeModalWidget()) != nullptr)
-            delete dialog;
-    });
-    watchdog.start(5);
+    BoxWatch boxes;
+    boxes.whileOpen = [&] { delete dialog; };
     QMetaObject::invokeMethod(dialog, "onSearch");
     QVERIFY(dialog.isNull());
 }

@@ -1,12 +1,13 @@
 // The colour bar: interface and user input. Its pictures are compared in tst_mappicture.
 #include "support/hugepictures.h"
 #include "support/map2dprobe.h"
+#include "support/metamethods.h"
 #include "support/plothand.h"
+#include "support/wait.h"
 
 #include <tarnis/foundation/helpers.h>
 
 #include <QLineEdit>
-#include <QMetaMethod>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -105,12 +106,9 @@ void TestColorBarWidget::declaresItsMembersAndMethodsInOrder()
         QVERIFY2(std::less<>()(places.at(i - 1), places.at(i)), qPrintable(QString::number(i)));
 
     const QMetaObject& meta = ColorBarWidget::staticMetaObject;
-    QStringList methods;
-    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i)
-        methods << QString::fromLatin1(meta.method(i).methodSignature());
-    QCOMPARE(methods,
-        (QStringList { "onMinChanged(double)", "onMaxChanged(double)", "sizeChanging(int)", "beginEditingText()",
-            "EditLineDeleted()", "onMaxEntered()", "onMinEntered()" }));
+    QCOMPARE(ownMethods(meta),
+        (QStringList { "signal onMinChanged(double)", "signal onMaxChanged(double)", "signal sizeChanging(int)",
+            "signal beginEditingText()", "slot EditLineDeleted()", "slot onMaxEntered()", "slot onMinEntered()" }));
     QCOMPARE(meta.method(meta.methodOffset()).parameterNames(), QList<QByteArray> { "min" });
     QCOMPARE(meta.method(meta.methodOffset() + 1).parameterNames(), QList<QByteArray> { "max" });
     QCOMPARE(meta.method(meta.methodOffset() + 2).parameterNames(), QList<QByteArray> { "width" });
@@ -292,7 +290,7 @@ void TestColorBarWidget::clickOnALabelOpensAnEditor()
     QCOMPARE(editor->text(), text);
     QCOMPARE(editor->styleSheet(), QString("color:black; background-color:white;"));
     QVERIFY(editor->isVisible());
-    QTRY_VERIFY(bar.isEditing());
+    TRY_VERIFY(bar.isEditing());
     const QRect label = ofMax ? bar.m_maxRect : bar.m_minRect;
     QCOMPARE(editor->height(), qMin(label.height(), bar.height()));
     // A second click opens no second editor while this one is open.

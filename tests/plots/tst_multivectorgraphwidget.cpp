@@ -1,12 +1,13 @@
 // The plot of many series: members, orders, series, ranges, menu and read-out under the user's mouse.
 #include "support/curveprobe.h"
+#include "support/metamethods.h"
 #include "support/plothand.h"
 #include "support/virtualorder.h"
+#include "support/wait.h"
 
 #include <tarnis/foundation/translation.h>
 #include <tarnis/plots/multivectorgraphwidget.h>
 
-#include <QMetaMethod>
 #include <QRegularExpression>
 #include <QSignalSpy>
 #include <QToolTip>
@@ -162,18 +163,14 @@ void TestMultiVectorGraphWidget::declaresItsMembersInOrder()
 void TestMultiVectorGraphWidget::declaresItsSlotsInOrder()
 {
     const QMetaObject& meta = MultiVectorGraphWidget::staticMetaObject;
-    QStringList methods;
-    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
-        QCOMPARE(meta.method(i).methodType(), QMetaMethod::Slot);
-        methods << QString::fromLatin1(meta.method(i).methodSignature());
-    }
-    QCOMPARE(methods,
-        (QStringList { "onSelectVisibles()", "onPainting()", "onAutoScaleX(bool)", "onAutoScaleY(bool)",
-            "onSelectXRange(bool)", "onDlgSelectCheckedApply()", "onSaveCsv()", "onPeakSearch()",
-            "peakSearch(int,int,bool)", "peakSelected(int)", "peakToggledDisplayPoints(bool)", "peakClear()",
-            "onConnectPoints(bool)", "onColumnChart(bool)", "onLogScale(bool)" }));
+    QCOMPARE(tarnis::testing::ownMethods(meta),
+        (QStringList { "slot onSelectVisibles()", "slot onPainting()", "slot onAutoScaleX(bool)",
+            "slot onAutoScaleY(bool)", "slot onSelectXRange(bool)", "slot onDlgSelectCheckedApply()",
+            "slot onSaveCsv()", "slot onPeakSearch()", "slot peakSearch(int,int,bool)", "slot peakSelected(int)",
+            "slot peakToggledDisplayPoints(bool)", "slot peakClear()", "slot onConnectPoints(bool)",
+            "slot onColumnChart(bool)", "slot onLogScale(bool)" }));
     const auto names = [](const char* signature) {
-        return meta.method(meta.indexOfMethod(signature)).parameterNames();
+        return tarnis::testing::parameterNames(MultiVectorGraphWidget::staticMetaObject, signature);
     };
     QCOMPARE(names("peakSearch(int,int,bool)"), (QList<QByteArray> { "threshold", "width", "peak" }));
     QCOMPARE(names("peakSelected(int)"), QList<QByteArray> { "index" });
@@ -614,14 +611,14 @@ void TestMultiVectorGraphWidget::tooltipFollowsTheMouse()
     plot.picture();
     PlotHand hand(plot);
     hand.move(plot.calcWidgetPoint(QPoint(30, 75)) + QPoint(1, 0));
-    QTRY_COMPARE(QToolTip::text(), QStringLiteral("Module:5 Channel:30 i:80"));
+    TRY_COMPARE(QToolTip::text(), QStringLiteral("Module:5 Channel:30 i:80"));
     hand.move(plot.calcWidgetPoint(QPoint(60, 15)) + QPoint(1, 0));
-    QTRY_COMPARE(QToolTip::text(), QStringLiteral("Module:4 Channel:60 i:10"));
+    TRY_COMPARE(QToolTip::text(), QStringLiteral("Module:4 Channel:60 i:10"));
     plot.setDecimalX(2);
     hand.move(plot.calcWidgetPoint(QPoint(61, 15)) + QPoint(1, 0));
-    QTRY_COMPARE(QToolTip::text(), QStringLiteral("Module:4 Channel:61.5 i:10"));
+    TRY_COMPARE(QToolTip::text(), QStringLiteral("Module:4 Channel:61.5 i:10"));
     hand.move(QPoint(2, 2));
-    QTRY_VERIFY(!QToolTip::isVisible() || QToolTip::text().isEmpty());
+    TRY_VERIFY(!QToolTip::isVisible() || QToolTip::text().isEmpty());
 }
 
 void TestMultiVectorGraphWidget::tooltipOverASum_data()
@@ -645,7 +642,7 @@ void TestMultiVectorGraphWidget::tooltipOverASum()
     plot.picture();
     PlotHand hand(plot);
     hand.move(plot.m_graphRect.center());
-    QTRY_VERIFY(QToolTip::text().endsWith(QStringLiteral(" i:90")));
+    TRY_VERIFY(QToolTip::text().endsWith(QStringLiteral(" i:90")));
     hand.move(QPoint(2, 2));
 }
 

@@ -2,6 +2,7 @@
 #include "support/curveprobe.h"
 #include "support/modalwatchdog.h"
 #include "support/plothand.h"
+#include "support/wait.h"
 
 #include <tarnis/dialogs/selectcheckeddialog.h>
 #include <tarnis/foundation/helpers.h>
@@ -327,7 +328,7 @@ void TestMultiVectorTools::visiblesDialogIsOne()
     QVERIFY(dialog->isVisible());
     QCOMPARE(plot.findChildren<SelectCheckedDialog*>().size(), 1);
     dialog->close();
-    QTRY_VERIFY(dialog.isNull());
+    TRY_VERIFY(dialog.isNull());
     QVERIFY(plot.m_visibleDialogs.map.isEmpty());
 }
 
@@ -390,7 +391,7 @@ void TestMultiVectorTools::newTypeClosesTheVisibles()
     QPointer<SelectCheckedDialog> dialog = plot.visibles();
     plot.setAddType(MultiVectorGraphWidget::AddEachGroup);
     QVERIFY(!dialog->isVisible());
-    QTRY_VERIFY(dialog.isNull());
+    TRY_VERIFY(dialog.isNull());
     QVERIFY(plot.m_visibleDialogs.map.isEmpty());
 }
 
@@ -524,7 +525,7 @@ void TestMultiVectorTools::closingTheDialogClearsThePeaks()
     QTest::ignoreMessage(QtDebugMsg, QRegularExpression(QStringLiteral("Destroyed:")));
     QPointer<PeakSearchDialog> dialog = plot.peakDialog();
     dialog->close();
-    QTRY_VERIFY(dialog.isNull());
+    TRY_VERIFY(dialog.isNull());
     QVERIFY(plot.m_peaks.isEmpty() && plot.m_peakDialogs.map.isEmpty());
 }
 

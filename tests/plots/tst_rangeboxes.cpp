@@ -1,4 +1,6 @@
 // The two floating boxes for a range: forms, numbers in and out.
+#include "support/metamethods.h"
+#include "support/wait.h"
 #include "tarnis/plots/xrangeinputdialog.h"
 #include "tarnis/plots/xyrangeinputdialog.h"
 
@@ -12,14 +14,6 @@
 #include <limits>
 
 namespace {
-
-QStringList ownMethods(const QMetaObject& meta)
-{
-    QStringList methods;
-    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i)
-        methods << QString::fromLatin1(meta.method(i).methodSignature());
-    return methods;
-}
 
 template <typename Box> class Open : public Box {
 public:
@@ -137,14 +131,15 @@ void TestRangeBoxes::xyBoxHasItsForm()
 
 void TestRangeBoxes::declareTheirMethodsInOrder()
 {
-    QCOMPARE(ownMethods(XRangeInputDialog::staticMetaObject),
-        (QStringList { "edited(double,double)", "on_xMinEdit_returnPressed()", "on_xMaxEdit_returnPressed()",
-            "on_xMinEdit_editingFinished()", "on_xMaxEdit_editingFinished()" }));
-    QCOMPARE(ownMethods(XYRangeInputDialog::staticMetaObject),
-        (QStringList { "edited(double,double,double,double)", "on_xMinEdit_returnPressed()",
-            "on_xMaxEdit_returnPressed()", "on_yMinEdit_returnPressed()", "on_yMaxEdit_returnPressed()",
-            "on_xMinEdit_editingFinished()", "on_xMaxEdit_editingFinished()", "on_yMinEdit_editingFinished()",
-            "on_yMaxEdit_editingFinished()" }));
+    QCOMPARE(tarnis::testing::ownMethods(XRangeInputDialog::staticMetaObject),
+        (QStringList { "signal edited(double,double)", "slot on_xMinEdit_returnPressed()",
+            "slot on_xMaxEdit_returnPressed()", "slot on_xMinEdit_editingFinished()",
+            "slot on_xMaxEdit_editingFinished()" }));
+    QCOMPARE(tarnis::testing::ownMethods(XYRangeInputDialog::staticMetaObject),
+        (QStringList { "signal edited(double,double,double,double)", "slot on_xMinEdit_returnPressed()",
+            "slot on_xMaxEdit_returnPressed()", "slot on_yMinEdit_returnPressed()", "slot on_yMaxEdit_returnPressed()",
+            "slot on_xMinEdit_editingFinished()", "slot on_xMaxEdit_editingFinished()",
+            "slot on_yMinEdit_editingFinished()", "slot on_yMaxEdit_editingFinished()" }));
     const auto names = [](const QMetaObject& meta) { return meta.method(meta.methodOffset()).parameterNames(); };
     QCOMPARE(names(XRangeInputDialog::staticMetaObject), (QList<QByteArray> { "x_min", "x_max" }));
     QCOMPARE(names(XYRangeInputDialog::staticMetaObject), (QList<QByteArray> { "x_min", "x_max", "y_min", "y_max" }));
@@ -199,8 +194,8 @@ void TestRangeBoxes::longNumbersHaveRoom()
         const QString text = QString::number(value, 'g', 9);
         QCOMPARE(line->text(), text);
         // If the complete text fits, nothing is scrolled: the frame, the margins and the cursor fit too.
-        QTRY_VERIFY(line->width() >= line->fontMetrics().horizontalAdvance(text) + 8);
-        QTRY_VERIFY(box.rect().contains(line->geometry()));
+        TRY_VERIFY(line->width() >= line->fontMetrics().horizontalAdvance(text) + 8);
+        TRY_VERIFY(box.rect().contains(line->geometry()));
     }
     const int wide = box.width();
     box.setXMin(1.0);

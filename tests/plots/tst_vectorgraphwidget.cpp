@@ -1,8 +1,10 @@
 // The plot of one series: members, orders, ranges, menu, CSV file, peak and peak search.
 #include "support/curveprobe.h"
+#include "support/metamethods.h"
 #include "support/modalwatchdog.h"
 #include "support/plothand.h"
 #include "support/virtualorder.h"
+#include "support/wait.h"
 
 #include <tarnis/foundation/helpers.h>
 #include <tarnis/peak/peaksearchdialog.h>
@@ -11,7 +13,6 @@
 #include <QFile>
 #include <QFileDialog>
 #include <QMessageBox>
-#include <QMetaMethod>
 #include <QPushButton>
 #include <QTemporaryDir>
 
@@ -137,14 +138,9 @@ void TestVectorGraphWidget::declaresItsMembersInOrder()
 void TestVectorGraphWidget::declaresItsSlotsInOrder()
 {
     const QMetaObject& meta = VectorGraphWidget::staticMetaObject;
-    QStringList methods;
-    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
-        QCOMPARE(meta.method(i).methodType(), QMetaMethod::Slot);
-        methods << QString::fromLatin1(meta.method(i).methodSignature());
-    }
-    QCOMPARE(methods,
-        (QStringList {
-            "onAutoScaleX(bool)", "onAutoScaleY(bool)", "onSaveCsv()", "onPeakSearch()", "peakSearch(int,int,bool)" }));
+    QCOMPARE(tarnis::testing::ownMethods(meta),
+        (QStringList { "slot onAutoScaleX(bool)", "slot onAutoScaleY(bool)", "slot onSaveCsv()", "slot onPeakSearch()",
+            "slot peakSearch(int,int,bool)" }));
     QCOMPARE(meta.method(meta.indexOfMethod("peakSearch(int,int,bool)")).parameterNames(),
         (QList<QByteArray> { "threshold", "width", "peak" }));
     QCOMPARE(meta.method(meta.indexOfMethod("onAutoScaleX(bool)")).parameterNames(), QList<QByteArray> { "checked" });
@@ -446,7 +442,7 @@ void TestVectorGraphWidget::peakSearchDialogIsOne()
     QCOMPARE(plot.findChildren<PeakSearchDialog*>().size(), 1);
     QVERIFY(dialog->isVisible());
     dialog->close();
-    QTRY_VERIFY(dialog.isNull());
+    TRY_VERIFY(dialog.isNull());
     QVERIFY(plot.m_modeless.map.isEmpty());
     plot.onPeakSearch();
     QCOMPARE(plot.findChildren<PeakSearchDialog*>().size(), 1);

@@ -1,4 +1,5 @@
 // The list of regions: its form, its one place of change, the boxes, the signals.
+#include "support/metamethods.h"
 #include "support/modalwatchdog.h"
 
 #include <tarnis/plots/viewselectedroi.h>
@@ -10,7 +11,6 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMessageBox>
-#include <QMetaMethod>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QSpinBox>
@@ -190,13 +190,11 @@ void TestViewSelectedROI::declaresItsOrders()
     for (qsizetype i = 1; i < places.size(); ++i)
         QVERIFY(std::less<>()(places.at(i - 1), places.at(i)));
     const QMetaObject& meta = ViewSelectedROI::staticMetaObject;
-    QStringList methods;
-    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i)
-        methods << QString::fromLatin1(meta.method(i).methodSignature());
-    QCOMPARE(methods,
-        (QStringList { "RoiChanged(QList<QRect>,int,bool)", "on_roiListWidget_currentRowChanged(int)",
-            "on_x1SpinBox_valueChanged(int)", "on_y1SpinBox_valueChanged(int)", "on_x2SpinBox_valueChanged(int)",
-            "on_y2SpinBox_valueChanged(int)", "on_deleteButton_clicked()", "on_clearButton_clicked()" }));
+    QCOMPARE(tarnis::testing::ownMethods(meta),
+        (QStringList { "signal RoiChanged(QList<QRect>,int,bool)", "slot on_roiListWidget_currentRowChanged(int)",
+            "slot on_x1SpinBox_valueChanged(int)", "slot on_y1SpinBox_valueChanged(int)",
+            "slot on_x2SpinBox_valueChanged(int)", "slot on_y2SpinBox_valueChanged(int)",
+            "slot on_deleteButton_clicked()", "slot on_clearButton_clicked()" }));
     QCOMPARE(meta.method(meta.methodOffset()).parameterNames(),
         (QList<QByteArray> { "roiList", "selectedIndex", "dataChanged" }));
 }

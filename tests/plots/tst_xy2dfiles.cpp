@@ -4,6 +4,7 @@
 #include "support/modalwatchdog.h"
 #include "support/plothand.h"
 #include "support/recordingprinter.h"
+#include "support/wait.h"
 
 #include <tarnis/foundation/helpers.h>
 #include <tarnis/plots/vectorgraphwidget.h>
@@ -184,7 +185,7 @@ void TestXY2DFiles::readOutIsHidden()
     hand.move(QPoint(125, 85));
     QVERIFY(!QToolTip::text().isEmpty());
     hand.move(point);
-    QTRY_VERIFY(!QToolTip::isVisible() || QToolTip::text().isEmpty());
+    TRY_VERIFY(!QToolTip::isVisible() || QToolTip::text().isEmpty());
 }
 
 void TestXY2DFiles::readOutOfAMapWithoutRows()
@@ -258,7 +259,7 @@ void TestXY2DFiles::menuColorsOpenTheirDialogAfterTheMenu()
             dialog->setCurrentColor(QColor("#abcdef"));
             dialog->accept();
         } });
-        QTRY_COMPARE(changed.size(), 1);
+        TRY_COMPARE(changed.size(), 1);
         QVERIFY(watchdog.isContent());
         QCOMPARE(*color, QColor("#abcdef"));
     }

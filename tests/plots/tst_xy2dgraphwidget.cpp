@@ -1,5 +1,6 @@
 // The 2D plot without mouse input: initial state, actions, declaration orders, data, steps, axes and layout.
 #include "support/map2dprobe.h"
+#include "support/metamethods.h"
 #include "support/virtualorder.h"
 
 #include <QAction>
@@ -37,18 +38,6 @@ public:
     }
     using XY2DGraphWidget::resizeEvent;
 };
-
-QStringList ownMethods(const QMetaObject& meta)
-{
-    QStringList methods;
-    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
-        const QMetaMethod method = meta.method(i);
-        methods << QStringLiteral("%1 %2").arg(
-            method.methodType() == QMetaMethod::Signal ? QStringLiteral("signal") : QStringLiteral("slot"),
-            QString::fromLatin1(method.methodSignature()));
-    }
-    return methods;
-}
 
 } // namespace
 
@@ -159,7 +148,7 @@ void TestXY2DGraphWidget::hasItsActionsInOrder()
 
 void TestXY2DGraphWidget::declaresSignalsAndSlotsInOrder()
 {
-    QCOMPARE(ownMethods(XY2DGraphWidget::staticMetaObject),
+    QCOMPARE(tarnis::testing::ownMethods(XY2DGraphWidget::staticMetaObject),
         (QStringList { "signal onColorBarChanged(XY2DGraphWidget*)", "signal onSelectRoiBegin(QList<QRect>)",
             "signal onSelectRoiChanged(QList<QRect>)", "signal onSelectRoiEnd()", "slot onAutoScaleZToggled(bool)",
             "slot onMaxZChanged(double)", "slot onParentMoved()", "slot onParentActivate()", "slot on1dCutEntered()",
@@ -177,9 +166,8 @@ void TestXY2DGraphWidget::declaresSignalsAndSlotsInOrder()
 
 void TestXY2DGraphWidget::namesTheParametersOfItsMethods()
 {
-    const QMetaObject& meta = XY2DGraphWidget::staticMetaObject;
-    const auto names = [&](const char* signature) {
-        return meta.method(meta.indexOfMethod(signature)).parameterNames();
+    const auto names = [](const char* signature) {
+        return tarnis::testing::parameterNames(XY2DGraphWidget::staticMetaObject, signature);
     };
     QCOMPARE(names("onColorBarChanged(XY2DGraphWidget*)"), QList<QByteArray> { "widget" });
     QCOMPARE(names("onSelectRoiBegin(QList<QRect>)"), QList<QByteArray> { "roiList" });

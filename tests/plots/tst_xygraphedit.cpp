@@ -2,6 +2,7 @@
 #include "support/frameprobe.h"
 #include "support/modalwatchdog.h"
 #include "support/plothand.h"
+#include "support/wait.h"
 
 #include <tarnis/foundation/helpers.h>
 #include <tarnis/plots/xygraphwidget.h>
@@ -155,7 +156,7 @@ void TestXYGraphEdit::labelsOpenTheirEditor()
     QCOMPARE(edit->width(), std::max(50, static_cast<int>(label.width() * 1.5)));
     QVERIFY(plot->rect().contains(edit->geometry()));
     QVERIFY(edit->geometry().contains(label.center()));
-    QTRY_VERIFY(edit->hasFocus());
+    TRY_VERIFY(edit->hasFocus());
 }
 
 void TestXYGraphEdit::onlyTheInsideOfALabelCounts()
@@ -303,7 +304,7 @@ void TestXYGraphEdit::acceptedText()
     QCOMPARE(plot->m_autoScaleX, !(applied && end <= MaxX));
     QCOMPARE(plot->m_autoScaleY, !(applied && end >= MinY));
     QVERIFY(plot->m_edit == nullptr); // it is closed in all cases
-    QTRY_VERIFY(edit.isNull());
+    TRY_VERIFY(edit.isNull());
     for (const int other : { MinX, MaxX, MinY, MaxY }) {
         if (other != end)
             QCOMPARE(valueOf(*plot, other), ranges.at(other));
@@ -372,7 +373,7 @@ void TestXYGraphEdit::anotherPressDropsTheEditor()
         QTest::keyClicks(edit, "7");
         hand->press(plot->m_graphRect.center(), button);
         QVERIFY(plot->m_edit == nullptr);
-        QTRY_VERIFY(edit.isNull());
+        TRY_VERIFY(edit.isNull());
         QCOMPARE(plot->m_maxX, 1000.0);
         if (auto* menu = plot->findChild<QMenu*>())
             menu->close();

@@ -2,6 +2,7 @@
 #include "support/frameprobe.h"
 #include "support/logfile.h"
 #include "support/plothand.h"
+#include "support/wait.h"
 #include "tarnis/plots/xrangeinputdialog.h"
 
 #include <tarnis/plots/xygraphwidget.h>
@@ -240,7 +241,7 @@ void TestXYGraphRange::endComesWhileTheBoxIsStillThere()
     plot.SetEnableSelectXRange(false);
     QVERIFY(there);
     QVERIFY(plot.m_xRangeDialog == nullptr);
-    QTRY_VERIFY(box.isNull());
+    TRY_VERIFY(box.isNull());
     QCOMPARE(plot.cursor().shape(), Qt::ArrowCursor);
 }
 
@@ -294,7 +295,7 @@ void TestXYGraphRange::askingTwiceLeavesOneBox()
     Plot plot;
     plot.onSelectXRange(true);
     plot.onSelectXRange(true);
-    QTRY_COMPARE(plot.findChildren<XRangeInputDialog*>().size(), 1);
+    TRY_COMPARE(plot.findChildren<XRangeInputDialog*>().size(), 1);
     QCOMPARE(plot.findChild<XRangeInputDialog*>(), plot.m_xRangeDialog);
 }
 
@@ -350,7 +351,7 @@ void TestXYGraphRange::setRepaintsAtOnceWithoutANewPicture()
     plot.show();
     QVERIFY(QTest::qWaitForWindowExposed(&plot));
     QSignalSpy painting(&plot, &XYGraphWidget::painting);
-    QTRY_VERIFY(plot.paintEvents > 0);
+    TRY_VERIFY(plot.paintEvents > 0);
     const int before = plot.paintEvents;
     int atSignal = 0;
     connect(&plot, &XYGraphWidget::xRangeSelected, this, [&] { atSignal = plot.paintEvents; });

@@ -1,6 +1,7 @@
 // The mouse tools of the plot frame, driven through the widget as a user does.
 #include "support/frameprobe.h"
 #include "support/plothand.h"
+#include "support/wait.h"
 
 #include <tarnis/plots/xygraphwidget.h>
 
@@ -214,7 +215,7 @@ void TestXYGraphTools::menuListsTheActions()
     QVERIFY(menu->testAttribute(Qt::WA_DeleteOnClose));
     const QPointer<QMenu> closed = menu;
     menu->close();
-    QTRY_VERIFY(closed.isNull());
+    TRY_VERIFY(closed.isNull());
 }
 
 void TestXYGraphTools::everyRightPressOpensTheMenu()

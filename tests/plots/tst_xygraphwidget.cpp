@@ -1,5 +1,6 @@
 // The plot frame without mouse input: initial state, actions, declaration orders, ranges, names and ticks.
 #include "support/frameprobe.h"
+#include "support/metamethods.h"
 #include "support/virtualorder.h"
 
 #include <tarnis/foundation/helpers.h>
@@ -59,18 +60,6 @@ public:
     QPen pen;
     QRect painted;
 };
-
-QStringList ownMethods(const QMetaObject& meta)
-{
-    QStringList methods;
-    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
-        const QMetaMethod method = meta.method(i);
-        methods << QStringLiteral("%1 %2").arg(
-            method.methodType() == QMetaMethod::Signal ? QStringLiteral("signal") : QStringLiteral("slot"),
-            QString::fromLatin1(method.methodSignature()));
-    }
-    return methods;
-}
 
 } // namespace
 
@@ -215,15 +204,14 @@ void TestXYGraphWidget::declaresSignalsAndSlotsInOrder()
         "slot onShowGrid()", "slot onSave()", "slot onPrint()", "slot onSelectXRange(bool)", "slot onClearXRange()",
         "slot onMinXEntered()", "slot onMaxXEntered()", "slot onMinYEntered()", "slot onMaxYEntered()",
         "slot onTofRangeEdited(double,double)" };
-    QCOMPARE(ownMethods(XYGraphWidget::staticMetaObject), expected);
+    QCOMPARE(tarnis::testing::ownMethods(XYGraphWidget::staticMetaObject), expected);
     QCOMPARE(XYGraphWidget::staticMetaObject.propertyCount(), XYGraphWidget::staticMetaObject.propertyOffset());
 }
 
 void TestXYGraphWidget::namesTheParametersOfItsSlots()
 {
-    const QMetaObject& meta = XYGraphWidget::staticMetaObject;
-    const auto names = [&](const char* signature) {
-        return meta.method(meta.indexOfMethod(signature)).parameterNames();
+    const auto names = [](const char* signature) {
+        return tarnis::testing::parameterNames(XYGraphWidget::staticMetaObject, signature);
     };
     QCOMPARE(names("onAutoScaleX(bool)"), QList<QByteArray> { "checked" });
     QCOMPARE(names("onAutoScaleY(bool)"), QList<QByteArray> { "checked" });

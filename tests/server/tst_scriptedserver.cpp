@@ -1,5 +1,6 @@
 // The scripted server of the other tests, tested with a plain socket.
 #include "support/scriptedserver.h"
+#include "support/wait.h"
 
 #include <QTcpSocket>
 #include <QTest>

@@ -3,6 +3,7 @@
 
 #include "support/fakeserver.h"
 #include "support/scriptedserver.h"
+#include "support/wait.h"
 
 #include <QCoreApplication>
 #include <QPointer>
@@ -65,7 +66,7 @@ void TestServerExit::requestsTheExitAndWaits()
     const FakeServer server({ "print ready", "await-end", "note end" });
     const std::unique_ptr<QProcess> process(started(server));
     tarnis::askServerToExit(*process);
-    QTRY_COMPARE(process->state(), QProcess::NotRunning);
+    TRY_COMPARE(process->state(), QProcess::NotRunning);
     QCOMPARE(server.noted("end"), QByteArray("exit"));
     QCOMPARE(process->exitStatus(), QProcess::NormalExit);
     QCOMPARE(process->error(), QProcess::UnknownError);
@@ -75,7 +76,7 @@ void TestServerExit::askingAnEndedProcessDoesNothing()
 {
     const FakeServer server({ "print ready" });
     const std::unique_ptr<QProcess> process(started(server));
-    QTRY_COMPARE(process->state(), QProcess::NotRunning);
+    TRY_COMPARE(process->state(), QProcess::NotRunning);
     tarnis::askServerToExit(*process);
     QCOMPARE(process->error(), QProcess::UnknownError);
 }
@@ -110,7 +111,7 @@ void TestServerExit::keepsTheObjectUntilTheEnd()
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     QVERIFY(process);
     process->write("go");
-    QTRY_VERIFY(exit.isNull());
+    TRY_VERIFY(exit.isNull());
     QVERIFY(process.isNull());
     QVERIFY(server.hasNoted("end"));
 }
@@ -122,7 +123,7 @@ void TestServerExit::killsAfterTheGrace()
     const qint64 processId = process->processId();
     tarnis::askServerToExit(*process);
     new ServerExit(process, shortGraceMs);
-    QTRY_VERIFY(process.isNull());
+    TRY_VERIFY(process.isNull());
     QVERIFY(!runs(processId));
 }
 
@@ -130,9 +131,9 @@ void TestServerExit::dropsAnEndedProcess()
 {
     const FakeServer server({ "print ready" });
     QPointer<QProcess> process(started(server));
-    QTRY_COMPARE(process->state(), QProcess::NotRunning);
+    TRY_COMPARE(process->state(), QProcess::NotRunning);
     new ServerExit(process, longGraceMs);
-    QTRY_VERIFY(process.isNull());
+    TRY_VERIFY(process.isNull());
 }
 
 void TestServerExit::waitsWhenTheApplicationEnds()

@@ -2,6 +2,7 @@
 #include "sessionclient.h"
 
 #include "support/logfile.h"
+#include "support/wait.h"
 
 #include <QRegularExpression>
 #include <QTest>

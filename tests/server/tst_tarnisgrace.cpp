@@ -2,6 +2,7 @@
 #include "support/fakeserver.h"
 #include "support/managerprobe.h"
 #include "support/scriptedserver.h"
+#include "support/wait.h"
 
 #include <QElapsedTimer>
 #include <QPointer>
@@ -24,8 +25,8 @@ private Q_SLOTS:
         auto deleted = std::make_unique<OpenTarnis>(&prompt, nullptr);
         QVERIFY(shutDown.Run(&path));
         QVERIFY(deleted->Run(&path));
-        QTRY_COMPARE(shutDown.m_status, Tarnis::SERVER_CONNECTED);
-        QTRY_COMPARE(deleted->m_status, Tarnis::SERVER_CONNECTED);
+        TRY_COMPARE(shutDown.m_status, Tarnis::SERVER_CONNECTED);
+        TRY_COMPARE(deleted->m_status, Tarnis::SERVER_CONNECTED);
         const QPointer<QProcess> first = shutDown.m_process;
         const QPointer<QProcess> second = deleted->m_process;
         HostRecord record(shutDown);
@@ -35,11 +36,11 @@ private Q_SLOTS:
         QVERIFY(shutDown.Shutdown());
         deleted.reset(); // waits for its own server in the meantime
         QVERIFY(timer.elapsed() >= 29000);
-        QTRY_COMPARE(record.events,
+        TRY_COMPARE(record.events,
             (QStringList { "status SHUTTING DOWN", "post Server process crashed.", // the deleted one's
                 "post ServerError: Crashed but shutting down or idle. err[1]", "status IDLE" }));
-        QTRY_VERIFY(first.isNull());
-        QTRY_VERIFY(second.isNull());
+        TRY_VERIFY(first.isNull());
+        TRY_VERIFY(second.isNull());
     }
 };
 

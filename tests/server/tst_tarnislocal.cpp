@@ -1,7 +1,5 @@
-// The manager and its local server: start, port, crash, end, restart.
-#include "support/fakeserver.h"
-#include "support/logfile.h"
-#include "support/managerprobe.h"
+// The manager and its local server: start, port, crash.
+#include "server/localmanager.h"
 #include "support/scriptedserver.h"
 
 #include <QDir>
@@ -15,49 +13,9 @@ using namespace tarnis::testing;
 
 namespace {
 
-const QByteArray prompt("> ");
-
-// A manager in local mode whose server is one of the test's programs.
-struct Host {
-    QObject parent;
-    OpenTarnis* manager = new OpenTarnis(&prompt, &parent);
-    HostRecord record { *manager };
-
-    bool run(const FakeServer& server)
-    {
-        manager->SetProcessPath(server.path());
-        return manager->Run(nullptr);
-    }
-    bool runUntilConnected(const FakeServer& server)
-    {
-        return run(server) && eventually([this] { return manager->m_status == Tarnis::SERVER_CONNECTED; });
-    }
-    // Makes the server execute its next step.
-    void tell(const QByteArray& text) { manager->m_process->write(text); }
-    QStringList posts() const
-    {
-        QStringList texts;
-        for (const QString& event : record.events) {
-            if (event.startsWith(QLatin1String("post ")))
-                texts.append(event.mid(5));
-        }
-        return texts;
-    }
-    // Waits until the manager was notified of the end of the process.
-    bool waitForEnd()
-    {
-        return eventually([this] { return manager->m_process->state() == QProcess::NotRunning; });
-    }
-};
-
 QString startedPost(const FakeServer& server)
 {
     return QStringLiteral("Local Server[%1] Started").arg(server.path());
-}
-
-bool isRunning(qint64 processId)
-{
-    return QFileInfo::exists(QStringLiteral("/proc/%1").arg(processId));
 }
 
 } // namespace
@@ -86,32 +44,6 @@ private Q_SLOTS:
     void crashWhileIdleIsReportedAsSuch();
     void errorThatIsNoCrashIsReportedAsSuch();
     void sessionsOutliveACrash();
-
-    void shutdownLetsTheServerEndByItself();
-    void shutdownLogsTheEnd();
-    void shutdownAfterACrashEndsAtOnce();
-    void shutdownBeforeThePortIsIdle();
-    void portAnnouncedDuringShutdownIsIgnored();
-    void secondShutdownChangesNothing();
-
-    void restartTable_data();
-    void restartTable();
-    void restartsInEveryStatus_data();
-    void restartsInEveryStatus();
-    void shutsDownInEveryStatus_data();
-    void shutsDownInEveryStatus();
-    void restartAfterACrashConnectsAgain();
-    void secondRunConnectsNothingTwice();
-    void replacedServerRunsUntilTheEnd();
-
-    void destructionLetsTheServerEndByItself();
-    void destructionAfterShutdownDoesNotWait();
-    void destructionAfterTheServersEnd();
-    void canBeDestroyedInEveryStatus_data();
-    void canBeDestroyedInEveryStatus();
-
-private:
-    static void addEveryStatus();
 };
 
 void TestTarnisLocal::portBringsTheConnection()
@@ -121,7 +53,7 @@ void TestTarnisLocal::portBringsTheConnection()
     const LogFile log;
     QVERIFY(host.run(server));
     QCOMPARE(host.manager->m_status, Tarnis::IDLE);
-    QTRY_COMPARE(host.record.events,
+    TRY_COMPARE(host.record.events,
         (QStringList { "post " + startedPost(server), "status SERVER CONNECTED",
             "post Local Tarnis Server Started on port 5000" }));
     QCOMPARE(int(host.manager->m_port), 5000);
@@ -140,7 +72,7 @@ void TestTarnisLocal::givenPathIsStoredAndRun()
     const QString path = server.path();
     QVERIFY(host.manager->Run(&path));
     QCOMPARE(host.manager->m_processPath, path);
-    QTRY_COMPARE(host.manager->m_status, Tarnis::SERVER_CONNECTED);
+    TRY_COMPARE(host.manager->m_status, Tarnis::SERVER_CONNECTED);
 }
 
 void TestTarnisLocal::portThatIsNoneIsPassedOver_data()
@@ -178,7 +110,7 @@ void TestTarnisLocal::portThatIsNoneIsPassedOver()
     QCOMPARE(host.manager->m_status, Tarnis::IDLE);
     QCOMPARE(host.manager->GetServerAddress(), QString());
     host.tell("3");
-    QTRY_COMPARE(host.manager->m_status, Tarnis::SERVER_CONNECTED);
+    TRY_COMPARE(host.manager->m_status, Tarnis::SERVER_CONNECTED);
     QCOMPARE(int(host.manager->m_port), 5000);
 }
 
@@ -189,7 +121,7 @@ void TestTarnisLocal::pieceWithoutLineFeedResetsThePort()
     host.manager->m_port = 4000;
     const LogFile log;
     QVERIFY(host.run(server));
-    QTRY_COMPARE(int(host.manager->m_port), 0);
+    TRY_COMPARE(int(host.manager->m_port), 0);
     QCOMPARE(host.manager->m_status, Tarnis::IDLE);
 }
 
@@ -201,7 +133,7 @@ void TestTarnisLocal::outputAfterThePortIsNotRead()
     QVERIFY(host.runUntilConnected(server));
     QSignalSpy output(host.manager->m_process, &QProcess::readyReadStandardOutput);
     host.tell("2");
-    QTRY_COMPARE(output.size(), 1);
+    TRY_COMPARE(output.size(), 1);
     QCOMPARE(int(host.manager->m_port), 5000);
     QCOMPARE(host.manager->m_process->readAllStandardOutput(), QByteArray("UI port: 6000\n"));
 }
@@ -224,7 +156,7 @@ void TestTarnisLocal::unreadOutputIsBounded()
     Host host;
     QVERIFY(host.runUntilConnected(server));
     host.tell("2");
-    QTRY_VERIFY_WITH_TIMEOUT(server.hasNoted("flooded"), 20000);
+    TRY_VERIFY(server.hasNoted("flooded"));
     QVERIFY(host.manager->m_process->bytesAvailable() <= megabyte);
 }
 
@@ -305,7 +237,7 @@ void TestTarnisLocal::crashWhileConnectedIsReported()
     host.record.events.clear();
     const LogFile log;
     host.tell("2");
-    QTRY_COMPARE(host.record.events, (QStringList { "post Server process crashed.", "status IDLE" }));
+    TRY_COMPARE(host.record.events, (QStringList { "post Server process crashed.", "status IDLE" }));
     QVERIFY(log.messages().contains("BLCK Tarnis::onServerError(err[1])"));
 }
 
@@ -342,280 +274,8 @@ void TestTarnisLocal::sessionsOutliveACrash()
     host.manager->SendCmd("control", "name", "start", false);
     QVERIFY(eventually([&] { return host.record.has("reply name|start|"); }));
     host.tell("2");
-    QTRY_COMPARE(host.manager->m_status, Tarnis::IDLE);
+    TRY_COMPARE(host.manager->m_status, Tarnis::IDLE);
     QVERIFY(host.manager->GetTarnisSession("control")->isRunning());
-}
-
-void TestTarnisLocal::shutdownLetsTheServerEndByItself()
-{
-    const FakeServer server(FakeServer::wellBehaved(5000));
-    Host host;
-    QVERIFY(host.runUntilConnected(server));
-    const QPointer<QProcess> process = host.manager->m_process;
-    host.record.events.clear();
-    QVERIFY(host.manager->Shutdown());
-    QCOMPARE(host.manager->m_process, nullptr);
-    QCOMPARE(host.record.events, QStringList { "status SHUTTING DOWN" });
-    QTRY_VERIFY(process.isNull());
-    QCOMPARE(server.noted("end"), QByteArray("exit"));
-    QCOMPARE(host.record.events, (QStringList { "status SHUTTING DOWN", "status IDLE" }));
-}
-
-void TestTarnisLocal::shutdownLogsTheEnd()
-{
-    const FakeServer server(FakeServer::wellBehaved(5000));
-    Host host;
-    QVERIFY(host.runUntilConnected(server));
-    const LogFile log;
-    host.manager->Shutdown();
-    QTRY_COMPARE(host.manager->m_status, Tarnis::IDLE);
-    QCOMPARE(log.messages(),
-        (QStringList { "BLCK Shutdown", "DBG status: 1", "BLCK shutting down", "BLCK Tarnis::SetStatus(status[9])",
-            "BLCK Tarnis::onStatusChanged(status[9])", "DBG closing local server", "BLCK onLocalSvrFinished",
-            "BLCK Tarnis::SetStatus(status[0])", "BLCK Tarnis::onStatusChanged(status[0])" }));
-}
-
-void TestTarnisLocal::shutdownAfterACrashEndsAtOnce()
-{
-    const FakeServer server({ "print UI port: 5000\\n", "await 2", "crash" });
-    Host host;
-    QVERIFY(host.runUntilConnected(server));
-    host.tell("2");
-    QTRY_COMPARE(host.manager->m_status, Tarnis::IDLE);
-    host.manager->SetStatus(Tarnis::SERVER_ERROR); // as set by a session's error after the crash
-    const QPointer<QProcess> process = host.manager->m_process;
-    host.record.events.clear();
-    QVERIFY(host.manager->Shutdown());
-    QCOMPARE(host.record.events, (QStringList { "status SHUTTING DOWN", "status IDLE" }));
-    QCOMPARE(host.manager->m_process, nullptr);
-    QTRY_VERIFY(process.isNull());
-}
-
-void TestTarnisLocal::shutdownBeforeThePortIsIdle()
-{
-    const FakeServer server({ "await-end", "note end" });
-    Host host;
-    QVERIFY(host.run(server));
-    QVERIFY(host.manager->Shutdown());
-    QVERIFY(host.manager->m_process);
-    QCOMPARE(host.manager->m_process->state(), QProcess::Running);
-}
-
-void TestTarnisLocal::portAnnouncedDuringShutdownIsIgnored()
-{
-    const FakeServer server({ "await exit", "print UI port: 5000\\n", "await-end" });
-    Host host;
-    QVERIFY(host.run(server));
-    host.manager->SetStatus(Tarnis::RUNNING);
-    host.record.events.clear();
-    QVERIFY(host.manager->Shutdown());
-    QTRY_COMPARE(host.manager->m_status, Tarnis::IDLE);
-    QCOMPARE(host.record.events, (QStringList { "status SHUTTING DOWN", "status IDLE" }));
-    QCOMPARE(int(host.manager->m_port), 0);
-}
-
-void TestTarnisLocal::secondShutdownChangesNothing()
-{
-    const FakeServer server(FakeServer::wellBehaved(5000));
-    Host host;
-    QVERIFY(host.runUntilConnected(server));
-    QVERIFY(host.manager->Shutdown());
-    QVERIFY(host.manager->Shutdown());
-    QCOMPARE(host.manager->m_status, Tarnis::SHUTTING_DOWN);
-    QTRY_COMPARE(host.manager->m_status, Tarnis::IDLE);
-    QVERIFY(host.manager->Shutdown());
-    QCOMPARE(server.noted("end"), QByteArray("exit"));
-}
-
-void TestTarnisLocal::restartTable_data()
-{
-    QTest::addColumn<bool>("local");
-    QTest::addColumn<bool>("run");
-    QTest::addColumn<bool>("expected");
-    QTest::newRow("never run") << true << false << false;
-    QTest::newRow("remote mode with a process") << false << true << false;
-    QTest::newRow("local mode with a process") << true << true << true;
-}
-
-void TestTarnisLocal::restartTable()
-{
-    QFETCH(bool, local);
-    QFETCH(bool, run);
-    QFETCH(bool, expected);
-    const FakeServer server(FakeServer::wellBehaved(5000));
-    Host host;
-    if (run)
-        QVERIFY(host.runUntilConnected(server));
-    host.manager->SetLocal(local);
-    QCOMPARE(host.manager->Restart(), expected);
-    host.manager->SetStatus(Tarnis::RUNNING);
-    QVERIFY(host.manager->Shutdown());
-    host.manager->SetLocal(true);
-    QVERIFY(!host.manager->Restart()); // m_process is null
-}
-
-void TestTarnisLocal::restartsInEveryStatus()
-{
-    QFETCH(int, value);
-    const FakeServer server(FakeServer::wellBehaved(5000));
-    Host host;
-    QVERIFY(host.runUntilConnected(server));
-    const QPointer<QProcess> before = host.manager->m_process;
-    host.manager->SetStatus(static_cast<Tarnis::SERVER_STATUS>(value));
-    QVERIFY(host.manager->Restart());
-    QVERIFY(host.manager->m_process != before);
-    QVERIFY(before);
-    QCOMPARE(before->state(), QProcess::Running); // Restart stops nothing
-    QTRY_COMPARE(host.manager->m_status, Tarnis::SERVER_CONNECTED);
-}
-
-void TestTarnisLocal::shutsDownInEveryStatus()
-{
-    QFETCH(int, value);
-    const auto status = static_cast<Tarnis::SERVER_STATUS>(value);
-    const bool refuses = status == Tarnis::HARDWARE_BUSY || status == Tarnis::STARTING || value > Tarnis::SHUTTING_DOWN;
-    const bool closes = !refuses && status != Tarnis::IDLE && status != Tarnis::SHUTTING_DOWN;
-    const FakeServer server(FakeServer::wellBehaved(5000));
-    Host host;
-    QVERIFY(host.runUntilConnected(server));
-    const QPointer<QProcess> process = host.manager->m_process;
-    host.manager->SetStatus(status);
-    host.record.events.clear();
-    QCOMPARE(host.manager->Shutdown(), !refuses);
-    if (closes) {
-        QTRY_COMPARE(host.manager->m_status, Tarnis::IDLE);
-        QCOMPARE(server.noted("end"), QByteArray("exit"));
-        return;
-    }
-    QCOMPARE(int(host.manager->m_status), value);
-    QCOMPARE(host.record.events, QStringList());
-    QCOMPARE(host.manager->m_process, process.data());
-    QCOMPARE(process->state(), QProcess::Running);
-}
-
-void TestTarnisLocal::restartAfterACrashConnectsAgain()
-{
-    const FakeServer server({ "print UI port: 5000\\n", "await 2", "crash" });
-    Host host;
-    QVERIFY(host.runUntilConnected(server));
-    host.tell("2");
-    QTRY_COMPARE(host.manager->m_status, Tarnis::IDLE);
-    const QPointer<QProcess> crashed = host.manager->m_process;
-    QVERIFY(host.manager->Restart());
-    QVERIFY(host.manager->m_process != crashed);
-    QTRY_COMPARE(host.manager->m_status, Tarnis::SERVER_CONNECTED);
-    QTRY_VERIFY(crashed.isNull());
-}
-
-void TestTarnisLocal::secondRunConnectsNothingTwice()
-{
-    const FakeServer server(FakeServer::wellBehaved(5000));
-    Host host;
-    for (int i = 0; i < 3; ++i) {
-        const LogFile log;
-        QVERIFY(host.runUntilConnected(server));
-        QCOMPARE(log.messages().count("BLCK Tarnis::onStatusChanged(status[1])"), 1);
-        QCOMPARE(log.messages().count("BLCK onServerReadyStdOut"), 1);
-        QVERIFY(host.manager->Shutdown());
-        QTRY_COMPARE(host.manager->m_status, Tarnis::IDLE);
-        QCOMPARE(log.messages().count("BLCK onLocalSvrFinished"), 1);
-    }
-}
-
-void TestTarnisLocal::replacedServerRunsUntilTheEnd()
-{
-    const FakeServer first(FakeServer::wellBehaved(5000));
-    const FakeServer second(FakeServer::wellBehaved(6000));
-    Host host;
-    QVERIFY(host.runUntilConnected(first));
-    const QPointer<QProcess> replaced = host.manager->m_process;
-    QVERIFY(host.run(second));
-    QTRY_COMPARE(int(host.manager->m_port), 6000);
-    QVERIFY(replaced);
-    QCOMPARE(replaced->state(), QProcess::Running);
-    delete host.manager;
-    QCOMPARE(second.noted("end"), QByteArray("exit"));
-    QTRY_VERIFY(replaced.isNull());
-    QCOMPARE(first.noted("end"), QByteArray("exit"));
-}
-
-void TestTarnisLocal::destructionLetsTheServerEndByItself()
-{
-    const FakeServer server(FakeServer::wellBehaved(5000));
-    Host host;
-    QVERIFY(host.runUntilConnected(server));
-    const QPointer<QProcess> process = host.manager->m_process;
-    const qint64 processId = process->processId();
-    host.record.events.clear();
-    QTest::ignoreMessage(QtDebugMsg,
-        QRegularExpression("^tarnis_process\\.cpp : \\d+ [0-9a-f]+ \\| ERROR:Disconnect Server Before delete\\.$"));
-    const LogFile log;
-    delete host.manager;
-    QCOMPARE(server.noted("end"), QByteArray("exit"));
-    QVERIFY(!isRunning(processId));
-    QCOMPARE(log.messages().mid(0, 2), (QStringList { "BLCK ~Tarnis", "BLCK local server deleting" }));
-    QCOMPARE(host.posts(), QStringList());
-    QTRY_VERIFY(process.isNull());
-}
-
-void TestTarnisLocal::destructionAfterShutdownDoesNotWait()
-{
-    const FakeServer server({ "print UI port: 5000\\n", "await-end", "note end", "linger" });
-    Host host;
-    QVERIFY(host.runUntilConnected(server));
-    const QPointer<QProcess> process = host.manager->m_process;
-    QVERIFY(host.manager->Shutdown());
-    delete host.manager;
-    QVERIFY(process);
-    QTRY_VERIFY(server.hasNoted("end"));
-    process->kill();
-    QTRY_VERIFY(process.isNull());
-}
-
-void TestTarnisLocal::destructionAfterTheServersEnd()
-{
-    const FakeServer server({ "exit 0" });
-    Host host;
-    QVERIFY(host.run(server));
-    QVERIFY(host.waitForEnd());
-    const QPointer<QProcess> process = host.manager->m_process;
-    delete host.manager;
-    QTRY_VERIFY(process.isNull());
-}
-
-void TestTarnisLocal::restartsInEveryStatus_data()
-{
-    addEveryStatus();
-}
-
-void TestTarnisLocal::shutsDownInEveryStatus_data()
-{
-    addEveryStatus();
-}
-
-void TestTarnisLocal::canBeDestroyedInEveryStatus_data()
-{
-    addEveryStatus();
-}
-
-void TestTarnisLocal::addEveryStatus()
-{
-    QTest::addColumn<int>("value");
-    for (int value = 0; value <= 10; ++value)
-        QTest::addRow("%s", Tarnis::GetStatusName(static_cast<Tarnis::SERVER_STATUS>(value))) << value;
-}
-
-void TestTarnisLocal::canBeDestroyedInEveryStatus()
-{
-    QFETCH(int, value);
-    const FakeServer server(FakeServer::wellBehaved(5000));
-    Host host;
-    QVERIFY(host.runUntilConnected(server));
-    host.manager->SetStatus(static_cast<Tarnis::SERVER_STATUS>(value));
-    const QPointer<QProcess> process = host.manager->m_process;
-    delete host.manager;
-    QCOMPARE(server.noted("end"), QByteArray("exit"));
-    QTRY_VERIFY(process.isNull());
 }
 
 QTEST_GUILESS_MAIN(TestTarnisLocal)

@@ -1,13 +1,15 @@
 // A session's interface: initial members, queue, prompt, message boxes, lifetime.
 #include "sessionclient.h"
 
+#include "support/boxwatch.h"
 #include "support/logfile.h"
+#include "support/metamethods.h"
 #include "support/virtualorder.h"
+#include "support/wait.h"
 
 #include <QAbstractSocket>
 #include <QApplication>
 #include <QMessageBox>
-#include <QMetaMethod>
 #include <QTest>
 #include <QTimer>
 
@@ -22,35 +24,6 @@ QString address(const void* object)
     return QString::asprintf("%p", object);
 }
 
-// Answers the message boxes that open while it exists, and stores their texts.
-class BoxWatch : public QObject {
-public:
-    BoxWatch()
-    {
-        connect(&m_timer, &QTimer::timeout, this, [this] {
-            if (auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
-                titles.append(box->windowTitle());
-                texts.append(box->text());
-                icons.append(box->icon());
-                buttons.append(box->standardButtons());
-                parentless = parentless && !box->parentWidget();
-                onGuiThread = onGuiThread && QThread::currentThread() == qApp->thread();
-                box->accept();
-            }
-        });
-        m_timer.start(10);
-    }
-    QStringList titles;
-    QStringList texts;
-    QList<QMessageBox::Icon> icons;
-    QList<QMessageBox::StandardButtons> buttons;
-    bool parentless = true;
-    bool onGuiThread = true;
-
-private:
-    QTimer m_timer;
-};
-
 } // namespace
 
 class TestTarnisSession : public QObject {
@@ -61,14 +34,9 @@ private Q_SLOTS:
     void declaresSignalsInOrder()
     {
         const QMetaObject& meta = TarnisSession::staticMetaObject;
-        QByteArrayList signatures;
-        for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
-            QCOMPARE(meta.method(i).methodType(), QMetaMethod::Signal);
-            signatures.append(meta.method(i).methodSignature());
-        }
-        QCOMPARE(signatures,
-            QByteArrayList(
-                { "connected()", "result(PTarnisCmd,QByteArray)", "error(int,QString)", "read(QByteArray)" }));
+        QCOMPARE(ownMethods(meta),
+            QStringList({ "signal connected()", "signal result(PTarnisCmd,QByteArray)", "signal error(int,QString)",
+                "signal read(QByteArray)" }));
         QCOMPARE(meta.superClass(), &QThread::staticMetaObject);
     }
 
@@ -190,7 +158,7 @@ private Q_SLOTS:
         QCOMPARE(boxes.texts, QStringList("Assertion failed: m_pDefaultPrompt != nullptr || m_pPrompt != nullptr"));
         QCOMPARE(boxes.icons.first(), QMessageBox::Critical);
         QCOMPARE(boxes.buttons.first(), QMessageBox::Ok);
-        QVERIFY(boxes.parentless);
+        QVERIFY(boxes.areParentless);
         QVERIFY(log.messages().contains("BLCK xASSERT(m_pDefaultPrompt != nullptr || m_pPrompt != nullptr)"));
     }
 
@@ -203,7 +171,7 @@ private Q_SLOTS:
         connect(&session, &TarnisSession::error, this, [&] { ++errors; });
         session.start();
         QVERIFY(eventually([&] { return session.isFinished() && boxes.titles.size() == 1; }));
-        QVERIFY(boxes.onGuiThread);
+        QVERIFY(boxes.areOnGuiThread);
         QCOMPARE(errors, 1);
         QVERIFY(server.waitForFarewells(1));
     }
@@ -231,7 +199,7 @@ private Q_SLOTS:
         QCOMPARE(boxes.texts, QStringList(text));
         QCOMPARE(boxes.icons.first(), QMessageBox::Information);
         QCOMPARE(boxes.buttons.first(), QMessageBox::Ok);
-        QVERIFY(boxes.parentless);
+        QVERIFY(boxes.areParentless);
         QCOMPARE(log.messages(),
             QStringList(QString("BLCK static TarnisSession::showErrorMessage(socketError[%1], message[It's %2 over])")
                             .arg(QString::number(code), "%1")));

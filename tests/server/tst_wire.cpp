@@ -3,6 +3,7 @@
 
 #include <QTest>
 
+#include <algorithm>
 #include <limits>
 
 using namespace tarnis;
@@ -119,6 +120,21 @@ private Q_SLOTS:
         QVERIFY(binaryReplyCapacity(largest, 1 << 30) <= qsizetype(largest) + 16384);
         // The capacity is at most doubled.
         QCOMPARE(binaryReplyCapacity(largest, 100 << 20), 200 << 20);
+    }
+
+    void countsTheMissingPayload()
+    {
+        QByteArray buffer;
+        QCOMPARE(ReplyFrame(ReplyFrame::Form::Text, buffer).missing(), 0);
+        ReplyFrame frame(ReplyFrame::Form::Binary, buffer);
+        frame.setLength(QByteArray("\x08\0\0\0", 4));
+        QCOMPARE(frame.missing(), 8);
+        std::fill_n(frame.room(12), 12, 'x');
+        frame.commit(5);
+        QCOMPARE(frame.missing(), 3);
+        std::fill_n(frame.room(7), 7, 'x');
+        frame.commit(7); // text after the payload
+        QCOMPARE(frame.missing(), 0);
     }
 };
 

@@ -1,5 +1,7 @@
 // The simulated server used by a host application: started and stopped by the library's manager, with commands over
 // sessions.
+#include "support/wait.h"
+
 #include <tarnis/server/tarnis.h>
 #include <tarnis/server/tarniscmd.h>
 #include <tarnis/server/tarnissession.h>
@@ -50,7 +52,7 @@ void TestSimHost::init()
     m_server->SetLocal(true);
     const QString path = SIMSERVER_PATH;
     QVERIFY(m_server->Run(&path));
-    QTRY_VERIFY_WITH_TIMEOUT(m_server->IsServerConnected(), timeoutMs);
+    TRY_VERIFY(m_server->IsServerConnected());
 }
 
 void TestSimHost::cleanup()
@@ -60,7 +62,7 @@ void TestSimHost::cleanup()
     const auto isIdle = [&] {
         return !statuses.isEmpty() && statuses.back().front().value<Tarnis::SERVER_STATUS>() == Tarnis::IDLE;
     };
-    QTRY_VERIFY_WITH_TIMEOUT(isIdle(), timeoutMs);
+    TRY_VERIFY(isIdle());
     m_server.reset();
 }
 
@@ -77,7 +79,7 @@ void TestSimHost::optionsComeByTheEnvironment()
 
 void TestSimHost::statIsReadBySections()
 {
-    QTRY_VERIFY_WITH_TIMEOUT(ask("stat").contains("\nstate: STOPPED\n"), timeoutMs);
+    TRY_VERIFY(ask("stat").contains("\nstate: STOPPED\n"));
     QMap<QString, QList<QString>> sections;
     TarnisCmd::devideByKey(QString::fromUtf8(ask("stat")), sections);
     QCOMPARE(sections.keys(), (QStringList { "histograms", "modules", "run", "server" }));
@@ -96,7 +98,7 @@ void TestSimHost::binaryRepliesComeOverASession()
         command->m_bBinary = true;
         session->send(command.release());
     }
-    QTRY_COMPARE_WITH_TIMEOUT(results.size(), 3, timeoutMs);
+    TRY_COMPARE(results.size(), 3);
     const auto sizeOf = [&](int i) { return results.at(i).at(1).toByteArray().size(); };
     const auto textOf = [&](int i) { return results.at(i).at(0).value<PTarnisCmd>()->m_replyText; };
     QCOMPARE(sizeOf(0), 5 * 16384 * 8);
@@ -116,18 +118,18 @@ void TestSimHost::uploadAndPathCommands()
 
 void TestSimHost::settingsAreDownloaded()
 {
-    QTRY_VERIFY_WITH_TIMEOUT(ask("stat").contains("\nstate: STOPPED\n"), timeoutMs);
+    TRY_VERIFY(ask("stat").contains("\nstate: STOPPED\n"));
     for (const auto& [key, value] : { std::pair { "ip", "10.0.0.7" }, { "tcp", "4000" }, { "bcp", "4001" },
              { "rate", "33" }, { "inst", "ABC" }, { "run", "17" } })
         QVERIFY(m_server->SetSettingValue(key, value));
     QSignalSpy replies(m_server.get(), &Tarnis::onCmdReply);
     QCOMPARE(m_server->DownloadSettings("control", true), 2);
-    QTRY_COMPARE_WITH_TIMEOUT(replies.size(), 3, timeoutMs);
+    TRY_COMPARE(replies.size(), 3);
     QCOMPARE(replies.at(0).at(2).toByteArray(), QByteArray("OK:\n"));
     QCOMPARE(replies.at(1).at(2).toByteArray(), QByteArray("OK:\n"));
     QCOMPARE(replies.at(2).at(2).toByteArray(), QByteArray("OK:\nfile: /simserver.settings\n"));
     m_server->SetBasePath("/data/M\u00fcller", true);
-    QTRY_COMPARE_WITH_TIMEOUT(replies.size(), 4, timeoutMs);
+    TRY_COMPARE(replies.size(), 4);
     const QByteArray settings = ask("setting");
     for (const char* const line : { "\nip: 10.0.0.7\n", "\ntcp: 4000\n", "\nrate: 33\n", "\ninst: ABC\n", "\nrun: 17\n",
              "\nbasepath: /data/M\u00fcller\n" })

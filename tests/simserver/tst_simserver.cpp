@@ -3,6 +3,7 @@
 #include "simserver/simprogram.h"
 #include "spectrum.h"
 #include "support/support.h"
+#include "support/wait.h"
 
 #include <tarnis/version.h>
 
@@ -42,7 +43,7 @@ double residentMemory(qint64 processId)
 
 void waitForState(Wire& wire, const QByteArray& state)
 {
-    QTRY_COMPARE_WITH_TIMEOUT(wire.value("stat", "state"), state, simtest::timeoutMs);
+    TRY_COMPARE(wire.value("stat", "state"), state);
 }
 
 } // namespace
@@ -275,7 +276,7 @@ void TestSimServer::sleeperDoesNotHoldOthers()
     Wire sleeper(program.port());
     Wire other(program.port());
     sleeper.send("sleep 600000\n");
-    QTRY_COMPARE(other.value("stat", "clients"), QByteArray("2"));
+    TRY_COMPARE(other.value("stat", "clients"), QByteArray("2"));
     for (int i = 0; i < 20; ++i)
         QCOMPARE(other.ask("pwd"), QByteArray("OK:\n/\n"));
 }
@@ -289,7 +290,7 @@ void TestSimServer::sleeperThatHangsUpIsForgotten()
         sleeper.send("sleep 600000\n");
         QCOMPARE(other.value("stat", "clients"), QByteArray("2"));
     }
-    QTRY_COMPARE(other.value("stat", "clients"), QByteArray("1"));
+    TRY_COMPARE(other.value("stat", "clients"), QByteArray("1"));
 }
 
 void TestSimServer::manyClientsAtOnce()
@@ -343,7 +344,7 @@ void TestSimServer::oneClientTooManyIsTurnedAway()
         Wire third(program.port(), "> ", false);
         QCOMPARE(third.untilClosed(), QByteArray("NG:too many clients\n"));
     }
-    QTRY_COMPARE(one.value("stat", "clients"), QByteArray("1"));
+    TRY_COMPARE(one.value("stat", "clients"), QByteArray("1"));
     Wire again(program.port());
     QCOMPARE(again.ask("pwd"), QByteArray("OK:\n/\n"));
 }
@@ -357,7 +358,7 @@ void TestSimServer::connectionsComeAndGo()
             wire.send("hist2d image\n");
     }
     Wire last(program.port());
-    QTRY_COMPARE(last.value("stat", "clients"), QByteArray("1"));
+    TRY_COMPARE(last.value("stat", "clients"), QByteArray("1"));
 }
 
 void TestSimServer::sameSeedGivesTheSameHistograms()
@@ -413,7 +414,7 @@ void TestSimServer::startOptionBeginsARun()
     Program program({ "--start", "--rate", "10000" });
     Wire wire(program.port());
     QCOMPARE(wire.value("stat", "state"), QByteArray("RUNNING"));
-    QTRY_VERIFY(wire.value("stat", "events").toInt() > 100);
+    TRY_VERIFY(wire.value("stat", "events").toInt() > 100);
     QCOMPARE(wire.ask("stop").left(11), QByteArray("OK:\nrun: 1\n"));
 }
 
@@ -609,7 +610,7 @@ void TestSimServer::everyFaultLeavesTheServerAlive()
         wire.untilClosed();
         QCOMPARE(control.ask("fault none"), QByteArray("OK:\n"));
     }
-    QTRY_COMPARE(control.value("stat", "clients"), QByteArray("1"));
+    TRY_COMPARE(control.value("stat", "clients"), QByteArray("1"));
 }
 
 void TestSimServer::endings_data()
@@ -673,7 +674,7 @@ void TestSimServer::endRecordsTheRun()
     QCOMPARE(wire.ask("start"), QByteArray("OK:\nrun: 1\n"));
     const QByteArray directory = wire.value("stat", "run directory");
     QVERIFY(directory.startsWith("/END000001_"));
-    QTRY_VERIFY(wire.value("stat", "events").toInt() > 10);
+    TRY_VERIFY(wire.value("stat", "events").toInt() > 10);
     program.type("exit");
     QCOMPARE(program.end(), QStringLiteral("exit 0"));
     const QDir run(root.path() + QString::fromLatin1(directory));

@@ -4,6 +4,8 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <csignal>
+
 namespace tarnis::testing {
 
 FakeServer::FakeServer(const QStringList& script, const QString& name)
@@ -41,6 +43,16 @@ QStringList FakeServer::wellBehaved(int port)
 {
     return { QStringLiteral("print UI port: %1\\n").arg(port), QStringLiteral("await-end"),
         QStringLiteral("note end") };
+}
+
+QStringList FakeServer::deaf(int port)
+{
+    return { QStringLiteral("print UI port: %1\\n").arg(port), QStringLiteral("linger") };
+}
+
+bool isRunning(qint64 processId)
+{
+    return ::kill(pid_t(processId), 0) == 0;
 }
 
 } // namespace tarnis::testing

@@ -21,10 +21,14 @@ public:
 
     /// Announces `port`, exits normally on "exit" or at the end of its input, and then writes the note "end".
     static QStringList wellBehaved(int port);
+    /// Announces `port` and does not care about its input: it has to be killed.
+    static QStringList deaf(int port);
 
 private:
     QTemporaryDir m_folder;
     QString m_path;
 };
+
+bool isRunning(qint64 processId);
 
 } // namespace tarnis::testing

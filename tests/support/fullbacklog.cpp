@@ -1,6 +1,7 @@
 #include "support/fullbacklog.h"
 
 #include "support/scriptedserver.h"
+#include "support/wait.h"
 
 #include <QString>
 

@@ -1,6 +1,7 @@
 #include "support/scriptedserver.h"
 
 #include "support/scriptedconnection_p.h"
+#include "support/wait.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
@@ -44,20 +45,6 @@ Step make(Step::Kind kind, const QByteArray& bytes = {})
 }
 
 } // namespace
-
-bool eventually(const std::function<bool()>& condition, int timeoutMs)
-{
-    QElapsedTimer timer;
-    timer.start();
-    while (!condition()) {
-        if (timer.hasExpired(timeoutMs))
-            return false;
-        QCoreApplication::processEvents();
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        std::this_thread::sleep_for(std::chrono::microseconds(200));
-    }
-    return true;
-}
 
 Step Step::text(const QByteArray& body)
 {

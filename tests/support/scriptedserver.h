@@ -24,9 +24,6 @@
 
 namespace tarnis::testing {
 
-/// Processes the calling thread's Qt events until `condition` holds; false after `timeoutMs`.
-bool eventually(const std::function<bool()>& condition, int timeoutMs = 20000);
-
 /// One step of the server on a connection.
 class Step {
 public:

@@ -1,5 +1,7 @@
-// Axes that share a range: no loops, one repaint, plots that are added and destroyed.
+// Axes that share a range: no loops, one repaint, plots that come and go.
+#include "support/shownplot.h"
 #include "support/support.h"
+#include "support/wait.h"
 
 #include <tarnis/plots/multivectorgraphwidget.h>
 #include <tarnis/plots/vectorgraphwidget.h>
@@ -13,22 +15,9 @@
 #include <limits>
 
 using namespace tarnis;
+using namespace tarnis::testing;
 
 namespace {
-
-AxisRange rangeX(XYGraphWidget& plot)
-{
-    AxisRange range;
-    plot.getMinMaxX(range.min, range.max);
-    return range;
-}
-
-AxisRange rangeY(XYGraphWidget& plot)
-{
-    AxisRange range;
-    plot.getMinMaxY(range.min, range.max);
-    return range;
-}
 
 bool isAutoX(XYGraphWidget& plot)
 {
@@ -101,13 +90,13 @@ void TestAxisLink::allPlotsTakeARange()
     }
     QSignalSpy changed(&link, &AxisLink::rangeChanged);
     showX(b, 12.3, 45.6);
-    QTRY_COMPARE(rangeX(c), (AxisRange { 12.3, 45.6 }));
+    TRY_COMPARE(rangeX(c), (AxisRange { 12.3, 45.6 }));
     QCOMPARE(rangeX(a), (AxisRange { 12.3, 45.6 }));
     QVERIFY(!isAutoX(a));
     QCoreApplication::processEvents();
     QCOMPARE(changed.size(), 1);
     showX(c, 80, 20); // reversed
-    QTRY_COMPARE(rangeX(a), (AxisRange { 80, 20 }));
+    TRY_COMPARE(rangeX(a), (AxisRange { 80, 20 }));
     QCoreApplication::processEvents();
     QCOMPARE(changed.size(), 2);
 }
@@ -121,9 +110,9 @@ void TestAxisLink::automaticScalingIsSwitchedForAll()
     link.add(&a, Qt::Horizontal);
     link.add(&b, Qt::Horizontal);
     showX(a, 5, 6);
-    QTRY_COMPARE(rangeX(b), (AxisRange { 5, 6 }));
+    TRY_COMPARE(rangeX(b), (AxisRange { 5, 6 }));
     b.onAutoScaleX(true);
-    QTRY_VERIFY(isAutoX(a));
+    TRY_VERIFY(isAutoX(a));
     QCOMPARE(rangeX(a), (AxisRange { 0, 100 }));
     QCOMPARE(rangeX(b), (AxisRange { 0, 200 })); // each its own data
 }
@@ -157,11 +146,11 @@ void TestAxisLink::mapAndCurveShareAxesOfDifferentDirection()
     link.add(&map, Qt::Vertical);
     link.add(&curve, Qt::Horizontal);
     showX(curve, 10, 20);
-    QTRY_COMPARE(rangeY(map), (AxisRange { 10, 20 }));
+    TRY_COMPARE(rangeY(map), (AxisRange { 10, 20 }));
     map.onAutoScaleY(false);
     map.setMinMaxY(30, 50);
     map.refreshPixmap();
-    QTRY_COMPARE(rangeX(curve), (AxisRange { 30, 50 }));
+    TRY_COMPARE(rangeX(curve), (AxisRange { 30, 50 }));
 }
 
 void TestAxisLink::bothAxesByTwoGroups()
@@ -175,7 +164,7 @@ void TestAxisLink::bothAxesByTwoGroups()
         linkY.add(plot, Qt::Vertical);
     }
     showBoth(a);
-    QTRY_COMPARE(rangeY(b), (AxisRange { 1, 2 }));
+    TRY_COMPARE(rangeY(b), (AxisRange { 1, 2 }));
     QCOMPARE(rangeX(b), (AxisRange { 10, 20 }));
 }
 
@@ -190,11 +179,11 @@ void TestAxisLink::eachPlotIsDrawnOncePerChange()
         plot->show();
         QVERIFY(QTest::qWaitForWindowExposed(plot));
     }
-    QTRY_VERIFY(a.drawings > 0 && b.drawings > 0);
+    TRY_VERIFY(a.drawings > 0 && b.drawings > 0);
     QCoreApplication::processEvents();
     a.drawings = b.drawings = 0;
     showBoth(a);
-    QTRY_COMPARE(rangeX(b), (AxisRange { 10, 20 }));
+    TRY_COMPARE(rangeX(b), (AxisRange { 10, 20 }));
     for (int i = 0; i < 10; ++i)
         QCoreApplication::processEvents();
     QCOMPARE(b.drawings, 1);
@@ -217,7 +206,7 @@ void TestAxisLink::groupsThatOverlapComeToRest()
     third.add(&a, Qt::Horizontal);
     QSignalSpy changed(&first, &AxisLink::rangeChanged);
     showX(a, 1, 2);
-    QTRY_COMPARE(rangeX(c), (AxisRange { 1, 2 }));
+    TRY_COMPARE(rangeX(c), (AxisRange { 1, 2 }));
     for (int i = 0; i < 50; ++i)
         QCoreApplication::processEvents();
     QCOMPARE(changed.size(), 1);
@@ -238,7 +227,7 @@ void TestAxisLink::plotsMayGoAtAnyTime()
     link.add(&c, Qt::Horizontal);
     connect(&link, &AxisLink::rangeChanged, this, [&b] { b.reset(); });
     showX(*a, 1, 2);
-    QTRY_VERIFY(b == nullptr);
+    TRY_VERIFY(b == nullptr);
     QCOMPARE(link.count(), 2);
     QCOMPARE(rangeX(c), (AxisRange { 1, 2 }));
     a.reset();
@@ -260,7 +249,7 @@ void TestAxisLink::rangesThatAreNoneStayAlone()
     link.add(&a, Qt::Horizontal);
     link.add(&b, Qt::Horizontal);
     showX(a, 1, 2);
-    QTRY_COMPARE(rangeX(b), (AxisRange { 1, 2 }));
+    TRY_COMPARE(rangeX(b), (AxisRange { 1, 2 }));
     showX(a, 5, 5);
     QCoreApplication::processEvents();
     QCOMPARE(rangeX(b), (AxisRange { 1, 2 }));
@@ -271,7 +260,7 @@ void TestAxisLink::rangesThatAreNoneStayAlone()
     QCoreApplication::processEvents();
     QCOMPARE(rangeX(b), (AxisRange { 1, 2 }));
     showX(a, 3, 4);
-    QTRY_COMPARE(rangeX(b), (AxisRange { 3, 4 }));
+    TRY_COMPARE(rangeX(b), (AxisRange { 3, 4 }));
 }
 
 void TestAxisLink::heldRangeSurvivesSetUpByTheHost()
@@ -283,7 +272,7 @@ void TestAxisLink::heldRangeSurvivesSetUpByTheHost()
     link.add(&a, Qt::Horizontal);
     link.add(&b, Qt::Horizontal);
     showX(a, 10, 20);
-    QTRY_COMPARE(rangeX(b), (AxisRange { 10, 20 }));
+    TRY_COMPARE(rangeX(b), (AxisRange { 10, 20 }));
     b.initManualX(0, 500); // as the pair format does with each reply
     QCoreApplication::processEvents();
     QCOMPARE(rangeX(b), (AxisRange { 10, 20 }));

@@ -3,6 +3,7 @@
 #include "support/plothand.h"
 #include "support/randomcases.h"
 #include "support/support.h"
+#include "support/wait.h"
 
 #include <tarnis/plots/plotmapping.h>
 #include <tarnis/tools/colourlevels.h>
@@ -175,7 +176,7 @@ private Q_SLOTS:
         for (int y = 0; y < 4; ++y)
             map.setData(y, QList<double>(101, 7.0), 7, false);
         map.refreshPixmap();
-        QTRY_COMPARE(levels->upper(), 7.0);
+        TRY_COMPARE(levels->upper(), 7.0);
         QCOMPARE(levels->mode(), ColourLevels::Mode::Percentiles);
         map.onMaxZChanged(12); // by the user, in the colour bar
         QCOMPARE(levels->mode(), ColourLevels::Mode::Held);

@@ -1,5 +1,6 @@
 // Common behaviour of all tools for tool bars and stored views.
 #include "support/support.h"
+#include "support/wait.h"
 
 #include <tarnis/foundation/translation.h>
 #include <tarnis/plots/vectorgraphwidget.h>
@@ -98,7 +99,7 @@ void TestInteractiveTool::actionsFollowTheLanguage()
     const PlotCrosshair& cross = *new PlotCrosshair(m_plot.get());
     QCOMPARE(actionOf(cross, "pinCrosshair")->text(), QStringLiteral("Pin the Cross"));
     QVERIFY(setLanguage(QLocale(QLocale::German)));
-    QTRY_COMPARE(actionOf(cross, "pinCrosshair")->text(), QStringLiteral("Kreuz festhalten"));
+    TRY_COMPARE(actionOf(cross, "pinCrosshair")->text(), QStringLiteral("Kreuz festhalten"));
 }
 
 void TestInteractiveTool::crossIsSwitchedByItsAction()

@@ -1,6 +1,7 @@
 // The line profile: values in data terms, drags, width, live data, the plot of the profile, stored views.
 #include "support/plothand.h"
 #include "support/randomcases.h"
+#include "support/shownplot.h"
 #include "support/support.h"
 
 #include <tarnis/plots/plotmapping.h>
@@ -37,23 +38,6 @@ void fill(XY2DGraphWidget& map)
     }
 }
 
-void show(XY2DGraphWidget& map)
-{
-    map.m_doubleBuffered = true;
-    map.resize(600, 400);
-    map.show();
-    map.activateWindow();
-    if (!QTest::qWaitForWindowActive(&map))
-        qFatal("no window");
-    map.setFocus();
-    map.grab();
-}
-
-QPoint pixelOf(const XY2DGraphWidget& map, double x, double y)
-{
-    return PlotMapping::of(map).pixelOf({ x, y }).toPoint();
-}
-
 } // namespace
 
 class TestLineProfile : public QObject {
@@ -65,7 +49,7 @@ private Q_SLOTS:
         XY2DGraphWidget map;
         fill(map);
         LineProfile profile(&map);
-        show(map);
+        showActive(map, { 600, 400 });
         profile.setLine({ 4.4, 2.2 }, { 12.9, 2.9 });
         QCOMPARE(profile.from(), QPointF(5, 2.5));
         QCOMPARE(profile.to(), QPointF(13, 2.5));
@@ -89,7 +73,7 @@ private Q_SLOTS:
         XY2DGraphWidget map;
         fill(map);
         LineProfile profile(&map);
-        show(map);
+        showActive(map, { 600, 400 });
         profile.setLine({ 5, 2.5 }, { 9, 2.5 });
         profile.setBandWidth(3);
         QCOMPARE(profile.values(), (QList<double> { 606, 609, 612 }));
@@ -108,7 +92,7 @@ private Q_SLOTS:
         XY2DGraphWidget map;
         fill(map);
         LineProfile profile(&map);
-        show(map);
+        showActive(map, { 600, 400 });
         QTest::keyClick(&map, Qt::Key_B);
         QVERIFY(profile.isOn() && profile.isSet());
         QVERIFY(profile.profilePlot()->isVisible());
@@ -145,7 +129,7 @@ private Q_SLOTS:
         XY2DGraphWidget map;
         fill(map);
         LineProfile profile(&map);
-        show(map);
+        showActive(map, { 600, 400 });
         profile.setOn(true);
         profile.setLine({ 3, 2.5 }, { 17, 2.5 });
         PlotHand hand(map);
@@ -160,7 +144,7 @@ private Q_SLOTS:
         XY2DGraphWidget map;
         fill(map);
         LineProfile profile(&map);
-        show(map);
+        showActive(map, { 600, 400 });
         profile.setOn(true);
         profile.setLine({ 5, 2.5 }, { 9, 2.5 });
         profile.profilePlot()->onAutoScaleX(false);
@@ -180,7 +164,7 @@ private Q_SLOTS:
     {
         XY2DGraphWidget map;
         fill(map);
-        show(map);
+        showActive(map, { 600, 400 });
         const QImage before = map.grab().toImage();
         const QSignalSpy painted(&map, &DoubleBufferedWidget::painted);
         auto* const profile = new LineProfile(&map);
@@ -203,7 +187,7 @@ private Q_SLOTS:
         XY2DGraphWidget map;
         fill(map);
         LineProfile profile(&map);
-        show(map);
+        showActive(map, { 600, 400 });
         profile.setLine({ 5, 2.5 }, { 9, 4.5 });
         profile.setBandWidth(3);
         profile.setJoin(LineProfile::Join::Mean);
@@ -250,7 +234,7 @@ private Q_SLOTS:
         auto map = std::make_unique<XY2DGraphWidget>();
         fill(*map);
         auto* const profile = new LineProfile(map.get());
-        show(*map);
+        showActive(*map, { 600, 400 });
         profile->setOn(true);
         delete profile->profilePlot();
         profile->setLine({ 5, 2.5 }, { 9, 4.5 });
@@ -266,7 +250,7 @@ private Q_SLOTS:
     {
         XY2DGraphWidget map;
         fill(map);
-        show(map);
+        showActive(map, { 600, 400 });
         Generator generator = seededGenerator(9);
         std::unique_ptr<LineProfile> profile;
         PlotHand hand(map);

@@ -1,5 +1,6 @@
 // All peaks of a plot in a table: search, marks, energies, lifetimes.
 #include "support/support.h"
+#include "support/wait.h"
 
 #include <tarnis/analysis/figures.h>
 #include <tarnis/plots/vectorgraphwidget.h>
@@ -125,7 +126,7 @@ private Q_SLOTS:
         PeakPanel panel(plot.get());
         panel.search();
         plot.reset();
-        QTRY_VERIFY(!panel.isRunning());
+        TRY_VERIFY(!panel.isRunning());
         QCOMPARE(panel.peaks().peaks.size(), centres.size());
         QVERIFY(search(panel));
         QCOMPARE(panel.plot(), nullptr);

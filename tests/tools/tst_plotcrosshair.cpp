@@ -1,4 +1,5 @@
 // The cross and its read-out: bins, sums, empty bins, places outside of the data, live data, pin and copy.
+#include "support/shownplot.h"
 #include "support/support.h"
 
 #include <tarnis/plots/curvenames.h>
@@ -18,20 +19,9 @@
 #include <memory>
 
 using namespace tarnis;
+using namespace tarnis::testing;
 
 namespace {
-
-void show(XYGraphWidget& plot)
-{
-    plot.m_doubleBuffered = true;
-    plot.resize(500, 400);
-    plot.show();
-    plot.activateWindow();
-    if (!QTest::qWaitForWindowActive(&plot))
-        qFatal("no window");
-    plot.setFocus();
-    plot.grab();
-}
 
 void moveTo(XYGraphWidget& plot, double x, double y)
 {
@@ -72,7 +62,7 @@ private Q_SLOTS:
         VectorGraphWidget plot;
         fill(plot);
         auto* const cross = new PlotCrosshair(&plot);
-        show(plot);
+        showActive(plot);
         moveTo(plot, x, 5);
         QCOMPARE(cross->text(), text);
     }
@@ -84,7 +74,7 @@ private Q_SLOTS:
         auto* const cross = new PlotCrosshair(&plot);
         plot.onAutoScaleX(false);
         plot.setMinMaxX(-50, 200);
-        show(plot);
+        showActive(plot);
         moveTo(plot, 150, 5);
         QCOMPARE(cross->text(), QStringLiteral("–"));
         QVERIFY(cross->table().isEmpty());
@@ -100,7 +90,7 @@ private Q_SLOTS:
         plot.resizeData(3);
         plot.setEnable(1, false);
         auto* const cross = new PlotCrosshair(&plot);
-        show(plot);
+        showActive(plot);
         moveTo(plot, 1.5, 5);
         QCOMPARE(cross->text(), QStringLiteral("Channel [1, 2) bin 1   0: 10 ± 3.16   2: 12 ± 3.46"));
         setSeriesName(plot, 2, QStringLiteral("Ge"));
@@ -120,7 +110,7 @@ private Q_SLOTS:
         map.setData(0, { 0, 0, 0, 0 }, 0, false);
         map.setData(1, { 0, 7 }, 7, false); // a short row
         auto* const cross = new PlotCrosshair(&map);
-        show(map);
+        showActive(map);
         moveTo(map, 1.5, 1.5);
         QCOMPARE(cross->text(), QStringLiteral("X [1, 2) bin 1   Y [1, 2) bin 1   7 ± 2.65"));
         moveTo(map, 0.5, 0.5);
@@ -134,7 +124,7 @@ private Q_SLOTS:
         VectorGraphWidget plot;
         fill(plot);
         auto* const cross = new PlotCrosshair(&plot);
-        show(plot);
+        showActive(plot);
         moveTo(plot, 5, 5);
         const QSignalSpy spy(cross, &PlotCrosshair::textChanged);
         plot.setData(QList<double>(10, 9.0));
@@ -149,7 +139,7 @@ private Q_SLOTS:
         VectorGraphWidget plot;
         fill(plot);
         auto* const cross = new PlotCrosshair(&plot);
-        show(plot);
+        showActive(plot);
         moveTo(plot, 15, 5);
         QTest::keyClick(&plot, Qt::Key_P);
         QVERIFY(cross->isPinned());
@@ -168,7 +158,7 @@ private Q_SLOTS:
     {
         VectorGraphWidget plot;
         fill(plot);
-        show(plot);
+        showActive(plot);
         const QImage before = plot.grab().toImage();
         const QSignalSpy painted(&plot, &DoubleBufferedWidget::painted);
         auto* const cross = new PlotCrosshair(&plot);

@@ -9,6 +9,7 @@
 #include <tarnis/tools/plotnavigator.h>
 
 #include <QImage>
+#include <QJsonArray>
 #include <QMouseEvent>
 #include <QTest>
 #include <QWheelEvent>
@@ -280,6 +281,9 @@ void TestPlotLegend::stateComesBack()
     QVERIFY(!m_legend->isVisible());
     m_legend->restoreState({ { QStringLiteral("place"), true }, { QStringLiteral("hidden"), QStringLiteral("1") },
         { QStringLiteral("visible"), 3 } });
+    QCOMPARE(m_legend->saveState(), state);
+    for (const QJsonArray& place : { QJsonArray { 1, QStringLiteral("1") }, QJsonArray { true, 1 }, QJsonArray { 1 } })
+        m_legend->restoreState({ { QStringLiteral("place"), place } });
     QCOMPARE(m_legend->saveState(), state);
 }
 

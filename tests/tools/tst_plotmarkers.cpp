@@ -1,6 +1,7 @@
 // Markers: names, drags, keys, bins, live data, tables and stored views.
 #include "support/plothand.h"
 #include "support/randomcases.h"
+#include "support/shownplot.h"
 #include "support/support.h"
 
 #include <tarnis/plots/multivectorgraphwidget.h>
@@ -24,23 +25,6 @@ using namespace tarnis;
 using namespace tarnis::testing;
 
 namespace {
-
-void show(XYGraphWidget& plot)
-{
-    plot.m_doubleBuffered = true;
-    plot.resize(500, 400);
-    plot.show();
-    plot.activateWindow();
-    if (!QTest::qWaitForWindowActive(&plot))
-        qFatal("no window");
-    plot.setFocus();
-    plot.grab();
-}
-
-QPoint pixelOf(const XYGraphWidget& plot, double x, double y)
-{
-    return PlotMapping::of(plot).pixelOf({ x, y }).toPoint();
-}
 
 /// Ten samples on an axis from 0 to 100.
 void fill(VectorGraphWidget& plot)
@@ -93,7 +77,7 @@ private Q_SLOTS:
         VectorGraphWidget plot;
         fill(plot);
         PlotMarkers markers(&plot);
-        show(plot);
+        showActive(plot);
         markers.add({ 12.3, 4 });
         markers.add({ -7.5, 4 });
         QCOMPARE(markers.markers().at(0).position, QPointF(15, 4));
@@ -101,7 +85,7 @@ private Q_SLOTS:
         XY2DGraphWidget map;
         fill(map);
         auto* const onMap = new PlotMarkers(&map);
-        show(map);
+        showActive(map);
         onMap->add({ 1.2, 0.7 });
         QCOMPARE(onMap->markers().at(0).position, QPointF(1.5, 0.5));
     }
@@ -111,7 +95,7 @@ private Q_SLOTS:
         VectorGraphWidget plot;
         fill(plot);
         PlotMarkers markers(&plot);
-        show(plot);
+        showActive(plot);
         markers.add({ 15, 0 });
         const QSignalSpy changed(&markers, &PlotMarkers::markersChanged);
         PlotHand hand(plot);
@@ -135,7 +119,7 @@ private Q_SLOTS:
         XY2DGraphWidget map;
         fill(map);
         PlotMarkers markers(&map);
-        show(map);
+        showActive(map);
         markers.add({ 1.5, 0.5 });
         PlotHand hand(map);
         hand.press(pixelOf(map, 1.5, 0.5));
@@ -151,7 +135,7 @@ private Q_SLOTS:
         XY2DGraphWidget map;
         fill(map);
         PlotMarkers markers(&map);
-        show(map);
+        showActive(map);
         markers.add({ 1.5, 0.5 });
         PlotHand(map).click(pixelOf(map, 1.5, 0.5));
         QTest::keyClick(&map, Qt::Key_Right);
@@ -187,7 +171,7 @@ private Q_SLOTS:
         plot.resizeData(3);
         plot.setEnable(1, false);
         PlotMarkers markers(&plot);
-        show(plot);
+        showActive(plot);
         markers.add({ 1.5, 0 });
         markers.add({ -3, 0 });
         QCOMPARE(markers.table(),
@@ -199,7 +183,7 @@ private Q_SLOTS:
         VectorGraphWidget plot;
         fill(plot);
         PlotMarkers markers(&plot);
-        show(plot);
+        showActive(plot);
         markers.add({ 15, 0 });
         plot.setData(QList<double>(1000, 3.0));
         plot.onAutoScaleX(false);
@@ -219,7 +203,7 @@ private Q_SLOTS:
     {
         VectorGraphWidget plot;
         fill(plot);
-        show(plot);
+        showActive(plot);
         const QImage before = plot.grab().toImage();
         const QSignalSpy painted(&plot, &DoubleBufferedWidget::painted);
         auto* const markers = new PlotMarkers(&plot);
@@ -282,7 +266,7 @@ private Q_SLOTS:
         auto plot = std::make_unique<VectorGraphWidget>();
         fill(*plot);
         auto* const markers = new PlotMarkers(plot.get());
-        show(*plot);
+        showActive(*plot);
         markers->add({ 15, 0 });
         PlotHand hand(*plot);
         hand.press(pixelOf(*plot, 15, 3));
@@ -296,7 +280,7 @@ private Q_SLOTS:
     {
         VectorGraphWidget plot;
         fill(plot);
-        show(plot);
+        showActive(plot);
         Generator generator = seededGenerator(5);
         std::unique_ptr<PlotMarkers> markers;
         PlotHand hand(plot);

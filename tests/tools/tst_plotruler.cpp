@@ -1,6 +1,7 @@
 // The ruler: distances, ratio, sums, ends that stick to the data, drags, keys and tables.
 #include "support/plothand.h"
 #include "support/randomcases.h"
+#include "support/shownplot.h"
 #include "support/support.h"
 
 #include <tarnis/plots/multivectorgraphwidget.h>
@@ -24,23 +25,6 @@ using namespace tarnis::testing;
 
 namespace {
 
-void show(XYGraphWidget& plot)
-{
-    plot.m_doubleBuffered = true;
-    plot.resize(500, 400);
-    plot.show();
-    plot.activateWindow();
-    if (!QTest::qWaitForWindowActive(&plot))
-        qFatal("no window");
-    plot.setFocus();
-    plot.grab();
-}
-
-QPoint pixelOf(const XYGraphWidget& plot, double x, double y)
-{
-    return PlotMapping::of(plot).pixelOf({ x, y }).toPoint();
-}
-
 void fill(VectorGraphWidget& plot)
 {
     plot.init("Time", "Counts", 100, 10, true, true);
@@ -60,7 +44,7 @@ private Q_SLOTS:
         VectorGraphWidget plot;
         fill(plot);
         PlotRuler ruler(&plot);
-        show(plot);
+        showActive(plot);
         ruler.setEnds({ 3, 7 }, { 78, 1 });
         QCOMPARE(ruler.from(), QPointF(5, 4)); // on the curve
         QCOMPARE(ruler.to(), QPointF(75, 8));
@@ -85,7 +69,7 @@ private Q_SLOTS:
         plot.setMaxValue(10000);
         plot.setLogScaleY(true);
         PlotRuler ruler(&plot);
-        show(plot);
+        showActive(plot);
         ruler.setEnds({ 0.5, 1 }, { 1.5, 1 });
         QVERIFY(ruler.text().contains(QStringLiteral("3.000 dec")));
     }
@@ -100,7 +84,7 @@ private Q_SLOTS:
         plot.resizeData(3);
         plot.setEnable(1, false);
         PlotRuler ruler(&plot);
-        show(plot);
+        showActive(plot);
         ruler.setEnds({ 0.5, 0 }, { 1.5, 0 });
         QVERIFY(ruler.text().endsWith(QStringLiteral("Σ 0: 11   Σ 2: 15")));
     }
@@ -114,7 +98,7 @@ private Q_SLOTS:
         map.setData(0, { 1, 2, 3, std::nan("") }, 4, false);
         map.setData(1, { 5, 8 }, 8, false); // a short row
         PlotRuler ruler(&map);
-        show(map);
+        showActive(map);
         ruler.setEnds({ 1.2, 1.7 }, { 3.9, 0.1 });
         QCOMPARE(ruler.from(), QPointF(1.5, 1.5));
         QVERIFY2(ruler.table().endsWith(QStringLiteral("\t6\t13\n")), qPrintable(ruler.table()));
@@ -127,7 +111,7 @@ private Q_SLOTS:
         VectorGraphWidget plot;
         fill(plot);
         PlotRuler ruler(&plot);
-        show(plot);
+        showActive(plot);
         PlotHand hand(plot);
         hand.drag(pixelOf(plot, 5, 8), pixelOf(plot, 75, 2));
         QVERIFY(!ruler.isSet()); // switched off
@@ -159,7 +143,7 @@ private Q_SLOTS:
         VectorGraphWidget plot;
         fill(plot);
         PlotRuler ruler(&plot);
-        show(plot);
+        showActive(plot);
         ruler.setEnds({ 5, 0 }, { 15, 0 });
         const QSignalSpy spy(&ruler, &PlotRuler::textChanged);
         plot.setData(QList<double>(10, 3.0));
@@ -174,7 +158,7 @@ private Q_SLOTS:
     {
         VectorGraphWidget plot;
         fill(plot);
-        show(plot);
+        showActive(plot);
         const QImage before = plot.grab().toImage();
         const QSignalSpy painted(&plot, &DoubleBufferedWidget::painted);
         auto* const ruler = new PlotRuler(&plot);
@@ -226,7 +210,7 @@ private Q_SLOTS:
         auto plot = std::make_unique<VectorGraphWidget>();
         fill(*plot);
         auto* const ruler = new PlotRuler(plot.get());
-        show(*plot);
+        showActive(*plot);
         ruler->setOn(true);
         PlotHand hand(*plot);
         hand.press(pixelOf(*plot, 15, 3));
@@ -240,7 +224,7 @@ private Q_SLOTS:
     {
         XY2DGraphWidget map;
         map.init("X", "Y", 8, 8, true, true);
-        show(map);
+        showActive(map);
         Generator generator = seededGenerator(6);
         std::unique_ptr<PlotRuler> ruler;
         PlotHand hand(map);

@@ -1,5 +1,6 @@
 // Styles: colours by calculation, pixels by the plot's mapping, ranges, and the classic look without them.
 #include "support/support.h"
+#include "support/wait.h"
 
 #include <tarnis/export/plotexporter.h>
 #include <tarnis/plots/curvenames.h>
@@ -644,7 +645,7 @@ private Q_SLOTS:
         Watch watch(&plot);
         plot.setData({ 1, 2, 1000 });
         plot.setMaxValue(1000);
-        QTRY_VERIFY(!watch.seen.isEmpty());
+        TRY_VERIFY(!watch.seen.isEmpty());
         for (const double high : std::as_const(watch.seen))
             QVERIFY(high >= 1050.0 && high <= 1100.0);
     }

@@ -1,5 +1,6 @@
 // The bar beside a plot: its actions and keys.
 #include "support/support.h"
+#include "support/wait.h"
 
 #include <tarnis/foundation/translation.h>
 #include <tarnis/plots/vectorgraphwidget.h>
@@ -87,11 +88,11 @@ void TestPlotToolBar::collectsToolsInOrderAndFollowsThem()
     const QStringList separator { QStringLiteral("|") };
     QCOMPARE(namesOf(*m_bar), plotNames);
     auto* const navigator = new PlotNavigator(m_plot.get());
-    QTRY_COMPARE(namesOf(*m_bar), plotNames + separator + navigatorNames);
+    TRY_COMPARE(namesOf(*m_bar), plotNames + separator + navigatorNames);
     new PlotCrosshair(m_plot.get());
-    QTRY_COMPARE(namesOf(*m_bar), plotNames + separator + navigatorNames + separator + crossNames);
+    TRY_COMPARE(namesOf(*m_bar), plotNames + separator + navigatorNames + separator + crossNames);
     delete navigator;
-    QTRY_COMPARE(namesOf(*m_bar), plotNames + separator + crossNames);
+    TRY_COMPARE(namesOf(*m_bar), plotNames + separator + crossNames);
 }
 
 void TestPlotToolBar::hostActionsStayAtTheEnd()
@@ -99,7 +100,7 @@ void TestPlotToolBar::hostActionsStayAtTheEnd()
     m_bar->addAction(QStringLiteral("Save"))->setObjectName(QStringLiteral("save"));
     QCOMPARE(namesOf(*m_bar), (plotNames + QStringList { QStringLiteral("|"), QStringLiteral("save") }));
     new PlotCrosshair(m_plot.get());
-    QTRY_COMPARE(namesOf(*m_bar),
+    TRY_COMPARE(namesOf(*m_bar),
         (plotNames + QStringList { QStringLiteral("|") } + crossNames
             + QStringList { QStringLiteral("|"), QStringLiteral("save") }));
     delete actionOf(*m_bar, QStringLiteral("save"));
@@ -110,7 +111,7 @@ void TestPlotToolBar::menuHasTheSameActions()
 {
     m_bar->addAction(QStringLiteral("Save"))->setObjectName(QStringLiteral("save"));
     new PlotNavigator(m_plot.get());
-    QTRY_VERIFY(namesOf(*m_bar).contains(QStringLiteral("home")));
+    TRY_VERIFY(namesOf(*m_bar).contains(QStringLiteral("home")));
     QCOMPARE(m_bar->menu()->actions(), m_bar->actions());
 }
 
@@ -130,7 +131,7 @@ void TestPlotToolBar::mouseToolsOfThePlotAreMirrored()
 void TestPlotToolBar::buttonsHaveNamesAndKeys()
 {
     new PlotNavigator(m_plot.get());
-    QTRY_VERIFY(actionOf(*m_bar, QStringLiteral("grid")) != nullptr);
+    TRY_VERIFY(actionOf(*m_bar, QStringLiteral("grid")) != nullptr);
     QAction* const grid = actionOf(*m_bar, QStringLiteral("grid"));
     const QWidget* const button = m_bar->widgetForAction(grid);
     QCOMPARE(button->accessibleName(), QStringLiteral("Grid"));
@@ -142,19 +143,19 @@ void TestPlotToolBar::followsTheLanguage()
 {
     m_bar->show();
     new PlotNavigator(m_plot.get());
-    QTRY_VERIFY(actionOf(*m_bar, QStringLiteral("grid")) != nullptr);
+    TRY_VERIFY(actionOf(*m_bar, QStringLiteral("grid")) != nullptr);
     QVERIFY(setLanguage(QLocale(QLocale::German)));
     QAction* const grid = actionOf(*m_bar, QStringLiteral("grid"));
-    QTRY_COMPARE(m_bar->widgetForAction(grid)->accessibleName(), QStringLiteral("Gitter"));
+    TRY_COMPARE(m_bar->widgetForAction(grid)->accessibleName(), QStringLiteral("Gitter"));
     QCOMPARE(m_bar->widgetForAction(grid)->toolTip(), QStringLiteral("Gitter (G)"));
-    QTRY_COMPARE(actionOf(*m_bar, QStringLiteral("move"))->text(), QStringLiteral("Mit der Maus verschieben"));
+    TRY_COMPARE(actionOf(*m_bar, QStringLiteral("move"))->text(), QStringLiteral("Mit der Maus verschieben"));
     QCOMPARE(m_bar->windowTitle(), QStringLiteral("Werkzeuge des Diagramms"));
 }
 
 void TestPlotToolBar::arrowsMoveTheFocusAndTabLeaves()
 {
     new PlotCrosshair(m_plot.get());
-    QTRY_VERIFY(actionOf(*m_bar, QStringLiteral("crosshair")) != nullptr);
+    TRY_VERIFY(actionOf(*m_bar, QStringLiteral("crosshair")) != nullptr);
     const auto button = [this](
                             const char* name) { return m_bar->widgetForAction(actionOf(*m_bar, QLatin1String(name))); };
     m_bar->resize(600, 40);
@@ -185,7 +186,7 @@ void TestPlotToolBar::clickLeavesTheFocusWithThePlot()
     m_bar->setParent(&window);
     m_bar->resize(300, 30);
     new PlotNavigator(m_plot.get());
-    QTRY_VERIFY(actionOf(*m_bar, QStringLiteral("grid")) != nullptr);
+    TRY_VERIFY(actionOf(*m_bar, QStringLiteral("grid")) != nullptr);
     window.show();
     window.activateWindow();
     QVERIFY(QTest::qWaitForWindowActive(&window));
@@ -202,7 +203,7 @@ void TestPlotToolBar::clickLeavesTheFocusWithThePlot()
 void TestPlotToolBar::outlivesThePlot()
 {
     new PlotNavigator(m_plot.get());
-    QTRY_VERIFY(namesOf(*m_bar).contains(QStringLiteral("grid")));
+    TRY_VERIFY(namesOf(*m_bar).contains(QStringLiteral("grid")));
     m_plot.reset();
     QCOMPARE(namesOf(*m_bar), QStringList());
     QVERIFY(m_bar->plot() == nullptr);
@@ -214,10 +215,10 @@ void TestPlotToolBar::outlivesThePlot()
 void TestPlotToolBar::toolDeletedInItsOwnAction()
 {
     auto* const cross = new PlotCrosshair(m_plot.get());
-    QTRY_VERIFY(actionOf(*m_bar, QStringLiteral("crosshair")) != nullptr);
+    TRY_VERIFY(actionOf(*m_bar, QStringLiteral("crosshair")) != nullptr);
     connect(cross, &PlotCrosshair::onChanged, cross, &QObject::deleteLater);
     actionOf(*m_bar, QStringLiteral("crosshair"))->trigger();
-    QTRY_COMPARE(namesOf(*m_bar), plotNames);
+    TRY_COMPARE(namesOf(*m_bar), plotNames);
 }
 
 QTEST_MAIN(TestPlotToolBar)

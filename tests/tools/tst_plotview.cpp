@@ -1,5 +1,6 @@
 // Stored views: restored values, ignored values, and damaged files.
 #include "support/support.h"
+#include "support/wait.h"
 
 #include <tarnis/plots/multivectorgraphwidget.h>
 #include <tarnis/plots/vectorgraphwidget.h>
@@ -178,7 +179,7 @@ void TestPlotView::navigatorRevertsARestoredView()
         QJsonObject {
             { QStringLiteral("min"), 20 }, { QStringLiteral("max"), 30 }, { QStringLiteral("auto"), false } });
     PlotView::apply(plot, state);
-    QTRY_VERIFY(navigator.isHeld(Qt::Horizontal));
+    TRY_VERIFY(navigator.isHeld(Qt::Horizontal));
     navigator.goBack();
     QCOMPARE(rangesOf(plot), before);
 }

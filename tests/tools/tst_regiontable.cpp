@@ -1,5 +1,6 @@
 // Regions on plots and their table: drawing, dragging, typing, live data, the plot's own selections, lifetimes.
 #include "support/support.h"
+#include "support/wait.h"
 
 #include <tarnis/plots/plotmapping.h>
 #include <tarnis/plots/vectorgraphwidget.h>
@@ -211,7 +212,7 @@ private Q_SLOTS:
         table.regions()->add(PlotRegion::rangeX(20, 30));
         table.freeze();
         fill(plot, 14.0);
-        QTRY_COMPARE(number(table, 0, "sum"), 140.0);
+        TRY_COMPARE(number(table, 0, "sum"), 140.0);
         QCOMPARE(number(table, 0, "sum_since"), 40.0);
         QVERIFY(std::fabs(number(table, 0, "sum_since_error") - std::sqrt(40.0)) < 1e-8);
         table.release();
@@ -259,10 +260,10 @@ private Q_SLOTS:
         map.SetRoiEnabled(true);
         QVERIFY(map.GetViewSelectedROI() != nullptr);
         map.GetViewSelectedROI()->addRoi(QRect(QPoint(2, 3), QPoint(5, 4)));
-        QTRY_COMPARE(cell(table, 0, 0), QStringLiteral("ROI 1"));
+        TRY_COMPARE(cell(table, 0, 0), QStringLiteral("ROI 1"));
         QCOMPARE(number(table, 0, "sum"), 3.0 * 4 * 2);
         map.SetRoiEnabled(false);
-        QTRY_COMPARE(table.findChild<QTableView*>()->model()->rowCount(), 0);
+        TRY_COMPARE(table.findChild<QTableView*>()->model()->rowCount(), 0);
     }
 
     void savesAndLoadsRegions()
