@@ -7,6 +7,7 @@
 #include "server/servercontroller.h"
 #include "server/statuspoller.h"
 #include "support/fakeserver.h"
+#include "support/part.h"
 #include "support/scriptedserver.h"
 #include "support/wait.h"
 
@@ -31,15 +32,6 @@ inline void press(QAbstractButton& button)
     if (!eventually([&] { return button.isEnabled(); }))
         qFatal("%s stays disabled: %s", qPrintable(button.objectName() + button.text()), qPrintable(button.toolTip()));
     QTest::mouseClick(&button, Qt::LeftButton);
-}
-
-/// The part with this name.
-template <typename Object> Object& part(const QObject& window, const char* name)
-{
-    auto* const object = window.findChild<Object*>(QLatin1String(name));
-    if (!object)
-        qFatal("no %s", name);
-    return *object;
 }
 
 /// Answers the message box with this name on the window as soon as it appears.

@@ -2,6 +2,7 @@
 #include "app/language.h"
 #include "log/logtail.h"
 #include "log/logwindow.h"
+#include "support/part.h"
 #include "support/wait.h"
 
 #include <QCheckBox>
@@ -85,7 +86,7 @@ public:
         window.resize(600, 300);
         window.show();
     }
-    template <typename Object> Object& widget(const char* name) { return part<Object>(window, name); }
+    template <typename Object> Object& widget(const char* name) { return tarnis::testing::part<Object>(window, name); }
     QPlainTextEdit& view() { return widget<QPlainTextEdit>("view"); }
     QScrollBar& bar() { return *view().verticalScrollBar(); }
     QString text() { return view().toPlainText(); }

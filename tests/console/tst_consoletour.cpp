@@ -194,8 +194,7 @@ private Q_SLOTS:
     void aSignalEndsTheConsoleAndItsServer()
     {
         ScriptedServer server;
-        const FakeServer program(
-            FakeServer::wellBehaved(server.port()) + QStringLiteral("\necho ended > \"$0.ended\""));
+        const FakeServer program(FakeServer::wellBehaved(server.port()));
         Program console({ QStringLiteral("--local"), program.path() });
         QVERIFY(server.waitForRequest("setting"));
         console.terminate();
@@ -209,8 +208,7 @@ private Q_SLOTS:
     {
         ScriptedServer server;
         server.answer("help", { Step::silence() });
-        const FakeServer program(
-            FakeServer::wellBehaved(server.port()) + QStringLiteral("\necho ended > \"$0.ended\""));
+        const FakeServer program(FakeServer::wellBehaved(server.port()));
         server.answer("setting", { Step::text("OK:\nrate: 10\n") });
         Program console({ QStringLiteral("--local"), program.path(), QStringLiteral("--tour"),
             scratch(QStringLiteral("interrupted")) });
@@ -240,7 +238,7 @@ private Q_SLOTS:
         // With the installed simulator in its folder, which is visible in a tour that is interrupted early.
         Program tour({ QStringLiteral("--tour"), scratch(QStringLiteral("installed")) }, path);
         const QString picture = scratch(QStringLiteral("installed/01-start-1-connected.png"));
-        QVERIFY(eventually([&] { return QFile::exists(picture); }, timeoutMs));
+        QVERIFY(eventually([&] { return QFile::exists(picture); }));
         tour.terminate();
         QCOMPARE(tour.end(), QStringLiteral("exit 1"));
         QVERIFY(report(QStringLiteral("installed")).startsWith(QStringLiteral("ok    start")));
