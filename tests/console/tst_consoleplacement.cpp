@@ -67,6 +67,16 @@ private Q_SLOTS:
         QCOMPARE(second, QRect(600, 300, 400, 300));
     }
 
+    void roomIsAPlaceThatIsFreeForThreeQuarters()
+    {
+        const QRect area(0, 0, 1000, 800);
+        const QRect console(0, 0, 600, 800);
+        QVERIFY(hasRoomFor({ 400, 800 }, area, { console }));
+        QVERIFY(hasRoomFor({ 533, 800 }, area, { console }));
+        QVERIFY(!hasRoomFor({ 540, 800 }, area, { console }));
+        QVERIFY(!hasRoomFor({ 300, 300 }, area, { area }));
+    }
+
     void withoutAFreePlaceWindowsAreACascade()
     {
         const QRect area(0, 0, 1000, 800);
@@ -121,6 +131,21 @@ private Q_SLOTS:
             QVERIFY2(console.screen().contains(window->frameGeometry().topLeft()), id);
             QVERIFY2(!corners.contains(window->pos()), id);
             corners.append(window->pos());
+        }
+    }
+
+    void aNewPlotIsLargeEnoughToBeRead()
+    {
+        PlacementConsole console;
+        const QSize most = console.screen().size() * 3 / 5;
+        for (const char* const id : { "curves", "map" }) {
+            const QWidget* const window = console.desk.find(id);
+            QVERIFY(window);
+            const QFontMetrics metrics = window->fontMetrics();
+            const int slack = 2 * metrics.height(); // what frames take of the screen
+            QVERIFY2(window->height() >= std::min(32 * metrics.height(), most.height()) - slack, id);
+            QVERIFY2(window->width() >= std::min(110 * metrics.averageCharWidth(), most.width()) - slack, id);
+            QVERIFY2(console.screen().size().boundedTo(window->size()) == window->size(), id);
         }
     }
 

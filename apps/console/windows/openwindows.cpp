@@ -77,6 +77,17 @@ void handOverMaps(const QWidget& old, QWidget& fresh)
     }
 }
 
+/// The size of a new window with a plot: room for the tools and a readable plot, but at most three fifths of the screen
+/// in each direction. Other windows keep their own size.
+QSize comfortableSize(const QWidget& window, const QSize& screen)
+{
+    if (!plotOf(window))
+        return window.size();
+    const QFontMetrics metrics = window.fontMetrics();
+    const QSize wanted(110 * metrics.averageCharWidth(), 32 * metrics.height());
+    return window.size().expandedTo(wanted.boundedTo(screen * 3 / 5));
+}
+
 } // namespace
 
 QList<QRect> tileCells(int count, const QRect& area)
@@ -203,7 +214,9 @@ void OpenWindows::place(QWidget& window, const QString& id)
     const QRect area = screen->availableGeometry().marginsRemoved(frame);
     const QSize least = window.minimumSizeHint().expandedTo(window.minimumSize());
     const QRect stored = m_settings.value(settingsKey(id) + QLatin1String("/place")).toRect();
-    const QSize size = (stored.isValid() ? stored.size() : window.size()).expandedTo(least).boundedTo(area.size());
+    const QSize size = (stored.isValid() ? stored.size() : comfortableSize(window, area.size()))
+                           .expandedTo(least)
+                           .boundedTo(area.size());
     if (m_settings.value(settingsKey(id) + QLatin1String("/maximized")).toBool())
         window.setWindowState(Qt::WindowMaximized);
     if (!canPlaceWindows(QGuiApplication::platformName())) {
@@ -222,7 +235,11 @@ void OpenWindows::place(QWidget& window, const QString& id)
     const QList<QWidget*> others = onScreen();
     for (const QWidget* const other : others)
         occupied.append(other->frameGeometry());
-    const QRect cell = placeOfNewWindow(size.grownBy(frame), screen->availableGeometry(), occupied);
+    const QRect everything = screen->availableGeometry();
+    const QSize own = window.size().expandedTo(least).boundedTo(area.size()).grownBy(frame);
+    const QSize comfortable = size.grownBy(frame); // unless only the own size finds a free place
+    const bool isOwnOneFree = !hasRoomFor(comfortable, everything, occupied) && hasRoomFor(own, everything, occupied);
+    const QRect cell = placeOfNewWindow(isOwnOneFree ? own : comfortable, everything, occupied);
     window.setGeometry(cell.marginsRemoved(frame));
 }
 

@@ -68,10 +68,16 @@ QRect leastOverlap(const QSize& size, const QRect& area, const QList<QRect>& occ
     return best;
 }
 
+bool hasRoomFor(const QSize& size, const QRect& area, const QList<QRect>& occupied)
+{
+    const QRect best = leastOverlap(size, area, occupied);
+    return overlap(best, occupied) * tolerableShare <= areaOf(best);
+}
+
 QRect placeOfNewWindow(const QSize& size, const QRect& area, const QList<QRect>& occupied)
 {
     const QRect best = leastOverlap(size, area, occupied);
-    if (overlap(best, occupied) * tolerableShare <= areaOf(best))
+    if (hasRoomFor(size, area, occupied))
         return best;
     const int room = std::min(area.width() - best.width(), area.height() - best.height());
     const int steps = std::max(1, room / cascadeStep + 1);

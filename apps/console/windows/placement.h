@@ -11,6 +11,9 @@ namespace console {
 /// the leftmost. A size larger than the area is reduced to it.
 QRect leastOverlap(const QSize& size, const QRect& area, const QList<QRect>& occupied);
 
+/// True if a window of this size would cover at most a quarter of itself with others.
+bool hasRoomFor(const QSize& size, const QRect& area, const QList<QRect>& occupied);
+
 /// The position of a new window: a free area, or else the next of a cascade, so that no title bar of another window is
 /// completely covered.
 QRect placeOfNewWindow(const QSize& size, const QRect& area, const QList<QRect>& occupied);
