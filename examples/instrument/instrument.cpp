@@ -116,7 +116,7 @@ void Instrument::addSettings()
     addDockWidget(Qt::RightDockWidgetArea, dock);
 
     connect(send, &QPushButton::clicked, &m_settings, &SettingsModel::send);
-    connect(revert, &QPushButton::clicked, &m_settings, &SettingsModel::revert);
+    connect(revert, &QPushButton::clicked, &m_settings, &SettingsModel::discardChanges);
     connect(m_server.client("settings"), &tarnis::Client::connected, &m_settings, &SettingsModel::refresh);
     connect(&m_settings, &SettingsModel::failed, this, [this](const QString& reason) { log("Settings: " + reason); });
     const auto logRefusal = [this](const QString& name, const QString& reason) {

@@ -15,6 +15,7 @@ Client::~Client()
 {
     // A slot would be called with a partly destroyed client, and often owner. The requests still end.
     blockSignals(true);
+    d->isEnding = true;
     d->disconnectAs(tr("The client was closed."), true);
 }
 

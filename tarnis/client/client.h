@@ -16,21 +16,29 @@ namespace tarnis {
 /// `longest`, reduced by a random fraction of up to `jitter`, so that many clients do not reconnect at the same time.
 struct TARNIS_EXPORT ReconnectPolicy {
     bool enabled = true; ///< false: the state becomes Failed at once
-    std::chrono::milliseconds first { 250 }; ///< the wait after the first failure
-    std::chrono::milliseconds longest { 30000 }; ///< no wait exceeds it
+    std::chrono::milliseconds first { 250 }; ///< the wait after the first failure; 0: no wait
+    std::chrono::milliseconds longest { 30000 }; ///< the maximum wait; at most a year
     double factor = 2.0; ///< 1 or more
     double jitter = 0.25; ///< 0 to 1
-    int maxAttempts = 0; ///< failures in a row after which the state becomes Failed; 0: no limit
+    /// Consecutive failures after which the state becomes Failed; 0: no limit. A reply resets the count, and so does a
+    /// connection that lasted for `stableAfter`.
+    int maxAttempts = 0;
+    std::chrono::milliseconds stableAfter = std::chrono::seconds(10); ///< counted from the greeting; 0: any
+
+    /// The wait after a number of consecutive failures, at least 1. For hosts that repeat something else, such as the
+    /// start of a program. Thread-safe.
+    std::chrono::milliseconds delayAfter(int failures) const;
 };
 
 /// The command that is sent on an idle connection to find a server that no longer answers.
 struct TARNIS_EXPORT KeepAlive {
-    QString command = QStringLiteral("stat"); ///< a text command that changes nothing; its reply is dropped
+    QString command = QStringLiteral("stat"); ///< one line that changes nothing; its reply is dropped
     std::chrono::milliseconds interval = std::chrono::seconds(30); ///< idle time before it is sent; 0: never
     std::chrono::milliseconds silence = std::chrono::seconds(10); ///< the server must answer within this time
 };
 
-/// Everything about a connection but its address.
+/// Options of a connection, without its address. Here and in RequestOptions a time of 0 or less means no limit, unless
+/// stated otherwise, and so does a time beyond the range of the clock.
 struct TARNIS_EXPORT ClientOptions {
     QByteArray prompt = "> "; ///< the end of every reply; not empty
     std::chrono::milliseconds connectTimeout = std::chrono::seconds(10); ///< for the host lookup and the TCP connection
@@ -38,7 +46,7 @@ struct TARNIS_EXPORT ClientOptions {
                                                                           ///< greeting
     ReconnectPolicy reconnect = {}; ///< see there
     KeepAlive keepAlive = {}; ///< see there
-    int maxQueued = 100000; ///< maximum number of waiting requests; a further one fails at once
+    int maxQueued = 100000; ///< maximum number of waiting requests, at least 1; a further one fails at once
 };
 
 /// One connection to a server, on the event loop of the thread that the client lives in. It has no thread of its own,
@@ -49,11 +57,13 @@ struct TARNIS_EXPORT ClientOptions {
 ///     client->connectTo("localhost", 5000);
 ///     client->request("stat").then(this, [](const tarnis::Reply& reply) { qInfo() << reply.text(); });
 ///
-/// All functions must be called on the client's thread. The client may be deleted at any time, also by a slot connected
-/// to its signals, a continuation or a progress callback; its destructor ends every request and emits nothing.
-/// Continuations without a context object run on the client's thread. Nothing ends while that thread is blocked: do not
-/// call waitForFinished() or result() of a request there before it has ended. Cancelling the request's future cancels
-/// the request; cancelling what then() returned does not.
+/// All functions must be called on the client's thread. Between its construction and the first connectTo() it may be
+/// moved to another thread. It may be deleted at any time, also by a slot connected to its signals, a continuation or a
+/// progress callback; its destructor ends every request and emits nothing. Each of them may also run an event loop of
+/// its own, such as that of a message box: the client goes on meanwhile. Continuations without a context object run on
+/// the client's thread. Nothing ends while that thread is blocked: do not call waitForFinished() or result() of a
+/// request there before it has ended. Cancelling the request's future cancels the request; cancelling what then()
+/// returned does not.
 class TARNIS_EXPORT Client : public QObject {
     Q_OBJECT
     /// See State.
@@ -64,7 +74,7 @@ public:
     /// State of the connection. All transitions are possible.
     enum class State {
         Disconnected, ///< before connectTo(), after close() and abort(); requests fail at once
-        Connecting, ///< looking up the host, making the TCP connection; requests wait
+        Connecting, ///< looking up the host, making the TCP connection, see also Server::client(); requests wait
         Greeting, ///< connected, waiting for the first prompt; requests wait
         Ready, ///< no request under way
         Busy, ///< waiting for a reply
@@ -78,7 +88,8 @@ public:
     /// Ends every request as Cancelled. Sends "close" to the server first if no request is under way.
     ~Client() override;
 
-    /// Connects, after closing the current connection. An invalid host, port or prompt leads to the state Failed.
+    /// Connects, after closing the current connection. An invalid host, port, prompt or keep-alive command leads to the
+    /// state Failed.
     void connectTo(const QString& host, quint16 port);
     /// Starts the next attempt at once in the states Reconnecting and Failed; otherwise does nothing.
     void reconnectNow();
@@ -91,10 +102,14 @@ public:
     /// Ends the waiting requests as Cancelled. The request under way continues.
     void cancelAll();
 
-    /// Queues a command and returns a future that ends exactly once. A text that begins with "txfile" is an upload: a
-    /// header line, a line feed, the content. Rejected without being sent: an upload without line feed or with the byte
-    /// 04, another text with a line feed. An empty text is not sent either, its reply is empty. Characters outside
-    /// Latin-1 are sent as "?".
+    /// Queues a command and returns a future that ends exactly once. In the states Connecting, Greeting and
+    /// Reconnecting it waits for the connection, at most until its deadline. A request that fails at once has ended
+    /// when this function returns. A continuation that repeats a failed request must therefore wait first, to avoid
+    /// endless recursion.
+    ///
+    /// A text that begins with "txfile" is an upload: a header line, a line feed, the content. Rejected without being
+    /// sent: an upload without line feed or with the byte 04, another text with a line feed. An empty text is not sent
+    /// either, its reply is empty. Characters outside Latin-1 are sent as "?".
     ///
     /// The caller may cancel the future, which then ends without a result. A waiting request is not sent; the reply of
     /// one under way is read and dropped. With Qt 6.4, do not cancel a future that has ended: if it had a continuation,
@@ -106,7 +121,9 @@ public:
     QFuture<Reply> upload(const QString& name, const QByteArray& content, const RequestOptions& options = {});
 
     State state() const; ///< see State
-    QString reason() const; ///< why the connection was lost or could not be made, as a text for users; else empty
+    /// Why the connection was lost or could not be made, or why the Server that owns the client has failed, as a text
+    /// for users; else empty.
+    QString reason() const;
     QString host() const; ///< as given to connectTo()
     quint16 port() const; ///< as given to connectTo()
     /// True in Ready and Busy.
@@ -129,6 +146,7 @@ protected:
     void timerEvent(QTimerEvent* event) override; ///< all limits of the client
 
 private:
+    friend class Server; // its clients wait while its address is not known
     class TARNIS_NO_EXPORT Private;
     std::unique_ptr<Private> d;
 };

@@ -1,23 +1,14 @@
-// The client's state machine: connects, sends, expires and ends requests.
+// The client's state machine: connects, sends, reconnects and ends what is late.
 #include "tarnis/client/client_p.h"
 
 #include <QPointer>
-#include <QRandomGenerator>
-#include <QThread>
 
 #include <algorithm>
-#include <cmath>
+#include <utility>
 
 namespace tarnis {
 
 namespace {
-
-const QLatin1String refusalMark("NG:");
-
-// The client is not notified when a caller cancels a future. A watcher reports it, but costs as much as a request. So
-// only requests that wait longer than this get a watcher, and a long queue is scanned instead.
-constexpr std::chrono::milliseconds lookInterval(50);
-constexpr qsizetype maxWatched = 64;
 
 double secondsOf(std::chrono::milliseconds limit)
 {
@@ -25,47 +16,6 @@ double secondsOf(std::chrono::milliseconds limit)
 }
 
 } // namespace
-
-Reply endedAs(Reply::Outcome outcome, const QString& why)
-{
-    Reply reply;
-    reply.outcome = outcome;
-    reply.reason = why;
-    return reply;
-}
-
-QFuture<Reply> endedFuture(Reply reply)
-{
-    QPromise<Reply> promise;
-    promise.start();
-    promise.addResult(std::move(reply));
-    promise.finish();
-    return promise.future();
-}
-
-std::chrono::milliseconds reconnectDelay(const ReconnectPolicy& policy, int failures, double share)
-{
-    const auto first = static_cast<double>(std::max<qint64>(policy.first.count(), 0));
-    const auto longest = static_cast<double>(std::max<qint64>(policy.longest.count(), 0));
-    const double full = std::min(longest, first * std::pow(std::max(policy.factor, 1.0), std::max(failures, 1) - 1));
-    const double kept = 1.0 - std::clamp(policy.jitter, 0.0, 1.0) * std::clamp(share, 0.0, 1.0);
-    return std::chrono::milliseconds(std::llround(full * kept));
-}
-
-Reply replyOf(const QByteArray& data, const QString& binaryText)
-{
-    Reply reply;
-    reply.outcome = Reply::Outcome::Replied;
-    reply.data = data;
-    reply.binaryText = binaryText;
-    const bool isRefused =
-        binaryText.isNull() ? data.startsWith(refusalMark.data()) : binaryText.startsWith(refusalMark);
-    if (isRefused) {
-        reply.outcome = Reply::Outcome::Refused;
-        reply.reason = reply.text().mid(refusalMark.size()).trimmed();
-    }
-    return reply;
-}
 
 Client::Private::Private(Client& client, ClientOptions clientOptions)
     : q(client)
@@ -81,10 +31,15 @@ Client::Private::Private(Client& client, ClientOptions clientOptions)
     connect(&connection, &Connection::lost, &q, [this](const QString& why) { lose(why); });
 }
 
-QString Client::Private::addressProblem() const
+QString Client::Private::problem() const
 {
     if (options.prompt.isEmpty())
         return Client::tr("The prompt is empty. Without it the end of a reply cannot be recognised.");
+    // Two lines would bring two replies.
+    const QString& probe = options.keepAlive.command;
+    const bool isOneLine = !probe.trimmed().isEmpty() && !probe.contains(QLatin1Char('\n')) && !isUpload(probe);
+    if (options.keepAlive.interval > std::chrono::milliseconds(0) && !isOneLine)
+        return Client::tr("The keep-alive command must be one line of text.");
     if (host.trimmed().isEmpty())
         return Client::tr("The name of the server's host is empty.");
     return port == 0 ? Client::tr("The port must be from 1 to 65535.") : QString();
@@ -92,25 +47,53 @@ QString Client::Private::addressProblem() const
 
 void Client::Private::connectTo(const QString& newHost, quint16 newPort)
 {
-    const QPointer<Client> alive(&q);
-    disconnectAs(Client::tr("The client connects to another server."), true);
-    if (!alive)
+    if (isEnding)
         return;
+    const QPointer<Client> alive(&q);
+    const QString given = newHost; // it may be the client's own
+    disconnectAs(Client::tr("The client connects to another server."), true);
+    // A receiver may have connected to what it knew before.
+    if (alive && state != State::Disconnected)
+        disconnectAs(Client::tr("The client connects to another server."), true);
+    if (alive && state == State::Disconnected)
+        begin(given, newPort);
+}
+
+/// The first attempt at an address.
+void Client::Private::begin(const QString& newHost, quint16 newPort)
+{
     host = newHost;
     port = newPort;
     failures = 0;
-    if (const QString problem = addressProblem(); !problem.isEmpty()) {
-        state = State::Failed;
-        reason = problem;
-    } else {
-        startAttempt();
+    if (const QString why = problem(); !why.isEmpty()) {
+        leave(State::Failed, why, Reply::Outcome::Failed, why, false);
+        return;
     }
+    startAttempt();
     announce();
+}
+
+void Client::Private::awaitAddress(const QString& why)
+{
+    leave(State::Connecting, {}, Reply::Outcome::Cancelled, why, true);
+}
+
+void Client::Private::addressKnown(const QString& newHost, quint16 newPort)
+{
+    if (awaitsAddress)
+        begin(newHost, newPort);
+    else // closed or used by the host meanwhile
+        connectTo(newHost, newPort);
+}
+
+void Client::Private::giveUp(const QString& why)
+{
+    leave(State::Disconnected, why, Reply::Outcome::Failed, why, true);
 }
 
 void Client::Private::reconnectNow()
 {
-    const bool mayTry = state == State::Reconnecting || (state == State::Failed && addressProblem().isEmpty());
+    const bool mayTry = state == State::Reconnecting || (state == State::Failed && problem().isEmpty());
     if (!mayTry)
         return;
     startAttempt();
@@ -119,6 +102,7 @@ void Client::Private::reconnectNow()
 
 void Client::Private::startAttempt()
 {
+    awaitsAddress = false;
     state = State::Connecting;
     phaseDue = after(Clock::now(), options.connectTimeout);
     connection.open(host.trimmed(), port);
@@ -127,9 +111,16 @@ void Client::Private::startAttempt()
 
 void Client::Private::disconnectAs(const QString& why, bool politely)
 {
+    leave(State::Disconnected, {}, Reply::Outcome::Cancelled, why, politely);
+}
+
+/// Ends the connection and every request, for a state without a connection.
+void Client::Private::leave(
+    State newState, const QString& newReason, Reply::Outcome outcome, const QString& why, bool politely)
+{
     EndedRequests ended;
-    endUnderWay(ended, Reply::Outcome::Cancelled, why);
-    EndedRequests queued = endQueue(Reply::Outcome::Cancelled, why);
+    endUnderWay(ended, outcome, why);
+    EndedRequests queued = endQueue(outcome, why);
     std::ranges::move(queued, std::back_inserter(ended));
     underWay.reset();
     connection.close(politely);
@@ -137,8 +128,9 @@ void Client::Private::disconnectAs(const QString& why, bool politely)
     armed = never;
     phaseDue = never;
     lookDue = never;
-    state = State::Disconnected;
-    reason.clear();
+    state = newState;
+    awaitsAddress = newState == State::Connecting;
+    reason = newReason;
     greeting.clear();
     const QPointer<Client> alive(&q);
     finishAll(std::move(ended));
@@ -149,90 +141,6 @@ void Client::Private::disconnectAs(const QString& why, bool politely)
 void Client::Private::cancelAll()
 {
     finishAll(endQueue(Reply::Outcome::Cancelled, Client::tr("The request was cancelled before it was sent.")));
-}
-
-/// The result of a request that is not sent.
-std::optional<Reply> Client::Private::localReply(const QString& text) const
-{
-    if (QThread::currentThread() != q.thread())
-        return endedAs(Reply::Outcome::Failed, Client::tr("The request was made on another thread than the client's."));
-    if (text.isEmpty())
-        return replyOf({}, {});
-    if (isUpload(text)) {
-        // Sessions reject an upload in the same way.
-        const QByteArray refusal = uploadRefusal(text);
-        if (!refusal.isEmpty())
-            return replyOf(refusal + '\n', {});
-    } else if (text.contains(QLatin1Char('\n'))) {
-        return endedAs(
-            Reply::Outcome::Refused, Client::tr("The command holds a line feed. Send one command per request."));
-    }
-    if (state == State::Disconnected)
-        return endedAs(Reply::Outcome::Failed, Client::tr("The client is not connected to a server."));
-    if (state == State::Failed)
-        return endedAs(Reply::Outcome::Failed, reason);
-    if (queue.size() >= options.maxQueued)
-        return endedAs(Reply::Outcome::Failed, Client::tr("%1 requests wait already.").arg(queue.size()));
-    return std::nullopt;
-}
-
-QFuture<Reply> Client::Private::request(const QString& text, const RequestOptions& requestOptions)
-{
-    if (std::optional<Reply> reply = localReply(text))
-        return endedFuture(*std::move(reply));
-    Request request { .bytes = requestBytes(text),
-        .options = requestOptions,
-        .begin = Clock::now(),
-        .due = never,
-        .promise = QPromise<Reply>(),
-        .watcher = nullptr };
-    request.due = after(request.begin, requestOptions.deadline);
-    request.promise->start();
-    QFuture<Reply> future = request.promise->future();
-    const RequestKey key { -requestOptions.priority, nextNumber++ };
-    queue.insert(key, std::move(request));
-    if (lookDue == never)
-        lookDue = Clock::now() + lookInterval;
-    advance();
-    return future;
-}
-
-void Client::Private::lookForCancelled(Clock::time_point now)
-{
-    EndedRequests cancelled;
-    for (Request& request : queue.takeCancelled())
-        cancelled.emplace_back(request, Reply());
-    if (underWay && underWay->request.isCancelled())
-        cancelled.emplace_back(underWay->request, Reply());
-    if (queue.size() <= maxWatched) {
-        lookDue = never;
-        queue.forEach([this](RequestKey key, Request& request) { watch(request, key); });
-        if (underWay)
-            watch(underWay->request, underWay->key);
-    } else {
-        lookDue = now + lookInterval;
-    }
-    finishAll(std::move(cancelled));
-}
-
-void Client::Private::watch(Request& request, RequestKey key)
-{
-    if (request.watcher || !request.promise)
-        return;
-    request.watcher = std::make_unique<QFutureWatcher<Reply>>();
-    // Queued: the watcher is deleted with its request.
-    connect(
-        request.watcher.get(), &QFutureWatcherBase::canceled, &q, [this, key] { onCancelled(key); },
-        Qt::QueuedConnection);
-    request.watcher->setFuture(request.promise->future());
-}
-
-void Client::Private::onCancelled(RequestKey key)
-{
-    if (std::optional<Request> waiting = queue.take(key))
-        EndedRequest(*waiting, {}).finish();
-    else if (underWay && underWay->key == key)
-        EndedRequest(underWay->request, {}).finish();
 }
 
 void Client::Private::onOpened()
@@ -246,16 +154,18 @@ void Client::Private::onOpened()
 void Client::Private::onGreeted(const QByteArray& text)
 {
     phaseDue = never;
-    if (text.startsWith(refusalMark.data())) {
+    if (const Reply reply = replyOf(text, {}); !reply.isOk()) {
         connection.close(true);
-        lose(replyOf(text, {}).reason);
+        lose(reply.reason);
         return;
     }
     greeting = text;
     lastExchange = Clock::now();
+    upSince = lastExchange;
     state = State::Ready;
     reason.clear();
     arm();
+    advanceLater();
     const QPointer<Client> alive(&q);
     announce();
     if (alive)
@@ -264,14 +174,29 @@ void Client::Private::onGreeted(const QByteArray& text)
         advance();
 }
 
+/// Sends the next request also while a receiver runs a nested event loop, such as that of a message box. Queued, so
+/// that a receiver without one may first cancel what waits.
+void Client::Private::advanceLater()
+{
+    if (advancesLater || queue.isEmpty())
+        return;
+    advancesLater = true;
+    QMetaObject::invokeMethod(
+        &q,
+        [this] {
+            advancesLater = false;
+            advance();
+        },
+        Qt::QueuedConnection);
+}
+
 /// Sends the next request if there is one, and updates the state.
 void Client::Private::advance()
 {
     EndedRequests cancelled;
     if (!underWay && connection.phase() == Connection::Phase::Idle) {
         if (!queue.isEmpty() && connection.hasStrayBytes()) {
-            connection.close(false);
-            lose(Client::tr("The server sent bytes that no request asked for."));
+            loseForStrayBytes();
             return;
         }
         while (!queue.isEmpty() && !underWay) {
@@ -290,6 +215,13 @@ void Client::Private::advance()
         announce();
 }
 
+/// The next reply could not be told from them.
+void Client::Private::loseForStrayBytes()
+{
+    connection.close(false);
+    lose(Client::tr("The server sent bytes that no request asked for."));
+}
+
 void Client::Private::send(RequestKey key, Request request)
 {
     const auto form =
@@ -302,6 +234,10 @@ void Client::Private::send(RequestKey key, Request request)
 
 void Client::Private::sendKeepAlive()
 {
+    if (connection.hasStrayBytes()) {
+        loseForStrayBytes();
+        return;
+    }
     RequestOptions probe;
     probe.silence = options.keepAlive.silence;
     probe.maxSize = maxOwnReply;
@@ -322,9 +258,15 @@ void Client::Private::onReceived(qint64 size, qint64 expected, QByteArrayView pi
     underWay->lastByte = Clock::now();
     if (!underWay->request.promise || !underWay->request.options.progress)
         return;
+    qint64 received = size;
+    if (expected >= 0) { // what follows the payload is no progress
+        received = std::min(size, expected);
+        if (std::exchange(underWay->reported, received) == received)
+            return;
+    }
     // A copy: the callback may end the request that holds it.
     const auto progress = underWay->request.options.progress;
-    progress({ size, expected, piece });
+    progress({ received, expected, piece });
 }
 
 void Client::Private::onReplied(const QByteArray& data, const QString& binaryText)
@@ -333,6 +275,7 @@ void Client::Private::onReplied(const QByteArray& data, const QString& binaryTex
     underWay.reset();
     failures = 0;
     lastExchange = Clock::now();
+    advanceLater();
     const QPointer<Client> alive(&q);
     Reply reply = replyOf(data, binaryText);
     reply.announced = connection.announcedLength();
@@ -355,20 +298,23 @@ void Client::Private::endUnderWay(EndedRequests& ended, Reply::Outcome outcome, 
         ended.emplace_back(underWay->request, endedAs(outcome, why));
 }
 
-/// The connection is already closed.
-void Client::Private::lose(const QString& why)
+/// The connection is closed already. `outcome`: of the request under way.
+void Client::Private::lose(const QString& why, Reply::Outcome outcome)
 {
     const bool wasUp = state == State::Ready || state == State::Busy;
     EndedRequests ended;
-    endUnderWay(ended, Reply::Outcome::Failed, why);
+    endUnderWay(ended, outcome, why);
     underWay.reset();
     greeting.clear();
     reason = why;
-    ++failures;
     const ReconnectPolicy& policy = options.reconnect;
+    const bool isAlwaysStable = policy.stableAfter <= std::chrono::milliseconds(0);
+    if (wasUp && (isAlwaysStable || Clock::now() >= after(upSince, policy.stableAfter)))
+        failures = 0;
+    ++failures;
     if (policy.enabled && (policy.maxAttempts <= 0 || failures < policy.maxAttempts)) {
         state = State::Reconnecting;
-        phaseDue = Clock::now() + reconnectDelay(policy, failures, QRandomGenerator::global()->generateDouble());
+        phaseDue = Clock::now() + policy.delayAfter(failures);
     } else {
         state = State::Failed;
         phaseDue = never;
@@ -396,6 +342,7 @@ void Client::Private::onTimer()
             endedAs(Reply::Outcome::TimedOut,
                 Client::tr("The request was not sent within its deadline of %1 s.").arg(limit)));
     }
+    arm(); // a continuation may run an event loop of its own
     const QPointer<Client> alive(&q);
     finishAll(std::move(expired));
     if (alive && now >= lookDue)
@@ -422,11 +369,7 @@ bool Client::Private::expireUnderWay(Clock::time_point now)
     else
         return false;
     connection.close(false);
-    const QPointer<Client> alive(&q);
-    EndedRequest(underWay->request, endedAs(Reply::Outcome::TimedOut, why)).finish();
-    // A continuation may have connected again.
-    if (alive && underWay && connection.phase() == Connection::Phase::Closed)
-        lose(why);
+    lose(why, Reply::Outcome::TimedOut);
     return true;
 }
 

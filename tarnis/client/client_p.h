@@ -10,8 +10,7 @@
 
 namespace tarnis {
 
-/// The wait before the next attempt after `failures` (1 or more) consecutive failures. `share` is a random number from
-/// 0 to 1.
+/// ReconnectPolicy::delayAfter() with the random number, 0 to 1.
 std::chrono::milliseconds reconnectDelay(const ReconnectPolicy& policy, int failures, double share);
 
 /// The result of a request from the server's answer.
@@ -39,17 +38,28 @@ public:
     void onReceived(qint64 size, qint64 expected, QByteArrayView piece);
     void onReplied(const QByteArray& data, const QString& binaryText);
     void onCancelled(RequestKey key);
-    void lose(const QString& why);
+    void lose(const QString& why, Reply::Outcome outcome = Reply::Outcome::Failed);
+    // Those of a Server:
+    /// Ends every request as Cancelled. Further ones wait for addressKnown().
+    void awaitAddress(const QString& why);
+    /// Connects. What waits since awaitAddress() goes on.
+    void addressKnown(const QString& newHost, quint16 newPort);
+    /// Ends every request as Failed; the state becomes Disconnected.
+    void giveUp(const QString& why);
 
     // Steps
     std::optional<Reply> localReply(const QString& text) const;
-    QString addressProblem() const;
+    QString problem() const;
     void watch(Request& request, RequestKey key);
     void lookForCancelled(Clock::time_point now);
+    void leave(State newState, const QString& newReason, Reply::Outcome outcome, const QString& why, bool politely);
+    void begin(const QString& newHost, quint16 newPort);
     void startAttempt();
     void advance();
+    void advanceLater();
     void send(RequestKey key, Request request);
     void sendKeepAlive();
+    void loseForStrayBytes();
     bool expireUnderWay(Clock::time_point now);
     void expirePhase(Clock::time_point now);
     EndedRequests endQueue(Reply::Outcome outcome, const QString& why);
@@ -63,6 +73,7 @@ public:
         Request request;
         Clock::time_point lastByte; ///< or the time of sending
         bool isKeepAlive = false;
+        qint64 reported = 0; ///< bytes of a payload, to the progress callback
     };
 
     Client& q;
@@ -77,10 +88,14 @@ public:
     QString host;
     quint16 port = 0;
     QByteArray greeting;
-    int failures = 0; ///< consecutive, without a reply in between
-    Clock::time_point phaseDue = never; ///< deadline in Connecting, Greeting and Reconnecting
-    Clock::time_point lookDue = never; ///< next scan for cancelled requests
-    Clock::time_point lastExchange; ///< start of the keep-alive interval
+    bool isEnding = false; ///< in the destructor: a continuation does not connect again
+    bool awaitsAddress = false; ///< in Connecting, without a socket
+    bool advancesLater = false; ///< a call of advance() is in the event queue
+    int failures = 0; ///< in a row, without a reply or a stable connection in between
+    Clock::time_point upSince; ///< the last greeting
+    Clock::time_point phaseDue = never; ///< of Connecting, Greeting and Reconnecting
+    Clock::time_point lookDue = never; ///< when requests are looked through for cancelled ones
+    Clock::time_point lastExchange; ///< an idle connection's keep-alive counts from here
     QBasicTimer timer;
     Clock::time_point armed = never; ///< when the timer fires; it may be early, never late
     quint64 nextNumber = 0;

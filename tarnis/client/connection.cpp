@@ -54,6 +54,7 @@ void Connection::open(const QString& host, quint16 port)
     close(false);
     makeSocket();
     m_phase = Phase::Connecting;
+    m_isEnding = false;
     m_isText = true;
     m_maxSize = maxGreeting;
     m_frame.emplace(ReplyFrame::Form::Text, m_buffer);
@@ -75,6 +76,8 @@ void Connection::exchange(const QByteArray& request, ReplyFrame::Form form, qint
 {
     Q_ASSERT(m_phase == Phase::Idle);
     m_phase = Phase::Exchange;
+    ++m_exchangeNumber;
+    m_isEnding = false;
     m_isText = form == ReplyFrame::Form::Text;
     m_maxSize = maxSize;
     m_lengthField.clear();
@@ -111,6 +114,8 @@ void Connection::onReadyRead()
         onUnasked();
         return;
     }
+    if (m_isEnding)
+        return;
     for (qint64 turn = 0; turn < bytesPerTurn;) {
         if (m_frame->needsLength() && !readLength())
             return;
@@ -143,11 +148,13 @@ void Connection::onUnasked()
         fail(socketReason());
 }
 
-// False when the owner has closed or deleted the connection.
+// False when the owner has closed or deleted the connection, or has run an event loop in which the reply was read.
 bool Connection::reportProgress(qint64 taken, bool complete)
 {
     const QPointer<Connection> self(this);
     const quint64 number = m_socketNumber;
+    const quint64 exchangeNumber = m_exchangeNumber;
+    m_isEnding = complete;
     const QByteArray held = m_buffer; // keeps the piece valid if the receiver calls close()
     QByteArrayView piece;
     if (m_isText) {
@@ -155,7 +162,8 @@ bool Connection::reportProgress(qint64 taken, bool complete)
         piece.chop(complete ? std::min<qsizetype>(taken, m_prompt.size()) : 0);
     }
     Q_EMIT received(held.size(), m_isText ? -1 : std::max<qint64>(m_frame->length(), 0), piece);
-    return self && m_socket && number == m_socketNumber;
+    return self && m_socket && number == m_socketNumber && exchangeNumber == m_exchangeNumber
+        && m_phase == Phase::Exchange;
 }
 
 // False while the length is incomplete, out of bounds, or the connection has ended. Every byte must be read, because an

@@ -66,6 +66,8 @@ protected:
     std::optional<ReplyFrame> m_frame;
     bool m_isText = true;
     qint64 m_maxSize = 0;
+    quint64 m_exchangeNumber = 0; ///< a receiver's event loop may end one exchange and begin another
+    bool m_isEnding = false; ///< the whole reply is here, and its last progress is being reported
     QByteArray m_lengthField; ///< the received bytes of a binary reply's length
     qint32 m_announced = 0; ///< see announcedLength()
 };

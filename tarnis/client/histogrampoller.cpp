@@ -1,5 +1,7 @@
 #include "tarnis/client/histogrampoller.h"
 
+#include "tarnis/client/timerlimit_p.h"
+
 #include <QPointer>
 #include <QThreadPool>
 #include <QTimer>
@@ -88,7 +90,7 @@ HistogramPoller::Private::Private(HistogramPoller& poller, Client& pollerClient,
     , staleTimer(&poller)
 {
     mailbox->receiver = &poller;
-    options.interval = std::max(options.interval, milliseconds(1));
+    options.interval = std::clamp(options.interval, milliseconds(1), maxTimerRun);
     pollTimer.setSingleShot(true);
     connect(&pollTimer, &QTimer::timeout, &q, [this] { poll(); });
     connect(&staleTimer, &QTimer::timeout, &q, [this] { onStale(); });
@@ -217,7 +219,7 @@ void HistogramPoller::start()
     d->lastGood = Clock::now();
     d->lastFailure.clear();
     if (d->options.staleAfter > milliseconds(0))
-        d->staleTimer.start(d->options.staleAfter);
+        d->staleTimer.start(timerRun(d->options.staleAfter));
     // Not directly: a poll that fails at once would emit before the caller has connected to the signals.
     d->pollTimer.start(0);
 }
@@ -237,7 +239,7 @@ bool HistogramPoller::isRunning() const
 
 void HistogramPoller::setInterval(milliseconds interval)
 {
-    d->options.interval = std::max(interval, milliseconds(1));
+    d->options.interval = std::clamp(interval, milliseconds(1), maxTimerRun);
     if (d->pollTimer.isActive() && d->number > 0)
         d->pollLater();
 }

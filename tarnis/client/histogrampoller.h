@@ -15,10 +15,12 @@ namespace tarnis {
 
 /// How often a histogram is requested, and when it counts as stale.
 struct TARNIS_EXPORT PollOptions {
-    std::chrono::milliseconds interval = std::chrono::seconds(1); ///< from one request to the next
+    /// From one request to the next, 1 ms to 2^31 - 1 ms (24 days); the nearest of them for another value.
+    std::chrono::milliseconds interval = std::chrono::seconds(1);
     std::chrono::milliseconds deadline = std::chrono::seconds(10); ///< limit for one reply; see RequestOptions
     std::chrono::milliseconds silence = std::chrono::seconds(5); ///< see RequestOptions
-    std::chrono::milliseconds staleAfter = std::chrono::seconds(5); ///< age of the last histogram; 0: never stale
+    /// Age of the last histogram; 0: never stale. At most 2^31 - 1 ms, as which a longer one counts.
+    std::chrono::milliseconds staleAfter = std::chrono::seconds(5);
     qint64 maxSize = qint64(256) << 20; ///< bytes; see RequestOptions
     int priority = -1; ///< lower than that of commands typed by the user
 };
@@ -38,16 +40,17 @@ public:
     /// Drops the poll under way.
     ~HistogramPoller() override;
 
-    /// The running poller of this command and format on this client, shared by all callers, so that many viewers of one
-    /// histogram cost one poll. It ends when the last pointer is released. A shorter interval than the current one is
-    /// adopted; the other options are those of the first caller.
+    /// The running poller of this command and format on this client, which all callers share: many viewers of one
+    /// histogram cost one poll. It ends with the last pointer: a viewer that is done lets go of its pointer. stop()
+    /// ends the polls of all viewers, until the next call of shared() or start(). A shorter interval than the present
+    /// one is adopted, other options are those of the first caller.
     static std::shared_ptr<HistogramPoller> shared(
         Client& client, const QString& command, const HistogramFormat& format, const PollOptions& options = {});
 
     void start(); ///< polls at once if it was stopped
-    void stop(); ///< sends no further requests; a reply under way is dropped
+    void stop(); ///< requests no more, for none of those who share it; a reply under way is dropped, last() stays
     bool isRunning() const; ///< between start() and stop()
-    void setInterval(std::chrono::milliseconds interval); ///< takes effect with the next poll; at least 1 ms
+    void setInterval(std::chrono::milliseconds interval); ///< from the next poll on; see PollOptions
 
     QString command() const; ///< as given to the constructor
     std::chrono::milliseconds interval() const; ///< see PollOptions

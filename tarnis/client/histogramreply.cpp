@@ -36,6 +36,7 @@ private:
     bool checkPayload();
     bool parseRows();
     bool countRows(const std::optional<HistogramAxis>& axis, qsizetype& rows);
+    bool failWithoutAxis();
     bool parsePairs();
     bool parseMap();
     bool readCounts(qsizetype& x, qsizetype& y);
@@ -118,7 +119,7 @@ bool Parser::countRows(const std::optional<HistogramAxis>& axis, qsizetype& rows
     rows = m_format.rows;
     if (rows <= 0) {
         if (!axis)
-            return fail(Error::Text, m_reply.text.size(), tr("The axis \"(min max bins)\" is missing."));
+            return failWithoutAxis();
         rows = m_count / axis->bins;
         if (rows == 0)
             return fail(Error::Payload, m_payload.size(),
@@ -135,13 +136,21 @@ bool Parser::countRows(const std::optional<HistogramAxis>& axis, qsizetype& rows
         tr("%1 values are not %2 rows of %3 bins.").arg(m_count).arg(rows).arg(bins));
 }
 
+bool Parser::failWithoutAxis()
+{
+    if (exportedCounts(m_reply.text))
+        return fail(Error::Text, m_reply.text.indexOf(QLatin1String("exported")),
+            tr("The reply is a map, and a 1D histogram was expected."));
+    return fail(Error::Text, m_reply.text.size(), tr("The axis \"(min max bins)\" is missing."));
+}
+
 bool Parser::parsePairs()
 {
     std::optional<HistogramAxis> axis;
     if (!readAxis(axis))
         return false;
     if (!axis)
-        return fail(Error::Text, m_reply.text.size(), tr("The axis \"(min max bins)\" is missing."));
+        return failWithoutAxis();
     if (m_count % 2 != 0)
         return fail(Error::Payload, m_payload.size() - valueSize, tr("The last position has no value."));
     const PairAxis pairAxis { axis->min, axis->max, static_cast<int>(axis->bins) };
@@ -180,6 +189,9 @@ bool Parser::readCounts(qsizetype& x, qsizetype& y)
 {
     const std::optional<BinCounts> counts = exportedCounts(m_reply.text);
     const qsizetype position = std::max<qsizetype>(m_reply.text.indexOf(QLatin1String("exported")), 0);
+    std::optional<HistogramAxis> axis;
+    if (!counts && readAxis(axis) && axis)
+        return fail(Error::Text, position, tr("The reply is a 1D histogram with an axis, and a map was expected."));
     if (!counts)
         return fail(Error::Text, position, tr("The numbers of bins, \"exported X x Y y\", are missing."));
     x = counts->x;

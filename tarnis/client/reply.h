@@ -39,7 +39,7 @@ struct TARNIS_EXPORT Reply {
 
 /// How far a reply has arrived.
 struct TARNIS_EXPORT Progress {
-    qint64 received = 0; ///< bytes of the text or payload so far, possibly including the prompt
+    qint64 received = 0; ///< bytes of the payload so far; of a text reply possibly the prompt included
     qint64 expected = -1; ///< bytes of the payload as announced; -1 for a text reply
     QByteArrayView piece; ///< the new piece of a text reply, valid during the call; empty for a binary reply
 };
@@ -57,11 +57,13 @@ struct TARNIS_EXPORT RequestOptions {
     std::chrono::milliseconds deadline = std::chrono::seconds(60);
     /// The longest time without a byte from the server while waiting for this reply. 0: no limit.
     std::chrono::milliseconds silence = std::chrono::seconds(30);
-    /// Largest accepted reply in bytes. A larger one fails as soon as its size is known, and the client reconnects.
+    /// Largest accepted reply, bytes; of a binary one of its payload, and of the text behind it. A larger one fails as
+    /// soon as that is known, and the connection is made again.
     qint64 maxSize = qint64(256) << 20;
     /// Waiting requests are sent by descending priority, those of equal priority in order.
     int priority = 0;
-    /// Called on the client's thread for each piece that arrives. May call and delete the client.
+    /// Called on the client's thread for each piece of the text or payload that arrives. May call and delete the
+    /// client.
     std::function<void(const Progress&)> progress = {};
 };
 

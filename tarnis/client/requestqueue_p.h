@@ -25,12 +25,12 @@ inline constexpr qint64 maxOwnReply = qint64(1) << 20;
 using Clock = std::chrono::steady_clock;
 constexpr Clock::time_point never = Clock::time_point::max();
 
-/// The time `limit` after `from`; `never` for a limit of 0 or less.
+/// The moment `limit` after `from`; never for a limit of 0 or less, or beyond the range of the clock.
 Clock::time_point after(Clock::time_point from, std::chrono::milliseconds limit);
 
 /// Position of a request in the queue; smaller keys are sent first.
 struct RequestKey {
-    int rank = 0; ///< the negative of the priority
+    qint64 rank = 0; ///< the negative of the priority, which may be the smallest int
     quint64 number = 0; ///< ascending
 
     auto operator<=>(const RequestKey&) const = default;

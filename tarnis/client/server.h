@@ -20,11 +20,11 @@ namespace tarnis {
 struct TARNIS_EXPORT ServerOptions {
     ClientOptions client = {}; ///< options of every connection
     ServerProcessOptions process = {}; ///< options of a local server
-    /// From startLocal() or connectTo() to the greeting. The start of a local server has an additional limit of its
-    /// own.
+    /// From connectTo(), or from the announced port of a local server, to the greeting. 0 or less: no limit. Longer
+    /// times than 2^31 - 1 ms (24 days) count as that.
     std::chrono::milliseconds connectTimeout = std::chrono::seconds(30);
-    std::chrono::milliseconds statInterval =
-        std::chrono::seconds(3); ///< between two "stat"; 0: the run state is unknown
+    /// Between two "stat". 0 or less: none is sent, and the run state is unknown. At most 2^31 - 1 ms, as above.
+    std::chrono::milliseconds statInterval = std::chrono::seconds(3);
 };
 
 /// How a step of a server ended. Each step ends exactly once.
@@ -101,10 +101,17 @@ public:
     /// the latest after the grace time.
     QFuture<ServerStep> shutdown();
 
-    /// The connection with this name, created on first use and owned by the Server. It is connected whenever the server
-    /// is, to the new port after a restart; requests made without a connection end as Failed. A long command or binary
-    /// reply delays only requests on the same connection. The Server itself uses the connection "control" for its
-    /// state.
+    /// The connection with this name, created on first use and owned by the Server; do not delete it. It is connected
+    /// whenever the server is, to the new port after a restart.
+    ///
+    /// Each step first ends all requests as Cancelled. While the server is Starting, Connecting or Reconnecting,
+    /// further requests wait under their own deadlines. A client whose server is Starting, or waits for the end of the
+    /// previous program, is in the state Connecting. In the states Idle and Failed requests fail at once. Waiting
+    /// requests end as Cancelled with cancel() and shutdown(), and as Failed, with the server's reason, when the server
+    /// fails.
+    ///
+    /// A long command or binary reply delays only requests on the same connection. The Server itself uses the
+    /// connection "control" for its state.
     Client* client(const QString& name);
 
     State state() const; ///< see State

@@ -1,5 +1,6 @@
 #include "tarnis/client/serverprocess.h"
 
+#include "tarnis/client/timerlimit_p.h"
 #include "tarnis/server/localserver_p.h"
 #include "tarnis/server/serverexit_p.h"
 
@@ -89,10 +90,11 @@ void ServerProcess::Private::launch()
     const QFileInfo file(program);
     if (!options.workingDirectory.isEmpty())
         process->setWorkingDirectory(options.workingDirectory);
-    else if (isPath)
+    else if (isPath && file.dir().exists()) // otherwise the error would be about the folder
         process->setWorkingDirectory(file.absolutePath());
     state = State::Starting;
-    timer.start(options.startTimeout);
+    if (options.startTimeout > std::chrono::milliseconds(0))
+        timer.start(timerRun(options.startTimeout));
     process->start(isPath ? file.absoluteFilePath() : program, options.arguments);
 }
 
@@ -203,7 +205,8 @@ ServerProcess::~ServerProcess()
     QProcess* const process = std::exchange(d->process, nullptr);
     process->disconnect(this);
     askServerToExit(*process);
-    new ServerExit(process, static_cast<int>(d->options.exitGrace.count())); // deletes itself, with the process
+    // Deletes itself, with the process.
+    new ServerExit(process, static_cast<int>(timerRun(d->options.exitGrace).count()));
 }
 
 bool ServerProcess::start(const QString& program, const ServerProcessOptions& options)
@@ -222,7 +225,7 @@ void ServerProcess::stop()
         return;
     d->state = State::Stopping;
     askServerToExit(*d->process);
-    d->timer.start(d->options.exitGrace);
+    d->timer.start(timerRun(d->options.exitGrace));
 }
 
 void ServerProcess::kill()

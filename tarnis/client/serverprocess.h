@@ -18,13 +18,17 @@ struct TARNIS_EXPORT ServerProcessOptions {
     QStringList arguments; ///< arguments of the program
     /// Empty: the program's folder, or the current directory for a program of the search path.
     QString workingDirectory;
-    std::chrono::milliseconds startTimeout = std::chrono::seconds(30); ///< from the start to the line with the port
-    std::chrono::milliseconds exitGrace = std::chrono::seconds(30); ///< from the request to exit to the kill
+    /// From the start to the line with the port, 0 or less: no limit. Longer times than
+    /// 2^31 - 1 ms (24 days) count as that.
+    std::chrono::milliseconds startTimeout = std::chrono::seconds(30);
+    /// From the request to exit to the kill, 0 or less: the kill follows at once. At most 2^31 - 1 ms, as above.
+    std::chrono::milliseconds exitGrace = std::chrono::seconds(30);
 };
 
 /// One server program at a time. The program announces its port by a line "UI port: N" on standard output, which may
-/// arrive in pieces, and exits on "exit" or at the end of its standard input. Other output is dropped. All signals are
-/// emitted from the event loop, none from within start(), and the process object may be deleted in any of them.
+/// arrive in pieces, and exits on "exit" or at the end of its standard input. Other output is dropped. All functions
+/// must be called on the thread of this object. All signals are emitted from the event loop, none from within start(),
+/// and the process object may be deleted in any of them.
 class TARNIS_EXPORT ServerProcess : public QObject {
     Q_OBJECT
 public:

@@ -48,6 +48,13 @@ void LiveMap::clearData()
     m_plot->clearData();
 }
 
+QString LiveMap::unsuitability(const HistogramReply& histogram) const
+{
+    return histogram.kind == HistogramFormat::Kind::Map
+        ? QString()
+        : tr("The reply is a 1D histogram, and this widget shows maps. Choose the command of a map.");
+}
+
 void LiveMap::followWindow()
 {
     m_plot->onParentMoved();

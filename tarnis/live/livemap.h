@@ -8,7 +8,8 @@ class XY2DGraphWidget;
 
 namespace tarnis {
 
-/// A live map of a histogram. See LiveWidget.
+/// A live map of a histogram. The reply must be of HistogramFormat::Kind::Map, the default for commands "hist2d ...";
+/// for other commands see setFormat(). The reply of a 1D histogram leads to State::Failed. See LiveWidget.
 class TARNIS_EXPORT LiveMap : public LiveWidget {
     Q_OBJECT
     /// Whether the colours are logarithmic.
@@ -30,6 +31,7 @@ protected:
     void clearData() override;
     void followWindow() override;
     void raiseWindows() override;
+    QString unsuitability(const HistogramReply& histogram) const override;
 
 private:
     XY2DGraphWidget* m_plot;

@@ -1,5 +1,6 @@
 #include "tarnis/live/liveplot.h"
 
+#include "tarnis/client/histogramwire_p.h"
 #include "tarnis/plots/curvenames.h"
 #include "tarnis/plots/multivectorgraphwidget.h"
 #include "tarnis/plots/plotmapping.h"
@@ -101,6 +102,14 @@ void LivePlot::showData(const HistogramReply& histogram)
 void LivePlot::clearData()
 {
     m_plot->resizeData(0);
+}
+
+QString LivePlot::unsuitability(const HistogramReply& histogram) const
+{
+    // Where the host knows the number of rows, the values of a map fit rows, too.
+    const bool isMap = histogram.kind == HistogramFormat::Kind::Map || exportedCounts(histogram.text);
+    return isMap ? tr("The reply is a map, and this widget shows curves. Choose the command of a 1D histogram.")
+                 : QString();
 }
 
 void LivePlot::followWindow()

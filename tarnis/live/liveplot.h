@@ -13,7 +13,8 @@ namespace tarnis {
 
 class PlotLegend;
 
-/// A live plot of a histogram in rows or pairs, with one curve for each row. See LiveWidget.
+/// A live plot of a histogram in rows or pairs, with one curve for each row. The reply of a map leads to State::Failed.
+/// See LiveWidget.
 class TARNIS_EXPORT LivePlot : public LiveWidget {
     Q_OBJECT
     /// See setSeriesWord().
@@ -53,6 +54,7 @@ protected:
     void clearData() override;
     void followWindow() override;
     void raiseWindows() override;
+    QString unsuitability(const HistogramReply& histogram) const override;
 
 private:
     MultiVectorGraphWidget* m_plot;

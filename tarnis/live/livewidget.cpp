@@ -1,5 +1,6 @@
 #include "tarnis/live/livewidget.h"
 
+#include "tarnis/client/timerlimit_p.h"
 #include "tarnis/foundation/messagelabel_p.h"
 #include "tarnis/foundation/shorttext_p.h"
 #include "tarnis/plots/plotlayoutitem.h"
@@ -35,6 +36,7 @@ public:
     void follow();
     void unfollow();
     void onUpdated(const HistogramReply& histogram);
+    void setFailure(const QString& why);
     void renewStatus();
     State state() const;
     QString text() const;
@@ -92,10 +94,7 @@ void LiveWidget::Private::follow()
     poller = HistogramPoller::shared(*client, command, q.format(), options);
     connect(
         poller.get(), &HistogramPoller::updated, &q, [this](const HistogramReply& histogram) { onUpdated(histogram); });
-    connect(poller.get(), &HistogramPoller::failed, &q, [this](const QString& reason) {
-        failure = shortText(reason, maxReasonChars, maxReasonLines); // may come from the server, in any length
-        renewStatus();
-    });
+    connect(poller.get(), &HistogramPoller::failed, &q, [this](const QString& reason) { setFailure(reason); });
     connect(poller.get(), &HistogramPoller::stale, &q, [this] {
         isStale = true;
         renewStatus();
@@ -115,8 +114,18 @@ void LiveWidget::Private::unfollow()
     failure.clear();
 }
 
+void LiveWidget::Private::setFailure(const QString& why)
+{
+    failure = shortText(why, maxReasonChars, maxReasonLines); // which may be the server's, of any size
+    renewStatus();
+}
+
 void LiveWidget::Private::onUpdated(const HistogramReply& histogram)
 {
+    if (const QString why = q.unsuitability(histogram); !why.isEmpty()) {
+        setFailure(why);
+        return;
+    }
     last = histogram;
     lastTime = QDateTime::currentDateTime().addMSecs(-poller->age().count());
     isFresh = true;
@@ -254,8 +263,8 @@ HistogramFormat LiveWidget::format() const
 void LiveWidget::setOptions(const PollOptions& options)
 {
     d->options = options;
-    d->options.interval = std::max(options.interval, milliseconds(1));
-    d->options.staleAfter = std::max(options.staleAfter, milliseconds(0));
+    d->options.interval = std::clamp(options.interval, milliseconds(1), maxTimerRun);
+    d->options.staleAfter = timerRun(options.staleAfter);
     d->restart();
 }
 
@@ -384,6 +393,11 @@ HistogramReply LiveWidget::last() const
 XYGraphWidget* LiveWidget::frame() const
 {
     return d->plot;
+}
+
+QString LiveWidget::unsuitability(const HistogramReply& /*histogram*/) const
+{
+    return {};
 }
 
 bool LiveWidget::eventFilter(QObject* object, QEvent* event)

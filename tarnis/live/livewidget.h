@@ -56,7 +56,7 @@ public:
         Waiting, ///< no data since the widget was shown or its client and command were set
         Current, ///< the plot shows the last data
         Stale, ///< no data for staleAfter()
-        Failed, ///< the last poll returned no histogram; polling continues
+        Failed, ///< the last poll returned no histogram, or one that the widget cannot show; polling continues
     };
     Q_ENUM(State)
 
@@ -78,7 +78,7 @@ public:
     void setOptions(const PollOptions& options);
     PollOptions options() const;
     /// @}
-    /// Time from one poll to the next in ms, at least 1; default 1000. @{
+    /// Time from one poll to the next in ms, at least 1; default 1000. See PollOptions. @{
     void setInterval(int interval);
     int interval() const;
     /// @}
@@ -131,6 +131,9 @@ protected:
     virtual void followWindow() = 0;
     /// The window has become active: raises the plot's child windows.
     virtual void raiseWindows() = 0;
+    /// Why the widget cannot show a histogram, as a text for users; empty if it can, as here. It is then State::Failed,
+    /// and the plot keeps its data.
+    virtual QString unsuitability(const HistogramReply& histogram) const;
 
     bool eventFilter(QObject* object, QEvent* event) override; ///< filters the events of the window
     void showEvent(QShowEvent* event) override; ///< starts polling

@@ -1028,6 +1028,10 @@
         <source>No prompt from the server within %1 s.</source>
         <translation>Kein Prompt vom Server innerhalb von %1 s.</translation>
     </message>
+    <message>
+        <source>The keep-alive command must be one line of text.</source>
+        <translation>Der Befehl, der die Verbindung prüft, muss eine Textzeile sein.</translation>
+    </message>
 </context>
 <context>
     <name>tarnis::ColourLevels</name>
@@ -1855,6 +1859,14 @@ Gezeigt ist das Ergebnis von %2.</translation>
         <source>%1 rows are more than the accepted %2.</source>
         <translation>%1 Zeilen sind mehr als die zulässigen %2.</translation>
     </message>
+    <message>
+        <source>The reply is a map, and a 1D histogram was expected.</source>
+        <translation>Die Antwort ist eine Karte; erwartet wurde ein 1D-Histogramm.</translation>
+    </message>
+    <message>
+        <source>The reply is a 1D histogram with an axis, and a map was expected.</source>
+        <translation>Die Antwort ist ein 1D-Histogramm mit einer Achse; erwartet wurde eine Karte.</translation>
+    </message>
 </context>
 <context>
     <name>tarnis::LevelStrip</name>
@@ -1936,6 +1948,10 @@ Gezeigt ist das Ergebnis von %2.</translation>
         <source>Y</source>
         <translation>Y</translation>
     </message>
+    <message>
+        <source>The reply is a 1D histogram, and this widget shows maps. Choose the command of a map.</source>
+        <translation>Die Antwort ist ein 1D-Histogramm; dieses Fenster zeigt Karten. Wählen Sie den Befehl einer Karte.</translation>
+    </message>
 </context>
 <context>
     <name>tarnis::LivePlot</name>
@@ -1946,6 +1962,10 @@ Gezeigt ist das Ergebnis von %2.</translation>
     <message>
         <source>Counts</source>
         <translation>Ereignisse</translation>
+    </message>
+    <message>
+        <source>The reply is a map, and this widget shows curves. Choose the command of a 1D histogram.</source>
+        <translation>Die Antwort ist eine Karte; dieses Fenster zeigt Kurven. Wählen Sie den Befehl eines 1D-Histogramms.</translation>
     </message>
 </context>
 <context>

@@ -1,4 +1,5 @@
 // The asynchronous client: states, futures, limits, recovery.
+#include "support/replies.h"
 #include "support/scriptedserver.h"
 #include "support/wait.h"
 
@@ -19,15 +20,6 @@ using State = Client::State;
 
 namespace {
 
-/// Short waits, so that a reconnect takes no time.
-ClientOptions quick()
-{
-    ClientOptions options;
-    options.reconnect.first = 1ms;
-    options.reconnect.longest = 5ms;
-    return options;
-}
-
 ClientOptions once()
 {
     ClientOptions options;
@@ -42,23 +34,14 @@ RequestOptions binary()
     return options;
 }
 
-/// Runs the event loop until the future has ended.
-Reply endOf(const QFuture<Reply>& future)
-{
-    if (!eventually([&] { return future.isFinished(); }) || future.resultCount() != 1) {
-        QTest::qFail("the request has not ended with a result", __FILE__, __LINE__);
-        return {};
-    }
-    return future.result();
-}
-
 } // namespace
 
 class TestClient : public QObject {
     Q_OBJECT
 private:
     /// A client that is connected to the server.
-    static std::unique_ptr<Client> connectedTo(const ScriptedServer& server, const ClientOptions& options = quick())
+    static std::unique_ptr<Client> connectedTo(
+        const ScriptedServer& server, const ClientOptions& options = quickClient())
     {
         auto client = std::make_unique<Client>(options);
         client->connectTo(server.host(), server.port());
@@ -72,7 +55,7 @@ private Q_SLOTS:
     {
         ScriptedServer server;
         server.answer("stat", { Step::text("a: 1\n") });
-        Client client(quick());
+        Client client(quickClient());
         QList<State> states;
         connect(&client, &Client::stateChanged, this, [&](State state) { states.append(state); });
         QCOMPARE(client.state(), State::Disconnected);
@@ -194,7 +177,7 @@ private Q_SLOTS:
         };
         const Reply reply = endOf(client->request("hist", options));
         QVERIFY(reply.data == payload);
-        QVERIFY(last >= payload.size());
+        QCOMPARE(last, payload.size());
     }
 
     void reportsPiecesOfText()
@@ -299,7 +282,7 @@ private Q_SLOTS:
         ScriptedServer server;
         server.setScript(0, { Step::text("hello\n"), Step::expectLine("a"), Step::drop() });
         server.answer("b", { Step::text("yes") });
-        Client client(quick());
+        Client client(quickClient());
         QSignalSpy lost(&client, &Client::connectionLost);
         QSignalSpy up(&client, &Client::connected);
         client.connectTo(server.host(), server.port());
@@ -315,7 +298,7 @@ private Q_SLOTS:
 
     void stopsAfterTheMaximumNumberOfAttempts()
     {
-        ClientOptions options = quick();
+        ClientOptions options = quickClient();
         options.reconnect.maxAttempts = 3;
         ScriptedServer server({ Step::drop() });
         Client client(options);
@@ -416,7 +399,7 @@ private Q_SLOTS:
 
     void boundsTheQueue()
     {
-        ClientOptions options = quick();
+        ClientOptions options = quickClient();
         options.maxQueued = 3;
         ScriptedServer server({ Step::silence() });
         Client client(options);
@@ -482,7 +465,7 @@ private Q_SLOTS:
 
     void keepsAlive()
     {
-        ClientOptions options = quick();
+        ClientOptions options = quickClient();
         options.keepAlive.interval = 5ms;
         options.keepAlive.silence = 20ms;
         options.keepAlive.command = "ping";
@@ -537,7 +520,7 @@ private Q_SLOTS:
         server.answer("ok", { Step::text("fine") });
         server.answer("drop", { Step::raw("a"), Step::drop() });
         server.answer("silent", { Step::silence() });
-        auto* client = new Client(quick());
+        auto* client = new Client(quickClient());
         const auto end = [&](bool now) {
             if (now && client)
                 delete std::exchange(client, nullptr);

@@ -89,6 +89,8 @@ private:
     void request(int slot);
     void cancelSome();
     void onEnd(Record& record, const Reply& reply);
+    void check(Record& record, const Reply& reply);
+    void runEventLoop();
     void sweep();
     void note(const QString& what)
     {
@@ -102,6 +104,7 @@ private:
     std::array<std::unique_ptr<Client>, 3> m_clients;
     std::array<int, 3> m_numbers {};
     int m_nextNumber = 0;
+    int m_depth = 0; ///< of the event loops in receivers
     std::vector<std::shared_ptr<Record>> m_records;
     QMap<std::pair<int, int>, int> m_lastReplied; ///< client and priority to sequence
 };
@@ -149,6 +152,8 @@ void World::request(int slot)
     Client& client = *m_clients[std::size_t(slot)];
     if (chance(m_random, 0.02))
         options.progress = [&client](const Progress&) { client.abort(); };
+    else if (chance(m_random, 0.05))
+        options.progress = [this](const Progress&) { runEventLoop(); };
     record->future = client.request(record->text, options);
     record->future.then([this, record](const Reply& reply) { onEnd(*record, reply); });
     m_records.push_back(record);
@@ -160,6 +165,24 @@ void World::onEnd(Record& record, const Reply& reply)
 {
     ++record.ends;
     ++outcomes[reply.outcome];
+    check(record, reply);
+    if (chance(m_random, 0.05))
+        runEventLoop();
+}
+
+/// As the message box of a receiver does.
+void World::runEventLoop()
+{
+    constexpr int deepest = 3;
+    if (m_depth == deepest)
+        return;
+    ++m_depth;
+    QCoreApplication::processEvents();
+    --m_depth;
+}
+
+void World::check(Record& record, const Reply& reply)
+{
     if (reply.reason.isEmpty() != reply.isOk())
         note(QStringLiteral("%1 ended with the reason '%2'").arg(record.text, reply.reason));
     if (reply.outcome != Outcome::Replied && reply.outcome != Outcome::Refused)

@@ -1,4 +1,5 @@
 // Polling a histogram: results, failures, age, sharing.
+#include "support/replies.h"
 #include "support/scriptedserver.h"
 #include "support/wait.h"
 
@@ -7,6 +8,8 @@
 #include <QSignalSpy>
 #include <QTest>
 #include <QThreadPool>
+
+#include <limits>
 
 using namespace tarnis;
 using namespace tarnis::testing;
@@ -23,14 +26,6 @@ PollOptions fast()
     return options;
 }
 
-ClientOptions quick()
-{
-    ClientOptions options;
-    options.reconnect.first = 1ms;
-    options.reconnect.longest = 5ms;
-    return options;
-}
-
 } // namespace
 
 class TestHistogramPoller : public QObject {
@@ -42,7 +37,7 @@ private Q_SLOTS:
     {
         ScriptedServer server;
         server.answerInTurn("hist", { { Step::doubles({ 1, 2 }, axis) }, { Step::doubles({ 3, 4 }, axis) } });
-        Client client(quick());
+        Client client(quickClient());
         client.connectTo(server.host(), server.port());
         HistogramPoller poller(client, "hist", {}, fast());
         QVERIFY(!poller.isRunning());
@@ -64,7 +59,7 @@ private Q_SLOTS:
         server.answerInTurn("hist",
             { { Step::binary("", "NG:not yet\n") }, { Step::binary("", "NG:not yet\n") }, { Step::binary("123", axis) },
                 { Step::drop() }, { Step::doubles({ 3, 4 }, axis) } });
-        Client client(quick());
+        Client client(quickClient());
         client.connectTo(server.host(), server.port());
         HistogramPoller poller(client, "hist", {}, fast());
         QSignalSpy failed(&poller, &HistogramPoller::failed);
@@ -80,7 +75,7 @@ private Q_SLOTS:
     {
         ScriptedServer server;
         server.answerInTurn("hist", { { Step::doubles({ 1, 2 }, axis) }, { Step::silence() } });
-        Client client(quick());
+        Client client(quickClient());
         client.connectTo(server.host(), server.port());
         PollOptions options = fast();
         options.staleAfter = 10ms;
@@ -102,7 +97,7 @@ private Q_SLOTS:
     {
         ScriptedServer server;
         server.answer("hist", { Step::hold("gate"), Step::doubles({ 1, 2 }, axis) });
-        Client client(quick());
+        Client client(quickClient());
         client.connectTo(server.host(), server.port());
         PollOptions slow;
         slow.interval = 1h;
@@ -123,11 +118,57 @@ private Q_SLOTS:
         QVERIFY(HistogramPoller::shared(client, "hist", {}, slow)->last().rows.isEmpty());
     }
 
+    void stopEndsThePollsOfAllViewers()
+    {
+        ScriptedServer server;
+        server.answer("hist", { Step::doubles({ 1, 2 }, axis) });
+        Client client(quickClient());
+        client.connectTo(server.host(), server.port());
+        const auto first = HistogramPoller::shared(client, "hist", {}, fast());
+        QSignalSpy updated(first.get(), &HistogramPoller::updated);
+        QVERIFY(eventually([&] { return !updated.isEmpty(); }));
+        auto second = HistogramPoller::shared(client, "hist", {});
+        second.reset(); // the others go on
+        QVERIFY(first->isRunning());
+        second = HistogramPoller::shared(client, "hist", {});
+        first->stop();
+        QVERIFY(!second->isRunning());
+        QCOMPARE(second->last().rows.first(), QList<double>({ 1, 2 }));
+        const auto third = HistogramPoller::shared(client, "hist", {});
+        QVERIFY(second->isRunning());
+        updated.clear();
+        QVERIFY(eventually([&] { return !updated.isEmpty(); }));
+    }
+
+    void acceptsAnyTimes()
+    {
+        using std::chrono::milliseconds;
+        const milliseconds longest(std::numeric_limits<int>::max());
+        ScriptedServer server;
+        server.answer("hist", { Step::doubles({ 1, 2 }, axis) });
+        Client client(quickClient());
+        client.connectTo(server.host(), server.port());
+        for (const milliseconds time :
+            { milliseconds::min(), milliseconds(-1), milliseconds(qint64(1) << 31), milliseconds::max() }) {
+            PollOptions options;
+            options.interval = options.staleAfter = options.deadline = options.silence = time;
+            HistogramPoller poller(client, "hist", {}, options);
+            QCOMPARE(poller.interval(), time > 0ms ? longest : 1ms);
+            QSignalSpy updated(&poller, &HistogramPoller::updated);
+            QSignalSpy stale(&poller, &HistogramPoller::stale);
+            poller.start();
+            QVERIFY(eventually([&] { return !updated.isEmpty(); }));
+            poller.setInterval(time);
+            QCOMPARE(poller.interval(), time > 0ms ? longest : 1ms);
+            QVERIFY(stale.isEmpty());
+        }
+    }
+
     void outlivesItsClient()
     {
         ScriptedServer server;
         server.answer("hist", { Step::silence() });
-        auto client = std::make_unique<Client>(quick());
+        auto client = std::make_unique<Client>(quickClient());
         client->connectTo(server.host(), server.port());
         HistogramPoller poller(*client, "hist", {}, fast());
         QSignalSpy failed(&poller, &HistogramPoller::failed);
@@ -143,7 +184,7 @@ private Q_SLOTS:
         ScriptedServer server;
         const QList<double> many(1 << 16, 1.0);
         server.answer("hist", { Step::doubles(many, "OK: (0 2 65536)\n") });
-        Client client(quick());
+        Client client(quickClient());
         client.connectTo(server.host(), server.port());
         for (int i = 0; i < 20; ++i) {
             auto poller = std::make_unique<HistogramPoller>(client, "hist", HistogramFormat(), fast());

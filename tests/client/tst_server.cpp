@@ -1,5 +1,6 @@
 // A local or remote server with its clients: steps, losses, states.
 #include "support/fakeserver.h"
+#include "support/replies.h"
 #include "support/scriptedserver.h"
 #include "support/wait.h"
 
@@ -8,6 +9,7 @@
 #include <QTest>
 
 #include <memory>
+#include <utility>
 
 using namespace tarnis;
 using namespace tarnis::testing;
@@ -32,15 +34,6 @@ ServerStep endOf(const QFuture<ServerStep>& future)
 {
     if (!eventually([&] { return future.isFinished(); }) || future.resultCount() != 1) {
         QTest::qFail("the step has not ended with a result", __FILE__, __LINE__);
-        return {};
-    }
-    return future.result();
-}
-
-Reply endOf(const QFuture<Reply>& future)
-{
-    if (!eventually([&] { return future.isFinished(); }) || future.resultCount() != 1) {
-        QTest::qFail("the request has not ended with a result", __FILE__, __LINE__);
         return {};
     }
     return future.result();
@@ -205,6 +198,186 @@ private Q_SLOTS:
         QVERIFY(eventually([&] { return server.state() == State::Failed; }));
         QVERIFY2(server.reason().contains("crashed"), qPrintable(server.reason()));
         QCOMPARE(server.port(), 0);
+    }
+
+    // While a server starts, a host may already request what it wants of it.
+    void requestsWaitForTheStart_data()
+    {
+        QTest::addColumn<QString>("event");
+        QTest::addColumn<Reply::Outcome>("end");
+        QTest::newRow("it starts") << "starts" << Reply::Outcome::Replied;
+        QTest::newRow("it exits") << "exits" << Reply::Outcome::Failed;
+        QTest::newRow("nobody listens") << "nobody listens" << Reply::Outcome::Failed;
+        QTest::newRow("it is late") << "is late" << Reply::Outcome::TimedOut;
+        QTest::newRow("cancel") << "cancel" << Reply::Outcome::Cancelled;
+        QTest::newRow("shutdown") << "shutdown" << Reply::Outcome::Cancelled;
+        QTest::newRow("another server") << "another server" << Reply::Outcome::Cancelled;
+        QTest::newRow("started again") << "restart" << Reply::Outcome::Cancelled;
+        QTest::newRow("deleted") << "delete" << Reply::Outcome::Cancelled;
+    }
+    void requestsWaitForTheStart()
+    {
+        QFETCH(QString, event);
+        QFETCH(Reply::Outcome, end);
+        ScriptedServer socket;
+        socket.answerOthers(
+            [](const std::string& request) { return Script { Step::text(QByteArray::fromStdString(request)) }; });
+        const QString port = QStringLiteral("print UI port: %1\\n");
+        const QStringList script = event == "starts" ? FakeServer::wellBehaved(socket.port())
+            : event == "exits"                       ? QStringList("exit 3")
+            : event == "nobody listens"              ? QStringList({ port.arg(ScriptedServer::closedPort()), "linger" })
+                                                     : QStringList("linger");
+        const FakeServer program(script);
+        ServerOptions options = quick();
+        options.process.exitGrace = 30ms;
+        options.connectTimeout = event == "nobody listens" ? 300ms : 30s;
+        options.statInterval = 0ms;
+        auto server = std::make_unique<Server>(options);
+        Client* const early = server->client("early");
+        const auto step = server->startLocal(program.path());
+        QCOMPARE(early->state(), Client::State::Connecting);
+        RequestOptions request;
+        request.deadline = event == "is late" ? 20ms : 60s;
+        const QList<QFuture<Reply>> futures { early->request("a", request), early->request("b", request),
+            server->client("made while it starts")->request("c", request) };
+        QVERIFY(!futures.first().isFinished());
+        if (event == "cancel")
+            server->cancel();
+        else if (event == "shutdown")
+            server->shutdown();
+        else if (event == "another server")
+            server->connectTo(socket.host(), socket.port());
+        else if (event == "restart")
+            server->restart();
+        else if (event == "delete")
+            server.reset();
+        for (const QFuture<Reply>& future : futures)
+            QCOMPARE(endOf(future).outcome, end);
+        if (end == Reply::Outcome::Replied)
+            QCOMPARE(futures.at(1).result().text(), QStringLiteral("b"));
+        if (end != Reply::Outcome::Failed)
+            return;
+        // The reason is the server's, then and later.
+        QCOMPARE(futures.first().result().reason, endOf(step).reason);
+        QCOMPARE(early->state(), Client::State::Disconnected);
+        QCOMPARE(endOf(early->request("d")).reason, server->reason());
+        QCOMPARE(endOf(server->client("made later")->request("e")).reason, server->reason());
+    }
+
+    void requestsWaitForARestart()
+    {
+        ScriptedServer socket;
+        socket.answer("long", { Step::silence() });
+        const FakeServer program(FakeServer::wellBehaved(socket.port()));
+        Server server(quick());
+        QCOMPARE(endOf(server.startLocal(program.path())).outcome, Outcome::Done);
+        Client* const worker = server.client("worker");
+        const auto before = worker->request("long");
+        QVERIFY(socket.waitForRequest("long"));
+        server.restart();
+        const auto after = worker->request("next");
+        QCOMPARE(endOf(before).outcome, Reply::Outcome::Cancelled);
+        QCOMPARE(endOf(after).outcome, Reply::Outcome::Replied);
+    }
+
+    // A continuation of the first step's requests begins a second step: the second one is not undone by the first.
+    void aReceiverBeginsAnotherStep()
+    {
+        ScriptedServer first;
+        first.answerOthers([](const std::string&) { return Script { Step::silence() }; });
+        ScriptedServer second;
+        ServerOptions options = quick();
+        options.statInterval = 0ms;
+        Server server(options);
+        QCOMPARE(endOf(server.connectTo(first.host(), first.port())).outcome, Outcome::Done);
+        QList<Client*> clients;
+        QFuture<ServerStep> next;
+        bool isBegun = false;
+        for (const char* const name : { "a", "b", "c" }) {
+            clients.append(server.client(name));
+            QVERIFY(eventually([&] { return clients.last()->isConnected(); }));
+            clients.last()->request("long").then([&](const Reply&) {
+                if (!std::exchange(isBegun, true))
+                    next = server.connectTo(second.host(), second.port());
+            });
+        }
+        const auto down = server.shutdown();
+        QCOMPARE(endOf(down).outcome, Outcome::Cancelled);
+        QCOMPARE(endOf(next).outcome, Outcome::Done);
+        for (Client* const client : clients)
+            QCOMPARE(endOf(client->request("x")).outcome, Reply::Outcome::Replied);
+    }
+
+    void continuationsOfTheDestructorStartNothing()
+    {
+        ScriptedServer socket({ Step::silence() });
+        auto server = std::make_unique<Server>(quick());
+        QFuture<ServerStep> next;
+        server->connectTo(socket.host(), socket.port()).then([&, raw = server.get()](const ServerStep&) {
+            next = raw->restart();
+        });
+        QVERIFY(socket.waitForConnections(1));
+        server.reset();
+        QCOMPARE(endOf(next).outcome, Outcome::Cancelled);
+        QCOMPARE(socket.connectionCount(), 1);
+    }
+
+    void deletedInItsSignals_data()
+    {
+        QTest::addColumn<QString>("place");
+        for (const char* const place : { "Starting", "Connecting", "Connected", "Reconnecting", "Stopping", "Failed",
+                 "runState", "statistics", "request" })
+            QTest::newRow(place) << QString(place);
+    }
+    void deletedInItsSignals()
+    {
+        QFETCH(QString, place);
+        auto socket = std::make_unique<ScriptedServer>();
+        socket->answer("stat", { Step::text("OK:\nstate: RUNNING\n") });
+        const FakeServer program(FakeServer::wellBehaved(socket->port()));
+        ServerOptions options = quick();
+        options.client.reconnect.maxAttempts = 3;
+        auto* server = new Server(options);
+        const auto end = [&](const QString& here) {
+            if (here == place && server != nullptr)
+                delete std::exchange(server, nullptr);
+        };
+        connect(server, &Server::stateChanged, this, [&](State state) { end(QVariant::fromValue(state).toString()); });
+        connect(server, &Server::runStateChanged, this, [&] { end("runState"); });
+        connect(server, &Server::statisticsChanged, this, [&] { end("statistics"); });
+        const auto step = server->startLocal(program.path());
+        if (server != nullptr)
+            server->client("a")->request("b").then([&](const Reply&) { end("request"); });
+        QVERIFY(eventually([&] { return server == nullptr || server->state() == State::Connected; }));
+        if (server != nullptr && place == "Stopping")
+            server->shutdown();
+        if (place == "Reconnecting" || place == "Failed")
+            socket.reset();
+        QVERIFY(eventually([&] { return server == nullptr; }));
+        QVERIFY(step.isFinished());
+    }
+
+    void acceptsAnyTimes_data()
+    {
+        QTest::addColumn<std::chrono::milliseconds>("time");
+        QTest::newRow("beyond 32 bits") << std::chrono::milliseconds((qint64(1) << 31) + 5);
+        QTest::newRow("largest") << std::chrono::milliseconds::max();
+        QTest::newRow("none") << 0ms;
+        QTest::newRow("negative") << std::chrono::milliseconds::min();
+    }
+    void acceptsAnyTimes()
+    {
+        QFETCH(std::chrono::milliseconds, time);
+        ScriptedServer socket;
+        const FakeServer program(FakeServer::wellBehaved(socket.port()));
+        ServerOptions options = quick();
+        options.connectTimeout = time;
+        options.statInterval = time;
+        options.process.startTimeout = time;
+        Server server(options);
+        QCOMPARE(endOf(server.startLocal(program.path())).outcome, Outcome::Done);
+        QCOMPARE(endOf(server.client("a")->request("b")).outcome, Reply::Outcome::Replied);
+        QVERIFY(socket.requests().count("stat") <= 1); // the one at once, of a server with an interval
     }
 
     void cancelStopsAStart()

@@ -141,6 +141,7 @@ private Q_SLOTS:
         QCOMPARE(watched.events, QStringList("ended"));
         QCOMPARE(watched.ends.first(), End::NotStarted);
         QVERIFY(watched.reason.contains("/nowhere/server"));
+        QVERIFY2(!watched.reason.contains("chdir"), qPrintable(watched.reason));
     }
 
     void killsAServerThatStays()
@@ -154,6 +155,33 @@ private Q_SLOTS:
         watched.process->stop();
         QVERIFY(watched.waitForEnd());
         QCOMPARE(watched.ends, QList<End>({ End::Stopped }));
+    }
+
+    void acceptsAnyTimes_data()
+    {
+        QTest::addColumn<std::chrono::milliseconds>("time");
+        QTest::newRow("none") << 0ms;
+        QTest::newRow("negative") << std::chrono::milliseconds::min();
+        QTest::newRow("beyond 32 bits") << std::chrono::milliseconds((qint64(1) << 31) + 5);
+        QTest::newRow("largest") << std::chrono::milliseconds::max();
+    }
+    void acceptsAnyTimes()
+    {
+        QFETCH(std::chrono::milliseconds, time);
+        const FakeServer server(FakeServer::wellBehaved(5000));
+        const FakeServer stubborn({ "print UI port: 5001\\n", "linger" });
+        Watched watched;
+        ServerProcessOptions options;
+        options.startTimeout = time;
+        options.exitGrace = time;
+        const bool isKilled = time <= 0ms; // no time to exit
+        watched.process->start(isKilled ? stubborn.path() : server.path(), options);
+        QVERIFY(watched.waitForPort());
+        watched.process->stop();
+        QVERIFY(watched.waitForEnd());
+        QCOMPARE(watched.ends, QList<End>({ End::Stopped }));
+        if (!isKilled)
+            QVERIFY(server.hasNoted("end"));
     }
 
     void deletedInItsSignals_data()

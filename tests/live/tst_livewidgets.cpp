@@ -1,4 +1,5 @@
 // Live widgets with a scripted server: data, states, the status line, shared polls.
+#include "support/replies.h"
 #include "support/scriptedserver.h"
 #include "support/wait.h"
 
@@ -26,24 +27,17 @@ using namespace tarnis;
 using namespace tarnis::testing;
 using namespace std::chrono_literals;
 
+using std::chrono::milliseconds;
 using State = LiveWidget::State;
 
 namespace {
 
 const QByteArray axis("OK: (0 8 2)\n");
 
-ClientOptions quick()
-{
-    ClientOptions options;
-    options.reconnect.first = 1ms;
-    options.reconnect.longest = 5ms;
-    return options;
-}
-
 /// A server and a client that is connected to it.
 struct Connection {
     explicit Connection()
-        : client(std::make_unique<Client>(quick()))
+        : client(std::make_unique<Client>(quickClient()))
     {
         client->connectTo(server.host(), server.port());
     }
@@ -156,6 +150,77 @@ private Q_SLOTS:
         QVERIFY(line(widget).startsWith("Paused. The plot shows the data of "));
         widget.setPaused(false);
         QCOMPARE(widget.state(), State::Waiting);
+    }
+
+    void reportsAMapInPlaceOfACurve_data()
+    {
+        QTest::addColumn<int>("kind");
+        QTest::addColumn<int>("rows");
+        QTest::newRow("read as a map") << int(HistogramFormat::Kind::Map) << 0;
+        QTest::newRow("read as rows that fit") << int(HistogramFormat::Kind::Rows) << 2;
+        QTest::newRow("read as rows") << int(HistogramFormat::Kind::Rows) << 0;
+        QTest::newRow("read as pairs") << int(HistogramFormat::Kind::Pairs) << 0;
+    }
+    void reportsAMapInPlaceOfACurve()
+    {
+        QFETCH(int, kind);
+        QFETCH(int, rows);
+        Connection connection;
+        connection.server.answerInTurn("hist",
+            { { Step::doubles({ 1, 2, 3, 4 }, "OK: exported 2 x 2 y\n") },
+                { Step::doubles({ 1, 2, 3, 4 }, "OK: exported 2 x 2 y\n") }, { Step::doubles({ 1, 2 }, axis) } });
+        LivePlot widget;
+        HistogramFormat format;
+        format.kind = HistogramFormat::Kind(kind);
+        format.rows = rows;
+        widget.setFormat(format);
+        follow(widget, connection);
+        QVERIFY(eventually([&] { return widget.state() == State::Failed; }));
+        QVERIFY2(line(widget).contains("The reply is a map, and"), qPrintable(line(widget)));
+        QVERIFY(widget.last().rows.isEmpty());
+        widget.setFormat({}); // the polls have gone on
+        QVERIFY(eventually([&] { return widget.state() == State::Current; }));
+    }
+
+    void reportsACurveInPlaceOfAMap_data()
+    {
+        QTest::addColumn<int>("kind");
+        QTest::newRow("read as a map") << int(HistogramFormat::Kind::Map);
+        QTest::newRow("read as rows") << int(HistogramFormat::Kind::Rows);
+        QTest::newRow("read as pairs") << int(HistogramFormat::Kind::Pairs);
+    }
+    void reportsACurveInPlaceOfAMap()
+    {
+        QFETCH(int, kind);
+        Connection connection;
+        connection.server.answer("hist", { Step::doubles({ 1, 2 }, axis) });
+        connection.server.answer("map", { Step::doubles({ 1, 2 }, "OK: exported 2 x 1 y\n") });
+        LiveMap widget;
+        HistogramFormat format;
+        format.kind = HistogramFormat::Kind(kind);
+        widget.setFormat(format);
+        follow(widget, connection);
+        QVERIFY(eventually([&] { return widget.state() == State::Failed; }));
+        QVERIFY2(line(widget).contains("The reply is a 1D histogram"), qPrintable(line(widget)));
+        QVERIFY(widget.last().rows.isEmpty());
+        format.kind = HistogramFormat::Kind::Map;
+        widget.setFormat(format);
+        widget.setCommand("map");
+        QVERIFY(eventually([&] { return widget.state() == State::Current; }));
+    }
+
+    void boundsTimes()
+    {
+        LivePlot widget;
+        PollOptions options;
+        options.interval = options.staleAfter = milliseconds::max();
+        widget.setOptions(options);
+        QCOMPARE(widget.interval(), std::numeric_limits<int>::max());
+        QCOMPARE(widget.staleAfter(), std::numeric_limits<int>::max());
+        options.interval = options.staleAfter = milliseconds::min();
+        widget.setOptions(options);
+        QCOMPARE(widget.interval(), 1);
+        QCOMPARE(widget.staleAfter(), 0);
     }
 
     void reportsThatTheServerIsLate()

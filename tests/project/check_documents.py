@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""The documents' code is the code that is compiled, their tables name files that exist, their links lead somewhere, and
-every folder with sources has a README.
+"""The documents' code is the code that is compiled, their tables name files that exist, their links lead somewhere, every
+folder with sources has a README, and docs/api.md names every exported class.
 
 usage: check_documents.py ROOT
        check_documents.py ROOT --write DOCUMENT FOLDER   writes the files that the document shows into the folder
@@ -17,6 +17,7 @@ TYPED = re.compile(r"<!-- typed by (\S+) -->\n```sh\n(.*?)```", re.DOTALL)
 NAMED = re.compile(r"`((?:docs|apps|examples|script|tests|tarnis|cmake|benchmarks|fuzz)/[\w./-]+)`")
 LINK = re.compile(r"!?\[[^\]]*\]\(([^)#:]+)\)")
 SCRIPT = re.compile(r"(?<!\S)(script/\w+)")
+EXPORTED = re.compile(r"^class TARNIS_\w*EXPORT (\w+)", re.MULTILINE)
 OPTION = re.compile(r"-D(TARNIS_\w+)")
 ROOMS = ("apps", "benchmarks", "fuzz", "tarnis", "tests")
 SOURCES = {".c", ".cpp", ".h", ".py"}
@@ -57,8 +58,26 @@ def rooms(root):
             yield f"{folder.relative_to(root)}: no README.md"
 
 
+def reference(root):
+    """Faults of the first page of the reference: it names every exported class of each folder with public headers, and
+    nothing that the headers of the folder do not hold."""
+    rows = dict(re.findall(r"^\| `tarnis/(\w+)` \| (.*) \|$", (root / "docs/api.md").read_text(encoding="utf-8"), re.MULTILINE))
+    for folder in sorted(path.parent for path in (root / "tarnis").glob("*/CMakeLists.txt")):
+        headers = [path for path in folder.rglob("*.h") if not path.name.endswith("_p.h")]
+        text = "".join(path.read_text(encoding="utf-8") for path in headers)
+        if "EXPORT" not in text:
+            continue
+        named = set(re.findall(r"`(?:tarnis::)?(\w+)`", rows.get(folder.name, "")))
+        for name in sorted(set(EXPORTED.findall(text)) - named):
+            yield f"docs/api.md: no `{name}` of tarnis/{folder.name}"
+        for name in sorted(named):
+            if not re.search(rf"\b{name}\b", text):
+                yield f"docs/api.md: the headers of tarnis/{folder.name} hold no `{name}`"
+
+
 def faults(root):
     yield from rooms(root)
+    yield from reference(root)
     readmes = [path for room in ROOMS for path in sorted((root / room).rglob("README.md"))]
     for path in [*root.glob("*.md"), *root.glob("docs/*.md"), *readmes]:
         text = path.read_text(encoding="utf-8")

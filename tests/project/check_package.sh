@@ -36,7 +36,7 @@ documents=$source/tests/project/check_documents.py
 python3 "$documents" "$source" --write docs/host.md "$work/stranger/myhost"
 python3 "$documents" "$source" --typed docs/host.md tests/project/check_package.sh >"$work/typed.sh"
 (cd "$work/stranger" && quietly bash -eu "$work/typed.sh")
-for step in a_request b_histogram c_settings d_window 1_connect 2_commands 3_live1d 4_windows 5_restart; do
+for step in a_request b_histogram c_settings d_window e_options f_process 1_connect 2_commands 3_live1d 4_windows 5_restart; do
   [ -x "$work/stranger/myhost/build/host_$step" ] || { echo "docs/host.md builds no host_$step"; exit 1; }
 done
 
