@@ -215,7 +215,7 @@ void Client::Private::advance()
         announce();
 }
 
-/// The next reply could not be told from them.
+/// The next reply could not be distinguished from them.
 void Client::Private::loseForStrayBytes()
 {
     connection.close(false);

@@ -42,7 +42,7 @@ public:
     // Those of a Server:
     /// Ends every request as Cancelled. Further ones wait for addressKnown().
     void awaitAddress(const QString& why);
-    /// Connects. What waits since awaitAddress() goes on.
+    /// Connects, and keeps the requests that wait since awaitAddress().
     void addressKnown(const QString& newHost, quint16 newPort);
     /// Ends every request as Failed; the state becomes Disconnected.
     void giveUp(const QString& why);

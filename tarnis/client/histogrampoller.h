@@ -19,7 +19,7 @@ struct TARNIS_EXPORT PollOptions {
     std::chrono::milliseconds interval = std::chrono::seconds(1);
     std::chrono::milliseconds deadline = std::chrono::seconds(10); ///< limit for one reply; see RequestOptions
     std::chrono::milliseconds silence = std::chrono::seconds(5); ///< see RequestOptions
-    /// Age of the last histogram; 0: never stale. At most 2^31 - 1 ms, as which a longer one counts.
+    /// Age of the last histogram; 0: never stale. Times beyond 2^31 - 1 ms count as that.
     std::chrono::milliseconds staleAfter = std::chrono::seconds(5);
     qint64 maxSize = qint64(256) << 20; ///< bytes; see RequestOptions
     int priority = -1; ///< lower than that of commands typed by the user
