@@ -7,14 +7,22 @@
 //   cross        a move of the pointer under a cross: the data are not
 //   idle         a repaint with the tools attached and the pointer elsewhere; its ratio is their cost
 //   plain        the oracle
+//
+// The entries with one tool more have it over all curves, or over the whole map. "wheel/none" is the ratio to the wheel
+// without that tool. "drag" is a move of one end of a ruler over all curves, or of a profile line.
 #include "measure.h"
 
 #include <tarnis/plots/multivectorgraphwidget.h>
 #include <tarnis/plots/plotmapping.h>
 #include <tarnis/plots/xy2dgraphwidget.h>
+#include <tarnis/tools/binaggregation.h>
+#include <tarnis/tools/errorbars.h>
 #include <tarnis/tools/plotcrosshair.h>
+#include <tarnis/tools/plotlegend.h>
 #include <tarnis/tools/plotnavigator.h>
+#include <tarnis/tools/plotruler.h>
 #include <tarnis/tools/plotstyle.h>
+#include <tarnis/tools/referencecurves.h>
 
 #include <QApplication>
 #include <QMouseEvent>
@@ -112,6 +120,17 @@ public:
             QEvent::MouseMove, to, m_plot->mapToGlobal(to), Qt::NoButton, Qt::MiddleButton, Qt::NoModifier);
         return timed(event);
     }
+    XYGraphWidget& plot() { return *m_plot; }
+    double drag(tarnis::PlotRuler& ruler, int round)
+    {
+        const tarnis::PlotMapping mapping = tarnis::PlotMapping::of(*m_plot);
+        const QPointF from = mapping.valueAt(mapping.plotRect().topLeft() + QPointF(3.0, 3.0));
+        const QPointF to = mapping.valueAt(mapping.plotRect().bottomRight() - QPointF(3.0 + round % 40, 3.0));
+        return millisecondsOf([&] {
+            ruler.setEnds(from, to);
+            QCoreApplication::processEvents();
+        });
+    }
     void press() { button(QEvent::MouseButtonPress, Qt::MiddleButton); }
     void release() { button(QEvent::MouseButtonRelease, Qt::NoButton); }
     double move(int round)
@@ -182,6 +201,87 @@ void run(benchmark::State& state, std::unique_ptr<XYGraphWidget> (*make)(), bool
     state.counters["idle/plain"] = median(idle) / median(plain);
 }
 
+using Attach = void (*)(XYGraphWidget&);
+
+void errorBars(XYGraphWidget& plot)
+{
+    (new tarnis::ErrorBars(&plot))->setOn(true);
+}
+
+void references(XYGraphWidget& plot)
+{
+    (new tarnis::ReferenceCurves(&plot))->freeze();
+}
+
+/// The live curves have other counts than the reference.
+void difference(XYGraphWidget& plot)
+{
+    auto* const references = new tarnis::ReferenceCurves(&plot);
+    references->freeze();
+    references->setView(tarnis::ReferenceCurves::View::Difference);
+    if (auto* const live = qobject_cast<MultiVectorGraphWidget*>(&plot))
+        live->setData(0, QList<double>(sampleCount, 300.0), 300.0);
+}
+
+void significance(XYGraphWidget& plot)
+{
+    difference(plot);
+    plot.findChild<tarnis::ReferenceCurves*>()->setView(tarnis::ReferenceCurves::View::Significance);
+}
+
+void legend(XYGraphWidget& plot)
+{
+    new tarnis::PlotLegend(&plot);
+}
+
+void envelope(XYGraphWidget& plot)
+{
+    (new tarnis::BinAggregation(&plot))->setMethod(tarnis::BinAggregation::Method::Mean);
+}
+
+/// The wheel with one tool more.
+void runTool(benchmark::State& state, std::unique_ptr<XYGraphWidget> (*make)(), bool hasStyle, Attach attach)
+{
+    Hand with(make(), true, hasStyle);
+    Hand without(make(), true, hasStyle);
+    attach(with.plot());
+    settle(with.plot());
+    std::vector<double> wheel;
+    std::vector<double> none;
+    std::vector<double> cross;
+    int round = 0;
+    for (auto _ : state) {
+        wheel.push_back(with.wheel(round));
+        none.push_back(without.wheel(round));
+        with.move(round);
+        cross.push_back(with.move(round + 1));
+        with.leave();
+        ++round;
+    }
+    state.counters["wheel"] = median(wheel);
+    state.counters["none"] = median(none);
+    state.counters["wheel/none"] = median(wheel) / median(none);
+    state.counters["cross"] = median(cross);
+}
+
+/// An end of a ruler, against a move of the cross.
+void runRuler(benchmark::State& state, std::unique_ptr<XYGraphWidget> (*make)())
+{
+    Hand hand(make(), true, false);
+    auto* const ruler = new tarnis::PlotRuler(&hand.plot());
+    hand.drag(*ruler, 0); // adds up the blocks
+    std::vector<double> drag;
+    std::vector<double> idle;
+    int round = 1;
+    for (auto _ : state) {
+        drag.push_back(hand.drag(*ruler, round++));
+        idle.push_back(hand.repaint());
+    }
+    state.counters["drag"] = median(drag);
+    state.counters["idle"] = median(idle);
+    state.counters["drag/idle"] = median(drag) / median(idle);
+}
+
 } // namespace
 
 int main(int argc, char** argv)
@@ -195,5 +295,16 @@ int main(int argc, char** argv)
              RegisterBenchmark("map 1024/classic", run, map, false),
              RegisterBenchmark("map 1024/style", run, map, true) })
         entry->Iterations(60)->Unit(benchmark::kMillisecond);
+    for (auto* entry : { RegisterBenchmark("8 x 100k + error bars/classic", runTool, curves, false, errorBars),
+             RegisterBenchmark("8 x 100k + error bars/style", runTool, curves, true, errorBars),
+             RegisterBenchmark("8 x 100k + references/classic", runTool, curves, false, references),
+             RegisterBenchmark("8 x 100k + references/style", runTool, curves, true, references),
+             RegisterBenchmark("8 x 100k + difference/classic", runTool, curves, false, difference),
+             RegisterBenchmark("8 x 100k + significance/classic", runTool, curves, false, significance),
+             RegisterBenchmark("8 x 100k + envelope/classic", runTool, curves, false, envelope),
+             RegisterBenchmark("8 x 100k + legend/classic", runTool, curves, false, legend),
+             RegisterBenchmark("8 x 100k + ruler", runRuler, curves),
+             RegisterBenchmark("map 1024 + ruler", runRuler, map) })
+        entry->Iterations(40)->Unit(benchmark::kMillisecond);
     return runBenchmarks(argc, argv);
 }

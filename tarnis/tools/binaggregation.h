@@ -13,6 +13,7 @@ QT_END_NAMESPACE
 namespace tarnis {
 
 class OverlayCache;
+struct ColumnRun;
 struct ShownCurve;
 
 /// Determines what a plot shows where several bins share a pixel. Without the tool, a map paints the first non-zero
@@ -64,7 +65,8 @@ private:
     TARNIS_NO_EXPORT void makeActions();
     TARNIS_NO_EXPORT void fillMenu();
     TARNIS_NO_EXPORT bool isShown() const;
-    TARNIS_NO_EXPORT void paintEnvelope(QPainter& painter, const PlotMapping& mapping, const ShownCurve& curve) const;
+    TARNIS_NO_EXPORT void paintEnvelope(
+        QPainter& painter, const PlotMapping& mapping, const ShownCurve& curve, const QList<ColumnRun>& runs) const;
 
     Method m_method = Method::None;
     std::unique_ptr<OverlayCache> m_cache;

@@ -11,6 +11,8 @@
 namespace tarnis {
 
 class OverlayCache;
+struct BinsInView;
+struct ColumnRun;
 struct ShownCurve;
 
 /// Error bars on every visible curve whose values are counts (non-negative integers). The bar of a sum is that of the
@@ -51,13 +53,18 @@ Q_SIGNALS:
     void onChanged(bool on); ///< see isOn()
 
 protected:
-    bool handleEvent(QEvent* event) override;
+    bool handleKey(const QKeyEvent& event) override;
     void plotChanged(Changes changes) override;
     void paintOverlay(QPainter& painter, const PlotMapping& mapping) override;
 
 private:
     TARNIS_NO_EXPORT void makeActions();
-    TARNIS_NO_EXPORT void paintCurve(QPainter& painter, const PlotMapping& mapping, const ShownCurve& curve) const;
+    TARNIS_NO_EXPORT void paintCurves(
+        QPainter& painter, const PlotMapping& mapping, const QList<ShownCurve>& curves) const;
+    TARNIS_NO_EXPORT void paintBand(
+        QPainter& painter, const PlotMapping& mapping, const ShownCurve& curve, const QList<ColumnRun>& runs) const;
+    TARNIS_NO_EXPORT void paintBars(QPainter& painter, const PlotMapping& mapping, const ShownCurve& curve,
+        const BinsInView& bins, double width) const;
 
     bool m_isOn = false;
     Method m_method = Method::Poisson;

@@ -5,7 +5,10 @@
 
 #include <QAction>
 #include <QCoreApplication>
-#include <QEvent>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPointer>
+#include <QWheelEvent>
 
 namespace tarnis {
 
@@ -101,14 +104,89 @@ void InteractiveTool::restoreCursor()
         PlotHooks::of(*plot()).restoreCursor(this);
 }
 
-bool InteractiveTool::handleEvent(QEvent* /*event*/)
+bool InteractiveTool::handleEvent(QEvent* event)
+{
+    switch (event->type()) {
+    case QEvent::MouseButtonPress:
+        return handlePress(static_cast<const QMouseEvent&>(*event));
+    case QEvent::MouseMove:
+        return handleMove(static_cast<const QMouseEvent&>(*event));
+    case QEvent::MouseButtonRelease:
+        return handleRelease(static_cast<const QMouseEvent&>(*event));
+    case QEvent::MouseButtonDblClick:
+        return handleDoubleClick(static_cast<const QMouseEvent&>(*event));
+    case QEvent::Wheel:
+        return handleWheel(static_cast<QWheelEvent&>(*event));
+    case QEvent::KeyPress:
+        return plot()->hasFocus() && handleKey(static_cast<const QKeyEvent&>(*event));
+    case QEvent::ShortcutOverride: // not consumed: an accepted one comes back as a key
+        if (plot()->hasFocus() && claimsKey(static_cast<const QKeyEvent&>(*event)))
+            event->accept();
+        return false;
+    case QEvent::Leave:
+        handleLeave();
+        return false;
+    case QEvent::Hide:
+        handleHide();
+        return false;
+    default:
+        return false;
+    }
+}
+
+bool InteractiveTool::handlePress(const QMouseEvent& /*event*/)
 {
     return false;
 }
 
+bool InteractiveTool::handleMove(const QMouseEvent& /*event*/)
+{
+    return false;
+}
+
+bool InteractiveTool::handleRelease(const QMouseEvent& /*event*/)
+{
+    return false;
+}
+
+bool InteractiveTool::handleDoubleClick(const QMouseEvent& /*event*/)
+{
+    return false;
+}
+
+bool InteractiveTool::handleWheel(QWheelEvent& /*event*/)
+{
+    return false;
+}
+
+bool InteractiveTool::handleKey(const QKeyEvent& /*event*/)
+{
+    return false;
+}
+
+bool InteractiveTool::claimsKey(const QKeyEvent& /*event*/) const
+{
+    return false;
+}
+
+void InteractiveTool::handleLeave()
+{
+}
+
+void InteractiveTool::handleHide()
+{
+}
+
 bool InteractiveTool::eventFilter(QObject* object, QEvent* event)
 {
-    return plot() != nullptr && object == plot() && handleEvent(event);
+    if (plot() == nullptr || object != plot())
+        return false;
+    const QPointer<QObject> receiver(object);
+    const bool isHandled = handleEvent(event);
+    if (!receiver.isNull())
+        return isHandled;
+    event->accept(); // a receiver of a signal has destroyed the plot, and perhaps this tool: nothing may follow
+    return true;
 }
 
 } // namespace tarnis

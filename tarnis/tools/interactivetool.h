@@ -11,6 +11,9 @@
 QT_BEGIN_NAMESPACE
 class QAction;
 class QCursor;
+class QKeyEvent;
+class QMouseEvent;
+class QWheelEvent;
 QT_END_NAMESPACE
 class XYGraphWidget;
 
@@ -66,8 +69,24 @@ protected:
     InteractiveTool(XYGraphWidget* plot, Needs needs);
 
     /// An event of the plot, before the plot handles it. Return true to hide it from the plot and from tools that were
-    /// attached earlier.
+    /// attached earlier. This one passes the event to the functions below.
     virtual bool handleEvent(QEvent* event);
+    /// Events of the mouse and of keys; each returns false here. Positions are in pixels of the plot. Keys arrive only
+    /// while the plot itself has the keyboard, not an editor in it. @{
+    virtual bool handlePress(const QMouseEvent& event);
+    virtual bool handleMove(const QMouseEvent& event);
+    virtual bool handleRelease(const QMouseEvent& event);
+    virtual bool handleDoubleClick(const QMouseEvent& event);
+    virtual bool handleWheel(QWheelEvent& event);
+    virtual bool handleKey(const QKeyEvent& event);
+    /// @}
+    /// True for a key that the tool would handle and that a shortcut of the window must not take, as Escape in a
+    /// dialog; false here.
+    virtual bool claimsKey(const QKeyEvent& event) const;
+    /// The pointer has left the plot, or the plot is hidden. A drag under way sees no release after that. @{
+    virtual void handleLeave();
+    virtual void handleHide();
+    /// @}
     /// Passes the events of the plot to handleEvent().
     bool eventFilter(QObject* object, QEvent* event) final;
 

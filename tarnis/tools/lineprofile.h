@@ -71,6 +71,12 @@ Q_SIGNALS:
 
 protected:
     bool handleEvent(QEvent* event) override;
+    bool handlePress(const QMouseEvent& event) override;
+    bool handleMove(const QMouseEvent& event) override;
+    bool handleRelease(const QMouseEvent& event) override;
+    bool handleKey(const QKeyEvent& event) override;
+    bool claimsKey(const QKeyEvent& event) const override;
+    void handleHide() override;
     void plotChanged(Changes changes) override;
     void paintOverlay(QPainter& painter, const PlotMapping& mapping) override;
 
@@ -86,9 +92,7 @@ private:
     TARNIS_NO_EXPORT void showValues(const PlotMapping& mapping);
     TARNIS_NO_EXPORT Shape shape(const PlotMapping& mapping) const;
     TARNIS_NO_EXPORT Grip gripAt(const PlotMapping& mapping, const QPointF& pixel) const;
-    TARNIS_NO_EXPORT bool handleMouse(QEvent* event);
     TARNIS_NO_EXPORT void drag(const PlotMapping& mapping, const QPointF& pixel);
-    TARNIS_NO_EXPORT bool handleKey(int key, Qt::KeyboardModifiers modifiers);
     TARNIS_NO_EXPORT void endDrag(bool cancel);
 
     bool m_isOn = false;

@@ -49,7 +49,10 @@ Q_SIGNALS:
     void onChanged(bool on); ///< see isOn()
 
 protected:
-    bool handleEvent(QEvent* event) override;
+    bool handleMove(const QMouseEvent& event) override;
+    bool handleKey(const QKeyEvent& event) override;
+    bool claimsKey(const QKeyEvent& event) const override;
+    void handleLeave() override;
     void plotChanged(Changes changes) override;
     void paintOverlay(QPainter& painter, const PlotMapping& mapping) override;
     bool isSaved() const override;
@@ -59,7 +62,6 @@ private:
     TARNIS_NO_EXPORT QPointF value(const PlotMapping& mapping) const;
     TARNIS_NO_EXPORT PlotReadOut readOut() const;
     TARNIS_NO_EXPORT void renew();
-    TARNIS_NO_EXPORT bool handleKey(int key, Qt::KeyboardModifiers modifiers);
     TARNIS_NO_EXPORT void makeActions();
     TARNIS_NO_EXPORT void togglePin();
     TARNIS_NO_EXPORT void updateActions();

@@ -65,13 +65,15 @@ Q_SIGNALS:
     void hoverEnded();
 
 protected:
-    bool handleEvent(QEvent* event) override;
+    bool handlePress(const QMouseEvent& event) override;
+    bool handleMove(const QMouseEvent& event) override;
+    bool handleRelease(const QMouseEvent& event) override;
+    bool handleDoubleClick(const QMouseEvent& event) override;
+    void handleLeave() override;
+    void handleHide() override;
     void plotChanged(Changes changes) override;
 
 private:
-    TARNIS_NO_EXPORT void press(const QMouseEvent& event);
-    TARNIS_NO_EXPORT void release(const QMouseEvent& event);
-    TARNIS_NO_EXPORT void hover(const QMouseEvent& event);
     TARNIS_NO_EXPORT bool isInside(const QPointF& pixel) const;
     TARNIS_NO_EXPORT void endHover();
 

@@ -63,6 +63,14 @@ Q_SIGNALS:
 
 protected:
     bool handleEvent(QEvent* event) override;
+    bool handlePress(const QMouseEvent& event) override;
+    bool handleMove(const QMouseEvent& event) override;
+    bool handleRelease(const QMouseEvent& event) override;
+    bool handleDoubleClick(const QMouseEvent& event) override;
+    bool handleWheel(QWheelEvent& event) override;
+    bool handleKey(const QKeyEvent& event) override;
+    bool claimsKey(const QKeyEvent& event) const override;
+    void handleHide() override;
     void plotChanged(Changes changes) override;
     void paintOverlay(QPainter& painter, const PlotMapping& mapping) override;
 
@@ -70,12 +78,6 @@ private:
     struct Layout;
     TARNIS_NO_EXPORT MultiVectorGraphWidget* curves() const;
     TARNIS_NO_EXPORT Layout layout() const;
-    TARNIS_NO_EXPORT bool handlePress(const QMouseEvent& event);
-    TARNIS_NO_EXPORT bool handleMove(const QMouseEvent& event);
-    TARNIS_NO_EXPORT bool handleRelease(const QMouseEvent& event);
-    TARNIS_NO_EXPORT bool handleDoubleClick(const QMouseEvent& event);
-    TARNIS_NO_EXPORT bool handleWheel(QWheelEvent& event);
-    TARNIS_NO_EXPORT bool handleKey(const QKeyEvent& event);
     TARNIS_NO_EXPORT void select(qsizetype entry);
     TARNIS_NO_EXPORT void enable(const QList<int>& records, bool on);
     TARNIS_NO_EXPORT void applyToEntries(qsizetype alone);

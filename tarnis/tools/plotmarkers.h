@@ -73,7 +73,14 @@ Q_SIGNALS:
     void onChanged(bool on); ///< see isOn()
 
 protected:
-    bool handleEvent(QEvent* event) override;
+    bool handlePress(const QMouseEvent& event) override;
+    bool handleMove(const QMouseEvent& event) override;
+    bool handleRelease(const QMouseEvent& event) override;
+    bool handleDoubleClick(const QMouseEvent& event) override;
+    bool handleKey(const QKeyEvent& event) override;
+    bool claimsKey(const QKeyEvent& event) const override;
+    void handleLeave() override;
+    void handleHide() override;
     void plotChanged(Changes changes) override;
     void paintOverlay(QPainter& painter, const PlotMapping& mapping) override;
 
@@ -85,8 +92,6 @@ private:
     TARNIS_NO_EXPORT int indexOf(const QString& name) const;
     TARNIS_NO_EXPORT QString freeName() const;
     TARNIS_NO_EXPORT void place(int index, const QPointF& position);
-    TARNIS_NO_EXPORT bool handleMouse(QEvent* event);
-    TARNIS_NO_EXPORT bool handleKey(int key, Qt::KeyboardModifiers modifiers);
     TARNIS_NO_EXPORT bool moveSelected(int key, int bins);
     TARNIS_NO_EXPORT void endDrag(bool cancel);
     TARNIS_NO_EXPORT void openEditor(int index);

@@ -70,6 +70,14 @@ Q_SIGNALS:
 
 protected:
     bool handleEvent(QEvent* event) override;
+    bool handlePress(const QMouseEvent& event) override;
+    bool handleMove(const QMouseEvent& event) override;
+    bool handleRelease(const QMouseEvent& event) override;
+    bool handleDoubleClick(const QMouseEvent& event) override;
+    bool handleWheel(QWheelEvent& event) override;
+    bool handleKey(const QKeyEvent& event) override;
+    bool claimsKey(const QKeyEvent& event) const override;
+    void handleHide() override;
     void plotChanged(Changes changes) override;
     void axisInitialized(Qt::Orientation axis, double previousMin, double previousMax) override;
     void paintOverlay(QPainter& painter, const PlotMapping& mapping) override;
@@ -77,13 +85,7 @@ protected:
 
 private:
     struct Internals;
-    TARNIS_NO_EXPORT bool handleWheel(QWheelEvent& event);
     TARNIS_NO_EXPORT bool handlePinch(const QNativeGestureEvent& event);
-    TARNIS_NO_EXPORT bool handlePress(const QMouseEvent& event);
-    TARNIS_NO_EXPORT bool handleMove(const QMouseEvent& event);
-    TARNIS_NO_EXPORT bool handleRelease(const QMouseEvent& event);
-    TARNIS_NO_EXPORT bool handleDoubleClick(const QMouseEvent& event);
-    TARNIS_NO_EXPORT bool handleKey(const QKeyEvent& event);
     TARNIS_NO_EXPORT void beginPan(const QPointF& position, quint64 timeMs);
     TARNIS_NO_EXPORT void endPan(bool cancel);
     TARNIS_NO_EXPORT void zoomAxis(Qt::Orientation axis, double share, int eighths);

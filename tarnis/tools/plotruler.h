@@ -6,6 +6,8 @@
 
 #include <QPointF>
 
+#include <memory>
+
 namespace tarnis {
 
 struct RulerReading;
@@ -54,20 +56,24 @@ Q_SIGNALS:
     void onChanged(bool on); ///< see isOn()
 
 protected:
-    bool handleEvent(QEvent* event) override;
+    bool handlePress(const QMouseEvent& event) override;
+    bool handleMove(const QMouseEvent& event) override;
+    bool handleRelease(const QMouseEvent& event) override;
+    bool handleKey(const QKeyEvent& event) override;
+    bool claimsKey(const QKeyEvent& event) const override;
+    void handleHide() override;
     void plotChanged(Changes changes) override;
     void paintOverlay(QPainter& painter, const PlotMapping& mapping) override;
 
 private:
     enum class Grip { None, From, To };
+    struct Sums;
 
     TARNIS_NO_EXPORT void makeActions();
     TARNIS_NO_EXPORT void updateActions();
     TARNIS_NO_EXPORT QPointF snapped(const PlotMapping& mapping, const QPointF& position) const;
     TARNIS_NO_EXPORT RulerReading reading() const;
     TARNIS_NO_EXPORT Grip gripAt(const PlotMapping& mapping, const QPointF& pixel) const;
-    TARNIS_NO_EXPORT bool handleMouse(QEvent* event);
-    TARNIS_NO_EXPORT bool handleKey(int key, Qt::KeyboardModifiers modifiers);
     TARNIS_NO_EXPORT void endDrag(bool cancel);
     TARNIS_NO_EXPORT void renew();
 
@@ -80,6 +86,7 @@ private:
     QPointF m_wasFrom;
     QPointF m_wasTo;
     QString m_text;
+    std::unique_ptr<Sums> m_sums;
     QAction* m_switch = nullptr;
     QAction* m_copy = nullptr;
 };

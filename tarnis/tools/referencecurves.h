@@ -20,7 +20,9 @@ namespace tarnis {
 
 class OverlayCache;
 struct Dataset;
+struct ColumnRun;
 struct ShownCurve;
+struct StripAxis;
 
 /// Curves that do not change while the plot's own ones do: a frozen copy of the plot's curves, the rows of a file, or a
 /// dataset of an earlier run. They are drawn dashed over the data, bin by bin on the plot's bins.
@@ -94,26 +96,32 @@ Q_SIGNALS:
 
 protected:
     bool handleEvent(QEvent* event) override;
+    bool handleKey(const QKeyEvent& event) override;
     void plotChanged(Changes changes) override;
     void paintOverlay(QPainter& painter, const PlotMapping& mapping) override;
 
 private:
     struct Reference;
     struct Pair;
-    struct Point;
+    struct Pairs;
     TARNIS_NO_EXPORT void append(const Reference& reference);
     TARNIS_NO_EXPORT void renew();
     TARNIS_NO_EXPORT void placeStrip();
     TARNIS_NO_EXPORT QRect stripRect(const PlotMapping& mapping) const;
+    TARNIS_NO_EXPORT void dropPictures();
+    TARNIS_NO_EXPORT static int liveOf(const Reference& reference, int row, const QList<ShownCurve>& live);
     TARNIS_NO_EXPORT double normOf(
-        const Reference& reference, const ShownCurve& live, const QList<double>& values) const;
-    TARNIS_NO_EXPORT QList<Pair> pairs(const QList<ShownCurve>& live) const;
-    TARNIS_NO_EXPORT void paintReference(
-        QPainter& painter, const PlotMapping& mapping, int index, const QList<ShownCurve>& live) const;
+        const Reference& reference, const QList<double>& live, const QList<double>& values) const;
+    TARNIS_NO_EXPORT const QList<Pair>& pairs(const QList<ShownCurve>& live) const;
+    TARNIS_NO_EXPORT void compare(Pair& pair) const;
+    TARNIS_NO_EXPORT QList<Pair> comparedPairs(const QList<ShownCurve>& live) const;
+    TARNIS_NO_EXPORT void paintReferences(
+        QPainter& painter, const PlotMapping& mapping, const QList<ShownCurve>& live) const;
+    TARNIS_NO_EXPORT QRect stripArea(const PlotMapping& mapping) const;
     TARNIS_NO_EXPORT void paintStrip(
-        QPainter& painter, const PlotMapping& mapping, const QRect& strip, const QList<ShownCurve>& live) const;
-    TARNIS_NO_EXPORT std::vector<Point> comparedPoints(
-        const PlotMapping& mapping, const QList<ShownCurve>& live, const QList<Pair>& compared) const;
+        QPainter& painter, const PlotMapping& mapping, const QList<ShownCurve>& live) const;
+    TARNIS_NO_EXPORT void paintErrors(QPainter& painter, const StripAxis& axis, const Pair& pair,
+        const QList<ColumnRun>& runs, const QColor& color) const;
     TARNIS_NO_EXPORT void paintTitle(QPainter& painter, const QRect& strip, bool isContained) const;
     TARNIS_NO_EXPORT void makeActions();
     TARNIS_NO_EXPORT void fillMenu();
@@ -126,6 +134,7 @@ private:
     int m_stripHeight = 0; // in use
     std::unique_ptr<OverlayCache> m_cache; // picture of the curves over the data
     std::unique_ptr<OverlayCache> m_stripCache;
+    std::unique_ptr<Pairs> m_pairs;
     QList<ShownCurve> m_painted; // curves in the cached pictures
     QMenu* m_menu = nullptr; // menu of the action
     QAction* m_freeze = nullptr;

@@ -1,5 +1,6 @@
 // Peaks kept when zoomed out: maps by maximum, sum and mean in data terms; the envelope of curves.
 #include "support/map2dprobe.h"
+#include "support/pictures.h"
 #include "support/randomcases.h"
 #include "support/support.h"
 
@@ -63,7 +64,7 @@ bool hasColor(XYGraphWidget& plot, double x, double y, const QColor& color)
     const QImage image = plot.grab().toImage();
     for (int dx = -1; dx <= 1; ++dx) {
         for (int dy = -1; dy <= 1; ++dy) {
-            if (image.pixelColor(at + QPoint(dx, dy)) == color)
+            if (colorAt(image, at + QPoint(dx, dy)) == color)
                 return true;
         }
     }

@@ -1,5 +1,6 @@
 // Colour maps of one map and of all, and the strip with the limits of the colours.
 #include "support/map2dprobe.h"
+#include "support/pictures.h"
 #include "support/plothand.h"
 #include "support/randomcases.h"
 #include "support/support.h"
@@ -58,7 +59,7 @@ QWidget* stripOf(XY2DGraphWidget& map)
 QColor colorAt(XY2DGraphWidget& map, double x, double y)
 {
     const QPoint at = PlotMapping::of(map).pixelOf({ x, y }).toPoint();
-    return map.grab().toImage().pixelColor(at);
+    return tarnis::testing::colorAt(map.grab().toImage(), at);
 }
 
 } // namespace
@@ -200,8 +201,9 @@ private Q_SLOTS:
         const QImage strip = stripOf(map)->grab().toImage();
         const int edge = stripOf(map)->fontMetrics().height();
         bool isCounted = false;
-        for (int y = edge; y < strip.height() / 4; ++y)
-            isCounted = isCounted || strip.pixelColor(strip.width() - 8, y).lightness() > 240;
+        for (int y = edge; y < stripOf(map)->height() / 4; ++y)
+            isCounted =
+                isCounted || tarnis::testing::colorAt(strip, QPoint(stripOf(map)->width() - 8, y)).lightness() > 240;
         QVERIFY(isCounted);
     }
 

@@ -1,5 +1,12 @@
-// Samples by pixel columns.
+// Samples by pixel columns, against a look at every sample.
+#include "support/randomcases.h"
+#include "support/support.h"
+
+#include "tarnis/tools/curves/counterrors_p.h"
 #include "tarnis/tools/curves/envelope_p.h"
+
+#include <tarnis/plots/plotmapping.h>
+#include <tarnis/plots/vectorgraphwidget.h>
 
 #include <QTest>
 
@@ -7,14 +14,41 @@
 #include <limits>
 
 using namespace tarnis;
+using namespace tarnis::testing;
 
 namespace {
 
-QList<EnvelopeColumn> envelope(const QList<double>& samples, int perColumn)
+QList<ColumnRun> runsOf(qsizetype samples, int perColumn)
 {
-    return envelopeOf(
-        0, samples.size() - 1, [&](qsizetype i) { return samples.at(i); },
-        [&](qsizetype i) { return static_cast<double>(i) / perColumn; });
+    QList<ColumnRun> runs;
+    for (qsizetype first = 0; first < samples; first += perColumn)
+        runs.append({ static_cast<int>(first / perColumn), first, first + perColumn - 1 });
+    return runs;
+}
+
+/// Every sample in turn.
+QList<EnvelopeColumn> oracle(const QList<ColumnRun>& runs, const ShownCurve& curve, EnvelopeOf which)
+{
+    QList<EnvelopeColumn> columns;
+    for (const ColumnRun& run : runs) {
+        QList<double> samples;
+        for (qsizetype i = run.first; i <= run.last; ++i) {
+            const double sample = curve.valueAt(i);
+            if (which == EnvelopeOf::Counts ? isCount(sample) : std::isfinite(sample))
+                samples.append(sample);
+        }
+        if (!samples.isEmpty())
+            columns.append({ run.column, samples.first(), samples.last(),
+                *std::min_element(samples.begin(), samples.end()), *std::max_element(samples.begin(), samples.end()) });
+    }
+    return columns;
+}
+
+double wildSample(Generator& random)
+{
+    constexpr double infinity = std::numeric_limits<double>::infinity();
+    const double wild[] = { std::nan(""), infinity, -infinity, -3.0, 0.5, 1e300, 4503599627370497.0, 0.0 };
+    return chance(random, 0.02) ? wild[whole(random, 0, 7)] : std::floor(uniform(random, 0.0, 1e6));
 }
 
 } // namespace
@@ -23,23 +57,62 @@ class TestEnvelope : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void keepsExtremesAndMean()
+    void equalsALookAtEverySample()
     {
-        QCOMPARE(envelope({ 4, -1, 6, 10, 20, 30, 7 }, 3),
-            (QList<EnvelopeColumn> {
-                { 0, 0, 4, 6, -1, 6, 3, true }, { 1, 1, 10, 30, 10, 30, 20, true }, { 2, 2, 7, 7, 7, 7, 7, true } }));
-        QVERIFY(!envelope({ 4, 9, 1 }, 3).constFirst().isRising);
+        auto random = seededGenerator(21);
+        for (int round = 0; round < 300; ++round) {
+            ShownCurve curve;
+            const int length = whole(random, 0, 500);
+            for (int part = whole(random, 1, 2); part > 0; --part) {
+                QList<double> samples(part == 1 ? length : whole(random, 0, 500));
+                for (double& sample : samples)
+                    sample = wildSample(random);
+                curve.parts.prepend(samples);
+            }
+            const QList<ColumnRun> runs = runsOf(whole(random, 0, 600), whole(random, 1, 60));
+            for (const auto which : { EnvelopeOf::Numbers, EnvelopeOf::Counts })
+                QCOMPARE(envelopeOf(runs, curve, which), oracle(runs, curve, which));
+            QCOMPARE(meansOf(runs, curve).size(), oracle(runs, curve, EnvelopeOf::Numbers).size());
+        }
     }
 
-    void leavesOutWhatIsNotFinite()
+    void meansAreThoseOfTheNumbers()
     {
-        constexpr double infinity = std::numeric_limits<double>::infinity();
-        QCOMPARE(envelope({ std::nan(""), 2, infinity, -infinity, std::nan(""), 3 }, 2),
-            (QList<EnvelopeColumn> { { 0, 0.5, 2, 2, 2, 2, 2, true }, { 2, 2.5, 3, 3, 3, 3, 3, true } }));
-        QVERIFY(envelope({}, 2).isEmpty());
-        QVERIFY(envelope({ std::nan("") }, 2).isEmpty());
+        const ShownCurve curve { {}, {}, { { 4, -1, 6, 10, std::nan(""), 30, 7 } } };
+        QCOMPARE(meansOf(runsOf(7, 3), curve), (QList<double> { 3, 20, 7 }));
+        QVERIFY(meansOf(runsOf(7, 3), {}).isEmpty());
+    }
+
+    /// On axes in both directions, of any zoom.
+    void runsShareTheirPixelColumn()
+    {
+        auto random = seededGenerator(22);
+        for (int round = 0; round < 200; ++round) {
+            VectorGraphWidget plot;
+            const int count = whole(random, 1, 20000);
+            plot.init(QStringLiteral("x"), QStringLiteral("y"), 10, 10, true, true);
+            plot.initManualX(uniform(random, -1e3, 1e3), uniform(random, 1.1e3, 1e4));
+            plot.setData(QList<double>(count, 1.0));
+            plot.resize(whole(random, 100, 600), 200);
+            plot.grab();
+            plot.onAutoScaleX(false);
+            const double a = uniform(random, -2e3, 1.2e4);
+            const double width = std::pow(10.0, uniform(random, -2.0, 4.0));
+            plot.setMinMaxX(a, chance(random, 0.5) ? a + width : a - width);
+            const PlotMapping mapping = PlotMapping::of(plot);
+            const BinsInView bins = columnsInView(mapping);
+            const BinPositions positionOf(mapping, bins);
+            QList<ColumnRun> expected;
+            for (qsizetype bin = bins.first; bin <= bins.last; ++bin) {
+                const int column = static_cast<int>(std::floor(positionOf(bin)));
+                if (expected.isEmpty() || expected.constLast().column != column)
+                    expected.append({ column, bin, bin });
+                expected.last().last = bin;
+            }
+            QCOMPARE(columnRuns(positionOf, bins), expected);
+        }
     }
 };
 
-QTEST_GUILESS_MAIN(TestEnvelope)
+QTEST_MAIN(TestEnvelope)
 #include "tst_envelope.moc"

@@ -1,4 +1,5 @@
 // The line profile: values in data terms, drags, width, live data, the plot of the profile, stored views.
+#include "support/pictures.h"
 #include "support/plothand.h"
 #include "support/randomcases.h"
 #include "support/shownplot.h"
@@ -173,8 +174,8 @@ private Q_SLOTS:
         const QImage with = map.grab().toImage();
         const QPoint onLine = pixelOf(map, 9, 2.5);
         const QColor color(255, 90, 200);
-        QVERIFY(with.pixelColor(onLine) == color || with.pixelColor(onLine - QPoint(0, 1)) == color
-            || with.pixelColor(onLine + QPoint(0, 1)) == color);
+        QVERIFY(colorAt(with, onLine) == color || colorAt(with, onLine - QPoint(0, 1)) == color
+            || colorAt(with, onLine + QPoint(0, 1)) == color);
         const std::unique_ptr<QPixmap> saved(map.toPixmap());
         QVERIFY(saved->toImage() != before);
         delete profile;

@@ -1,4 +1,5 @@
 // The legend: entries, clicks, keys, place, and its part of a stored view.
+#include "support/pictures.h"
 #include "support/support.h"
 
 #include <tarnis/plots/curvenames.h>
@@ -15,6 +16,7 @@
 #include <QWheelEvent>
 
 using namespace tarnis;
+using namespace tarnis::testing;
 
 namespace {
 
@@ -102,7 +104,7 @@ QPointF TestPlotLegend::entryAt(int number)
     const QRect rect = PlotMapping::of(*m_plot).plotRect().adjusted(3, 3, -3, -8);
     for (int row = rect.top(); row < rect.bottom(); ++row) {
         for (int column = rect.left(); column < rect.right(); ++column) {
-            if (image.pixelColor(column, row) == colors.at(number))
+            if (colorAt(image, QPoint(column, row)) == colors.at(number))
                 return { column + 1.0, row + 1.0 };
         }
     }

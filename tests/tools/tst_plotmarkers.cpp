@@ -1,4 +1,5 @@
 // Markers: names, drags, keys, bins, live data, tables and stored views.
+#include "support/pictures.h"
 #include "support/plothand.h"
 #include "support/randomcases.h"
 #include "support/shownplot.h"
@@ -46,7 +47,7 @@ void fill(XY2DGraphWidget& map)
 
 QColor colorAt(XYGraphWidget& plot, double x, double y)
 {
-    return plot.grab().toImage().pixelColor(pixelOf(plot, x, y));
+    return tarnis::testing::colorAt(plot.grab().toImage(), pixelOf(plot, x, y));
 }
 
 } // namespace

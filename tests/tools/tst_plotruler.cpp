@@ -1,4 +1,5 @@
 // The ruler: distances, ratio, sums, ends that stick to the data, drags, keys and tables.
+#include "support/pictures.h"
 #include "support/plothand.h"
 #include "support/randomcases.h"
 #include "support/shownplot.h"
@@ -167,7 +168,7 @@ private Q_SLOTS:
         const QPoint middle = (pixelOf(plot, 5, 4) + pixelOf(plot, 75, 4)) / 2;
         QVERIFY(with.copy(QRect(middle - QPoint(3, 8), QSize(6, 16)))
             != before.copy(QRect(middle - QPoint(3, 8), QSize(6, 16)))); // its foot
-        QCOMPARE(with.pixelColor(pixelOf(plot, 5, 4)), QColor(120, 230, 255));
+        QCOMPARE(colorAt(with, pixelOf(plot, 5, 4)), QColor(120, 230, 255));
         delete ruler;
         QCOMPARE(plot.grab().toImage(), before);
         QCOMPARE(painted.count(), 0);

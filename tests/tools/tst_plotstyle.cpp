@@ -1,4 +1,5 @@
 // Styles: colours by calculation, pixels by the plot's mapping, ranges, and the classic look without them.
+#include "support/pictures.h"
 #include "support/support.h"
 #include "support/wait.h"
 
@@ -27,6 +28,7 @@
 #include <memory>
 
 using namespace tarnis;
+using namespace tarnis::testing;
 
 namespace {
 
@@ -152,9 +154,7 @@ bool hasColor(const QImage& image, const XYGraphWidget& plot, double x, double y
     for (int dx = -2; dx <= 2; ++dx) {
         for (int dy = -2; dy <= 2; ++dy) {
             const QPoint point = at + QPoint(dx, dy);
-            if (!image.rect().contains(point))
-                continue;
-            if (isAbout(image.pixelColor(point), color))
+            if (const QColor found = colorAt(image, point); found.isValid() && isAbout(found, color))
                 return true;
         }
     }
@@ -384,7 +384,7 @@ private Q_SLOTS:
         style.setCurveForm(PlotStyle::CurveForm::Columns);
         const QImage columns = grabbed(plot);
         const QPoint inside = PlotMapping::of(plot).pixelOf({ 1.5, 50 }).toPoint();
-        QVERIFY(columns.pixelColor(inside) != QColor(Qt::white));
+        QVERIFY(colorAt(columns, inside) != QColor(Qt::white));
     }
 
     void theMenuChoosesTheForm()
@@ -506,9 +506,9 @@ private Q_SLOTS:
         const QImage image = grabbed(map);
         for (int i = 0; i < 10; ++i) {
             const QPoint at = PlotMapping::of(map).pixelOf({ i + 0.4, i + 0.4 }).toPoint();
-            QCOMPARE(image.pixelColor(at), XY2DGraphWidget::colMax);
+            QCOMPARE(colorAt(image, at), XY2DGraphWidget::colMax);
             const QPoint beside = PlotMapping::of(map).pixelOf({ i + 1.4, i + 0.4 }).toPoint();
-            QCOMPARE(image.pixelColor(beside), XY2DGraphWidget::colMin); // empty
+            QCOMPARE(colorAt(image, beside), XY2DGraphWidget::colMin); // empty
         }
     }
 

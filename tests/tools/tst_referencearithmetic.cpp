@@ -1,4 +1,7 @@
 // Comparing bins with their reference: values, errors, gaps, and the axis of the comparison.
+#include "support/randomcases.h"
+#include "support/support.h"
+
 #include "tarnis/tools/curves/referencearithmetic_p.h"
 
 #include <QTest>
@@ -64,6 +67,30 @@ private Q_SLOTS:
         const ComparedBin bin = comparedBin(static_cast<Comparison>(comparison), live, reference, norm, contained);
         QVERIFY2(isNear(bin.value, value), qPrintable(QString::number(bin.value)));
         QVERIFY2(isNear(bin.error, error), qPrintable(QString::number(bin.error)));
+    }
+
+    void manyValuesEqualOneByOne()
+    {
+        auto random = testing::seededGenerator(51);
+        for (int round = 0; round < 300; ++round) {
+            const int count = testing::whole(random, 0, 40);
+            std::vector<double> live(count);
+            std::vector<double> reference(count);
+            for (int i = 0; i < count; ++i) {
+                live[i] = testing::chance(random, 0.05) ? notANumber : std::floor(testing::uniform(random, -2, 50));
+                reference[i] = testing::chance(random, 0.05) ? infinity : std::floor(testing::uniform(random, -2, 50));
+            }
+            const double norm = testing::uniform(random, 0.1, 3.0);
+            for (const auto comparison : { Comparison::Difference, Comparison::Ratio, Comparison::Significance }) {
+                const bool isContained = testing::chance(random, 0.5);
+                std::vector<double> values(count);
+                comparedValues(comparison, live.data(), reference.data(), count, norm, isContained, values.data());
+                for (int i = 0; i < count; ++i) {
+                    const double one = comparedBin(comparison, live[i], reference[i], norm, isContained).value;
+                    QVERIFY((std::isnan(one) && std::isnan(values[i])) || one == values[i]);
+                }
+            }
+        }
     }
 
     void recognisesAContinuation()

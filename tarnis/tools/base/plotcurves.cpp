@@ -9,7 +9,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 
 namespace tarnis {
 
@@ -72,19 +71,6 @@ std::optional<double> ShownCurve::at(qsizetype index) const
     for (const QList<double>& part : parts) {
         if (index < part.size())
             sum += part.at(index);
-    }
-    return sum;
-}
-
-double ShownCurve::sumBetween(qsizetype first, qsizetype last) const
-{
-    constexpr double largest = std::numeric_limits<double>::max();
-    double sum = 0.0;
-    for (const QList<double>& part : parts) {
-        const double* const samples = part.constData();
-        const qsizetype end = std::min({ last + 1, part.size(), size() });
-        for (qsizetype i = std::max<qsizetype>(first, 0); i < end; ++i)
-            sum += std::abs(samples[i]) <= largest ? samples[i] : 0.0;
     }
     return sum;
 }

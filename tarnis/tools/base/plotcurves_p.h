@@ -25,8 +25,6 @@ struct ShownCurve {
     qsizetype size() const { return parts.isEmpty() ? 0 : parts.constFirst().size(); }
     /// The sample, or the sum over the parts that contain it. Empty outside of the curve.
     std::optional<double> at(qsizetype index) const;
-    /// The sum of the finite samples from `first` to `last`, both inclusive.
-    double sumBetween(qsizetype first, qsizetype last) const;
     /// at(), or NaN outside of the curve.
     double valueAt(qsizetype index) const
     {
@@ -59,6 +57,8 @@ public:
     {
         return m_isEven ? m_begin + m_step * static_cast<double>(bin - m_first) : position(bin);
     }
+    /// From one bin to the next; 0 if that differs.
+    double step() const { return m_isEven ? m_step : 0.0; }
 
 private:
     double position(qsizetype bin) const;

@@ -72,12 +72,6 @@ void paintLine(QPainter& painter, const QPointF& from, const QPointF& to, const 
     painter.drawLine(from, to);
 }
 
-void fillColumn(QPainter& painter, int column, double top, double bottom, const QColor& color)
-{
-    const QPoint from(column, static_cast<int>(std::floor(top)));
-    painter.fillRect(QRect(from, QPoint(column, static_cast<int>(std::floor(bottom)))), color);
-}
-
 double limitedCoordinate(double coordinate)
 {
     return std::isnan(coordinate) ? -farAway : std::clamp(coordinate, -farAway, farAway);

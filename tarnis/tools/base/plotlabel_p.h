@@ -29,9 +29,6 @@ QSize labelSize(const QPainter& painter, const QString& text);
 /// Draws a line that is visible on light and on dark pixels.
 void paintLine(QPainter& painter, const QPointF& from, const QPointF& to, const QColor& color, bool dashed = false);
 
-/// Fills one pixel column from a row to another, both inclusive. Whole pixels are much faster than fractional ones.
-void fillColumn(QPainter& painter, int column, double top, double bottom, const QColor& color);
-
 /// Clamps a coordinate to the range of a painter.
 double limitedCoordinate(double coordinate);
 

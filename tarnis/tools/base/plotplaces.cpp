@@ -25,6 +25,26 @@ bool isFinitePlace(const QPointF& place)
     return std::isfinite(place.x()) && std::isfinite(place.y());
 }
 
+bool isOverPlot(const PlotMapping& mapping, const QPointF& pixel)
+{
+    return mapping.isValid() && mapping.plotRect().contains(pixel.toPoint());
+}
+
+QJsonArray placesToJson(const PlacePair& places)
+{
+    return { places.from.x(), places.from.y(), places.to.x(), places.to.y() };
+}
+
+std::optional<PlacePair> placesFromJson(const QJsonValue& value)
+{
+    const QJsonArray numbers = value.toArray();
+    const auto numberAt = [&](int i) { return numbers.at(i).toDouble(std::nan("")); };
+    const PlacePair places { { numberAt(0), numberAt(1) }, { numberAt(2), numberAt(3) } };
+    if (numbers.size() != 4 || !isFinitePlace(places.from) || !isFinitePlace(places.to))
+        return std::nullopt;
+    return places;
+}
+
 QPointF snappedToBins(const PlotMapping& mapping, const QPointF& position)
 {
     const qsizetype column = mapping.columnAt(position.x());
@@ -45,7 +65,7 @@ QPointF movedByBins(const PlotMapping& mapping, const QPointF& position, int col
 
 bool isHit(const PlotMapping& mapping, const QPointF& place, const QPointF& pixel, bool isLine, double reach)
 {
-    if (!mapping.isValid() || !mapping.plotRect().contains(pixel.toPoint()))
+    if (!isOverPlot(mapping, pixel))
         return false;
     const QPointF at = mapping.toFrame(pixel);
     const double dx = std::abs(mapping.columnOf(place.x()) - at.x());

@@ -4,7 +4,11 @@
 
 #include "tarnis/plots/plotmapping.h"
 
+#include <QJsonArray>
+#include <QJsonValue>
 #include <QPointF>
+
+#include <optional>
 
 namespace tarnis {
 
@@ -22,5 +26,17 @@ enum class PlaceSide { Inside, Left, Right, Above, Below };
 PlaceSide sideOf(const PlotMapping& mapping, const QPointF& place, bool isLine);
 
 bool isFinitePlace(const QPointF& place);
+
+/// True if the pixel of the widget is in the plot rectangle of a mapping that is valid.
+bool isOverPlot(const PlotMapping& mapping, const QPointF& pixel);
+
+/// Two places of a stored view, as [x, y, x, y]. Nothing if there are not four finite numbers. @{
+struct PlacePair {
+    QPointF from;
+    QPointF to;
+};
+QJsonArray placesToJson(const PlacePair& places);
+std::optional<PlacePair> placesFromJson(const QJsonValue& value);
+/// @}
 
 } // namespace tarnis

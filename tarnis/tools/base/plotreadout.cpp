@@ -4,7 +4,9 @@
 #include "tarnis/plots/plotmapping.h"
 #include "tarnis/tools/base/plotcurves_p.h"
 
+#include <QClipboard>
 #include <QCoreApplication>
+#include <QGuiApplication>
 
 #include <cmath>
 
@@ -55,6 +57,12 @@ QString readOutNumber(double value)
 QString exactNumber(double value)
 {
     return isWhole(value) ? QString::number(value, 'f', 0) : QString::number(value, 'g', 17);
+}
+
+void copyTable(const QString& table)
+{
+    if (!table.isEmpty())
+        QGuiApplication::clipboard()->setText(table);
 }
 
 PlotReadOut readOutAt(const XYGraphWidget& plot, const PlotMapping& mapping, double x, double y)

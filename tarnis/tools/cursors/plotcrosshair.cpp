@@ -6,8 +6,6 @@
 #include "tarnis/tools/base/plotlabel_p.h"
 #include "tarnis/tools/base/plotreadout_p.h"
 
-#include <QClipboard>
-#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
@@ -102,9 +100,7 @@ void PlotCrosshair::release()
 
 void PlotCrosshair::copy()
 {
-    const QString numbers = table();
-    if (!numbers.isEmpty())
-        QGuiApplication::clipboard()->setText(numbers);
+    copyTable(table());
 }
 
 void PlotCrosshair::renew()
@@ -123,53 +119,45 @@ void PlotCrosshair::plotChanged(Changes /*changes*/)
         renew();
 }
 
-bool PlotCrosshair::handleEvent(QEvent* event)
+bool PlotCrosshair::handleMove(const QMouseEvent& event)
 {
-    switch (event->type()) {
-    case QEvent::MouseMove:
-        if (!m_isOn)
-            return false;
-        m_pointer = static_cast<QMouseEvent*>(event)->position();
-        m_isOver = PlotMapping::of(*plot()).plotRect().contains(m_pointer.toPoint());
-        renew();
+    if (!m_isOn)
         return false;
-    case QEvent::Leave:
-        m_isOver = false;
-        renew();
-        return false;
-    case QEvent::ShortcutOverride: { // handled here: Escape would close a dialog around the plot, Ctrl+C copies the
-                                     // read-out
-        const auto& key = static_cast<const QKeyEvent&>(*event);
-        if (isShown() && plot()->hasFocus() && (key.key() == Qt::Key_Escape || key.matches(QKeySequence::Copy)))
-            event->accept();
-        return false;
-    }
-    case QEvent::KeyPress: {
-        const auto& key = static_cast<const QKeyEvent&>(*event);
-        return plot()->hasFocus() && handleKey(key.key(), key.modifiers());
-    }
-    default:
-        return false;
-    }
+    m_pointer = event.position();
+    m_isOver = PlotMapping::of(*plot()).plotRect().contains(m_pointer.toPoint());
+    renew();
+    return false;
 }
 
-bool PlotCrosshair::handleKey(int key, Qt::KeyboardModifiers modifiers)
+void PlotCrosshair::handleLeave()
 {
-    if (key == Qt::Key_C && modifiers == Qt::NoModifier) {
+    m_isOver = false;
+    renew();
+}
+
+bool PlotCrosshair::claimsKey(const QKeyEvent& event) const
+{
+    return isShown() && (event.key() == Qt::Key_Escape || event.matches(QKeySequence::Copy));
+}
+
+bool PlotCrosshair::handleKey(const QKeyEvent& event)
+{
+    const bool isPlain = event.modifiers() == Qt::NoModifier;
+    if (event.key() == Qt::Key_C && isPlain) {
         setOn(!m_isOn);
         return true;
     }
     if (!isShown())
         return false;
-    if (key == Qt::Key_C && modifiers == Qt::ControlModifier) {
+    if (event.matches(QKeySequence::Copy)) {
         copy();
         return true;
     }
-    if (key == Qt::Key_P && modifiers == Qt::NoModifier) {
+    if (event.key() == Qt::Key_P && isPlain) {
         togglePin();
         return true;
     }
-    if (key == Qt::Key_Escape && modifiers == Qt::NoModifier) {
+    if (event.key() == Qt::Key_Escape && isPlain) {
         if (m_isPinned)
             release();
         else

@@ -177,63 +177,55 @@ bool PlotEvents::isInside(const QPointF& pixel) const
     return mapping.isValid() && PlotAccess::mode(*plot()) == 0 && QRectF(mapping.plotRect()).contains(pixel);
 }
 
-bool PlotEvents::handleEvent(QEvent* event)
-{
-    switch (event->type()) {
-    case QEvent::MouseButtonPress:
-        press(*static_cast<QMouseEvent*>(event));
-        break;
-    case QEvent::MouseButtonRelease:
-        release(*static_cast<QMouseEvent*>(event));
-        break;
-    case QEvent::MouseButtonDblClick: {
-        const auto& mouse = *static_cast<QMouseEvent*>(event);
-        m_isPressed = false;
-        if (mouse.button() == Qt::LeftButton && isInside(mouse.position()))
-            Q_EMIT doubleClicked(at(mouse.position()), mouse.modifiers());
-        break;
-    }
-    case QEvent::MouseMove:
-        hover(*static_cast<QMouseEvent*>(event));
-        break;
-    case QEvent::Leave:
-    case QEvent::Hide:
-        endHover();
-        break;
-    default:
-        break;
-    }
-    return false;
-}
-
-void PlotEvents::press(const QMouseEvent& event)
+bool PlotEvents::handlePress(const QMouseEvent& event)
 {
     m_isPressed = event.button() == Qt::LeftButton && isInside(event.position());
     m_pressedAt = event.position();
+    return false;
 }
 
-void PlotEvents::release(const QMouseEvent& event)
+bool PlotEvents::handleRelease(const QMouseEvent& event)
 {
     if (event.button() != Qt::LeftButton || !std::exchange(m_isPressed, false))
-        return;
+        return false;
     const QPointF moved = event.position() - m_pressedAt;
     if (moved.manhattanLength() < QApplication::startDragDistance() && isInside(event.position()))
         Q_EMIT clicked(at(event.position()), event.modifiers());
+    return false;
 }
 
-void PlotEvents::hover(const QMouseEvent& event)
+bool PlotEvents::handleDoubleClick(const QMouseEvent& event)
+{
+    m_isPressed = false;
+    if (event.button() == Qt::LeftButton && isInside(event.position()))
+        Q_EMIT doubleClicked(at(event.position()), event.modifiers());
+    return false;
+}
+
+bool PlotEvents::handleMove(const QMouseEvent& event)
 {
     if (event.buttons() != Qt::NoButton)
-        return;
+        return false;
     if (!isInside(event.position())) {
         endHover();
-        return;
+        return false;
     }
     m_isHovering = true;
     // The search for the nearest curve is skipped if the signal is not connected.
     static const QMetaMethod signal = QMetaMethod::fromSignal(&PlotEvents::hovered);
     if (isSignalConnected(signal))
         Q_EMIT hovered(at(event.position()));
+    return false;
+}
+
+void PlotEvents::handleLeave()
+{
+    endHover();
+}
+
+void PlotEvents::handleHide()
+{
+    endHover();
 }
 
 void PlotEvents::endHover()

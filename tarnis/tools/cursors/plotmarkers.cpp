@@ -8,8 +8,6 @@
 #include "tarnis/tools/base/plotreadout_p.h"
 
 #include <QAction>
-#include <QClipboard>
-#include <QGuiApplication>
 #include <QPainter>
 
 namespace tarnis {
@@ -193,9 +191,7 @@ void PlotMarkers::clear()
 
 void PlotMarkers::copy() const
 {
-    const QString text = table();
-    if (!text.isEmpty())
-        QGuiApplication::clipboard()->setText(text);
+    copyTable(table());
 }
 
 QString PlotMarkers::table() const

@@ -73,81 +73,78 @@ int PlotMarkers::markerAt(const PlotMapping& mapping, const QPointF& pixel) cons
     return -1;
 }
 
-bool PlotMarkers::handleEvent(QEvent* event)
+bool PlotMarkers::handlePress(const QMouseEvent& event)
+{
+    if (!m_isOn || m_dragged >= 0)
+        return m_dragged >= 0;
+    if (event.button() != Qt::LeftButton)
+        return false;
+    const int hit = markerAt(PlotMapping::of(*plot()), event.position());
+    select(hit);
+    if (hit < 0)
+        return false;
+    plot()->setFocus(Qt::MouseFocusReason);
+    m_dragged = hit;
+    m_dragStart = m_markers.at(hit).position;
+    return true;
+}
+
+bool PlotMarkers::handleMove(const QMouseEvent& event)
 {
     if (!m_isOn)
         return false;
-    switch (event->type()) {
-    case QEvent::MouseButtonPress:
-    case QEvent::MouseButtonRelease:
-    case QEvent::MouseButtonDblClick:
-    case QEvent::MouseMove:
-        return handleMouse(event);
-    case QEvent::Leave:
-        m_isOver = false;
-        if (m_dragged < 0)
-            restoreCursor();
-        return false;
-    case QEvent::Hide:
-        endDrag(true);
-        return false;
-    case QEvent::ShortcutOverride: {
-        const auto& key = static_cast<const QKeyEvent&>(*event);
-        const bool isOurs = key.key() == Qt::Key_Escape || key.key() == Qt::Key_Delete || key.key() == Qt::Key_F2
-            || key.matches(QKeySequence::Copy);
-        if (plot()->hasFocus() && m_selected >= 0 && isOurs)
-            event->accept();
-        return false;
+    const PlotMapping mapping = PlotMapping::of(*plot());
+    m_pointer = event.position();
+    m_isOver = isOverPlot(mapping, m_pointer);
+    if (m_dragged >= 0) {
+        if (m_isOver)
+            place(m_dragged, snappedToBins(mapping, mapping.valueAt(m_pointer)));
+        return true;
     }
-    case QEvent::KeyPress: {
-        const auto& key = static_cast<const QKeyEvent&>(*event);
-        return plot()->hasFocus() && handleKey(key.key(), key.modifiers());
-    }
-    default:
-        return false;
-    }
+    if (event.buttons() == Qt::NoButton && markerAt(mapping, m_pointer) >= 0)
+        showCursor(isMap() ? Qt::SizeAllCursor : Qt::SplitHCursor);
+    else
+        restoreCursor();
+    return false;
 }
 
-bool PlotMarkers::handleMouse(QEvent* event)
+bool PlotMarkers::handleRelease(const QMouseEvent& event)
 {
-    const auto& mouse = static_cast<const QMouseEvent&>(*event);
-    const PlotMapping mapping = PlotMapping::of(*plot());
-    m_pointer = mouse.position();
-    m_isOver = mapping.isValid() && mapping.plotRect().contains(m_pointer.toPoint());
-    if (m_dragged >= 0) {
-        if (event->type() == QEvent::MouseMove && mapping.isValid() && m_isOver)
-            place(m_dragged, snappedToBins(mapping, mapping.valueAt(m_pointer)));
-        else if (event->type() == QEvent::MouseButtonRelease && mouse.button() == Qt::LeftButton)
-            endDrag(false);
-        return true;
-    }
-    const int hit =
-        mouse.buttons() == Qt::NoButton || mouse.button() == Qt::LeftButton ? markerAt(mapping, m_pointer) : -1;
-    switch (event->type()) {
-    case QEvent::MouseMove:
-        if (hit >= 0)
-            showCursor(isMap() ? Qt::SizeAllCursor : Qt::SplitHCursor);
-        else
-            restoreCursor();
+    if (m_dragged < 0)
         return false;
-    case QEvent::MouseButtonPress:
-        if (mouse.button() != Qt::LeftButton)
-            return false;
-        select(hit);
-        if (hit < 0)
-            return false;
-        plot()->setFocus(Qt::MouseFocusReason);
-        m_dragged = hit;
-        m_dragStart = m_markers.at(hit).position;
-        return true;
-    case QEvent::MouseButtonDblClick:
-        if (hit < 0 || mouse.button() != Qt::LeftButton)
-            return false;
-        openEditor(hit);
-        return true;
-    default:
+    if (event.button() == Qt::LeftButton)
+        endDrag(false);
+    return true;
+}
+
+bool PlotMarkers::handleDoubleClick(const QMouseEvent& event)
+{
+    if (!m_isOn || m_dragged >= 0)
+        return m_dragged >= 0;
+    const int hit = event.button() == Qt::LeftButton ? markerAt(PlotMapping::of(*plot()), event.position()) : -1;
+    if (hit < 0)
         return false;
-    }
+    openEditor(hit);
+    return true;
+}
+
+void PlotMarkers::handleLeave()
+{
+    m_isOver = false;
+    if (m_dragged < 0)
+        restoreCursor();
+}
+
+void PlotMarkers::handleHide()
+{
+    endDrag(true);
+}
+
+bool PlotMarkers::claimsKey(const QKeyEvent& event) const
+{
+    return m_isOn && m_selected >= 0
+        && (event.key() == Qt::Key_Escape || event.key() == Qt::Key_Delete || event.key() == Qt::Key_F2
+            || event.matches(QKeySequence::Copy));
 }
 
 void PlotMarkers::endDrag(bool cancel)
@@ -176,16 +173,19 @@ bool PlotMarkers::moveSelected(int key, int bins)
     return true;
 }
 
-bool PlotMarkers::handleKey(int key, Qt::KeyboardModifiers modifiers)
+bool PlotMarkers::handleKey(const QKeyEvent& event)
 {
-    const Qt::KeyboardModifiers pressed = modifiers & ~Qt::KeypadModifier;
+    if (!m_isOn)
+        return false;
+    const int key = event.key();
+    const Qt::KeyboardModifiers pressed = event.modifiers() & ~Qt::KeypadModifier;
     if (key == Qt::Key_M && pressed == Qt::NoModifier) {
         addHere();
         return true;
     }
     if (m_selected < 0)
         return false;
-    if (key == Qt::Key_C && pressed == Qt::ControlModifier) {
+    if (event.matches(QKeySequence::Copy)) {
         copy();
         return true;
     }

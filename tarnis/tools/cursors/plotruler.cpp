@@ -2,19 +2,19 @@
 
 #include "tarnis/plots/plotaccess_p.h"
 #include "tarnis/plots/plotmapping.h"
+#include "tarnis/tools/base/blocksums_p.h"
 #include "tarnis/tools/base/plotcurves_p.h"
 #include "tarnis/tools/base/plotlabel_p.h"
 #include "tarnis/tools/base/plotplaces_p.h"
+#include "tarnis/tools/base/plotreadout_p.h"
 #include "tarnis/tools/base/toolaction_p.h"
 #include "tarnis/tools/cursors/rulerreading_p.h"
 
-#include <QClipboard>
-#include <QGuiApplication>
-#include <QJsonArray>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
 
+#include <algorithm>
 #include <cmath>
 
 namespace tarnis {
@@ -52,22 +52,17 @@ std::optional<double> cellOf(const QList<QList<double>>& rows, qsizetype column,
     return rows.at(row).at(column);
 }
 
-/// Sum of the finite values of `count` bins.
-template <typename ValueAt> double sumOf(BinsInView bins, const ValueAt& valueAt)
-{
-    double sum = 0.0;
-    for (qsizetype i = bins.first; i <= bins.last; ++i) {
-        const double value = valueAt(i);
-        sum += std::isfinite(value) ? value : 0.0;
-    }
-    return sum;
-}
-
 } // namespace
+
+/// Of every curve, or of every row of a map: a drag adds up the ends of a part only.
+struct PlotRuler::Sums {
+    QList<BlockSums> lists;
+};
 
 PlotRuler::PlotRuler(XYGraphWidget* plot)
     : InteractiveTool(plot, KeyboardFocus)
     , PlotOverlay(plot, rulerZOrder)
+    , m_sums(std::make_unique<Sums>())
 {
     makeActions();
 }
@@ -133,14 +128,13 @@ void PlotRuler::clear()
 {
     m_grip = Grip::None;
     m_isSet = false;
+    m_sums->lists.clear();
     renew();
 }
 
 void PlotRuler::copy() const
 {
-    const QString numbers = table();
-    if (!numbers.isEmpty())
-        QGuiApplication::clipboard()->setText(numbers);
+    copyTable(table());
 }
 
 void PlotRuler::renew()
@@ -183,9 +177,10 @@ RulerReading PlotRuler::reading() const
         RulerReading reading = readingBetween(a, b, cellAt(a), cellAt(b), false);
         const BinsInView rows = rowsBetween(mapping, { a.y(), b.y() });
         reading.bins = width * (rows.last - rows.first + 1);
-        const double sum = sumOf(rows, [&](qsizetype row) {
-            return sumOf(columns, [&](qsizetype column) { return cellOf(cells, column, row).value_or(0.0); });
-        });
+        updateSums(m_sums->lists, cells);
+        double sum = 0.0;
+        for (qsizetype row = rows.first; row <= rows.last; ++row)
+            sum += m_sums->lists.at(row).between(columns.first, columns.last);
         reading.sums = { { {}, sum } };
         return reading;
     }
@@ -195,8 +190,17 @@ RulerReading PlotRuler::reading() const
     };
     RulerReading reading = readingBetween(a, b, firstAt(a), firstAt(b), mapping.isLogY());
     reading.bins = width;
+    QList<QList<double>> parts;
     for (const ShownCurve& curve : curves)
-        reading.sums.append({ curve.name, curve.sumBetween(columns.first, columns.last) });
+        parts += curve.parts;
+    updateSums(m_sums->lists, parts);
+    qsizetype next = 0;
+    for (const ShownCurve& curve : curves) {
+        double sum = 0.0;
+        for (qsizetype i = 0; i < curve.parts.size(); ++i)
+            sum += m_sums->lists.at(next++).between(columns.first, std::min(columns.last, curve.size() - 1));
+        reading.sums.append({ curve.name, sum });
+    }
     return reading;
 }
 
@@ -209,57 +213,50 @@ PlotRuler::Grip PlotRuler::gripAt(const PlotMapping& mapping, const QPointF& pix
     return isHit(mapping, snapped(mapping, m_from), pixel, false, reach) ? Grip::From : Grip::None;
 }
 
-bool PlotRuler::handleEvent(QEvent* event)
+bool PlotRuler::handlePress(const QMouseEvent& event)
 {
-    switch (event->type()) {
-    case QEvent::MouseButtonPress:
-    case QEvent::MouseButtonRelease:
-    case QEvent::MouseMove:
-        return m_isOn && handleMouse(event);
-    case QEvent::Hide:
-        endDrag(true);
-        return false;
-    case QEvent::ShortcutOverride: {
-        const auto& key = static_cast<const QKeyEvent&>(*event);
-        const bool isOurs = key.key() == Qt::Key_Escape || (m_isSet && key.matches(QKeySequence::Copy));
-        if (m_isOn && plot()->hasFocus() && isOurs)
-            event->accept();
-        return false;
-    }
-    case QEvent::KeyPress: {
-        const auto& key = static_cast<const QKeyEvent&>(*event);
-        return plot()->hasFocus() && handleKey(key.key(), key.modifiers());
-    }
-    default:
-        return false;
-    }
-}
-
-bool PlotRuler::handleMouse(QEvent* event)
-{
-    const auto& mouse = static_cast<const QMouseEvent&>(*event);
     const PlotMapping mapping = PlotMapping::of(*plot());
-    const bool isOver = mapping.isValid() && mapping.plotRect().contains(mouse.position().toPoint());
-    const QPointF at = isOver ? mapping.valueAt(mouse.position()) : QPointF();
-    if (m_grip != Grip::None) {
-        if (event->type() == QEvent::MouseButtonRelease && mouse.button() == Qt::LeftButton)
-            endDrag(false);
-        else if (event->type() == QEvent::MouseMove && isOver)
-            setEnds(m_grip == Grip::From ? at : m_from, m_grip == Grip::To ? at : m_to);
-        return true;
-    }
-    if (event->type() != QEvent::MouseButtonPress || mouse.button() != Qt::LeftButton || !isOver)
+    if (!m_isOn || m_grip != Grip::None)
+        return m_grip != Grip::None;
+    if (event.button() != Qt::LeftButton || !isOverPlot(mapping, event.position()))
         return false;
     plot()->setFocus(Qt::MouseFocusReason);
     m_wasSet = m_isSet;
     m_wasFrom = m_from;
     m_wasTo = m_to;
-    m_grip = gripAt(mapping, mouse.position());
+    m_grip = gripAt(mapping, event.position());
     if (m_grip == Grip::None) {
         m_grip = Grip::To;
+        const QPointF at = mapping.valueAt(event.position());
         setEnds(at, at);
     }
     return true;
+}
+
+bool PlotRuler::handleMove(const QMouseEvent& event)
+{
+    if (m_grip == Grip::None)
+        return false;
+    const PlotMapping mapping = PlotMapping::of(*plot());
+    if (!isOverPlot(mapping, event.position()))
+        return true;
+    const QPointF at = mapping.valueAt(event.position());
+    setEnds(m_grip == Grip::From ? at : m_from, m_grip == Grip::To ? at : m_to);
+    return true;
+}
+
+bool PlotRuler::handleRelease(const QMouseEvent& event)
+{
+    if (m_grip == Grip::None)
+        return false;
+    if (event.button() == Qt::LeftButton)
+        endDrag(false);
+    return true;
+}
+
+void PlotRuler::handleHide()
+{
+    endDrag(true);
 }
 
 void PlotRuler::endDrag(bool cancel)
@@ -275,19 +272,25 @@ void PlotRuler::endDrag(bool cancel)
     renew();
 }
 
-bool PlotRuler::handleKey(int key, Qt::KeyboardModifiers modifiers)
+bool PlotRuler::claimsKey(const QKeyEvent& event) const
 {
-    if (key == Qt::Key_R && modifiers == Qt::NoModifier) {
+    return m_isOn && (event.key() == Qt::Key_Escape || (m_isSet && event.matches(QKeySequence::Copy)));
+}
+
+bool PlotRuler::handleKey(const QKeyEvent& event)
+{
+    const bool isPlain = event.modifiers() == Qt::NoModifier;
+    if (event.key() == Qt::Key_R && isPlain) {
         setOn(!m_isOn);
         return true;
     }
     if (!m_isOn)
         return false;
-    if (key == Qt::Key_C && modifiers == Qt::ControlModifier && m_isSet) {
+    if (event.matches(QKeySequence::Copy) && m_isSet) {
         copy();
         return true;
     }
-    if (key != Qt::Key_Escape || modifiers != Qt::NoModifier)
+    if (event.key() != Qt::Key_Escape || !isPlain)
         return false;
     if (m_grip != Grip::None)
         endDrag(true);
@@ -371,17 +374,15 @@ QJsonObject PlotRuler::saveState() const
 {
     QJsonObject state { { onKey, m_isOn } };
     if (m_isSet)
-        state.insert(endsKey, QJsonArray { m_from.x(), m_from.y(), m_to.x(), m_to.y() });
+        state.insert(endsKey, placesToJson({ m_from, m_to }));
     return state;
 }
 
 void PlotRuler::restoreState(const QJsonObject& state)
 {
     setOn(state.value(onKey).toBool(m_isOn));
-    const QJsonArray ends = state.value(endsKey).toArray();
-    if (ends.size() == 4)
-        setEnds({ ends.at(0).toDouble(std::nan("")), ends.at(1).toDouble(std::nan("")) },
-            { ends.at(2).toDouble(std::nan("")), ends.at(3).toDouble(std::nan("")) });
+    if (const std::optional<PlacePair> ends = placesFromJson(state.value(endsKey)))
+        setEnds(ends->from, ends->to);
     else if (!state.contains(endsKey))
         clear();
 }

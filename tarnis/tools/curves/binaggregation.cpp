@@ -1,8 +1,10 @@
 #include "tarnis/tools/binaggregation.h"
 
 #include "tarnis/plots/mapcoloring_p.h"
+#include "tarnis/plots/math/floatcomparison_p.h"
 #include "tarnis/plots/plotaccess_p.h"
 #include "tarnis/plots/plotmapping.h"
+#include "tarnis/tools/base/deviceimage_p.h"
 #include "tarnis/tools/base/overlaycache_p.h"
 #include "tarnis/tools/base/plotcurves_p.h"
 #include "tarnis/tools/base/plotlabel_p.h"
@@ -125,8 +127,10 @@ void BinAggregation::paintOverlay(QPainter& painter, const PlotMapping& mapping)
     const bool isStale = !isSameData(curves, m_painted);
     m_painted = curves;
     m_cache->paint(painter, plot(), mapping, mapping.frameRect(), isStale, [&](QPainter& inside) {
+        const BinsInView bins = columnsInView(mapping);
+        const QList<ColumnRun> runs = columnRuns(BinPositions(mapping, bins), bins);
         for (const ShownCurve& curve : curves)
-            paintEnvelope(inside, mapping, curve);
+            paintEnvelope(inside, mapping, curve, runs);
     });
     const QString method = m_method == Method::Mean ? tr("mean") : m_method == Method::Sum ? tr("sum") : tr("maximum");
     const QString bins = curves.isEmpty()
@@ -136,21 +140,24 @@ void BinAggregation::paintOverlay(QPainter& painter, const PlotMapping& mapping)
         mapping.frameRect().bottomLeft() + QPoint(4, -4), Qt::AlignLeft | Qt::AlignBottom);
 }
 
-void BinAggregation::paintEnvelope(QPainter& painter, const PlotMapping& mapping, const ShownCurve& curve) const
+void BinAggregation::paintEnvelope(
+    QPainter& painter, const PlotMapping& mapping, const ShownCurve& curve, const QList<ColumnRun>& runs) const
 {
-    BinsInView bins = columnsInView(mapping);
-    bins.last = std::min(bins.last, curve.size() - 1);
-    const QList<EnvelopeColumn> columns = envelopeOf(
-        bins.first, bins.last, [&](qsizetype i) { return curve.valueAt(i); }, BinPositions(mapping, bins));
+    const QList<EnvelopeColumn> columns = envelopeOf(runs, curve, EnvelopeOf::Numbers);
+    const QList<double> means = m_method == Method::Mean ? meansOf(runs, curve) : QList<double>();
     QColor band = curve.color;
     band.setAlpha(bandAlpha);
     QPolygonF line;
-    for (const EnvelopeColumn& entry : columns) {
+    QList<ColumnSpan> spans;
+    for (qsizetype i = 0; i < columns.size(); ++i) {
+        const EnvelopeColumn& entry = columns.at(i);
         const double top = limitedCoordinate(mapping.rowOf(entry.highest));
         const double bottom = limitedCoordinate(mapping.rowOf(entry.lowest));
-        fillColumn(painter, entry.column, std::min(top, bottom), std::max(top, bottom), band);
-        line << QPointF(entry.column, m_method == Method::Mean ? limitedCoordinate(mapping.rowOf(entry.mean)) : top);
+        spans.append({ entry.column, truncateToPixel(std::floor(std::min(top, bottom))),
+            truncateToPixel(std::floor(std::max(top, bottom))) });
+        line << QPointF(entry.column, means.isEmpty() ? top : limitedCoordinate(mapping.rowOf(means.at(i))));
     }
+    fillColumns(painter, mapping.frameRect(), spans, band);
     painter.setPen(curve.color.lighter(120));
     painter.drawPolyline(line);
 }

@@ -1,7 +1,9 @@
 #include "tarnis/tools/errorbars.h"
 
+#include "tarnis/plots/math/floatcomparison_p.h"
 #include "tarnis/plots/plotmapping.h"
 #include "tarnis/plots/xygraphwidget.h"
+#include "tarnis/tools/base/deviceimage_p.h"
 #include "tarnis/tools/base/overlaycache_p.h"
 #include "tarnis/tools/base/plotcurves_p.h"
 #include "tarnis/tools/base/plotlabel_p.h"
@@ -14,7 +16,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 
 namespace tarnis {
 
@@ -51,7 +52,7 @@ void drawPoisson(QPainter& painter, const IconInk& ink)
     painter.drawLine(QPointF(6.0, 5.0), QPointF(6.0, 14.0));
 }
 
-/// Rows of both ends of a bar; on a logarithmic axis, values not above 0 are at the lower edge.
+/// Rows of both ends of a bar; a logarithmic axis shows what is not above 0 at its lower edge.
 struct BarRows {
     double upper = 0.0;
     double lower = 0.0;
@@ -122,12 +123,9 @@ void ErrorBars::plotChanged(Changes changes)
         updateOverlay();
 }
 
-bool ErrorBars::handleEvent(QEvent* event)
+bool ErrorBars::handleKey(const QKeyEvent& event)
 {
-    if (event->type() != QEvent::KeyPress || !plot()->hasFocus())
-        return false;
-    const auto& key = static_cast<const QKeyEvent&>(*event);
-    if (key.key() != Qt::Key_E || key.modifiers() != Qt::NoModifier)
+    if (event.key() != Qt::Key_E || event.modifiers() != Qt::NoModifier)
         return false;
     setOn(!m_isOn);
     return true;
@@ -140,47 +138,56 @@ void ErrorBars::paintOverlay(QPainter& painter, const PlotMapping& mapping)
     const QList<ShownCurve> curves = shownCurves(*plot());
     const bool isStale = !isSameData(curves, m_painted);
     m_painted = curves;
-    m_cache->paint(painter, plot(), mapping, mapping.frameRect(), isStale, [&](QPainter& inside) {
-        for (const ShownCurve& curve : curves)
-            paintCurve(inside, mapping, curve);
-    });
+    m_cache->paint(painter, plot(), mapping, mapping.frameRect(), isStale,
+        [&](QPainter& inside) { paintCurves(inside, mapping, curves); });
 }
 
-void ErrorBars::paintCurve(QPainter& painter, const PlotMapping& mapping, const ShownCurve& curve) const
+void ErrorBars::paintCurves(QPainter& painter, const PlotMapping& mapping, const QList<ShownCurve>& curves) const
 {
-    BinsInView bins = columnsInView(mapping);
-    bins.last = std::min(bins.last, curve.size() - 1);
+    const BinsInView bins = columnsInView(mapping);
     if (bins.first > bins.last)
         return;
     const AxisRange middle = mapping.columnEdges(bins.first + (bins.last - bins.first) / 2);
     const double width = std::abs(mapping.columnOf(middle.max) - mapping.columnOf(middle.min));
-    const auto countAt = [&](qsizetype i) {
-        const double value = curve.valueAt(i);
-        return isCount(value) ? value : std::numeric_limits<double>::quiet_NaN();
-    };
     const BinPositions positionOf(mapping, bins);
-    const auto rowsAt = [&](double lowest, double highest) {
-        return rowsOf(mapping, { interval(m_method, lowest).first, interval(m_method, highest).second });
-    };
     if (width < narrowBin) {
-        QColor color = curve.color;
-        color.setAlpha(bandAlpha);
-        // The ends of a bar increase with its count, so those of the smallest and the largest count enclose all of the
-        // column.
-        const QList<EnvelopeColumn> columns = envelopeOf(bins.first, bins.last, countAt, positionOf);
-        for (const EnvelopeColumn& column : columns) {
-            const BarRows rows = rowsAt(column.lowest, column.highest);
-            const double top = std::min(rows.upper, rows.lower); // also on a reversed axis
-            fillColumn(painter, column.column, top, top + std::abs(rows.lower - rows.upper), color);
-        }
+        const QList<ColumnRun> runs = columnRuns(positionOf, bins);
+        for (const ShownCurve& curve : curves)
+            paintBand(painter, mapping, curve, runs);
         return;
     }
+    for (const ShownCurve& curve : curves)
+        paintBars(painter, mapping, curve, bins, width);
+}
+
+void ErrorBars::paintBand(
+    QPainter& painter, const PlotMapping& mapping, const ShownCurve& curve, const QList<ColumnRun>& runs) const
+{
+    QColor color = curve.color;
+    color.setAlpha(bandAlpha);
+    // The ends of a bar rise with its count: those of the least and the largest count enclose all of the column.
+    const QList<EnvelopeColumn> columns = envelopeOf(runs, curve, EnvelopeOf::Counts);
+    QList<ColumnSpan> band;
+    band.reserve(columns.size());
+    for (const EnvelopeColumn& column : columns) {
+        const BarRows rows =
+            rowsOf(mapping, { interval(m_method, column.lowest).first, interval(m_method, column.highest).second });
+        const auto [top, bottom] = std::minmax(rows.upper, rows.lower); // of a reversed axis too
+        band.append({ column.column, truncateToPixel(std::floor(top)), truncateToPixel(std::floor(bottom)) });
+    }
+    fillColumns(painter, mapping.frameRect(), band, color);
+}
+
+void ErrorBars::paintBars(
+    QPainter& painter, const PlotMapping& mapping, const ShownCurve& curve, const BinsInView& bins, double width) const
+{
+    const BinPositions positionOf(mapping, bins);
     const double cap = std::min(widestCap, width * 0.7) / 2.0;
     painter.setPen(curve.color);
-    for (qsizetype i = bins.first; i <= bins.last; ++i) {
-        const double count = countAt(i);
-        const BarRows rows = rowsAt(count, count);
-        if (std::isnan(count) || rows.lower == rows.upper)
+    for (qsizetype i = bins.first; i <= std::min(bins.last, curve.size() - 1); ++i) {
+        const auto [lower, upper] = interval(m_method, curve.valueAt(i)); // NaN for what is no count
+        const BarRows rows = rowsOf(mapping, { lower, upper });
+        if (std::isnan(lower) || rows.lower == rows.upper)
             continue;
         const double column = positionOf(i);
         painter.drawLine(QLineF(column, rows.upper, column, rows.lower));

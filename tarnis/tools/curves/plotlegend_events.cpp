@@ -28,33 +28,22 @@ bool PlotLegend::handleEvent(QEvent* event)
 {
     if (curves() == nullptr)
         return false;
-    switch (event->type()) {
-    case QEvent::MouseButtonPress:
-        return handlePress(static_cast<const QMouseEvent&>(*event));
-    case QEvent::MouseMove:
-        return handleMove(static_cast<const QMouseEvent&>(*event));
-    case QEvent::MouseButtonRelease:
-        return handleRelease(static_cast<const QMouseEvent&>(*event));
-    case QEvent::MouseButtonDblClick:
-        return handleDoubleClick(static_cast<const QMouseEvent&>(*event));
-    case QEvent::Wheel:
-        return handleWheel(static_cast<QWheelEvent&>(*event));
-    case QEvent::ShortcutOverride: // Escape would close a dialog around the plot, Return press its button
-        if (m_selected >= 0 && curves()->hasFocus())
-            event->accept();
-        return false;
-    case QEvent::KeyPress:
-        return curves()->hasFocus() && handleKey(static_cast<const QKeyEvent&>(*event));
-    case QEvent::FocusOut:
+    if (event->type() == QEvent::FocusOut) {
         m_selected = -1;
         updateOverlay();
-        return false;
-    case QEvent::Hide:
-        m_isPressed = false;
-        return false;
-    default:
-        return false;
     }
+    return InteractiveTool::handleEvent(event);
+}
+
+void PlotLegend::handleHide()
+{
+    m_isPressed = false;
+}
+
+/// Escape would close a dialog around the plot, Return press its button.
+bool PlotLegend::claimsKey(const QKeyEvent& /*event*/) const
+{
+    return m_selected >= 0;
 }
 
 bool PlotLegend::handlePress(const QMouseEvent& event)

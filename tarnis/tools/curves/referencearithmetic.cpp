@@ -50,6 +50,26 @@ ComparedBin comparedBin(Comparison comparison, double live, double reference, do
     return { live / scaled, areCounts ? std::sqrt(relative) : nan };
 }
 
+void comparedValues(Comparison comparison, const double* live, const double* reference, qsizetype count, double norm,
+    bool isContained, double* values)
+{
+    switch (comparison) {
+    case Comparison::Difference:
+        for (qsizetype i = 0; i < count; ++i)
+            values[i] = live[i] - norm * reference[i];
+        return;
+    case Comparison::Ratio:
+        for (qsizetype i = 0; i < count; ++i) {
+            const double scaled = norm * reference[i];
+            values[i] = scaled != 0.0 ? live[i] / scaled : nan;
+        }
+        return;
+    default:
+        for (qsizetype i = 0; i < count; ++i)
+            values[i] = comparedBin(comparison, live[i], reference[i], norm, isContained).value;
+    }
+}
+
 bool isContinuation(const QList<double>& live, const QList<double>& reference)
 {
     if (live.size() != reference.size())

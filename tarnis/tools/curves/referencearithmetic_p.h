@@ -22,7 +22,11 @@ struct ComparedBin {
 /// independent, and their number is the variance.
 ComparedBin comparedBin(Comparison comparison, double live, double reference, double norm, bool isContained);
 
-/// True if the counts continue those of the reference: no bin is lower, and at least one is higher.
+/// The values of comparedBin() for `count` bins one after the other.
+void comparedValues(Comparison comparison, const double* live, const double* reference, qsizetype count, double norm,
+    bool isContained, double* values);
+
+/// True if no bin is below that of the reference, and at least one is above: the counts went on.
 bool isContinuation(const QList<double>& live, const QList<double>& reference);
 
 /// The axis for the finite values, centred on the value for equality (1 for a ratio, otherwise 0). Its half width is 1,

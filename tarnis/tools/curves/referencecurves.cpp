@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <numeric>
 
 namespace tarnis {
@@ -56,6 +57,7 @@ ReferenceCurves::ReferenceCurves(XYGraphWidget* plot)
     , PlotOverlay(plot, referencesZOrder)
     , m_cache(std::make_unique<OverlayCache>())
     , m_stripCache(std::make_unique<OverlayCache>())
+    , m_pairs(std::make_unique<Pairs>())
 {
     makeActions();
 }
@@ -140,10 +142,16 @@ QString ReferenceCurves::addFile(const QString& path)
     return error;
 }
 
-void ReferenceCurves::renew()
+void ReferenceCurves::dropPictures()
 {
     m_cache->drop();
     m_stripCache->drop();
+    m_pairs->all.clear();
+}
+
+void ReferenceCurves::renew()
+{
+    dropPictures();
     placeStrip();
     updateOverlay();
     Q_EMIT referencesChanged();
@@ -171,8 +179,7 @@ void ReferenceCurves::setLiveTime(double seconds)
     if (known == m_liveTime)
         return;
     m_liveTime = known;
-    m_cache->drop();
-    m_stripCache->drop();
+    dropPictures();
     updateOverlay();
 }
 
@@ -225,14 +232,14 @@ void ReferenceCurves::placeStrip()
 
 bool ReferenceCurves::handleEvent(QEvent* event)
 {
-    if (event->type() == QEvent::Resize) {
+    if (event->type() == QEvent::Resize)
         placeStrip();
-        return false;
-    }
-    if (event->type() != QEvent::KeyPress || !plot()->hasFocus())
-        return false;
-    const auto& key = static_cast<const QKeyEvent&>(*event);
-    if (key.key() != Qt::Key_C || key.modifiers() != Qt::ShiftModifier)
+    return InteractiveTool::handleEvent(event);
+}
+
+bool ReferenceCurves::handleKey(const QKeyEvent& event)
+{
+    if (event.key() != Qt::Key_C || event.modifiers() != Qt::ShiftModifier)
         return false;
     toggleFrozen();
     return true;
@@ -244,34 +251,73 @@ void ReferenceCurves::plotChanged(Changes changes)
         updateOverlay();
 }
 
-double ReferenceCurves::normOf(const Reference& reference, const ShownCurve& live, const QList<double>& values) const
+double ReferenceCurves::normOf(const Reference& reference, const QList<double>& live, const QList<double>& values) const
 {
     double norm = 1.0;
     if (m_norm == Norm::TotalCounts)
-        norm = sumOf(samplesOf(live)) / sumOf(values);
+        norm = sumOf(live) / sumOf(values);
     else if (m_norm == Norm::LiveTime && m_liveTime > 0.0 && reference.liveTime > 0.0)
         norm = m_liveTime / reference.liveTime;
     return std::isfinite(norm) && norm > 0.0 ? norm : 1.0;
 }
 
-QList<ReferenceCurves::Pair> ReferenceCurves::pairs(const QList<ShownCurve>& live) const
+/// The visible curve of the same name; where names do not tell, that in the same place of as many. -1 without one.
+int ReferenceCurves::liveOf(const Reference& reference, int row, const QList<ShownCurve>& live)
 {
-    QList<Pair> pairs;
-    if (m_current < 0)
-        return pairs;
-    const Reference& reference = m_references.at(m_current);
     for (int i = 0; i < live.size(); ++i) {
-        const ShownCurve& curve = live.at(i);
-        qsizetype row = curve.name.isEmpty() ? -1 : reference.curveNames.indexOf(curve.name);
-        if (row < 0 && live.size() == reference.curves.size())
-            row = i;
-        if (row < 0 || reference.curves.at(row).size() != curve.size())
-            continue;
-        const QList<double>& values = reference.curves.at(row);
-        pairs.append({ i, values, normOf(reference, curve, values),
-            m_norm == Norm::None && reference.isFrozen && isContinuation(samplesOf(curve), values) });
+        const QString& name = live.at(i).name;
+        const qsizetype named = name.isEmpty() ? -1 : reference.curveNames.indexOf(name);
+        if (named == row || (named < 0 && i == row && live.size() == reference.curves.size()))
+            return i;
     }
-    return pairs;
+    return -1;
+}
+
+/// What each curve of each reference is compared with. Kept until the data or the choices change: the totals of long
+/// curves take as long as the drawing.
+const QList<ReferenceCurves::Pair>& ReferenceCurves::pairs(const QList<ShownCurve>& live) const
+{
+    if (!m_pairs->all.isEmpty() && isSameData(live, m_pairs->live))
+        return m_pairs->all;
+    m_pairs->live = live;
+    m_pairs->all.clear();
+    QList<QList<double>> samples;
+    for (const ShownCurve& curve : live)
+        samples.append(samplesOf(curve));
+    for (int index = 0; index < m_references.size(); ++index) {
+        const Reference& reference = m_references.at(index);
+        for (int row = 0; row < reference.curves.size(); ++row) {
+            Pair pair { index, liveOf(reference, row, live), {}, reference.curves.at(row), {} };
+            if (pair.live >= 0) {
+                pair.samples = samples.at(pair.live);
+                pair.norm = normOf(reference, pair.samples, pair.reference);
+                compare(pair);
+            }
+            m_pairs->all.append(pair);
+        }
+    }
+    return m_pairs->all;
+}
+
+void ReferenceCurves::compare(Pair& pair) const
+{
+    if (m_view == View::Over || pair.index != m_current || pair.samples.size() != pair.reference.size())
+        return;
+    pair.isContained =
+        m_norm == Norm::None && m_references.at(pair.index).isFrozen && isContinuation(pair.samples, pair.reference);
+    pair.values.resize(pair.reference.size());
+    comparedValues(comparisonOf(m_view), pair.samples.constData(), pair.reference.constData(), pair.values.size(),
+        pair.norm, pair.isContained, pair.values.data());
+}
+
+QList<ReferenceCurves::Pair> ReferenceCurves::comparedPairs(const QList<ShownCurve>& live) const
+{
+    QList<Pair> compared;
+    const QList<Pair>& all = pairs(live);
+    std::copy_if(all.begin(), all.end(), std::back_inserter(compared), [this](const Pair& pair) {
+        return pair.index == m_current && pair.live >= 0 && pair.samples.size() == pair.reference.size();
+    });
+    return compared;
 }
 
 QString ReferenceCurves::problem() const
@@ -281,7 +327,7 @@ QString ReferenceCurves::problem() const
     const QList<ShownCurve> live = shownCurves(*plot());
     if (live.isEmpty())
         return tr("The plot shows no curve.");
-    if (!pairs(live).isEmpty())
+    if (!comparedPairs(live).isEmpty())
         return {};
     const Reference& reference = m_references.at(m_current);
     const qsizetype bins = reference.curves.isEmpty() ? 0 : reference.curves.constFirst().size();
@@ -296,14 +342,11 @@ QList<double> ReferenceCurves::compared(int curve) const
     if (plot() == nullptr || m_view == View::Over)
         return values;
     const QList<ShownCurve> live = shownCurves(*plot());
-    const QList<Pair> all = pairs(live);
+    const QList<Pair> all = comparedPairs(live);
     for (const Pair& pair : all) {
         if (pair.live != curve)
             continue;
-        for (qsizetype i = 0; i < pair.reference.size(); ++i)
-            values.append(comparedBin(
-                comparisonOf(m_view), live.at(curve).valueAt(i), pair.reference.at(i), pair.norm, pair.isContained)
-                              .value);
+        values = pair.values;
     }
     return values;
 }

@@ -2,8 +2,11 @@
 #pragma once
 
 #include "tarnis/tools/base/plotcurves_p.h"
+#include "tarnis/tools/base/plotlabel_p.h"
 #include "tarnis/tools/curves/referencearithmetic_p.h"
 #include "tarnis/tools/referencecurves.h"
+
+#include <QRect>
 
 namespace tarnis {
 
@@ -16,19 +19,32 @@ struct TARNIS_NO_EXPORT ReferenceCurves::Reference {
     QList<QList<double>> curves;
 };
 
-/// A live curve with its reference.
+/// A curve of a reference with the live curve that belongs to it.
 struct TARNIS_NO_EXPORT ReferenceCurves::Pair {
-    int live = 0; // index among the visible curves
+    int index = 0; // of the reference
+    int live = -1; // index among the visible curves; -1 without one
+    QList<double> samples; // of the live curve
     QList<double> reference;
-    double norm = 1.0;
-    bool isContained = false;
+    QList<double> values; // compared; empty where they are not
+    double norm = 1.0; // above 0
+    bool isContained = false; // the live counts are those of the reference and later ones
 };
 
-/// A compared bin in the strip.
-struct TARNIS_NO_EXPORT ReferenceCurves::Point {
-    double column = 0.0; // in the frame's coordinates
-    ComparedBin bin;
-    QColor color;
+/// All pairs, and the visible curves that they were made for.
+struct TARNIS_NO_EXPORT ReferenceCurves::Pairs {
+    QList<ShownCurve> live;
+    QList<Pair> all;
+};
+
+/// The axis of the comparison, beside the strip.
+struct StripAxis {
+    QRect strip;
+    AxisRange range;
+
+    double rowOf(double value) const
+    {
+        return limitedCoordinate(strip.bottom() - (value - range.min) / (range.max - range.min) * strip.height());
+    }
 };
 
 Comparison comparisonOf(ReferenceCurves::View view);

@@ -1,6 +1,8 @@
 // Drawing, actions and stored views of the reference curves.
 #include "tarnis/foundation/message.h"
+#include "tarnis/plots/curvepaint_p.h"
 #include "tarnis/plots/plotmapping.h"
+#include "tarnis/plots/plotstyling_p.h"
 #include "tarnis/plots/xygraphwidget.h"
 #include "tarnis/tools/base/overlaycache_p.h"
 #include "tarnis/tools/base/plotlabel_p.h"
@@ -22,11 +24,6 @@
 namespace tarnis {
 
 namespace {
-
-constexpr int gapAbove = 8; // between axis and strip
-constexpr int gapBelow = 6;
-constexpr double pointRadius = 1.5;
-constexpr double narrowBin = 3.0; // pixels
 
 const QLatin1String viewKey("view");
 const QLatin1String normKey("norm");
@@ -57,68 +54,67 @@ void drawCompare(QPainter& painter, const IconInk& ink)
     painter.drawPolyline(QPolygonF { { 1.5, 12.5 }, { 5.0, 10.5 }, { 8.0, 13.8 }, { 11.0, 10.5 }, { 14.5, 12.5 } });
 }
 
-/// The line through the visible samples. Of samples in one pixel column the first, the smallest, the largest and the
-/// last are joined, which covers the same pixels as all of them.
-QPolygonF lineOf(const PlotMapping& mapping, const QList<double>& values, double norm)
+/// Samples that are multiplied with a norm above 0.
+struct ScaledCurve {
+    ShownCurve samples;
+    double norm = 1.0;
+};
+
+/// The row of a pixel, as the classic curves choose it.
+int pixelRow(const PlotMapping& mapping, double value)
 {
-    BinsInView bins = columnsInView(mapping);
-    bins.last = std::min(bins.last, values.size() - 1);
-    const QList<EnvelopeColumn> columns = envelopeOf(
-        bins.first, bins.last, [&](qsizetype i) { return values.at(i) * norm; }, BinPositions(mapping, bins));
+    return truncateToPixel(limitedCoordinate(mapping.rowOf(value)));
+}
+
+/// The line through the samples in view, one by one.
+QPolygonF lineOf(const PlotMapping& mapping, const BinPositions& positionOf, const ScaledCurve& curve, BinsInView bins)
+{
     QPolygonF line;
-    const auto append = [&](const EnvelopeColumn& column, double value) {
-        const QPointF at(column.position, limitedCoordinate(mapping.rowOf(value)));
-        if (line.isEmpty() || line.constLast() != at)
-            line.append(at);
-    };
-    for (const EnvelopeColumn& column : columns) {
-        append(column, column.first);
-        append(column, column.isRising ? column.lowest : column.highest);
-        append(column, column.isRising ? column.highest : column.lowest);
-        append(column, column.last);
+    for (qsizetype i = bins.first; i <= std::min(bins.last, curve.samples.size() - 1); ++i) {
+        const double value = curve.samples.valueAt(i) * curve.norm;
+        if (std::isfinite(value))
+            line.append(QPointF(std::floor(positionOf(i)), pixelRow(mapping, value)));
     }
     return line;
 }
 
-/// The axis of the comparison, beside the strip.
-struct StripAxis {
-    QRect strip;
-    AxisRange range;
-
-    double rowOf(double value) const
-    {
-        return limitedCoordinate(strip.bottom() - (value - range.min) / (range.max - range.min) * strip.height());
-    }
-};
-
-void paintMarks(QPainter& painter, const StripAxis& axis, double same)
+/// The same pixels where several samples share a pixel column.
+QList<QLine> linesOf(
+    const QPainter& painter, const PlotMapping& mapping, const ScaledCurve& curve, const QList<ColumnRun>& runs)
 {
-    const int height = painter.fontMetrics().height();
-    const QRect& strip = axis.strip;
-    for (const double mark : { axis.range.min, same, axis.range.max }) {
-        if (mark == axis.range.min && axis.rowOf(mark) - axis.rowOf(same) < height)
-            continue; // the mark for equality has priority
-        const int row =
-            std::clamp(static_cast<int>(axis.rowOf(mark)), strip.top() + height / 2, strip.bottom() - height / 2);
-        painter.drawText(QRect(0, row - height / 2, strip.left() - 4, height), Qt::AlignRight | Qt::AlignVCenter,
-            QString::number(mark, 'g', 4));
+    CurveLines lines(mergingOn(painter));
+    const QList<EnvelopeColumn> columns = envelopeOf(runs, curve.samples, EnvelopeOf::Numbers);
+    for (const EnvelopeColumn& column : columns) {
+        const auto pointOf = [&](double value) {
+            return CurvePoint { QPoint(column.column, pixelRow(mapping, value * curve.norm)), false };
+        };
+        const CurvePoint first = pointOf(column.first);
+        const CurvePoint last = pointOf(column.last);
+        const int highest = pointOf(column.highest).pixel.y();
+        const int lowest = pointOf(column.lowest).pixel.y();
+        if (!lines.appendColumn(first, last, std::min(highest, lowest), std::max(highest, lowest)))
+            lines.append(first);
     }
+    return lines.lines;
 }
 
-QColor mixedWithGrey(const QColor& color)
+/// Of a curve that no live one belongs to.
+QColor foreground(const XYGraphWidget& plot)
 {
-    constexpr int grey = 160;
+    const PlotStyling* const styling = stylingOf(&plot);
+    return styling != nullptr ? styling->foreground() : QColor(Qt::white);
+}
+
+/// Half way to a grey that is seen on the plot's background.
+QColor faded(const QColor& color, const XYGraphWidget& plot)
+{
+    const PlotStyling* const styling = stylingOf(&plot);
+    const bool isLight = styling != nullptr && styling->surround().lightness() > 127;
+    const int grey = isLight ? 80 : 160;
     return { (color.red() + grey) / 2, (color.green() + grey) / 2, (color.blue() + grey) / 2 };
 }
 
 } // namespace
-
-QRect ReferenceCurves::stripRect(const PlotMapping& mapping) const
-{
-    const int height = mapping.rotation() != 0.0 ? plot()->width() : plot()->height();
-    const QRect rect = mapping.frameRect();
-    return QRect(QPoint(rect.left(), height - m_stripHeight + gapAbove), QPoint(rect.right(), height - gapBelow));
-}
 
 void ReferenceCurves::paintOverlay(QPainter& painter, const PlotMapping& mapping)
 {
@@ -127,106 +123,35 @@ void ReferenceCurves::paintOverlay(QPainter& painter, const PlotMapping& mapping
     const QList<ShownCurve> live = shownCurves(*plot());
     const bool isStale = !isSameData(live, m_painted);
     m_painted = live;
-    m_cache->paint(painter, plot(), mapping, mapping.frameRect(), isStale, [&](QPainter& inside) {
-        for (int i = 0; i < m_references.size(); ++i)
-            paintReference(inside, mapping, i, live);
-    });
+    m_cache->paint(painter, plot(), mapping, mapping.frameRect(), isStale,
+        [&](QPainter& inside) { paintReferences(inside, mapping, live); });
     if (m_stripHeight == 0)
         return;
-    const QRect strip = stripRect(mapping);
-    const QRect area(QPoint(0, strip.top() - gapAbove), strip.bottomRight() + QPoint(gapBelow, gapBelow));
-    m_stripCache->paint(
-        painter, plot(), mapping, area, isStale, [&](QPainter& inside) { paintStrip(inside, mapping, strip, live); });
+    m_stripCache->paint(painter, plot(), mapping, stripArea(mapping), isStale,
+        [&](QPainter& inside) { paintStrip(inside, mapping, live); });
 }
 
-void ReferenceCurves::paintReference(
-    QPainter& painter, const PlotMapping& mapping, int index, const QList<ShownCurve>& live) const
+void ReferenceCurves::paintReferences(
+    QPainter& painter, const PlotMapping& mapping, const QList<ShownCurve>& live) const
 {
-    const Reference& reference = m_references.at(index);
-    for (int i = 0; i < reference.curves.size(); ++i) {
-        const ShownCurve* const own = i < live.size() ? &live.at(i) : nullptr;
-        const double norm = own != nullptr ? normOf(reference, *own, reference.curves.at(i)) : 1.0;
-        QPen pen(mixedWithGrey(own != nullptr ? own->color : QColor(Qt::white)), 1.0);
-        const QPolygonF line = lineOf(mapping, reference.curves.at(i), norm);
-        // Dashes are invisible and slow if the line goes up and down in each pixel column.
-        if (line.size() <= mapping.frameRect().width())
-            pen.setDashPattern(index == m_current ? QList<qreal> { 4, 3 } : QList<qreal> { 1, 3 });
-        painter.setPen(pen);
-        painter.drawPolyline(line);
-    }
-    if (index == m_current)
-        paintLabel(painter, reference.name, mapping.frameRect().bottomRight() - QPoint(4, 4),
-            Qt::AlignRight | Qt::AlignBottom);
-}
-
-std::vector<ReferenceCurves::Point> ReferenceCurves::comparedPoints(
-    const PlotMapping& mapping, const QList<ShownCurve>& live, const QList<Pair>& compared) const
-{
-    std::vector<Point> points;
     const BinsInView bins = columnsInView(mapping);
-    for (const Pair& pair : compared) {
-        const ShownCurve& curve = live.at(pair.live);
-        for (qsizetype i = bins.first; i <= std::min(bins.last, pair.reference.size() - 1); ++i) {
-            const ComparedBin bin =
-                comparedBin(comparisonOf(m_view), curve.valueAt(i), pair.reference.at(i), pair.norm, pair.isContained);
-            if (std::isfinite(bin.value))
-                points.push_back(
-                    { limitedCoordinate(mapping.columnOf(middleOf(mapping.columnEdges(i)))), bin, curve.color });
+    const BinPositions positionOf(mapping, bins);
+    const bool isDense = bins.last - bins.first >= mapping.frameRect().width();
+    const QList<ColumnRun> runs = isDense ? columnRuns(positionOf, bins) : QList<ColumnRun>();
+    for (const Pair& pair : pairs(live)) {
+        const ScaledCurve curve { { {}, {}, { pair.reference } }, pair.norm };
+        QPen pen(faded(pair.live >= 0 ? live.at(pair.live).color : foreground(*plot()), *plot()), 1.0);
+        if (isDense) { // dashes of a line that goes up and down in each pixel column would show nothing
+            painter.setPen(pen);
+            paintLines(painter, linesOf(painter, mapping, curve, runs));
+            continue;
         }
+        pen.setDashPattern(pair.index == m_current ? QList<qreal> { 4, 3 } : QList<qreal> { 1, 3 });
+        painter.setPen(pen);
+        painter.drawPolyline(lineOf(mapping, positionOf, curve, bins));
     }
-    return points;
-}
-
-void ReferenceCurves::paintStrip(
-    QPainter& painter, const PlotMapping& mapping, const QRect& strip, const QList<ShownCurve>& live) const
-{
-    painter.fillRect(strip, XYGraphWidget::m_backGroundColor);
-    painter.setPen(Qt::black);
-    painter.drawRect(strip);
-    const QString problem = this->problem();
-    if (!problem.isEmpty()) {
-        paintLabel(painter, problem, strip.center(), Qt::AlignHCenter | Qt::AlignVCenter);
-        return;
-    }
-    const QList<Pair> compared = pairs(live);
-    const std::vector<Point> points = comparedPoints(mapping, live, compared);
-    std::vector<double> values;
-    for (const Point& point : points)
-        values.push_back(point.bin.value);
-    const StripAxis axis { strip, comparisonAxis(comparisonOf(m_view), values) };
-    const double same = m_view == View::Ratio ? 1.0 : 0.0;
-    paintMarks(painter, axis, same);
-    painter.save();
-    painter.setClipRect(strip.adjusted(1, 1, 0, 0), Qt::IntersectClip);
-    painter.setPen(QPen(QColor(128, 128, 128), 1.0, Qt::DashLine));
-    painter.drawLine(QLineF(strip.left(), axis.rowOf(same), strip.right(), axis.rowOf(same)));
-    const AxisRange bin = mapping.columnEdges(columnsInView(mapping).first);
-    const bool hasErrors =
-        m_view != View::Significance && std::abs(mapping.columnOf(bin.max) - mapping.columnOf(bin.min)) >= narrowBin;
-    for (const Point& point : points) {
-        const auto [value, error] = point.bin;
-        painter.setPen(point.color);
-        if (hasErrors && std::isfinite(error))
-            painter.drawLine(QLineF(point.column, axis.rowOf(value - error), point.column, axis.rowOf(value + error)));
-        painter.fillRect(
-            QRectF(point.column - pointRadius, axis.rowOf(value) - pointRadius, 2 * pointRadius, 2 * pointRadius),
-            point.color);
-    }
-    painter.restore();
-    const bool isContained =
-        std::any_of(compared.begin(), compared.end(), [](const Pair& pair) { return pair.isContained; });
-    paintTitle(painter, strip, isContained);
-}
-
-void ReferenceCurves::paintTitle(QPainter& painter, const QRect& strip, bool isContained) const
-{
-    const QString name = m_references.at(m_current).name;
-    QString title = m_view == View::Ratio ? tr("data / %1").arg(name)
-        : m_view == View::Significance    ? tr("(data − %1) / σ").arg(name)
-                                          : tr("data − %1").arg(name);
-    if (isContained)
-        title += tr(", errors of the counts since");
-    paintLabel(painter, title, { strip.right() - 3, strip.top() + 3 }, Qt::AlignRight);
+    paintLabel(painter, m_references.at(m_current).name, mapping.frameRect().bottomRight() - QPoint(4, 4),
+        Qt::AlignRight | Qt::AlignBottom);
 }
 
 void ReferenceCurves::makeActions()
@@ -336,7 +261,7 @@ void ReferenceCurves::restoreState(const QJsonObject& state)
         const bool isOpen = std::any_of(m_references.begin(), m_references.end(),
             [&](const Reference& reference) { return reference.path == path; });
         if (!path.isEmpty() && !isOpen)
-            addFile(path); // a missing file is skipped
+            addFile(path); // one that is gone is left out
     }
 }
 

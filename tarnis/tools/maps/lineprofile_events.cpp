@@ -6,7 +6,6 @@
 #include "tarnis/tools/maps/lineprofile_p.h"
 
 #include <QActionGroup>
-#include <QJsonArray>
 #include <QKeyEvent>
 #include <QMenu>
 #include <QMouseEvent>
@@ -118,72 +117,65 @@ LineProfile::Grip LineProfile::gripAt(const PlotMapping& mapping, const QPointF&
     return distanceToLine(at, line.from, line.to) <= reach ? Grip::Line : Grip::None;
 }
 
+/// The window of the profile follows the map's.
 bool LineProfile::handleEvent(QEvent* event)
 {
-    switch (event->type()) {
-    case QEvent::MouseButtonPress:
-    case QEvent::MouseButtonRelease:
-    case QEvent::MouseMove:
-        return m_isOn && handleMouse(event);
-    case QEvent::Hide:
-        endDrag(true);
-        if (m_plot != nullptr && m_plot->isWindow())
-            m_plot->hide();
-        return false;
-    case QEvent::Show:
-        if (m_plot != nullptr && m_plot->isWindow())
-            m_plot->setVisible(m_isOn);
-        return false;
-    case QEvent::ShortcutOverride:
-        if (m_isOn && plot()->hasFocus() && static_cast<const QKeyEvent*>(event)->key() == Qt::Key_Escape)
-            event->accept();
-        return false;
-    case QEvent::KeyPress: {
-        const auto& key = static_cast<const QKeyEvent&>(*event);
-        return plot()->hasFocus() && handleKey(key.key(), key.modifiers());
-    }
-    default:
-        return false;
-    }
+    if (m_plot != nullptr && m_plot->isWindow() && (event->type() == QEvent::Hide || event->type() == QEvent::Show))
+        m_plot->setVisible(m_isOn && event->type() == QEvent::Show);
+    return InteractiveTool::handleEvent(event);
 }
 
-bool LineProfile::handleMouse(QEvent* event)
+bool LineProfile::handlePress(const QMouseEvent& event)
 {
-    const auto& mouse = static_cast<const QMouseEvent&>(*event);
     const PlotMapping mapping = PlotMapping::of(*plot());
-    const bool isOver = mapping.isValid() && mapping.plotRect().contains(mouse.position().toPoint());
-    if (m_grip != Grip::None) {
-        if (event->type() == QEvent::MouseButtonRelease && mouse.button() == Qt::LeftButton)
-            endDrag(false);
-        else if (event->type() == QEvent::MouseMove && isOver)
-            drag(mapping, mouse.position());
-        return true;
-    }
-    if (!isOver) {
-        restoreCursor();
-        return false;
-    }
-    const Grip grip = gripAt(mapping, mouse.position());
-    if (event->type() == QEvent::MouseMove && mouse.buttons() == Qt::NoButton) {
-        restoreCursor();
-        showCursor(grip == Grip::None ? Qt::CrossCursor
-                : grip == Grip::Line  ? Qt::SizeAllCursor
-                                      : Qt::PointingHandCursor);
-        return false;
-    }
-    if (event->type() != QEvent::MouseButtonPress || mouse.button() != Qt::LeftButton)
+    if (!m_isOn || m_grip != Grip::None)
+        return m_grip != Grip::None;
+    if (event.button() != Qt::LeftButton || !isOverPlot(mapping, event.position()))
         return false;
     plot()->setFocus(Qt::MouseFocusReason);
     m_wasFrom = m_from;
     m_wasTo = m_to;
     m_wasWidth = m_width;
-    m_pressed = mapping.valueAt(mouse.position());
-    m_grip = grip;
-    if (grip == Grip::None) {
+    m_pressed = mapping.valueAt(event.position());
+    m_grip = gripAt(mapping, event.position());
+    if (m_grip == Grip::None) {
         m_grip = Grip::To;
         setLine(m_pressed, m_pressed);
     }
     return true;
+}
+
+bool LineProfile::handleMove(const QMouseEvent& event)
+{
+    const PlotMapping mapping = PlotMapping::of(*plot());
+    const bool isOver = isOverPlot(mapping, event.position());
+    if (m_grip != Grip::None) {
+        if (isOver)
+            drag(mapping, event.position());
+        return true;
+    }
+    if (!m_isOn || event.buttons() != Qt::NoButton)
+        return false;
+    restoreCursor();
+    if (!isOver)
+        return false;
+    const Grip grip = gripAt(mapping, event.position());
+    showCursor(grip == Grip::None ? Qt::CrossCursor : grip == Grip::Line ? Qt::SizeAllCursor : Qt::PointingHandCursor);
+    return false;
+}
+
+bool LineProfile::handleRelease(const QMouseEvent& event)
+{
+    if (m_grip == Grip::None)
+        return false;
+    if (event.button() == Qt::LeftButton)
+        endDrag(false);
+    return true;
+}
+
+void LineProfile::handleHide()
+{
+    endDrag(true);
 }
 
 void LineProfile::drag(const PlotMapping& mapping, const QPointF& pixel)
@@ -221,15 +213,20 @@ void LineProfile::endDrag(bool cancel)
     setLine(m_wasFrom, m_wasTo);
 }
 
-bool LineProfile::handleKey(int key, Qt::KeyboardModifiers modifiers)
+bool LineProfile::claimsKey(const QKeyEvent& event) const
 {
-    if (modifiers != Qt::NoModifier)
+    return m_isOn && event.key() == Qt::Key_Escape;
+}
+
+bool LineProfile::handleKey(const QKeyEvent& event)
+{
+    if (event.modifiers() != Qt::NoModifier)
         return false;
-    if (key == Qt::Key_B) {
+    if (event.key() == Qt::Key_B) {
         setOn(!m_isOn);
         return true;
     }
-    if (key != Qt::Key_Escape || !m_isOn)
+    if (event.key() != Qt::Key_Escape || !m_isOn)
         return false;
     if (m_grip != Grip::None)
         endDrag(true);
@@ -289,7 +286,7 @@ QJsonObject LineProfile::saveState() const
     QJsonObject state { { onKey, m_isOn }, { widthKey, m_width },
         { joinKey, QLatin1String(joinNames[static_cast<int>(m_join)]) } };
     if (m_isSet)
-        state.insert(lineKey, QJsonArray { m_from.x(), m_from.y(), m_to.x(), m_to.y() });
+        state.insert(lineKey, placesToJson({ m_from, m_to }));
     return state;
 }
 
@@ -300,10 +297,8 @@ void LineProfile::restoreState(const QJsonObject& state)
         if (state.value(joinKey).toString() == QLatin1String(joinNames[i]))
             setJoin(static_cast<Join>(i));
     }
-    const QJsonArray ends = state.value(lineKey).toArray();
-    if (ends.size() == 4)
-        setLine({ ends.at(0).toDouble(std::nan("")), ends.at(1).toDouble(std::nan("")) },
-            { ends.at(2).toDouble(std::nan("")), ends.at(3).toDouble(std::nan("")) });
+    if (const std::optional<PlacePair> line = placesFromJson(state.value(lineKey)))
+        setLine(line->from, line->to);
     setOn(state.value(onKey).toBool(m_isOn));
 }
 

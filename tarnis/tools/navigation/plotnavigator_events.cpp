@@ -31,38 +31,28 @@ bool isInScrollArea(const QWidget& widget)
 /// Steps of a wheel or a touchpad. Alt, and Shift on some systems, turn vertical steps into horizontal ones.
 int stepsOf(const QWheelEvent& event)
 {
-    return event.angleDelta().y() != 0 ? event.angleDelta().y() : event.angleDelta().x();
+    constexpr int eighthsPerPixel = 12; // of a device that counts pixels only: ten are a notch
+    const QPoint steps = event.angleDelta().isNull() ? event.pixelDelta() * eighthsPerPixel : event.angleDelta();
+    return steps.y() != 0 ? steps.y() : steps.x();
 }
 
 } // namespace
 
 bool PlotNavigator::handleEvent(QEvent* event)
 {
-    switch (event->type()) {
-    case QEvent::Wheel:
-        return handleWheel(static_cast<QWheelEvent&>(*event));
-    case QEvent::NativeGesture:
+    if (event->type() == QEvent::NativeGesture)
         return handlePinch(static_cast<const QNativeGestureEvent&>(*event));
-    case QEvent::MouseButtonPress:
-        return handlePress(static_cast<const QMouseEvent&>(*event));
-    case QEvent::MouseMove:
-        return handleMove(static_cast<const QMouseEvent&>(*event));
-    case QEvent::MouseButtonRelease:
-        return handleRelease(static_cast<const QMouseEvent&>(*event));
-    case QEvent::MouseButtonDblClick:
-        return handleDoubleClick(static_cast<const QMouseEvent&>(*event));
-    case QEvent::KeyPress:
-        return handleKey(static_cast<const QKeyEvent&>(*event));
-    case QEvent::ShortcutOverride: // before a shortcut of the window takes it
-        if (static_cast<const QKeyEvent&>(*event).key() == Qt::Key_Escape && m_data->isPanning)
-            event->accept();
-        return false;
-    case QEvent::Hide:
-        endPan(true);
-        return false;
-    default:
-        return false;
-    }
+    return InteractiveTool::handleEvent(event);
+}
+
+void PlotNavigator::handleHide()
+{
+    endPan(true);
+}
+
+bool PlotNavigator::claimsKey(const QKeyEvent& event) const
+{
+    return event.key() == Qt::Key_Escape && m_data->isPanning;
 }
 
 bool PlotNavigator::handleWheel(QWheelEvent& event)
@@ -255,8 +245,6 @@ bool PlotNavigator::handleKey(const QKeyEvent& event)
         endPan(true);
         return true;
     }
-    if (!plot()->hasFocus())
-        return false; // an editor inside the plot propagates keys that it does not handle
     if (modifiers == Qt::AltModifier && (event.key() == Qt::Key_Left || event.key() == Qt::Key_Right)) {
         event.key() == Qt::Key_Left ? goBack() : goForward();
         return true;

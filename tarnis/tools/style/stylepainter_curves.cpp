@@ -1,9 +1,9 @@
 // Curves, on pixels and on paper.
 #include "tarnis/plots/exactdrawing_p.h"
 #include "tarnis/plots/plotaccess_p.h"
+#include "tarnis/tools/base/deviceimage_p.h"
 #include "tarnis/tools/style/stylepainter_p.h"
 
-#include <QPaintEngine>
 #include <QPainter>
 #include <QPainterPath>
 
@@ -18,36 +18,6 @@ constexpr double farAway = 1e5; // rows beyond are outside of any picture
 constexpr double pointScale = 3.0; // diameter of points, in widths of lines
 constexpr double fillAlpha = 0.45;
 constexpr double screenFinest = 0.25; // resolution of a picture without a stated resolution
-
-/// Device pixels per painter pixel, if an image of device pixels can be drawn over it.
-double deviceScale(const QPainter& painter)
-{
-    if (painter.paintEngine() == nullptr || painter.paintEngine()->type() != QPaintEngine::Raster)
-        return 0.0;
-    const QTransform transform = painter.deviceTransform();
-    const bool isUpright = transform.m12() == 0.0 && transform.m21() == 0.0 && transform.m11() == transform.m22();
-    const bool isTurned = transform.m11() == 0.0 && transform.m22() == 0.0 && transform.m12() == -transform.m21();
-    if (!transform.isAffine() || !(isUpright || isTurned))
-        return 0.0;
-    return std::sqrt(std::abs(transform.determinant()));
-}
-
-/// Draws an image of device pixels over the rectangle.
-void layOver(QPainter& painter, const QRect& graph, const QImage& image, double scale)
-{
-    painter.setRenderHint(QPainter::SmoothPixmapTransform, false);
-    if (scale == 1.0) {
-        painter.drawImage(graph.topLeft(), image);
-        return;
-    }
-    const QTransform transform = painter.deviceTransform();
-    QPointF place = graph.topLeft();
-    if (transform.m12() == 0.0) { // align to whole device pixels
-        const QPointF onDevice = transform.map(place);
-        place += (QPointF(std::round(onDevice.x()), std::round(onDevice.y())) - onDevice) / scale;
-    }
-    painter.drawImage(QRectF(place, QSizeF(image.size()) / scale), image);
-}
 
 /// The vertices of a curve for a vector painter. Of samples that cannot be distinguished, the first, the last and both
 /// extremes are kept.
@@ -194,7 +164,7 @@ void StylePainter::paintCurves(QPainter& painter, const QRect& graph)
         m_coverage.begin(QSize(int(std::ceil(graph.width() * scale)), int(std::ceil(graph.height() * scale))));
         for (const SmoothCurve& curve : std::as_const(curves))
             m_coverage.add(curve, columns, rows);
-        layOver(painter, graph, m_coverage.image(), scale);
+        layOver(painter, graph.topLeft(), m_coverage.image(), scale);
     } else {
         strokeCurves(painter, graph, curves, columns, rows);
     }

@@ -1,0 +1,132 @@
+#include "tarnis/tools/curves/envelope_p.h"
+
+#include "tarnis/plots/math/sampleextremes_p.h"
+#include "tarnis/tools/curves/counterrors_p.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace tarnis {
+
+namespace {
+
+/// All samples of a run. Without a branch for each sample, which halves the time; infinity passes.
+bool areCounts(const double* samples, qsizetype count)
+{
+    constexpr double whole = 4503599627370496.0; // 2^52: adding it drops the fraction of what is smaller
+    bool all = true;
+    for (qsizetype i = 0; i < count; ++i) {
+        const double sample = samples[i];
+        const bool isWhole = (sample + whole) - whole == sample;
+        all &= bool(int(sample >= 0.0) & (int(isWhole) | int(sample >= whole)));
+    }
+    return all;
+}
+
+bool belongs(double sample, EnvelopeOf which)
+{
+    return which == EnvelopeOf::Counts ? isCount(sample) : std::isfinite(sample);
+}
+
+/// False if no sample belongs to the envelope.
+bool read(EnvelopeColumn& entry, const double* samples, qsizetype count, EnvelopeOf which)
+{
+    if (which == EnvelopeOf::Numbers || areCounts(samples, count)) {
+        if (const SampleExtremes quick = extremesOf(samples, count); quick.finite) {
+            entry.first = samples[0];
+            entry.last = samples[count - 1];
+            entry.lowest = quick.low;
+            entry.highest = quick.high;
+            return true;
+        }
+    }
+    bool isEmpty = true;
+    for (qsizetype i = 0; i < count; ++i) {
+        const double sample = samples[i];
+        if (!belongs(sample, which))
+            continue;
+        if (isEmpty)
+            entry.first = entry.lowest = entry.highest = sample;
+        isEmpty = false;
+        entry.last = sample;
+        entry.lowest = std::min(entry.lowest, sample);
+        entry.highest = std::max(entry.highest, sample);
+    }
+    return !isEmpty;
+}
+
+/// Calls `use` with each run that the curve reaches, its samples and their number.
+template <typename Use> void forEachRun(const QList<ColumnRun>& runs, const ShownCurve& curve, const Use& use)
+{
+    QList<double> sums;
+    for (const ColumnRun& run : runs) {
+        const qsizetype count = std::min(run.last + 1, curve.size()) - run.first;
+        if (count <= 0)
+            continue;
+        if (curve.parts.size() == 1) {
+            use(run, curve.parts.constFirst().constData() + run.first, count);
+            continue;
+        }
+        sums.resize(count);
+        for (qsizetype i = 0; i < count; ++i)
+            sums[i] = curve.valueAt(run.first + i);
+        use(run, sums.constData(), count);
+    }
+}
+
+} // namespace
+
+QList<ColumnRun> columnRuns(const BinPositions& positionOf, BinsInView bins)
+{
+    QList<ColumnRun> runs;
+    for (qsizetype first = bins.first; first <= bins.last;) {
+        const double position = positionOf(first);
+        const double column = std::floor(position);
+        qsizetype end = first + 1;
+        if (const double step = positionOf.step(); step != 0.0) {
+            // Bins of equal width: a jump to shortly before the end of the column, from where each bin is looked at.
+            const double way = step > 0.0 ? column + 1.0 - position : column - position;
+            const double jump = way / step - 2.0;
+            if (jump > 1.0)
+                end = first + static_cast<qsizetype>(std::min(jump, static_cast<double>(bins.last + 1 - first)));
+        }
+        while (end <= bins.last && std::floor(positionOf(end)) == column)
+            ++end;
+        runs.append({ static_cast<int>(column), first, end - 1 });
+        first = end;
+    }
+    return runs;
+}
+
+QList<EnvelopeColumn> envelopeOf(const QList<ColumnRun>& runs, const ShownCurve& curve, EnvelopeOf which)
+{
+    QList<EnvelopeColumn> columns;
+    columns.reserve(runs.size());
+    forEachRun(runs, curve, [&](const ColumnRun& run, const double* samples, qsizetype count) {
+        EnvelopeColumn entry;
+        entry.column = run.column;
+        if (read(entry, samples, count, which))
+            columns.append(entry);
+    });
+    return columns;
+}
+
+QList<double> meansOf(const QList<ColumnRun>& runs, const ShownCurve& curve)
+{
+    QList<double> means;
+    means.reserve(runs.size());
+    forEachRun(runs, curve, [&](const ColumnRun& /*run*/, const double* samples, qsizetype count) {
+        double sum = 0.0;
+        qsizetype numbers = 0;
+        for (qsizetype i = 0; i < count; ++i) {
+            const bool isNumber = std::isfinite(samples[i]);
+            sum += isNumber ? samples[i] : 0.0;
+            numbers += isNumber ? 1 : 0;
+        }
+        if (numbers > 0)
+            means.append(sum / static_cast<double>(numbers));
+    });
+    return means;
+}
+
+} // namespace tarnis

@@ -1,0 +1,179 @@
+// The strip below the plot, with the comparison.
+#include "tarnis/plots/plotmapping.h"
+#include "tarnis/plots/plotstyling_p.h"
+#include "tarnis/plots/xygraphwidget.h"
+#include "tarnis/tools/base/plotlabel_p.h"
+#include "tarnis/tools/curves/envelope_p.h"
+#include "tarnis/tools/curves/referencecurves_p.h"
+
+#include <QPainter>
+
+#include <algorithm>
+#include <cmath>
+
+namespace tarnis {
+
+namespace {
+
+constexpr int gapAbove = 8; // between axis and strip
+constexpr int gapBelow = 6;
+constexpr int gapBeside = 4; // between labels and strip
+constexpr int pointRadius = 1; // pixels around the one in the middle
+constexpr double narrowBin = 3.0; // pixels
+
+void paintMarks(QPainter& painter, const StripAxis& axis, double same)
+{
+    const int height = painter.fontMetrics().height();
+    const QRect& strip = axis.strip;
+    for (const double mark : { axis.range.min, same, axis.range.max }) {
+        if (mark == axis.range.min && axis.rowOf(mark) - axis.rowOf(same) < height)
+            continue; // the mark that means no difference matters more
+        const int row =
+            std::clamp(static_cast<int>(axis.rowOf(mark)), strip.top() + height / 2, strip.bottom() - height / 2);
+        painter.drawText(QRect(0, row - height / 2, strip.left() - gapBeside, height),
+            Qt::AlignRight | Qt::AlignVCenter, QString::number(mark, 'g', 4));
+    }
+}
+
+/// The places in the strip that bear a point, each once: many bins share one.
+class PointMarks {
+public:
+    explicit PointMarks(const QRect& strip)
+        : m_strip(strip.adjusted(-pointRadius, -pointRadius, pointRadius, pointRadius))
+        , m_marks(std::size_t(m_strip.width()) * std::size_t(m_strip.height()))
+    {
+    }
+
+    void add(int column, double row)
+    {
+        if (column < m_strip.left() || column > m_strip.right() || !(row >= m_strip.top() && row <= m_strip.bottom()))
+            return;
+        m_marks[std::size_t(column - m_strip.left()) * std::size_t(m_strip.height())
+            + std::size_t(static_cast<int>(row) - m_strip.top())] = 1;
+    }
+
+    void paint(QPainter& painter, const QColor& color) const
+    {
+        constexpr int size = 2 * pointRadius + 1;
+        for (int column = 0; column < m_strip.width(); ++column) {
+            const char* const rows = m_marks.data() + std::size_t(column) * std::size_t(m_strip.height());
+            for (int row = 0; row < m_strip.height();) {
+                if (rows[row] == 0) {
+                    ++row;
+                    continue;
+                }
+                const int first = row;
+                while (row < m_strip.height() && rows[row] != 0)
+                    ++row;
+                painter.fillRect(m_strip.left() + column - pointRadius, m_strip.top() + first - pointRadius, size,
+                    row - first + size - 1, color);
+            }
+        }
+    }
+
+private:
+    QRect m_strip;
+    std::vector<char> m_marks; // column by column
+};
+
+/// The values that the axis has to hold: all in view, or the extremes of each pixel column.
+std::vector<double> valuesInView(const QList<double>& compared, const QList<ColumnRun>& runs)
+{
+    std::vector<double> values;
+    const QList<EnvelopeColumn> columns = envelopeOf(runs, { {}, {}, { compared } }, EnvelopeOf::Numbers);
+    for (const EnvelopeColumn& column : columns) {
+        values.push_back(column.lowest);
+        if (column.highest != column.lowest)
+            values.push_back(column.highest);
+    }
+    return values;
+}
+
+} // namespace
+
+QRect ReferenceCurves::stripRect(const PlotMapping& mapping) const
+{
+    const int height = mapping.rotation() != 0.0 ? plot()->width() : plot()->height();
+    const QRect rect = mapping.frameRect();
+    return QRect(QPoint(rect.left(), height - m_stripHeight + gapAbove), QPoint(rect.right(), height - gapBelow));
+}
+
+QRect ReferenceCurves::stripArea(const PlotMapping& mapping) const
+{
+    const QRect strip = stripRect(mapping);
+    return QRect(QPoint(0, strip.top() - gapAbove), strip.bottomRight() + QPoint(gapBelow, gapBelow));
+}
+
+void ReferenceCurves::paintStrip(QPainter& painter, const PlotMapping& mapping, const QList<ShownCurve>& live) const
+{
+    const QRect strip = stripRect(mapping);
+    const PlotStyling* const styling = stylingOf(plot());
+    painter.fillRect(strip, styling != nullptr ? styling->surround() : XYGraphWidget::m_backGroundColor);
+    painter.setPen(styling != nullptr ? styling->foreground() : QColor(Qt::black));
+    painter.drawRect(strip);
+    const QString problem = this->problem();
+    if (!problem.isEmpty()) {
+        paintLabel(painter, problem, strip.center(), Qt::AlignHCenter | Qt::AlignVCenter);
+        return;
+    }
+    const BinsInView bins = columnsInView(mapping);
+    const QList<ColumnRun> runs = columnRuns(BinPositions(mapping, bins), bins);
+    const QList<Pair> compared = comparedPairs(live);
+    std::vector<double> values;
+    for (const Pair& pair : compared) {
+        const std::vector<double> some = valuesInView(pair.values, runs);
+        values.insert(values.end(), some.begin(), some.end());
+    }
+    const StripAxis axis { strip, comparisonAxis(comparisonOf(m_view), std::move(values)) };
+    const double same = m_view == View::Ratio ? 1.0 : 0.0;
+    paintMarks(painter, axis, same);
+    painter.save();
+    painter.setClipRect(strip.adjusted(1, 1, 0, 0), Qt::IntersectClip);
+    painter.setPen(QPen(QColor(128, 128, 128), 1.0, Qt::DashLine));
+    painter.drawLine(QLineF(strip.left(), axis.rowOf(same), strip.right(), axis.rowOf(same)));
+    const AxisRange bin = mapping.columnEdges(bins.first);
+    const bool hasErrors =
+        m_view != View::Significance && std::abs(mapping.columnOf(bin.max) - mapping.columnOf(bin.min)) >= narrowBin;
+    for (const Pair& pair : compared) {
+        const QColor color = live.at(pair.live).color;
+        if (hasErrors)
+            paintErrors(painter, axis, pair, runs, color);
+        PointMarks marks(strip);
+        for (const ColumnRun& run : runs) {
+            for (qsizetype i = run.first; i <= std::min(run.last, pair.values.size() - 1); ++i)
+                marks.add(run.column, axis.rowOf(pair.values.at(i)));
+        }
+        marks.paint(painter, color);
+    }
+    painter.restore();
+    const bool isContained =
+        std::any_of(compared.begin(), compared.end(), [](const Pair& pair) { return pair.isContained; });
+    paintTitle(painter, strip, isContained);
+}
+
+void ReferenceCurves::paintErrors(
+    QPainter& painter, const StripAxis& axis, const Pair& pair, const QList<ColumnRun>& runs, const QColor& color) const
+{
+    painter.setPen(color);
+    for (const ColumnRun& run : runs) { // of a bin each
+        if (run.last >= pair.samples.size())
+            break;
+        const auto [value, error] = comparedBin(comparisonOf(m_view), pair.samples.at(run.first),
+            pair.reference.at(run.first), pair.norm, pair.isContained);
+        if (std::isfinite(value) && std::isfinite(error))
+            painter.drawLine(QLineF(run.column, axis.rowOf(value - error), run.column, axis.rowOf(value + error)));
+    }
+}
+
+void ReferenceCurves::paintTitle(QPainter& painter, const QRect& strip, bool isContained) const
+{
+    const QString name = m_references.at(m_current).name;
+    QString title = m_view == View::Ratio ? tr("data / %1").arg(name)
+        : m_view == View::Significance    ? tr("(data − %1) / σ").arg(name)
+                                          : tr("data − %1").arg(name);
+    if (isContained)
+        title += tr(", errors of the counts since");
+    paintLabel(painter, title, { strip.right() - 3, strip.top() + 3 }, Qt::AlignRight);
+}
+
+} // namespace tarnis
