@@ -90,7 +90,7 @@ private:
     TARNIS_NO_EXPORT void endPan(bool cancel);
     TARNIS_NO_EXPORT void zoomAxis(Qt::Orientation axis, double share, int eighths);
     TARNIS_NO_EXPORT void zoomLevels(bool upper, int eighths);
-    TARNIS_NO_EXPORT void noteChange();
+    TARNIS_NO_EXPORT bool noteChange();
     TARNIS_NO_EXPORT void commit(int kind, int serial, quint64 timeMs);
     TARNIS_NO_EXPORT void zoomAboutMiddle(int eighths);
     TARNIS_NO_EXPORT void fit(Qt::Orientation axis, bool both);

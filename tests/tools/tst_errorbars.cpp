@@ -49,11 +49,7 @@ void fill(VectorGraphWidget& plot, const QList<double>& samples, double top)
 bool isDrawn(const QImage& image, const PlotMapping& mapping, double x, double y)
 {
     const QPoint at = mapping.pixelOf({ x, y }).toPoint();
-    for (int dx = -1; dx <= 1; ++dx) {
-        if (colorAt(image, at + QPoint(dx, 0)) != QColor(Qt::black))
-            return true;
-    }
-    return false;
+    return hasPixel(image, at, QSize(1, 0), [](const QColor& found) { return found != QColor(Qt::black); });
 }
 
 } // namespace

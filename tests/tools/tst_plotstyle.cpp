@@ -151,14 +151,7 @@ bool isAbout(const QColor& a, const QColor& b)
 bool hasColor(const QImage& image, const XYGraphWidget& plot, double x, double y, const QColor& color)
 {
     const QPoint at = PlotMapping::of(plot).pixelOf({ x, y }).toPoint();
-    for (int dx = -2; dx <= 2; ++dx) {
-        for (int dy = -2; dy <= 2; ++dy) {
-            const QPoint point = at + QPoint(dx, dy);
-            if (const QColor found = colorAt(image, point); found.isValid() && isAbout(found, color))
-                return true;
-        }
-    }
-    return false;
+    return hasPixel(image, at, QSize(2, 2), [&](const QColor& found) { return isAbout(found, color); });
 }
 
 } // namespace

@@ -30,7 +30,6 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <QJsonDocument>
-#include <QLineEdit>
 #include <QMouseEvent>
 #include <QTest>
 #include <QTimer>
@@ -201,8 +200,6 @@ void attachOrDetach(XYGraphWidget& plot, Generator& random)
 void detachAll(XYGraphWidget& plot)
 {
     qDeleteAll(InteractiveTool::toolsOf(plot));
-    for (QLineEdit* const editor : plot.findChildren<QLineEdit*>()) // of the end of an axis: the plot's own
-        QTest::keyClick(editor, Qt::Key_Escape);
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     QCoreApplication::processEvents();
 }
@@ -215,7 +212,9 @@ QStringList liveObjects(const XYGraphWidget& plot)
         objects.append(QString::fromLatin1(object->metaObject()->className()) + object->objectName());
     for (const QWidget* const widget : QApplication::topLevelWidgets())
         objects.append(QStringLiteral("window ") + QString::fromLatin1(widget->metaObject()->className()));
-    objects.removeIf([](const QString& each) { return each.contains(QStringLiteral("QTipLabel")); }); // Qt's own
+    objects.removeIf([](const QString& each) { // Qt's tool tip, and the plot's editor of the end of an axis
+        return each.contains(QStringLiteral("QTipLabel")) || each.contains(QStringLiteral("Line"));
+    });
     objects.sort();
     return objects;
 }

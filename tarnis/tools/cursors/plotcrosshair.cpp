@@ -9,6 +9,7 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QPointer>
 
 #include <cmath>
 
@@ -75,9 +76,11 @@ void PlotCrosshair::setOn(bool on)
     m_isOn = on;
     m_isPinned = m_isPinned && on;
     setNeeds(on ? MouseMoves | KeyboardFocus | ReadOut : Needs(KeyboardFocus));
-    renew();
     updateActions();
-    Q_EMIT onChanged(on);
+    const QPointer<PlotCrosshair> self(this); // a slot may delete it
+    renew();
+    if (!self.isNull())
+        Q_EMIT onChanged(on);
 }
 
 void PlotCrosshair::pinAt(const QPointF& value)
@@ -86,16 +89,19 @@ void PlotCrosshair::pinAt(const QPointF& value)
         return;
     m_pin = value;
     m_isPinned = true;
-    setOn(true);
-    renew();
+    if (!m_isOn) {
+        setOn(true);
+        return;
+    }
     updateActions();
+    renew();
 }
 
 void PlotCrosshair::release()
 {
     m_isPinned = false;
-    renew();
     updateActions();
+    renew();
 }
 
 void PlotCrosshair::copy()

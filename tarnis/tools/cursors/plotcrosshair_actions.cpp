@@ -6,6 +6,7 @@
 
 #include <QJsonArray>
 #include <QPainter>
+#include <QPointer>
 
 namespace tarnis {
 
@@ -73,7 +74,8 @@ void PlotCrosshair::togglePin()
     const PlotMapping mapping = plot() != nullptr ? PlotMapping::of(*plot()) : PlotMapping();
     if (mapping.isValid()) // the pointer is on a tool bar: move the cross to the middle
         pinAt(isShown() ? value(mapping) : mapping.valueAt(QRectF(mapping.plotRect()).center()));
-    updateActions();
+    else
+        updateActions(); // the switch goes back
 }
 
 void PlotCrosshair::updateActions()
@@ -103,12 +105,14 @@ QJsonObject PlotCrosshair::saveState() const
 
 void PlotCrosshair::restoreState(const QJsonObject& state)
 {
+    const QPointer<PlotCrosshair> self(this);
     const QJsonArray pin = state.value(pinKey).toArray();
     if (pin.size() == 2 && pin.at(0).isDouble() && pin.at(1).isDouble())
         pinAt({ pin.at(0).toDouble(), pin.at(1).toDouble() });
     else
         release();
-    setOn(state.value(onKey).toBool(m_isOn));
+    if (!self.isNull())
+        setOn(state.value(onKey).toBool(m_isOn));
 }
 
 } // namespace tarnis

@@ -9,6 +9,7 @@
 
 #include <QAction>
 #include <QPainter>
+#include <QPointer>
 
 namespace tarnis {
 
@@ -123,17 +124,23 @@ bool PlotMarkers::remove(const QString& name)
         return false;
     m_dragged = -1;
     m_markers.removeAt(index);
-    select(-1);
-    updateActions();
     updateOverlay();
-    Q_EMIT markersChanged();
+    const QPointer<PlotMarkers> self(this);
+    select(-1); // slots may delete the tool
+    if (!self.isNull()) {
+        updateActions();
+        Q_EMIT markersChanged();
+    }
     return true;
 }
 
 void PlotMarkers::setMarkers(const QList<PlotMarker>& markers)
 {
     m_dragged = -1;
+    const QPointer<PlotMarkers> self(this);
     select(-1);
+    if (self.isNull())
+        return;
     m_markers.clear();
     for (const PlotMarker& marker : markers) {
         const QString name = marker.name.simplified();
@@ -149,8 +156,12 @@ void PlotMarkers::setOn(bool on)
 {
     if (on == m_isOn)
         return;
-    endDrag(true);
-    select(-1);
+    const QPointer<PlotMarkers> self(this);
+    endDrag(true); // slots may delete the tool
+    if (!self.isNull())
+        select(-1);
+    if (self.isNull())
+        return;
     m_isOn = on;
     setNeeds(on ? MouseMoves | KeyboardFocus : Needs(Nothing));
     updateActions();

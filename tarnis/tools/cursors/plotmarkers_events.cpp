@@ -13,6 +13,7 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QPointer>
 
 #include <cmath>
 
@@ -80,9 +81,10 @@ bool PlotMarkers::handlePress(const QMouseEvent& event)
     if (event.button() != Qt::LeftButton)
         return false;
     const int hit = markerAt(PlotMapping::of(*plot()), event.position());
-    select(hit);
-    if (hit < 0)
-        return false;
+    const QPointer<PlotMarkers> self(this);
+    select(hit); // a slot may remove markers, or delete the tool
+    if (self.isNull() || hit < 0 || hit >= m_markers.size())
+        return hit >= 0;
     plot()->setFocus(Qt::MouseFocusReason);
     m_dragged = hit;
     m_dragStart = m_markers.at(hit).position;

@@ -13,6 +13,7 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QPointer>
 
 #include <algorithm>
 #include <cmath>
@@ -103,7 +104,10 @@ void PlotRuler::setOn(bool on)
 {
     if (on == m_isOn)
         return;
-    endDrag(true);
+    const QPointer<PlotRuler> self(this);
+    endDrag(true); // a slot may delete the ruler
+    if (self.isNull())
+        return;
     m_isOn = on;
     setNeeds(on ? MouseMoves | KeyboardFocus : Needs(KeyboardFocus));
     if (on)
@@ -380,7 +384,10 @@ QJsonObject PlotRuler::saveState() const
 
 void PlotRuler::restoreState(const QJsonObject& state)
 {
+    const QPointer<PlotRuler> self(this);
     setOn(state.value(onKey).toBool(m_isOn));
+    if (self.isNull())
+        return;
     if (const std::optional<PlacePair> ends = placesFromJson(state.value(endsKey)))
         setEnds(ends->from, ends->to);
     else if (!state.contains(endsKey))

@@ -5,6 +5,7 @@
 #include "tarnis/tools/base/plotlabel_p.h"
 
 #include <QPainter>
+#include <QPointer>
 
 #include <algorithm>
 #include <utility>
@@ -52,7 +53,8 @@ void PlotNavigator::goBack()
 {
     if (plot() == nullptr)
         return;
-    noteChange();
+    if (!noteChange())
+        return;
     if (!m_data->history.canGoBack()) {
         Q_EMIT message(tr("There is no earlier view."));
         return;
@@ -65,7 +67,8 @@ void PlotNavigator::goForward()
 {
     if (plot() == nullptr)
         return;
-    noteChange();
+    if (!noteChange())
+        return;
     if (!m_data->history.canGoForward()) {
         Q_EMIT message(tr("There is no later view."));
         return;
@@ -78,7 +81,8 @@ void PlotNavigator::goHome()
 {
     if (plot() == nullptr)
         return;
-    noteChange();
+    if (!noteChange())
+        return;
     m_data->view.takeKey(Qt::Key_Home);
     commit(OnceKind, ++m_data->serial, 0);
 }
@@ -97,7 +101,8 @@ void PlotNavigator::fit(Qt::Orientation axis, bool both)
 {
     if (plot() == nullptr)
         return;
-    noteChange();
+    if (!noteChange())
+        return;
     m_data->view.fit(axis);
     if (both)
         m_data->view.fit(axis == Qt::Horizontal ? Qt::Vertical : Qt::Horizontal);
@@ -118,7 +123,8 @@ void PlotNavigator::zoomAboutMiddle(int eighths)
 {
     if (plot() == nullptr)
         return;
-    noteChange();
+    if (!noteChange())
+        return;
     zoomAxis(Qt::Horizontal, 0.5, eighths);
     if (m_data->view.map() != nullptr)
         zoomAxis(Qt::Vertical, 0.5, eighths);
@@ -128,15 +134,18 @@ void PlotNavigator::zoomAboutMiddle(int eighths)
 // History
 
 /// Records changes by others since the last check: a setup by the host without a history entry, anything else with one.
-void PlotNavigator::noteChange()
+/// False if a slot of historyChanged() has deleted the navigator: nothing of it may be used then.
+bool PlotNavigator::noteChange()
 {
     const ViewState now = m_data->view.state();
     const bool isSetUp = std::exchange(m_data->isInitialized, false);
     if (isSetUp || isSameView(now, m_data->history.current())) {
         m_data->history.settle(now);
-        return;
+        return true;
     }
+    const QPointer<PlotNavigator> self(this);
     commit(ForeignKind, m_data->serial, static_cast<quint64>(m_data->clock.elapsed()));
+    return !self.isNull();
 }
 
 void PlotNavigator::commit(int kind, int serial, quint64 timeMs)
@@ -145,9 +154,10 @@ void PlotNavigator::commit(int kind, int serial, quint64 timeMs)
     const ViewState& before = m_data->history.current();
     m_data->isHeldX = !now.autoX && (m_data->isHeldX || before.autoX || now.x != before.x);
     m_data->isHeldY = !now.autoY && (m_data->isHeldY || before.autoY || now.y != before.y);
-    if (m_data->history.commit(now, { kind, serial }, static_cast<qint64>(timeMs)))
-        Q_EMIT historyChanged();
+    const bool isNew = m_data->history.commit(now, { kind, serial }, static_cast<qint64>(timeMs));
     updateOverlay();
+    if (isNew)
+        Q_EMIT historyChanged(); // last: a slot may delete the navigator
 }
 
 void PlotNavigator::plotChanged(Changes changes)
@@ -156,8 +166,8 @@ void PlotNavigator::plotChanged(Changes changes)
         m_data->view.forgetData();
     if (m_data->isPanning)
         return; // one entry at its end
-    if (changes & (RangeX | RangeY | ScaleType | AutoScale | Levels))
-        noteChange();
+    if ((changes & (RangeX | RangeY | ScaleType | AutoScale | Levels)) && !noteChange())
+        return;
     if (changes.testFlag(ScaleType))
         updateActions();
     if (changes.testFlag(AutoScale)) {

@@ -127,10 +127,11 @@ void PlotNavigator::switchLog()
 {
     if (plot() == nullptr)
         return;
-    noteChange();
+    if (!noteChange())
+        return;
     m_data->view.setLogScale(!m_data->view.state().logScale);
-    commit(OnceKind, ++m_data->serial, 0);
     updateActions();
+    commit(OnceKind, ++m_data->serial, 0);
 }
 
 void PlotNavigator::switchGrid()

@@ -67,7 +67,8 @@ bool PlotNavigator::handleWheel(QWheelEvent& event)
     event.accept();
     if (steps == 0 || m_data->isPanning)
         return true;
-    noteChange();
+    if (!noteChange())
+        return true;
     const QPointF at = mapping.toFrame(event.position());
     const QRectF rect = mapping.frameRect();
     if (event.position() != m_data->wheelAt || event.timestamp() > m_data->wheelTime + ViewHistory::sameGestureMs) {
@@ -95,7 +96,8 @@ bool PlotNavigator::handlePinch(const QNativeGestureEvent& event)
     const PlotMapping mapping = PlotMapping::of(*plot());
     if (event.gestureType() != Qt::ZoomNativeGesture || !mapping.isValid() || !(event.value() > -1.0))
         return false;
-    noteChange();
+    if (!noteChange())
+        return true;
     // The value is the change of scale: 0.1 for a tenth larger.
     const double eighths = std::log1p(event.value()) / std::log(1.2) * eighthsPerNotch;
     if (std::isfinite(eighths)) {
@@ -137,7 +139,8 @@ void PlotNavigator::zoomLevels(bool upper, int eighths)
 
 bool PlotNavigator::handlePress(const QMouseEvent& event)
 {
-    noteChange();
+    if (!noteChange())
+        return true;
     ++m_data->serial; // changes by a tool of the plot up to the next press are one entry
     switch (event.button()) {
     case Qt::MiddleButton:
@@ -229,7 +232,8 @@ bool PlotNavigator::handleDoubleClick(const QMouseEvent& event)
         return false;
     PlotAccess::dropEditor(*plot());
     if (zone == PlotZone::ColorBar) {
-        noteChange();
+        if (!noteChange())
+            return true;
         m_data->view.fitLevels();
         commit(OnceKind, ++m_data->serial, event.timestamp());
     } else {
@@ -263,7 +267,8 @@ bool PlotNavigator::handleKey(const QKeyEvent& event)
         switchLog();
         return true;
     default:
-        noteChange();
+        if (!noteChange())
+            return true;
         if (!m_data->view.takeKey(event.key()))
             return false;
         commit(KeyKind, event.key(), event.timestamp());
