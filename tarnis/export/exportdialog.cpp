@@ -74,6 +74,7 @@ struct TARNIS_NO_EXPORT ExportDialog::Controls {
     QLabel* preview = new QLabel;
     QLabel* problem = new QLabel;
     std::array<QLabel*, 7> names {}; ///< of the rows, in their order
+    QString title; ///< another one is the host's
 };
 
 ExportDialog::ExportDialog(
@@ -145,7 +146,10 @@ void ExportDialog::layOut()
 void ExportDialog::setTexts()
 {
     Controls& c = *m_controls;
-    setWindowTitle(tr("Export"));
+    if (windowTitle() == c.title) {
+        c.title = tr("Export");
+        setWindowTitle(c.title);
+    }
     for (std::size_t i = 0; i < formats.size(); ++i)
         c.format->setItemText(static_cast<int>(i), tr(formats.at(i).text));
     c.extent->setItemText(0, tr("All bins"));

@@ -166,6 +166,17 @@ private Q_SLOTS:
             QVERIFY2(!label->text().contains("pixels"), qPrintable(label->text()));
     }
 
+    void keepsTheHostsTitle()
+    {
+        ExportDialog dialog(m_plot, "total");
+        dialog.setWindowTitle("Save: total");
+        const auto reset = qScopeGuard([] { tarnis::setLanguage(QLocale(QLocale::English)); });
+        QVERIFY(tarnis::setLanguage(QLocale(QLocale::German)));
+        const auto* const format = dialog.findChild<QComboBox*>("exportFormatBox");
+        QTRY_COMPARE(format->currentText(), QStringLiteral("PNG-Bild"));
+        QCOMPARE(dialog.windowTitle(), "Save: total");
+    }
+
     void showsAPreview()
     {
         const ExportDialog dialog(m_plot, "total");

@@ -6,6 +6,7 @@
 
 #include <tarnis/export/exportdialog.h>
 #include <tarnis/foundation/helpers.h>
+#include <tarnis/foundation/retranslator.h>
 #include <tarnis/foundation/savehooks.h>
 #include <tarnis/plots/xygraphwidget.h>
 #include <tarnis/server/tarnis.h>
@@ -121,7 +122,7 @@ void SaveReports::exportPlot(XYGraphWidget& plot, const QString& suffix)
 {
     auto* const dialog = new tarnis::ExportDialog(plot, nameOf(plot), m_run(), sourceText(), &plot);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
-    dialog->setWindowTitle(tr("Save: %1").arg(titleOf(*plot.window())));
+    tarnis::setTranslatedTitle(*dialog, [&plot] { return tr("Save: %1").arg(titleOf(*plot.window())); });
     dialog->setFormat(suffix);
     dialog->setDataTime([&plot] { return dataTimeOf(plot); });
     connect(dialog, &tarnis::ExportDialog::saved, &plot,
