@@ -30,7 +30,7 @@ void chooseListed(UiDriver& driver, QWidget& window, const QString& text)
         [&] { return list.isEnabled() && !list.findItems(text, Qt::MatchExactly).isEmpty(); });
     QListWidgetItem* const item = list.findItems(text, Qt::MatchExactly).constFirst();
     list.scrollToItem(item);
-    driver.look(60); // until it is laid out
+    driver.wait(60); // until it is laid out
     driver.clickAt(*list.viewport(), list.visualItemRect(item).center());
 }
 
@@ -56,11 +56,11 @@ void driveBasePath(UiDriver& driver, QWidget& window)
     const auto& folders = driver.find<QComboBox>(window, "dirComboBox");
     driver.waitUntil(QStringLiteral("the folder is open"),
         [&] { return folders.isEnabled() && folders.currentText().contains(QStringLiteral("data")); });
-    driver.picture(window, QStringLiteral("chosen"));
+    driver.screenshot(window, QStringLiteral("chosen"));
     pressOk(driver, window);
     driver.waitUntil(QStringLiteral("the folder is the base path"),
         [&] { return answers == 1 && basePath().endsWith(QStringLiteral("/data")); });
-    driver.picture(console, QStringLiteral("set"));
+    driver.screenshot(console, QStringLiteral("set"));
     server.SetBasePath(before, false);
     // The following steps list the server's own folder.
     driver.waitUntil(QStringLiteral("the server has the previous base path"), [&] { return answers == 2; });
@@ -73,7 +73,7 @@ void driveServerFiles(UiDriver& driver, QWidget& window)
 {
     auto& console = *qobject_cast<MainWindow*>(window.parentWidget());
     chooseListed(driver, window, QStringLiteral("tour.txt")); // was uploaded by the tour
-    driver.picture(window, QStringLiteral("chosen"));
+    driver.screenshot(window, QStringLiteral("chosen"));
     pressOk(driver, window);
     auto& edit = driver.find<QLineEdit>(console, "commandEdit");
     driver.expect(edit.text().startsWith(u'"') && edit.text().endsWith(u"/tour.txt\""),
@@ -100,11 +100,11 @@ void driveRuns(UiDriver& driver, QWidget& window)
     const auto& folders = driver.find<QComboBox>(chooser, "dirComboBox");
     driver.waitUntil(QStringLiteral("the folder is open"),
         [&] { return folders.isEnabled() && folders.currentText().contains(QStringLiteral("data")); });
-    driver.picture(chooser, QStringLiteral("browse"));
+    driver.screenshot(chooser, QStringLiteral("browse"));
     driver.click(*driver.find<QDialogButtonBox>(chooser, "buttonBox").button(QDialogButtonBox::Ok));
     driver.waitUntil(QStringLiteral("the runs are listed"), [&] { return rows() > 0; });
     const int all = rows();
-    driver.picture(window, QStringLiteral("listed"));
+    driver.screenshot(window, QStringLiteral("listed"));
     auto& part = driver.find<QLineEdit>(window, "partEdit");
     driver.type(part, QStringLiteral("no such run"));
     driver.expect(rows() == 0, QStringLiteral("the filter leaves what fits"));
@@ -117,7 +117,7 @@ void driveRuns(UiDriver& driver, QWidget& window)
     driver.expect(rows() > 0 && rows() <= all, QStringLiteral("the runs of a prefix are on show"));
     const QModelIndex first = table.model()->index(0, 0);
     driver.clickAt(*table.viewport(), table.visualRect(first).center());
-    driver.picture(window, QStringLiteral("chosen"));
+    driver.screenshot(window, QStringLiteral("chosen"));
     driver.click(driver.find<QPushButton>(window, "insertButton"));
     auto& edit = driver.find<QLineEdit>(*window.parentWidget(), "commandEdit");
     driver.expect(edit.text().startsWith(u'"') && edit.text().contains(u"/data/"),
@@ -137,11 +137,11 @@ void driveServerText(UiDriver& driver, QWidget& window)
     driver.waitUntil(
         QStringLiteral("the folder is listed"), [&] { return folders.isEnabled() && folders.count() > 0; });
     driver.type(driver.find<QLineEdit>(saving, "fileNameLineEdit"), QStringLiteral("tour-text.txt"));
-    driver.picture(saving, QStringLiteral("save-as"));
+    driver.screenshot(saving, QStringLiteral("save-as"));
     driver.click(*driver.find<QDialogButtonBox>(saving, "buttonBox").button(QDialogButtonBox::Ok));
     driver.waitUntil(QStringLiteral("the text is saved"),
         [&] { return state.text() == ServerTextWindow::tr("Saved.") && !window.isWindowModified(); });
-    driver.picture(window, QStringLiteral("saved"));
+    driver.screenshot(window, QStringLiteral("saved"));
 
     static_cast<ServerTextWindow&>(window).openFile(QStringLiteral("/tour-text.txt"));
     driver.waitUntil(QStringLiteral("the text is opened"),
@@ -154,7 +154,7 @@ void driveServerText(UiDriver& driver, QWidget& window)
         driver.close(window);
         auto& box = static_cast<QMessageBox&>(driver.dialogOf(window));
         if (answer == QMessageBox::Cancel)
-            driver.picture(box, QStringLiteral("unsaved"));
+            driver.screenshot(box, QStringLiteral("unsaved"));
         driver.click(*box.button(answer));
     }
 }

@@ -19,19 +19,19 @@ void driveHistograms(UiDriver& driver, QWidget& window)
     auto& chooser = static_cast<HistogramChooser&>(window);
     driver.waitUntil(QStringLiteral("the histograms are listed"), [&] { return chooser.count() > 0; });
     driver.click(driver.find<QPushButton>(window, "buttonCheckAll"));
-    driver.picture(window, QStringLiteral("checked"));
+    driver.screenshot(window, QStringLiteral("checked"));
     auto& windows = *window.parentWidget()->findChild<OpenWindows*>();
     const int chosen = chooser.count();
     driver.click(*driver.find<QDialogButtonBox>(window, "buttonBox").button(QDialogButtonBox::Ok));
     driver.waitUntil(
         QStringLiteral("a window opens for each of them"), [&] { return windows.onScreen().size() == chosen; });
     auto& console = *qobject_cast<MainWindow*>(windows.parent());
-    driver.look(300); // the window manager adds the frames
+    driver.wait(300); // the window manager adds the frames
     driver.choose(console, "tileAction");
-    driver.look(1200); // the first polls
-    driver.screen(windows.onScreen(), QStringLiteral("tiled"));
+    driver.wait(1200); // the first polls
+    driver.screenshotOf(windows.onScreen(), QStringLiteral("tiled"));
     driver.choose(console, "cascadeAction");
-    driver.screen(windows.onScreen(), QStringLiteral("cascaded"));
+    driver.screenshotOf(windows.onScreen(), QStringLiteral("cascaded"));
     driver.choose(console, "closeWindowsAction");
     driver.waitUntil(QStringLiteral("all of them close"), [&] { return windows.onScreen().isEmpty(); });
 }
@@ -55,11 +55,11 @@ void driveLog(UiDriver& driver, QWidget& window)
     driver.expect(view.toPlainText().contains(u"line 199"), QStringLiteral("the file is on show"));
     write("12:00:01 the newest line\n");
     driver.waitUntil(QStringLiteral("its growth is followed"), [&] { return view.toPlainText().contains(u"newest"); });
-    driver.picture(window, QStringLiteral("followed"));
+    driver.screenshot(window, QStringLiteral("followed"));
     driver.type(driver.find<QLineEdit>(window, "findEdit"), QStringLiteral("line 42"));
     driver.click(driver.find<QPushButton>(window, "nextButton"));
     driver.expect(view.textCursor().hasSelection(), QStringLiteral("text is found in it"));
-    driver.picture(window, QStringLiteral("found"));
+    driver.screenshot(window, QStringLiteral("found"));
 }
 
 } // namespace console

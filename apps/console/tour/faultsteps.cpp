@@ -47,7 +47,7 @@ void serverDies(UiDriver& driver, MainWindow& window)
     window.controller().endByForce();
     waitForState(driver, window, ServerState::Failed, QStringLiteral("the loss is noticed"));
     driver.waitUntil(QStringLiteral("the command line is free again"), [&] { return !window.commandPanel().isBusy(); });
-    driver.picture(window, QStringLiteral("lost"));
+    driver.screenshot(window, QStringLiteral("lost"));
     driver.expect(
         alertOf(driver, window).action == AlertAction::StartAgain, QStringLiteral("the alert offers a new start"));
     pressAlertButton(driver, window);
@@ -55,7 +55,7 @@ void serverDies(UiDriver& driver, MainWindow& window)
     driver.expect(edit.text() == u"a command half typed", QStringLiteral("what was typed is still there"));
     driver.clearText(edit);
     ask(driver, window, QStringLiteral("pwd"));
-    driver.picture(window, QStringLiteral("back"));
+    driver.screenshot(window, QStringLiteral("back"));
 }
 
 void nobodyAnswers(UiDriver& driver, MainWindow& window)
@@ -67,10 +67,10 @@ void nobodyAnswers(UiDriver& driver, MainWindow& window)
     driver.clearText(driver.find<QLineEdit>(dialog, "hostEdit"));
     driver.type(driver.find<QLineEdit>(dialog, "hostEdit"), QStringLiteral("localhost"));
     driver.find<QSpinBox>(dialog, "portSpin").setValue(deafPort());
-    driver.picture(dialog, QStringLiteral("dialog"));
+    driver.screenshot(dialog, QStringLiteral("dialog"));
     driver.click(*driver.find<QDialogButtonBox>(dialog, "buttonBox").button(QDialogButtonBox::Ok));
     waitForState(driver, window, ServerState::Failed, QStringLiteral("the console sees that nobody answers"));
-    driver.picture(window, QStringLiteral("refused"));
+    driver.screenshot(window, QStringLiteral("refused"));
 
     window.controller().start(before, window.controller().prompt());
     waitForState(driver, window, ServerState::Up, QStringLiteral("the previous server is back"));
@@ -93,7 +93,7 @@ void wrongPrompt(UiDriver& driver, MainWindow& window)
     wrong.port = other.serverPort();
     controller.start(wrong, controller.prompt());
     waitForState(driver, window, ServerState::Failed, QStringLiteral("the console sees that it is no server"));
-    driver.picture(window, QStringLiteral("not-greeted"));
+    driver.screenshot(window, QStringLiteral("not-greeted"));
     controller.m_probeTimeoutMs = timeoutMs;
     controller.start(before, controller.prompt());
     waitForState(driver, window, ServerState::Up, QStringLiteral("the previous server is back"));
@@ -105,7 +105,7 @@ void restart(UiDriver& driver, MainWindow& window)
     waitForState(driver, window, ServerState::Stopping, QStringLiteral("the server is told to end"));
     waitForState(driver, window, ServerState::Up, QStringLiteral("the server is back"));
     ask(driver, window, QStringLiteral("stat"));
-    driver.picture(window, QStringLiteral("back"));
+    driver.screenshot(window, QStringLiteral("back"));
 }
 
 void shutDown(UiDriver& driver, MainWindow& window)
@@ -113,7 +113,7 @@ void shutDown(UiDriver& driver, MainWindow& window)
     driver.choose(window, "shutDownAction");
     waitForState(driver, window, ServerState::Off, QStringLiteral("the server has ended"));
     driver.expect(!window.controller().hasProcess(), QStringLiteral("no process is left"));
-    driver.picture(window, QStringLiteral("off"));
+    driver.screenshot(window, QStringLiteral("off"));
 }
 
 /// Closing the window with a server running ends the server first.

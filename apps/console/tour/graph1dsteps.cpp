@@ -55,14 +55,14 @@ void zoomAndMove(UiDriver& driver, QWidget& window)
     MultiVectorGraphWidget& plot = plotOf(window);
     const auto whole = rangeX(plot);
     driver.openMenu(plot, placeIn(plot, 0.4, 0.3));
-    driver.scene(window, QStringLiteral("menu"));
+    driver.screenshotWithPopups(window, QStringLiteral("menu"));
     driver.key(*QApplication::activePopupWidget(), Qt::Key_Escape);
 
     choose(driver, plot, "Rectangle");
     driver.drag(plot, placeIn(plot, 0.3, 0.2), placeIn(plot, 0.7, 0.9));
     const auto part = rangeX(plot);
     driver.expect(widthOf(part) < 0.6 * widthOf(whole), QStringLiteral("the rectangle is zoomed to"));
-    driver.picture(window, QStringLiteral("rectangle"));
+    driver.screenshot(window, QStringLiteral("rectangle"));
 
     choose(driver, plot, "Move");
     driver.drag(plot, placeIn(plot, 0.6, 0.5), placeIn(plot, 0.4, 0.5));
@@ -73,7 +73,7 @@ void zoomAndMove(UiDriver& driver, QWidget& window)
         driver.clickAt(plot, placeIn(plot, 0.5, 0.5));
     const auto near = rangeX(plot);
     driver.expect(widthOf(near) < widthOf(part), QStringLiteral("clicks zoom in"));
-    driver.picture(window, QStringLiteral("zoomed-in"));
+    driver.screenshot(window, QStringLiteral("zoomed-in"));
     choose(driver, plot, "Zoom Out");
     for (int i = 0; i < 2; ++i)
         driver.clickAt(plot, placeIn(plot, 0.5, 0.5));
@@ -103,10 +103,10 @@ void editAxisEnd(UiDriver& driver, QWidget& window)
     QLineEdit& edit = openEditorOfMaxX(driver, plot);
     driver.clearText(edit);
     driver.type(edit, QStringLiteral("8000"));
-    driver.picture(window, QStringLiteral("axis-editor"));
+    driver.screenshot(window, QStringLiteral("axis-editor"));
     driver.key(edit, Qt::Key_Return);
     driver.expect(rangeX(plot).second == 8000.0, QStringLiteral("the axis ends where it was told to"));
-    driver.picture(window, QStringLiteral("axis-edited"));
+    driver.screenshot(window, QStringLiteral("axis-edited"));
     choose(driver, plot, "Reset");
 }
 
@@ -115,12 +115,12 @@ void drawingForms(UiDriver& driver, QWidget& window)
     MultiVectorGraphWidget& plot = plotOf(window);
     auto& type = driver.find<QComboBox>(window, "typeComboBox");
     driver.chooseItem(type, QStringLiteral("Sum of All"));
-    driver.picture(window, QStringLiteral("all"));
+    driver.screenshot(window, QStringLiteral("all"));
     choose(driver, plot, "Column Chart");
-    driver.picture(window, QStringLiteral("columns"));
+    driver.screenshot(window, QStringLiteral("columns"));
     choose(driver, plot, "Column Chart");
     choose(driver, plot, "Log Scale");
-    driver.picture(window, QStringLiteral("log-scale"));
+    driver.screenshot(window, QStringLiteral("log-scale"));
     choose(driver, plot, "Log Scale");
     driver.chooseItem(type, QStringLiteral("Each Curve"));
 }
@@ -136,13 +136,13 @@ void visibleItems(UiDriver& driver, QWidget& window)
     auto* const dialog = plotOf(window).findChild<SelectCheckedDialog*>();
     driver.expect(dialog != nullptr && dialog->isVisible(), QStringLiteral("the visible items can be chosen"));
     auto& table = driver.find<QTableWidget>(*dialog, "tableWidget");
-    driver.look(60); // until it is laid out
+    driver.wait(60); // until it is laid out
     driver.clickAt(*table.viewport(), rowOf(table, 1));
     driver.clickAt(*table.viewport(), rowOf(table, table.rowCount() - 1), Qt::LeftButton, Qt::ShiftModifier);
     driver.click(driver.find<QPushButton>(*dialog, "unselectAllPushButton"));
     driver.click(driver.find<QPushButton>(*dialog, "applyPushButton"));
-    driver.picture(*dialog, QStringLiteral("visible-items"));
-    driver.picture(window, QStringLiteral("one-of-eight"));
+    driver.screenshot(*dialog, QStringLiteral("visible-items"));
+    driver.screenshot(window, QStringLiteral("one-of-eight"));
     driver.clickAt(*table.viewport(), rowOf(table, 0));
     driver.clickAt(*table.viewport(), rowOf(table, table.rowCount() - 1), Qt::LeftButton, Qt::ShiftModifier);
     driver.click(driver.find<QPushButton>(*dialog, "selectAllPushButton"));
@@ -166,7 +166,7 @@ void selectRange(UiDriver& driver, QWidget& window)
     driver.type(edit, QStringLiteral("30000"));
     driver.key(edit, Qt::Key_Return);
     driver.expect(plot.GetXRange(min, max) && max == 30000.0, QStringLiteral("the range ends where the box says"));
-    driver.scene(window, QStringLiteral("range"));
+    driver.screenshotWithPopups(window, QStringLiteral("range"));
 
     choose(driver, plot, "Clear Time Range");
     driver.expect(!plot.GetXRange(min, max), QStringLiteral("the range can be cleared"));
@@ -192,10 +192,10 @@ void searchPeaks(UiDriver& driver, QWidget& window, const QString& thresholdText
     auto& table = driver.find<QTableWidget>(*dialog, "resultTableWidget");
     driver.expect(table.rowCount() > 0, QStringLiteral("there are peaks"));
     driver.clickAt(*table.viewport(), rowOf(table, 0));
-    driver.picture(*dialog, QStringLiteral("peaks"));
-    driver.picture(window, QStringLiteral("fitted"));
+    driver.screenshot(*dialog, QStringLiteral("peaks"));
+    driver.screenshot(window, QStringLiteral("fitted"));
     driver.click(driver.find<QCheckBox>(*dialog, "displayPointsCheckBox"));
-    driver.picture(window, QStringLiteral("points"));
+    driver.screenshot(window, QStringLiteral("points"));
     driver.close(*dialog);
 }
 
@@ -204,7 +204,7 @@ void searchPeaks(UiDriver& driver, QWidget& window, const QString& thresholdText
 void driveRows(UiDriver& driver, QWidget& window)
 {
     waitForCurves(driver, window);
-    driver.picture(window, QStringLiteral("each"));
+    driver.screenshot(window, QStringLiteral("each"));
     zoomAndMove(driver, window);
     editAxisEnd(driver, window);
     drawingForms(driver, window);
@@ -231,7 +231,7 @@ void drivePairs(UiDriver& driver, QWidget& window)
 void driveSingleRow(UiDriver& driver, QWidget& window)
 {
     waitForCurves(driver, window);
-    driver.picture(window, QStringLiteral("row"));
+    driver.screenshot(window, QStringLiteral("row"));
     auto& automatic = driver.find<QCheckBox>(window, "autoUpdateCheckBox");
     driver.click(automatic);
     driver.expect(!automatic.isChecked(), QStringLiteral("the polling can be switched off"));
@@ -244,9 +244,9 @@ void driveSpectrum(UiDriver& driver, QWidget& window)
     MultiVectorGraphWidget& plot = plotOf(window);
     driver.waitUntil(
         QStringLiteral("the spectrum is on show"), [&] { return plot.hasData() && plot.getMaxValue() > 0.0; });
-    driver.picture(window, QStringLiteral("measured"));
+    driver.screenshot(window, QStringLiteral("measured"));
     choose(driver, plot, "Log Scale");
-    driver.picture(window, QStringLiteral("log-scale"));
+    driver.screenshot(window, QStringLiteral("log-scale"));
     choose(driver, plot, "Log Scale");
     searchPeaks(driver, window, QStringLiteral("10"), QStringLiteral("9"));
     saveAs(driver, plot, QStringLiteral("Save CSV..."), QStringLiteral("spectrum.csv"));

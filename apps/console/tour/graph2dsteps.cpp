@@ -72,7 +72,7 @@ void palettes(UiDriver& driver, QWidget& window)
     XY2DGraphWidget& plot = plotOf(window);
     const QList<QRgb> before = colours();
     driver.openMenu(plot, plot.findChild<ColorBarWidget*>()->geometry().center());
-    driver.scene(window, QStringLiteral("colour-menu"));
+    driver.screenshotWithPopups(window, QStringLiteral("colour-menu"));
     driver.key(*QApplication::activePopupWidget(), Qt::Key_Escape);
 
     QList<QList<QRgb>> seen;
@@ -81,13 +81,13 @@ void palettes(UiDriver& driver, QWidget& window)
         chooseColours(driver, plot, QStringLiteral("Pattern - ") + QLatin1String(name));
         driver.expect(!seen.contains(colours()), QStringLiteral("%1 has colours of its own").arg(QLatin1String(name)));
         seen.append(colours());
-        driver.picture(window, QString::fromLatin1(name).toLower());
+        driver.screenshot(window, QString::fromLatin1(name).toLower());
     }
     chooseColours(driver, plot, QStringLiteral("Edit - Reverse"));
     QList<QRgb> turned = seen.constLast();
     std::reverse(turned.begin(), turned.end());
     driver.expect(colours() == turned, QStringLiteral("the colours are reversed"));
-    driver.picture(window, QStringLiteral("reversed"));
+    driver.screenshot(window, QStringLiteral("reversed"));
     chooseColours(driver, plot, QStringLiteral("Edit - Reverse"));
     driver.expect(colours() == before, QStringLiteral("the previous colours are back"));
 }
@@ -126,12 +126,12 @@ void colourScale(UiDriver& driver, QWidget& window)
     typeLimit(driver, bar, true, QString::number(wanted));
     driver.expect(!plot.getMaxZ(max) && max == wanted, QStringLiteral("the scale ends where it was told to"));
     typeLimit(driver, bar, false, QStringLiteral("1"));
-    driver.picture(window, QStringLiteral("manual-scale"));
+    driver.screenshot(window, QStringLiteral("manual-scale"));
     driver.click(button);
     driver.expect(plot.getMaxZ(max), QStringLiteral("the scale follows the data again"));
 
     choose(driver, plot, "Log Scale");
-    driver.picture(window, QStringLiteral("log-scale"));
+    driver.screenshot(window, QStringLiteral("log-scale"));
     choose(driver, plot, "Log Scale");
 }
 
@@ -146,11 +146,11 @@ void zoom(UiDriver& driver, QWidget& window)
     const QRectF part = rangeOf(plot);
     driver.expect(part.width() < 0.6 * whole.width() && part.height() < 0.6 * whole.height(),
         QStringLiteral("the rectangle is zoomed to"));
-    driver.picture(window, QStringLiteral("zoomed"));
+    driver.screenshot(window, QStringLiteral("zoomed"));
     choose(driver, plot, "Move");
     driver.drag(plot, placeIn(plot, 0.5, 0.5), placeIn(plot, 0.35, 0.6));
     driver.expect(rangeOf(plot).left() > part.left(), QStringLiteral("the map is moved"));
-    driver.picture(window, QStringLiteral("moved"));
+    driver.screenshot(window, QStringLiteral("moved"));
     choose(driver, plot, "Zoom In");
     driver.clickAt(plot, placeIn(plot, 0.5, 0.5));
     driver.expect(rangeOf(plot).width() < part.width(), QStringLiteral("a click zooms in"));
@@ -170,7 +170,7 @@ void readOut(UiDriver& driver, QWidget& window)
             driver.hover(plot, placeIn(plot, x / 1000.0, y / 1000.0));
     }
     driver.expect(QToolTip::isVisible() && !QToolTip::text().isEmpty(), QStringLiteral("a bin is read out"));
-    driver.scene(window, QStringLiteral("read-out"));
+    driver.screenshotWithPopups(window, QStringLiteral("read-out"));
     QToolTip::hideText();
 }
 
@@ -197,7 +197,7 @@ void cut(UiDriver& driver, QWidget& window)
     QWidget& box = rangeBoxOf(driver, plot);
     driver.expect(limitIn(driver, box, "xMaxEdit") > limitIn(driver, box, "xMinEdit"),
         QStringLiteral("the drag makes a rectangle"));
-    driver.scene(window, QStringLiteral("cut"));
+    driver.screenshotWithPopups(window, QStringLiteral("cut"));
 
     // Drags the left edge to the middle between the edges.
     const double left = limitIn(driver, box, "xMinEdit");
@@ -216,12 +216,12 @@ void cut(UiDriver& driver, QWidget& window)
     driver.clickAt(plot, upper, Qt::RightButton);
     auto* const edit = plot.findChild<QLineEdit*>(QString(), Qt::FindDirectChildrenOnly);
     driver.expect(edit != nullptr, QStringLiteral("a right click on an edge opens an editor"));
-    driver.scene(window, QStringLiteral("cut-editor"));
+    driver.screenshotWithPopups(window, QStringLiteral("cut-editor"));
     typeInto(driver, *edit, QStringLiteral("200"));
     driver.expect(limitIn(driver, box, "yMaxEdit") == 200.0, QStringLiteral("the editor takes a limit"));
 
     choose(driver, plot, "Inside Only");
-    driver.scene(window, QStringLiteral("inside-only"));
+    driver.screenshotWithPopups(window, QStringLiteral("inside-only"));
     choose(driver, plot, "Inside Only");
     printToPdf(driver, plot, QStringLiteral("map-and-cuts.pdf"));
     choose(driver, plot, "1D Cut");
@@ -240,24 +240,24 @@ void regions(UiDriver& driver, QWidget& window)
     ViewSelectedROI* const view = plot.GetViewSelectedROI();
     driver.expect(view != nullptr && view->isVisible(), QStringLiteral("the regions are listed"));
     driver.expect(view->getRoiList().size() == 2, QStringLiteral("each drag adds a region"));
-    driver.scene(window, QStringLiteral("regions"));
+    driver.screenshotWithPopups(window, QStringLiteral("regions"));
 
     auto& spin = driver.find<QSpinBox>(*view, "x1SpinBox");
     auto& edit = *spin.findChild<QLineEdit*>();
     typeInto(driver, edit, QStringLiteral("100"));
     driver.expect(view->getRoiList().at(1).left() == 100, QStringLiteral("a region can be edited"));
-    driver.scene(window, QStringLiteral("region-edited"));
+    driver.screenshotWithPopups(window, QStringLiteral("region-edited"));
 
     driver.answering(
         [&](QWidget& box) {
             auto* const question = qobject_cast<QMessageBox*>(&box);
             driver.expect(question != nullptr, QStringLiteral("it is asked before a region goes"));
-            driver.picture(box, QStringLiteral("delete"));
+            driver.screenshot(box, QStringLiteral("delete"));
             driver.click(*question->button(QMessageBox::Ok));
         },
         [&] { driver.click(driver.find<QPushButton>(*view, "deleteButton")); });
     driver.expect(view->getRoiList().size() == 1, QStringLiteral("a region can be deleted"));
-    driver.scene(window, QStringLiteral("region-deleted"));
+    driver.screenshotWithPopups(window, QStringLiteral("region-deleted"));
     choose(driver, plot, "Select ROI...");
     driver.expect(!view->isVisible(), QStringLiteral("the list goes with the tool"));
 }
@@ -278,11 +278,11 @@ void filter(UiDriver& driver, QWidget& window)
     auto& divisor = driver.find<QLineEdit>(*dialog, "divisorLineEdit");
     driver.clearText(divisor);
     driver.type(divisor, QStringLiteral("25"));
-    driver.picture(*dialog, QStringLiteral("filter"));
+    driver.screenshot(*dialog, QStringLiteral("filter"));
     driver.click(*driver.find<QDialogButtonBox>(*dialog, "buttonBox").button(QDialogButtonBox::Ok));
     auto* const filtered = window.findChild<Graph2DDialog*>();
     driver.expect(filtered != nullptr && filtered->isVisible(), QStringLiteral("the filtered map opens"));
-    driver.picture(*filtered, QStringLiteral("filtered"));
+    driver.screenshot(*filtered, QStringLiteral("filtered"));
     driver.close(*filtered);
 }
 
@@ -301,7 +301,7 @@ void files(UiDriver& driver, QWidget& window)
 void driveMap(UiDriver& driver, QWidget& window)
 {
     driver.waitUntil(QStringLiteral("the first map is on show"), [&] { return plotOf(window).getMaxValue() > 0.0; });
-    driver.picture(window, QStringLiteral("map"));
+    driver.screenshot(window, QStringLiteral("map"));
     palettes(driver, window);
     colourScale(driver, window);
     zoom(driver, window);

@@ -29,7 +29,7 @@ QString saveIn(UiDriver& driver, const char* pathEdit, const QString& fileName, 
     driver.answering(
         [&](QWidget& box) {
             if (qobject_cast<tarnis::ExportDialog*>(&box))
-                driver.picture(box, QStringLiteral("export"));
+                driver.screenshot(box, QStringLiteral("export"));
             auto& edit = driver.find<QLineEdit>(box, pathEdit);
             driver.clearText(edit);
             driver.enter(edit, path);

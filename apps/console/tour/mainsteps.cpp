@@ -29,21 +29,21 @@ void start(UiDriver& driver, MainWindow& window)
     waitForState(driver, window, ServerState::Up, QStringLiteral("the server is connected"));
     driver.waitUntil(
         QStringLiteral("the settings are read"), [&] { return window.settingsPanel().model().rowCount() > 0; });
-    driver.picture(window, QStringLiteral("connected"));
+    driver.screenshot(window, QStringLiteral("connected"));
 }
 
 void commands(UiDriver& driver, MainWindow& window)
 {
     ask(driver, window, QStringLiteral("help"));
-    driver.picture(window, QStringLiteral("help"));
+    driver.screenshot(window, QStringLiteral("help"));
     ask(driver, window, QStringLiteral("start"));
     driver.expect(window.controller().status() == Tarnis::RUNNING, QStringLiteral("start brings RUNNING"));
     ask(driver, window, QStringLiteral("stat"));
-    driver.picture(window, QStringLiteral("running"));
+    driver.screenshot(window, QStringLiteral("running"));
     ask(driver, window, QStringLiteral("no-such-command"));
     driver.expect(lastOf(window, QStringLiteral("no-such")).contains(QStringLiteral("NG:")),
         QStringLiteral("an unknown command is refused"));
-    driver.picture(window, QStringLiteral("refused"));
+    driver.screenshot(window, QStringLiteral("refused"));
 }
 
 void history(UiDriver& driver, MainWindow& window)
@@ -53,7 +53,7 @@ void history(UiDriver& driver, MainWindow& window)
     driver.key(edit, Qt::Key_Up);
     driver.key(edit, Qt::Key_Up);
     driver.expect(edit.text() == u"stat", QStringLiteral("Up brings back stat, not %1").arg(edit.text()));
-    driver.picture(window, QStringLiteral("recalled"));
+    driver.screenshot(window, QStringLiteral("recalled"));
     driver.key(edit, Qt::Key_Down);
     driver.key(edit, Qt::Key_Down);
     driver.expect(edit.text() == u"half a com", QStringLiteral("Down brings back what was being typed"));
@@ -69,7 +69,7 @@ void longReply(UiDriver& driver, MainWindow& window)
     driver.key(edit, Qt::Key_Return);
     auto& bar = driver.find<QProgressBar>(window, "progressBar");
     driver.waitUntil(QStringLiteral("the progress is on show"), [&] { return bar.isVisible(); });
-    driver.picture(window, QStringLiteral("waiting"));
+    driver.screenshot(window, QStringLiteral("waiting"));
     driver.waitUntil(QStringLiteral("both commands are answered"), [&] { return !window.commandPanel().isBusy(); });
     driver.expect(!bar.isVisible(), QStringLiteral("the progress goes with the reply"));
 
@@ -79,7 +79,7 @@ void longReply(UiDriver& driver, MainWindow& window)
     driver.click(driver.find<QWidget>(window, "giveUpButton"));
     driver.expect(!window.commandPanel().isBusy(), QStringLiteral("a command can be given up"));
     ask(driver, window, QStringLiteral("pwd"));
-    driver.picture(window, QStringLiteral("given-up"));
+    driver.screenshot(window, QStringLiteral("given-up"));
 }
 
 void binaryReply(UiDriver& driver, MainWindow& window)
@@ -92,7 +92,7 @@ void binaryReply(UiDriver& driver, MainWindow& window)
     ask(driver, window, QStringLiteral("hist1d total"));
     driver.expect(lastOf(window, QStringLiteral("hist1d")).contains(QStringLiteral("values\nsum ")),
         QStringLiteral("the binary reply shows count and sum"));
-    driver.picture(window, QStringLiteral("numbers"));
+    driver.screenshot(window, QStringLiteral("numbers"));
 }
 
 void upload(UiDriver& driver, MainWindow& window)
@@ -109,7 +109,7 @@ void upload(UiDriver& driver, MainWindow& window)
     auto& edit = driver.find<QLineEdit>(dialog, "fileNameEdit");
     driver.clearText(edit);
     driver.type(edit, path);
-    driver.picture(dialog, QStringLiteral("dialog"));
+    driver.screenshot(dialog, QStringLiteral("dialog"));
     const auto* buttons = &driver.find<QDialogButtonBox>(dialog, "buttonBox");
     driver.click(*buttons->button(QDialogButtonBox::Open));
     driver.waitUntil(QStringLiteral("the upload goes out"),
@@ -117,7 +117,7 @@ void upload(UiDriver& driver, MainWindow& window)
     driver.waitUntil(QStringLiteral("the upload is answered"), [&] { return !window.commandPanel().isBusy(); });
     driver.expect(!lastOf(window, QStringLiteral("txfile")).contains(QStringLiteral("NG:")),
         QStringLiteral("the server takes the file"));
-    driver.picture(window, QStringLiteral("answered"));
+    driver.screenshot(window, QStringLiteral("answered"));
 }
 
 /// Edits the value of a setting in the table, by keyboard.
@@ -142,7 +142,7 @@ void settings(UiDriver& driver, MainWindow& window)
     editSetting(driver, window, QStringLiteral("rate"), QStringLiteral("2500"));
     driver.waitUntil(QStringLiteral("rate is marked as changed"),
         [&] { return model.changedNames() == QStringList { QStringLiteral("rate") }; });
-    driver.picture(window, QStringLiteral("edited"));
+    driver.screenshot(window, QStringLiteral("edited"));
     editSetting(driver, window, QStringLiteral("rate"), QStringLiteral("2 500"));
     auto& state = driver.find<QLabel>(window, "stateLabel");
     driver.waitUntil(QStringLiteral("a value with a blank is refused with a reason"),
@@ -152,7 +152,7 @@ void settings(UiDriver& driver, MainWindow& window)
     QWidget& dialog = driver.dialogOf(window);
     driver.type(driver.find<QLineEdit>(dialog, "nameEdit"), QStringLiteral("user.tour"));
     driver.type(driver.find<QLineEdit>(dialog, "valueEdit"), QStringLiteral("seen"));
-    driver.picture(dialog, QStringLiteral("add"));
+    driver.screenshot(dialog, QStringLiteral("add"));
     driver.key(dialog, Qt::Key_Return);
     driver.waitUntil(QStringLiteral("the new setting is in the table"),
         [&] { return model.rowOf(QStringLiteral("user.tour")) >= 0; });
@@ -160,7 +160,7 @@ void settings(UiDriver& driver, MainWindow& window)
     driver.click(driver.find<QWidget>(window, "saveButton"));
     driver.waitUntil(QStringLiteral("the server has all settings"),
         [&] { return window.settingsPanel().canDownload() && model.changedNames().isEmpty(); });
-    driver.picture(window, QStringLiteral("saved"));
+    driver.screenshot(window, QStringLiteral("saved"));
 }
 
 void addresses(UiDriver& driver, MainWindow& window)
@@ -181,7 +181,7 @@ void addresses(UiDriver& driver, MainWindow& window)
     driver.click(driver.find<QWidget>(window, "addressButton"));
     driver.expect(window.controller().tarnis().GetReadoutAddressText() == u"192.168.0.16:24",
         QStringLiteral("the readout address is set"));
-    driver.picture(window, QStringLiteral("set"));
+    driver.screenshot(window, QStringLiteral("set"));
     driver.click(driver.find<QWidget>(window, "downloadButton"));
     driver.waitUntil(QStringLiteral("the server has the address"), [&] {
         return window.settingsPanel().canDownload() && window.settingsPanel().model().changedNames().isEmpty();
@@ -199,7 +199,7 @@ void readAgain(UiDriver& driver, MainWindow& window)
     ask(driver, window, QStringLiteral("setting rate:1234"));
     driver.shortcut(window, QKeySequence(Qt::Key_F5));
     driver.waitUntil(QStringLiteral("the new rate is read"), [&] { return value() == u"1234"; });
-    driver.picture(window, QStringLiteral("read"));
+    driver.screenshot(window, QStringLiteral("read"));
     ask(driver, window, QStringLiteral("setting rate:") + before);
     driver.shortcut(window, QKeySequence(Qt::Key_F5));
     driver.waitUntil(QStringLiteral("the previous rate is read"), [&] { return value() == before; });
@@ -210,13 +210,13 @@ void saveRecord(UiDriver& driver, MainWindow& window)
     const QString path = saveBy(
         driver, QStringLiteral("record.txt"), [&] { driver.shortcut(window, QKeySequence(Qt::CTRL | Qt::Key_S)); });
     driver.expect(linesOf(path) > 10, QStringLiteral("the file has commands and replies"));
-    driver.picture(window, QStringLiteral("saved"));
+    driver.screenshot(window, QStringLiteral("saved"));
 }
 
 void dark(UiDriver& driver, MainWindow& window)
 {
     driver.choose(window, "darkAction");
-    driver.picture(window, QStringLiteral("window"));
+    driver.screenshot(window, QStringLiteral("window"));
     driver.choose(window, "darkAction");
     driver.expect(
         !driver.find<QAction>(window, "darkAction").isChecked(), QStringLiteral("the light colours are back"));
@@ -225,12 +225,12 @@ void dark(UiDriver& driver, MainWindow& window)
 void german(UiDriver& driver, MainWindow& window)
 {
     driver.choose(window, "deAction");
-    driver.look(60); // the change is being sent
+    driver.wait(60); // the change is being sent
     driver.expect(
         driver.find<QMenu>(window, "helpMenu").title() == u"&Hilfe", QStringLiteral("the window is in German"));
-    driver.picture(window, QStringLiteral("window"));
+    driver.screenshot(window, QStringLiteral("window"));
     driver.choose(window, "enAction");
-    driver.look(60);
+    driver.wait(60);
     driver.expect(driver.find<QMenu>(window, "helpMenu").title() == u"&Help", QStringLiteral("English is back"));
 }
 
@@ -238,12 +238,12 @@ void keyboard(UiDriver& driver, MainWindow& window)
 {
     driver.shortcut(window, QKeySequence(Qt::Key_F1));
     QWidget& box = driver.dialogOf(window);
-    driver.picture(box, QStringLiteral("keys"));
+    driver.screenshot(box, QStringLiteral("keys"));
     driver.key(box, Qt::Key_Escape);
     for (const char* name : { "serverMenu", "windowsMenu" }) {
         auto& menu = driver.find<QMenu>(window, name);
         menu.popup(window.mapToGlobal(QPoint(20, 20)));
-        driver.picture(menu, QString::fromLatin1(name));
+        driver.screenshot(menu, QString::fromLatin1(name));
         menu.close();
     }
 }

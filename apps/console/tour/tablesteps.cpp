@@ -44,7 +44,7 @@ void driveStatistics(UiDriver& driver, QWidget& window)
 {
     QTableWidget& table = *static_cast<StatDialog&>(window).table();
     driver.waitUntil(QStringLiteral("the statistics are on show"), [&] { return table.rowCount() > 0; });
-    driver.picture(window, QStringLiteral("table"));
+    driver.screenshot(window, QStringLiteral("table"));
     const QString path = saveBy(driver, QStringLiteral("statistics.csv"),
         [&] { driver.click(*driver.find<QDialogButtonBox>(window, "buttonBox").button(QDialogButtonBox::Save)); });
     driver.expect(linesOf(path) > 1, QStringLiteral("the file has a line for each value"));
@@ -54,21 +54,21 @@ void driveSnapshot(UiDriver& driver, QWidget& window)
 {
     QTableWidget& table = *static_cast<SnapshotWindow&>(window).table();
     driver.waitUntil(QStringLiteral("the snapshot shows values"), [&] { return table.rowCount() > 0; });
-    driver.picture(window, QStringLiteral("values"));
+    driver.screenshot(window, QStringLiteral("values"));
 
     const int all = table.rowCount();
     const QString name = table.item(0, 0)->text();
     driver.type(driver.find<QLineEdit>(window, "filterEdit"), name);
     driver.expect(
         table.rowCount() >= 1 && table.rowCount() < all, QStringLiteral("the filter leaves some of the rows"));
-    driver.picture(window, QStringLiteral("filtered"));
+    driver.screenshot(window, QStringLiteral("filtered"));
 
     driver.clearText(driver.find<QLineEdit>(window, "filterEdit"));
     driver.click(driver.find<QWidget>(window, "refreshButton"));
     driver.waitUntil(QStringLiteral("the refresh is answered"),
         [&] { return driver.find<QWidget>(window, "refreshButton").isEnabled(); });
     driver.expect(table.rowCount() == all, QStringLiteral("the refreshed snapshot shows all values"));
-    driver.picture(window, QStringLiteral("refreshed"));
+    driver.screenshot(window, QStringLiteral("refreshed"));
 }
 
 void driveModules(UiDriver& driver, QWidget& window)
@@ -79,7 +79,7 @@ void driveModules(UiDriver& driver, QWidget& window)
     sendTo(driver, window, QStringLiteral("All modules"), QString(), QStringLiteral("stat"));
     driver.expect(table.rowCount() > 1 && table.columnCount() > 2 && answer(0) == done,
         QStringLiteral("each module has a row with its values"));
-    driver.picture(window, QStringLiteral("all"));
+    driver.screenshot(window, QStringLiteral("all"));
     const int all = table.rowCount();
     sendTo(driver, window, QStringLiteral("The modules of the family orsino"), QString(), QStringLiteral("stat"));
     driver.expect(table.rowCount() < all, QStringLiteral("the family is a part of them"));
@@ -89,7 +89,7 @@ void driveModules(UiDriver& driver, QWidget& window)
         QStringLiteral("setting"));
     driver.expect(table.rowCount() == 4 && answer(2) == done && answer(3).startsWith(QStringLiteral("refused: ")),
         QStringLiteral("each module has its answer, one that is not there a refusal"));
-    driver.picture(window, QStringLiteral("several"));
+    driver.screenshot(window, QStringLiteral("several"));
     sendTo(driver, window, QStringLiteral("All modules"), QString(), QStringLiteral("reset"));
     driver.expect(answer(0) == done, QStringLiteral("the modules are as before"));
 }
@@ -101,7 +101,7 @@ void driveRate(UiDriver& driver, QWidget& window)
     driver.waitUntil(QStringLiteral("the curve has begun"), [&] { return rate.count() > 0; });
     ask(driver, console, QStringLiteral("start"));
     driver.waitUntil(QStringLiteral("the curve goes on"), [&] { return rate.count() >= 4; });
-    driver.picture(window, QStringLiteral("curve"));
+    driver.screenshot(window, QStringLiteral("curve"));
     driver.click(driver.find<QPushButton>(window, "clearButton"));
     driver.expect(rate.count() <= 1, QStringLiteral("the curve begins again"));
     ask(driver, console, QStringLiteral("stop"));

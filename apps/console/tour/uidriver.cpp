@@ -136,7 +136,7 @@ void UiDriver::waitUntil(const QString& what, const std::function<bool()>& happe
         throw TourFailure(QStringLiteral("waited %1 s in vain until %2").arg(limitMs / 1000).arg(what));
 }
 
-void UiDriver::look(int ms)
+void UiDriver::wait(int ms)
 {
     QEventLoop loop;
     QTimer::singleShot(ms, &loop, &QEventLoop::quit);
@@ -360,24 +360,25 @@ void UiDriver::answering(const std::function<void(QWidget&)>& answer, const std:
         std::rethrow_exception(failure);
 }
 
-void UiDriver::picture(QWidget& window, const QString& name)
+void UiDriver::screenshot(QWidget& window, const QString& name)
 {
     checkInterruption();
-    look(60); // lets posted events be painted
-    keep(window.grab().toImage(), name);
+    wait(60); // lets posted events be painted
+    saveScreenshot(window.grab().toImage(), name);
 }
 
-void UiDriver::screen(const QList<QWidget*>& windows, const QString& name)
+void UiDriver::screenshotOf(const QList<QWidget*>& windows, const QString& name)
 {
     checkInterruption();
-    look(60);
+    wait(60);
     QRect area;
     for (const QWidget* const window : windows)
         area |= window->frameGeometry();
     expect(!area.isEmpty(), QStringLiteral("there are windows on the screen"));
     if (QGuiApplication::platformName() == u"xcb") { // with the frames of the window manager
-        look(500); // which draws them asynchronously
-        keep(windows.constFirst()->screen()->grabWindow(0, area.x(), area.y(), area.width(), area.height()).toImage(),
+        wait(500); // which draws them asynchronously
+        saveScreenshot(
+            windows.constFirst()->screen()->grabWindow(0, area.x(), area.y(), area.width(), area.height()).toImage(),
             name);
         return;
     }
@@ -387,13 +388,13 @@ void UiDriver::screen(const QList<QWidget*>& windows, const QString& name)
     for (QWidget* const window : windows)
         painter.drawPixmap(window->geometry().topLeft() - area.topLeft(), window->grab());
     painter.end();
-    keep(image, name);
+    saveScreenshot(image, name);
 }
 
-void UiDriver::scene(QWidget& window, const QString& name)
+void UiDriver::screenshotWithPopups(QWidget& window, const QString& name)
 {
     checkInterruption();
-    look(60);
+    wait(60);
     const QList<QWidget*> shown = standingWith(window);
     QRect bounds;
     for (const QWidget* widget : shown)
@@ -404,7 +405,7 @@ void UiDriver::scene(QWidget& window, const QString& name)
     for (QWidget* const widget : shown)
         painter.drawPixmap(placeOf(*widget).topLeft() - bounds.topLeft(), widget->grab());
     painter.end();
-    keep(image, name);
+    saveScreenshot(image, name);
 }
 
 QString UiDriver::newFile(const QString& name)
@@ -419,7 +420,7 @@ QString UiDriver::nextName(const QString& name) const
     return QStringLiteral("%1-%2-%3").arg(m_prefix).arg(m_files.size() + 1).arg(name);
 }
 
-void UiDriver::keep(const QImage& image, const QString& name)
+void UiDriver::saveScreenshot(const QImage& image, const QString& name)
 {
     const QString file = nextName(name + QStringLiteral(".png"));
     expect(colourCount(image) > 2, QStringLiteral("there is something on %1").arg(file));

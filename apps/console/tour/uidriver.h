@@ -39,8 +39,8 @@ public:
 
     /// Waits for a condition; throws after `limitMs`.
     void waitUntil(const QString& what, const std::function<bool()>& happened, int limitMs = 20000);
-    /// Lets time pass, as a user who looks.
-    void look(int ms);
+    /// Waits while events are processed, like a user who looks.
+    void wait(int ms);
     /// Throws if the condition is false.
     static void expect(bool isTrue, const QString& what)
     {
@@ -93,13 +93,12 @@ public:
     /// Runs `answer` on the next modal box that opens while `act` runs, even if `act` waits for the box to close.
     void answering(const std::function<void(QWidget&)>& answer, const std::function<void()>& act);
 
-    /// Takes a picture. Throws if nothing is on it.
-    void picture(QWidget& window, const QString& name);
-    /// Takes one picture of several windows as they lie on the screen, the last one in front.
-    void screen(const QList<QWidget*>& windows, const QString& name);
-    /// Takes a picture of the window with the windows around it that belong to it, menus and tool tips included, where
-    /// they stand on the screen.
-    void scene(QWidget& window, const QString& name);
+    /// Takes a screenshot. Throws if it is empty.
+    void screenshot(QWidget& window, const QString& name);
+    /// Takes one screenshot of several windows at their positions, the last one in front.
+    void screenshotOf(const QList<QWidget*>& windows, const QString& name);
+    /// Takes a screenshot of the window with its child windows, menus and tool tips at their positions.
+    void screenshotWithPopups(QWidget& window, const QString& name);
     /// A path beside the screenshots for a file that the console writes.
     QString newFile(const QString& name);
 
@@ -107,7 +106,7 @@ protected:
     /// Runs `action` inside an event loop, like real user events: closed windows may be deleted afterwards.
     void act(const std::function<void()>& action);
     void checkInterruption();
-    void keep(const QImage& image, const QString& name);
+    void saveScreenshot(const QImage& image, const QString& name);
     QString nextName(const QString& name) const;
 
     QDir m_directory;
