@@ -57,7 +57,11 @@ private Q_SLOTS:
         server.answer("stat", { Step::text("a: 1\n") });
         Client client(quickClient());
         QList<State> states;
-        connect(&client, &Client::stateChanged, this, [&](State state) { states.append(state); });
+        QList<bool> connected;
+        connect(&client, &Client::stateChanged, this, [&](State state) {
+            states.append(state);
+            connected.append(client.isConnected());
+        });
         QCOMPARE(client.state(), State::Disconnected);
         client.connectTo(server.host(), server.port());
         QCOMPARE(client.state(), State::Connecting);
@@ -66,6 +70,7 @@ private Q_SLOTS:
         QCOMPARE(states,
             QList<State>(
                 { State::Connecting, State::Greeting, State::Ready, State::Busy, State::Ready, State::Disconnected }));
+        QCOMPARE(connected, QList<bool>({ false, false, true, true, true, false }));
         QVERIFY(server.waitForFarewells(1));
     }
 

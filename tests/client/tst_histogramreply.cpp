@@ -76,6 +76,16 @@ private Q_SLOTS:
         QCOMPARE(reply.y, HistogramAxis({ 5, 6, 2 }));
     }
 
+    void acceptsTheMaximumNumberOfBins()
+    {
+        const HistogramFormat format = formatOf(Kind::Rows, 1);
+        const auto most = HistogramReply::parse(bytesOf(QList<double>(format.maxBins, 1.0)), "OK\n", format);
+        QVERIFY2(most.isOk(), qPrintable(most.reason));
+        QCOMPARE(most.rows.constFirst().size(), format.maxBins);
+        const auto more = HistogramReply::parse(bytesOf(QList<double>(format.maxBins + 1, 1.0)), "OK\n", format);
+        QCOMPARE(more.error, Error::Payload);
+    }
+
     void countsValuesThatAreNoNumbers()
     {
         const double infinite = std::numeric_limits<double>::infinity();
