@@ -15,6 +15,7 @@
 #include <QFile>
 #include <QLabel>
 #include <QPlainTextEdit>
+#include <QPushButton>
 #include <QRegularExpression>
 #include <QTableView>
 #include <QTest>
@@ -119,6 +120,23 @@ private Q_SLOTS:
         QThreadPool::globalInstance()->waitForDone();
         QCOMPARE(m_messages, 0);
         QVERIFY(!QApplication::activeModalWidget());
+    }
+
+    void revertsEditedSettings()
+    {
+        Hand hand;
+        hand.window().open(SIMSERVER_PATH);
+        QAbstractItemModel* const model = hand.window().findChild<QTableView*>()->model();
+        QVERIFY(eventually([&] { return model->rowCount() > 0; }));
+        const auto value = [&] { return model->index(0, SettingsModel::Value).data().toString(); };
+        const QString before = value();
+        QVERIFY(model->setData(model->index(0, SettingsModel::Value), before + '1', Qt::EditRole));
+        QCOMPARE(value(), before + '1');
+        for (QPushButton* const button : hand.window().findChildren<QPushButton*>()) {
+            if (button->text() == "Re&vert")
+                button->click();
+        }
+        QCOMPARE(value(), before);
     }
 
     void operatesALocalServer()
