@@ -125,8 +125,7 @@ Result<std::vector<tarnis::CalibrationLine>> readLines(const QString& word)
     } else {
         lines = tarnis::linesOfSource(word);
         if (!lines.error.isEmpty())
-            return Failure { .code = WrongUsage,
-                .text = QStringLiteral("--lines '%1' is not a file. %2").arg(word, lines.error) };
+            return wrongUse(QStringLiteral("--lines '%1' is not a file. %2").arg(word, lines.error));
     }
     return std::move(lines.lines);
 }

@@ -49,7 +49,7 @@ QString faultOfFile(const tarnis::Reply& reply)
 {
     const QString text = reply.text().trimmed();
     if (!text.startsWith(QLatin1String("OK")) && !(text.isEmpty() && !reply.data.isEmpty()))
-        return QStringLiteral("it does not end with OK");
+        return QStringLiteral("the text after the file does not begin with OK");
     static const QRegularExpression size(QStringLiteral(", ([0-9]+) bytes$"));
     const QRegularExpressionMatch stated = size.match(text);
     if (stated.hasMatch() && stated.captured(1).toLongLong() != reply.data.size())
