@@ -189,9 +189,10 @@ void MainWindow::updateControls()
         isLocal ? tr("Shut the server down and start it again") : tr("Disconnect and connect again"),
         tr("There is no server to restart"));
     setAvailable(ui->shutDownAction, !canStart && !isStopping,
-        isLocal ? tr("Let the server end") : tr("Leave the server; it goes on running"), tr("No server is in use"));
-    setAvailable(ui->forceAction, m_controller->hasProcess(),
-        tr("Kill the local server; what it has not saved is lost"), tr("No server process of this console is running"));
+        isLocal ? tr("Let the server end") : tr("Disconnect from the server, which keeps running"),
+        tr("No server is in use"));
+    setAvailable(ui->forceAction, m_controller->hasProcess(), tr("Kill the local server; unsaved data are lost"),
+        tr("No server process of this console is running"));
     setAvailable(ui->chooseAction, !isStopping, tr("Start another server, or connect to one"),
         tr("Wait until the server has ended"));
     setAvailable(ui->uploadAction, isUp, tr("Send a file to the server with txfile"), needsServer);
@@ -199,7 +200,7 @@ void MainWindow::updateControls()
         ui->giveUpAction, m_commandPanel->isBusy(), tr("Stop waiting for the reply"), tr("No command is under way"));
     setAvailable(ui->readAction, isUp, tr("Ask the server for its settings"), needsServer);
     const bool canSend = m_settingsPanel->canDownload();
-    const QString wait = isUp ? tr("Wait until the lines on their way are answered") : needsServer;
+    const QString wait = isUp ? tr("Wait until the sent lines are answered") : needsServer;
     setAvailable(ui->downloadAction, m_settingsPanel->hasChangesToSend(), tr("Send the settings to the server"),
         canSend ? tr("There is nothing to send: all settings are as on the server") : wait);
     setAvailable(ui->downloadSaveAction, canSend, tr("Send the settings and let the server store them"), wait);
@@ -407,8 +408,8 @@ void MainWindow::checkStore()
     const QString file = m_store.fileName();
     onStatusMessage(alertOf(Alert::Severity::Warning, [file, status = m_store.status()] {
         return status == QSettings::FormatError
-            ? tr("The file %1 cannot be read: its form is wrong. What the console remembers is not kept.").arg(file)
-            : tr("The file %1 cannot be written. Commands, windows and the server are not remembered.").arg(file);
+            ? tr("The settings file %1 is not valid. Settings are not stored.").arg(file)
+            : tr("The settings file %1 cannot be written. Commands, windows and the server are not stored.").arg(file);
     }));
 }
 

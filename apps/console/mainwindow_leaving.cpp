@@ -22,7 +22,8 @@ void MainWindow::unlessRunMatters(const std::function<void()>& action, const std
     if (findChild<QMessageBox*>(name))
         return; // asked already
     auto* const box = new QMessageBox(QMessageBox::Warning, windowTitle(),
-        tr("A run goes on at %1. It ends with the server.").arg(m_controller->serverName()), QMessageBox::Cancel, this);
+        tr("A run is under way at %1. It ends with the server.").arg(m_controller->serverName()), QMessageBox::Cancel,
+        this);
     const QAbstractButton* const end = box->addButton(tr("&End the Run"), QMessageBox::AcceptRole);
     box->setDefaultButton(QMessageBox::Cancel);
     box->setEscapeButton(QMessageBox::Cancel);

@@ -80,8 +80,8 @@ void MainWindow::updateArranging()
     const QString reason = canPlace
         ? tr("No window is open")
         : tr("This desktop (Wayland) places windows itself; started with QT_QPA_PLATFORM=xcb the console can do it");
-    setAvailable(ui->tileAction, canPlace && isAnyOpen, tr("Lay all open windows side by side"), reason);
-    setAvailable(ui->cascadeAction, canPlace && isAnyOpen, tr("Lay all open windows one behind the other"), reason);
+    setAvailable(ui->tileAction, canPlace && isAnyOpen, tr("Arrange all open windows side by side"), reason);
+    setAvailable(ui->cascadeAction, canPlace && isAnyOpen, tr("Arrange all open windows in a cascade"), reason);
     setAvailable(ui->closeWindowsAction, isAnyOpen, tr("Close all windows but this one"), tr("No window is open"));
 }
 

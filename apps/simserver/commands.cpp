@@ -119,7 +119,7 @@ Reply answerLine(Simulation& simulation, const QByteArray& bytes)
     if (line.isEmpty())
         return Reply(); // an empty line is answered by a prompt
     if (std::any_of(line.begin(), line.end(), isControl))
-        return Reply::refusal(QStringLiteral("the command holds a control character"));
+        return Reply::refusal(QStringLiteral("the command contains a control character"));
     const qsizetype blank = line.indexOf(QLatin1Char(' '));
     const QString name = blank < 0 ? line : line.left(blank);
     const Command* const command = findCommand(name);

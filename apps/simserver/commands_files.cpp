@@ -60,7 +60,7 @@ Reply uploadRequest(Simulation& simulation, const QByteArray& request)
     if (name.isEmpty() || name.endsWith(QLatin1Char('/')))
         return Reply::refusal(QStringLiteral("txfile needs the name of a file"));
     if (std::any_of(name.begin(), name.end(), [](QChar c) { return c < QLatin1Char(' '); }))
-        return Reply::refusal(QStringLiteral("the name holds a control character"));
+        return Reply::refusal(QStringLiteral("the name contains a control character"));
     const QString path = cleanServerPath(name, simulation.settings().values().basePath);
     const QByteArray content = request.sliced(feed + 1);
     const QString error = simulation.files().write(path, content);

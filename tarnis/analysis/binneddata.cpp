@@ -63,7 +63,8 @@ QString BinnedData::fault() const
         return sentence(QT_TRANSLATE_NOOP("tarnis::BinnedData", "The axis needs one more edge than bins."));
     for (std::size_t i = 0; i + 1 < edges.size(); ++i) {
         if (!(edges[i] < edges[i + 1]) || !std::isfinite(edges[i]) || !std::isfinite(edges[i + 1]))
-            return sentence(QT_TRANSLATE_NOOP("tarnis::BinnedData", "The edges of the axis must be finite and rise."));
+            return sentence(
+                QT_TRANSLATE_NOOP("tarnis::BinnedData", "The edges of the axis must be finite and increase."));
     }
     return {};
 }
@@ -77,13 +78,13 @@ QString faultOfCounts(std::span<const double> contents)
         if (y < 0.0)
             return sentence(
                 QT_TRANSLATE_NOOP("tarnis::BinnedData",
-                    "Bin %1 is negative (%2). Contents that were subtracted are no counts and need variances."))
+                    "Bin %1 is negative (%2). Contents that were subtracted are not counts and need variances."))
                 .arg(i)
                 .arg(y);
         if (y != std::floor(y) || y > largestCount)
             return sentence(
                 QT_TRANSLATE_NOOP("tarnis::BinnedData",
-                    "Bin %1 is not a whole number (%2). Contents that were scaled are no counts and need variances."))
+                    "Bin %1 is not an integer (%2). Contents that were scaled are not counts and need variances."))
                 .arg(i)
                 .arg(y);
     }

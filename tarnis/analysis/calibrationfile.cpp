@@ -84,7 +84,7 @@ CalibrationResult calibrationFromJson(const QByteArray& text)
     QJsonParseError error;
     const QJsonDocument document = QJsonDocument::fromJson(text, &error);
     if (document.isNull()) {
-        result.error = sentence(QT_TRANSLATE_NOOP("tarnis::EnergyCalibration", "This is no JSON: %1 at byte %2."))
+        result.error = sentence(QT_TRANSLATE_NOOP("tarnis::EnergyCalibration", "This is not JSON: %1 at byte %2."))
                            .arg(error.errorString())
                            .arg(error.offset);
         return result;
@@ -92,7 +92,7 @@ CalibrationResult calibrationFromJson(const QByteArray& text)
     const QJsonObject object = document.object();
     if (object["format"_L1].toString() != formatName || object["version"_L1].toInt() != 1) {
         result.error = sentence(QT_TRANSLATE_NOOP("tarnis::EnergyCalibration",
-            "This is no calibration file of version 1. Make one with \"tarnis calibrate\"."));
+            "This is not a calibration file of version 1. Create one with \"tarnis calibrate\"."));
         return result;
     }
     EnergyCalibration calibration;
@@ -118,7 +118,7 @@ CalibrationResult calibrationFromJson(const QByteArray& text)
         : calibration.risesFrom(calibration.points.front().position, calibration.points.back().position);
     if (!rises) {
         result.error = sentence(QT_TRANSLATE_NOOP(
-            "tarnis::EnergyCalibration", "The energy of this calibration does not rise with the channel."));
+            "tarnis::EnergyCalibration", "The energy of this calibration does not increase with the channel."));
         return result;
     }
     result.calibration = std::move(calibration);

@@ -31,7 +31,7 @@ QString faultOf(const std::vector<CalibrationPoint>& points, double lower, doubl
             .arg(needed);
     if (!std::isfinite(lower) || !std::isfinite(upper) || !(lower < upper))
         return sentence(
-            QT_TRANSLATE_NOOP("tarnis::EnergyCalibration", "The limits of the axis must be finite and rise."));
+            QT_TRANSLATE_NOOP("tarnis::EnergyCalibration", "The limits of the axis must be finite and increase."));
     for (const CalibrationPoint& point : points) {
         if (!std::isfinite(point.position) || !std::isfinite(point.energy))
             return sentence(QT_TRANSLATE_NOOP(
@@ -45,9 +45,10 @@ QString faultOf(const std::vector<CalibrationPoint>& points, double lower, doubl
     }
     for (std::size_t i = 1; i < points.size(); ++i) {
         if (!(points[i].position > points[i - 1].position) || !(points[i].energy > points[i - 1].energy))
-            return sentence(QT_TRANSLATE_NOOP("tarnis::EnergyCalibration",
-                                "The energies do not rise with the positions between %1 and %2. Check the assignment "
-                                "of the lines."))
+            return sentence(
+                QT_TRANSLATE_NOOP("tarnis::EnergyCalibration",
+                    "The energies do not increase with the positions between %1 and %2. Check the assignment "
+                    "of the lines."))
                 .arg(points[i - 1].energy)
                 .arg(points[i].energy);
     }
@@ -210,7 +211,8 @@ CalibrationResult fitEnergyCalibration(std::vector<CalibrationPoint> points, dou
     }
     if (!calibration.risesFrom(lower, upper)) {
         result.error = sentence(QT_TRANSLATE_NOOP("tarnis::EnergyCalibration",
-            "The calibration does not rise over the whole axis. Use degree 1, more lines or another assignment."));
+            "The calibration does not increase over the complete axis. Use degree 1, more lines or another "
+            "assignment."));
         return result;
     }
     result.calibration = std::move(calibration);

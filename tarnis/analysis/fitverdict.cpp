@@ -115,7 +115,7 @@ void Verdict::judgeCorrelations()
             const double correlation = m_result.correlation[i * n + j];
             if (std::fabs(correlation) > 0.99)
                 against(sentence(QT_TRANSLATE_NOOP("tarnis::SpectrumFit",
-                                     "%1 and %2 are correlated by %3: the range does not tell them apart."))
+                                     "%1 and %2 are correlated by %3: the range cannot separate them."))
                             .arg(m_result.parameters[i].name, m_result.parameters[j].name)
                             .arg(correlation, 0, 'f', 4));
         }
@@ -177,10 +177,11 @@ void Verdict::judgeExcess(int peak)
         return;
     const double probability = excessProbability(inside, outside, std::clamp(restInside / rest, 0.0, 1.0));
     if (!(probability < 0.05))
-        against(sentence(QT_TRANSLATE_NOOP("tarnis::SpectrumFit",
-                             "The counts of the peak at %1 are no significant excess (probability %2 without a peak)."))
-                    .arg(nameOfPeak(peak))
-                    .arg(probability, 0, 'g', 2));
+        against(
+            sentence(QT_TRANSLATE_NOOP("tarnis::SpectrumFit",
+                         "The counts of the peak at %1 are not a significant excess (probability %2 without a peak)."))
+                .arg(nameOfPeak(peak))
+                .arg(probability, 0, 'g', 2));
 }
 
 void Verdict::judgeGoodness()
@@ -212,8 +213,8 @@ void Verdict::judgeResiduals()
     else if (std::fabs(found.shape.significance) > suspiciousShape)
         judgeOtherShape();
     if (std::fabs(found.background.significance) > largestBend)
-        against(sentence(QT_TRANSLATE_NOOP(
-                             "tarnis::SpectrumFit", "The background is bent or has a step, by %1 standard deviations."))
+        against(sentence(QT_TRANSLATE_NOOP("tarnis::SpectrumFit",
+                             "The background is curved or has a step, by %1 standard deviations."))
                     .arg(std::fabs(found.background.significance), 0, 'f', 1));
 }
 

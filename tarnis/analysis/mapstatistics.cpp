@@ -255,7 +255,7 @@ MapRegionStatistics mapRegionStatistics(
     result.fault = map.fault();
     if (result.fault.isEmpty() && (region.isEmpty() || region.right() >= map.columns || region.bottom() >= map.rows))
         result.fault = sentence(QT_TRANSLATE_NOOP(
-            "tarnis::MapRegion", "The region holds no bin of the map. Choose an outline on the map."));
+            "tarnis::MapRegion", "The region contains no bin of the map. Choose an outline on the map."));
     if (!result.fault.isEmpty())
         return result;
     Bins bins { 0.5 * (map.x(region.left()) + map.x(region.right())),
@@ -297,7 +297,7 @@ MapRegionStatistics mapRegionStatistics(
             "There is no frame of finite bins around the region: no background and no net content."));
     else if (result.frameClipped)
         result.note = sentence(
-            QT_TRANSLATE_NOOP("tarnis::MapRegion", "The frame is not whole: the background is a plane fitted to it."));
+            QT_TRANSLATE_NOOP("tarnis::MapRegion", "The frame is clipped: the background is a plane fitted to it."));
     if (options.liveTime > 0.0) {
         result.rate = result.sum / options.liveTime;
         result.rateError = result.sumError / options.liveTime;

@@ -219,14 +219,14 @@ PeakTable TableMaker::make()
         return m_table;
     if (!analysis::canBeSearched(m_data, m_first, m_last)) {
         m_table.fault = sentence(QT_TRANSLATE_NOOP("tarnis::PeakTable",
-            "The range holds no bins, or contents that are not finite numbers. Choose another one."));
+            "The range contains no bins, or contents that are not finite numbers. Choose another one."));
         return m_table;
     }
     const auto widths = m_options.widths ? m_options.widths : estimateWidths(m_data, m_first, m_last);
     if (!widths) {
         // A spectrum without a strong peak may still have weak ones; they cannot be fitted without a width.
         m_table.fault = sentence(QT_TRANSLATE_NOOP("tarnis::PeakTable",
-            "No peak is strong enough to learn the width of the peaks from. Give a width calibration."));
+            "No peak is strong enough to estimate the width of the peaks. Give a width calibration."));
         return m_table;
     }
     m_table.widths = *widths;

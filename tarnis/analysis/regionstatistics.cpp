@@ -383,7 +383,7 @@ RegionStatistics begin(const BinnedData& data)
 QString outsideText()
 {
     return sentence(QT_TRANSLATE_NOOP(
-        "tarnis::RegionStatistics", "The region holds no bin of the axis. Choose limits on the axis."));
+        "tarnis::RegionStatistics", "The region contains no bin of the axis. Choose limits on the axis."));
 }
 
 } // namespace

@@ -70,7 +70,7 @@ QString faultOfContents(const BinnedData& part, FitStatistic statistic)
     if (statistic == FitStatistic::Cash || statistic == FitStatistic::Pearson) {
         if (!part.variances.empty())
             return sentence(QT_TRANSLATE_NOOP("tarnis::SpectrumFit",
-                "The contents are no counts but have variances of their own. Use the statistic neyman or unweighted."));
+                "The contents are not counts but have variances. Use the statistic neyman or unweighted."));
         if (const QString fault = faultOfCounts(y); !fault.isEmpty())
             return sentence(QT_TRANSLATE_NOOP("tarnis::SpectrumFit",
                                 "Poisson statistics need counts: %1 Use the statistic unweighted."))
@@ -85,7 +85,7 @@ QString faultOfContents(const BinnedData& part, FitStatistic statistic)
     if (statistic == FitStatistic::Neyman && !part.variances.empty()
         && std::any_of(part.variances.begin(), part.variances.end(), [](double v) { return !(v > 0.0); }))
         return sentence(QT_TRANSLATE_NOOP(
-            "tarnis::SpectrumFit", "A variance of the range is 0. Use the statistic unweighted or leave the bin out."));
+            "tarnis::SpectrumFit", "A variance of the range is 0. Use the statistic unweighted or exclude the bin."));
     return {};
 }
 

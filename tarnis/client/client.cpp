@@ -59,7 +59,7 @@ QFuture<Reply> Client::upload(const QString& name, const QByteArray& content, co
 {
     if (name.isEmpty() || name.contains(QLatin1Char('\n')))
         return endedFuture(
-            endedAs(Reply::Outcome::Refused, tr("The name of the uploaded file is empty or holds a line feed.")));
+            endedAs(Reply::Outcome::Refused, tr("The name of the uploaded file is empty or contains a line feed.")));
     return d->request(QLatin1String("txfile ") + name + QLatin1Char('\n') + QString::fromLatin1(content), options);
 }
 

@@ -65,7 +65,7 @@ std::optional<Reply> Client::Private::localReply(const QString& text) const
             return replyOf(refusal + '\n', {});
     } else if (text.contains(QLatin1Char('\n'))) {
         return endedAs(
-            Reply::Outcome::Refused, Client::tr("The command holds a line feed. Send one command per request."));
+            Reply::Outcome::Refused, Client::tr("The command contains a line feed. Send one command per request."));
     }
     if (state == State::Disconnected)
         return endedAs(
@@ -73,7 +73,7 @@ std::optional<Reply> Client::Private::localReply(const QString& text) const
     if (state == State::Failed)
         return endedAs(Reply::Outcome::Failed, reason);
     if (queue.size() >= std::max(options.maxQueued, 1))
-        return endedAs(Reply::Outcome::Failed, Client::tr("%1 requests wait already.").arg(queue.size()));
+        return endedAs(Reply::Outcome::Failed, Client::tr("%1 requests are already waiting.").arg(queue.size()));
     return std::nullopt;
 }
 

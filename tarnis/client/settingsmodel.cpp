@@ -19,7 +19,7 @@ QString characterProblem(const QString& text)
 {
     for (const QChar character : text) {
         if (character.unicode() < 0x20 || character.unicode() == 0x7f)
-            return SettingsModel::tr("A setting cannot hold control characters.");
+            return SettingsModel::tr("A setting cannot contain control characters.");
         if (character.unicode() > 0xff)
             return SettingsModel::tr("\"%1\" is outside of Latin-1 and cannot be sent.").arg(character);
     }
@@ -345,9 +345,9 @@ QString SettingsModel::problem(const QString& name, const QString& value)
     if (name.isEmpty() || name.contains(QLatin1Char(' ')))
         return tr("The name of a setting must be one word.");
     if (name.contains(QLatin1Char(':')) || value.contains(QLatin1Char(':')))
-        return tr("A setting cannot hold a colon, which separates its name from its value.");
+        return tr("A setting cannot contain a colon, which separates its name from its value.");
     if (value.contains(QLatin1String("  ")))
-        return tr("The value holds several spaces in a row, of which the server would keep one.");
+        return tr("The value contains several consecutive spaces, of which the server would keep one.");
     return characterProblem(name + value);
 }
 

@@ -116,9 +116,9 @@ QString checkShape(const Numbers& numbers, hid_t dataset, qsizetype fileBytes)
     // The best ratio that deflate reaches is 1032 to 1.
     constexpr hsize_t bestCompression = 1100;
     if (count > 65536 && H5Dget_storage_size(dataset) < count / bestCompression / 8)
-        return Texts::tr("'counts' announces more values than the file holds: it is damaged, copy it again");
+        return Texts::tr("'counts' announces more values than the file contains: it is damaged, copy it again");
     return count / bestCompression > static_cast<hsize_t>(fileBytes)
-        ? Texts::tr("'counts' announces more values than the file holds: it is damaged, copy it again")
+        ? Texts::tr("'counts' announces more values than the file contains: it is damaged, copy it again")
         : QString();
 }
 
@@ -132,7 +132,7 @@ Numbers readNumbers(hid_t group, const char* name, qsizetype fileBytes)
     const Handle space(H5Dget_space(dataset), H5Sclose);
     const H5T_class_t kind = type.isValid() ? H5Tget_class(type) : H5T_NO_CLASS;
     if (!space.isValid() || (kind != H5T_INTEGER && kind != H5T_FLOAT)) {
-        numbers.error = Texts::tr("'%1' does not hold real numbers").arg(QLatin1String(name));
+        numbers.error = Texts::tr("'%1' does not contain real numbers").arg(QLatin1String(name));
         return numbers;
     }
     const int dimensions = H5Sget_simple_extent_ndims(space);

@@ -781,7 +781,7 @@
         <translation>Die Achse braucht eine Kante mehr als Bins.</translation>
     </message>
     <message>
-        <source>The edges of the axis must be finite and rise.</source>
+        <source>The edges of the axis must be finite and increase.</source>
         <translation>Die Kanten der Achse müssen endlich sein und steigen.</translation>
     </message>
     <message>
@@ -789,11 +789,11 @@
         <translation>Bin %1 ist keine endliche Zahl.</translation>
     </message>
     <message>
-        <source>Bin %1 is negative (%2). Contents that were subtracted are no counts and need variances.</source>
+        <source>Bin %1 is negative (%2). Contents that were subtracted are not counts and need variances.</source>
         <translation>Bin %1 ist negativ (%2). Inhalte, von denen etwas abgezogen wurde, sind keine Zählwerte und brauchen Varianzen.</translation>
     </message>
     <message>
-        <source>Bin %1 is not a whole number (%2). Contents that were scaled are no counts and need variances.</source>
+        <source>Bin %1 is not an integer (%2). Contents that were scaled are not counts and need variances.</source>
         <translation>Bin %1 ist keine ganze Zahl (%2). Skalierte Inhalte sind keine Zählwerte und brauchen Varianzen.</translation>
     </message>
 </context>
@@ -842,7 +842,7 @@
         <translation>%1 aus %2 Linien, Chi-Quadrat %3 bei %4 Freiheitsgraden.</translation>
     </message>
     <message>
-        <source>The lines do not lie on the curve within their errors.</source>
+        <source>The lines deviate from the curve by more than their errors.</source>
         <translation>Die Linien liegen nicht innerhalb ihrer Fehler auf der Kurve.</translation>
     </message>
     <message>
@@ -902,7 +902,7 @@
         <translation>Wieder Kanäle</translation>
     </message>
     <message>
-        <source>Take the calibration off the axis</source>
+        <source>Remove the calibration from the axis</source>
         <translation>Die Kalibrierung von der Achse nehmen</translation>
     </message>
     <message>
@@ -965,7 +965,7 @@
         <translation>Dieses Programm hat die Verbindung abgebrochen.</translation>
     </message>
     <message>
-        <source>The name of the uploaded file is empty or holds a line feed.</source>
+        <source>The name of the uploaded file is empty or contains a line feed.</source>
         <translation>Der Name der hochzuladenden Datei ist leer oder enthält einen Zeilenumbruch.</translation>
     </message>
     <message>
@@ -993,7 +993,7 @@
         <translation>Die Anfrage kam von einem anderen Thread als dem des Clients.</translation>
     </message>
     <message>
-        <source>The command holds a line feed. Send one command per request.</source>
+        <source>The command contains a line feed. Send one command per request.</source>
         <translation>Der Befehl enthält einen Zeilenumbruch. Senden Sie einen Befehl je Anfrage.</translation>
     </message>
     <message>
@@ -1001,7 +1001,7 @@
         <translation>Der Client ist mit keinem Server verbunden.</translation>
     </message>
     <message>
-        <source>%1 requests wait already.</source>
+        <source>%1 requests are already waiting.</source>
         <translation>Es warten bereits %1 Anfragen.</translation>
     </message>
     <message>
@@ -1223,19 +1223,11 @@
 <context>
     <name>tarnis::EnergyCalibration</name>
     <message>
-        <source>This is no JSON: %1 at byte %2.</source>
-        <translation>Das ist kein JSON: %1 bei Byte %2.</translation>
-    </message>
-    <message>
-        <source>This is no calibration file of version 1. Make one with &quot;tarnis calibrate&quot;.</source>
-        <translation>Das ist keine Kalibrierdatei der Version 1. Erzeugen Sie eine mit „tarnis calibrate“.</translation>
-    </message>
-    <message>
         <source>The calibration file is damaged: coefficients, covariance or points are missing or no numbers.</source>
         <translation>Die Kalibrierdatei ist beschädigt: Koeffizienten, Kovarianz oder Punkte fehlen oder sind keine Zahlen.</translation>
     </message>
     <message>
-        <source>The energy of this calibration does not rise with the channel.</source>
+        <source>The energy of this calibration does not increase with the channel.</source>
         <translation>Die Energie dieser Kalibrierung steigt nicht mit dem Kanal.</translation>
     </message>
     <message>
@@ -1247,7 +1239,7 @@
         <translation>%1 Linien wurden zugeordnet; eine Kalibrierung braucht %2, damit eine zur Kontrolle bleibt.</translation>
     </message>
     <message>
-        <source>The limits of the axis must be finite and rise.</source>
+        <source>The limits of the axis must be finite and increase.</source>
         <translation>Die Grenzen der Achse müssen endlich sein und steigen.</translation>
     </message>
     <message>
@@ -1259,7 +1251,7 @@
         <translation>Die Linie bei %1 braucht einen Fehler ihrer Position oder ihrer Energie.</translation>
     </message>
     <message>
-        <source>The energies do not rise with the positions between %1 and %2. Check the assignment of the lines.</source>
+        <source>The energies do not increase with the positions between %1 and %2. Check the assignment of the lines.</source>
         <translation>Die Energien steigen zwischen %1 und %2 nicht mit den Positionen. Prüfen Sie die Zuordnung der Linien.</translation>
     </message>
     <message>
@@ -1267,8 +1259,16 @@
         <translation>Die Linien bestimmen keine Kalibrierung. Verwenden Sie Linien, die weiter auseinander liegen.</translation>
     </message>
     <message>
-        <source>The calibration does not rise over the whole axis. Use degree 1, more lines or another assignment.</source>
+        <source>The calibration does not increase over the complete axis. Use degree 1, more lines or another assignment.</source>
         <translation>Die Kalibrierung steigt nicht über die ganze Achse. Verwenden Sie Grad 1, mehr Linien oder eine andere Zuordnung.</translation>
+    </message>
+    <message>
+        <source>This is not JSON: %1 at byte %2.</source>
+        <translation>Das ist kein JSON: %1 bei Byte %2.</translation>
+    </message>
+    <message>
+        <source>This is not a calibration file of version 1. Create one with &quot;tarnis calibrate&quot;.</source>
+        <translation>Das ist keine Kalibrierdatei der Version 1. Erzeugen Sie eine mit „tarnis calibrate“.</translation>
     </message>
 </context>
 <context>
@@ -1649,7 +1649,7 @@ Gezeigt ist das Ergebnis von %2.</translation>
         <translation>Zuerst einen Bereich wählen: „Bereich“ drücken und über einen Peak ziehen.</translation>
     </message>
     <message>
-        <source>The range holds no bin of the data.</source>
+        <source>The range contains no bin of the data.</source>
         <translation>Der Bereich enthält keinen Kanal der Daten.</translation>
     </message>
     <message>
@@ -1746,11 +1746,11 @@ Gezeigt ist das Ergebnis von %2.</translation>
         <translation>„counts“ hat mehr als %1 Werte: einen Teil davon speichern</translation>
     </message>
     <message>
-        <source>&apos;counts&apos; announces more values than the file holds: it is damaged, copy it again</source>
+        <source>&apos;counts&apos; announces more values than the file contains: it is damaged, copy it again</source>
         <translation>„counts“ kündigt mehr Werte an, als die Datei enthält: sie ist beschädigt, erneut kopieren</translation>
     </message>
     <message>
-        <source>&apos;%1&apos; does not hold real numbers</source>
+        <source>&apos;%1&apos; does not contain real numbers</source>
         <translation>„%1“ enthält keine reellen Zahlen</translation>
     </message>
     <message>
@@ -2037,7 +2037,7 @@ Gezeigt ist das Ergebnis von %2.</translation>
         <translation>Die Achsen der Karte brauchen einen endlichen Anfang und eine positive Binbreite.</translation>
     </message>
     <message>
-        <source>The region holds no bin of the map. Choose an outline on the map.</source>
+        <source>The region contains no bin of the map. Choose an outline on the map.</source>
         <translation>Der Bereich enthält keinen Bin der Karte. Wählen Sie einen Umriss auf der Karte.</translation>
     </message>
     <message>
@@ -2049,7 +2049,7 @@ Gezeigt ist das Ergebnis von %2.</translation>
         <translation>Um den Bereich gibt es keinen Rahmen endlicher Bins: kein Untergrund und kein Nettoinhalt.</translation>
     </message>
     <message>
-        <source>The frame is not whole: the background is a plane fitted to it.</source>
+        <source>The frame is clipped: the background is a plane fitted to it.</source>
         <translation>Der Rahmen ist nicht vollständig: Der Untergrund ist eine daran angepasste Ebene.</translation>
     </message>
     <message>
@@ -2223,11 +2223,11 @@ Gezeigt ist das Ergebnis von %2.</translation>
 <context>
     <name>tarnis::PeakTable</name>
     <message>
-        <source>The range holds no bins, or contents that are not finite numbers. Choose another one.</source>
+        <source>The range contains no bins, or contents that are not finite numbers. Choose another one.</source>
         <translation>Der Bereich enthält keine Bins oder Inhalte, die keine endlichen Zahlen sind. Wählen Sie einen anderen.</translation>
     </message>
     <message>
-        <source>No peak is strong enough to learn the width of the peaks from. Give a width calibration.</source>
+        <source>No peak is strong enough to estimate the width of the peaks. Give a width calibration.</source>
         <translation>Kein Peak ist stark genug, um die Breite der Peaks daraus zu bestimmen. Geben Sie eine Breitenkalibrierung an.</translation>
     </message>
 </context>
@@ -2297,7 +2297,7 @@ Gezeigt ist das Ergebnis von %2.</translation>
         <translation>Die Achse dieses Plots hat schon eine zweite Skala.</translation>
     </message>
     <message>
-        <source>The energy does not rise over the whole axis of the plot.</source>
+        <source>The energy does not increase over the complete axis of the plot.</source>
         <translation>Die Energie steigt nicht über die ganze Achse des Plots.</translation>
     </message>
 </context>
@@ -2419,11 +2419,11 @@ Gezeigt ist das Ergebnis von %2.</translation>
         <translation>Die Datei der Bereiche ist bei Byte %1 beschädigt: %2</translation>
     </message>
     <message>
-        <source>The file holds no list &quot;regions&quot;.</source>
+        <source>The file contains no list &quot;regions&quot;.</source>
         <translation>Die Datei enthält keine Liste „regions“.</translation>
     </message>
     <message>
-        <source>The file holds more than %1 regions.</source>
+        <source>The file contains more than %1 regions.</source>
         <translation>Die Datei enthält mehr als %1 Bereiche.</translation>
     </message>
     <message>
@@ -2550,10 +2550,6 @@ Gezeigt ist das Ergebnis von %2.</translation>
 <context>
     <name>tarnis::PlotView</name>
     <message>
-        <source>The view in %1 was left alone: %2.</source>
-        <translation>Die Ansicht in %1 blieb unverändert: %2.</translation>
-    </message>
-    <message>
         <source>%1; delete or rename the file to store the view again</source>
         <translation>%1; löschen Sie die Datei oder benennen Sie sie um, damit die Ansicht wieder gespeichert wird</translation>
     </message>
@@ -2588,6 +2584,10 @@ Gezeigt ist das Ergebnis von %2.</translation>
     <message>
         <source>it is damaged at byte %1</source>
         <translation>sie ist bei Byte %1 beschädigt</translation>
+    </message>
+    <message>
+        <source>The view in %1 was not changed: %2.</source>
+        <translation>Die Ansicht in %1 blieb unverändert: %2.</translation>
     </message>
 </context>
 <context>
@@ -2720,7 +2720,7 @@ Gezeigt ist das Ergebnis von %2.</translation>
         <translation>Am Ende der Achse fehlt eine Seite: Der Untergrund ist flach.</translation>
     </message>
     <message>
-        <source>The region holds no bin of the axis. Choose limits on the axis.</source>
+        <source>The region contains no bin of the axis. Choose limits on the axis.</source>
         <translation>Der Bereich enthält keinen Bin der Achse. Wählen Sie Grenzen auf der Achse.</translation>
     </message>
     <message>
@@ -2767,7 +2767,7 @@ Gezeigt ist das Ergebnis von %2.</translation>
         <translation>Ab hier</translation>
     </message>
     <message>
-        <source>Shows what comes from now on in columns of its own</source>
+        <source>Shows further counts in separate columns</source>
         <translation>Zeigt in eigenen Spalten, was ab jetzt dazukommt</translation>
     </message>
     <message>
@@ -2791,7 +2791,7 @@ Gezeigt ist das Ergebnis von %2.</translation>
         <translation>Der Plot wurde geschlossen.</translation>
     </message>
     <message>
-        <source>%1 regions are for maps and were left out.</source>
+        <source>%1 regions are for maps and were ignored.</source>
         <translation>%1 Bereiche sind für Karten und wurden weggelassen.</translation>
     </message>
 </context>
@@ -2950,10 +2950,6 @@ Gezeigt ist das Ergebnis von %2.</translation>
 <context>
     <name>tarnis::SettingsModel</name>
     <message>
-        <source>A setting cannot hold control characters.</source>
-        <translation>Eine Einstellung kann keine Steuerzeichen enthalten.</translation>
-    </message>
-    <message>
         <source>&quot;%1&quot; is outside of Latin-1 and cannot be sent.</source>
         <translation>„%1“ liegt außerhalb von Latin-1 und kann nicht gesendet werden.</translation>
     </message>
@@ -2978,12 +2974,16 @@ Gezeigt ist das Ergebnis von %2.</translation>
         <translation>Der Name einer Einstellung muss ein einzelnes Wort sein.</translation>
     </message>
     <message>
-        <source>A setting cannot hold a colon, which separates its name from its value.</source>
+        <source>A setting cannot contain a colon, which separates its name from its value.</source>
         <translation>Eine Einstellung kann keinen Doppelpunkt enthalten; er trennt ihren Namen vom Wert.</translation>
     </message>
     <message>
-        <source>The value holds several spaces in a row, of which the server would keep one.</source>
+        <source>The value contains several consecutive spaces, of which the server would keep one.</source>
         <translation>Der Wert enthält mehrere Leerzeichen hintereinander, von denen der Server nur eines behielte.</translation>
+    </message>
+    <message>
+        <source>A setting cannot contain control characters.</source>
+        <translation>Eine Einstellung kann keine Steuerzeichen enthalten.</translation>
     </message>
 </context>
 <context>
@@ -3084,7 +3084,7 @@ Gezeigt ist das Ergebnis von %2.</translation>
         <translation>Der Fehler von %1 ist zu einer Seite offen.</translation>
     </message>
     <message>
-        <source>%1 and %2 are correlated by %3: the range does not tell them apart.</source>
+        <source>%1 and %2 are correlated by %3: the range cannot separate them.</source>
         <translation>%1 und %2 sind mit %3 korreliert: Der Bereich unterscheidet sie nicht.</translation>
     </message>
     <message>
@@ -3100,7 +3100,7 @@ Gezeigt ist das Ergebnis von %2.</translation>
         <translation>Der Peak bei %1 ist breiter als der halbe Bereich, der keinen Untergrund zeigt.</translation>
     </message>
     <message>
-        <source>The counts of the peak at %1 are no significant excess (probability %2 without a peak).</source>
+        <source>The counts of the peak at %1 are not a significant excess (probability %2 without a peak).</source>
         <translation>Die Ereignisse des Peaks bei %1 sind kein signifikanter Überschuss (Wahrscheinlichkeit %2 ohne Peak).</translation>
     </message>
     <message>
@@ -3140,7 +3140,7 @@ Gezeigt ist das Ergebnis von %2.</translation>
         <translation>Alle Inhalte des Bereichs sind 0. Es gibt nichts anzupassen.</translation>
     </message>
     <message>
-        <source>The contents are no counts but have variances of their own. Use the statistic neyman or unweighted.</source>
+        <source>The contents are not counts but have variances. Use the statistic neyman or unweighted.</source>
         <translation>Die Inhalte sind keine Zählwerte, sondern haben eigene Varianzen. Verwenden Sie die Statistik neyman oder unweighted.</translation>
     </message>
     <message>
@@ -3148,7 +3148,7 @@ Gezeigt ist das Ergebnis von %2.</translation>
         <translation>Poisson-Statistik braucht Zählwerte: %1 Verwenden Sie die Statistik unweighted.</translation>
     </message>
     <message>
-        <source>A variance of the range is 0. Use the statistic unweighted or leave the bin out.</source>
+        <source>A variance of the range is 0. Use the statistic unweighted or exclude the bin.</source>
         <translation>Eine Varianz des Bereichs ist 0. Verwenden Sie die Statistik unweighted oder lassen Sie den Bin aus.</translation>
     </message>
     <message>
@@ -3176,7 +3176,7 @@ Gezeigt ist das Ergebnis von %2.</translation>
         <translation>Die Form des Peaks bei %1 ist um %2 Standardabweichungen falsch.</translation>
     </message>
     <message>
-        <source>The background is bent or has a step, by %1 standard deviations.</source>
+        <source>The background is curved or has a step, by %1 standard deviations.</source>
         <translation>Der Untergrund ist gebogen oder hat eine Stufe, um %1 Standardabweichungen.</translation>
     </message>
     <message>

@@ -184,7 +184,7 @@ private Q_SLOTS:
                                  << "daq"
                                  << "0"
                                  << ""
-                                 << "no port";
+                                 << "not a valid port";
         QTest::newRow("a word as port") << "remote"
                                         << "daq"
                                         << "http"

@@ -131,7 +131,7 @@ private Q_SLOTS:
             ->setCurrentText(QStringLiteral("Sum of All"));
 
         desk.choose(action.constData());
-        QVERIFY(live.allSay(QStringLiteral("goes on")));
+        QVERIFY(live.allSay(QStringLiteral("resumes")));
         QVERIFY(noBoxIsOpen());
         QVERIFY(live.areKept());
         QVERIFY(!live.canUpdate());
@@ -157,7 +157,7 @@ private Q_SLOTS:
         live.curves->findChild<QComboBox*>(QStringLiteral("typeComboBox"))
             ->setCurrentText(QStringLiteral("Sum of All"));
         server.reset();
-        QVERIFY(live.allSay(QStringLiteral("goes on")));
+        QVERIFY(live.allSay(QStringLiteral("resumes")));
         QVERIFY(desk.reaches(ServerState::Failed));
         QVERIFY(noBoxIsOpen());
         QVERIFY(live.areKept());

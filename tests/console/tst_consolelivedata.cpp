@@ -220,9 +220,9 @@ private Q_SLOTS:
         QVERIFY(isFilled(*window));
         door.shut();
         QVERIFY(desk.reaches(ServerState::Failed));
-        QVERIFY2(desk.alert().text.contains(QStringLiteral("by itself")), qPrintable(desk.alert().text));
+        QVERIFY2(desk.alert().text.contains(QStringLiteral("automatically")), qPrintable(desk.alert().text));
         const auto* const info = window->findChild<QLabel*>(QStringLiteral("infoLabel"));
-        QVERIFY(info->text().contains(QStringLiteral("goes on as soon as it is back")));
+        QVERIFY(info->text().contains(QStringLiteral("resumes when it is back")));
         server.answer(curvesCommand, curvesOf(7));
         QVERIFY(door.open());
         QVERIFY(desk.reaches(ServerState::Up));
@@ -259,7 +259,7 @@ private Q_SLOTS:
         const qint64 process = desk.window->controller().tarnis().process()->processId();
         door.shut();
         QVERIFY(desk.reaches(ServerState::Failed));
-        QVERIFY2(desk.alert().text.contains(QStringLiteral("connects by itself")), qPrintable(desk.alert().text));
+        QVERIFY2(desk.alert().text.contains(QStringLiteral("connects automatically")), qPrintable(desk.alert().text));
         QVERIFY(door.open());
         QVERIFY(desk.reaches(ServerState::Up));
         QCOMPARE(desk.window->controller().tarnis().process()->processId(), process);

@@ -318,7 +318,7 @@ private Q_SLOTS:
         writer.rename();
         writer.append("three\n");
         viewer.press("followCheck");
-        QCOMPARE(viewer.text(), "one\ntwo\n(another file has taken its name)\nthree\n");
+        QCOMPARE(viewer.text(), "one\ntwo\n(the file was replaced by another one)\nthree\n");
     }
 
     void theOldestLinesGo()
@@ -343,7 +343,7 @@ private Q_SLOTS:
         TRY_COMPARE(viewer.text(), "there\n");
         TRY_COMPARE(viewer.state(), "Following the file.");
         writer.remove();
-        TRY_VERIFY(viewer.state().startsWith(u"The file is gone"));
+        TRY_VERIFY(viewer.state().startsWith(u"The file was removed"));
     }
 
     void textIsFoundUpAndDown()
@@ -366,7 +366,7 @@ private Q_SLOTS:
         QCOMPARE(line(), 3);
         QTest::keyClicks(&viewer.widget<QLineEdit>("findEdit"), "x");
         QTest::keyClick(&viewer.widget<QLineEdit>("findEdit"), Qt::Key_Return);
-        QVERIFY(viewer.state().contains(QStringLiteral("not in the lines")));
+        QVERIFY(viewer.state().contains(QStringLiteral("was not found in the shown lines")));
         QCOMPARE(line(), 3);
     }
 };

@@ -388,7 +388,7 @@ private Q_SLOTS:
         server.answer("stat", { Step::text("OK:\nevents: 4\n") });
         ConsoleFixture desk(server);
         auto* const window = desk.open<RateWindow>("rate");
-        TRY_VERIFY(part<QLabel>(*window, "infoLabel").text().contains(u"tells no rate"));
+        TRY_VERIFY(part<QLabel>(*window, "infoLabel").text().contains(u"reports no rate"));
     }
 
     void continuesTheCurveWhenTheServerIsBack()
@@ -399,7 +399,7 @@ private Q_SLOTS:
         auto* const window = desk.open<RateWindow>("rate");
         TRY_COMPARE(window->count(), 1);
         desk.window->controller().stop();
-        TRY_VERIFY(part<QLabel>(*window, "infoLabel").text().contains(u"by itself"));
+        TRY_VERIFY(part<QLabel>(*window, "infoLabel").text().contains(u"continues when"));
         const qsizetype before = window->count();
         desk.use(server);
         TRY_VERIFY(window->count() > before);

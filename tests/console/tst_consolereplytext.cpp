@@ -40,7 +40,7 @@ private Q_SLOTS:
         QCOMPARE(summary.least, -1.5);
         QCOMPARE(summary.largest, 7.0);
         QCOMPARE(summary.first, (QList<double> { 3.0, -1.5, 7.0 }));
-        QCOMPARE(binaryText(summary), QStringLiteral("3 values\nsum 8.5, least -1.5, largest 7\nfirst: 3 -1.5 7"));
+        QCOMPARE(binaryText(summary), QStringLiteral("3 values\nsum 8.5, minimum -1.5, maximum 7\nfirst: 3 -1.5 7"));
     }
 
     void aNegativeBlockHasANegativeLargest()
@@ -54,7 +54,7 @@ private Q_SLOTS:
     {
         QCOMPARE(binaryText(summarizeBinary(QByteArray())), QStringLiteral("0 values"));
         QCOMPARE(binaryText(summarizeBinary(QByteArray(3, 'x'))),
-            QStringLiteral("0 values, and 3 bytes that make no whole value"));
+            QStringLiteral("0 values, and 3 bytes that are no complete value"));
     }
 
     void spareBytesAreCounted()
@@ -124,7 +124,7 @@ private Q_SLOTS:
         const QByteArray reply = QByteArray(50, 'a') + QByteArray(100, 'm') + QByteArray(50, 'z');
         QCOMPARE(visibleText(reply, 200), QString::fromLatin1(reply));
         const QString text = visibleText(reply, 100);
-        QCOMPARE(text, QString(50, u'a') + QStringLiteral("\n[100 bytes left out here]\n") + QString(50, u'z'));
+        QCOMPARE(text, QString(50, u'a') + QStringLiteral("\n[100 bytes omitted here]\n") + QString(50, u'z'));
     }
 
     void findsWhyACommandCannotBeSent_data()

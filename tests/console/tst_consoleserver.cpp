@@ -249,8 +249,7 @@ private Q_SLOTS:
         Control control;
         control.controller.m_probeTimeoutMs = 200;
         control.start(local(program));
-        QVERIFY2(
-            control.says("does not greet with the prompt", AlertAction::ChooseServer), qPrintable(control.lastWords()));
+        QVERIFY2(control.says("does not send the prompt", AlertAction::ChooseServer), qPrintable(control.lastWords()));
         QVERIFY(!control.lastWords().contains(QStringLiteral("port")));
     }
 
@@ -272,7 +271,8 @@ private Q_SLOTS:
         QVERIFY(control.reaches(ServerState::Up));
         server.setScript(server.connectionCount(), { Step::silence() });
         control.controller.checkServer();
-        QVERIFY2(control.says("does not greet any more", AlertAction::ConnectAgain), qPrintable(control.lastWords()));
+        QVERIFY2(
+            control.says("no longer sends its greeting", AlertAction::ConnectAgain), qPrintable(control.lastWords()));
     }
 
     void reportsABrokenControlSessionWithTheSocketError()
@@ -437,7 +437,7 @@ private Q_SLOTS:
         QVERIFY(control.reaches(ServerState::Up));
         const qint64 processId = control.controller.tarnis().process()->processId();
         control.controller.stop();
-        QVERIFY2(control.says("not done so", AlertAction::EndByForce), qPrintable(control.lastWords()));
+        QVERIFY2(control.says("has not ended yet", AlertAction::EndByForce), qPrintable(control.lastWords()));
         QVERIFY(isRunning(processId));
         control.controller.endByForce();
         QVERIFY(control.reaches(ServerState::Off));

@@ -129,21 +129,21 @@ private Q_SLOTS:
                                            << "colon";
         QTest::newRow("blank in the name") << "a b"
                                            << "1"
-                                           << "blank";
+                                           << "space";
         QTest::newRow("colon in the value") << "a"
                                             << "1:2"
                                             << "colon";
         QTest::newRow("blank in the value") << "a"
                                             << "1 2"
-                                            << "blank";
+                                            << "space";
         QTest::newRow("line feed in the value") << "a"
                                                 << "1\n2"
-                                                << "blank";
+                                                << "space";
         QTest::newRow("control character") << "a" << QString(QChar(4)) << "control";
         QTest::newRow("beyond Latin-1") << "a" << QString::fromUtf8("\u03b1") << "Latin-1";
         QTest::newRow("port that is no number") << "tcp"
                                                 << "abc"
-                                                << "whole number";
+                                                << "integer";
     }
     void refusesWithAReason()
     {

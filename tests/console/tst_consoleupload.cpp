@@ -111,7 +111,7 @@ private Q_SLOTS:
         QCOMPARE(questionOf(desk)->defaultButton(), questionOf(desk)->button(QMessageBox::Cancel));
         // Another one waits for the answer to this one.
         desk.window->commandPanel().upload(files.file(QStringLiteral("other.txt")));
-        QVERIFY(desk.alert().text.contains(QStringLiteral("is on its way")));
+        QVERIFY(desk.alert().text.contains(QStringLiteral("is being sent")));
         answer(desk, QMessageBox::Cancel);
         TRY_VERIFY(!questionOf(desk));
         desk.send(QStringLiteral("stat"));
@@ -131,7 +131,7 @@ private Q_SLOTS:
         ConsoleFixture desk(server);
         desk.window->commandPanel().upload(files.file(QStringLiteral("new.txt")));
         QVERIFY(isAsked(desk));
-        QVERIFY(questionOf(desk)->text().contains(QStringLiteral("does not tell")));
+        QVERIFY(questionOf(desk)->text().contains(QStringLiteral("does not report")));
         QVERIFY(questionOf(desk)->text().contains(QStringLiteral("NG:no permission")));
         answer(desk, QMessageBox::Ok);
         QVERIFY(server.waitForRequest("txfile new.txt\ntext"));
@@ -177,7 +177,7 @@ private Q_SLOTS:
         desk.enter();
         QVERIFY(desk.shows(QStringLiteral("8 bytes\none\ntwo\ntext: OK: /data/notes.txt")));
         desk.send(QStringLiteral("rxfile image"));
-        QVERIFY(desk.shows(QStringLiteral("3 bytes, which are no text")));
+        QVERIFY(desk.shows(QStringLiteral("3 bytes, which are not text")));
         desk.send(QStringLiteral("rxfile none"));
         QVERIFY(desk.shows(QStringLiteral("NG:cannot read")));
         desk.send(QStringLiteral("stat"));

@@ -145,8 +145,8 @@ void TestSimCommands::refusals_data()
     row("unknown command", "frobnicate", "unknown command 'frobnicate'; help lists the commands");
     row("command in capitals", "STAT", "unknown command 'STAT'; help lists the commands");
     row("close with more", "close now", "unknown command 'close'; help lists the commands");
-    row("control character", "sta\x01t", "the command holds a control character");
-    row("zero byte", QByteArray("stat\0x", 6), "the command holds a control character");
+    row("control character", "sta\x01t", "the command contains a control character");
+    row("zero byte", QByteArray("stat\0x", 6), "the command contains a control character");
     row("help on nothing known", "help me", "unknown command 'me'; help lists the commands");
     row("stat with more", "stat all", "unexpected 'all': the command stands alone");
     row("savesetting with more", "savesetting x", "unexpected 'x': the command stands alone");
@@ -758,7 +758,7 @@ void TestSimCommands::uploadsAreRefused_data()
     QTest::newRow("a directory's name") << QByteArray("txfile a/\nx") << "txfile needs the name of a file";
     QTest::newRow("another command") << QByteArray("txfiles a\nx")
                                      << "unknown command 'txfiles'; help lists the commands";
-    QTest::newRow("a control character") << QByteArray("txfile a\x01\nx") << "the name holds a control character";
+    QTest::newRow("a control character") << QByteArray("txfile a\x01\nx") << "the name contains a control character";
     QTest::newRow("a directory") << QByteArray("txfile /data\nx") << "cannot write '/data': not an ordinary file";
     QTest::newRow("the root") << QByteArray("txfile ..\nx") << "cannot write '/': not an ordinary file";
     QTest::newRow("absent directory") << QByteArray("txfile /no/x\ny")

@@ -714,7 +714,7 @@ void TestSimServer::logRecordsEvents()
     QVERIFY(file.open(QIODevice::ReadOnly));
     const QByteArray text = file.readAll();
     for (const char* const part : { "] listening on port ", "] client 1 comes from port ", "[BLCK] client 1: start -> ",
-             "[INFO] run 1 starts", "[INFO] refused: NG:the command holds a control character",
+             "[INFO] run 1 starts", "[INFO] refused: NG:the command contains a control character",
              "[BLCK] client 1: gibberish?[2J -> ", "[INFO] ending: exit" })
         QVERIFY2(text.contains(part), part);
 }

@@ -173,7 +173,8 @@ QString readOptions(const QCommandLineParser& parser, Options& options)
         const QString prompt = parser.value(QStringLiteral("prompt"));
         options.prompt = promptFromText(prompt);
         if (!options.prompt)
-            return QStringLiteral("the prompt '%1' holds an escape other than \\n \\r \\t \\e \\\\ \\xHH").arg(prompt);
+            return QStringLiteral("the prompt '%1' contains an escape other than \\n \\r \\t \\e \\\\ \\xHH")
+                .arg(prompt);
     }
     options.language = parser.value(QStringLiteral("language"));
     if (!options.language.isEmpty() && !hasLanguage(options.language))

@@ -75,8 +75,8 @@ void KeyboardDialog::addMenus()
 
 void KeyboardDialog::addOthers()
 {
-    addRow(named({ Qt::Key_Up, Qt::Key_Down }), tr("Walk through the commands that were typed"));
-    addRow(named({ Qt::Key_F8 }), tr("Press the button of the notice"));
+    addRow(named({ Qt::Key_Up, Qt::Key_Down }), tr("Step through the command history"));
+    addRow(named({ Qt::Key_F8 }), tr("Press the button of the alert"));
     addRow(named({ Qt::Key_F2 }), tr("Edit the chosen setting"));
     addRow(named({ Qt::Key_F5 }), tr("Update a live window"));
     addRow(named({ Qt::Key_F5 }), tr("In Runs and the snapshots: refresh"));

@@ -20,7 +20,7 @@ void setBasePath(ServerController& controller, const QString& path)
         controller.tarnis().SetBasePath(path, false);
     else
         controller.showStatusMessage(alertOf(Alert::Severity::Warning,
-            [path, problem] { return Windows::tr("%1 is not the base path now: %2").arg(path, problem); }));
+            [path, problem] { return Windows::tr("%1 was not set as the base path: %2").arg(path, problem); }));
 }
 
 /// The chosen folder becomes the base path.
@@ -84,7 +84,7 @@ WindowEntry serverTextEntry()
         .id = QStringLiteral("server-text"),
         .menuText = Windows::tr("Te&xt on the Server"),
         .title = Windows::tr("Text on the Server[*]"),
-        .help = Windows::tr("Open, edit and save a text file on the server's side"),
+        .help = Windows::tr("Open, edit and save a text file on the server"),
         .open = [](const WindowContext& context) -> QWidget* { return new ServerTextWindow(context); },
         .shortcut = QStringLiteral("Ctrl+Shift+X"),
     };

@@ -30,7 +30,7 @@ QString nameProblem(const QString& name)
     if (name.isEmpty())
         return ChooserGuide::tr("Type a name, or choose a file");
     if (name.contains(u'/'))
-        return ChooserGuide::tr("A name holds no slash; open the folder in the list");
+        return ChooserGuide::tr("A name cannot contain a slash; open the folder in the list");
     return commandProblem(name);
 }
 

@@ -87,7 +87,7 @@ void RunsWindow::refresh()
     m_asked = ui->folderEdit->text().trimmed();
     if (const QString problem = commandProblem(quotedPath(m_asked)); !problem.isEmpty()) {
         tarnis::setTranslatedText(*ui->stateLabel, [asked = quotedPath(m_asked)] {
-            return tr("The folder cannot be asked for: %1").arg(commandProblem(asked));
+            return tr("The folder cannot be requested: %1").arg(commandProblem(asked));
         });
         return;
     }
@@ -191,7 +191,7 @@ void RunsWindow::updateControls()
         isUp ? tr("Wait for the reply") : tr("Needs a connected server. Showing the previous runs."));
     setAvailable(ui->browseButton, isUp, tr("Choose the folder on the server"), tr("Needs a connected server"));
     setAvailable(ui->insertButton, ui->table->selectionModel()->hasSelection(),
-        tr("Put the run's path into the command line"), tr("Choose a run in the table first"));
+        tr("Insert the run's path into the command line"), tr("Choose a run in the table first"));
 }
 
 void RunsWindow::changeEvent(QEvent* event)

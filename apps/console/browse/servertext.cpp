@@ -240,7 +240,7 @@ void ServerTextWindow::onRead(const PTarnisCmd& command, const QByteArray& bytes
     const auto text = bytes.size() <= sizeLimit ? textOfFile(bytes, form) : std::nullopt;
     if (!text) {
         tell([path = m_asked] {
-            return tr("%1 is not opened: it is no text, or larger than %2.").arg(path, byteCountText(sizeLimit));
+            return tr("%1 is not opened: it is not a text, or larger than %2.").arg(path, byteCountText(sizeLimit));
         });
         return;
     }
@@ -269,7 +269,7 @@ void ServerTextWindow::onWritten(const QByteArray& reply)
         return;
     }
     keepModified();
-    tell([] { return tr("Saved, but for what was typed since."); });
+    tell([] { return tr("Saved. Later edits are not saved yet."); });
     if (next) {
         m_afterSave = next;
         save();

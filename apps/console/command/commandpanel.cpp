@@ -161,7 +161,7 @@ void CommandPanel::giveUp()
     Q_EMIT statusMessage(alertOf(
         Alert::Severity::Warning,
         [name = lost.first().name, count = int(behind.size())] {
-            return tr("\u201c%1\u201d is given up; %Ln command(s) behind it got no reply.", nullptr, count).arg(name);
+            return tr("\u201c%1\u201d was given up; %Ln later command(s) got no reply.", nullptr, count).arg(name);
         },
         AlertAction::SendAgain));
 }
@@ -268,7 +268,7 @@ void CommandPanel::onFailed(int /*socketError*/, const QString& message, const Q
             Alert::Severity::Warning,
             [name = unanswered.first().name, message] {
                 return tr("The connection broke before the reply to \u201c%1\u201d was complete (%2). The next command "
-                          "makes a new one.")
+                          "opens a new one.")
                     .arg(name, message);
             },
             AlertAction::SendAgain));
@@ -344,8 +344,8 @@ void CommandPanel::updateControls()
     setAvailable(ui->giveUpButton, isBusy(),
         withKey(tr("Stop waiting for the reply and close its connection"), Qt::CTRL | Qt::Key_G),
         tr("No command is under way"));
-    ui->binaryCheck->setToolTip(tr("The reply is a block of numbers with text behind it, as that of hist1d and hist2d, "
-                                   "or a file, as that of rxfile; follows the command"));
+    ui->binaryCheck->setToolTip(tr("The reply is a block of numbers followed by text, as of hist1d and hist2d, or a "
+                                   "file, as of rxfile; set automatically for known commands"));
 }
 
 } // namespace console

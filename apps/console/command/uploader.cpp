@@ -45,7 +45,7 @@ Uploader::~Uploader() = default;
 void Uploader::start(const QString& path)
 {
     if (m_isBusy) {
-        Q_EMIT refused([path, other = m_path] { return tr("%1 is not sent: %2 is on its way.").arg(path, other); });
+        Q_EMIT refused([path, other = m_path] { return tr("%1 is not sent: %2 is being sent.").arg(path, other); });
         return;
     }
     m_path = path;
@@ -112,7 +112,7 @@ void Uploader::onUnknown(const QString& why)
 {
     question([name = m_name, why] {
         const QString text = tr(
-            "The server does not tell whether it has a file \u201c%1\u201d. Do you want to upload it? A file of that "
+            "The server does not report whether it has a file \u201c%1\u201d. Do you want to upload it? A file of that "
             "name would be overwritten.")
                                  .arg(name);
         return why.isEmpty() ? text : text + QStringLiteral("\n\n") + why;

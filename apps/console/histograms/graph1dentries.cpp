@@ -123,7 +123,7 @@ WindowEntry pairsEntry()
             .id = QStringLiteral("pairs"),
             .menuText = Windows::tr("Arrival Times, A&ll Modules"),
             .title = Windows::tr("Arrival Times, All Modules"),
-            .help = Windows::tr("The sum of all modules, live; the server tells the axis"),
+            .help = Windows::tr("The sum of all modules, live; the server defines the axis"),
         },
         QStringLiteral("total"), pairsRequest);
 }
@@ -135,7 +135,7 @@ WindowEntry singleRowEntry()
             .id = QStringLiteral("single-row"),
             .menuText = Windows::tr("&Position of Module 0"),
             .title = Windows::tr("Position, Module 0"),
-            .help = Windows::tr("Where the events of one module are, live"),
+            .help = Windows::tr("The positions of the events of one module, live"),
         },
         QStringLiteral("position"), singleRowRequest);
 }
@@ -147,7 +147,7 @@ WindowEntry spectrumEntry()
             .id = QStringLiteral("spectrum"),
             .menuText = Windows::tr("&Measured Spectrum"),
             .title = Windows::tr("Measured Spectrum"),
-            .help = Windows::tr("The spectrum that the server was given with --spectrum"),
+            .help = Windows::tr("The measured spectrum of the server's option --spectrum"),
         },
         QStringLiteral("spectrum"), spectrumRequest);
 }

@@ -49,7 +49,7 @@ WindowEntry mapEntry()
     return { .id = QStringLiteral("map"),
         .menuText = Windows::tr("&Image"),
         .title = Windows::tr("Image"),
-        .help = Windows::tr("The events by place, live"),
+        .help = Windows::tr("The events by position, live"),
         .open = openMap,
         .histogram = QStringLiteral("image") };
 }

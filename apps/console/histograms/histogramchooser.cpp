@@ -145,7 +145,7 @@ void HistogramChooser::openChecked()
 
 void HistogramChooser::sayLost()
 {
-    say(tr("There is no connection to the server. The list comes again as soon as it is back."));
+    say(tr("There is no connection to the server. The list is read again when it is back."));
 }
 
 void HistogramChooser::say(const QString& text)

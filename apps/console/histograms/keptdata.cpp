@@ -108,14 +108,15 @@ void KeptData::release()
 
 void KeptData::setTexts()
 {
-    m_label->setText(tr("These data are from %1, when the server was last connected. They stay until it has new data.")
-                         .arg(m_keptTime.toString(u"HH:mm:ss")));
+    m_label->setText(
+        tr("These data are from %1, when the server was last connected. They are kept until it has new data.")
+            .arg(m_keptTime.toString(u"HH:mm:ss")));
     m_pictureButton->setText(tr("Save &Picture..."));
     m_pictureButton->setToolTip(tr("Save what is shown as a picture"));
     m_valuesButton->setText(tr("Save &Values..."));
     m_valuesButton->setToolTip(tr("Save what is shown as comma-separated values"));
     m_releaseButton->setText(tr("Show the &New Data"));
-    m_releaseButton->setToolTip(tr("Let go of these data; the server has none yet"));
+    m_releaseButton->setToolTip(tr("Discard these data; the server has none yet"));
 }
 
 void KeptData::changeEvent(QEvent* event)

@@ -93,11 +93,11 @@ QString undrawnText(const tarnis::UndrawnReply& reply)
     using Reason = tarnis::UndrawnReply::Reason;
     switch (reply.reason) {
     case Reason::NoAxis:
-        return LiveCurves::tr("The reply tells no axis and is not shown: %1").arg(reply.replyText.trimmed());
+        return LiveCurves::tr("The reply contains no axis and is not shown: %1").arg(reply.replyText.trimmed());
     case Reason::OutsideAxis:
-        return LiveCurves::tr("The reply holds a value outside of its axis and is not shown.");
+        return LiveCurves::tr("The reply contains a value outside of its axis and is not shown.");
     case Reason::SizeMismatch:
-        return LiveMap::tr("The reply holds %1 values for %2 x %3 bins and is not shown.")
+        return LiveMap::tr("The reply contains %1 values for %2 x %3 bins and is not shown.")
             .arg(reply.values)
             .arg(reply.binsX)
             .arg(reply.binsY);

@@ -117,7 +117,7 @@ void LogWindow::append(const LogNews& news)
         m_problem.clear();
         break;
     case LogNews::Kind::Replaced:
-        note = tr("(another file has taken its name)");
+        note = tr("(the file was replaced by another one)");
         m_problem.clear();
         break;
     case LogNews::Kind::Missing:
@@ -190,14 +190,14 @@ void LogWindow::updateFind()
 void LogWindow::showState()
 {
     if (m_isFoundNowhere)
-        ui->stateLabel->setText(tr("\u201c%1\u201d is not in the lines on show.").arg(ui->findEdit->text()));
+        ui->stateLabel->setText(tr("\u201c%1\u201d was not found in the shown lines.").arg(ui->findEdit->text()));
     else if (!m_tail)
         ui->stateLabel->setText(tr("Choose a log file. The console writes one when it is started with --log FILE."));
     else if (!m_problem.isEmpty())
         ui->stateLabel->setText(
-            tr("%1 cannot be read: %2. It is shown as soon as it is there.").arg(m_tail->path(), m_problem));
+            tr("%1 cannot be read: %2. It is shown as soon as it can be read.").arg(m_tail->path(), m_problem));
     else if (m_tail->isGone())
-        ui->stateLabel->setText(tr("The file is gone. Another of its name is shown as soon as it is there."));
+        ui->stateLabel->setText(tr("The file was removed. A new file of this name is shown as soon as it exists."));
     else if (isFollowing())
         ui->stateLabel->setText(tr("Following the file."));
     else if (const qint64 bytes = m_tail->pending(); bytes > 0)

@@ -31,8 +31,8 @@ RunControl::RunControl(ServerController& controller, StatusPoller& poller, QWidg
         [this](int /*socketError*/, const QString& message, const QList<Request>& unanswered) {
             if (!unanswered.isEmpty() && m_controller.state() == ServerState::Up)
                 Q_EMIT statusMessage(alertOf(Alert::Severity::Warning, [name = unanswered.first().text, message] {
-                    return tr("The connection broke before the server answered \u201c%1\u201d (%2). Look at the state "
-                              "of the run before you try again.")
+                    return tr("The connection broke before the server answered \u201c%1\u201d (%2). Check the state of "
+                              "the run before you try again.")
                         .arg(name, message);
                 }));
             m_controller.checkServer();
@@ -89,7 +89,7 @@ void RunControl::start()
     }
     const QString events = QStringLiteral("%L1").arg(m_poller.runStatus().events.value_or(0));
     sendIfAgreed(QStringLiteral("start"),
-        tr("A new run discards the %1 events on the server. Nothing of them was saved.").arg(events),
+        tr("A new run discards the %1 events on the server. They were not saved.").arg(events),
         tr("&Start Without Saving"));
 }
 
@@ -109,7 +109,7 @@ void RunControl::clear()
         return;
     }
     const QString question = events
-        ? tr("Clear discards the %1 events on the server. Nothing of them was saved.").arg(QLocale().toString(*events))
+        ? tr("Clear discards the %1 events on the server. They were not saved.").arg(QLocale().toString(*events))
         : tr("Clear discards the data on the server. The server does not report whether there are any.");
     sendIfAgreed(QStringLiteral("clear"), question, tr("&Clear"));
 }

@@ -92,11 +92,11 @@ void RunPanel::setTexts()
     m_stopAction->setText(tr("St&op Run"));
     m_clearAction->setText(tr("&Clear"));
     m_runLabel->setToolTip(tr("Number of the current or last run"));
-    m_stateLabel->setToolTip(tr("Whether the server takes data"));
+    m_stateLabel->setToolTip(tr("Whether the server is acquiring data"));
     m_realTimeLabel->setToolTip(tr("Time since the run began or was cleared"));
     m_liveTimeLabel->setToolTip(tr("Time in which the detectors could count"));
     m_eventsLabel->setToolTip(tr("Events since the run began or was cleared"));
-    m_rateLabel->setToolTip(tr("Events per second, over the last moment"));
+    m_rateLabel->setToolTip(tr("Current number of events per second"));
     for (QLabel* const label : findChildren<QLabel*>())
         label->setMinimumWidth(0);
     updateControls();

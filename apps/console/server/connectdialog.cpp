@@ -74,7 +74,7 @@ QString ConnectDialog::problem() const
     if (ui->promptEdit->text().isEmpty())
         return tr("Type the server's prompt.");
     if (prompt().isEmpty())
-        return tr("The prompt holds an escape other than \\n \\r \\t \\e \\\\ \\xHH.");
+        return tr("The prompt contains an escape other than \\n \\r \\t \\e \\\\ \\xHH.");
     const ServerChoice chosen = choice();
     if (ui->localRadio->isChecked() && chosen.program.isEmpty())
         return tr("Type or browse for the program to start.");
@@ -92,7 +92,7 @@ void ConnectDialog::onEdited()
     ok->setText(ui->remoteRadio->isChecked() ? tr("Connect") : tr("Start"));
     const QString what = problem();
     ui->problemLabel->setText(what);
-    setAvailable(ok, what.isEmpty(), tr("Use this server from now on"), what);
+    setAvailable(ok, what.isEmpty(), tr("Use this server"), what);
 }
 
 } // namespace console

@@ -22,8 +22,9 @@ QString problemOf(const ServerChoice& choice, const QString& port, bool isPortKe
     if (choice.host.isEmpty() || choice.host.contains(u' '))
         return LastServerText::tr("\u201c%1\u201d is not a valid host name.").arg(choice.host);
     if (choice.port == 0)
-        return isPortKept ? LastServerText::tr("\u201c%1\u201d is no port: that is a number from 1 to 65535.").arg(port)
-                          : LastServerText::tr("The port is missing.");
+        return isPortKept
+            ? LastServerText::tr("\u201c%1\u201d is not a valid port: it must be a number from 1 to 65535.").arg(port)
+            : LastServerText::tr("The port is missing.");
     return {};
 }
 
@@ -42,13 +43,13 @@ LastServer readLastServer(const QSettings& store)
     } else {
         last.choice.program = store.value(programKey).toString();
         if (!kind.isEmpty() && kind != u"local")
-            last.problem = LastServerText::tr("\u201c%1\u201d is no kind of server.").arg(kind);
+            last.problem = LastServerText::tr("\u201c%1\u201d is not a valid kind of server.").arg(kind);
     }
     const QString prompt = store.value(promptKey).toString();
     last.prompt = promptFromText(prompt).value_or(QByteArray());
     if (!prompt.isEmpty() && last.prompt.isEmpty() && last.problem.isEmpty())
         last.problem =
-            LastServerText::tr("The prompt \u201c%1\u201d holds an escape other than \\n \\r \\t \\e \\\\ \\xHH.")
+            LastServerText::tr("The prompt \u201c%1\u201d contains an escape other than \\n \\r \\t \\e \\\\ \\xHH.")
                 .arg(prompt);
     return last;
 }

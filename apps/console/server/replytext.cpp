@@ -91,15 +91,15 @@ QString binaryText(const BinarySummary& summary)
 {
     QString count = ReplyText::tr("%Ln value(s)", nullptr, toCount(summary.count));
     if (summary.spareBytes > 0)
-        count += ReplyText::tr(", and %1 that make no whole value").arg(byteCountText(summary.spareBytes));
+        count += ReplyText::tr(", and %1 that are no complete value").arg(byteCountText(summary.spareBytes));
     if (summary.notFinite > 0)
-        count += ReplyText::tr(", %Ln of them not finite and left out below", nullptr, toCount(summary.notFinite));
+        count += ReplyText::tr(", %Ln of them not finite and omitted below", nullptr, toCount(summary.notFinite));
     if (summary.count == 0)
         return count;
 
     const QString range = summary.notFinite == summary.count
         ? ReplyText::tr("no finite value")
-        : ReplyText::tr("sum %1, least %2, largest %3")
+        : ReplyText::tr("sum %1, minimum %2, maximum %3")
               .arg(number(summary.sum), number(summary.least), number(summary.largest));
     QStringList first;
     for (const double value : summary.first)
@@ -116,7 +116,7 @@ QString visibleText(const QByteArray& reply, qsizetype limit)
         text = QString::fromUtf8(reply);
     } else {
         const qsizetype half = limit / 2;
-        const QString gap = ReplyText::tr("[%1 left out here]").arg(byteCountText(reply.size() - 2 * half));
+        const QString gap = ReplyText::tr("[%1 omitted here]").arg(byteCountText(reply.size() - 2 * half));
         text =
             QStringList { QString::fromUtf8(reply.first(half)), gap, QString::fromUtf8(reply.last(half)) }.join(u'\n');
     }
@@ -143,7 +143,7 @@ QString commandProblem(const QString& command)
         if (c == u'\n' || c == u'\r' || c == QChar::LineSeparator || c == QChar::ParagraphSeparator)
             return ReplyText::tr("A command is one line; send the lines one after the other.");
         if (c.unicode() < 0x20 && c != u'\t')
-            return ReplyText::tr("The command holds a control character, which the server cannot take.");
+            return ReplyText::tr("The command contains a control character, which the server cannot accept.");
         if (c.unicode() > 0xff)
             return ReplyText::tr("The character \u201c%1\u201d cannot be sent: commands are Latin-1.")
                 .arg(command.mid(i, c.isHighSurrogate() ? 2 : 1));
@@ -171,7 +171,7 @@ QString fileText(const QByteArray& bytes)
     if (bytes.isEmpty())
         return size;
     if (bytes.contains('\0'))
-        return ReplyText::tr("%1, which are no text").arg(size);
+        return ReplyText::tr("%1, which are not text").arg(size);
     QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
     const QString text = decoder.decode(bytes);
     return size + u'\n' + visibleText(decoder.hasError() ? QString::fromLatin1(bytes).toUtf8() : bytes);

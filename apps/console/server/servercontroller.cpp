@@ -221,7 +221,7 @@ void ServerController::beginLocal()
     if (!m_tarnis.Run(nullptr)) {
         fail(
             [program] {
-                return tr("The program \u201c%1\u201d could not be started. See that it may be executed, or choose "
+                return tr("The program \u201c%1\u201d could not be started. Check that it is executable, or choose "
                           "another server.")
                     .arg(program);
             },
@@ -305,23 +305,24 @@ Alert ServerController::greetingFailure(const QString& address) const
         return alertOf(
             severity,
             [isLocal = isLocal(), name = serverName()] {
-                return tr("%1 takes connections, but does not greet any more.").arg(name) + u' ' + adviceAgain(isLocal);
+                return tr("%1 accepts connections, but no longer sends its greeting.").arg(name) + u' '
+                    + adviceAgain(isLocal);
             },
             again());
     if (isLocal())
         return alertOf(
             severity,
             [shownPrompt, name = serverName()] {
-                return tr("%1 runs, but does not greet with the prompt \u201c%2\u201d. Choose the server with its own "
-                          "prompt.")
+                return tr(
+                    "%1 runs, but does not send the prompt \u201c%2\u201d. Choose the server with the correct prompt.")
                     .arg(name, shownPrompt);
             },
             AlertAction::ChooseServer);
     return alertOf(
         severity,
         [shownPrompt, address] {
-            return tr("Something answers at %1, but it does not greet with the prompt \u201c%2\u201d. See that it is "
-                      "the right port, and that the prompt is the server's.")
+            return tr(
+                "A program answers at %1, but does not send the prompt \u201c%2\u201d. Check the port and the prompt.")
                 .arg(address, shownPrompt);
         },
         AlertAction::ChooseServer);
@@ -332,7 +333,7 @@ tarnis::TranslatedText ServerController::obstacle(const QString& address) const
 {
     switch (m_probe.socketError()) {
     case QAbstractSocket::HostNotFoundError:
-        return [address] { return tr("The host of %1 was not found. See that its name is right.").arg(address); };
+        return [address] { return tr("The host of %1 was not found. Check its name.").arg(address); };
     case QAbstractSocket::ConnectionRefusedError:
         return [address] { return tr("Nothing answers at %1: the connection was refused.").arg(address); };
     case QAbstractSocket::SocketTimeoutError:
@@ -356,11 +357,10 @@ Alert ServerController::reachFailure(const QString& address) const
             severity, [what] { return what() + u' ' + adviceAgain(true); }, again());
     if (m_known == m_choice)
         return alertOf(
-            severity, [what] { return what() + u' ' + tr("See that the server runs there, then connect again."); },
+            severity, [what] { return what() + u' ' + tr("Check that the server runs there, then connect again."); },
             again());
     return alertOf(
-        severity,
-        [what] { return what() + u' ' + tr("See that host and port are right, and that the server runs there."); },
+        severity, [what] { return what() + u' ' + tr("Check host and port, and that the server runs there."); },
         AlertAction::ChooseServer);
 }
 
@@ -405,7 +405,7 @@ void ServerController::onProcessFinished()
         [hasCrashed, code, wasUp = m_state == ServerState::Up, name = serverName()] {
             const QString how = hasCrashed ? tr("it crashed") : tr("exit code %1").arg(code);
             const QString text = wasUp
-                ? tr("The server %1 has ended by itself (%2). Start it again to go on.")
+                ? tr("The server %1 has ended unexpectedly (%2). Start it again to go on.")
                 : tr("The server %1 has ended before it was ready (%2). Start it again, or choose another.");
             return text.arg(name, how);
         },
@@ -417,15 +417,13 @@ void ServerController::onSlow()
     if (m_state == ServerState::Stopping) {
         Q_EMIT alert(alertOf(
             Alert::Severity::Warning,
-            [name = serverName()] {
-                return tr("%1 was told to end and has not done so yet. It is ended by force after half a minute.")
-                    .arg(name);
-            },
+            [name = serverName()] { return tr("%1 has not ended yet. It is killed after half a minute.").arg(name); },
             AlertAction::EndByForce));
     } else if (m_state == ServerState::Starting) {
         const auto words = [isLocal = isLocal(), name = serverName()] {
-            const QString text = isLocal ? tr("%1 runs, but has not told its port yet (the line \u201cUI port:\u201d).")
-                                         : tr("%1 has greeted, but does not answer \u201cstat\u201d yet.");
+            const QString text = isLocal
+                ? tr("%1 runs, but has not announced its port yet (the line \u201cUI port:\u201d).")
+                : tr("%1 has greeted, but does not answer \u201cstat\u201d yet.");
             return text.arg(name);
         };
         Q_EMIT alert(alertOf(Alert::Severity::Warning, words, AlertAction::Stop));
@@ -448,7 +446,7 @@ void ServerController::fail(const Alert& failure)
     Q_EMIT alert(alertOf(
         failure.severity,
         [words = failure.words] {
-            return words() + u' ' + tr("The console connects by itself as soon as the server answers.");
+            return words() + u' ' + tr("The console connects automatically when the server answers.");
         },
         failure.action));
 }

@@ -17,7 +17,7 @@ SessionRecovery::SessionRecovery(ServerController& controller, TarnisSession*& s
     connect(&m_retryTimer, &QTimer::timeout, this, &SessionRecovery::ask);
     connect(&controller, &ServerController::stateChanged, this, &SessionRecovery::onServerState);
     connect(&controller, &ServerController::aboutToStop, this, [this] {
-        drop([] { return tr("The server is being stopped. This goes on as soon as a server is connected again."); });
+        drop([] { return tr("The server is being stopped. This window resumes when a server is connected again."); });
     });
 }
 
@@ -31,7 +31,7 @@ void SessionRecovery::fail(const QObject* sender, const QString& message)
     if (!m_session || sender != m_session)
         return;
     drop([message] {
-        return tr("The connection broke: %1. This goes on as soon as the server answers again.").arg(message);
+        return tr("The connection broke: %1. This window resumes when the server answers again.").arg(message);
     });
     m_controller.checkServer();
     m_retryTimer.start(m_retryMs);
@@ -75,8 +75,9 @@ void SessionRecovery::onServerState()
 {
     const ServerState state = m_controller.state();
     const tarnis::TranslatedText words = [isEnded = state == ServerState::Failed && m_controller.isLocal()] {
-        return isEnded ? tr("The server has ended. This goes on when it has been started again in the main window.")
-                       : tr("There is no connection to the server. This goes on as soon as it is back.");
+        return isEnded
+            ? tr("The server has ended. This window resumes when it has been started again in the main window.")
+            : tr("There is no connection to the server. This window resumes when it is back.");
     };
     if (state == ServerState::Failed && !m_isEnded && !m_session) {
         m_text = words; // the text of a connection that broke before is less specific

@@ -32,7 +32,7 @@ void AddSettingDialog::onEdited()
     if (!problem.isEmpty())
         ui->problemLabel->setText(problem);
     else if (m_model.rowOf(name) >= 0)
-        ui->problemLabel->setText(tr("There is a setting of this name: it gets the new value."));
+        ui->problemLabel->setText(tr("A setting with this name exists: it gets the new value."));
     else
         ui->problemLabel->clear();
 }

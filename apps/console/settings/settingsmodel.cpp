@@ -14,11 +14,11 @@ QString characterProblem(const QString& text, const QString& what)
 {
     for (const QChar c : text) {
         if (c.isSpace())
-            return SettingsModel::tr("%1 holds a blank, which would end it on the way to the server.").arg(what);
+            return SettingsModel::tr("%1 contains a space, which would end it in the request.").arg(what);
         if (c.unicode() < 0x20 || c.unicode() == 0x7f)
-            return SettingsModel::tr("%1 holds a control character.").arg(what);
+            return SettingsModel::tr("%1 contains a control character.").arg(what);
         if (c.unicode() > 0xff)
-            return SettingsModel::tr("%1 holds a character outside Latin-1, which cannot be sent.").arg(what);
+            return SettingsModel::tr("%1 contains a character outside Latin-1, which cannot be sent.").arg(what);
     }
     return {};
 }
@@ -30,9 +30,9 @@ QString settingProblem(const QString& name, const QString& value)
     if (name.isEmpty())
         return SettingsModel::tr("A setting needs a name.");
     if (name.contains(u':'))
-        return SettingsModel::tr("The name holds a colon, which would end it on the way to the server.");
+        return SettingsModel::tr("The name contains a colon, which would end it in the request.");
     if (value.contains(u':'))
-        return SettingsModel::tr("The value holds a colon, which changes its meaning for the server.");
+        return SettingsModel::tr("The value contains a colon, which changes its meaning for the server.");
     const QString problem = characterProblem(name, SettingsModel::tr("The name"));
     return problem.isEmpty() ? characterProblem(value, SettingsModel::tr("The value")) : problem;
 }
@@ -89,7 +89,7 @@ QVariant SettingsModel::data(const QModelIndex& index, int role) const
         return {};
     case Qt::ToolTipRole:
         if (!isOnServer)
-            return tr("The server was not asked for this setting yet, or does not have it.");
+            return tr("This setting was not read from the server yet, or does not exist there.");
         return isChanged(name) ? tr("Changed here. The server has \u201c%1\u201d.").arg(*onServer) : QVariant();
     case Qt::AccessibleDescriptionRole:
         return isChanged(name) ? tr("changed") : tr("as on the server");
@@ -146,7 +146,7 @@ bool SettingsModel::store(const QString& name, const QString& value)
     }
     if (!m_server.SetSettingValue(name, value)) {
         Q_EMIT refused(
-            tr("\u201c%1\u201d is no value for \u201c%2\u201d: it must be a whole number.").arg(value, name));
+            tr("\u201c%1\u201d is not a valid value for \u201c%2\u201d: it must be an integer.").arg(value, name));
         return false;
     }
     return true;

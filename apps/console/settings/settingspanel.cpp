@@ -65,7 +65,7 @@ SettingsPanel::SettingsPanel(ServerController& controller, QWidget* parent)
     connect(&controller, &ServerController::stateChanged, this, &SettingsPanel::onServerState);
     connect(&controller.tarnis(), &Tarnis::onCmdReply, this, &SettingsPanel::onCmdReply);
     connect(&controller.tarnis(), &Tarnis::onBasePathChange, this,
-        [this](const QString& path) { tell([path] { return tr("The base path %1 goes to the server.").arg(path); }); });
+        [this](const QString& path) { tell([path] { return tr("The base path %1 is being sent.").arg(path); }); });
     connect(ui->pathBrowseButton, &QPushButton::clicked, this, &SettingsPanel::basePathWanted);
     showState();
     updateControls();
@@ -120,7 +120,7 @@ void SettingsPanel::download(bool save)
         return;
     m_refusals.clear();
     m_downloadAsked = save;
-    tell([] { return tr("Reading what the server has..."); });
+    tell([] { return tr("Reading the settings of the server..."); });
     updateControls();
     m_controller.tarnis().SendCmd(session, readFirstName, QStringLiteral("setting"), false);
 }
@@ -146,7 +146,7 @@ void SettingsPanel::onCmdReply(const QString& name, const QString& command, cons
     } else if (name == saveName || name.startsWith(lineName))
         onDownloadReply(command, reply);
     else if (name == basePathName && replyKind(reply) == ReplyKind::Refused)
-        tell([answer = reply.trimmed()] { return tr("The base path is refused: %1").arg(answer); });
+        tell([answer = reply.trimmed()] { return tr("The base path is rejected: %1").arg(answer); });
     else if (name == basePathName) {
         m_model->noteSending({ QStringLiteral("basepath") });
         read();
@@ -194,7 +194,7 @@ void SettingsPanel::onDownloadReply(const QString& command, const QString& reply
     if (m_linesPending > 0)
         return;
     if (m_refusals.isEmpty())
-        tell([count = m_linesSent] { return tr("The server took %Ln line(s).", nullptr, count); });
+        tell([count = m_linesSent] { return tr("The server accepted %Ln line(s).", nullptr, count); });
     updateControls();
     sendRead();
 }
@@ -232,7 +232,7 @@ QString SettingsPanel::stateText() const
     if (m_controller.state() == ServerState::Up)
         return changed > 0 ? changes : tr("As on the server.");
     const QString state =
-        m_hasRead ? tr("Not connected; as the server was last read.") : tr("No server was asked yet.");
+        m_hasRead ? tr("Not connected. Showing the settings that were last read.") : tr("No settings were read yet.");
     return changed > 0 ? state + u' ' + changes : state;
 }
 
@@ -326,7 +326,7 @@ void SettingsPanel::updateControls()
     const bool isUp = m_controller.state() == ServerState::Up;
     const bool hasChanges = !m_model->changedNames().isEmpty();
     const QString needsServer = tr("Needs a connected server");
-    const QString wait = isUp ? tr("Wait until the lines on their way are answered") : needsServer;
+    const QString wait = isUp ? tr("Wait until the sent lines are answered") : needsServer;
     setAvailable(ui->readButton, isUp, withKey(tr("Ask the server for its settings"), Qt::Key_F5), needsServer);
     setAvailable(ui->downloadButton, hasChangesToSend(), withKey(tr("Send the settings to the server"), Qt::Key_F6),
         canDownload() ? tr("There is nothing to send: all settings are as on the server") : wait);
@@ -334,11 +334,10 @@ void SettingsPanel::updateControls()
         withKey(tr("Send all settings and let the server store them"), Qt::Key_F7), wait);
     setAvailable(ui->addButton, true, tr("Add a setting here"), QString());
     const QModelIndex chosen = ui->table->currentIndex();
-    setAvailable(ui->removeButton, m_model->isRemovable(chosen.row()), tr("Forget the chosen setting here"),
+    setAvailable(ui->removeButton, m_model->isRemovable(chosen.row()), tr("Remove the selected setting here"),
         chosen.isValid() ? tr("The server has this setting; only settings that were added here can be removed")
                          : tr("Choose a setting in the table first"));
-    setAvailable(
-        ui->revertButton, hasChanges, tr("Put all values back to the server's"), tr("Nothing was changed here"));
+    setAvailable(ui->revertButton, hasChanges, tr("Reset all values to the server's"), tr("Nothing was changed here"));
 
     const QString pathProblem = settingProblem(QStringLiteral("basepath"), ui->pathEdit->text().trimmed());
     const Tarnis::SERVER_STATUS status = m_controller.status();

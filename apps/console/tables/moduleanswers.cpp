@@ -81,7 +81,7 @@ QStringList moduleIds(const QString& text, QString& problem)
         const int first = match.captured(1).toInt();
         const int last = match.captured(2).toInt();
         if (last < first || last - first >= maxModules)
-            problem = ModuleAnswers::tr("%1 is no range of modules").arg(word);
+            problem = ModuleAnswers::tr("%1 is not a valid range of modules").arg(word);
         for (int id = first; problem.isEmpty() && id <= last; ++id)
             ids.append(QString::number(id));
     }

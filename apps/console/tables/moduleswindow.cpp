@@ -48,7 +48,8 @@ ModulesWindow::ModulesWindow(ServerController& controller, QWidget* parent)
     connect(m_link, &CommandChannel::failed, this, [this](int, const QString& message) {
         onEnded(
             [message] {
-                return tr("No reply: %1. Whether a module has obeyed is not known: ask it with stat or setting.")
+                return tr("No reply: %1. It is not known whether a module has executed the command: check with stat or "
+                          "setting.")
                     .arg(message);
             },
             tr("no reply"));
@@ -194,7 +195,11 @@ void ModulesWindow::onEnded(const tarnis::TranslatedText& sentence, const QStrin
 void ModulesWindow::giveUp()
 {
     if (!m_link->drop().isEmpty())
-        onEnded([] { return tr("Given up. Whether a module has obeyed is not known: ask it with stat or setting."); },
+        onEnded(
+            [] {
+                return tr(
+                    "Given up. It is not known whether a module has executed the command: check with stat or setting.");
+            },
             tr("given up"));
 }
 

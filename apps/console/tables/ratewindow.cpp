@@ -55,7 +55,7 @@ RateWindow::RateWindow(ServerController& controller, StatusPoller& poller, QWidg
     connect(&poller, &StatusPoller::replied, this, &RateWindow::onReplied);
     connect(&poller, &StatusPoller::failed, this, [this](const QString& message) {
         tarnis::setTranslatedText(
-            *ui->infoLabel, [message] { return tr("No reply: %1. It is asked again.").arg(message); });
+            *ui->infoLabel, [message] { return tr("No reply: %1. Polling continues.").arg(message); });
     });
     connect(&controller, &ServerController::stateChanged, this, &RateWindow::updateControls);
     m_elapsed.start();
@@ -82,7 +82,7 @@ void RateWindow::onReplied(const QByteArray& reply)
         tarnis::setTranslatedText(*ui->infoLabel, [text] {
             return replyKind(text) == ReplyKind::Refused
                 ? text.trimmed()
-                : tr("The server tells no rate: its reply to stat has no line \"rate:\".");
+                : tr("The server reports no rate: its reply to stat has no line \"rate:\".");
         });
         return;
     }
@@ -139,10 +139,10 @@ void RateWindow::changeEvent(QEvent* event)
 void RateWindow::updateControls()
 {
     setAvailable(
-        ui->clearButton, !m_rates.isEmpty(), tr("Drop the points and begin again"), tr("There is no point yet"));
+        ui->clearButton, !m_rates.isEmpty(), tr("Clear the curve and start again"), tr("There is no point yet"));
     if (m_controller.state() != ServerState::Up)
-        tarnis::setTranslatedText(*ui->infoLabel,
-            [] { return tr("Needs a connected server; the curve goes on by itself when it is back."); });
+        tarnis::setTranslatedText(
+            *ui->infoLabel, [] { return tr("Needs a connected server; the curve continues when it is back."); });
 }
 
 } // namespace console

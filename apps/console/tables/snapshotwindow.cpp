@@ -154,7 +154,7 @@ void SnapshotWindow::fill()
         const QString time = m_time.toString(u"HH:mm:ss");
         return changes == 0
             ? tr("%1, as of %2").arg(count, time)
-            : tr("%1, %Ln of them changed since the snapshot before, as of %2", nullptr, changes).arg(count, time);
+            : tr("%1, %Ln of them changed since the previous snapshot, as of %2", nullptr, changes).arg(count, time);
     });
 }
 

@@ -54,7 +54,7 @@ WindowEntry statisticsEntry()
         .id = QStringLiteral("statistics"),
         .menuText = Windows::tr("&Statistics"),
         .title = Windows::tr("Statistics"),
-        .help = Windows::tr("What the server tells about itself, live"),
+        .help = Windows::tr("The values that the server reports, live"),
         .open = openStatistics,
     };
 }
@@ -65,7 +65,7 @@ WindowEntry statSnapshotEntry()
         .id = QStringLiteral("stat-snapshot"),
         .menuText = Windows::tr("Stat S&napshot"),
         .title = Windows::tr("Stat Snapshot"),
-        .help = Windows::tr("What the server tells about itself now"),
+        .help = Windows::tr("The current values that the server reports"),
         .open = openSnapshot<TarnisCmdStat>,
     };
 }
@@ -76,7 +76,7 @@ WindowEntry settingSnapshotEntry()
         .id = QStringLiteral("setting-snapshot"),
         .menuText = Windows::tr("S&etting Snapshot"),
         .title = Windows::tr("Setting Snapshot"),
-        .help = Windows::tr("The settings that the server works with now"),
+        .help = Windows::tr("The current settings of the server"),
         .open = openSnapshot<TarnisCmdSetting>,
         .shortcut = QStringLiteral("Ctrl+0"),
     };

@@ -145,8 +145,8 @@ void settings(UiDriver& driver, MainWindow& window)
     driver.screenshot(window, QStringLiteral("edited"));
     editSetting(driver, window, QStringLiteral("rate"), QStringLiteral("2 500"));
     auto& state = driver.find<QLabel>(window, "stateLabel");
-    driver.waitUntil(QStringLiteral("a value with a blank is refused with a reason"),
-        [&] { return state.text().contains(QStringLiteral("blank")); });
+    driver.waitUntil(QStringLiteral("a value with a space is refused with a reason"),
+        [&] { return state.text().contains(QStringLiteral("space")); });
 
     driver.click(driver.find<QWidget>(window, "addButton"));
     QWidget& dialog = driver.dialogOf(window);

@@ -24,7 +24,7 @@
         <translation>Wert der Einstellung</translation>
     </message>
     <message>
-        <source>What is wrong with name or value</source>
+        <source>Error in name or value</source>
         <translation>Was an Name oder Wert nicht stimmt</translation>
     </message>
 </context>
@@ -43,11 +43,11 @@
         <translation>Ausblenden</translation>
     </message>
     <message>
-        <source>Take this notice away</source>
+        <source>Dismiss this alert</source>
         <translation>Diesen Hinweis ausblenden</translation>
     </message>
     <message>
-        <source>Another notice</source>
+        <source>Another alert</source>
         <translation>Weitere Meldung</translation>
     </message>
 </context>
@@ -216,7 +216,7 @@
         <translation>Prompt des Servers</translation>
     </message>
     <message>
-        <source>What the server writes when it waits for a command. \n \r \t \e \\ and \xHH stand for bytes that are hard to type; blanks count.</source>
+        <source>What the server sends when it waits for a command. \n \r \t \e \\ and \xHH are escapes for special bytes; spaces count.</source>
         <translation>Was der Server schreibt, wenn er auf einen Befehl wartet. \n \r \t \e \\ und \xHH stehen für Bytes, die sich schlecht eingeben lassen; Leerzeichen zählen.</translation>
     </message>
     <message>
@@ -231,7 +231,7 @@
         <translation>„%1“ ist kein Name eines Rechners.</translation>
     </message>
     <message>
-        <source>“%1” is no port: that is a number from 1 to 65535.</source>
+        <source>“%1” is not a valid port: it must be a number from 1 to 65535.</source>
         <translation>„%1“ ist kein Port: Das ist eine Zahl von 1 bis 65535.</translation>
     </message>
     <message>
@@ -239,11 +239,11 @@
         <translation>Der Port fehlt.</translation>
     </message>
     <message>
-        <source>“%1” is no kind of server.</source>
+        <source>“%1” is not a valid kind of server.</source>
         <translation>„%1“ ist keine Art von Server.</translation>
     </message>
     <message>
-        <source>The prompt “%1” holds an escape other than \n \r \t \e \\ \xHH.</source>
+        <source>The prompt “%1” contains an escape other than \n \r \t \e \\ \xHH.</source>
         <translation>Der Prompt „%1“ enthält eine andere Escape-Folge als \n \r \t \e \\ \xHH.</translation>
     </message>
 </context>
@@ -286,7 +286,7 @@
         <translation>Ver&amp;folgen</translation>
     </message>
     <message>
-        <source>Show new lines as they are written. Scrolling up pauses, scrolling to the end goes on.</source>
+        <source>Show new lines as they are written. Scrolling up pauses, scrolling to the end resumes.</source>
         <translation>Neue Zeilen zeigen, sobald sie geschrieben sind. Zurückscrollen hält an, Scrollen ans Ende setzt fort.</translation>
     </message>
     <message>
@@ -381,7 +381,7 @@
         <translation>Protokoll &amp;leeren</translation>
     </message>
     <message>
-        <source>Take the commands and replies off the screen</source>
+        <source>Remove the commands and replies from the screen</source>
         <translation>Befehle und Antworten vom Bildschirm nehmen</translation>
     </message>
     <message>
@@ -433,7 +433,7 @@
         <translation>Den Server herunterfahren und die Konsole schließen</translation>
     </message>
     <message>
-        <source>Write the commands and replies on show to a text file</source>
+        <source>Write the shown commands and replies to a text file</source>
         <translation>Die gezeigten Befehle und Antworten in eine Textdatei schreiben</translation>
     </message>
     <message>
@@ -477,15 +477,15 @@
         <translation>Senden und si&amp;chern</translation>
     </message>
     <message>
-        <source>Give the keyboard to the command line</source>
+        <source>Move the keyboard focus to the command line</source>
         <translation>Die Tastatur an die Befehlszeile geben</translation>
     </message>
     <message>
-        <source>Give the keyboard to the table of settings</source>
+        <source>Move the keyboard focus to the table of settings</source>
         <translation>Die Tastatur an die Tabelle der Einstellungen geben</translation>
     </message>
     <message>
-        <source>Give the keyboard to the messages of the library</source>
+        <source>Move the keyboard focus to the messages of the library</source>
         <translation>Die Tastatur an die Meldungen der Bibliothek geben</translation>
     </message>
     <message>
@@ -508,7 +508,7 @@
         <translation>A&amp;n:</translation>
     </message>
     <message>
-        <source>Whom the command goes to</source>
+        <source>Recipients of the command</source>
         <translation>An wen der Befehl geht</translation>
     </message>
     <message>
@@ -586,7 +586,7 @@
         <translation>&amp;Leeren</translation>
     </message>
     <message>
-        <source>Start the curve again</source>
+        <source>Clear the curve</source>
         <translation>Die Kurve neu beginnen</translation>
     </message>
     <message>
@@ -604,11 +604,11 @@
         </translation>
     </message>
     <message>
-        <source>, and %1 that make no whole value</source>
+        <source>, and %1 that are no complete value</source>
         <translation>, und %1, die keinen ganzen Wert ergeben</translation>
     </message>
     <message numerus="yes">
-        <source>, %Ln of them not finite and left out below</source>
+        <source>, %Ln of them not finite and omitted below</source>
         <translation>
             <numerusform>, davon %Ln nicht endlich und unten nicht mitgezählt</numerusform>
             <numerusform>, davon %Ln nicht endlich und unten nicht mitgezählt</numerusform>
@@ -619,7 +619,7 @@
         <translation>kein endlicher Wert</translation>
     </message>
     <message>
-        <source>sum %1, least %2, largest %3</source>
+        <source>sum %1, minimum %2, maximum %3</source>
         <translation>Summe %1, kleinster %2, größter %3</translation>
     </message>
     <message>
@@ -627,7 +627,7 @@
         <translation>erste: %1</translation>
     </message>
     <message>
-        <source>[%1 left out here]</source>
+        <source>[%1 omitted here]</source>
         <translation>[%1 hier ausgelassen]</translation>
     </message>
     <message>
@@ -639,7 +639,7 @@
         <translation>Ein Befehl ist eine Zeile; senden Sie die Zeilen nacheinander.</translation>
     </message>
     <message>
-        <source>The command holds a control character, which the server cannot take.</source>
+        <source>The command contains a control character, which the server cannot accept.</source>
         <translation>Der Befehl enthält ein Steuerzeichen, das der Server nicht annehmen kann.</translation>
     </message>
     <message>
@@ -658,7 +658,7 @@
         <translation>%L1 MiB</translation>
     </message>
     <message>
-        <source>%1, which are no text</source>
+        <source>%1, which are not text</source>
         <translation>%1, die kein Text sind</translation>
     </message>
 </context>
@@ -940,19 +940,19 @@
         <translation>Wählen, welche Kurven sichtbar sind</translation>
     </message>
     <message>
-        <source>Ask the server for new data now</source>
+        <source>Request new data from the server now</source>
         <translation>Den Server jetzt nach neuen Daten fragen</translation>
     </message>
     <message>
-        <source>Ask the server for new data again and again</source>
+        <source>Request new data from the server continuously</source>
         <translation>Den Server immer wieder nach neuen Daten fragen</translation>
     </message>
     <message>
-        <source>Smooth or sharpen a copy of this map in a window of its own</source>
+        <source>Smooth or sharpen a copy of this map in a separate window</source>
         <translation>Eine Kopie dieser Karte in einem eigenen Fenster glätten oder schärfen</translation>
     </message>
     <message>
-        <source>Peaks lower than this share of the highest value are left out, in percent</source>
+        <source>Ignore peaks lower than this percentage of the highest value</source>
         <translation>Peaks unter diesem Anteil des höchsten Werts werden ausgelassen, in Prozent</translation>
     </message>
     <message>
@@ -1060,7 +1060,7 @@
         <translation>Die Werte übernehmen, das Fenster bleibt offen</translation>
     </message>
     <message>
-        <source>Go on without saving</source>
+        <source>Continue without saving</source>
         <translation>Weiter, ohne zu sichern</translation>
     </message>
     <message>
@@ -1068,7 +1068,7 @@
         <translation>Alle Regionen löschen</translation>
     </message>
     <message>
-        <source>* means every one: a check mark stands for all of them</source>
+        <source>* means all: its check mark applies to all of them</source>
         <translation>* heißt jede: ein Kreuz gilt für alle</translation>
     </message>
     <message>
@@ -1080,7 +1080,7 @@
         <translation>Der Server endet mit der Konsole</translation>
     </message>
     <message>
-        <source>The server goes on running when the console is closed</source>
+        <source>The server keeps running when the console is closed</source>
         <translation>Der Server läuft weiter, wenn die Konsole geschlossen wird</translation>
     </message>
     <message>
@@ -1092,7 +1092,7 @@
         <translation>Die Summe der gewichteten Kanäle wird durch diese Zahl geteilt</translation>
     </message>
     <message>
-        <source>Do what the notice proposes</source>
+        <source>Run the action of the alert</source>
         <translation>Tun, was der Hinweis vorschlägt</translation>
     </message>
     <message>
@@ -1103,7 +1103,7 @@
 <context>
     <name>Windows</name>
     <message>
-        <source>What the server tells about itself now</source>
+        <source>The current values that the server reports</source>
         <translation>Was der Server jetzt von sich berichtet</translation>
     </message>
     <message>
@@ -1115,7 +1115,7 @@
         <translation>Momentaufnahme von s&amp;etting</translation>
     </message>
     <message>
-        <source>The settings that the server works with now</source>
+        <source>The current settings of the server</source>
         <translation>Die Einstellungen, mit denen der Server jetzt arbeitet</translation>
     </message>
     <message>
@@ -1183,7 +1183,7 @@
         <translation>Ankunftszeiten, alle &amp;Module</translation>
     </message>
     <message>
-        <source>The sum of all modules, live; the server tells the axis</source>
+        <source>The sum of all modules, live; the server defines the axis</source>
         <translation>Die Summe aller Module, live; der Server nennt die Achse</translation>
     </message>
     <message>
@@ -1191,7 +1191,7 @@
         <translation>&amp;Position von Modul 0</translation>
     </message>
     <message>
-        <source>Where the events of one module are, live</source>
+        <source>The positions of the events of one module, live</source>
         <translation>Wo die Ereignisse eines Moduls liegen, live</translation>
     </message>
     <message>
@@ -1211,7 +1211,7 @@
         <translation>&amp;Bild</translation>
     </message>
     <message>
-        <source>The events by place, live</source>
+        <source>The events by position, live</source>
         <translation>Die Ereignisse nach Ort, live</translation>
     </message>
     <message>
@@ -1227,7 +1227,7 @@
         <translation>Statistik</translation>
     </message>
     <message>
-        <source>%1 is not the base path now: %2</source>
+        <source>%1 was not set as the base path: %2</source>
         <translation>%1 ist jetzt nicht der Basispfad: %2</translation>
     </message>
     <message>
@@ -1243,7 +1243,7 @@
         <translation>&amp;Statistik</translation>
     </message>
     <message>
-        <source>What the server tells about itself, live</source>
+        <source>The values that the server reports, live</source>
         <translation>Was der Server von sich berichtet, live</translation>
     </message>
     <message>
@@ -1299,7 +1299,7 @@
         <translation>Text auf dem Server[*]</translation>
     </message>
     <message>
-        <source>The spectrum that the server was given with --spectrum</source>
+        <source>The measured spectrum of the server&apos;s option --spectrum</source>
         <translation>Das Spektrum, das der Server mit --spectrum bekommen hat</translation>
     </message>
     <message>
@@ -1311,7 +1311,7 @@
         <translation>Die Ordner der Messläufe auf dem Server nach Präfix, Lauf und Datum</translation>
     </message>
     <message>
-        <source>Open, edit and save a text file on the server&apos;s side</source>
+        <source>Open, edit and save a text file on the server</source>
         <translation>Eine Textdatei auf dem Server öffnen, ändern und speichern</translation>
     </message>
     <message>
@@ -1358,7 +1358,7 @@
         <translation>Die Einstellung hinzufügen</translation>
     </message>
     <message>
-        <source>There is a setting of this name: it gets the new value.</source>
+        <source>A setting with this name exists: it gets the new value.</source>
         <translation>Es gibt schon eine Einstellung dieses Namens: sie bekommt den neuen Wert.</translation>
     </message>
 </context>
@@ -1396,7 +1396,7 @@
         <translation>Stand der Auswahl</translation>
     </message>
     <message>
-        <source>There is no connection to the server. This goes on as soon as it is back.</source>
+        <source>There is no connection to the server. This window resumes when it is back.</source>
         <translation>Es gibt keine Verbindung zum Server. Es geht weiter, sobald er zurück ist.</translation>
     </message>
     <message>
@@ -1412,7 +1412,7 @@
         <translation>Der Server listet den Ordner nicht auf: %1</translation>
     </message>
     <message>
-        <source>OK takes %1</source>
+        <source>OK selects %1</source>
         <translation>OK nimmt %1</translation>
     </message>
     <message>
@@ -1420,7 +1420,7 @@
         <translation>Einen Namen eingeben oder eine Datei wählen</translation>
     </message>
     <message>
-        <source>A name holds no slash; open the folder in the list</source>
+        <source>A name cannot contain a slash; open the folder in the list</source>
         <translation>Ein Name enthält keinen Schrägstrich; den Ordner in der Liste öffnen</translation>
     </message>
 </context>
@@ -1443,7 +1443,7 @@
         <translation>Die Verbindung ist abgerissen: %1.</translation>
     </message>
     <message>
-        <source>The connection broke before the reply to “%1” was complete (%2). The next command makes a new one.</source>
+        <source>The connection broke before the reply to “%1” was complete (%2). The next command opens a new one.</source>
         <translation>Die Verbindung ist abgerissen, bevor die Antwort auf „%1“ vollständig war (%2). Der nächste Befehl stellt eine neue her.</translation>
     </message>
     <message>
@@ -1486,11 +1486,11 @@
         <translation>Nicht länger auf die Antwort warten und ihre Verbindung schließen</translation>
     </message>
     <message>
-        <source>The reply is a block of numbers with text behind it, as that of hist1d and hist2d, or a file, as that of rxfile; follows the command</source>
+        <source>The reply is a block of numbers followed by text, as of hist1d and hist2d, or a file, as of rxfile; set automatically for known commands</source>
         <translation>Die Antwort ist ein Block von Zahlen mit Text dahinter, wie bei hist1d und hist2d, oder eine Datei, wie bei rxfile; richtet sich nach dem Befehl</translation>
     </message>
     <message numerus="yes">
-        <source>“%1” is given up; %Ln command(s) behind it got no reply.</source>
+        <source>“%1” was given up; %Ln later command(s) got no reply.</source>
         <translation>
             <numerusform>„%1“ ist aufgegeben; %Ln Befehl dahinter blieb ohne Antwort.</numerusform>
             <numerusform>„%1“ ist aufgegeben; %Ln Befehle dahinter blieben ohne Antwort.</numerusform>
@@ -1512,7 +1512,7 @@
         <translation>Geben Sie den Prompt des Servers ein.</translation>
     </message>
     <message>
-        <source>The prompt holds an escape other than \n \r \t \e \\ \xHH.</source>
+        <source>The prompt contains an escape other than \n \r \t \e \\ \xHH.</source>
         <translation>Der Prompt enthält eine andere Escape-Folge als \n \r \t \e \\ \xHH.</translation>
     </message>
     <message>
@@ -1540,7 +1540,7 @@
         <translation>Starten</translation>
     </message>
     <message>
-        <source>Use this server from now on</source>
+        <source>Use this server</source>
         <translation>Ab jetzt diesen Server verwenden</translation>
     </message>
 </context>
@@ -1601,7 +1601,7 @@
         <translation>Für jedes angekreuzte Histogramm öffnet sich ein Live-Fenster.</translation>
     </message>
     <message>
-        <source>There is no connection to the server. The list comes again as soon as it is back.</source>
+        <source>There is no connection to the server. The list is read again when it is back.</source>
         <translation>Es gibt keine Verbindung zum Server. Die Liste kommt wieder, sobald er zurück ist.</translation>
     </message>
     <message>
@@ -1655,11 +1655,11 @@
         <translation>&amp;Neue Daten zeigen</translation>
     </message>
     <message>
-        <source>Let go of these data; the server has none yet</source>
+        <source>Discard these data; the server has none yet</source>
         <translation>Diese Daten aufgeben; der Server hat noch keine</translation>
     </message>
     <message>
-        <source>These data are from %1, when the server was last connected. They stay until it has new data.</source>
+        <source>These data are from %1, when the server was last connected. They are kept until it has new data.</source>
         <translation>Diese Daten sind von %1, als der Server zuletzt verbunden war. Sie bleiben, bis er neue hat.</translation>
     </message>
 </context>
@@ -1682,11 +1682,11 @@
         <translation>Wirkung</translation>
     </message>
     <message>
-        <source>Walk through the commands that were typed</source>
+        <source>Step through the command history</source>
         <translation>Durch die eingegebenen Befehle gehen</translation>
     </message>
     <message>
-        <source>Press the button of the notice</source>
+        <source>Press the button of the alert</source>
         <translation>Die Schaltfläche des Hinweises drücken</translation>
     </message>
     <message>
@@ -1804,11 +1804,11 @@
         <translation>Kurven...</translation>
     </message>
     <message>
-        <source>The reply tells no axis and is not shown: %1</source>
+        <source>The reply contains no axis and is not shown: %1</source>
         <translation>Die Antwort nennt keine Achse und wird nicht gezeigt: %1</translation>
     </message>
     <message>
-        <source>The reply holds a value outside of its axis and is not shown.</source>
+        <source>The reply contains a value outside of its axis and is not shown.</source>
         <translation>Die Antwort enthält einen Wert außerhalb ihrer Achse und wird nicht gezeigt.</translation>
     </message>
     <message>
@@ -1827,7 +1827,7 @@
         <translation>%1 (gefiltert, %2)</translation>
     </message>
     <message>
-        <source>The reply holds %1 values for %2 x %3 bins and is not shown.</source>
+        <source>The reply contains %1 values for %2 x %3 bins and is not shown.</source>
         <translation>Die Antwort enthält %1 Werte für %2 x %3 Kanäle und wird nicht gezeigt.</translation>
     </message>
 </context>
@@ -1868,7 +1868,7 @@
         <translation>(die Datei wurde geleert oder neu geschrieben)</translation>
     </message>
     <message>
-        <source>(another file has taken its name)</source>
+        <source>(the file was replaced by another one)</source>
         <translation>(eine andere Datei hat ihren Namen bekommen)</translation>
     </message>
     <message>
@@ -1876,7 +1876,7 @@
         <translation>Geben Sie zuerst den gesuchten Text ein</translation>
     </message>
     <message>
-        <source>“%1” is not in the lines on show.</source>
+        <source>“%1” was not found in the shown lines.</source>
         <translation>„%1“ steht nicht in den gezeigten Zeilen.</translation>
     </message>
     <message>
@@ -1884,11 +1884,11 @@
         <translation>Wählen Sie eine Logdatei. Die Konsole schreibt eine, wenn sie mit --log DATEI gestartet wird.</translation>
     </message>
     <message>
-        <source>%1 cannot be read: %2. It is shown as soon as it is there.</source>
+        <source>%1 cannot be read: %2. It is shown as soon as it can be read.</source>
         <translation>%1 lässt sich nicht lesen: %2. Die Datei wird gezeigt, sobald sie da ist.</translation>
     </message>
     <message>
-        <source>The file is gone. Another of its name is shown as soon as it is there.</source>
+        <source>The file was removed. A new file of this name is shown as soon as it exists.</source>
         <translation>Die Datei ist verschwunden. Eine neue dieses Namens wird gezeigt, sobald sie da ist.</translation>
     </message>
     <message>
@@ -1943,7 +1943,7 @@
         <translation>Es wird kein Server verwendet</translation>
     </message>
     <message>
-        <source>Kill the local server; what it has not saved is lost</source>
+        <source>Kill the local server; unsaved data are lost</source>
         <translation>Den lokalen Server gewaltsam beenden; was er nicht gespeichert hat, geht verloren</translation>
     </message>
     <message>
@@ -1955,7 +1955,7 @@
         <translation>Es ist kein Befehl unterwegs</translation>
     </message>
     <message>
-        <source>Wait until the lines on their way are answered</source>
+        <source>Wait until the sent lines are answered</source>
         <translation>Warten Sie, bis die gesendeten Zeilen beantwortet sind</translation>
     </message>
     <message>
@@ -2007,11 +2007,11 @@
         <translation>Dieser Desktop (Wayland) ordnet Fenster selbst an; mit QT_QPA_PLATFORM=xcb gestartet kann es die Konsole</translation>
     </message>
     <message>
-        <source>Lay all open windows side by side</source>
+        <source>Arrange all open windows side by side</source>
         <translation>Alle offenen Fenster nebeneinander anordnen</translation>
     </message>
     <message>
-        <source>Lay all open windows one behind the other</source>
+        <source>Arrange all open windows in a cascade</source>
         <translation>Alle offenen Fenster hintereinander anordnen</translation>
     </message>
     <message>
@@ -2019,7 +2019,7 @@
         <translation>Alle Fenster außer diesem schließen</translation>
     </message>
     <message>
-        <source>A run goes on at %1. It ends with the server.</source>
+        <source>A run is under way at %1. It ends with the server.</source>
         <translation>Auf %1 läuft ein Messlauf. Er endet mit dem Server.</translation>
     </message>
     <message>
@@ -2031,7 +2031,7 @@
         <translation>Den Server herunterfahren</translation>
     </message>
     <message>
-        <source>Leave the server; it goes on running</source>
+        <source>Disconnect from the server, which keeps running</source>
         <translation>Vom Server trennen; er läuft weiter</translation>
     </message>
     <message>
@@ -2075,11 +2075,11 @@
         <translation>Der Server vom letzten Mal ist nicht verwendbar. %1</translation>
     </message>
     <message>
-        <source>The file %1 cannot be read: its form is wrong. What the console remembers is not kept.</source>
+        <source>The settings file %1 is not valid. Settings are not stored.</source>
         <translation>Die Datei %1 ist nicht lesbar: Ihre Form ist falsch. Was die Konsole sich merkt, geht verloren.</translation>
     </message>
     <message>
-        <source>The file %1 cannot be written. Commands, windows and the server are not remembered.</source>
+        <source>The settings file %1 cannot be written. Commands, windows and the server are not stored.</source>
         <translation>Die Datei %1 ist nicht beschreibbar. Befehle, Fenster und Server werden nicht gemerkt.</translation>
     </message>
     <message>
@@ -2142,7 +2142,7 @@
         <translation>abgelehnt: %1</translation>
     </message>
     <message>
-        <source>%1 is no range of modules</source>
+        <source>%1 is not a valid range of modules</source>
         <translation>%1 ist kein Bereich von Modulen</translation>
     </message>
     <message>
@@ -2157,7 +2157,7 @@
 <context>
     <name>console::ModulesWindow</name>
     <message>
-        <source>No reply: %1. Whether a module has obeyed is not known: ask it with stat or setting.</source>
+        <source>No reply: %1. It is not known whether a module has executed the command: check with stat or setting.</source>
         <translation>Keine Antwort: %1. Ob ein Modul gehorcht hat, ist nicht bekannt: fragen Sie es mit stat oder setting.</translation>
     </message>
     <message>
@@ -2223,7 +2223,7 @@
         </translation>
     </message>
     <message>
-        <source>Given up. Whether a module has obeyed is not known: ask it with stat or setting.</source>
+        <source>Given up. It is not known whether a module has executed the command: check with stat or setting.</source>
         <translation>Aufgegeben. Ob ein Modul gehorcht hat, ist nicht bekannt: fragen Sie es mit stat oder setting.</translation>
     </message>
     <message>
@@ -2294,7 +2294,7 @@
         <translation>&amp;Oberes Ende der Achse...</translation>
     </message>
     <message>
-        <source>Switch the tool of the mouse off first</source>
+        <source>Switch off the mouse tool first</source>
         <translation>Schalten Sie zuerst das Werkzeug der Maus aus</translation>
     </message>
     <message>
@@ -2349,7 +2349,7 @@
         <translation>K&amp;lassisch</translation>
     </message>
     <message>
-        <source>Light or dark plots, as the console&apos;s windows are</source>
+        <source>Light or dark plots, like the console&apos;s windows</source>
         <translation>Helle oder dunkle Diagramme, wie die Fenster der Konsole</translation>
     </message>
     <message>
@@ -2369,7 +2369,7 @@
         <translation>Diagramme auf Schwarz mit dicken Linien und hohem Kontrast</translation>
     </message>
     <message>
-        <source>Plots on black in a grey frame, as they once were</source>
+        <source>Plots on black in a grey frame, the original look</source>
         <translation>Diagramme auf Schwarz in grauem Rahmen</translation>
     </message>
 </context>
@@ -2380,11 +2380,11 @@
         <translation>Ereignisrate</translation>
     </message>
     <message>
-        <source>No reply: %1. It is asked again.</source>
+        <source>No reply: %1. Polling continues.</source>
         <translation>Keine Antwort: %1. Es wird erneut gefragt.</translation>
     </message>
     <message>
-        <source>The server tells no rate: its reply to stat has no line &quot;rate:&quot;.</source>
+        <source>The server reports no rate: its reply to stat has no line &quot;rate:&quot;.</source>
         <translation>Der Server nennt keine Rate: in seiner Antwort auf stat fehlt die Zeile „rate:“.</translation>
     </message>
     <message>
@@ -2404,11 +2404,11 @@
         <translation>Rate [1/s]</translation>
     </message>
     <message>
-        <source>Needs a connected server; the curve goes on by itself when it is back.</source>
+        <source>Needs a connected server; the curve continues when it is back.</source>
         <translation>Nur mit verbundenem Server; die Kurve geht von selbst weiter, sobald er wieder da ist.</translation>
     </message>
     <message>
-        <source>Drop the points and begin again</source>
+        <source>Clear the curve and start again</source>
         <translation>Die Punkte verwerfen und neu beginnen</translation>
     </message>
     <message>
@@ -2419,7 +2419,7 @@
 <context>
     <name>console::RunControl</name>
     <message>
-        <source>The connection broke before the server answered “%1” (%2). Look at the state of the run before you try again.</source>
+        <source>The connection broke before the server answered “%1” (%2). Check the state of the run before you try again.</source>
         <translation>Die Verbindung brach ab, bevor der Server auf „%1“ geantwortet hat (%2). Sehen Sie nach dem Zustand des Laufs, bevor Sie es wieder versuchen.</translation>
     </message>
     <message>
@@ -2443,7 +2443,7 @@
         <translation>Es gibt keine Ereignisse zu löschen</translation>
     </message>
     <message>
-        <source>A new run discards the %1 events on the server. Nothing of them was saved.</source>
+        <source>A new run discards the %1 events on the server. They were not saved.</source>
         <translation>Ein neuer Lauf verwirft die %1 Ereignisse auf dem Server. Nichts davon wurde gesichert.</translation>
     </message>
     <message>
@@ -2451,7 +2451,7 @@
         <translation>&amp;Starten ohne Sichern</translation>
     </message>
     <message>
-        <source>Clear discards the %1 events on the server. Nothing of them was saved.</source>
+        <source>Clear discards the %1 events on the server. They were not saved.</source>
         <translation>Löschen verwirft die %1 Ereignisse auf dem Server. Nichts davon wurde gesichert.</translation>
     </message>
     <message>
@@ -2486,7 +2486,7 @@
         <translation>Nummer des jetzigen oder letzten Laufs</translation>
     </message>
     <message>
-        <source>Whether the server takes data</source>
+        <source>Whether the server is acquiring data</source>
         <translation>Ob der Server Daten nimmt</translation>
     </message>
     <message>
@@ -2502,7 +2502,7 @@
         <translation>Ereignisse seit Beginn oder Löschen des Laufs</translation>
     </message>
     <message>
-        <source>Events per second, over the last moment</source>
+        <source>Current number of events per second</source>
         <translation>Ereignisse pro Sekunde, zuletzt</translation>
     </message>
     <message>
@@ -2580,7 +2580,7 @@
         <translation>Keine Antwort: der Server wurde beendet.</translation>
     </message>
     <message>
-        <source>The folder cannot be asked for: %1</source>
+        <source>The folder cannot be requested: %1</source>
         <translation>Nach dem Ordner lässt sich nicht fragen: %1</translation>
     </message>
     <message>
@@ -2624,7 +2624,7 @@
         <translation>Nur mit verbundenem Server</translation>
     </message>
     <message>
-        <source>Put the run&apos;s path into the command line</source>
+        <source>Insert the run&apos;s path into the command line</source>
         <translation>Den Pfad des Messlaufs in die Befehlszeile übernehmen</translation>
     </message>
     <message>
@@ -2691,11 +2691,11 @@
         <translation>Ein Programm „%1“ gibt es hier nicht. Wählen Sie einen anderen Server.</translation>
     </message>
     <message>
-        <source>The program “%1” could not be started. See that it may be executed, or choose another server.</source>
+        <source>The program “%1” could not be started. Check that it is executable, or choose another server.</source>
         <translation>Das Programm „%1“ ließ sich nicht starten. Prüfen Sie, ob es ausgeführt werden darf, oder wählen Sie einen anderen Server.</translation>
     </message>
     <message>
-        <source>Something answers at %1, but it does not greet with the prompt “%2”. See that it is the right port, and that the prompt is the server&apos;s.</source>
+        <source>A program answers at %1, but does not send the prompt “%2”. Check the port and the prompt.</source>
         <translation>Unter %1 antwortet etwas, meldet sich aber nicht mit dem Prompt „%2“. Prüfen Sie, ob Port und Prompt die des Servers sind.</translation>
     </message>
     <message>
@@ -2707,7 +2707,7 @@
         <translation>Rückgabewert %1</translation>
     </message>
     <message>
-        <source>The server %1 has ended by itself (%2). Start it again to go on.</source>
+        <source>The server %1 has ended unexpectedly (%2). Start it again to go on.</source>
         <translation>Der Server %1 hat sich beendet (%2). Starten Sie ihn erneut, um weiterzuarbeiten.</translation>
     </message>
     <message>
@@ -2715,11 +2715,11 @@
         <translation>Der Server %1 hat sich beendet, bevor er bereit war (%2). Starten Sie ihn erneut oder wählen Sie einen anderen.</translation>
     </message>
     <message>
-        <source>%1 was told to end and has not done so yet. It is ended by force after half a minute.</source>
+        <source>%1 has not ended yet. It is killed after half a minute.</source>
         <translation>%1 wird heruntergefahren, hat sich aber noch nicht beendet. Nach einer halben Minute wird er gewaltsam beendet.</translation>
     </message>
     <message>
-        <source>%1 runs, but has not told its port yet (the line “UI port:”).</source>
+        <source>%1 runs, but has not announced its port yet (the line “UI port:”).</source>
         <translation>%1 läuft, hat aber seinen Port noch nicht genannt (die Zeile „UI port:“).</translation>
     </message>
     <message>
@@ -2743,15 +2743,15 @@
         <translation>Verbinden Sie erneut, um weiterzuarbeiten.</translation>
     </message>
     <message>
-        <source>%1 takes connections, but does not greet any more.</source>
+        <source>%1 accepts connections, but no longer sends its greeting.</source>
         <translation>%1 nimmt Verbindungen an, meldet sich aber nicht mehr.</translation>
     </message>
     <message>
-        <source>%1 runs, but does not greet with the prompt “%2”. Choose the server with its own prompt.</source>
+        <source>%1 runs, but does not send the prompt “%2”. Choose the server with the correct prompt.</source>
         <translation>%1 läuft, meldet sich aber nicht mit dem Prompt „%2“. Wählen Sie den Server mit seinem eigenen Prompt.</translation>
     </message>
     <message>
-        <source>The host of %1 was not found. See that its name is right.</source>
+        <source>The host of %1 was not found. Check its name.</source>
         <translation>Der Rechner wurde nicht gefunden (%1). Prüfen Sie seinen Namen.</translation>
     </message>
     <message>
@@ -2767,11 +2767,11 @@
         <translation>Keine Verbindung zu %1: %2.</translation>
     </message>
     <message>
-        <source>See that the server runs there, then connect again.</source>
+        <source>Check that the server runs there, then connect again.</source>
         <translation>Prüfen Sie, ob der Server dort läuft, und verbinden Sie erneut.</translation>
     </message>
     <message>
-        <source>See that host and port are right, and that the server runs there.</source>
+        <source>Check host and port, and that the server runs there.</source>
         <translation>Prüfen Sie, ob Rechner und Port stimmen und ob der Server dort läuft.</translation>
     </message>
     <message>
@@ -2779,7 +2779,7 @@
         <translation>Die Verbindung zu %1 ist abgerissen: %2.</translation>
     </message>
     <message>
-        <source>The console connects by itself as soon as the server answers.</source>
+        <source>The console connects automatically when the server answers.</source>
         <translation>Die Konsole verbindet sich von selbst, sobald der Server antwortet.</translation>
     </message>
 </context>
@@ -2837,7 +2837,7 @@
         <translation>%1 wird nicht geöffnet: %2</translation>
     </message>
     <message>
-        <source>%1 is not opened: it is no text, or larger than %2.</source>
+        <source>%1 is not opened: it is not a text, or larger than %2.</source>
         <translation>%1 wird nicht geöffnet: es ist kein Text oder größer als %2.</translation>
     </message>
     <message>
@@ -2881,7 +2881,7 @@
         <translation>%1 wird nicht geöffnet: der Text wird gerade geschrieben.</translation>
     </message>
     <message>
-        <source>Saved, but for what was typed since.</source>
+        <source>Saved. Later edits are not saved yet.</source>
         <translation>Gespeichert, bis auf das seither Eingegebene.</translation>
     </message>
 </context>
@@ -2892,34 +2892,34 @@
         <translation>Nur mit verbundenem Server</translation>
     </message>
     <message>
-        <source>The server is being stopped. This goes on as soon as a server is connected again.</source>
+        <source>The server is being stopped. This window resumes when a server is connected again.</source>
         <translation>Die Verbindung zum Server wird beendet. Es geht weiter, sobald wieder ein Server verbunden ist.</translation>
     </message>
     <message>
-        <source>The connection broke: %1. This goes on as soon as the server answers again.</source>
+        <source>The connection broke: %1. This window resumes when the server answers again.</source>
         <translation>Die Verbindung ist abgerissen: %1. Es geht weiter, sobald der Server wieder antwortet.</translation>
     </message>
     <message>
-        <source>There is no connection to the server. This goes on as soon as it is back.</source>
+        <source>There is no connection to the server. This window resumes when it is back.</source>
         <translation>Es gibt keine Verbindung zum Server. Es geht weiter, sobald er zurück ist.</translation>
     </message>
     <message>
-        <source>The server has ended. This goes on when it has been started again in the main window.</source>
+        <source>The server has ended. This window resumes when it has been started again in the main window.</source>
         <translation>Der Server ist beendet. Hier geht es weiter, wenn er im Hauptfenster wieder gestartet wurde.</translation>
     </message>
 </context>
 <context>
     <name>console::SettingsModel</name>
     <message>
-        <source>%1 holds a blank, which would end it on the way to the server.</source>
+        <source>%1 contains a space, which would end it in the request.</source>
         <translation>%1 enthält ein Leerzeichen, das ihn auf dem Weg zum Server abschneiden würde.</translation>
     </message>
     <message>
-        <source>%1 holds a control character.</source>
+        <source>%1 contains a control character.</source>
         <translation>%1 enthält ein Steuerzeichen.</translation>
     </message>
     <message>
-        <source>%1 holds a character outside Latin-1, which cannot be sent.</source>
+        <source>%1 contains a character outside Latin-1, which cannot be sent.</source>
         <translation>%1 enthält ein Zeichen außerhalb von Latin-1, das sich nicht senden lässt.</translation>
     </message>
     <message>
@@ -2927,11 +2927,11 @@
         <translation>Eine Einstellung braucht einen Namen.</translation>
     </message>
     <message>
-        <source>The name holds a colon, which would end it on the way to the server.</source>
+        <source>The name contains a colon, which would end it in the request.</source>
         <translation>Der Name enthält einen Doppelpunkt, der ihn auf dem Weg zum Server abschneiden würde.</translation>
     </message>
     <message>
-        <source>The value holds a colon, which changes its meaning for the server.</source>
+        <source>The value contains a colon, which changes its meaning for the server.</source>
         <translation>Der Wert enthält einen Doppelpunkt, der für den Server seinen Sinn ändert.</translation>
     </message>
     <message>
@@ -2943,7 +2943,7 @@
         <translation>Der Wert</translation>
     </message>
     <message>
-        <source>The server was not asked for this setting yet, or does not have it.</source>
+        <source>This setting was not read from the server yet, or does not exist there.</source>
         <translation>Der Server wurde noch nicht nach dieser Einstellung gefragt, oder er hat sie nicht.</translation>
     </message>
     <message>
@@ -2971,14 +2971,14 @@
         <translation>Am Server</translation>
     </message>
     <message>
-        <source>“%1” is no value for “%2”: it must be a whole number.</source>
+        <source>“%1” is not a valid value for “%2”: it must be an integer.</source>
         <translation>„%1“ ist kein Wert für „%2“: es muss eine ganze Zahl sein.</translation>
     </message>
 </context>
 <context>
     <name>console::SettingsPanel</name>
     <message>
-        <source>The base path %1 goes to the server.</source>
+        <source>The base path %1 is being sent.</source>
         <translation>Der Basispfad %1 geht an den Server.</translation>
     </message>
     <message>
@@ -2986,7 +2986,7 @@
         <translation>Wird eingelesen...</translation>
     </message>
     <message>
-        <source>The base path is refused: %1</source>
+        <source>The base path is rejected: %1</source>
         <translation>Der Basispfad wird abgelehnt: %1</translation>
     </message>
     <message>
@@ -3002,7 +3002,7 @@
         <translation>Nur mit verbundenem Server</translation>
     </message>
     <message>
-        <source>Wait until the lines on their way are answered</source>
+        <source>Wait until the sent lines are answered</source>
         <translation>Warten Sie, bis die gesendeten Zeilen beantwortet sind</translation>
     </message>
     <message>
@@ -3014,7 +3014,7 @@
         <translation>Hier eine Einstellung hinzufügen</translation>
     </message>
     <message>
-        <source>Forget the chosen setting here</source>
+        <source>Remove the selected setting here</source>
         <translation>Die gewählte Einstellung hier vergessen</translation>
     </message>
     <message>
@@ -3022,7 +3022,7 @@
         <translation>Wählen Sie zuerst eine Einstellung in der Tabelle</translation>
     </message>
     <message>
-        <source>Put all values back to the server&apos;s</source>
+        <source>Reset all values to the server&apos;s</source>
         <translation>Alle Werte auf die des Servers zurücksetzen</translation>
     </message>
     <message>
@@ -3042,7 +3042,7 @@
         <translation>Geben Sie zuerst eine IPv4-Adresse ein, etwa 192.168.0.16</translation>
     </message>
     <message>
-        <source>Reading what the server has...</source>
+        <source>Reading the settings of the server...</source>
         <translation>Was der Server hat, wird eingelesen...</translation>
     </message>
     <message numerus="yes">
@@ -3053,7 +3053,7 @@
         </translation>
     </message>
     <message numerus="yes">
-        <source>The server took %Ln line(s).</source>
+        <source>The server accepted %Ln line(s).</source>
         <translation>
             <numerusform>Der Server hat %Ln Zeile angenommen.</numerusform>
             <numerusform>Der Server hat %Ln Zeilen angenommen.</numerusform>
@@ -3075,11 +3075,11 @@
         <translation>Der Server hat %L1 von %L2 abgelehnt: %3</translation>
     </message>
     <message>
-        <source>Not connected; as the server was last read.</source>
+        <source>Not connected. Showing the settings that were last read.</source>
         <translation>Nicht verbunden; wie zuletzt vom Server gelesen.</translation>
     </message>
     <message>
-        <source>No server was asked yet.</source>
+        <source>No settings were read yet.</source>
         <translation>Noch wurde kein Server gefragt.</translation>
     </message>
     <message>
@@ -3218,7 +3218,7 @@
         <translation>Änderung</translation>
     </message>
     <message numerus="yes">
-        <source>%1, %Ln of them changed since the snapshot before, as of %2</source>
+        <source>%1, %Ln of them changed since the previous snapshot, as of %2</source>
         <translation>
             <numerusform>%1, davon %Ln seit der vorigen Momentaufnahme geändert, Stand %2</numerusform>
             <numerusform>%1, davon %Ln seit der vorigen Momentaufnahme geändert, Stand %2</numerusform>
@@ -3252,7 +3252,7 @@
         <translation>„%1“ gibt es schon in %2 auf dem Server. Soll die Datei überschrieben werden?</translation>
     </message>
     <message>
-        <source>The server does not tell whether it has a file “%1”. Do you want to upload it? A file of that name would be overwritten.</source>
+        <source>The server does not report whether it has a file “%1”. Do you want to upload it? A file of that name would be overwritten.</source>
         <translation>Der Server sagt nicht, ob er eine Datei „%1“ hat. Soll sie hochgeladen werden? Eine Datei dieses Namens würde überschrieben.</translation>
     </message>
     <message>
@@ -3260,7 +3260,7 @@
         <translation>der Server wurde beendet.</translation>
     </message>
     <message>
-        <source>%1 is not sent: %2 is on its way.</source>
+        <source>%1 is not sent: %2 is being sent.</source>
         <translation>%1 wird nicht gesendet: %2 ist unterwegs.</translation>
     </message>
     <message>

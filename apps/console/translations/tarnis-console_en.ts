@@ -11,10 +11,10 @@
         </translation>
     </message>
     <message numerus="yes">
-        <source>, %Ln of them not finite and left out below</source>
+        <source>, %Ln of them not finite and omitted below</source>
         <translation>
-            <numerusform>, %Ln of them not finite and left out below</numerusform>
-            <numerusform>, %Ln of them not finite and left out below</numerusform>
+            <numerusform>, %Ln of them not finite and omitted below</numerusform>
+            <numerusform>, %Ln of them not finite and omitted below</numerusform>
         </translation>
     </message>
     <message numerus="yes">
@@ -35,7 +35,7 @@
         </translation>
     </message>
     <message numerus="yes">
-        <source>“%1” is given up; %Ln command(s) behind it got no reply.</source>
+        <source>“%1” was given up; %Ln later command(s) got no reply.</source>
         <translation>
             <numerusform>“%1” is given up; %Ln command behind it got no reply.</numerusform>
             <numerusform>“%1” is given up; %Ln commands behind it got no reply.</numerusform>
@@ -103,7 +103,7 @@
         </translation>
     </message>
     <message numerus="yes">
-        <source>The server took %Ln line(s).</source>
+        <source>The server accepted %Ln line(s).</source>
         <translation>
             <numerusform>The server took %Ln line.</numerusform>
             <numerusform>The server took %Ln lines.</numerusform>
@@ -141,10 +141,10 @@
         </translation>
     </message>
     <message numerus="yes">
-        <source>%1, %Ln of them changed since the snapshot before, as of %2</source>
+        <source>%1, %Ln of them changed since the previous snapshot, as of %2</source>
         <translation>
-            <numerusform>%1, %Ln of them changed since the snapshot before, as of %2</numerusform>
-            <numerusform>%1, %Ln of them changed since the snapshot before, as of %2</numerusform>
+            <numerusform>%1, %Ln of them changed since the previous snapshot, as of %2</numerusform>
+            <numerusform>%1, %Ln of them changed since the previous snapshot, as of %2</numerusform>
         </translation>
     </message>
 </context>

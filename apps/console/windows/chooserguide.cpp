@@ -81,7 +81,7 @@ void ChooserGuide::setLost(bool isLost)
 QString ChooserGuide::problem(const Choice& choice) const
 {
     if (m_isLost)
-        return tr("There is no connection to the server. This goes on as soon as it is back.");
+        return tr("There is no connection to the server. This window resumes when it is back.");
     if (!m_list->isEnabled())
         return tr("Listing...");
     return m_isListed || !m_refusal.isEmpty() ? choice.problem : tr("The server lists no folder");
@@ -97,7 +97,7 @@ void ChooserGuide::update()
     QString why = problem(choice);
     if (why.isEmpty() && !m_isListed)
         why = refusal;
-    QString text = why.isEmpty() ? tr("OK takes %1").arg(choice.path) : why;
+    QString text = why.isEmpty() ? tr("OK selects %1").arg(choice.path) : why;
     if (!m_refusal.isEmpty() && !m_isLost && text != refusal)
         text.prepend(refusal + u'\n');
     m_label->setAccessibleName(tr("State of the choice"));

@@ -222,8 +222,7 @@ void PlotKeys::addEditors(QMenu& menu, XYGraphWidget& plot)
     const bool isEditable = PlotLabels::isEditable(plot);
     for (const PlotLabels::Label& label : PlotLabels::of(plot)) {
         QAction* const action = menu.addAction(tr(label.name));
-        setAvailable(
-            action, isEditable && label.rect.isValid(), QString(), tr("Switch the tool of the mouse off first"));
+        setAvailable(action, isEditable && label.rect.isValid(), QString(), tr("Switch off the mouse tool first"));
         // Queued until after the menu, which would take the focus away again.
         connect(
             action, &QAction::triggered, &plot,

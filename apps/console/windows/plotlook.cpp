@@ -146,10 +146,10 @@ void PlotLookMenu::setTexts()
     setTitle(tr("&Plots"));
     const std::array texts { tr("As the &Window"), tr("&Light"), tr("&Dark"), tr("&Print"), tr("&High Contrast"),
         tr("&Classic") };
-    const std::array tips { tr("Light or dark plots, as the console's windows are"), tr("Plots on white"),
+    const std::array tips { tr("Light or dark plots, like the console's windows"), tr("Plots on white"),
         tr("Plots on dark grey"), tr("Plots in black on white, for paper"),
         tr("Plots on black with thick lines and large contrast"),
-        tr("Plots on black in a grey frame, as they once were") };
+        tr("Plots on black in a grey frame, the original look") };
     const QList<QAction*> choices = actions();
     for (qsizetype i = 0; i < choices.size(); ++i) {
         choices.at(i)->setText(texts.at(static_cast<std::size_t>(i)));

@@ -32,10 +32,10 @@ QHash<QString, QString> liveWindowTips()
     return {
         { QStringLiteral("typeComboBox"), ToolTips::tr("Show each curve by itself, or one curve with the sum of all") },
         { QStringLiteral("toolButton"), ToolTips::tr("Choose which curves are visible") },
-        { QStringLiteral("updatePushButton"), ToolTips::tr("Ask the server for new data now") },
-        { QStringLiteral("autoUpdateCheckBox"), ToolTips::tr("Ask the server for new data again and again") },
+        { QStringLiteral("updatePushButton"), ToolTips::tr("Request new data from the server now") },
+        { QStringLiteral("autoUpdateCheckBox"), ToolTips::tr("Request new data from the server continuously") },
         { QStringLiteral("filterPushButton"),
-            ToolTips::tr("Smooth or sharpen a copy of this map in a window of its own") },
+            ToolTips::tr("Smooth or sharpen a copy of this map in a separate window") },
     };
 }
 
@@ -43,7 +43,7 @@ QHash<QString, QString> plotBoxTips()
 {
     return {
         { QStringLiteral("lineEditThreshold"),
-            ToolTips::tr("Peaks lower than this share of the highest value are left out, in percent") },
+            ToolTips::tr("Ignore peaks lower than this percentage of the highest value") },
         { QStringLiteral("lineEditWidth"), ToolTips::tr("Expected width of a peak, in bins") },
         { QStringLiteral("pushButtonSearch"),
             ToolTips::tr("Search the visible part of the curve for peaks and fit them") },
@@ -74,10 +74,10 @@ QHash<QString, QString> listTips()
         { QStringLiteral("closeButton"), ToolTips::tr("Close this window") },
         { QStringLiteral("simulatorRadio"), ToolTips::tr("For trying the console without a detector") },
         { QStringLiteral("localRadio"), ToolTips::tr("The server ends with the console") },
-        { QStringLiteral("remoteRadio"), ToolTips::tr("The server goes on running when the console is closed") },
+        { QStringLiteral("remoteRadio"), ToolTips::tr("The server keeps running when the console is closed") },
         { QStringLiteral("browseButton"), ToolTips::tr("Choose from a list") },
         { QStringLiteral("divisorLineEdit"), ToolTips::tr("The sum of the weighted bins is divided by this number") },
-        { QStringLiteral("alertButton"), ToolTips::tr("Do what the notice proposes") },
+        { QStringLiteral("alertButton"), ToolTips::tr("Run the action of the alert") },
         { QStringLiteral("dirComboBox"), ToolTips::tr("The open folder and the folders above it") },
         { QStringLiteral("fileNameLineEdit"), ToolTips::tr("Name of a file or folder in the open folder") },
     };
@@ -97,7 +97,7 @@ QString standardTip(QDialogButtonBox::StandardButton button)
     case QDialogButtonBox::Apply:
         return ToolTips::tr("Use the values and keep the window open");
     case QDialogButtonBox::Discard:
-        return ToolTips::tr("Go on without saving");
+        return ToolTips::tr("Continue without saving");
     default:
         return {};
     }
@@ -139,7 +139,7 @@ void explainStar(QWidget& window)
     auto* const table = window.findChild<QTableWidget*>(QStringLiteral("tableWidget"));
     if (!table || !window.findChild<QWidget*>(QStringLiteral("reversePushButton")))
         return;
-    table->horizontalHeader()->setToolTip(ToolTips::tr("* means every one: a check mark stands for all of them"));
+    table->horizontalHeader()->setToolTip(ToolTips::tr("* means all: its check mark applies to all of them"));
     table->verticalHeader()->setToolTip(table->horizontalHeader()->toolTip());
 }
 

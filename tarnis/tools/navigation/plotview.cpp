@@ -56,7 +56,7 @@ void restoreTools(XYGraphWidget& plot, const QJsonObject& tools)
 
 QString inFile(const QString& path, const QString& fault)
 {
-    return fault.isEmpty() ? QString() : Texts::tr("The view in %1 was left alone: %2.").arg(path, fault);
+    return fault.isEmpty() ? QString() : Texts::tr("The view in %1 was not changed: %2.").arg(path, fault);
 }
 
 } // namespace

@@ -54,7 +54,7 @@ QString summaryOf(const EnergyCalibration& calibration)
     if (calibration.ndf > 0 && calibration.chi2 > 4.0 * calibration.ndf)
         text += u' '
             + QCoreApplication::translate(
-                "tarnis::CalibrationPanel", "The lines do not lie on the curve within their errors.");
+                "tarnis::CalibrationPanel", "The lines deviate from the curve by more than their errors.");
     return text;
 }
 

@@ -171,7 +171,7 @@ void CalibrationPanel::setTexts()
     d.calibrate->setToolTip(tr("Fit the peaks of the plot and assign the lines to them"));
     d.apply->setText(tr("Apply to the Axis"));
     d.remove->setText(tr("Channels Again"));
-    d.remove->setToolTip(tr("Take the calibration off the axis"));
+    d.remove->setToolTip(tr("Remove the calibration from the axis"));
     d.save->setText(tr("Save..."));
     d.load->setText(tr("Load..."));
 }

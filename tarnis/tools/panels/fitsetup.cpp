@@ -81,7 +81,7 @@ template <typename Run> FitResult onRange(const BinnedData& data, const FitSetup
         return refused(Text::tr("Choose a range first: press \"Range\" and drag over a peak."));
     const BinRange bins = binsBetween(data, setup.range.min, setup.range.max);
     if (bins.isEmpty())
-        return refused(Text::tr("The range holds no bin of the data."));
+        return refused(Text::tr("The range contains no bin of the data."));
     return run(bins.first, bins.last);
 }
 

@@ -110,7 +110,7 @@ QString PlotCalibration::apply(XYGraphWidget& plot, const EnergyCalibration& cal
         return tr("The axis of this plot has a second scale already.");
     const std::pair<double, double> axis = axisOf(plot);
     if (!calibration.risesFrom(axis.first, axis.second))
-        return tr("The energy does not rise over the whole axis of the plot.");
+        return tr("The energy does not increase over the complete axis of the plot.");
     remove(plot);
     new PlotCalibration(plot, calibration, axis);
     plot.refreshPixmap();

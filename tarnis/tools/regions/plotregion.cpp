@@ -118,9 +118,9 @@ PlotRegionsResult regionsFromJson(const QByteArray& text)
             Text::tr("The file of regions is damaged at byte %1: %2").arg(error.offset).arg(error.errorString()) };
     const QJsonValue list = document.object().value("regions"_L1);
     if (!list.isArray())
-        return { {}, Text::tr("The file holds no list \"regions\".") };
+        return { {}, Text::tr("The file contains no list \"regions\".") };
     if (list.toArray().size() > maxRegions)
-        return { {}, Text::tr("The file holds more than %1 regions.").arg(maxRegions) };
+        return { {}, Text::tr("The file contains more than %1 regions.").arg(maxRegions) };
     PlotRegionsResult result;
     for (const QJsonValue value : list.toArray()) {
         const std::optional<PlotRegion> region = regionOf(value.toObject());

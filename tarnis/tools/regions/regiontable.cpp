@@ -156,7 +156,7 @@ void RegionTable::setTexts()
                               : tr("Bins on either side of a region that carry its background; 0: no net areas");
     controls.side->setToolTip(tip);
     controls.freeze->setText(tr("Since here"));
-    controls.freeze->setToolTip(tr("Shows what comes from now on in columns of its own"));
+    controls.freeze->setToolTip(tr("Shows further counts in separate columns"));
     controls.copy->setText(tr("Copy"));
     controls.copy->setToolTip(tr("Copy the table with all digits"));
     controls.save->setText(tr("Save Regions..."));
@@ -245,7 +245,7 @@ QString RegionTable::loadRegions(const QString& path)
         return read.error;
     m_regions->setRegions(read.regions);
     const auto left = read.regions.size() - m_regions->regions().size();
-    return left == 0 ? QString() : tr("%1 regions are for maps and were left out.").arg(left);
+    return left == 0 ? QString() : tr("%1 regions are for maps and were ignored.").arg(left);
 }
 
 void RegionTable::refresh()
