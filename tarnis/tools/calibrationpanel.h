@@ -14,9 +14,10 @@ class XYGraphWidget;
 namespace tarnis {
 
 /// A panel beside a plot of curves that fits its peaks, assigns lines of known energy to them, and fits a polynomial
-/// with the covariance of its coefficients. Lines come from the built-in sources or a file. In the table the user can
-/// enter an energy for any peak and exclude lines; the fit is updated at once. The calibration is applied to the axis
-/// and the read-outs of the plot and to the results of its panels (PlotCalibration), saved and loaded. GUI thread only.
+/// with the covariance of its coefficients. Of several curves the user chooses one. Lines come from the built-in
+/// sources or a file. In the table the user can enter an energy for any peak and exclude lines; the fit is updated at
+/// once. The calibration is applied to the axis and the read-outs of the plot and to the results of its panels
+/// (PlotCalibration), saved and loaded. GUI thread only.
 class TARNIS_EXPORT CalibrationPanel : public QWidget {
     Q_OBJECT
 

@@ -13,8 +13,9 @@ class XYGraphWidget;
 namespace tarnis {
 
 /// A panel beside a plot of curves that searches and fits all its peaks: one table with errors, marks and fitted curves
-/// on the plot. It runs on a thread of the global pool. With a PlotCalibration on the plot the table has energies too.
-/// Values are shown as value(uncertainty); files and the clipboard contain all digits. GUI thread only.
+/// on the plot. Of several curves the user chooses one. It runs on a thread of the global pool. With a PlotCalibration
+/// on the plot the table has energies too. Values are shown as value(uncertainty); files and the clipboard contain all
+/// digits. GUI thread only.
 class TARNIS_EXPORT PeakPanel : public QWidget {
     Q_OBJECT
 

@@ -949,6 +949,10 @@
         <source>The axis shows channels.</source>
         <translation>Die Achse zeigt Kanäle.</translation>
     </message>
+    <message>
+        <source>The curve whose peaks are fitted</source>
+        <translation>Die Kurve, deren Peaks angepasst werden</translation>
+    </message>
 </context>
 <context>
     <name>tarnis::Client</name>
@@ -1672,6 +1676,11 @@ Gezeigt ist das Ergebnis von %2.</translation>
         <source>, %1 standard deviations from the expectation</source>
         <translation>, %1 Standardabweichungen vom Erwartungswert</translation>
     </message>
+    <message>
+        <source>Fit</source>
+        <comment>button</comment>
+        <translation>Anpassen</translation>
+    </message>
 </context>
 <context>
     <name>tarnis::FitParameterModel</name>
@@ -2183,6 +2192,10 @@ Gezeigt ist das Ergebnis von %2.</translation>
     <message>
         <source>%1 peaks, %2 of them in acceptable fits.</source>
         <translation>%1 Peaks, davon %2 in annehmbaren Anpassungen.</translation>
+    </message>
+    <message>
+        <source>The curve that is searched</source>
+        <translation>Die Kurve, die durchsucht wird</translation>
     </message>
 </context>
 <context>
@@ -2872,6 +2885,10 @@ Gezeigt ist das Ergebnis von %2.</translation>
     <message>
         <source>Net since %1</source>
         <translation>Netto seit %1</translation>
+    </message>
+    <message>
+        <source>Energy [%1]</source>
+        <translation>Energie [%1]</translation>
     </message>
 </context>
 <context>

@@ -3,11 +3,13 @@
 #include "support/wait.h"
 
 #include <tarnis/analysis/figures.h>
+#include <tarnis/plots/multivectorgraphwidget.h>
 #include <tarnis/plots/vectorgraphwidget.h>
 #include <tarnis/tools/peakpanel.h>
 #include <tarnis/tools/plotcalibration.h>
 
 #include <QClipboard>
+#include <QComboBox>
 #include <QGuiApplication>
 #include <QSignalSpy>
 #include <QTableView>
@@ -93,6 +95,54 @@ private Q_SLOTS:
         panel.setVisibleOnly(true);
         QVERIFY(search(panel));
         QCOMPARE(panel.peaks().peaks.size(), std::size_t(1));
+    }
+
+    void showsEnergiesOnceThePlotIsCalibrated()
+    {
+        VectorGraphWidget plot;
+        show(plot);
+        PeakPanel panel(&plot);
+        const QTableView& view = *panel.findChild<QTableView*>();
+        QVERIFY(search(panel));
+        const auto shownColumns = [&view] {
+            int shown = 0;
+            for (int column = 0; column < view.model()->columnCount(); ++column)
+                shown += view.isColumnHidden(column) ? 0 : 1;
+            return shown;
+        };
+        const int before = shownColumns();
+        QCOMPARE(PlotCalibration::apply(plot, halves()), QString());
+        QTRY_COMPARE(shownColumns(), before + 1);
+        PlotCalibration::remove(plot);
+        QTRY_COMPARE(shownColumns(), before);
+    }
+
+    void searchesTheChosenCurve()
+    {
+        MultiVectorGraphWidget plot;
+        plot.init(QStringLiteral("Channel"), QStringLiteral("Counts"), 0, 0, true, true);
+        plot.m_groupSize = 1;
+        for (int k = 0; k < 2; ++k) {
+            QList<double> samples;
+            for (int i = 0; i < 400; ++i) {
+                const double z = (i - (k == 0 ? 100.0 : 300.0)) / 4.0;
+                samples << std::round(20.0 + 500.0 * std::exp(-0.5 * z * z));
+            }
+            plot.setData(k, samples, 600.0);
+        }
+        plot.resizeData(2);
+        PeakPanel panel(&plot);
+        panel.show();
+        auto& curves = *panel.findChild<QComboBox*>();
+        QTRY_COMPARE(curves.count(), 2);
+        QVERIFY(curves.isVisible());
+        curves.setCurrentIndex(1);
+        QVERIFY(search(panel));
+        QCOMPARE(panel.peaks().peaks.size(), std::size_t(1));
+        QVERIFY(std::fabs(panel.peaks().peaks.front().centre - 300.0) < 1.0);
+        plot.setData(1, QList<double>(400, 20.0), 600.0); // the choice stays
+        QCoreApplication::processEvents();
+        QCOMPARE(curves.currentIndex(), 1);
     }
 
     void writesEnergiesOfACalibratedPlot()

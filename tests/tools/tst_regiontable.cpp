@@ -6,6 +6,7 @@
 #include <tarnis/plots/vectorgraphwidget.h>
 #include <tarnis/plots/viewselectedroi.h>
 #include <tarnis/plots/xy2dgraphwidget.h>
+#include <tarnis/tools/plotcalibration.h>
 #include <tarnis/tools/regiontable.h>
 
 #include <QAction>
@@ -102,6 +103,35 @@ private Q_SLOTS:
         QCOMPARE(cell(table, 0, 0), QStringLiteral("Region 1"));
         QCOMPARE(number(table, 0, "sum"), 10.0 * number(table, 0, "bins"));
         QVERIFY(std::fabs(number(table, 0, "bins") - 10.0) <= 1.0);
+    }
+
+    void showsEnergiesOfACalibratedPlot()
+    {
+        VectorGraphWidget plot;
+        fill(plot);
+        expose(plot);
+        RegionTable table(&plot);
+        table.regions()->add(PlotRegion::rangeX(20, 30));
+        QVERIFY(!table.table().contains(QStringLiteral("energy")));
+        const auto isHidden = [&table] {
+            const QTableView& view = *table.findChild<QTableView*>();
+            for (int column = 0; column < view.model()->columnCount(); ++column) {
+                if (view.model()->headerData(column, Qt::Horizontal).toString() == QStringLiteral("Energy [keV]"))
+                    return view.isColumnHidden(column);
+            }
+            return true;
+        };
+        QVERIFY(isHidden());
+        std::vector<CalibrationPoint> points;
+        for (const double position : { 10.0, 40.0, 80.0 })
+            points.push_back({ position, 0.1, 2.0 * position, 0.0, {}, 0.0 });
+        const EnergyCalibration doubled = fitEnergyCalibration(points, 0.0, 100.0).calibration;
+        QCOMPARE(PlotCalibration::apply(plot, doubled), QString());
+        QTRY_VERIFY(!isHidden());
+        QVERIFY(std::fabs(number(table, 0, "energy") - 2.0 * number(table, 0, "centroid")) < 1e-6);
+        QVERIFY(number(table, 0, "energy_error") > 0.0);
+        PlotCalibration::remove(plot);
+        QTRY_VERIFY(isHidden());
     }
 
     void dragsARangeByItsEnd()

@@ -4,6 +4,7 @@
 #include "tarnis/plots/xygraphwidget.h"
 #include "tarnis/tools/panels/backgroundrun_p.h"
 #include "tarnis/tools/panels/calibrationmodel_p.h"
+#include "tarnis/tools/panels/curvebox_p.h"
 #include "tarnis/tools/panels/paneltext_p.h"
 #include "tarnis/tools/panels/plotspectra_p.h"
 #include "tarnis/tools/plotcalibration.h"
@@ -30,6 +31,7 @@ struct TARNIS_NO_EXPORT CalibrationPanel::Internals {
     BackgroundRun run;
     CalibrationModel* model = nullptr;
     QTableView* view = nullptr;
+    CurveBox* curve = nullptr;
     QLabel* sourceText = nullptr;
     QComboBox* source = nullptr;
     QPushButton* lineFile = nullptr;
@@ -88,6 +90,7 @@ void CalibrationPanel::build()
     Internals& d = *m_data;
     auto* const layout = new QVBoxLayout(this);
     auto* const bar = new QHBoxLayout;
+    d.curve = new CurveBox(d.plot, this);
     d.sourceText = new QLabel(this);
     d.source = new QComboBox(this);
     d.source->setEditable(true);
@@ -109,8 +112,8 @@ void CalibrationPanel::build()
     connect(d.degree, &QComboBox::currentIndexChanged, this, &CalibrationPanel::fitPoints);
     d.calibrate = new QPushButton(this);
     connect(d.calibrate, &QPushButton::clicked, this, &CalibrationPanel::calibrate);
-    for (QWidget* const widget :
-        std::initializer_list<QWidget*> { d.sourceText, d.source, d.lineFile, d.degreeText, d.degree, d.calibrate })
+    for (QWidget* const widget : std::initializer_list<QWidget*> {
+             d.curve, d.sourceText, d.source, d.lineFile, d.degreeText, d.degree, d.calibrate })
         bar->addWidget(widget);
     bar->addStretch();
     layout->addLayout(bar);
@@ -162,6 +165,7 @@ void CalibrationPanel::setTexts()
 {
     Internals& d = *m_data;
     setWindowTitle(tr("Energy Calibration"));
+    d.curve->setToolTip(tr("The curve whose peaks are fitted"));
     d.sourceText->setText(tr("Source:"));
     d.source->setToolTip(tr("Several sources are joined by +, for example ba133+cs137"));
     d.lineFile->setText(tr("Lines of a File..."));
@@ -268,14 +272,13 @@ QString CalibrationPanel::loadCalibration(const QString& path)
 
 void CalibrationPanel::calibrate()
 {
-    const QList<PlotSpectrum> spectra = plot() != nullptr ? spectraOf(*plot()) : QList<PlotSpectrum>();
-    if (spectra.isEmpty() || m_data->lines.lines.empty()) {
-        showCalibration(plot() == nullptr ? tr("The plot has been closed.")
-                : spectra.isEmpty()       ? tr("The plot has no data.")
-                                          : tr("There are no lines: choose a source or a file."));
+    const PlotSpectrum spectrum = m_data->curve->spectrum();
+    if (spectrum.contents.isEmpty() || m_data->lines.lines.empty()) {
+        showCalibration(plot() == nullptr     ? tr("The plot has been closed.")
+                : spectrum.contents.isEmpty() ? tr("The plot has no data.")
+                                              : tr("There are no lines: choose a source or a file."));
         return;
     }
-    const PlotSpectrum spectrum = spectra.first();
     m_data->lower = spectrum.data().edge(0);
     m_data->upper = spectrum.data().edge(static_cast<std::size_t>(spectrum.contents.size()));
     m_data->message->setText(tr("Fitting the peaks..."));

@@ -51,21 +51,14 @@ FitPanel::Internals::Internals(XYGraphWidget* plot)
 
 PlotSpectrum FitPanel::Internals::spectrum() const
 {
-    if (!picker || picker->plot() == nullptr)
-        return {};
-    const QList<PlotSpectrum> spectra = spectraOf(*picker->plot());
-    for (const PlotSpectrum& spectrum : spectra) {
-        if (spectrum.name == controls.curve->currentData().toString())
-            return spectrum;
-    }
-    return spectra.isEmpty() ? PlotSpectrum() : spectra.first();
+    return controls.curve->spectrum();
 }
 
 FitPanel::FitPanel(XYGraphWidget* plot, QWidget* parent)
     : QWidget(parent)
     , m_data(std::make_unique<Internals>(plot))
 {
-    m_data->controls.build(*this, m_data->parameters);
+    m_data->controls.build(*this, plot, m_data->parameters);
     m_data->controls.residuals->tieTo(plot);
     setWindowTitle(tr("Fit"));
     showControls();

@@ -54,7 +54,8 @@ void FitPanel::connectControls()
     connect(controls.upper, &QDoubleSpinBox::valueChanged, this, onRange);
     const auto onModel = [this] { readControls(); };
     connect(controls.peaks, &QSpinBox::valueChanged, this, onModel);
-    for (QComboBox* box : { controls.shape, controls.background, controls.statistic, controls.curve })
+    for (QComboBox* box :
+        std::initializer_list<QComboBox*> { controls.shape, controls.background, controls.statistic, controls.curve })
         connect(box, &QComboBox::activated, this, onModel);
     for (QCheckBox* box : { controls.ownWidths, controls.step })
         connect(box, &QCheckBox::toggled, this, onModel);
@@ -126,24 +127,6 @@ void FitPanel::connectPlot()
 void FitPanel::onDataChanged()
 {
     m_data->hasNewData = true;
-    if (plot() == nullptr)
-        return;
-    QComboBox& box = *m_data->controls.curve;
-    QStringList names;
-    for (const PlotSpectrum& spectrum : spectraOf(*plot()))
-        names << spectrum.name;
-    QStringList present;
-    for (int i = 0; i < box.count(); ++i)
-        present << box.itemData(i).toString();
-    if (names == present)
-        return;
-    const QString chosen = box.currentData().toString();
-    const QSignalBlocker blocker(&box);
-    box.clear();
-    for (const QString& name : std::as_const(names))
-        box.addItem(name, name);
-    box.setCurrentIndex(std::max(0, static_cast<int>(names.indexOf(chosen))));
-    box.setVisible(names.size() > 1);
 }
 
 void FitPanel::readControls()

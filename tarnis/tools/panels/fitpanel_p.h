@@ -3,6 +3,7 @@
 
 #include "tarnis/tools/fitpanel.h"
 #include "tarnis/tools/panels/backgroundrun_p.h"
+#include "tarnis/tools/panels/curvebox_p.h"
 #include "tarnis/tools/panels/fitcurves_p.h"
 #include "tarnis/tools/panels/fithistory_p.h"
 #include "tarnis/tools/panels/fitparametermodel_p.h"
@@ -34,7 +35,7 @@ struct FitControls {
     QToolButton* pickPeaks = nullptr;
     QDoubleSpinBox* lower = nullptr;
     QDoubleSpinBox* upper = nullptr;
-    QComboBox* curve = nullptr; ///< hidden for a plot of one curve
+    CurveBox* curve = nullptr;
     QSpinBox* peaks = nullptr; ///< -1: automatic
     QComboBox* shape = nullptr;
     QComboBox* background = nullptr;
@@ -58,13 +59,13 @@ struct FitControls {
     std::vector<QLabel*> captions; ///< labels, in the order of captionTexts()
 
     /// Creates all widgets in a layout of the panel.
-    void build(QWidget& panel, FitParameterModel& model);
+    void build(QWidget& panel, XYGraphWidget* plot, FitParameterModel& model);
     /// Sets all texts in the current language.
     void setTexts();
 
 private:
     QLabel* caption(QWidget& panel);
-    QWidget* rangeRow(QWidget& panel);
+    QWidget* rangeRow(QWidget& panel, XYGraphWidget* plot);
     QWidget* modelRow(QWidget& panel);
     QWidget* actionRow(QWidget& panel);
     void buildPages(QWidget& panel, FitParameterModel& model);

@@ -110,13 +110,13 @@ QLabel* FitControls::caption(QWidget& panel)
     return captions.back();
 }
 
-QWidget* FitControls::rangeRow(QWidget& panel)
+QWidget* FitControls::rangeRow(QWidget& panel, XYGraphWidget* plot)
 {
     pickRange = toggle(panel);
     pickPeaks = toggle(panel);
     lower = limitBox(panel);
     upper = limitBox(panel);
-    curve = new QComboBox(&panel);
+    curve = new CurveBox(plot, &panel);
     QLabel* const from = caption(panel);
     from->setBuddy(lower);
     QLabel* const to = caption(panel);
@@ -168,6 +168,8 @@ void FitControls::buildPages(QWidget& panel, FitParameterModel& model)
     table->verticalHeader()->hide();
     table->verticalHeader()->setDefaultSectionSize(table->fontMetrics().height() + 6);
     QObject::connect(&model, &QAbstractItemModel::modelReset, table, &QTableView::resizeColumnsToContents);
+    // A fit turns the guess into longer texts without new rows.
+    table->horizontalHeader()->setSectionResizeMode(FitParameterModel::Value, QHeaderView::ResizeToContents);
     table->horizontalHeader()->setStretchLastSection(true);
     table->setMinimumHeight(table->fontMetrics().height() * 8);
     pages->addTab(table, QString());
@@ -187,10 +189,10 @@ void FitControls::buildPages(QWidget& panel, FitParameterModel& model)
     pages->addTab(page, QString());
 }
 
-void FitControls::build(QWidget& panel, FitParameterModel& model)
+void FitControls::build(QWidget& panel, XYGraphWidget* plot, FitParameterModel& model)
 {
     auto* const layout = new QVBoxLayout(&panel);
-    layout->addWidget(rangeRow(panel));
+    layout->addWidget(rangeRow(panel, plot));
     layout->addWidget(modelRow(panel));
     layout->addWidget(actionRow(panel));
     message = new QLabel(&panel);
@@ -228,7 +230,7 @@ void FitControls::setTexts()
     step->setText(FitPanel::tr("Step"));
     step->setToolTip(FitPanel::tr("A step of the background below each peak"));
     guess->setText(FitPanel::tr("Guess"));
-    fit->setText(FitPanel::tr("Fit"));
+    fit->setText(FitPanel::tr("Fit", "button"));
     clear->setText(FitPanel::tr("Clear"));
     follow->setText(FitPanel::tr("Follow every"));
     follow->setToolTip(FitPanel::tr("Fit again while data arrive; the last good result is kept"));

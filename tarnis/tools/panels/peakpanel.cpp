@@ -1,8 +1,10 @@
 #include "tarnis/tools/peakpanel.h"
 
 #include "tarnis/plots/plotmapping.h"
+#include "tarnis/plots/plotobserver.h"
 #include "tarnis/plots/xygraphwidget.h"
 #include "tarnis/tools/panels/backgroundrun_p.h"
+#include "tarnis/tools/panels/curvebox_p.h"
 #include "tarnis/tools/panels/paneltext_p.h"
 #include "tarnis/tools/panels/peaktablemodel_p.h"
 #include "tarnis/tools/panels/plotspectra_p.h"
@@ -20,12 +22,15 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
+#include <functional>
+#include <vector>
 
 namespace tarnis {
 
-struct TARNIS_NO_EXPORT PeakPanel::Internals {
+struct TARNIS_NO_EXPORT PeakPanel::Internals : PlotObserver {
     explicit Internals(XYGraphWidget* observed)
-        : plot(observed)
+        : PlotObserver(observed)
+        , plot(observed)
         , marks(observed)
     {
     }
@@ -39,11 +44,20 @@ struct TARNIS_NO_EXPORT PeakPanel::Internals {
     QLabel* significanceText = nullptr;
     QDoubleSpinBox* significance = nullptr;
     QCheckBox* visibleOnly = nullptr;
+    CurveBox* curve = nullptr;
     QPushButton* search = nullptr;
     QPushButton* clear = nullptr;
     QPushButton* copy = nullptr;
     QPushButton* save = nullptr;
     QLabel* message = nullptr;
+    std::vector<double> shownCoefficients; ///< of the energies in the table
+    std::function<void()> calibrationChanged;
+
+    void plotChanged(Changes changes) override
+    {
+        if (changes.testFlag(Data) && calibration().coefficients != shownCoefficients)
+            calibrationChanged();
+    }
 
     EnergyCalibration calibration() const
     {
@@ -58,6 +72,7 @@ PeakPanel::PeakPanel(XYGraphWidget* plot, QWidget* parent)
 {
     build();
     setTexts();
+    m_data->calibrationChanged = [this] { showTable(); };
     showTable();
 }
 
@@ -68,6 +83,7 @@ void PeakPanel::build()
     Internals& d = *m_data;
     auto* const layout = new QVBoxLayout(this);
     auto* const bar = new QHBoxLayout;
+    d.curve = new CurveBox(d.plot, this);
     d.search = new QPushButton(this);
     d.significanceText = new QLabel(this);
     d.significance = new QDoubleSpinBox(this);
@@ -76,8 +92,8 @@ void PeakPanel::build()
     d.significance->setValue(4.0);
     d.significanceText->setBuddy(d.significance);
     d.visibleOnly = new QCheckBox(this);
-    for (QWidget* const widget : { static_cast<QWidget*>(d.search), static_cast<QWidget*>(d.significanceText),
-             static_cast<QWidget*>(d.significance), static_cast<QWidget*>(d.visibleOnly) })
+    for (QWidget* const widget :
+        std::initializer_list<QWidget*> { d.curve, d.search, d.significanceText, d.significance, d.visibleOnly })
         bar->addWidget(widget);
     bar->addStretch();
     layout->addLayout(bar);
@@ -116,6 +132,7 @@ void PeakPanel::setTexts()
 {
     Internals& d = *m_data;
     setWindowTitle(tr("Peaks"));
+    d.curve->setToolTip(tr("The curve that is searched"));
     d.search->setText(tr("Find and Fit"));
     d.significanceText->setText(tr("Significance:"));
     d.significance->setToolTip(
@@ -174,14 +191,13 @@ QString PeakPanel::table() const
 
 void PeakPanel::search()
 {
-    const QList<PlotSpectrum> spectra = plot() != nullptr ? spectraOf(*plot()) : QList<PlotSpectrum>();
-    if (spectra.isEmpty()) {
+    const PlotSpectrum spectrum = m_data->curve->spectrum();
+    if (spectrum.contents.isEmpty()) {
         clear();
         m_data->message->setText(plot() != nullptr ? tr("The plot has no data.") : tr("The plot has been closed."));
         Q_EMIT searched();
         return;
     }
-    const PlotSpectrum& spectrum = spectra.first();
     BinRange bins { 0, static_cast<std::ptrdiff_t>(spectrum.contents.size()) - 1 };
     if (isVisibleOnly()) {
         const AxisRange view = PlotMapping::of(*plot()).x();
@@ -211,6 +227,7 @@ void PeakPanel::showTable()
 {
     Internals& d = *m_data;
     const EnergyCalibration calibration = d.calibration();
+    d.shownCoefficients = calibration.coefficients;
     d.model->setPeaks(d.table, calibration);
     d.view->setColumnHidden(PeakTableModel::Energy, !calibration.isValid());
     d.view->resizeColumnsToContents();

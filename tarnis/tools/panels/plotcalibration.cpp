@@ -2,6 +2,7 @@
 
 #include "tarnis/plots/plotaccess_p.h"
 #include "tarnis/plots/plotmapping.h"
+#include "tarnis/plots/plotobserver.h"
 #include "tarnis/plots/plotoverlay.h"
 #include "tarnis/plots/plotstyling_p.h"
 
@@ -114,6 +115,7 @@ QString PlotCalibration::apply(XYGraphWidget& plot, const EnergyCalibration& cal
     remove(plot);
     new PlotCalibration(plot, calibration, axis);
     plot.refreshPixmap();
+    PlotObserver::announceData(plot); // tables show energies
     return {};
 }
 
@@ -126,6 +128,7 @@ void PlotCalibration::remove(XYGraphWidget& plot)
     plot.setNameX(present->m_previousName);
     delete present;
     plot.refreshPixmap();
+    PlotObserver::announceData(plot);
 }
 
 // A parabola has an extremum outside of the data, and a view may extend there. The scale continues along the tangent.

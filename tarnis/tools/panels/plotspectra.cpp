@@ -28,22 +28,36 @@ void setAxis(PlotSpectrum& spectrum, const PlotMapping& mapping, bool isUnequal)
     spectrum.edges = std::move(edges);
 }
 
-QList<PlotSpectrum> spectraOfCurves(const MultiVectorGraphWidget& plot, const PlotMapping& mapping)
+struct NamedCurve {
+    QString name;
+    SummedCurve curve;
+};
+
+QList<NamedCurve> visibleCurves(const MultiVectorGraphWidget& plot)
 {
-    QList<PlotSpectrum> spectra;
+    QList<NamedCurve> visible;
     const QList<Series>& series = PlotAccess::series(plot);
     const QList<SummedCurve> curves = curvesOf(series, PlotAccess::addType(plot), PlotAccess::groupSize(plot));
     const QStringList names = curveNames(plot);
     for (qsizetype i = 0; i < curves.size(); ++i) {
         const SummedCurve& curve = curves.at(i);
-        if (!curve.enable || curve.records.isEmpty() || lengthOf(series, curve) == 0)
-            continue;
-        PlotSpectrum spectrum { names.value(i), curve.color, wholeSums(series, curve), {} };
+        if (curve.enable && !curve.records.isEmpty() && lengthOf(series, curve) > 0)
+            visible.append({ names.value(i), curve });
+    }
+    if (visible.size() == 1)
+        visible.first().name.clear();
+    return visible;
+}
+
+QList<PlotSpectrum> spectraOfCurves(const MultiVectorGraphWidget& plot, const PlotMapping& mapping)
+{
+    QList<PlotSpectrum> spectra;
+    for (const NamedCurve& visible : visibleCurves(plot)) {
+        const SummedCurve& curve = visible.curve;
+        PlotSpectrum spectrum { visible.name, curve.color, wholeSums(PlotAccess::series(plot), curve), {} };
         setAxis(spectrum, mapping, PlotAccess::positionToX(plot) != nullptr);
         spectra.append(std::move(spectrum));
     }
-    if (spectra.size() == 1)
-        spectra.first().name.clear();
     return spectra;
 }
 
@@ -71,6 +85,19 @@ QList<PlotSpectrum> spectraOf(const XYGraphWidget& plot)
     PlotSpectrum spectrum { {}, Qt::white, PlotAccess::samples(*curve), {} };
     setAxis(spectrum, mapping, false);
     return { spectrum };
+}
+
+QStringList spectrumNames(const XYGraphWidget& plot)
+{
+    QStringList names;
+    if (const auto* const curves = qobject_cast<const MultiVectorGraphWidget*>(&plot)) {
+        for (const NamedCurve& visible : visibleCurves(*curves))
+            names << visible.name;
+    } else if (const auto* const curve = qobject_cast<const VectorGraphWidget*>(&plot)) {
+        if (!PlotAccess::samples(*curve).isEmpty())
+            names << QString();
+    }
+    return names;
 }
 
 PlotMap mapOf(const XYGraphWidget& plot)

@@ -7,6 +7,7 @@
 #include <QColor>
 #include <QList>
 #include <QString>
+#include <QStringList>
 
 #include <memory>
 #include <vector>
@@ -31,6 +32,9 @@ struct PlotSpectrum {
 
 /// The visible curves of a plot that have samples; empty for a map or a plot of another class.
 QList<PlotSpectrum> spectraOf(const XYGraphWidget& plot);
+
+/// Their names, in the same order.
+QStringList spectrumNames(const XYGraphWidget& plot);
 
 /// The contents of a map.
 struct PlotMap {

@@ -109,7 +109,7 @@ AxisRange StripPlot::rangeY() const
 QRect StripPlot::plotRect() const
 {
     const QFontMetrics metrics = fontMetrics();
-    int left = metrics.horizontalAdvance(QStringLiteral("-0.00000"));
+    int left = std::max(metrics.horizontalAdvance(QStringLiteral("-0.00000")), metrics.horizontalAdvance(m_name) + 6);
     int right = metrics.averageCharWidth();
     if (const auto* const plot = qobject_cast<const XYGraphWidget*>(m_tied.data())) {
         const QRect shown = PlotMapping::of(*plot).plotRect();

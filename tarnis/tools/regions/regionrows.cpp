@@ -2,6 +2,8 @@
 
 #include "tarnis/analysis/figures.h"
 
+#include <algorithm>
+#include <array>
 #include <cmath>
 #include <limits>
 #include <numeric>
@@ -69,6 +71,15 @@ void readStatistics(RegionRow& row, const MapRegionStatistics& numbers, const Ma
     row.share = total > 0.0 ? numbers.sum / total : noNumber;
 }
 
+// Four sums side by side: each addition would wait for the one before it.
+double sumOf(const QList<double>& contents)
+{
+    std::array<double, 4> sums {};
+    for (qsizetype i = 0; i < contents.size(); ++i)
+        sums[static_cast<std::size_t>(i % 4)] += contents[i];
+    return (sums[0] + sums[1]) + (sums[2] + sums[3]);
+}
+
 QString numberOrDash(double value)
 {
     return std::isnan(value) ? QStringLiteral("–") : QString::number(value, 'g', 6);
@@ -83,7 +94,8 @@ std::vector<RegionRow> regionRows(
     std::vector<double> totals;
     totals.reserve(static_cast<std::size_t>(spectra.size()));
     for (const PlotSpectrum& spectrum : spectra)
-        totals.push_back(std::accumulate(spectrum.contents.begin(), spectrum.contents.end(), 0.0));
+        totals.push_back(sumOf(spectrum.contents));
+    rows.reserve(static_cast<std::size_t>(regions.size() * spectra.size()));
     RegionOptions regionOptions;
     regionOptions.sideBins = options.sideBins;
     regionOptions.intervalsUpTo = fewCounts;
@@ -95,6 +107,10 @@ std::vector<RegionRow> regionRows(
             row.color = spectra.at(k).color;
             readStatistics(row, regionStatistics(spectra.at(k).data(), box.left(), box.right(), regionOptions),
                 totals[static_cast<std::size_t>(k)]);
+            if (options.calibration.isValid() && !std::isnan(row.centroid.value)) {
+                const CalibratedEnergy energy = options.calibration.calibrated(row.centroid.value, row.centroid.error);
+                row.energy = { energy.energy, energy.error };
+            }
             rows.push_back(std::move(row));
         }
     }
@@ -151,6 +167,8 @@ std::vector<RegionRow> regionRows(
 RegionValue since(const RegionValue& now, const RegionValue& frozen)
 {
     const double variance = now.error * now.error - frozen.error * frozen.error;
+    if (std::isnan(variance)) // contents that are not counts
+        return { now.value - frozen.value, noNumber };
     // A variance that decreases by more than rounding means that the spectrum was cleared.
     if (!(variance >= -1e-9 * now.error * now.error))
         return {};
@@ -201,6 +219,10 @@ QString regionTableText(const std::vector<RegionRow>& rows, bool isMap, const st
         header << QStringLiteral("centroid_y") << QStringLiteral("centroid_y_error");
     header << QStringLiteral("fwhm") << QStringLiteral("maximum") << QStringLiteral("maximum_at")
            << QStringLiteral("share");
+    const bool hasEnergies =
+        std::any_of(rows.begin(), rows.end(), [](const RegionRow& row) { return !std::isnan(row.energy.value); });
+    if (hasEnergies)
+        header << QStringLiteral("energy") << QStringLiteral("energy_error");
     if (!frozen.empty())
         header << QStringLiteral("sum_since") << QStringLiteral("sum_since_error") << QStringLiteral("net_since")
                << QStringLiteral("net_since_error");
@@ -221,6 +243,8 @@ QString regionTableText(const std::vector<RegionRow>& rows, bool isMap, const st
             both(line, row.centroidY);
         line << fullDigits(row.fwhm) << fullDigits(row.maximum.value) << fullDigits(row.maximumAt)
              << fullDigits(row.share);
+        if (hasEnergies)
+            both(line, row.energy);
         if (!frozen.empty()) {
             const FrozenRow* const before = frozenOf(row, frozen);
             both(line, before != nullptr ? since(row.sum, before->sum) : RegionValue());

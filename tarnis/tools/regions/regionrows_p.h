@@ -1,6 +1,7 @@
 // The statistics of regions: one row for each region and curve. No widgets.
 #pragma once
 
+#include "tarnis/analysis/energycalibration.h"
 #include "tarnis/analysis/mapregion.h"
 #include "tarnis/analysis/regionstatistics.h"
 #include "tarnis/tools/panels/plotspectra_p.h"
@@ -38,6 +39,7 @@ struct RegionRow {
     double detectionLimit = noNumber;
     RegionValue centroid; ///< net centroid if significant, else gross
     RegionValue centroidY; ///< of maps
+    RegionValue energy; ///< of the centroid of a calibrated curve
     double fwhm = noNumber;
     RegionValue maximum;
     double maximumAt = noNumber;
@@ -57,6 +59,7 @@ struct FrozenRow {
 struct RegionTableOptions {
     int sideBins = 3; ///< of curves
     int frame = 2; ///< of maps
+    EnergyCalibration calibration; ///< of curves; not valid: no energies
 };
 
 /// Rows of all regions, with one row per curve for each.

@@ -183,9 +183,16 @@ void RegionTable::showColumns()
         std::all_of(rows.begin(), rows.end(), [](const RegionRow& row) { return row.curve.isEmpty(); });
     view.setColumnHidden(RegionTableModel::Curve, isMap || isOneCurve);
     view.setColumnHidden(RegionTableModel::Fwhm, isMap);
+    view.setColumnHidden(RegionTableModel::Energy, isMap || !m_model->hasEnergies());
     for (const int column : { RegionTableModel::SumSince, RegionTableModel::NetSince })
         view.setColumnHidden(column, !m_model->isFrozen());
     view.resizeColumnsToContents();
+    // Counts of a live plot get longer, and a resize with each update would shake the table.
+    const int spare = view.fontMetrics().horizontalAdvance(QStringLiteral("000"));
+    for (int column = RegionTableModel::Sum; column < RegionTableModel::Columns; ++column) {
+        if (!view.isColumnHidden(column))
+            view.setColumnWidth(column, view.columnWidth(column) + spare);
+    }
 }
 
 void RegionTable::showMessage(const QString& text)
@@ -250,7 +257,10 @@ QString RegionTable::loadRegions(const QString& path)
 
 void RegionTable::refresh()
 {
+    const bool hadEnergies = m_model->hasEnergies();
     m_model->refresh();
+    if (m_model->hasEnergies() != hadEnergies)
+        showColumns();
 }
 
 void RegionTable::freeze()

@@ -2,6 +2,7 @@
 
 #include "tarnis/plots/plotaccess_p.h"
 #include "tarnis/plots/viewselectedroi.h"
+#include "tarnis/tools/plotcalibration.h"
 
 #include <QLocale>
 
@@ -54,6 +55,8 @@ void RegionTableModel::refresh()
     std::vector<RegionRow> rows;
     if (m_tool && m_tool->plot() != nullptr) {
         const QList<PlotRegion> regions = allRegions();
+        const PlotCalibration* const applied = PlotCalibration::of(*m_tool->plot());
+        options.calibration = applied != nullptr ? applied->calibration() : EnergyCalibration();
         if (!regions.isEmpty())
             rows = isMap() ? regionRows(regions, mapOf(*m_tool->plot()), options)
                            : regionRows(regions, spectraOf(*m_tool->plot()), options);
@@ -137,6 +140,8 @@ QString RegionTableModel::textOf(const RegionRow& row, int column) const
         return valueText(row.centroid);
     case CentroidY:
         return valueText(row.centroidY);
+    case Energy:
+        return valueText(row.energy);
     case Fwhm:
         return std::isnan(row.fwhm) ? QStringLiteral("–") : QString::number(row.fwhm, 'g', 4);
     case Maximum:
@@ -182,8 +187,9 @@ QVariant RegionTableModel::headerData(int section, Qt::Orientation orientation, 
     if (orientation != Qt::Horizontal || role != Qt::DisplayRole)
         return {};
     const QStringList names { tr("Region"), tr("Curve"), tr("From"), tr("To"), tr("From Y"), tr("To Y"), tr("Bins"),
-        tr("Sum"), tr("Net"), tr("Centroid"), tr("Centroid Y"), tr("FWHM"), tr("Maximum"), tr("Maximum at"),
-        tr("Share"), tr("Sum since %1").arg(m_frozenAt), tr("Net since %1").arg(m_frozenAt) };
+        tr("Sum"), tr("Net"), tr("Centroid"), tr("Centroid Y"), tr("Energy [%1]").arg(options.calibration.unit),
+        tr("FWHM"), tr("Maximum"), tr("Maximum at"), tr("Share"), tr("Sum since %1").arg(m_frozenAt),
+        tr("Net since %1").arg(m_frozenAt) };
     return names.value(section);
 }
 

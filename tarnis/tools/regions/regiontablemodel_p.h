@@ -29,6 +29,7 @@ public:
         Net,
         Centroid,
         CentroidY,
+        Energy,
         Fwhm,
         Maximum,
         MaximumAt,
@@ -44,6 +45,7 @@ public:
     /// Reads the plot again.
     void refresh();
     bool isMap() const;
+    bool hasEnergies() const { return options.calibration.isValid(); } ///< the plot is calibrated
     const std::vector<RegionRow>& rows() const { return m_rows; }
 
     void freeze(const QString& when); ///< adds sum and net since then
