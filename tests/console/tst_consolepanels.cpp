@@ -89,6 +89,17 @@ private Q_SLOTS:
         QCOMPARE(window.dialog.findChildren<tarnis::FitPanel*>().size(), 1);
     }
 
+    // A narrow bar hides its last buttons, and of those that are no actions even its menu has nothing.
+    void standsFirstInTheBar()
+    {
+        PlotWindow window(new VectorGraphWidget);
+        auto* const bar = window.dialog.findChild<tarnis::PlotToolBar*>();
+        QVERIFY(bar);
+        QAction* const first = bar->actions().value(0);
+        QCOMPARE(first->menu() != nullptr ? first->menu()->actions().size() : 0, 4);
+        QCOMPARE(bar->widgetForAction(first)->objectName(), QStringLiteral("panelsButton"));
+    }
+
     void staysInAWindowThatFillsTheScreen()
     {
         PlotWindow window(new VectorGraphWidget);

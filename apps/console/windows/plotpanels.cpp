@@ -28,12 +28,18 @@ void place(QWidget& panel, QWidget& window)
 {
     panel.setAttribute(Qt::WA_DeleteOnClose);
     const QRect area = window.screen() != nullptr ? window.screen()->availableGeometry() : QRect();
-    const std::optional<QRect> free = placeBeside(panel.sizeHint(), window.frameGeometry(), area);
+    std::optional<QRect> free = placeBeside(panel.sizeHint(), window.frameGeometry(), area);
     auto* const layout = qobject_cast<QBoxLayout*>(window.layout());
-    if (!free && layout != nullptr) {
+    if (!free && layout != nullptr
+        && layout->totalMinimumSize().height() + panel.minimumSizeHint().height() <= area.height()) {
         layout->addWidget(&panel);
         panel.show();
         return;
+    }
+    // A low screen has room for neither: a window in its corner, above that of the plot.
+    if (!free && area.isValid()) {
+        const QSize size = panel.sizeHint().boundedTo(area.size());
+        free = QRect(QPoint(area.right() - size.width() + 1, area.bottom() - size.height() + 1), size);
     }
     panel.setParent(&window, Qt::Window);
     if (free)
@@ -62,17 +68,13 @@ template <typename Panel> void open(tarnis::PlotToolBar& bar)
     panel->activateWindow();
 }
 
-/// The button, with translated texts.
-class PanelsButton : public QToolButton {
+/// The menu, with translated texts. In a bar that is too narrow for its button it is a submenu.
+class PanelsMenu : public QMenu {
 public:
-    explicit PanelsButton(tarnis::PlotToolBar& bar)
-        : QToolButton(&bar)
+    explicit PanelsMenu(tarnis::PlotToolBar& bar)
+        : QMenu(&bar)
         , m_bar(bar)
-        , m_menu(new QMenu(this))
     {
-        setObjectName(QStringLiteral("panelsButton"));
-        setPopupMode(QToolButton::InstantPopup);
-        setMenu(m_menu);
         const bool isMap = qobject_cast<XY2DGraphWidget*>(bar.plot()) != nullptr;
         add("openRegions", [this] { open<tarnis::RegionTable>(m_bar); });
         if (!isMap) {
@@ -86,7 +88,7 @@ public:
 protected:
     void changeEvent(QEvent* event) override
     {
-        QToolButton::changeEvent(event);
+        QMenu::changeEvent(event);
         if (event->type() == QEvent::LanguageChange)
             setTexts();
     }
@@ -94,23 +96,22 @@ protected:
 private:
     template <typename Open> void add(const char* name, const Open& openPanel)
     {
-        QAction* const action = m_menu->addAction(QString());
+        QAction* const action = addAction(QString());
         action->setObjectName(QLatin1StringView(name));
         connect(action, &QAction::triggered, this, openPanel);
     }
     void setTexts()
     {
-        setText(PlotPanels::tr("Numbers"));
-        setToolTip(PlotPanels::tr("Numbers of this plot: regions, fits, peaks, energies"));
+        menuAction()->setText(PlotPanels::tr("Numbers"));
+        menuAction()->setToolTip(PlotPanels::tr("Numbers of this plot: regions, fits, peaks, energies"));
         const QStringList texts { PlotPanels::tr("Regions..."), PlotPanels::tr("Fit..."), PlotPanels::tr("Peaks..."),
             PlotPanels::tr("Energy Calibration...") };
-        const QList<QAction*> actions = m_menu->actions();
-        for (qsizetype i = 0; i < actions.size(); ++i)
-            actions.at(i)->setText(texts.value(i));
+        const QList<QAction*> entries = actions();
+        for (qsizetype i = 0; i < entries.size(); ++i)
+            entries.at(i)->setText(texts.value(i));
     }
 
     tarnis::PlotToolBar& m_bar;
-    QMenu* m_menu;
 };
 
 } // namespace
@@ -136,7 +137,14 @@ std::optional<QRect> placeBeside(const QSize& size, const QRect& frame, const QR
 
 void addPanels(tarnis::PlotToolBar& bar)
 {
-    bar.addWidget(new PanelsButton(bar));
+    QAction* const action = (new PanelsMenu(bar))->menuAction();
+    // At the front, where a narrow window shows it too.
+    bar.insertAction(bar.actions().value(0), action);
+    auto* const button = qobject_cast<QToolButton*>(bar.widgetForAction(action));
+    if (button == nullptr)
+        return;
+    button->setObjectName(QStringLiteral("panelsButton"));
+    button->setPopupMode(QToolButton::InstantPopup);
 }
 
 } // namespace console
