@@ -83,17 +83,22 @@ class Tree:
             raise ValueError(f"no test matches {patterns}")
         return found
 
+    def _program(self, name):
+        """Where the build puts the test's program; CTest does not say so before it is built."""
+        folder, test = name.split(".")
+        return self.build / "tests" / folder / f"tst_{test}"
+
     def _borrowed(self, name):
         """The program of --programs for this test, if it loads the shared libraries."""
         if self.programs and name not in self.borrowed:
-            program = self.programs / Path(self.tests[name]["command"][0]).name
+            program = self.programs / self._program(name).name
             needed = subprocess.run(["readelf", "-d", program], capture_output=True, text=True).stdout
             self.borrowed[name] = program if "libtarnis" in needed else None
         return self.borrowed.get(name)
 
     def make(self, names):
         """Builds what these tests need; false if it does not compile."""
-        targets = ["tarnis" if self._borrowed(name) else "tst_" + name.split(".")[1] for name in names]
+        targets = ["tarnis" if self._borrowed(name) else self._program(name).name for name in names]
         return subprocess.run(["ninja", "-C", self.build, *targets], stdout=subprocess.PIPE,
                               stderr=subprocess.STDOUT).returncode == 0
 
@@ -106,9 +111,8 @@ class Tree:
         environment = dict(os.environ)
         properties = {entry["name"]: entry["value"] for entry in test["properties"]}
         environment.update(entry.split("=", 1) for entry in properties.get("ENVIRONMENT", []))
-        command = test["command"]
+        command = [str(self._borrowed(name) or self._program(name))]
         if self._borrowed(name):
-            command = [str(self._borrowed(name))]
             environment["LD_LIBRARY_PATH"] = str(self.build / "tarnis")
         try:
             return subprocess.run(command, cwd=properties.get("WORKING_DIRECTORY", self.build), env=environment,
