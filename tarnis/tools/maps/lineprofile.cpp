@@ -94,7 +94,10 @@ void LineProfile::setOn(bool on)
 {
     if (on == m_isOn || plot() == nullptr)
         return;
+    const QPointer<LineProfile> self(this); // slots may delete the tool
     endDrag(true);
+    if (self.isNull())
+        return;
     m_isOn = on;
     m_switch->setChecked(on);
     setNeeds(on ? MouseMoves | KeyboardFocus : Needs(KeyboardFocus));
@@ -106,8 +109,11 @@ void LineProfile::setOn(bool on)
         const double middle = mapping.y().min + (mapping.y().max - mapping.y().min) / 2.0;
         const double edge = (right - left) * shareOfView;
         setLine({ left + edge, middle }, { right - edge, middle });
+    } else {
+        renew();
     }
-    renew();
+    if (self.isNull())
+        return;
     if (m_plot != nullptr && (m_plot->isWindow() || !on))
         m_plot->setVisible(on && plot()->isVisible());
     Q_EMIT onChanged(on);

@@ -292,14 +292,17 @@ QJsonObject LineProfile::saveState() const
 
 void LineProfile::restoreState(const QJsonObject& state)
 {
+    const QPointer<LineProfile> self(this); // slots may delete the tool
     setBandWidth(state.value(widthKey).toDouble(m_width));
-    for (int i = 0; i < 3; ++i) {
+    for (int i = 0; i < 3 && !self.isNull(); ++i) {
         if (state.value(joinKey).toString() == QLatin1String(joinNames[i]))
             setJoin(static_cast<Join>(i));
     }
-    if (const std::optional<PlacePair> line = placesFromJson(state.value(lineKey)))
+    const std::optional<PlacePair> line = placesFromJson(state.value(lineKey));
+    if (line && !self.isNull())
         setLine(line->from, line->to);
-    setOn(state.value(onKey).toBool(m_isOn));
+    if (!self.isNull())
+        setOn(state.value(onKey).toBool(m_isOn));
 }
 
 } // namespace tarnis
