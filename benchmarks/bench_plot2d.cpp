@@ -1,5 +1,5 @@
-// A map of N x N bins on a plot of 800 x 800 pixels, against the spelt-out drawing calls and against QCustomPlot
-// without interpolation. The contestants take turns within each round; the counters are medians over the rounds, in
+// A map of N x N bins on a plot of 800 x 800 pixels, against explicit drawing calls and against QCustomPlot without
+// interpolation. The contestants take turns within each round; the counters are medians over the rounds, in
 // milliseconds of the thread's processor time.
 //
 //   map, spelt   bins of the map: this library, and one drawing call for each bin; auto scale of Z included

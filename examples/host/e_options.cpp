@@ -51,7 +51,7 @@ int main(int argc, char** argv)
         report("upload", reply);
     });
     files->requestBinary("rxfile /notes.txt", large).then(&application, [&](const Reply& reply) {
-        const bool isDone = report("download", reply); // the text behind the payload
+        const bool isDone = report("download", reply); // the text after the payload
         out << QString::fromUtf8(reply.data);
         server.shutdown().then(
             &application, [isDone](const tarnis::ServerStep&) { QCoreApplication::exit(isDone ? 0 : 1); });

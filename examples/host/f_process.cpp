@@ -15,7 +15,7 @@ int main(int argc, char** argv)
     const QString program = argc > 1 ? application.arguments().at(1) : QStringLiteral("tarnis-simserver");
     QTextStream out(stdout);
 
-    ServerProcess process; // declared first: the program is asked to exit after the client has gone
+    ServerProcess process; // declared first, so that the program is requested to exit after the client was destroyed
     tarnis::ServerProcessOptions start;
     start.arguments = QStringList { "--seed", "1" };
     start.startTimeout = 0s; // no limit; the host may call kill()
@@ -34,7 +34,7 @@ int main(int argc, char** argv)
             process.stop();
         });
     });
-    // Exactly once for each start, whatever happens: also if the program is missing, exits early or crashes.
+    // Emitted exactly once for each start, even if the program is missing, exits early or crashes.
     QObject::connect(&process, &ServerProcess::ended, &application, [&](ServerProcess::End end, const QString& reason) {
         out << reason << Qt::endl;
         QCoreApplication::exit(end == ServerProcess::End::Stopped ? 0 : 1);

@@ -57,7 +57,7 @@ struct TARNIS_EXPORT RequestOptions {
     std::chrono::milliseconds deadline = std::chrono::seconds(60);
     /// The longest time without a byte from the server while waiting for this reply. 0: no limit.
     std::chrono::milliseconds silence = std::chrono::seconds(30);
-    /// Largest accepted reply, bytes; of a binary one of its payload, and of the text behind it. A larger one fails as
+    /// Largest accepted reply, bytes; for a binary one of its payload, and of the text after it. A larger one fails as
     /// soon as that is known, and the connection is made again.
     qint64 maxSize = qint64(256) << 20;
     /// Waiting requests are sent by descending priority, those of equal priority in order.

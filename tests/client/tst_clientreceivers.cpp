@@ -130,7 +130,7 @@ private Q_SLOTS:
         QCOMPARE(server.connectionCount(), 1);
     }
 
-    // The connection that is asked for last is the one that is made.
+    // The last requested connection is made.
     void connectToInAReceiverOfConnectTo()
     {
         ScriptedServer old;

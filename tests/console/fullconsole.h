@@ -1,4 +1,4 @@
-// A console with all of its windows, on a server that answers whatever they request.
+// A console with all of its windows, on a server that answers all their requests.
 #pragma once
 
 #include "app/language.h"

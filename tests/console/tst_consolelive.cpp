@@ -136,7 +136,7 @@ private Q_SLOTS:
         QVERIFY(live.areKept());
         QVERIFY(!live.canUpdate());
         if (action == "shutDownAction")
-            QVERIFY(server.waitUntilDeserted()); // no session is left behind
+            QVERIFY(server.waitUntilDeserted()); // no session remains
         TRY_VERIFY(!desk.window->controller().hasProcess());
         desk.window->controller().restart();
         QVERIFY(desk.reaches(ServerState::Up));

@@ -178,7 +178,7 @@ private Q_SLOTS:
         QVERIFY(eventually([&] { return widget.state() == State::Failed; }));
         QVERIFY2(line(widget).contains("The reply is a map, and"), qPrintable(line(widget)));
         QVERIFY(widget.last().rows.isEmpty());
-        widget.setFormat({}); // the polls have gone on
+        widget.setFormat({}); // polling has continued
         QVERIFY(eventually([&] { return widget.state() == State::Current; }));
     }
 

@@ -36,7 +36,7 @@ struct Host {
         }
         return texts;
     }
-    /// Until the manager has been told of the process's end.
+    /// Waits until the manager was notified of the end of the process.
     bool waitForEnd()
     {
         return eventually([this] { return manager->m_process->state() == QProcess::NotRunning; });

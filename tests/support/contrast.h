@@ -1,4 +1,4 @@
-// How well text stands out from its ground.
+// The contrast of text and background.
 #pragma once
 
 #include <QColor>

@@ -204,7 +204,7 @@ void detachAll(XYGraphWidget& plot)
     QCoreApplication::processEvents();
 }
 
-/// What exists below the plot and of windows; equal lists before and after mean that nothing was left behind.
+/// What exists below the plot and of windows; equal lists before and after mean that nothing remains.
 QStringList liveObjects(const XYGraphWidget& plot)
 {
     QStringList objects;

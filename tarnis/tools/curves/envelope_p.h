@@ -36,7 +36,7 @@ enum class EnvelopeOf {
     Counts ///< see isCount()
 };
 
-/// An entry for each run that holds such samples; bins beyond the end of the curve are left out. Equal to a look at
+/// An entry for each run that holds such samples; bins beyond the end of the curve are omitted. Equal to a look at
 /// every sample, at the speed of memory.
 QList<EnvelopeColumn> envelopeOf(const QList<ColumnRun>& runs, const ShownCurve& curve, EnvelopeOf which);
 

@@ -261,7 +261,7 @@ void ReferenceCurves::restoreState(const QJsonObject& state)
         const bool isOpen = std::any_of(m_references.begin(), m_references.end(),
             [&](const Reference& reference) { return reference.path == path; });
         if (!path.isEmpty() && !isOpen)
-            addFile(path); // one that is gone is left out
+            addFile(path); // a missing one is skipped
     }
 }
 
