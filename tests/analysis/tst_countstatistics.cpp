@@ -107,6 +107,7 @@ void TestCountStatistics::givesCurriesLevels()
     QVERIFY(std::fabs(levels.detection - (2.7055 + 32.897)) < 1e-3);
     QCOMPARE(currieLevels(0.0, 0.0).critical, 0.0);
     QVERIFY(liMaSignificance(5.0, 100.0, 0.2) < 0.0);
+    QVERIFY(liMaSignificance(35.0, 100.0, 0.2) > 0.0); // compared with alpha times the counts outside
     QCOMPARE(liMaSignificance(0.0, 0.0, 1.0), 0.0);
 }
 
