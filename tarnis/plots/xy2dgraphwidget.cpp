@@ -1,6 +1,5 @@
 // Construction, data and the fit of the axes to it. The rest of the class: _paint (bins, crosses, layout), _color
-// (scale and its controls), _mouse, _cut, _cutwindows, _roi, _files (images, CSV, printing, the menu of the colour
-// bar).
+// (scale and its controls), _mouse, _cut, _cutwindows, _roi, _files (images, CSV, printing).
 #include "tarnis/plots/xy2dgraphwidget.h"
 
 #include "tarnis/foundation/retranslator.h"
@@ -159,6 +158,21 @@ double XY2DGraphWidget::getStepY()
     if (m_data.isEmpty())
         return emptyStep;
     return (m_initMaxY - m_initMinY) / static_cast<double>(m_data.size());
+}
+
+qsizetype XY2DGraphWidget::columnCount() const
+{
+    return m_data.isEmpty() ? 0 : m_data.constFirst().size();
+}
+
+tarnis::BinAxis XY2DGraphWidget::binAxisX()
+{
+    return { m_minX, m_maxX, m_initMinX, m_manualX, getStepX(), m_resolutionX };
+}
+
+tarnis::BinAxis XY2DGraphWidget::binAxisY()
+{
+    return { m_minY, m_maxY, m_initMinY, m_manualY, getStepY(), m_resolutionY };
 }
 
 void XY2DGraphWidget::setResolution(unsigned int x, unsigned int y)

@@ -1,4 +1,4 @@
-// The colour scale: its five colours, its limits, and what changes them.
+// The colour scale: its five colours, its limits, and what changes them, the menu of the colour bar among it.
 #include "tarnis/plots/xy2dgraphwidget.h"
 
 #include "tarnis/foundation/modalbox_p.h"
@@ -11,6 +11,7 @@
 
 #include <QAction>
 #include <QColorDialog>
+#include <QMenu>
 #include <QPushButton>
 
 QColor XY2DGraphWidget::colMin = QColor(0x00, 0x00, 0x00);
@@ -243,4 +244,45 @@ void XY2DGraphWidget::onEditingColorBar()
 void XY2DGraphWidget::onFinishEditingColorBar()
 {
     m_finishedEditingColorBar = true;
+}
+
+void XY2DGraphWidget::openColorBarMenu(const QPoint& globalPosition)
+{
+    using Slot = void (XY2DGraphWidget::*)();
+    if (m_colorBarMenu != nullptr)
+        m_colorBarMenu->deleteLater();
+    m_colorBarMenu = new QMenu(this);
+    connect(m_colorBarMenu, &QMenu::aboutToHide, this, &XY2DGraphWidget::onColorBarMenuHide);
+    const auto addEntry = [this](const QString& text, Slot slot) { m_colorBarMenu->addAction(text, this, slot); };
+    // A colour dialog opens after the menu is gone.
+    const auto addColor = [this](const QString& text, const QColor& color, Slot slot) {
+        QPixmap icon(15, 15);
+        icon.fill(color);
+        connect(m_colorBarMenu->addAction(QIcon(icon), text), &QAction::triggered, this, slot, Qt::QueuedConnection);
+    };
+    addEntry(QStringLiteral("Pattern - Rainbow1"), &XY2DGraphWidget::onPatternRainbow1);
+    addEntry(QStringLiteral("Pattern - Rainbow2"), &XY2DGraphWidget::onPatternRainbow2);
+    addEntry(QStringLiteral("Pattern - Grayscale"), &XY2DGraphWidget::onPatternGrays);
+    addEntry(QStringLiteral("Pattern - BlueRedGreen"), &XY2DGraphWidget::onPatternBlueRedGreen);
+    addEntry(QStringLiteral("Pattern - RedWhiteBlue"), &XY2DGraphWidget::onPatternRedWhiteBlue);
+    addEntry(QStringLiteral("Pattern - CyanMagenta"), &XY2DGraphWidget::onPatternCyanMagenta);
+    addEntry(QStringLiteral("Pattern - YellowHot"), &XY2DGraphWidget::onPatternYellowHot);
+    addEntry(QStringLiteral("Pattern - Blue"), &XY2DGraphWidget::onPatternBlue);
+    addColor(QStringLiteral(" Edit - Max Color"), colMax, &XY2DGraphWidget::onMaxColor);
+    addColor(QStringLiteral(" Edit - Half Max Color"), colHalfMax, &XY2DGraphWidget::onHalfMaxColor);
+    addColor(QStringLiteral(" Edit - Half Color"), colHalf, &XY2DGraphWidget::onHalfColor);
+    addColor(QStringLiteral(" Edit - Half Min Color"), colHalfMin, &XY2DGraphWidget::onHalfMinColor);
+    addColor(QStringLiteral(" Edit - Min Color"), colMin, &XY2DGraphWidget::onMinColor);
+    addEntry(QStringLiteral("Edit - Reverse"), &XY2DGraphWidget::onColorReverse);
+    addColor(QStringLiteral(" Edit - Back Ground Color"), m_backGroundColor, &XY2DGraphWidget::onBackGroundColor);
+    m_colorBarMenu->popup(globalPosition);
+}
+
+void XY2DGraphWidget::onColorBarMenuHide()
+{
+    // A menu that has been replaced hides late; the one in its place stays.
+    if (m_colorBarMenu == nullptr || (sender() != nullptr && sender() != m_colorBarMenu))
+        return;
+    m_colorBarMenu->deleteLater();
+    m_colorBarMenu = nullptr;
 }

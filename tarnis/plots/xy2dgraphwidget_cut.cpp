@@ -2,6 +2,7 @@
 #include "tarnis/plots/xy2dgraphwidget.h"
 
 #include "tarnis/foundation/trace_p.h"
+#include "tarnis/plots/labeleditor_p.h"
 #include "tarnis/plots/math/axismapping_p.h"
 #include "tarnis/plots/math/projection_p.h"
 #include "tarnis/plots/plottool_p.h"
@@ -37,12 +38,6 @@ void XY2DGraphWidget::on1dCut(bool on)
     updateModeAndCursor();
 }
 
-void XY2DGraphWidget::uncheckTools()
-{
-    for (QAction* tool : { m_actRectangle, m_actZoomIn, m_actZoomOut, m_actMove })
-        tool->setChecked(false);
-}
-
 void XY2DGraphWidget::on1dCutInside(bool on)
 {
     m_1dCutInside = on;
@@ -52,29 +47,6 @@ void XY2DGraphWidget::on1dCutInside(bool on)
 void XY2DGraphWidget::on1dCutEdited(double x_min, double x_max, double y_min, double y_max)
 {
     update1dCutRect(x_min, x_max, y_min, y_max);
-}
-
-void XY2DGraphWidget::updateModeAndCursor()
-{
-    XYGraphWidget::updateModeAndCursor();
-    if (m_mode == tarnis::NoTool && (m_1dCutMode || IsRoiEnabled()))
-        m_mode = tarnis::RubberBandTool;
-    m_cutDragEdge = tarnis::NoEdge;
-}
-
-qsizetype XY2DGraphWidget::columnCount() const
-{
-    return m_data.isEmpty() ? 0 : m_data.constFirst().size();
-}
-
-tarnis::BinAxis XY2DGraphWidget::binAxisX()
-{
-    return { m_minX, m_maxX, m_initMinX, m_manualX, getStepX(), m_resolutionX };
-}
-
-tarnis::BinAxis XY2DGraphWidget::binAxisY()
-{
-    return { m_minY, m_maxY, m_initMinY, m_manualY, getStepY(), m_resolutionY };
 }
 
 void XY2DGraphWidget::init1dCutRect()
@@ -159,18 +131,35 @@ void XY2DGraphWidget::get1dData(QList<double>& horizontal, QList<double>& vertic
     tarnis::sumVisible(m_data, x, y, horizontal, vertical);
 }
 
-void XY2DGraphWidget::onSetRectangle(double x1, double x2, double y1, double y2)
+bool XY2DGraphWidget::takeEdge(Qt::MouseButton button, const QPoint& point)
 {
-    if (m_actRectangle->isChecked()) {
-        XYGraphWidget::onSetRectangle(x1, x2, y1, y2);
-    } else if (m_act1dCut->isChecked()) {
-        m_1dCutActive = true;
-        update1dCutRangeX(x1, x2);
-        update1dCutRangeY(y1, y2);
-        update1dCutRect(x1, x2, y1, y2);
-    } else if (IsRoiEnabled()) {
-        addRegion(x1, x2, y1, y2);
+    if (button != Qt::LeftButton && button != Qt::RightButton)
+        return false;
+    if (m_edit != nullptr) {
+        m_edit->deleteLater();
+        m_edit = nullptr;
     }
+    if (m_graphRect.contains(point))
+        m_cutDragEdge = tarnis::edgeAt(m_cutPixelRect, point);
+    if (m_cutDragEdge == tarnis::NoEdge)
+        return false;
+    if (button == Qt::LeftButton) {
+        const bool onX = m_cutDragEdge == tarnis::MinXEdge || m_cutDragEdge == tarnis::MaxXEdge;
+        setCursor(onX ? Qt::SplitHCursor : Qt::SplitVCursor);
+    } else {
+        openEdgeEditor(point);
+    }
+    return true;
+}
+
+void XY2DGraphWidget::openEdgeEditor(const QPoint& point)
+{
+    const double values[] = { 0.0, m_cutMinX, m_cutMaxX, m_cutMaxY, m_cutMinY };
+    m_edit = new tarnis::LabelEditor(QString::number(values[m_cutDragEdge], 'g', 6), this);
+    connect(m_edit, &QLineEdit::returnPressed, this, &XY2DGraphWidget::on1dCutEntered);
+    m_edit->move(point);
+    m_edit->show();
+    m_edit->setFocus();
 }
 
 void XY2DGraphWidget::on1dCutEntered()

@@ -1,8 +1,7 @@
-// Mouse events of the map: the menu of the colour bar, the edges of the cut, the read-out.
+// The mouse on the map: tools, rubber band, read-out.
 #include "tarnis/plots/xy2dgraphwidget.h"
 
 #include "tarnis/plots/colorbarwidget.h"
-#include "tarnis/plots/labeleditor_p.h"
 #include "tarnis/plots/math/maptext_p.h"
 #include "tarnis/plots/math/projection_p.h"
 #include "tarnis/plots/plottool_p.h"
@@ -11,6 +10,20 @@
 #include <QLineEdit>
 #include <QMouseEvent>
 #include <QToolTip>
+
+void XY2DGraphWidget::updateModeAndCursor()
+{
+    XYGraphWidget::updateModeAndCursor();
+    if (m_mode == tarnis::NoTool && (m_1dCutMode || IsRoiEnabled()))
+        m_mode = tarnis::RubberBandTool;
+    m_cutDragEdge = tarnis::NoEdge;
+}
+
+void XY2DGraphWidget::uncheckTools()
+{
+    for (QAction* tool : { m_actRectangle, m_actZoomIn, m_actZoomOut, m_actMove })
+        tool->setChecked(false);
+}
 
 void XY2DGraphWidget::mousePressEvent(QMouseEvent* event)
 {
@@ -28,37 +41,6 @@ void XY2DGraphWidget::mousePressEvent(QMouseEvent* event)
     const bool isZoom = m_mode == tarnis::ZoomInTool || m_mode == tarnis::ZoomOutTool;
     if (event->button() == Qt::LeftButton && isZoom && m_act1dCut->isChecked())
         refresh1dCut(true);
-}
-
-bool XY2DGraphWidget::takeEdge(Qt::MouseButton button, const QPoint& point)
-{
-    if (button != Qt::LeftButton && button != Qt::RightButton)
-        return false;
-    if (m_edit != nullptr) {
-        m_edit->deleteLater();
-        m_edit = nullptr;
-    }
-    if (m_graphRect.contains(point))
-        m_cutDragEdge = tarnis::edgeAt(m_cutPixelRect, point);
-    if (m_cutDragEdge == tarnis::NoEdge)
-        return false;
-    if (button == Qt::LeftButton) {
-        const bool onX = m_cutDragEdge == tarnis::MinXEdge || m_cutDragEdge == tarnis::MaxXEdge;
-        setCursor(onX ? Qt::SplitHCursor : Qt::SplitVCursor);
-    } else {
-        openEdgeEditor(point);
-    }
-    return true;
-}
-
-void XY2DGraphWidget::openEdgeEditor(const QPoint& point)
-{
-    const double values[] = { 0.0, m_cutMinX, m_cutMaxX, m_cutMaxY, m_cutMinY };
-    m_edit = new tarnis::LabelEditor(QString::number(values[m_cutDragEdge], 'g', 6), this);
-    connect(m_edit, &QLineEdit::returnPressed, this, &XY2DGraphWidget::on1dCutEntered);
-    m_edit->move(point);
-    m_edit->show();
-    m_edit->setFocus();
 }
 
 void XY2DGraphWidget::mouseReleaseEvent(QMouseEvent* event)
@@ -90,6 +72,20 @@ void XY2DGraphWidget::mouseMoveEvent(QMouseEvent* event)
     XYGraphWidget::mouseMoveEvent(event);
     if (m_mode == tarnis::MoveTool && m_selecting && m_act1dCut->isChecked())
         refresh1dCut(true);
+}
+
+void XY2DGraphWidget::onSetRectangle(double x1, double x2, double y1, double y2)
+{
+    if (m_actRectangle->isChecked()) {
+        XYGraphWidget::onSetRectangle(x1, x2, y1, y2);
+    } else if (m_act1dCut->isChecked()) {
+        m_1dCutActive = true;
+        update1dCutRangeX(x1, x2);
+        update1dCutRangeY(y1, y2);
+        update1dCutRect(x1, x2, y1, y2);
+    } else if (IsRoiEnabled()) {
+        addRegion(x1, x2, y1, y2);
+    }
 }
 
 QString XY2DGraphWidget::readOutAt(const QPoint& point)
