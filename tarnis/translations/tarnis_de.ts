@@ -2349,6 +2349,125 @@ Gezeigt ist das Ergebnis von %2.</translation>
     </message>
 </context>
 <context>
+    <name>tarnis::PlotKeyboard</name>
+    <message>
+        <source>The menu key opens the tools, F6 goes to the boxes beside the plot.</source>
+        <translation>Die Menütaste öffnet die Werkzeuge, F6 führt zu den Kästen neben dem Diagramm.</translation>
+    </message>
+    <message>
+        <source>Colour scale</source>
+        <translation>Farbskala</translation>
+    </message>
+    <message>
+        <source>%1 to %2</source>
+        <translation>%1 bis %2</translation>
+    </message>
+    <message>
+        <source>%1 from %2 to %3, logarithmic</source>
+        <translation>%1 von %2 bis %3, logarithmisch</translation>
+    </message>
+    <message>
+        <source>%1 from %2 to %3</source>
+        <translation>%1 von %2 bis %3</translation>
+    </message>
+    <message>
+        <source>Plot</source>
+        <translation>Diagramm</translation>
+    </message>
+    <message>
+        <source>Plot: %1</source>
+        <translation>Diagramm: %1</translation>
+    </message>
+    <message>
+        <source>X</source>
+        <translation>X</translation>
+    </message>
+    <message>
+        <source>Y</source>
+        <translation>Y</translation>
+    </message>
+    <message>
+        <source>colours</source>
+        <translation>Farben</translation>
+    </message>
+    <message>
+        <source>Map of %1 by %2 bins</source>
+        <translation>Karte mit %1 mal %2 Bins</translation>
+    </message>
+    <message>
+        <source>%1 of %2 curves with %3 bins</source>
+        <translation>%1 von %2 Kurven mit %3 Bins</translation>
+    </message>
+    <message>
+        <source>Curve with %1 bins</source>
+        <translation>Kurve mit %1 Bins</translation>
+    </message>
+    <message>
+        <source>&amp;Left End of the Axis...</source>
+        <translation>&amp;Linkes Ende der Achse...</translation>
+    </message>
+    <message>
+        <source>Left end of the axis</source>
+        <translation>Linkes Ende der Achse</translation>
+    </message>
+    <message>
+        <source>&amp;Right End of the Axis...</source>
+        <translation>&amp;Rechtes Ende der Achse...</translation>
+    </message>
+    <message>
+        <source>Right end of the axis</source>
+        <translation>Rechtes Ende der Achse</translation>
+    </message>
+    <message>
+        <source>&amp;Bottom End of the Axis...</source>
+        <translation>&amp;Unteres Ende der Achse...</translation>
+    </message>
+    <message>
+        <source>Bottom end of the axis</source>
+        <translation>Unteres Ende der Achse</translation>
+    </message>
+    <message>
+        <source>&amp;Top End of the Axis...</source>
+        <translation>&amp;Oberes Ende der Achse...</translation>
+    </message>
+    <message>
+        <source>Top end of the axis</source>
+        <translation>Oberes Ende der Achse</translation>
+    </message>
+    <message>
+        <source>To the Bo&amp;x Beside</source>
+        <translation>Zum Ka&amp;sten daneben</translation>
+    </message>
+    <message>
+        <source>Switch the tool of the mouse off first</source>
+        <translation>Schalten Sie zuerst das Werkzeug der Maus aus</translation>
+    </message>
+    <message>
+        <source>&amp;Colours...</source>
+        <translation>&amp;Farben...</translation>
+    </message>
+    <message>
+        <source>&amp;Upper Limit of the Colours...</source>
+        <translation>Ob&amp;ere Grenze der Farben...</translation>
+    </message>
+    <message>
+        <source>Lo&amp;wer Limit of the Colours...</source>
+        <translation>U&amp;ntere Grenze der Farben...</translation>
+    </message>
+    <message>
+        <source>Add a Re&amp;gion in the Middle</source>
+        <translation>Re&amp;gion in der Mitte hinzufügen</translation>
+    </message>
+    <message>
+        <source>Upper limit of the colours</source>
+        <translation>Obere Grenze der Farben</translation>
+    </message>
+    <message>
+        <source>Lower limit of the colours</source>
+        <translation>Untere Grenze der Farben</translation>
+    </message>
+</context>
+<context>
     <name>tarnis::PlotLegend</name>
     <message>
         <source>Legend</source>
