@@ -12,7 +12,7 @@ namespace {
 constexpr QRectF upper(50, 12, 535, 240);
 constexpr QRectF lower(50, 272, 535, 76);
 constexpr double highest = 220.0;
-constexpr double mostSigmas = 4.0;
+constexpr double maxSigmas = 4.0;
 
 double columnOf(double channel)
 {
@@ -26,7 +26,7 @@ double rowOf(double y)
 
 double residualRowOf(double sigmas)
 {
-    return lower.center().y() - sigmas / mostSigmas * 0.5 * lower.height();
+    return lower.center().y() - sigmas / maxSigmas * 0.5 * lower.height();
 }
 
 void drawCurve(QPainter& painter, const double* p, const QPen& pen)

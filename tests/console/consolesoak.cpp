@@ -232,7 +232,7 @@ private:
     int m_commands = 0;
     bool m_isCalm = false;
     bool m_isOpeningDue = false;
-    qsizetype m_mostWindows = 0;
+    qsizetype m_maxWindows = 0;
     QSize m_size; ///< size of the console before windows are tiled
     QList<std::size_t> m_heap; ///< minimum of each minute
     QList<std::size_t> m_closedHeap; ///< after each minute, with all windows closed
@@ -285,7 +285,7 @@ void Soak::openEverything()
         m_window.openWindow(entry);
     openCounted();
     m_window.windows().tile();
-    m_mostWindows = std::max(m_mostWindows, m_window.windows().onScreen().size());
+    m_maxWindows = std::max(m_maxWindows, m_window.windows().onScreen().size());
 }
 
 void Soak::fault(bool isOn)
@@ -470,8 +470,8 @@ void Soak::report(int seconds)
 {
     static const char* const kinds[] = { "curves", "map", "statistics" };
     std::printf("time            %d s\n", seconds);
-    std::printf("windows         %lld at a time, closed and opened %d times\n", static_cast<long long>(m_mostWindows),
-        m_rounds);
+    std::printf(
+        "windows         %lld at a time, closed and opened %d times\n", static_cast<long long>(m_maxWindows), m_rounds);
     std::printf("faults          %d set, server started again %d times\n", m_faultsSet, m_starts);
     std::printf("commands typed  %d\n", m_commands);
     for (int i = 0; i < 3; ++i) {

@@ -14,12 +14,12 @@ namespace {
 constexpr double tolerance = 1e-9; // fraction of a step
 constexpr double largestPlain = 1e5;
 constexpr double smallestPlain = 1e-3;
-constexpr int mostDecimals = 3; // decimals of a mantissa
+constexpr int maxDecimals = 3; // decimals of a mantissa
 constexpr double room = 0.05;
 constexpr double leastRoom = 0.01; // minimum free fraction before the axis grows
 constexpr double leastUse = 0.75; // minimum used fraction before the axis shrinks
 constexpr double lowestCount = 0.5;
-constexpr int mostTicks = 1000;
+constexpr int maxTicks = 1000;
 
 double powerOfTen(int exponent)
 {
@@ -105,7 +105,7 @@ QList<double> multiplesIn(AxisRange range, double step)
     QList<double> values;
     const double first = std::ceil(range.min / step - tolerance);
     const double count = std::floor(range.max / step + tolerance) - first;
-    for (int i = 0; i <= std::min<double>(count, mostTicks); ++i)
+    for (int i = 0; i <= std::min<double>(count, maxTicks); ++i)
         values.append((first + i) * step);
     return values;
 }
@@ -168,7 +168,7 @@ TickPlan linearPlan(AxisRange range, int most, double smallestStep)
         return plan;
     const double firstPart = std::ceil(low / part - tolerance);
     const double partCount = std::floor(high / part + tolerance) - firstPart;
-    for (int i = 0; i <= std::min<double>(partCount, double(mostTicks) * parts); ++i) {
+    for (int i = 0; i <= std::min<double>(partCount, double(maxTicks) * parts); ++i) {
         if (std::fmod(firstPart + i, parts) != 0.0)
             plan.minor.append((firstPart + i) * part);
     }
@@ -223,7 +223,7 @@ QList<AxisLabel> axisLabels(const TickPlan& plan, LargeNumbers form)
     const int exponent = isByPrefix ? thousands : magnitude;
     const bool isPlain = largest < largestPlain && (largest >= smallestPlain || largest == 0.0);
     // Beyond the prefixes, written out a value has more digits than fit on a plot.
-    const bool isScaled = !isPlain && (exponent + decimals <= mostDecimals || !hasPrefix);
+    const bool isScaled = !isPlain && (exponent + decimals <= maxDecimals || !hasPrefix);
     for (const double value : plan.major) {
         if (!isScaled || value == 0.0) {
             labels.append({ fixed(value, value == 0.0 ? (isScaled ? 0 : decimals) : decimals), {} });

@@ -18,12 +18,12 @@ constexpr double largestEnd = 1e300;
 // A span of fewer representable numbers would show the resolution of double instead of data.
 constexpr double fewestNumbers = 1024.0;
 
-// Decades beyond this are not representable.
-constexpr double mostDecades = 300.0;
+// Decades beyond this are no values any more.
+constexpr double maxDecades = 300.0;
 
 bool isUsable(double low, double high, AxisScale scale)
 {
-    const double end = scale == AxisScale::Log ? mostDecades : largestEnd;
+    const double end = scale == AxisScale::Log ? maxDecades : largestEnd;
     return std::abs(low) <= end && std::abs(high) <= end && low != high; // false for NaN
 }
 

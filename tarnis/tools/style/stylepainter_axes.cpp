@@ -15,9 +15,9 @@ namespace tarnis {
 
 namespace {
 
-constexpr double spanOfWholes = 2.0; // an axis without decimals has integer steps from this span on
-constexpr int mostTicksX = 12;
-constexpr int mostTicksY = 10;
+constexpr double spanOfWholes = 2.0; // from which an axis without decimals has whole steps
+constexpr int maxTicksX = 12;
+constexpr int maxTicksY = 10;
 constexpr double linesPerTick = 2.4;
 
 LargeNumbers numbersOf(PlotStyle::NumberForm form)
@@ -96,7 +96,7 @@ StylePainter::Axis StylePainter::axisX(const QRect& graph, const Scale& scale)
         return true;
     };
     Axis axis;
-    for (int most = std::clamp(graph.width() / std::max(4 * scale.character, 1), 1, mostTicksX); most >= 1; --most) {
+    for (int most = std::clamp(graph.width() / std::max(4 * scale.character, 1), 1, maxTicksX); most >= 1; --most) {
         const TickPlan plan = linearPlan(ticks, most, step);
         axis = axisOf(plan, axisLabels(plan, numbersOf(options.numbers)), scale, place);
         if (fits(axis))
@@ -113,7 +113,7 @@ StylePainter::Axis StylePainter::axisY(const QRect& graph, const Scale& scale)
     const bool isMap = qobject_cast<const XY2DGraphWidget*>(&m_plot) != nullptr;
     const bool isLog = PlotAccess::isLogY(m_plot) && !isMap;
     const int most =
-        std::clamp(static_cast<int>(graph.height() / (linesPerTick * std::max(scale.line, 1))), 1, mostTicksY);
+        std::clamp(static_cast<int>(graph.height() / (linesPerTick * std::max(scale.line, 1))), 1, maxTicksY);
     const double low = isLog ? floorLog10(y.min) : y.min;
     const double high = isLog ? floorLog10(y.max) : y.max;
     const auto place = [&](double value) {

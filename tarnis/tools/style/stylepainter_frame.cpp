@@ -20,9 +20,9 @@ namespace {
 // Texts are enlarged above this plot size, up to twice.
 constexpr double plainWidth = 760.0;
 constexpr double plainHeight = 480.0;
-constexpr double mostGrowth = 2.0;
-constexpr int mostLegendRows = 3;
-constexpr double thinnestSide = 0.3; // minimum fraction of the space for square bins
+constexpr double maxGrowth = 2.0;
+constexpr int maxLegendRows = 3;
+constexpr double thinnestSide = 0.3; // of the room, before square bins are given up
 
 QFont sized(QFont font, double pixels)
 {
@@ -48,7 +48,7 @@ int heightOf(const QFont& font)
 StylePainter::Scale StylePainter::scaleOf(const QFont& font, QSize size) const
 {
     Scale scale;
-    scale.growth = std::clamp(std::min(size.width() / plainWidth, size.height() / plainHeight), 1.0, mostGrowth)
+    scale.growth = std::clamp(std::min(size.width() / plainWidth, size.height() / plainHeight), 1.0, maxGrowth)
         * options.textScale;
     const double pixels = QFontInfo(font).pixelSize() * scale.growth;
     scale.label = sized(font, pixels);
@@ -93,11 +93,11 @@ bool StylePainter::hasTitleRow() const
     return (options.title && !PlotAccess::title(m_plot).isEmpty()) || !PlotAccess::notes(m_plot).isEmpty();
 }
 
-/// Entries in rows; the last one shows the number of entries that do not fit.
-StylePainter::Legend StylePainter::legendOf(int width, int mostRows, const Scale& scale) const
+/// Entries in rows; those for which there is no room are counted in the last one.
+StylePainter::Legend StylePainter::legendOf(int width, int maxRows, const Scale& scale) const
 {
     const auto* const many = qobject_cast<const MultiVectorGraphWidget*>(&m_plot);
-    if (!options.legend || many == nullptr || mostRows < 1 || hasLegendTool(m_plot))
+    if (!options.legend || many == nullptr || maxRows < 1 || hasLegendTool(m_plot))
         return {};
     const QList<Series>& series = PlotAccess::series(*many);
     const QList<SummedCurve> curves = curvesOf(series, PlotAccess::addType(*many), PlotAccess::groupSize(*many));
@@ -118,7 +118,7 @@ StylePainter::Legend StylePainter::legendOf(int width, int mostRows, const Scale
     for (qsizetype i = 0; i < entries.size(); ++i) {
         const Entry& entry = entries.at(i);
         const QString rest = QStringLiteral("+%1").arg(entries.size() - i);
-        const bool isLastRow = legend.rows.size() == mostRows;
+        const bool isLastRow = legend.rows.size() == maxRows;
         const int restWidth = i + 1 < entries.size() && isLastRow ? metrics.horizontalAdvance(rest) : 0;
         if (used + entry.width + restWidth > width) {
             if (isLastRow) {
@@ -146,14 +146,14 @@ QRect StylePainter::graphIn(const QRect& frame, const Scale& scale, Axis& x, Axi
     const bool isSmall = frame.height() < 11 * scale.line;
     const int names = isSmall ? 0 : scale.nameLine + scale.pad;
     const int titleRow = !isSmall && hasTitleRow() ? scale.titleLine + scale.pad : 0;
-    const int mostRows = isSmall ? 0 : std::clamp(frame.height() / (10 * scale.line), 1, mostLegendRows);
+    const int maxRows = isSmall ? 0 : std::clamp(frame.height() / (10 * scale.line), 1, maxLegendRows);
     const int under =
         scale.thickness + scale.tick + scale.pad / 2 + scale.line + scale.pad + (nameX().isEmpty() ? 0 : names);
     const int leftOfLabels = (nameY().isEmpty() ? 0 : names) + scale.pad;
     int right = scale.pad + scale.character;
     QRect graph = frame.adjusted(leftOfLabels + 6 * scale.character, scale.line + titleRow, -right, -under);
     for (int pass = 0; pass < 2; ++pass) {
-        legend = legendOf(graph.width(), mostRows, scale);
+        legend = legendOf(graph.width(), maxRows, scale);
         const int rows = static_cast<int>(legend.rows.size());
         // Below title and legend; without both, leaves space for a tool's line of text.
         const int top =

@@ -131,7 +131,7 @@ private:
     Axis axisY(const QRect& graph, const Scale& scale);
     Axis axisOf(const TickPlan& plan, const QList<AxisLabel>& labels, const Scale& scale,
         const std::function<double(double)>& place);
-    Legend legendOf(int width, int mostRows, const Scale& scale) const;
+    Legend legendOf(int width, int maxRows, const Scale& scale) const;
     QRect graphIn(const QRect& frame, const Scale& scale, Axis& x, Axis& y, Legend& legend);
     QRect squared(const QRect& graph) const;
     void paintAxes(QPainter& painter, const QRect& graph, const Scale& scale, const Axis& x, const Axis& y);
