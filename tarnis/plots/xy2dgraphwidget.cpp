@@ -42,7 +42,7 @@ QAction* addCheckable(QWidget* widget, const char* text)
 
 XY2DGraphWidget::XY2DGraphWidget(QWidget* parent)
     : XYGraphWidget(parent)
-    , m_map(std::make_unique<tarnis::BinMap>())
+    , m_map(std::make_unique<tarnis::MapPainter>())
 {
     SetPaintGridLineOnGraph(true);
     m_margin.setRight(firstBarMargin);

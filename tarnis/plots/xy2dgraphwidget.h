@@ -21,7 +21,7 @@ class ViewSelectedROI;
 class XYRangeInputDialog;
 
 namespace tarnis {
-class BinMap;
+class MapPainter;
 class ColorScale;
 enum class CutContent;
 enum class FivePoints;
@@ -272,7 +272,7 @@ protected:
     bool m_editingColorBar = false, m_finishedEditingColorBar = false;
     /// @}
 
-    std::unique_ptr<tarnis::BinMap> m_map; ///< paints the bins; owns the buffers for this
+    std::unique_ptr<tarnis::MapPainter> m_map; ///< paints the bins and keeps buffers for it
 
     /// Steps of the above. @{
     tarnis::BinAxis binAxisX();

@@ -31,7 +31,7 @@ void XY2DGraphWidget::onPaint(QPainter& painter, QRect const& graph)
     fitColorScale();
     if (m_data.isEmpty())
         return;
-    const tarnis::BinView view { graph, tarnis::visibleBins(binAxisX(), graph.width(), columnCount()),
+    const tarnis::BinGeometry view { graph, tarnis::visibleBins(binAxisX(), graph.width(), columnCount()),
         tarnis::visibleBins(binAxisY(), graph.height(), m_data.size()) };
     using tarnis::BinReduction;
     const bool isExact = tarnis::exactDeviceBehind(painter) != nullptr; // it shows every bin

@@ -36,7 +36,7 @@ QRect anyGraph(std::mt19937_64& random)
 
 } // namespace
 
-class TestPlotMap : public QObject {
+class TestAxisMapping : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -57,7 +57,7 @@ private Q_SLOTS:
     void editorStaysInsideWhateverTheLabel();
 };
 
-void TestPlotMap::mapsCorners()
+void TestAxisMapping::mapsCorners()
 {
     QCOMPARE(tarnis::valueAt({ 50, 119 }, ranges, graph), QPointF(0, 0));
     QCOMPARE(tarnis::valueAt({ 250, 19 }, ranges, graph), QPointF(400, 50));
@@ -68,7 +68,7 @@ void TestPlotMap::mapsCorners()
     QVERIFY(!std::isfinite(tarnis::valueAt({ 1, 1 }, ranges, QRect()).x()));
 }
 
-void TestPlotMap::mapsThereAndBack()
+void TestAxisMapping::mapsThereAndBack()
 {
     auto random = tarnis::testing::seededGenerator(21);
     for (int i = 0; i < 20000; ++i) {
@@ -83,7 +83,7 @@ void TestPlotMap::mapsThereAndBack()
     }
 }
 
-void TestPlotMap::rectangleOfTheWholeGraphIsTheRange()
+void TestAxisMapping::rectangleOfTheWholeGraphIsTheRange()
 {
     auto random = tarnis::testing::seededGenerator(22);
     for (int i = 0; i < 5000; ++i) {
@@ -97,7 +97,7 @@ void TestPlotMap::rectangleOfTheWholeGraphIsTheRange()
     }
 }
 
-void TestPlotMap::rectangleOfAPixel()
+void TestAxisMapping::rectangleOfAPixel()
 {
     const PlotRanges values = tarnis::valuesOf(QRect(60, 100, 1, 1), ranges, graph);
     QCOMPARE(values.x.min, 20.0);
@@ -106,7 +106,7 @@ void TestPlotMap::rectangleOfAPixel()
     QCOMPARE(values.y.max, 10.0);
 }
 
-void TestPlotMap::rectangleOutsideGoesOutside()
+void TestAxisMapping::rectangleOutsideGoesOutside()
 {
     const PlotRanges values = tarnis::valuesOf(QRect(QPoint(40, 10), QPoint(259, 129)), ranges, graph);
     QCOMPARE(values.x.min, -20.0);
@@ -115,7 +115,7 @@ void TestPlotMap::rectangleOutsideGoesOutside()
     QCOMPARE(values.y.max, 55.0);
 }
 
-void TestPlotMap::zoomInKeepsThePointAndMovesByFivePerCent()
+void TestAxisMapping::zoomInKeepsThePointAndMovesByFivePerCent()
 {
     auto random = tarnis::testing::seededGenerator(23);
     for (int i = 0; i < 5000; ++i) {
@@ -136,7 +136,7 @@ void TestPlotMap::zoomInKeepsThePointAndMovesByFivePerCent()
     }
 }
 
-void TestPlotMap::zoomInAtTheLeftEdge()
+void TestAxisMapping::zoomInAtTheLeftEdge()
 {
     const PlotRanges zoomed = tarnis::zoomedInAt({ 50, 119 }, ranges, graph);
     QCOMPARE(zoomed.x.min, 0.0);
@@ -145,7 +145,7 @@ void TestPlotMap::zoomInAtTheLeftEdge()
     QCOMPARE(zoomed.y.max, 50.0 - 99 * 2.5 / 100);
 }
 
-void TestPlotMap::zoomInLeavesReversedAndEmptyRanges()
+void TestAxisMapping::zoomInLeavesReversedAndEmptyRanges()
 {
     const PlotRanges zoomed = tarnis::zoomedInAt({ 100, 60 }, { { 400, 0 }, { 5, 5 } }, graph);
     QCOMPARE(zoomed.x.min, 400.0);
@@ -154,7 +154,7 @@ void TestPlotMap::zoomInLeavesReversedAndEmptyRanges()
     QCOMPARE(zoomed.y.max, 5.0);
 }
 
-void TestPlotMap::zoomOutMovesSlightlyMoreThanZoomIn()
+void TestAxisMapping::zoomOutMovesSlightlyMoreThanZoomIn()
 {
     const PlotRanges in = tarnis::zoomedInAt({ 150, 70 }, ranges, graph);
     const PlotRanges out = tarnis::zoomedOutAt({ 150, 70 }, ranges, graph);
@@ -164,14 +164,14 @@ void TestPlotMap::zoomOutMovesSlightlyMoreThanZoomIn()
     QVERIFY(reversed.x.min > 400.0 && reversed.x.max < 0.0);
 }
 
-void TestPlotMap::zoomOutUsesTheMinimumAlreadyMoved()
+void TestAxisMapping::zoomOutUsesTheMinimumAlreadyMoved()
 {
     const AxisRange out = tarnis::zoomedOut({ 0.0, 100.0 }, 100, 100, 200);
     QCOMPARE(out.min, -2.5);
     QCOMPARE(out.max, 100.0 + 100 * 102.5 * 0.05 / 200);
 }
 
-void TestPlotMap::moveFollowsThePointer()
+void TestAxisMapping::moveFollowsThePointer()
 {
     const PlotRanges moved = tarnis::movedAlong({ 100, 100 }, { 110, 95 }, ranges, graph);
     QCOMPARE(moved.x.min, -20.0);
@@ -183,7 +183,7 @@ void TestPlotMap::moveFollowsThePointer()
     QCOMPARE(still.y.max, 50.0);
 }
 
-void TestPlotMap::moveKeepsTheWidths()
+void TestAxisMapping::moveKeepsTheWidths()
 {
     auto random = tarnis::testing::seededGenerator(24);
     std::uniform_int_distribution<int> pixel(-200, 900);
@@ -201,7 +201,7 @@ void TestPlotMap::moveKeepsTheWidths()
     }
 }
 
-void TestPlotMap::editor_data()
+void TestAxisMapping::editor_data()
 {
     QTest::addColumn<QRect>("label");
     QTest::addColumn<bool>("upright");
@@ -215,14 +215,14 @@ void TestPlotMap::editor_data()
     QTest::newRow("laid down on an upright label") << QRect(100, 100, 15, 80) << true << QRect(47, 133, 120, 15);
 }
 
-void TestPlotMap::editor()
+void TestAxisMapping::editor()
 {
     QFETCH(QRect, label);
     QFETCH(bool, upright);
     QTEST(tarnis::editorRect(label, upright, QRect(0, 0, 400, 300)), "expected");
 }
 
-void TestPlotMap::editorStaysInsideWhateverTheLabel()
+void TestAxisMapping::editorStaysInsideWhateverTheLabel()
 {
     auto random = tarnis::testing::seededGenerator(25);
     std::uniform_int_distribution<int> edge(-500, 900);
@@ -236,5 +236,5 @@ void TestPlotMap::editorStaysInsideWhateverTheLabel()
     }
 }
 
-QTEST_APPLESS_MAIN(TestPlotMap)
+QTEST_APPLESS_MAIN(TestAxisMapping)
 #include "tst_axismapping.moc"

@@ -28,7 +28,7 @@ BinRows randomRows(Generator& generator, int columns, int rows)
     return bins;
 }
 
-BinView randomView(Generator& generator, int columns, int rows)
+BinGeometry randomView(Generator& generator, int columns, int rows)
 {
     const auto axis = [&](int bins) {
         BinAxis result;
@@ -43,7 +43,7 @@ BinView randomView(Generator& generator, int columns, int rows)
 }
 
 /// The finite bins at each pixel, by the pixel where a bin begins.
-std::map<std::pair<int, int>, QList<double>> byPixel(const BinRows& rows, const BinView& view)
+std::map<std::pair<int, int>, QList<double>> byPixel(const BinRows& rows, const BinGeometry& view)
 {
     std::map<std::pair<int, int>, QList<double>> pixels;
     for (int y = view.y.first; y < view.y.end; ++y) {
@@ -69,7 +69,7 @@ private Q_SLOTS:
             const int columns = whole(generator, 1, 150);
             const int count = whole(generator, 1, 150);
             const BinRows rows = randomRows(generator, columns, count);
-            const BinView view = randomView(generator, columns, count);
+            const BinGeometry view = randomView(generator, columns, count);
             const auto expected = byPixel(rows, view);
             for (const BinReduction reduction : { BinReduction::Maximum, BinReduction::Sum, BinReduction::Mean }) {
                 const BinRows result = reducedBins(rows, view, reduction);
@@ -101,7 +101,7 @@ private Q_SLOTS:
     {
         const BinRows rows { { 1, 2 }, { 3, 4 } };
         const BinAxis axis { 0, 2, 0, true, 1, 1 };
-        const BinView view { QRect(0, 0, 100, 100), visibleBins(axis, 100, 2), visibleBins(axis, 100, 2) };
+        const BinGeometry view { QRect(0, 0, 100, 100), visibleBins(axis, 100, 2), visibleBins(axis, 100, 2) };
         QVERIFY(!hasSharedPixels(view));
         QCOMPARE(reducedBins(rows, view, BinReduction::Sum), rows);
     }
@@ -111,7 +111,7 @@ private Q_SLOTS:
         const BinRows rows { { 1, 2 }, { infinity, std::nan("") } };
         for (const double end : { 0.0, -5.0, 1e300, std::nan(""), infinity }) {
             const BinAxis axis { 0, end, 0, true, 1, 1 };
-            const BinView view { QRect(0, 0, 1, 1), visibleBins(axis, 1, 2), visibleBins(axis, 1, 2) };
+            const BinGeometry view { QRect(0, 0, 1, 1), visibleBins(axis, 1, 2), visibleBins(axis, 1, 2) };
             QCOMPARE(reducedBins(rows, view, BinReduction::Maximum).size(), 2);
             QCOMPARE(reducedBins({}, view, BinReduction::Sum).size(), 0);
         }

@@ -146,7 +146,7 @@ void TestColorScale::tablesBitByBit()
     QFETCH(bool, wide);
     tarnis::setAvx2(wide);
     Generator generator = seededGenerator(11);
-    tarnis::BinPixels converter;
+    tarnis::BinColouring converter;
     for (int i = 0; i < 1500; ++i) {
         const MapState map = randomScale(generator);
         const auto name = static_cast<tarnis::TableName>(generator() % tarnis::tableCount);
@@ -252,7 +252,7 @@ void TestColorScale::rowsBitByBit()
     QFETCH(bool, counts);
     tarnis::setAvx2(wide);
     Generator generator = seededGenerator(counts ? 2 : 3);
-    tarnis::BinPixels converter;
+    tarnis::BinColouring converter;
     for (int i = 0; i < 2500; ++i) {
         const MapState map = randomScale(generator);
         converter.setScale(scaleOf(map));
@@ -293,7 +293,7 @@ void TestColorScale::groupsBitByBit()
     QFETCH(int, widest);
     tarnis::setAvx2(wide);
     Generator generator = seededGenerator(static_cast<unsigned long long>(widest));
-    tarnis::BinPixels converter;
+    tarnis::BinColouring converter;
     for (int i = 0; i < 1500; ++i) {
         MapState map = randomScale(generator);
         converter.setScale(scaleOf(map));

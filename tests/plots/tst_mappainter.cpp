@@ -138,11 +138,11 @@ tarnis::ColorScale scaleOf(const MapState& map)
     return tarnis::ColorScale(map.minZ, map.maxZ, map.logScale, map.colors);
 }
 
-tarnis::BinView viewOf(const MapState& map, const QRect& rect)
+tarnis::BinGeometry viewOf(const MapState& map, const QRect& rect)
 {
     const tarnis::BinAxis x = { map.minX, map.maxX, map.initMinX, map.manualX, oracleStepX(map), map.resolutionX };
     const tarnis::BinAxis y = { map.minY, map.maxY, map.initMinY, map.manualY, oracleStepY(map), map.resolutionY };
-    tarnis::BinView view;
+    tarnis::BinGeometry view;
     view.rect = rect;
     view.x = tarnis::visibleBins(x, rect.width(), map.data.isEmpty() ? 0 : map.data.at(0).size());
     view.y = tarnis::visibleBins(y, rect.height(), map.data.size());
@@ -193,7 +193,7 @@ QString described(const MapState& map, const Canvas& canvas, const QImage& expec
                 first = QPoint(x, y);
         }
     }
-    const tarnis::BinView view = viewOf(map, canvas.rect);
+    const tarnis::BinGeometry view = viewOf(map, canvas.rect);
     return QStringLiteral("%1 pixels differ, first (%2,%3): %4 for %5; plot (%6,%7) %8x%9 offset (%10,%11); ")
                .arg(different)
                .arg(first.x())
@@ -222,7 +222,7 @@ QString described(const MapState& map, const Canvas& canvas, const QImage& expec
 
 Q_DECLARE_METATYPE(std::function<void(QPainter&)>)
 
-class TestBinMap : public QObject {
+class TestMapPainter : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -240,10 +240,10 @@ private Q_SLOTS:
     void emptyFirstRow();
 
 private:
-    void compare(tarnis::BinMap& product, const MapState& map, const Canvas& canvas, int number);
+    void compare(tarnis::MapPainter& product, const MapState& map, const Canvas& canvas, int number);
 };
 
-void TestBinMap::compare(tarnis::BinMap& product, const MapState& map, const Canvas& canvas, int number)
+void TestMapPainter::compare(tarnis::MapPainter& product, const MapState& map, const Canvas& canvas, int number)
 {
     const QImage expected = canvas.painted([&](QPainter& painter) { oraclePaintBins(painter, canvas.rect, map); });
     const QImage actual = canvas.painted(
@@ -252,7 +252,7 @@ void TestBinMap::compare(tarnis::BinMap& product, const MapState& map, const Can
         QFAIL(qPrintable(QStringLiteral("case %1: %2").arg(number).arg(described(map, canvas, expected, actual))));
 }
 
-void TestBinMap::picture_data()
+void TestMapPainter::picture_data()
 {
     QTest::addColumn<int>("cases");
     QTest::addColumn<int>("maxBins");
@@ -272,7 +272,7 @@ void TestBinMap::picture_data()
     QTest::newRow("2048 bins, counts") << 40 << 2048 << 0 << 0.2 << false;
 }
 
-void TestBinMap::picture()
+void TestMapPainter::picture()
 {
     QFETCH(int, cases);
     QFETCH(int, maxBins);
@@ -280,7 +280,7 @@ void TestBinMap::picture()
     QFETCH(double, zeros);
     QFETCH(bool, ragged);
     Generator generator = seededGenerator(qHash(QLatin1String(QTest::currentDataTag())));
-    tarnis::BinMap product;
+    tarnis::MapPainter product;
     for (int number = 0; number < cases && !QTest::currentTestFailed(); ++number) {
         MapState map;
         const Bins bins = { whole(generator, 0, maxBins), whole(generator, 0, maxBins), kind, zeros, ragged };
@@ -292,12 +292,12 @@ void TestBinMap::picture()
     }
 }
 
-void TestBinMap::pictureInPlainLoops_data()
+void TestMapPainter::pictureInPlainLoops_data()
 {
     picture_data();
 }
 
-void TestBinMap::pictureInPlainLoops()
+void TestMapPainter::pictureInPlainLoops()
 {
     tarnis::setAvx2(false);
     QFETCH(int, cases);
@@ -306,7 +306,7 @@ void TestBinMap::pictureInPlainLoops()
     QFETCH(double, zeros);
     QFETCH(bool, ragged);
     Generator generator = seededGenerator(1 + qHash(QLatin1String(QTest::currentDataTag())));
-    tarnis::BinMap product;
+    tarnis::MapPainter product;
     for (int number = 0; number < cases / 4 && !QTest::currentTestFailed(); ++number) {
         MapState map;
         const Bins bins = { whole(generator, 0, maxBins), whole(generator, 0, maxBins), kind, zeros, ragged };
@@ -318,7 +318,7 @@ void TestBinMap::pictureInPlainLoops()
     }
 }
 
-void TestBinMap::paintersOfAllKinds_data()
+void TestMapPainter::paintersOfAllKinds_data()
 {
     using Change = std::function<void(QPainter&)>;
     QTest::addColumn<std::function<void(QPainter&)>>("change");
@@ -357,12 +357,12 @@ void TestBinMap::paintersOfAllKinds_data()
                                      << format(QImage::Format_RGB32);
 }
 
-void TestBinMap::paintersOfAllKinds()
+void TestMapPainter::paintersOfAllKinds()
 {
     QFETCH(std::function<void(QPainter&)>, change);
     QFETCH(int, format);
     Generator generator = seededGenerator(11);
-    tarnis::BinMap product;
+    tarnis::MapPainter product;
     for (int number = 0; number < 60; ++number) {
         MapState map;
         const Bins bins = { whole(generator, 1, 120), whole(generator, 1, 120), number % 2, 0.3, false };
@@ -387,7 +387,7 @@ void TestBinMap::paintersOfAllKinds()
     }
 }
 
-void TestBinMap::viewsBeyondAllIntegers_data()
+void TestMapPainter::viewsBeyondAllIntegers_data()
 {
     QTest::addColumn<double>("min");
     QTest::addColumn<double>("max");
@@ -404,11 +404,11 @@ void TestBinMap::viewsBeyondAllIntegers_data()
     QTest::newRow("up to infinity") << 0.0 << infinity;
 }
 
-void TestBinMap::viewsBeyondAllIntegers()
+void TestMapPainter::viewsBeyondAllIntegers()
 {
     QFETCH(double, min);
     QFETCH(double, max);
-    tarnis::BinMap product;
+    tarnis::MapPainter product;
     for (int axes = 0; axes < 16; ++axes) {
         MapState map;
         map.data = QList<QList<double>>(10, QList<double>(10, 7.0));
@@ -426,7 +426,7 @@ void TestBinMap::viewsBeyondAllIntegers()
     }
 }
 
-void TestBinMap::translucentEndsLieOverWhatIsThere()
+void TestMapPainter::translucentEndsLieOverWhatIsThere()
 {
     MapState map;
     map.data = { { 1.0, 50.0, 1000.0 }, { -3.0, 0.0, 2000.0 } };
@@ -436,11 +436,11 @@ void TestBinMap::translucentEndsLieOverWhatIsThere()
     Canvas canvas;
     canvas.device = QSize(60, 50);
     canvas.rect = QRect(5, 5, 40, 30);
-    tarnis::BinMap product;
+    tarnis::MapPainter product;
     compare(product, map, canvas, 0);
 }
 
-void TestBinMap::emptyFirstRow()
+void TestMapPainter::emptyFirstRow()
 {
     MapState map;
     map.data = { {}, { 1.0, 2.0, 3.0 } };
@@ -449,9 +449,9 @@ void TestBinMap::emptyFirstRow()
     Canvas canvas;
     canvas.device = QSize(60, 50);
     canvas.rect = QRect(5, 5, 40, 30);
-    tarnis::BinMap product;
+    tarnis::MapPainter product;
     compare(product, map, canvas, 0);
 }
 
-QTEST_MAIN(TestBinMap)
+QTEST_MAIN(TestMapPainter)
 #include "tst_mappainter.moc"

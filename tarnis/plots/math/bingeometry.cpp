@@ -8,17 +8,17 @@ namespace {
 
 constexpr int farAway = 1 << 24;
 
-double leftEdge(const BinView& view, int column)
+double leftEdge(const BinGeometry& view, int column)
 {
     return (column - view.x.low) * view.x.pixels + view.rect.left();
 }
 
-double topEdge(const BinView& view, int row)
+double topEdge(const BinGeometry& view, int row)
 {
     return view.rect.bottom() - (row - view.y.low + 1) * view.y.pixels;
 }
 
-double bottomEdge(const BinView& view, int row)
+double bottomEdge(const BinGeometry& view, int row)
 {
     return view.rect.bottom() - (row - view.y.low) * view.y.pixels;
 }
@@ -48,22 +48,22 @@ BinSpan visibleBins(const BinAxis& axis, int pixels, qsizetype bins)
     return span;
 }
 
-int BinView::left(int column) const
+int BinGeometry::left(int column) const
 {
     return limitedPixel(leftEdge(*this, column));
 }
 
-int BinView::lineTop(int row) const
+int BinGeometry::lineTop(int row) const
 {
     return limitedPixel(topEdge(*this, row));
 }
 
-int BinView::lineBottom(int row) const
+int BinGeometry::lineBottom(int row) const
 {
     return limitedPixel(bottomEdge(*this, row));
 }
 
-QRect BinView::bar(int row, int column) const
+QRect BinGeometry::bar(int row, int column) const
 {
     // The sums are exact in double, so that the edges of a bar far larger than any widget keep their order.
     const double left = std::trunc(leftEdge(*this, column));

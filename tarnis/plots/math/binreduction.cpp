@@ -64,19 +64,19 @@ void gather(
     }
 }
 
-int rowPixel(const BinView& view, int row)
+int rowPixel(const BinGeometry& view, int row)
 {
     return view.paintsBars() ? view.bar(row, view.x.first).top() : view.lineTop(row);
 }
 
 } // namespace
 
-bool hasSharedPixels(const BinView& view)
+bool hasSharedPixels(const BinGeometry& view)
 {
     return std::abs(view.x.pixels) < 1.0 || std::abs(view.y.pixels) < 1.0;
 }
 
-BinRows reducedBins(const BinRows& rows, const BinView& view, BinReduction reduction)
+BinRows reducedBins(const BinRows& rows, const BinGeometry& view, BinReduction reduction)
 {
     const int rowEnd = static_cast<int>(std::min<qsizetype>(view.y.end, rows.size()));
     if (reduction == BinReduction::First || !hasSharedPixels(view) || view.x.first >= view.x.end

@@ -43,7 +43,7 @@ void copyOver(QRgb* line, const QRgb* pixels, int count)
         return;
     }
     for (int i = 0; i < count; ++i)
-        line[i] = pixels[i] == BinPixels::noPixel ? line[i] : pixels[i];
+        line[i] = pixels[i] == BinColouring::noPixel ? line[i] : pixels[i];
 }
 
 int listPixels(const QRgb* pixels, int count, QRgb pixel, int* places)
@@ -58,7 +58,7 @@ int listPixels(const QRgb* pixels, int count, QRgb pixel, int* places)
     return found;
 }
 
-void BinPixels::setScale(const ColorScale& scale)
+void BinColouring::setScale(const ColorScale& scale)
 {
     m_blendedValues = 0;
     if (!m_table.empty() && m_scale == scale)
@@ -67,12 +67,12 @@ void BinPixels::setScale(const ColorScale& scale)
     m_table.assign(tableSize + 1, unknownPixel);
 }
 
-void BinPixels::convert(const double* values, int count, QRgb* pixels)
+void BinColouring::convert(const double* values, int count, QRgb* pixels)
 {
     convertAt(values, nullptr, count, pixels);
 }
 
-void BinPixels::convertGroups(const double* values, const int* first, const int* groups, int count, QRgb* pixels)
+void BinColouring::convertGroups(const double* values, const int* first, const int* groups, int count, QRgb* pixels)
 {
     reserve(count);
     const int base = first[0];
@@ -102,7 +102,7 @@ void BinPixels::convertGroups(const double* values, const int* first, const int*
 /// Processes the further columns of groups without a pixel, one column of all groups at a time. Empty bins are random,
 /// so the remaining groups are listed without a branch.
 template <typename Find>
-void BinPixels::fillEmptyGroups(const int* first, const int* groups, int count, QRgb* pixels, const Find& find)
+void BinColouring::fillEmptyGroups(const int* first, const int* groups, int count, QRgb* pixels, const Find& find)
 {
     int* columns = m_columns.data();
     int* places = m_places.data();
@@ -134,8 +134,8 @@ void BinPixels::fillEmptyGroups(const int* first, const int* groups, int count, 
     }
 }
 
-/// Converts values[columns[i]], or values[i] if `columns` is null.
-void BinPixels::convertAt(const double* values, const int* columns, int count, QRgb* pixels)
+/// Of values[columns[i]], or of values[i] if `columns` is null.
+void BinColouring::convertAt(const double* values, const int* columns, int count, QRgb* pixels)
 {
     if (m_blendedValues > 0) {
         m_blendedValues -= count;
@@ -145,7 +145,7 @@ void BinPixels::convertAt(const double* values, const int* columns, int count, Q
     }
 }
 
-void BinPixels::blend(const double* values, const int* columns, int count, QRgb* pixels)
+void BinColouring::blend(const double* values, const int* columns, int count, QRgb* pixels)
 {
     if (columns != nullptr) {
         m_picked.resize(std::max(m_picked.size(), static_cast<std::size_t>(count)));
@@ -163,7 +163,7 @@ void BinPixels::blend(const double* values, const int* columns, int count, QRgb*
 }
 
 /// True if some pixels are not known yet.
-bool BinPixels::lookUp(const double* values, const int* columns, int count, QRgb* pixels) const
+bool BinColouring::lookUp(const double* values, const int* columns, int count, QRgb* pixels) const
 {
     const QRgb* table = m_table.data();
     if (hasAvx2())
@@ -176,8 +176,8 @@ bool BinPixels::lookUp(const double* values, const int* columns, int count, QRgb
     return unknown != 0;
 }
 
-/// Blends the values that lookUp() did not find; integer counts are stored in the table.
-void BinPixels::resolve(const double* values, const int* columns, int count, QRgb* pixels)
+/// Blends what lookUp() did not find; integer counts are kept in the table.
+void BinColouring::resolve(const double* values, const int* columns, int count, QRgb* pixels)
 {
     int outside = 0;
     for (int i = 0; i < count; ++i) {
@@ -196,7 +196,7 @@ void BinPixels::resolve(const double* values, const int* columns, int count, QRg
         m_blendedValues = blendedAtOnce;
 }
 
-void BinPixels::reserve(int count)
+void BinColouring::reserve(int count)
 {
     const auto size = static_cast<std::size_t>(count);
     if (m_columns.size() >= size)

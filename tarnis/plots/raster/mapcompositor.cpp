@@ -27,14 +27,15 @@ template <int block> void paintBar(QRgb* pixels, int width, QRgb color)
 
 } // namespace
 
-bool BinRaster::canCompose(const BinView& view)
+bool BinRaster::canCompose(const BinGeometry& view)
 {
     const QRect& rect = view.rect;
     return isOrdinary(view.x) && isOrdinary(view.y) && rect.left() >= 0 && rect.top() >= 0 && rect.width() > 0
         && rect.height() > 0 && rect.right() < largestSide && rect.bottom() < largestSide;
 }
 
-void BinRaster::compose(const BinView& view, const BinRows& rows, BinPixels& converter, int deviceX, const Sink& sink)
+void BinRaster::compose(
+    const BinGeometry& view, const BinRows& rows, BinColouring& converter, int deviceX, const Sink& sink)
 {
     m_size = view.rect.size();
     m_bins = &rows;
@@ -61,7 +62,7 @@ void BinRaster::compose(const BinView& view, const BinRows& rows, BinPixels& con
     }
 }
 
-void BinRaster::planColumns(const BinView& view, int deviceX)
+void BinRaster::planColumns(const BinGeometry& view, int deviceX)
 {
     m_firstColumn.clear();
     m_left.clear();
@@ -132,7 +133,7 @@ void BinRaster::planSpread()
     }
 }
 
-void BinRaster::planRows(const BinView& view)
+void BinRaster::planRows(const BinGeometry& view)
 {
     m_firstRow = view.y.first;
     m_rows.resize(static_cast<std::size_t>(std::max(view.y.end - view.y.first, 0)));
@@ -145,7 +146,7 @@ void BinRaster::planRows(const BinView& view)
     }
 }
 
-BinRaster::LineSpan BinRaster::linesOf(const BinView& view, int row) const
+BinRaster::LineSpan BinRaster::linesOf(const BinGeometry& view, int row) const
 {
     LineSpan lines;
     if (view.paintsBars()) {
@@ -213,8 +214,8 @@ void BinRaster::composeRow(int row, RowLine& line)
         spreadGroups(line.pixels.data());
     line.losesCorner = m_corner != noCorner && cornerIsLost();
     line.gaps.resize(static_cast<std::size_t>(m_width) + placesBeyond);
-    line.gapCount = listPixels(line.pixels.data(), m_width, BinPixels::noPixel, line.gaps.data());
-    // The next row is read sparsely.
+    line.gapCount = listPixels(line.pixels.data(), m_width, BinColouring::noPixel, line.gaps.data());
+    // The next row is looked at here and there.
     if (row > m_firstRow && !spanOf(row - 1).isTopSomewhere && line.gapCount > m_width / 8)
         fetchRow(row - 1);
 }
@@ -235,8 +236,8 @@ template <int block> void BinRaster::spreadTouching(QRgb* row) const
         const QRgb color = colors[group];
         const int inside = block > narrowBlock ? std::min(extent + 1, width - (left[group] - first)) : block;
         paintBar<block>(bar, inside, color);
-        // Without a branch, because empty bins are random.
-        const QRgb isEmpty = 0U - static_cast<QRgb>(color == BinPixels::noPixel);
+        // Without a branch, since empty bins lie about at random.
+        const QRgb isEmpty = 0U - static_cast<QRgb>(color == BinColouring::noPixel);
         bar[0] = color | (colors[group - 1] & shared[group] & isEmpty);
     }
 }
@@ -254,22 +255,22 @@ void BinRaster::spreadGroups(QRgb* row)
             spreadTouching<barBlock>(row);
         return;
     }
-    std::fill_n(row, m_width, BinPixels::noPixel);
+    std::fill_n(row, m_width, BinColouring::noPixel);
     for (std::size_t group = 0; group < m_left.size(); ++group) {
         const int first = std::max(m_left[group], m_firstPixel);
         const int last = std::min(m_left[group] + m_extent, m_firstPixel + m_width - 1);
-        if (groupPixels()[group] != BinPixels::noPixel)
+        if (groupPixels()[group] != BinColouring::noPixel)
             std::fill_n(row + (first - m_firstPixel), last - first + 1, groupPixels()[group]);
     }
 }
 
 bool BinRaster::cornerIsLost() const
 {
-    if (groupPixels()[m_cornerGroup] == BinPixels::noPixel)
+    if (groupPixels()[m_cornerGroup] == BinColouring::noPixel)
         return false;
     // A later bin may cover it.
     for (std::size_t group = m_cornerGroup + 1; group < m_left.size() && m_left[group] <= m_corner; ++group) {
-        if (groupPixels()[group] != BinPixels::noPixel)
+        if (groupPixels()[group] != BinColouring::noPixel)
             return false;
     }
     return true;
@@ -303,7 +304,7 @@ BinRaster::Line BinRaster::composeLine(int y, int topRow)
             break;
     }
     if (!isStarted)
-        m_line.assign(m_line.size(), BinPixels::noPixel);
+        m_line.assign(m_line.size(), BinColouring::noPixel);
     line.isOpaque = isStarted && m_gaps.empty();
     return line;
 }
@@ -324,7 +325,7 @@ void BinRaster::startLine(int y, int row)
     m_gaps.assign(line.gaps.begin(), line.gaps.begin() + line.gapCount);
     if (!showsLoss(line, y))
         return;
-    m_line[static_cast<std::size_t>(m_corner - m_firstPixel)] = BinPixels::noPixel;
+    m_line[static_cast<std::size_t>(m_corner - m_firstPixel)] = BinColouring::noPixel;
     m_gaps.push_back(m_corner - m_firstPixel);
 }
 
@@ -346,7 +347,7 @@ void BinRaster::fillGaps(int y, int row)
         if (showsLoss(line, y)) {
             const auto corner = std::find(m_gaps.begin(), m_gaps.end(), m_corner - m_firstPixel);
             if (corner != m_gaps.end())
-                found[corner - m_gaps.begin()] = BinPixels::noPixel;
+                found[corner - m_gaps.begin()] = BinColouring::noPixel;
         }
     }
     QRgb* target = m_line.data();
@@ -355,7 +356,7 @@ void BinRaster::fillGaps(int y, int row)
         const int place = gaps[k];
         target[place] = found[k];
         gaps[left] = place;
-        left += static_cast<int>(found[k] == BinPixels::noPixel);
+        left += static_cast<int>(found[k] == BinColouring::noPixel);
     }
     m_gaps.resize(static_cast<std::size_t>(left));
 }

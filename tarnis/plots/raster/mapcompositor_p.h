@@ -26,14 +26,14 @@ public:
     };
     using Sink = std::function<void(const Line&)>;
 
-    /// True for views that compose() supports: both axes ascend, bins are not huge, and the plot rectangle has
-    /// non-negative coordinates.
-    static bool canCompose(const BinView& view);
+    /// True for views that compose() is made for: both axes ascend, bins are not larger than some widgets, and the plot
+    /// rectangle lies in positive coordinates.
+    static bool canCompose(const BinGeometry& view);
 
-    /// Passes the picture to `sink` line by line from the top; all lines have the same X and width. Lines above and
-    /// below all bins are omitted. `deviceX` is the painter's X offset: bars that begin left of its device lose a
-    /// pixel.
-    void compose(const BinView& view, const BinRows& rows, BinPixels& converter, int deviceX, const Sink& sink);
+    /// Hands the picture to `sink` line by line from the top, all lines alike in place and width. Lines that no bin
+    /// reaches are left out above and below. `deviceX` is added to X coordinates by the painter: bars that begin left
+    /// of its device lose a pixel.
+    void compose(const BinGeometry& view, const BinRows& rows, BinColouring& converter, int deviceX, const Sink& sink);
 
 private:
     /// Pixel lines of a row, relative to the plot rectangle and clipped to it; empty if `first` is above `last`.
@@ -53,11 +53,11 @@ private:
     };
     static constexpr int noCorner = -1;
 
-    void planColumns(const BinView& view, int deviceX);
+    void planColumns(const BinGeometry& view, int deviceX);
     void planPixels();
     void planSpread();
-    void planRows(const BinView& view);
-    LineSpan linesOf(const BinView& view, int row) const;
+    void planRows(const BinGeometry& view);
+    LineSpan linesOf(const BinGeometry& view, int row) const;
     const double* valuesOf(const QList<double>& row);
     void fetchRow(int row) const;
     RowLine& lineOf(int row);
@@ -77,7 +77,7 @@ private:
 
     QSize m_size; ///< size of the plot rectangle
     const BinRows* m_bins = nullptr;
-    BinPixels* m_converter = nullptr;
+    BinColouring* m_converter = nullptr;
 
     // Columns: those that begin at the same pixel form a group
     std::vector<int> m_firstColumn; ///< first column of each group, and the end of the last group

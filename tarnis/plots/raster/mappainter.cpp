@@ -44,8 +44,8 @@ void drawLine(QPainter& painter, QPoint topLeft, const BinRaster::Line& line)
     painter.drawImage(topLeft + QPoint(line.x, line.y), image);
 }
 
-/// The pixels that drawRects() and drawLine() cover at ratio 1, including the corner that drawRects() omits.
-QRect pixelsOf(const BinView& view, int row, int column)
+/// The pixels that drawRects() and drawLine() cover at ratio 1, the corner included that the former leaves out.
+QRect pixelsOf(const BinGeometry& view, int row, int column)
 {
     if (view.paintsBars())
         return view.bar(row, column).adjusted(0, 0, 1, 1);
@@ -53,7 +53,7 @@ QRect pixelsOf(const BinView& view, int row, int column)
     return { QPoint(left, view.lineTop(row)), QPoint(left, view.lineBottom(row)) };
 }
 
-void paintRow(QPainter& painter, const BinView& view, int row, const QList<double>& values, const ColorScale& scale,
+void paintRow(QPainter& painter, const BinGeometry& view, int row, const QList<double>& values, const ColorScale& scale,
     const std::optional<DevicePixels>& pixels)
 {
     const int end = static_cast<int>(std::min<qsizetype>(view.x.end, values.size()));
@@ -84,14 +84,14 @@ void paintRow(QPainter& painter, const BinView& view, int row, const QList<doubl
 
 } // namespace
 
-void paintBinsOneByOne(QPainter& painter, const BinView& view, const BinRows& rows, const ColorScale& scale)
+void paintBinsOneByOne(QPainter& painter, const BinGeometry& view, const BinRows& rows, const ColorScale& scale)
 {
     const std::optional<DevicePixels> pixels = DevicePixels::of(painter);
     for (int row = view.y.first; row < view.y.end; ++row)
         paintRow(painter, view, row, rows.at(row), scale, pixels);
 }
 
-void BinMap::paint(QPainter& painter, const BinView& view, const BinRows& rows, const ColorScale& scale)
+void MapPainter::paint(QPainter& painter, const BinGeometry& view, const BinRows& rows, const ColorScale& scale)
 {
     const std::optional<QPoint> offset = wholePixelOffset(painter);
     if (!coversWholePixels(painter) || plainImageBehind(painter) == nullptr || !offset

@@ -12,17 +12,17 @@ namespace tarnis {
 
 /// Paints with one drawing call for each non-empty bin, rows and columns in ascending order; of the bins of a row that
 /// begin at the same pixel only the first is drawn. Leaves pen and brush changed.
-void paintBinsOneByOne(QPainter& painter, const BinView& view, const BinRows& rows, const ColorScale& scale);
+void paintBinsOneByOne(QPainter& painter, const BinGeometry& view, const BinRows& rows, const ColorScale& scale);
 
-/// Paints the same picture faster: composed in memory if the painter draws whole pixels on a raster device, clipped to
-/// the plot rectangle; otherwise bin by bin. Keeps its buffers between calls.
-class BinMap {
+/// The same picture, faster: composed in memory where the painter draws pixels straight onto a raster device, clipped
+/// to the plot rectangle; bin by bin for any other. Keeps its buffers from one painting to the next.
+class MapPainter {
 public:
     /// Leaves pen and brush unspecified.
-    void paint(QPainter& painter, const BinView& view, const BinRows& rows, const ColorScale& scale);
+    void paint(QPainter& painter, const BinGeometry& view, const BinRows& rows, const ColorScale& scale);
 
 private:
-    BinPixels m_converter;
+    BinColouring m_converter;
     BinRaster m_raster;
 };
 

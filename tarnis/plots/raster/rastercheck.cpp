@@ -30,16 +30,16 @@ BinRows referenceBins(int columns, int rows)
     return bins;
 }
 
-/// The visible range begins within a bin, so that the left edge clips the first column.
-BinView referenceView(const QRect& rect, int columns, int rows)
+/// The visible range begins within a bin, so that the first column is cut by the left edge.
+BinGeometry referenceView(const QRect& rect, int columns, int rows)
 {
-    BinView view { rect, {}, {} };
+    BinGeometry view { rect, {}, {} };
     view.x = visibleBins({ 0.6, columns - 0.3, 0.0, true, 1.0, 1 }, rect.width(), columns);
     view.y = visibleBins({ 0.4, rows - 0.2, 0.0, true, 1.0, 1 }, rect.height(), rows);
     return view;
 }
 
-using MapDrawing = std::function<void(QPainter&, const BinView&, const BinRows&, const ColorScale&)>;
+using MapDrawing = std::function<void(QPainter&, const BinGeometry&, const BinRows&, const ColorScale&)>;
 
 void drawMaps(QImage& image, const MapDrawing& draw)
 {
@@ -72,7 +72,7 @@ QList<QLine> referenceLines()
 
 void drawReferenceDirectly(QImage& image)
 {
-    BinMap map;
+    MapPainter map;
     drawMaps(image, [&](auto&&... arguments) { map.paint(arguments...); });
     LineRasterizer lines(image.rect());
     const QList<QLine> reference = referenceLines();
