@@ -5,7 +5,7 @@
 #include "tarnis/foundation/saving_p.h"
 #include "tarnis/foundation/trace_p.h"
 #include "tarnis/plots/colorbarwidget.h"
-#include "tarnis/plots/math/maptext_p.h"
+#include "tarnis/plots/math/mapreadout_p.h"
 #include "tarnis/plots/plothooks_p.h"
 #include "tarnis/plots/plotpixmap_p.h"
 #include "tarnis/plots/vectorgraphwidget.h"

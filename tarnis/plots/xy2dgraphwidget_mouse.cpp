@@ -2,7 +2,7 @@
 #include "tarnis/plots/xy2dgraphwidget.h"
 
 #include "tarnis/plots/colorbarwidget.h"
-#include "tarnis/plots/math/maptext_p.h"
+#include "tarnis/plots/math/mapreadout_p.h"
 #include "tarnis/plots/math/projection_p.h"
 #include "tarnis/plots/plottool_p.h"
 

@@ -1,7 +1,7 @@
 // The texts of a map: the read-out compared with its reference implementation, and the CSV byte by byte.
 #include "support/cutoracle.h"
 #include "support/support.h"
-#include "tarnis/plots/math/maptext_p.h"
+#include "tarnis/plots/math/mapreadout_p.h"
 
 #include <QTest>
 
@@ -128,4 +128,4 @@ void TestMapText::csv()
 }
 
 QTEST_APPLESS_MAIN(TestMapText)
-#include "tst_maptext.moc"
+#include "tst_mapreadout.moc"

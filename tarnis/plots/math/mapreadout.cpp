@@ -1,4 +1,4 @@
-#include "tarnis/plots/math/maptext_p.h"
+#include "tarnis/plots/math/mapreadout_p.h"
 
 #include "tarnis/plots/math/csvtext_p.h"
 #include "tarnis/plots/math/floatcomparison_p.h"
