@@ -108,6 +108,40 @@ void paintTicks(QPainter& painter, tarnis::LabelCache& labels, QList<TickRecord>
     }
 }
 
+using ExactPixels = std::optional<tarnis::DevicePixels>;
+
+void paintTicksX(QPainter& painter, tarnis::LabelCache& labels, const QList<TickRecord>& records,
+    const ExactPixels& pixels, const QRect& graph)
+{
+    paintTicks(painter, labels, records, Qt::AlignHCenter | Qt::AlignTop, [&](int column) {
+        if (pixels)
+            pixels->drawColumn(painter, column, graph.bottom(), graph.bottom() + 3, Qt::black);
+        else
+            painter.drawLine(column, graph.bottom(), column, graph.bottom() + 3);
+    });
+}
+
+void paintTicksY(QPainter& painter, tarnis::LabelCache& labels, const QList<TickRecord>& records,
+    const ExactPixels& pixels, const QRect& graph)
+{
+    paintTicks(painter, labels, records, Qt::AlignRight | Qt::AlignVCenter, [&](int row) {
+        if (pixels)
+            pixels->drawRow(painter, row, graph.left() - 3, graph.left(), Qt::black);
+        else
+            painter.drawLine(graph.left() - 3, row, graph.left(), row);
+    });
+}
+
+/// The plot rectangle with its border, in the pen's colour.
+void paintBackground(QPainter& painter, const ExactPixels& pixels, const QRect& graph, const QColor& color)
+{
+    painter.setBrush(QBrush(color));
+    if (pixels)
+        pixels->drawFrame(painter, graph, painter.pen().color(), color);
+    else
+        painter.drawRects(&graph, 1);
+}
+
 void paintNames(QPainter& painter, const QRect& frame, const QRect& graph, const QString& nameX, const QString& nameY)
 {
     painter.drawText(QRect(QPoint(graph.left(), graph.bottom()), QPoint(graph.right(), frame.bottom() - 1)),
@@ -211,28 +245,14 @@ void XYGraphWidget::paint(QPainter& painter, QRect* rect)
     keepEnds(labelsY, upright, frame.height(), m_labelRectMinY, m_labelRectMaxY);
 
     fillAround(painter, whole, m_backGroundColor.alpha() == 255 ? graph : QRect());
-    painter.setBrush(QBrush(m_backGroundColor));
-    const std::optional<tarnis::DevicePixels> pixels = tarnis::DevicePixels::of(painter);
-    if (pixels)
-        pixels->drawFrame(painter, graph, painter.pen().color(), m_backGroundColor);
-    else
-        painter.drawRects(&graph, 1);
+    const ExactPixels pixels = tarnis::DevicePixels::of(painter);
+    paintBackground(painter, pixels, graph, m_backGroundColor);
     m_coversPicture = painter.device() == &m_pixmap && coversAll(painter, whole);
     m_graphRect = graph;
     painter.setPen(Qt::black);
     paintNames(painter, frame, graph, m_nameX, m_nameY);
-    paintTicks(painter, *m_labels, labelsX, Qt::AlignHCenter | Qt::AlignTop, [&](int column) {
-        if (pixels)
-            pixels->drawColumn(painter, column, graph.bottom(), graph.bottom() + 3, Qt::black);
-        else
-            painter.drawLine(column, graph.bottom(), column, graph.bottom() + 3);
-    });
-    paintTicks(painter, *m_labels, labelsY, Qt::AlignRight | Qt::AlignVCenter, [&](int row) {
-        if (pixels)
-            pixels->drawRow(painter, row, graph.left() - 3, graph.left(), Qt::black);
-        else
-            painter.drawLine(graph.left() - 3, row, graph.left(), row);
-    });
+    paintTicksX(painter, *m_labels, labelsX, pixels, graph);
+    paintTicksY(painter, *m_labels, labelsY, pixels, graph);
     if (!m_notes.isEmpty())
         paintNotes(painter, frame, graph, m_notes);
 
