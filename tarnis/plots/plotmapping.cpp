@@ -1,6 +1,6 @@
 #include "tarnis/plots/plotmapping.h"
 
-#include "tarnis/plots/math/axisticks_p.h"
+#include "tarnis/plots/math/axismapping_p.h"
 #include "tarnis/plots/math/curvescale_p.h"
 #include "tarnis/plots/math/seriesgrouping_p.h"
 #include "tarnis/plots/plotaccess_p.h"
@@ -14,21 +14,11 @@ namespace tarnis {
 
 namespace {
 
-double toScale(double y, bool isLog)
-{
-    return isLog ? floorLog10(y) : y;
-}
-
 bool isUsable(AxisRange range, bool isLog)
 {
-    const double span = toScale(range.max, isLog) - toScale(range.min, isLog);
+    const AxisScale scale = isLog ? AxisScale::Log : AxisScale::Linear;
+    const double span = toAxis(range.max, scale) - toAxis(range.min, scale);
     return std::isfinite(span) && span != 0.0;
-}
-
-/// In an empty range everything is at its lower end.
-double share(double value, double min, double max)
-{
-    return max != min ? (value - min) / (max - min) : 0.0;
 }
 
 } // namespace
@@ -172,30 +162,33 @@ QPointF PlotMapping::fromFrame(const QPointF& point) const
     }
 }
 
+// Without a range everything is at the lower end, and a rectangle without extent shows that end.
+
 double PlotMapping::columnOf(double x) const
 {
-    return m_rect.left() + m_rect.width() * share(x, m_x.min, m_x.max);
+    return m_x.max != m_x.min ? AxisMapping::horizontal(m_x, m_rect).pixelOf(x) : m_rect.left();
 }
 
 double PlotMapping::rowOf(double y) const
 {
     if (m_logY && m_zeroAtBottom && y <= 0.0)
         return m_rect.bottom();
-    return m_rect.bottom()
-        - m_rect.height() * share(toScale(y, m_logY), toScale(m_y.min, m_logY), toScale(m_y.max, m_logY));
+    const AxisScale scale = m_logY ? AxisScale::Log : AxisScale::Linear;
+    const bool isEmpty = toAxis(m_y.max, scale) == toAxis(m_y.min, scale);
+    return isEmpty ? m_rect.bottom() : AxisMapping::vertical(m_y, m_rect, scale).pixelOf(y);
 }
 
 double PlotMapping::xAt(double column) const
 {
-    return share(column, m_rect.left(), m_rect.left() + m_rect.width()) * (m_x.max - m_x.min) + m_x.min;
+    return m_rect.width() != 0 ? AxisMapping::horizontal(m_x, m_rect).valueAt(column) : m_x.min;
 }
 
 double PlotMapping::yAt(double row) const
 {
-    const double low = toScale(m_y.min, m_logY);
-    const double high = toScale(m_y.max, m_logY);
-    const double at = share(m_rect.bottom() - row, 0.0, m_rect.height()) * (high - low) + low;
-    return m_logY ? std::pow(10.0, at) : at;
+    const AxisScale scale = m_logY ? AxisScale::Log : AxisScale::Linear;
+    if (m_rect.height() == 0)
+        return fromAxis(toAxis(m_y.min, scale), scale);
+    return AxisMapping::vertical(m_y, m_rect, scale).valueAt(row);
 }
 
 QPointF PlotMapping::valueAt(const QPointF& pixel) const

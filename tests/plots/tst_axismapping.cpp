@@ -3,12 +3,15 @@
 #include "tarnis/plots/labeleditor_p.h"
 #include "tarnis/plots/math/axismapping_p.h"
 #include "tarnis/plots/math/floatcomparison_p.h"
+#include "tarnis/plots/math/projection_p.h"
 
 #include <QTest>
 
 #include <cmath>
 
+using tarnis::AxisMapping;
 using tarnis::AxisRange;
+using tarnis::AxisScale;
 using tarnis::PlotRanges;
 
 namespace {
@@ -34,12 +37,33 @@ QRect anyGraph(std::mt19937_64& random)
     return { edge(random), edge(random), size(random), size(random) };
 }
 
+/// The axis of the row of axes().
+AxisMapping fetchedAxis(const QRect& rect)
+{
+    QFETCH(bool, isVertical);
+    QFETCH(bool, isLog);
+    QFETCH(double, min);
+    QFETCH(double, max);
+    const AxisScale scale = isLog ? AxisScale::Log : AxisScale::Linear;
+    return isVertical ? AxisMapping::vertical({ min, max }, rect, scale)
+                      : AxisMapping::horizontal({ min, max }, rect, scale);
+}
+
 } // namespace
 
 class TestAxisMapping : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    void axisEndsAreTheEdges_data() { axes(); }
+    void axisEndsAreTheEdges();
+    void axisMapsThereAndBack_data() { axes(); }
+    void axisMapsThereAndBack();
+    void decadesAreEqualOnALogAxis();
+    void logAxisTakesValuesWithoutALogarithmForOne();
+    void wholePixelsFromTheEndsReachTheEndsExactly();
+    void axisWithoutExtentIsNotFinite();
+    void pointsOfAMapHaveArms();
     void mapsCorners();
     void mapsThereAndBack();
     void rectangleOfTheWholeGraphIsTheRange();
@@ -55,7 +79,94 @@ private Q_SLOTS:
     void editor_data();
     void editor();
     void editorStaysInsideWhateverTheLabel();
+
+private:
+    static void axes();
 };
+
+void TestAxisMapping::axes()
+{
+    QTest::addColumn<bool>("isVertical");
+    QTest::addColumn<bool>("isLog");
+    QTest::addColumn<double>("min");
+    QTest::addColumn<double>("max");
+    for (const bool isVertical : { false, true }) {
+        const char* const name = isVertical ? "Y" : "X";
+        QTest::addRow("%s", name) << isVertical << false << -20.0 << 400.0;
+        QTest::addRow("%s descending", name) << isVertical << false << 400.0 << -20.0;
+        QTest::addRow("%s in decades", name) << isVertical << true << 0.01 << 1e5;
+        QTest::addRow("%s in decades, descending", name) << isVertical << true << 1e5 << 0.01;
+    }
+}
+
+void TestAxisMapping::axisEndsAreTheEdges()
+{
+    QFETCH(bool, isVertical);
+    QFETCH(double, min);
+    QFETCH(double, max);
+    const AxisMapping axis = fetchedAxis(graph);
+    QCOMPARE(axis.pixelOf(min), isVertical ? 119.0 : 50.0);
+    QCOMPARE(axis.pixelOf(max), isVertical ? 19.0 : 250.0);
+    QCOMPARE(axis.valueAt(isVertical ? 119.0 : 50.0), min);
+    QCOMPARE(axis.valueAt(isVertical ? 19.0 : 250.0), max);
+}
+
+void TestAxisMapping::axisMapsThereAndBack()
+{
+    auto random = tarnis::testing::seededGenerator(26);
+    for (int i = 0; i < 5000; ++i) {
+        const AxisMapping axis = fetchedAxis(anyGraph(random));
+        const double pixel = std::uniform_real_distribution<double>(-300, 1800)(random);
+        const double value = axis.valueAt(pixel);
+        // A value many decades beyond the rectangle is not a number that a plot shows.
+        if (std::isfinite(value) && value != 0.0)
+            QVERIFY(close(axis.pixelOf(value), pixel, 1e5));
+    }
+}
+
+void TestAxisMapping::decadesAreEqualOnALogAxis()
+{
+    const AxisMapping axis = AxisMapping::vertical({ 1.0, 1e4 }, graph, AxisScale::Log);
+    for (const auto& [value, row] : { std::pair(1.0, 119.0), { 10.0, 94.0 }, { 100.0, 69.0 }, { 1000.0, 44.0 } }) {
+        QCOMPARE(axis.pixelOf(value), row);
+        QCOMPARE(axis.valueAt(row), value);
+    }
+}
+
+void TestAxisMapping::logAxisTakesValuesWithoutALogarithmForOne()
+{
+    const AxisMapping axis = AxisMapping::vertical({ 0.0, 1e4 }, graph, AxisScale::Log);
+    QCOMPARE(axis.pixelOf(0.0), 119.0);
+    QCOMPARE(axis.pixelOf(-5.0), 119.0);
+    QCOMPARE(axis.valueAt(119.0), 1.0);
+}
+
+void TestAxisMapping::wholePixelsFromTheEndsReachTheEndsExactly()
+{
+    auto random = tarnis::testing::seededGenerator(27);
+    for (int i = 0; i < 5000; ++i) {
+        const PlotRanges any = anyRanges(random);
+        const AxisMapping axis = AxisMapping::horizontal(any.x, anyGraph(random));
+        QVERIFY(axis.valueAfter(0) == any.x.min && axis.valueBefore(0) == any.x.max);
+    }
+    const AxisMapping axis = AxisMapping::vertical(ranges.y, graph);
+    QCOMPARE(axis.valueAfter(10), 5.0);
+    QCOMPARE(axis.valueBefore(10), 45.0);
+}
+
+void TestAxisMapping::axisWithoutExtentIsNotFinite()
+{
+    QVERIFY(!std::isfinite(AxisMapping::vertical({ 3, 3 }, graph).pixelOf(1.0)));
+    QVERIFY(!std::isfinite(AxisMapping::horizontal({ 0, 1 }, QRect(5, 5, 0, 0)).valueAt(7.0)));
+}
+
+void TestAxisMapping::pointsOfAMapHaveArms()
+{
+    QCOMPARE(tarnis::pointPixels({ 200.0, 25.0 }, ranges.x, ranges.y, graph), QRect(QPoint(148, 67), QPoint(152, 71)));
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    const QRect nowhere = tarnis::pointPixels({ nan, 1e300 }, ranges.x, ranges.y, graph);
+    QVERIFY(nowhere.left() < -100000 && nowhere.top() < -100000);
+}
 
 void TestAxisMapping::mapsCorners()
 {

@@ -9,6 +9,8 @@
 #include <cmath>
 #include <limits>
 
+using Rows = QList<QList<double>>;
+
 class TestCsvText : public QObject {
     Q_OBJECT
 
@@ -24,6 +26,8 @@ private Q_SLOTS:
     void indexShorterThanTheData();
     void columnsKeepTheirPlaces();
     void nothing();
+    void rowsOfAMap_data();
+    void rowsOfAMap();
 };
 
 void TestCsvText::numbersAreThoseOfArg()
@@ -128,6 +132,34 @@ void TestCsvText::nothing()
     QVERIFY(tarnis::csvOfSeries({}, {}).isEmpty());
     QVERIFY(tarnis::csvOfColumns({ 1.0, 2.0 }, {}).isEmpty());
     QVERIFY(tarnis::csvOfColumns({ 1.0, 2.0 }, { {}, {} }).isEmpty());
+}
+
+void TestCsvText::rowsOfAMap_data()
+{
+    QTest::addColumn<Rows>("rows");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("nothing") << Rows() << "";
+    QTest::newRow("one bin") << Rows { { 1.0 } } << "1\n";
+    QTest::newRow("row 0 first") << Rows { { 1.0, 2.0 }, { 3.0, 4.0 } } << "1,2\n3,4\n";
+    QTest::newRow("ragged") << Rows { { 1.0, 2.0, 3.0 }, {}, { 4.0 } } << "1,2,3\n\n4\n";
+    QTest::newRow("six digits") << Rows { { 1234567.0, 123456.0, 0.1234567, -1e-7 } }
+                                << "1.23457e+06,123456,0.123457,-1e-07\n";
+    QTest::newRow("no numbers") << Rows { { std::nan(""), std::numeric_limits<double>::infinity(), -0.0 } }
+                                << "nan,inf,0\n";
+}
+
+void TestCsvText::rowsOfAMap()
+{
+    QFETCH(Rows, rows);
+    QTEST(tarnis::csvOfRows(rows), "text");
+    QString spelt;
+    for (const QList<double>& row : rows) {
+        QStringList bins;
+        for (const double value : row)
+            bins.append(QStringLiteral("%1").arg(value, 0, 'g', -1, QLatin1Char(' ')));
+        spelt += bins.join(',') + '\n';
+    }
+    QCOMPARE(tarnis::csvOfRows(rows), spelt);
 }
 
 QTEST_APPLESS_MAIN(TestCsvText)

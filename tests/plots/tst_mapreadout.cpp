@@ -1,4 +1,4 @@
-// The texts of a map: the read-out compared with its reference implementation, and the CSV byte by byte.
+// The read-out of a map compared with its reference implementation.
 #include "support/cutoracle.h"
 #include "support/support.h"
 #include "tarnis/plots/math/mapreadout_p.h"
@@ -37,18 +37,16 @@ QString readOut(const MapState& map, QPoint pixel, int decimalX, int decimalY)
 
 } // namespace
 
-class TestMapText : public QObject {
+class TestMapReadout : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
     void readOuts_data();
     void readOuts();
     void readOutsAsSpeltOut();
-    void csv_data();
-    void csv();
 };
 
-void TestMapText::readOuts_data()
+void TestMapReadout::readOuts_data()
 {
     QTest::addColumn<QPoint>("pixel");
     QTest::addColumn<int>("decimals");
@@ -68,7 +66,7 @@ void TestMapText::readOuts_data()
     QTest::newRow("outside") << QPoint(0, 0) << 0 << "";
 }
 
-void TestMapText::readOuts()
+void TestMapReadout::readOuts()
 {
     QFETCH(QPoint, pixel);
     QFETCH(int, decimals);
@@ -76,7 +74,7 @@ void TestMapText::readOuts()
     QCOMPARE(readOut(smallMap(), pixel, decimals, decimals), text);
 }
 
-void TestMapText::readOutsAsSpeltOut()
+void TestMapReadout::readOutsAsSpeltOut()
 {
     std::mt19937_64 generator = seededGenerator(1);
     const auto real = [&](double low, double high) { return std::uniform_real_distribution<>(low, high)(generator); };
@@ -99,33 +97,5 @@ void TestMapText::readOutsAsSpeltOut()
     }
 }
 
-void TestMapText::csv_data()
-{
-    QTest::addColumn<tarnis::BinRows>("rows");
-    QTest::addColumn<QString>("text");
-    QTest::newRow("nothing") << tarnis::BinRows() << "";
-    QTest::newRow("one bin") << tarnis::BinRows { { 1.0 } } << "1\n";
-    QTest::newRow("row 0 first") << tarnis::BinRows { { 1.0, 2.0 }, { 3.0, 4.0 } } << "1,2\n3,4\n";
-    QTest::newRow("ragged") << tarnis::BinRows { { 1.0, 2.0, 3.0 }, {}, { 4.0 } } << "1,2,3\n\n4\n";
-    QTest::newRow("six digits") << tarnis::BinRows { { 1234567.0, 123456.0, 0.1234567, -1e-7 } }
-                                << "1.23457e+06,123456,0.123457,-1e-07\n";
-    QTest::newRow("no numbers") << tarnis::BinRows { { std::nan(""), std::numeric_limits<double>::infinity(), -0.0 } }
-                                << "nan,inf,0\n";
-}
-
-void TestMapText::csv()
-{
-    QFETCH(tarnis::BinRows, rows);
-    QTEST(tarnis::csvOfRows(rows), "text");
-    QString spelt;
-    for (const QList<double>& row : rows) {
-        QStringList bins;
-        for (const double value : row)
-            bins.append(QStringLiteral("%1").arg(value, 0, 'g', -1, QLatin1Char(' ')));
-        spelt += bins.join(',') + '\n';
-    }
-    QCOMPARE(tarnis::csvOfRows(rows), spelt);
-}
-
-QTEST_APPLESS_MAIN(TestMapText)
+QTEST_APPLESS_MAIN(TestMapReadout)
 #include "tst_mapreadout.moc"

@@ -7,27 +7,65 @@ constexpr double zoomStep = 0.05; // fraction of the range
 
 } // namespace
 
+AxisMapping::AxisMapping(AxisRange range, AxisScale scale, int origin, int size, bool isUpward)
+    : m_range { toAxis(range.min, scale), toAxis(range.max, scale) }
+    , m_scale(scale)
+    , m_origin(origin)
+    , m_size(size)
+    , m_isUpward(isUpward)
+{
+}
+
+AxisMapping AxisMapping::horizontal(AxisRange range, const QRect& graph, AxisScale scale)
+{
+    return { range, scale, graph.left(), graph.width(), false };
+}
+
+AxisMapping AxisMapping::vertical(AxisRange range, const QRect& graph, AxisScale scale)
+{
+    return { range, scale, graph.bottom(), graph.height(), true };
+}
+
+double AxisMapping::pixelOf(double value) const
+{
+    const double distance = m_size / (m_range.max - m_range.min) * (toAxis(value, m_scale) - m_range.min);
+    return m_isUpward ? m_origin - distance : distance + m_origin;
+}
+
+double AxisMapping::valueAt(double pixel) const
+{
+    const double distance = m_isUpward ? m_origin - pixel : pixel - m_origin;
+    return fromAxis(distance / m_size * (m_range.max - m_range.min) + m_range.min, m_scale);
+}
+
+double AxisMapping::valueAfter(int pixels) const
+{
+    return spanOf(pixels, m_range, m_size) + m_range.min;
+}
+
+double AxisMapping::valueBefore(int pixels) const
+{
+    return m_range.max - spanOf(pixels, m_range, m_size);
+}
+
 QPointF valueAt(const QPointF& pixel, const PlotRanges& ranges, const QRect& graph)
 {
-    const auto& [x, y] = ranges;
-    return { (pixel.x() - graph.left()) / graph.width() * (x.max - x.min) + x.min,
-        (graph.bottom() - pixel.y()) / graph.height() * (y.max - y.min) + y.min };
+    return { AxisMapping::horizontal(ranges.x, graph).valueAt(pixel.x()),
+        AxisMapping::vertical(ranges.y, graph).valueAt(pixel.y()) };
 }
 
 QPointF pixelAt(const QPointF& value, const PlotRanges& ranges, const QRect& graph)
 {
-    const auto& [x, y] = ranges;
-    return { graph.width() / (x.max - x.min) * (value.x() - x.min) + graph.left(),
-        graph.bottom() - graph.height() / (y.max - y.min) * (value.y() - y.min) };
+    return { AxisMapping::horizontal(ranges.x, graph).pixelOf(value.x()),
+        AxisMapping::vertical(ranges.y, graph).pixelOf(value.y()) };
 }
 
 PlotRanges valuesOf(const QRect& pixels, const PlotRanges& ranges, const QRect& graph)
 {
-    const auto& [x, y] = ranges;
-    return { { spanOf(pixels.left() - graph.left(), x, graph.width()) + x.min,
-                 x.max - spanOf(graph.right() - pixels.right(), x, graph.width()) },
-        { spanOf(graph.bottom() - pixels.bottom(), y, graph.height()) + y.min,
-            y.max - spanOf(pixels.top() - graph.top(), y, graph.height()) } };
+    const AxisMapping x = AxisMapping::horizontal(ranges.x, graph);
+    const AxisMapping y = AxisMapping::vertical(ranges.y, graph);
+    return { { x.valueAfter(pixels.left() - graph.left()), x.valueBefore(graph.right() - pixels.right()) },
+        { y.valueAfter(graph.bottom() - pixels.bottom()), y.valueBefore(pixels.top() - graph.top()) } };
 }
 
 AxisRange zoomedIn(AxisRange range, int before, int after, int size)

@@ -53,4 +53,18 @@ QString csvOfColumns(const QList<double>& index, const QList<QList<double>>& col
     return text;
 }
 
+QString csvOfRows(const QList<QList<double>>& rows)
+{
+    QString text;
+    for (const QList<double>& row : rows) {
+        for (qsizetype column = 0; column < row.size(); ++column) {
+            if (column > 0)
+                text += QLatin1Char(',');
+            text += plainNumber(row.at(column));
+        }
+        text += QLatin1Char('\n');
+    }
+    return text;
+}
+
 } // namespace tarnis

@@ -1,5 +1,6 @@
 #include "tarnis/plots/math/mapreadout_p.h"
 
+#include "tarnis/plots/math/axismapping_p.h"
 #include "tarnis/plots/math/csvtext_p.h"
 #include "tarnis/plots/math/floatcomparison_p.h"
 
@@ -26,10 +27,10 @@ QString readOut(const BinRows& rows, const MapAxis& x, const MapAxis& y, const Q
 {
     if (!graph.contains(pixel, true))
         return {};
-    const double valueX = (pixel.x() - graph.left()) * (x.bins.max - x.bins.min) / graph.width() + x.bins.min;
-    const double valueY = y.bins.max - (pixel.y() - graph.top()) * (y.bins.max - y.bins.min) / graph.height();
-    const int column = binAt(valueX, x.bins);
-    const int row = binAt(valueY, y.bins);
+    const AxisMapping axisX = AxisMapping::horizontal({ x.bins.min, x.bins.max }, graph);
+    const AxisMapping axisY = AxisMapping::vertical({ y.bins.min, y.bins.max }, graph);
+    const int column = binAt(axisX.valueAfter(pixel.x() - graph.left()), x.bins);
+    const int row = binAt(axisY.valueBefore(pixel.y() - graph.top()), y.bins);
     if (column < 0 || row < 0 || row >= rows.size() || column >= rows.at(row).size())
         return {};
     const double value = rows.at(row).at(column);
@@ -37,20 +38,6 @@ QString readOut(const BinRows& rows, const MapAxis& x, const MapAxis& y, const Q
         return {};
     return QStringLiteral("%1:%2 %3:%4 i:%5")
         .arg(x.name, shownPosition(column, x), y.name, shownPosition(row, y), plainNumber(value));
-}
-
-QString csvOfRows(const BinRows& rows)
-{
-    QString text;
-    for (const QList<double>& row : rows) {
-        for (qsizetype column = 0; column < row.size(); ++column) {
-            if (column > 0)
-                text += QLatin1Char(',');
-            text += plainNumber(row.at(column));
-        }
-        text += QLatin1Char('\n');
-    }
-    return text;
 }
 
 } // namespace tarnis

@@ -1,4 +1,4 @@
-// Texts of a map: the bin under the mouse, the CSV file. Pure functions without a widget.
+// The text of the bin under the mouse. Values in, text out; no widget.
 #pragma once
 
 #include "tarnis/plots/math/bingeometry_p.h"
@@ -9,7 +9,7 @@
 
 namespace tarnis {
 
-/// An axis in the read-out.
+/// An axis as the read-out shows it.
 struct MapAxis {
     BinAxis bins;
     QString name;
@@ -19,8 +19,5 @@ struct MapAxis {
 /// "name:x name:y i:value" for the bin under a pixel; empty if the pixel is not strictly inside of the graph or the bin
 /// is not above 0.
 QString readOut(const BinRows& rows, const MapAxis& x, const MapAxis& y, const QPoint& pixel, const QRect& graph);
-
-/// All bins, one line for each row, starting with row 0.
-QString csvOfRows(const BinRows& rows);
 
 } // namespace tarnis

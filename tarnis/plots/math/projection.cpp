@@ -1,5 +1,6 @@
 #include "tarnis/plots/math/projection_p.h"
 
+#include "tarnis/plots/math/axismapping_p.h"
 #include "tarnis/plots/math/csvtext_p.h"
 #include "tarnis/plots/math/floatcomparison_p.h"
 
@@ -11,6 +12,7 @@ namespace tarnis {
 namespace {
 
 constexpr int edgeReach = 4;
+constexpr int pointArm = 2; // of a cross, to each side
 
 bool isNear(int a, int b)
 {
@@ -114,18 +116,26 @@ double edgeValue(CutEdge edge, QPoint point, AxisRange visibleX, AxisRange visib
 {
     const int x = std::max(graph.left(), std::min(point.x(), graph.right()));
     const int y = std::max(graph.top(), std::min(point.y(), graph.bottom()));
-    const double spanX = visibleX.max - visibleX.min;
-    const double spanY = visibleY.max - visibleY.min;
+    const AxisMapping axisX = AxisMapping::horizontal(visibleX, graph);
+    const AxisMapping axisY = AxisMapping::vertical(visibleY, graph);
     switch (edge) {
     case MinXEdge:
-        return (x - graph.left()) * spanX / graph.width() + visibleX.min;
+        return axisX.valueAfter(x - graph.left());
     case MaxXEdge:
-        return visibleX.max - (graph.right() - x) * spanX / graph.width();
+        return axisX.valueBefore(graph.right() - x);
     case MaxYEdge:
-        return visibleY.max - (y - graph.top()) * spanY / graph.height();
+        return axisY.valueBefore(y - graph.top());
     default:
-        return (graph.bottom() - y) * spanY / graph.height() + visibleY.min;
+        return axisY.valueAfter(graph.bottom() - y);
     }
+}
+
+QRect pointPixels(const QPointF& point, AxisRange visibleX, AxisRange visibleY, const QRect& graph)
+{
+    const double x = graph.left() + graph.width() * (point.x() - visibleX.min) / (visibleX.max - visibleX.min);
+    const double y = graph.bottom() - graph.height() * (point.y() - visibleY.min) / (visibleY.max - visibleY.min);
+    return { QPoint(limitedPixel(x - pointArm), limitedPixel(y - pointArm)),
+        QPoint(limitedPixel(x + pointArm), limitedPixel(y + pointArm)) };
 }
 
 CutSpan cutSpan(const BinAxis& axis, AxisRange cut, qsizetype bins)

@@ -6,7 +6,7 @@
 #include "tarnis/plots/math/bingeometry_p.h"
 #include "tarnis/plots/math/binvalues_p.h"
 
-#include <QPoint>
+#include <QPointF>
 #include <QString>
 
 namespace tarnis {
@@ -31,7 +31,10 @@ AxisRange roundedToBins(AxisRange range, qsizetype bins);
 /// Value of an edge that is dropped at a pixel, which is moved into the graph first.
 double edgeValue(CutEdge edge, QPoint point, AxisRange visibleX, AxisRange visibleY, const QRect& graph);
 
-/// Bins of one axis of a cut. All ends are exclusive and can be before their beginnings.
+/// The corners of a cross on a map, by truncation.
+QRect pointPixels(const QPointF& point, AxisRange visibleX, AxisRange visibleY, const QRect& graph);
+
+/// Bins of one axis of a cut. All ends are excluded and can be before their beginnings.
 struct CutSpan {
     int first = 0; ///< visible
     int end = 0; ///< not below 0

@@ -1,5 +1,6 @@
 #include "tarnis/plots/math/readout_p.h"
 
+#include "tarnis/plots/math/axismapping_p.h"
 #include "tarnis/plots/math/csvtext_p.h"
 #include "tarnis/plots/math/floatcomparison_p.h"
 
@@ -69,14 +70,13 @@ QString readOut(const QList<Series>& series, QPoint pixel, const QRect& graph, c
     if (series.isEmpty() || series.constFirst().values.isEmpty() || !graph.contains(pixel, true))
         return {};
     const qsizetype count = series.constFirst().values.size();
-    const double x =
-        (axis.visible.max - axis.visible.min) * (pixel.x() - graph.left()) / graph.width() + axis.visible.min;
+    const double x = AxisMapping::horizontal(axis.visible, graph).valueAfter(pixel.x() - graph.left());
     const int index = sampleAt(x, axis, count);
     const QString xText = plainNumber(shownX(index, axis, count));
     if (summed || series.size() == 1)
         return QStringLiteral("%1:%2 i:%3").arg(names.x, xText, plainNumber(sumAt(series, index)));
 
-    const double yUnderPixel = y.max - (pixel.y() - graph.top()) * (y.max - y.min) / graph.height();
+    const double yUnderPixel = AxisMapping::vertical(y, graph).valueBefore(pixel.y() - graph.top());
     const std::optional<int> nearest = seriesNearest(series, index, yUnderPixel, y.max - y.min);
     if (!nearest)
         return {};
