@@ -92,14 +92,12 @@ protected:
 
     std::unique_ptr<tarnis::LabelCache> m_labels; ///< layouts of the labels
 
-    /// Draws marks and labels; returns the width of the widest label.
-    int paintTicks(QPainter& painter, const QRect& rect, const QRect& bar, QSize charSize) const;
-    void openEditorAt(const QPoint& point); ///< opens the editor if the point is on an end label
-    TARNIS_NO_EXPORT void openEditor(bool onMax); ///< for the upper or the lower end
-    /// Closes the open editor and returns its text as a number, 0 if it is not a number.
-    double takeNumber();
-
 private:
     friend class tarnis::PlotAccess;
-    bool m_squareRoot = false; // labels at equal distances of the square root, unless the scale is logarithmic
+    TARNIS_NO_EXPORT int paintTicks(QPainter& painter, const QRect& rect, const QRect& bar, QSize charSize) const;
+    TARNIS_NO_EXPORT void openEditorAt(const QPoint& point);
+    TARNIS_NO_EXPORT void openEditor(bool onMax);
+    TARNIS_NO_EXPORT double takeNumber();
+
+    bool m_squareRoot = false; // labels at equal distances of the square root, while the scale is not logarithmic
 };

@@ -5,22 +5,23 @@
 #include "tarnis/plots/xy2dgraphwidget_p.h"
 
 #include <QAction>
-#include <QLineEdit>
 #include <QPushButton>
 
 namespace tarnis {
 
-void PlotAccess::dropEditor(XYGraphWidget& plot)
-{
-    if (plot.m_edit == nullptr)
-        return;
-    plot.m_edit->deleteLater();
-    plot.m_edit = nullptr;
-}
-
 bool PlotAccess::isCutOn(const XY2DGraphWidget& map)
 {
     return map.m_act1dCut->isChecked();
+}
+
+ColorScale PlotAccess::colorScale(const XY2DGraphWidget& map)
+{
+    return map.m_parts->colors.scale();
+}
+
+void PlotAccess::openColorBarMenu(XY2DGraphWidget& map, const QPoint& globalPosition)
+{
+    map.m_parts->colors.openMenu(globalPosition);
 }
 
 PlotAccess::MapAxis PlotAccess::mapAxisX(const XY2DGraphWidget& map)
@@ -71,7 +72,7 @@ bool PlotAccess::feedChosenColors(XY2DGraphWidget& map)
 
 void PlotAccess::showColors(XY2DGraphWidget& map)
 {
-    map.feedColorBar();
+    map.m_parts->colors.feedBar();
     map.m_colorBar->refreshPixmap();
 }
 

@@ -45,7 +45,7 @@ public:
     static bool isDragging(const XYGraphWidget& plot) { return plot.m_selecting; }
     static QLineEdit* editor(const XYGraphWidget& plot) { return plot.m_edit; }
     static void openEditor(XYGraphWidget& plot, const QPoint& point) { plot.openEditorAt(point); }
-    static void dropEditor(XYGraphWidget& plot);
+    static void dropEditor(XYGraphWidget& plot) { plot.dropEditor(); }
     static double tickOf(const XYGraphWidget& plot, double x) { return plot.m_funcX2Tick(x, plot.m_funcUserData); }
 
     using TickFunction = double (*)(double, void*);
@@ -110,11 +110,8 @@ public:
     static Bar bar(const ColorBarWidget& bar);
 
     static ColorBarWidget& colorBar(const XY2DGraphWidget& map) { return *map.m_colorBar; }
-    static void openColorBarMenu(XY2DGraphWidget& map, const QPoint& globalPosition)
-    {
-        map.openColorBarMenu(globalPosition);
-    }
-    /// Increases the space below the plot; the plot is not repainted.
+    static void openColorBarMenu(XY2DGraphWidget& map, const QPoint& globalPosition);
+    /// Widens the room below the plot; the plot is not repainted.
     static void addBottomMargin(XYGraphWidget& plot, int pixels)
     {
         plot.m_margin.setBottom(plot.m_margin.bottom() + pixels);
@@ -128,8 +125,8 @@ public:
     /// Shows the colours in use in the bar and repaints it.
     static void showColors(XY2DGraphWidget& map);
     /// The scale that the map is painted with.
-    static ColorScale colorScale(const XY2DGraphWidget& map) { return map.colorScale(); }
-    /// Restores the five points, for this map and for all maps without their own settings.
+    static ColorScale colorScale(const XY2DGraphWidget& map);
+    /// Back to the five points, for this map and for all maps without a choice of their own.
     static void dropColors(XY2DGraphWidget& map);
     /// Reserves space for a tool between plot rectangle and colour bar.
     static void setBesideBar(XY2DGraphWidget& map, int width);

@@ -70,7 +70,7 @@ public:
 
 private:
     /// Bins of equal width along an axis.
-    struct Bins {
+    struct TARNIS_NO_EXPORT Bins {
         double origin = 0.0; // lower edge of bin 0
         double width = 1.0;
         qsizetype count = 0;

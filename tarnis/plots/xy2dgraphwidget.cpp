@@ -6,7 +6,6 @@
 #include "tarnis/plots/colorbarwidget.h"
 #include "tarnis/plots/mapcoloring_p.h"
 #include "tarnis/plots/math/floatcomparison_p.h"
-#include "tarnis/plots/raster/mappainter_p.h"
 #include "tarnis/plots/xy2dgraphwidget_p.h"
 
 #include <QAction>
@@ -42,12 +41,12 @@ QAction* addCheckable(QWidget* widget, const char* text)
 
 XY2DGraphWidget::XY2DGraphWidget(QWidget* parent)
     : XYGraphWidget(parent)
-    , m_map(std::make_unique<tarnis::MapPainter>())
+    , m_parts(std::make_unique<Parts>(*this))
 {
     SetPaintGridLineOnGraph(true);
     m_margin.setRight(firstBarMargin);
     m_colorBar = new ColorBarWidget(this);
-    feedColorBar();
+    m_parts->colors.feedBar();
     connect(m_colorBar, &ColorBarWidget::onMinChanged, this, &XY2DGraphWidget::onMinZChanged);
     connect(m_colorBar, &ColorBarWidget::onMaxChanged, this, &XY2DGraphWidget::onMaxZChanged);
     connect(m_colorBar, &ColorBarWidget::sizeChanging, this, &XY2DGraphWidget::onColorBarSizeChanging);
@@ -110,8 +109,8 @@ void XY2DGraphWidget::setData(int row, const QList<double>& values, double rowMa
         m_minY = m_initMinY;
         adjustAxisY(m_initMaxY); // not by the number of rows, as onAutoScaleY() does
     }
-    if (refresh && m_act1dCut->isChecked())
-        refresh1dCut(true);
+    if (refresh)
+        onViewChanged();
 }
 
 void XY2DGraphWidget::clearData()
@@ -228,6 +227,12 @@ void XY2DGraphWidget::onAutoScaleY(bool checked)
 void XY2DGraphWidget::onReset()
 {
     XYGraphWidget::onReset();
+    onViewChanged();
+}
+
+/// Called where the visible range, the data or the size has changed by a way that the cut follows.
+void XY2DGraphWidget::onViewChanged()
+{
     if (m_act1dCut->isChecked())
         refresh1dCut(true);
 }

@@ -21,11 +21,8 @@ class ViewSelectedROI;
 class XYRangeInputDialog;
 
 namespace tarnis {
-class MapPainter;
-class ColorScale;
-enum class CutContent;
-enum class FivePoints;
-struct AxisRange;
+enum class EdgeState;
+enum class MouseState;
 struct BinAxis;
 struct MapColoring;
 struct ScreenPlace;
@@ -272,47 +269,26 @@ protected:
     bool m_editingColorBar = false, m_finishedEditingColorBar = false;
     /// @}
 
-    std::unique_ptr<tarnis::MapPainter> m_map; ///< paints the bins and keeps buffers for it
-
-    /// Steps of the above. @{
-    tarnis::BinAxis binAxisX();
-    tarnis::BinAxis binAxisY();
-    qsizetype columnCount() const;
-    void feedColorBar();
-    void fitColorScale();
-    tarnis::ColorScale colorScale() const;
-    void setColors(QColor max, QColor halfMax, QColor half, QColor halfMin, QColor min);
-    void askColor(QColor& color, const QString& title);
-    void openColorBarMenu(const QPoint& globalPosition);
-    void paintPoints(QPainter& painter, const QRect& graph) const;
-    void uncheckTools();
-    tarnis::ScreenPlace screenPlace();
-    tarnis::CutContent cutContent() const;
-    void setCutRect(tarnis::AxisRange x, tarnis::AxisRange y);
-    void fillRangeBox();
-    void openCutWindow(ModelessWidgetManager& windows, bool upright);
-    static VectorGraphWidget* cutPlot(const ModelessWidgetManager& windows);
-    void fillCutX();
-    void fillCutY();
-    void placeCutWindows();
-    void paintCut(QPainter& painter);
-    bool takeEdge(Qt::MouseButton button, const QPoint& point);
-    void openEdgeEditor(const QPoint& point);
-    void enterEdge(double value);
-    void moveEdge(int edge, double value);
-    void finishEdgeDrag(const QPoint& point);
-    QString readOutAt(const QPoint& point);
-    void addRegion(double x1, double x2, double y1, double y2);
-    void makeRegionWindow();
-    void renewRegionWindow();
-    void hideRegionWindow();
-    void paintRegions(QPainter& painter);
-    void printWithCuts(VectorGraphWidget& plotX, VectorGraphWidget& plotY);
-    /// @}
-
 private:
     friend class tarnis::PlotAccess;
+    // Each does the steps of one concern, on the members above, which subclasses read and write.
+    class TARNIS_NO_EXPORT ColorControls;
+    class TARNIS_NO_EXPORT Cut;
+    class TARNIS_NO_EXPORT Regions;
+    struct TARNIS_NO_EXPORT Parts;
+    TARNIS_NO_EXPORT tarnis::BinAxis binAxisX();
+    TARNIS_NO_EXPORT tarnis::BinAxis binAxisY();
+    TARNIS_NO_EXPORT qsizetype columnCount() const;
+    TARNIS_NO_EXPORT void onViewChanged();
+    TARNIS_NO_EXPORT tarnis::MouseState mouseState() const;
+    TARNIS_NO_EXPORT tarnis::EdgeState edgeState() const;
+    TARNIS_NO_EXPORT void uncheckTools();
+    TARNIS_NO_EXPORT QString readOutAt(const QPoint& point);
+    TARNIS_NO_EXPORT void paintPoints(QPainter& painter, const QRect& graph) const;
     TARNIS_NO_EXPORT int besideBar() const;
-    TARNIS_NO_EXPORT void setFivePoints(tarnis::FivePoints palette);
-    std::unique_ptr<tarnis::MapColoring> m_coloring; // null until set by a tool
+    TARNIS_NO_EXPORT tarnis::ScreenPlace screenPlace();
+    TARNIS_NO_EXPORT void printWithCuts(VectorGraphWidget& plotX, VectorGraphWidget& plotY);
+
+    std::unique_ptr<Parts> m_parts;
+    std::unique_ptr<tarnis::MapColoring> m_coloring; // null until a tool makes a choice
 };

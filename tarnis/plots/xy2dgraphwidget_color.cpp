@@ -7,7 +7,7 @@
 #include "tarnis/plots/math/binvalues_p.h"
 #include "tarnis/plots/math/floatcomparison_p.h"
 #include "tarnis/plots/plotaccess_p.h"
-#include "tarnis/plots/raster/bincolouring_p.h"
+#include "tarnis/plots/xy2dgraphwidget_p.h"
 
 #include <QAction>
 #include <QColorDialog>
@@ -31,22 +31,22 @@ void XY2DGraphWidget::setColorBarTicks(int ticks)
     m_colorBar->setTicks(ticks);
 }
 
-tarnis::ColorScale XY2DGraphWidget::colorScale() const
+tarnis::ColorScale XY2DGraphWidget::ColorControls::scale() const
 {
     using tarnis::ScaleCurve;
-    const bool isRoot = m_coloring != nullptr && m_coloring->squareRoot;
-    const ScaleCurve curve = m_logScale ? ScaleCurve::Log : (isRoot ? ScaleCurve::SquareRoot : ScaleCurve::Linear);
-    if (const tarnis::ColorTable* table = tarnis::tableInUse(m_coloring.get()))
-        return { m_minZ, m_maxZ, curve, *table };
-    return { m_minZ, m_maxZ, curve,
-        m_coloring != nullptr && m_coloring->colors
-            ? *m_coloring->colors
-            : tarnis::ScaleColors { colMin, colHalfMin, colHalf, colHalfMax, colMax } };
+    const tarnis::MapColoring* const chosen = m_plot.m_coloring.get();
+    const bool isRoot = chosen != nullptr && chosen->squareRoot;
+    const ScaleCurve curve =
+        m_plot.m_logScale ? ScaleCurve::Log : (isRoot ? ScaleCurve::SquareRoot : ScaleCurve::Linear);
+    if (const tarnis::ColorTable* table = tarnis::tableInUse(chosen))
+        return { m_plot.m_minZ, m_plot.m_maxZ, curve, *table };
+    return { m_plot.m_minZ, m_plot.m_maxZ, curve,
+        chosen != nullptr && chosen->colors ? *chosen->colors : tarnis::PlotAccess::sharedColors() };
 }
 
 QColor XY2DGraphWidget::getColor(double value)
 {
-    return colorScale().color(value);
+    return m_parts->colors.scale().color(value);
 }
 
 bool XY2DGraphWidget::updateColor(
@@ -58,39 +58,39 @@ bool XY2DGraphWidget::updateColor(
     }
     if (background.isValid())
         m_backGroundColor = background;
-    setColors(max, halfMax, half, halfMin, min);
+    m_parts->colors.setPoints({ min, halfMin, half, halfMax, max });
     return true;
 }
 
-void XY2DGraphWidget::setColors(QColor max, QColor halfMax, QColor half, QColor halfMin, QColor min)
+void XY2DGraphWidget::ColorControls::setPoints(const tarnis::ScaleColors& colors)
 {
-    colMax = max;
-    colHalfMax = halfMax;
-    colHalf = half;
-    colHalfMin = halfMin;
-    colMin = min;
-    updatePattern();
+    tarnis::PlotAccess::setSharedColors(colors);
+    m_plot.updatePattern();
 }
 
-void XY2DGraphWidget::feedColorBar()
+void XY2DGraphWidget::ColorControls::setPoints(tarnis::FivePoints palette)
 {
-    if (tarnis::PlotAccess::feedChosenColors(*this))
-        return;
-    m_colorBar->updatePos(0.0, colMin);
-    m_colorBar->updatePos(0.25, colHalfMin);
-    m_colorBar->updatePos(0.5, colHalf);
-    m_colorBar->updatePos(0.75, colHalfMax);
-    m_colorBar->updatePos(1.0, colMax);
+    setPoints(tarnis::fivePoints(palette));
 }
 
-void XY2DGraphWidget::fitColorScale()
+void XY2DGraphWidget::ColorControls::feedBar()
 {
-    if (!m_colorBar->isAutoScale())
+    if (tarnis::PlotAccess::feedChosenColors(m_plot))
         return;
-    m_minZ = m_logScale ? tarnis::smallestPositiveBin(m_data) : 0.0;
-    m_maxZ = getMaxValue();
-    m_colorBar->setMin(m_minZ);
-    m_colorBar->setMax(m_maxZ);
+    const tarnis::ScaleColors colors = tarnis::PlotAccess::sharedColors();
+    for (std::size_t i = 0; i < colors.size(); ++i)
+        m_plot.m_colorBar->updatePos(0.25 * static_cast<double>(i), colors[i]);
+}
+
+void XY2DGraphWidget::ColorControls::fitScale()
+{
+    ColorBarWidget& bar = *m_plot.m_colorBar;
+    if (!bar.isAutoScale())
+        return;
+    m_plot.m_minZ = m_plot.m_logScale ? tarnis::smallestPositiveBin(m_plot.m_data) : 0.0;
+    m_plot.m_maxZ = m_plot.getMaxValue();
+    bar.setMin(m_plot.m_minZ);
+    bar.setMax(m_plot.m_maxZ);
 }
 
 void XY2DGraphWidget::onAutoScaleZToggled(bool checked)
@@ -136,65 +136,59 @@ void XY2DGraphWidget::updatePattern()
 {
     // The five points were set, which overrides the settings of tools.
     tarnis::PlotAccess::dropColors(*this);
-    feedColorBar();
+    m_parts->colors.feedBar();
     refreshPixmap();
     Q_EMIT onColorBarChanged(this);
 }
 
-void XY2DGraphWidget::setFivePoints(tarnis::FivePoints palette)
-{
-    const tarnis::ScaleColors colors = tarnis::fivePoints(palette);
-    setColors(colors[4], colors[3], colors[2], colors[1], colors[0]);
-}
-
 void XY2DGraphWidget::onPatternRainbow1()
 {
-    setFivePoints(tarnis::FivePoints::Rainbow1);
+    m_parts->colors.setPoints(tarnis::FivePoints::Rainbow1);
 }
 
 void XY2DGraphWidget::onPatternRainbow2()
 {
-    setFivePoints(tarnis::FivePoints::Rainbow2);
+    m_parts->colors.setPoints(tarnis::FivePoints::Rainbow2);
 }
 
 void XY2DGraphWidget::onPatternGrays()
 {
-    setFivePoints(tarnis::FivePoints::Grays);
+    m_parts->colors.setPoints(tarnis::FivePoints::Grays);
 }
 
 void XY2DGraphWidget::onPatternBlueRedGreen()
 {
-    setFivePoints(tarnis::FivePoints::BlueRedGreen);
+    m_parts->colors.setPoints(tarnis::FivePoints::BlueRedGreen);
 }
 
 void XY2DGraphWidget::onPatternRedWhiteBlue()
 {
-    setFivePoints(tarnis::FivePoints::RedWhiteBlue);
+    m_parts->colors.setPoints(tarnis::FivePoints::RedWhiteBlue);
 }
 
 void XY2DGraphWidget::onPatternCyanMagenta()
 {
-    setFivePoints(tarnis::FivePoints::CyanMagenta);
+    m_parts->colors.setPoints(tarnis::FivePoints::CyanMagenta);
 }
 
 void XY2DGraphWidget::onPatternYellowHot()
 {
-    setFivePoints(tarnis::FivePoints::YellowHot);
+    m_parts->colors.setPoints(tarnis::FivePoints::YellowHot);
 }
 
 void XY2DGraphWidget::onPatternBlue()
 {
-    setFivePoints(tarnis::FivePoints::Blue);
+    m_parts->colors.setPoints(tarnis::FivePoints::Blue);
 }
 
 void XY2DGraphWidget::onColorReverse()
 {
-    setColors(colMin, colHalfMin, colHalf, colHalfMax, colMax);
+    m_parts->colors.setPoints({ colMax, colHalfMax, colHalf, colHalfMin, colMin });
 }
 
-void XY2DGraphWidget::askColor(QColor& color, const QString& title)
+void XY2DGraphWidget::ColorControls::choose(QColor& color, const QString& title)
 {
-    auto* const dialog = new QColorDialog(color, this);
+    auto* const dialog = new QColorDialog(color, &m_plot);
     dialog->setWindowTitle(title);
     if (!tarnis::isAccepted(dialog))
         return;
@@ -203,37 +197,37 @@ void XY2DGraphWidget::askColor(QColor& color, const QString& title)
     if (!chosen.isValid())
         return;
     color = chosen;
-    updatePattern();
+    m_plot.updatePattern();
 }
 
 void XY2DGraphWidget::onMinColor()
 {
-    askColor(colMin, tr("Min Color"));
+    m_parts->colors.choose(colMin, tr("Min Color"));
 }
 
 void XY2DGraphWidget::onHalfMinColor()
 {
-    askColor(colHalfMin, tr("Half Min Color"));
+    m_parts->colors.choose(colHalfMin, tr("Half Min Color"));
 }
 
 void XY2DGraphWidget::onHalfColor()
 {
-    askColor(colHalf, tr("Half Color"));
+    m_parts->colors.choose(colHalf, tr("Half Color"));
 }
 
 void XY2DGraphWidget::onHalfMaxColor()
 {
-    askColor(colHalfMax, tr("Half Max Color"));
+    m_parts->colors.choose(colHalfMax, tr("Half Max Color"));
 }
 
 void XY2DGraphWidget::onMaxColor()
 {
-    askColor(colMax, tr("Max Color"));
+    m_parts->colors.choose(colMax, tr("Max Color"));
 }
 
 void XY2DGraphWidget::onBackGroundColor()
 {
-    askColor(m_backGroundColor, tr("Background Color"));
+    m_parts->colors.choose(m_backGroundColor, tr("Background Color"));
 }
 
 void XY2DGraphWidget::onEditingColorBar()
@@ -246,19 +240,21 @@ void XY2DGraphWidget::onFinishEditingColorBar()
     m_finishedEditingColorBar = true;
 }
 
-void XY2DGraphWidget::openColorBarMenu(const QPoint& globalPosition)
+void XY2DGraphWidget::ColorControls::openMenu(const QPoint& globalPosition)
 {
     using Slot = void (XY2DGraphWidget::*)();
-    if (m_colorBarMenu != nullptr)
-        m_colorBarMenu->deleteLater();
-    m_colorBarMenu = new QMenu(this);
-    connect(m_colorBarMenu, &QMenu::aboutToHide, this, &XY2DGraphWidget::onColorBarMenuHide);
-    const auto addEntry = [this](const QString& text, Slot slot) { m_colorBarMenu->addAction(text, this, slot); };
+    XY2DGraphWidget* const plot = &m_plot;
+    if (plot->m_colorBarMenu != nullptr)
+        plot->m_colorBarMenu->deleteLater();
+    auto* const menu = new QMenu(plot);
+    plot->m_colorBarMenu = menu;
+    QObject::connect(menu, &QMenu::aboutToHide, plot, &XY2DGraphWidget::onColorBarMenuHide);
+    const auto addEntry = [=](const QString& text, Slot slot) { menu->addAction(text, plot, slot); };
     // A colour dialog opens after the menu is gone.
-    const auto addColor = [this](const QString& text, const QColor& color, Slot slot) {
+    const auto addColor = [=](const QString& text, const QColor& color, Slot slot) {
         QPixmap icon(15, 15);
         icon.fill(color);
-        connect(m_colorBarMenu->addAction(QIcon(icon), text), &QAction::triggered, this, slot, Qt::QueuedConnection);
+        QObject::connect(menu->addAction(QIcon(icon), text), &QAction::triggered, plot, slot, Qt::QueuedConnection);
     };
     addEntry(QStringLiteral("Pattern - Rainbow1"), &XY2DGraphWidget::onPatternRainbow1);
     addEntry(QStringLiteral("Pattern - Rainbow2"), &XY2DGraphWidget::onPatternRainbow2);
@@ -275,7 +271,7 @@ void XY2DGraphWidget::openColorBarMenu(const QPoint& globalPosition)
     addColor(QStringLiteral(" Edit - Min Color"), colMin, &XY2DGraphWidget::onMinColor);
     addEntry(QStringLiteral("Edit - Reverse"), &XY2DGraphWidget::onColorReverse);
     addColor(QStringLiteral(" Edit - Back Ground Color"), m_backGroundColor, &XY2DGraphWidget::onBackGroundColor);
-    m_colorBarMenu->popup(globalPosition);
+    menu->popup(globalPosition);
 }
 
 void XY2DGraphWidget::onColorBarMenuHide()

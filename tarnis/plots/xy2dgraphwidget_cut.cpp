@@ -4,9 +4,8 @@
 #include "tarnis/foundation/trace_p.h"
 #include "tarnis/plots/labeleditor_p.h"
 #include "tarnis/plots/math/axismapping_p.h"
-#include "tarnis/plots/math/projection_p.h"
-#include "tarnis/plots/plottool_p.h"
 #include "tarnis/plots/raster/devicepixels_p.h"
+#include "tarnis/plots/xy2dgraphwidget_p.h"
 #include "tarnis/plots/xyrangeinputdialog.h"
 
 #include <QAction>
@@ -16,6 +15,15 @@
 
 #include <algorithm>
 #include <utility>
+
+namespace {
+
+bool isOnX(int edge)
+{
+    return edge == tarnis::MinXEdge || edge == tarnis::MaxXEdge;
+}
+
+} // namespace
 
 void XY2DGraphWidget::on1dCut(bool on)
 {
@@ -93,32 +101,22 @@ void XY2DGraphWidget::update1dCutRect(double x1, double x2, double y1, double y2
     const tarnis::AxisRange x = tarnis::roundedToBins({ x1, x2 }, columnCount());
     const tarnis::AxisRange y = tarnis::roundedToBins({ y1, y2 }, m_data.size());
     const bool hasRows = !m_data.isEmpty();
-    setCutRect(hasRows ? x : tarnis::AxisRange(), hasRows ? y : tarnis::AxisRange());
+    m_parts->cut.setRect(hasRows ? x : tarnis::AxisRange(), hasRows ? y : tarnis::AxisRange());
 }
 
 void XY2DGraphWidget::update1dCutRectSimply(double x1, double x2, double y1, double y2)
 {
-    setCutRect({ std::min(x1, x2), std::max(x1, x2) }, { std::min(y1, y2), std::max(y1, y2) });
+    m_parts->cut.setRect({ std::min(x1, x2), std::max(x1, x2) }, { std::min(y1, y2), std::max(y1, y2) });
 }
 
-void XY2DGraphWidget::setCutRect(tarnis::AxisRange x, tarnis::AxisRange y)
+void XY2DGraphWidget::Cut::setRect(tarnis::AxisRange x, tarnis::AxisRange y)
 {
-    m_cutMinX = x.min;
-    m_cutMaxX = x.max;
-    m_cutMinY = y.min;
-    m_cutMaxY = y.max;
+    m_plot.m_cutMinX = x.min;
+    m_plot.m_cutMaxX = x.max;
+    m_plot.m_cutMinY = y.min;
+    m_plot.m_cutMaxY = y.max;
     fillRangeBox();
-    refresh1dCut(true);
-}
-
-void XY2DGraphWidget::fillRangeBox()
-{
-    if (m_cutRangeDialog == nullptr)
-        return;
-    m_cutRangeDialog->setXMin(m_cutMinX);
-    m_cutRangeDialog->setXMax(m_cutMaxX);
-    m_cutRangeDialog->setYMin(m_cutMinY);
-    m_cutRangeDialog->setYMax(m_cutMaxY);
+    m_plot.refresh1dCut(true);
 }
 
 void XY2DGraphWidget::get1dData(QList<double>& horizontal, QList<double>& vertical)
@@ -131,104 +129,103 @@ void XY2DGraphWidget::get1dData(QList<double>& horizontal, QList<double>& vertic
     tarnis::sumVisible(m_data, x, y, horizontal, vertical);
 }
 
-bool XY2DGraphWidget::takeEdge(Qt::MouseButton button, const QPoint& point)
+bool XY2DGraphWidget::Cut::takeEdge(Qt::MouseButton button, const QPoint& point)
 {
     if (button != Qt::LeftButton && button != Qt::RightButton)
         return false;
-    if (m_edit != nullptr) {
-        m_edit->deleteLater();
-        m_edit = nullptr;
-    }
-    if (m_graphRect.contains(point))
-        m_cutDragEdge = tarnis::edgeAt(m_cutPixelRect, point);
-    if (m_cutDragEdge == tarnis::NoEdge)
+    m_plot.dropEditor();
+    int& edge = m_plot.m_cutDragEdge;
+    if (m_plot.m_graphRect.contains(point))
+        edge = tarnis::edgeAt(m_plot.m_cutPixelRect, point);
+    if (edge == tarnis::NoEdge)
         return false;
-    if (button == Qt::LeftButton) {
-        const bool onX = m_cutDragEdge == tarnis::MinXEdge || m_cutDragEdge == tarnis::MaxXEdge;
-        setCursor(onX ? Qt::SplitHCursor : Qt::SplitVCursor);
-    } else {
+    if (button == Qt::LeftButton)
+        m_plot.setCursor(isOnX(edge) ? Qt::SplitHCursor : Qt::SplitVCursor);
+    else
         openEdgeEditor(point);
-    }
     return true;
 }
 
-void XY2DGraphWidget::openEdgeEditor(const QPoint& point)
+void XY2DGraphWidget::Cut::openEdgeEditor(const QPoint& point)
 {
-    const double values[] = { 0.0, m_cutMinX, m_cutMaxX, m_cutMaxY, m_cutMinY };
-    m_edit = new tarnis::LabelEditor(QString::number(values[m_cutDragEdge], 'g', 6), this);
-    connect(m_edit, &QLineEdit::returnPressed, this, &XY2DGraphWidget::on1dCutEntered);
-    m_edit->move(point);
-    m_edit->show();
-    m_edit->setFocus();
+    const double values[] = { 0.0, m_plot.m_cutMinX, m_plot.m_cutMaxX, m_plot.m_cutMaxY, m_plot.m_cutMinY };
+    auto* const edit = new tarnis::LabelEditor(QString::number(values[m_plot.m_cutDragEdge], 'g', 6), &m_plot);
+    m_plot.m_edit = edit;
+    QObject::connect(edit, &QLineEdit::returnPressed, &m_plot, &XY2DGraphWidget::on1dCutEntered);
+    edit->move(point);
+    edit->show();
+    edit->setFocus();
 }
 
 void XY2DGraphWidget::on1dCutEntered()
 {
     if (m_edit != nullptr) {
-        enterEdge(m_edit->text().toDouble());
-        m_edit->deleteLater();
-        m_edit = nullptr;
+        m_parts->cut.enterEdge(m_edit->text().toDouble());
+        dropEditor();
     }
     m_cutDragEdge = tarnis::NoEdge;
     refreshPixmap();
     refresh1dCut(true);
 }
 
-void XY2DGraphWidget::enterEdge(double value)
+void XY2DGraphWidget::Cut::enterEdge(double value)
 {
-    const bool onX = m_cutDragEdge == tarnis::MinXEdge || m_cutDragEdge == tarnis::MaxXEdge;
-    const bool isVisible = onX ? value >= m_minX && value <= m_maxX : value >= m_minY && value <= m_maxY;
-    if (isVisible)
-        moveEdge(m_cutDragEdge, value);
+    const int edge = m_plot.m_cutDragEdge;
+    const auto [x, y] = m_plot.visibleRanges();
+    const tarnis::AxisRange visible = isOnX(edge) ? x : y;
+    if (value >= visible.min && value <= visible.max)
+        moveEdge(edge, value);
 }
 
-void XY2DGraphWidget::moveEdge(int edge, double value)
+void XY2DGraphWidget::Cut::moveEdge(int edge, double value)
 {
     switch (edge) {
     case tarnis::MinXEdge:
-        m_cutMinX = value;
+        m_plot.m_cutMinX = value;
         break;
     case tarnis::MaxXEdge:
-        m_cutMaxX = value;
+        m_plot.m_cutMaxX = value;
         break;
     case tarnis::MaxYEdge:
-        m_cutMaxY = value;
+        m_plot.m_cutMaxY = value;
         break;
     case tarnis::MinYEdge:
-        m_cutMinY = value;
+        m_plot.m_cutMinY = value;
         break;
     default:
         return;
     }
-    if (edge == tarnis::MinXEdge || edge == tarnis::MaxXEdge) {
-        if (m_cutMinX > m_cutMaxX)
-            std::swap(m_cutMinX, m_cutMaxX);
-        update1dCutRangeX(m_cutMinX, m_cutMaxX);
-    } else {
-        if (m_cutMinY > m_cutMaxY)
-            std::swap(m_cutMinY, m_cutMaxY);
-        update1dCutRangeY(m_cutMinY, m_cutMaxY);
-    }
+    double& min = isOnX(edge) ? m_plot.m_cutMinX : m_plot.m_cutMinY;
+    double& max = isOnX(edge) ? m_plot.m_cutMaxX : m_plot.m_cutMaxY;
+    if (min > max)
+        std::swap(min, max);
+    if (isOnX(edge))
+        m_plot.update1dCutRangeX(min, max);
+    else
+        m_plot.update1dCutRangeY(min, max);
 }
 
-void XY2DGraphWidget::finishEdgeDrag(const QPoint& point)
+void XY2DGraphWidget::Cut::finishDrag(const QPoint& point)
 {
-    const tarnis::PlotRanges ranges = visibleRanges();
-    moveEdge(m_cutDragEdge,
-        tarnis::edgeValue(static_cast<tarnis::CutEdge>(m_cutDragEdge), point, ranges.x, ranges.y, m_graphRect));
-    m_cutDragEdge = tarnis::NoEdge;
-    setCursor(Qt::ArrowCursor);
-    refreshPixmap();
-    refresh1dCut(true);
+    const auto [x, y] = m_plot.visibleRanges();
+    const auto edge = static_cast<tarnis::CutEdge>(m_plot.m_cutDragEdge);
+    moveEdge(edge, tarnis::edgeValue(edge, point, x, y, m_plot.m_graphRect));
+    m_plot.m_cutDragEdge = tarnis::NoEdge;
+    m_plot.setCursor(Qt::ArrowCursor);
+    m_plot.refreshPixmap();
+    m_plot.refresh1dCut(true);
 }
 
-void XY2DGraphWidget::paintCut(QPainter& painter)
+void XY2DGraphWidget::Cut::paint(QPainter& painter)
 {
-    m_cutPixelRect = tarnis::cutPixels(
-        { m_cutMinX, m_cutMaxX }, { m_cutMinY, m_cutMaxY }, { m_minX, m_maxX }, { m_minY, m_maxY }, m_graphRect);
+    const auto [x, y] = m_plot.visibleRanges();
+    const QRect& graph = m_plot.m_graphRect;
+    const QRect pixels =
+        tarnis::cutPixels({ m_plot.m_cutMinX, m_plot.m_cutMaxX }, { m_plot.m_cutMinY, m_plot.m_cutMaxY }, x, y, graph);
+    m_plot.m_cutPixelRect = pixels;
     painter.setPen(QPen(Qt::red, 1, Qt::DashLine));
-    for (const int y : { m_cutPixelRect.top(), m_cutPixelRect.bottom() })
-        tarnis::drawEvenLine(painter, QLine(m_graphRect.left(), y, m_graphRect.right(), y));
-    for (const int x : { m_cutPixelRect.left(), m_cutPixelRect.right() })
-        tarnis::drawEvenLine(painter, QLine(x, m_graphRect.top(), x, m_graphRect.bottom()));
+    for (const int row : { pixels.top(), pixels.bottom() })
+        tarnis::drawEvenLine(painter, QLine(graph.left(), row, graph.right(), row));
+    for (const int column : { pixels.left(), pixels.right() })
+        tarnis::drawEvenLine(painter, QLine(column, graph.top(), column, graph.bottom()));
 }

@@ -5,8 +5,8 @@
 #include "tarnis/foundation/retranslator.h"
 #include "tarnis/plots/colorbarwidget.h"
 #include "tarnis/plots/math/floatcomparison_p.h"
-#include "tarnis/plots/math/projection_p.h"
 #include "tarnis/plots/vectorgraphwidget.h"
+#include "tarnis/plots/xy2dgraphwidget_p.h"
 #include "tarnis/plots/xyrangeinputdialog.h"
 
 #include <QAction>
@@ -86,6 +86,12 @@ void moveOnTo(QWidget* window, const QWidget& plot)
     window->move(plot.mapToGlobal(QPoint(0, 0)));
 }
 
+VectorGraphWidget* plotIn(const ModelessWidgetManager& windows)
+{
+    const QWidget* window = windows.map.value(nullptr);
+    return window != nullptr ? window->findChild<VectorGraphWidget*>() : nullptr;
+}
+
 void raiseIfOpen(QWidget* window)
 {
     if (window != nullptr)
@@ -96,33 +102,49 @@ void raiseIfOpen(QWidget* window)
 
 void XY2DGraphWidget::refresh1dCut(bool refreshData)
 {
-    if (m_cutRangeDialog == nullptr) {
-        m_cutRangeDialog = new XYRangeInputDialog(this, 'g', 6);
-        connect(m_cutRangeDialog, &XYRangeInputDialog::edited, this, &XY2DGraphWidget::on1dCutEdited);
-        fillRangeBox();
-        moveOnTo(m_cutRangeDialog, *this);
-        m_cutRangeDialog->show();
-        m_cutRangeDialog->raise();
-    }
-    if (!m_cutXWindows.map.contains(nullptr))
-        openCutWindow(m_cutXWindows, false);
-    if (!m_cutYWindows.map.contains(nullptr))
-        openCutWindow(m_cutYWindows, true);
-    if (refreshData) {
-        fillCutX();
-        fillCutY();
-    }
-    placeCutWindows();
+    Cut& cut = m_parts->cut;
+    cut.open();
+    if (refreshData)
+        cut.fill();
+    cut.place();
     update();
 }
 
-void XY2DGraphWidget::openCutWindow(ModelessWidgetManager& windows, bool upright)
+void XY2DGraphWidget::Cut::open()
 {
-    auto* window = new QDialog(this, Qt::FramelessWindowHint);
+    if (m_plot.m_cutRangeDialog == nullptr) {
+        auto* const box = new XYRangeInputDialog(&m_plot, 'g', 6);
+        m_plot.m_cutRangeDialog = box;
+        QObject::connect(box, &XYRangeInputDialog::edited, &m_plot, &XY2DGraphWidget::on1dCutEdited);
+        fillRangeBox();
+        moveOnTo(box, m_plot);
+        box->show();
+        box->raise();
+    }
+    if (!m_plot.m_cutXWindows.map.contains(nullptr))
+        openWindow(m_plot.m_cutXWindows, false);
+    if (!m_plot.m_cutYWindows.map.contains(nullptr))
+        openWindow(m_plot.m_cutYWindows, true);
+}
+
+void XY2DGraphWidget::Cut::fillRangeBox()
+{
+    XYRangeInputDialog* const box = m_plot.m_cutRangeDialog;
+    if (box == nullptr)
+        return;
+    box->setXMin(m_plot.m_cutMinX);
+    box->setXMax(m_plot.m_cutMaxX);
+    box->setYMin(m_plot.m_cutMinY);
+    box->setYMax(m_plot.m_cutMaxY);
+}
+
+void XY2DGraphWidget::Cut::openWindow(ModelessWidgetManager& windows, bool upright)
+{
+    auto* window = new QDialog(&m_plot, Qt::FramelessWindowHint);
     auto* layout = new QGridLayout(window);
     layout->setContentsMargins(0, 0, 0, 0);
     auto* plot = new VectorGraphWidget(window);
-    plot->m_doubleBuffered = m_doubleBuffered;
+    plot->m_doubleBuffered = m_plot.m_doubleBuffered;
     keepCutActions(plot);
     if (upright) {
         plot->m_doubleBuffered = true;
@@ -130,60 +152,68 @@ void XY2DGraphWidget::openCutWindow(ModelessWidgetManager& windows, bool upright
     }
     layout->addWidget(plot, 0, 0);
     windows.map.insert(nullptr, window);
-    connect(window, &QObject::destroyed, &windows, &ModelessWidgetManager::onDestroyed);
+    QObject::connect(window, &QObject::destroyed, &windows, &ModelessWidgetManager::onDestroyed);
     window->setAttribute(Qt::WA_DeleteOnClose);
-    moveOnTo(window, *this);
+    moveOnTo(window, m_plot);
     window->show();
 }
 
-VectorGraphWidget* XY2DGraphWidget::cutPlot(const ModelessWidgetManager& windows)
+VectorGraphWidget* XY2DGraphWidget::Cut::plotX() const
 {
-    const QWidget* window = windows.map.value(nullptr);
-    return window != nullptr ? window->findChild<VectorGraphWidget*>() : nullptr;
+    return plotIn(m_plot.m_cutXWindows);
 }
 
-void XY2DGraphWidget::fillCutX()
+VectorGraphWidget* XY2DGraphWidget::Cut::plotY() const
 {
-    VectorGraphWidget* plot = cutPlot(m_cutXWindows);
-    if (plot == nullptr)
-        return;
-    const tarnis::CutSpan x = tarnis::cutSpan(binAxisX(), { m_cutMinX, m_cutMaxX }, columnCount());
-    const tarnis::CutSpan y = tarnis::cutSpan(binAxisY(), { m_cutMinY, m_cutMaxY }, m_data.size());
-    const tarnis::CutSums sums = tarnis::sumsByColumn(m_data, x, y, cutContent());
+    return plotIn(m_plot.m_cutYWindows);
+}
+
+void XY2DGraphWidget::Cut::fill()
+{
+    const tarnis::CutSpan x =
+        tarnis::cutSpan(m_plot.binAxisX(), { m_plot.m_cutMinX, m_plot.m_cutMaxX }, m_plot.columnCount());
+    const tarnis::CutSpan y =
+        tarnis::cutSpan(m_plot.binAxisY(), { m_plot.m_cutMinY, m_plot.m_cutMaxY }, m_plot.m_data.size());
+    if (VectorGraphWidget* const plot = plotX())
+        fillX(*plot, x, y);
+    if (VectorGraphWidget* const plot = plotY())
+        fillY(*plot, x, y);
+}
+
+void XY2DGraphWidget::Cut::fillX(VectorGraphWidget& plot, const tarnis::CutSpan& x, const tarnis::CutSpan& y)
+{
+    const tarnis::CutSums sums = tarnis::sumsByColumn(m_plot.m_data, x, y, content());
     const QString label =
-        m_1dCutActive ? tarnis::cutLabel(m_nameY, y.valueOf(y.cutFirst), y.valueOf(y.cutEnd)) : QString();
-    fillCutPlot(*plot, m_nameX, label, columnCount(), { std::max(m_initMinX, m_minX), std::min(m_maxX, m_initMaxX) },
-        { m_minX, m_maxX }, sums);
-    plot->setDecimalX(m_decimalX);
-    plot->setIndex(sums.index);
-    if (m_display1dCutIntensity)
-        plot->setNotes(QStringLiteral("Inside: %1 / Total-X: %2").arg(numStr(sums.inside), numStr(sums.total)));
+        m_plot.m_1dCutActive ? tarnis::cutLabel(m_plot.m_nameY, y.valueOf(y.cutFirst), y.valueOf(y.cutEnd)) : QString();
+    fillCutPlot(plot, m_plot.m_nameX, label, m_plot.columnCount(),
+        { std::max(m_plot.m_initMinX, m_plot.m_minX), std::min(m_plot.m_maxX, m_plot.m_initMaxX) },
+        { m_plot.m_minX, m_plot.m_maxX }, sums);
+    plot.setDecimalX(m_plot.m_decimalX);
+    plot.setIndex(sums.index);
+    if (m_plot.m_display1dCutIntensity)
+        plot.setNotes(QStringLiteral("Inside: %1 / Total-X: %2").arg(numStr(sums.inside), numStr(sums.total)));
 }
 
-void XY2DGraphWidget::fillCutY()
+void XY2DGraphWidget::Cut::fillY(VectorGraphWidget& plot, const tarnis::CutSpan& x, const tarnis::CutSpan& y)
 {
-    VectorGraphWidget* plot = cutPlot(m_cutYWindows);
-    if (plot == nullptr)
-        return;
-    const tarnis::CutSpan x = tarnis::cutSpan(binAxisX(), { m_cutMinX, m_cutMaxX }, columnCount());
-    const tarnis::CutSpan y = tarnis::cutSpan(binAxisY(), { m_cutMinY, m_cutMaxY }, m_data.size());
-    const tarnis::CutSums sums = tarnis::sumsByRow(m_data, x, y, cutContent());
+    const tarnis::CutSums sums = tarnis::sumsByRow(m_plot.m_data, x, y, content());
     const QString label =
-        m_1dCutActive ? tarnis::cutLabel(m_nameX, x.valueOf(x.cutFirst), x.valueOf(x.cutEnd)) : QString();
-    // The plot is rotated, so its axis is reversed.
-    fillCutPlot(*plot, m_nameY, label, m_data.size(), { std::min(m_maxY, m_initMaxY), std::max(m_initMinY, m_minY) },
-        { m_maxY, m_minY }, sums);
-    plot->setDecimalX(m_decimalY);
-    plot->setIndex(sums.index);
-    if (m_display1dCutIntensity)
-        plot->setNotes(QStringLiteral("Inside: %1 / Total-Y: %2").arg(numStr(sums.inside), numStr(sums.total)));
+        m_plot.m_1dCutActive ? tarnis::cutLabel(m_plot.m_nameX, x.valueOf(x.cutFirst), x.valueOf(x.cutEnd)) : QString();
+    // The plot is turned by a quarter: its axis runs from high to low.
+    fillCutPlot(plot, m_plot.m_nameY, label, m_plot.m_data.size(),
+        { std::min(m_plot.m_maxY, m_plot.m_initMaxY), std::max(m_plot.m_initMinY, m_plot.m_minY) },
+        { m_plot.m_maxY, m_plot.m_minY }, sums);
+    plot.setDecimalX(m_plot.m_decimalY);
+    plot.setIndex(sums.index);
+    if (m_plot.m_display1dCutIntensity)
+        plot.setNotes(QStringLiteral("Inside: %1 / Total-Y: %2").arg(numStr(sums.inside), numStr(sums.total)));
 }
 
-tarnis::CutContent XY2DGraphWidget::cutContent() const
+tarnis::CutContent XY2DGraphWidget::Cut::content() const
 {
-    if (!m_1dCutActive)
+    if (!m_plot.m_1dCutActive)
         return tarnis::CutContent::Nothing;
-    return m_1dCutInside ? tarnis::CutContent::InsideOnly : tarnis::CutContent::Everything;
+    return m_plot.m_1dCutInside ? tarnis::CutContent::InsideOnly : tarnis::CutContent::Everything;
 }
 
 tarnis::ScreenPlace XY2DGraphWidget::screenPlace()
@@ -202,28 +232,28 @@ tarnis::ScreenPlace XY2DGraphWidget::screenPlace()
     return { plot, owner->frameGeometry().right(), owner->frameGeometry().top() };
 }
 
-void XY2DGraphWidget::placeCutWindows()
+void XY2DGraphWidget::Cut::place()
 {
-    const tarnis::ScreenPlace place = screenPlace();
-    m_cutRangeDialog->move(place.frameRight, place.frameTop - m_cutRangeDialog->height());
+    const tarnis::ScreenPlace place = m_plot.screenPlace();
+    m_plot.m_cutRangeDialog->move(place.frameRight, place.frameTop - m_plot.m_cutRangeDialog->height());
     QSize topLeft;
     QSize bottomRight;
-    if (VectorGraphWidget* plot = cutPlot(m_cutXWindows)) {
+    if (VectorGraphWidget* plot = plotX()) {
         plot->getMargin(topLeft, bottomRight);
         const int height = tarnis::cutWindowExtent(place.plot.height());
-        QWidget* window = m_cutXWindows.map.value(nullptr); // a host may have embedded it in another window
+        QWidget* window = m_plot.m_cutXWindows.map.value(nullptr); // a host may have put it inside another window
         window->move(place.plot.left() - topLeft.width(), place.frameTop - height);
         window->resize(topLeft.width() + place.plot.width() + bottomRight.width(), height);
-        plot->setLogScaleY(m_logScale);
+        plot->setLogScaleY(m_plot.m_logScale);
         plot->refreshPixmap();
     }
-    if (VectorGraphWidget* plot = cutPlot(m_cutYWindows)) {
+    if (VectorGraphWidget* plot = plotY()) {
         plot->getMargin(topLeft, bottomRight);
-        QWidget* window = m_cutYWindows.map.value(nullptr);
+        QWidget* window = m_plot.m_cutYWindows.map.value(nullptr);
         window->move(place.frameRight, place.plot.top() - topLeft.width());
         window->resize(
             tarnis::cutWindowExtent(place.plot.width()), place.plot.height() + topLeft.width() + bottomRight.width());
-        plot->setLogScaleY(m_logScale);
+        plot->setLogScaleY(m_plot.m_logScale);
         plot->refreshPixmap();
     }
 }
@@ -241,10 +271,10 @@ void XY2DGraphWidget::show1dCutWithGauss(const PeakSearch::Gaussian& x, const Pe
     m_1dCutActive = true;
     init1dCutRectWithDrawingRange();
     refresh1dCut(true);
-    VectorGraphWidget* plotX = cutPlot(m_cutXWindows);
+    VectorGraphWidget* plotX = m_parts->cut.plotX();
     if (plotX != nullptr && !tarnis::plotEqual(x.N, 0.0))
         plotX->showPeak(x);
-    VectorGraphWidget* plotY = cutPlot(m_cutYWindows);
+    VectorGraphWidget* plotY = m_parts->cut.plotY();
     if (plotY != nullptr && !tarnis::plotEqual(y.N, 0.0))
         plotY->showPeak(y);
 }
@@ -253,13 +283,25 @@ void XY2DGraphWidget::close1dCut()
 {
     m_1dCutActive = false;
     update();
-    if (m_cutRangeDialog != nullptr) {
-        m_cutRangeDialog->hide();
-        m_cutRangeDialog->deleteLater();
-        m_cutRangeDialog = nullptr;
+    m_parts->cut.close();
+}
+
+void XY2DGraphWidget::Cut::close()
+{
+    if (m_plot.m_cutRangeDialog != nullptr) {
+        m_plot.m_cutRangeDialog->hide();
+        m_plot.m_cutRangeDialog->deleteLater();
+        m_plot.m_cutRangeDialog = nullptr;
     }
-    closeCutWindow(m_cutXWindows);
-    closeCutWindow(m_cutYWindows);
+    closeCutWindow(m_plot.m_cutXWindows);
+    closeCutWindow(m_plot.m_cutYWindows);
+}
+
+void XY2DGraphWidget::Cut::raise()
+{
+    raiseIfOpen(m_plot.m_cutRangeDialog);
+    raiseIfOpen(m_plot.m_cutXWindows.map.value(nullptr));
+    raiseIfOpen(m_plot.m_cutYWindows.map.value(nullptr));
 }
 
 void XY2DGraphWidget::onParentMoved()
@@ -272,11 +314,8 @@ void XY2DGraphWidget::onParentMoved()
 
 void XY2DGraphWidget::onParentActivate()
 {
-    if (m_act1dCut->isChecked()) {
-        raiseIfOpen(m_cutRangeDialog);
-        raiseIfOpen(m_cutXWindows.map.value(nullptr));
-        raiseIfOpen(m_cutYWindows.map.value(nullptr));
-    } else if (IsRoiEnabled()) {
+    if (m_act1dCut->isChecked())
+        m_parts->cut.raise();
+    else if (IsRoiEnabled())
         raiseIfOpen(m_roiWindow);
-    }
 }

@@ -5,10 +5,11 @@
 #include "tarnis/foundation/saving_p.h"
 #include "tarnis/foundation/trace_p.h"
 #include "tarnis/plots/colorbarwidget.h"
-#include "tarnis/plots/math/mapreadout_p.h"
+#include "tarnis/plots/math/csvtext_p.h"
 #include "tarnis/plots/plothooks_p.h"
 #include "tarnis/plots/plotpixmap_p.h"
 #include "tarnis/plots/vectorgraphwidget.h"
+#include "tarnis/plots/xy2dgraphwidget_p.h"
 
 #include <QDebug>
 #include <QPainter>
@@ -47,8 +48,9 @@ void XY2DGraphWidget::onSaveCsv()
 
 void XY2DGraphWidget::onPrint()
 {
-    VectorGraphWidget* plotX = cutPlot(m_cutXWindows);
-    VectorGraphWidget* plotY = cutPlot(m_cutYWindows);
+    const Cut& cut = m_parts->cut;
+    VectorGraphWidget* plotX = cut.plotX();
+    VectorGraphWidget* plotY = cut.plotY();
     if (plotX == nullptr || plotY == nullptr) {
         XYGraphWidget::onPrint();
         return;
@@ -57,9 +59,9 @@ void XY2DGraphWidget::onPrint()
     if (!tarnis::isAccepted(dialog))
         return;
     delete dialog;
-    // The cuts may have been closed in the meantime.
-    plotX = cutPlot(m_cutXWindows);
-    plotY = cutPlot(m_cutYWindows);
+    // The cuts may have been closed meanwhile.
+    plotX = cut.plotX();
+    plotY = cut.plotY();
     if (plotX != nullptr && plotY != nullptr)
         printWithCuts(*plotX, *plotY);
 }

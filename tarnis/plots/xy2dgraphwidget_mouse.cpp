@@ -3,11 +3,10 @@
 
 #include "tarnis/plots/colorbarwidget.h"
 #include "tarnis/plots/math/mapreadout_p.h"
-#include "tarnis/plots/math/projection_p.h"
-#include "tarnis/plots/plottool_p.h"
+#include "tarnis/plots/mousestate_p.h"
+#include "tarnis/plots/xy2dgraphwidget_p.h"
 
 #include <QAction>
-#include <QLineEdit>
 #include <QMouseEvent>
 #include <QToolTip>
 
@@ -25,6 +24,16 @@ void XY2DGraphWidget::uncheckTools()
         tool->setChecked(false);
 }
 
+tarnis::MouseState XY2DGraphWidget::mouseState() const
+{
+    return tarnis::mouseState(m_mode, m_selecting);
+}
+
+tarnis::EdgeState XY2DGraphWidget::edgeState() const
+{
+    return tarnis::edgeState(mouseState(), m_1dCutActive, m_cutDragEdge != tarnis::NoEdge, m_edit != nullptr);
+}
+
 void XY2DGraphWidget::mousePressEvent(QMouseEvent* event)
 {
     const QPoint point = event->position().toPoint();
@@ -32,31 +41,30 @@ void XY2DGraphWidget::mousePressEvent(QMouseEvent* event)
     m_cutDragEdge = tarnis::NoEdge;
     m_colorBar->deleteEditLine();
     if (event->button() == Qt::RightButton && m_colorBar->geometry().contains(point)) {
-        openColorBarMenu(event->globalPosition().toPoint());
+        m_parts->colors.openMenu(event->globalPosition().toPoint());
         return;
     }
-    if (m_mode == tarnis::RubberBandTool && m_1dCutActive && !m_selecting && takeEdge(event->button(), point))
+    if (edgeState() == tarnis::EdgeState::Ready && m_parts->cut.takeEdge(event->button(), point))
         return;
     XYGraphWidget::mousePressEvent(event);
-    const bool isZoom = m_mode == tarnis::ZoomInTool || m_mode == tarnis::ZoomOutTool;
-    if (event->button() == Qt::LeftButton && isZoom && m_act1dCut->isChecked())
-        refresh1dCut(true);
+    const tarnis::MouseState state = mouseState();
+    const bool isZoom = state == tarnis::MouseState::ZoomInReady || state == tarnis::MouseState::ZoomOutReady;
+    if (event->button() == Qt::LeftButton && isZoom)
+        onViewChanged();
 }
 
 void XY2DGraphWidget::mouseReleaseEvent(QMouseEvent* event)
 {
     const bool isLeft = event->button() == Qt::LeftButton;
-    if (m_actRectangle->isChecked()) {
+    const tarnis::EdgeState edge = edgeState();
+    if (m_actRectangle->isChecked()) { // zooms, also over an edge of the cut
         XYGraphWidget::mouseReleaseEvent(event);
-        if (isLeft && m_act1dCut->isChecked())
-            refresh1dCut(true);
-    } else if (isLeft && m_mode == tarnis::RubberBandTool && m_1dCutActive && m_cutDragEdge != tarnis::NoEdge) {
-        if (m_edit != nullptr) {
-            m_edit->deleteLater();
-            m_edit = nullptr;
-        } else {
-            finishEdgeDrag(event->position().toPoint());
-        }
+        if (isLeft)
+            onViewChanged();
+    } else if (isLeft && edge == tarnis::EdgeState::InEditor) {
+        dropEditor();
+    } else if (isLeft && edge == tarnis::EdgeState::Held) {
+        m_parts->cut.finishDrag(event->position().toPoint());
     } else {
         XYGraphWidget::mouseReleaseEvent(event);
     }
@@ -70,8 +78,8 @@ void XY2DGraphWidget::mouseMoveEvent(QMouseEvent* event)
     else
         QToolTip::showText(event->globalPosition().toPoint(), text, this, QRect(0, 0, 120, 20));
     XYGraphWidget::mouseMoveEvent(event);
-    if (m_mode == tarnis::MoveTool && m_selecting && m_act1dCut->isChecked())
-        refresh1dCut(true);
+    if (mouseState() == tarnis::MouseState::MoveDrag)
+        onViewChanged();
 }
 
 void XY2DGraphWidget::onSetRectangle(double x1, double x2, double y1, double y2)
@@ -84,7 +92,7 @@ void XY2DGraphWidget::onSetRectangle(double x1, double x2, double y1, double y2)
         update1dCutRangeY(y1, y2);
         update1dCutRect(x1, x2, y1, y2);
     } else if (IsRoiEnabled()) {
-        addRegion(x1, x2, y1, y2);
+        m_parts->regions.add(x1, x2, y1, y2);
     }
 }
 

@@ -5,7 +5,6 @@
 #include "tarnis/plots/exactdrawing_p.h"
 #include "tarnis/plots/mapcoloring_p.h"
 #include "tarnis/plots/raster/devicepixels_p.h"
-#include "tarnis/plots/raster/mappainter_p.h"
 #include "tarnis/plots/xy2dgraphwidget_p.h"
 
 #include <QAction>
@@ -27,8 +26,8 @@ void XY2DGraphWidget::hidePoint()
 
 void XY2DGraphWidget::onPaint(QPainter& painter, QRect const& graph)
 {
-    feedColorBar();
-    fitColorScale();
+    m_parts->colors.feedBar();
+    m_parts->colors.fitScale();
     if (m_data.isEmpty())
         return;
     const tarnis::BinGeometry view { graph, tarnis::visibleBins(binAxisX(), graph.width(), columnCount()),
@@ -43,9 +42,9 @@ void XY2DGraphWidget::onPaint(QPainter& painter, QRect const& graph)
         m_colorBar->setMax(m_maxZ);
     }
     if (isExact)
-        tarnis::paintMapExactly(painter, view, m_data, colorScale());
+        tarnis::paintMapExactly(painter, view, m_data, m_parts->colors.scale());
     else
-        m_map->paint(painter, view, rows, colorScale());
+        m_parts->painter.paint(painter, view, rows, m_parts->colors.scale());
     paintPoints(painter, graph);
 }
 
@@ -55,13 +54,9 @@ void XY2DGraphWidget::paintPoints(QPainter& painter, const QRect& graph) const
         return;
     painter.setPen(QPen(QBrush(Qt::red), 2.0, Qt::SolidLine, Qt::SquareCap, Qt::BevelJoin));
     for (const QPointF& point : m_points) {
-        const double x = graph.left() + graph.width() * (point.x() - m_minX) / (m_maxX - m_minX);
-        const double y = graph.bottom() - graph.height() * (point.y() - m_minY) / (m_maxY - m_minY);
-        const int left = tarnis::limitedPixel(x - 2);
-        const int right = tarnis::limitedPixel(x + 2);
-        const int top = tarnis::limitedPixel(y - 2);
-        const int bottom = tarnis::limitedPixel(y + 2);
-        tarnis::drawEvenLines(painter, { { left, top, right, bottom }, { right, top, left, bottom } });
+        const QRect cross = tarnis::pointPixels(point, { m_minX, m_maxX }, { m_minY, m_maxY }, graph);
+        tarnis::drawEvenLines(
+            painter, { QLine(cross.topLeft(), cross.bottomRight()), QLine(cross.topRight(), cross.bottomLeft()) });
     }
 }
 
@@ -83,8 +78,7 @@ void XY2DGraphWidget::resizeEvent(QResizeEvent* event)
 {
     adjustWidgetPosition(event->size());
     refreshPixmap();
-    if (m_act1dCut->isChecked())
-        refresh1dCut(true);
+    onViewChanged();
 }
 
 void XY2DGraphWidget::onColorBarSizeChanging(int width)
@@ -93,8 +87,7 @@ void XY2DGraphWidget::onColorBarSizeChanging(int width)
     m_colorBar->move(this->width() - width, tarnis::colorBarTop);
     m_colorBar->resize(width, height() - 2 * tarnis::colorBarTop);
     refreshPixmap();
-    if (m_act1dCut->isChecked())
-        refresh1dCut(true);
+    onViewChanged();
 }
 
 void XY2DGraphWidget::paintSelectedRect(QPainter& painter)
@@ -102,8 +95,8 @@ void XY2DGraphWidget::paintSelectedRect(QPainter& painter)
     XYGraphWidget::paintSelectedRect(painter);
     painter.setClipRect(m_graphRect);
     if (m_act1dCut->isChecked())
-        paintCut(painter);
+        m_parts->cut.paint(painter);
     else if (IsRoiEnabled())
-        paintRegions(painter);
+        m_parts->regions.paint(painter);
     painter.setClipping(false);
 }

@@ -4,10 +4,10 @@
 #include "tarnis/foundation/retranslator.h"
 #include "tarnis/foundation/trace_p.h"
 #include "tarnis/plots/math/floatcomparison_p.h"
-#include "tarnis/plots/math/projection_p.h"
 #include "tarnis/plots/plotstyling_p.h"
 #include "tarnis/plots/raster/devicepixels_p.h"
 #include "tarnis/plots/viewselectedroi.h"
+#include "tarnis/plots/xy2dgraphwidget_p.h"
 
 #include <QAction>
 #include <QDialog>
@@ -45,7 +45,7 @@ void XY2DGraphWidget::enalbeRoiSelect(QRect range)
     }
     m_roiRange = range;
     if (m_actRoi != nullptr) {
-        renewRegionWindow();
+        m_parts->regions.renewWindow();
         return;
     }
     m_actRoi = new QAction(this);
@@ -76,17 +76,10 @@ void XY2DGraphWidget::showRoiMenu(bool visible)
         m_actRoi->setChecked(false);
 }
 
-void XY2DGraphWidget::hideRegionWindow()
-{
-    if (m_roiWindow != nullptr)
-        m_roiWindow->hide();
-    refreshPixmap();
-}
-
 void XY2DGraphWidget::closeROI()
 {
     if (IsRoiEnabled())
-        hideRegionWindow();
+        m_parts->regions.hideWindow();
 }
 
 ViewSelectedROI* XY2DGraphWidget::GetViewSelectedROI()
@@ -94,36 +87,10 @@ ViewSelectedROI* XY2DGraphWidget::GetViewSelectedROI()
     return m_roiWindow != nullptr ? m_roiWindow->findChild<ViewSelectedROI*>() : nullptr;
 }
 
-void XY2DGraphWidget::makeRegionWindow()
-{
-    m_roiWindow = new QDialog(this, Qt::FramelessWindowHint);
-    auto* layout = new QGridLayout(m_roiWindow);
-    layout->setContentsMargins(0, 0, 0, 0);
-    auto* view = new ViewSelectedROI(maxRegions, m_roiRange, m_roiWindow);
-    connect(view, &ViewSelectedROI::RoiChanged, this, &XY2DGraphWidget::onROIChanged);
-    layout->addWidget(view, 0, 0);
-}
-
-/// The list in the window has a fixed range: a new range needs a new list, with the old regions.
-void XY2DGraphWidget::renewRegionWindow()
-{
-    const ViewSelectedROI* old = GetViewSelectedROI();
-    if (old == nullptr)
-        return;
-    const QList<QRect> regions = old->getRoiList();
-    const int selected = old->currentIndex();
-    m_roiWindow->hide();
-    m_roiWindow->deleteLater();
-    makeRegionWindow();
-    GetViewSelectedROI()->setRoiList(regions, selected);
-    if (IsRoiEnabled())
-        refreshROI();
-}
-
 void XY2DGraphWidget::refreshROI()
 {
     if (m_roiWindow == nullptr)
-        makeRegionWindow();
+        m_parts->regions.makeWindow();
     const tarnis::ScreenPlace place = screenPlace();
     m_roiWindow->move(place.frameRight, place.plot.top());
     m_roiWindow->resize(tarnis::cutWindowExtent(place.plot.width()), place.plot.height());
@@ -135,7 +102,7 @@ void XY2DGraphWidget::onROI(bool on)
 {
     if (!on) {
         updateModeAndCursor();
-        hideRegionWindow();
+        m_parts->regions.hideWindow();
         Q_EMIT onSelectRoiEnd();
         return;
     }
@@ -154,24 +121,58 @@ void XY2DGraphWidget::onROIChanged(const QList<QRect>& roiList, int /*selectedIn
     refreshPixmap();
 }
 
-void XY2DGraphWidget::addRegion(double x1, double x2, double y1, double y2)
+void XY2DGraphWidget::Regions::makeWindow()
 {
-    ViewSelectedROI* view = GetViewSelectedROI();
+    auto* const window = new QDialog(&m_plot, Qt::FramelessWindowHint);
+    m_plot.m_roiWindow = window;
+    auto* layout = new QGridLayout(window);
+    layout->setContentsMargins(0, 0, 0, 0);
+    auto* view = new ViewSelectedROI(maxRegions, m_plot.m_roiRange, window);
+    QObject::connect(view, &ViewSelectedROI::RoiChanged, &m_plot, &XY2DGraphWidget::onROIChanged);
+    layout->addWidget(view, 0, 0);
+}
+
+/// The list in the window keeps the range that it was made with: a new range takes a new list.
+void XY2DGraphWidget::Regions::renewWindow()
+{
+    const ViewSelectedROI* old = m_plot.GetViewSelectedROI();
+    if (old == nullptr)
+        return;
+    const QList<QRect> regions = old->getRoiList();
+    const int selected = old->currentIndex();
+    m_plot.m_roiWindow->hide();
+    m_plot.m_roiWindow->deleteLater();
+    makeWindow();
+    m_plot.GetViewSelectedROI()->setRoiList(regions, selected);
+    if (m_plot.IsRoiEnabled())
+        m_plot.refreshROI();
+}
+
+void XY2DGraphWidget::Regions::hideWindow()
+{
+    if (m_plot.m_roiWindow != nullptr)
+        m_plot.m_roiWindow->hide();
+    m_plot.refreshPixmap();
+}
+
+void XY2DGraphWidget::Regions::add(double x1, double x2, double y1, double y2)
+{
+    ViewSelectedROI* view = m_plot.GetViewSelectedROI();
     if (view == nullptr)
         return;
     view->addRoi({ QPoint(regionEdge(x1), regionEdge(y1)), QPoint(regionEdge(x2), regionEdge(y2)) });
-    refreshROI();
+    m_plot.refreshROI();
 }
 
-void XY2DGraphWidget::paintRegions(QPainter& painter)
+void XY2DGraphWidget::Regions::paint(QPainter& painter)
 {
     painter.setBrush(Qt::NoBrush);
-    const ViewSelectedROI* view = GetViewSelectedROI();
+    const ViewSelectedROI* view = m_plot.GetViewSelectedROI();
     if (view == nullptr)
         return;
     const int selected = view->isEditable() ? view->currentIndex() : -1;
     const QList<QRect>& regions = view->getRoiList();
-    const tarnis::PlotStyling* const styling = tarnis::stylingOf(this);
+    const tarnis::PlotStyling* const styling = tarnis::stylingOf(&m_plot);
     const QColor color = styling != nullptr ? styling->lineOverData() : QColor(Qt::white);
     for (qsizetype i = 0; i < regions.size(); ++i) {
         QPen pen(color, 1, Qt::SolidLine);
@@ -179,9 +180,9 @@ void XY2DGraphWidget::paintRegions(QPainter& painter)
             pen.setStyle(Qt::CustomDashLine);
             pen.setDashPattern({ 5, 5 });
         }
-        const QRect rect =
-            between(calcWidgetPoint(regions.at(i).topLeft()), calcWidgetPoint(regions.at(i).bottomRight()));
-        if (styling != nullptr) { // a dark outline, for contrast with light colours
+        const QRect rect = between(
+            m_plot.calcWidgetPoint(regions.at(i).topLeft()), m_plot.calcWidgetPoint(regions.at(i).bottomRight()));
+        if (styling != nullptr) { // a dark seam, for colours as light as the line
             painter.setPen(QPen(QColor(0, 0, 0, 140), 3));
             tarnis::drawEvenRect(painter, rect);
         }

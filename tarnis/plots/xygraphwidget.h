@@ -24,6 +24,7 @@ namespace tarnis {
 class LabelCache;
 class PlotAccess;
 class PlotHooks;
+enum class MouseStep;
 struct PlotRanges;
 } // namespace tarnis
 
@@ -292,7 +293,10 @@ protected:
     // Steps of the mouse tools and editors
     TARNIS_NO_EXPORT tarnis::PlotRanges visibleRanges() const;
     TARNIS_NO_EXPORT void changeRanges(const tarnis::PlotRanges& ranges);
+    TARNIS_NO_EXPORT void takeStep(tarnis::MouseStep step, const QPoint& point);
+    TARNIS_NO_EXPORT void showRubberBand();
     TARNIS_NO_EXPORT void finishRubberBand();
+    TARNIS_NO_EXPORT void dropEditor();
     TARNIS_NO_EXPORT void openEditorAt(const QPoint& point);
     TARNIS_NO_EXPORT void enterMinY(double value);
     TARNIS_NO_EXPORT void enterMaxY(double value);

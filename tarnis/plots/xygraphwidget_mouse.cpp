@@ -2,7 +2,7 @@
 #include "tarnis/plots/xygraphwidget.h"
 
 #include "tarnis/plots/math/axismapping_p.h"
-#include "tarnis/plots/plottool_p.h"
+#include "tarnis/plots/mousestate_p.h"
 
 #include <QAction>
 #include <QLineEdit>
@@ -105,6 +105,20 @@ void XYGraphWidget::changeRanges(const tarnis::PlotRanges& ranges)
     refreshPixmap();
 }
 
+void XYGraphWidget::dropEditor()
+{
+    if (m_edit == nullptr)
+        return;
+    m_edit->deleteLater();
+    m_edit = nullptr;
+}
+
+void XYGraphWidget::showRubberBand()
+{
+    m_rubberBand.setGeometry(m_selectRect.normalized() & m_graphRect);
+    m_rubberBand.show();
+}
+
 void XYGraphWidget::finishRubberBand()
 {
     m_selecting = false;
@@ -116,36 +130,59 @@ void XYGraphWidget::finishRubberBand()
     refreshPixmap();
 }
 
+void XYGraphWidget::takeStep(tarnis::MouseStep step, const QPoint& point)
+{
+    using tarnis::MouseStep;
+    switch (step) {
+    case MouseStep::Nothing:
+        break;
+    case MouseStep::BeginBand:
+        m_selecting = true;
+        m_selectRect = QRect(point, QSize(0, 0));
+        showRubberBand();
+        break;
+    case MouseStep::StretchBand:
+        m_selectRect.setBottomRight(point);
+        showRubberBand();
+        update();
+        break;
+    case MouseStep::EndBand:
+        finishRubberBand();
+        break;
+    case MouseStep::ZoomIn:
+        changeRanges(tarnis::zoomedInAt(point, visibleRanges(), m_graphRect));
+        break;
+    case MouseStep::ZoomOut:
+        changeRanges(tarnis::zoomedOutAt(point, visibleRanges(), m_graphRect));
+        break;
+    case MouseStep::BeginMove:
+        m_selecting = true;
+        m_lastPos = point;
+        setCursor(Qt::ClosedHandCursor);
+        break;
+    case MouseStep::Move:
+        if (point == m_lastPos || !hasExtent(m_graphRect))
+            break;
+        changeRanges(tarnis::movedAlong(m_lastPos, point, visibleRanges(), m_graphRect));
+        m_lastPos = point;
+        break;
+    case MouseStep::EndMove:
+        m_selecting = false;
+        setCursor(Qt::OpenHandCursor);
+        break;
+    case MouseStep::EditLabel:
+        if (m_edit == nullptr)
+            openEditorAt(point);
+        break;
+    }
+}
+
 void XYGraphWidget::mousePressEvent(QMouseEvent* event)
 {
-    if (m_edit != nullptr) {
-        m_edit->deleteLater();
-        m_edit = nullptr;
-    }
+    dropEditor();
     const QPoint point = event->position().toPoint();
-    if (event->button() == Qt::LeftButton && m_graphRect.contains(point)) {
-        switch (m_mode) {
-        case tarnis::RubberBandTool:
-            m_selecting = true;
-            m_selectRect = QRect(point, QSize(0, 0));
-            m_rubberBand.setGeometry(m_selectRect.normalized() & m_graphRect);
-            m_rubberBand.show();
-            break;
-        case tarnis::ZoomInTool:
-            changeRanges(tarnis::zoomedInAt(point, visibleRanges(), m_graphRect));
-            break;
-        case tarnis::ZoomOutTool:
-            changeRanges(tarnis::zoomedOutAt(point, visibleRanges(), m_graphRect));
-            break;
-        case tarnis::MoveTool:
-            m_selecting = true;
-            m_lastPos = point;
-            setCursor(Qt::ClosedHandCursor);
-            break;
-        default:
-            break;
-        }
-    }
+    if (event->button() == Qt::LeftButton && m_graphRect.contains(point))
+        takeStep(tarnis::stepAtPress(tarnis::mouseState(m_mode, m_selecting)), point);
     if (event->button() == Qt::RightButton && !actions().isEmpty()) {
         auto* menu = new QMenu(this);
         menu->addActions(actions());
@@ -157,33 +194,15 @@ void XYGraphWidget::mousePressEvent(QMouseEvent* event)
 
 void XYGraphWidget::mouseMoveEvent(QMouseEvent* event)
 {
-    const QPoint point = event->position().toPoint();
-    if (m_selecting && m_mode == tarnis::RubberBandTool) {
-        m_selectRect.setBottomRight(point);
-        m_rubberBand.setGeometry(m_selectRect.normalized() & m_graphRect);
-        m_rubberBand.show();
-        update();
-    } else if (m_selecting && m_mode == tarnis::MoveTool && point != m_lastPos && hasExtent(m_graphRect)) {
-        changeRanges(tarnis::movedAlong(m_lastPos, point, visibleRanges(), m_graphRect));
-        m_lastPos = point;
-    }
+    takeStep(tarnis::stepAtMove(tarnis::mouseState(m_mode, m_selecting)), event->position().toPoint());
     DoubleBufferedWidget::mouseMoveEvent(event);
 }
 
 void XYGraphWidget::mouseReleaseEvent(QMouseEvent* event)
 {
     m_rubberBand.hide();
-    if (event->button() == Qt::LeftButton) {
-        if (m_mode == tarnis::RubberBandTool) {
-            if (m_selecting)
-                finishRubberBand();
-        } else if (m_mode == tarnis::MoveTool) {
-            m_selecting = false;
-            setCursor(Qt::OpenHandCursor);
-        } else if (m_edit == nullptr) {
-            openEditorAt(event->position().toPoint());
-        }
-    }
+    if (event->button() == Qt::LeftButton)
+        takeStep(tarnis::stepAtRelease(tarnis::mouseState(m_mode, m_selecting)), event->position().toPoint());
     DoubleBufferedWidget::mouseReleaseEvent(event);
 }
 

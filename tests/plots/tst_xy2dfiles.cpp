@@ -56,9 +56,16 @@ public:
         PlotHand(*this).press(m_colorBar->geometry().center(), Qt::RightButton);
         return m_colorBarMenu;
     }
+    /// The same while a menu is open, which keeps such a click from the plot.
+    QMenu* openSecondMenu()
+    {
+        const QPointF point = m_colorBar->geometry().center();
+        QMouseEvent press(QEvent::MouseButtonPress, point, mapToGlobal(point), Qt::RightButton, Qt::RightButton, {});
+        mousePressEvent(&press);
+        return m_colorBarMenu;
+    }
     QWidget* windowX() const { return m_cutXWindows.map.value(nullptr); }
     QWidget* windowY() const { return m_cutYWindows.map.value(nullptr); }
-    using XY2DGraphWidget::openColorBarMenu;
 };
 
 ModalWatchdog::Answer print(const QString& path)
@@ -269,7 +276,7 @@ void TestXY2DFiles::menuIsReplaced()
 {
     Plot plot;
     const QPointer<QMenu> first = plot.openMenu();
-    plot.openColorBarMenu(QPoint(10, 10));
+    plot.openSecondMenu();
     QVERIFY(plot.m_colorBarMenu && plot.m_colorBarMenu != first);
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     QVERIFY(first.isNull());
@@ -286,8 +293,7 @@ void TestXY2DFiles::lateHideOfAReplacedMenu()
 {
     Plot plot;
     const QPointer<QMenu> first = plot.openMenu();
-    plot.openColorBarMenu(QPoint(10, 10));
-    const QPointer<QMenu> second = plot.m_colorBarMenu;
+    const QPointer<QMenu> second = plot.openSecondMenu();
     Q_EMIT first->aboutToHide();
     QCOMPARE(plot.m_colorBarMenu, second.data());
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
