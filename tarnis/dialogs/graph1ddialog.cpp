@@ -233,19 +233,8 @@ void Graph1DDialog::error(int code, QString const& text)
 
 void Graph1DDialog::result(PTarnisCmd command, QByteArray const& payload)
 {
-    if (!isVisible()) {
-        if (timer && command->m_bBinary)
-            live->setStopped(tarnis::LiveWindow::tr("The window was hidden."));
+    if (!live->bringsPayload(*this, timer, *command, payload, tr(">>> %1\n<<< %2")))
         return;
-    }
-    if (!onResultExInfo(tarnis::replyTextLines(command->m_replyText.left(tarnis::maxTextChars)))) {
-        pollLater();
-        return;
-    }
-    if (!command->m_bBinary) {
-        live->readText(*command, payload, tr(">>> %1\n<<< %2"));
-        return;
-    }
     if (live->isTooLarge(tarnis::doubleCount(payload))) {
         reportUndrawn(live->tooLarge(tarnis::doubleCount(payload)));
         return;

@@ -205,19 +205,8 @@ void Graph2DDialog::error(int socketError, QString message)
 
 void Graph2DDialog::result(PTarnisCmd command, QByteArray payload)
 {
-    if (!isVisible()) {
-        if (timer && command->m_bBinary)
-            live->setStopped(tarnis::LiveWindow::tr("The window was hidden."));
+    if (!live->bringsPayload(*this, timer, *command, payload, tr(">>> %1\n<<< %2")))
         return;
-    }
-    if (!onResultExInfo(tarnis::replyTextLines(command->m_replyText.left(tarnis::maxTextChars)))) {
-        pollLater();
-        return;
-    }
-    if (!command->m_bBinary) {
-        live->readText(*command, payload, tr(">>> %1\n<<< %2"));
-        return;
-    }
     const tarnis::BinCounts previous { binsX, binsY };
     if (const auto counts = tarnis::exportedCounts(command->m_replyText)) {
         binsX = counts->x;

@@ -1,6 +1,7 @@
 // The common parts of the two live windows: sessions, polling, state, information line and progress bar.
 #pragma once
 
+#include "tarnis/client/histogramwire_p.h"
 #include "tarnis/dialogs/livewindowhooks.h"
 #include "tarnis/server/serveraddress.h"
 #include "tarnis/server/tarnissession.h"
@@ -9,11 +10,11 @@
 #include <QObject>
 #include <QString>
 #include <QStringList>
+#include <QTimer>
 
 class QDialog;
 class QLabel;
 class QProgressBar;
-class QTimer;
 class QWidget;
 
 namespace tarnis {
@@ -99,6 +100,26 @@ public:
         }
         start(window, ServerAddress(m_address), QStringList(m_initialCommands));
         m_session->send(newPoll(text)); // after the initial commands, also if "AutoUpdate" is off
+    }
+    /// The first steps of result() of `window`. True for a payload to draw; any other reply has been dealt with, and
+    /// `timer`, which may be null, starts the next poll. `form` as in readText().
+    template <typename Window>
+    bool bringsPayload(
+        Window& window, QTimer* timer, const TarnisCmd& command, const QByteArray& payload, const QString& form)
+    {
+        if (!window.isVisible()) {
+            if (timer != nullptr && command.m_bBinary)
+                setStopped(tr("The window was hidden."));
+            return false;
+        }
+        if (!window.onResultExInfo(replyTextLines(command.m_replyText.left(maxTextChars)))) {
+            if (timer != nullptr)
+                timer->start();
+            return false;
+        }
+        if (!command.m_bBinary)
+            readText(command, payload, form);
+        return command.m_bBinary;
     }
     /// Ends the session in the background; the window's pointer is null then.
     void end();
