@@ -101,12 +101,6 @@ protected:
     void changeEvent(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
 
-    void startPolling(TarnisSession& model, QList<QString> const& initCmds); ///< part of the constructor, with a
-                                                                             ///< session
-    bool fits(QByteArray const& payload) const; ///< whether it holds binsX * binsY values, at least one
-    void showRows(QByteArray const& payload); ///< passes each row of a matching payload to the plot
-    void pollLater(); ///< starts the timer, where there is one
-
     std::unique_ptr<Ui::Graph2DDialog> ui; ///< the controls
     TarnisSession* session = nullptr; ///< owned; null in a static window and after close
     int binsX; ///< bins per row
@@ -117,6 +111,10 @@ protected:
     tarnis::LiveWindowHooks hooks; ///< empty; a subclass may set them at any time
 
 private:
+    TARNIS_NO_EXPORT void startPolling(TarnisSession& model, QList<QString> const& initCmds);
+    TARNIS_NO_EXPORT bool fits(QByteArray const& payload) const;
+    TARNIS_NO_EXPORT void showRows(QByteArray const& payload);
+    TARNIS_NO_EXPORT void pollLater();
     TARNIS_NO_EXPORT void rejectReply(QString const& replyText, QByteArray const& payload, int oldBinsX, int oldBinsY);
 
     tarnis::LiveWindow* live; ///< a child; the state beside the members above

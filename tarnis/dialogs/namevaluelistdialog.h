@@ -43,7 +43,8 @@ public Q_SLOTS:
 protected:
     void changeEvent(QEvent* event) override;
 
-    void setUpForm(); ///< common part of the constructors
-
     std::unique_ptr<Ui::NameValueListDialog> ui; ///< the controls
+
+private:
+    TARNIS_NO_EXPORT void setUpForm();
 };

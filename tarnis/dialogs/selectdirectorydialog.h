@@ -64,13 +64,6 @@ protected:
     void changeEvent(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
 
-    /// @cond
-    TARNIS_NO_EXPORT void showListing(QStringList& names);
-    /// @endcond
-    void rebuildDirCombo(); ///< fills in the directory and its parents
-    QListWidgetItem* selectedItem() const; ///< null without a selection
-    bool mayTakeName(QString const& name); ///< asks the user about a name that is listed with the suffix
-
     std::unique_ptr<Ui::SelectDirectoryDialog> ui; ///< the controls
     QString dir; ///< the current directory
     QList<QString> exts; ///< as passed to setExt(); empty: folders only
@@ -81,4 +74,11 @@ protected:
     QList<QString> allNames; ///< the last listing, sorted, unfiltered
     tarnis::FolderLists* lists; ///< the combo box and the list
     tarnis::FolderRequests* requests; ///< the requests to the server
+
+    QListWidgetItem* selectedItem() const; ///< null without a selection
+
+private:
+    TARNIS_NO_EXPORT void showListing(QStringList& names);
+    TARNIS_NO_EXPORT void rebuildDirCombo();
+    TARNIS_NO_EXPORT bool mayTakeName(QString const& name);
 };

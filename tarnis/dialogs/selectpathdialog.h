@@ -71,13 +71,6 @@ protected:
     void changeEvent(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
 
-    /// @cond
-    TARNIS_NO_EXPORT void showListing(QStringList& names);
-    TARNIS_NO_EXPORT void goTo(QString const& dir);
-    /// @endcond
-    bool mayTakeName(QString const& name); ///< whether setExt() allows the name; reports or asks in a message box
-    void finish(QString const& path); ///< emits accepted() and closes
-
     std::unique_ptr<Ui::SelectPathDialog> ui; ///< the controls
     TarnisSession* session = nullptr; ///< owned; null after the window has been closed
     QList<QString> exts; ///< each with its dot; empty: folders only
@@ -85,4 +78,10 @@ protected:
     bool confirmOverwrite = false; ///< see setExt()
     tarnis::FolderLists* lists; ///< the combo box and the list
     tarnis::FolderRequests* requests; ///< the requests to the server
+
+private:
+    TARNIS_NO_EXPORT void showListing(QStringList& names);
+    TARNIS_NO_EXPORT void goTo(QString const& dir);
+    TARNIS_NO_EXPORT bool mayTakeName(QString const& name);
+    TARNIS_NO_EXPORT void finish(QString const& path);
 };

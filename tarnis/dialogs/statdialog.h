@@ -23,8 +23,8 @@ public Q_SLOTS:
     virtual void error(int code, QString const& text); ///< clears the table; nothing more is sent
 
 protected:
-    void sendCommand(); ///< queues one more poll; needs a session
-
     TarnisSession* session; ///< owned
     QString cmd; ///< the polled command
+
+    void sendCommand(); ///< queues one more poll, for a subclass with a new session
 };

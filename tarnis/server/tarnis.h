@@ -166,16 +166,16 @@ protected:
                                                      ///< owned
     int m_closings = 0; ///< shutdowns whose sessions may still have calls in the queue
 
-    /// Steps of the operations above and of the destructor. The local server's are in tarnis_process.cpp. @{
-    bool isCallOfClosedSession() const;
-    void outlastQueuedCalls();
-    TarnisSession* startNamedSession(const QString& id);
-    void closeNamedSessions();
-    bool startLocalServer();
-    void connectLocalServer();
-    void supersedeLocalServer();
-    void endSupersededServers();
-    void closeLocalServer();
-    void endLocalServer();
-    /// @}
+private:
+    // Steps of the operations above and of the destructor. The local server's are in tarnis_process.cpp.
+    TARNIS_NO_EXPORT bool isCallOfClosedSession() const;
+    TARNIS_NO_EXPORT void outlastQueuedCalls();
+    TARNIS_NO_EXPORT TarnisSession* startNamedSession(const QString& id);
+    TARNIS_NO_EXPORT void closeNamedSessions();
+    TARNIS_NO_EXPORT bool startLocalServer();
+    TARNIS_NO_EXPORT void connectLocalServer();
+    TARNIS_NO_EXPORT void supersedeLocalServer();
+    TARNIS_NO_EXPORT void endSupersededServers();
+    TARNIS_NO_EXPORT void closeLocalServer();
+    TARNIS_NO_EXPORT void endLocalServer();
 };
