@@ -5,6 +5,8 @@
 #include "support/randomcases.h"
 #include "support/support.h"
 
+#include <tarnis/plots/rasterpath.h>
+
 #include <QLoggingCategory>
 #include <QPainter>
 #include <QTest>
@@ -345,6 +347,11 @@ class TestCurvePicture : public QObject {
 
 private Q_SLOTS:
     void initTestCase() { QLoggingCategory::setFilterRules(QStringLiteral("tarnis.*.debug=false")); }
+    void environmentChoosesThePath()
+    {
+        const bool isPainter = tarnis::rasterPath() == tarnis::RasterPath::Painter;
+        QCOMPARE(isPainter, qgetenv("TARNIS_RASTER") == "painter");
+    }
     void oneSeriesIsTheSame();
     void manySeriesAreTheSame();
     void isTheSameAtAnyPixelRatio_data();

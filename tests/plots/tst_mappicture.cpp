@@ -6,6 +6,7 @@
 #include "support/support.h"
 
 #include <tarnis/foundation/helpers.h>
+#include <tarnis/plots/rasterpath.h>
 #include <tarnis/plots/viewselectedroi.h>
 
 #include <QSignalSpy>
@@ -139,6 +140,11 @@ class TestMapPicture : public QObject {
 private Q_SLOTS:
     void cleanup();
 
+    void environmentChoosesThePath()
+    {
+        const bool isPainter = tarnis::rasterPath() == tarnis::RasterPath::Painter;
+        QCOMPARE(isPainter, qgetenv("TARNIS_RASTER") == "painter");
+    }
     void mapsAsSpeltOut();
     void overlaysAsSpeltOut();
     void overlayLeavesThePainterUnclipped();
