@@ -99,5 +99,5 @@ private:
     TARNIS_NO_EXPORT void openEditor(bool onMax);
     TARNIS_NO_EXPORT double takeNumber();
 
-    bool m_squareRoot = false; // labels at equal distances of the square root, while the scale is not logarithmic
+    bool m_squareRoot = false; // labels at equal distances of the square root, unless the scale is logarithmic
 };

@@ -34,8 +34,8 @@ const ExactDevice* exactDeviceBehind(const QPainter& painter);
 void paintCurveExactly(QPainter& painter, const SampleRun& samples, SampleRange range, const CurveDrawing& drawing,
     const ExactDevice& device);
 
-/// The visible bins as an image of one pixel each, enlarged by a whole factor where a viewer might smooth a small one.
-/// Empty bins are transparent.
+/// Draws the visible bins as an image of one pixel each. A small image, which viewers might smooth, is enlarged by an
+/// integer factor. Empty bins are transparent.
 void paintMapExactly(QPainter& painter, const BinGeometry& view, const BinRows& rows, const ColorScale& scale);
 
 } // namespace tarnis

@@ -126,7 +126,7 @@ public:
     static void showColors(XY2DGraphWidget& map);
     /// The scale that the map is painted with.
     static ColorScale colorScale(const XY2DGraphWidget& map);
-    /// Back to the five points, for this map and for all maps without a choice of their own.
+    /// Restores the five points, for this map and for all maps without their own settings.
     static void dropColors(XY2DGraphWidget& map);
     /// Reserves space for a tool between plot rectangle and colour bar.
     static void setBesideBar(XY2DGraphWidget& map, int width);

@@ -290,5 +290,5 @@ private:
     TARNIS_NO_EXPORT void printWithCuts(VectorGraphWidget& plotX, VectorGraphWidget& plotY);
 
     std::unique_ptr<Parts> m_parts;
-    std::unique_ptr<tarnis::MapColoring> m_coloring; // null until a tool makes a choice
+    std::unique_ptr<tarnis::MapColoring> m_coloring; // null until set by a tool
 };

@@ -250,7 +250,7 @@ void XY2DGraphWidget::ColorControls::openMenu(const QPoint& globalPosition)
     plot->m_colorBarMenu = menu;
     QObject::connect(menu, &QMenu::aboutToHide, plot, &XY2DGraphWidget::onColorBarMenuHide);
     const auto addEntry = [=](const QString& text, Slot slot) { menu->addAction(text, plot, slot); };
-    // A colour dialog opens after the menu is gone.
+    // A colour dialog opens after the menu was closed.
     const auto addColor = [=](const QString& text, const QColor& color, Slot slot) {
         QPixmap icon(15, 15);
         icon.fill(color);
@@ -276,7 +276,7 @@ void XY2DGraphWidget::ColorControls::openMenu(const QPoint& globalPosition)
 
 void XY2DGraphWidget::onColorBarMenuHide()
 {
-    // A menu that has been replaced hides late; the one in its place stays.
+    // A replaced menu may be hidden late; its replacement is kept.
     if (m_colorBarMenu == nullptr || (sender() != nullptr && sender() != m_colorBarMenu))
         return;
     m_colorBarMenu->deleteLater();

@@ -241,7 +241,7 @@ void XY2DGraphWidget::Cut::place()
     if (VectorGraphWidget* plot = plotX()) {
         plot->getMargin(topLeft, bottomRight);
         const int height = tarnis::cutWindowExtent(place.plot.height());
-        QWidget* window = m_plot.m_cutXWindows.map.value(nullptr); // a host may have put it inside another window
+        QWidget* window = m_plot.m_cutXWindows.map.value(nullptr); // a host may have embedded it in another window
         window->move(place.plot.left() - topLeft.width(), place.frameTop - height);
         window->resize(topLeft.width() + place.plot.width() + bottomRight.width(), height);
         plot->setLogScaleY(m_plot.m_logScale);

@@ -59,7 +59,7 @@ void XY2DGraphWidget::onPrint()
     if (!tarnis::isAccepted(dialog))
         return;
     delete dialog;
-    // The cuts may have been closed meanwhile.
+    // The cuts may have been closed in the meantime.
     plotX = cut.plotX();
     plotY = cut.plotY();
     if (plotX != nullptr && plotY != nullptr)

@@ -182,7 +182,7 @@ void XY2DGraphWidget::Regions::paint(QPainter& painter)
         }
         const QRect rect = between(
             m_plot.calcWidgetPoint(regions.at(i).topLeft()), m_plot.calcWidgetPoint(regions.at(i).bottomRight()));
-        if (styling != nullptr) { // a dark seam, for colours as light as the line
+        if (styling != nullptr) { // a dark outline, for contrast with light colours
             painter.setPen(QPen(QColor(0, 0, 0, 140), 3));
             tarnis::drawEvenRect(painter, rect);
         }

@@ -31,7 +31,7 @@ struct BinSpan {
 /// `bins` is the number of bins of the axis, `pixels` its length on the screen. A NaN bound counts as below bin 0.
 BinSpan visibleBins(const BinAxis& axis, int pixels, qsizetype bins);
 
-/// Where the bins stand, by limitedPixel(). Row 0 is at the bottom.
+/// Pixel positions of the bins, by limitedPixel(). Row 0 is at the bottom.
 struct BinGeometry {
     QRect rect; ///< the plot rectangle
     BinSpan x;

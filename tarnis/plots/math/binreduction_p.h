@@ -14,12 +14,12 @@ enum class BinReduction {
     Mean ///< mean of the finite bins, including empty ones
 };
 
-/// True if bins in view share pixels.
+/// True if visible bins share pixels.
 bool hasSharedPixels(const BinGeometry& view);
 
 /// The rows with the reduced value in the first column of the last row of each group that shares a pixel, and 0 in its
-/// other bins. Painted as any rows they show the reduced values. Bins out of view are 0. A group without a finite bin
-/// is 0.
+/// other bins. Painted like ordinary rows, they show the reduced values. Invisible bins are 0. A group without a finite
+/// bin is 0.
 BinRows reducedBins(const BinRows& rows, const BinGeometry& view, BinReduction reduction);
 
 /// The largest finite bin, at least 0.

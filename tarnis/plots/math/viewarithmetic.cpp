@@ -18,7 +18,7 @@ constexpr double largestEnd = 1e300;
 // A span of fewer representable numbers would show the resolution of double instead of data.
 constexpr double fewestNumbers = 1024.0;
 
-// Decades beyond this are no values any more.
+// Decades beyond this are not representable.
 constexpr double maxDecades = 300.0;
 
 bool isUsable(double low, double high, AxisScale scale)

@@ -134,7 +134,7 @@ void BinColouring::fillEmptyGroups(const int* first, const int* groups, int coun
     }
 }
 
-/// Of values[columns[i]], or of values[i] if `columns` is null.
+/// Converts values[columns[i]], or values[i] if `columns` is null.
 void BinColouring::convertAt(const double* values, const int* columns, int count, QRgb* pixels)
 {
     if (m_blendedValues > 0) {
@@ -176,7 +176,7 @@ bool BinColouring::lookUp(const double* values, const int* columns, int count, Q
     return unknown != 0;
 }
 
-/// Blends what lookUp() did not find; integer counts are kept in the table.
+/// Blends the values that lookUp() did not find; integer counts are stored in the table.
 void BinColouring::resolve(const double* values, const int* columns, int count, QRgb* pixels)
 {
     int outside = 0;

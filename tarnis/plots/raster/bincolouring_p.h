@@ -17,8 +17,8 @@ bool isEmptyBin(double value);
 int listPixels(const QRgb* pixels, int count, QRgb pixel, int* places);
 constexpr int placesBeyond = 8;
 
-/// Pixels of bins on a colour scale. Integer counts are looked up in a table that fills as they occur and stays for as
-/// long as the scale does; other values are blended.
+/// Pixels of bins on a colour scale. Integer counts are looked up in a table, which is filled as they occur and kept as
+/// long as the scale; other values are blended.
 class BinColouring {
 public:
     static constexpr QRgb noPixel = 0; ///< pixel of an empty bin; all others are opaque

@@ -215,7 +215,7 @@ void BinRaster::composeRow(int row, RowLine& line)
     line.losesCorner = m_corner != noCorner && cornerIsLost();
     line.gaps.resize(static_cast<std::size_t>(m_width) + placesBeyond);
     line.gapCount = listPixels(line.pixels.data(), m_width, BinColouring::noPixel, line.gaps.data());
-    // The next row is looked at here and there.
+    // The next row is read sparsely.
     if (row > m_firstRow && !spanOf(row - 1).isTopSomewhere && line.gapCount > m_width / 8)
         fetchRow(row - 1);
 }
@@ -236,7 +236,7 @@ template <int block> void BinRaster::spreadTouching(QRgb* row) const
         const QRgb color = colors[group];
         const int inside = block > narrowBlock ? std::min(extent + 1, width - (left[group] - first)) : block;
         paintBar<block>(bar, inside, color);
-        // Without a branch, since empty bins lie about at random.
+        // Without a branch, because empty bins are random.
         const QRgb isEmpty = 0U - static_cast<QRgb>(color == BinColouring::noPixel);
         bar[0] = color | (colors[group - 1] & shared[group] & isEmpty);
     }

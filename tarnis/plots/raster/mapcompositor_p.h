@@ -26,13 +26,13 @@ public:
     };
     using Sink = std::function<void(const Line&)>;
 
-    /// True for views that compose() is made for: both axes ascend, bins are not larger than some widgets, and the plot
-    /// rectangle lies in positive coordinates.
+    /// True for views that compose() supports: both axes ascend, bins are not huge, and the plot rectangle has
+    /// non-negative coordinates.
     static bool canCompose(const BinGeometry& view);
 
-    /// Hands the picture to `sink` line by line from the top, all lines alike in place and width. Lines that no bin
-    /// reaches are left out above and below. `deviceX` is added to X coordinates by the painter: bars that begin left
-    /// of its device lose a pixel.
+    /// Passes the picture to `sink` line by line from the top; all lines have the same X and width. Lines above and
+    /// below all bins are omitted. `deviceX` is the painter's X offset: bars that begin left of its device lose a
+    /// pixel.
     void compose(const BinGeometry& view, const BinRows& rows, BinColouring& converter, int deviceX, const Sink& sink);
 
 private:

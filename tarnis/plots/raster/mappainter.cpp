@@ -44,7 +44,7 @@ void drawLine(QPainter& painter, QPoint topLeft, const BinRaster::Line& line)
     painter.drawImage(topLeft + QPoint(line.x, line.y), image);
 }
 
-/// The pixels that drawRects() and drawLine() cover at ratio 1, the corner included that the former leaves out.
+/// The pixels that drawRects() and drawLine() cover at ratio 1, including the corner that drawRects() omits.
 QRect pixelsOf(const BinGeometry& view, int row, int column)
 {
     if (view.paintsBars())

@@ -14,8 +14,8 @@ namespace tarnis {
 /// begin at the same pixel only the first is drawn. Leaves pen and brush changed.
 void paintBinsOneByOne(QPainter& painter, const BinGeometry& view, const BinRows& rows, const ColorScale& scale);
 
-/// The same picture, faster: composed in memory where the painter draws pixels straight onto a raster device, clipped
-/// to the plot rectangle; bin by bin for any other. Keeps its buffers from one painting to the next.
+/// Paints the same picture faster: composed in memory if the painter draws whole pixels on a raster device, clipped to
+/// the plot rectangle; otherwise bin by bin. Keeps its buffers between calls.
 class MapPainter {
 public:
     /// Leaves pen and brush unspecified.

@@ -30,7 +30,7 @@ BinRows referenceBins(int columns, int rows)
     return bins;
 }
 
-/// The visible range begins within a bin, so that the first column is cut by the left edge.
+/// The visible range begins within a bin, so that the left edge clips the first column.
 BinGeometry referenceView(const QRect& rect, int columns, int rows)
 {
     BinGeometry view { rect, {}, {} };

@@ -15,7 +15,7 @@ namespace tarnis {
 
 namespace {
 
-constexpr double spanOfWholes = 2.0; // from which an axis without decimals has whole steps
+constexpr double spanOfWholes = 2.0; // an axis without decimals has integer steps from this span on
 constexpr int maxTicksX = 12;
 constexpr int maxTicksY = 10;
 constexpr double linesPerTick = 2.4;

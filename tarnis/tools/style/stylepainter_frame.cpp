@@ -22,7 +22,7 @@ constexpr double plainWidth = 760.0;
 constexpr double plainHeight = 480.0;
 constexpr double maxGrowth = 2.0;
 constexpr int maxLegendRows = 3;
-constexpr double thinnestSide = 0.3; // of the room, before square bins are given up
+constexpr double thinnestSide = 0.3; // minimum fraction of the space for square bins
 
 QFont sized(QFont font, double pixels)
 {
@@ -93,7 +93,7 @@ bool StylePainter::hasTitleRow() const
     return (options.title && !PlotAccess::title(m_plot).isEmpty()) || !PlotAccess::notes(m_plot).isEmpty();
 }
 
-/// Entries in rows; those for which there is no room are counted in the last one.
+/// Entries in rows; the last one shows the number of entries that do not fit.
 StylePainter::Legend StylePainter::legendOf(int width, int maxRows, const Scale& scale) const
 {
     const auto* const many = qobject_cast<const MultiVectorGraphWidget*>(&m_plot);
