@@ -21,8 +21,7 @@ namespace tarnis {
 /// - F6 goes to the boxes that the plot has opened (ranges, cuts, regions, peaks), from one to the next and back.
 /// - Return and Escape in an editor that the menu opened give the keyboard back to the plot.
 /// - The plot has the role of a chart with a name, the visible ranges as its value, and its data as a description; so
-///   has the colour bar of a map. A name or description that the host sets goes before these. The value is announced
-///   when it changes while the plot has the keyboard.
+///   has the colour bar of a map. A name or description that the host sets goes before these.
 class TARNIS_EXPORT PlotKeyboard : public InteractiveTool {
     Q_OBJECT
 
@@ -50,7 +49,6 @@ public Q_SLOTS:
 
 protected:
     bool handleEvent(QEvent* event) override;
-    void plotChanged(Changes changes) override;
 
 private:
     class Internals;

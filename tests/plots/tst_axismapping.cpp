@@ -8,6 +8,8 @@
 #include <QTest>
 
 #include <cmath>
+#include <limits>
+#include <utility>
 
 using tarnis::AxisMapping;
 using tarnis::AxisRange;
@@ -127,7 +129,8 @@ void TestAxisMapping::axisMapsThereAndBack()
 void TestAxisMapping::decadesAreEqualOnALogAxis()
 {
     const AxisMapping axis = AxisMapping::vertical({ 1.0, 1e4 }, graph, AxisScale::Log);
-    for (const auto& [value, row] : { std::pair(1.0, 119.0), { 10.0, 94.0 }, { 100.0, 69.0 }, { 1000.0, 44.0 } }) {
+    const std::pair<double, double> decades[] = { { 1.0, 119.0 }, { 10.0, 94.0 }, { 100.0, 69.0 }, { 1000.0, 44.0 } };
+    for (const auto& [value, row] : decades) {
         QCOMPARE(axis.pixelOf(value), row);
         QCOMPARE(axis.valueAt(row), value);
     }

@@ -5,7 +5,6 @@
 #include "tarnis/plots/plotaccess_p.h"
 #include "tarnis/tools/navigation/plotkeyboard_p.h"
 
-#include <QAccessible>
 #include <QApplication>
 #include <QContextMenuEvent>
 #include <QDialog>
@@ -231,15 +230,6 @@ bool PlotKeyboard::handleEvent(QEvent* event)
     default:
         return false;
     }
-}
-
-void PlotKeyboard::plotChanged(Changes changes)
-{
-    constexpr Changes ofValue = Changes(RangeX) | RangeY | ScaleType | Levels;
-    if (!(changes & ofValue) || !QAccessible::isActive() || !plot()->hasFocus())
-        return;
-    QAccessibleValueChangeEvent event(plot(), value());
-    QAccessible::updateAccessibility(&event);
 }
 
 } // namespace tarnis
