@@ -112,9 +112,9 @@ private Q_SLOTS:
         };
         const int before = shownColumns();
         QCOMPARE(PlotCalibration::apply(plot, halves()), QString());
-        QTRY_COMPARE(shownColumns(), before + 1);
+        TRY_COMPARE(shownColumns(), before + 1);
         PlotCalibration::remove(plot);
-        QTRY_COMPARE(shownColumns(), before);
+        TRY_COMPARE(shownColumns(), before);
     }
 
     void searchesTheChosenCurve()
@@ -134,7 +134,7 @@ private Q_SLOTS:
         PeakPanel panel(&plot);
         panel.show();
         auto& curves = *panel.findChild<QComboBox*>();
-        QTRY_COMPARE(curves.count(), 2);
+        TRY_COMPARE(curves.count(), 2);
         QVERIFY(curves.isVisible());
         curves.setCurrentIndex(1);
         QVERIFY(search(panel));

@@ -127,11 +127,11 @@ private Q_SLOTS:
             points.push_back({ position, 0.1, 2.0 * position, 0.0, {}, 0.0 });
         const EnergyCalibration doubled = fitEnergyCalibration(points, 0.0, 100.0).calibration;
         QCOMPARE(PlotCalibration::apply(plot, doubled), QString());
-        QTRY_VERIFY(!isHidden());
+        TRY_VERIFY(!isHidden());
         QVERIFY(std::fabs(number(table, 0, "energy") - 2.0 * number(table, 0, "centroid")) < 1e-6);
         QVERIFY(number(table, 0, "energy_error") > 0.0);
         PlotCalibration::remove(plot);
-        QTRY_VERIFY(isHidden());
+        TRY_VERIFY(isHidden());
     }
 
     void dragsARangeByItsEnd()
