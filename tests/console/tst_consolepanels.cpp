@@ -1,5 +1,6 @@
 // The panels of numbers beside a plot of the console: where they go, that each opens once, and their texts.
 #include "support/wait.h"
+#include "windows/openwindows.h"
 #include "windows/plotpanels.h"
 
 #include <tarnis/plots/vectorgraphwidget.h>
@@ -112,6 +113,25 @@ private Q_SLOTS:
         // It has no close button.
         window.action("openRegions")->trigger();
         TRY_VERIFY(regions.isNull());
+    }
+
+    void aPlotKeepsItsHeightBesideAPanelInside()
+    {
+        PlotWindow window(new VectorGraphWidget);
+        const QRect screen = window.dialog.screen()->availableGeometry();
+        // As wide as the screen, so that there is no room beside it, nor above or below.
+        window.dialog.setGeometry(
+            QRect(screen.topLeft() + QPoint(0, 200), QSize(screen.width(), screen.height() - 400)));
+        const QSize before = window.dialog.size();
+        window.action("openFit")->trigger();
+        QPointer<QWidget> fit = window.dialog.findChild<tarnis::FitPanel*>();
+        QVERIFY(!fit->isWindow());
+        const int room = screen.marginsRemoved(frameOf(window.dialog)).height();
+        QCOMPARE(window.dialog.height(), qMin(before.height() + fit->sizeHint().height(), room));
+        QVERIFY(screen.contains(window.dialog.geometry()));
+        window.action("openFit")->trigger();
+        QTRY_VERIFY(fit.isNull());
+        QTRY_COMPARE(window.dialog.size(), before);
     }
 
     void opensAgainAfterItWasClosed()

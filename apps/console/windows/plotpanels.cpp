@@ -1,5 +1,8 @@
 #include "windows/plotpanels.h"
 
+#include "windows/openwindows.h"
+#include "windows/placement.h"
+
 #include <tarnis/plots/xy2dgraphwidget.h>
 #include <tarnis/tools/calibrationpanel.h>
 #include <tarnis/tools/fitpanel.h>
@@ -23,6 +26,25 @@ struct PlotPanels {
     Q_DECLARE_TR_FUNCTIONS(PlotPanels)
 };
 
+/// Makes the window higher by the panel inside it, as far as the screen allows, so that the plot keeps its height. When
+/// the panel is closed, a window that has not been resized since gets its old size.
+void growFor(QWidget& panel, QWidget& window, const QSize& before, const QRect& screen)
+{
+    if (window.isMaximized() || window.isFullScreen())
+        return;
+    const QRect area = screen.marginsRemoved(frameOf(window));
+    const QSize wanted(before.width(), before.height() + panel.sizeHint().height());
+    const QSize grown = wanted.expandedTo(window.size()).boundedTo(area.size());
+    window.setGeometry(inside(QRect(window.geometry().topLeft(), grown), area));
+    const auto restore = [&window, before, grown] {
+        if (window.size() != grown || window.isMaximized())
+            return;
+        window.layout()->activate(); // else the panel still counts
+        window.resize(before);
+    };
+    QObject::connect(&panel, &QObject::destroyed, &window, restore, Qt::QueuedConnection);
+}
+
 /// Shows a panel as a window beside the plot's window, or inside it.
 void place(QWidget& panel, QWidget& window)
 {
@@ -32,8 +54,10 @@ void place(QWidget& panel, QWidget& window)
     auto* const layout = qobject_cast<QBoxLayout*>(window.layout());
     if (!free && layout != nullptr
         && layout->totalMinimumSize().height() + panel.minimumSizeHint().height() <= area.height()) {
+        const QSize before = window.size();
         layout->addWidget(&panel);
         panel.show();
+        growFor(panel, window, before, area);
         return;
     }
     // A low screen has room for neither: a window in its corner, above that of the plot.
