@@ -166,9 +166,11 @@ protected:
                                                      ///< owned
     int m_closings = 0; ///< shutdowns whose sessions may still have calls in the queue
 
+    /// In a slot called by a session: whether that session was closed before the call arrived.
+    bool isCallOfClosedSession() const;
+
 private:
     // Steps of the operations above and of the destructor. The local server's are in tarnis_process.cpp.
-    TARNIS_NO_EXPORT bool isCallOfClosedSession() const;
     TARNIS_NO_EXPORT void outlastQueuedCalls();
     TARNIS_NO_EXPORT TarnisSession* startNamedSession(const QString& id);
     TARNIS_NO_EXPORT void closeNamedSessions();

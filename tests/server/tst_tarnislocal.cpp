@@ -1,5 +1,6 @@
 // The manager and its local server: start, port, crash.
 #include "server/localmanager.h"
+#include "support/logfile.h"
 #include "support/scriptedserver.h"
 
 #include <QDir>
