@@ -2276,49 +2276,6 @@
     </message>
 </context>
 <context>
-    <name>console::PlotKeys</name>
-    <message>
-        <source>&amp;Left End of the Axis...</source>
-        <translation>&amp;Linkes Ende der Achse...</translation>
-    </message>
-    <message>
-        <source>&amp;Right End of the Axis...</source>
-        <translation>&amp;Rechtes Ende der Achse...</translation>
-    </message>
-    <message>
-        <source>&amp;Bottom End of the Axis...</source>
-        <translation>&amp;Unteres Ende der Achse...</translation>
-    </message>
-    <message>
-        <source>&amp;Top End of the Axis...</source>
-        <translation>&amp;Oberes Ende der Achse...</translation>
-    </message>
-    <message>
-        <source>Switch off the mouse tool first</source>
-        <translation>Schalten Sie zuerst das Werkzeug der Maus aus</translation>
-    </message>
-    <message>
-        <source>&amp;Colours...</source>
-        <translation>&amp;Farben...</translation>
-    </message>
-    <message>
-        <source>&amp;Upper Limit of the Colours...</source>
-        <translation>Ob&amp;ere Grenze der Farben...</translation>
-    </message>
-    <message>
-        <source>Lo&amp;wer Limit of the Colours...</source>
-        <translation>U&amp;ntere Grenze der Farben...</translation>
-    </message>
-    <message>
-        <source>Add a Re&amp;gion in the Middle</source>
-        <translation>Re&amp;gion in der Mitte hinzufügen</translation>
-    </message>
-    <message>
-        <source>To the Bo&amp;x Beside</source>
-        <translation>Zum Ka&amp;sten daneben</translation>
-    </message>
-</context>
-<context>
     <name>console::PlotLookMenu</name>
     <message>
         <source>&amp;Plots</source>
@@ -3297,10 +3254,6 @@
     <message>
         <source>Table</source>
         <translation>Tabelle</translation>
-    </message>
-    <message>
-        <source>Plot: %1</source>
-        <translation>Diagramm: %1</translation>
     </message>
     <message>
         <source>Select Visible Items</source>

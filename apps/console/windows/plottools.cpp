@@ -11,6 +11,7 @@
 #include <tarnis/tools/errorbars.h>
 #include <tarnis/tools/lineprofile.h>
 #include <tarnis/tools/plotcrosshair.h>
+#include <tarnis/tools/plotkeyboard.h>
 #include <tarnis/tools/plotlegend.h>
 #include <tarnis/tools/plotmarkers.h>
 #include <tarnis/tools/plotnavigator.h>
@@ -27,6 +28,7 @@ void attachTools(XYGraphWidget& plot)
     if (plot.findChild<tarnis::PlotNavigator*>(QString(), Qt::FindDirectChildrenOnly))
         return;
     new tarnis::PlotNavigator(&plot); // owned by the plot
+    new tarnis::PlotKeyboard(&plot);
     auto* const crosshair = new tarnis::PlotCrosshair(&plot);
     crosshair->setOn(false);
     new tarnis::PlotMarkers(&plot);

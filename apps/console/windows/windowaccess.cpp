@@ -6,7 +6,6 @@
 #include "windows/leavetool.h"
 #include "windows/openwindows.h"
 #include "windows/placement.h"
-#include "windows/plotkeys.h"
 #include "windows/plotlook.h"
 #include "windows/plottools.h"
 #include "windows/tooltips.h"
@@ -57,9 +56,6 @@ void nameControls(QWidget& window)
     name("infoLabel", WindowAccess::tr("Information"));
     name("listWidget", WindowAccess::tr("List"));
     name("tableWidget", WindowAccess::tr("Table"));
-    const auto plots = window.findChildren<XYGraphWidget*>();
-    for (XYGraphWidget* const plot : plots)
-        nameIfNameless(plot, WindowAccess::tr("Plot: %1").arg(plot->window()->windowTitle()));
 }
 
 /// The region box enables both buttons even if its list is empty.
@@ -121,7 +117,6 @@ void watchRegions(QWidget& window)
 
 WindowAccess::WindowAccess(QObject* parent)
     : QObject(parent)
-    , m_plotKeys(new PlotKeys(this))
 {
     QCoreApplication::instance()->installEventFilter(this);
 }
@@ -184,10 +179,8 @@ void WindowAccess::makeAccessible(QWidget& window)
     watchRegions(window);
     showEveryColumn(window);
     const auto plots = window.findChildren<XYGraphWidget*>();
-    for (XYGraphWidget* const plot : plots) {
-        m_plotKeys->serve(*plot);
+    for (XYGraphWidget* const plot : plots)
         attachTools(*plot);
-    }
     applyLook(window);
     auto* const update = window.findChild<QPushButton*>(QStringLiteral("updatePushButton"));
     if (!update)

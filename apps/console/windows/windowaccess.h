@@ -8,8 +8,6 @@ class QWidget;
 
 namespace console {
 
-class PlotKeys;
-
 /// An event filter for all windows of the application, including the library's: a new window gets names for its unnamed
 /// controls, F5 and Tab for its Update button, Ctrl+W to close it, and keys for its plots. Escape ends the tool of a
 /// plot and does not close a live window. GUI thread.
@@ -22,8 +20,6 @@ protected:
     bool eventFilter(QObject* object, QEvent* event) override;
     void makeAccessible(QWidget& window);
     static void addCloseKey(QWidget& window);
-
-    PlotKeys* m_plotKeys;
 };
 
 } // namespace console
