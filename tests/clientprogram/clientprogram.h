@@ -7,7 +7,7 @@
 
 namespace clienttest {
 
-constexpr int patienceMs = 60000;
+constexpr int timeoutMs = 60000;
 
 /// The result of a run of the program.
 struct Run {
@@ -24,7 +24,7 @@ struct Run {
 
 inline Run finish(QProcess& process)
 {
-    if (!process.waitForFinished(patienceMs))
+    if (!process.waitForFinished(timeoutMs))
         qFatal("tarnis does not end");
     return { .exitCode = process.exitStatus() == QProcess::CrashExit ? 128 + process.exitCode() : process.exitCode(),
         .output = process.readAllStandardOutput(),

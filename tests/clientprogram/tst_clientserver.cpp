@@ -365,7 +365,7 @@ private Q_SLOTS:
         QProcess process;
         process.start(CLIENT_PATH, { "watch", "--server", address(server), "--every", "0.05", "--json" });
         QByteArray output;
-        while (output.count('\n') < 2 && process.waitForReadyRead(clienttest::patienceMs))
+        while (output.count('\n') < 2 && process.waitForReadyRead(clienttest::timeoutMs))
             output += process.readAllStandardOutput();
         process.terminate();
         const Run run = clienttest::finish(process);
@@ -399,7 +399,7 @@ private Q_SLOTS:
         QVERIFY(program.setPermissions(QFile::ReadOwner | QFile::ExeOwner));
         QProcess process;
         process.start(CLIENT_PATH, { "watch", "--timeout", "600", "--local", program.fileName() });
-        QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(path("started")), clienttest::patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(path("started")), clienttest::timeoutMs);
         process.terminate();
         const Run run = clienttest::finish(process);
         QCOMPARE(run.exitCode, 0);
@@ -420,7 +420,7 @@ private Q_SLOTS:
         simtest::Program server;
         QProcess process;
         process.start(CLIENT_PATH, { "watch", "--server", address(server), "--every", "0.05" });
-        QVERIFY(process.waitForReadyRead(clienttest::patienceMs));
+        QVERIFY(process.waitForReadyRead(clienttest::timeoutMs));
         server.terminate();
         const Run run = clienttest::finish(process);
         QCOMPARE(run.exitCode, 3);

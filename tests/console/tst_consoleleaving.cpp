@@ -18,9 +18,9 @@ using namespace tarnis::testing;
 namespace {
 
 /// A console with a local server, which may be in a run.
-class LeavingDesk : public ConsoleFixture {
+class LeavingConsole : public ConsoleFixture {
 public:
-    explicit LeavingDesk(ScriptedServer& server)
+    explicit LeavingConsole(ScriptedServer& server)
         : program(FakeServer::wellBehaved(server.port()))
     {
         use(program);
@@ -85,7 +85,7 @@ private Q_SLOTS:
         QFETCH(QString, action);
         QFETCH(ServerState, afterwards);
         ScriptedServer server;
-        LeavingDesk desk(server);
+        LeavingConsole desk(server);
         desk.beginRun();
         desk.choose(qPrintable(action));
         QVERIFY(desk.question());
@@ -106,7 +106,7 @@ private Q_SLOTS:
     {
         ScriptedServer server;
         ScriptedServer other;
-        LeavingDesk desk(server);
+        LeavingConsole desk(server);
         desk.beginRun();
         const auto chooseOther = [&] {
             desk.choose("chooseAction");
@@ -136,7 +136,7 @@ private Q_SLOTS:
     void asksNothingWithoutARun()
     {
         ScriptedServer server;
-        LeavingDesk desk(server);
+        LeavingConsole desk(server);
         desk.choose("restartAction");
         QVERIFY(!desk.question());
         TRY_VERIFY(desk.isUp());
@@ -157,7 +157,7 @@ private Q_SLOTS:
     void theEndOfTheProgramFromOutsideIsNotHeldUpByARun()
     {
         ScriptedServer server;
-        LeavingDesk desk(server);
+        LeavingConsole desk(server);
         desk.beginRun();
         desk.window->leave();
         QVERIFY(!desk.question());
@@ -169,13 +169,13 @@ private Q_SLOTS:
     void asksAboutChangesBeforeTheServerEnds()
     {
         ScriptedServer server;
-        LeavingDesk desk(server);
+        LeavingConsole desk(server);
         const QPointer<ServerTextWindow> text = desk.typeText(QStringLiteral("x"));
         desk.window->close();
-        QVERIFY(LeavingDesk::changesOf(*text));
+        QVERIFY(LeavingConsole::changesOf(*text));
         QVERIFY(desk.isUp());
         answer(*text, "changesBox", QMessageBox::Cancel);
-        TRY_VERIFY(!LeavingDesk::changesOf(*text));
+        TRY_VERIFY(!LeavingConsole::changesOf(*text));
         QVERIFY(desk.isUp() && desk.window->isVisible() && text->isVisible());
         // A later answer does not resume a cancelled action.
         text->close();
@@ -188,7 +188,7 @@ private Q_SLOTS:
     void closesAfterDiscardingChanges()
     {
         ScriptedServer server;
-        LeavingDesk desk(server);
+        LeavingConsole desk(server);
         const auto* const text = desk.typeText(QStringLiteral("x"));
         desk.window->close();
         answer(*text, "changesBox", QMessageBox::Discard);
@@ -200,7 +200,7 @@ private Q_SLOTS:
         ScriptedServer server;
         server.answer("rxfile \"/notes\"", { Step::binary("one\n", "OK: /notes, 4 bytes\n") });
         server.answer("txfile \"/notes\"\nxone\n", { Step::text("OK:\n") });
-        LeavingDesk desk(server);
+        LeavingConsole desk(server);
         auto* const text = desk.open<ServerTextWindow>("server-text");
         text->openFile(QStringLiteral("/notes"));
         auto* const edit = text->findChild<QPlainTextEdit*>(QStringLiteral("edit"));
@@ -217,7 +217,7 @@ private Q_SLOTS:
         ScriptedServer server;
         server.answer("rxfile \"/notes\"", { Step::binary("one\n", "OK: /notes, 4 bytes\n") });
         server.answer("txfile \"/notes\"\nxone\n", { Step::text("NG:full\n") });
-        LeavingDesk desk(server);
+        LeavingConsole desk(server);
         const QPointer<ServerTextWindow> text = desk.open<ServerTextWindow>("server-text");
         text->openFile(QStringLiteral("/notes"));
         const auto* const state = text->findChild<QLabel*>(QStringLiteral("stateLabel"));
@@ -250,7 +250,7 @@ private Q_SLOTS:
         server.answer("pwd", { Step::text("OK:\n/data\n") });
         server.answer("ls-F \"/data\"", { Step::text("OK:\nold/\n") });
         server.answer("txfile \"/data/new\"\nx", { Step::text("OK:\n") });
-        LeavingDesk desk(server);
+        LeavingConsole desk(server);
         const QPointer<ServerTextWindow> text = desk.typeText(QStringLiteral("x"));
         if (isRunning)
             desk.beginRun();
@@ -268,7 +268,7 @@ private Q_SLOTS:
             chooser->close(); // as the frame of the window does
         TRY_VERIFY(chooser.isNull());
         QCOMPARE(rejections, 1);
-        TRY_VERIFY(!LeavingDesk::changesOf(*text));
+        TRY_VERIFY(!LeavingConsole::changesOf(*text));
         TRY_VERIFY(!desk.question());
         // A later save does nothing else.
         text->saveTo(QStringLiteral("/data/new"));
@@ -289,7 +289,7 @@ private Q_SLOTS:
         server.answer("pwd", { Step::text("OK:\n/data\n") });
         server.answer("ls-F \"/data\"", { Step::text("OK:\nold/\n") });
         server.answer("txfile \"/data/new\"\nx", { Step::text("OK:\n") });
-        LeavingDesk desk(server);
+        LeavingConsole desk(server);
         const QPointer<ServerTextWindow> text = desk.typeText(QStringLiteral("x"));
         desk.window->close();
         answer(*text, "changesBox", QMessageBox::Save);
@@ -309,14 +309,14 @@ private Q_SLOTS:
     void withoutAServerNothingCanBeSaved()
     {
         ScriptedServer server;
-        LeavingDesk desk(server);
+        LeavingConsole desk(server);
         const auto* const text = desk.typeText(QStringLiteral("x"));
         desk.choose("shutDownAction");
         QVERIFY(desk.reaches(ServerState::Off));
         desk.window->close();
-        QVERIFY(LeavingDesk::changesOf(*text));
-        QVERIFY(!LeavingDesk::changesOf(*text)->button(QMessageBox::Save));
-        QVERIFY(!LeavingDesk::changesOf(*text)->informativeText().isEmpty());
+        QVERIFY(LeavingConsole::changesOf(*text));
+        QVERIFY(!LeavingConsole::changesOf(*text)->button(QMessageBox::Save));
+        QVERIFY(!LeavingConsole::changesOf(*text)->informativeText().isEmpty());
         answer(*text, "changesBox", QMessageBox::Discard);
         QVERIFY(desk.isLeft());
     }
@@ -324,15 +324,15 @@ private Q_SLOTS:
     void asksAboutTheRunFirst()
     {
         ScriptedServer server;
-        LeavingDesk desk(server);
+        LeavingConsole desk(server);
         const auto* const text = desk.typeText(QStringLiteral("x"));
         desk.beginRun();
         desk.window->close();
-        QVERIFY(!LeavingDesk::changesOf(*text));
+        QVERIFY(!LeavingConsole::changesOf(*text));
         desk.answerYes();
-        QVERIFY(LeavingDesk::changesOf(*text));
+        QVERIFY(LeavingConsole::changesOf(*text));
         answer(*text, "changesBox", QMessageBox::Cancel);
-        TRY_VERIFY(!LeavingDesk::changesOf(*text));
+        TRY_VERIFY(!LeavingConsole::changesOf(*text));
         TRY_VERIFY(!desk.question());
         desk.window->close();
         QVERIFY(desk.question()); // the previous answer counted once

@@ -42,9 +42,9 @@ public:
     }
 };
 
-class SaveDesk : public ConsoleFixture {
+class SavingConsole : public ConsoleFixture {
 public:
-    SaveDesk()
+    SavingConsole()
     {
         use(server);
         if (!reaches(ServerState::Up))
@@ -179,20 +179,20 @@ private Q_SLOTS:
         QFETCH(QString, entry);
         const bool isPrint = !entry.isEmpty();
         const QString suffix = isPrint ? ".pdf" : ".csv";
-        SaveDesk desk;
+        SavingConsole desk;
         QWidget* const window = desk.filled(id.constData());
         const auto save = [&](SavePlace& place) {
             QList<ModalWatchdog::Answer> answers { isPrint ? print(place.path()) : saveTo(place) };
             if (QFileInfo::exists(place.path()))
                 answers.append(agree); // it exists: overwrite?
             const ModalWatchdog watchdog(answers);
-            SaveDesk::save(*window, entry);
+            SavingConsole::save(*window, entry);
             return eventually([&] { return watchdog.isContent() && !window->findChild<QPrintDialog*>(); });
         };
         {
             SavePlace place(SaveTrouble::None, suffix);
             QVERIFY(save(place));
-            QVERIFY(!SaveDesk::boxOn(*window));
+            QVERIFY(!SavingConsole::boxOn(*window));
             QVERIFY(desk.record().contains(QStringLiteral("Saved as %1.").arg(place.path())));
             QVERIFY(place.content() != "old");
             QVERIFY(!place.content().isEmpty());
@@ -204,7 +204,7 @@ private Q_SLOTS:
             if (!place.isThere())
                 continue; // mounting is not permitted here
             QVERIFY(save(place));
-            QMessageBox* const box = SaveDesk::boxOn(*window);
+            QMessageBox* const box = SavingConsole::boxOn(*window);
             QVERIFY2(box, cause);
             QVERIFY2(box->text().contains(QLatin1String(cause)), qPrintable(box->text()));
             QVERIFY(box->text().contains(place.path()));
@@ -228,14 +228,14 @@ private Q_SLOTS:
     {
         QFETCH(QByteArray, id);
         QFETCH(QString, suffix);
-        SaveDesk desk;
+        SavingConsole desk;
         QWidget* const window = desk.filled(id.constData());
         for (const SaveTrouble trouble : { SaveTrouble::None, SaveTrouble::FullDevice, SaveTrouble::FullDisk,
                  SaveTrouble::ReadOnlyFolder, SaveTrouble::VanishedFolder, SaveTrouble::SlashInName }) {
             SavePlace place(trouble, u'.' + suffix);
             if (!place.isThere())
                 continue; // mounting is not permitted here
-            tarnis::ExportDialog& dialog = SaveDesk::exportOf(*window);
+            tarnis::ExportDialog& dialog = SavingConsole::exportOf(*window);
             dialog.setPath(place.path());
             place.begin();
             const bool isOld = QFileInfo(place.path()).isFile();
@@ -261,11 +261,11 @@ private Q_SLOTS:
     void anExportStatesWhereItsValuesComeFrom()
     {
         const QTemporaryDir folder;
-        SaveDesk desk;
+        SavingConsole desk;
         QWidget* const window = desk.filled("curves");
         const QDateTime before = window->property("dataTime").toDateTime();
         QVERIFY(before.isValid());
-        tarnis::ExportDialog& dialog = SaveDesk::exportOf(*window, QStringLiteral("Save CSV..."));
+        tarnis::ExportDialog& dialog = SavingConsole::exportOf(*window, QStringLiteral("Save CSV..."));
         dialog.setPath(folder.filePath("a.csv"));
         dialog.accept();
         const tarnis::Dataset data = tarnis::readDataset(folder.filePath("a.csv")).data;
@@ -279,8 +279,8 @@ private Q_SLOTS:
     {
         const QTemporaryDir folder;
         const QString elsewhere = QDir::tempPath() + "/elsewhere";
-        SaveDesk desk;
-        tarnis::ExportDialog& dialog = SaveDesk::exportOf(*desk.filled("curves"));
+        SavingConsole desk;
+        tarnis::ExportDialog& dialog = SavingConsole::exportOf(*desk.filled("curves"));
         dialog.setPath(folder.filePath("a.png"));
         dialog.accept();
         setSaveFilePath(elsewhere); // another program's
@@ -296,7 +296,7 @@ private Q_SLOTS:
         QFETCH(QString, cause);
         if (trouble == SaveTrouble::FolderInPlace)
             QSKIP("the chooser enters the folder");
-        SaveDesk desk;
+        SavingConsole desk;
         desk.window->commandPanel().addMessage(QString(9000, u'x')); // more than fits on the disk
         SavePlace place(trouble, ".txt");
         if (!place.isThere())
@@ -347,7 +347,7 @@ private Q_SLOTS:
         QFETCH(QString, entry);
         QFETCH(QString, start);
         QFETCH(QString, suffix);
-        SaveDesk desk;
+        SavingConsole desk;
         QWidget* const window = desk.filled(id.constData());
         QString name;
         if (entry.isEmpty()) {
@@ -357,10 +357,10 @@ private Q_SLOTS:
                 QVERIFY(filters.first().contains(QStringLiteral("(*.%1)").arg(suffix)));
                 reject()(chooser);
             } });
-            SaveDesk::save(*window, entry);
+            SavingConsole::save(*window, entry);
             QVERIFY(watchdog.isContent());
         } else {
-            tarnis::ExportDialog& dialog = SaveDesk::exportOf(*window, entry);
+            tarnis::ExportDialog& dialog = SavingConsole::exportOf(*window, entry);
             QCOMPARE(QFileInfo(dialog.path()).path(), QDir(getSaveDir()).path());
             name = QFileInfo(dialog.path()).fileName();
             dialog.reject();
@@ -388,8 +388,8 @@ private Q_SLOTS:
         QFETCH(QString, typed);
         QFETCH(QString, written);
         const QTemporaryDir folder;
-        SaveDesk desk;
-        tarnis::ExportDialog& dialog = SaveDesk::exportOf(*desk.filled("curves"));
+        SavingConsole desk;
+        tarnis::ExportDialog& dialog = SavingConsole::exportOf(*desk.filled("curves"));
         dialog.findChild<QLineEdit*>(QStringLiteral("exportPathEdit"))->setText(folder.filePath(typed));
         dialog.accept();
         QCOMPARE(QDir(folder.path()).entryList(QDir::Files), QStringList { written });
@@ -400,8 +400,8 @@ private Q_SLOTS:
     void asksBeforeReplacingAFileWithTheAddedSuffix()
     {
         SavePlace place(SaveTrouble::None, ".12.png");
-        SaveDesk desk;
-        tarnis::ExportDialog& dialog = SaveDesk::exportOf(*desk.filled("curves"));
+        SavingConsole desk;
+        tarnis::ExportDialog& dialog = SavingConsole::exportOf(*desk.filled("curves"));
         dialog.setPath(place.path().chopped(4));
         bool isAsked = false;
         const ModalWatchdog watchdog({ [&](QWidget& window) {
@@ -417,7 +417,7 @@ private Q_SLOTS:
 
     void anotherFilterChangesTheSuffixOfTheName()
     {
-        SaveDesk desk;
+        SavingConsole desk;
         QString csv;
         QString txt;
         const ModalWatchdog watchdog({ [&](QWidget& window) {
@@ -428,7 +428,7 @@ private Q_SLOTS:
             txt = nameIn(dialog);
             dialog.reject();
         } });
-        SaveDesk::save(*desk.filled("statistics"), QString());
+        SavingConsole::save(*desk.filled("statistics"), QString());
         QVERIFY(watchdog.isContent());
         QVERIFY(csv.endsWith(QStringLiteral(".csv")));
         QCOMPARE(txt, csv.chopped(3) + QStringLiteral("txt"));

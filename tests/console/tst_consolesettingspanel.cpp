@@ -16,7 +16,7 @@ using namespace tarnis::testing;
 namespace {
 
 /// A console with helpers for its settings.
-class SettingsDesk : public ConsoleFixture {
+class SettingsConsole : public ConsoleFixture {
 public:
     using ConsoleFixture::ConsoleFixture;
     SettingsModel& model() { return window->settingsPanel().model(); }
@@ -60,7 +60,7 @@ private Q_SLOTS:
         ScriptedServer server;
         server.answerInTurn(
             "setting", { told("rate: 10\nseed: 1\n"), told("rate: 10\nseed: 2\n"), told("rate: 20\nseed: 2\n") });
-        SettingsDesk desk;
+        SettingsConsole desk;
         desk.use(server);
         QVERIFY(desk.hasRead(server, 1));
         TRY_COMPARE(desk.here("seed"), QStringLiteral("1"));
@@ -87,7 +87,7 @@ private Q_SLOTS:
         QFETCH(QByteArray, button);
         ScriptedServer server;
         server.answer("setting", told("rate: 10\nbasepath: /data\n"));
-        SettingsDesk desk;
+        SettingsConsole desk;
         desk.use(server);
         QVERIFY(desk.hasRead(server, 1));
         const auto& path = desk.widget<QLineEdit>("pathEdit");
@@ -106,7 +106,7 @@ private Q_SLOTS:
         ScriptedServer server;
         server.answerInTurn("setting",
             { told("rate: 10\n"), { Step::hold("reading"), Step::text("OK:\nrate: 10\n") }, told("rate: 10\n") });
-        SettingsDesk desk;
+        SettingsConsole desk;
         desk.use(server);
         QVERIFY(desk.hasRead(server, 1));
         TRY_COMPARE(desk.here("rate"), QStringLiteral("10"));
@@ -129,7 +129,7 @@ private Q_SLOTS:
     {
         ScriptedServer server;
         server.answer("setting", { Step::text("NG:it is a secret\n") });
-        SettingsDesk desk(server);
+        SettingsConsole desk(server);
         TRY_VERIFY(desk.settingsState().contains(QStringLiteral("secret")));
         QVERIFY(desk.model().add("rate", "20"));
         QVERIFY(desk.pressed("downloadButton"));
@@ -140,7 +140,7 @@ private Q_SLOTS:
     {
         ScriptedServer server;
         server.answerInTurn("setting", { told("rate: 10\n"), { Step::hold("gate"), Step::text("OK:\nrate: 10\n") } });
-        SettingsDesk desk;
+        SettingsConsole desk;
         desk.use(server);
         QVERIFY(desk.hasRead(server, 1));
         desk.press("saveButton");
@@ -157,7 +157,7 @@ private Q_SLOTS:
         ScriptedServer server;
         server.answer("setting", told("rate: 10\n"));
         server.answer("setting rate:0 ", { Step::text("NG:rate is too small\n") });
-        SettingsDesk desk;
+        SettingsConsole desk;
         desk.use(server);
         QVERIFY(desk.hasRead(server, 1));
         TRY_COMPARE(desk.model().rowCount(), 1);
@@ -179,7 +179,7 @@ private Q_SLOTS:
         ScriptedServer server;
         server.answer("setting", told("rate: 10\n"));
         server.answer("setting rate:0 ", { Step::text("NG:rate is too small\n") });
-        SettingsDesk desk;
+        SettingsConsole desk;
         desk.use(server);
         QVERIFY(desk.hasRead(server, 1));
         TRY_COMPARE(desk.model().rowCount(), 1);
@@ -214,7 +214,7 @@ private Q_SLOTS:
         ScriptedServer server;
         server.answerInTurn("setting", { told("rate: 10\n"), told("rate: 20\n") });
         server.answer(command.toLatin1(), { Step::text(reply) });
-        SettingsDesk desk;
+        SettingsConsole desk;
         desk.use(server);
         QVERIFY(desk.hasRead(server, 1));
         TRY_COMPARE(desk.here("rate"), QStringLiteral("10"));
@@ -231,7 +231,7 @@ private Q_SLOTS:
     {
         auto server = std::make_unique<ScriptedServer>();
         server->answer("setting", told("rate: 10\n"));
-        SettingsDesk desk;
+        SettingsConsole desk;
         QVERIFY(!desk.settingsState().isEmpty());
         desk.use(*server);
         QVERIFY(desk.hasRead(*server, 1));
@@ -256,7 +256,7 @@ private Q_SLOTS:
         QFETCH(QByteArray, button);
         ScriptedServer server;
         server.answerInTurn("setting", { told("rate: 10\n"), { Step::silence() } });
-        SettingsDesk desk;
+        SettingsConsole desk;
         desk.use(server);
         QVERIFY(desk.hasRead(server, 1));
         TRY_COMPARE(desk.settingsState(), QStringLiteral("As on the server."));
@@ -273,7 +273,7 @@ private Q_SLOTS:
         server.answerInTurn(
             "setting", { told("rate: 10\n"), told("rate: 10\n"), told("rate: 20\n"), told("rate: 10\n") });
         const FakeServer program(FakeServer::wellBehaved(server.port()));
-        SettingsDesk desk;
+        SettingsConsole desk;
         desk.use(program);
         QVERIFY(desk.hasRead(server, 1));
         TRY_COMPARE(desk.here("rate"), QStringLiteral("10"));
@@ -292,7 +292,7 @@ private Q_SLOTS:
         ScriptedServer server;
         server.answer("pwd", { Step::text("OK:\n/data\n") });
         server.answer("ls-F \"/data\"", { Step::text("OK:\na/\n") });
-        SettingsDesk desk;
+        SettingsConsole desk;
         auto& button = desk.widget<QPushButton>("pathBrowseButton");
         QVERIFY(!button.isEnabled() && !button.toolTip().isEmpty());
         desk.use(server);
@@ -314,7 +314,7 @@ private Q_SLOTS:
             { told("rate: 10\nseed: 1\n"), told("rate: 10\nseed: 1\n"), told("rate: 20\nseed: 1\n"),
                 told("rate: 10\nseed: 7\n") });
         const FakeServer program(FakeServer::wellBehaved(server.port()));
-        SettingsDesk desk;
+        SettingsConsole desk;
         desk.use(program);
         QVERIFY(desk.hasRead(server, 1));
         TRY_COMPARE(desk.here("rate"), QStringLiteral("10"));
@@ -338,7 +338,7 @@ private Q_SLOTS:
         server.answerInTurn("setting",
             { told("rate: 10\n"), told("rate: 10\n"), told("rate: 20\n"), told("rate: 30\n"), told("rate: 10\n") });
         const FakeServer program(FakeServer::wellBehaved(server.port()));
-        SettingsDesk desk;
+        SettingsConsole desk;
         desk.use(program);
         QVERIFY(desk.hasRead(server, 1));
         TRY_COMPARE(desk.here("rate"), QStringLiteral("10"));
@@ -357,7 +357,7 @@ private Q_SLOTS:
         ScriptedServer server;
         server.answerInTurn(
             "setting", { told("rate: 10\n"), told("rate: 10\n"), told("rate: 20\n"), told("rate: 30\n") });
-        SettingsDesk desk;
+        SettingsConsole desk;
         desk.use(server);
         QVERIFY(desk.hasRead(server, 1));
         TRY_COMPARE(desk.here("rate"), QStringLiteral("10"));
@@ -374,7 +374,7 @@ private Q_SLOTS:
         ScriptedServer server;
         server.answerInTurn("setting", { told("basepath: /\n"), told("basepath: /data\n"), told("basepath: /\n") });
         const FakeServer program(FakeServer::wellBehaved(server.port()));
-        SettingsDesk desk;
+        SettingsConsole desk;
         desk.use(program);
         QVERIFY(desk.hasRead(server, 1));
         TRY_COMPARE(desk.here("basepath"), QStringLiteral("/"));
@@ -395,7 +395,7 @@ private Q_SLOTS:
         second.answer("setting", told("rate: 5\n"));
         const FakeServer one(FakeServer::wellBehaved(first.port()));
         const FakeServer two(FakeServer::wellBehaved(second.port()));
-        SettingsDesk desk;
+        SettingsConsole desk;
         desk.use(one);
         QVERIFY(desk.hasRead(first, 1));
         TRY_COMPARE(desk.here("rate"), QStringLiteral("10"));
@@ -411,7 +411,7 @@ private Q_SLOTS:
     {
         ScriptedServer server;
         server.answer("setting", told("rate: 10\n"));
-        SettingsDesk desk;
+        SettingsConsole desk;
         auto& send = desk.widget<QPushButton>("downloadButton");
         auto& remove = desk.widget<QPushButton>("removeButton");
         auto& address = desk.widget<QPushButton>("addressButton");
@@ -438,7 +438,7 @@ private Q_SLOTS:
     {
         ScriptedServer server;
         server.answer("pwd", told("/\n"));
-        SettingsDesk desk;
+        SettingsConsole desk;
         desk.choose("clearRecordAction");
         QVERIFY(!desk.widget<QAction>("clearRecordAction").isEnabled());
         QVERIFY(!desk.widget<QAction>("saveRecordAction").isEnabled());

@@ -16,7 +16,7 @@ Script told(const QByteArray& state)
 }
 
 /// A console that polls its server's state permanently.
-class WatchingDesk : public ConsoleFixture {
+class WatchingConsole : public ConsoleFixture {
 public:
     using ConsoleFixture::ConsoleFixture;
     void watch() { window->stateWatch().setInterval(20); }
@@ -42,7 +42,7 @@ private Q_SLOTS:
     {
         ScriptedServer server;
         server.answerInTurn("stat", { told("STOPPED"), told("RUNNING"), told("STOPPED") });
-        WatchingDesk desk(server);
+        WatchingConsole desk(server);
         desk.send(QStringLiteral("start"));
         QVERIFY(desk.has(Tarnis::RUNNING));
         QVERIFY(desk.isFree());
@@ -59,7 +59,7 @@ private Q_SLOTS:
     {
         ScriptedServer server;
         server.answerInTurn("stat", { told("STOPPED"), told("RUNNING") });
-        WatchingDesk desk(server);
+        WatchingConsole desk(server);
         desk.watch();
         QVERIFY(desk.has(Tarnis::RUNNING));
     }
@@ -67,7 +67,7 @@ private Q_SLOTS:
     void detectsTheLossOfARemoteServerWithoutACommand()
     {
         auto server = std::make_unique<ScriptedServer>();
-        WatchingDesk desk(*server);
+        WatchingConsole desk(*server);
         desk.watch();
         QVERIFY(desk.asks(*server, 2));
         server.reset();
@@ -79,7 +79,7 @@ private Q_SLOTS:
     {
         ScriptedServer server;
         server.answerInTurn("stat", { told("STOPPED"), { Step::drop() }, told("RUNNING") });
-        WatchingDesk desk(server);
+        WatchingConsole desk(server);
         const QString record = desk.record();
         desk.watch();
         QVERIFY(desk.has(Tarnis::RUNNING));
@@ -92,7 +92,7 @@ private Q_SLOTS:
         ScriptedServer server;
         server.answer("long", { Step::hold("gate"), Step::text("done\n") });
         server.answer("stat", told("STOPPED"));
-        WatchingDesk desk(server);
+        WatchingConsole desk(server);
         desk.send(QStringLiteral("long"));
         QVERIFY(server.waitForHold("gate"));
         const auto before = server.requests().count("stat");
@@ -108,7 +108,7 @@ private Q_SLOTS:
     {
         ScriptedServer server;
         server.answer("stat", told("RUNNING"));
-        WatchingDesk desk(server);
+        WatchingConsole desk(server);
         QVERIFY(desk.has(Tarnis::RUNNING));
         Tarnis& tarnis = desk.window->controller().tarnis();
         for (const auto busy : { Tarnis::HARDWARE_BUSY, Tarnis::STARTING, Tarnis::LOADING }) {
@@ -124,7 +124,7 @@ private Q_SLOTS:
     {
         ScriptedServer server;
         server.answer("stat", told("STOPPED"));
-        WatchingDesk desk(server);
+        WatchingConsole desk(server);
         desk.send(QStringLiteral("start"));
         QVERIFY(desk.has(Tarnis::RUNNING));
         ServerController& controller = desk.window->controller();
@@ -142,7 +142,7 @@ private Q_SLOTS:
     {
         ScriptedServer server;
         server.answerInTurn("stat", { told("STOPPED"), told("RUNNING") });
-        WatchingDesk desk(server);
+        WatchingConsole desk(server);
         auto* const statistics = desk.open<LiveStatistics>("statistics");
         QVERIFY(statistics);
         QVERIFY(desk.has(Tarnis::RUNNING));
@@ -153,7 +153,7 @@ private Q_SLOTS:
     void doesNotPollAStoppedServer()
     {
         ScriptedServer server;
-        WatchingDesk desk(server);
+        WatchingConsole desk(server);
         desk.watch();
         QVERIFY(desk.asks(server, 2));
         desk.choose("shutDownAction");
