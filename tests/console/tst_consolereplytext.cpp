@@ -54,7 +54,7 @@ private Q_SLOTS:
     {
         QCOMPARE(binaryText(summarizeBinary(QByteArray())), QStringLiteral("0 values"));
         QCOMPARE(binaryText(summarizeBinary(QByteArray(3, 'x'))),
-            QStringLiteral("0 values, and 3 bytes that are no complete value"));
+            QStringLiteral("0 values, plus 3 bytes of an incomplete value"));
     }
 
     void spareBytesAreCounted()
@@ -62,7 +62,7 @@ private Q_SLOTS:
         const BinarySummary summary = summarizeBinary(bytesOf({ 1.0 }) + "x");
         QCOMPARE(summary.count, qsizetype(1));
         QCOMPARE(summary.spareBytes, qsizetype(1));
-        QVERIFY(binaryText(summary).startsWith(QStringLiteral("1 value, and 1 byte that make")));
+        QVERIFY(binaryText(summary).startsWith(QStringLiteral("1 value, plus 1 byte of an incomplete value")));
     }
 
     void showsTheFirstValuesOnly()

@@ -187,7 +187,7 @@ private Q_SLOTS:
         QCOMPARE(OpenText::stateOf(*chooser), "Type a name, or choose a file");
         QCOMPARE(OpenText::ok(*chooser).toolTip(), "Type a name, or choose a file");
         QTest::keyClicks(&part<QLineEdit>(*chooser, "fileNameLineEdit"), "new.md");
-        QCOMPARE(OpenText::stateOf(*chooser), "OK takes /data/new.md");
+        QCOMPARE(OpenText::stateOf(*chooser), "OK selects /data/new.md");
         acceptChoice(*chooser);
         QVERIFY(text.says(QStringLiteral("Saved")));
         QCOMPARE(text.path(), "/data/new.md"); // as it was typed

@@ -363,7 +363,7 @@ private Q_SLOTS:
         server.answer("numbers", { Step::binary(bytesOf({ 2.0 }), "") });
         ConsoleFixture desk(server);
         desk.send(QStringLiteral("hist1d x"));
-        QVERIFY(desk.shows(QStringLiteral("2 values\nsum 6, least 1, largest 5\nfirst: 1 5\ntext: OK: x")));
+        QVERIFY(desk.shows(QStringLiteral("2 values\nsum 6, minimum 1, maximum 5\nfirst: 1 5\ntext: OK: x")));
         QVERIFY(!desk.widget<QCheckBox>("binaryCheck").isChecked());
         desk.type(QStringLiteral("numbers"));
         desk.press("binaryCheck");

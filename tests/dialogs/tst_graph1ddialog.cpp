@@ -149,7 +149,7 @@ private Q_SLOTS:
     void methodOrder()
     {
         QCOMPARE(ownMethods(Graph1DDialog::staticMetaObject),
-            QStringList({ "slot onGraphUpdated()", "slot update()", "slot result(PTarnisCmd,QByteArray)",
+            QStringList({ "signal onGraphUpdated()", "slot update()", "slot result(PTarnisCmd,QByteArray)",
                 "slot error(int,QString)", "slot onAutoUpdateToggled(bool)", "slot onTypeChanged(QString)",
                 "slot onTimeout()" }));
     }

@@ -76,7 +76,7 @@ void tst_SelectCheckedDialog::form()
 void tst_SelectCheckedDialog::metaObjectOrder()
 {
     QCOMPARE(tarnis::testing::ownMethods(SelectCheckedDialog::staticMetaObject),
-        (QStringList { "slot onApply()", "slot onSelectAll()", "slot onUnselectAll()", "slot onReverse()" }));
+        (QStringList { "signal onApply()", "slot onSelectAll()", "slot onUnselectAll()", "slot onReverse()" }));
 }
 
 void tst_SelectCheckedDialog::buttonsActOnSelectedCells_data()

@@ -29,6 +29,7 @@
 
 namespace {
 
+using tarnis::testing::eventually;
 using tarnis::testing::ModalWatchdog;
 
 constexpr int timeoutMs = 30000;

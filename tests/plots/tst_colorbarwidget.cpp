@@ -108,7 +108,7 @@ void TestColorBarWidget::declaresItsMembersAndMethodsInOrder()
     const QMetaObject& meta = ColorBarWidget::staticMetaObject;
     QCOMPARE(ownMethods(meta),
         (QStringList { "signal onMinChanged(double)", "signal onMaxChanged(double)", "signal sizeChanging(int)",
-            "signal beginEditingText()", "slot EditLineDeleted()", "slot onMaxEntered()", "slot onMinEntered()" }));
+            "signal beginEditingText()", "signal EditLineDeleted()", "slot onMaxEntered()", "slot onMinEntered()" }));
     QCOMPARE(meta.method(meta.methodOffset()).parameterNames(), QList<QByteArray> { "min" });
     QCOMPARE(meta.method(meta.methodOffset() + 1).parameterNames(), QList<QByteArray> { "max" });
     QCOMPARE(meta.method(meta.methodOffset() + 2).parameterNames(), QList<QByteArray> { "width" });

@@ -91,7 +91,7 @@ QString binaryText(const BinarySummary& summary)
 {
     QString count = ReplyText::tr("%Ln value(s)", nullptr, toCount(summary.count));
     if (summary.spareBytes > 0)
-        count += ReplyText::tr(", and %1 that are no complete value").arg(byteCountText(summary.spareBytes));
+        count += ReplyText::tr(", plus %1 of an incomplete value").arg(byteCountText(summary.spareBytes));
     if (summary.notFinite > 0)
         count += ReplyText::tr(", %Ln of them not finite and omitted below", nullptr, toCount(summary.notFinite));
     if (summary.count == 0)

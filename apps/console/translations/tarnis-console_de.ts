@@ -604,8 +604,8 @@
         </translation>
     </message>
     <message>
-        <source>, and %1 that are no complete value</source>
-        <translation>, und %1, die keinen ganzen Wert ergeben</translation>
+        <source>, plus %1 of an incomplete value</source>
+        <translation>, dazu %1 eines unvollständigen Wertes</translation>
     </message>
     <message numerus="yes">
         <source>, %Ln of them not finite and omitted below</source>
