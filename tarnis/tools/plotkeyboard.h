@@ -15,8 +15,8 @@ namespace tarnis {
 /// assistive technology. A PlotNavigator beside it moves and zooms by keys.
 ///
 /// - Tab and a click give the plot the keyboard; a frame shows where it is.
-/// - The menu key and Shift+F10 open a menu: the plot's own actions, editors for the ends of the axes, and for a map its
-///   colours, their limits and a new region.
+/// - The menu key and Shift+F10 open a menu: the plot's own actions and editors for the ends of the axes; for a map
+///   also its colours, their limits and a new region.
 /// - F6 goes to the boxes that the plot has opened (ranges, cuts, regions, peaks), from one to the next and back.
 /// - Return and Escape in an editor that the menu opened give the keyboard back to the plot.
 /// - The plot has the role of a chart with a name, the visible ranges as its value, and its data as a description; so
