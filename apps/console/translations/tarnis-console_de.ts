@@ -551,12 +551,12 @@
 <context>
     <name>PlotPanels</name>
     <message>
-        <source>Numbers</source>
-        <translation>Zahlen</translation>
+        <source>Analysis</source>
+        <translation>Auswertung</translation>
     </message>
     <message>
-        <source>Numbers of this plot: regions, fits, peaks, energies</source>
-        <translation>Zahlen dieses Plots: Bereiche, Anpassungen, Peaks, Energien</translation>
+        <source>Analysis of this plot: regions, fits, peaks, energy calibration</source>
+        <translation>Auswertung dieses Plots: Bereiche, Anpassungen, Peaks, Energiekalibrierung</translation>
     </message>
     <message>
         <source>Regions...</source>

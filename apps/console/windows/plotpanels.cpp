@@ -126,8 +126,8 @@ private:
     }
     void setTexts()
     {
-        menuAction()->setText(PlotPanels::tr("Numbers"));
-        menuAction()->setToolTip(PlotPanels::tr("Numbers of this plot: regions, fits, peaks, energies"));
+        menuAction()->setText(PlotPanels::tr("Analysis"));
+        menuAction()->setToolTip(PlotPanels::tr("Analysis of this plot: regions, fits, peaks, energy calibration"));
         const QStringList texts { PlotPanels::tr("Regions..."), PlotPanels::tr("Fit..."), PlotPanels::tr("Peaks..."),
             PlotPanels::tr("Energy Calibration...") };
         const QList<QAction*> entries = actions();
