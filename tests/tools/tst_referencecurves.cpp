@@ -260,8 +260,10 @@ private Q_SLOTS:
         expected.fill(Qt::black);
         for (int i = 0; i < 8000; ++i) {
             const double value = after.at(i) - before.at(i);
+            if (!std::isfinite(value))
+                continue;
             const int row = static_cast<int>(strip.bottom() - (value + 500.0) / 1000.0 * strip.height());
-            for (int k = 0; std::isfinite(value) && k < 9; ++k)
+            for (int k = 0; k < 9; ++k)
                 expected.setPixelColor(QPoint(columnOf(mapping, i), row) + QPoint(k % 3 - 1, k / 3 - 1), Qt::white);
         }
         const int zero = static_cast<int>(strip.bottom() - strip.height() / 2.0);
