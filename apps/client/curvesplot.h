@@ -32,7 +32,7 @@ public:
     double highest() const { return m_highest; } ///< upper end of all x axes
     double smallest() const { return m_smallest; } ///< the smallest finite value, at most 0
     double largest() const { return m_largest; } ///< the largest finite value, at least 0
-    double smallestAboveZero() const { return m_smallestAboveZero; } ///< 0 if there is none
+    double smallestAboveZero() const { return m_smallestAboveZero; } ///< 0 without such a value
 
     void paint(QPainter& painter, QRect* rect) override;
     void onPaint(QPainter& painter, QRect const& graph) override;

@@ -54,7 +54,7 @@ struct TARNIS_EXPORT EnergyCalibration {
     CalibratedEnergy calibrated(double x, double error = 0.0) const;
     /// Error of the energy difference of two positions of one spectrum. The calibration errors are correlated.
     double differenceError(double x1, double error1, double x2, double error2) const;
-    /// The position of an energy on the increasing branch of the points; NaN if there is none.
+    /// The position of an energy on the increasing branch of the points; NaN if the branch does not reach it.
     double positionOf(double energy) const;
     /// Coefficients in powers of x, lowest first. Only for other programs, because they are strongly correlated.
     std::vector<double> uncentred() const;

@@ -53,7 +53,7 @@ public:
     void setRect(tarnis::AxisRange x, tarnis::AxisRange y);
     void paint(QPainter& painter);
 
-    /// Takes hold of the edge near a point, for a drag or for its editor. False if there is none.
+    /// Takes hold of the edge near a point, for a drag or for its editor. False if no edge is near.
     bool takeEdge(Qt::MouseButton button, const QPoint& point);
     void finishDrag(const QPoint& point);
     /// Moves the edge in the editor, unless the value is out of sight.

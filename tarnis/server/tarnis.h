@@ -65,7 +65,7 @@ public:
 
     // Settings - tarnis_settings.cpp
 
-    /// The stored value, or `defaultValue` if there is none.
+    /// The stored value, or `defaultValue` if nothing is stored.
     virtual QString GetSettingValue(const QString& key, const QString& defaultValue) const;
     /// Stores the value without sending it to the server. Returns false for a value that CheckSettingKey() rejects.
     virtual bool SetSettingValue(const QString& key, const QString& value);

@@ -36,7 +36,7 @@ public:
     };
     Q_ENUM(Method)
 
-    /// Attaches to the plot, which owns the tool. The initial method is None.
+    /// Attaches to the plot, which owns the tool. The initial method is Method::None.
     explicit BinAggregation(XYGraphWidget* plot);
     ~BinAggregation() override;
 

@@ -39,7 +39,7 @@ public:
     /// @}
     const EnergyCalibration& calibration() const; ///< invalid without a calibration
     bool isRunning() const; ///< whether the peaks are being fitted
-    QString message() const; ///< summary of the calibration, or why there is none
+    QString message() const; ///< summary of the calibration, or why it is missing
 
     /// Writes and reads a calibration file. Returns the error for the user; empty on success. @{
     QString saveCalibration(const QString& path) const;

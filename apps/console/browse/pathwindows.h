@@ -48,7 +48,7 @@ protected:
     ChooserGuide m_guide;
 };
 
-/// Raises the owner's open chooser of this type; false if there is none.
+/// Raises the owner's open chooser of this type; false if no such chooser is open.
 template <typename Chooser> bool bringForward(const QWidget& owner)
 {
     for (Chooser* const chooser : owner.findChildren<Chooser*>()) {

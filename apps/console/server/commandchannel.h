@@ -28,7 +28,7 @@ public:
     CommandChannel(Tarnis& server, const QString& name, QObject* parent);
     ~CommandChannel() override;
 
-    /// Takes ownership of the command and queues it, on a new session if there is none. The server must be connected.
+    /// Takes ownership of the command and queues it, on a new session if necessary. The server must be connected.
     void send(TarnisCmd* command);
     /// Drops and returns all unanswered commands and ends the session. Does not block: the session's thread ends in the
     /// background.

@@ -55,14 +55,14 @@ public:
     OpenWindows(QWidget& mainWindow, QSettings& settings);
     ~OpenWindows() override;
 
-    /// Shows and raises the window of this id; `make` creates it if there is none. `title` is called now and on each
+    /// Shows and raises the window of this id; `make` creates it if necessary. `title` is called now and on each
     /// language change.
     QWidget* show(const QString& id, const std::function<QWidget*()>& make, const std::function<QString()>& title);
     /// The ids of the open windows, in the order in which they were opened.
     QStringList ids() const;
     /// Writes the geometry of every open window to the settings, and the views of their plots to files beside them.
     void storePlaces();
-    /// The open window of this id, possibly minimized; null if there is none.
+    /// The open window of this id, possibly minimized; null if it is not open.
     QWidget* find(const QString& id);
     /// Replaces the open window by one that `make` creates. The new one adopts its geometry, its order, the focus if it
     /// had it, and its filtered maps. The old one is closed.
@@ -81,7 +81,7 @@ public:
     void cascade();
     /// False if one stays open, for example because of unsaved changes.
     bool closeAll();
-    /// Requests the first window with unsaved work (QWidget::isWindowModified()) to close. False if there is none. Then
+    /// Requests the first window with unsaved work (QWidget::isWindowModified()) to close. False without one. Then
     /// changed() is emitted if it closes, or kept() if it stays open.
     bool closeUnsaved();
     /// Call it when a window stays open after a request to close.

@@ -45,7 +45,7 @@ struct NamedCurve {
     QList<double> samples;
 };
 
-/// The first enabled curve of the type, which is searched for peaks; empty if there is none. Its name ignores the
+/// The first enabled curve of the type, which is searched for peaks; empty if all are disabled. Its name ignores the
 /// number of the first group.
 std::optional<NamedCurve> firstEnabledCurve(
     const QList<Series>& series, AddType type, int groupSize, const SeriesWords& words);
