@@ -110,7 +110,7 @@ class TestSaveHooks : public QObject {
         QFETCH(QString, cause);
         SavePlace place(trouble, suffix);
         if (!place.isThere())
-            QSKIP("mounting is not allowed here");
+            QSKIP("only root may mount the small disk of this case");
         setSaveFilePath("/before/");
         const Host host(place);
         ModalWatchdog watchdog; // no message box of the library
@@ -190,16 +190,14 @@ private Q_SLOTS:
         check(table, ".csv", [](const QByteArray& bytes) { return bytes.count("value\n") == 1000; });
     }
 
-    void page_data() { addSaveTroubles(); }
+    void page_data() { addSaveTroubles(SaveTrouble::SlashInName); } // the printer's dialog refuses it
     void page()
     {
         QFETCH(SaveTrouble, trouble);
         QFETCH(QString, cause);
-        if (trouble == SaveTrouble::SlashInName)
-            QSKIP("the printer's dialog does not accept such a name");
         SavePlace place(trouble, ".pdf");
         if (!place.isThere())
-            QSKIP("mounting is not allowed here");
+            QSKIP("only root may mount the small disk of this case");
         Watched<VectorGraphWidget> plot;
         plot.resize(300, 200);
         plot.setData(QList<double>(3000, 1.5));
