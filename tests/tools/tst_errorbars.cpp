@@ -11,7 +11,6 @@
 #include <tarnis/tools/plotcrosshair.h>
 
 #include <QJsonObject>
-#include <QMap>
 #include <QMouseEvent>
 #include <QSignalSpy>
 #include <QTest>
@@ -121,66 +120,6 @@ private Q_SLOTS:
         for (const double x : { 500.0, 2000.5, 3333.0 }) {
             QVERIFY(isDrawn(picture, mapping, x, 107.0) && isDrawn(picture, mapping, x, 93.0));
             QVERIFY(!isDrawn(picture, mapping, x, 115.0) && !isDrawn(picture, mapping, x, 85.0));
-        }
-    }
-
-    /// The band of a pixel column extends from the lowest to the highest end of the bars of its samples.
-    void bandsEncloseEveryBar_data()
-    {
-        QTest::addColumn<bool>("isLog");
-        QTest::addColumn<double>("from");
-        QTest::addColumn<double>("to");
-        QTest::newRow("linear") << false << 0.0 << 9000.0;
-        QTest::newRow("logarithmic") << true << 0.0 << 9000.0;
-        QTest::newRow("reversed") << false << 7000.0 << 100.5;
-    }
-    void bandsEncloseEveryBar()
-    {
-        QFETCH(bool, isLog);
-        QFETCH(double, from);
-        QFETCH(double, to);
-        if (qApp->devicePixelRatio() != 1.0)
-            QSKIP("compares the pixels of a screen with one for each of the plot's");
-        auto random = seededGenerator(8);
-        QList<double> samples(9000);
-        for (double& sample : samples)
-            sample = chance(random, 0.02) ? 0.5 : std::floor(uniform(random, 0, 60));
-        VectorGraphWidget plot;
-        plot.init("Time", "Counts", 10, 100, true, true);
-        plot.initManualX(0, 9000);
-        plot.initManualY(isLog ? 0.1 : 0, 100);
-        plot.setLogScaleY(isLog);
-        plot.setData(samples);
-        ErrorBars bars(&plot);
-        show(plot);
-        plot.onAutoScaleX(false);
-        plot.setMinMaxX(from, to);
-        plot.refreshPixmap();
-        const QImage before = plot.grab().toImage();
-        bars.setOn(true);
-        const QImage after = plot.grab().toImage();
-        const PlotMapping mapping = PlotMapping::of(plot);
-        const QRect rect = mapping.frameRect();
-        QMap<int, QPair<int, int>> bands; // rows by column
-        for (int i = 0; i < 9000; ++i) {
-            const auto [low, high] = ErrorBars::interval(ErrorBars::Method::Poisson, samples.at(i));
-            if (std::isnan(low))
-                continue;
-            const AxisRange edges = mapping.columnEdges(i);
-            const int column = static_cast<int>(std::floor(mapping.columnOf((edges.min + edges.max) / 2.0)));
-            const int top = static_cast<int>(std::floor(mapping.rowOf(high)));
-            const int bottom = isLog && low <= 0.0 ? rect.bottom() : static_cast<int>(std::floor(mapping.rowOf(low)));
-            auto& band = bands.contains(column) ? bands[column] : (bands[column] = { top, bottom });
-            band = { std::min(band.first, top), std::max(band.second, bottom) };
-        }
-        for (int x = rect.left() + 1; x < rect.right(); ++x) {
-            for (int y = rect.top() + 1; y < rect.bottom(); ++y) {
-                const bool isInside = bands.contains(x) && y >= bands[x].first && y <= bands[x].second;
-                const int grey = qRed(before.pixel(x, y));
-                const int expected = isInside ? grey + (255 - grey) * 110 / 255 : grey;
-                QVERIFY2(std::abs(qRed(after.pixel(x, y)) - expected) <= 2,
-                    qPrintable(QStringLiteral("%1 %2: %3").arg(x).arg(y).arg(qRed(after.pixel(x, y)))));
-            }
         }
     }
 

@@ -15,14 +15,12 @@
 #include <QJsonArray>
 #include <QJsonObject>
 #include <QMenu>
-#include <QPainter>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 
 #include <cmath>
 #include <memory>
-#include <optional>
 
 using namespace tarnis;
 using namespace tarnis::testing;
@@ -57,38 +55,6 @@ Dataset dataset(qsizetype rows, qsizetype columns, double value)
     data.columns = columns;
     data.values.assign(static_cast<std::size_t>(rows * columns), value);
     return data;
-}
-
-QList<double> randomCounts(Generator& random, int count, double largest)
-{
-    QList<double> samples(count);
-    for (double& sample : samples)
-        sample = chance(random, 0.01) ? std::nan("") : std::floor(uniform(random, 0, largest));
-    return samples;
-}
-
-/// Pixel column of the middle of a bin.
-int columnOf(const PlotMapping& mapping, qsizetype bin)
-{
-    const AxisRange edges = mapping.columnEdges(bin);
-    return static_cast<int>(std::floor(mapping.columnOf(edges.min + (edges.max - edges.min) / 2.0)));
-}
-
-/// A line from each sample to the next one.
-void drawEverySample(QImage& image, const PlotMapping& mapping, const QList<double>& samples, const QColor& color)
-{
-    QPainter painter(&image);
-    painter.setClipRect(mapping.frameRect());
-    painter.setPen(QPen(color, 1.0));
-    std::optional<QPoint> previous;
-    for (qsizetype i = 0; i < samples.size(); ++i) {
-        if (!std::isfinite(samples.at(i)))
-            continue;
-        const QPoint at(columnOf(mapping, i), static_cast<int>(mapping.rowOf(samples.at(i))));
-        if (previous)
-            painter.drawLine(*previous, at);
-        previous = at;
-    }
 }
 
 } // namespace
@@ -192,86 +158,6 @@ private Q_SLOTS:
         QVERIFY(references.compared(0).isEmpty());
         show(plot); // with the problem in the strip
         plot.grab();
-    }
-
-    void denseReferencesCoverThePixelsOfEverySample_data()
-    {
-        QTest::addColumn<double>("from");
-        QTest::addColumn<double>("to");
-        QTest::addColumn<bool>("isLog");
-        QTest::newRow("whole") << 0.0 << 20000.0 << false;
-        QTest::newRow("part") << 3000.3 << 7100.7 << false;
-        QTest::newRow("reversed") << 9000.0 << 400.0 << false;
-        QTest::newRow("logarithmic") << 0.0 << 20000.0 << true;
-    }
-    void denseReferencesCoverThePixelsOfEverySample()
-    {
-        QFETCH(double, from);
-        QFETCH(double, to);
-        QFETCH(bool, isLog);
-        if (qApp->devicePixelRatio() != 1.0)
-            QSKIP("compares the pixels of a screen with one for each of the plot's");
-        auto random = seededGenerator(41);
-        const QList<double> samples = randomCounts(random, 20000, 900);
-        VectorGraphWidget plot;
-        plot.init("Channel", "Counts", 10, 1000, true, true);
-        plot.initManualX(0, 20000);
-        plot.initManualY(isLog ? 0.1 : 0, 1000);
-        plot.setLogScaleY(isLog);
-        plot.setData(samples);
-        ReferenceCurves references(&plot);
-        show(plot);
-        plot.onAutoScaleX(false);
-        plot.setMinMaxX(from, to);
-        references.freeze();
-        plot.setData(QList<double>(20000, 5.0));
-        plot.refreshPixmap();
-        const QImage with = plot.grab().toImage();
-        const PlotMapping mapping = PlotMapping::of(plot);
-        references.clear();
-        QImage expected = plot.grab().toImage();
-        drawEverySample(expected, mapping, samples, QColor(207, 207, 207)); // white, faded
-        const QRect free = mapping.frameRect().adjusted(0, 0, 0, -40); // above the label
-        QCOMPARE(with.copy(free), expected.copy(free));
-    }
-
-    void denseStripsShowEveryBin()
-    {
-        if (qApp->devicePixelRatio() != 1.0)
-            QSKIP("compares the pixels of a screen with one for each of the plot's");
-        auto random = seededGenerator(42);
-        const QList<double> before = randomCounts(random, 8000, 400);
-        const QList<double> after = randomCounts(random, 8000, 400);
-        VectorGraphWidget plot;
-        plot.init("Channel", "Counts", 10, 400, true, true);
-        plot.initManualX(0, 8000);
-        plot.initManualY(0, 400);
-        plot.setData(before);
-        ReferenceCurves references(&plot);
-        references.freeze();
-        references.setView(ReferenceCurves::View::Difference); // uniform from -400 to 400: an axis from -500 to 500
-        plot.setData(after);
-        show(plot);
-        const QImage image = plot.grab().toImage();
-        const PlotMapping mapping = PlotMapping::of(plot);
-        const QRect rect = mapping.frameRect();
-        const QRect strip(QPoint(rect.left(), plot.height() - 112), QPoint(rect.right(), plot.height() - 6));
-        QImage expected(image.size(), QImage::Format_RGB32);
-        expected.fill(Qt::black);
-        for (int i = 0; i < 8000; ++i) {
-            const double value = after.at(i) - before.at(i);
-            if (!std::isfinite(value))
-                continue;
-            const int row = static_cast<int>(strip.bottom() - (value + 500.0) / 1000.0 * strip.height());
-            for (int k = 0; k < 9; ++k)
-                expected.setPixelColor(QPoint(columnOf(mapping, i), row) + QPoint(k % 3 - 1, k / 3 - 1), Qt::white);
-        }
-        const int zero = static_cast<int>(strip.bottom() - strip.height() / 2.0);
-        for (int y = strip.top() + 30; y < strip.bottom(); ++y) { // below the title
-            for (int x = strip.left() + 1; y != zero && y != zero + 1 && x < strip.right(); ++x)
-                QVERIFY2(image.pixelColor(x, y) == expected.pixelColor(x, y),
-                    qPrintable(QStringLiteral("%1 %2: %3").arg(x).arg(y).arg(image.pixelColor(x, y).name())));
-        }
     }
 
     void stripReservesSpaceBelowThePlot()
