@@ -3,6 +3,7 @@
 #include "tarnis/formats/numbertext_p.h"
 
 #include <QCoreApplication>
+#include <QTimeZone>
 
 #include <algorithm>
 #include <cmath>
@@ -112,7 +113,7 @@ private:
     void takeTime(QByteArrayView line)
     {
         m_data.time = QDateTime::fromString(QString::fromLatin1(line), timeFormat);
-        m_data.time.setTimeSpec(Qt::UTC);
+        m_data.time.setTimeZone(QTimeZone::utc());
     }
     void takeDurations(QByteArrayView line)
     {

@@ -17,6 +17,7 @@
 #include <QSet>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTimeZone>
 #include <QXmlStreamReader>
 
 #include <algorithm>
@@ -433,7 +434,7 @@ private Q_SLOTS:
 
     void suggestsNames()
     {
-        const QDateTime time(QDate(2026, 3, 10), QTime(12, 30, 15), Qt::UTC);
+        const QDateTime time(QDate(2026, 3, 10), QTime(12, 30, 15), QTimeZone::utc());
         QCOMPARE(PlotExporter::suggestedName("image", "7", time, "png"), "image_run7_20260310-123015.png");
         QCOMPARE(PlotExporter::suggestedName("a/b: c", {}, {}, "csv"), "a-b-c.csv");
     }

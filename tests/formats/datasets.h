@@ -5,6 +5,7 @@
 
 #include <QByteArray>
 #include <QTest>
+#include <QTimeZone>
 
 #include <bit>
 #include <cstdint>
@@ -49,7 +50,7 @@ inline Dataset described(Dataset data)
 {
     data.title = QStringLiteral("Total, \"all\" modules\nsecond line \\ end");
     data.source = QStringLiteral("127.0.0.1:5000, run 3");
-    data.time = QDateTime(QDate(2026, 3, 10), QTime(12, 30, 15, 250), Qt::UTC);
+    data.time = QDateTime(QDate(2026, 3, 10), QTime(12, 30, 15, 250), QTimeZone::utc());
     data.liveTime = 12.625;
     data.realTime = 13.1;
     data.calibration = { -0.035087, 0.182804, -6.86613e-10 };

@@ -29,7 +29,7 @@ private Q_SLOTS:
     {
         Dataset data = counted(1000);
         data.title = QStringLiteral("A source");
-        data.time = QDateTime(QDate(2026, 3, 10), QTime(12, 30, 15), Qt::UTC);
+        data.time = QDateTime(QDate(2026, 3, 10), QTime(12, 30, 15), QTimeZone::utc());
         data.liveTime = 300.25;
         data.realTime = 301.0;
         data.calibration = { -0.035087, 0.182804, -6.86613e-10 };
