@@ -38,11 +38,11 @@ public:
 struct FullConsoleFixture {
     FullConsoleFixture()
     {
-        desk.use(server);
-        if (!desk.reaches(ServerState::Up) || !isListed(desk, "time"))
+        fixture.use(server);
+        if (!fixture.reaches(ServerState::Up) || !isListed(fixture, "time"))
             qFatal("no server");
-        for (const WindowEntry& entry : desk.window->entries()) {
-            QWidget* const window = desk.window->openWindow(entry);
+        for (const WindowEntry& entry : fixture.window->entries()) {
+            QWidget* const window = fixture.window->openWindow(entry);
             if (!window)
                 qFatal("%s does not open", qPrintable(entry.id));
             windows.append(window);
@@ -56,10 +56,10 @@ struct FullConsoleFixture {
         const QString title = language == u"de" ? QStringLiteral("Ankunftszeiten") : QStringLiteral("Arrival Times");
         return eventually([&] { return windows.constFirst()->windowTitle() == title; });
     }
-    QList<QWidget*> all() const { return QList<QWidget*> { desk.window.get() } + windows; }
+    QList<QWidget*> all() const { return QList<QWidget*> { fixture.window.get() } + windows; }
 
     FullServer server;
-    ConsoleFixture desk;
+    ConsoleFixture fixture;
     QList<QWidget*> windows;
 };
 

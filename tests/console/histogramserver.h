@@ -33,8 +33,8 @@ public:
 
 /// A console with the open, filled list.
 struct OpenList {
-    explicit OpenList(ConsoleFixture& desk) { reopen(desk); }
-    void reopen(ConsoleFixture& desk) { chooser = desk.open<HistogramChooser>("histograms"); }
+    explicit OpenList(ConsoleFixture& fixture) { reopen(fixture); }
+    void reopen(ConsoleFixture& fixture) { chooser = fixture.open<HistogramChooser>("histograms"); }
     bool shows(const QString& text) const
     {
         return eventually([&] {

@@ -44,7 +44,7 @@ namespace {
 struct BoxesFixture : FullConsoleFixture {
     BoxesFixture()
     {
-        auto* const map = desk.open<Graph2DDialog>("map");
+        auto* const map = fixture.open<Graph2DDialog>("map");
         map->onFilter();
         map->getGraphWidget()->SetRoiEnabled(true);
         auto* const cut = new XY2DGraphWidget(&m_other); // a cut ends the regions of its plot
@@ -52,15 +52,15 @@ struct BoxesFixture : FullConsoleFixture {
         cut->setData(0, { 1, 2, 3, 4 }, 4, false);
         m_other.show();
         cut->on1dCut(true);
-        auto* const curves = desk.open<Graph1DDialog>("curves");
+        auto* const curves = fixture.open<Graph1DDialog>("curves");
         auto& plot = *curves->getGraphWidget();
         if (!eventually([&] { return plot.hasData(); })) // the first curve ends a selection
             qFatal("no curve");
         plot.SetEnableSelectXRange(true);
         plot.onPeakSearch();
         curves->findChild<QToolButton*>(QStringLiteral("toolButton"))->click();
-        desk.press("addButton");
-        desk.choose("chooseAction");
+        fixture.press("addButton");
+        fixture.choose("chooseAction");
         QCoreApplication::processEvents();
         for (const char* const name : { "ConnectDialog", "AddSettingDialog", "PeakSearchDialog", "SelectCheckedDialog",
                  "XRangeInputDialog", "Graph2DFilterDialog", "XYRangeInputDialog" })
@@ -277,7 +277,7 @@ private Q_SLOTS:
                     silent.append(placeOf(*widget));
             }
         }
-        for (const QMenu* const menu : full.desk.window->findChildren<QMenu*>()) {
+        for (const QMenu* const menu : full.fixture.window->findChildren<QMenu*>()) {
             if (isInToolBar(*menu))
                 continue; // belongs to the tools of a plot
             for (const QAction* const action : menu->actions()) {
@@ -292,7 +292,7 @@ private Q_SLOTS:
     void theButtonsOfAnEmptyListOfRegionsAreOff()
     {
         const BoxesFixture full;
-        auto& plot = *full.desk.window->findChild<Graph2DDialog*>()->getGraphWidget();
+        auto& plot = *full.fixture.window->findChild<Graph2DDialog*>()->getGraphWidget();
         QWidget& box = *plot.GetViewSelectedROI()->window();
         auto* const remove = box.findChild<QPushButton*>(QStringLiteral("deleteButton"));
         auto* const clear = box.findChild<QPushButton*>(QStringLiteral("clearButton"));
@@ -329,7 +329,7 @@ private Q_SLOTS:
         QVERIFY(full.speaks(language));
         for (const QWidget* window : full.all())
             compareNoSharedKeys(textsOf(*window));
-        for (const QMenu* menu : full.desk.window->findChildren<QMenu*>()) {
+        for (const QMenu* menu : full.fixture.window->findChildren<QMenu*>()) {
             QStringList texts;
             for (const QAction* action : menu->actions())
                 texts.append(action->text());
@@ -343,7 +343,7 @@ private Q_SLOTS:
         QFETCH(QString, language);
         const FullConsoleFixture full;
         QVERIFY(full.speaks(language));
-        for (const QAction* title : full.desk.window->findChild<QMenuBar*>()->actions()) {
+        for (const QAction* title : full.fixture.window->findChild<QMenuBar*>()->actions()) {
             const QMenu* const menu = title->menu();
             QVERIFY2(!keyOf(menu->title()).isNull(), qPrintable(menu->title()));
             for (const QAction* action : menu->actions()) {

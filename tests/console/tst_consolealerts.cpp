@@ -108,23 +108,23 @@ private Q_SLOTS:
 
     void keepsTheAlertOfALostServer()
     {
-        ConsoleFixture desk;
-        desk.start({ ServerChoice::Kind::Remote, {}, ScriptedServer::host(), ScriptedServer::closedPort() });
-        QVERIFY(desk.reaches(ServerState::Failed));
-        const Alert before = desk.alert();
-        desk.window->commandPanel().upload(QStringLiteral("/no/such/file"));
-        QCOMPARE(desk.alert(), before);
-        QVERIFY(desk.widget<AlertBar>("alertBar").note().contains(QStringLiteral("/no/such/file")));
+        ConsoleFixture fixture;
+        fixture.start({ ServerChoice::Kind::Remote, {}, ScriptedServer::host(), ScriptedServer::closedPort() });
+        QVERIFY(fixture.reaches(ServerState::Failed));
+        const Alert before = fixture.alert();
+        fixture.window->commandPanel().upload(QStringLiteral("/no/such/file"));
+        QCOMPARE(fixture.alert(), before);
+        QVERIFY(fixture.widget<AlertBar>("alertBar").note().contains(QStringLiteral("/no/such/file")));
     }
 
     void aRemoteServerIsConnectedToAgain()
     {
         auto server = std::make_unique<ScriptedServer>();
-        ConsoleFixture desk(*server);
+        ConsoleFixture fixture(*server);
         server.reset();
-        desk.window->controller().checkServer();
-        QVERIFY(desk.reaches(ServerState::Failed));
-        QVERIFY(desk.widget<QPushButton>("alertButton").text().contains(QStringLiteral("Connect Again")));
+        fixture.window->controller().checkServer();
+        QVERIFY(fixture.reaches(ServerState::Failed));
+        QVERIFY(fixture.widget<QPushButton>("alertButton").text().contains(QStringLiteral("Connect Again")));
     }
 
     // The status.
@@ -132,8 +132,8 @@ private Q_SLOTS:
     void showsTheStatusAsText()
     {
         ScriptedServer server;
-        ConsoleFixture desk(server);
-        auto& label = desk.widget<QLabel>("statusLabel");
+        ConsoleFixture fixture(server);
+        auto& label = fixture.widget<QLabel>("statusLabel");
         QCOMPARE(label.text(), QStringLiteral("Connected"));
         QCOMPARE(label.toolTip(), QStringLiteral("SERVER CONNECTED"));
         setLanguage(QStringLiteral("de"));
@@ -244,28 +244,28 @@ private Q_SLOTS:
 
     void asksForAServerIfTheStoredOneIsInvalid()
     {
-        ConsoleFixture desk;
-        desk.store.setValue(QStringLiteral("server/kind"), QStringLiteral("remote"));
-        desk.store.setValue(QStringLiteral("server/host"), QStringLiteral("daq"));
-        desk.store.setValue(QStringLiteral("server/port"), QStringLiteral("99999"));
-        desk.window->startServer({});
-        QCOMPARE(desk.window->controller().state(), ServerState::Off);
-        QVERIFY(desk.alert().text.contains(QStringLiteral("99999")));
-        auto* const dialog = desk.window->findChild<ConnectDialog*>();
+        ConsoleFixture fixture;
+        fixture.store.setValue(QStringLiteral("server/kind"), QStringLiteral("remote"));
+        fixture.store.setValue(QStringLiteral("server/host"), QStringLiteral("daq"));
+        fixture.store.setValue(QStringLiteral("server/port"), QStringLiteral("99999"));
+        fixture.window->startServer({});
+        QCOMPARE(fixture.window->controller().state(), ServerState::Off);
+        QVERIFY(fixture.alert().text.contains(QStringLiteral("99999")));
+        auto* const dialog = fixture.window->findChild<ConnectDialog*>();
         QVERIFY(dialog && dialog->isVisible());
         QCOMPARE(dialog->findChild<QLineEdit*>(QStringLiteral("hostEdit"))->text(), QStringLiteral("daq"));
         dialog->reject();
-        desk.window->close();
+        fixture.window->close();
         QCOMPARE(
-            desk.store.value(QStringLiteral("server/port")).toString(), QStringLiteral("99999")); // not overwritten
+            fixture.store.value(QStringLiteral("server/port")).toString(), QStringLiteral("99999")); // not overwritten
     }
 
     void commandsAreKeptAtOnce()
     {
         ScriptedServer server;
-        ConsoleFixture desk(server);
-        desk.send(QStringLiteral("typed"));
-        QSettings other(desk.store.fileName(), QSettings::IniFormat);
+        ConsoleFixture fixture(server);
+        fixture.send(QStringLiteral("typed"));
+        QSettings other(fixture.store.fileName(), QSettings::IniFormat);
         QCOMPARE(other.value(QStringLiteral("commands")).toStringList(), QStringList { QStringLiteral("typed") });
     }
 

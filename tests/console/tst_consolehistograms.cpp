@@ -117,15 +117,15 @@ private Q_SLOTS:
     void checkedHistogramsOpen()
     {
         HistogramServer server;
-        ConsoleFixture desk(server);
-        OpenList list(desk);
+        ConsoleFixture fixture(server);
+        OpenList list(fixture);
         QVERIFY(list.isFilled(2));
         QVERIFY(!list.ok().isEnabled());
         QVERIFY(list.ok().toolTip().contains(QStringLiteral("Check a histogram")));
         list.press("buttonCheckAll");
         list.accept();
         TRY_VERIFY(list.chooser.isNull());
-        const QList<QWidget*> windows = desk.window->windows().onScreen();
+        const QList<QWidget*> windows = fixture.window->windows().onScreen();
         QCOMPARE(titlesOf(windows), (QStringList { "Histogram time", "Histogram image" }));
         auto* const curves = qobject_cast<Graph1DDialog*>(windows.at(0));
         auto* const map = qobject_cast<Graph2DDialog*>(windows.at(1));
@@ -142,35 +142,35 @@ private Q_SLOTS:
     void storesTheChoiceAndOpensEachWindowOnce()
     {
         HistogramServer server;
-        ConsoleFixture desk(server);
-        OpenList list(desk);
+        ConsoleFixture fixture(server);
+        OpenList list(fixture);
         QVERIFY(list.opensTheMap());
-        QWidget* const first = desk.window->windows().onScreen().value(0);
-        list.reopen(desk);
+        QWidget* const first = fixture.window->windows().onScreen().value(0);
+        list.reopen(fixture);
         QVERIFY(list.isFilled(2));
         QVERIFY(list.ok().isEnabled());
         list.accept();
         TRY_VERIFY(list.chooser.isNull());
-        QCOMPARE(desk.window->windows().onScreen(), QList<QWidget*> { first });
+        QCOMPARE(fixture.window->windows().onScreen(), QList<QWidget*> { first });
     }
 
     void cancelOpensNothing()
     {
         HistogramServer server;
-        ConsoleFixture desk(server);
-        OpenList list(desk);
+        ConsoleFixture fixture(server);
+        OpenList list(fixture);
         QVERIFY(list.isFilled(2));
         list.press("buttonCheckAll");
         QTest::keyClick(list.chooser, Qt::Key_Escape);
         TRY_VERIFY(list.chooser.isNull());
-        QVERIFY(desk.window->windows().onScreen().isEmpty());
+        QVERIFY(fixture.window->windows().onScreen().isEmpty());
     }
 
     void reportsARejection()
     {
         HistogramServer server("NG:unknown command 'hists'\n");
-        ConsoleFixture desk(server);
-        OpenList list(desk);
+        ConsoleFixture fixture(server);
+        OpenList list(fixture);
         QVERIFY(list.shows(QStringLiteral("NG:unknown command")));
         QVERIFY(!list.ok().isEnabled());
     }
@@ -178,8 +178,8 @@ private Q_SLOTS:
     void reportsAServerWithoutHistograms()
     {
         HistogramServer server("OK:\n");
-        ConsoleFixture desk(server);
-        OpenList list(desk);
+        ConsoleFixture fixture(server);
+        OpenList list(fixture);
         QVERIFY(list.shows(QStringLiteral("no histograms")));
     }
 
@@ -187,23 +187,23 @@ private Q_SLOTS:
     {
         HistogramServer server;
         server.answer("hists", { Step::drop() });
-        ConsoleFixture desk(server);
-        OpenList list(desk);
+        ConsoleFixture fixture(server);
+        OpenList list(fixture);
         QVERIFY(list.shows(QStringLiteral("No reply")));
         server.answer("hists", { Step::text(twoHistograms) });
-        desk.choose("shutDownAction");
-        QVERIFY(desk.reaches(ServerState::Off));
+        fixture.choose("shutDownAction");
+        QVERIFY(fixture.reaches(ServerState::Off));
         QVERIFY(list.shows(QStringLiteral("no connection")));
-        desk.choose("startAction");
-        QVERIFY(desk.reaches(ServerState::Up));
+        fixture.choose("startAction");
+        QVERIFY(fixture.reaches(ServerState::Up));
         QVERIFY(list.isFilled(2));
     }
 
     void checksStayThroughEverything()
     {
         HistogramServer server;
-        ConsoleFixture desk(server);
-        OpenList list(desk);
+        ConsoleFixture fixture(server);
+        OpenList list(fixture);
         QVERIFY(list.isFilled(2));
         list.chooser->setChecked(1, true);
         const auto isChecked = [&](int index) {
@@ -213,9 +213,9 @@ private Q_SLOTS:
             return is;
         };
         const qsizetype asked = server.requests().count("hists");
-        desk.window->controller().readReply(QStringLiteral("start"), "OK:\n"); // as when a run begins
-        QCOMPARE(desk.window->controller().status(), Tarnis::RUNNING);
-        desk.window->controller().readReply(QStringLiteral("stop"), "OK:\n");
+        fixture.window->controller().readReply(QStringLiteral("start"), "OK:\n"); // as when a run begins
+        QCOMPARE(fixture.window->controller().status(), Tarnis::RUNNING);
+        fixture.window->controller().readReply(QStringLiteral("stop"), "OK:\n");
         QVERIFY(isChecked(1));
         QEvent language(QEvent::LanguageChange);
         QApplication::sendEvent(list.chooser, &language);
@@ -225,11 +225,11 @@ private Q_SLOTS:
         server.answer("hists",
             { Step::text("OK:\nimage: kind=2d binsx=2 minx=0 maxx=10 binsy=3 miny=-1 maxy=1\n"
                          "a: kind=1d bins=4 min=0 max=1\ntime: kind=1d bins=4 min=0 max=1\n") });
-        desk.choose("shutDownAction");
-        QVERIFY(desk.reaches(ServerState::Off));
+        fixture.choose("shutDownAction");
+        QVERIFY(fixture.reaches(ServerState::Off));
         QVERIFY(isChecked(1));
-        desk.choose("startAction");
-        QVERIFY(desk.reaches(ServerState::Up));
+        fixture.choose("startAction");
+        QVERIFY(fixture.reaches(ServerState::Up));
         QVERIFY(list.isFilled(3));
         QVERIFY(isChecked(0) && !isChecked(1) && !isChecked(2));
     }
@@ -237,8 +237,8 @@ private Q_SLOTS:
     void reportsOmittedRows()
     {
         HistogramServer server("OK:\nbig: kind=1d rows=100 bins=4 min=0 max=1\n");
-        ConsoleFixture desk(server);
-        OpenList list(desk);
+        ConsoleFixture fixture(server);
+        OpenList list(fixture);
         QVERIFY(list.isFilled(1));
         QString text;
         bool isChecked = false;
@@ -248,9 +248,9 @@ private Q_SLOTS:
         list.accept();
         TRY_VERIFY(list.chooser.isNull());
         QCOMPARE(
-            titlesOf(desk.window->windows().onScreen()), QStringList { "Histogram big, the first 64 of 100 rows" });
+            titlesOf(fixture.window->windows().onScreen()), QStringList { "Histogram big, the first 64 of 100 rows" });
         const auto* const label =
-            desk.window->windows().onScreen().constFirst()->findChild<QLabel*>(QStringLiteral("descLabel"));
+            fixture.window->windows().onScreen().constFirst()->findChild<QLabel*>(QStringLiteral("descLabel"));
         QCOMPARE(label->text(), "Row 0-63 of 100");
     }
 
@@ -262,14 +262,14 @@ private Q_SLOTS:
                                "total: kind=1d rows=1 bins=100 min=0 max=1\n");
         server.answer("hist1d time 0 2 bins:1000", { Step::doubles(QList<double>(3000, 1.0), "OK:\n") });
         server.answer("hist1d total pairs bins:100", { Step::doubles({ 0, 1 }, "OK: (0 1 100)\n") });
-        ConsoleFixture desk(server);
-        const auto& missing = desk.widget<QAction>("single-row");
+        ConsoleFixture fixture(server);
+        const auto& missing = fixture.widget<QAction>("single-row");
         TRY_VERIFY(!missing.isEnabled());
         QCOMPARE(missing.toolTip(), QString::fromUtf8("The server has no histogram \u201cposition\u201d"));
-        QVERIFY(!desk.find("single-row"));
-        QVERIFY(!desk.widget<QAction>("spectrum").isEnabled());
-        QVERIFY(!desk.widget<QAction>("map").isEnabled());
-        auto* const curves = desk.open<Graph1DDialog>("curves");
+        QVERIFY(!fixture.find("single-row"));
+        QVERIFY(!fixture.widget<QAction>("spectrum").isEnabled());
+        QVERIFY(!fixture.widget<QAction>("map").isEnabled());
+        auto* const curves = fixture.open<Graph1DDialog>("curves");
         QVERIFY(curves);
         TRY_VERIFY(curves->getGraphWidget()->hasData());
         double min = 0.0;
@@ -277,7 +277,7 @@ private Q_SLOTS:
         curves->getGraphWidget()->getMinMaxX(min, max);
         QCOMPARE(min, 5.0);
         QCOMPARE(max, 500.0);
-        QVERIFY(desk.find("pairs"));
+        QVERIFY(fixture.find("pairs"));
         QVERIFY(server.waitForRequest("hist1d total pairs bins:100"));
     }
 
@@ -287,10 +287,10 @@ private Q_SLOTS:
             "OK:\nimage: kind=2d binsx=100 minx=-5.5 maxx=10 labelx=Horizontal unitx=mm binsy=80 miny=2 "
             "maxy=40.5 labely=Vertical unity=mm\n");
         server.answer("hist2d image bins:100x80", { Step::doubles(QList<double>(8000, 3.0), "OK:\n") });
-        ConsoleFixture desk;
-        desk.use(server);
-        QVERIFY(isListed(desk, "image"));
-        auto* const map = desk.open<Graph2DDialog>("map");
+        ConsoleFixture fixture;
+        fixture.use(server);
+        QVERIFY(isListed(fixture, "image"));
+        auto* const map = fixture.open<Graph2DDialog>("map");
         QVERIFY(map);
         XY2DGraphWidget& plot = *map->getGraphWidget();
         TRY_COMPARE(plot.getMaxValue(), 3.0);
@@ -312,32 +312,32 @@ private Q_SLOTS:
     void aServerWithoutAListIsTakenAsItWas()
     {
         HistogramServer server("NG:unknown command 'hists'\n");
-        ConsoleFixture desk(server);
+        ConsoleFixture fixture(server);
         QVERIFY(server.waitForRequest("hists"));
-        QVERIFY(desk.find("curves"));
-        QVERIFY(desk.find("single-row"));
+        QVERIFY(fixture.find("curves"));
+        QVERIFY(fixture.find("single-row"));
         QVERIFY(server.waitForRequest("hist1d time 0 7 bins:1024"));
     }
 
     void aListThatComesInTheChooserCountsForTheMenu()
     {
         HistogramServer server("OK:\ntotal: kind=1d bins=4 min=0 max=1\n");
-        ConsoleFixture desk(server);
-        TRY_VERIFY(!desk.widget<QAction>("curves").isEnabled());
+        ConsoleFixture fixture(server);
+        TRY_VERIFY(!fixture.widget<QAction>("curves").isEnabled());
         server.answer("hists", { Step::text(twoHistograms) });
-        QVERIFY(desk.open<HistogramChooser>("histograms"));
-        TRY_VERIFY(desk.widget<QAction>("curves").isEnabled() && !desk.widget<QAction>("pairs").isEnabled());
+        QVERIFY(fixture.open<HistogramChooser>("histograms"));
+        TRY_VERIFY(fixture.widget<QAction>("curves").isEnabled() && !fixture.widget<QAction>("pairs").isEnabled());
     }
 
     void requestsAnIncompleteListAgain()
     {
         HistogramServer server;
         server.answer("hists", { Step::drop() });
-        ConsoleFixture desk(server);
+        ConsoleFixture fixture(server);
         QVERIFY(server.waitForRequest("hists"));
         server.answer("hists", { Step::text(twoHistograms) });
-        TRY_VERIFY(!desk.widget<QAction>("pairs").isEnabled());
-        QVERIFY(desk.widget<QAction>("curves").isEnabled());
+        TRY_VERIFY(!fixture.widget<QAction>("pairs").isEnabled());
+        QVERIFY(fixture.widget<QAction>("curves").isEnabled());
         QCOMPARE(server.requests().count("hists"), 2);
     }
 
@@ -345,10 +345,10 @@ private Q_SLOTS:
     {
         HistogramServer server("OK:\ntotal: kind=1d bins=4 min=0 max=1\n");
         HistogramServer other;
-        ConsoleFixture desk(server);
-        TRY_VERIFY(!desk.widget<QAction>("curves").isEnabled());
-        desk.use(other);
-        TRY_VERIFY(desk.widget<QAction>("curves").isEnabled() && !desk.widget<QAction>("pairs").isEnabled());
+        ConsoleFixture fixture(server);
+        TRY_VERIFY(!fixture.widget<QAction>("curves").isEnabled());
+        fixture.use(other);
+        TRY_VERIFY(fixture.widget<QAction>("curves").isEnabled() && !fixture.widget<QAction>("pairs").isEnabled());
     }
 
     // Replies that cannot be drawn.
@@ -358,14 +358,14 @@ private Q_SLOTS:
         HistogramServer server("NG:unknown command 'hists'\n");
         server.answer("hist2d image bins:256", { Step::doubles({ 1, 2, 3 }, "OK: exported 2 x 2 y\n") });
         server.answer("hist1d total pairs bins:1024", { Step::doubles({ 0, 5 }, "OK:\n") });
-        ConsoleFixture desk(server);
+        ConsoleFixture fixture(server);
         for (const char* const id : { "map", "pairs" }) {
-            const auto* const label = desk.find(id)->findChild<QLabel*>(QStringLiteral("infoLabel"));
+            const auto* const label = fixture.find(id)->findChild<QLabel*>(QStringLiteral("infoLabel"));
             TRY_VERIFY(label->isVisible() && label->text().contains(u"is not shown"));
         }
         QVERIFY(!QApplication::activeModalWidget());
         server.answer("hist2d image bins:256", { Step::doubles({ 1, 2, 3, 4 }, "OK: exported 2 x 2 y\n") });
-        auto* const map = desk.open<Graph2DDialog>("map");
+        auto* const map = fixture.open<Graph2DDialog>("map");
         TRY_COMPARE(map->getGraphWidget()->getMaxValue(), 4.0);
         TRY_VERIFY(!map->findChild<QLabel*>(QStringLiteral("infoLabel"))->isVisible());
     }
@@ -426,8 +426,8 @@ private Q_SLOTS:
     void theMenuListsTheOpenWindows()
     {
         HistogramServer server;
-        ConsoleFixture desk;
-        auto& menu = desk.widget<QMenu>("windowsMenu");
+        ConsoleFixture fixture;
+        auto& menu = fixture.widget<QMenu>("windowsMenu");
         const auto entry = [&menu](const QString& title) -> QAction* {
             Q_EMIT menu.aboutToShow();
             for (QAction* const action : menu.actions()) {
@@ -438,7 +438,7 @@ private Q_SLOTS:
         };
         const QString title = QStringLiteral("Log File");
         QVERIFY(!entry(title));
-        QWidget* const log = desk.find("log");
+        QWidget* const log = fixture.find("log");
         QVERIFY(entry(title));
         log->showMinimized();
         QVERIFY(entry(title));
@@ -451,12 +451,12 @@ private Q_SLOTS:
 
     void aKeyLeadsBackToTheConsole()
     {
-        ConsoleFixture desk;
-        QWidget* const log = desk.find("log");
+        ConsoleFixture fixture;
+        QWidget* const log = fixture.find("log");
         QVERIFY(QTest::qWaitForWindowActive(log));
-        QVERIFY(!desk.window->isActiveWindow());
+        QVERIFY(!fixture.window->isActiveWindow());
         QTest::keyClick(log, Qt::Key_F12);
-        TRY_VERIFY(desk.window->isActiveWindow());
+        TRY_VERIFY(fixture.window->isActiveWindow());
     }
 
     void noWindowsNoTiles()
@@ -479,30 +479,30 @@ private Q_SLOTS:
     void openWindowsAreLaidOutAndClosed()
     {
         HistogramServer server;
-        ConsoleFixture desk;
-        QVERIFY(!desk.widget<QAction>("tileAction").isEnabled());
-        QVERIFY(desk.widget<QAction>("tileAction").toolTip().contains(QStringLiteral("No window")));
-        desk.use(server);
-        QVERIFY(desk.reaches(ServerState::Up));
-        OpenList list(desk);
+        ConsoleFixture fixture;
+        QVERIFY(!fixture.widget<QAction>("tileAction").isEnabled());
+        QVERIFY(fixture.widget<QAction>("tileAction").toolTip().contains(QStringLiteral("No window")));
+        fixture.use(server);
+        QVERIFY(fixture.reaches(ServerState::Up));
+        OpenList list(fixture);
         QVERIFY(list.isFilled(2));
         list.press("buttonCheckAll");
         list.accept();
         TRY_VERIFY(list.chooser.isNull());
-        desk.choose("tileAction");
-        const QList<QWidget*> windows = desk.window->windows().onScreen();
+        fixture.choose("tileAction");
+        const QList<QWidget*> windows = fixture.window->windows().onScreen();
         QCOMPARE(windows.size(), 2);
-        const QRect screen = desk.window->screen()->availableGeometry();
+        const QRect screen = fixture.window->screen()->availableGeometry();
         for (const QWidget* window : windows)
             QVERIFY(screen.contains(window->frameGeometry()));
         QVERIFY(!windows.at(0)->frameGeometry().intersects(windows.at(1)->frameGeometry()));
         for (const QWidget* window : windows)
-            QVERIFY(!desk.window->frameGeometry().contains(window->frameGeometry()));
-        desk.choose("cascadeAction");
+            QVERIFY(!fixture.window->frameGeometry().contains(window->frameGeometry()));
+        fixture.choose("cascadeAction");
         QVERIFY(windows.at(0)->frameGeometry().intersects(windows.at(1)->frameGeometry()));
-        desk.choose("closeWindowsAction");
-        TRY_VERIFY(!desk.widget<QAction>("closeWindowsAction").isEnabled());
-        QVERIFY(desk.window->isVisible());
+        fixture.choose("closeWindowsAction");
+        TRY_VERIFY(!fixture.widget<QAction>("closeWindowsAction").isEnabled());
+        QVERIFY(fixture.window->isVisible());
     }
 
     void waylandPlacesWindowsItself()

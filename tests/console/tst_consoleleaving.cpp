@@ -85,83 +85,83 @@ private Q_SLOTS:
         QFETCH(QString, action);
         QFETCH(ServerState, afterwards);
         ScriptedServer server;
-        LeavingConsole desk(server);
-        desk.beginRun();
-        desk.choose(qPrintable(action));
-        QVERIFY(desk.question());
-        QVERIFY(desk.question()->text().contains(QStringLiteral("server")));
-        QCOMPARE(desk.question()->defaultButton(), desk.question()->button(QMessageBox::Cancel));
-        desk.answerNo();
-        TRY_VERIFY(!desk.question());
-        QVERIFY(desk.isUp());
-        QVERIFY(desk.window->isVisible());
-        desk.choose(qPrintable(action));
-        desk.answerYes();
-        QVERIFY(desk.reaches(afterwards));
+        LeavingConsole fixture(server);
+        fixture.beginRun();
+        fixture.choose(qPrintable(action));
+        QVERIFY(fixture.question());
+        QVERIFY(fixture.question()->text().contains(QStringLiteral("server")));
+        QCOMPARE(fixture.question()->defaultButton(), fixture.question()->button(QMessageBox::Cancel));
+        fixture.answerNo();
+        TRY_VERIFY(!fixture.question());
+        QVERIFY(fixture.isUp());
+        QVERIFY(fixture.window->isVisible());
+        fixture.choose(qPrintable(action));
+        fixture.answerYes();
+        QVERIFY(fixture.reaches(afterwards));
         if (action == u"quitAction")
-            QVERIFY(desk.isLeft());
+            QVERIFY(fixture.isLeft());
     }
 
     void aRunIsNotEndedByAnotherServerWithoutAQuestion()
     {
         ScriptedServer server;
         ScriptedServer other;
-        LeavingConsole desk(server);
-        desk.beginRun();
+        LeavingConsole fixture(server);
+        fixture.beginRun();
         const auto chooseOther = [&] {
-            desk.choose("chooseAction");
-            auto* const dialog = desk.window->findChild<ConnectDialog*>();
+            fixture.choose("chooseAction");
+            auto* const dialog = fixture.window->findChild<ConnectDialog*>();
             dialog->findChild<QAbstractButton*>(QStringLiteral("remoteRadio"))->click();
             dialog->findChild<QLineEdit*>(QStringLiteral("hostEdit"))->setText(ScriptedServer::host());
             dialog->findChild<QSpinBox*>(QStringLiteral("portSpin"))->setValue(other.port());
             acceptChoice(*dialog);
         };
         chooseOther();
-        TRY_VERIFY(!desk.window->findChild<ConnectDialog*>());
-        QVERIFY(desk.question());
-        desk.answerNo();
-        TRY_VERIFY(!desk.question());
-        QVERIFY(desk.isUp() && desk.window->controller().isLocal());
+        TRY_VERIFY(!fixture.window->findChild<ConnectDialog*>());
+        QVERIFY(fixture.question());
+        fixture.answerNo();
+        TRY_VERIFY(!fixture.question());
+        QVERIFY(fixture.isUp() && fixture.window->controller().isLocal());
         // The choice is not lost.
-        const auto* const dialog = desk.window->findChild<ConnectDialog*>();
+        const auto* const dialog = fixture.window->findChild<ConnectDialog*>();
         QVERIFY(dialog && dialog->isVisible());
         QCOMPARE(dialog->choice().kind, ServerChoice::Kind::Remote);
         QCOMPARE(dialog->choice().host, ScriptedServer::host());
         QCOMPARE(dialog->choice().port, other.port());
         acceptChoice(*dialog);
-        desk.answerYes();
-        TRY_VERIFY(desk.isUp() && !desk.window->controller().isLocal());
+        fixture.answerYes();
+        TRY_VERIFY(fixture.isUp() && !fixture.window->controller().isLocal());
     }
 
     void asksNothingWithoutARun()
     {
         ScriptedServer server;
-        LeavingConsole desk(server);
-        desk.choose("restartAction");
-        QVERIFY(!desk.question());
-        TRY_VERIFY(desk.isUp());
-        desk.window->close();
-        QVERIFY(!desk.question());
-        QVERIFY(desk.isLeft());
+        LeavingConsole fixture(server);
+        fixture.choose("restartAction");
+        QVERIFY(!fixture.question());
+        TRY_VERIFY(fixture.isUp());
+        fixture.window->close();
+        QVERIFY(!fixture.question());
+        QVERIFY(fixture.isLeft());
     }
 
     void aRemoteRunContinuesAfterLeaving()
     {
         ScriptedServer server;
-        ConsoleFixture desk(server);
-        desk.window->controller().tarnis().SetStatus(Tarnis::RUNNING);
-        desk.choose("shutDownAction");
-        QVERIFY(desk.reaches(ServerState::Off));
+        ConsoleFixture fixture(server);
+        fixture.window->controller().tarnis().SetStatus(Tarnis::RUNNING);
+        fixture.choose("shutDownAction");
+        QVERIFY(fixture.reaches(ServerState::Off));
     }
 
     void theEndOfTheProgramFromOutsideIsNotHeldUpByARun()
     {
         ScriptedServer server;
-        LeavingConsole desk(server);
-        desk.beginRun();
-        desk.window->leave();
-        QVERIFY(!desk.question());
-        QVERIFY(desk.isLeft());
+        LeavingConsole fixture(server);
+        fixture.beginRun();
+        fixture.window->leave();
+        QVERIFY(!fixture.question());
+        QVERIFY(fixture.isLeft());
     }
 
     // A text with changes.
@@ -169,30 +169,30 @@ private Q_SLOTS:
     void asksAboutChangesBeforeTheServerEnds()
     {
         ScriptedServer server;
-        LeavingConsole desk(server);
-        const QPointer<ServerTextWindow> text = desk.typeText(QStringLiteral("x"));
-        desk.window->close();
+        LeavingConsole fixture(server);
+        const QPointer<ServerTextWindow> text = fixture.typeText(QStringLiteral("x"));
+        fixture.window->close();
         QVERIFY(LeavingConsole::changesOf(*text));
-        QVERIFY(desk.isUp());
+        QVERIFY(fixture.isUp());
         answer(*text, "changesBox", QMessageBox::Cancel);
         TRY_VERIFY(!LeavingConsole::changesOf(*text));
-        QVERIFY(desk.isUp() && desk.window->isVisible() && text->isVisible());
+        QVERIFY(fixture.isUp() && fixture.window->isVisible() && text->isVisible());
         // A later answer does not resume a cancelled action.
         text->close();
         answer(*text, "changesBox", QMessageBox::Discard);
         TRY_VERIFY(text.isNull());
         QCoreApplication::processEvents();
-        QVERIFY(desk.isUp() && desk.window->isVisible());
+        QVERIFY(fixture.isUp() && fixture.window->isVisible());
     }
 
     void closesAfterDiscardingChanges()
     {
         ScriptedServer server;
-        LeavingConsole desk(server);
-        const auto* const text = desk.typeText(QStringLiteral("x"));
-        desk.window->close();
+        LeavingConsole fixture(server);
+        const auto* const text = fixture.typeText(QStringLiteral("x"));
+        fixture.window->close();
         answer(*text, "changesBox", QMessageBox::Discard);
-        QVERIFY(desk.isLeft());
+        QVERIFY(fixture.isLeft());
     }
 
     void closesAfterSavingChanges()
@@ -200,15 +200,15 @@ private Q_SLOTS:
         ScriptedServer server;
         server.answer("rxfile \"/notes\"", { Step::binary("one\n", "OK: /notes, 4 bytes\n") });
         server.answer("txfile \"/notes\"\nxone\n", { Step::text("OK:\n") });
-        LeavingConsole desk(server);
-        auto* const text = desk.open<ServerTextWindow>("server-text");
+        LeavingConsole fixture(server);
+        auto* const text = fixture.open<ServerTextWindow>("server-text");
         text->openFile(QStringLiteral("/notes"));
         auto* const edit = text->findChild<QPlainTextEdit*>(QStringLiteral("edit"));
         TRY_COMPARE(edit->toPlainText(), QStringLiteral("one\n"));
-        desk.typeText(QStringLiteral("x"));
-        desk.window->close();
+        fixture.typeText(QStringLiteral("x"));
+        fixture.window->close();
         answer(*text, "changesBox", QMessageBox::Save);
-        QVERIFY(desk.isLeft());
+        QVERIFY(fixture.isLeft());
         QVERIFY(server.requests().contains("txfile \"/notes\"\nxone\n"));
     }
 
@@ -217,21 +217,21 @@ private Q_SLOTS:
         ScriptedServer server;
         server.answer("rxfile \"/notes\"", { Step::binary("one\n", "OK: /notes, 4 bytes\n") });
         server.answer("txfile \"/notes\"\nxone\n", { Step::text("NG:full\n") });
-        LeavingConsole desk(server);
-        const QPointer<ServerTextWindow> text = desk.open<ServerTextWindow>("server-text");
+        LeavingConsole fixture(server);
+        const QPointer<ServerTextWindow> text = fixture.open<ServerTextWindow>("server-text");
         text->openFile(QStringLiteral("/notes"));
         const auto* const state = text->findChild<QLabel*>(QStringLiteral("stateLabel"));
         TRY_VERIFY(state->text().startsWith(QStringLiteral("Opened")));
-        desk.typeText(QStringLiteral("x"));
-        desk.window->close();
+        fixture.typeText(QStringLiteral("x"));
+        fixture.window->close();
         answer(*text, "changesBox", QMessageBox::Save);
         TRY_VERIFY(state->text().contains(QStringLiteral("NG:full")));
-        QVERIFY(desk.isUp() && desk.window->isVisible());
+        QVERIFY(fixture.isUp() && fixture.window->isVisible());
         text->close();
         answer(*text, "changesBox", QMessageBox::Discard);
         TRY_VERIFY(text.isNull());
         QCoreApplication::processEvents();
-        QVERIFY(desk.isUp() && desk.window->isVisible());
+        QVERIFY(fixture.isUp() && fixture.window->isVisible());
     }
 
     void savingThatIsGivenUpKeepsTheConsole_data()
@@ -250,13 +250,13 @@ private Q_SLOTS:
         server.answer("pwd", { Step::text("OK:\n/data\n") });
         server.answer("ls-F \"/data\"", { Step::text("OK:\nold/\n") });
         server.answer("txfile \"/data/new\"\nx", { Step::text("OK:\n") });
-        LeavingConsole desk(server);
-        const QPointer<ServerTextWindow> text = desk.typeText(QStringLiteral("x"));
+        LeavingConsole fixture(server);
+        const QPointer<ServerTextWindow> text = fixture.typeText(QStringLiteral("x"));
         if (isRunning)
-            desk.beginRun();
-        desk.window->close();
+            fixture.beginRun();
+        fixture.window->close();
         if (isRunning)
-            desk.answerYes();
+            fixture.answerYes();
         answer(*text, "changesBox", QMessageBox::Save);
         const QPointer<FolderChooser> chooser = text->findChild<FolderChooser*>();
         QVERIFY(chooser && chooser->isVisible());
@@ -269,17 +269,17 @@ private Q_SLOTS:
         TRY_VERIFY(chooser.isNull());
         QCOMPARE(rejections, 1);
         TRY_VERIFY(!LeavingConsole::changesOf(*text));
-        TRY_VERIFY(!desk.question());
+        TRY_VERIFY(!fixture.question());
         // A later save does nothing else.
         text->saveTo(QStringLiteral("/data/new"));
         const auto* const state = text->findChild<QLabel*>(QStringLiteral("stateLabel"));
         TRY_COMPARE(state->text(), QStringLiteral("Saved."));
         QCoreApplication::processEvents();
         QVERIFY(text && text->isVisible());
-        QVERIFY(desk.isUp() && desk.window->isVisible());
+        QVERIFY(fixture.isUp() && fixture.window->isVisible());
         if (isRunning) {
-            desk.window->close();
-            QVERIFY(desk.question()); // the previous answer counted once
+            fixture.window->close();
+            QVERIFY(fixture.question()); // the previous answer counted once
         }
     }
 
@@ -289,56 +289,56 @@ private Q_SLOTS:
         server.answer("pwd", { Step::text("OK:\n/data\n") });
         server.answer("ls-F \"/data\"", { Step::text("OK:\nold/\n") });
         server.answer("txfile \"/data/new\"\nx", { Step::text("OK:\n") });
-        LeavingConsole desk(server);
-        const QPointer<ServerTextWindow> text = desk.typeText(QStringLiteral("x"));
-        desk.window->close();
+        LeavingConsole fixture(server);
+        const QPointer<ServerTextWindow> text = fixture.typeText(QStringLiteral("x"));
+        fixture.window->close();
         answer(*text, "changesBox", QMessageBox::Save);
         QVERIFY(text->findChild<FolderChooser*>());
-        desk.beginRun();
-        desk.window->close();
-        desk.answerNo();
-        TRY_VERIFY(!desk.question());
+        fixture.beginRun();
+        fixture.window->close();
+        fixture.answerNo();
+        TRY_VERIFY(!fixture.question());
         // The text closes when it is saved, but nothing else does.
         text->saveTo(QStringLiteral("/data/new"));
         TRY_VERIFY(text.isNull());
         QCoreApplication::processEvents();
-        QVERIFY(!desk.question());
-        QVERIFY(desk.isUp() && desk.window->isVisible());
+        QVERIFY(!fixture.question());
+        QVERIFY(fixture.isUp() && fixture.window->isVisible());
     }
 
     void withoutAServerNothingCanBeSaved()
     {
         ScriptedServer server;
-        LeavingConsole desk(server);
-        const auto* const text = desk.typeText(QStringLiteral("x"));
-        desk.choose("shutDownAction");
-        QVERIFY(desk.reaches(ServerState::Off));
-        desk.window->close();
+        LeavingConsole fixture(server);
+        const auto* const text = fixture.typeText(QStringLiteral("x"));
+        fixture.choose("shutDownAction");
+        QVERIFY(fixture.reaches(ServerState::Off));
+        fixture.window->close();
         QVERIFY(LeavingConsole::changesOf(*text));
         QVERIFY(!LeavingConsole::changesOf(*text)->button(QMessageBox::Save));
         QVERIFY(!LeavingConsole::changesOf(*text)->informativeText().isEmpty());
         answer(*text, "changesBox", QMessageBox::Discard);
-        QVERIFY(desk.isLeft());
+        QVERIFY(fixture.isLeft());
     }
 
     void asksAboutTheRunFirst()
     {
         ScriptedServer server;
-        LeavingConsole desk(server);
-        const auto* const text = desk.typeText(QStringLiteral("x"));
-        desk.beginRun();
-        desk.window->close();
+        LeavingConsole fixture(server);
+        const auto* const text = fixture.typeText(QStringLiteral("x"));
+        fixture.beginRun();
+        fixture.window->close();
         QVERIFY(!LeavingConsole::changesOf(*text));
-        desk.answerYes();
+        fixture.answerYes();
         QVERIFY(LeavingConsole::changesOf(*text));
         answer(*text, "changesBox", QMessageBox::Cancel);
         TRY_VERIFY(!LeavingConsole::changesOf(*text));
-        TRY_VERIFY(!desk.question());
-        desk.window->close();
-        QVERIFY(desk.question()); // the previous answer counted once
-        desk.answerYes();
+        TRY_VERIFY(!fixture.question());
+        fixture.window->close();
+        QVERIFY(fixture.question()); // the previous answer counted once
+        fixture.answerYes();
         answer(*text, "changesBox", QMessageBox::Discard);
-        QVERIFY(desk.isLeft());
+        QVERIFY(fixture.isLeft());
     }
 };
 

@@ -56,10 +56,10 @@ bool noBoxIsOpen()
 
 /// The three live windows of a console.
 struct LiveWindows {
-    explicit LiveWindows(ConsoleFixture& desk)
-        : curves(desk.open<Graph1DDialog>("curves"))
-        , map(desk.open<Graph2DDialog>("map"))
-        , statistics(desk.open<StatDialog>("statistics"))
+    explicit LiveWindows(ConsoleFixture& fixture)
+        : curves(fixture.open<Graph1DDialog>("curves"))
+        , map(fixture.open<Graph2DDialog>("map"))
+        , statistics(fixture.open<StatDialog>("statistics"))
     {
     }
     bool areFilled() const
@@ -124,22 +124,22 @@ private Q_SLOTS:
         QFETCH(QByteArray, action);
         HistogramServer server;
         const FakeServer program(FakeServer::wellBehaved(server.port()));
-        ConsoleFixture desk(program);
-        const LiveWindows live(desk);
+        ConsoleFixture fixture(program);
+        const LiveWindows live(fixture);
         QVERIFY(live.areFilled());
         live.curves->findChild<QComboBox*>(QStringLiteral("typeComboBox"))
             ->setCurrentText(QStringLiteral("Sum of All"));
 
-        desk.choose(action.constData());
+        fixture.choose(action.constData());
         QVERIFY(live.allSay(QStringLiteral("resumes")));
         QVERIFY(noBoxIsOpen());
         QVERIFY(live.areKept());
         QVERIFY(!live.canUpdate());
         if (action == "shutDownAction")
             QVERIFY(server.waitUntilDeserted()); // no session remains
-        TRY_VERIFY(!desk.window->controller().hasProcess());
-        desk.window->controller().restart();
-        QVERIFY(desk.reaches(ServerState::Up));
+        TRY_VERIFY(!fixture.window->controller().hasProcess());
+        fixture.window->controller().restart();
+        QVERIFY(fixture.reaches(ServerState::Up));
         const auto polls = server.requests().count(curvesRequest);
         QVERIFY(live.areQuiet());
         TRY_VERIFY(server.requests().count(curvesRequest) > polls);
@@ -151,20 +151,20 @@ private Q_SLOTS:
     void reportsALostRemoteServerWithoutAMessageBox()
     {
         auto server = std::make_unique<HistogramServer>();
-        ConsoleFixture desk(*server);
-        const LiveWindows live(desk);
+        ConsoleFixture fixture(*server);
+        const LiveWindows live(fixture);
         QVERIFY(live.areFilled());
         live.curves->findChild<QComboBox*>(QStringLiteral("typeComboBox"))
             ->setCurrentText(QStringLiteral("Sum of All"));
         server.reset();
         QVERIFY(live.allSay(QStringLiteral("resumes")));
-        QVERIFY(desk.reaches(ServerState::Failed));
+        QVERIFY(fixture.reaches(ServerState::Failed));
         QVERIFY(noBoxIsOpen());
         QVERIFY(live.areKept());
 
         HistogramServer another;
-        desk.use(another);
-        QVERIFY(desk.reaches(ServerState::Up));
+        fixture.use(another);
+        QVERIFY(fixture.reaches(ServerState::Up));
         QVERIFY(live.areQuiet());
         QVERIFY(another.waitForRequest(curvesRequest));
         QVERIFY(another.waitForRequest(mapRequest));
@@ -177,13 +177,13 @@ private Q_SLOTS:
         server.answerInTurn(curvesRequest,
             { { Step::doubles({ 1, 2, 3, 4, 5, 6, 7, 8 }, "OK:\n") }, { Step::raw("half"), Step::drop() },
                 { Step::hold("gate"), Step::doubles({ 8, 8, 8, 8, 8, 8, 8, 8 }, "OK:\n") } });
-        ConsoleFixture desk(server);
-        auto* const window = desk.open<Graph1DDialog>("curves");
+        ConsoleFixture fixture(server);
+        auto* const window = fixture.open<Graph1DDialog>("curves");
         TRY_VERIFY(window->getGraphWidget()->hasData());
         TRY_VERIFY(LiveWindows::infoOf(*window).contains(QStringLiteral("connection broke")));
         QVERIFY(noBoxIsOpen());
         QVERIFY(server.waitForHold("gate"));
-        QCOMPARE(desk.window->controller().state(), ServerState::Up);
+        QCOMPARE(fixture.window->controller().state(), ServerState::Up);
         server.open("gate");
         TRY_VERIFY(LiveWindows::infoOf(*window).isEmpty());
         QCOMPARE(window->getGraphWidget()->getMaxValue(), 8.0);
@@ -193,15 +193,15 @@ private Q_SLOTS:
     {
         HistogramServer server;
         const FakeServer program(FakeServer::wellBehaved(server.port()));
-        ConsoleFixture desk(program);
-        auto* const window = desk.open<Graph1DDialog>("curves");
+        ConsoleFixture fixture(program);
+        auto* const window = fixture.open<Graph1DDialog>("curves");
         TRY_VERIFY(window->getGraphWidget()->hasData());
         window->setAutoUpdate(false);
-        desk.choose("shutDownAction");
-        QVERIFY(desk.reaches(ServerState::Off));
+        fixture.choose("shutDownAction");
+        QVERIFY(fixture.reaches(ServerState::Off));
         QVERIFY(!LiveWindows::infoOf(*window).isEmpty());
         const auto polls = server.requests().count(curvesRequest);
-        desk.choose("startAction");
+        fixture.choose("startAction");
         TRY_VERIFY(LiveWindows::infoOf(*window).isEmpty());
         QVERIFY(!window->isAutoUpdate());
         QCOMPARE(server.requests().count(curvesRequest), polls);
@@ -223,8 +223,8 @@ private Q_SLOTS:
         QFETCH(QByteArray, request);
         HistogramServer server;
         server.answer(request, { Step::binary("", "NG:no such histogram\n") });
-        ConsoleFixture desk(server);
-        const auto* const window = desk.open<QDialog>(id.constData());
+        ConsoleFixture fixture(server);
+        const auto* const window = fixture.open<QDialog>(id.constData());
         TRY_VERIFY(LiveWindows::infoOf(*window).contains(QStringLiteral("no such histogram")));
         QVERIFY(noBoxIsOpen());
         TRY_VERIFY(server.requests().count(request) > 1);
@@ -241,31 +241,31 @@ private Q_SLOTS:
         QFETCH(QByteArray, id);
         HistogramServer server;
         server.answer("here?", { Step::text("yes\n") });
-        ConsoleFixture desk(server);
-        desk.send(QStringLiteral("here?")); // the command line has its connection
-        QVERIFY(desk.shows(QStringLiteral("yes")));
-        desk.choose("clearRecordAction");
+        ConsoleFixture fixture(server);
+        fixture.send(QStringLiteral("here?")); // the command line has its connection
+        QVERIFY(fixture.shows(QStringLiteral("yes")));
+        fixture.choose("clearRecordAction");
         QVERIFY(server.waitForFarewells(2)); // of the check of the server and of the list of its histograms
         const int before = server.connectionCount();
-        const QPointer<QWidget> window = desk.open<QWidget>(id.constData());
+        const QPointer<QWidget> window = fixture.open<QWidget>(id.constData());
         QVERIFY(server.waitForConnections(before + 1));
         const int open = server.openConnections();
         window->close();
         TRY_VERIFY(window.isNull());
         TRY_VERIFY(server.openConnections() < open);
-        desk.send(QStringLiteral("here?"));
-        QVERIFY(desk.shows(QStringLiteral("yes")));
+        fixture.send(QStringLiteral("here?"));
+        QVERIFY(fixture.shows(QStringLiteral("yes")));
     }
 
     void leavesNoThreadAfterClosing()
     {
         HistogramServer server;
         {
-            ConsoleFixture desk(server);
-            const LiveWindows live(desk);
+            ConsoleFixture fixture(server);
+            const LiveWindows live(fixture);
             QVERIFY(live.areFilled());
-            desk.window->close();
-            TRY_VERIFY(!desk.window->isVisible());
+            fixture.window->close();
+            TRY_VERIFY(!fixture.window->isVisible());
         }
         QVERIFY(server.waitUntilDeserted());
     }
@@ -282,11 +282,11 @@ private Q_SLOTS:
     {
         QFETCH(QByteArray, id);
         auto server = std::make_unique<HistogramServer>();
-        ConsoleFixture desk(*server);
-        const QPointer<QWidget> chooser = desk.open<QWidget>(id.constData());
+        ConsoleFixture fixture(*server);
+        const QPointer<QWidget> chooser = fixture.open<QWidget>(id.constData());
         TRY_VERIFY(chooser->findChild<QListWidget*>(QStringLiteral("curDirListWidget"))->count() > 0);
         server.reset();
-        desk.send(QStringLiteral("anybody?"));
+        fixture.send(QStringLiteral("anybody?"));
         const auto* const ok = chooser->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok);
         const auto* const state = chooser->findChild<QLabel*>(QStringLiteral("stateLabel"));
         TRY_VERIFY(state->text().contains(QStringLiteral("no connection")));
@@ -302,8 +302,8 @@ private Q_SLOTS:
         QFETCH(QByteArray, id);
         HistogramServer server;
         server.answerInTurn("ls-F \"/data\"", { { Step::drop() }, { Step::text("OK:\nold/\n") } });
-        ConsoleFixture desk(server);
-        const auto* const chooser = desk.open<QWidget>(id.constData());
+        ConsoleFixture fixture(server);
+        const auto* const chooser = fixture.open<QWidget>(id.constData());
         const auto* const list = chooser->findChild<QListWidget*>(QStringLiteral("curDirListWidget"));
         TRY_VERIFY(list->count() == 1 && list->isEnabled());
         QVERIFY(chooser->isVisible());
@@ -325,17 +325,17 @@ private Q_SLOTS:
         QFETCH(int, cursor);
         QFETCH(QString, line);
         HistogramServer server;
-        ConsoleFixture desk(server);
-        const QPointer<QWidget> chooser = desk.open<QWidget>("server-files");
+        ConsoleFixture fixture(server);
+        const QPointer<QWidget> chooser = fixture.open<QWidget>("server-files");
         auto* const list = chooser->findChild<QListWidget*>(QStringLiteral("curDirListWidget"));
         TRY_VERIFY(list->count() > 0);
-        desk.type(typed);
-        desk.edit().setCursorPosition(cursor);
+        fixture.type(typed);
+        fixture.edit().setCursorPosition(cursor);
         list->setCurrentItem(list->findItems(QStringLiteral("run\"two"), Qt::MatchExactly).constFirst());
         acceptChoice(*chooser);
         TRY_VERIFY(chooser.isNull());
-        QCOMPARE(desk.edit().text(), line);
-        QCOMPARE(desk.edit().cursorPosition(), int(line.indexOf(u"two\"")) + 4);
+        QCOMPARE(fixture.edit().text(), line);
+        QCOMPARE(fixture.edit().cursorPosition(), int(line.indexOf(u"two\"")) + 4);
     }
 
     // The base path.
@@ -343,14 +343,14 @@ private Q_SLOTS:
     void theBasePathIsNotForARun()
     {
         HistogramServer server;
-        ConsoleFixture desk(server);
-        Tarnis& tarnis = desk.window->controller().tarnis();
-        auto& action = desk.widget<QAction>("base-path");
+        ConsoleFixture fixture(server);
+        Tarnis& tarnis = fixture.window->controller().tarnis();
+        auto& action = fixture.widget<QAction>("base-path");
         QVERIFY(action.isEnabled());
         tarnis.SetStatus(Tarnis::RUNNING);
         QVERIFY(!action.isEnabled());
         QVERIFY(action.toolTip().contains(QStringLiteral("Running")));
-        QVERIFY(!desk.find("base-path"));
+        QVERIFY(!fixture.find("base-path"));
         tarnis.SetStatus(Tarnis::SERVER_CONNECTED);
         QVERIFY(action.isEnabled());
     }
@@ -358,14 +358,14 @@ private Q_SLOTS:
     void reportsARunThatBeganMeanwhile()
     {
         HistogramServer server;
-        ConsoleFixture desk(server);
-        const QPointer<QWidget> chooser = desk.open<QWidget>("base-path");
+        ConsoleFixture fixture(server);
+        const QPointer<QWidget> chooser = fixture.open<QWidget>("base-path");
         auto* const list = chooser->findChild<QListWidget*>(QStringLiteral("curDirListWidget"));
         TRY_VERIFY(list->count() > 0);
-        desk.window->controller().tarnis().SetStatus(Tarnis::RUNNING);
+        fixture.window->controller().tarnis().SetStatus(Tarnis::RUNNING);
         acceptChoice(*chooser);
-        QVERIFY(desk.alert().text.contains(QStringLiteral("Running")));
-        QVERIFY(desk.alert().text.contains(QStringLiteral("/data")));
+        QVERIFY(fixture.alert().text.contains(QStringLiteral("Running")));
+        QVERIFY(fixture.alert().text.contains(QStringLiteral("/data")));
         for (const QByteArray& request : server.requests())
             QVERIFY2(!request.contains("basepath"), request.constData());
     }
@@ -375,7 +375,7 @@ private Q_SLOTS:
     void theWindowsOfferTheirToolsInTheMenu()
     {
         HistogramServer server;
-        ConsoleFixture desk(server);
+        ConsoleFixture fixture(server);
         const auto offers = [](QWidget* plot, const QString& text) {
             for (const QAction* action : plot->actions()) {
                 if (action->text() == text)
@@ -384,8 +384,8 @@ private Q_SLOTS:
             return false;
         };
         for (const char* id : { "curves", "pairs" })
-            QVERIFY(offers(desk.open<Graph1DDialog>(id)->getGraphWidget(), QStringLiteral("Select Time Range")));
-        QVERIFY(offers(desk.open<Graph2DDialog>("map")->getGraphWidget(), QStringLiteral("Select ROI...")));
+            QVERIFY(offers(fixture.open<Graph1DDialog>(id)->getGraphWidget(), QStringLiteral("Select Time Range")));
+        QVERIFY(offers(fixture.open<Graph2DDialog>("map")->getGraphWidget(), QStringLiteral("Select ROI...")));
     }
 };
 

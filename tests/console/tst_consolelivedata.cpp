@@ -149,8 +149,8 @@ private Q_SLOTS:
         QFETCH(QByteArray, id);
         QFETCH(QByteArray, command);
         LiveServer server;
-        ConsoleFixture desk(server);
-        auto* const window = desk.find(id.constData());
+        ConsoleFixture fixture(server);
+        auto* const window = fixture.find(id.constData());
         QVERIFY(window);
         TRY_VERIFY(ageOf(*window).startsWith(QStringLiteral("Last data: ")));
         QVERIFY(QRegularExpression(QStringLiteral("\\d\\d:\\d\\d:\\d\\d")).match(ageOf(*window)).hasMatch());
@@ -169,8 +169,8 @@ private Q_SLOTS:
     {
         LiveServer server;
         server.answer(curvesCommand, { Step::silence() });
-        ConsoleFixture desk(server);
-        auto* const window = desk.find("curves");
+        ConsoleFixture fixture(server);
+        auto* const window = fixture.find("curves");
         setLimit(*window, 0);
         TRY_VERIFY(ageOf(*window).contains(QStringLiteral("waits")));
         QVERIFY(ageOf(*window).startsWith(QStringLiteral("No data yet")));
@@ -179,8 +179,8 @@ private Q_SLOTS:
     void aWindowThatDoesNotPollDoesNotWait()
     {
         LiveServer server;
-        ConsoleFixture desk(server);
-        auto* const window = desk.open<LiveCurves>("curves");
+        ConsoleFixture fixture(server);
+        auto* const window = fixture.open<LiveCurves>("curves");
         QVERIFY(isFilled(*window));
         window->setAutoUpdate(false);
         const auto polls = server.requests().count(curvesCommand);
@@ -212,34 +212,34 @@ private Q_SLOTS:
         LiveServer server;
         Door door(server.port());
         QVERIFY(door.open());
-        ConsoleFixture desk;
-        desk.window->controller().m_againMs = 20;
-        desk.start({ ServerChoice::Kind::Remote, {}, ScriptedServer::host(), door.serverPort() });
-        QVERIFY(desk.reaches(ServerState::Up));
-        auto* const window = desk.open<LiveCurves>("curves");
+        ConsoleFixture fixture;
+        fixture.window->controller().m_againMs = 20;
+        fixture.start({ ServerChoice::Kind::Remote, {}, ScriptedServer::host(), door.serverPort() });
+        QVERIFY(fixture.reaches(ServerState::Up));
+        auto* const window = fixture.open<LiveCurves>("curves");
         QVERIFY(isFilled(*window));
         door.shut();
-        QVERIFY(desk.reaches(ServerState::Failed));
-        QVERIFY2(desk.alert().text.contains(QStringLiteral("automatically")), qPrintable(desk.alert().text));
+        QVERIFY(fixture.reaches(ServerState::Failed));
+        QVERIFY2(fixture.alert().text.contains(QStringLiteral("automatically")), qPrintable(fixture.alert().text));
         const auto* const info = window->findChild<QLabel*>(QStringLiteral("infoLabel"));
         QVERIFY(info->text().contains(QStringLiteral("resumes when it is back")));
         server.answer(curvesCommand, curvesOf(7));
         QVERIFY(door.open());
-        QVERIFY(desk.reaches(ServerState::Up));
+        QVERIFY(fixture.reaches(ServerState::Up));
         TRY_COMPARE(window->getGraphWidget()->getMaxValue(), 7.0);
         QVERIFY(!info->isVisible());
-        QVERIFY(desk.alert().text.isEmpty());
+        QVERIFY(fixture.alert().text.isEmpty());
     }
 
     void showsWhatToDoAfterALocalServerEnded()
     {
         LiveServer server;
         const FakeServer program(FakeServer::wellBehaved(server.port()));
-        ConsoleFixture desk(program);
-        auto* const window = desk.open<LiveCurves>("curves");
+        ConsoleFixture fixture(program);
+        auto* const window = fixture.open<LiveCurves>("curves");
         QVERIFY(isFilled(*window));
-        desk.window->controller().endByForce();
-        QVERIFY(desk.reaches(ServerState::Failed));
+        fixture.window->controller().endByForce();
+        QVERIFY(fixture.reaches(ServerState::Failed));
         const auto* const info = window->findChild<QLabel*>(QStringLiteral("infoLabel"));
         TRY_VERIFY(info->text().contains(QStringLiteral("started again")));
     }
@@ -250,20 +250,21 @@ private Q_SLOTS:
         Door door(server.port());
         QVERIFY(door.open());
         const FakeServer program(FakeServer::wellBehaved(door.serverPort()));
-        ConsoleFixture desk;
-        desk.window->controller().m_againMs = 10;
-        desk.use(program);
-        QVERIFY(desk.reaches(ServerState::Up));
-        auto* const window = desk.open<LiveCurves>("curves");
+        ConsoleFixture fixture;
+        fixture.window->controller().m_againMs = 10;
+        fixture.use(program);
+        QVERIFY(fixture.reaches(ServerState::Up));
+        auto* const window = fixture.open<LiveCurves>("curves");
         QVERIFY(isFilled(*window));
-        const qint64 process = desk.window->controller().tarnis().process()->processId();
+        const qint64 process = fixture.window->controller().tarnis().process()->processId();
         door.shut();
-        QVERIFY(desk.reaches(ServerState::Failed));
-        QVERIFY2(desk.alert().text.contains(QStringLiteral("connects automatically")), qPrintable(desk.alert().text));
+        QVERIFY(fixture.reaches(ServerState::Failed));
+        QVERIFY2(
+            fixture.alert().text.contains(QStringLiteral("connects automatically")), qPrintable(fixture.alert().text));
         QVERIFY(door.open());
-        QVERIFY(desk.reaches(ServerState::Up));
-        QCOMPARE(desk.window->controller().tarnis().process()->processId(), process);
-        QVERIFY(desk.alert().text.isEmpty());
+        QVERIFY(fixture.reaches(ServerState::Up));
+        QCOMPARE(fixture.window->controller().tarnis().process()->processId(), process);
+        QVERIFY(fixture.alert().text.isEmpty());
         const auto* const info = window->findChild<QLabel*>(QStringLiteral("infoLabel"));
         TRY_VERIFY(!info->isVisible());
     }
@@ -293,8 +294,8 @@ private Q_SLOTS:
         QFETCH(QByteArray, text);
         LiveServer server;
         const FakeServer program(FakeServer::wellBehaved(server.port()));
-        ConsoleFixture desk(program);
-        auto* const window = desk.find(id.constData());
+        ConsoleFixture fixture(program);
+        auto* const window = fixture.find(id.constData());
         const auto largest = [window] {
             const auto* const curves = qobject_cast<LiveCurves*>(window);
             return curves ? curves->getGraphWidget()->getMaxValue()
@@ -305,8 +306,8 @@ private Q_SLOTS:
         QVERIFY(!bar.isVisible());
         const double kept = largest();
 
-        desk.window->controller().endByForce(); // as a crash
-        QVERIFY(desk.reaches(ServerState::Failed));
+        fixture.window->controller().endByForce(); // as a crash
+        QVERIFY(fixture.reaches(ServerState::Failed));
         QVERIFY(bar.isVisible());
         QVERIFY(!bar.findChild<QPushButton*>(QStringLiteral("keptReleaseButton"))->isVisible());
         // The displayed data can be saved before anything else happens.
@@ -319,8 +320,8 @@ private Q_SLOTS:
         server.answerInTurn(command,
             { { Step::doubles(nothing, text) }, { Step::hold("empty"), Step::doubles(nothing, text) },
                 { Step::doubles(something, text) } });
-        desk.window->controller().restart();
-        QVERIFY(desk.reaches(ServerState::Up));
+        fixture.window->controller().restart();
+        QVERIFY(fixture.reaches(ServerState::Up));
         QVERIFY(server.waitForHold("empty")); // the first empty reply has been handled
         QCOMPARE(largest(), kept);
         QVERIFY(bar.isVisible());
@@ -333,14 +334,14 @@ private Q_SLOTS:
     {
         LiveServer server;
         const FakeServer program(FakeServer::wellBehaved(server.port()));
-        ConsoleFixture desk(program);
-        auto* const window = desk.open<LiveCurves>("curves");
+        ConsoleFixture fixture(program);
+        auto* const window = fixture.open<LiveCurves>("curves");
         QVERIFY(isFilled(*window));
-        desk.window->controller().endByForce();
-        QVERIFY(desk.reaches(ServerState::Failed));
+        fixture.window->controller().endByForce();
+        QVERIFY(fixture.reaches(ServerState::Failed));
         server.answer(curvesCommand, curvesOf(0));
-        desk.window->controller().restart();
-        QVERIFY(desk.reaches(ServerState::Up));
+        fixture.window->controller().restart();
+        QVERIFY(fixture.reaches(ServerState::Up));
         press(*window->findChild<QPushButton*>(QStringLiteral("keptReleaseButton")));
         TRY_COMPARE(window->getGraphWidget()->getMaxValue(), 0.0);
         QVERIFY(!window->findChild<KeptData*>()->isVisible());
@@ -349,8 +350,8 @@ private Q_SLOTS:
     void dataThatAreClearedOnTheSameServerGoAtOnce()
     {
         LiveServer server;
-        ConsoleFixture desk(server);
-        auto* const window = desk.open<LiveCurves>("curves");
+        ConsoleFixture fixture(server);
+        auto* const window = fixture.open<LiveCurves>("curves");
         QVERIFY(isFilled(*window));
         server.answer(curvesCommand, curvesOf(0));
         TRY_COMPARE(window->getGraphWidget()->getMaxValue(), 0.0);
@@ -377,8 +378,8 @@ private Q_SLOTS:
     void aZoomInThePairFormatStaysUntilReset()
     {
         LiveServer server;
-        ConsoleFixture desk(server);
-        auto* const window = desk.open<LiveCurves>("pairs");
+        ConsoleFixture fixture(server);
+        auto* const window = fixture.open<LiveCurves>("pairs");
         auto& plot = *window->getGraphWidget();
         QVERIFY(isFilled(*window));
         double min = 0.0;
@@ -418,8 +419,8 @@ private Q_SLOTS:
         QFETCH(bool, areColumns);
         LiveServer server;
         server.answer(curvesCommand, { Step::doubles(QList<double>(8 * qsizetype { bins }, 2.0), "OK:\n") });
-        ConsoleFixture desk(server);
-        auto* const window = desk.open<LiveCurves>("curves");
+        ConsoleFixture fixture(server);
+        auto* const window = fixture.open<LiveCurves>("curves");
         QVERIFY(isFilled(*window));
         QAction* const columns = actionOf(*window->getGraphWidget(), QStringLiteral("Column Chart"));
         QCOMPARE(columns->isChecked(), areColumns);
@@ -432,8 +433,8 @@ private Q_SLOTS:
     void thePeakTableShowsEveryColumn()
     {
         const LiveServer server;
-        ConsoleFixture desk(server);
-        auto* const window = desk.open<LiveCurves>("curves");
+        ConsoleFixture fixture(server);
+        auto* const window = fixture.open<LiveCurves>("curves");
         QVERIFY(isFilled(*window));
         window->getGraphWidget()->onPeakSearch();
         const auto* const dialog = window->getGraphWidget()->findChild<PeakSearchDialog*>();
@@ -446,8 +447,8 @@ private Q_SLOTS:
     void theCaptionNamesTheVisibleRows()
     {
         const LiveServer server;
-        ConsoleFixture desk(server);
-        auto* const window = desk.open<LiveCurves>("curves");
+        ConsoleFixture fixture(server);
+        auto* const window = fixture.open<LiveCurves>("curves");
         QVERIFY(isFilled(*window));
         const auto* const caption = window->findChild<QLabel*>(QStringLiteral("descLabel"));
         TRY_COMPARE(caption->text(), QStringLiteral("Module 0-7"));
@@ -472,8 +473,8 @@ private Q_SLOTS:
         QFETCH(QByteArray, id);
         QFETCH(QStringList, tools);
         LiveServer server;
-        ConsoleFixture desk(server);
-        const QPointer<QWidget> window = desk.find(id.constData());
+        ConsoleFixture fixture(server);
+        const QPointer<QWidget> window = fixture.find(id.constData());
         QApplication::setActiveWindow(window);
         TRY_COMPARE(QApplication::activeWindow(), window.data()); // a shortcut needs it
         if (auto* const curves = qobject_cast<LiveCurves*>(window.data()); curves && id == "curves")
@@ -500,8 +501,8 @@ private Q_SLOTS:
     void escapeInTheBoxOfAToolLeavesTheTool()
     {
         LiveServer server;
-        ConsoleFixture desk(server);
-        auto* const window = desk.open<LiveMap>("map");
+        ConsoleFixture fixture(server);
+        auto* const window = fixture.open<LiveMap>("map");
         QVERIFY(isFilled(*window));
         XY2DGraphWidget& plot = *window->getGraphWidget();
         plot.SetRoiEnabled(true);
@@ -516,8 +517,8 @@ private Q_SLOTS:
     void escapeStillClosesADialog()
     {
         LiveServer server;
-        ConsoleFixture desk(server);
-        const QPointer<QWidget> window = desk.find("histograms");
+        ConsoleFixture fixture(server);
+        const QPointer<QWidget> window = fixture.find("histograms");
         QTest::keyClick(window, Qt::Key_Escape);
         TRY_VERIFY(window.isNull() || !window->isVisible());
     }
@@ -527,8 +528,8 @@ private Q_SLOTS:
     void aFilteredMapHasItsOwnTitle()
     {
         LiveServer server;
-        ConsoleFixture desk(server);
-        auto* const window = desk.open<LiveMap>("map");
+        ConsoleFixture fixture(server);
+        auto* const window = fixture.open<LiveMap>("map");
         QVERIFY(isFilled(*window));
         window->onFilter(); // the filter's dialog finds the slot by its name
         auto* const dialog = window->findChild<Graph2DFilterDialog*>();
@@ -564,9 +565,9 @@ private Q_SLOTS:
         server.answer("hists",
             { Step::text("OK:\ntime: kind=1d rows=8 bins=1024 min=0 max=40000 label=Time unit=us\n"
                          "image: kind=2d binsx=256 minx=0 maxx=256 binsy=256 miny=0 maxy=256\n") });
-        ConsoleFixture desk(server);
-        TRY_VERIFY(desk.window->histograms().find(QStringLiteral("image")));
-        auto* const chooser = desk.open<HistogramChooser>("histograms");
+        ConsoleFixture fixture(server);
+        TRY_VERIFY(fixture.window->histograms().find(QStringLiteral("image")));
+        auto* const chooser = fixture.open<HistogramChooser>("histograms");
         TRY_COMPARE(chooser->count(), 2);
         chooser->setChecked(0, true);
         chooser->setChecked(1, true);
@@ -579,10 +580,10 @@ private Q_SLOTS:
             }
             return tools;
         };
-        const QStringList tools = toolsOf(*desk.find(id.constData()));
+        const QStringList tools = toolsOf(*fixture.find(id.constData()));
         QStringList others;
         TRY_VERIFY([&] {
-            for (const QWidget* const window : desk.window->windows().all()) {
+            for (const QWidget* const window : fixture.window->windows().all()) {
                 if (window->windowTitle() == other)
                     others = toolsOf(*window);
             }

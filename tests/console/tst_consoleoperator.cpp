@@ -48,8 +48,8 @@ Row cells(QTableWidget* table, int row)
 /// The window for module commands, in a connected console.
 struct Modules {
     explicit Modules(const ScriptedServer& server)
-        : desk(server)
-        , window(&desk.opened<ModulesWindow>("modules"))
+        : fixture(server)
+        , window(&fixture.opened<ModulesWindow>("modules"))
     {
     }
     void aim(ModulesWindow::Target target, const QString& modules, const QString& command) const
@@ -71,7 +71,7 @@ struct Modules {
     QString state() const { return part<QLabel>(*window, "stateLabel").text(); }
     Row row(int number) const { return cells(window->table(), number); }
 
-    ConsoleFixture desk;
+    ConsoleFixture fixture;
     ModulesWindow* window;
 };
 
@@ -148,8 +148,8 @@ private Q_SLOTS:
     {
         ScriptedServer server;
         server.answer("stat", { Step::text("OK:\nevents: 12\nstate: RUNNING\n") });
-        ConsoleFixture desk(server);
-        auto* const window = desk.open<NameValueListDialog>("stat-snapshot");
+        ConsoleFixture fixture(server);
+        auto* const window = fixture.open<NameValueListDialog>("stat-snapshot");
         QVERIFY(window);
         TRY_COMPARE(window->table()->rowCount(), 2);
         server.answer("stat", { Step::text("OK:\nevents: 20\nstate: RUNNING\n") });
@@ -174,8 +174,8 @@ private Q_SLOTS:
     {
         ScriptedServer server;
         server.answer("setting", { Step::text("OK:\nrate: 12\n") });
-        ConsoleFixture desk(server);
-        auto* const window = desk.open<NameValueListDialog>("setting-snapshot");
+        ConsoleFixture fixture(server);
+        auto* const window = fixture.open<NameValueListDialog>("setting-snapshot");
         TRY_COMPARE(window->table()->rowCount(), 1);
         server.answer("setting", { Step::text("NG:not now\n") });
         press(part<QPushButton>(*window, "refreshButton"));
@@ -352,8 +352,8 @@ private Q_SLOTS:
     {
         ScriptedServer server;
         server.answer("stat", { Step::text("OK:\nrate: 400\n") });
-        ConsoleFixture desk(server);
-        auto* const window = desk.open<RateWindow>("rate");
+        ConsoleFixture fixture(server);
+        auto* const window = fixture.open<RateWindow>("rate");
         QVERIFY(window);
         TRY_COMPARE(window->count(), 1);
         server.answer("stat", { Step::text("OK:\nrate: 600\n") });
@@ -374,8 +374,8 @@ private Q_SLOTS:
         struct Plot : VectorGraphWidget {
             static QString titleOf(const VectorGraphWidget& plot) { return plot.*(&Plot::m_title); }
         };
-        ConsoleFixture desk;
-        const RateWindow window(desk.window->controller(), desk.window->stateWatch(), nullptr);
+        ConsoleFixture fixture;
+        const RateWindow window(fixture.window->controller(), fixture.window->stateWatch(), nullptr);
         const auto* const plot = window.findChild<VectorGraphWidget*>();
         QCOMPARE(Plot::titleOf(*plot), QStringLiteral("Event Rate"));
         setLanguage(QStringLiteral("de"));
@@ -386,8 +386,8 @@ private Q_SLOTS:
     {
         ScriptedServer server;
         server.answer("stat", { Step::text("OK:\nevents: 4\n") });
-        ConsoleFixture desk(server);
-        auto* const window = desk.open<RateWindow>("rate");
+        ConsoleFixture fixture(server);
+        auto* const window = fixture.open<RateWindow>("rate");
         TRY_VERIFY(part<QLabel>(*window, "infoLabel").text().contains(u"reports no rate"));
     }
 
@@ -395,13 +395,13 @@ private Q_SLOTS:
     {
         ScriptedServer server;
         server.answer("stat", { Step::text("OK:\nrate: 400\n") });
-        ConsoleFixture desk(server);
-        auto* const window = desk.open<RateWindow>("rate");
+        ConsoleFixture fixture(server);
+        auto* const window = fixture.open<RateWindow>("rate");
         TRY_COMPARE(window->count(), 1);
-        desk.window->controller().stop();
+        fixture.window->controller().stop();
         TRY_VERIFY(part<QLabel>(*window, "infoLabel").text().contains(u"continues when"));
         const qsizetype before = window->count();
-        desk.use(server);
+        fixture.use(server);
         TRY_VERIFY(window->count() > before);
     }
 };

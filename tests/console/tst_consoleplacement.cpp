@@ -39,14 +39,14 @@ public:
 struct PlacementConsole {
     PlacementConsole()
     {
-        desk.use(server);
-        if (!desk.reaches(ServerState::Up) || !isListed(desk, "image"))
+        fixture.use(server);
+        if (!fixture.reaches(ServerState::Up) || !isListed(fixture, "image"))
             qFatal("no server");
     }
-    QRect screen() const { return desk.window->screen()->availableGeometry(); }
+    QRect screen() const { return fixture.window->screen()->availableGeometry(); }
 
     MapServer server;
-    ConsoleFixture desk;
+    ConsoleFixture fixture;
 };
 
 } // namespace
@@ -111,13 +111,13 @@ private Q_SLOTS:
     void windowsAreIndependentOfTheConsole()
     {
         PlacementConsole console;
-        QWidget* const window = console.desk.find("curves");
+        QWidget* const window = console.fixture.find("curves");
         QVERIFY(window);
         QVERIFY(window->isVisible());
         QVERIFY(window->windowHandle());
         QVERIFY(!window->windowHandle()->transientParent());
         QCOMPARE(window->windowType(), Qt::Window);
-        console.desk.window->showMinimized();
+        console.fixture.window->showMinimized();
         QVERIFY(window->isVisible());
     }
 
@@ -126,7 +126,7 @@ private Q_SLOTS:
         PlacementConsole console;
         QList<QPoint> corners;
         for (const char* const id : { "curves", "map", "statistics", "rate" }) {
-            QWidget* const window = console.desk.find(id);
+            QWidget* const window = console.fixture.find(id);
             QVERIFY(window);
             QVERIFY2(console.screen().contains(window->frameGeometry().topLeft()), id);
             QVERIFY2(!corners.contains(window->pos()), id);
@@ -139,7 +139,7 @@ private Q_SLOTS:
         PlacementConsole console;
         const QSize most = console.screen().size() * 3 / 5;
         for (const char* const id : { "curves", "map" }) {
-            const QWidget* const window = console.desk.find(id);
+            const QWidget* const window = console.fixture.find(id);
             QVERIFY(window);
             const QFontMetrics metrics = window->fontMetrics();
             const int slack = 2 * metrics.height(); // what frames take of the screen
@@ -152,14 +152,14 @@ private Q_SLOTS:
     void windowsComeBackAtTheirPlaces()
     {
         PlacementConsole console;
-        QWidget* const window = console.desk.find("statistics");
+        QWidget* const window = console.fixture.find("statistics");
         QVERIFY(window);
         const QRect place(console.screen().topLeft() + QPoint(40, 60), window->size() + QSize(17, 11));
         window->setGeometry(place);
-        QSettings& store = console.desk.store;
-        console.desk.window->leave();
-        QVERIFY(console.desk.reaches(ServerState::Off));
-        TRY_VERIFY(!console.desk.window->isVisible());
+        QSettings& store = console.fixture.store;
+        console.fixture.window->leave();
+        QVERIFY(console.fixture.reaches(ServerState::Off));
+        TRY_VERIFY(!console.fixture.window->isVisible());
 
         MainWindow next(store);
         next.stateWatch().setInterval(0);
@@ -177,7 +177,7 @@ private Q_SLOTS:
     void boxesOfAMaximizedMapAreInItsPane()
     {
         PlacementConsole console;
-        auto* const map = console.desk.open<Graph2DDialog>("map");
+        auto* const map = console.fixture.open<Graph2DDialog>("map");
         QVERIFY(map);
         map->setGeometry(console.screen());
         XY2DGraphWidget& plot = *map->getGraphWidget();
@@ -203,7 +203,7 @@ private Q_SLOTS:
     void boxesWithRoomAroundTheWindowStayThere()
     {
         PlacementConsole console;
-        auto* const curves = console.desk.open<Graph1DDialog>("curves");
+        auto* const curves = console.fixture.open<Graph1DDialog>("curves");
         QVERIFY(curves);
         auto& plot = *curves->getGraphWidget();
         TRY_VERIFY(plot.hasData());
@@ -220,10 +220,10 @@ private Q_SLOTS:
     {
         PlacementConsole console;
         for (const char* const id : { "curves", "map", "statistics", "rate" })
-            QVERIFY(console.desk.find(id));
-        console.desk.window->windows().tile();
+            QVERIFY(console.fixture.find(id));
+        console.fixture.window->windows().tile();
         const auto plots = [&] {
-            const QList<QWidget*> windows = console.desk.window->windows().all();
+            const QList<QWidget*> windows = console.fixture.window->windows().all();
             return std::all_of(windows.begin(), windows.end(), [&](const QWidget* window) {
                 const auto* const plot = window->findChild<XYGraphWidget*>();
                 return !plot || plot->height() >= 100;
@@ -234,11 +234,11 @@ private Q_SLOTS:
 
     void theConsoleFitsOnASmallScreen()
     {
-        const ConsoleFixture desk; // the screen of this platform has 800 x 600 pixels
-        const QSize size = desk.window->size();
-        const QSize screen = desk.window->screen()->availableSize();
+        const ConsoleFixture fixture; // the screen of this platform has 800 x 600 pixels
+        const QSize size = fixture.window->size();
+        const QSize screen = fixture.window->screen()->availableSize();
         QVERIFY(size.width() <= screen.width() && size.height() <= screen.height());
-        const QSize least = desk.window->minimumSizeHint();
+        const QSize least = fixture.window->minimumSizeHint();
         QVERIFY2(least.width() <= screen.width() && least.height() <= screen.height(),
             qPrintable(QStringLiteral("%1 x %2").arg(least.width()).arg(least.height())));
     }

@@ -122,7 +122,7 @@ private Q_SLOTS:
     void aPlotIsMovedAndZoomedByKeys()
     {
         FullConsoleFixture full;
-        auto* const window = full.desk.open<Graph1DDialog>("curves");
+        auto* const window = full.fixture.open<Graph1DDialog>("curves");
         auto& plot = *window->getGraphWidget();
         TRY_VERIFY(plot.hasData());
         takeKeyboard(plot);
@@ -161,7 +161,7 @@ private Q_SLOTS:
             plot.getMinMaxY(ends.first, ends.second);
             return ends;
         };
-        auto& curves = *full.desk.open<Graph1DDialog>("curves")->getGraphWidget();
+        auto& curves = *full.fixture.open<Graph1DDialog>("curves")->getGraphWidget();
         TRY_VERIFY(curves.hasData());
         takeKeyboard(curves);
         const auto whole = rangeOf(curves);
@@ -171,7 +171,7 @@ private Q_SLOTS:
         QTest::keyClick(&curves, Qt::Key_PageDown);
         QVERIFY(std::abs(rangeOf(curves).second - whole.second) < 1e-6 * whole.second);
 
-        auto& map = *full.desk.open<Graph2DDialog>("map")->getGraphWidget();
+        auto& map = *full.fixture.open<Graph2DDialog>("map")->getGraphWidget();
         TRY_VERIFY(map.getMaxValue() > 0.0);
         takeKeyboard(map);
         const auto all = rangeOf(map);
@@ -199,7 +199,7 @@ private Q_SLOTS:
         QFETCH(QString, value);
         QFETCH(int, end);
         FullConsoleFixture full;
-        auto& plot = *full.desk.open<Graph1DDialog>("curves")->getGraphWidget();
+        auto& plot = *full.fixture.open<Graph1DDialog>("curves")->getGraphWidget();
         TRY_VERIFY(plot.hasData());
         plot.grab(); // the labels are where they were painted
         takeKeyboard(plot);
@@ -219,7 +219,7 @@ private Q_SLOTS:
     void escapeLeavesAnEditorAndNotTheWindow()
     {
         FullConsoleFixture full;
-        auto* const window = full.desk.open<Graph1DDialog>("curves");
+        auto* const window = full.fixture.open<Graph1DDialog>("curves");
         auto& plot = *window->getGraphWidget();
         TRY_VERIFY(plot.hasData());
         plot.grab();
@@ -235,7 +235,7 @@ private Q_SLOTS:
     void showsWhyAnAxisEndCannotBeEditedDuringAMouseTool()
     {
         FullConsoleFixture full;
-        auto& plot = *full.desk.open<Graph1DDialog>("curves")->getGraphWidget();
+        auto& plot = *full.fixture.open<Graph1DDialog>("curves")->getGraphWidget();
         TRY_VERIFY(plot.hasData());
         plot.grab();
         plot.SetEnableSelectXRange(true);
@@ -247,7 +247,7 @@ private Q_SLOTS:
     void theColoursAreChosenByKeys()
     {
         FullConsoleFixture full;
-        auto& map = *full.desk.open<Graph2DDialog>("map")->getGraphWidget();
+        auto& map = *full.fixture.open<Graph2DDialog>("map")->getGraphWidget();
         const QColor before = XY2DGraphWidget::colMax;
         takeKeyboard(map);
         MenuHand hand(QStringLiteral("Pattern - YellowHot"));
@@ -260,7 +260,7 @@ private Q_SLOTS:
     void theLimitsOfTheColoursAreEditedByKeys()
     {
         FullConsoleFixture full;
-        auto& map = *full.desk.open<Graph2DDialog>("map")->getGraphWidget();
+        auto& map = *full.fixture.open<Graph2DDialog>("map")->getGraphWidget();
         TRY_VERIFY(map.getMaxValue() > 0.0);
         auto* const bar = map.findChild<ColorBarWidget*>();
         bar->grab();
@@ -290,7 +290,7 @@ private Q_SLOTS:
     void aRegionIsAddedByKeys()
     {
         FullConsoleFixture full;
-        auto& map = *full.desk.open<Graph2DDialog>("map")->getGraphWidget();
+        auto& map = *full.fixture.open<Graph2DDialog>("map")->getGraphWidget();
         map.onAutoScaleX(false);
         map.onAutoScaleY(false);
         map.setMinMaxX(100, 200);
@@ -305,7 +305,7 @@ private Q_SLOTS:
     void theBoxesBesideAPlotAreReachedByF6()
     {
         FullConsoleFixture full;
-        auto* const window = full.desk.open<Graph1DDialog>("curves");
+        auto* const window = full.fixture.open<Graph1DDialog>("curves");
         auto& plot = *window->getGraphWidget();
         TRY_VERIFY(plot.hasData());
         takeKeyboard(plot);
@@ -326,7 +326,7 @@ private Q_SLOTS:
     {
         FullConsoleFixture full;
         for (const char* const id : { "curves", "map" }) {
-            QWidget* const window = full.desk.find(id);
+            QWidget* const window = full.fixture.find(id);
             auto* const plot = window->findChild<XYGraphWidget*>();
             QContextMenuEvent event(QContextMenuEvent::Keyboard, QPoint(), plot->mapToGlobal(QPoint()));
             QApplication::sendEvent(plot, &event);

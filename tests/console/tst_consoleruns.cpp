@@ -29,8 +29,8 @@ public:
 };
 
 struct OpenRuns {
-    explicit OpenRuns(ConsoleFixture& desk)
-        : window(&desk.opened<RunsWindow>("runs"))
+    explicit OpenRuns(ConsoleFixture& fixture)
+        : window(&fixture.opened<RunsWindow>("runs"))
     {
     }
     template <typename Object> Object& widget(const char* name) const { return part<Object>(*window, name); }
@@ -86,8 +86,8 @@ private Q_SLOTS:
     void runsStandByPrefixRunAndDate()
     {
         Archive server;
-        ConsoleFixture desk(server);
-        const OpenRuns runs(desk);
+        ConsoleFixture fixture(server);
+        const OpenRuns runs(fixture);
         QVERIFY(runs.lists(4));
         QCOMPARE(runs.names(),
             (QStringList {
@@ -117,8 +117,8 @@ private Q_SLOTS:
         QFETCH(QString, first);
         QFETCH(QString, last);
         Archive server;
-        ConsoleFixture desk(server);
-        const OpenRuns runs(desk);
+        ConsoleFixture fixture(server);
+        const OpenRuns runs(fixture);
         QVERIFY(runs.lists(4));
         runs.sortBy(column);
         QCOMPARE(runs.names().constFirst(), first);
@@ -130,8 +130,8 @@ private Q_SLOTS:
     void prefixAndPartFilter()
     {
         Archive server;
-        ConsoleFixture desk(server);
-        const OpenRuns runs(desk);
+        ConsoleFixture fixture(server);
+        const OpenRuns runs(fixture);
         QVERIFY(runs.lists(4));
         auto& prefixes = runs.widget<QComboBox>("prefixCombo");
         QCOMPARE(prefixes.count(), 3);
@@ -152,8 +152,8 @@ private Q_SLOTS:
     void anotherFolderIsTyped()
     {
         Archive server;
-        ConsoleFixture desk(server);
-        const OpenRuns runs(desk);
+        ConsoleFixture fixture(server);
+        const OpenRuns runs(fixture);
         QVERIFY(runs.lists(4));
         runs.goTo(QStringLiteral("/other \"x\""));
         QVERIFY(runs.lists(1));
@@ -168,27 +168,27 @@ private Q_SLOTS:
     void insertsAChosenRunIntoTheCommandLine()
     {
         Archive server;
-        ConsoleFixture desk(server);
-        const OpenRuns runs(desk);
+        ConsoleFixture fixture(server);
+        const OpenRuns runs(fixture);
         QVERIFY(runs.lists(4));
         auto& button = runs.widget<QPushButton>("insertButton");
         QVERIFY(!button.isEnabled());
         runs.widget<QTableView>("table").selectRow(1);
         press(button);
-        QCOMPARE(desk.edit().text(), "\"/data/beam000009_20260103\"");
+        QCOMPARE(fixture.edit().text(), "\"/data/beam000009_20260103\"");
     }
 
     void aLostServerLeavesTheRunsOnShow()
     {
         Archive server;
-        ConsoleFixture desk(server);
-        const OpenRuns runs(desk);
+        ConsoleFixture fixture(server);
+        const OpenRuns runs(fixture);
         QVERIFY(runs.lists(4));
         server.answer("pwd", { Step::drop() });
         press(runs.widget<QPushButton>("refreshButton"));
         QVERIFY(runs.says(QStringLiteral("No reply")));
-        desk.choose("shutDownAction");
-        QVERIFY(desk.reaches(ServerState::Off));
+        fixture.choose("shutDownAction");
+        QVERIFY(fixture.reaches(ServerState::Off));
         QVERIFY(!runs.widget<QPushButton>("refreshButton").isEnabled());
         QCOMPARE(runs.names().size(), 4);
     }
@@ -200,8 +200,8 @@ private Q_SLOTS:
             many += "run" + QByteArray::number(i).rightJustified(6, '0') + "_20260101/\n";
         Archive server;
         server.answer("ls-F \"/data\"", { Step::text(many) });
-        ConsoleFixture desk(server);
-        const OpenRuns runs(desk);
+        ConsoleFixture fixture(server);
+        const OpenRuns runs(fixture);
         QVERIFY(runs.lists(10000));
         runs.sortBy(RunTable::Run, Qt::DescendingOrder);
         QCOMPARE(runs.names().constFirst(), "run009999_20260101");

@@ -179,8 +179,8 @@ private Q_SLOTS:
         QFETCH(QString, entry);
         const bool isPrint = !entry.isEmpty();
         const QString suffix = isPrint ? ".pdf" : ".csv";
-        SavingConsole desk;
-        QWidget* const window = desk.filled(id.constData());
+        SavingConsole fixture;
+        QWidget* const window = fixture.filled(id.constData());
         const auto save = [&](SavePlace& place) {
             QList<ModalWatchdog::Answer> answers { isPrint ? print(place.path()) : saveTo(place) };
             if (QFileInfo::exists(place.path()))
@@ -193,7 +193,7 @@ private Q_SLOTS:
             SavePlace place(SaveTrouble::None, suffix);
             QVERIFY(save(place));
             QVERIFY(!SavingConsole::boxOn(*window));
-            QVERIFY(desk.record().contains(QStringLiteral("Saved as %1.").arg(place.path())));
+            QVERIFY(fixture.record().contains(QStringLiteral("Saved as %1.").arg(place.path())));
             QVERIFY(place.content() != "old");
             QVERIFY(!place.content().isEmpty());
         }
@@ -208,7 +208,7 @@ private Q_SLOTS:
             QVERIFY2(box, cause);
             QVERIFY2(box->text().contains(QLatin1String(cause)), qPrintable(box->text()));
             QVERIFY(box->text().contains(place.path()));
-            QVERIFY(desk.record().contains(box->text()));
+            QVERIFY(fixture.record().contains(box->text()));
             QVERIFY2(place.isUntouched(), cause);
             delete box;
         }
@@ -228,8 +228,8 @@ private Q_SLOTS:
     {
         QFETCH(QByteArray, id);
         QFETCH(QString, suffix);
-        SavingConsole desk;
-        QWidget* const window = desk.filled(id.constData());
+        SavingConsole fixture;
+        QWidget* const window = fixture.filled(id.constData());
         for (const SaveTrouble trouble : { SaveTrouble::None, SaveTrouble::FullDevice, SaveTrouble::FullDisk,
                  SaveTrouble::ReadOnlyFolder, SaveTrouble::VanishedFolder, SaveTrouble::SlashInName }) {
             SavePlace place(trouble, u'.' + suffix);
@@ -245,7 +245,7 @@ private Q_SLOTS:
             QVERIFY(watchdog.isContent());
             if (trouble == SaveTrouble::None) {
                 QVERIFY(!dialog.isVisible());
-                QVERIFY(desk.record().contains(QStringLiteral("Saved as %1.").arg(place.path())));
+                QVERIFY(fixture.record().contains(QStringLiteral("Saved as %1.").arg(place.path())));
                 QVERIFY(!place.content().isEmpty() && place.content() != "old");
             } else {
                 const auto* const problem = dialog.findChild<QLabel*>(QStringLiteral("exportProblemLabel"));
@@ -261,8 +261,8 @@ private Q_SLOTS:
     void anExportStatesWhereItsValuesComeFrom()
     {
         const QTemporaryDir folder;
-        SavingConsole desk;
-        QWidget* const window = desk.filled("curves");
+        SavingConsole fixture;
+        QWidget* const window = fixture.filled("curves");
         const QDateTime before = window->property("dataTime").toDateTime();
         QVERIFY(before.isValid());
         tarnis::ExportDialog& dialog = SavingConsole::exportOf(*window, QStringLiteral("Save CSV..."));
@@ -270,7 +270,7 @@ private Q_SLOTS:
         dialog.accept();
         const tarnis::Dataset data = tarnis::readDataset(folder.filePath("a.csv")).data;
         QCOMPARE(data.title, QStringLiteral("time"));
-        QVERIFY2(data.source.contains(QString::number(desk.server.port())), qPrintable(data.source));
+        QVERIFY2(data.source.contains(QString::number(fixture.server.port())), qPrintable(data.source));
         QVERIFY(data.time >= before.addMSecs(-1));
         QVERIFY(data.time <= QDateTime::currentDateTime());
     }
@@ -279,13 +279,13 @@ private Q_SLOTS:
     {
         const QTemporaryDir folder;
         const QString elsewhere = QDir::tempPath() + "/elsewhere";
-        SavingConsole desk;
-        tarnis::ExportDialog& dialog = SavingConsole::exportOf(*desk.filled("curves"));
+        SavingConsole fixture;
+        tarnis::ExportDialog& dialog = SavingConsole::exportOf(*fixture.filled("curves"));
         dialog.setPath(folder.filePath("a.png"));
         dialog.accept();
         setSaveFilePath(elsewhere); // another program's
-        desk.window = nullptr;
-        desk.window = std::make_unique<MainWindow>(desk.store);
+        fixture.window = nullptr;
+        fixture.window = std::make_unique<MainWindow>(fixture.store);
         QCOMPARE(QDir(getSaveDir()).path(), folder.path());
     }
 
@@ -297,8 +297,8 @@ private Q_SLOTS:
     {
         QFETCH(SaveTrouble, trouble);
         QFETCH(QString, cause);
-        SavingConsole desk;
-        desk.window->commandPanel().addMessage(QString(9000, u'x')); // more than fits on the disk
+        SavingConsole fixture;
+        fixture.window->commandPanel().addMessage(QString(9000, u'x')); // more than fits on the disk
         SavePlace place(trouble, ".txt");
         if (!place.isThere())
             QSKIP("only root may mount the small disk of this case");
@@ -306,17 +306,17 @@ private Q_SLOTS:
         if (QFileInfo::exists(place.path()))
             answers.append(agree);
         const ModalWatchdog watchdog(answers);
-        desk.choose("saveRecordAction");
+        fixture.choose("saveRecordAction");
         const bool isGood = trouble == SaveTrouble::None;
         const QString said = isGood ? QStringLiteral("Saved as") : QStringLiteral("was not saved");
-        QVERIFY(desk.shows(said));
+        QVERIFY(fixture.shows(said));
         QVERIFY(watchdog.isContent());
-        QCOMPARE(desk.widget<AlertBar>("alertBar").isVisible(), true);
+        QCOMPARE(fixture.widget<AlertBar>("alertBar").isVisible(), true);
         if (isGood) {
             QVERIFY(place.content().contains(QByteArray(9000, 'x')));
             return;
         }
-        QVERIFY2(desk.record().contains(cause), qPrintable(desk.record()));
+        QVERIFY2(fixture.record().contains(cause), qPrintable(fixture.record()));
         QVERIFY(place.isUntouched());
     }
 
@@ -348,8 +348,8 @@ private Q_SLOTS:
         QFETCH(QString, entry);
         QFETCH(QString, start);
         QFETCH(QString, suffix);
-        SavingConsole desk;
-        QWidget* const window = desk.filled(id.constData());
+        SavingConsole fixture;
+        QWidget* const window = fixture.filled(id.constData());
         QString name;
         if (entry.isEmpty()) {
             const ModalWatchdog watchdog({ [&](QWidget& chooser) {
@@ -368,7 +368,7 @@ private Q_SLOTS:
         }
         const QRegularExpression expected(QStringLiteral("^%1_\\d{8}-\\d{6}\\.%2$").arg(start, suffix));
         QVERIFY2(expected.match(name).hasMatch(), qPrintable(name));
-        QVERIFY(!desk.record().contains(QStringLiteral("aved")));
+        QVERIFY(!fixture.record().contains(QStringLiteral("aved")));
     }
 
     void theSuffixIsAdded_data()
@@ -389,20 +389,20 @@ private Q_SLOTS:
         QFETCH(QString, typed);
         QFETCH(QString, written);
         const QTemporaryDir folder;
-        SavingConsole desk;
-        tarnis::ExportDialog& dialog = SavingConsole::exportOf(*desk.filled("curves"));
+        SavingConsole fixture;
+        tarnis::ExportDialog& dialog = SavingConsole::exportOf(*fixture.filled("curves"));
         dialog.findChild<QLineEdit*>(QStringLiteral("exportPathEdit"))->setText(folder.filePath(typed));
         dialog.accept();
         QCOMPARE(QDir(folder.path()).entryList(QDir::Files), QStringList { written });
         QVERIFY(QFileInfo(folder.filePath(written)).size() > 0);
-        QVERIFY(desk.record().contains(QStringLiteral("Saved as %1.").arg(folder.filePath(written))));
+        QVERIFY(fixture.record().contains(QStringLiteral("Saved as %1.").arg(folder.filePath(written))));
     }
 
     void asksBeforeReplacingAFileWithTheAddedSuffix()
     {
         SavePlace place(SaveTrouble::None, ".12.png");
-        SavingConsole desk;
-        tarnis::ExportDialog& dialog = SavingConsole::exportOf(*desk.filled("curves"));
+        SavingConsole fixture;
+        tarnis::ExportDialog& dialog = SavingConsole::exportOf(*fixture.filled("curves"));
         dialog.setPath(place.path().chopped(4));
         bool isAsked = false;
         const ModalWatchdog watchdog({ [&](QWidget& window) {
@@ -418,7 +418,7 @@ private Q_SLOTS:
 
     void anotherFilterChangesTheSuffixOfTheName()
     {
-        SavingConsole desk;
+        SavingConsole fixture;
         QString csv;
         QString txt;
         const ModalWatchdog watchdog({ [&](QWidget& window) {
@@ -429,7 +429,7 @@ private Q_SLOTS:
             txt = nameIn(dialog);
             dialog.reject();
         } });
-        SavingConsole::save(*desk.filled("statistics"), QString());
+        SavingConsole::save(*fixture.filled("statistics"), QString());
         QVERIFY(watchdog.isContent());
         QVERIFY(csv.endsWith(QStringLiteral(".csv")));
         QCOMPARE(txt, csv.chopped(3) + QStringLiteral("txt"));

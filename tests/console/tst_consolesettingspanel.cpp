@@ -60,14 +60,14 @@ private Q_SLOTS:
         ScriptedServer server;
         server.answerInTurn(
             "setting", { told("rate: 10\nseed: 1\n"), told("rate: 10\nseed: 2\n"), told("rate: 20\nseed: 2\n") });
-        SettingsConsole desk;
-        desk.use(server);
-        QVERIFY(desk.hasRead(server, 1));
-        TRY_COMPARE(desk.here("seed"), QStringLiteral("1"));
-        QVERIFY(desk.edit("rate", "20"));
-        QVERIFY(desk.pressed("downloadButton"));
-        QCOMPARE(desk.here("seed"), QStringLiteral("2"));
-        TRY_VERIFY(desk.model().changedNames().isEmpty());
+        SettingsConsole fixture;
+        fixture.use(server);
+        QVERIFY(fixture.hasRead(server, 1));
+        TRY_COMPARE(fixture.here("seed"), QStringLiteral("1"));
+        QVERIFY(fixture.edit("rate", "20"));
+        QVERIFY(fixture.pressed("downloadButton"));
+        QCOMPARE(fixture.here("seed"), QStringLiteral("2"));
+        TRY_VERIFY(fixture.model().changedNames().isEmpty());
         bool isSent = false;
         for (const QByteArray& request : server.requests()) {
             QVERIFY2(!request.contains("seed:1"), request.constData());
@@ -87,17 +87,17 @@ private Q_SLOTS:
         QFETCH(QByteArray, button);
         ScriptedServer server;
         server.answer("setting", told("rate: 10\nbasepath: /data\n"));
-        SettingsConsole desk;
-        desk.use(server);
-        QVERIFY(desk.hasRead(server, 1));
-        const auto& path = desk.widget<QLineEdit>("pathEdit");
+        SettingsConsole fixture;
+        fixture.use(server);
+        QVERIFY(fixture.hasRead(server, 1));
+        const auto& path = fixture.widget<QLineEdit>("pathEdit");
         TRY_COMPARE(path.text(), QStringLiteral("/data"));
-        QVERIFY(desk.edit("rate", "20"));
-        auto& pressed = desk.widget<QPushButton>(button.constData());
+        QVERIFY(fixture.edit("rate", "20"));
+        auto& pressed = fixture.widget<QPushButton>(button.constData());
         pressed.setFocus();
-        QVERIFY(desk.pressed(button.constData()));
+        QVERIFY(fixture.pressed(button.constData()));
         QVERIFY(!path.hasSelectedText());
-        TRY_COMPARE(desk.window->focusWidget(), &pressed);
+        TRY_COMPARE(fixture.window->focusWidget(), &pressed);
         QCOMPARE(path.text(), QStringLiteral("/data"));
     }
 
@@ -106,33 +106,33 @@ private Q_SLOTS:
         ScriptedServer server;
         server.answerInTurn("setting",
             { told("rate: 10\n"), { Step::hold("reading"), Step::text("OK:\nrate: 10\n") }, told("rate: 10\n") });
-        SettingsConsole desk;
-        desk.use(server);
-        QVERIFY(desk.hasRead(server, 1));
-        TRY_COMPARE(desk.here("rate"), QStringLiteral("10"));
-        QVERIFY(desk.edit("rate", "20"));
-        auto& button = desk.widget<QPushButton>("downloadButton");
+        SettingsConsole fixture;
+        fixture.use(server);
+        QVERIFY(fixture.hasRead(server, 1));
+        TRY_COMPARE(fixture.here("rate"), QStringLiteral("10"));
+        QVERIFY(fixture.edit("rate", "20"));
+        auto& button = fixture.widget<QPushButton>("downloadButton");
         TRY_VERIFY(button.isEnabled());
         button.setFocus();
-        desk.press("downloadButton");
+        fixture.press("downloadButton");
         QVERIFY(server.waitForHold("reading"));
         QVERIFY(!button.isEnabled());
-        QVERIFY(!desk.window->focusWidget()); // key presses have no effect
-        desk.edit("rate", "11");
-        desk.ConsoleFixture::edit().setFocus();
+        QVERIFY(!fixture.window->focusWidget()); // key presses have no effect
+        fixture.edit("rate", "11");
+        fixture.ConsoleFixture::edit().setFocus();
         server.open("reading");
         TRY_VERIFY(button.isEnabled());
-        QCOMPARE(desk.window->focusWidget(), &desk.ConsoleFixture::edit());
+        QCOMPARE(fixture.window->focusWidget(), &fixture.ConsoleFixture::edit());
     }
 
     void aServerThatDoesNotTellItsSettingsGetsThemAllTheSame()
     {
         ScriptedServer server;
         server.answer("setting", { Step::text("NG:it is a secret\n") });
-        SettingsConsole desk(server);
-        TRY_VERIFY(desk.settingsState().contains(QStringLiteral("secret")));
-        QVERIFY(desk.model().add("rate", "20"));
-        QVERIFY(desk.pressed("downloadButton"));
+        SettingsConsole fixture(server);
+        TRY_VERIFY(fixture.settingsState().contains(QStringLiteral("secret")));
+        QVERIFY(fixture.model().add("rate", "20"));
+        QVERIFY(fixture.pressed("downloadButton"));
         QVERIFY(server.waitForRequest("setting rate:20 "));
     }
 
@@ -140,15 +140,15 @@ private Q_SLOTS:
     {
         ScriptedServer server;
         server.answerInTurn("setting", { told("rate: 10\n"), { Step::hold("gate"), Step::text("OK:\nrate: 10\n") } });
-        SettingsConsole desk;
-        desk.use(server);
-        QVERIFY(desk.hasRead(server, 1));
-        desk.press("saveButton");
+        SettingsConsole fixture;
+        fixture.use(server);
+        QVERIFY(fixture.hasRead(server, 1));
+        fixture.press("saveButton");
         QVERIFY(server.waitForHold("gate"));
-        QVERIFY(!desk.widget<QPushButton>("saveButton").isEnabled());
-        QVERIFY(!desk.widget<QPushButton>("saveButton").toolTip().isEmpty());
+        QVERIFY(!fixture.widget<QPushButton>("saveButton").isEnabled());
+        QVERIFY(!fixture.widget<QPushButton>("saveButton").toolTip().isEmpty());
         server.open("gate");
-        TRY_VERIFY(desk.widget<QPushButton>("saveButton").isEnabled());
+        TRY_VERIFY(fixture.widget<QPushButton>("saveButton").isEnabled());
         QCOMPARE(server.requests().count("setting rate:10 "), 1);
     }
 
@@ -157,19 +157,19 @@ private Q_SLOTS:
         ScriptedServer server;
         server.answer("setting", told("rate: 10\n"));
         server.answer("setting rate:0 ", { Step::text("NG:rate is too small\n") });
-        SettingsConsole desk;
-        desk.use(server);
-        QVERIFY(desk.hasRead(server, 1));
-        TRY_COMPARE(desk.model().rowCount(), 1);
-        QVERIFY(desk.edit("rate", "0"));
-        QVERIFY(desk.pressed("downloadButton"));
-        TRY_VERIFY(desk.settingsState().contains(QStringLiteral("rate is too small")));
-        QVERIFY(!desk.record().contains(QStringLiteral("too small")));
-        QVERIFY(desk.alert().text.isEmpty());
+        SettingsConsole fixture;
+        fixture.use(server);
+        QVERIFY(fixture.hasRead(server, 1));
+        TRY_COMPARE(fixture.model().rowCount(), 1);
+        QVERIFY(fixture.edit("rate", "0"));
+        QVERIFY(fixture.pressed("downloadButton"));
+        TRY_VERIFY(fixture.settingsState().contains(QStringLiteral("rate is too small")));
+        QVERIFY(!fixture.record().contains(QStringLiteral("too small")));
+        QVERIFY(fixture.alert().text.isEmpty());
         const auto readings = server.requests().count("setting");
-        desk.press("readButton");
+        fixture.press("readButton");
         TRY_VERIFY(server.requests().count("setting") > readings);
-        TRY_VERIFY(desk.settingsState().startsWith(QStringLiteral("1 changed")));
+        TRY_VERIFY(fixture.settingsState().startsWith(QStringLiteral("1 changed")));
     }
 
     // Texts of the panel.
@@ -179,19 +179,20 @@ private Q_SLOTS:
         ScriptedServer server;
         server.answer("setting", told("rate: 10\n"));
         server.answer("setting rate:0 ", { Step::text("NG:rate is too small\n") });
-        SettingsConsole desk;
-        desk.use(server);
-        QVERIFY(desk.hasRead(server, 1));
-        TRY_COMPARE(desk.model().rowCount(), 1);
-        QVERIFY(desk.edit("rate", "0"));
-        QVERIFY(desk.pressed("downloadButton"));
-        TRY_VERIFY(desk.settingsState().contains(QStringLiteral("rate is too small")));
-        const QString english = desk.settingsState();
+        SettingsConsole fixture;
+        fixture.use(server);
+        QVERIFY(fixture.hasRead(server, 1));
+        TRY_COMPARE(fixture.model().rowCount(), 1);
+        QVERIFY(fixture.edit("rate", "0"));
+        QVERIFY(fixture.pressed("downloadButton"));
+        TRY_VERIFY(fixture.settingsState().contains(QStringLiteral("rate is too small")));
+        const QString english = fixture.settingsState();
         setLanguage(QStringLiteral("de"));
-        TRY_VERIFY(desk.settingsState() != english);
-        QVERIFY2(desk.settingsState().contains(QStringLiteral("rate is too small")), qPrintable(desk.settingsState()));
+        TRY_VERIFY(fixture.settingsState() != english);
+        QVERIFY2(
+            fixture.settingsState().contains(QStringLiteral("rate is too small")), qPrintable(fixture.settingsState()));
         setLanguage(QStringLiteral("en"));
-        TRY_COMPARE(desk.settingsState(), english);
+        TRY_COMPARE(fixture.settingsState(), english);
     }
 
     void whatIsSentByCommandIsReadAgain_data()
@@ -214,16 +215,16 @@ private Q_SLOTS:
         ScriptedServer server;
         server.answerInTurn("setting", { told("rate: 10\n"), told("rate: 20\n") });
         server.answer(command.toLatin1(), { Step::text(reply) });
-        SettingsConsole desk;
-        desk.use(server);
-        QVERIFY(desk.hasRead(server, 1));
-        TRY_COMPARE(desk.here("rate"), QStringLiteral("10"));
-        desk.send(command);
-        QVERIFY(desk.isFree());
+        SettingsConsole fixture;
+        fixture.use(server);
+        QVERIFY(fixture.hasRead(server, 1));
+        TRY_COMPARE(fixture.here("rate"), QStringLiteral("10"));
+        fixture.send(command);
+        QVERIFY(fixture.isFree());
         if (!isRead)
-            desk.press("readButton");
-        TRY_COMPARE(desk.here("rate"), QStringLiteral("20"));
-        QCOMPARE(desk.settingsState(), QStringLiteral("As on the server."));
+            fixture.press("readButton");
+        TRY_COMPARE(fixture.here("rate"), QStringLiteral("20"));
+        QCOMPARE(fixture.settingsState(), QStringLiteral("As on the server."));
         QCOMPARE(server.requests().count("setting"), 2);
     }
 
@@ -231,18 +232,20 @@ private Q_SLOTS:
     {
         auto server = std::make_unique<ScriptedServer>();
         server->answer("setting", told("rate: 10\n"));
-        SettingsConsole desk;
-        QVERIFY(!desk.settingsState().isEmpty());
-        desk.use(*server);
-        QVERIFY(desk.hasRead(*server, 1));
-        TRY_COMPARE(desk.settingsState(), QStringLiteral("As on the server."));
+        SettingsConsole fixture;
+        QVERIFY(!fixture.settingsState().isEmpty());
+        fixture.use(*server);
+        QVERIFY(fixture.hasRead(*server, 1));
+        TRY_COMPARE(fixture.settingsState(), QStringLiteral("As on the server."));
         server.reset();
-        desk.window->controller().checkServer();
-        QVERIFY(desk.reaches(ServerState::Failed));
-        QVERIFY2(desk.settingsState().startsWith(QStringLiteral("Not connected")), qPrintable(desk.settingsState()));
-        QVERIFY(desk.edit("rate", "20"));
-        QVERIFY2(desk.settingsState().startsWith(QStringLiteral("Not connected")), qPrintable(desk.settingsState()));
-        QVERIFY(desk.settingsState().contains(QStringLiteral("1 changed")));
+        fixture.window->controller().checkServer();
+        QVERIFY(fixture.reaches(ServerState::Failed));
+        QVERIFY2(
+            fixture.settingsState().startsWith(QStringLiteral("Not connected")), qPrintable(fixture.settingsState()));
+        QVERIFY(fixture.edit("rate", "20"));
+        QVERIFY2(
+            fixture.settingsState().startsWith(QStringLiteral("Not connected")), qPrintable(fixture.settingsState()));
+        QVERIFY(fixture.settingsState().contains(QStringLiteral("1 changed")));
     }
 
     void nothingIsUnderWayToADeadServer_data()
@@ -256,15 +259,16 @@ private Q_SLOTS:
         QFETCH(QByteArray, button);
         ScriptedServer server;
         server.answerInTurn("setting", { told("rate: 10\n"), { Step::silence() } });
-        SettingsConsole desk;
-        desk.use(server);
-        QVERIFY(desk.hasRead(server, 1));
-        TRY_COMPARE(desk.settingsState(), QStringLiteral("As on the server."));
-        desk.press(button.constData());
-        QVERIFY2(desk.settingsState().startsWith(QStringLiteral("Reading")), qPrintable(desk.settingsState()));
-        desk.choose("shutDownAction");
-        QVERIFY(desk.reaches(ServerState::Off));
-        QVERIFY2(desk.settingsState().startsWith(QStringLiteral("Not connected")), qPrintable(desk.settingsState()));
+        SettingsConsole fixture;
+        fixture.use(server);
+        QVERIFY(fixture.hasRead(server, 1));
+        TRY_COMPARE(fixture.settingsState(), QStringLiteral("As on the server."));
+        fixture.press(button.constData());
+        QVERIFY2(fixture.settingsState().startsWith(QStringLiteral("Reading")), qPrintable(fixture.settingsState()));
+        fixture.choose("shutDownAction");
+        QVERIFY(fixture.reaches(ServerState::Off));
+        QVERIFY2(
+            fixture.settingsState().startsWith(QStringLiteral("Not connected")), qPrintable(fixture.settingsState()));
     }
 
     void theNextServersRejectionReplacesThePreviousOne()
@@ -273,18 +277,19 @@ private Q_SLOTS:
         server.answerInTurn(
             "setting", { told("rate: 10\n"), told("rate: 10\n"), told("rate: 20\n"), told("rate: 10\n") });
         const FakeServer program(FakeServer::wellBehaved(server.port()));
-        SettingsConsole desk;
-        desk.use(program);
-        QVERIFY(desk.hasRead(server, 1));
-        TRY_COMPARE(desk.here("rate"), QStringLiteral("10"));
-        QVERIFY(desk.edit("rate", "20"));
-        QVERIFY(desk.pressed("downloadButton"));
-        TRY_COMPARE(desk.onServer("rate"), QStringLiteral("20"));
-        desk.choose("restartAction");
-        TRY_VERIFY(desk.settingsState().contains(QStringLiteral("has restarted")));
-        desk.start({ ServerChoice::Kind::Remote, {}, ScriptedServer::host(), ScriptedServer::closedPort() });
-        QVERIFY(desk.reaches(ServerState::Failed));
-        QVERIFY2(desk.settingsState().startsWith(QStringLiteral("Not connected")), qPrintable(desk.settingsState()));
+        SettingsConsole fixture;
+        fixture.use(program);
+        QVERIFY(fixture.hasRead(server, 1));
+        TRY_COMPARE(fixture.here("rate"), QStringLiteral("10"));
+        QVERIFY(fixture.edit("rate", "20"));
+        QVERIFY(fixture.pressed("downloadButton"));
+        TRY_COMPARE(fixture.onServer("rate"), QStringLiteral("20"));
+        fixture.choose("restartAction");
+        TRY_VERIFY(fixture.settingsState().contains(QStringLiteral("has restarted")));
+        fixture.start({ ServerChoice::Kind::Remote, {}, ScriptedServer::host(), ScriptedServer::closedPort() });
+        QVERIFY(fixture.reaches(ServerState::Failed));
+        QVERIFY2(
+            fixture.settingsState().startsWith(QStringLiteral("Not connected")), qPrintable(fixture.settingsState()));
     }
 
     void theBasePathIsChosenFromTheServersFolders()
@@ -292,15 +297,15 @@ private Q_SLOTS:
         ScriptedServer server;
         server.answer("pwd", { Step::text("OK:\n/data\n") });
         server.answer("ls-F \"/data\"", { Step::text("OK:\na/\n") });
-        SettingsConsole desk;
-        auto& button = desk.widget<QPushButton>("pathBrowseButton");
+        SettingsConsole fixture;
+        auto& button = fixture.widget<QPushButton>("pathBrowseButton");
         QVERIFY(!button.isEnabled() && !button.toolTip().isEmpty());
-        desk.use(server);
-        QVERIFY(desk.reaches(ServerState::Up));
-        desk.press("pathBrowseButton");
-        TRY_VERIFY(!desk.window->windows().onScreen().isEmpty());
-        QCOMPARE(desk.find("base-path"), desk.window->windows().onScreen().constFirst());
-        desk.window->controller().tarnis().SetStatus(Tarnis::RUNNING);
+        fixture.use(server);
+        QVERIFY(fixture.reaches(ServerState::Up));
+        fixture.press("pathBrowseButton");
+        TRY_VERIFY(!fixture.window->windows().onScreen().isEmpty());
+        QCOMPARE(fixture.find("base-path"), fixture.window->windows().onScreen().constFirst());
+        fixture.window->controller().tarnis().SetStatus(Tarnis::RUNNING);
         QVERIFY(!button.isEnabled());
         QVERIFY(button.toolTip().contains(QStringLiteral("Running")));
     }
@@ -314,22 +319,22 @@ private Q_SLOTS:
             { told("rate: 10\nseed: 1\n"), told("rate: 10\nseed: 1\n"), told("rate: 20\nseed: 1\n"),
                 told("rate: 10\nseed: 7\n") });
         const FakeServer program(FakeServer::wellBehaved(server.port()));
-        SettingsConsole desk;
-        desk.use(program);
-        QVERIFY(desk.hasRead(server, 1));
-        TRY_COMPARE(desk.here("rate"), QStringLiteral("10"));
-        QVERIFY(desk.edit("rate", "20"));
-        QVERIFY(desk.pressed("downloadButton"));
-        TRY_COMPARE(desk.onServer("rate"), QStringLiteral("20"));
+        SettingsConsole fixture;
+        fixture.use(program);
+        QVERIFY(fixture.hasRead(server, 1));
+        TRY_COMPARE(fixture.here("rate"), QStringLiteral("10"));
+        QVERIFY(fixture.edit("rate", "20"));
+        QVERIFY(fixture.pressed("downloadButton"));
+        TRY_COMPARE(fixture.onServer("rate"), QStringLiteral("20"));
 
-        desk.choose("restartAction");
-        TRY_COMPARE(desk.onServer("seed"), QStringLiteral("7"));
-        QCOMPARE(desk.here("rate"), QStringLiteral("20"));
-        QCOMPARE(desk.onServer("rate"), QStringLiteral("10"));
-        QCOMPARE(desk.model().changedNames(), QStringList { "rate" });
-        QCOMPARE(desk.here("seed"), QStringLiteral("7"));
-        QVERIFY(desk.settingsState().contains(QStringLiteral("has restarted")));
-        QVERIFY(desk.settingsState().contains(QStringLiteral("1 setting")));
+        fixture.choose("restartAction");
+        TRY_COMPARE(fixture.onServer("seed"), QStringLiteral("7"));
+        QCOMPARE(fixture.here("rate"), QStringLiteral("20"));
+        QCOMPARE(fixture.onServer("rate"), QStringLiteral("10"));
+        QCOMPARE(fixture.model().changedNames(), QStringList { "rate" });
+        QCOMPARE(fixture.here("seed"), QStringLiteral("7"));
+        QVERIFY(fixture.settingsState().contains(QStringLiteral("has restarted")));
+        QVERIFY(fixture.settingsState().contains(QStringLiteral("1 setting")));
     }
 
     void whatOthersSentSinceIsNotKept()
@@ -338,18 +343,18 @@ private Q_SLOTS:
         server.answerInTurn("setting",
             { told("rate: 10\n"), told("rate: 10\n"), told("rate: 20\n"), told("rate: 30\n"), told("rate: 10\n") });
         const FakeServer program(FakeServer::wellBehaved(server.port()));
-        SettingsConsole desk;
-        desk.use(program);
-        QVERIFY(desk.hasRead(server, 1));
-        TRY_COMPARE(desk.here("rate"), QStringLiteral("10"));
-        QVERIFY(desk.edit("rate", "20"));
-        QVERIFY(desk.pressed("downloadButton"));
-        TRY_COMPARE(desk.onServer("rate"), QStringLiteral("20"));
-        desk.press("readButton");
-        TRY_COMPARE(desk.here("rate"), QStringLiteral("30"));
-        desk.choose("restartAction");
-        TRY_COMPARE(desk.here("rate"), QStringLiteral("10"));
-        QVERIFY(desk.model().changedNames().isEmpty());
+        SettingsConsole fixture;
+        fixture.use(program);
+        QVERIFY(fixture.hasRead(server, 1));
+        TRY_COMPARE(fixture.here("rate"), QStringLiteral("10"));
+        QVERIFY(fixture.edit("rate", "20"));
+        QVERIFY(fixture.pressed("downloadButton"));
+        TRY_COMPARE(fixture.onServer("rate"), QStringLiteral("20"));
+        fixture.press("readButton");
+        TRY_COMPARE(fixture.here("rate"), QStringLiteral("30"));
+        fixture.choose("restartAction");
+        TRY_COMPARE(fixture.here("rate"), QStringLiteral("10"));
+        QVERIFY(fixture.model().changedNames().isEmpty());
     }
 
     void aRemoteServerIsFollowed()
@@ -357,16 +362,16 @@ private Q_SLOTS:
         ScriptedServer server;
         server.answerInTurn(
             "setting", { told("rate: 10\n"), told("rate: 10\n"), told("rate: 20\n"), told("rate: 30\n") });
-        SettingsConsole desk;
-        desk.use(server);
-        QVERIFY(desk.hasRead(server, 1));
-        TRY_COMPARE(desk.here("rate"), QStringLiteral("10"));
-        QVERIFY(desk.edit("rate", "20"));
-        QVERIFY(desk.pressed("downloadButton"));
-        TRY_COMPARE(desk.onServer("rate"), QStringLiteral("20"));
-        desk.choose("restartAction"); // disconnects and connects again
-        TRY_COMPARE(desk.here("rate"), QStringLiteral("30"));
-        QVERIFY(desk.model().changedNames().isEmpty());
+        SettingsConsole fixture;
+        fixture.use(server);
+        QVERIFY(fixture.hasRead(server, 1));
+        TRY_COMPARE(fixture.here("rate"), QStringLiteral("10"));
+        QVERIFY(fixture.edit("rate", "20"));
+        QVERIFY(fixture.pressed("downloadButton"));
+        TRY_COMPARE(fixture.onServer("rate"), QStringLiteral("20"));
+        fixture.choose("restartAction"); // disconnects and connects again
+        TRY_COMPARE(fixture.here("rate"), QStringLiteral("30"));
+        QVERIFY(fixture.model().changedNames().isEmpty());
     }
 
     void aBasePathThatWasSentIsKeptOverARestart()
@@ -374,17 +379,17 @@ private Q_SLOTS:
         ScriptedServer server;
         server.answerInTurn("setting", { told("basepath: /\n"), told("basepath: /data\n"), told("basepath: /\n") });
         const FakeServer program(FakeServer::wellBehaved(server.port()));
-        SettingsConsole desk;
-        desk.use(program);
-        QVERIFY(desk.hasRead(server, 1));
-        TRY_COMPARE(desk.here("basepath"), QStringLiteral("/"));
-        desk.widget<QLineEdit>("pathEdit").setText(QStringLiteral("/data"));
-        desk.press("pathButton");
-        TRY_COMPARE(desk.onServer("basepath"), QStringLiteral("/data"));
-        desk.choose("restartAction");
-        TRY_COMPARE(desk.onServer("basepath"), QStringLiteral("/"));
-        QCOMPARE(desk.here("basepath"), QStringLiteral("/data"));
-        QCOMPARE(desk.widget<QLineEdit>("pathEdit").text(), QStringLiteral("/data"));
+        SettingsConsole fixture;
+        fixture.use(program);
+        QVERIFY(fixture.hasRead(server, 1));
+        TRY_COMPARE(fixture.here("basepath"), QStringLiteral("/"));
+        fixture.widget<QLineEdit>("pathEdit").setText(QStringLiteral("/data"));
+        fixture.press("pathButton");
+        TRY_COMPARE(fixture.onServer("basepath"), QStringLiteral("/data"));
+        fixture.choose("restartAction");
+        TRY_COMPARE(fixture.onServer("basepath"), QStringLiteral("/"));
+        QCOMPARE(fixture.here("basepath"), QStringLiteral("/data"));
+        QCOMPARE(fixture.widget<QLineEdit>("pathEdit").text(), QStringLiteral("/data"));
     }
 
     void anotherServerDoesNotGetWhatWasSentToTheFirst()
@@ -395,42 +400,42 @@ private Q_SLOTS:
         second.answer("setting", told("rate: 5\n"));
         const FakeServer one(FakeServer::wellBehaved(first.port()));
         const FakeServer two(FakeServer::wellBehaved(second.port()));
-        SettingsConsole desk;
-        desk.use(one);
-        QVERIFY(desk.hasRead(first, 1));
-        TRY_COMPARE(desk.here("rate"), QStringLiteral("10"));
-        QVERIFY(desk.edit("rate", "20"));
-        QVERIFY(desk.pressed("downloadButton"));
-        TRY_COMPARE(desk.onServer("rate"), QStringLiteral("20"));
-        desk.use(two);
-        TRY_COMPARE(desk.here("rate"), QStringLiteral("5"));
-        QVERIFY(desk.model().changedNames().isEmpty());
+        SettingsConsole fixture;
+        fixture.use(one);
+        QVERIFY(fixture.hasRead(first, 1));
+        TRY_COMPARE(fixture.here("rate"), QStringLiteral("10"));
+        QVERIFY(fixture.edit("rate", "20"));
+        QVERIFY(fixture.pressed("downloadButton"));
+        TRY_COMPARE(fixture.onServer("rate"), QStringLiteral("20"));
+        fixture.use(two);
+        TRY_COMPARE(fixture.here("rate"), QStringLiteral("5"));
+        QVERIFY(fixture.model().changedNames().isEmpty());
     }
 
     void whatCannotBeDoneIsOff()
     {
         ScriptedServer server;
         server.answer("setting", told("rate: 10\n"));
-        SettingsConsole desk;
-        auto& send = desk.widget<QPushButton>("downloadButton");
-        auto& remove = desk.widget<QPushButton>("removeButton");
-        auto& address = desk.widget<QPushButton>("addressButton");
-        desk.widget<QLineEdit>("ipEdit").setText(QStringLiteral("192.168.0.16"));
+        SettingsConsole fixture;
+        auto& send = fixture.widget<QPushButton>("downloadButton");
+        auto& remove = fixture.widget<QPushButton>("removeButton");
+        auto& address = fixture.widget<QPushButton>("addressButton");
+        fixture.widget<QLineEdit>("ipEdit").setText(QStringLiteral("192.168.0.16"));
         QVERIFY(!send.isEnabled());
         QVERIFY(!address.isEnabled());
-        desk.use(server);
-        QVERIFY(desk.hasRead(server, 1));
-        TRY_COMPARE(desk.here("rate"), QStringLiteral("10"));
-        desk.widget<QLineEdit>("ipEdit").setText(QStringLiteral("192.168.0.16"));
+        fixture.use(server);
+        QVERIFY(fixture.hasRead(server, 1));
+        TRY_COMPARE(fixture.here("rate"), QStringLiteral("10"));
+        fixture.widget<QLineEdit>("ipEdit").setText(QStringLiteral("192.168.0.16"));
         QVERIFY(address.isEnabled());
         QVERIFY(!send.isEnabled()); // nothing was changed
         QVERIFY(!send.toolTip().isEmpty());
-        desk.widget<QTableView>("table").setCurrentIndex(desk.model().index(0, SettingsModel::Value));
+        fixture.widget<QTableView>("table").setCurrentIndex(fixture.model().index(0, SettingsModel::Value));
         QVERIFY(!remove.isEnabled()); // the server has it
-        QVERIFY(desk.model().add(QStringLiteral("user.note"), QStringLiteral("x")));
+        QVERIFY(fixture.model().add(QStringLiteral("user.note"), QStringLiteral("x")));
         QVERIFY(send.isEnabled());
-        const int row = desk.model().rowOf(QStringLiteral("user.note"));
-        desk.widget<QTableView>("table").setCurrentIndex(desk.model().index(row, SettingsModel::Value));
+        const int row = fixture.model().rowOf(QStringLiteral("user.note"));
+        fixture.widget<QTableView>("table").setCurrentIndex(fixture.model().index(row, SettingsModel::Value));
         QVERIFY(remove.isEnabled());
     }
 
@@ -438,17 +443,17 @@ private Q_SLOTS:
     {
         ScriptedServer server;
         server.answer("pwd", told("/\n"));
-        SettingsConsole desk;
-        desk.choose("clearRecordAction");
-        QVERIFY(!desk.widget<QAction>("clearRecordAction").isEnabled());
-        QVERIFY(!desk.widget<QAction>("saveRecordAction").isEnabled());
-        desk.use(server);
-        QVERIFY(desk.reaches(ServerState::Up));
-        desk.send(QStringLiteral("pwd"));
-        QVERIFY(desk.shows(QStringLiteral("> pwd")));
-        QVERIFY(desk.widget<QAction>("clearRecordAction").isEnabled());
-        desk.choose("clearRecordAction");
-        TRY_VERIFY(!desk.widget<QAction>("clearRecordAction").isEnabled());
+        SettingsConsole fixture;
+        fixture.choose("clearRecordAction");
+        QVERIFY(!fixture.widget<QAction>("clearRecordAction").isEnabled());
+        QVERIFY(!fixture.widget<QAction>("saveRecordAction").isEnabled());
+        fixture.use(server);
+        QVERIFY(fixture.reaches(ServerState::Up));
+        fixture.send(QStringLiteral("pwd"));
+        QVERIFY(fixture.shows(QStringLiteral("> pwd")));
+        QVERIFY(fixture.widget<QAction>("clearRecordAction").isEnabled());
+        fixture.choose("clearRecordAction");
+        TRY_VERIFY(!fixture.widget<QAction>("clearRecordAction").isEnabled());
     }
 };
 

@@ -42,49 +42,49 @@ private Q_SLOTS:
     {
         ScriptedServer server;
         server.answerInTurn("stat", { told("STOPPED"), told("RUNNING"), told("STOPPED") });
-        WatchingConsole desk(server);
-        desk.send(QStringLiteral("start"));
-        QVERIFY(desk.has(Tarnis::RUNNING));
-        QVERIFY(desk.isFree());
-        desk.widget<QLineEdit>("pathEdit").setText(QStringLiteral("/data"));
-        QVERIFY(!desk.widget<QPushButton>("pathButton").isEnabled());
-        const QString record = desk.record();
-        desk.watch();
-        QVERIFY(desk.has(Tarnis::SERVER_CONNECTED));
-        QVERIFY(desk.widget<QPushButton>("pathButton").isEnabled());
-        QCOMPARE(desk.record(), record);
+        WatchingConsole fixture(server);
+        fixture.send(QStringLiteral("start"));
+        QVERIFY(fixture.has(Tarnis::RUNNING));
+        QVERIFY(fixture.isFree());
+        fixture.widget<QLineEdit>("pathEdit").setText(QStringLiteral("/data"));
+        QVERIFY(!fixture.widget<QPushButton>("pathButton").isEnabled());
+        const QString record = fixture.record();
+        fixture.watch();
+        QVERIFY(fixture.has(Tarnis::SERVER_CONNECTED));
+        QVERIFY(fixture.widget<QPushButton>("pathButton").isEnabled());
+        QCOMPARE(fixture.record(), record);
     }
 
     void aRunThatSomebodyElseStartsIsSeen()
     {
         ScriptedServer server;
         server.answerInTurn("stat", { told("STOPPED"), told("RUNNING") });
-        WatchingConsole desk(server);
-        desk.watch();
-        QVERIFY(desk.has(Tarnis::RUNNING));
+        WatchingConsole fixture(server);
+        fixture.watch();
+        QVERIFY(fixture.has(Tarnis::RUNNING));
     }
 
     void detectsTheLossOfARemoteServerWithoutACommand()
     {
         auto server = std::make_unique<ScriptedServer>();
-        WatchingConsole desk(*server);
-        desk.watch();
-        QVERIFY(desk.asks(*server, 2));
+        WatchingConsole fixture(*server);
+        fixture.watch();
+        QVERIFY(fixture.asks(*server, 2));
         server.reset();
-        QVERIFY(desk.reaches(ServerState::Failed));
-        QVERIFY(!desk.alert().text.isEmpty());
+        QVERIFY(fixture.reaches(ServerState::Failed));
+        QVERIFY(!fixture.alert().text.isEmpty());
     }
 
     void aBrokenConnectionAloneIsNoNews()
     {
         ScriptedServer server;
         server.answerInTurn("stat", { told("STOPPED"), { Step::drop() }, told("RUNNING") });
-        WatchingConsole desk(server);
-        const QString record = desk.record();
-        desk.watch();
-        QVERIFY(desk.has(Tarnis::RUNNING));
-        QVERIFY(desk.alert().text.isEmpty());
-        QCOMPARE(desk.record(), record);
+        WatchingConsole fixture(server);
+        const QString record = fixture.record();
+        fixture.watch();
+        QVERIFY(fixture.has(Tarnis::RUNNING));
+        QVERIFY(fixture.alert().text.isEmpty());
+        QCOMPARE(fixture.record(), record);
     }
 
     void aCommandUnderWayIsNotDisturbed()
@@ -92,30 +92,30 @@ private Q_SLOTS:
         ScriptedServer server;
         server.answer("long", { Step::hold("gate"), Step::text("done\n") });
         server.answer("stat", told("STOPPED"));
-        WatchingConsole desk(server);
-        desk.send(QStringLiteral("long"));
+        WatchingConsole fixture(server);
+        fixture.send(QStringLiteral("long"));
         QVERIFY(server.waitForHold("gate"));
         const auto before = server.requests().count("stat");
-        QVERIFY(!desk.window->stateWatch().ask());
+        QVERIFY(!fixture.window->stateWatch().ask());
         server.open("gate");
-        QVERIFY(desk.isFree());
-        QVERIFY(desk.window->stateWatch().ask());
-        QVERIFY(!desk.window->stateWatch().ask()); // one at a time
-        QVERIFY(desk.asks(server, int(before) + 1));
+        QVERIFY(fixture.isFree());
+        QVERIFY(fixture.window->stateWatch().ask());
+        QVERIFY(!fixture.window->stateWatch().ask()); // one at a time
+        QVERIFY(fixture.asks(server, int(before) + 1));
     }
 
     void aBusyServerIsLeftAlone()
     {
         ScriptedServer server;
         server.answer("stat", told("RUNNING"));
-        WatchingConsole desk(server);
-        QVERIFY(desk.has(Tarnis::RUNNING));
-        Tarnis& tarnis = desk.window->controller().tarnis();
+        WatchingConsole fixture(server);
+        QVERIFY(fixture.has(Tarnis::RUNNING));
+        Tarnis& tarnis = fixture.window->controller().tarnis();
         for (const auto busy : { Tarnis::HARDWARE_BUSY, Tarnis::STARTING, Tarnis::LOADING }) {
             tarnis.SetStatus(busy);
-            QVERIFY(!desk.window->stateWatch().ask());
-            desk.window->controller().readState("OK:\nstate: RUNNING\n", 0); // requested before it was busy
-            QCOMPARE(desk.window->controller().status(), busy);
+            QVERIFY(!fixture.window->stateWatch().ask());
+            fixture.window->controller().readState("OK:\nstate: RUNNING\n", 0); // requested before it was busy
+            QCOMPARE(fixture.window->controller().status(), busy);
         }
         tarnis.SetStatus(Tarnis::SERVER_CONNECTED);
     }
@@ -124,10 +124,10 @@ private Q_SLOTS:
     {
         ScriptedServer server;
         server.answer("stat", told("STOPPED"));
-        WatchingConsole desk(server);
-        desk.send(QStringLiteral("start"));
-        QVERIFY(desk.has(Tarnis::RUNNING));
-        ServerController& controller = desk.window->controller();
+        WatchingConsole fixture(server);
+        fixture.send(QStringLiteral("start"));
+        QVERIFY(fixture.has(Tarnis::RUNNING));
+        ServerController& controller = fixture.window->controller();
         constexpr qint64 longAgo = 1000LL * timeoutMs;
         controller.readState("OK:\nstate: STOPPED\n", longAgo);
         QCOMPARE(controller.status(), Tarnis::RUNNING);
@@ -142,24 +142,24 @@ private Q_SLOTS:
     {
         ScriptedServer server;
         server.answerInTurn("stat", { told("STOPPED"), told("RUNNING") });
-        WatchingConsole desk(server);
-        auto* const statistics = desk.open<LiveStatistics>("statistics");
+        WatchingConsole fixture(server);
+        auto* const statistics = fixture.open<LiveStatistics>("statistics");
         QVERIFY(statistics);
-        QVERIFY(desk.has(Tarnis::RUNNING));
-        desk.window->stateWatch().setInterval(timeoutMs);
-        QVERIFY(!desk.window->stateWatch().ask());
+        QVERIFY(fixture.has(Tarnis::RUNNING));
+        fixture.window->stateWatch().setInterval(timeoutMs);
+        QVERIFY(!fixture.window->stateWatch().ask());
     }
 
     void doesNotPollAStoppedServer()
     {
         ScriptedServer server;
-        WatchingConsole desk(server);
-        desk.watch();
-        QVERIFY(desk.asks(server, 2));
-        desk.choose("shutDownAction");
-        QVERIFY(desk.reaches(ServerState::Off));
+        WatchingConsole fixture(server);
+        fixture.watch();
+        QVERIFY(fixture.asks(server, 2));
+        fixture.choose("shutDownAction");
+        QVERIFY(fixture.reaches(ServerState::Off));
         QVERIFY(server.waitUntilDeserted());
-        QVERIFY(!desk.window->stateWatch().ask());
+        QVERIFY(!fixture.window->stateWatch().ask());
     }
 };
 

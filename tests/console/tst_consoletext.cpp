@@ -31,8 +31,8 @@ public:
 };
 
 struct OpenText {
-    explicit OpenText(ConsoleFixture& desk)
-        : window(&desk.opened<ServerTextWindow>("server-text"))
+    explicit OpenText(ConsoleFixture& fixture)
+        : window(&fixture.opened<ServerTextWindow>("server-text"))
     {
     }
     template <typename Object> Object& widget(const char* name) const { return part<Object>(*window, name); }
@@ -149,8 +149,8 @@ private Q_SLOTS:
     void aFileIsChosenAndOpened()
     {
         Archive server;
-        ConsoleFixture desk(server);
-        const OpenText text(desk);
+        ConsoleFixture fixture(server);
+        const OpenText text(fixture);
         QVERIFY(text.choosesNotes());
         QVERIFY(text.says(QStringLiteral("Opened, 8 bytes")));
         QCOMPARE(text.edit().toPlainText(), "one\ntwo\n");
@@ -162,8 +162,8 @@ private Q_SLOTS:
     {
         Archive server;
         server.answer("txfile \"/data/notes.txt\"\none\ntwo\nthree", { Step::text("OK:\nfile: /data/notes.txt\n") });
-        ConsoleFixture desk(server);
-        const OpenText text(desk);
+        ConsoleFixture fixture(server);
+        const OpenText text(fixture);
         text.openNotes();
         text.edit().moveCursor(QTextCursor::End);
         QTest::keyClicks(&text.edit(), "three");
@@ -177,8 +177,8 @@ private Q_SLOTS:
     {
         Archive server;
         server.answer("txfile \"/data/new.md\"\nhello", { Step::text("OK:\nfile: /data/new.md\n") });
-        ConsoleFixture desk(server);
-        const OpenText text(desk);
+        ConsoleFixture fixture(server);
+        const OpenText text(fixture);
         QTest::keyClicks(&text.edit(), "hello");
         text.press("saveButton"); // has no file yet
         QDialog* const chooser = text.chooser();
@@ -196,8 +196,8 @@ private Q_SLOTS:
     void thePresentNameIsThere()
     {
         Archive server;
-        ConsoleFixture desk(server);
-        const OpenText text(desk);
+        ConsoleFixture fixture(server);
+        const OpenText text(fixture);
         text.openNotes();
         text.press("saveAsButton");
         QDialog* const chooser = text.chooser();
@@ -219,8 +219,8 @@ private Q_SLOTS:
         Archive server;
         server.answer(
             "ls-F \"/data/old\"", { Step::hold("old"), Step::text("NG:cannot list '/data/old': No permission\n") });
-        ConsoleFixture desk(server);
-        const OpenText text(desk);
+        ConsoleFixture fixture(server);
+        const OpenText text(fixture);
         text.press("openButton");
         QDialog* const chooser = text.chooser();
         QVERIFY(chooser);
@@ -245,21 +245,21 @@ private Q_SLOTS:
     {
         Archive server;
         server.answer("txfile \"/data/x\"\nhello", { Step::text("OK:\n") });
-        ConsoleFixture desk(server);
-        const OpenText text(desk);
+        ConsoleFixture fixture(server);
+        const OpenText text(fixture);
         QTest::keyClicks(&text.edit(), "hello");
         text.press("saveButton");
         QPointer<QDialog> chooser = text.chooser();
         QVERIFY(chooser);
         QTest::keyClicks(&part<QLineEdit>(*chooser, "fileNameLineEdit"), "x");
-        desk.choose("shutDownAction");
-        QVERIFY(desk.reaches(ServerState::Off));
+        fixture.choose("shutDownAction");
+        QVERIFY(fixture.reaches(ServerState::Off));
         QVERIFY(chooser && chooser->isVisible());
         QVERIFY(!OpenText::ok(*chooser).isEnabled());
         QVERIFY(OpenText::stateOf(*chooser).contains(QStringLiteral("no connection")));
         QVERIFY(!QApplication::activeModalWidget()); // otherwise the server could not be started
-        desk.choose("startAction");
-        QVERIFY(desk.reaches(ServerState::Up));
+        fixture.choose("startAction");
+        QVERIFY(fixture.reaches(ServerState::Up));
         TRY_VERIFY(OpenText::ok(*chooser).isEnabled());
         acceptChoice(*chooser);
         QVERIFY(text.says(QStringLiteral("Saved")));
@@ -269,12 +269,12 @@ private Q_SLOTS:
     void reportsThatSavingNeedsAServer()
     {
         Archive server;
-        ConsoleFixture desk(server);
-        const OpenText text(desk);
+        ConsoleFixture fixture(server);
+        const OpenText text(fixture);
         QTest::keyClicks(&text.edit(), "hello");
         text.window->close();
-        desk.choose("shutDownAction");
-        QVERIFY(desk.reaches(ServerState::Off));
+        fixture.choose("shutDownAction");
+        QVERIFY(fixture.reaches(ServerState::Off));
         text.answer(QMessageBox::Save);
         QVERIFY(text.says(QStringLiteral("Needs a connected server")));
         QVERIFY(!text.shownChooser());
@@ -284,8 +284,8 @@ private Q_SLOTS:
     void changesGoOnlyWhenTheOtherFileIsThere()
     {
         Archive server;
-        ConsoleFixture desk(server);
-        const OpenText text(desk);
+        ConsoleFixture fixture(server);
+        const OpenText text(fixture);
         QTest::keyClicks(&text.edit(), "mine");
         text.press("openButton");
         QVERIFY(text.chooser());
@@ -314,8 +314,8 @@ private Q_SLOTS:
         Archive server;
         server.answer("txfile \"/data/notes.txt\"\none\ntwo\nx", { Step::hold("write"), Step::text("OK:\n") });
         server.answer("txfile \"/data/notes.txt\"\none\ntwo\nxy", { Step::text("OK:\n") });
-        ConsoleFixture desk(server);
-        const OpenText text(desk);
+        ConsoleFixture fixture(server);
+        const OpenText text(fixture);
         text.openNotes();
         text.append(QStringLiteral("x"));
         text.press("saveButton");
@@ -339,8 +339,8 @@ private Q_SLOTS:
         Archive server;
         server.answer("txfile \"/data/notes.txt\"\none\ntwo\nx", { Step::hold("write"), Step::text("OK:\n") });
         server.answer("txfile \"/data/notes.txt\"\none\ntwo\nxy", { Step::hold("rest"), Step::text("OK:\n") });
-        ConsoleFixture desk(server);
-        const OpenText text(desk);
+        ConsoleFixture fixture(server);
+        const OpenText text(fixture);
         text.openNotes();
         text.append(QStringLiteral("x"));
         text.press("saveButton");
@@ -359,8 +359,8 @@ private Q_SLOTS:
     {
         Archive server;
         server.answer("rxfile \"/data/notes.txt\"", { Step::hold("read"), Step::binary("one\n", "OK:\n") });
-        ConsoleFixture desk(server);
-        const OpenText text(desk);
+        ConsoleFixture fixture(server);
+        const OpenText text(fixture);
         text.window->openFile(QStringLiteral("/data/notes.txt"));
         QVERIFY(text.edit().isReadOnly());
         QVERIFY(server.waitForHold("read"));
@@ -375,8 +375,8 @@ private Q_SLOTS:
     {
         Archive server;
         server.answer("txfile \"/data/notes.txt\"\none\ntwo\nx", { Step::text("NG:cannot write\n") });
-        ConsoleFixture desk(server);
-        const OpenText text(desk);
+        ConsoleFixture fixture(server);
+        const OpenText text(fixture);
         text.openNotes();
         text.window->openFile(QStringLiteral("/none"));
         QVERIFY(text.says(QStringLiteral("NG:cannot read '/none'")));
@@ -395,8 +395,8 @@ private Q_SLOTS:
     {
         Archive server;
         server.answer("txfile \"/data/notes.txt\"\none\ntwo\nx", { Step::drop() });
-        ConsoleFixture desk(server);
-        const OpenText text(desk);
+        ConsoleFixture fixture(server);
+        const OpenText text(fixture);
         text.openNotes();
         text.edit().moveCursor(QTextCursor::End);
         QTest::keyClicks(&text.edit(), "x");
@@ -412,8 +412,8 @@ private Q_SLOTS:
     {
         Archive server;
         server.answer("txfile \"/data/notes.txt\"\none\ntwo\nx", { Step::text("OK:\n") });
-        ConsoleFixture desk(server);
-        const OpenText text(desk);
+        ConsoleFixture fixture(server);
+        const OpenText text(fixture);
         text.openNotes();
         text.edit().moveCursor(QTextCursor::End);
         QTest::keyClicks(&text.edit(), "x");
@@ -430,8 +430,8 @@ private Q_SLOTS:
     void dropsDiscardedChanges()
     {
         Archive server;
-        ConsoleFixture desk(server);
-        const OpenText text(desk);
+        ConsoleFixture fixture(server);
+        const OpenText text(fixture);
         QTest::keyClicks(&text.edit(), "x");
         text.window->close();
         text.answer(QMessageBox::Discard);

@@ -33,9 +33,9 @@ std::pair<double, double> rangeX(XYGraphWidget& plot)
     return ends;
 }
 
-QString viewFile(const ConsoleFixture& desk, const QString& id)
+QString viewFile(const ConsoleFixture& fixture, const QString& id)
 {
-    return QFileInfo(desk.store.fileName()).path() + QStringLiteral("/views/") + id + QStringLiteral(".json");
+    return QFileInfo(fixture.store.fileName()).path() + QStringLiteral("/views/") + id + QStringLiteral(".json");
 }
 
 } // namespace
@@ -47,11 +47,11 @@ private Q_SLOTS:
     void liveWindowsHaveABarAboveTheirPlot()
     {
         HistogramServer server;
-        ConsoleFixture desk;
-        desk.use(server);
-        QVERIFY(desk.reaches(ServerState::Up) && isListed(desk, "time"));
+        ConsoleFixture fixture;
+        fixture.use(server);
+        QVERIFY(fixture.reaches(ServerState::Up) && isListed(fixture, "time"));
         for (const char* const id : { "curves", "map" }) {
-            QWidget* const window = desk.find(id);
+            QWidget* const window = fixture.find(id);
             auto* const bar = window->findChild<tarnis::PlotToolBar*>();
             QVERIFY2(bar, id);
             QVERIFY(bar->plot() != nullptr);
@@ -76,10 +76,10 @@ private Q_SLOTS:
     void aWindowOpensWithTheViewThatItHad()
     {
         HistogramServer server;
-        ConsoleFixture desk;
-        desk.use(server);
-        QVERIFY(desk.reaches(ServerState::Up) && isListed(desk, "time"));
-        auto* window = desk.open<Graph1DDialog>("curves");
+        ConsoleFixture fixture;
+        fixture.use(server);
+        QVERIFY(fixture.reaches(ServerState::Up) && isListed(fixture, "time"));
+        auto* window = fixture.open<Graph1DDialog>("curves");
         QPointer<MultiVectorGraphWidget> plot = window->getGraphWidget();
         TRY_VERIFY(plot->hasData());
         const auto whole = rangeX(*plot);
@@ -90,9 +90,9 @@ private Q_SLOTS:
         QVERIFY(zoomed.second - zoomed.first < whole.second - whole.first);
         window->close();
         TRY_VERIFY(plot.isNull());
-        QVERIFY(QFile::exists(viewFile(desk, "curves")));
+        QVERIFY(QFile::exists(viewFile(fixture, "curves")));
 
-        window = desk.open<Graph1DDialog>("curves");
+        window = fixture.open<Graph1DDialog>("curves");
         plot = window->getGraphWidget();
         QCOMPARE(rangeX(*plot), zoomed);
         TRY_VERIFY(plot->hasData());
@@ -105,16 +105,16 @@ private Q_SLOTS:
     void aViewThatTheAxisDoesNotReachIsNotShown()
     {
         HistogramServer server;
-        ConsoleFixture desk;
-        const QString path = viewFile(desk, "curves");
+        ConsoleFixture fixture;
+        const QString path = viewFile(fixture, "curves");
         QVERIFY(QDir().mkpath(QFileInfo(path).path()));
         QFile file(path);
         QVERIFY(file.open(QIODevice::WriteOnly));
         file.write(R"({"format":"tarnis-view","version":1,"x":{"auto":false,"min":1e7,"max":2e7}})");
         file.close();
-        desk.use(server);
-        QVERIFY(desk.reaches(ServerState::Up) && isListed(desk, "time"));
-        auto& plot = *desk.open<Graph1DDialog>("curves")->getGraphWidget();
+        fixture.use(server);
+        QVERIFY(fixture.reaches(ServerState::Up) && isListed(fixture, "time"));
+        auto& plot = *fixture.open<Graph1DDialog>("curves")->getGraphWidget();
         TRY_VERIFY(plot.hasData());
         QVERIFY(rangeX(plot).second < 1e7);
     }
@@ -122,17 +122,17 @@ private Q_SLOTS:
     void aDamagedViewIsReportedAndLeftAlone()
     {
         HistogramServer server;
-        ConsoleFixture desk;
-        const QString path = viewFile(desk, "curves");
+        ConsoleFixture fixture;
+        const QString path = viewFile(fixture, "curves");
         QVERIFY(QDir().mkpath(QFileInfo(path).path()));
         QFile file(path);
         QVERIFY(file.open(QIODevice::WriteOnly));
         file.write("{\"format\":");
         file.close();
-        desk.use(server);
-        QVERIFY(desk.reaches(ServerState::Up) && isListed(desk, "time"));
-        auto* const window = desk.open<Graph1DDialog>("curves");
-        QVERIFY2(desk.alert().text.contains(path), qPrintable(desk.alert().text));
+        fixture.use(server);
+        QVERIFY(fixture.reaches(ServerState::Up) && isListed(fixture, "time"));
+        auto* const window = fixture.open<Graph1DDialog>("curves");
+        QVERIFY2(fixture.alert().text.contains(path), qPrintable(fixture.alert().text));
         QPointer<QWidget> guard = window;
         window->close();
         TRY_VERIFY(guard.isNull());

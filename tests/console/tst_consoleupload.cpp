@@ -39,19 +39,19 @@ private:
     QTemporaryDir m_directory;
 };
 
-QMessageBox* questionOf(ConsoleFixture& desk)
+QMessageBox* questionOf(ConsoleFixture& fixture)
 {
-    return desk.window->findChild<QMessageBox*>(QStringLiteral("uploadBox"));
+    return fixture.window->findChild<QMessageBox*>(QStringLiteral("uploadBox"));
 }
 
-bool isAsked(ConsoleFixture& desk)
+bool isAsked(ConsoleFixture& fixture)
 {
-    return eventually([&] { return questionOf(desk) != nullptr; });
+    return eventually([&] { return questionOf(fixture) != nullptr; });
 }
 
-void answer(ConsoleFixture& desk, QMessageBox::StandardButton button)
+void answer(ConsoleFixture& fixture, QMessageBox::StandardButton button)
 {
-    tarnis::testing::answer(*desk.window, "uploadBox", button);
+    tarnis::testing::answer(*fixture.window, "uploadBox", button);
 }
 
 } // namespace
@@ -71,12 +71,12 @@ private Q_SLOTS:
         }
         const Desktop files;
         Archive server;
-        ConsoleFixture desk(server);
-        desk.window->commandPanel().upload(files.file(QStringLiteral("all.bin"), content));
-        QVERIFY(desk.shows(QStringLiteral("txfile all.bin  (255 bytes)")));
-        QVERIFY(desk.isFree());
+        ConsoleFixture fixture(server);
+        fixture.window->commandPanel().upload(files.file(QStringLiteral("all.bin"), content));
+        QVERIFY(fixture.shows(QStringLiteral("txfile all.bin  (255 bytes)")));
+        QVERIFY(fixture.isFree());
         QVERIFY(server.requests().contains("txfile all.bin\n" + content));
-        QVERIFY(!questionOf(desk));
+        QVERIFY(!questionOf(fixture));
     }
 
     void namesComeThroughAsTheyAre_data()
@@ -94,8 +94,8 @@ private Q_SLOTS:
         QFETCH(QByteArray, request);
         const Desktop files;
         Archive server;
-        ConsoleFixture desk(server);
-        desk.window->commandPanel().upload(files.file(name));
+        ConsoleFixture fixture(server);
+        fixture.window->commandPanel().upload(files.file(name));
         QVERIFY(server.waitForRequest(request));
     }
 
@@ -104,22 +104,22 @@ private Q_SLOTS:
         const QByteArray request("txfile notes.txt\ntext");
         const Desktop files;
         Archive server;
-        ConsoleFixture desk(server);
-        desk.window->commandPanel().upload(files.file(QStringLiteral("notes.txt")));
-        QVERIFY(isAsked(desk));
-        QVERIFY(questionOf(desk)->text().contains(QStringLiteral("already exists in /data")));
-        QCOMPARE(questionOf(desk)->defaultButton(), questionOf(desk)->button(QMessageBox::Cancel));
+        ConsoleFixture fixture(server);
+        fixture.window->commandPanel().upload(files.file(QStringLiteral("notes.txt")));
+        QVERIFY(isAsked(fixture));
+        QVERIFY(questionOf(fixture)->text().contains(QStringLiteral("already exists in /data")));
+        QCOMPARE(questionOf(fixture)->defaultButton(), questionOf(fixture)->button(QMessageBox::Cancel));
         // Another one waits for the answer to this one.
-        desk.window->commandPanel().upload(files.file(QStringLiteral("other.txt")));
-        QVERIFY(desk.alert().text.contains(QStringLiteral("is being sent")));
-        answer(desk, QMessageBox::Cancel);
-        TRY_VERIFY(!questionOf(desk));
-        desk.send(QStringLiteral("stat"));
-        QVERIFY(desk.isFree());
+        fixture.window->commandPanel().upload(files.file(QStringLiteral("other.txt")));
+        QVERIFY(fixture.alert().text.contains(QStringLiteral("is being sent")));
+        answer(fixture, QMessageBox::Cancel);
+        TRY_VERIFY(!questionOf(fixture));
+        fixture.send(QStringLiteral("stat"));
+        QVERIFY(fixture.isFree());
         QVERIFY(!server.requests().contains(request));
-        desk.window->commandPanel().upload(files.file(QStringLiteral("notes.txt")));
-        QVERIFY(isAsked(desk));
-        answer(desk, QMessageBox::Ok);
+        fixture.window->commandPanel().upload(files.file(QStringLiteral("notes.txt")));
+        QVERIFY(isAsked(fixture));
+        answer(fixture, QMessageBox::Ok);
         QVERIFY(server.waitForRequest(request));
     }
 
@@ -128,12 +128,12 @@ private Q_SLOTS:
         const Desktop files;
         Archive server;
         server.answer("ls-F \"/data\"", { Step::text("NG:no permission\n") });
-        ConsoleFixture desk(server);
-        desk.window->commandPanel().upload(files.file(QStringLiteral("new.txt")));
-        QVERIFY(isAsked(desk));
-        QVERIFY(questionOf(desk)->text().contains(QStringLiteral("does not report")));
-        QVERIFY(questionOf(desk)->text().contains(QStringLiteral("NG:no permission")));
-        answer(desk, QMessageBox::Ok);
+        ConsoleFixture fixture(server);
+        fixture.window->commandPanel().upload(files.file(QStringLiteral("new.txt")));
+        QVERIFY(isAsked(fixture));
+        QVERIFY(questionOf(fixture)->text().contains(QStringLiteral("does not report")));
+        QVERIFY(questionOf(fixture)->text().contains(QStringLiteral("NG:no permission")));
+        answer(fixture, QMessageBox::Ok);
         QVERIFY(server.waitForRequest("txfile new.txt\ntext"));
     }
 
@@ -142,27 +142,27 @@ private Q_SLOTS:
         const Desktop files;
         Archive server;
         server.answer("pwd", { Step::hold("pwd") });
-        ConsoleFixture desk(server);
-        desk.window->commandPanel().upload(files.file(QStringLiteral("new.txt")));
+        ConsoleFixture fixture(server);
+        fixture.window->commandPanel().upload(files.file(QStringLiteral("new.txt")));
         QVERIFY(server.waitForHold("pwd"));
-        desk.choose("shutDownAction");
-        QVERIFY(desk.reaches(ServerState::Off));
-        QVERIFY(desk.record().contains(QStringLiteral("is not sent: the server was stopped.")));
-        desk.window->commandPanel().upload(files.file(QStringLiteral("new.txt")));
-        QVERIFY(desk.alert().text.contains(QStringLiteral("there is no connection")));
+        fixture.choose("shutDownAction");
+        QVERIFY(fixture.reaches(ServerState::Off));
+        QVERIFY(fixture.record().contains(QStringLiteral("is not sent: the server was stopped.")));
+        fixture.window->commandPanel().upload(files.file(QStringLiteral("new.txt")));
+        QVERIFY(fixture.alert().text.contains(QStringLiteral("there is no connection")));
     }
 
     void aFileThatCannotBeUploadedIsRefusedWithAReason()
     {
         const Desktop files;
         Archive server;
-        ConsoleFixture desk(server);
-        desk.window->commandPanel().upload(QStringLiteral("/no/such/file"));
-        QVERIFY(desk.alert().text.contains(QStringLiteral("cannot be read")));
-        desk.window->commandPanel().upload(files.file(QString::fromUtf8("\u03b1.txt")));
-        QVERIFY(desk.alert().text.contains(QStringLiteral("its name cannot be sent")));
-        desk.window->commandPanel().upload(files.file(QStringLiteral("eot.txt"), "a\x04z"));
-        QVERIFY(desk.shows(QStringLiteral("NG:File contains EOT(0x04) char.")));
+        ConsoleFixture fixture(server);
+        fixture.window->commandPanel().upload(QStringLiteral("/no/such/file"));
+        QVERIFY(fixture.alert().text.contains(QStringLiteral("cannot be read")));
+        fixture.window->commandPanel().upload(files.file(QString::fromUtf8("\u03b1.txt")));
+        QVERIFY(fixture.alert().text.contains(QStringLiteral("its name cannot be sent")));
+        fixture.window->commandPanel().upload(files.file(QStringLiteral("eot.txt"), "a\x04z"));
+        QVERIFY(fixture.shows(QStringLiteral("NG:File contains EOT(0x04) char.")));
     }
 
     void aFileOfTheServerIsShownAsTextOrSize()
@@ -171,17 +171,17 @@ private Q_SLOTS:
         server.answer("rxfile notes.txt", { Step::binary("one\ntwo\n", "OK: /data/notes.txt, 8 bytes\n") });
         server.answer("rxfile image", { Step::binary(QByteArray("a\0b", 3), "OK: /data/image, 3 bytes\n") });
         server.answer("rxfile none", { Step::binary("", "NG:cannot read\n") });
-        ConsoleFixture desk(server);
-        desk.type(QStringLiteral("rxfile notes.txt"));
-        QVERIFY(desk.widget<QCheckBox>("binaryCheck").isChecked());
-        desk.enter();
-        QVERIFY(desk.shows(QStringLiteral("8 bytes\none\ntwo\ntext: OK: /data/notes.txt")));
-        desk.send(QStringLiteral("rxfile image"));
-        QVERIFY(desk.shows(QStringLiteral("3 bytes, which are not text")));
-        desk.send(QStringLiteral("rxfile none"));
-        QVERIFY(desk.shows(QStringLiteral("NG:cannot read")));
-        desk.send(QStringLiteral("stat"));
-        QVERIFY(desk.isFree());
+        ConsoleFixture fixture(server);
+        fixture.type(QStringLiteral("rxfile notes.txt"));
+        QVERIFY(fixture.widget<QCheckBox>("binaryCheck").isChecked());
+        fixture.enter();
+        QVERIFY(fixture.shows(QStringLiteral("8 bytes\none\ntwo\ntext: OK: /data/notes.txt")));
+        fixture.send(QStringLiteral("rxfile image"));
+        QVERIFY(fixture.shows(QStringLiteral("3 bytes, which are not text")));
+        fixture.send(QStringLiteral("rxfile none"));
+        QVERIFY(fixture.shows(QStringLiteral("NG:cannot read")));
+        fixture.send(QStringLiteral("stat"));
+        QVERIFY(fixture.isFree());
     }
 
     void filesAsText()

@@ -127,15 +127,15 @@ private Q_SLOTS:
 
     void everyControlHasANameAndShowsWhyItIsDisabled()
     {
-        ConsoleFixture desk;
-        for (QWidget* widget : desk.window->findChildren<QWidget*>()) {
+        ConsoleFixture fixture;
+        for (QWidget* widget : fixture.window->findChildren<QWidget*>()) {
             if (!isControl(widget) || widget->isHidden())
                 continue;
             QVERIFY2(!accessibleName(widget).isEmpty(), qPrintable(widget->objectName()));
             if (!widget->isEnabled())
                 QVERIFY2(!widget->toolTip().isEmpty(), qPrintable(widget->objectName()));
         }
-        for (const QAction* action : desk.window->findChildren<QAction*>()) {
+        for (const QAction* action : fixture.window->findChildren<QAction*>()) {
             if (!action->isEnabled() && !action->text().isEmpty())
                 QVERIFY2(!action->toolTip().isEmpty(), qPrintable(action->objectName()));
         }
@@ -143,10 +143,10 @@ private Q_SLOTS:
 
     void noTwoThingsShareAKey()
     {
-        ConsoleFixture desk;
-        SettingsModel& model = desk.window->settingsPanel().model();
-        auto* connectDialog = new ConnectDialog({}, "> ", desk.window.get());
-        auto* addDialog = new AddSettingDialog(model, desk.window.get());
+        ConsoleFixture fixture;
+        SettingsModel& model = fixture.window->settingsPanel().model();
+        auto* connectDialog = new ConnectDialog({}, "> ", fixture.window.get());
+        auto* addDialog = new AddSettingDialog(model, fixture.window.get());
         const QList<const QWidget*> windows { connectDialog, addDialog };
         for (const QWidget* window : windows) {
             const auto mnemonics = mnemonicsOf(*window);
@@ -155,11 +155,11 @@ private Q_SLOTS:
         }
         delete connectDialog;
         delete addDialog;
-        const auto mnemonics = mnemonicsOf(*desk.window);
+        const auto mnemonics = mnemonicsOf(*fixture.window);
         for (const QChar key : mnemonics.uniqueKeys())
             QVERIFY2(mnemonics.count(key) == 1, qPrintable(mnemonics.values(key).join(u'|')));
         QStringList keys;
-        for (const QAction* action : desk.window->findChildren<QAction*>()) {
+        for (const QAction* action : fixture.window->findChildren<QAction*>()) {
             if (!action->shortcut().isEmpty())
                 keys.append(action->shortcut().toString());
         }
@@ -171,16 +171,16 @@ private Q_SLOTS:
     void theTabKeyReachesEveryControl()
     {
         ScriptedServer server;
-        ConsoleFixture desk(server);
-        desk.type(QStringLiteral("x"));
+        ConsoleFixture fixture(server);
+        fixture.type(QStringLiteral("x"));
         QSet<const QWidget*> reached;
-        QWidget* start = &desk.edit();
+        QWidget* start = &fixture.edit();
         for (QWidget* widget = start->nextInFocusChain(); widget != start; widget = widget->nextInFocusChain()) {
             if (widget->focusPolicy() & Qt::TabFocus)
                 reached.insert(widget);
         }
         reached.insert(start);
-        for (const QWidget* widget : desk.window->findChildren<QWidget*>()) {
+        for (const QWidget* widget : fixture.window->findChildren<QWidget*>()) {
             const bool takesKeys = isControl(widget) && !qobject_cast<const QProgressBar*>(widget);
             if (takesKeys) {
                 const QString name = widget->objectName() + u' ' + QLatin1String(widget->metaObject()->className());
@@ -203,9 +203,9 @@ private Q_SLOTS:
         font.setPointSize(points);
         QApplication::setFont(font);
         {
-            ConsoleFixture desk;
-            desk.window->resize(desk.window->minimumSizeHint());
-            compareNoCutText(*desk.window);
+            ConsoleFixture fixture;
+            fixture.window->resize(fixture.window->minimumSizeHint());
+            compareNoCutText(*fixture.window);
             ConnectDialog dialog({}, "> ", nullptr);
             dialog.show();
             compareNoCutText(dialog);
@@ -236,11 +236,11 @@ private Q_SLOTS:
 
     void anAlertStaysReadableInDarkColours()
     {
-        ConsoleFixture desk;
-        auto& bar = desk.widget<AlertBar>("alertBar");
+        ConsoleFixture fixture;
+        auto& bar = fixture.widget<AlertBar>("alertBar");
         bar.setAlert({ Alert::Severity::Information, QStringLiteral("words"), AlertAction::None });
         for (int i = 0; i < 2; ++i) {
-            desk.choose("darkAction");
+            fixture.choose("darkAction");
             QCoreApplication::processEvents();
             const QPalette colours = bar.palette();
             QVERIFY(contrast(colours.color(QPalette::WindowText), colours.color(QPalette::Window)) >= 4.5);
@@ -274,10 +274,10 @@ private Q_SLOTS:
 
     void theLightColoursAreTheDesktops()
     {
-        ConsoleFixture desk;
-        desk.choose("darkAction");
+        ConsoleFixture fixture;
+        fixture.choose("darkAction");
         QCOMPARE(QApplication::palette().color(QPalette::Base), darkPalette().color(QPalette::Base));
-        desk.choose("darkAction");
+        fixture.choose("darkAction");
         QVERIFY(QApplication::palette().color(QPalette::Base) != darkPalette().color(QPalette::Base));
         QCOMPARE(QApplication::palette().resolveMask(), 0); // no role is fixed against a change of the desktop's
                                                             // palette
@@ -301,26 +301,26 @@ private Q_SLOTS:
     {
         ScriptedServer server;
         server.answer("hello", { Step::text("hi\n") });
-        ConsoleFixture desk;
-        desk.type(QStringLiteral("hello"));
-        desk.enter();
-        QCOMPARE(desk.edit().text(), QStringLiteral("hello"));
-        QVERIFY(desk.widget<QLabel>("progressLabel").text().contains(QStringLiteral("server")));
-        desk.use(server);
-        QVERIFY(desk.reaches(ServerState::Up));
-        desk.enter();
-        QVERIFY(desk.shows(QStringLiteral("> hello\nhi")));
-        QVERIFY(desk.edit().text().isEmpty());
+        ConsoleFixture fixture;
+        fixture.type(QStringLiteral("hello"));
+        fixture.enter();
+        QCOMPARE(fixture.edit().text(), QStringLiteral("hello"));
+        QVERIFY(fixture.widget<QLabel>("progressLabel").text().contains(QStringLiteral("server")));
+        fixture.use(server);
+        QVERIFY(fixture.reaches(ServerState::Up));
+        fixture.enter();
+        QVERIFY(fixture.shows(QStringLiteral("> hello\nhi")));
+        QVERIFY(fixture.edit().text().isEmpty());
     }
 
     void whatCannotBeSentStaysWithAReason()
     {
         ScriptedServer server;
-        ConsoleFixture desk(server);
-        desk.edit().setText(QString::fromUtf8("set \u03b1"));
-        desk.enter();
-        QCOMPARE(desk.edit().text(), QString::fromUtf8("set \u03b1"));
-        QVERIFY(desk.widget<QLabel>("progressLabel").text().contains(QStringLiteral("Latin-1")));
+        ConsoleFixture fixture(server);
+        fixture.edit().setText(QString::fromUtf8("set \u03b1"));
+        fixture.enter();
+        QCOMPARE(fixture.edit().text(), QString::fromUtf8("set \u03b1"));
+        QVERIFY(fixture.widget<QLabel>("progressLabel").text().contains(QStringLiteral("Latin-1")));
     }
 
     void repliesAppearBelowTheirCommands()
@@ -329,13 +329,13 @@ private Q_SLOTS:
         server.answer("a", { Step::hold("gate"), Step::text("1\n") });
         server.answer("b", { Step::text("NG:2\n") });
         server.answer("c", { Step::text("") });
-        ConsoleFixture desk(server);
+        ConsoleFixture fixture(server);
         for (const char* command : { "a", "b", "c" })
-            desk.send(QLatin1String(command));
+            fixture.send(QLatin1String(command));
         QVERIFY(server.waitForHold("gate"));
         server.open("gate");
-        QVERIFY(desk.shows(QStringLiteral("(an empty reply)")));
-        QString record = desk.record();
+        QVERIFY(fixture.shows(QStringLiteral("(an empty reply)")));
+        QString record = fixture.record();
         record.remove(QRegularExpression(QStringLiteral("\\d\\d:\\d\\d:\\d\\d  ")));
         QCOMPARE(record, QStringLiteral("> a\n1\n> b\nNG:2\n> c\n(an empty reply)"));
     }
@@ -344,16 +344,16 @@ private Q_SLOTS:
     {
         ScriptedServer server;
         server.answer("slow", { Step::raw("half of it\n"), Step::hold("gate"), Step::text("the rest\n") });
-        ConsoleFixture desk(server);
-        desk.send(QStringLiteral("slow"));
-        QVERIFY(desk.shows(QStringLiteral("half of it")));
-        QVERIFY(desk.widget<QProgressBar>("progressBar").isVisible());
-        QVERIFY(desk.widget<QLabel>("progressLabel").text().contains(QStringLiteral("11 bytes")));
+        ConsoleFixture fixture(server);
+        fixture.send(QStringLiteral("slow"));
+        QVERIFY(fixture.shows(QStringLiteral("half of it")));
+        QVERIFY(fixture.widget<QProgressBar>("progressBar").isVisible());
+        QVERIFY(fixture.widget<QLabel>("progressLabel").text().contains(QStringLiteral("11 bytes")));
         server.open("gate");
-        QVERIFY(desk.shows(QStringLiteral("the rest")));
-        QVERIFY(desk.isFree());
-        QCOMPARE(desk.record().count(QStringLiteral("half of it")), 1);
-        QVERIFY(!desk.widget<QProgressBar>("progressBar").isVisible());
+        QVERIFY(fixture.shows(QStringLiteral("the rest")));
+        QVERIFY(fixture.isFree());
+        QCOMPARE(fixture.record().count(QStringLiteral("half of it")), 1);
+        QVERIFY(!fixture.widget<QProgressBar>("progressBar").isVisible());
     }
 
     void aBinaryReplyIsShownInNumbers()
@@ -361,54 +361,54 @@ private Q_SLOTS:
         ScriptedServer server;
         server.answer("hist1d x", { Step::binary(bytesOf({ 1.0, 5.0 }), "OK: x\n") });
         server.answer("numbers", { Step::binary(bytesOf({ 2.0 }), "") });
-        ConsoleFixture desk(server);
-        desk.send(QStringLiteral("hist1d x"));
-        QVERIFY(desk.shows(QStringLiteral("2 values\nsum 6, minimum 1, maximum 5\nfirst: 1 5\ntext: OK: x")));
-        QVERIFY(!desk.widget<QCheckBox>("binaryCheck").isChecked());
-        desk.type(QStringLiteral("numbers"));
-        desk.press("binaryCheck");
-        desk.enter();
-        QVERIFY(desk.shows(QStringLiteral("1 value\nsum 2")));
+        ConsoleFixture fixture(server);
+        fixture.send(QStringLiteral("hist1d x"));
+        QVERIFY(fixture.shows(QStringLiteral("2 values\nsum 6, minimum 1, maximum 5\nfirst: 1 5\ntext: OK: x")));
+        QVERIFY(!fixture.widget<QCheckBox>("binaryCheck").isChecked());
+        fixture.type(QStringLiteral("numbers"));
+        fixture.press("binaryCheck");
+        fixture.enter();
+        QVERIFY(fixture.shows(QStringLiteral("1 value\nsum 2")));
     }
 
     void whatThePersonChoseAboutBinaryStays()
     {
-        ConsoleFixture desk;
-        desk.type(QStringLiteral("hist1d"));
-        QVERIFY(desk.widget<QCheckBox>("binaryCheck").isChecked());
-        desk.press("binaryCheck");
-        desk.type(QStringLiteral(" total"));
-        QVERIFY(!desk.widget<QCheckBox>("binaryCheck").isChecked());
+        ConsoleFixture fixture;
+        fixture.type(QStringLiteral("hist1d"));
+        QVERIFY(fixture.widget<QCheckBox>("binaryCheck").isChecked());
+        fixture.press("binaryCheck");
+        fixture.type(QStringLiteral(" total"));
+        QVERIFY(!fixture.widget<QCheckBox>("binaryCheck").isChecked());
     }
 
     void reconnectsWithOneClick()
     {
         ScriptedServer server;
         server.answerInTurn("a", { { Step::raw("half"), Step::drop() }, { Step::text("whole\n") } });
-        ConsoleFixture desk(server);
-        desk.send(QStringLiteral("a"));
-        desk.type(QStringLiteral("being typed"));
-        TRY_COMPARE(desk.alert().action, AlertAction::SendAgain);
-        QVERIFY(desk.alert().text.contains(u'a'));
-        QCOMPARE(desk.window->controller().state(), ServerState::Up);
-        desk.press("alertButton");
-        QVERIFY(desk.shows(QStringLiteral("whole")));
-        QVERIFY(desk.alert().text.isEmpty());
-        QCOMPARE(desk.edit().text(), QStringLiteral("being typed"));
+        ConsoleFixture fixture(server);
+        fixture.send(QStringLiteral("a"));
+        fixture.type(QStringLiteral("being typed"));
+        TRY_COMPARE(fixture.alert().action, AlertAction::SendAgain);
+        QVERIFY(fixture.alert().text.contains(u'a'));
+        QCOMPARE(fixture.window->controller().state(), ServerState::Up);
+        fixture.press("alertButton");
+        QVERIFY(fixture.shows(QStringLiteral("whole")));
+        QVERIFY(fixture.alert().text.isEmpty());
+        QCOMPARE(fixture.edit().text(), QStringLiteral("being typed"));
     }
 
     void aLostCommandComesBackToAnEmptyLine()
     {
         ScriptedServer server;
         server.answerInTurn("a", { { Step::drop() }, { Step::text("whole\n") } });
-        ConsoleFixture desk(server);
-        desk.send(QStringLiteral("a"));
-        QVERIFY(desk.shows(QStringLiteral("No reply: a")));
-        QCOMPARE(desk.edit().text(), QStringLiteral("a"));
-        TRY_COMPARE(desk.alert().action, AlertAction::SendAgain);
-        QTest::keyClick(&desk.edit(), Qt::Key_Return);
-        QVERIFY(desk.alert().text.isEmpty()); // otherwise it could be sent a second time
-        QVERIFY(desk.shows(QStringLiteral("whole")));
+        ConsoleFixture fixture(server);
+        fixture.send(QStringLiteral("a"));
+        QVERIFY(fixture.shows(QStringLiteral("No reply: a")));
+        QCOMPARE(fixture.edit().text(), QStringLiteral("a"));
+        TRY_COMPARE(fixture.alert().action, AlertAction::SendAgain);
+        QTest::keyClick(&fixture.edit(), Qt::Key_Return);
+        QVERIFY(fixture.alert().text.isEmpty()); // otherwise it could be sent a second time
+        QVERIFY(fixture.shows(QStringLiteral("whole")));
     }
 
     void aCommandCanBeGivenUp()
@@ -416,18 +416,18 @@ private Q_SLOTS:
         ScriptedServer server;
         server.answer("never", { Step::silence() });
         server.answer("next", { Step::text("done\n") });
-        ConsoleFixture desk;
-        QVERIFY(!desk.widget<QPushButton>("giveUpButton").isEnabled());
-        desk.use(server);
-        QVERIFY(desk.reaches(ServerState::Up));
-        desk.send(QStringLiteral("never"));
+        ConsoleFixture fixture;
+        QVERIFY(!fixture.widget<QPushButton>("giveUpButton").isEnabled());
+        fixture.use(server);
+        QVERIFY(fixture.reaches(ServerState::Up));
+        fixture.send(QStringLiteral("never"));
         QVERIFY(server.waitForRequest("never"));
-        desk.press("giveUpButton");
-        QVERIFY(!desk.window->commandPanel().isBusy());
-        QVERIFY(desk.record().contains(QStringLiteral("Given up: never")));
-        QVERIFY(desk.alert().text.isEmpty());
-        desk.send(QStringLiteral("next"));
-        QVERIFY(desk.shows(QStringLiteral("done")));
+        fixture.press("giveUpButton");
+        QVERIFY(!fixture.window->commandPanel().isBusy());
+        QVERIFY(fixture.record().contains(QStringLiteral("Given up: never")));
+        QVERIFY(fixture.alert().text.isEmpty());
+        fixture.send(QStringLiteral("next"));
+        QVERIFY(fixture.shows(QStringLiteral("done")));
     }
 
     void commandsAfterACancelledOneCanBeSentAgain()
@@ -436,16 +436,16 @@ private Q_SLOTS:
         server.answer("never", { Step::silence() });
         server.answer("next", { Step::text("done\n") });
         server.answer("last", { Step::text("done too\n") });
-        ConsoleFixture desk(server);
+        ConsoleFixture fixture(server);
         for (const char* const command : { "never", "next", "last" })
-            desk.send(QLatin1String(command));
+            fixture.send(QLatin1String(command));
         QVERIFY(server.waitForRequest("never"));
-        desk.press("giveUpButton");
-        QCOMPARE(desk.alert().action, AlertAction::SendAgain);
-        QVERIFY2(desk.alert().text.contains(QStringLiteral("2 commands")), qPrintable(desk.alert().text));
-        desk.press("alertButton");
-        QVERIFY(desk.shows(QStringLiteral("done too")));
-        QVERIFY(desk.alert().text.isEmpty());
+        fixture.press("giveUpButton");
+        QCOMPARE(fixture.alert().action, AlertAction::SendAgain);
+        QVERIFY2(fixture.alert().text.contains(QStringLiteral("2 commands")), qPrintable(fixture.alert().text));
+        fixture.press("alertButton");
+        QVERIFY(fixture.shows(QStringLiteral("done too")));
+        QVERIFY(fixture.alert().text.isEmpty());
         QCOMPARE(server.requests().count("never"), 1);
     }
 
@@ -457,20 +457,20 @@ private Q_SLOTS:
         server.answerInTurn("setting",
             { { Step::text("OK:\nrate: 10\n") }, { Step::text("OK:\nrate: 10\n") },
                 { Step::text("OK:\nrate: 20\n") } });
-        ConsoleFixture desk;
-        SettingsModel& model = desk.window->settingsPanel().model();
-        QVERIFY(!desk.widget<QPushButton>("readButton").isEnabled());
-        desk.use(server);
+        ConsoleFixture fixture;
+        SettingsModel& model = fixture.window->settingsPanel().model();
+        QVERIFY(!fixture.widget<QPushButton>("readButton").isEnabled());
+        fixture.use(server);
         TRY_COMPARE(model.rowCount(), 1);
-        QCOMPARE(desk.settingsState(), QStringLiteral("As on the server."));
+        QCOMPARE(fixture.settingsState(), QStringLiteral("As on the server."));
         QVERIFY(model.setData(model.index(0, SettingsModel::Value), "20", Qt::EditRole));
-        QVERIFY(desk.settingsState().startsWith(QStringLiteral("1 changed")));
-        desk.press("saveButton");
-        QVERIFY(!desk.widget<QPushButton>("saveButton").isEnabled());
+        QVERIFY(fixture.settingsState().startsWith(QStringLiteral("1 changed")));
+        fixture.press("saveButton");
+        QVERIFY(!fixture.widget<QPushButton>("saveButton").isEnabled());
         TRY_VERIFY(model.changedNames().isEmpty());
         QVERIFY(server.requests().contains("setting rate:20 "));
         QVERIFY(server.requests().contains("savesetting"));
-        QVERIFY(desk.widget<QPushButton>("saveButton").isEnabled());
+        QVERIFY(fixture.widget<QPushButton>("saveButton").isEnabled());
     }
 
     void reportsARejectedSetting()
@@ -478,58 +478,58 @@ private Q_SLOTS:
         ScriptedServer server;
         server.answer("setting", { Step::text("OK:\nrate: 10\n") });
         server.answer("setting rate:0 ", { Step::text("NG:rate is too small\n") });
-        ConsoleFixture desk;
-        SettingsModel& model = desk.window->settingsPanel().model();
-        desk.use(server);
+        ConsoleFixture fixture;
+        SettingsModel& model = fixture.window->settingsPanel().model();
+        fixture.use(server);
         TRY_COMPARE(model.rowCount(), 1);
         model.setData(model.index(0, SettingsModel::Value), "0", Qt::EditRole);
-        desk.press("downloadButton");
-        TRY_VERIFY(desk.settingsState().contains(QStringLiteral("rate is too small")));
+        fixture.press("downloadButton");
+        TRY_VERIFY(fixture.settingsState().contains(QStringLiteral("rate is too small")));
         QCOMPARE(model.changedNames(), QStringList { "rate" });
     }
 
     void theBasePathFollowsTheStatus()
     {
         ScriptedServer server;
-        ConsoleFixture desk;
-        auto& path = desk.widget<QLineEdit>("pathEdit");
+        ConsoleFixture fixture;
+        auto& path = fixture.widget<QLineEdit>("pathEdit");
         path.setText(QStringLiteral("/data"));
-        desk.press("pathButton"); // no server: kept
-        QCOMPARE(desk.window->controller().tarnis().GetSettingValue("basepath", QString()), QStringLiteral("/data"));
-        desk.use(server);
-        QVERIFY(desk.reaches(ServerState::Up));
+        fixture.press("pathButton"); // no server: kept
+        QCOMPARE(fixture.window->controller().tarnis().GetSettingValue("basepath", QString()), QStringLiteral("/data"));
+        fixture.use(server);
+        QVERIFY(fixture.reaches(ServerState::Up));
         path.setText(QStringLiteral("/data/a b"));
-        QVERIFY(!desk.widget<QPushButton>("pathButton").isEnabled());
+        QVERIFY(!fixture.widget<QPushButton>("pathButton").isEnabled());
         path.setText(QStringLiteral("/data/a"));
-        desk.widget<QCheckBox>("instCheck").setChecked(true);
-        desk.press("pathButton");
+        fixture.widget<QCheckBox>("instCheck").setChecked(true);
+        fixture.press("pathButton");
         QVERIFY(server.waitForRequest("setting inst: basepath:/data/a"));
-        desk.window->controller().tarnis().SetStatus(Tarnis::RUNNING);
-        QVERIFY(!desk.widget<QPushButton>("pathButton").isEnabled());
-        QVERIFY(desk.widget<QPushButton>("pathButton").toolTip().contains(QStringLiteral("Running")));
+        fixture.window->controller().tarnis().SetStatus(Tarnis::RUNNING);
+        QVERIFY(!fixture.widget<QPushButton>("pathButton").isEnabled());
+        QVERIFY(fixture.widget<QPushButton>("pathButton").toolTip().contains(QStringLiteral("Running")));
     }
 
     void storesTheReadoutAddressInTheSettings()
     {
         const ScriptedServer server;
-        ConsoleFixture desk(server);
-        Tarnis& tarnis = desk.window->controller().tarnis();
-        desk.widget<QLineEdit>("ipEdit").setText(QStringLiteral("10.0.0"));
-        QVERIFY(!desk.widget<QPushButton>("addressButton").isEnabled());
-        desk.widget<QLineEdit>("ipEdit").setText(QStringLiteral("10.0.0.7"));
-        desk.widget<QSpinBox>("tcpSpin").setValue(24);
-        desk.widget<QSpinBox>("bcpSpin").setValue(4660);
-        desk.press("addressButton");
+        ConsoleFixture fixture(server);
+        Tarnis& tarnis = fixture.window->controller().tarnis();
+        fixture.widget<QLineEdit>("ipEdit").setText(QStringLiteral("10.0.0"));
+        QVERIFY(!fixture.widget<QPushButton>("addressButton").isEnabled());
+        fixture.widget<QLineEdit>("ipEdit").setText(QStringLiteral("10.0.0.7"));
+        fixture.widget<QSpinBox>("tcpSpin").setValue(24);
+        fixture.widget<QSpinBox>("bcpSpin").setValue(4660);
+        fixture.press("addressButton");
         QCOMPARE(tarnis.GetSettingValue("ip", QString()), QStringLiteral("10.0.0.7"));
-        desk.widget<QSpinBox>("indexSpin").setValue(2);
-        QVERIFY(desk.widget<QLineEdit>("ipEdit").text().isEmpty());
-        desk.widget<QLineEdit>("ipEdit").setText(QStringLiteral("10.0.0.8"));
-        desk.press("addressButton");
+        fixture.widget<QSpinBox>("indexSpin").setValue(2);
+        QVERIFY(fixture.widget<QLineEdit>("ipEdit").text().isEmpty());
+        fixture.widget<QLineEdit>("ipEdit").setText(QStringLiteral("10.0.0.8"));
+        fixture.press("addressButton");
         QCOMPARE(tarnis.GetSettingValue("ip2", QString()), QStringLiteral("10.0.0.8"));
         QCOMPARE(tarnis.GetReadoutAddressText(), QStringLiteral("10.0.0.8:0"));
-        desk.widget<QSpinBox>("indexSpin").setValue(-1);
-        QCOMPARE(desk.widget<QLineEdit>("ipEdit").text(), QStringLiteral("10.0.0.7"));
-        QCOMPARE(desk.widget<QSpinBox>("bcpSpin").value(), 4660);
+        fixture.widget<QSpinBox>("indexSpin").setValue(-1);
+        QCOMPARE(fixture.widget<QLineEdit>("ipEdit").text(), QStringLiteral("10.0.0.7"));
+        QCOMPARE(fixture.widget<QSpinBox>("bcpSpin").value(), 4660);
     }
 
     // The server.
@@ -559,20 +559,20 @@ private Q_SLOTS:
         ScriptedServer server;
         server.answer("a", { Step::silence() });
         const FakeServer program(FakeServer::wellBehaved(server.port()));
-        ConsoleFixture desk(program);
-        desk.send(QStringLiteral("a"));
-        desk.type(QStringLiteral("being typed"));
+        ConsoleFixture fixture(program);
+        fixture.send(QStringLiteral("a"));
+        fixture.type(QStringLiteral("being typed"));
         QVERIFY(server.waitForRequest("a"));
-        desk.choose("forceAction");
-        QVERIFY(desk.reaches(ServerState::Failed));
-        QCOMPARE(desk.alert().action, AlertAction::StartAgain);
-        QCOMPARE(desk.widget<QLabel>("statusLabel").text(), QStringLiteral("No connection"));
-        desk.press("alertButton");
-        QVERIFY(desk.reaches(ServerState::Up));
-        QVERIFY(desk.alert().text.isEmpty());
-        QCOMPARE(desk.edit().text(), QStringLiteral("being typed"));
-        desk.send(QStringLiteral("b"));
-        QVERIFY(desk.shows(QStringLiteral("> b\n(an empty reply)")));
+        fixture.choose("forceAction");
+        QVERIFY(fixture.reaches(ServerState::Failed));
+        QCOMPARE(fixture.alert().action, AlertAction::StartAgain);
+        QCOMPARE(fixture.widget<QLabel>("statusLabel").text(), QStringLiteral("No connection"));
+        fixture.press("alertButton");
+        QVERIFY(fixture.reaches(ServerState::Up));
+        QVERIFY(fixture.alert().text.isEmpty());
+        QCOMPARE(fixture.edit().text(), QStringLiteral("being typed"));
+        fixture.send(QStringLiteral("b"));
+        QVERIFY(fixture.shows(QStringLiteral("> b\n(an empty reply)")));
     }
 
     void closingEndsTheServerInEveryState_data()
@@ -596,27 +596,27 @@ private Q_SLOTS:
         ScriptedServer mute({ Step::silence() });
         server.answer("long", { Step::silence() });
         const FakeServer program(QString(kind).replace("%1", QString::number(server.port())).split(u';'));
-        ConsoleFixture desk;
+        ConsoleFixture fixture;
         if (kind == u"mute")
-            desk.use(mute);
+            fixture.use(mute);
         else if (kind == u"refused")
-            desk.start({ ServerChoice::Kind::Remote, {}, ScriptedServer::host(), ScriptedServer::closedPort() });
+            fixture.start({ ServerChoice::Kind::Remote, {}, ScriptedServer::host(), ScriptedServer::closedPort() });
         else if (kind == u"remote" || kind == u"busy")
-            desk.use(server);
+            fixture.use(server);
         else if (kind != u"none")
-            desk.use(program);
-        QVERIFY(desk.reaches(state));
+            fixture.use(program);
+        QVERIFY(fixture.reaches(state));
         if (kind == u"busy") {
-            desk.send(QStringLiteral("long"));
+            fixture.send(QStringLiteral("long"));
             QVERIFY(server.waitForRequest("long"));
         }
-        const QProcess* process = desk.window->controller().tarnis().process();
+        const QProcess* process = fixture.window->controller().tarnis().process();
         const qint64 processId = process ? process->processId() : 0;
-        desk.window->close();
-        TRY_VERIFY(!desk.window->isVisible());
+        fixture.window->close();
+        TRY_VERIFY(!fixture.window->isVisible());
         if (processId > 0)
             TRY_VERIFY(!isRunning(processId));
-        desk.window.reset();
+        fixture.window.reset();
         QVERIFY(server.waitUntilDeserted());
         QVERIFY(mute.waitUntilDeserted());
     }
@@ -625,29 +625,29 @@ private Q_SLOTS:
     {
         ScriptedServer server;
         const FakeServer program(FakeServer::deaf(server.port()));
-        ConsoleFixture desk(program);
-        const qint64 processId = desk.window->controller().tarnis().process()->processId();
-        desk.window->close();
-        TRY_COMPARE(desk.alert().action, AlertAction::EndByForce);
-        QVERIFY(desk.window->isVisible());
-        desk.press("alertButton");
-        TRY_VERIFY(!desk.window->isVisible());
+        ConsoleFixture fixture(program);
+        const qint64 processId = fixture.window->controller().tarnis().process()->processId();
+        fixture.window->close();
+        TRY_COMPARE(fixture.alert().action, AlertAction::EndByForce);
+        QVERIFY(fixture.window->isVisible());
+        fixture.press("alertButton");
+        TRY_VERIFY(!fixture.window->isVisible());
         TRY_VERIFY(!isRunning(processId));
     }
 
     void aBusyServerKeepsTheWindowOpen()
     {
         ScriptedServer server;
-        ConsoleFixture desk(server);
-        desk.window->controller().tarnis().SetStatus(Tarnis::HARDWARE_BUSY);
-        desk.window->close();
-        QVERIFY(desk.window->isVisible());
-        QVERIFY(desk.alert().text.contains(QStringLiteral("busy")));
-        desk.window->controller().tarnis().SetStatus(Tarnis::SERVER_CONNECTED);
-        desk.choose("shutDownAction");
-        QVERIFY(desk.reaches(ServerState::Off));
+        ConsoleFixture fixture(server);
+        fixture.window->controller().tarnis().SetStatus(Tarnis::HARDWARE_BUSY);
+        fixture.window->close();
+        QVERIFY(fixture.window->isVisible());
+        QVERIFY(fixture.alert().text.contains(QStringLiteral("busy")));
+        fixture.window->controller().tarnis().SetStatus(Tarnis::SERVER_CONNECTED);
+        fixture.choose("shutDownAction");
+        QVERIFY(fixture.reaches(ServerState::Off));
         QCoreApplication::processEvents();
-        QVERIFY(desk.window->isVisible()); // the previous close was cancelled
+        QVERIFY(fixture.window->isVisible()); // the previous close was cancelled
     }
 
     void storesTheStateForTheNextStart()
@@ -686,18 +686,18 @@ private Q_SLOTS:
         ScriptedServer server;
         server.answer("stat", { Step::text("OK:\na: 1\n") });
         server.answer("setting", { Step::text("OK:\nb: 2\n") });
-        ConsoleFixture desk;
-        QVERIFY(!desk.window->openWindow(desk.window->entries().front()));
-        desk.use(server);
-        QVERIFY(desk.reaches(ServerState::Up));
-        for (const WindowEntry& entry : desk.window->entries()) {
-            const QPointer<QWidget> window = desk.window->openWindow(entry);
+        ConsoleFixture fixture;
+        QVERIFY(!fixture.window->openWindow(fixture.window->entries().front()));
+        fixture.use(server);
+        QVERIFY(fixture.reaches(ServerState::Up));
+        for (const WindowEntry& entry : fixture.window->entries()) {
+            const QPointer<QWidget> window = fixture.window->openWindow(entry);
             QVERIFY(window && window->isVisible());
-            QCOMPARE(desk.window->openWindow(entry), window.data());
+            QCOMPARE(fixture.window->openWindow(entry), window.data());
             QVERIFY2(!window->windowTitle().isEmpty(), qPrintable(entry.id));
             window->close();
             TRY_VERIFY(window.isNull());
-            QVERIFY(desk.window->openWindow(entry));
+            QVERIFY(fixture.window->openWindow(entry));
         }
     }
 };

@@ -25,33 +25,33 @@ namespace {
 const QByteArray otherTimes("OK:\ntime: kind=1d bins=5 min=0 max=10\n");
 
 /// Connected, with the list read and the arrival times shown.
-QWidget* openCurves(ScriptedServer& server, ConsoleFixture& desk)
+QWidget* openCurves(ScriptedServer& server, ConsoleFixture& fixture)
 {
-    desk.use(server);
+    fixture.use(server);
     const auto isOnShow = [&] {
-        auto* const curves = desk.open<Graph1DDialog>("curves");
+        auto* const curves = fixture.open<Graph1DDialog>("curves");
         return curves && curves->getGraphWidget()->hasData();
     };
-    if (!isListed(desk, "time") || !eventually(isOnShow))
+    if (!isListed(fixture, "time") || !eventually(isOnShow))
         qFatal("no curves");
-    return desk.find("curves");
+    return fixture.find("curves");
 }
 
 /// The server ends and is back with this list, which has been read.
-void comeBackWith(ScriptedServer& server, ConsoleFixture& desk, const QByteArray& list)
+void comeBackWith(ScriptedServer& server, ConsoleFixture& fixture, const QByteArray& list)
 {
     server.answer("hists", { Step::text(list) });
     const qsizetype asked = server.requests().count("hists");
-    desk.choose("shutDownAction");
-    if (!desk.reaches(ServerState::Off))
+    fixture.choose("shutDownAction");
+    if (!fixture.reaches(ServerState::Off))
         qFatal("not off");
     const QList<HistogramInfo> all = histogramsOf(QString::fromUtf8(list));
-    desk.choose("startAction");
-    if (!desk.reaches(ServerState::Up))
+    fixture.choose("startAction");
+    if (!fixture.reaches(ServerState::Up))
         qFatal("not back");
     const auto isRead = [&] {
         return all.isEmpty() ? server.requests().count("hists") > asked
-                             : desk.window->histograms().find(all.first().name).has_value();
+                             : fixture.window->histograms().find(all.first().name).has_value();
     };
     if (!eventually(isRead))
         qFatal("no list");
@@ -70,11 +70,11 @@ private Q_SLOTS:
         HistogramServer server;
         server.answer("hist1d time 0 2 bins:1000", { Step::doubles(QList<double>(3000, 1.0), "OK:\n") });
         server.answer("hist2d image bins:3x2", { Step::doubles({ 1, 2, 3, 4, 5, 9 }, "OK: exported 3 x 2 y\n") });
-        ConsoleFixture desk(server);
-        OpenList list(desk);
+        ConsoleFixture fixture(server);
+        OpenList list(fixture);
         QVERIFY(list.opensTheMap());
-        OpenWindows& windows = desk.window->windows();
-        const QPointer<QWidget> curves = desk.find("curves");
+        OpenWindows& windows = fixture.window->windows();
+        const QPointer<QWidget> curves = fixture.find("curves");
         const QPointer<QWidget> map = windows.find(QStringLiteral("histogram image"));
         QVERIFY(curves && map);
         curves->setGeometry(40, 50, 700, 400);
@@ -82,7 +82,7 @@ private Q_SLOTS:
         map->setGeometry(10, 20, 500, 450);
         map->showMaximized();
         const QStringList titles = titlesOf(windows.all());
-        comeBackWith(server, desk,
+        comeBackWith(server, fixture,
             "OK:\ntime: kind=1d rows=3 bins=2000 min=5 max=500 label=Flight unit=ms\n"
             "image: kind=2d binsx=3 minx=-2 maxx=2 binsy=2 miny=0 maxy=7\n");
         TRY_VERIFY(curves.isNull() && map.isNull());
@@ -118,18 +118,18 @@ private Q_SLOTS:
     {
         QFETCH(QString, place);
         HistogramServer server;
-        ConsoleFixture desk;
-        const QPointer<QWidget> curves = openCurves(server, desk);
+        ConsoleFixture fixture;
+        const QPointer<QWidget> curves = openCurves(server, fixture);
         QDialog* const box = new QDialog(curves);
         box->show();
-        QWidget& has = place == u"console" ? *desk.window : place == u"window" ? *curves : *box;
+        QWidget& has = place == u"console" ? *fixture.window : place == u"window" ? *curves : *box;
         OpenWindows::bringForward(has);
         TRY_VERIFY(has.isActiveWindow());
-        comeBackWith(server, desk, otherTimes);
+        comeBackWith(server, fixture, otherTimes);
         TRY_VERIFY(curves.isNull());
-        OpenWindows& windows = desk.window->windows();
+        OpenWindows& windows = fixture.window->windows();
         QWidget* const fresh = windows.find(QStringLiteral("curves"));
-        TRY_COMPARE(QApplication::activeWindow(), place == u"console" ? desk.window.get() : fresh);
+        TRY_COMPARE(QApplication::activeWindow(), place == u"console" ? fixture.window.get() : fresh);
         QCOMPARE(windows.front(), fresh);
     }
 
@@ -144,43 +144,43 @@ private Q_SLOTS:
     {
         QFETCH(QByteArray, list);
         HistogramServer server;
-        ConsoleFixture desk;
-        const QPointer<QWidget> curves = openCurves(server, desk);
+        ConsoleFixture fixture;
+        const QPointer<QWidget> curves = openCurves(server, fixture);
         const qsizetype polls = server.requests().count("hist1d time 0 1 bins:4");
-        comeBackWith(server, desk, list);
+        comeBackWith(server, fixture, list);
         TRY_VERIFY(server.requests().count("hist1d time 0 1 bins:4") >= polls + 2);
         QVERIFY(curves && curves->isVisible());
-        QCOMPARE(desk.window->windows().find(QStringLiteral("curves")), curves.data());
+        QCOMPARE(fixture.window->windows().find(QStringLiteral("curves")), curves.data());
     }
 
     void aListThatComesLateCountsForOpenWindows()
     {
         HistogramServer server;
         server.answer("hists", { Step::hold("list"), Step::text(twoHistograms) });
-        ConsoleFixture desk(server);
+        ConsoleFixture fixture(server);
         QVERIFY(server.waitForHold("list"));
-        const QPointer<QWidget> curves = desk.find("curves");
+        const QPointer<QWidget> curves = fixture.find("curves");
         QVERIFY(server.waitForRequest("hist1d time 0 7 bins:1024"));
         server.open("list");
         TRY_VERIFY(curves.isNull());
         QVERIFY(server.waitForRequest("hist1d time 0 1 bins:4"));
-        const QPointer<QWidget> fresh = desk.window->windows().find(QStringLiteral("curves"));
+        const QPointer<QWidget> fresh = fixture.window->windows().find(QStringLiteral("curves"));
         QVERIFY(fresh);
-        desk.window->histograms().read(QString::fromUtf8(twoHistograms)); // the same once more
-        QCOMPARE(desk.find("curves"), fresh.data());
+        fixture.window->histograms().read(QString::fromUtf8(twoHistograms)); // the same once more
+        QCOMPARE(fixture.find("curves"), fresh.data());
     }
 
     void aMinimizedWindowStaysMinimized()
     {
         HistogramServer server;
-        ConsoleFixture desk;
-        const QPointer<QWidget> curves = openCurves(server, desk);
+        ConsoleFixture fixture;
+        const QPointer<QWidget> curves = openCurves(server, fixture);
         curves->showMinimized();
-        comeBackWith(server, desk, otherTimes);
+        comeBackWith(server, fixture, otherTimes);
         TRY_VERIFY(curves.isNull());
-        const QWidget* const fresh = desk.window->windows().find(QStringLiteral("curves"));
+        const QWidget* const fresh = fixture.window->windows().find(QStringLiteral("curves"));
         QVERIFY(fresh && fresh->isMinimized());
-        QVERIFY(desk.window->windows().onScreen().isEmpty());
+        QVERIFY(fixture.window->windows().onScreen().isEmpty());
     }
 
     void aPictureThatIsKeptStaysUntilTheNextUpdate_data()
@@ -196,18 +196,18 @@ private Q_SLOTS:
         QFETCH(bool, isLive);
         HistogramServer server;
         server.answer("hist1d time 0 0 bins:5", { Step::doubles({ 1, 2, 3, 4, 5 }, "OK:\n") });
-        ConsoleFixture desk;
-        const QPointer<QWidget> curves = openCurves(server, desk);
+        ConsoleFixture fixture;
+        const QPointer<QWidget> curves = openCurves(server, fixture);
         curves->findChild<QAbstractButton*>(QStringLiteral("autoUpdateCheckBox"))->setChecked(false);
-        comeBackWith(server, desk, otherTimes);
+        comeBackWith(server, fixture, otherTimes);
         QVERIFY(curves);
-        QCOMPARE(desk.find("curves"), curves.data());
+        QCOMPARE(fixture.find("curves"), curves.data());
         auto* const button = curves->findChild<QAbstractButton*>(control);
         TRY_VERIFY(button->isEnabled());
         QVERIFY(!server.requests().contains("hist1d time 0 0 bins:5"));
         button->click();
         TRY_VERIFY(curves.isNull());
-        auto* const fresh = qobject_cast<Graph1DDialog*>(desk.window->windows().find(QStringLiteral("curves")));
+        auto* const fresh = qobject_cast<Graph1DDialog*>(fixture.window->windows().find(QStringLiteral("curves")));
         QVERIFY(fresh);
         TRY_VERIFY(fresh->getGraphWidget()->hasData());
         QCOMPARE(fresh->isAutoUpdate(), isLive);
@@ -216,11 +216,11 @@ private Q_SLOTS:
     void keepsAFilteredMapAfterItsMapCloses()
     {
         HistogramServer server;
-        ConsoleFixture desk(server);
-        OpenList list(desk);
+        ConsoleFixture fixture(server);
+        OpenList list(fixture);
         QVERIFY(list.opensTheMap());
         const QString id = QStringLiteral("histogram image");
-        const QPointer<Graph2DDialog> map = qobject_cast<Graph2DDialog*>(desk.window->windows().find(id));
+        const QPointer<Graph2DDialog> map = qobject_cast<Graph2DDialog*>(fixture.window->windows().find(id));
         QVERIFY(map);
         TRY_COMPARE(map->getGraphWidget()->getMaxValue(), 6.0);
         Graph2DFilter filter;
@@ -228,49 +228,49 @@ private Q_SLOTS:
         const QPointer<Graph2DDialog> filtered = map->findChild<Graph2DDialog*>();
         QVERIFY(filtered);
         filtered->setGeometry(30, 60, 420, 380);
-        comeBackWith(server, desk, "OK:\nimage: kind=2d binsx=3 minx=-2 maxx=2 binsy=2 miny=0 maxy=7\n");
+        comeBackWith(server, fixture, "OK:\nimage: kind=2d binsx=3 minx=-2 maxx=2 binsy=2 miny=0 maxy=7\n");
         TRY_VERIFY(map.isNull());
         QVERIFY(filtered && filtered->isVisible());
         QCOMPARE(filtered->geometry(), QRect(30, 60, 420, 380));
-        QCOMPARE(filtered->parentWidget(), desk.window->windows().find(id));
-        QCOMPARE(desk.window->windows().onScreen().constLast(), filtered.data());
+        QCOMPARE(filtered->parentWidget(), fixture.window->windows().find(id));
+        QCOMPARE(fixture.window->windows().onScreen().constLast(), filtered.data());
     }
 
     void aMenuThatIsOpenIsWaitedFor()
     {
         HistogramServer server;
-        ConsoleFixture desk;
-        const QPointer<QWidget> curves = openCurves(server, desk);
+        ConsoleFixture fixture;
+        const QPointer<QWidget> curves = openCurves(server, fixture);
         QMenu menu(curves);
         menu.addAction(QStringLiteral("one"));
         menu.popup(QPoint(100, 100));
         QCOMPARE(QApplication::activePopupWidget(), &menu);
-        desk.window->histograms().read(QString::fromUtf8(otherTimes));
+        fixture.window->histograms().read(QString::fromUtf8(otherTimes));
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         QVERIFY(curves && curves->isVisible());
         menu.close();
         menu.setParent(nullptr);
         TRY_VERIFY(curves.isNull());
-        QVERIFY(desk.window->windows().find(QStringLiteral("curves")));
+        QVERIFY(fixture.window->windows().find(QStringLiteral("curves")));
     }
 
     void aLineThatIsTypedIsWaitedFor()
     {
         HistogramServer server;
-        ConsoleFixture desk;
-        const QPointer<QWidget> curves = openCurves(server, desk);
+        ConsoleFixture fixture;
+        const QPointer<QWidget> curves = openCurves(server, fixture);
         auto* const box = new QDialog(curves);
         auto* const line = new QLineEdit(box);
         box->show();
         OpenWindows::bringForward(*box);
         line->setFocus();
         TRY_COMPARE(QApplication::focusWidget(), line);
-        desk.window->histograms().read(QString::fromUtf8(otherTimes));
+        fixture.window->histograms().read(QString::fromUtf8(otherTimes));
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         QVERIFY(curves && curves->isVisible());
         line->clearFocus();
         TRY_VERIFY(curves.isNull());
-        QVERIFY(desk.window->windows().find(QStringLiteral("curves")));
+        QVERIFY(fixture.window->windows().find(QStringLiteral("curves")));
     }
 };
 

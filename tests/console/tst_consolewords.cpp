@@ -178,16 +178,16 @@ class TestConsoleWords : public QObject {
 
     Catalogue m_catalogue;
 
-    static void openAll(ConsoleFixture& desk)
+    static void openAll(ConsoleFixture& fixture)
     {
-        for (const WindowEntry& entry : desk.window->entries())
-            desk.window->openWindow(entry);
+        for (const WindowEntry& entry : fixture.window->entries())
+            fixture.window->openWindow(entry);
     }
 
     /// Waits until pending replies have arrived and are shown.
-    void change(ConsoleFixture& desk, const char* action, const Vocabulary& before, const Vocabulary& now)
+    void change(ConsoleFixture& fixture, const char* action, const Vocabulary& before, const Vocabulary& now)
     {
-        desk.choose(action);
+        fixture.choose(action);
         QStringList left;
         const bool isClean = eventually([&] {
             left = leftOver(before, now);
@@ -195,10 +195,10 @@ class TestConsoleWords : public QObject {
         });
         QVERIFY2(isClean, qPrintable(left.join(QStringLiteral(" | "))));
     }
-    void changeThereAndBack(ConsoleFixture& desk)
+    void changeThereAndBack(ConsoleFixture& fixture)
     {
-        change(desk, "deAction", m_catalogue.english, m_catalogue.german);
-        change(desk, "enAction", m_catalogue.german, m_catalogue.english);
+        change(fixture, "deAction", m_catalogue.english, m_catalogue.german);
+        change(fixture, "enAction", m_catalogue.german, m_catalogue.english);
         QVERIFY(!textsOnShow().contains(QStringLiteral("desc")));
     }
 
@@ -213,52 +213,52 @@ private Q_SLOTS:
 
     void withoutAServer()
     {
-        ConsoleFixture desk;
-        openAll(desk);
-        changeThereAndBack(desk);
+        ConsoleFixture fixture;
+        openAll(fixture);
+        changeThereAndBack(fixture);
     }
 
     void withEveryWindow()
     {
         UnlabelledServer server;
-        ConsoleFixture desk;
-        desk.use(server);
-        QVERIFY(desk.reaches(ServerState::Up) && isListed(desk, "time"));
-        desk.widget<QLineEdit>("ipEdit").setText(QStringLiteral("192.168.0.16"));
-        desk.press("addressButton");
-        QVERIFY(desk.widget<QLabel>("addressLabel").text().startsWith(u"Set: "));
-        openAll(desk);
-        changeThereAndBack(desk);
+        ConsoleFixture fixture;
+        fixture.use(server);
+        QVERIFY(fixture.reaches(ServerState::Up) && isListed(fixture, "time"));
+        fixture.widget<QLineEdit>("ipEdit").setText(QStringLiteral("192.168.0.16"));
+        fixture.press("addressButton");
+        QVERIFY(fixture.widget<QLabel>("addressLabel").text().startsWith(u"Set: "));
+        openAll(fixture);
+        changeThereAndBack(fixture);
     }
 
     void whenTheServerIsLost()
     {
         auto server = std::make_unique<UnlabelledServer>();
-        ConsoleFixture desk;
-        desk.use(*server);
-        QVERIFY(desk.reaches(ServerState::Up) && isListed(desk, "time"));
-        openAll(desk);
+        ConsoleFixture fixture;
+        fixture.use(*server);
+        QVERIFY(fixture.reaches(ServerState::Up) && isListed(fixture, "time"));
+        openAll(fixture);
         server.reset();
-        QVERIFY(desk.reaches(ServerState::Failed));
-        TRY_VERIFY(!desk.alert().text.isEmpty());
-        changeThereAndBack(desk);
+        QVERIFY(fixture.reaches(ServerState::Failed));
+        TRY_VERIFY(!fixture.alert().text.isEmpty());
+        changeThereAndBack(fixture);
     }
 
     void retranslatesTheTitleOfALiveWindow()
     {
         UnlabelledServer server;
-        ConsoleFixture desk;
-        desk.use(server);
-        QVERIFY(desk.reaches(ServerState::Up) && isListed(desk, "time"));
-        auto* const curves = desk.open<Graph1DDialog>("curves");
+        ConsoleFixture fixture;
+        fixture.use(server);
+        QVERIFY(fixture.reaches(ServerState::Up) && isListed(fixture, "time"));
+        auto* const curves = fixture.open<Graph1DDialog>("curves");
         const auto* const label = curves->findChild<QLabel*>(QStringLiteral("descLabel"));
         QCOMPARE(label->text(), "Module 0-7");
-        desk.choose("deAction");
+        fixture.choose("deAction");
         TRY_COMPARE(label->text(), "Modul 0-7");
         QCOMPARE(curves->windowTitle(), "Ankunftszeiten");
         QCOMPARE(curves->getGraphWidget()->getNameX(), "Zeit [us]");
         QCOMPARE(curves->getGraphWidget()->m_groupName, "Modul");
-        desk.choose("enAction");
+        fixture.choose("enAction");
         TRY_COMPARE(label->text(), "Module 0-7");
     }
 
@@ -277,11 +277,11 @@ private Q_SLOTS:
     void theMenuOfAColourBarIsTranslated()
     {
         UnlabelledServer server;
-        ConsoleFixture desk;
-        desk.use(server);
-        QVERIFY(desk.reaches(ServerState::Up) && isListed(desk, "time"));
-        desk.choose("deAction");
-        auto* const map = desk.open<Graph2DDialog>("map");
+        ConsoleFixture fixture;
+        fixture.use(server);
+        QVERIFY(fixture.reaches(ServerState::Up) && isListed(fixture, "time"));
+        fixture.choose("deAction");
+        auto* const map = fixture.open<Graph2DDialog>("map");
         auto* const plot = map->getGraphWidget();
         QTest::mouseClick(plot, Qt::RightButton, {}, QPoint(plot->width() - 8, plot->height() / 2));
         QMenu* menu = nullptr;
@@ -293,24 +293,24 @@ private Q_SLOTS:
 
     void theKeyboardBoxFitsAndFollows()
     {
-        ConsoleFixture desk;
-        desk.choose("keysAction");
-        const auto* const box = desk.window->findChild<QDialog*>(QStringLiteral("keyboardBox"));
+        ConsoleFixture fixture;
+        fixture.choose("keysAction");
+        const auto* const box = fixture.window->findChild<QDialog*>(QStringLiteral("keyboardBox"));
         const auto* const table = box->findChild<QTableWidget*>(QStringLiteral("keyTable"));
         QVERIFY(box->height() <= 500);
         QVERIFY(table->rowCount() > 20);
         const int width = table->fontMetrics().horizontalAdvance(table->item(table->rowCount() - 3, 0)->text());
         QVERIFY(table->columnWidth(0) > width);
-        desk.choose("deAction");
+        fixture.choose("deAction");
         TRY_COMPARE(table->item(table->rowCount() - 1, 1)->text(), "In einem Diagramm: alles zeigen");
     }
 
     void theKeyboardDialogListsTheKeysOfTheWindows()
     {
-        ConsoleFixture desk;
-        desk.choose("keysAction");
+        ConsoleFixture fixture;
+        fixture.choose("keysAction");
         const auto* const table =
-            desk.window->findChild<QDialog*>(QStringLiteral("keyboardBox"))->findChild<QTableWidget*>();
+            fixture.window->findChild<QDialog*>(QStringLiteral("keyboardBox"))->findChild<QTableWidget*>();
         QStringList rows;
         for (int row = 0; row < table->rowCount(); ++row)
             rows.append(table->item(row, 0)->text() + QLatin1String(": ") + table->item(row, 1)->text());
@@ -323,11 +323,11 @@ private Q_SLOTS:
     void whatIsAddedUpDoesNotDependOnTheLanguage()
     {
         UnlabelledServer server;
-        ConsoleFixture desk;
-        desk.use(server);
-        QVERIFY(desk.reaches(ServerState::Up) && isListed(desk, "time"));
-        desk.choose("deAction");
-        auto* const curves = desk.open<Graph1DDialog>("curves");
+        ConsoleFixture fixture;
+        fixture.use(server);
+        QVERIFY(fixture.reaches(ServerState::Up) && isListed(fixture, "time"));
+        fixture.choose("deAction");
+        auto* const curves = fixture.open<Graph1DDialog>("curves");
         auto& box = *curves->findChild<QComboBox*>(QStringLiteral("typeComboBox"));
         QCOMPARE(box.itemText(0), "Jede Kurve");
         box.setCurrentIndex(1);

@@ -8,9 +8,9 @@
 namespace tarnis::testing {
 
 /// Waits until the server's list with this histogram has arrived, so that windows opened now are not replaced.
-inline bool isListed(ConsoleFixture& desk, const char* histogram)
+inline bool isListed(ConsoleFixture& fixture, const char* histogram)
 {
-    return eventually([&] { return desk.window->histograms().find(QLatin1String(histogram)).has_value(); });
+    return eventually([&] { return fixture.window->histograms().find(QLatin1String(histogram)).has_value(); });
 }
 
 } // namespace tarnis::testing
