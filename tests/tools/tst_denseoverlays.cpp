@@ -1,6 +1,7 @@
 // Error bars and references of many samples, pixel by pixel against a drawing of every sample. For screens with one
 // pixel for each of the plot's.
 #include "support/randomcases.h"
+#include "support/shownplot.h"
 #include "support/support.h"
 
 #include <tarnis/plots/plotmapping.h>
@@ -19,18 +20,6 @@ using namespace tarnis;
 using namespace tarnis::testing;
 
 namespace {
-
-void show(XYGraphWidget& plot)
-{
-    plot.m_doubleBuffered = true;
-    plot.resize(500, 400);
-    plot.show();
-    plot.activateWindow();
-    if (!QTest::qWaitForWindowActive(&plot))
-        qFatal("no window");
-    plot.setFocus();
-    plot.grab();
-}
 
 QList<double> randomCounts(Generator& random, int count, double largest)
 {
@@ -97,7 +86,7 @@ private Q_SLOTS:
         plot.setData(samples);
         ErrorBars bars(&plot);
         plot.onShowGrid(); // off: its lines would be mistaken for bars
-        show(plot);
+        showActive(plot);
         plot.onAutoScaleX(false);
         plot.setMinMaxX(from, to);
         plot.refreshPixmap();
@@ -153,7 +142,7 @@ private Q_SLOTS:
         plot.setLogScaleY(isLog);
         plot.setData(samples);
         ReferenceCurves references(&plot);
-        show(plot);
+        showActive(plot);
         plot.onAutoScaleX(false);
         plot.setMinMaxX(from, to);
         references.freeze();
@@ -182,7 +171,7 @@ private Q_SLOTS:
         references.freeze();
         references.setView(ReferenceCurves::View::Difference); // uniform from -400 to 400: an axis from -500 to 500
         plot.setData(after);
-        show(plot);
+        showActive(plot);
         const QImage image = plot.grab().toImage();
         const PlotMapping mapping = PlotMapping::of(plot);
         const QRect rect = mapping.frameRect();

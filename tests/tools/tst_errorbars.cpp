@@ -1,6 +1,7 @@
 // Error bars: their ends in data terms, bands, sums, logarithmic axes, live data.
 #include "support/pictures.h"
 #include "support/randomcases.h"
+#include "support/shownplot.h"
 #include "support/support.h"
 
 #include <tarnis/plots/multivectorgraphwidget.h>
@@ -23,17 +24,10 @@ using namespace tarnis::testing;
 
 namespace {
 
-void show(XYGraphWidget& plot)
+void showWithoutGrid(XYGraphWidget& plot)
 {
-    plot.m_doubleBuffered = true;
-    plot.resize(500, 400);
     plot.onShowGrid(); // off: its lines would be mistaken for bars
-    plot.show();
-    plot.activateWindow();
-    if (!QTest::qWaitForWindowActive(&plot))
-        qFatal("no window");
-    plot.setFocus();
-    plot.grab();
+    showActive(plot);
 }
 
 void fill(VectorGraphWidget& plot, const QList<double>& samples, double top)
@@ -63,7 +57,7 @@ private Q_SLOTS:
         fill(plot, QList<double>(10, 16.0), 40);
         ErrorBars bars(&plot);
         bars.setMethod(ErrorBars::Method::SquareRoot);
-        show(plot);
+        showWithoutGrid(plot);
         const PlotMapping mapping = PlotMapping::of(plot);
         const QImage before = plot.grab().toImage();
         QVERIFY(!isDrawn(before, mapping, 4.5, 18.5));
@@ -80,7 +74,7 @@ private Q_SLOTS:
         fill(plot, QList<double>(10, 0.0), 4);
         ErrorBars bars(&plot);
         bars.setOn(true);
-        show(plot);
+        showWithoutGrid(plot);
         const PlotMapping mapping = PlotMapping::of(plot);
         QVERIFY(isDrawn(plot.grab().toImage(), mapping, 4.5, 1.7));
         QVERIFY(!isDrawn(plot.grab().toImage(), mapping, 4.5, 2.0));
@@ -98,7 +92,7 @@ private Q_SLOTS:
         ErrorBars bars(&plot);
         bars.setMethod(ErrorBars::Method::SquareRoot); // from 0 to 2
         bars.setOn(true);
-        show(plot);
+        showWithoutGrid(plot);
         const PlotMapping mapping = PlotMapping::of(plot);
         const QImage picture = plot.grab().toImage();
         QVERIFY(isDrawn(picture, mapping, 4.5, 0.15) && isDrawn(picture, mapping, 4.5, 1.9));
@@ -114,7 +108,7 @@ private Q_SLOTS:
         plot.setData(QList<double>(4000, 100.0));
         ErrorBars bars(&plot);
         bars.setOn(true);
-        show(plot);
+        showWithoutGrid(plot);
         const PlotMapping mapping = PlotMapping::of(plot);
         const QImage picture = plot.grab().toImage();
         for (const double x : { 500.0, 2000.5, 3333.0 }) {
@@ -138,7 +132,7 @@ private Q_SLOTS:
         ErrorBars bars(&plot);
         bars.setMethod(ErrorBars::Method::SquareRoot);
         bars.setOn(true);
-        show(plot);
+        showWithoutGrid(plot);
         const PlotMapping mapping = PlotMapping::of(plot);
         const QImage picture = plot.grab().toImage();
         QVERIFY(isDrawn(picture, mapping, 4.5, 19.5)); // 16 + 4, where the bars of the parts would end at 10.8
@@ -150,7 +144,7 @@ private Q_SLOTS:
         VectorGraphWidget plot;
         fill(plot, { 16.5, -3, std::nan(""), INFINITY, 16.5, 16.5, 16.5, 16.5, 16.5, 16.5 }, 40);
         ErrorBars bars(&plot);
-        show(plot);
+        showWithoutGrid(plot);
         const QImage before = plot.grab().toImage();
         bars.setOn(true);
         QCOMPARE(plot.grab().toImage(), before);
@@ -162,7 +156,7 @@ private Q_SLOTS:
         fill(plot, QList<double>(10, 16.0), 60);
         auto* const bars = new ErrorBars(&plot);
         bars->setOn(true);
-        show(plot);
+        showWithoutGrid(plot);
         const PlotMapping mapping = PlotMapping::of(plot);
         plot.setData(QList<double>(10, 36.0));
         plot.refreshPixmap();
@@ -213,7 +207,7 @@ private Q_SLOTS:
     {
         MultiVectorGraphWidget plot;
         plot.init("Channel", "Counts", 0, 0, true, true);
-        show(plot);
+        showWithoutGrid(plot);
         Generator generator = seededGenerator(7);
         std::unique_ptr<ErrorBars> bars;
         for (int i = 0; i < 300; ++i) {

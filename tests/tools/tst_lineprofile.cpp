@@ -1,4 +1,5 @@
 // The line profile: values in data terms, drags, width, live data, the plot of the profile, stored views.
+#include "livemapgestures.h"
 #include "support/pictures.h"
 #include "support/plothand.h"
 #include "support/randomcases.h"
@@ -253,39 +254,7 @@ private Q_SLOTS:
         fill(map);
         showActive(map, { 600, 400 });
         Generator generator = seededGenerator(9);
-        std::unique_ptr<LineProfile> profile;
-        PlotHand hand(map);
-        for (int i = 0; i < 300; ++i) {
-            QList<double> row(whole(generator, 0, 11));
-            for (double& value : row)
-                value = chance(generator, 0.1) ? std::nan("") : uniform(generator, -5, 20);
-            map.setData(whole(generator, 0, 7), row, 20, false);
-            map.refreshPixmap();
-            const QPoint at(whole(generator, 0, 600), whole(generator, 0, 400));
-            switch (whole(generator, 0, 6)) {
-            case 0:
-                profile = profile ? nullptr : std::make_unique<LineProfile>(&map);
-                break;
-            case 1:
-                if (profile)
-                    profile->setOn(chance(generator, 0.8));
-                break;
-            case 2:
-                hand.press(at);
-                break;
-            case 3:
-                hand.release(at);
-                break;
-            case 4:
-                QCoreApplication::processEvents();
-                break;
-            default:
-                hand.move(at);
-            }
-            map.grab();
-        }
-        profile.reset();
-        hand.release(QPoint(1, 1));
+        attachUnderLiveRows<LineProfile>(map, generator);
     }
 };
 

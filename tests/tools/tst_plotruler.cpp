@@ -1,4 +1,5 @@
 // The ruler: distances, ratio, sums, ends that stick to the data, drags, keys and tables.
+#include "livemapgestures.h"
 #include "support/pictures.h"
 #include "support/plothand.h"
 #include "support/randomcases.h"
@@ -228,36 +229,7 @@ private Q_SLOTS:
         map.init("X", "Y", 8, 8, true, true);
         showActive(map);
         Generator generator = seededGenerator(6);
-        std::unique_ptr<PlotRuler> ruler;
-        PlotHand hand(map);
-        for (int i = 0; i < 400; ++i) {
-            QList<double> row(whole(generator, 0, 9));
-            for (double& value : row)
-                value = chance(generator, 0.1) ? std::nan("") : uniform(generator, -5, 20);
-            map.setData(whole(generator, 0, 7), row, 20, false);
-            map.refreshPixmap();
-            const QPoint at(whole(generator, 0, 500), whole(generator, 0, 400));
-            switch (whole(generator, 0, 5)) {
-            case 0:
-                ruler = ruler ? nullptr : std::make_unique<PlotRuler>(&map);
-                break;
-            case 1:
-                if (ruler)
-                    ruler->setOn(chance(generator, 0.7));
-                break;
-            case 2:
-                hand.press(at);
-                break;
-            case 3:
-                hand.release(at);
-                break;
-            default:
-                hand.move(at);
-            }
-            map.grab();
-        }
-        ruler.reset();
-        hand.release(QPoint(1, 1));
+        attachUnderLiveRows<PlotRuler>(map, generator);
     }
 };
 

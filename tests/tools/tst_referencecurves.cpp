@@ -1,6 +1,7 @@
 // Reference curves: freezing, files, runs, comparison, the strip, live data and stored views.
 #include "support/pictures.h"
 #include "support/randomcases.h"
+#include "support/shownplot.h"
 #include "support/support.h"
 
 #include <tarnis/formats/formats.h>
@@ -26,18 +27,6 @@ using namespace tarnis;
 using namespace tarnis::testing;
 
 namespace {
-
-void show(XYGraphWidget& plot)
-{
-    plot.m_doubleBuffered = true;
-    plot.resize(500, 400);
-    plot.show();
-    plot.activateWindow();
-    if (!QTest::qWaitForWindowActive(&plot))
-        qFatal("no window");
-    plot.setFocus();
-    plot.grab();
-}
 
 void fill(VectorGraphWidget& plot, const QList<double>& samples)
 {
@@ -68,7 +57,7 @@ private Q_SLOTS:
         VectorGraphWidget plot;
         fill(plot, { 4, 9, 16, 25 });
         ReferenceCurves references(&plot);
-        show(plot);
+        showActive(plot);
         QVERIFY(references.freeze(QStringLiteral("before")));
         QCOMPARE(references.names(), QStringList { QStringLiteral("before") });
         QVERIFY(references.compared(0).isEmpty()); // nothing is compared yet
@@ -156,7 +145,7 @@ private Q_SLOTS:
         QCOMPARE(references.add(dataset(1, 7, 6)), QString());
         QCOMPARE(references.problem(), QStringLiteral("The reference has 7 bins, the plot has 4."));
         QVERIFY(references.compared(0).isEmpty());
-        show(plot); // with the problem in the strip
+        showActive(plot); // with the problem in the strip
         plot.grab();
     }
 
@@ -164,7 +153,7 @@ private Q_SLOTS:
     {
         VectorGraphWidget plot;
         fill(plot, { 16, 16, 16, 16 });
-        show(plot);
+        showActive(plot);
         const QImage before = plot.grab().toImage();
         const QRect whole = PlotMapping::of(plot).plotRect();
         auto* const references = new ReferenceCurves(&plot);
@@ -197,7 +186,7 @@ private Q_SLOTS:
         VectorGraphWidget plot;
         fill(plot, { 1, 2, 3, 4 });
         ReferenceCurves references(&plot);
-        show(plot);
+        showActive(plot);
         QTest::keyClick(&plot, Qt::Key_C, Qt::ShiftModifier);
         QCOMPARE(references.names().size(), 1);
         QTest::keyClick(&plot, Qt::Key_C, Qt::ShiftModifier);
@@ -279,7 +268,7 @@ private Q_SLOTS:
     {
         MultiVectorGraphWidget plot;
         plot.init("Channel", "Counts", 0, 0, true, true);
-        show(plot);
+        showActive(plot);
         Generator generator = seededGenerator(8);
         std::unique_ptr<ReferenceCurves> references;
         for (int i = 0; i < 300; ++i) {
