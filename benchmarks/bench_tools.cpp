@@ -182,8 +182,8 @@ void run(benchmark::State& state, std::unique_ptr<XYGraphWidget> (*make)(), bool
     for (auto _ : state) {
         wheel.push_back(tools.wheel(round));
         tools.press();
-        pan.push_back(tools.pan(round));
-        tools.pan(round + 1);
+        pan.push_back(tools.pan(0));
+        tools.pan(1); // back, so that all rounds have the same view
         tools.release();
         tools.move(round);
         cross.push_back(tools.move(round + 1));

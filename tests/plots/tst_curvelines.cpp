@@ -70,6 +70,7 @@ private Q_SLOTS:
     void extremes_data();
     void extremes();
     void lowestAbove();
+    void wholeCounts();
 };
 
 void TestCurveLines::joinsFromTheSecondSampleOn()
@@ -239,6 +240,20 @@ void TestCurveLines::extremes()
             QCOMPARE(plain.high, *std::max_element(values.cbegin(), values.cend()));
             QCOMPARE(logScale.low, *std::min_element(floored.cbegin(), floored.cend()));
             QCOMPARE(logScale.high, *std::max_element(floored.cbegin(), floored.cend()));
+        }
+    }
+}
+
+void TestCurveLines::wholeCounts()
+{
+    const QList<double> counts { 0.0, 1.0, 4503599627370495.0, 4503599627370497.0, infinity, 7.0, -0.0 };
+    for (int count = 1; count <= counts.size(); ++count)
+        QVERIFY(tarnis::areWholeCounts(counts.constData(), count));
+    for (const double other : { 0.5, -1.0, 4503599627370495.5, notANumber, -infinity, 1e-300 }) {
+        for (int at = 0; at < counts.size(); ++at) {
+            QList<double> values = counts;
+            values[at] = other;
+            QVERIFY(!tarnis::areWholeCounts(values.constData(), values.size()));
         }
     }
 }

@@ -95,6 +95,27 @@ SampleExtremes logExtremesOf(const double* samples, qsizetype count)
     return extremes<true>(samples, count);
 }
 
+bool areWholeCounts(const double* samples, qsizetype count)
+{
+    constexpr double whole = 4503599627370496.0; // 2^52: adding it drops the fraction of what is smaller
+    bool all = true;
+    qsizetype i = 0;
+#if defined(__SSE2__)
+    const __m128d wholes = _mm_set1_pd(whole);
+    __m128d good = _mm_cmpeq_pd(wholes, wholes);
+    for (; i + 2 <= count; i += 2) {
+        const __m128d pair = _mm_loadu_pd(samples + i);
+        const __m128d rounded = _mm_sub_pd(_mm_add_pd(pair, wholes), wholes);
+        const __m128d isWhole = _mm_or_pd(_mm_cmpeq_pd(rounded, pair), _mm_cmpge_pd(pair, wholes));
+        good = _mm_and_pd(good, _mm_and_pd(isWhole, _mm_cmpge_pd(pair, _mm_setzero_pd())));
+    }
+    all = _mm_movemask_pd(good) == 3;
+#endif
+    for (; i < count; ++i)
+        all = all && samples[i] >= 0.0 && (samples[i] >= whole || (samples[i] + whole) - whole == samples[i]);
+    return all;
+}
+
 double lowestAbove(double bound, const double* samples, qsizetype count, double start)
 {
     qsizetype i = 0;

@@ -18,6 +18,9 @@ SampleExtremes extremesOf(const double* samples, qsizetype count);
 /// As above, with every sample at or below 0 counted as 1, as on a log axis.
 SampleExtremes logExtremesOf(const double* samples, qsizetype count);
 
+/// Whether all samples are whole numbers of at least 0, or infinite.
+bool areWholeCounts(const double* samples, qsizetype count);
+
 /// The smallest sample above `bound`, or `start` if none is below that. NaN is ignored.
 double lowestAbove(double bound, const double* samples, qsizetype count, double start);
 

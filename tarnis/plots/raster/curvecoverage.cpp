@@ -3,8 +3,10 @@
 #include "tarnis/plots/math/sampleextremes_p.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <limits>
+#include <type_traits>
 
 namespace tarnis {
 
@@ -14,6 +16,7 @@ constexpr int strips = 4; // strips per pixel column
 constexpr float fillOpacity = 0.45F;
 constexpr double gapFrom = 8.0; // bin width in pixels from which columns are drawn with gaps
 constexpr double gapShare = 0.08; // fraction of a bin on each side
+constexpr int tileColumns = 16; // a cache line of pixels; the loops over a row of a tile are vectorised
 
 struct Extremes {
     double low = 0.0;
@@ -38,6 +41,14 @@ Extremes extremesOfNumbers(const SampleRun& samples, int begin, int end)
         result.any = true;
     }
     return result;
+}
+
+/// As std::floor(), which is a function call without SSE4.1. Positions beyond any picture are clamped.
+int floorOf(double position)
+{
+    const double limited = std::clamp(position, -1e9, 1e9);
+    const int towardsZero = static_cast<int>(limited);
+    return towardsZero - (limited < towardsZero ? 1 : 0);
 }
 
 } // namespace
@@ -77,7 +88,7 @@ struct CurveCoverage::Bins {
             if (guess > 2.0)
                 end = i + static_cast<int>(std::min<double>(guess - 1.0, count - i));
         }
-        while (end < count && std::floor(position(end)) <= strip)
+        while (end < count && position(end) < strip + 1.0)
             ++end;
         return end;
     }
@@ -95,10 +106,14 @@ void CurveCoverage::begin(QSize size)
     m_image.fill(0U);
     m_width = m_image.width();
     m_height = m_image.height();
-    m_slopes.resize(std::size_t(m_width) * std::size_t(m_height + 2)); // all 0: each curve restores them
-    m_coverage.resize(std::size_t(m_width));
-    m_topRow = m_height;
-    m_bottomRow = -1;
+    const auto tiles = static_cast<std::size_t>((m_width + tileColumns - 1) / tileColumns);
+    m_slopes.resize(tiles * tileSize()); // all 0: each curve restores them
+    m_tiles.assign(tiles, Tile { m_height, -1 });
+}
+
+std::size_t CurveCoverage::tileSize() const
+{
+    return std::size_t(m_height + 2) * tileColumns;
 }
 
 void CurveCoverage::add(const SmoothCurve& curve, const SmoothColumns& columns, const SmoothRows& rows)
@@ -160,8 +175,8 @@ void CurveCoverage::joinPoints(double u0, double row0, double u1, double row1)
         return;
     const double slope = u1 > u0 ? (row1 - row0) / (u1 - u0) : 0.0;
     const auto rowAt = [&](double u) { return u >= u1 ? row1 : (u <= u0 ? row0 : row0 + (u - u0) * slope); };
-    const int last = static_cast<int>(std::floor(end));
-    for (int strip = static_cast<int>(std::floor(begin)); strip <= last; ++strip)
+    const int last = floorOf(end);
+    for (int strip = floorOf(begin); strip <= last; ++strip)
         widen(strip, rowAt(strip), rowAt(strip + 1.0));
 }
 
@@ -177,7 +192,7 @@ void CurveCoverage::addLines(const SmoothCurve& curve, const SmoothColumns& colu
             ++i;
             continue;
         }
-        const int strip = static_cast<int>(std::clamp(std::floor(u), -1e9, 1e9));
+        const int strip = floorOf(u);
         const int end = bins.endOfStrip(i, strip, position);
         const double firstRow = rows.at(curve.samples[bins.index(i)]);
         if (!std::isnan(previousRow) && !std::isnan(firstRow))
@@ -202,7 +217,7 @@ void CurveCoverage::addSteps(const SmoothCurve& curve, const SmoothColumns& colu
             ++i;
             continue;
         }
-        const int strip = static_cast<int>(std::clamp(std::floor(u), -1e9, 1e9));
+        const int strip = floorOf(u);
         const int end = bins.endOfStrip(i, strip, position);
         const double firstRow = rows.at(curve.samples[bins.index(i)]);
         if (!std::isnan(previousRow) && !std::isnan(firstRow))
@@ -227,7 +242,7 @@ void CurveCoverage::addColumns(const SmoothCurve& curve, const SmoothColumns& co
             ++i;
             continue;
         }
-        const int strip = static_cast<int>(std::clamp(std::floor(u), -1e9, 1e9));
+        const int strip = floorOf(u);
         const int end = bins.endOfStrip(i, strip, position);
         const Extremes found = bins.extremes(curve.samples, i, end);
         if (found.any && end - i > 1)
@@ -300,25 +315,28 @@ void CurveCoverage::coverStrip(int strip, Span span)
         return;
     const int topRow = static_cast<int>(top);
     const int bottomRow = static_cast<int>(bottom);
-    const auto line = static_cast<std::size_t>(m_width);
-    float* const atTop = m_slopes.data() + std::size_t(topRow) * line + std::size_t(strip / strips);
-    float* const atBottom = m_slopes.data() + std::size_t(bottomRow) * line + std::size_t(strip / strips);
+    const int column = strip / strips;
+    const auto tile = static_cast<std::size_t>(column / tileColumns);
+    float* const slopes = m_slopes.data() + tile * tileSize() + std::size_t(column % tileColumns);
+    float* const atTop = slopes + std::size_t(topRow) * tileColumns;
+    float* const atBottom = slopes + std::size_t(bottomRow) * tileColumns;
     constexpr float share = 1.0F / strips;
     const float topPart = (static_cast<float>(topRow) + 1.0F - top) * share;
     const float bottomPart = (static_cast<float>(bottomRow) + 1.0F - bottom) * share;
     atTop[0] += topPart;
-    atTop[line] += share - topPart;
+    atTop[tileColumns] += share - topPart;
     atBottom[0] -= bottomPart;
-    atBottom[line] -= share - bottomPart;
-    m_topRow = std::min(m_topRow, topRow);
-    m_bottomRow = std::max(m_bottomRow, bottomRow);
+    atBottom[tileColumns] -= share - bottomPart;
+    m_tiles[tile].top = std::min(m_tiles[tile].top, topRow);
+    m_tiles[tile].bottom = std::max(m_tiles[tile].bottom, bottomRow);
 }
 
 namespace {
 
 /// Adds the changes of a row to the coverage, and blends the colour over the pixels. Two channels at a time, in 1/256,
 /// so that the compiler can vectorise.
-void blendRow(float* coverage, float* slopes, QRgb* pixels, int count, QRgb color, float opacity)
+template <typename Count>
+void blendPixels(float* coverage, float* slopes, QRgb* pixels, Count count, QRgb color, float opacity)
 {
     constexpr QRgb even = 0x00ff00ffU;
     const QRgb redAndBlue = color & even;
@@ -339,23 +357,37 @@ void blendRow(float* coverage, float* slopes, QRgb* pixels, int count, QRgb colo
     }
 }
 
+/// A constant number of pixels needs no scalar rest.
+void blendRow(float* coverage, float* slopes, QRgb* pixels, int count, QRgb color, float opacity)
+{
+    if (count == tileColumns)
+        blendPixels(coverage, slopes, pixels, std::integral_constant<int, tileColumns>(), color, opacity);
+    else
+        blendPixels(coverage, slopes, pixels, count, color, opacity);
+}
+
 } // namespace
 
+/// Tile by tile, because a curve covers few of the rows between its extremes: the time is that of the covered pixels.
 void CurveCoverage::blend(QRgb color, float opacity)
 {
-    std::fill(m_coverage.begin(), m_coverage.end(), 0.0F);
-    const int last = std::min(m_bottomRow + 1, m_height + 1);
-    // One row more, to clear the remaining changes there.
-    for (int row = m_topRow; row <= last; ++row) {
-        float* const slopes = m_slopes.data() + std::size_t(row) * std::size_t(m_width);
-        if (row < m_height)
-            blendRow(m_coverage.data(), slopes, reinterpret_cast<QRgb*>(m_image.scanLine(row)), m_width, color,
-                opacity * static_cast<float>(qAlpha(color)) / 255.0F);
-        else
-            std::fill_n(slopes, m_width, 0.0F);
+    const float share = opacity * static_cast<float>(qAlpha(color)) / 255.0F;
+    const qsizetype line = m_image.bytesPerLine() / qsizetype(sizeof(QRgb));
+    auto* const bits = reinterpret_cast<QRgb*>(m_image.bits());
+    for (std::size_t i = 0; i < m_tiles.size(); ++i) {
+        Tile& tile = m_tiles[i];
+        if (tile.bottom < tile.top)
+            continue;
+        const int left = static_cast<int>(i) * tileColumns;
+        const int columns = std::min(tileColumns, m_width - left);
+        std::array<float, tileColumns> coverage {};
+        for (int row = tile.top; row <= std::min(tile.bottom + 1, m_height - 1); ++row)
+            blendRow(coverage.data(), m_slopes.data() + i * tileSize() + std::size_t(row) * tileColumns,
+                bits + row * line + left, columns, color, share);
+        // The remaining changes below the last row.
+        std::fill_n(m_slopes.data() + i * tileSize() + std::size_t(m_height) * tileColumns, 2 * tileColumns, 0.0F);
+        tile = Tile { m_height, -1 };
     }
-    m_topRow = m_height;
-    m_bottomRow = -1;
 }
 
 /// Each disc covers its own strips; one disc for each half pixel that contains any point.
@@ -377,7 +409,7 @@ void CurveCoverage::addPoints(const SmoothCurve& curve, const SmoothColumns& col
         if (isTaken[place])
             continue;
         isTaken[place] = true;
-        const int middle = static_cast<int>(std::floor(u));
+        const int middle = floorOf(u);
         for (int strip = std::max(middle - reach, 0); strip <= std::min(middle + reach, m_width * strips - 1);
              ++strip) {
             const double aside = (strip + 0.5 - u) / strips;

@@ -67,7 +67,12 @@ private:
         float top;
         float bottom;
     };
+    struct Tile { // covered rows of a few pixel columns; empty while the bottom is above the top
+        int top;
+        int bottom;
+    };
     struct Bins;
+    std::size_t tileSize() const;
     void clearSpans();
     void widen(int strip, double a, double b);
     void joinPoints(double u0, double row0, double u1, double row1);
@@ -86,12 +91,10 @@ private:
     int m_height = 0;
     int m_first = 0; // strips with a span
     int m_last = -1;
-    int m_topRow = 0; // covered rows
-    int m_bottomRow = -1;
     std::vector<Span> m_spans;
     std::vector<Span> m_thick;
-    std::vector<float> m_slopes; // change of coverage from row to row, line by line
-    std::vector<float> m_coverage; // coverage of a row
+    std::vector<Tile> m_tiles;
+    std::vector<float> m_slopes; // change of coverage from row to row: tile by tile, in a tile line by line
 };
 
 } // namespace tarnis

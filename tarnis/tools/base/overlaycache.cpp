@@ -29,7 +29,9 @@ void OverlayCache::paint(QPainter& painter, const QWidget* plot, const PlotMappi
         m_x = mapping.x();
         m_y = mapping.y();
         m_isLog = mapping.isLogY();
-        m_picture = QPixmap((QSizeF(area.size()) * ratio).toSize());
+        const QSize pixels = (QSizeF(area.size()) * ratio).toSize();
+        if (m_picture.size() != pixels) // new memory takes as long as a fill
+            m_picture = QPixmap(pixels);
         m_picture.setDevicePixelRatio(ratio);
         m_picture.fill(Qt::transparent);
         QPainter inside(&m_picture);

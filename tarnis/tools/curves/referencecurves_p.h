@@ -41,9 +41,10 @@ struct StripAxis {
     QRect strip;
     AxisRange range;
 
+    double pixelsPerUnit() const { return strip.height() / (range.max - range.min); }
     double rowOf(double value) const
     {
-        return limitedCoordinate(strip.bottom() - (value - range.min) / (range.max - range.min) * strip.height());
+        return limitedCoordinate(strip.bottom() - (value - range.min) * pixelsPerUnit());
     }
 };
 

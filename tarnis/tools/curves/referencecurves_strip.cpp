@@ -44,12 +44,21 @@ public:
     {
     }
 
-    void add(int column, double row)
+    /// The samples of a column.
+    void add(int column, const double* samples, qsizetype count, const StripAxis& axis)
     {
-        if (column < m_strip.left() || column > m_strip.right() || !(row >= m_strip.top() && row <= m_strip.bottom()))
+        if (column < m_strip.left() || column > m_strip.right())
             return;
-        m_marks[std::size_t(column - m_strip.left()) * std::size_t(m_strip.height())
-            + std::size_t(static_cast<int>(row) - m_strip.top())] = 1;
+        char* const rows = m_marks.data() + std::size_t(column - m_strip.left()) * std::size_t(m_strip.height());
+        const double scale = axis.pixelsPerUnit();
+        // Relative to the first row, and without a call for each of the many samples.
+        const double origin = axis.strip.bottom() + axis.range.min * scale - m_strip.top();
+        const double last = m_strip.height() - 1;
+        for (qsizetype i = 0; i < count; ++i) {
+            const double row = origin - samples[i] * scale;
+            if (row >= 0.0 && row <= last)
+                rows[static_cast<std::size_t>(row)] = 1;
+        }
     }
 
     void paint(QPainter& painter, const QColor& color) const
@@ -140,8 +149,8 @@ void ReferenceCurves::paintStrip(QPainter& painter, const PlotMapping& mapping, 
             paintErrors(painter, axis, pair, runs, color);
         PointMarks marks(strip);
         for (const ColumnRun& run : runs) {
-            for (qsizetype i = run.first; i <= std::min(run.last, pair.values.size() - 1); ++i)
-                marks.add(run.column, axis.rowOf(pair.values.at(i)));
+            const qsizetype count = std::min(run.last + 1, pair.values.size()) - run.first;
+            marks.add(run.column, pair.values.constData() + run.first, count, axis);
         }
         marks.paint(painter, color);
     }
