@@ -96,19 +96,19 @@ Dataset spectrumOf(VectorGraphWidget& plot)
 
 QString curveName(const MultiVectorGraphWidget& plot, AddType type, const SummedCurve& curve, int number)
 {
-    const SeriesWords words = seriesWordsOf(plot);
+    const SeriesTexts texts = seriesTextsOf(plot);
     const int groupSize = std::max(plot.m_groupSize, 1);
     const int record = curve.records.value(0, number);
-    const QString given = words.names.value(record);
+    const QString given = texts.names.value(record);
     if (!given.isEmpty() && (type == AddType::AddNone || (type == AddType::AddEachGroup && groupSize == 1)))
         return given;
     switch (type) {
     case AddType::AddNone:
-        return recordName(words, record / groupSize, record % groupSize);
+        return recordName(texts, record / groupSize, record % groupSize);
     case AddType::AddEachGroup:
-        return numberedName(words.group, record / groupSize + words.firstNumber);
+        return numberedName(texts.group, record / groupSize + texts.firstNumber);
     case AddType::AddEachPosition:
-        return numberedName(words.item, record % groupSize);
+        return numberedName(texts.item, record % groupSize);
     case AddType::AddAll:
         break;
     }

@@ -1,7 +1,7 @@
 /** @file
  * Bounded Levenberg-Marquardt least squares: minimises the sum of squares of m residuals over npar parameters, which
  * may be bounded or held. Plain C interface, C99 or C++. Re-entrant: a call shares nothing with another one, and runs
- * on the caller's thread. Model, options and statuses are told in docs/fitting.md.
+ * on the caller's thread. Model, options and statuses are described in docs/fitting.md.
  *
  * Sources: J. J. More, "The Levenberg-Marquardt algorithm: implementation and theory", Lecture Notes in Mathematics 630
  * (1978); J. J. More, B. S. Garbow, K. E. Hillstrom, "User Guide for MINPACK-1", ANL-80-74 (1980), routine LMDIF. */

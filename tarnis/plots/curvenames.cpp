@@ -6,7 +6,7 @@
 
 namespace tarnis {
 
-SeriesWords seriesWordsOf(const MultiVectorGraphWidget& plot)
+SeriesTexts seriesTextsOf(const MultiVectorGraphWidget& plot)
 {
     const PlotHooks* const hooks = PlotHooks::existing(plot);
     return { plot.m_groupName, plot.m_itemName, plot.m_firstNumber, hooks ? hooks->seriesNames() : QStringList() };
@@ -29,19 +29,19 @@ void setSeriesNames(MultiVectorGraphWidget& plot, const QStringList& names)
 
 QString seriesName(const MultiVectorGraphWidget& plot, int index)
 {
-    return seriesWordsOf(plot).names.value(index);
+    return seriesTextsOf(plot).names.value(index);
 }
 
 QStringList curveNames(const MultiVectorGraphWidget& plot)
 {
-    const SeriesWords words = seriesWordsOf(plot);
+    const SeriesTexts texts = seriesTextsOf(plot);
     const QList<Series>& series = PlotAccess::series(plot);
     const AddType type = PlotAccess::addType(plot);
     const int groupSize = PlotAccess::groupSize(plot);
     const qsizetype count = curvesOf(series, type, groupSize).size();
     QStringList names;
     for (int i = 0; i < count; ++i)
-        names.append(curveNameOf(words, type, groupSize, i, series.size()));
+        names.append(curveNameOf(texts, type, groupSize, i, series.size()));
     return names;
 }
 

@@ -6,6 +6,6 @@
 namespace tarnis {
 
 /// Terms, numbers and set names of a plot.
-SeriesWords seriesWordsOf(const MultiVectorGraphWidget& plot);
+SeriesTexts seriesTextsOf(const MultiVectorGraphWidget& plot);
 
 } // namespace tarnis

@@ -52,7 +52,7 @@ QString MultiVectorGraphWidget::vector2Csv(const QList<Data>& list)
 void MultiVectorGraphWidget::onSaveCsv()
 {
     tarnis::saveTable(this, tr("Save CSV"), tr("CSV Files (*.csv *.txt)"), [this] {
-        const tarnis::CsvTable table = tarnis::csvTableOf(m_data, m_addType, groupSize(), tarnis::seriesWordsOf(*this));
+        const tarnis::CsvTable table = tarnis::csvTableOf(m_data, m_addType, groupSize(), tarnis::seriesTextsOf(*this));
         const QString header = table.header ? *table.header + QLatin1Char('\n') : QString();
         return header + vector2Csv(table.columns);
     });
@@ -166,7 +166,7 @@ void MultiVectorGraphWidget::onPeakSearch()
 void MultiVectorGraphWidget::peakSearch(int threshold, int width, bool peak)
 {
     const std::optional<tarnis::NamedCurve> curve =
-        tarnis::firstEnabledCurve(m_data, m_addType, groupSize(), tarnis::seriesWordsOf(*this));
+        tarnis::firstEnabledCurve(m_data, m_addType, groupSize(), tarnis::seriesTextsOf(*this));
     if (!curve)
         return;
     const QList<double>& samples = curve->samples;

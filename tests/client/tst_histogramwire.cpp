@@ -227,7 +227,7 @@ private Q_SLOTS:
             "exporte", "Exported", "+7", "0x1", " 5", ":", "exported 6 x 7 y" };
         std::uniform_int_distribution<qsizetype> piece(0, pieces.size() - 1);
         std::uniform_int_distribution<int> length(0, 14);
-        int told = 0;
+        int reported = 0;
         for (int round = 0; round < 200000; ++round) {
             QString text;
             for (int i = length(generator); i > 0; --i)
@@ -237,10 +237,10 @@ private Q_SLOTS:
             QVERIFY2(counts.has_value() == expected.has_value(), qPrintable(text));
             if (!expected)
                 continue;
-            ++told;
+            ++reported;
             QVERIFY2(counts->x == expected->x && counts->y == expected->y, qPrintable(text));
         }
-        QVERIFY(told > 10000);
+        QVERIFY(reported > 10000);
     }
 
     void exported()

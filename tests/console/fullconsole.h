@@ -50,7 +50,7 @@ struct FullConsoleFixture {
         QCoreApplication::processEvents();
     }
     /// Changes the language; true when the windows have followed.
-    bool speaks(const QString& language) const
+    bool isInLanguage(const QString& language) const
     {
         console::setLanguage(language);
         const QString title = language == u"de" ? QStringLiteral("Ankunftszeiten") : QStringLiteral("Arrival Times");

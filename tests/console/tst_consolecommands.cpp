@@ -107,7 +107,7 @@ private Q_SLOTS:
         QVERIFY(fixture.shows(QStringLiteral("1 value\nsum 2")));
     }
 
-    void whatThePersonChoseAboutBinaryStays()
+    void keepsTheChoiceOfBinaryReplies()
     {
         ConsoleFixture fixture;
         fixture.type(QStringLiteral("hist1d"));

@@ -74,7 +74,7 @@ struct LiveWindows {
         const auto* label = window.findChild<QLabel*>(QStringLiteral("infoLabel"));
         return label && label->isVisible() ? label->text() : QString();
     }
-    bool allSay(const QString& text) const
+    bool allShow(const QString& text) const
     {
         return eventually([&] {
             return infoOf(*curves).contains(text) && infoOf(*map).contains(text) && infoOf(*statistics).contains(text);
@@ -131,7 +131,7 @@ private Q_SLOTS:
             ->setCurrentText(QStringLiteral("Sum of All"));
 
         fixture.choose(action.constData());
-        QVERIFY(live.allSay(QStringLiteral("resumes")));
+        QVERIFY(live.allShow(QStringLiteral("resumes")));
         QVERIFY(noBoxIsOpen());
         QVERIFY(live.areKept());
         QVERIFY(!live.canUpdate());
@@ -157,7 +157,7 @@ private Q_SLOTS:
         live.curves->findChild<QComboBox*>(QStringLiteral("typeComboBox"))
             ->setCurrentText(QStringLiteral("Sum of All"));
         server.reset();
-        QVERIFY(live.allSay(QStringLiteral("resumes")));
+        QVERIFY(live.allShow(QStringLiteral("resumes")));
         QVERIFY(fixture.reaches(ServerState::Failed));
         QVERIFY(noBoxIsOpen());
         QVERIFY(live.areKept());

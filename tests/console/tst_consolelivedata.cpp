@@ -330,7 +330,7 @@ private Q_SLOTS:
         QVERIFY(!bar.isVisible());
     }
 
-    void thePersonMayLetTheOldDataGo()
+    void theUserMayDiscardTheOldData()
     {
         LiveServer server;
         const FakeServer program(FakeServer::wellBehaved(server.port()));

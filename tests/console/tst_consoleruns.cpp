@@ -46,7 +46,7 @@ struct OpenRuns {
     {
         return eventually([&] { return names().size() == count; });
     }
-    bool says(const QString& text) const
+    bool shows(const QString& text) const
     {
         return eventually([&] { return state().contains(text); });
     }
@@ -159,10 +159,10 @@ private Q_SLOTS:
         QVERIFY(runs.lists(1));
         QCOMPARE(runs.state(), "1 run in /other \"x\"");
         runs.goTo(QStringLiteral("/none"));
-        QVERIFY(runs.says(QStringLiteral("NG:cannot list '/none'")));
+        QVERIFY(runs.shows(QStringLiteral("NG:cannot list '/none'")));
         QCOMPARE(runs.names().size(), 1); // the previous ones
         runs.window->setFolder(QString::fromUtf8("/\u03b1"));
-        QVERIFY(runs.says(QStringLiteral("Latin-1")));
+        QVERIFY(runs.shows(QStringLiteral("Latin-1")));
     }
 
     void insertsAChosenRunIntoTheCommandLine()
@@ -186,7 +186,7 @@ private Q_SLOTS:
         QVERIFY(runs.lists(4));
         server.answer("pwd", { Step::drop() });
         press(runs.widget<QPushButton>("refreshButton"));
-        QVERIFY(runs.says(QStringLiteral("No reply")));
+        QVERIFY(runs.shows(QStringLiteral("No reply")));
         fixture.choose("shutDownAction");
         QVERIFY(fixture.reaches(ServerState::Off));
         QVERIFY(!runs.widget<QPushButton>("refreshButton").isEnabled());

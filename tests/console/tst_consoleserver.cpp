@@ -48,12 +48,12 @@ struct Control {
     {
         return eventually([&] { return controller.state() == state; });
     }
-    bool says(const QString& words, AlertAction action)
+    bool reports(const QString& text, AlertAction action)
     {
         return eventually(
-            [&] { return !alerts.isEmpty() && alerts.last().text.contains(words) && alerts.last().action == action; });
+            [&] { return !alerts.isEmpty() && alerts.last().text.contains(text) && alerts.last().action == action; });
     }
-    QString lastWords() const { return alerts.isEmpty() ? QString() : alerts.last().text; }
+    QString lastText() const { return alerts.isEmpty() ? QString() : alerts.last().text; }
 };
 
 } // namespace
@@ -213,7 +213,7 @@ private Q_SLOTS:
     void reportsWhyThereIsNoRemoteServer_data()
     {
         QTest::addColumn<QString>("host");
-        QTest::addColumn<QString>("words");
+        QTest::addColumn<QString>("text");
         QTest::newRow("nobody listens") << "127.0.0.1"
                                         << "refused";
         QTest::newRow("no such host") << "no-such-host.invalid"
@@ -222,13 +222,13 @@ private Q_SLOTS:
     void reportsWhyThereIsNoRemoteServer()
     {
         QFETCH(QString, host);
-        QFETCH(QString, words);
+        QFETCH(QString, text);
         Control control;
         control.start(remote(ScriptedServer::closedPort(), host));
         QVERIFY(control.reaches(ServerState::Failed));
         // A server that was never reached may have another address.
-        QVERIFY2(control.says(words, AlertAction::ChooseServer), qPrintable(control.lastWords()));
-        QVERIFY(control.lastWords().contains(host));
+        QVERIFY2(control.reports(text, AlertAction::ChooseServer), qPrintable(control.lastText()));
+        QVERIFY(control.lastText().contains(host));
         control.controller.stop();
         QVERIFY(control.reaches(ServerState::Off));
     }
@@ -239,7 +239,7 @@ private Q_SLOTS:
         Control control;
         control.controller.m_probeTimeoutMs = 200;
         control.start(remote(server.port()));
-        QVERIFY2(control.says("prompt", AlertAction::ChooseServer), qPrintable(control.lastWords()));
+        QVERIFY2(control.reports("prompt", AlertAction::ChooseServer), qPrintable(control.lastText()));
     }
 
     void reportsAWrongLocalPrompt()
@@ -249,8 +249,9 @@ private Q_SLOTS:
         Control control;
         control.controller.m_probeTimeoutMs = 200;
         control.start(local(program));
-        QVERIFY2(control.says("does not send the prompt", AlertAction::ChooseServer), qPrintable(control.lastWords()));
-        QVERIFY(!control.lastWords().contains(QStringLiteral("port")));
+        QVERIFY2(
+            control.reports("does not send the prompt", AlertAction::ChooseServer), qPrintable(control.lastText()));
+        QVERIFY(!control.lastText().contains(QStringLiteral("port")));
     }
 
     void aKnownServerThatIsNotThereKeepsItsAddress()
@@ -259,7 +260,7 @@ private Q_SLOTS:
         Control control;
         control.controller.setKnown(choice);
         control.start(choice);
-        QVERIFY2(control.says("connect again", AlertAction::ConnectAgain), qPrintable(control.lastWords()));
+        QVERIFY2(control.reports("connect again", AlertAction::ConnectAgain), qPrintable(control.lastText()));
     }
 
     void aServerThatGreetsNoMoreHasTheRightPrompt()
@@ -272,7 +273,7 @@ private Q_SLOTS:
         server.setScript(server.connectionCount(), { Step::silence() });
         control.controller.checkServer();
         QVERIFY2(
-            control.says("no longer sends its greeting", AlertAction::ConnectAgain), qPrintable(control.lastWords()));
+            control.reports("no longer sends its greeting", AlertAction::ConnectAgain), qPrintable(control.lastText()));
     }
 
     void reportsABrokenControlSessionWithTheSocketError()
@@ -283,8 +284,8 @@ private Q_SLOTS:
         control.start(remote(server.port()));
         QVERIFY(control.reaches(ServerState::Up));
         control.controller.tarnis().SendCmd(QStringLiteral("control"), QStringLiteral("n"), QStringLiteral("a"), false);
-        QVERIFY2(control.says("broke: The remote host closed the connection.", AlertAction::ConnectAgain),
-            qPrintable(control.lastWords()));
+        QVERIFY2(control.reports("broke: The remote host closed the connection.", AlertAction::ConnectAgain),
+            qPrintable(control.lastText()));
         QCOMPARE(control.controller.tarnis().lastError(), QStringLiteral("The remote host closed the connection"));
     }
 
@@ -312,13 +313,13 @@ private Q_SLOTS:
         server.reset();
         control.controller.checkServer();
         QVERIFY(control.reaches(ServerState::Failed));
-        QVERIFY2(control.says("again", AlertAction::ConnectAgain), qPrintable(control.lastWords()));
+        QVERIFY2(control.reports("again", AlertAction::ConnectAgain), qPrintable(control.lastText()));
         QCOMPARE(control.controller.status(), Tarnis::SERVER_ERROR);
 
         ScriptedServer next;
         control.start(remote(next.port()));
         QVERIFY(control.reaches(ServerState::Up));
-        QVERIFY(control.lastWords().isEmpty());
+        QVERIFY(control.lastText().isEmpty());
     }
 
     void aCheckOfALivingServerChangesNothing()
@@ -367,7 +368,7 @@ private Q_SLOTS:
     void reportsWhyThereIsNoLocalServer_data()
     {
         QTest::addColumn<QString>("step");
-        QTest::addColumn<QString>("words");
+        QTest::addColumn<QString>("text");
         QTest::newRow("ends at once") << "exit 3"
                                       << "exit code 3";
         QTest::newRow("crashes before it is ready") << "crash"
@@ -376,12 +377,12 @@ private Q_SLOTS:
     void reportsWhyThereIsNoLocalServer()
     {
         QFETCH(QString, step);
-        QFETCH(QString, words);
+        QFETCH(QString, text);
         const FakeServer program({ step });
         Control control;
         control.start(local(program));
         QVERIFY(control.reaches(ServerState::Failed));
-        QVERIFY2(control.says(words, AlertAction::StartAgain), qPrintable(control.lastWords()));
+        QVERIFY2(control.reports(text, AlertAction::StartAgain), qPrintable(control.lastText()));
     }
 
     void reportsTheNameOfAMissingProgram()
@@ -389,7 +390,7 @@ private Q_SLOTS:
         Control control;
         control.start({ ServerChoice::Kind::Local, QStringLiteral("/no/such/server"), {}, 0 });
         QCOMPARE(control.controller.state(), ServerState::Failed);
-        QVERIFY(control.says("/no/such/server", AlertAction::ChooseServer));
+        QVERIFY(control.reports("/no/such/server", AlertAction::ChooseServer));
     }
 
     void reportsTheNameOfAProgramThatCannotRun()
@@ -403,24 +404,24 @@ private Q_SLOTS:
         Control control;
         control.start({ ServerChoice::Kind::Local, path, {}, 0 });
         QCOMPARE(control.controller.state(), ServerState::Failed);
-        QVERIFY2(control.says(path, AlertAction::ChooseServer), qPrintable(control.lastWords()));
+        QVERIFY2(control.reports(path, AlertAction::ChooseServer), qPrintable(control.lastText()));
     }
 
     void aServerWithoutAPortCanBeStopped_data()
     {
-        QTest::addColumn<QString>("told");
+        QTest::addColumn<QString>("output");
         QTest::newRow("silent") << "print ";
         QTest::newRow("port 0") << "print UI port: 0\\n";
         QTest::newRow("port too large") << "print UI port: 70000\\n";
     }
     void aServerWithoutAPortCanBeStopped()
     {
-        QFETCH(QString, told);
-        const FakeServer program({ told, QStringLiteral("await-end") });
+        QFETCH(QString, output);
+        const FakeServer program({ output, QStringLiteral("await-end") });
         Control control;
         control.controller.m_portTimeoutMs = 100;
         control.start(local(program));
-        QVERIFY2(control.says("port", AlertAction::Stop), qPrintable(control.lastWords()));
+        QVERIFY2(control.reports("port", AlertAction::Stop), qPrintable(control.lastText()));
         QCOMPARE(control.controller.state(), ServerState::Starting);
         const qint64 processId = control.controller.tarnis().process()->processId();
         control.controller.stop();
@@ -437,12 +438,12 @@ private Q_SLOTS:
         QVERIFY(control.reaches(ServerState::Up));
         const qint64 processId = control.controller.tarnis().process()->processId();
         control.controller.stop();
-        QVERIFY2(control.says("has not ended yet", AlertAction::EndByForce), qPrintable(control.lastWords()));
+        QVERIFY2(control.reports("has not ended yet", AlertAction::EndByForce), qPrintable(control.lastText()));
         QVERIFY(isRunning(processId));
         control.controller.endByForce();
         QVERIFY(control.reaches(ServerState::Off));
         TRY_VERIFY(!isRunning(processId));
-        QVERIFY(control.lastWords().isEmpty());
+        QVERIFY(control.lastText().isEmpty());
     }
 
     void detectsTheEndOfALocalServerAndRestartsIt()
@@ -456,7 +457,7 @@ private Q_SLOTS:
         QVERIFY(server.waitForRequest("a"));
         control.controller.endByForce();
         QVERIFY(control.reaches(ServerState::Failed));
-        QVERIFY2(control.says("crashed", AlertAction::StartAgain), qPrintable(control.lastWords()));
+        QVERIFY2(control.reports("crashed", AlertAction::StartAgain), qPrintable(control.lastText()));
         control.controller.restart();
         QVERIFY(control.reaches(ServerState::Up));
         QSignalSpy replied(&control.controller.tarnis(), &Tarnis::onCmdReply);
@@ -473,7 +474,7 @@ private Q_SLOTS:
         control.controller.tarnis().SetStatus(Tarnis::HARDWARE_BUSY);
         control.controller.stop();
         QCOMPARE(control.controller.state(), ServerState::Up);
-        QVERIFY(control.says("Hardware busy", AlertAction::None));
+        QVERIFY(control.reports("Hardware busy", AlertAction::None));
         control.controller.tarnis().SetStatus(Tarnis::SERVER_CONNECTED);
         control.controller.stop();
         QVERIFY(control.reaches(ServerState::Off));

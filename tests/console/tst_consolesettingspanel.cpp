@@ -41,7 +41,7 @@ public:
     }
 };
 
-Script told(const QByteArray& values)
+Script okReply(const QByteArray& values)
 {
     return { Step::text("OK:\n" + values) };
 }
@@ -58,8 +58,8 @@ private Q_SLOTS:
     void sendsBackChangesOfOtherClientsUnchanged()
     {
         ScriptedServer server;
-        server.answerInTurn(
-            "setting", { told("rate: 10\nseed: 1\n"), told("rate: 10\nseed: 2\n"), told("rate: 20\nseed: 2\n") });
+        server.answerInTurn("setting",
+            { okReply("rate: 10\nseed: 1\n"), okReply("rate: 10\nseed: 2\n"), okReply("rate: 20\nseed: 2\n") });
         SettingsConsole fixture;
         fixture.use(server);
         QVERIFY(fixture.hasRead(server, 1));
@@ -86,7 +86,7 @@ private Q_SLOTS:
     {
         QFETCH(QByteArray, button);
         ScriptedServer server;
-        server.answer("setting", told("rate: 10\nbasepath: /data\n"));
+        server.answer("setting", okReply("rate: 10\nbasepath: /data\n"));
         SettingsConsole fixture;
         fixture.use(server);
         QVERIFY(fixture.hasRead(server, 1));
@@ -105,7 +105,7 @@ private Q_SLOTS:
     {
         ScriptedServer server;
         server.answerInTurn("setting",
-            { told("rate: 10\n"), { Step::hold("reading"), Step::text("OK:\nrate: 10\n") }, told("rate: 10\n") });
+            { okReply("rate: 10\n"), { Step::hold("reading"), Step::text("OK:\nrate: 10\n") }, okReply("rate: 10\n") });
         SettingsConsole fixture;
         fixture.use(server);
         QVERIFY(fixture.hasRead(server, 1));
@@ -139,7 +139,8 @@ private Q_SLOTS:
     void aDownloadCannotBePressedTwice()
     {
         ScriptedServer server;
-        server.answerInTurn("setting", { told("rate: 10\n"), { Step::hold("gate"), Step::text("OK:\nrate: 10\n") } });
+        server.answerInTurn(
+            "setting", { okReply("rate: 10\n"), { Step::hold("gate"), Step::text("OK:\nrate: 10\n") } });
         SettingsConsole fixture;
         fixture.use(server);
         QVERIFY(fixture.hasRead(server, 1));
@@ -155,7 +156,7 @@ private Q_SLOTS:
     void showsARejectionUntilTheNextReading()
     {
         ScriptedServer server;
-        server.answer("setting", told("rate: 10\n"));
+        server.answer("setting", okReply("rate: 10\n"));
         server.answer("setting rate:0 ", { Step::text("NG:rate is too small\n") });
         SettingsConsole fixture;
         fixture.use(server);
@@ -177,7 +178,7 @@ private Q_SLOTS:
     void keepsTheStateTextWhenTheLanguageChanges()
     {
         ScriptedServer server;
-        server.answer("setting", told("rate: 10\n"));
+        server.answer("setting", okReply("rate: 10\n"));
         server.answer("setting rate:0 ", { Step::text("NG:rate is too small\n") });
         SettingsConsole fixture;
         fixture.use(server);
@@ -213,7 +214,7 @@ private Q_SLOTS:
         QFETCH(QByteArray, reply);
         QFETCH(bool, isRead);
         ScriptedServer server;
-        server.answerInTurn("setting", { told("rate: 10\n"), told("rate: 20\n") });
+        server.answerInTurn("setting", { okReply("rate: 10\n"), okReply("rate: 20\n") });
         server.answer(command.toLatin1(), { Step::text(reply) });
         SettingsConsole fixture;
         fixture.use(server);
@@ -231,7 +232,7 @@ private Q_SLOTS:
     void aDeadServerHasNoState()
     {
         auto server = std::make_unique<ScriptedServer>();
-        server->answer("setting", told("rate: 10\n"));
+        server->answer("setting", okReply("rate: 10\n"));
         SettingsConsole fixture;
         QVERIFY(!fixture.settingsState().isEmpty());
         fixture.use(*server);
@@ -258,7 +259,7 @@ private Q_SLOTS:
     {
         QFETCH(QByteArray, button);
         ScriptedServer server;
-        server.answerInTurn("setting", { told("rate: 10\n"), { Step::silence() } });
+        server.answerInTurn("setting", { okReply("rate: 10\n"), { Step::silence() } });
         SettingsConsole fixture;
         fixture.use(server);
         QVERIFY(fixture.hasRead(server, 1));
@@ -275,7 +276,7 @@ private Q_SLOTS:
     {
         ScriptedServer server;
         server.answerInTurn(
-            "setting", { told("rate: 10\n"), told("rate: 10\n"), told("rate: 20\n"), told("rate: 10\n") });
+            "setting", { okReply("rate: 10\n"), okReply("rate: 10\n"), okReply("rate: 20\n"), okReply("rate: 10\n") });
         const FakeServer program(FakeServer::wellBehaved(server.port()));
         SettingsConsole fixture;
         fixture.use(program);
@@ -316,8 +317,8 @@ private Q_SLOTS:
     {
         ScriptedServer server;
         server.answerInTurn("setting",
-            { told("rate: 10\nseed: 1\n"), told("rate: 10\nseed: 1\n"), told("rate: 20\nseed: 1\n"),
-                told("rate: 10\nseed: 7\n") });
+            { okReply("rate: 10\nseed: 1\n"), okReply("rate: 10\nseed: 1\n"), okReply("rate: 20\nseed: 1\n"),
+                okReply("rate: 10\nseed: 7\n") });
         const FakeServer program(FakeServer::wellBehaved(server.port()));
         SettingsConsole fixture;
         fixture.use(program);
@@ -341,7 +342,8 @@ private Q_SLOTS:
     {
         ScriptedServer server;
         server.answerInTurn("setting",
-            { told("rate: 10\n"), told("rate: 10\n"), told("rate: 20\n"), told("rate: 30\n"), told("rate: 10\n") });
+            { okReply("rate: 10\n"), okReply("rate: 10\n"), okReply("rate: 20\n"), okReply("rate: 30\n"),
+                okReply("rate: 10\n") });
         const FakeServer program(FakeServer::wellBehaved(server.port()));
         SettingsConsole fixture;
         fixture.use(program);
@@ -361,7 +363,7 @@ private Q_SLOTS:
     {
         ScriptedServer server;
         server.answerInTurn(
-            "setting", { told("rate: 10\n"), told("rate: 10\n"), told("rate: 20\n"), told("rate: 30\n") });
+            "setting", { okReply("rate: 10\n"), okReply("rate: 10\n"), okReply("rate: 20\n"), okReply("rate: 30\n") });
         SettingsConsole fixture;
         fixture.use(server);
         QVERIFY(fixture.hasRead(server, 1));
@@ -377,7 +379,8 @@ private Q_SLOTS:
     void aBasePathThatWasSentIsKeptOverARestart()
     {
         ScriptedServer server;
-        server.answerInTurn("setting", { told("basepath: /\n"), told("basepath: /data\n"), told("basepath: /\n") });
+        server.answerInTurn(
+            "setting", { okReply("basepath: /\n"), okReply("basepath: /data\n"), okReply("basepath: /\n") });
         const FakeServer program(FakeServer::wellBehaved(server.port()));
         SettingsConsole fixture;
         fixture.use(program);
@@ -395,9 +398,9 @@ private Q_SLOTS:
     void anotherServerDoesNotGetWhatWasSentToTheFirst()
     {
         ScriptedServer first;
-        first.answerInTurn("setting", { told("rate: 10\n"), told("rate: 10\n"), told("rate: 20\n") });
+        first.answerInTurn("setting", { okReply("rate: 10\n"), okReply("rate: 10\n"), okReply("rate: 20\n") });
         ScriptedServer second;
-        second.answer("setting", told("rate: 5\n"));
+        second.answer("setting", okReply("rate: 5\n"));
         const FakeServer one(FakeServer::wellBehaved(first.port()));
         const FakeServer two(FakeServer::wellBehaved(second.port()));
         SettingsConsole fixture;
@@ -415,7 +418,7 @@ private Q_SLOTS:
     void whatCannotBeDoneIsOff()
     {
         ScriptedServer server;
-        server.answer("setting", told("rate: 10\n"));
+        server.answer("setting", okReply("rate: 10\n"));
         SettingsConsole fixture;
         auto& send = fixture.widget<QPushButton>("downloadButton");
         auto& remove = fixture.widget<QPushButton>("removeButton");
@@ -442,7 +445,7 @@ private Q_SLOTS:
     void anEmptyRecordIsNeitherSavedNorCleared()
     {
         ScriptedServer server;
-        server.answer("pwd", told("/\n"));
+        server.answer("pwd", okReply("/\n"));
         SettingsConsole fixture;
         fixture.choose("clearRecordAction");
         QVERIFY(!fixture.widget<QAction>("clearRecordAction").isEnabled());

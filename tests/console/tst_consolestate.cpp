@@ -10,7 +10,7 @@ using namespace tarnis::testing;
 
 namespace {
 
-Script told(const QByteArray& state)
+Script statReply(const QByteArray& state)
 {
     return { Step::text("OK:\nstate: " + state + "\n") };
 }
@@ -41,7 +41,7 @@ private Q_SLOTS:
     void aRunThatEndsByItselfIsSeen()
     {
         ScriptedServer server;
-        server.answerInTurn("stat", { told("STOPPED"), told("RUNNING"), told("STOPPED") });
+        server.answerInTurn("stat", { statReply("STOPPED"), statReply("RUNNING"), statReply("STOPPED") });
         WatchingConsole fixture(server);
         fixture.send(QStringLiteral("start"));
         QVERIFY(fixture.has(Tarnis::RUNNING));
@@ -58,7 +58,7 @@ private Q_SLOTS:
     void aRunThatSomebodyElseStartsIsSeen()
     {
         ScriptedServer server;
-        server.answerInTurn("stat", { told("STOPPED"), told("RUNNING") });
+        server.answerInTurn("stat", { statReply("STOPPED"), statReply("RUNNING") });
         WatchingConsole fixture(server);
         fixture.watch();
         QVERIFY(fixture.has(Tarnis::RUNNING));
@@ -78,7 +78,7 @@ private Q_SLOTS:
     void aBrokenConnectionAloneIsNoNews()
     {
         ScriptedServer server;
-        server.answerInTurn("stat", { told("STOPPED"), { Step::drop() }, told("RUNNING") });
+        server.answerInTurn("stat", { statReply("STOPPED"), { Step::drop() }, statReply("RUNNING") });
         WatchingConsole fixture(server);
         const QString record = fixture.record();
         fixture.watch();
@@ -91,7 +91,7 @@ private Q_SLOTS:
     {
         ScriptedServer server;
         server.answer("long", { Step::hold("gate"), Step::text("done\n") });
-        server.answer("stat", told("STOPPED"));
+        server.answer("stat", statReply("STOPPED"));
         WatchingConsole fixture(server);
         fixture.send(QStringLiteral("long"));
         QVERIFY(server.waitForHold("gate"));
@@ -107,7 +107,7 @@ private Q_SLOTS:
     void aBusyServerIsLeftAlone()
     {
         ScriptedServer server;
-        server.answer("stat", told("RUNNING"));
+        server.answer("stat", statReply("RUNNING"));
         WatchingConsole fixture(server);
         QVERIFY(fixture.has(Tarnis::RUNNING));
         Tarnis& tarnis = fixture.window->controller().tarnis();
@@ -123,7 +123,7 @@ private Q_SLOTS:
     void ignoresAStateRequestedBeforeACommand()
     {
         ScriptedServer server;
-        server.answer("stat", told("STOPPED"));
+        server.answer("stat", statReply("STOPPED"));
         WatchingConsole fixture(server);
         fixture.send(QStringLiteral("start"));
         QVERIFY(fixture.has(Tarnis::RUNNING));
@@ -141,7 +141,7 @@ private Q_SLOTS:
     void usesTheRepliesOfTheStatisticsWindow()
     {
         ScriptedServer server;
-        server.answerInTurn("stat", { told("STOPPED"), told("RUNNING") });
+        server.answerInTurn("stat", { statReply("STOPPED"), statReply("RUNNING") });
         WatchingConsole fixture(server);
         auto* const statistics = fixture.open<LiveStatistics>("statistics");
         QVERIFY(statistics);

@@ -39,7 +39,7 @@ struct OpenText {
     QPlainTextEdit& edit() const { return widget<QPlainTextEdit>("edit"); }
     QString state() const { return widget<QLabel>("stateLabel").text(); }
     QString path() const { return widget<QLabel>("pathLabel").text(); }
-    bool says(const QString& text) const
+    bool shows(const QString& text) const
     {
         return eventually([&] { return state().contains(text); });
     }
@@ -47,7 +47,7 @@ struct OpenText {
     void openNotes() const
     {
         window->openFile(QStringLiteral("/data/notes.txt"));
-        if (!says(QStringLiteral("Opened")))
+        if (!shows(QStringLiteral("Opened")))
             qFatal("%s", qPrintable(state()));
     }
     void append(const QString& typed) const
@@ -80,7 +80,7 @@ struct OpenText {
         return *part<QDialogButtonBox>(dialog, "buttonBox").button(QDialogButtonBox::Ok);
     }
     static QString stateOf(QWidget& dialog) { return part<QLabel>(dialog, "stateLabel").text(); }
-    static bool says(QWidget& dialog, const QString& part)
+    static bool shows(QWidget& dialog, const QString& part)
     {
         return eventually([&] { return stateOf(dialog).contains(part); });
     }
@@ -152,7 +152,7 @@ private Q_SLOTS:
         ConsoleFixture fixture(server);
         const OpenText text(fixture);
         QVERIFY(text.choosesNotes());
-        QVERIFY(text.says(QStringLiteral("Opened, 8 bytes")));
+        QVERIFY(text.shows(QStringLiteral("Opened, 8 bytes")));
         QCOMPARE(text.edit().toPlainText(), "one\ntwo\n");
         QCOMPARE(text.path(), "/data/notes.txt");
         QVERIFY(!text.widget<QPushButton>("saveButton").isEnabled());
@@ -169,7 +169,7 @@ private Q_SLOTS:
         QTest::keyClicks(&text.edit(), "three");
         QVERIFY(text.window->isWindowModified());
         text.press("saveButton");
-        QVERIFY(text.says(QStringLiteral("Saved")));
+        QVERIFY(text.shows(QStringLiteral("Saved")));
         QVERIFY(!text.window->isWindowModified());
     }
 
@@ -189,7 +189,7 @@ private Q_SLOTS:
         QTest::keyClicks(&part<QLineEdit>(*chooser, "fileNameLineEdit"), "new.md");
         QCOMPARE(OpenText::stateOf(*chooser), "OK selects /data/new.md");
         acceptChoice(*chooser);
-        QVERIFY(text.says(QStringLiteral("Saved")));
+        QVERIFY(text.shows(QStringLiteral("Saved")));
         QCOMPARE(text.path(), "/data/new.md"); // as it was typed
     }
 
@@ -224,7 +224,7 @@ private Q_SLOTS:
         text.press("openButton");
         QDialog* const chooser = text.chooser();
         QVERIFY(chooser);
-        QVERIFY(OpenText::says(*chooser, QStringLiteral("Choose a file")));
+        QVERIFY(OpenText::shows(*chooser, QStringLiteral("Choose a file")));
         QVERIFY(!OpenText::ok(*chooser).isEnabled());
         OpenText::choose(*chooser, QStringLiteral("old/"));
         QCOMPARE(OpenText::stateOf(*chooser), "Choose a file; Enter opens the folder");
@@ -233,7 +233,7 @@ private Q_SLOTS:
         QVERIFY(!OpenText::ok(*chooser).isEnabled());
         server.release("old");
         // The chooser returns to the server's own folder; the reason remains shown.
-        QVERIFY(OpenText::says(*chooser, QStringLiteral("No permission\nChoose a file")));
+        QVERIFY(OpenText::shows(*chooser, QStringLiteral("No permission\nChoose a file")));
         OpenText::choose(*chooser, QStringLiteral("notes.txt"));
         TRY_VERIFY(OpenText::ok(*chooser).isEnabled());
         server.answer("ls-F \"/\"", { Step::text("OK:\ndata/\n") });
@@ -262,7 +262,7 @@ private Q_SLOTS:
         QVERIFY(fixture.reaches(ServerState::Up));
         TRY_VERIFY(OpenText::ok(*chooser).isEnabled());
         acceptChoice(*chooser);
-        QVERIFY(text.says(QStringLiteral("Saved")));
+        QVERIFY(text.shows(QStringLiteral("Saved")));
         QCOMPARE(text.path(), "/data/x");
     }
 
@@ -276,7 +276,7 @@ private Q_SLOTS:
         fixture.choose("shutDownAction");
         QVERIFY(fixture.reaches(ServerState::Off));
         text.answer(QMessageBox::Save);
-        QVERIFY(text.says(QStringLiteral("Needs a connected server")));
+        QVERIFY(text.shows(QStringLiteral("Needs a connected server")));
         QVERIFY(!text.shownChooser());
         QVERIFY(text.window->isVisible());
     }
@@ -298,14 +298,14 @@ private Q_SLOTS:
         TRY_VERIFY(!text.question());
         QVERIFY(text.choosesNotes());
         text.answer(QMessageBox::Discard);
-        QVERIFY(text.says(QStringLiteral("NG:cannot read")));
+        QVERIFY(text.shows(QStringLiteral("NG:cannot read")));
         QVERIFY(text.window->isWindowModified());
         QCOMPARE(text.edit().toPlainText(), "mine");
         server.answer("rxfile \"/data/notes.txt\"", { Step::binary("one\ntwo\n", "OK:\n") });
         TRY_VERIFY(!text.question());
         QVERIFY(text.choosesNotes());
         text.answer(QMessageBox::Discard);
-        QVERIFY(text.says(QStringLiteral("Opened")));
+        QVERIFY(text.shows(QStringLiteral("Opened")));
         QVERIFY(!text.window->isWindowModified());
     }
 
@@ -322,7 +322,7 @@ private Q_SLOTS:
         QVERIFY(server.waitForHold("write"));
         text.append(QStringLiteral("y"));
         server.release("write");
-        QVERIFY(text.says(QStringLiteral("Later edits are not saved yet")));
+        QVERIFY(text.shows(QStringLiteral("Later edits are not saved yet")));
         QVERIFY(text.window->isWindowModified());
         // The content of the file is not an undo step: after undoing everything the text still differs from it.
         while (text.edit().document()->isUndoAvailable())
@@ -367,7 +367,7 @@ private Q_SLOTS:
         QTest::keyClicks(&text.edit(), "lost");
         QCOMPARE(text.edit().toPlainText(), QString());
         server.release("read");
-        QVERIFY(text.says(QStringLiteral("Opened")));
+        QVERIFY(text.shows(QStringLiteral("Opened")));
         QVERIFY(!text.edit().isReadOnly());
     }
 
@@ -379,15 +379,15 @@ private Q_SLOTS:
         const OpenText text(fixture);
         text.openNotes();
         text.window->openFile(QStringLiteral("/none"));
-        QVERIFY(text.says(QStringLiteral("NG:cannot read '/none'")));
+        QVERIFY(text.shows(QStringLiteral("NG:cannot read '/none'")));
         text.window->openFile(QStringLiteral("/binary"));
-        QVERIFY(text.says(QStringLiteral("it is not a text")));
+        QVERIFY(text.shows(QStringLiteral("it is not a text")));
         QCOMPARE(text.path(), "/data/notes.txt");
         QCOMPARE(text.edit().toPlainText(), "one\ntwo\n");
         text.edit().moveCursor(QTextCursor::End);
         QTest::keyClicks(&text.edit(), "x");
         text.press("saveButton");
-        QVERIFY(text.says(QStringLiteral("NG:cannot write")));
+        QVERIFY(text.shows(QStringLiteral("NG:cannot write")));
         QVERIFY(text.window->isWindowModified());
     }
 
@@ -401,11 +401,11 @@ private Q_SLOTS:
         text.edit().moveCursor(QTextCursor::End);
         QTest::keyClicks(&text.edit(), "x");
         text.press("saveButton");
-        QVERIFY(text.says(QStringLiteral("No reply")));
+        QVERIFY(text.shows(QStringLiteral("No reply")));
         server.answer("txfile \"/data/notes.txt\"\none\ntwo\nx", { Step::text("OK:\n") });
         TRY_VERIFY(text.widget<QPushButton>("saveButton").isEnabled());
         text.press("saveButton");
-        QVERIFY(text.says(QStringLiteral("Saved")));
+        QVERIFY(text.shows(QStringLiteral("Saved")));
     }
 
     void closingAsksAboutChanges()

@@ -42,7 +42,7 @@ public:
 
     QString infoText() const { return label("infoLabel") ? label("infoLabel")->text() : QString(); }
     QLabel* label(const char* name) const { return findChild<QLabel*>(QLatin1String(name)); }
-    bool saysStopped() const { return label("stateLabel") && label("stateLabel")->isVisible(); }
+    bool showsStopped() const { return label("stateLabel") && label("stateLabel")->isVisible(); }
     QList<double> data()
     {
         QList<double> values;
@@ -188,7 +188,7 @@ private Q_SLOTS:
         window.result(answered("hist", true, text), bytesOf({ x, 1.0 }));
         QTEST(reason, "reason");
         QVERIFY(window.timer->isActive()); // polling continues
-        QVERIFY(!window.saysStopped() && boxes.texts.isEmpty());
+        QVERIFY(!window.showsStopped() && boxes.texts.isEmpty());
     }
 
     void mapsThatDoNotFit_data()
@@ -267,14 +267,14 @@ private Q_SLOTS:
         Curves window(addressOf(server));
         QCOMPARE(window.stopReason(), "");
         QVERIFY(eventually([&] { return boxes.texts.size() == 1; }));
-        QVERIFY(eventually([&] { return window.saysStopped(); }));
+        QVERIFY(eventually([&] { return window.showsStopped(); }));
         QVERIFY(!window.stopReason().isEmpty());
         QVERIFY(window.label("stateLabel")->text().contains(window.stopReason()));
         window.findChild<QPushButton*>("updatePushButton")->click();
         QVERIFY(eventually([&] { return window.data() == QList<double>({ 7 }); }));
         QCOMPARE(server.connectionCount(), 2);
         QCOMPARE(window.stopReason(), "");
-        QVERIFY(!window.saysStopped());
+        QVERIFY(!window.showsStopped());
         QCOMPARE(boxes.texts.size(), 1);
     }
 
@@ -287,9 +287,9 @@ private Q_SLOTS:
         window.result(answered("hist", true, "OK:"), bytesOf({ 1, 2 }));
         QCOMPARE(boxes.texts.size(), 1);
         QCOMPARE(window.stopReason(), "failed to parse information - 'OK:'");
-        QVERIFY(window.saysStopped());
+        QVERIFY(window.showsStopped());
         window.update();
-        QVERIFY(!window.saysStopped());
+        QVERIFY(!window.showsStopped());
     }
 
     void reportsThatItWasHidden()
@@ -299,7 +299,7 @@ private Q_SLOTS:
         window.hide();
         window.result(answered("hist", true, "OK:"), bytesOf({ 1 }));
         window.show();
-        QVERIFY(window.saysStopped());
+        QVERIFY(window.showsStopped());
     }
 
     void pollsAnotherServerOnANewSession()

@@ -96,7 +96,7 @@ private:
     std::mt19937_64 m_random;
 };
 
-QString told(const Case& c)
+QString descriptionOf(const Case& c)
 {
     QString text = QStringLiteral("[%1, %2) threshold %3 width %4 peak %5:")
                        .arg(c.start)
@@ -158,11 +158,11 @@ void TestPeakSearchOracle::indexSegments()
         const Case c = cases.next(60);
         const auto segments = tarnis::findPeakSegments(c.y, c.start, c.end, { c.threshold, c.width, c.peak });
         const auto oracle = oracleIndexSegments(c.y, c.start, c.end, c.threshold, c.width, c.peak);
-        QVERIFY2(qsizetype(segments.size()) == oracle.size(), qPrintable(told(c)));
+        QVERIFY2(qsizetype(segments.size()) == oracle.size(), qPrintable(descriptionOf(c)));
         for (qsizetype k = 0; k < oracle.size(); ++k) {
             const PeakSegment& segment = segments[std::size_t(k)];
-            QVERIFY2(isSegment(c, segment, oracle[k]), qPrintable(told(c)));
-            QVERIFY2(segment.pos == oracle[k].pos, qPrintable(told(c)));
+            QVERIFY2(isSegment(c, segment, oracle[k]), qPrintable(descriptionOf(c)));
+            QVERIFY2(segment.pos == oracle[k].pos, qPrintable(descriptionOf(c)));
             shifted += segment.pos != segment.first;
         }
         found += oracle.size();
@@ -178,11 +178,12 @@ void TestPeakSearchOracle::xSegments()
         const Case c = cases.next(60);
         const auto segments = tarnis::findPeakSegments(c.y, 0, c.y.size(), { c.threshold, c.width, c.peak });
         const auto oracle = oracleXSegments(c.x, c.y, c.threshold, c.width, c.peak);
-        QVERIFY2(qsizetype(segments.size()) == oracle.size(), qPrintable(told(c)));
+        QVERIFY2(qsizetype(segments.size()) == oracle.size(), qPrintable(descriptionOf(c)));
         for (qsizetype k = 0; k < oracle.size(); ++k) {
             const PeakSegment& segment = segments[std::size_t(k)];
-            QVERIFY2(isSegment(c, segment, oracle[k]), qPrintable(told(c)));
-            QVERIFY2(c.x.mid(segment.first, segment.last - segment.first) == oracle[k].second, qPrintable(told(c)));
+            QVERIFY2(isSegment(c, segment, oracle[k]), qPrintable(descriptionOf(c)));
+            QVERIFY2(
+                c.x.mid(segment.first, segment.last - segment.first) == oracle[k].second, qPrintable(descriptionOf(c)));
         }
     }
 }
@@ -195,7 +196,7 @@ void TestPeakSearchOracle::indexPeaks()
         const Case c = cases.next(60);
         const auto peaks = PeakSearch(c.y, c.start, c.end, c.threshold, c.width, c.peak).exec();
         const auto oracle = oracleIndexPeaks(c.y, c.start, c.end, c.threshold, c.width, c.peak);
-        QVERIFY2(areSame(peaks, oracle), qPrintable(told(c)));
+        QVERIFY2(areSame(peaks, oracle), qPrintable(descriptionOf(c)));
         found += peaks.size();
     }
     QVERIFY(found > 1500);
@@ -211,7 +212,7 @@ void TestPeakSearchOracle::xPeaks()
             continue;
         const auto peaks = PeakSearch(c.x, c.y, c.threshold, c.width, c.peak).exec();
         const auto oracle = oracleXPeaks(c.x, c.y, c.threshold, c.width, c.peak);
-        QVERIFY2(areSame(peaks, oracle), qPrintable(told(c)));
+        QVERIFY2(areSame(peaks, oracle), qPrintable(descriptionOf(c)));
         found += peaks.size();
     }
     QVERIFY(found > 1500);

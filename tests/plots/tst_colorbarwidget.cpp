@@ -343,7 +343,7 @@ void TestColorBarWidget::returnTakesTheValue_data()
     QTest::newRow("minimum") << false << "-1.5e3" << -1500.0 << true;
     QTest::newRow("no number is 0") << true << "lots" << 0.0 << true;
     QTest::newRow("nothing is 0") << true << "" << 0.0 << true;
-    QTest::newRow("unchanged: told, not refreshed") << true << "100" << 100.0 << false;
+    QTest::newRow("unchanged: reported, not refreshed") << true << "100" << 100.0 << false;
 }
 
 void TestColorBarWidget::returnTakesTheValue()

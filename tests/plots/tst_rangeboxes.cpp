@@ -205,7 +205,7 @@ void TestRangeBoxes::longNumbersHaveRoom()
 void TestRangeBoxes::typedNumbers_data()
 {
     QTest::addColumn<QString>("text");
-    QTest::addColumn<QVariantList>("told");
+    QTest::addColumn<QVariantList>("expected");
     QTest::addColumn<QString>("shown");
     QTest::newRow("whole") << "12" << QVariantList { 12.0, 9.0 } << "12";
     QTest::newRow("exponent") << "1.5e3" << QVariantList { 1500.0, 9.0 } << "1500";
@@ -221,7 +221,7 @@ void TestRangeBoxes::typedNumbers_data()
 void TestRangeBoxes::typedNumbers()
 {
     QFETCH(QString, text);
-    QFETCH(QVariantList, told);
+    QFETCH(QVariantList, expected);
     XRangeInputDialog box("X", 'g', 6, nullptr);
     box.setXMin(1.0);
     box.setXMax(9.0);
@@ -229,9 +229,9 @@ void TestRangeBoxes::typedNumbers()
     if (text.isEmpty())
         edit(box, "xMin")->clear();
     enter(edit(box, "xMin"), text);
-    QCOMPARE(edited.count(), told.isEmpty() ? 0 : 1);
-    if (!told.isEmpty())
-        QCOMPARE(edited.first(), told);
+    QCOMPARE(edited.count(), expected.isEmpty() ? 0 : 1);
+    if (!expected.isEmpty())
+        QCOMPARE(edited.first(), expected);
     QTEST(edit(box, "xMin")->text(), "shown");
 }
 

@@ -8,7 +8,7 @@ using tarnis::Series;
 
 namespace {
 
-const tarnis::SeriesWords words { QStringLiteral("Module"), QStringLiteral("ch"), 5 };
+const tarnis::SeriesTexts words { QStringLiteral("Module"), QStringLiteral("ch"), 5 };
 
 Series record(double value, bool enable = true, int count = 2)
 {
@@ -144,7 +144,7 @@ void TestSeriesNames::placeholdersInWordsStay()
 
 void TestSeriesNames::setNamesReplaceDefaultNames()
 {
-    tarnis::SeriesWords named = words;
+    tarnis::SeriesTexts named = words;
     named.names = { QString(), QStringLiteral("gamma, \"slow\"") };
     const QList<Series> series { record(1, false), record(2), record(3) };
     QCOMPARE(tarnis::csvTableOf(series, AddType::AddNone, 2, named).header,
@@ -175,7 +175,7 @@ void TestSeriesNames::curvesHaveNames()
     QFETCH(int, type);
     QFETCH(int, groupSize);
     QFETCH(QString, names);
-    tarnis::SeriesWords named = words;
+    tarnis::SeriesTexts named = words;
     named.names = { QString(), QStringLiteral("gamma") };
     QStringList made;
     for (int i = 0; i < 3; ++i)

@@ -338,9 +338,9 @@ void TestSimCommands::settingsAreTaken_data()
 {
     QTest::addColumn<QByteArray>("line");
     QTest::addColumn<QString>("name");
-    QTest::addColumn<QString>("told");
-    const auto row = [](const char* name, const QByteArray& line, const char* setting, const char* told) {
-        QTest::newRow(name) << line << QString::fromLatin1(setting) << QString::fromUtf8(told);
+    QTest::addColumn<QString>("expected");
+    const auto row = [](const char* name, const QByteArray& line, const char* setting, const char* expected) {
+        QTest::newRow(name) << line << QString::fromLatin1(setting) << QString::fromUtf8(expected);
     };
     row("a number", "setting rate:2.5", "rate", "2.5");
     row("a number with an exponent", "setting rate:1e3", "rate", "1000");
@@ -366,7 +366,7 @@ void TestSimCommands::settingsAreTaken()
     QFETCH(QByteArray, line);
     QFETCH(QString, name);
     QCOMPARE(ask(line), QStringLiteral("OK:\n"));
-    QTEST(value("setting", name), "told");
+    QTEST(value("setting", name), "expected");
 }
 
 void TestSimCommands::settingsAct()

@@ -58,7 +58,7 @@ QByteArray bytesOf(const Steps& steps)
 }
 
 /// The steps as text: "write 5, pause 50, close".
-QString told(const Steps& steps)
+QString textOf(const Steps& steps)
 {
     QStringList words;
     for (const Step& step : steps) {
@@ -161,7 +161,7 @@ void TestSimFaults::leadsComeFirst()
     FaultSwitch none;
     Reply reply = Reply::ok();
     reply.leads = { { .pauseMs = 7, .text = {} }, { .pauseMs = 9, .text = "x\n" } };
-    QCOMPARE(told(none.reply(reply, prompt)), QStringLiteral("pause 7; pause 9; write 2; write 12"));
+    QCOMPARE(textOf(none.reply(reply, prompt)), QStringLiteral("pause 7; pause 9; write 2; write 12"));
 }
 
 void TestSimFaults::textFaults_data()
@@ -185,7 +185,7 @@ void TestSimFaults::textFaults_data()
 void TestSimFaults::textFaults()
 {
     FaultSwitch fault = switchTo(QTest::currentDataTag());
-    QTEST(told(fault.reply(textReply(), prompt)), "steps");
+    QTEST(textOf(fault.reply(textReply(), prompt)), "steps");
 }
 
 void TestSimFaults::splitPromptVisitsEveryPlace()
@@ -203,7 +203,7 @@ void TestSimFaults::splitPromptVisitsEveryPlace()
     QCOMPARE(*places.begin(), 0);
     // A prompt of one byte is sent separately.
     FaultSwitch shortOne = switchTo("split-prompt");
-    QCOMPARE(told(shortOne.reply(textReply(), "#")), QStringLiteral("write 12; pause 50; write 1"));
+    QCOMPARE(textOf(shortOne.reply(textReply(), "#")), QStringLiteral("write 12; pause 50; write 1"));
 }
 
 void TestSimFaults::chunksGiveTheSameBytes()
@@ -258,7 +258,7 @@ void TestSimFaults::lengthFaults()
     QTEST(announced(bytes), "length");
     QCOMPARE(bytes.mid(4), reply.payload + reply.text + prompt);
     if (fault.fault() == Fault::SplitLength)
-        QCOMPARE(told(steps), QStringLiteral("write 3; pause 50; write 98"));
+        QCOMPARE(textOf(steps), QStringLiteral("write 3; pause 50; write 98"));
 }
 
 void TestSimFaults::payloadFaults()
@@ -338,7 +338,7 @@ void TestSimFaults::greetings_data()
 void TestSimFaults::greetings()
 {
     FaultSwitch fault = switchTo(QTest::currentDataTag());
-    QTEST(told(fault.greeting("hi\n", prompt)), "steps");
+    QTEST(textOf(fault.greeting("hi\n", prompt)), "steps");
 }
 
 void TestSimFaults::everySoManyth()
@@ -346,7 +346,7 @@ void TestSimFaults::everySoManyth()
     FaultSwitch fault = switchTo("silent", 3);
     QStringList steps;
     for (int i = 0; i < 6; ++i)
-        steps << told(fault.reply(textReply(), prompt));
+        steps << textOf(fault.reply(textReply(), prompt));
     QCOMPARE(steps, (QStringList { "write 20", "write 20", "", "write 20", "write 20", "" }));
     // Only applicable replies count.
     FaultSwitch length = switchTo("zero-length", 2);
@@ -360,7 +360,7 @@ void TestSimFaults::exemptRepliesAreNotAffected()
     FaultSwitch fault = switchTo("close-before");
     Reply reply = textReply();
     reply.exempt = true;
-    QCOMPARE(told(fault.reply(reply, prompt)), QStringLiteral("write 20"));
+    QCOMPARE(textOf(fault.reply(reply, prompt)), QStringLiteral("write 20"));
 }
 
 void TestSimFaults::refusalsAreCounted()
@@ -371,7 +371,7 @@ void TestSimFaults::refusalsAreCounted()
     QVERIFY(!fault.refuses());
     QVERIFY(fault.refuses());
     QVERIFY(!fault.refuses());
-    QCOMPARE(told(fault.reply(textReply(), prompt)), QStringLiteral("write 20"));
+    QCOMPARE(textOf(fault.reply(textReply(), prompt)), QStringLiteral("write 20"));
     QVERIFY(fault.refuses()); // the reply has not been counted again
 }
 

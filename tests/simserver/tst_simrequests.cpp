@@ -14,7 +14,7 @@ namespace {
 using Kind = Request::Kind;
 
 /// "line|stat", "upload|...", "farewell|", "too long|", in order.
-QStringList told(RequestReader& reader)
+QStringList requestsOf(RequestReader& reader)
 {
     QStringList requests;
     while (const std::optional<Request> request = reader.next()) {
@@ -40,7 +40,7 @@ QStringList fedWhole(const QByteArray& bytes)
 {
     RequestReader reader;
     reader.feed(bytes);
-    return told(reader);
+    return requestsOf(reader);
 }
 
 } // namespace
@@ -103,7 +103,7 @@ void TestSimRequests::cutsChangeNothing()
         for (qsizetype at = 0; at < bytes.size() && !found.contains("farewell|");) {
             const auto size = static_cast<qsizetype>(round == 0 ? 1 : 1 + generator() % 6);
             reader.feed(bytes.mid(at, size));
-            found += told(reader);
+            found += requestsOf(reader);
             at += size;
         }
         QTEST(found, "requests");
@@ -116,11 +116,11 @@ void TestSimRequests::tooLongLineIsPassedOver()
     QStringList found;
     for (int i = 0; i < 10; ++i) {
         reader.feed(QByteArray(20000, 'x'));
-        found += told(reader);
+        found += requestsOf(reader);
     }
     QCOMPARE(found, QStringList());
     reader.feed("y\nstat\n");
-    QCOMPARE(told(reader), (QStringList { "too long|", "line|stat" }));
+    QCOMPARE(requestsOf(reader), (QStringList { "too long|", "line|stat" }));
     QCOMPARE(
         fedWhole(QByteArray(RequestReader::maxLine + 1, 'x') + "\nstat\n"), (QStringList { "too long|", "line|stat" }));
 }
@@ -140,7 +140,7 @@ void TestSimRequests::tooLongUploadIsPassedOver()
         QVERIFY(!reader.next());
     }
     reader.feed("\x04stat\n");
-    QCOMPARE(told(reader), (QStringList { "too long|", "line|stat" }));
+    QCOMPARE(requestsOf(reader), (QStringList { "too long|", "line|stat" }));
 }
 
 void TestSimRequests::serverPathsAreCleaned_data()

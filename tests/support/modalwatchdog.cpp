@@ -19,16 +19,16 @@ ModalWatchdog::ModalWatchdog(QList<Answer> answers)
 
 void ModalWatchdog::look()
 {
-    constexpr int patience = 2000; // number of checks, about 10 s
+    constexpr int maxChecks = 2000; // number of checks, about 10 s
     QWidget* window = QApplication::activeModalWidget();
     if (window == nullptr || !window->isVisible() || window == m_openBefore)
         return;
     const bool seenBefore = m_answeredWindows.contains(window); // on top again while a later one closes, or left open
-    if (seenBefore && ++m_patience < patience)
+    if (seenBefore && ++m_checks < maxChecks)
         return;
     if (!seenBefore && m_next < m_answers.size()) {
         m_answeredWindows.append(window);
-        m_patience = 0;
+        m_checks = 0;
         // Queued: a timer does not fire again while its own slot runs, and an answer may open the next window.
         QTimer::singleShot(0, window, [answer = m_answers.at(m_next++), window] { answer(*window); });
         return;

@@ -31,7 +31,7 @@ private:
     QPointer<QWidget> m_openBefore;
     qsizetype m_next = 0;
     int m_faults = 0;
-    int m_patience = 0;
+    int m_checks = 0;
     QList<QPointer<QWidget>> m_answeredWindows;
     QTimer m_timer;
 };

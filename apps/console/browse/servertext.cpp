@@ -77,7 +77,7 @@ ServerTextWindow::ServerTextWindow(const WindowContext& context)
         stay();
         if (!lost.isEmpty() && lost.constFirst().name == writeName)
             keepModified(); // the server may have written all or part of it
-        tell([message] { return tr("No reply: %1. Try again.").arg(message); });
+        setStateText([message] { return tr("No reply: %1. Try again.").arg(message); });
         m_context.controller.checkServer();
     });
     connect(&context.controller, &ServerController::aboutToStop, this, [this] {
@@ -87,7 +87,7 @@ ServerTextWindow::ServerTextWindow(const WindowContext& context)
             return;
         if (lost.constFirst().name == writeName)
             keepModified();
-        tell([] { return tr("No reply: the server was stopped. The text stays here."); });
+        setStateText([] { return tr("No reply: the server was stopped. The text stays here."); });
     });
     connect(&context.controller, &ServerController::stateChanged, this, &ServerTextWindow::updateControls);
     updateControls();
@@ -119,7 +119,7 @@ bool ServerTextWindow::mayChoose()
     if (m_context.controller.state() == ServerState::Up)
         return true;
     stay();
-    tell([] { return tr("Needs a connected server. The text stays here."); });
+    setStateText([] { return tr("Needs a connected server. The text stays here."); });
     return false;
 }
 
@@ -163,14 +163,14 @@ void ServerTextWindow::save()
 void ServerTextWindow::openFile(const QString& path)
 {
     if (isUnderWay(writeName)) {
-        tell([path] { return tr("%1 is not opened: the text is being written.").arg(path); });
+        setStateText([path] { return tr("%1 is not opened: the text is being written.").arg(path); });
         return;
     }
     if (isUnderWay(readName))
         m_link->drop(); // replaced by this request
     if (send(QStringLiteral("rxfile ") + quotedPath(path), readName, true)) {
         m_asked = path;
-        tell([path] { return tr("Reading %1...").arg(path); });
+        setStateText([path] { return tr("Reading %1...").arg(path); });
     }
 }
 
@@ -187,7 +187,7 @@ void ServerTextWindow::saveTo(const QString& path)
     const auto bytes = bytesOfText(ui->edit->toPlainText(), m_form);
     if (!bytes) {
         stay();
-        tell([] { return tr("Not saved: the file is in Latin-1, and a character of the text is not."); });
+        setStateText([] { return tr("Not saved: the file is in Latin-1, and a character of the text is not."); });
         return;
     }
     if (isUnderWay(readName))
@@ -197,7 +197,7 @@ void ServerTextWindow::saveTo(const QString& path)
     const QString content = QString::fromLatin1(*bytes);
     if (send(QStringLiteral("txfile ") + quotedPath(path) + u'\n' + content, writeName, false)) {
         m_asked = path;
-        tell([path] { return tr("Writing %1...").arg(path); });
+        setStateText([path] { return tr("Writing %1...").arg(path); });
     }
 }
 
@@ -206,7 +206,7 @@ bool ServerTextWindow::send(const QString& request, const QString& name, bool is
     const QString line = request.section(u'\n', 0, 0);
     if (!commandProblem(line).isEmpty() || m_context.controller.state() != ServerState::Up) {
         stay();
-        tell([line] {
+        setStateText([line] {
             const QString why = commandProblem(line);
             return why.isEmpty() ? tr("Needs a connected server. The text stays here.") : why;
         });
@@ -231,7 +231,7 @@ void ServerTextWindow::onReplied(const PTarnisCmd& command, const QByteArray& re
 void ServerTextWindow::onRead(const PTarnisCmd& command, const QByteArray& bytes)
 {
     if (!command->m_replyText.startsWith(u"OK:")) {
-        tell([path = m_asked, answer = command->m_replyText.trimmed()] {
+        setStateText([path = m_asked, answer = command->m_replyText.trimmed()] {
             return tr("%1 is not opened: %2").arg(path, answer);
         });
         return;
@@ -239,7 +239,7 @@ void ServerTextWindow::onRead(const PTarnisCmd& command, const QByteArray& bytes
     TextForm form;
     const auto text = bytes.size() <= sizeLimit ? textOfFile(bytes, form) : std::nullopt;
     if (!text) {
-        tell([path = m_asked] {
+        setStateText([path = m_asked] {
             return tr("%1 is not opened: it is not a text, or larger than %2.").arg(path, byteCountText(sizeLimit));
         });
         return;
@@ -248,7 +248,7 @@ void ServerTextWindow::onRead(const PTarnisCmd& command, const QByteArray& bytes
     m_form = form;
     ui->edit->setPlainText(*text);
     ui->edit->document()->setModified(false);
-    tell([count = bytes.size()] { return tr("Opened, %1.").arg(byteCountText(count)); });
+    setStateText([count = bytes.size()] { return tr("Opened, %1.").arg(byteCountText(count)); });
 }
 
 void ServerTextWindow::onWritten(const QByteArray& reply)
@@ -256,20 +256,20 @@ void ServerTextWindow::onWritten(const QByteArray& reply)
     const QString text = QString::fromUtf8(reply);
     if (!text.startsWith(u"OK:")) {
         stay();
-        tell([path = m_asked, answer = text.trimmed()] { return tr("%1 is not saved: %2").arg(path, answer); });
+        setStateText([path = m_asked, answer = text.trimmed()] { return tr("%1 is not saved: %2").arg(path, answer); });
         return;
     }
     m_path = m_asked;
     const auto next = std::exchange(m_afterSave, {});
     if (ui->edit->document()->revision() == m_sentRevision) {
         ui->edit->document()->setModified(false);
-        tell([] { return tr("Saved."); });
+        setStateText([] { return tr("Saved."); });
         if (next)
             next();
         return;
     }
     keepModified();
-    tell([] { return tr("Saved. Later edits are not saved yet."); });
+    setStateText([] { return tr("Saved. Later edits are not saved yet."); });
     if (next) {
         m_afterSave = next;
         save();
@@ -328,9 +328,9 @@ void ServerTextWindow::reject()
     });
 }
 
-void ServerTextWindow::tell(const tarnis::TranslatedText& words)
+void ServerTextWindow::setStateText(const tarnis::TranslatedText& translated)
 {
-    tarnis::setTranslatedText(*ui->stateLabel, words);
+    tarnis::setTranslatedText(*ui->stateLabel, translated);
 }
 
 void ServerTextWindow::updateControls()

@@ -61,7 +61,7 @@ protected:
     void onWritten(const QByteArray& reply);
     bool isModified() const;
     void keepModified();
-    void tell(const tarnis::TranslatedText& words);
+    void setStateText(const tarnis::TranslatedText& translated);
     void updateControls();
 
     WindowContext m_context;

@@ -42,8 +42,8 @@ CommandPanel::CommandPanel(ServerController& controller, QWidget* parent)
     connect(ui->uploadButton, &QPushButton::clicked, this, &CommandPanel::chooseUpload);
 
     connect(m_uploader, &Uploader::ready, this, &CommandPanel::sendFile);
-    connect(m_uploader, &Uploader::refused, this, [this](const tarnis::TranslatedText& words) {
-        Q_EMIT statusMessage(alertOf(Alert::Severity::Warning, words));
+    connect(m_uploader, &Uploader::refused, this, [this](const tarnis::TranslatedText& translated) {
+        Q_EMIT statusMessage(alertOf(Alert::Severity::Warning, translated));
     });
     connect(m_link, &CommandChannel::progress, this, &CommandPanel::onProgress);
     connect(m_link, &CommandChannel::replied, this, &CommandPanel::onReplied);

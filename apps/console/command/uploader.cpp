@@ -119,10 +119,10 @@ void Uploader::onUnknown(const QString& why)
     });
 }
 
-void Uploader::question(const tarnis::TranslatedText& words)
+void Uploader::question(const tarnis::TranslatedText& translated)
 {
     auto* const box = new QMessageBox(
-        QMessageBox::Question, tr("Send a File"), words(), QMessageBox::Ok | QMessageBox::Cancel, &m_window);
+        QMessageBox::Question, tr("Send a File"), translated(), QMessageBox::Ok | QMessageBox::Cancel, &m_window);
     box->setObjectName(QStringLiteral("uploadBox"));
     box->setTextFormat(Qt::PlainText);
     box->setDefaultButton(QMessageBox::Cancel);

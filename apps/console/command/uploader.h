@@ -29,7 +29,7 @@ Q_SIGNALS:
     /// `request` is the first line of the upload.
     void ready(const QString& request, const QByteArray& content);
     /// The upload is not possible; the reason is a sentence.
-    void refused(const tarnis::TranslatedText& words);
+    void refused(const tarnis::TranslatedText& translated);
 
 protected:
     bool read(const QString& path);
@@ -37,7 +37,7 @@ protected:
     void onReplied(const PTarnisCmd& command, const QByteArray& reply);
     void onStopping();
     void onUnknown(const QString& why);
-    void question(const tarnis::TranslatedText& words);
+    void question(const tarnis::TranslatedText& translated);
     void finish();
     void refuse(const tarnis::TranslatedText& why);
 

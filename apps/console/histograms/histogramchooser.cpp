@@ -65,7 +65,7 @@ HistogramChooser::HistogramChooser(const WindowContext& context)
         m_context.histograms.read(m_reply); // may be newer than its list
     });
     connect(m_link, &CommandChannel::failed, this, [this](int, const QString& message) {
-        say(tr("No reply: %1. Close and open this window to ask again.").arg(message));
+        showText(tr("No reply: %1. Close and open this window to ask again.").arg(message));
         m_context.controller.checkServer();
     });
     connect(&context.controller, &ServerController::aboutToStop, m_link, &CommandChannel::drop);
@@ -79,7 +79,7 @@ HistogramChooser::HistogramChooser(const WindowContext& context)
 
 void HistogramChooser::ask()
 {
-    say(tr("Asking the server..."));
+    showText(tr("Asking the server..."));
     auto* const command = new TarnisCmd(QStringLiteral("hists")); // the session takes ownership
     command->m_cmdName = QStringLiteral("hists");
     m_link->send(command);
@@ -94,11 +94,11 @@ void HistogramChooser::showReply()
     for (const HistogramInfo& histogram : std::as_const(m_histograms))
         addItem(textOf(histogram), m_checked.contains(histogram.name));
     if (replyKind(m_reply) == ReplyKind::Refused)
-        say(tr("The server does not list its histograms: %1").arg(m_reply.trimmed()));
+        showText(tr("The server does not list its histograms: %1").arg(m_reply.trimmed()));
     else if (m_histograms.isEmpty())
-        say(tr("The server has no histograms."));
+        showText(tr("The server has no histograms."));
     else
-        say(tr("A live window opens for each checked histogram."));
+        showText(tr("A live window opens for each checked histogram."));
     updateControls();
 }
 
@@ -125,7 +125,7 @@ void HistogramChooser::onServerState()
     if (isUp == std::exchange(m_isUp, isUp))
         return; // a run that begins or ends
     if (!isUp)
-        sayLost();
+        showLost();
     else if (m_link->waiting().isEmpty())
         ask();
     updateControls();
@@ -143,12 +143,12 @@ void HistogramChooser::openChecked()
     m_context.store.setValue(storeKey, names);
 }
 
-void HistogramChooser::sayLost()
+void HistogramChooser::showLost()
 {
-    say(tr("There is no connection to the server. The list is read again when it is back."));
+    showText(tr("There is no connection to the server. The list is read again when it is back."));
 }
 
-void HistogramChooser::say(const QString& text)
+void HistogramChooser::showText(const QString& text)
 {
     setDescription(text);
 }
@@ -176,9 +176,9 @@ void HistogramChooser::changeEvent(QEvent* event)
     if (!m_reply.isNull())
         showReply(); // in the new language
     if (m_context.controller.state() != ServerState::Up)
-        sayLost();
+        showLost();
     else if (!m_link->waiting().isEmpty())
-        say(tr("Asking the server..."));
+        showText(tr("Asking the server..."));
     updateControls();
 }
 

@@ -25,8 +25,8 @@ protected:
     void showReply();
     void onServerState();
     void openChecked();
-    void sayLost();
-    void say(const QString& text);
+    void showLost();
+    void showText(const QString& text);
     void updateControls();
     bool isChecked(int index) const;
     void noteChecks();

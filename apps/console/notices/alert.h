@@ -25,7 +25,7 @@ struct Alert {
     QString text; ///< whole sentences; what happened, then what to do
     AlertAction action = AlertAction::None;
 
-    tarnis::TranslatedText words = {}; ///< `text` in the current language, if given
+    tarnis::TranslatedText translated = {}; ///< `text` in the current language, if given
 
     bool operator==(const Alert& other) const
     {
@@ -34,9 +34,9 @@ struct Alert {
 };
 
 inline Alert alertOf(
-    Alert::Severity severity, const tarnis::TranslatedText& words, AlertAction action = AlertAction::None)
+    Alert::Severity severity, const tarnis::TranslatedText& translated, AlertAction action = AlertAction::None)
 {
-    return { severity, words(), action, words };
+    return { severity, translated(), action, translated };
 }
 
 } // namespace console

@@ -35,7 +35,7 @@ QString actionText(AlertAction action)
 
 tarnis::TranslatedText textOf(const Alert& alert)
 {
-    return alert.words ? alert.words : tarnis::TranslatedText([text = alert.text] { return text; });
+    return alert.translated ? alert.translated : tarnis::TranslatedText([text = alert.text] { return text; });
 }
 
 QStyle::StandardPixmap severityIcon(Alert::Severity severity)

@@ -155,12 +155,12 @@ void SaveReports::report(QWidget& source, const QString& path, const QString& er
         Q_EMIT saved();
         return;
     }
-    const auto words = [path, error] { return tr("%1 was not saved: %2.").arg(path, error); };
-    m_controller.showStatusMessage(alertOf(Alert::Severity::Warning, words));
+    const auto translated = [path, error] { return tr("%1 was not saved: %2.").arg(path, error); };
+    m_controller.showStatusMessage(alertOf(Alert::Severity::Warning, translated));
     if (qobject_cast<const QMainWindow*>(source.window()))
         return; // the alert is already shown
-    auto* const box =
-        new QMessageBox(QMessageBox::Warning, titleOf(*source.window()), words(), QMessageBox::Ok, source.window());
+    auto* const box = new QMessageBox(
+        QMessageBox::Warning, titleOf(*source.window()), translated(), QMessageBox::Ok, source.window());
     box->setObjectName(QStringLiteral("saveBox"));
     box->setTextFormat(Qt::PlainText);
     box->setAttribute(Qt::WA_DeleteOnClose);

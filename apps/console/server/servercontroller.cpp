@@ -420,13 +420,13 @@ void ServerController::onSlow()
             [name = serverName()] { return tr("%1 has not ended yet. It is killed after half a minute.").arg(name); },
             AlertAction::EndByForce));
     } else if (m_state == ServerState::Starting) {
-        const auto words = [isLocal = isLocal(), name = serverName()] {
+        const auto translated = [isLocal = isLocal(), name = serverName()] {
             const QString text = isLocal
                 ? tr("%1 runs, but has not announced its port yet (the line \u201cUI port:\u201d).")
                 : tr("%1 has greeted, but does not answer \u201cstat\u201d yet.");
             return text.arg(name);
         };
-        Q_EMIT alert(alertOf(Alert::Severity::Warning, words, AlertAction::Stop));
+        Q_EMIT alert(alertOf(Alert::Severity::Warning, translated, AlertAction::Stop));
     }
 }
 
@@ -445,8 +445,8 @@ void ServerController::fail(const Alert& failure)
     }
     Q_EMIT alert(alertOf(
         failure.severity,
-        [words = failure.words] {
-            return words() + u' ' + tr("The console connects automatically when the server answers.");
+        [translated = failure.translated] {
+            return translated() + u' ' + tr("The console connects automatically when the server answers.");
         },
         failure.action));
 }

@@ -124,9 +124,9 @@ protected:
     void onProcessFinished();
     void onSlow();
     void fail(const Alert& failure);
-    void fail(const tarnis::TranslatedText& words, AlertAction action)
+    void fail(const tarnis::TranslatedText& translated, AlertAction action)
     {
-        fail(alertOf(Alert::Severity::Failure, words, action));
+        fail(alertOf(Alert::Severity::Failure, translated, action));
     }
     AlertAction again() const { return isLocal() ? AlertAction::StartAgain : AlertAction::ConnectAgain; }
     static QString adviceAgain(bool isLocal);

@@ -62,28 +62,28 @@ QString SessionRecovery::text() const
     return m_text ? m_text() : QString();
 }
 
-void SessionRecovery::drop(const tarnis::TranslatedText& words)
+void SessionRecovery::drop(const tarnis::TranslatedText& translated)
 {
     if (m_isEnded || !m_session)
         return;
     tarnis::endInBackground(std::exchange(m_session, nullptr));
-    m_text = words;
+    m_text = translated;
     Q_EMIT lost();
 }
 
 void SessionRecovery::onServerState()
 {
     const ServerState state = m_controller.state();
-    const tarnis::TranslatedText words = [isEnded = state == ServerState::Failed && m_controller.isLocal()] {
+    const tarnis::TranslatedText translated = [isEnded = state == ServerState::Failed && m_controller.isLocal()] {
         return isEnded
             ? tr("The server has ended. This window resumes when it has been started again in the main window.")
             : tr("There is no connection to the server. This window resumes when it is back.");
     };
     if (state == ServerState::Failed && !m_isEnded && !m_session) {
-        m_text = words; // the text of a connection that broke before is less specific
+        m_text = translated; // the text of a connection that broke before is less specific
         Q_EMIT lost();
     } else if (state != ServerState::Up)
-        drop(words);
+        drop(translated);
     else if (!m_retryTimer.isActive())
         ask();
 }

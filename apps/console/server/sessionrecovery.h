@@ -45,7 +45,7 @@ Q_SIGNALS:
     void wanted();
 
 protected:
-    void drop(const tarnis::TranslatedText& words);
+    void drop(const tarnis::TranslatedText& translated);
     void onServerState();
     void ask();
 

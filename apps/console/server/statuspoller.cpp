@@ -66,7 +66,7 @@ void StatusPoller::onServerState()
 {
     if (m_controller.state() != ServerState::Up) {
         m_channel->drop();
-        m_toldByOthers.invalidate();
+        m_sinceReplyToOthers.invalidate();
         m_unsaved.forget();
         if (m_runStatus != RunStatus()) {
             m_runStatus = {};
@@ -103,14 +103,14 @@ void StatusPoller::onTimeout()
         ask();
 }
 
-bool StatusPoller::isToldByOthers() const
+bool StatusPoller::isServedByOthers() const
 {
-    return m_toldByOthers.isValid() && m_toldByOthers.elapsed() < m_intervalMs;
+    return m_sinceReplyToOthers.isValid() && m_sinceReplyToOthers.elapsed() < m_intervalMs;
 }
 
 bool StatusPoller::ask()
 {
-    if (isToldByOthers() || !m_controller.canReadState() || !m_isFree() || isAsking())
+    if (isServedByOthers() || !m_controller.canReadState() || !m_isFree() || isAsking())
         return false;
     send();
     return true;
@@ -131,7 +131,7 @@ void StatusPoller::send()
 void StatusPoller::read(const QByteArray& reply)
 {
     if (!m_isReading)
-        m_toldByOthers.start();
+        m_sinceReplyToOthers.start();
     m_runStatus = runStatusOf(QString::fromUtf8(reply));
     m_unsaved.read(m_runStatus);
     Q_EMIT runStatusChanged();

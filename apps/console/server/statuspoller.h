@@ -59,13 +59,13 @@ protected:
     void read(const QByteArray& reply);
     void schedule();
     void send();
-    bool isToldByOthers() const;
+    bool isServedByOthers() const;
 
     ServerController& m_controller;
     std::function<bool()> m_isFree;
     CommandChannel* m_channel;
     QElapsedTimer m_asked;
-    QElapsedTimer m_toldByOthers; ///< time since a reply to a "stat" of another sender
+    QElapsedTimer m_sinceReplyToOthers; ///< time since a reply to a "stat" of another sender
     QTimer m_timer;
     int m_intervalMs;
     int m_watchers = 0;

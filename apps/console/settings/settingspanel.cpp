@@ -60,12 +60,14 @@ SettingsPanel::SettingsPanel(ServerController& controller, QWidget* parent)
     connect(ui->indexSpin, &QSpinBox::valueChanged, this, &SettingsPanel::showReadoutAddress);
     connect(ui->table->selectionModel(), &QItemSelectionModel::currentChanged, this, &SettingsPanel::updateControls);
 
-    connect(m_model, &SettingsModel::refused, this, [this](const QString& text) { tell([text] { return text; }); });
+    connect(
+        m_model, &SettingsModel::refused, this, [this](const QString& text) { setStateText([text] { return text; }); });
     connect(m_model, &SettingsModel::edited, this, &SettingsPanel::onEdited);
     connect(&controller, &ServerController::stateChanged, this, &SettingsPanel::onServerState);
     connect(&controller.tarnis(), &Tarnis::onCmdReply, this, &SettingsPanel::onCmdReply);
-    connect(&controller.tarnis(), &Tarnis::onBasePathChange, this,
-        [this](const QString& path) { tell([path] { return tr("The base path %1 is being sent.").arg(path); }); });
+    connect(&controller.tarnis(), &Tarnis::onBasePathChange, this, [this](const QString& path) {
+        setStateText([path] { return tr("The base path %1 is being sent.").arg(path); });
+    });
     connect(ui->pathBrowseButton, &QPushButton::clicked, this, &SettingsPanel::basePathWanted);
     showState();
     updateControls();
@@ -95,7 +97,7 @@ void SettingsPanel::read()
     if (m_controller.state() != ServerState::Up)
         return;
     m_refusals.clear();
-    tell([] { return tr("Reading..."); });
+    setStateText([] { return tr("Reading..."); });
     sendRead();
 }
 
@@ -120,7 +122,7 @@ void SettingsPanel::download(bool save)
         return;
     m_refusals.clear();
     m_downloadAsked = save;
-    tell([] { return tr("Reading the settings of the server..."); });
+    setStateText([] { return tr("Reading the settings of the server..."); });
     updateControls();
     m_controller.tarnis().SendCmd(session, readFirstName, QStringLiteral("setting"), false);
 }
@@ -131,7 +133,7 @@ void SettingsPanel::sendAll()
     m_model->noteSending(m_model->changedNames());
     m_linesSent = m_controller.tarnis().DownloadSettings(session, save) + (save ? 1 : 0);
     m_linesPending = m_linesSent;
-    tell([count = m_linesSent] { return tr("Sending %Ln line(s)...", nullptr, count); });
+    setStateText([count = m_linesSent] { return tr("Sending %Ln line(s)...", nullptr, count); });
     updateControls();
 }
 
@@ -146,7 +148,7 @@ void SettingsPanel::onCmdReply(const QString& name, const QString& command, cons
     } else if (name == saveName || name.startsWith(lineName))
         onDownloadReply(command, reply);
     else if (name == basePathName && replyKind(reply) == ReplyKind::Refused)
-        tell([answer = reply.trimmed()] { return tr("The base path is rejected: %1").arg(answer); });
+        setStateText([answer = reply.trimmed()] { return tr("The base path is rejected: %1").arg(answer); });
     else if (name == basePathName) {
         m_model->noteSending({ QStringLiteral("basepath") });
         read();
@@ -156,13 +158,13 @@ void SettingsPanel::onCmdReply(const QString& name, const QString& command, cons
 void SettingsPanel::onSettingReply(const QString& reply)
 {
     if (replyKind(reply) == ReplyKind::Refused) {
-        tell([answer = reply.trimmed()] { return answer; });
+        setStateText([answer = reply.trimmed()] { return answer; });
         return;
     }
     takeValues(reply);
     // After the values, whose arrival updates the number of changes.
     if (const QStringList refusals = std::exchange(m_refusals, {}); !refusals.isEmpty())
-        tell([refusals, sent = m_linesSent] {
+        setStateText([refusals, sent = m_linesSent] {
             return tr("The server refused %L1 of %L2: %3").arg(refusals.size()).arg(sent).arg(refusals.first());
         });
 }
@@ -180,7 +182,7 @@ void SettingsPanel::takeValues(const QString& reply)
         return;
     }
     if (const int kept = m_model->setFreshServerValues(values); kept > 0)
-        tell([kept] {
+        setStateText([kept] {
             return tr("The server has restarted. %Ln setting(s) sent before are not on it: send the settings again.",
                 nullptr, kept);
         });
@@ -194,7 +196,7 @@ void SettingsPanel::onDownloadReply(const QString& command, const QString& reply
     if (m_linesPending > 0)
         return;
     if (m_refusals.isEmpty())
-        tell([count = m_linesSent] { return tr("The server accepted %Ln line(s).", nullptr, count); });
+        setStateText([count = m_linesSent] { return tr("The server accepted %Ln line(s).", nullptr, count); });
     updateControls();
     sendRead();
 }
@@ -222,7 +224,7 @@ void SettingsPanel::onServerState()
 /// The state without a request under way.
 void SettingsPanel::showState()
 {
-    tell([this] { return stateText(); });
+    setStateText([this] { return stateText(); });
 }
 
 QString SettingsPanel::stateText() const
@@ -277,7 +279,7 @@ void SettingsPanel::setBasePath()
     tarnis.SetBasePath(ui->pathEdit->text().trimmed(), ui->instCheck->isChecked());
     m_model->reload();
     if (isStoredOnly)
-        tell([] { return tr("The base path is kept until settings are sent."); });
+        setStateText([] { return tr("The base path is kept until settings are sent."); });
 }
 
 void SettingsPanel::setReadoutAddress()
@@ -313,11 +315,11 @@ void SettingsPanel::showReadoutAddress()
     ui->bcpSpin->setValue(int(qMin(bcp, 65535U)));
 }
 
-void SettingsPanel::tell(const tarnis::TranslatedText& words)
+void SettingsPanel::setStateText(const tarnis::TranslatedText& translated)
 {
-    tarnis::setTranslatedText(*ui->stateLabel, [label = ui->stateLabel, words] {
-        label->setToolTip(words());
-        return words();
+    tarnis::setTranslatedText(*ui->stateLabel, [label = ui->stateLabel, translated] {
+        label->setToolTip(translated());
+        return translated();
     });
 }
 

@@ -66,7 +66,7 @@ protected:
     void setBasePath();
     void setReadoutAddress();
     void showReadoutAddress();
-    void tell(const tarnis::TranslatedText& words);
+    void setStateText(const tarnis::TranslatedText& translated);
     void updateControls();
 
     ServerController& m_controller;

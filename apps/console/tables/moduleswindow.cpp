@@ -144,7 +144,7 @@ void ModulesWindow::send()
     m_waiting = qsizetype(made.size());
     for (const auto& command : made)
         m_answers.append({ addressee(*command), {}, {} });
-    tell([] { return tr("Asking the server..."); });
+    setStateText([] { return tr("Asking the server..."); });
     for (auto& command : made) {
         LOG_INFO("to the modules: %s", command->getCmdString().toUtf8().constData());
         m_link->send(command.release());
@@ -161,7 +161,7 @@ void ModulesWindow::onReplied(const PTarnisCmd& command, const QByteArray& reply
         row = int(m_answers.size()); // further modules of a reply are appended
     }
     if (--m_waiting == 0) {
-        tell([rows = int(m_answers.size())] { return tr("%Ln row(s) answered", nullptr, rows); });
+        setStateText([rows = int(m_answers.size())] { return tr("%Ln row(s) answered", nullptr, rows); });
         return;
     }
     tarnis::setTranslatedText(
@@ -182,14 +182,14 @@ void ModulesWindow::takeAnswer(int row, const ModuleAnswer& answer)
     }
 }
 
-void ModulesWindow::onEnded(const tarnis::TranslatedText& sentence, const QString& answer)
+void ModulesWindow::onEnded(const tarnis::TranslatedText& translated, const QString& answer)
 {
     for (ModuleAnswer& row : m_answers) {
         if (row.text.isEmpty())
             row.text = answer;
     }
     m_waiting = 0;
-    tell(sentence);
+    setStateText(translated);
 }
 
 void ModulesWindow::giveUp()
@@ -217,10 +217,10 @@ void ModulesWindow::showAnswers()
     updateList(rows, &headers);
 }
 
-void ModulesWindow::tell(const tarnis::TranslatedText& sentence)
+void ModulesWindow::setStateText(const tarnis::TranslatedText& translated)
 {
     showAnswers();
-    tarnis::setTranslatedText(*m_stateLabel, sentence);
+    tarnis::setTranslatedText(*m_stateLabel, translated);
 }
 
 void ModulesWindow::changeEvent(QEvent* event)

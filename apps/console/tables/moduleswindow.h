@@ -49,11 +49,11 @@ protected:
     Commands commands(QString& problem) const;
     QString addressee(const TarnisCmd& command) const;
     void onReplied(const PTarnisCmd& command, const QByteArray& reply);
-    void onEnded(const tarnis::TranslatedText& sentence, const QString& answer);
+    void onEnded(const tarnis::TranslatedText& translated, const QString& answer);
     void takeAnswer(int row, const ModuleAnswer& answer);
     void showAnswers();
-    /// Fills the table and shows the sentence below it.
-    void tell(const tarnis::TranslatedText& sentence);
+    /// Fills the table and shows the translated below it.
+    void setStateText(const tarnis::TranslatedText& translated);
     void updateControls();
 
     ServerController& m_controller;

@@ -66,10 +66,10 @@ void SnapshotWindow::bindPoller()
     });
 }
 
-void SnapshotWindow::stopWaiting(const tarnis::TranslatedText& words)
+void SnapshotWindow::stopWaiting(const tarnis::TranslatedText& translated)
 {
     m_isPollAwaited = false;
-    tarnis::setTranslatedText(*m_stateLabel, words);
+    tarnis::setTranslatedText(*m_stateLabel, translated);
     updateControls();
 }
 

@@ -49,7 +49,7 @@ protected:
     void updateControls();
     bool isAsking() const;
     void bindPoller();
-    void stopWaiting(const tarnis::TranslatedText& words);
+    void stopWaiting(const tarnis::TranslatedText& translated);
     static QStringList headers();
 
     ServerController& m_controller;

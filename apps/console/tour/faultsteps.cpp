@@ -102,7 +102,7 @@ void wrongPrompt(UiDriver& driver, MainWindow& window)
 void restart(UiDriver& driver, MainWindow& window)
 {
     driver.shortcut(window, QKeySequence(Qt::CTRL | Qt::Key_R));
-    waitForState(driver, window, ServerState::Stopping, QStringLiteral("the server is told to end"));
+    waitForState(driver, window, ServerState::Stopping, QStringLiteral("the server is asked to end"));
     waitForState(driver, window, ServerState::Up, QStringLiteral("the server is back"));
     ask(driver, window, QStringLiteral("stat"));
     driver.screenshot(window, QStringLiteral("back"));

@@ -105,7 +105,7 @@ void editAxisEnd(UiDriver& driver, QWidget& window)
     driver.type(edit, QStringLiteral("8000"));
     driver.screenshot(window, QStringLiteral("axis-editor"));
     driver.key(edit, Qt::Key_Return);
-    driver.expect(rangeX(plot).second == 8000.0, QStringLiteral("the axis ends where it was told to"));
+    driver.expect(rangeX(plot).second == 8000.0, QStringLiteral("the axis ends at the given value"));
     driver.screenshot(window, QStringLiteral("axis-edited"));
     choose(driver, plot, "Reset");
 }

@@ -124,7 +124,7 @@ void colourScale(UiDriver& driver, QWidget& window)
     driver.expect(!plot.getMaxZ(max), QStringLiteral("the scale is manual"));
     const double wanted = std::max(2.0, std::floor(max / 3.0));
     typeLimit(driver, bar, true, QString::number(wanted));
-    driver.expect(!plot.getMaxZ(max) && max == wanted, QStringLiteral("the scale ends where it was told to"));
+    driver.expect(!plot.getMaxZ(max) && max == wanted, QStringLiteral("the scale ends at the given value"));
     typeLimit(driver, bar, false, QStringLiteral("1"));
     driver.screenshot(window, QStringLiteral("manual-scale"));
     driver.click(button);

@@ -29,15 +29,15 @@ QString csvField(QString name)
 }
 
 /// The host's name of a record, or else its name made of terms and numbers.
-QString nameOr(const SeriesWords& words, qsizetype record, const QString& other)
+QString nameOr(const SeriesTexts& texts, qsizetype record, const QString& other)
 {
-    const QString name = words.names.value(record);
+    const QString name = texts.names.value(record);
     return name.isEmpty() ? other : name;
 }
 
-QString headingOr(const SeriesWords& words, qsizetype record, const QString& other)
+QString headingOr(const SeriesTexts& texts, qsizetype record, const QString& other)
 {
-    const QString name = words.names.value(record);
+    const QString name = texts.names.value(record);
     return name.isEmpty() ? other : csvField(name);
 }
 
@@ -47,15 +47,15 @@ qsizetype recordOfGroup(int group, int groupSize)
     return groupSize == 1 ? group : -1;
 }
 
-CsvTable tableOfRecords(const QList<Series>& series, int groupSize, const SeriesWords& words)
+CsvTable tableOfRecords(const QList<Series>& series, int groupSize, const SeriesTexts& texts)
 {
     QStringList names;
     for (int i = 0; i < series.size(); ++i)
-        names.append(headingOr(words, i, recordName(words, i / groupSize + words.firstNumber, i % groupSize)));
+        names.append(headingOr(texts, i, recordName(texts, i / groupSize + texts.firstNumber, i % groupSize)));
     return tableWithHeader(series, names);
 }
 
-CsvTable tableOfGroups(const QList<Series>& series, int groupSize, const SeriesWords& words)
+CsvTable tableOfGroups(const QList<Series>& series, int groupSize, const SeriesTexts& texts)
 {
     const QList<SummedCurve> groups = curvesByGroup(series, groupSize);
     QList<Series> columns;
@@ -64,7 +64,7 @@ CsvTable tableOfGroups(const QList<Series>& series, int groupSize, const SeriesW
         columns.append({ wholeSums(series, groups.at(group)), groups.at(group).color,
             series.at(qsizetype(group) * groupSize).enable });
         names.append(
-            headingOr(words, recordOfGroup(group, groupSize), numberedName(words.group, group + words.firstNumber)));
+            headingOr(texts, recordOfGroup(group, groupSize), numberedName(texts.group, group + texts.firstNumber)));
     }
     CsvTable table = tableWithHeader(columns, names);
     if (groups.size() == 1)
@@ -72,7 +72,7 @@ CsvTable tableOfGroups(const QList<Series>& series, int groupSize, const SeriesW
     return table;
 }
 
-CsvTable tableOfPositions(const QList<Series>& series, int groupSize, const SeriesWords& words)
+CsvTable tableOfPositions(const QList<Series>& series, int groupSize, const SeriesTexts& texts)
 {
     const QList<SummedCurve> positions = curvesByPosition(series, groupSize);
     QList<Series> columns;
@@ -80,7 +80,7 @@ CsvTable tableOfPositions(const QList<Series>& series, int groupSize, const Seri
     for (int position = 0; position < positions.size(); ++position) {
         const SummedCurve& curve = positions.at(position);
         columns.append({ wholeSums(series, curve), curve.color, curve.enable });
-        names.append(numberedName(words.item, position));
+        names.append(numberedName(texts.item, position));
     }
     return tableWithHeader(columns, names);
 }
@@ -114,36 +114,36 @@ QString numberedName(const QString& word, int number)
     return QStringLiteral("%1 %2").arg(word, QString::number(number));
 }
 
-QString recordName(const SeriesWords& words, int group, int position)
+QString recordName(const SeriesTexts& texts, int group, int position)
 {
-    return QStringLiteral("%1 - %2").arg(numberedName(words.group, group), numberedName(words.item, position));
+    return QStringLiteral("%1 - %2").arg(numberedName(texts.group, group), numberedName(texts.item, position));
 }
 
-QString curveNameOf(const SeriesWords& words, AddType type, int groupSize, int number, qsizetype records)
+QString curveNameOf(const SeriesTexts& texts, AddType type, int groupSize, int number, qsizetype records)
 {
     const bool isRecord = type == AddType::AddNone || (type == AddType::AddEachGroup && groupSize == 1);
-    const QString group = numberedName(words.group, number / groupSize + words.firstNumber).trimmed();
-    const QString item = numberedName(words.item, number % groupSize).trimmed();
+    const QString group = numberedName(texts.group, number / groupSize + texts.firstNumber).trimmed();
+    const QString item = numberedName(texts.item, number % groupSize).trimmed();
     if (isRecord && groupSize == 1)
-        return nameOr(words, number, group);
+        return nameOr(texts, number, group);
     if (isRecord)
-        return nameOr(words, number, records <= groupSize ? item : QStringLiteral("%1 - %2").arg(group, item));
+        return nameOr(texts, number, records <= groupSize ? item : QStringLiteral("%1 - %2").arg(group, item));
     if (type == AddType::AddEachGroup)
-        return numberedName(words.group, number + words.firstNumber).trimmed();
+        return numberedName(texts.group, number + texts.firstNumber).trimmed();
     if (type == AddType::AddEachPosition)
-        return numberedName(words.item, number).trimmed();
+        return numberedName(texts.item, number).trimmed();
     return QCoreApplication::translate("tarnis::CurveNames", "All");
 }
 
-CsvTable csvTableOf(const QList<Series>& series, AddType type, int groupSize, const SeriesWords& words)
+CsvTable csvTableOf(const QList<Series>& series, AddType type, int groupSize, const SeriesTexts& texts)
 {
     switch (type) {
     case AddType::AddNone:
-        return tableOfRecords(series, groupSize, words);
+        return tableOfRecords(series, groupSize, texts);
     case AddType::AddEachGroup:
-        return tableOfGroups(series, groupSize, words);
+        return tableOfGroups(series, groupSize, texts);
     case AddType::AddEachPosition:
-        return tableOfPositions(series, groupSize, words);
+        return tableOfPositions(series, groupSize, texts);
     case AddType::AddAll:
         break;
     }
@@ -151,7 +151,7 @@ CsvTable csvTableOf(const QList<Series>& series, AddType type, int groupSize, co
 }
 
 std::optional<NamedCurve> firstEnabledCurve(
-    const QList<Series>& series, AddType type, int groupSize, const SeriesWords& words)
+    const QList<Series>& series, AddType type, int groupSize, const SeriesTexts& texts)
 {
     const qsizetype count = series.size();
     const int first = firstEnabled(series, type == AddType::AddEachGroup ? groupSize : 1);
@@ -159,14 +159,14 @@ std::optional<NamedCurve> firstEnabledCurve(
         return std::nullopt;
     switch (type) {
     case AddType::AddNone:
-        return NamedCurve { nameOr(words, first, recordName(words, first / groupSize, first % groupSize)),
+        return NamedCurve { nameOr(texts, first, recordName(texts, first / groupSize, first % groupSize)),
             series.at(first).values };
     case AddType::AddEachGroup:
         return NamedCurve { nameOr(
-                                words, recordOfGroup(first, groupSize), numberedName(words.group, first / groupSize)),
+                                texts, recordOfGroup(first, groupSize), numberedName(texts.group, first / groupSize)),
             wholeSums(series, curveFrom(series, first, 1, std::min(qsizetype(first) + groupSize, count))) };
     case AddType::AddEachPosition:
-        return NamedCurve { numberedName(words.item, first),
+        return NamedCurve { numberedName(texts.item, first),
             wholeSums(series, curveFrom(series, first, groupSize, count)) };
     case AddType::AddAll:
         break;

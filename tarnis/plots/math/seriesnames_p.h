@@ -12,7 +12,7 @@ namespace tarnis {
 
 /// Terms of the plot for its groups and positions, the number of the first group, and names of single records. The name
 /// of a record may be empty or missing.
-struct SeriesWords {
+struct SeriesTexts {
     QString group;
     QString item;
     int firstNumber = 0;
@@ -23,12 +23,12 @@ struct SeriesWords {
 QString numberedName(const QString& word, int number);
 
 /// "group g - item p" of a record.
-QString recordName(const SeriesWords& words, int group, int position);
+QString recordName(const SeriesTexts& texts, int group, int position);
 
 /// The display name of a curve: that of its record if it is a single record with a name, else made of terms that
 /// distinguish it from the others. `number` is the index among the curves of the type, `records` the number of records
 /// of the plot. Never empty.
-QString curveNameOf(const SeriesWords& words, AddType type, int groupSize, int number, qsizetype records);
+QString curveNameOf(const SeriesTexts& texts, AddType type, int groupSize, int number, qsizetype records);
 
 /// The content of a CSV file: a heading for each enabled column, and the columns.
 struct CsvTable {
@@ -37,7 +37,7 @@ struct CsvTable {
 };
 
 /// The curves of the type. Hidden series are included in the sum of all, and a single group has no header.
-CsvTable csvTableOf(const QList<Series>& series, AddType type, int groupSize, const SeriesWords& words);
+CsvTable csvTableOf(const QList<Series>& series, AddType type, int groupSize, const SeriesTexts& texts);
 
 /// A curve with its name.
 struct NamedCurve {
@@ -48,6 +48,6 @@ struct NamedCurve {
 /// The first enabled curve of the type, which is searched for peaks; empty if all are disabled. Its name ignores the
 /// number of the first group.
 std::optional<NamedCurve> firstEnabledCurve(
-    const QList<Series>& series, AddType type, int groupSize, const SeriesWords& words);
+    const QList<Series>& series, AddType type, int groupSize, const SeriesTexts& texts);
 
 } // namespace tarnis
