@@ -64,6 +64,11 @@ public:
     bool abort() override { return true; }
     int metric(QPaintDevice::PaintDeviceMetric metric) const override
     {
+#if QT_VERSION >= QT_VERSION_CHECK(6, 8, 0)
+        if (metric == QPaintDevice::PdmDevicePixelRatioF_EncodedA
+            || metric == QPaintDevice::PdmDevicePixelRatioF_EncodedB)
+            return QPaintDevice::encodeMetricF(metric, 1.0);
+#endif
         switch (metric) {
         case QPaintDevice::PdmWidth:
             return m_size.width();
@@ -86,10 +91,14 @@ public:
             return 1;
         case QPaintDevice::PdmDevicePixelRatioScaled:
             return static_cast<int>(QPaintDevice::devicePixelRatioFScale());
+        default:
+            return 0;
         }
-        return 0;
     }
-    QPrinter::PrinterState printerState() const override { return QPrinter::Idle; }
+    QPrinter::PrinterState printerState() const override
+    {
+        return QPrinter::Idle;
+    }
 
 private:
     static constexpr int dotsPerInch = 300;
