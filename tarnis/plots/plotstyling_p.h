@@ -51,6 +51,9 @@ public:
     };
     virtual BarLayout paintColorBar(QPainter& painter, const QRect& frame, const ColorBarWidget& bar) = 0;
 
+    /// The part of the space above the plot rectangle that the last frame left without texts; null if there is none.
+    virtual QRect freeAbove() const = 0;
+
     virtual QColor surround() const = 0; ///< colour around the plot rectangle
     virtual QColor foreground() const = 0; ///< of texts
     virtual QColor lineOverData() const = 0; ///< colour of lines and marks over the data; maps are dark in every theme

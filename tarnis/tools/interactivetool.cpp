@@ -40,6 +40,11 @@ QList<QAction*> InteractiveTool::actions() const
     return {};
 }
 
+QList<QRect> InteractiveTool::overlayBoxes() const
+{
+    return {};
+}
+
 QString InteractiveTool::stateName() const
 {
     return QString::fromLatin1(metaObject()->className()).section(QLatin1String("::"), -1);

@@ -7,6 +7,7 @@
 #include <QJsonObject>
 #include <QList>
 #include <QObject>
+#include <QRect>
 
 QT_BEGIN_NAMESPACE
 class QAction;
@@ -46,6 +47,11 @@ public:
     /// the application's language. Their shortcuts are for display only: the tool handles the keys itself while the
     /// plot has the focus. The default implementation returns an empty list.
     virtual QList<QAction*> actions() const;
+
+    /// Boxes that the tool draws over the data, in the frame's coordinates of PlotMapping. The texts of PlotCrosshair
+    /// and PlotRuler avoid them. An override must not depend on these texts. The default implementation returns an
+    /// empty list.
+    virtual QList<QRect> overlayBoxes() const;
 
     /// The tool's part of a stored view.
     ///

@@ -5,15 +5,20 @@
 #include <tarnis/tools/interactivetool.h>
 
 #include <QPointF>
+#include <QRect>
+
+QT_BEGIN_NAMESPACE
+class QFont;
+QT_END_NAMESPACE
 
 namespace tarnis {
 
 struct PlotReadOut;
 
-/// A cross under the pointer, with a line above the plot that shows the bin there: its number and edges, the value on
-/// the second X scale if there is one, and the value of every visible curve, or of the map's bin. It snaps to bins and
-/// never interpolates. An empty bin shows 0, a position outside of the data a dash, and NaN "no data". The line is
-/// updated when data arrive while the pointer rests. The plot's own tool tips are disabled in the meantime.
+/// A cross under the pointer, with a text that shows the bin there: its number and edges, the value on the second X
+/// scale if there is one, and the value of every visible curve, or of the map's bin. It snaps to bins and never
+/// interpolates. An empty bin shows 0, a position outside of the data a dash, and NaN "no data". The text is updated
+/// when data arrive while the pointer rests. The plot's own tool tips are disabled in the meantime.
 ///
 /// While the plot has the focus, C switches the cross, P pins it to the value under it, Ctrl+C copies the read-out as a
 /// table separated by tabs, and Escape releases the pin or switches the cross off. A pinned cross appears in saved
@@ -30,6 +35,9 @@ public:
     bool isPinned() const; ///< whether it is fixed at its value
     QString text() const; ///< the shown line; empty while nothing is shown
     QString table() const; ///< header and numbers, separated by tabs; empty outside of the data
+    /// Where text() is drawn, in the frame's coordinates of PlotMapping: above the plot rectangle if it fits there
+    /// beside the title, otherwise in lines at the top of the plot, away from the cross. Null while nothing is shown.
+    QRect textBox() const;
 
     QList<QAction*> actions() const override; ///< switch, pin and copy
     /// Whether it is on, and where it is pinned. @{
@@ -61,6 +69,8 @@ private:
     TARNIS_NO_EXPORT bool isShown() const;
     TARNIS_NO_EXPORT QPointF value(const PlotMapping& mapping) const;
     TARNIS_NO_EXPORT PlotReadOut readOut() const;
+    struct Label;
+    TARNIS_NO_EXPORT Label labelAt(const PlotMapping& mapping, const QFont& font, const QString& text) const;
     TARNIS_NO_EXPORT void renew();
     TARNIS_NO_EXPORT void makeActions();
     TARNIS_NO_EXPORT void togglePin();

@@ -45,6 +45,7 @@ public:
     QString name(qsizetype entry) const; ///< the text of an entry; empty beyond the entries
 
     QList<QAction*> actions() const override; ///< the switch
+    QList<QRect> overlayBoxes() const override; ///< its rectangle; empty list while nothing is drawn
     /// Visibility, position, and the hidden curves by their record. @{
     QString stateName() const override;
     QJsonObject saveState() const override;

@@ -49,6 +49,7 @@ public:
 
     /// Back, forward, all data, zoom in and out, logarithmic scale and grid.
     QList<QAction*> actions() const override;
+    QList<QRect> overlayBoxes() const override; ///< the marks of held axes
     QString stateName() const override; ///< stores nothing, as the view is stored by PlotView
 
 public Q_SLOTS:
@@ -93,6 +94,8 @@ private:
     TARNIS_NO_EXPORT bool noteChange();
     TARNIS_NO_EXPORT void commit(int kind, int serial, quint64 timeMs);
     TARNIS_NO_EXPORT void zoomAboutMiddle(int eighths);
+    TARNIS_NO_EXPORT static QString markText(Qt::Orientation axis);
+    TARNIS_NO_EXPORT QRect markFrame(Qt::Orientation axis) const;
     TARNIS_NO_EXPORT void fit(Qt::Orientation axis, bool both);
     TARNIS_NO_EXPORT void switchLog();
     TARNIS_NO_EXPORT void switchGrid();

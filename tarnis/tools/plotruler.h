@@ -5,8 +5,13 @@
 #include <tarnis/tools/interactivetool.h>
 
 #include <QPointF>
+#include <QRect>
 
 #include <memory>
+
+QT_BEGIN_NAMESPACE
+class QFont;
+QT_END_NAMESPACE
 
 namespace tarnis {
 
@@ -39,6 +44,7 @@ public:
     /// @}
     QString text() const; ///< the shown text; empty without a ruler
     QString table() const; ///< header and numbers, separated by tabs; empty without a ruler
+    QRect textBox() const; ///< where text() is drawn, in the frame's coordinates of PlotMapping; null without a ruler
 
     QList<QAction*> actions() const override;
     QString stateName() const override;
@@ -76,6 +82,7 @@ private:
     TARNIS_NO_EXPORT Grip gripAt(const PlotMapping& mapping, const QPointF& pixel) const;
     TARNIS_NO_EXPORT void endDrag(bool cancel);
     TARNIS_NO_EXPORT void renew();
+    TARNIS_NO_EXPORT QRect textRow(const PlotMapping& mapping, const QFont& font) const;
 
     bool m_isOn = false;
     bool m_isSet = false;

@@ -1,4 +1,5 @@
 // The cross and its read-out: bins, sums, empty bins, places outside of the data, live data, pin and copy.
+#include "support/pictures.h"
 #include "support/shownplot.h"
 #include "support/support.h"
 
@@ -8,6 +9,9 @@
 #include <tarnis/plots/vectorgraphwidget.h>
 #include <tarnis/plots/xy2dgraphwidget.h>
 #include <tarnis/tools/plotcrosshair.h>
+#include <tarnis/tools/plotlegend.h>
+#include <tarnis/tools/plotruler.h>
+#include <tarnis/tools/plotstyle.h>
 
 #include <QClipboard>
 #include <QGuiApplication>
@@ -99,6 +103,55 @@ private Q_SLOTS:
         moveTo(plot, 1.5, 5);
         plot.setAddType(MultiVectorGraphWidget::AddAll);
         QCOMPARE(cross->table(), QStringLiteral("bin\tlo\thi\tvalue\n1\t1\t2\t22\n")); // of those that are shown
+    }
+
+    void keepsTheTitleVisible_data()
+    {
+        QTest::addColumn<int>("curves");
+        QTest::addColumn<int>("width");
+        QTest::newRow("beside the title") << 1 << 900;
+        QTest::newRow("in the plot") << 1 << 300;
+        QTest::newRow("in lines") << 8 << 600;
+        QTest::newRow("in few lines") << 40 << 600;
+    }
+    void keepsTheTitleVisible()
+    {
+        QFETCH(const int, curves);
+        QFETCH(const int, width);
+        MultiVectorGraphWidget plot;
+        plot.init("Channel", "Counts", 0, 0, true, true);
+        plot.setTitle("Arrival Times");
+        plot.m_groupSize = 1;
+        for (int i = 0; i < curves; ++i)
+            plot.setData(i, { 1001.0 + i, 1010.0 + i }, 1010.0 + i);
+        plot.resizeData(curves);
+        const PlotStyle style(&plot);
+        const PlotLegend legend(&plot);
+        PlotRuler ruler(&plot);
+        PlotCrosshair cross(&plot);
+        showActive(plot, { width, 400 });
+        ruler.setEnds({ 0.5, 0 }, { 1.5, 0 });
+        const QImage before = plot.grab().toImage();
+        const QRect rect = PlotMapping::of(plot).frameRect();
+        const QColor background = colorAt(before, { 2, 2 });
+        for (const double x : { 0.5, 1.5 }) {
+            cross.pinAt({ x, 500 });
+            const QImage after = plot.grab().toImage();
+            QVERIFY(plot.rect().contains(cross.textBox()));
+            QVERIFY(!cross.textBox().intersects(ruler.textBox()));
+            for (const QRect& box : legend.overlayBoxes())
+                QVERIFY(!cross.textBox().intersects(box));
+            QVERIFY(colorAt(after, cross.textBox().center()) != colorAt(before, cross.textBox().center())
+                || after.copy(onDevice(after, cross.textBox())) != before.copy(onDevice(before, cross.textBox())));
+            for (int row = 0; row < rect.top() - 1; ++row) {
+                for (int column = 0; column < width; ++column) {
+                    if (colorAt(before, { column, row }) != background)
+                        QCOMPARE(colorAt(after, { column, row }), colorAt(before, { column, row }));
+                }
+            }
+            cross.release();
+            cross.setOn(false);
+        }
     }
 
     void readsAMap()

@@ -10,6 +10,8 @@
 #include <tarnis/plots/plotmapping.h>
 #include <tarnis/plots/vectorgraphwidget.h>
 #include <tarnis/plots/xy2dgraphwidget.h>
+#include <tarnis/tools/plotlegend.h>
+#include <tarnis/tools/plotnavigator.h>
 #include <tarnis/tools/plotruler.h>
 
 #include <QClipboard>
@@ -18,6 +20,7 @@
 #include <QJsonObject>
 #include <QSignalSpy>
 #include <QTest>
+#include <QWheelEvent>
 
 #include <cmath>
 #include <memory>
@@ -89,6 +92,41 @@ private Q_SLOTS:
         showActive(plot);
         ruler.setEnds({ 0.5, 0 }, { 1.5, 0 });
         QVERIFY(ruler.text().endsWith(QStringLiteral("Σ 0: 11   Σ 2: 15")));
+    }
+
+    void keepsTheTextBesideTheLegend()
+    {
+        MultiVectorGraphWidget plot;
+        plot.init("Channel", "Counts", 0, 0, true, true);
+        plot.m_groupSize = 1;
+        for (int i = 0; i < 4; ++i)
+            plot.setData(i, { 1.0 + i, 10.0 + i }, 13);
+        plot.resizeData(4);
+        PlotRuler ruler(&plot);
+        PlotLegend legend(&plot);
+        PlotNavigator navigator(&plot);
+        showActive(plot, { 700, 400 });
+        QVERIFY(ruler.textBox().isNull());
+        const QPointF middle = PlotMapping::of(plot).plotRect().center();
+        QWheelEvent wheel(middle, plot.mapToGlobal(middle), {}, { 0, 120 }, Qt::NoButton, Qt::ShiftModifier,
+            Qt::NoScrollPhase, false);
+        QCoreApplication::sendEvent(&plot, &wheel); // holds Y, with a mark in the other corner
+        ruler.setEnds({ 0.5, 0 }, { 1.5, 0 });
+        QCOMPARE(legend.overlayBoxes().size(), 1);
+        QCOMPARE(navigator.overlayBoxes().size(), 1);
+        const QRect inside = PlotMapping::of(plot).frameRect();
+        for (const QPointF& place : { QPointF(1, 0), QPointF(0, 0), QPointF(0.5, 0), QPointF(0, 1) }) {
+            legend.setPlace(place);
+            const QRect box = ruler.textBox();
+            QVERIFY(inside.contains(box) && inside.contains(legend.overlayBoxes().first()));
+            QVERIFY(!box.intersects(legend.overlayBoxes().first()));
+            QVERIFY(!box.intersects(navigator.overlayBoxes().first()));
+            const QImage picture = plot.grab().toImage();
+            ruler.clear();
+            const QImage without = plot.grab().toImage();
+            ruler.setEnds({ 0.5, 0 }, { 1.5, 0 });
+            QVERIFY(colorAt(picture, box.topLeft() + QPoint(3, 9)) != colorAt(without, box.topLeft() + QPoint(3, 9)));
+        }
     }
 
     void sumsTheRectangleOfAMap()

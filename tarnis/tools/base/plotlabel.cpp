@@ -37,13 +37,17 @@ Colours coloursOf(LabelStyle style)
 
 QSize labelSize(const QPainter& painter, const QString& text)
 {
-    const QFontMetrics metrics(painter.font());
+    return labelSize(QFontMetrics(painter.font()), text);
+}
+
+QSize labelSize(const QFontMetrics& metrics, const QString& text)
+{
     return metrics.size(0, text) + QSize(2 * padX, 2 * padY);
 }
 
-QRect paintLabel(QPainter& painter, const QString& text, const QPoint& at, Qt::Alignment alignment, LabelStyle style)
+QRect labelFrame(const QSize& size, const QPoint& at, Qt::Alignment alignment)
 {
-    QRect frame(at, labelSize(painter, text));
+    QRect frame(at, size);
     if (alignment.testFlag(Qt::AlignRight))
         frame.moveRight(at.x());
     else if (alignment.testFlag(Qt::AlignHCenter))
@@ -52,6 +56,12 @@ QRect paintLabel(QPainter& painter, const QString& text, const QPoint& at, Qt::A
         frame.moveBottom(at.y());
     else if (alignment.testFlag(Qt::AlignVCenter))
         frame.moveTop(at.y() - frame.height() / 2);
+    return frame;
+}
+
+QRect paintLabel(QPainter& painter, const QString& text, const QPoint& at, Qt::Alignment alignment, LabelStyle style)
+{
+    const QRect frame = labelFrame(labelSize(painter, text), at, alignment);
     const Colours colours = coloursOf(style);
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
@@ -59,7 +69,9 @@ QRect paintLabel(QPainter& painter, const QString& text, const QPoint& at, Qt::A
     painter.setBrush(colours.fill);
     painter.drawRoundedRect(QRectF(frame).adjusted(0.5, 0.5, -0.5, -0.5), 3.0, 3.0);
     painter.setPen(colours.text);
-    painter.drawText(frame, Qt::AlignCenter, text);
+    const bool hasLines = text.contains(u'\n');
+    painter.drawText(hasLines ? frame.adjusted(padX, 0, 0, 0) : frame,
+        hasLines ? Qt::AlignLeft | Qt::AlignVCenter : Qt::AlignCenter, text);
     painter.restore();
     return frame;
 }

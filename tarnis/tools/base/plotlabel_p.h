@@ -8,6 +8,7 @@
 
 QT_BEGIN_NAMESPACE
 class QColor;
+class QFontMetrics;
 class QPainter;
 QT_END_NAMESPACE
 
@@ -19,12 +20,18 @@ enum class LabelStyle {
     Button ///< with a border: it can be clicked
 };
 
-/// Draws the text in a box. `alignment` names the corner or edge of the box that is at `at`. Returns the box.
+/// Draws the text in a box, several lines aligned to the left. `alignment` names the corner or edge of the box that is
+/// at `at`. Returns the box.
 QRect paintLabel(QPainter& painter, const QString& text, const QPoint& at, Qt::Alignment alignment,
     LabelStyle style = LabelStyle::Plain);
 
-/// The size of that box.
+/// The size of that box. @{
 QSize labelSize(const QPainter& painter, const QString& text);
+QSize labelSize(const QFontMetrics& metrics, const QString& text);
+/// @}
+
+/// That box: `alignment` names the corner or edge that is at `at`.
+QRect labelFrame(const QSize& size, const QPoint& at, Qt::Alignment alignment);
 
 /// Draws a line that is visible on light and on dark pixels.
 void paintLine(QPainter& painter, const QPointF& from, const QPointF& to, const QColor& color, bool dashed = false);

@@ -1,16 +1,20 @@
 #include "tarnis/tools/plotcrosshair.h"
 
 #include "tarnis/plots/plotmapping.h"
+#include "tarnis/plots/plotstyling_p.h"
 #include "tarnis/plots/xygraphwidget.h"
+#include "tarnis/tools/base/labelplace_p.h"
 #include "tarnis/tools/base/plotcurves_p.h"
 #include "tarnis/tools/base/plotlabel_p.h"
 #include "tarnis/tools/base/plotreadout_p.h"
+#include "tarnis/tools/plotruler.h"
 
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPointer>
 
+#include <algorithm>
 #include <cmath>
 
 namespace tarnis {
@@ -19,9 +23,29 @@ namespace {
 
 constexpr int crosshairZOrder = 50;
 constexpr double dotRadius = 3.0;
+constexpr int labelPadding = 10; // of a label's box, left and right
+constexpr int labelMargin = 2; // to the plot rectangle
+constexpr double widest = 0.48; // maximum width of lines in the plot, as a fraction of the plot rectangle
 const QColor lineColor(235, 235, 235);
 
+QList<QRect> boxesOver(const XYGraphWidget& plot)
+{
+    QList<QRect> boxes;
+    for (const InteractiveTool* const tool : InteractiveTool::toolsOf(plot)) {
+        boxes += tool->overlayBoxes();
+        if (const auto* const ruler = qobject_cast<const PlotRuler*>(tool))
+            boxes += ruler->textBox();
+    }
+    return boxes;
+}
+
 } // namespace
+
+/// The read-out as it is drawn.
+struct PlotCrosshair::Label {
+    QRect box;
+    QString text;
+};
 
 PlotCrosshair::PlotCrosshair(XYGraphWidget* plot)
     : InteractiveTool(plot, MouseMoves | KeyboardFocus | ReadOut)
@@ -197,9 +221,44 @@ void PlotCrosshair::paintOverlay(QPainter& painter, const PlotMapping& mapping)
         painter.drawEllipse(QPointF(column, limitedCoordinate(mapping.rowOf(*value.value))), dotRadius, dotRadius);
     }
     painter.restore();
-    // In the margin above the plot, where it covers no data.
-    const QString line = QFontMetrics(painter.font()).elidedText(shown.text(), Qt::ElideRight, rect.width() - 12);
-    paintLabel(painter, line, { rect.right(), rect.top() - 2 }, Qt::AlignRight | Qt::AlignBottom);
+    const Label label = labelAt(mapping, painter.font(), shown.text());
+    paintLabel(painter, label.text, label.box.topLeft(), Qt::AlignLeft | Qt::AlignTop);
+}
+
+/// In the margin above the plot it covers no data. Where the title leaves too little space, or the values of many
+/// curves are too long for a line, the text is in the half of the plot that the cross is not in.
+PlotCrosshair::Label PlotCrosshair::labelAt(const PlotMapping& mapping, const QFont& font, const QString& text) const
+{
+    const QFontMetrics metrics(font);
+    const QRect rect = mapping.frameRect();
+    const PlotStyling* const styling = stylingOf(plot());
+    const QRect above = styling != nullptr ? styling->freeAbove() : QRect(rect.left(), 0, rect.width(), rect.top());
+    const QSize line = labelSize(metrics, text);
+    if (line.width() <= above.width() && metrics.height() <= above.height())
+        return { labelFrame(
+                     line, { above.right(), above.bottom() + 1 - labelMargin }, Qt::AlignRight | Qt::AlignBottom),
+            text };
+    const QRect inside = rect.adjusted(labelMargin, labelMargin, -labelMargin, -labelMargin);
+    const int width = std::max(static_cast<int>(inside.width() * widest), 1);
+    const int maxLines = std::max(inside.height() / 2 / std::max(metrics.lineSpacing(), 1), 1);
+    Label label { QRect(), wrapped(text, metrics, width - labelPadding, maxLines) };
+    const QList<QRect> taken = boxesOver(*plot());
+    const bool isLeft = mapping.columnOf(value(mapping).x()) > rect.center().x();
+    const QRect half(
+        isLeft ? inside.left() : inside.left() + inside.width() - width, inside.top(), width, inside.height());
+    const QSize size = labelSize(metrics, label.text);
+    QRect row = freeRow(half, size, taken);
+    if (row.width() < size.width())
+        row = freeRow(inside, size, taken); // a legend fills that half
+    label.box =
+        QRect(isLeft ? row.left() : row.left() + row.width() - size.width(), row.top(), size.width(), size.height());
+    return label;
+}
+
+QRect PlotCrosshair::textBox() const
+{
+    const PlotMapping mapping = isShown() ? PlotMapping::of(*plot()) : PlotMapping();
+    return mapping.isValid() ? labelAt(mapping, plot()->font(), text()).box : QRect();
 }
 
 bool PlotCrosshair::isSaved() const

@@ -3,6 +3,7 @@
 #include "tarnis/plots/plotaccess_p.h"
 #include "tarnis/plots/plotmapping.h"
 #include "tarnis/tools/base/blocksums_p.h"
+#include "tarnis/tools/base/labelplace_p.h"
 #include "tarnis/tools/base/plotcurves_p.h"
 #include "tarnis/tools/base/plotlabel_p.h"
 #include "tarnis/tools/base/plotplaces_p.h"
@@ -25,6 +26,7 @@ namespace {
 constexpr int rulerZOrder = 45;
 constexpr double reach = 8.0;
 constexpr double endTick = 5.0;
+constexpr int labelPadding = 10; // of a label's box, left and right
 const QColor rulerColor(120, 230, 255);
 
 const QLatin1String onKey("on");
@@ -339,8 +341,30 @@ void PlotRuler::paintOverlay(QPainter& painter, const PlotMapping& mapping)
     };
     paintEnd(QStringLiteral("A"), a);
     paintEnd(QStringLiteral("B"), b);
-    const QString line = QFontMetrics(painter.font()).elidedText(m_text, Qt::ElideRight, rect.width() - 12);
-    paintLabel(painter, line, { rect.right() - 2, rect.top() + 2 }, Qt::AlignRight);
+    const QRect row = textRow(mapping, painter.font());
+    const QString line = QFontMetrics(painter.font()).elidedText(m_text, Qt::ElideRight, row.width() - labelPadding);
+    if (row.width() > labelPadding)
+        paintLabel(painter, line, row.topRight(), Qt::AlignRight);
+}
+
+/// The space of the text at the top of the plot, beside or below what other tools have there.
+QRect PlotRuler::textRow(const PlotMapping& mapping, const QFont& font) const
+{
+    QList<QRect> taken;
+    for (const InteractiveTool* const tool : toolsOf(*plot()))
+        taken += tool->overlayBoxes();
+    const QSize size = labelSize(QFontMetrics(font), m_text);
+    const QRect row = freeRow(mapping.frameRect().adjusted(2, 2, -2, -2), size, taken);
+    const int width = std::min(size.width(), row.width());
+    return { row.left() + row.width() - width, row.top(), width, size.height() };
+}
+
+QRect PlotRuler::textBox() const
+{
+    if (!m_isSet || plot() == nullptr)
+        return {};
+    const PlotMapping mapping = PlotMapping::of(*plot());
+    return mapping.isValid() ? textRow(mapping, plot()->font()) : QRect();
 }
 
 void PlotRuler::makeActions()

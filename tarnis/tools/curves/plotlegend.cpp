@@ -245,6 +245,12 @@ PlotLegend::Layout PlotLegend::layout() const
     return made;
 }
 
+QList<QRect> PlotLegend::overlayBoxes() const
+{
+    const QRect rect = layout().rect;
+    return rect.isEmpty() ? QList<QRect>() : QList<QRect> { rect };
+}
+
 void PlotLegend::paintOverlay(QPainter& painter, const PlotMapping& /*mapping*/)
 {
     const Layout now = layout();

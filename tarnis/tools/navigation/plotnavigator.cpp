@@ -4,6 +4,7 @@
 #include "tarnis/plots/plotmapping.h"
 #include "tarnis/tools/base/plotlabel_p.h"
 
+#include <QFontMetrics>
 #include <QPainter>
 #include <QPointer>
 
@@ -200,21 +201,44 @@ void PlotNavigator::axisInitialized(Qt::Orientation axis, double previousMin, do
 
 // Marks of held axes
 
+QString PlotNavigator::markText(Qt::Orientation axis)
+{
+    return axis == Qt::Horizontal ? tr("X held") : tr("Y held");
+}
+
+QRect PlotNavigator::markFrame(Qt::Orientation axis) const
+{
+    if (plot() == nullptr || !isHeld(axis))
+        return {};
+    const QRect rect = PlotMapping::of(*plot()).frameRect();
+    const QSize size = labelSize(QFontMetrics(plot()->font()), markText(axis));
+    return axis == Qt::Horizontal
+        ? labelFrame(size, rect.bottomRight() - QPoint(markMargin, markMargin), Qt::AlignRight | Qt::AlignBottom)
+        : labelFrame(size, rect.topLeft() + QPoint(markMargin, markMargin), Qt::AlignLeft | Qt::AlignTop);
+}
+
+QList<QRect> PlotNavigator::overlayBoxes() const
+{
+    QList<QRect> frames;
+    for (const Qt::Orientation axis : { Qt::Horizontal, Qt::Vertical }) {
+        if (const QRect frame = markFrame(axis); !frame.isNull())
+            frames.append(frame);
+    }
+    return frames;
+}
+
 void PlotNavigator::paintOverlay(QPainter& painter, const PlotMapping& mapping)
 {
-    const QRect rect = mapping.frameRect();
-    m_data->markX = QRect();
-    m_data->markY = QRect();
-    const auto mark = [&](const QString& text, const QPoint& corner, Qt::Alignment alignment) {
-        const QRect frame = paintLabel(painter, text, corner, alignment, LabelStyle::Button);
+    const auto mark = [&](Qt::Orientation axis) {
+        const QRect frame = markFrame(axis);
+        if (frame.isNull())
+            return QRect();
+        painter.setFont(plot()->font());
+        paintLabel(painter, markText(axis), frame.topLeft(), Qt::AlignLeft | Qt::AlignTop, LabelStyle::Button);
         return QRectF(mapping.fromFrame(frame.topLeft()), mapping.fromFrame(frame.bottomRight())).normalized().toRect();
     };
-    if (isHeld(Qt::Horizontal))
-        m_data->markX =
-            mark(tr("X held"), rect.bottomRight() - QPoint(markMargin, markMargin), Qt::AlignRight | Qt::AlignBottom);
-    if (isHeld(Qt::Vertical))
-        m_data->markY =
-            mark(tr("Y held"), rect.topLeft() + QPoint(markMargin, markMargin), Qt::AlignLeft | Qt::AlignTop);
+    m_data->markX = mark(Qt::Horizontal);
+    m_data->markY = mark(Qt::Vertical);
 }
 
 bool PlotNavigator::isSaved() const

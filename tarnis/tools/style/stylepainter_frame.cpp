@@ -205,6 +205,9 @@ PlotStyling::Layout StylePainter::paintFrame(QPainter& painter, const QRect& who
     m_growth = scale.growth;
     m_frame = frame;
     m_graph = graph;
+    m_freeAbove = legend.rows.isEmpty()
+        ? QRect(QPoint(graph.left(), frame.top()), QPoint(graph.right(), graph.top() - 1))
+        : QRect();
     painter.setClipping(false);
     painter.fillRect(whole, theme().surround);
     if (background() != theme().surround)
@@ -260,11 +263,15 @@ void StylePainter::paintTexts(
     const QString notes = elided(scale.label, PlotAccess::notes(m_plot), graph.width() * 2 / 3);
     const int notesWidth =
         notes.isEmpty() ? 0 : QFontMetrics(scale.label).horizontalAdvance(notes) + 2 * scale.character;
+    int titleWidth = 0;
     if (options.title) {
+        const QString title = elided(scale.title, PlotAccess::title(m_plot), graph.width() - notesWidth);
         painter.setFont(scale.title);
-        painter.drawText(row, Qt::AlignLeft | Qt::AlignVCenter,
-            elided(scale.title, PlotAccess::title(m_plot), graph.width() - notesWidth));
+        painter.drawText(row, Qt::AlignLeft | Qt::AlignVCenter, title);
+        titleWidth = title.isEmpty() ? 0 : QFontMetrics(scale.title).horizontalAdvance(title) + 2 * scale.character;
     }
+    const int below = m_freeAbove.isNull() ? row.bottom() : m_freeAbove.bottom(); // rows of the legend
+    m_freeAbove = QRect(QPoint(row.left() + titleWidth, row.top()), QPoint(row.right() - notesWidth, below));
     painter.setFont(scale.label);
     painter.setPen(theme().mutedText);
     painter.drawText(row, Qt::AlignRight | Qt::AlignVCenter, notes);

@@ -64,6 +64,7 @@ public:
     void paintGrid(QPainter& painter, const QRect& graph) override;
     void paintCurves(QPainter& painter, const QRect& graph) override;
     BarLayout paintColorBar(QPainter& painter, const QRect& frame, const ColorBarWidget& bar) override;
+    QRect freeAbove() const override { return m_freeAbove; }
     QColor surround() const override { return theme().surround; }
     QColor foreground() const override { return theme().text; }
     QColor lineOverData() const override;
@@ -156,11 +157,12 @@ private:
     AxisRange m_fitted; // of Y
     bool m_isFitted = false;
 
-    // The last picture, for grid and colour bar
+    // The last picture, for grid, colour bar and tools
     QList<int> m_columns;
     QList<int> m_rows;
     QRect m_frame;
     QRect m_graph;
+    QRect m_freeAbove;
     double m_growth = 1.0;
     int m_labelRoom = 0; // kept while labels vary slightly
 };
