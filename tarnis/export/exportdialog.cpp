@@ -132,8 +132,10 @@ void ExportDialog::layOut()
     for (QLabel*& name : c.names)
         name = new QLabel;
     const std::array<QWidget*, 6> fields { c.format, c.width, c.height, c.dpi, c.extent, c.size };
-    for (std::size_t row = 0; row < fields.size(); ++row)
+    for (std::size_t row = 0; row < fields.size(); ++row) {
+        c.names.at(row)->setBuddy(fields.at(row)); // addRow() does so for texts only, and a label without one shows '&'
         form->addRow(c.names.at(row), fields.at(row));
+    }
     c.names.back()->setBuddy(c.path); // a layout has no shortcut of its own
     form->addRow(c.names.back(), file);
     form->addRow(c.problem);
@@ -284,11 +286,14 @@ QString ExportDialog::save() const
 
 void ExportDialog::accept()
 {
+    // A suffix alone would be a hidden file.
+    const bool hasName = !QFileInfo(path()).completeBaseName().isEmpty();
     const QString suffix = QFileInfo(path()).suffix();
-    setPath(isKnownSuffix(suffix) ? path() : path() + u'.' + m_controls->format->currentData().toString());
-    if (!mayReplace())
+    if (hasName && !isKnownSuffix(suffix))
+        setPath(path() + u'.' + m_controls->format->currentData().toString());
+    if (hasName && !mayReplace())
         return;
-    const QString error = save();
+    const QString error = hasName ? save() : tr("enter the name of a file");
     m_controls->problem->setVisible(!error.isEmpty());
     if (!error.isEmpty()) {
         setTranslatedText(*m_controls->problem, [error] { return tr("Cannot save the file: %1.").arg(error); });

@@ -1388,6 +1388,10 @@
         <source>%1 exists already. Replace it?</source>
         <translation>%1 gibt es schon. Ersetzen?</translation>
     </message>
+    <message>
+        <source>enter the name of a file</source>
+        <translation>einen Dateinamen eingeben</translation>
+    </message>
 </context>
 <context>
     <name>tarnis::Files</name>

@@ -101,6 +101,28 @@ private Q_SLOTS:
         QVERIFY(!dialog.isVisible());
     }
 
+    void needsAFileName_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::newRow("nothing") << "";
+        QTest::newRow("folder") << "/";
+        QTest::newRow("suffix") << "/.png";
+    }
+    void needsAFileName()
+    {
+        QFETCH(const QString, name);
+        ExportDialog dialog(m_plot, "total");
+        const QString path = name.isEmpty() ? name : m_folder.path() + name;
+        dialog.setPath(path);
+        const QSignalSpy saved(&dialog, &ExportDialog::saved);
+        dialog.accept();
+        QCOMPARE(saved.count(), 0);
+        QCOMPARE(dialog.path(), path);
+        const auto* const problem = dialog.findChild<QLabel*>("exportProblemLabel");
+        QVERIFY2(problem->text().contains("name of a file"), qPrintable(problem->text()));
+        QVERIFY(QDir(m_folder.path()).isEmpty(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot));
+    }
+
     void addsTheSuffixOfTheChosenFormat()
     {
         ExportDialog dialog(m_plot, "total");
@@ -164,6 +186,19 @@ private Q_SLOTS:
         QTRY_VERIFY(!problem->text().startsWith("Cannot save the file"));
         for (const QLabel* const label : dialog.findChildren<QLabel*>())
             QVERIFY2(!label->text().contains("pixels"), qPrintable(label->text()));
+    }
+
+    void everyMnemonicReachesAField()
+    {
+        const ExportDialog dialog(m_plot, "total");
+        int mnemonics = 0;
+        for (const QLabel* const label : dialog.findChildren<QLabel*>()) {
+            if (!label->text().contains(u'&'))
+                continue;
+            ++mnemonics;
+            QVERIFY2(label->buddy() != nullptr, qPrintable(label->text())); // it would be shown as '&'
+        }
+        QCOMPARE(mnemonics, 6);
     }
 
     void keepsTheHostsTitle()
