@@ -130,8 +130,8 @@ private Q_SLOTS:
         QCOMPARE(window.dialog.height(), qMin(before.height() + fit->sizeHint().height(), room));
         QVERIFY(screen.contains(window.dialog.geometry()));
         window.action("openFit")->trigger();
-        QTRY_VERIFY(fit.isNull());
-        QTRY_COMPARE(window.dialog.size(), before);
+        TRY_VERIFY(fit.isNull());
+        TRY_COMPARE(window.dialog.size(), before);
     }
 
     void opensAgainAfterItWasClosed()

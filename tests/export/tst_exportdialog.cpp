@@ -1,4 +1,6 @@
 // The dialog that exports a plot: suggestions, saved files, and staying open after a failed save.
+#include "support/wait.h"
+
 #include <tarnis/export/exportdialog.h>
 #include <tarnis/formats/formats.h>
 #include <tarnis/foundation/files.h>
@@ -175,7 +177,7 @@ private Q_SLOTS:
         QVERIFY(problem->text().startsWith("Cannot save the file"));
         const auto reset = qScopeGuard([] { tarnis::setLanguage(QLocale(QLocale::English)); });
         QVERIFY(tarnis::setLanguage(QLocale(QLocale::German)));
-        QTRY_COMPARE(dialog.windowTitle(), QStringLiteral("Exportieren"));
+        TRY_COMPARE(dialog.windowTitle(), QStringLiteral("Exportieren"));
         auto* const format = dialog.findChild<QComboBox*>("exportFormatBox");
         QCOMPARE(format->currentData().toString(), "png");
         const auto* const form = dialog.findChild<QFormLayout*>();
@@ -183,7 +185,7 @@ private Q_SLOTS:
         const auto* const width = dialog.findChild<QSpinBox*>();
         QCOMPARE(qobject_cast<QLabel*>(form->labelForField(const_cast<QSpinBox*>(width)))->text(),
             QStringLiteral("&Breite:"));
-        QTRY_VERIFY(!problem->text().startsWith("Cannot save the file"));
+        TRY_VERIFY(!problem->text().startsWith("Cannot save the file"));
         for (const QLabel* const label : dialog.findChildren<QLabel*>())
             QVERIFY2(!label->text().contains("pixels"), qPrintable(label->text()));
     }
@@ -208,7 +210,7 @@ private Q_SLOTS:
         const auto reset = qScopeGuard([] { tarnis::setLanguage(QLocale(QLocale::English)); });
         QVERIFY(tarnis::setLanguage(QLocale(QLocale::German)));
         const auto* const format = dialog.findChild<QComboBox*>("exportFormatBox");
-        QTRY_COMPARE(format->currentText(), QStringLiteral("PNG-Bild"));
+        TRY_COMPARE(format->currentText(), QStringLiteral("PNG-Bild"));
         QCOMPARE(dialog.windowTitle(), "Save: total");
     }
 

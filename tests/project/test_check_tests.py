@@ -28,6 +28,9 @@ class CheckTests(unittest.TestCase):
         self.assertEqual(len(self.faults("QVERIFY(timer.elapsed() < 100);\n")), 1)
         self.assertEqual(self.faults("QVERIFY(timer.elapsed() >= 100);\n"), [])
 
+    def test_waits_of_qt(self):
+        self.assertEqual(len(self.faults("QTRY_COMPARE(count, 3);\n")), 1)
+
     def test_conditions(self):
         self.assertEqual(self.faults("TRY_VERIFY(done); // not QTest::qWait(50)\n"), [])
 

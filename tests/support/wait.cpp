@@ -1,7 +1,6 @@
 #include "support/wait.h"
 
 #include <QCoreApplication>
-#include <QDeadlineTimer>
 #include <QEvent>
 
 #include <chrono>
@@ -11,31 +10,45 @@ namespace tarnis::testing {
 
 namespace {
 
-bool poll(const std::function<bool()>& condition, const std::function<void()>& between)
+/// Leaves the processor to what is waited for.
+void pause()
 {
-    const QDeadlineTimer deadline(timeoutMs);
-    while (!condition()) {
-        if (deadline.hasExpired())
-            return false;
-        between();
-        std::this_thread::sleep_for(std::chrono::microseconds(200)); // leaves the processor to what is waited for
-    }
-    return true;
+    std::this_thread::sleep_for(std::chrono::microseconds(200));
 }
 
 } // namespace
 
+Waiting::Waiting()
+    : m_deadline(timeoutMs)
+{
+}
+
+bool Waiting::next()
+{
+    if (m_deadline.hasExpired())
+        return false;
+    QCoreApplication::processEvents();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    pause();
+    return true;
+}
+
 bool eventually(const std::function<bool()>& condition)
 {
-    return poll(condition, [] {
-        QCoreApplication::processEvents();
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    });
+    for (Waiting waiting; !condition();) {
+        if (!waiting.next())
+            return false;
+    }
+    return true;
 }
 
 bool eventuallyWithoutEvents(const std::function<bool()>& condition)
 {
-    return poll(condition, [] {});
+    for (const QDeadlineTimer deadline(timeoutMs); !condition(); pause()) {
+        if (deadline.hasExpired())
+            return false;
+    }
+    return true;
 }
 
 } // namespace tarnis::testing

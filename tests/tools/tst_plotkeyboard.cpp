@@ -1,5 +1,6 @@
 // A plot by keyboard and for screen readers: the menu of the menu key, the way round the boxes, names and values.
 #include "support/support.h"
+#include "support/wait.h"
 
 #include <tarnis/foundation/translation.h>
 #include <tarnis/plots/colorbarwidget.h>
@@ -251,9 +252,9 @@ void TestPlotKeyboard::endsAreEdited()
     new PlotKeyboard(host.plot);
     host.show();
     choose(*host.plot, QStringLiteral("%1 End of the Axis...").arg(end));
-    QTRY_VERIFY(editorIn(*host.plot));
+    TRY_VERIFY(editorIn(*host.plot));
     QLineEdit* const edit = editorIn(*host.plot);
-    QTRY_COMPARE(QApplication::focusWidget(), edit);
+    TRY_COMPARE(QApplication::focusWidget(), edit);
     QCOMPARE(edit->accessibleName(), QStringLiteral("%1 end of the axis").arg(end));
     QTest::keyClicks(edit, value);
     QTest::keyClick(edit, Qt::Key_Return);
@@ -261,7 +262,7 @@ void TestPlotKeyboard::endsAreEdited()
     host.plot->getMinMaxX(ends[0], ends[1]);
     host.plot->getMinMaxY(ends[2], ends[3]);
     QCOMPARE(ends[index], value.toDouble());
-    QTRY_COMPARE(QApplication::focusWidget(), host.plot);
+    TRY_COMPARE(QApplication::focusWidget(), host.plot);
 }
 
 void TestPlotKeyboard::escapeLeavesTheEditorAndNotTheWindow()
@@ -270,11 +271,11 @@ void TestPlotKeyboard::escapeLeavesTheEditorAndNotTheWindow()
     new PlotKeyboard(host.plot);
     host.show();
     choose(*host.plot, QStringLiteral("Right End of the Axis..."));
-    QTRY_VERIFY(editorIn(*host.plot));
+    TRY_VERIFY(editorIn(*host.plot));
     QTest::keyClick(editorIn(*host.plot), Qt::Key_Escape);
-    QTRY_VERIFY(!editorIn(*host.plot));
+    TRY_VERIFY(!editorIn(*host.plot));
     QVERIFY(host.window.isVisible());
-    QTRY_COMPARE(QApplication::focusWidget(), host.plot);
+    TRY_COMPARE(QApplication::focusWidget(), host.plot);
 }
 
 void TestPlotKeyboard::toolOfTheMouseDisablesTheEnds()
@@ -296,7 +297,7 @@ void TestPlotKeyboard::coloursOpenTheirMenu()
     host.show();
     const MenuHand hand(QStringLiteral("Pattern - YellowHot"));
     choose(*host.plot, QStringLiteral("Colours..."));
-    QTRY_VERIFY(hand.hasChosen());
+    TRY_VERIFY(hand.hasChosen());
     QCOMPARE(XY2DGraphWidget::colMax, QColor("#ffffff"));
     host.plot->onPatternRainbow1();
 }
@@ -308,19 +309,19 @@ void TestPlotKeyboard::limitsOfTheColoursAreEdited()
     host.show();
     auto* const bar = host.plot->findChild<ColorBarWidget*>();
     choose(*host.plot, QStringLiteral("Upper Limit of the Colours..."));
-    QTRY_VERIFY(editorIn(*bar));
+    TRY_VERIFY(editorIn(*bar));
     QCOMPARE(editorIn(*bar)->accessibleName(), QStringLiteral("Upper limit of the colours"));
     QTest::keyClicks(editorIn(*bar), QStringLiteral("3"));
     QTest::keyClick(editorIn(*bar), Qt::Key_Return);
     double top = 0.0;
     QVERIFY(!host.plot->getMaxZ(top));
     QCOMPARE(top, 3.0);
-    QTRY_VERIFY(!editorIn(*bar));
+    TRY_VERIFY(!editorIn(*bar));
     choose(*host.plot, QStringLiteral("Lower Limit of the Colours..."));
-    QTRY_VERIFY(editorIn(*bar));
+    TRY_VERIFY(editorIn(*bar));
     QTest::keyClick(editorIn(*bar), Qt::Key_Escape);
-    QTRY_VERIFY(!editorIn(*bar));
-    QTRY_COMPARE(QApplication::focusWidget(), host.plot);
+    TRY_VERIFY(!editorIn(*bar));
+    TRY_COMPARE(QApplication::focusWidget(), host.plot);
 }
 
 void TestPlotKeyboard::regionIsAddedInTheMiddle()
@@ -329,7 +330,7 @@ void TestPlotKeyboard::regionIsAddedInTheMiddle()
     new PlotKeyboard(host.plot);
     host.show();
     choose(*host.plot, QStringLiteral("Add a Region in the Middle"));
-    QTRY_VERIFY(host.plot->GetViewSelectedROI());
+    TRY_VERIFY(host.plot->GetViewSelectedROI());
     QCOMPARE(
         host.plot->GetViewSelectedROI()->getRoiList(), (QList<QRect> { QRect(QPoint(100, 50), QPoint(300, 150)) }));
 }
@@ -342,7 +343,7 @@ void TestPlotKeyboard::rangeThatIsNoNumberMakesAnEmptyRegion()
     const double nan = std::numeric_limits<double>::quiet_NaN();
     host.plot->setMinMaxX(nan, nan);
     choose(*host.plot, QStringLiteral("Add a Region in the Middle"));
-    QTRY_VERIFY(host.plot->GetViewSelectedROI());
+    TRY_VERIFY(host.plot->GetViewSelectedROI());
     QCOMPARE(host.plot->GetViewSelectedROI()->getRoiList().size(), 1);
     QCOMPARE(host.plot->GetViewSelectedROI()->getRoiList().constFirst().left(), 0);
 }
@@ -356,14 +357,14 @@ void TestPlotKeyboard::boxesAreReachedByF6()
     host.plot->onPeakSearch();
     host.window.activateWindow();
     host.plot->setFocus();
-    QTRY_COMPARE(QApplication::focusWidget(), host.plot);
+    TRY_COMPARE(QApplication::focusWidget(), host.plot);
     QTest::keyClick(host.plot, Qt::Key_F6);
-    QTRY_COMPARE(QApplication::activeWindow()->objectName(), QStringLiteral("XRangeInputDialog"));
-    QTRY_VERIFY(qobject_cast<QLineEdit*>(QApplication::focusWidget()));
+    TRY_COMPARE(QApplication::activeWindow()->objectName(), QStringLiteral("XRangeInputDialog"));
+    TRY_VERIFY(qobject_cast<QLineEdit*>(QApplication::focusWidget()));
     QTest::keyClick(QApplication::activeWindow(), Qt::Key_F6);
-    QTRY_COMPARE(QApplication::activeWindow()->objectName(), QStringLiteral("PeakSearchDialog"));
+    TRY_COMPARE(QApplication::activeWindow()->objectName(), QStringLiteral("PeakSearchDialog"));
     QTest::keyClick(QApplication::activeWindow(), Qt::Key_F6);
-    QTRY_COMPARE(QApplication::activeWindow(), &host.window);
+    TRY_COMPARE(QApplication::activeWindow(), &host.window);
     QCOMPARE(QApplication::focusWidget(), host.plot);
     const QMenu* const menu = menuOf(*host.plot);
     QVERIFY(entryOf(*menu, QStringLiteral("To the Box Beside")));
@@ -376,13 +377,13 @@ void TestPlotKeyboard::boxesAreReachedByASecondTool()
     host.show();
     host.plot->SetEnableSelectXRange(true);
     first->goToBox();
-    QTRY_COMPARE(QApplication::activeWindow()->objectName(), QStringLiteral("XRangeInputDialog"));
+    TRY_COMPARE(QApplication::activeWindow()->objectName(), QStringLiteral("XRangeInputDialog"));
     delete first;
     PlotKeyboard second(host.plot);
     second.goToBox();
-    QTRY_COMPARE(QApplication::activeWindow()->objectName(), QStringLiteral("XRangeInputDialog"));
+    TRY_COMPARE(QApplication::activeWindow()->objectName(), QStringLiteral("XRangeInputDialog"));
     QTest::keyClick(QApplication::activeWindow(), Qt::Key_F6);
-    QTRY_COMPARE(QApplication::activeWindow(), &host.window);
+    TRY_COMPARE(QApplication::activeWindow(), &host.window);
 }
 
 void TestPlotKeyboard::movedBoxIsStillReached()
@@ -396,7 +397,7 @@ void TestPlotKeyboard::movedBoxIsStillReached()
     box->setParent(&host.window, Qt::Widget); // as a host that keeps boxes in a pane
     box->show();
     tool->goToBox();
-    QTRY_VERIFY(box->isAncestorOf(QApplication::focusWidget()));
+    TRY_VERIFY(box->isAncestorOf(QApplication::focusWidget()));
     delete box;
     host.plot->setFocus();
     tool->goToBox(); // there is none
@@ -410,10 +411,10 @@ void TestPlotKeyboard::frameFollowsTheKeyboard()
     host.window.layout()->addWidget(other);
     new PlotKeyboard(host.plot);
     host.show();
-    QTRY_COMPARE(host.window.findChildren<QFocusFrame*>().size(), 1);
+    TRY_COMPARE(host.window.findChildren<QFocusFrame*>().size(), 1);
     QCOMPARE(host.window.findChild<QFocusFrame*>()->widget(), host.plot);
     other->setFocus();
-    QTRY_VERIFY(host.window.findChildren<QFocusFrame*>().isEmpty());
+    TRY_VERIFY(host.window.findChildren<QFocusFrame*>().isEmpty());
 }
 
 void TestPlotKeyboard::curveIsDescribed()
@@ -493,7 +494,7 @@ void TestPlotKeyboard::plotMayGoWithMenuAndEditorOpen()
     new PlotKeyboard(host->plot);
     host->show();
     choose(*host->plot, QStringLiteral("Right End of the Axis..."));
-    QTRY_VERIFY(editorIn(*host->plot));
+    TRY_VERIFY(editorIn(*host->plot));
     QVERIFY(menuOf(*host->plot));
     host.reset();
     QCoreApplication::processEvents();
@@ -502,10 +503,10 @@ void TestPlotKeyboard::plotMayGoWithMenuAndEditorOpen()
     auto* const tool = new PlotKeyboard(host->plot);
     host->show();
     choose(*host->plot, QStringLiteral("Right End of the Axis..."));
-    QTRY_VERIFY(editorIn(*host->plot));
+    TRY_VERIFY(editorIn(*host->plot));
     delete tool;
     QTest::keyClick(editorIn(*host->plot), Qt::Key_Return);
-    QTRY_VERIFY(!editorIn(*host->plot));
+    TRY_VERIFY(!editorIn(*host->plot));
 }
 
 void TestPlotKeyboard::everyPlotOfTheApplicationGetsOne()
