@@ -10,6 +10,7 @@
 #include <tarnis/plots/xy2dgraphwidget.h>
 #include <tarnis/tools/errorbars.h>
 #include <tarnis/tools/plotcrosshair.h>
+#include <tarnis/tools/plotstyle.h>
 
 #include <QJsonObject>
 #include <QMouseEvent>
@@ -137,6 +138,65 @@ private Q_SLOTS:
         const QImage picture = plot.grab().toImage();
         QVERIFY(isDrawn(picture, mapping, 4.5, 19.5)); // 16 + 4, where the bars of the parts would end at 10.8
         QVERIFY(!isDrawn(picture, mapping, 4.5, 20.8));
+    }
+
+    void theAutomaticRangeOfAStyleHasRoomForThem_data()
+    {
+        QTest::addColumn<bool>("isLog");
+        QTest::newRow("linear") << false;
+        QTest::newRow("logarithmic") << true;
+    }
+    void theAutomaticRangeOfAStyleHasRoomForThem()
+    {
+        QFETCH(const bool, isLog);
+        VectorGraphWidget plot;
+        plot.init("Time", "Counts", 10, 40, true, true);
+        plot.initManualX(0, 10);
+        plot.setData(QList<double>(10, 9.0));
+        plot.setMaxValue(9);
+        plot.setLogScaleY(isLog);
+        new PlotStyle(&plot);
+        auto* const bars = new ErrorBars(&plot);
+        bars->setMethod(ErrorBars::Method::Poisson); // up to 13.1
+        showWithoutGrid(plot);
+        const auto top = [&plot] {
+            QCoreApplication::processEvents();
+            plot.grab();
+            return PlotMapping::of(plot).y().max;
+        };
+        const double without = top();
+        QVERIFY(isLog || without < 13.1);
+        bars->setOn(true);
+        QVERIFY(top() > 13.2);
+        const PlotMapping mapping = PlotMapping::of(plot);
+        const QImage picture = plot.grab().toImage();
+        const auto isDrawnAt = [&](double y) {
+            return hasPixel(picture, mapping.pixelOf({ 4.5, y }).toPoint(), QSize(1, 0),
+                [](const QColor& found) { return found != QColor(Qt::white); });
+        };
+        QVERIFY(isDrawnAt(12.8) && !isDrawnAt(13.4)); // the whole bar, and the background above it
+        bars->setOn(false);
+        QCOMPARE(top(), without);
+        bars->setOn(true);
+        QVERIFY(top() > 13.2);
+        delete bars;
+        QCOMPARE(top(), without);
+    }
+
+    void theAutomaticRangeIgnoresValuesWithoutBars()
+    {
+        VectorGraphWidget plot;
+        plot.init("Time", "Counts", 10, 40, true, true);
+        plot.initManualX(0, 10);
+        plot.setData({ 8.5, 8.5, 8.5, 2.0, 8.5, NAN, INFINITY, 8.5, 8.5, 8.5 });
+        plot.setMaxValue(8.5);
+        new PlotStyle(&plot);
+        auto* const bars = new ErrorBars(&plot);
+        showWithoutGrid(plot);
+        const AxisRange without = PlotMapping::of(plot).y();
+        bars->setOn(true);
+        plot.grab();
+        QCOMPARE(PlotMapping::of(plot).y(), without); // the bar of 2 ends at 4.6
     }
 
     void valuesThatAreNoCountsHaveNoBars()

@@ -1,7 +1,9 @@
 #include "tarnis/tools/errorbars.h"
 
 #include "tarnis/plots/math/floatcomparison_p.h"
+#include "tarnis/plots/plotaccess_p.h"
 #include "tarnis/plots/plotmapping.h"
+#include "tarnis/plots/plotstyling_p.h"
 #include "tarnis/plots/xygraphwidget.h"
 #include "tarnis/tools/base/deviceimage_p.h"
 #include "tarnis/tools/base/overlaycache_p.h"
@@ -67,6 +69,13 @@ BarRows rowsOf(const PlotMapping& mapping, const CountInterval& interval)
     return { rowOf(interval.upper), rowOf(interval.lower) };
 }
 
+/// The automatic range of a style includes the bars.
+void refreshFit(XYGraphWidget* plot)
+{
+    if (stylingOf(plot) != nullptr && PlotAccess::isAutoY(*plot))
+        plot->refreshPixmap();
+}
+
 } // namespace
 
 ErrorBars::ErrorBars(XYGraphWidget* plot)
@@ -77,7 +86,11 @@ ErrorBars::ErrorBars(XYGraphWidget* plot)
     makeActions();
 }
 
-ErrorBars::~ErrorBars() = default;
+ErrorBars::~ErrorBars()
+{
+    if (m_isOn)
+        refreshFit(plot());
+}
 
 bool ErrorBars::isOn() const
 {
@@ -103,6 +116,7 @@ void ErrorBars::setOn(bool on)
     m_painted.clear();
     m_cache->drop();
     m_switch->setChecked(on);
+    refreshFit(plot());
     updateOverlay();
     Q_EMIT onChanged(on);
 }
@@ -114,6 +128,8 @@ void ErrorBars::setMethod(Method method)
     m_method = method;
     m_poisson->setChecked(method == Method::Poisson);
     m_cache->drop();
+    if (m_isOn)
+        refreshFit(plot());
     updateOverlay();
 }
 

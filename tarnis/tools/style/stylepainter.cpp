@@ -6,6 +6,7 @@
 #include "tarnis/plots/math/seriesgrouping_p.h"
 #include "tarnis/plots/plotaccess_p.h"
 #include "tarnis/plots/plotmapping.h"
+#include "tarnis/tools/errorbars.h"
 
 #include <algorithm>
 #include <cmath>
@@ -42,6 +43,42 @@ AxisRange extremesOfCurves(const QList<StyledCurve>& curves, bool isLog)
         }
     }
     return range;
+}
+
+/// The error bars that the plot shows; null without any.
+const ErrorBars* shownBars(const XYGraphWidget& plot)
+{
+    const QList<InteractiveTool*> tools = InteractiveTool::toolsOf(plot);
+    for (const InteractiveTool* const tool : tools) {
+        if (const auto* const bars = qobject_cast<const ErrorBars*>(tool); bars != nullptr && bars->isOn())
+            return bars;
+    }
+    return nullptr;
+}
+
+int methodOf(const ErrorBars* bars)
+{
+    return bars != nullptr ? static_cast<int>(bars->method()) : -1;
+}
+
+/// The highest end of the bars. It is that of the largest count; other values have no bar.
+double topOfBars(const ErrorBars& bars, const QList<StyledCurve>& curves)
+{
+    double largest = -1.0;
+    double top = 0.0;
+    for (const StyledCurve& curve : curves) {
+        const SampleRun samples = curve.run();
+        for (int i = curve.range.begin; i < curve.range.end; ++i) {
+            if (!(samples[i] > largest))
+                continue;
+            const double upper = ErrorBars::interval(bars.method(), samples[i]).second;
+            if (!std::isfinite(upper))
+                continue;
+            largest = samples[i];
+            top = upper;
+        }
+    }
+    return top;
 }
 
 StyledCurve styledCurve(const QList<Series>& series, const SummedCurve& curve, int number, const CurvePlaces& places)
@@ -177,9 +214,9 @@ void StylePainter::fitRows()
         PlotAccess::fitY(m_plot, { initial.min, last });
 }
 
-StylePainter::FitKey StylePainter::fitKey(const QList<StyledCurve>& curves) const
+StylePainter::FitKey StylePainter::fitKey(const QList<StyledCurve>& curves, int bars) const
 {
-    FitKey key { PlotAccess::x(m_plot), PlotAccess::isLogY(m_plot), -1, {} };
+    FitKey key { PlotAccess::x(m_plot), PlotAccess::isLogY(m_plot), -1, bars, {} };
     if (const auto* const many = qobject_cast<const MultiVectorGraphWidget*>(&m_plot))
         key.type = PlotAccess::addType(*many);
     for (const StyledCurve& curve : curves)
@@ -191,7 +228,9 @@ StylePainter::FitKey StylePainter::fitKey(const QList<StyledCurve>& curves) cons
 void StylePainter::fitCounts()
 {
     const bool isLog = PlotAccess::isLogY(m_plot);
-    if (m_isFitted && !m_isStale && m_key.x == PlotAccess::x(m_plot) && m_key.isLog == isLog) {
+    const ErrorBars* const bars = shownBars(m_plot);
+    if (m_isFitted && !m_isStale && m_key.x == PlotAccess::x(m_plot) && m_key.isLog == isLog
+        && m_key.bars == methodOf(bars)) {
         PlotAccess::fitY(m_plot, m_fitted); // the plot's own fit may have changed it in between
         return;
     }
@@ -200,8 +239,10 @@ void StylePainter::fitCounts()
             return curve.range.begin >= curve.range.end;
         }))
         return; // nothing to fit
-    const FitKey key = fitKey(curves);
-    const AxisRange data = extremesOfCurves(curves, isLog);
+    const FitKey key = fitKey(curves, methodOf(bars));
+    AxisRange data = extremesOfCurves(curves, isLog);
+    if (bars != nullptr)
+        data.max = std::max(data.max, topOfBars(*bars, curves));
     if (m_isFitted && key == m_key)
         m_fitted = isLog ? calmDecades(m_fitted, data) : calmRange(m_fitted, data);
     else

@@ -79,10 +79,11 @@ private:
         AxisRange x;
         bool isLog = false;
         int type = -1;
+        int bars = -1; ///< method of the error bars, -1 without them
         QList<int> curves;
         friend bool operator==(const FitKey& a, const FitKey& b)
         {
-            return a.x == b.x && a.isLog == b.isLog && a.type == b.type && a.curves == b.curves;
+            return a.x == b.x && a.isLog == b.isLog && a.type == b.type && a.bars == b.bars && a.curves == b.curves;
         }
     };
     /// Sizes of texts and marks for a picture of some size.
@@ -123,7 +124,7 @@ private:
     void fitX();
     void fitCounts();
     void fitRows();
-    FitKey fitKey(const QList<StyledCurve>& curves) const;
+    FitKey fitKey(const QList<StyledCurve>& curves, int bars) const;
 
     Scale scaleOf(const QFont& font, QSize size) const;
     int widthOf(const AxisLabel& label, const Scale& scale);
