@@ -1,4 +1,4 @@
-// Zooms and moves a plot by wheel, middle button, touchpad and keys, with a history.
+// Zooms and moves a plot by wheel, middle button, touchpad, touch screen and keys, with a history.
 #pragma once
 
 #include <tarnis/plots/plotoverlay.h>

@@ -1,4 +1,4 @@
-// A user without a plan: random wheels, pinches, drags, clicks, keys and actions on a plot.
+// A user without a plan: random wheels, pinches, fingers, drags, clicks, keys and actions on a plot.
 #pragma once
 
 #include "support/randomcases.h"
@@ -12,6 +12,7 @@
 #include <QNativeGestureEvent>
 #include <QPointingDevice>
 #include <QTest>
+#include <QTouchEvent>
 #include <QWheelEvent>
 
 #include <iterator>
@@ -29,7 +30,10 @@ public:
 
     void act()
     {
-        switch (whole(m_random, 0, 7)) {
+        switch (whole(m_random, 0, 8)) {
+        case 8:
+            fingers();
+            break;
         case 6:
             pinch();
             break;
@@ -81,6 +85,26 @@ private:
         QNativeGestureEvent event(Qt::ZoomNativeGesture, QPointingDevice::primaryPointingDevice(), 2, at, at,
             m_plot.mapToGlobal(at), uniform(m_random, -1.2, 1.0), {}, 0);
         QCoreApplication::sendEvent(&m_plot, &event);
+    }
+    /// One or two fingers on a touch screen.
+    void fingers()
+    {
+        static QPointingDevice* const screen = QTest::createTouchDevice();
+        const int count = whole(m_random, 1, 2);
+        const auto touch = [&](QEvent::Type type, QEventPoint::State state) {
+            QList<QEventPoint> points;
+            for (int id = 0; id < count; ++id) {
+                const QPointF at = point();
+                points.append(QEventPoint(id, state, at, m_plot.mapToGlobal(at)));
+            }
+            QTouchEvent event(type, screen, Qt::NoModifier, points);
+            QCoreApplication::sendEvent(&m_plot, &event);
+        };
+        touch(QEvent::TouchBegin, QEventPoint::Pressed);
+        for (int i = whole(m_random, 0, 4); i > 0; --i)
+            touch(QEvent::TouchUpdate, QEventPoint::Updated);
+        if (chance(m_random, 0.9)) // the end may go elsewhere
+            touch(chance(m_random, 0.2) ? QEvent::TouchCancel : QEvent::TouchEnd, QEventPoint::Released);
     }
     void side()
     {

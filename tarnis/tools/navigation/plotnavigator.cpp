@@ -26,12 +26,17 @@ PlotNavigator::PlotNavigator(XYGraphWidget* plot)
 {
     if (plot == nullptr)
         return;
-    m_data = std::make_unique<Internals>(*plot);
+    m_data = std::make_unique<Internals>(*this, *plot);
+    plot->setAttribute(Qt::WA_AcceptTouchEvents);
     makeActions();
     connect(this, &PlotNavigator::historyChanged, this, &PlotNavigator::updateActions);
 }
 
-PlotNavigator::~PlotNavigator() = default;
+PlotNavigator::~PlotNavigator()
+{
+    if (plot() != nullptr)
+        plot()->setAttribute(Qt::WA_AcceptTouchEvents, m_data->hadTouch);
+}
 
 bool PlotNavigator::canGoBack() const
 {

@@ -42,6 +42,10 @@ bool PlotNavigator::handleEvent(QEvent* event)
 {
     if (event->type() == QEvent::NativeGesture)
         return handlePinch(static_cast<const QNativeGestureEvent&>(*event));
+    const bool isTouch = event->type() == QEvent::TouchBegin || event->type() == QEvent::TouchUpdate
+        || event->type() == QEvent::TouchEnd || event->type() == QEvent::TouchCancel;
+    if (isTouch)
+        return m_data->touch.handle(static_cast<QTouchEvent&>(*event));
     return InteractiveTool::handleEvent(event);
 }
 

@@ -3,6 +3,7 @@
 
 #include "tarnis/plots/plotaccess_p.h"
 #include "tarnis/tools/navigation/plotzones_p.h"
+#include "tarnis/tools/navigation/touchinput_p.h"
 #include "tarnis/tools/navigation/viewcontrol_p.h"
 #include "tarnis/tools/plotnavigator.h"
 
@@ -16,15 +17,24 @@ constexpr int eighthsPerNotch = 120;
 /// Kinds of gestures. Consecutive gestures of one kind within a short time are one history entry.
 enum GestureKind { OnceKind, WheelKind, PinchKind, PanKind, KeyKind, ForeignKind };
 
-struct TARNIS_NO_EXPORT PlotNavigator::Internals {
-    explicit Internals(XYGraphWidget& plot)
-        : view(plot)
+struct TARNIS_NO_EXPORT PlotNavigator::Internals final : TwoFingerGesture {
+    Internals(PlotNavigator& owner, XYGraphWidget& plot)
+        : navigator(owner)
+        , view(plot)
         , history(view.state())
         , initialX(PlotAccess::initialX(plot))
         , initialY(PlotAccess::initialY(plot))
+        , touch(plot, *this)
+        , hadTouch(plot.testAttribute(Qt::WA_AcceptTouchEvents))
     {
         clock.start();
     }
+
+    void beginTwoFingers(const QPointF& middle, quint64 timeMs) override;
+    void moveTwoFingers(const QPointF& middle, double scale) override;
+    void endTwoFingers(bool cancel) override;
+
+    PlotNavigator& navigator;
 
     ViewControl view;
     ViewHistory history;
@@ -34,18 +44,22 @@ struct TARNIS_NO_EXPORT PlotNavigator::Internals {
     double wheelShareX = 0.0;
     double wheelShareY = 0.0;
     quint64 wheelTime = 0;
-    // Middle drag
+    // Middle drag, or two fingers
     bool isPanning = false;
     QPointF panStart; // in the frame's coordinates
     PlotZone panZone = PlotZone::Outside;
     ViewState panView;
     quint64 panTime = 0;
+    QRect touchRect; // plot rectangle at the beginning of a gesture of two fingers
+    bool keepsMinY = false; // while two fingers zoom
     // Gestures of others: their number, and the time between them
     int serial = 0;
     QElapsedTimer clock;
     // What the host set up last
     AxisRange initialX;
     AxisRange initialY;
+    TouchInput touch;
+    bool hadTouch; // before the navigator was attached
     bool isInitialized = false; // since the last check
     bool isHeldX = false;
     bool isHeldY = false;
