@@ -475,7 +475,7 @@ private Q_SLOTS:
         LiveServer server;
         ConsoleFixture fixture(server);
         const QPointer<QWidget> window = fixture.find(id.constData());
-        QApplication::setActiveWindow(window);
+        window->activateWindow();
         TRY_COMPARE(QApplication::activeWindow(), window.data()); // a shortcut needs it
         if (auto* const curves = qobject_cast<LiveCurves*>(window.data()); curves && id == "curves")
             QVERIFY(isFilled(*curves)); // a range needs data
@@ -493,7 +493,8 @@ private Q_SLOTS:
         }
         QTest::keyClick(window, Qt::Key_Escape);
         QVERIFY(window->isVisible());
-        QApplication::setActiveWindow(window); // the box of a tool may have been active
+        window->activateWindow(); // the box of a tool may have been active
+        TRY_COMPARE(QApplication::activeWindow(), window.data());
         QTest::keyClick(window, Qt::Key_W, Qt::ControlModifier);
         TRY_VERIFY(window.isNull() || !window->isVisible());
     }
