@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 
 namespace tarnis {
 
@@ -81,7 +82,8 @@ QString faultOfCounts(std::span<const double> contents)
                     "Bin %1 is negative (%2). Contents that were subtracted are not counts and need variances."))
                 .arg(i)
                 .arg(y);
-        if (y != std::floor(y) || y > largestCount)
+        // By conversion: floor() is a call on processors without SSE 4.1.
+        if (y > largestCount || y != static_cast<double>(static_cast<std::int64_t>(y)))
             return sentence(
                 QT_TRANSLATE_NOOP("tarnis::BinnedData",
                     "Bin %1 is not an integer (%2). Contents that were scaled are not counts and need variances."))

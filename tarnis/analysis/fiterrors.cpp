@@ -39,7 +39,7 @@ std::vector<double> sandwich(FitSolver& solver, const std::vector<double>& inver
 {
     const std::size_t n = solver.map().variables.size();
     const std::size_t bins = solver.problem().bins();
-    const std::vector<double> columns = solver.jacobian();
+    const std::vector<double>& columns = solver.jacobian();
     const auto model = solver.problem().values();
     const auto variances = solver.problem().variances();
     std::vector<double> middle(n * n, 0.0);
@@ -68,10 +68,10 @@ double rootOf(double variance)
     return variance > 0.0 ? std::sqrt(variance) : none;
 }
 
-void describeParameters(const FitSolver& solver, const Minimum& minimum, FitResult& result)
+void describeParameters(FitSolver& solver, const Minimum& minimum, FitResult& result)
 {
     const VariableMap& map = solver.map();
-    const std::vector<QString> names = result.model.parameterNames();
+    const std::vector<QString>& names = solver.problem().names();
     const std::vector<double> p = map.parameters(minimum.variables);
     result.parameters.resize(names.size());
     for (std::size_t i = 0; i < names.size(); ++i) {
@@ -288,7 +288,7 @@ void addErrors(FitSolver& solver, const Minimum& minimum, FitResult& result)
     describeParameters(solver, minimum, result);
     const std::size_t n = result.parameters.size();
     const std::size_t variables = solver.map().variables.size();
-    const Information information = solver.informationAt(minimum.variables);
+    const Information& information = solver.informationAt(minimum.variables);
     const auto model = solver.problem().values();
     result.value = information.value;
     result.calls = minimum.calls;

@@ -49,6 +49,7 @@ FitProblem::FitProblem(
     const BinnedData& data, std::size_t first, std::size_t last, const FitModel& model, BinEvaluation evaluation)
     : m_model(model)
     , m_layout(model)
+    , m_names(model.parameterNames())
     , m_evaluation(evaluation)
     , m_p(static_cast<std::size_t>(m_layout.count))
 {
@@ -63,6 +64,7 @@ FitProblem::FitProblem(
     m_unit.resize(bins() * static_cast<std::size_t>(m_layout.peaks));
     m_peakColumns.resize(bins() * (1 + maxWidthParameters));
     m_scratch.resize(static_cast<std::size_t>(m_layout.peaks));
+    fillPolynomials();
 }
 
 std::span<const double> FitProblem::evaluate(const double* p)
@@ -72,8 +74,7 @@ std::span<const double> FitProblem::evaluate(const double* p)
     m_isEvaluated = true;
     m_isDifferentiated = false;
     std::copy_n(p, m_p.size(), m_p.begin());
-    std::fill(m_values.begin(), m_values.end(), 0.0);
-    addBackground();
+    setBackground();
     for (int peak = 0; peak < m_layout.peaks; ++peak) {
         addPeak(peak);
         if (m_layout.step >= 0)
@@ -87,7 +88,7 @@ void FitProblem::differentiate()
     if (m_isDifferentiated)
         return;
     m_isDifferentiated = true;
-    std::fill(m_columns.begin(), m_columns.end(), 0.0);
+    std::fill_n(m_columns.begin(), bins() * static_cast<std::size_t>(m_layout.background), 0.0);
     differentiateBackground();
     for (int peak = 0; peak < m_layout.peaks; ++peak) {
         differentiatePeak(peak);
@@ -229,57 +230,60 @@ void FitProblem::differentiateStep(int peak)
     }
 }
 
-void FitProblem::addBackground()
+// A polynomial is linear in its parameters: its columns do not change during the fit.
+void FitProblem::fillPolynomials()
 {
-    const double* const b = m_p.data() + m_layout.background;
-    const double x0 = reference();
+    if (m_model.background == FitBackground::Exponential)
+        return;
     const bool integral = m_evaluation == BinEvaluation::Integral;
     for (std::size_t i = 0; i < bins(); ++i) {
         const double width = m_edges[i + 1] - m_edges[i];
-        double value = backgroundDensity(m_model.background, b, 0.5 * (m_edges[i] + m_edges[i + 1]) - x0);
-        if (integral && m_model.background == FitBackground::Quadratic)
-            value += b[2] * width * width / 12.0;
-        else if (integral && m_model.background == FitBackground::Exponential)
-            value *= sinhc(0.5 * b[1] * width);
-        m_values[i] += width * value;
+        const double u = 0.5 * (m_edges[i] + m_edges[i + 1]) - reference();
+        const std::array powers { width, width * u, width * (u * u + (integral ? width * width / 12.0 : 0.0)) };
+        for (int k = 0; k < m_layout.backgrounds; ++k)
+            writableColumn(m_layout.background + k)[i] = powers[static_cast<std::size_t>(k)];
+    }
+}
+
+void FitProblem::setBackground()
+{
+    std::fill(m_values.begin(), m_values.end(), 0.0);
+    const double* const b = m_p.data() + m_layout.background;
+    if (m_model.background == FitBackground::Exponential) {
+        const double x0 = reference();
+        const bool integral = m_evaluation == BinEvaluation::Integral;
+        for (std::size_t i = 0; i < bins(); ++i) {
+            const double width = m_edges[i + 1] - m_edges[i];
+            const double u = 0.5 * (m_edges[i] + m_edges[i + 1]) - x0;
+            m_values[i] = width * b[0] * std::exp(-b[1] * u) * (integral ? sinhc(0.5 * b[1] * width) : 1.0);
+        }
+        return;
+    }
+    for (int k = 0; k < m_layout.backgrounds; ++k) {
+        const double* const power = writableColumn(m_layout.background + k);
+        for (std::size_t i = 0; i < bins(); ++i)
+            m_values[i] += b[k] * power[i];
     }
 }
 
 void FitProblem::differentiateBackground()
 {
-    if (m_layout.backgrounds == 0)
+    if (m_model.background != FitBackground::Exponential)
         return;
     const double* const b = m_p.data() + m_layout.background;
     const double x0 = reference();
     const bool integral = m_evaluation == BinEvaluation::Integral;
     double* const first = writableColumn(m_layout.background);
-    double* const second = first + (m_layout.backgrounds > 1 ? bins() : 0);
-    double* const third = second + (m_layout.backgrounds > 2 ? bins() : 0);
+    double* const second = writableColumn(m_layout.background + 1);
     for (std::size_t i = 0; i < bins(); ++i) {
         const double width = m_edges[i + 1] - m_edges[i];
         const double u = 0.5 * (m_edges[i] + m_edges[i + 1]) - x0;
-        switch (m_model.background) {
-        case FitBackground::None:
-            break;
-        case FitBackground::Quadratic:
-            third[i] = width * (u * u + (integral ? width * width / 12.0 : 0.0));
-            [[fallthrough]];
-        case FitBackground::Linear:
-            second[i] = width * u;
-            [[fallthrough]];
-        case FitBackground::Constant:
-            first[i] = width;
-            break;
-        case FitBackground::Exponential: {
-            const double half = 0.5 * width;
-            const double fall = width * std::exp(-b[1] * u);
-            const double mean = integral ? sinhc(b[1] * half) : 1.0;
-            const double slope = integral ? half * sinhcSlope(b[1] * half) : 0.0;
-            first[i] = fall * mean;
-            second[i] = b[0] * fall * (slope - u * mean);
-            break;
-        }
-        }
+        const double half = 0.5 * width;
+        const double fall = width * std::exp(-b[1] * u);
+        const double mean = integral ? sinhc(b[1] * half) : 1.0;
+        const double slope = integral ? half * sinhcSlope(b[1] * half) : 0.0;
+        first[i] = fall * mean;
+        second[i] = b[0] * fall * (slope - u * mean);
     }
 }
 

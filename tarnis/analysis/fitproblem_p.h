@@ -55,6 +55,14 @@ public:
         return { m_columns.data() + static_cast<std::size_t>(parameter) * bins(), bins() };
     }
 
+    /// Contents of a peak of unit area at the parameters of the last evaluate().
+    std::span<const double> unitContents(int peak) const
+    {
+        return { m_unit.data() + static_cast<std::size_t>(peak) * bins(), bins() };
+    }
+    /// FitModel::parameterNames() of the model.
+    const std::vector<QString>& names() const { return m_names; }
+
     /// The width parameters of peak k, and sigma of the Gaussian for its step.
     void widthsOf(int peak, const double* p, double* widths) const;
 
@@ -64,19 +72,21 @@ private:
     void differentiatePeak(int peak);
     void addStep(int peak);
     void differentiateStep(int peak);
-    void addBackground();
+    void fillPolynomials();
+    void setBackground();
     void differentiateBackground();
     double stepSigma(int peak, double& byWidth) const;
 
     FitModel m_model;
     FitLayout m_layout;
+    std::vector<QString> m_names;
     BinEvaluation m_evaluation;
     std::vector<double> m_contents;
     std::vector<double> m_variances;
     std::vector<double> m_edges;
     std::vector<double> m_p;
     std::vector<double> m_values; ///< model
-    std::vector<double> m_columns; ///< derivatives, bin by bin for each parameter
+    std::vector<double> m_columns; ///< derivatives, bin by bin for each parameter; of polynomials filled once
     std::vector<double> m_unit; ///< contents of each peak for unit area
     std::vector<double> m_peakColumns; ///< scratch: derivatives of one peak of unit area
     std::vector<PeakScratch> m_scratch; ///< of each peak

@@ -148,7 +148,7 @@ bool addProfiles(FitSolver& solver, Minimum& minimum, FitResult& result)
         if (index < 0 || !isWanted(result, result.parameters[static_cast<std::size_t>(index)]))
             continue;
         if (!known) {
-            const Information information = solver.informationAt(minimum.variables);
+            const Information& information = solver.informationAt(minimum.variables);
             std::vector<char> held(map.variables.size(), 0);
             for (std::size_t k = 0; k < held.size(); ++k)
                 held[k] = solver.isAtLower(minimum.variables, k) || solver.isAtUpper(minimum.variables, k);

@@ -21,7 +21,7 @@ constexpr double none = std::numeric_limits<double>::quiet_NaN();
 constexpr double stillDistance = 1e-14;
 constexpr double convergedDistance = 1e-6;
 
-BinTerm cashTerm(double y, double m)
+inline BinTerm cashTerm(double y, double m)
 {
     if (y <= 0.0) {
         const double r = std::sqrt(2.0 * m);
@@ -180,23 +180,24 @@ void FitSolver::writeTerms(std::span<const double> model, double* fvec)
     m_lastValue = sum;
 }
 
+// The solver starts at a point whose value is already known, and usually requests derivatives at the last point.
 int FitSolver::writeResiduals(const double* variables, double* fvec, double** dvec)
 {
     const std::size_t n = m_map.variables.size();
-    // Derivatives are usually requested at the last point, where model and residuals are already known.
-    if (!dvec || !std::equal(m_last.begin(), m_last.end(), variables, variables + n)) {
+    const bool isLast = std::equal(m_last.begin(), m_last.end(), variables, variables + n);
+    if (!isLast || (!dvec && !m_hasResiduals)) {
         const std::span<const double> model = m_problem.evaluate(parametersAt(variables).data());
         m_last.assign(variables, variables + n);
+        m_hasResiduals = false;
         writeTerms(model, fvec);
+    } else if (!dvec) {
+        std::copy(m_residuals.begin(), m_residuals.end(), fvec);
     }
     if (!dvec)
         return 0;
     m_problem.evaluate(parametersAt(variables).data()); // another solver may have moved the problem
     m_problem.differentiate();
-    for (std::size_t j = 0; j < n; ++j) {
-        if (dvec[j])
-            std::fill_n(dvec[j], m_problem.bins(), 0.0);
-    }
+    // mpfit() passes columns of zeros.
     for (const VariableMap::Term& term : m_map.terms) {
         double* const target = dvec[term.variable];
         if (!target)
@@ -213,24 +214,47 @@ double FitSolver::valueAt(const std::vector<double>& variables)
     if (m_last != variables) {
         m_residuals.resize(m_problem.bins());
         writeResiduals(variables.data(), m_residuals.data(), nullptr);
+        m_hasResiduals = true;
     }
     return m_lastValue;
 }
 
-Information FitSolver::informationAt(const std::vector<double>& variables)
+// The last step of polish() and the errors of the result need the information at the same point.
+const Information& FitSolver::informationAt(const std::vector<double>& variables)
 {
-    const std::size_t n = m_map.variables.size();
-    Information result;
-    result.value = valueAt(variables);
+    const double value = valueAt(variables);
     m_problem.evaluate(parametersAt(variables.data()).data()); // another solver may have moved the problem
-    result.matrix.assign(n * n, 0.0);
-    result.gradient.assign(n, 0.0);
-    const std::vector<double> columns = jacobian();
+    if (m_informedAt == variables)
+        return m_information;
+    m_informedAt = variables;
+    m_information.value = value;
+    weighBins();
+    const std::size_t n = m_map.variables.size();
+    const std::size_t bins = m_problem.bins();
+    const std::vector<double>& columns = jacobian();
+    m_information.matrix.resize(n * n);
+    m_information.gradient.resize(n);
+    for (std::size_t j = 0; j < n; ++j) {
+        const double* const cj = columns.data() + j * bins;
+        m_information.gradient[j] = dot(m_forces.data(), cj, bins);
+        for (std::size_t i = 0; i < bins; ++i)
+            m_weighted[i] = m_weights[i] * cj[i];
+        for (std::size_t k = 0; k <= j; ++k)
+            m_information.matrix[j * n + k] = m_information.matrix[k * n + j] =
+                dot(m_weighted.data(), columns.data() + k * bins, bins);
+    }
+    return m_information;
+}
+
+// Weights of the bins in the information and half the derivatives of the statistic by their contents.
+void FitSolver::weighBins()
+{
     const std::span<const double> y = m_problem.contents();
     const std::span<const double> variance = m_problem.variances();
     const std::span<const double> model = m_problem.values();
-    std::vector<double> weights(y.size());
-    std::vector<double> forces(y.size());
+    m_weights.resize(y.size());
+    m_forces.resize(y.size());
+    m_weighted.resize(y.size());
     for (std::size_t i = 0; i < y.size(); ++i) {
         const double m = model[i];
         double weight = 1.0;
@@ -251,34 +275,23 @@ Information FitSolver::informationAt(const std::vector<double>& variables)
         case FitStatistic::Unweighted:
             break;
         }
-        weights[i] = weight;
-        forces[i] = force;
+        m_weights[i] = weight;
+        m_forces[i] = force;
     }
-    const std::size_t bins = y.size();
-    std::vector<double> weighted(bins);
-    for (std::size_t j = 0; j < n; ++j) {
-        const double* const cj = columns.data() + j * bins;
-        result.gradient[j] = dot(forces.data(), cj, bins);
-        for (std::size_t i = 0; i < bins; ++i)
-            weighted[i] = weights[i] * cj[i];
-        for (std::size_t k = 0; k <= j; ++k)
-            result.matrix[j * n + k] = result.matrix[k * n + j] = dot(weighted.data(), columns.data() + k * bins, bins);
-    }
-    return result;
 }
 
-std::vector<double> FitSolver::jacobian()
+const std::vector<double>& FitSolver::jacobian()
 {
     const std::size_t bins = m_problem.bins();
-    std::vector<double> columns(bins * m_map.variables.size(), 0.0);
+    m_jacobian.assign(bins * m_map.variables.size(), 0.0);
     m_problem.differentiate();
     for (const VariableMap::Term& term : m_map.terms) {
-        double* const target = columns.data() + static_cast<std::size_t>(term.variable) * bins;
+        double* const target = m_jacobian.data() + static_cast<std::size_t>(term.variable) * bins;
         const std::span<const double> column = m_problem.column(term.parameter);
         for (std::size_t i = 0; i < bins; ++i)
             target[i] += term.factor * column[i];
     }
-    return columns;
+    return m_jacobian;
 }
 
 bool FitSolver::isAtLower(const std::vector<double>& variables, std::size_t j) const
@@ -302,7 +315,7 @@ void FitSolver::polish(Minimum& minimum, const std::vector<char>& held)
     const std::size_t n = m_map.variables.size();
     minimum.converged = false;
     for (int round = 0; round < 12; ++round) {
-        const Information information = informationAt(minimum.variables);
+        const Information& information = informationAt(minimum.variables);
         std::vector<char> still(n, 0);
         for (std::size_t j = 0; j < n; ++j) {
             const double g = information.gradient[j];

@@ -64,10 +64,11 @@ public:
     Minimum minimise(std::vector<double> start, const std::vector<char>& held = {});
     /// The statistic at a point; NaN if it is undefined.
     double valueAt(const std::vector<double>& variables);
-    /// Evaluates model and derivatives at a point.
-    Information informationAt(const std::vector<double>& variables);
-    /// Derivatives of the model by the variables at the point of the last informationAt(), bin by bin.
-    std::vector<double> jacobian();
+    /// Evaluates model and derivatives at a point. Valid until the next call; free of charge for the same point again.
+    const Information& informationAt(const std::vector<double>& variables);
+    /// Derivatives of the model by the variables at the point of the last informationAt(), bin by bin. Valid until the
+    /// next call.
+    const std::vector<double>& jacobian();
     bool isAtLower(const std::vector<double>& variables, std::size_t j) const;
     bool isAtUpper(const std::vector<double>& variables, std::size_t j) const;
 
@@ -75,6 +76,7 @@ private:
     static int residuals(int m, int n, double* x, double* fvec, double** dvec, void* self);
     int writeResiduals(const double* variables, double* fvec, double** dvec);
     void writeTerms(std::span<const double> model, double* fvec);
+    void weighBins();
     const std::vector<double>& parametersAt(const double* variables);
     void polish(Minimum& minimum, const std::vector<char>& held);
 
@@ -86,7 +88,16 @@ private:
     std::vector<double> m_last; ///< variables of the last model, whose derivatives the solver requests next
     double m_lastValue = 0.0; ///< the statistic there
     std::vector<double> m_slopes;
-    std::vector<double> m_residuals; ///< scratch of valueAt()
+    std::vector<double> m_residuals; ///< of the last valueAt()
+    bool m_hasResiduals = false; ///< m_residuals are those of m_last
+    Information m_information; ///< of the last informationAt()
+    std::vector<double> m_informedAt; ///< its point
+    /// Scratch of informationAt(), with one number for each bin, and for each variable in the last. @{
+    std::vector<double> m_weights;
+    std::vector<double> m_forces;
+    std::vector<double> m_weighted;
+    std::vector<double> m_jacobian;
+    /// @}
 };
 
 /// Solves the symmetric positive definite system a x = b for the variables that are not held; false if it is singular.

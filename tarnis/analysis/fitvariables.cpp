@@ -87,7 +87,7 @@ public:
     VariableBuilder(const FitProblem& problem, std::vector<double> values, bool mayBeNegative)
         : m_problem(problem)
         , m_layout(problem.layout())
-        , m_names(problem.model().parameterNames())
+        , m_names(problem.names())
         , m_values(std::move(values))
         , m_bounds(boundsOf(problem, mayBeNegative))
         , m_mayBeNegative(mayBeNegative)
@@ -115,7 +115,7 @@ private:
 
     const FitProblem& m_problem;
     const FitLayout& m_layout;
-    std::vector<QString> m_names;
+    const std::vector<QString>& m_names;
     std::vector<double> m_values;
     std::vector<Bounds> m_bounds;
     bool m_mayBeNegative;

@@ -152,16 +152,13 @@ void Verdict::judgeExcess(int peak)
         return;
     const auto k = static_cast<std::size_t>(peak);
     const PeakMeasures& measures = m_result.peaks[k].measures;
-    std::array<double, maxWidthParameters> widths {};
     std::vector<double> p;
+    p.reserve(m_result.parameters.size());
     for (const FitParameter& parameter : m_result.parameters)
         p.push_back(parameter.value);
-    m_problem.widthsOf(peak, p.data(), widths.data());
+    m_problem.evaluate(p.data());
+    const auto unit = m_problem.unitContents(peak);
     const auto edges = m_problem.edges();
-    std::vector<double> unit(m_problem.bins());
-    PeakScratch scratch;
-    integratePeak(
-        m_problem.model().shape, edges, m_result.peaks[k].centre, widths.data(), { unit.data(), nullptr, {} }, scratch);
     double inside = 0.0;
     double outside = 0.0;
     double restInside = 0.0;

@@ -7,6 +7,7 @@
 #include <QCoreApplication>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <vector>
 
@@ -31,9 +32,24 @@ struct Cell {
     double part; ///< fraction of the bin inside the region, 0..1
     double y; ///< content times part
     double variance;
-    double background = 0.0; ///< below y
-    double t = 0.5; ///< position between the middles of the side groups: 0 left, 1 right
+    double leftWidth = 0.0; ///< width inside the region times the weight of the left side's density
+    double rightWidth = 0.0; ///< likewise of the right side
+    double net = 0.0; ///< y less the background
 };
+
+// Sum of a term over the cells. In four sums, as each addition would wait for the one before it.
+template <typename Term> double sumOver(const std::vector<Cell>& cells, Term term)
+{
+    std::array<double, 4> sums {};
+    std::size_t i = 0;
+    for (; i + sums.size() <= cells.size(); i += sums.size()) {
+        for (std::size_t k = 0; k < sums.size(); ++k)
+            sums[k] += term(cells[i + k]);
+    }
+    for (; i < cells.size(); ++i)
+        sums[0] += term(cells[i]);
+    return (sums[0] + sums[1]) + (sums[2] + sums[3]);
+}
 
 struct Region {
     const BinnedData& data;
@@ -76,16 +92,12 @@ Region collect(const BinnedData& data, RegionStatistics& result, const RegionOpt
 
 void addSum(const Region& region, RegionStatistics& result)
 {
-    double sum = 0.0;
-    double variance = 0.0;
-    double width = 0.0;
-    for (const Cell& cell : region.cells) {
-        sum += cell.y;
-        variance += cell.variance;
-        width += cell.part * cell.width;
-    }
+    const double sum = sumOver(region.cells, [](const Cell& cell) { return cell.y; });
+    const double variance = sumOver(region.cells, [](const Cell& cell) { return cell.variance; });
     // Unequal bins: the mean is per unit of the axis.
-    const double size = region.data.edges.empty() ? result.bins : width;
+    const double size = region.data.edges.empty()
+        ? result.bins
+        : sumOver(region.cells, [](const Cell& cell) { return cell.part * cell.width; });
     result.sum = sum;
     result.sumError = std::sqrt(std::max(0.0, variance));
     result.mean = sum / size;
@@ -124,22 +136,14 @@ void addMoments(const Region& region, RegionStatistics& result)
     const double sum = result.sum;
     if (!(sum > 0.0))
         return;
-    double first = 0.0;
-    for (const Cell& cell : region.cells)
-        first += cell.x * cell.y;
-    const double centroid = first / sum;
-    double second = 0.0;
-    double error = 0.0;
-    double widths = 0.0;
-    for (const Cell& cell : region.cells) {
-        second += square(cell.x - centroid) * cell.y;
-        error += square(cell.x - centroid) * cell.variance;
-        widths += cell.y * square(cell.width);
-    }
-    const double variance = second / sum;
-    double varianceError = 0.0;
-    for (const Cell& cell : region.cells)
-        varianceError += square(square(cell.x - centroid) - variance) * cell.variance;
+    const std::vector<Cell>& cells = region.cells;
+    const double centroid = sumOver(cells, [](const Cell& cell) { return cell.x * cell.y; }) / sum;
+    const auto distance = [centroid](const Cell& cell) { return square(cell.x - centroid); };
+    const double variance = sumOver(cells, [&](const Cell& cell) { return distance(cell) * cell.y; }) / sum;
+    const double error = sumOver(cells, [&](const Cell& cell) { return distance(cell) * cell.variance; });
+    const double widths = sumOver(cells, [](const Cell& cell) { return cell.y * square(cell.width); });
+    const double varianceError =
+        sumOver(cells, [&](const Cell& cell) { return square(distance(cell) - variance) * cell.variance; });
     result.centroid = region.origin + centroid;
     result.centroidError = std::sqrt(std::max(0.0, error)) / sum;
     result.variance = variance;
@@ -190,15 +194,16 @@ Sides addSides(Region& region, RegionStatistics& result)
     sides.right = sideOf(region, result.last + 1, std::min(region.data.size(), result.last + 1 + wanted));
     const double leftDensity = sides.left.bins ? sides.left.sum / sides.left.width : 0.0;
     const double rightDensity = sides.right.bins ? sides.right.sum / sides.right.width : 0.0;
+    const double distance = sides.right.middle - sides.left.middle;
     for (Cell& cell : region.cells) {
-        cell.t = !sides.left.bins ? 1.0
-            : !sides.right.bins   ? 0.0
-                                  : (cell.x - sides.left.middle) / (sides.right.middle - sides.left.middle);
-        const double width = cell.part * cell.width;
-        cell.background = width * ((1.0 - cell.t) * leftDensity + cell.t * rightDensity);
-        sides.leftShare += width * (1.0 - cell.t);
-        sides.rightShare += width * cell.t;
+        // Position between the middles of the side groups: 0 left, 1 right.
+        const double t = !sides.left.bins ? 1.0 : !sides.right.bins ? 0.0 : (cell.x - sides.left.middle) / distance;
+        cell.leftWidth = cell.part * cell.width * (1.0 - t);
+        cell.rightWidth = cell.part * cell.width * t;
+        cell.net = cell.y - (cell.leftWidth * leftDensity + cell.rightWidth * rightDensity);
     }
+    sides.leftShare = sumOver(region.cells, [](const Cell& cell) { return cell.leftWidth; });
+    sides.rightShare = sumOver(region.cells, [](const Cell& cell) { return cell.rightWidth; });
     result.leftBins = sides.left.bins;
     result.rightBins = sides.right.bins;
     if (sides.left.bins) {
@@ -220,9 +225,7 @@ double densityVariance(const Side& side)
 
 void addNet(const Region& region, const Sides& sides, RegionStatistics& result)
 {
-    double background = 0.0;
-    for (const Cell& cell : region.cells)
-        background += cell.background;
+    const double background = sumOver(region.cells, [](const Cell& cell) { return cell.y - cell.net; });
     const double backgroundVariance =
         square(sides.leftShare) * densityVariance(sides.left) + square(sides.rightShare) * densityVariance(sides.right);
     result.background = background;
@@ -252,44 +255,24 @@ void addNetMoments(const Region& region, const Sides& sides, RegionStatistics& r
     const double net = result.net;
     if (!(net > 0.0))
         return;
-    double first = 0.0;
-    for (const Cell& cell : region.cells)
-        first += cell.x * (cell.y - cell.background);
-    const double centroid = first / net;
-    double second = 0.0;
-    for (const Cell& cell : region.cells)
-        second += square(cell.x - centroid) * (cell.y - cell.background);
-    const double variance = second / net;
+    const std::vector<Cell>& cells = region.cells;
+    const double centroid = sumOver(cells, [](const Cell& cell) { return cell.x * cell.net; }) / net;
+    const auto distance = [centroid](const Cell& cell) { return cell.x - centroid; };
+    const double variance = sumOver(cells, [&](const Cell& cell) { return square(distance(cell)) * cell.net; }) / net;
     // Each quantity is a weighted sum of the contents of the region and, through the background line, of the side
     // groups.
-    struct Weighted {
-        double own = 0.0;
-        double left = 0.0;
-        double right = 0.0;
-        void add(double weight, double contentVariance, double leftWidth, double rightWidth)
-        {
-            own += weight * weight * contentVariance;
-            left += weight * leftWidth;
-            right += weight * rightWidth;
-        }
-    };
-    Weighted ofCentroid;
-    Weighted ofVariance;
-    for (const Cell& cell : region.cells) {
-        const double d = cell.x - centroid;
-        const double width = cell.part * cell.width;
-        ofCentroid.add(d, cell.variance, width * (1.0 - cell.t), width * cell.t);
-        ofVariance.add(d * d - variance, cell.variance, width * (1.0 - cell.t), width * cell.t);
-    }
-    const auto errorOf = [&](const Weighted& sums) {
-        const double sum = sums.own + square(sums.left) * densityVariance(sides.left)
-            + square(sums.right) * densityVariance(sides.right);
+    const auto errorOf = [&](auto weightOf) {
+        const double own = sumOver(cells, [&](const Cell& cell) { return square(weightOf(cell)) * cell.variance; });
+        const double left = sumOver(cells, [&](const Cell& cell) { return weightOf(cell) * cell.leftWidth; });
+        const double right = sumOver(cells, [&](const Cell& cell) { return weightOf(cell) * cell.rightWidth; });
+        const double sum =
+            own + square(left) * densityVariance(sides.left) + square(right) * densityVariance(sides.right);
         return std::sqrt(std::max(0.0, sum)) / net;
     };
     result.netCentroid = region.origin + centroid;
-    result.netCentroidError = errorOf(ofCentroid);
+    result.netCentroidError = errorOf(distance);
     result.netVariance = variance;
-    result.netVarianceError = errorOf(ofVariance);
+    result.netVarianceError = errorOf([&](const Cell& cell) { return square(distance(cell)) - variance; });
 }
 
 void addWidths(const Region& region, RegionStatistics& result)
@@ -303,13 +286,12 @@ void addWidths(const Region& region, RegionStatistics& result)
         // Relative to the full bin, otherwise the partial bins at the limits would look like the flanks of a peak.
         const double scale = 1.0 / (densities ? cell.part * cell.width : cell.part);
         x.push_back(cell.x);
-        net.push_back(cell.part > 0.0 ? scale * (cell.y - cell.background) : 0.0);
+        net.push_back(cell.part > 0.0 ? scale * cell.net : 0.0);
     }
     const auto top = static_cast<std::size_t>(std::max_element(net.begin(), net.end()) - net.begin());
     result.netMaximum = net[top];
     result.netMaximumBin = result.first + top;
-    const double netCounts = region.cells[top].y - region.cells[top].background;
-    const bool trusted = result.significant && netCounts >= 25.0;
+    const bool trusted = result.significant && region.cells[top].net >= 25.0;
     result.fwhm = analysis::interpolatedWidth(x, net, top, 0.5, region.origin, trusted);
     result.fwtm = analysis::interpolatedWidth(x, net, top, 0.1, region.origin, trusted);
 }

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <functional>
 
 namespace tarnis::analysis {
 
@@ -29,16 +30,17 @@ public:
     ScoreTest(FitProblem& problem, const FitResult& result);
 
     /// Tests an addition to the bins from `begin`, and stores it if it is the most significant one.
-    void note(AdditionFinding& finding, std::span<const double> addition, std::size_t begin, double place) const;
+    void note(AdditionFinding& finding, std::span<const double> addition, std::size_t begin, double place);
 
 private:
-    double significanceOf(std::span<const double> addition, std::size_t begin) const;
+    double significanceOf(std::span<const double> addition, std::size_t begin);
 
     const FitResult& m_result;
     std::vector<double> m_weights; // 1/m
     std::vector<double> m_forces; // (y - m)/m
     std::vector<std::size_t> m_free; // parameters with a variance
     std::vector<double> m_columns; // derivatives by these, weighted
+    std::vector<double> m_weighted; // scratch: an addition, weighted
 };
 
 ScoreTest::ScoreTest(FitProblem& problem, const FitResult& result)
@@ -50,27 +52,32 @@ ScoreTest::ScoreTest(FitProblem& problem, const FitResult& result)
         p.push_back(parameter.value);
     const std::span<const double> model = problem.evaluate(p.data());
     problem.differentiate();
-    for (std::size_t i = 0; i < model.size(); ++i) {
-        m_weights.push_back(1.0 / std::max(model[i], leastContent));
-        m_forces.push_back((problem.contents()[i] - model[i]) * m_weights.back());
+    const std::size_t bins = model.size();
+    m_weights.resize(bins);
+    m_forces.resize(bins);
+    for (std::size_t i = 0; i < bins; ++i) {
+        m_weights[i] = 1.0 / std::max(model[i], leastContent);
+        m_forces[i] = (problem.contents()[i] - model[i]) * m_weights[i];
     }
     const std::size_t n = result.parameters.size();
+    m_columns.reserve(n * bins);
     for (std::size_t k = 0; k < n && isEfficient(result); ++k) {
         if (!(result.covariance[k * n + k] > 0.0))
             continue;
         m_free.push_back(k);
         const std::span<const double> column = problem.column(static_cast<int>(k));
-        for (std::size_t i = 0; i < column.size(); ++i)
-            m_columns.push_back(m_weights[i] * column[i]);
+        const auto weighted = m_columns.insert(m_columns.end(), column.begin(), column.end());
+        std::transform(column.begin(), column.end(), m_weights.begin(), weighted, std::multiplies<>());
     }
 }
 
-double ScoreTest::significanceOf(std::span<const double> addition, std::size_t begin) const
+double ScoreTest::significanceOf(std::span<const double> addition, std::size_t begin)
 {
     const double score = dot(m_forces.data() + begin, addition.data(), addition.size());
-    double variance = 0.0;
+    m_weighted.resize(addition.size());
     for (std::size_t i = 0; i < addition.size(); ++i)
-        variance += m_weights[begin + i] * addition[i] * addition[i];
+        m_weighted[i] = m_weights[begin + i] * addition[i];
+    const double variance = dot(m_weighted.data(), addition.data(), addition.size());
     std::array<double, maxParameters> shared {};
     const std::size_t bins = m_weights.size();
     for (std::size_t k = 0; k < m_free.size(); ++k)
@@ -85,7 +92,7 @@ double ScoreTest::significanceOf(std::span<const double> addition, std::size_t b
     return rest > leastRest * variance ? score / std::sqrt(rest) : 0.0;
 }
 
-void ScoreTest::note(AdditionFinding& finding, std::span<const double> addition, std::size_t begin, double place) const
+void ScoreTest::note(AdditionFinding& finding, std::span<const double> addition, std::size_t begin, double place)
 {
     const double significance = significanceOf(addition, begin);
     if (std::fabs(significance) > std::fabs(finding.significance))
@@ -103,8 +110,8 @@ std::vector<double> centresOf(const FitProblem& problem)
 }
 
 /// Positions three quarters of a sigma apart are enough: a peak between two loses 4 % of its significance.
-void testPeaks(const ScoreTest& test, const FitProblem& problem, const std::vector<double>& x, double sigma,
-    AdditionFinding& finding)
+void testPeaks(
+    ScoreTest& test, const FitProblem& problem, const std::vector<double>& x, double sigma, AdditionFinding& finding)
 {
     const double width = problem.meanWidth();
     const bool isEven = std::all_of(problem.edges().begin() + 1, problem.edges().end(),
@@ -133,23 +140,44 @@ void testPeaks(const ScoreTest& test, const FitProblem& problem, const std::vect
     }
 }
 
-void testShapes(const ScoreTest& test, const std::vector<double>& x, double top, double sigma, AdditionFinding& finding)
+// The bins as seen from a peak.
+struct PeakView {
+    PeakView(const std::vector<double>& x, double peakTop, double sigma);
+
+    double top;
+    std::vector<double> z; // distances in sigmas
+    // Powers of two exponentials for each bin are all the Gaussians of the tests.
+    std::vector<double> quarter; // a Gaussian of four times the width
+    std::vector<double> side; // of 2.5 times the width
+};
+
+double fourth(double q)
 {
-    // Powers of two exponentials for each bin are all the Gaussians below.
-    std::vector<double> quarter(x.size()); // of four times the width
-    std::vector<double> side(x.size()); // of 2.5 times the width
+    return q * q * (q * q);
+}
+
+PeakView::PeakView(const std::vector<double>& x, double peakTop, double sigma)
+    : top(peakTop)
+    , z(x.size())
+    , quarter(x.size())
+    , side(x.size())
+{
+    const double inverse = 1.0 / sigma;
     for (std::size_t i = 0; i < x.size(); ++i) {
-        const double z = (x[i] - top) / sigma;
-        quarter[i] = std::exp(-z * z / 32.0);
-        side[i] = std::exp(-0.08 * z * z);
+        z[i] = (x[i] - top) * inverse;
+        quarter[i] = std::exp(-0.03125 * z[i] * z[i]);
+        side[i] = std::exp(-0.08 * z[i] * z[i]);
     }
-    std::vector<double> addition(x.size());
+}
+
+void testShapes(ScoreTest& test, const PeakView& view, AdditionFinding& finding)
+{
+    std::vector<double> addition(view.z.size());
     const auto run = [&](auto shape) {
-        for (std::size_t i = 0; i < x.size(); ++i)
-            addition[i] = shape((x[i] - top) / sigma, quarter[i], side[i]);
-        test.note(finding, addition, 0, top);
+        for (std::size_t i = 0; i < addition.size(); ++i)
+            addition[i] = shape(view.z[i], view.quarter[i], view.side[i]);
+        test.note(finding, addition, 0, view.top);
     };
-    const auto fourth = [](double q) { return q * q * (q * q); };
     // Third and fourth term of the Gram-Charlier series, then tails.
     run([&](double z, double q, double) { return fourth(fourth(q)) * z * (z * z - 3.0); });
     run([&](double z, double q, double) { return fourth(fourth(q)) * ((z * z - 6.0) * z * z + 3.0); });
@@ -160,8 +188,7 @@ void testShapes(const ScoreTest& test, const std::vector<double>& x, double top,
     run([](double z, double, double s) { return z > 0.0 ? s * z : 0.0; });
 }
 
-void testBackground(
-    const ScoreTest& test, const FitProblem& problem, const std::vector<double>& x, AdditionFinding& finding)
+void testBackground(ScoreTest& test, const FitProblem& problem, const std::vector<double>& x, AdditionFinding& finding)
 {
     const FitBackground background = problem.model().background;
     const double half = 0.5 * (problem.upper() - problem.lower());
@@ -176,12 +203,15 @@ void testBackground(
     }
 }
 
-void testStep(const ScoreTest& test, const std::vector<double>& x, double top, double sigma, AdditionFinding& finding)
+void testStep(ScoreTest& test, const PeakView& view, AdditionFinding& finding)
 {
-    std::vector<double> addition(x.size());
-    for (std::size_t i = 0; i < x.size(); ++i)
-        addition[i] = normalDistribution((top - x[i]) / sigma);
-    test.note(finding, addition, 0, top);
+    std::vector<double> addition(view.z.size());
+    for (std::size_t i = 0; i < addition.size(); ++i) {
+        // The smaller tail of the distribution, exp(-z^2/2) exp(z^2/2) erfc(|z|/sqrt 2) / 2.
+        const double tail = 0.5 * fourth(fourth(view.quarter[i])) * scaledErfc(std::fabs(view.z[i]) / sqrtTwo);
+        addition[i] = view.z[i] > 0.0 ? tail : 1.0 - tail;
+    }
+    test.note(finding, addition, 0, view.top);
 }
 
 } // namespace
@@ -191,7 +221,7 @@ AdditionFindings testAdditions(FitProblem& problem, const FitResult& result)
     AdditionFindings findings;
     if (result.peaks.empty() || result.covariance.size() != result.parameters.size() * result.parameters.size())
         return findings;
-    const ScoreTest test(problem, result);
+    ScoreTest test(problem, result);
     const std::vector<double> x = centresOf(problem);
     double narrowest = result.peaks.front().measures.fwhm;
     for (const FittedPeak& peak : result.peaks)
@@ -201,9 +231,10 @@ AdditionFindings testAdditions(FitProblem& problem, const FitResult& result)
         return findings;
     for (const FittedPeak& peak : result.peaks) {
         const double sigma = std::max(peak.measures.fwhm / fwhmPerSigma, problem.meanWidth());
-        testShapes(test, x, peak.measures.top, sigma, findings.shape);
+        const PeakView view(x, peak.measures.top, sigma);
+        testShapes(test, view, findings.shape);
         if (problem.layout().step < 0)
-            testStep(test, x, peak.measures.top, sigma, findings.background);
+            testStep(test, view, findings.background);
     }
     testBackground(test, problem, x, findings.background);
     return findings;

@@ -6,6 +6,7 @@
 #include <cmath>
 #include <limits>
 #include <optional>
+#include <utility>
 
 namespace tarnis::analysis {
 
@@ -40,26 +41,50 @@ double notZero(double value)
     return std::fabs(value) < 1e-300 ? 1e-300 : value;
 }
 
+// Convergents of a continued fraction 1/(1 + c1/(1 + c2/(1 + ...))) by Wallis's recurrence. The division of Lentz's
+// method would be needed for each term, and each would wait for the one before it.
+struct Convergents {
+    double above = 1.0;
+    double below = 1.0;
+    double aboveBefore = 0.0;
+    double belowBefore = 1.0;
+
+    void add(double coefficient)
+    {
+        aboveBefore = std::exchange(above, above + coefficient * aboveBefore);
+        belowBefore = std::exchange(below, below + coefficient * belowBefore);
+    }
+    bool hasConverged() const
+    {
+        const double now = above * belowBefore;
+        return std::fabs(now - aboveBefore * below) <= 4.0 * epsilon * std::fabs(now);
+    }
+    // With large counts the terms become smaller by up to nine digits in a step.
+    void rescale()
+    {
+        const double size = std::fabs(below);
+        if (size > 1e-100 && size < 1e100)
+            return;
+        const double scale = 1.0 / notZero(below);
+        for (double* const term : { &above, &below, &aboveBefore, &belowBefore })
+            *term *= scale;
+    }
+};
+
 // Continued fraction of the incomplete beta function (Abramowitz, Stegun 26.5.8), for x < (a + 1)/(a + b + 2).
 double betaFraction(double a, double b, double x)
 {
-    double c = 1.0;
-    double d = 1.0 / notZero(1.0 - (a + b) * x / (a + 1.0));
-    double h = d;
+    Convergents convergents;
+    convergents.add(-(a + b) * x / (a + 1.0));
     const int terms = 200 + static_cast<int>(8.0 * std::sqrt(std::min(1e10, a + b)));
     for (int i = 1; i < terms; ++i) {
-        const double even = i * (b - i) * x / ((a + 2.0 * i - 1.0) * (a + 2.0 * i));
-        d = 1.0 / notZero(1.0 + even * d);
-        c = notZero(1.0 + even / c);
-        h *= d * c;
-        const double odd = -(a + i) * (a + b + i) * x / ((a + 2.0 * i) * (a + 2.0 * i + 1.0));
-        d = 1.0 / notZero(1.0 + odd * d);
-        c = notZero(1.0 + odd / c);
-        h *= d * c;
-        if (std::fabs(d * c - 1.0) < epsilon)
+        convergents.add(i * (b - i) * x / ((a + 2.0 * i - 1.0) * (a + 2.0 * i)));
+        convergents.add(-(a + i) * (a + b + i) * x / ((a + 2.0 * i) * (a + 2.0 * i + 1.0)));
+        if (convergents.hasConverged())
             break;
+        convergents.rescale();
     }
-    return h;
+    return convergents.above / convergents.below;
 }
 
 double gammaSeries(double a, double x)
@@ -229,17 +254,17 @@ double scaledErfc(double a)
 
 double dot(const double* a, const double* b, std::size_t n)
 {
-    std::array<double, 4> sums {};
+    constexpr std::size_t lanes = 8;
+    std::array<double, lanes> sums {};
     std::size_t i = 0;
-    for (; i + 4 <= n; i += 4) {
-        sums[0] += a[i] * b[i];
-        sums[1] += a[i + 1] * b[i + 1];
-        sums[2] += a[i + 2] * b[i + 2];
-        sums[3] += a[i + 3] * b[i + 3];
+    for (; i + lanes <= n; i += lanes) {
+        for (std::size_t k = 0; k < lanes; ++k)
+            sums[k] += a[i + k] * b[i + k];
     }
+    double rest = 0.0;
     for (; i < n; ++i)
-        sums[0] += a[i] * b[i];
-    return (sums[0] + sums[1]) + (sums[2] + sums[3]);
+        rest += a[i] * b[i];
+    return ((sums[0] + sums[1]) + (sums[2] + sums[3])) + ((sums[4] + sums[5]) + (sums[6] + sums[7])) + rest;
 }
 
 double poissonProbability(double y, double m)

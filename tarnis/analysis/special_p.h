@@ -27,7 +27,7 @@ double normalDistribution(double z);
 double normalQuantile(double p);
 /// exp(a^2) erfc(a), to about 1e-15. Overflows to infinity below about -26.
 double scaledErfc(double a);
-/// Sum of the products a[i] b[i]. In four sums, as one would wait for each addition.
+/// Sum of the products a[i] b[i], in several partial sums, which the compiler vectorises.
 double dot(const double* a, const double* b, std::size_t n);
 /// A function of a complex argument with its first and second derivative.
 struct FaddeevaValues {
@@ -43,13 +43,16 @@ inline double halfDeviance(double y, double m)
 {
     if (y <= 0.0)
         return m;
-    const double q = (m - y) / y;
-    if (std::fabs(q) >= 0.01)
-        return y * (q - std::log1p(q));
-    // The difference of q and log1p(q) cancels near q = 0; the series does not.
-    return y * q * q
-        * (1.0 / 2
-            + q * (-1.0 / 3 + q * (1.0 / 4 + q * (-1.0 / 5 + q * (1.0 / 6 + q * (-1.0 / 7 + q * (1.0 / 8 - q / 9)))))));
+    const double difference = m - y;
+    const double s = difference / (m + y);
+    if (std::fabs(s) > 0.17)
+        return difference - y * std::log(m / y);
+    // The difference above cancels near m = y. With ln(m/y) = 2 artanh(s) = 2 s + 2 s^3/3 + 2 s^5/5 + ... and
+    // m - y - 2 y s = (m - y) s, nothing cancels, and there is no call of a logarithm.
+    const double z = s * s;
+    const double high = 2.0 / 13 + z * (2.0 / 15 + z * (2.0 / 17 + z * (2.0 / 19 + z * (2.0 / 21))));
+    const double low = 2.0 / 3 + z * (2.0 / 5 + z * (2.0 / 7 + z * (2.0 / 9 + z * (2.0 / 11))));
+    return s * (difference - y * z * (low + z * z * z * (z * z) * high));
 }
 /// Probability of y counts at mean m; y >= 0 need not be an integer.
 double poissonProbability(double y, double m);

@@ -95,6 +95,7 @@ public:
     SpectrumFitter(
         const BinnedData& data, std::ptrdiff_t first, std::ptrdiff_t last, FitModel model, const FitOptions& options);
     bool isRefused() const { return !m_result.message.isEmpty(); }
+    /// Each moves the result out of this object.
     FitResult guess();
     FitResult fit();
 
@@ -250,7 +251,7 @@ bool SpectrumFitter::minimiseFrom(const std::vector<double>& centres, double wid
         for (const SolverVariable& variable : solver->map().variables) {
             const QString kind = variable.parameter < 0
                 ? QString()
-                : kindOf(m_result.model.parameterNames()[static_cast<std::size_t>(variable.parameter)]);
+                : kindOf(m_problem->names()[static_cast<std::size_t>(variable.parameter)]);
             held.push_back(variable.parameter >= 0 && variable.parameter < m_problem->layout().background
                 && kind != QLatin1StringView("area"));
         }
@@ -297,7 +298,7 @@ void SpectrumFitter::tryAgain(const std::vector<double>& centres)
 FitResult SpectrumFitter::guess()
 {
     if (isRefused())
-        return m_result;
+        return std::move(m_result);
     std::vector<double> centres = givenOrHighest();
     // Without a search the further peaks are spread over the range.
     const double step = (m_problem->upper() - m_problem->lower()) / (m_result.model.peaks + 1);
@@ -311,7 +312,7 @@ FitResult SpectrumFitter::guess()
         *m_problem, firstValues(*m_problem, centres), m_result.options.statistic, m_result.areCounts, fault);
     if (!fault.isEmpty()) {
         refuse(fault);
-        return m_result;
+        return std::move(m_result);
     }
     Minimum start;
     for (const SolverVariable& variable : map.variables)
@@ -324,34 +325,34 @@ FitResult SpectrumFitter::guess()
     std::fill(m_result.covariance.begin(), m_result.covariance.end(), 0.0);
     std::fill(m_result.correlation.begin(), m_result.correlation.end(), none);
     addDerived(*m_problem, m_result);
-    return m_result;
+    return std::move(m_result);
 }
 
 FitResult SpectrumFitter::fit()
 {
     if (isRefused())
-        return m_result;
+        return std::move(m_result);
     if (hasFreePositions()) {
         m_result.model.centres = searchedPositions(m_data, m_result);
         if (m_result.model.centres.size() != static_cast<std::size_t>(m_result.model.peaks)) {
             refuse(sentence(
                 QT_TRANSLATE_NOOP("tarnis::SpectrumFit", "The range is too short for %1 peaks. Give their positions."))
                        .arg(m_result.model.peaks));
-            return m_result;
+            return std::move(m_result);
         }
     }
     const std::vector<double> centres = givenOrHighest();
     seedByLikelihood();
     if (!minimiseFrom(centres, 1.0))
-        return m_result;
+        return std::move(m_result);
     tryAgain(centres);
     if (!std::isfinite(m_minimum.value)) {
         refuse(sentence(QT_TRANSLATE_NOOP("tarnis::SpectrumFit",
             "The model is 0 or negative at bins that have counts. Choose a background or another range.")));
-        return m_result;
+        return std::move(m_result);
     }
     finish();
-    return m_result;
+    return std::move(m_result);
 }
 
 void SpectrumFitter::finish()

@@ -3,6 +3,7 @@
 #include "tarnis/peak/mpfit_p.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 namespace tarnis::fitter {
@@ -19,15 +20,33 @@ void exchangeColumns(int m, double* a, int j, int kmax, int* ipvt, double* rdiag
     std::swap(ipvt[j], ipvt[kmax]);
 }
 
-// Applies the Householder vector v (length from v[0] on, v[0] >= 1) to the column c.
-void reflect(int length, const double* v, double* c)
+// Applies the Householder vector v (length from v[0] on, v[0] >= 1) to `count` columns from c on, which are ldc apart.
+// The sums of one column wait for each other, so those of several columns are computed side by side. The order of the
+// additions in each is that of one column alone.
+template <int count> void reflect(int length, const double* v, double* c, int ldc)
 {
-    double sum = 0.0;
-    for (int i = 0; i < length; ++i)
-        sum += v[i] * c[i];
-    const double temp = sum / v[0];
-    for (int i = 0; i < length; ++i)
-        c[i] -= temp * v[i];
+    std::array<double, std::size_t(count)> sums {};
+    for (int i = 0; i < length; ++i) {
+        for (int k = 0; k < count; ++k)
+            sums[std::size_t(k)] += v[i] * c[std::ptrdiff_t(ldc) * k + i];
+    }
+    for (int k = 0; k < count; ++k, c += ldc) {
+        const double temp = sums[std::size_t(k)] / v[0];
+        for (int i = 0; i < length; ++i)
+            c[i] -= temp * v[i];
+    }
+}
+
+void reflectAll(int length, const double* v, double* c, int ldc, int count)
+{
+    for (; count >= 4; count -= 4, c += 4 * std::ptrdiff_t(ldc))
+        reflect<4>(length, v, c, ldc);
+    if (count == 3)
+        reflect<3>(length, v, c, ldc);
+    else if (count == 2)
+        reflect<2>(length, v, c, ldc);
+    else if (count == 1)
+        reflect<1>(length, v, c, ldc);
 }
 
 // Norm of the remaining part of a column below its new first element; recomputed if cancellation is too large.
@@ -126,11 +145,9 @@ void qrfac(int m, int n, double* a, int* ipvt, double* rdiag, double* acnorm, do
             for (int i = 0; i < m - j; ++i)
                 v[i] /= ajnorm;
             v[0] += 1.0;
-            for (int k = j + 1; k < n; ++k) {
-                double* c = a + std::ptrdiff_t(m) * k + j;
-                reflect(m - j, v, c);
-                updateNorm(m - j, c, rdiag[k], wa[k]);
-            }
+            reflectAll(m - j, v, v + m, m, n - j - 1);
+            for (int k = j + 1; k < n; ++k)
+                updateNorm(m - j, a + std::ptrdiff_t(m) * k + j, rdiag[k], wa[k]);
         }
         rdiag[j] = -ajnorm;
     }
