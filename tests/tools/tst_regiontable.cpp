@@ -249,6 +249,25 @@ private Q_SLOTS:
         QVERIFY(!table.table().contains(QStringLiteral("since")));
     }
 
+    void announcesOnlyChangedRows()
+    {
+        VectorGraphWidget plot;
+        fill(plot);
+        expose(plot);
+        RegionTable table(&plot);
+        for (const double lower : { 10.0, 30.0, 50.0 })
+            table.regions()->add(PlotRegion::rangeX(lower, lower + 10.0));
+        const QSignalSpy changes(table.findChild<QTableView*>()->model(), &QAbstractItemModel::dataChanged);
+        table.refresh();
+        QCOMPARE(changes.size(), 0);
+        table.regions()->replace(1, PlotRegion::rangeX(30.0, 44.0, table.regions()->regions().at(1).name));
+        QVERIFY(!changes.isEmpty());
+        for (const QList<QVariant>& change : changes) {
+            QCOMPARE(change.at(0).toModelIndex().row(), 1);
+            QCOMPARE(change.at(1).toModelIndex().row(), 1);
+        }
+    }
+
     void typesLimitsAndNames()
     {
         VectorGraphWidget plot;

@@ -71,13 +71,27 @@ void readStatistics(RegionRow& row, const MapRegionStatistics& numbers, const Ma
     row.share = total > 0.0 ? numbers.sum / total : noNumber;
 }
 
-// Four sums side by side: each addition would wait for the one before it.
+// Several sums side by side: each addition would wait for the one before it.
 double sumOf(const QList<double>& contents)
 {
-    std::array<double, 4> sums {};
-    for (qsizetype i = 0; i < contents.size(); ++i)
-        sums[static_cast<std::size_t>(i % 4)] += contents[i];
-    return (sums[0] + sums[1]) + (sums[2] + sums[3]);
+    constexpr qsizetype lanes = 8;
+    std::array<double, lanes> sums {};
+    const double* const y = contents.constData();
+    qsizetype i = 0;
+    for (; i + lanes <= contents.size(); i += lanes) {
+        for (qsizetype k = 0; k < lanes; ++k)
+            sums[static_cast<std::size_t>(k)] += y[i + k];
+    }
+    return std::accumulate(y + i, y + contents.size(), std::accumulate(sums.begin(), sums.end(), 0.0));
+}
+
+auto numbersOf(const RegionRow& row)
+{
+    return std::array { row.limits.left(), row.limits.top(), row.limits.right(), row.limits.bottom(), row.sum.value,
+        row.sum.error, row.sumInterval.lower, row.sumInterval.upper, row.sumUpperLimit, row.net.value, row.net.error,
+        row.detectionLimit, row.centroid.value, row.centroid.error, row.centroidY.value, row.centroidY.error,
+        row.energy.value, row.energy.error, row.fwhm, row.maximum.value, row.maximum.error, row.maximumAt,
+        row.maximumAtY, row.share };
 }
 
 QString numberOrDash(double value)
@@ -162,6 +176,16 @@ std::vector<RegionRow> regionRows(
         rows.push_back(std::move(row));
     }
     return rows;
+}
+
+bool isSameRow(const RegionRow& a, const RegionRow& b)
+{
+    const auto isSameNumber = [](double x, double y) { return x == y || (std::isnan(x) && std::isnan(y)); };
+    const auto left = numbersOf(a);
+    const auto right = numbersOf(b);
+    return std::equal(left.begin(), left.end(), right.begin(), isSameNumber) && a.region == b.region && a.bins == b.bins
+        && a.isSignificant == b.isSignificant && a.name == b.name && a.curve == b.curve && a.color == b.color
+        && a.fault == b.fault && a.note == b.note;
 }
 
 RegionValue since(const RegionValue& now, const RegionValue& frozen)

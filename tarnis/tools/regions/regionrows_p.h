@@ -47,6 +47,9 @@ struct RegionRow {
     double share = noNumber; ///< fraction of all counts of the curve, 0..1
 };
 
+/// Whether two rows are shown alike. Numbers that do not exist are alike.
+bool isSameRow(const RegionRow& a, const RegionRow& b);
+
 /// Sum and net area at the time of a freeze.
 struct FrozenRow {
     QString name;

@@ -61,15 +61,34 @@ void RegionTableModel::refresh()
             rows = isMap() ? regionRows(regions, mapOf(*m_tool->plot()), options)
                            : regionRows(regions, spectraOf(*m_tool->plot()), options);
     }
-    const bool isSame = rows.size() == m_rows.size();
-    if (!isSame)
-        beginResetModel();
+    if (rows.size() == m_rows.size()) {
+        replaceRows(std::move(rows));
+        return;
+    }
+    beginResetModel();
     m_rows = std::move(rows);
-    // Keeps an open editor when data arrive.
-    if (!isSame)
-        endResetModel();
-    else if (!m_rows.empty())
-        Q_EMIT dataChanged(index(0, 0), index(rowCount() - 1, Columns - 1));
+    endResetModel();
+}
+
+// Without a reset, which would close an open editor when data arrive. Each run of changed rows is announced once; views
+// paint nothing else.
+void RegionTableModel::replaceRows(std::vector<RegionRow> rows)
+{
+    m_rows.swap(rows);
+    const int count = rowCount();
+    const auto isChanged = [&](int row) {
+        const auto i = static_cast<std::size_t>(row);
+        return !isSameRow(m_rows[i], rows[i]);
+    };
+    for (int first = 0; first < count; ++first) {
+        if (!isChanged(first))
+            continue;
+        int last = first;
+        while (last + 1 < count && isChanged(last + 1))
+            ++last;
+        Q_EMIT dataChanged(index(first, 0), index(last, Columns - 1));
+        first = last;
+    }
 }
 
 void RegionTableModel::freeze(const QString& when)
@@ -79,6 +98,8 @@ void RegionTableModel::freeze(const QString& when)
         m_frozen.push_back({ row.name, row.curve, row.sum, row.net });
     m_frozenAt = when;
     Q_EMIT headerDataChanged(Qt::Horizontal, SumSince, NetSince);
+    if (!m_rows.empty())
+        Q_EMIT dataChanged(index(0, SumSince), index(rowCount() - 1, NetSince));
     refresh();
 }
 

@@ -65,6 +65,7 @@ public:
 private:
     /// Regions of the tool, then those of the plot.
     QList<PlotRegion> allRegions() const;
+    void replaceRows(std::vector<RegionRow> rows); ///< by as many others
     bool isEditable(const RegionRow& row) const;
     QString textOf(const RegionRow& row, int column) const;
 
