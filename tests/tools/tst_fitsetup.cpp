@@ -1,14 +1,17 @@
-// Settings, ties, texts, residuals and history of a fit panel, without widgets.
+// Settings, ties, texts, lines, residuals and history of a fit panel, without the panel.
+#include "tarnis/tools/panels/fitcurves_p.h"
 #include "tarnis/tools/panels/fithistory_p.h"
 #include "tarnis/tools/panels/fitparametermodel_p.h"
 #include "tarnis/tools/panels/fitsetup_p.h"
 #include "tarnis/tools/panels/plotspectra_p.h"
 #include "tarnis/tools/panels/stripplot_p.h"
+#include "tarnis/tools/panels/wrappedlabel_p.h"
 
 #include <QJsonArray>
 #include <QSignalSpy>
 #include <QTest>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <random>
@@ -214,7 +217,7 @@ private Q_SLOTS:
         QCOMPARE(trend.size(), FitHistory::maxRecords);
         QVERIFY(trend.first().error > 0.0);
         QVERIFY(history.trendOf(QStringLiteral("nothing")).isEmpty());
-        QVERIFY(history.names().contains(QStringLiteral("centre")));
+        QVERIFY(namesOf(result).contains(QStringLiteral("centre")));
         QCOMPARE(history.table().count(u'\n'), FitHistory::maxRecords + 1);
     }
 
@@ -240,6 +243,58 @@ private Q_SLOTS:
         QVERIFY(centre.fixed);
         QVERIFY(model.setData(model.index(1, FitParameterModel::Lower), QString()));
         QVERIFY(!setup.constraint(QStringLiteral("centre")).lower);
+    }
+
+    void announcesOnlyTheValuesOfAFit()
+    {
+        FitSetup setup = setupOf(20, 80);
+        FitParameterModel model(setup);
+        const std::vector<double> contents = peakAtFifty();
+        FitResult result = runFit(viewOf(contents), setup);
+        const QSignalSpy resets(&model, &QAbstractItemModel::modelReset);
+        const QSignalSpy changes(&model, &QAbstractItemModel::dataChanged);
+        model.setResult(result, false);
+        QCOMPARE(resets.size(), 1);
+        model.setResult(result, false);
+        QCOMPARE(changes.size(), 1);
+        QCOMPARE(changes.first().at(0).toModelIndex(), model.index(0, FitParameterModel::Value));
+        QCOMPARE(changes.first().at(1).toModelIndex(), model.index(model.rowCount() - 1, FitParameterModel::Value));
+        model.setResult(result, true); // after an edit of the constraints
+        QCOMPARE(changes.last().at(1).toModelIndex().column(), int(FitParameterModel::Tie));
+        QCOMPARE(resets.size(), 1);
+        result.parameters.front().name = QStringLiteral("other");
+        model.setResult(result, false);
+        QCOMPARE(resets.size(), 2);
+    }
+
+    void thinsLinesToHalfPixels()
+    {
+        QVERIFY(thinned({}).isEmpty());
+        QPolygonF line;
+        for (int i = 0; i <= 400; ++i) // a peak of 200 rows within 10 columns
+            line.append({ i / 40.0, 200.0 * std::exp(-0.5 * std::pow((i - 200) / 16.0, 2)) });
+        const QPolygonF kept = thinned(line);
+        QVERIFY2(kept.size() < 150, qPrintable(QString::number(kept.size())));
+        QCOMPARE(kept.first(), line.first());
+        QCOMPARE(kept.last(), line.last());
+        // No point that was left out is further than half a pixel from one that is still there.
+        for (const QPointF& point : line) {
+            QVERIFY(std::any_of(kept.begin(), kept.end(), [&](const QPointF& other) {
+                return std::fabs(point.x() - other.x()) <= 0.5 && std::fabs(point.y() - other.y()) <= 0.5;
+            }));
+        }
+    }
+
+    void givesMessagesTheHeightOfTheirText()
+    {
+        WrappedLabel label;
+        label.setText(QStringLiteral("one"));
+        const int one = label.heightForWidth(300);
+        label.setText(QStringLiteral("one\ntwo\nthree"));
+        QVERIFY(label.heightForWidth(300) >= 3 * one - 2);
+        label.setText(QStringLiteral("a long message of many words ").repeated(10));
+        QVERIFY(label.heightForWidth(100) > 2 * label.heightForWidth(300));
+        QVERIFY(label.minimumSizeHint().height() <= one);
     }
 
     void givesStripsAHeight()

@@ -4,7 +4,6 @@
 #include "tarnis/tools/base/plotlabel_p.h"
 
 #include <QPainter>
-#include <QPolygonF>
 
 #include <algorithm>
 #include <cmath>
@@ -66,6 +65,21 @@ FitLines linesOf(const FitResult& result, const BinnedData& data, int maxPoints)
     return lines;
 }
 
+QPolygonF thinned(const QPolygonF& line)
+{
+    constexpr double leastStep = 0.5;
+    QPolygonF kept;
+    kept.reserve(line.size());
+    for (const QPointF& point : line) {
+        const QPointF step = kept.isEmpty() ? QPointF() : point - kept.constLast();
+        if (kept.isEmpty() || std::fabs(step.x()) >= leastStep || std::fabs(step.y()) >= leastStep)
+            kept.append(point);
+    }
+    if (!line.isEmpty() && kept.constLast() != line.constLast())
+        kept.append(line.constLast());
+    return kept;
+}
+
 void paintValues(QPainter& painter, const PlotMapping& mapping, const QList<QPointF>& values, const QColor& color,
     Qt::PenStyle style)
 {
@@ -73,6 +87,7 @@ void paintValues(QPainter& painter, const PlotMapping& mapping, const QList<QPoi
     line.reserve(values.size());
     for (const QPointF& value : values)
         line.append({ limitedCoordinate(mapping.columnOf(value.x())), limitedCoordinate(mapping.rowOf(value.y())) });
+    line = thinned(line);
     painter.setPen(QPen(QColor(0, 0, 0, 150), 3.5));
     painter.drawPolyline(line);
     painter.setPen(QPen(color, 1.6, style));

@@ -7,6 +7,7 @@
 
 #include <QList>
 #include <QPointF>
+#include <QPolygonF>
 
 namespace tarnis {
 
@@ -40,6 +41,10 @@ private:
     bool m_isGuess = false;
     bool m_isAcceptable = true;
 };
+
+/// A line of pixels without the points that are less than half a pixel from the one before: in a view of the whole
+/// spectrum, hundreds of points of a fit are within a few pixels, and each costs a joint of the wide pen.
+QPolygonF thinned(const QPolygonF& line);
 
 /// Draws a polyline of values that is visible on light and on dark pixels.
 void paintValues(QPainter& painter, const PlotMapping& mapping, const QList<QPointF>& values, const QColor& color,

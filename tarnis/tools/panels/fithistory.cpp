@@ -6,8 +6,6 @@
 
 namespace tarnis {
 
-namespace {
-
 QStringList namesOf(const FitResult& result)
 {
     QStringList names;
@@ -18,8 +16,6 @@ QStringList namesOf(const FitResult& result)
     return names;
 }
 
-} // namespace
-
 void FitHistory::add(const QDateTime& time, const FitResult& result)
 {
     if (result.status == FitStatus::Refused)
@@ -29,23 +25,6 @@ void FitHistory::add(const QDateTime& time, const FitResult& result)
     m_records.append(std::move(record));
     if (m_records.size() > maxRecords)
         m_records.removeFirst();
-}
-
-QStringList FitHistory::names() const
-{
-    QStringList names;
-    for (auto record = m_records.rbegin(); record != m_records.rend(); ++record) {
-        // Hundreds of records of one model share one list.
-        if (record != m_records.rbegin()
-            && record->result.parameters.size() == std::prev(record)->result.parameters.size()
-            && record->result.model.parameterNames() == std::prev(record)->result.model.parameterNames())
-            continue;
-        for (const QString& name : namesOf(record->result)) {
-            if (!names.contains(name))
-                names << name;
-        }
-    }
-    return names;
 }
 
 QList<TrendPoint> FitHistory::trendOf(const QString& name) const

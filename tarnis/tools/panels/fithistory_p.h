@@ -24,6 +24,9 @@ struct TrendPoint {
     bool acceptable = false;
 };
 
+/// Names of the parameters and derived quantities of a result.
+QStringList namesOf(const FitResult& result);
+
 /// Records up to a limit; the oldest ones are dropped. Rejected fits are not stored.
 class FitHistory {
 public:
@@ -33,8 +36,6 @@ public:
     void clear() { m_records.clear(); }
     const QList<FitRecord>& records() const { return m_records; }
 
-    /// Names of the parameters and derived quantities of all records, those of the last record first.
-    QStringList names() const;
     /// The records that have the parameter or derived quantity.
     QList<TrendPoint> trendOf(const QString& name) const;
     /// A line for each record with all parameters of the last one, columns separated by tabs, full digits.

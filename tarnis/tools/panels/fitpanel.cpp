@@ -295,9 +295,8 @@ void FitPanel::showResult(const QString& note)
     if (m_data->isGuess)
         m_data->curves.setLines(linesOf(result, bins), true, true);
     m_data->curves.setRange(m_data->setup.range);
-    m_data->parameters.setResult(result, m_data->isGuess);
     const PlotCalibration* const applied = plot() != nullptr ? PlotCalibration::of(*plot()) : nullptr;
-    m_data->parameters.setAdditions(
+    m_data->parameters.setResult(result, m_data->isGuess,
         applied != nullptr ? energiesOf(result, applied->calibration()) : std::vector<DerivedQuantity>());
     std::vector<StripPoint> points;
     const std::vector<double> residuals = residualsOf(bins, result);

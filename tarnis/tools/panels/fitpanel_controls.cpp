@@ -189,7 +189,8 @@ void FitPanel::showHistory()
     if (list.topLevelItemCount() > FitHistory::maxRecords)
         delete list.takeTopLevelItem(list.topLevelItemCount() - 1);
     QComboBox& box = *m_data->controls.trendOf;
-    for (const QString& name : m_data->history.names()) {
+    // The names of the earlier records are already there.
+    for (const QString& name : namesOf(record.result)) {
         if (box.findText(name) < 0)
             box.addItem(name);
     }

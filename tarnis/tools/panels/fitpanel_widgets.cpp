@@ -1,5 +1,6 @@
 // The controls of a fit panel and their texts.
 #include "tarnis/tools/panels/fitpanel_p.h"
+#include "tarnis/tools/panels/wrappedlabel_p.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -168,8 +169,13 @@ void FitControls::buildPages(QWidget& panel, FitParameterModel& model)
     table->verticalHeader()->hide();
     table->verticalHeader()->setDefaultSectionSize(table->fontMetrics().height() + 6);
     QObject::connect(&model, &QAbstractItemModel::modelReset, table, &QTableView::resizeColumnsToContents);
-    // A fit turns the guess into longer texts without new rows.
-    table->horizontalHeader()->setSectionResizeMode(FitParameterModel::Value, QHeaderView::ResizeToContents);
+    // A fit turns the guess into longer texts without new rows. The column does not get narrower, because each change
+    // of its width paints the whole table again.
+    QObject::connect(&model, &QAbstractItemModel::dataChanged, table, [&view = *table] {
+        const int needed = static_cast<QAbstractItemView&>(view).sizeHintForColumn(FitParameterModel::Value);
+        if (needed > view.columnWidth(FitParameterModel::Value))
+            view.setColumnWidth(FitParameterModel::Value, needed);
+    });
     table->horizontalHeader()->setStretchLastSection(true);
     table->setMinimumHeight(table->fontMetrics().height() * 8);
     pages->addTab(table, QString());
@@ -195,9 +201,7 @@ void FitControls::build(QWidget& panel, XYGraphWidget* plot, FitParameterModel& 
     layout->addWidget(rangeRow(panel, plot));
     layout->addWidget(modelRow(panel));
     layout->addWidget(actionRow(panel));
-    message = new QLabel(&panel);
-    message->setWordWrap(true);
-    message->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    message = new WrappedLabel(&panel);
     layout->addWidget(message);
     buildPages(panel, model);
     layout->addWidget(pages, 1);

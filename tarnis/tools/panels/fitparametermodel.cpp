@@ -4,6 +4,7 @@
 
 #include <QLocale>
 
+#include <algorithm>
 #include <cmath>
 
 namespace tarnis {
@@ -20,6 +21,12 @@ std::optional<double> numberOf(const QString& text)
     if (!isNumber)
         number = QLocale().toDouble(text, &isNumber);
     return isNumber && std::isfinite(number) ? std::optional<double>(number) : std::nullopt;
+}
+
+template <typename Quantity> bool haveSameNames(const std::vector<Quantity>& a, const std::vector<Quantity>& b)
+{
+    return std::equal(
+        a.begin(), a.end(), b.begin(), b.end(), [](const Quantity& x, const Quantity& y) { return x.name == y.name; });
 }
 
 QString limitText(std::optional<double> limit)
@@ -48,31 +55,22 @@ FitParameterModel::FitParameterModel(FitSetup& setup, QObject* parent)
 {
 }
 
-void FitParameterModel::setResult(const FitResult& result, bool isGuess)
+void FitParameterModel::setResult(const FitResult& result, bool isGuess, std::vector<DerivedQuantity> additions)
 {
-    const bool isSame = m_parameters.size() == result.parameters.size() && m_derived.size() == result.derived.size();
+    const bool isSame = haveSameNames(m_parameters, result.parameters) && haveSameNames(m_derived, result.derived)
+        && haveSameNames(m_additions, additions);
     if (!isSame)
         beginResetModel();
     m_parameters = result.parameters;
     m_derived = result.derived;
+    m_additions = std::move(additions);
     m_isGuess = isGuess;
-    // Keeps an open editor during a live fit of the same parameters.
+    // Keeps an open editor during a live fit of the same parameters. A fit does not change the user's constraints, so
+    // only one column is painted again.
     if (!isSame)
         endResetModel();
     else if (rowCount() > 0)
-        Q_EMIT dataChanged(index(0, 0), index(rowCount() - 1, Columns - 1));
-}
-
-void FitParameterModel::setAdditions(std::vector<DerivedQuantity> additions)
-{
-    const bool isSame = m_additions.size() == additions.size();
-    if (!isSame)
-        beginResetModel();
-    m_additions = std::move(additions);
-    if (!isSame)
-        endResetModel();
-    else if (!m_additions.empty())
-        Q_EMIT dataChanged(index(0, 0), index(rowCount() - 1, Columns - 1));
+        Q_EMIT dataChanged(index(0, isGuess ? Name : Value), index(rowCount() - 1, isGuess ? Tie : Value));
 }
 
 int FitParameterModel::rowCount(const QModelIndex& parent) const

@@ -18,9 +18,8 @@ public:
     /// The setup must outlive the model.
     explicit FitParameterModel(FitSetup& setup, QObject* parent = nullptr);
 
-    void setResult(const FitResult& result, bool isGuess);
-    /// Further rows after the derived quantities, for example energies.
-    void setAdditions(std::vector<DerivedQuantity> additions);
+    /// additions: further rows after the derived quantities, for example energies.
+    void setResult(const FitResult& result, bool isGuess, std::vector<DerivedQuantity> additions = {});
 
     int rowCount(const QModelIndex& parent = {}) const override;
     int columnCount(const QModelIndex& parent = {}) const override;

@@ -7,6 +7,7 @@
 #include <QDateTime>
 #include <QLocale>
 #include <QPainter>
+#include <QPainterPath>
 
 #include <algorithm>
 #include <cmath>
@@ -17,7 +18,7 @@ namespace {
 
 constexpr double room = 0.08; // margin above and below the points, as a fraction of their height
 constexpr double leastBand = 3.0; // minimum half height of a strip with bands
-constexpr double pointRadius = 1.8;
+constexpr double pointRadius = 2.3;
 
 double partOf(AxisRange range, double value)
 {
@@ -153,6 +154,12 @@ void StripPlot::paintPoints(QPainter& painter, const QRect& rect, AxisRange x, A
     painter.save();
     painter.setClipRect(rect);
     painter.setRenderHint(QPainter::Antialiasing);
+    QPainterPath strong; // filling one path takes a fraction of the time of as many circles
+    QPainterPath weak;
+    for (QPainterPath* const path : { &strong, &weak })
+        path->setFillRule(Qt::WindingFill);
+    const QColor strongColor = palette().color(QPalette::Active, QPalette::Text);
+    const QColor weakColor = palette().color(QPalette::Disabled, QPalette::Text);
     for (const StripPoint& point : m_points) {
         if (!std::isfinite(point.y))
             continue;
@@ -160,13 +167,14 @@ void StripPlot::paintPoints(QPainter& painter, const QRect& rect, AxisRange x, A
             return limitedCoordinate(rect.bottom() - partOf(y, value) * rect.height());
         };
         const double column = limitedCoordinate(rect.left() + partOf(x, point.x) * rect.width());
-        const QColor color = palette().color(point.isWeak ? QPalette::Disabled : QPalette::Active, QPalette::Text);
-        painter.setPen(color);
-        if (point.error > 0.0)
+        if (point.error > 0.0) {
+            painter.setPen(point.isWeak ? weakColor : strongColor);
             painter.drawLine(QPointF(column, row(point.y - point.error)), QPointF(column, row(point.y + point.error)));
-        painter.setBrush(color);
-        painter.drawEllipse(QPointF(column, row(point.y)), pointRadius, pointRadius);
+        }
+        (point.isWeak ? weak : strong).addEllipse(QPointF(column, row(point.y)), pointRadius, pointRadius);
     }
+    painter.fillPath(weak, weakColor);
+    painter.fillPath(strong, strongColor);
     painter.restore();
 }
 
