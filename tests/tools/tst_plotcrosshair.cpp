@@ -139,6 +139,9 @@ private Q_SLOTS:
             const QImage after = plot.grab().toImage();
             QVERIFY(plot.rect().contains(cross.textBox()));
             QVERIFY(!cross.textBox().intersects(ruler.textBox()));
+            const int line = qRound(PlotMapping::of(plot).columnOf(x));
+            QVERIFY(cross.textBox().bottom() < rect.top() || cross.textBox().right() < line
+                || cross.textBox().left() > line);
             for (const QRect& box : legend.overlayBoxes())
                 QVERIFY(!cross.textBox().intersects(box));
             QVERIFY(colorAt(after, cross.textBox().center()) != colorAt(before, cross.textBox().center())

@@ -25,6 +25,7 @@ constexpr int crosshairZOrder = 50;
 constexpr double dotRadius = 3.0;
 constexpr int labelPadding = 10; // of a label's box, left and right
 constexpr int labelMargin = 2; // to the plot rectangle
+constexpr int distanceToCross = 8;
 constexpr double widest = 0.48; // maximum width of lines in the plot, as a fraction of the plot rectangle
 const QColor lineColor(235, 235, 235);
 
@@ -226,7 +227,7 @@ void PlotCrosshair::paintOverlay(QPainter& painter, const PlotMapping& mapping)
 }
 
 /// In the margin above the plot it covers no data. Where the title leaves too little space, or the values of many
-/// curves are too long for a line, the text is in the half of the plot that the cross is not in.
+/// curves are too long for a line, the text is at the top of the plot, on the side of the cross with more space.
 PlotCrosshair::Label PlotCrosshair::labelAt(const PlotMapping& mapping, const QFont& font, const QString& text) const
 {
     const QFontMetrics metrics(font);
@@ -243,13 +244,17 @@ PlotCrosshair::Label PlotCrosshair::labelAt(const PlotMapping& mapping, const QF
     const int maxLines = std::max(inside.height() / 2 / std::max(metrics.lineSpacing(), 1), 1);
     Label label { QRect(), wrapped(text, metrics, width - labelPadding, maxLines) };
     const QList<QRect> taken = boxesOver(*plot());
-    const bool isLeft = mapping.columnOf(value(mapping).x()) > rect.center().x();
-    const QRect half(
-        isLeft ? inside.left() : inside.left() + inside.width() - width, inside.top(), width, inside.height());
+    const double cross = mapping.columnOf(value(mapping).x());
+    const bool isLeft = cross > rect.center().x();
+    QRect side = inside; // of the cross
+    if (isLeft)
+        side.setRight(std::min(inside.right(), static_cast<int>(limitedCoordinate(cross)) - distanceToCross));
+    else
+        side.setLeft(std::max(inside.left(), static_cast<int>(limitedCoordinate(cross)) + distanceToCross));
     const QSize size = labelSize(metrics, label.text);
-    QRect row = freeRow(half, size, taken);
+    QRect row = freeRow(side, size, taken);
     if (row.width() < size.width())
-        row = freeRow(inside, size, taken); // a legend fills that half
+        row = freeRow(inside, size, taken); // a legend fills that side
     label.box =
         QRect(isLeft ? row.left() : row.left() + row.width() - size.width(), row.top(), size.width(), size.height());
     return label;
