@@ -9,8 +9,11 @@
 
 #include <tarnis/dialogs/graph1ddialog.h>
 #include <tarnis/dialogs/graph2ddialog.h>
+#include <tarnis/dialogs/graph2dfilterdialog.h>
 #include <tarnis/plots/multivectorgraphwidget.h>
+#include <tarnis/plots/viewselectedroi.h>
 #include <tarnis/plots/xy2dgraphwidget.h>
+#include <tarnis/tools/plotstyle.h>
 
 #include <QScopeGuard>
 #include <QScreen>
@@ -121,6 +124,31 @@ private Q_SLOTS:
         QVERIFY(window->isVisible());
     }
 
+    void windowsAreMappedOnce()
+    {
+        // A window manager may leave a window hidden that is mapped, unmapped and mapped again at once.
+        class Unmapped : public QObject {
+        public:
+            Unmapped() { qApp->installEventFilter(this); }
+            bool eventFilter(QObject* object, QEvent* event) override
+            {
+                if (event->type() == QEvent::Hide && qobject_cast<QWindow*>(object))
+                    names.append(object->objectName());
+                return false;
+            }
+            QStringList names;
+        };
+        PlacementConsole console;
+        const Unmapped unmapped;
+        for (const char* const id : { "curves", "map", "statistics", "rate", "stat-snapshot", "modules" }) {
+            const QWidget* const window = console.fixture.find(id);
+            QVERIFY2(window, id);
+            QVERIFY2(window->isVisible() && window->windowHandle()->isVisible(), id);
+            QVERIFY2(!window->testAttribute(Qt::WA_DontShowOnScreen), id);
+        }
+        QCOMPARE(unmapped.names, QStringList());
+    }
+
     void windowsOpenOnTheScreenAtDifferentPlaces()
     {
         PlacementConsole console;
@@ -214,6 +242,44 @@ private Q_SLOTS:
         QVERIFY(!BoxPlacer::of(*curves).hasPane());
         const QDialog& box = *BoxPlacer::boxesOf(plot).constFirst();
         QVERIFY(!curves->frameGeometry().adjusted(1, 1, -1, -1).intersects(box.geometry())); // they touch
+    }
+
+    void aBoxThatIsAPartOfTheWindowIsServedLikeAWindow()
+    {
+        PlacementConsole console;
+        auto* const window = console.fixture.open<Graph2DDialog>("map");
+        QVERIFY(window);
+        XY2DGraphWidget& plot = *window->getGraphWidget();
+        plot.SetRoiEnabled(true);
+        auto* const box = qobject_cast<QDialog*>(plot.GetViewSelectedROI()->window());
+        QVERIFY(box);
+        QVERIFY(!box->isHidden());
+        box->hide();
+        auto* const profile = new MultiVectorGraphWidget(box);
+        BoxPlacer::of(*window).makePart(*box);
+        box->show();
+        QVERIFY(!box->isWindow());
+        QCOMPARE(BoxPlacer::boxesOf(plot), QList<QDialog*> { box });
+        QVERIFY(profile->findChild<tarnis::PlotStyle*>()); // as every plot of the console
+        QTest::keyClick(box, Qt::Key_Escape);
+        QVERIFY(!plot.IsRoiEnabled());
+        QVERIFY(window->isVisible());
+    }
+
+    void aDialogOpensBesideItsData()
+    {
+        PlacementConsole console;
+        auto* const window = console.fixture.open<Graph2DDialog>("map");
+        QVERIFY(window);
+        const QRect screen = console.screen();
+        window->setGeometry(QRect(screen.bottomRight() - QPoint(419, 299), QSize(400, 280)));
+        QVERIFY(QMetaObject::invokeMethod(window, "onFilter"));
+        const auto* const dialog = window->findChild<Graph2DFilterDialog*>();
+        QVERIFY(dialog && dialog->isVisible());
+        const QRect data = window->frameGeometry();
+        QVERIFY(screen.contains(dialog->frameGeometry()));
+        QVERIFY(!dialog->frameGeometry().intersects(data));
+        QVERIFY(dialog->frameGeometry().intersects(data.adjusted(-10, -10, 10, 10))); // not anywhere on the screen
     }
 
     void tiledPlotsKeepARoomToDrawIn()

@@ -42,6 +42,12 @@ bool BoxPlacer::isBox(const QWidget& widget)
         && qobject_cast<const XYGraphWidget*>(widget.parentWidget());
 }
 
+XYGraphWidget* BoxPlacer::plotOf(const QWidget& box)
+{
+    return isBox(box) ? qobject_cast<XYGraphWidget*>(box.parentWidget())
+                      : qobject_cast<XYGraphWidget*>(box.property(plotProperty).value<QObject*>());
+}
+
 QList<QDialog*> BoxPlacer::boxesOf(const XYGraphWidget& plot)
 {
     QList<QDialog*> boxes = plot.findChildren<QDialog*>(QString(), Qt::FindDirectChildrenOnly);
@@ -73,7 +79,15 @@ BoxPlacer::BoxPlacer(QWidget& window)
 
 void BoxPlacer::adopt(QDialog& box)
 {
-    if (!canFloat() && box.isWindow()) {
+    if (canFloat())
+        keep(box);
+    else
+        makePart(box);
+}
+
+void BoxPlacer::makePart(QDialog& box)
+{
+    if (box.isWindow()) {
         box.setProperty(plotProperty, QVariant::fromValue(box.parent()));
         box.setParent(&m_window, Qt::Widget);
     }

@@ -24,11 +24,15 @@ public:
     /// True for a box of a plot: a frameless dialog that belongs to it.
     static bool isBox(const QWidget& widget);
 
+    /// The plot of a box, also of one that is a part of the window; null for other widgets.
+    static XYGraphWidget* plotOf(const QWidget& box);
     /// The visible boxes of a plot, wherever they are.
     static QList<QDialog*> boxesOf(const XYGraphWidget& plot);
 
     /// Call it before the box is first shown: makes it a part of the window where windows cannot position themselves.
     void adopt(QDialog& box);
+    /// Makes the box a part of the window and manages its position.
+    void makePart(QDialog& box);
     /// Starts managing the position of the box. Further calls do nothing.
     void keep(QDialog& box);
 

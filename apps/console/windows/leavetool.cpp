@@ -1,5 +1,6 @@
 #include "windows/leavetool.h"
 
+#include "windows/boxplacer.h"
 #include "windows/plottools.h"
 
 #include <tarnis/dialogs/statdialog.h>
@@ -59,12 +60,6 @@ bool leaveEditor(XYGraphWidget& plot)
     return true;
 }
 
-XYGraphWidget* plotWithBox(const QWidget& window)
-{
-    return window.windowFlags().testFlag(Qt::FramelessWindowHint) ? qobject_cast<XYGraphWidget*>(window.parentWidget())
-                                                                  : nullptr;
-}
-
 } // namespace
 
 bool leaveTool(XYGraphWidget& plot)
@@ -85,7 +80,7 @@ bool takesEscape(QWidget& window)
 {
     if (!qobject_cast<QDialog*>(&window))
         return false;
-    if (XYGraphWidget* const plot = plotWithBox(window))
+    if (XYGraphWidget* const plot = BoxPlacer::plotOf(window))
         return leaveTool(*plot);
     if (XYGraphWidget* const plot = plotOf(window)) {
         leaveTool(*plot);

@@ -1,5 +1,6 @@
 #include "windows/openwindows.h"
 
+#include "windows/hiddenwhilemade.h"
 #include "windows/placement.h"
 #include "windows/plotlook.h"
 #include "windows/plottools.h"
@@ -43,7 +44,8 @@ void showInPlace(QWidget& window, const QRect& place, Qt::WindowStates states, b
 /// The main window remains its parent. Without this the desktop keeps it above the main window and out of the task bar.
 void makeIndependent(QWidget& window)
 {
-    window.setWindowFlags(Qt::Window);
+    window.setWindowFlags(Qt::Window); // hides it
+    window.setAttribute(Qt::WA_DontShowOnScreen, false);
     window.winId(); // makes the native window
     window.windowHandle()->setTransientParent(nullptr);
 }
@@ -193,7 +195,7 @@ QWidget* OpenWindows::show(
     QWidget* window = m_windows.map.value(keyOf(id));
     const bool isNew = !window;
     if (isNew) {
-        window = enter(id, make(), title);
+        window = enter(id, madeHidden(make), title);
         applyLook(*window); // the style is part of the view
         restoreView(*window, id);
         reapplyLook(*window); // applies the current colours
@@ -346,7 +348,7 @@ void OpenWindows::replace(
     if (!old)
         return;
     const QPointer<QWidget> active = QApplication::activeWindow();
-    QWidget* const fresh = enter(id, make(), title);
+    QWidget* const fresh = enter(id, madeHidden(make), title);
     disconnect(old, nullptr, &m_windows, nullptr); // the new window uses its key
     fresh->setProperty(orderProperty, old->property(orderProperty));
     showInPlace(*fresh, old->normalGeometry(), old->windowState(), active == old);

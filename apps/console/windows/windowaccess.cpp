@@ -7,6 +7,7 @@
 #include "windows/openwindows.h"
 #include "windows/placement.h"
 #include "windows/plotlook.h"
+#include "windows/plotpanels.h"
 #include "windows/plottools.h"
 #include "windows/tooltips.h"
 
@@ -31,6 +32,7 @@
 #include <QShortcut>
 #include <QTableWidget>
 #include <QVariant>
+#include <QWindow>
 
 namespace console {
 
@@ -83,10 +85,16 @@ void placeBesideData(QDialog& dialog)
         || !canPlaceWindows(QGuiApplication::platformName()) || !dialog.screen())
         return;
     dialog.setProperty("isPlaced", true); // the user may move it
-    const QMargins frame = frameOf(*owner->window());
-    const QRect place = leastOverlap(dialog.frameGeometry().size().expandedTo(dialog.size().grownBy(frame)),
-        dialog.screen()->availableGeometry(), { owner->window()->frameGeometry() });
-    dialog.move(place.topLeft());
+    const QMargins border = frameOf(*owner->window());
+    const QRect data = owner->window()->frameGeometry();
+    const QRect area = dialog.screen()->availableGeometry();
+    const QRect place =
+        placeBeside(dialog.size(), data, area, border)
+            .value_or(leastOverlap(dialog.size().grownBy(border), area, { data }).marginsRemoved(border));
+    const QPoint corner = place.topLeft() - QPoint(border.left(), border.top());
+    dialog.move(corner);
+    if (QWindow* const window = dialog.windowHandle()) // move() ignores the position of a new widget, which is (0, 0)
+        window->setFramePosition(corner);
 }
 
 /// The library's columns are wider than the table.
@@ -137,7 +145,7 @@ bool WindowAccess::eventFilter(QObject* object, QEvent* event)
     }
     if (event->type() == QEvent::Show || event->type() == QEvent::WindowTitleChange) {
         auto* const widget = qobject_cast<QWidget*>(object);
-        if (widget && widget->isWindow())
+        if (widget && (widget->isWindow() || BoxPlacer::plotOf(*widget)))
             makeAccessible(*widget);
     }
     if (event->type() == QEvent::LanguageChange && object->isWidgetType()) {
@@ -150,8 +158,8 @@ bool WindowAccess::eventFilter(QObject* object, QEvent* event)
         const auto& key = static_cast<const QKeyEvent&>(*event);
         auto* const widget = static_cast<QWidget*>(object);
         // Keys that the focused control has not handled reach the window.
-        return key.key() == Qt::Key_Escape && key.modifiers() == Qt::NoModifier && widget->isWindow()
-            && takesEscape(*widget);
+        return key.key() == Qt::Key_Escape && key.modifiers() == Qt::NoModifier
+            && (widget->isWindow() || BoxPlacer::plotOf(*widget)) && takesEscape(*widget);
     }
     return false;
 }
@@ -159,7 +167,7 @@ bool WindowAccess::eventFilter(QObject* object, QEvent* event)
 /// Adds another close key, because Escape does not close windows with data.
 void WindowAccess::addCloseKey(QWidget& window)
 {
-    const bool isBox = window.isModal() || window.windowFlags().testFlag(Qt::FramelessWindowHint);
+    const bool isBox = window.isModal() || !window.isWindow() || window.windowFlags().testFlag(Qt::FramelessWindowHint);
     if (!qobject_cast<QDialog*>(&window) || isBox || window.findChild<QShortcut*>(QStringLiteral("closeShortcut")))
         return;
     auto* const shortcut = new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_W), &window);
