@@ -67,6 +67,21 @@ private Q_SLOTS:
         QVERIFY(!found->intersects(frame));
     }
 
+    void keepsTheTitleBarOnTheScreen()
+    {
+        const QRect screen(0, 0, 1280, 720);
+        const QMargins border(1, 20, 1, 5);
+        for (const QRect& frame : { QRect(897, 0, 383, 360), QRect(0, 360, 383, 360), QRect(0, 0, 1280, 180) }) {
+            const std::optional<QRect> found = placeBeside({ 576, 494 }, frame, screen, border);
+            QVERIFY(found);
+            QCOMPARE(found->size(), QSize(576, 494));
+            QVERIFY(screen.contains(found->marginsAdded(border)));
+            QVERIFY(!found->marginsAdded(border).intersects(frame));
+        }
+        QVERIFY(placeBeside({ 300, 500 }, QRect(0, 0, 1280, 200), screen));
+        QVERIFY(!placeBeside({ 300, 500 }, QRect(0, 0, 1280, 200), screen, border)); // only its title bar is too much
+    }
+
     void findsNoneBesideALargeWindow()
     {
         QVERIFY(!placeBeside({ 300, 200 }, QRect(50, 50, 900, 700), QRect(0, 0, 1000, 800)));

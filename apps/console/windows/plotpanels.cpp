@@ -50,10 +50,12 @@ void place(QWidget& panel, QWidget& window)
 {
     panel.setAttribute(Qt::WA_DeleteOnClose);
     const QRect area = window.screen() != nullptr ? window.screen()->availableGeometry() : QRect();
-    std::optional<QRect> free = placeBeside(panel.sizeHint(), window.frameGeometry(), area);
+    const QMargins border = frameOf(window); // the panel gets the same one
+    const QRect inner = area.marginsRemoved(border);
+    std::optional<QRect> free = placeBeside(panel.sizeHint(), window.frameGeometry(), area, border);
     auto* const layout = qobject_cast<QBoxLayout*>(window.layout());
     if (!free && layout != nullptr
-        && layout->totalMinimumSize().height() + panel.minimumSizeHint().height() <= area.height()) {
+        && layout->totalMinimumSize().height() + panel.minimumSizeHint().height() <= inner.height()) {
         const QSize before = window.size();
         layout->addWidget(&panel);
         panel.show();
@@ -61,9 +63,9 @@ void place(QWidget& panel, QWidget& window)
         return;
     }
     // A low screen has room for neither: a window in its corner, above that of the plot.
-    if (!free && area.isValid()) {
-        const QSize size = panel.sizeHint().boundedTo(area.size());
-        free = QRect(QPoint(area.right() - size.width() + 1, area.bottom() - size.height() + 1), size);
+    if (!free && inner.isValid()) {
+        const QSize size = panel.sizeHint().boundedTo(inner.size());
+        free = QRect(QPoint(inner.right() - size.width() + 1, inner.bottom() - size.height() + 1), size);
     }
     panel.setParent(&window, Qt::Window);
     if (free)
@@ -140,10 +142,11 @@ private:
 
 } // namespace
 
-std::optional<QRect> placeBeside(const QSize& size, const QRect& frame, const QRect& area)
+std::optional<QRect> placeBeside(const QSize& size, const QRect& frame, const QRect& area, const QMargins& border)
 {
     constexpr int gap = 8;
-    QRect place(frame.topLeft(), size);
+    const QSize whole = size.grownBy(border);
+    QRect place(frame.topLeft(), whole);
     const auto moved = [&](int left, int top) {
         place.moveTo(left, top);
         // It may be shifted along the edge to stay on the screen.
@@ -153,9 +156,9 @@ std::optional<QRect> placeBeside(const QSize& size, const QRect& frame, const QR
             place.moveLeft(qMax(area.left(), qMin(place.left(), area.right() - place.width() + 1)));
         return area.contains(place) && !place.intersects(frame);
     };
-    if (moved(frame.right() + gap, frame.top()) || moved(frame.left() - gap - size.width(), frame.top())
-        || moved(frame.left(), frame.bottom() + gap) || moved(frame.left(), frame.top() - gap - size.height()))
-        return place;
+    if (moved(frame.right() + gap, frame.top()) || moved(frame.left() - gap - whole.width(), frame.top())
+        || moved(frame.left(), frame.bottom() + gap) || moved(frame.left(), frame.top() - gap - whole.height()))
+        return place.marginsRemoved(border);
     return std::nullopt;
 }
 

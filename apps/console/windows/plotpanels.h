@@ -17,7 +17,9 @@ namespace console {
 /// inside the window.
 void addPanels(tarnis::PlotToolBar& bar);
 
-/// A rectangle of this size inside `area` to the right, left, below or above the frame; empty if there is no space.
-std::optional<QRect> placeBeside(const QSize& size, const QRect& frame, const QRect& area);
+/// A rectangle of this size to the right, left, below or above the frame; empty if there is no space. With its own
+/// `border`, title bar included, it is inside `area` and beside the frame.
+std::optional<QRect> placeBeside(
+    const QSize& size, const QRect& frame, const QRect& area, const QMargins& border = QMargins());
 
 } // namespace console
