@@ -6,6 +6,7 @@
 #include "tables/ratewindow.h"
 #include "tables/snapshotwindow.h"
 
+#include <QHeaderView>
 #include <QTableWidget>
 #include <QToolButton>
 
@@ -230,6 +231,25 @@ private Q_SLOTS:
         QVERIFY(console.reaches(ServerState::Off));
         const auto asked = server.requests().count("stat") - others;
         QVERIFY2(asked <= replies + 1, qPrintable(QStringLiteral("%1 for %2 replies").arg(asked).arg(replies)));
+    }
+
+    void namesOfANarrowSnapshotAreReadable()
+    {
+        ScriptedServer server;
+        server.answer("stat", stat("RUNNING", 1, 5));
+        RunConsole console(server);
+        auto* const snapshot = console.open<SnapshotWindow>("stat-snapshot");
+        QVERIFY(snapshot);
+        auto& table = *snapshot->findChild<QTableWidget*>();
+        TRY_VERIFY(table.rowCount() > 0);
+        table.item(0, 0)->setText(QStringLiteral("histogram position"));
+        const int wanted = static_cast<const QAbstractItemView&>(table).sizeHintForColumn(0);
+        for (const int width : { 3 * wanted, 900, 3 * wanted }) {
+            snapshot->resize(width, 400);
+            QVERIFY2(table.columnWidth(0) >= wanted, qPrintable(QString::number(table.columnWidth(0))));
+            QVERIFY(table.columnWidth(0) <= table.viewport()->width() / 2 + 1);
+            QCOMPARE(table.horizontalHeader()->length(), table.viewport()->width());
+        }
     }
 
     void theServersButtonsSayThatTheyAreTheServers()

@@ -146,6 +146,8 @@ void SnapshotWindow::fill()
     updateList(shown, nullptr);
     if (!m_time.isValid())
         return;
+    if (!std::exchange(m_areNamesFitted, true))
+        fitNames(*table());
     tarnis::setTranslatedText(*m_stateLabel, [this, isPart = !part.isEmpty(), rows = shown.size()] {
         const int all = int(m_record.count());
         const QString count =
@@ -156,6 +158,13 @@ void SnapshotWindow::fill()
             ? tr("%1, as of %2").arg(count, time)
             : tr("%1, %Ln of them changed since the previous snapshot, as of %2", nullptr, changes).arg(count, time);
     });
+}
+
+void SnapshotWindow::resizeEvent(QResizeEvent* event)
+{
+    NameValueListDialog::resizeEvent(event);
+    if (m_areNamesFitted)
+        fitNames(*table());
 }
 
 void SnapshotWindow::changeEvent(QEvent* event)

@@ -42,6 +42,7 @@ public Q_SLOTS:
 
 protected:
     void changeEvent(QEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
     void setUp();
     void setTexts();
     void onReplied(const PTarnisCmd& command, const QByteArray& reply);
@@ -62,6 +63,7 @@ protected:
     QPushButton* m_refreshButton;
     SnapshotRecord m_record;
     bool m_isPollAwaited = false;
+    bool m_areNamesFitted = false; ///< once there are names, the first column follows the width of the window
     QTime m_time; ///< time of the last reply; invalid before it
 };
 

@@ -9,6 +9,8 @@
 #include <QPushButton>
 #include <QTableWidget>
 
+#include <algorithm>
+
 namespace console {
 
 QDialogButtonBox& buttonBoxOf(NameValueListDialog& dialog)
@@ -61,6 +63,14 @@ void layTable(QTableWidget& table)
     table.verticalHeader()->setDefaultSectionSize(table.fontMetrics().height() + 6);
     table.setAlternatingRowColors(true);
     table.setTabKeyNavigation(false);
+}
+
+void fitNames(QTableWidget& table)
+{
+    QHeaderView& header = *table.horizontalHeader();
+    const int wanted = static_cast<const QAbstractItemView&>(table).sizeHintForColumn(0) + 1;
+    header.setSectionResizeMode(0, QHeaderView::Interactive); // the others share the rest
+    header.resizeSection(0, std::min(wanted, header.width() / 2));
 }
 
 } // namespace console

@@ -26,5 +26,7 @@ void putOnTop(NameValueListDialog& dialog, QWidget& form);
 
 /// Sets up the table: columns share the width, alternating row colours, no row numbers; Tab leaves the table.
 void layTable(QTableWidget& table);
+/// Widens the first column to its texts, at most to half of the table. The user may change it.
+void fitNames(QTableWidget& table);
 
 } // namespace console
