@@ -31,6 +31,7 @@
 #include <QFile>
 #include <QJsonDocument>
 #include <QMouseEvent>
+#include <QStyleHints>
 #include <QTest>
 #include <QTimer>
 
@@ -232,6 +233,7 @@ class TestToolsCalm : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    void initTestCase();
     void staysSoundUnderRandomGestures_data();
     void staysSoundUnderRandomGestures();
     void leavesNothingBehind_data();
@@ -243,6 +245,12 @@ private Q_SLOTS:
     void badDataAndSizes();
     void damagedViewsNeverDoHarm();
 };
+
+/// A finger that rests opens the menu of the plot. Nothing closes it here.
+void TestToolsCalm::initTestCase()
+{
+    QGuiApplication::styleHints()->setMousePressAndHoldInterval(std::numeric_limits<int>::max());
+}
 
 void TestToolsCalm::staysSoundUnderRandomGestures_data()
 {
