@@ -208,6 +208,27 @@ private Q_SLOTS:
         QVERIFY(isCounted);
     }
 
+    /// The limits of earlier data do not widen the axis, although the new ones are known after the next paint only.
+    void theAxisFollowsTheDataWhileTheLimitsDo()
+    {
+        MapProbe map;
+        map.init("X", "Y", 101, 4, true, true);
+        new ColourLevels(&map);
+        ColourMaps::apply(map, QStringLiteral("greys"));
+        QList<double> row;
+        for (int i = 0; i <= 100; ++i)
+            row.append(0.03 * i);
+        for (int y = 0; y < 4; ++y)
+            map.setData(y, row, 3.0, false);
+        show(map);
+        const QImage strip = stripOf(map)->grab().toImage();
+        bool isCounted = false;
+        for (int y = stripOf(map)->fontMetrics().height(); y < stripOf(map)->height() / 4; ++y)
+            isCounted =
+                isCounted || tarnis::testing::colorAt(strip, QPoint(stripOf(map)->width() - 8, y)).lightness() > 240;
+        QVERIFY(isCounted);
+    }
+
     void draggingALineHoldsThatLimit()
     {
         MapProbe map;

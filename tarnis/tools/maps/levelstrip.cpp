@@ -83,8 +83,11 @@ AxisRange LevelStrip::levels() const
 
 void LevelStrip::showValues(const std::vector<double>& values, ScaleCurve curve)
 {
+    AxisRange shown = levels();
+    if (PlotAccess::colorBar(m_map).isAutoScale())
+        shown.max = shown.min; // the upper one is that of earlier data until the map is painted
     if (!isDragging())
-        m_axis = levelAxis(values, levels(), curve);
+        m_axis = levelAxis(values, shown, curve);
     m_steps = levelHistogram(values, m_axis, stepCount);
     update();
 }
@@ -172,13 +175,16 @@ void LevelStrip::paintHandle(QPainter& painter, double share, bool isCurrent) co
 {
     const QRect scale = scaleRect();
     const double y = rowOf(share);
+    const PlotStyling* const styling = stylingOf(&m_map);
+    const QColor ground = styling != nullptr ? styling->surround() : QColor(Qt::white);
+    const QColor ink = styling != nullptr ? styling->foreground() : QColor(Qt::black);
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(Qt::white, 3.0));
+    painter.setPen(QPen(ground, 3.0));
     painter.drawLine(QPointF(scale.left(), y), QPointF(scale.right(), y));
-    painter.setPen(QPen(Qt::black, 1.0));
+    painter.setPen(QPen(ink, 1.0));
     painter.drawLine(QPointF(scale.left(), y), QPointF(scale.right(), y));
-    painter.setBrush(isCurrent && hasFocus() ? QColor(0, 95, 184) : QColor(Qt::black));
+    painter.setBrush(isCurrent && hasFocus() ? QColor(0, 95, 184) : ink);
     painter.drawPolygon(
         QPolygonF { { scale.left() + 8.0, y }, { scale.left() - 1.0, y - 5.0 }, { scale.left() - 1.0, y + 5.0 } });
     painter.restore();
