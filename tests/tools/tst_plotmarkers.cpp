@@ -1,4 +1,5 @@
 // Markers: names, drags, keys, bins, live data, tables and stored views.
+#include "support/contrast.h"
 #include "support/pictures.h"
 #include "support/plothand.h"
 #include "support/randomcases.h"
@@ -10,6 +11,7 @@
 #include <tarnis/plots/vectorgraphwidget.h>
 #include <tarnis/plots/xy2dgraphwidget.h>
 #include <tarnis/tools/plotmarkers.h>
+#include <tarnis/tools/plotstyle.h>
 
 #include <QClipboard>
 #include <QGuiApplication>
@@ -72,6 +74,32 @@ private Q_SLOTS:
         while (markers.markers().size() < PlotMarkers::maxMarkers)
             QVERIFY(!markers.add({ 1, 1 }).isEmpty());
         QVERIFY(markers.add({ 1, 1 }).isEmpty());
+    }
+
+    void linesAreReadableOnEveryTheme_data()
+    {
+        QTest::addColumn<PlotStyle::Theme>("theme");
+        QTest::newRow("light") << PlotStyle::Theme::Light;
+        QTest::newRow("dark") << PlotStyle::Theme::Dark;
+        QTest::newRow("print") << PlotStyle::Theme::Print;
+        QTest::newRow("high contrast") << PlotStyle::Theme::HighContrast;
+    }
+    void linesAreReadableOnEveryTheme()
+    {
+        QFETCH(const PlotStyle::Theme, theme);
+        VectorGraphWidget plot;
+        fill(plot);
+        new PlotStyle(&plot, theme);
+        PlotMarkers markers(&plot);
+        markers.add({ 25, 0 });
+        plot.onShowGrid(); // off
+        showActive(plot);
+        // Between the label at the top and the curve: the line, and the background beside it.
+        const QImage picture = plot.grab().toImage();
+        const QPoint at = pixelOf(plot, 25, 6.5);
+        const QColor background = colorAt(picture, at + QPoint(8, 0));
+        QVERIFY(
+            hasPixel(picture, at, QSize(0, 0), [&](const QColor& found) { return contrast(found, background) > 3.0; }));
     }
 
     void snapsToBinsInsideOfTheData()

@@ -1,5 +1,8 @@
 #include "tarnis/tools/base/plotlabel_p.h"
 
+#include "tarnis/plots/plotstyling_p.h"
+#include "tarnis/plots/xygraphwidget.h"
+
 #include <QColor>
 #include <QFontMetrics>
 #include <QPainter>
@@ -76,9 +79,19 @@ QRect paintLabel(QPainter& painter, const QString& text, const QPoint& at, Qt::A
     return frame;
 }
 
+QColor colorOverData(const XYGraphWidget& plot, const QColor& onDark)
+{
+    constexpr int dark = 80; // at least 4.5:1 on white
+    const PlotStyling* const styling = stylingOf(&plot);
+    if (styling == nullptr || styling->lineOverData().lightness() > 127)
+        return onDark;
+    return QColor::fromHsl(std::max(onDark.hslHue(), 0), onDark.hslSaturation(), dark);
+}
+
 void paintLine(QPainter& painter, const QPointF& from, const QPointF& to, const QColor& color, bool dashed)
 {
-    painter.setPen(QPen(QColor(0, 0, 0, 140), 3.0));
+    constexpr int lightest = 110; // of the dark colours
+    painter.setPen(QPen(color.lightness() > lightest ? QColor(0, 0, 0, 140) : QColor(255, 255, 255, 160), 3.0));
     painter.drawLine(from, to);
     painter.setPen(QPen(color, 1.0, dashed ? Qt::DashLine : Qt::SolidLine));
     painter.drawLine(from, to);

@@ -11,6 +11,7 @@ class QColor;
 class QFontMetrics;
 class QPainter;
 QT_END_NAMESPACE
+class XYGraphWidget;
 
 namespace tarnis {
 
@@ -33,7 +34,11 @@ QSize labelSize(const QFontMetrics& metrics, const QString& text);
 /// That box: `alignment` names the corner or edge that is at `at`.
 QRect labelFrame(const QSize& size, const QPoint& at, Qt::Alignment alignment);
 
-/// Draws a line that is visible on light and on dark pixels.
+/// The colour of a tool's line over the data, given its colour on dark ones: a dark shade of it over the light
+/// background of a style.
+QColor colorOverData(const XYGraphWidget& plot, const QColor& onDark);
+
+/// Draws a line that is visible on light and on dark pixels: a light one has a dark border, a dark one a light border.
 void paintLine(QPainter& painter, const QPointF& from, const QPointF& to, const QColor& color, bool dashed = false);
 
 /// Clamps a coordinate to the range of a painter.

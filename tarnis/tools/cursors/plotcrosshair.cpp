@@ -211,8 +211,9 @@ void PlotCrosshair::paintOverlay(QPainter& painter, const PlotMapping& mapping)
     const double row = std::round(limitedCoordinate(mapping.rowOf(y)));
     painter.save();
     painter.setClipRect(rect);
-    paintLine(painter, { column, double(rect.top()) }, { column, double(rect.bottom()) }, lineColor, !m_isPinned);
-    paintLine(painter, { double(rect.left()), row }, { double(rect.right()), row }, lineColor, !m_isPinned);
+    const QColor color = colorOverData(*plot(), lineColor);
+    paintLine(painter, { column, double(rect.top()) }, { column, double(rect.bottom()) }, color, !m_isPinned);
+    paintLine(painter, { double(rect.left()), row }, { double(rect.right()), row }, color, !m_isPinned);
     painter.setRenderHint(QPainter::Antialiasing);
     for (const ReadOutValue& value : shown.values) {
         if (shown.isMap || !value.value || !std::isfinite(*value.value))

@@ -229,7 +229,7 @@ void PlotMarkers::paintMarker(QPainter& painter, const PlotMapping& mapping, int
         return;
     const QRect rect = mapping.frameRect();
     const double column = std::round(mapping.columnOf(position.x()));
-    const QColor color = index == m_selected ? selectedColor : markerColor;
+    const QColor color = colorOverData(*plot(), index == m_selected ? selectedColor : markerColor);
     painter.save();
     painter.setClipRect(rect);
     if (isMap()) {

@@ -320,12 +320,13 @@ void PlotRuler::paintOverlay(QPainter& painter, const PlotMapping& mapping)
     const QPointF b = pixelOf(snapped(mapping, m_to));
     painter.save();
     painter.setClipRect(rect);
-    paintLine(painter, a, { b.x(), a.y() }, rulerColor, true);
-    paintLine(painter, { b.x(), a.y() }, b, rulerColor, true);
-    paintLine(painter, a, b, rulerColor);
+    const QColor color = colorOverData(*plot(), rulerColor);
+    paintLine(painter, a, { b.x(), a.y() }, color, true);
+    paintLine(painter, { b.x(), a.y() }, b, color, true);
+    paintLine(painter, a, b, color);
     for (const QPointF& end : { a, b }) {
-        paintLine(painter, end - QPointF(endTick, 0.0), end + QPointF(endTick, 0.0), rulerColor);
-        paintLine(painter, end - QPointF(0.0, endTick), end + QPointF(0.0, endTick), rulerColor);
+        paintLine(painter, end - QPointF(endTick, 0.0), end + QPointF(endTick, 0.0), color);
+        paintLine(painter, end - QPointF(0.0, endTick), end + QPointF(0.0, endTick), color);
     }
     painter.restore();
     const auto paintEnd = [&](const QString& name, const QPointF& end) {
