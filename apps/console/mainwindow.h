@@ -81,6 +81,7 @@ protected:
     void checkStore();
     void onAlertAction(AlertAction action);
     void goOnLeaving();
+    QString lossWithServer() const;
     void unlessRunMatters(const std::function<void()>& action, const std::function<void()>& otherwise = {});
     void chooseServer();
     void startAgain();

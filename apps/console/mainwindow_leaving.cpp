@@ -2,6 +2,7 @@
 #include "mainwindow.h"
 
 #include "server/servercontroller.h"
+#include "server/statuspoller.h"
 #include "windows/openwindows.h"
 
 #include <QCloseEvent>
@@ -12,19 +13,32 @@
 
 namespace console {
 
+/// What the end of a local server would discard, as a text for the user; empty if nothing.
+QString MainWindow::lossWithServer() const
+{
+    if (m_controller->isRunAtStake())
+        return tr("A run is under way at %1. It ends with the server.").arg(m_controller->serverName());
+    if (!m_controller->isLocal() || m_controller->state() != ServerState::Up
+        || !m_stateWatch->unsavedData().wouldBeLost())
+        return {};
+    return tr("The %1 events of the last run were not saved. They are lost when %2 ends.")
+        .arg(QStringLiteral("%L1").arg(m_stateWatch->runStatus().events.value_or(0)), m_controller->serverName());
+}
+
 void MainWindow::unlessRunMatters(const std::function<void()>& action, const std::function<void()>& otherwise)
 {
-    if (!m_controller->isRunAtStake()) {
+    const QString loss = lossWithServer();
+    if (loss.isEmpty()) {
         action();
         return;
     }
     const QString name = QStringLiteral("runBox");
     if (findChild<QMessageBox*>(name))
         return; // asked already
-    auto* const box = new QMessageBox(QMessageBox::Warning, windowTitle(),
-        tr("A run is under way at %1. It ends with the server.").arg(m_controller->serverName()), QMessageBox::Cancel,
-        this);
-    const QAbstractButton* const end = box->addButton(tr("&End the Run"), QMessageBox::AcceptRole);
+    auto* const box = new QMessageBox(QMessageBox::Warning, windowTitle(), loss, QMessageBox::Cancel, this);
+    const QString agreement = m_controller->isRunAtStake() ? tr("&End the Run") : tr("&End Without Saving");
+    const QAbstractButton* const end = box->addButton(agreement, QMessageBox::AcceptRole);
+    box->setTextFormat(Qt::PlainText);
     box->setDefaultButton(QMessageBox::Cancel);
     box->setEscapeButton(QMessageBox::Cancel);
     box->setObjectName(name);
@@ -55,7 +69,7 @@ void MainWindow::closeEvent(QCloseEvent* event)
     remember();
     event->ignore();
     m_isAskingToSave = false; // set below if needed
-    if (!m_isRunGivenUp && m_controller->isRunAtStake()) {
+    if (!m_isRunGivenUp && !lossWithServer().isEmpty()) {
         unlessRunMatters([this] { leave(); });
         return;
     }

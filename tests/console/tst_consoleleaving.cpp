@@ -40,6 +40,13 @@ public:
         qFatal("nothing to end the run with");
     }
     void answerNo() { answer(*window, "runBox", QMessageBox::Cancel); }
+    bool knowsEvents()
+    {
+        return eventually([this] {
+            window->stateWatch().request();
+            return window->stateWatch().runStatus().events.value_or(0) > 0;
+        });
+    }
     bool isUp() const { return window->controller().state() == ServerState::Up; }
     /// Waits for the state Off and processes all pending events.
     bool isLeft()
@@ -131,6 +138,51 @@ private Q_SLOTS:
         acceptChoice(*dialog);
         fixture.answerYes();
         TRY_VERIFY(fixture.isUp() && !fixture.window->controller().isLocal());
+    }
+
+    void unsavedEventsAreNotLostWithoutAQuestion_data()
+    {
+        QTest::addColumn<QString>("action");
+        QTest::addColumn<ServerState>("afterwards");
+        QTest::newRow("Shut Down") << "shutDownAction" << ServerState::Off;
+        QTest::newRow("Restart") << "restartAction" << ServerState::Stopping;
+        QTest::newRow("Quit") << "quitAction" << ServerState::Off;
+    }
+    void unsavedEventsAreNotLostWithoutAQuestion()
+    {
+        QFETCH(QString, action);
+        QFETCH(ServerState, afterwards);
+        ScriptedServer server;
+        server.answer(
+            "stat", { Step::text("OK:\n--run\nstate: STOPPED\nrun: 1\nrun directory: none\nevents: 1234\n") });
+        LeavingConsole desk(server);
+        QVERIFY(desk.knowsEvents());
+        desk.choose(qPrintable(action));
+        QVERIFY(desk.question());
+        QVERIFY2(desk.question()->text().contains(QStringLiteral("1,234 events")), qPrintable(desk.question()->text()));
+        QCOMPARE(desk.question()->defaultButton(), desk.question()->button(QMessageBox::Cancel));
+        desk.answerNo();
+        TRY_VERIFY(!desk.question());
+        QVERIFY(desk.isUp());
+        QVERIFY(desk.window->isVisible());
+        desk.window->stateWatch().noteSaved();
+        desk.choose(qPrintable(action));
+        QVERIFY(!desk.question());
+        QVERIFY(desk.reaches(afterwards));
+        if (action == u"quitAction")
+            QVERIFY(desk.isLeft());
+    }
+
+    void eventsOfARemoteServerStayThere()
+    {
+        ScriptedServer server;
+        server.answer(
+            "stat", { Step::text("OK:\n--run\nstate: STOPPED\nrun: 1\nrun directory: none\nevents: 1234\n") });
+        ConsoleFixture desk(server);
+        desk.window->stateWatch().request();
+        TRY_COMPARE(desk.window->stateWatch().runStatus().events.value_or(0), 1234);
+        desk.choose("shutDownAction");
+        QVERIFY(desk.reaches(ServerState::Off));
     }
 
     void asksNothingWithoutARun()

@@ -2130,6 +2130,14 @@
         <source>Settings and addresses</source>
         <translation>Einstellungen und Adressen</translation>
     </message>
+    <message>
+        <source>The %1 events of the last run were not saved. They are lost when %2 ends.</source>
+        <translation>Die %1 Ereignisse des letzten Laufs wurden nicht gesichert. Sie gehen verloren, wenn %2 endet.</translation>
+    </message>
+    <message>
+        <source>&amp;End Without Saving</source>
+        <translation>Ohne Sichern b&amp;eenden</translation>
+    </message>
 </context>
 <context>
     <name>console::ModuleAnswers</name>
