@@ -47,6 +47,9 @@ Reply replyOf(const QByteArray& data, const QString& binaryText)
     if (isRefused) {
         reply.outcome = Reply::Outcome::Refused;
         reply.reason = reply.text().mid(refusalMark.size()).trimmed();
+        // Receivers take an empty reason for success.
+        if (reply.reason.isEmpty())
+            reply.reason = Client::tr("The server refused the request without a reason.");
     }
     return reply;
 }

@@ -1,5 +1,6 @@
 #include "tarnis/client/histogramreply.h"
 
+#include "tarnis/client/client_p.h"
 #include "tarnis/client/histogramwire_p.h"
 
 #include <QCoreApplication>
@@ -71,7 +72,7 @@ bool Parser::fail(Error error, qsizetype position, const QString& reason)
 HistogramReply Parser::parse()
 {
     if (m_reply.text.startsWith(QLatin1String("NG:")))
-        fail(Error::Refused, 0, m_reply.text.mid(3).trimmed());
+        fail(Error::Refused, 0, replyOf({}, m_reply.text).reason);
     else if (checkPayload()) {
         const bool isRead = m_format.kind == Kind::Rows ? parseRows()
             : m_format.kind == Kind::Pairs              ? parsePairs()

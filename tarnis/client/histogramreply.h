@@ -70,7 +70,7 @@ struct TARNIS_EXPORT HistogramReply {
 
     Error error = Error::None; ///< see Error; rows is empty with any other than None
     qsizetype position = 0; ///< position of the error
-    QString reason; ///< reason of the error, as a text for users
+    QString reason; ///< reason of the error, as a plain text for users; of Refused the server's own, see Reply
 
     /// True if rows holds the histogram.
     bool isOk() const { return error == Error::None; }

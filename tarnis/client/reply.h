@@ -27,7 +27,9 @@ struct TARNIS_EXPORT Reply {
     Outcome outcome = Outcome::Failed; ///< how the request ended
     QByteArray data; ///< the text as the server sent it, without the prompt; or the payload of a binary reply
     QString binaryText; ///< the text after a binary reply's payload; null for a text reply
-    QString reason; ///< why it was not Replied, as a text for users; empty for Replied
+    /// Why it was not Replied, as a plain text for users, never empty then; empty for Replied. That of a refusal is the
+    /// server's own text, of any length and with any characters: show it as plain text.
+    QString reason;
     qint64 announced = 0; ///< payload bytes that a binary reply announced; a negative number counted as 0
     std::chrono::nanoseconds elapsed {}; ///< from the call of request() to the end, including the time in the queue
 

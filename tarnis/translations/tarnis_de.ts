@@ -1036,6 +1036,10 @@
         <source>The keep-alive command must be one line of text.</source>
         <translation>Der Befehl, der die Verbindung prüft, muss eine Textzeile sein.</translation>
     </message>
+    <message>
+        <source>The server refused the request without a reason.</source>
+        <translation>Der Server hat die Anfrage ohne Angabe eines Grundes abgelehnt.</translation>
+    </message>
 </context>
 <context>
     <name>tarnis::ColourLevels</name>

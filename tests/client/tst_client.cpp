@@ -245,6 +245,26 @@ private Q_SLOTS:
         QCOMPARE(endOf(client->requestBinary("badhist")).reason, QStringLiteral("no histogram"));
     }
 
+    // Every outcome but Replied has a text for users.
+    void rejectionsHaveAReason_data()
+    {
+        QTest::addColumn<Step>("reply");
+        QTest::newRow("text") << Step::text("NG: \n");
+        QTest::newRow("binary") << Step::binary("", "NG:\n");
+        QTest::newRow("text for a binary reply") << Step::text("NG:");
+    }
+    void rejectionsHaveAReason()
+    {
+        QFETCH(Step, reply);
+        ScriptedServer server;
+        server.answer("bad", { reply });
+        const auto client = connectedTo(server);
+        const bool isText = QByteArray(QTest::currentDataTag()) == "text";
+        const Reply end = endOf(client->request("bad", isText ? RequestOptions() : binary()));
+        QCOMPARE(end.outcome, Outcome::Refused);
+        QCOMPARE(end.reason, QStringLiteral("The server refused the request without a reason."));
+    }
+
     void failsWithoutConnection()
     {
         Client client(once());
