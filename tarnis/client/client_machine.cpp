@@ -419,7 +419,9 @@ void Client::Private::announce()
         return;
     announcedState = state;
     announcedReason = reason;
-    Q_EMIT q.stateChanged(announcedState, announcedReason);
+    // A copy: a receiver may delete the client or change its reason, and use the argument afterwards.
+    const QString given = reason;
+    Q_EMIT q.stateChanged(announcedState, given);
 }
 
 } // namespace tarnis

@@ -344,7 +344,8 @@ void Server::Private::onStatistics(const Reply& reply)
     TarnisCmd::makeNameValueMap(reply.text().split(QLatin1Char('\n')), statistics);
     const RunState newState = runStateOf(statistics);
     const QPointer<Server> alive(&q);
-    Q_EMIT q.statisticsChanged(statistics);
+    const QMap<QString, QString> given = statistics; // a receiver may delete the server
+    Q_EMIT q.statisticsChanged(given);
     if (alive && state == State::Connected)
         setRunState(newState);
 }
@@ -363,7 +364,9 @@ void Server::Private::announce()
         return;
     announcedState = state;
     announcedReason = reason;
-    Q_EMIT q.stateChanged(announcedState, announcedReason);
+    // A copy: a receiver may delete the server or begin a step, and use the argument afterwards.
+    const QString given = reason;
+    Q_EMIT q.stateChanged(announcedState, given);
 }
 
 } // namespace tarnis

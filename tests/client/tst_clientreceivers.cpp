@@ -166,6 +166,35 @@ private Q_SLOTS:
         QCOMPARE(server.requests(), QList<QByteArray>({ "bad", "third" }));
     }
 
+    // The arguments of a signal are those of its emission, whatever a receiver does.
+    void deleteTheClientAndUseTheReason()
+    {
+        auto client = std::make_unique<Client>(quickClient());
+        QString used;
+        connect(client.get(), &Client::stateChanged, this, [&](State, const QString& reason) {
+            client.reset();
+            used = reason;
+        });
+        client->connectTo("localhost", 0);
+        QVERIFY(!client);
+        QCOMPARE(used, QStringLiteral("The port must be from 1 to 65535."));
+    }
+    void connectAgainAndUseTheReason()
+    {
+        ScriptedServer server;
+        Client client(quickClient());
+        QStringList used;
+        connect(&client, &Client::stateChanged, this, [&](State state, const QString& reason) {
+            if (state != State::Failed)
+                return;
+            client.connectTo(server.host(), server.port());
+            used.append(reason);
+        });
+        client.connectTo("localhost", 0);
+        QCOMPARE(used, QStringList({ "The port must be from 1 to 65535." }));
+        QVERIFY(eventually([&] { return client.isConnected(); }));
+    }
+
     void continuationsOfTheDestructorDoNotConnect()
     {
         ScriptedServer server;

@@ -357,6 +357,30 @@ private Q_SLOTS:
         QVERIFY(step.isFinished());
     }
 
+    // A receiver restarts first and uses the arguments then.
+    void restartedInItsSignal()
+    {
+        ScriptedServer socket;
+        socket.answer("stat", { Step::text("OK:\nstate: RUNNING\n") });
+        auto server = std::make_unique<Server>(quick());
+        QStringList reasons;
+        connect(server.get(), &Server::stateChanged, this, [&](State state, const QString& reason) {
+            if (state != State::Failed)
+                return;
+            server->connectTo(socket.host(), socket.port());
+            reasons.append(reason);
+        });
+        QMap<QString, QString> used;
+        connect(server.get(), &Server::statisticsChanged, this, [&](const QMap<QString, QString>& statistics) {
+            server.reset();
+            used = statistics;
+        });
+        server->connectTo("localhost", 0);
+        QCOMPARE(reasons, QStringList({ "The port must be from 1 to 65535." }));
+        QVERIFY(eventually([&] { return !server; }));
+        QCOMPARE(used.value("state"), QStringLiteral("RUNNING"));
+    }
+
     void acceptsAnyTimes_data()
     {
         QTest::addColumn<std::chrono::milliseconds>("time");
