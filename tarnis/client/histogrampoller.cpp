@@ -8,6 +8,8 @@
 
 #include <algorithm>
 #include <mutex>
+#include <set>
+#include <utility>
 #include <vector>
 
 namespace tarnis {
@@ -22,6 +24,39 @@ milliseconds since(Clock::time_point moment)
     return std::chrono::duration_cast<milliseconds>(Clock::now() - moment);
 }
 
+/// A poller and the intervals that its viewers have requested.
+struct SharedPoller {
+    HistogramPoller poller;
+    std::multiset<milliseconds> intervals = {};
+};
+
+/// One caller of HistogramPoller::shared(). The poller follows the shortest interval of those that exist.
+class Viewer {
+public:
+    Viewer(std::shared_ptr<SharedPoller> shared, milliseconds interval)
+        : m_shared(std::move(shared))
+        , m_interval(m_shared->intervals.insert(interval))
+    {
+        if (m_interval == m_shared->intervals.begin())
+            m_shared->poller.setInterval(interval);
+    }
+    ~Viewer()
+    {
+        auto& intervals = m_shared->intervals;
+        const milliseconds former = *intervals.begin();
+        intervals.erase(m_interval);
+        if (!intervals.empty() && *intervals.begin() != former)
+            m_shared->poller.setInterval(*intervals.begin());
+    }
+    Q_DISABLE_COPY_MOVE(Viewer)
+
+    HistogramPoller& poller() const { return m_shared->poller; }
+
+private:
+    std::shared_ptr<SharedPoller> m_shared;
+    std::multiset<milliseconds>::iterator m_interval;
+};
+
 /// The shared pollers of a client, as its child.
 class PollerRegistry : public QObject {
 public:
@@ -29,7 +64,7 @@ public:
     struct Entry {
         QString command;
         HistogramFormat format;
-        std::weak_ptr<HistogramPoller> poller;
+        std::weak_ptr<SharedPoller> poller;
     };
     std::vector<Entry> entries;
 
@@ -196,19 +231,19 @@ std::shared_ptr<HistogramPoller> HistogramPoller::shared(
 {
     auto& entries = PollerRegistry::of(client).entries;
     std::erase_if(entries, [](const auto& entry) { return entry.poller.expired(); });
-    for (const auto& entry : entries) {
-        if (entry.command != command || !(entry.format == format))
-            continue;
-        std::shared_ptr<HistogramPoller> poller = entry.poller.lock();
-        if (options.interval < poller->interval())
-            poller->setInterval(options.interval);
-        poller->start();
-        return poller;
+    const auto entry =
+        std::ranges::find_if(entries, [&](const auto& one) { return one.command == command && one.format == format; });
+    std::shared_ptr<SharedPoller> polls;
+    if (entry != entries.end()) {
+        polls = entry->poller.lock();
+    } else {
+        polls.reset(new SharedPoller { HistogramPoller(client, command, format, options) });
+        entries.push_back({ command, format, polls });
     }
-    auto poller = std::make_shared<HistogramPoller>(client, command, format, options);
-    entries.push_back({ command, format, poller });
-    poller->start();
-    return poller;
+    const auto viewer = std::make_shared<Viewer>(std::move(polls), options.interval);
+    viewer->poller().start();
+    // Points to the poller, and counts the viewer.
+    return { viewer, &viewer->poller() };
 }
 
 void HistogramPoller::start()

@@ -42,8 +42,8 @@ public:
 
     /// The running poller of this command and format on this client, which all callers share: many viewers of one
     /// histogram cost one poll. It ends with the last pointer: a viewer that is done lets go of its pointer. stop()
-    /// ends the polls of all viewers, until the next call of shared() or start(). A shorter interval than the present
-    /// one is adopted, other options are those of the first caller.
+    /// ends the polls of all viewers, until the next call of shared() or start(). The interval is the shortest of the
+    /// present viewers'; setInterval() replaces it until that changes. Other options are those of the first caller.
     static std::shared_ptr<HistogramPoller> shared(
         Client& client, const QString& command, const HistogramFormat& format, const PollOptions& options = {});
 

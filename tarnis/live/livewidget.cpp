@@ -13,6 +13,7 @@
 #include <QEvent>
 #include <QLocale>
 #include <QPointer>
+#include <QTimer>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -34,6 +35,7 @@ public:
     Private(LiveWidget& widget, XYGraphWidget* graph);
     void restart();
     void follow();
+    void startAge(milliseconds age);
     void unfollow();
     void onUpdated(const HistogramReply& histogram);
     void setFailure(const QString& why);
@@ -56,6 +58,7 @@ public:
     PollOptions options;
     bool isPaused = false;
     std::shared_ptr<HistogramPoller> poller;
+    QTimer staleTimer;
 
     HistogramReply last;
     QDateTime lastTime; ///< invalid without data on the plot
@@ -77,14 +80,21 @@ LiveWidget::Private::Private(LiveWidget& widget, XYGraphWidget* graph)
     layout->addItem(new PlotLayoutItem(plot));
     layout->setStretch(0, 1);
     layout->addWidget(status);
+    staleTimer.setSingleShot(true);
+    connect(&staleTimer, &QTimer::timeout, &q, [this] {
+        isStale = true;
+        renewStatus();
+    });
 }
 
 void LiveWidget::Private::restart()
 {
+    const QPointer<LiveWidget> guard(&q);
     unfollow();
     if (q.isVisible())
         follow();
-    renewStatus();
+    if (guard)
+        renewStatus();
 }
 
 void LiveWidget::Private::follow()
@@ -92,16 +102,25 @@ void LiveWidget::Private::follow()
     if (poller || isPaused || !client || command.isEmpty())
         return;
     poller = HistogramPoller::shared(*client, command, q.format(), options);
-    connect(
-        poller.get(), &HistogramPoller::updated, &q, [this](const HistogramReply& histogram) { onUpdated(histogram); });
-    connect(poller.get(), &HistogramPoller::failed, &q, [this](const QString& reason) { setFailure(reason); });
-    connect(poller.get(), &HistogramPoller::stale, &q, [this] {
-        isStale = true;
-        renewStatus();
+    connect(poller.get(), &HistogramPoller::updated, &q, [this](const HistogramReply& histogram) {
+        startAge(milliseconds(0));
+        onUpdated(histogram);
     });
+    connect(poller.get(), &HistogramPoller::failed, &q, [this](const QString& reason) { setFailure(reason); });
+    // The age counts for this widget alone: the poller has the options of its first viewer.
+    startAge(milliseconds(0));
     // The poller may already have data from another widget.
-    if (!poller->last().rows.isEmpty())
-        onUpdated(poller->last());
+    if (const HistogramReply shared = poller->last(); !shared.rows.isEmpty()) {
+        startAge(poller->age());
+        onUpdated(shared);
+    }
+}
+
+/// Data of this age become stale when they are older than allowed.
+void LiveWidget::Private::startAge(milliseconds age)
+{
+    if (options.staleAfter > milliseconds(0))
+        staleTimer.start(std::max(options.staleAfter - age, milliseconds(0)));
 }
 
 void LiveWidget::Private::unfollow()
@@ -109,6 +128,7 @@ void LiveWidget::Private::unfollow()
     if (poller)
         poller->disconnect(&q);
     poller.reset();
+    staleTimer.stop();
     isFresh = false;
     isStale = false;
     failure.clear();

@@ -5,6 +5,7 @@
 
 #include <tarnis/client/histogrampoller.h>
 
+#include <QPointer>
 #include <QSignalSpy>
 #include <QTest>
 #include <QThreadPool>
@@ -108,14 +109,56 @@ private Q_SLOTS:
         QVERIFY(first != HistogramPoller::shared(client, "other", {}));
         QSignalSpy one(first.get(), &HistogramPoller::updated);
         QVERIFY(server.waitForHold("gate"));
-        second.reset();
         server.open("gate");
         QVERIFY(eventually([&] { return one.size() > 1; }));
-        const std::weak_ptr<HistogramPoller> watched = first;
+        const QPointer<HistogramPoller> watched(first.get());
         // Also in its own signal.
-        connect(first.get(), &HistogramPoller::updated, this, [&] { first.reset(); });
-        QVERIFY(eventually([&] { return watched.expired(); }));
+        connect(first.get(), &HistogramPoller::updated, this, [&] {
+            first.reset();
+            second.reset();
+        });
+        QVERIFY(eventually([&] { return !watched; }));
         QVERIFY(HistogramPoller::shared(client, "hist", {}, slow)->last().rows.isEmpty());
+    }
+
+    void pollsAtTheShortestIntervalOfItsViewers()
+    {
+        Client client(quickClient());
+        const auto every = [&](std::chrono::milliseconds interval) {
+            PollOptions options;
+            options.interval = interval;
+            return HistogramPoller::shared(client, "hist", {}, options);
+        };
+        auto slow = every(1h);
+        auto quick = every(10ms);
+        auto second = every(1s);
+        QCOMPARE(slow->interval(), 10ms);
+        second = every(2s); // a viewer of another interval replaces that of 1 s
+        QCOMPARE(slow->interval(), 10ms);
+        quick.reset();
+        QCOMPARE(slow->interval(), 2s);
+        slow->setInterval(5s); // until the viewers change
+        auto slower = every(2h);
+        QCOMPARE(slow->interval(), 5s);
+        second.reset();
+        QCOMPARE(slow->interval(), 1h);
+        slow.reset();
+        QCOMPARE(slower->interval(), 2h);
+        QVERIFY(slower->isRunning());
+    }
+
+    void reportsARefusalWithoutAReason()
+    {
+        ScriptedServer server;
+        server.answer("hist", { Step::binary("", "NG:\n") });
+        Client client(quickClient());
+        client.connectTo(server.host(), server.port());
+        HistogramPoller poller(client, "hist", {}, fast());
+        QSignalSpy failed(&poller, &HistogramPoller::failed);
+        poller.start();
+        QVERIFY(eventually([&] { return !failed.isEmpty(); }));
+        QVERIFY(!failed.first().first().toString().isEmpty());
+        QVERIFY(!HistogramReply::parse({}, "NG:", {}).reason.isEmpty());
     }
 
     void stopEndsThePollsOfAllViewers()

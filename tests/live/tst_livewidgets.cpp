@@ -234,6 +234,43 @@ private Q_SLOTS:
         QVERIFY(line(widget).startsWith("No new data: the server is late."));
     }
 
+    void widgetsOfOneHistogramHaveTimesOfTheirOwn()
+    {
+        Connection connection;
+        connection.server.answerInTurn("hist", { { Step::doubles({ 1, 2 }, axis) }, { Step::silence() } });
+        LivePlot patient;
+        patient.setStaleAfter(0);
+        follow(patient, connection);
+        QVERIFY(eventually([&] { return patient.state() == State::Current; }));
+        LivePlot strict;
+        strict.setStaleAfter(10);
+        follow(strict, connection);
+        QVERIFY(eventually([&] { return strict.state() == State::Stale; }));
+        QCOMPARE(patient.state(), State::Current);
+        // A longer interval is used once both have it.
+        const auto shared =
+            HistogramPoller::shared(*connection.client, "hist", strict.format(), { .interval = std::chrono::hours(2) });
+        patient.setInterval(3600000);
+        QCOMPARE(shared->interval(), 1ms);
+        strict.setInterval(3600000);
+        QCOMPARE(shared->interval(), 1h);
+    }
+
+    void mayBeDeletedWithTheDataOfAnother()
+    {
+        Connection connection;
+        connection.server.answer("hist", { Step::doubles({ 1, 2 }, axis) });
+        LivePlot first;
+        follow(first, connection);
+        QVERIFY(eventually([&] { return first.state() == State::Current; }));
+        auto second = std::make_unique<LivePlot>();
+        second->setCommand("hist");
+        second->show();
+        connect(second.get(), &LiveWidget::updated, this, [&] { second.reset(); });
+        second->setClient(connection.client.get()); // has the data of the first at once
+        QVERIFY(!second);
+    }
+
     void pollsOnlyWhileItIsVisible()
     {
         Connection connection;
