@@ -101,8 +101,8 @@ private:
         m_button->setEnabled(false);
         m_text->setText("Starting the server again.");
         if (m_window)
-            m_window->close(); // its session has ended: a new window gets a new one In IDLE a shutdown does nothing:
-                               // sessions of the lost server would be used for the next one.
+            m_window->close(); // its session has ended: a new window gets a new one
+        // In IDLE a shutdown does nothing: sessions of the lost server would be used for the next one.
         if (m_status == Tarnis::IDLE)
             m_server.SetStatus(Tarnis::SERVER_ERROR);
         m_server.Shutdown(); // IDLE follows when the server has ended

@@ -22,6 +22,7 @@ public:
         layout->addWidget(plot, 1);
         layout->addWidget(m_text);
         layout->addWidget(m_button);
+        m_text->setTextFormat(Qt::PlainText); // a reason may quote the server
         m_text->setWordWrap(true);
         m_button->setEnabled(false);
         resize(600, 400);
