@@ -13,6 +13,7 @@
 #include <tarnis/tools/lineprofile.h>
 #include <tarnis/tools/plotcrosshair.h>
 #include <tarnis/tools/plotevents.h>
+#include <tarnis/tools/plotkeyboard.h>
 #include <tarnis/tools/plotlegend.h>
 #include <tarnis/tools/plotmarkers.h>
 #include <tarnis/tools/plotnavigator.h>
@@ -96,9 +97,9 @@ void Window::addPlot(XYGraphWidget& plot, const QString& nameY, double maxY)
     layout()->addWidget(&plot);
     plot.setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
     plot.setMinimumHeight(200);
-
     new tarnis::PlotStyle(&plot);
     new tarnis::PlotNavigator(&plot);
+    new tarnis::PlotKeyboard(&plot);
     new tarnis::PlotCrosshair(&plot);
     new tarnis::PlotMarkers(&plot);
     new tarnis::PlotRuler(&plot);
