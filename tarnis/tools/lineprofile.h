@@ -50,7 +50,7 @@ public:
     Join join() const; ///< see Join
     QList<double> values() const; ///< values of the steps from the start; NaN outside of the map; empty without a line
     /// The plot of the profile: a separate window beside the map, shown while the tool is on. A host may add it to a
-    /// layout. Null without a map.
+    /// layout. It gets the theme of the map's PlotStyle, unless it has a style. Null without a map.
     VectorGraphWidget* profilePlot() const;
 
     QList<QAction*> actions() const override;

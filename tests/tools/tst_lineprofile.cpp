@@ -10,6 +10,7 @@
 #include <tarnis/plots/vectorgraphwidget.h>
 #include <tarnis/plots/xy2dgraphwidget.h>
 #include <tarnis/tools/lineprofile.h>
+#include <tarnis/tools/plotstyle.h>
 
 #include <QJsonArray>
 #include <QJsonObject>
@@ -46,6 +47,31 @@ class TestLineProfile : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    void theProfileFollowsTheStyleOfTheMap()
+    {
+        XY2DGraphWidget map;
+        map.init("X", "Y", 10, 10, true, true);
+        for (int row = 0; row < 10; ++row)
+            map.setData(row, QList<double>(10, row), row, false);
+        LineProfile profile(&map);
+        const auto styleOf = [&] {
+            return profile.profilePlot()->findChild<PlotStyle*>(QString(), Qt::FindDirectChildrenOnly);
+        };
+        profile.setLine({ 1, 1 }, { 8, 8 });
+        profile.setOn(true);
+        QVERIFY(styleOf() == nullptr); // the map has the classic look
+        profile.setOn(false);
+        auto* const style = new PlotStyle(&map, PlotStyle::Theme::Dark);
+        profile.setOn(true);
+        QVERIFY(styleOf() != nullptr);
+        QCOMPARE(styleOf()->theme(), PlotStyle::Theme::Dark);
+        style->setTheme(PlotStyle::Theme::Print);
+        QCOMPARE(styleOf()->theme(), PlotStyle::Theme::Print);
+        delete style;
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QVERIFY(styleOf() == nullptr);
+    }
+
     void readsTheBinsAlongTheLine()
     {
         XY2DGraphWidget map;

@@ -4,6 +4,7 @@
 #include "tarnis/tools/base/plotlabel_p.h"
 #include "tarnis/tools/base/plotplaces_p.h"
 #include "tarnis/tools/maps/lineprofile_p.h"
+#include "tarnis/tools/plotstyle.h"
 
 #include <QPainter>
 
@@ -34,6 +35,27 @@ LineProfile::~LineProfile()
 {
     delete m_plot.data();
 }
+
+namespace {
+
+PlotStyle* styleOf(const XYGraphWidget& plot)
+{
+    return plot.findChild<PlotStyle*>(QString(), Qt::FindDirectChildrenOnly);
+}
+
+/// Gives the profile the theme of its map, unless the host has chosen one.
+void followStyle(const XYGraphWidget& map, XYGraphWidget& profile)
+{
+    const PlotStyle* const followed = styleOf(map);
+    if (followed == nullptr || styleOf(profile) != nullptr)
+        return;
+    auto* const style = new PlotStyle(&profile, followed->theme());
+    QObject::connect(
+        followed, &PlotStyle::styleChanged, style, [followed, style] { style->setTheme(followed->theme()); });
+    QObject::connect(followed, &QObject::destroyed, style, &QObject::deleteLater);
+}
+
+} // namespace
 
 XY2DGraphWidget* LineProfile::map() const
 {
@@ -114,6 +136,8 @@ void LineProfile::setOn(bool on)
     }
     if (self.isNull())
         return;
+    if (m_plot != nullptr && on)
+        followStyle(*plot(), *m_plot);
     if (m_plot != nullptr && (m_plot->isWindow() || !on))
         m_plot->setVisible(on && plot()->isVisible());
     Q_EMIT onChanged(on);
