@@ -73,6 +73,7 @@ bool solveSymmetric(const std::vector<double>& a, const std::vector<char>& held,
 {
     const std::size_t all = held.size();
     std::vector<std::size_t> free;
+    free.reserve(all);
     for (std::size_t j = 0; j < all; ++j) {
         if (!held[j])
             free.push_back(j);

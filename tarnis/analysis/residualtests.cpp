@@ -61,6 +61,8 @@ ScoreTest::ScoreTest(FitProblem& problem, const FitResult& result)
     }
     const std::size_t n = result.parameters.size();
     m_columns.reserve(n * bins);
+    m_weighted.reserve(bins);
+    m_free.reserve(n);
     for (std::size_t k = 0; k < n && isEfficient(result); ++k) {
         if (!(result.covariance[k * n + k] > 0.0))
             continue;
@@ -119,6 +121,7 @@ void testPeaks(
     const auto step = static_cast<std::size_t>(std::max(1.0, std::floor(0.75 * sigma / width)));
     const auto half = static_cast<std::size_t>(std::ceil(reach * sigma / width));
     std::vector<double> kernel;
+    kernel.reserve(2 * half + 1);
     for (std::size_t i = 0; i <= 2 * half && isEven; ++i) {
         const double z = (static_cast<double>(i) - static_cast<double>(half)) * width / sigma;
         kernel.push_back(std::exp(-0.5 * z * z));

@@ -71,19 +71,10 @@ std::optional<int> Fit::linearise()
 void Fit::factorise()
 {
     const int m = m_problem.m;
-    qrfac(m, m_nfree, m_fjac.get(), m_ipvt, m_rdiag, m_acnorm, m_wa3);
     std::copy_n(m_fvec, m, m_wa4);
+    qrfac(m, m_nfree, m_fjac.get(), m_ipvt, m_rdiag, m_acnorm, m_wa3, m_wa4);
     for (int j = 0; j < m_nfree; ++j) {
-        double* c = column(j);
-        if (c[j] != 0.0) {
-            double sum = 0.0;
-            for (int i = j; i < m; ++i)
-                sum += c[i] * m_wa4[i];
-            const double temp = -sum / c[j];
-            for (int i = j; i < m; ++i)
-                m_wa4[i] += c[i] * temp;
-        }
-        c[j] = m_rdiag[j];
+        column(j)[j] = m_rdiag[j];
         m_qtf[j] = m_wa4[j];
     }
 }

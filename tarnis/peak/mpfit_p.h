@@ -19,8 +19,8 @@ double enorm(int n, const double* x);
 
 /// Householder QR factorisation of the m x n matrix a with column pivoting, a * P = Q * R. Leaves the strict upper
 /// triangle of R above a's diagonal and the Householder vectors from the diagonal on. ipvt: columns of P; rdiag:
-/// diagonal of R; acnorm: norms of a's columns; wa: n doubles of scratch.
-void qrfac(int m, int n, double* a, int* ipvt, double* rdiag, double* acnorm, double* wa);
+/// diagonal of R; acnorm: norms of a's columns; wa: n doubles of scratch; rhs: m doubles that become Q' rhs, or null.
+void qrfac(int m, int n, double* a, int* ipvt, double* rdiag, double* acnorm, double* wa, double* rhs = nullptr);
 
 /// Least-squares solution x of R * P'x = qtb, diag * x = 0, for the upper triangle r of qrfac. Restores r's upper
 /// triangle and diagonal; sdiag receives the diagonal of the triangle of the whole system.

@@ -20,33 +20,35 @@ void exchangeColumns(int m, double* a, int j, int kmax, int* ipvt, double* rdiag
     std::swap(ipvt[j], ipvt[kmax]);
 }
 
-// Applies the Householder vector v (length from v[0] on, v[0] >= 1) to `count` columns from c on, which are ldc apart.
-// The sums of one column wait for each other, so those of several columns are computed side by side. The order of the
-// additions in each is that of one column alone.
-template <int count> void reflect(int length, const double* v, double* c, int ldc)
+// Applies the Householder vector v (length from v[0] on, v[0] >= 1) to columns. The sums of one column wait for each
+// other, so those of several columns are computed side by side. The order of the additions in each is that of one
+// column alone.
+template <std::size_t count> void reflect(int length, const double* v, const std::array<double*, count>& columns)
 {
-    std::array<double, std::size_t(count)> sums {};
+    std::array<double, count> sums {};
     for (int i = 0; i < length; ++i) {
-        for (int k = 0; k < count; ++k)
-            sums[std::size_t(k)] += v[i] * c[std::ptrdiff_t(ldc) * k + i];
+        for (std::size_t k = 0; k < count; ++k)
+            sums[k] += v[i] * columns[k][i];
     }
-    for (int k = 0; k < count; ++k, c += ldc) {
-        const double temp = sums[std::size_t(k)] / v[0];
+    for (std::size_t k = 0; k < count; ++k) {
+        const double temp = sums[k] / v[0];
         for (int i = 0; i < length; ++i)
-            c[i] -= temp * v[i];
+            columns[k][i] -= temp * v[i];
     }
 }
 
-void reflectAll(int length, const double* v, double* c, int ldc, int count)
+// Applies v to the columns `first` to `count` - 1 that columnAt() returns.
+template <typename ColumnAt> void reflectAll(int length, const double* v, int first, int count, ColumnAt columnAt)
 {
-    for (; count >= 4; count -= 4, c += 4 * std::ptrdiff_t(ldc))
-        reflect<4>(length, v, c, ldc);
-    if (count == 3)
-        reflect<3>(length, v, c, ldc);
-    else if (count == 2)
-        reflect<2>(length, v, c, ldc);
-    else if (count == 1)
-        reflect<1>(length, v, c, ldc);
+    int k = first;
+    for (; k + 3 < count; k += 4)
+        reflect<4>(length, v, { columnAt(k), columnAt(k + 1), columnAt(k + 2), columnAt(k + 3) });
+    if (k + 2 < count)
+        reflect<3>(length, v, { columnAt(k), columnAt(k + 1), columnAt(k + 2) });
+    else if (k + 1 < count)
+        reflect<2>(length, v, { columnAt(k), columnAt(k + 1) });
+    else if (k < count)
+        reflect<1>(length, v, { columnAt(k) });
 }
 
 // Norm of the remaining part of a column below its new first element; recomputed if cancellation is too large.
@@ -120,7 +122,7 @@ void solveTriangle(int n, const double* r, int ldr, const double* sdiag, double*
 
 } // namespace
 
-void qrfac(int m, int n, double* a, int* ipvt, double* rdiag, double* acnorm, double* wa)
+void qrfac(int m, int n, double* a, int* ipvt, double* rdiag, double* acnorm, double* wa, double* rhs)
 {
     for (int j = 0; j < n; ++j) {
         acnorm[j] = enorm(m, a + std::ptrdiff_t(m) * j);
@@ -145,7 +147,8 @@ void qrfac(int m, int n, double* a, int* ipvt, double* rdiag, double* acnorm, do
             for (int i = 0; i < m - j; ++i)
                 v[i] /= ajnorm;
             v[0] += 1.0;
-            reflectAll(m - j, v, v + m, m, n - j - 1);
+            reflectAll(m - j, v, j + 1, n + (rhs ? 1 : 0),
+                [&](int k) { return k < n ? a + std::ptrdiff_t(m) * k + j : rhs + j; });
             for (int k = j + 1; k < n; ++k)
                 updateNorm(m - j, a + std::ptrdiff_t(m) * k + j, rdiag[k], wa[k]);
         }
