@@ -169,7 +169,8 @@ void FitPanel::showControls()
 void FitPanel::showMessage(const QString& text, bool isGood)
 {
     QLabel& label = *m_data->controls.message;
-    label.setText(text);
+    if (label.text() != text)
+        label.setText(text);
     label.setVisible(!text.isEmpty());
     QFont font = label.font();
     font.setBold(!isGood);

@@ -16,6 +16,7 @@
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
+#include <algorithm>
 #include <array>
 
 namespace tarnis {
@@ -171,8 +172,13 @@ void FitControls::buildPages(QWidget& panel, FitParameterModel& model)
     QObject::connect(&model, &QAbstractItemModel::modelReset, table, &QTableView::resizeColumnsToContents);
     // A fit turns the guess into longer texts without new rows. The column does not get narrower, because each change
     // of its width paints the whole table again.
-    QObject::connect(&model, &QAbstractItemModel::dataChanged, table, [&view = *table] {
-        const int needed = static_cast<QAbstractItemView&>(view).sizeHintForColumn(FitParameterModel::Value);
+    QObject::connect(&model, &QAbstractItemModel::dataChanged, table, [&view = *table, &model] {
+        const QFontMetrics metrics = view.fontMetrics();
+        int needed = 0;
+        for (int row = 0; row < model.rowCount(); ++row)
+            needed = std::max(
+                needed, metrics.horizontalAdvance(model.index(row, FitParameterModel::Value).data().toString()));
+        needed += 2 * metrics.averageCharWidth();
         if (needed > view.columnWidth(FitParameterModel::Value))
             view.setColumnWidth(FitParameterModel::Value, needed);
     });

@@ -5,9 +5,11 @@
 #include "tarnis/tools/base/plotlabel_p.h"
 
 #include <QDateTime>
+#include <QLineF>
 #include <QLocale>
 #include <QPainter>
 #include <QPainterPath>
+#include <QPolygonF>
 
 #include <algorithm>
 #include <cmath>
@@ -19,6 +21,15 @@ namespace {
 constexpr double room = 0.08; // margin above and below the points, as a fraction of their height
 constexpr double leastBand = 3.0; // minimum half height of a strip with bands
 constexpr double pointRadius = 2.3;
+
+// A dot of a few pixels: looks like a circle, without the curves of one.
+QPolygonF octagon(double radius)
+{
+    QPolygonF corners;
+    for (int i = 0; i <= 8; ++i)
+        corners.append(QLineF::fromPolar(radius, 45.0 * i + 22.5).p2());
+    return corners;
+}
 
 double partOf(AxisRange range, double value)
 {
@@ -158,6 +169,7 @@ void StripPlot::paintPoints(QPainter& painter, const QRect& rect, AxisRange x, A
     QPainterPath weak;
     for (QPainterPath* const path : { &strong, &weak })
         path->setFillRule(Qt::WindingFill);
+    const QPolygonF dot = octagon(pointRadius);
     const QColor strongColor = palette().color(QPalette::Active, QPalette::Text);
     const QColor weakColor = palette().color(QPalette::Disabled, QPalette::Text);
     for (const StripPoint& point : m_points) {
@@ -171,7 +183,7 @@ void StripPlot::paintPoints(QPainter& painter, const QRect& rect, AxisRange x, A
             painter.setPen(point.isWeak ? weakColor : strongColor);
             painter.drawLine(QPointF(column, row(point.y - point.error)), QPointF(column, row(point.y + point.error)));
         }
-        (point.isWeak ? weak : strong).addEllipse(QPointF(column, row(point.y)), pointRadius, pointRadius);
+        (point.isWeak ? weak : strong).addPolygon(dot.translated(column, row(point.y)));
     }
     painter.fillPath(weak, weakColor);
     painter.fillPath(strong, strongColor);
