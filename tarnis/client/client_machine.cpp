@@ -26,6 +26,10 @@ Client::Private::Private(Client& client, ClientOptions clientOptions)
     connect(&connection, &Connection::greeted, &q, [this](const QByteArray& text) { onGreeted(text); });
     connect(&connection, &Connection::received, &q,
         [this](qint64 size, qint64 expected, QByteArrayView piece) { onReceived(size, expected, piece); });
+    connect(&connection, &Connection::sent, &q, [this] {
+        if (underWay)
+            underWay->lastByte = Clock::now();
+    });
     connect(&connection, &Connection::replied, &q,
         [this](const QByteArray& data, const QString& text) { onReplied(data, text); });
     connect(&connection, &Connection::lost, &q, [this](const QString& why) { lose(why); });

@@ -71,7 +71,7 @@ public:
     struct UnderWay {
         RequestKey key;
         Request request;
-        Clock::time_point lastByte; ///< or the time of sending
+        Clock::time_point lastByte; ///< received, or sent
         bool isKeepAlive = false;
         qint64 reported = 0; ///< bytes of a payload, to the progress callback
     };

@@ -84,6 +84,9 @@ void Connection::exchange(const QByteArray& request, ReplyFrame::Form form, qint
     m_announced = 0;
     m_frame.emplace(form, m_buffer);
     m_socket->write(request);
+    // A long upload that the system could not take at once. Short requests do without the signal.
+    if (m_socket->bytesToWrite() > 0)
+        connect(m_socket.get(), &QTcpSocket::bytesWritten, this, &Connection::sent, Qt::UniqueConnection);
 }
 
 bool Connection::hasStrayBytes() const

@@ -40,6 +40,7 @@ Q_SIGNALS:
     void greeted(const QByteArray& text); ///< Idle
     /// Part of a reply has arrived: number of bytes so far, the announced length or -1, the new piece of a text.
     void received(qint64 size, qint64 expected, QByteArrayView piece);
+    void sent(); ///< part of a long request has been sent
     void replied(const QByteArray& data, const QString& binaryText); ///< Idle
     void lost(const QString& reason); ///< Closed
 

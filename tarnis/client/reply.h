@@ -57,7 +57,8 @@ struct TARNIS_EXPORT RequestOptions {
     Form form = Form::Text; ///< form of the reply
     /// From request() to the complete reply, including the time in the queue. 0: no limit.
     std::chrono::milliseconds deadline = std::chrono::seconds(60);
-    /// The longest time without a byte from the server while waiting for this reply. 0: no limit.
+    /// The longest time without a byte from the server while waiting for this reply. While a long upload is being sent,
+    /// the bytes that are sent count, too. 0: no limit.
     std::chrono::milliseconds silence = std::chrono::seconds(30);
     /// Largest accepted reply, bytes; for a binary one of its payload, and of the text after it. A larger one fails as
     /// soon as that is known, and the connection is made again.

@@ -6,7 +6,10 @@
 #include <tarnis/client/client.h>
 
 #include <QSignalSpy>
+#include <QTcpServer>
+#include <QTcpSocket>
 #include <QTest>
+#include <QTimer>
 
 #include <limits>
 #include <memory>
@@ -253,6 +256,39 @@ private Q_SLOTS:
         Client another(options);
         another.connectTo(server.host(), server.port());
         QVERIFY(eventually([&] { return another.state() == State::Ready; }));
+    }
+
+    // The silence of a server that still reads begins with the end of the upload.
+    void aLongUploadIsNoSilence()
+    {
+        constexpr qint64 size = qint64(32) << 20;
+        constexpr qint64 piece = size / 16;
+        QTcpServer server;
+        QVERIFY(server.listen(QHostAddress::LocalHost));
+        QTcpSocket* socket = nullptr;
+        qint64 received = 0;
+        QTimer reader;
+        connect(&server, &QTcpServer::newConnection, this, [&] {
+            socket = server.nextPendingConnection();
+            socket->setReadBufferSize(piece);
+            socket->setSocketOption(QAbstractSocket::ReceiveBufferSizeSocketOption, 1 << 16);
+            socket->write("hello\n> ");
+            reader.start(100);
+        });
+        connect(&reader, &QTimer::timeout, this, [&] {
+            const QByteArray bytes = socket->read(piece);
+            received += bytes.size();
+            if (bytes.endsWith('\x04'))
+                socket->write("OK:\n> ");
+        });
+        Client client(quickClient());
+        client.connectTo("127.0.0.1", server.serverPort());
+        RequestOptions options;
+        options.silence = 1s; // the upload lasts longer
+        const Reply reply = endOf(client.upload("a", QByteArray(size, 'x'), options));
+        QVERIFY2(reply.isOk(), qPrintable(reply.reason));
+        QCOMPARE(received, size + qint64(sizeof("txfile a\n")));
+        QVERIFY(reply.elapsed > options.silence);
     }
 };
 
