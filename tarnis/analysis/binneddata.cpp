@@ -70,24 +70,24 @@ QString BinnedData::fault() const
     return {};
 }
 
-QString faultOfCounts(std::span<const double> contents)
+QString faultOfCounts(std::span<const double> contents, std::size_t firstBin)
 {
     for (std::size_t i = 0; i < contents.size(); ++i) {
         const double y = contents[i];
         if (!std::isfinite(y))
-            return sentence(QT_TRANSLATE_NOOP("tarnis::BinnedData", "Bin %1 is not a finite number.")).arg(i);
+            return sentence(QT_TRANSLATE_NOOP("tarnis::BinnedData", "Bin %1 is not a finite number.")).arg(firstBin + i);
         if (y < 0.0)
             return sentence(
                 QT_TRANSLATE_NOOP("tarnis::BinnedData",
                     "Bin %1 is negative (%2). Contents that were subtracted are not counts and need variances."))
-                .arg(i)
+                .arg(firstBin + i)
                 .arg(y);
         // By conversion: floor() is a call on processors without SSE 4.1.
         if (y > largestCount || y != static_cast<double>(static_cast<std::int64_t>(y)))
             return sentence(
                 QT_TRANSLATE_NOOP("tarnis::BinnedData",
                     "Bin %1 is not an integer (%2). Contents that were scaled are not counts and need variances."))
-                .arg(i)
+                .arg(firstBin + i)
                 .arg(y);
     }
     return {};

@@ -52,7 +52,8 @@ struct TARNIS_EXPORT BinnedData {
     QString fault() const;
 };
 
-/// Why the contents are not counts, as a sentence for the user; empty if all are finite, non-negative integers.
-TARNIS_EXPORT QString faultOfCounts(std::span<const double> contents);
+/// Why the contents are not counts, as a sentence for the user; empty if all are finite, non-negative integers up to
+/// 2^53. firstBin: number of the first content in that sentence, if the contents are a part of a spectrum.
+TARNIS_EXPORT QString faultOfCounts(std::span<const double> contents, std::size_t firstBin = 0);
 
 } // namespace tarnis

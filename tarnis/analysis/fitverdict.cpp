@@ -44,7 +44,11 @@ public:
 private:
     void against(const QString& reason) { m_result.reasons.append(reason); }
     const FitParameter& parameter(int index) const { return m_result.parameters[static_cast<std::size_t>(index)]; }
-    QString nameOfPeak(int peak) const { return parameter(m_layout.centre[static_cast<std::size_t>(peak)]).name; }
+    QString placeOfPeak(int peak) const
+    {
+        return QString::number(parameter(m_layout.centre[static_cast<std::size_t>(peak)]).value, 'g', 6);
+    }
+    bool isWithoutMeaning(const FitParameter& parameter) const;
     void judgeConvergence();
     void judgeErrors();
     void judgeBounds(const FitParameter& parameter, bool isArea);
@@ -79,13 +83,22 @@ void Verdict::judgeBounds(const FitParameter& parameter, bool isArea)
                     .arg(parameter.name));
 }
 
+// The length of a tail whose share of the peak is 0.
+bool Verdict::isWithoutMeaning(const FitParameter& parameter) const
+{
+    if (m_problem.model().shape != PeakShape::Hypermet || kindOf(parameter.name) != "tau"_L1)
+        return false;
+    const int ratio = m_result.indexOf("ratio"_L1 + parameter.name.sliced(3));
+    return ratio >= 0 && this->parameter(ratio).value == 0.0;
+}
+
 // Only the parameters of the peaks, because the background may be 0.
 void Verdict::judgeErrors()
 {
     for (int i = 0; i < m_layout.background; ++i) {
         const FitParameter& p = parameter(i);
         const QString kind = kindOf(p.name);
-        if (p.fixed || kind == "step"_L1)
+        if (p.fixed || kind == "step"_L1 || isWithoutMeaning(p))
             continue;
         if (p.atLower || p.atUpper) {
             // A vanishing Lorentzian or Gaussian part is a valid result.
@@ -128,19 +141,20 @@ void Verdict::judgePeak(int peak)
     const FitParameter& area = parameter(m_layout.area[k]);
     const FitParameter& centre = parameter(m_layout.centre[k]);
     if (!area.fixed && area.shownError > 0.0 && std::fabs(area.value) < 3.0 * area.shownError)
-        against(sentence(QT_TRANSLATE_NOOP("tarnis::SpectrumFit", "The area %1 is below three of its errors."))
-                    .arg(area.name));
+        against(sentence(
+            QT_TRANSLATE_NOOP("tarnis::SpectrumFit", "The area of the peak at %1 is below three of its errors."))
+                    .arg(placeOfPeak(peak)));
     const double fwhm = m_result.peaks[k].measures.fwhm;
     const double sigma = fwhm / 2.354820045;
     const double top = m_result.peaks[k].measures.top;
     if (!centre.fixed && (top - m_problem.lower() < sigma || m_problem.upper() - top < sigma))
         against(sentence(QT_TRANSLATE_NOOP("tarnis::SpectrumFit",
                              "The peak at %1 is within one standard deviation of the end of the range."))
-                    .arg(centre.name));
+                    .arg(placeOfPeak(peak)));
     if (fwhm > 0.5 * (m_problem.upper() - m_problem.lower()) && m_layout.backgrounds > 1)
         against(sentence(QT_TRANSLATE_NOOP("tarnis::SpectrumFit",
                              "The peak at %1 is wider than half of the range, which shows no background."))
-                    .arg(centre.name));
+                    .arg(placeOfPeak(peak)));
     judgeExcess(peak);
 }
 
@@ -169,15 +183,16 @@ void Verdict::judgeExcess(int peak)
         (isInside ? inside : outside) += m_problem.contents()[i];
         (isInside ? restInside : restOutside) += std::max(0.0, m_result.modelContents[i] - own);
     }
+    // Of a rest that is 0 but for rounding the share inside means nothing.
     const double rest = restInside + restOutside;
-    if (!(rest > 0.0))
+    if (!(rest > 1e-9 * m_result.modelSum))
         return;
     const double probability = excessProbability(inside, outside, std::clamp(restInside / rest, 0.0, 1.0));
     if (!(probability < 0.05))
         against(
             sentence(QT_TRANSLATE_NOOP("tarnis::SpectrumFit",
                          "The counts of the peak at %1 are not a significant excess (probability %2 without a peak)."))
-                .arg(nameOfPeak(peak))
+                .arg(placeOfPeak(peak))
                 .arg(probability, 0, 'g', 2));
 }
 

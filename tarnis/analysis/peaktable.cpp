@@ -40,6 +40,7 @@ public:
     PeakTable make();
 
 private:
+    QString faultOfUse() const;
     double fwhm(double x) const { return fwhmPerSigma * m_table.widths.sigma(x); }
     std::vector<Window> windowsOf(const std::vector<PeakCandidate>& candidates) const;
     std::vector<Window> grouped(const std::vector<PeakCandidate>& candidates) const;
@@ -212,6 +213,21 @@ void TableMaker::add(FitResult fit, const Window& window)
     m_table.windows.push_back(std::move(fit));
 }
 
+// Scaled or subtracted contents, which the fits would refuse one by one.
+QString TableMaker::faultOfUse() const
+{
+    const FitStatistic statistic = m_options.fit.statistic;
+    const bool needsCounts = statistic == FitStatistic::Cash || statistic == FitStatistic::Pearson;
+    if (!needsCounts || !m_data.variances.empty())
+        return {};
+    const QString reason = faultOfCounts(m_data.contents.subspan(m_first, m_last - m_first + 1), m_first);
+    if (reason.isEmpty())
+        return {};
+    return sentence(QT_TRANSLATE_NOOP("tarnis::PeakTable",
+                        "The search for peaks needs counts. %1 Fit the range of a peak with the statistic unweighted."))
+        .arg(reason);
+}
+
 PeakTable TableMaker::make()
 {
     m_table.fault = m_data.fault();
@@ -222,11 +238,18 @@ PeakTable TableMaker::make()
             "The range contains no bins, or contents that are not finite numbers. Choose another one."));
         return m_table;
     }
+    if (const QString reason = faultOfUse(); !reason.isEmpty()) {
+        m_table.fault = reason;
+        return m_table;
+    }
     const auto widths = m_options.widths ? m_options.widths : estimateWidths(m_data, m_first, m_last);
     if (!widths) {
         // A spectrum without a strong peak may still have weak ones; they cannot be fitted without a width.
         m_table.fault = sentence(QT_TRANSLATE_NOOP("tarnis::PeakTable",
-            "No peak is strong enough to estimate the width of the peaks. Give a width calibration."));
+                                     "No peak is strong enough to measure its width; the search finds peaks up to %1 "
+                                     "bins wide. Fit the range of "
+                                     "a peak instead."))
+                            .arg(static_cast<int>(analysis::widestFwhm(m_last - m_first + 1)));
         return m_table;
     }
     m_table.widths = *widths;

@@ -56,7 +56,7 @@ QString faultOfModel(const FitModel& model)
     return {};
 }
 
-QString faultOfContents(const BinnedData& part, FitStatistic statistic)
+QString faultOfContents(const BinnedData& part, FitStatistic statistic, std::size_t first)
 {
     const auto y = part.contents;
     for (std::size_t i = 0; i < y.size(); ++i) {
@@ -71,13 +71,13 @@ QString faultOfContents(const BinnedData& part, FitStatistic statistic)
         if (!part.variances.empty())
             return sentence(QT_TRANSLATE_NOOP("tarnis::SpectrumFit",
                 "The contents are not counts but have variances. Use the statistic neyman or unweighted."));
-        if (const QString fault = faultOfCounts(y); !fault.isEmpty())
+        if (const QString fault = faultOfCounts(y, first); !fault.isEmpty())
             return sentence(QT_TRANSLATE_NOOP("tarnis::SpectrumFit",
                                 "Poisson statistics need counts: %1 Use the statistic unweighted."))
                 .arg(fault);
     }
     if (statistic == FitStatistic::Neyman && part.variances.empty()) {
-        if (const QString fault = faultOfCounts(y); !fault.isEmpty())
+        if (const QString fault = faultOfCounts(y, first); !fault.isEmpty())
             return sentence(QT_TRANSLATE_NOOP("tarnis::SpectrumFit",
                                 "Poisson statistics need counts: %1 Use the statistic unweighted."))
                 .arg(fault);
@@ -140,7 +140,7 @@ SpectrumFitter::SpectrumFitter(
     m_result.first = static_cast<std::size_t>(first);
     m_result.last = static_cast<std::size_t>(last);
     const BinnedData part = data.part(m_result.first, m_result.last);
-    fault = faultOfContents(part, options.statistic);
+    fault = faultOfContents(part, options.statistic, m_result.first);
     if (!fault.isEmpty()) {
         refuse(fault);
         return;

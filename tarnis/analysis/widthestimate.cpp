@@ -29,7 +29,7 @@ std::vector<double> summed(std::span<const double> y, std::size_t group)
 std::vector<Spot> strongestSpots(std::span<const double> y)
 {
     std::vector<Spot> spots;
-    const double widest = std::max(2.0, 0.02 * static_cast<double>(y.size()));
+    const double widest = widestFwhm(y.size()) / 2.0;
     for (double sigma = 1.0; sigma <= widest; sigma *= 1.41421356) {
         // Wide kernels use sums of bins, because single bins do not matter to them and would take long.
         const auto group = static_cast<std::size_t>(std::max(1.0, std::floor(sigma / 2.8)));
@@ -113,6 +113,15 @@ WidthCalibration lineThrough(const std::vector<WidthPoint>& points)
 }
 
 } // namespace
+
+namespace analysis {
+
+double widestFwhm(std::size_t bins)
+{
+    return std::max(4.0, 0.04 * static_cast<double>(bins));
+}
+
+} // namespace analysis
 
 std::optional<WidthCalibration> estimateWidths(const BinnedData& data, std::size_t first, std::size_t last)
 {

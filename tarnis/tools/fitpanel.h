@@ -83,6 +83,7 @@ private:
     TARNIS_NO_EXPORT void showResult(const QString& note);
     TARNIS_NO_EXPORT void showHistory();
     TARNIS_NO_EXPORT void showTrend();
+    TARNIS_NO_EXPORT void showTrendNames(int first);
     TARNIS_NO_EXPORT void showMessage(const QString& text, bool isGood);
     TARNIS_NO_EXPORT void onDataChanged();
 

@@ -1689,6 +1689,22 @@ Gezeigt ist das Ergebnis von %2.</translation>
         <comment>button</comment>
         <translation>Anpassen</translation>
     </message>
+    <message>
+        <source>Likelihood ratio (Cash)</source>
+        <translation>Likelihood-Verhältnis (Cash)</translation>
+    </message>
+    <message>
+        <source>Chi squared (Pearson)</source>
+        <translation>Chi-Quadrat (Pearson)</translation>
+    </message>
+    <message>
+        <source>Chi squared (Neyman)</source>
+        <translation>Chi-Quadrat (Neyman)</translation>
+    </message>
+    <message>
+        <source>Sum of squares</source>
+        <translation>Quadratsumme</translation>
+    </message>
 </context>
 <context>
     <name>tarnis::FitParameterModel</name>
@@ -1727,6 +1743,14 @@ Gezeigt ist das Ergebnis von %2.</translation>
     <message>
         <source>&quot;%1&quot; is not a number.</source>
         <translation>„%1“ ist keine Zahl.</translation>
+    </message>
+    <message>
+        <source>Unit</source>
+        <translation>Einheit</translation>
+    </message>
+    <message>
+        <source>cts: counts, ch: channels, x: units of the axis</source>
+        <translation>Imp.: Ereignisse, Kan: Kanäle, x: Einheiten der Achse</translation>
     </message>
 </context>
 <context>
@@ -2140,6 +2164,235 @@ Gezeigt ist das Ergebnis von %2.</translation>
     </message>
 </context>
 <context>
+    <name>tarnis::ParameterText</name>
+    <message>
+        <source>In ties and files: %1</source>
+        <translation>In Kopplungen und Dateien: %1</translation>
+    </message>
+    <message>
+        <source>channel</source>
+        <translation>Kanal</translation>
+    </message>
+    <message>
+        <source>Area</source>
+        <translation>Fläche</translation>
+    </message>
+    <message>
+        <source>Counts in the peak, without the background.</source>
+        <translation>Ereignisse im Peak, ohne den Untergrund.</translation>
+    </message>
+    <message>
+        <source>Centre</source>
+        <translation>Mitte</translation>
+    </message>
+    <message>
+        <source>Position of the peak. With a tail it is neither the top nor the mean.</source>
+        <translation>Lage des Peaks. Mit einem Ausläufer ist sie weder das Maximum noch der Mittelwert.</translation>
+    </message>
+    <message>
+        <source>Sigma</source>
+        <translation>Sigma</translation>
+    </message>
+    <message>
+        <source>Standard deviation of the Gaussian.</source>
+        <translation>Standardabweichung der Gauß-Kurve.</translation>
+    </message>
+    <message>
+        <source>Half width</source>
+        <translation>Halbe Breite</translation>
+    </message>
+    <message>
+        <source>Half width at half maximum of the Lorentzian.</source>
+        <translation>Halbe Breite der Lorentz-Kurve in halber Höhe.</translation>
+    </message>
+    <message>
+        <source>FWHM</source>
+        <translation>Halbwertsbreite</translation>
+    </message>
+    <message>
+        <source>Full width at half maximum.</source>
+        <translation>Volle Breite in halber Höhe.</translation>
+    </message>
+    <message>
+        <source>Lorentzian share</source>
+        <translation>Lorentz-Anteil</translation>
+    </message>
+    <message>
+        <source>Share of the Lorentzian in the area, from 0 to 1.</source>
+        <translation>Anteil der Lorentz-Kurve an der Fläche, von 0 bis 1.</translation>
+    </message>
+    <message>
+        <source>Tail length</source>
+        <translation>Ausläufer</translation>
+    </message>
+    <message>
+        <source>Distance in which the exponential tail falls by a factor of e.</source>
+        <translation>Strecke, auf der der exponentielle Ausläufer um den Faktor e fällt.</translation>
+    </message>
+    <message>
+        <source>Rise rate</source>
+        <translation>Anstiegsrate</translation>
+    </message>
+    <message>
+        <source>Rate of the exponential on the left.</source>
+        <translation>Rate der Exponentialfunktion links.</translation>
+    </message>
+    <message>
+        <source>Fall rate</source>
+        <translation>Abfallrate</translation>
+    </message>
+    <message>
+        <source>Rate of the exponential on the right.</source>
+        <translation>Rate der Exponentialfunktion rechts.</translation>
+    </message>
+    <message>
+        <source>Tail share</source>
+        <translation>Anteil des Ausläufers</translation>
+    </message>
+    <message>
+        <source>Share of the tail in the area, from 0 to 1.</source>
+        <translation>Anteil des Ausläufers an der Fläche, von 0 bis 1.</translation>
+    </message>
+    <message>
+        <source>Width factor</source>
+        <translation>Breitenfaktor</translation>
+    </message>
+    <message>
+        <source>Fitted width divided by that of the width calibration.</source>
+        <translation>Angepasste Breite, geteilt durch die der Breitenkalibrierung.</translation>
+    </message>
+    <message>
+        <source>Step</source>
+        <translation>Stufe</translation>
+    </message>
+    <message>
+        <source>Height of the step below a peak, divided by the area of the peak.</source>
+        <translation>Höhe der Stufe unter einem Peak, geteilt durch die Fläche des Peaks.</translation>
+    </message>
+    <message>
+        <source>Background</source>
+        <translation>Untergrund</translation>
+    </message>
+    <message>
+        <source>Background in the middle of the range.</source>
+        <translation>Untergrund in der Mitte des Bereichs.</translation>
+    </message>
+    <message>
+        <source>Background slope</source>
+        <translation>Untergrundsteigung</translation>
+    </message>
+    <message>
+        <source>Slope of the background in the middle of the range.</source>
+        <translation>Steigung des Untergrunds in der Mitte des Bereichs.</translation>
+    </message>
+    <message>
+        <source>Background bend</source>
+        <translation>Untergrundkrümmung</translation>
+    </message>
+    <message>
+        <source>Factor of the square of the distance from the middle of the range.</source>
+        <translation>Faktor des Quadrats des Abstands von der Mitte des Bereichs.</translation>
+    </message>
+    <message>
+        <source>Height</source>
+        <translation>Höhe</translation>
+    </message>
+    <message>
+        <source>Height of the peak above the background.</source>
+        <translation>Höhe des Peaks über dem Untergrund.</translation>
+    </message>
+    <message>
+        <source>Resolution</source>
+        <translation>Auflösung</translation>
+    </message>
+    <message>
+        <source>FWHM divided by the centre.</source>
+        <translation>Halbwertsbreite, geteilt durch die Lage.</translation>
+    </message>
+    <message>
+        <source>Top</source>
+        <translation>Maximum</translation>
+    </message>
+    <message>
+        <source>Position of the maximum.</source>
+        <translation>Lage des Maximums.</translation>
+    </message>
+    <message>
+        <source>Mean</source>
+        <translation>Mittelwert</translation>
+    </message>
+    <message>
+        <source>Mean position of the counts of the peak.</source>
+        <translation>Mittlere Lage der Ereignisse des Peaks.</translation>
+    </message>
+    <message>
+        <source>Separation</source>
+        <translation>Abstand</translation>
+    </message>
+    <message>
+        <source>Distance from the previous peak.</source>
+        <translation>Abstand vom vorigen Peak.</translation>
+    </message>
+    <message>
+        <source>Total area</source>
+        <translation>Gesamtfläche</translation>
+    </message>
+    <message>
+        <source>Sum of the areas of all peaks.</source>
+        <translation>Summe der Flächen aller Peaks.</translation>
+    </message>
+    <message>
+        <source>Area ratio</source>
+        <translation>Flächenverhältnis</translation>
+    </message>
+    <message>
+        <source>Area divided by that of the first peak.</source>
+        <translation>Fläche, geteilt durch die des ersten Peaks.</translation>
+    </message>
+    <message>
+        <source>Background, left</source>
+        <translation>Untergrund links</translation>
+    </message>
+    <message>
+        <source>Background at the first bin of the range.</source>
+        <translation>Untergrund im ersten Kanal des Bereichs.</translation>
+    </message>
+    <message>
+        <source>Background, right</source>
+        <translation>Untergrund rechts</translation>
+    </message>
+    <message>
+        <source>Background at the last bin of the range.</source>
+        <translation>Untergrund im letzten Kanal des Bereichs.</translation>
+    </message>
+    <message>
+        <source>Energy</source>
+        <translation>Energie</translation>
+    </message>
+    <message>
+        <source>Centre by the calibration of the axis.</source>
+        <translation>Lage nach der Kalibrierung der Achse.</translation>
+    </message>
+    <message>
+        <source>Background rate</source>
+        <translation>Untergrundrate</translation>
+    </message>
+    <message>
+        <source>Rate at which the background falls to the right; negative: it rises.</source>
+        <translation>Rate, mit der der Untergrund nach rechts fällt; negativ: er steigt.</translation>
+    </message>
+    <message>
+        <source>cts</source>
+        <comment>short for counts</comment>
+        <translation>Imp.</translation>
+    </message>
+    <message>
+        <source>ch</source>
+        <comment>short for channels</comment>
+        <translation>Kan</translation>
+    </message>
+</context>
+<context>
     <name>tarnis::PeakPanel</name>
     <message>
         <source>Save Peaks</source>
@@ -2248,8 +2501,12 @@ Gezeigt ist das Ergebnis von %2.</translation>
         <translation>Der Bereich enthält keine Bins oder Inhalte, die keine endlichen Zahlen sind. Wählen Sie einen anderen.</translation>
     </message>
     <message>
-        <source>No peak is strong enough to estimate the width of the peaks. Give a width calibration.</source>
-        <translation>Kein Peak ist stark genug, um die Breite der Peaks daraus zu bestimmen. Geben Sie eine Breitenkalibrierung an.</translation>
+        <source>The search for peaks needs counts. %1 Fit the range of a peak with the statistic unweighted.</source>
+        <translation>Die Suche nach Peaks braucht Ereigniszahlen. %1 Passen Sie den Bereich eines Peaks mit der ungewichteten Statistik an.</translation>
+    </message>
+    <message>
+        <source>No peak is strong enough to measure its width; the search finds peaks up to %1 bins wide. Fit the range of a peak instead.</source>
+        <translation>Kein Peak ist stark genug, um seine Breite zu messen; die Suche findet Peaks bis zu einer Breite von %1 Kanälen. Passen Sie stattdessen den Bereich eines Peaks an.</translation>
     </message>
 </context>
 <context>
@@ -3232,8 +3489,8 @@ Gezeigt ist das Ergebnis von %2.</translation>
         <translation>%1 und %2 sind mit %3 korreliert: Der Bereich unterscheidet sie nicht.</translation>
     </message>
     <message>
-        <source>The area %1 is below three of its errors.</source>
-        <translation>Die Fläche %1 liegt unter drei ihrer Fehler.</translation>
+        <source>The area of the peak at %1 is below three of its errors.</source>
+        <translation>Die Fläche des Peaks bei %1 liegt unter drei ihrer Fehler.</translation>
     </message>
     <message>
         <source>The peak at %1 is within one standard deviation of the end of the range.</source>

@@ -172,10 +172,10 @@ private Q_SLOTS:
         panel.setRange(40, 85);
         QAbstractItemModel& table = *panel.findChild<QTableView*>()->model();
         int row = 0;
-        while (row < table.rowCount() && table.index(row, 0).data().toString() != QStringLiteral("sigma"))
+        while (row < table.rowCount() && table.index(row, 0).data().toString() != QStringLiteral("Sigma"))
             ++row;
         QVERIFY(table.setData(table.index(row, 1), QStringLiteral("4.25")));
-        QVERIFY(table.setData(table.index(row, 2), Qt::Checked, Qt::CheckStateRole));
+        QVERIFY(table.setData(table.index(row, 3), Qt::Checked, Qt::CheckStateRole));
         panel.fit();
         QVERIFY(waitForFit(panel));
         QCOMPARE(panel.result().valueOf(QStringLiteral("sigma")), 4.25);

@@ -17,6 +17,7 @@
 #include <random>
 
 using namespace tarnis;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -227,9 +228,12 @@ private Q_SLOTS:
         FitParameterModel model(setup);
         const std::vector<double> contents = peakAtFifty();
         model.setResult(runFit(viewOf(contents), setup), false);
+        model.setUnit(QStringLiteral("keV"));
         QSignalSpy edited(&model, &FitParameterModel::edited);
         QSignalSpy refused(&model, &FitParameterModel::refused);
-        QCOMPARE(model.index(1, FitParameterModel::Name).data().toString(), QStringLiteral("centre"));
+        QCOMPARE(model.index(1, FitParameterModel::Name).data().toString(), u"Centre"_s);
+        QCOMPARE(model.index(1, FitParameterModel::Unit).data().toString(), QStringLiteral("keV"));
+        QVERIFY(model.index(1, FitParameterModel::Name).data(Qt::ToolTipRole).toString().contains(u"centre"_s));
         QVERIFY(model.index(1, FitParameterModel::Value).data().toString().contains(u'('));
         QVERIFY(model.setData(model.index(1, FitParameterModel::Value), QStringLiteral("51.5")));
         QVERIFY(model.setData(model.index(1, FitParameterModel::Lower), QStringLiteral("40")));
@@ -295,6 +299,49 @@ private Q_SLOTS:
         label.setText(QStringLiteral("a long message of many words ").repeated(10));
         QVERIFY(label.heightForWidth(100) > 2 * label.heightForWidth(300));
         QVERIFY(label.minimumSizeHint().height() <= one);
+    }
+
+    /// Every name that a fit can produce has a label, so that no key of a file is shown to the user.
+    void labelsEveryQuantity()
+    {
+        FitSetup setup;
+        setup.range = { 20.0, 80.0 };
+        const std::vector<double> contents = peakAtFifty();
+        QStringList keys { QStringLiteral("width_factor"), QStringLiteral("step"), QStringLiteral("energy2 [keV]") };
+        for (const PeakShape shape : allPeakShapes) {
+            setup.model.shape = shape;
+            setup.model.background = FitBackground::Quadratic;
+            setup.model.peaks = 3;
+            setup.model.centres = { 45.0, 50.0, 55.0 };
+            const FitResult result = guessSpectrumFit(viewOf(contents), 20, 80, setup.model, setup.options);
+            for (const FitParameter& parameter : result.parameters)
+                keys << parameter.name;
+            for (const DerivedQuantity& quantity : result.derived)
+                keys << quantity.name;
+        }
+        QVERIFY(keys.size() > 100);
+        for (const QString& key : std::as_const(keys)) {
+            const ParameterText text = parameterTextOf(key, FitBackground::Quadratic, QStringLiteral("ch"));
+            QVERIFY2(text.label != key && !text.toolTip.isEmpty(), qPrintable(key));
+        }
+        const auto unitOf = [](const char* name, FitBackground background) {
+            return parameterTextOf(QString::fromLatin1(name), background, QStringLiteral("ch")).unit;
+        };
+        QCOMPARE(unitOf("area2", FitBackground::Linear), QStringLiteral("cts"));
+        QCOMPARE(unitOf("height", FitBackground::Linear), QStringLiteral("cts/ch"));
+        QCOMPARE(unitOf("b1", FitBackground::Linear), QStringLiteral("cts/ch²"));
+        QCOMPARE(unitOf("b1", FitBackground::Exponential), QStringLiteral("1/ch"));
+        QCOMPARE(unitOf("fwhm1 [keV]", FitBackground::Linear), QStringLiteral("keV"));
+        QCOMPARE(unitOf("eta", FitBackground::Linear), QString());
+    }
+
+    void findsTheUnitOfAnAxis()
+    {
+        QCOMPARE(unitOfAxis(QStringLiteral("Energy [keV]")), QStringLiteral("keV"));
+        QCOMPARE(unitOfAxis(QStringLiteral("Time (ns)")), QStringLiteral("ns"));
+        QCOMPARE(unitOfAxis(QStringLiteral("Channel")), QStringLiteral("ch"));
+        QCOMPARE(unitOfAxis(QString()), QStringLiteral("ch"));
+        QCOMPARE(unitOfAxis(QStringLiteral("Position")), QStringLiteral("x"));
     }
 
     void givesStripsAHeight()

@@ -296,6 +296,8 @@ void FitPanel::showResult(const QString& note)
         m_data->curves.setLines(linesOf(result, bins), true, true);
     m_data->curves.setRange(m_data->setup.range);
     const PlotCalibration* const applied = plot() != nullptr ? PlotCalibration::of(*plot()) : nullptr;
+    // Below a calibrated axis the fit stays in channels.
+    m_data->parameters.setUnit(unitOfAxis(plot() != nullptr && applied == nullptr ? plot()->getNameX() : QString()));
     m_data->parameters.setResult(result, m_data->isGuess,
         applied != nullptr ? energiesOf(result, applied->calibration()) : std::vector<DerivedQuantity>());
     std::vector<StripPoint> points;
@@ -314,6 +316,7 @@ void FitPanel::changeEvent(QEvent* event)
         return;
     m_data->controls.setTexts();
     setWindowTitle(tr("Fit"));
+    showTrendNames(0);
     if (m_data->shown.status != FitStatus::Refused)
         showResult(QString());
 }

@@ -191,22 +191,35 @@ void FitPanel::showHistory()
         delete list.takeTopLevelItem(list.topLevelItemCount() - 1);
     QComboBox& box = *m_data->controls.trendOf;
     // The names of the earlier records are already there.
+    const int known = box.count();
     for (const QString& name : namesOf(record.result)) {
-        if (box.findText(name) < 0)
-            box.addItem(name);
+        if (box.findData(name) < 0)
+            box.addItem(QString(), name);
     }
+    showTrendNames(known);
     showTrend();
+}
+
+// The choice of the trend, from one entry on: labels with units.
+void FitPanel::showTrendNames(int first)
+{
+    QComboBox& box = *m_data->controls.trendOf;
+    for (int i = first; i < box.count(); ++i) {
+        const ParameterText text = m_data->parameters.labelsOf(box.itemData(i).toString());
+        box.setItemText(i, text.unit.isEmpty() ? text.label : QStringLiteral("%1 (%2)").arg(text.label, text.unit));
+        box.setItemData(i, text.toolTip, Qt::ToolTipRole);
+    }
 }
 
 void FitPanel::showTrend()
 {
-    const QString name = m_data->controls.trendOf->currentText();
+    const QString name = m_data->controls.trendOf->currentData().toString();
     std::vector<StripPoint> points;
     for (const TrendPoint& point : m_data->history.trendOf(name))
         points.push_back({ static_cast<double>(point.time.toMSecsSinceEpoch()) / 1000.0, point.value, point.error,
             !point.acceptable });
     m_data->controls.trend->setPoints(std::move(points));
-    m_data->controls.trend->setName(name);
+    m_data->controls.trend->setName(m_data->parameters.labelsOf(name).label);
 }
 
 } // namespace tarnis

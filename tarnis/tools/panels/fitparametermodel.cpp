@@ -73,6 +73,25 @@ void FitParameterModel::setResult(const FitResult& result, bool isGuess, std::ve
         Q_EMIT dataChanged(index(0, isGuess ? Name : Value), index(rowCount() - 1, isGuess ? Tie : Value));
 }
 
+void FitParameterModel::setUnit(const QString& unit)
+{
+    m_unit = unit;
+}
+
+ParameterText FitParameterModel::labelsOf(const QString& name) const
+{
+    return parameterTextOf(name, m_setup.model.background, m_unit);
+}
+
+ParameterText FitParameterModel::textAt(int row) const
+{
+    const FitParameter* const parameter = parameterAt(row);
+    const DerivedQuantity* const derived = derivedAt(row);
+    if (parameter == nullptr && derived == nullptr)
+        return {};
+    return labelsOf(parameter != nullptr ? parameter->name : derived->name);
+}
+
 int FitParameterModel::rowCount(const QModelIndex& parent) const
 {
     return parent.isValid() ? 0 : static_cast<int>(m_parameters.size() + m_derived.size() + m_additions.size());
@@ -91,6 +110,8 @@ const FitParameter* FitParameterModel::parameterAt(int row) const
 
 const DerivedQuantity* FitParameterModel::derivedAt(int row) const
 {
+    if (static_cast<std::size_t>(row) < m_parameters.size())
+        return nullptr;
     auto i = static_cast<std::size_t>(row) - m_parameters.size();
     if (i < m_derived.size())
         return &m_derived[i];
@@ -102,8 +123,6 @@ QVariant FitParameterModel::shown(const FitParameter& parameter, int column) con
 {
     const FitConstraint known = m_setup.constraint(parameter.name);
     switch (column) {
-    case Name:
-        return parameter.name;
     case Value:
         if (!m_isGuess && !parameter.fixed && (parameter.atLower || parameter.atUpper))
             return tr("%1 (at bound)").arg(parameter.value, 0, 'g', 6);
@@ -128,8 +147,16 @@ QVariant FitParameterModel::data(const QModelIndex& index, int role) const
         return m_setup.constraint(parameter->name).fixed ? Qt::Checked : Qt::Unchecked;
     if (role == Qt::TextAlignmentRole && index.column() == Value)
         return QVariant(Qt::AlignRight | Qt::AlignVCenter);
+    if (role == Qt::ToolTipRole && index.column() == Unit)
+        return tr("cts: counts, ch: channels, x: units of the axis");
+    if (role == Qt::ToolTipRole && index.column() < Unit)
+        return textAt(index.row()).toolTip;
     if (role != Qt::DisplayRole && role != Qt::EditRole)
         return {};
+    if (index.column() == Name)
+        return textAt(index.row()).label;
+    if (index.column() == Unit)
+        return textAt(index.row()).unit;
     if (parameter != nullptr) {
         if (role == Qt::EditRole && index.column() == Value)
             return QString::number(parameter->value, 'g', 10);
@@ -138,8 +165,6 @@ QVariant FitParameterModel::data(const QModelIndex& index, int role) const
     const DerivedQuantity* const derived = derivedAt(index.row());
     if (derived == nullptr)
         return {};
-    if (index.column() == Name)
-        return derived->name;
     if (index.column() == Value)
         return m_isGuess ? QString::number(derived->value, 'g', 6) : figureText(derived->value, derived->error);
     return {};
@@ -154,6 +179,8 @@ QVariant FitParameterModel::headerData(int section, Qt::Orientation orientation,
         return tr("Parameter");
     case Value:
         return tr("Value");
+    case Unit:
+        return tr("Unit");
     case Fixed:
         return tr("Fixed");
     case Lower:
@@ -170,7 +197,7 @@ QVariant FitParameterModel::headerData(int section, Qt::Orientation orientation,
 Qt::ItemFlags FitParameterModel::flags(const QModelIndex& index) const
 {
     Qt::ItemFlags flags = QAbstractTableModel::flags(index);
-    if (!index.isValid() || parameterAt(index.row()) == nullptr || index.column() == Name)
+    if (!index.isValid() || parameterAt(index.row()) == nullptr || index.column() == Name || index.column() == Unit)
         return flags;
     return flags | (index.column() == Fixed ? Qt::ItemIsUserCheckable : Qt::ItemIsEditable);
 }

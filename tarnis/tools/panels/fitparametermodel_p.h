@@ -2,24 +2,29 @@
 #pragma once
 
 #include "tarnis/tools/panels/fitsetup_p.h"
+#include "tarnis/tools/panels/parametertext_p.h"
 
 #include <QAbstractTableModel>
 
 namespace tarnis {
 
 /// Parameters of the last result with the user's constraints, then derived quantities. Values are shown as
-/// value(uncertainty). Edits change the setup.
+/// value(uncertainty), names as labels in the user's language. Edits change the setup.
 class FitParameterModel : public QAbstractTableModel {
     Q_OBJECT
 
 public:
-    enum Column { Name, Value, Fixed, Lower, Upper, Tie, Columns };
+    enum Column { Name, Value, Unit, Fixed, Lower, Upper, Tie, Columns };
 
     /// The setup must outlive the model.
     explicit FitParameterModel(FitSetup& setup, QObject* parent = nullptr);
 
     /// additions: further rows after the derived quantities, for example energies.
     void setResult(const FitResult& result, bool isGuess, std::vector<DerivedQuantity> additions = {});
+    /// The unit of the X axis, for the texts.
+    void setUnit(const QString& unit);
+    /// The texts for the name of a parameter or of a derived quantity.
+    ParameterText labelsOf(const QString& name) const;
 
     int rowCount(const QModelIndex& parent = {}) const override;
     int columnCount(const QModelIndex& parent = {}) const override;
@@ -33,12 +38,14 @@ Q_SIGNALS:
     void refused(const QString& reason); ///< an invalid entry, with the reason for the user
 
 private:
+    ParameterText textAt(int row) const;
     const FitParameter* parameterAt(int row) const;
     const DerivedQuantity* derivedAt(int row) const;
     QVariant shown(const FitParameter& parameter, int column) const;
     bool edit(FitConstraint& constraint, const FitParameter& parameter, int column, const QString& text);
 
     FitSetup& m_setup;
+    QString m_unit;
     std::vector<FitParameter> m_parameters;
     std::vector<DerivedQuantity> m_derived;
     std::vector<DerivedQuantity> m_additions;

@@ -231,6 +231,25 @@ FitResult runGuess(const BinnedData& data, const FitSetup& setup)
     });
 }
 
+namespace {
+
+QString titleOf(FitStatistic statistic)
+{
+    switch (statistic) {
+    case FitStatistic::Cash:
+        return Text::tr("Likelihood ratio (Cash)");
+    case FitStatistic::Pearson:
+        return Text::tr("Chi squared (Pearson)");
+    case FitStatistic::Neyman:
+        return Text::tr("Chi squared (Neyman)");
+    case FitStatistic::Unweighted:
+        break;
+    }
+    return Text::tr("Sum of squares");
+}
+
+} // namespace
+
 QString summaryOf(const FitResult& result, bool isGuess)
 {
     if (result.status == FitStatus::Refused)
@@ -240,7 +259,7 @@ QString summaryOf(const FitResult& result, bool isGuess)
     QString text = result.acceptable ? Text::tr("Acceptable.") : Text::tr("Not acceptable.");
     text += u' '
         + Text::tr("%1: %2 for %3 degrees of freedom, %4 bins")
-              .arg(QString(nameOf(result.options.statistic)), QString::number(result.value, 'g', 5))
+              .arg(titleOf(result.options.statistic), QString::number(result.value, 'g', 5))
               .arg(result.ndf)
               .arg(result.points);
     if (!std::isnan(result.goodness))
