@@ -75,7 +75,8 @@ QString faultOfCounts(std::span<const double> contents, std::size_t firstBin)
     for (std::size_t i = 0; i < contents.size(); ++i) {
         const double y = contents[i];
         if (!std::isfinite(y))
-            return sentence(QT_TRANSLATE_NOOP("tarnis::BinnedData", "Bin %1 is not a finite number.")).arg(firstBin + i);
+            return sentence(QT_TRANSLATE_NOOP("tarnis::BinnedData", "Bin %1 is not a finite number."))
+                .arg(firstBin + i);
         if (y < 0.0)
             return sentence(
                 QT_TRANSLATE_NOOP("tarnis::BinnedData",

@@ -18,11 +18,6 @@ bool isCount(double value)
     return value >= 0.0 && std::isfinite(value);
 }
 
-double times(double factor, double argument)
-{
-    return factor > 0.0 ? factor * std::log(argument) : 0.0;
-}
-
 } // namespace
 
 CountInterval poissonInterval(double counts, double coverage)
@@ -55,9 +50,12 @@ double liMaSignificance(double inside, double outside, double alpha)
     const double total = inside + outside;
     if (total == 0.0)
         return 0.0;
-    const double square =
-        times(inside, (1.0 + alpha) / alpha * (inside / total)) + times(outside, (1.0 + alpha) * (outside / total));
-    const double significance = std::sqrt(2.0 * std::fmax(0.0, square));
+    // Equation 17 as half the deviance from the means without a source: the logarithms of the equation cancel for a
+    // small excess of many counts.
+    const double excess = (inside - alpha * outside) / (1.0 + alpha);
+    const double significance = std::sqrt(2.0
+        * (analysis::halfDeviance(inside, inside - excess, -excess)
+            + analysis::halfDeviance(outside, outside + excess, excess)));
     return inside < alpha * outside ? -significance : significance;
 }
 

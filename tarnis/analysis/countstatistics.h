@@ -30,6 +30,7 @@ TARNIS_EXPORT double excessProbability(double inside, double outside, double pro
 
 /// Signed significance of `inside` counts in a region against `outside` in a background region, in standard deviations
 /// (T. Li, Y. Ma, ApJ 272 (1983) 317, equation 17). alpha: size of the region divided by that of the background region.
+/// Negative for a deficit, 0 without any counts; NaN for negative or non-finite arguments and unless alpha > 0.
 TARNIS_EXPORT double liMaSignificance(double inside, double outside, double alpha);
 
 /// Currie's critical level and detection limit for 5 % false alarms and 5 % misses (L. Currie, Anal. Chem. 40 (1968)

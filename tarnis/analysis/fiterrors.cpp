@@ -303,10 +303,12 @@ void addErrors(FitSolver& solver, const Minimum& minimum, FitResult& result)
         result.dataSum += solver.problem().contents()[i];
         result.modelMinimum = std::min(result.modelMinimum, model[i]);
     }
-    // Errors of the other variables, with those at a bound held.
+    // Errors of the other variables, with those held that are at a bound or have no effect, as the slope of an
+    // exponential of height 0.
     std::vector<char> held(variables, 0);
     for (std::size_t j = 0; j < variables; ++j)
-        held[j] = solver.isAtLower(minimum.variables, j) || solver.isAtUpper(minimum.variables, j);
+        held[j] = solver.isAtLower(minimum.variables, j) || solver.isAtUpper(minimum.variables, j)
+            || information.matrix[j * variables + j] == 0.0;
     std::vector<double> inverse;
     const bool regular = solveSymmetric(information.matrix, held, nullptr, {}, &inverse);
     result.covariance.assign(n * n, 0.0);

@@ -37,6 +37,7 @@ private:
     const Minimum& m_minimum;
     const std::vector<double>& m_covariance; ///< covariance of the variables
     double m_rise;
+    std::vector<double> m_nearest; ///< the others refitted at the last point of this side; empty: none
     std::optional<Minimum> m_lower;
 };
 
@@ -57,11 +58,22 @@ double Profile::risenAt(std::size_t variable, double offset)
     }
     start[variable] = m_minimum.variables[variable] + offset;
     Minimum moved = m_solver.minimise(start, held);
-    if (!std::isfinite(moved.value)) {
-        start = m_minimum.variables;
-        start[variable] += offset;
-        moved = m_solver.minimise(start, held);
+    const double expected = variance > 0.0 ? offset * offset / variance : none;
+    const double risen = moved.value - m_minimum.value;
+    // Far from a parabola, as at bounds or in noise, the others may have stopped in another minimum.
+    if (!moved.converged || !(risen > 0.5 * expected && risen < 1.3 * expected)) {
+        for (const std::vector<double>& other : { m_nearest, m_minimum.variables }) {
+            if (other.empty())
+                continue;
+            start = other;
+            start[variable] = m_minimum.variables[variable] + offset;
+            Minimum again = m_solver.minimise(start, held);
+            if (again.value < moved.value || !std::isfinite(moved.value))
+                moved = std::move(again);
+        }
     }
+    if (std::isfinite(moved.value))
+        m_nearest = moved.variables;
     if (moved.value < m_minimum.value - 1e-4 * m_rise && (!m_lower || moved.value < m_lower->value))
         m_lower = moved;
     return moved.value - m_minimum.value - m_rise;
@@ -75,7 +87,8 @@ Profile::Side Profile::search(std::size_t variable, double direction, double err
     const double room = direction > 0.0 ? limits.upper - at : at - limits.lower;
     if (!(room > 0.0))
         return { 0.0, true };
-    const auto root = [&](double f) { return std::sqrt(std::max(0.0, f + m_rise)) - std::sqrt(m_rise); };
+    m_nearest.clear();
+    const auto root = [&](double f) { return std::sqrt(std::max(0.0, f / m_rise + 1.0)) - 1.0; };
     double low = 0.0;
     double fLow = root(-m_rise);
     double high = std::min(error, room);
@@ -96,7 +109,7 @@ Profile::Side Profile::search(std::size_t variable, double direction, double err
         high = std::min(room, high * 1.5);
     }
     int side = 0;
-    for (int i = 0; i < 30 && std::fabs(fHigh) > 1e-6; ++i) {
+    for (int i = 0; i < 40 && high - low > 1e-6 * high; ++i) {
         double next = low + (high - low) * fLow / (fLow - fHigh);
         if (!(next > low && next < high))
             next = 0.5 * (low + high);
@@ -151,7 +164,8 @@ bool addProfiles(FitSolver& solver, Minimum& minimum, FitResult& result)
             const Information& information = solver.informationAt(minimum.variables);
             std::vector<char> held(map.variables.size(), 0);
             for (std::size_t k = 0; k < held.size(); ++k)
-                held[k] = solver.isAtLower(minimum.variables, k) || solver.isAtUpper(minimum.variables, k);
+                held[k] = solver.isAtLower(minimum.variables, k) || solver.isAtUpper(minimum.variables, k)
+                    || information.matrix[k * held.size() + k] == 0.0;
             if (!solveSymmetric(information.matrix, held, nullptr, {}, &covariance))
                 return false;
             known = true;

@@ -20,6 +20,8 @@ constexpr double none = std::numeric_limits<double>::quiet_NaN();
 // converged.
 constexpr double stillDistance = 1e-14;
 constexpr double convergedDistance = 1e-6;
+// Far from a good fit scoring converges slowly, by a constant factor for each step.
+constexpr int maxScoringSteps = 60;
 
 inline BinTerm cashTerm(double y, double m)
 {
@@ -309,22 +311,72 @@ bool FitSolver::isAtUpper(const std::vector<double>& variables, std::size_t j) c
         || variables[j] >= variable.upper;
 }
 
-// Newton steps with the information matrix, halved until the statistic decreases. They also estimate the distance to
-// the minimum.
+// The step of Fisher scoring within the bounds; false if the matrix is singular. A variable on its bound whose gradient
+// points inwards can still have a step outwards, by its correlation with others: it is held as well, otherwise no step
+// at all would be possible. held: in and out.
+bool FitSolver::stepWithin(
+    const Minimum& at, const Information& information, std::vector<char>& held, std::vector<double>& step) const
+{
+    const std::size_t n = held.size();
+    for (std::size_t j = 0; j < n; ++j) {
+        const double g = information.gradient[j];
+        // Without an effect on the model, as the slope of an exponential of height 0, there is nothing to move.
+        held[j] = held[j] || information.matrix[j * n + j] == 0.0 || (g > 0.0 && isAtLower(at.variables, j))
+            || (g < 0.0 && isAtUpper(at.variables, j));
+    }
+    for (bool again = true; again;) {
+        if (!solveSymmetric(information.matrix, held, &step, information.gradient, nullptr))
+            return false;
+        again = false;
+        for (std::size_t j = 0; j < n; ++j) {
+            const bool leaves =
+                (step[j] > 0.0 && isAtLower(at.variables, j)) || (step[j] < 0.0 && isAtUpper(at.variables, j));
+            if (!held[j] && leaves)
+                held[j] = again = true;
+        }
+    }
+    return true;
+}
+
+// Moves against the step, halved until the statistic decreases. False if it does not.
+bool FitSolver::moveBy(const std::vector<double>& step, Minimum& minimum)
+{
+    const std::size_t n = step.size();
+    double length = 1.0;
+    for (std::size_t j = 0; j < n; ++j) {
+        const SolverVariable& variable = m_map.variables[j];
+        if (step[j] > 0.0)
+            length = std::min(length, (minimum.variables[j] - variable.lower) / step[j]);
+        else if (step[j] < 0.0)
+            length = std::min(length, (minimum.variables[j] - variable.upper) / step[j]);
+    }
+    for (int halving = 0; halving < 6; ++halving, length *= 0.5) {
+        std::vector<double> next = minimum.variables;
+        for (std::size_t j = 0; j < n; ++j)
+            next[j] = std::clamp(next[j] - length * step[j], m_map.variables[j].lower, m_map.variables[j].upper);
+        const double value = valueAt(next);
+        ++minimum.calls;
+        // Near the minimum the statistic no longer changes within rounding.
+        if (value <= minimum.value * (1.0 + 1e-15)) {
+            const bool moved = next != minimum.variables;
+            minimum.variables = std::move(next);
+            minimum.value = value;
+            return moved;
+        }
+    }
+    return false;
+}
+
+// Steps of Fisher scoring. They also estimate the distance to the minimum.
 void FitSolver::polish(Minimum& minimum, const std::vector<char>& held)
 {
     const std::size_t n = m_map.variables.size();
     minimum.converged = false;
-    for (int round = 0; round < 12; ++round) {
+    for (int round = 0; round < maxScoringSteps; ++round) {
         const Information& information = informationAt(minimum.variables);
-        std::vector<char> still(n, 0);
-        for (std::size_t j = 0; j < n; ++j) {
-            const double g = information.gradient[j];
-            still[j] = (!held.empty() && held[j]) || (g > 0.0 && isAtLower(minimum.variables, j))
-                || (g < 0.0 && isAtUpper(minimum.variables, j));
-        }
+        std::vector<char> still = held.empty() ? std::vector<char>(n, 0) : held;
         std::vector<double> step;
-        if (!solveSymmetric(information.matrix, still, &step, information.gradient, nullptr))
+        if (!stepWithin(minimum, information, still, step))
             return;
         double distance = 0.0;
         for (std::size_t j = 0; j < n; ++j)
@@ -333,32 +385,7 @@ void FitSolver::polish(Minimum& minimum, const std::vector<char>& held)
             ? std::max(1.0, minimum.value / static_cast<double>(m_problem.bins() - n))
             : 1.0;
         minimum.converged = distance < convergedDistance * scale;
-        if (!(distance > stillDistance))
-            return;
-        double length = 1.0;
-        for (std::size_t j = 0; j < n; ++j) {
-            const SolverVariable& variable = m_map.variables[j];
-            if (step[j] > 0.0)
-                length = std::min(length, (minimum.variables[j] - variable.lower) / step[j]);
-            else if (step[j] < 0.0)
-                length = std::min(length, (minimum.variables[j] - variable.upper) / step[j]);
-        }
-        bool moved = false;
-        for (int halving = 0; halving < 6 && !moved; ++halving, length *= 0.5) {
-            std::vector<double> next = minimum.variables;
-            for (std::size_t j = 0; j < n; ++j)
-                next[j] = std::clamp(next[j] - length * step[j], m_map.variables[j].lower, m_map.variables[j].upper);
-            const double value = valueAt(next);
-            ++minimum.calls;
-            // Near the minimum the statistic no longer changes within rounding.
-            if (value <= minimum.value * (1.0 + 1e-15)) {
-                moved = next != minimum.variables;
-                minimum.variables = std::move(next);
-                minimum.value = value;
-                break;
-            }
-        }
-        if (!moved)
+        if (!(distance > stillDistance * scale) || !moveBy(step, minimum))
             return;
     }
 }

@@ -78,6 +78,9 @@ private:
     void writeTerms(std::span<const double> model, double* fvec);
     void weighBins();
     const std::vector<double>& parametersAt(const double* variables);
+    bool stepWithin(
+        const Minimum& at, const Information& information, std::vector<char>& held, std::vector<double>& step) const;
+    bool moveBy(const std::vector<double>& step, Minimum& minimum);
     void polish(Minimum& minimum, const std::vector<char>& held);
 
     FitProblem& m_problem;

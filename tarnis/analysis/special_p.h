@@ -38,12 +38,11 @@ struct FaddeevaValues {
 /// Faddeeva function exp(-u^2) erfc(-iu) for Im u >= 0, to about 1e-14.
 FaddeevaValues faddeeva(std::complex<double> u);
 
-/// m - y + y ln(y/m) for y >= 0, m > 0: half the Poisson deviance. Accurate to rounding also near m = y.
-inline double halfDeviance(double y, double m)
+/// Half the Poisson deviance as below, for m - y = difference where this is known to more digits than m and y.
+inline double halfDeviance(double y, double m, double difference)
 {
     if (y <= 0.0)
         return m;
-    const double difference = m - y;
     const double s = difference / (m + y);
     if (std::fabs(s) > 0.17)
         return difference - y * std::log(m / y);
@@ -53,6 +52,11 @@ inline double halfDeviance(double y, double m)
     const double high = 2.0 / 13 + z * (2.0 / 15 + z * (2.0 / 17 + z * (2.0 / 19 + z * (2.0 / 21))));
     const double low = 2.0 / 3 + z * (2.0 / 5 + z * (2.0 / 7 + z * (2.0 / 9 + z * (2.0 / 11))));
     return s * (difference - y * z * (low + z * z * z * (z * z) * high));
+}
+/// m - y + y ln(y/m) for y >= 0, m > 0: half the Poisson deviance. Accurate to rounding also near m = y.
+inline double halfDeviance(double y, double m)
+{
+    return halfDeviance(y, m, m - y);
 }
 /// Probability of y counts at mean m; y >= 0 need not be an integer.
 double poissonProbability(double y, double m);

@@ -23,6 +23,7 @@ private slots:
     void addsUpTheBinomialTail_data();
     void addsUpTheBinomialTail();
     void keepsItsDigitsAtLargeCounts();
+    void keepsTheDigitsOfASmallExcess();
     void givesCurriesLevels();
     void refusesBadInput();
 };
@@ -98,6 +99,17 @@ void TestCountStatistics::keepsItsDigitsAtLargeCounts()
     QVERIFY(std::fabs(poissonInterval(1e12).upper - 1e12 - 1e6) < 10.0);
     const double probability = excessProbability(1e9, 1e9, 0.5);
     QVERIFY(std::fabs(probability - 0.5) < 1e-4);
+}
+
+// Equation 17 of Li and Ma with 50 decimal digits, by Python: decimal.getcontext().prec = 50, then
+// sqrt(2 (s ln((1 + a)/a s/(s + b)) + b ln((1 + a) b/(s + b)))) with a = Decimal(n)/Decimal(m).
+void TestCountStatistics::keepsTheDigitsOfASmallExcess()
+{
+    QVERIFY(
+        agreesRelatively(u"above"_s, liMaSignificance(103982801.0, 56706121.0, 11.0 / 6.0), 1.2572608785611084, 1e-9));
+    QVERIFY(agreesRelatively(
+        u"below"_s, liMaSignificance(50000123.0, 150000456.0, 1.0 / 3.0), -0.0035517551575416874, 1e-9));
+    QVERIFY(agreesRelatively(u"few"_s, liMaSignificance(1000.0, 3001.0, 1.0 / 3.0), -0.009127821930639244, 1e-9));
 }
 
 void TestCountStatistics::givesCurriesLevels()
