@@ -52,7 +52,7 @@ public:
         for (QAction* action : menu->actions()) {
             if (action->text() == entry && action->isVisible() && action->isEnabled()) {
                 found = true;
-                QTest::mouseClick(menu, Qt::LeftButton, {}, menu->actionGeometry(action).center());
+                clickIn(*menu, menu->actionGeometry(action).center());
                 break;
             }
         }
@@ -62,6 +62,14 @@ public:
     }
 
 private:
+    /// Shakes the mouse first: Qt 6.8 closes a menu at a click where it opened, unless the mouse has moved seven times.
+    static void clickIn(QMenu& menu, const QPoint& at)
+    {
+        for (int i = 0; i < 8; ++i)
+            QTest::mouseMove(&menu, at + QPoint(i % 2, 0));
+        QTest::mouseClick(&menu, Qt::LeftButton, {}, at);
+    }
+
     QWidget& m_plot;
 };
 
