@@ -5,6 +5,7 @@
 #include <QCursor>
 #include <QLineEdit>
 #include <QMenu>
+#include <QPointer>
 #include <QTest>
 #include <QWidget>
 
@@ -45,8 +46,9 @@ public:
     {
         press(at, Qt::RightButton);
         release(at, Qt::RightButton);
-        auto* menu = m_plot.findChild<QMenu*>();
-        if (menu == nullptr)
+        // An entry may open a box, during which the menu is deleted.
+        const QPointer<QMenu> menu = m_plot.findChild<QMenu*>();
+        if (menu.isNull())
             return false;
         bool found = false;
         for (QAction* action : menu->actions()) {
@@ -56,8 +58,10 @@ public:
                 break;
             }
         }
-        menu->close();
-        QCoreApplication::sendPostedEvents(menu, QEvent::DeferredDelete);
+        if (menu) {
+            menu->close();
+            QCoreApplication::sendPostedEvents(menu, QEvent::DeferredDelete);
+        }
         return found;
     }
 
