@@ -46,6 +46,7 @@ private:
     class Member;
     friend class Member;
     TARNIS_NO_EXPORT void follow(const Member& source);
+    TARNIS_NO_EXPORT void followLateChanges();
     TARNIS_NO_EXPORT Member* find(const XYGraphWidget* plot, Qt::Orientation axis) const;
     TARNIS_NO_EXPORT void dropDestroyed();
 

@@ -6,6 +6,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
+#include <utility>
 #include <vector>
 
 namespace tarnis {
@@ -23,8 +25,23 @@ public:
     Qt::Orientation axis() const { return m_axis; }
     AxisRange range() const { return ViewControl(*observedPlot()).range(m_axis); }
     bool isAuto() const { return ViewControl(*observedPlot()).isAuto(m_axis); }
-    void show(AxisRange range) const { ViewControl(*observedPlot()).show(m_axis, range); }
-    void fit() const { ViewControl(*observedPlot()).fit(m_axis); }
+    void show(AxisRange range)
+    {
+        ViewControl(*observedPlot()).show(m_axis, range);
+        m_set = { isAuto(), this->range() };
+    }
+    void fit()
+    {
+        ViewControl(*observedPlot()).fit(m_axis);
+        m_set = { isAuto(), range() };
+    }
+    /// True once if the axis was changed after show() or fit(). A plot does not report a change that another one undoes
+    /// in the same pass of the event loop.
+    bool takeChangeSinceSet()
+    {
+        const std::optional<View> set = std::exchange(m_set, std::nullopt);
+        return set && (set->isAuto != isAuto() || (!set->isAuto && set->range != range()));
+    }
 
 protected:
     void plotChanged(Changes changes) override
@@ -35,8 +52,14 @@ protected:
     void axisInitialized(Qt::Orientation axis, double /*previousMin*/, double /*previousMax*/) override;
 
 private:
+    struct View {
+        bool isAuto = true;
+        AxisRange range;
+    };
+
     AxisLink& m_link;
     Qt::Orientation m_axis;
+    std::optional<View> m_set; ///< state right after the group set it
 };
 
 struct TARNIS_NO_EXPORT AxisLink::State {
@@ -92,7 +115,7 @@ void AxisLink::add(XYGraphWidget* plot, Qt::Orientation axis)
         return;
     dropDestroyed();
     m_state->members.push_back(std::make_unique<Member>(*this, *plot, axis));
-    const Member& added = *m_state->members.back();
+    Member& added = *m_state->members.back();
     if (m_state->members.size() == 1) {
         m_state->isAuto = added.isAuto();
         m_state->range = added.range();
@@ -140,8 +163,20 @@ void AxisLink::follow(const Member& source)
         else if (!isAuto && (member->isAuto() || member->range() != range))
             member->show(range);
     }
+    QMetaObject::invokeMethod(
+        this, [this] { followLateChanges(); }, Qt::QueuedConnection);
     if (!isAuto)
         Q_EMIT rangeChanged(range.min, range.max);
+}
+
+void AxisLink::followLateChanges()
+{
+    for (const auto& member : m_state->members) {
+        if (member->observedPlot() != nullptr && member->takeChangeSinceSet()) {
+            follow(*member);
+            return; // all members have been set to this change
+        }
+    }
 }
 
 } // namespace tarnis
