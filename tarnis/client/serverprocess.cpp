@@ -9,6 +9,7 @@
 #include <QFileInfo>
 #include <QMetaObject>
 #include <QProcess>
+#include <QStandardPaths>
 #include <QTimer>
 
 #include <optional>
@@ -21,6 +22,27 @@ namespace {
 // A server may print for months, so the stored output is limited.
 constexpr qsizetype maxLine = qsizetype(64) << 10;
 constexpr qsizetype maxErrorOutput = qsizetype(4) << 10;
+
+/// A path, unlike a name that is looked up in the search path.
+bool isPath(const QString& program)
+{
+    return QDir::fromNativeSeparators(program).contains(QLatin1Char('/'));
+}
+
+/// Why a program cannot be started, as a part of a sentence. The texts of QProcess name system calls.
+QString startProblem(const QString& program, const QString& systemText)
+{
+    if (program.isEmpty())
+        return ServerProcess::tr("no program is chosen");
+    if (!isPath(program))
+        return QStandardPaths::findExecutable(program).isEmpty()
+            ? ServerProcess::tr("no folder of the search path contains it")
+            : systemText;
+    const QFileInfo file(program);
+    if (!file.exists())
+        return ServerProcess::tr("there is no such file");
+    return file.isFile() && file.isExecutable() ? systemText : ServerProcess::tr("it is not an executable file");
+}
 
 } // namespace
 
@@ -86,16 +108,15 @@ void ServerProcess::Private::launch()
     connect(process, &QProcess::readyReadStandardError, &q, [this] { onErrorOutput(); });
     queue(&QProcess::errorOccurred, &Private::onProcessError);
     queue(&QProcess::finished, &Private::onFinished);
-    const bool isPath = QDir::fromNativeSeparators(program).contains(QLatin1Char('/'));
     const QFileInfo file(program);
     if (!options.workingDirectory.isEmpty())
         process->setWorkingDirectory(options.workingDirectory);
-    else if (isPath && file.dir().exists()) // otherwise the error would be about the folder
+    else if (isPath(program) && file.dir().exists()) // otherwise the error would be about the folder
         process->setWorkingDirectory(file.absolutePath());
     state = State::Starting;
     if (options.startTimeout > std::chrono::milliseconds(0))
         timer.start(timerRun(options.startTimeout));
-    process->start(isPath ? file.absoluteFilePath() : program, options.arguments);
+    process->start(isPath(program) ? file.absoluteFilePath() : program, options.arguments);
 }
 
 void ServerProcess::Private::onOutput()
@@ -147,7 +168,8 @@ void ServerProcess::Private::onProcessError(QProcess::ProcessError error)
     // Every other error is followed by `finished`, or does not end the process.
     if (error == QProcess::FailedToStart)
         finish(End::NotStarted,
-            ServerProcess::tr("The server \"%1\" could not be started: %2.").arg(program, process->errorString()));
+            ServerProcess::tr("The server \"%1\" could not be started: %2.")
+                .arg(program, startProblem(program, process->errorString())));
 }
 
 void ServerProcess::Private::onFinished(int exitCode, QProcess::ExitStatus status)

@@ -3347,6 +3347,22 @@ Gezeigt ist das Ergebnis von %2.</translation>
         <source>The server did not announce its port within %1 s.</source>
         <translation>Der Server hat seinen Port nicht innerhalb von %1 s angegeben.</translation>
     </message>
+    <message>
+        <source>no program is chosen</source>
+        <translation>es ist kein Programm ausgewählt</translation>
+    </message>
+    <message>
+        <source>no folder of the search path contains it</source>
+        <translation>kein Ordner des Suchpfads enthält es</translation>
+    </message>
+    <message>
+        <source>there is no such file</source>
+        <translation>diese Datei gibt es nicht</translation>
+    </message>
+    <message>
+        <source>it is not an executable file</source>
+        <translation>es ist keine ausführbare Datei</translation>
+    </message>
 </context>
 <context>
     <name>tarnis::SettingsModel</name>

@@ -132,6 +132,31 @@ private Q_SLOTS:
         QCOMPARE(watched.ends.size(), 1);
     }
 
+    void saysWhyAProgramCannotBeStarted_data()
+    {
+        QTest::addColumn<QString>("program");
+        QTest::addColumn<QString>("why");
+        QTest::newRow("none") << ""
+                              << "no program is chosen";
+        QTest::newRow("path") << "/nowhere/server"
+                              << "there is no such file";
+        QTest::newRow("name") << "no-such-server"
+                              << "no folder of the search path contains it";
+        QTest::newRow("folder") << "/"
+                                << "it is not an executable file";
+        QTest::newRow("other file") << "/etc/passwd"
+                                    << "it is not an executable file";
+    }
+    void saysWhyAProgramCannotBeStarted()
+    {
+        QFETCH(QString, program);
+        QFETCH(QString, why);
+        Watched watched;
+        QVERIFY(watched.process->start(program));
+        QVERIFY(watched.waitForEnd());
+        QCOMPARE(watched.reason, QStringLiteral("The server \"%1\" could not be started: %2.").arg(program, why));
+    }
+
     void reportsAMissingProgram()
     {
         Watched watched;
