@@ -64,7 +64,7 @@ private:
     TARNIS_NO_EXPORT bool press(const QPointF& position);
     TARNIS_NO_EXPORT bool move(const QPointF& position);
     TARNIS_NO_EXPORT bool release(const QPointF& position);
-    TARNIS_NO_EXPORT bool handleKey(int key);
+    TARNIS_NO_EXPORT bool takeKey(int key);
     TARNIS_NO_EXPORT void addCorner(const QPointF& position);
     TARNIS_NO_EXPORT void finishDrawing();
     TARNIS_NO_EXPORT bool grab(const QPointF& position);

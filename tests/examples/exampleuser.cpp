@@ -32,8 +32,6 @@ namespace {
 using tarnis::testing::eventually;
 using tarnis::testing::ModalWatchdog;
 
-constexpr int timeoutMs = 30000;
-
 struct Failed { };
 
 void expect(const char* what, const std::function<bool()>& condition)

@@ -73,8 +73,8 @@ QRect paintLabel(QPainter& painter, const QString& text, const QPoint& at, Qt::A
     painter.drawRoundedRect(QRectF(frame).adjusted(0.5, 0.5, -0.5, -0.5), 3.0, 3.0);
     painter.setPen(colours.text);
     const bool hasLines = text.contains(u'\n');
-    painter.drawText(hasLines ? frame.adjusted(padX, 0, 0, 0) : frame,
-        hasLines ? Qt::AlignLeft | Qt::AlignVCenter : Qt::AlignCenter, text);
+    const Qt::Alignment place = hasLines ? Qt::AlignLeft | Qt::AlignVCenter : Qt::AlignCenter;
+    painter.drawText(hasLines ? frame.adjusted(padX, 0, 0, 0) : frame, int(place), text);
     painter.restore();
     return frame;
 }

@@ -260,7 +260,7 @@ bool PlotRegions::release(const QPointF& position)
     return true;
 }
 
-bool PlotRegions::handleKey(int key)
+bool PlotRegions::takeKey(int key)
 {
     switch (key) {
     case Qt::Key_Escape:
@@ -295,7 +295,7 @@ bool PlotRegions::handleEvent(QEvent* event)
     case QEvent::MouseButtonDblClick:
         if (!m_data->drawn || static_cast<const QMouseEvent&>(*event).button() != Qt::LeftButton)
             return false;
-        handleKey(Qt::Key_Return);
+        takeKey(Qt::Key_Return);
         return true;
     case QEvent::MouseMove:
         return move(static_cast<const QMouseEvent&>(*event).position());
@@ -309,7 +309,7 @@ bool PlotRegions::handleEvent(QEvent* event)
         return false;
     case QEvent::KeyPress: {
         const auto& key = static_cast<const QKeyEvent&>(*event);
-        return key.modifiers() == Qt::NoModifier && handleKey(key.key());
+        return key.modifiers() == Qt::NoModifier && takeKey(key.key());
     }
     default:
         return false;
