@@ -182,7 +182,8 @@ void FitControls::buildPages(QWidget& panel, FitParameterModel& model)
         if (needed > view.columnWidth(FitParameterModel::Value))
             view.setColumnWidth(FitParameterModel::Value, needed);
     });
-    table->horizontalHeader()->setStretchLastSection(true);
+    // Unlike a stretched last section this one also shrinks when the others get wider.
+    table->horizontalHeader()->setSectionResizeMode(FitParameterModel::Tie, QHeaderView::Stretch);
     table->setMinimumHeight(table->fontMetrics().height() * 8);
     pages->addTab(table, QString());
     history = new QTreeWidget(pages);
