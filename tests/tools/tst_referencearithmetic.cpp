@@ -73,10 +73,10 @@ private Q_SLOTS:
     {
         auto random = testing::seededGenerator(51);
         for (int round = 0; round < 300; ++round) {
-            const int count = testing::whole(random, 0, 40);
+            const auto count = static_cast<std::size_t>(testing::whole(random, 0, 40));
             std::vector<double> live(count);
             std::vector<double> reference(count);
-            for (int i = 0; i < count; ++i) {
+            for (std::size_t i = 0; i < count; ++i) {
                 live[i] = testing::chance(random, 0.05) ? notANumber : std::floor(testing::uniform(random, -2, 50));
                 reference[i] = testing::chance(random, 0.05) ? infinity : std::floor(testing::uniform(random, -2, 50));
             }
@@ -84,8 +84,9 @@ private Q_SLOTS:
             for (const auto comparison : { Comparison::Difference, Comparison::Ratio, Comparison::Significance }) {
                 const bool isContained = testing::chance(random, 0.5);
                 std::vector<double> values(count);
-                comparedValues(comparison, live.data(), reference.data(), count, norm, isContained, values.data());
-                for (int i = 0; i < count; ++i) {
+                comparedValues(comparison, live.data(), reference.data(), static_cast<qsizetype>(count), norm,
+                    isContained, values.data());
+                for (std::size_t i = 0; i < count; ++i) {
                     const double one = comparedBin(comparison, live[i], reference[i], norm, isContained).value;
                     QVERIFY((std::isnan(one) && std::isnan(values[i])) || one == values[i]);
                 }
