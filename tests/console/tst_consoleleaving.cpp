@@ -155,22 +155,23 @@ private Q_SLOTS:
         ScriptedServer server;
         server.answer(
             "stat", { Step::text("OK:\n--run\nstate: STOPPED\nrun: 1\nrun directory: none\nevents: 1234\n") });
-        LeavingConsole desk(server);
-        QVERIFY(desk.knowsEvents());
-        desk.choose(qPrintable(action));
-        QVERIFY(desk.question());
-        QVERIFY2(desk.question()->text().contains(QStringLiteral("1,234 events")), qPrintable(desk.question()->text()));
-        QCOMPARE(desk.question()->defaultButton(), desk.question()->button(QMessageBox::Cancel));
-        desk.answerNo();
-        TRY_VERIFY(!desk.question());
-        QVERIFY(desk.isUp());
-        QVERIFY(desk.window->isVisible());
-        desk.window->stateWatch().noteSaved();
-        desk.choose(qPrintable(action));
-        QVERIFY(!desk.question());
-        QVERIFY(desk.reaches(afterwards));
+        LeavingConsole fixture(server);
+        QVERIFY(fixture.knowsEvents());
+        fixture.choose(qPrintable(action));
+        QVERIFY(fixture.question());
+        QVERIFY2(fixture.question()->text().contains(QStringLiteral("1,234 events")),
+            qPrintable(fixture.question()->text()));
+        QCOMPARE(fixture.question()->defaultButton(), fixture.question()->button(QMessageBox::Cancel));
+        fixture.answerNo();
+        TRY_VERIFY(!fixture.question());
+        QVERIFY(fixture.isUp());
+        QVERIFY(fixture.window->isVisible());
+        fixture.window->stateWatch().noteSaved();
+        fixture.choose(qPrintable(action));
+        QVERIFY(!fixture.question());
+        QVERIFY(fixture.reaches(afterwards));
         if (action == u"quitAction")
-            QVERIFY(desk.isLeft());
+            QVERIFY(fixture.isLeft());
     }
 
     void eventsOfARemoteServerStayThere()
@@ -178,11 +179,11 @@ private Q_SLOTS:
         ScriptedServer server;
         server.answer(
             "stat", { Step::text("OK:\n--run\nstate: STOPPED\nrun: 1\nrun directory: none\nevents: 1234\n") });
-        ConsoleFixture desk(server);
-        desk.window->stateWatch().request();
-        TRY_COMPARE(desk.window->stateWatch().runStatus().events.value_or(0), 1234);
-        desk.choose("shutDownAction");
-        QVERIFY(desk.reaches(ServerState::Off));
+        ConsoleFixture fixture(server);
+        fixture.window->stateWatch().request();
+        TRY_COMPARE(fixture.window->stateWatch().runStatus().events.value_or(0), 1234);
+        fixture.choose("shutDownAction");
+        QVERIFY(fixture.reaches(ServerState::Off));
     }
 
     void asksNothingWithoutARun()
