@@ -19,6 +19,8 @@ find_program(TARNIS_MOLD mold)
 if(TARNIS_MOLD)
   add_link_options(-fuse-ld=mold)
 endif()
+# The libraries need no other than those they use. Debian's GCC does so by itself, Clang does not.
+add_link_options(LINKER:--as-needed)
 
 # Pictures and fits must be bit-identical: no contraction into fused multiply-add on targets that have it.
 add_compile_options(-ffp-contract=off)
