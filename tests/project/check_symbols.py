@@ -4,8 +4,8 @@
 usage: check_symbols.py FOLDER [--update]       FOLDER holds the libraries: build/dev/tarnis
 
 Each line of the list holds a library and the demangled name of a strong dynamic symbol. Weak ones (inline functions,
-templates of Qt's headers) depend on the compiler's inlining and are left out, and so is type information, which is strong
-with Clang only. --update writes the list again: the diff is then for a reviewer.
+templates of Qt's headers) depend on the compiler's inlining and are left out, and so are virtual tables and type
+information, which are strong with Clang only. --update writes the list again: the diff is then for a reviewer.
 """
 
 import pathlib
@@ -14,8 +14,8 @@ import sys
 
 LIBRARIES = ("tarnis", "tarnis-core", "tarnis-fit")
 LIST = pathlib.Path(__file__).with_name("exported_symbols.txt")
-# The virtual table of every exported class is strong; so are these names of the linker.
 LINKER_NAMES = {"_init", "_fini", "__bss_start", "_edata", "_end"}
+OF_CLASSES = ("typeinfo ", "vtable for ")
 
 
 def exported(library):
@@ -27,7 +27,7 @@ def exported(library):
         # posix format: name type value size; the demangled name may contain spaces.
         fields = line.rsplit(" ", 3)
         name, kind = fields[0], fields[1]
-        if kind in "TDBR" and name not in LINKER_NAMES and not name.startswith("typeinfo "):
+        if kind in "TDBR" and name not in LINKER_NAMES and not name.startswith(OF_CLASSES):
             names.add(name)
     return names
 
