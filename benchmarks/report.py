@@ -9,6 +9,7 @@ first comment says what is measured.
 
 import datetime
 import json
+import math
 import os
 import pathlib
 import platform
@@ -62,12 +63,16 @@ def purpose(source):
 
 
 def number(value):
+    value = float(value)  # what is not finite is text in JSON
+    if not math.isfinite(value):
+        return "–"
     if value == 0 or abs(value) >= 1000:
         return f"{value:,.0f}"
     return f"{value:.3g}"
 
 
 def table(runs):
+    runs = [run for run in runs if run.get("run_type") != "aggregate"]  # a fit of the complexity, for one
     counters = list(dict.fromkeys(key for run in runs for key in run if key not in FIELDS))
     yield "| benchmark | time | " + " | ".join(counter.replace("_", " ") for counter in counters) + " |"
     yield "|---|---:|" + "---:|" * len(counters)
