@@ -51,7 +51,7 @@ public:
     };
     virtual BarLayout paintColorBar(QPainter& painter, const QRect& frame, const ColorBarWidget& bar) = 0;
 
-    /// The part of the space above the plot rectangle that the last frame left without texts; null if there is none.
+    /// The part of the space above the plot rectangle that the last frame left without texts; null without such a part.
     virtual QRect freeAbove() const = 0;
 
     virtual QColor surround() const = 0; ///< colour around the plot rectangle

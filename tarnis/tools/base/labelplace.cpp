@@ -12,7 +12,7 @@ namespace {
 constexpr int distance = 3; // between boxes
 const QString separator = QStringLiteral("   ");
 
-/// The widest part of the row that no box covers; empty if there is none.
+/// The widest part of the row that no box covers; empty if boxes cover all of it.
 QRect widestGap(const QRect& row, QList<QRect> boxes)
 {
     std::sort(boxes.begin(), boxes.end(), [](const QRect& a, const QRect& b) { return a.left() < b.left(); });
