@@ -9,6 +9,7 @@
 #include <QEventLoop>
 #include <QTimer>
 
+#include <sched.h>
 #include <sys/mman.h>
 #include <sys/resource.h>
 #include <sys/socket.h>
@@ -161,9 +162,35 @@ void idleClients(benchmark::State& state)
 }
 BENCHMARK(idleClients)->Arg(1000)->UseManualTime()->Iterations(1)->Unit(benchmark::kMillisecond);
 
+// Keeps this thread, and the threads that it starts meanwhile, on one processor: a round trip then costs two switches
+// of threads. Otherwise the system places client and server, and may have to wake a sleeping processor for each
+// message.
+class Placement {
+public:
+    explicit Placement(bool onOneProcessor)
+    {
+        ::sched_getaffinity(0, sizeof m_before, &m_before);
+        if (!onOneProcessor)
+            return;
+        cpu_set_t one;
+        CPU_ZERO(&one);
+        CPU_SET(::sched_getcpu(), &one);
+        ::sched_setaffinity(0, sizeof one, &one);
+    }
+    ~Placement() { ::sched_setaffinity(0, sizeof m_before, &m_before); }
+    Placement(const Placement&) = delete;
+    Placement& operator=(const Placement&) = delete;
+
+private:
+    cpu_set_t m_before {};
+};
+
+constexpr const char* oneProcessor = "one_processor";
+
 // A full queue: the throughput of one client.
 void queuedRequests(benchmark::State& state)
 {
+    const Placement placement(state.range(0) != 0);
     const ReplyServer server;
     const auto client = connectedTo(server.port());
     RawClient raw(server.port());
@@ -192,11 +219,18 @@ void queuedRequests(benchmark::State& state)
     state.counters["best_per_second"] = best;
     state.counters["ratio_to_raw"] = median(ratios);
 }
-BENCHMARK(queuedRequests)->UseManualTime()->Iterations(7)->Unit(benchmark::kMillisecond);
+BENCHMARK(queuedRequests)
+    ->ArgName(oneProcessor)
+    ->Arg(0)
+    ->Arg(1)
+    ->UseManualTime()
+    ->Iterations(7)
+    ->Unit(benchmark::kMillisecond);
 
 // One request at a time, from the call to the continuation.
 void latency(benchmark::State& state)
 {
+    const Placement placement(state.range(0) != 0);
     const ReplyServer server;
     const auto client = connectedTo(server.port());
     RawClient raw(server.port());
@@ -214,10 +248,17 @@ void latency(benchmark::State& state)
     state.counters["median_us"] = 1e6 * median(clientTimes);
     state.counters["raw_us"] = 1e6 * median(rawTimes);
 }
-BENCHMARK(latency)->UseManualTime()->Iterations(5000)->Unit(benchmark::kMicrosecond);
+BENCHMARK(latency)
+    ->ArgName(oneProcessor)
+    ->Arg(0)
+    ->Arg(1)
+    ->UseManualTime()
+    ->Iterations(5000)
+    ->Unit(benchmark::kMicrosecond);
 
 void largeReply(benchmark::State& state)
 {
+    const Placement placement(state.range(1) != 0);
     const ReplyServer server;
     const auto client = connectedTo(server.port());
     RawClient raw(server.port());
@@ -244,9 +285,11 @@ void largeReply(benchmark::State& state)
     state.counters["ratio"] = median(clientTimes) / median(rawTimes);
 }
 BENCHMARK(largeReply)
-    ->Arg(8 << 10)
-    ->Arg(8 << 20)
-    ->Arg(64 << 20)
+    ->ArgNames({ "bytes", oneProcessor })
+    ->Args({ 8 << 10, 0 })
+    ->Args({ 8 << 10, 1 })
+    ->Args({ 8 << 20, 0 })
+    ->Args({ 64 << 20, 0 })
     ->UseManualTime()
     ->Iterations(40)
     ->Unit(benchmark::kMicrosecond);

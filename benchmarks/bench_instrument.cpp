@@ -17,6 +17,7 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <chrono>
 #include <fstream>
 
@@ -106,6 +107,9 @@ void measure(benchmark::State& state, const QString& address, const std::functio
         }
         state.SetIterationTime(watchdog.worstThread() / 1e3);
         state.counters["worst_wall_ms"] = watchdog.worstWall();
+        const QList<LiveWidget*> plots = window.findChildren<LiveWidget*>();
+        state.counters["current_plots"] = double(std::count_if(plots.begin(), plots.end(),
+            [](const LiveWidget* plot) { return plot->state() == LiveWidget::State::Current; }));
         state.counters["more_mib"] = residentMiB() - before;
     }
 }
@@ -130,6 +134,38 @@ void scripted(benchmark::State& state, const Script& answer)
     measure(state, QString("127.0.0.1:%1").arg(server.port()), [] {});
 }
 
+/// `rows` x `bins` values without two equal neighbours, which are the slowest to draw.
+Step histogram(int rows, int bins, const QString& text)
+{
+    QByteArray payload(qsizetype(rows) * bins * qsizetype(sizeof(double)), Qt::Uninitialized);
+    auto* const values = reinterpret_cast<double*>(payload.data());
+    for (int i = 0; i < rows * bins; ++i)
+        values[i] = double(i * 7919LL % 104729);
+    return Step::binary(payload, text.toLatin1());
+}
+
+struct Sizes {
+    int curves;
+    int curveBins;
+    int mapRows;
+    int mapBins;
+};
+
+/// Histograms of other sizes than the program asked for.
+void otherSizes(benchmark::State& state, const Sizes& sizes)
+{
+    const Script curves { histogram(sizes.curves, sizes.curveBins, QString("OK: (0 1 %1)\n").arg(sizes.curveBins)) };
+    const Script map { histogram(
+        sizes.mapRows, sizes.mapBins, QString("OK: exported %1 x %2 y\n").arg(sizes.mapBins).arg(sizes.mapRows)) };
+    ScriptedServer server;
+    server.answerOthers([&](const std::string& request) {
+        return request.starts_with("hist1d") ? curves
+            : request.starts_with("hist2d")  ? map
+                                             : Script { Step::text("OK:\n") };
+    });
+    measure(state, QString("127.0.0.1:%1").arg(server.port()), [] {});
+}
+
 } // namespace
 
 int main(int argc, char** argv)
@@ -151,5 +187,10 @@ int main(int argc, char** argv)
     add("endless-text", scripted, Script { Step::raw(much), Step::silence() });
     add("huge-payload", scripted, Script { Step::binary(much, "OK: (0 1 2)\n") });
     add("endless-refusal", scripted, Script { Step::text("NG:" + much) });
+    // The largest that the program accepts, 8 MiB, and one beyond the default limits.
+    add("most-values", otherSizes, Sizes { 64, 1 << 14, 1 << 14, 64 });
+    add("most-bins", otherSizes, Sizes { 1, 1 << 20, 1, 1 << 20 });
+    add("most-rows", otherSizes, Sizes { 64, 1000, 1 << 14, 64 });
+    add("too-many-rows", otherSizes, Sizes { 1000, 1000, 1000000, 1 });
     return runBenchmarks(argc, argv);
 }

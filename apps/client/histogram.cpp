@@ -96,6 +96,9 @@ tarnis::Dataset datasetOf(const tarnis::HistogramReply& reply, const Properties&
 tarnis::HistogramFormat formatOf(const QString& command, const Properties& properties, bool map)
 {
     tarnis::HistogramFormat format = tarnis::HistogramFormat::ofCommand(command);
+    // Nothing is drawn while the reply is read, and its size is limited: more rows and values than for a live plot.
+    format.maxRows = format.maxMapRows = qsizetype(1) << 16;
+    format.maxValues = qsizetype(1) << 27;
     format.x = axisOf(properties, map ? QStringLiteral("x") : QString());
     if (map)
         format.y = axisOf(properties, QStringLiteral("y"));

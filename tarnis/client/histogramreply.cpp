@@ -6,6 +6,7 @@
 #include <QCoreApplication>
 #include <QStringList>
 
+#include <algorithm>
 #include <cmath>
 #include <optional>
 
@@ -85,10 +86,14 @@ HistogramReply Parser::parse()
 
 bool Parser::checkPayload()
 {
-    if (m_payload.size() % valueSize == 0)
-        return true;
-    return fail(Error::Payload, m_count * valueSize,
-        tr("%1 bytes are not a whole number of 64-bit values.").arg(m_payload.size()));
+    if (m_payload.size() % valueSize != 0)
+        return fail(Error::Payload, m_count * valueSize,
+            tr("%1 bytes are not a whole number of 64-bit values.").arg(m_payload.size()));
+    const qsizetype values = m_format.kind == Kind::Pairs ? m_count / 2 : m_count;
+    if (values > m_format.maxValues)
+        return fail(
+            Error::Payload, 0, tr("%1 values are more than the accepted %2.").arg(values).arg(m_format.maxValues));
+    return true;
 }
 
 bool Parser::parseRows()
@@ -202,6 +207,9 @@ bool Parser::readCounts(qsizetype& x, qsizetype& y)
     if (x > m_format.maxBins || y > m_format.maxBins)
         return fail(Error::Text, position,
             tr("%1 bins are more than the accepted %2.").arg(std::max(x, y)).arg(m_format.maxBins));
+    if (y > m_format.maxMapRows)
+        return fail(
+            Error::Text, position, tr("%1 rows are more than the accepted %2.").arg(y).arg(m_format.maxMapRows));
     // Both are 32-bit numbers: the product does not overflow.
     if (x * y != m_count)
         return fail(Error::Payload, std::min(x * y * valueSize, m_payload.size()),
@@ -247,13 +255,17 @@ bool Parser::readAxisNumbers(const QStringList& tokens, qsizetype open, Histogra
 
 void Parser::measure()
 {
+    m_reply.rowMaxima.reserve(m_reply.rows.size());
     for (const QList<double>& row : std::as_const(m_reply.rows)) {
+        double maximum = 0.0;
         for (const double value : row) {
             if (!std::isfinite(value))
                 ++m_reply.nonFinite;
-            else if (value > m_reply.maximum)
-                m_reply.maximum = value;
+            else if (value > maximum)
+                maximum = value;
         }
+        m_reply.rowMaxima.append(maximum);
+        m_reply.maximum = std::max(m_reply.maximum, maximum);
     }
 }
 

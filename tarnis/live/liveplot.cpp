@@ -7,23 +7,7 @@
 #include "tarnis/plots/plotobserver.h"
 #include "tarnis/tools/plotlegend.h"
 
-#include <algorithm>
-#include <cmath>
-
 namespace tarnis {
-
-namespace {
-
-/// The largest finite value, at least 0.
-double largestFinite(const QList<double>& values)
-{
-    double largest = 0.0;
-    for (const double value : values)
-        largest = std::isfinite(value) ? std::max(largest, value) : largest;
-    return largest;
-}
-
-} // namespace
 
 LivePlot::LivePlot(QWidget* parent)
     : LiveWidget(new MultiVectorGraphWidget, parent)
@@ -94,7 +78,7 @@ void LivePlot::showData(const HistogramReply& histogram)
     }
     const int rows = static_cast<int>(histogram.rows.size());
     for (int row = 0; row < rows; ++row)
-        m_plot->setData(row, histogram.rows.at(row), largestFinite(histogram.rows.at(row)));
+        m_plot->setData(row, histogram.rows.at(row), histogram.rowMaxima.at(row));
     m_plot->resizeData(rows);
     m_plot->setManualIndex(histogram.positions);
 }

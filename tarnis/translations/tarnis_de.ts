@@ -1897,6 +1897,10 @@ Gezeigt ist das Ergebnis von %2.</translation>
         <translation>Die Achse hat keine Bins oder endet vor ihrem Anfang.</translation>
     </message>
     <message>
+        <source>%1 values are more than the accepted %2.</source>
+        <translation>%1 Werte sind mehr als die zulässigen %2.</translation>
+    </message>
+    <message>
         <source>%1 rows are more than the accepted %2.</source>
         <translation>%1 Zeilen sind mehr als die zulässigen %2.</translation>
     </message>

@@ -29,6 +29,8 @@ HistogramFormat formatOf(Kind kind, int rows = 0)
     format.rows = rows;
     format.maxBins = 1000;
     format.maxRows = 50;
+    format.maxMapRows = 60;
+    format.maxValues = 2000;
     return format;
 }
 
@@ -93,6 +95,29 @@ private Q_SLOTS:
         const auto reply = HistogramReply::parse(bytesOf({ nan, 3, infinite, -infinite }), "", formatOf(Kind::Rows, 1));
         QCOMPARE(reply.nonFinite, 3);
         QCOMPARE(reply.maximum, 3.0);
+        QCOMPARE(reply.rowMaxima, QList<double>({ 3.0 }));
+    }
+
+    void findsTheMaximumOfEachRow()
+    {
+        const QByteArray interleaved = bytesOf({ 1, -5, 7, -6, 2, -7 });
+        const auto rows = HistogramReply::parse(interleaved, "", formatOf(Kind::Rows, 2));
+        QCOMPARE(rows.rowMaxima, QList<double>({ 7, 0 }));
+        QCOMPARE(rows.maximum, 7.0);
+        const auto map = HistogramReply::parse(interleaved, "OK: exported 2 x 3 y", formatOf(Kind::Map));
+        QCOMPARE(map.rowMaxima, QList<double>({ 1, 7, 2 }));
+    }
+
+    void acceptsTheMaximumNumberOfValues()
+    {
+        const auto pairs = HistogramReply::parse(bytesOf(QList<double>(4000, 1.0)), "a (0 4 4)", formatOf(Kind::Pairs));
+        QVERIFY2(pairs.isOk(), qPrintable(pairs.reason));
+        HistogramFormat format = formatOf(Kind::Rows, 2);
+        const auto rows = HistogramReply::parse(bytesOf(QList<double>(2000, 1.0)), "", format);
+        QVERIFY2(rows.isOk(), qPrintable(rows.reason));
+        format = formatOf(Kind::Map);
+        const auto map = HistogramReply::parse(bytesOf(QList<double>(60, 1.0)), "OK: exported 1 x 60 y", format);
+        QVERIFY2(map.isOk(), qPrintable(map.reason));
     }
 
     void errors_data()
@@ -113,6 +138,12 @@ private Q_SLOTS:
         QTest::newRow("rows without values") << Kind::Rows << 2000000000 << QByteArray() << "" << Error::Payload << 0;
         QTest::newRow("too many rows") << Kind::Rows << 0 << bytesOf(QList<double>(51, 1.0)) << "a (0 1 1)"
                                        << Error::Payload << 0;
+        QTest::newRow("too many rows of a map")
+            << Kind::Map << 0 << bytesOf(QList<double>(61, 1.0)) << "OK: exported 1 x 61 y" << Error::Text << 4;
+        QTest::newRow("too many values") << Kind::Rows << 3 << bytesOf(QList<double>(2001, 1.0)) << "" << Error::Payload
+                                         << 0;
+        QTest::newRow("too many pairs") << Kind::Pairs << 0 << bytesOf(QList<double>(4002, 1.0)) << "a (0 4 4)"
+                                        << Error::Payload << 0;
         QTest::newRow("no axis") << Kind::Pairs << 0 << two << "OK:\n" << Error::Text << 4;
         QTest::newRow("axis not closed") << Kind::Pairs << 0 << two << "a (0 1 2" << Error::Text << 8;
         QTest::newRow("axis of two") << Kind::Pairs << 0 << two << "a (0 1)" << Error::Text << 2;
