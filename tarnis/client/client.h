@@ -135,7 +135,8 @@ public:
     QByteArray greeting() const;
 
 Q_SIGNALS:
-    /// After each change of state() or reason().
+    /// After each change of state() or reason(). A slot that changes the state, for example by close(), causes a nested
+    /// emission: slots connected after it receive the later state first. Such slots should use state() and reason().
     void stateChanged(tarnis::Client::State state, const QString& reason);
     /// The connection is established and the greeting has arrived, for the first time or again.
     void connected();

@@ -184,8 +184,7 @@ bool Connection::readLength()
         return false;
     m_frame->setLength(m_lengthField);
     m_announced = m_frame->length();
-    const bool isUsable = m_frame->length() >= 0 && m_frame->length() <= m_maxSize;
-    if (!isUsable && m_lengthField.startsWith("NG:"))
+    if (m_lengthField.startsWith("NG:"))
         readAsText();
     if (m_frame->length() <= m_maxSize)
         return true;
@@ -194,8 +193,8 @@ bool Connection::readLength()
     return false;
 }
 
-// A server that does not know the command answers in text. As a length, "NG:" and a letter are more than 512 MiB, or
-// negative.
+// A server that does not know the command answers in text. As a length, "NG:" and a letter are negative, or more than
+// 512 MiB and no multiple of 8, which is no histogram and hardly a file.
 void Connection::readAsText()
 {
     m_isText = true;

@@ -9,9 +9,11 @@
 #include <QFileInfo>
 #include <QMetaObject>
 #include <QProcess>
+#include <QRegularExpression>
 #include <QStandardPaths>
 #include <QTimer>
 
+#include <algorithm>
 #include <optional>
 #include <utility>
 
@@ -210,8 +212,13 @@ void ServerProcess::Private::finish(End end, const QString& reason)
 
 QString ServerProcess::Private::withErrorOutput(const QString& text) const
 {
-    const QString line = QString::fromUtf8(errorOutput.trimmed().split('\n').constLast()).trimmed();
-    return line.isEmpty() ? text : text + QLatin1Char(' ') + line;
+    // Without the colours and other sequences that a program writes for a terminal.
+    static const QRegularExpression notText(QStringLiteral("\\x1b\\[[0-?]*[ -/]*[@-~]|[\\x00-\\x08\\x0b-\\x1f\\x7f]"));
+    const QStringList lines =
+        QString::fromUtf8(errorOutput).remove(notText).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    const auto last =
+        std::find_if(lines.crbegin(), lines.crend(), [](const QString& line) { return !line.trimmed().isEmpty(); });
+    return last == lines.crend() ? text : text + QLatin1Char(' ') + last->trimmed();
 }
 
 ServerProcess::ServerProcess(QObject* parent)
@@ -226,9 +233,9 @@ ServerProcess::~ServerProcess()
         return;
     QProcess* const process = std::exchange(d->process, nullptr);
     process->disconnect(this);
+    process->setParent(nullptr);
     askServerToExit(*process);
-    // Deletes itself, with the process.
-    new ServerExit(process, static_cast<int>(timerRun(d->options.exitGrace).count()));
+    endServerInBackground(process, static_cast<int>(timerRun(d->options.exitGrace).count()));
 }
 
 bool ServerProcess::start(const QString& program, const ServerProcessOptions& options)

@@ -53,8 +53,8 @@ public:
 
     /// Starts nothing.
     explicit ServerProcess(QObject* parent = nullptr);
-    /// Requests a running program to exit and kills it after its grace time, without blocking. The destructor of the
-    /// application object waits for programs that are still running.
+    /// Requests a running program to exit and kills it after its grace time, without blocking, even if this object's
+    /// thread ends before. The destructor of the application object waits for programs that are still running.
     ~ServerProcess() override;
 
     /// Starts a program, by path or by name. Returns false and does nothing unless the state is NotRunning.
@@ -74,7 +74,8 @@ Q_SIGNALS:
     /// The program listens on this port of this computer.
     void portKnown(quint16 port);
     /// The program has ended. Emitted exactly once for each start() that returned true, unless this object is
-    /// destroyed. The reason is a text for users and contains the last line of the program's error output.
+    /// destroyed. The reason is a text for users and contains the last line of the program's error output,
+    /// without terminal sequences.
     void ended(tarnis::ServerProcess::End end, const QString& reason);
 
 private:

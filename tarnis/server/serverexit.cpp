@@ -70,4 +70,16 @@ ServerExit::~ServerExit()
     waitForServerExit(*m_process, static_cast<int>(std::max<qint64>(left, 0)));
 }
 
+void endServerInBackground(QProcess* process, int graceMs)
+{
+    QCoreApplication* const application = QCoreApplication::instance();
+    if (!application || application->thread() == QThread::currentThread()) {
+        new ServerExit(process, graceMs); // deletes itself, with the process
+        return;
+    }
+    process->moveToThread(application->thread());
+    QMetaObject::invokeMethod(
+        application, [process, graceMs] { new ServerExit(process, graceMs); }, Qt::QueuedConnection);
+}
+
 } // namespace tarnis

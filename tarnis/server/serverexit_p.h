@@ -31,4 +31,8 @@ private:
     qint64 m_deadlineMs; ///< on the monotonic clock
 };
 
+/// Ends the process as ServerExit does, on the application's thread: that of the caller may end before the process.
+/// Takes ownership of the process, which must have no parent.
+void endServerInBackground(QProcess* process, int graceMs);
+
 } // namespace tarnis

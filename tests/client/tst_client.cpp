@@ -129,6 +129,19 @@ private Q_SLOTS:
         QCOMPARE(client->state(), State::Ready);
     }
 
+    // As a length, the first four bytes are 515 MiB.
+    void readsARefusalInTextAtAnyMaximumSize()
+    {
+        ScriptedServer server;
+        server.answer("rxfile a", { Step::text("NG: no such file\n") });
+        const auto client = connectedTo(server);
+        RequestOptions options;
+        options.maxSize = qint64(1) << 31;
+        const Reply reply = endOf(client->requestBinary("rxfile a", options));
+        QCOMPARE(reply.outcome, Outcome::Refused);
+        QCOMPARE(reply.reason, "no such file");
+    }
+
     void reportsTheAnnouncedLength()
     {
         ScriptedServer server;

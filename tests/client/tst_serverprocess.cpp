@@ -5,8 +5,11 @@
 
 #include <tarnis/client/serverprocess.h>
 
+#include <QFile>
 #include <QFileInfo>
+#include <QTemporaryDir>
 #include <QTest>
+#include <QThread>
 
 #include <memory>
 
@@ -107,6 +110,8 @@ private Q_SLOTS:
         QTest::addColumn<QString>("word");
         QTest::newRow("exits at once") << QStringList({ "complain no detector\\n", "exit 3" }) << End::Exited
                                        << "code 3. no detector";
+        QTest::newRow("colours") << QStringList({ "complain \x1b[1;31mno\tdetector\x1b[0m\\n\\n\x1b[0m", "exit 3" })
+                                 << End::Exited << "code 3. no\tdetector";
         QTest::newRow("crashes at once") << QStringList("crash") << End::Crashed << "crashed";
         QTest::newRow("crashes later") << QStringList({ "print UI port: 5000\\n", "crash" }) << End::Crashed
                                        << "crashed";
@@ -207,6 +212,38 @@ private Q_SLOTS:
         QCOMPARE(watched.ends, QList<End>({ End::Stopped }));
         if (!isKilled)
             QVERIFY(server.hasNoted("end"));
+    }
+
+    // The program of a process object whose thread ends with it is killed, too, after its grace time.
+    void killsAProgramWhoseThreadHasEnded()
+    {
+        const QTemporaryDir folder;
+        const QString path = folder.filePath("server");
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write("#!/bin/sh\necho $$ > pid\necho 'UI port: 5000'\nexec sleep 600\n");
+        file.close();
+        QVERIFY(file.setPermissions(QFile::ReadOwner | QFile::ExeOwner));
+        QThread thread;
+        QObject inThread;
+        inThread.moveToThread(&thread);
+        thread.start();
+        QMetaObject::invokeMethod(&inThread, [&] {
+            auto* const process = new ServerProcess;
+            ServerProcessOptions options = brief();
+            options.startTimeout = 30s;
+            connect(process, &ServerProcess::portKnown, process, [process, &thread] {
+                delete process;
+                thread.quit();
+            });
+            process->start(path, options);
+        });
+        QVERIFY(eventually([&] { return thread.isFinished(); }));
+        QFile noted(folder.filePath("pid"));
+        QVERIFY(noted.open(QIODevice::ReadOnly));
+        const qint64 pid = noted.readAll().trimmed().toLongLong();
+        QVERIFY(pid > 0);
+        QVERIFY(eventually([&] { return !isRunning(pid); }));
     }
 
     void deletedInItsSignals_data()
