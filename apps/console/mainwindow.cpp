@@ -16,6 +16,7 @@
 #include "saves/savereports.h"
 #include "server/connectdialog.h"
 #include "server/lastserver.h"
+#include "server/replytext.h"
 #include "server/servercontroller.h"
 #include "server/statuspoller.h"
 #include "server/statustext.h"
@@ -38,6 +39,12 @@
 #include <utility>
 
 namespace console {
+
+namespace {
+
+constexpr QSize spaceForFrame(16, 40); // its size is unknown before the window is shown
+
+} // namespace
 
 MainWindow::MainWindow(QSettings& store, const QString& language)
     : m_store(store)
@@ -93,6 +100,11 @@ MainWindow::MainWindow(QSettings& store, const QString& language)
             ui->alertBar->setAlert({});
     });
     connect(m_commandPanel, &CommandPanel::commandTyped, this, &MainWindow::remember);
+    connect(m_commandPanel, &CommandPanel::accepted, m_stateWatch, [this](const QString& command) {
+        if (changesRun(command))
+            m_stateWatch->refresh();
+    });
+    connect(m_commandPanel, &CommandPanel::busyChanged, m_stateWatch, &StatusPoller::refreshIfFree);
     connect(m_commandPanel, &CommandPanel::busyChanged, this, &MainWindow::updateControls);
     connect(m_settingsPanel, &SettingsPanel::controlsChanged, this, &MainWindow::updateControls);
     connect(ui->alertBar, &AlertBar::actionTriggered, this, &MainWindow::onAlertAction);
@@ -377,8 +389,8 @@ void MainWindow::setDark(bool isDark)
 void MainWindow::restore()
 {
     restoreGeometry(m_store.value(QStringLiteral("window/geometry")).toByteArray());
-    if (const QScreen* const place = screen(); place && !isMaximized()) // with space for a frame
-        resize(size().boundedTo(place->availableGeometry().size() - QSize(2, 1) * fontMetrics().height()));
+    if (const QScreen* const place = screen(); place && !isMaximized())
+        resize(size().boundedTo(place->availableGeometry().size() - spaceForFrame));
     ui->splitter->restoreState(m_store.value(QStringLiteral("window/splitter")).toByteArray());
     ui->sideSplitter->restoreState(m_store.value(QStringLiteral("window/sideSplitter")).toByteArray());
     ui->darkAction->setChecked(m_store.value(QStringLiteral("window/dark")).toBool());

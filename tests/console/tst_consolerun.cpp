@@ -22,6 +22,8 @@ Script stat(const QByteArray& state, int run, qint64 events, const QByteArray& d
         + "\nreal time: 3723.9\nlive time: 61.5\nevents: " + QByteArray::number(events) + "\nrate: 987.6\n") };
 }
 
+constexpr int never = 3600000; // an interval, in ms, that no test reaches
+
 /// A console on a server whose state a test changes.
 class RunConsole : public ConsoleFixture {
 public:
@@ -123,6 +125,40 @@ private Q_SLOTS:
         QVERIFY(receives(server, "stop"));
         QVERIFY(console.shows(QStringLiteral("> stop\nOK:")));
         QVERIFY(!console.question());
+    }
+
+    void pollsAtOnceAfterATypedClear()
+    {
+        ScriptedServer server;
+        server.answer("stat", stat("STOPPED", 1, 50));
+        server.answer("clear", { Step::text("OK:\n") });
+        RunConsole console(server);
+        QVERIFY(console.knowsEvents(50));
+        console.window->stateWatch().setInterval(never);
+        TRY_VERIFY(!console.window->stateWatch().isAsking());
+        server.answer("stat", stat("STOPPED", 1, 0));
+        console.send(QStringLiteral("clear"));
+        TRY_COMPARE(console.window->stateWatch().runStatus().events, std::optional<qint64>(0));
+    }
+
+    void pollsAgainIfAStopOvertakesAPoll()
+    {
+        ScriptedServer server;
+        server.answer("stat", stat("RUNNING", 1, 26));
+        server.answer("stop", { Step::text("OK:\nrun: 1\nevents: 3073\n") });
+        RunConsole console(server);
+        QVERIFY(console.knowsEvents(26));
+        Script slow = stat("RUNNING", 1, 30);
+        slow.insert(slow.begin(), Step::hold("gate"));
+        server.answerInTurn("stat", { slow, stat("STOPPED", 1, 3073) });
+        console.window->stateWatch().request();
+        QVERIFY(server.waitForHold("gate"));
+        console.window->stateWatch().setInterval(never);
+        console.send(QStringLiteral("stop"));
+        QVERIFY(console.has(Tarnis::SERVER_CONNECTED));
+        server.open("gate");
+        TRY_COMPARE(console.window->stateWatch().runStatus().events, std::optional<qint64>(3073));
+        QCOMPARE(console.window->stateWatch().runStatus().isRunning, std::optional(false));
     }
 
     void showsWhatTheServerReportsOfTheRun()

@@ -59,6 +59,12 @@ std::optional<bool> runStateFromReply(const QString& command, const QString& rep
     return state == u"STOPPED" ? std::optional(false) : std::nullopt;
 }
 
+bool changesRun(const QString& command)
+{
+    const QString word = command.trimmed().section(u' ', 0, 0);
+    return word == u"start" || word == u"stop" || word == u"clear";
+}
+
 BinarySummary summarizeBinary(const QByteArray& payload)
 {
     BinarySummary summary;

@@ -19,6 +19,9 @@ ReplyKind replyKind(const QString& reply);
 /// a "stat" reply; else empty.
 std::optional<bool> runStateFromReply(const QString& command, const QString& reply);
 
+/// Whether the command begins or ends a run, or discards its data.
+bool changesRun(const QString& command);
+
 /// Summary of the little-endian doubles of a binary reply. NaN and infinities are counted but not summed.
 struct BinarySummary {
     qsizetype count = 0; ///< complete doubles in the payload

@@ -152,30 +152,31 @@ void ServerController::checkServer()
 
 void ServerController::readReply(const QString& command, const QByteArray& reply)
 {
-    if (takeState(command, reply))
+    // Before the status changes, which causes a poll.
+    if (m_state == ServerState::Up && runStateFromReply(command, QString::fromUtf8(reply)))
         m_commanded.start();
+    takeState(command, reply);
 }
 
-bool ServerController::takeState(const QString& command, const QByteArray& reply)
+void ServerController::takeState(const QString& command, const QByteArray& reply)
 {
     if (m_state != ServerState::Up)
-        return false;
+        return;
     const QString text = QString::fromUtf8(reply);
     if (command.trimmed() == u"stat" && replyKind(text) != ReplyKind::Refused)
         Q_EMIT statRead(reply);
     const std::optional<bool> isRunning = runStateFromReply(command, text);
     if (!isRunning)
-        return false;
+        return;
     if (*isRunning)
         m_tarnis.SetStatus(Tarnis::RUNNING);
     else if (m_status == Tarnis::RUNNING)
         m_tarnis.SetStatus(Tarnis::SERVER_CONNECTED);
-    return true;
 }
 
-void ServerController::readState(const QByteArray& reply, qint64 askedMsAgo)
+void ServerController::readState(const QByteArray& reply, qint64 askedNsAgo)
 {
-    const bool isOvertaken = m_commanded.isValid() && m_commanded.elapsed() <= askedMsAgo;
+    const bool isOvertaken = m_commanded.isValid() && m_commanded.nsecsElapsed() <= askedNsAgo;
     if (canReadState() && !isOvertaken)
         takeState(QStringLiteral("stat"), reply);
 }

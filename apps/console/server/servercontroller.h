@@ -89,7 +89,7 @@ public:
     void readReply(const QString& command, const QByteArray& reply);
     /// As above for a "stat" that the user did not type: the status is kept if the reply does not contain it, or if a
     /// command has reported it since the request.
-    void readState(const QByteArray& reply, qint64 askedMsAgo);
+    void readState(const QByteArray& reply, qint64 askedNsAgo);
     /// True while a reply to "stat" can change the status: connected or running, and not busy.
     bool canReadState() const;
 
@@ -112,7 +112,7 @@ Q_SIGNALS:
     void aboutToStop();
 
 protected:
-    bool takeState(const QString& command, const QByteArray& reply);
+    void takeState(const QString& command, const QByteArray& reply);
     void begin();
     void beginLocal();
     void beginRemote();

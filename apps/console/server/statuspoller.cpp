@@ -25,9 +25,10 @@ StatusPoller::StatusPoller(ServerController& controller, const std::function<boo
     connect(&m_timer, &QTimer::timeout, this, &StatusPoller::onTimeout);
     connect(m_channel, &CommandChannel::replied, this, [this](const PTarnisCmd& /*command*/, const QByteArray& reply) {
         m_isReading = true;
-        m_controller.readState(reply, m_asked.elapsed());
+        m_controller.readState(reply, m_asked.nsecsElapsed());
         m_isReading = false;
         Q_EMIT replied(reply);
+        refreshIfFree();
     });
     connect(m_channel, &CommandChannel::failed, this, [this](int /*socketError*/, const QString& message) {
         Q_EMIT failed(message);
@@ -66,6 +67,7 @@ void StatusPoller::onServerState()
 {
     if (m_controller.state() != ServerState::Up) {
         m_channel->drop();
+        m_isOutdated = false;
         m_sinceReplyToOthers.invalidate();
         m_unsaved.forget();
         if (m_runStatus != RunStatus()) {
@@ -77,8 +79,22 @@ void StatusPoller::onServerState()
     // Polls at once for a new server, and when a run begins or ends.
     const Tarnis::SERVER_STATUS status = m_controller.status();
     const bool isNews = status != std::exchange(m_status, status) && !m_isReading;
-    if (isNews && m_timer.isActive())
-        onTimeout();
+    if (isNews)
+        refresh();
+}
+
+void StatusPoller::refresh()
+{
+    if (!m_timer.isActive())
+        return;
+    m_isOutdated = true;
+    refreshIfFree();
+}
+
+void StatusPoller::refreshIfFree()
+{
+    if (m_isOutdated && canAsk())
+        send();
 }
 
 void StatusPoller::schedule()
@@ -110,10 +126,15 @@ bool StatusPoller::isServedByOthers() const
 
 bool StatusPoller::ask()
 {
-    if (isServedByOthers() || !m_controller.canReadState() || !m_isFree() || isAsking())
+    if (isServedByOthers() || !canAsk())
         return false;
     send();
     return true;
+}
+
+bool StatusPoller::canAsk() const
+{
+    return m_controller.canReadState() && m_isFree() && !isAsking();
 }
 
 void StatusPoller::request()
@@ -124,6 +145,7 @@ void StatusPoller::request()
 
 void StatusPoller::send()
 {
+    m_isOutdated = false;
     m_asked.start();
     m_channel->send(new TarnisCmd(QStringLiteral("stat"))); // the session takes ownership
 }

@@ -33,6 +33,11 @@ public:
     /// Polls now, also while a command is under way. Uses a poll that is already under way. Does nothing without a
     /// server.
     void request();
+    /// A command has changed the run. Polls as soon as neither the server nor the console is busy, and after a reply
+    /// under way, which may be older. Does nothing while polling is switched off.
+    void refresh();
+    /// Polls if refresh() waits for that. Call it when the console is free again.
+    void refreshIfFree();
     /// Polls once a second, also while a command is under way, until `watcher` is destroyed.
     void watch(QObject* watcher);
     /// True while waiting for a reply.
@@ -60,6 +65,7 @@ protected:
     void schedule();
     void send();
     bool isServedByOthers() const;
+    bool canAsk() const;
 
     ServerController& m_controller;
     std::function<bool()> m_isFree;
@@ -69,6 +75,7 @@ protected:
     QTimer m_timer;
     int m_intervalMs;
     int m_watchers = 0;
+    bool m_isOutdated = false; ///< the run has changed since the last poll was sent
     bool m_isReading = false; ///< the reply to a poll is being read
     Tarnis::SERVER_STATUS m_status = Tarnis::IDLE; ///< status at the last check
     RunStatus m_runStatus;
