@@ -3,12 +3,15 @@
 #include "console/consolefixture.h"
 #include "settings/settingsmodel.h"
 #include "settings/settingspanel.h"
+#include "settings/settingstable.h"
 #include "support/wait.h"
 #include "windows/openwindows.h"
 
 #include <QCheckBox>
+#include <QHeaderView>
 #include <QPushButton>
-#include <QTableView>
+#include <QScrollBar>
+#include <QStandardItemModel>
 
 using namespace console;
 using namespace tarnis::testing;
@@ -54,6 +57,34 @@ class TestConsoleSettingsPanel : public QObject {
 private Q_SLOTS:
     void initTestCase() { QApplication::setQuitOnLastWindowClosed(false); }
     void cleanup() { setLanguage(QStringLiteral("en")); }
+
+    void showsCompleteNamesInANarrowTable()
+    {
+        QStandardItemModel model(1, 3);
+        model.setHorizontalHeaderLabels(
+            { QStringLiteral("Name"), QStringLiteral("Value here"), QStringLiteral("On the server") });
+        model.setItem(0, 0, new QStandardItem(QStringLiteral("dead time correction")));
+        SettingsTable table;
+        table.setModel(&model);
+        const auto isComplete = [&] {
+            const QHeaderView& header = *table.horizontalHeader();
+            const QString name = model.item(0, 0)->text();
+            bool isEachHeaderComplete = true;
+            for (int column = 0; column < 3; ++column)
+                isEachHeaderComplete &= table.columnWidth(column) >= header.sectionSizeHint(column);
+            return isEachHeaderComplete && table.columnWidth(0) > table.fontMetrics().horizontalAdvance(name);
+        };
+        table.resize(150, 200);
+        table.show();
+        TRY_VERIFY(isComplete());
+        QVERIFY(table.horizontalScrollBar()->maximum() > 0);
+        table.resize(700, 200);
+        TRY_COMPARE(table.horizontalScrollBar()->maximum(), 0);
+        QVERIFY(isComplete());
+        model.item(0, 0)->setText(QString(500, u'n'));
+        TRY_VERIFY(table.columnWidth(0) > 200);
+        QVERIFY(table.columnWidth(0) < 500);
+    }
 
     void sendsBackChangesOfOtherClientsUnchanged()
     {

@@ -10,7 +10,6 @@
 #include <tarnis/server/tarniscmd.h>
 
 #include <QEvent>
-#include <QHeaderView>
 #include <QHostAddress>
 
 #include <utility>
@@ -41,9 +40,6 @@ SettingsPanel::SettingsPanel(ServerController& controller, QWidget* parent)
 {
     ui->setupUi(this);
     ui->table->setModel(m_model);
-    ui->table->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
-    ui->table->horizontalHeader()->setHighlightSections(false);
-    ui->table->verticalHeader()->setDefaultSectionSize(ui->table->fontMetrics().height() + 8);
 
     connect(ui->readButton, &QPushButton::clicked, this, &SettingsPanel::read);
     connect(ui->addButton, &QPushButton::clicked, this, &SettingsPanel::addSetting);
@@ -108,9 +104,8 @@ void SettingsPanel::sendRead()
 
 void SettingsPanel::onCommandAccepted(const QString& command)
 {
-    const QString word = command.section(u' ', 0, 0);
-    const bool mayChange =
-        (word == u"setting" && command.contains(u':')) || word == u"start" || word == u"stop" || word == u"clear";
+    const bool isSetting = command.section(u' ', 0, 0) == u"setting" && command.contains(u':');
+    const bool mayChange = isSetting || changesRun(command);
     // A download reads the settings anyway.
     if (mayChange && canDownload())
         sendRead();
