@@ -11,6 +11,7 @@
 #include <tarnis/dialogs/graph2ddialog.h>
 #include <tarnis/dialogs/graph2dfilterdialog.h>
 #include <tarnis/plots/multivectorgraphwidget.h>
+#include <tarnis/plots/plotmapping.h>
 #include <tarnis/plots/viewselectedroi.h>
 #include <tarnis/plots/xy2dgraphwidget.h>
 #include <tarnis/tools/plotstyle.h>
@@ -296,6 +297,47 @@ private Q_SLOTS:
             });
         };
         TRY_VERIFY(plots());
+    }
+
+    void aSmallMapIsReadableBesideItsCut()
+    {
+        PlacementConsole console;
+        auto* const map = console.fixture.open<Graph2DDialog>("map");
+        QVERIFY(map);
+        XY2DGraphWidget& plot = *map->getGraphWidget();
+        map->setGeometry(console.screen());
+        plot.on1dCut(true);
+        TRY_VERIFY(BoxPlacer::of(*map).hasPane());
+        map->resize(1, 1);
+        TRY_VERIFY(map->height() < console.screen().height());
+        QVERIFY(BoxPlacer::of(*map).hasPane());
+        QVERIFY(tarnis::PlotMapping::of(plot).plotRect().width() >= 100);
+    }
+
+    void aWindowWithAPaneComesBackAtItsSize()
+    {
+        PlacementConsole console;
+        const auto opened = [&] {
+            auto* const map = console.fixture.open<Graph2DDialog>("map");
+            if (map)
+                map->getGraphWidget()->on1dCut(true);
+            return map;
+        };
+        const auto hasPane = [](QDialog& map) { return BoxPlacer::of(map).hasPane(); };
+        QPointer<Graph2DDialog> map = opened();
+        QVERIFY(map);
+        map->setGeometry(QRect(console.screen().topLeft() + QPoint(200, 100), QSize(500, 400)));
+        TRY_VERIFY(hasPane(*map));
+        map->resize(620, 420); // by the user, or tiled
+        TRY_COMPARE(map->size(), QSize(620, 420));
+        for (int i = 0; i < 2; ++i) {
+            map->close();
+            TRY_VERIFY(map.isNull());
+            map = opened();
+            QVERIFY(map);
+            TRY_VERIFY(hasPane(*map));
+            QCOMPARE(map->size(), QSize(620, 420));
+        }
     }
 
     void theConsoleFitsOnASmallScreen()

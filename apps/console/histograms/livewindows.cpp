@@ -32,6 +32,8 @@ namespace {
 
 constexpr int maxColumns = 64; // bins of a histogram that opens as columns
 constexpr int minPlotLines = 9; // height of a plot, in lines of text
+constexpr int minCurveChars = 30; // width of a plot, in average characters
+constexpr int minMapChars = 52; // with its colour bar
 
 /// Enables the buttons that need a session, or shows why they are disabled.
 void setPolling(QDialog& window, bool isPolling)
@@ -52,6 +54,13 @@ void addLines(QDialog& window, DataAge& age, KeptData& kept)
         box->addWidget(age.label());
         box->addWidget(&kept);
     }
+}
+
+/// A smaller plot cannot be read, beside a pane with boxes either.
+void setMinPlotSize(QWidget& plot, int chars)
+{
+    const QFontMetrics metrics = plot.fontMetrics();
+    plot.setMinimumSize(metrics.averageCharWidth() * chars, metrics.height() * minPlotLines);
 }
 
 /// The server's name of the histogram, the second word of the request.
@@ -161,7 +170,7 @@ LiveCurves::LiveCurves(const WindowContext& context, const CurvesRequest& reques
     setSavedName(*this, histogramOf(request.command));
     connect(m_kept, &KeptData::released, this, &LiveCurves::update);
     hooks = hooksOf(*this, m_isDrawn);
-    getGraphWidget()->setMinimumHeight(fontMetrics().height() * minPlotLines);
+    setMinPlotSize(*getGraphWidget(), minCurveChars);
     getGraphWidget()->installEventFilter(this);
     // The library's slot expects the English entries, but was called with the translated ones.
     if (auto* const box = findChild<QComboBox*>(QStringLiteral("typeComboBox")))
@@ -315,7 +324,7 @@ LiveMap::LiveMap(const WindowContext& context, const MapRequest& request)
     getGraphWidget()->enalbeRoiSelect(QRect(0, 0, request.bins, rowsOf(request)));
     connect(m_kept, &KeptData::released, this, &LiveMap::update);
     hooks = hooksOf(*this, m_isDrawn);
-    getGraphWidget()->setMinimumHeight(fontMetrics().height() * minPlotLines);
+    setMinPlotSize(*getGraphWidget(), minMapChars);
     connect(&m_keeper, &SessionRecovery::lost, this, &LiveMap::onLost);
     connect(&m_keeper, &SessionRecovery::wanted, this, &LiveMap::resume);
 }

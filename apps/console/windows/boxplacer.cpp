@@ -60,9 +60,14 @@ QList<QDialog*> BoxPlacer::boxesOf(const XYGraphWidget& plot)
     return boxes;
 }
 
+BoxPlacer* BoxPlacer::find(const QWidget& window)
+{
+    return static_cast<BoxPlacer*>(window.findChild<QObject*>(placerName, Qt::FindDirectChildrenOnly));
+}
+
 BoxPlacer& BoxPlacer::of(QWidget& window)
 {
-    auto* placer = static_cast<BoxPlacer*>(window.findChild<QObject*>(placerName, Qt::FindDirectChildrenOnly));
+    auto* const placer = find(window);
     return placer ? *placer : *new BoxPlacer(window); // the window's
 }
 
@@ -146,6 +151,17 @@ int BoxPlacer::paneWidth() const
     return width;
 }
 
+bool BoxPlacer::isRestored() const
+{
+    return !m_restoredSize.isEmpty() && m_window.size() == m_restoredSize;
+}
+
+void BoxPlacer::restorePane(const QSize& size, int grown)
+{
+    m_restoredSize = size;
+    m_restoredGrown = grown;
+}
+
 /// Widens the window by the pane as far as the screen allows, so that the plot keeps its size.
 void BoxPlacer::growBy(int width, const QRect& before)
 {
@@ -167,7 +183,10 @@ void BoxPlacer::setPane(bool isOn)
         layout->setContentsMargins(m_margins + QMargins(0, 0, extra, 0));
         layout->activate();
     }
-    if (isOn && !m_isPane) {
+    if (isOn && !m_isPane && isRestored()) {
+        m_grown = m_restoredGrown;
+        m_window.setGeometry(before);
+    } else if (isOn && !m_isPane) {
         m_withoutPane = before;
         growBy(extra, before);
         m_withPane = m_window.geometry();
@@ -219,7 +238,9 @@ void BoxPlacer::arrange()
     if (m_decidedFor != m_window.frameGeometry() || m_decidedBoxes != boxes.size()) {
         m_decidedFor = m_window.frameGeometry();
         m_decidedBoxes = boxes.size();
-        setPane(needsPane(boxes));
+        setPane((isRestored() && !boxes.isEmpty()) || needsPane(boxes));
+        if (m_isPane)
+            m_restoredSize = {}; // for the first box only
         m_decidedFor = m_window.frameGeometry(); // it may have grown
     }
     if (m_isPane)

@@ -21,6 +21,8 @@ class BoxPlacer : public QObject {
 public:
     /// The placer of this window; the first call creates it. The window owns it.
     static BoxPlacer& of(QWidget& window);
+    /// The placer of this window; null if there was no call of of().
+    static BoxPlacer* find(const QWidget& window);
     /// True for a box of a plot: a frameless dialog that belongs to it.
     static bool isBox(const QWidget& widget);
 
@@ -37,6 +39,11 @@ public:
     void keep(QDialog& box);
 
     bool hasPane() const { return m_isPane; }
+    /// The pixels by which the window was widened for its pane; 0 without a pane.
+    int grownBy() const { return m_grown; }
+    /// For a window that is restored at a size that includes its pane: the pane opens with the first box, without
+    /// widening the window. `grown` is the grownBy() of that time. Ignored if the window has another size by then.
+    void restorePane(const QSize& size, int grown);
     /// The width of a box in the pane, in pixels.
     int paneWidth() const;
 
@@ -46,6 +53,7 @@ protected:
     bool eventFilter(QObject* object, QEvent* event) override;
     QList<QDialog*> visibleBoxes() const;
     QRect area() const;
+    bool isRestored() const;
     bool needsPane(const QList<QDialog*>& boxes) const;
     void arrange();
     void setPane(bool isOn);
@@ -62,6 +70,8 @@ protected:
     int m_grown = 0; ///< pixels by which the window was widened for the pane
     QRect m_withoutPane; ///< the window when the pane opened
     QRect m_withPane; ///< the window just after the pane opened
+    QSize m_restoredSize; ///< the size for which the window had a pane when it was stored; empty without one
+    int m_restoredGrown = 0;
     bool m_isArranging = false;
     QMargins m_margins; ///< margins of the window's layout without a pane
     QTimer m_timer;

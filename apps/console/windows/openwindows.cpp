@@ -1,5 +1,6 @@
 #include "windows/openwindows.h"
 
+#include "windows/boxplacer.h"
 #include "windows/hiddenwhilemade.h"
 #include "windows/placement.h"
 #include "windows/plotlook.h"
@@ -229,6 +230,9 @@ void OpenWindows::place(QWidget& window, const QString& id)
         const QScreen* const home = QGuiApplication::screenAt(stored.center());
         const QRect room = home ? home->availableGeometry().marginsRemoved(frame) : area;
         window.setGeometry(inside(QRect(stored.topLeft(), size), room));
+        const QVariant pane = m_settings.value(settingsKey(id) + QLatin1String("/pane"));
+        if (pane.isValid() && plotOf(window))
+            BoxPlacer::of(window).restorePane(size, pane.toInt());
         return;
     }
     QList<QRect> occupied;
@@ -251,6 +255,11 @@ void OpenWindows::storePlace(const QWidget& window)
     m_settings.setValue(
         key + QLatin1String("/place"), window.isMaximized() ? window.normalGeometry() : window.geometry());
     m_settings.setValue(key + QLatin1String("/maximized"), window.isMaximized());
+    const BoxPlacer* const placer = BoxPlacer::find(window);
+    if (placer && placer->hasPane() && !window.isMaximized())
+        m_settings.setValue(key + QLatin1String("/pane"), placer->grownBy());
+    else
+        m_settings.remove(key + QLatin1String("/pane"));
 }
 
 void OpenWindows::storePlaces()
