@@ -86,509 +86,483 @@ class TestSpectrumFit : public QObject {
     Q_OBJECT
 
 private slots:
-    void recoversEachShape_data();
-    void recoversEachShape();
-    void recoversAStep();
-    void keepsTheIdentitiesOfTheStatistics();
-    void holdsFixedParameters();
-    void keepsToBounds();
-    void tiesParameters();
-    void followsAWidthCalibration();
-    void fitsUnequalBins();
-    void fitsContentsWithVariances();
-    void countsThePeaks();
-    void fitsABackgroundAlone();
-    void ordersPeaksByPosition();
-    void drawsWhatItFitted();
-    void guessesWithoutErrors();
-    void fitsOverAnExponentialOfHeightZero_data();
-    void fitsOverAnExponentialOfHeightZero();
-    void findsTheProfileBesideOtherMinima();
-    void flagsWhatIsNoPeak();
-    void namesTheBinThatIsNoCount();
-    void refusesBadInput_data();
-    void refusesBadInput();
-    void refusesBadConstraints_data();
-    void refusesBadConstraints();
-    void survivesRandomInput();
-};
-
-void TestSpectrumFit::recoversEachShape_data()
-{
-    QTest::addColumn<PeakShape>("shape");
-    QTest::addColumn<BinEvaluation>("evaluation");
-    for (const PeakShape shape : allPeakShapes) {
-        QTest::addRow("%s integral", nameOf(shape).data()) << shape << BinEvaluation::Integral;
-        QTest::addRow("%s centre", nameOf(shape).data()) << shape << BinEvaluation::Centre;
+    void recoversEachShape_data()
+    {
+        QTest::addColumn<PeakShape>("shape");
+        QTest::addColumn<BinEvaluation>("evaluation");
+        for (const PeakShape shape : allPeakShapes) {
+            QTest::addRow("%s integral", nameOf(shape).data()) << shape << BinEvaluation::Integral;
+            QTest::addRow("%s centre", nameOf(shape).data()) << shape << BinEvaluation::Centre;
+        }
     }
-}
+    // Without noise the minimum is the truth, and the solver only finds it with correct derivatives.
+    void recoversEachShape()
+    {
+        QFETCH(PeakShape, shape);
+        QFETCH(BinEvaluation, evaluation);
+        Truth truth;
+        truth.model = modelOf(shape);
+        truth.widths = widthsOf(shape);
+        truth.areas = { 1e5 };
+        const std::vector<double> contents = meansOf(truth, 101);
+        const std::vector<double> variances(contents.size(), 100.0);
+        BinnedData data;
+        data.contents = contents;
+        data.variances = variances;
+        FitOptions options;
+        options.statistic = FitStatistic::Neyman;
+        options.evaluation = evaluation;
+        options.profileWeakAreas = false;
+        const FitResult fit = fitSpectrum(data, 0, 100, truth.model, options);
+        QCOMPARE(fit.message, QString());
+        const double tolerance = evaluation == BinEvaluation::Integral ? 1e-4 : 0.1;
+        QVERIFY(agreesRelatively(u"area"_s, fit.valueOf(u"area"_s), 1e5, tolerance));
+        QVERIFY(agrees(u"centre"_s, fit.valueOf(u"centre"_s), 50.3, 10.0 * tolerance));
+        const auto names = widthParameterNames(shape);
+        for (std::size_t k = 0; k < truth.widths.size(); ++k)
+            QVERIFY(agreesRelatively(
+                names[k], fit.valueOf(names[k]), truth.widths[k], evaluation == BinEvaluation::Integral ? 1e-3 : 0.2));
+    }
 
-// Without noise the minimum is the truth, and the solver only finds it with correct derivatives.
-void TestSpectrumFit::recoversEachShape()
-{
-    QFETCH(PeakShape, shape);
-    QFETCH(BinEvaluation, evaluation);
-    Truth truth;
-    truth.model = modelOf(shape);
-    truth.widths = widthsOf(shape);
-    truth.areas = { 1e5 };
-    const std::vector<double> contents = meansOf(truth, 101);
-    const std::vector<double> variances(contents.size(), 100.0);
-    BinnedData data;
-    data.contents = contents;
-    data.variances = variances;
-    FitOptions options;
-    options.statistic = FitStatistic::Neyman;
-    options.evaluation = evaluation;
-    options.profileWeakAreas = false;
-    const FitResult fit = fitSpectrum(data, 0, 100, truth.model, options);
-    QCOMPARE(fit.message, QString());
-    const double tolerance = evaluation == BinEvaluation::Integral ? 1e-4 : 0.1;
-    QVERIFY(agreesRelatively(u"area"_s, fit.valueOf(u"area"_s), 1e5, tolerance));
-    QVERIFY(agrees(u"centre"_s, fit.valueOf(u"centre"_s), 50.3, 10.0 * tolerance));
-    const auto names = widthParameterNames(shape);
-    for (std::size_t k = 0; k < truth.widths.size(); ++k)
+    void recoversAStep()
+    {
+        Truth truth;
+        std::vector<double> contents = meansOf(truth, 101);
+        for (int i = 0; i < 101; ++i)
+            contents[static_cast<std::size_t>(i)] +=
+                2000.0 * 0.01 * 0.5 * std::erfc((i - 50.3) / (3.0 * std::sqrt(2.0)));
+        const std::vector<double> variances(contents.size(), 1.0);
+        BinnedData data;
+        data.contents = contents;
+        data.variances = variances;
+        FitModel model;
+        model.withStep = true;
+        FitOptions options;
+        options.statistic = FitStatistic::Neyman;
+        const FitResult fit = fitSpectrum(data, 0, 100, model, options);
+        QVERIFY(agreesRelatively(u"step"_s, fit.valueOf(u"step"_s), 0.01, 0.03));
+        QVERIFY(agreesRelatively(u"area"_s, fit.valueOf(u"area"_s), 2000.0, 0.002));
+    }
+
+    // At a free minimum: sum m = sum y (Cash, unweighted), sum y + S/2 (Pearson), and over non-empty bins sum y - S
+    // (Neyman).
+    void keepsTheIdentitiesOfTheStatistics()
+    {
+        Generator generator(5);
+        const std::vector<double> counts = countsOf({}, 101, generator);
+        for (const FitStatistic statistic :
+            { FitStatistic::Cash, FitStatistic::Pearson, FitStatistic::Neyman, FitStatistic::Unweighted }) {
+            FitOptions options;
+            options.statistic = statistic;
+            const FitResult fit = fitOf(counts, {}, options);
+            const double shift = statistic == FitStatistic::Pearson ? 0.5 * fit.value
+                : statistic == FitStatistic::Neyman                 ? -fit.value
+                                                                    : 0.0;
+            QVERIFY(agreesRelatively(nameOf(statistic), fit.modelSum, fit.dataSum + shift, 1e-6));
+        }
+    }
+
+    void holdsFixedParameters()
+    {
+        Generator generator(6);
+        const std::vector<double> counts = countsOf({}, 101, generator);
+        FitModel model;
+        model.constraints = { { u"sigma"_s, 2.5, true, {}, {}, {}, 1.0, 0.0 } };
+        const FitResult fit = fitOf(counts, model);
+        QCOMPARE(fit.valueOf(u"sigma"_s), 2.5);
+        const FitParameter& sigma = fit.parameters[2];
+        QVERIFY(sigma.fixed && std::isnan(sigma.error));
+        QCOMPARE(fit.free, 4);
+        QCOMPARE(fit.ndf, 97);
+        QVERIFY(fit.value > fitOf(counts).value);
+    }
+
+    void keepsToBounds()
+    {
+        Generator generator(7);
+        const std::vector<double> counts = countsOf({}, 101, generator);
+        FitModel model;
+        model.constraints = { { u"sigma"_s, {}, false, {}, 2.0, {}, 1.0, 0.0 } };
+        const FitResult fit = fitOf(counts, model);
+        QCOMPARE(fit.valueOf(u"sigma"_s), 2.0);
+        QVERIFY(fit.parameters[2].atUpper);
+        QVERIFY(std::isnan(fit.parameters[2].error));
+        QVERIFY(fit.parameters[0].error > 0.0);
+        QVERIFY(!fit.acceptable);
+    }
+
+    void tiesParameters()
+    {
+        Generator generator(8);
+        Truth truth;
+        truth.areas = { 4000.0, 2000.0 };
+        truth.centres = { 40.0, 60.0 };
+        const std::vector<double> counts = countsOf(truth, 101, generator);
+        FitModel model;
+        model.peaks = 2;
+        model.centres = { 40.0, 60.0 };
+        model.constraints = { { u"area2"_s, {}, false, {}, {}, u"area1"_s, 0.5, 0.0 },
+            { u"centre2"_s, {}, false, {}, {}, u"centre1"_s, 1.0, 20.0 } };
+        const FitResult fit = fitOf(counts, model);
+        QCOMPARE(fit.message, QString());
+        QCOMPARE(fit.free, 5);
+        QVERIFY(agreesRelatively(u"ratio"_s, fit.valueOf(u"area2"_s), 0.5 * fit.valueOf(u"area1"_s), 1e-12));
+        QVERIFY(agrees(u"distance"_s, fit.valueOf(u"separation"_s), 20.0, 1e-9));
+        QVERIFY(agreesRelatively(u"error"_s, fit.errorOf(u"area2"_s), 0.5 * fit.errorOf(u"area1"_s), 1e-9));
+        QVERIFY(agreesRelatively(u"area"_s, fit.valueOf(u"area1"_s), 4000.0, 0.05));
+    }
+
+    void followsAWidthCalibration()
+    {
+        const WidthCalibration widths { 4.0, 0.1 };
+        std::vector<double> contents(201, 5.0);
+        for (const double centre : { 60.0, 140.0 }) {
+            for (int i = 0; i < 201; ++i)
+                contents[static_cast<std::size_t>(i)] += 3000.0
+                    * peakIntegral(PeakShape::Gaussian, i - 0.5, i + 0.5, centre,
+                        std::vector<double> { 1.1 * widths.sigma(centre) });
+        }
+        const std::vector<double> variances(contents.size(), 1.0);
+        BinnedData data;
+        data.contents = contents;
+        data.variances = variances;
+        FitModel model;
+        model.peaks = 2;
+        model.centres = { 61.0, 139.0 };
+        model.widthMode = WidthMode::Calibrated;
+        model.widths = widths;
+        FitOptions options;
+        options.statistic = FitStatistic::Neyman;
+        const FitResult fit = fitSpectrum(data, 0, 200, model, options);
+        QVERIFY(agrees(u"factor"_s, fit.valueOf(u"width_factor"_s), 1.1, 1e-6));
+        QVERIFY(agreesRelatively(u"area"_s, fit.valueOf(u"area2"_s), 3000.0, 1e-6));
         QVERIFY(agreesRelatively(
-            names[k], fit.valueOf(names[k]), truth.widths[k], evaluation == BinEvaluation::Integral ? 1e-3 : 0.2));
-}
+            u"width"_s, fit.peaks[1].measures.fwhm, 2.3548200450309493 * 1.1 * widths.sigma(140.0), 1e-6));
+    }
 
-void TestSpectrumFit::recoversAStep()
-{
-    Truth truth;
-    std::vector<double> contents = meansOf(truth, 101);
-    for (int i = 0; i < 101; ++i)
-        contents[static_cast<std::size_t>(i)] += 2000.0 * 0.01 * 0.5 * std::erfc((i - 50.3) / (3.0 * std::sqrt(2.0)));
-    const std::vector<double> variances(contents.size(), 1.0);
-    BinnedData data;
-    data.contents = contents;
-    data.variances = variances;
-    FitModel model;
-    model.withStep = true;
-    FitOptions options;
-    options.statistic = FitStatistic::Neyman;
-    const FitResult fit = fitSpectrum(data, 0, 100, model, options);
-    QVERIFY(agreesRelatively(u"step"_s, fit.valueOf(u"step"_s), 0.01, 0.03));
-    QVERIFY(agreesRelatively(u"area"_s, fit.valueOf(u"area"_s), 2000.0, 0.002));
-}
+    void fitsUnequalBins()
+    {
+        std::vector<double> edges;
+        for (int i = 0; i <= 80; ++i)
+            edges.push_back(100.0 + 0.2 * i + 0.004 * i * i);
+        std::vector<double> contents;
+        for (std::size_t i = 0; i + 1 < edges.size(); ++i)
+            contents.push_back(std::round(50.0 * (edges[i + 1] - edges[i])
+                + 1e6 * peakIntegral(PeakShape::Gaussian, edges[i], edges[i + 1], 118.0, std::vector<double> { 2.0 })));
+        BinnedData data;
+        data.contents = contents;
+        data.edges = edges;
+        const FitResult fit = fitSpectrum(data, 0, 79, {});
+        QVERIFY(agreesRelatively(u"area"_s, fit.valueOf(u"area"_s), 1e6, 1e-4));
+        QVERIFY(agrees(u"centre"_s, fit.valueOf(u"centre"_s), 118.0, 1e-3));
+        QVERIFY(agreesRelatively(u"background"_s, fit.backgroundAt(110.0), 50.0, 0.05));
+    }
 
-// At a free minimum: sum m = sum y (Cash, unweighted), sum y + S/2 (Pearson), and over non-empty bins sum y - S
-// (Neyman).
-void TestSpectrumFit::keepsTheIdentitiesOfTheStatistics()
-{
-    Generator generator(5);
-    const std::vector<double> counts = countsOf({}, 101, generator);
-    for (const FitStatistic statistic :
-        { FitStatistic::Cash, FitStatistic::Pearson, FitStatistic::Neyman, FitStatistic::Unweighted }) {
+    void fitsContentsWithVariances()
+    {
+        Generator generator(9);
+        Truth truth;
+        truth.background = -5.0;
+        std::vector<double> contents = meansOf(truth, 101);
+        for (double& content : contents)
+            content += std::normal_distribution<double>(0.0, 4.0)(generator);
+        const std::vector<double> variances(contents.size(), 16.0);
+        BinnedData data;
+        data.contents = contents;
+        data.variances = variances;
+        FitOptions options;
+        options.statistic = FitStatistic::Neyman;
+        const FitResult fit = fitSpectrum(data, 0, 100, {}, options);
+        QVERIFY(std::fabs(fit.valueOf(u"area"_s) - 2000.0) < 5.0 * fit.errorOf(u"area"_s));
+        QVERIFY(fit.valueOf(u"b0"_s) < 0.0);
+        QVERIFY(fit.pValue > 1e-4);
+        options.statistic = FitStatistic::Cash;
+        QVERIFY(fitSpectrum(data, 0, 100, {}, options).status == FitStatus::Refused);
+    }
+
+    void countsThePeaks()
+    {
+        Generator generator(10);
+        Truth truth;
+        truth.areas = { 3000.0, 1500.0, 2500.0 };
+        truth.centres = { 30.0, 42.0, 70.0 };
+        const std::vector<double> counts = countsOf(truth, 101, generator);
+        BinnedData data;
+        data.contents = counts;
+        const FitResult fit = fitSpectrumAutomatically(data, 0, 100, {});
+        QCOMPARE(fit.peaks.size(), std::size_t(3));
+        for (std::size_t k = 0; k < 3; ++k)
+            QVERIFY(std::fabs(fit.peaks[k].centre - truth.centres[k]) < 1.0);
+        truth.areas = { 3000.0 };
+        truth.centres = { 50.0 };
+        const std::vector<double> one = countsOf(truth, 101, generator);
+        data.contents = one;
+        QCOMPARE(fitSpectrumAutomatically(data, 0, 100, {}).peaks.size(), std::size_t(1));
+    }
+
+    void fitsABackgroundAlone()
+    {
+        Generator generator(11);
+        Truth truth;
+        truth.areas.clear();
+        const std::vector<double> counts = countsOf(truth, 101, generator);
+        FitModel model;
+        model.peaks = 0;
+        const FitResult fit = fitOf(counts, model);
+        QVERIFY(fit.acceptable);
+        QVERIFY(std::fabs(fit.valueOf(u"b0"_s) - 20.0) < 5.0 * fit.errorOf(u"b0"_s));
+    }
+
+    void ordersPeaksByPosition()
+    {
+        Generator generator(12);
+        Truth truth;
+        truth.areas = { 4000.0, 1000.0 };
+        truth.centres = { 40.0, 70.0 };
+        FitModel model;
+        model.peaks = 2;
+        model.centres = { 69.0, 41.0 };
+        const FitResult fit = fitOf(countsOf(truth, 101, generator), model);
+        QVERIFY(fit.valueOf(u"centre1"_s) < fit.valueOf(u"centre2"_s));
+        QVERIFY(std::fabs(fit.valueOf(u"area1"_s) - 4000.0) < 400.0);
+    }
+
+    void drawsWhatItFitted()
+    {
+        Generator generator(13);
+        const FitResult fit = fitOf(countsOf({}, 101, generator));
+        double sum = 0.0;
+        for (int i = 0; i < 101000; ++i)
+            sum += 0.001 * fit.densityAt(-0.5 + 0.001 * (i + 0.5));
+        QVERIFY(agreesRelatively(u"sum"_s, sum, fit.modelSum, 1e-6));
+        QVERIFY(fit.backgroundAt(50.0) < fit.densityAt(50.0));
+        QVERIFY(std::isnan(FitResult().densityAt(1.0)));
+    }
+
+    void guessesWithoutErrors()
+    {
+        Generator generator(14);
+        const std::vector<double> counts = countsOf({}, 101, generator);
+        BinnedData data;
+        data.contents = counts;
+        const FitResult guess = guessSpectrumFit(data, 0, 100, {});
+        QCOMPARE(guess.parameters.size(), std::size_t(5));
+        QVERIFY(std::fabs(guess.valueOf(u"centre"_s) - 50.3) < 2.0);
+        QVERIFY(guess.valueOf(u"area"_s) > 1000.0 && guess.valueOf(u"area"_s) < 4000.0);
+        QVERIFY(std::isnan(guess.errorOf(u"area"_s)));
+        QVERIFY(guess.densityAt(50.0) > guess.backgroundAt(50.0));
+    }
+
+    void fitsOverAnExponentialOfHeightZero_data()
+    {
+        QTest::addColumn<FitStatistic>("statistic");
+        QTest::addColumn<BinEvaluation>("evaluation");
+        QTest::addColumn<QList<double>>("expected");
+        using enum BinEvaluation;
+        QTest::newRow("cash integral") << FitStatistic::Cash << Integral
+                                       << QList { 1.73205081e+02, 25.2996666, 1.74035117e-02, 3.00052217,
+                                              1.23626510e-02 };
+        QTest::newRow("cash centre") << FitStatistic::Cash << Centre
+                                     << QList { 1.73205081e+02, 25.2996666, 1.74035117e-02, 3.01437664,
+                                            1.23061411e-02 };
+        QTest::newRow("pearson centre") << FitStatistic::Pearson << Centre
+                                        << QList { 1.73206423e+02, 25.2997019, 1.74057540e-02, 3.01478839,
+                                               1.23077267e-02 };
+    }
+    // Without background the rate of the exponential has no effect. Expected: error of the area, centre, sigma and
+    // their errors of the same fit without background, by steps of Fisher scoring with NumPy: p += inv(J'WJ) J'W(y - m)
+    // with W = 1/m (Pearson: (y^2/m^2 - 1)/2 for (y - m)/m), J by differences of scipy.special.ndtr, until p is
+    // constant; errors are the roots of the diagonal of inv(J'WJ).
+    void fitsOverAnExponentialOfHeightZero()
+    {
+        QFETCH(FitStatistic, statistic);
+        QFETCH(BinEvaluation, evaluation);
+        QFETCH(QList<double>, expected);
+        std::vector<double> counts;
+        const std::vector<double> widths { 3.0 };
+        for (int i = 0; i < 50; ++i)
+            counts.push_back(std::floor(3e4 * peakIntegral(PeakShape::Gaussian, i - 0.5, i + 0.5, 25.3, widths) + 0.5));
+        FitModel model;
+        model.background = FitBackground::Exponential;
         FitOptions options;
         options.statistic = statistic;
-        const FitResult fit = fitOf(counts, {}, options);
-        const double shift = statistic == FitStatistic::Pearson ? 0.5 * fit.value
-            : statistic == FitStatistic::Neyman                 ? -fit.value
-                                                                : 0.0;
-        QVERIFY(agreesRelatively(nameOf(statistic), fit.modelSum, fit.dataSum + shift, 1e-6));
-    }
-}
-
-void TestSpectrumFit::holdsFixedParameters()
-{
-    Generator generator(6);
-    const std::vector<double> counts = countsOf({}, 101, generator);
-    FitModel model;
-    model.constraints = { { u"sigma"_s, 2.5, true, {}, {}, {}, 1.0, 0.0 } };
-    const FitResult fit = fitOf(counts, model);
-    QCOMPARE(fit.valueOf(u"sigma"_s), 2.5);
-    const FitParameter& sigma = fit.parameters[2];
-    QVERIFY(sigma.fixed && std::isnan(sigma.error));
-    QCOMPARE(fit.free, 4);
-    QCOMPARE(fit.ndf, 97);
-    QVERIFY(fit.value > fitOf(counts).value);
-}
-
-void TestSpectrumFit::keepsToBounds()
-{
-    Generator generator(7);
-    const std::vector<double> counts = countsOf({}, 101, generator);
-    FitModel model;
-    model.constraints = { { u"sigma"_s, {}, false, {}, 2.0, {}, 1.0, 0.0 } };
-    const FitResult fit = fitOf(counts, model);
-    QCOMPARE(fit.valueOf(u"sigma"_s), 2.0);
-    QVERIFY(fit.parameters[2].atUpper);
-    QVERIFY(std::isnan(fit.parameters[2].error));
-    QVERIFY(fit.parameters[0].error > 0.0);
-    QVERIFY(!fit.acceptable);
-}
-
-void TestSpectrumFit::tiesParameters()
-{
-    Generator generator(8);
-    Truth truth;
-    truth.areas = { 4000.0, 2000.0 };
-    truth.centres = { 40.0, 60.0 };
-    const std::vector<double> counts = countsOf(truth, 101, generator);
-    FitModel model;
-    model.peaks = 2;
-    model.centres = { 40.0, 60.0 };
-    model.constraints = { { u"area2"_s, {}, false, {}, {}, u"area1"_s, 0.5, 0.0 },
-        { u"centre2"_s, {}, false, {}, {}, u"centre1"_s, 1.0, 20.0 } };
-    const FitResult fit = fitOf(counts, model);
-    QCOMPARE(fit.message, QString());
-    QCOMPARE(fit.free, 5);
-    QVERIFY(agreesRelatively(u"ratio"_s, fit.valueOf(u"area2"_s), 0.5 * fit.valueOf(u"area1"_s), 1e-12));
-    QVERIFY(agrees(u"distance"_s, fit.valueOf(u"separation"_s), 20.0, 1e-9));
-    QVERIFY(agreesRelatively(u"error"_s, fit.errorOf(u"area2"_s), 0.5 * fit.errorOf(u"area1"_s), 1e-9));
-    QVERIFY(agreesRelatively(u"area"_s, fit.valueOf(u"area1"_s), 4000.0, 0.05));
-}
-
-void TestSpectrumFit::followsAWidthCalibration()
-{
-    const WidthCalibration widths { 4.0, 0.1 };
-    std::vector<double> contents(201, 5.0);
-    for (const double centre : { 60.0, 140.0 }) {
-        for (int i = 0; i < 201; ++i)
-            contents[static_cast<std::size_t>(i)] += 3000.0
-                * peakIntegral(
-                    PeakShape::Gaussian, i - 0.5, i + 0.5, centre, std::vector<double> { 1.1 * widths.sigma(centre) });
-    }
-    const std::vector<double> variances(contents.size(), 1.0);
-    BinnedData data;
-    data.contents = contents;
-    data.variances = variances;
-    FitModel model;
-    model.peaks = 2;
-    model.centres = { 61.0, 139.0 };
-    model.widthMode = WidthMode::Calibrated;
-    model.widths = widths;
-    FitOptions options;
-    options.statistic = FitStatistic::Neyman;
-    const FitResult fit = fitSpectrum(data, 0, 200, model, options);
-    QVERIFY(agrees(u"factor"_s, fit.valueOf(u"width_factor"_s), 1.1, 1e-6));
-    QVERIFY(agreesRelatively(u"area"_s, fit.valueOf(u"area2"_s), 3000.0, 1e-6));
-    QVERIFY(
-        agreesRelatively(u"width"_s, fit.peaks[1].measures.fwhm, 2.3548200450309493 * 1.1 * widths.sigma(140.0), 1e-6));
-}
-
-void TestSpectrumFit::fitsUnequalBins()
-{
-    std::vector<double> edges;
-    for (int i = 0; i <= 80; ++i)
-        edges.push_back(100.0 + 0.2 * i + 0.004 * i * i);
-    std::vector<double> contents;
-    for (std::size_t i = 0; i + 1 < edges.size(); ++i)
-        contents.push_back(std::round(50.0 * (edges[i + 1] - edges[i])
-            + 1e6 * peakIntegral(PeakShape::Gaussian, edges[i], edges[i + 1], 118.0, std::vector<double> { 2.0 })));
-    BinnedData data;
-    data.contents = contents;
-    data.edges = edges;
-    const FitResult fit = fitSpectrum(data, 0, 79, {});
-    QVERIFY(agreesRelatively(u"area"_s, fit.valueOf(u"area"_s), 1e6, 1e-4));
-    QVERIFY(agrees(u"centre"_s, fit.valueOf(u"centre"_s), 118.0, 1e-3));
-    QVERIFY(agreesRelatively(u"background"_s, fit.backgroundAt(110.0), 50.0, 0.05));
-}
-
-void TestSpectrumFit::fitsContentsWithVariances()
-{
-    Generator generator(9);
-    Truth truth;
-    truth.background = -5.0;
-    std::vector<double> contents = meansOf(truth, 101);
-    for (double& content : contents)
-        content += std::normal_distribution<double>(0.0, 4.0)(generator);
-    const std::vector<double> variances(contents.size(), 16.0);
-    BinnedData data;
-    data.contents = contents;
-    data.variances = variances;
-    FitOptions options;
-    options.statistic = FitStatistic::Neyman;
-    const FitResult fit = fitSpectrum(data, 0, 100, {}, options);
-    QVERIFY(std::fabs(fit.valueOf(u"area"_s) - 2000.0) < 5.0 * fit.errorOf(u"area"_s));
-    QVERIFY(fit.valueOf(u"b0"_s) < 0.0);
-    QVERIFY(fit.pValue > 1e-4);
-    options.statistic = FitStatistic::Cash;
-    QVERIFY(fitSpectrum(data, 0, 100, {}, options).status == FitStatus::Refused);
-}
-
-void TestSpectrumFit::countsThePeaks()
-{
-    Generator generator(10);
-    Truth truth;
-    truth.areas = { 3000.0, 1500.0, 2500.0 };
-    truth.centres = { 30.0, 42.0, 70.0 };
-    const std::vector<double> counts = countsOf(truth, 101, generator);
-    BinnedData data;
-    data.contents = counts;
-    const FitResult fit = fitSpectrumAutomatically(data, 0, 100, {});
-    QCOMPARE(fit.peaks.size(), std::size_t(3));
-    for (std::size_t k = 0; k < 3; ++k)
-        QVERIFY(std::fabs(fit.peaks[k].centre - truth.centres[k]) < 1.0);
-    truth.areas = { 3000.0 };
-    truth.centres = { 50.0 };
-    const std::vector<double> one = countsOf(truth, 101, generator);
-    data.contents = one;
-    QCOMPARE(fitSpectrumAutomatically(data, 0, 100, {}).peaks.size(), std::size_t(1));
-}
-
-void TestSpectrumFit::fitsABackgroundAlone()
-{
-    Generator generator(11);
-    Truth truth;
-    truth.areas.clear();
-    const std::vector<double> counts = countsOf(truth, 101, generator);
-    FitModel model;
-    model.peaks = 0;
-    const FitResult fit = fitOf(counts, model);
-    QVERIFY(fit.acceptable);
-    QVERIFY(std::fabs(fit.valueOf(u"b0"_s) - 20.0) < 5.0 * fit.errorOf(u"b0"_s));
-}
-
-void TestSpectrumFit::ordersPeaksByPosition()
-{
-    Generator generator(12);
-    Truth truth;
-    truth.areas = { 4000.0, 1000.0 };
-    truth.centres = { 40.0, 70.0 };
-    FitModel model;
-    model.peaks = 2;
-    model.centres = { 69.0, 41.0 };
-    const FitResult fit = fitOf(countsOf(truth, 101, generator), model);
-    QVERIFY(fit.valueOf(u"centre1"_s) < fit.valueOf(u"centre2"_s));
-    QVERIFY(std::fabs(fit.valueOf(u"area1"_s) - 4000.0) < 400.0);
-}
-
-void TestSpectrumFit::drawsWhatItFitted()
-{
-    Generator generator(13);
-    const FitResult fit = fitOf(countsOf({}, 101, generator));
-    double sum = 0.0;
-    for (int i = 0; i < 101000; ++i)
-        sum += 0.001 * fit.densityAt(-0.5 + 0.001 * (i + 0.5));
-    QVERIFY(agreesRelatively(u"sum"_s, sum, fit.modelSum, 1e-6));
-    QVERIFY(fit.backgroundAt(50.0) < fit.densityAt(50.0));
-    QVERIFY(std::isnan(FitResult().densityAt(1.0)));
-}
-
-void TestSpectrumFit::guessesWithoutErrors()
-{
-    Generator generator(14);
-    const std::vector<double> counts = countsOf({}, 101, generator);
-    BinnedData data;
-    data.contents = counts;
-    const FitResult guess = guessSpectrumFit(data, 0, 100, {});
-    QCOMPARE(guess.parameters.size(), std::size_t(5));
-    QVERIFY(std::fabs(guess.valueOf(u"centre"_s) - 50.3) < 2.0);
-    QVERIFY(guess.valueOf(u"area"_s) > 1000.0 && guess.valueOf(u"area"_s) < 4000.0);
-    QVERIFY(std::isnan(guess.errorOf(u"area"_s)));
-    QVERIFY(guess.densityAt(50.0) > guess.backgroundAt(50.0));
-}
-
-void TestSpectrumFit::fitsOverAnExponentialOfHeightZero_data()
-{
-    QTest::addColumn<FitStatistic>("statistic");
-    QTest::addColumn<BinEvaluation>("evaluation");
-    QTest::addColumn<QList<double>>("expected");
-    using enum BinEvaluation;
-    QTest::newRow("cash integral") << FitStatistic::Cash << Integral
-                                   << QList { 1.73205081e+02, 25.2996666, 1.74035117e-02, 3.00052217, 1.23626510e-02 };
-    QTest::newRow("cash centre") << FitStatistic::Cash << Centre
-                                 << QList { 1.73205081e+02, 25.2996666, 1.74035117e-02, 3.01437664, 1.23061411e-02 };
-    QTest::newRow("pearson centre") << FitStatistic::Pearson << Centre
-                                    << QList { 1.73206423e+02, 25.2997019, 1.74057540e-02, 3.01478839, 1.23077267e-02 };
-}
-
-// Without background the rate of the exponential has no effect. Expected: error of the area, centre, sigma and their
-// errors of the same fit without background, by steps of Fisher scoring with NumPy: p += inv(J'WJ) J'W(y - m) with
-// W = 1/m (Pearson: (y^2/m^2 - 1)/2 for (y - m)/m), J by differences of scipy.special.ndtr, until p is constant; errors
-// are the roots of the diagonal of inv(J'WJ).
-void TestSpectrumFit::fitsOverAnExponentialOfHeightZero()
-{
-    QFETCH(FitStatistic, statistic);
-    QFETCH(BinEvaluation, evaluation);
-    QFETCH(QList<double>, expected);
-    std::vector<double> counts;
-    const std::vector<double> widths { 3.0 };
-    for (int i = 0; i < 50; ++i)
-        counts.push_back(std::floor(3e4 * peakIntegral(PeakShape::Gaussian, i - 0.5, i + 0.5, 25.3, widths) + 0.5));
-    FitModel model;
-    model.background = FitBackground::Exponential;
-    FitOptions options;
-    options.statistic = statistic;
-    options.evaluation = evaluation;
-    const FitResult fit = fitOf(counts, model, options);
-    QCOMPARE(fit.status, FitStatus::Done);
-    QCOMPARE(fit.valueOf(u"b0"_s), 0.0);
-    QVERIFY(agreesRelatively(u"error of area"_s, fit.errorOf(u"area"_s), expected[0], 1e-6));
-    QVERIFY(agreesRelatively(u"centre"_s, fit.valueOf(u"centre"_s), expected[1], 1e-7));
-    QVERIFY(agreesRelatively(u"error of centre"_s, fit.errorOf(u"centre"_s), expected[2], 1e-6));
-    QVERIFY(agreesRelatively(u"sigma"_s, fit.valueOf(u"sigma"_s), expected[3], 1e-7));
-    QVERIFY(agreesRelatively(u"error of sigma"_s, fit.errorOf(u"sigma"_s), expected[4], 1e-6));
-    // All counts belong to the peak: there is no rest to test an excess over.
-    for (const QString& reason : fit.reasons)
-        QVERIFY2(!reason.contains(u"excess"_s), qPrintable(reason));
-}
-
-// A narrow line in noise: with a smaller area the others have their minimum at another place than the prediction by the
-// covariance. Expected by SciPy: for each area the line of least squares by numpy.linalg.lstsq, the centre by a scan
-// and optimize.minimize_scalar, gamma by minimize_scalar from its bound 0.001, sigma at its bound 0.2; the content of a
-// bin by five points of Gauss and Legendre of special.wofz; the distance by optimize.brentq.
-void TestSpectrumFit::findsTheProfileBesideOtherMinima()
-{
-    const std::vector<double> counts { 68, 70, 84, 57, 82, 86, 72, 77, 86, 75, 82, 69, 72, 76, 80, 88, 73, 65, 97, 70,
-        92, 84, 84, 75, 77, 90, 90, 71, 92, 79, 87, 88, 92, 85, 83, 92, 86, 80, 89, 85, 83, 88, 102, 94, 96, 85, 86, 82,
-        83, 87, 108, 97, 105, 82, 92, 99, 84, 88, 84, 86, 90, 86, 92, 97, 80, 88, 85, 99, 91, 99, 104, 118, 96, 113, 93,
-        100, 120, 101, 79, 84, 91, 78, 91, 104, 94, 126, 103, 102, 107, 119, 114, 115, 99, 97, 102, 97, 87, 109, 102,
-        106, 129, 121, 109, 119, 110, 102, 115, 105, 120, 122, 96, 113, 112, 106, 115, 117, 118, 105, 115, 107, 116,
-        113, 114, 113, 98, 132, 117, 120, 119, 113, 117, 107, 98, 112, 129, 128, 112, 132, 131, 131, 111, 127, 115, 108,
-        115, 121, 107, 116, 133, 133, 134, 119, 103, 129, 108, 108, 140, 130, 141, 124, 119, 130, 138, 133, 147, 126,
-        147, 142, 135, 126, 138, 150, 116, 136, 140, 117, 132, 139, 107, 126, 140, 143, 132, 140, 162, 133, 126, 121,
-        147, 124, 152, 141, 153, 150, 149, 146, 140, 128, 159, 160 };
-    FitModel model;
-    model.shape = PeakShape::Voigt;
-    FitOptions options;
-    options.statistic = FitStatistic::Unweighted;
-    options.profileErrors = true;
-    const FitResult fit = fitOf(counts, model, options);
-    QVERIFY(agreesRelatively(u"statistic"_s, fit.value, 19600.300878935544, 1e-9));
-    const auto area = static_cast<std::size_t>(fit.indexOf(u"area"_s));
-    QVERIFY(fit.parameters[area].profile);
-    QVERIFY(agreesRelatively(u"lower"_s, fit.parameters[area].profile->lower, -14.471901953, 1e-5));
-}
-
-void TestSpectrumFit::namesTheBinThatIsNoCount()
-{
-    std::vector<double> contents(100, 7.0);
-    contents[63] = 7.5;
-    BinnedData data;
-    data.contents = contents;
-    const QString message = fitSpectrum(data, 50, 80, {}).message;
-    QVERIFY2(message.contains(u"Bin 63 "_s), qPrintable(message));
-}
-
-void TestSpectrumFit::flagsWhatIsNoPeak()
-{
-    Truth truth;
-    truth.areas.clear();
-    int accepted = 0;
-    Generator generator(15);
-    for (int i = 0; i < 50; ++i) {
-        const FitResult fit = fitOf(countsOf(truth, 101, generator));
-        accepted += fit.acceptable ? 1 : 0;
-        QVERIFY(fit.acceptable == fit.reasons.isEmpty());
-    }
-    QVERIFY2(accepted <= 3, qPrintable(QString::number(accepted)));
-}
-
-void TestSpectrumFit::refusesBadInput_data()
-{
-    const double nan = std::numeric_limits<double>::quiet_NaN();
-    QTest::addColumn<QList<double>>("contents");
-    QTest::addColumn<int>("first");
-    QTest::addColumn<int>("last");
-    QTest::addColumn<FitStatistic>("statistic");
-    const QList<double> good { 1, 2, 3, 9, 20, 8, 3, 2, 1, 1, 2 };
-    QTest::newRow("empty") << QList<double>() << 0 << 0 << FitStatistic::Cash;
-    QTest::newRow("all zero") << QList<double>(20, 0.0) << 0 << 19 << FitStatistic::Cash;
-    QTest::newRow("not a number") << QList<double> { 1, nan, 3, 9, 20, 8, 3 } << 0 << 6 << FitStatistic::Unweighted;
-    QTest::newRow("infinite") << QList<double> { 1, INFINITY, 3, 9, 20, 8, 3 } << 0 << 6 << FitStatistic::Cash;
-    QTest::newRow("negative") << QList<double> { 1, -2, 3, 9, 20, 8, 3 } << 0 << 6 << FitStatistic::Cash;
-    QTest::newRow("fraction") << QList<double> { 1, 2.5, 3, 9, 20, 8, 3 } << 0 << 6 << FitStatistic::Pearson;
-    QTest::newRow("fraction, Neyman") << QList<double> { 1, 2.5, 3, 9, 20, 8, 3 } << 0 << 6 << FitStatistic::Neyman;
-    QTest::newRow("before the axis") << good << -1 << 8 << FitStatistic::Cash;
-    QTest::newRow("past the axis") << good << 0 << 11 << FitStatistic::Cash;
-    QTest::newRow("reversed") << good << 8 << 2 << FitStatistic::Cash;
-    QTest::newRow("fewer bins than parameters") << good << 2 << 5 << FitStatistic::Cash;
-}
-
-void TestSpectrumFit::refusesBadInput()
-{
-    QFETCH(QList<double>, contents);
-    QFETCH(int, first);
-    QFETCH(int, last);
-    QFETCH(FitStatistic, statistic);
-    BinnedData data;
-    data.contents = contents;
-    FitOptions options;
-    options.statistic = statistic;
-    for (const FitResult& fit :
-        { fitSpectrum(data, first, last, {}, options), fitSpectrumAutomatically(data, first, last, {}, options) }) {
-        QVERIFY(fit.status == FitStatus::Refused);
-        QVERIFY(!fit.message.isEmpty());
-        QVERIFY(!fit.acceptable);
-        QCOMPARE(fit.reasons, QStringList(fit.message));
-        QVERIFY(fit.parameters.empty());
-    }
-}
-
-void TestSpectrumFit::refusesBadConstraints_data()
-{
-    QTest::addColumn<FitConstraint>("constraint");
-    const double nan = std::numeric_limits<double>::quiet_NaN();
-    QTest::newRow("unknown") << FitConstraint { u"width"_s, 1.0, true, {}, {}, {}, 1.0, 0.0 };
-    QTest::newRow("no value") << FitConstraint { u"sigma"_s, {}, true, {}, {}, {}, 1.0, 0.0 };
-    QTest::newRow("not finite") << FitConstraint { u"area"_s, nan, true, {}, {}, {}, 1.0, 0.0 };
-    QTest::newRow("no width") << FitConstraint { u"sigma"_s, -1.0, true, {}, {}, {}, 1.0, 0.0 };
-    QTest::newRow("crossed bounds") << FitConstraint { u"sigma"_s, {}, false, 3.0, 2.0, {}, 1.0, 0.0 };
-    QTest::newRow("unknown tie") << FitConstraint { u"sigma"_s, {}, false, {}, {}, u"sigma7"_s, 1.0, 0.0 };
-    QTest::newRow("tied to itself") << FitConstraint { u"sigma"_s, {}, false, {}, {}, u"sigma"_s, 1.0, 0.0 };
-    QTest::newRow("infinite tie") << FitConstraint { u"sigma"_s, {}, false, {}, {}, u"area"_s, nan, 0.0 };
-}
-
-void TestSpectrumFit::refusesBadConstraints()
-{
-    QFETCH(FitConstraint, constraint);
-    Generator generator(16);
-    FitModel model;
-    model.constraints = { constraint };
-    const FitResult fit = fitOf(countsOf({}, 101, generator), model);
-    QVERIFY(fit.status == FitStatus::Refused);
-    QVERIFY2(fit.message.contains(constraint.name), qPrintable(fit.message));
-}
-
-// For any input: the fit ends, and no NaN is reported as a result.
-void TestSpectrumFit::survivesRandomInput()
-{
-    Generator generator(17);
-    int done = 0;
-    // TARNIS_RANDOM_FITS=10000 tries more.
-    const int cases = std::max(1500, qEnvironmentVariableIntValue("TARNIS_RANDOM_FITS"));
-    for (int i = 0; i < cases; ++i) {
-        FitModel model;
-        // The other shapes cost ten times as much and use the same solver.
-        const bool other = chance(generator, 0.1);
-        model.shape = other
-            ? allPeakShapes[static_cast<std::size_t>(whole(generator, 1, static_cast<int>(allPeakShapes.size()) - 1))]
-            : PeakShape::Gaussian;
-        model.background = static_cast<FitBackground>(whole(generator, 0, 4));
-        const int bins = whole(generator, 8, 24);
-        model.centres = { uniform(generator, 0.0, bins - 1.0) };
-        model.withStep = chance(generator, 0.1);
-        const double level = std::pow(10.0, uniform(generator, -1.0, 4.0));
-        std::vector<double> counts;
-        for (int bin = 0; bin < bins; ++bin)
-            counts.push_back(
-                static_cast<double>(std::poisson_distribution<int>(level * uniform(generator, 0.0, 2.0))(generator)));
-        model.constraints = { { QString(widthParameterNames(model.shape)[0]),
-                                  std::pow(10.0, uniform(generator, -1.0, 2.0)), false, {}, {}, {}, 1.0, 0.0 },
-            { u"area"_s, std::pow(10.0, uniform(generator, -2.0, 6.0)), false, {}, {}, {}, 1.0, 0.0 } };
-        FitOptions options;
-        options.statistic = static_cast<FitStatistic>(whole(generator, 0, 3));
-        options.profileWeakAreas = chance(generator, 0.02);
-        options.maxIterations = 20;
+        options.evaluation = evaluation;
         const FitResult fit = fitOf(counts, model, options);
-        if (fit.status == FitStatus::Refused) {
-            QVERIFY(!fit.message.isEmpty());
-            continue;
-        }
-        ++done;
-        QVERIFY(std::isfinite(fit.value));
-        for (const FitParameter& parameter : fit.parameters)
-            QVERIFY2(std::isfinite(parameter.value), qPrintable(parameter.name));
-        for (const FitParameter& parameter : fit.parameters)
-            QVERIFY(!fit.acceptable || parameter.name.startsWith(u'b') || parameter.error > 0.0 || parameter.atLower
-                || parameter.atUpper);
-        QVERIFY(
-            std::all_of(fit.modelContents.begin(), fit.modelContents.end(), [](double m) { return std::isfinite(m); }));
+        QCOMPARE(fit.status, FitStatus::Done);
+        QCOMPARE(fit.valueOf(u"b0"_s), 0.0);
+        QVERIFY(agreesRelatively(u"error of area"_s, fit.errorOf(u"area"_s), expected[0], 1e-6));
+        QVERIFY(agreesRelatively(u"centre"_s, fit.valueOf(u"centre"_s), expected[1], 1e-7));
+        QVERIFY(agreesRelatively(u"error of centre"_s, fit.errorOf(u"centre"_s), expected[2], 1e-6));
+        QVERIFY(agreesRelatively(u"sigma"_s, fit.valueOf(u"sigma"_s), expected[3], 1e-7));
+        QVERIFY(agreesRelatively(u"error of sigma"_s, fit.errorOf(u"sigma"_s), expected[4], 1e-6));
+        // All counts belong to the peak: there is no rest to test an excess over.
+        for (const QString& reason : fit.reasons)
+            QVERIFY2(!reason.contains(u"excess"_s), qPrintable(reason));
     }
-    QVERIFY2(done > 750, qPrintable(QString::number(done)));
-}
+
+    // A narrow line in noise: with a smaller area the others have their minimum at another place than the prediction by
+    // the covariance. Expected by SciPy: for each area the line of least squares by numpy.linalg.lstsq, the centre by a
+    // scan and optimize.minimize_scalar, gamma by minimize_scalar from its bound 0.001, sigma at its bound 0.2; the
+    // content of a bin by five points of Gauss and Legendre of special.wofz; the distance by optimize.brentq.
+    void findsTheProfileBesideOtherMinima()
+    {
+        const std::vector<double> counts { 68, 70, 84, 57, 82, 86, 72, 77, 86, 75, 82, 69, 72, 76, 80, 88, 73, 65, 97,
+            70, 92, 84, 84, 75, 77, 90, 90, 71, 92, 79, 87, 88, 92, 85, 83, 92, 86, 80, 89, 85, 83, 88, 102, 94, 96, 85,
+            86, 82, 83, 87, 108, 97, 105, 82, 92, 99, 84, 88, 84, 86, 90, 86, 92, 97, 80, 88, 85, 99, 91, 99, 104, 118,
+            96, 113, 93, 100, 120, 101, 79, 84, 91, 78, 91, 104, 94, 126, 103, 102, 107, 119, 114, 115, 99, 97, 102, 97,
+            87, 109, 102, 106, 129, 121, 109, 119, 110, 102, 115, 105, 120, 122, 96, 113, 112, 106, 115, 117, 118, 105,
+            115, 107, 116, 113, 114, 113, 98, 132, 117, 120, 119, 113, 117, 107, 98, 112, 129, 128, 112, 132, 131, 131,
+            111, 127, 115, 108, 115, 121, 107, 116, 133, 133, 134, 119, 103, 129, 108, 108, 140, 130, 141, 124, 119,
+            130, 138, 133, 147, 126, 147, 142, 135, 126, 138, 150, 116, 136, 140, 117, 132, 139, 107, 126, 140, 143,
+            132, 140, 162, 133, 126, 121, 147, 124, 152, 141, 153, 150, 149, 146, 140, 128, 159, 160 };
+        FitModel model;
+        model.shape = PeakShape::Voigt;
+        FitOptions options;
+        options.statistic = FitStatistic::Unweighted;
+        options.profileErrors = true;
+        const FitResult fit = fitOf(counts, model, options);
+        QVERIFY(agreesRelatively(u"statistic"_s, fit.value, 19600.300878935544, 1e-9));
+        const auto area = static_cast<std::size_t>(fit.indexOf(u"area"_s));
+        QVERIFY(fit.parameters[area].profile);
+        QVERIFY(agreesRelatively(u"lower"_s, fit.parameters[area].profile->lower, -14.471901953, 1e-5));
+    }
+
+    void flagsWhatIsNoPeak()
+    {
+        Truth truth;
+        truth.areas.clear();
+        int accepted = 0;
+        Generator generator(15);
+        for (int i = 0; i < 50; ++i) {
+            const FitResult fit = fitOf(countsOf(truth, 101, generator));
+            accepted += fit.acceptable ? 1 : 0;
+            QVERIFY(fit.acceptable == fit.reasons.isEmpty());
+        }
+        QVERIFY2(accepted <= 3, qPrintable(QString::number(accepted)));
+    }
+
+    void namesTheBinThatIsNoCount()
+    {
+        std::vector<double> contents(100, 7.0);
+        contents[63] = 7.5;
+        BinnedData data;
+        data.contents = contents;
+        const QString message = fitSpectrum(data, 50, 80, {}).message;
+        QVERIFY2(message.contains(u"Bin 63 "_s), qPrintable(message));
+    }
+
+    void refusesBadInput_data()
+    {
+        const double nan = std::numeric_limits<double>::quiet_NaN();
+        QTest::addColumn<QList<double>>("contents");
+        QTest::addColumn<int>("first");
+        QTest::addColumn<int>("last");
+        QTest::addColumn<FitStatistic>("statistic");
+        const QList<double> good { 1, 2, 3, 9, 20, 8, 3, 2, 1, 1, 2 };
+        QTest::newRow("empty") << QList<double>() << 0 << 0 << FitStatistic::Cash;
+        QTest::newRow("all zero") << QList<double>(20, 0.0) << 0 << 19 << FitStatistic::Cash;
+        QTest::newRow("not a number") << QList<double> { 1, nan, 3, 9, 20, 8, 3 } << 0 << 6 << FitStatistic::Unweighted;
+        QTest::newRow("infinite") << QList<double> { 1, INFINITY, 3, 9, 20, 8, 3 } << 0 << 6 << FitStatistic::Cash;
+        QTest::newRow("negative") << QList<double> { 1, -2, 3, 9, 20, 8, 3 } << 0 << 6 << FitStatistic::Cash;
+        QTest::newRow("fraction") << QList<double> { 1, 2.5, 3, 9, 20, 8, 3 } << 0 << 6 << FitStatistic::Pearson;
+        QTest::newRow("fraction, Neyman") << QList<double> { 1, 2.5, 3, 9, 20, 8, 3 } << 0 << 6 << FitStatistic::Neyman;
+        QTest::newRow("before the axis") << good << -1 << 8 << FitStatistic::Cash;
+        QTest::newRow("past the axis") << good << 0 << 11 << FitStatistic::Cash;
+        QTest::newRow("reversed") << good << 8 << 2 << FitStatistic::Cash;
+        QTest::newRow("fewer bins than parameters") << good << 2 << 5 << FitStatistic::Cash;
+    }
+    void refusesBadInput()
+    {
+        QFETCH(QList<double>, contents);
+        QFETCH(int, first);
+        QFETCH(int, last);
+        QFETCH(FitStatistic, statistic);
+        BinnedData data;
+        data.contents = contents;
+        FitOptions options;
+        options.statistic = statistic;
+        for (const FitResult& fit :
+            { fitSpectrum(data, first, last, {}, options), fitSpectrumAutomatically(data, first, last, {}, options) }) {
+            QVERIFY(fit.status == FitStatus::Refused);
+            QVERIFY(!fit.message.isEmpty());
+            QVERIFY(!fit.acceptable);
+            QCOMPARE(fit.reasons, QStringList(fit.message));
+            QVERIFY(fit.parameters.empty());
+        }
+    }
+
+    void refusesBadConstraints_data()
+    {
+        QTest::addColumn<FitConstraint>("constraint");
+        const double nan = std::numeric_limits<double>::quiet_NaN();
+        QTest::newRow("unknown") << FitConstraint { u"width"_s, 1.0, true, {}, {}, {}, 1.0, 0.0 };
+        QTest::newRow("no value") << FitConstraint { u"sigma"_s, {}, true, {}, {}, {}, 1.0, 0.0 };
+        QTest::newRow("not finite") << FitConstraint { u"area"_s, nan, true, {}, {}, {}, 1.0, 0.0 };
+        QTest::newRow("no width") << FitConstraint { u"sigma"_s, -1.0, true, {}, {}, {}, 1.0, 0.0 };
+        QTest::newRow("crossed bounds") << FitConstraint { u"sigma"_s, {}, false, 3.0, 2.0, {}, 1.0, 0.0 };
+        QTest::newRow("unknown tie") << FitConstraint { u"sigma"_s, {}, false, {}, {}, u"sigma7"_s, 1.0, 0.0 };
+        QTest::newRow("tied to itself") << FitConstraint { u"sigma"_s, {}, false, {}, {}, u"sigma"_s, 1.0, 0.0 };
+        QTest::newRow("infinite tie") << FitConstraint { u"sigma"_s, {}, false, {}, {}, u"area"_s, nan, 0.0 };
+    }
+    void refusesBadConstraints()
+    {
+        QFETCH(FitConstraint, constraint);
+        Generator generator(16);
+        FitModel model;
+        model.constraints = { constraint };
+        const FitResult fit = fitOf(countsOf({}, 101, generator), model);
+        QVERIFY(fit.status == FitStatus::Refused);
+        QVERIFY2(fit.message.contains(constraint.name), qPrintable(fit.message));
+    }
+
+    // For any input: the fit ends, and no NaN is reported as a result.
+    void survivesRandomInput()
+    {
+        Generator generator(17);
+        int done = 0;
+        // TARNIS_RANDOM_FITS=10000 tries more.
+        const int cases = std::max(1500, qEnvironmentVariableIntValue("TARNIS_RANDOM_FITS"));
+        for (int i = 0; i < cases; ++i) {
+            FitModel model;
+            // The other shapes cost ten times as much and use the same solver.
+            const bool other = chance(generator, 0.1);
+            model.shape = other ? allPeakShapes[static_cast<std::size_t>(
+                              whole(generator, 1, static_cast<int>(allPeakShapes.size()) - 1))]
+                                : PeakShape::Gaussian;
+            model.background = static_cast<FitBackground>(whole(generator, 0, 4));
+            const int bins = whole(generator, 8, 24);
+            model.centres = { uniform(generator, 0.0, bins - 1.0) };
+            model.withStep = chance(generator, 0.1);
+            const double level = std::pow(10.0, uniform(generator, -1.0, 4.0));
+            std::vector<double> counts;
+            for (int bin = 0; bin < bins; ++bin)
+                counts.push_back(static_cast<double>(
+                    std::poisson_distribution<int>(level * uniform(generator, 0.0, 2.0))(generator)));
+            model.constraints = { { QString(widthParameterNames(model.shape)[0]),
+                                      std::pow(10.0, uniform(generator, -1.0, 2.0)), false, {}, {}, {}, 1.0, 0.0 },
+                { u"area"_s, std::pow(10.0, uniform(generator, -2.0, 6.0)), false, {}, {}, {}, 1.0, 0.0 } };
+            FitOptions options;
+            options.statistic = static_cast<FitStatistic>(whole(generator, 0, 3));
+            options.profileWeakAreas = chance(generator, 0.02);
+            options.maxIterations = 20;
+            const FitResult fit = fitOf(counts, model, options);
+            if (fit.status == FitStatus::Refused) {
+                QVERIFY(!fit.message.isEmpty());
+                continue;
+            }
+            ++done;
+            QVERIFY(std::isfinite(fit.value));
+            for (const FitParameter& parameter : fit.parameters)
+                QVERIFY2(std::isfinite(parameter.value), qPrintable(parameter.name));
+            for (const FitParameter& parameter : fit.parameters)
+                QVERIFY(!fit.acceptable || parameter.name.startsWith(u'b') || parameter.error > 0.0 || parameter.atLower
+                    || parameter.atUpper);
+            QVERIFY(std::all_of(
+                fit.modelContents.begin(), fit.modelContents.end(), [](double m) { return std::isfinite(m); }));
+        }
+        QVERIFY2(done > 750, qPrintable(QString::number(done)));
+    }
+};
 
 QTEST_APPLESS_MAIN(TestSpectrumFit)
 #include "tst_spectrumfit.moc"

@@ -118,121 +118,105 @@ class TestSpectrumFitReference : public QObject {
     Q_OBJECT
 
 private slots:
-    void findsTheReference_data();
-    void findsTheReference();
-    void findsThemWithoutPositions_data();
-    void findsThemWithoutPositions();
-    void judgesTheModels();
-    void flagsTheDegenerateFit();
-
-private:
-    static void addRows();
-};
-
-// p109 is nearly degenerate, and its minimum has a negative background: it has a separate test.
-void TestSpectrumFitReference::addRows()
-{
-    QTest::addColumn<int>("index");
-    for (std::size_t i = 0; i < allCases().size(); ++i) {
-        if (!allCases()[i].name.startsWith(u"p109 "))
-            QTest::newRow(qPrintable(allCases()[i].name)) << static_cast<int>(i);
+    void findsTheReference_data() { addRows(); }
+    void findsTheReference()
+    {
+        QFETCH(int, index);
+        const Case& one = allCases()[static_cast<std::size_t>(index)];
+        const FitResult fit = fitOf(one, true);
+        QCOMPARE(fit.message, QString());
+        QVERIFY(fit.status == FitStatus::Done);
+        bool ok = agreesRelatively(u"value"_s, fit.value, one.fit["value"_L1].toDouble(), 1e-6);
+        QCOMPARE(fit.ndf, one.fit["ndf"_L1].toInt());
+        const QJsonArray order = one.fit["parameter_order"_L1].toArray();
+        QCOMPARE(static_cast<qsizetype>(fit.parameters.size()), order.size());
+        const QJsonObject errors = one.fit["standard_error"_L1].toObject();
+        const QJsonObject sandwich = one.fit["standard_error_sandwich"_L1].toObject();
+        const QJsonObject scaled = one.fit["standard_error_scaled"_L1].toObject();
+        for (qsizetype i = 0; i < order.size(); ++i) {
+            const FitParameter& parameter = fit.parameters[static_cast<std::size_t>(i)];
+            const QString name = order[i].toString();
+            QCOMPARE(parameter.name, name);
+            const double error = errors[name].toDouble();
+            ok &= agrees(name, parameter.value, one.fit["parameters"_L1][name].toDouble(), 0.001 * error);
+            ok &= agreesRelatively("error of "_L1 + name, parameter.error, error, 0.005);
+            ok &= agreesRelatively("scaled error of "_L1 + name, parameter.scaledError, scaled[name].toDouble(), 0.005);
+            if (!sandwich.isEmpty())
+                ok &= agreesRelatively(
+                    "sandwich of "_L1 + name, parameter.sandwichError, sandwich[name].toDouble(), 0.005);
+            for (qsizetype j = 0; j < order.size(); ++j)
+                ok &= agrees(u"correlation"_s, fit.correlation[static_cast<std::size_t>(i * order.size() + j)],
+                    one.fit["correlation"_L1][i][j].toDouble(), 0.002);
+            const QJsonValue profile = one.fit["profile_errors"_L1][name];
+            if (profile.isArray()) {
+                QVERIFY(parameter.profile);
+                ok &= agreesRelatively("profile of "_L1 + name, parameter.profile->lower, profile[0].toDouble(), 0.01);
+                ok &= agreesRelatively("profile of "_L1 + name, parameter.profile->upper, profile[1].toDouble(), 0.01);
+            }
+        }
+        const QJsonObject derived = one.fit["derived"_L1].toObject();
+        for (auto quantity = derived.begin(); quantity != derived.end(); ++quantity) {
+            const double error = quantity.value()[1].toDouble();
+            ok &= agrees(quantity.key(), fit.valueOf(quantity.key()), quantity.value()[0].toDouble(), 0.005 * error);
+            ok &= agreesRelatively("error of "_L1 + quantity.key(), fit.errorOf(quantity.key()), error, 0.005);
+        }
+        if (one.fit.contains("cash_z"_L1)) {
+            ok &= agreesRelatively(u"cash_expected"_s, fit.cashExpected, one.fit["cash_expected"_L1].toDouble(), 1e-6);
+            ok &= agreesRelatively(
+                u"cash_expected_sd"_s, fit.cashExpectedSd, one.fit["cash_expected_sd"_L1].toDouble(), 1e-5);
+            ok &= agrees(u"cash_z"_s, fit.cashZ, one.fit["cash_z"_L1].toDouble(), 1e-4);
+        }
+        QVERIFY(ok);
     }
-}
 
-void TestSpectrumFitReference::findsTheReference_data()
-{
-    addRows();
-}
+    void findsThemWithoutPositions_data() { addRows(); }
+    void findsThemWithoutPositions()
+    {
+        QFETCH(int, index);
+        const Case& one = allCases()[static_cast<std::size_t>(index)];
+        const FitResult fit = fitOf(one, false);
+        QCOMPARE(fit.message, QString());
+        QVERIFY(agreesRelatively(u"value"_s, fit.value, one.fit["value"_L1].toDouble(), 1e-6));
+    }
 
-void TestSpectrumFitReference::findsTheReference()
-{
-    QFETCH(int, index);
-    const Case& one = allCases()[static_cast<std::size_t>(index)];
-    const FitResult fit = fitOf(one, true);
-    QCOMPARE(fit.message, QString());
-    QVERIFY(fit.status == FitStatus::Done);
-    bool ok = agreesRelatively(u"value"_s, fit.value, one.fit["value"_L1].toDouble(), 1e-6);
-    QCOMPARE(fit.ndf, one.fit["ndf"_L1].toInt());
-    const QJsonArray order = one.fit["parameter_order"_L1].toArray();
-    QCOMPARE(static_cast<qsizetype>(fit.parameters.size()), order.size());
-    const QJsonObject errors = one.fit["standard_error"_L1].toObject();
-    const QJsonObject sandwich = one.fit["standard_error_sandwich"_L1].toObject();
-    const QJsonObject scaled = one.fit["standard_error_scaled"_L1].toObject();
-    for (qsizetype i = 0; i < order.size(); ++i) {
-        const FitParameter& parameter = fit.parameters[static_cast<std::size_t>(i)];
-        const QString name = order[i].toString();
-        QCOMPARE(parameter.name, name);
-        const double error = errors[name].toDouble();
-        ok &= agrees(name, parameter.value, one.fit["parameters"_L1][name].toDouble(), 0.001 * error);
-        ok &= agreesRelatively("error of "_L1 + name, parameter.error, error, 0.005);
-        ok &= agreesRelatively("scaled error of "_L1 + name, parameter.scaledError, scaled[name].toDouble(), 0.005);
-        if (!sandwich.isEmpty())
-            ok &= agreesRelatively("sandwich of "_L1 + name, parameter.sandwichError, sandwich[name].toDouble(), 0.005);
-        for (qsizetype j = 0; j < order.size(); ++j)
-            ok &= agrees(u"correlation"_s, fit.correlation[static_cast<std::size_t>(i * order.size() + j)],
-                one.fit["correlation"_L1][i][j].toDouble(), 0.002);
-        const QJsonValue profile = one.fit["profile_errors"_L1][name];
-        if (profile.isArray()) {
-            QVERIFY(parameter.profile);
-            ok &= agreesRelatively("profile of "_L1 + name, parameter.profile->lower, profile[0].toDouble(), 0.01);
-            ok &= agreesRelatively("profile of "_L1 + name, parameter.profile->upper, profile[1].toDouble(), 0.01);
+    void judgesTheModels()
+    {
+        for (const Case& one : allCases()) {
+            if (!one.fit.contains("acceptable"_L1) || one.name.startsWith(u"p109 "))
+                continue;
+            const FitResult fit = fitOf(one, true);
+            const bool expected = one.fit["acceptable"_L1].toBool();
+            QVERIFY2(fit.acceptable == expected, qPrintable(one.name + fit.reasons.join(u' ')));
+            QCOMPARE(fit.reasons.isEmpty(), fit.acceptable);
+        }
+        for (const Case& one : allCases()) {
+            if (one.name.contains(u"(wrong"))
+                QVERIFY2(!fitOf(one, true).acceptable, qPrintable(one.name));
         }
     }
-    const QJsonObject derived = one.fit["derived"_L1].toObject();
-    for (auto quantity = derived.begin(); quantity != derived.end(); ++quantity) {
-        const double error = quantity.value()[1].toDouble();
-        ok &= agrees(quantity.key(), fit.valueOf(quantity.key()), quantity.value()[0].toDouble(), 0.005 * error);
-        ok &= agreesRelatively("error of "_L1 + quantity.key(), fit.errorOf(quantity.key()), error, 0.005);
-    }
-    if (one.fit.contains("cash_z"_L1)) {
-        ok &= agreesRelatively(u"cash_expected"_s, fit.cashExpected, one.fit["cash_expected"_L1].toDouble(), 1e-6);
-        ok &= agreesRelatively(
-            u"cash_expected_sd"_s, fit.cashExpectedSd, one.fit["cash_expected_sd"_L1].toDouble(), 1e-5);
-        ok &= agrees(u"cash_z"_s, fit.cashZ, one.fit["cash_z"_L1].toDouble(), 1e-4);
-    }
-    QVERIFY(ok);
-}
 
-void TestSpectrumFitReference::findsThemWithoutPositions_data()
-{
-    addRows();
-}
-
-void TestSpectrumFitReference::findsThemWithoutPositions()
-{
-    QFETCH(int, index);
-    const Case& one = allCases()[static_cast<std::size_t>(index)];
-    const FitResult fit = fitOf(one, false);
-    QCOMPARE(fit.message, QString());
-    QVERIFY(agreesRelatively(u"value"_s, fit.value, one.fit["value"_L1].toDouble(), 1e-6));
-}
-
-void TestSpectrumFitReference::judgesTheModels()
-{
-    for (const Case& one : allCases()) {
-        if (!one.fit.contains("acceptable"_L1) || one.name.startsWith(u"p109 "))
-            continue;
-        const FitResult fit = fitOf(one, true);
-        const bool expected = one.fit["acceptable"_L1].toBool();
-        QVERIFY2(fit.acceptable == expected, qPrintable(one.name + fit.reasons.join(u' ')));
-        QCOMPARE(fit.reasons.isEmpty(), fit.acceptable);
+    void flagsTheDegenerateFit()
+    {
+        for (const Case& one : allCases()) {
+            if (!one.name.startsWith(u"p109 "))
+                continue;
+            const FitResult fit = fitOf(one, true);
+            QVERIFY(fit.status != FitStatus::Refused);
+            QVERIFY2(!fit.acceptable, qPrintable(one.name));
+        }
     }
-    for (const Case& one : allCases()) {
-        if (one.name.contains(u"(wrong"))
-            QVERIFY2(!fitOf(one, true).acceptable, qPrintable(one.name));
-    }
-}
 
-void TestSpectrumFitReference::flagsTheDegenerateFit()
-{
-    for (const Case& one : allCases()) {
-        if (!one.name.startsWith(u"p109 "))
-            continue;
-        const FitResult fit = fitOf(one, true);
-        QVERIFY(fit.status != FitStatus::Refused);
-        QVERIFY2(!fit.acceptable, qPrintable(one.name));
+private:
+    // p109 is nearly degenerate, and its minimum has a negative background: it has a separate test.
+    static void addRows()
+    {
+        QTest::addColumn<int>("index");
+        for (std::size_t i = 0; i < allCases().size(); ++i) {
+            if (!allCases()[i].name.startsWith(u"p109 "))
+                QTest::newRow(qPrintable(allCases()[i].name)) << static_cast<int>(i);
+        }
     }
-}
+};
 
 QTEST_APPLESS_MAIN(TestSpectrumFitReference)
 #include "tst_spectrumfit_reference.moc"

@@ -47,157 +47,149 @@ private:
 class TestServerFolders : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void namesOfEveryKind_data();
-    void namesOfEveryKind();
-    void namesBeyondLatin1AreListedOnly();
-    void thousandsOfEntries();
-    void folderThatVanishes();
-    void folderThatMayNotBeRead();
-    void serverThatEnds();
-};
-
-void TestServerFolders::namesOfEveryKind_data()
-{
-    QTest::addColumn<QString>("folder");
-    QTest::newRow("plain") << "run0001";
-    QTest::newRow("blanks") << " two  blanks ";
-    QTest::newRow("double quotes") << "say \"yes\"";
-    QTest::newRow("quote at the end") << "size 5\"";
-    QTest::newRow("single quotes") << "it's";
-    QTest::newRow("umlauts") << "Zählraten für Öl, größer";
-    QTest::newRow("signs of a shell") << "$HOME `ls` ; * ? | & <x> (y) #1 ~";
-    QTest::newRow("place markers") << "%1 %2 %%";
-    QTest::newRow("backslash") << "a\\b";
-}
-
-void TestServerFolders::namesOfEveryKind()
-{
-    QFETCH(QString, folder);
-    Tree tree;
-    tree.folder("/" + folder + "/inside");
-    tree.file("/" + folder + "/" + folder + ".txt");
-    const quint16 port = tree.serve();
-
-    PathChooser path(port, "/");
-    path.dialog->setExt({ "txt" }, true, false);
-    QVERIFY(path.shows({ folder + "/" }));
-    path.doubleClick(folder + "/");
-    QVERIFY(path.shows(sorted({ "inside/", folder + ".txt" })));
-    QCOMPARE(path.dialog->getDir(), "/" + folder);
-    path.list().setCurrentItem(path.item(folder + ".txt"));
-    path.ok().click();
-    QCOMPARE(path.accepted.value(0).value(0).toString(), "/" + folder + "/" + folder + ".txt");
-
-    DirectoryChooser directory(port, "/" + folder + "/inside");
-    QVERIFY(eventually([&] { return directory.ancestors().size() == 3; }));
-    directory.combo().setCurrentIndex(1);
-    QVERIFY(directory.shows({ "inside/" }));
-    directory.ok().click();
-    QCOMPARE(directory.accepted.value(0).value(0).toString(), "/" + folder);
-}
-
-void TestServerFolders::namesBeyondLatin1AreListedOnly()
-{
-    // Requests are sent in Latin-1, so the server receives another name and rejects it, and the chooser returns to its
-    // root.
-    Tree tree;
-    tree.folder("/Teilchen 😀");
-    tree.folder("/測定");
-    tree.folder("/plain");
-    const quint16 port = tree.serve();
-    const QStringList names = sorted({ "Teilchen 😀/", "測定/", "plain/" });
-    PathChooser path(port, "/plain");
-    QVERIFY(path.shows({}));
-    path.combo().setCurrentIndex(0);
-    QVERIFY(path.shows(names));
-    path.doubleClick("Teilchen 😀/");
-    QVERIFY(path.settles());
-    QVERIFY(eventually([&] { return path.dialog->getDir() == "/" && path.list().isEnabled(); }));
-    QVERIFY(path.shows(names));
-    DirectoryChooser directory(port, "/plain");
-    QVERIFY(eventually([&] { return directory.ancestors().size() == 2; }));
-    directory.combo().setCurrentIndex(0);
-    QVERIFY(directory.shows(names));
-    directory.doubleClick("測定/");
-    QVERIFY(directory.settles());
-    QVERIFY(directory.shows(names));
-    QCOMPARE(directory.ancestors(), QStringList("/"));
-}
-
-void TestServerFolders::thousandsOfEntries()
-{
-    Tree tree;
-    tree.folder("/many/last one");
-    QStringList names { "last one/" };
-    for (int i = 0; i < 3000; ++i) {
-        const QString name = QStringLiteral("Lauf \"%1\" µ").arg(i * 7919 % 100003);
-        tree.file("/many/" + name + ".txt");
-        names.append(name + ".txt");
+    void namesOfEveryKind_data()
+    {
+        QTest::addColumn<QString>("folder");
+        QTest::newRow("plain") << "run0001";
+        QTest::newRow("blanks") << " two  blanks ";
+        QTest::newRow("double quotes") << "say \"yes\"";
+        QTest::newRow("quote at the end") << "size 5\"";
+        QTest::newRow("single quotes") << "it's";
+        QTest::newRow("umlauts") << "Zählraten für Öl, größer";
+        QTest::newRow("signs of a shell") << "$HOME `ls` ; * ? | & <x> (y) #1 ~";
+        QTest::newRow("place markers") << "%1 %2 %%";
+        QTest::newRow("backslash") << "a\\b";
     }
-    PathChooser path(tree.serve(), "/many");
-    path.dialog->setExt({ "txt" }, false, false);
-    QVERIFY(eventually([&] { return path.list().count() == names.size(); }));
-    QCOMPARE(path.names(), sorted(names));
-    path.doubleClick("last one/");
-    QVERIFY(path.shows({}));
-    QCOMPARE(path.dialog->getDir(), "/many/last one");
-}
+    void namesOfEveryKind()
+    {
+        QFETCH(QString, folder);
+        Tree tree;
+        tree.folder("/" + folder + "/inside");
+        tree.file("/" + folder + "/" + folder + ".txt");
+        const quint16 port = tree.serve();
 
-void TestServerFolders::folderThatVanishes()
-{
-    Tree tree;
-    tree.folder("/run/old");
-    tree.folder("/run/new");
-    const quint16 port = tree.serve();
-    PathChooser path(port, "/run");
-    DirectoryChooser directory(port, "/run");
-    QVERIFY(path.shows({ "new/", "old/" }));
-    QVERIFY(directory.shows({ "new/", "old/" }));
-    QVERIFY(QDir(tree.real("/run")).rmdir("old"));
-    path.doubleClick("old/");
-    directory.doubleClick("old/");
-    QVERIFY(path.shows({ "run/" })); // the server's own folder
-    QCOMPARE(path.dialog->getDir(), "/");
-    QVERIFY(directory.shows({ "run/" }));
-    QCOMPARE(directory.ancestors(), QStringList("/"));
-    // And further from there.
-    path.doubleClick("run/");
-    QVERIFY(path.shows({ "new/" }));
-}
+        PathChooser path(port, "/");
+        path.dialog->setExt({ "txt" }, true, false);
+        QVERIFY(path.shows({ folder + "/" }));
+        path.doubleClick(folder + "/");
+        QVERIFY(path.shows(sorted({ "inside/", folder + ".txt" })));
+        QCOMPARE(path.dialog->getDir(), "/" + folder);
+        path.list().setCurrentItem(path.item(folder + ".txt"));
+        path.ok().click();
+        QCOMPARE(path.accepted.value(0).value(0).toString(), "/" + folder + "/" + folder + ".txt");
 
-void TestServerFolders::folderThatMayNotBeRead()
-{
-    Tree tree;
-    tree.folder("/open/locked/inside");
-    const QString locked = tree.real("/open/locked");
-    QVERIFY(QFile::setPermissions(locked, {}));
-    const quint16 port = tree.serve();
-    PathChooser path(port, "/open");
-    DirectoryChooser directory(port, "/open");
-    QVERIFY(path.shows({ "locked/" }));
-    QVERIFY(directory.shows({ "locked/" }));
-    path.doubleClick("locked/");
-    directory.doubleClick("locked/");
-    QVERIFY(path.shows({ "open/" }));
-    QVERIFY(directory.shows({ "open/" }));
-    QVERIFY(QFile::setPermissions(locked, QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner));
-    path.dialog->setDir("/open/locked");
-    QVERIFY(path.shows({ "inside/" }));
-}
+        DirectoryChooser directory(port, "/" + folder + "/inside");
+        QVERIFY(eventually([&] { return directory.ancestors().size() == 3; }));
+        directory.combo().setCurrentIndex(1);
+        QVERIFY(directory.shows({ "inside/" }));
+        directory.ok().click();
+        QCOMPARE(directory.accepted.value(0).value(0).toString(), "/" + folder);
+    }
 
-void TestServerFolders::serverThatEnds()
-{
-    auto tree = std::make_unique<Tree>();
-    tree->folder("/run");
-    PathChooser path(tree->serve(), "/");
-    QVERIFY(path.shows({ "run/" }));
-    tree.reset();
-    path.doubleClick("run/");
-    // The server no longer answers: nothing is shown, and the dialog closes normally.
-    QVERIFY(!path.list().isEnabled());
-    path.dialog->close();
-    QVERIFY(!path.dialog->isVisible());
-}
+    void namesBeyondLatin1AreListedOnly()
+    {
+        // Requests are sent in Latin-1, so the server receives another name and rejects it, and the chooser returns to
+        // its root.
+        Tree tree;
+        tree.folder("/Teilchen 😀");
+        tree.folder("/測定");
+        tree.folder("/plain");
+        const quint16 port = tree.serve();
+        const QStringList names = sorted({ "Teilchen 😀/", "測定/", "plain/" });
+        PathChooser path(port, "/plain");
+        QVERIFY(path.shows({}));
+        path.combo().setCurrentIndex(0);
+        QVERIFY(path.shows(names));
+        path.doubleClick("Teilchen 😀/");
+        QVERIFY(path.settles());
+        QVERIFY(eventually([&] { return path.dialog->getDir() == "/" && path.list().isEnabled(); }));
+        QVERIFY(path.shows(names));
+        DirectoryChooser directory(port, "/plain");
+        QVERIFY(eventually([&] { return directory.ancestors().size() == 2; }));
+        directory.combo().setCurrentIndex(0);
+        QVERIFY(directory.shows(names));
+        directory.doubleClick("測定/");
+        QVERIFY(directory.settles());
+        QVERIFY(directory.shows(names));
+        QCOMPARE(directory.ancestors(), QStringList("/"));
+    }
+
+    void thousandsOfEntries()
+    {
+        Tree tree;
+        tree.folder("/many/last one");
+        QStringList names { "last one/" };
+        for (int i = 0; i < 3000; ++i) {
+            const QString name = QStringLiteral("Lauf \"%1\" µ").arg(i * 7919 % 100003);
+            tree.file("/many/" + name + ".txt");
+            names.append(name + ".txt");
+        }
+        PathChooser path(tree.serve(), "/many");
+        path.dialog->setExt({ "txt" }, false, false);
+        QVERIFY(eventually([&] { return path.list().count() == names.size(); }));
+        QCOMPARE(path.names(), sorted(names));
+        path.doubleClick("last one/");
+        QVERIFY(path.shows({}));
+        QCOMPARE(path.dialog->getDir(), "/many/last one");
+    }
+
+    void folderThatVanishes()
+    {
+        Tree tree;
+        tree.folder("/run/old");
+        tree.folder("/run/new");
+        const quint16 port = tree.serve();
+        PathChooser path(port, "/run");
+        DirectoryChooser directory(port, "/run");
+        QVERIFY(path.shows({ "new/", "old/" }));
+        QVERIFY(directory.shows({ "new/", "old/" }));
+        QVERIFY(QDir(tree.real("/run")).rmdir("old"));
+        path.doubleClick("old/");
+        directory.doubleClick("old/");
+        QVERIFY(path.shows({ "run/" })); // the server's own folder
+        QCOMPARE(path.dialog->getDir(), "/");
+        QVERIFY(directory.shows({ "run/" }));
+        QCOMPARE(directory.ancestors(), QStringList("/"));
+        // And further from there.
+        path.doubleClick("run/");
+        QVERIFY(path.shows({ "new/" }));
+    }
+
+    void folderThatMayNotBeRead()
+    {
+        Tree tree;
+        tree.folder("/open/locked/inside");
+        const QString locked = tree.real("/open/locked");
+        QVERIFY(QFile::setPermissions(locked, {}));
+        const quint16 port = tree.serve();
+        PathChooser path(port, "/open");
+        DirectoryChooser directory(port, "/open");
+        QVERIFY(path.shows({ "locked/" }));
+        QVERIFY(directory.shows({ "locked/" }));
+        path.doubleClick("locked/");
+        directory.doubleClick("locked/");
+        QVERIFY(path.shows({ "open/" }));
+        QVERIFY(directory.shows({ "open/" }));
+        QVERIFY(
+            QFile::setPermissions(locked, QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner));
+        path.dialog->setDir("/open/locked");
+        QVERIFY(path.shows({ "inside/" }));
+    }
+
+    void serverThatEnds()
+    {
+        auto tree = std::make_unique<Tree>();
+        tree->folder("/run");
+        PathChooser path(tree->serve(), "/");
+        QVERIFY(path.shows({ "run/" }));
+        tree.reset();
+        path.doubleClick("run/");
+        // The server no longer answers: nothing is shown, and the dialog closes normally.
+        QVERIFY(!path.list().isEnabled());
+        path.dialog->close();
+        QVERIFY(!path.dialog->isVisible());
+    }
+};
 
 QTEST_MAIN(TestServerFolders)
 #include "tst_serverfolders.moc"

@@ -47,118 +47,109 @@ class TestModalBox : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void showsTitleTextAndIcon();
-    void givesTheButton();
-    void asksForAFile();
-    void asksForAText();
-    void isDestroyedWithItsParent_data();
-    void isDestroyedWithItsParent();
-    void leavesNothingBehind();
+    void showsTitleTextAndIcon()
+    {
+        QString seen;
+        ModalWatchdog watchdog({ [&](QWidget& window) {
+            auto& box = dynamic_cast<QMessageBox&>(window);
+            seen = box.windowTitle() + '|' + box.text() + '|' + QString::number(box.icon());
+            box.button(QMessageBox::Ok)->click();
+        } });
+        QCOMPARE(tarnis::showBox(QMessageBox::Warning, nullptr, "title", "text"), QMessageBox::Ok);
+        QVERIFY(watchdog.isContent());
+        QCOMPARE(seen, QString("title|text|%1").arg(QMessageBox::Warning));
+    }
+
+    void givesTheButton()
+    {
+        ModalWatchdog watchdog(
+            { press(QMessageBox::No), [](QWidget& window) { QTest::keyClick(&window, Qt::Key_Escape); } });
+        const auto ask = [] {
+            return tarnis::showBox(
+                QMessageBox::Question, nullptr, "title", "text", QMessageBox::Yes | QMessageBox::No, QMessageBox::Yes);
+        };
+        QCOMPARE(ask(), QMessageBox::No);
+        QCOMPARE(ask(), QMessageBox::No); // the button of the Escape key
+        QVERIFY(watchdog.isContent());
+    }
+
+    void asksForAFile()
+    {
+        const QTemporaryDir folder;
+        const QString path = folder.filePath("a.csv");
+        QString seen;
+        ModalWatchdog watchdog({ [&](QWidget& window) {
+                                    auto& dialog = dynamic_cast<QFileDialog&>(window);
+                                    seen = dialog.windowTitle() + '|' + dialog.directory().path() + '|'
+                                        + dialog.nameFilters().join('|');
+                                    acceptFile(path)(window);
+                                },
+            reject() });
+        QCOMPARE(tarnis::askSaveFileName(nullptr, "Save", folder.path(), "CSV Files (*.csv *.txt)"), path);
+        QCOMPARE(seen, "Save|" + folder.path() + "|CSV Files (*.csv *.txt)");
+        QCOMPARE(tarnis::askSaveFileName(nullptr, "Save", folder.path(), "CSV Files (*.csv *.txt)"), QString());
+        QVERIFY(watchdog.isContent());
+    }
+
+    void asksForAText()
+    {
+        QString seen;
+        ModalWatchdog watchdog({ [&](QWidget& window) {
+                                    auto& dialog = dynamic_cast<QInputDialog&>(window);
+                                    seen = dialog.windowTitle() + '|' + dialog.labelText() + '|' + dialog.textValue();
+                                    dialog.setTextValue("new");
+                                    dialog.accept();
+                                },
+            reject() });
+        QCOMPARE(tarnis::askText(nullptr, "Edit", "Min Y", "old"), std::optional<QString>("new"));
+        QCOMPARE(seen, QString("Edit|Min Y|old"));
+        QCOMPARE(tarnis::askText(nullptr, "Edit", "Min Y", "old"), std::optional<QString>());
+        QVERIFY(watchdog.isContent());
+    }
+
+    void isDestroyedWithItsParent_data()
+    {
+        QTest::addColumn<bool>("closed");
+        QTest::newRow("deleted") << false;
+        QTest::newRow("closed") << true;
+    }
+    void isDestroyedWithItsParent()
+    {
+        QFETCH(bool, closed);
+        const auto end = [closed](QWidget* window) { return closed ? closeParent(window) : deleteParent(window); };
+
+        QPointer<QWidget> window = newWindow();
+        {
+            ModalWatchdog watchdog({ end(window) });
+            QCOMPARE(tarnis::showBox(QMessageBox::Warning, window, "title", "text"), QMessageBox::NoButton);
+            QVERIFY(watchdog.isContent() && window.isNull());
+        }
+        window = newWindow();
+        {
+            ModalWatchdog watchdog({ end(window) });
+            QCOMPARE(tarnis::askSaveFileName(window, "Save", QString(), QString()), QString());
+            QVERIFY(watchdog.isContent() && window.isNull());
+        }
+        window = newWindow();
+        {
+            ModalWatchdog watchdog({ end(window) });
+            QCOMPARE(tarnis::askText(window, "Edit", "Min Y", "1"), std::optional<QString>());
+            QVERIFY(watchdog.isContent() && window.isNull());
+        }
+    }
+
+    void leavesNothingBehind()
+    {
+        QWidget window;
+        window.show();
+        ModalWatchdog watchdog({ press(QMessageBox::Ok), reject(), reject() });
+        tarnis::showBox(QMessageBox::Warning, &window, "title", "text");
+        tarnis::askSaveFileName(&window, "Save", QString(), QString());
+        tarnis::askText(&window, "Edit", "Min Y", "1");
+        QVERIFY(watchdog.isContent());
+        QVERIFY(window.findChildren<QDialog*>().isEmpty());
+    }
 };
-
-void TestModalBox::showsTitleTextAndIcon()
-{
-    QString seen;
-    ModalWatchdog watchdog({ [&](QWidget& window) {
-        auto& box = dynamic_cast<QMessageBox&>(window);
-        seen = box.windowTitle() + '|' + box.text() + '|' + QString::number(box.icon());
-        box.button(QMessageBox::Ok)->click();
-    } });
-    QCOMPARE(tarnis::showBox(QMessageBox::Warning, nullptr, "title", "text"), QMessageBox::Ok);
-    QVERIFY(watchdog.isContent());
-    QCOMPARE(seen, QString("title|text|%1").arg(QMessageBox::Warning));
-}
-
-void TestModalBox::givesTheButton()
-{
-    ModalWatchdog watchdog(
-        { press(QMessageBox::No), [](QWidget& window) { QTest::keyClick(&window, Qt::Key_Escape); } });
-    const auto ask = [] {
-        return tarnis::showBox(
-            QMessageBox::Question, nullptr, "title", "text", QMessageBox::Yes | QMessageBox::No, QMessageBox::Yes);
-    };
-    QCOMPARE(ask(), QMessageBox::No);
-    QCOMPARE(ask(), QMessageBox::No); // the button of the Escape key
-    QVERIFY(watchdog.isContent());
-}
-
-void TestModalBox::asksForAFile()
-{
-    const QTemporaryDir folder;
-    const QString path = folder.filePath("a.csv");
-    QString seen;
-    ModalWatchdog watchdog({ [&](QWidget& window) {
-                                auto& dialog = dynamic_cast<QFileDialog&>(window);
-                                seen = dialog.windowTitle() + '|' + dialog.directory().path() + '|'
-                                    + dialog.nameFilters().join('|');
-                                acceptFile(path)(window);
-                            },
-        reject() });
-    QCOMPARE(tarnis::askSaveFileName(nullptr, "Save", folder.path(), "CSV Files (*.csv *.txt)"), path);
-    QCOMPARE(seen, "Save|" + folder.path() + "|CSV Files (*.csv *.txt)");
-    QCOMPARE(tarnis::askSaveFileName(nullptr, "Save", folder.path(), "CSV Files (*.csv *.txt)"), QString());
-    QVERIFY(watchdog.isContent());
-}
-
-void TestModalBox::asksForAText()
-{
-    QString seen;
-    ModalWatchdog watchdog({ [&](QWidget& window) {
-                                auto& dialog = dynamic_cast<QInputDialog&>(window);
-                                seen = dialog.windowTitle() + '|' + dialog.labelText() + '|' + dialog.textValue();
-                                dialog.setTextValue("new");
-                                dialog.accept();
-                            },
-        reject() });
-    QCOMPARE(tarnis::askText(nullptr, "Edit", "Min Y", "old"), std::optional<QString>("new"));
-    QCOMPARE(seen, QString("Edit|Min Y|old"));
-    QCOMPARE(tarnis::askText(nullptr, "Edit", "Min Y", "old"), std::optional<QString>());
-    QVERIFY(watchdog.isContent());
-}
-
-void TestModalBox::isDestroyedWithItsParent_data()
-{
-    QTest::addColumn<bool>("closed");
-    QTest::newRow("deleted") << false;
-    QTest::newRow("closed") << true;
-}
-
-void TestModalBox::isDestroyedWithItsParent()
-{
-    QFETCH(bool, closed);
-    const auto end = [closed](QWidget* window) { return closed ? closeParent(window) : deleteParent(window); };
-
-    QPointer<QWidget> window = newWindow();
-    {
-        ModalWatchdog watchdog({ end(window) });
-        QCOMPARE(tarnis::showBox(QMessageBox::Warning, window, "title", "text"), QMessageBox::NoButton);
-        QVERIFY(watchdog.isContent() && window.isNull());
-    }
-    window = newWindow();
-    {
-        ModalWatchdog watchdog({ end(window) });
-        QCOMPARE(tarnis::askSaveFileName(window, "Save", QString(), QString()), QString());
-        QVERIFY(watchdog.isContent() && window.isNull());
-    }
-    window = newWindow();
-    {
-        ModalWatchdog watchdog({ end(window) });
-        QCOMPARE(tarnis::askText(window, "Edit", "Min Y", "1"), std::optional<QString>());
-        QVERIFY(watchdog.isContent() && window.isNull());
-    }
-}
-
-void TestModalBox::leavesNothingBehind()
-{
-    QWidget window;
-    window.show();
-    ModalWatchdog watchdog({ press(QMessageBox::Ok), reject(), reject() });
-    tarnis::showBox(QMessageBox::Warning, &window, "title", "text");
-    tarnis::askSaveFileName(&window, "Save", QString(), QString());
-    tarnis::askText(&window, "Edit", "Min Y", "1");
-    QVERIFY(watchdog.isContent());
-    QVERIFY(window.findChildren<QDialog*>().isEmpty());
-}
 
 QTEST_MAIN(TestModalBox)
 #include "tst_modalbox.moc"

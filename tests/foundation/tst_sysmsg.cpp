@@ -22,111 +22,96 @@ class TestSysMsg : public QObject {
     }
 
 private Q_SLOTS:
-    void hasOneSignalAndNoSlot();
-    void theGlobalInstanceHasNoParent();
-    void streamsTextsAndNumbers();
-    void postsAFormattedText();
-    void cutsAt2045Bytes_data();
-    void cutsAt2045Bytes();
-    void cutInsideACharacterIsNoDisaster();
-    void swallowsAFormatThatFails();
-    void aSlotMayPostAgain();
-    void threadsPostAtTheSameTime();
-};
-
-void TestSysMsg::hasOneSignalAndNoSlot()
-{
-    QCOMPARE(tarnis::testing::ownMethods(SysMsg::staticMetaObject),
-        QStringList { QStringLiteral("signal onSysMsg(QString)") });
-}
-
-void TestSysMsg::theGlobalInstanceHasNoParent()
-{
-    QCOMPARE(_g_sysMsg.parent(), nullptr);
-}
-
-void TestSysMsg::streamsTextsAndNumbers()
-{
-    QCOMPARE(emitted([] { _g_sysMsg << 42; }), QStringList { "42" });
-    QCOMPARE(
-        emitted([] { _g_sysMsg << QStringLiteral("100%") << -7 << QString(); }), (QStringList { "100%", "-7", "" }));
-}
-
-void TestSysMsg::postsAFormattedText()
-{
-    int result = 0;
-    QCOMPARE(emitted([&] { result = _g_sysMsg.postLog("port %d of %s", 5000, "Größe"); }),
-        QStringList { QStringLiteral("port 5000 of Größe") });
-    QCOMPARE(result, 20);
-}
-
-void TestSysMsg::cutsAt2045Bytes_data()
-{
-    QTest::addColumn<int>("length");
-    for (const int length : { 0, 2044, 2045, 2046, 5000 })
-        QTest::addRow("%d bytes", length) << length;
-}
-
-void TestSysMsg::cutsAt2045Bytes()
-{
-    QFETCH(int, length);
-    const QByteArray text(length, 'x');
-    int result = -1;
-    QCOMPARE(emitted([&] { result = _g_sysMsg.postLog("%s", text.constData()); }),
-        QStringList { QString::fromLatin1(text.left(2045)) });
-    QCOMPARE(result, length);
-}
-
-void TestSysMsg::cutInsideACharacterIsNoDisaster()
-{
-    const QByteArray text = QByteArray(2044, 'x') + "ß";
-    const QStringList texts = emitted([&] { _g_sysMsg.postLog("%s", text.constData()); });
-    QCOMPARE(texts.value(0).size(), 2045);
-    QCOMPARE(texts.value(0).back(), QChar(QChar::ReplacementCharacter));
-}
-
-void TestSysMsg::swallowsAFormatThatFails()
-{
-    // A wide character that the locale cannot write makes the formatter fail.
-    const wchar_t unwritable[] = { static_cast<wchar_t>(-1), L'\0' };
-    int result = 0;
-    QCOMPARE(emitted([&] { result = _g_sysMsg.postLog("%ls", unwritable); }), QStringList());
-    QVERIFY(result < 0);
-    QCOMPARE(emitted([] { _g_sysMsg.postLog("next"); }), QStringList { "next" });
-}
-
-void TestSysMsg::aSlotMayPostAgain()
-{
-    const QObject receiver;
-    connect(&_g_sysMsg, &SysMsg::onSysMsg, &receiver, [](const QString& text) {
-        if (text == QLatin1String("first"))
-            _g_sysMsg.postLog("second");
-    });
-    QStringList texts = emitted([] { _g_sysMsg.postLog("first"); });
-    texts.sort();
-    QCOMPARE(texts, (QStringList { "first", "second" }));
-}
-
-void TestSysMsg::threadsPostAtTheSameTime()
-{
-    constexpr int threadCount = 4;
-    constexpr int postCount = 200;
-    QStringList texts;
-    const QObject receiver;
-    connect(&_g_sysMsg, &SysMsg::onSysMsg, &receiver, [&](const QString& text) { texts.append(text); });
+    void hasOneSignalAndNoSlot()
     {
-        std::vector<std::jthread> threads;
-        for (int t = 0; t < threadCount; ++t) {
-            threads.emplace_back([t] {
-                for (int i = 0; i < postCount; ++i)
-                    _g_sysMsg.postLog("%d", t);
-            });
-        }
+        QCOMPARE(tarnis::testing::ownMethods(SysMsg::staticMetaObject),
+            QStringList { QStringLiteral("signal onSysMsg(QString)") });
     }
-    TRY_COMPARE(texts.size(), threadCount * postCount);
-    for (int t = 0; t < threadCount; ++t)
-        QCOMPARE(texts.count(QString::number(t)), postCount);
-}
+
+    void theGlobalInstanceHasNoParent() { QCOMPARE(_g_sysMsg.parent(), nullptr); }
+
+    void streamsTextsAndNumbers()
+    {
+        QCOMPARE(emitted([] { _g_sysMsg << 42; }), QStringList { "42" });
+        QCOMPARE(emitted([] { _g_sysMsg << QStringLiteral("100%") << -7 << QString(); }),
+            (QStringList { "100%", "-7", "" }));
+    }
+
+    void postsAFormattedText()
+    {
+        int result = 0;
+        QCOMPARE(emitted([&] { result = _g_sysMsg.postLog("port %d of %s", 5000, "Größe"); }),
+            QStringList { QStringLiteral("port 5000 of Größe") });
+        QCOMPARE(result, 20);
+    }
+
+    void cutsAt2045Bytes_data()
+    {
+        QTest::addColumn<int>("length");
+        for (const int length : { 0, 2044, 2045, 2046, 5000 })
+            QTest::addRow("%d bytes", length) << length;
+    }
+    void cutsAt2045Bytes()
+    {
+        QFETCH(int, length);
+        const QByteArray text(length, 'x');
+        int result = -1;
+        QCOMPARE(emitted([&] { result = _g_sysMsg.postLog("%s", text.constData()); }),
+            QStringList { QString::fromLatin1(text.left(2045)) });
+        QCOMPARE(result, length);
+    }
+
+    void cutInsideACharacterIsNoDisaster()
+    {
+        const QByteArray text = QByteArray(2044, 'x') + "ß";
+        const QStringList texts = emitted([&] { _g_sysMsg.postLog("%s", text.constData()); });
+        QCOMPARE(texts.value(0).size(), 2045);
+        QCOMPARE(texts.value(0).back(), QChar(QChar::ReplacementCharacter));
+    }
+
+    void swallowsAFormatThatFails()
+    {
+        // A wide character that the locale cannot write makes the formatter fail.
+        const wchar_t unwritable[] = { static_cast<wchar_t>(-1), L'\0' };
+        int result = 0;
+        QCOMPARE(emitted([&] { result = _g_sysMsg.postLog("%ls", unwritable); }), QStringList());
+        QVERIFY(result < 0);
+        QCOMPARE(emitted([] { _g_sysMsg.postLog("next"); }), QStringList { "next" });
+    }
+
+    void aSlotMayPostAgain()
+    {
+        const QObject receiver;
+        connect(&_g_sysMsg, &SysMsg::onSysMsg, &receiver, [](const QString& text) {
+            if (text == QLatin1String("first"))
+                _g_sysMsg.postLog("second");
+        });
+        QStringList texts = emitted([] { _g_sysMsg.postLog("first"); });
+        texts.sort();
+        QCOMPARE(texts, (QStringList { "first", "second" }));
+    }
+
+    void threadsPostAtTheSameTime()
+    {
+        constexpr int threadCount = 4;
+        constexpr int postCount = 200;
+        QStringList texts;
+        const QObject receiver;
+        connect(&_g_sysMsg, &SysMsg::onSysMsg, &receiver, [&](const QString& text) { texts.append(text); });
+        {
+            std::vector<std::jthread> threads;
+            for (int t = 0; t < threadCount; ++t) {
+                threads.emplace_back([t] {
+                    for (int i = 0; i < postCount; ++i)
+                        _g_sysMsg.postLog("%d", t);
+                });
+            }
+        }
+        TRY_COMPARE(texts.size(), threadCount * postCount);
+        for (int t = 0; t < threadCount; ++t)
+            QCOMPARE(texts.count(QString::number(t)), postCount);
+    }
+};
 
 QTEST_GUILESS_MAIN(TestSysMsg)
 #include "tst_sysmsg.moc"

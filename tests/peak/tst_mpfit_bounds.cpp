@@ -229,245 +229,228 @@ class TestMpfitBounds : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void cutsTheStepAtABound();
-    void cutsAllComponentsAlike();
-    void holdsAParameterOnItsBound();
-    void letsGoOfABound();
-    void zeroesAComponentThatLeadsOutwards();
-    void heldColumnCountsAsZero();
-    void snapsToABoundNearby_data();
-    void snapsToABoundNearby();
-    void reachesABoundFromFarAway();
-    void predictsTheShortenedStep();
-    void countsWhatEndedOnABound();
-    void neverLeavesTheBox();
-    void findsTheMinimumInTheBox_data();
-    void findsTheMinimumInTheBox();
-};
+    void cutsTheStepAtABound()
+    {
+        FitCase fit = towards({ 1.0 }, { 9.0 });
+        fit.boundAbove(0, 3.0).run();
+        QCOMPARE(firstStep(fit), (std::vector { 3.0 }));
+        QCOMPARE(fit.x[0], 3.0);
+        QCOMPARE(fit.result.npegged, 1);
+        QVERIFY(fit.status > 0);
 
-void TestMpfitBounds::cutsTheStepAtABound()
-{
-    FitCase fit = towards({ 1.0 }, { 9.0 });
-    fit.boundAbove(0, 3.0).run();
-    QCOMPARE(firstStep(fit), (std::vector { 3.0 }));
-    QCOMPARE(fit.x[0], 3.0);
-    QCOMPARE(fit.result.npegged, 1);
-    QVERIFY(fit.status > 0);
-
-    FitCase down = towards({ 1.0 }, { -9.0 });
-    down.boundBelow(0, -3.0).run();
-    QCOMPARE(firstStep(down), (std::vector { -3.0 }));
-    QCOMPARE(down.x[0], -3.0);
-}
-
-void TestMpfitBounds::cutsAllComponentsAlike()
-{
-    // A quarter of the way to 9 is allowed; the other parameter also moves a quarter of its way.
-    FitCase fit = towards({ 1.0, 1.0 }, { 9.0, 5.0 });
-    fit.boundAbove(0, 3.0).run();
-    QCOMPARE(firstStep(fit), (std::vector { 3.0, 2.0 }));
-    QCOMPARE(fit.x[0], 3.0);
-    QVERIFY(std::fabs(fit.x[1] - 5.0) < 1e-9);
-}
-
-void TestMpfitBounds::holdsAParameterOnItsBound()
-{
-    FitCase fit = towards({ 3.0, 1.0 }, { 9.0, 5.0 });
-    fit.boundAbove(0, 3.0).run();
-    QCOMPARE(firstStep(fit), (std::vector { 3.0, 5.0 }));
-    QCOMPARE(fit.x, (std::vector { 3.0, 5.0 }));
-    for (const FitCase::Call& call : fit.calls)
-        QCOMPARE(call.x[0], 3.0);
-}
-
-void TestMpfitBounds::letsGoOfABound()
-{
-    FitCase fit = towards({ 3.0, 1.0 }, { 2.0, 5.0 });
-    fit.boundAbove(0, 3.0).boundBelow(1, 1.0).run();
-    QCOMPARE(firstStep(fit), (std::vector { 2.0, 5.0 }));
-    QCOMPARE(fit.result.npegged, 0);
-}
-
-void TestMpfitBounds::zeroesAComponentThatLeadsOutwards()
-{
-    // The gradient leads x0 inwards, the Gauss-Newton step outwards: the columns nearly agree.
-    FitCase fit(2, { 0.0, 0.0 }, [](std::span<const double> x, std::span<double> r, double** dvec) {
-        const double j[2][2] = { { 1.0, 1.1 }, { 1.0, 1.0 } };
-        const double y[2] = { 2.0, 1.0 };
-        for (std::size_t i = 0; i < 2; ++i) {
-            r[i] = j[i][0] * x[0] + j[i][1] * x[1] - y[i];
-            for (std::size_t k = 0; dvec && k < 2; ++k)
-                dvec[k][i] = j[i][k];
-        }
-        return 0;
-    });
-    fit.side(0, 3).side(1, 3).boundBelow(0, 0.0).run();
-    // Unbounded: x1 = 10, x0 = -9. The first trial keeps x0 where it is.
-    QCOMPARE(firstStep(fit)[0], 0.0);
-    QVERIFY(firstStep(fit)[1] > 0.0);
-    QCOMPARE(fit.x[0], 0.0);
-    QVERIFY(std::fabs(fit.x[1] - 3.2 / 2.21) < 1e-6);
-}
-
-void TestMpfitBounds::heldColumnCountsAsZero()
-{
-    FitCase fit = towards({ 3.0, 1.0 }, { 9.0, 5.0 });
-    fit.boundAbove(0, 3.0).run();
-    QCOMPARE(fit.covar, (std::vector { 0.0, 0.0, 0.0, 1.0 }));
-    QCOMPARE(fit.xerror, (std::vector { 0.0, 1.0 }));
-
-    // All on their bounds, all columns held: nothing remains to be done.
-    FitCase cornered = towards({ 3.0, 1.0 }, { 9.0, 5.0 });
-    cornered.boundAbove(0, 3.0).boundAbove(1, 1.0).run();
-    QCOMPARE(cornered.status, 4);
-    QCOMPARE(cornered.result.npegged, 2);
-}
-
-void TestMpfitBounds::snapsToABoundNearby_data()
-{
-    QTest::addColumn<double>("bound");
-    QTest::addColumn<bool>("upper");
-    QTest::addColumn<double>("target"); // target of the step
-    QTest::addColumn<bool>("snaps");
-    const double up = 2.220446049250313e-16;
-    QTest::newRow("upper, positive: one bit below") << 2.0 << true << 2.0 * (1 - up) << true;
-    QTest::newRow("upper, positive: four bits below") << 2.0 << true << 2.0 * (1 - 4 * up) << false;
-    QTest::newRow("upper, negative: one bit below") << -2.0 << true << -2.0 * (1 + up) << true;
-    QTest::newRow("upper, negative: four bits below") << -2.0 << true << -2.0 * (1 + 4 * up) << false;
-    QTest::newRow("upper, zero: just below") << 0.0 << true << -2e-16 << true;
-    QTest::newRow("upper, zero: farther below") << 0.0 << true << -3e-16 << false;
-    QTest::newRow("lower, positive: one bit above") << 2.0 << false << 2.0 * (1 + up) << true;
-    QTest::newRow("lower, positive: four bits above") << 2.0 << false << 2.0 * (1 + 4 * up) << false;
-    QTest::newRow("lower, negative: one bit above") << -2.0 << false << -2.0 * (1 - up) << true;
-    QTest::newRow("lower, negative: four bits above") << -2.0 << false << -2.0 * (1 - 4 * up) << false;
-    QTest::newRow("lower, zero: just above") << 0.0 << false << 2e-16 << true;
-    QTest::newRow("lower, zero: farther above") << 0.0 << false << 3e-16 << false;
-}
-
-void TestMpfitBounds::snapsToABoundNearby()
-{
-    QFETCH(double, bound);
-    QFETCH(bool, upper);
-    QFETCH(double, target);
-    QFETCH(bool, snaps);
-    // Near enough to the target that the step is exact.
-    const double start = target + (upper ? -1.0 : 1.0) * (bound == 0.0 ? 1e-15 : 0x1p-40);
-    FitCase fit = towards({ start }, { target });
-    (upper ? fit.boundAbove(0, bound) : fit.boundBelow(0, bound)).configure([](mp_config& c) {
-        c.ftol = c.xtol = c.gtol = 1e-300;
-    });
-    fit.run();
-    QVERIFY(fit.calls.size() > 2);
-    QCOMPARE(firstStep(fit)[0] == bound, snaps);
-    QVERIFY(isInside(fit.pars[0], fit.x[0], 0.0));
-}
-
-void TestMpfitBounds::reachesABoundFromFarAway()
-{
-    // Each of these ends a few bits beside the bound in plain arithmetic, since the start is much larger.
-    std::mt19937_64 random = seededGenerator(41);
-    std::uniform_real_distribution<double> uniform(-1.0, 1.0);
-    for (int i = 0; i < 2000; ++i) {
-        const double bound = 0.01 * uniform(random);
-        const double start = bound + 3.0 + uniform(random);
-        FitCase fit = towards({ start, 0.0 }, { bound - 1.0 - std::fabs(uniform(random)), 1.0 });
-        fit.boundBelow(0, bound).run();
-        QCOMPARE(firstStep(fit)[0], bound);
-        QVERIFY(firstStep(fit)[0] == bound);
-        QVERIFY(std::fabs(fit.x[1] - 1.0) < 1e-9);
+        FitCase down = towards({ 1.0 }, { -9.0 });
+        down.boundBelow(0, -3.0).run();
+        QCOMPARE(firstStep(down), (std::vector { -3.0 }));
+        QCOMPARE(down.x[0], -3.0);
     }
-}
 
-void TestMpfitBounds::predictsTheShortenedStep()
-{
-    // Three quarters of the way are allowed. In units of fnorm = 8 the cut step has a norm of 3/4, and the prediction
-    // takes alpha once more: (9/16)^2. The true reduction is 1 - (1/4)^2, three times as much: with ftol above both it
-    // is the ratio that keeps the fit from ending. Without the second alpha the ratio would be 1.7.
-    FitCase fit = towards({ 1.0 }, { 9.0 });
-    fit.boundAbove(0, 7.0).configure([](mp_config& c) {
-        c.ftol = 1.0;
-        c.xtol = 1e-300;
-    });
-    QCOMPARE(fit.run(), 4);
-    QCOMPARE(fit.result.niter, 2);
-    // Seven eighths: prediction (49/64)^2, ratio 1.7, and the fit ends.
-    FitCase nearly = towards({ 1.0 }, { 9.0 });
-    nearly.boundAbove(0, 8.0).configure([](mp_config& c) {
-        c.ftol = 1.0;
-        c.xtol = 1e-300;
-    });
-    QCOMPARE(nearly.run(), 1);
-}
+    void cutsAllComponentsAlike()
+    {
+        // A quarter of the way to 9 is allowed; the other parameter also moves a quarter of its way.
+        FitCase fit = towards({ 1.0, 1.0 }, { 9.0, 5.0 });
+        fit.boundAbove(0, 3.0).run();
+        QCOMPARE(firstStep(fit), (std::vector { 3.0, 2.0 }));
+        QCOMPARE(fit.x[0], 3.0);
+        QVERIFY(std::fabs(fit.x[1] - 5.0) < 1e-9);
+    }
 
-void TestMpfitBounds::countsWhatEndedOnABound()
-{
-    FitCase fit = towards({ 1.0, 1.0, 1.0, 1.0 }, { 9.0, -9.0, 2.0, 1.0 });
-    fit.bound(0, 0.0, 3.0).bound(1, 0.0, 3.0).bound(2, 0.0, 3.0).bound(3, 1.0, 1.0).hold(3);
-    QVERIFY(fit.run() > 0);
-    QCOMPARE(fit.result.npegged, 3);
-    QCOMPARE(fit.result.nfree, 3);
-    QCOMPARE(fit.x[0], 3.0);
-    QCOMPARE(fit.x[1], 0.0);
-}
+    void holdsAParameterOnItsBound()
+    {
+        FitCase fit = towards({ 3.0, 1.0 }, { 9.0, 5.0 });
+        fit.boundAbove(0, 3.0).run();
+        QCOMPARE(firstStep(fit), (std::vector { 3.0, 5.0 }));
+        QCOMPARE(fit.x, (std::vector { 3.0, 5.0 }));
+        for (const FitCase::Call& call : fit.calls)
+            QCOMPARE(call.x[0], 3.0);
+    }
 
-void TestMpfitBounds::neverLeavesTheBox()
-{
-    // Differences may leave it below, never above with the automatic side; steps may not at all.
-    std::mt19937_64 random = seededGenerator(42);
-    for (int i = 0; i < 2000; ++i) {
-        const LinearProblem p = randomProblem(random, Ordinary);
-        FitCase fit = fitOf(p);
-        for (mp_par& par : fit.pars)
-            par.side = 3;
+    void letsGoOfABound()
+    {
+        FitCase fit = towards({ 3.0, 1.0 }, { 2.0, 5.0 });
+        fit.boundAbove(0, 3.0).boundBelow(1, 1.0).run();
+        QCOMPARE(firstStep(fit), (std::vector { 2.0, 5.0 }));
+        QCOMPARE(fit.result.npegged, 0);
+    }
+
+    void zeroesAComponentThatLeadsOutwards()
+    {
+        // The gradient leads x0 inwards, the Gauss-Newton step outwards: the columns nearly agree.
+        FitCase fit(2, { 0.0, 0.0 }, [](std::span<const double> x, std::span<double> r, double** dvec) {
+            const double j[2][2] = { { 1.0, 1.1 }, { 1.0, 1.0 } };
+            const double y[2] = { 2.0, 1.0 };
+            for (std::size_t i = 0; i < 2; ++i) {
+                r[i] = j[i][0] * x[0] + j[i][1] * x[1] - y[i];
+                for (std::size_t k = 0; dvec && k < 2; ++k)
+                    dvec[k][i] = j[i][k];
+            }
+            return 0;
+        });
+        fit.side(0, 3).side(1, 3).boundBelow(0, 0.0).run();
+        // Unbounded: x1 = 10, x0 = -9. The first trial keeps x0 where it is.
+        QCOMPARE(firstStep(fit)[0], 0.0);
+        QVERIFY(firstStep(fit)[1] > 0.0);
+        QCOMPARE(fit.x[0], 0.0);
+        QVERIFY(std::fabs(fit.x[1] - 3.2 / 2.21) < 1e-6);
+    }
+
+    void heldColumnCountsAsZero()
+    {
+        FitCase fit = towards({ 3.0, 1.0 }, { 9.0, 5.0 });
+        fit.boundAbove(0, 3.0).run();
+        QCOMPARE(fit.covar, (std::vector { 0.0, 0.0, 0.0, 1.0 }));
+        QCOMPARE(fit.xerror, (std::vector { 0.0, 1.0 }));
+
+        // All on their bounds, all columns held: nothing remains to be done.
+        FitCase cornered = towards({ 3.0, 1.0 }, { 9.0, 5.0 });
+        cornered.boundAbove(0, 3.0).boundAbove(1, 1.0).run();
+        QCOMPARE(cornered.status, 4);
+        QCOMPARE(cornered.result.npegged, 2);
+    }
+
+    void snapsToABoundNearby_data()
+    {
+        QTest::addColumn<double>("bound");
+        QTest::addColumn<bool>("upper");
+        QTest::addColumn<double>("target"); // target of the step
+        QTest::addColumn<bool>("snaps");
+        const double up = 2.220446049250313e-16;
+        QTest::newRow("upper, positive: one bit below") << 2.0 << true << 2.0 * (1 - up) << true;
+        QTest::newRow("upper, positive: four bits below") << 2.0 << true << 2.0 * (1 - 4 * up) << false;
+        QTest::newRow("upper, negative: one bit below") << -2.0 << true << -2.0 * (1 + up) << true;
+        QTest::newRow("upper, negative: four bits below") << -2.0 << true << -2.0 * (1 + 4 * up) << false;
+        QTest::newRow("upper, zero: just below") << 0.0 << true << -2e-16 << true;
+        QTest::newRow("upper, zero: farther below") << 0.0 << true << -3e-16 << false;
+        QTest::newRow("lower, positive: one bit above") << 2.0 << false << 2.0 * (1 + up) << true;
+        QTest::newRow("lower, positive: four bits above") << 2.0 << false << 2.0 * (1 + 4 * up) << false;
+        QTest::newRow("lower, negative: one bit above") << -2.0 << false << -2.0 * (1 - up) << true;
+        QTest::newRow("lower, negative: four bits above") << -2.0 << false << -2.0 * (1 - 4 * up) << false;
+        QTest::newRow("lower, zero: just above") << 0.0 << false << 2e-16 << true;
+        QTest::newRow("lower, zero: farther above") << 0.0 << false << 3e-16 << false;
+    }
+    void snapsToABoundNearby()
+    {
+        QFETCH(double, bound);
+        QFETCH(bool, upper);
+        QFETCH(double, target);
+        QFETCH(bool, snaps);
+        // Near enough to the target that the step is exact.
+        const double start = target + (upper ? -1.0 : 1.0) * (bound == 0.0 ? 1e-15 : 0x1p-40);
+        FitCase fit = towards({ start }, { target });
+        (upper ? fit.boundAbove(0, bound) : fit.boundBelow(0, bound)).configure([](mp_config& c) {
+            c.ftol = c.xtol = c.gtol = 1e-300;
+        });
         fit.run();
-        for (const FitCase::Call& call : fit.calls) {
-            for (std::size_t j = 0; j < p.n; ++j)
-                QVERIFY(isInside(p.pars[j], call.x[j], 0.0));
+        QVERIFY(fit.calls.size() > 2);
+        QCOMPARE(firstStep(fit)[0] == bound, snaps);
+        QVERIFY(isInside(fit.pars[0], fit.x[0], 0.0));
+    }
+
+    void reachesABoundFromFarAway()
+    {
+        // Each of these ends a few bits beside the bound in plain arithmetic, since the start is much larger.
+        std::mt19937_64 random = seededGenerator(41);
+        std::uniform_real_distribution<double> uniform(-1.0, 1.0);
+        for (int i = 0; i < 2000; ++i) {
+            const double bound = 0.01 * uniform(random);
+            const double start = bound + 3.0 + uniform(random);
+            FitCase fit = towards({ start, 0.0 }, { bound - 1.0 - std::fabs(uniform(random)), 1.0 });
+            fit.boundBelow(0, bound).run();
+            QCOMPARE(firstStep(fit)[0], bound);
+            QVERIFY(firstStep(fit)[0] == bound);
+            QVERIFY(std::fabs(fit.x[1] - 1.0) < 1e-9);
         }
     }
-}
 
-void TestMpfitBounds::findsTheMinimumInTheBox_data()
-{
-    QTest::addColumn<int>("kind");
-    QTest::addColumn<int>("side");
-    QTest::newRow("ordinary, numerical derivatives") << int(Ordinary) << 0;
-    QTest::newRow("ordinary, differences to both sides") << int(Ordinary) << 2;
-    QTest::newRow("ordinary, analytic derivatives") << int(Ordinary) << 3;
-    QTest::newRow("two collinear columns") << int(Collinear) << 0;
-    QTest::newRow("two collinear columns, analytic derivatives") << int(Collinear) << 3;
-    QTest::newRow("a column of zeros") << int(ZeroColumn) << 0;
-    QTest::newRow("all but one held") << int(OneFree) << 0;
-}
-
-void TestMpfitBounds::findsTheMinimumInTheBox()
-{
-    QFETCH(int, kind);
-    QFETCH(int, side);
-    std::mt19937_64 random = seededGenerator(43);
-    for (int i = 0; i < 4000; ++i) {
-        LinearProblem p = randomProblem(random, Kind(kind));
-        for (mp_par& par : p.pars)
-            par.side = side;
-        FitCase fit = fitOf(p);
-        const int status = fit.run();
-        for (std::size_t j = 0; j < p.n; ++j) {
-            if (p.pars[j].fixed)
-                pin(p.pars[j], p.start[j]);
-            QVERIFY(isInside(p.pars[j], fit.x[j], 0.0));
-        }
-        const double best = enumeratedMinimum(p);
-        const double reached = p.sum(fit.x);
-        QVERIFY2(status > 0 && reached <= best * (1 + 1e-7) + 1e-9,
-            qPrintable(QStringLiteral("case %1: status %2, sum %3, least sum %4")
-                           .arg(i)
-                           .arg(status)
-                           .arg(reached, 0, 'g', 12)
-                           .arg(best, 0, 'g', 12)));
-        if (kind != OneFree)
-            QCOMPARE(fit.result.npegged, peggedIn(p, fit.x));
+    void predictsTheShortenedStep()
+    {
+        // Three quarters of the way are allowed. In units of fnorm = 8 the cut step has a norm of 3/4, and the
+        // prediction takes alpha once more: (9/16)^2. The true reduction is 1 - (1/4)^2, three times as much: with ftol
+        // above both it is the ratio that keeps the fit from ending. Without the second alpha the ratio would be 1.7.
+        FitCase fit = towards({ 1.0 }, { 9.0 });
+        fit.boundAbove(0, 7.0).configure([](mp_config& c) {
+            c.ftol = 1.0;
+            c.xtol = 1e-300;
+        });
+        QCOMPARE(fit.run(), 4);
+        QCOMPARE(fit.result.niter, 2);
+        // Seven eighths: prediction (49/64)^2, ratio 1.7, and the fit ends.
+        FitCase nearly = towards({ 1.0 }, { 9.0 });
+        nearly.boundAbove(0, 8.0).configure([](mp_config& c) {
+            c.ftol = 1.0;
+            c.xtol = 1e-300;
+        });
+        QCOMPARE(nearly.run(), 1);
     }
-}
+
+    void countsWhatEndedOnABound()
+    {
+        FitCase fit = towards({ 1.0, 1.0, 1.0, 1.0 }, { 9.0, -9.0, 2.0, 1.0 });
+        fit.bound(0, 0.0, 3.0).bound(1, 0.0, 3.0).bound(2, 0.0, 3.0).bound(3, 1.0, 1.0).hold(3);
+        QVERIFY(fit.run() > 0);
+        QCOMPARE(fit.result.npegged, 3);
+        QCOMPARE(fit.result.nfree, 3);
+        QCOMPARE(fit.x[0], 3.0);
+        QCOMPARE(fit.x[1], 0.0);
+    }
+
+    void neverLeavesTheBox()
+    {
+        // Differences may leave it below, never above with the automatic side; steps may not at all.
+        std::mt19937_64 random = seededGenerator(42);
+        for (int i = 0; i < 2000; ++i) {
+            const LinearProblem p = randomProblem(random, Ordinary);
+            FitCase fit = fitOf(p);
+            for (mp_par& par : fit.pars)
+                par.side = 3;
+            fit.run();
+            for (const FitCase::Call& call : fit.calls) {
+                for (std::size_t j = 0; j < p.n; ++j)
+                    QVERIFY(isInside(p.pars[j], call.x[j], 0.0));
+            }
+        }
+    }
+
+    void findsTheMinimumInTheBox_data()
+    {
+        QTest::addColumn<int>("kind");
+        QTest::addColumn<int>("side");
+        QTest::newRow("ordinary, numerical derivatives") << int(Ordinary) << 0;
+        QTest::newRow("ordinary, differences to both sides") << int(Ordinary) << 2;
+        QTest::newRow("ordinary, analytic derivatives") << int(Ordinary) << 3;
+        QTest::newRow("two collinear columns") << int(Collinear) << 0;
+        QTest::newRow("two collinear columns, analytic derivatives") << int(Collinear) << 3;
+        QTest::newRow("a column of zeros") << int(ZeroColumn) << 0;
+        QTest::newRow("all but one held") << int(OneFree) << 0;
+    }
+    void findsTheMinimumInTheBox()
+    {
+        QFETCH(int, kind);
+        QFETCH(int, side);
+        std::mt19937_64 random = seededGenerator(43);
+        for (int i = 0; i < 4000; ++i) {
+            LinearProblem p = randomProblem(random, Kind(kind));
+            for (mp_par& par : p.pars)
+                par.side = side;
+            FitCase fit = fitOf(p);
+            const int status = fit.run();
+            for (std::size_t j = 0; j < p.n; ++j) {
+                if (p.pars[j].fixed)
+                    pin(p.pars[j], p.start[j]);
+                QVERIFY(isInside(p.pars[j], fit.x[j], 0.0));
+            }
+            const double best = enumeratedMinimum(p);
+            const double reached = p.sum(fit.x);
+            QVERIFY2(status > 0 && reached <= best * (1 + 1e-7) + 1e-9,
+                qPrintable(QStringLiteral("case %1: status %2, sum %3, least sum %4")
+                               .arg(i)
+                               .arg(status)
+                               .arg(reached, 0, 'g', 12)
+                               .arg(best, 0, 'g', 12)));
+            if (kind != OneFree)
+                QCOMPARE(fit.result.npegged, peggedIn(p, fit.x));
+        }
+    }
+};
 
 QTEST_GUILESS_MAIN(TestMpfitBounds)
 #include "tst_mpfit_bounds.moc"

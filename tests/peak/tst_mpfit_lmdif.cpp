@@ -35,67 +35,61 @@ class TestMpfitLmdif : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void goesTheSameWay_data();
-    void goesTheSameWay();
-    void reachesAPublishedMinimum_data();
-    void reachesAPublishedMinimum();
-};
-
-void TestMpfitLmdif::goesTheSameWay_data()
-{
-    QTest::addColumn<std::size_t>("index");
-    QTest::addColumn<double>("factor");
-    QTest::addColumn<double>("tolerance");
-    const std::vector<MghProblem> problems = mghProblems();
-    for (std::size_t i = 0; i < problems.size(); ++i) {
-        for (const double factor : { 1.0, 10.0, 100.0 }) {
-            for (const double tolerance : { 1e-10, 1e-15 }) {
-                QTest::addRow("%s, start times %g, tolerances %g", problems[i].fit.name.c_str(), factor, tolerance)
-                    << i << factor << tolerance;
+    void goesTheSameWay_data()
+    {
+        QTest::addColumn<std::size_t>("index");
+        QTest::addColumn<double>("factor");
+        QTest::addColumn<double>("tolerance");
+        const std::vector<MghProblem> problems = mghProblems();
+        for (std::size_t i = 0; i < problems.size(); ++i) {
+            for (const double factor : { 1.0, 10.0, 100.0 }) {
+                for (const double tolerance : { 1e-10, 1e-15 }) {
+                    QTest::addRow("%s, start times %g, tolerances %g", problems[i].fit.name.c_str(), factor, tolerance)
+                        << i << factor << tolerance;
+                }
             }
         }
     }
-}
+    void goesTheSameWay()
+    {
+        QFETCH(std::size_t, index);
+        QFETCH(double, factor);
+        QFETCH(double, tolerance);
+        LeastSquaresProblem problem = mghProblems()[index].fit;
+        for (double& x : problem.start)
+            x *= factor;
+        const FitSettings settings { .tolerance = tolerance, .epsfcn = lmdifPrecision, .maxfev = 3000 };
+        const FitReport ours = runMpfit(problem, settings);
+        const FitReport theirs = runLmdif(problem, settings);
+        QCOMPARE(ours.status, theirs.status);
+        QCOMPARE(ours.nfev, theirs.nfev);
+        QCOMPARE(ours.calls.size(), theirs.calls.size());
+        QVERIFY(ours.calls == theirs.calls);
+        QVERIFY(ours.x == theirs.x);
+        // The covariance is taken with the same rank tolerance from the same factors.
+        for (std::size_t j = 0; j < ours.error.size(); ++j)
+            QVERIFY(ours.error[j] == theirs.error[j] || std::isnan(theirs.error[j]));
+    }
 
-void TestMpfitLmdif::goesTheSameWay()
-{
-    QFETCH(std::size_t, index);
-    QFETCH(double, factor);
-    QFETCH(double, tolerance);
-    LeastSquaresProblem problem = mghProblems()[index].fit;
-    for (double& x : problem.start)
-        x *= factor;
-    const FitSettings settings { .tolerance = tolerance, .epsfcn = lmdifPrecision, .maxfev = 3000 };
-    const FitReport ours = runMpfit(problem, settings);
-    const FitReport theirs = runLmdif(problem, settings);
-    QCOMPARE(ours.status, theirs.status);
-    QCOMPARE(ours.nfev, theirs.nfev);
-    QCOMPARE(ours.calls.size(), theirs.calls.size());
-    QVERIFY(ours.calls == theirs.calls);
-    QVERIFY(ours.x == theirs.x);
-    // The covariance is taken with the same rank tolerance from the same factors.
-    for (std::size_t j = 0; j < ours.error.size(); ++j)
-        QVERIFY(ours.error[j] == theirs.error[j] || std::isnan(theirs.error[j]));
-}
-
-void TestMpfitLmdif::reachesAPublishedMinimum_data()
-{
-    QTest::addColumn<std::size_t>("index");
-    const std::vector<MghProblem> problems = mghProblems();
-    for (std::size_t i = 0; i < problems.size(); ++i)
-        QTest::newRow(problems[i].fit.name.c_str()) << i;
-}
-
-void TestMpfitLmdif::reachesAPublishedMinimum()
-{
-    QFETCH(std::size_t, index);
-    const MghProblem problem = mghProblems()[index];
-    const double sum = problem.step > 0.0 ? minimumWithStep(problem.fit, problem.step)
-                                          : runMpfit(problem.fit, FitSettings {}).sumOfSquares;
-    const bool reached = std::any_of(problem.minima.begin(), problem.minima.end(),
-        [sum](double minimum) { return minimum == 0.0 ? sum < 1e-20 : std::fabs(sum - minimum) <= 2e-5 * minimum; });
-    QVERIFY2(reached, qPrintable(QString::number(sum, 'g', 10)));
-}
+    void reachesAPublishedMinimum_data()
+    {
+        QTest::addColumn<std::size_t>("index");
+        const std::vector<MghProblem> problems = mghProblems();
+        for (std::size_t i = 0; i < problems.size(); ++i)
+            QTest::newRow(problems[i].fit.name.c_str()) << i;
+    }
+    void reachesAPublishedMinimum()
+    {
+        QFETCH(std::size_t, index);
+        const MghProblem problem = mghProblems()[index];
+        const double sum = problem.step > 0.0 ? minimumWithStep(problem.fit, problem.step)
+                                              : runMpfit(problem.fit, FitSettings {}).sumOfSquares;
+        const bool reached = std::any_of(problem.minima.begin(), problem.minima.end(), [sum](double minimum) {
+            return minimum == 0.0 ? sum < 1e-20 : std::fabs(sum - minimum) <= 2e-5 * minimum;
+        });
+        QVERIFY2(reached, qPrintable(QString::number(sum, 'g', 10)));
+    }
+};
 
 QTEST_GUILESS_MAIN(TestMpfitLmdif)
 #include "tst_mpfit_lmdif.moc"

@@ -146,90 +146,82 @@ class TestMpfitMemory : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void freesAllMemory_data();
-    void freesAllMemory();
-    void refusedAllocation();
-    void refusedAllocationComesBeforeTheParameters();
-    void countsBeyondTheAddressSpace();
-    void allocatesOncePerCall();
-};
+    void freesAllMemory_data()
+    {
+        QTest::addColumn<int>("course");
+        QTest::addColumn<int>("status");
+        QTest::newRow("runs") << int(Course::Runs) << 4;
+        QTest::newRow("stops at once") << int(Course::StopsAtOnce) << 0;
+        QTest::newRow("stops in the Jacobian") << int(Course::StopsInTheJacobian) << 0;
+        QTest::newRow("stops on a trial step") << int(Course::StopsOnATrial) << -1;
+        QTest::newRow("not finite") << int(Course::NotFinite) << -16;
+    }
+    void freesAllMemory()
+    {
+        QFETCH(int, course);
+        QFETCH(int, status);
+        const Outcome outcome = watchedFit(Course(course));
+        QCOMPARE(outcome.status, status);
+        QVERIFY(heap.allocations > 0);
+        QCOMPARE(heap.live, 0);
 
-void TestMpfitMemory::freesAllMemory_data()
-{
-    QTest::addColumn<int>("course");
-    QTest::addColumn<int>("status");
-    QTest::newRow("runs") << int(Course::Runs) << 4;
-    QTest::newRow("stops at once") << int(Course::StopsAtOnce) << 0;
-    QTest::newRow("stops in the Jacobian") << int(Course::StopsInTheJacobian) << 0;
-    QTest::newRow("stops on a trial step") << int(Course::StopsOnATrial) << -1;
-    QTest::newRow("not finite") << int(Course::NotFinite) << -16;
-}
+        QVERIFY(watchedFit(Course::Throws).threw);
+        // The exception object itself does not come from here.
+        QVERIFY(heap.live <= 1);
+    }
 
-void TestMpfitMemory::freesAllMemory()
-{
-    QFETCH(int, course);
-    QFETCH(int, status);
-    const Outcome outcome = watchedFit(Course(course));
-    QCOMPARE(outcome.status, status);
-    QVERIFY(heap.allocations > 0);
-    QCOMPARE(heap.live, 0);
+    void refusedAllocation()
+    {
+        QCOMPARE(watchedFit(Course::Runs).status, 4);
+        const int allocations = heap.allocations;
+        for (int failing = 1; failing <= allocations; ++failing) {
+            const Outcome outcome = watchedFit(Course::Runs, failing);
+            QCOMPARE(outcome.status, -20);
+            QCOMPARE(outcome.calls, 0);
+            QCOMPARE(heap.live, 0);
+        }
+    }
 
-    QVERIFY(watchedFit(Course::Throws).threw);
-    // The exception object itself does not come from here.
-    QVERIFY(heap.live <= 1);
-}
+    void refusedAllocationComesBeforeTheParameters()
+    {
+        double x[] = { 1.0 };
+        mp_par par {};
+        par.fixed = 1;
+        heap = { true, 0, 0, 1, 0 };
+        const int status = mpfit(scripted, 4, 1, x, &par, nullptr, nullptr, nullptr);
+        heap.watching = false;
+        QCOMPARE(status, -20);
+    }
 
-void TestMpfitMemory::refusedAllocation()
-{
-    QCOMPARE(watchedFit(Course::Runs).status, 4);
-    const int allocations = heap.allocations;
-    for (int failing = 1; failing <= allocations; ++failing) {
-        const Outcome outcome = watchedFit(Course::Runs, failing);
-        QCOMPARE(outcome.status, -20);
-        QCOMPARE(outcome.calls, 0);
+    void countsBeyondTheAddressSpace()
+    {
+        // Neither the vectors nor the Jacobian can be allocated; x is never read.
+        double x[] = { 1.0 };
+        heap = { true, 0, 0, 1, 0 };
+        const int vectors = mpfit(scripted, INT_MAX, INT_MAX, x, nullptr, nullptr, nullptr, nullptr);
+        heap.watching = false;
+        QCOMPARE(vectors, -20);
+        QVERIFY(heap.largest >= std::size_t(INT_MAX) * 12 * sizeof(double));
+
+        std::vector<double> many(std::size_t(1) << 20);
+        heap = { true, 0, 0, 0, 0 };
+        const int jacobian =
+            mpfit(scripted, int(many.size()), int(many.size()), many.data(), nullptr, nullptr, nullptr, nullptr);
+        heap.watching = false;
+        QCOMPARE(jacobian, -20);
+        QCOMPARE(heap.largest, many.size() * many.size() * sizeof(double));
         QCOMPARE(heap.live, 0);
     }
-}
 
-void TestMpfitMemory::refusedAllocationComesBeforeTheParameters()
-{
-    double x[] = { 1.0 };
-    mp_par par {};
-    par.fixed = 1;
-    heap = { true, 0, 0, 1, 0 };
-    const int status = mpfit(scripted, 4, 1, x, &par, nullptr, nullptr, nullptr);
-    heap.watching = false;
-    QCOMPARE(status, -20);
-}
-
-void TestMpfitMemory::countsBeyondTheAddressSpace()
-{
-    // Neither the vectors nor the Jacobian can be allocated; x is never read.
-    double x[] = { 1.0 };
-    heap = { true, 0, 0, 1, 0 };
-    const int vectors = mpfit(scripted, INT_MAX, INT_MAX, x, nullptr, nullptr, nullptr, nullptr);
-    heap.watching = false;
-    QCOMPARE(vectors, -20);
-    QVERIFY(heap.largest >= std::size_t(INT_MAX) * 12 * sizeof(double));
-
-    std::vector<double> many(std::size_t(1) << 20);
-    heap = { true, 0, 0, 0, 0 };
-    const int jacobian =
-        mpfit(scripted, int(many.size()), int(many.size()), many.data(), nullptr, nullptr, nullptr, nullptr);
-    heap.watching = false;
-    QCOMPARE(jacobian, -20);
-    QCOMPARE(heap.largest, many.size() * many.size() * sizeof(double));
-    QCOMPARE(heap.live, 0);
-}
-
-void TestMpfitMemory::allocatesOncePerCall()
-{
-    // No more for a fit of many iterations than for one that is stopped at once.
-    watchedFit(Course::StopsAtOnce);
-    const int atOnce = heap.allocations;
-    watchedFit(Course::Runs);
-    QCOMPARE(heap.allocations, atOnce);
-}
+    void allocatesOncePerCall()
+    {
+        // No more for a fit of many iterations than for one that is stopped at once.
+        watchedFit(Course::StopsAtOnce);
+        const int atOnce = heap.allocations;
+        watchedFit(Course::Runs);
+        QCOMPARE(heap.allocations, atOnce);
+    }
+};
 
 QTEST_GUILESS_MAIN(TestMpfitMemory)
 #include "tst_mpfit_memory.moc"

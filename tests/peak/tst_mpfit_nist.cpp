@@ -72,85 +72,79 @@ class TestMpfitNist : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void reachesTheDigitsOfLmdif_data();
-    void reachesTheDigitsOfLmdif();
-    void needsMoreThanTheDefaultIterations_data();
-    void needsMoreThanTheDefaultIterations();
-};
-
-void TestMpfitNist::reachesTheDigitsOfLmdif_data()
-{
-    QTest::addColumn<QString>("path");
-    QTest::addColumn<int>("start");
-    QTest::addColumn<bool>("tight");
-    const QString folder = testData(QStringLiteral("nist"));
-    std::printf(
-        "Digits of parameters, standard deviations, residual sum. First mpfit with its own difference step, then"
-        " with lmdif's, then lmdif.\n");
-    for (const bool tight : { false, true }) {
-        for (const QFileInfo& file : QDir(folder).entryInfoList({ QStringLiteral("*.dat") }, QDir::Files)) {
-            for (int start = 0; start < 2; ++start) {
-                QTest::addRow("%s, start %d, %s tolerances", qPrintable(file.completeBaseName()), start + 1,
-                    tight ? "tight" : "default")
-                    << file.filePath() << start << tight;
+    void reachesTheDigitsOfLmdif_data()
+    {
+        QTest::addColumn<QString>("path");
+        QTest::addColumn<int>("start");
+        QTest::addColumn<bool>("tight");
+        const QString folder = testData(QStringLiteral("nist"));
+        std::printf(
+            "Digits of parameters, standard deviations, residual sum. First mpfit with its own difference step, then"
+            " with lmdif's, then lmdif.\n");
+        for (const bool tight : { false, true }) {
+            for (const QFileInfo& file : QDir(folder).entryInfoList({ QStringLiteral("*.dat") }, QDir::Files)) {
+                for (int start = 0; start < 2; ++start) {
+                    QTest::addRow("%s, start %d, %s tolerances", qPrintable(file.completeBaseName()), start + 1,
+                        tight ? "tight" : "default")
+                        << file.filePath() << start << tight;
+                }
             }
         }
     }
-}
+    void reachesTheDigitsOfLmdif()
+    {
+        QFETCH(QString, path);
+        QFETCH(int, start);
+        QFETCH(bool, tight);
+        const NistProblem problem = readNistProblem(path);
+        const LeastSquaresProblem fit = problem.from(std::size_t(start));
+        const double tolerance = tight ? 1e-15 : 1e-10;
+        const FitReport ownStep = runMpfit(fit, { .tolerance = tolerance });
+        const FitReport sameStep = runMpfit(fit, { .tolerance = tolerance, .epsfcn = lmdifPrecision });
+        const FitReport lmdif = runLmdif(fit, { .tolerance = tolerance });
+        const Digits own = reached(ownStep, problem);
+        const Digits same = reached(sameStep, problem);
+        const Digits theirs = reached(lmdif, problem);
+        std::printf("%-8s %d %-7s", problem.name.c_str(), start + 1, tight ? "tight" : "default");
+        print("own step", own, ownStep);
+        print("same step", same, sameStep);
+        print("lmdif", theirs, lmdif);
+        std::printf("\n");
 
-void TestMpfitNist::reachesTheDigitsOfLmdif()
-{
-    QFETCH(QString, path);
-    QFETCH(int, start);
-    QFETCH(bool, tight);
-    const NistProblem problem = readNistProblem(path);
-    const LeastSquaresProblem fit = problem.from(std::size_t(start));
-    const double tolerance = tight ? 1e-15 : 1e-10;
-    const FitReport ownStep = runMpfit(fit, { .tolerance = tolerance });
-    const FitReport sameStep = runMpfit(fit, { .tolerance = tolerance, .epsfcn = lmdifPrecision });
-    const FitReport lmdif = runLmdif(fit, { .tolerance = tolerance });
-    const Digits own = reached(ownStep, problem);
-    const Digits same = reached(sameStep, problem);
-    const Digits theirs = reached(lmdif, problem);
-    std::printf("%-8s %d %-7s", problem.name.c_str(), start + 1, tight ? "tight" : "default");
-    print("own step", own, ownStep);
-    print("same step", same, sameStep);
-    print("lmdif", theirs, lmdif);
-    std::printf("\n");
+        const Digits wanted { theirs.parameters - 0.5, theirs.deviations - 0.5, theirs.sum - 0.5 };
+        QVERIFY(isAtLeast(same, wanted));
+        QCOMPARE(sameStep.nfev, lmdif.nfev);
+        QVERIFY(sameStep.x == lmdif.x);
+        // The last digits of a fit by differences are the rounding of the differences: with another step they are
+        // others.
+        const Digits certain { std::min(4.0, wanted.parameters), std::min(3.5, wanted.deviations),
+            std::min(8.0, wanted.sum) };
+        QVERIFY(isAtLeast(own, certain));
 
-    const Digits wanted { theirs.parameters - 0.5, theirs.deviations - 0.5, theirs.sum - 0.5 };
-    QVERIFY(isAtLeast(same, wanted));
-    QCOMPARE(sameStep.nfev, lmdif.nfev);
-    QVERIFY(sameStep.x == lmdif.x);
-    // The last digits of a fit by differences are the rounding of the differences: with another step they are others.
-    const Digits certain { std::min(4.0, wanted.parameters), std::min(3.5, wanted.deviations),
-        std::min(8.0, wanted.sum) };
-    QVERIFY(isAtLeast(own, certain));
+        const QString reason = reasonForFailure(problem.name, start);
+        QCOMPARE(theirs.parameters < 4.0, !reason.isEmpty());
+        QCOMPARE(own.parameters < 4.0, !reason.isEmpty());
+        if (!reason.isEmpty())
+            std::printf("         neither: %s\n", qPrintable(reason));
+    }
 
-    const QString reason = reasonForFailure(problem.name, start);
-    QCOMPARE(theirs.parameters < 4.0, !reason.isEmpty());
-    QCOMPARE(own.parameters < 4.0, !reason.isEmpty());
-    if (!reason.isEmpty())
-        std::printf("         neither: %s\n", qPrintable(reason));
-}
-
-void TestMpfitNist::needsMoreThanTheDefaultIterations_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::newRow("MGH09") << QStringLiteral("MGH09");
-    QTest::newRow("MGH17") << QStringLiteral("MGH17");
-}
-
-// From their far starts these two converge slowly along a valley: the default of 200 iterations is not enough.
-void TestMpfitNist::needsMoreThanTheDefaultIterations()
-{
-    QFETCH(QString, name);
-    const QString path = testData(QStringLiteral("nist/") + name + QStringLiteral(".dat"));
-    const NistProblem problem = readNistProblem(path);
-    const FitReport report = runMpfit(problem.from(0), { .maxiter = 0 });
-    QCOMPARE(report.status, 5);
-    QVERIFY(reached(report, problem).parameters < 4.0);
-}
+    void needsMoreThanTheDefaultIterations_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::newRow("MGH09") << QStringLiteral("MGH09");
+        QTest::newRow("MGH17") << QStringLiteral("MGH17");
+    }
+    // From their far starts these two converge slowly along a valley: the default of 200 iterations is not enough.
+    void needsMoreThanTheDefaultIterations()
+    {
+        QFETCH(QString, name);
+        const QString path = testData(QStringLiteral("nist/") + name + QStringLiteral(".dat"));
+        const NistProblem problem = readNistProblem(path);
+        const FitReport report = runMpfit(problem.from(0), { .maxiter = 0 });
+        QCOMPARE(report.status, 5);
+        QVERIFY(reached(report, problem).parameters < 4.0);
+    }
+};
 
 QTEST_GUILESS_MAIN(TestMpfitNist)
 #include "tst_mpfit_nist.moc"

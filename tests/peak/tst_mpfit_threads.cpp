@@ -34,58 +34,55 @@ class TestMpfitThreads : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void fitsAtOnceAsAlone();
-    void fitsWithinAFit();
-};
-
-void TestMpfitThreads::fitsAtOnceAsAlone()
-{
-    constexpr int threads = 4;
-    constexpr int fits = 60;
-    std::vector<FitCase> alone;
-    for (int k = 0; k < fits; ++k) {
-        alone.push_back(numbered(k));
-        QVERIFY(alone.back().run() > 0);
-    }
-    std::vector<std::vector<FitCase>> together(threads);
+    void fitsAtOnceAsAlone()
     {
-        std::latch start(threads);
-        std::vector<std::jthread> workers;
-        for (auto& mine : together) {
-            workers.emplace_back([&start, &mine] {
-                start.arrive_and_wait();
-                for (int k = 0; k < fits; ++k) {
-                    mine.push_back(numbered(k));
-                    mine.back().run();
-                }
-            });
+        constexpr int threads = 4;
+        constexpr int fits = 60;
+        std::vector<FitCase> alone;
+        for (int k = 0; k < fits; ++k) {
+            alone.push_back(numbered(k));
+            QVERIFY(alone.back().run() > 0);
+        }
+        std::vector<std::vector<FitCase>> together(threads);
+        {
+            std::latch start(threads);
+            std::vector<std::jthread> workers;
+            for (auto& mine : together) {
+                workers.emplace_back([&start, &mine] {
+                    start.arrive_and_wait();
+                    for (int k = 0; k < fits; ++k) {
+                        mine.push_back(numbered(k));
+                        mine.back().run();
+                    }
+                });
+            }
+        }
+        for (const auto& mine : together) {
+            for (std::size_t k = 0; k < alone.size(); ++k) {
+                QCOMPARE(mine[k].status, alone[k].status);
+                QCOMPARE(mine[k].x, alone[k].x);
+                QCOMPARE(mine[k].covar, alone[k].covar);
+                QCOMPARE(mine[k].result.nfev, alone[k].result.nfev);
+            }
         }
     }
-    for (const auto& mine : together) {
-        for (std::size_t k = 0; k < alone.size(); ++k) {
-            QCOMPARE(mine[k].status, alone[k].status);
-            QCOMPARE(mine[k].x, alone[k].x);
-            QCOMPARE(mine[k].covar, alone[k].covar);
-            QCOMPARE(mine[k].result.nfev, alone[k].result.nfev);
-        }
-    }
-}
 
-void TestMpfitThreads::fitsWithinAFit()
-{
-    FitCase plain = rosenbrockFrom(-1.2, 1.0);
-    plain.run();
-    FitCase nesting = rosenbrockFrom(-1.2, 1.0);
-    const FitCase::Function function = nesting.function;
-    nesting.function = [&](std::span<const double> x, std::span<double> r, double** dvec) {
-        FitCase inner = numbered(3);
-        inner.run();
-        return function(x, r, dvec);
-    };
-    nesting.run();
-    QCOMPARE(nesting.x, plain.x);
-    QCOMPARE(nesting.status, plain.status);
-}
+    void fitsWithinAFit()
+    {
+        FitCase plain = rosenbrockFrom(-1.2, 1.0);
+        plain.run();
+        FitCase nesting = rosenbrockFrom(-1.2, 1.0);
+        const FitCase::Function function = nesting.function;
+        nesting.function = [&](std::span<const double> x, std::span<double> r, double** dvec) {
+            FitCase inner = numbered(3);
+            inner.run();
+            return function(x, r, dvec);
+        };
+        nesting.run();
+        QCOMPARE(nesting.x, plain.x);
+        QCOMPARE(nesting.status, plain.status);
+    }
+};
 
 QTEST_GUILESS_MAIN(TestMpfitThreads)
 #include "tst_mpfit_threads.moc"

@@ -143,80 +143,75 @@ class TestPeakSearchOracle : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void indexSegments();
-    void xSegments();
-    void indexPeaks();
-    void xPeaks();
+    void indexSegments()
+    {
+        Cases cases(61);
+        qsizetype found = 0;
+        qsizetype shifted = 0;
+        for (int round = 0; round < 60000; ++round) {
+            const Case c = cases.next(60);
+            const auto segments = tarnis::findPeakSegments(c.y, c.start, c.end, { c.threshold, c.width, c.peak });
+            const auto oracle = oracleIndexSegments(c.y, c.start, c.end, c.threshold, c.width, c.peak);
+            QVERIFY2(qsizetype(segments.size()) == oracle.size(), qPrintable(descriptionOf(c)));
+            for (qsizetype k = 0; k < oracle.size(); ++k) {
+                const PeakSegment& segment = segments[std::size_t(k)];
+                QVERIFY2(isSegment(c, segment, oracle[k]), qPrintable(descriptionOf(c)));
+                QVERIFY2(segment.pos == oracle[k].pos, qPrintable(descriptionOf(c)));
+                shifted += segment.pos != segment.first;
+            }
+            found += oracle.size();
+        }
+        QVERIFY(found > 20000);
+        QVERIFY(shifted > 300);
+    }
+
+    void xSegments()
+    {
+        Cases cases(62);
+        for (int round = 0; round < 60000; ++round) {
+            const Case c = cases.next(60);
+            const auto segments = tarnis::findPeakSegments(c.y, 0, c.y.size(), { c.threshold, c.width, c.peak });
+            const auto oracle = oracleXSegments(c.x, c.y, c.threshold, c.width, c.peak);
+            QVERIFY2(qsizetype(segments.size()) == oracle.size(), qPrintable(descriptionOf(c)));
+            for (qsizetype k = 0; k < oracle.size(); ++k) {
+                const PeakSegment& segment = segments[std::size_t(k)];
+                QVERIFY2(isSegment(c, segment, oracle[k]), qPrintable(descriptionOf(c)));
+                QVERIFY2(c.x.mid(segment.first, segment.last - segment.first) == oracle[k].second,
+                    qPrintable(descriptionOf(c)));
+            }
+        }
+    }
+
+    void indexPeaks()
+    {
+        Cases cases(63);
+        qsizetype found = 0;
+        for (int round = 0; round < 8000; ++round) {
+            const Case c = cases.next(60);
+            const auto peaks = PeakSearch(c.y, c.start, c.end, c.threshold, c.width, c.peak).exec();
+            const auto oracle = oracleIndexPeaks(c.y, c.start, c.end, c.threshold, c.width, c.peak);
+            QVERIFY2(areSame(peaks, oracle), qPrintable(descriptionOf(c)));
+            found += peaks.size();
+        }
+        QVERIFY(found > 1500);
+    }
+
+    void xPeaks()
+    {
+        Cases cases(64);
+        qsizetype found = 0;
+        for (int round = 0; round < 8000; ++round) {
+            const Case c = cases.next(60);
+            if (c.x.isEmpty())
+                continue;
+            const auto peaks = PeakSearch(c.x, c.y, c.threshold, c.width, c.peak).exec();
+            const auto oracle = oracleXPeaks(c.x, c.y, c.threshold, c.width, c.peak);
+            QVERIFY2(areSame(peaks, oracle), qPrintable(descriptionOf(c)));
+            found += peaks.size();
+        }
+        QVERIFY(found > 1500);
+    }
 };
-
-void TestPeakSearchOracle::indexSegments()
-{
-    Cases cases(61);
-    qsizetype found = 0;
-    qsizetype shifted = 0;
-    for (int round = 0; round < 60000; ++round) {
-        const Case c = cases.next(60);
-        const auto segments = tarnis::findPeakSegments(c.y, c.start, c.end, { c.threshold, c.width, c.peak });
-        const auto oracle = oracleIndexSegments(c.y, c.start, c.end, c.threshold, c.width, c.peak);
-        QVERIFY2(qsizetype(segments.size()) == oracle.size(), qPrintable(descriptionOf(c)));
-        for (qsizetype k = 0; k < oracle.size(); ++k) {
-            const PeakSegment& segment = segments[std::size_t(k)];
-            QVERIFY2(isSegment(c, segment, oracle[k]), qPrintable(descriptionOf(c)));
-            QVERIFY2(segment.pos == oracle[k].pos, qPrintable(descriptionOf(c)));
-            shifted += segment.pos != segment.first;
-        }
-        found += oracle.size();
-    }
-    QVERIFY(found > 20000);
-    QVERIFY(shifted > 300);
-}
-
-void TestPeakSearchOracle::xSegments()
-{
-    Cases cases(62);
-    for (int round = 0; round < 60000; ++round) {
-        const Case c = cases.next(60);
-        const auto segments = tarnis::findPeakSegments(c.y, 0, c.y.size(), { c.threshold, c.width, c.peak });
-        const auto oracle = oracleXSegments(c.x, c.y, c.threshold, c.width, c.peak);
-        QVERIFY2(qsizetype(segments.size()) == oracle.size(), qPrintable(descriptionOf(c)));
-        for (qsizetype k = 0; k < oracle.size(); ++k) {
-            const PeakSegment& segment = segments[std::size_t(k)];
-            QVERIFY2(isSegment(c, segment, oracle[k]), qPrintable(descriptionOf(c)));
-            QVERIFY2(
-                c.x.mid(segment.first, segment.last - segment.first) == oracle[k].second, qPrintable(descriptionOf(c)));
-        }
-    }
-}
-
-void TestPeakSearchOracle::indexPeaks()
-{
-    Cases cases(63);
-    qsizetype found = 0;
-    for (int round = 0; round < 8000; ++round) {
-        const Case c = cases.next(60);
-        const auto peaks = PeakSearch(c.y, c.start, c.end, c.threshold, c.width, c.peak).exec();
-        const auto oracle = oracleIndexPeaks(c.y, c.start, c.end, c.threshold, c.width, c.peak);
-        QVERIFY2(areSame(peaks, oracle), qPrintable(descriptionOf(c)));
-        found += peaks.size();
-    }
-    QVERIFY(found > 1500);
-}
-
-void TestPeakSearchOracle::xPeaks()
-{
-    Cases cases(64);
-    qsizetype found = 0;
-    for (int round = 0; round < 8000; ++round) {
-        const Case c = cases.next(60);
-        if (c.x.isEmpty())
-            continue;
-        const auto peaks = PeakSearch(c.x, c.y, c.threshold, c.width, c.peak).exec();
-        const auto oracle = oracleXPeaks(c.x, c.y, c.threshold, c.width, c.peak);
-        QVERIFY2(areSame(peaks, oracle), qPrintable(descriptionOf(c)));
-        found += peaks.size();
-    }
-    QVERIFY(found > 1500);
-}
 
 QTEST_GUILESS_MAIN(TestPeakSearchOracle)
 #include "tst_peaksearch_oracle.moc"

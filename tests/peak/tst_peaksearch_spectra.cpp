@@ -81,62 +81,59 @@ class TestPeakSearchSpectra : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void findsTheStrongLines_data();
-    void findsTheStrongLines();
-};
-
-void TestPeakSearchSpectra::findsTheStrongLines_data()
-{
-    QTest::addColumn<QString>("file");
-    QTest::addColumn<int>("binning");
-    QTest::addColumn<double>("threshold");
-    QTest::addColumn<double>("least");
-    QTest::addColumn<int>("reach");
-    QTest::addColumn<int>("lines");
-    QTest::addColumn<bool>("abscissae");
-    QTest::addColumn<double>("tolerance");
-    const QString germanium = QStringLiteral("spectra/hpge-pottery.spe");
-    const QString iodide = QStringLiteral("spectra/csi-ba133-cs137.spe");
-    QTest::newRow("germanium, by index") << germanium << 1 << 100.0 << 200.0 << 12 << 12 << false << 0.5;
-    QTest::newRow("germanium, by abscissa") << germanium << 1 << 100.0 << 200.0 << 12 << 12 << true << 0.5;
-    // Its lines are a hundred channels wide with few counts, so eight channels are binned. The strong line is not
-    // isolated: the background is twice as high on its left as on its right, and a constant one shifts the fit to the
-    // left.
-    QTest::newRow("caesium iodide, by index") << iodide << 8 << 160.0 << 200.0 << 9 << 1 << false << 1.5;
-    QTest::newRow("caesium iodide, by abscissa") << iodide << 8 << 160.0 << 200.0 << 9 << 1 << true << 1.5;
-}
-
-void TestPeakSearchSpectra::findsTheStrongLines()
-{
-    QFETCH(QString, file);
-    QFETCH(int, binning);
-    QFETCH(double, threshold);
-    QFETCH(double, least);
-    QFETCH(int, reach);
-    QFETCH(int, lines);
-    QFETCH(bool, abscissae);
-    QFETCH(double, tolerance);
-    const QList<double> y = readSpectrum(testData(file), binning);
-    QList<double> x(y.size());
-    std::iota(x.begin(), x.end(), 0.0);
-    const QList<PeakSearch::Gaussian> peaks = abscissae ? PeakSearch(x, y, threshold, 3, true).exec()
-                                                        : PeakSearch(y, 0, int(y.size()), threshold, 3, true).exec();
-
-    int strong = 0;
-    for (qsizetype i = 0; i < y.size(); ++i) {
-        const auto line = strongLineAt(y, i, least, reach, 1.8);
-        if (!line)
-            continue;
-        ++strong;
-        double nearest = HUGE_VAL;
-        for (const PeakSearch::Gaussian& peak : peaks)
-            nearest = std::min(nearest, std::fabs(peak.center - line->centroid));
-        std::printf("line at %lld of %g: centroid %.3f, peak %.3f beside it\n", static_cast<long long>(line->channel),
-            line->height, line->centroid, nearest);
-        QVERIFY2(nearest <= tolerance, qPrintable(QString::number(line->channel)));
+    void findsTheStrongLines_data()
+    {
+        QTest::addColumn<QString>("file");
+        QTest::addColumn<int>("binning");
+        QTest::addColumn<double>("threshold");
+        QTest::addColumn<double>("least");
+        QTest::addColumn<int>("reach");
+        QTest::addColumn<int>("lines");
+        QTest::addColumn<bool>("abscissae");
+        QTest::addColumn<double>("tolerance");
+        const QString germanium = QStringLiteral("spectra/hpge-pottery.spe");
+        const QString iodide = QStringLiteral("spectra/csi-ba133-cs137.spe");
+        QTest::newRow("germanium, by index") << germanium << 1 << 100.0 << 200.0 << 12 << 12 << false << 0.5;
+        QTest::newRow("germanium, by abscissa") << germanium << 1 << 100.0 << 200.0 << 12 << 12 << true << 0.5;
+        // Its lines are a hundred channels wide with few counts, so eight channels are binned. The strong line is not
+        // isolated: the background is twice as high on its left as on its right, and a constant one shifts the fit to
+        // the left.
+        QTest::newRow("caesium iodide, by index") << iodide << 8 << 160.0 << 200.0 << 9 << 1 << false << 1.5;
+        QTest::newRow("caesium iodide, by abscissa") << iodide << 8 << 160.0 << 200.0 << 9 << 1 << true << 1.5;
     }
-    QCOMPARE(strong, lines);
-}
+    void findsTheStrongLines()
+    {
+        QFETCH(QString, file);
+        QFETCH(int, binning);
+        QFETCH(double, threshold);
+        QFETCH(double, least);
+        QFETCH(int, reach);
+        QFETCH(int, lines);
+        QFETCH(bool, abscissae);
+        QFETCH(double, tolerance);
+        const QList<double> y = readSpectrum(testData(file), binning);
+        QList<double> x(y.size());
+        std::iota(x.begin(), x.end(), 0.0);
+        const QList<PeakSearch::Gaussian> peaks = abscissae
+            ? PeakSearch(x, y, threshold, 3, true).exec()
+            : PeakSearch(y, 0, int(y.size()), threshold, 3, true).exec();
+
+        int strong = 0;
+        for (qsizetype i = 0; i < y.size(); ++i) {
+            const auto line = strongLineAt(y, i, least, reach, 1.8);
+            if (!line)
+                continue;
+            ++strong;
+            double nearest = HUGE_VAL;
+            for (const PeakSearch::Gaussian& peak : peaks)
+                nearest = std::min(nearest, std::fabs(peak.center - line->centroid));
+            std::printf("line at %lld of %g: centroid %.3f, peak %.3f beside it\n",
+                static_cast<long long>(line->channel), line->height, line->centroid, nearest);
+            QVERIFY2(nearest <= tolerance, qPrintable(QString::number(line->channel)));
+        }
+        QCOMPARE(strong, lines);
+    }
+};
 
 QTEST_GUILESS_MAIN(TestPeakSearchSpectra)
 #include "tst_peaksearch_spectra.moc"

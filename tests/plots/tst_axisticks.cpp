@@ -58,423 +58,387 @@ class TestPlotAxis : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void comparesWithTolerance_data();
-    void comparesWithTolerance();
-    void cutsPixels_data();
-    void cutsPixels();
-    void roundsToInt_data();
-    void roundsToInt();
+    void comparesWithTolerance_data()
+    {
+        QTest::addColumn<double>("a");
+        QTest::addColumn<double>("b");
+        QTest::addColumn<bool>("equal");
+        QTest::newRow("the same") << 3.0 << 3.0 << true;
+        QTest::newRow("one step apart near 1") << 1.0 << 1.0 + DBL_EPSILON << true;
+        QTest::newRow("two steps apart near 1") << 1.0 << 1.0 + 2 * DBL_EPSILON << false;
+        QTest::newRow("tolerance grows with magnitude") << 1e10 << 1e10 * (1 + DBL_EPSILON) << true;
+        QTest::newRow("just beyond at magnitude") << 1e10 << 1e10 + 1e-4 << false;
+        QTest::newRow("small ones are equal within epsilon") << 1e-17 << -1e-17 << true;
+        QTest::newRow("small but not that small") << 1e-15 << 0.0 << false;
+        QTest::newRow("limit below 1") << 0.5 << 0.5 + DBL_EPSILON << true;
+        QTest::newRow("zeros of both signs") << 0.0 << -0.0 << true;
+        QTest::newRow("opposite signs") << 1.0 << -1.0 << false;
+        QTest::newRow("an infinity differs from itself") << infinity << infinity << false;
+        QTest::newRow("opposite infinities are as near") << infinity << -infinity << true;
+        QTest::newRow("any distance to infinity is within its tolerance") << infinity << 1.0 << true;
+        QTest::newRow("not a number equals nothing") << notANumber << notANumber << false;
+    }
+    void comparesWithTolerance()
+    {
+        QFETCH(double, a);
+        QFETCH(double, b);
+        QTEST(tarnis::plotEqual(a, b), "equal");
+        QTEST(tarnis::plotEqual(b, a), "equal");
+    }
 
-    void ticks_data();
-    void ticks();
-    void ticksKeepTheirPromises();
-    void ticksOfAnyNumbersAreFewAndThere();
-    void ticksAreThoseOfTheOracle();
+    void cutsPixels_data()
+    {
+        QTest::addColumn<double>("value");
+        QTest::addColumn<int>("pixel");
+        QTest::newRow("whole") << 12.0 << 12;
+        QTest::newRow("fraction") << 12.999 << 12;
+        QTest::newRow("negative, towards zero") << -0.999 << 0;
+        QTest::newRow("negative") << -3.5 << -3;
+        QTest::newRow("the limit") << 1073741824.0 << 1073741824;
+        QTest::newRow("beyond the limit") << 3e9 << 1073741824;
+        QTest::newRow("beyond the other limit") << -3e9 << -1073741824;
+        QTest::newRow("infinity") << infinity << 1073741824;
+        QTest::newRow("minus infinity") << -infinity << -1073741824;
+        QTest::newRow("not a number is out of sight") << notANumber << -1073741824;
+    }
+    void cutsPixels()
+    {
+        QFETCH(double, value);
+        QTEST(tarnis::truncateToPixel(value), "pixel");
+    }
 
-    void maxima_data();
-    void maxima();
-    void maximaKeepTheirPromises();
-    void logMaxima_data();
-    void logMaxima();
-    void logarithmHasAFloor();
+    void roundsToInt_data()
+    {
+        QTest::addColumn<double>("value");
+        QTest::addColumn<int>("rounded");
+        QTest::newRow("down") << 2.4 << 2;
+        QTest::newRow("half up") << 2.5 << 3;
+        QTest::newRow("half away from zero") << -2.5 << -3;
+        QTest::newRow("largest") << 2147483647.0 << 2147483647;
+        QTest::newRow("nearly largest") << 2147483646.6 << 2147483647;
+        QTest::newRow("too large") << 1e18 << 2147483647;
+        QTest::newRow("smallest") << -2147483648.0 << std::numeric_limits<int>::min();
+        QTest::newRow("too small") << -1e300 << std::numeric_limits<int>::min();
+        QTest::newRow("not a number") << notANumber << std::numeric_limits<int>::min();
+    }
+    void roundsToInt()
+    {
+        QFETCH(double, value);
+        QTEST(tarnis::roundToInt(value), "rounded");
+    }
 
-    void tickLists_data();
-    void tickLists();
-    void logTickLists_data();
-    void logTickLists();
+    void ticks_data()
+    {
+        QTest::addColumn<double>("a");
+        QTest::addColumn<double>("b");
+        QTest::addColumn<int>("wanted");
+        QTest::addColumn<Values>("expected");
+        QTest::addColumn<int>("used");
+        QTest::newRow("0 to 100") << 0.0 << 100.0 << 0 << Values { 0, 20, 40, 60, 80, 100 } << 0;
+        QTest::newRow("0 to 1024") << 0.0 << 1024.0 << 0 << Values { 0, 200, 400, 600, 800, 1000 } << 0;
+        QTest::newRow("half without decimals") << 0.0 << 0.5 << 0 << Values { 0 } << 0;
+        QTest::newRow("half with decimals") << 0.0 << 0.5 << 2 << Values { 0, 0.1, 0.2, 0.3, 0.4, 0.5 } << 1;
+        QTest::newRow("0 to 3 has no halves") << 0.0 << 3.0 << 0 << Values { 0, 1, 2, 3 } << 0;
+        QTest::newRow("negative decimals are none") << 0.0 << 3.0 << -2 << Values { 0, 1, 2, 3 } << -2;
+        QTest::newRow("0 to 3 with a decimal") << 0.0 << 3.0 << 1 << Values { 0, 0.5, 1, 1.5, 2, 2.5, 3 } << 1;
+        QTest::newRow("decimals untouched at whole steps")
+            << 0.0 << 100.0 << 5 << Values { 0, 20, 40, 60, 80, 100 } << 5;
+        QTest::newRow("a quarter of exactly 1") << 0.0 << 4.0 << 3 << Values { 0, 1, 2, 3, 4 } << 3;
+        QTest::newRow("2 is not below a quarter of 8") << 0.0 << 8.0 << 0 << Values { 0, 1, 2, 3, 4, 5, 6, 7, 8 } << 0;
+        QTest::newRow("5 is not below a quarter of 20")
+            << 0.0 << 20.0 << 0 << Values { 0, 2, 4, 6, 8, 10, 12, 14, 16, 18, 20 } << 0;
+        QTest::newRow("5 is below a quarter of 21") << 0.0 << 21.0 << 0 << Values { 0, 5, 10, 15, 20 } << 0;
+        QTest::newRow("no tick below a thousandth") << 0.0 << 0.0031 << 3 << Values { 0, 0.001, 0.002, 0.003 } << 3;
+        QTest::newRow("much finer than a thousandth") << 0.0 << 1e-7 << 3 << Values { 0 } << 3;
+        QTest::newRow("zero range without decimals") << 0.0 << 0.0 << 0 << Values { 0 } << 0;
+        QTest::newRow("zero range with decimals") << 0.0 << 0.0 << 1 << Values { 0 } << 3;
+        QTest::newRow("zero range elsewhere") << 7.0 << 7.0 << 0 << Values { 7 } << 0;
+        QTest::newRow("between whole numbers: out of range, downwards") << 0.2 << 0.8 << 0 << Values { 1, 0 } << 0;
+        QTest::newRow("the same reversed") << 0.8 << 0.2 << 0 << Values { 0, 1 } << 0;
+        QTest::newRow("reversed") << 100.0 << 0.0 << 0 << Values { 100, 80, 60, 40, 20, 0 } << 0;
+        QTest::newRow("both sides of zero") << -55.0 << 45.0 << 0 << Values { -40, -20, 0, 20, 40 } << 0;
+        QTest::newRow("negative") << -1000.0 << -500.0 << 0 << Values { -1000, -900, -800, -700, -600, -500 } << 0;
+        QTest::newRow("not a number") << notANumber << 1.0 << 2 << Values { notANumber } << 2;
+        QTest::newRow("infinite") << 0.0 << infinity << 0 << Values { notANumber } << 0;
+        QTest::newRow("wider than a double") << -1.7e308 << 1.7e308 << 0 << Values { notANumber } << 0;
+    }
+    void ticks()
+    {
+        QFETCH(double, a);
+        QFETCH(double, b);
+        QFETCH(int, wanted);
+        QFETCH(Values, expected);
+        int decimal = wanted;
+        const Values ticks = tarnis::calcTicks(a, b, decimal);
+        QVERIFY2(alike(ticks, expected), qPrintable(text(ticks)));
+        QTEST(decimal, "used");
+    }
 
-    void columnsFallOnWholePixels();
-    void rows_data();
-    void rows();
-    void gridLinesAreOnTicksAndHalfway();
-    void gridStaysInside();
-};
+    /// Ticks are in order, equally apart by 1, 2 or 5 times a power of ten, inside the range, and reversed with it.
+    void ticksKeepTheirPromises()
+    {
+        auto random = tarnis::testing::seededGenerator(11);
+        for (int i = 0; i < 20000; ++i) {
+            double a = axisNumber(random);
+            double b = axisNumber(random);
+            if (std::fabs(a - b) < 4.0)
+                continue; // finer ranges may contain no integer
+            int decimal = 0;
+            const Values ticks = tarnis::calcTicks(a, b, decimal);
+            QVERIFY2(ticks.size() >= 4 && ticks.size() <= 11, qPrintable(text({ a, b })));
+            const double step = std::fabs(ticks.at(1) - ticks.at(0));
+            const double mantissa = step / std::pow(10.0, std::floor(std::log10(step * 1.0000001)));
+            QVERIFY(std::fabs(mantissa - 1.0) < 1e-6 || std::fabs(mantissa - 2.0) < 1e-6
+                || std::fabs(mantissa - 5.0) < 1e-6);
+            QVERIFY(step <= std::fabs(a - b) * 0.25 * (1 + 1e-9));
+            const double slack = std::fabs(a - b) * 1e-9;
+            for (const double tick : ticks)
+                QVERIFY(tick >= std::min(a, b) - slack && tick <= std::max(a, b) + slack);
+            QCOMPARE(std::is_sorted(ticks.begin(), ticks.end()), a < b);
 
-void TestPlotAxis::comparesWithTolerance_data()
-{
-    QTest::addColumn<double>("a");
-    QTest::addColumn<double>("b");
-    QTest::addColumn<bool>("equal");
-    QTest::newRow("the same") << 3.0 << 3.0 << true;
-    QTest::newRow("one step apart near 1") << 1.0 << 1.0 + DBL_EPSILON << true;
-    QTest::newRow("two steps apart near 1") << 1.0 << 1.0 + 2 * DBL_EPSILON << false;
-    QTest::newRow("tolerance grows with magnitude") << 1e10 << 1e10 * (1 + DBL_EPSILON) << true;
-    QTest::newRow("just beyond at magnitude") << 1e10 << 1e10 + 1e-4 << false;
-    QTest::newRow("small ones are equal within epsilon") << 1e-17 << -1e-17 << true;
-    QTest::newRow("small but not that small") << 1e-15 << 0.0 << false;
-    QTest::newRow("limit below 1") << 0.5 << 0.5 + DBL_EPSILON << true;
-    QTest::newRow("zeros of both signs") << 0.0 << -0.0 << true;
-    QTest::newRow("opposite signs") << 1.0 << -1.0 << false;
-    QTest::newRow("an infinity differs from itself") << infinity << infinity << false;
-    QTest::newRow("opposite infinities are as near") << infinity << -infinity << true;
-    QTest::newRow("any distance to infinity is within its tolerance") << infinity << 1.0 << true;
-    QTest::newRow("not a number equals nothing") << notANumber << notANumber << false;
-}
+            Values mirrored = tarnis::calcTicks(b, a, decimal);
+            std::reverse(mirrored.begin(), mirrored.end());
+            QCOMPARE(mirrored, ticks);
+        }
+    }
 
-void TestPlotAxis::comparesWithTolerance()
-{
-    QFETCH(double, a);
-    QFETCH(double, b);
-    QTEST(tarnis::plotEqual(a, b), "equal");
-    QTEST(tarnis::plotEqual(b, a), "equal");
-}
+    void ticksOfAnyNumbersAreFewAndThere()
+    {
+        auto random = tarnis::testing::seededGenerator(12);
+        const double special[] = { 0.0, -0.0, infinity, -infinity, notANumber, DBL_MAX, -DBL_MAX, 5e-324, DBL_MIN };
+        std::uniform_int_distribution<std::size_t> pick(0, std::size(special) - 1);
+        for (int i = 0; i < 50000; ++i) {
+            double a = i % 7 == 0 ? special[pick(random)] : anyNumber(random);
+            double b = i % 5 == 0 ? special[pick(random)] : anyNumber(random);
+            if (i % 3 == 0)
+                b = std::nextafter(a, b);
+            int decimal = i % 6 - 1;
+            const Values ticks = tarnis::calcTicks(a, b, decimal);
+            QVERIFY2(!ticks.isEmpty() && ticks.size() < 50, qPrintable(text({ a, b })));
+            QVERIFY(tarnis::logTicks({ a, b }).values.size() < 1000);
+        }
+    }
 
-void TestPlotAxis::cutsPixels_data()
-{
-    QTest::addColumn<double>("value");
-    QTest::addColumn<int>("pixel");
-    QTest::newRow("whole") << 12.0 << 12;
-    QTest::newRow("fraction") << 12.999 << 12;
-    QTest::newRow("negative, towards zero") << -0.999 << 0;
-    QTest::newRow("negative") << -3.5 << -3;
-    QTest::newRow("the limit") << 1073741824.0 << 1073741824;
-    QTest::newRow("beyond the limit") << 3e9 << 1073741824;
-    QTest::newRow("beyond the other limit") << -3e9 << -1073741824;
-    QTest::newRow("infinity") << infinity << 1073741824;
-    QTest::newRow("minus infinity") << -infinity << -1073741824;
-    QTest::newRow("not a number is out of sight") << notANumber << -1073741824;
-}
+    void ticksAreThoseOfTheOracle()
+    {
+        auto random = tarnis::testing::seededGenerator(13);
+        for (int i = 0; i < 50000; ++i) {
+            const double a = i % 2 == 0 ? axisNumber(random) : anyNumber(random);
+            const double b = i % 3 == 0 ? axisNumber(random) : a + axisNumber(random) * 0.01;
+            int decimal = i % 6 - 1;
+            int oracleDecimal = decimal;
+            const Values ticks = tarnis::calcTicks(a, b, decimal);
+            const Values expected = tarnis::testing::frameTicks(a, b, oracleDecimal);
+            QCOMPARE(decimal, oracleDecimal);
+            QVERIFY2(std::equal(ticks.begin(), ticks.end(), expected.begin(), expected.end(),
+                         [](double x, double y) { return x == y || (std::isnan(x) && std::isnan(y)); }),
+                qPrintable(text(ticks) + text(expected)));
+        }
+    }
 
-void TestPlotAxis::cutsPixels()
-{
-    QFETCH(double, value);
-    QTEST(tarnis::truncateToPixel(value), "pixel");
-}
+    void maxima_data()
+    {
+        QTest::addColumn<double>("value");
+        QTest::addColumn<double>("rounded");
+        QTest::addColumn<unsigned int>("ticks");
+        QTest::newRow("1024") << 1024.0 << 1200.0 << 6U;
+        QTest::newRow("100") << 100.0 << 100.0 << 5U;
+        QTest::newRow("a half stays") << 0.5 << 0.5 << 5U;
+        QTest::newRow("3") << 3.0 << 3.0 << 6U;
+        QTest::newRow("8 in single steps") << 8.0 << 8.0 << 8U;
+        QTest::newRow("16384") << 16384.0 << 18000.0 << 9U;
+        QTest::newRow("at least four ticks, the value stays") << 0.0 << 0.0 << 4U;
+        QTest::newRow("negative") << -5.0 << notANumber << 4U;
+        QTest::newRow("infinite") << infinity << notANumber << 4U;
+        QTest::newRow("not a number") << notANumber << notANumber << 4U;
+        QTest::newRow("too small for a step of its own") << 5e-324 << 1.0 << 4U;
+    }
+    void maxima()
+    {
+        QFETCH(double, value);
+        QFETCH(double, rounded);
+        unsigned int count = 99;
+        const double result = tarnis::adjustAxis(value, count);
+        QVERIFY2(alike(result, rounded), qPrintable(QString::number(result)));
+        QTEST(count, "ticks");
+    }
 
-void TestPlotAxis::roundsToInt_data()
-{
-    QTest::addColumn<double>("value");
-    QTest::addColumn<int>("rounded");
-    QTest::newRow("down") << 2.4 << 2;
-    QTest::newRow("half up") << 2.5 << 3;
-    QTest::newRow("half away from zero") << -2.5 << -3;
-    QTest::newRow("largest") << 2147483647.0 << 2147483647;
-    QTest::newRow("nearly largest") << 2147483646.6 << 2147483647;
-    QTest::newRow("too large") << 1e18 << 2147483647;
-    QTest::newRow("smallest") << -2147483648.0 << std::numeric_limits<int>::min();
-    QTest::newRow("too small") << -1e300 << std::numeric_limits<int>::min();
-    QTest::newRow("not a number") << notANumber << std::numeric_limits<int>::min();
-}
+    /// A rounded maximum is not below the value, less than a quarter above it, and a multiple of the step.
+    void maximaKeepTheirPromises()
+    {
+        auto random = tarnis::testing::seededGenerator(14);
+        for (int i = 0; i < 20000; ++i) {
+            const double value = std::fabs(axisNumber(random));
+            unsigned int count = 0;
+            const double rounded = tarnis::adjustAxis(value, count);
+            QVERIFY(rounded >= value * (1 - 1e-15) && rounded <= value * 1.25 * (1 + 1e-12));
+            QVERIFY(count >= 4 && count <= 11);
+            unsigned int again = 0;
+            const double twice = tarnis::adjustAxis(rounded, again);
+            QVERIFY2(twice >= rounded * (1 - 1e-15), qPrintable(text({ value, rounded, twice })));
+        }
+    }
 
-void TestPlotAxis::roundsToInt()
-{
-    QFETCH(double, value);
-    QTEST(tarnis::roundToInt(value), "rounded");
-}
+    void logMaxima_data()
+    {
+        QTest::addColumn<double>("value");
+        QTest::addColumn<double>("rounded");
+        QTest::newRow("a power of ten stays") << 1000.0 << 1000.0;
+        QTest::newRow("just above it") << 1001.0 << 10000.0;
+        QTest::newRow("below one") << 0.5 << 1.0;
+        QTest::newRow("zero") << 0.0 << 1.0;
+        QTest::newRow("negative") << -5.0 << 1.0;
+        QTest::newRow("beyond the integers") << 1e22 << 1e22;
+        QTest::newRow("the largest") << DBL_MAX << infinity;
+        QTest::newRow("infinite") << infinity << infinity;
+        QTest::newRow("not a number") << notANumber << 1.0;
+    }
+    void logMaxima()
+    {
+        QFETCH(double, value);
+        QTEST(tarnis::adjustLogAxis(value), "rounded");
+    }
 
-void TestPlotAxis::ticks_data()
-{
-    QTest::addColumn<double>("a");
-    QTest::addColumn<double>("b");
-    QTest::addColumn<int>("wanted");
-    QTest::addColumn<Values>("expected");
-    QTest::addColumn<int>("used");
-    QTest::newRow("0 to 100") << 0.0 << 100.0 << 0 << Values { 0, 20, 40, 60, 80, 100 } << 0;
-    QTest::newRow("0 to 1024") << 0.0 << 1024.0 << 0 << Values { 0, 200, 400, 600, 800, 1000 } << 0;
-    QTest::newRow("half without decimals") << 0.0 << 0.5 << 0 << Values { 0 } << 0;
-    QTest::newRow("half with decimals") << 0.0 << 0.5 << 2 << Values { 0, 0.1, 0.2, 0.3, 0.4, 0.5 } << 1;
-    QTest::newRow("0 to 3 has no halves") << 0.0 << 3.0 << 0 << Values { 0, 1, 2, 3 } << 0;
-    QTest::newRow("negative decimals are none") << 0.0 << 3.0 << -2 << Values { 0, 1, 2, 3 } << -2;
-    QTest::newRow("0 to 3 with a decimal") << 0.0 << 3.0 << 1 << Values { 0, 0.5, 1, 1.5, 2, 2.5, 3 } << 1;
-    QTest::newRow("decimals untouched at whole steps") << 0.0 << 100.0 << 5 << Values { 0, 20, 40, 60, 80, 100 } << 5;
-    QTest::newRow("a quarter of exactly 1") << 0.0 << 4.0 << 3 << Values { 0, 1, 2, 3, 4 } << 3;
-    QTest::newRow("2 is not below a quarter of 8") << 0.0 << 8.0 << 0 << Values { 0, 1, 2, 3, 4, 5, 6, 7, 8 } << 0;
-    QTest::newRow("5 is not below a quarter of 20")
-        << 0.0 << 20.0 << 0 << Values { 0, 2, 4, 6, 8, 10, 12, 14, 16, 18, 20 } << 0;
-    QTest::newRow("5 is below a quarter of 21") << 0.0 << 21.0 << 0 << Values { 0, 5, 10, 15, 20 } << 0;
-    QTest::newRow("no tick below a thousandth") << 0.0 << 0.0031 << 3 << Values { 0, 0.001, 0.002, 0.003 } << 3;
-    QTest::newRow("much finer than a thousandth") << 0.0 << 1e-7 << 3 << Values { 0 } << 3;
-    QTest::newRow("zero range without decimals") << 0.0 << 0.0 << 0 << Values { 0 } << 0;
-    QTest::newRow("zero range with decimals") << 0.0 << 0.0 << 1 << Values { 0 } << 3;
-    QTest::newRow("zero range elsewhere") << 7.0 << 7.0 << 0 << Values { 7 } << 0;
-    QTest::newRow("between whole numbers: out of range, downwards") << 0.2 << 0.8 << 0 << Values { 1, 0 } << 0;
-    QTest::newRow("the same reversed") << 0.8 << 0.2 << 0 << Values { 0, 1 } << 0;
-    QTest::newRow("reversed") << 100.0 << 0.0 << 0 << Values { 100, 80, 60, 40, 20, 0 } << 0;
-    QTest::newRow("both sides of zero") << -55.0 << 45.0 << 0 << Values { -40, -20, 0, 20, 40 } << 0;
-    QTest::newRow("negative") << -1000.0 << -500.0 << 0 << Values { -1000, -900, -800, -700, -600, -500 } << 0;
-    QTest::newRow("not a number") << notANumber << 1.0 << 2 << Values { notANumber } << 2;
-    QTest::newRow("infinite") << 0.0 << infinity << 0 << Values { notANumber } << 0;
-    QTest::newRow("wider than a double") << -1.7e308 << 1.7e308 << 0 << Values { notANumber } << 0;
-}
+    void logarithmHasAFloor()
+    {
+        QCOMPARE(tarnis::floorLog10(1000.0), 3.0);
+        QCOMPARE(tarnis::floorLog10(0.01), -2.0);
+        QCOMPARE(tarnis::floorLog10(0.0), 0.0);
+        QCOMPARE(tarnis::floorLog10(-7.0), 0.0);
+        QCOMPARE(tarnis::floorLog10(notANumber), 0.0);
+    }
 
-void TestPlotAxis::ticks()
-{
-    QFETCH(double, a);
-    QFETCH(double, b);
-    QFETCH(int, wanted);
-    QFETCH(Values, expected);
-    int decimal = wanted;
-    const Values ticks = tarnis::calcTicks(a, b, decimal);
-    QVERIFY2(alike(ticks, expected), qPrintable(text(ticks)));
-    QTEST(decimal, "used");
-}
+    void tickLists_data()
+    {
+        QTest::addColumn<Values>("inner");
+        QTest::addColumn<double>("min");
+        QTest::addColumn<double>("max");
+        QTest::addColumn<Values>("expected");
+        QTest::addColumn<double>("step");
+        QTest::newRow("both ends added") << Values { 20, 40 } << 5.0 << 47.0 << Values { 5, 20, 40, 47 } << 20.0;
+        QTest::newRow("ends that are there already")
+            << Values { 0, 20, 40 } << 0.0 << 40.0 << Values { 0, 20, 40 } << 20.0;
+        QTest::newRow("within the tolerance")
+            << Values { 0.1, 0.2 } << 0.1 + 1e-17 << 0.2 << Values { 0.1, 0.2 } << 0.1;
+        QTest::newRow("one tick has no step") << Values { 0 } << 0.0 << 0.5 << Values { 0, 0.5 } << 0.0;
+        QTest::newRow("one tick that is all") << Values { 0 } << 0.0 << 0.0 << Values { 0 } << 0.0;
+        QTest::newRow("descending") << Values { 80, 60 } << 99.0 << 60.0 << Values { 99, 80, 60 } << -20.0;
+        QTest::newRow("out of range and backwards")
+            << Values { 1, 0 } << 0.2 << 0.8 << Values { 0.2, 1, 0, 0.8 } << -1.0;
+        QTest::newRow("not a number") << Values { notANumber } << notANumber << 1.0
+                                      << Values { notANumber, notANumber, 1 } << 0.0;
+    }
+    void tickLists()
+    {
+        QFETCH(Values, inner);
+        QFETCH(double, min);
+        QFETCH(double, max);
+        QFETCH(Values, expected);
+        const AxisTicks list = tarnis::linearTicks(inner, { min, max });
+        QVERIFY2(alike(list.values, expected), qPrintable(text(list.values)));
+        QTEST(list.step, "step");
+    }
 
-/// Ticks are in order, equally apart by 1, 2 or 5 times a power of ten, inside the range, and reversed with it.
-void TestPlotAxis::ticksKeepTheirPromises()
-{
-    auto random = tarnis::testing::seededGenerator(11);
-    for (int i = 0; i < 20000; ++i) {
-        double a = axisNumber(random);
-        double b = axisNumber(random);
-        if (std::fabs(a - b) < 4.0)
-            continue; // finer ranges may contain no integer
+    void logTickLists_data()
+    {
+        QTest::addColumn<double>("min");
+        QTest::addColumn<double>("max");
+        QTest::addColumn<Values>("expected");
+        QTest::newRow("from zero") << 0.0 << 1000.0 << Values { 0, 1, 10, 100, 1000 };
+        QTest::newRow("a power of ten stands twice") << 1.0 << 100.0 << Values { 1, 1, 10, 100 };
+        QTest::newRow("between powers") << 3.0 << 250.0 << Values { 3, 10, 100, 250 };
+        QTest::newRow("below one") << 0.005 << 2.0 << Values { 0.005, 0.01, 0.1, 1, 2 };
+        QTest::newRow("negative minimum") << -5.0 << 20.0 << Values { -5, 1, 10, 20 };
+        QTest::newRow("all zero") << 0.0 << 0.0 << Values { 0, 0 };
+        QTest::newRow("reversed") << 100.0 << 1.0 << Values { 100, 1 };
+        QTest::newRow("not a number") << notANumber << 10.0 << Values { notANumber, 10 };
+        QTest::newRow("infinite minimum") << infinity << 10.0 << Values { infinity, 10 };
+    }
+    void logTickLists()
+    {
+        QFETCH(double, min);
+        QFETCH(double, max);
+        QFETCH(Values, expected);
+        const AxisTicks list = tarnis::logTicks({ min, max });
+        QVERIFY2(alike(list.values, expected), qPrintable(text(list.values)));
+        QCOMPARE(list.step, 0.0);
+        QVERIFY(tarnis::logTicks({ 0.0, infinity }).values.size() > 300); // ends, although the maximum does not
+    }
+
+    /// A range of n values on n pixels: each value has its own pixel, the maximum the one after the last.
+    void columnsFallOnWholePixels()
+    {
+        for (int width = 1; width <= 2048; width *= 2) {
+            const QRect graph(40, 10, width, 100);
+            for (int i = 0; i <= width; ++i)
+                QCOMPARE(tarnis::columnOf(i, { 0.0, static_cast<double>(width) }, graph), 40 + i);
+        }
+        QCOMPARE(tarnis::columnOf(75.0, { 100.0, 0.0 }, QRect(0, 0, 100, 1)), 25);
+        QCOMPARE(tarnis::columnOf(1.0, { 1.0, 1.0 }, QRect(0, 0, 100, 1)), -(1 << 30)); // 0 / 0: out of sight
+        QCOMPARE(tarnis::columnOf(2.0, { 1.0, 1.0 }, QRect(0, 0, 100, 1)), 1 << 30);
+    }
+
+    void rows_data()
+    {
+        QTest::addColumn<double>("value");
+        QTest::addColumn<double>("min");
+        QTest::addColumn<double>("max");
+        QTest::addColumn<bool>("log");
+        QTest::addColumn<int>("row");
+        // The graph runs from row 20 to row 119.
+        QTest::newRow("minimum on the bottom") << 0.0 << 0.0 << 50.0 << false << 119;
+        QTest::newRow("maximum just above the top") << 50.0 << 0.0 << 50.0 << false << 19;
+        QTest::newRow("middle") << 25.0 << 0.0 << 50.0 << false << 69;
+        QTest::newRow("cut, not rounded") << 0.7 << 0.0 << 100.0 << false << 118;
+        QTest::newRow("equal ends") << 3.0 << 3.0 << 3.0 << false << 119;
+        QTest::newRow("equal ends on a log axis") << 3.0 << 3.0 << 3.0 << true << 119;
+        QTest::newRow("decade") << 10.0 << 1.0 << 100.0 << true << 69;
+        QTest::newRow("zero is on the floor of a log axis") << 0.0 << 0.0 << 100.0 << true << 119;
+        QTest::newRow("one is on the same floor") << 1.0 << 0.0 << 100.0 << true << 119;
+        QTest::newRow("below the floor of a log axis") << 0.1 << 1.0 << 10.0 << true << 219;
+        QTest::newRow("log axis within one decade of nothing") << 0.5 << 0.0 << 1.0 << true << (1 << 30);
+        QTest::newRow("not a number") << notANumber << 0.0 << 1.0 << false << -(1 << 30);
+        QTest::newRow("far above") << 1e300 << 0.0 << 1.0 << false << -(1 << 30);
+    }
+    void rows()
+    {
+        QFETCH(double, value);
+        QFETCH(double, min);
+        QFETCH(double, max);
+        QFETCH(bool, log);
+        QTEST(tarnis::rowOf(value, { min, max }, log, QRect(10, 20, 100, 100)), "row");
+    }
+
+    void gridLinesAreOnTicksAndHalfway()
+    {
+        const QRect graph(0, 0, 100, 100);
+        const AxisRange range { 0.0, 100.0 };
         int decimal = 0;
-        const Values ticks = tarnis::calcTicks(a, b, decimal);
-        QVERIFY2(ticks.size() >= 4 && ticks.size() <= 11, qPrintable(text({ a, b })));
-        const double step = std::fabs(ticks.at(1) - ticks.at(0));
-        const double mantissa = step / std::pow(10.0, std::floor(std::log10(step * 1.0000001)));
-        QVERIFY(
-            std::fabs(mantissa - 1.0) < 1e-6 || std::fabs(mantissa - 2.0) < 1e-6 || std::fabs(mantissa - 5.0) < 1e-6);
-        QVERIFY(step <= std::fabs(a - b) * 0.25 * (1 + 1e-9));
-        const double slack = std::fabs(a - b) * 1e-9;
-        for (const double tick : ticks)
-            QVERIFY(tick >= std::min(a, b) - slack && tick <= std::max(a, b) + slack);
-        QCOMPARE(std::is_sorted(ticks.begin(), ticks.end()), a < b);
+        const AxisTicks ticks = tarnis::linearTicks(tarnis::calcTicks(0.0, 100.0, decimal), range);
+        QCOMPARE(tarnis::gridColumns(ticks, range, graph), (QList<int> { 20, 30, 10, 40, 50, 60, 70, 80, 90 }));
+        QCOMPARE(tarnis::gridRows(ticks, range, false, graph), (QList<int> { 79, 69, 89, 59, 49, 39, 29, 19, 9 }));
 
-        Values mirrored = tarnis::calcTicks(b, a, decimal);
-        std::reverse(mirrored.begin(), mirrored.end());
-        QCOMPARE(mirrored, ticks);
+        const AxisTicks decades = tarnis::logTicks({ 1.0, 1000.0 });
+        QCOMPARE(tarnis::gridRows(decades, { 1.0, 1000.0 }, true, QRect(0, 0, 100, 99)),
+            (QList<int> { 65, 65, 32, 32 })); // the doubled minimum is the frame's own bottom
+        QCOMPARE(tarnis::gridColumns({ { 0.0, 1.0 }, 1.0 }, { 0.0, 1.0 }, graph), QList<int>());
     }
-}
 
-void TestPlotAxis::ticksOfAnyNumbersAreFewAndThere()
-{
-    auto random = tarnis::testing::seededGenerator(12);
-    const double special[] = { 0.0, -0.0, infinity, -infinity, notANumber, DBL_MAX, -DBL_MAX, 5e-324, DBL_MIN };
-    std::uniform_int_distribution<std::size_t> pick(0, std::size(special) - 1);
-    for (int i = 0; i < 50000; ++i) {
-        double a = i % 7 == 0 ? special[pick(random)] : anyNumber(random);
-        double b = i % 5 == 0 ? special[pick(random)] : anyNumber(random);
-        if (i % 3 == 0)
-            b = std::nextafter(a, b);
-        int decimal = i % 6 - 1;
-        const Values ticks = tarnis::calcTicks(a, b, decimal);
-        QVERIFY2(!ticks.isEmpty() && ticks.size() < 50, qPrintable(text({ a, b })));
-        QVERIFY(tarnis::logTicks({ a, b }).values.size() < 1000);
+    void gridStaysInside()
+    {
+        auto random = tarnis::testing::seededGenerator(15);
+        for (int i = 0; i < 20000; ++i) {
+            const AxisRange range { i % 2 == 0 ? axisNumber(random) : anyNumber(random), anyNumber(random) };
+            int decimal = i % 4;
+            const AxisTicks ticks = tarnis::linearTicks(tarnis::calcTicks(range.min, range.max, decimal), range);
+            const QRect graph(i % 90, i % 70, i % 300 - 20, i % 200 - 20);
+            for (const int column : tarnis::gridColumns(ticks, range, graph))
+                QVERIFY(column > graph.left() && column < graph.right());
+            for (const int row : tarnis::gridRows(ticks, range, i % 3 == 0, graph))
+                QVERIFY(row > graph.top() && row < graph.bottom());
+        }
     }
-}
-
-void TestPlotAxis::ticksAreThoseOfTheOracle()
-{
-    auto random = tarnis::testing::seededGenerator(13);
-    for (int i = 0; i < 50000; ++i) {
-        const double a = i % 2 == 0 ? axisNumber(random) : anyNumber(random);
-        const double b = i % 3 == 0 ? axisNumber(random) : a + axisNumber(random) * 0.01;
-        int decimal = i % 6 - 1;
-        int oracleDecimal = decimal;
-        const Values ticks = tarnis::calcTicks(a, b, decimal);
-        const Values expected = tarnis::testing::frameTicks(a, b, oracleDecimal);
-        QCOMPARE(decimal, oracleDecimal);
-        QVERIFY2(std::equal(ticks.begin(), ticks.end(), expected.begin(), expected.end(),
-                     [](double x, double y) { return x == y || (std::isnan(x) && std::isnan(y)); }),
-            qPrintable(text(ticks) + text(expected)));
-    }
-}
-
-void TestPlotAxis::maxima_data()
-{
-    QTest::addColumn<double>("value");
-    QTest::addColumn<double>("rounded");
-    QTest::addColumn<unsigned int>("ticks");
-    QTest::newRow("1024") << 1024.0 << 1200.0 << 6U;
-    QTest::newRow("100") << 100.0 << 100.0 << 5U;
-    QTest::newRow("a half stays") << 0.5 << 0.5 << 5U;
-    QTest::newRow("3") << 3.0 << 3.0 << 6U;
-    QTest::newRow("8 in single steps") << 8.0 << 8.0 << 8U;
-    QTest::newRow("16384") << 16384.0 << 18000.0 << 9U;
-    QTest::newRow("at least four ticks, the value stays") << 0.0 << 0.0 << 4U;
-    QTest::newRow("negative") << -5.0 << notANumber << 4U;
-    QTest::newRow("infinite") << infinity << notANumber << 4U;
-    QTest::newRow("not a number") << notANumber << notANumber << 4U;
-    QTest::newRow("too small for a step of its own") << 5e-324 << 1.0 << 4U;
-}
-
-void TestPlotAxis::maxima()
-{
-    QFETCH(double, value);
-    QFETCH(double, rounded);
-    unsigned int count = 99;
-    const double result = tarnis::adjustAxis(value, count);
-    QVERIFY2(alike(result, rounded), qPrintable(QString::number(result)));
-    QTEST(count, "ticks");
-}
-
-/// A rounded maximum is not below the value, less than a quarter above it, and a multiple of the step.
-void TestPlotAxis::maximaKeepTheirPromises()
-{
-    auto random = tarnis::testing::seededGenerator(14);
-    for (int i = 0; i < 20000; ++i) {
-        const double value = std::fabs(axisNumber(random));
-        unsigned int count = 0;
-        const double rounded = tarnis::adjustAxis(value, count);
-        QVERIFY(rounded >= value * (1 - 1e-15) && rounded <= value * 1.25 * (1 + 1e-12));
-        QVERIFY(count >= 4 && count <= 11);
-        unsigned int again = 0;
-        const double twice = tarnis::adjustAxis(rounded, again);
-        QVERIFY2(twice >= rounded * (1 - 1e-15), qPrintable(text({ value, rounded, twice })));
-    }
-}
-
-void TestPlotAxis::logMaxima_data()
-{
-    QTest::addColumn<double>("value");
-    QTest::addColumn<double>("rounded");
-    QTest::newRow("a power of ten stays") << 1000.0 << 1000.0;
-    QTest::newRow("just above it") << 1001.0 << 10000.0;
-    QTest::newRow("below one") << 0.5 << 1.0;
-    QTest::newRow("zero") << 0.0 << 1.0;
-    QTest::newRow("negative") << -5.0 << 1.0;
-    QTest::newRow("beyond the integers") << 1e22 << 1e22;
-    QTest::newRow("the largest") << DBL_MAX << infinity;
-    QTest::newRow("infinite") << infinity << infinity;
-    QTest::newRow("not a number") << notANumber << 1.0;
-}
-
-void TestPlotAxis::logMaxima()
-{
-    QFETCH(double, value);
-    QTEST(tarnis::adjustLogAxis(value), "rounded");
-}
-
-void TestPlotAxis::logarithmHasAFloor()
-{
-    QCOMPARE(tarnis::floorLog10(1000.0), 3.0);
-    QCOMPARE(tarnis::floorLog10(0.01), -2.0);
-    QCOMPARE(tarnis::floorLog10(0.0), 0.0);
-    QCOMPARE(tarnis::floorLog10(-7.0), 0.0);
-    QCOMPARE(tarnis::floorLog10(notANumber), 0.0);
-}
-
-void TestPlotAxis::tickLists_data()
-{
-    QTest::addColumn<Values>("inner");
-    QTest::addColumn<double>("min");
-    QTest::addColumn<double>("max");
-    QTest::addColumn<Values>("expected");
-    QTest::addColumn<double>("step");
-    QTest::newRow("both ends added") << Values { 20, 40 } << 5.0 << 47.0 << Values { 5, 20, 40, 47 } << 20.0;
-    QTest::newRow("ends that are there already") << Values { 0, 20, 40 } << 0.0 << 40.0 << Values { 0, 20, 40 } << 20.0;
-    QTest::newRow("within the tolerance") << Values { 0.1, 0.2 } << 0.1 + 1e-17 << 0.2 << Values { 0.1, 0.2 } << 0.1;
-    QTest::newRow("one tick has no step") << Values { 0 } << 0.0 << 0.5 << Values { 0, 0.5 } << 0.0;
-    QTest::newRow("one tick that is all") << Values { 0 } << 0.0 << 0.0 << Values { 0 } << 0.0;
-    QTest::newRow("descending") << Values { 80, 60 } << 99.0 << 60.0 << Values { 99, 80, 60 } << -20.0;
-    QTest::newRow("out of range and backwards") << Values { 1, 0 } << 0.2 << 0.8 << Values { 0.2, 1, 0, 0.8 } << -1.0;
-    QTest::newRow("not a number") << Values { notANumber } << notANumber << 1.0 << Values { notANumber, notANumber, 1 }
-                                  << 0.0;
-}
-
-void TestPlotAxis::tickLists()
-{
-    QFETCH(Values, inner);
-    QFETCH(double, min);
-    QFETCH(double, max);
-    QFETCH(Values, expected);
-    const AxisTicks list = tarnis::linearTicks(inner, { min, max });
-    QVERIFY2(alike(list.values, expected), qPrintable(text(list.values)));
-    QTEST(list.step, "step");
-}
-
-void TestPlotAxis::logTickLists_data()
-{
-    QTest::addColumn<double>("min");
-    QTest::addColumn<double>("max");
-    QTest::addColumn<Values>("expected");
-    QTest::newRow("from zero") << 0.0 << 1000.0 << Values { 0, 1, 10, 100, 1000 };
-    QTest::newRow("a power of ten stands twice") << 1.0 << 100.0 << Values { 1, 1, 10, 100 };
-    QTest::newRow("between powers") << 3.0 << 250.0 << Values { 3, 10, 100, 250 };
-    QTest::newRow("below one") << 0.005 << 2.0 << Values { 0.005, 0.01, 0.1, 1, 2 };
-    QTest::newRow("negative minimum") << -5.0 << 20.0 << Values { -5, 1, 10, 20 };
-    QTest::newRow("all zero") << 0.0 << 0.0 << Values { 0, 0 };
-    QTest::newRow("reversed") << 100.0 << 1.0 << Values { 100, 1 };
-    QTest::newRow("not a number") << notANumber << 10.0 << Values { notANumber, 10 };
-    QTest::newRow("infinite minimum") << infinity << 10.0 << Values { infinity, 10 };
-}
-
-void TestPlotAxis::logTickLists()
-{
-    QFETCH(double, min);
-    QFETCH(double, max);
-    QFETCH(Values, expected);
-    const AxisTicks list = tarnis::logTicks({ min, max });
-    QVERIFY2(alike(list.values, expected), qPrintable(text(list.values)));
-    QCOMPARE(list.step, 0.0);
-    QVERIFY(tarnis::logTicks({ 0.0, infinity }).values.size() > 300); // ends, although the maximum does not
-}
-
-/// A range of n values on n pixels: each value has its own pixel, the maximum the one after the last.
-void TestPlotAxis::columnsFallOnWholePixels()
-{
-    for (int width = 1; width <= 2048; width *= 2) {
-        const QRect graph(40, 10, width, 100);
-        for (int i = 0; i <= width; ++i)
-            QCOMPARE(tarnis::columnOf(i, { 0.0, static_cast<double>(width) }, graph), 40 + i);
-    }
-    QCOMPARE(tarnis::columnOf(75.0, { 100.0, 0.0 }, QRect(0, 0, 100, 1)), 25);
-    QCOMPARE(tarnis::columnOf(1.0, { 1.0, 1.0 }, QRect(0, 0, 100, 1)), -(1 << 30)); // 0 / 0: out of sight
-    QCOMPARE(tarnis::columnOf(2.0, { 1.0, 1.0 }, QRect(0, 0, 100, 1)), 1 << 30);
-}
-
-void TestPlotAxis::rows_data()
-{
-    QTest::addColumn<double>("value");
-    QTest::addColumn<double>("min");
-    QTest::addColumn<double>("max");
-    QTest::addColumn<bool>("log");
-    QTest::addColumn<int>("row");
-    // The graph runs from row 20 to row 119.
-    QTest::newRow("minimum on the bottom") << 0.0 << 0.0 << 50.0 << false << 119;
-    QTest::newRow("maximum just above the top") << 50.0 << 0.0 << 50.0 << false << 19;
-    QTest::newRow("middle") << 25.0 << 0.0 << 50.0 << false << 69;
-    QTest::newRow("cut, not rounded") << 0.7 << 0.0 << 100.0 << false << 118;
-    QTest::newRow("equal ends") << 3.0 << 3.0 << 3.0 << false << 119;
-    QTest::newRow("equal ends on a log axis") << 3.0 << 3.0 << 3.0 << true << 119;
-    QTest::newRow("decade") << 10.0 << 1.0 << 100.0 << true << 69;
-    QTest::newRow("zero is on the floor of a log axis") << 0.0 << 0.0 << 100.0 << true << 119;
-    QTest::newRow("one is on the same floor") << 1.0 << 0.0 << 100.0 << true << 119;
-    QTest::newRow("below the floor of a log axis") << 0.1 << 1.0 << 10.0 << true << 219;
-    QTest::newRow("log axis within one decade of nothing") << 0.5 << 0.0 << 1.0 << true << (1 << 30);
-    QTest::newRow("not a number") << notANumber << 0.0 << 1.0 << false << -(1 << 30);
-    QTest::newRow("far above") << 1e300 << 0.0 << 1.0 << false << -(1 << 30);
-}
-
-void TestPlotAxis::rows()
-{
-    QFETCH(double, value);
-    QFETCH(double, min);
-    QFETCH(double, max);
-    QFETCH(bool, log);
-    QTEST(tarnis::rowOf(value, { min, max }, log, QRect(10, 20, 100, 100)), "row");
-}
-
-void TestPlotAxis::gridLinesAreOnTicksAndHalfway()
-{
-    const QRect graph(0, 0, 100, 100);
-    const AxisRange range { 0.0, 100.0 };
-    int decimal = 0;
-    const AxisTicks ticks = tarnis::linearTicks(tarnis::calcTicks(0.0, 100.0, decimal), range);
-    QCOMPARE(tarnis::gridColumns(ticks, range, graph), (QList<int> { 20, 30, 10, 40, 50, 60, 70, 80, 90 }));
-    QCOMPARE(tarnis::gridRows(ticks, range, false, graph), (QList<int> { 79, 69, 89, 59, 49, 39, 29, 19, 9 }));
-
-    const AxisTicks decades = tarnis::logTicks({ 1.0, 1000.0 });
-    QCOMPARE(tarnis::gridRows(decades, { 1.0, 1000.0 }, true, QRect(0, 0, 100, 99)),
-        (QList<int> { 65, 65, 32, 32 })); // the doubled minimum is the frame's own bottom
-    QCOMPARE(tarnis::gridColumns({ { 0.0, 1.0 }, 1.0 }, { 0.0, 1.0 }, graph), QList<int>());
-}
-
-void TestPlotAxis::gridStaysInside()
-{
-    auto random = tarnis::testing::seededGenerator(15);
-    for (int i = 0; i < 20000; ++i) {
-        const AxisRange range { i % 2 == 0 ? axisNumber(random) : anyNumber(random), anyNumber(random) };
-        int decimal = i % 4;
-        const AxisTicks ticks = tarnis::linearTicks(tarnis::calcTicks(range.min, range.max, decimal), range);
-        const QRect graph(i % 90, i % 70, i % 300 - 20, i % 200 - 20);
-        for (const int column : tarnis::gridColumns(ticks, range, graph))
-            QVERIFY(column > graph.left() && column < graph.right());
-        for (const int row : tarnis::gridRows(ticks, range, i % 3 == 0, graph))
-            QVERIFY(row > graph.top() && row < graph.bottom());
-    }
-}
+};
 
 QTEST_APPLESS_MAIN(TestPlotAxis)
 #include "tst_axisticks.moc"

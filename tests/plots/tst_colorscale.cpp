@@ -94,350 +94,321 @@ class TestColorScale : public QObject {
 private Q_SLOTS:
     void cleanup() { tarnis::setAvx2(true); }
 
-    void colorsBitByBit();
-    void tablesBitByBit_data();
-    void tablesBitByBit();
-    void squareRootsBitByBit();
-    void tablesHoldThePublishedColors_data();
-    void tablesHoldThePublishedColors();
-    void rowsBitByBit_data();
-    void rowsBitByBit();
-    void groupsBitByBit_data();
-    void groupsBitByBit();
-    void listsPixels_data();
-    void listsPixels();
-    void laysPixelsOver_data();
-    void laysPixelsOver();
-    void equalScalesGiveEqualColors();
-    void findsTheSmallestPositiveBin();
-    void emptyBins_data();
-    void emptyBins();
-};
-
-void TestColorScale::colorsBitByBit()
-{
-    Generator generator = seededGenerator(1);
-    for (int i = 0; i < 4000; ++i) {
-        const MapState map = randomScale(generator);
-        const tarnis::ColorScale scale = scaleOf(map);
-        for (int k = 0; k < 500; ++k) {
-            const double value = randomValue(generator, map);
-            const QColor expected = oracleColor(map, value);
-            const QColor color = scale.color(value);
-            if (color != expected || scale.pixel(value) != penPixel(expected))
-                QFAIL(qPrintable(QStringLiteral("%1 on %2 to %3%4: %5 for %6")
-                                     .arg(value, 0, 'g', 17)
-                                     .arg(map.minZ, 0, 'g', 17)
-                                     .arg(map.maxZ, 0, 'g', 17)
-                                     .arg(map.logScale ? " log" : "", color.name(), expected.name())));
+    void colorsBitByBit()
+    {
+        Generator generator = seededGenerator(1);
+        for (int i = 0; i < 4000; ++i) {
+            const MapState map = randomScale(generator);
+            const tarnis::ColorScale scale = scaleOf(map);
+            for (int k = 0; k < 500; ++k) {
+                const double value = randomValue(generator, map);
+                const QColor expected = oracleColor(map, value);
+                const QColor color = scale.color(value);
+                if (color != expected || scale.pixel(value) != penPixel(expected))
+                    QFAIL(qPrintable(QStringLiteral("%1 on %2 to %3%4: %5 for %6")
+                                         .arg(value, 0, 'g', 17)
+                                         .arg(map.minZ, 0, 'g', 17)
+                                         .arg(map.maxZ, 0, 'g', 17)
+                                         .arg(map.logScale ? " log" : "", color.name(), expected.name())));
+            }
         }
     }
-}
 
-void TestColorScale::tablesBitByBit_data()
-{
-    QTest::addColumn<bool>("wide");
-    QTest::newRow("lanes") << true;
-    QTest::newRow("plain loops") << false;
-}
-
-void TestColorScale::tablesBitByBit()
-{
-    QFETCH(bool, wide);
-    tarnis::setAvx2(wide);
-    Generator generator = seededGenerator(11);
-    tarnis::BinColouring converter;
-    for (int i = 0; i < 1500; ++i) {
-        const MapState map = randomScale(generator);
-        const auto name = static_cast<tarnis::TableName>(generator() % tarnis::tableCount);
-        const auto curve = generator() % 3;
-        const tarnis::ColorTable& table = tarnis::colorTable(name);
-        const std::vector<QRgb> entries(table.begin(), table.end());
-        const tarnis::ColorScale scale(map.minZ, map.maxZ, static_cast<tarnis::ScaleCurve>(curve), table);
-        QVERIFY(scale.isOpaque());
-        converter.setScale(scale);
-        std::vector<double> values(generator() % 300);
-        for (double& value : values)
-            value = randomValue(generator, map);
-        std::vector<QRgb> pixels(values.size(), 7U);
-        converter.convert(values.data(), static_cast<int>(values.size()), pixels.data());
-        for (std::size_t k = 0; k < values.size(); ++k) {
-            const QColor expected =
-                oracleTableColor(entries, map.minZ, map.maxZ, static_cast<OracleCurve>(curve), values[k]);
-            const QRgb pixel = oracleEqual(values[k], 0.0) ? 0U : penPixel(expected);
-            if (scale.color(values[k]) != expected || pixels[k] != pixel)
-                QFAIL(qPrintable(QStringLiteral("%1 on %2 to %3, curve %4: %5 for %6")
-                                     .arg(values[k], 0, 'g', 17)
-                                     .arg(map.minZ, 0, 'g', 17)
-                                     .arg(map.maxZ, 0, 'g', 17)
-                                     .arg(curve)
-                                     .arg(pixels[k], 8, 16)
-                                     .arg(pixel, 8, 16)));
-        }
+    void tablesBitByBit_data()
+    {
+        QTest::addColumn<bool>("wide");
+        QTest::newRow("lanes") << true;
+        QTest::newRow("plain loops") << false;
     }
-}
-
-/// Five colours on a square root scale are those of the roots on a linear one.
-void TestColorScale::squareRootsBitByBit()
-{
-    Generator generator = seededGenerator(12);
-    for (int i = 0; i < 1000; ++i) {
-        const MapState map = randomScale(generator);
-        MapState roots = map;
-        roots.logScale = false;
-        roots.minZ = map.minZ < 0.0 ? 0.0 : std::sqrt(map.minZ);
-        roots.maxZ = map.maxZ < 0.0 ? 0.0 : std::sqrt(map.maxZ);
-        const tarnis::ColorScale scale(map.minZ, map.maxZ, tarnis::ScaleCurve::SquareRoot, map.colors);
-        std::vector<double> values(100);
-        for (double& value : values)
-            value = randomValue(generator, map);
-        std::vector<QRgb> pixels(values.size());
-        scale.pixels(values.data(), static_cast<int>(values.size()), pixels.data());
-        for (std::size_t k = 0; k < values.size(); ++k) {
-            const QColor expected = oracleColor(roots, values[k] < 0.0 ? 0.0 : std::sqrt(values[k]));
-            QCOMPARE(scale.color(values[k]), expected);
-            QCOMPARE(pixels[k], penPixel(expected));
-        }
-    }
-}
-
-void TestColorScale::tablesHoldThePublishedColors_data()
-{
-    QTest::addColumn<int>("name");
-    QTest::addColumn<QColor>("low");
-    QTest::addColumn<QColor>("middle");
-    QTest::addColumn<QColor>("high");
-    const auto row = [](const char* text, tarnis::TableName name, QRgb low, QRgb middle, QRgb high) {
-        QTest::newRow(text) << static_cast<int>(name) << QColor(low) << QColor(middle) << QColor(high);
-    };
-    using tarnis::TableName;
-    row("viridis", TableName::Viridis, 0x440154, 0x21918c, 0xfde725);
-    row("cividis", TableName::Cividis, 0x00224e, 0x7d7c78, 0xfee838);
-    row("magma", TableName::Magma, 0x000004, 0xb73779, 0xfcfdbf);
-    row("inferno", TableName::Inferno, 0x000004, 0xbc3754, 0xfcffa4);
-    row("turbo", TableName::Turbo, 0x30123b, 0xa4fc3c, 0x7a0403);
-    row("greys", TableName::Greys, 0x000000, 0x808080, 0xffffff);
-    row("diverging", TableName::Diverging, 0x3b4cc0, 0xdddddd, 0xb40426);
-}
-
-void TestColorScale::tablesHoldThePublishedColors()
-{
-    QFETCH(int, name);
-    QFETCH(QColor, low);
-    QFETCH(QColor, middle);
-    QFETCH(QColor, high);
-    const tarnis::ColorTable& table = tarnis::colorTable(static_cast<tarnis::TableName>(name));
-    const auto isNear = [](const QColor& a, const QColor& b) {
-        return std::abs(a.red() - b.red()) <= 2 && std::abs(a.green() - b.green()) <= 2
-            && std::abs(a.blue() - b.blue()) <= 2;
-    };
-    QCOMPARE(QColor(table.front()), low);
-    QVERIFY2(isNear(QColor(table[128]), middle), qPrintable(QColor(table[128]).name()));
-    QCOMPARE(QColor(table.back()), high);
-}
-
-void TestColorScale::rowsBitByBit_data()
-{
-    QTest::addColumn<bool>("wide");
-    QTest::addColumn<bool>("counts");
-    QTest::newRow("lanes, fractions") << true << false;
-    QTest::newRow("lanes, counts") << true << true;
-    QTest::newRow("plain loops, fractions") << false << false;
-    QTest::newRow("plain loops, counts") << false << true;
-}
-
-void TestColorScale::rowsBitByBit()
-{
-    QFETCH(bool, wide);
-    QFETCH(bool, counts);
-    tarnis::setAvx2(wide);
-    Generator generator = seededGenerator(counts ? 2 : 3);
-    tarnis::BinColouring converter;
-    for (int i = 0; i < 2500; ++i) {
-        const MapState map = randomScale(generator);
-        converter.setScale(scaleOf(map));
-        for (int round = 0; round < 3; ++round) {
+    void tablesBitByBit()
+    {
+        QFETCH(bool, wide);
+        tarnis::setAvx2(wide);
+        Generator generator = seededGenerator(11);
+        tarnis::BinColouring converter;
+        for (int i = 0; i < 1500; ++i) {
+            const MapState map = randomScale(generator);
+            const auto name = static_cast<tarnis::TableName>(generator() % tarnis::tableCount);
+            const auto curve = generator() % 3;
+            const tarnis::ColorTable& table = tarnis::colorTable(name);
+            const std::vector<QRgb> entries(table.begin(), table.end());
+            const tarnis::ColorScale scale(map.minZ, map.maxZ, static_cast<tarnis::ScaleCurve>(curve), table);
+            QVERIFY(scale.isOpaque());
+            converter.setScale(scale);
             std::vector<double> values(generator() % 300);
             for (double& value : values)
-                value = counts && generator() % 16 != 0 ? std::floor(uniform(generator, 0.0, 50.0))
-                                                        : randomValue(generator, map);
+                value = randomValue(generator, map);
             std::vector<QRgb> pixels(values.size(), 7U);
             converter.convert(values.data(), static_cast<int>(values.size()), pixels.data());
             for (std::size_t k = 0; k < values.size(); ++k) {
-                const QRgb expected = oracleEqual(values[k], 0.0) ? 0U : penPixel(oracleColor(map, values[k]));
-                if (pixels[k] != expected)
-                    QFAIL(qPrintable(QStringLiteral("%1 on %2 to %3: %4 for %5")
+                const QColor expected =
+                    oracleTableColor(entries, map.minZ, map.maxZ, static_cast<OracleCurve>(curve), values[k]);
+                const QRgb pixel = oracleEqual(values[k], 0.0) ? 0U : penPixel(expected);
+                if (scale.color(values[k]) != expected || pixels[k] != pixel)
+                    QFAIL(qPrintable(QStringLiteral("%1 on %2 to %3, curve %4: %5 for %6")
                                          .arg(values[k], 0, 'g', 17)
                                          .arg(map.minZ, 0, 'g', 17)
                                          .arg(map.maxZ, 0, 'g', 17)
+                                         .arg(curve)
                                          .arg(pixels[k], 8, 16)
-                                         .arg(expected, 8, 16)));
+                                         .arg(pixel, 8, 16)));
             }
         }
     }
-}
 
-void TestColorScale::groupsBitByBit_data()
-{
-    QTest::addColumn<bool>("wide");
-    QTest::addColumn<int>("widest");
-    QTest::newRow("lanes, one or two columns") << true << 2;
-    QTest::newRow("lanes, up to six columns") << true << 6;
-    QTest::newRow("plain loops, one or two columns") << false << 2;
-    QTest::newRow("plain loops, up to six columns") << false << 6;
-}
-
-void TestColorScale::groupsBitByBit()
-{
-    QFETCH(bool, wide);
-    QFETCH(int, widest);
-    tarnis::setAvx2(wide);
-    Generator generator = seededGenerator(static_cast<unsigned long long>(widest));
-    tarnis::BinColouring converter;
-    for (int i = 0; i < 1500; ++i) {
-        MapState map = randomScale(generator);
-        converter.setScale(scaleOf(map));
-        const auto base = static_cast<int>(generator() % 5);
-        std::vector<int> first { base };
-        const auto groups = static_cast<int>(1 + generator() % 200);
-        for (int group = 0; group < groups; ++group)
-            first.push_back(first.back() + 1 + static_cast<int>(generator() % static_cast<unsigned int>(widest)));
-        std::vector<double> values(static_cast<std::size_t>(first.back()));
-        for (double& value : values)
-            value = generator() % 2 == 0 ? 0.0 : randomValue(generator, map);
-        std::vector<int> chosen;
-        for (int group = 0; group < groups; ++group) {
-            if (generator() % 3 == 0)
-                chosen.push_back(group);
-        }
-        std::vector<QRgb> all(static_cast<std::size_t>(groups), 7U);
-        std::vector<QRgb> some(chosen.size(), 7U);
-        converter.convertGroups(values.data(), first.data(), nullptr, groups, all.data());
-        converter.convertGroups(
-            values.data(), first.data(), chosen.data(), static_cast<int>(chosen.size()), some.data());
-        std::vector<QRgb> expected;
-        for (std::size_t group = 0; group + 1 < first.size(); ++group) {
-            QRgb pixel = 0;
-            for (int column = first[group]; pixel == 0 && column < first[group + 1]; ++column) {
-                const double value = values[static_cast<std::size_t>(column)];
-                pixel = oracleEqual(value, 0.0) ? 0U : penPixel(oracleColor(map, value));
-            }
-            expected.push_back(pixel);
-        }
-        QVERIFY2(all == expected, qPrintable(QString::number(i)));
-        for (std::size_t k = 0; k < chosen.size(); ++k)
-            QCOMPARE(some[k], expected[static_cast<std::size_t>(chosen[k])]);
-    }
-}
-
-void TestColorScale::listsPixels_data()
-{
-    QTest::addColumn<bool>("wide");
-    QTest::newRow("lanes") << true;
-    QTest::newRow("plain loops") << false;
-}
-
-void TestColorScale::listsPixels()
-{
-    QFETCH(bool, wide);
-    tarnis::setAvx2(wide);
-    Generator generator = seededGenerator(5);
-    for (std::size_t count = 0; count < 200; ++count) {
-        std::vector<QRgb> pixels(count);
-        std::vector<int> expected;
-        for (std::size_t i = 0; i < count; ++i) {
-            pixels[i] = static_cast<QRgb>(generator() % 3);
-            if (pixels[i] == 1)
-                expected.push_back(static_cast<int>(i));
-        }
-        std::vector<int> places(count + tarnis::placesBeyond, -1);
-        const int found = tarnis::listPixels(pixels.data(), static_cast<int>(count), 1U, places.data());
-        places.resize(static_cast<std::size_t>(found));
-        QVERIFY(places == expected);
-    }
-}
-
-void TestColorScale::laysPixelsOver_data()
-{
-    listsPixels_data();
-}
-
-void TestColorScale::laysPixelsOver()
-{
-    QFETCH(bool, wide);
-    tarnis::setAvx2(wide);
-    Generator generator = seededGenerator(6);
-    for (std::size_t count = 0; count < 100; ++count) {
-        std::vector<QRgb> line(count + 1, 0xff123456U);
-        std::vector<QRgb> pixels(count + 1, 0xff654321U);
-        std::vector<QRgb> expected = line;
-        for (std::size_t i = 0; i < count; ++i) {
-            pixels[i] = generator() % 2 == 0 ? 0U : static_cast<QRgb>(generator()) | 0xff000000U;
-            if (pixels[i] != 0)
-                expected[i] = pixels[i];
-        }
-        tarnis::copyOver(line.data(), pixels.data(), static_cast<int>(count)); // not the last one
-        QVERIFY(line == expected);
-    }
-}
-
-void TestColorScale::equalScalesGiveEqualColors()
-{
-    const MapState map;
-    QVERIFY(scaleOf(map) == scaleOf(map));
-    MapState other = map;
-    other.logScale = true;
-    QVERIFY(!(scaleOf(map) == scaleOf(other)));
-    other = map;
-    other.colors[2] = Qt::white;
-    QVERIFY(!(scaleOf(map) == scaleOf(other)));
-    other = map;
-    other.maxZ = std::nextafter(map.maxZ, 1e9);
-    QVERIFY(!(scaleOf(map) == scaleOf(other)));
-    other.maxZ = std::numeric_limits<double>::quiet_NaN();
-    QVERIFY(!(scaleOf(other) == scaleOf(other)));
-}
-
-void TestColorScale::findsTheSmallestPositiveBin()
-{
-    Generator generator = seededGenerator(7);
-    for (int i = 0; i < 3000; ++i) {
-        MapState map;
-        map.logScale = true;
-        const auto rows = generator() % 6;
-        for (unsigned long long row = 0; row < rows; ++row) {
-            QList<double> values(static_cast<qsizetype>(generator() % 40));
+    /// Five colours on a square root scale are those of the roots on a linear one.
+    void squareRootsBitByBit()
+    {
+        Generator generator = seededGenerator(12);
+        for (int i = 0; i < 1000; ++i) {
+            const MapState map = randomScale(generator);
+            MapState roots = map;
+            roots.logScale = false;
+            roots.minZ = map.minZ < 0.0 ? 0.0 : std::sqrt(map.minZ);
+            roots.maxZ = map.maxZ < 0.0 ? 0.0 : std::sqrt(map.maxZ);
+            const tarnis::ColorScale scale(map.minZ, map.maxZ, tarnis::ScaleCurve::SquareRoot, map.colors);
+            std::vector<double> values(100);
             for (double& value : values)
-                value = generator() % 2 == 0 ? uniform(generator, -1.0, 3.0) : randomValue(generator, map);
-            map.data.append(values);
-            map.rowMax.append(0.0);
+                value = randomValue(generator, map);
+            std::vector<QRgb> pixels(values.size());
+            scale.pixels(values.data(), static_cast<int>(values.size()), pixels.data());
+            for (std::size_t k = 0; k < values.size(); ++k) {
+                const QColor expected = oracleColor(roots, values[k] < 0.0 ? 0.0 : std::sqrt(values[k]));
+                QCOMPARE(scale.color(values[k]), expected);
+                QCOMPARE(pixels[k], penPixel(expected));
+            }
         }
-        oracleAutoZ(map);
-        QCOMPARE(tarnis::smallestPositiveBin(map.data), map.minZ);
     }
-}
 
-void TestColorScale::emptyBins_data()
-{
-    QTest::addColumn<double>("value");
-    QTest::addColumn<bool>("empty");
-    QTest::newRow("0") << 0.0 << true;
-    QTest::newRow("-0") << -0.0 << true;
-    QTest::newRow("epsilon") << DBL_EPSILON << true;
-    QTest::newRow("minus epsilon") << -DBL_EPSILON << true;
-    QTest::newRow("above epsilon") << std::nextafter(DBL_EPSILON, 1.0) << false;
-    QTest::newRow("1") << 1.0 << false;
-    QTest::newRow("-1") << -1.0 << false;
-    QTest::newRow("NaN") << std::numeric_limits<double>::quiet_NaN() << false;
-    QTest::newRow("infinity, which is within its own tolerance") << std::numeric_limits<double>::infinity() << true;
-}
+    void tablesHoldThePublishedColors_data()
+    {
+        QTest::addColumn<int>("name");
+        QTest::addColumn<QColor>("low");
+        QTest::addColumn<QColor>("middle");
+        QTest::addColumn<QColor>("high");
+        const auto row = [](const char* text, tarnis::TableName name, QRgb low, QRgb middle, QRgb high) {
+            QTest::newRow(text) << static_cast<int>(name) << QColor(low) << QColor(middle) << QColor(high);
+        };
+        using tarnis::TableName;
+        row("viridis", TableName::Viridis, 0x440154, 0x21918c, 0xfde725);
+        row("cividis", TableName::Cividis, 0x00224e, 0x7d7c78, 0xfee838);
+        row("magma", TableName::Magma, 0x000004, 0xb73779, 0xfcfdbf);
+        row("inferno", TableName::Inferno, 0x000004, 0xbc3754, 0xfcffa4);
+        row("turbo", TableName::Turbo, 0x30123b, 0xa4fc3c, 0x7a0403);
+        row("greys", TableName::Greys, 0x000000, 0x808080, 0xffffff);
+        row("diverging", TableName::Diverging, 0x3b4cc0, 0xdddddd, 0xb40426);
+    }
+    void tablesHoldThePublishedColors()
+    {
+        QFETCH(int, name);
+        QFETCH(QColor, low);
+        QFETCH(QColor, middle);
+        QFETCH(QColor, high);
+        const tarnis::ColorTable& table = tarnis::colorTable(static_cast<tarnis::TableName>(name));
+        const auto isNear = [](const QColor& a, const QColor& b) {
+            return std::abs(a.red() - b.red()) <= 2 && std::abs(a.green() - b.green()) <= 2
+                && std::abs(a.blue() - b.blue()) <= 2;
+        };
+        QCOMPARE(QColor(table.front()), low);
+        QVERIFY2(isNear(QColor(table[128]), middle), qPrintable(QColor(table[128]).name()));
+        QCOMPARE(QColor(table.back()), high);
+    }
 
-void TestColorScale::emptyBins()
-{
-    QFETCH(double, value);
-    QTEST(tarnis::isEmptyBin(value), "empty");
-    QCOMPARE(tarnis::isEmptyBin(value), oracleEqual(value, 0.0));
-}
+    void rowsBitByBit_data()
+    {
+        QTest::addColumn<bool>("wide");
+        QTest::addColumn<bool>("counts");
+        QTest::newRow("lanes, fractions") << true << false;
+        QTest::newRow("lanes, counts") << true << true;
+        QTest::newRow("plain loops, fractions") << false << false;
+        QTest::newRow("plain loops, counts") << false << true;
+    }
+    void rowsBitByBit()
+    {
+        QFETCH(bool, wide);
+        QFETCH(bool, counts);
+        tarnis::setAvx2(wide);
+        Generator generator = seededGenerator(counts ? 2 : 3);
+        tarnis::BinColouring converter;
+        for (int i = 0; i < 2500; ++i) {
+            const MapState map = randomScale(generator);
+            converter.setScale(scaleOf(map));
+            for (int round = 0; round < 3; ++round) {
+                std::vector<double> values(generator() % 300);
+                for (double& value : values)
+                    value = counts && generator() % 16 != 0 ? std::floor(uniform(generator, 0.0, 50.0))
+                                                            : randomValue(generator, map);
+                std::vector<QRgb> pixels(values.size(), 7U);
+                converter.convert(values.data(), static_cast<int>(values.size()), pixels.data());
+                for (std::size_t k = 0; k < values.size(); ++k) {
+                    const QRgb expected = oracleEqual(values[k], 0.0) ? 0U : penPixel(oracleColor(map, values[k]));
+                    if (pixels[k] != expected)
+                        QFAIL(qPrintable(QStringLiteral("%1 on %2 to %3: %4 for %5")
+                                             .arg(values[k], 0, 'g', 17)
+                                             .arg(map.minZ, 0, 'g', 17)
+                                             .arg(map.maxZ, 0, 'g', 17)
+                                             .arg(pixels[k], 8, 16)
+                                             .arg(expected, 8, 16)));
+                }
+            }
+        }
+    }
+
+    void groupsBitByBit_data()
+    {
+        QTest::addColumn<bool>("wide");
+        QTest::addColumn<int>("widest");
+        QTest::newRow("lanes, one or two columns") << true << 2;
+        QTest::newRow("lanes, up to six columns") << true << 6;
+        QTest::newRow("plain loops, one or two columns") << false << 2;
+        QTest::newRow("plain loops, up to six columns") << false << 6;
+    }
+    void groupsBitByBit()
+    {
+        QFETCH(bool, wide);
+        QFETCH(int, widest);
+        tarnis::setAvx2(wide);
+        Generator generator = seededGenerator(static_cast<unsigned long long>(widest));
+        tarnis::BinColouring converter;
+        for (int i = 0; i < 1500; ++i) {
+            MapState map = randomScale(generator);
+            converter.setScale(scaleOf(map));
+            const auto base = static_cast<int>(generator() % 5);
+            std::vector<int> first { base };
+            const auto groups = static_cast<int>(1 + generator() % 200);
+            for (int group = 0; group < groups; ++group)
+                first.push_back(first.back() + 1 + static_cast<int>(generator() % static_cast<unsigned int>(widest)));
+            std::vector<double> values(static_cast<std::size_t>(first.back()));
+            for (double& value : values)
+                value = generator() % 2 == 0 ? 0.0 : randomValue(generator, map);
+            std::vector<int> chosen;
+            for (int group = 0; group < groups; ++group) {
+                if (generator() % 3 == 0)
+                    chosen.push_back(group);
+            }
+            std::vector<QRgb> all(static_cast<std::size_t>(groups), 7U);
+            std::vector<QRgb> some(chosen.size(), 7U);
+            converter.convertGroups(values.data(), first.data(), nullptr, groups, all.data());
+            converter.convertGroups(
+                values.data(), first.data(), chosen.data(), static_cast<int>(chosen.size()), some.data());
+            std::vector<QRgb> expected;
+            for (std::size_t group = 0; group + 1 < first.size(); ++group) {
+                QRgb pixel = 0;
+                for (int column = first[group]; pixel == 0 && column < first[group + 1]; ++column) {
+                    const double value = values[static_cast<std::size_t>(column)];
+                    pixel = oracleEqual(value, 0.0) ? 0U : penPixel(oracleColor(map, value));
+                }
+                expected.push_back(pixel);
+            }
+            QVERIFY2(all == expected, qPrintable(QString::number(i)));
+            for (std::size_t k = 0; k < chosen.size(); ++k)
+                QCOMPARE(some[k], expected[static_cast<std::size_t>(chosen[k])]);
+        }
+    }
+
+    void listsPixels_data()
+    {
+        QTest::addColumn<bool>("wide");
+        QTest::newRow("lanes") << true;
+        QTest::newRow("plain loops") << false;
+    }
+    void listsPixels()
+    {
+        QFETCH(bool, wide);
+        tarnis::setAvx2(wide);
+        Generator generator = seededGenerator(5);
+        for (std::size_t count = 0; count < 200; ++count) {
+            std::vector<QRgb> pixels(count);
+            std::vector<int> expected;
+            for (std::size_t i = 0; i < count; ++i) {
+                pixels[i] = static_cast<QRgb>(generator() % 3);
+                if (pixels[i] == 1)
+                    expected.push_back(static_cast<int>(i));
+            }
+            std::vector<int> places(count + tarnis::placesBeyond, -1);
+            const int found = tarnis::listPixels(pixels.data(), static_cast<int>(count), 1U, places.data());
+            places.resize(static_cast<std::size_t>(found));
+            QVERIFY(places == expected);
+        }
+    }
+
+    void laysPixelsOver_data() { listsPixels_data(); }
+    void laysPixelsOver()
+    {
+        QFETCH(bool, wide);
+        tarnis::setAvx2(wide);
+        Generator generator = seededGenerator(6);
+        for (std::size_t count = 0; count < 100; ++count) {
+            std::vector<QRgb> line(count + 1, 0xff123456U);
+            std::vector<QRgb> pixels(count + 1, 0xff654321U);
+            std::vector<QRgb> expected = line;
+            for (std::size_t i = 0; i < count; ++i) {
+                pixels[i] = generator() % 2 == 0 ? 0U : static_cast<QRgb>(generator()) | 0xff000000U;
+                if (pixels[i] != 0)
+                    expected[i] = pixels[i];
+            }
+            tarnis::copyOver(line.data(), pixels.data(), static_cast<int>(count)); // not the last one
+            QVERIFY(line == expected);
+        }
+    }
+
+    void equalScalesGiveEqualColors()
+    {
+        const MapState map;
+        QVERIFY(scaleOf(map) == scaleOf(map));
+        MapState other = map;
+        other.logScale = true;
+        QVERIFY(!(scaleOf(map) == scaleOf(other)));
+        other = map;
+        other.colors[2] = Qt::white;
+        QVERIFY(!(scaleOf(map) == scaleOf(other)));
+        other = map;
+        other.maxZ = std::nextafter(map.maxZ, 1e9);
+        QVERIFY(!(scaleOf(map) == scaleOf(other)));
+        other.maxZ = std::numeric_limits<double>::quiet_NaN();
+        QVERIFY(!(scaleOf(other) == scaleOf(other)));
+    }
+
+    void findsTheSmallestPositiveBin()
+    {
+        Generator generator = seededGenerator(7);
+        for (int i = 0; i < 3000; ++i) {
+            MapState map;
+            map.logScale = true;
+            const auto rows = generator() % 6;
+            for (unsigned long long row = 0; row < rows; ++row) {
+                QList<double> values(static_cast<qsizetype>(generator() % 40));
+                for (double& value : values)
+                    value = generator() % 2 == 0 ? uniform(generator, -1.0, 3.0) : randomValue(generator, map);
+                map.data.append(values);
+                map.rowMax.append(0.0);
+            }
+            oracleAutoZ(map);
+            QCOMPARE(tarnis::smallestPositiveBin(map.data), map.minZ);
+        }
+    }
+
+    void emptyBins_data()
+    {
+        QTest::addColumn<double>("value");
+        QTest::addColumn<bool>("empty");
+        QTest::newRow("0") << 0.0 << true;
+        QTest::newRow("-0") << -0.0 << true;
+        QTest::newRow("epsilon") << DBL_EPSILON << true;
+        QTest::newRow("minus epsilon") << -DBL_EPSILON << true;
+        QTest::newRow("above epsilon") << std::nextafter(DBL_EPSILON, 1.0) << false;
+        QTest::newRow("1") << 1.0 << false;
+        QTest::newRow("-1") << -1.0 << false;
+        QTest::newRow("NaN") << std::numeric_limits<double>::quiet_NaN() << false;
+        QTest::newRow("infinity, which is within its own tolerance") << std::numeric_limits<double>::infinity() << true;
+    }
+    void emptyBins()
+    {
+        QFETCH(double, value);
+        QTEST(tarnis::isEmptyBin(value), "empty");
+        QCOMPARE(tarnis::isEmptyBin(value), oracleEqual(value, 0.0));
+    }
+};
 
 QTEST_APPLESS_MAIN(TestColorScale)
 #include "tst_colorscale.moc"

@@ -204,212 +204,203 @@ private Q_SLOTS:
     }
     void cleanup() { init(); }
 
-    void isTheSameThroughTheCache();
-    void isTheSameWithoutACache();
-    void isTheSameInAGivenRectangle();
-    void showsTheSelectedRangeOverThePicture();
-    void aPaintThatLeavesPixelsFindsThePictureFilled();
-    void thePictureIsFilledBeforeThePaint();
-    void keepsTheFormatOfATranslucentPalette();
-    void differsWhenAnythingDiffers();
+    void isTheSameThroughTheCache()
+    {
+        auto random = tarnis::testing::seededGenerator(3201);
+        CrossPlot plot;
+        plot.m_doubleBuffered = true;
+        for (int number = 0; number < 2500; ++number) {
+            shuffle(plot, random);
+            plot.m_refreshRequired = true;
+            FrameState state = plot.frameState();
+            const QPixmap expected = tarnis::testing::framePicture(state, plot, drawCross);
+            plot.refreshPixmapIfRequired();
+            if (plot.m_pixmap.toImage() != expected.toImage())
+                QFAIL(qPrintable(describe(plot, number)));
+            if (traces(plot.frameState()) != traces(state))
+                QFAIL(qPrintable(describe(plot, number) + traces(plot.frameState()) + traces(state)));
+        }
+    }
+
+    void isTheSameWithoutACache()
+    {
+        auto random = tarnis::testing::seededGenerator(3202);
+        CrossPlot plot;
+        for (int number = 0; number < 1000; ++number) {
+            shuffle(plot, random);
+            plot.refit = chance(random, 0.3) ? uniform(random, 0.0, 100.0) : 0.0;
+            FrameState state = plot.frameState();
+            const std::unique_ptr<QPixmap> picture(plot.toPixmap());
+            const bool turned = std::fabs(std::fabs(plot.m_rotation) - 90.0) < 1e-9;
+            QPixmap expected(turned ? plot.size().transposed() : plot.size());
+            QCOMPARE(picture->size(), expected.size());
+            {
+                QPainter painter(&expected);
+                plot.initPainter(&painter);
+                tarnis::testing::paintFrame(state, painter, nullptr, [&](QPainter& data, const QRect& graph) {
+                    drawCross(data, graph);
+                    state.minY -= plot.refit;
+                });
+            }
+            if (picture->toImage() != expected.toImage())
+                QFAIL(qPrintable(describe(plot, number)));
+            if (traces(plot.frameState()) != traces(state))
+                QFAIL(qPrintable(describe(plot, number)));
+        }
+    }
+
+    void isTheSameInAGivenRectangle()
+    {
+        auto random = tarnis::testing::seededGenerator(3203);
+        CrossPlot plot;
+        for (int number = 0; number < 1000; ++number) {
+            shuffle(plot, random);
+            QRect rect(QPoint(whole(random, -50, 200), whole(random, -50, 150)), plotSize(random));
+            QImage picture(500, 400, QImage::Format_ARGB32_Premultiplied);
+            picture.fill(Qt::cyan);
+            QImage expected = picture;
+            FrameState state = plot.frameState();
+            QPainter painter(&picture);
+            QPainter expectedPainter(&expected);
+            const QPen pen(QColor(whole(random, 0, 255), 0, 200), whole(random, 0, 3));
+            painter.setPen(pen);
+            expectedPainter.setPen(pen);
+            plot.paint(painter, &rect);
+            tarnis::testing::paintFrame(state, expectedPainter, &rect, drawCross);
+            QCOMPARE(painterState(painter), painterState(expectedPainter));
+            painter.end();
+            expectedPainter.end();
+            if (picture != expected)
+                QFAIL(qPrintable(describe(plot, number)));
+            if (traces(plot.frameState()) != traces(state))
+                QFAIL(qPrintable(describe(plot, number)));
+        }
+    }
+
+    void showsTheSelectedRangeOverThePicture()
+    {
+        auto random = tarnis::testing::seededGenerator(3204);
+        CrossPlot plot;
+        plot.m_doubleBuffered = true;
+        for (int number = 0; number < 600; ++number) {
+            shuffle(plot, random);
+            plot.m_refreshRequired = true;
+            FrameState state = plot.frameState();
+            QImage expected(plot.size(), QImage::Format_ARGB32_Premultiplied);
+            {
+                QPainter painter(&expected);
+                painter.drawPixmap(0, 0, tarnis::testing::framePicture(state, plot, drawCross));
+                tarnis::testing::paintFrameOverlay(state, painter);
+            }
+            QImage picture(plot.size(), QImage::Format_ARGB32_Premultiplied);
+            plot.render(&picture);
+            if (picture != expected)
+                QFAIL(qPrintable(describe(plot, number)));
+        }
+    }
+
+    void aPaintThatLeavesPixelsFindsThePictureFilled()
+    {
+        struct Sketch : XYGraphWidget {
+            void paint(QPainter& painter, QRect* rect) override
+            {
+                ++paints;
+                if (withFrame)
+                    XYGraphWidget::paint(painter, rect);
+                painter.fillRect(0, 0, 10, 10, Qt::red);
+            }
+            void onPaint(QPainter&, QRect const&) override { }
+            QImage look()
+            {
+                refreshPixmap();
+                refreshPixmapIfRequired();
+                return m_pixmap.toImage();
+            }
+
+            bool withFrame = true;
+            int paints = 0;
+        };
+        Sketch plot;
+        plot.m_doubleBuffered = true;
+        plot.resize(200, 150);
+        QPixmap mark(plot.size());
+        mark.fill(Qt::lightGray);
+        QPainter(&mark).fillRect(0, 0, 10, 10, Qt::red);
+        const QImage framed = plot.look();
+        QCOMPARE(plot.look(), framed);
+        QCOMPARE(plot.paints, 2);
+        plot.withFrame = false;
+        QCOMPARE(plot.look(), mark.toImage());
+        QCOMPARE(plot.paints, 4); // the first of the two detected uncovered pixels
+        QCOMPARE(plot.look(), mark.toImage());
+        QCOMPARE(plot.paints, 5);
+        plot.withFrame = true;
+        QCOMPARE(plot.look(), framed);
+    }
+
+    void thePictureIsFilledBeforeThePaint()
+    {
+        CrossPlot plot;
+        plot.m_doubleBuffered = true;
+        plot.resize(200, 150);
+        QList<QImage> seen;
+        const auto look = [&] {
+            plot.refreshPixmap();
+            plot.refreshPixmapIfRequired();
+        };
+        look();
+        QObject::connect(&plot, &DoubleBufferedWidget::painting, &plot, [&] { seen.append(plot.m_pixmap.toImage()); });
+        look();
+        look();
+        QPixmap filled(plot.size());
+        filled.fill(Qt::lightGray);
+        QCOMPARE(seen, QList<QImage>({ filled.toImage(), filled.toImage() }));
+    }
+
+    void keepsTheFormatOfATranslucentPalette()
+    {
+        CrossPlot plot;
+        plot.m_doubleBuffered = true;
+        plot.resize(200, 150);
+        QPalette colours = plot.palette();
+        colours.setBrush(QPalette::Window, QColor(0, 0, 0, 100));
+        plot.setPalette(colours);
+        for (int i = 0; i < 3; ++i) {
+            plot.refreshPixmap();
+            plot.refreshPixmapIfRequired();
+            QVERIFY(plot.m_pixmap.hasAlphaChannel());
+        }
+    }
+
+    void differsWhenAnythingDiffers()
+    {
+        CrossPlot plot;
+        plot.m_doubleBuffered = true;
+        plot.resize(400, 300);
+        plot.setMinMaxX(0.0, 100.0);
+        plot.setMinMaxY(0.0, 50.0);
+        plot.m_refreshRequired = true;
+        plot.refreshPixmapIfRequired();
+        const QImage picture = plot.m_pixmap.toImage();
+        const auto oracle = [&](auto change) {
+            FrameState state = plot.frameState();
+            change(state);
+            return tarnis::testing::framePicture(state, plot, drawCross).toImage();
+        };
+        QCOMPARE(oracle([](FrameState&) {}), picture);
+        QVERIFY(oracle([](FrameState& state) { state.maxX = 100.5; }) != picture);
+        QVERIFY(oracle([](FrameState& state) { state.minY = -1.0; }) != picture);
+        QVERIFY(oracle([](FrameState& state) { state.showGrid = false; }) != picture);
+        QVERIFY(oracle([](FrameState& state) { state.paintGridOnGraph = true; }) != picture);
+        QVERIFY(oracle([](FrameState& state) { state.logScaleY = true; }) != picture);
+        QVERIFY(oracle([](FrameState& state) { state.nameX = QStringLiteral("x"); }) != picture);
+        QVERIFY(oracle([](FrameState& state) { state.nameY = QStringLiteral("y"); }) != picture);
+        QVERIFY(oracle([](FrameState& state) { state.notes = QStringLiteral("n"); }) != picture);
+        QVERIFY(oracle([](FrameState& state) { state.margin = QMargins(0, 0, 1, 0); }) != picture);
+        QVERIFY(oracle([](FrameState& state) { state.rotation = 90.0; }) != picture);
+        QVERIFY(oracle([](FrameState& state) { state.backGround = Qt::blue; }) != picture);
+    }
 };
-
-void TestFramePicture::isTheSameThroughTheCache()
-{
-    auto random = tarnis::testing::seededGenerator(3201);
-    CrossPlot plot;
-    plot.m_doubleBuffered = true;
-    for (int number = 0; number < 2500; ++number) {
-        shuffle(plot, random);
-        plot.m_refreshRequired = true;
-        FrameState state = plot.frameState();
-        const QPixmap expected = tarnis::testing::framePicture(state, plot, drawCross);
-        plot.refreshPixmapIfRequired();
-        if (plot.m_pixmap.toImage() != expected.toImage())
-            QFAIL(qPrintable(describe(plot, number)));
-        if (traces(plot.frameState()) != traces(state))
-            QFAIL(qPrintable(describe(plot, number) + traces(plot.frameState()) + traces(state)));
-    }
-}
-
-void TestFramePicture::isTheSameWithoutACache()
-{
-    auto random = tarnis::testing::seededGenerator(3202);
-    CrossPlot plot;
-    for (int number = 0; number < 1000; ++number) {
-        shuffle(plot, random);
-        plot.refit = chance(random, 0.3) ? uniform(random, 0.0, 100.0) : 0.0;
-        FrameState state = plot.frameState();
-        const std::unique_ptr<QPixmap> picture(plot.toPixmap());
-        const bool turned = std::fabs(std::fabs(plot.m_rotation) - 90.0) < 1e-9;
-        QPixmap expected(turned ? plot.size().transposed() : plot.size());
-        QCOMPARE(picture->size(), expected.size());
-        {
-            QPainter painter(&expected);
-            plot.initPainter(&painter);
-            tarnis::testing::paintFrame(state, painter, nullptr, [&](QPainter& data, const QRect& graph) {
-                drawCross(data, graph);
-                state.minY -= plot.refit;
-            });
-        }
-        if (picture->toImage() != expected.toImage())
-            QFAIL(qPrintable(describe(plot, number)));
-        if (traces(plot.frameState()) != traces(state))
-            QFAIL(qPrintable(describe(plot, number)));
-    }
-}
-
-void TestFramePicture::isTheSameInAGivenRectangle()
-{
-    auto random = tarnis::testing::seededGenerator(3203);
-    CrossPlot plot;
-    for (int number = 0; number < 1000; ++number) {
-        shuffle(plot, random);
-        QRect rect(QPoint(whole(random, -50, 200), whole(random, -50, 150)), plotSize(random));
-        QImage picture(500, 400, QImage::Format_ARGB32_Premultiplied);
-        picture.fill(Qt::cyan);
-        QImage expected = picture;
-        FrameState state = plot.frameState();
-        QPainter painter(&picture);
-        QPainter expectedPainter(&expected);
-        const QPen pen(QColor(whole(random, 0, 255), 0, 200), whole(random, 0, 3));
-        painter.setPen(pen);
-        expectedPainter.setPen(pen);
-        plot.paint(painter, &rect);
-        tarnis::testing::paintFrame(state, expectedPainter, &rect, drawCross);
-        QCOMPARE(painterState(painter), painterState(expectedPainter));
-        painter.end();
-        expectedPainter.end();
-        if (picture != expected)
-            QFAIL(qPrintable(describe(plot, number)));
-        if (traces(plot.frameState()) != traces(state))
-            QFAIL(qPrintable(describe(plot, number)));
-    }
-}
-
-void TestFramePicture::showsTheSelectedRangeOverThePicture()
-{
-    auto random = tarnis::testing::seededGenerator(3204);
-    CrossPlot plot;
-    plot.m_doubleBuffered = true;
-    for (int number = 0; number < 600; ++number) {
-        shuffle(plot, random);
-        plot.m_refreshRequired = true;
-        FrameState state = plot.frameState();
-        QImage expected(plot.size(), QImage::Format_ARGB32_Premultiplied);
-        {
-            QPainter painter(&expected);
-            painter.drawPixmap(0, 0, tarnis::testing::framePicture(state, plot, drawCross));
-            tarnis::testing::paintFrameOverlay(state, painter);
-        }
-        QImage picture(plot.size(), QImage::Format_ARGB32_Premultiplied);
-        plot.render(&picture);
-        if (picture != expected)
-            QFAIL(qPrintable(describe(plot, number)));
-    }
-}
-
-void TestFramePicture::aPaintThatLeavesPixelsFindsThePictureFilled()
-{
-    struct Sketch : XYGraphWidget {
-        void paint(QPainter& painter, QRect* rect) override
-        {
-            ++paints;
-            if (withFrame)
-                XYGraphWidget::paint(painter, rect);
-            painter.fillRect(0, 0, 10, 10, Qt::red);
-        }
-        void onPaint(QPainter&, QRect const&) override { }
-        QImage look()
-        {
-            refreshPixmap();
-            refreshPixmapIfRequired();
-            return m_pixmap.toImage();
-        }
-
-        bool withFrame = true;
-        int paints = 0;
-    };
-    Sketch plot;
-    plot.m_doubleBuffered = true;
-    plot.resize(200, 150);
-    QPixmap mark(plot.size());
-    mark.fill(Qt::lightGray);
-    QPainter(&mark).fillRect(0, 0, 10, 10, Qt::red);
-    const QImage framed = plot.look();
-    QCOMPARE(plot.look(), framed);
-    QCOMPARE(plot.paints, 2);
-    plot.withFrame = false;
-    QCOMPARE(plot.look(), mark.toImage());
-    QCOMPARE(plot.paints, 4); // the first of the two detected uncovered pixels
-    QCOMPARE(plot.look(), mark.toImage());
-    QCOMPARE(plot.paints, 5);
-    plot.withFrame = true;
-    QCOMPARE(plot.look(), framed);
-}
-
-void TestFramePicture::thePictureIsFilledBeforeThePaint()
-{
-    CrossPlot plot;
-    plot.m_doubleBuffered = true;
-    plot.resize(200, 150);
-    QList<QImage> seen;
-    const auto look = [&] {
-        plot.refreshPixmap();
-        plot.refreshPixmapIfRequired();
-    };
-    look();
-    QObject::connect(&plot, &DoubleBufferedWidget::painting, &plot, [&] { seen.append(plot.m_pixmap.toImage()); });
-    look();
-    look();
-    QPixmap filled(plot.size());
-    filled.fill(Qt::lightGray);
-    QCOMPARE(seen, QList<QImage>({ filled.toImage(), filled.toImage() }));
-}
-
-void TestFramePicture::keepsTheFormatOfATranslucentPalette()
-{
-    CrossPlot plot;
-    plot.m_doubleBuffered = true;
-    plot.resize(200, 150);
-    QPalette colours = plot.palette();
-    colours.setBrush(QPalette::Window, QColor(0, 0, 0, 100));
-    plot.setPalette(colours);
-    for (int i = 0; i < 3; ++i) {
-        plot.refreshPixmap();
-        plot.refreshPixmapIfRequired();
-        QVERIFY(plot.m_pixmap.hasAlphaChannel());
-    }
-}
-
-void TestFramePicture::differsWhenAnythingDiffers()
-{
-    CrossPlot plot;
-    plot.m_doubleBuffered = true;
-    plot.resize(400, 300);
-    plot.setMinMaxX(0.0, 100.0);
-    plot.setMinMaxY(0.0, 50.0);
-    plot.m_refreshRequired = true;
-    plot.refreshPixmapIfRequired();
-    const QImage picture = plot.m_pixmap.toImage();
-    const auto oracle = [&](auto change) {
-        FrameState state = plot.frameState();
-        change(state);
-        return tarnis::testing::framePicture(state, plot, drawCross).toImage();
-    };
-    QCOMPARE(oracle([](FrameState&) {}), picture);
-    QVERIFY(oracle([](FrameState& state) { state.maxX = 100.5; }) != picture);
-    QVERIFY(oracle([](FrameState& state) { state.minY = -1.0; }) != picture);
-    QVERIFY(oracle([](FrameState& state) { state.showGrid = false; }) != picture);
-    QVERIFY(oracle([](FrameState& state) { state.paintGridOnGraph = true; }) != picture);
-    QVERIFY(oracle([](FrameState& state) { state.logScaleY = true; }) != picture);
-    QVERIFY(oracle([](FrameState& state) { state.nameX = QStringLiteral("x"); }) != picture);
-    QVERIFY(oracle([](FrameState& state) { state.nameY = QStringLiteral("y"); }) != picture);
-    QVERIFY(oracle([](FrameState& state) { state.notes = QStringLiteral("n"); }) != picture);
-    QVERIFY(oracle([](FrameState& state) { state.margin = QMargins(0, 0, 1, 0); }) != picture);
-    QVERIFY(oracle([](FrameState& state) { state.rotation = 90.0; }) != picture);
-    QVERIFY(oracle([](FrameState& state) { state.backGround = Qt::blue; }) != picture);
-}
 
 QTEST_MAIN(TestFramePicture)
 #include "tst_framepicture.moc"

@@ -83,81 +83,77 @@ class TestLabelCache : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void drawsWhatThePainterDraws();
-    void leavesThePainterAsItWas();
-    void advances();
-    void keepsOneFontAtATime();
+    void drawsWhatThePainterDraws()
+    {
+        Generator generator = tarnis::testing::seededGenerator(1);
+        tarnis::LabelCache labels;
+        for (int number = 0; number < 4000; ++number) {
+            const Generator same = generator;
+            generator.discard(200);
+            const QImage expected =
+                picture(same, [](QPainter& painter, const QRectF& rect, int flags, const QString& text) {
+                    painter.drawText(rect, flags, text);
+                });
+            const QImage actual =
+                picture(same, [&](QPainter& painter, const QRectF& rect, int flags, const QString& text) {
+                    labels.draw(painter, rect, flags, text);
+                });
+            QVERIFY2(actual == expected, qPrintable(QString::number(number)));
+        }
+    }
+
+    void leavesThePainterAsItWas()
+    {
+        QImage image(100, 50, QImage::Format_RGB32);
+        QPainter painter(&image);
+        painter.setPen(Qt::red);
+        painter.setClipRect(QRect(1, 2, 3, 4));
+        tarnis::LabelCache labels;
+        labels.draw(painter, QRectF(0, 0, 5, 5), Qt::AlignLeft, "12345"); // too small: clipped
+        QCOMPARE(painter.pen().color(), QColor(Qt::red));
+        QCOMPARE(painter.clipBoundingRect(), QRectF(1, 2, 3, 4));
+        painter.setClipping(false);
+        labels.draw(painter, QRectF(0, 0, 5, 5), Qt::AlignLeft, "12345");
+        QVERIFY(!painter.hasClipping());
+    }
+
+    void advances()
+    {
+        Generator generator = tarnis::testing::seededGenerator(2);
+        tarnis::LabelCache labels;
+        for (int number = 0; number < 500; ++number) {
+            const QFontMetrics metrics(randomFont(generator));
+            for (int i = 0; i < 5; ++i) {
+                const QString text = randomText(generator);
+                QCOMPARE(labels.advanceOf(text, metrics), metrics.horizontalAdvance(text));
+                QCOMPARE(labels.advanceOf(text, metrics), metrics.horizontalAdvance(text));
+            }
+        }
+    }
+
+    void keepsOneFontAtATime()
+    {
+        tarnis::LabelCache labels;
+        for (int size = 8; size < 30; ++size) {
+            QFont font;
+            font.setPixelSize(size);
+            QImage expected(60, 40, QImage::Format_RGB32);
+            expected.fill(Qt::white);
+            QImage actual = expected;
+            {
+                QPainter painter(&expected);
+                painter.setFont(font);
+                painter.drawText(QRectF(expected.rect()), Qt::AlignLeft, "42");
+            }
+            {
+                QPainter painter(&actual);
+                painter.setFont(font);
+                labels.draw(painter, QRectF(actual.rect()), Qt::AlignLeft, "42");
+            }
+            QCOMPARE(actual, expected);
+        }
+    }
 };
-
-void TestLabelCache::drawsWhatThePainterDraws()
-{
-    Generator generator = tarnis::testing::seededGenerator(1);
-    tarnis::LabelCache labels;
-    for (int number = 0; number < 4000; ++number) {
-        const Generator same = generator;
-        generator.discard(200);
-        const QImage expected =
-            picture(same, [](QPainter& painter, const QRectF& rect, int flags, const QString& text) {
-                painter.drawText(rect, flags, text);
-            });
-        const QImage actual = picture(same, [&](QPainter& painter, const QRectF& rect, int flags, const QString& text) {
-            labels.draw(painter, rect, flags, text);
-        });
-        QVERIFY2(actual == expected, qPrintable(QString::number(number)));
-    }
-}
-
-void TestLabelCache::leavesThePainterAsItWas()
-{
-    QImage image(100, 50, QImage::Format_RGB32);
-    QPainter painter(&image);
-    painter.setPen(Qt::red);
-    painter.setClipRect(QRect(1, 2, 3, 4));
-    tarnis::LabelCache labels;
-    labels.draw(painter, QRectF(0, 0, 5, 5), Qt::AlignLeft, "12345"); // too small: clipped
-    QCOMPARE(painter.pen().color(), QColor(Qt::red));
-    QCOMPARE(painter.clipBoundingRect(), QRectF(1, 2, 3, 4));
-    painter.setClipping(false);
-    labels.draw(painter, QRectF(0, 0, 5, 5), Qt::AlignLeft, "12345");
-    QVERIFY(!painter.hasClipping());
-}
-
-void TestLabelCache::advances()
-{
-    Generator generator = tarnis::testing::seededGenerator(2);
-    tarnis::LabelCache labels;
-    for (int number = 0; number < 500; ++number) {
-        const QFontMetrics metrics(randomFont(generator));
-        for (int i = 0; i < 5; ++i) {
-            const QString text = randomText(generator);
-            QCOMPARE(labels.advanceOf(text, metrics), metrics.horizontalAdvance(text));
-            QCOMPARE(labels.advanceOf(text, metrics), metrics.horizontalAdvance(text));
-        }
-    }
-}
-
-void TestLabelCache::keepsOneFontAtATime()
-{
-    tarnis::LabelCache labels;
-    for (int size = 8; size < 30; ++size) {
-        QFont font;
-        font.setPixelSize(size);
-        QImage expected(60, 40, QImage::Format_RGB32);
-        expected.fill(Qt::white);
-        QImage actual = expected;
-        {
-            QPainter painter(&expected);
-            painter.setFont(font);
-            painter.drawText(QRectF(expected.rect()), Qt::AlignLeft, "42");
-        }
-        {
-            QPainter painter(&actual);
-            painter.setFont(font);
-            labels.draw(painter, QRectF(actual.rect()), Qt::AlignLeft, "42");
-        }
-        QCOMPARE(actual, expected);
-    }
-}
 
 QTEST_MAIN(TestLabelCache)
 #include "tst_labelcache.moc"

@@ -218,215 +218,204 @@ class TestPixelMask : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void linesAreThoseOfTheEngine();
-    void leavesOutWhatIsOutside();
-    void isEmptyAfterwards();
-    void anEmptyArea();
-    void paintsAsThePainter_data();
-    void paintsAsThePainter();
-    void paintsAsThePainterInAnyFormat_data();
-    void paintsAsThePainterInAnyFormat();
-    void paintsOnAWidget();
-};
-
-void TestPixelMask::linesAreThoseOfTheEngine()
-{
-    auto random = tarnis::testing::seededGenerator(3601);
-    for (int number = 0; number < 400; ++number) {
-        const QSize size(whole(random, 1, 500), whole(random, 1, 400));
-        const QList<QLine> lines = randomLines(random, size, whole(random, 1, 60), 0);
-        QImage expected = emptyImage(size);
-        QPainter painter(&expected);
-        painter.setPen(QColor(ink));
-        painter.drawLines(lines);
-        painter.end();
-
-        QImage image = emptyImage(size);
-        LineRasterizer mask(image.rect());
-        for (const QLine& line : lines)
-            mask.addLine(line.p1(), line.p2());
-        mask.writeTo(rowsOf(image), ink);
-        QVERIFY2(image == expected, qPrintable(QStringLiteral("case %1").arg(number)));
-    }
-}
-
-void TestPixelMask::leavesOutWhatIsOutside()
-{
-    auto random = tarnis::testing::seededGenerator(3602);
-    const QSize size(120, 90);
-    for (int number = 0; number < 400; ++number) {
-        const QRect area(
-            QPoint(whole(random, 0, 60), whole(random, 0, 40)), QPoint(whole(random, 0, 119), whole(random, 0, 89)));
-        const QList<QLine> lines = randomLines(random, size, 40, 0);
-        QImage expected = emptyImage(size);
-        if (area.isValid()) {
+    void linesAreThoseOfTheEngine()
+    {
+        auto random = tarnis::testing::seededGenerator(3601);
+        for (int number = 0; number < 400; ++number) {
+            const QSize size(whole(random, 1, 500), whole(random, 1, 400));
+            const QList<QLine> lines = randomLines(random, size, whole(random, 1, 60), 0);
+            QImage expected = emptyImage(size);
             QPainter painter(&expected);
             painter.setPen(QColor(ink));
-            painter.setClipRect(area);
             painter.drawLines(lines);
+            painter.end();
+
+            QImage image = emptyImage(size);
+            LineRasterizer mask(image.rect());
+            for (const QLine& line : lines)
+                mask.addLine(line.p1(), line.p2());
+            mask.writeTo(rowsOf(image), ink);
+            QVERIFY2(image == expected, qPrintable(QStringLiteral("case %1").arg(number)));
         }
-        QImage image = emptyImage(size);
-        LineRasterizer mask(area);
-        for (const QLine& line : lines)
-            mask.addLine(line.p1(), line.p2());
-        mask.writeTo(rowsOf(image), ink);
-        QVERIFY2(image == expected, qPrintable(QStringLiteral("case %1").arg(number)));
     }
-}
 
-void TestPixelMask::isEmptyAfterwards()
-{
-    QImage image = emptyImage({ 40, 30 });
-    LineRasterizer mask(image.rect());
-    mask.addRow(0, 39, 5);
-    mask.addColumn(20, 0, 29);
-    mask.writeTo(rowsOf(image), ink);
-    QCOMPARE(image.pixel(39, 5), ink);
-    QCOMPARE(image.pixel(20, 29), ink);
-    image.fill(Qt::black);
-    mask.addRow(3, 3, 7);
-    mask.writeTo(rowsOf(image), ink);
-    QImage expected = emptyImage({ 40, 30 });
-    expected.setPixel(3, 7, ink);
-    QCOMPARE(image, expected);
-}
-
-void TestPixelMask::anEmptyArea()
-{
-    QImage image = emptyImage({ 4, 3 });
-    for (const QRect& area : { QRect(), QRect(2, 2, 0, 5), QRect(QPoint(3, 2), QPoint(0, 0)) }) {
-        LineRasterizer mask(area);
-        mask.addLine({ 0, 0 }, { 3, 2 });
-        mask.addRow(0, 3, 1);
-        mask.addColumn(1, 0, 2);
-        mask.writeTo(rowsOf(image), ink);
-    }
-    QCOMPARE(image, emptyImage({ 4, 3 }));
-}
-
-void TestPixelMask::paintsAsThePainter_data()
-{
-    QTest::addColumn<Prepare>("prepare");
-    const auto row = [](const char* name, Prepare prepare) { QTest::newRow(name) << prepare; };
-    row("as it is", prepareNothing);
-    row("clipped", prepareClip);
-    row("clipped away", prepareEmptyClip);
-    row("clipped to two rectangles", prepareTwoClips);
-    row("clipped to fractions", prepareFractionalClip);
-    row("clipped to an ellipse", prepareEllipse);
-    row("clipped to a path that is a rectangle", prepareRectangularPath);
-    row("clipped twice", prepareClipWithinClip);
-    row("clipped while it scaled", prepareClipOfAScale);
-    row("clipped, then shifted", prepareClipThenShift);
-    row("clip switched off", prepareClipOff);
-    row("shifted", prepareShift);
-    row("shifted by a fraction", prepareFractionalShift);
-    row("turned", prepareQuarterTurn);
-    row("scaled", prepareScale);
-    row("with a window", prepareWindow);
-    row("translucent", prepareTranslucentPen);
-    row("dashed", prepareDashes);
-    row("wide", prepareWidePen);
-    row("no pen", prepareNoPen);
-    row("color of 16 bits a channel", prepareFineColor);
-    row("antialiased", prepareAntialiasing);
-    row("exclusive or", prepareXor);
-    row("half opaque", prepareOpacity);
-}
-
-void TestPixelMask::paintsAsThePainter()
-{
-    QFETCH(Prepare, prepare);
-    auto random = tarnis::testing::seededGenerator(3603);
-    const QSize size(300, 200);
-    for (int number = 0; number < 60; ++number) {
-        const QList<QLine> lines =
-            randomLines(random, size, whole(random, 0, 400), number % 3 == 0 ? 0 : whole(random, 0, 500));
-        QImage expected = emptyImage(size, QImage::Format_ARGB32_Premultiplied);
-        QImage image = expected;
-        {
-            QPainter painter(&expected);
-            prepare(painter);
-            const bool isScaled = painter.combinedTransform().isScaling() && !painter.combinedTransform().isRotating();
-            for (const QLine& line : lines) {
-                if (isScaled)
-                    tarnis::drawEvenLine(painter, line); // the painter's own lines would have an uneven thickness
-                else
-                    painter.drawLine(line);
+    void leavesOutWhatIsOutside()
+    {
+        auto random = tarnis::testing::seededGenerator(3602);
+        const QSize size(120, 90);
+        for (int number = 0; number < 400; ++number) {
+            const QRect area(QPoint(whole(random, 0, 60), whole(random, 0, 40)),
+                QPoint(whole(random, 0, 119), whole(random, 0, 89)));
+            const QList<QLine> lines = randomLines(random, size, 40, 0);
+            QImage expected = emptyImage(size);
+            if (area.isValid()) {
+                QPainter painter(&expected);
+                painter.setPen(QColor(ink));
+                painter.setClipRect(area);
+                painter.drawLines(lines);
             }
+            QImage image = emptyImage(size);
+            LineRasterizer mask(area);
+            for (const QLine& line : lines)
+                mask.addLine(line.p1(), line.p2());
+            mask.writeTo(rowsOf(image), ink);
+            QVERIFY2(image == expected, qPrintable(QStringLiteral("case %1").arg(number)));
         }
-        {
-            QPainter painter(&image);
-            prepare(painter);
-            tarnis::paintLines(painter, lines);
+    }
+
+    void isEmptyAfterwards()
+    {
+        QImage image = emptyImage({ 40, 30 });
+        LineRasterizer mask(image.rect());
+        mask.addRow(0, 39, 5);
+        mask.addColumn(20, 0, 29);
+        mask.writeTo(rowsOf(image), ink);
+        QCOMPARE(image.pixel(39, 5), ink);
+        QCOMPARE(image.pixel(20, 29), ink);
+        image.fill(Qt::black);
+        mask.addRow(3, 3, 7);
+        mask.writeTo(rowsOf(image), ink);
+        QImage expected = emptyImage({ 40, 30 });
+        expected.setPixel(3, 7, ink);
+        QCOMPARE(image, expected);
+    }
+
+    void anEmptyArea()
+    {
+        QImage image = emptyImage({ 4, 3 });
+        for (const QRect& area : { QRect(), QRect(2, 2, 0, 5), QRect(QPoint(3, 2), QPoint(0, 0)) }) {
+            LineRasterizer mask(area);
+            mask.addLine({ 0, 0 }, { 3, 2 });
+            mask.addRow(0, 3, 1);
+            mask.addColumn(1, 0, 2);
+            mask.writeTo(rowsOf(image), ink);
         }
-        QVERIFY2(image == expected, qPrintable(QStringLiteral("case %1").arg(number)));
+        QCOMPARE(image, emptyImage({ 4, 3 }));
     }
-}
 
-void TestPixelMask::paintsAsThePainterInAnyFormat_data()
-{
-    QTest::addColumn<QImage::Format>("format");
-    QTest::newRow("RGB32") << QImage::Format_RGB32;
-    QTest::newRow("ARGB32") << QImage::Format_ARGB32;
-    QTest::newRow("ARGB32 premultiplied") << QImage::Format_ARGB32_Premultiplied;
-    QTest::newRow("RGB16") << QImage::Format_RGB16;
-    QTest::newRow("RGB888") << QImage::Format_RGB888;
-    QTest::newRow("RGBA8888") << QImage::Format_RGBA8888;
-    QTest::newRow("RGBA64") << QImage::Format_RGBA64;
-    QTest::newRow("grey") << QImage::Format_Grayscale8;
-}
-
-void TestPixelMask::paintsAsThePainterInAnyFormat()
-{
-    QFETCH(QImage::Format, format);
-    auto random = tarnis::testing::seededGenerator(3604);
-    const QSize size(133, 77);
-    const QList<QLine> lines = randomLines(random, size, 300, 20);
-    QImage expected = emptyImage(size, format);
-    QImage image = expected;
-    for (QImage* target : { &expected, &image }) {
-        QPainter painter(target);
-        painter.setPen(QColor(ink));
-        if (target == &expected)
-            painter.drawLines(lines);
-        else
-            tarnis::paintLines(painter, lines);
+    void paintsAsThePainter_data()
+    {
+        QTest::addColumn<Prepare>("prepare");
+        const auto row = [](const char* name, Prepare prepare) { QTest::newRow(name) << prepare; };
+        row("as it is", prepareNothing);
+        row("clipped", prepareClip);
+        row("clipped away", prepareEmptyClip);
+        row("clipped to two rectangles", prepareTwoClips);
+        row("clipped to fractions", prepareFractionalClip);
+        row("clipped to an ellipse", prepareEllipse);
+        row("clipped to a path that is a rectangle", prepareRectangularPath);
+        row("clipped twice", prepareClipWithinClip);
+        row("clipped while it scaled", prepareClipOfAScale);
+        row("clipped, then shifted", prepareClipThenShift);
+        row("clip switched off", prepareClipOff);
+        row("shifted", prepareShift);
+        row("shifted by a fraction", prepareFractionalShift);
+        row("turned", prepareQuarterTurn);
+        row("scaled", prepareScale);
+        row("with a window", prepareWindow);
+        row("translucent", prepareTranslucentPen);
+        row("dashed", prepareDashes);
+        row("wide", prepareWidePen);
+        row("no pen", prepareNoPen);
+        row("color of 16 bits a channel", prepareFineColor);
+        row("antialiased", prepareAntialiasing);
+        row("exclusive or", prepareXor);
+        row("half opaque", prepareOpacity);
     }
-    QCOMPARE(image, expected);
-}
+    void paintsAsThePainter()
+    {
+        QFETCH(Prepare, prepare);
+        auto random = tarnis::testing::seededGenerator(3603);
+        const QSize size(300, 200);
+        for (int number = 0; number < 60; ++number) {
+            const QList<QLine> lines =
+                randomLines(random, size, whole(random, 0, 400), number % 3 == 0 ? 0 : whole(random, 0, 500));
+            QImage expected = emptyImage(size, QImage::Format_ARGB32_Premultiplied);
+            QImage image = expected;
+            {
+                QPainter painter(&expected);
+                prepare(painter);
+                const bool isScaled =
+                    painter.combinedTransform().isScaling() && !painter.combinedTransform().isRotating();
+                for (const QLine& line : lines) {
+                    if (isScaled)
+                        tarnis::drawEvenLine(painter, line); // the painter's own lines would have an uneven thickness
+                    else
+                        painter.drawLine(line);
+                }
+            }
+            {
+                QPainter painter(&image);
+                prepare(painter);
+                tarnis::paintLines(painter, lines);
+            }
+            QVERIFY2(image == expected, qPrintable(QStringLiteral("case %1").arg(number)));
+        }
+    }
 
-void TestPixelMask::paintsOnAWidget()
-{
-    class Lines : public QWidget {
-    public:
-        QList<QLine> lines;
-        bool byPainter = false;
-
-    protected:
-        void paintEvent(QPaintEvent* /*event*/) override
-        {
-            QPainter painter(this);
+    void paintsAsThePainterInAnyFormat_data()
+    {
+        QTest::addColumn<QImage::Format>("format");
+        QTest::newRow("RGB32") << QImage::Format_RGB32;
+        QTest::newRow("ARGB32") << QImage::Format_ARGB32;
+        QTest::newRow("ARGB32 premultiplied") << QImage::Format_ARGB32_Premultiplied;
+        QTest::newRow("RGB16") << QImage::Format_RGB16;
+        QTest::newRow("RGB888") << QImage::Format_RGB888;
+        QTest::newRow("RGBA8888") << QImage::Format_RGBA8888;
+        QTest::newRow("RGBA64") << QImage::Format_RGBA64;
+        QTest::newRow("grey") << QImage::Format_Grayscale8;
+    }
+    void paintsAsThePainterInAnyFormat()
+    {
+        QFETCH(QImage::Format, format);
+        auto random = tarnis::testing::seededGenerator(3604);
+        const QSize size(133, 77);
+        const QList<QLine> lines = randomLines(random, size, 300, 20);
+        QImage expected = emptyImage(size, format);
+        QImage image = expected;
+        for (QImage* target : { &expected, &image }) {
+            QPainter painter(target);
             painter.setPen(QColor(ink));
-            if (byPainter)
+            if (target == &expected)
                 painter.drawLines(lines);
             else
                 tarnis::paintLines(painter, lines);
         }
-    };
-    auto random = tarnis::testing::seededGenerator(3605);
-    QWidget window;
-    window.resize(400, 300);
-    Lines child; // at an offset, partly outside of its window
-    child.setParent(&window);
-    child.setGeometry(250, 37, 300, 200);
-    child.lines = randomLines(random, child.size(), 500, 100);
-    const QImage picture = window.grab().toImage();
-    child.byPainter = true;
-    QCOMPARE(picture, window.grab().toImage());
-    child.lines.clear();
-    QVERIFY(picture != window.grab().toImage());
-}
+        QCOMPARE(image, expected);
+    }
+
+    void paintsOnAWidget()
+    {
+        class Lines : public QWidget {
+        public:
+            QList<QLine> lines;
+            bool byPainter = false;
+
+        protected:
+            void paintEvent(QPaintEvent* /*event*/) override
+            {
+                QPainter painter(this);
+                painter.setPen(QColor(ink));
+                if (byPainter)
+                    painter.drawLines(lines);
+                else
+                    tarnis::paintLines(painter, lines);
+            }
+        };
+        auto random = tarnis::testing::seededGenerator(3605);
+        QWidget window;
+        window.resize(400, 300);
+        Lines child; // at an offset, partly outside of its window
+        child.setParent(&window);
+        child.setGeometry(250, 37, 300, 200);
+        child.lines = randomLines(random, child.size(), 500, 100);
+        const QImage picture = window.grab().toImage();
+        child.byPainter = true;
+        QCOMPARE(picture, window.grab().toImage());
+        child.lines.clear();
+        QVERIFY(picture != window.grab().toImage());
+    }
+};
 
 QTEST_MAIN(TestPixelMask)
 #include "tst_linerasterizer.moc"

@@ -70,623 +70,577 @@ class TestMultiVectorGraphWidget : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void startsWithItsDefaults();
-    void defaultsOfARecord();
-    void declaresItsMembersInOrder();
-    void declaresItsSlotsInOrder();
-    void overridesButAddsNoVirtuals();
-    void menuEntries_data();
-    void menuEntries();
-
-    void setDataGrowsAndFits();
-    void setDataUsesTheLastMaximumOfAGroup();
-    void setDataOnFixedAxes();
-    void negativeIndicesAreNothing();
-    void groupSizeBelowOneIsOne();
-    void resizeDropsFromTheEnd();
-    void marksAndColoursGrow();
-    void clearKeepsColoursAndMarks();
-    void getDataChecksItsRange();
-    void countsOfSeries();
-    void countTimesResolution();
-    void resolutionRefreshesOnAChange();
-    void addTypeRefits();
-    void addTypeOutOfTheEnum();
-    void functionRemovesPeakSearch();
-    void functionRemovesPeakSearchInAnyLanguage();
-    void hugeWholeNumbersDoNotOverflow();
-
-    void autoScaleX();
-    void autoScaleY();
-    void selectXRangeNeedsData();
-    void formOfTheCurvesFromTheMenu();
-    void logScaleFromTheMenu();
-
-    void paintedRangeEndsAtThePeak();
-    void paintedRangeOnALogAxis();
-    void directPaintMovesTheLowerEndOnly();
-    void columnsWinOverJoinedPoints();
-    void peaksAreDrawnOverTheCurves();
-
-    void tooltipFollowsTheMouse();
-    void tooltipOverASum_data();
-    void tooltipOverASum();
-    void tracesDifferentLengthsOfHiddenSumsToo();
-    void badNumbersDoNoHarm();
-};
-
-void TestMultiVectorGraphWidget::startsWithItsDefaults()
-{
-    const tarnis::testing::MultiProbe plot;
-    QCOMPARE(plot.m_data.size(), 8);
-    const QList<QColor> colors { QColor(255, 51, 0), QColor(255, 255, 0), QColor(51, 153, 102), QColor(0, 65, 255),
-        QColor(102, 204, 255), QColor(255, 153, 153), QColor(255, 153, 0), QColor(153, 0, 102) };
-    for (int i = 0; i < 8; ++i) {
-        QCOMPARE(plot.m_data.at(i).color, colors.at(i));
-        QVERIFY(plot.m_data.at(i).enable && plot.m_data.at(i).values.isEmpty());
-    }
-    QCOMPARE(plot.m_groupSize, 8);
-    QCOMPARE(plot.m_firstNumber, 0);
-    QCOMPARE(plot.m_addType, MultiVectorGraphWidget::AddNone);
-    QCOMPARE(plot.m_resolution, 1U);
-    QVERIFY(plot.m_maxValues.isEmpty() && plot.m_manualIndex.isEmpty() && plot.m_peaks.isEmpty());
-    QVERIFY(plot.m_itemName.isEmpty() && plot.m_groupName.isEmpty());
-    QVERIFY(plot.m_visibleDialogs.map.isEmpty() && plot.m_peakDialogs.map.isEmpty());
-    QVERIFY(!plot.m_columnChart && plot.m_connectPoints && plot.m_showGrid && !plot.m_peakDisplayPoints);
-    QVERIFY(plot.m_funcX2Plot == nullptr && plot.m_funcPlot2X == nullptr);
-    QVERIFY(plot.hasMouseTracking());
-    QCOMPARE(static_cast<int>(MultiVectorGraphWidget::AddEachGroup), 1);
-    QCOMPARE(static_cast<int>(MultiVectorGraphWidget::AddEachPosition), 2);
-    QCOMPARE(static_cast<int>(MultiVectorGraphWidget::AddAll), 3);
-}
-
-void TestMultiVectorGraphWidget::defaultsOfARecord()
-{
-    const MultiVectorGraphWidget::Data record;
-    QVERIFY(record.values.isEmpty());
-    QCOMPARE(record.color, QColor(Qt::white));
-    QVERIFY(record.enable);
-    QVERIFY(static_cast<const void*>(&record.values) < static_cast<const void*>(&record.color));
-    QVERIFY(static_cast<const void*>(&record.color) < static_cast<const void*>(&record.enable));
-}
-
-void TestMultiVectorGraphWidget::declaresItsMembersInOrder()
-{
-    const Plot p;
-    const QList<const void*> places { &p.m_xRangeDialog, &p.m_data, &p.m_groupSize, &p.m_firstNumber, &p.m_addType,
-        &p.m_maxValues, &p.m_visibleDialogs, &p.m_peakDialogs, &p.m_itemName, &p.m_groupName, &p.m_manualIndex,
-        &p.m_peaks, &p.m_peakSelected, &p.m_peakThreshold, &p.m_peakDisplayPoints, &p.m_resolution, &p.m_columnChart,
-        &p.m_connectPoints, &p.m_funcX2Plot, &p.m_funcPlot2X };
-    QVERIFY(std::is_sorted(places.cbegin(), places.cend()));
-}
-
-void TestMultiVectorGraphWidget::declaresItsSlotsInOrder()
-{
-    const QMetaObject& meta = MultiVectorGraphWidget::staticMetaObject;
-    QCOMPARE(tarnis::testing::ownMethods(meta),
-        (QStringList { "slot onSelectVisibles()", "slot onPainting()", "slot onAutoScaleX(bool)",
-            "slot onAutoScaleY(bool)", "slot onSelectXRange(bool)", "slot onDlgSelectCheckedApply()",
-            "slot onSaveCsv()", "slot onPeakSearch()", "slot peakSearch(int,int,bool)", "slot peakSelected(int)",
-            "slot peakToggledDisplayPoints(bool)", "slot peakClear()", "slot onConnectPoints(bool)",
-            "slot onColumnChart(bool)", "slot onLogScale(bool)" }));
-    const auto names = [](const char* signature) {
-        return tarnis::testing::parameterNames(MultiVectorGraphWidget::staticMetaObject, signature);
-    };
-    QCOMPARE(names("peakSearch(int,int,bool)"), (QList<QByteArray> { "threshold", "width", "peak" }));
-    QCOMPARE(names("peakSelected(int)"), QList<QByteArray> { "index" });
-    QCOMPARE(names("peakToggledDisplayPoints(bool)"), QList<QByteArray> { "checked" });
-    QCOMPARE(names("onConnectPoints(bool)"), QList<QByteArray> { "bConnectPoints" });
-    QCOMPARE(names("onColumnChart(bool)"), QList<QByteArray> { "bColumnChart" });
-}
-
-void TestMultiVectorGraphWidget::overridesButAddsNoVirtuals()
-{
-    using M = MultiVectorGraphWidget;
-    using X = XYGraphWidget;
-    QCOMPARE(virtualIndex(&M::onSelectXRange), virtualIndex(&X::onSelectXRange));
-    QCOMPARE(virtualIndex(&M::onPaint), virtualIndex(&X::onPaint));
-    QCOMPARE(virtualIndex(&M::paintData), std::ptrdiff_t(-1));
-    QCOMPARE(virtualIndex(&M::setData), std::ptrdiff_t(-1));
-    QCOMPARE(virtualIndex(&M::peakSearch), std::ptrdiff_t(-1));
-    QCOMPARE(virtualIndex(&M::onSelectVisibles), std::ptrdiff_t(-1));
-}
-
-void TestMultiVectorGraphWidget::menuEntries_data()
-{
-    QTest::addColumn<int>("place");
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<bool>("checkable");
-    QTest::addColumn<bool>("checked");
-    QTest::newRow("Save CSV...") << 12 << "Save CSV..." << false << false;
-    QTest::newRow("Column Chart") << 13 << "Column Chart" << true << false;
-    QTest::newRow("Connect Points") << 14 << "Connect Points" << true << true;
-    QTest::newRow("Peak Search") << 15 << "Peak Search" << false << false;
-    QTest::newRow("Log Scale") << 16 << "Log Scale" << true << false;
-}
-
-void TestMultiVectorGraphWidget::menuEntries()
-{
-    QFETCH(int, place);
-    const Plot plot;
-    QCOMPARE(plot.actions().size(), 17);
-    const QAction* action = plot.actions().at(place);
-    QTEST(action->text(), "text");
-    QTEST(action->isCheckable(), "checkable");
-    QTEST(action->isChecked(), "checked");
-    QCOMPARE(action->parent(), &plot);
-}
-
-void TestMultiVectorGraphWidget::setDataGrowsAndFits()
-{
-    Plot plot;
-    plot.m_minX = plot.m_minY = 3.0;
-    plot.setData(17, QList<double>(1024, 1.0), 90.0);
-    QCOMPARE(plot.m_data.size(), 18);
-    QCOMPARE(plot.m_data.at(12).color, QColor(Qt::white));
-    QCOMPARE(plot.m_maxValues, (QList<double> { 0.0, 0.0, 90.0 }));
-    QCOMPARE(plot.m_minX, 0.0);
-    QCOMPARE(plot.m_maxX, 1200.0);
-    QCOMPARE(plot.m_minY, 0.0);
-    QCOMPARE(plot.m_maxY, 100.0);
-    QVERIFY(!plot.wasRefreshed());
-}
-
-void TestMultiVectorGraphWidget::setDataUsesTheLastMaximumOfAGroup()
-{
-    Plot plot;
-    plot.setData(0, { 1.0 }, 90.0);
-    plot.setData(1, { 1.0 }, 5.0);
-    plot.setData(8, { 1.0 }, 7.0);
-    QCOMPARE(plot.m_maxValues, (QList<double> { 5.0, 7.0 }));
-    QCOMPARE(plot.getMaxValue(), 7.0);
-}
-
-void TestMultiVectorGraphWidget::setDataOnFixedAxes()
-{
-    Plot plot;
-    plot.initMode(false, false);
-    plot.setMinMaxX(1.0, 2.0);
-    plot.setMinMaxY(3.0, 4.0);
-    plot.setData(0, QList<double>(100, 1.0), 90.0);
-    QCOMPARE(plot.m_maxX, 2.0);
-    QCOMPARE(plot.m_maxY, 4.0);
-}
-
-void TestMultiVectorGraphWidget::negativeIndicesAreNothing()
-{
-    Plot plot;
-    plot.setData(-1, { 1.0 }, 1.0);
-    plot.setEnable(-1, false);
-    plot.setColor(-1, Qt::red);
-    plot.resizeData(-4);
-    QList<double> values { 5.0 };
-    QVERIFY(!plot.getData(-1, values));
-    QCOMPARE(values, QList<double> { 5.0 });
-    QVERIFY(plot.m_data.isEmpty());
-}
-
-void TestMultiVectorGraphWidget::groupSizeBelowOneIsOne()
-{
-    Plot plot;
-    for (const int size : { 0, -3 }) {
-        plot.m_groupSize = size;
-        plot.setData(3, { 1.0, 2.0 }, 2.0);
-        QCOMPARE(plot.m_maxValues.size(), 4);
-        for (int type = 0; type < 4; ++type) {
-            plot.setAddType(static_cast<MultiVectorGraphWidget::AddType>(type));
-            plot.picture();
-            plot.peakSearch(20, 3, true);
-            plot.onSelectVisibles();
-            plot.onDlgSelectCheckedApply();
+    void startsWithItsDefaults()
+    {
+        const tarnis::testing::MultiProbe plot;
+        QCOMPARE(plot.m_data.size(), 8);
+        const QList<QColor> colors { QColor(255, 51, 0), QColor(255, 255, 0), QColor(51, 153, 102), QColor(0, 65, 255),
+            QColor(102, 204, 255), QColor(255, 153, 153), QColor(255, 153, 0), QColor(153, 0, 102) };
+        for (int i = 0; i < 8; ++i) {
+            QCOMPARE(plot.m_data.at(i).color, colors.at(i));
+            QVERIFY(plot.m_data.at(i).enable && plot.m_data.at(i).values.isEmpty());
         }
+        QCOMPARE(plot.m_groupSize, 8);
+        QCOMPARE(plot.m_firstNumber, 0);
+        QCOMPARE(plot.m_addType, MultiVectorGraphWidget::AddNone);
+        QCOMPARE(plot.m_resolution, 1U);
+        QVERIFY(plot.m_maxValues.isEmpty() && plot.m_manualIndex.isEmpty() && plot.m_peaks.isEmpty());
+        QVERIFY(plot.m_itemName.isEmpty() && plot.m_groupName.isEmpty());
+        QVERIFY(plot.m_visibleDialogs.map.isEmpty() && plot.m_peakDialogs.map.isEmpty());
+        QVERIFY(!plot.m_columnChart && plot.m_connectPoints && plot.m_showGrid && !plot.m_peakDisplayPoints);
+        QVERIFY(plot.m_funcX2Plot == nullptr && plot.m_funcPlot2X == nullptr);
+        QVERIFY(plot.hasMouseTracking());
+        QCOMPARE(static_cast<int>(MultiVectorGraphWidget::AddEachGroup), 1);
+        QCOMPARE(static_cast<int>(MultiVectorGraphWidget::AddEachPosition), 2);
+        QCOMPARE(static_cast<int>(MultiVectorGraphWidget::AddAll), 3);
+    }
+
+    void defaultsOfARecord()
+    {
+        const MultiVectorGraphWidget::Data record;
+        QVERIFY(record.values.isEmpty());
+        QCOMPARE(record.color, QColor(Qt::white));
+        QVERIFY(record.enable);
+        QVERIFY(static_cast<const void*>(&record.values) < static_cast<const void*>(&record.color));
+        QVERIFY(static_cast<const void*>(&record.color) < static_cast<const void*>(&record.enable));
+    }
+
+    void declaresItsMembersInOrder()
+    {
+        const Plot p;
+        const QList<const void*> places { &p.m_xRangeDialog, &p.m_data, &p.m_groupSize, &p.m_firstNumber, &p.m_addType,
+            &p.m_maxValues, &p.m_visibleDialogs, &p.m_peakDialogs, &p.m_itemName, &p.m_groupName, &p.m_manualIndex,
+            &p.m_peaks, &p.m_peakSelected, &p.m_peakThreshold, &p.m_peakDisplayPoints, &p.m_resolution,
+            &p.m_columnChart, &p.m_connectPoints, &p.m_funcX2Plot, &p.m_funcPlot2X };
+        QVERIFY(std::is_sorted(places.cbegin(), places.cend()));
+    }
+
+    void declaresItsSlotsInOrder()
+    {
+        const QMetaObject& meta = MultiVectorGraphWidget::staticMetaObject;
+        QCOMPARE(tarnis::testing::ownMethods(meta),
+            (QStringList { "slot onSelectVisibles()", "slot onPainting()", "slot onAutoScaleX(bool)",
+                "slot onAutoScaleY(bool)", "slot onSelectXRange(bool)", "slot onDlgSelectCheckedApply()",
+                "slot onSaveCsv()", "slot onPeakSearch()", "slot peakSearch(int,int,bool)", "slot peakSelected(int)",
+                "slot peakToggledDisplayPoints(bool)", "slot peakClear()", "slot onConnectPoints(bool)",
+                "slot onColumnChart(bool)", "slot onLogScale(bool)" }));
+        const auto names = [](const char* signature) {
+            return tarnis::testing::parameterNames(MultiVectorGraphWidget::staticMetaObject, signature);
+        };
+        QCOMPARE(names("peakSearch(int,int,bool)"), (QList<QByteArray> { "threshold", "width", "peak" }));
+        QCOMPARE(names("peakSelected(int)"), QList<QByteArray> { "index" });
+        QCOMPARE(names("peakToggledDisplayPoints(bool)"), QList<QByteArray> { "checked" });
+        QCOMPARE(names("onConnectPoints(bool)"), QList<QByteArray> { "bConnectPoints" });
+        QCOMPARE(names("onColumnChart(bool)"), QList<QByteArray> { "bColumnChart" });
+    }
+
+    void overridesButAddsNoVirtuals()
+    {
+        using M = MultiVectorGraphWidget;
+        using X = XYGraphWidget;
+        QCOMPARE(virtualIndex(&M::onSelectXRange), virtualIndex(&X::onSelectXRange));
+        QCOMPARE(virtualIndex(&M::onPaint), virtualIndex(&X::onPaint));
+        QCOMPARE(virtualIndex(&M::paintData), std::ptrdiff_t(-1));
+        QCOMPARE(virtualIndex(&M::setData), std::ptrdiff_t(-1));
+        QCOMPARE(virtualIndex(&M::peakSearch), std::ptrdiff_t(-1));
+        QCOMPARE(virtualIndex(&M::onSelectVisibles), std::ptrdiff_t(-1));
+    }
+
+    void menuEntries_data()
+    {
+        QTest::addColumn<int>("place");
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<bool>("checkable");
+        QTest::addColumn<bool>("checked");
+        QTest::newRow("Save CSV...") << 12 << "Save CSV..." << false << false;
+        QTest::newRow("Column Chart") << 13 << "Column Chart" << true << false;
+        QTest::newRow("Connect Points") << 14 << "Connect Points" << true << true;
+        QTest::newRow("Peak Search") << 15 << "Peak Search" << false << false;
+        QTest::newRow("Log Scale") << 16 << "Log Scale" << true << false;
+    }
+    void menuEntries()
+    {
+        QFETCH(int, place);
+        const Plot plot;
+        QCOMPARE(plot.actions().size(), 17);
+        const QAction* action = plot.actions().at(place);
+        QTEST(action->text(), "text");
+        QTEST(action->isCheckable(), "checkable");
+        QTEST(action->isChecked(), "checked");
+        QCOMPARE(action->parent(), &plot);
+    }
+
+    void setDataGrowsAndFits()
+    {
+        Plot plot;
+        plot.m_minX = plot.m_minY = 3.0;
+        plot.setData(17, QList<double>(1024, 1.0), 90.0);
+        QCOMPARE(plot.m_data.size(), 18);
+        QCOMPARE(plot.m_data.at(12).color, QColor(Qt::white));
+        QCOMPARE(plot.m_maxValues, (QList<double> { 0.0, 0.0, 90.0 }));
+        QCOMPARE(plot.m_minX, 0.0);
+        QCOMPARE(plot.m_maxX, 1200.0);
+        QCOMPARE(plot.m_minY, 0.0);
+        QCOMPARE(plot.m_maxY, 100.0);
+        QVERIFY(!plot.wasRefreshed());
+    }
+
+    void setDataUsesTheLastMaximumOfAGroup()
+    {
+        Plot plot;
+        plot.setData(0, { 1.0 }, 90.0);
+        plot.setData(1, { 1.0 }, 5.0);
+        plot.setData(8, { 1.0 }, 7.0);
+        QCOMPARE(plot.m_maxValues, (QList<double> { 5.0, 7.0 }));
+        QCOMPARE(plot.getMaxValue(), 7.0);
+    }
+
+    void setDataOnFixedAxes()
+    {
+        Plot plot;
+        plot.initMode(false, false);
+        plot.setMinMaxX(1.0, 2.0);
+        plot.setMinMaxY(3.0, 4.0);
+        plot.setData(0, QList<double>(100, 1.0), 90.0);
+        QCOMPARE(plot.m_maxX, 2.0);
+        QCOMPARE(plot.m_maxY, 4.0);
+    }
+
+    void negativeIndicesAreNothing()
+    {
+        Plot plot;
+        plot.setData(-1, { 1.0 }, 1.0);
+        plot.setEnable(-1, false);
+        plot.setColor(-1, Qt::red);
+        plot.resizeData(-4);
+        QList<double> values { 5.0 };
+        QVERIFY(!plot.getData(-1, values));
+        QCOMPARE(values, QList<double> { 5.0 });
+        QVERIFY(plot.m_data.isEmpty());
+    }
+
+    void groupSizeBelowOneIsOne()
+    {
+        Plot plot;
+        for (const int size : { 0, -3 }) {
+            plot.m_groupSize = size;
+            plot.setData(3, { 1.0, 2.0 }, 2.0);
+            QCOMPARE(plot.m_maxValues.size(), 4);
+            for (int type = 0; type < 4; ++type) {
+                plot.setAddType(static_cast<MultiVectorGraphWidget::AddType>(type));
+                plot.picture();
+                plot.peakSearch(20, 3, true);
+                plot.onSelectVisibles();
+                plot.onDlgSelectCheckedApply();
+            }
+            plot.clearData();
+            QCOMPARE(plot.m_data.size(), 1);
+        }
+    }
+
+    void resizeDropsFromTheEnd()
+    {
+        Plot plot;
+        plot.setData(1, { 1.0 }, 1.0);
+        plot.resizeData(2);
+        QCOMPARE(plot.m_data.size(), 2);
+        QCOMPARE(plot.m_data.at(1).values, QList<double> { 1.0 });
+        plot.resizeData(4);
+        QCOMPARE(plot.m_data.at(3).color, QColor(Qt::white));
+    }
+
+    void marksAndColoursGrow()
+    {
+        Plot plot;
+        plot.setEnable(9, false);
+        QCOMPARE(plot.m_data.size(), 10);
+        QVERIFY(!plot.m_data.at(9).enable && plot.m_data.at(8).enable);
+        plot.setColor(11, Qt::cyan);
+        QCOMPARE(plot.m_data.size(), 12);
+        QCOMPARE(plot.m_data.at(11).color, QColor(Qt::cyan));
+        QVERIFY(!plot.wasRefreshed());
+    }
+
+    void clearKeepsColoursAndMarks()
+    {
+        Plot plot;
+        plot.setData(0, { 1.0 }, 1.0);
+        plot.resizeData(3);
+        plot.setColor(1, Qt::cyan);
+        plot.setEnable(2, false);
+        plot.showPeak({});
         plot.clearData();
-        QCOMPARE(plot.m_data.size(), 1);
+        QCOMPARE(plot.m_data.size(), 8);
+        QVERIFY(!plot.hasData());
+        QCOMPARE(plot.m_data.at(1).color, QColor(Qt::cyan));
+        QVERIFY(!plot.m_data.at(2).enable);
+        QVERIFY(plot.m_maxValues.isEmpty() && plot.m_peaks.isEmpty());
+        plot.resizeData(20);
+        plot.clearData();
+        QCOMPARE(plot.m_data.size(), 8);
     }
-}
 
-void TestMultiVectorGraphWidget::resizeDropsFromTheEnd()
-{
-    Plot plot;
-    plot.setData(1, { 1.0 }, 1.0);
-    plot.resizeData(2);
-    QCOMPARE(plot.m_data.size(), 2);
-    QCOMPARE(plot.m_data.at(1).values, QList<double> { 1.0 });
-    plot.resizeData(4);
-    QCOMPARE(plot.m_data.at(3).color, QColor(Qt::white));
-}
-
-void TestMultiVectorGraphWidget::marksAndColoursGrow()
-{
-    Plot plot;
-    plot.setEnable(9, false);
-    QCOMPARE(plot.m_data.size(), 10);
-    QVERIFY(!plot.m_data.at(9).enable && plot.m_data.at(8).enable);
-    plot.setColor(11, Qt::cyan);
-    QCOMPARE(plot.m_data.size(), 12);
-    QCOMPARE(plot.m_data.at(11).color, QColor(Qt::cyan));
-    QVERIFY(!plot.wasRefreshed());
-}
-
-void TestMultiVectorGraphWidget::clearKeepsColoursAndMarks()
-{
-    Plot plot;
-    plot.setData(0, { 1.0 }, 1.0);
-    plot.resizeData(3);
-    plot.setColor(1, Qt::cyan);
-    plot.setEnable(2, false);
-    plot.showPeak({});
-    plot.clearData();
-    QCOMPARE(plot.m_data.size(), 8);
-    QVERIFY(!plot.hasData());
-    QCOMPARE(plot.m_data.at(1).color, QColor(Qt::cyan));
-    QVERIFY(!plot.m_data.at(2).enable);
-    QVERIFY(plot.m_maxValues.isEmpty() && plot.m_peaks.isEmpty());
-    plot.resizeData(20);
-    plot.clearData();
-    QCOMPARE(plot.m_data.size(), 8);
-}
-
-void TestMultiVectorGraphWidget::getDataChecksItsRange()
-{
-    Plot plot;
-    plot.setData(2, { 1.0, 2.0 }, 2.0);
-    QList<double> values;
-    QVERIFY(plot.getData(2, values));
-    QCOMPARE(values, (QList<double> { 1.0, 2.0 }));
-    QVERIFY(plot.getData(0, values));
-    QVERIFY(values.isEmpty());
-    QVERIFY(!plot.getData(8, values));
-}
-
-void TestMultiVectorGraphWidget::countsOfSeries()
-{
-    Plot plot;
-    QVERIFY(!plot.hasData());
-    QCOMPARE(plot.getValidDataCount(), 0);
-    QCOMPARE(plot.getMaxCount(), 0);
-    plot.setData(5, QList<double>(7, 0.0), 0.0);
-    plot.setData(9, QList<double>(3, 0.0), 0.0);
-    plot.setEnable(5, false);
-    QVERIFY(plot.hasData());
-    QCOMPARE(plot.getValidDataCount(), 2);
-    QCOMPARE(plot.getMaxCount(), 7); // hidden ones count
-}
-
-void TestMultiVectorGraphWidget::countTimesResolution()
-{
-    Plot plot;
-    plot.setData(0, QList<double>(7, 0.0), 0.0);
-    plot.setResolution(10);
-    QCOMPARE(plot.getMaxCount(), 70);
-    plot.setResolution(4000000000U);
-    QCOMPARE(plot.getMaxCount(), std::numeric_limits<int>::max());
-}
-
-void TestMultiVectorGraphWidget::resolutionRefreshesOnAChange()
-{
-    Plot plot;
-    plot.setResolution(1);
-    QVERIFY(!plot.wasRefreshed());
-    plot.setResolution(5);
-    QVERIFY(plot.wasRefreshed());
-    QCOMPARE(plot.m_resolution, 5U);
-    plot.setResolution(0);
-    QCOMPARE(plot.m_resolution, 1U);
-}
-
-void TestMultiVectorGraphWidget::addTypeRefits()
-{
-    Plot plot;
-    plot.setData(0, QList<double>(100, 1.0), 90.0);
-    plot.setMinMaxX(3.0, 4.0);
-    plot.wasRefreshed();
-    plot.setAddType(MultiVectorGraphWidget::AddEachGroup);
-    QCOMPARE(plot.m_addType, MultiVectorGraphWidget::AddEachGroup);
-    QCOMPARE(plot.m_minX, 0.0);
-    QCOMPARE(plot.m_maxX, 100.0);
-    QCOMPARE(plot.m_maxY, 800.0); // eight times the largest value
-    QVERIFY(plot.wasRefreshed());
-    plot.initMode(false, false);
-    plot.setMinMaxX(3.0, 4.0);
-    plot.setAddType(MultiVectorGraphWidget::AddAll);
-    QCOMPARE(plot.m_maxX, 4.0);
-    QVERIFY(!plot.m_autoScaleX && !plot.m_autoScaleY);
-}
-
-void TestMultiVectorGraphWidget::addTypeOutOfTheEnum()
-{
-    Plot all;
-    Plot other;
-    for (Plot* plot : { &all, &other }) {
-        plot->setData(0, { 1.0, 2.0, 3.0 }, 3.0);
-        plot->setData(1, { 5.0, 1.0, 2.0 }, 5.0);
+    void getDataChecksItsRange()
+    {
+        Plot plot;
+        plot.setData(2, { 1.0, 2.0 }, 2.0);
+        QList<double> values;
+        QVERIFY(plot.getData(2, values));
+        QCOMPARE(values, (QList<double> { 1.0, 2.0 }));
+        QVERIFY(plot.getData(0, values));
+        QVERIFY(values.isEmpty());
+        QVERIFY(!plot.getData(8, values));
     }
-    all.setAddType(MultiVectorGraphWidget::AddAll);
-    other.setAddType(static_cast<MultiVectorGraphWidget::AddType>(77));
-    QCOMPARE(other.getMaxValue(), all.getMaxValue());
-    QCOMPARE(other.picture(), all.picture());
-}
 
-void TestMultiVectorGraphWidget::functionRemovesPeakSearch()
-{
-    Plot plot;
-    plot.setFuncX2Plot(same, same);
-    QVERIFY(plot.entry(QStringLiteral("Peak Search")) == nullptr);
-    QCOMPARE(plot.actions().size(), 16);
-    plot.setFuncX2Plot(same, same);
-    QCOMPARE(plot.actions().size(), 16);
-    plot.setData(0, { 1.0, 2.0 }, 2.0);
-    plot.picture();
-    plot.setFuncX2Plot(same, nullptr); // half a pair does no harm
-    plot.picture();
-    plot.setFuncX2Plot(nullptr, same);
-    plot.picture();
-}
+    void countsOfSeries()
+    {
+        Plot plot;
+        QVERIFY(!plot.hasData());
+        QCOMPARE(plot.getValidDataCount(), 0);
+        QCOMPARE(plot.getMaxCount(), 0);
+        plot.setData(5, QList<double>(7, 0.0), 0.0);
+        plot.setData(9, QList<double>(3, 0.0), 0.0);
+        plot.setEnable(5, false);
+        QVERIFY(plot.hasData());
+        QCOMPARE(plot.getValidDataCount(), 2);
+        QCOMPARE(plot.getMaxCount(), 7); // hidden ones count
+    }
 
-void TestMultiVectorGraphWidget::functionRemovesPeakSearchInAnyLanguage()
-{
-    Plot english;
-    QVERIFY(tarnis::setLanguage(QLocale(QLocale::German)));
-    Plot german;
-    english.setFuncX2Plot(same, same);
-    QCOMPARE(english.actions().size(), 16);
-    QVERIFY(english.entry(QStringLiteral("Peak Search")) == nullptr);
-    tarnis::setLanguage(QLocale(QLocale::English));
-    german.setFuncX2Plot(same, same);
-    QCOMPARE(german.actions().size(), 16);
-}
+    void countTimesResolution()
+    {
+        Plot plot;
+        plot.setData(0, QList<double>(7, 0.0), 0.0);
+        plot.setResolution(10);
+        QCOMPARE(plot.getMaxCount(), 70);
+        plot.setResolution(4000000000U);
+        QCOMPARE(plot.getMaxCount(), std::numeric_limits<int>::max());
+    }
 
-void TestMultiVectorGraphWidget::hugeWholeNumbersDoNotOverflow()
-{
-    Plot plot;
-    constexpr int largest = std::numeric_limits<int>::max();
-    plot.m_peaks = { PeakSearch::Gaussian() };
-    plot.m_peaks[0].start = largest;
-    plot.m_peaks[0].points = { 1.0, 2.0 };
-    plot.m_peakDisplayPoints = true;
-    plot.m_peakDialogs.map.insert(&plot, new QWidget);
-    plot.setData(0, { 1.0, 2.0 }, 2.0);
-    plot.picture();
-    plot.m_groupSize = largest;
-    plot.setAddType(MultiVectorGraphWidget::AddEachGroup);
-    plot.picture();
-    plot.peakSearch(20, 3, true);
-    QCOMPARE(plot.getMaxValue(), 2.0 * largest);
-}
+    void resolutionRefreshesOnAChange()
+    {
+        Plot plot;
+        plot.setResolution(1);
+        QVERIFY(!plot.wasRefreshed());
+        plot.setResolution(5);
+        QVERIFY(plot.wasRefreshed());
+        QCOMPARE(plot.m_resolution, 5U);
+        plot.setResolution(0);
+        QCOMPARE(plot.m_resolution, 1U);
+    }
 
-void TestMultiVectorGraphWidget::autoScaleX()
-{
-    Plot plot;
-    plot.setData(0, QList<double>(1024, 1.0), 1.0);
-    plot.onAutoScaleX(false);
-    plot.setMinMaxX(3.0, 4.0);
-    plot.wasRefreshed();
-    plot.m_actAutoScaleX->trigger();
-    QCOMPARE(plot.m_minX, 0.0);
-    QCOMPARE(plot.m_maxX, 1200.0);
-    QVERIFY(plot.wasRefreshed());
-    plot.m_initAutoScaleX = false;
-    plot.onAutoScaleX(true);
-    QCOMPARE(plot.m_maxX, 500.0); // the initial maximum, rounded
-}
+    void addTypeRefits()
+    {
+        Plot plot;
+        plot.setData(0, QList<double>(100, 1.0), 90.0);
+        plot.setMinMaxX(3.0, 4.0);
+        plot.wasRefreshed();
+        plot.setAddType(MultiVectorGraphWidget::AddEachGroup);
+        QCOMPARE(plot.m_addType, MultiVectorGraphWidget::AddEachGroup);
+        QCOMPARE(plot.m_minX, 0.0);
+        QCOMPARE(plot.m_maxX, 100.0);
+        QCOMPARE(plot.m_maxY, 800.0); // eight times the largest value
+        QVERIFY(plot.wasRefreshed());
+        plot.initMode(false, false);
+        plot.setMinMaxX(3.0, 4.0);
+        plot.setAddType(MultiVectorGraphWidget::AddAll);
+        QCOMPARE(plot.m_maxX, 4.0);
+        QVERIFY(!plot.m_autoScaleX && !plot.m_autoScaleY);
+    }
 
-void TestMultiVectorGraphWidget::autoScaleY()
-{
-    Plot plot;
-    plot.setData(0, QList<double>(10, 1.0), 90.0);
-    plot.onAutoScaleY(false);
-    plot.setMinMaxY(3.0, 4.0);
-    plot.wasRefreshed();
-    plot.onAutoScaleY(true);
-    QCOMPARE(plot.m_minY, 0.0);
-    QCOMPARE(plot.m_maxY, 100.0);
-    QVERIFY(plot.wasRefreshed());
-}
-
-void TestMultiVectorGraphWidget::selectXRangeNeedsData()
-{
-    Plot plot;
-    plot.SetEnableSelectXRangeFeature(true, QStringLiteral("Channel"));
-    plot.show();
-    const QSignalSpy begun(&plot, &XYGraphWidget::xRangeSelectBegin);
-    QVERIFY(PlotHand(plot).pick(QStringLiteral("Select Channel Range")));
-    QVERIFY(!plot.IsEnableSelectXRange());
-    QCOMPARE(begun.count(), 0);
-    QVERIFY(plot.m_xRangeDialog == nullptr);
-    plot.setData(0, QList<double>(10, 1.0), 1.0);
-    QVERIFY(PlotHand(plot).pick(QStringLiteral("Select Channel Range")));
-    QVERIFY(plot.IsEnableSelectXRange());
-    QCOMPARE(begun.count(), 1);
-    QVERIFY(plot.m_xRangeDialog != nullptr);
-}
-
-void TestMultiVectorGraphWidget::formOfTheCurvesFromTheMenu()
-{
-    Plot plot;
-    plot.show();
-    PlotHand hand(plot);
-    plot.wasRefreshed();
-    QVERIFY(hand.pick(QStringLiteral("Column Chart")));
-    QVERIFY(plot.m_columnChart && plot.wasRefreshed());
-    QVERIFY(hand.pick(QStringLiteral("Connect Points")));
-    QVERIFY(!plot.m_connectPoints && plot.wasRefreshed());
-    QVERIFY(hand.pick(QStringLiteral("Column Chart")));
-    QVERIFY(!plot.m_columnChart);
-}
-
-void TestMultiVectorGraphWidget::logScaleFromTheMenu()
-{
-    Plot plot;
-    plot.show();
-    plot.wasRefreshed();
-    QVERIFY(PlotHand(plot).pick(QStringLiteral("Log Scale")));
-    QVERIFY(plot.m_logScaleY && plot.wasRefreshed());
-    plot.entry(QStringLiteral("Log Scale"))->setChecked(false); // set from code: not called
-    QVERIFY(plot.m_logScaleY);
-}
-
-void TestMultiVectorGraphWidget::paintedRangeEndsAtThePeak()
-{
-    Plot plot;
-    plot.setData(0, { 1.0, 77.0, 3.0 }, 77.0);
-    plot.setData(8, { 1.0, 60.0, 3.0 }, 60.0);
-    plot.setAddType(MultiVectorGraphWidget::AddEachPosition);
-    QCOMPARE(plot.m_maxY, 160.0);
-    plot.picture();
-    QCOMPARE(plot.m_minY, 0.0);
-    QCOMPARE(plot.m_maxY, 77.0); // of the groups, also for a sum
-    plot.onAutoScaleY(false);
-    plot.setMinMaxY(5.0, 10.0);
-    plot.picture();
-    QCOMPARE(plot.m_maxY, 10.0);
-}
-
-void TestMultiVectorGraphWidget::paintedRangeOnALogAxis()
-{
-    Plot plot;
-    plot.setData(0, { 0.0, 1000.0, 3.0 }, 1000.0);
-    plot.setData(1, { 0.25, -7.0, 3.0 }, 1000.0);
-    plot.setEnable(1, false); // hidden series count
-    plot.setLogScaleY(true);
-    plot.picture();
-    QCOMPARE(plot.m_minY, 0.25);
-    QCOMPARE(plot.m_maxY, 1000.0);
-    plot.resizeData(1);
-    plot.picture();
-    QCOMPARE(plot.m_minY, 1.0);
-}
-
-void TestMultiVectorGraphWidget::directPaintMovesTheLowerEndOnly()
-{
-    Plot plot;
-    plot.setData(0, { 0.5, 77.0, 3.0 }, 77.0);
-    plot.setMinMaxY(-4.0, 90.0);
-    QImage screen(plot.size(), QImage::Format_ARGB32_Premultiplied);
-    plot.render(&screen); // without a cache
-    QCOMPARE(plot.m_minY, 0.0);
-    QCOMPARE(plot.m_maxY, 90.0);
-}
-
-void TestMultiVectorGraphWidget::columnsWinOverJoinedPoints()
-{
-    Plot plot;
-    plot.setData(0, { 40.0, 10.0, 30.0, 20.0 }, 60.0);
-    const QColor color = plot.m_data.at(0).color;
-    const int joined = count(plot.picture(), color);
-    plot.onColumnChart(true);
-    const QImage columns = plot.picture();
-    QVERIFY(count(columns, color) > 10 * joined);
-    plot.onConnectPoints(false);
-    QCOMPARE(plot.picture(), columns);
-    plot.onColumnChart(false);
-    QCOMPARE(count(plot.picture(), color), 4 * 9); // a cross of nine pixels each
-}
-
-void TestMultiVectorGraphWidget::peaksAreDrawnOverTheCurves()
-{
-    Plot plot;
-    plot.setData(0, QList<double>(500, 20.0), 40.0);
-    PeakSearch::Gaussian peak;
-    peak.N = 30.0;
-    peak.center = 250.0;
-    peak.sigma = 20.0;
-    plot.showPeak(peak);
-    QVERIFY(plot.wasRefreshed());
-    QVERIFY(count(plot.picture(), QColor(0, 65, 255)) > 50);
-    plot.showPeak(peak);
-    QCOMPARE(plot.m_peaks.size(), 1);
-}
-
-void TestMultiVectorGraphWidget::tooltipFollowsTheMouse()
-{
-    Plot plot;
-    plot.m_groupName = QStringLiteral("Module");
-    plot.m_firstNumber = 4;
-    plot.setData(0, QList<double>(100, 10.0), 90.0);
-    plot.setData(1, QList<double>(100, 80.0), 90.0);
-    plot.initManualX(0.0, 100.0);
-    plot.initMode(false, false);
-    plot.setMinMaxY(0.0, 100.0);
-    plot.show();
-    plot.picture();
-    PlotHand hand(plot);
-    hand.move(plot.calcWidgetPoint(QPoint(30, 75)) + QPoint(1, 0));
-    TRY_COMPARE(QToolTip::text(), QStringLiteral("Module:5 Channel:30 i:80"));
-    hand.move(plot.calcWidgetPoint(QPoint(60, 15)) + QPoint(1, 0));
-    TRY_COMPARE(QToolTip::text(), QStringLiteral("Module:4 Channel:60 i:10"));
-    plot.setDecimalX(2);
-    hand.move(plot.calcWidgetPoint(QPoint(61, 15)) + QPoint(1, 0));
-    TRY_COMPARE(QToolTip::text(), QStringLiteral("Module:4 Channel:61.5 i:10"));
-    hand.move(QPoint(2, 2));
-    TRY_VERIFY(!QToolTip::isVisible() || QToolTip::text().isEmpty());
-}
-
-void TestMultiVectorGraphWidget::tooltipOverASum_data()
-{
-    QTest::addColumn<int>("type");
-    QTest::newRow("sum of all") << int(MultiVectorGraphWidget::AddAll);
-    QTest::newRow("type out of the enumeration") << 77;
-}
-
-void TestMultiVectorGraphWidget::tooltipOverASum()
-{
-    QFETCH(int, type);
-    Plot plot;
-    plot.setData(0, QList<double>(100, 10.0), 90.0);
-    plot.setData(1, QList<double>(100, 80.0), 90.0);
-    plot.setData(2, QList<double>(100, 500.0), 90.0);
-    plot.setEnable(2, false);
-    plot.setAddType(static_cast<MultiVectorGraphWidget::AddType>(type));
-    plot.initManualX(0.0, 100.0);
-    plot.show();
-    plot.picture();
-    PlotHand hand(plot);
-    hand.move(plot.m_graphRect.center());
-    TRY_VERIFY(QToolTip::text().endsWith(QStringLiteral(" i:90")));
-    hand.move(QPoint(2, 2));
-}
-
-void TestMultiVectorGraphWidget::tracesDifferentLengthsOfHiddenSumsToo()
-{
-    Plot plot;
-    plot.m_groupSize = 2;
-    plot.setData(0, { 1.0, 2.0, 3.0, 4.0 }, 4.0);
-    plot.setData(1, { 1.0, 2.0 }, 4.0);
-    plot.setEnable(0, false);
-    plot.setAddType(MultiVectorGraphWidget::AddEachGroup);
-    QTest::ignoreMessage(QtDebugMsg, QRegularExpression(QStringLiteral("Dst Size: 4 Src Size: 2")));
-    plot.picture();
-}
-
-void TestMultiVectorGraphWidget::badNumbersDoNoHarm()
-{
-    Plot plot;
-    plot.show();
-    PlotHand hand(plot);
-    for (const double odd : { 0.0, -1.0, 1e308, -1e308, 5e-324, std::nan(""), HUGE_VAL, -HUGE_VAL }) {
-        plot.initMode(true, true);
-        plot.setData(0, { odd, 1.0, odd, 5.0 }, odd);
-        plot.setData(1, { 1.0, odd }, odd);
-        for (int form = 0; form < 12; ++form) {
-            plot.onColumnChart(form % 3 == 0);
-            plot.onConnectPoints(form % 3 == 1);
-            plot.setLogScaleY(form % 2 == 0);
-            plot.setAddType(static_cast<MultiVectorGraphWidget::AddType>(form / 3));
-            plot.picture();
-            plot.peakSearch(20, 3, true);
-            hand.move(plot.m_graphRect.center() + QPoint(form, 0));
+    void addTypeOutOfTheEnum()
+    {
+        Plot all;
+        Plot other;
+        for (Plot* plot : { &all, &other }) {
+            plot->setData(0, { 1.0, 2.0, 3.0 }, 3.0);
+            plot->setData(1, { 5.0, 1.0, 2.0 }, 5.0);
         }
-        plot.setMinMaxX(odd, 5.0);
-        plot.setMinMaxY(odd, odd);
+        all.setAddType(MultiVectorGraphWidget::AddAll);
+        other.setAddType(static_cast<MultiVectorGraphWidget::AddType>(77));
+        QCOMPARE(other.getMaxValue(), all.getMaxValue());
+        QCOMPARE(other.picture(), all.picture());
+    }
+
+    void functionRemovesPeakSearch()
+    {
+        Plot plot;
+        plot.setFuncX2Plot(same, same);
+        QVERIFY(plot.entry(QStringLiteral("Peak Search")) == nullptr);
+        QCOMPARE(plot.actions().size(), 16);
+        plot.setFuncX2Plot(same, same);
+        QCOMPARE(plot.actions().size(), 16);
+        plot.setData(0, { 1.0, 2.0 }, 2.0);
         plot.picture();
-        plot.initManualX(odd, odd);
+        plot.setFuncX2Plot(same, nullptr); // half a pair does no harm
+        plot.picture();
+        plot.setFuncX2Plot(nullptr, same);
+        plot.picture();
+    }
+
+    void functionRemovesPeakSearchInAnyLanguage()
+    {
+        Plot english;
+        QVERIFY(tarnis::setLanguage(QLocale(QLocale::German)));
+        Plot german;
+        english.setFuncX2Plot(same, same);
+        QCOMPARE(english.actions().size(), 16);
+        QVERIFY(english.entry(QStringLiteral("Peak Search")) == nullptr);
+        tarnis::setLanguage(QLocale(QLocale::English));
+        german.setFuncX2Plot(same, same);
+        QCOMPARE(german.actions().size(), 16);
+    }
+
+    void hugeWholeNumbersDoNotOverflow()
+    {
+        Plot plot;
+        constexpr int largest = std::numeric_limits<int>::max();
+        plot.m_peaks = { PeakSearch::Gaussian() };
+        plot.m_peaks[0].start = largest;
+        plot.m_peaks[0].points = { 1.0, 2.0 };
+        plot.m_peakDisplayPoints = true;
+        plot.m_peakDialogs.map.insert(&plot, new QWidget);
+        plot.setData(0, { 1.0, 2.0 }, 2.0);
+        plot.picture();
+        plot.m_groupSize = largest;
+        plot.setAddType(MultiVectorGraphWidget::AddEachGroup);
         plot.picture();
         plot.peakSearch(20, 3, true);
-        hand.move(plot.m_graphRect.center());
-        plot.init(QString(), QString(), 10.0, 10.0, true, true);
+        QCOMPARE(plot.getMaxValue(), 2.0 * largest);
     }
-    hand.move(QPoint(2, 2));
-}
+
+    void autoScaleX()
+    {
+        Plot plot;
+        plot.setData(0, QList<double>(1024, 1.0), 1.0);
+        plot.onAutoScaleX(false);
+        plot.setMinMaxX(3.0, 4.0);
+        plot.wasRefreshed();
+        plot.m_actAutoScaleX->trigger();
+        QCOMPARE(plot.m_minX, 0.0);
+        QCOMPARE(plot.m_maxX, 1200.0);
+        QVERIFY(plot.wasRefreshed());
+        plot.m_initAutoScaleX = false;
+        plot.onAutoScaleX(true);
+        QCOMPARE(plot.m_maxX, 500.0); // the initial maximum, rounded
+    }
+
+    void autoScaleY()
+    {
+        Plot plot;
+        plot.setData(0, QList<double>(10, 1.0), 90.0);
+        plot.onAutoScaleY(false);
+        plot.setMinMaxY(3.0, 4.0);
+        plot.wasRefreshed();
+        plot.onAutoScaleY(true);
+        QCOMPARE(plot.m_minY, 0.0);
+        QCOMPARE(plot.m_maxY, 100.0);
+        QVERIFY(plot.wasRefreshed());
+    }
+
+    void selectXRangeNeedsData()
+    {
+        Plot plot;
+        plot.SetEnableSelectXRangeFeature(true, QStringLiteral("Channel"));
+        plot.show();
+        const QSignalSpy begun(&plot, &XYGraphWidget::xRangeSelectBegin);
+        QVERIFY(PlotHand(plot).pick(QStringLiteral("Select Channel Range")));
+        QVERIFY(!plot.IsEnableSelectXRange());
+        QCOMPARE(begun.count(), 0);
+        QVERIFY(plot.m_xRangeDialog == nullptr);
+        plot.setData(0, QList<double>(10, 1.0), 1.0);
+        QVERIFY(PlotHand(plot).pick(QStringLiteral("Select Channel Range")));
+        QVERIFY(plot.IsEnableSelectXRange());
+        QCOMPARE(begun.count(), 1);
+        QVERIFY(plot.m_xRangeDialog != nullptr);
+    }
+
+    void formOfTheCurvesFromTheMenu()
+    {
+        Plot plot;
+        plot.show();
+        PlotHand hand(plot);
+        plot.wasRefreshed();
+        QVERIFY(hand.pick(QStringLiteral("Column Chart")));
+        QVERIFY(plot.m_columnChart && plot.wasRefreshed());
+        QVERIFY(hand.pick(QStringLiteral("Connect Points")));
+        QVERIFY(!plot.m_connectPoints && plot.wasRefreshed());
+        QVERIFY(hand.pick(QStringLiteral("Column Chart")));
+        QVERIFY(!plot.m_columnChart);
+    }
+
+    void logScaleFromTheMenu()
+    {
+        Plot plot;
+        plot.show();
+        plot.wasRefreshed();
+        QVERIFY(PlotHand(plot).pick(QStringLiteral("Log Scale")));
+        QVERIFY(plot.m_logScaleY && plot.wasRefreshed());
+        plot.entry(QStringLiteral("Log Scale"))->setChecked(false); // set from code: not called
+        QVERIFY(plot.m_logScaleY);
+    }
+
+    void paintedRangeEndsAtThePeak()
+    {
+        Plot plot;
+        plot.setData(0, { 1.0, 77.0, 3.0 }, 77.0);
+        plot.setData(8, { 1.0, 60.0, 3.0 }, 60.0);
+        plot.setAddType(MultiVectorGraphWidget::AddEachPosition);
+        QCOMPARE(plot.m_maxY, 160.0);
+        plot.picture();
+        QCOMPARE(plot.m_minY, 0.0);
+        QCOMPARE(plot.m_maxY, 77.0); // of the groups, also for a sum
+        plot.onAutoScaleY(false);
+        plot.setMinMaxY(5.0, 10.0);
+        plot.picture();
+        QCOMPARE(plot.m_maxY, 10.0);
+    }
+
+    void paintedRangeOnALogAxis()
+    {
+        Plot plot;
+        plot.setData(0, { 0.0, 1000.0, 3.0 }, 1000.0);
+        plot.setData(1, { 0.25, -7.0, 3.0 }, 1000.0);
+        plot.setEnable(1, false); // hidden series count
+        plot.setLogScaleY(true);
+        plot.picture();
+        QCOMPARE(plot.m_minY, 0.25);
+        QCOMPARE(plot.m_maxY, 1000.0);
+        plot.resizeData(1);
+        plot.picture();
+        QCOMPARE(plot.m_minY, 1.0);
+    }
+
+    void directPaintMovesTheLowerEndOnly()
+    {
+        Plot plot;
+        plot.setData(0, { 0.5, 77.0, 3.0 }, 77.0);
+        plot.setMinMaxY(-4.0, 90.0);
+        QImage screen(plot.size(), QImage::Format_ARGB32_Premultiplied);
+        plot.render(&screen); // without a cache
+        QCOMPARE(plot.m_minY, 0.0);
+        QCOMPARE(plot.m_maxY, 90.0);
+    }
+
+    void columnsWinOverJoinedPoints()
+    {
+        Plot plot;
+        plot.setData(0, { 40.0, 10.0, 30.0, 20.0 }, 60.0);
+        const QColor color = plot.m_data.at(0).color;
+        const int joined = count(plot.picture(), color);
+        plot.onColumnChart(true);
+        const QImage columns = plot.picture();
+        QVERIFY(count(columns, color) > 10 * joined);
+        plot.onConnectPoints(false);
+        QCOMPARE(plot.picture(), columns);
+        plot.onColumnChart(false);
+        QCOMPARE(count(plot.picture(), color), 4 * 9); // a cross of nine pixels each
+    }
+
+    void peaksAreDrawnOverTheCurves()
+    {
+        Plot plot;
+        plot.setData(0, QList<double>(500, 20.0), 40.0);
+        PeakSearch::Gaussian peak;
+        peak.N = 30.0;
+        peak.center = 250.0;
+        peak.sigma = 20.0;
+        plot.showPeak(peak);
+        QVERIFY(plot.wasRefreshed());
+        QVERIFY(count(plot.picture(), QColor(0, 65, 255)) > 50);
+        plot.showPeak(peak);
+        QCOMPARE(plot.m_peaks.size(), 1);
+    }
+
+    void tooltipFollowsTheMouse()
+    {
+        Plot plot;
+        plot.m_groupName = QStringLiteral("Module");
+        plot.m_firstNumber = 4;
+        plot.setData(0, QList<double>(100, 10.0), 90.0);
+        plot.setData(1, QList<double>(100, 80.0), 90.0);
+        plot.initManualX(0.0, 100.0);
+        plot.initMode(false, false);
+        plot.setMinMaxY(0.0, 100.0);
+        plot.show();
+        plot.picture();
+        PlotHand hand(plot);
+        hand.move(plot.calcWidgetPoint(QPoint(30, 75)) + QPoint(1, 0));
+        TRY_COMPARE(QToolTip::text(), QStringLiteral("Module:5 Channel:30 i:80"));
+        hand.move(plot.calcWidgetPoint(QPoint(60, 15)) + QPoint(1, 0));
+        TRY_COMPARE(QToolTip::text(), QStringLiteral("Module:4 Channel:60 i:10"));
+        plot.setDecimalX(2);
+        hand.move(plot.calcWidgetPoint(QPoint(61, 15)) + QPoint(1, 0));
+        TRY_COMPARE(QToolTip::text(), QStringLiteral("Module:4 Channel:61.5 i:10"));
+        hand.move(QPoint(2, 2));
+        TRY_VERIFY(!QToolTip::isVisible() || QToolTip::text().isEmpty());
+    }
+
+    void tooltipOverASum_data()
+    {
+        QTest::addColumn<int>("type");
+        QTest::newRow("sum of all") << int(MultiVectorGraphWidget::AddAll);
+        QTest::newRow("type out of the enumeration") << 77;
+    }
+    void tooltipOverASum()
+    {
+        QFETCH(int, type);
+        Plot plot;
+        plot.setData(0, QList<double>(100, 10.0), 90.0);
+        plot.setData(1, QList<double>(100, 80.0), 90.0);
+        plot.setData(2, QList<double>(100, 500.0), 90.0);
+        plot.setEnable(2, false);
+        plot.setAddType(static_cast<MultiVectorGraphWidget::AddType>(type));
+        plot.initManualX(0.0, 100.0);
+        plot.show();
+        plot.picture();
+        PlotHand hand(plot);
+        hand.move(plot.m_graphRect.center());
+        TRY_VERIFY(QToolTip::text().endsWith(QStringLiteral(" i:90")));
+        hand.move(QPoint(2, 2));
+    }
+
+    void tracesDifferentLengthsOfHiddenSumsToo()
+    {
+        Plot plot;
+        plot.m_groupSize = 2;
+        plot.setData(0, { 1.0, 2.0, 3.0, 4.0 }, 4.0);
+        plot.setData(1, { 1.0, 2.0 }, 4.0);
+        plot.setEnable(0, false);
+        plot.setAddType(MultiVectorGraphWidget::AddEachGroup);
+        QTest::ignoreMessage(QtDebugMsg, QRegularExpression(QStringLiteral("Dst Size: 4 Src Size: 2")));
+        plot.picture();
+    }
+
+    void badNumbersDoNoHarm()
+    {
+        Plot plot;
+        plot.show();
+        PlotHand hand(plot);
+        for (const double odd : { 0.0, -1.0, 1e308, -1e308, 5e-324, std::nan(""), HUGE_VAL, -HUGE_VAL }) {
+            plot.initMode(true, true);
+            plot.setData(0, { odd, 1.0, odd, 5.0 }, odd);
+            plot.setData(1, { 1.0, odd }, odd);
+            for (int form = 0; form < 12; ++form) {
+                plot.onColumnChart(form % 3 == 0);
+                plot.onConnectPoints(form % 3 == 1);
+                plot.setLogScaleY(form % 2 == 0);
+                plot.setAddType(static_cast<MultiVectorGraphWidget::AddType>(form / 3));
+                plot.picture();
+                plot.peakSearch(20, 3, true);
+                hand.move(plot.m_graphRect.center() + QPoint(form, 0));
+            }
+            plot.setMinMaxX(odd, 5.0);
+            plot.setMinMaxY(odd, odd);
+            plot.picture();
+            plot.initManualX(odd, odd);
+            plot.picture();
+            plot.peakSearch(20, 3, true);
+            hand.move(plot.m_graphRect.center());
+            plot.init(QString(), QString(), 10.0, 10.0, true, true);
+        }
+        hand.move(QPoint(2, 2));
+    }
+};
 
 QTEST_MAIN(TestMultiVectorGraphWidget)
 #include "tst_multivectorgraphwidget.moc"

@@ -128,430 +128,397 @@ class TestMultiVectorTools : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
+    void init()
+    {
+        QVERIFY(folder.isValid());
+        setSaveFilePath(folder.path() + u'/');
+    }
 
-    void csvOfAList();
-    void saveCsv_data();
-    void saveCsv();
-    void saveCsvAsksInTheSaveDirectory();
-    void saveCsvIsSilentOnFailure();
+    void csvOfAList()
+    {
+        Plot plot;
+        const QList<MultiVectorGraphWidget::Data> list { { { 1.0, 2.0, 3.0 }, Qt::white, true },
+            { { 7.0, 7.0, 7.0, 7.0, 7.0, 7.0 }, Qt::white, false }, { { 4.0, 5.0, 6.0, 7.5, 8.0 }, Qt::white, true } };
+        QCOMPARE(plot.vector2Csv(list), QStringLiteral("1,4\n2,5\n3,6\n,7.5\n,8\n"));
+        plot.setManualIndex({ 10.0, 20.0 });
+        QCOMPARE(plot.vector2Csv(list), QStringLiteral("10,1,4\n20,2,5\n3,6\n,7.5\n,8\n"));
+        QVERIFY(plot.vector2Csv({}).isEmpty());
+        QVERIFY(plot.vector2Csv({ list.at(1) }).isEmpty());
+    }
 
-    void visiblesOfEverySeries();
-    void visiblesOfGroupsOfOne();
-    void visiblesOfGroups();
-    void visiblesOfPositions();
-    void visiblesDialogIsOne();
-    void visiblesAreApplied();
-    void visiblesOfGroupsAreApplied();
-    void visiblesAfterTheSeriesWentAway();
-    void newTypeClosesTheVisibles();
+    void saveCsv_data()
+    {
+        QTest::addColumn<int>("type");
+        QTest::addColumn<int>("groupSize");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("every series") << 0 << 2 << "Module 3 - ch 0,Module 4 - ch 0\n1,3\n1,3\n";
+        QTest::newRow("groups") << 1 << 2 << "Module 3,Module 4\n3,3\n3,3\n";
+        QTest::newRow("one group has no heading") << 1 << 8 << "6\n6\n";
+        QTest::newRow("positions") << 2 << 2 << "ch 0\n4\n4\n";
+        QTest::newRow("all, hidden ones too") << 3 << 2 << "All\n6\n6\n";
+    }
+    void saveCsv()
+    {
+        QFETCH(int, type);
+        QFETCH(int, groupSize);
+        Plot plot;
+        plot.m_groupSize = groupSize;
+        plot.m_firstNumber = 3;
+        plot.fill(3);
+        plot.setEnable(1, false);
+        plot.setAddType(static_cast<MultiVectorGraphWidget::AddType>(type));
+        QTEST(savedFile(plot), "text");
+    }
 
-    void peakDialogIsOne();
-    void peakSearchFindsAndShows();
-    void peakSearchOnAManualAxis();
-    void peakSearchInTheVisibleRange();
-    void peakSearchAgainReplaces();
-    void peakSearchWithoutADialog();
-    void peakSearchWithoutAnEnabledSeries();
-    void selectedPeakAndPoints();
-    void closingTheDialogClearsThePeaks();
-    void plotMayDieFirst();
-    void newDialogRemovesThePeaks();
+    void saveCsvAsksInTheSaveDirectory()
+    {
+        Plot plot;
+        QVERIFY(QDir(folder.path()).mkpath(QStringLiteral("deep")));
+        ModalWatchdog watchdog(
+            { [](QWidget& window) {
+                 auto* dialog = qobject_cast<QFileDialog*>(&window);
+                 QVERIFY(dialog != nullptr);
+                 QCOMPARE(dialog->windowTitle(), QStringLiteral("Save CSV"));
+                 QCOMPARE(dialog->nameFilters(), QStringList { QStringLiteral("CSV Files (*.csv *.txt)") });
+                 dialog->reject();
+             },
+                acceptFile(folder.filePath(QStringLiteral("deep/a.csv"))) });
+        QVERIFY(PlotHand(plot).pick(QStringLiteral("Save CSV...")));
+        QCOMPARE(getSaveDir(), folder.path() + u'/');
+        QVERIFY(PlotHand(plot).pick(QStringLiteral("Save CSV...")));
+        QVERIFY(watchdog.isContent());
+        QCOMPARE(getSaveDir(), folder.filePath(QStringLiteral("deep/")));
+    }
+
+    void saveCsvIsSilentOnFailure()
+    {
+        Plot plot;
+        ModalWatchdog watchdog({ acceptFile(QStringLiteral("/proc/nowhere.csv")) });
+        plot.onSaveCsv();
+        QVERIFY(watchdog.isContent());
+        QCOMPARE(getSaveDir(), folder.path() + u'/');
+    }
+
+    void visiblesOfEverySeries()
+    {
+        Plot plot;
+        plot.m_firstNumber = 2;
+        plot.fill(10);
+        plot.setEnable(3, false);
+        for (const auto type : { MultiVectorGraphWidget::AddNone, MultiVectorGraphWidget::AddAll }) {
+            plot.setAddType(type);
+            plot.onSelectVisibles();
+            const QTableWidget& table = *plot.visibles()->getTable();
+            QCOMPARE(plot.visibles()->windowTitle(), QStringLiteral("Select Visible Items"));
+            QVERIFY(plot.visibles()->isVisible() && plot.visibles()->testAttribute(Qt::WA_DeleteOnClose));
+            QVERIFY(table.horizontalHeader()->isVisible() && table.verticalHeader()->isVisible());
+            QCOMPARE(table.verticalHeader()->defaultSectionSize(), 18);
+            QCOMPARE(
+                columnHeaders(table), (QStringList { "ch 0", "ch 1", "ch 2", "ch 3", "ch 4", "ch 5", "ch 6", "ch 7" }));
+            QCOMPARE(rowHeaders(table), (QStringList { "Module 2", "Module 3" }));
+            QCOMPARE(marks(table, 0), QStringLiteral("xxxoxxxx"));
+            QCOMPARE(marks(table, 1), QStringLiteral("xx......"));
+            QVERIFY(table.item(0, 0)->text().isEmpty());
+            delete plot.visibles();
+        }
+    }
+
+    void visiblesOfGroupsOfOne()
+    {
+        Plot plot;
+        plot.m_groupSize = 1;
+        plot.fill(3);
+        plot.onSelectVisibles();
+        const QTableWidget& table = *plot.visibles()->getTable();
+        QCOMPARE(columnHeaders(table), QStringList { "ch *" });
+        QCOMPARE(rowHeaders(table), (QStringList { "Module 0", "Module 1", "Module 2" }));
+        QCOMPARE(marks(table, 2), QStringLiteral("x"));
+    }
+
+    void visiblesOfGroups()
+    {
+        Plot plot;
+        plot.m_groupSize = 2;
+        plot.fill(6);
+        plot.resizeData(9); // the last ones have no samples
+        plot.setEnable(2, false);
+        plot.setAddType(MultiVectorGraphWidget::AddEachGroup);
+        plot.onSelectVisibles();
+        const QTableWidget& table = *plot.visibles()->getTable();
+        QCOMPARE(columnHeaders(table), (QStringList { "ch *", "  " }));
+        QCOMPARE(rowHeaders(table), (QStringList { "Module 0", "Module 1", "Module 2" }));
+        QCOMPARE(marks(table, 0), QStringLiteral("x#"));
+        QCOMPARE(marks(table, 1), QStringLiteral("o#"));
+        QCOMPARE(table.item(0, 1)->background().color(), QColor(255, 51, 0));
+        QCOMPARE(table.item(2, 1)->background().color(), QColor(51, 153, 102));
+    }
+
+    void visiblesOfPositions()
+    {
+        Plot plot;
+        plot.m_groupSize = 3;
+        plot.fill(5);
+        plot.setEnable(1, false);
+        plot.setAddType(MultiVectorGraphWidget::AddEachPosition);
+        plot.onSelectVisibles();
+        const QTableWidget& table = *plot.visibles()->getTable();
+        QCOMPARE(columnHeaders(table), (QStringList { "ch 0", "ch 1", "ch 2" }));
+        QCOMPARE(rowHeaders(table), QStringList { "Module *" });
+        QCOMPARE(marks(table, 0), QStringLiteral("xox"));
+    }
+
+    void visiblesDialogIsOne()
+    {
+        Plot plot;
+        plot.fill(3);
+        plot.onSelectVisibles();
+        QPointer<SelectCheckedDialog> dialog = plot.visibles();
+        dialog->hide();
+        plot.onSelectVisibles();
+        QCOMPARE(plot.visibles(), dialog.data());
+        QVERIFY(dialog->isVisible());
+        QCOMPARE(plot.findChildren<SelectCheckedDialog*>().size(), 1);
+        dialog->close();
+        TRY_VERIFY(dialog.isNull());
+        QVERIFY(plot.m_visibleDialogs.map.isEmpty());
+    }
+
+    void visiblesAreApplied()
+    {
+        Plot plot;
+        plot.fill(10);
+        plot.onSelectVisibles();
+        QTableWidget& table = *plot.visibles()->getTable();
+        toggle(table, 0, 2);
+        toggle(table, 1, 1);
+        QVERIFY(plot.m_data.at(2).enable); // not before Apply
+        plot.wasRefreshed();
+        click(*plot.visibles(), "applyPushButton");
+        QVERIFY(!plot.m_data.at(2).enable && !plot.m_data.at(9).enable && plot.m_data.at(8).enable);
+        QVERIFY(plot.wasRefreshed());
+        QVERIFY(plot.visibles()->isVisible());
+        table.selectAll();
+        click(*plot.visibles(), "unselectAllPushButton");
+        click(*plot.visibles(), "applyPushButton");
+        for (const auto& series : std::as_const(plot.m_data))
+            QVERIFY(!series.enable);
+    }
+
+    void visiblesOfGroupsAreApplied()
+    {
+        Plot plot;
+        plot.m_groupSize = 2;
+        plot.fill(6);
+        plot.setAddType(MultiVectorGraphWidget::AddEachGroup);
+        plot.onSelectVisibles();
+        toggle(*plot.visibles()->getTable(), 1, 0);
+        plot.visibles()->getTable()->selectAll(); // the swatches are not to be selected
+        click(*plot.visibles(), "applyPushButton");
+        QList<bool> enabled;
+        for (const auto& series : std::as_const(plot.m_data))
+            enabled << series.enable;
+        QCOMPARE(enabled, (QList<bool> { true, true, false, true, true, true }));
+    }
+
+    void visiblesAfterTheSeriesWentAway()
+    {
+        Plot plot;
+        plot.fill(10);
+        plot.onSelectVisibles();
+        plot.resizeData(3);
+        toggle(*plot.visibles()->getTable(), 0, 1);
+        click(*plot.visibles(), "applyPushButton");
+        QCOMPARE(plot.m_data.size(), 3);
+        QVERIFY(!plot.m_data.at(1).enable);
+        delete plot.visibles();
+        plot.onDlgSelectCheckedApply(); // does nothing without a dialog
+    }
+
+    void newTypeClosesTheVisibles()
+    {
+        Plot plot;
+        plot.fill(3);
+        plot.onSelectVisibles();
+        QPointer<SelectCheckedDialog> dialog = plot.visibles();
+        plot.setAddType(MultiVectorGraphWidget::AddEachGroup);
+        QVERIFY(!dialog->isVisible());
+        TRY_VERIFY(dialog.isNull());
+        QVERIFY(plot.m_visibleDialogs.map.isEmpty());
+    }
+
+    void peakDialogIsOne()
+    {
+        Plot plot;
+        QVERIFY(PlotHand(plot).pick(QStringLiteral("Peak Search")));
+        QPointer<PeakSearchDialog> dialog = plot.peakDialog();
+        QVERIFY(dialog->isVisible() && dialog->testAttribute(Qt::WA_DeleteOnClose));
+        dialog->hide();
+        QVERIFY(PlotHand(plot).pick(QStringLiteral("Peak Search")));
+        QVERIFY(dialog->isVisible());
+        QCOMPARE(plot.findChildren<PeakSearchDialog*>().size(), 1);
+    }
+
+    void peakSearchFindsAndShows()
+    {
+        Plot plot;
+        plot.m_firstNumber = 7;
+        plot.setData(0, twoPeaks(600, 150.0, 400.0), 101.0);
+        plot.setData(9, twoPeaks(600, 100.0, 500.0), 101.0);
+        plot.setEnable(0, false);
+        for (int i = 1; i < 9; ++i)
+            plot.setEnable(i, false);
+        plot.onPeakSearch();
+        plot.wasRefreshed();
+        click(*plot.peakDialog(), "pushButtonSearch");
+        QVERIFY(plot.wasRefreshed());
+        QCOMPARE(plot.m_peaks.size(), 2);
+        QVERIFY(std::abs(plot.m_peaks.at(0).center - 100.0) < 3.0);
+        QCOMPARE(plot.m_peakSelected, -1);
+        QVERIFY(std::abs(plot.m_peakThreshold - 20.2) < 0.1);
+        QCOMPARE(plot.peakDialog()->windowTitle(), QStringLiteral("Peak Search [Module 1 - ch 1]"));
+        const auto* table = plot.peakDialog()->findChild<QTableWidget*>();
+        QCOMPARE(table->rowCount(), 2);
+        QCOMPARE(table->item(0, 0)->text(), QString::number(plot.m_peaks.at(0).center, 'f', 1));
+        QVERIFY(count(plot.picture(), Qt::white) > 100); // threshold and curves
+    }
+
+    void peakSearchOnAManualAxis()
+    {
+        Plot plot;
+        plot.setData(0, twoPeaks(600, 150.0, 400.0), 101.0);
+        plot.peakSearch(20, 15, true);
+        const QList<PeakSearch::Gaussian> inSamples = plot.m_peaks;
+        plot.initManualX(1000.0, 1300.0);
+        plot.peakSearch(20, 15, true);
+        QCOMPARE(plot.m_peaks.size(), 2);
+        for (int i = 0; i < 2; ++i) {
+            QCOMPARE(plot.m_peaks.at(i).center, inSamples.at(i).center * 0.5 + 1000.0);
+            QCOMPARE(plot.m_peaks.at(i).sigma, inSamples.at(i).sigma * 0.5);
+            QCOMPARE(plot.m_peaks.at(i).start, inSamples.at(i).start);
+            QCOMPARE(plot.m_peaks.at(i).points, inSamples.at(i).points);
+        }
+    }
+
+    void peakSearchInTheVisibleRange()
+    {
+        Plot plot;
+        plot.setData(0, twoPeaks(600, 150.0, 400.0), 101.0);
+        plot.onAutoScaleX(false);
+        plot.setMinMaxX(300.0, 600.0);
+        plot.peakSearch(20, 15, true);
+        QCOMPARE(plot.m_peaks.size(), 1);
+        QVERIFY(plot.m_peaks.constFirst().center > 350.0);
+    }
+
+    void peakSearchAgainReplaces()
+    {
+        Plot plot;
+        plot.setData(0, twoPeaks(600, 150.0, 400.0), 101.0);
+        plot.onPeakSearch();
+        click(*plot.peakDialog(), "pushButtonSearch");
+        plot.peakDialog()->findChild<QTableWidget*>()->setCurrentCell(1, 0);
+        QCOMPARE(plot.m_peakSelected, 1);
+        plot.peakDialog()->findChild<QLineEdit*>(QStringLiteral("lineEditThreshold"))->setText(QStringLiteral("65"));
+        plot.peakDialog()->findChild<QLineEdit*>(QStringLiteral("lineEditWidth"))->setText(QStringLiteral("5"));
+        click(*plot.peakDialog(), "pushButtonSearch");
+        QCOMPARE(plot.m_peaks.size(), 1);
+        QCOMPARE(plot.m_peakSelected, -1);
+        QCOMPARE(plot.peakDialog()->findChild<QTableWidget*>()->rowCount(), 1);
+    }
+
+    void peakSearchWithoutADialog()
+    {
+        Plot plot;
+        plot.setData(0, twoPeaks(600, 150.0, 400.0), 101.0);
+        plot.peakSearch(20, 15, true);
+        QCOMPARE(plot.m_peaks.size(), 2);
+        QVERIFY(plot.findChildren<PeakSearchDialog*>().isEmpty());
+        QVERIFY(count(plot.picture(), QColor(0, 65, 255)) > 50);
+    }
+
+    void peakSearchWithoutAnEnabledSeries()
+    {
+        Plot plot;
+        plot.setData(0, twoPeaks(600, 150.0, 400.0), 101.0);
+        plot.peakSearch(20, 15, true);
+        plot.resizeData(1);
+        plot.setEnable(0, false);
+        plot.wasRefreshed();
+        plot.peakSearch(80, 15, true);
+        QCOMPARE(plot.m_peaks.size(), 2);
+        QVERIFY(!plot.wasRefreshed());
+    }
+
+    void selectedPeakAndPoints()
+    {
+        Plot plot;
+        plot.setData(0, twoPeaks(600, 150.0, 400.0), 101.0);
+        plot.onPeakSearch();
+        click(*plot.peakDialog(), "pushButtonSearch");
+        const int plain = count(plot.picture(), Qt::white);
+        plot.peakSelected(0);
+        QVERIFY(plot.wasRefreshed());
+        plot.peakSelected(0);
+        QVERIFY(!plot.wasRefreshed());
+        QVERIFY(count(plot.picture(), Qt::white) > plain); // drawn bold
+        click(*plot.peakDialog(), "displayPointsCheckBox");
+        QVERIFY(plot.m_peakDisplayPoints && plot.wasRefreshed());
+        QVERIFY(count(plot.picture(), Qt::white) != plain);
+    }
+
+    void closingTheDialogClearsThePeaks()
+    {
+        Plot plot;
+        plot.setData(0, twoPeaks(600, 150.0, 400.0), 101.0);
+        plot.onPeakSearch();
+        click(*plot.peakDialog(), "pushButtonSearch");
+        QTest::ignoreMessage(QtDebugMsg, QRegularExpression(QStringLiteral("peakClear")));
+        QTest::ignoreMessage(QtDebugMsg, QRegularExpression(QStringLiteral("Destroyed:")));
+        QPointer<PeakSearchDialog> dialog = plot.peakDialog();
+        dialog->close();
+        TRY_VERIFY(dialog.isNull());
+        QVERIFY(plot.m_peaks.isEmpty() && plot.m_peakDialogs.map.isEmpty());
+    }
+
+    void plotMayDieFirst()
+    {
+        auto plot = std::make_unique<Plot>();
+        plot->setData(0, twoPeaks(600, 150.0, 400.0), 101.0);
+        plot->onPeakSearch();
+        plot->onSelectVisibles();
+        click(*plot->peakDialog(), "pushButtonSearch");
+        const QPointer<QWidget> peaks = plot->peakDialog();
+        const QPointer<QWidget> visibles = plot->visibles();
+        plot.reset();
+        QVERIFY(peaks.isNull() && visibles.isNull());
+    }
+
+    void newDialogRemovesThePeaks()
+    {
+        Plot plot;
+        plot.setData(0, twoPeaks(600, 150.0, 400.0), 101.0);
+        plot.peakSearch(20, 15, true);
+        plot.peakToggledDisplayPoints(true);
+        plot.onPeakSearch();
+        QVERIFY(plot.m_peaks.isEmpty());
+        QVERIFY(!plot.m_peakDisplayPoints);
+    }
 
 private:
-    QString savedFile(Plot& plot);
+    QString savedFile(Plot& plot)
+    {
+        const QString path = folder.filePath(QStringLiteral("plot.csv"));
+        QFile::remove(path);
+        ModalWatchdog watchdog({ acceptFile(path) });
+        plot.onSaveCsv();
+        QFile file(path);
+        if (!watchdog.isContent() || !file.open(QIODevice::ReadOnly))
+            return QStringLiteral("no file");
+        return QString::fromUtf8(file.readAll());
+    }
 
     QTemporaryDir folder;
 };
-
-void TestMultiVectorTools::init()
-{
-    QVERIFY(folder.isValid());
-    setSaveFilePath(folder.path() + u'/');
-}
-
-QString TestMultiVectorTools::savedFile(Plot& plot)
-{
-    const QString path = folder.filePath(QStringLiteral("plot.csv"));
-    QFile::remove(path);
-    ModalWatchdog watchdog({ acceptFile(path) });
-    plot.onSaveCsv();
-    QFile file(path);
-    if (!watchdog.isContent() || !file.open(QIODevice::ReadOnly))
-        return QStringLiteral("no file");
-    return QString::fromUtf8(file.readAll());
-}
-
-void TestMultiVectorTools::csvOfAList()
-{
-    Plot plot;
-    const QList<MultiVectorGraphWidget::Data> list { { { 1.0, 2.0, 3.0 }, Qt::white, true },
-        { { 7.0, 7.0, 7.0, 7.0, 7.0, 7.0 }, Qt::white, false }, { { 4.0, 5.0, 6.0, 7.5, 8.0 }, Qt::white, true } };
-    QCOMPARE(plot.vector2Csv(list), QStringLiteral("1,4\n2,5\n3,6\n,7.5\n,8\n"));
-    plot.setManualIndex({ 10.0, 20.0 });
-    QCOMPARE(plot.vector2Csv(list), QStringLiteral("10,1,4\n20,2,5\n3,6\n,7.5\n,8\n"));
-    QVERIFY(plot.vector2Csv({}).isEmpty());
-    QVERIFY(plot.vector2Csv({ list.at(1) }).isEmpty());
-}
-
-void TestMultiVectorTools::saveCsv_data()
-{
-    QTest::addColumn<int>("type");
-    QTest::addColumn<int>("groupSize");
-    QTest::addColumn<QString>("text");
-    QTest::newRow("every series") << 0 << 2 << "Module 3 - ch 0,Module 4 - ch 0\n1,3\n1,3\n";
-    QTest::newRow("groups") << 1 << 2 << "Module 3,Module 4\n3,3\n3,3\n";
-    QTest::newRow("one group has no heading") << 1 << 8 << "6\n6\n";
-    QTest::newRow("positions") << 2 << 2 << "ch 0\n4\n4\n";
-    QTest::newRow("all, hidden ones too") << 3 << 2 << "All\n6\n6\n";
-}
-
-void TestMultiVectorTools::saveCsv()
-{
-    QFETCH(int, type);
-    QFETCH(int, groupSize);
-    Plot plot;
-    plot.m_groupSize = groupSize;
-    plot.m_firstNumber = 3;
-    plot.fill(3);
-    plot.setEnable(1, false);
-    plot.setAddType(static_cast<MultiVectorGraphWidget::AddType>(type));
-    QTEST(savedFile(plot), "text");
-}
-
-void TestMultiVectorTools::saveCsvAsksInTheSaveDirectory()
-{
-    Plot plot;
-    QVERIFY(QDir(folder.path()).mkpath(QStringLiteral("deep")));
-    ModalWatchdog watchdog({ [](QWidget& window) {
-                                auto* dialog = qobject_cast<QFileDialog*>(&window);
-                                QVERIFY(dialog != nullptr);
-                                QCOMPARE(dialog->windowTitle(), QStringLiteral("Save CSV"));
-                                QCOMPARE(
-                                    dialog->nameFilters(), QStringList { QStringLiteral("CSV Files (*.csv *.txt)") });
-                                dialog->reject();
-                            },
-        acceptFile(folder.filePath(QStringLiteral("deep/a.csv"))) });
-    QVERIFY(PlotHand(plot).pick(QStringLiteral("Save CSV...")));
-    QCOMPARE(getSaveDir(), folder.path() + u'/');
-    QVERIFY(PlotHand(plot).pick(QStringLiteral("Save CSV...")));
-    QVERIFY(watchdog.isContent());
-    QCOMPARE(getSaveDir(), folder.filePath(QStringLiteral("deep/")));
-}
-
-void TestMultiVectorTools::saveCsvIsSilentOnFailure()
-{
-    Plot plot;
-    ModalWatchdog watchdog({ acceptFile(QStringLiteral("/proc/nowhere.csv")) });
-    plot.onSaveCsv();
-    QVERIFY(watchdog.isContent());
-    QCOMPARE(getSaveDir(), folder.path() + u'/');
-}
-
-void TestMultiVectorTools::visiblesOfEverySeries()
-{
-    Plot plot;
-    plot.m_firstNumber = 2;
-    plot.fill(10);
-    plot.setEnable(3, false);
-    for (const auto type : { MultiVectorGraphWidget::AddNone, MultiVectorGraphWidget::AddAll }) {
-        plot.setAddType(type);
-        plot.onSelectVisibles();
-        const QTableWidget& table = *plot.visibles()->getTable();
-        QCOMPARE(plot.visibles()->windowTitle(), QStringLiteral("Select Visible Items"));
-        QVERIFY(plot.visibles()->isVisible() && plot.visibles()->testAttribute(Qt::WA_DeleteOnClose));
-        QVERIFY(table.horizontalHeader()->isVisible() && table.verticalHeader()->isVisible());
-        QCOMPARE(table.verticalHeader()->defaultSectionSize(), 18);
-        QCOMPARE(
-            columnHeaders(table), (QStringList { "ch 0", "ch 1", "ch 2", "ch 3", "ch 4", "ch 5", "ch 6", "ch 7" }));
-        QCOMPARE(rowHeaders(table), (QStringList { "Module 2", "Module 3" }));
-        QCOMPARE(marks(table, 0), QStringLiteral("xxxoxxxx"));
-        QCOMPARE(marks(table, 1), QStringLiteral("xx......"));
-        QVERIFY(table.item(0, 0)->text().isEmpty());
-        delete plot.visibles();
-    }
-}
-
-void TestMultiVectorTools::visiblesOfGroupsOfOne()
-{
-    Plot plot;
-    plot.m_groupSize = 1;
-    plot.fill(3);
-    plot.onSelectVisibles();
-    const QTableWidget& table = *plot.visibles()->getTable();
-    QCOMPARE(columnHeaders(table), QStringList { "ch *" });
-    QCOMPARE(rowHeaders(table), (QStringList { "Module 0", "Module 1", "Module 2" }));
-    QCOMPARE(marks(table, 2), QStringLiteral("x"));
-}
-
-void TestMultiVectorTools::visiblesOfGroups()
-{
-    Plot plot;
-    plot.m_groupSize = 2;
-    plot.fill(6);
-    plot.resizeData(9); // the last ones have no samples
-    plot.setEnable(2, false);
-    plot.setAddType(MultiVectorGraphWidget::AddEachGroup);
-    plot.onSelectVisibles();
-    const QTableWidget& table = *plot.visibles()->getTable();
-    QCOMPARE(columnHeaders(table), (QStringList { "ch *", "  " }));
-    QCOMPARE(rowHeaders(table), (QStringList { "Module 0", "Module 1", "Module 2" }));
-    QCOMPARE(marks(table, 0), QStringLiteral("x#"));
-    QCOMPARE(marks(table, 1), QStringLiteral("o#"));
-    QCOMPARE(table.item(0, 1)->background().color(), QColor(255, 51, 0));
-    QCOMPARE(table.item(2, 1)->background().color(), QColor(51, 153, 102));
-}
-
-void TestMultiVectorTools::visiblesOfPositions()
-{
-    Plot plot;
-    plot.m_groupSize = 3;
-    plot.fill(5);
-    plot.setEnable(1, false);
-    plot.setAddType(MultiVectorGraphWidget::AddEachPosition);
-    plot.onSelectVisibles();
-    const QTableWidget& table = *plot.visibles()->getTable();
-    QCOMPARE(columnHeaders(table), (QStringList { "ch 0", "ch 1", "ch 2" }));
-    QCOMPARE(rowHeaders(table), QStringList { "Module *" });
-    QCOMPARE(marks(table, 0), QStringLiteral("xox"));
-}
-
-void TestMultiVectorTools::visiblesDialogIsOne()
-{
-    Plot plot;
-    plot.fill(3);
-    plot.onSelectVisibles();
-    QPointer<SelectCheckedDialog> dialog = plot.visibles();
-    dialog->hide();
-    plot.onSelectVisibles();
-    QCOMPARE(plot.visibles(), dialog.data());
-    QVERIFY(dialog->isVisible());
-    QCOMPARE(plot.findChildren<SelectCheckedDialog*>().size(), 1);
-    dialog->close();
-    TRY_VERIFY(dialog.isNull());
-    QVERIFY(plot.m_visibleDialogs.map.isEmpty());
-}
-
-void TestMultiVectorTools::visiblesAreApplied()
-{
-    Plot plot;
-    plot.fill(10);
-    plot.onSelectVisibles();
-    QTableWidget& table = *plot.visibles()->getTable();
-    toggle(table, 0, 2);
-    toggle(table, 1, 1);
-    QVERIFY(plot.m_data.at(2).enable); // not before Apply
-    plot.wasRefreshed();
-    click(*plot.visibles(), "applyPushButton");
-    QVERIFY(!plot.m_data.at(2).enable && !plot.m_data.at(9).enable && plot.m_data.at(8).enable);
-    QVERIFY(plot.wasRefreshed());
-    QVERIFY(plot.visibles()->isVisible());
-    table.selectAll();
-    click(*plot.visibles(), "unselectAllPushButton");
-    click(*plot.visibles(), "applyPushButton");
-    for (const auto& series : std::as_const(plot.m_data))
-        QVERIFY(!series.enable);
-}
-
-void TestMultiVectorTools::visiblesOfGroupsAreApplied()
-{
-    Plot plot;
-    plot.m_groupSize = 2;
-    plot.fill(6);
-    plot.setAddType(MultiVectorGraphWidget::AddEachGroup);
-    plot.onSelectVisibles();
-    toggle(*plot.visibles()->getTable(), 1, 0);
-    plot.visibles()->getTable()->selectAll(); // the swatches are not to be selected
-    click(*plot.visibles(), "applyPushButton");
-    QList<bool> enabled;
-    for (const auto& series : std::as_const(plot.m_data))
-        enabled << series.enable;
-    QCOMPARE(enabled, (QList<bool> { true, true, false, true, true, true }));
-}
-
-void TestMultiVectorTools::visiblesAfterTheSeriesWentAway()
-{
-    Plot plot;
-    plot.fill(10);
-    plot.onSelectVisibles();
-    plot.resizeData(3);
-    toggle(*plot.visibles()->getTable(), 0, 1);
-    click(*plot.visibles(), "applyPushButton");
-    QCOMPARE(plot.m_data.size(), 3);
-    QVERIFY(!plot.m_data.at(1).enable);
-    delete plot.visibles();
-    plot.onDlgSelectCheckedApply(); // does nothing without a dialog
-}
-
-void TestMultiVectorTools::newTypeClosesTheVisibles()
-{
-    Plot plot;
-    plot.fill(3);
-    plot.onSelectVisibles();
-    QPointer<SelectCheckedDialog> dialog = plot.visibles();
-    plot.setAddType(MultiVectorGraphWidget::AddEachGroup);
-    QVERIFY(!dialog->isVisible());
-    TRY_VERIFY(dialog.isNull());
-    QVERIFY(plot.m_visibleDialogs.map.isEmpty());
-}
-
-void TestMultiVectorTools::peakDialogIsOne()
-{
-    Plot plot;
-    QVERIFY(PlotHand(plot).pick(QStringLiteral("Peak Search")));
-    QPointer<PeakSearchDialog> dialog = plot.peakDialog();
-    QVERIFY(dialog->isVisible() && dialog->testAttribute(Qt::WA_DeleteOnClose));
-    dialog->hide();
-    QVERIFY(PlotHand(plot).pick(QStringLiteral("Peak Search")));
-    QVERIFY(dialog->isVisible());
-    QCOMPARE(plot.findChildren<PeakSearchDialog*>().size(), 1);
-}
-
-void TestMultiVectorTools::peakSearchFindsAndShows()
-{
-    Plot plot;
-    plot.m_firstNumber = 7;
-    plot.setData(0, twoPeaks(600, 150.0, 400.0), 101.0);
-    plot.setData(9, twoPeaks(600, 100.0, 500.0), 101.0);
-    plot.setEnable(0, false);
-    for (int i = 1; i < 9; ++i)
-        plot.setEnable(i, false);
-    plot.onPeakSearch();
-    plot.wasRefreshed();
-    click(*plot.peakDialog(), "pushButtonSearch");
-    QVERIFY(plot.wasRefreshed());
-    QCOMPARE(plot.m_peaks.size(), 2);
-    QVERIFY(std::abs(plot.m_peaks.at(0).center - 100.0) < 3.0);
-    QCOMPARE(plot.m_peakSelected, -1);
-    QVERIFY(std::abs(plot.m_peakThreshold - 20.2) < 0.1);
-    QCOMPARE(plot.peakDialog()->windowTitle(), QStringLiteral("Peak Search [Module 1 - ch 1]"));
-    const auto* table = plot.peakDialog()->findChild<QTableWidget*>();
-    QCOMPARE(table->rowCount(), 2);
-    QCOMPARE(table->item(0, 0)->text(), QString::number(plot.m_peaks.at(0).center, 'f', 1));
-    QVERIFY(count(plot.picture(), Qt::white) > 100); // threshold and curves
-}
-
-void TestMultiVectorTools::peakSearchOnAManualAxis()
-{
-    Plot plot;
-    plot.setData(0, twoPeaks(600, 150.0, 400.0), 101.0);
-    plot.peakSearch(20, 15, true);
-    const QList<PeakSearch::Gaussian> inSamples = plot.m_peaks;
-    plot.initManualX(1000.0, 1300.0);
-    plot.peakSearch(20, 15, true);
-    QCOMPARE(plot.m_peaks.size(), 2);
-    for (int i = 0; i < 2; ++i) {
-        QCOMPARE(plot.m_peaks.at(i).center, inSamples.at(i).center * 0.5 + 1000.0);
-        QCOMPARE(plot.m_peaks.at(i).sigma, inSamples.at(i).sigma * 0.5);
-        QCOMPARE(plot.m_peaks.at(i).start, inSamples.at(i).start);
-        QCOMPARE(plot.m_peaks.at(i).points, inSamples.at(i).points);
-    }
-}
-
-void TestMultiVectorTools::peakSearchInTheVisibleRange()
-{
-    Plot plot;
-    plot.setData(0, twoPeaks(600, 150.0, 400.0), 101.0);
-    plot.onAutoScaleX(false);
-    plot.setMinMaxX(300.0, 600.0);
-    plot.peakSearch(20, 15, true);
-    QCOMPARE(plot.m_peaks.size(), 1);
-    QVERIFY(plot.m_peaks.constFirst().center > 350.0);
-}
-
-void TestMultiVectorTools::peakSearchAgainReplaces()
-{
-    Plot plot;
-    plot.setData(0, twoPeaks(600, 150.0, 400.0), 101.0);
-    plot.onPeakSearch();
-    click(*plot.peakDialog(), "pushButtonSearch");
-    plot.peakDialog()->findChild<QTableWidget*>()->setCurrentCell(1, 0);
-    QCOMPARE(plot.m_peakSelected, 1);
-    plot.peakDialog()->findChild<QLineEdit*>(QStringLiteral("lineEditThreshold"))->setText(QStringLiteral("65"));
-    plot.peakDialog()->findChild<QLineEdit*>(QStringLiteral("lineEditWidth"))->setText(QStringLiteral("5"));
-    click(*plot.peakDialog(), "pushButtonSearch");
-    QCOMPARE(plot.m_peaks.size(), 1);
-    QCOMPARE(plot.m_peakSelected, -1);
-    QCOMPARE(plot.peakDialog()->findChild<QTableWidget*>()->rowCount(), 1);
-}
-
-void TestMultiVectorTools::peakSearchWithoutADialog()
-{
-    Plot plot;
-    plot.setData(0, twoPeaks(600, 150.0, 400.0), 101.0);
-    plot.peakSearch(20, 15, true);
-    QCOMPARE(plot.m_peaks.size(), 2);
-    QVERIFY(plot.findChildren<PeakSearchDialog*>().isEmpty());
-    QVERIFY(count(plot.picture(), QColor(0, 65, 255)) > 50);
-}
-
-void TestMultiVectorTools::peakSearchWithoutAnEnabledSeries()
-{
-    Plot plot;
-    plot.setData(0, twoPeaks(600, 150.0, 400.0), 101.0);
-    plot.peakSearch(20, 15, true);
-    plot.resizeData(1);
-    plot.setEnable(0, false);
-    plot.wasRefreshed();
-    plot.peakSearch(80, 15, true);
-    QCOMPARE(plot.m_peaks.size(), 2);
-    QVERIFY(!plot.wasRefreshed());
-}
-
-void TestMultiVectorTools::selectedPeakAndPoints()
-{
-    Plot plot;
-    plot.setData(0, twoPeaks(600, 150.0, 400.0), 101.0);
-    plot.onPeakSearch();
-    click(*plot.peakDialog(), "pushButtonSearch");
-    const int plain = count(plot.picture(), Qt::white);
-    plot.peakSelected(0);
-    QVERIFY(plot.wasRefreshed());
-    plot.peakSelected(0);
-    QVERIFY(!plot.wasRefreshed());
-    QVERIFY(count(plot.picture(), Qt::white) > plain); // drawn bold
-    click(*plot.peakDialog(), "displayPointsCheckBox");
-    QVERIFY(plot.m_peakDisplayPoints && plot.wasRefreshed());
-    QVERIFY(count(plot.picture(), Qt::white) != plain);
-}
-
-void TestMultiVectorTools::closingTheDialogClearsThePeaks()
-{
-    Plot plot;
-    plot.setData(0, twoPeaks(600, 150.0, 400.0), 101.0);
-    plot.onPeakSearch();
-    click(*plot.peakDialog(), "pushButtonSearch");
-    QTest::ignoreMessage(QtDebugMsg, QRegularExpression(QStringLiteral("peakClear")));
-    QTest::ignoreMessage(QtDebugMsg, QRegularExpression(QStringLiteral("Destroyed:")));
-    QPointer<PeakSearchDialog> dialog = plot.peakDialog();
-    dialog->close();
-    TRY_VERIFY(dialog.isNull());
-    QVERIFY(plot.m_peaks.isEmpty() && plot.m_peakDialogs.map.isEmpty());
-}
-
-void TestMultiVectorTools::plotMayDieFirst()
-{
-    auto plot = std::make_unique<Plot>();
-    plot->setData(0, twoPeaks(600, 150.0, 400.0), 101.0);
-    plot->onPeakSearch();
-    plot->onSelectVisibles();
-    click(*plot->peakDialog(), "pushButtonSearch");
-    const QPointer<QWidget> peaks = plot->peakDialog();
-    const QPointer<QWidget> visibles = plot->visibles();
-    plot.reset();
-    QVERIFY(peaks.isNull() && visibles.isNull());
-}
-
-void TestMultiVectorTools::newDialogRemovesThePeaks()
-{
-    Plot plot;
-    plot.setData(0, twoPeaks(600, 150.0, 400.0), 101.0);
-    plot.peakSearch(20, 15, true);
-    plot.peakToggledDisplayPoints(true);
-    plot.onPeakSearch();
-    QVERIFY(plot.m_peaks.isEmpty());
-    QVERIFY(!plot.m_peakDisplayPoints);
-}
 
 QTEST_MAIN(TestMultiVectorTools)
 #include "tst_multivectortools.moc"

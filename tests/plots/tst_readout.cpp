@@ -83,175 +83,158 @@ class TestReadOut : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void sampleUnderX_data();
-    void sampleUnderX();
-    void sampleByAFunction();
-    void shownX();
-    void shownXOfAFunction();
-    void oneRecord();
-    void nearestOfMany();
-    void firstOfEquals();
-    void nothingNear();
-    void hiddenAndShortRecordsAreNotThere();
-    void sumOfTheEnabledOnes();
-    void isThatOfTheWrittenRules();
-    void anyNumbersAreHarmless();
-    void strictlyInside();
-    void noData();
-};
-
-void TestReadOut::sampleUnderX_data()
-{
-    QTest::addColumn<double>("x");
-    QTest::addColumn<int>("index");
-    QTest::newRow("lower end of a bin") << 30.0 << 3;
-    QTest::newRow("within a bin") << 39.9 << 3;
-    QTest::newRow("below the range") << -0.1 << 0;
-    QTest::newRow("far below") << -1e300 << 0;
-    QTest::newRow("upper end") << 100.0 << 9;
-    QTest::newRow("far above") << 1e300 << 9;
-    QTest::newRow("no number") << std::numeric_limits<double>::quiet_NaN() << 0;
-}
-
-void TestReadOut::sampleUnderX()
-{
-    QFETCH(double, x);
-    QTEST(tarnis::sampleAt(x, axisTo(100.0), 10), "index");
-}
-
-void TestReadOut::sampleByAFunction()
-{
-    ReadOutAxis axis = axisTo(100.0);
-    axis.position = twice;
-    axis.resolution = 4.0;
-    QCOMPARE(tarnis::sampleAt(10.0, axis, 10), 5);
-    QCOMPARE(tarnis::sampleAt(9.9, axis, 10), 4); // 19.8, cut to 19, divided by 4
-    QCOMPARE(tarnis::sampleAt(-10.0, axis, 10), 0);
-    QCOMPARE(tarnis::sampleAt(1e300, axis, 10), 9);
-}
-
-void TestReadOut::shownX()
-{
-    ReadOutAxis axis = axisTo(100.0);
-    axis.initial.min = 50.0;
-    QCOMPARE(tarnis::shownX(3, axis, 10), 65.0);
-    axis.decimals = true;
-    QCOMPARE(tarnis::shownX(3, axis, 10), 67.5);
-    axis.position = twice; // bins have no width then
-    QCOMPARE(tarnis::shownX(3, axis, 10), 50.0);
-}
-
-void TestReadOut::shownXOfAFunction()
-{
-    ReadOutAxis axis = axisTo(100.0);
-    axis.plotX = half;
-    axis.resolution = 4.0;
-    QCOMPARE(tarnis::shownX(3, axis, 10), 6.0);
-}
-
-void TestReadOut::oneRecord()
-{
-    // Column 40 is the value 30, which is in the bin that begins at 30.
-    QCOMPARE(read({ record({ 1, 2, 3, 4.5, 5, 6, 7, 8, 9, 10 }) }, { 40, 50 }, axisTo(100.0)),
-        QStringLiteral("keV:30 i:4.5"));
-    QCOMPARE(read({ record({ 1, 2, 3 }, false) }, { 40, 50 }, axisTo(100.0)), QStringLiteral("keV:0 i:0"));
-}
-
-void TestReadOut::nearestOfMany()
-{
-    const QList<Series> series { record({ 10, 10 }), record({ 60, 60 }), record({ 90, 90 }) };
-    QCOMPARE(read(series, { 20, 20 + 35 }, axisTo(100.0)), QStringLiteral("Row:4 keV:0 i:60"));
-    QCOMPARE(read(series, { 80, 20 + 20 }, axisTo(100.0)), QStringLiteral("Row:5 keV:50 i:90"));
-}
-
-void TestReadOut::firstOfEquals()
-{
-    QCOMPARE(tarnis::seriesNearest({ record({ 40 }), record({ 60 }) }, 0, 50.0, 100.0), 0);
-    QCOMPARE(tarnis::seriesNearest({ record({ 60 }), record({ 60 }) }, 0, 50.0, 100.0), 0);
-}
-
-void TestReadOut::nothingNear()
-{
-    QVERIFY(!tarnis::seriesNearest({ record({ 150 }) }, 0, 50.0, 100.0)); // as far as the reach is too far
-    QVERIFY(tarnis::seriesNearest({ record({ 149.9 }) }, 0, 50.0, 100.0));
-    QVERIFY(!tarnis::seriesNearest({ record({ std::numeric_limits<double>::quiet_NaN() }) }, 0, 50.0, 100.0));
-    QVERIFY(read({ record({ 500 }), record({ 600 }) }, { 40, 50 }, axisTo(100.0)).isEmpty());
-}
-
-void TestReadOut::hiddenAndShortRecordsAreNotThere()
-{
-    const QList<Series> series { record({ 1, 1, 1, 1 }), record({ 50, 50, 50, 50 }, false), record({ 50, 50 }) };
-    QCOMPARE(tarnis::seriesNearest(series, 3, 50.0, 100.0), 0);
-    QCOMPARE(tarnis::seriesNearest(series, 1, 50.0, 100.0), 2);
-}
-
-void TestReadOut::sumOfTheEnabledOnes()
-{
-    const QList<Series> series { record({ 1, 2 }), record({ 10, 20 }, false), record({ 100 }) };
-    QCOMPARE(tarnis::sumAt(series, 0), 101.0);
-    QCOMPARE(tarnis::sumAt(series, 1), 2.0);
-    QCOMPARE(read(series, { 20, 50 }, axisTo(100.0), true), QStringLiteral("keV:0 i:101"));
-}
-
-void TestReadOut::strictlyInside()
-{
-    const QList<Series> series { record({ 1, 2 }) };
-    QVERIFY(read(series, graph.topLeft(), axisTo(100.0)).isEmpty());
-    QVERIFY(read(series, graph.bottomRight(), axisTo(100.0)).isEmpty());
-    QVERIFY(!read(series, graph.topLeft() + QPoint(1, 1), axisTo(100.0)).isEmpty());
-    QVERIFY(!read(series, graph.bottomRight() - QPoint(1, 1), axisTo(100.0)).isEmpty());
-}
-
-void TestReadOut::noData()
-{
-    QVERIFY(read({}, { 50, 50 }, axisTo(100.0)).isEmpty());
-    QVERIFY(read({ record({}), record({ 1, 2 }) }, { 50, 50 }, axisTo(100.0)).isEmpty());
-}
-
-void TestReadOut::isThatOfTheWrittenRules()
-{
-    auto random = tarnis::testing::seededGenerator(3571);
-    const auto real = [&](double low, double high) {
-        return std::uniform_real_distribution<double>(low, high)(random);
-    };
-    const auto whole = [&](int low, int high) { return std::uniform_int_distribution<int>(low, high)(random); };
-    for (int number = 0; number < 5000; ++number) {
-        QList<Series> series;
-        for (int k = whole(1, 6); k > 0; --k) {
-            QList<double> values(whole(series.isEmpty() ? 1 : 0, 40));
-            for (double& value : values)
-                value = whole(0, 3) == 0 ? whole(0, 5) : real(-20.0, 120.0);
-            series.append(record(values, whole(0, 4) != 0));
-        }
-        ReadOutAxis axis;
-        axis.initial.min = whole(0, 1) == 0 ? 0.0 : real(-50.0, 50.0);
-        axis.initial.max = axis.initial.min + real(1.0, 100.0);
-        axis.visible = whole(0, 1) == 0 ? axis.initial : tarnis::AxisRange { real(-90.0, 50.0), real(60.0, 200.0) };
-        axis.decimals = whole(0, 1) == 0;
-        const tarnis::AxisRange y { real(-30.0, 0.0), real(10.0, 150.0) };
-        const QPoint pixel(whole(graph.left() + 1, graph.right() - 1), whole(graph.top() + 1, graph.bottom() - 1));
-        const bool summed = whole(0, 3) == 0;
-        QCOMPARE(
-            tarnis::readOut(series, pixel, graph, axis, y, summed, names), speltOut(series, pixel, axis, y, summed));
+    void sampleUnderX_data()
+    {
+        QTest::addColumn<double>("x");
+        QTest::addColumn<int>("index");
+        QTest::newRow("lower end of a bin") << 30.0 << 3;
+        QTest::newRow("within a bin") << 39.9 << 3;
+        QTest::newRow("below the range") << -0.1 << 0;
+        QTest::newRow("far below") << -1e300 << 0;
+        QTest::newRow("upper end") << 100.0 << 9;
+        QTest::newRow("far above") << 1e300 << 9;
+        QTest::newRow("no number") << std::numeric_limits<double>::quiet_NaN() << 0;
     }
-}
+    void sampleUnderX()
+    {
+        QFETCH(double, x);
+        QTEST(tarnis::sampleAt(x, axisTo(100.0), 10), "index");
+    }
 
-void TestReadOut::anyNumbersAreHarmless()
-{
-    const double odd[] = { 0.0, 1.0, -1.0, 1e308, -1e308, 5e-324, std::nan(""), HUGE_VAL, -HUGE_VAL };
-    for (const double a : odd) {
-        for (const double b : odd) {
+    void sampleByAFunction()
+    {
+        ReadOutAxis axis = axisTo(100.0);
+        axis.position = twice;
+        axis.resolution = 4.0;
+        QCOMPARE(tarnis::sampleAt(10.0, axis, 10), 5);
+        QCOMPARE(tarnis::sampleAt(9.9, axis, 10), 4); // 19.8, cut to 19, divided by 4
+        QCOMPARE(tarnis::sampleAt(-10.0, axis, 10), 0);
+        QCOMPARE(tarnis::sampleAt(1e300, axis, 10), 9);
+    }
+
+    void shownX()
+    {
+        ReadOutAxis axis = axisTo(100.0);
+        axis.initial.min = 50.0;
+        QCOMPARE(tarnis::shownX(3, axis, 10), 65.0);
+        axis.decimals = true;
+        QCOMPARE(tarnis::shownX(3, axis, 10), 67.5);
+        axis.position = twice; // bins have no width then
+        QCOMPARE(tarnis::shownX(3, axis, 10), 50.0);
+    }
+
+    void shownXOfAFunction()
+    {
+        ReadOutAxis axis = axisTo(100.0);
+        axis.plotX = half;
+        axis.resolution = 4.0;
+        QCOMPARE(tarnis::shownX(3, axis, 10), 6.0);
+    }
+
+    void oneRecord()
+    {
+        // Column 40 is the value 30, which is in the bin that begins at 30.
+        QCOMPARE(read({ record({ 1, 2, 3, 4.5, 5, 6, 7, 8, 9, 10 }) }, { 40, 50 }, axisTo(100.0)),
+            QStringLiteral("keV:30 i:4.5"));
+        QCOMPARE(read({ record({ 1, 2, 3 }, false) }, { 40, 50 }, axisTo(100.0)), QStringLiteral("keV:0 i:0"));
+    }
+
+    void nearestOfMany()
+    {
+        const QList<Series> series { record({ 10, 10 }), record({ 60, 60 }), record({ 90, 90 }) };
+        QCOMPARE(read(series, { 20, 20 + 35 }, axisTo(100.0)), QStringLiteral("Row:4 keV:0 i:60"));
+        QCOMPARE(read(series, { 80, 20 + 20 }, axisTo(100.0)), QStringLiteral("Row:5 keV:50 i:90"));
+    }
+
+    void firstOfEquals()
+    {
+        QCOMPARE(tarnis::seriesNearest({ record({ 40 }), record({ 60 }) }, 0, 50.0, 100.0), 0);
+        QCOMPARE(tarnis::seriesNearest({ record({ 60 }), record({ 60 }) }, 0, 50.0, 100.0), 0);
+    }
+
+    void nothingNear()
+    {
+        QVERIFY(!tarnis::seriesNearest({ record({ 150 }) }, 0, 50.0, 100.0)); // as far as the reach is too far
+        QVERIFY(tarnis::seriesNearest({ record({ 149.9 }) }, 0, 50.0, 100.0));
+        QVERIFY(!tarnis::seriesNearest({ record({ std::numeric_limits<double>::quiet_NaN() }) }, 0, 50.0, 100.0));
+        QVERIFY(read({ record({ 500 }), record({ 600 }) }, { 40, 50 }, axisTo(100.0)).isEmpty());
+    }
+
+    void hiddenAndShortRecordsAreNotThere()
+    {
+        const QList<Series> series { record({ 1, 1, 1, 1 }), record({ 50, 50, 50, 50 }, false), record({ 50, 50 }) };
+        QCOMPARE(tarnis::seriesNearest(series, 3, 50.0, 100.0), 0);
+        QCOMPARE(tarnis::seriesNearest(series, 1, 50.0, 100.0), 2);
+    }
+
+    void sumOfTheEnabledOnes()
+    {
+        const QList<Series> series { record({ 1, 2 }), record({ 10, 20 }, false), record({ 100 }) };
+        QCOMPARE(tarnis::sumAt(series, 0), 101.0);
+        QCOMPARE(tarnis::sumAt(series, 1), 2.0);
+        QCOMPARE(read(series, { 20, 50 }, axisTo(100.0), true), QStringLiteral("keV:0 i:101"));
+    }
+
+    void isThatOfTheWrittenRules()
+    {
+        auto random = tarnis::testing::seededGenerator(3571);
+        const auto real = [&](double low, double high) {
+            return std::uniform_real_distribution<double>(low, high)(random);
+        };
+        const auto whole = [&](int low, int high) { return std::uniform_int_distribution<int>(low, high)(random); };
+        for (int number = 0; number < 5000; ++number) {
+            QList<Series> series;
+            for (int k = whole(1, 6); k > 0; --k) {
+                QList<double> values(whole(series.isEmpty() ? 1 : 0, 40));
+                for (double& value : values)
+                    value = whole(0, 3) == 0 ? whole(0, 5) : real(-20.0, 120.0);
+                series.append(record(values, whole(0, 4) != 0));
+            }
             ReadOutAxis axis;
-            axis.visible = { a, b };
-            axis.initial = { b, a };
-            tarnis::readOut({ record({ a, b }), record({ b }) }, { 50, 60 }, graph, axis, { a, b }, false, names);
-            axis.initial = axis.visible;
-            axis.plotX = half;
-            axis.position = twice;
-            tarnis::readOut({ record({ a, b }), record({ b }) }, { 50, 60 }, graph, axis, { b, a }, true, names);
+            axis.initial.min = whole(0, 1) == 0 ? 0.0 : real(-50.0, 50.0);
+            axis.initial.max = axis.initial.min + real(1.0, 100.0);
+            axis.visible = whole(0, 1) == 0 ? axis.initial : tarnis::AxisRange { real(-90.0, 50.0), real(60.0, 200.0) };
+            axis.decimals = whole(0, 1) == 0;
+            const tarnis::AxisRange y { real(-30.0, 0.0), real(10.0, 150.0) };
+            const QPoint pixel(whole(graph.left() + 1, graph.right() - 1), whole(graph.top() + 1, graph.bottom() - 1));
+            const bool summed = whole(0, 3) == 0;
+            QCOMPARE(tarnis::readOut(series, pixel, graph, axis, y, summed, names),
+                speltOut(series, pixel, axis, y, summed));
         }
     }
-}
+
+    void anyNumbersAreHarmless()
+    {
+        const double odd[] = { 0.0, 1.0, -1.0, 1e308, -1e308, 5e-324, std::nan(""), HUGE_VAL, -HUGE_VAL };
+        for (const double a : odd) {
+            for (const double b : odd) {
+                ReadOutAxis axis;
+                axis.visible = { a, b };
+                axis.initial = { b, a };
+                tarnis::readOut({ record({ a, b }), record({ b }) }, { 50, 60 }, graph, axis, { a, b }, false, names);
+                axis.initial = axis.visible;
+                axis.plotX = half;
+                axis.position = twice;
+                tarnis::readOut({ record({ a, b }), record({ b }) }, { 50, 60 }, graph, axis, { b, a }, true, names);
+            }
+        }
+    }
+
+    void strictlyInside()
+    {
+        const QList<Series> series { record({ 1, 2 }) };
+        QVERIFY(read(series, graph.topLeft(), axisTo(100.0)).isEmpty());
+        QVERIFY(read(series, graph.bottomRight(), axisTo(100.0)).isEmpty());
+        QVERIFY(!read(series, graph.topLeft() + QPoint(1, 1), axisTo(100.0)).isEmpty());
+        QVERIFY(!read(series, graph.bottomRight() - QPoint(1, 1), axisTo(100.0)).isEmpty());
+    }
+
+    void noData()
+    {
+        QVERIFY(read({}, { 50, 50 }, axisTo(100.0)).isEmpty());
+        QVERIFY(read({ record({}), record({ 1, 2 }) }, { 50, 50 }, axisTo(100.0)).isEmpty());
+    }
+};
 
 QTEST_APPLESS_MAIN(TestReadOut)
 #include "tst_readout.moc"

@@ -96,540 +96,499 @@ class TestXY2DFiles : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
-    void cleanup();
+    void init()
+    {
+        QVERIFY(folder.isValid());
+        setSaveFilePath(folder.path() + '/');
+    }
 
-    void readOutFollowsTheMouse();
-    void readOutIsHidden_data();
-    void readOutIsHidden();
-    void readOutOfAMapWithoutRows();
+    void cleanup()
+    {
+        Plot().onPatternRainbow1();
+        XYGraphWidget::m_backGroundColor = Qt::black;
+    }
 
-    void menuHasItsEntries();
-    void menuShowsTheColors();
-    void menuEntriesWork();
-    void menuColorsOpenTheirDialogAfterTheMenu();
-    void menuIsReplaced();
-    void lateHideOfAReplacedMenu();
-    void rightPressOnTheBarReachesNothingElse();
-    void leftPressOnTheBarOpensNothing();
+    void readOutFollowsTheMouse()
+    {
+        Plot plot;
+        plot.lay();
+        PlotHand hand(plot);
+        hand.move(QPoint(101, 85));
+        QCOMPARE(QToolTip::text(), QString("x:10 y:-5 i:1"));
+        QVERIFY(QToolTip::isVisible());
+        hand.move(QPoint(125, 85));
+        QCOMPARE(QToolTip::text(), QString("x:12 y:-5 i:2"));
+        plot.setDecimalX(2);
+        plot.setDecimalY(1);
+        hand.move(QPoint(155, 55));
+        QCOMPARE(QToolTip::text(), QString("x:15 y:2.5 i:1.23457e+06"));
+        plot.setDecimalX(0);
+        hand.move(QPoint(154, 55));
+        QCOMPARE(QToolTip::text(), QString("x:14 y:2.5 i:1.23457e+06"));
+    }
 
-    void pictureHasTheBar();
-    void pictureOfNothingIsNull();
-    void pictureBeyondTheMemory();
-    void saveAsksAndWrites();
-    void reportsAFailedSave();
+    void readOutIsHidden_data()
+    {
+        QTest::addColumn<QPoint>("point");
+        QTest::newRow("over 0") << QPoint(110, 55);
+        QTest::newRow("over a negative bin") << QPoint(130, 55);
+        QTest::newRow("on the left edge of the graph") << QPoint(100, 85);
+        QTest::newRow("on the right edge") << QPoint(159, 85);
+        QTest::newRow("on the upper edge") << QPoint(150, 50);
+        QTest::newRow("on the lower edge") << QPoint(150, 89);
+        QTest::newRow("outside") << QPoint(20, 20);
+    }
+    void readOutIsHidden()
+    {
+        QFETCH(QPoint, point);
+        Plot plot;
+        plot.lay();
+        PlotHand hand(plot);
+        hand.move(QPoint(125, 85));
+        QVERIFY(!QToolTip::text().isEmpty());
+        hand.move(point);
+        TRY_VERIFY(!QToolTip::isVisible() || QToolTip::text().isEmpty());
+    }
 
-    void csvIsWritten();
-    void csvOfNothingIsAnEmptyFile();
-    void csvAsksInTheSaveDirectory();
-    void csvThatCannotBeOpenedIsSilent();
-    void csvMayLoseItsPlot();
+    void readOutOfAMapWithoutRows()
+    {
+        Plot plot;
+        plot.clearData();
+        plot.lay();
+        PlotHand(plot).move(QPoint(125, 85));
+        QVERIFY(!QToolTip::isVisible() || QToolTip::text().isEmpty());
+    }
 
-    void printsThePlotAlone_data();
-    void printsThePlotAlone();
-    void printsThreePlots();
-    void printsTheCutAsideOfTheMap_data();
-    void printsTheCutAsideOfTheMap();
-    void printCancelled();
-    void printThatCannotBeginStops();
-    void printOfACutThatWasNeverPainted();
-    void printMayLoseACut();
-    void printWritesItsTrace();
+    void menuHasItsEntries()
+    {
+        Plot plot;
+        const QMenu* menu = plot.openMenu();
+        QVERIFY(menu);
+        QCOMPARE(menu->parentWidget(), &plot);
+        QStringList texts;
+        for (const QAction* action : menu->actions())
+            texts << action->text() + (action->icon().isNull() ? "" : " *");
+        QCOMPARE(texts,
+            (QStringList { "Pattern - Rainbow1", "Pattern - Rainbow2", "Pattern - Grayscale", "Pattern - BlueRedGreen",
+                "Pattern - RedWhiteBlue", "Pattern - CyanMagenta", "Pattern - YellowHot", "Pattern - Blue",
+                " Edit - Max Color *", " Edit - Half Max Color *", " Edit - Half Color *", " Edit - Half Min Color *",
+                " Edit - Min Color *", "Edit - Reverse", " Edit - Back Ground Color *" }));
+        QVERIFY(menu->isVisible());
+    }
+
+    void menuShowsTheColors()
+    {
+        Plot plot;
+        plot.updateColor("#010000", "#020000", "#030000", "#040000", "#050000", "#060000");
+        const QList<QAction*> entries = plot.openMenu()->actions();
+        QList<QColor> colors;
+        for (const int entry : { 8, 9, 10, 11, 12, 14 })
+            colors << colorOf(*entries.at(entry));
+        QCOMPARE(colors, (QList<QColor> { "#010000", "#020000", "#030000", "#040000", "#050000", "#060000" }));
+        QCOMPARE(entries.at(8)->icon().availableSizes(), QList<QSize> { QSize(15, 15) });
+    }
+
+    void menuEntriesWork()
+    {
+        const QStringList middle { "#00ff00", "#00ff00", "#808080", "#ff0000", "#ffffff", "#8080ff", "#ff0000",
+            "#0000ff" };
+        Plot plot;
+        QSignalSpy changed(&plot, &XY2DGraphWidget::onColorBarChanged);
+        for (int entry = 0; entry < middle.size(); ++entry) {
+            plot.openMenu()->actions().at(entry)->trigger(); // at once
+            QCOMPARE(XY2DGraphWidget::colHalf, QColor(middle.at(entry)));
+            QCOMPARE(changed.size(), entry + 1);
+        }
+        plot.onPatternRainbow1();
+        plot.openMenu()->actions().at(13)->trigger();
+        QCOMPARE(XY2DGraphWidget::colMax, QColor("#000000"));
+    }
+
+    void menuColorsOpenTheirDialogAfterTheMenu()
+    {
+        const QList<QPair<int, QColor*>> entries { { 8, &XY2DGraphWidget::colMax }, { 9, &XY2DGraphWidget::colHalfMax },
+            { 10, &XY2DGraphWidget::colHalf }, { 11, &XY2DGraphWidget::colHalfMin }, { 12, &XY2DGraphWidget::colMin },
+            { 14, &XYGraphWidget::m_backGroundColor } };
+        for (const auto& [entry, color] : entries) {
+            Plot plot;
+            QSignalSpy changed(&plot, &XY2DGraphWidget::onColorBarChanged);
+            QMenu* menu = plot.openMenu();
+            menu->actions().at(entry)->trigger();
+            QVERIFY(QApplication::activeModalWidget() == nullptr); // queued
+            menu->close();
+            ModalWatchdog watchdog({ [](QWidget& window) {
+                auto* dialog = qobject_cast<QColorDialog*>(&window);
+                QVERIFY(dialog);
+                dialog->setCurrentColor(QColor("#abcdef"));
+                dialog->accept();
+            } });
+            TRY_COMPARE(changed.size(), 1);
+            QVERIFY(watchdog.isContent());
+            QCOMPARE(*color, QColor("#abcdef"));
+        }
+    }
+
+    void menuIsReplaced()
+    {
+        Plot plot;
+        const QPointer<QMenu> first = plot.openMenu();
+        plot.openSecondMenu();
+        QVERIFY(plot.m_colorBarMenu && plot.m_colorBarMenu != first);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QVERIFY(first.isNull());
+        QVERIFY(plot.m_colorBarMenu);
+        const QPointer<QMenu> second = plot.m_colorBarMenu;
+        second->close();
+        QVERIFY(plot.m_colorBarMenu == nullptr);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QVERIFY(second.isNull());
+        plot.onColorBarMenuHide(); // without a menu
+    }
+
+    void lateHideOfAReplacedMenu()
+    {
+        Plot plot;
+        const QPointer<QMenu> first = plot.openMenu();
+        const QPointer<QMenu> second = plot.openSecondMenu();
+        Q_EMIT first->aboutToHide();
+        QCOMPARE(plot.m_colorBarMenu, second.data());
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QVERIFY(second);
+    }
+
+    void rightPressOnTheBarReachesNothingElse()
+    {
+        Plot plot;
+        plot.m_actZoomIn->trigger();
+        plot.openMenu();
+        QCOMPARE(plot.m_minX, 10.0);
+        QCOMPARE(plot.findChildren<QMenu*>().size(), 1); // no context menu
+        QVERIFY(!plot.m_selecting);
+    }
+
+    void leftPressOnTheBarOpensNothing()
+    {
+        Plot plot;
+        PlotHand(plot).press(plot.m_colorBar->geometry().center());
+        QVERIFY(plot.m_colorBarMenu == nullptr);
+        PlotHand(plot).press(plot.m_colorBar->geometry().topLeft() - QPoint(1, 0), Qt::RightButton);
+        QVERIFY(plot.m_colorBarMenu == nullptr);
+    }
+
+    void pictureHasTheBar()
+    {
+        for (const bool buffered : { false, true }) {
+            Plot plot;
+            plot.m_doubleBuffered = buffered; // makes no difference
+            const std::unique_ptr<QPixmap> picture(plot.toPixmap());
+            QCOMPARE(picture->size(), plot.size());
+            const QRect bar(
+                QPoint(plot.width() - plot.m_colorBar->width(), plot.m_colorBar->y()), plot.m_colorBar->size());
+            QCOMPARE(picture->copy(bar).toImage(), plot.m_colorBar->getPixmap().toImage());
+            QVERIFY(plot.m_pixmap.isNull());
+        }
+    }
+
+    void pictureOfNothingIsNull()
+    {
+        Plot plot;
+        plot.resize(0, 0);
+        const std::unique_ptr<QPixmap> picture(plot.toPixmap());
+        QVERIFY(picture && picture->isNull());
+    }
+
+    void pictureBeyondTheMemory()
+    {
+        Plot plot;
+        plot.resize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX);
+        delete plot.toPixmap(); // the result does not matter
+    }
+
+    void saveAsksAndWrites()
+    {
+        Plot plot;
+        const std::unique_ptr<QPixmap> expected(plot.toPixmap());
+        const QString path = folder.filePath("map.png");
+        ModalWatchdog watchdog({ [&](QWidget& window) {
+            auto* dialog = qobject_cast<QFileDialog*>(&window);
+            QVERIFY(dialog);
+            QCOMPARE(dialog->windowTitle(), QString("Save"));
+            QCOMPARE(dialog->nameFilters(), QStringList { "Images (*.png *.jpg)" });
+            acceptFile(path)(window);
+        } });
+        plot.onSave();
+        QVERIFY(watchdog.isContent());
+        QCOMPARE(QImageReader(path).read().convertToFormat(QImage::Format_RGB32),
+            expected->toImage().convertToFormat(QImage::Format_RGB32));
+    }
+
+    void reportsAFailedSave()
+    {
+        Plot plot;
+        const QString path = folder.filePath("map.nosuchformat");
+        const QString before = getSaveDir();
+        ModalWatchdog watchdog({ acceptFile(path), [&](QWidget& window) {
+                                    auto* box = qobject_cast<QMessageBox*>(&window);
+                                    QVERIFY(box);
+                                    QCOMPARE(box->windowTitle(), QString("Save Image"));
+                                    QCOMPARE(box->text(), QString("Save %1 failed.").arg(path));
+                                    box->button(QMessageBox::Ok)->click();
+                                } });
+        plot.onSave();
+        QVERIFY(watchdog.isContent());
+        QCOMPARE(getSaveDir(), before);
+    }
+
+    void csvIsWritten()
+    {
+        Plot plot;
+        plot.setData(3, { 0.1, -2.0 }, 0.1, false); // row 2 stays empty
+        plot.setMinMaxX(10.0, 11.0); // all bins are written, independent of the zoom
+        const QString path = folder.filePath("map.csv");
+        ModalWatchdog watchdog({ acceptFile(path) });
+        QVERIFY(PlotHand(plot).pick("Save CSV..."));
+        QVERIFY(watchdog.isContent());
+        QCOMPARE(contentOf(path), QByteArray("1,2,3\n0,-4,1.23457e+06\n\n0.1,-2\n"));
+        QCOMPARE(QFileInfo(getSaveDir()).canonicalFilePath(), QFileInfo(path).canonicalPath());
+    }
+
+    void csvOfNothingIsAnEmptyFile()
+    {
+        Plot plot;
+        plot.clearData();
+        const QString path = folder.filePath("nothing.txt");
+        ModalWatchdog watchdog({ acceptFile(path) });
+        plot.onSaveCsv();
+        QCOMPARE(contentOf(path), QByteArray());
+        QVERIFY(QFileInfo::exists(path));
+    }
+
+    void csvAsksInTheSaveDirectory()
+    {
+        Plot plot;
+        ModalWatchdog watchdog({ [&](QWidget& window) {
+            auto* dialog = qobject_cast<QFileDialog*>(&window);
+            QVERIFY(dialog);
+            QCOMPARE(dialog->windowTitle(), QString("Save CSV"));
+            QCOMPARE(dialog->nameFilters(), QStringList { "CSV Files (*.csv *.txt)" });
+            QCOMPARE(QFileInfo(dialog->directory().path()).canonicalFilePath(),
+                QFileInfo(folder.path()).canonicalFilePath());
+            QCOMPARE(dialog->parentWidget(), &plot);
+            dialog->reject();
+        } });
+        plot.onSaveCsv();
+        QVERIFY(watchdog.isContent());
+    }
+
+    void csvThatCannotBeOpenedIsSilent()
+    {
+        Plot plot;
+        const QString before = getSaveDir();
+        ModalWatchdog watchdog({ acceptFile("/proc/map.csv") });
+        plot.onSaveCsv();
+        QVERIFY(watchdog.isContent()); // no box
+        QCOMPARE(getSaveDir(), before);
+    }
+
+    void csvMayLoseItsPlot()
+    {
+        const QPointer<Plot> plot = new Plot;
+        ModalWatchdog watchdog({ [&](QWidget&) { delete plot; } });
+        plot->onSaveCsv();
+        QVERIFY(plot.isNull() && watchdog.isContent());
+    }
+
+    void printsThePlotAlone_data()
+    {
+        QTest::addColumn<int>("closed");
+        QTest::newRow("no cut") << 0;
+        QTest::newRow("X cut closed") << 1;
+        QTest::newRow("Y cut closed") << 2;
+    }
+    void printsThePlotAlone()
+    {
+        QFETCH(int, closed);
+        Plot plot;
+        if (closed > 0) {
+            plot.m_act1dCut->setChecked(true);
+            delete (closed == 1 ? plot.windowX() : plot.windowY());
+        }
+        PrintedPage page;
+        recordPages(plot.m_printer, page, QSize(2000, 3000));
+        ModalWatchdog watchdog({ print(folder.filePath("page.pdf")) });
+        plot.onPrint();
+        QVERIFY(watchdog.isContent());
+        QCOMPARE(page.pictures.size(), 1);
+        const std::unique_ptr<QPixmap> picture(plot.toPixmap());
+        QCOMPARE(page.pictures.first().pixmap.toImage(), picture->toImage()); // with the bar
+    }
+
+    void printsThreePlots()
+    {
+        Plot plot;
+        plot.setTitle("Run 000123");
+        plot.show();
+        plot.m_act1dCut->setChecked(true);
+        auto* cutX = plot.windowX()->findChild<VectorGraphWidget*>();
+        auto* cutY = plot.windowY()->findChild<VectorGraphWidget*>();
+        cutX->grab();
+        cutY->grab();
+        PrintedPage page;
+        recordPages(plot.m_printer, page, QSize(2000, 3000));
+        ModalWatchdog watchdog({ print(folder.filePath("page.pdf")) });
+        plot.onPrint();
+        QVERIFY(watchdog.isContent());
+        QCOMPARE(page.painters, 1);
+        QCOMPARE(page.pictures.size(), 3);
+
+        const std::unique_ptr<QPixmap> m(plot.toPixmap());
+        const std::unique_ptr<QPixmap> a(cutX->toPixmap());
+        const std::unique_ptr<QPixmap> b(cutY->toPixmap());
+        QCOMPARE(page.pictures.at(0).pixmap.toImage(), m->toImage());
+        QCOMPARE(page.pictures.at(1).pixmap.toImage(), a->toImage());
+        QCOMPARE(page.pictures.at(2).pixmap.toImage(), b->toImage());
+        QSize marginM;
+        QSize marginA;
+        QSize marginB;
+        QSize rest;
+        plot.getMargin(marginM, rest);
+        cutX->getMargin(marginA, rest);
+        cutY->getMargin(marginB, rest);
+        const int dx = marginA.width() - marginM.width();
+        const int dy = marginB.width() - marginM.height();
+        const QSize whole(m->width() + dx + b->width(), m->height() + a->height());
+        const QSize scaled = whole.scaled(QSize(1600, 2600), Qt::KeepAspectRatio);
+        const auto onPage = [&](int x, int y, const QPixmap& pixmap) {
+            const qreal sx = qreal(scaled.width()) / whole.width();
+            const qreal sy = qreal(scaled.height()) / whole.height();
+            return QRectF(200 + x * sx, 200 + y * sy, pixmap.width() * sx, pixmap.height() * sy);
+        };
+        const auto isAt = [](const QRectF& actual, const QRectF& expected) {
+            return qAbs(actual.x() - expected.x()) < 0.01 && qAbs(actual.y() - expected.y()) < 0.01
+                && qAbs(actual.width() - expected.width()) < 0.01 && qAbs(actual.height() - expected.height()) < 0.01;
+        };
+        QVERIFY(isAt(page.pictures.at(0).target, onPage(qMax(dx, 0), a->height(), *m)));
+        QVERIFY(isAt(page.pictures.at(1).target, onPage(dx >= 1 ? 0 : -dx, 0, *a)));
+        QVERIFY(isAt(page.pictures.at(2).target, onPage(m->width(), a->height() - dy, *b)));
+
+        QCOMPARE(page.texts.size(), 1);
+        const auto& title = page.texts.first();
+        QCOMPARE(title.text, QString("Run 000123"));
+        QCOMPARE(title.pointSize, 16);
+        QVERIFY(title.position.y() > 100 && title.position.y() < 200); // at the bottom of the margin
+        QVERIFY(title.position.x() > 600 && title.position.x() < 1000);
+    }
+
+    void printsTheCutAsideOfTheMap_data()
+    {
+        QTest::addColumn<int>("wider");
+        QTest::newRow("cut with a wider margin") << 30;
+        QTest::newRow("one pixel wider") << 1;
+        QTest::newRow("equal margins") << 0;
+        QTest::newRow("map with a wider margin") << -20;
+    }
+    void printsTheCutAsideOfTheMap()
+    {
+        QFETCH(int, wider);
+        Plot plot;
+        plot.show();
+        plot.m_act1dCut->setChecked(true);
+        auto* cutX = plot.windowX()->findChild<VectorGraphWidget*>();
+        QSize marginM;
+        QSize marginA;
+        QSize rest;
+        const auto margins = [&] {
+            plot.getMargin(marginM, rest);
+            cutX->getMargin(marginA, rest);
+            return marginA.width() - marginM.width();
+        };
+        (cutX->*(&FrameProbe<VectorGraphWidget>::m_margin)).setLeft(50);
+        plot.m_margin.setLeft(50);
+        plot.m_margin.setLeft(50 + margins() - wider);
+        cutX->refreshPixmap();
+        const int dx = margins();
+        PrintedPage page;
+        recordPages(plot.m_printer, page, QSize(2000, 3000));
+        ModalWatchdog watchdog({ print(folder.filePath("page.pdf")) });
+        plot.onPrint();
+        QVERIFY(watchdog.isContent());
+        QCOMPARE(page.pictures.size(), 3);
+        const qreal left = page.pictures.at(0).target.left() - page.pictures.at(1).target.left();
+        QCOMPARE(left > 0.0, dx > 0);
+        QCOMPARE(left < 0.0, dx < 0);
+    }
+
+    void printCancelled()
+    {
+        Plot plot;
+        plot.m_act1dCut->setChecked(true);
+        PrintedPage page;
+        recordPages(plot.m_printer, page, QSize(2000, 3000));
+        ModalWatchdog watchdog({ reject() });
+        plot.onPrint();
+        QVERIFY(watchdog.isContent());
+        QCOMPARE(page.painters, 0);
+    }
+
+    void printThatCannotBeginStops()
+    {
+        Plot plot;
+        plot.m_act1dCut->setChecked(true);
+        PrintedPage page;
+        page.refuses = true;
+        recordPages(plot.m_printer, page, QSize(2000, 3000));
+        ModalWatchdog watchdog({ print(folder.filePath("page.pdf")) });
+        plot.onPrint();
+        QVERIFY(watchdog.isContent());
+        QVERIFY(page.pictures.isEmpty() && page.texts.isEmpty());
+    }
+
+    void printOfACutThatWasNeverPainted()
+    {
+        Plot plot;
+        plot.m_act1dCut->setChecked(true);
+        auto* cutY = plot.windowY()->findChild<VectorGraphWidget*>();
+        cutY->m_pixmap = QPixmap();
+        PrintedPage page;
+        recordPages(plot.m_printer, page, QSize(2000, 3000));
+        ModalWatchdog watchdog({ print(folder.filePath("page.pdf")) });
+        plot.onPrint();
+        QVERIFY(watchdog.isContent());
+        QVERIFY(!page.pictures.isEmpty()); // what there is
+    }
+
+    void printMayLoseACut()
+    {
+        Plot plot;
+        plot.m_act1dCut->setChecked(true);
+        PrintedPage page;
+        recordPages(plot.m_printer, page, QSize(2000, 3000));
+        ModalWatchdog watchdog({ [&](QWidget& window) {
+            delete plot.windowX();
+            print(folder.filePath("page.pdf"))(window);
+        } });
+        plot.onPrint();
+        QVERIFY(watchdog.isContent());
+        QVERIFY(page.pictures.size() <= 1);
+    }
+
+    void printWritesItsTrace()
+    {
+        Plot plot;
+        plot.m_act1dCut->setChecked(true);
+        PrintedPage page;
+        recordPages(plot.m_printer, page, QSize(2000, 3000));
+        ModalWatchdog watchdog({ print(folder.filePath("page.pdf")) });
+        QTest::ignoreMessage(QtDebugMsg,
+            QRegularExpression(
+                "^xy2dgraphwidget : \\d+ .* \\| Viewport: +QRect\\(200,200 1600x2600\\) +Print Size: +QSize"));
+        plot.onPrint();
+        QVERIFY(watchdog.isContent());
+    }
 
 private:
     QTemporaryDir folder;
 };
-
-void TestXY2DFiles::init()
-{
-    QVERIFY(folder.isValid());
-    setSaveFilePath(folder.path() + '/');
-}
-
-void TestXY2DFiles::cleanup()
-{
-    Plot().onPatternRainbow1();
-    XYGraphWidget::m_backGroundColor = Qt::black;
-}
-
-void TestXY2DFiles::readOutFollowsTheMouse()
-{
-    Plot plot;
-    plot.lay();
-    PlotHand hand(plot);
-    hand.move(QPoint(101, 85));
-    QCOMPARE(QToolTip::text(), QString("x:10 y:-5 i:1"));
-    QVERIFY(QToolTip::isVisible());
-    hand.move(QPoint(125, 85));
-    QCOMPARE(QToolTip::text(), QString("x:12 y:-5 i:2"));
-    plot.setDecimalX(2);
-    plot.setDecimalY(1);
-    hand.move(QPoint(155, 55));
-    QCOMPARE(QToolTip::text(), QString("x:15 y:2.5 i:1.23457e+06"));
-    plot.setDecimalX(0);
-    hand.move(QPoint(154, 55));
-    QCOMPARE(QToolTip::text(), QString("x:14 y:2.5 i:1.23457e+06"));
-}
-
-void TestXY2DFiles::readOutIsHidden_data()
-{
-    QTest::addColumn<QPoint>("point");
-    QTest::newRow("over 0") << QPoint(110, 55);
-    QTest::newRow("over a negative bin") << QPoint(130, 55);
-    QTest::newRow("on the left edge of the graph") << QPoint(100, 85);
-    QTest::newRow("on the right edge") << QPoint(159, 85);
-    QTest::newRow("on the upper edge") << QPoint(150, 50);
-    QTest::newRow("on the lower edge") << QPoint(150, 89);
-    QTest::newRow("outside") << QPoint(20, 20);
-}
-
-void TestXY2DFiles::readOutIsHidden()
-{
-    QFETCH(QPoint, point);
-    Plot plot;
-    plot.lay();
-    PlotHand hand(plot);
-    hand.move(QPoint(125, 85));
-    QVERIFY(!QToolTip::text().isEmpty());
-    hand.move(point);
-    TRY_VERIFY(!QToolTip::isVisible() || QToolTip::text().isEmpty());
-}
-
-void TestXY2DFiles::readOutOfAMapWithoutRows()
-{
-    Plot plot;
-    plot.clearData();
-    plot.lay();
-    PlotHand(plot).move(QPoint(125, 85));
-    QVERIFY(!QToolTip::isVisible() || QToolTip::text().isEmpty());
-}
-
-void TestXY2DFiles::menuHasItsEntries()
-{
-    Plot plot;
-    const QMenu* menu = plot.openMenu();
-    QVERIFY(menu);
-    QCOMPARE(menu->parentWidget(), &plot);
-    QStringList texts;
-    for (const QAction* action : menu->actions())
-        texts << action->text() + (action->icon().isNull() ? "" : " *");
-    QCOMPARE(texts,
-        (QStringList { "Pattern - Rainbow1", "Pattern - Rainbow2", "Pattern - Grayscale", "Pattern - BlueRedGreen",
-            "Pattern - RedWhiteBlue", "Pattern - CyanMagenta", "Pattern - YellowHot", "Pattern - Blue",
-            " Edit - Max Color *", " Edit - Half Max Color *", " Edit - Half Color *", " Edit - Half Min Color *",
-            " Edit - Min Color *", "Edit - Reverse", " Edit - Back Ground Color *" }));
-    QVERIFY(menu->isVisible());
-}
-
-void TestXY2DFiles::menuShowsTheColors()
-{
-    Plot plot;
-    plot.updateColor("#010000", "#020000", "#030000", "#040000", "#050000", "#060000");
-    const QList<QAction*> entries = plot.openMenu()->actions();
-    QList<QColor> colors;
-    for (const int entry : { 8, 9, 10, 11, 12, 14 })
-        colors << colorOf(*entries.at(entry));
-    QCOMPARE(colors, (QList<QColor> { "#010000", "#020000", "#030000", "#040000", "#050000", "#060000" }));
-    QCOMPARE(entries.at(8)->icon().availableSizes(), QList<QSize> { QSize(15, 15) });
-}
-
-void TestXY2DFiles::menuEntriesWork()
-{
-    const QStringList middle { "#00ff00", "#00ff00", "#808080", "#ff0000", "#ffffff", "#8080ff", "#ff0000", "#0000ff" };
-    Plot plot;
-    QSignalSpy changed(&plot, &XY2DGraphWidget::onColorBarChanged);
-    for (int entry = 0; entry < middle.size(); ++entry) {
-        plot.openMenu()->actions().at(entry)->trigger(); // at once
-        QCOMPARE(XY2DGraphWidget::colHalf, QColor(middle.at(entry)));
-        QCOMPARE(changed.size(), entry + 1);
-    }
-    plot.onPatternRainbow1();
-    plot.openMenu()->actions().at(13)->trigger();
-    QCOMPARE(XY2DGraphWidget::colMax, QColor("#000000"));
-}
-
-void TestXY2DFiles::menuColorsOpenTheirDialogAfterTheMenu()
-{
-    const QList<QPair<int, QColor*>> entries { { 8, &XY2DGraphWidget::colMax }, { 9, &XY2DGraphWidget::colHalfMax },
-        { 10, &XY2DGraphWidget::colHalf }, { 11, &XY2DGraphWidget::colHalfMin }, { 12, &XY2DGraphWidget::colMin },
-        { 14, &XYGraphWidget::m_backGroundColor } };
-    for (const auto& [entry, color] : entries) {
-        Plot plot;
-        QSignalSpy changed(&plot, &XY2DGraphWidget::onColorBarChanged);
-        QMenu* menu = plot.openMenu();
-        menu->actions().at(entry)->trigger();
-        QVERIFY(QApplication::activeModalWidget() == nullptr); // queued
-        menu->close();
-        ModalWatchdog watchdog({ [](QWidget& window) {
-            auto* dialog = qobject_cast<QColorDialog*>(&window);
-            QVERIFY(dialog);
-            dialog->setCurrentColor(QColor("#abcdef"));
-            dialog->accept();
-        } });
-        TRY_COMPARE(changed.size(), 1);
-        QVERIFY(watchdog.isContent());
-        QCOMPARE(*color, QColor("#abcdef"));
-    }
-}
-
-void TestXY2DFiles::menuIsReplaced()
-{
-    Plot plot;
-    const QPointer<QMenu> first = plot.openMenu();
-    plot.openSecondMenu();
-    QVERIFY(plot.m_colorBarMenu && plot.m_colorBarMenu != first);
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    QVERIFY(first.isNull());
-    QVERIFY(plot.m_colorBarMenu);
-    const QPointer<QMenu> second = plot.m_colorBarMenu;
-    second->close();
-    QVERIFY(plot.m_colorBarMenu == nullptr);
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    QVERIFY(second.isNull());
-    plot.onColorBarMenuHide(); // without a menu
-}
-
-void TestXY2DFiles::lateHideOfAReplacedMenu()
-{
-    Plot plot;
-    const QPointer<QMenu> first = plot.openMenu();
-    const QPointer<QMenu> second = plot.openSecondMenu();
-    Q_EMIT first->aboutToHide();
-    QCOMPARE(plot.m_colorBarMenu, second.data());
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    QVERIFY(second);
-}
-
-void TestXY2DFiles::rightPressOnTheBarReachesNothingElse()
-{
-    Plot plot;
-    plot.m_actZoomIn->trigger();
-    plot.openMenu();
-    QCOMPARE(plot.m_minX, 10.0);
-    QCOMPARE(plot.findChildren<QMenu*>().size(), 1); // no context menu
-    QVERIFY(!plot.m_selecting);
-}
-
-void TestXY2DFiles::leftPressOnTheBarOpensNothing()
-{
-    Plot plot;
-    PlotHand(plot).press(plot.m_colorBar->geometry().center());
-    QVERIFY(plot.m_colorBarMenu == nullptr);
-    PlotHand(plot).press(plot.m_colorBar->geometry().topLeft() - QPoint(1, 0), Qt::RightButton);
-    QVERIFY(plot.m_colorBarMenu == nullptr);
-}
-
-void TestXY2DFiles::pictureHasTheBar()
-{
-    for (const bool buffered : { false, true }) {
-        Plot plot;
-        plot.m_doubleBuffered = buffered; // makes no difference
-        const std::unique_ptr<QPixmap> picture(plot.toPixmap());
-        QCOMPARE(picture->size(), plot.size());
-        const QRect bar(QPoint(plot.width() - plot.m_colorBar->width(), plot.m_colorBar->y()), plot.m_colorBar->size());
-        QCOMPARE(picture->copy(bar).toImage(), plot.m_colorBar->getPixmap().toImage());
-        QVERIFY(plot.m_pixmap.isNull());
-    }
-}
-
-void TestXY2DFiles::pictureOfNothingIsNull()
-{
-    Plot plot;
-    plot.resize(0, 0);
-    const std::unique_ptr<QPixmap> picture(plot.toPixmap());
-    QVERIFY(picture && picture->isNull());
-}
-
-void TestXY2DFiles::pictureBeyondTheMemory()
-{
-    Plot plot;
-    plot.resize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX);
-    delete plot.toPixmap(); // the result does not matter
-}
-
-void TestXY2DFiles::saveAsksAndWrites()
-{
-    Plot plot;
-    const std::unique_ptr<QPixmap> expected(plot.toPixmap());
-    const QString path = folder.filePath("map.png");
-    ModalWatchdog watchdog({ [&](QWidget& window) {
-        auto* dialog = qobject_cast<QFileDialog*>(&window);
-        QVERIFY(dialog);
-        QCOMPARE(dialog->windowTitle(), QString("Save"));
-        QCOMPARE(dialog->nameFilters(), QStringList { "Images (*.png *.jpg)" });
-        acceptFile(path)(window);
-    } });
-    plot.onSave();
-    QVERIFY(watchdog.isContent());
-    QCOMPARE(QImageReader(path).read().convertToFormat(QImage::Format_RGB32),
-        expected->toImage().convertToFormat(QImage::Format_RGB32));
-}
-
-void TestXY2DFiles::reportsAFailedSave()
-{
-    Plot plot;
-    const QString path = folder.filePath("map.nosuchformat");
-    const QString before = getSaveDir();
-    ModalWatchdog watchdog({ acceptFile(path), [&](QWidget& window) {
-                                auto* box = qobject_cast<QMessageBox*>(&window);
-                                QVERIFY(box);
-                                QCOMPARE(box->windowTitle(), QString("Save Image"));
-                                QCOMPARE(box->text(), QString("Save %1 failed.").arg(path));
-                                box->button(QMessageBox::Ok)->click();
-                            } });
-    plot.onSave();
-    QVERIFY(watchdog.isContent());
-    QCOMPARE(getSaveDir(), before);
-}
-
-void TestXY2DFiles::csvIsWritten()
-{
-    Plot plot;
-    plot.setData(3, { 0.1, -2.0 }, 0.1, false); // row 2 stays empty
-    plot.setMinMaxX(10.0, 11.0); // all bins are written, independent of the zoom
-    const QString path = folder.filePath("map.csv");
-    ModalWatchdog watchdog({ acceptFile(path) });
-    QVERIFY(PlotHand(plot).pick("Save CSV..."));
-    QVERIFY(watchdog.isContent());
-    QCOMPARE(contentOf(path), QByteArray("1,2,3\n0,-4,1.23457e+06\n\n0.1,-2\n"));
-    QCOMPARE(QFileInfo(getSaveDir()).canonicalFilePath(), QFileInfo(path).canonicalPath());
-}
-
-void TestXY2DFiles::csvOfNothingIsAnEmptyFile()
-{
-    Plot plot;
-    plot.clearData();
-    const QString path = folder.filePath("nothing.txt");
-    ModalWatchdog watchdog({ acceptFile(path) });
-    plot.onSaveCsv();
-    QCOMPARE(contentOf(path), QByteArray());
-    QVERIFY(QFileInfo::exists(path));
-}
-
-void TestXY2DFiles::csvAsksInTheSaveDirectory()
-{
-    Plot plot;
-    ModalWatchdog watchdog({ [&](QWidget& window) {
-        auto* dialog = qobject_cast<QFileDialog*>(&window);
-        QVERIFY(dialog);
-        QCOMPARE(dialog->windowTitle(), QString("Save CSV"));
-        QCOMPARE(dialog->nameFilters(), QStringList { "CSV Files (*.csv *.txt)" });
-        QCOMPARE(
-            QFileInfo(dialog->directory().path()).canonicalFilePath(), QFileInfo(folder.path()).canonicalFilePath());
-        QCOMPARE(dialog->parentWidget(), &plot);
-        dialog->reject();
-    } });
-    plot.onSaveCsv();
-    QVERIFY(watchdog.isContent());
-}
-
-void TestXY2DFiles::csvThatCannotBeOpenedIsSilent()
-{
-    Plot plot;
-    const QString before = getSaveDir();
-    ModalWatchdog watchdog({ acceptFile("/proc/map.csv") });
-    plot.onSaveCsv();
-    QVERIFY(watchdog.isContent()); // no box
-    QCOMPARE(getSaveDir(), before);
-}
-
-void TestXY2DFiles::csvMayLoseItsPlot()
-{
-    const QPointer<Plot> plot = new Plot;
-    ModalWatchdog watchdog({ [&](QWidget&) { delete plot; } });
-    plot->onSaveCsv();
-    QVERIFY(plot.isNull() && watchdog.isContent());
-}
-
-void TestXY2DFiles::printsThePlotAlone_data()
-{
-    QTest::addColumn<int>("closed");
-    QTest::newRow("no cut") << 0;
-    QTest::newRow("X cut closed") << 1;
-    QTest::newRow("Y cut closed") << 2;
-}
-
-void TestXY2DFiles::printsThePlotAlone()
-{
-    QFETCH(int, closed);
-    Plot plot;
-    if (closed > 0) {
-        plot.m_act1dCut->setChecked(true);
-        delete (closed == 1 ? plot.windowX() : plot.windowY());
-    }
-    PrintedPage page;
-    recordPages(plot.m_printer, page, QSize(2000, 3000));
-    ModalWatchdog watchdog({ print(folder.filePath("page.pdf")) });
-    plot.onPrint();
-    QVERIFY(watchdog.isContent());
-    QCOMPARE(page.pictures.size(), 1);
-    const std::unique_ptr<QPixmap> picture(plot.toPixmap());
-    QCOMPARE(page.pictures.first().pixmap.toImage(), picture->toImage()); // with the bar
-}
-
-void TestXY2DFiles::printsThreePlots()
-{
-    Plot plot;
-    plot.setTitle("Run 000123");
-    plot.show();
-    plot.m_act1dCut->setChecked(true);
-    auto* cutX = plot.windowX()->findChild<VectorGraphWidget*>();
-    auto* cutY = plot.windowY()->findChild<VectorGraphWidget*>();
-    cutX->grab();
-    cutY->grab();
-    PrintedPage page;
-    recordPages(plot.m_printer, page, QSize(2000, 3000));
-    ModalWatchdog watchdog({ print(folder.filePath("page.pdf")) });
-    plot.onPrint();
-    QVERIFY(watchdog.isContent());
-    QCOMPARE(page.painters, 1);
-    QCOMPARE(page.pictures.size(), 3);
-
-    const std::unique_ptr<QPixmap> m(plot.toPixmap());
-    const std::unique_ptr<QPixmap> a(cutX->toPixmap());
-    const std::unique_ptr<QPixmap> b(cutY->toPixmap());
-    QCOMPARE(page.pictures.at(0).pixmap.toImage(), m->toImage());
-    QCOMPARE(page.pictures.at(1).pixmap.toImage(), a->toImage());
-    QCOMPARE(page.pictures.at(2).pixmap.toImage(), b->toImage());
-    QSize marginM;
-    QSize marginA;
-    QSize marginB;
-    QSize rest;
-    plot.getMargin(marginM, rest);
-    cutX->getMargin(marginA, rest);
-    cutY->getMargin(marginB, rest);
-    const int dx = marginA.width() - marginM.width();
-    const int dy = marginB.width() - marginM.height();
-    const QSize whole(m->width() + dx + b->width(), m->height() + a->height());
-    const QSize scaled = whole.scaled(QSize(1600, 2600), Qt::KeepAspectRatio);
-    const auto onPage = [&](int x, int y, const QPixmap& pixmap) {
-        const qreal sx = qreal(scaled.width()) / whole.width();
-        const qreal sy = qreal(scaled.height()) / whole.height();
-        return QRectF(200 + x * sx, 200 + y * sy, pixmap.width() * sx, pixmap.height() * sy);
-    };
-    const auto isAt = [](const QRectF& actual, const QRectF& expected) {
-        return qAbs(actual.x() - expected.x()) < 0.01 && qAbs(actual.y() - expected.y()) < 0.01
-            && qAbs(actual.width() - expected.width()) < 0.01 && qAbs(actual.height() - expected.height()) < 0.01;
-    };
-    QVERIFY(isAt(page.pictures.at(0).target, onPage(qMax(dx, 0), a->height(), *m)));
-    QVERIFY(isAt(page.pictures.at(1).target, onPage(dx >= 1 ? 0 : -dx, 0, *a)));
-    QVERIFY(isAt(page.pictures.at(2).target, onPage(m->width(), a->height() - dy, *b)));
-
-    QCOMPARE(page.texts.size(), 1);
-    const auto& title = page.texts.first();
-    QCOMPARE(title.text, QString("Run 000123"));
-    QCOMPARE(title.pointSize, 16);
-    QVERIFY(title.position.y() > 100 && title.position.y() < 200); // at the bottom of the margin
-    QVERIFY(title.position.x() > 600 && title.position.x() < 1000);
-}
-
-void TestXY2DFiles::printsTheCutAsideOfTheMap_data()
-{
-    QTest::addColumn<int>("wider");
-    QTest::newRow("cut with a wider margin") << 30;
-    QTest::newRow("one pixel wider") << 1;
-    QTest::newRow("equal margins") << 0;
-    QTest::newRow("map with a wider margin") << -20;
-}
-
-void TestXY2DFiles::printsTheCutAsideOfTheMap()
-{
-    QFETCH(int, wider);
-    Plot plot;
-    plot.show();
-    plot.m_act1dCut->setChecked(true);
-    auto* cutX = plot.windowX()->findChild<VectorGraphWidget*>();
-    QSize marginM;
-    QSize marginA;
-    QSize rest;
-    const auto margins = [&] {
-        plot.getMargin(marginM, rest);
-        cutX->getMargin(marginA, rest);
-        return marginA.width() - marginM.width();
-    };
-    (cutX->*(&FrameProbe<VectorGraphWidget>::m_margin)).setLeft(50);
-    plot.m_margin.setLeft(50);
-    plot.m_margin.setLeft(50 + margins() - wider);
-    cutX->refreshPixmap();
-    const int dx = margins();
-    PrintedPage page;
-    recordPages(plot.m_printer, page, QSize(2000, 3000));
-    ModalWatchdog watchdog({ print(folder.filePath("page.pdf")) });
-    plot.onPrint();
-    QVERIFY(watchdog.isContent());
-    QCOMPARE(page.pictures.size(), 3);
-    const qreal left = page.pictures.at(0).target.left() - page.pictures.at(1).target.left();
-    QCOMPARE(left > 0.0, dx > 0);
-    QCOMPARE(left < 0.0, dx < 0);
-}
-
-void TestXY2DFiles::printCancelled()
-{
-    Plot plot;
-    plot.m_act1dCut->setChecked(true);
-    PrintedPage page;
-    recordPages(plot.m_printer, page, QSize(2000, 3000));
-    ModalWatchdog watchdog({ reject() });
-    plot.onPrint();
-    QVERIFY(watchdog.isContent());
-    QCOMPARE(page.painters, 0);
-}
-
-void TestXY2DFiles::printThatCannotBeginStops()
-{
-    Plot plot;
-    plot.m_act1dCut->setChecked(true);
-    PrintedPage page;
-    page.refuses = true;
-    recordPages(plot.m_printer, page, QSize(2000, 3000));
-    ModalWatchdog watchdog({ print(folder.filePath("page.pdf")) });
-    plot.onPrint();
-    QVERIFY(watchdog.isContent());
-    QVERIFY(page.pictures.isEmpty() && page.texts.isEmpty());
-}
-
-void TestXY2DFiles::printOfACutThatWasNeverPainted()
-{
-    Plot plot;
-    plot.m_act1dCut->setChecked(true);
-    auto* cutY = plot.windowY()->findChild<VectorGraphWidget*>();
-    cutY->m_pixmap = QPixmap();
-    PrintedPage page;
-    recordPages(plot.m_printer, page, QSize(2000, 3000));
-    ModalWatchdog watchdog({ print(folder.filePath("page.pdf")) });
-    plot.onPrint();
-    QVERIFY(watchdog.isContent());
-    QVERIFY(!page.pictures.isEmpty()); // what there is
-}
-
-void TestXY2DFiles::printMayLoseACut()
-{
-    Plot plot;
-    plot.m_act1dCut->setChecked(true);
-    PrintedPage page;
-    recordPages(plot.m_printer, page, QSize(2000, 3000));
-    ModalWatchdog watchdog({ [&](QWidget& window) {
-        delete plot.windowX();
-        print(folder.filePath("page.pdf"))(window);
-    } });
-    plot.onPrint();
-    QVERIFY(watchdog.isContent());
-    QVERIFY(page.pictures.size() <= 1);
-}
-
-void TestXY2DFiles::printWritesItsTrace()
-{
-    Plot plot;
-    plot.m_act1dCut->setChecked(true);
-    PrintedPage page;
-    recordPages(plot.m_printer, page, QSize(2000, 3000));
-    ModalWatchdog watchdog({ print(folder.filePath("page.pdf")) });
-    QTest::ignoreMessage(QtDebugMsg,
-        QRegularExpression(
-            "^xy2dgraphwidget : \\d+ .* \\| Viewport: +QRect\\(200,200 1600x2600\\) +Print Size: +QSize"));
-    plot.onPrint();
-    QVERIFY(watchdog.isContent());
-}
 
 QTEST_MAIN(TestXY2DFiles)
 #include "tst_xy2dfiles.moc"

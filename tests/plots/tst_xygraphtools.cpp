@@ -60,581 +60,529 @@ class TestXYGraphTools : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
-    void cleanup();
+    void init()
+    {
+        plot = std::make_unique<Plot>();
+        hand = std::make_unique<tarnis::testing::PlotHand>(*plot);
+        QVERIFY(QTest::qWaitForWindowExposed(plot.get()));
+        plot->wasRefreshed();
+        plot->autoScaleCalls = 0;
+    }
 
-    void toolsSetModeAndCursor_data();
-    void toolsSetModeAndCursor();
-    void toolsExcludeEachOther();
-    void uncheckingAToolLeavesTheOthersAlone();
-    void checkingByCodeChangesNothing();
-    void theFirstCheckedToolCounts();
+    void cleanup()
+    {
+        hand.reset();
+        plot.reset();
+    }
 
-    void menuListsTheActions();
-    void everyRightPressOpensTheMenu();
-    void aPlotWithoutActionsHasNoMenu();
-    void menuPicksATool();
+    void toolsSetModeAndCursor_data()
+    {
+        QTest::addColumn<QString>("tool");
+        QTest::addColumn<int>("mode");
+        QTest::addColumn<int>("cursor");
+        QTest::newRow("rectangle") << "Rectangle" << 1 << int(Qt::CrossCursor);
+        QTest::newRow("zoom in") << "Zoom In" << 2 << int(Qt::SizeAllCursor);
+        QTest::newRow("zoom out") << "Zoom Out" << 3 << int(Qt::SizeAllCursor);
+        QTest::newRow("move") << "Move" << 4 << int(Qt::OpenHandCursor);
+        QTest::newRow("select") << "Select X Range" << 1 << int(Qt::CrossCursor);
+    }
+    void toolsSetModeAndCursor()
+    {
+        QFETCH(QString, tool);
+        plot->SetEnableSelectXRangeFeature(true, "X");
+        QVERIFY(hand->pick(tool));
+        QTEST(plot->m_mode, "mode");
+        QTEST(int(plot->cursor().shape()), "cursor");
+        QVERIFY(hand->pick(tool));
+        QCOMPARE(plot->m_mode, 0);
+        QCOMPARE(plot->cursor().shape(), Qt::ArrowCursor);
+    }
 
-    void noToolDoesNothing();
-    void toolsWorkInsideTheGraphOnly();
-    void toolsWorkOnItsEdges();
-    void otherButtonsDoNothing();
-    void pressesGoOnToTheParent();
+    void toolsExcludeEachOther()
+    {
+        plot->SetEnableSelectXRangeFeature(true, "X");
+        const QList<QAction*> tools { plot->m_actRectangle, plot->m_actZoomIn, plot->m_actZoomOut, plot->m_actMove,
+            plot->m_actSelectXRange };
+        for (QAction* first : tools) {
+            for (QAction* second : tools) {
+                if (first == second)
+                    continue;
+                if (!first->isChecked())
+                    first->trigger();
+                second->trigger();
+                for (QAction* tool : tools)
+                    QCOMPARE(tool->isChecked(), tool == second);
+            }
+        }
+    }
 
-    void zoomInOneStepAClick();
-    void zoomInAtTheLeftEdgeKeepsTheMinimum();
-    void zoomInOnAReversedAxis();
-    void zoomOutOneStepAClick();
-    void zoomEndsAutoScale();
-    void zoomOutHasNoLimit();
+    void uncheckingAToolLeavesTheOthersAlone()
+    {
+        plot->m_actZoomIn->setChecked(true);
+        plot->m_actMove->setChecked(true);
+        plot->m_actMove->trigger();
+        QVERIFY(plot->m_actZoomIn->isChecked());
+        QCOMPARE(plot->m_mode, 2);
+    }
 
-    void rectangleZooms();
-    void rectangleDrawnBackwards();
-    void rectangleBeyondTheGraph();
-    void rectangleTooSmallOnOneAxis();
-    void clickInRectangleModeOnlyRefreshes();
-    void rectangleUsesTheLastMoveNotTheRelease();
-    void rubberBandByTool_data();
-    void rubberBandByTool();
-    void rubberBandIsShownWhileDragging();
-    void otherReleasesHideTheBandAndKeepTheDrag();
-    void rectangleOfAnEmptyGraph();
+    void checkingByCodeChangesNothing()
+    {
+        plot->m_actZoomIn->setChecked(true);
+        plot->m_actMove->setChecked(true);
+        QVERIFY(plot->m_actZoomIn->isChecked());
+        QCOMPARE(plot->m_mode, 0);
+        plot->updateModeAndCursor();
+        QCOMPARE(plot->m_mode, 2);
+    }
 
-    void moveFollowsThePointer();
-    void moveSidewaysLeavesTheYAxis();
-    void moveShowsAClosedHand();
-    void moveRedrawsAtEveryStep();
-    void moveWithoutAPressDoesNothing();
-    void moveAcrossAVanishedGraph();
-    void toolsOnAPlotNarrowerThanItsMargins();
+    void theFirstCheckedToolCounts()
+    {
+        const QList<QAction*> tools { plot->m_actSelectXRange, plot->m_actMove, plot->m_actZoomOut, plot->m_actZoomIn,
+            plot->m_actRectangle };
+        QList<int> modes;
+        for (QAction* tool : tools) {
+            const QSignalBlocker quiet(tool);
+            tool->setChecked(true);
+            plot->updateModeAndCursor();
+            modes << plot->m_mode;
+        }
+        QCOMPARE(modes, (QList<int> { 1, 4, 3, 2, 1 }));
+    }
 
-    void halfPixelsAreRounded();
+    void menuListsTheActions()
+    {
+        hand->press(plot->middle(), Qt::RightButton);
+        auto* menu = plot->findChild<QMenu*>();
+        QVERIFY(menu != nullptr && menu->isVisible());
+        QCOMPARE(menu->actions(), plot->actions());
+        QCOMPARE(menu->pos(), plot->mapToGlobal(plot->middle()));
+        QVERIFY(menu->testAttribute(Qt::WA_DeleteOnClose));
+        const QPointer<QMenu> closed = menu;
+        menu->close();
+        TRY_VERIFY(closed.isNull());
+    }
+
+    void everyRightPressOpensTheMenu()
+    {
+        QVERIFY(hand->pick("Show Grid", QPoint(2, 2))); // outside of the graph as well
+        QVERIFY(!plot->m_showGrid);
+        plot->m_actZoomIn->trigger();
+        QVERIFY(hand->pick("Show Grid", plot->middle()));
+        QCOMPARE(plot->ranges(), untouched);
+        QVERIFY(!hand->pick("Select X Range")); // hidden
+        plot->addAction("Host's own");
+        QVERIFY(hand->pick("Host's own"));
+    }
+
+    void aPlotWithoutActionsHasNoMenu()
+    {
+        for (QAction* action : plot->actions())
+            plot->removeAction(action);
+        hand->press(plot->middle(), Qt::RightButton);
+        QVERIFY(plot->findChild<QMenu*>() == nullptr);
+    }
+
+    void menuPicksATool()
+    {
+        QVERIFY(hand->pick("Zoom In"));
+        hand->click(plot->middle());
+        QVERIFY(plot->m_maxX < 1000.0);
+        QVERIFY(hand->pick("Reset"));
+        QVERIFY(plot->m_autoScaleX && plot->m_autoScaleY);
+        QVERIFY(plot->m_actZoomIn->isChecked()); // nothing else changes
+    }
+
+    void noToolDoesNothing()
+    {
+        hand->drag(plot->middle(), plot->middle() + QPoint(40, 30));
+        QCOMPARE(plot->ranges(), untouched);
+        QVERIFY(!plot->wasRefreshed() && !plot->m_selecting && plot->rectangles.isEmpty());
+    }
+
+    void toolsWorkInsideTheGraphOnly()
+    {
+        for (QAction* tool : { plot->m_actRectangle, plot->m_actZoomIn, plot->m_actZoomOut, plot->m_actMove }) {
+            tool->trigger();
+            const QPoint outside = plot->m_graphRect.bottomRight() + QPoint(1, 0);
+            hand->press(outside);
+            QVERIFY(!plot->m_selecting && plot->m_rubberBand.isHidden());
+            hand->move(plot->middle());
+            QCOMPARE(plot->ranges(), untouched);
+            hand->release(outside);
+        }
+        QVERIFY(!plot->m_edit);
+    }
+
+    void toolsWorkOnItsEdges()
+    {
+        plot->m_actMove->trigger();
+        for (const QPoint& corner : { plot->m_graphRect.topLeft(), plot->m_graphRect.bottomRight() }) {
+            hand->press(corner);
+            QVERIFY(plot->m_selecting);
+            hand->release(corner);
+        }
+    }
+
+    void otherButtonsDoNothing()
+    {
+        for (QAction* tool : { plot->m_actRectangle, plot->m_actZoomIn, plot->m_actZoomOut, plot->m_actMove }) {
+            tool->trigger();
+            hand->press(plot->middle(), Qt::MiddleButton);
+            hand->release(plot->middle(), Qt::MiddleButton);
+            QVERIFY(!plot->m_selecting);
+        }
+        QCOMPARE(plot->ranges(), untouched);
+    }
+
+    void pressesGoOnToTheParent()
+    {
+        plot->m_actZoomIn->trigger();
+        hand->press(plot->middle());
+        QVERIFY(!plot->accepted); // QWidget's own handler ignores it
+    }
+
+    void zoomInOneStepAClick()
+    {
+        plot->m_actZoomIn->trigger();
+        const QRect graph = plot->m_graphRect;
+        const QPoint point = plot->middle() + QPoint(31, -17);
+        const double w = graph.width();
+        const double h = graph.height();
+        hand->click(point);
+        QCOMPARE(plot->m_minX, (point.x() - graph.left()) * 50.0 / w);
+        QCOMPARE(plot->m_maxX, 1000.0 - (graph.right() - point.x()) * 50.0 / w);
+        QCOMPARE(plot->m_minY, (graph.bottom() - point.y()) * 5.0 / h);
+        QCOMPARE(plot->m_maxY, 100.0 - (point.y() - graph.top()) * 5.0 / h);
+        QVERIFY(plot->wasRefreshed());
+        QVERIFY(!plot->m_edit);
+    }
+
+    void zoomInAtTheLeftEdgeKeepsTheMinimum()
+    {
+        plot->m_actZoomIn->trigger();
+        hand->click(QPoint(plot->m_graphRect.left(), plot->m_graphRect.bottom()));
+        QCOMPARE(plot->m_minX, 0.0);
+        QCOMPARE(plot->m_minY, 0.0);
+        QVERIFY(plot->m_maxX > 950.0 && plot->m_maxX < 950.0 + 50.0 * 2 / plot->m_graphRect.width());
+    }
+
+    void zoomInOnAReversedAxis()
+    {
+        plot->setMinMaxX(1000.0, 0.0);
+        plot->m_actZoomIn->trigger();
+        hand->click(plot->middle());
+        QCOMPARE(plot->m_minX, 1000.0);
+        QCOMPARE(plot->m_maxX, 0.0);
+        QVERIFY(plot->m_maxY < 100.0);
+        QVERIFY(!plot->m_autoScaleX && !plot->m_autoScaleY && plot->wasRefreshed());
+    }
+
+    void zoomOutOneStepAClick()
+    {
+        plot->m_actZoomOut->trigger();
+        const QRect graph = plot->m_graphRect;
+        const QPoint point = plot->middle() + QPoint(31, -17);
+        const double w = graph.width();
+        const double h = graph.height();
+        hand->click(point);
+        const double minX = -1000.0 * 0.05 * (point.x() - graph.left()) / w;
+        const double minY = -100.0 * 0.05 * (graph.bottom() - point.y()) / h;
+        QCOMPARE(plot->m_minX, minX);
+        QCOMPARE(plot->m_maxX, 1000.0 + (graph.right() - point.x()) * (1000.0 - minX) * 0.05 / w);
+        QCOMPARE(plot->m_minY, minY);
+        QCOMPARE(plot->m_maxY, 100.0 + (point.y() - graph.top()) * (100.0 - minY) * 0.05 / h);
+        QVERIFY(plot->wasRefreshed());
+    }
+
+    void zoomEndsAutoScale()
+    {
+        for (QAction* tool : { plot->m_actZoomIn, plot->m_actZoomOut }) {
+            plot->onReset();
+            plot->autoScaleCalls = 0;
+            tool->trigger();
+            hand->click(plot->middle());
+            QVERIFY(!plot->m_autoScaleX && !plot->m_autoScaleY);
+            QVERIFY(!plot->m_actAutoScaleX->isChecked() && !plot->m_actAutoScaleY->isChecked());
+            QCOMPARE(plot->autoScaleCalls, 1); // through the action
+        }
+    }
+
+    void zoomOutHasNoLimit()
+    {
+        plot->m_actZoomOut->trigger();
+        for (int i = 0; i < 20000; ++i)
+            hand->press(plot->middle());
+        QVERIFY(plot->m_minX < -1e300);
+        plot->paintNow();
+        plot->m_actZoomIn->trigger();
+        hand->click(plot->middle()); // for any remaining range
+        plot->paintNow();
+    }
+
+    void rectangleZooms()
+    {
+        plot->m_actRectangle->trigger();
+        const QRect graph = plot->m_graphRect;
+        const QPoint from = graph.topLeft() + QPoint(40, 30);
+        const QPoint to = graph.topLeft() + QPoint(240, 130);
+        hand->drag(from, to);
+        const double w = graph.width();
+        const double h = graph.height();
+        QCOMPARE(plot->rectangles,
+            (QList<QList<double>> { { 1000.0 * 40 / w, 1000.0 - (graph.right() - to.x()) * 1000.0 / w,
+                (graph.bottom() - to.y()) * 100.0 / h, 100.0 - 30 * 100.0 / h } }));
+        QCOMPARE(plot->ranges(), plot->rectangles.first());
+        QVERIFY(!plot->m_selecting && !plot->m_autoScaleX && !plot->m_autoScaleY && plot->wasRefreshed());
+        QVERIFY(plot->m_rubberBand.isHidden());
+    }
+
+    void rectangleDrawnBackwards()
+    {
+        plot->m_actRectangle->trigger();
+        const QPoint a = plot->m_graphRect.topLeft() + QPoint(40, 30);
+        const QPoint b = plot->m_graphRect.topLeft() + QPoint(240, 130);
+        hand->drag(b, a);
+        const QList<double> backwards = plot->ranges();
+        QVERIFY(backwards.at(0) > 0.0 && backwards.at(0) < backwards.at(1) && backwards.at(1) < 1000.0);
+        QVERIFY(backwards.at(2) > 0.0 && backwards.at(2) < backwards.at(3) && backwards.at(3) < 100.0);
+        // The band's corners are those of a normalised rectangle: one pixel inside on the two sides that it grew to.
+        QCOMPARE(backwards.at(0), 1000.0 * 41 / plot->m_graphRect.width());
+    }
+
+    void rectangleBeyondTheGraph()
+    {
+        plot->m_actRectangle->trigger();
+        const QPoint from = plot->middle();
+        hand->press(from);
+        hand->move(plot->m_graphRect.bottomRight() + QPoint(20, 10));
+        QCOMPARE(plot->m_rubberBand.geometry(), QRect(from, plot->m_graphRect.bottomRight())); // clipped
+        hand->release(plot->m_graphRect.bottomRight() + QPoint(20, 10));
+        QCOMPARE(plot->m_maxX, 1000.0 + 20 * 1000.0 / plot->m_graphRect.width()); // not clipped
+        QCOMPARE(plot->m_minY, -10 * 100.0 / plot->m_graphRect.height());
+    }
+
+    void rectangleTooSmallOnOneAxis()
+    {
+        plot->m_actRectangle->trigger();
+        plot->setMinMaxX(1000.0, 0.0); // reversed: x2 is never above x1
+        hand->drag(plot->middle(), plot->middle() + QPoint(50, 50));
+        QCOMPARE(plot->m_minX, 1000.0);
+        QCOMPARE(plot->m_maxX, 0.0);
+        QVERIFY(plot->m_maxY < 100.0);
+        QVERIFY(!plot->m_autoScaleX && !plot->m_autoScaleY);
+    }
+
+    void clickInRectangleModeOnlyRefreshes()
+    {
+        plot->m_actRectangle->trigger();
+        hand->click(plot->middle());
+        QVERIFY(plot->rectangles.isEmpty());
+        QCOMPARE(plot->ranges(), untouched);
+        QVERIFY(plot->m_autoScaleX && plot->wasRefreshed());
+    }
+
+    void rectangleUsesTheLastMoveNotTheRelease()
+    {
+        plot->m_actRectangle->trigger();
+        hand->press(plot->middle());
+        hand->move(plot->middle() + QPoint(20, 10));
+        hand->release(plot->middle() + QPoint(150, 100));
+        const double pixels = plot->m_graphRect.right() - (plot->middle().x() + 20);
+        QCOMPARE(plot->m_maxX, 1000.0 - pixels * 1000.0 / plot->m_graphRect.width());
+    }
+
+    void rubberBandByTool_data()
+    {
+        QTest::addColumn<QString>("tool");
+        QTest::addColumn<bool>("band");
+        QTest::addColumn<bool>("zooms");
+        QTest::addColumn<bool>("selects");
+        QTest::newRow("none") << QString() << false << false << false;
+        QTest::newRow("Rectangle") << "Rectangle" << true << true << false;
+        QTest::newRow("Zoom In") << "Zoom In" << false << false << false;
+        QTest::newRow("Zoom Out") << "Zoom Out" << false << false << false;
+        QTest::newRow("Move") << "Move" << false << false << false;
+        QTest::newRow("Select X Range") << "Select X Range" << true << false << true;
+    }
+    // Two tools use the rubber band; the tool determines its effect.
+    void rubberBandByTool()
+    {
+        QFETCH(QString, tool);
+        QFETCH(bool, band);
+        plot->SetEnableSelectXRangeFeature(true, "X");
+        if (!tool.isEmpty())
+            QVERIFY(hand->pick(tool));
+        const QPoint from = plot->middle();
+        hand->press(from);
+        QCOMPARE(plot->m_rubberBand.isVisible(), band);
+        const QList<double> pressed = plot->ranges();
+        hand->move(from + QPoint(30, 20));
+        QCOMPARE(plot->m_rubberBand.isVisible(), band);
+        if (band)
+            QCOMPARE(plot->m_rubberBand.geometry(), QRect(from, from + QPoint(30, 20)));
+        QTEST(plot->m_selecting && plot->m_mode == 1, "band");
+        hand->release(from + QPoint(30, 20));
+        QVERIFY(plot->m_rubberBand.isHidden());
+        QVERIFY(!plot->m_selecting);
+        QCOMPARE(plot->rectangles.size(), band ? 1 : 0);
+        if (tool != QLatin1String("Move"))
+            QTEST(plot->ranges() != pressed, "zooms");
+        double min = 0.0;
+        double max = 0.0;
+        QTEST(plot->GetXRange(min, max), "selects");
+    }
+
+    void rubberBandIsShownWhileDragging()
+    {
+        plot->m_actRectangle->trigger();
+        const QPoint from = plot->middle();
+        hand->press(from);
+        QVERIFY(plot->m_selecting && plot->m_rubberBand.isVisible());
+        QCOMPARE(plot->m_selectRect, QRect(from, from - QPoint(1, 1)));
+        hand->move(from + QPoint(30, 20));
+        QCOMPARE(plot->m_rubberBand.geometry(), QRect(from, from + QPoint(30, 20)));
+        QCOMPARE(plot->m_selectRect, QRect(from, from + QPoint(30, 20)));
+        hand->move(from - QPoint(30, 20));
+        QCOMPARE(plot->m_rubberBand.geometry(), QRect(from - QPoint(29, 19), from - QPoint(1, 1)));
+        QVERIFY(!plot->wasRefreshed()); // the picture under the band is not drawn again
+        hand->release(from);
+        QVERIFY(plot->m_rubberBand.isHidden());
+    }
+
+    void otherReleasesHideTheBandAndKeepTheDrag()
+    {
+        plot->m_actRectangle->trigger();
+        hand->press(plot->middle());
+        hand->move(plot->middle() + QPoint(30, 20));
+        for (const auto button : { Qt::RightButton, Qt::MiddleButton }) {
+            hand->release(plot->middle(), button);
+            QVERIFY(plot->m_rubberBand.isHidden() && plot->m_selecting);
+            hand->move(plot->middle() + QPoint(31, 20));
+            QVERIFY(plot->m_rubberBand.isVisible());
+        }
+        hand->release(plot->middle());
+        QCOMPARE(plot->rectangles.size(), 1);
+        hand->release(plot->middle()); // no second end of the same drag
+        QCOMPARE(plot->rectangles.size(), 1);
+    }
+
+    void rectangleOfAnEmptyGraph()
+    {
+        plot->m_actRectangle->trigger();
+        hand->press(plot->middle());
+        hand->move(plot->middle() + QPoint(30, 20));
+        plot->m_graphRect = QRect(); // as after a resize to nothing
+        hand->release(plot->middle());
+        QVERIFY(plot->rectangles.isEmpty());
+        QCOMPARE(plot->ranges(), untouched);
+    }
+
+    void moveFollowsThePointer()
+    {
+        plot->m_actMove->trigger();
+        const double w = plot->m_graphRect.width();
+        const double h = plot->m_graphRect.height();
+        hand->press(plot->middle());
+        hand->move(plot->middle() + QPoint(30, -20));
+        QCOMPARE(plot->m_minX, -30 * 1000.0 / w);
+        QCOMPARE(plot->m_maxX, 1000.0 - 30 * 1000.0 / w);
+        QCOMPARE(plot->m_minY, -20 * 100.0 / h);
+        QCOMPARE(plot->m_maxY, 100.0 - 20 * 100.0 / h);
+        QCOMPARE(plot->m_lastPos, plot->middle() + QPoint(30, -20));
+        QVERIFY(!plot->m_autoScaleX && !plot->m_autoScaleY);
+        hand->move(plot->middle());
+        QVERIFY(std::abs(plot->m_minX) < 1e-9 && std::abs(plot->m_maxY - 100.0) < 1e-9);
+        hand->release(plot->middle());
+        QVERIFY(!plot->m_selecting);
+    }
+
+    void moveSidewaysLeavesTheYAxis()
+    {
+        plot->m_actMove->trigger();
+        hand->press(plot->middle());
+        hand->move(plot->middle() + QPoint(30, 0));
+        QCOMPARE(plot->m_minY, 0.0);
+        QCOMPARE(plot->m_maxY, 100.0);
+        QVERIFY(plot->m_minX < 0.0);
+        QVERIFY(!plot->m_autoScaleY); // unchecked nevertheless
+    }
+
+    void moveShowsAClosedHand()
+    {
+        plot->m_actMove->trigger();
+        hand->press(plot->middle());
+        QCOMPARE(plot->cursor().shape(), Qt::ClosedHandCursor);
+        hand->release(plot->middle());
+        QCOMPARE(plot->cursor().shape(), Qt::OpenHandCursor);
+    }
+
+    void moveRedrawsAtEveryStep()
+    {
+        plot->m_actMove->trigger();
+        hand->press(plot->middle());
+        for (int i = 1; i < 5; ++i) {
+            hand->move(plot->middle() + QPoint(i, i));
+            QVERIFY(plot->wasRefreshed());
+        }
+        hand->move(plot->middle() + QPoint(4, 4)); // the same place
+        QVERIFY(!plot->wasRefreshed());
+    }
+
+    void moveWithoutAPressDoesNothing()
+    {
+        plot->m_actMove->trigger();
+        hand->move(plot->middle());
+        hand->move(plot->middle() + QPoint(30, 0));
+        QCOMPARE(plot->ranges(), untouched);
+        hand->press(plot->middle());
+        hand->release(plot->middle(), Qt::RightButton);
+        QVERIFY(plot->m_selecting); // only the left release ends it
+        hand->release(plot->middle());
+        hand->move(plot->middle() + QPoint(30, 0));
+        QCOMPARE(plot->ranges(), untouched);
+    }
+
+    void moveAcrossAVanishedGraph()
+    {
+        plot->m_actMove->trigger();
+        hand->press(plot->middle());
+        plot->m_graphRect = QRect(); // as after a resize to nothing
+        hand->move(QPoint(100, 100));
+        QCOMPARE(plot->ranges(), untouched);
+    }
+
+    void toolsOnAPlotNarrowerThanItsMargins()
+    {
+        const QRect narrow(QPoint(28, 28), QPoint(22, 166)); // -5 wide
+        const QPoint from(25, 100);
+        plot->m_graphRect = narrow;
+        plot->m_actMove->trigger();
+        hand->press(from);
+        hand->move(from + QPoint(0, 20));
+        hand->release(from + QPoint(0, 20));
+        QCOMPARE(plot->m_minY, 20 * 100.0 / 139);
+        QVERIFY(!plot->m_autoScaleY);
+
+        plot->setMinMaxY(0.0, 100.0);
+        plot->m_graphRect = narrow;
+        plot->m_actRectangle->trigger();
+        hand->drag(from, from + QPoint(2, 20));
+        QCOMPARE(plot->rectangles.size(), 1);
+    }
+
+    void halfPixelsAreRounded()
+    {
+        plot->m_actMove->trigger();
+        const QPointF at = QPointF(plot->middle()) + QPointF(0.5, -0.4);
+        QMouseEvent press(QEvent::MouseButtonPress, at, plot->mapToGlobal(at), Qt::LeftButton, Qt::LeftButton, {});
+        QCoreApplication::sendEvent(plot.get(), &press);
+        QCOMPARE(plot->m_lastPos, plot->middle() + QPoint(1, 0));
+    }
 
 private:
     std::unique_ptr<Plot> plot;
     std::unique_ptr<tarnis::testing::PlotHand> hand;
 };
-
-void TestXYGraphTools::init()
-{
-    plot = std::make_unique<Plot>();
-    hand = std::make_unique<tarnis::testing::PlotHand>(*plot);
-    QVERIFY(QTest::qWaitForWindowExposed(plot.get()));
-    plot->wasRefreshed();
-    plot->autoScaleCalls = 0;
-}
-
-void TestXYGraphTools::cleanup()
-{
-    hand.reset();
-    plot.reset();
-}
-
-void TestXYGraphTools::toolsSetModeAndCursor_data()
-{
-    QTest::addColumn<QString>("tool");
-    QTest::addColumn<int>("mode");
-    QTest::addColumn<int>("cursor");
-    QTest::newRow("rectangle") << "Rectangle" << 1 << int(Qt::CrossCursor);
-    QTest::newRow("zoom in") << "Zoom In" << 2 << int(Qt::SizeAllCursor);
-    QTest::newRow("zoom out") << "Zoom Out" << 3 << int(Qt::SizeAllCursor);
-    QTest::newRow("move") << "Move" << 4 << int(Qt::OpenHandCursor);
-    QTest::newRow("select") << "Select X Range" << 1 << int(Qt::CrossCursor);
-}
-
-void TestXYGraphTools::toolsSetModeAndCursor()
-{
-    QFETCH(QString, tool);
-    plot->SetEnableSelectXRangeFeature(true, "X");
-    QVERIFY(hand->pick(tool));
-    QTEST(plot->m_mode, "mode");
-    QTEST(int(plot->cursor().shape()), "cursor");
-    QVERIFY(hand->pick(tool));
-    QCOMPARE(plot->m_mode, 0);
-    QCOMPARE(plot->cursor().shape(), Qt::ArrowCursor);
-}
-
-void TestXYGraphTools::toolsExcludeEachOther()
-{
-    plot->SetEnableSelectXRangeFeature(true, "X");
-    const QList<QAction*> tools { plot->m_actRectangle, plot->m_actZoomIn, plot->m_actZoomOut, plot->m_actMove,
-        plot->m_actSelectXRange };
-    for (QAction* first : tools) {
-        for (QAction* second : tools) {
-            if (first == second)
-                continue;
-            if (!first->isChecked())
-                first->trigger();
-            second->trigger();
-            for (QAction* tool : tools)
-                QCOMPARE(tool->isChecked(), tool == second);
-        }
-    }
-}
-
-void TestXYGraphTools::uncheckingAToolLeavesTheOthersAlone()
-{
-    plot->m_actZoomIn->setChecked(true);
-    plot->m_actMove->setChecked(true);
-    plot->m_actMove->trigger();
-    QVERIFY(plot->m_actZoomIn->isChecked());
-    QCOMPARE(plot->m_mode, 2);
-}
-
-void TestXYGraphTools::checkingByCodeChangesNothing()
-{
-    plot->m_actZoomIn->setChecked(true);
-    plot->m_actMove->setChecked(true);
-    QVERIFY(plot->m_actZoomIn->isChecked());
-    QCOMPARE(plot->m_mode, 0);
-    plot->updateModeAndCursor();
-    QCOMPARE(plot->m_mode, 2);
-}
-
-void TestXYGraphTools::theFirstCheckedToolCounts()
-{
-    const QList<QAction*> tools { plot->m_actSelectXRange, plot->m_actMove, plot->m_actZoomOut, plot->m_actZoomIn,
-        plot->m_actRectangle };
-    QList<int> modes;
-    for (QAction* tool : tools) {
-        const QSignalBlocker quiet(tool);
-        tool->setChecked(true);
-        plot->updateModeAndCursor();
-        modes << plot->m_mode;
-    }
-    QCOMPARE(modes, (QList<int> { 1, 4, 3, 2, 1 }));
-}
-
-void TestXYGraphTools::menuListsTheActions()
-{
-    hand->press(plot->middle(), Qt::RightButton);
-    auto* menu = plot->findChild<QMenu*>();
-    QVERIFY(menu != nullptr && menu->isVisible());
-    QCOMPARE(menu->actions(), plot->actions());
-    QCOMPARE(menu->pos(), plot->mapToGlobal(plot->middle()));
-    QVERIFY(menu->testAttribute(Qt::WA_DeleteOnClose));
-    const QPointer<QMenu> closed = menu;
-    menu->close();
-    TRY_VERIFY(closed.isNull());
-}
-
-void TestXYGraphTools::everyRightPressOpensTheMenu()
-{
-    QVERIFY(hand->pick("Show Grid", QPoint(2, 2))); // outside of the graph as well
-    QVERIFY(!plot->m_showGrid);
-    plot->m_actZoomIn->trigger();
-    QVERIFY(hand->pick("Show Grid", plot->middle()));
-    QCOMPARE(plot->ranges(), untouched);
-    QVERIFY(!hand->pick("Select X Range")); // hidden
-    plot->addAction("Host's own");
-    QVERIFY(hand->pick("Host's own"));
-}
-
-void TestXYGraphTools::aPlotWithoutActionsHasNoMenu()
-{
-    for (QAction* action : plot->actions())
-        plot->removeAction(action);
-    hand->press(plot->middle(), Qt::RightButton);
-    QVERIFY(plot->findChild<QMenu*>() == nullptr);
-}
-
-void TestXYGraphTools::menuPicksATool()
-{
-    QVERIFY(hand->pick("Zoom In"));
-    hand->click(plot->middle());
-    QVERIFY(plot->m_maxX < 1000.0);
-    QVERIFY(hand->pick("Reset"));
-    QVERIFY(plot->m_autoScaleX && plot->m_autoScaleY);
-    QVERIFY(plot->m_actZoomIn->isChecked()); // nothing else changes
-}
-
-void TestXYGraphTools::noToolDoesNothing()
-{
-    hand->drag(plot->middle(), plot->middle() + QPoint(40, 30));
-    QCOMPARE(plot->ranges(), untouched);
-    QVERIFY(!plot->wasRefreshed() && !plot->m_selecting && plot->rectangles.isEmpty());
-}
-
-void TestXYGraphTools::toolsWorkInsideTheGraphOnly()
-{
-    for (QAction* tool : { plot->m_actRectangle, plot->m_actZoomIn, plot->m_actZoomOut, plot->m_actMove }) {
-        tool->trigger();
-        const QPoint outside = plot->m_graphRect.bottomRight() + QPoint(1, 0);
-        hand->press(outside);
-        QVERIFY(!plot->m_selecting && plot->m_rubberBand.isHidden());
-        hand->move(plot->middle());
-        QCOMPARE(plot->ranges(), untouched);
-        hand->release(outside);
-    }
-    QVERIFY(!plot->m_edit);
-}
-
-void TestXYGraphTools::toolsWorkOnItsEdges()
-{
-    plot->m_actMove->trigger();
-    for (const QPoint& corner : { plot->m_graphRect.topLeft(), plot->m_graphRect.bottomRight() }) {
-        hand->press(corner);
-        QVERIFY(plot->m_selecting);
-        hand->release(corner);
-    }
-}
-
-void TestXYGraphTools::otherButtonsDoNothing()
-{
-    for (QAction* tool : { plot->m_actRectangle, plot->m_actZoomIn, plot->m_actZoomOut, plot->m_actMove }) {
-        tool->trigger();
-        hand->press(plot->middle(), Qt::MiddleButton);
-        hand->release(plot->middle(), Qt::MiddleButton);
-        QVERIFY(!plot->m_selecting);
-    }
-    QCOMPARE(plot->ranges(), untouched);
-}
-
-void TestXYGraphTools::pressesGoOnToTheParent()
-{
-    plot->m_actZoomIn->trigger();
-    hand->press(plot->middle());
-    QVERIFY(!plot->accepted); // QWidget's own handler ignores it
-}
-
-void TestXYGraphTools::zoomInOneStepAClick()
-{
-    plot->m_actZoomIn->trigger();
-    const QRect graph = plot->m_graphRect;
-    const QPoint point = plot->middle() + QPoint(31, -17);
-    const double w = graph.width();
-    const double h = graph.height();
-    hand->click(point);
-    QCOMPARE(plot->m_minX, (point.x() - graph.left()) * 50.0 / w);
-    QCOMPARE(plot->m_maxX, 1000.0 - (graph.right() - point.x()) * 50.0 / w);
-    QCOMPARE(plot->m_minY, (graph.bottom() - point.y()) * 5.0 / h);
-    QCOMPARE(plot->m_maxY, 100.0 - (point.y() - graph.top()) * 5.0 / h);
-    QVERIFY(plot->wasRefreshed());
-    QVERIFY(!plot->m_edit);
-}
-
-void TestXYGraphTools::zoomInAtTheLeftEdgeKeepsTheMinimum()
-{
-    plot->m_actZoomIn->trigger();
-    hand->click(QPoint(plot->m_graphRect.left(), plot->m_graphRect.bottom()));
-    QCOMPARE(plot->m_minX, 0.0);
-    QCOMPARE(plot->m_minY, 0.0);
-    QVERIFY(plot->m_maxX > 950.0 && plot->m_maxX < 950.0 + 50.0 * 2 / plot->m_graphRect.width());
-}
-
-void TestXYGraphTools::zoomInOnAReversedAxis()
-{
-    plot->setMinMaxX(1000.0, 0.0);
-    plot->m_actZoomIn->trigger();
-    hand->click(plot->middle());
-    QCOMPARE(plot->m_minX, 1000.0);
-    QCOMPARE(plot->m_maxX, 0.0);
-    QVERIFY(plot->m_maxY < 100.0);
-    QVERIFY(!plot->m_autoScaleX && !plot->m_autoScaleY && plot->wasRefreshed());
-}
-
-void TestXYGraphTools::zoomOutOneStepAClick()
-{
-    plot->m_actZoomOut->trigger();
-    const QRect graph = plot->m_graphRect;
-    const QPoint point = plot->middle() + QPoint(31, -17);
-    const double w = graph.width();
-    const double h = graph.height();
-    hand->click(point);
-    const double minX = -1000.0 * 0.05 * (point.x() - graph.left()) / w;
-    const double minY = -100.0 * 0.05 * (graph.bottom() - point.y()) / h;
-    QCOMPARE(plot->m_minX, minX);
-    QCOMPARE(plot->m_maxX, 1000.0 + (graph.right() - point.x()) * (1000.0 - minX) * 0.05 / w);
-    QCOMPARE(plot->m_minY, minY);
-    QCOMPARE(plot->m_maxY, 100.0 + (point.y() - graph.top()) * (100.0 - minY) * 0.05 / h);
-    QVERIFY(plot->wasRefreshed());
-}
-
-void TestXYGraphTools::zoomEndsAutoScale()
-{
-    for (QAction* tool : { plot->m_actZoomIn, plot->m_actZoomOut }) {
-        plot->onReset();
-        plot->autoScaleCalls = 0;
-        tool->trigger();
-        hand->click(plot->middle());
-        QVERIFY(!plot->m_autoScaleX && !plot->m_autoScaleY);
-        QVERIFY(!plot->m_actAutoScaleX->isChecked() && !plot->m_actAutoScaleY->isChecked());
-        QCOMPARE(plot->autoScaleCalls, 1); // through the action
-    }
-}
-
-void TestXYGraphTools::zoomOutHasNoLimit()
-{
-    plot->m_actZoomOut->trigger();
-    for (int i = 0; i < 20000; ++i)
-        hand->press(plot->middle());
-    QVERIFY(plot->m_minX < -1e300);
-    plot->paintNow();
-    plot->m_actZoomIn->trigger();
-    hand->click(plot->middle()); // for any remaining range
-    plot->paintNow();
-}
-
-void TestXYGraphTools::rectangleZooms()
-{
-    plot->m_actRectangle->trigger();
-    const QRect graph = plot->m_graphRect;
-    const QPoint from = graph.topLeft() + QPoint(40, 30);
-    const QPoint to = graph.topLeft() + QPoint(240, 130);
-    hand->drag(from, to);
-    const double w = graph.width();
-    const double h = graph.height();
-    QCOMPARE(plot->rectangles,
-        (QList<QList<double>> { { 1000.0 * 40 / w, 1000.0 - (graph.right() - to.x()) * 1000.0 / w,
-            (graph.bottom() - to.y()) * 100.0 / h, 100.0 - 30 * 100.0 / h } }));
-    QCOMPARE(plot->ranges(), plot->rectangles.first());
-    QVERIFY(!plot->m_selecting && !plot->m_autoScaleX && !plot->m_autoScaleY && plot->wasRefreshed());
-    QVERIFY(plot->m_rubberBand.isHidden());
-}
-
-void TestXYGraphTools::rectangleDrawnBackwards()
-{
-    plot->m_actRectangle->trigger();
-    const QPoint a = plot->m_graphRect.topLeft() + QPoint(40, 30);
-    const QPoint b = plot->m_graphRect.topLeft() + QPoint(240, 130);
-    hand->drag(b, a);
-    const QList<double> backwards = plot->ranges();
-    QVERIFY(backwards.at(0) > 0.0 && backwards.at(0) < backwards.at(1) && backwards.at(1) < 1000.0);
-    QVERIFY(backwards.at(2) > 0.0 && backwards.at(2) < backwards.at(3) && backwards.at(3) < 100.0);
-    // The band's corners are those of a normalised rectangle: one pixel inside on the two sides that it grew to.
-    QCOMPARE(backwards.at(0), 1000.0 * 41 / plot->m_graphRect.width());
-}
-
-void TestXYGraphTools::rectangleBeyondTheGraph()
-{
-    plot->m_actRectangle->trigger();
-    const QPoint from = plot->middle();
-    hand->press(from);
-    hand->move(plot->m_graphRect.bottomRight() + QPoint(20, 10));
-    QCOMPARE(plot->m_rubberBand.geometry(), QRect(from, plot->m_graphRect.bottomRight())); // clipped
-    hand->release(plot->m_graphRect.bottomRight() + QPoint(20, 10));
-    QCOMPARE(plot->m_maxX, 1000.0 + 20 * 1000.0 / plot->m_graphRect.width()); // not clipped
-    QCOMPARE(plot->m_minY, -10 * 100.0 / plot->m_graphRect.height());
-}
-
-void TestXYGraphTools::rectangleTooSmallOnOneAxis()
-{
-    plot->m_actRectangle->trigger();
-    plot->setMinMaxX(1000.0, 0.0); // reversed: x2 is never above x1
-    hand->drag(plot->middle(), plot->middle() + QPoint(50, 50));
-    QCOMPARE(plot->m_minX, 1000.0);
-    QCOMPARE(plot->m_maxX, 0.0);
-    QVERIFY(plot->m_maxY < 100.0);
-    QVERIFY(!plot->m_autoScaleX && !plot->m_autoScaleY);
-}
-
-void TestXYGraphTools::clickInRectangleModeOnlyRefreshes()
-{
-    plot->m_actRectangle->trigger();
-    hand->click(plot->middle());
-    QVERIFY(plot->rectangles.isEmpty());
-    QCOMPARE(plot->ranges(), untouched);
-    QVERIFY(plot->m_autoScaleX && plot->wasRefreshed());
-}
-
-void TestXYGraphTools::rectangleUsesTheLastMoveNotTheRelease()
-{
-    plot->m_actRectangle->trigger();
-    hand->press(plot->middle());
-    hand->move(plot->middle() + QPoint(20, 10));
-    hand->release(plot->middle() + QPoint(150, 100));
-    const double pixels = plot->m_graphRect.right() - (plot->middle().x() + 20);
-    QCOMPARE(plot->m_maxX, 1000.0 - pixels * 1000.0 / plot->m_graphRect.width());
-}
-
-void TestXYGraphTools::rubberBandByTool_data()
-{
-    QTest::addColumn<QString>("tool");
-    QTest::addColumn<bool>("band");
-    QTest::addColumn<bool>("zooms");
-    QTest::addColumn<bool>("selects");
-    QTest::newRow("none") << QString() << false << false << false;
-    QTest::newRow("Rectangle") << "Rectangle" << true << true << false;
-    QTest::newRow("Zoom In") << "Zoom In" << false << false << false;
-    QTest::newRow("Zoom Out") << "Zoom Out" << false << false << false;
-    QTest::newRow("Move") << "Move" << false << false << false;
-    QTest::newRow("Select X Range") << "Select X Range" << true << false << true;
-}
-
-// Two tools use the rubber band; the tool determines its effect.
-void TestXYGraphTools::rubberBandByTool()
-{
-    QFETCH(QString, tool);
-    QFETCH(bool, band);
-    plot->SetEnableSelectXRangeFeature(true, "X");
-    if (!tool.isEmpty())
-        QVERIFY(hand->pick(tool));
-    const QPoint from = plot->middle();
-    hand->press(from);
-    QCOMPARE(plot->m_rubberBand.isVisible(), band);
-    const QList<double> pressed = plot->ranges();
-    hand->move(from + QPoint(30, 20));
-    QCOMPARE(plot->m_rubberBand.isVisible(), band);
-    if (band)
-        QCOMPARE(plot->m_rubberBand.geometry(), QRect(from, from + QPoint(30, 20)));
-    QTEST(plot->m_selecting && plot->m_mode == 1, "band");
-    hand->release(from + QPoint(30, 20));
-    QVERIFY(plot->m_rubberBand.isHidden());
-    QVERIFY(!plot->m_selecting);
-    QCOMPARE(plot->rectangles.size(), band ? 1 : 0);
-    if (tool != QLatin1String("Move"))
-        QTEST(plot->ranges() != pressed, "zooms");
-    double min = 0.0;
-    double max = 0.0;
-    QTEST(plot->GetXRange(min, max), "selects");
-}
-
-void TestXYGraphTools::rubberBandIsShownWhileDragging()
-{
-    plot->m_actRectangle->trigger();
-    const QPoint from = plot->middle();
-    hand->press(from);
-    QVERIFY(plot->m_selecting && plot->m_rubberBand.isVisible());
-    QCOMPARE(plot->m_selectRect, QRect(from, from - QPoint(1, 1)));
-    hand->move(from + QPoint(30, 20));
-    QCOMPARE(plot->m_rubberBand.geometry(), QRect(from, from + QPoint(30, 20)));
-    QCOMPARE(plot->m_selectRect, QRect(from, from + QPoint(30, 20)));
-    hand->move(from - QPoint(30, 20));
-    QCOMPARE(plot->m_rubberBand.geometry(), QRect(from - QPoint(29, 19), from - QPoint(1, 1)));
-    QVERIFY(!plot->wasRefreshed()); // the picture under the band is not drawn again
-    hand->release(from);
-    QVERIFY(plot->m_rubberBand.isHidden());
-}
-
-void TestXYGraphTools::otherReleasesHideTheBandAndKeepTheDrag()
-{
-    plot->m_actRectangle->trigger();
-    hand->press(plot->middle());
-    hand->move(plot->middle() + QPoint(30, 20));
-    for (const auto button : { Qt::RightButton, Qt::MiddleButton }) {
-        hand->release(plot->middle(), button);
-        QVERIFY(plot->m_rubberBand.isHidden() && plot->m_selecting);
-        hand->move(plot->middle() + QPoint(31, 20));
-        QVERIFY(plot->m_rubberBand.isVisible());
-    }
-    hand->release(plot->middle());
-    QCOMPARE(plot->rectangles.size(), 1);
-    hand->release(plot->middle()); // no second end of the same drag
-    QCOMPARE(plot->rectangles.size(), 1);
-}
-
-void TestXYGraphTools::rectangleOfAnEmptyGraph()
-{
-    plot->m_actRectangle->trigger();
-    hand->press(plot->middle());
-    hand->move(plot->middle() + QPoint(30, 20));
-    plot->m_graphRect = QRect(); // as after a resize to nothing
-    hand->release(plot->middle());
-    QVERIFY(plot->rectangles.isEmpty());
-    QCOMPARE(plot->ranges(), untouched);
-}
-
-void TestXYGraphTools::moveFollowsThePointer()
-{
-    plot->m_actMove->trigger();
-    const double w = plot->m_graphRect.width();
-    const double h = plot->m_graphRect.height();
-    hand->press(plot->middle());
-    hand->move(plot->middle() + QPoint(30, -20));
-    QCOMPARE(plot->m_minX, -30 * 1000.0 / w);
-    QCOMPARE(plot->m_maxX, 1000.0 - 30 * 1000.0 / w);
-    QCOMPARE(plot->m_minY, -20 * 100.0 / h);
-    QCOMPARE(plot->m_maxY, 100.0 - 20 * 100.0 / h);
-    QCOMPARE(plot->m_lastPos, plot->middle() + QPoint(30, -20));
-    QVERIFY(!plot->m_autoScaleX && !plot->m_autoScaleY);
-    hand->move(plot->middle());
-    QVERIFY(std::abs(plot->m_minX) < 1e-9 && std::abs(plot->m_maxY - 100.0) < 1e-9);
-    hand->release(plot->middle());
-    QVERIFY(!plot->m_selecting);
-}
-
-void TestXYGraphTools::moveSidewaysLeavesTheYAxis()
-{
-    plot->m_actMove->trigger();
-    hand->press(plot->middle());
-    hand->move(plot->middle() + QPoint(30, 0));
-    QCOMPARE(plot->m_minY, 0.0);
-    QCOMPARE(plot->m_maxY, 100.0);
-    QVERIFY(plot->m_minX < 0.0);
-    QVERIFY(!plot->m_autoScaleY); // unchecked nevertheless
-}
-
-void TestXYGraphTools::moveShowsAClosedHand()
-{
-    plot->m_actMove->trigger();
-    hand->press(plot->middle());
-    QCOMPARE(plot->cursor().shape(), Qt::ClosedHandCursor);
-    hand->release(plot->middle());
-    QCOMPARE(plot->cursor().shape(), Qt::OpenHandCursor);
-}
-
-void TestXYGraphTools::moveRedrawsAtEveryStep()
-{
-    plot->m_actMove->trigger();
-    hand->press(plot->middle());
-    for (int i = 1; i < 5; ++i) {
-        hand->move(plot->middle() + QPoint(i, i));
-        QVERIFY(plot->wasRefreshed());
-    }
-    hand->move(plot->middle() + QPoint(4, 4)); // the same place
-    QVERIFY(!plot->wasRefreshed());
-}
-
-void TestXYGraphTools::moveWithoutAPressDoesNothing()
-{
-    plot->m_actMove->trigger();
-    hand->move(plot->middle());
-    hand->move(plot->middle() + QPoint(30, 0));
-    QCOMPARE(plot->ranges(), untouched);
-    hand->press(plot->middle());
-    hand->release(plot->middle(), Qt::RightButton);
-    QVERIFY(plot->m_selecting); // only the left release ends it
-    hand->release(plot->middle());
-    hand->move(plot->middle() + QPoint(30, 0));
-    QCOMPARE(plot->ranges(), untouched);
-}
-
-void TestXYGraphTools::moveAcrossAVanishedGraph()
-{
-    plot->m_actMove->trigger();
-    hand->press(plot->middle());
-    plot->m_graphRect = QRect(); // as after a resize to nothing
-    hand->move(QPoint(100, 100));
-    QCOMPARE(plot->ranges(), untouched);
-}
-
-void TestXYGraphTools::toolsOnAPlotNarrowerThanItsMargins()
-{
-    const QRect narrow(QPoint(28, 28), QPoint(22, 166)); // -5 wide
-    const QPoint from(25, 100);
-    plot->m_graphRect = narrow;
-    plot->m_actMove->trigger();
-    hand->press(from);
-    hand->move(from + QPoint(0, 20));
-    hand->release(from + QPoint(0, 20));
-    QCOMPARE(plot->m_minY, 20 * 100.0 / 139);
-    QVERIFY(!plot->m_autoScaleY);
-
-    plot->setMinMaxY(0.0, 100.0);
-    plot->m_graphRect = narrow;
-    plot->m_actRectangle->trigger();
-    hand->drag(from, from + QPoint(2, 20));
-    QCOMPARE(plot->rectangles.size(), 1);
-}
-
-void TestXYGraphTools::halfPixelsAreRounded()
-{
-    plot->m_actMove->trigger();
-    const QPointF at = QPointF(plot->middle()) + QPointF(0.5, -0.4);
-    QMouseEvent press(QEvent::MouseButtonPress, at, plot->mapToGlobal(at), Qt::LeftButton, Qt::LeftButton, {});
-    QCoreApplication::sendEvent(plot.get(), &press);
-    QCOMPARE(plot->m_lastPos, plot->middle() + QPoint(1, 0));
-}
 
 QTEST_MAIN(TestXYGraphTools)
 #include "tst_xygraphtools.moc"

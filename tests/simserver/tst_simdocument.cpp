@@ -56,69 +56,63 @@ QString play(Wire& wire, const QString& command)
 class TestSimDocument : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void examplesAreTrue_data();
-    void examplesAreTrue();
-    void everyFaultIsInTheTable();
-    void everySettingIsInTheTable();
-    void everyOptionIsInTheTable();
+    void examplesAreTrue_data()
+    {
+        QTest::addColumn<QString>("transcript");
+        int number = 0;
+        for (const QString& transcript : transcripts())
+            QTest::addRow("%d: %s", ++number, qPrintable(transcript.section('\n', 0, 0))) << transcript;
+        QVERIFY(number > 10);
+    }
+    void examplesAreTrue()
+    {
+        QFETCH(QString, transcript);
+        Program program;
+        Wire wire(program.port());
+        for (const QString& example : ("\n" + transcript).split("\n> ", Qt::SkipEmptyParts)) {
+            const QString command = example.section('\n', 0, 0);
+            const QString reply = play(wire, command);
+            const bool matches = pattern(example.section('\n', 1)).match(reply).hasMatch();
+            QVERIFY2(matches, qPrintable("> " + command + '\n' + reply));
+        }
+    }
+
+    void everyFaultIsInTheTable()
+    {
+        const QString text = document();
+        for (const simserver::FaultInfo& info : simserver::allFaults()) {
+            const qsizetype at = text.indexOf(QStringLiteral("\n| `%1` | ").arg(info.name));
+            QVERIFY2(at >= 0, info.name);
+            const QString pause =
+                text.mid(at + 1).section('\n', 0, 0).section('|', -2, -2).section(',', 0, 0).trimmed();
+            if (info.delayMs > 0)
+                QCOMPARE(pause, QString::number(info.delayMs));
+        }
+    }
+
+    void everySettingIsInTheTable()
+    {
+        const QString text = document();
+        for (const simserver::Settings::Pair& pair : simserver::Settings().all()) {
+            const QString name = QStringLiteral("`%1`").arg(pair.key);
+            QVERIFY2(text.contains("\n| " + name) || text.contains(", " + name), qPrintable(pair.key));
+        }
+    }
+
+    void everyOptionIsInTheTable()
+    {
+        Program help({ "--help" });
+        const QString options = QString::fromUtf8(help.outputUntil("\nFaults"));
+        const QString text = document();
+        static const QRegularExpression name(QStringLiteral("\\n  (?:-\\w, )?(--[a-z-]+)"));
+        int count = 0;
+        for (const QRegularExpressionMatch& match : name.globalMatch(options)) {
+            QVERIFY2(text.contains('`' + match.captured(1)), qPrintable(match.captured(1)));
+            ++count;
+        }
+        QVERIFY(count >= 19);
+    }
 };
-
-void TestSimDocument::examplesAreTrue_data()
-{
-    QTest::addColumn<QString>("transcript");
-    int number = 0;
-    for (const QString& transcript : transcripts())
-        QTest::addRow("%d: %s", ++number, qPrintable(transcript.section('\n', 0, 0))) << transcript;
-    QVERIFY(number > 10);
-}
-
-void TestSimDocument::examplesAreTrue()
-{
-    QFETCH(QString, transcript);
-    Program program;
-    Wire wire(program.port());
-    for (const QString& example : ("\n" + transcript).split("\n> ", Qt::SkipEmptyParts)) {
-        const QString command = example.section('\n', 0, 0);
-        const QString reply = play(wire, command);
-        const bool matches = pattern(example.section('\n', 1)).match(reply).hasMatch();
-        QVERIFY2(matches, qPrintable("> " + command + '\n' + reply));
-    }
-}
-
-void TestSimDocument::everyFaultIsInTheTable()
-{
-    const QString text = document();
-    for (const simserver::FaultInfo& info : simserver::allFaults()) {
-        const qsizetype at = text.indexOf(QStringLiteral("\n| `%1` | ").arg(info.name));
-        QVERIFY2(at >= 0, info.name);
-        const QString pause = text.mid(at + 1).section('\n', 0, 0).section('|', -2, -2).section(',', 0, 0).trimmed();
-        if (info.delayMs > 0)
-            QCOMPARE(pause, QString::number(info.delayMs));
-    }
-}
-
-void TestSimDocument::everySettingIsInTheTable()
-{
-    const QString text = document();
-    for (const simserver::Settings::Pair& pair : simserver::Settings().all()) {
-        const QString name = QStringLiteral("`%1`").arg(pair.key);
-        QVERIFY2(text.contains("\n| " + name) || text.contains(", " + name), qPrintable(pair.key));
-    }
-}
-
-void TestSimDocument::everyOptionIsInTheTable()
-{
-    Program help({ "--help" });
-    const QString options = QString::fromUtf8(help.outputUntil("\nFaults"));
-    const QString text = document();
-    static const QRegularExpression name(QStringLiteral("\\n  (?:-\\w, )?(--[a-z-]+)"));
-    int count = 0;
-    for (const QRegularExpressionMatch& match : name.globalMatch(options)) {
-        QVERIFY2(text.contains('`' + match.captured(1)), qPrintable(match.captured(1)));
-        ++count;
-    }
-    QVERIFY(count >= 19);
-}
 
 QTEST_GUILESS_MAIN(TestSimDocument)
 #include "tst_simdocument.moc"

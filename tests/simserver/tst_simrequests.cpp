@@ -48,189 +48,172 @@ QStringList fedWhole(const QByteArray& bytes)
 class TestSimRequests : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void requestsAreTaken_data();
-    void requestsAreTaken();
+    void requestsAreTaken_data()
+    {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::addColumn<QStringList>("requests");
+        QTest::newRow("nothing") << QByteArray() << QStringList();
+        QTest::newRow("a line") << QByteArray("stat\n") << QStringList { "line|stat" };
+        QTest::newRow("two lines") << QByteArray("stat\nsetting\n") << QStringList { "line|stat", "line|setting" };
+        QTest::newRow("an empty line") << QByteArray("\n") << QStringList { "line|" };
+        QTest::newRow("a line without end") << QByteArray("sta") << QStringList();
+        QTest::newRow("Latin-1") << QByteArray("ls-F \"/M\xfcller\"\n")
+                                 << QStringList { QStringLiteral("line|ls-F \"/M\u00fcller\"") };
+        QTest::newRow("upload") << QByteArray("txfile a\nb\nc\x04") << QStringList { "upload|txfile a\nb\nc" };
+        QTest::newRow("upload without a line feed") << QByteArray("txfile\x04") << QStringList { "upload|txfile" };
+        QTest::newRow("upload and line") << QByteArray("txfile a\nb\x04stat\n")
+                                         << QStringList { "upload|txfile a\nb", "line|stat" };
+        QTest::newRow("upload without end") << QByteArray("txfile a\nb\n") << QStringList();
+        QTest::newRow("not quite an upload")
+            << QByteArray("txfil\nstat\n") << QStringList { "line|txfil", "line|stat" };
+        QTest::newRow("upload inside a line") << QByteArray("x txfile\n") << QStringList { "line|x txfile" };
+        QTest::newRow("farewell") << QByteArray("stat\nclose") << QStringList { "line|stat", "farewell|" };
+        QTest::newRow("farewell as a line") << QByteArray("close\r\n") << QStringList { "farewell|" };
+    }
+    void requestsAreTaken()
+    {
+        QFETCH(QByteArray, bytes);
+        QTEST(fedWhole(bytes), "requests");
+    }
+
     void cutsChangeNothing_data() { requestsAreTaken_data(); }
-    void cutsChangeNothing();
-    void tooLongLineIsPassedOver();
-    void longestLineIsTaken();
-    void tooLongUploadIsPassedOver();
+    void cutsChangeNothing()
+    {
+        QFETCH(QByteArray, bytes);
+        auto generator = seededGenerator(1);
+        for (int round = 0; round < 50; ++round) {
+            RequestReader reader;
+            QStringList found;
+            for (qsizetype at = 0; at < bytes.size() && !found.contains("farewell|");) {
+                const auto size = static_cast<qsizetype>(round == 0 ? 1 : 1 + generator() % 6);
+                reader.feed(bytes.mid(at, size));
+                found += requestsOf(reader);
+                at += size;
+            }
+            QTEST(found, "requests");
+        }
+    }
 
-    void serverPathsAreCleaned_data();
-    void serverPathsAreCleaned();
-    void quotesAreTakenOff_data();
-    void quotesAreTakenOff();
-    void shownTextHoldsNoControlCharacters();
-    void exitIsFound_data();
-    void exitIsFound();
-};
-
-void TestSimRequests::requestsAreTaken_data()
-{
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<QStringList>("requests");
-    QTest::newRow("nothing") << QByteArray() << QStringList();
-    QTest::newRow("a line") << QByteArray("stat\n") << QStringList { "line|stat" };
-    QTest::newRow("two lines") << QByteArray("stat\nsetting\n") << QStringList { "line|stat", "line|setting" };
-    QTest::newRow("an empty line") << QByteArray("\n") << QStringList { "line|" };
-    QTest::newRow("a line without end") << QByteArray("sta") << QStringList();
-    QTest::newRow("Latin-1") << QByteArray("ls-F \"/M\xfcller\"\n")
-                             << QStringList { QStringLiteral("line|ls-F \"/M\u00fcller\"") };
-    QTest::newRow("upload") << QByteArray("txfile a\nb\nc\x04") << QStringList { "upload|txfile a\nb\nc" };
-    QTest::newRow("upload without a line feed") << QByteArray("txfile\x04") << QStringList { "upload|txfile" };
-    QTest::newRow("upload and line") << QByteArray("txfile a\nb\x04stat\n")
-                                     << QStringList { "upload|txfile a\nb", "line|stat" };
-    QTest::newRow("upload without end") << QByteArray("txfile a\nb\n") << QStringList();
-    QTest::newRow("not quite an upload") << QByteArray("txfil\nstat\n") << QStringList { "line|txfil", "line|stat" };
-    QTest::newRow("upload inside a line") << QByteArray("x txfile\n") << QStringList { "line|x txfile" };
-    QTest::newRow("farewell") << QByteArray("stat\nclose") << QStringList { "line|stat", "farewell|" };
-    QTest::newRow("farewell as a line") << QByteArray("close\r\n") << QStringList { "farewell|" };
-}
-
-void TestSimRequests::requestsAreTaken()
-{
-    QFETCH(QByteArray, bytes);
-    QTEST(fedWhole(bytes), "requests");
-}
-
-void TestSimRequests::cutsChangeNothing()
-{
-    QFETCH(QByteArray, bytes);
-    auto generator = seededGenerator(1);
-    for (int round = 0; round < 50; ++round) {
+    void tooLongLineIsPassedOver()
+    {
         RequestReader reader;
         QStringList found;
-        for (qsizetype at = 0; at < bytes.size() && !found.contains("farewell|");) {
-            const auto size = static_cast<qsizetype>(round == 0 ? 1 : 1 + generator() % 6);
-            reader.feed(bytes.mid(at, size));
+        for (int i = 0; i < 10; ++i) {
+            reader.feed(QByteArray(20000, 'x'));
             found += requestsOf(reader);
-            at += size;
         }
-        QTEST(found, "requests");
+        QCOMPARE(found, QStringList());
+        reader.feed("y\nstat\n");
+        QCOMPARE(requestsOf(reader), (QStringList { "too long|", "line|stat" }));
+        QCOMPARE(fedWhole(QByteArray(RequestReader::maxLine + 1, 'x') + "\nstat\n"),
+            (QStringList { "too long|", "line|stat" }));
     }
-}
 
-void TestSimRequests::tooLongLineIsPassedOver()
-{
-    RequestReader reader;
-    QStringList found;
-    for (int i = 0; i < 10; ++i) {
-        reader.feed(QByteArray(20000, 'x'));
-        found += requestsOf(reader);
+    void longestLineIsTaken()
+    {
+        const QByteArray line(RequestReader::maxLine, 'x');
+        QCOMPARE(fedWhole(line + '\n'), QStringList { "line|" + QString::fromLatin1(line) });
     }
-    QCOMPARE(found, QStringList());
-    reader.feed("y\nstat\n");
-    QCOMPARE(requestsOf(reader), (QStringList { "too long|", "line|stat" }));
-    QCOMPARE(
-        fedWhole(QByteArray(RequestReader::maxLine + 1, 'x') + "\nstat\n"), (QStringList { "too long|", "line|stat" }));
-}
 
-void TestSimRequests::longestLineIsTaken()
-{
-    const QByteArray line(RequestReader::maxLine, 'x');
-    QCOMPARE(fedWhole(line + '\n'), QStringList { "line|" + QString::fromLatin1(line) });
-}
-
-void TestSimRequests::tooLongUploadIsPassedOver()
-{
-    RequestReader reader;
-    reader.feed("txfile a\n");
-    for (int i = 0; i < 300; ++i) {
-        reader.feed(QByteArray(64 * 1024, '\n')); // line feeds do not end an upload
-        QVERIFY(!reader.next());
+    void tooLongUploadIsPassedOver()
+    {
+        RequestReader reader;
+        reader.feed("txfile a\n");
+        for (int i = 0; i < 300; ++i) {
+            reader.feed(QByteArray(64 * 1024, '\n')); // line feeds do not end an upload
+            QVERIFY(!reader.next());
+        }
+        reader.feed("\x04stat\n");
+        QCOMPARE(requestsOf(reader), (QStringList { "too long|", "line|stat" }));
     }
-    reader.feed("\x04stat\n");
-    QCOMPARE(requestsOf(reader), (QStringList { "too long|", "line|stat" }));
-}
 
-void TestSimRequests::serverPathsAreCleaned_data()
-{
-    QTest::addColumn<QString>("path");
-    QTest::addColumn<QString>("clean");
-    QTest::newRow("empty") << ""
-                           << "/data";
-    QTest::newRow("root") << "/"
-                          << "/";
-    QTest::newRow("absolute") << "/a/b"
-                              << "/a/b";
-    QTest::newRow("slashes at the end") << "/a//b///"
-                                        << "/a/b";
-    QTest::newRow("relative") << "x"
-                              << "/data/x";
-    QTest::newRow("dots") << "/a/./b/../c/."
-                          << "/a/c";
-    QTest::newRow("above the root") << "/../../etc"
-                                    << "/etc";
-    QTest::newRow("relative above the root") << "../../.."
-                                             << "/";
-    QTest::newRow("names of dots") << "/..."
-                                   << "/...";
-}
+    void serverPathsAreCleaned_data()
+    {
+        QTest::addColumn<QString>("path");
+        QTest::addColumn<QString>("clean");
+        QTest::newRow("empty") << ""
+                               << "/data";
+        QTest::newRow("root") << "/"
+                              << "/";
+        QTest::newRow("absolute") << "/a/b"
+                                  << "/a/b";
+        QTest::newRow("slashes at the end") << "/a//b///"
+                                            << "/a/b";
+        QTest::newRow("relative") << "x"
+                                  << "/data/x";
+        QTest::newRow("dots") << "/a/./b/../c/."
+                              << "/a/c";
+        QTest::newRow("above the root") << "/../../etc"
+                                        << "/etc";
+        QTest::newRow("relative above the root") << "../../.."
+                                                 << "/";
+        QTest::newRow("names of dots") << "/..."
+                                       << "/...";
+    }
+    void serverPathsAreCleaned()
+    {
+        QFETCH(QString, path);
+        QTEST(cleanServerPath(path, "/data"), "clean");
+    }
 
-void TestSimRequests::serverPathsAreCleaned()
-{
-    QFETCH(QString, path);
-    QTEST(cleanServerPath(path, "/data"), "clean");
-}
+    void quotesAreTakenOff_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("plain");
+        QTest::newRow("none") << "/a b"
+                              << "/a b";
+        QTest::newRow("around") << "\"/a b\""
+                                << "/a b";
+        QTest::newRow("inside") << "\"/a\\\"b\""
+                                << "/a\"b";
+        QTest::newRow("backslash at the end") << "\"/a\\\""
+                                              << "/a\\";
+        QTest::newRow("backslash and quote") << "\"/a\\\\\"b\""
+                                             << "/a\\\"b";
+        QTest::newRow("one quote") << "\""
+                                   << "\"";
+        QTest::newRow("empty") << "\"\""
+                               << "";
+    }
+    void quotesAreTakenOff()
+    {
+        QFETCH(QString, text);
+        QTEST(unquoted(text), "plain");
+    }
 
-void TestSimRequests::quotesAreTakenOff_data()
-{
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("plain");
-    QTest::newRow("none") << "/a b"
-                          << "/a b";
-    QTest::newRow("around") << "\"/a b\""
-                            << "/a b";
-    QTest::newRow("inside") << "\"/a\\\"b\""
-                            << "/a\"b";
-    QTest::newRow("backslash at the end") << "\"/a\\\""
-                                          << "/a\\";
-    QTest::newRow("backslash and quote") << "\"/a\\\\\"b\""
-                                         << "/a\\\"b";
-    QTest::newRow("one quote") << "\""
-                               << "\"";
-    QTest::newRow("empty") << "\"\""
-                           << "";
-}
+    void shownTextHoldsNoControlCharacters()
+    {
+        QCOMPARE(shown("a\nb\x1b"), QStringLiteral("a?b?"));
+        QCOMPARE(shown(QString(100, 'x')), QString(60, 'x') + "...");
+    }
 
-void TestSimRequests::quotesAreTakenOff()
-{
-    QFETCH(QString, text);
-    QTEST(unquoted(text), "plain");
-}
-
-void TestSimRequests::shownTextHoldsNoControlCharacters()
-{
-    QCOMPARE(shown("a\nb\x1b"), QStringLiteral("a?b?"));
-    QCOMPARE(shown(QString(100, 'x')), QString(60, 'x') + "...");
-}
-
-void TestSimRequests::exitIsFound_data()
-{
-    QTest::addColumn<QList<QByteArray>>("pieces");
-    QTest::addColumn<bool>("found");
-    QTest::newRow("bare") << QList<QByteArray> { "exit" } << true;
-    QTest::newRow("with a line feed") << QList<QByteArray> { "exit\n" } << true;
-    QTest::newRow("with a line end of two bytes") << QList<QByteArray> { "exit\r\n" } << true;
-    QTest::newRow("in pieces") << QList<QByteArray> { "ex", "it" } << true;
-    QTest::newRow("behind another line") << QList<QByteArray> { "hello\nexit" } << true;
-    QTest::newRow("before another line") << QList<QByteArray> { "exit\nhello\n" } << true;
-    QTest::newRow("another word") << QList<QByteArray> { "exited" } << false;
-    QTest::newRow("behind other words") << QList<QByteArray> { "please exit\n" } << false;
-    QTest::newRow("nothing") << QList<QByteArray> { "\n", "\n" } << false;
-    QTest::newRow("behind a long line") << QList<QByteArray> { QByteArray(10000, 'x'), "exit" } << false;
-    QTest::newRow("on the line behind a long one") << QList<QByteArray> { QByteArray(10000, 'x'), "\nexit" } << true;
-}
-
-void TestSimRequests::exitIsFound()
-{
-    QFETCH(QList<QByteArray>, pieces);
-    QByteArray line;
-    bool found = false;
-    for (const QByteArray& piece : pieces)
-        found = found || takesExit(line, piece);
-    QTEST(found, "found");
-}
+    void exitIsFound_data()
+    {
+        QTest::addColumn<QList<QByteArray>>("pieces");
+        QTest::addColumn<bool>("found");
+        QTest::newRow("bare") << QList<QByteArray> { "exit" } << true;
+        QTest::newRow("with a line feed") << QList<QByteArray> { "exit\n" } << true;
+        QTest::newRow("with a line end of two bytes") << QList<QByteArray> { "exit\r\n" } << true;
+        QTest::newRow("in pieces") << QList<QByteArray> { "ex", "it" } << true;
+        QTest::newRow("behind another line") << QList<QByteArray> { "hello\nexit" } << true;
+        QTest::newRow("before another line") << QList<QByteArray> { "exit\nhello\n" } << true;
+        QTest::newRow("another word") << QList<QByteArray> { "exited" } << false;
+        QTest::newRow("behind other words") << QList<QByteArray> { "please exit\n" } << false;
+        QTest::newRow("nothing") << QList<QByteArray> { "\n", "\n" } << false;
+        QTest::newRow("behind a long line") << QList<QByteArray> { QByteArray(10000, 'x'), "exit" } << false;
+        QTest::newRow("on the line behind a long one")
+            << QList<QByteArray> { QByteArray(10000, 'x'), "\nexit" } << true;
+    }
+    void exitIsFound()
+    {
+        QFETCH(QList<QByteArray>, pieces);
+        QByteArray line;
+        bool found = false;
+        for (const QByteArray& piece : pieces)
+            found = found || takesExit(line, piece);
+        QTEST(found, "found");
+    }
+};
 
 QTEST_APPLESS_MAIN(TestSimRequests)
 #include "tst_simrequests.moc"

@@ -52,724 +52,665 @@ class TestSimServer : public QObject {
     Q_OBJECT
 private Q_SLOTS:
     // The wire
-    void portIsPrintedAndClientsAreGreeted();
-    void commandsAnswer_data();
-    void commandsAnswer();
-    void binaryCommandsAnswer_data();
-    void binaryCommandsAnswer();
-    void ownPromptEndsEveryReply();
-    void requestsInOneSegmentAreAnsweredInOrder();
-    void requestsByteByByteAreAnswered();
-    void uploadArrives();
-    void hugeRequestIsRefusedAndTheNextAnswered();
-    void farewellEndsTheConnection_data();
-    void farewellEndsTheConnection();
-
-    // Many clients
-    void sleeperDoesNotHoldOthers();
-    void sleeperThatHangsUpIsForgotten();
-    void manyClientsAtOnce();
-    void clientThatDoesNotReadBlocksNoOther();
-    void oneClientTooManyIsTurnedAway();
-    void connectionsComeAndGo();
-
-    // The simulation
-    void sameSeedGivesTheSameHistograms();
-    void spectrumIsServedAndSampled();
-    void rootAndSettingsFileAreUsed();
-    void startOptionBeginsARun();
-
-    // Faults
-    void faultsOfTextReplies_data();
-    void faultsOfTextReplies();
-    void silentServerGoesOn();
-    void faultsOfBinaryReplies_data();
-    void faultsOfBinaryReplies();
-    void faultsOfTheGreeting_data();
-    void faultsOfTheGreeting();
-    void faultsThatEndTheProcess_data();
-    void faultsThatEndTheProcess();
-    void faultsOfThePort_data();
-    void faultsOfThePort();
-    void missingPortIsNeverPrinted();
-    void faultAffectsAllClients();
-    void everyFaultLeavesTheServerAlive();
-
-    // The end
-    void endings_data();
-    void endings();
-    void withoutStandardInputOnlyASignalEndsIt();
-    void endIsIgnoredOnDemand();
-    void endRecordsTheRun();
-    void samplesGoWithTheProcess();
-    void logRecordsEvents();
-    void failuresAreReported_data();
-    void failuresAreReported();
-    void usedPortIsReported();
-    void helpAndVersionArePrinted();
-};
-
-void TestSimServer::portIsPrintedAndClientsAreGreeted()
-{
-    Program program;
-    QVERIFY(program.port() != 0);
-    QCOMPARE(program.outputUntil("\n"), "UI port: " + QByteArray::number(program.port()) + '\n');
-    const Wire wire(program.port());
-    QCOMPARE(wire.greeting(),
-        QByteArray("tarnis-simserver " TARNIS_VERSION_STRING
-                   ", a simulated data-acquisition server; help lists the commands\n"));
-}
-
-void TestSimServer::commandsAnswer_data()
-{
-    QTest::addColumn<QByteArray>("command");
-    QTest::addColumn<QByteArray>("beginning");
-    const auto row = [](const QByteArray& command, const QByteArray& beginning) {
-        QTest::newRow(command.constData()) << command << beginning;
-    };
-    row("help", "OK:\n  help ");
-    row("stat", "OK:\n--server\n");
-    row("setting", "OK:\ninst: SIM\n");
-    row("setting rate:500", "OK:\n");
-    row("savesetting", "OK:\nfile: /simserver.settings\n");
-    row("start", "OK:\nrun: 1\n");
-    row("stop", "NG:no run is under way\n");
-    row("clear", "OK:\n");
-    row("hists", "OK:\ntime: kind=1d ");
-    row("pwd", "OK:\n/\n");
-    row("ls-F \"/\"", "OK:\nREADME.txt\ncalibration/\nconfig/\ndata/\n");
-    row("ls-F \"/data/M\xfcller\"", "OK:\nnotes.txt\n");
-    row("ls-F \"/data/test beam \\\"A\\\"\"", "OK:\n");
-    row("ls-F \"/nowhere\"", "NG:cannot list '/nowhere': No such file or directory\n");
-    row("broadcast stat", "OK:\n--module 0\n");
-    row("unicast 3 stat", "OK:\n--module 3\n");
-    row("mc orsino stat", "OK:\n--module 0\n");
-    row("sleep 1", "OK:\n");
-    row("sleep 20 4", "OK:\nstep 1 of 4\nstep 2 of 4\nstep 3 of 4\nstep 4 of 4\n");
-    row("fault", "OK:\nfault: none\n");
-    row("", "");
-    row("gibberish", "NG:unknown command 'gibberish'; help lists the commands\n");
-}
-
-void TestSimServer::commandsAnswer()
-{
-    QFETCH(QByteArray, command);
-    QFETCH(QByteArray, beginning);
-    Program program;
-    Wire wire(program.port());
-    QCOMPARE(wire.ask(command).left(beginning.size()), beginning);
-    QCOMPARE(wire.ask(command + '\r').left(3), command == "start" ? QByteArray("NG:") : beginning.left(3));
-}
-
-void TestSimServer::binaryCommandsAnswer_data()
-{
-    QTest::addColumn<QByteArray>("command");
-    QTest::addColumn<int>("length");
-    QTest::addColumn<QByteArray>("ending");
-    QTest::newRow("all rows") << QByteArray("hist1d time") << 8 * 16384 * 8 << QByteArray(" (0 40000 16384)\n");
-    QTest::newRow("a single row") << QByteArray("hist1d time 3 3") << 16384 * 8 << QByteArray(" (0 40000 16384)\n");
-    QTest::newRow("pairs") << QByteArray("hist1d position 2 pairs all bins:256") << 256 * 16
-                           << QByteArray(" (0 1000 256)\n");
-    QTest::newRow("a map") << QByteArray("hist2d image bins:128x64") << 128 * 64 * 8
-                           << QByteArray(", exported 128 x 64 y\n");
-    QTest::newRow("a large map") << QByteArray("hist2d timemap") << 1024 * 1024 * 8
-                                 << QByteArray(", exported 1024 x 1024 y\n");
-    QTest::newRow("a refusal") << QByteArray("hist1d gibberish") << 0
-                               << QByteArray("NG:no 1D histogram 'gibberish'; hists lists them\n");
-}
-
-void TestSimServer::binaryCommandsAnswer()
-{
-    QFETCH(QByteArray, command);
-    QFETCH(QByteArray, ending);
-    Program program({ "--start", "--rate", "100000", "--maxevents", "5000" });
-    Wire wire(program.port());
-    waitForState(wire, "STOPPED");
-    const BinaryReply reply = wire.askBinary(command);
-    QTEST(reply.length, "length");
-    QVERIFY(reply.text.endsWith(ending));
-    if (command == "hist1d time" || command.startsWith("hist2d"))
-        QCOMPARE(sum(reply), 5000.0);
-    QCOMPARE(wire.ask("pwd"), QByteArray("OK:\n/\n")); // nothing is left over
-}
-
-void TestSimServer::ownPromptEndsEveryReply()
-{
-    const QByteArray prompt = "tarnis 7 # ";
-    Program program({ "--prompt", QString::fromLatin1(prompt) });
-    Wire wire(program.port(), prompt);
-    QCOMPARE(wire.ask("pwd"), QByteArray("OK:\n/\n"));
-    QCOMPARE(wire.askBinary(smallHistogram).length, 64);
-}
-
-void TestSimServer::requestsInOneSegmentAreAnsweredInOrder()
-{
-    Program program;
-    Wire wire(program.port());
-    QByteArray requests;
-    QByteArray expected;
-    for (int i = 0; i < 2000; ++i) {
-        requests += "setting user.n:" + QByteArray::number(i) + "\nunknown" + QByteArray::number(i) + '\n';
-        expected += "OK:\n> NG:unknown command 'unknown" + QByteArray::number(i) + "'; help lists the commands\n> ";
-    }
-    wire.send(requests);
-    QCOMPARE(wire.bytes(expected.size()), expected);
-    QCOMPARE(wire.value("setting", "user.n"), QByteArray("1999"));
-}
-
-void TestSimServer::requestsByteByByteAreAnswered()
-{
-    Program program;
-    Wire wire(program.port());
-    for (const char byte : QByteArray("pwd\ntxfile /a\nb\x04"))
-        wire.send(QByteArray(1, byte));
-    const QByteArray expected = "OK:\n/\n> OK:\nfile: /a\nbytes: 1\n> ";
-    QCOMPARE(wire.bytes(expected.size()), expected);
-}
-
-void TestSimServer::uploadArrives()
-{
-    const QTemporaryDir root;
-    Program program({ "--root", root.path() });
-    Wire wire(program.port());
-    QByteArray content;
-    for (int i = 0; i < 3000000; ++i)
-        content += static_cast<char>(i % 251 == 4 ? 5 : i % 251);
-    wire.send("txfile /large\n" + content + '\x04');
-    QCOMPARE(wire.text(), QByteArray("OK:\nfile: /large\nbytes: 3000000\n"));
-    QFile file(root.filePath("large"));
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    QVERIFY(file.readAll() == content);
-}
-
-void TestSimServer::hugeRequestIsRefusedAndTheNextAnswered()
-{
-    Program program;
-    Wire wire(program.port());
-    wire.send(QByteArray(300000, 'x') + "\npwd\n");
-    const QByteArray expected = "NG:longer than 65536 bytes, or 16777216 for txfile\n> OK:\n/\n> ";
-    QCOMPARE(wire.bytes(expected.size()), expected);
-}
-
-void TestSimServer::farewellEndsTheConnection_data()
-{
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<QByteArray>("answer");
-    QTest::newRow("alone") << QByteArray("close") << QByteArray();
-    QTest::newRow("as a line") << QByteArray("close\n") << QByteArray();
-    QTest::newRow("behind a command") << QByteArray("pwd\nclose") << QByteArray("OK:\n/\n> ");
-    QTest::newRow("behind a sleep") << QByteArray("sleep 50\nclose") << QByteArray("OK:\n> ");
-}
-
-void TestSimServer::farewellEndsTheConnection()
-{
-    QFETCH(QByteArray, bytes);
-    Program program;
-    Wire wire(program.port());
-    wire.send(bytes);
-    QTEST(wire.untilClosed(), "answer");
-}
-
-void TestSimServer::sleeperDoesNotHoldOthers()
-{
-    Program program;
-    Wire sleeper(program.port());
-    Wire other(program.port());
-    sleeper.send("sleep 600000\n");
-    TRY_COMPARE(other.value("stat", "clients"), QByteArray("2"));
-    for (int i = 0; i < 20; ++i)
-        QCOMPARE(other.ask("pwd"), QByteArray("OK:\n/\n"));
-}
-
-void TestSimServer::sleeperThatHangsUpIsForgotten()
-{
-    Program program;
-    Wire other(program.port());
+    void portIsPrintedAndClientsAreGreeted()
     {
-        Wire sleeper(program.port());
-        sleeper.send("sleep 600000\n");
-        QCOMPARE(other.value("stat", "clients"), QByteArray("2"));
+        Program program;
+        QVERIFY(program.port() != 0);
+        QCOMPARE(program.outputUntil("\n"), "UI port: " + QByteArray::number(program.port()) + '\n');
+        const Wire wire(program.port());
+        QCOMPARE(wire.greeting(),
+            QByteArray("tarnis-simserver " TARNIS_VERSION_STRING
+                       ", a simulated data-acquisition server; help lists the commands\n"));
     }
-    TRY_COMPARE(other.value("stat", "clients"), QByteArray("1"));
-}
 
-void TestSimServer::manyClientsAtOnce()
-{
-    constexpr int clients = 60;
-    Program program({ "--start", "--rate", "100000", "--maxevents", "3000" });
-    std::vector<std::unique_ptr<Wire>> wires;
-    for (int i = 0; i < clients; ++i)
-        wires.push_back(std::make_unique<Wire>(program.port()));
-    waitForState(*wires.front(), "STOPPED");
-    const QList<QByteArray> commands { "hist1d time", "hist2d image bins:256", "hist1d total pairs" };
-    for (int i = 0; i < clients; ++i)
-        wires[static_cast<std::size_t>(i)]->send(commands[i % 3] + '\n');
-    for (int i = clients - 1; i >= 0; --i) {
-        const BinaryReply reply = wires[static_cast<std::size_t>(i)]->binary();
-        if (i % 3 != 2)
-            QCOMPARE(sum(reply), 3000.0);
-        QVERIFY(reply.text.startsWith("OK: "));
-    }
-    QCOMPARE(wires.front()->value("stat", "clients"), QByteArray::number(clients));
-}
-
-void TestSimServer::clientThatDoesNotReadBlocksNoOther()
-{
-    Program program({ "--start" });
-    Wire good(program.port());
-    good.askBinary("hist2d image");
-    const double before = residentMemory(program.processId());
-    std::vector<std::unique_ptr<Wire>> stuck;
-    for (int i = 0; i < 3; ++i) {
-        stuck.push_back(std::make_unique<Wire>(program.port()));
-        QByteArray requests;
-        for (int k = 0; k < 200; ++k)
-            requests += "hist2d image\n"; // 1.6 GiB of replies
-        stuck.back()->send(requests);
-    }
-    for (int i = 0; i < 50; ++i)
-        QCOMPARE(good.askBinary("hist2d image bins:128").length, 128 * 128 * 8);
-    // One reply of 8 MiB for each of the three, and room for the allocator.
-    QVERIFY2(residentMemory(program.processId()) - before < 64.0, qPrintable(QString::number(before)));
-    // Once they read, they get their replies.
-    QCOMPARE(stuck.front()->bytes(4 + 8388608).size(), 4 + 8388608);
-}
-
-void TestSimServer::oneClientTooManyIsTurnedAway()
-{
-    Program program({ "--max-clients", "2" });
-    Wire one(program.port());
+    void commandsAnswer_data()
     {
-        const Wire other(program.port());
-        Wire third(program.port(), "> ", false);
-        QCOMPARE(third.untilClosed(), QByteArray("NG:too many clients\n"));
+        QTest::addColumn<QByteArray>("command");
+        QTest::addColumn<QByteArray>("beginning");
+        const auto row = [](const QByteArray& command, const QByteArray& beginning) {
+            QTest::newRow(command.constData()) << command << beginning;
+        };
+        row("help", "OK:\n  help ");
+        row("stat", "OK:\n--server\n");
+        row("setting", "OK:\ninst: SIM\n");
+        row("setting rate:500", "OK:\n");
+        row("savesetting", "OK:\nfile: /simserver.settings\n");
+        row("start", "OK:\nrun: 1\n");
+        row("stop", "NG:no run is under way\n");
+        row("clear", "OK:\n");
+        row("hists", "OK:\ntime: kind=1d ");
+        row("pwd", "OK:\n/\n");
+        row("ls-F \"/\"", "OK:\nREADME.txt\ncalibration/\nconfig/\ndata/\n");
+        row("ls-F \"/data/M\xfcller\"", "OK:\nnotes.txt\n");
+        row("ls-F \"/data/test beam \\\"A\\\"\"", "OK:\n");
+        row("ls-F \"/nowhere\"", "NG:cannot list '/nowhere': No such file or directory\n");
+        row("broadcast stat", "OK:\n--module 0\n");
+        row("unicast 3 stat", "OK:\n--module 3\n");
+        row("mc orsino stat", "OK:\n--module 0\n");
+        row("sleep 1", "OK:\n");
+        row("sleep 20 4", "OK:\nstep 1 of 4\nstep 2 of 4\nstep 3 of 4\nstep 4 of 4\n");
+        row("fault", "OK:\nfault: none\n");
+        row("", "");
+        row("gibberish", "NG:unknown command 'gibberish'; help lists the commands\n");
     }
-    TRY_COMPARE(one.value("stat", "clients"), QByteArray("1"));
-    Wire again(program.port());
-    QCOMPARE(again.ask("pwd"), QByteArray("OK:\n/\n"));
-}
-
-void TestSimServer::connectionsComeAndGo()
-{
-    Program program;
-    for (int i = 0; i < 300; ++i) {
-        Wire wire(program.port(), "> ", i % 3 != 0);
-        if (i % 3 == 2)
-            wire.send("hist2d image\n");
+    void commandsAnswer()
+    {
+        QFETCH(QByteArray, command);
+        QFETCH(QByteArray, beginning);
+        Program program;
+        Wire wire(program.port());
+        QCOMPARE(wire.ask(command).left(beginning.size()), beginning);
+        QCOMPARE(wire.ask(command + '\r').left(3), command == "start" ? QByteArray("NG:") : beginning.left(3));
     }
-    Wire last(program.port());
-    TRY_COMPARE(last.value("stat", "clients"), QByteArray("1"));
-}
 
-void TestSimServer::sameSeedGivesTheSameHistograms()
-{
-    const auto image = [](const QString& seed, const QString& rate) {
-        Program program({ "--seed", seed, "--rate", rate, "--maxevents", "20000", "--start" });
+    void binaryCommandsAnswer_data()
+    {
+        QTest::addColumn<QByteArray>("command");
+        QTest::addColumn<int>("length");
+        QTest::addColumn<QByteArray>("ending");
+        QTest::newRow("all rows") << QByteArray("hist1d time") << 8 * 16384 * 8 << QByteArray(" (0 40000 16384)\n");
+        QTest::newRow("a single row") << QByteArray("hist1d time 3 3") << 16384 * 8 << QByteArray(" (0 40000 16384)\n");
+        QTest::newRow("pairs") << QByteArray("hist1d position 2 pairs all bins:256") << 256 * 16
+                               << QByteArray(" (0 1000 256)\n");
+        QTest::newRow("a map") << QByteArray("hist2d image bins:128x64") << 128 * 64 * 8
+                               << QByteArray(", exported 128 x 64 y\n");
+        QTest::newRow("a large map") << QByteArray("hist2d timemap") << 1024 * 1024 * 8
+                                     << QByteArray(", exported 1024 x 1024 y\n");
+        QTest::newRow("a refusal") << QByteArray("hist1d gibberish") << 0
+                                   << QByteArray("NG:no 1D histogram 'gibberish'; hists lists them\n");
+    }
+    void binaryCommandsAnswer()
+    {
+        QFETCH(QByteArray, command);
+        QFETCH(QByteArray, ending);
+        Program program({ "--start", "--rate", "100000", "--maxevents", "5000" });
         Wire wire(program.port());
         waitForState(wire, "STOPPED");
-        return wire.askBinary("hist2d image").payload + wire.askBinary("hist1d time").payload;
-    };
-    const QByteArray one = image("5", "200000");
-    QVERIFY(image("5", "100000") == one); // the rate affects the times of events, not the events
-    QVERIFY(image("6", "200000") != one);
-}
+        const BinaryReply reply = wire.askBinary(command);
+        QTEST(reply.length, "length");
+        QVERIFY(reply.text.endsWith(ending));
+        if (command == "hist1d time" || command.startsWith("hist2d"))
+            QCOMPARE(sum(reply), 5000.0);
+        QCOMPARE(wire.ask("pwd"), QByteArray("OK:\n/\n")); // nothing is left over
+    }
 
-void TestSimServer::spectrumIsServedAndSampled()
-{
-    const QString path = tarnis::testing::testData("spectra/hpge-pottery.spe");
-    Program program({ "--spectrum", path, "--start", "--rate", "100000", "--maxevents", "20000" });
-    Wire wire(program.port());
-    waitForState(wire, "STOPPED");
-    const std::vector<double> measured = simserver::readSpectrum(path).spectrum.counts;
-    QCOMPARE(wire.askBinary("hist1d spectrum 0 0").values(), measured);
-    const std::vector<double> live = wire.askBinary("hist1d sampled").values();
-    QCOMPARE(std::accumulate(live.begin(), live.end(), 0.0), 20000.0);
-    for (std::size_t i = 0; i < live.size(); ++i)
-        QVERIFY(measured[i] > 0.0 || live[i] == 0.0);
-    QVERIFY(wire.askBinary("hist1d sampled 0 pairs").text.endsWith(" (-0.035087 2995.0256489999997 16384)\n"));
-}
-
-void TestSimServer::rootAndSettingsFileAreUsed()
-{
-    const QTemporaryDir root;
-    QVERIFY(QDir(root.path()).mkpath("runs"));
-    const QString file = root.filePath("my.settings");
+    void ownPromptEndsEveryReply()
     {
-        Program program({ "--root", root.path(), "--settings", file, "--rate", "5" });
+        const QByteArray prompt = "tarnis 7 # ";
+        Program program({ "--prompt", QString::fromLatin1(prompt) });
+        Wire wire(program.port(), prompt);
+        QCOMPARE(wire.ask("pwd"), QByteArray("OK:\n/\n"));
+        QCOMPARE(wire.askBinary(smallHistogram).length, 64);
+    }
+
+    void requestsInOneSegmentAreAnsweredInOrder()
+    {
+        Program program;
         Wire wire(program.port());
-        QCOMPARE(wire.value("setting", "rate"), QByteArray("5"));
-        QCOMPARE(wire.ask("setting rate:321 basepath:/runs modules:3"), QByteArray("OK:\n"));
-        QCOMPARE(wire.ask("savesetting"), "OK:\nfile: " + file.toUtf8() + '\n');
+        QByteArray requests;
+        QByteArray expected;
+        for (int i = 0; i < 2000; ++i) {
+            requests += "setting user.n:" + QByteArray::number(i) + "\nunknown" + QByteArray::number(i) + '\n';
+            expected += "OK:\n> NG:unknown command 'unknown" + QByteArray::number(i) + "'; help lists the commands\n> ";
+        }
+        wire.send(requests);
+        QCOMPARE(wire.bytes(expected.size()), expected);
+        QCOMPARE(wire.value("setting", "user.n"), QByteArray("1999"));
     }
-    Program program({ "--root", root.path(), "--settings", file, "--modules", "4" });
-    Wire wire(program.port());
-    QCOMPARE(wire.value("setting", "rate"), QByteArray("321"));
-    QCOMPARE(wire.value("setting", "modules"), QByteArray("4")); // the command line overrides the file
-    QCOMPARE(wire.ask("pwd"), QByteArray("OK:\n/runs\n"));
-    QCOMPARE(wire.ask("ls-F \"/\""), QByteArray("OK:\nmy.settings\nruns/\n"));
-}
 
-void TestSimServer::startOptionBeginsARun()
-{
-    Program program({ "--start", "--rate", "10000" });
-    Wire wire(program.port());
-    QCOMPARE(wire.value("stat", "state"), QByteArray("RUNNING"));
-    TRY_VERIFY(wire.value("stat", "events").toInt() > 100);
-    QCOMPARE(wire.ask("stop").left(11), QByteArray("OK:\nrun: 1\n"));
-}
-
-void TestSimServer::faultsOfTextReplies_data()
-{
-    QTest::addColumn<QByteArray>("received"); // in answer to "pwd", whose good reply is "OK:\n/\n> "
-    QTest::addColumn<QString>("then");
-    QTest::newRow("none") << QByteArray("OK:\n/\n> ") << "alive";
-    QTest::newRow("bytewise") << QByteArray("OK:\n/\n> ") << "alive";
-    QTest::newRow("chunks") << QByteArray("OK:\n/\n> ") << "alive";
-    QTest::newRow("split-prompt") << QByteArray("OK:\n/\n> ") << "alive";
-    QTest::newRow("early-prompt") << QByteArray("OK:> \n/\n> ") << "alive";
-    QTest::newRow("trailing") << QByteArray("OK:\n/\n> left over\n") << "alive";
-    QTest::newRow("slow") << QByteArray("OK:\n/\n> ") << "alive";
-    QTest::newRow("silent") << QByteArray() << "alive";
-    QTest::newRow("no-prompt") << QByteArray("OK:\n/\n") << "alive";
-    QTest::newRow("refuse") << QByteArray("NG:refused on demand\n> ") << "alive";
-    QTest::newRow("close-before") << QByteArray() << "closed";
-    QTest::newRow("close-in-reply") << QByteArray("OK:\n") << "closed";
-    QTest::newRow("close-after") << QByteArray("OK:\n/\n> ") << "closed";
-    QTest::newRow("reset-in-reply") << QByteArray("OK:\n") << "reset";
-    QTest::newRow("wrong-length") << QByteArray("OK:\n/\n> ") << "alive";
-}
-
-void TestSimServer::faultsOfTextReplies()
-{
-    QFETCH(QByteArray, received);
-    QFETCH(QString, then);
-    Program program({ "--fault", QTest::currentDataTag(), "--fault-delay", "10" });
-    Wire wire(program.port());
-    wire.send("pwd\n");
-    if (then != "alive") {
-        QCOMPARE(wire.untilClosed(), received);
-        QCOMPARE(wire.isReset(), then == "reset");
-    } else {
-        // The reply to "fault" is intact after the remains of the previous faulty one.
-        wire.send("fault none\n");
-        const QByteArray whole = received + "OK:\n> ";
-        QCOMPARE(wire.bytes(whole.size()), whole);
-    }
-    QVERIFY(program.isRunning());
-}
-
-void TestSimServer::silentServerGoesOn()
-{
-    Program program({ "--fault", "silent" });
-    Wire wire(program.port());
-    wire.send("start\nsetting rate:77\nfault none\n");
-    QCOMPARE(wire.text(), QByteArray("OK:\n"));
-    QCOMPARE(wire.value("stat", "state"), QByteArray("RUNNING"));
-    QCOMPARE(wire.value("setting", "rate"), QByteArray("77"));
-}
-
-void TestSimServer::faultsOfBinaryReplies_data()
-{
-    QTest::addColumn<int>("length"); // announced for a payload of 64 bytes
-    QTest::addColumn<int>("payload"); // bytes of it that are sent
-    QTest::newRow("none") << 64 << 64;
-    QTest::newRow("bytewise") << 64 << 64;
-    QTest::newRow("chunks") << 64 << 64;
-    QTest::newRow("split-prompt") << 64 << 64;
-    QTest::newRow("split-length") << 64 << 64;
-    QTest::newRow("wrong-length") << 72 << 64;
-    QTest::newRow("short-length") << 56 << 64;
-    QTest::newRow("zero-length") << 0 << 64;
-    QTest::newRow("negative-length") << -64 << 64;
-    QTest::newRow("oversized-length") << 2147483647 << 64;
-    QTest::newRow("cut-payload") << 61 << 61;
-    QTest::newRow("empty-payload") << 0 << 0;
-    QTest::newRow("bad-values") << 64 << 64;
-}
-
-void TestSimServer::faultsOfBinaryReplies()
-{
-    QFETCH(int, payload);
-    Program program({ "--fault", QTest::currentDataTag() });
-    Wire wire(program.port());
-    wire.send(smallHistogram + "\nfault none\n");
-    const QByteArray text = "OK: counts rows 0 to 0, run none, live 0.000 s, 0 events (0 8 8)\n> OK:\n> ";
-    const QByteArray bytes = wire.bytes(4 + payload + text.size());
-    QVERIFY2(bytes.endsWith(text), bytes.constData());
-    QCOMPARE(bytes.size(), 4 + payload + text.size());
-    qint32 length = 0;
-    std::memcpy(&length, bytes.constData(), sizeof(length));
-    QTEST(length, "length");
-}
-
-void TestSimServer::faultsOfTheGreeting_data()
-{
-    QTest::addColumn<bool>("greeted");
-    QTest::addColumn<bool>("closed");
-    QTest::newRow("no-greeting") << false << false;
-    QTest::newRow("late-greeting") << true << false;
-    QTest::newRow("split-greeting") << true << false;
-    QTest::newRow("close-at-greeting") << false << true;
-}
-
-void TestSimServer::faultsOfTheGreeting()
-{
-    QFETCH(bool, greeted);
-    QFETCH(bool, closed);
-    Program program({ "--fault", QTest::currentDataTag(), "--fault-delay", "2" });
-    Wire wire(program.port(), "> ", false);
-    if (closed) {
-        QCOMPARE(wire.untilClosed(), QByteArray());
-        return;
-    }
-    wire.send("pwd\n");
-    const QByteArray greeting =
-        "tarnis-simserver " TARNIS_VERSION_STRING ", a simulated data-acquisition server; help lists the commands\n> ";
-    const QByteArray expected = (greeted ? greeting : QByteArray()) + "OK:\n/\n> ";
-    QCOMPARE(wire.bytes(expected.size()), expected);
-}
-
-void TestSimServer::faultsThatEndTheProcess_data()
-{
-    QTest::addColumn<QString>("end");
-    QTest::newRow("exit") << "exit 3";
-    QTest::newRow("crash") << "crash";
-    QTest::newRow("start-exit") << "exit 3";
-    QTest::newRow("start-crash") << "crash";
-}
-
-void TestSimServer::faultsThatEndTheProcess()
-{
-    const QString name = QTest::currentDataTag();
-    Program program({ "--fault", name });
-    if (!name.startsWith("start")) {
+    void requestsByteByByteAreAnswered()
+    {
+        Program program;
         Wire wire(program.port());
-        QVERIFY(program.isRunning());
+        for (const char byte : QByteArray("pwd\ntxfile /a\nb\x04"))
+            wire.send(QByteArray(1, byte));
+        const QByteArray expected = "OK:\n/\n> OK:\nfile: /a\nbytes: 1\n> ";
+        QCOMPARE(wire.bytes(expected.size()), expected);
+    }
+
+    void uploadArrives()
+    {
+        const QTemporaryDir root;
+        Program program({ "--root", root.path() });
+        Wire wire(program.port());
+        QByteArray content;
+        for (int i = 0; i < 3000000; ++i)
+            content += static_cast<char>(i % 251 == 4 ? 5 : i % 251);
+        wire.send("txfile /large\n" + content + '\x04');
+        QCOMPARE(wire.text(), QByteArray("OK:\nfile: /large\nbytes: 3000000\n"));
+        QFile file(root.filePath("large"));
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QVERIFY(file.readAll() == content);
+    }
+
+    void hugeRequestIsRefusedAndTheNextAnswered()
+    {
+        Program program;
+        Wire wire(program.port());
+        wire.send(QByteArray(300000, 'x') + "\npwd\n");
+        const QByteArray expected = "NG:longer than 65536 bytes, or 16777216 for txfile\n> OK:\n/\n> ";
+        QCOMPARE(wire.bytes(expected.size()), expected);
+    }
+
+    void farewellEndsTheConnection_data()
+    {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::addColumn<QByteArray>("answer");
+        QTest::newRow("alone") << QByteArray("close") << QByteArray();
+        QTest::newRow("as a line") << QByteArray("close\n") << QByteArray();
+        QTest::newRow("behind a command") << QByteArray("pwd\nclose") << QByteArray("OK:\n/\n> ");
+        QTest::newRow("behind a sleep") << QByteArray("sleep 50\nclose") << QByteArray("OK:\n> ");
+    }
+    void farewellEndsTheConnection()
+    {
+        QFETCH(QByteArray, bytes);
+        Program program;
+        Wire wire(program.port());
+        wire.send(bytes);
+        QTEST(wire.untilClosed(), "answer");
+    }
+
+    // Many clients
+    void sleeperDoesNotHoldOthers()
+    {
+        Program program;
+        Wire sleeper(program.port());
+        Wire other(program.port());
+        sleeper.send("sleep 600000\n");
+        TRY_COMPARE(other.value("stat", "clients"), QByteArray("2"));
+        for (int i = 0; i < 20; ++i)
+            QCOMPARE(other.ask("pwd"), QByteArray("OK:\n/\n"));
+    }
+
+    void sleeperThatHangsUpIsForgotten()
+    {
+        Program program;
+        Wire other(program.port());
+        {
+            Wire sleeper(program.port());
+            sleeper.send("sleep 600000\n");
+            QCOMPARE(other.value("stat", "clients"), QByteArray("2"));
+        }
+        TRY_COMPARE(other.value("stat", "clients"), QByteArray("1"));
+    }
+
+    void manyClientsAtOnce()
+    {
+        constexpr int clients = 60;
+        Program program({ "--start", "--rate", "100000", "--maxevents", "3000" });
+        std::vector<std::unique_ptr<Wire>> wires;
+        for (int i = 0; i < clients; ++i)
+            wires.push_back(std::make_unique<Wire>(program.port()));
+        waitForState(*wires.front(), "STOPPED");
+        const QList<QByteArray> commands { "hist1d time", "hist2d image bins:256", "hist1d total pairs" };
+        for (int i = 0; i < clients; ++i)
+            wires[static_cast<std::size_t>(i)]->send(commands[i % 3] + '\n');
+        for (int i = clients - 1; i >= 0; --i) {
+            const BinaryReply reply = wires[static_cast<std::size_t>(i)]->binary();
+            if (i % 3 != 2)
+                QCOMPARE(sum(reply), 3000.0);
+            QVERIFY(reply.text.startsWith("OK: "));
+        }
+        QCOMPARE(wires.front()->value("stat", "clients"), QByteArray::number(clients));
+    }
+
+    void clientThatDoesNotReadBlocksNoOther()
+    {
+        Program program({ "--start" });
+        Wire good(program.port());
+        good.askBinary("hist2d image");
+        const double before = residentMemory(program.processId());
+        std::vector<std::unique_ptr<Wire>> stuck;
+        for (int i = 0; i < 3; ++i) {
+            stuck.push_back(std::make_unique<Wire>(program.port()));
+            QByteArray requests;
+            for (int k = 0; k < 200; ++k)
+                requests += "hist2d image\n"; // 1.6 GiB of replies
+            stuck.back()->send(requests);
+        }
+        for (int i = 0; i < 50; ++i)
+            QCOMPARE(good.askBinary("hist2d image bins:128").length, 128 * 128 * 8);
+        // One reply of 8 MiB for each of the three, and room for the allocator.
+        QVERIFY2(residentMemory(program.processId()) - before < 64.0, qPrintable(QString::number(before)));
+        // Once they read, they get their replies.
+        QCOMPARE(stuck.front()->bytes(4 + 8388608).size(), 4 + 8388608);
+    }
+
+    void oneClientTooManyIsTurnedAway()
+    {
+        Program program({ "--max-clients", "2" });
+        Wire one(program.port());
+        {
+            const Wire other(program.port());
+            Wire third(program.port(), "> ", false);
+            QCOMPARE(third.untilClosed(), QByteArray("NG:too many clients\n"));
+        }
+        TRY_COMPARE(one.value("stat", "clients"), QByteArray("1"));
+        Wire again(program.port());
+        QCOMPARE(again.ask("pwd"), QByteArray("OK:\n/\n"));
+    }
+
+    void connectionsComeAndGo()
+    {
+        Program program;
+        for (int i = 0; i < 300; ++i) {
+            Wire wire(program.port(), "> ", i % 3 != 0);
+            if (i % 3 == 2)
+                wire.send("hist2d image\n");
+        }
+        Wire last(program.port());
+        TRY_COMPARE(last.value("stat", "clients"), QByteArray("1"));
+    }
+
+    // The simulation
+    void sameSeedGivesTheSameHistograms()
+    {
+        const auto image = [](const QString& seed, const QString& rate) {
+            Program program({ "--seed", seed, "--rate", rate, "--maxevents", "20000", "--start" });
+            Wire wire(program.port());
+            waitForState(wire, "STOPPED");
+            return wire.askBinary("hist2d image").payload + wire.askBinary("hist1d time").payload;
+        };
+        const QByteArray one = image("5", "200000");
+        QVERIFY(image("5", "100000") == one); // the rate affects the times of events, not the events
+        QVERIFY(image("6", "200000") != one);
+    }
+
+    void spectrumIsServedAndSampled()
+    {
+        const QString path = tarnis::testing::testData("spectra/hpge-pottery.spe");
+        Program program({ "--spectrum", path, "--start", "--rate", "100000", "--maxevents", "20000" });
+        Wire wire(program.port());
+        waitForState(wire, "STOPPED");
+        const std::vector<double> measured = simserver::readSpectrum(path).spectrum.counts;
+        QCOMPARE(wire.askBinary("hist1d spectrum 0 0").values(), measured);
+        const std::vector<double> live = wire.askBinary("hist1d sampled").values();
+        QCOMPARE(std::accumulate(live.begin(), live.end(), 0.0), 20000.0);
+        for (std::size_t i = 0; i < live.size(); ++i)
+            QVERIFY(measured[i] > 0.0 || live[i] == 0.0);
+        QVERIFY(wire.askBinary("hist1d sampled 0 pairs").text.endsWith(" (-0.035087 2995.0256489999997 16384)\n"));
+    }
+
+    void rootAndSettingsFileAreUsed()
+    {
+        const QTemporaryDir root;
+        QVERIFY(QDir(root.path()).mkpath("runs"));
+        const QString file = root.filePath("my.settings");
+        {
+            Program program({ "--root", root.path(), "--settings", file, "--rate", "5" });
+            Wire wire(program.port());
+            QCOMPARE(wire.value("setting", "rate"), QByteArray("5"));
+            QCOMPARE(wire.ask("setting rate:321 basepath:/runs modules:3"), QByteArray("OK:\n"));
+            QCOMPARE(wire.ask("savesetting"), "OK:\nfile: " + file.toUtf8() + '\n');
+        }
+        Program program({ "--root", root.path(), "--settings", file, "--modules", "4" });
+        Wire wire(program.port());
+        QCOMPARE(wire.value("setting", "rate"), QByteArray("321"));
+        QCOMPARE(wire.value("setting", "modules"), QByteArray("4")); // the command line overrides the file
+        QCOMPARE(wire.ask("pwd"), QByteArray("OK:\n/runs\n"));
+        QCOMPARE(wire.ask("ls-F \"/\""), QByteArray("OK:\nmy.settings\nruns/\n"));
+    }
+
+    void startOptionBeginsARun()
+    {
+        Program program({ "--start", "--rate", "10000" });
+        Wire wire(program.port());
+        QCOMPARE(wire.value("stat", "state"), QByteArray("RUNNING"));
+        TRY_VERIFY(wire.value("stat", "events").toInt() > 100);
+        QCOMPARE(wire.ask("stop").left(11), QByteArray("OK:\nrun: 1\n"));
+    }
+
+    // Faults
+    void faultsOfTextReplies_data()
+    {
+        QTest::addColumn<QByteArray>("received"); // in answer to "pwd", whose good reply is "OK:\n/\n> "
+        QTest::addColumn<QString>("then");
+        QTest::newRow("none") << QByteArray("OK:\n/\n> ") << "alive";
+        QTest::newRow("bytewise") << QByteArray("OK:\n/\n> ") << "alive";
+        QTest::newRow("chunks") << QByteArray("OK:\n/\n> ") << "alive";
+        QTest::newRow("split-prompt") << QByteArray("OK:\n/\n> ") << "alive";
+        QTest::newRow("early-prompt") << QByteArray("OK:> \n/\n> ") << "alive";
+        QTest::newRow("trailing") << QByteArray("OK:\n/\n> left over\n") << "alive";
+        QTest::newRow("slow") << QByteArray("OK:\n/\n> ") << "alive";
+        QTest::newRow("silent") << QByteArray() << "alive";
+        QTest::newRow("no-prompt") << QByteArray("OK:\n/\n") << "alive";
+        QTest::newRow("refuse") << QByteArray("NG:refused on demand\n> ") << "alive";
+        QTest::newRow("close-before") << QByteArray() << "closed";
+        QTest::newRow("close-in-reply") << QByteArray("OK:\n") << "closed";
+        QTest::newRow("close-after") << QByteArray("OK:\n/\n> ") << "closed";
+        QTest::newRow("reset-in-reply") << QByteArray("OK:\n") << "reset";
+        QTest::newRow("wrong-length") << QByteArray("OK:\n/\n> ") << "alive";
+    }
+    void faultsOfTextReplies()
+    {
+        QFETCH(QByteArray, received);
+        QFETCH(QString, then);
+        Program program({ "--fault", QTest::currentDataTag(), "--fault-delay", "10" });
+        Wire wire(program.port());
         wire.send("pwd\n");
+        if (then != "alive") {
+            QCOMPARE(wire.untilClosed(), received);
+            QCOMPARE(wire.isReset(), then == "reset");
+        } else {
+            // The reply to "fault" is intact after the remains of the previous faulty one.
+            wire.send("fault none\n");
+            const QByteArray whole = received + "OK:\n> ";
+            QCOMPARE(wire.bytes(whole.size()), whole);
+        }
+        QVERIFY(program.isRunning());
+    }
+
+    void silentServerGoesOn()
+    {
+        Program program({ "--fault", "silent" });
+        Wire wire(program.port());
+        wire.send("start\nsetting rate:77\nfault none\n");
+        QCOMPARE(wire.text(), QByteArray("OK:\n"));
+        QCOMPARE(wire.value("stat", "state"), QByteArray("RUNNING"));
+        QCOMPARE(wire.value("setting", "rate"), QByteArray("77"));
+    }
+
+    void faultsOfBinaryReplies_data()
+    {
+        QTest::addColumn<int>("length"); // announced for a payload of 64 bytes
+        QTest::addColumn<int>("payload"); // bytes of it that are sent
+        QTest::newRow("none") << 64 << 64;
+        QTest::newRow("bytewise") << 64 << 64;
+        QTest::newRow("chunks") << 64 << 64;
+        QTest::newRow("split-prompt") << 64 << 64;
+        QTest::newRow("split-length") << 64 << 64;
+        QTest::newRow("wrong-length") << 72 << 64;
+        QTest::newRow("short-length") << 56 << 64;
+        QTest::newRow("zero-length") << 0 << 64;
+        QTest::newRow("negative-length") << -64 << 64;
+        QTest::newRow("oversized-length") << 2147483647 << 64;
+        QTest::newRow("cut-payload") << 61 << 61;
+        QTest::newRow("empty-payload") << 0 << 0;
+        QTest::newRow("bad-values") << 64 << 64;
+    }
+    void faultsOfBinaryReplies()
+    {
+        QFETCH(int, payload);
+        Program program({ "--fault", QTest::currentDataTag() });
+        Wire wire(program.port());
+        wire.send(smallHistogram + "\nfault none\n");
+        const QByteArray text = "OK: counts rows 0 to 0, run none, live 0.000 s, 0 events (0 8 8)\n> OK:\n> ";
+        const QByteArray bytes = wire.bytes(4 + payload + text.size());
+        QVERIFY2(bytes.endsWith(text), bytes.constData());
+        QCOMPARE(bytes.size(), 4 + payload + text.size());
+        qint32 length = 0;
+        std::memcpy(&length, bytes.constData(), sizeof(length));
+        QTEST(length, "length");
+    }
+
+    void faultsOfTheGreeting_data()
+    {
+        QTest::addColumn<bool>("greeted");
+        QTest::addColumn<bool>("closed");
+        QTest::newRow("no-greeting") << false << false;
+        QTest::newRow("late-greeting") << true << false;
+        QTest::newRow("split-greeting") << true << false;
+        QTest::newRow("close-at-greeting") << false << true;
+    }
+    void faultsOfTheGreeting()
+    {
+        QFETCH(bool, greeted);
+        QFETCH(bool, closed);
+        Program program({ "--fault", QTest::currentDataTag(), "--fault-delay", "2" });
+        Wire wire(program.port(), "> ", false);
+        if (closed) {
+            QCOMPARE(wire.untilClosed(), QByteArray());
+            return;
+        }
+        wire.send("pwd\n");
+        const QByteArray greeting = "tarnis-simserver " TARNIS_VERSION_STRING
+                                    ", a simulated data-acquisition server; help lists the commands\n> ";
+        const QByteArray expected = (greeted ? greeting : QByteArray()) + "OK:\n/\n> ";
+        QCOMPARE(wire.bytes(expected.size()), expected);
+    }
+
+    void faultsThatEndTheProcess_data()
+    {
+        QTest::addColumn<QString>("end");
+        QTest::newRow("exit") << "exit 3";
+        QTest::newRow("crash") << "crash";
+        QTest::newRow("start-exit") << "exit 3";
+        QTest::newRow("start-crash") << "crash";
+    }
+    void faultsThatEndTheProcess()
+    {
+        const QString name = QTest::currentDataTag();
+        Program program({ "--fault", name });
+        if (!name.startsWith("start")) {
+            Wire wire(program.port());
+            QVERIFY(program.isRunning());
+            wire.send("pwd\n");
+            QCOMPARE(wire.untilClosed(), QByteArray());
+        }
+        QTEST(program.end(), "end");
+    }
+
+    void faultsOfThePort_data()
+    {
+        QTest::addColumn<QByteArray>("output"); // N is a port from 1 to 65535
+        QTest::newRow("port-split") << QByteArray("UI port: N\n");
+        QTest::newRow("port-late") << QByteArray("UI port: N\n");
+        QTest::newRow("port-zero") << QByteArray("UI port: 0\n");
+        QTest::newRow("port-range") << QByteArray("UI port: 70000\n");
+    }
+    void faultsOfThePort()
+    {
+        QFETCH(QByteArray, output);
+        Program program({ "--fault", QTest::currentDataTag(), "--fault-delay", "100" });
+        if (output.contains('N')) {
+            Wire wire(program.port());
+            QCOMPARE(wire.ask("pwd"), QByteArray("OK:\n/\n"));
+            output.replace("N", QByteArray::number(program.port()));
+        }
+        QCOMPARE(program.outputUntil("\n"), output);
+        program.type("exit");
+        QCOMPARE(program.end(), QStringLiteral("exit 0"));
+    }
+
+    void missingPortIsNeverPrinted()
+    {
+        Program program({ "--fault", "port-missing" });
+        program.type("exit");
+        QCOMPARE(program.end(), QStringLiteral("exit 0"));
+        QCOMPARE(program.outputUntil("\n"), QByteArray());
+    }
+
+    void faultAffectsAllClients()
+    {
+        Program program;
+        Wire one(program.port());
+        Wire other(program.port());
+        QCOMPARE(one.ask("fault refuse every:2"), QByteArray("OK:\n"));
+        QCOMPARE(other.ask("pwd"), QByteArray("OK:\n/\n"));
+        QCOMPARE(other.ask("pwd"), QByteArray("NG:refused on demand\n"));
+        QCOMPARE(one.ask("pwd"), QByteArray("OK:\n/\n"));
+        QCOMPARE(other.ask("fault none"), QByteArray("OK:\n"));
+        QCOMPARE(one.ask("pwd"), QByteArray("OK:\n/\n"));
+    }
+
+    void everyFaultLeavesTheServerAlive()
+    {
+        // All faults in turn on one server, with a client for each: no resources leak.
+        Program program({ "--start" });
+        Wire control(program.port());
+        for (const simserver::FaultInfo& info : simserver::allFaults()) {
+            const bool ends = info.fault == simserver::Fault::Exit || info.fault == simserver::Fault::Crash;
+            if (ends || info.where == simserver::FaultInfo::Where::Process)
+                continue;
+            QCOMPARE(control.ask("fault " + QByteArray(info.name) + " delay:0"), QByteArray("OK:\n"));
+            Wire wire(program.port(), "> ", false);
+            wire.send("stat\nhist1d time 0 3 bins:64\nhist1d time 1 pairs bins:64\nhist2d image bins:16\nclose");
+            wire.untilClosed();
+            QCOMPARE(control.ask("fault none"), QByteArray("OK:\n"));
+        }
+        TRY_COMPARE(control.value("stat", "clients"), QByteArray("1"));
+    }
+
+    // The end
+    void endings_data()
+    {
+        QTest::addColumn<QByteArray>("typed");
+        QTest::newRow("exit without a line feed") << QByteArray("exit");
+        QTest::newRow("exit with a line feed") << QByteArray("exit\n");
+        QTest::newRow("exit behind other lines") << QByteArray("hello\n\nexit\n");
+        QTest::newRow("end of standard input") << QByteArray("end");
+        QTest::newRow("end of standard input inside a line") << QByteArray("hello");
+        QTest::newRow("signal") << QByteArray("signal");
+    }
+    void endings()
+    {
+        QFETCH(QByteArray, typed);
+        Program program;
+        Wire wire(program.port());
+        wire.send("sleep 600000\n");
+        if (typed == "signal")
+            program.terminate();
+        else if (typed == "end")
+            program.closeInput();
+        else
+            program.type(typed);
+        if (typed == "hello")
+            program.closeInput();
+        QCOMPARE(program.end(), QStringLiteral("exit 0"));
         QCOMPARE(wire.untilClosed(), QByteArray());
     }
-    QTEST(program.end(), "end");
-}
 
-void TestSimServer::faultsOfThePort_data()
-{
-    QTest::addColumn<QByteArray>("output"); // N is a port from 1 to 65535
-    QTest::newRow("port-split") << QByteArray("UI port: N\n");
-    QTest::newRow("port-late") << QByteArray("UI port: N\n");
-    QTest::newRow("port-zero") << QByteArray("UI port: 0\n");
-    QTest::newRow("port-range") << QByteArray("UI port: 70000\n");
-}
-
-void TestSimServer::faultsOfThePort()
-{
-    QFETCH(QByteArray, output);
-    Program program({ "--fault", QTest::currentDataTag(), "--fault-delay", "100" });
-    if (output.contains('N')) {
+    void withoutStandardInputOnlyASignalEndsIt()
+    {
+        Program program({ "--no-stdin" });
+        QVERIFY(program.port() != 0);
+        program.type("exit\n");
+        program.closeInput();
         Wire wire(program.port());
         QCOMPARE(wire.ask("pwd"), QByteArray("OK:\n/\n"));
-        output.replace("N", QByteArray::number(program.port()));
-    }
-    QCOMPARE(program.outputUntil("\n"), output);
-    program.type("exit");
-    QCOMPARE(program.end(), QStringLiteral("exit 0"));
-}
-
-void TestSimServer::missingPortIsNeverPrinted()
-{
-    Program program({ "--fault", "port-missing" });
-    program.type("exit");
-    QCOMPARE(program.end(), QStringLiteral("exit 0"));
-    QCOMPARE(program.outputUntil("\n"), QByteArray());
-}
-
-void TestSimServer::faultAffectsAllClients()
-{
-    Program program;
-    Wire one(program.port());
-    Wire other(program.port());
-    QCOMPARE(one.ask("fault refuse every:2"), QByteArray("OK:\n"));
-    QCOMPARE(other.ask("pwd"), QByteArray("OK:\n/\n"));
-    QCOMPARE(other.ask("pwd"), QByteArray("NG:refused on demand\n"));
-    QCOMPARE(one.ask("pwd"), QByteArray("OK:\n/\n"));
-    QCOMPARE(other.ask("fault none"), QByteArray("OK:\n"));
-    QCOMPARE(one.ask("pwd"), QByteArray("OK:\n/\n"));
-}
-
-void TestSimServer::everyFaultLeavesTheServerAlive()
-{
-    // All faults in turn on one server, with a client for each: no resources leak.
-    Program program({ "--start" });
-    Wire control(program.port());
-    for (const simserver::FaultInfo& info : simserver::allFaults()) {
-        const bool ends = info.fault == simserver::Fault::Exit || info.fault == simserver::Fault::Crash;
-        if (ends || info.where == simserver::FaultInfo::Where::Process)
-            continue;
-        QCOMPARE(control.ask("fault " + QByteArray(info.name) + " delay:0"), QByteArray("OK:\n"));
-        Wire wire(program.port(), "> ", false);
-        wire.send("stat\nhist1d time 0 3 bins:64\nhist1d time 1 pairs bins:64\nhist2d image bins:16\nclose");
-        wire.untilClosed();
-        QCOMPARE(control.ask("fault none"), QByteArray("OK:\n"));
-    }
-    TRY_COMPARE(control.value("stat", "clients"), QByteArray("1"));
-}
-
-void TestSimServer::endings_data()
-{
-    QTest::addColumn<QByteArray>("typed");
-    QTest::newRow("exit without a line feed") << QByteArray("exit");
-    QTest::newRow("exit with a line feed") << QByteArray("exit\n");
-    QTest::newRow("exit behind other lines") << QByteArray("hello\n\nexit\n");
-    QTest::newRow("end of standard input") << QByteArray("end");
-    QTest::newRow("end of standard input inside a line") << QByteArray("hello");
-    QTest::newRow("signal") << QByteArray("signal");
-}
-
-void TestSimServer::endings()
-{
-    QFETCH(QByteArray, typed);
-    Program program;
-    Wire wire(program.port());
-    wire.send("sleep 600000\n");
-    if (typed == "signal")
         program.terminate();
-    else if (typed == "end")
-        program.closeInput();
-    else
-        program.type(typed);
-    if (typed == "hello")
-        program.closeInput();
-    QCOMPARE(program.end(), QStringLiteral("exit 0"));
-    QCOMPARE(wire.untilClosed(), QByteArray());
-}
-
-void TestSimServer::withoutStandardInputOnlyASignalEndsIt()
-{
-    Program program({ "--no-stdin" });
-    QVERIFY(program.port() != 0);
-    program.type("exit\n");
-    program.closeInput();
-    Wire wire(program.port());
-    QCOMPARE(wire.ask("pwd"), QByteArray("OK:\n/\n"));
-    program.terminate();
-    QCOMPARE(program.end(), QStringLiteral("exit 0"));
-}
-
-void TestSimServer::endIsIgnoredOnDemand()
-{
-    Program program({ "--fault", "ignore-exit" });
-    QVERIFY(program.port() != 0);
-    program.type("exit\n");
-    program.closeInput();
-    Wire wire(program.port());
-    QCOMPARE(wire.ask("pwd"), QByteArray("OK:\n/\n"));
-    QVERIFY(program.isRunning());
-}
-
-void TestSimServer::endRecordsTheRun()
-{
-    const QTemporaryDir root;
-    Program program({ "--root", root.path() });
-    Wire wire(program.port());
-    QCOMPARE(wire.ask("setting record:on inst:END rate:10000"), QByteArray("OK:\n"));
-    QCOMPARE(wire.ask("start"), QByteArray("OK:\nrun: 1\n"));
-    const QByteArray directory = wire.value("stat", "run directory");
-    QVERIFY(directory.startsWith("/END000001_"));
-    TRY_VERIFY(wire.value("stat", "events").toInt() > 10);
-    program.type("exit");
-    QCOMPARE(program.end(), QStringLiteral("exit 0"));
-    const QDir run(root.path() + QString::fromLatin1(directory));
-    QCOMPARE(run.entryList(QDir::Files), (QStringList { "run.txt", "total.spe" }));
-    QVERIFY(simserver::readSpectrum(run.filePath("total.spe")).error.isEmpty());
-}
-
-void TestSimServer::samplesGoWithTheProcess()
-{
-    const QTemporaryDir folder;
-    const QString log = folder.filePath("log");
-    Program program({ "--log", log });
-    QVERIFY(program.port() != 0);
-    QFile file(log);
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    const QByteArray text = file.readAll();
-    const QByteArray root = text.mid(text.indexOf("] root ") + 7).split('\n').front();
-    QVERIFY2(QDir(root).exists("data"), root.constData());
-    program.type("exit");
-    QCOMPARE(program.end(), QStringLiteral("exit 0"));
-    QVERIFY(!QDir(root).exists());
-}
-
-void TestSimServer::logRecordsEvents()
-{
-    const QTemporaryDir folder;
-    const QString log = folder.filePath("log");
-    Program program({ "--log", log, "--log-level", "0" });
-    {
-        Wire wire(program.port());
-        wire.ask("start");
-        wire.ask("gibberish\x1b[2J");
+        QCOMPARE(program.end(), QStringLiteral("exit 0"));
     }
-    program.type("exit");
-    QCOMPARE(program.end(), QStringLiteral("exit 0"));
-    QFile file(log);
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    const QByteArray text = file.readAll();
-    for (const char* const part : { "] listening on port ", "] client 1 comes from port ", "[BLCK] client 1: start -> ",
-             "[INFO] run 1 starts", "[INFO] refused: NG:the command contains a control character",
-             "[BLCK] client 1: gibberish?[2J -> ", "[INFO] ending: exit" })
-        QVERIFY2(text.contains(part), part);
-}
 
-void TestSimServer::failuresAreReported_data()
-{
-    QTest::addColumn<QStringList>("arguments");
-    QTest::addColumn<QString>("end");
-    QTest::addColumn<QByteArray>("error");
-    const auto row = [](const char* name, const QStringList& arguments, const char* end, const char* error) {
-        QTest::newRow(name) << arguments << QString::fromLatin1(end) << QByteArray(error);
-    };
-    row("unknown option", { "--colour" }, "exit 2",
-        "tarnis-simserver: Unknown option 'colour'.\ntarnis-simserver: --help lists the options\n");
-    row("unknown fault", { "--fault", "gremlin" }, "exit 2",
-        "tarnis-simserver: unknown fault 'gremlin'; --help lists them\ntarnis-simserver: --help lists the options\n");
-    row("absent root", { "--root", "/nowhere" }, "exit 1",
-        "tarnis-simserver: the root '/nowhere' is not a directory\n");
-    row("absent spectrum", { "--spectrum", "/nowhere.spe" }, "exit 1",
-        "tarnis-simserver: cannot use the spectrum '/nowhere.spe': No such file or directory\n");
-    row("log that cannot be written", { "--log", "/nowhere/log" }, "exit 1",
-        "tarnis-simserver: cannot write the log '/nowhere/log': No such file or directory\n");
-    row("settings that are none", { "--settings", "/proc/self/cmdline" }, "exit 1",
-        "tarnis-simserver: cannot use the settings of '/proc/self/cmdline': line 1 is not of the form name: value\n");
-}
+    void endIsIgnoredOnDemand()
+    {
+        Program program({ "--fault", "ignore-exit" });
+        QVERIFY(program.port() != 0);
+        program.type("exit\n");
+        program.closeInput();
+        Wire wire(program.port());
+        QCOMPARE(wire.ask("pwd"), QByteArray("OK:\n/\n"));
+        QVERIFY(program.isRunning());
+    }
 
-void TestSimServer::failuresAreReported()
-{
-    QFETCH(QStringList, arguments);
-    Program program(arguments);
-    QTEST(program.errors(), "error");
-    QTEST(program.end(), "end");
-    QCOMPARE(program.port(), quint16 { 0 });
-}
+    void endRecordsTheRun()
+    {
+        const QTemporaryDir root;
+        Program program({ "--root", root.path() });
+        Wire wire(program.port());
+        QCOMPARE(wire.ask("setting record:on inst:END rate:10000"), QByteArray("OK:\n"));
+        QCOMPARE(wire.ask("start"), QByteArray("OK:\nrun: 1\n"));
+        const QByteArray directory = wire.value("stat", "run directory");
+        QVERIFY(directory.startsWith("/END000001_"));
+        TRY_VERIFY(wire.value("stat", "events").toInt() > 10);
+        program.type("exit");
+        QCOMPARE(program.end(), QStringLiteral("exit 0"));
+        const QDir run(root.path() + QString::fromLatin1(directory));
+        QCOMPARE(run.entryList(QDir::Files), (QStringList { "run.txt", "total.spe" }));
+        QVERIFY(simserver::readSpectrum(run.filePath("total.spe")).error.isEmpty());
+    }
 
-void TestSimServer::usedPortIsReported()
-{
-    QTcpServer taken;
-    QVERIFY(taken.listen(QHostAddress::LocalHost));
-    Program program({ "--port", QString::number(taken.serverPort()) });
-    QCOMPARE(program.errors(),
-        QByteArray("tarnis-simserver: cannot listen on port " + QByteArray::number(taken.serverPort())
-            + ": The bound address is already in use\n"));
-    QCOMPARE(program.end(), QStringLiteral("exit 1"));
-}
+    void samplesGoWithTheProcess()
+    {
+        const QTemporaryDir folder;
+        const QString log = folder.filePath("log");
+        Program program({ "--log", log });
+        QVERIFY(program.port() != 0);
+        QFile file(log);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const QByteArray text = file.readAll();
+        const QByteArray root = text.mid(text.indexOf("] root ") + 7).split('\n').front();
+        QVERIFY2(QDir(root).exists("data"), root.constData());
+        program.type("exit");
+        QCOMPARE(program.end(), QStringLiteral("exit 0"));
+        QVERIFY(!QDir(root).exists());
+    }
 
-void TestSimServer::helpAndVersionArePrinted()
-{
-    Program help({ "--help" });
-    QVERIFY(help.outputUntil("Exit codes").startsWith("Usage: "));
-    QCOMPARE(help.end(), QStringLiteral("exit 0"));
-    Program version({ "--version" });
-    QCOMPARE(version.outputUntil("\n"), QByteArray("tarnis-simserver " TARNIS_VERSION_STRING "\n"));
-    QCOMPARE(version.end(), QStringLiteral("exit 0"));
-}
+    void logRecordsEvents()
+    {
+        const QTemporaryDir folder;
+        const QString log = folder.filePath("log");
+        Program program({ "--log", log, "--log-level", "0" });
+        {
+            Wire wire(program.port());
+            wire.ask("start");
+            wire.ask("gibberish\x1b[2J");
+        }
+        program.type("exit");
+        QCOMPARE(program.end(), QStringLiteral("exit 0"));
+        QFile file(log);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const QByteArray text = file.readAll();
+        for (const char* const part :
+            { "] listening on port ", "] client 1 comes from port ", "[BLCK] client 1: start -> ",
+                "[INFO] run 1 starts", "[INFO] refused: NG:the command contains a control character",
+                "[BLCK] client 1: gibberish?[2J -> ", "[INFO] ending: exit" })
+            QVERIFY2(text.contains(part), part);
+    }
+
+    void failuresAreReported_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<QString>("end");
+        QTest::addColumn<QByteArray>("error");
+        const auto row = [](const char* name, const QStringList& arguments, const char* end, const char* error) {
+            QTest::newRow(name) << arguments << QString::fromLatin1(end) << QByteArray(error);
+        };
+        row("unknown option", { "--colour" }, "exit 2",
+            "tarnis-simserver: Unknown option 'colour'.\ntarnis-simserver: --help lists the options\n");
+        row("unknown fault", { "--fault", "gremlin" }, "exit 2",
+            "tarnis-simserver: unknown fault 'gremlin'; --help lists them\ntarnis-simserver: --help lists the "
+            "options\n");
+        row("absent root", { "--root", "/nowhere" }, "exit 1",
+            "tarnis-simserver: the root '/nowhere' is not a directory\n");
+        row("absent spectrum", { "--spectrum", "/nowhere.spe" }, "exit 1",
+            "tarnis-simserver: cannot use the spectrum '/nowhere.spe': No such file or directory\n");
+        row("log that cannot be written", { "--log", "/nowhere/log" }, "exit 1",
+            "tarnis-simserver: cannot write the log '/nowhere/log': No such file or directory\n");
+        row("settings that are none", { "--settings", "/proc/self/cmdline" }, "exit 1",
+            "tarnis-simserver: cannot use the settings of '/proc/self/cmdline': line 1 is not of the form name: "
+            "value\n");
+    }
+    void failuresAreReported()
+    {
+        QFETCH(QStringList, arguments);
+        Program program(arguments);
+        QTEST(program.errors(), "error");
+        QTEST(program.end(), "end");
+        QCOMPARE(program.port(), quint16 { 0 });
+    }
+
+    void usedPortIsReported()
+    {
+        QTcpServer taken;
+        QVERIFY(taken.listen(QHostAddress::LocalHost));
+        Program program({ "--port", QString::number(taken.serverPort()) });
+        QCOMPARE(program.errors(),
+            QByteArray("tarnis-simserver: cannot listen on port " + QByteArray::number(taken.serverPort())
+                + ": The bound address is already in use\n"));
+        QCOMPARE(program.end(), QStringLiteral("exit 1"));
+    }
+
+    void helpAndVersionArePrinted()
+    {
+        Program help({ "--help" });
+        QVERIFY(help.outputUntil("Exit codes").startsWith("Usage: "));
+        QCOMPARE(help.end(), QStringLiteral("exit 0"));
+        Program version({ "--version" });
+        QCOMPARE(version.outputUntil("\n"), QByteArray("tarnis-simserver " TARNIS_VERSION_STRING "\n"));
+        QCOMPARE(version.end(), QStringLiteral("exit 0"));
+    }
+};
 
 QTEST_GUILESS_MAIN(TestSimServer)
 #include "tst_simserver.moc"

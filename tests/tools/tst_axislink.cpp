@@ -67,233 +67,221 @@ class TestAxisLink : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void allPlotsTakeARange();
-    void automaticScalingIsSwitchedForAll();
-    void newMembersTakeTheRangeOfTheGroup();
-    void mapAndCurveShareAxesOfDifferentDirection();
-    void bothAxesByTwoGroups();
-    void eachPlotIsDrawnOncePerChange();
-    void groupsThatOverlapComeToRest();
-    void plotsMayGoAtAnyTime();
-    void rangesThatAreNoneStayAlone();
-    void heldRangeSurvivesSetUpByTheHost();
-    void nullAndDoubleMembersChangeNothing();
+    void allPlotsTakeARange()
+    {
+        VectorGraphWidget a, b, c;
+        AxisLink link;
+        for (VectorGraphWidget* const plot : { &a, &b, &c }) {
+            fill(*plot);
+            link.add(plot, Qt::Horizontal);
+        }
+        QSignalSpy changed(&link, &AxisLink::rangeChanged);
+        showX(b, 12.3, 45.6);
+        TRY_COMPARE(rangeX(c), (AxisRange { 12.3, 45.6 }));
+        QCOMPARE(rangeX(a), (AxisRange { 12.3, 45.6 }));
+        QVERIFY(!isAutoX(a));
+        QCoreApplication::processEvents();
+        QCOMPARE(changed.size(), 1);
+        showX(c, 80, 20); // reversed
+        TRY_COMPARE(rangeX(a), (AxisRange { 80, 20 }));
+        QCoreApplication::processEvents();
+        QCOMPARE(changed.size(), 2);
+    }
+
+    void automaticScalingIsSwitchedForAll()
+    {
+        VectorGraphWidget a, b;
+        fill(a, 100);
+        fill(b, 200);
+        AxisLink link;
+        link.add(&a, Qt::Horizontal);
+        link.add(&b, Qt::Horizontal);
+        showX(a, 5, 6);
+        TRY_COMPARE(rangeX(b), (AxisRange { 5, 6 }));
+        b.onAutoScaleX(true);
+        TRY_VERIFY(isAutoX(a));
+        QCOMPARE(rangeX(a), (AxisRange { 0, 100 }));
+        QCOMPARE(rangeX(b), (AxisRange { 0, 200 })); // each its own data
+    }
+
+    void newMembersTakeTheRangeOfTheGroup()
+    {
+        VectorGraphWidget a, b;
+        fill(a);
+        fill(b);
+        AxisLink link;
+        showX(a, 5, 6);
+        link.add(&a, Qt::Horizontal);
+        link.add(&b, Qt::Horizontal);
+        QCOMPARE(rangeX(b), (AxisRange { 5, 6 }));
+        QCOMPARE(link.count(), 2);
+        link.remove(&b, Qt::Horizontal);
+        showX(a, 7, 8);
+        QCoreApplication::processEvents();
+        QCOMPARE(rangeX(b), (AxisRange { 5, 6 }));
+    }
+
+    void mapAndCurveShareAxesOfDifferentDirection()
+    {
+        XY2DGraphWidget map;
+        map.m_doubleBuffered = true;
+        map.init(QStringLiteral("X"), QStringLiteral("Y"), 100, 100, true, true);
+        map.resize(300, 300);
+        VectorGraphWidget curve;
+        fill(curve);
+        AxisLink link;
+        link.add(&map, Qt::Vertical);
+        link.add(&curve, Qt::Horizontal);
+        showX(curve, 10, 20);
+        TRY_COMPARE(rangeY(map), (AxisRange { 10, 20 }));
+        map.onAutoScaleY(false);
+        map.setMinMaxY(30, 50);
+        map.refreshPixmap();
+        TRY_COMPARE(rangeX(curve), (AxisRange { 30, 50 }));
+    }
+
+    void bothAxesByTwoGroups()
+    {
+        VectorGraphWidget a, b;
+        fill(a);
+        fill(b);
+        AxisLink linkX, linkY;
+        for (VectorGraphWidget* const plot : { &a, &b }) {
+            linkX.add(plot, Qt::Horizontal);
+            linkY.add(plot, Qt::Vertical);
+        }
+        showBoth(a);
+        TRY_COMPARE(rangeY(b), (AxisRange { 1, 2 }));
+        QCOMPARE(rangeX(b), (AxisRange { 10, 20 }));
+    }
+
+    void eachPlotIsDrawnOncePerChange()
+    {
+        CountingPlot a, b;
+        AxisLink linkX, linkY;
+        for (CountingPlot* const plot : { &a, &b }) {
+            fill(*plot);
+            linkX.add(plot, Qt::Horizontal);
+            linkY.add(plot, Qt::Vertical);
+            plot->show();
+            QVERIFY(QTest::qWaitForWindowExposed(plot));
+        }
+        TRY_VERIFY(a.drawings > 0 && b.drawings > 0);
+        QCoreApplication::processEvents();
+        a.drawings = b.drawings = 0;
+        showBoth(a);
+        TRY_COMPARE(rangeX(b), (AxisRange { 10, 20 }));
+        for (int i = 0; i < 10; ++i)
+            QCoreApplication::processEvents();
+        QCOMPARE(b.drawings, 1);
+        QVERIFY2(a.drawings <= 1, qPrintable(QString::number(a.drawings)));
+    }
+
+    void groupsThatOverlapComeToRest()
+    {
+        // A ring: a.x - b.x, b.x - c.x, c.x - a.x
+        VectorGraphWidget a, b, c;
+        fill(a);
+        fill(b);
+        fill(c);
+        AxisLink first, second, third;
+        first.add(&a, Qt::Horizontal);
+        first.add(&b, Qt::Horizontal);
+        second.add(&b, Qt::Horizontal);
+        second.add(&c, Qt::Horizontal);
+        third.add(&c, Qt::Horizontal);
+        third.add(&a, Qt::Horizontal);
+        QSignalSpy changed(&first, &AxisLink::rangeChanged);
+        showX(a, 1, 2);
+        TRY_COMPARE(rangeX(c), (AxisRange { 1, 2 }));
+        for (int i = 0; i < 50; ++i)
+            QCoreApplication::processEvents();
+        QCOMPARE(changed.size(), 1);
+        QCOMPARE(rangeX(a), (AxisRange { 1, 2 }));
+    }
+
+    void plotsMayGoAtAnyTime()
+    {
+        AxisLink link;
+        auto a = std::make_unique<VectorGraphWidget>();
+        auto b = std::make_unique<VectorGraphWidget>();
+        VectorGraphWidget c;
+        fill(*a);
+        fill(*b);
+        fill(c);
+        link.add(a.get(), Qt::Horizontal);
+        link.add(b.get(), Qt::Horizontal);
+        link.add(&c, Qt::Horizontal);
+        connect(&link, &AxisLink::rangeChanged, this, [&b] { b.reset(); });
+        showX(*a, 1, 2);
+        TRY_VERIFY(b == nullptr);
+        QCOMPARE(link.count(), 2);
+        QCOMPARE(rangeX(c), (AxisRange { 1, 2 }));
+        a.reset();
+        QCOMPARE(link.count(), 1);
+        showX(c, 3, 4);
+        QCoreApplication::processEvents();
+        VectorGraphWidget d;
+        fill(d);
+        link.add(&d, Qt::Horizontal);
+        QCOMPARE(rangeX(d), (AxisRange { 3, 4 }));
+    }
+
+    void rangesThatAreNoneStayAlone()
+    {
+        VectorGraphWidget a, b;
+        fill(a);
+        fill(b);
+        AxisLink link;
+        link.add(&a, Qt::Horizontal);
+        link.add(&b, Qt::Horizontal);
+        showX(a, 1, 2);
+        TRY_COMPARE(rangeX(b), (AxisRange { 1, 2 }));
+        showX(a, 5, 5);
+        QCoreApplication::processEvents();
+        QCOMPARE(rangeX(b), (AxisRange { 1, 2 }));
+        showX(a, 5, std::numeric_limits<double>::quiet_NaN());
+        QCoreApplication::processEvents();
+        QCOMPARE(rangeX(b), (AxisRange { 1, 2 }));
+        showX(a, 5, std::numeric_limits<double>::infinity());
+        QCoreApplication::processEvents();
+        QCOMPARE(rangeX(b), (AxisRange { 1, 2 }));
+        showX(a, 3, 4);
+        TRY_COMPARE(rangeX(b), (AxisRange { 3, 4 }));
+    }
+
+    void heldRangeSurvivesSetUpByTheHost()
+    {
+        VectorGraphWidget a, b;
+        fill(a);
+        fill(b);
+        AxisLink link;
+        link.add(&a, Qt::Horizontal);
+        link.add(&b, Qt::Horizontal);
+        showX(a, 10, 20);
+        TRY_COMPARE(rangeX(b), (AxisRange { 10, 20 }));
+        b.initManualX(0, 500); // as the pair format does with each reply
+        QCoreApplication::processEvents();
+        QCOMPARE(rangeX(b), (AxisRange { 10, 20 }));
+        QCOMPARE(rangeX(a), (AxisRange { 10, 20 }));
+    }
+
+    void nullAndDoubleMembersChangeNothing()
+    {
+        AxisLink link;
+        QTest::ignoreMessage(QtWarningMsg, "tarnis: a null plot cannot be linked");
+        link.add(nullptr, Qt::Horizontal);
+        VectorGraphWidget a;
+        fill(a);
+        link.add(&a, Qt::Horizontal);
+        link.add(&a, Qt::Horizontal);
+        QCOMPARE(link.count(), 1);
+        link.remove(&a, Qt::Vertical);
+        link.remove(nullptr, Qt::Horizontal);
+        QCOMPARE(link.count(), 1);
+        QVERIFY(!link.contains(nullptr, Qt::Horizontal));
+    }
 };
-
-void TestAxisLink::allPlotsTakeARange()
-{
-    VectorGraphWidget a, b, c;
-    AxisLink link;
-    for (VectorGraphWidget* const plot : { &a, &b, &c }) {
-        fill(*plot);
-        link.add(plot, Qt::Horizontal);
-    }
-    QSignalSpy changed(&link, &AxisLink::rangeChanged);
-    showX(b, 12.3, 45.6);
-    TRY_COMPARE(rangeX(c), (AxisRange { 12.3, 45.6 }));
-    QCOMPARE(rangeX(a), (AxisRange { 12.3, 45.6 }));
-    QVERIFY(!isAutoX(a));
-    QCoreApplication::processEvents();
-    QCOMPARE(changed.size(), 1);
-    showX(c, 80, 20); // reversed
-    TRY_COMPARE(rangeX(a), (AxisRange { 80, 20 }));
-    QCoreApplication::processEvents();
-    QCOMPARE(changed.size(), 2);
-}
-
-void TestAxisLink::automaticScalingIsSwitchedForAll()
-{
-    VectorGraphWidget a, b;
-    fill(a, 100);
-    fill(b, 200);
-    AxisLink link;
-    link.add(&a, Qt::Horizontal);
-    link.add(&b, Qt::Horizontal);
-    showX(a, 5, 6);
-    TRY_COMPARE(rangeX(b), (AxisRange { 5, 6 }));
-    b.onAutoScaleX(true);
-    TRY_VERIFY(isAutoX(a));
-    QCOMPARE(rangeX(a), (AxisRange { 0, 100 }));
-    QCOMPARE(rangeX(b), (AxisRange { 0, 200 })); // each its own data
-}
-
-void TestAxisLink::newMembersTakeTheRangeOfTheGroup()
-{
-    VectorGraphWidget a, b;
-    fill(a);
-    fill(b);
-    AxisLink link;
-    showX(a, 5, 6);
-    link.add(&a, Qt::Horizontal);
-    link.add(&b, Qt::Horizontal);
-    QCOMPARE(rangeX(b), (AxisRange { 5, 6 }));
-    QCOMPARE(link.count(), 2);
-    link.remove(&b, Qt::Horizontal);
-    showX(a, 7, 8);
-    QCoreApplication::processEvents();
-    QCOMPARE(rangeX(b), (AxisRange { 5, 6 }));
-}
-
-void TestAxisLink::mapAndCurveShareAxesOfDifferentDirection()
-{
-    XY2DGraphWidget map;
-    map.m_doubleBuffered = true;
-    map.init(QStringLiteral("X"), QStringLiteral("Y"), 100, 100, true, true);
-    map.resize(300, 300);
-    VectorGraphWidget curve;
-    fill(curve);
-    AxisLink link;
-    link.add(&map, Qt::Vertical);
-    link.add(&curve, Qt::Horizontal);
-    showX(curve, 10, 20);
-    TRY_COMPARE(rangeY(map), (AxisRange { 10, 20 }));
-    map.onAutoScaleY(false);
-    map.setMinMaxY(30, 50);
-    map.refreshPixmap();
-    TRY_COMPARE(rangeX(curve), (AxisRange { 30, 50 }));
-}
-
-void TestAxisLink::bothAxesByTwoGroups()
-{
-    VectorGraphWidget a, b;
-    fill(a);
-    fill(b);
-    AxisLink linkX, linkY;
-    for (VectorGraphWidget* const plot : { &a, &b }) {
-        linkX.add(plot, Qt::Horizontal);
-        linkY.add(plot, Qt::Vertical);
-    }
-    showBoth(a);
-    TRY_COMPARE(rangeY(b), (AxisRange { 1, 2 }));
-    QCOMPARE(rangeX(b), (AxisRange { 10, 20 }));
-}
-
-void TestAxisLink::eachPlotIsDrawnOncePerChange()
-{
-    CountingPlot a, b;
-    AxisLink linkX, linkY;
-    for (CountingPlot* const plot : { &a, &b }) {
-        fill(*plot);
-        linkX.add(plot, Qt::Horizontal);
-        linkY.add(plot, Qt::Vertical);
-        plot->show();
-        QVERIFY(QTest::qWaitForWindowExposed(plot));
-    }
-    TRY_VERIFY(a.drawings > 0 && b.drawings > 0);
-    QCoreApplication::processEvents();
-    a.drawings = b.drawings = 0;
-    showBoth(a);
-    TRY_COMPARE(rangeX(b), (AxisRange { 10, 20 }));
-    for (int i = 0; i < 10; ++i)
-        QCoreApplication::processEvents();
-    QCOMPARE(b.drawings, 1);
-    QVERIFY2(a.drawings <= 1, qPrintable(QString::number(a.drawings)));
-}
-
-void TestAxisLink::groupsThatOverlapComeToRest()
-{
-    // A ring: a.x - b.x, b.x - c.x, c.x - a.x
-    VectorGraphWidget a, b, c;
-    fill(a);
-    fill(b);
-    fill(c);
-    AxisLink first, second, third;
-    first.add(&a, Qt::Horizontal);
-    first.add(&b, Qt::Horizontal);
-    second.add(&b, Qt::Horizontal);
-    second.add(&c, Qt::Horizontal);
-    third.add(&c, Qt::Horizontal);
-    third.add(&a, Qt::Horizontal);
-    QSignalSpy changed(&first, &AxisLink::rangeChanged);
-    showX(a, 1, 2);
-    TRY_COMPARE(rangeX(c), (AxisRange { 1, 2 }));
-    for (int i = 0; i < 50; ++i)
-        QCoreApplication::processEvents();
-    QCOMPARE(changed.size(), 1);
-    QCOMPARE(rangeX(a), (AxisRange { 1, 2 }));
-}
-
-void TestAxisLink::plotsMayGoAtAnyTime()
-{
-    AxisLink link;
-    auto a = std::make_unique<VectorGraphWidget>();
-    auto b = std::make_unique<VectorGraphWidget>();
-    VectorGraphWidget c;
-    fill(*a);
-    fill(*b);
-    fill(c);
-    link.add(a.get(), Qt::Horizontal);
-    link.add(b.get(), Qt::Horizontal);
-    link.add(&c, Qt::Horizontal);
-    connect(&link, &AxisLink::rangeChanged, this, [&b] { b.reset(); });
-    showX(*a, 1, 2);
-    TRY_VERIFY(b == nullptr);
-    QCOMPARE(link.count(), 2);
-    QCOMPARE(rangeX(c), (AxisRange { 1, 2 }));
-    a.reset();
-    QCOMPARE(link.count(), 1);
-    showX(c, 3, 4);
-    QCoreApplication::processEvents();
-    VectorGraphWidget d;
-    fill(d);
-    link.add(&d, Qt::Horizontal);
-    QCOMPARE(rangeX(d), (AxisRange { 3, 4 }));
-}
-
-void TestAxisLink::rangesThatAreNoneStayAlone()
-{
-    VectorGraphWidget a, b;
-    fill(a);
-    fill(b);
-    AxisLink link;
-    link.add(&a, Qt::Horizontal);
-    link.add(&b, Qt::Horizontal);
-    showX(a, 1, 2);
-    TRY_COMPARE(rangeX(b), (AxisRange { 1, 2 }));
-    showX(a, 5, 5);
-    QCoreApplication::processEvents();
-    QCOMPARE(rangeX(b), (AxisRange { 1, 2 }));
-    showX(a, 5, std::numeric_limits<double>::quiet_NaN());
-    QCoreApplication::processEvents();
-    QCOMPARE(rangeX(b), (AxisRange { 1, 2 }));
-    showX(a, 5, std::numeric_limits<double>::infinity());
-    QCoreApplication::processEvents();
-    QCOMPARE(rangeX(b), (AxisRange { 1, 2 }));
-    showX(a, 3, 4);
-    TRY_COMPARE(rangeX(b), (AxisRange { 3, 4 }));
-}
-
-void TestAxisLink::heldRangeSurvivesSetUpByTheHost()
-{
-    VectorGraphWidget a, b;
-    fill(a);
-    fill(b);
-    AxisLink link;
-    link.add(&a, Qt::Horizontal);
-    link.add(&b, Qt::Horizontal);
-    showX(a, 10, 20);
-    TRY_COMPARE(rangeX(b), (AxisRange { 10, 20 }));
-    b.initManualX(0, 500); // as the pair format does with each reply
-    QCoreApplication::processEvents();
-    QCOMPARE(rangeX(b), (AxisRange { 10, 20 }));
-    QCOMPARE(rangeX(a), (AxisRange { 10, 20 }));
-}
-
-void TestAxisLink::nullAndDoubleMembersChangeNothing()
-{
-    AxisLink link;
-    QTest::ignoreMessage(QtWarningMsg, "tarnis: a null plot cannot be linked");
-    link.add(nullptr, Qt::Horizontal);
-    VectorGraphWidget a;
-    fill(a);
-    link.add(&a, Qt::Horizontal);
-    link.add(&a, Qt::Horizontal);
-    QCOMPARE(link.count(), 1);
-    link.remove(&a, Qt::Vertical);
-    link.remove(nullptr, Qt::Horizontal);
-    QCOMPARE(link.count(), 1);
-    QVERIFY(!link.contains(nullptr, Qt::Horizontal));
-}
 
 QTEST_MAIN(TestAxisLink)
 #include "tst_axislink.moc"

@@ -39,105 +39,96 @@ class TestInteractiveTool : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
-    void cleanup();
-    void toolsAreListedInTheOrderOfAttachment();
-    void actionsHaveTextIconAndShownKeys();
-    void actionsFollowTheLanguage();
-    void crossIsSwitchedByItsAction();
-    void stateOfTheCrossComesBack();
-    void wrongStateChangesNothing();
+    void init()
+    {
+        m_plot = std::make_unique<VectorGraphWidget>();
+        m_plot->init(QStringLiteral("Time"), QStringLiteral("Counts"), 100, 10, true, true);
+        m_plot->initManualX(0, 100);
+        m_plot->setData(QList<double> { 1, 5, 3, 0 });
+        m_plot->setMaxValue(5);
+        m_plot->m_doubleBuffered = true;
+        m_plot->resize(400, 300);
+        m_plot->grab();
+    }
+
+    void cleanup()
+    {
+        setLanguage(QLocale(QLocale::English));
+        m_plot.reset();
+    }
+
+    void toolsAreListedInTheOrderOfAttachment()
+    {
+        auto* const cross = new PlotCrosshair(m_plot.get());
+        auto* const navigator = new PlotNavigator(m_plot.get());
+        QCOMPARE(InteractiveTool::toolsOf(*m_plot), (QList<InteractiveTool*> { cross, navigator }));
+        delete cross;
+        QCOMPARE(InteractiveTool::toolsOf(*m_plot), (QList<InteractiveTool*> { navigator }));
+    }
+
+    void actionsHaveTextIconAndShownKeys()
+    {
+        new PlotNavigator(m_plot.get());
+        new PlotCrosshair(m_plot.get());
+        for (const InteractiveTool* const tool : InteractiveTool::toolsOf(*m_plot)) {
+            for (const QAction* const action : tool->actions()) {
+                QVERIFY2(!action->text().isEmpty(), qPrintable(action->objectName()));
+                QVERIFY2(!action->objectName().isEmpty(), qPrintable(action->text()));
+                QVERIFY2(inkOf(action->icon(), 16) > 10, qPrintable(action->objectName()));
+                QVERIFY2(inkOf(action->icon(), 48) > 90, qPrintable(action->objectName()));
+                QCOMPARE(action->shortcutContext(), Qt::WidgetShortcut);
+            }
+        }
+    }
+
+    void actionsFollowTheLanguage()
+    {
+        const PlotCrosshair& cross = *new PlotCrosshair(m_plot.get());
+        QCOMPARE(actionOf(cross, "pinCrosshair")->text(), QStringLiteral("Pin the Cross"));
+        QVERIFY(setLanguage(QLocale(QLocale::German)));
+        TRY_COMPARE(actionOf(cross, "pinCrosshair")->text(), QStringLiteral("Kreuz festhalten"));
+    }
+
+    void crossIsSwitchedByItsAction()
+    {
+        PlotCrosshair& cross = *new PlotCrosshair(m_plot.get());
+        cross.setOn(false);
+        QVERIFY(!actionOf(cross, "crosshair")->isChecked());
+        actionOf(cross, "crosshair")->trigger();
+        QVERIFY(cross.isOn());
+        actionOf(cross, "pinCrosshair")->trigger();
+        QVERIFY(cross.isPinned());
+        QVERIFY(actionOf(cross, "copyValues")->isEnabled());
+        actionOf(cross, "crosshair")->trigger();
+        QVERIFY(!cross.isPinned());
+        QVERIFY(!actionOf(cross, "pinCrosshair")->isChecked());
+    }
+
+    void stateOfTheCrossComesBack()
+    {
+        PlotCrosshair& cross = *new PlotCrosshair(m_plot.get());
+        cross.pinAt({ 1.5, 2.0 });
+        const QString text = cross.text();
+        QVERIFY(text.contains(QStringLiteral("bin 0")));
+        const QJsonObject state = cross.saveState();
+        cross.setOn(false);
+        cross.restoreState(state);
+        QVERIFY(cross.isPinned());
+        QCOMPARE(cross.text(), text);
+    }
+
+    void wrongStateChangesNothing()
+    {
+        PlotCrosshair& cross = *new PlotCrosshair(m_plot.get());
+        cross.restoreState({ { QStringLiteral("on"), QStringLiteral("yes") },
+            { QStringLiteral("pin"), QJsonArray { 1 } }, { QStringLiteral("other"), 5 } });
+        QVERIFY(cross.isOn());
+        QVERIFY(!cross.isPinned());
+    }
 
 private:
     std::unique_ptr<VectorGraphWidget> m_plot;
 };
-
-void TestInteractiveTool::init()
-{
-    m_plot = std::make_unique<VectorGraphWidget>();
-    m_plot->init(QStringLiteral("Time"), QStringLiteral("Counts"), 100, 10, true, true);
-    m_plot->initManualX(0, 100);
-    m_plot->setData(QList<double> { 1, 5, 3, 0 });
-    m_plot->setMaxValue(5);
-    m_plot->m_doubleBuffered = true;
-    m_plot->resize(400, 300);
-    m_plot->grab();
-}
-
-void TestInteractiveTool::cleanup()
-{
-    setLanguage(QLocale(QLocale::English));
-    m_plot.reset();
-}
-
-void TestInteractiveTool::toolsAreListedInTheOrderOfAttachment()
-{
-    auto* const cross = new PlotCrosshair(m_plot.get());
-    auto* const navigator = new PlotNavigator(m_plot.get());
-    QCOMPARE(InteractiveTool::toolsOf(*m_plot), (QList<InteractiveTool*> { cross, navigator }));
-    delete cross;
-    QCOMPARE(InteractiveTool::toolsOf(*m_plot), (QList<InteractiveTool*> { navigator }));
-}
-
-void TestInteractiveTool::actionsHaveTextIconAndShownKeys()
-{
-    new PlotNavigator(m_plot.get());
-    new PlotCrosshair(m_plot.get());
-    for (const InteractiveTool* const tool : InteractiveTool::toolsOf(*m_plot)) {
-        for (const QAction* const action : tool->actions()) {
-            QVERIFY2(!action->text().isEmpty(), qPrintable(action->objectName()));
-            QVERIFY2(!action->objectName().isEmpty(), qPrintable(action->text()));
-            QVERIFY2(inkOf(action->icon(), 16) > 10, qPrintable(action->objectName()));
-            QVERIFY2(inkOf(action->icon(), 48) > 90, qPrintable(action->objectName()));
-            QCOMPARE(action->shortcutContext(), Qt::WidgetShortcut);
-        }
-    }
-}
-
-void TestInteractiveTool::actionsFollowTheLanguage()
-{
-    const PlotCrosshair& cross = *new PlotCrosshair(m_plot.get());
-    QCOMPARE(actionOf(cross, "pinCrosshair")->text(), QStringLiteral("Pin the Cross"));
-    QVERIFY(setLanguage(QLocale(QLocale::German)));
-    TRY_COMPARE(actionOf(cross, "pinCrosshair")->text(), QStringLiteral("Kreuz festhalten"));
-}
-
-void TestInteractiveTool::crossIsSwitchedByItsAction()
-{
-    PlotCrosshair& cross = *new PlotCrosshair(m_plot.get());
-    cross.setOn(false);
-    QVERIFY(!actionOf(cross, "crosshair")->isChecked());
-    actionOf(cross, "crosshair")->trigger();
-    QVERIFY(cross.isOn());
-    actionOf(cross, "pinCrosshair")->trigger();
-    QVERIFY(cross.isPinned());
-    QVERIFY(actionOf(cross, "copyValues")->isEnabled());
-    actionOf(cross, "crosshair")->trigger();
-    QVERIFY(!cross.isPinned());
-    QVERIFY(!actionOf(cross, "pinCrosshair")->isChecked());
-}
-
-void TestInteractiveTool::stateOfTheCrossComesBack()
-{
-    PlotCrosshair& cross = *new PlotCrosshair(m_plot.get());
-    cross.pinAt({ 1.5, 2.0 });
-    const QString text = cross.text();
-    QVERIFY(text.contains(QStringLiteral("bin 0")));
-    const QJsonObject state = cross.saveState();
-    cross.setOn(false);
-    cross.restoreState(state);
-    QVERIFY(cross.isPinned());
-    QCOMPARE(cross.text(), text);
-}
-
-void TestInteractiveTool::wrongStateChangesNothing()
-{
-    PlotCrosshair& cross = *new PlotCrosshair(m_plot.get());
-    cross.restoreState({ { QStringLiteral("on"), QStringLiteral("yes") }, { QStringLiteral("pin"), QJsonArray { 1 } },
-        { QStringLiteral("other"), 5 } });
-    QVERIFY(cross.isOn());
-    QVERIFY(!cross.isPinned());
-}
 
 QTEST_MAIN(TestInteractiveTool)
 #include "tst_interactivetool.moc"
