@@ -1,5 +1,6 @@
 // Exact intervals and tests of counts against reference numbers and explicit sums.
 #include "referencedata.h"
+#include "support/cases.h"
 
 #include <tarnis/analysis/countstatistics.h>
 
@@ -55,9 +56,7 @@ private slots:
 
     void addsUpTheBinomialTail_data()
     {
-        QTest::addColumn<int>("inside");
-        QTest::addColumn<int>("outside");
-        QTest::addColumn<double>("probability");
+        addColumns<int, int, double>("inside", "outside", "probability");
         QTest::newRow("one of one") << 1 << 0 << 0.3;
         QTest::newRow("few") << 4 << 3 << 0.4;
         QTest::newRow("expected") << 40 << 60 << 0.4;

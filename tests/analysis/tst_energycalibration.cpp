@@ -1,5 +1,6 @@
 // Energy calibration: the reference fits, its file, the sources and the assignment of lines, bad input.
 #include "referencedata.h"
+#include "support/cases.h"
 
 #include <tarnis/analysis/calibrationlines.h>
 #include <tarnis/analysis/energycalibration.h>
@@ -129,19 +130,19 @@ private slots:
     {
         QTest::addColumn<QByteArray>("text");
         const QByteArray good = calibrationToJson(fitEnergyCalibration(somePoints(), 0.0, 8000.0).calibration);
-        QTest::newRow("empty") << QByteArray();
-        QTest::newRow("half") << good.left(good.size() / 2);
-        QTest::newRow("other") << QByteArray("{\"format\": \"something\"}");
-        QTest::newRow("array") << QByteArray("[1, 2]");
+        addCase("empty", QByteArray());
+        addCase("half", good.left(good.size() / 2));
+        addCase("other", QByteArray("{\"format\": \"something\"}"));
+        addCase("array", QByteArray("[1, 2]"));
         QByteArray text = good;
-        QTest::newRow("no coefficients") << text.replace("\"coefficients\"", "\"other\"");
+        addCase("no coefficients", text.replace("\"coefficients\"", "\"other\""));
         text = good;
-        QTest::newRow("no covariance") << text.replace("\"covariance\"", "\"other\"");
+        addCase("no covariance", text.replace("\"covariance\"", "\"other\""));
         text = good;
-        QTest::newRow("words") << text.replace("\"coefficients\": [", "\"coefficients\": [\"x\", ");
-        QTest::newRow("falling") << QByteArray(
-            "{\"format\":\"tarnis-calibration\",\"version\":1,\"reference_channel\":0,"
-            "\"coefficients\":[1,-1],\"covariance\":[[1,0],[0,1]]}");
+        addCase("words", text.replace("\"coefficients\": [", "\"coefficients\": [\"x\", "));
+        addCase("falling",
+            QByteArray("{\"format\":\"tarnis-calibration\",\"version\":1,\"reference_channel\":0,"
+                       "\"coefficients\":[1,-1],\"covariance\":[[1,0],[0,1]]}"));
     }
     void refusesBadFiles()
     {
@@ -246,9 +247,7 @@ private slots:
 
     void assignsLines_data()
     {
-        QTest::addColumn<QString>("source");
-        QTest::addColumn<double>("slope");
-        QTest::addColumn<double>("curvature");
+        addColumns<QString, double, double>("source", "slope", "curvature");
         QTest::newRow("europium") << u"eu152"_s << 0.18 << -7e-10;
         QTest::newRow("barium and caesium, bent") << u"ba133+cs137"_s << 0.6 << 2e-5;
         QTest::newRow("natural") << u"k40+ra226+th232"_s << 0.2 << 1e-8;

@@ -1,5 +1,6 @@
 // Fits: derivatives of the whole model, constraints, identities of the statistics, verdicts, bad input, random starts.
 #include "referencedata.h"
+#include "support/cases.h"
 
 #include "support/randomcases.h"
 
@@ -88,8 +89,7 @@ class TestSpectrumFit : public QObject {
 private slots:
     void recoversEachShape_data()
     {
-        QTest::addColumn<PeakShape>("shape");
-        QTest::addColumn<BinEvaluation>("evaluation");
+        addColumns<PeakShape, BinEvaluation>("shape", "evaluation");
         for (const PeakShape shape : allPeakShapes) {
             QTest::addRow("%s integral", nameOf(shape).data()) << shape << BinEvaluation::Integral;
             QTest::addRow("%s centre", nameOf(shape).data()) << shape << BinEvaluation::Centre;
@@ -355,19 +355,14 @@ private slots:
 
     void fitsOverAnExponentialOfHeightZero_data()
     {
-        QTest::addColumn<FitStatistic>("statistic");
-        QTest::addColumn<BinEvaluation>("evaluation");
-        QTest::addColumn<QList<double>>("expected");
+        addColumns<FitStatistic, BinEvaluation, QList<double>>("statistic", "evaluation", "expected");
         using enum BinEvaluation;
-        QTest::newRow("cash integral") << FitStatistic::Cash << Integral
-                                       << QList { 1.73205081e+02, 25.2996666, 1.74035117e-02, 3.00052217,
-                                              1.23626510e-02 };
-        QTest::newRow("cash centre") << FitStatistic::Cash << Centre
-                                     << QList { 1.73205081e+02, 25.2996666, 1.74035117e-02, 3.01437664,
-                                            1.23061411e-02 };
-        QTest::newRow("pearson centre") << FitStatistic::Pearson << Centre
-                                        << QList { 1.73206423e+02, 25.2997019, 1.74057540e-02, 3.01478839,
-                                               1.23077267e-02 };
+        addCase("cash integral", FitStatistic::Cash, Integral,
+            QList { 1.73205081e+02, 25.2996666, 1.74035117e-02, 3.00052217, 1.23626510e-02 });
+        addCase("cash centre", FitStatistic::Cash, Centre,
+            QList { 1.73205081e+02, 25.2996666, 1.74035117e-02, 3.01437664, 1.23061411e-02 });
+        addCase("pearson centre", FitStatistic::Pearson, Centre,
+            QList { 1.73206423e+02, 25.2997019, 1.74057540e-02, 3.01478839, 1.23077267e-02 });
     }
     // Without background the rate of the exponential has no effect. Expected: error of the area, centre, sigma and
     // their errors of the same fit without background, by steps of Fisher scoring with NumPy: p += inv(J'WJ) J'W(y - m)
@@ -454,10 +449,7 @@ private slots:
     void refusesBadInput_data()
     {
         const double nan = std::numeric_limits<double>::quiet_NaN();
-        QTest::addColumn<QList<double>>("contents");
-        QTest::addColumn<int>("first");
-        QTest::addColumn<int>("last");
-        QTest::addColumn<FitStatistic>("statistic");
+        addColumns<QList<double>, int, int, FitStatistic>("contents", "first", "last", "statistic");
         const QList<double> good { 1, 2, 3, 9, 20, 8, 3, 2, 1, 1, 2 };
         QTest::newRow("empty") << QList<double>() << 0 << 0 << FitStatistic::Cash;
         QTest::newRow("all zero") << QList<double>(20, 0.0) << 0 << 19 << FitStatistic::Cash;

@@ -1,4 +1,5 @@
 // The asynchronous client: states, futures, limits, recovery.
+#include "support/cases.h"
 #include "support/replies.h"
 #include "support/scriptedserver.h"
 #include "support/wait.h"
@@ -108,8 +109,7 @@ private Q_SLOTS:
     // A server that does not know the command cannot know that its reply should have a length.
     void readsARefusalInTextInPlaceOfABinaryReply_data()
     {
-        QTest::addColumn<QByteArray>("text");
-        QTest::addColumn<int>("chunk");
+        addColumns<QByteArray, int>("text", "chunk");
         QTest::newRow("whole") << QByteArray("NG:unknown command\n") << 0;
         QTest::newRow("byte by byte") << QByteArray("NG:unknown command\n") << 1;
         QTest::newRow("short") << QByteArray("NG:x") << 0;
@@ -221,13 +221,10 @@ private Q_SLOTS:
 
     void refusesWhatCannotBeSent_data()
     {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QByteArray>("data");
-        QTest::newRow("line feed") << "a\nb" << QByteArray();
-        QTest::newRow("upload without header")
-            << "txfile" << QByteArray("NG:Command does not contain newline charactor[\\n].\n");
-        QTest::newRow("upload with the end mark")
-            << "txfile a\n\x04" << QByteArray("NG:File contains EOT(0x04) char.\n");
+        addColumns<QString, QByteArray>("text", "data");
+        addCase("line feed", "a\nb", QByteArray());
+        addCase("upload without header", "txfile", QByteArray("NG:Command does not contain newline charactor[\\n].\n"));
+        addCase("upload with the end mark", "txfile a\n\x04", QByteArray("NG:File contains EOT(0x04) char.\n"));
     }
     void refusesWhatCannotBeSent()
     {
@@ -293,9 +290,7 @@ private Q_SLOTS:
 
     void refusesAddresses_data()
     {
-        QTest::addColumn<QString>("host");
-        QTest::addColumn<int>("port");
-        QTest::addColumn<QByteArray>("prompt");
+        addColumns<QString, int, QByteArray>("host", "port", "prompt");
         QTest::newRow("no host") << " " << 5000 << QByteArray("> ");
         QTest::newRow("no port") << "localhost" << 0 << QByteArray("> ");
         QTest::newRow("no prompt") << "localhost" << 5000 << QByteArray();
@@ -402,8 +397,7 @@ private Q_SLOTS:
 
     void boundsReplies_data()
     {
-        QTest::addColumn<Script>("answer");
-        QTest::addColumn<bool>("isBinary");
+        addColumns<Script, bool>("answer", "isBinary");
         QTest::newRow("text") << Script { Step::text(QByteArray(200000, 'x')) } << false;
         QTest::newRow("announced") << Script { Step::binary("abc").announcing(1 << 30) } << true;
         QTest::newRow("text behind a payload") << Script { Step::binary("abc", QByteArray(200000, 'x')) } << true;

@@ -1,5 +1,6 @@
 // All faults of the simulated server, with the client and the server object: each request ends exactly once and in
 // time, memory is bounded, and the next request is answered after the end of the fault.
+#include "support/cases.h"
 #include "support/scriptedserver.h"
 #include "support/serverfaults.h"
 #include "support/wait.h"
@@ -170,8 +171,7 @@ private Q_SLOTS:
 
     void startsGoWrong_data()
     {
-        QTest::addColumn<QByteArray>("fault");
-        QTest::addColumn<bool>("comesUp");
+        addColumns<QByteArray, bool>("fault", "comesUp");
         QTest::newRow("port-split") << QByteArray("port-split") << true;
         QTest::newRow("port-late") << QByteArray("port-late") << true;
         for (const QByteArray& fault : startFaults())
@@ -196,8 +196,7 @@ private Q_SLOTS:
 
     void endsWhileItWorks_data()
     {
-        QTest::addColumn<QByteArray>("fault");
-        QTest::addColumn<QString>("word");
+        addColumns<QByteArray, QString>("fault", "word");
         QTest::newRow("exit") << QByteArray("exit") << "code 3";
         QTest::newRow("crash") << QByteArray("crash") << "crashed";
     }

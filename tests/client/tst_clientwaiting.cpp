@@ -1,4 +1,5 @@
 // The asynchronous client without a connection, and with limits of any size: what waits ends exactly once.
+#include "support/cases.h"
 #include "support/replies.h"
 #include "support/scriptedserver.h"
 #include "support/wait.h"
@@ -52,8 +53,7 @@ class TestClientWaiting : public QObject {
 private Q_SLOTS:
     void requestsWaitForTheConnection_data()
     {
-        QTest::addColumn<State>("state");
-        QTest::addColumn<Outcome>("end");
+        addColumns<State, Outcome>("state", "end");
         for (const State state : { State::Connecting, State::Greeting, State::Reconnecting }) {
             for (const Outcome end : { Outcome::Replied, Outcome::Failed, Outcome::TimedOut, Outcome::Cancelled })
                 QTest::addRow("%d, %d", int(state), int(end)) << state << end;
@@ -112,8 +112,7 @@ private Q_SLOTS:
 
     void aStableConnectionEndsTheRowOfFailures_data()
     {
-        QTest::addColumn<milliseconds>("stableAfter");
-        QTest::addColumn<int>("connections");
+        addColumns<milliseconds, int>("stableAfter", "connections");
         QTest::newRow("any") << milliseconds(0) << 7;
         QTest::newRow("an hour") << milliseconds(1h) << 3;
         QTest::newRow("beyond the clock") << milliseconds::max() << 3;

@@ -1,4 +1,5 @@
 // Histogram replies as values with axes, or errors with their position.
+#include "support/cases.h"
 #include "support/randomcases.h"
 #include "support/support.h"
 
@@ -122,47 +123,37 @@ private Q_SLOTS:
 
     void errors_data()
     {
-        QTest::addColumn<Kind>("kind");
-        QTest::addColumn<int>("rows");
-        QTest::addColumn<QByteArray>("payload");
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<Error>("error");
-        QTest::addColumn<int>("position");
+        addColumns<Kind, int, QByteArray, QString, Error, int>("kind", "rows", "payload", "text", "error", "position");
         const QByteArray two = bytesOf({ 1, 1 });
-        QTest::newRow("refused") << Kind::Rows << 1 << two << "NG:no such row\n" << Error::Refused << 0;
-        QTest::newRow("cut value") << Kind::Rows << 1 << two.chopped(3) << "" << Error::Payload << 8;
-        QTest::newRow("no rows known") << Kind::Rows << 0 << two << "OK" << Error::Text << 2;
-        QTest::newRow("not the axis' bins") << Kind::Rows << 1 << two << "a (0 1 1)" << Error::Payload << 8;
-        QTest::newRow("fewer than a row") << Kind::Rows << 0 << two << "a (0 1 3)" << Error::Payload << 16;
-        QTest::newRow("not whole rows") << Kind::Rows << 3 << two << "" << Error::Payload << 0;
-        QTest::newRow("rows without values") << Kind::Rows << 2000000000 << QByteArray() << "" << Error::Payload << 0;
-        QTest::newRow("too many rows") << Kind::Rows << 0 << bytesOf(QList<double>(51, 1.0)) << "a (0 1 1)"
-                                       << Error::Payload << 0;
-        QTest::newRow("too many rows of a map")
-            << Kind::Map << 0 << bytesOf(QList<double>(61, 1.0)) << "OK: exported 1 x 61 y" << Error::Text << 4;
-        QTest::newRow("too many values") << Kind::Rows << 3 << bytesOf(QList<double>(2001, 1.0)) << "" << Error::Payload
-                                         << 0;
-        QTest::newRow("too many pairs") << Kind::Pairs << 0 << bytesOf(QList<double>(4002, 1.0)) << "a (0 4 4)"
-                                        << Error::Payload << 0;
-        QTest::newRow("no axis") << Kind::Pairs << 0 << two << "OK:\n" << Error::Text << 4;
-        QTest::newRow("axis not closed") << Kind::Pairs << 0 << two << "a (0 1 2" << Error::Text << 8;
-        QTest::newRow("axis of two") << Kind::Pairs << 0 << two << "a (0 1)" << Error::Text << 2;
-        QTest::newRow("axis of words") << Kind::Pairs << 0 << two << "a (0 x 1)" << Error::Text << 2;
-        QTest::newRow("axis without end") << Kind::Pairs << 0 << two << "a (0 inf 1)" << Error::Text << 2;
-        QTest::newRow("axis backwards") << Kind::Pairs << 0 << two << "a (1 0 1)" << Error::Text << 2;
-        QTest::newRow("no bins") << Kind::Pairs << 0 << two << "a (0 1 0)" << Error::Text << 2;
-        QTest::newRow("too many bins") << Kind::Pairs << 0 << two << "a (0 1 1001)" << Error::Text << 2;
-        QTest::newRow("very many bins") << Kind::Pairs << 0 << two << "a (0 1 9000000000000000000)" << Error::Text << 2;
-        QTest::newRow("half a pair") << Kind::Pairs << 0 << bytesOf({ 0, 1, 0 }) << "a (0 1 2)" << Error::Payload << 16;
-        QTest::newRow("outside") << Kind::Pairs << 0 << bytesOf({ 0, 1, 4, 1 }) << "a (0 4 4)" << Error::Payload << 16;
-        QTest::newRow("position NaN") << Kind::Pairs << 0 << bytesOf({ std::nan(""), 1 }) << "a (0 4 4)"
-                                      << Error::Payload << 0;
-        QTest::newRow("no counts") << Kind::Map << 0 << two << "OK: 2 x 1 y" << Error::Text << 0;
-        QTest::newRow("counts of words") << Kind::Map << 0 << two << "OK: exported a x b y" << Error::Text << 4;
-        QTest::newRow("negative counts") << Kind::Map << 0 << two << "OK: exported -1 x -2 y" << Error::Text << 4;
-        QTest::newRow("other counts") << Kind::Map << 0 << two << "OK: exported 1 x 1 y" << Error::Payload << 8;
-        QTest::newRow("huge counts") << Kind::Map << 0 << two << "OK: exported 2147483647 x 2147483647 y" << Error::Text
-                                     << 4;
+        addCase("refused", Kind::Rows, 1, two, "NG:no such row\n", Error::Refused, 0);
+        addCase("cut value", Kind::Rows, 1, two.chopped(3), "", Error::Payload, 8);
+        addCase("no rows known", Kind::Rows, 0, two, "OK", Error::Text, 2);
+        addCase("not the axis' bins", Kind::Rows, 1, two, "a (0 1 1)", Error::Payload, 8);
+        addCase("fewer than a row", Kind::Rows, 0, two, "a (0 1 3)", Error::Payload, 16);
+        addCase("not whole rows", Kind::Rows, 3, two, "", Error::Payload, 0);
+        addCase("rows without values", Kind::Rows, 2000000000, QByteArray(), "", Error::Payload, 0);
+        addCase("too many rows", Kind::Rows, 0, bytesOf(QList<double>(51, 1.0)), "a (0 1 1)", Error::Payload, 0);
+        addCase("too many rows of a map", Kind::Map, 0, bytesOf(QList<double>(61, 1.0)), "OK: exported 1 x 61 y",
+            Error::Text, 4);
+        addCase("too many values", Kind::Rows, 3, bytesOf(QList<double>(2001, 1.0)), "", Error::Payload, 0);
+        addCase("too many pairs", Kind::Pairs, 0, bytesOf(QList<double>(4002, 1.0)), "a (0 4 4)", Error::Payload, 0);
+        addCase("no axis", Kind::Pairs, 0, two, "OK:\n", Error::Text, 4);
+        addCase("axis not closed", Kind::Pairs, 0, two, "a (0 1 2", Error::Text, 8);
+        addCase("axis of two", Kind::Pairs, 0, two, "a (0 1)", Error::Text, 2);
+        addCase("axis of words", Kind::Pairs, 0, two, "a (0 x 1)", Error::Text, 2);
+        addCase("axis without end", Kind::Pairs, 0, two, "a (0 inf 1)", Error::Text, 2);
+        addCase("axis backwards", Kind::Pairs, 0, two, "a (1 0 1)", Error::Text, 2);
+        addCase("no bins", Kind::Pairs, 0, two, "a (0 1 0)", Error::Text, 2);
+        addCase("too many bins", Kind::Pairs, 0, two, "a (0 1 1001)", Error::Text, 2);
+        addCase("very many bins", Kind::Pairs, 0, two, "a (0 1 9000000000000000000)", Error::Text, 2);
+        addCase("half a pair", Kind::Pairs, 0, bytesOf({ 0, 1, 0 }), "a (0 1 2)", Error::Payload, 16);
+        addCase("outside", Kind::Pairs, 0, bytesOf({ 0, 1, 4, 1 }), "a (0 4 4)", Error::Payload, 16);
+        addCase("position NaN", Kind::Pairs, 0, bytesOf({ std::nan(""), 1 }), "a (0 4 4)", Error::Payload, 0);
+        addCase("no counts", Kind::Map, 0, two, "OK: 2 x 1 y", Error::Text, 0);
+        addCase("counts of words", Kind::Map, 0, two, "OK: exported a x b y", Error::Text, 4);
+        addCase("negative counts", Kind::Map, 0, two, "OK: exported -1 x -2 y", Error::Text, 4);
+        addCase("other counts", Kind::Map, 0, two, "OK: exported 1 x 1 y", Error::Payload, 8);
+        addCase("huge counts", Kind::Map, 0, two, "OK: exported 2147483647 x 2147483647 y", Error::Text, 4);
     }
     void errors()
     {

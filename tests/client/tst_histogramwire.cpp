@@ -1,4 +1,5 @@
 // Parsing of histogram replies for the live windows.
+#include "support/cases.h"
 #include "support/support.h"
 
 #include "tarnis/client/histogramwire_p.h"
@@ -10,6 +11,7 @@
 #include <limits>
 
 using namespace tarnis;
+using namespace tarnis::testing;
 
 namespace {
 
@@ -92,9 +94,7 @@ private Q_SLOTS:
 
     void axis_data()
     {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<bool>("good");
-        QTest::addColumn<QString>("left");
+        addColumns<QString, bool, QString>("text", "good", "left");
         QTest::newRow("plain") << "ok (0 10 5)" << true << "ok (0 10 5";
         QTest::newRow("line feed behind") << "ok (0 10 5)\n" << true << "ok (0 10 5";
         QTest::newRow("no closing parenthesis") << "ok (0 10 5" << true << "ok (0 10 5";
@@ -130,8 +130,7 @@ private Q_SLOTS:
 
     void bins_data()
     {
-        QTest::addColumn<double>("x");
-        QTest::addColumn<int>("bin");
+        addColumns<double, int>("x", "bin");
         QTest::newRow("least") << 0.0 << 0;
         QTest::newRow("half rounds up") << 0.5 << 1;
         QTest::newRow("just below a half") << 0.49 << 0;
@@ -203,9 +202,7 @@ private Q_SLOTS:
 
     void exported_data()
     {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<int>("x");
-        QTest::addColumn<int>("y");
+        addColumns<QString, int, int>("text", "x", "y");
         QTest::newRow("plain") << "OK: exported 256 x 128 y\n" << 256 << 128;
         QTest::newRow("one character in front") << " exported 3 a 4 b" << 3 << 4;
         QTest::newRow("first") << "exported 3 a 4 b" << -1 << -1;
@@ -255,8 +252,7 @@ private Q_SLOTS:
 
     void tracesEachPair_data()
     {
-        QTest::addColumn<double>("x");
-        QTest::addColumn<QString>("line");
+        addColumns<double, QString>("x", "line");
         QTest::newRow("within") << 2.0 << "[2] 2,1";
         QTest::newRow("lower end, rounded up") << -0.4 << "[0] -0.4,1";
         QTest::newRow("upper end") << 10.0 << "[10] 10,1";

@@ -1,4 +1,5 @@
 // A local or remote server with its clients: steps, losses, states.
+#include "support/cases.h"
 #include "support/fakeserver.h"
 #include "support/replies.h"
 #include "support/scriptedserver.h"
@@ -129,16 +130,15 @@ private Q_SLOTS:
 
     void startThatFails_data()
     {
-        QTest::addColumn<QStringList>("script");
-        QTest::addColumn<QString>("word");
-        QTest::newRow("exits") << QStringList("exit 3") << "code 3";
-        QTest::newRow("crashes") << QStringList("crash") << "crashed";
-        QTest::newRow("no port") << QStringList("linger") << "port";
-        QTest::newRow("bad port") << QStringList({ "print UI port: 70000\\n", "linger" }) << "70000";
-        QTest::newRow("nobody listens") << QStringList(
-            { QStringLiteral("print UI port: %1\\n").arg(ScriptedServer::closedPort()), "linger" })
-                                        << "refused";
-        QTest::newRow("no such program") << QStringList() << "could not be started";
+        addColumns<QStringList, QString>("script", "word");
+        addCase("exits", QStringList("exit 3"), "code 3");
+        addCase("crashes", QStringList("crash"), "crashed");
+        addCase("no port", QStringList("linger"), "port");
+        addCase("bad port", QStringList({ "print UI port: 70000\\n", "linger" }), "70000");
+        addCase("nobody listens",
+            QStringList({ QStringLiteral("print UI port: %1\\n").arg(ScriptedServer::closedPort()), "linger" }),
+            "refused");
+        addCase("no such program", QStringList(), "could not be started");
     }
     void startThatFails()
     {
@@ -203,8 +203,7 @@ private Q_SLOTS:
     // While a server starts, a host may already request what it wants of it.
     void requestsWaitForTheStart_data()
     {
-        QTest::addColumn<QString>("event");
-        QTest::addColumn<Reply::Outcome>("end");
+        addColumns<QString, Reply::Outcome>("event", "end");
         QTest::newRow("it starts") << "starts" << Reply::Outcome::Replied;
         QTest::newRow("it exits") << "exits" << Reply::Outcome::Failed;
         QTest::newRow("nobody listens") << "nobody listens" << Reply::Outcome::Failed;

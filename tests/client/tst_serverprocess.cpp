@@ -1,4 +1,5 @@
 // A local server program: its start, its port, all ways of ending.
+#include "support/cases.h"
 #include "support/fakeserver.h"
 #include "support/scriptedserver.h"
 #include "support/wait.h"
@@ -87,11 +88,10 @@ private Q_SLOTS:
     void readsThePort_data()
     {
         QTest::addColumn<QStringList>("script");
-        QTest::newRow("in one piece") << QStringList({ "print UI port: 5000\\n", "linger" });
-        QTest::newRow("among other lines") << QStringList({ "print a\\nUI port: 5000\\nb\\n", "linger" });
-        QTest::newRow("in pieces") << QStringList(
-            { "print UI po", "complain x\\n", "print rt: 50", "print 00\\n", "linger" });
-        QTest::newRow("behind much output") << QStringList({ "flood 300000", "print \\nUI port: 5000\\n", "linger" });
+        addCase("in one piece", QStringList({ "print UI port: 5000\\n", "linger" }));
+        addCase("among other lines", QStringList({ "print a\\nUI port: 5000\\nb\\n", "linger" }));
+        addCase("in pieces", QStringList({ "print UI po", "complain x\\n", "print rt: 50", "print 00\\n", "linger" }));
+        addCase("behind much output", QStringList({ "flood 300000", "print \\nUI port: 5000\\n", "linger" }));
     }
     void readsThePort()
     {
@@ -105,19 +105,16 @@ private Q_SLOTS:
 
     void reportsEachEnd_data()
     {
-        QTest::addColumn<QStringList>("script");
-        QTest::addColumn<End>("end");
-        QTest::addColumn<QString>("word");
-        QTest::newRow("exits at once") << QStringList({ "complain no detector\\n", "exit 3" }) << End::Exited
-                                       << "code 3. no detector";
-        QTest::newRow("colours") << QStringList({ "complain \x1b[1;31mno\tdetector\x1b[0m\\n\\n\x1b[0m", "exit 3" })
-                                 << End::Exited << "code 3. no\tdetector";
-        QTest::newRow("crashes at once") << QStringList("crash") << End::Crashed << "crashed";
-        QTest::newRow("crashes later") << QStringList({ "print UI port: 5000\\n", "crash" }) << End::Crashed
-                                       << "crashed";
-        QTest::newRow("never a port") << QStringList("linger") << End::NoPort << "within";
-        QTest::newRow("port 0") << QStringList({ "print UI port: 0\\n", "linger" }) << End::NoPort << "UI port: 0";
-        QTest::newRow("port 70000") << QStringList({ "print UI port: 70000\\n", "linger" }) << End::NoPort << "70000";
+        addColumns<QStringList, End, QString>("script", "end", "word");
+        addCase(
+            "exits at once", QStringList({ "complain no detector\\n", "exit 3" }), End::Exited, "code 3. no detector");
+        addCase("colours", QStringList({ "complain \x1b[1;31mno\tdetector\x1b[0m\\n\\n\x1b[0m", "exit 3" }),
+            End::Exited, "code 3. no\tdetector");
+        addCase("crashes at once", QStringList("crash"), End::Crashed, "crashed");
+        addCase("crashes later", QStringList({ "print UI port: 5000\\n", "crash" }), End::Crashed, "crashed");
+        addCase("never a port", QStringList("linger"), End::NoPort, "within");
+        addCase("port 0", QStringList({ "print UI port: 0\\n", "linger" }), End::NoPort, "UI port: 0");
+        addCase("port 70000", QStringList({ "print UI port: 70000\\n", "linger" }), End::NoPort, "70000");
     }
     void reportsEachEnd()
     {
@@ -139,18 +136,12 @@ private Q_SLOTS:
 
     void saysWhyAProgramCannotBeStarted_data()
     {
-        QTest::addColumn<QString>("program");
-        QTest::addColumn<QString>("why");
-        QTest::newRow("none") << ""
-                              << "no program is chosen";
-        QTest::newRow("path") << "/nowhere/server"
-                              << "there is no such file";
-        QTest::newRow("name") << "no-such-server"
-                              << "no folder of the search path contains it";
-        QTest::newRow("folder") << "/"
-                                << "it is not an executable file";
-        QTest::newRow("other file") << "/etc/passwd"
-                                    << "it is not an executable file";
+        addColumns<QString, QString>("program", "why");
+        addCase("none", "", "no program is chosen");
+        addCase("path", "/nowhere/server", "there is no such file");
+        addCase("name", "no-such-server", "no folder of the search path contains it");
+        addCase("folder", "/", "it is not an executable file");
+        addCase("other file", "/etc/passwd", "it is not an executable file");
     }
     void saysWhyAProgramCannotBeStarted()
     {

@@ -1,4 +1,5 @@
 // The table of settings: sent, rejected and kept values.
+#include "support/cases.h"
 #include "support/scriptedserver.h"
 #include "support/wait.h"
 
@@ -165,21 +166,14 @@ private Q_SLOTS:
 
     void rejectsWhatCannotBeSent_data()
     {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QString>("value");
-        QTest::newRow("no name") << ""
-                                 << "1";
-        QTest::newRow("two words") << "a b"
-                                   << "1";
-        QTest::newRow("colon in the name") << "a:b"
-                                           << "1";
-        QTest::newRow("colon in the value") << "a"
-                                            << "1:2";
-        QTest::newRow("line feed") << "a"
-                                   << "1\n2";
-        QTest::newRow("two spaces") << "a"
-                                    << "1  2";
-        QTest::newRow("outside of Latin-1") << "a" << QString(QChar(0x20ac));
+        addColumns<QString, QString>("name", "value");
+        addCase("no name", "", "1");
+        addCase("two words", "a b", "1");
+        addCase("colon in the name", "a:b", "1");
+        addCase("colon in the value", "a", "1:2");
+        addCase("line feed", "a", "1\n2");
+        addCase("two spaces", "a", "1  2");
+        addCase("outside of Latin-1", "a", QString(QChar(0x20ac)));
     }
     void rejectsWhatCannotBeSent()
     {

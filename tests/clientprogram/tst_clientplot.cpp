@@ -1,6 +1,7 @@
 // tarnis plot: figures of files and histograms, and rejected arguments.
 #include "clientprogram.h"
 #include "simserver/simprogram.h"
+#include "support/cases.h"
 
 #include <tarnis/foundation/files.h>
 
@@ -9,6 +10,8 @@
 #include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
+
+using namespace tarnis::testing;
 
 using clienttest::Run;
 using clienttest::runTarnis;
@@ -111,22 +114,14 @@ private Q_SLOTS:
 
     void drawsInAThemeWithoutClippedTexts_data()
     {
-        QTest::addColumn<QString>("theme");
-        QTest::addColumn<QString>("size");
-        QTest::addColumn<QRgb>("paper");
+        addColumns<QString, QString, QRgb>("theme", "size", "paper");
         const QRgb white = qRgb(255, 255, 255);
-        QTest::newRow("default") << ""
-                                 << "800x500" << white;
-        QTest::newRow("small") << ""
-                               << "300x200" << white;
-        QTest::newRow("large") << ""
-                               << "1800x1300" << white;
-        QTest::newRow("light") << "light"
-                               << "640x400" << white;
-        QTest::newRow("dark") << "dark"
-                              << "640x400" << qRgb(27, 29, 34);
-        QTest::newRow("high contrast") << "high-contrast"
-                                       << "640x400" << qRgb(0, 0, 0);
+        addCase("default", "", "800x500", white);
+        addCase("small", "", "300x200", white);
+        addCase("large", "", "1800x1300", white);
+        addCase("light", "light", "640x400", white);
+        addCase("dark", "dark", "640x400", qRgb(27, 29, 34));
+        addCase("high contrast", "high-contrast", "640x400", qRgb(0, 0, 0));
     }
     void drawsInAThemeWithoutClippedTexts()
     {
@@ -249,9 +244,7 @@ private Q_SLOTS:
 
     void refusesWhatItCannotDraw_data()
     {
-        QTest::addColumn<QString>("words");
-        QTest::addColumn<int>("exitCode");
-        QTest::addColumn<QByteArray>("text");
+        addColumns<QString, int, QByteArray>("words", "exitCode", "text");
         const auto row = [](const char* name, const char* words, int exitCode, const QByteArray& text) {
             QTest::newRow(name) << QString::fromLatin1(words) << exitCode << text;
         };

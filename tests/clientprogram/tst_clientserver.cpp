@@ -1,6 +1,7 @@
 // tarnis with a server: replies, histograms, files, and all failures of servers and files.
 #include "clientprogram.h"
 #include "simserver/simprogram.h"
+#include "support/cases.h"
 #include "support/scriptedserver.h"
 #include "support/wait.h"
 
@@ -16,6 +17,8 @@
 #include <cmath>
 #include <csignal>
 #include <numeric>
+
+using namespace tarnis::testing;
 
 using clienttest::Run;
 using clienttest::runTarnis;
@@ -92,8 +95,7 @@ private Q_SLOTS:
 
     void reportsALocalServerThatDoesNotStart_data()
     {
-        QTest::addColumn<QString>("fault");
-        QTest::addColumn<QByteArray>("text");
+        addColumns<QString, QByteArray>("fault", "text");
         QTest::newRow("exits") << "start-exit" << QByteArray("has ended before it named its port: exit code 3");
         QTest::newRow("crashes") << "start-crash" << QByteArray("has ended before it named its port: it crashed");
         QTest::newRow("port 0") << "port-zero" << QByteArray("names no usable port: 'UI port: 0'");
@@ -113,8 +115,7 @@ private Q_SLOTS:
 
     void reportsServersThatFail_data()
     {
-        QTest::addColumn<QStringList>("options");
-        QTest::addColumn<QStringList>("words");
+        addColumns<QStringList, QStringList>("options", "words");
         const QStringList send { "send", "pwd" };
         const QStringList hist { "hist", "total", "-o", "FILE" };
         for (const char* const fault : { "silent", "no-prompt", "close-before", "close-in-reply", "reset-in-reply",
@@ -141,8 +142,7 @@ private Q_SLOTS:
 
     void refusesRepliesThatBreakTheProtocol_data()
     {
-        QTest::addColumn<QString>("fault");
-        QTest::addColumn<QStringList>("words");
+        addColumns<QString, QStringList>("fault", "words");
         const auto row = [](const char* fault, const QStringList& words) {
             QTest::addRow("%s, %s", qPrintable(words.first()), fault) << fault << words;
         };
@@ -294,32 +294,30 @@ private Q_SLOTS:
 
     void reportsFilesThatCannotBeWritten_data()
     {
-        QTest::addColumn<QString>("line");
-        QTest::addColumn<QByteArray>("text");
+        addColumns<QString, QByteArray>("line", "text");
         const QByteArray full = "no space is left on the device";
-        QTest::newRow("full device") << "$TARNIS hist total $S -o /dev/full" << full;
-        QTest::newRow("full standard output") << "$TARNIS hist total $S -o - > /dev/full" << full;
-        QTest::newRow("full standard output of a reply") << "$TARNIS send stat $S > /dev/full" << full;
-        QTest::newRow("full standard output of help") << "$TARNIS --help > /dev/full" << full;
-        QTest::newRow("no folder") << "$TARNIS hist total $S -o $D/no/a.csv" << QByteArray("/no' does not exist");
-        QTest::newRow("folder") << "mkdir $D/a.csv; $TARNIS hist total $S -o $D/a.csv; r=$?; rmdir $D/a.csv; exit $r"
-                                << QByteArray("it is a folder");
-        QTest::newRow("get to a full device") << "$TARNIS get $S README.txt /dev/full" << full;
-        QTest::newRow("put of no file") << "$TARNIS put $S $D/none /x.txt" << QByteArray("there is no such file");
-        QTest::newRow("size limit") << "trap '' XFSZ; ulimit -f 8; $TARNIS hist total $S -o $D/a.csv"
-                                    << QByteArray("larger than this file system allows");
-        QTest::newRow("closed pipe")
-            << "set -o pipefail; { $TARNIS hist image $S -o -; } | head -1 > /dev/null; exit ${PIPESTATUS[0]}"
-            << QByteArray("the reader has closed the pipe");
-        QTest::newRow("closed standard output") << "$TARNIS send stat $S >&-" << QByteArray("output: it is closed");
-        QTest::newRow("closed standard output of a histogram")
-            << "$TARNIS hist counts $S -o - >&-" << QByteArray("output: it is closed");
-        QTest::newRow("closed standard output of a figure")
-            << "$TARNIS plot counts $S -o - >&- <&-" << QByteArray("output: it is closed");
-        QTest::newRow("closed standard output of a summary")
-            << "$TARNIS put /dev/null /x.txt $S --json >&-" << QByteArray("output: it is closed");
-        QTest::newRow("put of binary data")
-            << "printf 'a\\004b' | $TARNIS put $S - /x.txt" << QByteArray("byte 1 is 4");
+        addCase("full device", "$TARNIS hist total $S -o /dev/full", full);
+        addCase("full standard output", "$TARNIS hist total $S -o - > /dev/full", full);
+        addCase("full standard output of a reply", "$TARNIS send stat $S > /dev/full", full);
+        addCase("full standard output of help", "$TARNIS --help > /dev/full", full);
+        addCase("no folder", "$TARNIS hist total $S -o $D/no/a.csv", QByteArray("/no' does not exist"));
+        addCase("folder", "mkdir $D/a.csv; $TARNIS hist total $S -o $D/a.csv; r=$?; rmdir $D/a.csv; exit $r",
+            QByteArray("it is a folder"));
+        addCase("get to a full device", "$TARNIS get $S README.txt /dev/full", full);
+        addCase("put of no file", "$TARNIS put $S $D/none /x.txt", QByteArray("there is no such file"));
+        addCase("size limit", "trap '' XFSZ; ulimit -f 8; $TARNIS hist total $S -o $D/a.csv",
+            QByteArray("larger than this file system allows"));
+        addCase("closed pipe",
+            "set -o pipefail; { $TARNIS hist image $S -o -; } | head -1 > /dev/null; exit ${PIPESTATUS[0]}",
+            QByteArray("the reader has closed the pipe"));
+        addCase("closed standard output", "$TARNIS send stat $S >&-", QByteArray("output: it is closed"));
+        addCase("closed standard output of a histogram", "$TARNIS hist counts $S -o - >&-",
+            QByteArray("output: it is closed"));
+        addCase("closed standard output of a figure", "$TARNIS plot counts $S -o - >&- <&-",
+            QByteArray("output: it is closed"));
+        addCase("closed standard output of a summary", "$TARNIS put /dev/null /x.txt $S --json >&-",
+            QByteArray("output: it is closed"));
+        addCase("put of binary data", "printf 'a\\004b' | $TARNIS put $S - /x.txt", QByteArray("byte 1 is 4"));
     }
     void reportsFilesThatCannotBeWritten()
     {

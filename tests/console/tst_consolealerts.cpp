@@ -5,6 +5,7 @@
 #include "server/connectdialog.h"
 #include "server/lastserver.h"
 #include "server/statustext.h"
+#include "support/cases.h"
 #include "support/wait.h"
 
 #include <QPushButton>
@@ -155,61 +156,18 @@ private Q_SLOTS:
 
     void aServerThatIsKeptWrong_data()
     {
-        QTest::addColumn<QString>("kind");
-        QTest::addColumn<QString>("host");
-        QTest::addColumn<QString>("port");
-        QTest::addColumn<QString>("prompt");
+        addColumns<QString, QString, QString, QString>("kind", "host", "port", "prompt");
         QTest::addColumn<QString>("problem"); // a word of it; empty: none
-        QTest::newRow("nothing") << ""
-                                 << ""
-                                 << ""
-                                 << ""
-                                 << "";
-        QTest::newRow("local") << "local"
-                               << ""
-                               << "0"
-                               << "# "
-                               << "";
-        QTest::newRow("remote") << "remote"
-                                << "daq"
-                                << "5000"
-                                << "\\x3e"
-                                << "";
-        QTest::newRow("port too large") << "remote"
-                                        << "daq"
-                                        << "99999"
-                                        << ""
-                                        << "99999";
-        QTest::newRow("no port") << "remote"
-                                 << "daq"
-                                 << "0"
-                                 << ""
-                                 << "not a valid port";
-        QTest::newRow("a word as port") << "remote"
-                                        << "daq"
-                                        << "http"
-                                        << ""
-                                        << "http";
-        QTest::newRow("no host") << "remote"
-                                 << ""
-                                 << "5000"
-                                 << ""
-                                 << "host";
-        QTest::newRow("a sentence as host") << "remote"
-                                            << "my server"
-                                            << "5000"
-                                            << ""
-                                            << "my server";
-        QTest::newRow("no such kind") << "virtual"
-                                      << ""
-                                      << ""
-                                      << ""
-                                      << "virtual";
-        QTest::newRow("a broken prompt") << "local"
-                                         << ""
-                                         << ""
-                                         << "\\q"
-                                         << "\\q";
+        addCase("nothing", "", "", "", "", "");
+        addCase("local", "local", "", "0", "# ", "");
+        addCase("remote", "remote", "daq", "5000", "\\x3e", "");
+        addCase("port too large", "remote", "daq", "99999", "", "99999");
+        addCase("no port", "remote", "daq", "0", "", "not a valid port");
+        addCase("a word as port", "remote", "daq", "http", "", "http");
+        addCase("no host", "remote", "", "5000", "", "host");
+        addCase("a sentence as host", "remote", "my server", "5000", "", "my server");
+        addCase("no such kind", "virtual", "", "", "", "virtual");
+        addCase("a broken prompt", "local", "", "", "\\q", "\\q");
     }
     void aServerThatIsKeptWrong()
     {

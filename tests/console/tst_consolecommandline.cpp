@@ -1,9 +1,11 @@
 // The command line of tarnis-console.
 #include "app/commandline.h"
+#include "support/cases.h"
 
 #include <QTest>
 
 using namespace console;
+using namespace tarnis::testing;
 
 class TestConsoleCommandLine : public QObject {
     Q_OBJECT
@@ -71,8 +73,7 @@ private Q_SLOTS:
 
     void rejectsInvalidArguments_data()
     {
-        QTest::addColumn<QStringList>("arguments");
-        QTest::addColumn<QString>("named");
+        addColumns<QStringList, QString>("arguments", "named");
         QTest::newRow("unknown option") << QStringList { "--bogus" } << "bogus";
         QTest::newRow("a word") << QStringList { "server" } << "'server'";
         QTest::newRow("missing value") << QStringList { "--log" } << "log";
@@ -96,30 +97,18 @@ private Q_SLOTS:
         QTest::addColumn<QString>("text");
         QTest::addColumn<QString>("host"); // empty: refused
         QTest::addColumn<int>("port");
-        QTest::newRow("name") << "daq:5000"
-                              << "daq" << 5000;
-        QTest::newRow("IPv4") << "10.0.0.1:1"
-                              << "10.0.0.1" << 1;
-        QTest::newRow("IPv6 in brackets") << "[::1]:65535"
-                                          << "::1" << 65535;
-        QTest::newRow("IPv6 without brackets") << "::1:5000"
-                                               << "" << 0;
-        QTest::newRow("port 0") << "daq:0"
-                                << "" << 0;
-        QTest::newRow("port too large") << "daq:65536"
-                                        << "" << 0;
-        QTest::newRow("negative port") << "daq:-1"
-                                       << "" << 0;
-        QTest::newRow("port in letters") << "daq:http"
-                                         << "" << 0;
-        QTest::newRow("no host") << ":5000"
-                                 << "" << 0;
-        QTest::newRow("empty brackets") << "[]:5000"
-                                        << "" << 0;
-        QTest::newRow("blank in the host") << "a b:5000"
-                                           << "" << 0;
-        QTest::newRow("empty") << ""
-                               << "" << 0;
+        addCase("name", "daq:5000", "daq", 5000);
+        addCase("IPv4", "10.0.0.1:1", "10.0.0.1", 1);
+        addCase("IPv6 in brackets", "[::1]:65535", "::1", 65535);
+        addCase("IPv6 without brackets", "::1:5000", "", 0);
+        addCase("port 0", "daq:0", "", 0);
+        addCase("port too large", "daq:65536", "", 0);
+        addCase("negative port", "daq:-1", "", 0);
+        addCase("port in letters", "daq:http", "", 0);
+        addCase("no host", ":5000", "", 0);
+        addCase("empty brackets", "[]:5000", "", 0);
+        addCase("blank in the host", "a b:5000", "", 0);
+        addCase("empty", "", "", 0);
     }
     void readsAddresses()
     {
@@ -158,8 +147,7 @@ private Q_SLOTS:
 
     void writesPromptsSoThatTheyReadBack_data()
     {
-        QTest::addColumn<QByteArray>("bytes");
-        QTest::addColumn<QString>("text");
+        addColumns<QByteArray, QString>("bytes", "text");
         QTest::newRow("blank at the end") << QByteArray("> ") << ">\\x20";
         QTest::newRow("blank inside") << QByteArray("a >") << "a >";
         QTest::newRow("line feed") << QByteArray("\n>") << "\\n>";

@@ -4,6 +4,7 @@
 #include "console/windowlists.h"
 #include "histograms/histogramchooser.h"
 #include "histograms/histogramlist.h"
+#include "support/cases.h"
 #include "support/wait.h"
 #include "windows/openwindows.h"
 
@@ -83,8 +84,7 @@ private Q_SLOTS:
 
     void binsThatDivide_data()
     {
-        QTest::addColumn<int>("bins");
-        QTest::addColumn<int>("shown");
+        addColumns<int, int>("bins", "shown");
         QTest::newRow("fewer than the limit") << 100 << 100;
         QTest::newRow("the limit") << 1024 << 1024;
         QTest::newRow("a power of two") << 16384 << 1024;
@@ -396,9 +396,7 @@ private Q_SLOTS:
 
     void theConsoleKeepsAPartOfTheScreen_data()
     {
-        QTest::addColumn<QRect>("console");
-        QTest::addColumn<QSize>("least");
-        QTest::addColumn<bool>("stays");
+        addColumns<QRect, QSize, bool>("console", "least", "stays");
         QTest::newRow("small, at the left") << QRect(100, 30, 900, 1050) << QSize(800, 600) << true;
         QTest::newRow("small, at the bottom") << QRect(100, 700, 1920, 380) << QSize(800, 300) << true;
         QTest::newRow("in the middle") << QRect(600, 200, 900, 700) << QSize(800, 600) << false;

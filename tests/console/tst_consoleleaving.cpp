@@ -3,6 +3,7 @@
 #include "browse/servertext.h"
 #include "console/consolefixture.h"
 #include "server/connectdialog.h"
+#include "support/cases.h"
 #include "support/wait.h"
 
 #include <QDialogButtonBox>
@@ -80,8 +81,7 @@ private Q_SLOTS:
 
     void aRunIsNotEndedWithoutAQuestion_data()
     {
-        QTest::addColumn<QString>("action");
-        QTest::addColumn<ServerState>("afterwards");
+        addColumns<QString, ServerState>("action", "afterwards");
         QTest::newRow("Shut Down") << "shutDownAction" << ServerState::Off;
         QTest::newRow("Restart") << "restartAction" << ServerState::Stopping;
         QTest::newRow("End by Force") << "forceAction" << ServerState::Failed;
@@ -142,8 +142,7 @@ private Q_SLOTS:
 
     void unsavedEventsAreNotLostWithoutAQuestion_data()
     {
-        QTest::addColumn<QString>("action");
-        QTest::addColumn<ServerState>("afterwards");
+        addColumns<QString, ServerState>("action", "afterwards");
         QTest::newRow("Shut Down") << "shutDownAction" << ServerState::Off;
         QTest::newRow("Restart") << "restartAction" << ServerState::Stopping;
         QTest::newRow("Quit") << "quitAction" << ServerState::Off;
@@ -289,8 +288,7 @@ private Q_SLOTS:
 
     void savingThatIsGivenUpKeepsTheConsole_data()
     {
-        QTest::addColumn<bool>("isRunning");
-        QTest::addColumn<bool>("isByKey");
+        addColumns<bool, bool>("isRunning", "isByKey");
         QTest::newRow("by the frame of the chooser") << false << false;
         QTest::newRow("by the frame of the chooser during a run") << true << false;
         QTest::newRow("by Escape") << false << true;

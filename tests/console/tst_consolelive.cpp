@@ -2,6 +2,7 @@
 #include "browse/pathwindows.h"
 #include "console/consolefixture.h"
 #include "settings/settingspanel.h"
+#include "support/cases.h"
 #include "support/wait.h"
 
 #include <tarnis/dialogs/graph1ddialog.h>
@@ -212,8 +213,7 @@ private Q_SLOTS:
 
     void showsARejectionAndContinuesPolling_data()
     {
-        QTest::addColumn<QByteArray>("id");
-        QTest::addColumn<QByteArray>("request");
+        addColumns<QByteArray, QByteArray>("id", "request");
         QTest::newRow("rows") << QByteArray("curves") << curvesRequest;
         QTest::newRow("pairs") << QByteArray("pairs") << pairsRequest;
         QTest::newRow("map") << QByteArray("map") << mapRequest;
@@ -312,9 +312,7 @@ private Q_SLOTS:
 
     void insertsAChosenFileIntoTheCommandLine_data()
     {
-        QTest::addColumn<QString>("typed");
-        QTest::addColumn<int>("cursor");
-        QTest::addColumn<QString>("line");
+        addColumns<QString, int, QString>("typed", "cursor", "line");
         QTest::newRow("empty line") << "" << 0 << "\"/data/run\\\"two\"";
         QTest::newRow("behind a blank") << "show " << 5 << "show \"/data/run\\\"two\"";
         QTest::newRow("behind a word") << "show" << 4 << "show \"/data/run\\\"two\"";

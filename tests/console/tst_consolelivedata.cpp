@@ -4,6 +4,7 @@
 #include "histograms/histogramchooser.h"
 #include "histograms/keptdata.h"
 #include "histograms/livewindows.h"
+#include "support/cases.h"
 #include "support/modalwatchdog.h"
 #include "support/wait.h"
 #include "tables/ratewindow.h"
@@ -136,8 +137,7 @@ private Q_SLOTS:
 
     void reportsAHungServer_data()
     {
-        QTest::addColumn<QByteArray>("id");
-        QTest::addColumn<QByteArray>("command");
+        addColumns<QByteArray, QByteArray>("id", "command");
         QTest::newRow("curves") << QByteArray("curves") << curvesCommand;
         QTest::newRow("pairs") << QByteArray("pairs") << pairsCommand;
         QTest::newRow("map") << QByteArray("map") << mapCommand;
@@ -273,17 +273,14 @@ private Q_SLOTS:
 
     void thePictureStaysUntilTheNewServerHasData_data()
     {
-        QTest::addColumn<QByteArray>("id");
-        QTest::addColumn<QByteArray>("command");
-        QTest::addColumn<QList<double>>("nothing");
-        QTest::addColumn<QList<double>>("something");
-        QTest::addColumn<QByteArray>("text");
-        QTest::newRow("curves") << QByteArray("curves") << curvesCommand << QList<double>(8, 0.0)
-                                << QList<double>(8, 1.0) << QByteArray("OK:\n");
-        QTest::newRow("pairs") << QByteArray("pairs") << pairsCommand << QList<double> { 0, 0, 39, 0 }
-                               << QList<double> { 0, 0, 39, 1 } << QByteArray("OK: (0 40000 1024)\n");
-        QTest::newRow("map") << QByteArray("map") << mapCommand << QList<double>(4, 0.0) << QList<double>(4, 1.0)
-                             << QByteArray("OK: exported 2 x 2 y\n");
+        addColumns<QByteArray, QByteArray, QList<double>, QList<double>, QByteArray>(
+            "id", "command", "nothing", "something", "text");
+        addCase("curves", QByteArray("curves"), curvesCommand, QList<double>(8, 0.0), QList<double>(8, 1.0),
+            QByteArray("OK:\n"));
+        addCase("pairs", QByteArray("pairs"), pairsCommand, QList<double> { 0, 0, 39, 0 },
+            QList<double> { 0, 0, 39, 1 }, QByteArray("OK: (0 40000 1024)\n"));
+        addCase("map", QByteArray("map"), mapCommand, QList<double>(4, 0.0), QList<double>(4, 1.0),
+            QByteArray("OK: exported 2 x 2 y\n"));
     }
     void thePictureStaysUntilTheNewServerHasData()
     {
@@ -407,8 +404,7 @@ private Q_SLOTS:
 
     void histogramsWithFewBinsOpenAsColumns_data()
     {
-        QTest::addColumn<int>("bins");
-        QTest::addColumn<bool>("areColumns");
+        addColumns<int, bool>("bins", "areColumns");
         QTest::newRow("8 bins") << 8 << true;
         QTest::newRow("64 bins") << 64 << true;
         QTest::newRow("65 bins") << 65 << false;
@@ -459,8 +455,7 @@ private Q_SLOTS:
 
     void escapeLeavesTheToolAndCtrlWCloses_data()
     {
-        QTest::addColumn<QByteArray>("id");
-        QTest::addColumn<QStringList>("tools");
+        addColumns<QByteArray, QStringList>("id", "tools");
         const QStringList common { "Rectangle", "Zoom In", "Zoom Out", "Move" };
         QTest::newRow("curves") << QByteArray("curves") << common + QStringList { "Select Time Range" };
         QTest::newRow("single row") << QByteArray("single-row") << common;
@@ -553,8 +548,7 @@ private Q_SLOTS:
 
     void everyWindowOfTheSameDataHasTheSameTools_data()
     {
-        QTest::addColumn<QByteArray>("id");
-        QTest::addColumn<QString>("other");
+        addColumns<QByteArray, QString>("id", "other");
         QTest::newRow("curves") << QByteArray("curves") << "Histogram time";
         QTest::newRow("map") << QByteArray("map") << "Histogram image";
     }

@@ -1,6 +1,7 @@
 // The snapshots, the commands to the readout modules and the event rate.
 #include "app/language.h"
 #include "console/consolefixture.h"
+#include "support/cases.h"
 #include "support/modalwatchdog.h"
 #include "support/wait.h"
 #include "tables/moduleswindow.h"
@@ -88,30 +89,14 @@ private Q_SLOTS:
 
     void aChangeIsADifferenceOrAWord_data()
     {
-        QTest::addColumn<QString>("before");
-        QTest::addColumn<QString>("now");
-        QTest::addColumn<QString>("change");
-        QTest::newRow("the same") << "7"
-                                  << "7"
-                                  << "";
-        QTest::newRow("more") << "7"
-                              << "19"
-                              << "+12";
-        QTest::newRow("less") << "2.5"
-                              << "1"
-                              << "-1.5";
-        QTest::newRow("the same number in other digits") << "1.0"
-                                                         << "1"
-                                                         << "0";
-        QTest::newRow("texts") << "RUNNING"
-                               << "STOPPED"
-                               << "changed";
-        QTest::newRow("a number that becomes a text") << "7"
-                                                      << "none"
-                                                      << "changed";
-        QTest::newRow("no number to reckon with") << "nan"
-                                                  << "7"
-                                                  << "changed";
+        addColumns<QString, QString, QString>("before", "now", "change");
+        addCase("the same", "7", "7", "");
+        addCase("more", "7", "19", "+12");
+        addCase("less", "2.5", "1", "-1.5");
+        addCase("the same number in other digits", "1.0", "1", "0");
+        addCase("texts", "RUNNING", "STOPPED", "changed");
+        addCase("a number that becomes a text", "7", "none", "changed");
+        addCase("no number to reckon with", "nan", "7", "changed");
     }
     void aChangeIsADifferenceOrAWord()
     {
@@ -187,9 +172,7 @@ private Q_SLOTS:
 
     void parsesIdsAndRanges_data()
     {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QStringList>("ids");
-        QTest::addColumn<bool>("isRight");
+        addColumns<QString, QStringList, bool>("text", "ids", "isRight");
         QTest::newRow("one") << "3" << QStringList { "3" } << true;
         QTest::newRow("several") << " 0, 2;4  6," << QStringList { "0", "2", "4", "6" } << true;
         QTest::newRow("a range") << "0,4-6" << QStringList { "0", "4", "5", "6" } << true;
@@ -223,18 +206,12 @@ private Q_SLOTS:
 
     void anAnswerWithoutSectionsIsThatOfTheAddressee_data()
     {
-        QTest::addColumn<QString>("reply");
-        QTest::addColumn<QString>("text");
-        QTest::newRow("a refusal") << "NG:no module '8'\n"
-                                   << "refused: no module '8'";
-        QTest::newRow("accepted") << "OK:\n"
-                                  << "done";
-        QTest::newRow("nothing") << ""
-                                 << "done";
-        QTest::newRow("a text") << "OK:as you wish\n"
-                                << "as you wish";
-        QTest::newRow("values") << "OK:\nthreshold: 5\n"
-                                << "done";
+        addColumns<QString, QString>("reply", "text");
+        addCase("a refusal", "NG:no module '8'\n", "refused: no module '8'");
+        addCase("accepted", "OK:\n", "done");
+        addCase("nothing", "", "done");
+        addCase("a text", "OK:as you wish\n", "as you wish");
+        addCase("values", "OK:\nthreshold: 5\n", "done");
     }
     void anAnswerWithoutSectionsIsThatOfTheAddressee()
     {
@@ -249,8 +226,7 @@ private Q_SLOTS:
 
     void itSendsInEachWay_data()
     {
-        QTest::addColumn<ModulesWindow::Target>("target");
-        QTest::addColumn<QByteArray>("line");
+        addColumns<ModulesWindow::Target, QByteArray>("target", "line");
         QTest::newRow("all") << ModulesWindow::Target::All << QByteArray("broadcast stat");
         QTest::newRow("the family") << ModulesWindow::Target::Family << QByteArray("mc orsino stat");
         QTest::newRow("one") << ModulesWindow::Target::One << QByteArray("unicast 3 stat");
@@ -334,8 +310,7 @@ private Q_SLOTS:
 
     void aRateIsTheServersOwn_data()
     {
-        QTest::addColumn<QString>("reply");
-        QTest::addColumn<double>("rate");
+        addColumns<QString, double>("reply", "rate");
         QTest::newRow("among others") << "OK:\nmean rate: 5\nrate: 12.5\n" << 12.5;
         QTest::newRow("none") << "OK:\nmean rate: 5\n" << -1.0;
         QTest::newRow("no number") << "rate: fast\n" << -1.0;

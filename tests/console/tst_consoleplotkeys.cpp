@@ -1,6 +1,7 @@
 // The plots of the console without a mouse: every tool by keys.
 #include "app/language.h"
 #include "console/fullconsole.h"
+#include "support/cases.h"
 #include "support/wait.h"
 
 #include <tarnis/dialogs/graph1ddialog.h>
@@ -181,17 +182,11 @@ private Q_SLOTS:
 
     void theEndsOfTheAxesAreEditedByKeys_data()
     {
-        QTest::addColumn<QString>("entry");
-        QTest::addColumn<QString>("value");
-        QTest::addColumn<int>("end");
-        QTest::newRow("left") << "Left End of the Axis..."
-                              << "100" << 0;
-        QTest::newRow("right") << "Right End of the Axis..."
-                               << "9000" << 1;
-        QTest::newRow("bottom") << "Bottom End of the Axis..."
-                                << "1" << 2;
-        QTest::newRow("top") << "Top End of the Axis..."
-                             << "77" << 3;
+        addColumns<QString, QString, int>("entry", "value", "end");
+        addCase("left", "Left End of the Axis...", "100", 0);
+        addCase("right", "Right End of the Axis...", "9000", 1);
+        addCase("bottom", "Bottom End of the Axis...", "1", 2);
+        addCase("top", "Top End of the Axis...", "77", 3);
     }
     void theEndsOfTheAxesAreEditedByKeys()
     {

@@ -1,6 +1,7 @@
 // Formatting of replies in the console.
 #include "app/language.h"
 #include "server/replytext.h"
+#include "support/cases.h"
 
 #include <QTest>
 
@@ -9,6 +10,7 @@
 #include <limits>
 
 using namespace console;
+using namespace tarnis::testing;
 
 class TestConsoleReplyText : public QObject {
     Q_OBJECT
@@ -101,8 +103,7 @@ private Q_SLOTS:
 
     void makesTextVisible_data()
     {
-        QTest::addColumn<QByteArray>("reply");
-        QTest::addColumn<QString>("text");
+        addColumns<QByteArray, QString>("reply", "text");
         QTest::newRow("plain") << QByteArray("OK:\nline\n") << QStringLiteral("OK:\nline");
         QTest::newRow("one line feed at the end goes") << QByteArray("a\n\n") << QStringLiteral("a\n");
         QTest::newRow("carriage returns") << QByteArray("a\r\nb") << QStringLiteral("a\nb");
@@ -131,22 +132,16 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("command");
         QTest::addColumn<QString>("named"); // empty: it can
-        QTest::newRow("plain") << "stat"
-                               << "";
-        QTest::newRow("Latin-1") << QString::fromUtf8("set \u00b5") << "";
-        QTest::newRow("tab") << "a\tb"
-                             << "";
-        QTest::newRow("empty") << ""
-                               << "no command";
-        QTest::newRow("blanks") << "  "
-                                << "no command";
-        QTest::newRow("two lines") << "a\nb"
-                                   << "one line";
-        QTest::newRow("line separator") << QString(QChar::LineSeparator) + "a"
-                                        << "one line";
-        QTest::newRow("EOT") << QString(QChar(4)) << "control";
-        QTest::newRow("beyond Latin-1") << QString::fromUtf8("\u03b1") << QString::fromUtf8("\u03b1");
-        QTest::newRow("beyond 16 bits") << QString::fromUtf8("\U0001F600") << QString::fromUtf8("\U0001F600");
+        addCase("plain", "stat", "");
+        addCase("Latin-1", QString::fromUtf8("set \u00b5"), "");
+        addCase("tab", "a\tb", "");
+        addCase("empty", "", "no command");
+        addCase("blanks", "  ", "no command");
+        addCase("two lines", "a\nb", "one line");
+        addCase("line separator", QString(QChar::LineSeparator) + "a", "one line");
+        addCase("EOT", QString(QChar(4)), "control");
+        addCase("beyond Latin-1", QString::fromUtf8("\u03b1"), QString::fromUtf8("\u03b1"));
+        addCase("beyond 16 bits", QString::fromUtf8("\U0001F600"), QString::fromUtf8("\U0001F600"));
     }
     void findsWhyACommandCannotBeSent()
     {
@@ -191,33 +186,16 @@ private Q_SLOTS:
 
     void readsTheStateOfTheRun_data()
     {
-        QTest::addColumn<QString>("command");
-        QTest::addColumn<QString>("reply");
+        addColumns<QString, QString>("command", "reply");
         QTest::addColumn<int>("state"); // 1 running, 0 not, -1 unknown
-        QTest::newRow("start") << "start"
-                               << "OK:\nrun: 1\n"
-                               << 1;
-        QTest::newRow("start refused") << "start"
-                                       << "NG:running\n"
-                                       << -1;
-        QTest::newRow("stop") << "stop"
-                              << "OK:\n"
-                              << 0;
-        QTest::newRow("stat running") << "stat"
-                                      << "OK:\nstate: RUNNING\n"
-                                      << 1;
-        QTest::newRow("stat stopped") << "stat"
-                                      << "OK:\nstate: STOPPED\n"
-                                      << 0;
-        QTest::newRow("stat without a state") << "stat"
-                                              << "OK:\nevents: 1\n"
-                                              << -1;
-        QTest::newRow("another state") << "stat"
-                                       << "state: PAUSED\n"
-                                       << -1;
-        QTest::newRow("another command") << "restart"
-                                         << "state: RUNNING\n"
-                                         << -1;
+        addCase("start", "start", "OK:\nrun: 1\n", 1);
+        addCase("start refused", "start", "NG:running\n", -1);
+        addCase("stop", "stop", "OK:\n", 0);
+        addCase("stat running", "stat", "OK:\nstate: RUNNING\n", 1);
+        addCase("stat stopped", "stat", "OK:\nstate: STOPPED\n", 0);
+        addCase("stat without a state", "stat", "OK:\nevents: 1\n", -1);
+        addCase("another state", "stat", "state: PAUSED\n", -1);
+        addCase("another command", "restart", "state: RUNNING\n", -1);
     }
     void readsTheStateOfTheRun()
     {

@@ -1,6 +1,7 @@
 // The window of the run directories: recognition, sorting, filtering, and use of a run.
 #include "browse/runswindow.h"
 #include "console/consolefixture.h"
+#include "support/cases.h"
 #include "support/wait.h"
 
 #include <QComboBox>
@@ -101,15 +102,10 @@ private Q_SLOTS:
 
     void columnsSort_data()
     {
-        QTest::addColumn<int>("column");
-        QTest::addColumn<QString>("first");
-        QTest::addColumn<QString>("last");
-        QTest::newRow("run") << int(RunTable::Run) << "beam000009_20260103"
-                             << "beam000012_20261399";
-        QTest::newRow("date") << int(RunTable::Date) << "alpha000011_20260101"
-                              << "beam000012_20261399";
-        QTest::newRow("name") << int(RunTable::Name) << "alpha000011_20260101"
-                              << "beam000012_20261399";
+        addColumns<int, QString, QString>("column", "first", "last");
+        addCase("run", int(RunTable::Run), "beam000009_20260103", "beam000012_20261399");
+        addCase("date", int(RunTable::Date), "alpha000011_20260101", "beam000012_20261399");
+        addCase("name", int(RunTable::Name), "alpha000011_20260101", "beam000012_20261399");
     }
     void columnsSort()
     {

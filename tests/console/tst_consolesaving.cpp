@@ -1,5 +1,6 @@
 // The console's saves: each reports its result, leaves an older file unchanged on failure, and suggests a name.
 #include "console/consolefixture.h"
+#include "support/cases.h"
 #include "support/modalwatchdog.h"
 #include "support/savecases.h"
 #include "support/wait.h"
@@ -165,13 +166,12 @@ private Q_SLOTS:
 
     void reportsTheResultOfEverySave_data()
     {
-        QTest::addColumn<QByteArray>("id");
-        QTest::addColumn<QString>("entry");
+        addColumns<QByteArray, QString>("id", "entry");
         for (const char* const id : { "statistics", "stat-snapshot", "modules" })
-            QTest::newRow(id) << QByteArray(id) << QString();
+            addCase(id, QByteArray(id), QString());
         for (const char* const id : { "curves", "map", "rate" })
-            QTest::newRow(qPrintable(QStringLiteral("%1, print").arg(QLatin1String(id))))
-                << QByteArray(id) << QStringLiteral("Print...");
+            addCase(qPrintable(QStringLiteral("%1, print").arg(QLatin1String(id))), QByteArray(id),
+                QStringLiteral("Print..."));
     }
     void reportsTheResultOfEverySave()
     {
@@ -216,12 +216,11 @@ private Q_SLOTS:
 
     void reportsTheResultOfEveryExport_data()
     {
-        QTest::addColumn<QByteArray>("id");
-        QTest::addColumn<QString>("suffix");
+        addColumns<QByteArray, QString>("id", "suffix");
         for (const char* const id : { "curves", "map", "rate" }) {
             for (const char* const suffix : { "png", "pdf", "svg", "csv" })
-                QTest::newRow(qPrintable(QStringLiteral("%1, %2").arg(QLatin1String(id), QLatin1String(suffix))))
-                    << QByteArray(id) << QString(QLatin1String(suffix));
+                addCase(qPrintable(QStringLiteral("%1, %2").arg(QLatin1String(id), QLatin1String(suffix))),
+                    QByteArray(id), QString(QLatin1String(suffix)));
         }
     }
     void reportsTheResultOfEveryExport()
@@ -322,25 +321,12 @@ private Q_SLOTS:
 
     void aNameIsSuggested_data()
     {
-        QTest::addColumn<QByteArray>("id");
-        QTest::addColumn<QString>("entry");
-        QTest::addColumn<QString>("start");
-        QTest::addColumn<QString>("suffix");
-        QTest::newRow("picture of curves") << QByteArray("curves") << "Save PNG..."
-                                           << "time"
-                                           << "png";
-        QTest::newRow("values of curves") << QByteArray("curves") << "Save CSV..."
-                                          << "time"
-                                          << "csv";
-        QTest::newRow("picture of a map") << QByteArray("map") << "Save PNG..."
-                                          << "image"
-                                          << "png";
-        QTest::newRow("event rate") << QByteArray("rate") << "Save CSV..."
-                                    << "Event-Rate"
-                                    << "csv";
-        QTest::newRow("statistics") << QByteArray("statistics") << ""
-                                    << "Statistics"
-                                    << "csv";
+        addColumns<QByteArray, QString, QString, QString>("id", "entry", "start", "suffix");
+        addCase("picture of curves", QByteArray("curves"), "Save PNG...", "time", "png");
+        addCase("values of curves", QByteArray("curves"), "Save CSV...", "time", "csv");
+        addCase("picture of a map", QByteArray("map"), "Save PNG...", "image", "png");
+        addCase("event rate", QByteArray("rate"), "Save CSV...", "Event-Rate", "csv");
+        addCase("statistics", QByteArray("statistics"), "", "Statistics", "csv");
     }
     void aNameIsSuggested()
     {
@@ -373,16 +359,11 @@ private Q_SLOTS:
 
     void theSuffixIsAdded_data()
     {
-        QTest::addColumn<QString>("typed");
-        QTest::addColumn<QString>("written");
-        QTest::newRow("no suffix") << "plot"
-                                   << "plot.png";
-        QTest::newRow("a dot in the name") << "run.12"
-                                           << "run.12.png";
-        QTest::newRow("another format") << "plot.svg"
-                                        << "plot.svg";
-        QTest::newRow("capitals") << "PLOT.PNG"
-                                  << "PLOT.PNG";
+        addColumns<QString, QString>("typed", "written");
+        addCase("no suffix", "plot", "plot.png");
+        addCase("a dot in the name", "run.12", "run.12.png");
+        addCase("another format", "plot.svg", "plot.svg");
+        addCase("capitals", "PLOT.PNG", "PLOT.PNG");
     }
     void theSuffixIsAdded()
     {

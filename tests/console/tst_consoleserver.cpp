@@ -3,6 +3,7 @@
 #include "server/commandchannel.h"
 #include "server/servercontroller.h"
 #include "server/serverprobe.h"
+#include "support/cases.h"
 
 #include "support/fakeserver.h"
 #include "support/scriptedserver.h"
@@ -98,8 +99,7 @@ private Q_SLOTS:
 
     void theProbeMeetsSomethingElse_data()
     {
-        QTest::addColumn<QByteArray>("greeting");
-        QTest::addColumn<bool>("hangsUp");
+        addColumns<QByteArray, bool>("greeting", "hangsUp");
         QTest::newRow("silence") << QByteArray() << false;
         QTest::newRow("another prompt") << QByteArray("login: ") << false;
         QTest::newRow("hangs up") << QByteArray("busy\n") << true;
@@ -212,12 +212,9 @@ private Q_SLOTS:
 
     void reportsWhyThereIsNoRemoteServer_data()
     {
-        QTest::addColumn<QString>("host");
-        QTest::addColumn<QString>("text");
-        QTest::newRow("nobody listens") << "127.0.0.1"
-                                        << "refused";
-        QTest::newRow("no such host") << "no-such-host.invalid"
-                                      << "not found";
+        addColumns<QString, QString>("host", "text");
+        addCase("nobody listens", "127.0.0.1", "refused");
+        addCase("no such host", "no-such-host.invalid", "not found");
     }
     void reportsWhyThereIsNoRemoteServer()
     {
@@ -367,12 +364,9 @@ private Q_SLOTS:
 
     void reportsWhyThereIsNoLocalServer_data()
     {
-        QTest::addColumn<QString>("step");
-        QTest::addColumn<QString>("text");
-        QTest::newRow("ends at once") << "exit 3"
-                                      << "exit code 3";
-        QTest::newRow("crashes before it is ready") << "crash"
-                                                    << "crashed";
+        addColumns<QString, QString>("step", "text");
+        addCase("ends at once", "exit 3", "exit code 3");
+        addCase("crashes before it is ready", "crash", "crashed");
     }
     void reportsWhyThereIsNoLocalServer()
     {

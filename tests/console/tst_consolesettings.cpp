@@ -1,5 +1,6 @@
 // The table of settings, over a manager without a server.
 #include "settings/settingsmodel.h"
+#include "support/cases.h"
 
 #include <tarnis/server/tarnis.h>
 
@@ -9,6 +10,7 @@
 #include <QTest>
 
 using namespace console;
+using namespace tarnis::testing;
 
 class TestConsoleSettings : public QObject {
     Q_OBJECT
@@ -118,32 +120,16 @@ private Q_SLOTS:
 
     void refusesWithAReason_data()
     {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QString>("value");
-        QTest::addColumn<QString>("named");
-        QTest::newRow("no name") << ""
-                                 << "1"
-                                 << "name";
-        QTest::newRow("colon in the name") << "a:b"
-                                           << "1"
-                                           << "colon";
-        QTest::newRow("blank in the name") << "a b"
-                                           << "1"
-                                           << "space";
-        QTest::newRow("colon in the value") << "a"
-                                            << "1:2"
-                                            << "colon";
-        QTest::newRow("blank in the value") << "a"
-                                            << "1 2"
-                                            << "space";
-        QTest::newRow("line feed in the value") << "a"
-                                                << "1\n2"
-                                                << "space";
-        QTest::newRow("control character") << "a" << QString(QChar(4)) << "control";
-        QTest::newRow("beyond Latin-1") << "a" << QString::fromUtf8("\u03b1") << "Latin-1";
-        QTest::newRow("port that is no number") << "tcp"
-                                                << "abc"
-                                                << "integer";
+        addColumns<QString, QString, QString>("name", "value", "named");
+        addCase("no name", "", "1", "name");
+        addCase("colon in the name", "a:b", "1", "colon");
+        addCase("blank in the name", "a b", "1", "space");
+        addCase("colon in the value", "a", "1:2", "colon");
+        addCase("blank in the value", "a", "1 2", "space");
+        addCase("line feed in the value", "a", "1\n2", "space");
+        addCase("control character", "a", QString(QChar(4)), "control");
+        addCase("beyond Latin-1", "a", QString::fromUtf8("\u03b1"), "Latin-1");
+        addCase("port that is no number", "tcp", "abc", "integer");
     }
     void refusesWithAReason()
     {

@@ -4,6 +4,7 @@
 #include "settings/settingsmodel.h"
 #include "settings/settingspanel.h"
 #include "settings/settingstable.h"
+#include "support/cases.h"
 #include "support/wait.h"
 #include "windows/openwindows.h"
 
@@ -229,9 +230,7 @@ private Q_SLOTS:
 
     void whatIsSentByCommandIsReadAgain_data()
     {
-        QTest::addColumn<QString>("command");
-        QTest::addColumn<QByteArray>("reply");
-        QTest::addColumn<bool>("isRead");
+        addColumns<QString, QByteArray, bool>("command", "reply", "isRead");
         QTest::newRow("a setting") << "setting rate:20" << QByteArray("OK:\n") << true;
         QTest::newRow("a refused setting") << "setting rate:20" << QByteArray("NG:no\n") << false;
         QTest::newRow("start") << "start" << QByteArray("OK:\n") << true;

@@ -1,4 +1,5 @@
 // tarnis-console as a program: exit statuses, displays, signals, and tours that cannot go well.
+#include "support/cases.h"
 #include "support/fakeserver.h"
 #include "support/scriptedserver.h"
 #include "support/wait.h"
@@ -88,21 +89,14 @@ class TestConsoleTour : public QObject {
 private Q_SLOTS:
     void theExitStatusDependsOnTheError_data()
     {
-        QTest::addColumn<QStringList>("arguments");
-        QTest::addColumn<QString>("end");
-        QTest::addColumn<QString>("text");
-        QTest::newRow("help") << QStringList { "--help" } << "exit 0"
-                              << "--tour";
-        QTest::newRow("version") << QStringList { "--version" } << "exit 0"
-                                 << "tarnis-console";
-        QTest::newRow("an option that does not exist") << QStringList { "--nonsense" } << "exit 2"
-                                                       << "nonsense";
-        QTest::newRow("a tour to nowhere") << QStringList { "--tour" } << "exit 2"
-                                           << "--tour";
-        QTest::newRow("a tour into what is no directory") << QStringList { "--tour", "/dev/null/pictures" } << "exit 2"
-                                                          << "/dev/null/pictures";
-        QTest::newRow("a log that cannot be written") << QStringList { "--log", "/dev/null/log" } << "exit 2"
-                                                      << "/dev/null/log";
+        addColumns<QStringList, QString, QString>("arguments", "end", "text");
+        addCase("help", QStringList { "--help" }, "exit 0", "--tour");
+        addCase("version", QStringList { "--version" }, "exit 0", "tarnis-console");
+        addCase("an option that does not exist", QStringList { "--nonsense" }, "exit 2", "nonsense");
+        addCase("a tour to nowhere", QStringList { "--tour" }, "exit 2", "--tour");
+        addCase("a tour into what is no directory", QStringList { "--tour", "/dev/null/pictures" }, "exit 2",
+            "/dev/null/pictures");
+        addCase("a log that cannot be written", QStringList { "--log", "/dev/null/log" }, "exit 2", "/dev/null/log");
     }
     void theExitStatusDependsOnTheError()
     {
@@ -155,15 +149,12 @@ private Q_SLOTS:
 
     void aFolderOfSomethingElseIsRefused_data()
     {
-        QTest::addColumn<QStringList>("files");
-        QTest::addColumn<QByteArray>("text");
-        QTest::addColumn<bool>("isRefused");
-        QTest::newRow("numbered photos") << QStringList { "01-beach.jpg", "02-harbour.jpg" } << QByteArray() << true;
-        QTest::newRow("a report of something else")
-            << QStringList { "report.txt" } << QByteArray("Minutes of the meeting\n01-beach.jpg\n") << true;
-        QTest::newRow("a hidden file") << QStringList { ".keep" } << QByteArray() << true;
-        QTest::newRow("a tour that was ended before its first step")
-            << QStringList { "report.txt" } << QByteArray() << false;
+        addColumns<QStringList, QByteArray, bool>("files", "text", "isRefused");
+        addCase("numbered photos", QStringList { "01-beach.jpg", "02-harbour.jpg" }, QByteArray(), true);
+        addCase("a report of something else", QStringList { "report.txt" },
+            QByteArray("Minutes of the meeting\n01-beach.jpg\n"), true);
+        addCase("a hidden file", QStringList { ".keep" }, QByteArray(), true);
+        addCase("a tour that was ended before its first step", QStringList { "report.txt" }, QByteArray(), false);
     }
     void aFolderOfSomethingElseIsRefused()
     {

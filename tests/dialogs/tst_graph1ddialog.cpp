@@ -1,5 +1,6 @@
 // The live 1D window against a scripted server.
 #include "dialogs/livewindow.h"
+#include "support/cases.h"
 #include "support/metamethods.h"
 #include "support/virtualorder.h"
 #include "support/wait.h"
@@ -276,9 +277,7 @@ private Q_SLOTS:
 
     void pairModeNeedsBothEndsAtZero_data()
     {
-        QTest::addColumn<double>("xMin");
-        QTest::addColumn<double>("xMax");
-        QTest::addColumn<bool>("pairMode");
+        addColumns<double, double, bool>("xMin", "xMax", "pairMode");
         QTest::newRow("zeros") << 0.0 << 0.0 << true;
         QTest::newRow("just within") << 2.220446049250313e-16 << -2.220446049250313e-16 << true;
         QTest::newRow("just beyond") << 0.0 << 2.3e-16 << false;
@@ -400,9 +399,7 @@ private Q_SLOTS:
 
     void stoppedPollingContinuesWithTheNextUpdate_data()
     {
-        QTest::addColumn<bool>("hidden");
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QList<double>>("payload");
+        addColumns<bool, QString, QList<double>>("hidden", "text", "payload");
         QTest::newRow("after a reply to a hidden window") << true << "a (0 10 5)" << QList<double>({ 1, 1 });
         QTest::newRow("after a parse failure") << false << "nothing" << QList<double>();
         QTest::newRow("after an invalid index") << false << "a (0 10 5)" << QList<double>({ 50, 1 });
@@ -608,10 +605,7 @@ private Q_SLOTS:
 
     void mayBeDeletedWhileItsBoxIsOpen_data()
     {
-        QTest::addColumn<bool>("pairMode");
-        QTest::addColumn<bool>("binary");
-        QTest::addColumn<QByteArray>("payload");
-        QTest::addColumn<bool>("closed");
+        addColumns<bool, bool, QByteArray, bool>("pairMode", "binary", "payload", "closed");
         QTest::newRow("deleted at a refusal") << false << false << QByteArray("NG: no") << false;
         QTest::newRow("deleted at a parse failure") << true << true << QByteArray() << false;
         QTest::newRow("deleted at an invalid index") << true << true << bytesOf({ 50, 1 }) << false;
@@ -645,15 +639,11 @@ private Q_SLOTS:
 
     void rows_data()
     {
-        QTest::addColumn<QByteArray>("payload");
-        QTest::addColumn<QList<double>>("first");
-        QTest::addColumn<QList<double>>("second");
-        QTest::newRow("sample-major") << bytesOf({ 1, 2, 3, 4, 5, 6 }) << QList<double>({ 1, 3, 5 })
-                                      << QList<double>({ 2, 4, 6 });
-        QTest::newRow("remainder dropped")
-            << bytesOf({ 1, 2, 3 }) + "abc" << QList<double>({ 1 }) << QList<double>({ 2 });
-        QTest::newRow("empty") << QByteArray() << QList<double>() << QList<double>();
-        QTest::newRow("less than a sample") << bytesOf({ 1 }) << QList<double>() << QList<double>();
+        addColumns<QByteArray, QList<double>, QList<double>>("payload", "first", "second");
+        addCase("sample-major", bytesOf({ 1, 2, 3, 4, 5, 6 }), QList<double>({ 1, 3, 5 }), QList<double>({ 2, 4, 6 }));
+        addCase("remainder dropped", bytesOf({ 1, 2, 3 }) + "abc", QList<double>({ 1 }), QList<double>({ 2 }));
+        addCase("empty", QByteArray(), QList<double>(), QList<double>());
+        addCase("less than a sample", bytesOf({ 1 }), QList<double>(), QList<double>());
     }
 
     void rows()
@@ -746,9 +736,7 @@ private Q_SLOTS:
 
     void oddPairReplies_data()
     {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QList<double>>("payload");
-        QTest::addColumn<int>("boxes");
+        addColumns<QString, QList<double>, int>("text", "payload", "boxes");
         QTest::newRow("no bins, no pairs") << "a (0 1 0)" << QList<double>() << 0;
         QTest::newRow("no bins, a pair") << "a (0 1 0)" << QList<double>({ 0, 1 }) << 1;
         QTest::newRow("negative bins") << "a (0 1 -3)" << QList<double>({ 0, 1 }) << 1;

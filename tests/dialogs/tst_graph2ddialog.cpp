@@ -1,5 +1,6 @@
 // The live 2D window against a scripted server, and its filter.
 #include "dialogs/livewindow.h"
+#include "support/cases.h"
 #include "support/metamethods.h"
 #include "support/virtualorder.h"
 #include "support/wait.h"
@@ -539,28 +540,22 @@ private Q_SLOTS:
 
     void shapes_data()
     {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QByteArray>("payload");
-        QTest::addColumn<QString>("box");
-        QTest::addColumn<int>("rows");
-        QTest::newRow("as constructed") << "OK:" << bytesOf(ramp(6)) << "" << 2;
-        QTest::newRow("map announced twice") << "OK: exported 2 x 3 y\n" << bytesOf(ramp(6)) << "" << 3;
-        QTest::newRow("told first: not read") << "exported 2 x 3 y" << bytesOf(ramp(6)) << "" << 2;
-        QTest::newRow("spare bytes") << "OK:" << bytesOf(ramp(6)) + "1234567"
-                                     << "" << 2;
-        QTest::newRow("too short") << "OK:" << bytesOf(ramp(5)) << "graph data size mismatched! 10 != 6 ( 3 * 2 )" << 0;
-        QTest::newRow("cut short") << "OK:" << bytesOf(ramp(6)).chopped(1)
-                                   << "graph data size mismatched! 11 != 6 ( 3 * 2 )" << 0;
-        QTest::newRow("no rows, but data")
-            << "OK: exported 3 x 0 y" << bytesOf(ramp(1)) << "graph data size mismatched! 2 != 0 ( 3 * 0 )" << 0;
-        QTest::newRow("both negative") << "OK: exported -2 x -3 y" << bytesOf(ramp(6))
-                                       << "graph data size mismatched! 12 != 6 ( -2 * -3 )" << 0;
-        QTest::newRow("product beyond 32 bits")
-            << "OK: exported 65536 x 65536 y" << bytesOf(ramp(6))
-            << "graph data size mismatched! 12 != 4294967296 ( 65536 * 65536 )" << 0;
-        QTest::newRow("no columns, many rows") << "OK: exported 0 x 2000000000 y" << QByteArray("1234567")
-                                               << "graph data size mismatched! 1 != 0 ( 0 * 2000000000 )" << 0;
-        QTest::newRow("empty") << "OK: exported 3 x 0 y" << QByteArray() << "" << 0;
+        addColumns<QString, QByteArray, QString, int>("text", "payload", "box", "rows");
+        addCase("as constructed", "OK:", bytesOf(ramp(6)), "", 2);
+        addCase("map announced twice", "OK: exported 2 x 3 y\n", bytesOf(ramp(6)), "", 3);
+        addCase("told first: not read", "exported 2 x 3 y", bytesOf(ramp(6)), "", 2);
+        addCase("spare bytes", "OK:", bytesOf(ramp(6)) + "1234567", "", 2);
+        addCase("too short", "OK:", bytesOf(ramp(5)), "graph data size mismatched! 10 != 6 ( 3 * 2 )", 0);
+        addCase("cut short", "OK:", bytesOf(ramp(6)).chopped(1), "graph data size mismatched! 11 != 6 ( 3 * 2 )", 0);
+        addCase("no rows, but data", "OK: exported 3 x 0 y", bytesOf(ramp(1)),
+            "graph data size mismatched! 2 != 0 ( 3 * 0 )", 0);
+        addCase("both negative", "OK: exported -2 x -3 y", bytesOf(ramp(6)),
+            "graph data size mismatched! 12 != 6 ( -2 * -3 )", 0);
+        addCase("product beyond 32 bits", "OK: exported 65536 x 65536 y", bytesOf(ramp(6)),
+            "graph data size mismatched! 12 != 4294967296 ( 65536 * 65536 )", 0);
+        addCase("no columns, many rows", "OK: exported 0 x 2000000000 y", QByteArray("1234567"),
+            "graph data size mismatched! 1 != 0 ( 0 * 2000000000 )", 0);
+        addCase("empty", "OK: exported 3 x 0 y", QByteArray(), "", 0);
     }
 
     void shapes()
@@ -743,8 +738,7 @@ private Q_SLOTS:
 
     void peaksOfTheFilteredRows_data()
     {
-        QTest::addColumn<int>("firstRow");
-        QTest::addColumn<QList<double>>("peaks");
+        addColumns<int, QList<double>>("firstRow", "peaks");
         QTest::newRow("negative rows") << 0 << QList<double>({ -1, -1, -1, -1 });
         QTest::newRow("no columns: row 0 has none") << 3 << QList<double>({ 0, 0, 0, 0 });
     }

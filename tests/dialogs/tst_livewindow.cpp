@@ -1,5 +1,6 @@
 // Further features of the live windows: hostile texts, replies that are not drawn, stopped polling, new sessions.
 #include "dialogs/livewindow.h"
+#include "support/cases.h"
 #include "support/wait.h"
 
 #include <tarnis/dialogs/graph1ddialog.h>
@@ -123,8 +124,7 @@ private Q_SLOTS:
 
     void tablesShowTheFullTextOnlyWhereItIsLonger_data()
     {
-        QTest::addColumn<int>("size");
-        QTest::addColumn<bool>("isShown");
+        addColumns<int, bool>("size", "isShown");
         QTest::newRow("as much as is shown") << 500 << false;
         QTest::newRow("one character more") << 501 << true;
     }
@@ -157,9 +157,7 @@ private Q_SLOTS:
 
     void pairsThatDoNotFit_data()
     {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<double>("x");
-        QTest::addColumn<int>("reason");
+        addColumns<QString, double, int>("text", "x", "reason");
         using Reason = tarnis::UndrawnReply::Reason;
         constexpr int drawn = -1;
         QTest::newRow("inside") << "OK: total (0 10 5)\n" << 2.0 << drawn;
@@ -193,9 +191,7 @@ private Q_SLOTS:
 
     void mapsThatDoNotFit_data()
     {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<int>("values");
-        QTest::addColumn<bool>("fits");
+        addColumns<QString, int, bool>("text", "values", "fits");
         QTest::newRow("the window's own bins") << "OK:\n" << 8 << true;
         QTest::newRow("bins of the reply") << "OK: exported 2 x 3 y\n" << 6 << true;
         QTest::newRow("no data") << "OK: exported 2 x 3 y\n" << 0 << true;

@@ -1,6 +1,7 @@
 // The two choosers of paths on the server's side, against a scripted server.
 #include "dialogs/chooser.h"
 #include "support/boxwatch.h"
+#include "support/cases.h"
 #include "support/metamethods.h"
 #include "support/wait.h"
 
@@ -170,16 +171,11 @@ private Q_SLOTS:
 
     void trimDir_data()
     {
-        QTest::addColumn<QString>("path");
-        QTest::addColumn<QString>("trimmed");
-        QTest::newRow("root") << "/"
-                              << "";
-        QTest::newRow("many") << "/a//"
-                              << "/a";
-        QTest::newRow("none") << "/a"
-                              << "/a";
-        QTest::newRow("empty") << ""
-                               << "";
+        addColumns<QString, QString>("path", "trimmed");
+        addCase("root", "/", "");
+        addCase("many", "/a//", "/a");
+        addCase("none", "/a", "/a");
+        addCase("empty", "", "");
     }
 
     void trimDir()
@@ -199,8 +195,7 @@ private Q_SLOTS:
 
     void setDirListsAncestors_data()
     {
-        QTest::addColumn<QString>("dir");
-        QTest::addColumn<QStringList>("shown");
+        addColumns<QString, QStringList>("dir", "shown");
         QTest::newRow("two levels") << "/a/b" << QStringList({ "/", "/a", "/a/b" });
         QTest::newRow("ends with a slash") << "/a/b/" << QStringList({ "/", "/a", "/a/b" });
         QTest::newRow("root") << "/" << QStringList({ "/" });
@@ -259,9 +254,7 @@ private Q_SLOTS:
 
     void extensionsOfAPath_data()
     {
-        QTest::addColumn<QStringList>("exts");
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<bool>("matches");
+        addColumns<QStringList, QString, bool>("exts", "name", "matches");
         QTest::newRow("dot added") << QStringList({ "csv" }) << "a.csv" << true;
         QTest::newRow("dot given") << QStringList({ ".csv" }) << "a.csv" << true;
         QTest::newRow("case folded") << QStringList({ "CsV" }) << "a.cSv" << true;
@@ -320,20 +313,13 @@ private Q_SLOTS:
 
     void choosesAFile_data()
     {
-        QTest::addColumn<QString>("typed");
-        QTest::addColumn<QString>("path");
-        QTest::newRow("with extension") << "new.txt"
-                                        << "/data/new.txt";
-        QTest::newRow("without") << "new"
-                                 << "/data/new.dat";
-        QTest::newRow("other extension") << "new.csv"
-                                         << "/data/new.csv.dat";
-        QTest::newRow("second extension") << "new.TXT"
-                                          << "/data/new.TXT";
-        QTest::newRow("empty") << ""
-                               << "";
-        QTest::newRow("with a slash") << "a/new.txt"
-                                      << "";
+        addColumns<QString, QString>("typed", "path");
+        addCase("with extension", "new.txt", "/data/new.txt");
+        addCase("without", "new", "/data/new.dat");
+        addCase("other extension", "new.csv", "/data/new.csv.dat");
+        addCase("second extension", "new.TXT", "/data/new.TXT");
+        addCase("empty", "", "");
+        addCase("with a slash", "a/new.txt", "");
     }
 
     void choosesAFile()
@@ -455,8 +441,7 @@ private Q_SLOTS:
 
     void directoryStarts_data()
     {
-        QTest::addColumn<QString>("dir");
-        QTest::addColumn<QList<QByteArray>>("requests");
+        addColumns<QString, QList<QByteArray>>("dir", "requests");
         QTest::newRow("given") << "/data" << QList<QByteArray>({ "ls-F \"/data\"" });
         QTest::newRow("trimmed") << "/data//" << QList<QByteArray>({ "ls-F \"/data\"" });
         QTest::newRow("none") << "" << QList<QByteArray>({ "pwd", "ls-F \"/data\"" });
@@ -502,9 +487,7 @@ private Q_SLOTS:
 
     void extensionsOfADirectory_data()
     {
-        QTest::addColumn<QStringList>("exts");
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<bool>("matches");
+        addColumns<QStringList, QString, bool>("exts", "name", "matches");
         QTest::newRow("as given") << QStringList({ "csv" }) << "acsv" << true;
         QTest::newRow("exact case") << QStringList({ ".csv" }) << "a.CSV" << false;
         QTest::newRow("folder by its slash") << QStringList({ ".d/" }) << "a.d/" << true;
@@ -567,21 +550,13 @@ private Q_SLOTS:
 
     void directoryAcceptsATypedName_data()
     {
-        QTest::addColumn<QStringList>("exts");
-        QTest::addColumn<QString>("typed");
-        QTest::addColumn<QString>("path");
-        QTest::newRow("first extension added") << QStringList({ ".csv", ".txt" }) << "x.txt"
-                                               << "/data/x.txt.csv";
-        QTest::newRow("has it") << QStringList({ ".csv" }) << "x.csv"
-                                << "/data/x.csv";
-        QTest::newRow("star is added too") << QStringList({ "*" }) << "x"
-                                           << "/data/x*";
-        QTest::newRow("no extensions") << QStringList() << "x"
-                                       << "/data/x";
-        QTest::newRow("slash passed on") << QStringList() << "a/x"
-                                         << "/data/a/x";
-        QTest::newRow("empty") << QStringList() << ""
-                               << "";
+        addColumns<QStringList, QString, QString>("exts", "typed", "path");
+        addCase("first extension added", QStringList({ ".csv", ".txt" }), "x.txt", "/data/x.txt.csv");
+        addCase("has it", QStringList({ ".csv" }), "x.csv", "/data/x.csv");
+        addCase("star is added too", QStringList({ "*" }), "x", "/data/x*");
+        addCase("no extensions", QStringList(), "x", "/data/x");
+        addCase("slash passed on", QStringList(), "a/x", "/data/a/x");
+        addCase("empty", QStringList(), "", "");
     }
 
     void directoryAcceptsATypedName()

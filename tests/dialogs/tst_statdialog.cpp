@@ -1,4 +1,5 @@
 // The statistics window against a scripted server.
+#include "support/cases.h"
 #include "support/metamethods.h"
 #include "support/scriptedserver.h"
 #include "support/virtualorder.h"
@@ -12,10 +13,7 @@
 #include <QTableWidget>
 #include <QTest>
 
-using tarnis::testing::eventually;
-using tarnis::testing::ScriptedServer;
-using tarnis::testing::Step;
-using tarnis::testing::virtualIndex;
+using namespace tarnis::testing;
 
 namespace {
 
@@ -66,16 +64,13 @@ private Q_SLOTS:
 
     void shows_data()
     {
-        QTest::addColumn<QByteArray>("reply");
-        QTest::addColumn<QStringList>("rows");
-        QTest::newRow("values untrimmed") << QByteArray("a: 1\nb:2 \n") << QStringList({ "a= 1", "b=2 " });
-        QTest::newRow("value with colons") << QByteArray("time:12:30:00\n") << QStringList({ "time=12:30:00" });
-        QTest::newRow("lines without a name") << QByteArray("a:1\n:2\nnothing\n\n") << QStringList({ "a=1" });
-        QTest::newRow("status lines") << QByteArray("OK: fine\nNG: bad\nOK :x\nok:y\n")
-                                      << QStringList({ "OK =x", "ok=y" });
-        QTest::newRow("repeated name keeps place, takes value")
-            << QByteArray("a:1\nb:2\na:3\n") << QStringList({ "a=3", "b=2" });
-        QTest::newRow("beyond ASCII") << QByteArray("R\xc3\xa4te:5 \xc2\xb5s") << QStringList({ "Räte=5 µs" });
+        addColumns<QByteArray, QStringList>("reply", "rows");
+        addCase("values untrimmed", QByteArray("a: 1\nb:2 \n"), QStringList({ "a= 1", "b=2 " }));
+        addCase("value with colons", QByteArray("time:12:30:00\n"), QStringList({ "time=12:30:00" }));
+        addCase("lines without a name", QByteArray("a:1\n:2\nnothing\n\n"), QStringList({ "a=1" }));
+        addCase("status lines", QByteArray("OK: fine\nNG: bad\nOK :x\nok:y\n"), QStringList({ "OK =x", "ok=y" }));
+        addCase("repeated name keeps place, takes value", QByteArray("a:1\nb:2\na:3\n"), QStringList({ "a=3", "b=2" }));
+        addCase("beyond ASCII", QByteArray("R\xc3\xa4te:5 \xc2\xb5s"), QStringList({ "Räte=5 µs" }));
     }
 
     void shows()

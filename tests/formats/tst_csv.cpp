@@ -1,5 +1,6 @@
 // CSV files: exact round trips, tables of other programs, and errors with their position.
 #include "datasets.h"
+#include "support/cases.h"
 
 #include <tarnis/formats/csv.h>
 #include <tarnis/formats/formats.h>
@@ -155,8 +156,7 @@ private Q_SLOTS:
 
     void knowsTheNamesOfErrors_data()
     {
-        QTest::addColumn<QByteArray>("name");
-        QTest::addColumn<int>("rows");
+        addColumns<QByteArray, int>("name", "rows");
         QTest::newRow("error") << QByteArray("error") << 1;
         QTest::newRow("errors, in capitals and blanks") << QByteArray(" ERRORS ") << 1;
         QTest::newRow("of a name") << QByteArray("a error") << 1;
@@ -195,41 +195,35 @@ private Q_SLOTS:
 
     void reportsWhatIsWrongAndWhere_data()
     {
-        QTest::addColumn<QByteArray>("text");
-        QTest::addColumn<QString>("error");
+        addColumns<QByteArray, QString>("text", "error");
         const QString empty = "it has no numbers: it must have one column of counts, or x and counts";
-        QTest::newRow("empty") << QByteArray() << empty;
-        QTest::newRow("comments alone") << QByteArray("# a\n\n#b") << empty;
-        QTest::newRow("not a number") << QByteArray("1\n2\nabc\n")
-                                      << QString("line 3: field 1: 'abc' is not a number: correct it, or begin the "
-                                                 "line with # if it is a comment");
-        QTest::newRow("not a number in the second field")
-            << QByteArray("0,1\n1,2x\n")
-            << QString("line 2: field 2: '2x' is not a number: correct it, or begin the line with # if it is a "
-                       "comment");
-        QTest::newRow("number beyond the range in the first line")
-            << QByteArray("1e999\n2\n")
-            << QString("line 1: field 1: '1e999' is not a number: correct it, or begin the line with # if it is a "
-                       "comment");
-        QTest::newRow("hexadecimal in the first line")
-            << QByteArray("0x10,0x20\n1,2\n")
-            << QString("line 1: field 1: '0x10' is not a number: correct it, or begin the line with # if it is a "
-                       "comment");
-        QTest::newRow("ragged")
-            << QByteArray("0,1\n1\n")
-            << QString("line 2: fields: 1, in the lines before: 2; each line needs the same number of fields");
-        QTest::newRow("x does not rise") << QByteArray("1,5\n1,6\n")
-                                         << QString("the first of two columns is x and must rise: sort the lines by x");
-        QTest::newRow("binary") << QByteArray("1\n\x01\xFF\0\n", 6)
-                                << QString("line 2: field 1: '___' is not a number: correct it, or begin the line with "
-                                           "# if it is a comment");
-        QTest::newRow("header and table differ")
-            << QByteArray("# Tarnis data 1\n# x edges: 0 1 5 9\n0,1\n1,2\n")
-            << QString("the axes of the header do not fit the table: restore the file");
-        QTest::newRow("bad time") << QByteArray("# Tarnis data 1\n# time: noon\n0,1\n")
-                                  << QString("line 2: 'noon' is not a time: write it as 2026-03-10T12:00:00Z");
-        QTest::newRow("bad edges") << QByteArray("# Tarnis data 1\n# x edges: 0 b\n0,1\n")
-                                   << QString("line 2: '0 b' is not a list of numbers: correct 'x edges'");
+        addCase("empty", QByteArray(), empty);
+        addCase("comments alone", QByteArray("# a\n\n#b"), empty);
+        addCase("not a number", QByteArray("1\n2\nabc\n"),
+            QString("line 3: field 1: 'abc' is not a number: correct it, or begin the "
+                    "line with # if it is a comment"));
+        addCase("not a number in the second field", QByteArray("0,1\n1,2x\n"),
+            QString("line 2: field 2: '2x' is not a number: correct it, or begin the line with # if it is a "
+                    "comment"));
+        addCase("number beyond the range in the first line", QByteArray("1e999\n2\n"),
+            QString("line 1: field 1: '1e999' is not a number: correct it, or begin the line with # if it is a "
+                    "comment"));
+        addCase("hexadecimal in the first line", QByteArray("0x10,0x20\n1,2\n"),
+            QString("line 1: field 1: '0x10' is not a number: correct it, or begin the line with # if it is a "
+                    "comment"));
+        addCase("ragged", QByteArray("0,1\n1\n"),
+            QString("line 2: fields: 1, in the lines before: 2; each line needs the same number of fields"));
+        addCase("x does not rise", QByteArray("1,5\n1,6\n"),
+            QString("the first of two columns is x and must rise: sort the lines by x"));
+        addCase("binary", QByteArray("1\n\x01\xFF\0\n", 6),
+            QString("line 2: field 1: '___' is not a number: correct it, or begin the line with "
+                    "# if it is a comment"));
+        addCase("header and table differ", QByteArray("# Tarnis data 1\n# x edges: 0 1 5 9\n0,1\n1,2\n"),
+            QString("the axes of the header do not fit the table: restore the file"));
+        addCase("bad time", QByteArray("# Tarnis data 1\n# time: noon\n0,1\n"),
+            QString("line 2: 'noon' is not a time: write it as 2026-03-10T12:00:00Z"));
+        addCase("bad edges", QByteArray("# Tarnis data 1\n# x edges: 0 b\n0,1\n"),
+            QString("line 2: '0 b' is not a list of numbers: correct 'x edges'"));
     }
     void reportsWhatIsWrongAndWhere()
     {

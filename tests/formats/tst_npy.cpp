@@ -1,5 +1,6 @@
 // NPY files: exact round trips, the types and orders of other programs, damaged files.
 #include "datasets.h"
+#include "support/cases.h"
 
 #include <tarnis/formats/npy.h>
 
@@ -67,27 +68,25 @@ private Q_SLOTS:
 
     void readsEveryTypeAndByteOrder_data()
     {
-        QTest::addColumn<QByteArray>("type");
-        QTest::addColumn<QByteArray>("bytes");
-        QTest::addColumn<Values>("values");
-        QTest::newRow("b1") << QByteArray("|b1") << QByteArray("\0\1\2", 3) << Values { 0, 1, 1 };
-        QTest::newRow("i1") << QByteArray("|i1") << bytesOf<qint8>({ -128, 127 }) << Values { -128, 127 };
-        QTest::newRow("u1") << QByteArray("|u1") << bytesOf<quint8>({ 255 }) << Values { 255 };
-        QTest::newRow("i2") << QByteArray("<i2") << bytesOf<qint16>({ -300 }) << Values { -300 };
-        QTest::newRow("u2 big") << QByteArray(">u2") << bytesOf<quint16>({ 65000 }, true) << Values { 65000 };
-        QTest::newRow("i4 big") << QByteArray(">i4") << bytesOf<qint32>({ -70000 }, true) << Values { -70000 };
-        QTest::newRow("u4") << QByteArray("<u4") << bytesOf<quint32>({ 4000000000U }) << Values { 4e9 };
-        QTest::newRow("i8") << QByteArray("<i8") << bytesOf<qint64>({ -5000000000 }) << Values { -5e9 };
-        QTest::newRow("u8 big") << QByteArray(">u8") << bytesOf<quint64>({ 1ULL << 63U }, true) << Values { 0x1p63 };
-        QTest::newRow("f2") << QByteArray("<f2") << bytesOf<quint16>({ 0x3C00, 0xC500, 0x0001, 0x7C00, 0x8000, 0x7BFF })
-                            << Values { 1.0, -5.0, 0x1p-24, std::numeric_limits<double>::infinity(), -0.0, 65504.0 };
-        QTest::newRow("f2 big") << QByteArray(">f2") << bytesOf<quint16>({ 0x3800 }, true) << Values { 0.5 };
-        QTest::newRow("f4") << QByteArray("<f4") << bytesOf<float>({ 1.5F, -0.25F }) << Values { 1.5, -0.25 };
-        QTest::newRow("f4 big") << QByteArray(">f4") << bytesOf<float>({ 3.0F }, true) << Values { 3.0 };
-        QTest::newRow("f8 big") << QByteArray(">f8") << bytesOf<double>({ 0.1 }, true) << Values { 0.1 };
-        QTest::newRow("native") << QByteArray("=f8") << bytesOf<double>({ 0.1 }) << Values { 0.1 };
+        addColumns<QByteArray, QByteArray, Values>("type", "bytes", "values");
+        addCase("b1", QByteArray("|b1"), QByteArray("\0\1\2", 3), Values { 0, 1, 1 });
+        addCase("i1", QByteArray("|i1"), bytesOf<qint8>({ -128, 127 }), Values { -128, 127 });
+        addCase("u1", QByteArray("|u1"), bytesOf<quint8>({ 255 }), Values { 255 });
+        addCase("i2", QByteArray("<i2"), bytesOf<qint16>({ -300 }), Values { -300 });
+        addCase("u2 big", QByteArray(">u2"), bytesOf<quint16>({ 65000 }, true), Values { 65000 });
+        addCase("i4 big", QByteArray(">i4"), bytesOf<qint32>({ -70000 }, true), Values { -70000 });
+        addCase("u4", QByteArray("<u4"), bytesOf<quint32>({ 4000000000U }), Values { 4e9 });
+        addCase("i8", QByteArray("<i8"), bytesOf<qint64>({ -5000000000 }), Values { -5e9 });
+        addCase("u8 big", QByteArray(">u8"), bytesOf<quint64>({ 1ULL << 63U }, true), Values { 0x1p63 });
+        addCase("f2", QByteArray("<f2"), bytesOf<quint16>({ 0x3C00, 0xC500, 0x0001, 0x7C00, 0x8000, 0x7BFF }),
+            Values { 1.0, -5.0, 0x1p-24, std::numeric_limits<double>::infinity(), -0.0, 65504.0 });
+        addCase("f2 big", QByteArray(">f2"), bytesOf<quint16>({ 0x3800 }, true), Values { 0.5 });
+        addCase("f4", QByteArray("<f4"), bytesOf<float>({ 1.5F, -0.25F }), Values { 1.5, -0.25 });
+        addCase("f4 big", QByteArray(">f4"), bytesOf<float>({ 3.0F }, true), Values { 3.0 });
+        addCase("f8 big", QByteArray(">f8"), bytesOf<double>({ 0.1 }, true), Values { 0.1 });
+        addCase("native", QByteArray("=f8"), bytesOf<double>({ 0.1 }), Values { 0.1 });
         if (std::numeric_limits<long double>::digits == 64)
-            QTest::newRow("f16") << QByteArray("<f16") << bytesOf<long double>({ 0.5L, -3.0L }) << Values { 0.5, -3.0 };
+            addCase("f16", QByteArray("<f16"), bytesOf<long double>({ 0.5L, -3.0L }), Values { 0.5, -3.0 });
     }
     void readsEveryTypeAndByteOrder()
     {
@@ -118,30 +117,25 @@ private Q_SLOTS:
 
     void reportsWhatIsWrongAndWhere_data()
     {
-        QTest::addColumn<QByteArray>("bytes");
-        QTest::addColumn<QString>("error");
+        addColumns<QByteArray, QString>("bytes", "error");
         const QByteArray eight(8, '\0');
-        QTest::newRow("empty") << QByteArray() << "byte 0: it does not begin as an NPY file";
-        QTest::newRow("text") << QByteArray("1\n2\n3\n4\n5\n6\n") << "byte 0: it does not begin as an NPY file";
-        QTest::newRow("version") << npy(header("<f8", "(1,)"), eight, 9) << "byte 6: version 9 of the format";
-        QTest::newRow("header cut") << npy(header("<f8", "(1,)"), {}).first(30)
-                                    << "byte 30: the file ends in its header";
-        QTest::newRow("not a dictionary") << npy("[1, 2]\n", eight) << "byte 10: the header is damaged";
-        QTest::newRow("key missing") << npy("{'descr': '<f8', 'shape': (1,)}", eight)
-                                     << "byte 41: the header is damaged";
-        QTest::newRow("complex") << npy(header("<c16", "(1,)"), eight + eight) << "the values are of the type '<c16'";
-        QTest::newRow("objects") << npy(header("|O", "(1,)"), eight) << "the values are of the type '|O'";
-        QTest::newRow("record") << npy("{'descr': [('a', '<f8')], 'fortran_order': False, 'shape': (1,), }", eight)
-                                << "the values are of the type 'record'";
-        QTest::newRow("three dimensions") << npy(header("<f8", "(1, 1, 1)"), eight) << "the array has 3 dimensions";
-        QTest::newRow("no values") << npy(header("<f8", "(0,)"), {}) << "the array is empty";
-        QTest::newRow("huge") << npy(header("<f8", "(99999999999, 99999999999)"), eight)
-                              << "the array has more than 134217728 values";
-        QTest::newRow("overflow") << npy(header("<f8", "(9223372036854775807,)"), eight) << "the header is damaged";
-        QTest::newRow("short") << npy(header("<f8", "(2,)"), eight)
-                               << "the shape needs 16 bytes of values and the file has 8";
-        QTest::newRow("long") << npy(header("<f4", "(1,)"), eight)
-                              << "the shape needs 4 bytes of values and the file has 8";
+        addCase("empty", QByteArray(), "byte 0: it does not begin as an NPY file");
+        addCase("text", QByteArray("1\n2\n3\n4\n5\n6\n"), "byte 0: it does not begin as an NPY file");
+        addCase("version", npy(header("<f8", "(1,)"), eight, 9), "byte 6: version 9 of the format");
+        addCase("header cut", npy(header("<f8", "(1,)"), {}).first(30), "byte 30: the file ends in its header");
+        addCase("not a dictionary", npy("[1, 2]\n", eight), "byte 10: the header is damaged");
+        addCase("key missing", npy("{'descr': '<f8', 'shape': (1,)}", eight), "byte 41: the header is damaged");
+        addCase("complex", npy(header("<c16", "(1,)"), eight + eight), "the values are of the type '<c16'");
+        addCase("objects", npy(header("|O", "(1,)"), eight), "the values are of the type '|O'");
+        addCase("record", npy("{'descr': [('a', '<f8')], 'fortran_order': False, 'shape': (1,), }", eight),
+            "the values are of the type 'record'");
+        addCase("three dimensions", npy(header("<f8", "(1, 1, 1)"), eight), "the array has 3 dimensions");
+        addCase("no values", npy(header("<f8", "(0,)"), {}), "the array is empty");
+        addCase("huge", npy(header("<f8", "(99999999999, 99999999999)"), eight),
+            "the array has more than 134217728 values");
+        addCase("overflow", npy(header("<f8", "(9223372036854775807,)"), eight), "the header is damaged");
+        addCase("short", npy(header("<f8", "(2,)"), eight), "the shape needs 16 bytes of values and the file has 8");
+        addCase("long", npy(header("<f4", "(1,)"), eight), "the shape needs 4 bytes of values and the file has 8");
     }
     void reportsWhatIsWrongAndWhere()
     {

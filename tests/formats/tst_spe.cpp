@@ -1,5 +1,6 @@
 // Spectra in the .spe format: written and read back, measured files, damaged ones.
 #include "datasets.h"
+#include "support/cases.h"
 #include "support/support.h"
 
 #include <tarnis/formats/formats.h>
@@ -71,21 +72,19 @@ private Q_SLOTS:
 
     void reportsWhatIsWrongAndWhere_data()
     {
-        QTest::addColumn<QByteArray>("text");
-        QTest::addColumn<QString>("error");
-        QTest::newRow("empty") << QByteArray() << "it has no section $DATA";
-        QTest::newRow("no range") << QByteArray("$DATA:\n") << "it has no section $DATA";
-        QTest::newRow("bad range") << QByteArray("$DATA:\n0 x\n")
-                                   << "line 2: '0 x' is not the first and the last channel";
-        QTest::newRow("reversed") << QByteArray("$DATA:\n5 2\n") << "line 2: '5 2' is not the first";
-        QTest::newRow("fraction") << QByteArray("$DATA:\n0 2.5\n") << "line 2: '0 2.5' is not the first";
-        QTest::newRow("huge") << QByteArray("$DATA:\n0 1e15\n") << "line 2: '0 1e15': more than 16777216 channels";
-        QTest::newRow("not a count") << QByteArray("$DATA:\n0 1\n3\nabc\n") << "line 4: 'abc' is not a count";
-        QTest::newRow("negative") << QByteArray("$DATA:\n0 1\n-3\n") << "line 3: '-3' is not a count";
-        QTest::newRow("not finite") << QByteArray("$DATA:\n0 1\nnan\n") << "line 3: 'nan' is not a count";
-        QTest::newRow("too few") << QByteArray("$DATA:\n0 2\n3\n") << "$DATA announces 3 channels and has 1";
-        QTest::newRow("too many") << QByteArray("$DATA:\n0 0\n3\n4\n") << "line 4: more than the announced 1 channels";
-        QTest::newRow("twice") << QByteArray("$DATA:\n0 0\n3\n$DATA:\n0 0\n3\n") << "line 5: a second section $DATA";
+        addColumns<QByteArray, QString>("text", "error");
+        addCase("empty", QByteArray(), "it has no section $DATA");
+        addCase("no range", QByteArray("$DATA:\n"), "it has no section $DATA");
+        addCase("bad range", QByteArray("$DATA:\n0 x\n"), "line 2: '0 x' is not the first and the last channel");
+        addCase("reversed", QByteArray("$DATA:\n5 2\n"), "line 2: '5 2' is not the first");
+        addCase("fraction", QByteArray("$DATA:\n0 2.5\n"), "line 2: '0 2.5' is not the first");
+        addCase("huge", QByteArray("$DATA:\n0 1e15\n"), "line 2: '0 1e15': more than 16777216 channels");
+        addCase("not a count", QByteArray("$DATA:\n0 1\n3\nabc\n"), "line 4: 'abc' is not a count");
+        addCase("negative", QByteArray("$DATA:\n0 1\n-3\n"), "line 3: '-3' is not a count");
+        addCase("not finite", QByteArray("$DATA:\n0 1\nnan\n"), "line 3: 'nan' is not a count");
+        addCase("too few", QByteArray("$DATA:\n0 2\n3\n"), "$DATA announces 3 channels and has 1");
+        addCase("too many", QByteArray("$DATA:\n0 0\n3\n4\n"), "line 4: more than the announced 1 channels");
+        addCase("twice", QByteArray("$DATA:\n0 0\n3\n$DATA:\n0 0\n3\n"), "line 5: a second section $DATA");
     }
     void reportsWhatIsWrongAndWhere()
     {
@@ -98,9 +97,7 @@ private Q_SLOTS:
 
     void readsMeasuredSpectra_data()
     {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<qsizetype>("channels");
-        QTest::addColumn<double>("liveTime");
+        addColumns<QString, qsizetype, double>("name", "channels", "liveTime");
         QTest::newRow("germanium") << "hpge-pottery.spe" << qsizetype(16384) << 16543.0;
         QTest::newRow("caesium iodide") << "csi-ba133-cs137.spe" << qsizetype(4094) << 300.0;
     }

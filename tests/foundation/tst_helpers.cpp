@@ -1,3 +1,4 @@
+#include "support/cases.h"
 #include "tarnis/foundation/helpers.h"
 
 #include "support/helpersoracle.h"
@@ -31,20 +32,13 @@ private Q_SLOTS:
 
     void capitalizes_data()
     {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QString>("expected");
-        QTest::newRow("empty") << ""
-                               << "";
-        QTest::newRow("one letter") << "a"
-                                    << "A";
-        QTest::newRow("rest stays") << "aBC dE"
-                                    << "ABC dE";
-        QTest::newRow("no letter") << "1abc"
-                                   << "1abc";
-        QTest::newRow("umlaut") << "äb"
-                                << "Äb";
-        QTest::newRow("sharp s has no single capital") << "ßa"
-                                                       << "ßa";
+        addColumns<QString, QString>("text", "expected");
+        addCase("empty", "", "");
+        addCase("one letter", "a", "A");
+        addCase("rest stays", "aBC dE", "ABC dE");
+        addCase("no letter", "1abc", "1abc");
+        addCase("umlaut", "äb", "Äb");
+        addCase("sharp s has no single capital", "ßa", "ßa");
     }
     void capitalizes()
     {
@@ -55,10 +49,7 @@ private Q_SLOTS:
 
     void numStrStripsTrailingZeros_data()
     {
-        QTest::addColumn<double>("value");
-        QTest::addColumn<char>("format");
-        QTest::addColumn<int>("precision");
-        QTest::addColumn<QString>("expected");
+        addColumns<double, char, int, QString>("value", "format", "precision", "expected");
         QTest::newRow("zeros behind digits") << 1.5 << 'f' << 3 << "1.5";
         QTest::newRow("zeros and point") << 20.0 << 'f' << 2 << "20";
         QTest::newRow("zeros before the point stay") << 1200.0 << 'f' << 3 << "1200";
@@ -83,9 +74,7 @@ private Q_SLOTS:
 
     void numStrUsesTheStoredFormat_data()
     {
-        QTest::addColumn<char>("format");
-        QTest::addColumn<int>("precision");
-        QTest::addColumn<bool>("accepted");
+        addColumns<char, int, bool>("format", "precision", "accepted");
         QTest::addColumn<QString>("expected"); // of 1234.5678
         QTest::newRow("f") << 'f' << 2 << true << "1234.57";
         QTest::newRow("e") << 'e' << 2 << true << "1.23e+03";
@@ -152,8 +141,7 @@ private Q_SLOTS:
 
     void findsTheValueOfAKey_data()
     {
-        QTest::addColumn<QList<QString>>("list");
-        QTest::addColumn<bool>("trimResult");
+        addColumns<QList<QString>, bool>("list", "trimResult");
         QTest::addColumn<QString>("expected"); // of key a, separator =, default " d "
         QTest::newRow("longer key before") << QList<QString> { "ab=1", "a=2" } << false << "2";
         QTest::newRow("first wins") << QList<QString> { "a=1", "a=2" } << false << "1";
@@ -175,15 +163,14 @@ private Q_SLOTS:
 
     void filtersByPrefix_data()
     {
-        QTest::addColumn<QString>("prefix");
-        QTest::addColumn<QList<QString>>("expected");
-        QTest::newRow("something must follow") << "run" << QList<QString> { "run1", "runs" };
-        QTest::newRow("a piece of an expression") << "r.n" << QList<QString> { "run1", "runs" };
-        QTest::newRow("no group: the last piece alone needs more")
-            << "x|run" << QList<QString> { "run1", "runs", "arun1", "xb", "x" };
-        QTest::newRow("empty") << "" << QList<QString> { "run", "run1", "runs", "arun1", "xb", "x", "%1a" };
-        QTest::newRow("not an expression") << "(" << QList<QString> {};
-        QTest::newRow("place marker") << "%1" << QList<QString> { "%1a" };
+        addColumns<QString, QList<QString>>("prefix", "expected");
+        addCase("something must follow", "run", QList<QString> { "run1", "runs" });
+        addCase("a piece of an expression", "r.n", QList<QString> { "run1", "runs" });
+        addCase("no group: the last piece alone needs more", "x|run",
+            QList<QString> { "run1", "runs", "arun1", "xb", "x" });
+        addCase("empty", "", QList<QString> { "run", "run1", "runs", "arun1", "xb", "x", "%1a" });
+        addCase("not an expression", "(", QList<QString> {});
+        addCase("place marker", "%1", QList<QString> { "%1a" });
     }
     void filtersByPrefix()
     {
@@ -195,40 +182,22 @@ private Q_SLOTS:
 
     void splits_data()
     {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QString>("separator");
-        QTest::addColumn<int>("maxParts");
-        QTest::addColumn<QList<QString>>("expected");
-        QTest::newRow("no limit") << "a,b,c"
-                                  << "," << 0 << QList<QString> { "a", "b", "c" };
-        QTest::newRow("two parts") << "a,b,c"
-                                   << "," << 2 << QList<QString> { "a", "b,c" };
-        QTest::newRow("three parts") << "a,b,c"
-                                     << "," << 3 << QList<QString> { "a", "b", "c" };
-        QTest::newRow("more parts than there are") << "a,b"
-                                                   << "," << 9 << QList<QString> { "a", "b" };
-        QTest::newRow("one part") << " a,b "
-                                  << "," << 1 << QList<QString> { "a,b" };
-        QTest::newRow("negative") << " a,b "
-                                  << "," << -1 << QList<QString> { "a,b" };
-        QTest::newRow("separator in front") << ",a"
-                                            << "," << 0 << QList<QString> { ",a" };
-        QTest::newRow("adjacent separators end it") << "a,,b,c"
-                                                    << "," << 0 << QList<QString> { "a", ",b,c" };
-        QTest::newRow("separator at the end") << "a,"
-                                              << "," << 0 << QList<QString> { "a", "" };
-        QTest::newRow("rest is not trimmed again") << "a, b , c"
-                                                   << "," << 0 << QList<QString> { "a", " b ", " c" };
-        QTest::newRow("two characters leave the second") << "a::b::c"
-                                                         << "::" << 0 << QList<QString> { "a", ":b", ":c" };
-        QTest::newRow("case counts") << "aXbxc"
-                                     << "x" << 0 << QList<QString> { "aXb", "c" };
-        QTest::newRow("empty text") << ""
-                                    << "," << 0 << QList<QString> { "" };
-        QTest::newRow("blanks only") << "  "
-                                     << "," << 0 << QList<QString> { "" };
-        QTest::newRow("empty separator") << "ab"
-                                         << "" << 0 << QList<QString> { "ab" };
+        addColumns<QString, QString, int, QList<QString>>("text", "separator", "maxParts", "expected");
+        addCase("no limit", "a,b,c", ",", 0, QList<QString> { "a", "b", "c" });
+        addCase("two parts", "a,b,c", ",", 2, QList<QString> { "a", "b,c" });
+        addCase("three parts", "a,b,c", ",", 3, QList<QString> { "a", "b", "c" });
+        addCase("more parts than there are", "a,b", ",", 9, QList<QString> { "a", "b" });
+        addCase("one part", " a,b ", ",", 1, QList<QString> { "a,b" });
+        addCase("negative", " a,b ", ",", -1, QList<QString> { "a,b" });
+        addCase("separator in front", ",a", ",", 0, QList<QString> { ",a" });
+        addCase("adjacent separators end it", "a,,b,c", ",", 0, QList<QString> { "a", ",b,c" });
+        addCase("separator at the end", "a,", ",", 0, QList<QString> { "a", "" });
+        addCase("rest is not trimmed again", "a, b , c", ",", 0, QList<QString> { "a", " b ", " c" });
+        addCase("two characters leave the second", "a::b::c", "::", 0, QList<QString> { "a", ":b", ":c" });
+        addCase("case counts", "aXbxc", "x", 0, QList<QString> { "aXb", "c" });
+        addCase("empty text", "", ",", 0, QList<QString> { "" });
+        addCase("blanks only", "  ", ",", 0, QList<QString> { "" });
+        addCase("empty separator", "ab", "", 0, QList<QString> { "ab" });
     }
     void splits()
     {
@@ -252,11 +221,7 @@ private Q_SLOTS:
 
     void parsesARunDirectory_data()
     {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<bool>("matches");
-        QTest::addColumn<QString>("prefix");
-        QTest::addColumn<int>("run");
-        QTest::addColumn<QDate>("date");
+        addColumns<QString, bool, QString, int, QDate>("name", "matches", "prefix", "run", "date");
         const QDate day(2024, 1, 31);
         QTest::newRow("ordinary") << "data000123_20240131" << true << "data" << 123 << day;
         QTest::newRow("last six digits are the run") << "data12000123_20240131" << true << "data12" << 123 << day;

@@ -1,4 +1,5 @@
 // Rectangles of the helpers: centres, stretching, moving.
+#include "support/cases.h"
 #include "tarnis/foundation/helpers.h"
 
 #include "support/helpersoracle.h"
@@ -34,8 +35,7 @@ class TestHelpersGeometry : public QObject {
 private Q_SLOTS:
     void centers_data()
     {
-        QTest::addColumn<QRect>("rect");
-        QTest::addColumn<QPoint>("expected");
+        addColumns<QRect, QPoint>("rect", "expected");
         QTest::newRow("odd size") << QRect(0, 0, 3, 5) << QPoint(1, 2);
         QTest::newRow("even size goes right and down") << QRect(0, 0, 4, 6) << QPoint(2, 3);
         QTest::newRow("one pixel") << QRect(7, 8, 1, 1) << QPoint(7, 8);
@@ -52,9 +52,7 @@ private Q_SLOTS:
 
     void setsACenter_data()
     {
-        QTest::addColumn<QRect>("rect");
-        QTest::addColumn<QPoint>("point");
-        QTest::addColumn<QRect>("expected");
+        addColumns<QRect, QPoint, QRect>("rect", "point", "expected");
         QTest::newRow("odd size") << QRect(50, 60, 3, 5) << QPoint(1, 2) << QRect(0, 0, 3, 5);
         QTest::newRow("even size") << QRect(50, 60, 4, 6) << QPoint(2, 3) << QRect(0, 0, 4, 6);
         QTest::newRow("negative") << QRect(50, 60, 4, 6) << QPoint(-2, -3) << QRect(-4, -6, 4, 6);
@@ -71,10 +69,7 @@ private Q_SLOTS:
 
     void stretches_data()
     {
-        QTest::addColumn<QRect>("rect");
-        QTest::addColumn<double>("xFactor");
-        QTest::addColumn<double>("yFactor");
-        QTest::addColumn<QRect>("expected");
+        addColumns<QRect, double, double, QRect>("rect", "xFactor", "yFactor", "expected");
         QTest::newRow("unchanged") << QRect(3, 4, 10, 20) << 1.0 << 1.0 << QRect(3, 4, 10, 20);
         QTest::newRow("doubled") << QRect(0, 0, 10, 20) << 2.0 << 2.0 << QRect(-5, -10, 20, 40);
         QTest::newRow("halves go up") << QRect(0, 0, 3, 5) << 0.5 << 0.5 << QRect(0, 1, 2, 3);

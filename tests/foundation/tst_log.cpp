@@ -1,3 +1,4 @@
+#include "support/cases.h"
 #include "tarnis/foundation/log.h"
 
 #include <QDir>
@@ -14,6 +15,8 @@
 
 #include <sys/syscall.h>
 #include <unistd.h>
+
+using namespace tarnis::testing;
 
 namespace {
 
@@ -110,18 +113,15 @@ private Q_SLOTS:
 
     void writesALineInTheGivenFormat_data()
     {
-        QTest::addColumn<QByteArray>("word");
-        QTest::addColumn<QByteArray>("file");
-        QTest::addColumn<int>("line");
-        QTest::addColumn<QByteArray>("expected");
-        QTest::newRow("short name") << QByteArray("DBG") << QByteArray("run.cpp") << 7
-                                    << QByteArray("                  run.cpp:   7 TTTTTTTT [ DBG] text");
-        QTest::newRow("name of 25 characters") << QByteArray("INFO") << QByteArray("abcdefghijklmnopqrstu.cpp") << 1234
-                                               << QByteArray("abcdefghijklmnopqrstu.cpp:1234 TTTTTTTT [INFO] text");
-        QTest::newRow("longer name") << QByteArray("ERR") << QByteArray("abcdefghijklmnopqrstuv.cpp") << 12345
-                                     << QByteArray("abcdefghijklmnopqrstuv.cpp:12345 TTTTTTTT [ ERR] text");
-        QTest::newRow("one-letter word") << QByteArray("<") << QByteArray("a") << 0
-                                         << QByteArray("                        a:   0 TTTTTTTT [   <] text");
+        addColumns<QByteArray, QByteArray, int, QByteArray>("word", "file", "line", "expected");
+        addCase("short name", QByteArray("DBG"), QByteArray("run.cpp"), 7,
+            QByteArray("                  run.cpp:   7 TTTTTTTT [ DBG] text"));
+        addCase("name of 25 characters", QByteArray("INFO"), QByteArray("abcdefghijklmnopqrstu.cpp"), 1234,
+            QByteArray("abcdefghijklmnopqrstu.cpp:1234 TTTTTTTT [INFO] text"));
+        addCase("longer name", QByteArray("ERR"), QByteArray("abcdefghijklmnopqrstuv.cpp"), 12345,
+            QByteArray("abcdefghijklmnopqrstuv.cpp:12345 TTTTTTTT [ ERR] text"));
+        addCase("one-letter word", QByteArray("<"), QByteArray("a"), 0,
+            QByteArray("                        a:   0 TTTTTTTT [   <] text"));
     }
     void writesALineInTheGivenFormat()
     {
@@ -152,8 +152,7 @@ private Q_SLOTS:
 
     void dropsLinesBelowTheMinimumLevel_data()
     {
-        QTest::addColumn<int>("minimum");
-        QTest::addColumn<QList<QByteArray>>("expected");
+        addColumns<int, QList<QByteArray>>("minimum", "expected");
         QTest::newRow("0 passes all") << 0 << QList<QByteArray> { "[ DBG] d", "[INFO] i", "[ ERR] e" };
         QTest::newRow("1 drops debug") << 1 << QList<QByteArray> { "[INFO] i", "[ ERR] e" };
         QTest::newRow("10 passes exactly 10") << 10 << QList<QByteArray> { "[INFO] i", "[ ERR] e" };
@@ -267,8 +266,7 @@ private Q_SLOTS:
 
     void rotatesAtTheExactByte_data()
     {
-        QTest::addColumn<qint64>("size");
-        QTest::addColumn<bool>("rotates");
+        addColumns<qint64, bool>("size", "rotates");
         QTest::newRow("10 MiB less 3") << rotationSize - 3 << false;
         QTest::newRow("10 MiB less 2") << rotationSize - 2 << false;
         QTest::newRow("10 MiB less 1") << rotationSize - 1 << true;
@@ -310,16 +308,11 @@ private Q_SLOTS:
 
     void numberGoesBeforeTheLastDotOfTheWholePath_data()
     {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QString>("numbered");
-        QTest::newRow("one dot") << "a.log"
-                                 << "a.1.log";
-        QTest::newRow("two dots") << "a.b.log"
-                                  << "a.b.1.log";
-        QTest::newRow("dot at the end") << "a."
-                                        << "a.1.";
-        QTest::newRow("dot in the directory only") << "d.x/run"
-                                                   << "d.1.x/run";
+        addColumns<QString, QString>("name", "numbered");
+        addCase("one dot", "a.log", "a.1.log");
+        addCase("two dots", "a.b.log", "a.b.1.log");
+        addCase("dot at the end", "a.", "a.1.");
+        addCase("dot in the directory only", "d.x/run", "d.1.x/run");
     }
     void numberGoesBeforeTheLastDotOfTheWholePath()
     {

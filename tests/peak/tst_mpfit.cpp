@@ -1,5 +1,6 @@
 // mpfit(): rejected arguments, statuses, reported results.
 #include "fitcase.h"
+#include "support/cases.h"
 
 #include <QTest>
 
@@ -63,8 +64,7 @@ class TestMpfit : public QObject {
 private Q_SLOTS:
     void refusesBadArguments_data()
     {
-        QTest::addColumn<int>("status");
-        QTest::addColumn<Spoil>("spoil");
+        addColumns<int, Spoil>("status", "spoil");
         addRefusal("no function", -17, [](Refused& c) { c.hasFunction = false; });
         addRefusal("no residuals", -18, [](Refused& c) { c.m = 0; });
         addRefusal("negative number of residuals", -18, [](Refused& c) { c.m = -5; });
@@ -165,9 +165,7 @@ private Q_SLOTS:
 
     void callsOnceMoreAtTheAnswer_data()
     {
-        QTest::addColumn<bool>("record");
-        QTest::addColumn<int>("nprint");
-        QTest::addColumn<int>("more");
+        addColumns<bool, int, int>("record", "nprint", "more");
         QTest::newRow("no record") << false << 0 << 1;
         QTest::newRow("zeroed record") << true << 0 << 0;
         QTest::newRow("one") << true << 1 << 1;
@@ -288,35 +286,34 @@ private Q_SLOTS:
     void endsWith_data()
     {
         using Change = std::function<void(mp_config&)>;
-        QTest::addColumn<int>("status");
-        QTest::addColumn<Change>("change");
+        addColumns<int, Change>("status", "change");
         constexpr double never = 1e-300;
-        QTest::newRow("ftol") << 1 << Change([](mp_config& c) {
+        addCase("ftol", 1, Change([](mp_config& c) {
             c.ftol = 0.5;
             c.xtol = c.gtol = never;
-        });
-        QTest::newRow("xtol") << 2 << Change([](mp_config& c) {
+        }));
+        addCase("xtol", 2, Change([](mp_config& c) {
             c.xtol = 10.0;
             c.ftol = c.gtol = never;
-        });
-        QTest::newRow("ftol and xtol") << 3 << Change([](mp_config& c) {
+        }));
+        addCase("ftol and xtol", 3, Change([](mp_config& c) {
             c.ftol = 2.0;
             c.xtol = 100.0;
-        });
-        QTest::newRow("gtol") << 4 << Change([](mp_config& c) { c.gtol = 1.0; });
-        QTest::newRow("maxiter") << 5 << Change([](mp_config& c) { c.maxiter = 3; });
-        QTest::newRow("maxfev") << 5 << Change([](mp_config& c) { c.maxfev = 5; });
-        QTest::newRow("ftol before maxfev") << 1 << Change([](mp_config& c) {
+        }));
+        addCase("gtol", 4, Change([](mp_config& c) { c.gtol = 1.0; }));
+        addCase("maxiter", 5, Change([](mp_config& c) { c.maxiter = 3; }));
+        addCase("maxfev", 5, Change([](mp_config& c) { c.maxfev = 5; }));
+        addCase("ftol before maxfev", 1, Change([](mp_config& c) {
             c.ftol = 2.0;
             c.xtol = never;
             c.maxfev = 1;
-        });
-        QTest::newRow("ftol too small") << 6 << Change([](mp_config& c) { c.ftol = c.xtol = c.gtol = never; });
-        QTest::newRow("ftol too small overrides maxfev") << 6 << Change([](mp_config& c) {
+        }));
+        addCase("ftol too small", 6, Change([](mp_config& c) { c.ftol = c.xtol = c.gtol = never; }));
+        addCase("ftol too small overrides maxfev", 6, Change([](mp_config& c) {
             c.ftol = c.xtol = c.gtol = never;
             c.maxfev = 1000000;
             c.maxiter = 1000000;
-        });
+        }));
     }
     void endsWith()
     {

@@ -1,5 +1,6 @@
 // Bounded fits: the three rules of the step one by one, and random linear problems against all their active sets.
 #include "fitcase.h"
+#include "support/cases.h"
 #include "support/support.h"
 
 #include <QTest>
@@ -309,8 +310,7 @@ private Q_SLOTS:
 
     void snapsToABoundNearby_data()
     {
-        QTest::addColumn<double>("bound");
-        QTest::addColumn<bool>("upper");
+        addColumns<double, bool>("bound", "upper");
         QTest::addColumn<double>("target"); // target of the step
         QTest::addColumn<bool>("snaps");
         const double up = 2.220446049250313e-16;
@@ -412,8 +412,7 @@ private Q_SLOTS:
 
     void findsTheMinimumInTheBox_data()
     {
-        QTest::addColumn<int>("kind");
-        QTest::addColumn<int>("side");
+        addColumns<int, int>("kind", "side");
         QTest::newRow("ordinary, numerical derivatives") << int(Ordinary) << 0;
         QTest::newRow("ordinary, differences to both sides") << int(Ordinary) << 2;
         QTest::newRow("ordinary, analytic derivatives") << int(Ordinary) << 3;

@@ -1,6 +1,7 @@
 // Without bounds the fit is that of lmdif: every call at the same point, to the last bit. On the problems of More,
 // Garbow and Hillstrom, with their published minima.
 #include "mghproblems.h"
+#include "support/cases.h"
 
 #include <QTest>
 
@@ -37,9 +38,7 @@ class TestMpfitLmdif : public QObject {
 private Q_SLOTS:
     void goesTheSameWay_data()
     {
-        QTest::addColumn<std::size_t>("index");
-        QTest::addColumn<double>("factor");
-        QTest::addColumn<double>("tolerance");
+        addColumns<std::size_t, double, double>("index", "factor", "tolerance");
         const std::vector<MghProblem> problems = mghProblems();
         for (std::size_t i = 0; i < problems.size(); ++i) {
             for (const double factor : { 1.0, 10.0, 100.0 }) {

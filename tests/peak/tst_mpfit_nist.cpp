@@ -1,5 +1,6 @@
 // Certified problems of the NIST Statistical Reference Datasets, from both starts, beside cminpack's lmdif.
 #include "nistproblem.h"
+#include "support/cases.h"
 #include "support/support.h"
 
 #include <QDir>
@@ -74,9 +75,7 @@ class TestMpfitNist : public QObject {
 private Q_SLOTS:
     void reachesTheDigitsOfLmdif_data()
     {
-        QTest::addColumn<QString>("path");
-        QTest::addColumn<int>("start");
-        QTest::addColumn<bool>("tight");
+        addColumns<QString, int, bool>("path", "start", "tight");
         const QString folder = testData(QStringLiteral("nist"));
         std::printf(
             "Digits of parameters, standard deviations, residual sum. First mpfit with its own difference step, then"

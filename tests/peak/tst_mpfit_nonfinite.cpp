@@ -1,5 +1,6 @@
 // Numbers that are not finite, huge or degenerate: every fit ends with the expected status.
 #include "fitcase.h"
+#include "support/cases.h"
 #include "support/support.h"
 
 #include <QTest>
@@ -46,8 +47,7 @@ class TestMpfitNonFinite : public QObject {
 private Q_SLOTS:
     void endsWithLimitReached_data()
     {
-        QTest::addColumn<double>("bad");
-        QTest::addColumn<std::size_t>("from");
+        addColumns<double, std::size_t>("bad", "from");
         QTest::newRow("NaN from the start") << nan_ << std::size_t(1);
         QTest::newRow("infinity from the start") << infinity << std::size_t(1);
         QTest::newRow("NaN in the Jacobian") << nan_ << std::size_t(2);
@@ -167,8 +167,7 @@ private Q_SLOTS:
 
     void nonFiniteStarts_data()
     {
-        QTest::addColumn<double>("start");
-        QTest::addColumn<bool>("bounded");
+        addColumns<double, bool>("start", "bounded");
         QTest::newRow("NaN") << nan_ << false;
         QTest::newRow("infinity") << infinity << false;
         QTest::newRow("NaN between bounds") << nan_ << true;

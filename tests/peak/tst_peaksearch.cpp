@@ -1,4 +1,5 @@
 // PeakSearch: criteria of peaks, their fits, and the single-peak functions.
+#include "support/cases.h"
 #include "support/peaksearchoracle.h"
 #include "support/support.h"
 
@@ -149,8 +150,7 @@ private Q_SLOTS:
 
     void countsTheSamplesPastTheThreshold_data()
     {
-        QTest::addColumn<int>("width");
-        QTest::addColumn<int>("peaks");
+        addColumns<int, int>("width", "peaks");
         // Five samples are at or past the level.
         QTest::newRow("width 0") << 0 << 1;
         QTest::newRow("negative width") << -7 << 1;
@@ -181,20 +181,16 @@ private Q_SLOTS:
 
     void cutsSegments_data()
     {
-        QTest::addColumn<QList<double>>("y");
-        QTest::addColumn<int>("first");
-        QTest::addColumn<int>("last");
-        QTest::newRow("falling on both sides") << QList<double> { 9, 3, 5, 8, 20, 20, 20, 7, 4, 2, 6 } << 1 << 9;
-        QTest::newRow("the sample after the run, though the curve rises behind it")
-            << QList<double> { 1, 2, 3, 20, 20, 20, 5, 6, 9 } << 0 << 6;
-        QTest::newRow("a zero after the run is taken, and ends the walk only behind it")
-            << QList<double> { 0, 1, 2, 20, 20, 20, 0, 0, 0 } << 1 << 6;
-        QTest::newRow("a negative sample after the run is taken")
-            << QList<double> { 0, 1, 2, 20, 20, 20, -3, -4, 1 } << 1 << 6;
-        QTest::newRow("plateaus are walked over") << QList<double> { 7, 4, 4, 4, 20, 20, 20, 4, 4, 3, 3, 5 } << 1 << 10;
-        QTest::newRow("a zero ends the left walk") << QList<double> { 5, 0, 4, 5, 20, 20, 20, 3, 0, 2 } << 2 << 7;
-        QTest::newRow("a negative ends the left walk")
-            << QList<double> { -5, -1, 4, 5, 20, 20, 20, 3, -1, -2 } << 2 << 7;
+        addColumns<QList<double>, int, int>("y", "first", "last");
+        addCase("falling on both sides", QList<double> { 9, 3, 5, 8, 20, 20, 20, 7, 4, 2, 6 }, 1, 9);
+        addCase("the sample after the run, though the curve rises behind it",
+            QList<double> { 1, 2, 3, 20, 20, 20, 5, 6, 9 }, 0, 6);
+        addCase("a zero after the run is taken, and ends the walk only behind it",
+            QList<double> { 0, 1, 2, 20, 20, 20, 0, 0, 0 }, 1, 6);
+        addCase("a negative sample after the run is taken", QList<double> { 0, 1, 2, 20, 20, 20, -3, -4, 1 }, 1, 6);
+        addCase("plateaus are walked over", QList<double> { 7, 4, 4, 4, 20, 20, 20, 4, 4, 3, 3, 5 }, 1, 10);
+        addCase("a zero ends the left walk", QList<double> { 5, 0, 4, 5, 20, 20, 20, 3, 0, 2 }, 2, 7);
+        addCase("a negative ends the left walk", QList<double> { -5, -1, 4, 5, 20, 20, 20, 3, -1, -2 }, 2, 7);
     }
     void cutsSegments()
     {
@@ -401,9 +397,7 @@ private Q_SLOTS:
 
     void startsFromHalfHeight_data()
     {
-        QTest::addColumn<QList<double>>("y");
-        QTest::addColumn<QString>("indices");
-        QTest::addColumn<QString>("values");
+        addColumns<QList<double>, QString, QString>("y", "indices", "values");
         const auto row = [](const char* name, const QList<double>& y, const char* indices, const char* values) {
             QTest::newRow(name) << y << QString::fromLatin1(indices) << QString::fromLatin1(values);
         };

@@ -1,4 +1,5 @@
 // Two measured gamma spectra: every strong isolated line is found at its centroid.
+#include "support/cases.h"
 #include "support/support.h"
 
 #include <tarnis/peak/peaksearch.h>
@@ -83,14 +84,8 @@ class TestPeakSearchSpectra : public QObject {
 private Q_SLOTS:
     void findsTheStrongLines_data()
     {
-        QTest::addColumn<QString>("file");
-        QTest::addColumn<int>("binning");
-        QTest::addColumn<double>("threshold");
-        QTest::addColumn<double>("least");
-        QTest::addColumn<int>("reach");
-        QTest::addColumn<int>("lines");
-        QTest::addColumn<bool>("abscissae");
-        QTest::addColumn<double>("tolerance");
+        addColumns<QString, int, double, double, int, int, bool, double>(
+            "file", "binning", "threshold", "least", "reach", "lines", "abscissae", "tolerance");
         const QString germanium = QStringLiteral("spectra/hpge-pottery.spe");
         const QString iodide = QStringLiteral("spectra/csi-ba133-cs137.spe");
         QTest::newRow("germanium, by index") << germanium << 1 << 100.0 << 200.0 << 12 << 12 << false << 0.5;

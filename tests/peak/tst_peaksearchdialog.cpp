@@ -1,4 +1,5 @@
 #include "support/boxwatch.h"
+#include "support/cases.h"
 #include "support/metamethods.h"
 
 #include <tarnis/peak/peaksearchdialog.h>
@@ -58,26 +59,15 @@ private Q_SLOTS:
 
     void acceptedNumbers_data()
     {
-        QTest::addColumn<QString>("threshold");
-        QTest::addColumn<QString>("width");
-        QTest::addColumn<int>("emittedThreshold");
-        QTest::addColumn<int>("emittedWidth");
-        QTest::newRow("defaults") << "20"
-                                  << "15" << 20 << 15;
-        QTest::newRow("lowest threshold") << "0"
-                                          << "15" << 0 << 15;
-        QTest::newRow("highest threshold") << "100"
-                                           << "15" << 100 << 15;
-        QTest::newRow("empty threshold is 0") << ""
-                                              << "15" << 0 << 15;
-        QTest::newRow("threshold that is no number is 0") << "5.5"
-                                                          << "15" << 0 << 15;
-        QTest::newRow("threshold beyond 32 bits is 0") << "4294967346"
-                                                       << "15" << 0 << 15;
-        QTest::newRow("least width") << "20"
-                                     << "3" << 20 << 3;
-        QTest::newRow("greatest width") << "20"
-                                        << "2147483647" << 20 << 2147483647;
+        addColumns<QString, QString, int, int>("threshold", "width", "emittedThreshold", "emittedWidth");
+        addCase("defaults", "20", "15", 20, 15);
+        addCase("lowest threshold", "0", "15", 0, 15);
+        addCase("highest threshold", "100", "15", 100, 15);
+        addCase("empty threshold is 0", "", "15", 0, 15);
+        addCase("threshold that is no number is 0", "5.5", "15", 0, 15);
+        addCase("threshold beyond 32 bits is 0", "4294967346", "15", 0, 15);
+        addCase("least width", "20", "3", 20, 3);
+        addCase("greatest width", "20", "2147483647", 20, 2147483647);
     }
     void acceptedNumbers()
     {
@@ -96,30 +86,14 @@ private Q_SLOTS:
 
     void refusedNumbers_data()
     {
-        QTest::addColumn<QString>("threshold");
-        QTest::addColumn<QString>("width");
-        QTest::addColumn<QString>("message");
-        QTest::newRow("threshold above 100") << "101"
-                                             << "15"
-                                             << "Invalid threshold.";
-        QTest::newRow("negative threshold") << "-1"
-                                            << "15"
-                                            << "Invalid threshold.";
-        QTest::newRow("width 2") << "20"
-                                 << "2"
-                                 << "Invalid width.";
-        QTest::newRow("negative width") << "20"
-                                        << "-15"
-                                        << "Invalid width.";
-        QTest::newRow("empty width") << "20"
-                                     << ""
-                                     << "Invalid width.";
-        QTest::newRow("width that is no number") << "20"
-                                                 << "wide"
-                                                 << "Invalid width.";
-        QTest::newRow("only the first of two faults") << "101"
-                                                      << "2"
-                                                      << "Invalid threshold.";
+        addColumns<QString, QString, QString>("threshold", "width", "message");
+        addCase("threshold above 100", "101", "15", "Invalid threshold.");
+        addCase("negative threshold", "-1", "15", "Invalid threshold.");
+        addCase("width 2", "20", "2", "Invalid width.");
+        addCase("negative width", "20", "-15", "Invalid width.");
+        addCase("empty width", "20", "", "Invalid width.");
+        addCase("width that is no number", "20", "wide", "Invalid width.");
+        addCase("only the first of two faults", "101", "2", "Invalid threshold.");
     }
     void refusedNumbers()
     {

@@ -1,4 +1,5 @@
 // The arithmetic of an axis: ticks, rounded maxima, tick lists, positions and grid lines.
+#include "support/cases.h"
 #include "support/frameoracle.h"
 #include "support/support.h"
 #include "tarnis/plots/math/axisticks_p.h"
@@ -8,6 +9,8 @@
 
 #include <cmath>
 #include <limits>
+
+using namespace tarnis::testing;
 
 using tarnis::AxisRange;
 using tarnis::AxisTicks;
@@ -60,9 +63,7 @@ class TestPlotAxis : public QObject {
 private Q_SLOTS:
     void comparesWithTolerance_data()
     {
-        QTest::addColumn<double>("a");
-        QTest::addColumn<double>("b");
-        QTest::addColumn<bool>("equal");
+        addColumns<double, double, bool>("a", "b", "equal");
         QTest::newRow("the same") << 3.0 << 3.0 << true;
         QTest::newRow("one step apart near 1") << 1.0 << 1.0 + DBL_EPSILON << true;
         QTest::newRow("two steps apart near 1") << 1.0 << 1.0 + 2 * DBL_EPSILON << false;
@@ -88,8 +89,7 @@ private Q_SLOTS:
 
     void cutsPixels_data()
     {
-        QTest::addColumn<double>("value");
-        QTest::addColumn<int>("pixel");
+        addColumns<double, int>("value", "pixel");
         QTest::newRow("whole") << 12.0 << 12;
         QTest::newRow("fraction") << 12.999 << 12;
         QTest::newRow("negative, towards zero") << -0.999 << 0;
@@ -109,8 +109,7 @@ private Q_SLOTS:
 
     void roundsToInt_data()
     {
-        QTest::addColumn<double>("value");
-        QTest::addColumn<int>("rounded");
+        addColumns<double, int>("value", "rounded");
         QTest::newRow("down") << 2.4 << 2;
         QTest::newRow("half up") << 2.5 << 3;
         QTest::newRow("half away from zero") << -2.5 << -3;
@@ -129,38 +128,32 @@ private Q_SLOTS:
 
     void ticks_data()
     {
-        QTest::addColumn<double>("a");
-        QTest::addColumn<double>("b");
-        QTest::addColumn<int>("wanted");
-        QTest::addColumn<Values>("expected");
-        QTest::addColumn<int>("used");
-        QTest::newRow("0 to 100") << 0.0 << 100.0 << 0 << Values { 0, 20, 40, 60, 80, 100 } << 0;
-        QTest::newRow("0 to 1024") << 0.0 << 1024.0 << 0 << Values { 0, 200, 400, 600, 800, 1000 } << 0;
-        QTest::newRow("half without decimals") << 0.0 << 0.5 << 0 << Values { 0 } << 0;
-        QTest::newRow("half with decimals") << 0.0 << 0.5 << 2 << Values { 0, 0.1, 0.2, 0.3, 0.4, 0.5 } << 1;
-        QTest::newRow("0 to 3 has no halves") << 0.0 << 3.0 << 0 << Values { 0, 1, 2, 3 } << 0;
-        QTest::newRow("negative decimals are none") << 0.0 << 3.0 << -2 << Values { 0, 1, 2, 3 } << -2;
-        QTest::newRow("0 to 3 with a decimal") << 0.0 << 3.0 << 1 << Values { 0, 0.5, 1, 1.5, 2, 2.5, 3 } << 1;
-        QTest::newRow("decimals untouched at whole steps")
-            << 0.0 << 100.0 << 5 << Values { 0, 20, 40, 60, 80, 100 } << 5;
-        QTest::newRow("a quarter of exactly 1") << 0.0 << 4.0 << 3 << Values { 0, 1, 2, 3, 4 } << 3;
-        QTest::newRow("2 is not below a quarter of 8") << 0.0 << 8.0 << 0 << Values { 0, 1, 2, 3, 4, 5, 6, 7, 8 } << 0;
-        QTest::newRow("5 is not below a quarter of 20")
-            << 0.0 << 20.0 << 0 << Values { 0, 2, 4, 6, 8, 10, 12, 14, 16, 18, 20 } << 0;
-        QTest::newRow("5 is below a quarter of 21") << 0.0 << 21.0 << 0 << Values { 0, 5, 10, 15, 20 } << 0;
-        QTest::newRow("no tick below a thousandth") << 0.0 << 0.0031 << 3 << Values { 0, 0.001, 0.002, 0.003 } << 3;
-        QTest::newRow("much finer than a thousandth") << 0.0 << 1e-7 << 3 << Values { 0 } << 3;
-        QTest::newRow("zero range without decimals") << 0.0 << 0.0 << 0 << Values { 0 } << 0;
-        QTest::newRow("zero range with decimals") << 0.0 << 0.0 << 1 << Values { 0 } << 3;
-        QTest::newRow("zero range elsewhere") << 7.0 << 7.0 << 0 << Values { 7 } << 0;
-        QTest::newRow("between whole numbers: out of range, downwards") << 0.2 << 0.8 << 0 << Values { 1, 0 } << 0;
-        QTest::newRow("the same reversed") << 0.8 << 0.2 << 0 << Values { 0, 1 } << 0;
-        QTest::newRow("reversed") << 100.0 << 0.0 << 0 << Values { 100, 80, 60, 40, 20, 0 } << 0;
-        QTest::newRow("both sides of zero") << -55.0 << 45.0 << 0 << Values { -40, -20, 0, 20, 40 } << 0;
-        QTest::newRow("negative") << -1000.0 << -500.0 << 0 << Values { -1000, -900, -800, -700, -600, -500 } << 0;
-        QTest::newRow("not a number") << notANumber << 1.0 << 2 << Values { notANumber } << 2;
-        QTest::newRow("infinite") << 0.0 << infinity << 0 << Values { notANumber } << 0;
-        QTest::newRow("wider than a double") << -1.7e308 << 1.7e308 << 0 << Values { notANumber } << 0;
+        addColumns<double, double, int, Values, int>("a", "b", "wanted", "expected", "used");
+        addCase("0 to 100", 0.0, 100.0, 0, Values { 0, 20, 40, 60, 80, 100 }, 0);
+        addCase("0 to 1024", 0.0, 1024.0, 0, Values { 0, 200, 400, 600, 800, 1000 }, 0);
+        addCase("half without decimals", 0.0, 0.5, 0, Values { 0 }, 0);
+        addCase("half with decimals", 0.0, 0.5, 2, Values { 0, 0.1, 0.2, 0.3, 0.4, 0.5 }, 1);
+        addCase("0 to 3 has no halves", 0.0, 3.0, 0, Values { 0, 1, 2, 3 }, 0);
+        addCase("negative decimals are none", 0.0, 3.0, -2, Values { 0, 1, 2, 3 }, -2);
+        addCase("0 to 3 with a decimal", 0.0, 3.0, 1, Values { 0, 0.5, 1, 1.5, 2, 2.5, 3 }, 1);
+        addCase("decimals untouched at whole steps", 0.0, 100.0, 5, Values { 0, 20, 40, 60, 80, 100 }, 5);
+        addCase("a quarter of exactly 1", 0.0, 4.0, 3, Values { 0, 1, 2, 3, 4 }, 3);
+        addCase("2 is not below a quarter of 8", 0.0, 8.0, 0, Values { 0, 1, 2, 3, 4, 5, 6, 7, 8 }, 0);
+        addCase("5 is not below a quarter of 20", 0.0, 20.0, 0, Values { 0, 2, 4, 6, 8, 10, 12, 14, 16, 18, 20 }, 0);
+        addCase("5 is below a quarter of 21", 0.0, 21.0, 0, Values { 0, 5, 10, 15, 20 }, 0);
+        addCase("no tick below a thousandth", 0.0, 0.0031, 3, Values { 0, 0.001, 0.002, 0.003 }, 3);
+        addCase("much finer than a thousandth", 0.0, 1e-7, 3, Values { 0 }, 3);
+        addCase("zero range without decimals", 0.0, 0.0, 0, Values { 0 }, 0);
+        addCase("zero range with decimals", 0.0, 0.0, 1, Values { 0 }, 3);
+        addCase("zero range elsewhere", 7.0, 7.0, 0, Values { 7 }, 0);
+        addCase("between whole numbers: out of range, downwards", 0.2, 0.8, 0, Values { 1, 0 }, 0);
+        addCase("the same reversed", 0.8, 0.2, 0, Values { 0, 1 }, 0);
+        addCase("reversed", 100.0, 0.0, 0, Values { 100, 80, 60, 40, 20, 0 }, 0);
+        addCase("both sides of zero", -55.0, 45.0, 0, Values { -40, -20, 0, 20, 40 }, 0);
+        addCase("negative", -1000.0, -500.0, 0, Values { -1000, -900, -800, -700, -600, -500 }, 0);
+        addCase("not a number", notANumber, 1.0, 2, Values { notANumber }, 2);
+        addCase("infinite", 0.0, infinity, 0, Values { notANumber }, 0);
+        addCase("wider than a double", -1.7e308, 1.7e308, 0, Values { notANumber }, 0);
     }
     void ticks()
     {
@@ -238,9 +231,7 @@ private Q_SLOTS:
 
     void maxima_data()
     {
-        QTest::addColumn<double>("value");
-        QTest::addColumn<double>("rounded");
-        QTest::addColumn<unsigned int>("ticks");
+        addColumns<double, double, unsigned int>("value", "rounded", "ticks");
         QTest::newRow("1024") << 1024.0 << 1200.0 << 6U;
         QTest::newRow("100") << 100.0 << 100.0 << 5U;
         QTest::newRow("a half stays") << 0.5 << 0.5 << 5U;
@@ -281,8 +272,7 @@ private Q_SLOTS:
 
     void logMaxima_data()
     {
-        QTest::addColumn<double>("value");
-        QTest::addColumn<double>("rounded");
+        addColumns<double, double>("value", "rounded");
         QTest::newRow("a power of ten stays") << 1000.0 << 1000.0;
         QTest::newRow("just above it") << 1001.0 << 10000.0;
         QTest::newRow("below one") << 0.5 << 1.0;
@@ -310,23 +300,15 @@ private Q_SLOTS:
 
     void tickLists_data()
     {
-        QTest::addColumn<Values>("inner");
-        QTest::addColumn<double>("min");
-        QTest::addColumn<double>("max");
-        QTest::addColumn<Values>("expected");
-        QTest::addColumn<double>("step");
-        QTest::newRow("both ends added") << Values { 20, 40 } << 5.0 << 47.0 << Values { 5, 20, 40, 47 } << 20.0;
-        QTest::newRow("ends that are there already")
-            << Values { 0, 20, 40 } << 0.0 << 40.0 << Values { 0, 20, 40 } << 20.0;
-        QTest::newRow("within the tolerance")
-            << Values { 0.1, 0.2 } << 0.1 + 1e-17 << 0.2 << Values { 0.1, 0.2 } << 0.1;
-        QTest::newRow("one tick has no step") << Values { 0 } << 0.0 << 0.5 << Values { 0, 0.5 } << 0.0;
-        QTest::newRow("one tick that is all") << Values { 0 } << 0.0 << 0.0 << Values { 0 } << 0.0;
-        QTest::newRow("descending") << Values { 80, 60 } << 99.0 << 60.0 << Values { 99, 80, 60 } << -20.0;
-        QTest::newRow("out of range and backwards")
-            << Values { 1, 0 } << 0.2 << 0.8 << Values { 0.2, 1, 0, 0.8 } << -1.0;
-        QTest::newRow("not a number") << Values { notANumber } << notANumber << 1.0
-                                      << Values { notANumber, notANumber, 1 } << 0.0;
+        addColumns<Values, double, double, Values, double>("inner", "min", "max", "expected", "step");
+        addCase("both ends added", Values { 20, 40 }, 5.0, 47.0, Values { 5, 20, 40, 47 }, 20.0);
+        addCase("ends that are there already", Values { 0, 20, 40 }, 0.0, 40.0, Values { 0, 20, 40 }, 20.0);
+        addCase("within the tolerance", Values { 0.1, 0.2 }, 0.1 + 1e-17, 0.2, Values { 0.1, 0.2 }, 0.1);
+        addCase("one tick has no step", Values { 0 }, 0.0, 0.5, Values { 0, 0.5 }, 0.0);
+        addCase("one tick that is all", Values { 0 }, 0.0, 0.0, Values { 0 }, 0.0);
+        addCase("descending", Values { 80, 60 }, 99.0, 60.0, Values { 99, 80, 60 }, -20.0);
+        addCase("out of range and backwards", Values { 1, 0 }, 0.2, 0.8, Values { 0.2, 1, 0, 0.8 }, -1.0);
+        addCase("not a number", Values { notANumber }, notANumber, 1.0, Values { notANumber, notANumber, 1 }, 0.0);
     }
     void tickLists()
     {
@@ -341,9 +323,7 @@ private Q_SLOTS:
 
     void logTickLists_data()
     {
-        QTest::addColumn<double>("min");
-        QTest::addColumn<double>("max");
-        QTest::addColumn<Values>("expected");
+        addColumns<double, double, Values>("min", "max", "expected");
         QTest::newRow("from zero") << 0.0 << 1000.0 << Values { 0, 1, 10, 100, 1000 };
         QTest::newRow("a power of ten stands twice") << 1.0 << 100.0 << Values { 1, 1, 10, 100 };
         QTest::newRow("between powers") << 3.0 << 250.0 << Values { 3, 10, 100, 250 };
@@ -380,11 +360,7 @@ private Q_SLOTS:
 
     void rows_data()
     {
-        QTest::addColumn<double>("value");
-        QTest::addColumn<double>("min");
-        QTest::addColumn<double>("max");
-        QTest::addColumn<bool>("log");
-        QTest::addColumn<int>("row");
+        addColumns<double, double, double, bool, int>("value", "min", "max", "log", "row");
         // The graph runs from row 20 to row 119.
         QTest::newRow("minimum on the bottom") << 0.0 << 0.0 << 50.0 << false << 119;
         QTest::newRow("maximum just above the top") << 50.0 << 0.0 << 50.0 << false << 19;

@@ -1,4 +1,5 @@
 // The colour bar: interface and user input. Its pictures are compared in tst_mappicture.
+#include "support/cases.h"
 #include "support/hugepictures.h"
 #include "support/map2dprobe.h"
 #include "support/metamethods.h"
@@ -173,9 +174,7 @@ private Q_SLOTS:
 
     void labelsOfALogScale_data()
     {
-        QTest::addColumn<double>("min");
-        QTest::addColumn<double>("max");
-        QTest::addColumn<QString>("widest");
+        addColumns<double, double, QString>("min", "max", "widest");
         QTest::newRow("decades") << 0.001 << 1000.0 << "0.00398107";
         QTest::newRow("minimum below 0 counts as 1") << -1e9 << 100.0 << "2.51189";
         QTest::newRow("both below 0: all labels are 1") << -5.0 << -1.0 << "1";
@@ -240,8 +239,7 @@ private Q_SLOTS:
 
     void clickOnALabelOpensAnEditor_data()
     {
-        QTest::addColumn<bool>("ofMax");
-        QTest::addColumn<QString>("text");
+        addColumns<bool, QString>("ofMax", "text");
         QTest::newRow("maximum") << true << "1.23457e+06";
         QTest::newRow("minimum") << false << "0.1";
     }
@@ -275,10 +273,7 @@ private Q_SLOTS:
 
     void clicksThatOpenNothing_data()
     {
-        QTest::addColumn<bool>("autoScale");
-        QTest::addColumn<bool>("painted");
-        QTest::addColumn<int>("button");
-        QTest::addColumn<bool>("onTheEdge");
+        addColumns<bool, bool, int, bool>("autoScale", "painted", "button", "onTheEdge");
         QTest::newRow("on auto scale") << true << true << int(Qt::LeftButton) << false;
         QTest::newRow("before the first paint") << false << false << int(Qt::LeftButton) << false;
         QTest::newRow("right button") << false << true << int(Qt::RightButton) << false;
@@ -307,10 +302,7 @@ private Q_SLOTS:
 
     void returnTakesTheValue_data()
     {
-        QTest::addColumn<bool>("ofMax");
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<double>("value");
-        QTest::addColumn<bool>("refreshed");
+        addColumns<bool, QString, double, bool>("ofMax", "text", "value", "refreshed");
         QTest::newRow("maximum") << true << "250" << 250.0 << true;
         QTest::newRow("minimum") << false << "-1.5e3" << -1500.0 << true;
         QTest::newRow("no number is 0") << true << "lots" << 0.0 << true;

@@ -1,4 +1,5 @@
 // The colour scale bit by bit, compared with an explicit blend: single values and rows, AVX2 and plain loops.
+#include "support/cases.h"
 #include "support/plot2doracle.h"
 #include "support/randomcases.h"
 #include "support/support.h"
@@ -182,10 +183,7 @@ private Q_SLOTS:
 
     void tablesHoldThePublishedColors_data()
     {
-        QTest::addColumn<int>("name");
-        QTest::addColumn<QColor>("low");
-        QTest::addColumn<QColor>("middle");
-        QTest::addColumn<QColor>("high");
+        addColumns<int, QColor, QColor, QColor>("name", "low", "middle", "high");
         const auto row = [](const char* text, tarnis::TableName name, QRgb low, QRgb middle, QRgb high) {
             QTest::newRow(text) << static_cast<int>(name) << QColor(low) << QColor(middle) << QColor(high);
         };
@@ -216,8 +214,7 @@ private Q_SLOTS:
 
     void rowsBitByBit_data()
     {
-        QTest::addColumn<bool>("wide");
-        QTest::addColumn<bool>("counts");
+        addColumns<bool, bool>("wide", "counts");
         QTest::newRow("lanes, fractions") << true << false;
         QTest::newRow("lanes, counts") << true << true;
         QTest::newRow("plain loops, fractions") << false << false;
@@ -256,8 +253,7 @@ private Q_SLOTS:
 
     void groupsBitByBit_data()
     {
-        QTest::addColumn<bool>("wide");
-        QTest::addColumn<int>("widest");
+        addColumns<bool, int>("wide", "widest");
         QTest::newRow("lanes, one or two columns") << true << 2;
         QTest::newRow("lanes, up to six columns") << true << 6;
         QTest::newRow("plain loops, one or two columns") << false << 2;
@@ -390,8 +386,7 @@ private Q_SLOTS:
 
     void emptyBins_data()
     {
-        QTest::addColumn<double>("value");
-        QTest::addColumn<bool>("empty");
+        addColumns<double, bool>("value", "empty");
         QTest::newRow("0") << 0.0 << true;
         QTest::newRow("-0") << -0.0 << true;
         QTest::newRow("epsilon") << DBL_EPSILON << true;

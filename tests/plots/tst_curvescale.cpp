@@ -1,4 +1,5 @@
 // Visible samples of a curve and their pixel positions.
+#include "support/cases.h"
 #include "support/support.h"
 
 #include "tarnis/plots/math/curvescale_p.h"
@@ -7,6 +8,8 @@
 
 #include <cmath>
 #include <limits>
+
+using namespace tarnis::testing;
 
 using tarnis::SampleRange;
 using tarnis::SampleScale;
@@ -30,10 +33,7 @@ class TestCurveScale : public QObject {
 private Q_SLOTS:
     void wholeSamples_data()
     {
-        QTest::addColumn<double>("first");
-        QTest::addColumn<double>("last");
-        QTest::addColumn<int>("begin");
-        QTest::addColumn<int>("end");
+        addColumns<double, double, int, int>("first", "last", "begin", "end");
         QTest::newRow("all of them") << 0.0 << 100.0 << 0 << 100;
         QTest::newRow("partly seen samples count") << 3.9 << 7.1 << 3 << 8;
         QTest::newRow("beyond both ends") << -50.0 << 1e300 << 0 << 100;
@@ -70,10 +70,7 @@ private Q_SLOTS:
 
     void pixelsOfValues_data()
     {
-        QTest::addColumn<double>("min");
-        QTest::addColumn<double>("max");
-        QTest::addColumn<bool>("logScale");
-        QTest::addColumn<double>("pixels");
+        addColumns<double, double, bool, double>("min", "max", "logScale", "pixels");
         QTest::newRow("linear") << 0.0 << 50.0 << false << 6.0;
         QTest::newRow("linear, below one") << 0.0 << 0.5 << false << 600.0;
         QTest::newRow("linear, empty") << 5.0 << 5.0 << false << 0.0;
@@ -115,9 +112,7 @@ private Q_SLOTS:
 
     void basePosition_data()
     {
-        QTest::addColumn<double>("position");
-        QTest::addColumn<unsigned int>("resolution");
-        QTest::addColumn<double>("base");
+        addColumns<double, unsigned int, double>("position", "resolution", "base");
         QTest::newRow("a multiple") << 12.0 << 4U << 12.0;
         QTest::newRow("rounded down") << 15.9 << 4U << 12.0;
         QTest::newRow("cut first, then rounded down") << -0.5 << 4U << 0.0;

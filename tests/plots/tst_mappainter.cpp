@@ -1,4 +1,5 @@
 // The composed map compared with single drawing calls, on random data, zooms, scales and painters.
+#include "support/cases.h"
 #include "support/plot2doracle.h"
 #include "support/randomcases.h"
 #include "support/support.h"
@@ -230,11 +231,7 @@ private Q_SLOTS:
 
     void picture_data()
     {
-        QTest::addColumn<int>("cases");
-        QTest::addColumn<int>("maxBins");
-        QTest::addColumn<int>("kind");
-        QTest::addColumn<double>("zeros");
-        QTest::addColumn<bool>("ragged");
+        addColumns<int, int, int, double, bool>("cases", "maxBins", "kind", "zeros", "ragged");
         QTest::newRow("few bins, counts") << 3000 << 40 << 0 << 0.2 << false;
         QTest::newRow("few bins, sparse") << 2000 << 40 << 0 << 0.8 << false;
         QTest::newRow("few bins, dense") << 1000 << 40 << 0 << 0.0 << false;
@@ -292,41 +289,40 @@ private Q_SLOTS:
     void paintersOfAllKinds_data()
     {
         using Change = std::function<void(QPainter&)>;
-        QTest::addColumn<std::function<void(QPainter&)>>("change");
-        QTest::addColumn<int>("format");
+        addColumns<std::function<void(QPainter&)>, int>("change", "format");
         const auto format = [](QImage::Format f) { return static_cast<int>(f); };
         const Change none = [](QPainter&) {};
-        QTest::newRow("as it is") << none << format(QImage::Format_RGB32);
-        QTest::newRow("ARGB") << none << format(QImage::Format_ARGB32);
-        QTest::newRow("16 bits") << none << format(QImage::Format_RGB16);
-        QTest::newRow("64 bits") << none << format(QImage::Format_RGBA64_Premultiplied);
-        QTest::newRow("gray") << none << format(QImage::Format_Grayscale8);
-        QTest::newRow("opacity") << Change([](QPainter& p) { p.setOpacity(0.5); }) << format(QImage::Format_RGB32);
-        QTest::newRow("turned") << Change([](QPainter& p) {
+        addCase("as it is", none, format(QImage::Format_RGB32));
+        addCase("ARGB", none, format(QImage::Format_ARGB32));
+        addCase("16 bits", none, format(QImage::Format_RGB16));
+        addCase("64 bits", none, format(QImage::Format_RGBA64_Premultiplied));
+        addCase("gray", none, format(QImage::Format_Grayscale8));
+        addCase("opacity", Change([](QPainter& p) { p.setOpacity(0.5); }), format(QImage::Format_RGB32));
+        addCase("turned", Change([](QPainter& p) {
             p.translate(150, 0);
             p.rotate(90);
-        }) << format(QImage::Format_RGB32);
-        QTest::newRow("shifted by half a pixel")
-            << Change([](QPainter& p) { p.translate(0.5, 0.25); }) << format(QImage::Format_RGB32);
-        QTest::newRow("antialiased") << Change([](QPainter& p) { p.setRenderHint(QPainter::Antialiasing); })
-                                     << format(QImage::Format_RGB32);
-        QTest::newRow("inverting") << Change([](QPainter& p) {
-            p.setCompositionMode(QPainter::RasterOp_SourceXorDestination);
-        }) << format(QImage::Format_RGB32);
-        QTest::newRow("clipped to two rectangles") << Change([](QPainter& p) {
+        }),
+            format(QImage::Format_RGB32));
+        addCase("shifted by half a pixel", Change([](QPainter& p) { p.translate(0.5, 0.25); }),
+            format(QImage::Format_RGB32));
+        addCase("antialiased", Change([](QPainter& p) { p.setRenderHint(QPainter::Antialiasing); }),
+            format(QImage::Format_RGB32));
+        addCase("inverting", Change([](QPainter& p) { p.setCompositionMode(QPainter::RasterOp_SourceXorDestination); }),
+            format(QImage::Format_RGB32));
+        addCase("clipped to two rectangles", Change([](QPainter& p) {
             p.setClipRegion(QRegion(20, 20, 30, 30) + QRegion(60, 40, 50, 30), Qt::IntersectClip);
-        }) << format(QImage::Format_RGB32);
-        QTest::newRow("clipped to a circle") << Change([](QPainter& p) {
-            p.setClipRegion(QRegion(20, 20, 60, 60, QRegion::Ellipse), Qt::IntersectClip);
-        }) << format(QImage::Format_ARGB32_Premultiplied);
-        QTest::newRow("clipped to nothing")
-            << Change([](QPainter& p) { p.setClipRect(QRect(), Qt::IntersectClip); }) << format(QImage::Format_RGB32);
-        QTest::newRow("not clipped") << Change([](QPainter& p) { p.setClipping(false); })
-                                     << format(QImage::Format_RGB32);
-        QTest::newRow("clipped to less") << Change([](QPainter& p) { p.setClipRect(QRect(30, 25, 40, 20)); })
-                                         << format(QImage::Format_RGB32);
-        QTest::newRow("clipped to more") << Change([](QPainter& p) { p.setClipRect(QRect(0, 0, 200, 200)); })
-                                         << format(QImage::Format_RGB32);
+        }),
+            format(QImage::Format_RGB32));
+        addCase("clipped to a circle",
+            Change([](QPainter& p) { p.setClipRegion(QRegion(20, 20, 60, 60, QRegion::Ellipse), Qt::IntersectClip); }),
+            format(QImage::Format_ARGB32_Premultiplied));
+        addCase("clipped to nothing", Change([](QPainter& p) { p.setClipRect(QRect(), Qt::IntersectClip); }),
+            format(QImage::Format_RGB32));
+        addCase("not clipped", Change([](QPainter& p) { p.setClipping(false); }), format(QImage::Format_RGB32));
+        addCase("clipped to less", Change([](QPainter& p) { p.setClipRect(QRect(30, 25, 40, 20)); }),
+            format(QImage::Format_RGB32));
+        addCase("clipped to more", Change([](QPainter& p) { p.setClipRect(QRect(0, 0, 200, 200)); }),
+            format(QImage::Format_RGB32));
     }
     void paintersOfAllKinds()
     {
@@ -360,8 +356,7 @@ private Q_SLOTS:
 
     void viewsBeyondAllIntegers_data()
     {
-        QTest::addColumn<double>("min");
-        QTest::addColumn<double>("max");
+        addColumns<double, double>("min", "max");
         const double infinity = std::numeric_limits<double>::infinity();
         QTest::newRow("far below") << -5e9 << -4e9;
         QTest::newRow("far above") << 4e9 << 5e9;

@@ -1,4 +1,5 @@
 // The read-out of a map compared with its reference implementation.
+#include "support/cases.h"
 #include "support/cutoracle.h"
 #include "support/support.h"
 #include "tarnis/plots/math/mapreadout_p.h"
@@ -43,9 +44,7 @@ class TestMapReadout : public QObject {
 private Q_SLOTS:
     void readOuts_data()
     {
-        QTest::addColumn<QPoint>("pixel");
-        QTest::addColumn<int>("decimals");
-        QTest::addColumn<QString>("text");
+        addColumns<QPoint, int, QString>("pixel", "decimals", "text");
         QTest::newRow("row 0 on a whole-number axis") << QPoint(101, 68) << 0 << "x:10 y:-5 i:1";
         QTest::newRow("centres on an axis with decimals") << QPoint(101, 68) << 2 << "x:11 y:-2.5 i:1";
         QTest::newRow("last pixel of a bin") << QPoint(119, 68) << 0 << "x:10 y:-5 i:1";

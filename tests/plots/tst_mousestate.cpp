@@ -1,9 +1,11 @@
 // The states of the mouse on a plot, and what each event does in them: the whole table.
+#include "support/cases.h"
 #include "tarnis/plots/mousestate_p.h"
 
 #include <QTest>
 
 using namespace tarnis;
+using namespace tarnis::testing;
 
 class TestMouseState : public QObject {
     Q_OBJECT
@@ -11,9 +13,7 @@ class TestMouseState : public QObject {
 private Q_SLOTS:
     void toolAndDragMakeAState_data()
     {
-        QTest::addColumn<int>("tool");
-        QTest::addColumn<bool>("isDragging");
-        QTest::addColumn<int>("state");
+        addColumns<int, bool, int>("tool", "isDragging", "state");
         const auto row = [](const char* name, int tool, bool isDragging, MouseState state) {
             QTest::newRow(name) << tool << isDragging << int(state);
         };
@@ -38,10 +38,7 @@ private Q_SLOTS:
 
     void eventsHaveStepsInEveryState_data()
     {
-        QTest::addColumn<int>("state");
-        QTest::addColumn<int>("press");
-        QTest::addColumn<int>("move");
-        QTest::addColumn<int>("release");
+        addColumns<int, int, int, int>("state", "press", "move", "release");
         const auto row = [](const char* name, MouseState state, MouseStep press, MouseStep move, MouseStep release) {
             QTest::newRow(name) << int(state) << int(press) << int(move) << int(release);
         };

@@ -1,4 +1,5 @@
 // The plot of many series: members, orders, series, ranges, menu and read-out under the user's mouse.
+#include "support/cases.h"
 #include "support/curveprobe.h"
 #include "support/metamethods.h"
 #include "support/plothand.h"
@@ -15,10 +16,9 @@
 #include <cmath>
 #include <limits>
 
-namespace {
+using namespace tarnis::testing;
 
-using tarnis::testing::PlotHand;
-using tarnis::testing::virtualIndex;
+namespace {
 
 class Plot : public tarnis::testing::MultiProbe {
 public:
@@ -148,10 +148,7 @@ private Q_SLOTS:
 
     void menuEntries_data()
     {
-        QTest::addColumn<int>("place");
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<bool>("checkable");
-        QTest::addColumn<bool>("checked");
+        addColumns<int, QString, bool, bool>("place", "text", "checkable", "checked");
         QTest::newRow("Save CSV...") << 12 << "Save CSV..." << false << false;
         QTest::newRow("Column Chart") << 13 << "Column Chart" << true << false;
         QTest::newRow("Connect Points") << 14 << "Connect Points" << true << true;

@@ -1,4 +1,5 @@
 // The tools of the plot of many series, used as a user does: CSV file, visible items, peak search.
+#include "support/cases.h"
 #include "support/curveprobe.h"
 #include "support/modalwatchdog.h"
 #include "support/plothand.h"
@@ -21,11 +22,9 @@
 
 #include <cmath>
 
-namespace {
+using namespace tarnis::testing;
 
-using tarnis::testing::acceptFile;
-using tarnis::testing::ModalWatchdog;
-using tarnis::testing::PlotHand;
+namespace {
 
 class Plot : public tarnis::testing::MultiProbe {
 public:
@@ -148,9 +147,7 @@ private Q_SLOTS:
 
     void saveCsv_data()
     {
-        QTest::addColumn<int>("type");
-        QTest::addColumn<int>("groupSize");
-        QTest::addColumn<QString>("text");
+        addColumns<int, int, QString>("type", "groupSize", "text");
         QTest::newRow("every series") << 0 << 2 << "Module 3 - ch 0,Module 4 - ch 0\n1,3\n1,3\n";
         QTest::newRow("groups") << 1 << 2 << "Module 3,Module 4\n3,3\n3,3\n";
         QTest::newRow("one group has no heading") << 1 << 8 << "6\n6\n";

@@ -1,4 +1,5 @@
 // The arithmetic of the cut compared with its reference implementation, and its edge cases.
+#include "support/cases.h"
 #include "support/cutoracle.h"
 #include "support/randomcases.h"
 #include "support/support.h"
@@ -148,9 +149,7 @@ private Q_SLOTS:
 
     void farAwayViewsAreEmpty_data()
     {
-        QTest::addColumn<double>("min");
-        QTest::addColumn<double>("max");
-        QTest::addColumn<double>("step");
+        addColumns<double, double, double>("min", "max", "step");
         const double infinity = std::numeric_limits<double>::infinity();
         QTest::newRow("below all integers") << -5e9 << -4e9 << 1.0;
         QTest::newRow("above all integers") << 4e9 << 5e9 << 1.0;
@@ -207,10 +206,7 @@ private Q_SLOTS:
 
     void roundsToBins_data()
     {
-        QTest::addColumn<double>("from");
-        QTest::addColumn<double>("to");
-        QTest::addColumn<double>("min");
-        QTest::addColumn<double>("max");
+        addColumns<double, double, double, double>("from", "to", "min", "max");
         QTest::newRow("halves go up") << 1.5 << 2.5 << 2.0 << 3.0;
         QTest::newRow("below half go down") << 1.4999 << 2.4999 << 1.0 << 2.0;
         QTest::newRow("a little below 0") << -0.3 << 2.0 << 0.0 << 2.0;
@@ -230,8 +226,7 @@ private Q_SLOTS:
 
     void edgesInTheOrderOfTheirNumbers_data()
     {
-        QTest::addColumn<QPoint>("point");
-        QTest::addColumn<int>("edge");
+        addColumns<QPoint, int>("point", "edge");
         QTest::newRow("left") << QPoint(100, 150) << int(tarnis::MinXEdge);
         QTest::newRow("left, 4 pixels off") << QPoint(96, 150) << int(tarnis::MinXEdge);
         QTest::newRow("left, 5 pixels off") << QPoint(95, 150) << int(tarnis::NoEdge);
@@ -255,9 +250,7 @@ private Q_SLOTS:
 
     void edgeValues_data()
     {
-        QTest::addColumn<int>("edge");
-        QTest::addColumn<QPoint>("point");
-        QTest::addColumn<double>("value");
+        addColumns<int, QPoint, double>("edge", "point", "value");
         QTest::newRow("left edge") << int(tarnis::MinXEdge) << QPoint(20, 0) << 11.0;
         QTest::newRow("right edge") << int(tarnis::MaxXEdge) << QPoint(100, 0) << 19.1;
         QTest::newRow("top edge") << int(tarnis::MaxYEdge) << QPoint(0, 30) << 4.0;

@@ -1,4 +1,5 @@
 // Ticks, labels and calm ranges of styled axes.
+#include "support/cases.h"
 #include "support/support.h"
 
 #include "tarnis/plots/math/styleaxis_p.h"
@@ -10,6 +11,7 @@
 #include <random>
 
 using namespace tarnis;
+using namespace tarnis::testing;
 
 namespace {
 
@@ -29,11 +31,7 @@ class TestStyleAxis : public QObject {
 private Q_SLOTS:
     void labelsLinearTicks_data()
     {
-        QTest::addColumn<double>("low");
-        QTest::addColumn<double>("high");
-        QTest::addColumn<int>("most");
-        QTest::addColumn<int>("form");
-        QTest::addColumn<QString>("labels");
+        addColumns<double, double, int, int, QString>("low", "high", "most", "form", "labels");
         const auto add = [](const char* name, double low, double high, int most, LargeNumbers form,
                              const char* labels) {
             QTest::newRow(name) << low << high << most << int(form) << QString::fromUtf8(labels);
@@ -66,10 +64,7 @@ private Q_SLOTS:
 
     void labelsDecades_data()
     {
-        QTest::addColumn<double>("low");
-        QTest::addColumn<double>("high");
-        QTest::addColumn<int>("most");
-        QTest::addColumn<QString>("labels");
+        addColumns<double, double, int, QString>("low", "high", "most", "labels");
         QTest::newRow("counts") << 0.5 << 30000.0 << 6 << "1 10 100 1000 10000";
         QTest::newRow("large counts") << 0.5 << 3e6 << 8 << "10^0 10^1 10^2 10^3 10^4 10^5 10^6";
         QTest::newRow("every second") << 0.5 << 3e6 << 4 << "10^0 10^2 10^4 10^6";

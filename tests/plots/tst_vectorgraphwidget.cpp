@@ -1,4 +1,5 @@
 // The plot of one series: members, orders, ranges, menu, CSV file, peak and peak search.
+#include "support/cases.h"
 #include "support/curveprobe.h"
 #include "support/metamethods.h"
 #include "support/modalwatchdog.h"
@@ -18,12 +19,9 @@
 
 #include <cmath>
 
-namespace {
+using namespace tarnis::testing;
 
-using tarnis::testing::acceptFile;
-using tarnis::testing::ModalWatchdog;
-using tarnis::testing::PlotHand;
-using tarnis::testing::virtualIndex;
+namespace {
 
 class Plot : public tarnis::testing::VectorProbe {
 public:
@@ -334,8 +332,7 @@ private Q_SLOTS:
 
     void saveCsv_data()
     {
-        QTest::addColumn<QList<double>>("index");
-        QTest::addColumn<QByteArray>("text");
+        addColumns<QList<double>, QByteArray>("index", "text");
         QTest::newRow("no index") << QList<double>() << QByteArray("1\n2.5\n0\n");
         QTest::newRow("an index for each") << QList<double> { 10.0, 20.0, 30.0 } << QByteArray("10,1\n20,2.5\n30,0\n");
         QTest::newRow("one short") << QList<double> { 10.0, 20.0 } << QByteArray("1\n2.5\n0\n");

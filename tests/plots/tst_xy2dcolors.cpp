@@ -1,4 +1,5 @@
 // Changing the colours of the 2D plot: palettes, the colour dialogs, the limits of the scale, the log scale.
+#include "support/cases.h"
 #include "support/map2dprobe.h"
 #include "support/modalwatchdog.h"
 #include "support/plothand.h"
@@ -112,24 +113,22 @@ private Q_SLOTS:
     void patterns_data()
     {
         using X = XY2DGraphWidget;
-        QTest::addColumn<Slot>("slot");
-        QTest::addColumn<QStringList>("colors");
-        QTest::newRow("Rainbow1") << Slot(&X::onPatternRainbow1)
-                                  << QStringList { "#ff0000", "#ffff00", "#00ff00", "#0000ff", "#000000" };
-        QTest::newRow("Rainbow2") << Slot(&X::onPatternRainbow2)
-                                  << QStringList { "#ff0000", "#ffff00", "#00ff00", "#0000ff", "#ff00ff" };
-        QTest::newRow("Grays") << Slot(&X::onPatternGrays)
-                               << QStringList { "#ffffff", "#c0c0c0", "#808080", "#404040", "#000000" };
-        QTest::newRow("BlueRedGreen") << Slot(&X::onPatternBlueRedGreen)
-                                      << QStringList { "#00ff00", "#808000", "#ff0000", "#800080", "#0000ff" };
-        QTest::newRow("RedWhiteBlue") << Slot(&X::onPatternRedWhiteBlue)
-                                      << QStringList { "#0000ff", "#8080ff", "#ffffff", "#ff8080", "#ff0000" };
-        QTest::newRow("CyanMagenta") << Slot(&X::onPatternCyanMagenta)
-                                     << QStringList { "#ff00ff", "#c040ff", "#8080ff", "#40c0ff", "#00ffff" };
-        QTest::newRow("YellowHot") << Slot(&X::onPatternYellowHot)
-                                   << QStringList { "#ffffff", "#ffff00", "#ff0000", "#800000", "#000000" };
-        QTest::newRow("Blue") << Slot(&X::onPatternBlue)
-                              << QStringList { "#ffffff", "#c0c0ff", "#0000ff", "#000080", "#000000" };
+        addColumns<Slot, QStringList>("slot", "colors");
+        addCase("Rainbow1", Slot(&X::onPatternRainbow1),
+            QStringList { "#ff0000", "#ffff00", "#00ff00", "#0000ff", "#000000" });
+        addCase("Rainbow2", Slot(&X::onPatternRainbow2),
+            QStringList { "#ff0000", "#ffff00", "#00ff00", "#0000ff", "#ff00ff" });
+        addCase(
+            "Grays", Slot(&X::onPatternGrays), QStringList { "#ffffff", "#c0c0c0", "#808080", "#404040", "#000000" });
+        addCase("BlueRedGreen", Slot(&X::onPatternBlueRedGreen),
+            QStringList { "#00ff00", "#808000", "#ff0000", "#800080", "#0000ff" });
+        addCase("RedWhiteBlue", Slot(&X::onPatternRedWhiteBlue),
+            QStringList { "#0000ff", "#8080ff", "#ffffff", "#ff8080", "#ff0000" });
+        addCase("CyanMagenta", Slot(&X::onPatternCyanMagenta),
+            QStringList { "#ff00ff", "#c040ff", "#8080ff", "#40c0ff", "#00ffff" });
+        addCase("YellowHot", Slot(&X::onPatternYellowHot),
+            QStringList { "#ffffff", "#ffff00", "#ff0000", "#800000", "#000000" });
+        addCase("Blue", Slot(&X::onPatternBlue), QStringList { "#ffffff", "#c0c0ff", "#0000ff", "#000080", "#000000" });
     }
     void patterns()
     {
@@ -223,8 +222,7 @@ private Q_SLOTS:
     void dialogs_data()
     {
         using X = XY2DGraphWidget;
-        QTest::addColumn<Slot>("slot");
-        QTest::addColumn<QColor*>("color");
+        addColumns<Slot, QColor*>("slot", "color");
         QTest::newRow("Min Color") << Slot(&X::onMinColor) << &X::colMin;
         QTest::newRow("Half Min Color") << Slot(&X::onHalfMinColor) << &X::colHalfMin;
         QTest::newRow("Half Color") << Slot(&X::onHalfColor) << &X::colHalf;

@@ -1,5 +1,6 @@
 // The 1D cut as the user uses it: the tool and its states, edges dragged and typed, the rubber band, the range box.
 #include "plots/cutmap.h"
+#include "support/cases.h"
 
 #include <QTest>
 
@@ -178,9 +179,7 @@ private Q_SLOTS:
     // Edges
     void edgeTakesThePress_data()
     {
-        QTest::addColumn<QPoint>("point");
-        QTest::addColumn<int>("edge");
-        QTest::addColumn<int>("cursor");
+        addColumns<QPoint, int, int>("point", "edge", "cursor");
         // The rectangle from 2 to 6 and from 1 to 5 covers the pixels 90 to 169 and 100 to 179.
         QTest::newRow("left") << QPoint(86, 140) << 1 << int(Qt::SplitHCursor);
         QTest::newRow("right") << QPoint(173, 140) << 2 << int(Qt::SplitHCursor);
@@ -233,18 +232,15 @@ private Q_SLOTS:
 
     void dragsAnEdge_data()
     {
-        QTest::addColumn<QPoint>("from");
-        QTest::addColumn<QPoint>("to");
-        QTest::addColumn<QRectF>("cut");
-        QTest::newRow("left to the right, outward to whole bins")
-            << QPoint(90, 140) << QPoint(119, 10) << rect(3, 6, 1, 5);
-        QTest::newRow("right to the left") << QPoint(169, 140) << QPoint(140, 140) << rect(2, 5, 1, 5);
-        QTest::newRow("top up") << QPoint(130, 100) << QPoint(130, 60) << rect(2, 6, 1, 7);
-        QTest::newRow("bottom down") << QPoint(130, 179) << QPoint(130, 199) << rect(2, 6, 0, 5);
-        QTest::newRow("left beyond right: swapped") << QPoint(90, 140) << QPoint(215, 140) << rect(6, 9, 1, 5);
-        QTest::newRow("bottom beyond top: swapped") << QPoint(130, 179) << QPoint(130, 61) << rect(2, 6, 5, 7);
-        QTest::newRow("right out of the graph") << QPoint(169, 140) << QPoint(390, 140) << rect(2, 10, 1, 5);
-        QTest::newRow("top out of the graph") << QPoint(130, 100) << QPoint(130, 1) << rect(2, 6, 1, 8);
+        addColumns<QPoint, QPoint, QRectF>("from", "to", "cut");
+        addCase("left to the right, outward to whole bins", QPoint(90, 140), QPoint(119, 10), rect(3, 6, 1, 5));
+        addCase("right to the left", QPoint(169, 140), QPoint(140, 140), rect(2, 5, 1, 5));
+        addCase("top up", QPoint(130, 100), QPoint(130, 60), rect(2, 6, 1, 7));
+        addCase("bottom down", QPoint(130, 179), QPoint(130, 199), rect(2, 6, 0, 5));
+        addCase("left beyond right: swapped", QPoint(90, 140), QPoint(215, 140), rect(6, 9, 1, 5));
+        addCase("bottom beyond top: swapped", QPoint(130, 179), QPoint(130, 61), rect(2, 6, 5, 7));
+        addCase("right out of the graph", QPoint(169, 140), QPoint(390, 140), rect(2, 10, 1, 5));
+        addCase("top out of the graph", QPoint(130, 100), QPoint(130, 1), rect(2, 6, 1, 8));
     }
     void dragsAnEdge()
     {
@@ -280,26 +276,15 @@ private Q_SLOTS:
 
     void typesAnEdge_data()
     {
-        QTest::addColumn<QPoint>("point");
-        QTest::addColumn<QString>("shown");
-        QTest::addColumn<QString>("typed");
-        QTest::addColumn<QRectF>("cut");
-        QTest::newRow("left") << QPoint(90, 140) << "2"
-                              << "3.4" << rect(3, 6, 1, 5);
-        QTest::newRow("right") << QPoint(169, 140) << "6"
-                               << "7.2" << rect(2, 8, 1, 5);
-        QTest::newRow("top") << QPoint(130, 100) << "5"
-                             << "8" << rect(2, 6, 1, 8);
-        QTest::newRow("bottom") << QPoint(130, 179) << "1"
-                                << "0" << rect(2, 6, 0, 5);
-        QTest::newRow("left beyond right: swapped") << QPoint(90, 140) << "2"
-                                                    << "9" << rect(6, 9, 1, 5);
-        QTest::newRow("top below bottom: swapped") << QPoint(130, 100) << "5"
-                                                   << "0.5" << rect(2, 6, 0, 1);
-        QTest::newRow("no number is 0") << QPoint(90, 140) << "2"
-                                        << "left" << rect(0, 6, 1, 5);
-        QTest::newRow("upper end included") << QPoint(169, 140) << "6"
-                                            << "10" << rect(2, 10, 1, 5);
+        addColumns<QPoint, QString, QString, QRectF>("point", "shown", "typed", "cut");
+        addCase("left", QPoint(90, 140), "2", "3.4", rect(3, 6, 1, 5));
+        addCase("right", QPoint(169, 140), "6", "7.2", rect(2, 8, 1, 5));
+        addCase("top", QPoint(130, 100), "5", "8", rect(2, 6, 1, 8));
+        addCase("bottom", QPoint(130, 179), "1", "0", rect(2, 6, 0, 5));
+        addCase("left beyond right: swapped", QPoint(90, 140), "2", "9", rect(6, 9, 1, 5));
+        addCase("top below bottom: swapped", QPoint(130, 100), "5", "0.5", rect(2, 6, 0, 1));
+        addCase("no number is 0", QPoint(90, 140), "2", "left", rect(0, 6, 1, 5));
+        addCase("upper end included", QPoint(169, 140), "6", "10", rect(2, 10, 1, 5));
     }
     void typesAnEdge()
     {

@@ -1,4 +1,5 @@
 // The 2D plot without mouse input: initial state, actions, declaration orders, data, steps, axes and layout.
+#include "support/cases.h"
 #include "support/map2dprobe.h"
 #include "support/metamethods.h"
 #include "support/virtualorder.h"
@@ -12,9 +13,9 @@
 #include <cmath>
 #include <limits>
 
-namespace {
+using namespace tarnis::testing;
 
-using tarnis::testing::virtualIndex;
+namespace {
 
 class Plot : public tarnis::testing::MapProbe {
 public:
@@ -94,10 +95,7 @@ private Q_SLOTS:
 
     void hasItsActionsInOrder_data()
     {
-        QTest::addColumn<int>("place");
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<bool>("checkable");
-        QTest::addColumn<bool>("visible");
+        addColumns<int, QString, bool, bool>("place", "text", "checkable", "visible");
         QTest::newRow("save CSV") << 12 << QStringLiteral("Save CSV...") << false << true;
         QTest::newRow("cut") << 13 << QStringLiteral("1D Cut") << true << true;
         QTest::newRow("inside only") << 14 << QStringLiteral("Inside Only") << true << false;

@@ -1,4 +1,5 @@
 // The editors of the axis ends: in place on the labels and as dialogs, in both directions.
+#include "support/cases.h"
 #include "support/frameprobe.h"
 #include "support/modalwatchdog.h"
 #include "support/plothand.h"
@@ -12,6 +13,8 @@
 #include <QPointer>
 #include <QPushButton>
 #include <QSignalSpy>
+
+using namespace tarnis::testing;
 
 namespace {
 
@@ -86,8 +89,7 @@ private Q_SLOTS:
 
     void labelsOpenTheirEditor_data()
     {
-        QTest::addColumn<int>("end");
-        QTest::addColumn<QString>("text");
+        addColumns<int, QString>("end", "text");
         QTest::newRow("min x") << int(MinX) << "0";
         QTest::newRow("max x") << int(MaxX) << "1000";
         QTest::newRow("min y") << int(MinY) << "0";
@@ -192,11 +194,7 @@ private Q_SLOTS:
 
     void acceptedText_data()
     {
-        QTest::addColumn<int>("end");
-        QTest::addColumn<QList<double>>("ranges");
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<double>("value");
-        QTest::addColumn<bool>("applied");
+        addColumns<int, QList<double>, QString, double, bool>("end", "ranges", "text", "value", "applied");
         const QList<double> plain { 10.0, 1000.0, 5.0, 100.0 };
         const QList<double> reversed { 1000.0, 10.0, 100.0, 5.0 };
         const QList<double> empty { 10.0, 10.0, 5.0, 5.0 };
@@ -365,30 +363,14 @@ private Q_SLOTS:
 
     void dialogsAskForTheYEnds_data()
     {
-        QTest::addColumn<bool>("minimum");
-        QTest::addColumn<QString>("label");
-        QTest::addColumn<QString>("shown");
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<double>("value");
-        QTest::addColumn<bool>("applied");
-        QTest::newRow("minimum") << true << "Min Y"
-                                 << "0"
-                                 << "-12.5" << -12.5 << true;
-        QTest::newRow("minimum too high") << true << "Min Y"
-                                          << "0"
-                                          << "101" << 0.0 << false;
-        QTest::newRow("minimum unreadable is 0") << true << "Min Y"
-                                                 << "0"
-                                                 << "x" << 0.0 << false;
-        QTest::newRow("maximum") << false << "Max Y"
-                                 << "100"
-                                 << "1e4" << 1e4 << true;
-        QTest::newRow("maximum too low") << false << "Max Y"
-                                         << "100"
-                                         << "-1" << 100.0 << false;
-        QTest::newRow("maximum unchanged") << false << "Max Y"
-                                           << "100"
-                                           << "100" << 100.0 << false;
+        addColumns<bool, QString, QString, QString, double, bool>(
+            "minimum", "label", "shown", "text", "value", "applied");
+        addCase("minimum", true, "Min Y", "0", "-12.5", -12.5, true);
+        addCase("minimum too high", true, "Min Y", "0", "101", 0.0, false);
+        addCase("minimum unreadable is 0", true, "Min Y", "0", "x", 0.0, false);
+        addCase("maximum", false, "Max Y", "100", "1e4", 1e4, true);
+        addCase("maximum too low", false, "Max Y", "100", "-1", 100.0, false);
+        addCase("maximum unchanged", false, "Max Y", "100", "100", 100.0, false);
     }
     void dialogsAskForTheYEnds()
     {

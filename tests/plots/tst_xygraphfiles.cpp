@@ -1,4 +1,5 @@
 // Saving the plot as an image and printing it, with the dialogs answered as a user does.
+#include "support/cases.h"
 #include "support/frameprobe.h"
 #include "support/modalwatchdog.h"
 #include "support/plothand.h"
@@ -17,11 +18,9 @@
 #include <QPushButton>
 #include <QTemporaryDir>
 
-namespace {
+using namespace tarnis::testing;
 
-using tarnis::testing::acceptFile;
-using tarnis::testing::ModalWatchdog;
-using tarnis::testing::PrintedPage;
+namespace {
 
 class Plot : public tarnis::testing::FrameProbe<XYGraphWidget> {
 public:
@@ -145,8 +144,7 @@ private Q_SLOTS:
 
     void savedPictureIsThePlot_data()
     {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QByteArray>("format");
+        addColumns<QString, QByteArray>("name", "format");
         QTest::newRow("png") << "plot.png" << QByteArray("png");
         QTest::newRow("png in capitals") << "PLOT2.PNG" << QByteArray("png");
         QTest::newRow("jpg") << "plot.jpg" << QByteArray("jpeg");
@@ -197,8 +195,7 @@ private Q_SLOTS:
 
     void reportsAFailedSave_data()
     {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<bool>("fullDisk");
+        addColumns<QString, bool>("name", "fullDisk");
         QTest::newRow("unknown format") << "plot.xyz" << false;
         QTest::newRow("no extension") << "plot" << false;
         QTest::newRow("cannot be opened") << "no/such/folder/plot.png" << false;
@@ -276,14 +273,10 @@ private Q_SLOTS:
 
     void printFillsThePage_data()
     {
-        QTest::addColumn<QSize>("paper");
-        QTest::addColumn<QSize>("size");
-        QTest::addColumn<QRectF>("target");
-        QTest::newRow("wide paper, the height decides")
-            << QSize(3000, 2000) << QSize(400, 300) << QRectF(200, 200, 2133, 1600);
-        QTest::newRow("tall paper, the width decides")
-            << QSize(2000, 3000) << QSize(400, 300) << QRectF(200, 200, 1600, 1200);
-        QTest::newRow("odd paper") << QSize(1239, 1754) << QSize(320, 240) << QRectF(123, 123, 993, 744);
+        addColumns<QSize, QSize, QRectF>("paper", "size", "target");
+        addCase("wide paper, the height decides", QSize(3000, 2000), QSize(400, 300), QRectF(200, 200, 2133, 1600));
+        addCase("tall paper, the width decides", QSize(2000, 3000), QSize(400, 300), QRectF(200, 200, 1600, 1200));
+        addCase("odd paper", QSize(1239, 1754), QSize(320, 240), QRectF(123, 123, 993, 744));
     }
     void printFillsThePage()
     {

@@ -1,4 +1,5 @@
 // The mouse tools of the plot frame, driven through the widget as a user does.
+#include "support/cases.h"
 #include "support/frameprobe.h"
 #include "support/plothand.h"
 #include "support/wait.h"
@@ -8,6 +9,8 @@
 #include <QMouseEvent>
 #include <QPointer>
 #include <QSignalSpy>
+
+using namespace tarnis::testing;
 
 namespace {
 
@@ -77,9 +80,7 @@ private Q_SLOTS:
 
     void toolsSetModeAndCursor_data()
     {
-        QTest::addColumn<QString>("tool");
-        QTest::addColumn<int>("mode");
-        QTest::addColumn<int>("cursor");
+        addColumns<QString, int, int>("tool", "mode", "cursor");
         QTest::newRow("rectangle") << "Rectangle" << 1 << int(Qt::CrossCursor);
         QTest::newRow("zoom in") << "Zoom In" << 2 << int(Qt::SizeAllCursor);
         QTest::newRow("zoom out") << "Zoom Out" << 3 << int(Qt::SizeAllCursor);
@@ -393,10 +394,7 @@ private Q_SLOTS:
 
     void rubberBandByTool_data()
     {
-        QTest::addColumn<QString>("tool");
-        QTest::addColumn<bool>("band");
-        QTest::addColumn<bool>("zooms");
-        QTest::addColumn<bool>("selects");
+        addColumns<QString, bool, bool, bool>("tool", "band", "zooms", "selects");
         QTest::newRow("none") << QString() << false << false << false;
         QTest::newRow("Rectangle") << "Rectangle" << true << true << false;
         QTest::newRow("Zoom In") << "Zoom In" << false << false << false;

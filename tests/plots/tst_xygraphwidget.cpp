@@ -1,4 +1,5 @@
 // The plot frame without mouse input: initial state, actions, declaration orders, ranges, names and ticks.
+#include "support/cases.h"
 #include "support/frameprobe.h"
 #include "support/metamethods.h"
 #include "support/virtualorder.h"
@@ -15,9 +16,9 @@
 #include <cmath>
 #include <limits>
 
-namespace {
+using namespace tarnis::testing;
 
-using tarnis::testing::virtualIndex;
+namespace {
 
 /// Counts the calls that a host's subclass receives.
 class Plot : public tarnis::testing::FrameProbe<XYGraphWidget> {
@@ -110,11 +111,7 @@ private Q_SLOTS:
 
     void hasItsActionsInOrder_data()
     {
-        QTest::addColumn<int>("place");
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<bool>("checkable");
-        QTest::addColumn<bool>("checked");
-        QTest::addColumn<bool>("visible");
+        addColumns<int, QString, bool, bool, bool>("place", "text", "checkable", "checked", "visible");
         int place = 0;
         const auto row = [&](const char* text, bool checkable, bool checked, bool visible) {
             QTest::newRow(text) << place++ << QString::fromLatin1(text) << checkable << checked << visible;
@@ -423,13 +420,8 @@ private Q_SLOTS:
 
     void margins_data()
     {
-        QTest::addColumn<double>("maxX");
-        QTest::addColumn<double>("minY");
-        QTest::addColumn<double>("maxY");
-        QTest::addColumn<QString>("nameY");
-        QTest::addColumn<int>("leftLetters");
-        QTest::addColumn<int>("topLines");
-        QTest::addColumn<int>("rightLetters");
+        addColumns<double, double, double, QString, int, int, int>(
+            "maxX", "minY", "maxY", "nameY", "leftLetters", "topLines", "rightLetters");
         QTest::newRow("no name") << 1000.0 << 0.0 << 50.0 << "" << 2 << 1 << 4;
         QTest::newRow("with a name") << 1000.0 << 0.0 << 50.0 << "Counts" << 2 << 2 << 4;
         QTest::newRow("longer minimum") << 7.0 << -1234.5 << 50.0 << "" << 7 << 1 << 1;

@@ -1,6 +1,9 @@
+#include "support/cases.h"
 #include "tarnis/server/localserver_p.h"
 
 #include <QTest>
+
+using namespace tarnis::testing;
 
 class TestLocalServer : public QObject {
     Q_OBJECT
@@ -8,20 +11,13 @@ class TestLocalServer : public QObject {
 private Q_SLOTS:
     void workingDirectory_data()
     {
-        QTest::addColumn<QString>("processPath");
-        QTest::addColumn<QString>("expected");
-        QTest::newRow("program in a folder") << "/opt/daq/server"
-                                             << "/opt/daq/";
-        QTest::newRow("arguments do not count") << "/opt/daq/server -c /etc/x"
-                                                << "/opt/daq/";
-        QTest::newRow("a blank in a folder's name cuts the path") << "/opt/my daq/server"
-                                                                  << "/opt/";
-        QTest::newRow("relative") << "bin/server"
-                                  << "bin/";
-        QTest::newRow("bare name") << "server"
-                                   << "./";
-        QTest::newRow("in the root") << "/server"
-                                     << "//";
+        addColumns<QString, QString>("processPath", "expected");
+        addCase("program in a folder", "/opt/daq/server", "/opt/daq/");
+        addCase("arguments do not count", "/opt/daq/server -c /etc/x", "/opt/daq/");
+        addCase("a blank in a folder's name cuts the path", "/opt/my daq/server", "/opt/");
+        addCase("relative", "bin/server", "bin/");
+        addCase("bare name", "server", "./");
+        addCase("in the root", "/server", "//");
     }
     void workingDirectory()
     {

@@ -1,5 +1,6 @@
 // An exception on a session's thread ends the process. The program starts itself again as the process that aborts.
 #include "sessionclient.h"
+#include "support/cases.h"
 
 #include "support/logfile.h"
 #include "support/wait.h"
@@ -59,14 +60,10 @@ class TestSessionAbort : public QObject {
 private Q_SLOTS:
     void endsTheProcess_data()
     {
-        QTest::addColumn<QString>("kind");
-        QTest::addColumn<QString>("lastLine");
-        QTest::newRow("standard exception") << "standard"
-                                            << "exit with St13runtime_error[no state to go back to]";
-        QTest::newRow("exception of its own") << "own"
-                                              << "exit with N12_GLOBAL__N_110OwnFailureE[own %s text]";
-        QTest::newRow("anything else") << "number"
-                                       << "exit with unknown error";
+        addColumns<QString, QString>("kind", "lastLine");
+        addCase("standard exception", "standard", "exit with St13runtime_error[no state to go back to]");
+        addCase("exception of its own", "own", "exit with N12_GLOBAL__N_110OwnFailureE[own %s text]");
+        addCase("anything else", "number", "exit with unknown error");
     }
     void endsTheProcess()
     {

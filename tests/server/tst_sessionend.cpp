@@ -1,5 +1,6 @@
 // How a session ends: at once from any of its waits, in the background, and when a reply is too large.
 #include "sessionclient.h"
+#include "support/cases.h"
 
 #include "support/fullbacklog.h"
 
@@ -188,9 +189,7 @@ private Q_SLOTS:
 
     void refusesALargeReply_data()
     {
-        QTest::addColumn<QByteArray>("reply");
-        QTest::addColumn<bool>("binary");
-        QTest::addColumn<bool>("accepted");
+        addColumns<QByteArray, bool, bool>("reply", "binary", "accepted");
         const auto field = [](int length) { return QByteArray(1, char(length)) + QByteArray(3, '\0'); };
         QTest::newRow("text of the limit") << QByteArray(8, 'x') + "> " << false << true;
         QTest::newRow("text beyond") << QByteArray(11, 'x') + "> " << false << false;

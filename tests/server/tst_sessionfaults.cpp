@@ -1,6 +1,7 @@
 // A session with a misbehaving server: wrong lengths, greetings that never come, silence, closed connections, and
 // sessions that are destroyed in every state.
 #include "sessionclient.h"
+#include "support/cases.h"
 
 #include "support/fullbacklog.h"
 
@@ -44,9 +45,7 @@ private Q_SLOTS:
 
     void readsWrongLengths_data()
     {
-        QTest::addColumn<int>("length");
-        QTest::addColumn<QByteArray>("payload");
-        QTest::addColumn<QString>("text");
+        addColumns<int, QByteArray, QString>("length", "payload", "text");
         QTest::newRow("zero") << 0 << QByteArray("") << QStringLiteral("abcdOK");
         QTest::newRow("too short") << 3 << QByteArray("abc") << QStringLiteral("dOK");
         QTest::newRow("too long, within the text") << 5 << QByteArray("abcdO") << QStringLiteral("K");
@@ -114,9 +113,7 @@ private Q_SLOTS:
 
     void failsWithoutGreeting_data()
     {
-        QTest::addColumn<int>("kind");
-        QTest::addColumn<int>("code");
-        QTest::addColumn<int>("farewells");
+        addColumns<int, int, int>("kind", "code", "farewells");
         QTest::newRow("silence") << 0 << timedOut << 1;
         QTest::newRow("text without a prompt") << 1 << timedOut << 1;
         QTest::newRow("closed at once") << 2 << closedByPeer << 0;
@@ -146,8 +143,7 @@ private Q_SLOTS:
 
     void failsToConnect_data()
     {
-        QTest::addColumn<QString>("host");
-        QTest::addColumn<int>("code");
+        addColumns<QString, int>("host", "code");
         QTest::newRow("refused") << QStringLiteral("127.0.0.1") << refused;
         QTest::newRow("unknown host") << QStringLiteral("host.invalid") << hostNotFound;
         QTest::newRow("no host") << QString() << hostNotFound;
@@ -176,10 +172,7 @@ private Q_SLOTS:
 
     void failsInAReply_data()
     {
-        QTest::addColumn<int>("kind");
-        QTest::addColumn<int>("form");
-        QTest::addColumn<int>("code");
-        QTest::addColumn<int>("farewells");
+        addColumns<int, int, int, int>("kind", "form", "code", "farewells");
         QTest::newRow("closed before it") << 0 << 0 << closedByPeer << 0;
         QTest::newRow("closed before it, binary") << 0 << 1 << closedByPeer << 0;
         QTest::newRow("broken before it") << 1 << 0 << closedByPeer << 0;

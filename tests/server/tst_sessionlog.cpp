@@ -1,5 +1,6 @@
 // The log lines of a session, read from a real log file.
 #include "sessionclient.h"
+#include "support/cases.h"
 
 #include "support/logfile.h"
 #include "support/wait.h"
@@ -220,24 +221,19 @@ private Q_SLOTS:
 
     void commandsOfEachKind_data()
     {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<int>("form");
-        QTest::addColumn<QStringList>("inside");
-        QTest::newRow("text") << "stat" << int(SessionClient::Text)
-                              << QStringList { "BLCK cmd is not empty", "BLCK write", "BLCK receive response", "read" };
-        QTest::newRow("binary") << "hist" << int(SessionClient::Binary)
-                                << QStringList { "BLCK cmd is not empty", "BLCK write", "BLCK receive response",
-                                       "readBinary" };
-        QTest::newRow("empty") << "" << int(SessionClient::Text) << QStringList();
-        QTest::newRow("upload") << "txfile a\nb" << int(SessionClient::Text)
-                                << QStringList { "BLCK cmd is not empty", "BLCK txfile", "BLCK receive response",
-                                       "read" };
-        QTest::newRow("upload without a line") << "txfile a" << int(SessionClient::Text)
-                                               << QStringList { "BLCK cmd is not empty", "BLCK txfile",
-                                                      "DBG NG:Command does not contain newline charactor[\\n]." };
-        QTest::newRow("upload with an end mark")
-            << "txfile a\u0004" << int(SessionClient::Text)
-            << QStringList { "BLCK cmd is not empty", "BLCK txfile", "DBG NG:File contains EOT(0x04) char." };
+        addColumns<QString, int, QStringList>("text", "form", "inside");
+        addCase("text", "stat", int(SessionClient::Text),
+            QStringList { "BLCK cmd is not empty", "BLCK write", "BLCK receive response", "read" });
+        addCase("binary", "hist", int(SessionClient::Binary),
+            QStringList { "BLCK cmd is not empty", "BLCK write", "BLCK receive response", "readBinary" });
+        addCase("empty", "", int(SessionClient::Text), QStringList());
+        addCase("upload", "txfile a\nb", int(SessionClient::Text),
+            QStringList { "BLCK cmd is not empty", "BLCK txfile", "BLCK receive response", "read" });
+        addCase("upload without a line", "txfile a", int(SessionClient::Text),
+            QStringList {
+                "BLCK cmd is not empty", "BLCK txfile", "DBG NG:Command does not contain newline charactor[\\n]." });
+        addCase("upload with an end mark", "txfile a\u0004", int(SessionClient::Text),
+            QStringList { "BLCK cmd is not empty", "BLCK txfile", "DBG NG:File contains EOT(0x04) char." });
     }
     void commandsOfEachKind()
     {
@@ -277,8 +273,7 @@ private Q_SLOTS:
 
     void failedGreeting_data()
     {
-        QTest::addColumn<bool>("dropped");
-        QTest::addColumn<QString>("emission");
+        addColumns<bool, QString>("dropped", "emission");
         QTest::newRow("silence") << false << "BLCK emit error(5, Network operation timed out)";
         QTest::newRow("closed") << true << "BLCK emit error(1, The remote host closed the connection)";
     }

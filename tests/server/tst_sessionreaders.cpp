@@ -1,4 +1,5 @@
 // The two readers of a session, iteration by iteration, on a socket whose waits deliver bytes defined by the test.
+#include "support/cases.h"
 #include "support/fedsocket.h"
 #include "support/logfile.h"
 #include "support/replyoracle.h"
@@ -107,9 +108,7 @@ class TestSessionReaders : public QObject {
 private Q_SLOTS:
     void readsText_data()
     {
-        QTest::addColumn<QByteArrayList>("waits");
-        QTest::addColumn<QByteArray>("text");
-        QTest::addColumn<QByteArrayList>("pieces");
+        addColumns<QByteArrayList, QByteArray, QByteArrayList>("waits", "text", "pieces");
         const auto row = [](const char* name, const QByteArrayList& waits, const QByteArray& text,
                              const QByteArrayList& pieces) { QTest::newRow(name) << waits << text << pieces; };
         row("in one piece", { "abc> " }, "abc", { "abc" });
@@ -159,10 +158,7 @@ private Q_SLOTS:
 
     void failsOnThe102ndSilentWait_data()
     {
-        QTest::addColumn<QByteArrayList>("waits");
-        QTest::addColumn<bool>("binary");
-        QTest::addColumn<bool>("complete");
-        QTest::addColumn<int>("waitCount");
+        addColumns<QByteArrayList, bool, bool, int>("waits", "binary", "complete", "waitCount");
         const QByteArray field = lengthField(1);
         const auto row = [](const char* name, const QByteArrayList& waits, bool binary, bool complete, int count) {
             QTest::newRow(name) << waits << binary << complete << count;
@@ -203,10 +199,7 @@ private Q_SLOTS:
 
     void readsBinary_data()
     {
-        QTest::addColumn<QByteArrayList>("waits");
-        QTest::addColumn<QByteArray>("payload");
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<int>("waitCount");
+        addColumns<QByteArrayList, QByteArray, QString, int>("waits", "payload", "text", "waitCount");
         const QByteArray four = lengthField(4);
         const auto row = [](const char* name, const QByteArrayList& waits, const QByteArray& payload,
                              const QString& text,
@@ -293,8 +286,7 @@ private Q_SLOTS:
 
     void waitsInUnitsOfTenMilliseconds_data()
     {
-        QTest::addColumn<int>("timeout");
-        QTest::addColumn<int>("milliseconds");
+        addColumns<int, int>("timeout", "milliseconds");
         QTest::newRow("at first") << 40 << 400;
         QTest::newRow("shortest") << 1 << 10;
         QTest::newRow("none") << 0 << 0;
@@ -337,17 +329,14 @@ private Q_SLOTS:
 
     void quitsAtTheEndOfAWait_data()
     {
-        QTest::addColumn<QByteArrayList>("waits");
-        QTest::addColumn<bool>("binary");
-        QTest::addColumn<bool>("complete");
-        QTest::newRow("text, silent") << QByteArrayList { "", "" } << false << false;
-        QTest::newRow("text, with data") << QByteArrayList { "a", "b" } << false << false;
-        QTest::newRow("text, with the prompt") << QByteArrayList { "a", "> " } << false << true;
-        QTest::newRow("binary, silent") << QByteArrayList { "", "" } << true << false;
-        QTest::newRow("binary, with the length and all else")
-            << QByteArrayList { "", lengthField(0) + "> " } << true << false;
-        QTest::newRow("binary, with data") << QByteArrayList { lengthField(1), "b" } << true << false;
-        QTest::newRow("binary, with the prompt") << QByteArrayList { lengthField(1), "b> " } << true << true;
+        addColumns<QByteArrayList, bool, bool>("waits", "binary", "complete");
+        addCase("text, silent", QByteArrayList { "", "" }, false, false);
+        addCase("text, with data", QByteArrayList { "a", "b" }, false, false);
+        addCase("text, with the prompt", QByteArrayList { "a", "> " }, false, true);
+        addCase("binary, silent", QByteArrayList { "", "" }, true, false);
+        addCase("binary, with the length and all else", QByteArrayList { "", lengthField(0) + "> " }, true, false);
+        addCase("binary, with data", QByteArrayList { lengthField(1), "b" }, true, false);
+        addCase("binary, with the prompt", QByteArrayList { lengthField(1), "b> " }, true, true);
     }
     void quitsAtTheEndOfAWait()
     {

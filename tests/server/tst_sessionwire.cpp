@@ -1,5 +1,6 @@
 // A session over a real connection: sent bytes, assembly of replies, and the queue.
 #include "sessionclient.h"
+#include "support/cases.h"
 #include "support/wait.h"
 
 #include <QElapsedTimer>
@@ -56,15 +57,14 @@ private Q_SLOTS:
 
     void writesRequests_data()
     {
-        QTest::addColumn<QString>("request");
-        QTest::addColumn<QByteArray>("bytes");
-        QTest::newRow("line") << QStringLiteral("stat") << QByteArray("stat\n");
-        QTest::newRow("Latin-1") << QStringLiteral("gr\u00fcn \u20ac") << QByteArray("gr\xfcn ?\n");
-        QTest::newRow("upload") << QStringLiteral("txfile a\nx\u00e4\n") << QByteArray("txfile a\nx\xe4\n\x04");
-        QTest::newRow("upload word further in") << QStringLiteral("my txfile a") << QByteArray("my txfile a\n");
-        QTest::newRow("end mark in a line") << QStringLiteral("a\u0004b")
-                                            << QByteArray("a\x04"
-                                                          "b\n");
+        addColumns<QString, QByteArray>("request", "bytes");
+        addCase("line", QStringLiteral("stat"), QByteArray("stat\n"));
+        addCase("Latin-1", QStringLiteral("gr\u00fcn \u20ac"), QByteArray("gr\xfcn ?\n"));
+        addCase("upload", QStringLiteral("txfile a\nx\u00e4\n"), QByteArray("txfile a\nx\xe4\n\x04"));
+        addCase("upload word further in", QStringLiteral("my txfile a"), QByteArray("my txfile a\n"));
+        addCase("end mark in a line", QStringLiteral("a\u0004b"),
+            QByteArray("a\x04"
+                       "b\n"));
     }
     void writesRequests()
     {
@@ -80,12 +80,11 @@ private Q_SLOTS:
 
     void refusesUploads_data()
     {
-        QTest::addColumn<QString>("request");
-        QTest::addColumn<QByteArray>("reply");
-        QTest::newRow("no line feed") << QStringLiteral("txfile a")
-                                      << QByteArray("NG:Command does not contain newline charactor[\\n].\n");
-        QTest::newRow("end mark inside") << QStringLiteral("txfile a\nx\u0004y")
-                                         << QByteArray("NG:File contains EOT(0x04) char.\n");
+        addColumns<QString, QByteArray>("request", "reply");
+        addCase("no line feed", QStringLiteral("txfile a"),
+            QByteArray("NG:Command does not contain newline charactor[\\n].\n"));
+        addCase(
+            "end mark inside", QStringLiteral("txfile a\nx\u0004y"), QByteArray("NG:File contains EOT(0x04) char.\n"));
     }
     void refusesUploads()
     {

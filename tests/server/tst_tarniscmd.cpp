@@ -1,4 +1,5 @@
 // Commands: sent text, log lines, and the two parsers of reply text.
+#include "support/cases.h"
 #include "support/logfile.h"
 #include "support/support.h"
 #include "support/textoracle.h"
@@ -10,13 +11,7 @@
 
 #include <memory>
 
-using tarnis::testing::LogFile;
-using tarnis::testing::Sections;
-using tarnis::testing::seededGenerator;
-using tarnis::testing::spelledSections;
-using tarnis::testing::spelledValues;
-using tarnis::testing::Values;
-using tarnis::testing::virtualIndex;
+using namespace tarnis::testing;
 
 namespace {
 
@@ -85,9 +80,7 @@ private Q_SLOTS:
 
     void sendsItsRoute_data()
     {
-        QTest::addColumn<PTarnisCmd>("cmd");
-        QTest::addColumn<QString>("request");
-        QTest::addColumn<QString>("id");
+        addColumns<PTarnisCmd, QString, QString>("cmd", "request", "id");
         const auto row = [](const char* name, TarnisCmd* cmd, const char* request, const char* id = "") {
             QTest::newRow(name) << PTarnisCmd(cmd) << QString(request) << QString(id);
         };
@@ -120,8 +113,7 @@ private Q_SLOTS:
 
     void logsItsLife_data()
     {
-        QTest::addColumn<int>("kind");
-        QTest::addColumn<QString>("text");
+        addColumns<int, QString>("kind", "text");
         QTest::newRow("plain") << 0 << QStringLiteral("gr\u00fcn");
         QTest::newRow("broadcast") << 1 << QStringLiteral("a");
         QTest::newRow("multicast") << 2 << QStringLiteral("b");
@@ -173,8 +165,7 @@ private Q_SLOTS:
 
     void dividesByKey_data()
     {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<Sections>("sections");
+        addColumns<QString, Sections>("text", "sections");
         const auto row = [](const char* name, const char* text, const Sections& sections) {
             QTest::newRow(name) << QString(text) << sections;
         };
@@ -212,8 +203,7 @@ private Q_SLOTS:
 
     void mapsNames_data()
     {
-        QTest::addColumn<QStringList>("lines");
-        QTest::addColumn<Values>("values");
+        addColumns<QStringList, Values>("lines", "values");
         const auto row = [](const char* name, const QStringList& lines, const Values& values) {
             QTest::newRow(name) << lines << values;
         };

@@ -1,11 +1,12 @@
 // The two commands that keep the values of their last reply.
+#include "support/cases.h"
 #include "support/logfile.h"
 
 #include <tarnis/server/tarniscmds.h>
 
 #include <QTest>
 
-using tarnis::testing::LogFile;
+using namespace tarnis::testing;
 
 namespace {
 
@@ -60,10 +61,7 @@ private Q_SLOTS:
 
     void findsTheWordAfterThePrefix_data()
     {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QString>("prefix");
-        QTest::addColumn<QString>("suffix");
-        QTest::addColumn<QString>("value");
+        addColumns<QString, QString, QString, QString>("text", "prefix", "suffix", "value");
         const auto row = [](const char* name, const char* text, const char* prefix, const char* suffix,
                              const char* value) {
             QTest::newRow(name) << QString(text) << QString(prefix) << QString(suffix) << QString(value);

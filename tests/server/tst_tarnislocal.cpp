@@ -1,5 +1,6 @@
 // The manager and its local server: start, port, crash.
 #include "server/localmanager.h"
+#include "support/cases.h"
 #include "support/logfile.h"
 #include "support/scriptedserver.h"
 
@@ -58,17 +59,15 @@ private Q_SLOTS:
     {
         QTest::addColumn<QStringList>("first");
         const QString wait("await go\n");
-        QTest::newRow("0") << QStringList { "print UI port: 0\\n" };
-        QTest::newRow("70000") << QStringList { "print UI port: 70000\\n" };
-        QTest::newRow("no number") << QStringList { "print UI port: soon\\n" };
-        QTest::newRow("no line feed") << QStringList { "print UI port: 4000" };
-        QTest::newRow("in two pieces, before the number")
-            << QStringList { "print UI port:", "await 2", "print  4000\\n" };
-        QTest::newRow("in two pieces, in the number") << QStringList { "print UI port: 40", "await 2", "print 00\\n" };
-        QTest::newRow("in two pieces, before the line feed")
-            << QStringList { "print UI port: 4000", "await 2", "print \\n" };
-        QTest::newRow("in two pieces, in the label") << QStringList { "print UI po", "await 2", "print rt: 4000\\n" };
-        QTest::newRow("other output") << QStringList { "print ready\\n" };
+        addCase("0", QStringList { "print UI port: 0\\n" });
+        addCase("70000", QStringList { "print UI port: 70000\\n" });
+        addCase("no number", QStringList { "print UI port: soon\\n" });
+        addCase("no line feed", QStringList { "print UI port: 4000" });
+        addCase("in two pieces, before the number", QStringList { "print UI port:", "await 2", "print  4000\\n" });
+        addCase("in two pieces, in the number", QStringList { "print UI port: 40", "await 2", "print 00\\n" });
+        addCase("in two pieces, before the line feed", QStringList { "print UI port: 4000", "await 2", "print \\n" });
+        addCase("in two pieces, in the label", QStringList { "print UI po", "await 2", "print rt: 4000\\n" });
+        addCase("other output", QStringList { "print ready\\n" });
     }
     void portThatIsNoneIsPassedOver()
     {
@@ -178,12 +177,9 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("name");
         QTest::addColumn<QString>("expected"); // below the fresh folder
-        QTest::newRow("plain") << "bin/server"
-                               << "bin/";
-        QTest::newRow("blank in the program's name") << "bin/the server"
-                                                     << "bin/";
-        QTest::newRow("blank in the folder's name") << "my bin/server"
-                                                    << "";
+        addCase("plain", "bin/server", "bin/");
+        addCase("blank in the program's name", "bin/the server", "bin/");
+        addCase("blank in the folder's name", "my bin/server", "");
     }
     void workingDirectoryIsTheProgramsFolder()
     {

@@ -1,5 +1,6 @@
 // The manager and its local server: shutdown, restart, and the end of the manager.
 #include "server/localmanager.h"
+#include "support/cases.h"
 #include "support/logfile.h"
 #include "support/scriptedserver.h"
 
@@ -99,9 +100,7 @@ private Q_SLOTS:
 
     void restartTable_data()
     {
-        QTest::addColumn<bool>("local");
-        QTest::addColumn<bool>("run");
-        QTest::addColumn<bool>("expected");
+        addColumns<bool, bool, bool>("local", "run", "expected");
         QTest::newRow("never run") << true << false << false;
         QTest::newRow("remote mode with a process") << false << true << false;
         QTest::newRow("local mode with a process") << true << true << true;

@@ -1,5 +1,6 @@
 // A session's interface: initial members, queue, prompt, message boxes, lifetime.
 #include "sessionclient.h"
+#include "support/cases.h"
 
 #include "support/boxwatch.h"
 #include "support/logfile.h"
@@ -178,14 +179,12 @@ private Q_SLOTS:
 
     void showsErrors_data()
     {
-        QTest::addColumn<int>("code");
-        QTest::addColumn<QString>("text");
-        QTest::newRow("refused") << int(QAbstractSocket::ConnectionRefusedError)
-                                 << QStringLiteral("The connection was refused by the peer.");
-        QTest::newRow("unknown host") << int(QAbstractSocket::HostNotFoundError)
-                                      << QStringLiteral("The host was not found.");
-        QTest::newRow("closed") << int(QAbstractSocket::RemoteHostClosedError) << QStringLiteral("It's %1 over.");
-        QTest::newRow("unknown") << int(QAbstractSocket::UnknownSocketError) << QStringLiteral("It's %1 over.");
+        addColumns<int, QString>("code", "text");
+        addCase("refused", int(QAbstractSocket::ConnectionRefusedError),
+            QStringLiteral("The connection was refused by the peer."));
+        addCase("unknown host", int(QAbstractSocket::HostNotFoundError), QStringLiteral("The host was not found."));
+        addCase("closed", int(QAbstractSocket::RemoteHostClosedError), QStringLiteral("It's %1 over."));
+        addCase("unknown", int(QAbstractSocket::UnknownSocketError), QStringLiteral("It's %1 over."));
     }
     void showsErrors()
     {

@@ -1,5 +1,6 @@
 // The manager and its sessions: commands, shutdown, and its own end.
 #include "server/remotemanager.h"
+#include "support/cases.h"
 #include "support/logfile.h"
 #include "support/scriptedserver.h"
 #include "support/wait.h"
@@ -139,9 +140,7 @@ private Q_SLOTS:
 
     void shutdownTable_data()
     {
-        QTest::addColumn<int>("before");
-        QTest::addColumn<bool>("result");
-        QTest::addColumn<int>("after");
+        addColumns<int, bool, int>("before", "result", "after");
         QTest::newRow("IDLE") << 0 << true << 0;
         QTest::newRow("SERVER_CONNECTED") << 1 << true << 0;
         QTest::newRow("SERVER_ERROR") << 2 << true << 0;

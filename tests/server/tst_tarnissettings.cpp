@@ -1,4 +1,5 @@
 // The manager's settings, readout addresses, base path and downloads. No session: SendCmd is overridden and recorded.
+#include "support/cases.h"
 #include "support/helpersoracle.h"
 #include "support/logfile.h"
 #include "support/managerprobe.h"
@@ -70,39 +71,22 @@ class TestTarnisSettings : public QObject {
 private Q_SLOTS:
     void checksPorts_data()
     {
-        QTest::addColumn<QString>("key");
-        QTest::addColumn<QString>("value");
-        QTest::addColumn<bool>("accepted");
-        QTest::newRow("tcp number") << "tcp"
-                                    << "5000" << true;
-        QTest::newRow("tcp word") << "tcp"
-                                  << "abc" << false;
-        QTest::newRow("tcp empty") << "tcp"
-                                   << "" << false;
-        QTest::newRow("tcp negative") << "tcp"
-                                      << "-1" << true;
-        QTest::newRow("tcp blanks") << "tcp"
-                                    << " 7 " << true;
-        QTest::newRow("tcp largest int") << "tcp"
-                                         << "2147483647" << true;
-        QTest::newRow("tcp beyond int") << "tcp"
-                                        << "2147483648" << false;
-        QTest::newRow("tcp hexadecimal") << "tcp"
-                                         << "0x10" << false;
-        QTest::newRow("bcp number") << "bcp"
-                                    << "4660" << true;
-        QTest::newRow("bcp word") << "bcp"
-                                  << "abc" << false;
-        QTest::newRow("tcp1 word") << "tcp1"
-                                   << "abc" << true;
-        QTest::newRow("bcp0 word") << "bcp0"
-                                   << "abc" << true;
-        QTest::newRow("TCP word") << "TCP"
-                                  << "abc" << true;
-        QTest::newRow("ip word") << "ip"
-                                 << "nowhere" << true;
-        QTest::newRow("empty key") << ""
-                                   << "" << true;
+        addColumns<QString, QString, bool>("key", "value", "accepted");
+        addCase("tcp number", "tcp", "5000", true);
+        addCase("tcp word", "tcp", "abc", false);
+        addCase("tcp empty", "tcp", "", false);
+        addCase("tcp negative", "tcp", "-1", true);
+        addCase("tcp blanks", "tcp", " 7 ", true);
+        addCase("tcp largest int", "tcp", "2147483647", true);
+        addCase("tcp beyond int", "tcp", "2147483648", false);
+        addCase("tcp hexadecimal", "tcp", "0x10", false);
+        addCase("bcp number", "bcp", "4660", true);
+        addCase("bcp word", "bcp", "abc", false);
+        addCase("tcp1 word", "tcp1", "abc", true);
+        addCase("bcp0 word", "bcp0", "abc", true);
+        addCase("TCP word", "TCP", "abc", true);
+        addCase("ip word", "ip", "nowhere", true);
+        addCase("empty key", "", "", true);
     }
     void checksPorts()
     {
@@ -169,24 +153,14 @@ private Q_SLOTS:
 
     void readsAnAddress_data()
     {
-        QTest::addColumn<QString>("ip");
-        QTest::addColumn<QString>("tcp");
-        QTest::addColumn<QString>("bcp");
-        QTest::addColumn<bool>("result");
-        QTest::addColumn<unsigned int>("tcpNumber");
-        QTest::addColumn<unsigned int>("bcpNumber");
-        QTest::newRow("whole") << "10.0.0.1"
-                               << "24"
-                               << "4660" << true << 24U << 4660U;
-        QTest::newRow("nothing set") << QString() << QString() << QString() << false << 0U << 0U;
-        QTest::newRow("tcp missing") << "10.0.0.1" << QString() << "4660" << false << 0U << 4660U;
-        QTest::newRow("bcp missing") << "10.0.0.1"
-                                     << "24" << QString() << false << 24U << 0U;
-        QTest::newRow("ip missing") << QString() << "24"
-                                    << "4660" << true << 24U << 4660U;
-        QTest::newRow("negative") << "10.0.0.1"
-                                  << "-1"
-                                  << "4660" << false << 0U << 4660U;
+        addColumns<QString, QString, QString, bool, unsigned int, unsigned int>(
+            "ip", "tcp", "bcp", "result", "tcpNumber", "bcpNumber");
+        addCase("whole", "10.0.0.1", "24", "4660", true, 24U, 4660U);
+        addCase("nothing set", QString(), QString(), QString(), false, 0U, 0U);
+        addCase("tcp missing", "10.0.0.1", QString(), "4660", false, 0U, 4660U);
+        addCase("bcp missing", "10.0.0.1", "24", QString(), false, 24U, 0U);
+        addCase("ip missing", QString(), "24", "4660", true, 24U, 4660U);
+        addCase("negative", "10.0.0.1", "-1", "4660", false, 0U, 4660U);
     }
     void readsAnAddress()
     {
@@ -277,9 +251,7 @@ private Q_SLOTS:
 
     void basePathByStatus_data()
     {
-        QTest::addColumn<int>("value");
-        QTest::addColumn<bool>("stores");
-        QTest::addColumn<bool>("sends");
+        addColumns<int, bool, bool>("value", "stores", "sends");
         QTest::newRow("IDLE") << 0 << true << false;
         QTest::newRow("SERVER_CONNECTED") << 1 << true << true;
         QTest::newRow("SERVER_ERROR") << 2 << false << false;
@@ -345,8 +317,7 @@ private Q_SLOTS:
 
     void downloadMakesLinesOfFive_data()
     {
-        QTest::addColumn<int>("count");
-        QTest::addColumn<QStringList>("lines");
+        addColumns<int, QStringList>("count", "lines");
         const QString five = "setting k0:0 k1:1 k2:2 k3:3 k4:4";
         QTest::newRow("none") << 0 << QStringList {};
         QTest::newRow("one") << 1 << QStringList { "setting k0:0 " };

@@ -1,4 +1,5 @@
 // The wire protocol functions.
+#include "support/cases.h"
 #include "tarnis/server/wire_p.h"
 
 #include <QTest>
@@ -7,6 +8,7 @@
 #include <limits>
 
 using namespace tarnis;
+using namespace tarnis::testing;
 
 namespace {
 
@@ -19,8 +21,7 @@ class TestWire : public QObject {
 private Q_SLOTS:
     void writesRequests_data()
     {
-        QTest::addColumn<QString>("request");
-        QTest::addColumn<QByteArray>("bytes");
+        addColumns<QString, QByteArray>("request", "bytes");
         QTest::newRow("line") << QStringLiteral("stat") << QByteArray("stat\n");
         QTest::newRow("Latin-1") << QStringLiteral("gr\u00fcn") << QByteArray("gr\xfcn\n");
         QTest::newRow("beyond Latin-1") << QStringLiteral("\u20ac") << QByteArray("?\n");
@@ -36,8 +37,7 @@ private Q_SLOTS:
 
     void refusesUploads_data()
     {
-        QTest::addColumn<QString>("request");
-        QTest::addColumn<QByteArray>("refusal");
+        addColumns<QString, QByteArray>("request", "refusal");
         const QByteArray endMark("NG:File contains EOT(0x04) char.");
         const QByteArray noLine("NG:Command does not contain newline charactor[\\n].");
         QTest::newRow("sound") << QStringLiteral("txfile a\nx") << QByteArray();
@@ -53,8 +53,7 @@ private Q_SLOTS:
 
     void readsLengths_data()
     {
-        QTest::addColumn<QByteArray>("field");
-        QTest::addColumn<int>("length");
+        addColumns<QByteArray, int>("field", "length");
         QTest::newRow("nothing") << QByteArray(4, '\0') << 0;
         QTest::newRow("little-endian") << QByteArray("\x04\x03\x02\x01") << 0x01020304;
         QTest::newRow("largest") << QByteArray("\xff\xff\xff\x7f") << std::numeric_limits<int>::max();
@@ -69,9 +68,7 @@ private Q_SLOTS:
 
     void findsTheEnd_data()
     {
-        QTest::addColumn<QByteArray>("received");
-        QTest::addColumn<int>("length");
-        QTest::addColumn<bool>("complete");
+        addColumns<QByteArray, int, bool>("received", "length", "complete");
         QTest::newRow("payload, text, prompt") << QByteArray("abcOK:> ") << 3 << true;
         QTest::newRow("payload, prompt") << QByteArray("abc> ") << 3 << true;
         QTest::newRow("payload only") << QByteArray("abc") << 3 << false;
@@ -92,10 +89,7 @@ private Q_SLOTS:
 
     void splits_data()
     {
-        QTest::addColumn<QByteArray>("received");
-        QTest::addColumn<int>("length");
-        QTest::addColumn<QByteArray>("payload");
-        QTest::addColumn<QString>("text");
+        addColumns<QByteArray, int, QByteArray, QString>("received", "length", "payload", "text");
         QTest::newRow("payload and text") << QByteArray("abcOK:> ") << 3 << QByteArray("abc") << QStringLiteral("OK:");
         QTest::newRow("no text") << QByteArray("abc> ") << 3 << QByteArray("abc") << QString();
         QTest::newRow("no payload") << QByteArray("OK:> ") << 0 << QByteArray("") << QStringLiteral("OK:");

@@ -3,6 +3,7 @@
 #include "console/payload.h"
 #include "settings.h"
 #include "simulation.h"
+#include "support/cases.h"
 
 #include <tarnis/version.h>
 
@@ -14,6 +15,7 @@
 #include <memory>
 
 using namespace simserver;
+using namespace tarnis::testing;
 using simtest::doublesOf;
 
 namespace {
@@ -82,8 +84,7 @@ private Q_SLOTS:
 
     void refusals_data()
     {
-        QTest::addColumn<QByteArray>("line");
-        QTest::addColumn<QString>("reason");
+        addColumns<QByteArray, QString>("line", "reason");
         const auto row = [](const char* name, const QByteArray& line, const char* reason) {
             QTest::newRow(name) << line << QString::fromUtf8(reason);
         };
@@ -281,9 +282,7 @@ private Q_SLOTS:
 
     void settingsAreTaken_data()
     {
-        QTest::addColumn<QByteArray>("line");
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QString>("expected");
+        addColumns<QByteArray, QString, QString>("line", "name", "expected");
         const auto row = [](const char* name, const QByteArray& line, const char* setting, const char* expected) {
             QTest::newRow(name) << line << QString::fromLatin1(setting) << QString::fromUtf8(expected);
         };
@@ -332,17 +331,16 @@ private Q_SLOTS:
 
     void settingsDuringARun_data()
     {
-        QTest::addColumn<QByteArray>("line");
-        QTest::addColumn<QString>("answer");
-        QTest::newRow("rate") << QByteArray("setting rate:5") << QStringLiteral("OK:\n");
-        QTest::newRow("presets") << QByteArray("setting maxevents:500000 maxtime:500") << QStringLiteral("OK:\n");
-        QTest::newRow("the same modules") << QByteArray("setting modules:8") << QStringLiteral("OK:\n");
-        QTest::newRow("an address") << QByteArray("setting ip:10.0.0.5") << QStringLiteral("OK:\n");
+        addColumns<QByteArray, QString>("line", "answer");
+        addCase("rate", QByteArray("setting rate:5"), QStringLiteral("OK:\n"));
+        addCase("presets", QByteArray("setting maxevents:500000 maxtime:500"), QStringLiteral("OK:\n"));
+        addCase("the same modules", QByteArray("setting modules:8"), QStringLiteral("OK:\n"));
+        addCase("an address", QByteArray("setting ip:10.0.0.5"), QStringLiteral("OK:\n"));
         for (const char* const pair :
             { "modules:4", "seed:5", "run:5", "peaks:1", "background:1", "record:on", "inst:A", "basepath:/data" }) {
             const QString name = QString::fromLatin1(pair).section(':', 0, 0);
-            QTest::newRow(pair) << "setting " + QByteArray(pair)
-                                << QStringLiteral("NG:%1 cannot change during a run\n").arg(name);
+            addCase(
+                pair, "setting " + QByteArray(pair), QStringLiteral("NG:%1 cannot change during a run\n").arg(name));
         }
     }
     void settingsDuringARun()
@@ -372,15 +370,13 @@ private Q_SLOTS:
 
     void badSettingsFileIsRefused_data()
     {
-        QTest::addColumn<QByteArray>("text");
-        QTest::addColumn<QString>("error");
-        QTest::newRow("no colon") << QByteArray("# fine\nrate 5\n")
-                                  << QStringLiteral("line 2 is not of the form name: value");
-        QTest::newRow("unknown name") << QByteArray("colour: red\n") << QStringLiteral("unknown setting 'colour'");
-        QTest::newRow("bad value") << QByteArray("rate: 5\nmodules: 0\n")
-                                   << QStringLiteral("modules must be a whole number from 1 to 256");
-        QTest::newRow("absent base path") << QByteArray("basepath: /nowhere\n")
-                                          << QStringLiteral("basepath '/nowhere' is not a directory below the root");
+        addColumns<QByteArray, QString>("text", "error");
+        addCase("no colon", QByteArray("# fine\nrate 5\n"), QStringLiteral("line 2 is not of the form name: value"));
+        addCase("unknown name", QByteArray("colour: red\n"), QStringLiteral("unknown setting 'colour'"));
+        addCase("bad value", QByteArray("rate: 5\nmodules: 0\n"),
+            QStringLiteral("modules must be a whole number from 1 to 256"));
+        addCase("absent base path", QByteArray("basepath: /nowhere\n"),
+            QStringLiteral("basepath '/nowhere' is not a directory below the root"));
     }
     void badSettingsFileIsRefused()
     {
@@ -668,14 +664,13 @@ private Q_SLOTS:
 
     void readingIsRefused_data()
     {
-        QTest::addColumn<QByteArray>("line");
-        QTest::addColumn<QString>("reason");
-        QTest::newRow("no name") << QByteArray("rxfile") << "rxfile needs the name of a file";
-        QTest::newRow("a directory") << QByteArray("rxfile /data") << "cannot read '/data': not an ordinary file";
-        QTest::newRow("absent") << QByteArray("rxfile /no") << "cannot read '/no': No such file or directory";
-        QTest::newRow("outside") << QByteArray("rxfile \"/way out/x\"")
-                                 << "cannot read '/way out/x': it lies outside of the root";
-        QTest::newRow("too large") << QByteArray("rxfile /large") << "cannot read '/large': larger than 16777216 bytes";
+        addColumns<QByteArray, QString>("line", "reason");
+        addCase("no name", QByteArray("rxfile"), "rxfile needs the name of a file");
+        addCase("a directory", QByteArray("rxfile /data"), "cannot read '/data': not an ordinary file");
+        addCase("absent", QByteArray("rxfile /no"), "cannot read '/no': No such file or directory");
+        addCase(
+            "outside", QByteArray("rxfile \"/way out/x\""), "cannot read '/way out/x': it lies outside of the root");
+        addCase("too large", QByteArray("rxfile /large"), "cannot read '/large': larger than 16777216 bytes");
     }
     void readingIsRefused()
     {
@@ -695,22 +690,17 @@ private Q_SLOTS:
 
     void uploadsAreRefused_data()
     {
-        QTest::addColumn<QByteArray>("bytes");
-        QTest::addColumn<QString>("reason");
-        QTest::newRow("no line feed") << QByteArray("txfile a")
-                                      << "txfile needs a line feed between the name and the content";
-        QTest::newRow("no name") << QByteArray("txfile\nx") << "txfile needs the name of a file";
-        QTest::newRow("a directory's name") << QByteArray("txfile a/\nx") << "txfile needs the name of a file";
-        QTest::newRow("another command") << QByteArray("txfiles a\nx")
-                                         << "unknown command 'txfiles'; help lists the commands";
-        QTest::newRow("a control character")
-            << QByteArray("txfile a\x01\nx") << "the name contains a control character";
-        QTest::newRow("a directory") << QByteArray("txfile /data\nx") << "cannot write '/data': not an ordinary file";
-        QTest::newRow("the root") << QByteArray("txfile ..\nx") << "cannot write '/': not an ordinary file";
-        QTest::newRow("absent directory")
-            << QByteArray("txfile /no/x\ny") << "cannot write '/no/x': No such file or directory";
-        QTest::newRow("below a file") << QByteArray("txfile /data/run.txt/x\ny")
-                                      << "cannot write '/data/run.txt/x': Not a directory";
+        addColumns<QByteArray, QString>("bytes", "reason");
+        addCase("no line feed", QByteArray("txfile a"), "txfile needs a line feed between the name and the content");
+        addCase("no name", QByteArray("txfile\nx"), "txfile needs the name of a file");
+        addCase("a directory's name", QByteArray("txfile a/\nx"), "txfile needs the name of a file");
+        addCase("another command", QByteArray("txfiles a\nx"), "unknown command 'txfiles'; help lists the commands");
+        addCase("a control character", QByteArray("txfile a\x01\nx"), "the name contains a control character");
+        addCase("a directory", QByteArray("txfile /data\nx"), "cannot write '/data': not an ordinary file");
+        addCase("the root", QByteArray("txfile ..\nx"), "cannot write '/': not an ordinary file");
+        addCase("absent directory", QByteArray("txfile /no/x\ny"), "cannot write '/no/x': No such file or directory");
+        addCase(
+            "below a file", QByteArray("txfile /data/run.txt/x\ny"), "cannot write '/data/run.txt/x': Not a directory");
     }
     void uploadsAreRefused()
     {

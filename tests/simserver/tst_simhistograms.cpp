@@ -1,6 +1,7 @@
 // Histograms and the payloads of their replies, decoded like a client does.
 #include "console/payload.h"
 #include "histograms.h"
+#include "support/cases.h"
 #include "support/support.h"
 
 #include <QtTest>
@@ -8,8 +9,8 @@
 #include <cmath>
 
 using namespace simserver;
+using namespace tarnis::testing;
 using simtest::doublesOf;
-using tarnis::testing::seededGenerator;
 
 namespace {
 
@@ -40,9 +41,7 @@ class TestSimHistograms : public QObject {
 private Q_SLOTS:
     void rowsComeSampleAfterSample_data()
     {
-        QTest::addColumn<int>("first");
-        QTest::addColumn<int>("last");
-        QTest::addColumn<int>("bins");
+        addColumns<int, int, int>("first", "last", "bins");
         QTest::newRow("all rows") << 0 << 4 << 24;
         QTest::newRow("some rows") << 1 << 3 << 24;
         QTest::newRow("a single row") << 2 << 2 << 24;
@@ -71,8 +70,7 @@ private Q_SLOTS:
 
     void pairsLandInTheirBins_data()
     {
-        QTest::addColumn<int>("bins");
-        QTest::addColumn<bool>("all");
+        addColumns<int, bool>("bins", "all");
         for (const int bins : { 1, 5, 997, 4985 }) {
             QTest::addRow("filled ones of %d bins", bins) << bins << false;
             QTest::addRow("all of %d bins", bins) << bins << true;
@@ -109,8 +107,7 @@ private Q_SLOTS:
 
     void mapComesRowAfterRow_data()
     {
-        QTest::addColumn<int>("xBins");
-        QTest::addColumn<int>("yBins");
+        addColumns<int, int>("xBins", "yBins");
         QTest::newRow("as it is") << 12 << 8;
         QTest::newRow("columns joined") << 4 << 8;
         QTest::newRow("rows joined") << 12 << 2;

@@ -1,13 +1,14 @@
 // Requests from fragmented bytes, and the text functions.
 #include "ending.h"
 #include "requests.h"
+#include "support/cases.h"
 #include "support/support.h"
 #include "text.h"
 
 #include <QtTest>
 
 using namespace simserver;
-using tarnis::testing::seededGenerator;
+using namespace tarnis::testing;
 
 namespace {
 
@@ -50,25 +51,23 @@ class TestSimRequests : public QObject {
 private Q_SLOTS:
     void requestsAreTaken_data()
     {
-        QTest::addColumn<QByteArray>("bytes");
-        QTest::addColumn<QStringList>("requests");
-        QTest::newRow("nothing") << QByteArray() << QStringList();
-        QTest::newRow("a line") << QByteArray("stat\n") << QStringList { "line|stat" };
-        QTest::newRow("two lines") << QByteArray("stat\nsetting\n") << QStringList { "line|stat", "line|setting" };
-        QTest::newRow("an empty line") << QByteArray("\n") << QStringList { "line|" };
-        QTest::newRow("a line without end") << QByteArray("sta") << QStringList();
-        QTest::newRow("Latin-1") << QByteArray("ls-F \"/M\xfcller\"\n")
-                                 << QStringList { QStringLiteral("line|ls-F \"/M\u00fcller\"") };
-        QTest::newRow("upload") << QByteArray("txfile a\nb\nc\x04") << QStringList { "upload|txfile a\nb\nc" };
-        QTest::newRow("upload without a line feed") << QByteArray("txfile\x04") << QStringList { "upload|txfile" };
-        QTest::newRow("upload and line") << QByteArray("txfile a\nb\x04stat\n")
-                                         << QStringList { "upload|txfile a\nb", "line|stat" };
-        QTest::newRow("upload without end") << QByteArray("txfile a\nb\n") << QStringList();
-        QTest::newRow("not quite an upload")
-            << QByteArray("txfil\nstat\n") << QStringList { "line|txfil", "line|stat" };
-        QTest::newRow("upload inside a line") << QByteArray("x txfile\n") << QStringList { "line|x txfile" };
-        QTest::newRow("farewell") << QByteArray("stat\nclose") << QStringList { "line|stat", "farewell|" };
-        QTest::newRow("farewell as a line") << QByteArray("close\r\n") << QStringList { "farewell|" };
+        addColumns<QByteArray, QStringList>("bytes", "requests");
+        addCase("nothing", QByteArray(), QStringList());
+        addCase("a line", QByteArray("stat\n"), QStringList { "line|stat" });
+        addCase("two lines", QByteArray("stat\nsetting\n"), QStringList { "line|stat", "line|setting" });
+        addCase("an empty line", QByteArray("\n"), QStringList { "line|" });
+        addCase("a line without end", QByteArray("sta"), QStringList());
+        addCase("Latin-1", QByteArray("ls-F \"/M\xfcller\"\n"),
+            QStringList { QStringLiteral("line|ls-F \"/M\u00fcller\"") });
+        addCase("upload", QByteArray("txfile a\nb\nc\x04"), QStringList { "upload|txfile a\nb\nc" });
+        addCase("upload without a line feed", QByteArray("txfile\x04"), QStringList { "upload|txfile" });
+        addCase(
+            "upload and line", QByteArray("txfile a\nb\x04stat\n"), QStringList { "upload|txfile a\nb", "line|stat" });
+        addCase("upload without end", QByteArray("txfile a\nb\n"), QStringList());
+        addCase("not quite an upload", QByteArray("txfil\nstat\n"), QStringList { "line|txfil", "line|stat" });
+        addCase("upload inside a line", QByteArray("x txfile\n"), QStringList { "line|x txfile" });
+        addCase("farewell", QByteArray("stat\nclose"), QStringList { "line|stat", "farewell|" });
+        addCase("farewell as a line", QByteArray("close\r\n"), QStringList { "farewell|" });
     }
     void requestsAreTaken()
     {
@@ -129,26 +128,16 @@ private Q_SLOTS:
 
     void serverPathsAreCleaned_data()
     {
-        QTest::addColumn<QString>("path");
-        QTest::addColumn<QString>("clean");
-        QTest::newRow("empty") << ""
-                               << "/data";
-        QTest::newRow("root") << "/"
-                              << "/";
-        QTest::newRow("absolute") << "/a/b"
-                                  << "/a/b";
-        QTest::newRow("slashes at the end") << "/a//b///"
-                                            << "/a/b";
-        QTest::newRow("relative") << "x"
-                                  << "/data/x";
-        QTest::newRow("dots") << "/a/./b/../c/."
-                              << "/a/c";
-        QTest::newRow("above the root") << "/../../etc"
-                                        << "/etc";
-        QTest::newRow("relative above the root") << "../../.."
-                                                 << "/";
-        QTest::newRow("names of dots") << "/..."
-                                       << "/...";
+        addColumns<QString, QString>("path", "clean");
+        addCase("empty", "", "/data");
+        addCase("root", "/", "/");
+        addCase("absolute", "/a/b", "/a/b");
+        addCase("slashes at the end", "/a//b///", "/a/b");
+        addCase("relative", "x", "/data/x");
+        addCase("dots", "/a/./b/../c/.", "/a/c");
+        addCase("above the root", "/../../etc", "/etc");
+        addCase("relative above the root", "../../..", "/");
+        addCase("names of dots", "/...", "/...");
     }
     void serverPathsAreCleaned()
     {
@@ -158,22 +147,14 @@ private Q_SLOTS:
 
     void quotesAreTakenOff_data()
     {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QString>("plain");
-        QTest::newRow("none") << "/a b"
-                              << "/a b";
-        QTest::newRow("around") << "\"/a b\""
-                                << "/a b";
-        QTest::newRow("inside") << "\"/a\\\"b\""
-                                << "/a\"b";
-        QTest::newRow("backslash at the end") << "\"/a\\\""
-                                              << "/a\\";
-        QTest::newRow("backslash and quote") << "\"/a\\\\\"b\""
-                                             << "/a\\\"b";
-        QTest::newRow("one quote") << "\""
-                                   << "\"";
-        QTest::newRow("empty") << "\"\""
-                               << "";
+        addColumns<QString, QString>("text", "plain");
+        addCase("none", "/a b", "/a b");
+        addCase("around", "\"/a b\"", "/a b");
+        addCase("inside", "\"/a\\\"b\"", "/a\"b");
+        addCase("backslash at the end", "\"/a\\\"", "/a\\");
+        addCase("backslash and quote", "\"/a\\\\\"b\"", "/a\\\"b");
+        addCase("one quote", "\"", "\"");
+        addCase("empty", "\"\"", "");
     }
     void quotesAreTakenOff()
     {
@@ -189,20 +170,18 @@ private Q_SLOTS:
 
     void exitIsFound_data()
     {
-        QTest::addColumn<QList<QByteArray>>("pieces");
-        QTest::addColumn<bool>("found");
-        QTest::newRow("bare") << QList<QByteArray> { "exit" } << true;
-        QTest::newRow("with a line feed") << QList<QByteArray> { "exit\n" } << true;
-        QTest::newRow("with a line end of two bytes") << QList<QByteArray> { "exit\r\n" } << true;
-        QTest::newRow("in pieces") << QList<QByteArray> { "ex", "it" } << true;
-        QTest::newRow("behind another line") << QList<QByteArray> { "hello\nexit" } << true;
-        QTest::newRow("before another line") << QList<QByteArray> { "exit\nhello\n" } << true;
-        QTest::newRow("another word") << QList<QByteArray> { "exited" } << false;
-        QTest::newRow("behind other words") << QList<QByteArray> { "please exit\n" } << false;
-        QTest::newRow("nothing") << QList<QByteArray> { "\n", "\n" } << false;
-        QTest::newRow("behind a long line") << QList<QByteArray> { QByteArray(10000, 'x'), "exit" } << false;
-        QTest::newRow("on the line behind a long one")
-            << QList<QByteArray> { QByteArray(10000, 'x'), "\nexit" } << true;
+        addColumns<QList<QByteArray>, bool>("pieces", "found");
+        addCase("bare", QList<QByteArray> { "exit" }, true);
+        addCase("with a line feed", QList<QByteArray> { "exit\n" }, true);
+        addCase("with a line end of two bytes", QList<QByteArray> { "exit\r\n" }, true);
+        addCase("in pieces", QList<QByteArray> { "ex", "it" }, true);
+        addCase("behind another line", QList<QByteArray> { "hello\nexit" }, true);
+        addCase("before another line", QList<QByteArray> { "exit\nhello\n" }, true);
+        addCase("another word", QList<QByteArray> { "exited" }, false);
+        addCase("behind other words", QList<QByteArray> { "please exit\n" }, false);
+        addCase("nothing", QList<QByteArray> { "\n", "\n" }, false);
+        addCase("behind a long line", QList<QByteArray> { QByteArray(10000, 'x'), "exit" }, false);
+        addCase("on the line behind a long one", QList<QByteArray> { QByteArray(10000, 'x'), "\nexit" }, true);
     }
     void exitIsFound()
     {

@@ -2,6 +2,7 @@
 #include "faults.h"
 #include "simserver/simprogram.h"
 #include "spectrum.h"
+#include "support/cases.h"
 #include "support/support.h"
 #include "support/wait.h"
 
@@ -17,6 +18,8 @@
 #include <csignal>
 #include <memory>
 #include <numeric>
+
+using namespace tarnis::testing;
 
 using simtest::BinaryReply;
 using simtest::Program;
@@ -65,8 +68,7 @@ private Q_SLOTS:
 
     void commandsAnswer_data()
     {
-        QTest::addColumn<QByteArray>("command");
-        QTest::addColumn<QByteArray>("beginning");
+        addColumns<QByteArray, QByteArray>("command", "beginning");
         const auto row = [](const QByteArray& command, const QByteArray& beginning) {
             QTest::newRow(command.constData()) << command << beginning;
         };
@@ -105,19 +107,14 @@ private Q_SLOTS:
 
     void binaryCommandsAnswer_data()
     {
-        QTest::addColumn<QByteArray>("command");
-        QTest::addColumn<int>("length");
-        QTest::addColumn<QByteArray>("ending");
-        QTest::newRow("all rows") << QByteArray("hist1d time") << 8 * 16384 * 8 << QByteArray(" (0 40000 16384)\n");
-        QTest::newRow("a single row") << QByteArray("hist1d time 3 3") << 16384 * 8 << QByteArray(" (0 40000 16384)\n");
-        QTest::newRow("pairs") << QByteArray("hist1d position 2 pairs all bins:256") << 256 * 16
-                               << QByteArray(" (0 1000 256)\n");
-        QTest::newRow("a map") << QByteArray("hist2d image bins:128x64") << 128 * 64 * 8
-                               << QByteArray(", exported 128 x 64 y\n");
-        QTest::newRow("a large map") << QByteArray("hist2d timemap") << 1024 * 1024 * 8
-                                     << QByteArray(", exported 1024 x 1024 y\n");
-        QTest::newRow("a refusal") << QByteArray("hist1d gibberish") << 0
-                                   << QByteArray("NG:no 1D histogram 'gibberish'; hists lists them\n");
+        addColumns<QByteArray, int, QByteArray>("command", "length", "ending");
+        addCase("all rows", QByteArray("hist1d time"), 8 * 16384 * 8, QByteArray(" (0 40000 16384)\n"));
+        addCase("a single row", QByteArray("hist1d time 3 3"), 16384 * 8, QByteArray(" (0 40000 16384)\n"));
+        addCase("pairs", QByteArray("hist1d position 2 pairs all bins:256"), 256 * 16, QByteArray(" (0 1000 256)\n"));
+        addCase("a map", QByteArray("hist2d image bins:128x64"), 128 * 64 * 8, QByteArray(", exported 128 x 64 y\n"));
+        addCase("a large map", QByteArray("hist2d timemap"), 1024 * 1024 * 8, QByteArray(", exported 1024 x 1024 y\n"));
+        addCase("a refusal", QByteArray("hist1d gibberish"), 0,
+            QByteArray("NG:no 1D histogram 'gibberish'; hists lists them\n"));
     }
     void binaryCommandsAnswer()
     {
@@ -194,8 +191,7 @@ private Q_SLOTS:
 
     void farewellEndsTheConnection_data()
     {
-        QTest::addColumn<QByteArray>("bytes");
-        QTest::addColumn<QByteArray>("answer");
+        addColumns<QByteArray, QByteArray>("bytes", "answer");
         QTest::newRow("alone") << QByteArray("close") << QByteArray();
         QTest::newRow("as a line") << QByteArray("close\n") << QByteArray();
         QTest::newRow("behind a command") << QByteArray("pwd\nclose") << QByteArray("OK:\n/\n> ");
@@ -445,8 +441,7 @@ private Q_SLOTS:
 
     void faultsOfTheGreeting_data()
     {
-        QTest::addColumn<bool>("greeted");
-        QTest::addColumn<bool>("closed");
+        addColumns<bool, bool>("greeted", "closed");
         QTest::newRow("no-greeting") << false << false;
         QTest::newRow("late-greeting") << true << false;
         QTest::newRow("split-greeting") << true << false;
@@ -660,9 +655,7 @@ private Q_SLOTS:
 
     void failuresAreReported_data()
     {
-        QTest::addColumn<QStringList>("arguments");
-        QTest::addColumn<QString>("end");
-        QTest::addColumn<QByteArray>("error");
+        addColumns<QStringList, QString, QByteArray>("arguments", "end", "error");
         const auto row = [](const char* name, const QStringList& arguments, const char* end, const char* error) {
             QTest::newRow(name) << arguments << QString::fromLatin1(end) << QByteArray(error);
         };

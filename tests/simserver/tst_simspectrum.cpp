@@ -1,6 +1,7 @@
 // Reading measured spectra, and drawing events from them.
 #include "simserver/chisquare.h"
 #include "spectrum.h"
+#include "support/cases.h"
 #include "support/support.h"
 
 #include <QTemporaryDir>
@@ -9,6 +10,7 @@
 #include <numeric>
 
 using namespace simserver;
+using namespace tarnis::testing;
 
 namespace {
 
@@ -45,29 +47,28 @@ private Q_SLOTS:
 
     void badTextIsRefused_data()
     {
-        QTest::addColumn<QByteArray>("text");
-        QTest::addColumn<QString>("error");
-        QTest::newRow("nothing") << QByteArray() << QStringLiteral("no channels");
-        QTest::newRow("comments only") << QByteArray("# a\n") << QStringLiteral("no channels");
-        QTest::newRow("a word") << QByteArray("1\ntwo\n") << QStringLiteral("line 2: 'two' is not a count");
-        QTest::newRow("a negative count") << QByteArray("-1\n") << QStringLiteral("line 1: '-1' is not a count");
-        QTest::newRow("not a number") << QByteArray("nan\n") << QStringLiteral("line 1: 'nan' is not a count");
-        QTest::newRow("infinity") << QByteArray("inf\n") << QStringLiteral("line 1: 'inf' is not a count");
-        QTest::newRow("a sum beyond the largest number")
-            << QByteArray("1e308\n1e308\n") << QStringLiteral("the sum of the counts is not finite");
-        QTest::newRow("spe without data") << QByteArray("$SPEC_ID:\nx\n") << QStringLiteral("no $DATA section");
-        QTest::newRow("spe with a range that ends too early")
-            << QByteArray("$DATA:\n0 1\n1\n2\n3\n") << QStringLiteral("$DATA announces 2 channels and holds 3");
-        QTest::newRow("spe that is cut off")
-            << QByteArray("$DATA:\n0 9\n1\n") << QStringLiteral("$DATA announces 10 channels and holds 1");
-        QTest::newRow("spe with a reversed range")
-            << QByteArray("$DATA:\n3 1\n") << QStringLiteral("line 2: '3 1' is not a range of channels");
-        QTest::newRow("spe with a huge range") << QByteArray("$DATA:\n0 99999999999\n")
-                                               << QStringLiteral("line 2: '0 99999999999' is not a range of channels");
-        QTest::newRow("spe with a word for a count")
-            << QByteArray("$DATA:\n0 1\n1\nx\n") << QStringLiteral("line 4: 'x' is not a count");
-        QTest::newRow("spe with two data sections") << QByteArray("$DATA:\n0 0\n1\n$DATA:\n0 0\n1\n")
-                                                    << QStringLiteral("line 5: '0 0' is not a range of channels");
+        addColumns<QByteArray, QString>("text", "error");
+        addCase("nothing", QByteArray(), QStringLiteral("no channels"));
+        addCase("comments only", QByteArray("# a\n"), QStringLiteral("no channels"));
+        addCase("a word", QByteArray("1\ntwo\n"), QStringLiteral("line 2: 'two' is not a count"));
+        addCase("a negative count", QByteArray("-1\n"), QStringLiteral("line 1: '-1' is not a count"));
+        addCase("not a number", QByteArray("nan\n"), QStringLiteral("line 1: 'nan' is not a count"));
+        addCase("infinity", QByteArray("inf\n"), QStringLiteral("line 1: 'inf' is not a count"));
+        addCase("a sum beyond the largest number", QByteArray("1e308\n1e308\n"),
+            QStringLiteral("the sum of the counts is not finite"));
+        addCase("spe without data", QByteArray("$SPEC_ID:\nx\n"), QStringLiteral("no $DATA section"));
+        addCase("spe with a range that ends too early", QByteArray("$DATA:\n0 1\n1\n2\n3\n"),
+            QStringLiteral("$DATA announces 2 channels and holds 3"));
+        addCase("spe that is cut off", QByteArray("$DATA:\n0 9\n1\n"),
+            QStringLiteral("$DATA announces 10 channels and holds 1"));
+        addCase("spe with a reversed range", QByteArray("$DATA:\n3 1\n"),
+            QStringLiteral("line 2: '3 1' is not a range of channels"));
+        addCase("spe with a huge range", QByteArray("$DATA:\n0 99999999999\n"),
+            QStringLiteral("line 2: '0 99999999999' is not a range of channels"));
+        addCase("spe with a word for a count", QByteArray("$DATA:\n0 1\n1\nx\n"),
+            QStringLiteral("line 4: 'x' is not a count"));
+        addCase("spe with two data sections", QByteArray("$DATA:\n0 0\n1\n$DATA:\n0 0\n1\n"),
+            QStringLiteral("line 5: '0 0' is not a range of channels"));
     }
     void badTextIsRefused()
     {
@@ -77,10 +78,7 @@ private Q_SLOTS:
 
     void calibrationIsRead_data()
     {
-        QTest::addColumn<QByteArray>("text");
-        QTest::addColumn<double>("offset");
-        QTest::addColumn<double>("slope");
-        QTest::addColumn<QString>("unit");
+        addColumns<QByteArray, double, double, QString>("text", "offset", "slope", "unit");
         const QByteArray data = "$DATA:\n4 5\n1 2\n";
         QTest::newRow("none") << data << 4.0 << 1.0 << QStringLiteral("channel");
         QTest::newRow("behind the data") << data + "$ENER_FIT:\n1.5 0.25\n" << 2.5 << 0.25 << QStringLiteral("keV");
@@ -100,10 +98,7 @@ private Q_SLOTS:
 
     void measuredSpectraAreRead_data()
     {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<int>("channels");
-        QTest::addColumn<double>("sum");
-        QTest::addColumn<QString>("unit");
+        addColumns<QString, int, double, QString>("name", "channels", "sum", "unit");
         QTest::newRow("germanium") << "spectra/hpge-pottery.spe" << 16384 << 304706.0 << "keV";
         QTest::newRow("caesium iodide") << "spectra/csi-ba133-cs137.spe" << 4094 << 166239.0 << "channel";
     }

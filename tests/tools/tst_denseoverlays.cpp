@@ -1,5 +1,6 @@
 // Error bars and references of many samples, pixel by pixel against a drawing of every sample. For screens with one
 // pixel for each of the plot's.
+#include "support/cases.h"
 #include "support/randomcases.h"
 #include "support/shownplot.h"
 #include "support/support.h"
@@ -62,9 +63,7 @@ private Q_SLOTS:
     /// The band of a pixel column extends from the lowest to the highest end of the bars of its samples.
     void bandsEncloseEveryBar_data()
     {
-        QTest::addColumn<bool>("isLog");
-        QTest::addColumn<double>("from");
-        QTest::addColumn<double>("to");
+        addColumns<bool, double, double>("isLog", "from", "to");
         QTest::newRow("linear") << false << 0.0 << 9000.0;
         QTest::newRow("logarithmic") << true << 0.0 << 9000.0;
         QTest::newRow("reversed") << false << 7000.0 << 100.5;
@@ -120,9 +119,7 @@ private Q_SLOTS:
 
     void denseReferencesCoverThePixelsOfEverySample_data()
     {
-        QTest::addColumn<double>("from");
-        QTest::addColumn<double>("to");
-        QTest::addColumn<bool>("isLog");
+        addColumns<double, double, bool>("from", "to", "isLog");
         QTest::newRow("whole") << 0.0 << 20000.0 << false;
         QTest::newRow("part") << 3000.3 << 7100.7 << false;
         QTest::newRow("reversed") << 9000.0 << 400.0 << false;

@@ -1,4 +1,5 @@
 // Places for texts beside boxes, and lines of read-outs.
+#include "support/cases.h"
 #include "support/randomcases.h"
 #include "support/support.h"
 
@@ -19,9 +20,7 @@ class TestLabelPlace : public QObject {
 private Q_SLOTS:
     void prefersTheTopAndAvoidsBoxes_data()
     {
-        QTest::addColumn<QSize>("text");
-        QTest::addColumn<QList<QRect>>("boxes");
-        QTest::addColumn<QRect>("expected");
+        addColumns<QSize, QList<QRect>, QRect>("text", "boxes", "expected");
         const QRect legend(70, 0, 30, 40);
         QTest::newRow("nothing there") << QSize(50, 10) << QList<QRect>() << QRect(0, 0, 100, 10);
         QTest::newRow("beside") << QSize(50, 10) << QList<QRect> { legend } << QRect(0, 0, 67, 10);

@@ -1,4 +1,5 @@
 // The cross and its read-out: bins, sums, empty bins, places outside of the data, live data, pin and copy.
+#include "support/cases.h"
 #include "support/pictures.h"
 #include "support/shownplot.h"
 #include "support/support.h"
@@ -51,8 +52,7 @@ class TestPlotCrosshair : public QObject {
 private Q_SLOTS:
     void readsTheBinUnderThePointer_data()
     {
-        QTest::addColumn<double>("x");
-        QTest::addColumn<QString>("text");
+        addColumns<double, QString>("x", "text");
         QTest::newRow("count") << 5.0 << "Time [0, 10) bin 0   4 ± 2";
         QTest::newRow("empty") << 29.0 << "Time [20, 30) bin 2   0";
         QTest::newRow("not a number") << 35.0 << "Time [30, 40) bin 3   no data";
@@ -107,8 +107,7 @@ private Q_SLOTS:
 
     void keepsTheTitleVisible_data()
     {
-        QTest::addColumn<int>("curves");
-        QTest::addColumn<int>("width");
+        addColumns<int, int>("curves", "width");
         QTest::newRow("beside the title") << 1 << 900;
         QTest::newRow("in the plot") << 1 << 300;
         QTest::newRow("in lines") << 8 << 600;

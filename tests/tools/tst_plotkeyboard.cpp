@@ -1,4 +1,5 @@
 // A plot by keyboard and for screen readers: the menu of the menu key, the way round the boxes, names and values.
+#include "support/cases.h"
 #include "support/support.h"
 #include "support/wait.h"
 
@@ -22,6 +23,7 @@
 #include <QVBoxLayout>
 
 using namespace tarnis;
+using namespace tarnis::testing;
 
 namespace {
 
@@ -205,17 +207,11 @@ private Q_SLOTS:
 
     void endsAreEdited_data()
     {
-        QTest::addColumn<QString>("end");
-        QTest::addColumn<QString>("value");
-        QTest::addColumn<int>("index");
-        QTest::newRow("left") << "Left"
-                              << "10" << 0;
-        QTest::newRow("right") << "Right"
-                               << "90" << 1;
-        QTest::newRow("bottom") << "Bottom"
-                                << "1" << 2;
-        QTest::newRow("top") << "Top"
-                             << "77" << 3;
+        addColumns<QString, QString, int>("end", "value", "index");
+        addCase("left", "Left", "10", 0);
+        addCase("right", "Right", "90", 1);
+        addCase("bottom", "Bottom", "1", 2);
+        addCase("top", "Top", "77", 3);
     }
     void endsAreEdited()
     {

@@ -1,4 +1,5 @@
 // Comparing bins with their reference: values, errors, gaps, and the axis of the comparison.
+#include "support/cases.h"
 #include "support/randomcases.h"
 #include "support/support.h"
 
@@ -10,6 +11,7 @@
 #include <limits>
 
 using namespace tarnis;
+using namespace tarnis::testing;
 
 namespace {
 
@@ -29,17 +31,11 @@ class TestReferenceArithmetic : public QObject {
 private Q_SLOTS:
     void comparesBins_data()
     {
-        QTest::addColumn<int>("comparison");
-        QTest::addColumn<double>("live");
-        QTest::addColumn<double>("reference");
-        QTest::addColumn<double>("norm");
-        QTest::addColumn<bool>("contained");
-        QTest::addColumn<double>("value");
-        QTest::addColumn<double>("error");
+        addColumns<int, double, double, double, bool, double, double>(
+            "comparison", "live", "reference", "norm", "contained", "value", "error");
         const auto row = [](const char* name, Comparison comparison, double live, double reference, double norm,
                              bool contained, double value, double error) {
-            QTest::newRow(name) << static_cast<int>(comparison) << live << reference << norm << contained << value
-                                << error;
+            addCase(name, static_cast<int>(comparison), live, reference, norm, contained, value, error);
         };
         using enum Comparison;
         row("difference", Difference, 25, 11, 1, false, 14, 6);

@@ -2,6 +2,7 @@
 // sizes. TARNIS_CALM_SECONDS=600 makes the live run last ten minutes, at ten updates a second, where it is a few
 // hundred steps otherwise. QTEST_FUNCTION_TIMEOUT has to be longer.
 #include "plotmonkey.h"
+#include "support/cases.h"
 #include "support/randomcases.h"
 #include "support/support.h"
 
@@ -385,9 +386,7 @@ private Q_SLOTS:
 
     void badDataAndSizes_data()
     {
-        QTest::addColumn<int>("count");
-        QTest::addColumn<int>("values");
-        QTest::addColumn<QSize>("size");
+        addColumns<int, int, QSize>("count", "values", "size");
         QTest::addColumn<QPointF>("range"); // of X; equal ends: as the data have it
         const QSize size(300, 200);
         const QPointF own(0, 0);
