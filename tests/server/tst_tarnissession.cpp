@@ -173,7 +173,7 @@ private Q_SLOTS:
         session.start();
         QVERIFY(eventually([&] { return session.isFinished() && boxes.titles.size() == 1; }));
         QVERIFY(boxes.areOnGuiThread);
-        QCOMPARE(errors, 1);
+        TRY_COMPARE(errors, 1); // a queued call of the worker
         QVERIFY(server.waitForFarewells(1));
     }
 
