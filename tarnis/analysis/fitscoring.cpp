@@ -1,0 +1,258 @@
+// Fisher scoring: steps by the expected information, whose length is also the distance to the minimum in errors.
+#include "tarnis/analysis/fitsolver_p.h"
+
+#include "tarnis/analysis/special_p.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace tarnis::analysis {
+
+namespace {
+
+// Distances from the minimum, in squared errors: below the first, scoring ends; above the second, the fit has not
+// converged.
+constexpr double stillDistance = 1e-14;
+constexpr double convergedDistance = 1e-6;
+// Far from a good fit scoring converges slowly, by a constant factor for each step.
+constexpr int maxScoringSteps = 60;
+
+} // namespace
+
+bool solveSymmetric(const std::vector<double>& a, const std::vector<char>& held, std::vector<double>* x,
+    const std::vector<double>& b, std::vector<double>* inverse)
+{
+    const std::size_t all = held.size();
+    std::vector<std::size_t> free;
+    free.reserve(all);
+    for (std::size_t j = 0; j < all; ++j) {
+        if (!held[j])
+            free.push_back(j);
+    }
+    const std::size_t n = free.size();
+    // Scaled to a unit diagonal, then Cholesky: the pivots show how close to singular the matrix is.
+    std::vector<double> scale(n);
+    std::vector<double> l(n * n);
+    for (std::size_t i = 0; i < n; ++i) {
+        const double diagonal = a[free[i] * all + free[i]];
+        if (!(diagonal > 0.0) || std::isinf(diagonal))
+            return false;
+        scale[i] = 1.0 / std::sqrt(diagonal);
+    }
+    for (std::size_t i = 0; i < n; ++i) {
+        for (std::size_t j = 0; j <= i; ++j) {
+            double sum = a[free[i] * all + free[j]] * scale[i] * scale[j];
+            for (std::size_t k = 0; k < j; ++k)
+                sum -= l[i * n + k] * l[j * n + k];
+            if (i != j) {
+                l[i * n + j] = sum / l[j * n + j];
+                continue;
+            }
+            if (!(sum > 1e-13))
+                return false;
+            l[i * n + i] = std::sqrt(sum);
+        }
+    }
+    const auto solve = [&](std::vector<double>& v) {
+        for (std::size_t i = 0; i < n; ++i) {
+            for (std::size_t k = 0; k < i; ++k)
+                v[i] -= l[i * n + k] * v[k];
+            v[i] /= l[i * n + i];
+        }
+        for (std::size_t i = n; i-- > 0;) {
+            for (std::size_t k = i + 1; k < n; ++k)
+                v[i] -= l[k * n + i] * v[k];
+            v[i] /= l[i * n + i];
+        }
+    };
+    std::vector<double> v(n);
+    if (x) {
+        for (std::size_t i = 0; i < n; ++i)
+            v[i] = scale[i] * b[free[i]];
+        solve(v);
+        x->assign(all, 0.0);
+        for (std::size_t i = 0; i < n; ++i)
+            (*x)[free[i]] = scale[i] * v[i];
+    }
+    if (inverse) {
+        inverse->assign(all * all, 0.0);
+        for (std::size_t j = 0; j < n; ++j) {
+            std::fill(v.begin(), v.end(), 0.0);
+            v[j] = 1.0;
+            solve(v);
+            for (std::size_t i = 0; i < n; ++i)
+                (*inverse)[free[i] * all + free[j]] = scale[i] * scale[j] * v[i];
+        }
+    }
+    return true;
+}
+
+// The last step of polish() and the errors of the result need the information at the same point.
+const Information& FitSolver::informationAt(const std::vector<double>& variables)
+{
+    const double value = valueAt(variables);
+    m_problem.evaluate(parametersAt(variables.data()).data()); // another solver may have moved the problem
+    if (m_informedAt == variables)
+        return m_information;
+    m_informedAt = variables;
+    m_information.value = value;
+    weighBins();
+    const std::size_t n = m_map.variables.size();
+    const std::size_t bins = m_problem.bins();
+    const std::vector<double>& columns = jacobian();
+    m_information.matrix.resize(n * n);
+    m_information.gradient.resize(n);
+    for (std::size_t j = 0; j < n; ++j) {
+        const double* const cj = columns.data() + j * bins;
+        m_information.gradient[j] = dot(m_forces.data(), cj, bins);
+        for (std::size_t i = 0; i < bins; ++i)
+            m_weighted[i] = m_weights[i] * cj[i];
+        for (std::size_t k = 0; k <= j; ++k)
+            m_information.matrix[j * n + k] = m_information.matrix[k * n + j] =
+                dot(m_weighted.data(), columns.data() + k * bins, bins);
+    }
+    return m_information;
+}
+
+// Weights of the bins in the information and half the derivatives of the statistic by their contents.
+void FitSolver::weighBins()
+{
+    const std::span<const double> y = m_problem.contents();
+    const std::span<const double> variance = m_problem.variances();
+    const std::span<const double> model = m_problem.values();
+    m_weights.resize(y.size());
+    m_forces.resize(y.size());
+    m_weighted.resize(y.size());
+    for (std::size_t i = 0; i < y.size(); ++i) {
+        const double m = model[i];
+        double weight = 1.0;
+        double force = m - y[i];
+        switch (m_statistic) {
+        case FitStatistic::Cash:
+            weight = m > 0.0 ? 1.0 / m : 0.0;
+            force = m > 0.0 ? 1.0 - y[i] / m : 1.0;
+            break;
+        case FitStatistic::Pearson:
+            weight = m > 0.0 ? 1.0 / m : 0.0;
+            force = m > 0.0 ? 0.5 * (1.0 - y[i] / m * (y[i] / m)) : 0.5;
+            break;
+        case FitStatistic::Neyman:
+            weight = 1.0 / (variance.empty() ? std::max(y[i], 1.0) : variance[i]);
+            force *= weight;
+            break;
+        case FitStatistic::Unweighted:
+            break;
+        }
+        m_weights[i] = weight;
+        m_forces[i] = force;
+    }
+}
+
+const std::vector<double>& FitSolver::jacobian()
+{
+    const std::size_t bins = m_problem.bins();
+    m_jacobian.assign(bins * m_map.variables.size(), 0.0);
+    m_problem.differentiate();
+    for (const VariableMap::Term& term : m_map.terms) {
+        double* const target = m_jacobian.data() + static_cast<std::size_t>(term.variable) * bins;
+        const std::span<const double> column = m_problem.column(term.parameter);
+        for (std::size_t i = 0; i < bins; ++i)
+            target[i] += term.factor * column[i];
+    }
+    return m_jacobian;
+}
+
+bool FitSolver::isAtLower(const std::vector<double>& variables, std::size_t j) const
+{
+    const SolverVariable& variable = m_map.variables[j];
+    return variables[j] - variable.lower <= 1e-9 * std::min(1.0, variable.upper - variable.lower)
+        || variables[j] <= variable.lower;
+}
+
+bool FitSolver::isAtUpper(const std::vector<double>& variables, std::size_t j) const
+{
+    const SolverVariable& variable = m_map.variables[j];
+    return variable.upper - variables[j] <= 1e-9 * std::min(1.0, variable.upper - variable.lower)
+        || variables[j] >= variable.upper;
+}
+
+// The step of Fisher scoring within the bounds; false if the matrix is singular. A variable on its bound whose gradient
+// points inwards can still have a step outwards, by its correlation with others: it is held as well, otherwise no step
+// at all would be possible. held: in and out.
+bool FitSolver::stepWithin(
+    const Minimum& at, const Information& information, std::vector<char>& held, std::vector<double>& step) const
+{
+    const std::size_t n = held.size();
+    for (std::size_t j = 0; j < n; ++j) {
+        const double g = information.gradient[j];
+        // Without an effect on the model, as the slope of an exponential of height 0, there is nothing to move.
+        held[j] = held[j] || information.matrix[j * n + j] == 0.0 || (g > 0.0 && isAtLower(at.variables, j))
+            || (g < 0.0 && isAtUpper(at.variables, j));
+    }
+    for (bool again = true; again;) {
+        if (!solveSymmetric(information.matrix, held, &step, information.gradient, nullptr))
+            return false;
+        again = false;
+        for (std::size_t j = 0; j < n; ++j) {
+            const bool leaves =
+                (step[j] > 0.0 && isAtLower(at.variables, j)) || (step[j] < 0.0 && isAtUpper(at.variables, j));
+            if (!held[j] && leaves)
+                held[j] = again = true;
+        }
+    }
+    return true;
+}
+
+// Moves against the step, halved until the statistic decreases. False if it does not.
+bool FitSolver::moveBy(const std::vector<double>& step, Minimum& minimum)
+{
+    const std::size_t n = step.size();
+    double length = 1.0;
+    for (std::size_t j = 0; j < n; ++j) {
+        const SolverVariable& variable = m_map.variables[j];
+        if (step[j] > 0.0)
+            length = std::min(length, (minimum.variables[j] - variable.lower) / step[j]);
+        else if (step[j] < 0.0)
+            length = std::min(length, (minimum.variables[j] - variable.upper) / step[j]);
+    }
+    for (int halving = 0; halving < 6; ++halving, length *= 0.5) {
+        std::vector<double> next = minimum.variables;
+        for (std::size_t j = 0; j < n; ++j)
+            next[j] = std::clamp(next[j] - length * step[j], m_map.variables[j].lower, m_map.variables[j].upper);
+        const double value = valueAt(next);
+        ++minimum.calls;
+        // Near the minimum the statistic no longer changes within rounding.
+        if (value <= minimum.value * (1.0 + 1e-15)) {
+            const bool moved = next != minimum.variables;
+            minimum.variables = std::move(next);
+            minimum.value = value;
+            return moved;
+        }
+    }
+    return false;
+}
+
+// Steps of Fisher scoring. They also estimate the distance to the minimum.
+void FitSolver::polish(Minimum& minimum, const std::vector<char>& held)
+{
+    const std::size_t n = m_map.variables.size();
+    minimum.converged = false;
+    for (int round = 0; round < maxScoringSteps; ++round) {
+        const Information& information = informationAt(minimum.variables);
+        std::vector<char> still = held.empty() ? std::vector<char>(n, 0) : held;
+        std::vector<double> step;
+        if (!stepWithin(minimum, information, still, step))
+            return;
+        double distance = 0.0;
+        for (std::size_t j = 0; j < n; ++j)
+            distance += step[j] * information.gradient[j];
+        const double scale = m_statistic == FitStatistic::Unweighted && m_problem.bins() > n
+            ? std::max(1.0, minimum.value / static_cast<double>(m_problem.bins() - n))
+            : 1.0;
+        minimum.converged = distance < convergedDistance * scale;
+        if (!(distance > stillDistance * scale) || !moveBy(step, minimum))
+            return;
+    }
+}
+
+} // namespace tarnis::analysis
