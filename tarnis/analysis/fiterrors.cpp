@@ -39,15 +39,15 @@ std::vector<double> sandwich(FitSolver& solver, const std::vector<double>& inver
 {
     const std::size_t n = solver.map().variables.size();
     const std::size_t bins = solver.problem().bins();
-    const std::vector<double>& columns = solver.jacobian();
+    const std::vector<const double*>& columns = solver.columns();
     const auto model = solver.problem().values();
     const auto variances = solver.problem().variances();
     std::vector<double> middle(n * n, 0.0);
     for (std::size_t j = 0; j < n; ++j) {
         for (std::size_t k = 0; k < n; ++k) {
             for (std::size_t i = 0; i < bins; ++i)
-                middle[j * n + k] += columns[j * bins + i] * columns[k * bins + i]
-                    * std::max(0.0, variances.empty() ? model[i] : variances[i]);
+                middle[j * n + k] +=
+                    columns[j][i] * columns[k][i] * std::max(0.0, variances.empty() ? model[i] : variances[i]);
         }
     }
     std::vector<double> half(n * n, 0.0);

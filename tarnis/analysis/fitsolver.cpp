@@ -71,7 +71,15 @@ FitSolver::FitSolver(FitProblem& problem, FitStatistic statistic, VariableMap ma
     , m_maxIterations(maxIterations)
     , m_p(m_map.constant.size())
     , m_slopes(problem.bins())
+    , m_columns(m_map.variables.size())
 {
+    std::vector<int> terms(m_map.variables.size());
+    for (const VariableMap::Term& term : m_map.terms)
+        terms[static_cast<std::size_t>(term.variable)] += term.factor == 1.0 ? 1 : 2;
+    int sums = 0;
+    for (const int count : terms)
+        m_sumIndex.push_back(count == 1 ? -1 : sums++);
+    m_sums.resize(static_cast<std::size_t>(sums) * problem.bins());
 }
 
 const std::vector<double>& FitSolver::parametersAt(const double* variables)
@@ -92,13 +100,11 @@ void FitSolver::writeTerms(std::span<const double> model, double* fvec)
 {
     const std::span<const double> y = m_problem.contents();
     const std::span<const double> variance = m_problem.variances();
-    double sum = 0.0;
     const auto run = [&](auto termOf) {
         for (std::size_t i = 0; i < model.size(); ++i) {
             const BinTerm term = termOf(i);
             fvec[i] = term.residual;
             m_slopes[i] = term.slope;
-            sum += term.residual * term.residual;
         }
     };
     const bool has = !variance.empty();
@@ -106,25 +112,19 @@ void FitSolver::writeTerms(std::span<const double> model, double* fvec)
         run([&](std::size_t i) { return model[i] >= 0.0 ? cashTerm(y[i], model[i]) : BinTerm { none, none }; });
     else
         run([&](std::size_t i) { return binTerm(m_statistic, y[i], has ? variance[i] : y[i], model[i], has); });
-    m_lastValue = sum;
 }
 
-// The solver starts at a point whose value is already known, and usually requests derivatives at the last point.
+// The solver usually requests derivatives at the last point, whose slopes are known.
 int FitSolver::writeResiduals(const double* variables, double* fvec, double** dvec)
 {
+    const std::span<const double> model = m_problem.evaluate(parametersAt(variables).data());
     const std::size_t n = m_map.variables.size();
-    const bool isLast = std::equal(m_last.begin(), m_last.end(), variables, variables + n);
-    if (!isLast || (!dvec && !m_hasResiduals)) {
-        const std::span<const double> model = m_problem.evaluate(parametersAt(variables).data());
+    if (!dvec || !std::equal(m_last.begin(), m_last.end(), variables, variables + n)) {
         m_last.assign(variables, variables + n);
-        m_hasResiduals = false;
         writeTerms(model, fvec);
-    } else if (!dvec) {
-        std::copy(m_residuals.begin(), m_residuals.end(), fvec);
     }
     if (!dvec)
         return 0;
-    m_problem.evaluate(parametersAt(variables).data()); // another solver may have moved the problem
     m_problem.differentiate();
     // mpfit() passes columns of zeros.
     for (const VariableMap::Term& term : m_map.terms) {
@@ -140,12 +140,21 @@ int FitSolver::writeResiduals(const double* variables, double* fvec, double** dv
 
 double FitSolver::valueAt(const std::vector<double>& variables)
 {
-    if (m_last != variables) {
-        m_residuals.resize(m_problem.bins());
-        writeResiduals(variables.data(), m_residuals.data(), nullptr);
-        m_hasResiduals = true;
+    if (m_valuedAt == variables)
+        return m_value;
+    const std::span<const double> model = m_problem.evaluate(parametersAt(variables.data()).data());
+    m_valuedAt = variables;
+    const std::span<const double> y = m_problem.contents();
+    const std::span<const double> variance = m_problem.variances();
+    if (m_statistic == FitStatistic::Cash)
+        return m_value = sumOfDeviances(y.data(), model.data(), y.size());
+    const bool has = !variance.empty();
+    m_value = 0.0;
+    for (std::size_t i = 0; i < y.size(); ++i) {
+        const double residual = binTerm(m_statistic, y[i], has ? variance[i] : y[i], model[i], has).residual;
+        m_value += residual * residual;
     }
-    return m_lastValue;
+    return m_value;
 }
 
 Minimum FitSolver::minimise(std::vector<double> start, const std::vector<char>& held)
@@ -174,6 +183,10 @@ Minimum FitSolver::minimise(std::vector<double> start, const std::vector<char>& 
     minimum.converged = true;
     if (!anyFree)
         return minimum;
+    if (approach(minimum, held)) {
+        polish(minimum, held);
+        return minimum;
+    }
     mp_config config {};
     config.ftol = m_statistic == FitStatistic::Unweighted ? 1e-13 : 1e-10;
     config.stepfactor = 1.0;
@@ -182,7 +195,7 @@ Minimum FitSolver::minimise(std::vector<double> start, const std::vector<char>& 
     mp_result result {};
     mpfit(residuals, static_cast<int>(m_problem.bins()), static_cast<int>(n), minimum.variables.data(), pars.data(),
         &config, this, &result);
-    minimum.calls = result.nfev;
+    minimum.calls += result.nfev;
     for (std::size_t j = 0; j < n; ++j)
         minimum.variables[j] = std::clamp(minimum.variables[j], m_map.variables[j].lower, m_map.variables[j].upper);
     minimum.value = valueAt(minimum.variables);

@@ -66,9 +66,9 @@ public:
     double valueAt(const std::vector<double>& variables);
     /// Evaluates model and derivatives at a point. Valid until the next call; free of charge for the same point again.
     const Information& informationAt(const std::vector<double>& variables);
-    /// Derivatives of the model by the variables at the point of the last informationAt(), bin by bin. Valid until the
-    /// next call.
-    const std::vector<double>& jacobian();
+    /// Derivatives of the model by each variable at the point of the last informationAt(), one for each bin. Valid
+    /// until the next call of any function.
+    const std::vector<const double*>& columns();
     bool isAtLower(const std::vector<double>& variables, std::size_t j) const;
     bool isAtUpper(const std::vector<double>& variables, std::size_t j) const;
 
@@ -80,6 +80,8 @@ private:
     const std::vector<double>& parametersAt(const double* variables);
     bool stepWithin(
         const Minimum& at, const Information& information, std::vector<char>& held, std::vector<double>& step) const;
+    double squaredError(double value) const;
+    bool approach(Minimum& minimum, const std::vector<char>& held);
     bool moveBy(const std::vector<double>& step, Minimum& minimum);
     void polish(Minimum& minimum, const std::vector<char>& held);
 
@@ -88,19 +90,20 @@ private:
     VariableMap m_map;
     int m_maxIterations;
     std::vector<double> m_p;
-    std::vector<double> m_last; ///< variables of the last model, whose derivatives the solver requests next
-    double m_lastValue = 0.0; ///< the statistic there
-    std::vector<double> m_slopes;
-    std::vector<double> m_residuals; ///< of the last valueAt()
-    bool m_hasResiduals = false; ///< m_residuals are those of m_last
+    std::vector<double> m_last; ///< variables of the last residuals, whose derivatives the solver requests next
+    std::vector<double> m_slopes; ///< derivatives of these residuals by the contents of their bins
+    double m_value = 0.0; ///< of the last valueAt()
+    std::vector<double> m_valuedAt; ///< its point
     Information m_information; ///< of the last informationAt()
     std::vector<double> m_informedAt; ///< its point
-    /// Scratch of informationAt(), with one number for each bin, and for each variable in the last. @{
+    /// Scratch of informationAt(), with one number for each bin. @{
     std::vector<double> m_weights;
     std::vector<double> m_forces;
     std::vector<double> m_weighted;
-    std::vector<double> m_jacobian;
     /// @}
+    std::vector<const double*> m_columns; ///< of the last columns()
+    std::vector<int> m_sumIndex; ///< place in m_sums of each variable's column; -1: it is the column of one parameter
+    std::vector<double> m_sums; ///< columns that are sums over parameters
 };
 
 /// Solves the symmetric positive definite system a x = b for the variables that are not held; false if it is singular.

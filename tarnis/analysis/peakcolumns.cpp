@@ -59,8 +59,9 @@ void fillDensity(std::span<const double> edges, double centre, double sigma, Pea
     const double inverse = 1.0 / sigma;
     for (std::size_t i = 0; i < edges.size(); ++i) {
         const double z = (edges[i] - centre) * inverse;
-        scratch.density[i] = std::exp(-0.5 * z * z);
+        scratch.density[i] = -0.5 * z * z;
     }
+    exponentials(scratch.density.data(), edges.size());
 }
 
 void integrateGaussianValues(
@@ -68,11 +69,11 @@ void integrateGaussianValues(
 {
     const double inverse = 1.0 / (sigma * sqrtTwo);
     scratch.tail.resize(edges.size());
-    for (std::size_t i = 0; i < edges.size(); ++i) {
-        const double a = (edges[i] - centre) * inverse;
-        const double tail = 0.5 * scratch.density[i] * scaledErfc(std::fabs(a));
-        scratch.tail[i] = a < 0.0 ? tail : -tail;
-    }
+    for (std::size_t i = 0; i < edges.size(); ++i)
+        scratch.tail[i] = std::fabs((edges[i] - centre) * inverse);
+    scaledErfcs(scratch.tail.data(), edges.size());
+    for (std::size_t i = 0; i < edges.size(); ++i)
+        scratch.tail[i] *= (edges[i] < centre ? 0.5 : -0.5) * scratch.density[i];
     for (std::size_t i = 0; i + 1 < edges.size(); ++i) {
         const double step = edges[i] < centre && edges[i + 1] >= centre ? 1.0 : 0.0;
         values[i] = scratch.tail[i + 1] - scratch.tail[i] + step;
