@@ -69,6 +69,19 @@ private Q_SLOTS:
         const QString cut = wrapped(text, metrics, two, 1);
         QVERIFY2(cut.endsWith(u'…') && !cut.contains(u'\n'), qPrintable(cut));
     }
+
+    void widensLinesRatherThanElideParts()
+    {
+        const QFontMetrics metrics { QFont() };
+        const QString text = QStringLiteral("Time [14000, 14002.44) bin 5734   4 ± 2   six: 6");
+        const int part = metrics.horizontalAdvance(QStringLiteral("Time [14000, 14002.44) bin 5734"));
+        QCOMPARE(widthFor(text, metrics, { part + 50, 700, 900 }, 9), part + 50);
+        const int width = widthFor(text, metrics, { 20, 10, 900 }, 9);
+        QVERIFY(width >= part && width <= part + 2);
+        QVERIFY(!wrapped(text, metrics, width, 9).contains(u'…'));
+        QCOMPARE(widthFor(text, metrics, { 20, 700, 900 }, 1), 700); // all in one line
+        QCOMPARE(widthFor(text, metrics, { 20, 10, 30 }, 9), 30);
+    }
 };
 
 QTEST_MAIN(TestLabelPlace)

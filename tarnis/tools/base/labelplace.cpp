@@ -32,6 +32,20 @@ QRect widestGap(const QRect& row, QList<QRect> boxes)
     return widest;
 }
 
+/// The parts in lines of at most `width`, unless a single part or the last line is wider.
+QStringList linesOf(const QString& text, const QFontMetrics& metrics, int width, int maxLines)
+{
+    QStringList lines;
+    for (const QString& part : text.split(separator)) {
+        const QString longer = lines.isEmpty() ? part : lines.last() + separator + part;
+        if (!lines.isEmpty() && (metrics.horizontalAdvance(longer) <= width || lines.size() >= maxLines))
+            lines.last() = longer;
+        else
+            lines.append(part);
+    }
+    return lines;
+}
+
 } // namespace
 
 QRect freeRow(const QRect& inside, const QSize& text, const QList<QRect>& boxes)
@@ -53,16 +67,21 @@ QRect freeRow(const QRect& inside, const QSize& text, const QList<QRect>& boxes)
     return best;
 }
 
+int widthFor(const QString& text, const QFontMetrics& metrics, const LineWidths& widths, int maxLines)
+{
+    int widestPart = 0;
+    for (const QString& part : text.split(separator))
+        widestPart = std::max(widestPart, metrics.horizontalAdvance(part) + 1); // rounded, it would be elided
+    const int width = std::min(std::max(widths.usual, widestPart), widths.max);
+    const QStringList lines = linesOf(text, metrics, width, maxLines);
+    const bool fits = std::all_of(
+        lines.begin(), lines.end(), [&](const QString& line) { return metrics.horizontalAdvance(line) <= width; });
+    return fits ? width : std::max(width, widths.wide);
+}
+
 QString wrapped(const QString& text, const QFontMetrics& metrics, int width, int maxLines)
 {
-    QStringList lines;
-    for (const QString& part : text.split(separator)) {
-        const QString longer = lines.isEmpty() ? part : lines.last() + separator + part;
-        if (!lines.isEmpty() && (metrics.horizontalAdvance(longer) <= width || lines.size() >= maxLines))
-            lines.last() = longer;
-        else
-            lines.append(part);
-    }
+    QStringList lines = linesOf(text, metrics, width, maxLines);
     for (QString& line : lines)
         line = metrics.elidedText(line, Qt::ElideRight, width);
     return lines.join(u'\n');

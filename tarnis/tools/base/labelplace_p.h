@@ -15,6 +15,16 @@ namespace tarnis {
 /// otherwise the widest one. Its width is that of the gap. Rows begin at the top of `inside` and below each box.
 QRect freeRow(const QRect& inside, const QSize& text, const QList<QRect>& boxes);
 
+/// Widths of the lines of a read-out, in pixels.
+struct LineWidths {
+    int usual; ///< where nothing is elided in it
+    int wide; ///< for lines of several parts that are elided otherwise
+    int max; ///< for a single part that is elided otherwise
+};
+
+/// The width for wrapped(): the smallest of these, or of the widest part, in which nothing is elided.
+int widthFor(const QString& text, const QFontMetrics& metrics, const LineWidths& widths, int maxLines);
+
 /// Joins the parts of a read-out with three spaces, in lines of at most `width` and at most `maxLines` of them. A part
 /// that is wider, or that follows in the last line, is elided.
 QString wrapped(const QString& text, const QFontMetrics& metrics, int width, int maxLines);

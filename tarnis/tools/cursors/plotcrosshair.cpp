@@ -26,7 +26,7 @@ constexpr double dotRadius = 3.0;
 constexpr int labelPadding = 10; // of a label's box, left and right
 constexpr int labelMargin = 2; // to the plot rectangle
 constexpr int distanceToCross = 8;
-constexpr double widest = 0.48; // maximum width of lines in the plot, as a fraction of the plot rectangle
+constexpr double usualWidth = 0.48; // of lines in the plot, as a fraction of the plot rectangle
 const QColor lineColor(235, 235, 235);
 
 QList<QRect> boxesOver(const XYGraphWidget& plot)
@@ -241,9 +241,6 @@ PlotCrosshair::Label PlotCrosshair::labelAt(const PlotMapping& mapping, const QF
                      line, { above.right(), above.bottom() + 1 - labelMargin }, Qt::AlignRight | Qt::AlignBottom),
             text };
     const QRect inside = rect.adjusted(labelMargin, labelMargin, -labelMargin, -labelMargin);
-    const int width = std::max(static_cast<int>(inside.width() * widest), 1);
-    const int maxLines = std::max(inside.height() / 2 / std::max(metrics.lineSpacing(), 1), 1);
-    Label label { QRect(), wrapped(text, metrics, width - labelPadding, maxLines) };
     const QList<QRect> taken = boxesOver(*plot());
     const double cross = mapping.columnOf(value(mapping).x());
     const bool isLeft = cross > rect.center().x();
@@ -252,12 +249,19 @@ PlotCrosshair::Label PlotCrosshair::labelAt(const PlotMapping& mapping, const QF
         side.setRight(std::min(inside.right(), static_cast<int>(limitedCoordinate(cross)) - distanceToCross));
     else
         side.setLeft(std::max(inside.left(), static_cast<int>(limitedCoordinate(cross)) + distanceToCross));
+    const int maxLines = std::max(inside.height() / 2 / std::max(metrics.lineSpacing(), 1), 1);
+    const int usual = static_cast<int>(inside.width() * usualWidth) - labelPadding;
+    const int height = labelSize(metrics, wrapped(text, metrics, usual, maxLines)).height(); // less in wider lines
+    const int gap = freeRow(side, { side.width(), height }, taken).width(); // the widest one
+    const LineWidths widths { usual, gap - labelPadding, std::max(inside.width() - labelPadding, 1) };
+    Label label { QRect(), wrapped(text, metrics, widthFor(text, metrics, widths, maxLines), maxLines) };
     const QSize size = labelSize(metrics, label.text);
     QRect row = freeRow(side, size, taken);
     if (row.width() < size.width())
         row = freeRow(inside, size, taken); // a legend fills that side
-    label.box =
-        QRect(isLeft ? row.left() : row.left() + row.width() - size.width(), row.top(), size.width(), size.height());
+    const int wanted = isLeft ? row.left() : row.left() + row.width() - size.width();
+    const int last = std::max(inside.left(), inside.left() + inside.width() - size.width());
+    label.box = QRect({ std::clamp(wanted, inside.left(), last), row.top() }, size);
     return label;
 }
 
