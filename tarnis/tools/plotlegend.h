@@ -4,6 +4,7 @@
 #include <tarnis/plots/plotoverlay.h>
 #include <tarnis/tools/interactivetool.h>
 
+#include <QList>
 #include <QPointF>
 #include <QRect>
 #include <QString>
@@ -38,7 +39,9 @@ public:
 
     bool isVisible() const; ///< see setVisible()
     /// Its position from the upper left (0, 0) to the lower right corner (1, 1) of the plot rectangle, as fractions of
-    /// the free space along each axis. Default (1, 0).
+    /// the free space along each axis. Until setPlace(), a drag or a restored position it is a corner, first (1, 0). If
+    /// data cover the legend there while the plot shows its whole range, it moves to the corner with the least data; it
+    /// leaves each corner at most once.
     QPointF place() const;
     qsizetype count() const; ///< number of entries
     bool isShown(qsizetype entry) const; ///< whether the curve of an entry is shown; false beyond the entries
@@ -46,7 +49,7 @@ public:
 
     QList<QAction*> actions() const override; ///< the switch
     QList<QRect> overlayBoxes() const override; ///< its rectangle; empty list while nothing is drawn
-    /// Visibility, position, and the hidden curves by their record. @{
+    /// Visibility, position unless the legend chooses it, and the hidden curves by their record. @{
     QString stateName() const override;
     QJsonObject saveState() const override;
     void restoreState(const QJsonObject& state) override;
@@ -82,9 +85,12 @@ private:
     TARNIS_NO_EXPORT void select(qsizetype entry);
     TARNIS_NO_EXPORT void enable(const QList<int>& records, bool on);
     TARNIS_NO_EXPORT void applyToEntries(qsizetype alone);
+    TARNIS_NO_EXPORT void leaveData();
 
     bool m_isVisible = true;
     QPointF m_place { 1.0, 0.0 };
+    bool m_isPlaceSet = false; // by the user or the host
+    QList<QPointF> m_cornersLeft; // corners where data covered the legend
     qsizetype m_first = 0; // first visible row
     qsizetype m_selected = -1; // entry selected by the keyboard; -1: the plot has the focus
     bool m_isPressed = false;

@@ -7,6 +7,7 @@
 #include "tarnis/plots/plotmapping.h"
 #include "tarnis/plots/plotstyling_p.h"
 #include "tarnis/tools/base/toolaction_p.h"
+#include "tarnis/tools/curves/legendplace_p.h"
 
 #include <QFontMetrics>
 #include <QJsonArray>
@@ -43,6 +44,16 @@ void drawLegend(QPainter& painter, const IconInk& ink)
     painter.setPen(QPen(ink.accent, 1.8, Qt::SolidLine, Qt::FlatCap));
     painter.drawLine(QPointF(3.8, 6.0), QPointF(6.4, 6.0));
     painter.drawLine(QPointF(3.8, 10.0), QPointF(6.4, 10.0));
+}
+
+/// True unless the user or the host has zoomed or moved the view.
+bool showsWholeRange(MultiVectorGraphWidget& plot)
+{
+    double min = 0.0, max = 0.0, first = 0.0, last = 0.0;
+    plot.getInitMinMaxX(first, last);
+    const bool isWholeX = plot.getMinMaxX(min, max) || (min == first && max == last);
+    plot.getInitMinMaxY(first, last);
+    return isWholeX && (plot.getMinMaxY(min, max) || (min == first && max == last));
 }
 
 /// The first visible row of a list of `count` rows, clamped to the valid range.
@@ -139,6 +150,7 @@ void PlotLegend::setPlace(const QPointF& place)
 {
     if (!std::isfinite(place.x()) || !std::isfinite(place.y()))
         return;
+    m_isPlaceSet = true;
     m_place = { std::clamp(place.x(), 0.0, 1.0), std::clamp(place.y(), 0.0, 1.0) };
     updateOverlay();
 }
@@ -189,8 +201,38 @@ void PlotLegend::showAll()
 
 void PlotLegend::plotChanged(Changes changes)
 {
+    if (changes & (Data | PlotRect | RangeX | RangeY | ScaleType))
+        leaveData();
     if (changes & (Data | PlotRect))
         updateOverlay();
+}
+
+/// Moves a legend that covers data. Not in a zoomed view, where the user is looking at what is beside it.
+void PlotLegend::leaveData()
+{
+    const Layout now = layout();
+    if (m_isPlaceSet || now.rect.isEmpty() || !showsWholeRange(*curves()))
+        return;
+    const PlotMapping mapping = PlotMapping::of(*curves());
+    const QList<ShownCurve> shown = shownCurves(*curves());
+    const auto coverageAt = [&](const QPointF& corner) { return coverageOf(now.rectAt(corner), shown, mapping); };
+    const double current = coverageAt(m_place);
+    if (current <= toleratedCoverage)
+        return;
+    double least = 1.0;
+    QPointF best = m_place;
+    for (const QPointF& corner : { QPointF(1, 0), QPointF(0, 0), QPointF(1, 1), QPointF(0, 1) }) {
+        const double coverage = corner == m_place || m_cornersLeft.contains(corner) ? 1.0 : coverageAt(corner);
+        if (coverage < least) {
+            least = coverage;
+            best = corner;
+        }
+    }
+    if (!isClearlyBetter(current, least))
+        return;
+    m_cornersLeft.append(m_place);
+    m_place = best;
+    updateOverlay();
 }
 
 // Layout and drawing
@@ -201,6 +243,14 @@ qsizetype PlotLegend::Layout::entryAt(const QPointF& point) const
         return -1;
     const qsizetype row = static_cast<qsizetype>(std::floor((point.y() - rect.top() - padding) / rowHeight));
     return row >= 0 && row < rows ? first + row : -1;
+}
+
+QRect PlotLegend::Layout::rectAt(const QPointF& place) const
+{
+    return { corner
+            + QPoint(static_cast<int>(std::lround(room.width() * place.x())),
+                static_cast<int>(std::lround(room.height() * place.y()))),
+        rect.size() };
 }
 
 QRect PlotLegend::Layout::rowRect(qsizetype entry) const
@@ -238,10 +288,9 @@ PlotLegend::Layout PlotLegend::layout() const
     const QSize size(std::min(wanted, std::max(static_cast<int>(inside.width() * widest), sampleWidth + 3 * padding)),
         static_cast<int>(made.rows) * made.rowHeight + 2 * padding);
     made.room = QSizeF(std::max(inside.width() - size.width(), 0), std::max(inside.height() - size.height(), 0));
-    made.rect = QRect(inside.topLeft()
-            + QPoint(static_cast<int>(std::lround(made.room.width() * m_place.x())),
-                static_cast<int>(std::lround(made.room.height() * m_place.y()))),
-        size);
+    made.corner = inside.topLeft();
+    made.rect.setSize(size);
+    made.rect = made.rectAt(m_place);
     return made;
 }
 
@@ -307,7 +356,9 @@ QString PlotLegend::stateName() const
 
 QJsonObject PlotLegend::saveState() const
 {
-    QJsonObject state { { visibleKey, m_isVisible }, { placeKey, QJsonArray { m_place.x(), m_place.y() } } };
+    QJsonObject state { { visibleKey, m_isVisible } };
+    if (m_isPlaceSet)
+        state.insert(placeKey, QJsonArray { m_place.x(), m_place.y() });
     if (curves() == nullptr)
         return state;
     QJsonArray hidden;

@@ -20,6 +20,7 @@ struct LegendEntry {
 struct TARNIS_NO_EXPORT PlotLegend::Layout {
     QList<LegendEntry> entries;
     QRect rect;
+    QPoint corner; // upper left end of the places
     QSizeF room; // free space of the plot rectangle
     int rowHeight = 1;
     qsizetype first = 0; // first visible row
@@ -28,6 +29,8 @@ struct TARNIS_NO_EXPORT PlotLegend::Layout {
 
     /// The entry at a point, -1 outside.
     qsizetype entryAt(const QPointF& point) const;
+    /// The rectangle at another place().
+    QRect rectAt(const QPointF& place) const;
     QRect rowRect(qsizetype entry) const;
 };
 
