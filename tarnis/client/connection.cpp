@@ -232,7 +232,10 @@ bool Connection::checkSize()
     const qint64 limit = m_maxSize + (m_isText ? 0 : std::max<qint64>(m_frame->length(), 0)) + m_prompt.size();
     if (m_buffer.size() <= limit)
         return true;
-    fail(tr("The reply is larger than the accepted %1 bytes.").arg(m_maxSize));
+    fail(m_phase == Phase::Greeting
+            ? tr("The server has sent %1 bytes without its prompt. Check the address and the prompt.")
+                  .arg(m_buffer.size())
+            : tr("The reply is larger than the accepted %1 bytes.").arg(m_maxSize));
     return false;
 }
 

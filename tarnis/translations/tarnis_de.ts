@@ -1154,6 +1154,10 @@
         <translation>Der Server hat eine Antwort von %1 Bytes angekündigt; höchstens %2 sind zulässig.</translation>
     </message>
     <message>
+        <source>The server has sent %1 bytes without its prompt. Check the address and the prompt.</source>
+        <translation>Der Server hat %1 Bytes ohne seinen Prompt gesendet. Prüfen Sie Adresse und Prompt.</translation>
+    </message>
+    <message>
         <source>The reply is larger than the accepted %1 bytes.</source>
         <translation>Die Antwort ist größer als die zulässigen %1 Bytes.</translation>
     </message>
