@@ -107,8 +107,7 @@ void MainWindow::listOpenWindows()
 
 WindowContext MainWindow::windowContext()
 {
-    return { *m_controller, m_commandPanel->link(), this, *m_commandPanel, *m_windows, m_store, *m_histograms,
-        *m_follower, *m_stateWatch };
+    return { *m_controller, this, *m_commandPanel, *m_windows, m_store, *m_histograms, *m_follower, *m_stateWatch };
 }
 
 bool MainWindow::reopenWindow(const QString& id)

@@ -192,8 +192,8 @@ public:
     Soak(MainWindow& window, QSettings& store, const QString& logFile)
         : m_window(window)
         , m_log(logFile)
-        , m_context { window.controller(), window.commandPanel().link(), &window, window.commandPanel(),
-            window.windows(), store, window.histograms(), window.follower(), window.stateWatch() }
+        , m_context { window.controller(), &window, window.commandPanel(), window.windows(), store, window.histograms(),
+            window.follower(), window.stateWatch() }
     {
     }
 

@@ -60,6 +60,8 @@ public:
                 return curves->getGraphWidget()->hasData();
             if (const auto* const map = qobject_cast<Graph2DDialog*>(opened))
                 return map->getGraphWidget()->getMaxValue() > 0.0;
+            if (opened->findChild<VectorGraphWidget*>()) // the event rate, which states the last one
+                return !opened->findChild<QLabel*>(QStringLiteral("infoLabel"))->text().isEmpty();
             const auto* const table = opened->findChild<QTableWidget*>();
             return !table || table->rowCount() > 0 || opened->findChild<QWidget*>(QStringLiteral("targetBox"));
         };

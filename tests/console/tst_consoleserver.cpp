@@ -133,7 +133,7 @@ private Q_SLOTS:
         Control control;
         control.start(remote(server.port()));
         QVERIFY(control.reaches(ServerState::Up));
-        CommandChannel link(control.controller.tarnis(), QStringLiteral("test"), nullptr);
+        CommandChannel link(control.controller, QStringLiteral("test"), nullptr);
         QSignalSpy replied(&link, &CommandChannel::replied);
         auto* binary = new TarnisCmd(QStringLiteral("b"));
         binary->m_bBinary = true;
@@ -153,18 +153,60 @@ private Q_SLOTS:
         Control control;
         control.start(remote(server.port()));
         QVERIFY(control.reaches(ServerState::Up));
-        CommandChannel link(control.controller.tarnis(), QStringLiteral("test"), nullptr);
+        CommandChannel link(control.controller, QStringLiteral("test"), nullptr);
         QSignalSpy failed(&link, &CommandChannel::failed);
         QSignalSpy replied(&link, &CommandChannel::replied);
         link.send(new TarnisCmd(QStringLiteral("a")));
         link.send(new TarnisCmd(QStringLiteral("b")));
         TRY_COMPARE(failed.size(), 1);
-        const auto lost = failed.first().at(2).value<QList<Request>>();
+        const auto lost = failed.first().at(1).value<QList<Request>>();
         QCOMPARE(lost.size(), qsizetype(2));
         QCOMPARE(lost.at(1).text, QStringLiteral("b"));
         link.send(new TarnisCmd(QStringLiteral("a")));
         TRY_COMPARE(replied.size(), 1);
         QCOMPARE(replied.first().at(1).toByteArray(), QByteArray("whole"));
+    }
+
+    // A server that does not know the command refuses it without the length of a payload.
+    void theChannelReportsARefusalInPlaceOfAPayload()
+    {
+        ScriptedServer server;
+        server.answer("hist1d x", { Step::text("NG:unknown histogram\n") });
+        Control control;
+        control.start(remote(server.port()));
+        QVERIFY(control.reaches(ServerState::Up));
+        CommandChannel channel(control.controller, QStringLiteral("test"), nullptr);
+        QSignalSpy replied(&channel, &CommandChannel::replied);
+        auto* binary = new TarnisCmd(QStringLiteral("hist1d x"));
+        binary->m_bBinary = true;
+        channel.send(binary);
+        TRY_COMPARE(replied.size(), 1);
+        QCOMPARE(replied.at(0).at(0).value<PTarnisCmd>()->m_replyText, QStringLiteral("NG:unknown histogram\n"));
+        QVERIFY(replied.at(0).at(1).toByteArray().isEmpty());
+    }
+
+    // A server that closed an idle connection costs no command.
+    void theChannelReconnectsAfterAnIdleLoss()
+    {
+        ScriptedServer server;
+        Control control;
+        control.start(remote(server.port()));
+        QVERIFY(control.reaches(ServerState::Up));
+        CommandChannel channel(control.controller, QStringLiteral("test"), nullptr);
+        server.setScript(server.connectionCount(),
+            { Step::raw("> "), Step::expectLine("a"), Step::raw("first> "), Step::hold("gate"), Step::drop() });
+        QSignalSpy replied(&channel, &CommandChannel::replied);
+        QSignalSpy failed(&channel, &CommandChannel::failed);
+        channel.send(new TarnisCmd(QStringLiteral("a")));
+        TRY_COMPARE(replied.size(), 1);
+        const int open = server.openConnections();
+        server.open("gate");
+        TRY_COMPARE(server.openConnections(), open - 1);
+        for (int pass = 0; pass < 5; ++pass) // the socket's event, and the queued calls that follow
+            QCoreApplication::processEvents();
+        channel.send(new TarnisCmd(QStringLiteral("b")));
+        TRY_COMPARE(replied.size(), 2);
+        QCOMPARE(failed.size(), 0);
     }
 
     void aDroppedLinkIsSilent()
@@ -174,7 +216,7 @@ private Q_SLOTS:
         Control control;
         control.start(remote(server.port()));
         QVERIFY(control.reaches(ServerState::Up));
-        CommandChannel link(control.controller.tarnis(), QStringLiteral("test"), nullptr);
+        CommandChannel link(control.controller, QStringLiteral("test"), nullptr);
         QSignalSpy replied(&link, &CommandChannel::replied);
         link.send(new TarnisCmd(QStringLiteral("a")));
         QVERIFY(server.waitForHold("gate"));

@@ -1,6 +1,5 @@
 #include "browse/pathwindows.h"
 
-#include "server/commandchannel.h"
 #include "server/replytext.h"
 #include "server/servercontroller.h"
 #include "windows/window.h"
@@ -9,6 +8,8 @@
 
 #include <QLineEdit>
 #include <QListWidget>
+
+#include <memory>
 
 namespace console {
 
@@ -34,10 +35,16 @@ QString nameProblem(const QString& name)
     return commandProblem(name);
 }
 
+/// The dialogs copy host, port and prompt of a session.
+std::unique_ptr<TarnisSession> addressSession(const WindowContext& context)
+{
+    return std::unique_ptr<TarnisSession>(context.controller.tarnis().NewTarnisSession(nullptr));
+}
+
 } // namespace
 
 FolderChooser::FolderChooser(const WindowContext& context, const tarnis::TranslatedText& title)
-    : SelectPathDialog(QString(), context.link.session(), context.parent)
+    : SelectPathDialog(QString(), addressSession(context).get(), context.parent)
     , m_keeper(context.controller, session)
     , m_guide(*this, [this] { return choice(); })
 {
@@ -97,7 +104,7 @@ ChooserGuide::Choice FolderChooser::choice()
 }
 
 FileChooser::FileChooser(const WindowContext& context, const tarnis::TranslatedText& title)
-    : SelectDirectoryDialog(QString(), context.link.session(), context.parent)
+    : SelectDirectoryDialog(QString(), addressSession(context).get(), context.parent)
     , m_keeper(context.controller, session)
     , m_guide(*this, [this] { return choice(); })
 {

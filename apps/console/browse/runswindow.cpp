@@ -27,7 +27,7 @@ RunsWindow::RunsWindow(const WindowContext& context)
     : QDialog(context.parent)
     , m_context(context)
     , ui(std::make_unique<Ui::RunsWindow>())
-    , m_link(new CommandChannel(context.controller.tarnis(), QStringLiteral("runs"), this))
+    , m_link(new CommandChannel(context.controller, QStringLiteral("runs"), this))
 {
     m_context.parent = this; // parent of the windows opened from here
     ui->setupUi(this);
@@ -57,7 +57,7 @@ RunsWindow::RunsWindow(const WindowContext& context)
     });
     connect(m_link, &CommandChannel::replied, this, &RunsWindow::onReplied);
     connect(m_link, &CommandChannel::waitingChanged, this, &RunsWindow::updateControls);
-    connect(m_link, &CommandChannel::failed, this, [this](int, const QString& message) {
+    connect(m_link, &CommandChannel::failed, this, [this](const QString& message) {
         tarnis::setTranslatedText(
             *ui->stateLabel, [message] { return tr("No reply: %1. Refresh to ask again.").arg(message); });
         m_context.controller.checkServer();
@@ -100,7 +100,7 @@ void RunsWindow::refresh()
 
 void RunsWindow::ask(const QString& command, const QString& name)
 {
-    auto* const asked = new TarnisCmd(command); // the session takes ownership
+    auto* const asked = new TarnisCmd(command); // the channel takes ownership
     asked->m_cmdName = name;
     m_link->send(asked);
 }

@@ -16,6 +16,8 @@ class RunsWindow;
 
 namespace console {
 
+class CommandChannel;
+
 /// Lists the server's own directory first. After a failure the previous runs remain shown. GUI thread.
 class RunsWindow : public QDialog {
     Q_OBJECT

@@ -58,7 +58,7 @@ ServerTextWindow::ServerTextWindow(const WindowContext& context)
     : QDialog(context.parent)
     , m_context(context)
     , ui(std::make_unique<Ui::ServerText>())
-    , m_link(new CommandChannel(context.controller.tarnis(), QStringLiteral("text"), this))
+    , m_link(new CommandChannel(context.controller, QStringLiteral("text"), this))
 {
     m_context.parent = this; // parent of the windows opened from here
     ui->setupUi(this);
@@ -73,7 +73,7 @@ ServerTextWindow::ServerTextWindow(const WindowContext& context)
     connect(ui->edit, &QPlainTextEdit::modificationChanged, this, &ServerTextWindow::updateControls);
     connect(m_link, &CommandChannel::replied, this, &ServerTextWindow::onReplied);
     connect(m_link, &CommandChannel::waitingChanged, this, &ServerTextWindow::updateControls);
-    connect(m_link, &CommandChannel::failed, this, [this](int, const QString& message, const QList<Request>& lost) {
+    connect(m_link, &CommandChannel::failed, this, [this](const QString& message, const QList<Request>& lost) {
         stay();
         if (!lost.isEmpty() && lost.constFirst().name == writeName)
             keepModified(); // the server may have written all or part of it
@@ -212,7 +212,7 @@ bool ServerTextWindow::send(const QString& request, const QString& name, bool is
         });
         return false;
     }
-    auto* const command = new TarnisCmd(request); // the session takes ownership
+    auto* const command = new TarnisCmd(request); // the channel takes ownership
     command->m_cmdName = name;
     command->m_bBinary = isBinary;
     m_link->send(command);

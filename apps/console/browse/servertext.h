@@ -18,6 +18,8 @@ class ServerText;
 
 namespace console {
 
+class CommandChannel;
+
 /// How the bytes of a file were converted to text, so that the same bytes can be restored.
 struct TextForm {
     bool isUtf8 = true; ///< else Latin-1

@@ -26,7 +26,7 @@ CommandPanel::CommandPanel(ServerController& controller, QWidget* parent)
     : QWidget(parent)
     , m_controller(controller)
     , ui(std::make_unique<Ui::CommandPanel>())
-    , m_link(new CommandChannel(controller.tarnis(), QStringLiteral("console"), this))
+    , m_link(new CommandChannel(controller, QStringLiteral("console"), this))
     , m_uploader(new Uploader(controller, *this))
 {
     ui->setupUi(this);
@@ -130,7 +130,7 @@ void CommandPanel::sendTyped()
 
 void CommandPanel::send(const Request& request)
 {
-    auto* command = new TarnisCmd(request.text); // the session takes ownership
+    auto* command = new TarnisCmd(request.text); // the channel takes ownership
     command->m_cmdName = request.name;
     command->m_bBinary = request.isBinary;
     command->m_bProgress = true;
@@ -258,7 +258,7 @@ void CommandPanel::takeReply(const QString& command, const QByteArray& reply)
         Q_EMIT accepted(command);
 }
 
-void CommandPanel::onFailed(int /*socketError*/, const QString& message, const QList<Request>& unanswered)
+void CommandPanel::onFailed(const QString& message, const QList<Request>& unanswered)
 {
     ui->transcript->addNote(tr("The connection broke: %1.").arg(message));
     keepLost(unanswered);

@@ -37,8 +37,6 @@ public:
     bool hasRecord() const;
     /// The complete record as text.
     QString recordText() const;
-    /// The panel's connection, for dialogs that read host, port and prompt from it.
-    CommandChannel& link() { return *m_link; }
     void addMessage(const QString& text);
     /// Records a command sent by another part of the console, with its reply, and handles the reply like that of a
     /// typed command.
@@ -77,7 +75,7 @@ protected:
     void takeReply(const QString& command, const QByteArray& reply);
     void onProgress(const QByteArray& piece);
     void onReplied(const PTarnisCmd& command, const QByteArray& reply);
-    void onFailed(int socketError, const QString& message, const QList<Request>& unanswered);
+    void onFailed(const QString& message, const QList<Request>& unanswered);
     void onWaitingChanged();
     void announce();
     void onTyped(const QString& text);

@@ -30,10 +30,10 @@ Uploader::Uploader(ServerController& controller, QWidget& window)
     : QObject(&window)
     , m_controller(controller)
     , m_window(window)
-    , m_link(new CommandChannel(controller.tarnis(), QStringLiteral("upload"), this))
+    , m_link(new CommandChannel(controller, QStringLiteral("upload"), this))
 {
     connect(m_link, &CommandChannel::replied, this, &Uploader::onReplied);
-    connect(m_link, &CommandChannel::failed, this, [this](int, const QString& message) {
+    connect(m_link, &CommandChannel::failed, this, [this](const QString& message) {
         refuse([message] { return tr("the connection broke (%1).").arg(message); });
         m_controller.checkServer();
     });
@@ -84,7 +84,7 @@ void Uploader::look(const QString& command)
         refuse([] { return tr("there is no connection to the server."); });
         return;
     }
-    auto* const asked = new TarnisCmd(command); // the session takes ownership
+    auto* const asked = new TarnisCmd(command); // the channel takes ownership
     asked->m_cmdName = command.section(u' ', 0, 0);
     m_link->send(asked);
 }

@@ -55,7 +55,7 @@ void openHistogram(const WindowContext& context, const HistogramInfo& histogram)
 HistogramChooser::HistogramChooser(const WindowContext& context)
     : DialogCheckList(QString(), context.parent)
     , m_context(context)
-    , m_link(new CommandChannel(context.controller.tarnis(), QStringLiteral("histograms"), this))
+    , m_link(new CommandChannel(context.controller, QStringLiteral("histograms"), this))
     , m_checked(context.store.value(storeKey).toStringList())
 {
     resize(460, 400);
@@ -64,7 +64,7 @@ HistogramChooser::HistogramChooser(const WindowContext& context)
         showReply();
         m_context.histograms.read(m_reply); // may be newer than its list
     });
-    connect(m_link, &CommandChannel::failed, this, [this](int, const QString& message) {
+    connect(m_link, &CommandChannel::failed, this, [this](const QString& message) {
         showText(tr("No reply: %1. Close and open this window to ask again.").arg(message));
         m_context.controller.checkServer();
     });
@@ -80,7 +80,7 @@ HistogramChooser::HistogramChooser(const WindowContext& context)
 void HistogramChooser::ask()
 {
     showText(tr("Asking the server..."));
-    auto* const command = new TarnisCmd(QStringLiteral("hists")); // the session takes ownership
+    auto* const command = new TarnisCmd(QStringLiteral("hists")); // the channel takes ownership
     command->m_cmdName = QStringLiteral("hists");
     m_link->send(command);
     updateControls();

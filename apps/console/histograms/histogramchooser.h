@@ -9,6 +9,8 @@
 
 namespace console {
 
+class CommandChannel;
+
 /// Opens or raises the live window of the histogram. The id of the window is "histogram " and the name.
 void openHistogram(const WindowContext& context, const HistogramInfo& histogram);
 

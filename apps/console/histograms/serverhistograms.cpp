@@ -11,7 +11,7 @@ namespace console {
 
 ServerHistograms::ServerHistograms(ServerController& controller)
     : m_controller(controller)
-    , m_link(new CommandChannel(controller.tarnis(), QStringLiteral("hists"), this))
+    , m_link(new CommandChannel(controller, QStringLiteral("hists"), this))
 {
     connect(m_link, &CommandChannel::replied, this, [this](const PTarnisCmd&, const QByteArray& reply) {
         read(QString::fromUtf8(reply));
@@ -46,7 +46,7 @@ void ServerHistograms::onServerState()
 
 void ServerHistograms::ask()
 {
-    auto* const command = new TarnisCmd(QStringLiteral("hists")); // the session takes ownership
+    auto* const command = new TarnisCmd(QStringLiteral("hists")); // the channel takes ownership
     command->m_cmdName = QStringLiteral("hists");
     m_link->send(command);
 }

@@ -23,20 +23,19 @@ RunControl::RunControl(ServerController& controller, StatusPoller& poller, QWidg
     , m_controller(controller)
     , m_poller(poller)
     , m_window(window)
-    , m_channel(new CommandChannel(controller.tarnis(), QStringLiteral("run"), this))
+    , m_channel(new CommandChannel(controller, QStringLiteral("run"), this))
 {
     connect(m_channel, &CommandChannel::replied, this,
         [this](const PTarnisCmd& command, const QByteArray& reply) { onReplied(command->m_cmd, reply); });
-    connect(m_channel, &CommandChannel::failed, this,
-        [this](int /*socketError*/, const QString& message, const QList<Request>& unanswered) {
-            if (!unanswered.isEmpty() && m_controller.state() == ServerState::Up)
-                Q_EMIT statusMessage(alertOf(Alert::Severity::Warning, [name = unanswered.first().text, message] {
-                    return tr("The connection broke before the server answered \u201c%1\u201d (%2). Check the state of "
-                              "the run before you try again.")
-                        .arg(name, message);
-                }));
-            m_controller.checkServer();
-        });
+    connect(m_channel, &CommandChannel::failed, this, [this](const QString& message, const QList<Request>& unanswered) {
+        if (!unanswered.isEmpty() && m_controller.state() == ServerState::Up)
+            Q_EMIT statusMessage(alertOf(Alert::Severity::Warning, [name = unanswered.first().text, message] {
+                return tr("The connection broke before the server answered \u201c%1\u201d (%2). Check the state of "
+                          "the run before you try again.")
+                    .arg(name, message);
+            }));
+        m_controller.checkServer();
+    });
     connect(m_channel, &CommandChannel::waitingChanged, this, &RunControl::changed);
     connect(&controller, &ServerController::aboutToStop, this, [this] { m_channel->drop(); });
     connect(&controller, &ServerController::stateChanged, this, &RunControl::changed);
@@ -137,7 +136,7 @@ void RunControl::sendIfAgreed(const QString& command, const QString& question, c
 
 void RunControl::send(const QString& command)
 {
-    m_channel->send(new TarnisCmd(command)); // the session takes ownership
+    m_channel->send(new TarnisCmd(command)); // the channel takes ownership
 }
 
 void RunControl::onReplied(const QString& command, const QByteArray& reply)

@@ -1,5 +1,5 @@
-// A private connection to the server for a window or the command line: a TarnisSession that is created for the first
-// command and recreated after a failure.
+// A private connection to the server for a window or the command line: a tarnis::Client that connects for the first
+// command, and again for the first one after a failure.
 #pragma once
 
 #include <tarnis/server/tarniscmd.h>
@@ -8,10 +8,16 @@
 #include <QObject>
 #include <QString>
 
-class Tarnis;
-class TarnisSession;
+#include <memory>
+
+namespace tarnis {
+class Client;
+struct Reply;
+} // namespace tarnis
 
 namespace console {
+
+class ServerController;
 
 /// An unanswered command, with everything needed to send it again.
 struct Request {
@@ -20,23 +26,18 @@ struct Request {
     bool isBinary = false;
 };
 
-/// Sends commands in order and reports their results. GUI thread.
+/// Sends commands in order and reports their results. Never blocks. GUI thread.
 class CommandChannel : public QObject {
     Q_OBJECT
 public:
-    /// `server` must outlive this object. `name` is the session's label in the log.
-    CommandChannel(Tarnis& server, const QString& name, QObject* parent);
+    /// `controller` must outlive this object. `name` is the connection's label in the log.
+    CommandChannel(ServerController& controller, const QString& name, QObject* parent);
     ~CommandChannel() override;
 
-    /// Takes ownership of the command and queues it, on a new session if necessary. The server must be connected.
+    /// Takes ownership of the command and queues it, on a new connection if necessary. The server must be connected.
     void send(TarnisCmd* command);
-    /// Drops and returns all unanswered commands and ends the session. Does not block: the session's thread ends in the
-    /// background.
+    /// Drops and returns all unanswered commands and closes the connection.
     QList<Request> drop();
-
-    /// The current session, created if needed, for dialogs that read host, port and prompt from it. Owned by this
-    /// object.
-    TarnisSession* session();
 
     /// The unanswered commands, the one being processed first.
     QList<Request> waiting() const;
@@ -44,9 +45,12 @@ public:
 Q_SIGNALS:
     /// A piece of a text reply, for commands with m_bProgress.
     void progress(const QByteArray& piece);
+    /// The text or payload; the text after a payload is the command's m_replyText. A refusal in place of a payload is
+    /// such a text, too.
     void replied(const PTarnisCmd& command, const QByteArray& reply);
-    /// The session has ended; `unanswered` are the lost commands, in order. The next send() creates a new session.
-    void failed(int socketError, const QString& message, const QList<console::Request>& unanswered);
+    /// The connection is closed; `unanswered` are the lost commands, in order. The next send() connects again. The
+    /// message is a part of a sentence, in the user's language.
+    void failed(const QString& message, const QList<console::Request>& unanswered);
     /// A command was added, answered or dropped.
     void waitingChanged();
 
@@ -56,14 +60,16 @@ protected:
         Request request;
     };
 
-    void onResult(const PTarnisCmd& command, const QByteArray& reply);
-    void onError(int socketError, const QString& message);
+    void connectClient();
+    void onEnded(const PTarnisCmd& command, const tarnis::Reply& reply);
+    void onReplied(const PTarnisCmd& command, const QByteArray& reply);
+    void onLost(const QString& reason);
     QList<Request> takeAll();
 
-    Tarnis& m_server;
+    ServerController& m_controller;
     QString m_name;
-    TarnisSession* m_session = nullptr;
-    int m_generation = 0; ///< number of the session; identifies queued calls of an ended one
+    std::unique_ptr<tarnis::Client> m_client; ///< null before the first command and after drop()
+    int m_generation = 0; ///< number of the connection; identifies the results of an earlier one
     QList<Entry> m_waiting;
 };
 

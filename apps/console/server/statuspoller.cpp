@@ -19,7 +19,7 @@ StatusPoller::StatusPoller(ServerController& controller, const std::function<boo
     : QObject(parent)
     , m_controller(controller)
     , m_isFree(isFree)
-    , m_channel(new CommandChannel(controller.tarnis(), QStringLiteral("state"), this))
+    , m_channel(new CommandChannel(controller, QStringLiteral("state"), this))
     , m_intervalMs(defaultIntervalMs)
 {
     connect(&m_timer, &QTimer::timeout, this, &StatusPoller::onTimeout);
@@ -30,7 +30,7 @@ StatusPoller::StatusPoller(ServerController& controller, const std::function<boo
         Q_EMIT replied(reply);
         refreshIfFree();
     });
-    connect(m_channel, &CommandChannel::failed, this, [this](int /*socketError*/, const QString& message) {
+    connect(m_channel, &CommandChannel::failed, this, [this](const QString& message) {
         Q_EMIT failed(message);
         m_controller.checkServer();
     });
@@ -147,7 +147,7 @@ void StatusPoller::send()
 {
     m_isOutdated = false;
     m_asked.start();
-    m_channel->send(new TarnisCmd(QStringLiteral("stat"))); // the session takes ownership
+    m_channel->send(new TarnisCmd(QStringLiteral("stat"))); // the channel takes ownership
 }
 
 void StatusPoller::read(const QByteArray& reply)

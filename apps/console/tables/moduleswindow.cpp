@@ -28,7 +28,7 @@ ModulesWindow::ModulesWindow(ServerController& controller, QWidget* parent)
     : NameValueListDialog(QList<NameValues>(), QStringList { QString(), QString() }, parent)
     , m_controller(controller)
     , m_form(std::make_unique<Ui::ModulesForm>())
-    , m_link(new CommandChannel(controller.tarnis(), QStringLiteral("modules"), this))
+    , m_link(new CommandChannel(controller, QStringLiteral("modules"), this))
     , m_stateLabel(stateLabelOf(*this))
     , m_sendButton(mainButtonOf(*this))
     , m_giveUpButton(buttonBoxOf(*this).addButton(QString(), QDialogButtonBox::ActionRole))
@@ -45,7 +45,7 @@ ModulesWindow::ModulesWindow(ServerController& controller, QWidget* parent)
     connect(m_form->commandBox, &QComboBox::editTextChanged, this, &ModulesWindow::updateControls);
     connect(m_link, &CommandChannel::replied, this, &ModulesWindow::onReplied);
     connect(m_link, &CommandChannel::waitingChanged, this, &ModulesWindow::updateControls);
-    connect(m_link, &CommandChannel::failed, this, [this](int, const QString& message) {
+    connect(m_link, &CommandChannel::failed, this, [this](const QString& message) {
         onEnded(
             [message] {
                 return tr("No reply: %1. It is not known whether a module has executed the command: check with stat or "

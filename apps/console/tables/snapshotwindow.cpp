@@ -25,7 +25,7 @@ SnapshotWindow::SnapshotWindow(
     , m_controller(controller)
     , m_poller(poller)
     , m_source(source)
-    , m_link(new CommandChannel(controller.tarnis(), QStringLiteral("snapshot"), this))
+    , m_link(new CommandChannel(controller, QStringLiteral("snapshot"), this))
     , m_filterLabel(new QLabel(this))
     , m_filterEdit(new QLineEdit(this))
     , m_stateLabel(stateLabelOf(*this))
@@ -38,7 +38,7 @@ SnapshotWindow::SnapshotWindow(
     connect(m_filterEdit, &QLineEdit::textChanged, this, &SnapshotWindow::fill);
     connect(m_link, &CommandChannel::replied, this, &SnapshotWindow::onReplied);
     connect(m_link, &CommandChannel::waitingChanged, this, &SnapshotWindow::updateControls);
-    connect(m_link, &CommandChannel::failed, this, [this](int, const QString& message) {
+    connect(m_link, &CommandChannel::failed, this, [this](const QString& message) {
         stopWaiting([message] { return tr("No reply: %1. Refresh to ask again.").arg(message); });
         m_controller.checkServer();
     });

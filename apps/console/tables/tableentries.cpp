@@ -27,7 +27,7 @@ public:
 
 template <typename Base> SnapshotWindow::Source source()
 {
-    return { [] { return new Snapshot<Base>; }, // the session takes ownership
+    return { [] { return new Snapshot<Base>; }, // the channel takes ownership
         [](TarnisCmd& command, const QByteArray& reply) {
             auto& snapshot = static_cast<Snapshot<Base>&>(command);
             snapshot.onReply(reply);

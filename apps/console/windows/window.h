@@ -17,7 +17,6 @@ class HistogramWindowUpdater;
 class OpenWindows;
 class ServerController;
 class ServerHistograms;
-class CommandChannel;
 class StatusPoller;
 
 /// Translation context of the menu Windows and its windows.
@@ -28,7 +27,6 @@ struct Windows {
 /// The console's objects for a window.
 struct WindowContext {
     ServerController& controller; ///< the manager and the state of the server
-    CommandChannel& link; ///< the command line's connection, for dialogs that copy its address
     QWidget* parent;
     CommandPanel& commandPanel; ///< receives texts for the command line
     OpenWindows& windows; ///< for windows that open others
