@@ -25,55 +25,88 @@ double square(double x)
     return x * x;
 }
 
-// One bin of the region.
-struct Cell {
-    double x; ///< centre, relative to the origin
-    double width; ///< full width of the bin
-    double part; ///< fraction of the bin inside the region, 0..1
-    double y; ///< content times part
-    double variance;
-    double leftWidth = 0.0; ///< width inside the region times the weight of the left side's density
-    double rightWidth = 0.0; ///< likewise of the right side
-    double net = 0.0; ///< y less the background
+// The bins of the region, an array for each quantity, so that the sums over them are vectorised.
+class Cells {
+public:
+    explicit Cells(std::size_t count)
+        : m_count(count)
+        , m_numbers(Quantities * count)
+    {
+    }
+    std::size_t size() const { return m_count; }
+    const double* x() const { return array(X); } ///< centres, relative to the origin
+    const double* width() const { return array(Width); } ///< full widths of the bins
+    const double* part() const { return array(Part); } ///< fractions of the bins inside the region, 0..1
+    const double* y() const { return array(Y); } ///< contents times part
+    const double* variance() const { return array(Variance); }
+    const double* leftWidth() const { return array(LeftWidth); } ///< width inside times the weight of the left density
+    const double* rightWidth() const { return array(RightWidth); } ///< likewise of the right side
+    const double* net() const { return array(Net); } ///< y less the background
+
+    enum Quantity : std::size_t { X, Width, Part, Y, Variance, LeftWidth, RightWidth, Net, Quantities };
+    double* writable(Quantity quantity) { return m_numbers.data() + quantity * m_count; }
+
+private:
+    const double* array(Quantity quantity) const { return m_numbers.data() + quantity * m_count; }
+
+    std::size_t m_count;
+    std::vector<double> m_numbers;
 };
 
-// Sum of a term over the cells. In four sums, as each addition would wait for the one before it.
-template <typename Term> double sumOver(const std::vector<Cell>& cells, Term term)
+// Sum of a term over the cells, in several sums, as each addition would wait for the one before it.
+template <typename Term> double sumOver(const Cells& cells, Term term)
 {
-    std::array<double, 4> sums {};
+    std::array<double, 8> sums {};
     std::size_t i = 0;
     for (; i + sums.size() <= cells.size(); i += sums.size()) {
         for (std::size_t k = 0; k < sums.size(); ++k)
-            sums[k] += term(cells[i + k]);
+            sums[k] += term(i + k);
     }
     for (; i < cells.size(); ++i)
-        sums[0] += term(cells[i]);
-    return (sums[0] + sums[1]) + (sums[2] + sums[3]);
+        sums[0] += term(i);
+    return ((sums[0] + sums[1]) + (sums[2] + sums[3])) + ((sums[4] + sums[5]) + (sums[6] + sums[7]));
+}
+
+double sumOf(const Cells& cells, const double* values)
+{
+    return sumOver(cells, [=](std::size_t i) { return values[i]; });
+}
+
+double sumOfProducts(const Cells& cells, const double* a, const double* b)
+{
+    return sumOver(cells, [=](std::size_t i) { return a[i] * b[i]; });
 }
 
 struct Region {
     const BinnedData& data;
     const RegionOptions& options;
     double origin;
-    std::vector<Cell> cells;
+    Cells cells;
     bool exact; ///< contents are counts and bins are not split
     bool hasVariances; ///< contents are counts or have variances of their own
 };
 
 Region collect(const BinnedData& data, RegionStatistics& result, const RegionOptions& options)
 {
-    Region region { data, options, data.centre(result.first), {}, false, true };
-    region.cells.reserve(result.last - result.first + 1);
-    for (std::size_t i = result.first; i <= result.last; ++i) {
-        double part = 1.0;
+    Region region { data, options, data.centre(result.first), Cells(result.last - result.first + 1), false, true };
+    double* const x = region.cells.writable(Cells::X);
+    double* const width = region.cells.writable(Cells::Width);
+    double* const part = region.cells.writable(Cells::Part);
+    double* const y = region.cells.writable(Cells::Y);
+    double* const variance = region.cells.writable(Cells::Variance);
+    for (std::size_t i = 0; i < region.cells.size(); ++i) {
+        const std::size_t bin = result.first + i;
+        x[i] = data.centre(bin) - region.origin;
+        width[i] = data.binWidth(bin);
+        part[i] = 1.0;
         if (options.partialBins) {
-            const double covered = std::min(data.edge(i + 1), result.upper) - std::max(data.edge(i), result.lower);
-            part = std::clamp(covered / data.binWidth(i), 0.0, 1.0);
+            const double covered = std::min(data.edge(bin + 1), result.upper) - std::max(data.edge(bin), result.lower);
+            part[i] = std::clamp(covered / width[i], 0.0, 1.0);
         }
-        region.cells.push_back({ data.centre(i) - region.origin, data.binWidth(i), part, part * data.contents[i],
-            part * part * data.variance(i) });
-        result.bins += part;
+        y[i] = part[i] * data.contents[bin];
+        variance[i] = part[i] * part[i] * data.variance(bin);
     }
+    result.bins = sumOf(region.cells, part);
     // The tests of counts include the sides.
     const std::size_t sides = static_cast<std::size_t>(std::max(0, options.sideBins));
     const std::size_t from = result.first - std::min(sides, result.first);
@@ -82,7 +115,8 @@ Region collect(const BinnedData& data, RegionStatistics& result, const RegionOpt
     const auto own = data.contents.subspan(result.first, region.cells.size());
     const auto sidesAreFinite = [&] {
         return std::all_of(data.contents.begin() + static_cast<std::ptrdiff_t>(from),
-            data.contents.begin() + static_cast<std::ptrdiff_t>(to) + 1, [](double y) { return std::isfinite(y); });
+            data.contents.begin() + static_cast<std::ptrdiff_t>(to) + 1,
+            [](double content) { return std::isfinite(content); });
     };
     // A side that is not finite only takes the net area away.
     region.hasVariances = counts || !data.variances.empty() || (faultOfCounts(own).isEmpty() && !sidesAreFinite());
@@ -92,12 +126,11 @@ Region collect(const BinnedData& data, RegionStatistics& result, const RegionOpt
 
 void addSum(const Region& region, RegionStatistics& result)
 {
-    const double sum = sumOver(region.cells, [](const Cell& cell) { return cell.y; });
-    const double variance = sumOver(region.cells, [](const Cell& cell) { return cell.variance; });
+    const Cells& cells = region.cells;
+    const double sum = sumOf(cells, cells.y());
+    const double variance = sumOf(cells, cells.variance());
     // Unequal bins: the mean is per unit of the axis.
-    const double size = region.data.edges.empty()
-        ? result.bins
-        : sumOver(region.cells, [](const Cell& cell) { return cell.part * cell.width; });
+    const double size = region.data.edges.empty() ? result.bins : sumOfProducts(cells, cells.part(), cells.width());
     result.sum = sum;
     result.sumError = std::sqrt(std::max(0.0, variance));
     result.mean = sum / size;
@@ -136,14 +169,17 @@ void addMoments(const Region& region, RegionStatistics& result)
     const double sum = result.sum;
     if (!(sum > 0.0))
         return;
-    const std::vector<Cell>& cells = region.cells;
-    const double centroid = sumOver(cells, [](const Cell& cell) { return cell.x * cell.y; }) / sum;
-    const auto distance = [centroid](const Cell& cell) { return square(cell.x - centroid); };
-    const double variance = sumOver(cells, [&](const Cell& cell) { return distance(cell) * cell.y; }) / sum;
-    const double error = sumOver(cells, [&](const Cell& cell) { return distance(cell) * cell.variance; });
-    const double widths = sumOver(cells, [](const Cell& cell) { return cell.y * square(cell.width); });
-    const double varianceError =
-        sumOver(cells, [&](const Cell& cell) { return square(distance(cell) - variance) * cell.variance; });
+    const Cells& cells = region.cells;
+    const double* const x = cells.x();
+    const double* const y = cells.y();
+    const double* const v = cells.variance();
+    const double* const w = cells.width();
+    const double centroid = sumOfProducts(cells, x, y) / sum;
+    const auto distance = [=](std::size_t i) { return square(x[i] - centroid); };
+    const double variance = sumOver(cells, [=](std::size_t i) { return distance(i) * y[i]; }) / sum;
+    const double error = sumOver(cells, [=](std::size_t i) { return distance(i) * v[i]; });
+    const double widths = sumOver(cells, [=](std::size_t i) { return y[i] * square(w[i]); });
+    const double varianceError = sumOver(cells, [=](std::size_t i) { return square(distance(i) - variance) * v[i]; });
     result.centroid = region.origin + centroid;
     result.centroidError = std::sqrt(std::max(0.0, error)) / sum;
     result.variance = variance;
@@ -195,15 +231,22 @@ Sides addSides(Region& region, RegionStatistics& result)
     const double leftDensity = sides.left.bins ? sides.left.sum / sides.left.width : 0.0;
     const double rightDensity = sides.right.bins ? sides.right.sum / sides.right.width : 0.0;
     const double distance = sides.right.middle - sides.left.middle;
-    for (Cell& cell : region.cells) {
-        // Position between the middles of the side groups: 0 left, 1 right.
-        const double t = !sides.left.bins ? 1.0 : !sides.right.bins ? 0.0 : (cell.x - sides.left.middle) / distance;
-        cell.leftWidth = cell.part * cell.width * (1.0 - t);
-        cell.rightWidth = cell.part * cell.width * t;
-        cell.net = cell.y - (cell.leftWidth * leftDensity + cell.rightWidth * rightDensity);
+    Cells& cells = region.cells;
+    double* const leftWidth = cells.writable(Cells::LeftWidth);
+    double* const rightWidth = cells.writable(Cells::RightWidth);
+    double* const net = cells.writable(Cells::Net);
+    // Position between the middles of the side groups: 0 left, 1 right.
+    const double slope = sides.left.bins && sides.right.bins ? 1.0 / distance : 0.0;
+    const double start = !sides.left.bins ? 1.0 : 0.0;
+    for (std::size_t i = 0; i < cells.size(); ++i) {
+        const double t = start + slope * (cells.x()[i] - sides.left.middle);
+        const double width = cells.part()[i] * cells.width()[i];
+        leftWidth[i] = width * (1.0 - t);
+        rightWidth[i] = width * t;
+        net[i] = cells.y()[i] - (leftWidth[i] * leftDensity + rightWidth[i] * rightDensity);
     }
-    sides.leftShare = sumOver(region.cells, [](const Cell& cell) { return cell.leftWidth; });
-    sides.rightShare = sumOver(region.cells, [](const Cell& cell) { return cell.rightWidth; });
+    sides.leftShare = sumOf(cells, leftWidth);
+    sides.rightShare = sumOf(cells, rightWidth);
     result.leftBins = sides.left.bins;
     result.rightBins = sides.right.bins;
     if (sides.left.bins) {
@@ -225,7 +268,9 @@ double densityVariance(const Side& side)
 
 void addNet(const Region& region, const Sides& sides, RegionStatistics& result)
 {
-    const double background = sumOver(region.cells, [](const Cell& cell) { return cell.y - cell.net; });
+    const double* const y = region.cells.y();
+    const double* const ownNet = region.cells.net();
+    const double background = sumOver(region.cells, [=](std::size_t i) { return y[i] - ownNet[i]; });
     const double backgroundVariance =
         square(sides.leftShare) * densityVariance(sides.left) + square(sides.rightShare) * densityVariance(sides.right);
     result.background = background;
@@ -255,16 +300,21 @@ void addNetMoments(const Region& region, const Sides& sides, RegionStatistics& r
     const double net = result.net;
     if (!(net > 0.0))
         return;
-    const std::vector<Cell>& cells = region.cells;
-    const double centroid = sumOver(cells, [](const Cell& cell) { return cell.x * cell.net; }) / net;
-    const auto distance = [centroid](const Cell& cell) { return cell.x - centroid; };
-    const double variance = sumOver(cells, [&](const Cell& cell) { return square(distance(cell)) * cell.net; }) / net;
+    const Cells& cells = region.cells;
+    const double* const x = cells.x();
+    const double* const contents = cells.net();
+    const double centroid = sumOfProducts(cells, x, contents) / net;
+    const auto distance = [=](std::size_t i) { return x[i] - centroid; };
+    const double variance = sumOver(cells, [=](std::size_t i) { return square(distance(i)) * contents[i]; }) / net;
     // Each quantity is a weighted sum of the contents of the region and, through the background line, of the side
     // groups.
     const auto errorOf = [&](auto weightOf) {
-        const double own = sumOver(cells, [&](const Cell& cell) { return square(weightOf(cell)) * cell.variance; });
-        const double left = sumOver(cells, [&](const Cell& cell) { return weightOf(cell) * cell.leftWidth; });
-        const double right = sumOver(cells, [&](const Cell& cell) { return weightOf(cell) * cell.rightWidth; });
+        const auto weighted = [&](const double* values, auto weight) {
+            return sumOver(cells, [=](std::size_t i) { return weight(i) * values[i]; });
+        };
+        const double own = weighted(cells.variance(), [=](std::size_t i) { return square(weightOf(i)); });
+        const double left = weighted(cells.leftWidth(), weightOf);
+        const double right = weighted(cells.rightWidth(), weightOf);
         const double sum =
             own + square(left) * densityVariance(sides.left) + square(right) * densityVariance(sides.right);
         return std::sqrt(std::max(0.0, sum)) / net;
@@ -272,26 +322,24 @@ void addNetMoments(const Region& region, const Sides& sides, RegionStatistics& r
     result.netCentroid = region.origin + centroid;
     result.netCentroidError = errorOf(distance);
     result.netVariance = variance;
-    result.netVarianceError = errorOf([&](const Cell& cell) { return square(distance(cell)) - variance; });
+    result.netVarianceError = errorOf([=](std::size_t i) { return square(distance(i)) - variance; });
 }
 
 void addWidths(const Region& region, RegionStatistics& result)
 {
     const bool densities = !region.data.edges.empty();
-    std::vector<double> x;
-    std::vector<double> net;
-    x.reserve(region.cells.size());
-    net.reserve(region.cells.size());
-    for (const Cell& cell : region.cells) {
+    const Cells& cells = region.cells;
+    const std::span<const double> x(cells.x(), cells.size());
+    std::vector<double> net(cells.size());
+    for (std::size_t i = 0; i < cells.size(); ++i) {
         // Relative to the full bin, otherwise the partial bins at the limits would look like the flanks of a peak.
-        const double scale = 1.0 / (densities ? cell.part * cell.width : cell.part);
-        x.push_back(cell.x);
-        net.push_back(cell.part > 0.0 ? scale * cell.net : 0.0);
+        const double size = densities ? cells.part()[i] * cells.width()[i] : cells.part()[i];
+        net[i] = cells.part()[i] > 0.0 ? cells.net()[i] / size : 0.0;
     }
     const auto top = static_cast<std::size_t>(std::max_element(net.begin(), net.end()) - net.begin());
     result.netMaximum = net[top];
     result.netMaximumBin = result.first + top;
-    const bool trusted = result.significant && region.cells[top].net >= 25.0;
+    const bool trusted = result.significant && cells.net()[top] >= 25.0;
     result.fwhm = analysis::interpolatedWidth(x, net, top, 0.5, region.origin, trusted);
     result.fwtm = analysis::interpolatedWidth(x, net, top, 0.1, region.origin, trusted);
 }
