@@ -3,6 +3,7 @@
 #include <QMutex>
 #include <QMutexLocker>
 #include <QThreadPool>
+#include <QTimer>
 
 #include <utility>
 
@@ -40,6 +41,13 @@ void BackgroundRun::start(Work work)
                 Qt::QueuedConnection);
         }
     });
+}
+
+// A timer: events that are posted now would be handled in the same pass.
+void BackgroundRun::continueLater(Delivery rest)
+{
+    m_isRunning = true;
+    QTimer::singleShot(0, this, [this, number = m_number, rest = std::move(rest)] { finish(number, rest); });
 }
 
 void BackgroundRun::drop()

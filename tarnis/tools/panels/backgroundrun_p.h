@@ -26,6 +26,9 @@ public:
     /// Starts the work. Its delivery is called from the event loop, unless another work was started or the run was
     /// dropped by then.
     void start(Work work);
+    /// Only within a delivery: calls the rest of it in a later pass of the event loop, so that one pass does not do and
+    /// paint everything. The run is still running until then, and drop() or start() discards the rest.
+    void continueLater(Delivery rest);
     /// Discards the result of the running work.
     void drop();
 

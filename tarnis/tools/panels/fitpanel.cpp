@@ -54,6 +54,15 @@ PlotSpectrum FitPanel::Internals::spectrum() const
     return controls.curve->spectrum();
 }
 
+void FitPanel::Internals::setShown(const FitResult& result, const PlotSpectrum& data, const QDateTime& time)
+{
+    shown = result;
+    shownData = data;
+    shownTime = time;
+    isGuess = false;
+    hasGood = result.acceptable;
+}
+
 FitPanel::FitPanel(XYGraphWidget* plot, QWidget* parent)
     : QWidget(parent)
     , m_data(std::make_unique<Internals>(plot))
@@ -245,20 +254,19 @@ void FitPanel::fit()
                           from = isLive && m_data->hasGood ? m_data->shown : FitResult()] {
         FitResult result = runFit(spectrum.data(), setup, from.status == FitStatus::Done ? &from : nullptr);
         FitLines lines = linesOf(result, spectrum.data());
-        return BackgroundRun::Delivery(
-            [this, result = std::move(result), lines = std::move(lines), spectrum, time, isLive] {
+        // The curve and the panel are painted in two passes of the event loop.
+        return BackgroundRun::Delivery([this, result = std::move(result), lines = std::move(lines), spectrum, time,
+                                           isLive] {
+            const bool isUsed = !isLive || !m_data->hasGood || result.acceptable;
+            if (isUsed)
+                m_data->curves.setLines(lines, false, result.acceptable);
+            m_data->run.continueLater([this, result, spectrum, time, isUsed] {
                 QString note;
-                if (isLive && m_data->hasGood && !result.acceptable) {
+                if (isUsed)
+                    m_data->setShown(result, spectrum, time);
+                else
                     note = tr("The last fit was not used: %1\nShown is the result of %2.")
                                .arg(summaryOf(result, false), m_data->shownTime.toString(QStringLiteral("HH:mm:ss")));
-                } else {
-                    m_data->shown = result;
-                    m_data->shownData = spectrum;
-                    m_data->shownTime = time;
-                    m_data->isGuess = false;
-                    m_data->hasGood = result.acceptable;
-                    m_data->curves.setLines(lines, false, result.acceptable);
-                }
                 showResult(note);
                 if (result.status != FitStatus::Refused) {
                     m_data->history.add(time, result);
@@ -266,6 +274,7 @@ void FitPanel::fit()
                 }
                 Q_EMIT fitted();
             });
+        });
     });
     showMessage(isLive ? message() : tr("Fitting..."), true);
 }

@@ -93,6 +93,8 @@ struct TARNIS_NO_EXPORT FitPanel::Internals {
 
     /// The current curve to fit; empty if there is none.
     PlotSpectrum spectrum() const;
+    /// Makes a fit of that time the shown result.
+    void setShown(const FitResult& result, const PlotSpectrum& data, const QDateTime& time);
 };
 
 } // namespace tarnis
