@@ -269,9 +269,10 @@ void MainWindow::showStatus()
     ui->indicatorLabel->setPixmap(indicatorPicture(indicator, 18, devicePixelRatioF()));
     ui->indicatorLabel->setAccessibleName(status);
     ui->statusLabel->setText(status);
-    const QString rawName = QLatin1String(Tarnis::GetStatusName(m_controller->status()));
-    ui->statusLabel->setToolTip(rawName);
-    ui->indicatorLabel->setToolTip(rawName);
+    const QString tip =
+        tr("Name of this status in the log: %1").arg(QLatin1String(Tarnis::GetStatusName(m_controller->status())));
+    ui->statusLabel->setToolTip(tip);
+    ui->indicatorLabel->setToolTip(tip);
     ui->serverLabel->setText(server);
 }
 

@@ -136,10 +136,10 @@ private Q_SLOTS:
         ConsoleFixture fixture(server);
         auto& label = fixture.widget<QLabel>("statusLabel");
         QCOMPARE(label.text(), QStringLiteral("Connected"));
-        QCOMPARE(label.toolTip(), QStringLiteral("SERVER CONNECTED"));
+        QVERIFY(label.toolTip().endsWith(QStringLiteral(": SERVER CONNECTED")));
         setLanguage(QStringLiteral("de"));
         TRY_COMPARE(label.text(), QStringLiteral("Verbunden"));
-        QCOMPARE(label.toolTip(), QStringLiteral("SERVER CONNECTED"));
+        QVERIFY(label.toolTip().endsWith(QStringLiteral(": SERVER CONNECTED")));
     }
 
     void everyStatusHasAWordInGerman()

@@ -60,6 +60,19 @@ private Q_SLOTS:
         QVERIFY(index.data(Qt::ToolTipRole).toString().contains(QStringLiteral("10")));
     }
 
+    void explainsItsSettings()
+    {
+        Table table;
+        table.model.setServerValues({ { "bcp12", "5002" }, { "ipx", "1" }, { "rate", "10" } });
+        const auto tip = [&](int row, int column) {
+            return table.model.index(row, column).data(Qt::ToolTipRole).toString();
+        };
+        QVERIFY(tip(0, SettingsModel::Name).contains(QStringLiteral("control commands")));
+        QVERIFY(tip(1, SettingsModel::Name).contains(QStringLiteral("setting of the server: ipx")));
+        QVERIFY(tip(2, SettingsModel::Name).contains(QStringLiteral("rate")));
+        QCOMPARE(tip(0, SettingsModel::Value), QStringLiteral("5002")); // the cell may be elided
+    }
+
     void keepsAnEditedValueAfterTheNextReading()
     {
         Table table;

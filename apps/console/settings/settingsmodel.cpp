@@ -4,6 +4,7 @@
 
 #include <QFont>
 
+#include <algorithm>
 #include <utility>
 
 namespace console {
@@ -21,6 +22,29 @@ QString characterProblem(const QString& text, const QString& what)
             return SettingsModel::tr("%1 contains a character outside Latin-1, which cannot be sent.").arg(what);
     }
     return {};
+}
+
+/// True for the name itself and with the number of a module behind it.
+bool isOfModule(QStringView name, QStringView setting)
+{
+    const QStringView number = name.mid(setting.size());
+    return name.startsWith(setting) && std::all_of(number.begin(), number.end(), [](QChar c) { return c.isDigit(); });
+}
+
+/// What a setting means, as far as the console uses it itself.
+QString meaningOf(const QString& name)
+{
+    if (name == u"basepath")
+        return SettingsModel::tr("Folder of the data on the server");
+    if (name == u"inst")
+        return SettingsModel::tr("Name of the instrument");
+    if (isOfModule(name, u"ip"))
+        return SettingsModel::tr("IP address of the readout module");
+    if (isOfModule(name, u"tcp"))
+        return SettingsModel::tr("Port at which the readout module delivers its data");
+    if (isOfModule(name, u"bcp"))
+        return SettingsModel::tr("Port at which the readout module accepts control commands");
+    return SettingsModel::tr("A setting of the server: %1").arg(name);
 }
 
 } // namespace
@@ -90,7 +114,9 @@ QVariant SettingsModel::data(const QModelIndex& index, int role) const
     case Qt::ToolTipRole:
         if (!isOnServer)
             return tr("This setting was not read from the server yet, or does not exist there.");
-        return isChanged(name) ? tr("Changed here. The server has \u201c%1\u201d.").arg(*onServer) : QVariant();
+        if (isChanged(name))
+            return tr("Changed here. The server has \u201c%1\u201d.").arg(*onServer);
+        return index.column() == Name ? meaningOf(name) : QVariant(index.data().toString());
     case Qt::AccessibleDescriptionRole:
         return isChanged(name) ? tr("changed") : tr("as on the server");
     case ChangedRole:

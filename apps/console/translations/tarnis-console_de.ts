@@ -2138,6 +2138,10 @@
         <source>&amp;End Without Saving</source>
         <translation>Ohne Sichern b&amp;eenden</translation>
     </message>
+    <message>
+        <source>Name of this status in the log: %1</source>
+        <translation>Name dieses Zustands in der Logdatei: %1</translation>
+    </message>
 </context>
 <context>
     <name>console::ModuleAnswers</name>
@@ -2938,6 +2942,30 @@
     <message>
         <source>“%1” is not a valid value for “%2”: it must be an integer.</source>
         <translation>„%1“ ist kein Wert für „%2“: es muss eine ganze Zahl sein.</translation>
+    </message>
+    <message>
+        <source>Folder of the data on the server</source>
+        <translation>Ordner der Daten auf dem Server</translation>
+    </message>
+    <message>
+        <source>Name of the instrument</source>
+        <translation>Name des Instruments</translation>
+    </message>
+    <message>
+        <source>IP address of the readout module</source>
+        <translation>IP-Adresse des Auslesemoduls</translation>
+    </message>
+    <message>
+        <source>Port at which the readout module delivers its data</source>
+        <translation>Port, an dem das Auslesemodul seine Daten liefert</translation>
+    </message>
+    <message>
+        <source>Port at which the readout module accepts control commands</source>
+        <translation>Port, an dem das Auslesemodul Steuerbefehle annimmt</translation>
+    </message>
+    <message>
+        <source>A setting of the server: %1</source>
+        <translation>Eine Einstellung des Servers: %1</translation>
     </message>
 </context>
 <context>
