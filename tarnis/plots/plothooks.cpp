@@ -160,6 +160,9 @@ void PlotHooks::paintOverlays(QPainter& painter, bool saved) const
     for (PlotOverlay* const overlay : overlays) {
         if (saved && !overlay->isSaved())
             continue;
+        if (isPartial() && overlay->m_isAreaKnown && !overlay->m_dependsOnOthers
+            && !m_parts.intersects(overlay->m_area))
+            continue;
         painter.save();
         overlay->paintOverlay(painter, mapping);
         painter.restore();
@@ -178,6 +181,13 @@ void PlotHooks::paintOverlaysTurned(QPainter& painter, bool saved) const
     painter.rotate(mapping.rotation());
     paintOverlays(painter, saved);
     painter.restore();
+}
+
+void PlotHooks::paintOverlaysIn(QPainter& painter, const QRegion& parts)
+{
+    m_parts = parts;
+    paintOverlays(painter, false);
+    m_parts = QRegion();
 }
 
 void PlotHooks::acquireTracking()

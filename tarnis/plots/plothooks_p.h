@@ -8,6 +8,7 @@
 #include <QList>
 #include <QObject>
 #include <QRect>
+#include <QRegion>
 #include <QStringList>
 
 QT_BEGIN_NAMESPACE
@@ -58,6 +59,12 @@ public:
     void paintOverlays(QPainter& painter, bool saved) const;
     /// As above, on the widget or on a copy of its cached picture, with the rotation of the plot.
     void paintOverlaysTurned(QPainter& painter, bool saved) const;
+    /// Repaints parts of an upright widget at whole pixels: overlays that are known to draw elsewhere are left out.
+    void paintOverlaysIn(QPainter& painter, const QRegion& parts);
+    /// The parts that are repainted at present; empty for all of the widget. @{
+    const QRegion& parts() const { return m_parts; }
+    bool isPartial() const { return !m_parts.isEmpty(); }
+    /// @}
 
     // Input settings that tools change; each acquire call needs one release call.
     void acquireTracking();
@@ -90,6 +97,7 @@ private:
     XYGraphWidget& m_plot;
     QList<PlotObserver*> m_observers;
     QList<PlotOverlay*> m_overlays; // in the order of drawing
+    QRegion m_parts;
     State m_reported;
     bool m_dataChanged = false;
     bool m_isPosted = false;

@@ -2,9 +2,11 @@
 
 #include "tarnis/plots/plothooks_p.h"
 #include "tarnis/plots/plotoverlay.h"
+#include "tarnis/plots/plotpixmap_p.h"
 #include "tarnis/plots/xygraphwidget.h"
 
 #include <QDebug>
+#include <QPainter>
 
 namespace tarnis {
 
@@ -57,6 +59,40 @@ void PlotOverlay::updateOverlay()
 {
     if (m_plot != nullptr)
         m_plot->update();
+}
+
+/// At fractional pixel ratios the edges of an area would be inside of pixels.
+bool PlotOverlay::canUpdateArea() const
+{
+    return m_isAreaKnown && m_plot->m_doubleBuffered && !m_plot->m_refreshRequired && !isTurned(m_plot->m_rotation)
+        && hasWholePixels(*m_plot);
+}
+
+void PlotOverlay::updateOverlayArea(const QRegion& area)
+{
+    if (m_plot == nullptr)
+        return;
+    constexpr int maxParts = 300; // with more of them, copying each takes longer than the pixels saved
+    m_area += area;
+    if (m_area.rectCount() > maxParts)
+        m_area = m_area.boundingRect();
+    if (canUpdateArea())
+        m_plot->update(m_area);
+    else
+        m_plot->update();
+}
+
+void PlotOverlay::noteDrawn(const QPainter& painter, const QRegion& area, bool dependsOnOthers)
+{
+    if (m_plot == nullptr || painter.device() != static_cast<const QPaintDevice*>(m_plot))
+        return; // in a file
+    // Another tool has moved it, and the present repaint was not for that.
+    const bool isMoved = m_isAreaKnown && PlotHooks::of(*m_plot).isPartial() && !area.subtracted(m_area).isEmpty();
+    if (isMoved)
+        updateOverlayArea(area);
+    m_area = area;
+    m_isAreaKnown = true;
+    m_dependsOnOthers = dependsOnOthers;
 }
 
 void PlotOverlay::paintAll(const XYGraphWidget& plot, QPainter& painter)

@@ -3,6 +3,8 @@
 
 #include <tarnis/tarnis_export.h>
 
+#include <QRegion>
+
 class QPainter;
 class XYGraphWidget;
 
@@ -39,10 +41,22 @@ protected:
     /// Whether the drawing appears in saved and printed pictures. True by default.
     virtual bool isSaved() const;
 
+    /// Repaints `area`, and what the overlay has drawn before; areas are in frame coordinates. A pointer move then
+    /// costs the pixels that change. Like updateOverlay() until noteDrawn() has been called.
+    void updateOverlayArea(const QRegion& area);
+    /// For a paintOverlay() that reports each time where it has drawn, even if nowhere. Unless its place depends on
+    /// other overlays, it is then left out of repaints that do not touch this area.
+    void noteDrawn(const QPainter& painter, const QRegion& area, bool dependsOnOthers = false);
+
 private:
     friend class PlotHooks;
+    TARNIS_NO_EXPORT bool canUpdateArea() const;
+
     XYGraphWidget* m_plot = nullptr;
     int m_zOrder = 0;
+    QRegion m_area; // drawn on the widget, or about to be
+    bool m_isAreaKnown = false;
+    bool m_dependsOnOthers = false;
 };
 
 } // namespace tarnis

@@ -4,7 +4,10 @@
 
 #include <QFile>
 #include <QPainter>
+#include <QRegion>
 #include <QWidget>
+
+#include <cmath>
 
 namespace tarnis {
 
@@ -31,6 +34,22 @@ void useWidgetCoordinates(QPainter& painter, const QPixmap& pixmap, const QSize&
     const QRect rect(QPoint(0, 0), size);
     painter.setWindow(rect);
     painter.setViewport(rect);
+}
+
+void copyParts(QPainter& painter, const QPixmap& picture, const QRegion& parts, const QPoint& corner)
+{
+    painter.save();
+    for (const QRect& part : parts) {
+        painter.setClipRect(part);
+        painter.drawPixmap(corner, picture);
+    }
+    painter.restore();
+}
+
+bool hasWholePixels(const QWidget& widget)
+{
+    const qreal ratio = widget.devicePixelRatio();
+    return ratio == std::floor(ratio);
 }
 
 bool isQuarterTurn(double rotation)

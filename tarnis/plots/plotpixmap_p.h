@@ -6,6 +6,7 @@
 
 QT_BEGIN_NAMESPACE
 class QPainter;
+class QRegion;
 class QWidget;
 QT_END_NAMESPACE
 
@@ -21,6 +22,13 @@ QPixmap windowPixmap(const QWidget& widget, const QSize& size);
 /// Sets window and viewport of a painter on such a pixmap to widget coordinates. Call it directly after opening the
 /// painter. Does nothing at a ratio of 1.
 void useWidgetCoordinates(QPainter& painter, const QPixmap& pixmap, const QSize& size);
+
+/// Copies the parts of a picture of the whole widget. Each part has a rectangle as its clip, for which the painter has
+/// a faster path than for a region.
+void copyParts(QPainter& painter, const QPixmap& picture, const QRegion& parts, const QPoint& corner = {});
+
+/// True if a pixel of the widget covers whole pixels of the screen.
+bool hasWholePixels(const QWidget& widget);
 
 /// True for about +90 degrees, with the tolerance of the plots.
 bool isQuarterTurn(double rotation);

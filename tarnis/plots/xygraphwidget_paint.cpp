@@ -12,6 +12,7 @@
 #include "tarnis/plots/raster/devicepixels_p.h"
 #include "tarnis/plots/raster/pixeltarget_p.h"
 
+#include <QPaintEvent>
 #include <QPainter>
 
 #include <algorithm>
@@ -305,19 +306,27 @@ std::unique_ptr<QPixmap> XYGraphWidget::copyWithOverlays() const
     return pixmap;
 }
 
-void XYGraphWidget::paintEvent(QPaintEvent* /*event*/)
+void XYGraphWidget::paintEvent(QPaintEvent* event)
 {
     refreshPixmapIfRequired();
     QPainter painter(this);
-    if (m_doubleBuffered)
+    const bool hasOverlays = m_hooks != nullptr && m_hooks->hasOverlays();
+    const bool isPartial = hasOverlays && m_doubleBuffered && !tarnis::isTurned(m_rotation)
+        && tarnis::hasWholePixels(*this) && event->region() != QRegion(rect());
+    if (isPartial)
+        tarnis::copyParts(painter, m_pixmap, event->region());
+    else if (m_doubleBuffered)
         painter.drawPixmap(0, 0, m_pixmap);
     else
         paint(painter, nullptr);
     paintSelectedRect(painter);
-    if (m_hooks != nullptr && m_hooks->hasOverlays()) {
-        painter.setClipping(false);
+    if (!hasOverlays)
+        return;
+    painter.setClipping(false);
+    if (isPartial)
+        m_hooks->paintOverlaysIn(painter, event->region());
+    else
         m_hooks->paintOverlaysTurned(painter, false);
-    }
 }
 
 void XYGraphWidget::paintSelectedRect(QPainter& painter)

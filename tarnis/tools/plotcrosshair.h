@@ -7,6 +7,8 @@
 #include <QPointF>
 #include <QRect>
 
+#include <memory>
+
 QT_BEGIN_NAMESPACE
 class QFont;
 QT_END_NAMESPACE
@@ -70,7 +72,10 @@ private:
     TARNIS_NO_EXPORT QPointF value(const PlotMapping& mapping) const;
     TARNIS_NO_EXPORT PlotReadOut readOut() const;
     struct Label;
+    struct Labels;
+    struct Drawing;
     TARNIS_NO_EXPORT Label labelAt(const PlotMapping& mapping, const QFont& font, const QString& text) const;
+    TARNIS_NO_EXPORT Drawing drawing(const PlotMapping& mapping, const QFont& font) const;
     TARNIS_NO_EXPORT void renew();
     TARNIS_NO_EXPORT void makeActions();
     TARNIS_NO_EXPORT void togglePin();
@@ -82,6 +87,7 @@ private:
     QPointF m_pointer; // in pixels of the widget
     QPointF m_pin; // in values
     QString m_text;
+    std::unique_ptr<Labels> m_labels; // layouts of the read-out
     QAction* m_switch = nullptr;
     QAction* m_pinSwitch = nullptr;
     QAction* m_copy = nullptr;

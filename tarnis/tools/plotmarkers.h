@@ -8,6 +8,10 @@
 #include <QPointF>
 #include <QString>
 
+QT_BEGIN_NAMESPACE
+class QFont;
+QT_END_NAMESPACE
+
 namespace tarnis {
 
 /// A named position in a plot. Two markers are equal if both members are.
@@ -96,7 +100,10 @@ private:
     TARNIS_NO_EXPORT void endDrag(bool cancel);
     TARNIS_NO_EXPORT void openEditor(int index);
     TARNIS_NO_EXPORT void paintMarker(QPainter& painter, const PlotMapping& mapping, int index) const;
-    TARNIS_NO_EXPORT QRect paintName(QPainter& painter, const PlotMapping& mapping, int index) const;
+    struct Name;
+    TARNIS_NO_EXPORT Name nameOf(const PlotMapping& mapping, const QFont& font, int index) const;
+    TARNIS_NO_EXPORT QRegion areaOf(const PlotMapping& mapping, const QFont& font, int index) const;
+    TARNIS_NO_EXPORT void renewArea();
 
     QList<PlotMarker> m_markers;
     bool m_isOn = true;

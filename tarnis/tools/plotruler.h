@@ -74,6 +74,8 @@ protected:
 private:
     enum class Grip { None, From, To };
     struct Sums;
+    struct Label;
+    struct Drawing;
 
     TARNIS_NO_EXPORT void makeActions();
     TARNIS_NO_EXPORT void updateActions();
@@ -82,6 +84,7 @@ private:
     TARNIS_NO_EXPORT Grip gripAt(const PlotMapping& mapping, const QPointF& pixel) const;
     TARNIS_NO_EXPORT void endDrag(bool cancel);
     TARNIS_NO_EXPORT void renew();
+    TARNIS_NO_EXPORT Drawing drawing(const PlotMapping& mapping, const QFont& font) const;
     TARNIS_NO_EXPORT QRect textRow(const PlotMapping& mapping, const QFont& font) const;
 
     bool m_isOn = false;
@@ -94,6 +97,7 @@ private:
     QPointF m_wasTo;
     QString m_text;
     std::unique_ptr<Sums> m_sums;
+    std::unique_ptr<Label> m_label;
     QAction* m_switch = nullptr;
     QAction* m_copy = nullptr;
 };

@@ -52,6 +52,47 @@ private Q_SLOTS:
         updateSums(sums, {});
         QVERIFY(sums.isEmpty());
     }
+
+    void addsUpRectangles()
+    {
+        auto random = seededGenerator(32);
+        for (int round = 0; round < 20; ++round) {
+            QList<QList<double>> rows(whole(random, 1, 200));
+            for (QList<double>& row : rows) {
+                row.resize(whole(random, 200, 300)); // of different lengths
+                for (double& number : row)
+                    number = chance(random, 0.02) ? std::nan("") : std::floor(uniform(random, -1e6, 1e6));
+            }
+            if (chance(random, 0.3)) // the sum of a column of these is not finite
+                rows[rows.size() / 2][5] = rows[0][5] = std::numeric_limits<double>::max();
+            RectangleSums sums;
+            for (int part = 0; part < 20; ++part) {
+                if (chance(random, 0.2))
+                    rows[whole(random, 0, int(rows.size()) - 1)][whole(random, 6, 199)] += 1.0;
+                sums.update(rows);
+                const int first = whole(random, 6, 310);
+                const int last = whole(random, 6, 310);
+                const int firstRow = whole(random, 0, int(rows.size()) - 1);
+                const int lastRow = whole(random, 0, int(rows.size()) - 1);
+                double expected = 0.0;
+                for (int row = firstRow; row <= lastRow; ++row)
+                    expected += BlockSums(rows.at(row)).between(first, last);
+                QCOMPARE(sums.between(first, last, firstRow, lastRow), expected); // whole numbers: exact
+            }
+        }
+    }
+
+    void keepsHugeNumbersInRectangles()
+    {
+        QList<QList<double>> rows(64, QList<double>(10, 1.0));
+        rows[3][2] = rows[40][2] = std::numeric_limits<double>::max();
+        rows[4][2] = -std::numeric_limits<double>::max();
+        rows[5][2] = rows[6][2] = std::numeric_limits<double>::max();
+        RectangleSums sums;
+        sums.update(rows);
+        for (int use = 0; use < 3; ++use)
+            QCOMPARE(sums.between(2, 2, 0, 63), std::numeric_limits<double>::infinity());
+    }
 };
 
 QTEST_GUILESS_MAIN(TestBlockSums)

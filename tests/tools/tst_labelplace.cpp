@@ -62,11 +62,11 @@ private Q_SLOTS:
         const QFontMetrics metrics { QFont() };
         const int two = metrics.horizontalAdvance(QStringLiteral("one: 1   two: 2"));
         const QString text = QStringLiteral("one: 1   two: 2   six: 6");
-        QCOMPARE(wrapped(text, metrics, 10000, 9), text);
-        QCOMPARE(wrapped(text, metrics, two, 9), QStringLiteral("one: 1   two: 2\nsix: 6"));
+        QCOMPARE(wrapped({ text, metrics }, metrics, 10000, 9), text);
+        QCOMPARE(wrapped({ text, metrics }, metrics, two, 9), QStringLiteral("one: 1   two: 2\nsix: 6"));
         const int one = metrics.horizontalAdvance(QStringLiteral("two: 2   "));
-        QCOMPARE(wrapped(text, metrics, one, 9), QStringLiteral("one: 1\ntwo: 2\nsix: 6"));
-        const QString cut = wrapped(text, metrics, two, 1);
+        QCOMPARE(wrapped({ text, metrics }, metrics, one, 9), QStringLiteral("one: 1\ntwo: 2\nsix: 6"));
+        const QString cut = wrapped({ text, metrics }, metrics, two, 1);
         QVERIFY2(cut.endsWith(u'…') && !cut.contains(u'\n'), qPrintable(cut));
     }
 
@@ -75,12 +75,12 @@ private Q_SLOTS:
         const QFontMetrics metrics { QFont() };
         const QString text = QStringLiteral("Time [14000, 14002.44) bin 5734   4 ± 2   six: 6");
         const int part = metrics.horizontalAdvance(QStringLiteral("Time [14000, 14002.44) bin 5734"));
-        QCOMPARE(widthFor(text, metrics, { part + 50, 700, 900 }, 9), part + 50);
-        const int width = widthFor(text, metrics, { 20, 10, 900 }, 9);
+        QCOMPARE(widthFor({ text, metrics }, { part + 50, 700, 900 }, 9), part + 50);
+        const int width = widthFor({ text, metrics }, { 20, 10, 900 }, 9);
         QVERIFY(width >= part && width <= part + 2);
-        QVERIFY(!wrapped(text, metrics, width, 9).contains(u'…'));
-        QCOMPARE(widthFor(text, metrics, { 20, 700, 900 }, 1), 700); // all in one line
-        QCOMPARE(widthFor(text, metrics, { 20, 10, 30 }, 9), 30);
+        QVERIFY(!wrapped({ text, metrics }, metrics, width, 9).contains(u'…'));
+        QCOMPARE(widthFor({ text, metrics }, { 20, 700, 900 }, 1), 700); // all in one line
+        QCOMPARE(widthFor({ text, metrics }, { 20, 10, 30 }, 9), 30);
     }
 };
 

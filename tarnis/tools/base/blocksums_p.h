@@ -13,6 +13,7 @@ public:
 
     /// Of the finite numbers from `first` to `last`, both included; those outside of the list count as 0.
     double between(qsizetype first, qsizetype last) const;
+    const QList<double>& numbers() const { return m_numbers; } ///< as given
     /// True if these are the numbers. Quick: compares where they are stored, since the class keeps them as they are.
     bool areOf(const QList<double>& numbers) const
     {
@@ -24,7 +25,32 @@ private:
     QList<double> m_blocks;
 };
 
-/// Brings the sums up to date with the lists: those of lists that have changed are calculated again.
-void updateSums(QList<BlockSums>& sums, const QList<QList<double>>& lists);
+/// Brings the sums up to date with the lists: those of lists that have changed are calculated again. Returns whether
+/// any has.
+bool updateSums(QList<BlockSums>& sums, const QList<QList<double>>& lists);
+
+/// Sums of the finite numbers in a rectangle of rows. Groups of rows are added up once it is asked again for the same
+/// rows, as during a drag.
+class RectangleSums {
+public:
+    /// Brings the sums up to date. Quick for rows that have not changed.
+    void update(const QList<QList<double>>& rows);
+    void clear() { *this = {}; } ///< frees the memory
+    /// Both ends are included; numbers outside of a row count as 0, the rows must exist.
+    double between(qsizetype firstColumn, qsizetype lastColumn, qsizetype firstRow, qsizetype lastRow);
+
+private:
+    static constexpr qsizetype groupSize = 32; // rows; about as many as of groups in a large map
+    const BlockSums* group(qsizetype index);
+
+    QList<BlockSums> m_rows;
+    struct Group {
+        bool isMade = false;
+        bool isUsable = false; // sums of huge numbers are not finite, and would be left out
+        BlockSums columns; // totals of the columns
+    };
+    QList<Group> m_groups;
+    int m_uses = 0; // since the last change
+};
 
 } // namespace tarnis

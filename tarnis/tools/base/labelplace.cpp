@@ -4,6 +4,7 @@
 #include <QStringList>
 
 #include <algorithm>
+#include <numeric>
 
 namespace tarnis {
 
@@ -32,16 +33,22 @@ QRect widestGap(const QRect& row, QList<QRect> boxes)
     return widest;
 }
 
+/// Consecutive parts that share a line.
+struct Line {
+    QString text;
+    int width = 0;
+};
+
 /// The parts in lines of at most `width`, unless a single part or the last line is wider.
-QStringList linesOf(const QString& text, const QFontMetrics& metrics, int width, int maxLines)
+QList<Line> linesOf(const ReadOutParts& parts, int width, int maxLines)
 {
-    QStringList lines;
-    for (const QString& part : text.split(separator)) {
-        const QString longer = lines.isEmpty() ? part : lines.last() + separator + part;
-        if (!lines.isEmpty() && (metrics.horizontalAdvance(longer) <= width || lines.size() >= maxLines))
-            lines.last() = longer;
+    QList<Line> lines;
+    for (qsizetype i = 0; i < parts.texts.size(); ++i) {
+        const int longer = lines.isEmpty() ? 0 : lines.last().width + parts.gap + parts.widths.at(i);
+        if (!lines.isEmpty() && (longer <= width || lines.size() >= maxLines))
+            lines.last() = { lines.last().text + separator + parts.texts.at(i), longer };
         else
-            lines.append(part);
+            lines.append({ parts.texts.at(i), parts.widths.at(i) });
     }
     return lines;
 }
@@ -67,24 +74,42 @@ QRect freeRow(const QRect& inside, const QSize& text, const QList<QRect>& boxes)
     return best;
 }
 
-int widthFor(const QString& text, const QFontMetrics& metrics, const LineWidths& widths, int maxLines)
+ReadOutParts::ReadOutParts(const QString& text, const QFontMetrics& metrics)
+    : texts(text.split(separator))
+    , gap(metrics.horizontalAdvance(separator))
+{
+    for (const QString& part : texts)
+        widths.append(metrics.horizontalAdvance(part));
+}
+
+int ReadOutParts::width() const
+{
+    return std::accumulate(widths.cbegin(), widths.cend(), static_cast<int>(widths.size() - 1) * gap);
+}
+
+int widthFor(const ReadOutParts& parts, const LineWidths& widths, int maxLines)
 {
     int widestPart = 0;
-    for (const QString& part : text.split(separator))
-        widestPart = std::max(widestPart, metrics.horizontalAdvance(part) + 1); // rounded, it would be elided
+    for (const int part : parts.widths)
+        widestPart = std::max(widestPart, part + 1); // rounded, it would be elided
     const int width = std::min(std::max(widths.usual, widestPart), widths.max);
-    const QStringList lines = linesOf(text, metrics, width, maxLines);
-    const bool fits = std::all_of(
-        lines.begin(), lines.end(), [&](const QString& line) { return metrics.horizontalAdvance(line) <= width; });
+    const QList<Line> lines = linesOf(parts, width, maxLines);
+    const bool fits = std::all_of(lines.begin(), lines.end(), [&](const Line& line) { return line.width <= width; });
     return fits ? width : std::max(width, widths.wide);
 }
 
-QString wrapped(const QString& text, const QFontMetrics& metrics, int width, int maxLines)
+QString wrapped(const ReadOutParts& parts, const QFontMetrics& metrics, int width, int maxLines)
 {
-    QStringList lines = linesOf(text, metrics, width, maxLines);
-    for (QString& line : lines)
-        line = metrics.elidedText(line, Qt::ElideRight, width);
-    return lines.join(u'\n');
+    QStringList texts;
+    const QList<Line> lines = linesOf(parts, width, maxLines);
+    for (const Line& line : lines)
+        texts.append(line.width <= width ? line.text : metrics.elidedText(line.text, Qt::ElideRight, width));
+    return texts.join(u'\n');
+}
+
+qsizetype lineCount(const ReadOutParts& parts, int width, int maxLines)
+{
+    return linesOf(parts, width, maxLines).size();
 }
 
 } // namespace tarnis

@@ -4,6 +4,7 @@
 #include <QList>
 #include <QRect>
 #include <QString>
+#include <QStringList>
 
 QT_BEGIN_NAMESPACE
 class QFontMetrics;
@@ -15,6 +16,16 @@ namespace tarnis {
 /// otherwise the widest one. Its width is that of the gap. Rows begin at the top of `inside` and below each box.
 QRect freeRow(const QRect& inside, const QSize& text, const QList<QRect>& boxes);
 
+/// The parts of a read-out, which three spaces separate. Measured once, as shaping them takes longer than the rest.
+struct ReadOutParts {
+    ReadOutParts(const QString& text, const QFontMetrics& metrics);
+    int width() const; ///< in one line
+
+    QStringList texts;
+    QList<int> widths;
+    int gap = 0; ///< width of a separator
+};
+
 /// Widths of the lines of a read-out, in pixels.
 struct LineWidths {
     int usual; ///< where nothing is elided in it
@@ -23,10 +34,11 @@ struct LineWidths {
 };
 
 /// The width for wrapped(): the smallest of these, or of the widest part, in which nothing is elided.
-int widthFor(const QString& text, const QFontMetrics& metrics, const LineWidths& widths, int maxLines);
+int widthFor(const ReadOutParts& parts, const LineWidths& widths, int maxLines);
 
-/// Joins the parts of a read-out with three spaces, in lines of at most `width` and at most `maxLines` of them. A part
-/// that is wider, or that follows in the last line, is elided.
-QString wrapped(const QString& text, const QFontMetrics& metrics, int width, int maxLines);
+/// Joins the parts in lines of at most `width` and at most `maxLines` of them. A part that is wider, or that follows in
+/// the last line, is elided.
+QString wrapped(const ReadOutParts& parts, const QFontMetrics& metrics, int width, int maxLines);
+qsizetype lineCount(const ReadOutParts& parts, int width, int maxLines); ///< the number of these lines
 
 } // namespace tarnis

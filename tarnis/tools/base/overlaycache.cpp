@@ -1,13 +1,15 @@
 #include "tarnis/tools/base/overlaycache_p.h"
 
+#include "tarnis/plots/plothooks_p.h"
 #include "tarnis/plots/plotmapping.h"
+#include "tarnis/plots/plotpixmap_p.h"
+#include "tarnis/plots/xygraphwidget.h"
 
 #include <QPainter>
-#include <QWidget>
 
 namespace tarnis {
 
-void OverlayCache::paint(QPainter& painter, const QWidget* plot, const PlotMapping& mapping, const QRect& area,
+void OverlayCache::paint(QPainter& painter, const XYGraphWidget* plot, const PlotMapping& mapping, const QRect& area,
     bool isStale, const Drawing& drawing)
 {
     if (area.isEmpty())
@@ -39,7 +41,11 @@ void OverlayCache::paint(QPainter& painter, const QWidget* plot, const PlotMappi
         inside.translate(-area.topLeft());
         drawing(inside);
     }
-    painter.drawPixmap(area.topLeft(), m_picture);
+    const PlotHooks* const hooks = PlotHooks::existing(*plot);
+    if (hooks != nullptr && hooks->isPartial())
+        copyParts(painter, m_picture, hooks->parts() & area, area.topLeft());
+    else
+        painter.drawPixmap(area.topLeft(), m_picture);
 }
 
 } // namespace tarnis

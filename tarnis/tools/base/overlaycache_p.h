@@ -10,8 +10,8 @@
 
 QT_BEGIN_NAMESPACE
 class QPainter;
-class QWidget;
 QT_END_NAMESPACE
+class XYGraphWidget;
 
 namespace tarnis {
 
@@ -24,8 +24,8 @@ public:
     using Drawing = std::function<void(QPainter&)>;
 
     /// Draws inside of `area`, in frame coordinates. `isStale` forces a new picture.
-    void paint(QPainter& painter, const QWidget* plot, const PlotMapping& mapping, const QRect& area, bool isStale,
-        const Drawing& drawing);
+    void paint(QPainter& painter, const XYGraphWidget* plot, const PlotMapping& mapping, const QRect& area,
+        bool isStale, const Drawing& drawing);
     void drop() { m_picture = QPixmap(); } ///< forces a new picture in the next paint
 
 private:

@@ -16,6 +16,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 
 namespace tarnis {
 
@@ -45,12 +46,82 @@ QList<QRect> boxesOver(const XYGraphWidget& plot)
 /// The read-out as it is drawn.
 struct PlotCrosshair::Label {
     QRect box;
+    const LabelLayout* layout = nullptr; // until the next one is made
+};
+
+/// The layouts of the last read-out: each is needed to find what to repaint, and to paint it.
+struct PlotCrosshair::Labels {
+    void use(const QString& given, const QFont& inFont)
+    {
+        if (parts && text == given && font == inFont)
+            return;
+        text = given;
+        font = inFont;
+        parts.emplace(text, QFontMetrics(font));
+        line.reset();
+        lines.reset();
+    }
+    /// The height of a box of so many lines.
+    int heightOf(qsizetype number) const
+    {
+        return labelSize(QFontMetrics(font), QString(QStringLiteral("1\n").repeated(number)).chopped(1)).height();
+    }
+    const LabelLayout& inOneLine()
+    {
+        if (!line)
+            line.emplace(text, font);
+        return *line;
+    }
+    const LabelLayout& inLines(int maxWidth, int maxLines)
+    {
+        if (!lines || width != maxWidth || count != maxLines)
+            lines.emplace(wrapped(*parts, QFontMetrics(font), maxWidth, maxLines), font);
+        width = maxWidth;
+        count = maxLines;
+        return *lines;
+    }
+
     QString text;
+    QFont font;
+    std::optional<ReadOutParts> parts;
+    std::optional<LabelLayout> line;
+    std::optional<LabelLayout> lines;
+    int width = 0; // of the lines
+    int count = 0;
+};
+
+struct PlotCrosshair::Drawing {
+    struct Dot {
+        double row = 0.0;
+        QColor color;
+    };
+
+    QString text;
+    double column = 0.0;
+    double row = 0.0;
+    QList<Dot> dots;
+    Label label;
+
+    QRegion area(const QRect& rect) const
+    {
+        constexpr int lineReach = 2; // with the border
+        constexpr int dotReach = static_cast<int>(dotRadius) + 2;
+        const auto around = [](double x, double y, int reach) {
+            return QRect(static_cast<int>(x) - reach, static_cast<int>(y) - reach, 2 * reach + 1, 2 * reach + 1);
+        };
+        const QRect middle = around(column, row, lineReach);
+        QRegion area(middle.left(), rect.top(), middle.width(), rect.height());
+        area += QRect(rect.left(), middle.top(), rect.width(), middle.height());
+        for (const Dot& dot : dots)
+            area += around(column, dot.row, dotReach);
+        return (area & rect) + label.box.adjusted(-1, -1, 1, 1);
+    }
 };
 
 PlotCrosshair::PlotCrosshair(XYGraphWidget* plot)
     : InteractiveTool(plot, MouseMoves | KeyboardFocus | ReadOut)
     , PlotOverlay(plot, crosshairZOrder)
+    , m_labels(std::make_unique<Labels>())
 {
     makeActions();
 }
@@ -134,10 +205,19 @@ void PlotCrosshair::copy()
     copyTable(table());
 }
 
+/// Repaints where the cross was and where it will be.
 void PlotCrosshair::renew()
 {
-    updateOverlay();
-    const QString now = text();
+    const PlotMapping mapping = isShown() ? PlotMapping::of(*plot()) : PlotMapping();
+    QString now;
+    if (mapping.isValid()) {
+        const Drawing next = drawing(mapping, plot()->font());
+        now = next.text;
+        updateOverlayArea(next.area(mapping.frameRect()));
+    } else {
+        now = text();
+        updateOverlayArea({});
+    }
     if (now == m_text)
         return;
     m_text = now;
@@ -198,48 +278,66 @@ bool PlotCrosshair::handleKey(const QKeyEvent& event)
     return false;
 }
 
-void PlotCrosshair::paintOverlay(QPainter& painter, const PlotMapping& mapping)
+PlotCrosshair::Drawing PlotCrosshair::drawing(const PlotMapping& mapping, const QFont& font) const
 {
-    if (!isShown())
-        return;
     const QPointF at = value(mapping);
     const PlotReadOut shown = readOutAt(*plot(), mapping, at.x(), at.y());
-    const QRect rect = mapping.frameRect();
     const double x = shown.column >= 0 ? middleOf(shown.edgesX) : at.x();
     const double y = shown.row >= 0 ? middleOf(shown.edgesY) : at.y();
-    const double column = std::round(limitedCoordinate(mapping.columnOf(x)));
-    const double row = std::round(limitedCoordinate(mapping.rowOf(y)));
+    const QString text = shown.text();
+    Drawing drawing { text, std::round(limitedCoordinate(mapping.columnOf(x))),
+        std::round(limitedCoordinate(mapping.rowOf(y))), {}, labelAt(mapping, font, text) };
+    for (const ReadOutValue& value : shown.values) {
+        if (!shown.isMap && value.value && std::isfinite(*value.value))
+            drawing.dots.append({ limitedCoordinate(mapping.rowOf(*value.value)), value.color });
+    }
+    return drawing;
+}
+
+void PlotCrosshair::paintOverlay(QPainter& painter, const PlotMapping& mapping)
+{
+    if (!isShown()) {
+        noteDrawn(painter, {});
+        return;
+    }
+    const bool isFile = painter.device() != static_cast<const QPaintDevice*>(plot());
+    if (isFile)
+        *m_labels = {}; // the same font has other sizes on another device
+    const QRect rect = mapping.frameRect();
+    const Drawing now = drawing(mapping, painter.font());
+    noteDrawn(painter, now.area(rect), true); // of their boxes
     painter.save();
     painter.setClipRect(rect);
     const QColor color = colorOverData(*plot(), lineColor);
-    paintLine(painter, { column, double(rect.top()) }, { column, double(rect.bottom()) }, color, !m_isPinned);
-    paintLine(painter, { double(rect.left()), row }, { double(rect.right()), row }, color, !m_isPinned);
+    paintLine(painter, { now.column, double(rect.top()) }, { now.column, double(rect.bottom()) }, color, !m_isPinned);
+    paintLine(painter, { double(rect.left()), now.row }, { double(rect.right()), now.row }, color, !m_isPinned);
     painter.setRenderHint(QPainter::Antialiasing);
-    for (const ReadOutValue& value : shown.values) {
-        if (shown.isMap || !value.value || !std::isfinite(*value.value))
-            continue;
+    for (const Drawing::Dot& dot : now.dots) {
         painter.setPen(QPen(Qt::white, 1.0));
-        painter.setBrush(value.color);
-        painter.drawEllipse(QPointF(column, limitedCoordinate(mapping.rowOf(*value.value))), dotRadius, dotRadius);
+        painter.setBrush(dot.color);
+        painter.drawEllipse(QPointF(now.column, dot.row), dotRadius, dotRadius);
     }
     painter.restore();
-    const Label label = labelAt(mapping, painter.font(), shown.text());
-    paintLabel(painter, label.text, label.box.topLeft(), Qt::AlignLeft | Qt::AlignTop);
+    now.label.layout->paint(painter, now.label.box.topLeft());
+    if (isFile)
+        *m_labels = {};
 }
 
 /// In the margin above the plot it covers no data. Where the title leaves too little space, or the values of many
 /// curves are too long for a line, the text is at the top of the plot, on the side of the cross with more space.
 PlotCrosshair::Label PlotCrosshair::labelAt(const PlotMapping& mapping, const QFont& font, const QString& text) const
 {
+    m_labels->use(text, font);
     const QFontMetrics metrics(font);
     const QRect rect = mapping.frameRect();
     const PlotStyling* const styling = stylingOf(plot());
     const QRect above = styling != nullptr ? styling->freeAbove() : QRect(rect.left(), 0, rect.width(), rect.top());
-    const QSize line = labelSize(metrics, text);
-    if (line.width() <= above.width() && metrics.height() <= above.height())
-        return { labelFrame(
-                     line, { above.right(), above.bottom() + 1 - labelMargin }, Qt::AlignRight | Qt::AlignBottom),
-            text };
+    if (m_labels->parts->width() <= above.width() && metrics.height() <= above.height()) {
+        const LabelLayout& line = m_labels->inOneLine();
+        const QPoint corner(above.right(), above.bottom() + 1 - labelMargin);
+        if (line.size().width() <= above.width())
+            return { labelFrame(line.size(), corner, Qt::AlignRight | Qt::AlignBottom), &line };
+    }
     const QRect inside = rect.adjusted(labelMargin, labelMargin, -labelMargin, -labelMargin);
     const QList<QRect> taken = boxesOver(*plot());
     const double cross = mapping.columnOf(value(mapping).x());
@@ -251,18 +349,17 @@ PlotCrosshair::Label PlotCrosshair::labelAt(const PlotMapping& mapping, const QF
         side.setLeft(std::max(inside.left(), static_cast<int>(limitedCoordinate(cross)) + distanceToCross));
     const int maxLines = std::max(inside.height() / 2 / std::max(metrics.lineSpacing(), 1), 1);
     const int usual = static_cast<int>(inside.width() * usualWidth) - labelPadding;
-    const int height = labelSize(metrics, wrapped(text, metrics, usual, maxLines)).height(); // less in wider lines
+    const int height = m_labels->heightOf(lineCount(*m_labels->parts, usual, maxLines)); // less in wider lines
     const int gap = freeRow(side, { side.width(), height }, taken).width(); // the widest one
     const LineWidths widths { usual, gap - labelPadding, std::max(inside.width() - labelPadding, 1) };
-    Label label { QRect(), wrapped(text, metrics, widthFor(text, metrics, widths, maxLines), maxLines) };
-    const QSize size = labelSize(metrics, label.text);
+    const LabelLayout& lines = m_labels->inLines(widthFor(*m_labels->parts, widths, maxLines), maxLines);
+    const QSize size = lines.size();
     QRect row = freeRow(side, size, taken);
     if (row.width() < size.width())
         row = freeRow(inside, size, taken); // a legend fills that side
     const int wanted = isLeft ? row.left() : row.left() + row.width() - size.width();
     const int last = std::max(inside.left(), inside.left() + inside.width() - size.width());
-    label.box = QRect({ std::clamp(wanted, inside.left(), last), row.top() }, size);
-    return label;
+    return { QRect({ std::clamp(wanted, inside.left(), last), row.top() }, size), &lines };
 }
 
 QRect PlotCrosshair::textBox() const

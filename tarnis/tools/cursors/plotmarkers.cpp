@@ -101,7 +101,7 @@ void PlotMarkers::place(int index, const QPointF& position)
     if (m_markers.at(index).position == position)
         return;
     m_markers[index].position = position;
-    updateOverlay();
+    renewArea();
     Q_EMIT markersChanged();
 }
 

@@ -16,6 +16,7 @@
 #include <QPointer>
 
 #include <cmath>
+#include <utility>
 
 namespace tarnis {
 
@@ -214,12 +215,52 @@ bool PlotMarkers::handleKey(const QKeyEvent& event)
     }
 }
 
+/// A name beside its marker, or at the border of the view.
+struct PlotMarkers::Name {
+    LabelLayout label;
+    QRect box;
+    LabelStyle style;
+};
+
+/// Repaints where the markers were and where they are.
+void PlotMarkers::renewArea()
+{
+    const PlotMapping mapping = plot() != nullptr ? PlotMapping::of(*plot()) : PlotMapping();
+    QRegion area;
+    for (int i = 0; mapping.isValid() && i < m_markers.size(); ++i)
+        area += areaOf(mapping, plot()->font(), i);
+    updateOverlayArea(area);
+}
+
+/// What paintMarker() and paintOverlay() draw.
+QRegion PlotMarkers::areaOf(const PlotMapping& mapping, const QFont& font, int index) const
+{
+    constexpr int dotReach = static_cast<int>(dotRadius) + 2; // more than that of a line
+    const QRect rect = mapping.frameRect();
+    const QPointF position = m_markers.at(index).position;
+    QRegion area = nameOf(mapping, font, index).box.adjusted(-1, -1, 1, 1);
+    if (sideOf(mapping, position, !isMap()) != PlaceSide::Inside)
+        return area;
+    const int column = static_cast<int>(std::round(mapping.columnOf(position.x())));
+    if (!isMap())
+        return area + (QRect(column - dotReach, rect.top(), 2 * dotReach + 1, rect.height()) & rect);
+    const int arm = static_cast<int>(crossArm) + 3; // with the border
+    const QPoint middle(column, static_cast<int>(std::round(mapping.rowOf(position.y()))));
+    return area + (QRect(middle - QPoint(arm, arm), QSize(2 * arm + 1, 2 * arm + 1)) & rect);
+}
+
 void PlotMarkers::paintOverlay(QPainter& painter, const PlotMapping& mapping)
 {
-    for (int i = 0; i < m_markers.size(); ++i)
+    QRegion area;
+    for (int i = 0; i < m_markers.size(); ++i) {
         paintMarker(painter, mapping, i);
-    for (int i = 0; i < m_markers.size(); ++i) // labels are drawn over all lines
-        paintName(painter, mapping, i);
+        area += areaOf(mapping, painter.font(), i);
+    }
+    for (int i = 0; i < m_markers.size(); ++i) { // labels are drawn over all lines
+        const Name name = nameOf(mapping, painter.font(), i);
+        name.label.paint(painter, name.box.topLeft(), name.style);
+    }
+    noteDrawn(painter, area);
 }
 
 void PlotMarkers::paintMarker(QPainter& painter, const PlotMapping& mapping, int index) const
@@ -251,38 +292,38 @@ void PlotMarkers::paintMarker(QPainter& painter, const PlotMapping& mapping, int
     painter.restore();
 }
 
-QRect PlotMarkers::paintName(QPainter& painter, const PlotMapping& mapping, int index) const
+PlotMarkers::Name PlotMarkers::nameOf(const PlotMapping& mapping, const QFont& font, int index) const
 {
     const PlotMarker& marker = m_markers.at(index);
     const QRect rect = mapping.frameRect();
-    const LabelStyle style = index == m_selected ? LabelStyle::Selected : LabelStyle::Plain;
-    const int lineHeight = labelSize(painter, marker.name).height() + 1;
+    const int lineHeight = labelSize(QFontMetrics(font), marker.name).height() + 1;
     const int top = rect.top() + 2 + (index % labelRows) * lineHeight;
     const int column = static_cast<int>(limitedCoordinate(mapping.columnOf(marker.position.x())));
     const int row = static_cast<int>(limitedCoordinate(mapping.rowOf(marker.position.y())));
     const int inRow = isMap() ? std::clamp(row, rect.top() + lineHeight, rect.bottom() - lineHeight) : top;
+    const auto labelled = [&](const QString& text, const QPoint& at, Qt::Alignment alignment) {
+        LabelLayout label(text, font);
+        const QRect box = labelFrame(label.size(), at, alignment);
+        return Name { std::move(label), box, index == m_selected ? LabelStyle::Selected : LabelStyle::Plain };
+    };
     switch (sideOf(mapping, marker.position, !isMap())) {
     case PlaceSide::Left:
-        return paintLabel(
-            painter, QStringLiteral("◂ ") + marker.name, { rect.left() + 2, inRow }, Qt::AlignLeft, style);
+        return labelled(QStringLiteral("◂ ") + marker.name, { rect.left() + 2, inRow }, Qt::AlignLeft);
     case PlaceSide::Right:
-        return paintLabel(
-            painter, marker.name + QStringLiteral(" ▸"), { rect.right() - 2, inRow }, Qt::AlignRight, style);
+        return labelled(marker.name + QStringLiteral(" ▸"), { rect.right() - 2, inRow }, Qt::AlignRight);
     case PlaceSide::Above:
-        return paintLabel(
-            painter, QStringLiteral("▴ ") + marker.name, { column, rect.top() + 2 }, Qt::AlignHCenter, style);
+        return labelled(QStringLiteral("▴ ") + marker.name, { column, rect.top() + 2 }, Qt::AlignHCenter);
     case PlaceSide::Below:
-        return paintLabel(painter, QStringLiteral("▾ ") + marker.name, { column, rect.bottom() - 2 },
-            Qt::AlignHCenter | Qt::AlignBottom, style);
+        return labelled(
+            QStringLiteral("▾ ") + marker.name, { column, rect.bottom() - 2 }, Qt::AlignHCenter | Qt::AlignBottom);
     default:
         break;
     }
     if (isMap())
-        return paintLabel(painter, marker.name, { column + 6, row - 4 }, Qt::AlignLeft | Qt::AlignBottom, style);
+        return labelled(marker.name, { column + 6, row - 4 }, Qt::AlignLeft | Qt::AlignBottom);
     const QString text = QStringLiteral("%1  %2").arg(marker.name, readOutNumber(marker.position.x()));
-    const bool isNearRight = column + 4 + labelSize(painter, text).width() > rect.right();
-    return paintLabel(painter, text, { isNearRight ? column - 4 : column + 4, top },
-        isNearRight ? Qt::AlignRight : Qt::AlignLeft, style);
+    const bool isNearRight = column + 4 + labelSize(QFontMetrics(font), text).width() > rect.right();
+    return labelled(text, { isNearRight ? column - 4 : column + 4, top }, isNearRight ? Qt::AlignRight : Qt::AlignLeft);
 }
 
 void PlotMarkers::makeActions()

@@ -17,7 +17,9 @@
 #include <QPointer>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <optional>
 
 namespace tarnis {
 
@@ -57,15 +59,66 @@ std::optional<double> cellOf(const QList<QList<double>>& rows, qsizetype column,
 
 } // namespace
 
-/// Of every curve, or of every row of a map: a drag adds up the ends of a part only.
+/// A drag adds up the ends of a part only.
 struct PlotRuler::Sums {
-    QList<BlockSums> lists;
+    QList<BlockSums> curves;
+    RectangleSums map;
+};
+
+/// The reading as it is drawn. The layout of its text is needed to find what to repaint, and to paint it.
+struct PlotRuler::Label {
+    const LabelLayout& of(const QString& text, const QFont& font)
+    {
+        if (!layout || !layout->isOf(text, font))
+            layout.emplace(text, font);
+        return *layout;
+    }
+    const LabelLayout& elidedTo(const QString& text, const QFont& font, int width)
+    {
+        if (of(text, font).size().width() <= width)
+            return *layout;
+        elided.emplace(QFontMetrics(font).elidedText(text, Qt::ElideRight, width - labelPadding), font);
+        return *elided;
+    }
+
+    std::optional<LabelLayout> layout;
+    std::optional<LabelLayout> elided;
+};
+
+/// In frame coordinates.
+struct PlotRuler::Drawing {
+    struct Name {
+        QString text;
+        QPoint place;
+        Qt::Alignment alignment;
+    };
+
+    QPointF a;
+    QPointF b;
+    std::array<Name, 2> names;
+    QRect row; // of the text
+
+    QPointF corner() const { return { b.x(), a.y() }; }
+    QRegion area(const QRect& rect, const QFont& font) const
+    {
+        constexpr int reachOfTick = static_cast<int>(endTick) + 3;
+        QRegion area = areaOfLine(a, corner()) + areaOfLine(corner(), b) + areaOfLine(a, b);
+        for (const QPointF& end : { a, b })
+            area += QRect(
+                end.toPoint() - QPoint(reachOfTick, reachOfTick), QSize(2 * reachOfTick + 1, 2 * reachOfTick + 1));
+        area &= rect;
+        for (const Name& name : names)
+            area +=
+                labelFrame(labelSize(QFontMetrics(font), name.text), name.place, name.alignment).adjusted(-1, -1, 1, 1);
+        return area + row.adjusted(-1, -1, 1, 1);
+    }
 };
 
 PlotRuler::PlotRuler(XYGraphWidget* plot)
     : InteractiveTool(plot, KeyboardFocus)
     , PlotOverlay(plot, rulerZOrder)
     , m_sums(std::make_unique<Sums>())
+    , m_label(std::make_unique<Label>())
 {
     makeActions();
 }
@@ -134,7 +187,7 @@ void PlotRuler::clear()
 {
     m_grip = Grip::None;
     m_isSet = false;
-    m_sums->lists.clear();
+    *m_sums = {};
     renew();
 }
 
@@ -143,15 +196,20 @@ void PlotRuler::copy() const
     copyTable(table());
 }
 
+/// Repaints where the ruler was and where it will be.
 void PlotRuler::renew()
 {
-    updateOverlay();
     updateActions();
     const QString now = text();
-    if (now == m_text)
-        return;
+    const bool isOther = now != m_text;
     m_text = now;
-    Q_EMIT textChanged(now);
+    const PlotMapping mapping = m_isSet && plot() != nullptr ? PlotMapping::of(*plot()) : PlotMapping();
+    if (mapping.isValid())
+        updateOverlayArea(drawing(mapping, plot()->font()).area(mapping.frameRect(), plot()->font()));
+    else
+        updateOverlayArea({});
+    if (isOther)
+        Q_EMIT textChanged(now);
 }
 
 void PlotRuler::plotChanged(Changes /*changes*/)
@@ -183,11 +241,8 @@ RulerReading PlotRuler::reading() const
         RulerReading reading = readingBetween(a, b, cellAt(a), cellAt(b), false);
         const BinsInView rows = rowsBetween(mapping, { a.y(), b.y() });
         reading.bins = width * (rows.last - rows.first + 1);
-        updateSums(m_sums->lists, cells);
-        double sum = 0.0;
-        for (qsizetype row = rows.first; row <= rows.last; ++row)
-            sum += m_sums->lists.at(row).between(columns.first, columns.last);
-        reading.sums = { { {}, sum } };
+        m_sums->map.update(cells);
+        reading.sums = { { {}, m_sums->map.between(columns.first, columns.last, rows.first, rows.last) } };
         return reading;
     }
     const QList<ShownCurve> curves = shownCurves(*plot());
@@ -199,12 +254,12 @@ RulerReading PlotRuler::reading() const
     QList<QList<double>> parts;
     for (const ShownCurve& curve : curves)
         parts += curve.parts;
-    updateSums(m_sums->lists, parts);
+    updateSums(m_sums->curves, parts);
     qsizetype next = 0;
     for (const ShownCurve& curve : curves) {
         double sum = 0.0;
         for (qsizetype i = 0; i < curve.parts.size(); ++i)
-            sum += m_sums->lists.at(next++).between(columns.first, std::min(columns.last, curve.size() - 1));
+            sum += m_sums->curves.at(next++).between(columns.first, std::min(columns.last, curve.size() - 1));
         reading.sums.append({ curve.name, sum });
     }
     return reading;
@@ -307,45 +362,58 @@ bool PlotRuler::handleKey(const QKeyEvent& event)
     return true;
 }
 
-void PlotRuler::paintOverlay(QPainter& painter, const PlotMapping& mapping)
+PlotRuler::Drawing PlotRuler::drawing(const PlotMapping& mapping, const QFont& font) const
 {
-    if (!m_isSet)
-        return;
     const auto pixelOf = [&](const QPointF& place) {
         return QPointF(std::round(limitedCoordinate(mapping.columnOf(place.x()))),
             std::round(limitedCoordinate(mapping.rowOf(place.y()))));
     };
     const QRect rect = mapping.frameRect();
+    const auto nameOf = [&](const QString& name, const QPointF& end) -> Drawing::Name {
+        const int column = static_cast<int>(end.x());
+        if (column < rect.left())
+            return { QStringLiteral("◂ ") + name, rect.bottomLeft(), Qt::AlignLeft | Qt::AlignBottom };
+        if (column > rect.right())
+            return { name + QStringLiteral(" ▸"), rect.bottomRight(), Qt::AlignRight | Qt::AlignBottom };
+        const QPoint place(column, std::clamp(static_cast<int>(end.y()), rect.top() + 24, rect.bottom()) - 8);
+        return { name, place, Qt::AlignHCenter | Qt::AlignBottom };
+    };
     const QPointF a = pixelOf(snapped(mapping, m_from));
     const QPointF b = pixelOf(snapped(mapping, m_to));
+    return { a, b, { nameOf(QStringLiteral("A"), a), nameOf(QStringLiteral("B"), b) }, textRow(mapping, font) };
+}
+
+void PlotRuler::paintOverlay(QPainter& painter, const PlotMapping& mapping)
+{
+    if (!m_isSet) {
+        noteDrawn(painter, {});
+        return;
+    }
+    const bool isFile = painter.device() != static_cast<const QPaintDevice*>(plot());
+    if (isFile)
+        *m_label = {}; // the same font has other sizes on another device
+    const QRect rect = mapping.frameRect();
+    const Drawing now = drawing(mapping, painter.font());
+    noteDrawn(painter, now.area(rect, painter.font()), true); // of their boxes
     painter.save();
     painter.setClipRect(rect);
     const QColor color = colorOverData(*plot(), rulerColor);
-    paintLine(painter, a, { b.x(), a.y() }, color, true);
-    paintLine(painter, { b.x(), a.y() }, b, color, true);
-    paintLine(painter, a, b, color);
-    for (const QPointF& end : { a, b }) {
+    paintLine(painter, now.a, now.corner(), color, true);
+    paintLine(painter, now.corner(), now.b, color, true);
+    paintLine(painter, now.a, now.b, color);
+    for (const QPointF& end : { now.a, now.b }) {
         paintLine(painter, end - QPointF(endTick, 0.0), end + QPointF(endTick, 0.0), color);
         paintLine(painter, end - QPointF(0.0, endTick), end + QPointF(0.0, endTick), color);
     }
     painter.restore();
-    const auto paintEnd = [&](const QString& name, const QPointF& end) {
-        const int column = static_cast<int>(end.x());
-        if (column < rect.left())
-            paintLabel(painter, QStringLiteral("◂ ") + name, rect.bottomLeft(), Qt::AlignLeft | Qt::AlignBottom);
-        else if (column > rect.right())
-            paintLabel(painter, name + QStringLiteral(" ▸"), rect.bottomRight(), Qt::AlignRight | Qt::AlignBottom);
-        else
-            paintLabel(painter, name,
-                QPoint(column, std::clamp(static_cast<int>(end.y()), rect.top() + 24, rect.bottom()) - 8),
-                Qt::AlignHCenter | Qt::AlignBottom);
-    };
-    paintEnd(QStringLiteral("A"), a);
-    paintEnd(QStringLiteral("B"), b);
-    const QRect row = textRow(mapping, painter.font());
-    const QString line = QFontMetrics(painter.font()).elidedText(m_text, Qt::ElideRight, row.width() - labelPadding);
-    if (row.width() > labelPadding)
-        paintLabel(painter, line, row.topRight(), Qt::AlignRight);
+    for (const Drawing::Name& name : now.names)
+        paintLabel(painter, name.text, name.place, name.alignment);
+    if (now.row.width() > labelPadding) {
+        const LabelLayout& label = m_label->elidedTo(m_text, painter.font(), now.row.width());
+        label.paint(painter, labelFrame(label.size(), now.row.topRight(), Qt::AlignRight).topLeft());
+    }
+    if (isFile)
+        *m_label = {};
 }
 
 /// The space of the text at the top of the plot, beside or below what other tools have there.
@@ -354,7 +422,7 @@ QRect PlotRuler::textRow(const PlotMapping& mapping, const QFont& font) const
     QList<QRect> taken;
     for (const InteractiveTool* const tool : toolsOf(*plot()))
         taken += tool->overlayBoxes();
-    const QSize size = labelSize(QFontMetrics(font), m_text);
+    const QSize size = m_label->of(m_text, font).size();
     const QRect row = freeRow(mapping.frameRect().adjusted(2, 2, -2, -2), size, taken);
     const int width = std::min(size.width(), row.width());
     return { row.left() + row.width() - width, row.top(), width, size.height() };

@@ -303,6 +303,7 @@ QList<QRect> PlotLegend::overlayBoxes() const
 void PlotLegend::paintOverlay(QPainter& painter, const PlotMapping& /*mapping*/)
 {
     const Layout now = layout();
+    noteDrawn(painter, now.rect.adjusted(-1, -1, 1, 1));
     if (now.rect.isEmpty())
         return;
     painter.setFont(curves()->font());

@@ -244,6 +244,10 @@ void PlotNavigator::paintOverlay(QPainter& painter, const PlotMapping& mapping)
     };
     m_data->markX = mark(Qt::Horizontal);
     m_data->markY = mark(Qt::Vertical);
+    QRegion marks;
+    for (const QRect& frame : overlayBoxes())
+        marks += frame.adjusted(-1, -1, 1, 1);
+    noteDrawn(painter, marks);
 }
 
 bool PlotNavigator::isSaved() const
