@@ -12,6 +12,8 @@
 #include <QPushButton>
 #include <QResizeEvent>
 
+#include <algorithm>
+
 void XY2DGraphWidget::showPoint(double x, double y)
 {
     m_points.append(QPointF(x, y));
@@ -63,7 +65,7 @@ void XY2DGraphWidget::paintPoints(QPainter& painter, const QRect& graph) const
 void XY2DGraphWidget::adjustWidgetPosition(QSize size)
 {
     m_autoButton->move(size.width() - m_autoButton->width() - tarnis::besideAutoButton,
-        tarnis::colorBarTop - m_autoButton->sizeHint().height());
+        std::max(0, tarnis::colorBarTop - m_autoButton->sizeHint().height())); // a large font needs more space
     const int barWidth = m_margin.right() - besideBar();
     m_colorBar->move(size.width() - barWidth, tarnis::colorBarTop);
     m_colorBar->resize(barWidth, size.height() - 2 * tarnis::colorBarTop);

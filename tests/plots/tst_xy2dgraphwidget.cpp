@@ -46,6 +46,18 @@ class TestXY2DGraphWidget : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    void showsTheWholeAutoButtonInALargeFont()
+    {
+        MapProbe plot;
+        plot.init(QStringLiteral("X"), QStringLiteral("Y"), 4, 4, false, false);
+        QFont font = plot.font();
+        font.setPixelSize(40);
+        plot.m_autoButton->setFont(font);
+        plot.resize(600, 400);
+        plot.grab();
+        QCOMPARE(plot.m_autoButton->y(), 0);
+    }
+
     void startsWithItsDefaults()
     {
         Plot plot;

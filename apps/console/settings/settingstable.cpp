@@ -23,19 +23,23 @@ SettingsTable::SettingsTable(QWidget* parent)
 void SettingsTable::setModel(QAbstractItemModel* model)
 {
     QTableView::setModel(model);
-    horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
+    horizontalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     horizontalHeader()->setSectionResizeMode(0, QHeaderView::ResizeToContents);
 }
 
 void SettingsTable::updateGeometries()
 {
-    QHeaderView& header = *horizontalHeader();
-    int widest = 0;
-    for (int column = 0; column < header.count(); ++column)
-        widest = std::max(widest, header.sectionSizeHint(column));
-    if (widest != header.minimumSectionSize())
-        header.setMinimumSectionSize(widest);
     QTableView::updateGeometries();
+    QHeaderView& header = *horizontalHeader();
+    const int last = header.count() - 1;
+    int rest = viewport()->width() - header.sectionSize(0);
+    // From the last one, whose header has the longest text.
+    for (int column = last; column > 0; --column) {
+        const int width = std::max(rest / column, header.sectionSizeHint(column));
+        rest -= width;
+        if (width != header.sectionSize(column))
+            header.resizeSection(column, width);
+    }
 }
 
 int SettingsTable::sizeHintForColumn(int column) const
