@@ -6,6 +6,7 @@
 
 #include <QDateTime>
 #include <QList>
+#include <QPair>
 #include <QString>
 #include <QStringList>
 
@@ -67,6 +68,9 @@ public:
     QList<double> compared(int curve) const;
     /// Why the current reference cannot be compared, in the application's language; empty if it can.
     QString problem() const;
+    /// Smallest and largest finite value of all references, as drawn, in the bins from `first` to `last`; if
+    /// `aboveZero`, only of values above 0. Infinity and -infinity without any.
+    QPair<double, double> extremes(qsizetype first, qsizetype last, bool aboveZero) const;
 
     /// Freezes the visible curves under a name, or under the current time. Returns false and changes nothing if none is
     /// visible.
@@ -107,6 +111,7 @@ private:
     TARNIS_NO_EXPORT void append(const Reference& reference);
     TARNIS_NO_EXPORT void renew();
     TARNIS_NO_EXPORT void placeStrip();
+    TARNIS_NO_EXPORT void refreshFit() const;
     TARNIS_NO_EXPORT QRect stripRect(const PlotMapping& mapping) const;
     TARNIS_NO_EXPORT void dropPictures();
     TARNIS_NO_EXPORT static int liveOf(const Reference& reference, int row, const QList<ShownCurve>& live);

@@ -10,6 +10,7 @@
 #include <tarnis/plots/plotmapping.h>
 #include <tarnis/plots/vectorgraphwidget.h>
 #include <tarnis/plots/xy2dgraphwidget.h>
+#include <tarnis/tools/plotstyle.h>
 #include <tarnis/tools/referencecurves.h>
 
 #include <QAction>
@@ -52,6 +53,54 @@ class TestReferenceCurves : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    void countsInTheAutomaticRangeOfAStyle()
+    {
+        VectorGraphWidget plot;
+        plot.init("Time", "Counts", 10, 40, true, true);
+        plot.initManualX(0, 4);
+        plot.setData({ 4, 400, 16, 25 });
+        plot.setMaxValue(400);
+        new PlotStyle(&plot);
+        auto* const references = new ReferenceCurves(&plot);
+        showActive(plot);
+        QVERIFY(references->freeze(QStringLiteral("before")));
+        const auto show = [&](const QList<double>& samples, double largest) {
+            plot.setData(samples);
+            plot.setMaxValue(largest);
+            plot.refreshPixmap();
+            plot.grab();
+            return rangeY(plot).max;
+        };
+        const double withReference = show({ 4, 40, 16, 25 }, 40);
+        QVERIFY2(withReference >= 400, qPrintable(QString::number(withReference)));
+        references->setNorm(ReferenceCurves::Norm::TotalCounts); // a fifth of it
+        const double scaled = show({ 4, 40, 16, 25 }, 40);
+        QVERIFY2(scaled >= 400.0 * 85.0 / 445.0 && scaled < 150, qPrintable(QString::number(scaled)));
+        references->setNorm(ReferenceCurves::Norm::None);
+        plot.onAutoScaleX(false);
+        plot.setMinMaxX(2, 4); // the large value is not visible
+        const double zoomed = show({ 4, 40, 16, 25 }, 40);
+        QVERIFY2(zoomed < 450 && references->extremes(2, 3, false) == qMakePair(16.0, 25.0),
+            qPrintable(QString::number(zoomed)));
+        plot.onAutoScaleX(true);
+        references->clear();
+        const double without = show({ 4, 40, 16, 25 }, 40);
+        QVERIFY2(without >= 40 && without < 80, qPrintable(QString::number(without)));
+    }
+
+    void findsItsExtremes()
+    {
+        VectorGraphWidget plot;
+        fill(plot, { -4, 9, std::nan(""), 0 });
+        ReferenceCurves references(&plot);
+        QVERIFY(references.extremes(0, 3, false).first > references.extremes(0, 3, false).second); // none yet
+        QVERIFY(references.freeze());
+        QCOMPARE(references.extremes(0, 3, false), qMakePair(-4.0, 9.0));
+        QCOMPARE(references.extremes(0, 3, true), qMakePair(9.0, 9.0));
+        QCOMPARE(references.extremes(-5, 0, false), qMakePair(-4.0, -4.0));
+        QVERIFY(references.extremes(2, 99, true).first > references.extremes(2, 99, true).second);
+    }
+
     void freezesTheCurvesOfTheMoment()
     {
         VectorGraphWidget plot;

@@ -1,8 +1,10 @@
 #include "tarnis/tools/referencecurves.h"
 
 #include "tarnis/formats/formats.h"
+#include "tarnis/plots/math/sampleextremes_p.h"
 #include "tarnis/plots/plotaccess_p.h"
 #include "tarnis/plots/plotmapping.h"
+#include "tarnis/plots/plotstyling_p.h"
 #include "tarnis/tools/base/overlaycache_p.h"
 #include "tarnis/tools/curves/referencecurves_p.h"
 
@@ -12,6 +14,7 @@
 #include <algorithm>
 #include <cmath>
 #include <iterator>
+#include <limits>
 #include <numeric>
 
 namespace tarnis {
@@ -66,6 +69,8 @@ ReferenceCurves::~ReferenceCurves()
 {
     m_view = View::Over;
     placeStrip();
+    if (m_current >= 0)
+        refreshFit();
 }
 
 QStringList ReferenceCurves::names() const
@@ -153,8 +158,49 @@ void ReferenceCurves::renew()
 {
     dropPictures();
     placeStrip();
+    refreshFit();
     updateOverlay();
     Q_EMIT referencesChanged();
+}
+
+/// The automatic range of a style includes the references.
+void ReferenceCurves::refreshFit() const
+{
+    PlotStyling* const styling = stylingOf(plot());
+    if (styling == nullptr || !PlotAccess::isAutoY(*plot()))
+        return;
+    styling->noteData();
+    plot()->refreshPixmap();
+}
+
+QPair<double, double> ReferenceCurves::extremes(qsizetype first, qsizetype last, bool aboveZero) const
+{
+    constexpr double infinity = std::numeric_limits<double>::infinity();
+    QPair<double, double> found { infinity, -infinity };
+    const auto include = [&](double value) {
+        if (std::isfinite(value))
+            found = { std::min(found.first, value), std::max(found.second, value) };
+    };
+    if (plot() == nullptr || m_current < 0)
+        return found;
+    const QList<Pair>& all = pairs(shownCurves(*plot()));
+    for (const Pair& pair : all) {
+        const qsizetype begin = std::max<qsizetype>(first, 0);
+        const qsizetype count = std::min(last + 1, pair.reference.size()) - begin;
+        if (count <= 0)
+            continue;
+        const double* const samples = pair.reference.constData() + begin;
+        if (const SampleExtremes quick = extremesOf(samples, count); !aboveZero && quick.finite) {
+            include(quick.low * pair.norm);
+            include(quick.high * pair.norm);
+            continue;
+        }
+        for (qsizetype i = 0; i < count; ++i) {
+            if (!aboveZero || samples[i] > 0.0)
+                include(samples[i] * pair.norm);
+        }
+    }
+    return found;
 }
 
 void ReferenceCurves::setView(View view)
@@ -180,6 +226,8 @@ void ReferenceCurves::setLiveTime(double seconds)
         return;
     m_liveTime = known;
     dropPictures();
+    if (m_current >= 0 && m_norm == Norm::LiveTime)
+        refreshFit();
     updateOverlay();
 }
 

@@ -7,6 +7,7 @@
 #include "tarnis/plots/plotaccess_p.h"
 #include "tarnis/plots/plotmapping.h"
 #include "tarnis/tools/errorbars.h"
+#include "tarnis/tools/referencecurves.h"
 
 #include <algorithm>
 #include <cmath>
@@ -43,6 +44,23 @@ AxisRange extremesOfCurves(const QList<StyledCurve>& curves, bool isLog)
         }
     }
     return range;
+}
+
+/// The reference curves of the plot; null without the tool.
+const ReferenceCurves* referencesOf(const XYGraphWidget& plot)
+{
+    return plot.findChild<const ReferenceCurves*>(QString(), Qt::FindDirectChildrenOnly);
+}
+
+/// Widens the range by the reference curves over the visible bins.
+void includeReferences(AxisRange& range, const XYGraphWidget& plot, const QList<StyledCurve>& curves, bool isLog)
+{
+    const ReferenceCurves* const references = referencesOf(plot);
+    if (references == nullptr || references->current() < 0)
+        return;
+    const SampleRange visible = curves.constFirst().range;
+    const auto [low, high] = references->extremes(visible.begin, visible.end - 1, isLog);
+    range = { std::min(range.min, low), std::max(range.max, high) };
 }
 
 /// The error bars that the plot shows; null without any.
@@ -216,7 +234,11 @@ void StylePainter::fitRows()
 
 StylePainter::FitKey StylePainter::fitKey(const QList<StyledCurve>& curves, int bars) const
 {
-    FitKey key { PlotAccess::x(m_plot), PlotAccess::isLogY(m_plot), -1, bars, {} };
+    FitKey key { PlotAccess::x(m_plot), PlotAccess::isLogY(m_plot), -1, bars, 0, {} };
+    if (const ReferenceCurves* const references = referencesOf(m_plot)) {
+        constexpr int norms = 3;
+        key.references = static_cast<int>(references->names().size()) * norms + static_cast<int>(references->norm());
+    }
     if (const auto* const many = qobject_cast<const MultiVectorGraphWidget*>(&m_plot))
         key.type = PlotAccess::addType(*many);
     for (const StyledCurve& curve : curves)
@@ -241,6 +263,7 @@ void StylePainter::fitCounts()
         return; // nothing to fit
     const FitKey key = fitKey(curves, methodOf(bars));
     AxisRange data = extremesOfCurves(curves, isLog);
+    includeReferences(data, m_plot, curves, isLog);
     if (bars != nullptr)
         data.max = std::max(data.max, topOfBars(*bars, curves));
     if (m_isFitted && key == m_key)

@@ -80,10 +80,12 @@ private:
         bool isLog = false;
         int type = -1;
         int bars = -1; ///< method of the error bars, -1 without them
+        int references = 0; ///< number of reference curves, and their norm
         QList<int> curves;
         friend bool operator==(const FitKey& a, const FitKey& b)
         {
-            return a.x == b.x && a.isLog == b.isLog && a.type == b.type && a.bars == b.bars && a.curves == b.curves;
+            return a.x == b.x && a.isLog == b.isLog && a.type == b.type && a.bars == b.bars
+                && a.references == b.references && a.curves == b.curves;
         }
     };
     /// Sizes of texts and marks for a picture of some size.
