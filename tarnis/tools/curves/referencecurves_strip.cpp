@@ -2,10 +2,12 @@
 #include "tarnis/plots/plotmapping.h"
 #include "tarnis/plots/plotstyling_p.h"
 #include "tarnis/plots/xygraphwidget.h"
+#include "tarnis/tools/base/deviceimage_p.h"
 #include "tarnis/tools/base/plotlabel_p.h"
 #include "tarnis/tools/curves/envelope_p.h"
 #include "tarnis/tools/curves/referencecurves_p.h"
 
+#include <QImage>
 #include <QPainter>
 
 #include <algorithm>
@@ -54,16 +56,36 @@ public:
         // Relative to the first row, and without a call for each of the many samples.
         const double origin = axis.strip.bottom() + axis.range.min * scale - m_strip.top();
         const double last = m_strip.height() - 1;
-        for (qsizetype i = 0; i < count; ++i) {
-            const double row = origin - samples[i] * scale;
-            if (row >= 0.0 && row <= last)
-                rows[static_cast<std::size_t>(row)] = 1;
+        constexpr qsizetype blockSize = 8; // in two steps, the first of which uses vectors
+        int places[blockSize];
+        for (qsizetype i = 0; i < count; i += blockSize) {
+            const qsizetype block = std::min(blockSize, count - i);
+            for (qsizetype k = 0; k < block; ++k) {
+                const double row = origin - samples[i + k] * scale;
+                places[k] = row >= 0.0 && row <= last ? static_cast<int>(row) : -1;
+            }
+            for (qsizetype k = 0; k < block; ++k) {
+                if (places[k] >= 0)
+                    rows[places[k]] = 1;
+            }
         }
     }
 
     void paint(QPainter& painter, const QColor& color) const
     {
-        constexpr int size = 2 * pointRadius + 1;
+        if (deviceScale(painter) == 1.0 && color.alpha() == opaque)
+            paintPicture(painter, color);
+        else
+            paintRects(painter, color);
+    }
+
+private:
+    static constexpr int opaque = 255;
+    static constexpr int size = 2 * pointRadius + 1;
+
+    /// Calls `use` with the column, the first and the last row of each run of marks, relative to the strip.
+    template <typename Use> void forEachRun(const Use& use) const
+    {
         for (int column = 0; column < m_strip.width(); ++column) {
             const char* const rows = m_marks.data() + std::size_t(column) * std::size_t(m_strip.height());
             for (int row = 0; row < m_strip.height();) {
@@ -74,13 +96,37 @@ public:
                 const int first = row;
                 while (row < m_strip.height() && rows[row] != 0)
                     ++row;
-                painter.fillRect(m_strip.left() + column - pointRadius, m_strip.top() + first - pointRadius, size,
-                    row - first + size - 1, color);
+                use(column, first, row - 1);
             }
         }
     }
 
-private:
+    void paintRects(QPainter& painter, const QColor& color) const
+    {
+        forEachRun([&](int column, int first, int last) {
+            painter.fillRect(m_strip.left() + column - pointRadius, m_strip.top() + first - pointRadius, size,
+                last - first + size, color);
+        });
+    }
+
+    /// The same pixels: a call of the painter for each of the many runs takes several times as long.
+    void paintPicture(QPainter& painter, const QColor& color) const
+    {
+        QImage image(
+            m_strip.width() + 2 * pointRadius, m_strip.height() + 2 * pointRadius, QImage::Format_ARGB32_Premultiplied);
+        if (image.isNull())
+            return;
+        image.fill(0U);
+        const QRgb pixel = color.rgba();
+        auto* const bits = reinterpret_cast<QRgb*>(image.bits());
+        const qsizetype line = image.bytesPerLine() / qsizetype(sizeof(QRgb));
+        forEachRun([&](int column, int first, int last) {
+            for (QRgb* at = bits + first * line + column; at <= bits + (last + size - 1) * line + column; at += line)
+                std::fill_n(at, size, pixel);
+        });
+        layOver(painter, m_strip.topLeft() - QPoint(pointRadius, pointRadius), image, 1.0);
+    }
+
     QRect m_strip;
     std::vector<char> m_marks; // column by column
 };
