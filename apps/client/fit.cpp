@@ -164,6 +164,17 @@ QJsonObject profilesOf(const FitResult& fit)
     return object;
 }
 
+// Names of the parameters at bounds.
+QJsonArray boundsReachedBy(const FitResult& fit)
+{
+    QJsonArray names;
+    for (const tarnis::FitParameter& parameter : fit.parameters) {
+        if (!parameter.fixed && (parameter.atLower || parameter.atUpper))
+            names.append(parameter.name);
+    }
+    return names;
+}
+
 QJsonObject jsonOf(const FitResult& fit, const Range<qsizetype>& range)
 {
     QJsonObject object { { "statistic", QString(tarnis::nameOf(fit.options.statistic)) },
@@ -184,6 +195,7 @@ QJsonObject jsonOf(const FitResult& fit, const Range<qsizetype>& range)
     if (fit.options.statistic == tarnis::FitStatistic::Unweighted)
         object["standard_error_sandwich"] = byName(fit, [](const tarnis::FitParameter& p) { return p.sandwichError; });
     addMatrix(object, fit);
+    object["at_bounds"] = boundsReachedBy(fit);
     QJsonObject derived;
     for (const tarnis::DerivedQuantity& quantity : fit.derived)
         derived[quantity.name] = QJsonArray { jsonNumber(quantity.value), jsonNumber(quantity.error) };

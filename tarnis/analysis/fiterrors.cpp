@@ -87,6 +87,15 @@ void describeParameters(FitSolver& solver, const Minimum& minimum, FitResult& re
         parameter.atLower = solver.isAtLower(minimum.variables, j);
         parameter.atUpper = solver.isAtUpper(minimum.variables, j);
     }
+    // A background that is 0 at an end of the range: its parameters can move only to one side.
+    for (const VariableMap::Term& term : map.terms) {
+        const auto j = static_cast<std::size_t>(term.variable);
+        if (map.variables[j].parameter >= 0 || !solver.isAtLower(minimum.variables, j))
+            continue;
+        FitParameter& parameter = result.parameters[static_cast<std::size_t>(term.parameter)];
+        parameter.atLower = parameter.atLower || term.factor > 0.0;
+        parameter.atUpper = parameter.atUpper || term.factor < 0.0;
+    }
     for (const FitConstraint& constraint : result.model.constraints) {
         for (FitParameter& parameter : result.parameters) {
             if (parameter.name != constraint.name)

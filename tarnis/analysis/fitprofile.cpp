@@ -32,6 +32,7 @@ public:
 
 private:
     double risenAt(std::size_t variable, double offset);
+    void tryOtherTails(std::size_t variable, const std::vector<char>& held, Minimum& moved);
 
     FitSolver& m_solver;
     const Minimum& m_minimum;
@@ -72,11 +73,46 @@ double Profile::risenAt(std::size_t variable, double offset)
                 moved = std::move(again);
         }
     }
+    tryOtherTails(variable, held, moved);
     if (std::isfinite(moved.value))
         m_nearest = moved.variables;
     if (moved.value < m_minimum.value - 1e-4 * m_rise && (!m_lower || moved.value < m_lower->value))
         m_lower = moved;
     return moved.value - m_minimum.value - m_rise;
+}
+
+// A short tail, a long one and none have minima of their own, which local steps do not leave.
+void Profile::tryOtherTails(std::size_t variable, const std::vector<char>& held, Minimum& moved)
+{
+    struct Tail {
+        double length; ///< part of the range
+        double ratio;
+    };
+    const FitProblem& problem = m_solver.problem();
+    const double range = problem.upper() - problem.lower();
+    for (const Tail tail : { Tail { 0.02, 0.5 }, Tail { 0.1, 0.3 }, Tail { 0.5, 0.5 } }) {
+        std::vector<double> start = std::isfinite(moved.value) ? moved.variables : m_minimum.variables;
+        start[variable] = moved.variables[variable];
+        bool isOther = false;
+        for (std::size_t j = 0; j < start.size(); ++j) {
+            const int parameter = m_solver.map().variables[j].parameter;
+            if (j == variable || parameter < 0)
+                continue;
+            const QString kind = kindOf(problem.names()[static_cast<std::size_t>(parameter)]);
+            if (kind == QLatin1StringView("tau"))
+                start[j] = tail.length * range;
+            else if (kind == QLatin1StringView("ratio"))
+                start[j] = tail.ratio;
+            else
+                continue;
+            isOther = true;
+        }
+        if (!isOther)
+            return;
+        Minimum other = m_solver.minimise(start, held);
+        if (other.value < moved.value || !std::isfinite(moved.value))
+            moved = std::move(other);
+    }
 }
 
 // Regula falsi on the square root of the increase, which is nearly linear in the distance.

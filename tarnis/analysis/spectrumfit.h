@@ -52,8 +52,11 @@ struct FitParameter {
     std::optional<ProfileError> profile; ///< asymmetric error, if it was computed
     bool fixed = false; ///< fixed by the user
     bool tied = false; ///< tied to another parameter
-    bool atLower = false; ///< ended on its lower bound
-    bool atUpper = false; ///< ended on its upper bound
+    /// @{ Ended on its lower or upper bound. A background that is 0 at an end of the range bounds its parameters: each
+    /// can move only to one side, and still has an error.
+    bool atLower = false;
+    bool atUpper = false;
+    /// @}
 
     /// The error to show: sandwichError for unweighted counts, scaledError for unweighted values that are not counts,
     /// else error.

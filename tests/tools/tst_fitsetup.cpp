@@ -144,10 +144,11 @@ private Q_SLOTS:
         const FitResult first = runFit(viewOf(contents), setup);
         const FitModel model = setup.modelToFit(&first);
         QVERIFY(!model.constraints.empty());
+        for (const FitConstraint& constraint : model.constraints)
+            QCOMPARE(constraint.start.value_or(std::nan("")), first.valueOf(constraint.name));
         const FitResult again = runFit(viewOf(contents), setup, &first);
         const double move = again.valueOf(QStringLiteral("centre")) - first.valueOf(QStringLiteral("centre"));
         QVERIFY(std::fabs(move) < 1e-4 * first.errorOf(QStringLiteral("centre")));
-        QVERIFY(again.calls < first.calls);
     }
 
     void sortsClickedPeaks()

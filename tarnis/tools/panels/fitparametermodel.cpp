@@ -125,7 +125,8 @@ QVariant FitParameterModel::shown(const FitParameter& parameter, int column) con
     switch (column) {
     case Value:
         if (!m_isGuess && !parameter.fixed && (parameter.atLower || parameter.atUpper))
-            return tr("%1 (at bound)").arg(parameter.value, 0, 'g', 6);
+            return tr("%1 (at bound)")
+                .arg(parameter.error > 0.0 ? parameterText(parameter) : QString::number(parameter.value, 'g', 6));
         return m_isGuess ? QString::number(parameter.value, 'g', 6) : parameterText(parameter);
     case Lower:
         return limitText(known.lower);
