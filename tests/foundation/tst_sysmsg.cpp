@@ -1,6 +1,9 @@
+// System messages: posts in English, and the same translated.
 #include "support/metamethods.h"
 #include "support/wait.h"
 #include "tarnis/foundation/sysmsg.h"
+#include "tarnis/foundation/systemmessages.h"
+#include "tarnis/foundation/translation.h"
 
 #include <QSignalSpy>
 #include <QTest>
@@ -8,18 +11,11 @@
 #include <thread>
 #include <vector>
 
+using tarnis::SystemMessage;
+using tarnis::SystemMessages;
+
 class TestSysMsg : public QObject {
     Q_OBJECT
-
-    // The texts that _g_sysMsg emits while `action` runs.
-    template <typename Action> static QStringList emitted(const Action& action)
-    {
-        QStringList texts;
-        const QObject receiver;
-        connect(&_g_sysMsg, &SysMsg::onSysMsg, &receiver, [&](const QString& text) { texts.append(text); });
-        action();
-        return texts;
-    }
 
 private Q_SLOTS:
     void hasOneSignalAndNoSlot()
@@ -111,7 +107,58 @@ private Q_SLOTS:
         for (int t = 0; t < threadCount; ++t)
             QCOMPARE(texts.count(QString::number(t)), postCount);
     }
+
+    void cleanup() { tarnis::setLanguage(QLocale(QLocale::English)); }
+
+    void aMessageIsReadInEnglishAndTranslated()
+    {
+        const SystemMessage message { "Local Server[%1] Started", { QStringLiteral("/bin/server") } };
+        QCOMPARE(message.translated(), "Local Server[/bin/server] Started");
+        tarnis::setLanguage(QLocale(QLocale::German));
+        QCOMPARE(message.translated(), "Lokaler Server [/bin/server] gestartet");
+        QCOMPARE(message.text(), "Local Server[/bin/server] Started");
+    }
+
+    void anArgumentMayHoldAPlaceMarker()
+    {
+        const SystemMessage message { "Socket Error %1 %2",
+            { QStringLiteral("0"), QStringLiteral("Connection (%1)") } };
+        QCOMPARE(message.text(), "Socket Error 0 Connection (%1)");
+        tarnis::setLanguage(QLocale(QLocale::German));
+        QCOMPARE(message.translated(), "Verbindungsfehler 0: Connection (%1)");
+    }
+
+    void aPostReachesBothChannelsInOrder()
+    {
+        QStringList seen;
+        const QObject receiver;
+        connect(&_g_sysMsg, &SysMsg::onSysMsg, &receiver, [&](const QString& text) { seen << "plain " + text; });
+        connect(&SystemMessages::instance(), &SystemMessages::posted, &receiver,
+            [&](const SystemMessage& message) { seen << "parts " + message.arguments.join(u','); });
+        SystemMessages::instance().post({ "Socket Error %1 %2", { QStringLiteral("1"), QStringLiteral("100%s") } });
+        QCOMPARE(seen, (QStringList { "plain Socket Error 1 100%s", "parts 1,100%s" }));
+    }
+
+    void whatAHostPostsIsNotTheLibrarys()
+    {
+        int posted = 0;
+        const QObject receiver;
+        connect(&SystemMessages::instance(), &SystemMessages::posted, &receiver, [&] { ++posted; });
+        _g_sysMsg << QStringLiteral("from a host");
+        QCOMPARE(posted, 0);
+    }
+
+private:
+    // The texts that _g_sysMsg emits while `action` runs.
+    template <typename Action> static QStringList emitted(const Action& action)
+    {
+        QStringList texts;
+        const QObject receiver;
+        connect(&_g_sysMsg, &SysMsg::onSysMsg, &receiver, [&](const QString& text) { texts.append(text); });
+        action();
+        return texts;
+    }
 };
 
-QTEST_GUILESS_MAIN(TestSysMsg)
+QTEST_MAIN(TestSysMsg)
 #include "tst_sysmsg.moc"

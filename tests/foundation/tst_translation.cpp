@@ -1,5 +1,6 @@
-// The library's texts in another language, changed while windows are open.
+// Catalogues, and texts that follow the language.
 #include "support/wait.h"
+#include "tarnis/foundation/retranslator.h"
 
 #include <tarnis/dialogs/dialogchecklist.h>
 #include <tarnis/dialogs/graph1ddialog.h>
@@ -12,17 +13,37 @@
 #include <QAction>
 #include <QApplication>
 #include <QComboBox>
+#include <QCoreApplication>
+#include <QEvent>
 #include <QLabel>
 #include <QPushButton>
 #include <QTest>
 #include <QTranslator>
 
+namespace {
+
+QString language = QStringLiteral("en");
+
+QString inLanguage(const char* text)
+{
+    return QLatin1String(text) + u' ' + language;
+}
+
+void changeLanguage(QWidget& widget, const QString& next)
+{
+    language = next;
+    QEvent event(QEvent::LanguageChange);
+    QCoreApplication::sendEvent(&widget, &event);
+}
+
+} // namespace
+
 class TestTranslation : public QObject {
     Q_OBJECT
-private:
-    static QString zoomIn() { return QCoreApplication::translate("XYGraphWidget", "Zoom In"); }
 
 private Q_SLOTS:
+    // The library's texts in another language, changed while windows are open.
+
     void cleanup() { tarnis::setLanguage(QLocale(QLocale::English)); }
 
     void germanAndBack()
@@ -141,6 +162,64 @@ private Q_SLOTS:
             tarnis::setLanguage(QLocale(QLocale::German));
         QCOMPARE(QCoreApplication::instance()->findChildren<QTranslator*>().size(), 1);
     }
+
+    void init() { language = QStringLiteral("en"); }
+
+    void aLabelFollowsTheLanguageWithItsLastText()
+    {
+        QLabel label;
+        tarnis::setTranslatedText(label, [] { return inLanguage("first"); });
+        tarnis::setTranslatedText(label, [] { return inLanguage("second"); });
+        QCOMPARE(label.text(), "second en");
+        changeLanguage(label, QStringLiteral("de"));
+        QCOMPARE(label.text(), "second de");
+    }
+
+    void aLabelThatIsAWindowKeepsTextAndTitle()
+    {
+        QLabel label;
+        tarnis::setTranslatedText(label, [] { return inLanguage("text"); });
+        tarnis::setTranslatedTitle(label, [] { return inLanguage("title"); });
+        changeLanguage(label, QStringLiteral("de"));
+        QCOMPARE(label.text(), "text de");
+        QCOMPARE(label.windowTitle(), "title de");
+    }
+
+    void anActionKeepsATextOfTheHost()
+    {
+        QWidget owner;
+        QAction action;
+        tarnis::setTranslatedText(action, owner, [] { return inLanguage("save"); });
+        changeLanguage(owner, QStringLiteral("de"));
+        QCOMPARE(action.text(), "save de");
+        action.setText(QStringLiteral("store"));
+        changeLanguage(owner, QStringLiteral("en"));
+        QCOMPARE(action.text(), "store");
+    }
+
+    void anActionMayEndBeforeItsOwner()
+    {
+        QWidget owner;
+        auto action = std::make_unique<QAction>();
+        tarnis::setTranslatedText(*action, owner, [] { return inLanguage("save"); });
+        action.reset();
+        changeLanguage(owner, QStringLiteral("de"));
+    }
+
+    void everyCallbackOfAWidgetIsCalled()
+    {
+        QWidget widget;
+        int first = 0;
+        int second = 0;
+        tarnis::onLanguageChange(widget, [&] { ++first; });
+        tarnis::onLanguageChange(widget, [&] { ++second; });
+        changeLanguage(widget, QStringLiteral("de"));
+        QCOMPARE(first, 1);
+        QCOMPARE(second, 1);
+    }
+
+private:
+    static QString zoomIn() { return QCoreApplication::translate("XYGraphWidget", "Zoom In"); }
 };
 
 QTEST_MAIN(TestTranslation)
