@@ -13,13 +13,7 @@
 #include <tarnis/plots/xy2dgraphwidget.h>
 
 #include <QApplication>
-#include <QComboBox>
-#include <QDialogButtonBox>
-#include <QListWidget>
 #include <QMenu>
-#include <QPointer>
-#include <QPushButton>
-#include <QScreen>
 
 using namespace console;
 using namespace tarnis::testing;
@@ -370,57 +364,6 @@ private Q_SLOTS:
         TRY_VERIFY(!map->findChild<QLabel*>(QStringLiteral("infoLabel"))->isVisible());
     }
 
-    // Windows on the screen.
-
-    void tilesFillTheArea_data()
-    {
-        QTest::addColumn<int>("count");
-        for (const int count : { 1, 2, 3, 4, 5, 6, 7, 12, 30 })
-            QTest::addRow("%d windows", count) << count;
-    }
-    void tilesFillTheArea()
-    {
-        QFETCH(int, count);
-        const QRect area(100, 30, 1920, 1050);
-        const QList<QRect> cells = tileCells(count, area);
-        QCOMPARE(cells.size(), count);
-        qint64 covered = 0;
-        for (qsizetype i = 0; i < cells.size(); ++i) {
-            QVERIFY(area.contains(cells.at(i)));
-            covered += qint64(cells.at(i).width()) * cells.at(i).height();
-            for (qsizetype k = i + 1; k < cells.size(); ++k)
-                QVERIFY(!cells.at(i).intersects(cells.at(k)));
-        }
-        QCOMPARE(covered, qint64(area.width()) * area.height());
-    }
-
-    void theConsoleKeepsAPartOfTheScreen_data()
-    {
-        addColumns<QRect, QSize, bool>("console", "least", "stays");
-        QTest::newRow("small, at the left") << QRect(100, 30, 900, 1050) << QSize(800, 600) << true;
-        QTest::newRow("small, at the bottom") << QRect(100, 700, 1920, 380) << QSize(800, 300) << true;
-        QTest::newRow("in the middle") << QRect(600, 200, 900, 700) << QSize(800, 600) << false;
-        QTest::newRow("maximized") << QRect(100, 30, 1920, 1050) << QSize(800, 600) << false;
-        QTest::newRow("too wide for a strip") << QRect(100, 30, 1920, 1050) << QSize(1500, 600) << false;
-        QTest::newRow("too large for any") << QRect(100, 30, 1920, 1050) << QSize(1500, 900) << false;
-        QTest::newRow("on another screen") << QRect(5000, 30, 900, 700) << QSize(800, 600) << false;
-    }
-    void theConsoleKeepsAPartOfTheScreen()
-    {
-        QFETCH(QRect, console);
-        QFETCH(QSize, least);
-        QFETCH(bool, stays);
-        const QRect area(100, 30, 1920, 1050);
-        const Shares shares = sharesOf(area, console, least);
-        QCOMPARE(shares.console == console, stays);
-        QVERIFY(area.contains(shares.console) && area.contains(shares.windows));
-        QVERIFY(!shares.console.intersects(shares.windows));
-        QVERIFY(shares.windows.width() * 5 >= area.width() * 2 - 5);
-        QVERIFY(shares.windows.height() * 5 >= area.height() * 2 - 5);
-        if (least.width() <= area.width() * 3 / 5)
-            QVERIFY(shares.console.width() >= least.width());
-    }
-
     void theMenuListsTheOpenWindows()
     {
         HistogramServer server;
@@ -457,23 +400,6 @@ private Q_SLOTS:
         TRY_VERIFY(fixture.window->isActiveWindow());
     }
 
-    void noWindowsNoTiles()
-    {
-        QVERIFY(tileCells(0, QRect(0, 0, 800, 600)).isEmpty());
-        QVERIFY(cascadeCells(0, QRect(0, 0, 800, 600)).isEmpty());
-        QCOMPARE(tileCells(2, QRect()).size(), 2);
-    }
-
-    void cascadedWindowsStayInTheArea()
-    {
-        const QRect area(100, 30, 1280, 1000);
-        const QList<QRect> cells = cascadeCells(40, area);
-        QCOMPARE(cells.size(), 40);
-        for (const QRect& cell : cells)
-            QVERIFY(area.contains(cell));
-        QVERIFY(cells.at(1).topLeft() != cells.at(0).topLeft());
-    }
-
     void openWindowsAreLaidOutAndClosed()
     {
         HistogramServer server;
@@ -501,14 +427,6 @@ private Q_SLOTS:
         fixture.choose("closeWindowsAction");
         TRY_VERIFY(!fixture.widget<QAction>("closeWindowsAction").isEnabled());
         QVERIFY(fixture.window->isVisible());
-    }
-
-    void waylandPlacesWindowsItself()
-    {
-        QVERIFY(!canPlaceWindows(QStringLiteral("wayland")));
-        QVERIFY(!canPlaceWindows(QStringLiteral("wayland-egl")));
-        QVERIFY(canPlaceWindows(QStringLiteral("xcb")));
-        QVERIFY(canPlaceWindows(QStringLiteral("offscreen")));
     }
 };
 

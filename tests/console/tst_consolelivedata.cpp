@@ -5,24 +5,18 @@
 #include "histograms/keptdata.h"
 #include "histograms/livewindows.h"
 #include "support/cases.h"
-#include "support/modalwatchdog.h"
 #include "support/wait.h"
 #include "tables/ratewindow.h"
 
 #include <tarnis/export/exportdialog.h>
 #include <tarnis/peak/peaksearchdialog.h>
-#include <tarnis/plots/multivectorgraphwidget.h>
-#include <tarnis/plots/viewselectedroi.h>
-#include <tarnis/plots/xy2dgraphwidget.h>
 
 #include "app/language.h"
 #include "histograms/serverhistograms.h"
 #include "windows/openwindows.h"
 
 #include <QAction>
-#include <QHeaderView>
 #include <QLabel>
-#include <QPointer>
 #include <QPushButton>
 #include <QRegularExpression>
 #include <QTableWidget>
@@ -451,141 +445,6 @@ private Q_SLOTS:
         window->getGraphWidget()->setEnable(3, false);
         window->getGraphWidget()->refreshPixmap();
         TRY_COMPARE(caption->text(), QStringLiteral("Module 0-2, 4-7 of 8"));
-    }
-
-    void escapeLeavesTheToolAndCtrlWCloses_data()
-    {
-        addColumns<QByteArray, QStringList>("id", "tools");
-        const QStringList common { "Rectangle", "Zoom In", "Zoom Out", "Move" };
-        QTest::newRow("curves") << QByteArray("curves") << common + QStringList { "Select Time Range" };
-        QTest::newRow("single row") << QByteArray("single-row") << common;
-        QTest::newRow("map") << QByteArray("map") << common + QStringList { "1D Cut", "Select ROI..." };
-        QTest::newRow("rate") << QByteArray("rate") << common;
-        QTest::newRow("statistics") << QByteArray("statistics") << QStringList();
-    }
-    void escapeLeavesTheToolAndCtrlWCloses()
-    {
-        QFETCH(QByteArray, id);
-        QFETCH(QStringList, tools);
-        LiveServer server;
-        ConsoleFixture fixture(server);
-        const QPointer<QWidget> window = fixture.find(id.constData());
-        window->activateWindow();
-        TRY_COMPARE(QApplication::activeWindow(), window.data()); // a shortcut needs it
-        if (auto* const curves = qobject_cast<LiveCurves*>(window.data()); curves && id == "curves")
-            QVERIFY(isFilled(*curves)); // a range needs data
-        auto* const plot = window->findChild<XYGraphWidget*>();
-        for (const QString& text : tools) {
-            QAction* const tool = actionOf(*plot, text);
-            QVERIFY2(tool, qPrintable(text));
-            tool->trigger();
-            QVERIFY(tool->isChecked());
-            QVERIFY(plot->cursor().shape() != Qt::ArrowCursor || text.startsWith(u"1D") || text.contains(u"ROI"));
-            QTest::keyClick(window, Qt::Key_Escape);
-            QVERIFY2(!tool->isChecked(), qPrintable(text));
-            QCOMPARE(plot->cursor().shape(), Qt::ArrowCursor);
-            QVERIFY(window->isVisible());
-        }
-        QTest::keyClick(window, Qt::Key_Escape);
-        QVERIFY(window->isVisible());
-        window->activateWindow(); // the box of a tool may have been active
-        TRY_COMPARE(QApplication::activeWindow(), window.data());
-        QTest::keyClick(window, Qt::Key_W, Qt::ControlModifier);
-        TRY_VERIFY(window.isNull() || !window->isVisible());
-    }
-
-    void escapeInTheBoxOfAToolLeavesTheTool()
-    {
-        LiveServer server;
-        ConsoleFixture fixture(server);
-        auto* const window = fixture.open<LiveMap>("map");
-        QVERIFY(isFilled(*window));
-        XY2DGraphWidget& plot = *window->getGraphWidget();
-        plot.SetRoiEnabled(true);
-        QWidget* const box = plot.GetViewSelectedROI()->window();
-        QVERIFY(box->isVisible());
-        QTest::keyClick(box, Qt::Key_Escape);
-        QVERIFY(!plot.IsRoiEnabled());
-        QVERIFY(!box->isVisible());
-        QVERIFY(window->isVisible());
-    }
-
-    void escapeStillClosesADialog()
-    {
-        LiveServer server;
-        ConsoleFixture fixture(server);
-        const QPointer<QWidget> window = fixture.find("histograms");
-        QTest::keyClick(window, Qt::Key_Escape);
-        TRY_VERIFY(window.isNull() || !window->isVisible());
-    }
-
-    // Filtered maps.
-
-    void aFilteredMapHasItsOwnTitle()
-    {
-        LiveServer server;
-        ConsoleFixture fixture(server);
-        auto* const window = fixture.open<LiveMap>("map");
-        QVERIFY(isFilled(*window));
-        window->onFilter(); // the filter's dialog finds the slot by its name
-        auto* const dialog = window->findChild<Graph2DFilterDialog*>();
-        QVERIFY(QMetaObject::invokeMethod(dialog, "accepted", Q_ARG(Graph2DFilter, Graph2DFilter())));
-        const auto maps = window->findChildren<Graph2DDialog*>();
-        QCOMPARE(maps.size(), 1);
-        const QRegularExpression english(QStringLiteral("^Image \\(filtered, \\d\\d:\\d\\d:\\d\\d\\)$"));
-        QVERIFY2(english.match(maps.first()->windowTitle()).hasMatch(), qPrintable(maps.first()->windowTitle()));
-        QCOMPARE(window->windowTitle(), QStringLiteral("Image"));
-        const QString time = maps.first()->windowTitle().right(9);
-        setLanguage(QStringLiteral("de"));
-        const auto title = [&] { return maps.first()->windowTitle(); };
-        TRY_VERIFY2(title().contains(QStringLiteral("gefiltert")), qPrintable(title()));
-        QVERIFY(title().endsWith(time));
-        setLanguage(QStringLiteral("en"));
-        TRY_VERIFY2(english.match(title()).hasMatch(), qPrintable(title()));
-    }
-
-    // One set of tools.
-
-    void everyWindowOfTheSameDataHasTheSameTools_data()
-    {
-        addColumns<QByteArray, QString>("id", "other");
-        QTest::newRow("curves") << QByteArray("curves") << "Histogram time";
-        QTest::newRow("map") << QByteArray("map") << "Histogram image";
-    }
-    void everyWindowOfTheSameDataHasTheSameTools()
-    {
-        QFETCH(QByteArray, id);
-        QFETCH(QString, other);
-        LiveServer server;
-        server.answer("hists",
-            { Step::text("OK:\ntime: kind=1d rows=8 bins=1024 min=0 max=40000 label=Time unit=us\n"
-                         "image: kind=2d binsx=256 minx=0 maxx=256 binsy=256 miny=0 maxy=256\n") });
-        ConsoleFixture fixture(server);
-        TRY_VERIFY(fixture.window->histograms().find(QStringLiteral("image")));
-        auto* const chooser = fixture.open<HistogramChooser>("histograms");
-        TRY_COMPARE(chooser->count(), 2);
-        chooser->setChecked(0, true);
-        chooser->setChecked(1, true);
-        acceptChoice(*chooser);
-        const auto toolsOf = [](const QWidget& window) {
-            QStringList tools;
-            for (const QAction* const action : window.findChild<XYGraphWidget*>()->actions()) {
-                if (action->isVisible())
-                    tools.append(action->text());
-            }
-            return tools;
-        };
-        const QStringList tools = toolsOf(*fixture.find(id.constData()));
-        QStringList others;
-        TRY_VERIFY([&] {
-            for (const QWidget* const window : fixture.window->windows().all()) {
-                if (window->windowTitle() == other)
-                    others = toolsOf(*window);
-            }
-            return !others.isEmpty();
-        }());
-        QCOMPARE(others, tools);
-        QVERIFY(tools.contains(QStringLiteral("Select Time Range")) || tools.contains(QStringLiteral("Select ROI...")));
     }
 };
 

@@ -1,7 +1,11 @@
 // Placement of the console's windows and the boxes of their plots: arithmetic, independence, stored positions.
 #include "app/language.h"
 #include "console/consolefixture.h"
+#include "console/histogramserver.h"
 #include "console/windowlists.h"
+#include "histograms/histogramchooser.h"
+#include "histograms/histogramlist.h"
+#include "support/cases.h"
 #include "support/wait.h"
 #include "windows/boxplacer.h"
 #include "windows/openwindows.h"
@@ -16,8 +20,7 @@
 #include <tarnis/plots/xy2dgraphwidget.h>
 #include <tarnis/tools/plotstyle.h>
 
-#include <QScopeGuard>
-#include <QScreen>
+#include <QApplication>
 #include <QWindow>
 
 using namespace console;
@@ -361,6 +364,84 @@ private Q_SLOTS:
         // 1024 x 700 pixels at a scale of 2.
         QVERIFY2(least.width() <= 512 && least.height() <= 350,
             qPrintable(QStringLiteral("%1 x %2").arg(least.width()).arg(least.height())));
+    }
+
+    // Tiles and cascades
+
+    // Windows on the screen.
+
+    void tilesFillTheArea_data()
+    {
+        QTest::addColumn<int>("count");
+        for (const int count : { 1, 2, 3, 4, 5, 6, 7, 12, 30 })
+            QTest::addRow("%d windows", count) << count;
+    }
+    void tilesFillTheArea()
+    {
+        QFETCH(int, count);
+        const QRect area(100, 30, 1920, 1050);
+        const QList<QRect> cells = tileCells(count, area);
+        QCOMPARE(cells.size(), count);
+        qint64 covered = 0;
+        for (qsizetype i = 0; i < cells.size(); ++i) {
+            QVERIFY(area.contains(cells.at(i)));
+            covered += qint64(cells.at(i).width()) * cells.at(i).height();
+            for (qsizetype k = i + 1; k < cells.size(); ++k)
+                QVERIFY(!cells.at(i).intersects(cells.at(k)));
+        }
+        QCOMPARE(covered, qint64(area.width()) * area.height());
+    }
+
+    void theConsoleKeepsAPartOfTheScreen_data()
+    {
+        addColumns<QRect, QSize, bool>("console", "least", "stays");
+        QTest::newRow("small, at the left") << QRect(100, 30, 900, 1050) << QSize(800, 600) << true;
+        QTest::newRow("small, at the bottom") << QRect(100, 700, 1920, 380) << QSize(800, 300) << true;
+        QTest::newRow("in the middle") << QRect(600, 200, 900, 700) << QSize(800, 600) << false;
+        QTest::newRow("maximized") << QRect(100, 30, 1920, 1050) << QSize(800, 600) << false;
+        QTest::newRow("too wide for a strip") << QRect(100, 30, 1920, 1050) << QSize(1500, 600) << false;
+        QTest::newRow("too large for any") << QRect(100, 30, 1920, 1050) << QSize(1500, 900) << false;
+        QTest::newRow("on another screen") << QRect(5000, 30, 900, 700) << QSize(800, 600) << false;
+    }
+    void theConsoleKeepsAPartOfTheScreen()
+    {
+        QFETCH(QRect, console);
+        QFETCH(QSize, least);
+        QFETCH(bool, stays);
+        const QRect area(100, 30, 1920, 1050);
+        const Shares shares = sharesOf(area, console, least);
+        QCOMPARE(shares.console == console, stays);
+        QVERIFY(area.contains(shares.console) && area.contains(shares.windows));
+        QVERIFY(!shares.console.intersects(shares.windows));
+        QVERIFY(shares.windows.width() * 5 >= area.width() * 2 - 5);
+        QVERIFY(shares.windows.height() * 5 >= area.height() * 2 - 5);
+        if (least.width() <= area.width() * 3 / 5)
+            QVERIFY(shares.console.width() >= least.width());
+    }
+
+    void noWindowsNoTiles()
+    {
+        QVERIFY(tileCells(0, QRect(0, 0, 800, 600)).isEmpty());
+        QVERIFY(cascadeCells(0, QRect(0, 0, 800, 600)).isEmpty());
+        QCOMPARE(tileCells(2, QRect()).size(), 2);
+    }
+
+    void cascadedWindowsStayInTheArea()
+    {
+        const QRect area(100, 30, 1280, 1000);
+        const QList<QRect> cells = cascadeCells(40, area);
+        QCOMPARE(cells.size(), 40);
+        for (const QRect& cell : cells)
+            QVERIFY(area.contains(cell));
+        QVERIFY(cells.at(1).topLeft() != cells.at(0).topLeft());
+    }
+
+    void waylandPlacesWindowsItself()
+    {
+        QVERIFY(!canPlaceWindows(QStringLiteral("wayland")));
+        QVERIFY(!canPlaceWindows(QStringLiteral("wayland-egl")));
+        QVERIFY(canPlaceWindows(QStringLiteral("xcb")));
+        QVERIFY(canPlaceWindows(QStringLiteral("offscreen")));
     }
 };
 

@@ -1,10 +1,10 @@
 // Styles: colours by calculation, pixels by the plot's mapping, ranges, and the classic look without them.
+#include "support/colourvision.h"
+#include "support/contrast.h"
 #include "support/pictures.h"
-#include "support/support.h"
-#include "support/wait.h"
+#include "tools/styledplots.h"
 
 #include <tarnis/export/plotexporter.h>
-#include <tarnis/plots/curvenames.h>
 #include <tarnis/plots/multivectorgraphwidget.h>
 #include <tarnis/plots/plotmapping.h>
 #include <tarnis/plots/vectorgraphwidget.h>
@@ -17,12 +17,10 @@
 
 #include <QAction>
 #include <QJsonObject>
-#include <QMenu>
 #include <QPointer>
 #include <QSignalSpy>
 #include <QTest>
 
-#include <array>
 #include <cmath>
 #include <limits>
 #include <memory>
@@ -34,125 +32,6 @@ namespace {
 
 const QList<PlotStyle::Theme> allThemes { PlotStyle::Theme::Light, PlotStyle::Theme::Dark, PlotStyle::Theme::Print,
     PlotStyle::Theme::HighContrast };
-
-using Triple = std::array<double, 3>;
-using Matrix = std::array<Triple, 3>;
-
-double linear(int channel)
-{
-    const double share = channel / 255.0;
-    return share <= 0.04045 ? share / 12.92 : std::pow((share + 0.055) / 1.055, 2.4);
-}
-
-Triple times(const Matrix& matrix, const Triple& v)
-{
-    Triple result {};
-    for (std::size_t i = 0; i < 3; ++i)
-        result[i] = matrix[i][0] * v[0] + matrix[i][1] * v[1] + matrix[i][2] * v[2];
-    return result;
-}
-
-/// sRGB to XYZ.
-const Matrix toXyz { { { 0.4124564, 0.3575761, 0.1804375 }, { 0.2126729, 0.7151522, 0.0721750 },
-    { 0.0193339, 0.1191920, 0.9503041 } } };
-
-/// G. M. Machado, M. M. Oliveira, L. A. F. Fernandes, A Physiologically-based Model for Simulation of Color Vision
-/// Deficiency, IEEE Trans. Vis. Comput. Graph. 15 (2009) 1291, severity 1.0; the identity is the unimpaired eye.
-const std::array<Matrix, 4> eyes { {
-    { { { 1, 0, 0 }, { 0, 1, 0 }, { 0, 0, 1 } } },
-    { { { 0.152286, 1.052583, -0.204868 }, { 0.114503, 0.786281, 0.099216 }, { -0.003882, -0.048116, 1.051998 } } },
-    { { { 0.367322, 0.860646, -0.227968 }, { 0.280085, 0.672501, 0.047413 }, { -0.011820, 0.042940, 0.968881 } } },
-    { { { 1.255528, -0.076749, -0.178779 }, { -0.078411, 0.930809, 0.147602 }, { 0.004733, 0.691367, 0.303900 } } },
-} };
-
-Triple rgbOf(const QColor& color)
-{
-    return { linear(color.red()), linear(color.green()), linear(color.blue()) };
-}
-
-/// WCAG 2.1.
-double contrast(const QColor& a, const QColor& b)
-{
-    const double la = times(toXyz, rgbOf(a))[1] + 0.05;
-    const double lb = times(toXyz, rgbOf(b))[1] + 0.05;
-    return std::max(la, lb) / std::min(la, lb);
-}
-
-/// CIE 1976 L*a*b* for an eye with this colour matrix.
-Triple labOf(const QColor& color, const Matrix& eye)
-{
-    Triple rgb = times(eye, rgbOf(color));
-    for (double& channel : rgb)
-        channel = std::clamp(channel, 0.0, 1.0);
-    Triple xyz = times(toXyz, rgb);
-    constexpr Triple white { 0.95047, 1.0, 1.08883 };
-    for (std::size_t i = 0; i < 3; ++i) {
-        const double t = xyz[i] / white[i];
-        xyz[i] = t > 0.008856 ? std::cbrt(t) : 7.787 * t + 16.0 / 116.0;
-    }
-    return { 116.0 * xyz[1] - 16.0, 500.0 * (xyz[0] - xyz[1]), 200.0 * (xyz[1] - xyz[2]) };
-}
-
-double distance(const QColor& a, const QColor& b, const Matrix& eye)
-{
-    const Triple la = labOf(a, eye);
-    const Triple lb = labOf(b, eye);
-    return std::hypot(la[0] - lb[0], la[1] - lb[1], la[2] - lb[2]);
-}
-
-void fill(VectorGraphWidget& plot)
-{
-    plot.init("Energy [keV]", "Counts", 100, 10, true, true);
-    plot.initManualX(0, 100);
-    plot.setData({ 4, 1, 0, std::nan(""), 2.5, 50, 6, 7, 834, 9 });
-    plot.setMaxValue(834);
-}
-
-void fill(MultiVectorGraphWidget& plot, int count = 3)
-{
-    plot.m_groupSize = 1;
-    plot.init("Channel", "Counts", 0, 0, true, true);
-    for (int i = 0; i < count; ++i) {
-        QList<double> values;
-        for (int k = 0; k < 50; ++k)
-            values.append(100.0 * (i + 1) + (k % 2));
-        plot.setData(i, values, 100.0 * (i + 1) + 1);
-    }
-    plot.resizeData(count);
-}
-
-void fill(XY2DGraphWidget& map, const char* nameX = "X [mm]", const char* nameY = "Y [mm]")
-{
-    map.init(nameX, nameY, 0, 0, true, true);
-    map.initManualX(0, 20);
-    map.initManualY(0, 10);
-    for (int row = 0; row < 10; ++row) {
-        QList<double> bins(20, 0.0);
-        bins[row] = 1000.0;
-        map.setData(row, bins, 1000.0, false);
-    }
-}
-
-QImage grabbed(XYGraphWidget& plot, QSize size = QSize(640, 420))
-{
-    plot.m_doubleBuffered = true;
-    if (plot.size() != size)
-        plot.resize(size);
-    plot.grab();
-    return plot.grab().toImage();
-}
-
-bool isAbout(const QColor& a, const QColor& b)
-{
-    return std::abs(a.red() - b.red()) + std::abs(a.green() - b.green()) + std::abs(a.blue() - b.blue()) < 100;
-}
-
-/// Whether a pixel near the value has about that colour.
-bool hasColor(const QImage& image, const XYGraphWidget& plot, double x, double y, const QColor& color)
-{
-    const QPoint at = PlotMapping::of(plot).pixelOf({ x, y }).toPoint();
-    return hasPixel(image, at, QSize(2, 2), [&](const QColor& found) { return isAbout(found, color); });
-}
 
 } // namespace
 
@@ -255,107 +134,6 @@ private Q_SLOTS:
                 QVERIFY(!hasColor(image, plot, 25.0, 100.0 * (i + 1) - 50, PlotStyle::seriesColor(theme, i)));
             }
         }
-    }
-
-    void automaticRangesLeaveHeadRoom()
-    {
-        VectorGraphWidget plot;
-        fill(plot);
-        const PlotStyle style(&plot);
-        grabbed(plot);
-        double low = 0.0;
-        double high = 0.0;
-        plot.getMinMaxY(low, high);
-        QCOMPARE(low, 0.0);
-        QVERIFY(high >= 834 * 1.05 && high <= 834 * 1.1);
-        QCOMPARE(high, 880.0);
-    }
-
-    void automaticRangesShowWhatIsVisibleAndEnabled()
-    {
-        MultiVectorGraphWidget plot;
-        fill(plot);
-        const PlotStyle style(&plot);
-        grabbed(plot);
-        double low = 0.0;
-        double high = 0.0;
-        plot.getMinMaxX(low, high);
-        QCOMPARE(high, 50.0); // ends with the data
-        plot.getMinMaxY(low, high);
-        QCOMPARE(high, 320.0);
-        plot.setEnable(2, false);
-        plot.refreshPixmap();
-        grabbed(plot);
-        plot.getMinMaxY(low, high);
-        QCOMPARE(high, 220.0);
-
-        VectorGraphWidget one;
-        fill(one);
-        const PlotStyle second(&one);
-        one.onAutoScaleX(false);
-        one.setMinMaxX(1, 59); // without the largest
-        one.refreshPixmap();
-        grabbed(one);
-        one.getMinMaxY(low, high);
-        QCOMPARE(high, 54.0);
-    }
-
-    void aLiveAxisStaysCalm()
-    {
-        VectorGraphWidget plot;
-        fill(plot);
-        const PlotStyle style(&plot);
-        grabbed(plot);
-        double low = 0.0;
-        double first = 0.0;
-        plot.getMinMaxY(low, first);
-        for (const double largest : { 860.0, 800.0, 700.0, 840.0 }) {
-            plot.setData({ 1, 2, largest, 4 });
-            plot.setMaxValue(largest);
-            plot.refreshPixmap();
-            grabbed(plot);
-            double high = 0.0;
-            plot.getMinMaxY(low, high);
-            QCOMPARE(high, first);
-        }
-    }
-
-    void heldRangesStay()
-    {
-        MultiVectorGraphWidget plot;
-        fill(plot);
-        const PlotStyle style(&plot);
-        plot.onAutoScaleX(false);
-        plot.onAutoScaleY(false);
-        plot.setMinMaxX(3, 17);
-        plot.setMinMaxY(20, 90);
-        plot.refreshPixmap();
-        grabbed(plot);
-        double low = 0.0;
-        double high = 0.0;
-        plot.getMinMaxX(low, high);
-        QCOMPARE(low, 3.0);
-        QCOMPARE(high, 17.0);
-        plot.getMinMaxY(low, high);
-        QCOMPARE(low, 20.0);
-        QCOMPARE(high, 90.0);
-    }
-
-    void oneCountIsSeenOnALogarithmicAxis()
-    {
-        VectorGraphWidget plot;
-        plot.init("Channel", "Counts", 100, 10, true, true);
-        plot.setData({ 1, 1, 0, 0, 1000, 1000 });
-        plot.setMaxValue(1000);
-        plot.setLogScaleY(true);
-        PlotStyle style(&plot);
-        style.setCurveForm(PlotStyle::CurveForm::Steps);
-        const QImage image = grabbed(plot);
-        const PlotMapping mapping = PlotMapping::of(plot);
-        QCOMPARE(mapping.y().min, 0.5);
-        QVERIFY(mapping.rowOf(1.0) < mapping.rowOf(0.0) - 10);
-        QCOMPARE(mapping.rowOf(0.0), double(mapping.frameRect().bottom()));
-        QVERIFY(hasColor(image, plot, 1.0, 1.0, PlotStyle::seriesColor(PlotStyle::Theme::Light, 0)));
     }
 
     void formsDrawWhatTheySay()
@@ -466,29 +244,6 @@ private Q_SLOTS:
         const PlotStyle style(&plot);
         grabbed(plot);
         QVERIFY(PlotMapping::of(plot).plotRect().height() > 250);
-    }
-
-    void binsAreSquareWhereUnitsAgree()
-    {
-        XY2DGraphWidget map;
-        fill(map);
-        PlotStyle style(&map);
-        grabbed(map, { 700, 500 });
-        const auto aspect = [&map] {
-            const QRect rect = PlotMapping::of(map).plotRect();
-            return double(rect.width()) / rect.height();
-        };
-        QVERIFY(std::abs(aspect() - 2.0) < 0.02);
-        style.setBinsSquare(false);
-        grabbed(map, { 700, 500 });
-        QVERIFY(std::abs(aspect() - 2.0) > 0.1);
-
-        XY2DGraphWidget other;
-        fill(other, "X [mm]", "Time [us]");
-        const PlotStyle second(&other);
-        grabbed(other, { 700, 500 });
-        const QRect rect = PlotMapping::of(other).plotRect();
-        QVERIFY(std::abs(double(rect.width()) / rect.height() - 2.0) > 0.1);
     }
 
     void drawsBinsAtTheMappedPositions()
@@ -614,33 +369,6 @@ private Q_SLOTS:
         grabbed(plot);
         plot.getMinMaxY(low, high);
         QCOMPARE(high, 880.0);
-    }
-
-    void observersSeeTheStyledRange()
-    {
-        class Watch : public PlotObserver {
-        public:
-            using PlotObserver::PlotObserver;
-            QList<double> seen;
-
-        protected:
-            void plotChanged(Changes /*changes*/) override
-            {
-                double low = 0.0;
-                double high = 0.0;
-                observedPlot()->getMinMaxY(low, high);
-                seen.append(high);
-            }
-        };
-        VectorGraphWidget plot;
-        fill(plot);
-        const PlotStyle style(&plot);
-        Watch watch(&plot);
-        plot.setData({ 1, 2, 1000 });
-        plot.setMaxValue(1000);
-        TRY_VERIFY(!watch.seen.isEmpty());
-        for (const double high : std::as_const(watch.seen))
-            QVERIFY(high >= 1050.0 && high <= 1100.0);
     }
 
     void propertiesReport()

@@ -1,0 +1,219 @@
+// Sessions of the console itself: the probe of a server, and the command channel.
+#include "server/commandchannel.h"
+#include "server/servercontroller.h"
+#include "server/serverprobe.h"
+#include "support/cases.h"
+
+#include "support/scriptedserver.h"
+#include "support/wait.h"
+
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace console;
+using namespace tarnis::testing;
+
+namespace {
+
+ServerChoice remote(quint16 port, const QString& host = ScriptedServer::host())
+{
+    return { ServerChoice::Kind::Remote, {}, host, port };
+}
+
+/// A controller with short timeouts, and its alerts.
+struct Control {
+    ServerController controller;
+    QList<Alert> alerts;
+
+    Control()
+    {
+        controller.m_endTimeoutMs = 50;
+        QObject::connect(
+            &controller, &ServerController::alert, &controller, [this](const Alert& alert) { alerts.append(alert); });
+    }
+    void start(const ServerChoice& choice) { controller.start(choice, "> "); }
+    bool reaches(ServerState state)
+    {
+        return eventually([&] { return controller.state() == state; });
+    }
+    bool reports(const QString& text, AlertAction action)
+    {
+        return eventually(
+            [&] { return !alerts.isEmpty() && alerts.last().text.contains(text) && alerts.last().action == action; });
+    }
+    QString lastText() const { return alerts.isEmpty() ? QString() : alerts.last().text; }
+};
+
+ServerProbe::Outcome probe(ServerProbe& probe, quint16 port, int limitMs, const QString& host)
+{
+    QSignalSpy finished(&probe, &ServerProbe::finished);
+    probe.start(host, port, "> ", limitMs);
+    if (!finished.wait(limitMs + timeoutMs))
+        qFatal("the probe does not end");
+    return finished.first().first().value<ServerProbe::Outcome>();
+}
+
+} // namespace
+
+class TestConsoleProbe : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void theProbeMeetsAServer()
+    {
+        ScriptedServer server;
+        ServerProbe one;
+        QCOMPARE(probe(one, server.port(), timeoutMs, ScriptedServer::host()), ServerProbe::Outcome::Greeted);
+        QVERIFY(server.waitForFarewells(1));
+        QVERIFY(!one.isActive());
+    }
+
+    void theProbeMeetsAGreetingInPieces()
+    {
+        ScriptedServer server({ Step::text("hello\n").inChunksOf(1), Step::serve() });
+        ServerProbe one;
+        QCOMPARE(probe(one, server.port(), timeoutMs, ScriptedServer::host()), ServerProbe::Outcome::Greeted);
+        QVERIFY(one.received().endsWith("> "));
+    }
+
+    void theProbeReportsAMissingServer()
+    {
+        ServerProbe one;
+        QCOMPARE(probe(one, ScriptedServer::closedPort(), timeoutMs, ScriptedServer::host()),
+            ServerProbe::Outcome::NotReached);
+        QCOMPARE(one.socketError(), QAbstractSocket::ConnectionRefusedError);
+    }
+
+    void theProbeMeetsSomethingElse_data()
+    {
+        addColumns<QByteArray, bool>("greeting", "hangsUp");
+        QTest::newRow("silence") << QByteArray() << false;
+        QTest::newRow("another prompt") << QByteArray("login: ") << false;
+        QTest::newRow("hangs up") << QByteArray("busy\n") << true;
+        QTest::newRow("endless talk") << QByteArray(200000, 'x') << false;
+    }
+    void theProbeMeetsSomethingElse()
+    {
+        QFETCH(QByteArray, greeting);
+        QFETCH(bool, hangsUp);
+        ScriptedServer server({ Step::raw(greeting), hangsUp ? Step::drop() : Step::silence() });
+        ServerProbe one;
+        QCOMPARE(probe(one, server.port(), 300, ScriptedServer::host()), ServerProbe::Outcome::NoPrompt);
+    }
+
+    void aStoppedProbeIsSilent()
+    {
+        ScriptedServer server;
+        ServerProbe one;
+        QSignalSpy finished(&one, &ServerProbe::finished);
+        one.start(ScriptedServer::host(), server.port(), "> ", timeoutMs);
+        one.stop();
+        QVERIFY(server.waitUntilDeserted());
+        QCOMPARE(finished.size(), 0);
+    }
+
+    void theLinkAnswersInOrder()
+    {
+        ScriptedServer server;
+        server.answer("a", { Step::text("first") });
+        server.answer("b", { Step::doubles({ 1.0 }, "second") });
+        Control control;
+        control.start(remote(server.port()));
+        QVERIFY(control.reaches(ServerState::Up));
+        CommandChannel link(control.controller, QStringLiteral("test"), nullptr);
+        QSignalSpy replied(&link, &CommandChannel::replied);
+        auto* binary = new TarnisCmd(QStringLiteral("b"));
+        binary->m_bBinary = true;
+        link.send(new TarnisCmd(QStringLiteral("a")));
+        link.send(binary);
+        QCOMPARE(link.waiting().size(), qsizetype(2));
+        TRY_COMPARE(replied.size(), 2);
+        QCOMPARE(replied.at(0).at(1).toByteArray(), QByteArray("first"));
+        QCOMPARE(replied.at(1).at(0).value<PTarnisCmd>()->m_replyText, QStringLiteral("second"));
+        QVERIFY(link.waiting().isEmpty());
+    }
+
+    void theChannelReportsLostCommandsAndReconnects()
+    {
+        ScriptedServer server;
+        server.answerInTurn("a", { { Step::raw("half"), Step::drop() }, { Step::text("whole") } });
+        Control control;
+        control.start(remote(server.port()));
+        QVERIFY(control.reaches(ServerState::Up));
+        CommandChannel link(control.controller, QStringLiteral("test"), nullptr);
+        QSignalSpy failed(&link, &CommandChannel::failed);
+        QSignalSpy replied(&link, &CommandChannel::replied);
+        link.send(new TarnisCmd(QStringLiteral("a")));
+        link.send(new TarnisCmd(QStringLiteral("b")));
+        TRY_COMPARE(failed.size(), 1);
+        const auto lost = failed.first().at(1).value<QList<Request>>();
+        QCOMPARE(lost.size(), qsizetype(2));
+        QCOMPARE(lost.at(1).text, QStringLiteral("b"));
+        link.send(new TarnisCmd(QStringLiteral("a")));
+        TRY_COMPARE(replied.size(), 1);
+        QCOMPARE(replied.first().at(1).toByteArray(), QByteArray("whole"));
+    }
+
+    // A server that does not know the command refuses it without the length of a payload.
+    void theChannelReportsARefusalInPlaceOfAPayload()
+    {
+        ScriptedServer server;
+        server.answer("hist1d x", { Step::text("NG:unknown histogram\n") });
+        Control control;
+        control.start(remote(server.port()));
+        QVERIFY(control.reaches(ServerState::Up));
+        CommandChannel channel(control.controller, QStringLiteral("test"), nullptr);
+        QSignalSpy replied(&channel, &CommandChannel::replied);
+        auto* binary = new TarnisCmd(QStringLiteral("hist1d x"));
+        binary->m_bBinary = true;
+        channel.send(binary);
+        TRY_COMPARE(replied.size(), 1);
+        QCOMPARE(replied.at(0).at(0).value<PTarnisCmd>()->m_replyText, QStringLiteral("NG:unknown histogram\n"));
+        QVERIFY(replied.at(0).at(1).toByteArray().isEmpty());
+    }
+
+    // A server that closed an idle connection costs no command.
+    void theChannelReconnectsAfterAnIdleLoss()
+    {
+        ScriptedServer server;
+        Control control;
+        control.start(remote(server.port()));
+        QVERIFY(control.reaches(ServerState::Up));
+        CommandChannel channel(control.controller, QStringLiteral("test"), nullptr);
+        server.setScript(server.connectionCount(),
+            { Step::raw("> "), Step::expectLine("a"), Step::raw("first> "), Step::hold("gate"), Step::drop() });
+        QSignalSpy replied(&channel, &CommandChannel::replied);
+        QSignalSpy failed(&channel, &CommandChannel::failed);
+        channel.send(new TarnisCmd(QStringLiteral("a")));
+        TRY_COMPARE(replied.size(), 1);
+        const int open = server.openConnections();
+        server.open("gate");
+        TRY_COMPARE(server.openConnections(), open - 1);
+        for (int pass = 0; pass < 5; ++pass) // the socket's event, and the queued calls that follow
+            QCoreApplication::processEvents();
+        channel.send(new TarnisCmd(QStringLiteral("b")));
+        TRY_COMPARE(replied.size(), 2);
+        QCOMPARE(failed.size(), 0);
+    }
+
+    void aDroppedLinkIsSilent()
+    {
+        ScriptedServer server;
+        server.answer("a", { Step::hold("gate"), Step::text("late") });
+        Control control;
+        control.start(remote(server.port()));
+        QVERIFY(control.reaches(ServerState::Up));
+        CommandChannel link(control.controller, QStringLiteral("test"), nullptr);
+        QSignalSpy replied(&link, &CommandChannel::replied);
+        link.send(new TarnisCmd(QStringLiteral("a")));
+        QVERIFY(server.waitForHold("gate"));
+        QCOMPARE(link.drop().size(), qsizetype(1));
+        server.open("gate");
+        link.send(new TarnisCmd(QStringLiteral("b")));
+        TRY_COMPARE(replied.size(), 1);
+        QCOMPARE(replied.first().at(0).value<PTarnisCmd>()->m_cmd, QStringLiteral("b"));
+    }
+};
+
+QTEST_MAIN(TestConsoleProbe)
+#include "tst_consoleprobe.moc"
