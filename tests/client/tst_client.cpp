@@ -19,34 +19,6 @@ using namespace std::chrono_literals;
 using Outcome = Reply::Outcome;
 using State = Client::State;
 
-namespace {
-
-ClientOptions once()
-{
-    ClientOptions options;
-    options.reconnect.enabled = false;
-    return options;
-}
-
-RequestOptions binary()
-{
-    RequestOptions options;
-    options.form = RequestOptions::Form::Binary;
-    return options;
-}
-
-/// A client that is connected to the server.
-std::unique_ptr<Client> connectedTo(const ScriptedServer& server, const ClientOptions& options = quickClient())
-{
-    auto client = std::make_unique<Client>(options);
-    client->connectTo(server.host(), server.port());
-    if (!eventually([&] { return client->state() == State::Ready; }))
-        QTest::qFail("not connected", __FILE__, __LINE__);
-    return client;
-}
-
-} // namespace
-
 class TestClient : public QObject {
     Q_OBJECT
 

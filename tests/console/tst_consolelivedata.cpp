@@ -1,6 +1,7 @@
 // Data of the console's live windows: their age, a server that hangs or comes back, the range chosen by the user, the
 // tools, filtered maps.
 #include "console/consolefixture.h"
+#include "console/livedataserver.h"
 #include "histograms/histogramchooser.h"
 #include "histograms/keptdata.h"
 #include "histograms/livewindows.h"
@@ -10,12 +11,15 @@
 
 #include <tarnis/export/exportdialog.h>
 #include <tarnis/peak/peaksearchdialog.h>
+#include <tarnis/plots/multivectorgraphwidget.h>
+#include <tarnis/plots/xy2dgraphwidget.h>
 
 #include "app/language.h"
 #include "histograms/serverhistograms.h"
 #include "windows/openwindows.h"
 
 #include <QAction>
+#include <QHeaderView>
 #include <QLabel>
 #include <QPushButton>
 #include <QRegularExpression>
@@ -30,39 +34,10 @@ using namespace tarnis::testing;
 
 namespace {
 
-const QByteArray curvesCommand("hist1d time 0 7 bins:1024");
-const QByteArray pairsCommand("hist1d total pairs bins:1024");
-const QByteArray mapCommand("hist2d image bins:256");
-
-Script curvesOf(double value)
-{
-    return { Step::doubles(QList<double>(8, value), "OK:\n") };
-}
-
-class LiveServer : public ScriptedServer {
-public:
-    LiveServer()
-    {
-        answer(curvesCommand, curvesOf(3));
-        answer(pairsCommand, { Step::doubles({ 0, 5, 39, 6 }, "OK: (0 40000 1024)\n") });
-        answer(mapCommand, { Step::doubles({ 1, 2, 3, 4 }, "OK: exported 2 x 2 y\n") });
-        answer("stat", { Step::text("OK:\nevents: 12\nrate: 5\n") });
-    }
-};
-
 QString ageOf(const QWidget& window)
 {
     const auto* const label = window.findChild<QLabel*>(QStringLiteral("dataAgeLabel"));
     return label && label->isVisible() ? label->text() : QString();
-}
-
-QAction* actionOf(const XYGraphWidget& plot, const QString& text)
-{
-    for (QAction* const action : plot.actions()) {
-        if (action->text() == text)
-            return action;
-    }
-    return nullptr;
 }
 
 /// A proxy to a server, which can be closed and opened again at the same port.
@@ -101,11 +76,6 @@ private:
     quint16 m_target;
     quint16 m_port = 0;
 };
-
-template <typename Window> bool isFilled(const Window& window)
-{
-    return eventually([&] { return window.getGraphWidget()->getMaxValue() > 0.0; });
-}
 
 void setLimit(QWidget& window, int limitMs)
 {
@@ -412,7 +382,7 @@ private Q_SLOTS:
         ConsoleFixture fixture(server);
         auto* const window = fixture.open<LiveCurves>("curves");
         QVERIFY(isFilled(*window));
-        QAction* const columns = actionOf(*window->getGraphWidget(), QStringLiteral("Column Chart"));
+        QAction* const columns = entryOf(*window->getGraphWidget(), QStringLiteral("Column Chart"));
         QCOMPARE(columns->isChecked(), areColumns);
         columns->setChecked(!areColumns); // the user's choice stays
         const qsizetype polls = server.requests().count(QByteArray(curvesCommand));

@@ -2,6 +2,7 @@
 #include "app/language.h"
 #include "console/fullconsole.h"
 #include "support/cases.h"
+#include "support/menuhand.h"
 #include "support/wait.h"
 
 #include <tarnis/dialogs/graph1ddialog.h>
@@ -54,51 +55,10 @@ void takeKeyboard(XYGraphWidget& plot)
         qFatal("the plot does not get the keyboard");
 }
 
-QAction* entryOf(const QMenu& menu, const QString& text)
-{
-    const QList<QAction*> actions = menu.actions();
-    for (QAction* const action : actions) {
-        if (action->text().remove(u'&') == text)
-            return action;
-    }
-    return nullptr;
-}
-
 void chooseTool(XYGraphWidget& plot, const QString& text)
 {
-    QMenu* const menu = openTools(plot);
-    QAction* const entry = entryOf(*menu, text);
-    if (!entry || !entry->isEnabled())
-        qFatal("%s cannot be chosen", qPrintable(text));
-    menu->setActiveAction(entry);
-    QTest::keyClick(menu, Qt::Key_Return);
-    plot.window()->activateWindow(); // this platform gives the focus to menus and does not restore it
+    chooseByKey(openTools(plot), plot, text);
 }
-
-/// Chooses an entry as soon as a menu with it opens: this platform closes menus that open after another one.
-class MenuHand : public QObject {
-public:
-    explicit MenuHand(const QString& text)
-        : m_text(text)
-    {
-        QCoreApplication::instance()->installEventFilter(this);
-    }
-    bool hasChosen() const { return m_hasChosen; }
-
-protected:
-    bool eventFilter(QObject* object, QEvent* event) override
-    {
-        const auto* const menu = event->type() == QEvent::Show ? qobject_cast<QMenu*>(object) : nullptr;
-        if (QAction* const entry = menu ? entryOf(*menu, m_text) : nullptr) {
-            entry->trigger();
-            m_hasChosen = true;
-        }
-        return false;
-    }
-
-    QString m_text;
-    bool m_hasChosen = false;
-};
 
 } // namespace
 

@@ -1,4 +1,5 @@
 // Sessions of the console itself: the probe of a server, and the command channel.
+#include "console/servercontrol.h"
 #include "server/commandchannel.h"
 #include "server/servercontroller.h"
 #include "server/serverprobe.h"
@@ -14,35 +15,6 @@ using namespace console;
 using namespace tarnis::testing;
 
 namespace {
-
-ServerChoice remote(quint16 port, const QString& host = ScriptedServer::host())
-{
-    return { ServerChoice::Kind::Remote, {}, host, port };
-}
-
-/// A controller with short timeouts, and its alerts.
-struct Control {
-    ServerController controller;
-    QList<Alert> alerts;
-
-    Control()
-    {
-        controller.m_endTimeoutMs = 50;
-        QObject::connect(
-            &controller, &ServerController::alert, &controller, [this](const Alert& alert) { alerts.append(alert); });
-    }
-    void start(const ServerChoice& choice) { controller.start(choice, "> "); }
-    bool reaches(ServerState state)
-    {
-        return eventually([&] { return controller.state() == state; });
-    }
-    bool reports(const QString& text, AlertAction action)
-    {
-        return eventually(
-            [&] { return !alerts.isEmpty() && alerts.last().text.contains(text) && alerts.last().action == action; });
-    }
-    QString lastText() const { return alerts.isEmpty() ? QString() : alerts.last().text; }
-};
 
 ServerProbe::Outcome probe(ServerProbe& probe, quint16 port, int limitMs, const QString& host)
 {

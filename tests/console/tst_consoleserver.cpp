@@ -1,5 +1,6 @@
 // Connecting to the server and losing it: the probe, the command channel and the server controller, with a scripted
 // server and with well-behaved and misbehaving local programs.
+#include "console/servercontrol.h"
 #include "server/commandchannel.h"
 #include "server/servercontroller.h"
 #include "server/serverprobe.h"
@@ -25,35 +26,6 @@ ServerChoice local(const FakeServer& program)
 {
     return { ServerChoice::Kind::Local, program.path(), {}, 0 };
 }
-
-ServerChoice remote(quint16 port, const QString& host = ScriptedServer::host())
-{
-    return { ServerChoice::Kind::Remote, {}, host, port };
-}
-
-/// A controller with short timeouts, and its alerts.
-struct Control {
-    ServerController controller;
-    QList<Alert> alerts;
-
-    Control()
-    {
-        controller.m_endTimeoutMs = 50;
-        QObject::connect(
-            &controller, &ServerController::alert, &controller, [this](const Alert& alert) { alerts.append(alert); });
-    }
-    void start(const ServerChoice& choice) { controller.start(choice, "> "); }
-    bool reaches(ServerState state)
-    {
-        return eventually([&] { return controller.state() == state; });
-    }
-    bool reports(const QString& text, AlertAction action)
-    {
-        return eventually(
-            [&] { return !alerts.isEmpty() && alerts.last().text.contains(text) && alerts.last().action == action; });
-    }
-    QString lastText() const { return alerts.isEmpty() ? QString() : alerts.last().text; }
-};
 
 } // namespace
 

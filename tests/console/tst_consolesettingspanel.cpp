@@ -22,7 +22,20 @@ namespace {
 /// A console with helpers for its settings.
 class SettingsConsole : public ConsoleFixture {
 public:
-    using ConsoleFixture::ConsoleFixture;
+    SettingsConsole() = default;
+    /// The settings of this server have been read.
+    explicit SettingsConsole(const ScriptedServer& server) { connectTo(server); }
+    /// The same with a local program that prints the server's port.
+    SettingsConsole(const FakeServer& program, const ScriptedServer& server)
+    {
+        use(program);
+        waitForSettings(server);
+    }
+    void connectTo(const ScriptedServer& server)
+    {
+        use(server);
+        waitForSettings(server);
+    }
     SettingsModel& model() { return window->settingsPanel().model(); }
     QString here(const QString& name) { return window->controller().tarnis().GetSettingValue(name, QString()); }
     QString onServer(const QString& name)
@@ -39,9 +52,13 @@ public:
         press(button);
         return eventually([this] { return window->settingsPanel().canDownload(); });
     }
-    bool hasRead(const ScriptedServer& server, int times)
+    bool sends(const QString& name, const QString& value) { return edit(name, value) && pressed("downloadButton"); }
+
+private:
+    void waitForSettings(const ScriptedServer& server)
     {
-        return eventually([&] { return server.requests().count("setting") >= times && model().rowCount() > 0; });
+        if (!eventually([&] { return server.requests().contains("setting") && model().rowCount() > 0; }))
+            qFatal("the settings are not read");
     }
 };
 
@@ -92,12 +109,9 @@ private Q_SLOTS:
         ScriptedServer server;
         server.answerInTurn("setting",
             { okReply("rate: 10\nseed: 1\n"), okReply("rate: 10\nseed: 2\n"), okReply("rate: 20\nseed: 2\n") });
-        SettingsConsole fixture;
-        fixture.use(server);
-        QVERIFY(fixture.hasRead(server, 1));
+        SettingsConsole fixture(server);
         TRY_COMPARE(fixture.here("seed"), QStringLiteral("1"));
-        QVERIFY(fixture.edit("rate", "20"));
-        QVERIFY(fixture.pressed("downloadButton"));
+        QVERIFY(fixture.sends("rate", "20"));
         QCOMPARE(fixture.here("seed"), QStringLiteral("2"));
         TRY_VERIFY(fixture.model().changedNames().isEmpty());
         bool isSent = false;
@@ -119,9 +133,7 @@ private Q_SLOTS:
         QFETCH(QByteArray, button);
         ScriptedServer server;
         server.answer("setting", okReply("rate: 10\nbasepath: /data\n"));
-        SettingsConsole fixture;
-        fixture.use(server);
-        QVERIFY(fixture.hasRead(server, 1));
+        SettingsConsole fixture(server);
         const auto& path = fixture.widget<QLineEdit>("pathEdit");
         TRY_COMPARE(path.text(), QStringLiteral("/data"));
         QVERIFY(fixture.edit("rate", "20"));
@@ -138,9 +150,7 @@ private Q_SLOTS:
         ScriptedServer server;
         server.answerInTurn("setting",
             { okReply("rate: 10\n"), { Step::hold("reading"), Step::text("OK:\nrate: 10\n") }, okReply("rate: 10\n") });
-        SettingsConsole fixture;
-        fixture.use(server);
-        QVERIFY(fixture.hasRead(server, 1));
+        SettingsConsole fixture(server);
         TRY_COMPARE(fixture.here("rate"), QStringLiteral("10"));
         QVERIFY(fixture.edit("rate", "20"));
         auto& button = fixture.widget<QPushButton>("downloadButton");
@@ -161,7 +171,8 @@ private Q_SLOTS:
     {
         ScriptedServer server;
         server.answer("setting", { Step::text("NG:it is a secret\n") });
-        SettingsConsole fixture(server);
+        SettingsConsole fixture;
+        fixture.use(server);
         TRY_VERIFY(fixture.settingsState().contains(QStringLiteral("secret")));
         QVERIFY(fixture.model().add("rate", "20"));
         QVERIFY(fixture.pressed("downloadButton"));
@@ -173,9 +184,7 @@ private Q_SLOTS:
         ScriptedServer server;
         server.answerInTurn(
             "setting", { okReply("rate: 10\n"), { Step::hold("gate"), Step::text("OK:\nrate: 10\n") } });
-        SettingsConsole fixture;
-        fixture.use(server);
-        QVERIFY(fixture.hasRead(server, 1));
+        SettingsConsole fixture(server);
         fixture.press("saveButton");
         QVERIFY(server.waitForHold("gate"));
         QVERIFY(!fixture.widget<QPushButton>("saveButton").isEnabled());
@@ -190,12 +199,9 @@ private Q_SLOTS:
         ScriptedServer server;
         server.answer("setting", okReply("rate: 10\n"));
         server.answer("setting rate:0 ", { Step::text("NG:rate is too small\n") });
-        SettingsConsole fixture;
-        fixture.use(server);
-        QVERIFY(fixture.hasRead(server, 1));
+        SettingsConsole fixture(server);
         TRY_COMPARE(fixture.model().rowCount(), 1);
-        QVERIFY(fixture.edit("rate", "0"));
-        QVERIFY(fixture.pressed("downloadButton"));
+        QVERIFY(fixture.sends("rate", "0"));
         TRY_VERIFY(fixture.settingsState().contains(QStringLiteral("rate is too small")));
         QVERIFY(!fixture.record().contains(QStringLiteral("too small")));
         QVERIFY(fixture.alert().text.isEmpty());
@@ -212,12 +218,9 @@ private Q_SLOTS:
         ScriptedServer server;
         server.answer("setting", okReply("rate: 10\n"));
         server.answer("setting rate:0 ", { Step::text("NG:rate is too small\n") });
-        SettingsConsole fixture;
-        fixture.use(server);
-        QVERIFY(fixture.hasRead(server, 1));
+        SettingsConsole fixture(server);
         TRY_COMPARE(fixture.model().rowCount(), 1);
-        QVERIFY(fixture.edit("rate", "0"));
-        QVERIFY(fixture.pressed("downloadButton"));
+        QVERIFY(fixture.sends("rate", "0"));
         TRY_VERIFY(fixture.settingsState().contains(QStringLiteral("rate is too small")));
         const QString english = fixture.settingsState();
         setLanguage(QStringLiteral("de"));
@@ -246,9 +249,7 @@ private Q_SLOTS:
         ScriptedServer server;
         server.answerInTurn("setting", { okReply("rate: 10\n"), okReply("rate: 20\n") });
         server.answer(command.toLatin1(), { Step::text(reply) });
-        SettingsConsole fixture;
-        fixture.use(server);
-        QVERIFY(fixture.hasRead(server, 1));
+        SettingsConsole fixture(server);
         TRY_COMPARE(fixture.here("rate"), QStringLiteral("10"));
         fixture.send(command);
         QVERIFY(fixture.isFree());
@@ -265,8 +266,7 @@ private Q_SLOTS:
         server->answer("setting", okReply("rate: 10\n"));
         SettingsConsole fixture;
         QVERIFY(!fixture.settingsState().isEmpty());
-        fixture.use(*server);
-        QVERIFY(fixture.hasRead(*server, 1));
+        fixture.connectTo(*server);
         TRY_COMPARE(fixture.settingsState(), QStringLiteral("As on the server."));
         server.reset();
         fixture.window->controller().checkServer();
@@ -290,9 +290,7 @@ private Q_SLOTS:
         QFETCH(QByteArray, button);
         ScriptedServer server;
         server.answerInTurn("setting", { okReply("rate: 10\n"), { Step::silence() } });
-        SettingsConsole fixture;
-        fixture.use(server);
-        QVERIFY(fixture.hasRead(server, 1));
+        SettingsConsole fixture(server);
         TRY_COMPARE(fixture.settingsState(), QStringLiteral("As on the server."));
         fixture.press(button.constData());
         QVERIFY2(fixture.settingsState().startsWith(QStringLiteral("Reading")), qPrintable(fixture.settingsState()));
@@ -308,12 +306,9 @@ private Q_SLOTS:
         server.answerInTurn(
             "setting", { okReply("rate: 10\n"), okReply("rate: 10\n"), okReply("rate: 20\n"), okReply("rate: 10\n") });
         const FakeServer program(FakeServer::wellBehaved(server.port()));
-        SettingsConsole fixture;
-        fixture.use(program);
-        QVERIFY(fixture.hasRead(server, 1));
+        SettingsConsole fixture(program, server);
         TRY_COMPARE(fixture.here("rate"), QStringLiteral("10"));
-        QVERIFY(fixture.edit("rate", "20"));
-        QVERIFY(fixture.pressed("downloadButton"));
+        QVERIFY(fixture.sends("rate", "20"));
         TRY_COMPARE(fixture.onServer("rate"), QStringLiteral("20"));
         fixture.choose("restartAction");
         TRY_VERIFY(fixture.settingsState().contains(QStringLiteral("has restarted")));
@@ -350,12 +345,9 @@ private Q_SLOTS:
             { okReply("rate: 10\nseed: 1\n"), okReply("rate: 10\nseed: 1\n"), okReply("rate: 20\nseed: 1\n"),
                 okReply("rate: 10\nseed: 7\n") });
         const FakeServer program(FakeServer::wellBehaved(server.port()));
-        SettingsConsole fixture;
-        fixture.use(program);
-        QVERIFY(fixture.hasRead(server, 1));
+        SettingsConsole fixture(program, server);
         TRY_COMPARE(fixture.here("rate"), QStringLiteral("10"));
-        QVERIFY(fixture.edit("rate", "20"));
-        QVERIFY(fixture.pressed("downloadButton"));
+        QVERIFY(fixture.sends("rate", "20"));
         TRY_COMPARE(fixture.onServer("rate"), QStringLiteral("20"));
 
         fixture.choose("restartAction");
@@ -375,12 +367,9 @@ private Q_SLOTS:
             { okReply("rate: 10\n"), okReply("rate: 10\n"), okReply("rate: 20\n"), okReply("rate: 30\n"),
                 okReply("rate: 10\n") });
         const FakeServer program(FakeServer::wellBehaved(server.port()));
-        SettingsConsole fixture;
-        fixture.use(program);
-        QVERIFY(fixture.hasRead(server, 1));
+        SettingsConsole fixture(program, server);
         TRY_COMPARE(fixture.here("rate"), QStringLiteral("10"));
-        QVERIFY(fixture.edit("rate", "20"));
-        QVERIFY(fixture.pressed("downloadButton"));
+        QVERIFY(fixture.sends("rate", "20"));
         TRY_COMPARE(fixture.onServer("rate"), QStringLiteral("20"));
         fixture.press("readButton");
         TRY_COMPARE(fixture.here("rate"), QStringLiteral("30"));
@@ -394,12 +383,9 @@ private Q_SLOTS:
         ScriptedServer server;
         server.answerInTurn(
             "setting", { okReply("rate: 10\n"), okReply("rate: 10\n"), okReply("rate: 20\n"), okReply("rate: 30\n") });
-        SettingsConsole fixture;
-        fixture.use(server);
-        QVERIFY(fixture.hasRead(server, 1));
+        SettingsConsole fixture(server);
         TRY_COMPARE(fixture.here("rate"), QStringLiteral("10"));
-        QVERIFY(fixture.edit("rate", "20"));
-        QVERIFY(fixture.pressed("downloadButton"));
+        QVERIFY(fixture.sends("rate", "20"));
         TRY_COMPARE(fixture.onServer("rate"), QStringLiteral("20"));
         fixture.choose("restartAction"); // disconnects and connects again
         TRY_COMPARE(fixture.here("rate"), QStringLiteral("30"));
@@ -412,9 +398,7 @@ private Q_SLOTS:
         server.answerInTurn(
             "setting", { okReply("basepath: /\n"), okReply("basepath: /data\n"), okReply("basepath: /\n") });
         const FakeServer program(FakeServer::wellBehaved(server.port()));
-        SettingsConsole fixture;
-        fixture.use(program);
-        QVERIFY(fixture.hasRead(server, 1));
+        SettingsConsole fixture(program, server);
         TRY_COMPARE(fixture.here("basepath"), QStringLiteral("/"));
         fixture.widget<QLineEdit>("pathEdit").setText(QStringLiteral("/data"));
         fixture.press("pathButton");
@@ -433,12 +417,9 @@ private Q_SLOTS:
         second.answer("setting", okReply("rate: 5\n"));
         const FakeServer one(FakeServer::wellBehaved(first.port()));
         const FakeServer two(FakeServer::wellBehaved(second.port()));
-        SettingsConsole fixture;
-        fixture.use(one);
-        QVERIFY(fixture.hasRead(first, 1));
+        SettingsConsole fixture(one, first);
         TRY_COMPARE(fixture.here("rate"), QStringLiteral("10"));
-        QVERIFY(fixture.edit("rate", "20"));
-        QVERIFY(fixture.pressed("downloadButton"));
+        QVERIFY(fixture.sends("rate", "20"));
         TRY_COMPARE(fixture.onServer("rate"), QStringLiteral("20"));
         fixture.use(two);
         TRY_COMPARE(fixture.here("rate"), QStringLiteral("5"));
@@ -456,8 +437,7 @@ private Q_SLOTS:
         fixture.widget<QLineEdit>("ipEdit").setText(QStringLiteral("192.168.0.16"));
         QVERIFY(!send.isEnabled());
         QVERIFY(!address.isEnabled());
-        fixture.use(server);
-        QVERIFY(fixture.hasRead(server, 1));
+        fixture.connectTo(server);
         TRY_COMPARE(fixture.here("rate"), QStringLiteral("10"));
         fixture.widget<QLineEdit>("ipEdit").setText(QStringLiteral("192.168.0.16"));
         QVERIFY(address.isEnabled());

@@ -2,6 +2,7 @@
 #include "app/language.h"
 #include "console/consolefixture.h"
 #include "console/histogramserver.h"
+#include "console/livedataserver.h"
 #include "console/windowlists.h"
 #include "histograms/histogramchooser.h"
 #include "histograms/keptdata.h"
@@ -48,40 +49,6 @@ std::pair<double, double> rangeX(XYGraphWidget& plot)
 QString viewFile(const ConsoleFixture& fixture, const QString& id)
 {
     return QFileInfo(fixture.store.fileName()).path() + QStringLiteral("/views/") + id + QStringLiteral(".json");
-}
-
-const QByteArray curvesCommand("hist1d time 0 7 bins:1024");
-const QByteArray pairsCommand("hist1d total pairs bins:1024");
-const QByteArray mapCommand("hist2d image bins:256");
-
-Script curvesOf(double value)
-{
-    return { Step::doubles(QList<double>(8, value), "OK:\n") };
-}
-
-class LiveServer : public ScriptedServer {
-public:
-    LiveServer()
-    {
-        answer(curvesCommand, curvesOf(3));
-        answer(pairsCommand, { Step::doubles({ 0, 5, 39, 6 }, "OK: (0 40000 1024)\n") });
-        answer(mapCommand, { Step::doubles({ 1, 2, 3, 4 }, "OK: exported 2 x 2 y\n") });
-        answer("stat", { Step::text("OK:\nevents: 12\nrate: 5\n") });
-    }
-};
-
-QAction* actionOf(const XYGraphWidget& plot, const QString& text)
-{
-    for (QAction* const action : plot.actions()) {
-        if (action->text() == text)
-            return action;
-    }
-    return nullptr;
-}
-
-template <typename Window> bool isFilled(const Window& window)
-{
-    return eventually([&] { return window.getGraphWidget()->getMaxValue() > 0.0; });
 }
 
 } // namespace
@@ -211,7 +178,7 @@ private Q_SLOTS:
             QVERIFY(isFilled(*curves)); // a range needs data
         auto* const plot = window->findChild<XYGraphWidget*>();
         for (const QString& text : tools) {
-            QAction* const tool = actionOf(*plot, text);
+            QAction* const tool = entryOf(*plot, text);
             QVERIFY2(tool, qPrintable(text));
             tool->trigger();
             QVERIFY(tool->isChecked());

@@ -58,6 +58,7 @@ public:
 };
 
 using WindowPointer = std::unique_ptr<Window>;
+using ConnectedWindow = Connected<Window>;
 
 inline WindowPointer shown(TarnisSession* model, const Options& options = {})
 {

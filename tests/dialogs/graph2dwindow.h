@@ -47,6 +47,7 @@ public:
 };
 
 using WindowPointer = std::unique_ptr<Window>;
+using ConnectedWindow = Connected<Window>;
 
 inline WindowPointer shown(TarnisSession* model, const QStringList& initCmds = {})
 {

@@ -18,6 +18,27 @@ public:
     }
 };
 
+/// A window that is shown, on a server of its own without answers.
+template <typename Window> class Connected {
+public:
+    template <typename... Options>
+    explicit Connected(const Options&... options)
+        : m_model(m_server)
+        , m_window(&m_model, options...)
+    {
+        m_window.setAttribute(Qt::WA_DeleteOnClose, false);
+        m_window.show();
+    }
+    Window& operator*() const { return m_window; }
+    Window* operator->() const { return &m_window; }
+    Window* get() const { return &m_window; }
+
+private:
+    ScriptedServer m_server;
+    Model m_model;
+    mutable Window m_window;
+};
+
 inline QByteArray bytesOf(const QList<double>& values)
 {
     return QByteArray(reinterpret_cast<const char*>(values.constData()), values.size() * qsizetype(sizeof(double)));

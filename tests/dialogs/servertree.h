@@ -13,14 +13,17 @@ inline Script listing(const QByteArray& lines)
 }
 
 /// /data with two runs and files, /data/run with one file; the server's current folder is /data.
-inline void serveTree(ScriptedServer& server)
-{
-    server.answer("pwd", listing("/data\n"));
-    server.answer("ls-F \"/data\"", listing("b.txt\nrun/\nA.TXT\nnotes\nempty/\n"));
-    server.answer("ls-F \"/data/run\"", listing("one.txt\n"));
-    server.answer("ls-F \"/\"", listing("data/\n"));
-    server.answerOthers([](const std::string&) { return Script { Step::text("NG: no such folder\n") }; });
-}
+class TreeServer : public ScriptedServer {
+public:
+    TreeServer()
+    {
+        answer("pwd", listing("/data\n"));
+        answer("ls-F \"/data\"", listing("b.txt\nrun/\nA.TXT\nnotes\nempty/\n"));
+        answer("ls-F \"/data/run\"", listing("one.txt\n"));
+        answer("ls-F \"/\"", listing("data/\n"));
+        answerOthers([](const std::string&) { return Script { Step::text("NG: no such folder\n") }; });
+    }
+};
 
 inline QByteArray lastRequest(const ScriptedServer& server)
 {

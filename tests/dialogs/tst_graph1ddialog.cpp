@@ -63,9 +63,7 @@ private Q_SLOTS:
 
     void form()
     {
-        ScriptedServer server;
-        Model model(server);
-        const WindowPointer window = shown(&model);
+        const ConnectedWindow window;
         QCOMPARE(window->windowTitle(), "Title");
         QCOMPARE(window->size(), QSize(567, 361));
         QVERIFY(
@@ -217,9 +215,7 @@ private Q_SLOTS:
         QFETCH(QByteArray, payload);
         QFETCH(QList<double>, first);
         QFETCH(QList<double>, second);
-        ScriptedServer server;
-        Model model(server);
-        const WindowPointer window = shown(&model);
+        const ConnectedWindow window;
         QSignalSpy updated(window.get(), &Graph1DDialog::onGraphUpdated);
         window->result(answered("hist", true, "OK:\n"), payload);
         QCOMPARE(window->series(0), first);
@@ -231,11 +227,9 @@ private Q_SLOTS:
 
     void peakOfARowStartsFromZero()
     {
-        ScriptedServer server;
-        Model model(server);
         Options options;
         options.end = 0;
-        const WindowPointer window = shown(&model, options);
+        const ConnectedWindow window(options);
         window->result(answered("hist", true, "OK:\n"), bytesOf({ -5, -3 }));
         QCOMPARE(window->getGraphWidget()->getMaxValue(), 0.0);
         window->result(answered("hist", true, "OK:\n"), bytesOf({ -5, 7, 3 }));
@@ -246,9 +240,7 @@ private Q_SLOTS:
 
     void pairsFillTheirBins()
     {
-        ScriptedServer server;
-        Model model(server);
-        const WindowPointer window = shown(&model, pairs());
+        const ConnectedWindow window(pairs());
         QSignalSpy updated(window.get(), &Graph1DDialog::onGraphUpdated);
         window->result(answered("hist", true, "OK: t (10 20 5)\n"), bytesOf({ 14, 8, 10, 3, 99 }));
         QCOMPARE(window->series(0), QList<double>({ 3, 0, 8, 0, 0 }));
@@ -265,10 +257,8 @@ private Q_SLOTS:
 
     void upperEndIsBeyondTheLastBin()
     {
-        ScriptedServer server;
-        Model model(server);
         BoxWatch boxes;
-        const WindowPointer window = shown(&model, pairs());
+        const ConnectedWindow window(pairs());
         window->result(answered("hist", true, "OK: (0 4 5)"), bytesOf({ 4, 1 }));
         QCOMPARE(boxes.texts, QStringList("Invalid index!"));
         QCOMPARE(boxes.icons.value(0), QMessageBox::Warning);
@@ -286,10 +276,8 @@ private Q_SLOTS:
 
     void reportsAParseFailureAndKeepsThePlot()
     {
-        ScriptedServer server;
-        Model model(server);
         BoxWatch boxes;
-        const WindowPointer window = shown(&model, pairs());
+        const ConnectedWindow window(pairs());
         window->result(answered("hist", true, "OK: (0 4 4)"), bytesOf({ 1, 7 }));
         window->timer->stop();
         window->result(answered("hist", true, "OK: 0 4 4"), bytesOf({ 2, 9 }));
@@ -318,10 +306,8 @@ private Q_SLOTS:
         QFETCH(QString, text);
         QFETCH(QList<double>, payload);
         QFETCH(int, boxes);
-        ScriptedServer server;
-        Model model(server);
         BoxWatch watch;
-        const WindowPointer window = shown(&model, pairs());
+        const ConnectedWindow window(pairs());
         window->result(answered("hist", true, text), bytesOf(payload));
         QCOMPARE(watch.texts.size(), boxes);
         QCOMPARE(window->timer->isActive(), boxes == 0);
@@ -332,9 +318,7 @@ private Q_SLOTS:
 
     void typeChoosesWhatIsDrawn()
     {
-        ScriptedServer server;
-        Model model(server);
-        const WindowPointer window = shown(&model);
+        const ConnectedWindow window;
         window->getGraphWidget()->setData(0, { 1 }, 1);
         window->getGraphWidget()->setData(1, { 2 }, 2);
         // Curve by curve the plot reaches 2, their sum 3.

@@ -100,10 +100,8 @@ private Q_SLOTS:
 
     void refusedInitialCommandClosesTheWindow()
     {
-        ScriptedServer server;
-        Model model(server);
         BoxWatch boxes;
-        const WindowPointer window = shown(&model);
+        const ConnectedWindow window;
         window->result(answered("start %1", false, QString()), "NG: n\xc3\xb6 %2");
         QCOMPARE(boxes.texts, QStringList(QStringLiteral(">>> start %1\n<<< NG: nö %2")));
         QCOMPARE(boxes.titles, QStringList("live test"));
@@ -115,9 +113,7 @@ private Q_SLOTS:
 
     void acceptedInitialCommandChangesNothing()
     {
-        ScriptedServer server;
-        Model model(server);
-        const WindowPointer window = shown(&model);
+        const ConnectedWindow window;
         window->setInfoText("old");
         window->result(answered("start", false, QString()), "OK:");
         QVERIFY(window->isVisible() && !window->timer->isActive());
@@ -141,9 +137,7 @@ private Q_SLOTS:
 
     void subclassMayRefuseTheReply()
     {
-        ScriptedServer server;
-        Model model(server);
-        const WindowPointer window = shown(&model);
+        const ConnectedWindow window;
         window->drawReplies = false;
         QSignalSpy updated(window.get(), &Graph1DDialog::onGraphUpdated);
         window->result(answered("hist", true, "OK:"), bytesOf({ 1, 2 }));
@@ -193,9 +187,7 @@ private Q_SLOTS:
 
     void hiddenWindowDropsTheReply()
     {
-        ScriptedServer server;
-        Model model(server);
-        const WindowPointer window = shown(&model);
+        const ConnectedWindow window;
         window->hide();
         window->result(answered("hist", true, "OK:"), bytesOf({ 1, 2 }));
         QVERIFY(!window->timer->isActive());
@@ -245,9 +237,7 @@ private Q_SLOTS:
 
     void sameCmdPollsNothing()
     {
-        ScriptedServer server;
-        Model model(server);
-        const WindowPointer window = shown(&model);
+        const ConnectedWindow window;
         const Traces traces;
         window->setCmd("hist");
         QVERIFY(traces.texts().isEmpty());
@@ -350,10 +340,8 @@ private Q_SLOTS:
 
     void ignoresAnErrorQueuedBeforeClosing()
     {
-        ScriptedServer server;
-        Model model(server);
         BoxWatch boxes;
-        const WindowPointer window = shown(&model);
+        const ConnectedWindow window;
         QMetaObject::invokeMethod(window.get(), "error", Qt::QueuedConnection, Q_ARG(int, 1), Q_ARG(QString, "gone"));
         window->close();
         QCoreApplication::processEvents();

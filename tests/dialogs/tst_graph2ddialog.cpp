@@ -92,9 +92,7 @@ private Q_SLOTS:
 
     void form()
     {
-        ScriptedServer server;
-        Model model(server);
-        const WindowPointer window = shown(&model);
+        const ConnectedWindow window;
         QCOMPARE(window->windowTitle(), "Title");
         QCOMPARE(window->size(), QSize(467, 440));
         QVERIFY(Window(nullptr).testAttribute(Qt::WA_DeleteOnClose));
@@ -164,10 +162,8 @@ private Q_SLOTS:
         QFETCH(QByteArray, payload);
         QFETCH(QString, box);
         QFETCH(int, rows);
-        ScriptedServer server;
-        Model model(server);
         BoxWatch boxes;
-        const WindowPointer window = shown(&model);
+        const ConnectedWindow window;
         window->reply(text, payload);
         QCOMPARE(boxes.texts.value(0), box);
         QCOMPARE(boxes.texts.size(), box.isEmpty() ? 0 : 1);
@@ -180,10 +176,8 @@ private Q_SLOTS:
 
     void mismatchKeepsThePicture()
     {
-        ScriptedServer server;
-        Model model(server);
         BoxWatch boxes;
-        const WindowPointer window = shown(&model);
+        const ConnectedWindow window;
         window->reply("OK:", bytesOf(ramp(6)));
         window->reply("OK:", bytesOf({ 9, 9 }));
         QCOMPARE(window->rows(), QList<QList<double>>({ { 1, 2, 3 }, { 4, 5, 6 } }));
@@ -192,9 +186,7 @@ private Q_SLOTS:
 
     void countsStayAfterTheyWereTold()
     {
-        ScriptedServer server;
-        Model model(server);
-        const WindowPointer window = shown(&model);
+        const ConnectedWindow window;
         window->reply("OK: exported 6 x 1 y", bytesOf(ramp(6)));
         QCOMPARE(window->binsX, 6);
         QCOMPARE(window->binsY, 1);
@@ -204,9 +196,7 @@ private Q_SLOTS:
 
     void emptyReplyClearsThePlot()
     {
-        ScriptedServer server;
-        Model model(server);
-        const WindowPointer window = shown(&model);
+        const ConnectedWindow window;
         window->reply("OK:", bytesOf(ramp(6)));
         window->reply("OK: exported 3 x 0 y\n", QByteArray());
         QVERIFY(window->rows().isEmpty());
@@ -217,9 +207,7 @@ private Q_SLOTS:
 
     void rowPeaksStandByRow()
     {
-        ScriptedServer server;
-        Model model(server);
-        const WindowPointer window = shown(&model);
+        const ConnectedWindow window;
         XY2DGraphWidget& plot = *window->getGraphWidget();
         window->reply("OK:", bytesOf({ -3, -1, -2, 4, 6, 5 }));
         QCOMPARE(PlotInside::rowMaxima(plot), QList<double>({ -1, 6 }));
@@ -233,9 +221,7 @@ private Q_SLOTS:
 
     void aMillionRows()
     {
-        ScriptedServer server;
-        Model model(server);
-        const WindowPointer window = shown(&model);
+        const ConnectedWindow window;
         constexpr int count = 1000000;
         // Rows are set one by one; a scan of all rows for each would take minutes.
         window->reply(QStringLiteral("OK: exported 1 x %1 y").arg(count), bytesOf(ramp(count)));
@@ -288,9 +274,7 @@ private Q_SLOTS:
 
     void filteredMapIsAStaticWindow()
     {
-        ScriptedServer server;
-        Model model(server);
-        const WindowPointer window = shown(&model);
+        const ConnectedWindow window;
         window->reply("OK: exported 5 x 5 y", bytesOf(ramp(25)));
         Graph2DFilterDialog* const dialog = openFilter(*window);
         dialog->findChild<QLineEdit*>("matrix33LineEdit")->setText("4");

@@ -89,10 +89,8 @@ private Q_SLOTS:
 
     void refusedInitialCommandClosesTheWindow()
     {
-        ScriptedServer server;
-        Model model(server);
         BoxWatch boxes;
-        const WindowPointer window = shown(&model);
+        const ConnectedWindow window;
         window->result(answered("start", false, QString()), "NG: no");
         QCOMPARE(boxes.texts, QStringList(">>> start\n<<< NG: no"));
         QCOMPARE(boxes.titles, QStringList("map test"));
@@ -102,10 +100,8 @@ private Q_SLOTS:
 
     void showsRejectionsInTheWindowsLanguage()
     {
-        ScriptedServer server;
-        Model model(server);
         BoxWatch boxes;
-        const WindowPointer window = shown(&model);
+        const ConnectedWindow window;
         Catalogue catalogue("Graph2DDialog"); // removed from the application by its destructor
         QCoreApplication::installTranslator(&catalogue);
         window->result(answered("start", false, QString()), "NG: no");
@@ -258,18 +254,14 @@ private Q_SLOTS:
 
     void acceptedInitialCommandChangesNothing()
     {
-        ScriptedServer server;
-        Model model(server);
-        const WindowPointer window = shown(&model);
+        const ConnectedWindow window;
         window->result(answered("start", false, QString()), "OK:");
         QVERIFY(window->isVisible() && !window->timer->isActive());
     }
 
     void hiddenWindowDropsTheReply()
     {
-        ScriptedServer server;
-        Model model(server);
-        const WindowPointer window = shown(&model);
+        const ConnectedWindow window;
         window->hide();
         window->reply("OK: exported 3 x 2 y", bytesOf(ramp(6)));
         QVERIFY(window->rows().isEmpty() && !window->timer->isActive());
@@ -277,9 +269,7 @@ private Q_SLOTS:
 
     void subclassMayRefuseTheReply()
     {
-        ScriptedServer server;
-        Model model(server);
-        const WindowPointer window = shown(&model);
+        const ConnectedWindow window;
         window->drawReplies = false;
         window->reply("OK: exported 3 x 2 y", bytesOf(ramp(6)));
         QVERIFY(window->rows().isEmpty() && window->timer->isActive());
@@ -290,9 +280,7 @@ private Q_SLOTS:
 
     void refusedPollClearsThePlotAndShowsItsComplaint()
     {
-        ScriptedServer server;
-        Model model(server);
-        const WindowPointer window = shown(&model);
+        const ConnectedWindow window;
         window->reply("OK: exported 3 x 2 y", bytesOf(ramp(6)));
         window->reply(" NG: no map\n", QByteArray());
         QVERIFY(window->rows().isEmpty());

@@ -17,8 +17,7 @@ private Q_SLOTS:
 
     void startsAtTheGivenFolder()
     {
-        ScriptedServer server;
-        serveTree(server);
+        TreeServer server;
         PathChooser chooser(server, "/data");
         QVERIFY(!chooser.list().isEnabled());
         QVERIFY(!chooser.combo().isEnabled());
@@ -30,8 +29,7 @@ private Q_SLOTS:
 
     void startsAtTheServersFolder()
     {
-        ScriptedServer server;
-        serveTree(server);
+        TreeServer server;
         PathChooser chooser(server, QString());
         QVERIFY(chooser.shows({ "empty/", "run/" }));
         QCOMPARE(server.requests(), QList<QByteArray>({ "pwd", "ls-F \"/data\"" }));
@@ -39,8 +37,7 @@ private Q_SLOTS:
 
     void missingFolderFallsBackToTheServers()
     {
-        ScriptedServer server;
-        serveTree(server);
+        TreeServer server;
         PathChooser chooser(server, "/gone");
         QVERIFY(chooser.shows({ "empty/", "run/" }));
         QCOMPARE(chooser.dialog->getDir(), "/data");
@@ -48,8 +45,7 @@ private Q_SLOTS:
 
     void serversFolderCannotBeListed()
     {
-        ScriptedServer server;
-        serveTree(server);
+        TreeServer server;
         server.answer("pwd", listing("/locked\n"));
         PathChooser chooser(server, "/gone");
         QVERIFY(server.waitForRequests(3));
@@ -64,8 +60,7 @@ private Q_SLOTS:
 
     void eachStepOfTheHostMayFallBackAgain()
     {
-        ScriptedServer server;
-        serveTree(server);
+        TreeServer server;
         server.answer("pwd", listing("/locked\n"));
         PathChooser chooser(server, "/locked"); // refused; so is the server's own folder, which is the same
         QVERIFY(server.waitForRequests(2));
@@ -105,8 +100,7 @@ private Q_SLOTS:
 
     void quotesAreEscaped()
     {
-        ScriptedServer server;
-        serveTree(server);
+        TreeServer server;
         PathChooser chooser(server, "/a \"b\" %1/\\c");
         QVERIFY(server.waitForRequest("ls-F \"/a \\\"b\\\" %1/\\c\""));
     }
@@ -156,8 +150,7 @@ private Q_SLOTS:
 
     void setDirToTheCurrentFolderSendsNothing()
     {
-        ScriptedServer server;
-        serveTree(server);
+        TreeServer server;
         PathChooser chooser(server, "/data");
         QVERIFY(chooser.shows({ "empty/", "run/" }));
         chooser.dialog->setDir("/data");
@@ -167,8 +160,7 @@ private Q_SLOTS:
 
     void browsesByDoubleClickAndComboBox()
     {
-        ScriptedServer server;
-        serveTree(server);
+        TreeServer server;
         PathChooser chooser(server, "/data");
         chooser.dialog->setExt({ "txt" }, false, false);
         QVERIFY(chooser.shows({ "A.TXT", "b.txt", "empty/", "run/" }));
@@ -225,8 +217,7 @@ private Q_SLOTS:
 
     void selectionFillsTheName()
     {
-        ScriptedServer server;
-        serveTree(server);
+        TreeServer server;
         PathChooser chooser(server, "/data");
         chooser.dialog->setExt({ "txt" }, false, false);
         QVERIFY(eventually([&] { return chooser.list().count() == 4; }));
@@ -244,8 +235,7 @@ private Q_SLOTS:
 
     void choosesAFolder()
     {
-        ScriptedServer server;
-        serveTree(server);
+        TreeServer server;
         PathChooser chooser(server, "/data");
         QVERIFY(chooser.settles());
         chooser.ok().click();
@@ -268,8 +258,7 @@ private Q_SLOTS:
     {
         QFETCH(QString, typed);
         QFETCH(QString, path);
-        ScriptedServer server;
-        serveTree(server);
+        TreeServer server;
         PathChooser chooser(server, "/data");
         chooser.dialog->setExt({ "dat", "txt" }, false, false);
         QVERIFY(chooser.settles());
@@ -281,8 +270,7 @@ private Q_SLOTS:
 
     void joinsAtTheRoot()
     {
-        ScriptedServer server;
-        serveTree(server);
+        TreeServer server;
         PathChooser chooser(server, "/");
         chooser.dialog->setExt({ "txt" }, false, false);
         QVERIFY(chooser.settles());
@@ -293,8 +281,7 @@ private Q_SLOTS:
 
     void fileMustExist()
     {
-        ScriptedServer server;
-        serveTree(server);
+        TreeServer server;
         PathChooser chooser(server, "/data");
         chooser.dialog->setExt({ "txt" }, true, false);
         QVERIFY(eventually([&] { return chooser.list().count() == 4; }));
@@ -311,8 +298,7 @@ private Q_SLOTS:
 
     void namesAreLookedUpAsTheyAreListed()
     {
-        ScriptedServer server;
-        serveTree(server);
+        TreeServer server;
         PathChooser chooser(server, "/data");
         chooser.dialog->setExt({ "txt" }, true, true);
         QVERIFY(eventually([&] { return chooser.list().count() == 4; }));
@@ -334,8 +320,7 @@ private Q_SLOTS:
 
     void filesThatAreNotListedDoNotExist()
     {
-        ScriptedServer server;
-        serveTree(server);
+        TreeServer server;
         PathChooser chooser(server, "/data"); // lists folders only
         QVERIFY(chooser.shows({ "empty/", "run/" }));
         chooser.dialog->setExt({ "txt" }, false, true); // and does not filter again
@@ -355,8 +340,7 @@ private Q_SLOTS:
     void asksBeforeOverwriting()
     {
         QFETCH(QMessageBox::StandardButton, answer);
-        ScriptedServer server;
-        serveTree(server);
+        TreeServer server;
         PathChooser chooser(server, "/data");
         chooser.dialog->setExt({ "txt" }, false, true);
         QVERIFY(eventually([&] { return chooser.list().count() == 4; }));
@@ -369,8 +353,7 @@ private Q_SLOTS:
 
     void doubleClickOnAFileUsesTheTypedName()
     {
-        ScriptedServer server;
-        serveTree(server);
+        TreeServer server;
         PathChooser chooser(server, "/data");
         chooser.dialog->setExt({ "txt" }, false, false);
         QVERIFY(eventually([&] { return chooser.list().count() == 4; }));

@@ -61,8 +61,7 @@ private Q_SLOTS:
     {
         QFETCH(QString, dir);
         QFETCH(QList<QByteArray>, requests);
-        ScriptedServer server;
-        serveTree(server);
+        TreeServer server;
         DirectoryChooser chooser(server, dir);
         QVERIFY(chooser.shows({ "empty/", "run/" }));
         QCOMPARE(server.requests(), requests);
@@ -71,8 +70,7 @@ private Q_SLOTS:
 
     void directoryFallsBackOnce()
     {
-        ScriptedServer server;
-        serveTree(server);
+        TreeServer server;
         server.answer("pwd", listing("/locked\n"));
         DirectoryChooser chooser(server, "/gone");
         QVERIFY(server.waitForRequests(3));
@@ -82,8 +80,7 @@ private Q_SLOTS:
 
     void directoryBrowses()
     {
-        ScriptedServer server;
-        serveTree(server);
+        TreeServer server;
         DirectoryChooser chooser(server, "/data");
         QVERIFY(chooser.shows({ "empty/", "run/" }));
         chooser.doubleClick("run/");
@@ -129,8 +126,7 @@ private Q_SLOTS:
 
     void directoryChoosesItself()
     {
-        ScriptedServer server;
-        serveTree(server);
+        TreeServer server;
         DirectoryChooser chooser(server, "/data");
         chooser.ok().click();
         QCOMPARE(chooser.accepted.value(0).value(0).toString(), "/data");
@@ -139,8 +135,7 @@ private Q_SLOTS:
 
     void directoryChoosesTheSelectedEntry()
     {
-        ScriptedServer server;
-        serveTree(server);
+        TreeServer server;
         DirectoryChooser chooser(server, "/data");
         chooser.dialog->setExt({ ".txt" }, false, QString());
         QVERIFY(chooser.shows({ "b.txt", "empty/", "run/" }));
@@ -173,8 +168,7 @@ private Q_SLOTS:
         QFETCH(QStringList, exts);
         QFETCH(QString, typed);
         QFETCH(QString, path);
-        ScriptedServer server;
-        serveTree(server);
+        TreeServer server;
         DirectoryChooser chooser(server, "/data");
         chooser.dialog->setExt(exts, true, ".none");
         QVERIFY(chooser.settles());
@@ -210,8 +204,7 @@ private Q_SLOTS:
 
     void directoryEntersAFolderOfTheRoot()
     {
-        ScriptedServer server;
-        serveTree(server);
+        TreeServer server;
         server.answer("pwd", listing("/\n"));
         DirectoryChooser chooser(server, QString());
         QVERIFY(chooser.shows({ "data/" }));
@@ -222,8 +215,7 @@ private Q_SLOTS:
 
     void rootOfTheServerGivesTwoSlashes()
     {
-        ScriptedServer server;
-        serveTree(server);
+        TreeServer server;
         server.answer("pwd", listing("/\n"));
         DirectoryChooser chooser(server, QString());
         chooser.dialog->setExt({}, true, QString());
@@ -249,8 +241,7 @@ private Q_SLOTS:
             using SelectDirectoryDialog::SelectDirectoryDialog;
             using SelectDirectoryDialog::session;
         };
-        ScriptedServer server;
-        serveTree(server);
+        TreeServer server;
         server.answer("pwd", { Step::hold("pwd"), Step::text("OK:\n/data\n") });
         TarnisSession model(ScriptedServer::host(), server.port(), server.prompt(), nullptr);
         Path path(QString(), &model, nullptr);
@@ -275,8 +266,7 @@ private Q_SLOTS:
 
     void comboBoxOrArgument()
     {
-        ScriptedServer server;
-        serveTree(server);
+        TreeServer server;
         PathChooser chooser(server, "/data");
         QVERIFY(chooser.settles());
         chooser.dialog->onDirComboIndexChanged("/other");
@@ -292,8 +282,7 @@ private Q_SLOTS:
 
     void entersAFolderByTheKeyboard()
     {
-        ScriptedServer server;
-        serveTree(server);
+        TreeServer server;
         PathChooser chooser(server, "/data");
         DirectoryChooser twin(server, "/data");
         chooser.dialog->setExt({ "txt" }, false, false);
@@ -322,8 +311,7 @@ private Q_SLOTS:
 
     void focusStaysWhereTheUserPutsIt()
     {
-        ScriptedServer server;
-        serveTree(server);
+        TreeServer server;
         server.answer("ls-F \"/data/run\"", { Step::hold("ls"), Step::text("OK:\none.txt\n") });
         PathChooser chooser(server, "/data");
         chooser.dialog->setExt({ "txt" }, false, false);
@@ -340,8 +328,7 @@ private Q_SLOTS:
 
     void focusThatComesBackChoosesNothing()
     {
-        ScriptedServer server;
-        serveTree(server);
+        TreeServer server;
         PathChooser chooser(server, "/data");
         chooser.dialog->setExt({ "txt" }, false, false);
         QVERIFY(eventually([&] { return chooser.list().count() == 4; }));
@@ -367,8 +354,7 @@ private Q_SLOTS:
 
     void closingEndsTheSession()
     {
-        ScriptedServer server;
-        serveTree(server);
+        TreeServer server;
         PathChooser chooser(server, "/data");
         DirectoryChooser twin(server, "/data");
         QVERIFY(chooser.settles() && twin.settles());
@@ -397,8 +383,7 @@ private Q_SLOTS:
 
     void acceptingKeepsTheSessionUntilDestruction()
     {
-        ScriptedServer server;
-        serveTree(server);
+        TreeServer server;
         PathChooser chooser(server, "/data");
         QVERIFY(chooser.settles());
         chooser.ok().click();
@@ -411,8 +396,7 @@ private Q_SLOTS:
 
     void otherRepliesAreIgnored()
     {
-        ScriptedServer server;
-        serveTree(server);
+        TreeServer server;
         PathChooser chooser(server, "/data");
         QVERIFY(chooser.shows({ "empty/", "run/" }));
         PTarnisCmd command(new TarnisCmd("ls"));
@@ -434,8 +418,7 @@ private Q_SLOTS:
 
     void receiverMayDeleteTheDialog()
     {
-        ScriptedServer server;
-        serveTree(server);
+        TreeServer server;
         TarnisSession model(ScriptedServer::host(), server.port(), server.prompt(), nullptr);
         auto* const dialog = new SelectPathDialog("/data", &model, nullptr);
         connect(dialog, qOverload<const QString&>(&SelectPathDialog::accepted), this, [&] { delete dialog; });

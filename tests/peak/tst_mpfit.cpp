@@ -4,6 +4,7 @@
 
 #include <QTest>
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <limits>
@@ -49,11 +50,6 @@ void boundParameter(Refused& call, std::size_t j, double lower, double upper)
     call.pars[j].limited[0] = call.pars[j].limited[1] = 1;
     call.pars[j].limits[0] = lower;
     call.pars[j].limits[1] = upper;
-}
-
-double largestOf(double a, double b)
-{
-    return a > b ? a : b;
 }
 
 } // namespace
@@ -371,7 +367,7 @@ private Q_SLOTS:
         // Without a limit it is that of the result.
         FitCase whole = rosenbrockFrom(-1.2, 1.0);
         whole.run();
-        QCOMPARE(whole.result.bestnorm, largestOf(whole.sumOfSquares(), 0.0));
+        QCOMPARE(whole.result.bestnorm, std::max(whole.sumOfSquares(), 0.0));
     }
 
     void userStops_data()

@@ -35,15 +35,6 @@ public:
         painted = graph;
     }
 
-    /// True if a refresh was requested since the last call.
-    bool wasRefreshed() { return std::exchange(m_refreshRequired, false); }
-    void paintNow()
-    {
-        m_refreshRequired = true;
-        m_doubleBuffered = true;
-        refreshPixmapIfRequired();
-    }
-
     QStringList calls;
     int paints = 0;
     QRectF clip;

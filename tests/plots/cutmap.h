@@ -72,7 +72,6 @@ public:
     }
     QRectF cut() const { return { QPointF(m_cutMinX, m_cutMinY), QPointF(m_cutMaxX, m_cutMaxY) }; }
     CutState cutState() const { return { m_cutMinX, m_cutMaxX, m_cutMinY, m_cutMaxY, m_1dCutActive, m_1dCutInside }; }
-    bool wasRefreshed() { return std::exchange(m_refreshRequired, false); }
     QWidget* windowX() const { return m_cutXWindows.map.value(nullptr); }
     QWidget* windowY() const { return m_cutYWindows.map.value(nullptr); }
     VectorGraphWidget* plotX() const { return windowX() ? windowX()->findChild<VectorGraphWidget*>() : nullptr; }

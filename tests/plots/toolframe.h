@@ -36,12 +36,6 @@ public:
         accepted = event->isAccepted();
     }
 
-    void paintNow()
-    {
-        m_refreshRequired = true;
-        refreshPixmapIfRequired();
-    }
-    bool wasRefreshed() { return std::exchange(m_refreshRequired, false); }
     QList<double> ranges() const { return { m_minX, m_maxX, m_minY, m_maxY }; }
     QPoint middle() const { return m_graphRect.center(); }
 

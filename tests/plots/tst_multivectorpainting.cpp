@@ -1,6 +1,7 @@
 // Plots of several series: form, ranges, columns, peaks and tooltips as painted.
 #include "plots/multiseries.h"
 #include "support/curveprobe.h"
+#include "support/pictures.h"
 #include "support/plothand.h"
 #include "support/wait.h"
 
@@ -108,14 +109,14 @@ private Q_SLOTS:
         Plot plot;
         plot.setData(0, { 40.0, 10.0, 30.0, 20.0 }, 60.0);
         const QColor color = plot.m_data.at(0).color;
-        const int joined = count(plot.picture(), color);
+        const int joined = countPixels(plot.picture(), color);
         plot.onColumnChart(true);
         const QImage columns = plot.picture();
-        QVERIFY(count(columns, color) > 10 * joined);
+        QVERIFY(countPixels(columns, color) > 10 * joined);
         plot.onConnectPoints(false);
         QCOMPARE(plot.picture(), columns);
         plot.onColumnChart(false);
-        QCOMPARE(count(plot.picture(), color), 4 * 9); // a cross of nine pixels each
+        QCOMPARE(countPixels(plot.picture(), color), 4 * 9); // a cross of nine pixels each
     }
 
     void peaksAreDrawnOverTheCurves()
@@ -128,7 +129,7 @@ private Q_SLOTS:
         peak.sigma = 20.0;
         plot.showPeak(peak);
         QVERIFY(plot.wasRefreshed());
-        QVERIFY(count(plot.picture(), QColor(0, 65, 255)) > 50);
+        QVERIFY(countPixels(plot.picture(), QColor(0, 65, 255)) > 50);
         plot.showPeak(peak);
         QCOMPARE(plot.m_peaks.size(), 1);
     }

@@ -2,6 +2,7 @@
 #include "support/cases.h"
 #include "support/curveprobe.h"
 #include "support/modalwatchdog.h"
+#include "support/pictures.h"
 #include "support/plothand.h"
 #include "support/wait.h"
 
@@ -37,14 +38,6 @@ public:
         resize(400, 300);
         show();
     }
-    bool wasRefreshed() { return std::exchange(m_refreshRequired, false); }
-    QImage picture()
-    {
-        m_refreshRequired = true;
-        refreshPixmapIfRequired();
-        return m_pixmap.toImage();
-    }
-
     /// Adds `count` series of two samples; those of series i are i + 1.
     void fill(int count)
     {
@@ -66,19 +59,12 @@ QList<double> twoPeaks(int count, double first, double second)
     return samples;
 }
 
-QStringList columnHeaders(const QTableWidget& table)
+QStringList headers(const QTableWidget& table, Qt::Orientation orientation)
 {
+    const QAbstractItemModel& model = *table.model();
     QStringList texts;
-    for (int column = 0; column < table.columnCount(); ++column)
-        texts << table.horizontalHeaderItem(column)->text();
-    return texts;
-}
-
-QStringList rowHeaders(const QTableWidget& table)
-{
-    QStringList texts;
-    for (int row = 0; row < table.rowCount(); ++row)
-        texts << table.verticalHeaderItem(row)->text();
+    for (int i = 0; i < (orientation == Qt::Horizontal ? table.columnCount() : table.rowCount()); ++i)
+        texts << model.headerData(i, orientation).toString();
     return texts;
 }
 
@@ -109,16 +95,6 @@ template <typename Dialog> void click(Dialog& dialog, const char* button)
 {
     auto* found = dialog.template findChild<QAbstractButton*>(QLatin1String(button));
     QTest::mouseClick(found, Qt::LeftButton, {}, QPoint(8, found->height() / 2));
-}
-
-int count(const QImage& image, QColor color)
-{
-    int pixels = 0;
-    for (int y = 0; y < image.height(); ++y) {
-        for (int x = 0; x < image.width(); ++x)
-            pixels += image.pixelColor(x, y) == color ? 1 : 0;
-    }
-    return pixels;
 }
 
 } // namespace
@@ -210,9 +186,9 @@ private Q_SLOTS:
             QVERIFY(plot.visibles()->isVisible() && plot.visibles()->testAttribute(Qt::WA_DeleteOnClose));
             QVERIFY(table.horizontalHeader()->isVisible() && table.verticalHeader()->isVisible());
             QCOMPARE(table.verticalHeader()->defaultSectionSize(), 18);
-            QCOMPARE(
-                columnHeaders(table), (QStringList { "ch 0", "ch 1", "ch 2", "ch 3", "ch 4", "ch 5", "ch 6", "ch 7" }));
-            QCOMPARE(rowHeaders(table), (QStringList { "Module 2", "Module 3" }));
+            QCOMPARE(headers(table, Qt::Horizontal),
+                (QStringList { "ch 0", "ch 1", "ch 2", "ch 3", "ch 4", "ch 5", "ch 6", "ch 7" }));
+            QCOMPARE(headers(table, Qt::Vertical), (QStringList { "Module 2", "Module 3" }));
             QCOMPARE(marks(table, 0), QStringLiteral("xxxoxxxx"));
             QCOMPARE(marks(table, 1), QStringLiteral("xx......"));
             QVERIFY(table.item(0, 0)->text().isEmpty());
@@ -227,8 +203,8 @@ private Q_SLOTS:
         plot.fill(3);
         plot.onSelectVisibles();
         const QTableWidget& table = *plot.visibles()->getTable();
-        QCOMPARE(columnHeaders(table), QStringList { "ch *" });
-        QCOMPARE(rowHeaders(table), (QStringList { "Module 0", "Module 1", "Module 2" }));
+        QCOMPARE(headers(table, Qt::Horizontal), QStringList { "ch *" });
+        QCOMPARE(headers(table, Qt::Vertical), (QStringList { "Module 0", "Module 1", "Module 2" }));
         QCOMPARE(marks(table, 2), QStringLiteral("x"));
     }
 
@@ -242,8 +218,8 @@ private Q_SLOTS:
         plot.setAddType(MultiVectorGraphWidget::AddEachGroup);
         plot.onSelectVisibles();
         const QTableWidget& table = *plot.visibles()->getTable();
-        QCOMPARE(columnHeaders(table), (QStringList { "ch *", "  " }));
-        QCOMPARE(rowHeaders(table), (QStringList { "Module 0", "Module 1", "Module 2" }));
+        QCOMPARE(headers(table, Qt::Horizontal), (QStringList { "ch *", "  " }));
+        QCOMPARE(headers(table, Qt::Vertical), (QStringList { "Module 0", "Module 1", "Module 2" }));
         QCOMPARE(marks(table, 0), QStringLiteral("x#"));
         QCOMPARE(marks(table, 1), QStringLiteral("o#"));
         QCOMPARE(table.item(0, 1)->background().color(), QColor(255, 51, 0));
@@ -259,8 +235,8 @@ private Q_SLOTS:
         plot.setAddType(MultiVectorGraphWidget::AddEachPosition);
         plot.onSelectVisibles();
         const QTableWidget& table = *plot.visibles()->getTable();
-        QCOMPARE(columnHeaders(table), (QStringList { "ch 0", "ch 1", "ch 2" }));
-        QCOMPARE(rowHeaders(table), QStringList { "Module *" });
+        QCOMPARE(headers(table, Qt::Horizontal), (QStringList { "ch 0", "ch 1", "ch 2" }));
+        QCOMPARE(headers(table, Qt::Vertical), QStringList { "Module *" });
         QCOMPARE(marks(table, 0), QStringLiteral("xox"));
     }
 
@@ -376,7 +352,7 @@ private Q_SLOTS:
         const auto* table = plot.peakDialog()->findChild<QTableWidget*>();
         QCOMPARE(table->rowCount(), 2);
         QCOMPARE(table->item(0, 0)->text(), QString::number(plot.m_peaks.at(0).center, 'f', 1));
-        QVERIFY(count(plot.picture(), Qt::white) > 100); // threshold and curves
+        QVERIFY(countPixels(plot.picture(), Qt::white) > 100); // threshold and curves
     }
 
     void peakSearchOnAManualAxis()
@@ -430,7 +406,7 @@ private Q_SLOTS:
         plot.peakSearch(20, 15, true);
         QCOMPARE(plot.m_peaks.size(), 2);
         QVERIFY(plot.findChildren<PeakSearchDialog*>().isEmpty());
-        QVERIFY(count(plot.picture(), QColor(0, 65, 255)) > 50);
+        QVERIFY(countPixels(plot.picture(), QColor(0, 65, 255)) > 50);
     }
 
     void peakSearchWithoutAnEnabledSeries()
@@ -452,15 +428,15 @@ private Q_SLOTS:
         plot.setData(0, twoPeaks(600, 150.0, 400.0), 101.0);
         plot.onPeakSearch();
         click(*plot.peakDialog(), "pushButtonSearch");
-        const int plain = count(plot.picture(), Qt::white);
+        const int plain = countPixels(plot.picture(), Qt::white);
         plot.peakSelected(0);
         QVERIFY(plot.wasRefreshed());
         plot.peakSelected(0);
         QVERIFY(!plot.wasRefreshed());
-        QVERIFY(count(plot.picture(), Qt::white) > plain); // drawn bold
+        QVERIFY(countPixels(plot.picture(), Qt::white) > plain); // drawn bold
         click(*plot.peakDialog(), "displayPointsCheckBox");
         QVERIFY(plot.m_peakDisplayPoints && plot.wasRefreshed());
-        QVERIFY(count(plot.picture(), Qt::white) != plain);
+        QVERIFY(countPixels(plot.picture(), Qt::white) != plain);
     }
 
     void closingTheDialogClearsThePeaks()

@@ -3,6 +3,7 @@
 #include "support/curveprobe.h"
 #include "support/metamethods.h"
 #include "support/modalwatchdog.h"
+#include "support/pictures.h"
 #include "support/plothand.h"
 #include "support/virtualorder.h"
 #include "support/wait.h"
@@ -31,28 +32,7 @@ public:
         resize(400, 300);
         m_refreshRequired = false;
     }
-    /// True if a refresh was requested since the last call.
-    bool wasRefreshed() { return std::exchange(m_refreshRequired, false); }
-
-    QImage picture()
-    {
-        m_doubleBuffered = true;
-        m_refreshRequired = true;
-        refreshPixmapIfRequired();
-        return m_pixmap.toImage();
-    }
 };
-
-/// Pixels of that colour.
-int count(const QImage& image, QColor color)
-{
-    int pixels = 0;
-    for (int y = 0; y < image.height(); ++y) {
-        for (int x = 0; x < image.width(); ++x)
-            pixels += image.pixelColor(x, y) == color ? 1 : 0;
-    }
-    return pixels;
-}
 
 PeakSearch::Gaussian peakAt(double center, double height)
 {
@@ -254,9 +234,9 @@ private Q_SLOTS:
         Plot plot;
         plot.setData(QList<double>(500, 0.0));
         plot.setMaxValue(40.0);
-        QCOMPARE(count(plot.picture(), Qt::white), 0);
+        QCOMPARE(countPixels(plot.picture(), Qt::white), 0);
         plot.m_data[250] = 40.0;
-        QVERIFY(count(plot.picture(), Qt::white) > 100);
+        QVERIFY(countPixels(plot.picture(), Qt::white) > 100);
     }
 
     void curveStartsAtTheFirstSampleInView()
@@ -269,8 +249,8 @@ private Q_SLOTS:
         const QImage picture = plot.picture();
         const QRect graph = plot.m_graphRect;
         // The steep line from the sample left of the view is not there.
-        QCOMPARE(count(picture.copy(graph.left(), graph.top(), 30, graph.height() / 2), Qt::white), 0);
-        QVERIFY(count(picture, Qt::white) > 100);
+        QCOMPARE(countPixels(picture.copy(graph.left(), graph.top(), 30, graph.height() / 2), Qt::white), 0);
+        QVERIFY(countPixels(picture, Qt::white) > 100);
     }
 
     void logFloor()
@@ -282,10 +262,10 @@ private Q_SLOTS:
         plot.setData({ 2.0, 2.0, 2.0, 2.0 }); // one above the minimum: on the floor, though log10 of it is above
         const QImage floor = plot.picture();
         const QRect graph = plot.m_graphRect;
-        QCOMPARE(count(floor.copy(graph.adjusted(0, 0, 0, -1)), Qt::white), 0);
-        QVERIFY(count(floor, Qt::white) > 100);
+        QCOMPARE(countPixels(floor.copy(graph.adjusted(0, 0, 0, -1)), Qt::white), 0);
+        QVERIFY(countPixels(floor, Qt::white) > 100);
         plot.setData({ 2.5, 2.5, 2.5, 2.5 });
-        QVERIFY(count(plot.picture().copy(graph.adjusted(0, 0, 0, -5)), Qt::white) > 100);
+        QVERIFY(countPixels(plot.picture().copy(graph.adjusted(0, 0, 0, -5)), Qt::white) > 100);
     }
 
     void peakReplacesThePeakBefore()
@@ -299,9 +279,9 @@ private Q_SLOTS:
         QCOMPARE(plot.m_peaks.constFirst().center, 300.0);
         const QImage picture = plot.picture();
         const QPoint top = plot.calcWidgetPoint(QPoint(300, 30));
-        QVERIFY(count(picture.copy(QRect(top - QPoint(3, 3), QSize(7, 7))), Qt::red) > 0);
+        QVERIFY(countPixels(picture.copy(QRect(top - QPoint(3, 3), QSize(7, 7))), Qt::red) > 0);
         const QPoint before = plot.calcWidgetPoint(QPoint(100, 40));
-        QCOMPARE(count(picture.copy(QRect(before - QPoint(20, 20), QSize(40, 40))), Qt::red), 0);
+        QCOMPARE(countPixels(picture.copy(QRect(before - QPoint(20, 20), QSize(40, 40))), Qt::red), 0);
     }
 
     void peakOnAReversedAxis()
@@ -310,7 +290,7 @@ private Q_SLOTS:
         plot.onAutoScaleX(false);
         plot.setMinMaxX(500.0, 0.0);
         plot.showPeak(peakAt(300.0, 40.0));
-        QVERIFY(count(plot.picture(), Qt::red) > 50);
+        QVERIFY(countPixels(plot.picture(), Qt::red) > 50);
     }
 
     void saveCsvFromTheMenu()

@@ -120,10 +120,8 @@ private Q_SLOTS:
             QVERIFY(box->alignment().testFlags(Qt::AlignRight | Qt::AlignVCenter));
         }
         const auto text = [&](const char* name) { return view.findChild<QLabel*>(name)->text(); };
-        QCOMPARE(text("label"), QString("x1"));
-        QCOMPARE(text("label_2"), QString("y1"));
-        QCOMPARE(text("label_3"), QString("x2"));
-        QCOMPARE(text("label_4"), QString("y2"));
+        QCOMPARE((QStringList { text("label"), text("label_2"), text("label_3"), text("label_4") }),
+            (QStringList { "x1", "y1", "x2", "y2" }));
         QCOMPARE(view.deleteButton.text(), QString("Delete"));
         QCOMPARE(view.clearButton.text(), QString("Clear"));
         auto* outer = view.findChild<QGridLayout*>("gridLayout");

@@ -28,19 +28,10 @@ class Plot : public MapProbe {
 public:
     using MapProbe::MapProbe;
 
-    bool wasRefreshed() { return std::exchange(m_refreshRequired, false); }
     bool wasBarRefreshed() { return std::exchange(m_colorBar->m_refreshRequired, false); }
     QList<QColor> barColors() const { return m_colorBar->*(&BarProbe::m_colors); }
     double barMin() const { return m_colorBar->*(&BarProbe::m_min); }
     double barMax() const { return m_colorBar->*(&BarProbe::m_max); }
-    QAction* action(const QString& text) const
-    {
-        for (QAction* action : actions()) {
-            if (action->text() == text)
-                return action;
-        }
-        return nullptr;
-    }
 };
 
 using Slot = void (XY2DGraphWidget::*)();
@@ -375,7 +366,7 @@ private Q_SLOTS:
     void logScaleByItsAction()
     {
         Plot plot;
-        QAction* action = plot.action("Log Scale");
+        QAction* action = plot.entry("Log Scale");
         plot.wasRefreshed();
         action->setChecked(true); // checked by a program: no signal
         QVERIFY(!plot.m_logScale);

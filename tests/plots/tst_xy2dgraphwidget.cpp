@@ -19,23 +19,12 @@ namespace {
 
 class Plot : public tarnis::testing::MapProbe {
 public:
-    /// True if a refresh was requested since the last call.
-    bool wasRefreshed() { return std::exchange(m_refreshRequired, false); }
-
     /// Rows of one value each, with that value as their maximum.
     void setRows(const QList<QList<double>>& rows)
     {
         for (qsizetype row = 0; row < rows.size(); ++row)
             setData(
                 static_cast<int>(row), rows.at(row), rows.at(row).isEmpty() ? 0.0 : rows.at(row).constFirst(), false);
-    }
-    QAction* action(const QString& text) const
-    {
-        for (QAction* action : actions()) {
-            if (action->text() == text)
-                return action;
-        }
-        return nullptr;
     }
     using XY2DGraphWidget::resizeEvent;
 };

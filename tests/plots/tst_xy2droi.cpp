@@ -36,7 +36,6 @@ public:
     }
     void offer() { enalbeRoiSelect(corners(0, 0, 50, 50)); }
     QList<QRect> regions() { return GetViewSelectedROI()->getRoiList(); }
-    bool wasRefreshed() { return std::exchange(m_refreshRequired, false); }
     bool isWindowShown() const { return m_roiWindow != nullptr && m_roiWindow->isVisible(); }
 
     using XY2DGraphWidget::onSetRectangle;

@@ -40,12 +40,6 @@ public:
         calls << QStringLiteral("autoY %1 at %2..%3").arg(checked).arg(m_minY).arg(m_maxY);
         XYGraphWidget::onAutoScaleY(checked);
     }
-    void paintNow()
-    {
-        m_refreshRequired = true;
-        refreshPixmapIfRequired();
-    }
-    bool wasRefreshed() { return std::exchange(m_refreshRequired, false); }
 
     QStringList calls;
 };

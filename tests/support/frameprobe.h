@@ -2,9 +2,13 @@
 #pragma once
 
 #include "support/frameoracle.h"
+#include "support/part.h"
 
+#include <QImage>
 #include <QPainter>
 #include <QWidget>
+
+#include <utility>
 
 namespace tarnis::testing {
 
@@ -47,6 +51,23 @@ public:
         state.labelRectMaxY = m_labelRectMaxY;
         return state;
     }
+
+    /// True if a refresh was requested since the last call.
+    bool wasRefreshed() { return std::exchange(this->m_refreshRequired, false); }
+    /// Draws at once, as the next paint event would.
+    void paintNow()
+    {
+        this->m_doubleBuffered = true;
+        this->m_refreshRequired = true;
+        this->refreshPixmapIfRequired();
+    }
+    QImage picture()
+    {
+        paintNow();
+        return this->m_pixmap.toImage();
+    }
+    /// The entry of the context menu with this text; null if there is none.
+    QAction* entry(const QString& text) const { return entryOf(*this, text); }
 
     // initPainter() is protected in QWidget.
     void initPainter(QPainter* painter) const override { Plot::initPainter(painter); }

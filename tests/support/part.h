@@ -1,7 +1,8 @@
 // Parts of windows by their names.
 #pragma once
 
-#include <QObject>
+#include <QAction>
+#include <QWidget>
 
 namespace tarnis::testing {
 
@@ -12,6 +13,16 @@ template <typename Object> Object& part(const QObject& window, const char* name)
     if (!object)
         qFatal("no %s", name);
     return *object;
+}
+
+/// The action with this text, without the mark of its key, of a plot or a menu; null if there is none.
+inline QAction* entryOf(const QWidget& widget, const QString& text)
+{
+    for (QAction* const action : widget.actions()) {
+        if (action->text().remove(u'&') == text)
+            return action;
+    }
+    return nullptr;
 }
 
 } // namespace tarnis::testing

@@ -41,4 +41,15 @@ template <typename Test> bool hasPixel(const QImage& image, const QPoint& pixel,
     return false;
 }
 
+/// The number of pixels of this colour.
+inline int countPixels(const QImage& image, const QColor& color)
+{
+    int pixels = 0;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x)
+            pixels += image.pixelColor(x, y) == color ? 1 : 0;
+    }
+    return pixels;
+}
+
 } // namespace tarnis::testing

@@ -1,5 +1,6 @@
 // A plot by keyboard and for screen readers: the menu of the menu key, the way round the boxes, names and values.
 #include "support/cases.h"
+#include "support/menuhand.h"
 #include "support/support.h"
 #include "support/wait.h"
 
@@ -26,8 +27,6 @@ using namespace tarnis;
 using namespace tarnis::testing;
 
 namespace {
-
-constexpr int timeoutMs = 10000;
 
 /// A plot in a dialog, as in a host.
 template <typename Plot> struct Host {
@@ -81,26 +80,9 @@ QMenu* menuOf(XYGraphWidget& plot)
     return qobject_cast<QMenu*>(QApplication::activePopupWidget());
 }
 
-QAction* entryOf(const QMenu& menu, const QString& text)
-{
-    const QList<QAction*> actions = menu.actions();
-    for (QAction* const action : actions) {
-        if (action->text().remove(QLatin1Char('&')) == text)
-            return action;
-    }
-    return nullptr;
-}
-
-/// Chooses an entry as a user does, by Return.
 void choose(XYGraphWidget& plot, const QString& text)
 {
-    QMenu* const menu = menuOf(plot);
-    QAction* const entry = menu != nullptr ? entryOf(*menu, text) : nullptr;
-    if (entry == nullptr || !entry->isEnabled())
-        qFatal("%s cannot be chosen", qPrintable(text));
-    menu->setActiveAction(entry);
-    QTest::keyClick(menu, Qt::Key_Return);
-    plot.window()->activateWindow(); // this platform gives the keyboard to menus and does not take it back
+    chooseByKey(menuOf(plot), plot, text);
 }
 
 QString textOf(QObject* object, QAccessible::Text kind)
@@ -118,32 +100,6 @@ QLineEdit* editorIn(const QWidget& widget)
 {
     return widget.findChild<QLineEdit*>(QString(), Qt::FindDirectChildrenOnly);
 }
-
-/// Chooses an entry as soon as a menu with it opens: this platform closes menus that open behind another one.
-class MenuHand : public QObject {
-public:
-    explicit MenuHand(const QString& text)
-        : m_text(text)
-    {
-        QCoreApplication::instance()->installEventFilter(this);
-    }
-    bool hasChosen() const { return m_hasChosen; }
-
-protected:
-    bool eventFilter(QObject* object, QEvent* event) override
-    {
-        const auto* const menu = event->type() == QEvent::Show ? qobject_cast<QMenu*>(object) : nullptr;
-        if (QAction* const entry = menu != nullptr ? entryOf(*menu, m_text) : nullptr) {
-            entry->trigger();
-            m_hasChosen = true;
-        }
-        return false;
-    }
-
-private:
-    QString m_text;
-    bool m_hasChosen = false;
-};
 
 } // namespace
 
