@@ -1,7 +1,7 @@
 // The simulated server as a process, and a plain client for it, for tests.
 #pragma once
 
-#include "console/payload.h"
+#include "simserver/payload.h"
 
 #include <QByteArray>
 #include <QProcess>

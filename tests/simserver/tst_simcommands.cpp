@@ -1,6 +1,6 @@
 // The command language: the reply of each command, and every rejection. No socket.
-#include "console/payload.h"
 #include "simserver/commandfixture.h"
+#include "simserver/payload.h"
 #include "support/cases.h"
 
 #include <tarnis/version.h>

@@ -1,6 +1,6 @@
 // Histograms and the payloads of their replies, decoded like a client does.
-#include "console/payload.h"
 #include "histograms.h"
+#include "simserver/payload.h"
 #include "support/cases.h"
 #include "support/support.h"
 

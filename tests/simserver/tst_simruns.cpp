@@ -1,6 +1,6 @@
 // Settings and runs by commands: what is accepted, saved, counted and recorded. No socket.
-#include "console/payload.h"
 #include "simserver/commandfixture.h"
+#include "simserver/payload.h"
 #include "support/cases.h"
 
 #include <tarnis/version.h>

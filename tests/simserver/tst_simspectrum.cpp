@@ -59,8 +59,8 @@ private Q_SLOTS:
         addCase("spe without data", QByteArray("$SPEC_ID:\nx\n"), QStringLiteral("no $DATA section"));
         addCase("spe with a range that ends too early", QByteArray("$DATA:\n0 1\n1\n2\n3\n"),
             QStringLiteral("$DATA announces 2 channels and holds 3"));
-        addCase("spe that is cut off", QByteArray("$DATA:\n0 9\n1\n"),
-            QStringLiteral("$DATA announces 10 channels and holds 1"));
+        addCase(
+            "truncated spe", QByteArray("$DATA:\n0 9\n1\n"), QStringLiteral("$DATA announces 10 channels and holds 1"));
         addCase("spe with a reversed range", QByteArray("$DATA:\n3 1\n"),
             QStringLiteral("line 2: '3 1' is not a range of channels"));
         addCase("spe with a huge range", QByteArray("$DATA:\n0 99999999999\n"),
