@@ -5,7 +5,7 @@
 //     prompt
 //     pieces        one byte of length, then so many bytes
 //
-// The frame must end with the first piece behind which all bytes end the reply, and leave what the protocol tells.
+// The frame must end after the first piece that completes the reply. Its buffer then holds the payload.
 #include "tarnis/server/wire_p.h"
 
 #include <algorithm>

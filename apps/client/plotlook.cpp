@@ -14,13 +14,13 @@ constexpr QRgb classicColours[] { 0xffffff, 0x56b4e9, 0xe69f00, 0x00b383, 0xf0e4
 constexpr double plainWidth = 760.0;
 constexpr double plainHeight = 480.0;
 constexpr double ownGrowth = 2.0;
-constexpr double mostGrowth = 6.0;
+constexpr double maxGrowth = 6.0;
 
 constexpr double room = 0.06; // margin beyond the values, as a fraction of the range
 
 double growthOf(QSize size)
 {
-    return std::clamp(std::min(size.width() / plainWidth, size.height() / plainHeight), 1.0, mostGrowth);
+    return std::clamp(std::min(size.width() / plainWidth, size.height() / plainHeight), 1.0, maxGrowth);
 }
 
 } // namespace

@@ -33,7 +33,7 @@ Reply uploadWithoutContent(Simulation&, const QString&)
 const auto commands = std::to_array<Command>({
     { "help", "help [COMMAND]", "the commands, or one of them", helpCommand },
     { "stat", "stat", "numbers of the server, the run, modules and histograms", statCommand },
-    { "setting", "setting [key:value ...]", "tells all settings, or changes some", settingCommand },
+    { "setting", "setting [key:value ...]", "lists all settings, or changes some", settingCommand },
     { "savesetting", "savesetting", "writes the settings to a file", saveSettingCommand },
     { "start", "start", "begins the next run on cleared histograms", startCommand },
     { "stop", "stop", "ends the run", stopCommand },
@@ -50,7 +50,7 @@ const auto commands = std::to_array<Command>({
     { "unicast", "unicast MODULE COMMAND", "a module command to one module", unicastCommand },
     { "mc", "mc orsino COMMAND", "a module command to the modules with even numbers", multicastCommand },
     { "sleep", "sleep MILLISECONDS [STEPS]", "answers after a while, with a line at each step", sleepCommand },
-    { "fault", "fault [NAME [every:N] [delay:MILLISECONDS]]", "tells the faults, or misbehaves in one way",
+    { "fault", "fault [NAME [every:N] [delay:MILLISECONDS]]", "lists the faults, or misbehaves in one way",
         faultCommand },
     { "close", "close", "ends the connection", nullptr },
 });

@@ -9,7 +9,7 @@ namespace simserver {
 
 namespace {
 
-static_assert(Q_BYTE_ORDER == Q_LITTLE_ENDIAN, "payloads are written as the doubles lie in memory");
+static_assert(Q_BYTE_ORDER == Q_LITTLE_ENDIAN, "payloads are written as doubles are stored");
 
 QByteArray doubleArray(std::size_t count)
 {

@@ -34,7 +34,7 @@ void print(int descriptor, const QByteArray& text)
     while (left > 0) {
         const ssize_t count = write(descriptor, at, static_cast<std::size_t>(left));
         if (count <= 0)
-            return; // nobody listens
+            return; // without a receiver
         at += count;
         left -= count;
     }

@@ -31,7 +31,7 @@ void addOptions(QCommandLineParser& parser)
     add("port", "N", "TCP port on the loopback interface; 0, as without it, takes a free one.");
     add("prompt", "TEXT", "What ends every reply; \"> \" without it.");
     add("root", "DIR",
-        "Directory that clients see as /. Without it a directory of samples that goes with the process.");
+        "Directory that clients see as /. Without it a directory of samples that is deleted at the end.");
     add("settings", "FILE", "Reads the settings from this file, if it is there; savesetting writes it.");
     add("modules", "N", "Detector modules, 1 to 256; 8 without it.");
     add("rate", "N", "Events per second, up to 1e7; 1000 without it.");

@@ -138,9 +138,9 @@ void PlotPicture::settleLayout() const
     if (map == nullptr)
         return;
     // The bar grows with its labels, which follow the height that the plot leaves it.
-    constexpr int mostPasses = 4;
+    constexpr int maxPasses = 4;
     QImage scratch(m_size, QImage::Format_RGB32);
-    for (int pass = 0; pass < mostPasses; ++pass) {
+    for (int pass = 0; pass < maxPasses; ++pass) {
         const int margin = (m_plot.*Layout::margin).right();
         QPainter painter(&scratch);
         painter.setFont(textFont());

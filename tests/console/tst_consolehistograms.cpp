@@ -303,7 +303,7 @@ private Q_SLOTS:
         QCOMPARE(regions->getRoiList(), QList<QRect> { QRect(0, 0, 100, 80) });
     }
 
-    void aServerWithoutAListIsTakenAsItWas()
+    void aServerWithoutAListKeepsTheDefaultWindows()
     {
         HistogramServer server("NG:unknown command 'hists'\n");
         ConsoleFixture fixture(server);

@@ -84,7 +84,7 @@ private Q_SLOTS:
         QCOMPARE(runs.at(1).prefix, "a0"); // the last six digits are the run
     }
 
-    void runsStandByPrefixRunAndDate()
+    void runsAreSortedByPrefixRunAndDate()
     {
         Archive server;
         ConsoleFixture fixture(server);

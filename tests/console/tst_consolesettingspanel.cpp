@@ -167,7 +167,7 @@ private Q_SLOTS:
         QCOMPARE(fixture.window->focusWidget(), &fixture.ConsoleFixture::edit());
     }
 
-    void aServerThatDoesNotTellItsSettingsGetsThemAllTheSame()
+    void sendsSettingsToAServerThatHidesItsOwn()
     {
         ScriptedServer server;
         server.answer("setting", { Step::text("NG:it is a secret\n") });

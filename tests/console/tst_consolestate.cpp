@@ -55,7 +55,7 @@ private Q_SLOTS:
         QCOMPARE(fixture.record(), record);
     }
 
-    void aRunThatSomebodyElseStartsIsSeen()
+    void aRunThatAnotherClientStartsIsShown()
     {
         ScriptedServer server;
         server.answerInTurn("stat", { statReply("STOPPED"), statReply("RUNNING") });

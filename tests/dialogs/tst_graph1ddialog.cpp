@@ -387,7 +387,7 @@ private Q_SLOTS:
         QVERIFY(!window->part<QLabel>("infoLabel").isVisible());
     }
 
-    void updateControlsGoTogether()
+    void updateControlsChangeTogether()
     {
         const WindowPointer window = shown(nullptr);
         auto& button = window->part<QPushButton>("updatePushButton");

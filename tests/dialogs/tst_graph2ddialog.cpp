@@ -141,7 +141,7 @@ private Q_SLOTS:
         addColumns<QString, QByteArray, QString, int>("text", "payload", "box", "rows");
         addCase("as constructed", "OK:", bytesOf(ramp(6)), "", 2);
         addCase("map announced twice", "OK: exported 2 x 3 y\n", bytesOf(ramp(6)), "", 3);
-        addCase("told first: not read", "exported 2 x 3 y", bytesOf(ramp(6)), "", 2);
+        addCase("announced in the first line: ignored", "exported 2 x 3 y", bytesOf(ramp(6)), "", 2);
         addCase("spare bytes", "OK:", bytesOf(ramp(6)) + "1234567", "", 2);
         addCase("too short", "OK:", bytesOf(ramp(5)), "graph data size mismatched! 10 != 6 ( 3 * 2 )", 0);
         addCase("cut short", "OK:", bytesOf(ramp(6)).chopped(1), "graph data size mismatched! 11 != 6 ( 3 * 2 )", 0);
@@ -184,7 +184,7 @@ private Q_SLOTS:
         QVERIFY(!window->timer->isActive());
     }
 
-    void countsStayAfterTheyWereTold()
+    void keepsTheAnnouncedBinCounts()
     {
         const ConnectedWindow window;
         window->reply("OK: exported 6 x 1 y", bytesOf(ramp(6)));
@@ -205,7 +205,7 @@ private Q_SLOTS:
         QVERIFY(window->timer->isActive());
     }
 
-    void rowPeaksStandByRow()
+    void keepsThePeakOfEachRow()
     {
         const ConnectedWindow window;
         XY2DGraphWidget& plot = *window->getGraphWidget();
@@ -235,7 +235,7 @@ private Q_SLOTS:
         window->grab();
     }
 
-    void staticWindowMayBeFed()
+    void staticWindowDrawsReplies()
     {
         const WindowPointer window = shown(nullptr);
         window->result(answered("map", true, "OK:"), bytesOf(ramp(6)));

@@ -25,7 +25,7 @@ public:
     bool isEmpty() const override { return false; }
     QString translate(const char* context, const char* source, const char*, int) const override
     {
-        return m_context == context && QLatin1String(source) == ">>> %1\n<<< %2" ? "asked %1, told %2" : QString();
+        return m_context == context && QLatin1String(source) == ">>> %1\n<<< %2" ? "sent %1, received %2" : QString();
     }
 
 private:
@@ -105,7 +105,7 @@ private Q_SLOTS:
         Catalogue catalogue("Graph2DDialog"); // removed from the application by its destructor
         QCoreApplication::installTranslator(&catalogue);
         window->result(answered("start", false, QString()), "NG: no");
-        QCOMPARE(boxes.texts, QStringList("asked start, told NG: no"));
+        QCOMPARE(boxes.texts, QStringList("sent start, received NG: no"));
     }
 
     void initialCommandsGoFirst()

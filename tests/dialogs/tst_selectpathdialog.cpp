@@ -74,7 +74,7 @@ private Q_SLOTS:
         QCOMPARE(server.requests(),
             QList<QByteArray>(
                 { "ls-F \"/locked\"", "pwd", "ls-F \"/gone\"", "pwd", "ls-F \"/locked\"", "ls-F \"/locked\"", "pwd" }));
-        server.answer("pwd", { Step::text("NG: not told\n") });
+        server.answer("pwd", { Step::text("NG: unknown\n") });
         chooser.dialog->setDir("/gone");
         QVERIFY(server.waitForRequests(9));
         QVERIFY(chooser.settles());
@@ -87,7 +87,7 @@ private Q_SLOTS:
     void failingPwdLeavesTheDialogEmptyAndEnabled()
     {
         ScriptedServer server;
-        server.answer("pwd", { Step::text("NG: not told\n/data\n") });
+        server.answer("pwd", { Step::text("NG: unknown\n/data\n") });
         PathChooser chooser(server, QString());
         QVERIFY(chooser.settles());
         QVERIFY(chooser.ancestors().isEmpty());

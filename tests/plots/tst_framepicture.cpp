@@ -110,7 +110,7 @@ QString name(Generator& random)
     return names[whole(random, 0, 4)];
 }
 
-/// Draws lots for everything that the picture depends on.
+/// Sets everything that the picture depends on at random.
 void shuffle(CrossPlot& plot, Generator& random)
 {
     plot.resize(plotSize(random));

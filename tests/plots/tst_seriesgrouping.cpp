@@ -145,7 +145,7 @@ private Q_SLOTS:
         QCOMPARE(part[1], 101.0);
     }
 
-    void sumsTellOfDifferentLengths()
+    void reportsSumsOfDifferentLengths()
     {
         const QList<Series> series { record(4, 1), record(2, 10), record(4, 1) };
         QTest::ignoreMessage(QtDebugMsg, QRegularExpression(QStringLiteral("Dst Size: 4 Src Size: 2")));

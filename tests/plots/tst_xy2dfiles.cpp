@@ -28,7 +28,7 @@ QByteArray contentOf(const QString& path)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("cannot be read");
 }
 
-/// Two windows away: the user's eyes on the centre of an icon.
+/// The colour in the centre of an entry's icon.
 QColor colorOf(const QAction& action)
 {
     return action.icon().pixmap(15, 15).toImage().pixelColor(7, 7);

@@ -55,7 +55,7 @@ private Q_SLOTS:
         TRY_COMPARE(host.manager->m_status, Tarnis::SERVER_CONNECTED);
     }
 
-    void portThatIsNoneIsPassedOver_data()
+    void ignoresAnInvalidPort_data()
     {
         QTest::addColumn<QStringList>("first");
         const QString wait("await go\n");
@@ -69,7 +69,7 @@ private Q_SLOTS:
         addCase("in two pieces, in the label", QStringList { "print UI po", "await 2", "print rt: 4000\\n" });
         addCase("other output", QStringList { "print ready\\n" });
     }
-    void portThatIsNoneIsPassedOver()
+    void ignoresAnInvalidPort()
     {
         QFETCH(QStringList, first);
         // The slot stays connected, and a later complete line is accepted.

@@ -137,7 +137,7 @@ private Q_SLOTS:
         plot.setMinMaxY(0, 10);
         auto* const events = new PlotEvents(&plot);
         show(plot);
-        send(plot, QEvent::MouseMove, pixelOf(plot, 2.5, 3)); // nobody listens
+        send(plot, QEvent::MouseMove, pixelOf(plot, 2.5, 3)); // without a receiver
         QList<PlotPoint> points;
         connect(events, &PlotEvents::hovered, this, [&](const PlotPoint& point) { points.append(point); });
         QSignalSpy ended(events, &PlotEvents::hoverEnded);

@@ -299,7 +299,7 @@ private Q_SLOTS:
 
     // Samples by pixel columns, against a look at every sample.
 
-    void equalsALookAtEverySample()
+    void equalsAScanOfEverySample()
     {
         auto random = seededGenerator(21);
         for (int round = 0; round < 300; ++round) {

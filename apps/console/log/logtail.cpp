@@ -26,14 +26,14 @@ QList<LogNews> LogTail::look()
     // Checked before the rest of the old file is read, so that text written to it until then is not lost.
     const bool isOther = isReplaced();
     if (isRewritten()) {
-        startAnew();
+        restart();
         news.append({ LogNews::Kind::Emptied, {}, 0 });
     }
     read(news);
     if (!isOther)
         return news;
     m_file.close();
-    startAnew();
+    restart();
     m_file.setFileName(m_path);
     if (open(news)) {
         news.append({ LogNews::Kind::Replaced, {}, 0 });
@@ -83,7 +83,7 @@ bool LogTail::isRewritten()
         && m_file.read(m_lastBytes.size()) != m_lastBytes;
 }
 
-void LogTail::startAnew()
+void LogTail::restart()
 {
     m_position = 0;
     m_lastBytes.clear();

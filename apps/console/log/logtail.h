@@ -47,7 +47,7 @@ protected:
     bool open(QList<LogNews>& news);
     bool isReplaced() const;
     bool isRewritten();
-    void startAnew();
+    void restart();
     void read(QList<LogNews>& news);
     void skipTo(qint64 position, QList<LogNews>& news);
     QString broken(const QString& text);

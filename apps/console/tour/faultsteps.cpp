@@ -69,7 +69,7 @@ void nobodyAnswers(UiDriver& driver, MainWindow& window)
     driver.find<QSpinBox>(dialog, "portSpin").setValue(deafPort());
     driver.screenshot(dialog, QStringLiteral("dialog"));
     driver.click(*driver.find<QDialogButtonBox>(dialog, "buttonBox").button(QDialogButtonBox::Ok));
-    waitForState(driver, window, ServerState::Failed, QStringLiteral("the console sees that nobody answers"));
+    waitForState(driver, window, ServerState::Failed, QStringLiteral("the console detects that no server answers"));
     driver.screenshot(window, QStringLiteral("refused"));
 
     window.controller().start(before, window.controller().prompt());
@@ -102,7 +102,7 @@ void wrongPrompt(UiDriver& driver, MainWindow& window)
 void restart(UiDriver& driver, MainWindow& window)
 {
     driver.shortcut(window, QKeySequence(Qt::CTRL | Qt::Key_R));
-    waitForState(driver, window, ServerState::Stopping, QStringLiteral("the server is asked to end"));
+    waitForState(driver, window, ServerState::Stopping, QStringLiteral("the server is requested to end"));
     waitForState(driver, window, ServerState::Up, QStringLiteral("the server is back"));
     ask(driver, window, QStringLiteral("stat"));
     driver.screenshot(window, QStringLiteral("back"));

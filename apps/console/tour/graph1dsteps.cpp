@@ -171,7 +171,7 @@ void selectRange(UiDriver& driver, QWidget& window)
     choose(driver, plot, "Clear Time Range");
     driver.expect(!plot.GetXRange(min, max), QStringLiteral("the range can be cleared"));
     choose(driver, plot, "Select Time Range");
-    driver.waitUntil(QStringLiteral("the box goes with the tool"),
+    driver.waitUntil(QStringLiteral("the box closes with the tool"),
         [&] { return plot.findChild<QDialog*>(QStringLiteral("XRangeInputDialog")) == nullptr; });
 }
 

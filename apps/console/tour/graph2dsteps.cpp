@@ -251,7 +251,7 @@ void regions(UiDriver& driver, QWidget& window)
     driver.answering(
         [&](QWidget& box) {
             auto* const question = qobject_cast<QMessageBox*>(&box);
-            driver.expect(question != nullptr, QStringLiteral("it is asked before a region goes"));
+            driver.expect(question != nullptr, QStringLiteral("a box asks before a region is deleted"));
             driver.screenshot(box, QStringLiteral("delete"));
             driver.click(*question->button(QMessageBox::Ok));
         },
@@ -259,7 +259,7 @@ void regions(UiDriver& driver, QWidget& window)
     driver.expect(view->getRoiList().size() == 1, QStringLiteral("a region can be deleted"));
     driver.screenshotWithPopups(window, QStringLiteral("region-deleted"));
     choose(driver, plot, "Select ROI...");
-    driver.expect(!view->isVisible(), QStringLiteral("the list goes with the tool"));
+    driver.expect(!view->isVisible(), QStringLiteral("the list closes with the tool"));
 }
 
 void filter(UiDriver& driver, QWidget& window)

@@ -71,7 +71,7 @@ void longReply(UiDriver& driver, MainWindow& window)
     driver.waitUntil(QStringLiteral("the progress is on show"), [&] { return bar.isVisible(); });
     driver.screenshot(window, QStringLiteral("waiting"));
     driver.waitUntil(QStringLiteral("both commands are answered"), [&] { return !window.commandPanel().isBusy(); });
-    driver.expect(!bar.isVisible(), QStringLiteral("the progress goes with the reply"));
+    driver.expect(!bar.isVisible(), QStringLiteral("the progress bar closes with the reply"));
 
     driver.type(edit, QStringLiteral("sleep 60000"));
     driver.key(edit, Qt::Key_Return);
