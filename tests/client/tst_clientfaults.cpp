@@ -1,8 +1,10 @@
 // All faults of the simulated server, with the client and the server object: each request ends exactly once and in
 // time, memory is bounded, and the next request is answered after the end of the fault.
 #include "support/cases.h"
+#include "support/replies.h"
 #include "support/scriptedserver.h"
 #include "support/serverfaults.h"
+#include "support/support.h"
 #include "support/wait.h"
 
 #include <tarnis/client/histogrampoller.h>
@@ -12,8 +14,6 @@
 #include <QTest>
 
 #include <memory>
-
-#include <unistd.h>
 
 using namespace tarnis;
 using namespace tarnis::testing;
@@ -47,14 +47,6 @@ RequestOptions limited(RequestOptions::Form form, std::chrono::milliseconds sile
     return options;
 }
 
-qint64 residentBytes()
-{
-    QFile file("/proc/self/statm");
-    if (!file.open(QIODevice::ReadOnly))
-        return 0;
-    return file.readAll().split(' ').value(1).toLongLong() * ::sysconf(_SC_PAGESIZE);
-}
-
 } // namespace
 
 class TestClientFaults : public QObject {
@@ -65,14 +57,6 @@ private:
     {
         qputenv("TARNIS_SIMSERVER_OPTIONS", "--start --rate 1000 --fault " + fault + " --fault-delay 5");
         return std::make_unique<Server>(quick());
-    }
-    static ServerStep endOf(const QFuture<ServerStep>& step)
-    {
-        if (!eventually([&] { return step.isFinished(); }) || step.resultCount() != 1) {
-            QTest::qFail("the step has not ended", __FILE__, __LINE__);
-            return {};
-        }
-        return step.result();
     }
 
 private Q_SLOTS:

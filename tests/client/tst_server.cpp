@@ -31,15 +31,6 @@ ServerOptions quick()
     return options;
 }
 
-ServerStep endOf(const QFuture<ServerStep>& future)
-{
-    if (!eventually([&] { return future.isFinished(); }) || future.resultCount() != 1) {
-        QTest::qFail("the step has not ended with a result", __FILE__, __LINE__);
-        return {};
-    }
-    return future.result();
-}
-
 } // namespace
 
 class TestServer : public QObject {

@@ -4,6 +4,7 @@
 
 #include "support/scriptedserver.h"
 #include "support/serverfaults.h"
+#include "support/support.h"
 #include "support/wait.h"
 
 #include <tarnis/foundation/message.h>
@@ -22,8 +23,6 @@
 #include <QThreadPool>
 
 #include <memory>
-
-#include <unistd.h>
 
 using namespace tarnis;
 using namespace tarnis::testing;
@@ -55,14 +54,6 @@ RequestOptions impatient()
     options.silence = 200ms;
     options.deadline = 10s;
     return options;
-}
-
-qint64 residentBytes()
-{
-    QFile file("/proc/self/statm");
-    if (!file.open(QIODevice::ReadOnly))
-        return 0;
-    return file.readAll().split(' ').value(1).toLongLong() * ::sysconf(_SC_PAGESIZE);
 }
 
 /// Whether the program has grown by less than a limit. The address sanitizer keeps freed memory, so any growth will do

@@ -35,15 +35,6 @@ double sum(const BinaryReply& reply)
     return std::accumulate(values.begin(), values.end(), 0.0);
 }
 
-/// Resident memory of a process in MiB.
-double residentMemory(qint64 processId)
-{
-    QFile file(QStringLiteral("/proc/%1/statm").arg(processId));
-    if (!file.open(QIODevice::ReadOnly))
-        return 0.0;
-    return file.readAll().split(' ').value(1).toDouble() * 4096.0 / (1024.0 * 1024.0);
-}
-
 void waitForState(Wire& wire, const QByteArray& state)
 {
     TRY_COMPARE(wire.value("stat", "state"), state);
@@ -255,7 +246,7 @@ private Q_SLOTS:
         Program program({ "--start" });
         Wire good(program.port());
         good.askBinary("hist2d image");
-        const double before = residentMemory(program.processId());
+        const qint64 before = residentBytes(program.processId());
         std::vector<std::unique_ptr<Wire>> stuck;
         for (int i = 0; i < 3; ++i) {
             stuck.push_back(std::make_unique<Wire>(program.port()));
@@ -267,7 +258,7 @@ private Q_SLOTS:
         for (int i = 0; i < 50; ++i)
             QCOMPARE(good.askBinary("hist2d image bins:128").length, 128 * 128 * 8);
         // One reply of 8 MiB for each of the three, and room for the allocator.
-        QVERIFY2(residentMemory(program.processId()) - before < 64.0, qPrintable(QString::number(before)));
+        QVERIFY2(residentBytes(program.processId()) - before < qint64(64) << 20, qPrintable(QString::number(before)));
         // Once they read, they get their replies.
         QCOMPARE(stuck.front()->bytes(4 + 8388608).size(), 4 + 8388608);
     }

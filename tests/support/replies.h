@@ -48,7 +48,7 @@ inline std::unique_ptr<Client> connectedTo(const ScriptedServer& server, const C
 }
 
 /// Runs the event loop until the future has ended; a result that fails the test without one.
-inline Reply endOf(const QFuture<Reply>& future)
+template <typename Result> Result endOf(const QFuture<Result>& future)
 {
     if (!eventually([&] { return future.isFinished(); }) || future.resultCount() != 1) {
         QTest::qFail("the request has not ended with a result", __FILE__, __LINE__);

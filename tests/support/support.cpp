@@ -1,6 +1,9 @@
 #include "support/support.h"
 
+#include <QFile>
 #include <QFileInfo>
+
+#include <unistd.h>
 
 namespace tarnis::testing {
 
@@ -16,6 +19,14 @@ std::mt19937_64 seededGenerator(unsigned long long salt)
 {
     const unsigned long long seed = qEnvironmentVariable("TARNIS_TEST_SEED", "20260101").toULongLong();
     return std::mt19937_64(seed * 0x9E3779B97F4A7C15ULL + salt);
+}
+
+qint64 residentBytes(qint64 processId)
+{
+    QFile file(QStringLiteral("/proc/%1/statm").arg(processId == 0 ? ::getpid() : processId));
+    if (!file.open(QIODevice::ReadOnly))
+        return 0;
+    return file.readAll().split(' ').value(1).toLongLong() * ::sysconf(_SC_PAGESIZE);
 }
 
 } // namespace tarnis::testing
