@@ -286,6 +286,23 @@ private Q_SLOTS:
         QVERIFY(dialog->frameGeometry().intersects(data.adjusted(-10, -10, 10, 10))); // not anywhere on the screen
     }
 
+    void aFilteredMapOpensBesideItsMap()
+    {
+        PlacementConsole console;
+        auto* const map = console.fixture.open<Graph2DDialog>("map");
+        QVERIFY(map);
+        TRY_VERIFY(map->getGraphWidget()->getMaxValue() > 0.0);
+        map->setGeometry(QRect(console.screen().topLeft() + QPoint(10, 60), QSize(380, 400)));
+        QVERIFY(QMetaObject::invokeMethod(map, "onFilter"));
+        auto* const filter = map->findChild<Graph2DFilterDialog*>();
+        QVERIFY(filter);
+        filter->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok)->click();
+        const auto filtered = [&] { return map->findChild<Graph2DDialog*>(QString(), Qt::FindDirectChildrenOnly); };
+        TRY_VERIFY(filtered() != nullptr && filtered()->isVisible());
+        const auto isBeside = [&] { return filtered()->frameGeometry().left() > map->frameGeometry().left() + 100; };
+        TRY_VERIFY(isBeside());
+    }
+
     void tiledPlotsKeepARoomToDrawIn()
     {
         PlacementConsole console;

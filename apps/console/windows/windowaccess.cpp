@@ -11,6 +11,7 @@
 #include "windows/plottools.h"
 #include "windows/tooltips.h"
 
+#include <tarnis/dialogs/graph2ddialog.h>
 #include <tarnis/dialogs/graph2dfilterdialog.h>
 #include <tarnis/dialogs/selectcheckeddialog.h>
 #include <tarnis/export/exportdialog.h>
@@ -74,14 +75,15 @@ void updateRegionButtons(QWidget& window, const QListWidget& list)
     setAvailable(clearButton, isAny, QString(), none);
 }
 
-/// Opens peak search, filter, selection of curves and export beside their plot, if the screen has space.
+/// Opens peak search, filter, filtered maps, selection of curves and export beside their plot, if the screen has space.
 void placeBesideData(QDialog& dialog)
 {
     QWidget* const owner = dialog.parentWidget();
     const bool isAboutPlot = qobject_cast<XYGraphWidget*>(owner) || (owner && owner->findChild<XYGraphWidget*>());
     const bool isTool = qobject_cast<PeakSearchDialog*>(&dialog) || qobject_cast<SelectCheckedDialog*>(&dialog)
         || qobject_cast<Graph2DFilterDialog*>(&dialog) || qobject_cast<tarnis::ExportDialog*>(&dialog);
-    if (!isAboutPlot || !isTool || dialog.property("isPlaced").toBool()
+    const bool isFilteredMap = qobject_cast<Graph2DDialog*>(&dialog) && qobject_cast<Graph2DDialog*>(owner);
+    if (!isAboutPlot || !(isTool || isFilteredMap) || dialog.property("isPlaced").toBool()
         || !canPlaceWindows(QGuiApplication::platformName()) || !dialog.screen())
         return;
     dialog.setProperty("isPlaced", true); // the user may move it
