@@ -5,7 +5,8 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 cd "$root"
 
 jobs=${TARNIS_JOBS:-$(nproc)}
-export CMAKE_BUILD_PARALLEL_LEVEL=$jobs CTEST_PARALLEL_LEVEL=$jobs
+# Tests wait for servers and timers half of their time.
+export CMAKE_BUILD_PARALLEL_LEVEL=$jobs CTEST_PARALLEL_LEVEL=$((jobs * 2))
 
 # stage NAME COMMAND...: runs the command and prints how long it took.
 stage() {
