@@ -10,6 +10,7 @@ namespace tarnis::analysis {
 namespace {
 
 constexpr double none = std::numeric_limits<double>::quiet_NaN();
+constexpr double farRise = 4.0;
 
 // The profile of one variable on one side.
 class Profile {
@@ -61,8 +62,10 @@ double Profile::risenAt(std::size_t variable, double offset)
     Minimum moved = m_solver.minimise(start, held);
     const double expected = variance > 0.0 ? offset * offset / variance : none;
     const double risen = moved.value - m_minimum.value;
-    // Far from a parabola, as at bounds or in noise, the others may have stopped in another minimum.
-    if (!moved.converged || !(risen > 0.5 * expected && risen < 1.3 * expected)) {
+    // Far from a parabola, as at bounds or in noise, the others may have stopped in another minimum. Far out the
+    // prediction itself may have led there.
+    const bool isExpected = risen > 0.5 * expected && risen < 1.3 * expected && risen < farRise * m_rise;
+    if (!moved.converged || !isExpected) {
         for (const std::vector<double>& other : { m_nearest, m_minimum.variables }) {
             if (other.empty())
                 continue;

@@ -69,6 +69,8 @@ public:
     /// Derivatives of the model by each variable at the point of the last informationAt(), one for each bin. Valid
     /// until the next call of any function.
     const std::vector<const double*>& columns();
+    /// The model's parameters for these variables. Valid until the next call of any function.
+    const std::vector<double>& parametersAt(const double* variables);
     bool isAtLower(const std::vector<double>& variables, std::size_t j) const;
     bool isAtUpper(const std::vector<double>& variables, std::size_t j) const;
 
@@ -77,7 +79,6 @@ private:
     int writeResiduals(const double* variables, double* fvec, double** dvec);
     void writeTerms(std::span<const double> model, double* fvec);
     void weighBins();
-    const std::vector<double>& parametersAt(const double* variables);
     bool stepWithin(
         const Minimum& at, const Information& information, std::vector<char>& held, std::vector<double>& step) const;
     double squaredError(double value) const;

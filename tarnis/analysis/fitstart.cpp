@@ -91,50 +91,60 @@ double halfWidth(const FitProblem& problem, const std::vector<double>& net, std:
     return width;
 }
 
-void setWidths(const FitProblem& problem, double sigma, double* widths)
+// Widths of a shape that has several, in units of sigma; ratios as they are.
+struct WidthPattern {
+    double first;
+    double second;
+    double third;
+};
+
+WidthPattern patternOf(PeakShape shape, FirstTails tails)
 {
-    switch (problem.model().shape) {
+    const auto choose = [tails](WidthPattern few, WidthPattern usual, WidthPattern many) {
+        return tails == FirstTails::Short ? few : tails == FirstTails::Long ? many : usual;
+    };
+    constexpr double w = fwhmPerSigma;
+    switch (shape) {
     case PeakShape::Gaussian:
-        widths[0] = sigma;
-        break;
+        return { 1.0, 0.0, 0.0 };
     case PeakShape::Lorentzian:
-        widths[0] = 0.5 * fwhmPerSigma * sigma;
-        break;
+        return { 0.5 * w, 0.0, 0.0 };
     case PeakShape::PseudoVoigt:
-        widths[0] = fwhmPerSigma * sigma;
-        widths[1] = 0.5;
-        break;
+        return choose({ w, 0.05, 0.0 }, { w, 0.5, 0.0 }, { w, 0.95, 0.0 });
     case PeakShape::Voigt:
-        widths[0] = 0.7 * sigma;
-        widths[1] = 0.4 * sigma;
-        break;
+        return choose({ 1.0, 0.02, 0.0 }, { 0.7, 0.4, 0.0 }, { 0.15, 1.1, 0.0 });
     case PeakShape::TailLeft:
     case PeakShape::TailRight:
-        widths[0] = 0.7 * sigma;
-        widths[1] = 0.7 * sigma;
-        break;
-    case PeakShape::BackToBack:
-        widths[0] = 0.5 * sigma;
-        widths[1] = 4.0 / (fwhmPerSigma * sigma);
-        widths[2] = 2.0 / (fwhmPerSigma * sigma);
-        break;
+        return choose({ 1.0, 0.1, 0.0 }, { 0.7, 0.7, 0.0 }, { 0.2, 1.5, 0.0 });
+    case PeakShape::BackToBack: // the rates
+        return choose({ 1.0, 10.0 / w, 10.0 / w }, { 0.5, 4.0 / w, 2.0 / w }, { 0.2, 8.0 / w, 1.5 / w });
     case PeakShape::Hypermet:
-        widths[0] = sigma;
-        widths[1] = sigma;
-        widths[2] = 0.1;
-        break;
+        return choose({ 1.0, 0.3, 0.02 }, { 1.0, 1.0, 0.1 }, { 0.7, 3.0, 0.5 });
     }
+    return {};
+}
+
+void setWidths(const FitProblem& problem, double sigma, FirstTails tails, double* widths)
+{
+    const PeakShape shape = problem.model().shape;
+    const WidthPattern pattern = patternOf(shape, tails);
+    const bool hasRates = shape == PeakShape::BackToBack;
+    const bool hasRatio = shape == PeakShape::PseudoVoigt;
+    widths[0] = pattern.first * sigma;
+    widths[1] = hasRates ? pattern.second / sigma : hasRatio ? pattern.second : pattern.second * sigma;
+    widths[2] = hasRates ? pattern.third / sigma : pattern.third;
 }
 
 // The parameter of the asymmetric shapes is not the top.
-double topShift(const FitProblem& problem, double sigma)
+double topShift(const FitProblem& problem, double sigma, FirstTails tails)
 {
+    const double shift = (tails == FirstTails::Short ? 0.1 : tails == FirstTails::Long ? 0.6 : 0.4) * sigma;
     switch (problem.model().shape) {
     case PeakShape::TailLeft:
-        return 0.4 * sigma;
+        return shift;
     case PeakShape::TailRight:
     case PeakShape::BackToBack:
-        return -0.4 * sigma;
+        return -shift;
     default:
         return 0.0;
     }
@@ -212,7 +222,7 @@ double highestPosition(const FitProblem& problem)
     return 0.5 * (problem.edges()[top] + problem.edges()[top + 1]);
 }
 
-std::vector<double> firstValues(const FitProblem& problem, const std::vector<double>& centres, double widthScale)
+std::vector<double> firstValues(const FitProblem& problem, const std::vector<double>& centres, const FirstWidths& first)
 {
     const FitLayout& layout = problem.layout();
     std::vector<double> p(static_cast<std::size_t>(layout.count), 0.0);
@@ -238,18 +248,18 @@ std::vector<double> firstValues(const FitProblem& problem, const std::vector<dou
         // Area and height have different signs: the ends are not background, so the flanks give a better estimate.
         if (!(sigma > 0.0))
             sigma = halfWidth(problem, net, top) / (0.5 * fwhmPerSigma);
-        sigma = widthScale * std::clamp(sigma, 0.4 * bin, std::max(0.4 * bin, 0.25 * range));
+        sigma = first.scale * std::clamp(sigma, 0.4 * bin, std::max(0.4 * bin, 0.25 * range));
         double area = net[top] * sigma * sqrtTwoPi;
         if (!problem.model().allowDips && !(area > 0.0))
             area = 1e-3 * scale;
         p[static_cast<std::size_t>(layout.area[i])] = area;
-        p[static_cast<std::size_t>(layout.centre[i])] = centres[i] + topShift(problem, sigma);
+        p[static_cast<std::size_t>(layout.centre[i])] = centres[i] + topShift(problem, sigma, first.tails);
         if (problem.model().widthMode == WidthMode::Calibrated) {
             p[static_cast<std::size_t>(layout.width[i][0])] = 1.0;
             continue;
         }
         std::array<double, maxWidthParameters> widths {};
-        setWidths(problem, sigma, widths.data());
+        setWidths(problem, sigma, first.tails, widths.data());
         // Shared widths start at those of the narrowest peak, which is least likely to be a doublet.
         for (std::size_t w = 0; w < static_cast<std::size_t>(layout.widths); ++w) {
             double& value = p[static_cast<std::size_t>(layout.width[i][w])];

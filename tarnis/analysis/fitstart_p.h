@@ -9,9 +9,18 @@
 
 namespace tarnis::analysis {
 
-/// Default starting values, one for each parameter of the model. centres: positions of the peaks. widthScale: factor of
-/// the estimated width, for different starts.
-std::vector<double> firstValues(const FitProblem& problem, const std::vector<double>& centres, double widthScale = 1.0);
+/// The tails of a shape that has parameters for them, at the start.
+enum class FirstTails { Short, Usual, Long };
+
+/// How the widths at the start follow from the contents.
+struct FirstWidths {
+    double scale = 1.0; ///< factor of the estimated width
+    FirstTails tails = FirstTails::Usual;
+};
+
+/// Default starting values, one for each parameter of the model. centres: positions of the peaks.
+std::vector<double> firstValues(
+    const FitProblem& problem, const std::vector<double>& centres, const FirstWidths& first = {});
 
 /// The highest position of the smoothed contents above a line through both ends. If that is within the noise, the
 /// position of the most significant peak of a search. Always the centre of a bin.

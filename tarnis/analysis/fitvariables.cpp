@@ -161,9 +161,11 @@ QString VariableBuilder::apply(const FitConstraint& constraint)
     if (constraint.upper)
         bounds.upper = *constraint.upper;
     if (!(bounds.lower < bounds.upper))
-        return sentence(
-            QT_TRANSLATE_NOOP("tarnis::SpectrumFit", "The lower bound of %1 must be below its upper bound."))
-            .arg(constraint.name);
+        return sentence(QT_TRANSLATE_NOOP("tarnis::SpectrumFit",
+                            "The lower bound of %1, %2, is not below its upper bound, %3. Change one of them."))
+            .arg(constraint.name)
+            .arg(bounds.lower)
+            .arg(bounds.upper);
     if (constraint.start) {
         if (!std::isfinite(*constraint.start))
             return sentence(QT_TRANSLATE_NOOP("tarnis::SpectrumFit", "The value of %1 is not a finite number."))

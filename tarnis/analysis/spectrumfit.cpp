@@ -20,6 +20,7 @@ namespace {
 using namespace analysis;
 
 constexpr double none = std::numeric_limits<double>::quiet_NaN();
+constexpr double weakArea = 30.0; // in roots of all counts of the range
 
 QString sentence(const char* text)
 {
@@ -108,9 +109,10 @@ private:
     }
     bool hasFreePositions() const { return m_result.model.centres.empty() && m_result.model.peaks > 1; }
     std::vector<double> givenOrHighest() const;
-    std::vector<double> startValues(const std::vector<double>& centres, double widthScale) const;
+    std::vector<double> startValues(const std::vector<double>& centres, const FirstWidths& first) const;
     void seedByLikelihood();
-    bool minimiseFrom(const std::vector<double>& centres, double widthScale);
+    bool minimiseFrom(const std::vector<double>& centres, const FirstWidths& first);
+    bool mayHaveOtherTails() const;
     void tryAgain(const std::vector<double>& centres);
     bool looksBad() const;
     void finish();
@@ -170,11 +172,11 @@ std::vector<double> SpectrumFitter::givenOrHighest() const
 
 // Individual widths start at the result with one common width: from a rough estimate they would run into the background
 // or noise.
-std::vector<double> SpectrumFitter::startValues(const std::vector<double>& centres, double widthScale) const
+std::vector<double> SpectrumFitter::startValues(const std::vector<double>& centres, const FirstWidths& first) const
 {
-    if (!m_seed.empty() && widthScale == 1.0)
+    if (!m_seed.empty() && first.scale == 1.0 && first.tails == FirstTails::Usual)
         return m_seed;
-    std::vector<double> values = firstValues(*m_problem, centres, widthScale);
+    std::vector<double> values = firstValues(*m_problem, centres, first);
     if (m_result.model.peaks < 2 || m_result.model.widthMode != WidthMode::Own)
         return values;
     FitModel model = m_result.model;
@@ -198,7 +200,7 @@ std::vector<double> SpectrumFitter::startValues(const std::vector<double>& centr
         copy(from.centre[k], to.centre[k]);
         for (std::size_t w = 0; w < static_cast<std::size_t>(to.widths); ++w) {
             copy(from.width[k][w], to.width[k][w]);
-            values[static_cast<std::size_t>(to.width[k][w])] *= widthScale;
+            values[static_cast<std::size_t>(to.width[k][w])] *= first.scale;
         }
     }
     for (int b = 0; b < to.backgrounds; ++b)
@@ -226,11 +228,11 @@ void SpectrumFitter::seedByLikelihood()
 
 // Fits from one set of positions and stores the result if it is lower than the current one. False: the constraints are
 // invalid.
-bool SpectrumFitter::minimiseFrom(const std::vector<double>& centres, double widthScale)
+bool SpectrumFitter::minimiseFrom(const std::vector<double>& centres, const FirstWidths& first)
 {
     QString fault;
-    VariableMap map = variablesFor(
-        *m_problem, startValues(centres, widthScale), m_result.options.statistic, m_result.areCounts, fault);
+    VariableMap map =
+        variablesFor(*m_problem, startValues(centres, first), m_result.options.statistic, m_result.areCounts, fault);
     if (fault.isEmpty() && static_cast<int>(map.variables.size()) > m_result.points)
         fault = sentence(
             QT_TRANSLATE_NOOP("tarnis::SpectrumFit", "The range has %1 bins, fewer than the %2 free parameters."))
@@ -286,11 +288,33 @@ bool SpectrumFitter::looksBad() const
     return weighted && m_minimum.value > ndf + 4.0 * std::sqrt(2.0 * std::max(1.0, ndf));
 }
 
-// Tries other starting widths if the first ones gave a bad fit.
+// Few counts can have one minimum for a short tail and one for a long tail.
+bool SpectrumFitter::mayHaveOtherTails() const
+{
+    const FitLayout& layout = m_problem->layout();
+    const bool startsAtOthers = layout.peaks > 1 && m_result.model.widthMode == WidthMode::Own;
+    if (layout.widths < 2 || startsAtOthers || !m_result.areCounts || !std::isfinite(m_minimum.value))
+        return false;
+    const std::vector<double>& parameters = m_solver->parametersAt(m_minimum.variables.data());
+    double smallest = std::numeric_limits<double>::infinity();
+    for (std::size_t k = 0; k < static_cast<std::size_t>(layout.peaks); ++k)
+        smallest = std::min(smallest, std::fabs(parameters[static_cast<std::size_t>(layout.area[k])]));
+    const auto contents = m_problem->contents();
+    const double counts = std::accumulate(contents.begin(), contents.end(), 0.0);
+    return smallest < weakArea * std::sqrt(counts);
+}
+
+// Tries other starting widths if the first ones gave a bad fit, and other tails of weak peaks.
 void SpectrumFitter::tryAgain(const std::vector<double>& centres)
 {
-    for (const double widthScale : { 0.4, 2.5 }) {
-        if (!looksBad() || !minimiseFrom(centres, widthScale))
+    for (const double scale : { 0.4, 2.5 }) {
+        if (looksBad() && !minimiseFrom(centres, { .scale = scale }))
+            return;
+    }
+    if (!mayHaveOtherTails())
+        return;
+    for (const FirstTails tails : { FirstTails::Short, FirstTails::Long }) {
+        if (!minimiseFrom(centres, { .tails = tails }))
             return;
     }
 }
@@ -343,7 +367,7 @@ FitResult SpectrumFitter::fit()
     }
     const std::vector<double> centres = givenOrHighest();
     seedByLikelihood();
-    if (!minimiseFrom(centres, 1.0))
+    if (!minimiseFrom(centres, {}))
         return std::move(m_result);
     tryAgain(centres);
     if (!std::isfinite(m_minimum.value)) {

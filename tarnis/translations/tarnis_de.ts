@@ -1709,6 +1709,10 @@ Gezeigt ist das Ergebnis von %2.</translation>
         <source>Sum of squares</source>
         <translation>Quadratsumme</translation>
     </message>
+    <message>
+        <source>The range must end above its start.</source>
+        <translation>Das Ende des Bereichs muss über seinem Anfang liegen.</translation>
+    </message>
 </context>
 <context>
     <name>tarnis::FitParameterModel</name>
@@ -3469,10 +3473,6 @@ Gezeigt ist das Ergebnis von %2.</translation>
         <translation>Der festgehaltene Parameter %1 braucht einen Wert.</translation>
     </message>
     <message>
-        <source>The lower bound of %1 must be below its upper bound.</source>
-        <translation>Die untere Grenze von %1 muss unter der oberen liegen.</translation>
-    </message>
-    <message>
         <source>The value of %1 is not a finite number.</source>
         <translation>Der Wert von %1 ist keine endliche Zahl.</translation>
     </message>
@@ -3607,6 +3607,10 @@ Gezeigt ist das Ergebnis von %2.</translation>
     <message>
         <source>A Lorentzian fits better: its statistic is lower by %1. The shape is wrong.</source>
         <translation>Eine Lorentzkurve passt besser: Ihre Statistik ist um %1 kleiner. Die Form ist falsch.</translation>
+    </message>
+    <message>
+        <source>The lower bound of %1, %2, is not below its upper bound, %3. Change one of them.</source>
+        <translation>Die untere Grenze von %1, %2, liegt nicht unter der oberen, %3. Eine von beiden ändern.</translation>
     </message>
 </context>
 <context>

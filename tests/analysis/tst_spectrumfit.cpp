@@ -382,6 +382,44 @@ private slots:
         QVERIFY(fit.parameters[area].profile);
         QVERIFY(agreesRelatively(u"lower"_s, fit.parameters[area].profile->lower, -14.471901953, 1e-5));
     }
+
+    // Far from the minimum the prediction by the covariance has no peak left, and would stay there. Expected by SciPy
+    // (optimize.least_squares from several starts): without tail the statistic is higher by 0.766, so tau has no upper
+    // limit but its bound, the range.
+    void findsNoLimitOfATailThatCanBeAbsent()
+    {
+        const std::vector<double> counts { 21, 28, 24, 27, 19, 25, 20, 21, 21, 22, 25, 23, 18, 30, 19, 26, 17, 18, 18,
+            20, 19, 14, 21, 19, 24, 18, 26, 16, 19, 35, 27, 28, 18, 28, 33, 38, 35, 49, 63, 45, 35, 39, 32, 32, 19, 25,
+            16, 19, 24, 21, 18, 23, 14, 19, 17, 22, 19, 19, 16, 22, 18, 18, 9, 20, 25, 15, 18, 15, 22, 9, 16, 25, 15,
+            22, 14, 25, 20, 13, 20, 16, 7 };
+        FitModel model;
+        model.shape = PeakShape::Hypermet;
+        model.centres = { 38.9 };
+        FitOptions options;
+        options.statistic = FitStatistic::Neyman;
+        options.profileErrors = true;
+        const FitResult fit = fitOf(counts, model, options);
+        QVERIFY(agreesRelatively(u"statistic"_s, fit.value, 82.398088884, 1e-8));
+        const FitParameter& tau = fit.parameters[static_cast<std::size_t>(fit.indexOf(u"tau"_s))];
+        QVERIFY(tau.profile);
+        QVERIFY(tau.profile->upperAtBound);
+        QVERIFY(agreesRelatively(u"upper"_s, tau.profile->upper, 81.0 - tau.value, 1e-6));
+    }
+
+    // The likelihood of few counts has one minimum for a narrow Gaussian with a long tail (48.9116), and a lower one
+    // for a broad Gaussian. Expected by SciPy, optimize.least_squares from several starts.
+    void findsTheLowerMinimumOfATail()
+    {
+        const std::vector<double> counts { 3, 0, 1, 4, 2, 1, 2, 5, 3, 5, 1, 5, 2, 5, 3, 4, 6, 4, 1, 4, 8, 5, 8, 3, 4, 4,
+            2, 4, 7, 5, 2, 2, 2, 1, 3, 2, 1, 1, 3, 1, 2, 1, 0, 1, 1, 0, 0, 1, 1, 2, 2, 4, 2, 1, 1, 2, 3, 2, 3 };
+        FitModel model;
+        model.shape = PeakShape::TailLeft;
+        model.background = FitBackground::Constant;
+        model.centres = { 27.9 };
+        const FitResult fit = fitOf(counts, model);
+        QVERIFY(agreesRelatively(u"statistic"_s, fit.value, 48.840722223, 1e-8));
+        QVERIFY(agreesRelatively(u"tau"_s, fit.valueOf(u"tau"_s), 9.8452, 1e-3));
+    }
 };
 
 QTEST_APPLESS_MAIN(TestSpectrumFit)
