@@ -7,15 +7,19 @@
 #include <tarnis/tools/fitpanel.h>
 
 #include <QClipboard>
+#include <QDoubleSpinBox>
 #include <QGuiApplication>
 #include <QLabel>
 #include <QPushButton>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QSignalSpy>
 #include <QSpinBox>
 #include <QTableView>
 #include <QTest>
 #include <QToolButton>
 
+#include <algorithm>
 #include <cmath>
 #include <memory>
 #include <random>
@@ -162,6 +166,88 @@ private Q_SLOTS:
         QVERIFY(!panel.message().isEmpty());
         QCOMPARE(panel.message(), panel.result().message);
         QVERIFY(panel.historyTable().isEmpty());
+    }
+
+    // A limit that is typed first is not moved to the other end of the range.
+    void waitsForBothTypedLimits()
+    {
+        VectorGraphWidget plot;
+        show(plot, twoPeaks());
+        FitPanel panel(&plot);
+        const QList<QDoubleSpinBox*> limits = panel.findChildren<QDoubleSpinBox*>();
+        QCOMPARE(limits.size(), 2);
+        QSignalSpy guessed(&panel, &FitPanel::guessed);
+        limits[0]->setValue(40);
+        QCOMPARE(guessed.size(), 0);
+        QVERIFY(panel.message().contains(QStringLiteral("end above")));
+        limits[1]->setValue(85);
+        QCOMPARE(guessed.size(), 1);
+        QCOMPARE(panel.range().min, 40.0);
+        QCOMPARE(panel.range().max, 85.0);
+        limits[0]->setValue(90);
+        for (QPushButton* const button : panel.findChildren<QPushButton*>()) {
+            if (button->text() == QStringLiteral("Fit"))
+                button->click();
+        }
+        QVERIFY(!panel.isRunning());
+        QVERIFY(panel.message().contains(QStringLiteral("end above")));
+    }
+
+    void keepsTheRowOfARefusedBound()
+    {
+        VectorGraphWidget plot;
+        show(plot, twoPeaks());
+        FitPanel panel(&plot);
+        panel.setRange(40, 85);
+        QAbstractItemModel& table = *panel.findChild<QTableView*>()->model();
+        const QString area = table.index(0, 0).data().toString();
+        QVERIFY(table.setData(table.index(0, 5), QStringLiteral("100")));
+        QVERIFY(table.setData(table.index(0, 4), QStringLiteral("1e9")));
+        QCOMPARE(panel.result().status, FitStatus::Refused);
+        QVERIFY(table.rowCount() >= 5);
+        QCOMPARE(table.index(0, 0).data().toString(), area);
+        QCOMPARE(table.index(0, 1).data().toString(), QString());
+        QCOMPARE(table.index(0, 4).data().toString(), QStringLiteral("1000000000"));
+        QVERIFY(table.setData(table.index(0, 4), QString()));
+        QVERIFY(panel.result().status != FitStatus::Refused);
+    }
+
+    void refusesATieToAnUnknownParameter()
+    {
+        VectorGraphWidget plot;
+        show(plot, twoPeaks());
+        FitPanel panel(&plot);
+        panel.setRange(40, 85);
+        QAbstractItemModel& table = *panel.findChild<QTableView*>()->model();
+        QVERIFY(!table.setData(table.index(0, 6), QStringLiteral("foo")));
+        QVERIFY2(panel.message().contains(QStringLiteral("foo")), qPrintable(panel.message()));
+        QVERIFY(panel.message().contains(QStringLiteral("sigma")));
+        QCOMPARE(table.index(0, 6).data().toString(), QString());
+        QVERIFY(table.setData(table.index(0, 6), QStringLiteral("10 * sigma")));
+    }
+
+    // A verdict with many reasons can be read to its end in a panel without room for it.
+    void scrollsALongMessage()
+    {
+        VectorGraphWidget plot;
+        QList<double> samples(bins, 5.0);
+        for (const int i : { 20, 60, 61, 110, 150 })
+            samples[i] = 900.0;
+        show(plot, samples);
+        FitPanel panel(&plot);
+        panel.resize(panel.minimumSizeHint());
+        panel.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&panel));
+        panel.setRange(5, 195);
+        panel.fit();
+        QVERIFY(waitForFit(panel));
+        const auto labels = panel.findChildren<QLabel*>();
+        const auto text = std::find_if(
+            labels.begin(), labels.end(), [&](const QLabel* label) { return label->text() == panel.message(); });
+        QVERIFY(text != labels.end());
+        QTRY_VERIFY((*text)->height() >= (*text)->heightForWidth((*text)->width()));
+        QTRY_VERIFY((*text)->visibleRegion().boundingRect().height() < (*text)->height());
+        QTRY_VERIFY(panel.findChild<QScrollArea*>()->verticalScrollBar()->maximum() > 0);
     }
 
     void holdsATypedAndFixedValue()

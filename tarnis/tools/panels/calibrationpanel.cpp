@@ -123,6 +123,7 @@ void CalibrationPanel::build()
     layout->addWidget(d.message);
     d.model = new CalibrationModel(this);
     d.view = new QTableView(this);
+    d.view->horizontalHeader()->setHighlightSections(false);
     d.view->setModel(d.model);
     d.view->verticalHeader()->hide();
     d.view->verticalHeader()->setDefaultSectionSize(d.view->fontMetrics().height() + 6);

@@ -46,8 +46,16 @@ void FitPanel::connectControls()
     };
     connect(controls.pickRange, &QToolButton::toggled, this, picks(PlotPicker::Mode::Range));
     connect(controls.pickPeaks, &QToolButton::toggled, this, picks(PlotPicker::Mode::Places));
-    const auto onRange = [this, &controls] {
-        if (!m_data->isFilling)
+    // While only one limit has been typed, they can be in the wrong order.
+    const auto isRange = [this, &controls] {
+        const bool isOrdered = controls.lower->value() < controls.upper->value();
+        const bool isUntouched = controls.lower->value() == range().min && controls.upper->value() == range().max;
+        if (!isOrdered && !isUntouched)
+            showMessage(tr("The range must end above its start."), false);
+        return isOrdered || isUntouched;
+    };
+    const auto onRange = [this, isRange, &controls] {
+        if (!m_data->isFilling && isRange())
             setRange(controls.lower->value(), controls.upper->value());
     };
     connect(controls.lower, &QDoubleSpinBox::valueChanged, this, onRange);
@@ -59,7 +67,9 @@ void FitPanel::connectControls()
         connect(box, &QComboBox::activated, this, onModel);
     for (QCheckBox* box : { controls.ownWidths, controls.step })
         connect(box, &QCheckBox::toggled, this, onModel);
-    connect(controls.guess, &QPushButton::clicked, this, [this] {
+    connect(controls.guess, &QPushButton::clicked, this, [this, isRange] {
+        if (!isRange())
+            return;
         // "Guess" starts from the data again: entered values are dropped, bounds and ties are kept.
         for (FitConstraint& constraint : m_data->setup.model.constraints) {
             if (!constraint.fixed)
@@ -67,7 +77,10 @@ void FitPanel::connectControls()
         }
         guess();
     });
-    connect(controls.fit, &QPushButton::clicked, this, &FitPanel::fit);
+    connect(controls.fit, &QPushButton::clicked, this, [this, isRange] {
+        if (isRange())
+            fit();
+    });
     connect(controls.clear, &QPushButton::clicked, this, &FitPanel::clear);
     const auto onFollow = [this, &controls] {
         setFollowSeconds(controls.follow->isChecked() ? controls.seconds->value() : 0);
@@ -171,10 +184,11 @@ void FitPanel::showMessage(const QString& text, bool isGood)
     QLabel& label = *m_data->controls.message;
     if (label.text() != text)
         label.setText(text);
-    label.setVisible(!text.isEmpty());
+    m_data->controls.messageArea->setVisible(!text.isEmpty());
     QFont font = label.font();
     font.setBold(!isGood);
     label.setFont(font);
+    m_data->controls.messageArea->updateGeometry();
 }
 
 void FitPanel::showHistory()

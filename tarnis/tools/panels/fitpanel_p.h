@@ -55,6 +55,7 @@ struct FitControls {
     QPushButton* copy = nullptr;
     QPushButton* save = nullptr;
     QLabel* message = nullptr;
+    QWidget* messageArea = nullptr; ///< scrolls the message
     StripPlot* residuals = nullptr;
     std::vector<QLabel*> captions; ///< labels, in the order of captionTexts()
 

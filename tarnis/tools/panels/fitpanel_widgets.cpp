@@ -170,6 +170,9 @@ void FitControls::buildPages(QWidget& panel, FitParameterModel& model)
     table->verticalHeader()->hide();
     table->verticalHeader()->setDefaultSectionSize(table->fontMetrics().height() + 6);
     QObject::connect(&model, &QAbstractItemModel::modelReset, table, &QTableView::resizeColumnsToContents);
+    QObject::connect(&model, &QAbstractItemModel::rowsInserted, table, &QTableView::resizeColumnsToContents);
+    // Bold headers of selected cells would not fit.
+    table->horizontalHeader()->setHighlightSections(false);
     // A fit turns the guess into longer texts without new rows. The column does not get narrower, because each change
     // of its width paints the whole table again.
     QObject::connect(&model, &QAbstractItemModel::dataChanged, table, [&view = *table, &model] {
@@ -208,8 +211,10 @@ void FitControls::build(QWidget& panel, XYGraphWidget* plot, FitParameterModel& 
     layout->addWidget(rangeRow(panel, plot));
     layout->addWidget(modelRow(panel));
     layout->addWidget(actionRow(panel));
-    message = new WrappedLabel(&panel);
-    layout->addWidget(message);
+    auto* const text = new WrappedLabel(&panel);
+    message = text;
+    messageArea = new MessageArea(text, &panel);
+    layout->addWidget(messageArea);
     buildPages(panel, model);
     layout->addWidget(pages, 1);
     residuals = new StripPlot(&panel);

@@ -2,10 +2,12 @@
 
 #include "tarnis/analysis/figures.h"
 
+#include <QCoreApplication>
 #include <QLocale>
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace tarnis {
 
@@ -55,22 +57,65 @@ FitParameterModel::FitParameterModel(FitSetup& setup, QObject* parent)
 {
 }
 
+// A constraint that was refused stays in the table, where it can be corrected.
+std::vector<FitParameter> FitParameterModel::rowsOf(const FitResult& result) const
+{
+    std::vector<FitParameter> parameters = result.parameters;
+    if (result.status != FitStatus::Refused || !parameters.empty() || m_setup.model.constraints.empty())
+        return parameters;
+    for (const QString& name : m_setup.model.parameterNames()) {
+        FitParameter& parameter = parameters.emplace_back();
+        parameter.name = name;
+        parameter.value = m_setup.constraint(name).start.value_or(noNumber);
+        parameter.error = parameter.shownError = noNumber;
+    }
+    return parameters;
+}
+
 void FitParameterModel::setResult(const FitResult& result, bool isGuess, std::vector<DerivedQuantity> additions)
 {
-    const bool isSame = haveSameNames(m_parameters, result.parameters) && haveSameNames(m_derived, result.derived)
-        && haveSameNames(m_additions, additions);
-    if (!isSame)
-        beginResetModel();
-    m_parameters = result.parameters;
-    m_derived = result.derived;
-    m_additions = std::move(additions);
+    std::vector<FitParameter> parameters = rowsOf(result);
+    const bool hasSameParameters = haveSameNames(m_parameters, parameters);
+    const bool isSame =
+        hasSameParameters && haveSameNames(m_derived, result.derived) && haveSameNames(m_additions, additions);
     m_isGuess = isGuess;
-    // Keeps an open editor during a live fit of the same parameters. A fit does not change the user's constraints, so
-    // only one column is painted again.
-    if (!isSame)
+    if (!hasSameParameters) {
+        beginResetModel();
+        m_parameters = std::move(parameters);
+        m_derived = result.derived;
+        m_additions = std::move(additions);
         endResetModel();
-    else if (rowCount() > 0)
+        return;
+    }
+    // Keeps an open editor during a live fit of the same parameters, and the one whose entry is being handled.
+    m_parameters = std::move(parameters);
+    if (isSame) {
+        m_derived = result.derived;
+        m_additions = std::move(additions);
+    } else {
+        replaceDerived(result.derived, std::move(additions));
+    }
+    // A fit does not change the user's constraints, so only one column is painted again.
+    if (rowCount() > 0)
         Q_EMIT dataChanged(index(0, isGuess ? Name : Value), index(rowCount() - 1, isGuess ? Tie : Value));
+}
+
+void FitParameterModel::replaceDerived(std::vector<DerivedQuantity> derived, std::vector<DerivedQuantity> additions)
+{
+    const int first = static_cast<int>(m_parameters.size());
+    if (rowCount() > first) {
+        beginRemoveRows({}, first, rowCount() - 1);
+        m_derived.clear();
+        m_additions.clear();
+        endRemoveRows();
+    }
+    const int added = static_cast<int>(derived.size() + additions.size());
+    if (added == 0)
+        return;
+    beginInsertRows({}, first, first + added - 1);
+    m_derived = std::move(derived);
+    m_additions = std::move(additions);
+    endInsertRows();
 }
 
 void FitParameterModel::setUnit(const QString& unit)
@@ -124,6 +169,8 @@ QVariant FitParameterModel::shown(const FitParameter& parameter, int column) con
     const FitConstraint known = m_setup.constraint(parameter.name);
     switch (column) {
     case Value:
+        if (std::isnan(parameter.value))
+            return {};
         if (!m_isGuess && !parameter.fixed && (parameter.atLower || parameter.atUpper))
             return tr("%1 (at bound)")
                 .arg(parameter.error > 0.0 ? parameterText(parameter) : QString::number(parameter.value, 'g', 6));
@@ -160,7 +207,7 @@ QVariant FitParameterModel::data(const QModelIndex& index, int role) const
         return textAt(index.row()).unit;
     if (parameter != nullptr) {
         if (role == Qt::EditRole && index.column() == Value)
-            return QString::number(parameter->value, 'g', 10);
+            return std::isnan(parameter->value) ? QString() : QString::number(parameter->value, 'g', 10);
         return shown(*parameter, index.column());
     }
     const DerivedQuantity* const derived = derivedAt(index.row());
@@ -211,6 +258,15 @@ bool FitParameterModel::edit(FitConstraint& constraint, const FitParameter& para
             Q_EMIT refused(tr("Type another parameter, for example sigma1, 0.5 * area1 or centre1 + 10."));
             return false;
         }
+        const std::vector<QString> names = m_setup.model.parameterNames();
+        const bool isShown = std::any_of(m_parameters.begin(), m_parameters.end(),
+            [&](const FitParameter& other) { return other.name == tie->other; });
+        if (!tie->other.isEmpty() && !isShown && std::find(names.begin(), names.end(), tie->other) == names.end()) {
+            Q_EMIT refused(QCoreApplication::translate(
+                "tarnis::SpectrumFit", "The model has no parameter %1. Its parameters are: %2.")
+                               .arg(tie->other, QStringList(names.begin(), names.end()).join(QStringLiteral(", "))));
+            return false;
+        }
         constraint.tiedTo = tie->other;
         constraint.factor = tie->factor;
         constraint.offset = tie->offset;
@@ -245,7 +301,7 @@ bool FitParameterModel::setData(const QModelIndex& index, const QVariant& value,
     FitConstraint constraint = m_setup.constraint(parameter->name);
     if (role == Qt::CheckStateRole && index.column() == Fixed) {
         constraint.fixed = value.toInt() == Qt::Checked;
-        if (constraint.fixed)
+        if (constraint.fixed && !std::isnan(parameter->value))
             constraint.start = parameter->value;
     } else if (role != Qt::EditRole || !edit(constraint, *parameter, index.column(), value.toString())) {
         return false;

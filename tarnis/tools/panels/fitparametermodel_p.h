@@ -38,6 +38,8 @@ Q_SIGNALS:
     void refused(const QString& reason); ///< an invalid entry, with the reason for the user
 
 private:
+    std::vector<FitParameter> rowsOf(const FitResult& result) const;
+    void replaceDerived(std::vector<DerivedQuantity> derived, std::vector<DerivedQuantity> additions);
     ParameterText textAt(int row) const;
     const FitParameter* parameterAt(int row) const;
     const DerivedQuantity* derivedAt(int row) const;

@@ -102,6 +102,7 @@ void PeakPanel::build()
     layout->addWidget(d.message);
     d.model = new PeakTableModel(this);
     d.view = new QTableView(this);
+    d.view->horizontalHeader()->setHighlightSections(false);
     d.view->setModel(d.model);
     d.view->verticalHeader()->setDefaultSectionSize(d.view->fontMetrics().height() + 6);
     d.view->setSelectionBehavior(QAbstractItemView::SelectRows);

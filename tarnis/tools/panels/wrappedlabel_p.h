@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QLabel>
+#include <QScrollArea>
 
 namespace tarnis {
 
@@ -14,6 +15,19 @@ public:
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
     int heightForWidth(int width) const override;
+};
+
+/// Shows a WrappedLabel as high as its text, or with a scroll bar where a small window has less room.
+class MessageArea : public QScrollArea {
+public:
+    explicit MessageArea(WrappedLabel* label, QWidget* parent = nullptr);
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+    int heightForWidth(int width) const override;
+
+private:
+    WrappedLabel* m_label; ///< owned by the scroll area
 };
 
 } // namespace tarnis

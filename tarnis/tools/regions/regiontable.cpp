@@ -104,6 +104,7 @@ void RegionTable::build()
     bar->addWidget(controls.side);
     layout->addLayout(bar);
     controls.view = new QTableView(this);
+    controls.view->horizontalHeader()->setHighlightSections(false);
     controls.view->setModel(m_model);
     controls.view->verticalHeader()->hide();
     controls.view->verticalHeader()->setDefaultSectionSize(controls.view->fontMetrics().height() + 6);
