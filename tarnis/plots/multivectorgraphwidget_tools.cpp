@@ -9,6 +9,7 @@
 #include "tarnis/plots/curvenames_p.h"
 #include "tarnis/plots/math/csvtext_p.h"
 #include "tarnis/plots/math/seriesnames_p.h"
+#include "tarnis/plots/plotstyling_p.h"
 
 #include <QHeaderView>
 #include <QTableWidget>
@@ -119,7 +120,7 @@ void MultiVectorGraphWidget::fillVisiblesTable(QTableWidget& table) const
         for (int column = 0; column < (byGroup ? 1 : std::min(group, count - row * group)); ++column)
             table.setItem(row, column, checkItem(m_data.at(row * group + column).enable));
         if (byGroup)
-            table.setItem(row, 1, swatch(sums.at(row).color));
+            table.setItem(row, 1, swatch(tarnis::shownCurveColor(*this, row, sums.at(row).color)));
     }
 }
 

@@ -286,6 +286,18 @@ private Q_SLOTS:
         QVERIFY(dialog->frameGeometry().intersects(data.adjusted(-10, -10, 10, 10))); // not anywhere on the screen
     }
 
+    void theBoxesOfAPlotHaveTheTitleOfItsWindow()
+    {
+        PlacementConsole console;
+        auto* const map = console.fixture.open<Graph2DDialog>("map");
+        QVERIFY(map);
+        XY2DGraphWidget& plot = *map->getGraphWidget();
+        plot.SetRoiEnabled(true);
+        QDialog* const box = BoxPlacer::boxesOf(plot).value(0);
+        QVERIFY(box && box->isWindow());
+        QCOMPARE(box->windowTitle(), map->windowTitle());
+    }
+
     void aFilteredMapOpensBesideItsMap()
     {
         PlacementConsole console;

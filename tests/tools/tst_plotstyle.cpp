@@ -4,6 +4,7 @@
 #include "support/pictures.h"
 #include "tools/styledplots.h"
 
+#include <tarnis/dialogs/selectcheckeddialog.h>
 #include <tarnis/export/plotexporter.h>
 #include <tarnis/plots/multivectorgraphwidget.h>
 #include <tarnis/plots/plotmapping.h>
@@ -19,6 +20,7 @@
 #include <QJsonObject>
 #include <QPointer>
 #include <QSignalSpy>
+#include <QTableWidget>
 #include <QTest>
 
 #include <cmath>
@@ -65,6 +67,23 @@ private Q_SLOTS:
                 }
             }
         }
+    }
+
+    void theListOfCurvesShowsTheirColours()
+    {
+        struct SingleCurves : MultiVectorGraphWidget {
+            SingleCurves() { m_groupSize = 1; }
+        } plot;
+        plot.setAddType(MultiVectorGraphWidget::AddEachGroup);
+        plot.resizeData(2);
+        for (int i = 0; i < 2; ++i)
+            plot.setData(i, QList<double>(4, i + 1.0), i + 1.0);
+        const PlotStyle style(&plot, PlotStyle::Theme::Light);
+        QVERIFY(QMetaObject::invokeMethod(&plot, "onSelectVisibles"));
+        auto* const dialog = plot.findChild<SelectCheckedDialog*>();
+        QVERIFY(dialog);
+        for (int i = 0; i < 2; ++i)
+            QCOMPARE(dialog->getTable()->item(i, 1)->background().color(), PlotStyle::seriesColor(style.theme(), i));
     }
 
     void detachingBringsTheClassicLookBack_data()

@@ -182,6 +182,10 @@ void WindowAccess::makeAccessible(QWidget& window)
     // The library's form resets its title when the language changes.
     if (qobject_cast<SelectCheckedDialog*>(&window) && window.windowTitle() == u"Dialog")
         window.setWindowTitle(tr("Select Visible Items"));
+    // The lists of windows of a desktop may contain the boxes, whose title is "Dialog" or empty.
+    const XYGraphWidget* const plotOfBox = BoxPlacer::plotOf(window);
+    if (plotOfBox && window.isWindow())
+        window.setWindowTitle(plotOfBox->window()->windowTitle());
     addToolBar(window);
     nameControls(window);
     addCloseKey(window);
