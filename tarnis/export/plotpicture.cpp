@@ -3,7 +3,9 @@
 #include "tarnis/export/svgdevice_p.h"
 #include "tarnis/foundation/saving_p.h"
 #include "tarnis/plots/colorbarwidget.h"
+#include "tarnis/plots/mapcoloring_p.h"
 #include "tarnis/plots/multivectorgraphwidget.h"
+#include "tarnis/plots/plotaccess_p.h"
 #include "tarnis/plots/plotmapping.h"
 #include "tarnis/plots/plotoverlay.h"
 #include "tarnis/plots/plotstyling_p.h"
@@ -18,6 +20,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace tarnis {
 
@@ -52,9 +55,13 @@ public:
             plot.*Layout::maxYLabel }
         , m_covers(plot.*Layout::covers)
     {
+        if (auto* const map = qobject_cast<XY2DGraphWidget*>(&plot); map && PlotAccess::coloring(std::as_const(*map)))
+            setBesideBar(*map, 0); // controls beside the colour bar are not in the picture
     }
     ~LayoutKeeper()
     {
+        if (m_besideBar != 0)
+            setBesideBar(static_cast<XY2DGraphWidget&>(m_plot), m_besideBar);
         m_plot.*Layout::graphRect = m_graphRect;
         m_plot.*Layout::minXLabel = m_labels[0];
         m_plot.*Layout::maxXLabel = m_labels[1];
@@ -66,7 +73,18 @@ public:
     LayoutKeeper& operator=(const LayoutKeeper&) = delete;
 
 private:
+    /// Without a new layout of the widget.
+    void setBesideBar(XY2DGraphWidget& map, int width)
+    {
+        MapColoring& chosen = PlotAccess::coloring(map);
+        m_besideBar = chosen.besideBar;
+        QMargins& margin = m_plot.*Layout::margin;
+        margin.setRight(margin.right() + width - chosen.besideBar);
+        chosen.besideBar = width;
+    }
+
     XYGraphWidget& m_plot;
+    int m_besideBar = 0; ///< of the widget
     QRect m_graphRect;
     QRect m_labels[4];
     bool m_covers;

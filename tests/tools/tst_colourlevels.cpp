@@ -6,6 +6,7 @@
 #include "support/support.h"
 #include "support/wait.h"
 
+#include <tarnis/export/plotexporter.h>
 #include <tarnis/plots/plotmapping.h>
 #include <tarnis/tools/colourlevels.h>
 #include <tarnis/tools/colourmaps.h>
@@ -320,6 +321,23 @@ private Q_SLOTS:
         const QPointF corner = QPointF(strip.topLeft()) * shown.devicePixelRatio();
         QCOMPARE(
             saved->copy(QRect(corner.toPoint(), shown.size())).toImage().convertToFormat(QImage::Format_RGB32), shown);
+    }
+
+    void exportedPicturesHaveNoSpaceForTheStrip()
+    {
+        MapProbe map;
+        fill(map);
+        ColourLevels levels(&map);
+        show(map);
+        PictureOptions options;
+        options.heading = QStringLiteral("Heading"); // moves the map
+        const QImage picture = PlotExporter(map).image(options);
+        QVERIFY(!picture.isNull());
+        const QRect strip = stripOf(map)->geometry();
+        show(map);
+        QCOMPARE(stripOf(map)->geometry(), strip);
+        levels.setStripVisible(false);
+        QCOMPARE(PlotExporter(map).image(options), picture);
     }
 
     void menuHasAllColourMaps()

@@ -5,6 +5,7 @@
 #include <tarnis/plots/curvenames.h>
 #include <tarnis/plots/multivectorgraphwidget.h>
 #include <tarnis/plots/plotmapping.h>
+#include <tarnis/plots/plotoverlay.h>
 #include <tarnis/plots/vectorgraphwidget.h>
 #include <tarnis/tools/plotlegend.h>
 #include <tarnis/tools/plotnavigator.h>
@@ -12,8 +13,11 @@
 #include <QImage>
 #include <QJsonArray>
 #include <QMouseEvent>
+#include <QPainter>
 #include <QTest>
 #include <QWheelEvent>
+
+#include <cmath>
 
 using namespace tarnis;
 using namespace tarnis::testing;
@@ -79,6 +83,29 @@ private Q_SLOTS:
         QVERIFY(entryAt(1).y() > entryAt(0).y());
         m_legend->setVisible(false);
         QVERIFY(entryAt(0).isNull());
+    }
+
+    void paperHasTheNames()
+    {
+        // On a device with this multiple of the screen's resolution.
+        const auto light = [this](int scale) {
+            QImage page(m_plot->size() * scale, QImage::Format_RGB32);
+            page.setDotsPerMeterX(qRound(m_plot->logicalDpiX() * scale / 0.0254));
+            page.setDotsPerMeterY(qRound(m_plot->logicalDpiY() * scale / 0.0254));
+            page.fill(Qt::black);
+            QPainter painter(&page);
+            painter.scale(scale, scale);
+            PlotOverlay::paintAll(*m_plot, painter);
+            painter.end();
+            double sum = 0.0;
+            for (int y = 0; y < page.height(); ++y)
+                for (int x = 0; x < page.width(); ++x)
+                    sum += qGray(page.pixel(x, y));
+            return sum / scale / scale;
+        };
+        // Half of the light is that of the names, which are white.
+        QVERIFY2(std::fabs(light(8) / light(1) - 1.0) < 0.1,
+            qPrintable(QStringLiteral("%1 %2").arg(light(8)).arg(light(1))));
     }
 
     void clickHidesAndShowsAgain()

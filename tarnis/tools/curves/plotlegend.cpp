@@ -9,6 +9,7 @@
 #include "tarnis/tools/base/toolaction_p.h"
 #include "tarnis/tools/curves/legendplace_p.h"
 
+#include <QFontInfo>
 #include <QFontMetrics>
 #include <QJsonArray>
 #include <QPainter>
@@ -306,7 +307,10 @@ void PlotLegend::paintOverlay(QPainter& painter, const PlotMapping& /*mapping*/)
     noteDrawn(painter, now.rect.adjusted(-1, -1, 1, 1));
     if (now.rect.isEmpty())
         return;
-    painter.setFont(curves()->font());
+    QFont font = curves()->font();
+    if (painter.device()->logicalDpiY() != curves()->logicalDpiY()) // would be larger than the layout
+        font.setPixelSize(QFontInfo(font).pixelSize());
+    painter.setFont(font);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(QPen(border, 1.0));
     const PlotStyling* const styling = stylingOf(curves());
@@ -315,7 +319,7 @@ void PlotLegend::paintOverlay(QPainter& painter, const PlotMapping& /*mapping*/)
     ground.setAlpha(fill.alpha()); // the colours of the curves are made for this background
     painter.setBrush(ground);
     painter.drawRoundedRect(QRectF(now.rect).adjusted(0.5, 0.5, -0.5, -0.5), 3.0, 3.0);
-    const QFontMetrics metrics(painter.font());
+    const QFontMetrics metrics(font);
     for (qsizetype i = now.first; i < now.first + now.rows; ++i) {
         const LegendEntry& entry = now.entries.at(i);
         const QRect row = now.rowRect(i);

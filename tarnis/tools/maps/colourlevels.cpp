@@ -11,6 +11,7 @@
 #include <QPainter>
 
 #include <cmath>
+#include <utility>
 
 namespace tarnis {
 
@@ -202,10 +203,11 @@ void ColourLevels::read()
         m_strip->showValues(values, curveOf(scale()));
 }
 
-/// On the screen the strip is a widget; in saved pictures it is drawn.
+/// On the screen the strip is a widget; in pictures of the widget it is drawn, in those of an exporter it has no space.
 void ColourLevels::paintOverlay(QPainter& painter, const PlotMapping& /*mapping*/)
 {
-    if (m_strip == nullptr || painter.device() == static_cast<const QPaintDevice*>(plot()))
+    if (m_strip == nullptr || painter.device() == static_cast<const QPaintDevice*>(plot())
+        || PlotAccess::coloring(std::as_const(*map()))->besideBar == 0)
         return;
     painter.translate(m_strip->pos());
     m_strip->paintStrip(painter);
