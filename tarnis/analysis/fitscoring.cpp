@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <numeric>
 
 namespace tarnis::analysis {
@@ -137,7 +138,10 @@ void FitSolver::weighBins()
             m_forces[i] = forceOf(i, weight);
         }
     };
-    const auto inverse = [&](std::size_t i) { return model[i] > 0.0 ? 1.0 / model[i] : 0.0; };
+    // Far from a peak without background the model is too small for its inverse. Such a bin has no part in the
+    // information, as the squares of its derivatives are smaller still.
+    constexpr double smallest = std::numeric_limits<double>::min();
+    const auto inverse = [&](std::size_t i) { return model[i] >= smallest ? 1.0 / model[i] : 0.0; };
     switch (m_statistic) {
     case FitStatistic::Cash:
         run(inverse, [&](std::size_t i, double weight) { return 1.0 - y[i] * weight; });

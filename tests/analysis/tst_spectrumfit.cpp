@@ -406,6 +406,24 @@ private slots:
         QVERIFY(agreesRelatively(u"upper"_s, tau.profile->upper, 81.0 - tau.value, 1e-6));
     }
 
+    // 38 standard deviations from the peak the model's contents are subnormal numbers. Without background the area is
+    // the number of counts, its error the root of it, and the centre nearly their mean.
+    void fitsFewCountsInALongRange()
+    {
+        std::vector<double> counts(86, 0.0);
+        counts[39] = counts[43] = 1.0;
+        counts[40] = 4.0;
+        counts[41] = counts[42] = 2.0;
+        FitModel model;
+        model.background = FitBackground::None;
+        const FitResult fit = fitOf(counts, model);
+        QCOMPARE(fit.message, QString());
+        QVERIFY(agreesRelatively(u"area"_s, fit.valueOf(u"area"_s), 10.0, 1e-6));
+        QVERIFY(agreesRelatively(u"error"_s, fit.errorOf(u"area"_s), std::sqrt(10.0), 1e-6));
+        QVERIFY(agrees(u"centre"_s, fit.valueOf(u"centre"_s), 40.8, 0.01));
+        QVERIFY(fit.errorOf(u"sigma"_s) > 0.1);
+    }
+
     // The likelihood of few counts has one minimum for a narrow Gaussian with a long tail (48.9116), and a lower one
     // for a broad Gaussian. Expected by SciPy, optimize.least_squares from several starts.
     void findsTheLowerMinimumOfATail()
