@@ -834,6 +834,10 @@
         <source>Residual</source>
         <translation>Abweichung</translation>
     </message>
+    <message>
+        <source>&quot;%1&quot; is not a positive energy.</source>
+        <translation>„%1“ ist keine positive Energie.</translation>
+    </message>
 </context>
 <context>
     <name>tarnis::CalibrationPanel</name>
@@ -2470,6 +2474,14 @@ Gezeigt ist das Ergebnis von %2.</translation>
         <source>The curve that is searched</source>
         <translation>Die Kurve, die durchsucht wird</translation>
     </message>
+    <message>
+        <source>The visible range contains no bin of the data.</source>
+        <translation>Der sichtbare Bereich enthält keinen Kanal der Daten.</translation>
+    </message>
+    <message>
+        <source>Press &quot;Find and Fit&quot; to list the peaks of the curve.</source>
+        <translation>„Suchen und anpassen“ drücken, um die Peaks der Kurve aufzulisten.</translation>
+    </message>
 </context>
 <context>
     <name>tarnis::PeakShape</name>
@@ -3202,6 +3214,10 @@ Gezeigt ist das Ergebnis von %2.</translation>
     <message>
         <source>%1 regions are for maps and were ignored.</source>
         <translation>%1 Bereiche sind für Karten und wurden weggelassen.</translation>
+    </message>
+    <message>
+        <source>Press a button for a region and drag on the plot.</source>
+        <translation>Einen Knopf für einen Bereich drücken und im Plot ziehen.</translation>
     </message>
 </context>
 <context>

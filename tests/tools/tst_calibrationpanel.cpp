@@ -140,6 +140,25 @@ private Q_SLOTS:
         QVERIFY(panel.calibration().energyAt(1000.0) != energy);
         QVERIFY(!model.setData(model.index(used, 2), QStringLiteral("-3")));
         QVERIFY(!model.setData(model.index(used, 2), QStringLiteral("x")));
+        QVERIFY2(panel.message().contains(u'x'), qPrintable(panel.message()));
+        QCOMPARE(model.index(used, 3).data().toString(), QString()); // no longer the line of the source
+    }
+
+    void keepsAnAssignedLineWithoutAChange()
+    {
+        VectorGraphWidget plot;
+        show(plot);
+        CalibrationPanel panel(&plot);
+        panel.setSource(QStringLiteral("eu152"));
+        QVERIFY(calibrate(panel));
+        QAbstractItemModel& model = *panel.findChild<QTableView*>()->model();
+        int used = 0;
+        while (used < model.rowCount() && model.index(used, 0).data(Qt::CheckStateRole).toInt() != Qt::Checked)
+            ++used;
+        const QString shown = model.index(used, 2).data().toString();
+        QVERIFY(model.setData(model.index(used, 2), model.index(used, 2).data(Qt::EditRole)));
+        QCOMPARE(model.index(used, 2).data().toString(), shown);
+        QVERIFY(!model.index(used, 3).data().toString().isEmpty());
     }
 
     void comesBackFromAFile()

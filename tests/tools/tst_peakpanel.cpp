@@ -164,6 +164,7 @@ private Q_SLOTS:
     {
         VectorGraphWidget plot;
         PeakPanel panel(&plot);
+        QVERIFY2(panel.message().contains(QStringLiteral("Find and Fit")), qPrintable(panel.message()));
         QVERIFY(search(panel));
         QVERIFY(!panel.message().isEmpty());
         QVERIFY(panel.peaks().peaks.empty());

@@ -2,21 +2,25 @@
 #include "support/support.h"
 #include "support/wait.h"
 
+#include <tarnis/plots/multivectorgraphwidget.h>
 #include <tarnis/plots/plotmapping.h>
 #include <tarnis/plots/vectorgraphwidget.h>
 #include <tarnis/plots/viewselectedroi.h>
 #include <tarnis/plots/xy2dgraphwidget.h>
 #include <tarnis/tools/plotcalibration.h>
+#include <tarnis/tools/plotstyle.h>
 #include <tarnis/tools/regiontable.h>
 
 #include <QAction>
 #include <QClipboard>
 #include <QGuiApplication>
+#include <QLabel>
 #include <QSignalSpy>
 #include <QTableView>
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <algorithm>
 #include <cmath>
 #include <memory>
 
@@ -349,6 +353,38 @@ private Q_SLOTS:
         table.regions()->add(PlotRegion::rangeX(20, 30));
         table.copy();
         QCOMPARE(QGuiApplication::clipboard()->text(), table.table());
+    }
+
+    void showsTheDrawnColourOfACurve()
+    {
+        MultiVectorGraphWidget plot;
+        plot.init(QStringLiteral("Channel"), QStringLiteral("Counts"), 0, 0, true, true);
+        plot.m_groupSize = 1;
+        plot.setData(0, QList<double>(100, 10.0), 10.0);
+        plot.setData(1, QList<double>(100, 20.0), 20.0);
+        plot.resizeData(2);
+        PlotStyle style(&plot, PlotStyle::Theme::Dark);
+        RegionTable table(&plot);
+        table.regions()->add(PlotRegion::rangeX(10, 20));
+        const QAbstractItemModel& model = *table.findChild<QTableView*>()->model();
+        QCOMPARE(model.rowCount(), 2);
+        for (int row = 0; row < 2; ++row)
+            QCOMPARE(model.index(row, 1).data(Qt::DecorationRole).value<QColor>(),
+                PlotStyle::seriesColor(style.theme(), row));
+    }
+
+    void explainsAnEmptyTable()
+    {
+        VectorGraphWidget plot;
+        fill(plot);
+        RegionTable table(&plot);
+        const QList<QLabel*> labels = table.findChildren<QLabel*>();
+        const auto hint = std::find_if(labels.begin(), labels.end(),
+            [](const QLabel* label) { return label->text().contains(QStringLiteral("drag on the plot")); });
+        QVERIFY(hint != labels.end());
+        QVERIFY(!(*hint)->isHidden());
+        table.regions()->add(PlotRegion::rangeX(10, 20));
+        QVERIFY((*hint)->isHidden());
     }
 
     void sharesTheToolOfThePlot()

@@ -162,10 +162,16 @@ bool CalibrationModel::setData(const QModelIndex& index, const QVariant& value, 
         double energy = text.toDouble(&isNumber);
         if (!isNumber)
             energy = QLocale().toDouble(text, &isNumber);
-        if (!text.isEmpty() && (!isNumber || !std::isfinite(energy) || energy <= 0.0))
+        if (!text.isEmpty() && (!isNumber || !std::isfinite(energy) || energy <= 0.0)) {
+            Q_EMIT refused(tr("\"%1\" is not a positive energy.").arg(text));
             return false;
+        }
+        if (text == data(index, Qt::EditRole).toString())
+            return true; // an editor that was closed without a change
         row.point.energy = text.isEmpty() ? 0.0 : energy;
-        row.point.energyError = 0.0; // the error of an entered energy is unknown
+        // An entered energy has an unknown error, and is not the one of the assigned line.
+        row.point.energyError = 0.0;
+        row.point.name.clear();
         row.isUsed = !text.isEmpty();
     } else {
         return false;

@@ -48,6 +48,7 @@ public:
 
 Q_SIGNALS:
     void edited();
+    void refused(const QString& reason); ///< an invalid entry, with the reason for the user
 
 private:
     QString textOf(const CalibrationRow& row, int column) const;

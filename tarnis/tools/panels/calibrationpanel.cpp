@@ -130,6 +130,7 @@ void CalibrationPanel::build()
     connect(d.model, &QAbstractItemModel::modelReset, d.view, &QTableView::resizeColumnsToContents);
     layout->addWidget(d.view, 1);
     connect(d.model, &CalibrationModel::edited, this, &CalibrationPanel::fitPoints);
+    connect(d.model, &CalibrationModel::refused, d.message, &QLabel::setText);
 }
 
 void CalibrationPanel::buildFileButtons()

@@ -38,6 +38,7 @@ struct TARNIS_NO_EXPORT PeakPanel::Internals : PlotObserver {
     QPointer<XYGraphWidget> plot;
     PeakMarks marks;
     PeakTable table;
+    bool hasSearched = false;
     BackgroundRun run;
     PeakTableModel* model = nullptr;
     QTableView* view = nullptr;
@@ -210,13 +211,16 @@ void PeakPanel::search()
     m_data->run.start([this, spectrum, options, bins] {
         PeakTable found;
         QList<FitLines> lines;
-        if (!bins.isEmpty())
+        if (bins.isEmpty())
+            found.fault = tr("The visible range contains no bin of the data.");
+        else
             found = analysePeaks(
                 spectrum.data(), options, static_cast<std::size_t>(bins.first), static_cast<std::size_t>(bins.last));
         for (const FitResult& window : found.windows)
             lines.append(linesOf(window, spectrum.data(), 200));
         return BackgroundRun::Delivery([this, found = std::move(found), lines = std::move(lines)] {
             m_data->table = found;
+            m_data->hasSearched = true;
             m_data->marks.setPeaks(found, lines);
             showTable();
             Q_EMIT searched();
@@ -234,15 +238,16 @@ void PeakPanel::showTable()
     d.view->resizeColumnsToContents();
     const auto good = std::count_if(
         d.table.peaks.begin(), d.table.peaks.end(), [](const TablePeak& peak) { return peak.acceptable; });
-    d.message->setText(!d.table.fault.isEmpty()
-            ? d.table.fault
-            : tr("%1 peaks, %2 of them in acceptable fits.").arg(d.table.peaks.size()).arg(good));
+    d.message->setText(!d.table.fault.isEmpty() ? d.table.fault
+            : !d.hasSearched                    ? tr("Press \"Find and Fit\" to list the peaks of the curve.")
+                             : tr("%1 peaks, %2 of them in acceptable fits.").arg(d.table.peaks.size()).arg(good));
 }
 
 void PeakPanel::clear()
 {
     m_data->run.drop();
     m_data->table = {};
+    m_data->hasSearched = false;
     m_data->marks.setPeaks({}, {});
     showTable();
 }

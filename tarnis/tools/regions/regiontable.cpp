@@ -30,6 +30,7 @@ struct RegionTableControls {
     QPushButton* copy = nullptr;
     QPushButton* save = nullptr;
     QPushButton* load = nullptr;
+    QLabel* hint = nullptr; ///< what to do while there are no regions
     QLabel* message = nullptr;
 };
 
@@ -116,6 +117,9 @@ void RegionTable::build()
             if (m_regions && current.isValid())
                 m_regions->select(m_model->rows()[static_cast<std::size_t>(current.row())].region);
         });
+    controls.hint = new QLabel(this);
+    controls.hint->setWordWrap(true);
+    layout->addWidget(controls.hint);
     layout->addWidget(controls.view, 1);
     controls.message = new QLabel(this);
     controls.message->setWordWrap(true);
@@ -156,6 +160,7 @@ void RegionTable::setTexts()
     const QString tip = isMap ? tr("Width of the frame around a region that carries its background")
                               : tr("Bins on either side of a region that carry its background; 0: no net areas");
     controls.side->setToolTip(tip);
+    controls.hint->setText(tr("Press a button for a region and drag on the plot."));
     controls.freeze->setText(tr("Since here"));
     controls.freeze->setToolTip(tr("Shows further counts in separate columns"));
     controls.copy->setText(tr("Copy"));
@@ -260,6 +265,7 @@ void RegionTable::refresh()
 {
     const bool hadEnergies = m_model->hasEnergies();
     m_model->refresh();
+    m_controls->hint->setVisible(m_regions && m_model->rowCount() == 0);
     if (m_model->hasEnergies() != hadEnergies)
         showColumns();
 }
