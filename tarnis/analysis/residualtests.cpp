@@ -247,15 +247,19 @@ AdditionFindings testAdditions(FitProblem& problem, const FitResult& result)
         return findings;
     ScoreTest test(problem, result);
     const std::vector<double> x = centresOf(problem);
+    // A fixed width can be of any size.
+    const auto sigmaOf = [&problem](double fwhm) {
+        const double sigma = fwhm / fwhmPerSigma;
+        return sigma > problem.meanWidth() ? std::min(sigma, problem.upper() - problem.lower()) : problem.meanWidth();
+    };
     double narrowest = result.peaks.front().measures.fwhm;
     for (const FittedPeak& peak : result.peaks)
         narrowest = std::min(narrowest, peak.measures.fwhm);
-    testPeaks(test, problem, x, std::max(narrowest / fwhmPerSigma, problem.meanWidth()), findings.peak);
+    testPeaks(test, problem, x, sigmaOf(narrowest), findings.peak);
     if (!isEfficient(result))
         return findings;
     for (const FittedPeak& peak : result.peaks) {
-        const double sigma = std::max(peak.measures.fwhm / fwhmPerSigma, problem.meanWidth());
-        const PeakView view(x, peak.measures.top, sigma);
+        const PeakView view(x, peak.measures.top, sigmaOf(peak.measures.fwhm));
         testShapes(test, view, findings.shape);
         if (problem.layout().step < 0)
             testStep(test, view, findings.background);

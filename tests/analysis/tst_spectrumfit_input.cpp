@@ -150,6 +150,32 @@ private slots:
         }
         QVERIFY2(done > 750, qPrintable(QString::number(done)));
     }
+
+    void survivesFixedWidthsOfAnySize_data()
+    {
+        addColumns<PeakShape>("shape");
+        for (const PeakShape shape : allPeakShapes)
+            QTest::addRow("%s", nameOf(shape).data()) << shape;
+    }
+    // A width far above the range once took more memory than there is.
+    void survivesFixedWidthsOfAnySize()
+    {
+        QFETCH(PeakShape, shape);
+        Generator generator(31);
+        const std::vector<double> counts = countsOf({}, 101, generator);
+        for (const QLatin1StringView name : widthParameterNames(shape)) {
+            for (const double value : { 1e-300, 1e-9, 1e4, 1e9, 1e15, 1e300 }) {
+                FitModel model;
+                model.shape = shape;
+                model.constraints = { { QString(name), value, true, {}, {}, {}, 1.0, 0.0 } };
+                FitOptions options;
+                options.profileWeakAreas = false;
+                const FitResult fit = fitOf(counts, model, options);
+                const QString text = QStringLiteral("%1 = %2: %3").arg(name).arg(value).arg(fit.message);
+                QVERIFY2(fit.status == FitStatus::Refused || std::isfinite(fit.value), qPrintable(text));
+            }
+        }
+    }
 };
 
 QTEST_APPLESS_MAIN(TestSpectrumFitInput)
