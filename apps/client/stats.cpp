@@ -17,11 +17,13 @@ namespace {
 
 using tarnis::RegionStatistics;
 
-void addWidth(QJsonObject& object, const QString& name, const tarnis::InterpolatedWidth& width)
+// Programs can judge small counts by the other fields: the width is left out only where noise decides, or without a
+// peak.
+void addWidth(QJsonObject& object, const QString& name, const tarnis::InterpolatedWidth& width, bool hasPeak)
 {
     object[name + "_left"] = jsonNumber(width.left);
     object[name + "_right"] = jsonNumber(width.right);
-    object[name] = jsonNumber(width.shown);
+    object[name] = hasPeak && width.unique ? jsonNumber(width.width) : QJsonValue();
     object[name + "_outer"] = jsonNumber(width.outer);
     object[name + "_unique"] = width.unique;
 }
@@ -62,8 +64,8 @@ void addNet(QJsonObject& object, const RegionStatistics& s, const Spectrum& spec
     object["net_maximum_channel"] = s.hasNet
         ? QJsonValue(static_cast<double>(spectrum.firstChannel) + static_cast<double>(s.netMaximumBin))
         : QJsonValue();
-    addWidth(object, "fwhm", s.fwhm);
-    addWidth(object, "fwtm", s.fwtm);
+    addWidth(object, "fwhm", s.fwhm, shown);
+    addWidth(object, "fwtm", s.fwtm, shown);
 }
 
 QByteArray textOf(const RegionStatistics& s)
