@@ -5,6 +5,7 @@
 set -euo pipefail
 build=$1 source=$2 work=$3
 export HOME=$work/home
+export CMAKE_GENERATOR=Ninja # make may be missing
 prefix=$HOME/.local
 rm -rf "$work"
 mkdir -p "$prefix"
@@ -43,7 +44,7 @@ done
 echo "-- by find_package"
 for example in minimal first plot2d fitc headless instrument; do
   cp -r "$source/examples/$example" "$work/$example"
-  quietly cmake -S "$work/$example" -B "$work/$example/build" -G Ninja -DCMAKE_PREFIX_PATH="$prefix"
+  quietly cmake -S "$work/$example" -B "$work/$example/build" -DCMAKE_PREFIX_PATH="$prefix"
   quietly cmake --build "$work/$example/build"
 done
 expect_replies "$work/minimal/build/minimal"

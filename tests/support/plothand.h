@@ -66,10 +66,11 @@ public:
     }
 
 private:
-    /// Shakes the mouse first: Qt 6.8 closes a menu at a click where it opened, unless the mouse has moved seven times.
+    /// Shakes the mouse first: Qt 6.8 closes a menu at a click where it opened, unless the mouse has moved
+    /// seven times. The first menu of a program misses some of the moves.
     static void clickIn(QMenu& menu, const QPoint& at)
     {
-        for (int i = 0; i < 8; ++i)
+        for (int i = 0; i < 20; ++i)
             QTest::mouseMove(&menu, at + QPoint(i % 2, 0));
         QTest::mouseClick(&menu, Qt::LeftButton, {}, at);
     }
