@@ -194,6 +194,20 @@ private Q_SLOTS:
         QCOMPARE(server.requests().count("setting rate:10 "), 1);
     }
 
+    void showsThatTheServerHasAcceptedTheSettings()
+    {
+        ScriptedServer server;
+        server.answerInTurn("setting",
+            { okReply("rate: 10\n"), okReply("rate: 10\n"), okReply("rate: 20\n"), okReply("rate: 20\n") });
+        SettingsConsole fixture(server);
+        QVERIFY(fixture.sends("rate", "20"));
+        TRY_VERIFY(fixture.settingsState().startsWith(QStringLiteral("As on the server, sent at ")));
+        QVERIFY(fixture.pressed("saveButton"));
+        TRY_VERIFY(fixture.settingsState().startsWith(QStringLiteral("As on the server, saved there at ")));
+        fixture.press("readButton");
+        TRY_COMPARE(fixture.settingsState(), QStringLiteral("As on the server."));
+    }
+
     void showsARejectionUntilTheNextReading()
     {
         ScriptedServer server;

@@ -11,6 +11,7 @@
 
 #include <QEvent>
 #include <QHostAddress>
+#include <QTime>
 
 #include <utility>
 
@@ -124,9 +125,9 @@ void SettingsPanel::download(bool save)
 
 void SettingsPanel::sendAll()
 {
-    const bool save = *std::exchange(m_downloadAsked, std::nullopt);
+    m_isSaving = *std::exchange(m_downloadAsked, std::nullopt);
     m_model->noteSending(m_model->changedNames());
-    m_linesSent = m_controller.tarnis().DownloadSettings(session, save) + (save ? 1 : 0);
+    m_linesSent = m_controller.tarnis().DownloadSettings(session, m_isSaving) + (m_isSaving ? 1 : 0);
     m_linesPending = m_linesSent;
     setStateText([count = m_linesSent] { return tr("Sending %Ln line(s)...", nullptr, count); });
     updateControls();
@@ -162,6 +163,11 @@ void SettingsPanel::onSettingReply(const QString& reply)
         setStateText([refusals, sent = m_linesSent] {
             return tr("The server refused %L1 of %L2: %3").arg(refusals.size()).arg(sent).arg(refusals.first());
         });
+    else if (std::exchange(m_isAccepted, false) && m_model->changedNames().isEmpty())
+        setStateText([isSaving = m_isSaving, time = QTime::currentTime().toString(u"HH:mm:ss")] {
+            return isSaving ? tr("As on the server, saved there at %1.").arg(time)
+                            : tr("As on the server, sent at %1.").arg(time);
+        });
 }
 
 void SettingsPanel::takeValues(const QString& reply)
@@ -190,8 +196,7 @@ void SettingsPanel::onDownloadReply(const QString& command, const QString& reply
     m_linesPending = qMax(0, m_linesPending - 1);
     if (m_linesPending > 0)
         return;
-    if (m_refusals.isEmpty())
-        setStateText([count = m_linesSent] { return tr("The server accepted %Ln line(s).", nullptr, count); });
+    m_isAccepted = m_refusals.isEmpty();
     updateControls();
     sendRead();
 }
@@ -203,6 +208,7 @@ void SettingsPanel::onServerState()
         m_linesPending = 0;
         m_downloadAsked.reset();
         m_refusals.clear();
+        m_isAccepted = false;
         showState(); // no request is under way
     }
     if (isUp && !m_wasUp) {

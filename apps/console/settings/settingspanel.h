@@ -75,6 +75,8 @@ protected:
     int m_linesPending = 0; ///< outstanding replies to a download
     int m_linesSent = 0;
     QStringList m_refusals; ///< rejections of the download under way
+    bool m_isSaving = false; ///< the server saves the settings of the last download
+    bool m_isAccepted = false; ///< the download was accepted; the values are read
     bool m_wasUp = false;
     bool m_hasRead = false; ///< the server's values have been received
     std::optional<bool> m_downloadAsked; ///< a download waits for the server's values; true: with save

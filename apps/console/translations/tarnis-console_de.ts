@@ -3046,13 +3046,6 @@
         </translation>
     </message>
     <message numerus="yes">
-        <source>The server accepted %Ln line(s).</source>
-        <translation>
-            <numerusform>Der Server hat %Ln Zeile angenommen.</numerusform>
-            <numerusform>Der Server hat %Ln Zeilen angenommen.</numerusform>
-        </translation>
-    </message>
-    <message numerus="yes">
         <source>%Ln changed here, not on the server yet.</source>
         <translation>
             <numerusform>%Ln hier geändert, noch nicht auf dem Server.</numerusform>
@@ -3109,6 +3102,14 @@
     <message>
         <source>Store the address in the settings; then send the settings</source>
         <translation>Die Adresse in die Einstellungen übernehmen; danach die Einstellungen senden</translation>
+    </message>
+    <message>
+        <source>As on the server, saved there at %1.</source>
+        <translation>Wie auf dem Server, dort gesichert um %1.</translation>
+    </message>
+    <message>
+        <source>As on the server, sent at %1.</source>
+        <translation>Wie auf dem Server, gesendet um %1.</translation>
     </message>
 </context>
 <context>

@@ -103,13 +103,6 @@
         </translation>
     </message>
     <message numerus="yes">
-        <source>The server accepted %Ln line(s).</source>
-        <translation>
-            <numerusform>The server took %Ln line.</numerusform>
-            <numerusform>The server took %Ln lines.</numerusform>
-        </translation>
-    </message>
-    <message numerus="yes">
         <source>%Ln changed here, not on the server yet.</source>
         <translation>
             <numerusform>%Ln changed here, not on the server yet.</numerusform>
