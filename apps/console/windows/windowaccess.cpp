@@ -184,7 +184,8 @@ void WindowAccess::makeAccessible(QWidget& window)
         window.setWindowTitle(tr("Select Visible Items"));
     // The lists of windows of a desktop may contain the boxes, whose title is "Dialog" or empty.
     const XYGraphWidget* const plotOfBox = BoxPlacer::plotOf(window);
-    if (plotOfBox && window.isWindow())
+    // Even an unchanged title is a change if it is empty, which would lead here again.
+    if (plotOfBox && window.isWindow() && window.windowTitle() != plotOfBox->window()->windowTitle())
         window.setWindowTitle(plotOfBox->window()->windowTitle());
     addToolBar(window);
     nameControls(window);
