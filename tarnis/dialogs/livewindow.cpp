@@ -3,7 +3,7 @@
 #include "tarnis/client/histogramwire_p.h"
 #include "tarnis/foundation/checkedconnect_p.h"
 #include "tarnis/foundation/helpers.h"
-#include "tarnis/foundation/messagelabel_p.h"
+#include "tarnis/foundation/messagelabel.h"
 #include "tarnis/foundation/modalbox_p.h"
 #include "tarnis/foundation/trace_p.h"
 #include "tarnis/server/sessionend.h"

@@ -1,4 +1,4 @@
-#include "tarnis/foundation/messagelabel_p.h"
+#include "tarnis/foundation/messagelabel.h"
 
 #include "tarnis/foundation/shorttext_p.h"
 
@@ -9,7 +9,9 @@
 #include <QHelpEvent>
 #include <QMenu>
 #include <QPainter>
+#include <QStyle>
 #include <QTextLayout>
+#include <QTextOption>
 #include <QToolTip>
 
 #include <algorithm>
@@ -41,7 +43,7 @@ QString MessageLabel::shownText() const
 // Returns the number of lines, those beyond the limit as one.
 int MessageLabel::layOut(QTextLayout& layout, int width) const
 {
-    QTextOption option(Qt::AlignLeft);
+    QTextOption option(QStyle::visualAlignment(layoutDirection(), alignment() & Qt::AlignHorizontal_Mask));
     option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     layout.setTextOption(option);
     const int spacing = fontMetrics().lineSpacing();
@@ -85,10 +87,12 @@ void MessageLabel::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
     painter.setPen(palette().color(foregroundRole()));
-    const QRect area = contentsRect();
+    QRect area = contentsRect();
     QTextLayout layout(shownText(), font());
     const int room = std::clamp(area.height() / std::max(fontMetrics().lineSpacing(), 1), 1, maxLines);
     const int lines = layOut(layout, area.width());
+    const QSize block(area.width(), std::min(lines, room) * fontMetrics().lineSpacing());
+    area = QStyle::alignedRect(layoutDirection(), alignment() & Qt::AlignVertical_Mask, block, area);
     for (int i = 0; i < std::min(lines, room); ++i) {
         const QTextLine line = layout.lineAt(i);
         if (i + 1 < room || lines <= room) {

@@ -1,7 +1,7 @@
 #include "tarnis/live/livewidget.h"
 
 #include "tarnis/client/timerlimit_p.h"
-#include "tarnis/foundation/messagelabel_p.h"
+#include "tarnis/foundation/messagelabel.h"
 #include "tarnis/foundation/shorttext_p.h"
 #include "tarnis/plots/plotlayoutitem.h"
 #include "tarnis/plots/xygraphwidget.h"

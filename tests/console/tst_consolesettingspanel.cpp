@@ -197,8 +197,8 @@ private Q_SLOTS:
     void showsThatTheServerHasAcceptedTheSettings()
     {
         ScriptedServer server;
-        server.answerInTurn("setting",
-            { okReply("rate: 10\n"), okReply("rate: 10\n"), okReply("rate: 20\n"), okReply("rate: 20\n") });
+        server.answerInTurn(
+            "setting", { okReply("rate: 10\n"), okReply("rate: 10\n"), okReply("rate: 20\n"), okReply("rate: 20\n") });
         SettingsConsole fixture(server);
         QVERIFY(fixture.sends("rate", "20"));
         TRY_VERIFY(fixture.settingsState().startsWith(QStringLiteral("As on the server, sent at ")));
@@ -206,6 +206,26 @@ private Q_SLOTS:
         TRY_VERIFY(fixture.settingsState().startsWith(QStringLiteral("As on the server, saved there at ")));
         fixture.press("readButton");
         TRY_COMPARE(fixture.settingsState(), QStringLiteral("As on the server."));
+    }
+
+    void aLongRefusalDoesNotWidenTheWindow()
+    {
+        const QByteArray refusal = "NG:<h1>" + QByteArray(20000, 'W') + "</h1>\n";
+        ScriptedServer server;
+        server.answer("setting", { Step::text(refusal) });
+        server.answer("stat", { Step::text("OK:\n--run\nstate: STOPPED\n") });
+        server.answer("start", { Step::text(refusal) });
+        ConsoleFixture fixture;
+        const QSize before = fixture.window->minimumSizeHint();
+        fixture.use(server);
+        TRY_VERIFY(fixture.settingsState().contains(QStringLiteral("WWW")));
+        auto& start = fixture.widget<QAction>("startRunAction");
+        TRY_VERIFY(start.isEnabled());
+        start.trigger();
+        TRY_VERIFY(fixture.alert().text.contains(QStringLiteral("WWW")));
+        QCoreApplication::processEvents();
+        QVERIFY(fixture.window->minimumSizeHint().width() <= before.width() + 50);
+        QVERIFY(fixture.window->minimumSizeHint().height() <= before.height() + 150);
     }
 
     void showsARejectionUntilTheNextReading()

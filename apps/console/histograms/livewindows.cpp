@@ -8,6 +8,7 @@
 #include "server/servercontroller.h"
 #include "windows/window.h"
 
+#include <tarnis/foundation/messagelabel.h>
 #include <tarnis/plots/multivectorgraphwidget.h>
 #include <tarnis/plots/xy2dgraphwidget.h>
 #include <tarnis/server/tarnis.h>
@@ -19,7 +20,6 @@
 #include <QComboBox>
 #include <QEvent>
 #include <QHeaderView>
-#include <QLabel>
 #include <QPushButton>
 #include <QTableWidget>
 #include <QToolButton>
@@ -435,12 +435,10 @@ LiveStatistics::LiveStatistics(const WindowContext& context, const QString& titl
     : StatDialog(context.controller.tarnis().NewTarnisSession(nullptr), title, QString(), context.parent)
     , m_controller(context.controller)
     , m_keeper(context.controller, session)
-    , m_infoLabel(new QLabel(this))
+    , m_infoLabel(new tarnis::MessageLabel(this))
     , m_age(*this, [this] { return session != nullptr; })
 {
     m_infoLabel->setObjectName(QStringLiteral("infoLabel"));
-    m_infoLabel->setTextFormat(Qt::PlainText);
-    m_infoLabel->setWordWrap(true);
     m_infoLabel->hide();
     if (auto* const box = qobject_cast<QBoxLayout*>(layout())) { // above the buttons
         box->insertWidget(box->count() - 1, m_age.label());

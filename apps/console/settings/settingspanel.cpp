@@ -318,10 +318,7 @@ void SettingsPanel::showReadoutAddress()
 
 void SettingsPanel::setStateText(const tarnis::TranslatedText& translated)
 {
-    tarnis::setTranslatedText(*ui->stateLabel, [label = ui->stateLabel, translated] {
-        label->setToolTip(translated());
-        return translated();
-    });
+    tarnis::setTranslatedText(*ui->stateLabel, translated);
 }
 
 void SettingsPanel::updateControls()

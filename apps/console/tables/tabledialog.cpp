@@ -1,11 +1,11 @@
 #include "tables/tabledialog.h"
 
 #include <tarnis/dialogs/namevaluelistdialog.h>
+#include <tarnis/foundation/messagelabel.h>
 
 #include <QBoxLayout>
 #include <QDialogButtonBox>
 #include <QHeaderView>
-#include <QLabel>
 #include <QPushButton>
 #include <QTableWidget>
 
@@ -35,10 +35,8 @@ QPushButton* mainButtonOf(NameValueListDialog& dialog)
 
 QLabel* stateLabelOf(NameValueListDialog& dialog)
 {
-    auto* const label = new QLabel(&dialog);
+    auto* const label = new tarnis::MessageLabel(&dialog);
     label->setObjectName(QStringLiteral("stateLabel"));
-    label->setTextFormat(Qt::PlainText);
-    label->setWordWrap(true);
     if (auto* const box = qobject_cast<QBoxLayout*>(dialog.layout()))
         box->insertWidget(box->count() - 1, label);
     return label;

@@ -2,12 +2,13 @@
 
 #include "app/availability.h"
 
+#include <tarnis/foundation/messagelabel.h>
+
 #include <QComboBox>
 #include <QDialog>
 #include <QDialogButtonBox>
 #include <QEvent>
 #include <QGridLayout>
-#include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMessageBox>
@@ -21,14 +22,12 @@ namespace console {
 ChooserGuide::ChooserGuide(QDialog& chooser, std::function<Choice()> choice)
     : m_chooser(chooser)
     , m_choice(std::move(choice))
-    , m_label(new QLabel(&chooser))
+    , m_label(new tarnis::MessageLabel(&chooser))
     , m_list(chooser.findChild<QListWidget*>(QStringLiteral("curDirListWidget")))
 {
     auto* const buttons = chooser.findChild<QDialogButtonBox*>(QStringLiteral("buttonBox"));
     m_ok = buttons->button(QDialogButtonBox::Ok);
     m_label->setObjectName(QStringLiteral("stateLabel"));
-    m_label->setTextFormat(Qt::PlainText);
-    m_label->setWordWrap(true);
     if (auto* const grid = qobject_cast<QGridLayout*>(chooser.layout())) {
         grid->removeWidget(buttons);
         grid->addWidget(m_label, 3, 0);
