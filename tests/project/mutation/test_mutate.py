@@ -8,6 +8,8 @@ from pathlib import Path
 sys.dont_write_bytecode = True
 import mutate  # noqa: E402
 
+ROOT = Path(__file__).resolve().parents[3]
+
 
 def listed(text):
     with tempfile.TemporaryDirectory() as folder:
@@ -29,6 +31,11 @@ class ReadList(unittest.TestCase):
 
     def test_the_list_is_well_formed(self):
         self.assertGreaterEqual(len(mutate.read_list(mutate.DEFAULT_LIST)), 40)
+
+    def test_the_list_fits_the_sources(self):
+        for fault in mutate.read_list(mutate.DEFAULT_LIST):
+            with self.subTest(fault.file):
+                mutate.mutated_text((ROOT / fault.file).read_text(), fault)
 
 
 class MutatedText(unittest.TestCase):
