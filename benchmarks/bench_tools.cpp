@@ -8,8 +8,10 @@
 //   idle         a repaint with the tools attached and the pointer elsewhere; its ratio is their cost
 //   plain        the oracle
 //
-// The entries with one tool more have it over all curves, or over the whole map. "wheel/none" is the ratio to the wheel
-// without that tool. "drag" is a move of one end of a ruler over all curves, or of a profile line.
+// The entries with one tool more have it over all curves, or over the whole map. "none" is the wheel without that tool,
+// "wheel/none" the ratio to it. The last entries drag a tool that draws over the data: "drag" is a move of the pointer
+// with the left button, for a ruler also the sums between its ends, and "rubber band" is the plot's own rectangle. "all
+// overlays" is a repaint with cross, markers, ruler and legend attached and the pointer elsewhere.
 #include "measure.h"
 
 #include <tarnis/plots/multivectorgraphwidget.h>
@@ -17,20 +19,26 @@
 #include <tarnis/plots/xy2dgraphwidget.h>
 #include <tarnis/tools/binaggregation.h>
 #include <tarnis/tools/errorbars.h>
+#include <tarnis/tools/lineprofile.h>
 #include <tarnis/tools/plotcrosshair.h>
 #include <tarnis/tools/plotlegend.h>
+#include <tarnis/tools/plotmarkers.h>
 #include <tarnis/tools/plotnavigator.h>
 #include <tarnis/tools/plotruler.h>
 #include <tarnis/tools/plotstyle.h>
+#include <tarnis/tools/plottoolbar.h>
 #include <tarnis/tools/referencecurves.h>
 
+#include <QAction>
 #include <QApplication>
 #include <QMouseEvent>
 #include <QWheelEvent>
 
+#include <algorithm>
 #include <cmath>
 #include <memory>
 #include <random>
+#include <string>
 
 namespace {
 
@@ -38,44 +46,60 @@ constexpr int seriesCount = 8;
 constexpr int sampleCount = 100000;
 constexpr int mapSide = 1024;
 
+using Rows = QList<QList<double>>;
+
+Rows randomCurves()
+{
+    std::mt19937_64 generator(3);
+    Rows rows(seriesCount, QList<double>(sampleCount));
+    for (int i = 0; i < seriesCount; ++i) {
+        for (int k = 0; k < sampleCount; ++k) {
+            const double expected = 200.0 * (i + 1) * (1.0 + std::sin(k * 2e-4 + i));
+            rows[i][k] = std::poisson_distribution<int>(expected + 5.0)(generator);
+        }
+    }
+    return rows;
+}
+
+Rows randomMap()
+{
+    std::mt19937_64 generator(4);
+    std::exponential_distribution<double> height(0.01);
+    Rows rows(mapSide, QList<double>(mapSide));
+    for (QList<double>& row : rows) {
+        for (double& bin : row)
+            bin = std::floor(height(generator));
+    }
+    return rows;
+}
+
+double largestOf(const QList<double>& values)
+{
+    return *std::max_element(values.begin(), values.end());
+}
+
 std::unique_ptr<XYGraphWidget> curves()
 {
+    static const Rows rows = randomCurves();
     auto plot = std::make_unique<MultiVectorGraphWidget>();
-    std::mt19937_64 generator(3);
     plot->m_groupSize = 1;
     plot->init(QStringLiteral("Channel"), QStringLiteral("Counts"), 0, 0, true, true);
     plot->initManualX(0, sampleCount);
-    for (int i = 0; i < seriesCount; ++i) {
-        QList<double> values(sampleCount);
-        double largest = 0.0;
-        for (int k = 0; k < sampleCount; ++k) {
-            const double expected = 200.0 * (i + 1) * (1.0 + std::sin(k * 2e-4 + i));
-            values[k] = std::poisson_distribution<int>(expected + 5.0)(generator);
-            largest = std::max(largest, values[k]);
-        }
-        plot->setData(i, values, largest);
-    }
+    for (int i = 0; i < seriesCount; ++i)
+        plot->setData(i, rows.at(i), largestOf(rows.at(i)));
     plot->resize(1000, 600);
     return plot;
 }
 
 std::unique_ptr<XYGraphWidget> map()
 {
+    static const Rows rows = randomMap();
     auto plot = std::make_unique<XY2DGraphWidget>();
-    std::mt19937_64 generator(4);
-    std::exponential_distribution<double> height(0.01);
     plot->init(QStringLiteral("x"), QStringLiteral("y"), mapSide, mapSide, true, true);
     plot->initManualX(0, mapSide);
     plot->initManualY(0, mapSide);
-    for (int row = 0; row < mapSide; ++row) {
-        QList<double> bins(mapSide);
-        double largest = 0.0;
-        for (double& bin : bins) {
-            bin = std::floor(height(generator));
-            largest = std::max(largest, bin);
-        }
-        plot->setData(row, bins, largest, false);
-    }
+    for (int row = 0; row < mapSide; ++row)
+        plot->setData(row, rows.at(row), largestOf(rows.at(row)), false);
     plot->resize(1000, 800);
     return plot;
 }
@@ -121,18 +145,19 @@ public:
         return timed(event);
     }
     XYGraphWidget& plot() { return *m_plot; }
-    double drag(tarnis::PlotRuler& ruler, int round)
+    /// A move with the left button, near the lower right corner of the plot.
+    double drag(int round)
     {
-        const tarnis::PlotMapping mapping = tarnis::PlotMapping::of(*m_plot);
-        const QPointF from = mapping.valueAt(mapping.plotRect().topLeft() + QPointF(3.0, 3.0));
-        const QPointF to = mapping.valueAt(mapping.plotRect().bottomRight() - QPointF(3.0 + round % 40, 3.0));
-        return millisecondsOf([&] {
-            ruler.setEnds(from, to);
-            QCoreApplication::processEvents();
-        });
+        const QPointF to = QRectF(tarnis::PlotMapping::of(*m_plot).plotRect()).bottomRight()
+            - QPointF(3.0 + round * 7 % 40, 3.0 + round * 3 % 20);
+        QMouseEvent event(QEvent::MouseMove, to, m_plot->mapToGlobal(to), Qt::NoButton, Qt::LeftButton, Qt::NoModifier);
+        return timed(event);
     }
-    void press() { button(QEvent::MouseButtonPress, Qt::MiddleButton); }
-    void release() { button(QEvent::MouseButtonRelease, Qt::NoButton); }
+    void press() { button(QEvent::MouseButtonPress, m_middle, Qt::MiddleButton, Qt::MiddleButton); }
+    void release() { button(QEvent::MouseButtonRelease, m_middle, Qt::MiddleButton, Qt::NoButton); }
+    void pressLeft(const QPointF& at) { button(QEvent::MouseButtonPress, at, Qt::LeftButton, Qt::LeftButton); }
+    QPointF middle() const { return m_middle; }
+    QPointF corner() const { return QRectF(tarnis::PlotMapping::of(*m_plot).plotRect()).topLeft() + QPointF(3.0, 3.0); }
     double move(int round)
     {
         const QPointF to = m_middle + QPointF((round * 37) % 200 - 100, (round * 13) % 100 - 50);
@@ -158,9 +183,9 @@ private:
             QCoreApplication::processEvents(); // posted events of tools, and the update
         });
     }
-    void button(QEvent::Type type, Qt::MouseButtons held)
+    void button(QEvent::Type type, const QPointF& at, Qt::MouseButton button, Qt::MouseButtons held)
     {
-        QMouseEvent event(type, m_middle, m_plot->mapToGlobal(m_middle), Qt::MiddleButton, held, Qt::NoModifier);
+        QMouseEvent event(type, at, m_plot->mapToGlobal(at), button, held, Qt::NoModifier);
         QCoreApplication::sendEvent(m_plot.get(), &event);
         settle(*m_plot);
     }
@@ -223,6 +248,12 @@ void difference(XYGraphWidget& plot)
         live->setData(0, QList<double>(sampleCount, 300.0), 300.0);
 }
 
+void ratio(XYGraphWidget& plot)
+{
+    difference(plot);
+    plot.findChild<tarnis::ReferenceCurves*>()->setView(tarnis::ReferenceCurves::View::Ratio);
+}
+
 void significance(XYGraphWidget& plot)
 {
     difference(plot);
@@ -239,7 +270,12 @@ void envelope(XYGraphWidget& plot)
     (new tarnis::BinAggregation(&plot))->setMethod(tarnis::BinAggregation::Method::Mean);
 }
 
-/// The wheel with one tool more.
+void maximum(XYGraphWidget& plot)
+{
+    (new tarnis::BinAggregation(&plot))->setMethod(tarnis::BinAggregation::Method::Maximum);
+}
+
+/// The wheel and the middle button with one tool more.
 void runTool(benchmark::State& state, std::unique_ptr<XYGraphWidget> (*make)(), bool hasStyle, Attach attach)
 {
     Hand with(make(), true, hasStyle);
@@ -248,10 +284,15 @@ void runTool(benchmark::State& state, std::unique_ptr<XYGraphWidget> (*make)(), 
     settle(with.plot());
     std::vector<double> wheel;
     std::vector<double> none;
+    std::vector<double> pan;
     std::vector<double> cross;
     int round = 0;
     for (auto _ : state) {
         wheel.push_back(with.wheel(round));
+        with.press();
+        pan.push_back(with.pan(0));
+        with.pan(1);
+        with.release();
         none.push_back(without.wheel(round));
         with.move(round);
         cross.push_back(with.move(round + 1));
@@ -261,25 +302,87 @@ void runTool(benchmark::State& state, std::unique_ptr<XYGraphWidget> (*make)(), 
     state.counters["wheel"] = median(wheel);
     state.counters["none"] = median(none);
     state.counters["wheel/none"] = median(wheel) / median(none);
+    state.counters["pan"] = median(pan);
     state.counters["cross"] = median(cross);
 }
 
-/// An end of a ruler, against a move of the cross.
-void runRuler(benchmark::State& state, std::unique_ptr<XYGraphWidget> (*make)())
+void ruler(Hand& hand)
 {
-    Hand hand(make(), true, false);
-    auto* const ruler = new tarnis::PlotRuler(&hand.plot());
-    hand.drag(*ruler, 0); // adds up the blocks
+    (new tarnis::PlotRuler(&hand.plot()))->setOn(true);
+    hand.pressLeft(hand.corner());
+}
+
+void markers(Hand& hand)
+{
+    auto* const markers = new tarnis::PlotMarkers(&hand.plot());
+    const tarnis::PlotMapping mapping = tarnis::PlotMapping::of(hand.plot());
+    for (const double part : { 0.1, 0.3, 0.5, 0.7, 0.9 }) {
+        const QRectF area = mapping.plotRect();
+        markers->add(mapping.valueAt({ area.left() + part * area.width(), area.top() + part * area.height() }));
+    }
+    settle(hand.plot());
+    hand.pressLeft(hand.middle());
+}
+
+void profileLine(Hand& hand)
+{
+    auto* const profile = new tarnis::LineProfile(qobject_cast<XY2DGraphWidget*>(&hand.plot()));
+    profile->setOn(true);
+    settle(hand.plot());
+    hand.pressLeft(hand.corner());
+}
+
+void rubberBand(Hand& hand)
+{
+    tarnis::PlotToolBar bar(&hand.plot());
+    for (QAction* const action : bar.actions()) {
+        if (action->objectName() == QLatin1String("zoomRectangle"))
+            action->trigger();
+    }
+    hand.pressLeft(hand.middle());
+}
+
+/// A drag over the data, against a repaint during the drag.
+void runDrag(benchmark::State& state, std::unique_ptr<XYGraphWidget> (*make)(), bool hasStyle, void (*begin)(Hand&))
+{
+    Hand hand(make(), true, hasStyle);
+    begin(hand);
+    hand.drag(0); // a ruler adds up the blocks
     std::vector<double> drag;
     std::vector<double> idle;
     int round = 1;
     for (auto _ : state) {
-        drag.push_back(hand.drag(*ruler, round++));
+        drag.push_back(hand.drag(round++));
         idle.push_back(hand.repaint());
     }
     state.counters["drag"] = median(drag);
     state.counters["idle"] = median(idle);
     state.counters["drag/idle"] = median(drag) / median(idle);
+}
+
+/// The cost of tools that only draw over the data, while nothing happens.
+void runIdle(benchmark::State& state, std::unique_ptr<XYGraphWidget> (*make)(), bool hasStyle)
+{
+    Hand tools(make(), true, hasStyle);
+    Hand none(make(), false, hasStyle);
+    new tarnis::PlotMarkers(&tools.plot());
+    new tarnis::PlotRuler(&tools.plot());
+    new tarnis::PlotLegend(&tools.plot());
+    settle(tools.plot());
+    std::vector<double> idle;
+    std::vector<double> plain;
+    for (auto _ : state) {
+        idle.push_back(tools.repaint());
+        plain.push_back(none.repaint());
+    }
+    state.counters["idle"] = median(idle);
+    state.counters["plain"] = median(plain);
+    state.counters["idle/plain"] = median(idle) / median(plain);
+}
+
+std::string nameOf(const char* name, bool hasStyle)
+{
+    return std::string(name) + (hasStyle ? "/style" : "/classic");
 }
 
 } // namespace
@@ -295,16 +398,41 @@ int main(int argc, char** argv)
              RegisterBenchmark("map 1024/classic", run, map, false),
              RegisterBenchmark("map 1024/style", run, map, true) })
         entry->Iterations(60)->Unit(benchmark::kMillisecond);
-    for (auto* entry : { RegisterBenchmark("8 x 100k + error bars/classic", runTool, curves, false, errorBars),
-             RegisterBenchmark("8 x 100k + error bars/style", runTool, curves, true, errorBars),
-             RegisterBenchmark("8 x 100k + references/classic", runTool, curves, false, references),
-             RegisterBenchmark("8 x 100k + references/style", runTool, curves, true, references),
-             RegisterBenchmark("8 x 100k + difference/classic", runTool, curves, false, difference),
-             RegisterBenchmark("8 x 100k + significance/classic", runTool, curves, false, significance),
-             RegisterBenchmark("8 x 100k + envelope/classic", runTool, curves, false, envelope),
-             RegisterBenchmark("8 x 100k + legend/classic", runTool, curves, false, legend),
-             RegisterBenchmark("8 x 100k + ruler", runRuler, curves),
-             RegisterBenchmark("map 1024 + ruler", runRuler, map) })
-        entry->Iterations(40)->Unit(benchmark::kMillisecond);
+    struct Tool {
+        const char* name;
+        std::unique_ptr<XYGraphWidget> (*make)();
+        Attach attach;
+    };
+    for (const Tool& tool :
+        { Tool { "8 x 100k + error bars", curves, errorBars }, Tool { "8 x 100k + references", curves, references },
+            Tool { "8 x 100k + difference", curves, difference }, Tool { "8 x 100k + ratio", curves, ratio },
+            Tool { "8 x 100k + significance", curves, significance }, Tool { "8 x 100k + envelope", curves, envelope },
+            Tool { "8 x 100k + legend", curves, legend }, Tool { "map 1024 + maximum", map, maximum } })
+        for (const bool hasStyle : { false, true })
+            RegisterBenchmark(nameOf(tool.name, hasStyle).c_str(), runTool, tool.make, hasStyle, tool.attach)
+                ->Iterations(40)
+                ->Unit(benchmark::kMillisecond);
+    struct Drag {
+        const char* name;
+        std::unique_ptr<XYGraphWidget> (*make)();
+        void (*begin)(Hand&);
+    };
+    for (const Drag& drag :
+        { Drag { "8 x 100k + ruler", curves, ruler }, Drag { "map 1024 + ruler", map, ruler },
+            Drag { "8 x 100k + markers", curves, markers }, Drag { "map 1024 + markers", map, markers },
+            Drag { "map 1024 + profile line", map, profileLine }, Drag { "8 x 100k + rubber band", curves, rubberBand },
+            Drag { "map 1024 + rubber band", map, rubberBand } })
+        for (const bool hasStyle : { false, true })
+            RegisterBenchmark(nameOf(drag.name, hasStyle).c_str(), runDrag, drag.make, hasStyle, drag.begin)
+                ->Iterations(60)
+                ->Unit(benchmark::kMillisecond);
+    for (const bool hasStyle : { false, true }) {
+        RegisterBenchmark(nameOf("8 x 100k + all overlays", hasStyle).c_str(), runIdle, curves, hasStyle)
+            ->Iterations(60)
+            ->Unit(benchmark::kMillisecond);
+        RegisterBenchmark(nameOf("map 1024 + all overlays", hasStyle).c_str(), runIdle, map, hasStyle)
+            ->Iterations(60)
+            ->Unit(benchmark::kMillisecond);
+    }
     return runBenchmarks(argc, argv);
 }

@@ -12,6 +12,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
+#include <vector>
 
 namespace tarnis {
 
@@ -37,7 +39,8 @@ void paintMarks(QPainter& painter, const StripAxis& axis, double same)
     }
 }
 
-/// The places in the strip that bear a point, each once: many bins share one.
+/// The places in the strip that bear a point of a curve, each once: many bins share one. Curves are painted one after
+/// the other, and finish() shows them.
 class PointMarks {
 public:
     explicit PointMarks(const QRect& strip)
@@ -45,6 +48,9 @@ public:
         , m_marks(std::size_t(m_strip.width()) * std::size_t(m_strip.height()))
     {
     }
+
+    /// Begins the next curve.
+    void clear() { std::fill(m_marks.begin(), m_marks.end(), char(0)); }
 
     /// The samples of a column.
     void add(int column, const double* samples, qsizetype count, const StripAxis& axis)
@@ -71,12 +77,22 @@ public:
         }
     }
 
-    void paint(QPainter& painter, const QColor& color) const
+    void paint(QPainter& painter, const QColor& color)
     {
-        if (deviceScale(painter) == 1.0 && color.alpha() == opaque)
-            paintPicture(painter, color);
-        else
-            paintRects(painter, color);
+        if (deviceScale(painter) == 1.0 && color.alpha() == opaque) {
+            paintPicture(color);
+            return;
+        }
+        finish(painter);
+        paintRects(painter, color);
+    }
+
+    /// Must be called after the last curve, and before anything else is painted over the curves.
+    void finish(QPainter& painter)
+    {
+        if (!m_picture.isNull())
+            layOver(painter, m_strip.topLeft() - QPoint(pointRadius, pointRadius), m_picture, 1.0);
+        m_picture = QImage();
     }
 
 private:
@@ -88,15 +104,16 @@ private:
     {
         for (int column = 0; column < m_strip.width(); ++column) {
             const char* const rows = m_marks.data() + std::size_t(column) * std::size_t(m_strip.height());
-            for (int row = 0; row < m_strip.height();) {
-                if (rows[row] == 0) {
-                    ++row;
-                    continue;
-                }
-                const int first = row;
-                while (row < m_strip.height() && rows[row] != 0)
-                    ++row;
-                use(column, first, row - 1);
+            const char* const end = rows + m_strip.height();
+            // Most rows have no mark: memchr() passes over many of them at once.
+            const auto find = [end](const char* from, char mark) {
+                const void* const found = std::memchr(from, mark, std::size_t(end - from));
+                return found != nullptr ? static_cast<const char*>(found) : end;
+            };
+            for (const char* first = find(rows, 1); first != end;) {
+                const char* const last = find(first, 0);
+                use(column, static_cast<int>(first - rows), static_cast<int>(last - rows) - 1);
+                first = find(last, 1);
             }
         }
     }
@@ -109,26 +126,29 @@ private:
         });
     }
 
-    /// The same pixels: a call of the painter for each of the many runs takes several times as long.
-    void paintPicture(QPainter& painter, const QColor& color) const
+    /// The same pixels: a call of the painter for each of the many runs takes several times as long. Opaque curves
+    /// share one picture, since laying over one of each curve takes longer than all their points.
+    void paintPicture(const QColor& color)
     {
-        QImage image(
-            m_strip.width() + 2 * pointRadius, m_strip.height() + 2 * pointRadius, QImage::Format_ARGB32_Premultiplied);
-        if (image.isNull())
+        if (m_picture.isNull()) {
+            m_picture = QImage(m_strip.width() + 2 * pointRadius, m_strip.height() + 2 * pointRadius,
+                QImage::Format_ARGB32_Premultiplied);
+            m_picture.fill(0U);
+        }
+        if (m_picture.isNull())
             return;
-        image.fill(0U);
         const QRgb pixel = color.rgba();
-        auto* const bits = reinterpret_cast<QRgb*>(image.bits());
-        const qsizetype line = image.bytesPerLine() / qsizetype(sizeof(QRgb));
+        auto* const bits = reinterpret_cast<QRgb*>(m_picture.bits());
+        const qsizetype line = m_picture.bytesPerLine() / qsizetype(sizeof(QRgb));
         forEachRun([&](int column, int first, int last) {
             for (QRgb* at = bits + first * line + column; at <= bits + (last + size - 1) * line + column; at += line)
                 std::fill_n(at, size, pixel);
         });
-        layOver(painter, m_strip.topLeft() - QPoint(pointRadius, pointRadius), image, 1.0);
     }
 
     QRect m_strip;
     std::vector<char> m_marks; // column by column
+    QImage m_picture; // of the opaque curves so far
 };
 
 /// The values that the axis has to hold: all in view, or the extremes of each pixel column.
@@ -189,17 +209,21 @@ void ReferenceCurves::paintStrip(QPainter& painter, const PlotMapping& mapping, 
     const AxisRange bin = mapping.columnEdges(bins.first);
     const bool hasErrors =
         m_view != View::Significance && std::abs(mapping.columnOf(bin.max) - mapping.columnOf(bin.min)) >= narrowBin;
+    PointMarks marks(strip);
     for (const Pair& pair : compared) {
         const QColor color = live.at(pair.live).color;
-        if (hasErrors)
+        if (hasErrors) {
+            marks.finish(painter);
             paintErrors(painter, axis, pair, runs, color);
-        PointMarks marks(strip);
+        }
+        marks.clear();
         for (const ColumnRun& run : runs) {
             const qsizetype count = std::min(run.last + 1, pair.values.size()) - run.first;
             marks.add(run.column, pair.values.constData() + run.first, count, axis);
         }
         marks.paint(painter, color);
     }
+    marks.finish(painter);
     painter.restore();
     const bool isContained =
         std::any_of(compared.begin(), compared.end(), [](const Pair& pair) { return pair.isContained; });
