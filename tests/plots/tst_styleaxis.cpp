@@ -127,6 +127,9 @@ private Q_SLOTS:
             QVERIFY(linearPlan(range, 5, 0.0).major.isEmpty());
             QVERIFY(axisLabels(linearPlan(range, 5, 0.0), LargeNumbers::Prefixes).isEmpty());
         }
+        // A step between them would not be a number, or not a precise one.
+        for (const AxisRange range : { AxisRange { 0, 1.7e308 }, AxisRange { -1.7e308, 0 }, AxisRange { 0, 1e-310 } })
+            QVERIFY(linearPlan(range, 1, 0.0).major.isEmpty());
         QVERIFY(decadePlan({ 1, 1 }, 5).major.isEmpty());
         QVERIFY(decadePlan({ 1, infinity }, 5).major.isEmpty());
         QVERIFY(decadePlan({ nan, nan }, 5).major.isEmpty());

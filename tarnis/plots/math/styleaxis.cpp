@@ -156,7 +156,10 @@ TickPlan linearPlan(AxisRange range, int most, double smallestStep)
     TickPlan plan;
     if (!std::isfinite(span) || !(span > 0.0) || span < 1e-12 * std::max(std::abs(low), std::abs(high)))
         return plan;
-    plan.step = std::max(roundStepFrom(span / std::max(most, 1)), smallestStep);
+    const double step = std::max(roundStepFrom(span / std::max(most, 1)), smallestStep);
+    if (!std::isnormal(step)) // of a range about as long, or as short, as numbers can be
+        return plan;
+    plan.step = step;
     plan.major = multiplesIn({ low, high }, plan.step);
     if (const double finer = roundStepTo(plan.step * 0.6); most > 1 && plan.major.size() < 2 && finer >= smallestStep) {
         plan.step = finer; // rounding up left too few ticks

@@ -166,8 +166,10 @@ QRect StylePainter::graphIn(const QRect& frame, const Scale& scale, Axis& x, Axi
         if (!x.marks.isEmpty()) {
             const Mark& end = *std::max_element(
                 x.marks.cbegin(), x.marks.cend(), [](const Mark& a, const Mark& b) { return a.position < b.position; });
-            const int beyond = static_cast<int>(std::ceil(end.position + end.width / 2.0)) - graph.right();
-            right = std::max(right, beyond + scale.pad / 2);
+            if (std::isfinite(end.position)) { // a range about as long as numbers can be
+                const int beyond = truncateToPixel(std::ceil(end.position + end.width / 2.0)) - graph.right();
+                right = std::max(right, beyond + scale.pad / 2);
+            }
         }
         graph.setRight(frame.right() - right);
     }
