@@ -87,7 +87,8 @@ private:
     TARNIS_NO_EXPORT void makeActions();
     TARNIS_NO_EXPORT void fillMenu();
     TARNIS_NO_EXPORT void fillColours(QMenu& menu, bool forAll);
-    TARNIS_NO_EXPORT void read();
+    TARNIS_NO_EXPORT bool read();
+    TARNIS_NO_EXPORT void update();
     TARNIS_NO_EXPORT void applyLevels(double lower, double upper);
 
     LevelStrip* m_strip = nullptr; // a child of the map

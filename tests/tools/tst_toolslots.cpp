@@ -5,6 +5,8 @@
 #include <tarnis/plots/multivectorgraphwidget.h>
 #include <tarnis/plots/plotmapping.h>
 #include <tarnis/plots/xy2dgraphwidget.h>
+#include <tarnis/tools/binaggregation.h>
+#include <tarnis/tools/colourlevels.h>
 #include <tarnis/tools/errorbars.h>
 #include <tarnis/tools/lineprofile.h>
 #include <tarnis/tools/plotcrosshair.h>
@@ -12,9 +14,14 @@
 #include <tarnis/tools/plotlegend.h>
 #include <tarnis/tools/plotmarkers.h>
 #include <tarnis/tools/plotnavigator.h>
+#include <tarnis/tools/plotregions.h>
 #include <tarnis/tools/plotruler.h>
+#include <tarnis/tools/plotstyle.h>
+#include <tarnis/tools/plotview.h>
 #include <tarnis/tools/referencecurves.h>
 
+#include <QAction>
+#include <QMenu>
 #include <QMetaMethod>
 #include <QPointer>
 #include <QTest>
@@ -38,6 +45,12 @@ InteractiveTool* makeProfile(XYGraphWidget& plot)
 {
     auto* const map = qobject_cast<XY2DGraphWidget*>(&plot);
     return map != nullptr ? new LineProfile(map) : nullptr;
+}
+
+InteractiveTool* makeLevels(XYGraphWidget& plot)
+{
+    auto* const map = qobject_cast<XY2DGraphWidget*>(&plot);
+    return map != nullptr ? new ColourLevels(map) : nullptr;
 }
 
 template <typename Tool> InteractiveTool* makeOn(XYGraphWidget& plot)
@@ -113,6 +126,68 @@ private:
     int m_left;
 };
 
+/// The commands of a tool and of its menus that open no window.
+QList<QAction*> entriesOf(const InteractiveTool& tool)
+{
+    QList<QAction*> entries;
+    const QList<QAction*> actions = tool.actions();
+    for (QAction* const action : actions) {
+        if (QMenu* const menu = action->menu()) {
+            Q_EMIT menu->aboutToShow(); // fills it
+            entries += menu->actions();
+        } else {
+            entries += action;
+        }
+    }
+    entries.removeIf([](const QAction* each) {
+        return each->isSeparator() || each->menu() != nullptr || each->text().contains(u"...");
+    });
+    return entries;
+}
+
+constexpr Make ofViews[] = { make<PlotStyle>, make<PlotCrosshair>, make<PlotLegend>, make<PlotMarkers>, make<PlotRuler>,
+    make<ErrorBars>, make<ReferenceCurves>, make<BinAggregation>, make<PlotRegions>, makeLevels, makeProfile };
+
+/// Attaches the tools with other states than the initial ones, and returns the view.
+QJsonObject changedState(XYGraphWidget& plot)
+{
+    for (const Make maker : ofViews) {
+        InteractiveTool* const tool = maker(plot);
+        if (auto* const style = qobject_cast<PlotStyle*>(tool)) {
+            style->setTheme(PlotStyle::Theme::Dark);
+            style->setCurveForm(PlotStyle::CurveForm::Steps);
+        } else if (auto* const cross = qobject_cast<PlotCrosshair*>(tool)) {
+            cross->setOn(false);
+        } else if (auto* const legend = qobject_cast<PlotLegend*>(tool)) {
+            legend->setPlace({ 0.5, 0.5 });
+            legend->setVisible(false);
+        } else if (auto* const markers = qobject_cast<PlotMarkers*>(tool)) {
+            markers->add({ 20, 20 });
+            markers->setOn(false);
+        } else if (auto* const ruler = qobject_cast<PlotRuler*>(tool)) {
+            ruler->setEnds({ 10, 10 }, { 30, 20 });
+            ruler->setOn(true);
+        } else if (auto* const bars = qobject_cast<ErrorBars*>(tool)) {
+            bars->setMethod(ErrorBars::Method::SquareRoot);
+            bars->setOn(true);
+        } else if (auto* const references = qobject_cast<ReferenceCurves*>(tool)) {
+            references->setView(ReferenceCurves::View::Ratio);
+            references->setNorm(ReferenceCurves::Norm::TotalCounts);
+        } else if (auto* const bins = qobject_cast<BinAggregation*>(tool)) {
+            bins->setMethod(BinAggregation::Method::Maximum);
+        } else if (auto* const levels = qobject_cast<ColourLevels*>(tool)) {
+            levels->setStripVisible(false);
+            levels->setScale(ColourLevels::Scale::SquareRoot);
+            levels->setPercentiles(5, 95);
+        } else if (auto* const profile = qobject_cast<LineProfile*>(tool)) {
+            profile->setBandWidth(3);
+            profile->setJoin(LineProfile::Join::Maximum);
+            profile->setLine({ 10, 10 }, { 30, 20 });
+        }
+    }
+    return PlotView::stateOf(plot);
+}
+
 void send(QWidget* plot, QEvent::Type type, QPointF at, Qt::MouseButton button, Qt::MouseButtons buttons)
 {
     QMouseEvent event(type, at, plot->mapToGlobal(at), button, buttons, Qt::NoModifier);
@@ -178,6 +253,73 @@ private Q_SLOTS:
                 QCoreApplication::processEvents();
             }
             delete plot.data();
+        }
+    }
+
+    void aSlotMayDeleteTheToolOfAMenu()
+    {
+        constexpr Make ofMenus[] = { make<PlotStyle>, make<BinAggregation>, make<ReferenceCurves>, make<PlotRegions>,
+            makeProfile, makeLevels };
+        int fired = 0;
+        for (const Make maker : ofMenus) {
+            for (const bool isMap : { false, true }) {
+                qsizetype count = 1;
+                for (qsizetype entry = 0; entry < count; ++entry) {
+                    const auto plot = shownPlot(isMap);
+                    InteractiveTool* const tool = maker(*plot);
+                    if (tool == nullptr)
+                        break;
+                    if (auto* const references = qobject_cast<ReferenceCurves*>(tool))
+                        references->freeze();
+                    const QList<QAction*> entries = entriesOf(*tool);
+                    count = entries.size();
+                    if (count == 0)
+                        break;
+                    const Trap trap(*tool, tool, 1);
+                    entries.at(entry)->trigger();
+                    QCoreApplication::processEvents();
+                    fired += trap.hasFired() ? 1 : 0;
+                }
+            }
+        }
+        QVERIFY2(fired > 20, qPrintable(QString::number(fired)));
+    }
+
+    void aSlotMayDeleteToolsWhileAViewIsRestored()
+    {
+        int fired = 0;
+        for (const bool isMap : { false, true }) {
+            const std::unique_ptr<XYGraphWidget> other = shownPlot(isMap);
+            const QJsonObject state = changedState(*other);
+            for (int target = 0; target < int(std::size(ofViews)); ++target) {
+                for (int signalCount = 1; signalCount < 4; ++signalCount) {
+                    const auto plot = shownPlot(isMap);
+                    QList<InteractiveTool*> tools;
+                    for (const Make maker : ofViews)
+                        tools.append(maker(*plot));
+                    if (tools.at(target) == nullptr)
+                        continue;
+                    const Trap itself(*tools.at(target), tools.at(target), signalCount);
+                    InteractiveTool* const next = tools.value(target + 1);
+                    const Trap another(*tools.at(target), next, 1);
+                    QCOMPARE(PlotView::apply(*plot, state), QString());
+                    fired += itself.hasFired() ? 1 : 0;
+                }
+            }
+        }
+        QVERIFY2(fired > 10, qPrintable(QString::number(fired)));
+    }
+
+    void aToolThatIsDeletedEmitsNothing()
+    {
+        for (const bool isMap : { false, true }) {
+            const auto plot = shownPlot(isMap);
+            changedState(*plot);
+            for (InteractiveTool* const tool : InteractiveTool::toolsOf(*plot)) {
+                const Trap trap(*tool, nullptr, 1);
+                delete tool;
+                QVERIFY2(!trap.hasFired(), "a slot would get a half deleted object");
+            }
         }
     }
 

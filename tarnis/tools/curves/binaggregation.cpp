@@ -14,6 +14,7 @@
 #include <QActionGroup>
 #include <QMenu>
 #include <QPainter>
+#include <QSignalBlocker>
 
 #include <algorithm>
 #include <cmath>
@@ -68,6 +69,7 @@ BinAggregation::BinAggregation(XYGraphWidget* plot)
 
 BinAggregation::~BinAggregation()
 {
+    const QSignalBlocker quiet(this); // a slot would get an object that is being deleted
     setMethod(Method::None);
 }
 

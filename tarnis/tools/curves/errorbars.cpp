@@ -15,6 +15,7 @@
 
 #include <QKeyEvent>
 #include <QPainter>
+#include <QPointer>
 
 #include <algorithm>
 #include <cmath>
@@ -246,10 +247,12 @@ QJsonObject ErrorBars::saveState() const
 
 void ErrorBars::restoreState(const QJsonObject& state)
 {
+    const QPointer<ErrorBars> self(this); // a slot may delete it
     const QString method = state.value(methodKey).toString();
     if (method == poissonName || method == squareRootName)
         setMethod(method == poissonName ? Method::Poisson : Method::SquareRoot);
-    setOn(state.value(onKey).toBool(m_isOn));
+    if (!self.isNull())
+        setOn(state.value(onKey).toBool(m_isOn));
 }
 
 } // namespace tarnis

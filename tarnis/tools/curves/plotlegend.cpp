@@ -13,6 +13,7 @@
 #include <QFontMetrics>
 #include <QJsonArray>
 #include <QPainter>
+#include <QPointer>
 
 #include <algorithm>
 #include <cmath>
@@ -378,11 +379,13 @@ QJsonObject PlotLegend::saveState() const
 
 void PlotLegend::restoreState(const QJsonObject& state)
 {
+    const QPointer<PlotLegend> self(this); // a slot may delete it
     const QJsonArray place = state.value(placeKey).toArray();
     if (place.size() == 2 && place.at(0).isDouble() && place.at(1).isDouble())
         setPlace({ place.at(0).toDouble(), place.at(1).toDouble() });
-    setVisible(state.value(visibleKey).toBool(m_isVisible));
-    if (curves() == nullptr || !state.value(hiddenKey).isArray())
+    if (!self.isNull())
+        setVisible(state.value(visibleKey).toBool(m_isVisible));
+    if (self.isNull() || curves() == nullptr || !state.value(hiddenKey).isArray())
         return;
     const QJsonArray hidden = state.value(hiddenKey).toArray();
     const qsizetype records = PlotAccess::series(*curves()).size();

@@ -17,6 +17,7 @@
 #include <QJsonArray>
 #include <QMenu>
 #include <QPainter>
+#include <QPointer>
 
 #include <algorithm>
 #include <cmath>
@@ -247,16 +248,19 @@ QJsonObject ReferenceCurves::saveState() const
 
 void ReferenceCurves::restoreState(const QJsonObject& state)
 {
-    for (int i = 0; i < 4; ++i) {
+    const QPointer<ReferenceCurves> self(this); // a slot may delete it
+    for (int i = 0; i < 4 && !self.isNull(); ++i) {
         if (state.value(viewKey).toString() == QLatin1String(viewNames[i]))
             setView(static_cast<View>(i));
     }
-    for (int i = 0; i < 3; ++i) {
+    for (int i = 0; i < 3 && !self.isNull(); ++i) {
         if (state.value(normKey).toString() == QLatin1String(normNames[i]))
             setNorm(static_cast<Norm>(i));
     }
     const QJsonArray files = state.value(filesKey).toArray();
     for (const auto& file : files) {
+        if (self.isNull())
+            return;
         const QString path = file.toString();
         const bool isOpen = std::any_of(m_references.begin(), m_references.end(),
             [&](const Reference& reference) { return reference.path == path; });

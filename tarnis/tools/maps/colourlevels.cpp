@@ -40,7 +40,7 @@ ColourLevels::ColourLevels(XY2DGraphWidget* map)
 {
     makeActions();
     m_timer.setSingleShot(true);
-    connect(&m_timer, &QTimer::timeout, this, &ColourLevels::read);
+    connect(&m_timer, &QTimer::timeout, this, &ColourLevels::update);
     if (map != nullptr)
         setStripVisible(true);
 }
@@ -121,7 +121,14 @@ void ColourLevels::setPercentiles(double lower, double upper)
     m_applied = { this->lower(), this->upper() };
     if (PlotAccess::colorBar(*map()).isAutoScale())
         map()->onAutoScaleZToggled(false);
-    read();
+    update();
+}
+
+/// As read(), and reports new limits. A slot may delete the tool, so nothing follows.
+void ColourLevels::update()
+{
+    if (read())
+        Q_EMIT levelsChanged();
 }
 
 void ColourLevels::setAutomatic()
@@ -165,42 +172,45 @@ void ColourLevels::setStripVisible(bool visible)
     // Colours and automatic levels are determined when the map is painted.
     connect(map(), &DoubleBufferedWidget::painted, m_strip, &LevelStrip::showLevels);
     m_strip->show();
-    read();
+    update();
 }
 
 void ColourLevels::plotChanged(Changes changes)
 {
+    bool isChanged = changes & (ScaleType | Levels | AutoScale);
     if (changes.testFlag(Data) && (m_strip != nullptr || m_percentiles)) {
         const qint64 since = m_lastRead.isValid() ? m_lastRead.elapsed() : readMs;
         if (since >= readMs)
-            read();
+            isChanged |= read();
         else if (!m_timer.isActive())
             m_timer.start(static_cast<int>(readMs - since));
     }
     if (changes.testFlag(ScaleType))
-        read();
-    if (changes & (ScaleType | Levels | AutoScale))
+        isChanged |= read();
+    if (isChanged)
         Q_EMIT levelsChanged();
 }
 
-/// Reads all bins for the histogram and for the limits by percentiles.
-void ColourLevels::read()
+/// Reads all bins for the histogram and for the limits by percentiles. Returns true if these have been set.
+bool ColourLevels::read()
 {
     if (plot() == nullptr)
-        return;
+        return false;
     m_timer.stop();
     m_lastRead.start();
     std::vector<double> values = paintedBins(PlotAccess::rows(*map()));
     if (values.empty())
         m_lastRead.invalidate(); // the first data are evaluated at once
-    if (mode() == Mode::Percentiles && !values.empty() && (m_strip == nullptr || !m_strip->isDragging())) {
+    const bool isFollowing =
+        mode() == Mode::Percentiles && !values.empty() && (m_strip == nullptr || !m_strip->isDragging());
+    if (isFollowing) {
         const AxisRange levels = percentileLevels(values, m_percentiles->first, m_percentiles->second);
         ViewControl(*map()).showLevels(levels);
         m_applied = { lower(), upper() };
-        Q_EMIT levelsChanged();
     }
     if (m_strip != nullptr)
         m_strip->showValues(values, curveOf(scale()));
+    return isFollowing;
 }
 
 /// On the screen the strip is a widget; in pictures of the widget it is drawn, in those of an exporter it has no space.

@@ -9,6 +9,7 @@
 #include <QJsonArray>
 #include <QMenu>
 #include <QPainter>
+#include <QPointer>
 #include <utility>
 
 namespace tarnis {
@@ -155,14 +156,17 @@ void ColourLevels::restoreState(const QJsonObject& state)
 {
     if (plot() == nullptr)
         return;
+    const QPointer<ColourLevels> self(this); // a slot may delete it
     setStripVisible(state.value(stripKey).toBool(isStripVisible()));
     const QString colours = state.value(coloursKey).toString();
-    if (colours != ColourMaps::current(*map()))
+    if (!self.isNull() && colours != ColourMaps::current(*map()))
         ColourMaps::apply(*map(), colours); // an unknown name changes nothing
     for (const Scale scale : { Scale::Linear, Scale::SquareRoot, Scale::Logarithmic }) {
-        if (state.value(scaleKey).toString() == QLatin1String(scaleNames[static_cast<int>(scale)]))
+        if (!self.isNull() && state.value(scaleKey).toString() == QLatin1String(scaleNames[static_cast<int>(scale)]))
             setScale(scale);
     }
+    if (self.isNull())
+        return;
     if (const auto percentiles = pairOf(state.value(percentilesKey)))
         setPercentiles(percentiles->first, percentiles->second);
     else if (const auto levels = pairOf(state.value(levelsKey)))

@@ -14,7 +14,10 @@
 #include <QHash>
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QPointer>
 #include <QStandardPaths>
+
+#include <utility>
 
 namespace tarnis {
 
@@ -42,11 +45,16 @@ QJsonObject statesOfTools(const XYGraphWidget& plot)
     return tools;
 }
 
-void restoreTools(XYGraphWidget& plot, const QJsonObject& tools)
+void restoreTools(XYGraphWidget& plot, const QJsonObject& states)
 {
     QHash<QString, qsizetype> restored;
-    for (InteractiveTool* const tool : InteractiveTool::toolsOf(plot)) {
-        const QJsonValue stored = tools.value(tool->stateName());
+    QList<QPointer<InteractiveTool>> tools; // a slot of one may delete others
+    for (InteractiveTool* const tool : InteractiveTool::toolsOf(plot))
+        tools.append(tool);
+    for (const QPointer<InteractiveTool>& tool : std::as_const(tools)) {
+        if (tool.isNull())
+            continue;
+        const QJsonValue stored = states.value(tool->stateName());
         const qsizetype number = restored[tool->stateName()]++;
         const QJsonValue state = stored.isArray() ? stored.toArray().at(number) : stored;
         if (state.isObject() && (stored.isArray() || number == 0))

@@ -9,6 +9,8 @@
 #include <QMenu>
 #include <QMetaEnum>
 #include <QPainter>
+#include <QPointer>
+#include <QSignalBlocker>
 
 namespace tarnis {
 
@@ -61,6 +63,15 @@ QString themeText(PlotStyle::Theme theme)
 
 } // namespace
 
+/// Reports the style again after the change: a click on the current entry would uncheck it.
+void PlotStyle::choose(const std::function<void()>& change)
+{
+    const QPointer<PlotStyle> self(this); // a slot may delete it
+    change();
+    if (!self.isNull())
+        Q_EMIT styleChanged();
+}
+
 /// One action with a menu: a click selects the next theme.
 void PlotStyle::makeActions()
 {
@@ -82,10 +93,8 @@ void PlotStyle::makeActions()
         return action;
     };
     const auto addTheme = [&](const char* name, ActionText text, Theme value) {
-        connect(add(name, text, [this, value] { return theme() == value; }), &QAction::triggered, this, [this, value] {
-            setTheme(value);
-            Q_EMIT styleChanged(); // a click on the current one would uncheck it
-        });
+        connect(add(name, text, [this, value] { return theme() == value; }), &QAction::triggered, this,
+            [this, value] { choose([this, value] { setTheme(value); }); });
     };
     addTheme(
         "lightTheme", [] { return themeText(Theme::Light); }, Theme::Light);
@@ -97,11 +106,8 @@ void PlotStyle::makeActions()
         "highContrastTheme", [] { return themeText(Theme::HighContrast); }, Theme::HighContrast);
     m_menu->addSeparator();
     const auto addForm = [&](const char* name, ActionText text, CurveForm value) {
-        connect(
-            add(name, text, [this, value] { return curveForm() == value; }), &QAction::triggered, this, [this, value] {
-                setCurveForm(value);
-                Q_EMIT styleChanged();
-            });
+        connect(add(name, text, [this, value] { return curveForm() == value; }), &QAction::triggered, this,
+            [this, value] { choose([this, value] { setCurveForm(value); }); });
     };
     addForm(
         "formOfPlot", [] { return PlotStyle::tr("Curves as in the Menu"); }, CurveForm::AsPlot);
@@ -143,6 +149,8 @@ QJsonObject PlotStyle::saveState() const
 
 void PlotStyle::restoreState(const QJsonObject& state)
 {
+    const QJsonObject before = saveState();
+    QSignalBlocker quiet(this); // one signal for all, after which a slot may have deleted the style
     setTheme(valueOf(state, themeKey, theme()));
     setCurveForm(valueOf(state, formKey, curveForm()));
     setNumberForm(valueOf(state, numbersKey, numberForm()));
@@ -155,6 +163,9 @@ void PlotStyle::restoreState(const QJsonObject& state)
     setLegendShown(state.value(legendKey).toBool(isLegendShown()));
     setTitleShown(state.value(titleKey).toBool(isTitleShown()));
     setBinsSquare(state.value(squareKey).toBool(areBinsSquare()));
+    quiet.unblock();
+    if (saveState() != before)
+        Q_EMIT styleChanged();
 }
 
 } // namespace tarnis
