@@ -22,7 +22,8 @@ namespace tarnis {
 ///
 /// While the tool is on, a left drag in the map draws a line, a drag of an end moves that end, a drag of the middle
 /// moves the line, and a drag of the handle beside it widens the band. While the map has the focus, B switches the
-/// tool, and Escape reverts a drag, or switches the tool off. The plot of the profile is a separate window unless the
+/// tool, Ctrl with an arrow moves the end by a bin, with Shift too by ten, Space swaps both ends, and Escape reverts a
+/// drag, or switches the tool off. The plot of the profile is a separate window unless the
 /// host embeds it. The line appears in saved pictures.
 class TARNIS_EXPORT LineProfile : public InteractiveTool, protected PlotOverlay {
     Q_OBJECT

@@ -22,9 +22,9 @@ struct PlotReadOut;
 /// interpolates. An empty bin shows 0, a position outside of the data a dash, and NaN "no data". The text is updated
 /// when data arrive while the pointer rests. The plot's own tool tips are disabled in the meantime.
 ///
-/// While the plot has the focus, C switches the cross, P pins it to the value under it, Ctrl+C copies the read-out as a
-/// table separated by tabs, and Escape releases the pin or switches the cross off. A pinned cross appears in saved
-/// pictures.
+/// While the plot has the focus, C switches the cross, P pins it to the value under it, Ctrl with an arrow pins it a
+/// bin further, with Shift too ten bins, Ctrl+C copies the read-out as a table separated by tabs, and Escape releases
+/// the pin or switches the cross off. A pinned cross appears in saved pictures.
 class TARNIS_EXPORT PlotCrosshair : public InteractiveTool, protected PlotOverlay {
     Q_OBJECT
 
@@ -79,6 +79,7 @@ private:
     TARNIS_NO_EXPORT void renew();
     TARNIS_NO_EXPORT void makeActions();
     TARNIS_NO_EXPORT void togglePin();
+    TARNIS_NO_EXPORT bool moveBy(const QPoint& bins);
     TARNIS_NO_EXPORT void updateActions();
 
     bool m_isOn = true;

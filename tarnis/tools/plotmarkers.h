@@ -27,8 +27,9 @@ struct PlotMarker {
 /// name at the border.
 ///
 /// A left drag moves a marker from bin to bin, while the tool is on. While the plot has the focus, M sets a marker at
-/// the pointer. A click selects a marker: arrows then move it by a bin, with Shift by ten, Delete removes it, F2 or a
-/// double click renames it, and Ctrl+C copies the table of all markers. Escape reverts a drag, or clears the selection.
+/// the pointer. A click selects a marker, and Shift+M the next one: arrows then move it by a bin, with Shift by ten,
+/// Delete removes it, F2 or a double click renames it, and Ctrl+C copies the table of all markers. Escape reverts a
+/// drag, or clears the selection.
 class TARNIS_EXPORT PlotMarkers : public InteractiveTool, protected PlotOverlay {
     Q_OBJECT
 

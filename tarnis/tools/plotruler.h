@@ -23,8 +23,9 @@ struct RulerReading;
 ///
 /// While the tool is on, a left drag in the plot draws the ruler, and a drag of an end moves that end. The ends snap to
 /// the middles of bins; on curves they are attached to the first visible curve and follow it when data arrive. While
-/// the plot has the focus, R switches the tool, Ctrl+C copies the reading as a table, and Escape first reverts a drag,
-/// then removes the ruler, then switches the tool off. The ruler remains visible while the tool is off, and appears in
+/// the plot has the focus, R switches the tool, Ctrl with an arrow moves B by a bin, with Shift too by ten, and Space
+/// swaps A and B. Ctrl+C copies the reading as a table, and Escape first reverts a drag, then removes the ruler, then
+/// switches the tool off. The ruler remains visible while the tool is off, and appears in
 /// saved pictures.
 class TARNIS_EXPORT PlotRuler : public InteractiveTool, protected PlotOverlay {
     Q_OBJECT
@@ -83,6 +84,7 @@ private:
     TARNIS_NO_EXPORT RulerReading reading() const;
     TARNIS_NO_EXPORT Grip gripAt(const PlotMapping& mapping, const QPointF& pixel) const;
     TARNIS_NO_EXPORT void endDrag(bool cancel);
+    TARNIS_NO_EXPORT bool moveEndBy(const QPoint& bins);
     TARNIS_NO_EXPORT void renew();
     TARNIS_NO_EXPORT Drawing drawing(const PlotMapping& mapping, const QFont& font) const;
     TARNIS_NO_EXPORT QRect textRow(const PlotMapping& mapping, const QFont& font) const;

@@ -147,6 +147,13 @@ private Q_SLOTS:
         QTest::keyClick(&map, Qt::Key_Escape);
         QCOMPARE(profile.from(), QPointF(5, 3.5));
         hand.release(pixelOf(map, 15, 5.5));
+        profile.setLine({ 5, 3.5 }, { 9, 3.5 });
+        QTest::keyClick(&map, Qt::Key_Down, Qt::ControlModifier);
+        QTest::keyClick(&map, Qt::Key_Right, Qt::ControlModifier);
+        QCOMPARE(profile.to(), QPointF(11, 2.5));
+        QTest::keyClick(&map, Qt::Key_Space);
+        QCOMPARE(profile.from(), QPointF(11, 2.5));
+        QCOMPARE(profile.to(), QPointF(5, 3.5));
         QTest::keyClick(&map, Qt::Key_Escape);
         QVERIFY(!profile.isOn());
         QVERIFY(!profile.profilePlot()->isVisible());

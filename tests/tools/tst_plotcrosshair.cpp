@@ -209,6 +209,33 @@ private Q_SLOTS:
         QVERIFY(cross->text().isEmpty());
     }
 
+    void keysMoveItFromBinToBin()
+    {
+        VectorGraphWidget plot;
+        fill(plot);
+        auto* const cross = new PlotCrosshair(&plot);
+        showActive(plot);
+        const Qt::KeyboardModifiers far = Qt::ControlModifier | Qt::ShiftModifier;
+        QTest::keyClick(&plot, Qt::Key_Up, Qt::ControlModifier);
+        QVERIFY(!cross->isPinned()); // curves have no bins there
+        QTest::keyClick(&plot, Qt::Key_Left, Qt::ControlModifier); // begins in the middle of the view
+        QVERIFY(cross->isPinned());
+        const QString start = cross->text();
+        QVERIFY(start.contains(QStringLiteral("bin 5")));
+        QTest::keyClick(&plot, Qt::Key_Left, Qt::ControlModifier);
+        QVERIFY(cross->text().contains(QStringLiteral("bin 4")));
+        QTest::keyClick(&plot, Qt::Key_Right, far);
+        QCOMPARE(cross->text().right(1), QStringLiteral("–")); // outside of the data
+        QTest::keyClick(&plot, Qt::Key_Escape);
+        QVERIFY(!cross->isPinned() && cross->isOn());
+        moveTo(plot, 15, 5);
+        QTest::keyClick(&plot, Qt::Key_Right, Qt::ControlModifier); // begins under the pointer
+        QVERIFY(cross->text().contains(QStringLiteral("bin 2")));
+        cross->setOn(false);
+        QTest::keyClick(&plot, Qt::Key_Right, Qt::ControlModifier);
+        QVERIFY(!cross->isOn());
+    }
+
     void drawsOverThePictureOnly()
     {
         VectorGraphWidget plot;

@@ -189,6 +189,11 @@ private Q_SLOTS:
         QVERIFY(markers.table().isEmpty());
         QTest::keyClick(&map, Qt::Key_M);
         QCOMPARE(markers.markers().size(), 1);
+        markers.add({ 3.5, 1.5 });
+        for (const int expected : { 0, 1, 0 }) {
+            QTest::keyClick(&map, Qt::Key_M, Qt::ShiftModifier);
+            QCOMPARE(markers.selected(), expected);
+        }
     }
 
     void tableHasEveryVisibleCurve()

@@ -178,6 +178,48 @@ private Q_SLOTS:
         QCOMPARE(plot.cursor().shape(), Qt::ArrowCursor);
     }
 
+    void keysDrawIt()
+    {
+        VectorGraphWidget plot;
+        fill(plot);
+        PlotRuler ruler(&plot);
+        showActive(plot);
+        QTest::keyClick(&plot, Qt::Key_Right, Qt::ControlModifier);
+        QVERIFY(!ruler.isSet()); // switched off
+        ruler.setOn(true);
+        QTest::keyClick(&plot, Qt::Key_Up, Qt::ControlModifier);
+        QVERIFY(!ruler.isSet()); // curves have no bins there
+        QTest::keyClick(&plot, Qt::Key_Right, Qt::ControlModifier);
+        QCOMPARE(ruler.from().x(), 55.0); // about the middle of the view
+        QCOMPARE(ruler.to(), QPointF(65, 6));
+        QTest::keyClick(&plot, Qt::Key_Space);
+        QCOMPARE(ruler.from(), QPointF(65, 6));
+        for (int i = 0; i < 2; ++i)
+            QTest::keyClick(&plot, Qt::Key_Left, Qt::ControlModifier | Qt::KeypadModifier);
+        QCOMPARE(ruler.to().x(), 35.0);
+        QTest::keyClick(&plot, Qt::Key_Left, Qt::ControlModifier | Qt::ShiftModifier);
+        QCOMPARE(ruler.to().x(), -65.0);
+        QCOMPARE(ruler.from(), QPointF(65, 6));
+    }
+
+    void keysMoveItsEndOnAMap()
+    {
+        XY2DGraphWidget map;
+        map.init("x", "y", 10, 8, true, true);
+        map.initManualX(0, 10);
+        map.initManualY(0, 8);
+        for (int row = 0; row < 8; ++row)
+            map.setData(row, QList<double>(10, row), row, false);
+        PlotRuler ruler(&map);
+        showActive(map);
+        ruler.setOn(true);
+        ruler.setEnds({ 2.5, 3.5 }, { 4.5, 5.5 });
+        QTest::keyClick(&map, Qt::Key_Down, Qt::ControlModifier);
+        QTest::keyClick(&map, Qt::Key_Left, Qt::ControlModifier);
+        QCOMPARE(ruler.from(), QPointF(2.5, 3.5));
+        QCOMPARE(ruler.to(), QPointF(3.5, 4.5));
+    }
+
     void followsTheData()
     {
         VectorGraphWidget plot;

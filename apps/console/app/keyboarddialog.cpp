@@ -96,6 +96,11 @@ void KeyboardDialog::addOthers()
     addRow(named({ Qt::Key_C, Qt::Key_P, Qt::CTRL | Qt::Key_C }),
         tr("In a plot: the values under the pointer; pin them, copy them"));
     addRow(named({ Qt::Key_M, Qt::Key_R }), tr("In a plot: set a marker; the ruler"));
+    addRow(named({ Qt::SHIFT | Qt::Key_M }), tr("In a plot: select the next marker"));
+    addRow(named({ Qt::CTRL | Qt::Key_Left, Qt::CTRL | Qt::Key_Right }),
+        tr("In a plot: move the cross, or the end of the ruler or profile; with Shift by ten bins"));
+    addRow(named({ Qt::Key_E, Qt::SHIFT | Qt::Key_C, Qt::Key_B }),
+        tr("In a plot: error bars, a reference, in a map a profile"));
     addRow(named({ Qt::SHIFT | Qt::Key_L }), tr("In a plot: the legend"));
     addRow(named({ Qt::Key_F6 }), tr("In a plot: to the boxes beside its window, and back"));
     addRow(named({ Qt::Key_Home }), tr("In a plot: show all"));

@@ -1765,6 +1765,18 @@
         <source>In a plot: the legend</source>
         <translation>In einem Diagramm: die Legende</translation>
     </message>
+    <message>
+        <source>In a plot: select the next marker</source>
+        <translation>In einem Diagramm: die nächste Marke wählen</translation>
+    </message>
+    <message>
+        <source>In a plot: move the cross, or the end of the ruler or profile; with Shift by ten bins</source>
+        <translation>In einem Diagramm: das Kreuz oder das Ende von Lineal oder Profil verschieben; mit Umschalt um zehn Bins</translation>
+    </message>
+    <message>
+        <source>In a plot: error bars, a reference, in a map a profile</source>
+        <translation>In einem Diagramm: Fehlerbalken, eine Referenz, in einer Karte ein Profil</translation>
+    </message>
 </context>
 <context>
     <name>console::LanguageMenu</name>

@@ -2,6 +2,8 @@
 
 #include "tarnis/tools/base/plotcurves_p.h"
 
+#include <QKeyEvent>
+
 #include <cmath>
 
 namespace tarnis {
@@ -9,6 +11,7 @@ namespace tarnis {
 namespace {
 
 constexpr double stepOutside = 0.01; // fraction of the view
+constexpr int binsOfFarStep = 10;
 
 double moved(double value, int bins, AxisRange edges, bool isInside, AxisRange view)
 {
@@ -61,6 +64,27 @@ QPointF movedByBins(const PlotMapping& mapping, const QPointF& position, int col
                                column >= 0, mapping.x()),
         moved(position.y(), rows, row >= 0 ? mapping.rowEdges(row) : AxisRange(), row >= 0, mapping.y()) };
     return snappedToBins(mapping, target);
+}
+
+QPoint binsOfKey(const QKeyEvent& event)
+{
+    const Qt::KeyboardModifiers modifiers = event.modifiers() & ~Qt::KeypadModifier; // arrows of some keyboards have it
+    const bool isFar = modifiers == (Qt::ControlModifier | Qt::ShiftModifier);
+    if (modifiers != Qt::ControlModifier && !isFar)
+        return {};
+    const int step = isFar ? binsOfFarStep : 1;
+    switch (event.key()) {
+    case Qt::Key_Left:
+        return { -step, 0 };
+    case Qt::Key_Right:
+        return { step, 0 };
+    case Qt::Key_Up:
+        return { 0, step };
+    case Qt::Key_Down:
+        return { 0, -step };
+    default:
+        return {};
+    }
 }
 
 bool isHit(const PlotMapping& mapping, const QPointF& place, const QPointF& pixel, bool isLine, double reach)

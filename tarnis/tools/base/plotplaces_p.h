@@ -6,9 +6,14 @@
 
 #include <QJsonArray>
 #include <QJsonValue>
+#include <QPoint>
 #include <QPointF>
 
 #include <optional>
+
+QT_BEGIN_NAMESPACE
+class QKeyEvent;
+QT_END_NAMESPACE
 
 namespace tarnis {
 
@@ -17,6 +22,10 @@ QPointF snappedToBins(const PlotMapping& mapping, const QPointF& position);
 
 /// Moves the position by bins. Outside of the data the step is a hundredth of the view.
 QPointF movedByBins(const PlotMapping& mapping, const QPointF& position, int columns, int rows);
+
+/// The bins, to the right and up, by which a key moves a position: 1 for an arrow with Ctrl, 10 with Shift too. (0, 0)
+/// for any other key.
+QPoint binsOfKey(const QKeyEvent& event);
 
 /// True if the widget pixel is near a position: near its vertical line, or near the point itself.
 bool isHit(const PlotMapping& mapping, const QPointF& place, const QPointF& pixel, bool isLine, double reach = 6.0);

@@ -2,10 +2,12 @@
 
 #include "tarnis/plots/plotmapping.h"
 #include "tarnis/plots/plotstyling_p.h"
+#include "tarnis/plots/xy2dgraphwidget.h"
 #include "tarnis/plots/xygraphwidget.h"
 #include "tarnis/tools/base/labelplace_p.h"
 #include "tarnis/tools/base/plotcurves_p.h"
 #include "tarnis/tools/base/plotlabel_p.h"
+#include "tarnis/tools/base/plotplaces_p.h"
 #include "tarnis/tools/base/plotreadout_p.h"
 #include "tarnis/tools/plotruler.h"
 
@@ -258,6 +260,8 @@ bool PlotCrosshair::handleKey(const QKeyEvent& event)
         setOn(!m_isOn);
         return true;
     }
+    if (m_isOn && moveBy(binsOfKey(event)))
+        return true;
     if (!isShown())
         return false;
     if (event.matches(QKeySequence::Copy)) {
@@ -276,6 +280,19 @@ bool PlotCrosshair::handleKey(const QKeyEvent& event)
         return true;
     }
     return false;
+}
+
+/// Pins the cross there. Without a cross under the pointer it begins in the middle of the view. Returns false if there
+/// is nothing to move: curves have no bins along Y.
+bool PlotCrosshair::moveBy(const QPoint& bins)
+{
+    const bool isMap = qobject_cast<const XY2DGraphWidget*>(plot()) != nullptr;
+    const PlotMapping mapping = PlotMapping::of(*plot());
+    if (bins.isNull() || (bins.x() == 0 && !isMap) || !mapping.isValid())
+        return false;
+    pinAt(isShown() ? movedByBins(mapping, value(mapping), bins.x(), bins.y())
+                    : snappedToBins(mapping, mapping.valueAt(QRectF(mapping.plotRect()).center())));
+    return true;
 }
 
 PlotCrosshair::Drawing PlotCrosshair::drawing(const PlotMapping& mapping, const QFont& font) const

@@ -186,6 +186,10 @@ bool PlotMarkers::handleKey(const QKeyEvent& event)
         addHere();
         return true;
     }
+    if (key == Qt::Key_M && pressed == Qt::ShiftModifier && !m_markers.isEmpty()) {
+        select((m_selected + 1) % static_cast<int>(m_markers.size()));
+        return true;
+    }
     if (m_selected < 0)
         return false;
     if (event.matches(QKeySequence::Copy)) {
@@ -377,8 +381,9 @@ QJsonObject PlotMarkers::saveState() const
 
 void PlotMarkers::restoreState(const QJsonObject& state)
 {
+    const QPointer<PlotMarkers> self(this); // a slot may delete it
     setOn(state.value(onKey).toBool(m_isOn));
-    if (!state.value(markersKey).isArray())
+    if (self.isNull() || !state.value(markersKey).isArray())
         return;
     QList<PlotMarker> restored;
     const QJsonArray list = state.value(markersKey).toArray();

@@ -351,6 +351,12 @@ bool PlotRuler::handleKey(const QKeyEvent& event)
         copy();
         return true;
     }
+    if (moveEndBy(binsOfKey(event)))
+        return true;
+    if (event.key() == Qt::Key_Space && isPlain && m_isSet && m_grip == Grip::None) {
+        setEnds(QPointF(m_to), QPointF(m_from)); // copies, as both ends change
+        return true;
+    }
     if (event.key() != Qt::Key_Escape || !isPlain)
         return false;
     if (m_grip != Grip::None)
@@ -359,6 +365,19 @@ bool PlotRuler::handleKey(const QKeyEvent& event)
         clear();
     else
         setOn(false);
+    return true;
+}
+
+/// Moves B, by keyboard. Without a ruler one begins in the middle of the view. Returns false if there is nothing to
+/// move: the ends follow curves along Y.
+bool PlotRuler::moveEndBy(const QPoint& bins)
+{
+    const bool isMap = qobject_cast<const XY2DGraphWidget*>(plot()) != nullptr;
+    const PlotMapping mapping = PlotMapping::of(*plot());
+    if (bins.isNull() || (bins.x() == 0 && !isMap) || m_grip != Grip::None || !mapping.isValid())
+        return false;
+    const QPointF from = m_isSet ? m_from : mapping.valueAt(QRectF(mapping.plotRect()).center());
+    setEnds(from, movedByBins(mapping, m_isSet ? m_to : from, bins.x(), bins.y()));
     return true;
 }
 

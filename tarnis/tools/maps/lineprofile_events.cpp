@@ -220,10 +220,20 @@ bool LineProfile::claimsKey(const QKeyEvent& event) const
 
 bool LineProfile::handleKey(const QKeyEvent& event)
 {
+    if (const QPoint bins = binsOfKey(event); m_isOn && m_isSet && m_grip == Grip::None && !bins.isNull()) {
+        const PlotMapping mapping = PlotMapping::of(*plot());
+        if (mapping.isValid())
+            setLine(m_from, movedByBins(mapping, m_to, bins.x(), bins.y()));
+        return true;
+    }
     if (event.modifiers() != Qt::NoModifier)
         return false;
     if (event.key() == Qt::Key_B) {
         setOn(!m_isOn);
+        return true;
+    }
+    if (event.key() == Qt::Key_Space && m_isOn && m_isSet && m_grip == Grip::None) {
+        setLine(QPointF(m_to), QPointF(m_from)); // copies, as both ends change
         return true;
     }
     if (event.key() != Qt::Key_Escape || !m_isOn)
