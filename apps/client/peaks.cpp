@@ -203,8 +203,15 @@ Outcome calibrate(const Arguments& arguments)
     const std::vector<tarnis::CalibrationPoint> points =
         tarnis::assignLines(lines.value(), measured, low, high, spectrum.value().data.calibration);
     tarnis::CalibrationResult result = tarnis::fitEnergyCalibration(points, low, high, degree.value());
-    if (!result.error.isEmpty())
-        return wrongUse(QStringLiteral("no calibration: %1").arg(result.error));
+    if (!result.error.isEmpty()) {
+        QString text = QStringLiteral("no calibration: %1").arg(result.error);
+        if (measured.size() < table.value().peaks.size())
+            text += QStringLiteral(
+                " Of %1 peaks %2 have a fit that can be used: 'tarnis peaks' prints why the others have not")
+                        .arg(table.value().peaks.size())
+                        .arg(measured.size());
+        return wrongUse(text);
+    }
     if (const Outcome doubtful = checkAssignment(result.calibration, measured))
         return doubtful;
     result.calibration.source = QFileInfo(arguments.words().at(0)).fileName();
