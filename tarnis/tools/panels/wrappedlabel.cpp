@@ -25,7 +25,23 @@ QSize WrappedLabel::minimumSizeHint() const
     return { fontMetrics().averageCharWidth() * 20, fontMetrics().lineSpacing() };
 }
 
+// A layout asks several times for the same widths, and each answer lays out the text.
 int WrappedLabel::heightForWidth(int width) const
+{
+    if (m_measuredText != text() || m_measuredFont != font()) {
+        m_measuredText = text();
+        m_measuredFont = font();
+        m_heights.clear();
+    }
+    const auto known = m_heights.constFind(width);
+    if (known != m_heights.constEnd())
+        return *known;
+    const int height = measuredHeight(width);
+    m_heights.insert(width, height);
+    return height;
+}
+
+int WrappedLabel::measuredHeight(int width) const
 {
     const QMargins margins = contentsMargins();
     const int inside = width - margins.left() - margins.right() - 2 * margin();

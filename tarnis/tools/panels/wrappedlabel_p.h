@@ -1,6 +1,8 @@
 // A wrapped message of a panel.
 #pragma once
 
+#include <QFont>
+#include <QHash>
 #include <QLabel>
 #include <QScrollArea>
 
@@ -15,6 +17,15 @@ public:
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
     int heightForWidth(int width) const override;
+
+private:
+    int measuredHeight(int width) const;
+
+    // Heights of the text in this font. @{
+    mutable QString m_measuredText;
+    mutable QFont m_measuredFont;
+    mutable QHash<int, int> m_heights;
+    // @}
 };
 
 /// Shows a WrappedLabel as high as its text, or with a scroll bar where a small window has less room.
