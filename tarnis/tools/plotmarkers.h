@@ -59,6 +59,7 @@ public:
     /// @}
 
     QList<QAction*> actions() const override;
+    QList<QRect> overlayBoxes() const override; ///< the names, also those at the border
     QString stateName() const override;
     QJsonObject saveState() const override;
     void restoreState(const QJsonObject& state) override;

@@ -11,6 +11,7 @@
 #include <tarnis/plots/vectorgraphwidget.h>
 #include <tarnis/plots/xy2dgraphwidget.h>
 #include <tarnis/tools/plotlegend.h>
+#include <tarnis/tools/plotmarkers.h>
 #include <tarnis/tools/plotnavigator.h>
 #include <tarnis/tools/plotruler.h>
 
@@ -176,6 +177,21 @@ private Q_SLOTS:
         QTest::keyClick(&plot, Qt::Key_Escape);
         QVERIFY(!ruler.isOn());
         QCOMPARE(plot.cursor().shape(), Qt::ArrowCursor);
+    }
+
+    void isBesideTheNamesOfMarkers()
+    {
+        VectorGraphWidget plot;
+        fill(plot);
+        PlotMarkers markers(&plot);
+        PlotRuler ruler(&plot);
+        showActive(plot);
+        ruler.setEnds({ 5, 4 }, { 75, 8 });
+        const QRect alone = ruler.textBox();
+        markers.add(PlotMapping::of(plot).valueAt(alone.center()));
+        QCOMPARE(markers.overlayBoxes().size(), 1);
+        QVERIFY(alone.intersects(markers.overlayBoxes().constFirst()));
+        QVERIFY(!ruler.textBox().intersects(markers.overlayBoxes().constFirst()));
     }
 
     void keysDrawIt()

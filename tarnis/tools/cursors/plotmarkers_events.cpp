@@ -330,6 +330,15 @@ PlotMarkers::Name PlotMarkers::nameOf(const PlotMapping& mapping, const QFont& f
     return labelled(text, { isNearRight ? column - 4 : column + 4, top }, isNearRight ? Qt::AlignRight : Qt::AlignLeft);
 }
 
+QList<QRect> PlotMarkers::overlayBoxes() const
+{
+    const PlotMapping mapping = plot() != nullptr ? PlotMapping::of(*plot()) : PlotMapping();
+    QList<QRect> boxes;
+    for (int i = 0; mapping.isValid() && i < m_markers.size(); ++i)
+        boxes.append(nameOf(mapping, plot()->font(), i).box);
+    return boxes;
+}
+
 void PlotMarkers::makeActions()
 {
     auto* const onAction = new ToolAction(
