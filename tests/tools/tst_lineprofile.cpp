@@ -10,6 +10,7 @@
 #include <tarnis/plots/vectorgraphwidget.h>
 #include <tarnis/plots/xy2dgraphwidget.h>
 #include <tarnis/tools/lineprofile.h>
+#include <tarnis/tools/plotruler.h>
 #include <tarnis/tools/plotstyle.h>
 
 #include <QJsonArray>
@@ -113,6 +114,26 @@ private Q_SLOTS:
         QCOMPARE(profile.bandWidth(), 1.0);
         profile.setBandWidth(std::nan(""));
         QCOMPARE(profile.bandWidth(), 1.0);
+    }
+
+    void theToolThatWasSwitchedOnLastGetsTheDrags()
+    {
+        XY2DGraphWidget map;
+        fill(map);
+        LineProfile profile(&map);
+        PlotRuler ruler(&map);
+        showActive(map, { 600, 400 });
+        PlotHand hand(map);
+        ruler.setOn(true);
+        profile.setOn(true);
+        hand.drag(pixelOf(map, 5, 0.5), pixelOf(map, 9, 0.5));
+        QVERIFY(!ruler.isSet());
+        QCOMPARE(profile.to(), QPointF(9, 0.5));
+        ruler.setOn(false);
+        ruler.setOn(true);
+        hand.drag(pixelOf(map, 5, 3.5), pixelOf(map, 9, 3.5));
+        QVERIFY(ruler.isSet());
+        QCOMPARE(profile.to(), QPointF(9, 0.5));
     }
 
     void isLiveWhileItIsDragged()

@@ -165,10 +165,12 @@ void PlotRuler::setOn(bool on)
         return;
     m_isOn = on;
     setNeeds(on ? MouseMoves | KeyboardFocus : Needs(KeyboardFocus));
-    if (on)
+    if (on) {
+        receiveEventsFirst(); // the tool that was switched on last gets the drags
         showCursor(Qt::CrossCursor);
-    else
+    } else {
         restoreCursor();
+    }
     updateActions();
     Q_EMIT onChanged(on);
 }

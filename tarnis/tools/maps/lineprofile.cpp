@@ -123,7 +123,9 @@ void LineProfile::setOn(bool on)
     m_isOn = on;
     m_switch->setChecked(on);
     setNeeds(on ? MouseMoves | KeyboardFocus : Needs(KeyboardFocus));
-    if (!on)
+    if (on)
+        receiveEventsFirst(); // the tool that was switched on last gets the drags
+    else
         restoreCursor();
     const PlotMapping mapping = PlotMapping::of(*plot());
     if (on && !m_isSet && mapping.isValid()) {

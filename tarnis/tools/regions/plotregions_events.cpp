@@ -100,10 +100,12 @@ void PlotRegions::setDrawing(bool on)
 {
     // The last corner of a polygon follows the pointer.
     setNeeds(on ? KeyboardFocus | MouseMoves : Needs(KeyboardFocus));
-    if (on)
+    if (on) {
+        receiveEventsFirst(); // also with a ruler that was switched on before
         showCursor(Qt::CrossCursor);
-    else
+    } else {
         restoreCursor();
+    }
     updateOverlay();
     Q_EMIT drawingChanged(on);
 }
