@@ -299,12 +299,12 @@ private Q_SLOTS:
         QVERIFY(label.heightForWidth(300) >= 3 * one - 2);
         label.setText(QStringLiteral("a long message of many words ").repeated(10));
         QVERIFY(label.heightForWidth(100) > 2 * label.heightForWidth(300));
+        QVERIFY(label.minimumSizeHint().height() <= one);
         QFont large = label.font();
         large.setPointSize(2 * large.pointSize());
         const int small = label.heightForWidth(300);
         label.setFont(large);
         QVERIFY(label.heightForWidth(300) > small);
-        QVERIFY(label.minimumSizeHint().height() <= one);
     }
 
     /// Every name that a fit can produce has a label, so that no key of a file is shown to the user.
