@@ -3302,6 +3302,10 @@ Gezeigt ist das Ergebnis von %2.</translation>
         <source>Energy [%1]</source>
         <translation>Energie [%1]</translation>
     </message>
+    <message>
+        <source>&quot;%1&quot; is not a number.</source>
+        <translation>„%1“ ist keine Zahl.</translation>
+    </message>
 </context>
 <context>
     <name>tarnis::Saving</name>

@@ -283,9 +283,16 @@ private Q_SLOTS:
         QVERIFY(model.setData(model.index(0, 3), QStringLiteral("40")));
         QVERIFY(model.setData(model.index(0, 0), QStringLiteral("Cs-137")));
         QVERIFY(!model.setData(model.index(0, 2), QStringLiteral("left")));
+        QVERIFY2(table.message().contains(QStringLiteral("left")), qPrintable(table.message()));
         QVERIFY(!model.setData(model.index(0, 0), QStringLiteral("  ")));
         QCOMPARE(table.regions()->regions().first(), PlotRegion::rangeX(20, 40, QStringLiteral("Cs-137")));
         QCOMPARE(number(table, 0, "bins"), 20.0);
+        QVERIFY(model.setData(model.index(0, 2), QStringLiteral("50")));
+        QCOMPARE(table.message(), QString());
+        QCOMPARE(table.regions()->regions().first().bounds().left(), 50.0);
+        QCOMPARE(table.regions()->regions().first().bounds().right(), 70.0);
+        QVERIFY(model.setData(model.index(0, 3), QStringLiteral("10")));
+        QCOMPARE(table.regions()->regions().first().bounds().right(), 10.0);
     }
 
     void listsTheSelectedRangeOfThePlot()

@@ -57,7 +57,10 @@ RegionTable::RegionTable(XYGraphWidget* plot, QWidget* parent)
     build();
     setTexts();
     if (m_regions) {
-        connect(m_regions, &PlotRegions::regionsChanged, this, &RegionTable::refresh);
+        connect(m_regions, &PlotRegions::regionsChanged, this, [this] {
+            showMessage({});
+            refresh();
+        });
         connect(m_regions, &PlotRegions::dataChanged, this, &RegionTable::refresh);
         connect(m_regions, &PlotRegions::selectionChanged, this, [this](int index) {
             for (int row = 0; row < m_model->rowCount(); ++row) {
@@ -110,6 +113,7 @@ void RegionTable::build()
     controls.view->verticalHeader()->hide();
     controls.view->verticalHeader()->setDefaultSectionSize(controls.view->fontMetrics().height() + 6);
     connect(m_model, &QAbstractItemModel::modelReset, this, &RegionTable::showColumns);
+    connect(m_model, &RegionTableModel::refused, this, &RegionTable::showMessage);
     controls.view->setSelectionBehavior(QAbstractItemView::SelectRows);
     controls.view->setSelectionMode(QAbstractItemView::SingleSelection);
     connect(controls.view->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
@@ -199,6 +203,9 @@ void RegionTable::showColumns()
         if (!view.isColumnHidden(column))
             view.setColumnWidth(column, view.columnWidth(column) + spare);
     }
+    // A net area can lose its significance with the next data.
+    const int limit = view.fontMetrics().horizontalAdvance(QStringLiteral("< 0000.0; -000(000)")) + spare;
+    view.setColumnWidth(RegionTableModel::Net, std::max(limit, view.columnWidth(RegionTableModel::Net)));
 }
 
 void RegionTable::showMessage(const QString& text)

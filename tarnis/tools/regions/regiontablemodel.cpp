@@ -244,21 +244,24 @@ bool RegionTableModel::setData(const QModelIndex& index, const QVariant& value, 
         double limit = value.toString().toDouble(&isNumber);
         if (!isNumber)
             limit = QLocale().toDouble(value.toString(), &isNumber);
-        if (!isNumber || !std::isfinite(limit))
+        if (!isNumber || !std::isfinite(limit)) {
+            Q_EMIT refused(tr("\"%1\" is not a number.").arg(value.toString()));
             return false;
+        }
         QRectF box = region.bounds();
+        // A limit beyond the other one moves the whole region. Otherwise the other limit would become this one.
         switch (index.column()) {
         case From:
-            box.setLeft(limit);
+            limit < box.right() ? box.setLeft(limit) : box.moveLeft(limit);
             break;
         case To:
-            box.setRight(limit);
+            limit > box.left() ? box.setRight(limit) : box.moveRight(limit);
             break;
         case FromY:
-            box.setTop(limit);
+            limit < box.bottom() ? box.setTop(limit) : box.moveTop(limit);
             break;
         default:
-            box.setBottom(limit);
+            limit > box.top() ? box.setBottom(limit) : box.moveBottom(limit);
             break;
         }
         region.points = { box.topLeft(), box.bottomRight() };

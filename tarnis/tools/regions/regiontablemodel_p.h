@@ -62,6 +62,9 @@ public:
     Qt::ItemFlags flags(const QModelIndex& index) const override;
     bool setData(const QModelIndex& index, const QVariant& value, int role = Qt::EditRole) override;
 
+Q_SIGNALS:
+    void refused(const QString& reason); ///< an invalid entry, with the reason for the user
+
 private:
     /// Regions of the tool, then those of the plot.
     QList<PlotRegion> allRegions() const;
