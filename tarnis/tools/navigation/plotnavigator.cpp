@@ -65,7 +65,8 @@ void PlotNavigator::goBack()
         Q_EMIT message(tr("There is no earlier view."));
         return;
     }
-    m_data->view.apply(m_data->history.goBack());
+    m_data->show(m_data->history.goBack(), *plot());
+    updateOverlay();
     Q_EMIT historyChanged();
 }
 
@@ -79,7 +80,8 @@ void PlotNavigator::goForward()
         Q_EMIT message(tr("There is no later view."));
         return;
     }
-    m_data->view.apply(m_data->history.goForward());
+    m_data->show(m_data->history.goForward(), *plot());
+    updateOverlay();
     Q_EMIT historyChanged();
 }
 

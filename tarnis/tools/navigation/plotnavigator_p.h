@@ -30,6 +30,16 @@ struct TARNIS_NO_EXPORT PlotNavigator::Internals final : TwoFingerGesture {
         clock.start();
     }
 
+    /// Shows a view of the history. Its axes are held where they neither follow the data nor are as the host set them
+    /// up.
+    void show(const ViewState& state, const XYGraphWidget& plot)
+    {
+        view.apply(state);
+        const ViewState now = view.state();
+        isHeldX = !now.autoX && now.x != PlotAccess::initialX(plot);
+        isHeldY = !now.autoY && now.y != PlotAccess::initialY(plot);
+    }
+
     void beginTwoFingers(const QPointF& middle, quint64 timeMs) override;
     void moveTwoFingers(const QPointF& middle, double scale) override;
     void endTwoFingers(bool cancel) override;
