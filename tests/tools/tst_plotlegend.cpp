@@ -1,6 +1,7 @@
 // The legend: entries, clicks, keys, place, and its part of a stored view.
 #include "support/pictures.h"
 #include "support/support.h"
+#include "support/wait.h"
 
 #include <tarnis/plots/curvenames.h>
 #include <tarnis/plots/multivectorgraphwidget.h>
@@ -269,6 +270,20 @@ private Q_SLOTS:
             { QJsonArray { 1, QStringLiteral("1") }, QJsonArray { true, 1 }, QJsonArray { 1 } })
             m_legend->restoreState({ { QStringLiteral("place"), place } });
         QCOMPARE(m_legend->saveState(), state);
+    }
+
+    void leavesTheMarksOfHeldAxes()
+    {
+        PlotNavigator navigator(m_plot.get());
+        m_legend->setPlace({ 0, 0 });
+        const QPointF before = entryAt(0);
+        m_plot->setMinMaxY(2, 8);
+        TRY_VERIFY(navigator.isHeld(Qt::Vertical));
+        QCOMPARE(navigator.overlayBoxes().size(), 1);
+        const QRect mark = navigator.overlayBoxes().constFirst();
+        QVERIFY(!m_legend->overlayBoxes().constFirst().intersects(mark));
+        QVERIFY(entryAt(0).y() > before.y());
+        QCOMPARE(m_legend->place(), QPointF(0, 0));
     }
 
     void turnedPlotFindsItsEntries()

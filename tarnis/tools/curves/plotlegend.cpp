@@ -8,6 +8,7 @@
 #include "tarnis/plots/plotstyling_p.h"
 #include "tarnis/tools/base/toolaction_p.h"
 #include "tarnis/tools/curves/legendplace_p.h"
+#include "tarnis/tools/plotnavigator.h"
 
 #include <QFontInfo>
 #include <QFontMetrics>
@@ -70,6 +71,22 @@ void paintArrow(QPainter& painter, const QPointF& tip, double direction, const Q
     painter.setPen(Qt::NoPen);
     painter.setBrush(color);
     painter.drawPolygon(QPolygonF { tip, tip + QPointF(-4.0, -4.0 * direction), tip + QPointF(4.0, -4.0 * direction) });
+}
+
+/// Below or above the marks of held axes, which would cover entries.
+QRect besideMarks(const XYGraphWidget& plot, QRect rect, const QRect& inside)
+{
+    const auto* const navigator = plot.findChild<PlotNavigator*>(QString(), Qt::FindDirectChildrenOnly);
+    const QList<QRect> marks = navigator != nullptr ? navigator->overlayBoxes() : QList<QRect>();
+    for (const QRect& mark : marks) {
+        if (!mark.intersects(rect))
+            continue;
+        const bool isMarkAbove = mark.center().y() < inside.center().y();
+        const int shift = isMarkAbove ? mark.bottom() + padding - rect.top() : mark.top() - padding - rect.bottom();
+        if (inside.contains(rect.translated(0, shift)))
+            rect.translate(0, shift);
+    }
+    return rect;
 }
 
 } // namespace
@@ -292,7 +309,7 @@ PlotLegend::Layout PlotLegend::layout() const
     made.room = QSizeF(std::max(inside.width() - size.width(), 0), std::max(inside.height() - size.height(), 0));
     made.corner = inside.topLeft();
     made.rect.setSize(size);
-    made.rect = made.rectAt(m_place);
+    made.rect = besideMarks(*curves(), made.rectAt(m_place), inside);
     return made;
 }
 
