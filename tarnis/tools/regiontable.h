@@ -55,6 +55,7 @@ private:
     TARNIS_NO_EXPORT void build();
     TARNIS_NO_EXPORT void setTexts();
     TARNIS_NO_EXPORT void showColumns();
+    TARNIS_NO_EXPORT void widenNet();
     TARNIS_NO_EXPORT void showMessage(const QString& text);
 
     QPointer<PlotRegions> m_regions;

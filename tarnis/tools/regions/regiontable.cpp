@@ -203,9 +203,19 @@ void RegionTable::showColumns()
         if (!view.isColumnHidden(column))
             view.setColumnWidth(column, view.columnWidth(column) + spare);
     }
-    // A net area can lose its significance with the next data.
-    const int limit = view.fontMetrics().horizontalAdvance(QStringLiteral("< 0000.0; -000(000)")) + spare;
-    view.setColumnWidth(RegionTableModel::Net, std::max(limit, view.columnWidth(RegionTableModel::Net)));
+    widenNet();
+}
+
+// The text of a net area without significance is longer, and the next data can take the significance away.
+void RegionTable::widenNet()
+{
+    const std::vector<RegionRow>& rows = m_model->rows();
+    if (std::all_of(rows.begin(), rows.end(), [](const RegionRow& row) { return row.isSignificant; }))
+        return;
+    QTableView& view = *m_controls->view;
+    const int width = view.fontMetrics().horizontalAdvance(QStringLiteral("< 0000.0; -000(000)"));
+    if (view.columnWidth(RegionTableModel::Net) < width)
+        view.setColumnWidth(RegionTableModel::Net, width);
 }
 
 void RegionTable::showMessage(const QString& text)
@@ -275,6 +285,7 @@ void RegionTable::refresh()
     m_controls->hint->setVisible(m_regions && m_model->rowCount() == 0);
     if (m_model->hasEnergies() != hadEnergies)
         showColumns();
+    widenNet();
 }
 
 void RegionTable::freeze()
