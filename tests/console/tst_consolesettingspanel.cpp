@@ -10,6 +10,8 @@
 
 #include <QCheckBox>
 #include <QHeaderView>
+#include <QLineEdit>
+#include <QPointer>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QStandardItemModel>
@@ -102,6 +104,26 @@ private Q_SLOTS:
         model.item(0, 0)->setText(QString(500, u'n'));
         TRY_VERIFY(table.columnWidth(0) > 200);
         QVERIFY(table.columnWidth(0) < 500);
+    }
+
+    void aReadingKeepsWhatTheUserIsTyping()
+    {
+        ScriptedServer server;
+        server.answerInTurn("setting", { okReply("rate: 10\nseed: 1\n"), okReply("rate: 10\nseed: 2\n") });
+        SettingsConsole fixture(server);
+        TRY_COMPARE(fixture.here("seed"), QStringLiteral("1"));
+        auto& table = fixture.widget<SettingsTable>("table");
+        table.edit(fixture.model().index(fixture.model().rowOf("rate"), SettingsModel::Value));
+        const QPointer<QLineEdit> editor = table.findChild<QLineEdit*>();
+        QVERIFY(editor);
+        QTest::keyClicks(editor, "25");
+        fixture.window->settingsPanel().read();
+        TRY_COMPARE(fixture.here("seed"), QStringLiteral("2"));
+        QVERIFY(editor);
+        QCOMPARE(editor->text(), QStringLiteral("25"));
+        QTest::keyClick(editor, Qt::Key_Return);
+        TRY_COMPARE(fixture.model().changedNames(), QStringList { "rate" });
+        QCOMPARE(fixture.here("rate"), QStringLiteral("25"));
     }
 
     void sendsBackChangesOfOtherClientsUnchanged()

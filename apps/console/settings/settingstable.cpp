@@ -1,6 +1,8 @@
 #include "settings/settingstable.h"
 
 #include <QHeaderView>
+#include <QLineEdit>
+#include <QStyledItemDelegate>
 
 #include <algorithm>
 
@@ -10,11 +12,25 @@ namespace {
 
 constexpr int maxNameChars = 40; // a longer name is elided
 
+/// Keeps what the user is typing when the values are read again.
+class SettingsDelegate : public QStyledItemDelegate {
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    void setEditorData(QWidget* editor, const QModelIndex& index) const override
+    {
+        const auto* const edit = qobject_cast<const QLineEdit*>(editor);
+        if (!edit || !edit->isModified())
+            QStyledItemDelegate::setEditorData(editor, index);
+    }
+};
+
 } // namespace
 
 SettingsTable::SettingsTable(QWidget* parent)
     : QTableView(parent)
 {
+    setItemDelegate(new SettingsDelegate(this));
     setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
     horizontalHeader()->setHighlightSections(false);
     verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 8);
