@@ -1,5 +1,6 @@
 // The fit panel on a plot: range and peaks by mouse, guess, fit, constraints, live data, history, lifetimes.
 #include "support/support.h"
+#include "support/wait.h"
 
 #include <tarnis/plots/multivectorgraphwidget.h>
 #include <tarnis/plots/plotmapping.h>
@@ -245,9 +246,9 @@ private Q_SLOTS:
         const auto text = std::find_if(
             labels.begin(), labels.end(), [&](const QLabel* label) { return label->text() == panel.message(); });
         QVERIFY(text != labels.end());
-        QTRY_VERIFY((*text)->height() >= (*text)->heightForWidth((*text)->width()));
-        QTRY_VERIFY((*text)->visibleRegion().boundingRect().height() < (*text)->height());
-        QTRY_VERIFY(panel.findChild<QScrollArea*>()->verticalScrollBar()->maximum() > 0);
+        TRY_VERIFY((*text)->height() >= (*text)->heightForWidth((*text)->width()));
+        TRY_VERIFY((*text)->visibleRegion().boundingRect().height() < (*text)->height());
+        TRY_VERIFY(panel.findChild<QScrollArea*>()->verticalScrollBar()->maximum() > 0);
     }
 
     void holdsATypedAndFixedValue()
