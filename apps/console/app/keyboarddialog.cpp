@@ -38,7 +38,8 @@ KeyboardDialog::KeyboardDialog(const QList<QMenu*>& menus, QWidget* parent)
     m_table->setShowGrid(false);
     m_table->setAlternatingRowColors(true);
     m_table->verticalHeader()->hide();
-    m_table->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 8);
+    m_table->verticalHeader()->setMinimumSectionSize(fontMetrics().height() + 8);
+    m_table->verticalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents); // long texts take two lines
     m_table->horizontalHeader()->setHighlightSections(false);
     m_table->horizontalHeader()->setStretchLastSection(true);
     auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Close, this);
