@@ -4,7 +4,6 @@
 #include <tarnis/plots/multivectorgraphwidget.h>
 #include <tarnis/plots/plotmapping.h>
 #include <tarnis/plots/xy2dgraphwidget.h>
-#include <tarnis/tools/plotlegend.h>
 #include <tarnis/tools/plotnavigator.h>
 
 #include <QAction>
@@ -312,27 +311,6 @@ private Q_SLOTS:
         test.navigator->goBack();
         QVERIFY(rangeX(test.plot).automatic);
         QVERIFY(!test.navigator->canGoBack()); // data made no entry
-    }
-
-    void marksOfHeldAxesAreBesideTheLegend()
-    {
-        Curves test;
-        feed(test.plot);
-        test.plot.setData(1, QList<double>(1000, 1.0), 1.0); // one curve has no legend
-        PlotLegend legend(&test.plot);
-        test.wheel(360, test.pixel(0.5, 0.5), Qt::ControlModifier);
-        for (const QPointF place : { QPointF(0, 0), QPointF(1, 1), QPointF(0, 1), QPointF(1, 0) }) {
-            legend.setPlace(place);
-            const QRect box = legend.overlayBoxes().constFirst();
-            const QList<QRect> marks = test.navigator->overlayBoxes(); // X at the lower right, Y at the upper left
-            for (const QRect& mark : marks)
-                QVERIFY(!mark.intersects(box) && PlotMapping::of(test.plot).frameRect().contains(mark));
-            QCOMPARE(marks.at(1).left() > box.right(), place == QPointF(0, 0)); // moved only where they meet
-            QCOMPARE(marks.at(0).right() < box.left(), place == QPointF(1, 1));
-        }
-        test.plot.grab();
-        QTest::mouseClick(&test.plot, Qt::LeftButton, {}, test.navigator->overlayBoxes().at(1).center());
-        QVERIFY(!test.navigator->isHeld(Qt::Vertical));
     }
 
     void keepsTheViewWhenRepliesSetTheAxisUpAgain()

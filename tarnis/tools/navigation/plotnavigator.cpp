@@ -219,21 +219,9 @@ QRect PlotNavigator::markFrame(Qt::Orientation axis) const
         return {};
     const QRect rect = PlotMapping::of(*plot()).frameRect();
     const QSize size = labelSize(QFontMetrics(plot()->font()), markText(axis));
-    const bool isX = axis == Qt::Horizontal;
-    QRect frame = isX
+    return axis == Qt::Horizontal
         ? labelFrame(size, rect.bottomRight() - QPoint(markMargin, markMargin), Qt::AlignRight | Qt::AlignBottom)
         : labelFrame(size, rect.topLeft() + QPoint(markMargin, markMargin), Qt::AlignLeft | Qt::AlignTop);
-    for (const InteractiveTool* const tool : toolsOf(*plot())) {
-        if (qobject_cast<const PlotNavigator*>(tool) != nullptr)
-            continue; // its marks depend on these
-        for (const QRect& box : tool->overlayBoxes()) { // a legend: beside it if there is room
-            const QRect beside = isX ? frame.translated(box.left() - markMargin - 1 - frame.right(), 0)
-                                     : frame.translated(box.right() + markMargin + 1 - frame.left(), 0);
-            if (frame.intersects(box) && rect.contains(beside))
-                frame = beside;
-        }
-    }
-    return frame;
 }
 
 QList<QRect> PlotNavigator::overlayBoxes() const
@@ -261,7 +249,7 @@ void PlotNavigator::paintOverlay(QPainter& painter, const PlotMapping& mapping)
     QRegion marks;
     for (const QRect& frame : overlayBoxes())
         marks += frame.adjusted(-1, -1, 1, 1);
-    noteDrawn(painter, marks, true); // of the legend
+    noteDrawn(painter, marks);
 }
 
 bool PlotNavigator::isSaved() const
