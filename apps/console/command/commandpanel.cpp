@@ -192,7 +192,7 @@ void CommandPanel::upload(const QString& path)
 void CommandPanel::sendFile(const QString& request, const QByteArray& content)
 {
     Q_EMIT statusMessage({});
-    // Latin-1 in both directions preserves every byte. The session itself rejects a file with the byte 0x04.
+    // Latin-1 in both directions preserves every byte. The client refuses a file with the byte 0x04.
     const QString shown = QStringLiteral("%1  (%2)").arg(request, byteCountText(content.size()));
     send({ request + u'\n' + QString::fromLatin1(content), shown, false });
 }

@@ -22,7 +22,7 @@ class History;
 class ServerController;
 class Uploader;
 
-/// Sends typed commands one after the other on its own session, and shows every reply. GUI thread.
+/// Sends typed commands one after the other on its own connection, and shows every reply. GUI thread.
 class CommandPanel : public QWidget {
     Q_OBJECT
 public:

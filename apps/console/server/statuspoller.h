@@ -16,7 +16,7 @@ namespace console {
 class ServerController;
 class CommandChannel;
 
-/// Sends "stat" on its own session while a server is up and not busy, unless its state was reported in the meantime.
+/// Sends "stat" on its own connection while a server is up and not busy, unless its state was reported in the meantime.
 /// Passes the replies to the controller and emits them for all windows that show values of them. GUI thread.
 class StatusPoller : public QObject {
     Q_OBJECT

@@ -24,7 +24,7 @@ namespace console {
 class CommandChannel;
 class ServerController;
 
-/// A row for each answer, with a column for each value. Sends on its own session, and only on request. GUI thread.
+/// A row for each answer, with a column for each value. Sends on its own connection, and only on request. GUI thread.
 class ModulesWindow : public NameValueListDialog {
     Q_OBJECT
 public:

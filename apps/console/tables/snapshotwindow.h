@@ -22,7 +22,7 @@ class CommandChannel;
 class ServerController;
 class StatusPoller;
 
-/// Sends the command when it opens and on every refresh: through the poller, or on its own session. After a failure the
+/// Sends the command when it opens and on every refresh: through the poller, or on its own connection. After a failure the
 /// last values remain shown. The filtered rows can be saved as CSV.
 class SnapshotWindow : public NameValueListDialog {
     Q_OBJECT
