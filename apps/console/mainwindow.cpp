@@ -22,6 +22,7 @@
 #include "server/statustext.h"
 #include "settings/settingspanel.h"
 #include "ui_mainwindow.h"
+#include "windowentries.h"
 #include "windows/openwindows.h"
 #include "windows/plotlook.h"
 #include "windows/windowaccess.h"

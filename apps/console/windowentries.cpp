@@ -1,4 +1,9 @@
-#include "windows/window.h"
+#include "windowentries.h"
+
+#include "browse/browseentries.h"
+#include "histograms/histogramentries.h"
+#include "log/logentry.h"
+#include "tables/tableentries.h"
 
 namespace console {
 

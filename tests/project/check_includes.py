@@ -71,7 +71,15 @@ def included(path):
     return INCLUDE.findall(path.read_text(encoding="utf-8"))
 
 
+def unknown_folder_faults(root, parent, known):
+    """A new folder needs an entry in the tables above."""
+    for folder in sorted(parent.glob("*")):
+        if folder.is_dir() and folder.name not in known and sources_of(folder):
+            yield f"{folder.relative_to(root)}: has no rule for what it may include"
+
+
 def library_faults(root):
+    yield from unknown_folder_faults(root, root / "tarnis", ALLOWED)
     for folder, may_include in ALLOWED.items():
         for path in sorted((root / "tarnis" / folder).rglob("*")):
             if path.suffix not in SOURCES:
@@ -100,6 +108,7 @@ def leaf_faults(root):
 
 
 def plot_room_faults(root):
+    yield from unknown_folder_faults(root, root / "tarnis" / "plots", PLOT_ROOMS)
     for room, may_include in PLOT_ROOMS.items():
         for path in sources_of(root / "tarnis" / "plots" / room):
             for target in included(path):
@@ -118,14 +127,12 @@ def tool_room_faults(root):
                 parts = target.split("/")
                 if target.startswith("tarnis/tools/") and len(parts) == 4 and parts[2] not in {room, *may_include}:
                     yield f"{path.relative_to(root)}: {target}: tools/{room} may not include it"
-    for path in sources_of(tools):
-        folder = path.relative_to(tools).parts[0]
-        if path.parent != tools and folder not in TOOL_ROOMS:
-            yield f"{path.relative_to(root)}: {folder} is not a known room of tarnis/tools"
+    yield from unknown_folder_faults(root, tools, TOOL_ROOMS)
 
 
 def console_faults(root):
     console = root / "apps" / "console"
+    yield from unknown_folder_faults(root, console, {*CONSOLE_ROOMS, "tour"})
     for room, may_include in CONSOLE_ROOMS.items():
         for path in sources_of(console / room):
             for target in included(path):
@@ -138,6 +145,32 @@ def console_faults(root):
             for target in included(path):
                 if target.startswith("tour/"):
                     yield f"{path.relative_to(root)}: {target}: only main.cpp and the tour itself include the tour"
+
+
+def program_faults(root):
+    for path in sources_of(root / "apps"):
+        program = path.relative_to(root / "apps").parts[0]
+        for target in included(path):
+            if not target.startswith("tarnis/") and is_of_other_program(root / "apps", program, target):
+                yield f"{path.relative_to(root)}: {target}: no program includes another"
+
+
+def is_of_other_program(apps, program, target):
+    others = [folder for folder in apps.glob("*") if folder.is_dir() and folder.name != program]
+    return not (apps / program / target).exists() and (
+        any((folder / target).exists() for folder in others) or target.split("/")[0] in {o.name for o in others})
+
+
+def readme_faults(root):
+    """Compares what a README says that its folder may include with the tables above."""
+    folders = {f"tarnis/{name}": allowed for name, allowed in ALLOWED.items()}
+    folders |= {f"apps/console/{name}": allowed for name, allowed in CONSOLE_ROOMS.items()}
+    for folder, allowed in folders.items():
+        readme = root / folder / "README.md"
+        text = readme.read_text(encoding="utf-8").replace("\n", " ") if readme.exists() else ""
+        line = re.search(r"May include:? ([^.]*)\.", text)
+        if line and set(re.findall(r"`(\w+)`", line[1])) != allowed:
+            yield f"{folder}/README.md: May include: {', '.join(sorted(allowed)) or 'Qt only'}"
 
 
 def sources_of(folder):
@@ -170,7 +203,7 @@ def main():
     root = pathlib.Path(sys.argv[1])
     faults = [
         *library_faults(root), *leaf_faults(root), *plot_room_faults(root), *tool_room_faults(root),
-        *console_faults(root), *outside_faults(root)
+        *console_faults(root), *program_faults(root), *outside_faults(root), *readme_faults(root)
     ]
     print("\n".join(faults))
     print(f"{len(faults)} faults")

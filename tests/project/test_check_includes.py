@@ -58,9 +58,26 @@ class CheckIncludes(unittest.TestCase):
         self.write("tarnis/tools/base/a.cpp", '#include "tarnis/tools/panels/b_p.h"\n')
         self.assertIn("tools/base may not include it", self.faults())
 
-    def test_unknown_tool_room(self):
-        self.write("tarnis/tools/attic/a.cpp", "")
-        self.assertIn("attic is not a known room", self.faults())
+    def test_unknown_folder(self):
+        for folder in ("tarnis", "tarnis/plots", "tarnis/tools", "apps/console"):
+            self.write(f"{folder}/attic/a.cpp", "")
+            self.assertIn(f"{folder}/attic: has no rule", self.faults())
+
+    def test_program_that_includes_another(self):
+        self.write("apps/console/main.cpp", '#include "log/log.h"\n#include "app.h"\n')
+        self.write("apps/simserver/app.h", "")
+        self.write("apps/console/app.h", "")
+        self.assertEqual(self.faults(), "\n0 faults\n")
+        self.write("apps/simserver/faults.h", "")
+        for target in ("faults.h", "simserver/faults.h"):
+            self.write("apps/console/main.cpp", f'#include "{target}"\n')
+            self.assertIn("no program includes another", self.faults())
+
+    def test_readme_that_says_otherwise(self):
+        self.write("tarnis/peak/README.md", "Purpose: fits.\n\nMay include: `foundation`.\n")
+        self.assertEqual(self.faults(), "\n0 faults\n")
+        self.write("tarnis/peak/README.md", "May include: `foundation`,\n`server`.\n")
+        self.assertIn("tarnis/peak/README.md: May include: foundation", self.faults())
 
     def test_plot_rooms(self):
         self.write("tarnis/plots/raster/a.cpp", '#include "tarnis/plots/math/a_p.h"\n#include <QPainter>\n')

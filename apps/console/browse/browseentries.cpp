@@ -1,11 +1,12 @@
 // The server's folders, files, runs and texts.
+#include "browse/browseentries.h"
+
 #include "browse/pathwindows.h"
 #include "browse/runswindow.h"
 #include "browse/servertext.h"
 #include "command/commandpanel.h"
 #include "server/servercontroller.h"
 #include "settings/settingsmodel.h"
-#include "windows/window.h"
 
 namespace console {
 

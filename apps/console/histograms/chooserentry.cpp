@@ -1,5 +1,6 @@
+#include "histograms/histogramentries.h"
+
 #include "histograms/histogramchooser.h"
-#include "windows/window.h"
 
 namespace console {
 

@@ -1,9 +1,10 @@
 // The live 1D windows: rows of all modules, the sum in the pair format, a single row, a measured spectrum. Rows, axes
 // and units are those listed by the server; without a list, those of the simulated server with default settings.
+#include "histograms/histogramentries.h"
+
 #include "histograms/histogramlist.h"
 #include "histograms/livewindows.h"
 #include "histograms/serverhistograms.h"
-#include "windows/window.h"
 
 #include <functional>
 #include <optional>

@@ -1,9 +1,10 @@
 // The live 2D window on the detector's image. The numbers of bins are those listed by the server, or 256 each without a
 // list.
+#include "histograms/histogramentries.h"
+
 #include "histograms/histogramlist.h"
 #include "histograms/livewindows.h"
 #include "histograms/serverhistograms.h"
-#include "windows/window.h"
 
 #include <optional>
 

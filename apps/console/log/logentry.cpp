@@ -1,5 +1,6 @@
+#include "log/logentry.h"
+
 #include "log/logwindow.h"
-#include "windows/window.h"
 
 namespace console {
 

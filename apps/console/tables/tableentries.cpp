@@ -1,10 +1,11 @@
 // The server's statistics, its two snapshots, commands to the readout modules, and the event rate over time.
+#include "tables/tableentries.h"
+
 #include "histograms/livewindows.h"
 #include "server/servercontroller.h"
 #include "tables/moduleswindow.h"
 #include "tables/ratewindow.h"
 #include "tables/snapshotwindow.h"
-#include "windows/window.h"
 
 #include <tarnis/server/tarniscmds.h>
 

@@ -1,11 +1,11 @@
-// The registry of windows that the console can open. A new window needs one more file with one more entry.
+// What a window of the console is. A new window needs one more entry, in the file of entries of its room, and a place
+// in windowentries.cpp.
 #pragma once
 
 #include <QCoreApplication>
 #include <QString>
 
 #include <functional>
-#include <vector>
 
 class QSettings;
 class QWidget;
@@ -49,25 +49,5 @@ struct WindowEntry {
     QString shortcut = {}; ///< the first nine have Ctrl and their number by default
     QString histogram = {}; ///< the server's histogram that the window needs
 };
-
-/// In the order of the menu.
-std::vector<WindowEntry> windowEntries();
-
-WindowEntry rowsEntry();
-WindowEntry pairsEntry();
-WindowEntry singleRowEntry();
-WindowEntry spectrumEntry();
-WindowEntry mapEntry();
-WindowEntry statisticsEntry();
-WindowEntry basePathEntry();
-WindowEntry serverFilesEntry();
-WindowEntry statSnapshotEntry();
-WindowEntry settingSnapshotEntry();
-WindowEntry modulesEntry();
-WindowEntry rateEntry();
-WindowEntry histogramsEntry();
-WindowEntry runsEntry();
-WindowEntry serverTextEntry();
-WindowEntry logEntry();
 
 } // namespace console
