@@ -55,7 +55,7 @@ MainWindow::MainWindow(QSettings& store, const QString& language)
     , m_entries(windowEntries())
     , m_windows(new OpenWindows(*this, store))
     , m_histograms(new ServerHistograms(*m_controller))
-    , m_follower(new HistogramWindowUpdater(*m_windows, *m_histograms))
+    , m_windowUpdater(new HistogramWindowUpdater(*m_windows, *m_histograms))
 {
     ui->setupUi(this);
     new WindowAccess(this); // the window's
@@ -63,9 +63,9 @@ MainWindow::MainWindow(QSettings& store, const QString& language)
     ui->viewMenu->addMenu(new PlotLookMenu(m_store, ui->viewMenu));
     m_commandPanel = new CommandPanel(*m_controller, this);
     m_settingsPanel = new SettingsPanel(*m_controller, this);
-    m_stateWatch = new StatusPoller(
+    m_statusPoller = new StatusPoller(
         *m_controller, [this] { return !m_commandPanel->isBusy(); }, this);
-    m_runPanel = new RunPanel(*m_controller, *m_stateWatch, ui->centre);
+    m_runPanel = new RunPanel(*m_controller, *m_statusPoller, ui->centre);
     ui->centreLayout->insertWidget(1, m_runPanel);
     ui->runMenu->addActions(m_runPanel->actions());
     ui->splitter->insertWidget(0, m_commandPanel);
@@ -88,7 +88,7 @@ MainWindow::MainWindow(QSettings& store, const QString& language)
         m_isRunGivenUp = false;
     });
     connect(m_controller, &ServerController::stateChanged, this, &MainWindow::updateControls);
-    connect(m_saves, &SaveReports::saved, m_stateWatch, &StatusPoller::noteSaved);
+    connect(m_saves, &SaveReports::saved, m_statusPoller, &StatusPoller::noteSaved);
     connect(m_controller, &ServerController::alert, this, &MainWindow::onAlert);
     connect(m_controller, &ServerController::statusMessage, this, &MainWindow::onStatusMessage);
     connect(m_commandPanel, &CommandPanel::statusMessage, this, &MainWindow::onStatusMessage);
@@ -101,11 +101,11 @@ MainWindow::MainWindow(QSettings& store, const QString& language)
             ui->alertBar->setAlert({});
     });
     connect(m_commandPanel, &CommandPanel::commandTyped, this, &MainWindow::remember);
-    connect(m_commandPanel, &CommandPanel::accepted, m_stateWatch, [this](const QString& command) {
+    connect(m_commandPanel, &CommandPanel::accepted, m_statusPoller, [this](const QString& command) {
         if (changesRun(command))
-            m_stateWatch->refresh();
+            m_statusPoller->refresh();
     });
-    connect(m_commandPanel, &CommandPanel::busyChanged, m_stateWatch, &StatusPoller::refreshIfFree);
+    connect(m_commandPanel, &CommandPanel::busyChanged, m_statusPoller, &StatusPoller::refreshIfFree);
     connect(m_commandPanel, &CommandPanel::busyChanged, this, &MainWindow::updateControls);
     connect(m_settingsPanel, &SettingsPanel::controlsChanged, this, &MainWindow::updateControls);
     connect(ui->alertBar, &AlertBar::actionTriggered, this, &MainWindow::onAlertAction);
@@ -118,10 +118,10 @@ MainWindow::~MainWindow()
 {
     m_controller->disconnect(this);
     delete m_runPanel; // uses the poller
-    delete m_stateWatch; // uses the panel
+    delete m_statusPoller; // uses the panel
     delete m_commandPanel; // before the manager that created their sessions
     delete m_settingsPanel;
-    delete m_follower;
+    delete m_windowUpdater;
     delete m_windows;
     delete m_histograms;
     delete m_saves;
@@ -147,8 +147,8 @@ void MainWindow::connectActions()
     connect(ui->saveRecordAction, &QAction::triggered, this, &MainWindow::saveRecord);
     connect(ui->clearRecordAction, &QAction::triggered, m_commandPanel, &CommandPanel::clearRecord);
     connect(ui->readAction, &QAction::triggered, m_settingsPanel, &SettingsPanel::read);
-    connect(ui->downloadAction, &QAction::triggered, this, [this] { m_settingsPanel->download(false); });
-    connect(ui->downloadSaveAction, &QAction::triggered, this, [this] { m_settingsPanel->download(true); });
+    connect(ui->sendSettingsAction, &QAction::triggered, this, [this] { m_settingsPanel->send(false); });
+    connect(ui->sendAndSaveAction, &QAction::triggered, this, [this] { m_settingsPanel->send(true); });
     connect(ui->goToCommandAction, &QAction::triggered, m_commandPanel, &CommandPanel::focusCommand);
     connect(ui->goToSettingsAction, &QAction::triggered, m_settingsPanel, &SettingsPanel::focusTable);
     connect(ui->goToConsoleAction, &QAction::triggered, this, [this] { OpenWindows::bringForward(*this); });
@@ -212,11 +212,11 @@ void MainWindow::updateControls()
     setAvailable(
         ui->giveUpAction, m_commandPanel->isBusy(), tr("Stop waiting for the reply"), tr("No command is under way"));
     setAvailable(ui->readAction, isUp, tr("Ask the server for its settings"), needsServer);
-    const bool canSend = m_settingsPanel->canDownload();
+    const bool canSend = m_settingsPanel->canSend();
     const QString wait = isUp ? tr("Wait until the sent lines are answered") : needsServer;
-    setAvailable(ui->downloadAction, m_settingsPanel->hasChangesToSend(), tr("Send the settings to the server"),
+    setAvailable(ui->sendSettingsAction, m_settingsPanel->hasChangesToSend(), tr("Send the settings to the server"),
         canSend ? tr("There is nothing to send: all settings are as on the server") : wait);
-    setAvailable(ui->downloadSaveAction, canSend, tr("Send the settings and let the server store them"), wait);
+    setAvailable(ui->sendAndSaveAction, canSend, tr("Send the settings and let the server store them"), wait);
     const bool hasRecord = m_commandPanel->hasRecord();
     const QString noRecord = tr("The record is empty");
     setAvailable(ui->saveRecordAction, hasRecord, tr("Write the commands and replies to a text file"), noRecord);
@@ -346,7 +346,7 @@ void MainWindow::chooseServer(const ServerChoice& current, const QByteArray& cur
 
 QString MainWindow::runNumber() const
 {
-    const std::optional<qint64> run = m_stateWatch->runStatus().run;
+    const std::optional<qint64> run = m_statusPoller->runStatus().run;
     return run ? QString::number(*run) : QString();
 }
 

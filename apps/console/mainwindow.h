@@ -54,8 +54,8 @@ public:
     OpenWindows& windows() { return *m_windows; }
     SaveReports& saves() { return *m_saves; }
     ServerHistograms& histograms() { return *m_histograms; }
-    HistogramWindowUpdater& follower() { return *m_follower; }
-    StatusPoller& stateWatch() { return *m_stateWatch; }
+    HistogramWindowUpdater& windowUpdater() { return *m_windowUpdater; }
+    StatusPoller& statusPoller() { return *m_statusPoller; }
 
     /// Closes without asking about a run, when the program is terminated from outside.
     void leave();
@@ -99,14 +99,14 @@ protected:
     SaveReports* m_saves;
     CommandPanel* m_commandPanel;
     SettingsPanel* m_settingsPanel;
-    StatusPoller* m_stateWatch;
+    StatusPoller* m_statusPoller;
     RunPanel* m_runPanel;
     std::vector<WindowEntry> m_entries; ///< never grows: open windows refer to their entries
     QList<QAction*> m_windowActions; ///< one for each entry
     QList<QAction*> m_openActions; ///< open windows in the menu at its last update
     OpenWindows* m_windows;
     ServerHistograms* m_histograms;
-    HistogramWindowUpdater* m_follower;
+    HistogramWindowUpdater* m_windowUpdater;
     QStringList m_windowsToReopen; ///< windows of the previous session that could not be opened yet
     bool m_isReopening = false;
     bool m_isServerChosen = false;

@@ -19,10 +19,10 @@ QString MainWindow::lossWithServer() const
     if (m_controller->isRunAtStake())
         return tr("A run is under way at %1. It ends with the server.").arg(m_controller->serverName());
     if (!m_controller->isLocal() || m_controller->state() != ServerState::Up
-        || !m_stateWatch->unsavedData().wouldBeLost())
+        || !m_statusPoller->unsavedData().wouldBeLost())
         return {};
     return tr("The %1 events of the last run were not saved. They are lost when %2 ends.")
-        .arg(QStringLiteral("%L1").arg(m_stateWatch->runStatus().events.value_or(0)), m_controller->serverName());
+        .arg(QStringLiteral("%L1").arg(m_statusPoller->runStatus().events.value_or(0)), m_controller->serverName());
 }
 
 void MainWindow::unlessRunMatters(const std::function<void()>& action, const std::function<void()>& otherwise)

@@ -52,7 +52,7 @@ QWidget* MainWindow::openWindow(const WindowEntry& entry)
     if (entry.histogram.isEmpty())
         return m_windows->show(entry.id, make, title);
     using Listed = HistogramWindow::Listed;
-    return m_follower->show({ entry.id, entry.histogram, m_histograms->find(entry.histogram),
+    return m_windowUpdater->show({ entry.id, entry.histogram, m_histograms->find(entry.histogram),
         [make](const Listed&) { return make(); }, [title](const Listed&) { return title(); } });
 }
 
@@ -107,7 +107,8 @@ void MainWindow::listOpenWindows()
 
 WindowContext MainWindow::windowContext()
 {
-    return { *m_controller, this, *m_commandPanel, *m_windows, m_store, *m_histograms, *m_follower, *m_stateWatch };
+    return { *m_controller, this, *m_commandPanel, *m_windows, m_store, *m_histograms, *m_windowUpdater,
+        *m_statusPoller };
 }
 
 bool MainWindow::reopenWindow(const QString& id)

@@ -23,8 +23,8 @@ class Graph1DDialog;
 }
 
 /// Polls one binary command on a session of its own. A valid reply starts a single-shot timer of one second, which
-/// sends the next command while "AutoUpdate" is checked. An unreadable reply stops the polling until the next update(),
-/// a lost connection permanently. The window deletes itself on close.
+/// sends the next command while "AutoUpdate" is checked. An unreadable reply or a lost connection stops the polling
+/// until the next update(), which opens a new session if needed. The window deletes itself on close.
 class TARNIS_EXPORT Graph1DDialog : public QDialog {
     Q_OBJECT
 public:

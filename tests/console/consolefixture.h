@@ -62,7 +62,7 @@ public:
         , window(std::make_unique<console::MainWindow>(store))
     {
         window->controller().m_endTimeoutMs = 50;
-        window->stateWatch().setInterval(0); // tests count the commands that they send
+        window->statusPoller().setInterval(0); // tests count the commands that they send
         window->show();
     }
 

@@ -59,7 +59,7 @@ public:
         : m_window(window)
         , m_log(logFile)
         , m_context { window.controller(), &window, window.commandPanel(), window.windows(), store, window.histograms(),
-            window.follower(), window.stateWatch() }
+            window.windowUpdater(), window.statusPoller() }
     {
     }
 

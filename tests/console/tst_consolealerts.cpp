@@ -234,7 +234,7 @@ private Q_SLOTS:
         QVERIFY(file.open(QIODevice::WriteOnly));
         QSettings store(file.fileName() + QStringLiteral("/console.ini"), QSettings::IniFormat);
         MainWindow window(store);
-        window.stateWatch().setInterval(0);
+        window.statusPoller().setInterval(0);
         window.show();
         ScriptedServer server;
         Options options;

@@ -44,8 +44,8 @@ public:
     bool knowsEvents()
     {
         return eventually([this] {
-            window->stateWatch().request();
-            return window->stateWatch().runStatus().events.value_or(0) > 0;
+            window->statusPoller().request();
+            return window->statusPoller().runStatus().events.value_or(0) > 0;
         });
     }
     bool isUp() const { return window->controller().state() == ServerState::Up; }
@@ -165,7 +165,7 @@ private Q_SLOTS:
         TRY_VERIFY(!fixture.question());
         QVERIFY(fixture.isUp());
         QVERIFY(fixture.window->isVisible());
-        fixture.window->stateWatch().noteSaved();
+        fixture.window->statusPoller().noteSaved();
         fixture.choose(qPrintable(action));
         QVERIFY(!fixture.question());
         QVERIFY(fixture.reaches(afterwards));
@@ -179,8 +179,8 @@ private Q_SLOTS:
         server.answer(
             "stat", { Step::text("OK:\n--run\nstate: STOPPED\nrun: 1\nrun directory: none\nevents: 1234\n") });
         ConsoleFixture fixture(server);
-        fixture.window->stateWatch().request();
-        TRY_COMPARE(fixture.window->stateWatch().runStatus().events.value_or(0), 1234);
+        fixture.window->statusPoller().request();
+        TRY_COMPARE(fixture.window->statusPoller().runStatus().events.value_or(0), 1234);
         fixture.choose("shutDownAction");
         QVERIFY(fixture.reaches(ServerState::Off));
     }

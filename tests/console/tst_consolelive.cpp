@@ -131,7 +131,7 @@ private Q_SLOTS:
         live.curves->findChild<QComboBox*>(QStringLiteral("typeComboBox"))
             ->setCurrentText(QStringLiteral("Sum of All"));
 
-        fixture.window->stateWatch().noteSaved(); // otherwise the end of the server would be a question
+        fixture.window->statusPoller().noteSaved(); // otherwise the end of the server would be a question
         fixture.choose(action.constData());
         QVERIFY(live.allShow(QStringLiteral("resumes")));
         QVERIFY(noBoxIsOpen());

@@ -350,7 +350,7 @@ private Q_SLOTS:
             static QString titleOf(const VectorGraphWidget& plot) { return plot.*(&Plot::m_title); }
         };
         ConsoleFixture fixture;
-        const RateWindow window(fixture.window->controller(), fixture.window->stateWatch(), nullptr);
+        const RateWindow window(fixture.window->controller(), fixture.window->statusPoller(), nullptr);
         const auto* const plot = window.findChild<VectorGraphWidget*>();
         QCOMPARE(Plot::titleOf(*plot), QStringLiteral("Event Rate"));
         setLanguage(QStringLiteral("de"));

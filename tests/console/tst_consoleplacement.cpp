@@ -194,7 +194,7 @@ private Q_SLOTS:
         TRY_VERIFY(!console.fixture.window->isVisible());
 
         MainWindow next(store);
-        next.stateWatch().setInterval(0);
+        next.statusPoller().setInterval(0);
         next.show();
         Options options;
         options.server = ServerChoice { ServerChoice::Kind::Remote, {}, ScriptedServer::host(), console.server.port() };

@@ -31,8 +31,8 @@ public:
     bool knowsEvents(qint64 events)
     {
         const auto isKnown = [&] {
-            window->stateWatch().request(); // a poll under way may have been sent before
-            return window->stateWatch().runStatus().events == events;
+            window->statusPoller().request(); // a poll under way may have been sent before
+            return window->statusPoller().runStatus().events == events;
         };
         return eventually(isKnown);
     }
@@ -134,11 +134,11 @@ private Q_SLOTS:
         server.answer("clear", { Step::text("OK:\n") });
         RunConsole console(server);
         QVERIFY(console.knowsEvents(50));
-        console.window->stateWatch().setInterval(never);
-        TRY_VERIFY(!console.window->stateWatch().isAsking());
+        console.window->statusPoller().setInterval(never);
+        TRY_VERIFY(!console.window->statusPoller().isAsking());
         server.answer("stat", stat("STOPPED", 1, 0));
         console.send(QStringLiteral("clear"));
-        TRY_COMPARE(console.window->stateWatch().runStatus().events, std::optional<qint64>(0));
+        TRY_COMPARE(console.window->statusPoller().runStatus().events, std::optional<qint64>(0));
     }
 
     void pollsAgainIfAStopOvertakesAPoll()
@@ -151,14 +151,14 @@ private Q_SLOTS:
         Script slow = stat("RUNNING", 1, 30);
         slow.insert(slow.begin(), Step::hold("gate"));
         server.answerInTurn("stat", { slow, stat("STOPPED", 1, 3073) });
-        console.window->stateWatch().request();
+        console.window->statusPoller().request();
         QVERIFY(server.waitForHold("gate"));
-        console.window->stateWatch().setInterval(never);
+        console.window->statusPoller().setInterval(never);
         console.send(QStringLiteral("stop"));
         QVERIFY(console.has(Tarnis::SERVER_CONNECTED));
         server.open("gate");
-        TRY_COMPARE(console.window->stateWatch().runStatus().events, std::optional<qint64>(3073));
-        QCOMPARE(console.window->stateWatch().runStatus().isRunning, std::optional(false));
+        TRY_COMPARE(console.window->statusPoller().runStatus().events, std::optional<qint64>(3073));
+        QCOMPARE(console.window->statusPoller().runStatus().isRunning, std::optional(false));
     }
 
     void showsWhatTheServerReportsOfTheRun()
@@ -199,7 +199,7 @@ private Q_SLOTS:
         }
         QVERIFY(receives(server, "clear"));
         TRY_VERIFY(console.widget<QAbstractButton>("clearRunButton").isEnabled());
-        console.window->stateWatch().noteSaved();
+        console.window->statusPoller().noteSaved();
         console.press("clearRunButton");
         QVERIFY(receives(server, "clear", 2));
         QVERIFY(!console.question());
@@ -256,7 +256,7 @@ private Q_SLOTS:
         server.answer("stat", stat("RUNNING", 1, 5));
         RunConsole console(server);
         int replies = 0;
-        connect(&console.window->stateWatch(), &StatusPoller::replied, this, [&replies] { ++replies; });
+        connect(&console.window->statusPoller(), &StatusPoller::replied, this, [&replies] { ++replies; });
         const auto others = server.requests().count("stat");
         const auto* const rate = console.open<RateWindow>("rate");
         const auto* const snapshot = console.open<SnapshotWindow>("stat-snapshot");

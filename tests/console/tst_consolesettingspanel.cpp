@@ -52,9 +52,9 @@ public:
     bool pressed(const char* button)
     {
         press(button);
-        return eventually([this] { return window->settingsPanel().canDownload(); });
+        return eventually([this] { return window->settingsPanel().canSend(); });
     }
-    bool sends(const QString& name, const QString& value) { return edit(name, value) && pressed("downloadButton"); }
+    bool sends(const QString& name, const QString& value) { return edit(name, value) && pressed("sendSettingsButton"); }
 
 private:
     void waitForSettings(const ScriptedServer& server)
@@ -147,8 +147,8 @@ private Q_SLOTS:
     void thePressOfAButtonDoesNotMoveTheKeyboardToTheBasePath_data()
     {
         QTest::addColumn<QByteArray>("button");
-        QTest::newRow("download") << QByteArray("downloadButton");
-        QTest::newRow("download and save") << QByteArray("saveButton");
+        QTest::newRow("send") << QByteArray("sendSettingsButton");
+        QTest::newRow("send and save") << QByteArray("saveButton");
     }
     void thePressOfAButtonDoesNotMoveTheKeyboardToTheBasePath()
     {
@@ -175,10 +175,10 @@ private Q_SLOTS:
         SettingsConsole fixture(server);
         TRY_COMPARE(fixture.here("rate"), QStringLiteral("10"));
         QVERIFY(fixture.edit("rate", "20"));
-        auto& button = fixture.widget<QPushButton>("downloadButton");
+        auto& button = fixture.widget<QPushButton>("sendSettingsButton");
         TRY_VERIFY(button.isEnabled());
         button.setFocus();
-        fixture.press("downloadButton");
+        fixture.press("sendSettingsButton");
         QVERIFY(server.waitForHold("reading"));
         QVERIFY(!button.isEnabled());
         QVERIFY(!fixture.window->focusWidget()); // key presses have no effect
@@ -197,11 +197,11 @@ private Q_SLOTS:
         fixture.use(server);
         TRY_VERIFY(fixture.settingsState().contains(QStringLiteral("secret")));
         QVERIFY(fixture.model().add("rate", "20"));
-        QVERIFY(fixture.pressed("downloadButton"));
+        QVERIFY(fixture.pressed("sendSettingsButton"));
         QVERIFY(server.waitForRequest("setting rate:20 "));
     }
 
-    void aDownloadCannotBePressedTwice()
+    void sendCannotBePressedTwice()
     {
         ScriptedServer server;
         server.answerInTurn(
@@ -487,7 +487,7 @@ private Q_SLOTS:
         ScriptedServer server;
         server.answer("setting", okReply("rate: 10\n"));
         SettingsConsole fixture;
-        auto& send = fixture.widget<QPushButton>("downloadButton");
+        auto& send = fixture.widget<QPushButton>("sendSettingsButton");
         auto& remove = fixture.widget<QPushButton>("removeButton");
         auto& address = fixture.widget<QPushButton>("addressButton");
         fixture.widget<QLineEdit>("ipEdit").setText(QStringLiteral("192.168.0.16"));

@@ -19,7 +19,7 @@ Script statReply(const QByteArray& state)
 class WatchingConsole : public ConsoleFixture {
 public:
     using ConsoleFixture::ConsoleFixture;
-    void watch() { window->stateWatch().setInterval(20); }
+    void watch() { window->statusPoller().setInterval(20); }
     bool has(Tarnis::SERVER_STATUS status)
     {
         return eventually([&] { return window->controller().status() == status; });
@@ -96,11 +96,11 @@ private Q_SLOTS:
         fixture.send(QStringLiteral("long"));
         QVERIFY(server.waitForHold("gate"));
         const auto before = server.requests().count("stat");
-        QVERIFY(!fixture.window->stateWatch().ask());
+        QVERIFY(!fixture.window->statusPoller().ask());
         server.open("gate");
         QVERIFY(fixture.isFree());
-        QVERIFY(fixture.window->stateWatch().ask());
-        QVERIFY(!fixture.window->stateWatch().ask()); // one at a time
+        QVERIFY(fixture.window->statusPoller().ask());
+        QVERIFY(!fixture.window->statusPoller().ask()); // one at a time
         QVERIFY(fixture.asks(server, int(before) + 1));
     }
 
@@ -113,7 +113,7 @@ private Q_SLOTS:
         Tarnis& tarnis = fixture.window->controller().tarnis();
         for (const auto busy : { Tarnis::HARDWARE_BUSY, Tarnis::STARTING, Tarnis::LOADING }) {
             tarnis.SetStatus(busy);
-            QVERIFY(!fixture.window->stateWatch().ask());
+            QVERIFY(!fixture.window->statusPoller().ask());
             fixture.window->controller().readState("OK:\nstate: RUNNING\n", 0); // requested before it was busy
             QCOMPARE(fixture.window->controller().status(), busy);
         }
@@ -146,8 +146,8 @@ private Q_SLOTS:
         auto* const statistics = fixture.open<LiveStatistics>("statistics");
         QVERIFY(statistics);
         QVERIFY(fixture.has(Tarnis::RUNNING));
-        fixture.window->stateWatch().setInterval(timeoutMs);
-        QVERIFY(!fixture.window->stateWatch().ask());
+        fixture.window->statusPoller().setInterval(timeoutMs);
+        QVERIFY(!fixture.window->statusPoller().ask());
     }
 
     void doesNotPollAStoppedServer()
@@ -159,7 +159,7 @@ private Q_SLOTS:
         fixture.choose("shutDownAction");
         QVERIFY(fixture.reaches(ServerState::Off));
         QVERIFY(server.waitUntilDeserted());
-        QVERIFY(!fixture.window->stateWatch().ask());
+        QVERIFY(!fixture.window->statusPoller().ask());
     }
 };
 

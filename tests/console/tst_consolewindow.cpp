@@ -68,7 +68,7 @@ private Q_SLOTS:
         fixture.use(server);
         TRY_COMPARE(model.rowCount(), 1);
         model.setData(model.index(0, SettingsModel::Value), "0", Qt::EditRole);
-        fixture.press("downloadButton");
+        fixture.press("sendSettingsButton");
         TRY_VERIFY(fixture.settingsState().contains(QStringLiteral("rate is too small")));
         QCOMPARE(model.changedNames(), QStringList { "rate" });
     }

@@ -45,14 +45,14 @@ std::unique_ptr<TarnisSession> addressSession(const WindowContext& context)
 
 FolderChooser::FolderChooser(const WindowContext& context, const tarnis::TranslatedText& title)
     : SelectPathDialog(QString(), addressSession(context).get(), context.parent)
-    , m_keeper(context.controller, session)
+    , m_recovery(context.controller, session)
     , m_guide(*this, [this] { return choice(); })
 {
     tarnis::setTranslatedTitle(*this, title);
     setAttribute(Qt::WA_DeleteOnClose);
     listen();
-    connect(&m_keeper, &SessionRecovery::lost, this, [this] { m_guide.setLost(true); });
-    connect(&m_keeper, &SessionRecovery::wanted, this, &FolderChooser::resume);
+    connect(&m_recovery, &SessionRecovery::lost, this, [this] { m_guide.setLost(true); });
+    connect(&m_recovery, &SessionRecovery::wanted, this, &FolderChooser::resume);
 }
 
 void FolderChooser::askForName(const QString& name)
@@ -70,7 +70,7 @@ void FolderChooser::askForName(const QString& name)
 void FolderChooser::closeEvent(QCloseEvent* event)
 {
     const bool isGivenUp = isVisible(); // must be read before the next line hides the dialog
-    m_keeper.end();
+    m_recovery.end();
     SelectPathDialog::closeEvent(event);
     if (isGivenUp)
         reject();
@@ -80,12 +80,12 @@ void FolderChooser::listen()
 {
     connect(session, &TarnisSession::result, &m_guide, &ChooserGuide::onReply);
     connect(session, &TarnisSession::error, this,
-        [this](int, const QString& message) { m_keeper.fail(sender(), message); });
+        [this](int, const QString& message) { m_recovery.fail(sender(), message); });
 }
 
 void FolderChooser::resume()
 {
-    connect(m_keeper.renew(), &TarnisSession::result, this, &FolderChooser::result);
+    connect(m_recovery.renew(), &TarnisSession::result, this, &FolderChooser::result);
     listen();
     session->start(QThread::InheritPriority);
     if (getDir().isEmpty())
@@ -105,20 +105,20 @@ ChooserGuide::Choice FolderChooser::choice()
 
 FileChooser::FileChooser(const WindowContext& context, const tarnis::TranslatedText& title)
     : SelectDirectoryDialog(QString(), addressSession(context).get(), context.parent)
-    , m_keeper(context.controller, session)
+    , m_recovery(context.controller, session)
     , m_guide(*this, [this] { return choice(); })
 {
     tarnis::setTranslatedTitle(*this, title);
     setAttribute(Qt::WA_DeleteOnClose);
     listen();
-    connect(&m_keeper, &SessionRecovery::lost, this, [this] { m_guide.setLost(true); });
-    connect(&m_keeper, &SessionRecovery::wanted, this, &FileChooser::resume);
+    connect(&m_recovery, &SessionRecovery::lost, this, [this] { m_guide.setLost(true); });
+    connect(&m_recovery, &SessionRecovery::wanted, this, &FileChooser::resume);
 }
 
 void FileChooser::closeEvent(QCloseEvent* event)
 {
     const bool isGivenUp = isVisible(); // must be read before the next line hides the dialog
-    m_keeper.end();
+    m_recovery.end();
     SelectDirectoryDialog::closeEvent(event);
     if (isGivenUp)
         reject();
@@ -128,12 +128,12 @@ void FileChooser::listen()
 {
     connect(session, &TarnisSession::result, &m_guide, &ChooserGuide::onReply);
     connect(session, &TarnisSession::error, this,
-        [this](int, const QString& message) { m_keeper.fail(sender(), message); });
+        [this](int, const QString& message) { m_recovery.fail(sender(), message); });
 }
 
 void FileChooser::resume()
 {
-    connect(m_keeper.renew(), &TarnisSession::result, this, &FileChooser::result);
+    connect(m_recovery.renew(), &TarnisSession::result, this, &FileChooser::result);
     listen();
     session->start(QThread::InheritPriority);
     if (dir.isEmpty())

@@ -28,7 +28,7 @@ protected:
     void resume();
     ChooserGuide::Choice choice();
 
-    SessionRecovery m_keeper;
+    SessionRecovery m_recovery;
     ChooserGuide m_guide;
 };
 
@@ -44,7 +44,7 @@ protected:
     void resume();
     ChooserGuide::Choice choice();
 
-    SessionRecovery m_keeper;
+    SessionRecovery m_recovery;
     ChooserGuide m_guide;
 };
 

@@ -27,7 +27,7 @@ RunsWindow::RunsWindow(const WindowContext& context)
     : QDialog(context.parent)
     , m_context(context)
     , ui(std::make_unique<Ui::RunsWindow>())
-    , m_link(new CommandChannel(context.controller, QStringLiteral("runs"), this))
+    , m_channel(new CommandChannel(context.controller, QStringLiteral("runs"), this))
 {
     m_context.parent = this; // parent of the windows opened from here
     ui->setupUi(this);
@@ -55,15 +55,15 @@ RunsWindow::RunsWindow(const WindowContext& context)
         m_order.setPrefix(index > 0 ? ui->prefixCombo->currentText() : QString());
         showCount();
     });
-    connect(m_link, &CommandChannel::replied, this, &RunsWindow::onReplied);
-    connect(m_link, &CommandChannel::waitingChanged, this, &RunsWindow::updateControls);
-    connect(m_link, &CommandChannel::failed, this, [this](const QString& message) {
+    connect(m_channel, &CommandChannel::replied, this, &RunsWindow::onReplied);
+    connect(m_channel, &CommandChannel::waitingChanged, this, &RunsWindow::updateControls);
+    connect(m_channel, &CommandChannel::failed, this, [this](const QString& message) {
         tarnis::setTranslatedText(
             *ui->stateLabel, [message] { return tr("No reply: %1. Refresh to ask again.").arg(message); });
         m_context.controller.checkServer();
     });
     connect(&context.controller, &ServerController::aboutToStop, this, [this] {
-        if (!m_link->drop().isEmpty())
+        if (!m_channel->drop().isEmpty())
             tarnis::setTranslatedText(*ui->stateLabel, [] { return tr("No reply: the server was stopped."); });
     });
     connect(&context.controller, &ServerController::stateChanged, this, &RunsWindow::updateControls);
@@ -83,7 +83,7 @@ void RunsWindow::refresh()
 {
     if (m_context.controller.state() != ServerState::Up)
         return;
-    m_link->drop(); // a list of another folder was requested: drop it
+    m_channel->drop(); // a list of another folder was requested: drop it
     m_asked = ui->folderEdit->text().trimmed();
     if (const QString problem = commandProblem(quotedPath(m_asked)); !problem.isEmpty()) {
         tarnis::setTranslatedText(*ui->stateLabel, [asked = quotedPath(m_asked)] {
@@ -102,7 +102,7 @@ void RunsWindow::ask(const QString& command, const QString& name)
 {
     auto* const asked = new TarnisCmd(command); // the channel takes ownership
     asked->m_cmdName = name;
-    m_link->send(asked);
+    m_channel->send(asked);
 }
 
 void RunsWindow::onReplied(const PTarnisCmd& command, const QByteArray& reply)
@@ -186,7 +186,7 @@ void RunsWindow::insertChosen()
 void RunsWindow::updateControls()
 {
     const bool isUp = m_context.controller.state() == ServerState::Up;
-    const bool isAsking = !m_link->waiting().isEmpty();
+    const bool isAsking = !m_channel->waiting().isEmpty();
     setAvailable(ui->refreshButton, isUp && !isAsking, withKey(tr("Ask the server again"), Qt::Key_F5),
         isUp ? tr("Wait for the reply") : tr("Needs a connected server. Showing the previous runs."));
     setAvailable(ui->browseButton, isUp, tr("Choose the folder on the server"), tr("Needs a connected server"));

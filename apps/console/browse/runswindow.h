@@ -44,7 +44,7 @@ protected:
 
     WindowContext m_context;
     std::unique_ptr<Ui::RunsWindow> ui;
-    CommandChannel* m_link;
+    CommandChannel* m_channel;
     RunTable m_runs;
     RunOrder m_order;
     QString m_asked; ///< the folder whose list was requested

@@ -58,7 +58,7 @@ ServerTextWindow::ServerTextWindow(const WindowContext& context)
     : QDialog(context.parent)
     , m_context(context)
     , ui(std::make_unique<Ui::ServerText>())
-    , m_link(new CommandChannel(context.controller, QStringLiteral("text"), this))
+    , m_channel(new CommandChannel(context.controller, QStringLiteral("text"), this))
 {
     m_context.parent = this; // parent of the windows opened from here
     ui->setupUi(this);
@@ -71,9 +71,9 @@ ServerTextWindow::ServerTextWindow(const WindowContext& context)
     connect(ui->saveAsButton, &QPushButton::clicked, this, &ServerTextWindow::chooseSaveAs);
     connect(ui->closeButton, &QPushButton::clicked, this, &ServerTextWindow::close);
     connect(ui->edit, &QPlainTextEdit::modificationChanged, this, &ServerTextWindow::updateControls);
-    connect(m_link, &CommandChannel::replied, this, &ServerTextWindow::onReplied);
-    connect(m_link, &CommandChannel::waitingChanged, this, &ServerTextWindow::updateControls);
-    connect(m_link, &CommandChannel::failed, this, [this](const QString& message, const QList<Request>& lost) {
+    connect(m_channel, &CommandChannel::replied, this, &ServerTextWindow::onReplied);
+    connect(m_channel, &CommandChannel::waitingChanged, this, &ServerTextWindow::updateControls);
+    connect(m_channel, &CommandChannel::failed, this, [this](const QString& message, const QList<Request>& lost) {
         stay();
         if (!lost.isEmpty() && lost.constFirst().name == writeName)
             keepModified(); // the server may have written all or part of it
@@ -82,7 +82,7 @@ ServerTextWindow::ServerTextWindow(const WindowContext& context)
     });
     connect(&context.controller, &ServerController::aboutToStop, this, [this] {
         stay();
-        const QList<Request> lost = m_link->drop();
+        const QList<Request> lost = m_channel->drop();
         if (lost.isEmpty())
             return;
         if (lost.constFirst().name == writeName)
@@ -109,7 +109,7 @@ void ServerTextWindow::keepModified()
 
 bool ServerTextWindow::isUnderWay(QLatin1String name) const
 {
-    const QList<Request> waiting = m_link->waiting();
+    const QList<Request> waiting = m_channel->waiting();
     return !waiting.isEmpty() && waiting.constFirst().name == name;
 }
 
@@ -167,7 +167,7 @@ void ServerTextWindow::openFile(const QString& path)
         return;
     }
     if (isUnderWay(readName))
-        m_link->drop(); // replaced by this request
+        m_channel->drop(); // replaced by this request
     if (send(QStringLiteral("rxfile ") + quotedPath(path), readName, true)) {
         m_asked = path;
         setStateText([path] { return tr("Reading %1...").arg(path); });
@@ -191,7 +191,7 @@ void ServerTextWindow::saveTo(const QString& path)
         return;
     }
     if (isUnderWay(readName))
-        m_link->drop(); // it would replace the text
+        m_channel->drop(); // it would replace the text
     m_sentRevision = ui->edit->document()->revision();
     // A request is sent as Latin-1: each byte is one character of it.
     const QString content = QString::fromLatin1(*bytes);
@@ -215,7 +215,7 @@ bool ServerTextWindow::send(const QString& request, const QString& name, bool is
     auto* const command = new TarnisCmd(request); // the channel takes ownership
     command->m_cmdName = name;
     command->m_bBinary = isBinary;
-    m_link->send(command);
+    m_channel->send(command);
     return true;
 }
 
@@ -338,7 +338,7 @@ void ServerTextWindow::updateControls()
     setWindowModified(isModified());
     ui->pathLabel->setText(m_path.isEmpty() ? tr("A text without a file yet") : m_path);
     const bool isUp = m_context.controller.state() == ServerState::Up;
-    const bool isFree = m_link->waiting().isEmpty();
+    const bool isFree = m_channel->waiting().isEmpty();
     ui->edit->setReadOnly(isUnderWay(readName)); // text entered now would be lost when the file arrives
     const QString reason = isUp ? tr("Wait for the reply") : tr("Needs a connected server. The text stays here.");
     setAvailable(ui->openButton, isUp && isFree, withKey(tr("Open a file on the server"), openKey), reason);

@@ -68,7 +68,7 @@ protected:
 
     WindowContext m_context;
     std::unique_ptr<Ui::ServerText> ui;
-    CommandChannel* m_link;
+    CommandChannel* m_channel;
     QString m_path; ///< file of the shown text; empty if it has no file yet
     QString m_asked; ///< file being read or written
     TextForm m_form;

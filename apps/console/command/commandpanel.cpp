@@ -26,7 +26,7 @@ CommandPanel::CommandPanel(ServerController& controller, QWidget* parent)
     : QWidget(parent)
     , m_controller(controller)
     , ui(std::make_unique<Ui::CommandPanel>())
-    , m_link(new CommandChannel(controller, QStringLiteral("console"), this))
+    , m_channel(new CommandChannel(controller, QStringLiteral("console"), this))
     , m_uploader(new Uploader(controller, *this))
 {
     ui->setupUi(this);
@@ -45,12 +45,12 @@ CommandPanel::CommandPanel(ServerController& controller, QWidget* parent)
     connect(m_uploader, &Uploader::refused, this, [this](const tarnis::TranslatedText& translated) {
         Q_EMIT statusMessage(alertOf(Alert::Severity::Warning, translated));
     });
-    connect(m_link, &CommandChannel::progress, this, &CommandPanel::onProgress);
-    connect(m_link, &CommandChannel::replied, this, &CommandPanel::onReplied);
-    connect(m_link, &CommandChannel::failed, this, &CommandPanel::onFailed);
-    connect(m_link, &CommandChannel::waitingChanged, this, &CommandPanel::onWaitingChanged);
+    connect(m_channel, &CommandChannel::progress, this, &CommandPanel::onProgress);
+    connect(m_channel, &CommandChannel::replied, this, &CommandPanel::onReplied);
+    connect(m_channel, &CommandChannel::failed, this, &CommandPanel::onFailed);
+    connect(m_channel, &CommandChannel::waitingChanged, this, &CommandPanel::onWaitingChanged);
     connect(&controller, &ServerController::stateChanged, this, &CommandPanel::updateControls);
-    connect(&controller, &ServerController::aboutToStop, this, [this] { keepLost(m_link->drop()); });
+    connect(&controller, &ServerController::aboutToStop, this, [this] { keepLost(m_channel->drop()); });
 
     connect(ui->transcript, &Transcript::textChanged, this, [this] {
         if (hasRecord() != std::exchange(m_hadRecord, hasRecord()))
@@ -76,7 +76,7 @@ void CommandPanel::focusCommand()
 
 bool CommandPanel::isBusy() const
 {
-    return !m_link->waiting().isEmpty();
+    return !m_channel->waiting().isEmpty();
 }
 
 bool CommandPanel::hasRecord() const
@@ -134,7 +134,7 @@ void CommandPanel::send(const Request& request)
     command->m_cmdName = request.name;
     command->m_bBinary = request.isBinary;
     command->m_bProgress = true;
-    m_link->send(command);
+    m_channel->send(command);
 }
 
 /// Records the command that is being sent, so that every reply appears below its command.
@@ -145,12 +145,12 @@ void CommandPanel::announce()
     m_shown = 0;
     m_liveTail.clear();
     m_elapsed.start();
-    ui->transcript->addCommand(m_link->waiting().constFirst().name);
+    ui->transcript->addCommand(m_channel->waiting().constFirst().name);
 }
 
 void CommandPanel::giveUp()
 {
-    const QList<Request> lost = m_link->drop();
+    const QList<Request> lost = m_channel->drop();
     if (lost.isEmpty())
         return;
     ui->transcript->addNote(tr("Given up: %1. The server may still be working on it.").arg(lost.first().name));
@@ -210,7 +210,7 @@ void CommandPanel::showProgress()
     ui->progressBar->setVisible(isLong);
     if (!isLong)
         return;
-    const QList<Request> waiting = m_link->waiting();
+    const QList<Request> waiting = m_channel->waiting();
     QString text = tr("%1: %2 s, %3")
                        .arg(waiting.value(0).name)
                        .arg(double(elapsedMs) / 1000.0, 0, 'f', 1)

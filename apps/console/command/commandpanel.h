@@ -86,7 +86,7 @@ protected:
 
     ServerController& m_controller;
     std::unique_ptr<Ui::CommandPanel> ui;
-    CommandChannel* m_link;
+    CommandChannel* m_channel;
     Uploader* m_uploader;
     QTimer m_progressTimer;
     bool m_isAnnounced = false; ///< the command being sent is in the record

@@ -30,10 +30,10 @@ Uploader::Uploader(ServerController& controller, QWidget& window)
     : QObject(&window)
     , m_controller(controller)
     , m_window(window)
-    , m_link(new CommandChannel(controller, QStringLiteral("upload"), this))
+    , m_channel(new CommandChannel(controller, QStringLiteral("upload"), this))
 {
-    connect(m_link, &CommandChannel::replied, this, &Uploader::onReplied);
-    connect(m_link, &CommandChannel::failed, this, [this](const QString& message) {
+    connect(m_channel, &CommandChannel::replied, this, &Uploader::onReplied);
+    connect(m_channel, &CommandChannel::failed, this, [this](const QString& message) {
         refuse([message] { return tr("the connection broke (%1).").arg(message); });
         m_controller.checkServer();
     });
@@ -86,7 +86,7 @@ void Uploader::look(const QString& command)
     }
     auto* const asked = new TarnisCmd(command); // the channel takes ownership
     asked->m_cmdName = command.section(u' ', 0, 0);
-    m_link->send(asked);
+    m_channel->send(asked);
 }
 
 void Uploader::onReplied(const PTarnisCmd& command, const QByteArray& reply)
@@ -112,7 +112,7 @@ void Uploader::onUnknown(const QString& why)
 {
     question([name = m_name, why] {
         const QString text = tr(
-            "The server does not report whether it has a file \u201c%1\u201d. Do you want to upload it? A file of that "
+            "The server does not report whether it has a file \u201c%1\u201d. Do you want to send it? A file of that "
             "name would be overwritten.")
                                  .arg(name);
         return why.isEmpty() ? text : text + QStringLiteral("\n\n") + why;
@@ -155,7 +155,7 @@ void Uploader::refuse(const tarnis::TranslatedText& why)
 
 void Uploader::onStopping()
 {
-    if (!m_link->drop().isEmpty())
+    if (!m_channel->drop().isEmpty())
         refuse([] { return tr("the server was stopped."); });
 }
 

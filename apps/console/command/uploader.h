@@ -43,7 +43,7 @@ protected:
 
     ServerController& m_controller;
     QWidget& m_window;
-    CommandChannel* m_link;
+    CommandChannel* m_channel;
     bool m_isBusy = false;
     QString m_path; ///< path on this machine
     QString m_name; ///< name on the server

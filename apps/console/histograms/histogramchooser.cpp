@@ -48,27 +48,27 @@ void openHistogram(const WindowContext& context, const HistogramInfo& histogram)
         return new LiveCurves(context, std::function([listed] { return curvesRequest(*listed); }));
     };
     const HistogramInfo newest = context.histograms.find(histogram.name).value_or(histogram);
-    context.follower.show({ QStringLiteral("histogram %1").arg(histogram.name), histogram.name, newest, make,
+    context.windowUpdater.show({ QStringLiteral("histogram %1").arg(histogram.name), histogram.name, newest, make,
         [](const Listed& listed) { return Windows::tr("Histogram %1").arg(titleOf(*listed, listed->name)); } });
 }
 
 HistogramChooser::HistogramChooser(const WindowContext& context)
     : DialogCheckList(QString(), context.parent)
     , m_context(context)
-    , m_link(new CommandChannel(context.controller, QStringLiteral("histograms"), this))
+    , m_channel(new CommandChannel(context.controller, QStringLiteral("histograms"), this))
     , m_checked(context.store.value(storeKey).toStringList())
 {
     resize(460, 400);
-    connect(m_link, &CommandChannel::replied, this, [this](const PTarnisCmd&, const QByteArray& reply) {
+    connect(m_channel, &CommandChannel::replied, this, [this](const PTarnisCmd&, const QByteArray& reply) {
         m_reply = QString::fromUtf8(reply);
         showReply();
         m_context.histograms.read(m_reply); // may be newer than its list
     });
-    connect(m_link, &CommandChannel::failed, this, [this](const QString& message) {
+    connect(m_channel, &CommandChannel::failed, this, [this](const QString& message) {
         showText(tr("No reply: %1. Close and open this window to ask again.").arg(message));
         m_context.controller.checkServer();
     });
-    connect(&context.controller, &ServerController::aboutToStop, m_link, &CommandChannel::drop);
+    connect(&context.controller, &ServerController::aboutToStop, m_channel, &CommandChannel::drop);
     connect(&context.controller, &ServerController::stateChanged, this, &HistogramChooser::onServerState);
     connect(this, &QDialog::accepted, this, &HistogramChooser::openChecked);
     auto* const list = findChild<QListWidget*>(QStringLiteral("listWidget"));
@@ -82,7 +82,7 @@ void HistogramChooser::ask()
     showText(tr("Asking the server..."));
     auto* const command = new TarnisCmd(QStringLiteral("hists")); // the channel takes ownership
     command->m_cmdName = QStringLiteral("hists");
-    m_link->send(command);
+    m_channel->send(command);
     updateControls();
 }
 
@@ -126,7 +126,7 @@ void HistogramChooser::onServerState()
         return; // a run that begins or ends
     if (!isUp)
         showLost();
-    else if (m_link->waiting().isEmpty())
+    else if (m_channel->waiting().isEmpty())
         ask();
     updateControls();
 }
@@ -177,7 +177,7 @@ void HistogramChooser::changeEvent(QEvent* event)
         showReply(); // in the new language
     if (m_context.controller.state() != ServerState::Up)
         showLost();
-    else if (!m_link->waiting().isEmpty())
+    else if (!m_channel->waiting().isEmpty())
         showText(tr("Asking the server..."));
     updateControls();
 }

@@ -34,7 +34,7 @@ protected:
     void noteChecks();
 
     WindowContext m_context;
-    CommandChannel* m_link;
+    CommandChannel* m_channel;
     QString m_reply; ///< the displayed reply
     QList<HistogramInfo> m_histograms; ///< in the order of the list
     QStringList m_checked; ///< including names that are currently not in the list

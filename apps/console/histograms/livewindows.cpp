@@ -161,7 +161,7 @@ LiveCurves::LiveCurves(const WindowContext& context, const CurvesRequest& reques
         request.xMax, request.resolution, 0, request.description, {}, request.command, request.first, request.last,
         context.parent)
     , m_request([request] { return request; })
-    , m_keeper(context.controller, session)
+    , m_recovery(context.controller, session)
     , m_age(*this, [this] { return session && (isAutoUpdate() || m_isAsked); })
     , m_kept(new KeptData(context.controller, *getGraphWidget(),
           [this] { return getGraphWidget()->getMaxValue() > 0.0 ? m_age.time() : QTime(); }))
@@ -177,8 +177,8 @@ LiveCurves::LiveCurves(const WindowContext& context, const CurvesRequest& reques
         connect(box, &QComboBox::currentIndexChanged, this,
             [this](int index) { onTypeChanged(index == 0 ? QStringLiteral("Each") : QStringLiteral("All")); });
     setTexts();
-    connect(&m_keeper, &SessionRecovery::lost, this, &LiveCurves::onLost);
-    connect(&m_keeper, &SessionRecovery::wanted, this, &LiveCurves::resume);
+    connect(&m_recovery, &SessionRecovery::lost, this, &LiveCurves::onLost);
+    connect(&m_recovery, &SessionRecovery::wanted, this, &LiveCurves::resume);
 }
 
 void LiveCurves::result(PTarnisCmd command, QByteArray const& payload)
@@ -212,7 +212,7 @@ void LiveCurves::update()
 
 void LiveCurves::error(int /*code*/, QString const& text)
 {
-    m_keeper.fail(sender(), text);
+    m_recovery.fail(sender(), text);
 }
 
 bool LiveCurves::onResultExInfo(QList<QString> const& lines)
@@ -287,20 +287,20 @@ void LiveCurves::changeEvent(QEvent* event)
 
 void LiveCurves::closeEvent(QCloseEvent* event)
 {
-    m_keeper.end();
+    m_recovery.end();
     Graph1DDialog::closeEvent(event);
 }
 
 void LiveCurves::onLost()
 {
     timer->stop();
-    setInfoText(m_keeper.text());
+    setInfoText(m_recovery.text());
     setPolling(*this, false);
 }
 
 void LiveCurves::resume()
 {
-    resumePolling(*this, m_keeper.renewedAddress());
+    resumePolling(*this, m_recovery.renewedAddress());
 }
 
 LiveMap::LiveMap(const WindowContext& context, const std::function<MapRequest()>& request)
@@ -314,7 +314,7 @@ LiveMap::LiveMap(const WindowContext& context, const MapRequest& request)
         request.xMin, endOf(request.xMin, request.xMax, request.bins), 1, 0, request.yLabel, rowsOf(request),
         request.yMin, endOf(request.yMin, request.yMax, rowsOf(request)), 1, 0, {}, request.command, context.parent)
     , m_request([request] { return request; })
-    , m_keeper(context.controller, session)
+    , m_recovery(context.controller, session)
     , m_age(*this, [this] { return session && (isAutoUpdate() || m_isAsked); })
     , m_kept(new KeptData(context.controller, *getGraphWidget(),
           [this] { return getGraphWidget()->getMaxValue() > 0.0 ? m_age.time() : QTime(); }))
@@ -325,8 +325,8 @@ LiveMap::LiveMap(const WindowContext& context, const MapRequest& request)
     connect(m_kept, &KeptData::released, this, &LiveMap::update);
     hooks = hooksOf(*this, m_isDrawn);
     setMinPlotSize(*getGraphWidget(), minMapChars);
-    connect(&m_keeper, &SessionRecovery::lost, this, &LiveMap::onLost);
-    connect(&m_keeper, &SessionRecovery::wanted, this, &LiveMap::resume);
+    connect(&m_recovery, &SessionRecovery::lost, this, &LiveMap::onLost);
+    connect(&m_recovery, &SessionRecovery::wanted, this, &LiveMap::resume);
 }
 
 void LiveMap::result(PTarnisCmd command, QByteArray payload)
@@ -366,7 +366,7 @@ void LiveMap::onFilterAccepted(const Graph2DFilter& filter)
 
 void LiveMap::error(int /*socketError*/, QString message)
 {
-    m_keeper.fail(sender(), message);
+    m_recovery.fail(sender(), message);
 }
 
 bool LiveMap::onResultExInfo(QList<QString> const& lines)
@@ -415,26 +415,26 @@ void LiveMap::changeEvent(QEvent* event)
 
 void LiveMap::closeEvent(QCloseEvent* event)
 {
-    m_keeper.end();
+    m_recovery.end();
     Graph2DDialog::closeEvent(event);
 }
 
 void LiveMap::onLost()
 {
     timer->stop();
-    setInfoText(m_keeper.text());
+    setInfoText(m_recovery.text());
     setPolling(*this, false);
 }
 
 void LiveMap::resume()
 {
-    resumePolling(*this, m_keeper.renewedAddress());
+    resumePolling(*this, m_recovery.renewedAddress());
 }
 
 LiveStatistics::LiveStatistics(const WindowContext& context, const QString& title)
     : StatDialog(context.controller.tarnis().NewTarnisSession(nullptr), title, QString(), context.parent)
     , m_controller(context.controller)
-    , m_keeper(context.controller, session)
+    , m_recovery(context.controller, session)
     , m_infoLabel(new tarnis::MessageLabel(this))
     , m_age(*this, [this] { return session != nullptr; })
 {
@@ -447,8 +447,8 @@ LiveStatistics::LiveStatistics(const WindowContext& context, const QString& titl
     // The columns fill the table, without row numbers.
     table()->verticalHeader()->hide();
     m_sinceResult.start();
-    connect(&m_keeper, &SessionRecovery::lost, this, &LiveStatistics::onLost);
-    connect(&m_keeper, &SessionRecovery::wanted, this, &LiveStatistics::resume);
+    connect(&m_recovery, &SessionRecovery::lost, this, &LiveStatistics::onLost);
+    connect(&m_recovery, &SessionRecovery::wanted, this, &LiveStatistics::resume);
 }
 
 void LiveStatistics::result(PTarnisCmd command, QByteArray const& payload)
@@ -463,7 +463,7 @@ void LiveStatistics::result(PTarnisCmd command, QByteArray const& payload)
 
 void LiveStatistics::error(int /*code*/, QString const& text)
 {
-    m_keeper.fail(sender(), text);
+    m_recovery.fail(sender(), text);
 }
 
 void LiveStatistics::setTexts()
@@ -477,18 +477,18 @@ void LiveStatistics::changeEvent(QEvent* event)
     if (event->type() != QEvent::LanguageChange)
         return;
     setTexts();
-    m_infoLabel->setText(m_keeper.text());
+    m_infoLabel->setText(m_recovery.text());
 }
 
 void LiveStatistics::onLost()
 {
-    m_infoLabel->setText(m_keeper.text());
+    m_infoLabel->setText(m_recovery.text());
     m_infoLabel->show();
 }
 
 void LiveStatistics::resume()
 {
-    TarnisSession& fresh = *m_keeper.renew();
+    TarnisSession& fresh = *m_recovery.renew();
     connect(&fresh, &TarnisSession::result, this, &LiveStatistics::result);
     connect(&fresh, &TarnisSession::error, this, &LiveStatistics::error);
     fresh.start(QThread::InheritPriority);

@@ -65,7 +65,7 @@ protected:
 
     bool m_isFormChosen = false; ///< columns or a line: chosen once, when the number of bins is known
     std::function<CurvesRequest()> m_request;
-    SessionRecovery m_keeper;
+    SessionRecovery m_recovery;
     bool m_isDrawn = false; ///< the reply under way was drawn
     bool m_isAsked = false; ///< a poll is under way
     DataAge m_age;
@@ -116,7 +116,7 @@ protected:
     void resume();
 
     std::function<MapRequest()> m_request;
-    SessionRecovery m_keeper;
+    SessionRecovery m_recovery;
     bool m_isDrawn = false; ///< the reply under way was drawn
     bool m_isAsked = false; ///< a poll is under way
     DataAge m_age;
@@ -141,7 +141,7 @@ protected:
     void resume();
 
     ServerController& m_controller;
-    SessionRecovery m_keeper;
+    SessionRecovery m_recovery;
     QElapsedTimer m_sinceResult; ///< time since the last result, after which the next poll was sent
     QLabel* m_infoLabel; ///< below the table; hidden without a problem
     DataAge m_age;

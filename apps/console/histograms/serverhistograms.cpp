@@ -11,21 +11,21 @@ namespace console {
 
 ServerHistograms::ServerHistograms(ServerController& controller)
     : m_controller(controller)
-    , m_link(new CommandChannel(controller, QStringLiteral("hists"), this))
+    , m_channel(new CommandChannel(controller, QStringLiteral("hists"), this))
 {
-    connect(m_link, &CommandChannel::replied, this, [this](const PTarnisCmd&, const QByteArray& reply) {
+    connect(m_channel, &CommandChannel::replied, this, [this](const PTarnisCmd&, const QByteArray& reply) {
         read(QString::fromUtf8(reply));
         // Requested only once, so the connection is no longer needed. Queued, because this is called in its own signal.
-        QMetaObject::invokeMethod(m_link, &CommandChannel::drop, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(m_channel, &CommandChannel::drop, Qt::QueuedConnection);
     });
-    connect(m_link, &CommandChannel::failed, this, [this] {
+    connect(m_channel, &CommandChannel::failed, this, [this] {
         if (m_isUp && !std::exchange(m_isAskedAgain, true))
             m_retryTimer.start(m_retryMs);
     });
     m_retryTimer.setSingleShot(true);
     connect(&m_retryTimer, &QTimer::timeout, this, &ServerHistograms::ask);
     connect(&controller, &ServerController::aboutToStop, &m_retryTimer, &QTimer::stop);
-    connect(&controller, &ServerController::aboutToStop, m_link, &CommandChannel::drop);
+    connect(&controller, &ServerController::aboutToStop, m_channel, &CommandChannel::drop);
     connect(&controller, &ServerController::stateChanged, this, &ServerHistograms::onServerState);
 }
 
@@ -36,7 +36,7 @@ void ServerHistograms::onServerState()
     const bool isUp = m_controller.state() == ServerState::Up;
     if (isUp == std::exchange(m_isUp, isUp))
         return;
-    m_link->drop();
+    m_channel->drop();
     m_retryTimer.stop();
     m_isAskedAgain = false;
     setList(std::nullopt);
@@ -48,7 +48,7 @@ void ServerHistograms::ask()
 {
     auto* const command = new TarnisCmd(QStringLiteral("hists")); // the channel takes ownership
     command->m_cmdName = QStringLiteral("hists");
-    m_link->send(command);
+    m_channel->send(command);
 }
 
 void ServerHistograms::read(const QString& reply)

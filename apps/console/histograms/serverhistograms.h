@@ -43,7 +43,7 @@ protected:
     void setList(const std::optional<QList<HistogramInfo>>& list);
 
     ServerController& m_controller;
-    CommandChannel* m_link;
+    CommandChannel* m_channel;
     std::optional<QList<HistogramInfo>> m_list;
     QTimer m_retryTimer;
     bool m_isAskedAgain = false; ///< repeated for this server

@@ -46,8 +46,8 @@ SettingsPanel::SettingsPanel(ServerController& controller, QWidget* parent)
     connect(ui->addButton, &QPushButton::clicked, this, &SettingsPanel::addSetting);
     connect(ui->removeButton, &QPushButton::clicked, this, &SettingsPanel::removeSetting);
     connect(ui->revertButton, &QPushButton::clicked, m_model, &SettingsModel::takeServerValues);
-    connect(ui->downloadButton, &QPushButton::clicked, this, [this] { download(false); });
-    connect(ui->saveButton, &QPushButton::clicked, this, [this] { download(true); });
+    connect(ui->sendSettingsButton, &QPushButton::clicked, this, [this] { send(false); });
+    connect(ui->saveButton, &QPushButton::clicked, this, [this] { send(true); });
     connect(ui->pathButton, &QPushButton::clicked, this, &SettingsPanel::setBasePath);
     connect(ui->pathEdit, &QLineEdit::returnPressed, this, &SettingsPanel::setBasePath);
     connect(ui->pathEdit, &QLineEdit::textChanged, this, &SettingsPanel::updateControls);
@@ -79,14 +79,14 @@ void SettingsPanel::focusTable()
         ui->table->setCurrentIndex(m_model->index(0, SettingsModel::Value));
 }
 
-bool SettingsPanel::canDownload() const
+bool SettingsPanel::canSend() const
 {
-    return m_controller.state() == ServerState::Up && m_linesPending == 0 && !m_downloadAsked;
+    return m_controller.state() == ServerState::Up && m_linesPending == 0 && !m_sendAsked;
 }
 
 bool SettingsPanel::hasChangesToSend() const
 {
-    return canDownload() && !m_model->changedNames().isEmpty();
+    return canSend() && !m_model->changedNames().isEmpty();
 }
 
 void SettingsPanel::read()
@@ -107,17 +107,17 @@ void SettingsPanel::onCommandAccepted(const QString& command)
 {
     const bool isSetting = command.section(u' ', 0, 0) == u"setting" && command.contains(u':');
     const bool mayChange = isSetting || changesRun(command);
-    // A download reads the settings anyway.
-    if (mayChange && canDownload())
+    // Before they are sent, the settings are read anyway.
+    if (mayChange && canSend())
         sendRead();
 }
 
-void SettingsPanel::download(bool save)
+void SettingsPanel::send(bool save)
 {
-    if (!canDownload())
+    if (!canSend())
         return;
     m_refusals.clear();
-    m_downloadAsked = save;
+    m_sendAsked = save;
     setStateText([] { return tr("Reading the settings of the server..."); });
     updateControls();
     m_controller.tarnis().SendCmd(session, readFirstName, QStringLiteral("setting"), false);
@@ -125,7 +125,7 @@ void SettingsPanel::download(bool save)
 
 void SettingsPanel::sendAll()
 {
-    m_isSaving = *std::exchange(m_downloadAsked, std::nullopt);
+    m_isSaving = *std::exchange(m_sendAsked, std::nullopt);
     m_model->noteSending(m_model->changedNames());
     m_linesSent = m_controller.tarnis().DownloadSettings(session, m_isSaving) + (m_isSaving ? 1 : 0);
     m_linesPending = m_linesSent;
@@ -138,13 +138,13 @@ void SettingsPanel::onCmdReply(const QString& name, const QString& command, cons
     const QString reply = QString::fromUtf8(result);
     if (name == readName)
         onSettingReply(reply);
-    else if (name == readFirstName && m_downloadAsked) {
+    else if (name == readFirstName && m_sendAsked) {
         takeValues(reply); // a server that does not report its values may still accept settings
         sendAll();
     } else if (name == saveName || name.startsWith(lineName))
-        onDownloadReply(command, reply);
+        onSendReply(command, reply);
     else if (name == basePathName && replyKind(reply) == ReplyKind::Refused)
-        setStateText([answer = reply.trimmed()] { return tr("The base path is rejected: %1").arg(answer); });
+        setStateText([answer = reply.trimmed()] { return tr("The server refused the base path: %1").arg(answer); });
     else if (name == basePathName) {
         m_model->noteSending({ QStringLiteral("basepath") });
         read();
@@ -189,7 +189,7 @@ void SettingsPanel::takeValues(const QString& reply)
         });
 }
 
-void SettingsPanel::onDownloadReply(const QString& command, const QString& reply)
+void SettingsPanel::onSendReply(const QString& command, const QString& reply)
 {
     if (replyKind(reply) == ReplyKind::Refused)
         m_refusals.append(QStringLiteral("%1: %2").arg(command.section(u' ', 0, 0), reply.trimmed()));
@@ -206,7 +206,7 @@ void SettingsPanel::onServerState()
     const bool isUp = m_controller.state() == ServerState::Up;
     if (!isUp) {
         m_linesPending = 0;
-        m_downloadAsked.reset();
+        m_sendAsked.reset();
         m_refusals.clear();
         m_isAccepted = false;
         showState(); // no request is under way
@@ -241,7 +241,7 @@ QString SettingsPanel::stateText() const
 
 void SettingsPanel::onEdited()
 {
-    if (m_linesPending == 0 && !m_downloadAsked)
+    if (m_linesPending == 0 && !m_sendAsked)
         showState();
     showReadoutAddress();
     const QString path = m_controller.tarnis().GetSettingValue(QStringLiteral("basepath"), QString());
@@ -328,10 +328,10 @@ void SettingsPanel::updateControls()
     const QString needsServer = tr("Needs a connected server");
     const QString wait = isUp ? tr("Wait until the sent lines are answered") : needsServer;
     setAvailable(ui->readButton, isUp, withKey(tr("Ask the server for its settings"), Qt::Key_F5), needsServer);
-    setAvailable(ui->downloadButton, hasChangesToSend(), withKey(tr("Send the settings to the server"), Qt::Key_F6),
-        canDownload() ? tr("There is nothing to send: all settings are as on the server") : wait);
-    setAvailable(ui->saveButton, canDownload(),
-        withKey(tr("Send all settings and let the server store them"), Qt::Key_F7), wait);
+    setAvailable(ui->sendSettingsButton, hasChangesToSend(), withKey(tr("Send the settings to the server"), Qt::Key_F6),
+        canSend() ? tr("There is nothing to send: all settings are as on the server") : wait);
+    setAvailable(
+        ui->saveButton, canSend(), withKey(tr("Send all settings and let the server store them"), Qt::Key_F7), wait);
     setAvailable(ui->addButton, true, tr("Add a setting here"), QString());
     const QModelIndex chosen = ui->table->currentIndex();
     setAvailable(ui->removeButton, m_model->isRemovable(chosen.row()), tr("Remove the selected setting here"),

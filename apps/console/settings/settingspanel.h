@@ -30,7 +30,7 @@ public:
     /// Gives the focus to the table.
     void focusTable();
     /// True while settings can be sent: a server is connected and no request is under way.
-    bool canDownload() const;
+    bool canSend() const;
     /// True if sending would change the server's settings.
     bool hasChangesToSend() const;
 
@@ -39,7 +39,7 @@ public Q_SLOTS:
     void read();
     /// Sends all settings, after reading the server's current ones: unedited settings are sent back unchanged. With
     /// `save` the server also stores them.
-    void download(bool save);
+    void send(bool save);
 
     /// Reads the settings again if this accepted command may have changed them.
     void onCommandAccepted(const QString& command);
@@ -53,7 +53,7 @@ protected:
     void changeEvent(QEvent* event) override;
     void onCmdReply(const QString& name, const QString& command, const QByteArray& result);
     void onSettingReply(const QString& reply);
-    void onDownloadReply(const QString& command, const QString& reply);
+    void onSendReply(const QString& command, const QString& reply);
     void onServerState();
     void showState();
     QString stateText() const;
@@ -72,14 +72,14 @@ protected:
     ServerController& m_controller;
     std::unique_ptr<Ui::SettingsPanel> ui;
     SettingsModel* m_model;
-    int m_linesPending = 0; ///< outstanding replies to a download
+    int m_linesPending = 0; ///< outstanding replies to the settings
     int m_linesSent = 0;
-    QStringList m_refusals; ///< rejections of the download under way
-    bool m_isSaving = false; ///< the server saves the settings of the last download
-    bool m_isAccepted = false; ///< the download was accepted; the values are read
+    QStringList m_refusals; ///< refusals of the settings that are being sent
+    bool m_isSaving = false; ///< the server saves the settings that were sent last
+    bool m_isAccepted = false; ///< the settings were accepted; the values are read
     bool m_wasUp = false;
     bool m_hasRead = false; ///< the server's values have been received
-    std::optional<bool> m_downloadAsked; ///< a download waits for the server's values; true: with save
+    std::optional<bool> m_sendAsked; ///< sending waits for the server's values; true: with save
     bool m_isFresh = false; ///< the local server has restarted and its settings were not read yet
     ServerChoice m_choice; ///< the server that the settings were sent to
     QString m_shownPath; ///< last text set in the field

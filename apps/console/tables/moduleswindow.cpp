@@ -28,7 +28,7 @@ ModulesWindow::ModulesWindow(ServerController& controller, QWidget* parent)
     : NameValueListDialog(QList<NameValues>(), QStringList { QString(), QString() }, parent)
     , m_controller(controller)
     , m_form(std::make_unique<Ui::ModulesForm>())
-    , m_link(new CommandChannel(controller, QStringLiteral("modules"), this))
+    , m_channel(new CommandChannel(controller, QStringLiteral("modules"), this))
     , m_stateLabel(stateLabelOf(*this))
     , m_sendButton(mainButtonOf(*this))
     , m_giveUpButton(buttonBoxOf(*this).addButton(QString(), QDialogButtonBox::ActionRole))
@@ -43,9 +43,9 @@ ModulesWindow::ModulesWindow(ServerController& controller, QWidget* parent)
     connect(m_form->targetBox, &QComboBox::currentIndexChanged, this, &ModulesWindow::updateControls);
     connect(m_form->modulesEdit, &QLineEdit::textChanged, this, &ModulesWindow::updateControls);
     connect(m_form->commandBox, &QComboBox::editTextChanged, this, &ModulesWindow::updateControls);
-    connect(m_link, &CommandChannel::replied, this, &ModulesWindow::onReplied);
-    connect(m_link, &CommandChannel::waitingChanged, this, &ModulesWindow::updateControls);
-    connect(m_link, &CommandChannel::failed, this, [this](const QString& message) {
+    connect(m_channel, &CommandChannel::replied, this, &ModulesWindow::onReplied);
+    connect(m_channel, &CommandChannel::waitingChanged, this, &ModulesWindow::updateControls);
+    connect(m_channel, &CommandChannel::failed, this, [this](const QString& message) {
         onEnded(
             [message] {
                 return tr("No reply: %1. It is not known whether a module has executed the command: check with stat or "
@@ -56,7 +56,7 @@ ModulesWindow::ModulesWindow(ServerController& controller, QWidget* parent)
         m_controller.checkServer();
     });
     connect(&controller, &ServerController::aboutToStop, this, [this] {
-        if (!m_link->drop().isEmpty())
+        if (!m_channel->drop().isEmpty())
             onEnded([] { return tr("No reply: the server was stopped."); }, tr("no reply"));
     });
     connect(&controller, &ServerController::stateChanged, this, &ModulesWindow::updateControls);
@@ -137,7 +137,7 @@ void ModulesWindow::send()
     LOG_BLOCK("ModulesWindow::send");
     QString problem;
     auto made = commands(problem);
-    if (made.empty() || m_controller.state() != ServerState::Up || !m_link->waiting().isEmpty())
+    if (made.empty() || m_controller.state() != ServerState::Up || !m_channel->waiting().isEmpty())
         return;
     m_answers.clear();
     m_names.clear();
@@ -147,7 +147,7 @@ void ModulesWindow::send()
     setStateText([] { return tr("Asking the server..."); });
     for (auto& command : made) {
         LOG_INFO("to the modules: %s", command->getCmdString().toUtf8().constData());
-        m_link->send(command.release());
+        m_channel->send(command.release());
     }
 }
 
@@ -194,7 +194,7 @@ void ModulesWindow::onEnded(const tarnis::TranslatedText& translated, const QStr
 
 void ModulesWindow::giveUp()
 {
-    if (!m_link->drop().isEmpty())
+    if (!m_channel->drop().isEmpty())
         onEnded(
             [] {
                 return tr(
@@ -237,14 +237,15 @@ void ModulesWindow::changeEvent(QEvent* event)
 void ModulesWindow::updateControls()
 {
     const bool isUp = m_controller.state() == ServerState::Up;
-    const bool isBusy = !m_link->waiting().isEmpty();
+    const bool isBusy = !m_channel->waiting().isEmpty();
     const bool isAddressed = target() == Target::One || target() == Target::Several;
     setAvailable(m_form->modulesEdit, isAddressed, tr("Numbers between commas; 4-7 is a range"),
         tr("All of them get the command"));
     QString problem;
     const auto made = isBusy ? Commands() : commands(problem);
     const QString line = made.empty() ? QString() : made.front()->getCmdString();
-    const QString help = made.size() > 1 ? tr("Sends \"%1\" and so on").arg(line) : tr("Sends \"%1\"").arg(line);
+    const QString help =
+        made.size() > 1 ? tr("Sends \u201c%1\u201d and so on").arg(line) : tr("Sends \u201c%1\u201d").arg(line);
     const QString reason = !isUp ? tr("Needs a connected server") : isBusy ? tr("Wait for the reply") : problem;
     setAvailable(m_sendButton, isUp && !isBusy && !made.empty(), help, reason);
     setAvailable(m_giveUpButton, isBusy, tr("Stop waiting for the reply"), tr("No command is under way"));

@@ -58,7 +58,7 @@ protected:
 
     ServerController& m_controller;
     std::unique_ptr<Ui::ModulesForm> m_form;
-    CommandChannel* m_link;
+    CommandChannel* m_channel;
     QLabel* m_stateLabel;
     QPushButton* m_sendButton;
     QPushButton* m_giveUpButton;

@@ -25,7 +25,7 @@ SnapshotWindow::SnapshotWindow(
     , m_controller(controller)
     , m_poller(poller)
     , m_source(source)
-    , m_link(new CommandChannel(controller, QStringLiteral("snapshot"), this))
+    , m_channel(new CommandChannel(controller, QStringLiteral("snapshot"), this))
     , m_filterLabel(new QLabel(this))
     , m_filterEdit(new QLineEdit(this))
     , m_stateLabel(stateLabelOf(*this))
@@ -36,16 +36,16 @@ SnapshotWindow::SnapshotWindow(
     addKey(m_refreshButton, Qt::Key_F5);
     connect(m_refreshButton, &QPushButton::clicked, this, &SnapshotWindow::refresh);
     connect(m_filterEdit, &QLineEdit::textChanged, this, &SnapshotWindow::fill);
-    connect(m_link, &CommandChannel::replied, this, &SnapshotWindow::onReplied);
-    connect(m_link, &CommandChannel::waitingChanged, this, &SnapshotWindow::updateControls);
-    connect(m_link, &CommandChannel::failed, this, [this](const QString& message) {
+    connect(m_channel, &CommandChannel::replied, this, &SnapshotWindow::onReplied);
+    connect(m_channel, &CommandChannel::waitingChanged, this, &SnapshotWindow::updateControls);
+    connect(m_channel, &CommandChannel::failed, this, [this](const QString& message) {
         stopWaiting([message] { return tr("No reply: %1. Refresh to ask again.").arg(message); });
         m_controller.checkServer();
     });
     connect(&controller, &ServerController::aboutToStop, this, [this] {
         if (isAsking())
             stopWaiting([] { return tr("No reply: the server was stopped."); });
-        m_link->drop();
+        m_channel->drop();
     });
     bindPoller();
     connect(&controller, &ServerController::stateChanged, this, &SnapshotWindow::updateControls);
@@ -75,7 +75,7 @@ void SnapshotWindow::stopWaiting(const tarnis::TranslatedText& translated)
 
 bool SnapshotWindow::isAsking() const
 {
-    return m_isPollAwaited || !m_link->waiting().isEmpty();
+    return m_isPollAwaited || !m_channel->waiting().isEmpty();
 }
 
 void SnapshotWindow::setUp()
@@ -122,7 +122,7 @@ void SnapshotWindow::refresh()
         m_poller.request();
         updateControls();
     } else {
-        m_link->send(m_source.make());
+        m_channel->send(m_source.make());
     }
 }
 

@@ -22,8 +22,8 @@ class CommandChannel;
 class ServerController;
 class StatusPoller;
 
-/// Sends the command when it opens and on every refresh: through the poller, or on its own connection. After a failure the
-/// last values remain shown. The filtered rows can be saved as CSV.
+/// Sends the command when it opens and on every refresh: through the poller, or on its own connection. After a failure
+/// the last values remain shown. The filtered rows can be saved as CSV.
 class SnapshotWindow : public NameValueListDialog {
     Q_OBJECT
 public:
@@ -56,7 +56,7 @@ protected:
     ServerController& m_controller;
     StatusPoller& m_poller;
     Source m_source;
-    CommandChannel* m_link;
+    CommandChannel* m_channel;
     QLabel* m_filterLabel;
     QLineEdit* m_filterEdit; ///< filters the names
     QLabel* m_stateLabel;

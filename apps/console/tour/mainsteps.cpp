@@ -159,7 +159,7 @@ void settings(UiDriver& driver, MainWindow& window)
 
     driver.click(driver.find<QWidget>(window, "saveButton"));
     driver.waitUntil(QStringLiteral("the server has all settings"),
-        [&] { return window.settingsPanel().canDownload() && model.changedNames().isEmpty(); });
+        [&] { return window.settingsPanel().canSend() && model.changedNames().isEmpty(); });
     driver.screenshot(window, QStringLiteral("saved"));
 }
 
@@ -182,10 +182,9 @@ void addresses(UiDriver& driver, MainWindow& window)
     driver.expect(window.controller().tarnis().GetReadoutAddressText() == u"192.168.0.16:24",
         QStringLiteral("the readout address is set"));
     driver.screenshot(window, QStringLiteral("set"));
-    driver.click(driver.find<QWidget>(window, "downloadButton"));
-    driver.waitUntil(QStringLiteral("the server has the address"), [&] {
-        return window.settingsPanel().canDownload() && window.settingsPanel().model().changedNames().isEmpty();
-    });
+    driver.click(driver.find<QWidget>(window, "sendSettingsButton"));
+    driver.waitUntil(QStringLiteral("the server has the address"),
+        [&] { return window.settingsPanel().canSend() && window.settingsPanel().model().changedNames().isEmpty(); });
 }
 
 /// Changes made by another client are read with a key.

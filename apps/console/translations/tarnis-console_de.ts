@@ -2275,11 +2275,11 @@
         <translation>Alle bekommen den Befehl</translation>
     </message>
     <message>
-        <source>Sends &quot;%1&quot; and so on</source>
+        <source>Sends “%1” and so on</source>
         <translation>Sendet „%1“ und so weiter</translation>
     </message>
     <message>
-        <source>Sends &quot;%1&quot;</source>
+        <source>Sends “%1”</source>
         <translation>Sendet „%1“</translation>
     </message>
     <message>
@@ -2991,8 +2991,8 @@
         <translation>Wird eingelesen...</translation>
     </message>
     <message>
-        <source>The base path is rejected: %1</source>
-        <translation>Der Basispfad wird abgelehnt: %1</translation>
+        <source>The server refused the base path: %1</source>
+        <translation>Der Server hat den Basispfad abgelehnt: %1</translation>
     </message>
     <message>
         <source>As on the server.</source>
@@ -3258,8 +3258,8 @@
         <translation>„%1“ gibt es schon in %2 auf dem Server. Soll die Datei überschrieben werden?</translation>
     </message>
     <message>
-        <source>The server does not report whether it has a file “%1”. Do you want to upload it? A file of that name would be overwritten.</source>
-        <translation>Der Server sagt nicht, ob er eine Datei „%1“ hat. Soll sie hochgeladen werden? Eine Datei dieses Namens würde überschrieben.</translation>
+        <source>The server does not report whether it has a file “%1”. Do you want to send it? A file of that name would be overwritten.</source>
+        <translation>Der Server sagt nicht, ob er eine Datei „%1“ hat. Soll sie gesendet werden? Eine Datei dieses Namens würde überschrieben.</translation>
     </message>
     <message>
         <source>the server was stopped.</source>

@@ -32,7 +32,7 @@ struct WindowContext {
     OpenWindows& windows; ///< for windows that open others
     QSettings& store; ///< the settings
     ServerHistograms& histograms; ///< the server's list of histograms
-    HistogramWindowUpdater& follower; ///< for windows that open those of histograms
+    HistogramWindowUpdater& windowUpdater; ///< for windows that open those of histograms
     StatusPoller& poller; ///< polls "stat" for all windows
 };
 
