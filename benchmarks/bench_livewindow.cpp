@@ -1,6 +1,6 @@
 // The GUI thread's share of a poll, from the reply to the picture on the window: 8 rows of 16,384 doubles at 800 x 400
 // (limit: less than 10 ms), and maps, of which 1024 x 1024 at 800 x 800 has to take less than 40 ms. The counters are
-// medians in milliseconds of the thread: taking the reply over, drawing, both; beside them one copy of the reply's
+// medians in milliseconds of the thread: storing the reply, drawing, both; beside them one copy of the reply's
 // bytes.
 #include "measure.h"
 

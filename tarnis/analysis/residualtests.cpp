@@ -25,7 +25,7 @@ bool isEfficient(const FitResult& result)
     return result.options.statistic == FitStatistic::Cash || result.options.statistic == FitStatistic::Pearson;
 }
 
-// Two numbers in one register. Left to itself the compiler vectorises over the bins, with many exchanges.
+// Two numbers in one register. By itself the compiler vectorises over the bins, with many exchanges.
 using Pair = double __attribute__((vector_size(16)));
 
 class ScoreTest {

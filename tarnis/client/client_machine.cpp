@@ -131,7 +131,7 @@ void Client::Private::leave(
     timer.stop();
     armed = never;
     phaseDue = never;
-    lookDue = never;
+    cancelCheckDue = never;
     state = newState;
     awaitsAddress = newState == State::Connecting;
     reason = newReason;
@@ -349,7 +349,7 @@ void Client::Private::onTimer()
     arm(); // a continuation may run an event loop of its own
     const QPointer<Client> alive(&q);
     finishAll(std::move(expired));
-    if (alive && now >= lookDue)
+    if (alive && now >= cancelCheckDue)
         lookForCancelled(now);
     if (alive && !expireUnderWay(now) && alive)
         expirePhase(now);
@@ -395,7 +395,7 @@ void Client::Private::expirePhase(Clock::time_point now)
 
 Clock::time_point Client::Private::nextDue() const
 {
-    Clock::time_point due = std::min({ queue.nextDue(), phaseDue, lookDue });
+    Clock::time_point due = std::min({ queue.nextDue(), phaseDue, cancelCheckDue });
     if (underWay)
         due = std::min({ due, underWay->request.due, after(underWay->lastByte, underWay->request.options.silence) });
     else if (state == State::Ready)

@@ -94,7 +94,7 @@ public:
     int failures = 0; ///< in a row, without a reply or a stable connection in between
     Clock::time_point upSince; ///< the last greeting
     Clock::time_point phaseDue = never; ///< of Connecting, Greeting and Reconnecting
-    Clock::time_point lookDue = never; ///< when requests are looked through for cancelled ones
+    Clock::time_point cancelCheckDue = never; ///< when requests are looked through for cancelled ones
     Clock::time_point lastExchange; ///< an idle connection's keep-alive counts from here
     QBasicTimer timer;
     Clock::time_point armed = never; ///< when the timer fires; it may be early, never late

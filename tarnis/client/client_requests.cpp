@@ -96,8 +96,8 @@ QFuture<Reply> Client::Private::request(const QString& text, const RequestOption
     QFuture<Reply> future = request.promise->future();
     const RequestKey key { -qint64(requestOptions.priority), nextNumber++ };
     queue.insert(key, std::move(request));
-    if (lookDue == never)
-        lookDue = Clock::now() + lookInterval;
+    if (cancelCheckDue == never)
+        cancelCheckDue = Clock::now() + lookInterval;
     advance();
     return future;
 }
@@ -110,12 +110,12 @@ void Client::Private::lookForCancelled(Clock::time_point now)
     if (underWay && underWay->request.isCancelled())
         cancelled.emplace_back(underWay->request, Reply());
     if (queue.size() <= maxWatched) {
-        lookDue = never;
+        cancelCheckDue = never;
         queue.forEach([this](RequestKey key, Request& request) { watch(request, key); });
         if (underWay)
             watch(underWay->request, underWay->key);
     } else {
-        lookDue = now + lookInterval;
+        cancelCheckDue = now + lookInterval;
     }
     finishAll(std::move(cancelled));
 }

@@ -41,7 +41,7 @@ public:
     ~HistogramPoller() override;
 
     /// The running poller of this command and format on this client, which all callers share: many viewers of one
-    /// histogram cost one poll. It ends with the last pointer: a viewer that is done lets go of its pointer. stop()
+    /// histogram cost one poll. It ends with the last pointer: a viewer that has ended releases its pointer. stop()
     /// ends the polls of all viewers, until the next call of shared() or start(). The interval is the shortest of the
     /// present viewers'; setInterval() replaces it until that changes. Other options are those of the first caller.
     static std::shared_ptr<HistogramPoller> shared(

@@ -186,7 +186,7 @@ QString Graph1DDialog::stopReason() const
 
 void Graph1DDialog::reportUndrawn(tarnis::UndrawnReply const& reply)
 {
-    if (!tarnis::LiveWindow::isDealtWith(hooks, reply, timer))
+    if (!tarnis::LiveWindow::isAnswered(hooks, reply, timer))
         live->showUndrawn(reply, QMessageBox::Information);
 }
 
@@ -290,7 +290,7 @@ bool Graph1DDialog::showPairs(QString const& replyText, QByteArray const& payloa
     const std::optional<tarnis::PairSamples> samples = tarnis::pairSamples(payload, *axis);
     const tarnis::UndrawnReply outside { tarnis::UndrawnReply::Reason::OutsideAxis, tr("Invalid index!"), replyText,
         values };
-    if (!samples && tarnis::LiveWindow::isDealtWith(hooks, outside, timer))
+    if (!samples && tarnis::LiveWindow::isAnswered(hooks, outside, timer))
         return false;
     ui->graphWidget->initManualX(axis->min, axis->max);
     ui->graphWidget->setResolution(1);

@@ -244,7 +244,7 @@ void Graph2DDialog::rejectReply(QString const& replyText, QByteArray const& payl
         reply = live->tooLarge(values);
     reply.binsX = binsX;
     reply.binsY = binsY;
-    if (tarnis::LiveWindow::isDealtWith(hooks, reply, timer)) {
+    if (tarnis::LiveWindow::isAnswered(hooks, reply, timer)) {
         binsX = oldBinsX;
         binsY = oldBinsY;
         return;

@@ -28,7 +28,7 @@ namespace tarnis {
 namespace {
 
 // Number of values that a window always accepts (decoded in some ten milliseconds), and the maximum (one gigabyte).
-constexpr double leastMaxValues = 1 << 22;
+constexpr double minValueLimit = 1 << 22;
 constexpr double largestMaxValues = 1 << 27;
 
 /// The integer part of value / maximum * 100.0, both as doubles; 0 for a maximum of 0.
@@ -113,7 +113,7 @@ LiveWindow::LiveWindow(QDialog& window, TarnisSession*& session, double expected
     : QObject(&window)
     , m_window(window)
     , m_session(session)
-    , m_maxValues(static_cast<qint64>(std::clamp(4.0 * expectedValues, leastMaxValues, largestMaxValues)))
+    , m_maxValues(static_cast<qint64>(std::clamp(4.0 * expectedValues, minValueLimit, largestMaxValues)))
 {
 }
 
@@ -164,7 +164,7 @@ void LiveWindow::retranslate()
         m_label->setText(tr("Stopped at %1. \"Update\" starts again. %2").arg(m_stoppedAt, m_reason));
 }
 
-bool LiveWindow::isDealtWith(const LiveWindowHooks& hooks, const UndrawnReply& reply, QTimer* timer)
+bool LiveWindow::isAnswered(const LiveWindowHooks& hooks, const UndrawnReply& reply, QTimer* timer)
 {
     if (!hooks.onUndrawn || !hooks.onUndrawn(reply))
         return false;

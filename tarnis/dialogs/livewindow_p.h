@@ -101,7 +101,7 @@ public:
         start(window, ServerAddress(m_address), QStringList(m_initialCommands));
         m_session->send(newPoll(text)); // after the initial commands, also if "AutoUpdate" is off
     }
-    /// The first steps of result() of `window`. True for a payload to draw; any other reply has been dealt with, and
+    /// The first steps of result() of `window`. True for a payload to draw; any other reply has been handled, and
     /// `timer`, which may be null, starts the next poll. `form` as in readText().
     template <typename Window>
     bool bringsPayload(
@@ -132,7 +132,7 @@ public:
     void retranslate(); ///< shows the state in the current language
 
     /// Passes the reply to the hook. True if the hook has handled it; the polling then continues.
-    static bool isDealtWith(const LiveWindowHooks& hooks, const UndrawnReply& reply, QTimer* timer);
+    static bool isAnswered(const LiveWindowHooks& hooks, const UndrawnReply& reply, QTimer* timer);
     /// Stops the polling and reports the reply in a message box.
     void showUndrawn(const UndrawnReply& reply, QMessageBox::Icon icon);
     /// Reads a reply to a text command: a rejection is reported by showRefusal() and closes the window.

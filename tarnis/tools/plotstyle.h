@@ -31,7 +31,7 @@ class TARNIS_EXPORT PlotStyle : public InteractiveTool {
     Q_OBJECT
 
 public:
-    /// The colours.
+    /// The colours of background, text and curves.
     enum class Theme {
         Light, ///< on white
         Dark, ///< on dark grey

@@ -283,7 +283,7 @@ private slots:
         QCOMPARE(points[0].position, 500.0);
     }
 
-    void assignsNothingToNothing()
+    void assignsNothingWithoutLinesOrPeaks()
     {
         QVERIFY(assignLines({}, {}, 0.0, 100.0).empty());
         const std::vector<CalibrationLine> lines = linesOfSource(u"cs137"_s).lines;

@@ -168,7 +168,7 @@ private Q_SLOTS:
         QVERIFY(pairSamples(QByteArray(), PairAxis { 0, 4, -7 })->ys.isEmpty());
     }
 
-    void pairsAreTheSpeltOutOnes()
+    void pairsMatchTheOracle()
     {
         auto generator = testing::seededGenerator(51);
         std::uniform_int_distribution<int> count(0, 12);
@@ -217,7 +217,7 @@ private Q_SLOTS:
         QTest::newRow("the first word counts") << "an exported exported 3 a 4" << 0 << 0;
     }
 
-    void exportedIsTheSpeltOutOne()
+    void exportMatchesTheOracle()
     {
         auto generator = testing::seededGenerator(52);
         const QStringList pieces { "exported", " ", " ", " ", "3", "-4", "12", "2147483647", "2147483648", "x", "\n",

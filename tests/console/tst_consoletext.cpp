@@ -136,7 +136,7 @@ private Q_SLOTS:
         QCOMPARE(bytesOfText(text, form).value_or("nothing"), bytes);
     }
 
-    void whatIsNoText()
+    void refusesContentThatIsNotPlainText()
     {
         TextForm form;
         QVERIFY(!textOfFile(QByteArray("a\0b", 3), form));

@@ -124,7 +124,7 @@ private Q_SLOTS:
         QVERIFY(chooser.shows({ "b", "run/" }));
     }
 
-    void directoryChoosesItself()
+    void aFolderIsItsOwnChoice()
     {
         TreeServer server;
         DirectoryChooser chooser(server, "/data");

@@ -240,7 +240,7 @@ private Q_SLOTS:
         }
     }
 
-    void wholeCounts()
+    void drawsIntegerCounts()
     {
         const QList<double> counts { 0.0, 1.0, 4503599627370495.0, 4503599627370497.0, infinity, 7.0, -0.0 };
         for (int count = 1; count <= counts.size(); ++count)

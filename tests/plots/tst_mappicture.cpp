@@ -149,7 +149,7 @@ private Q_SLOTS:
         const bool isPainter = tarnis::rasterPath() == tarnis::RasterPath::Painter;
         QCOMPARE(isPainter, qgetenv("TARNIS_RASTER") == "painter");
     }
-    void mapsAsSpeltOut()
+    void mapsMatchTheOracle()
     {
         Generator generator = seededGenerator(1);
         Plot plot;
@@ -179,7 +179,7 @@ private Q_SLOTS:
         }
     }
 
-    void overlaysAsSpeltOut()
+    void overlaysMatchTheOracle()
     {
         Generator generator = seededGenerator(2);
         Plot plot;
@@ -221,7 +221,7 @@ private Q_SLOTS:
         }
     }
 
-    void regionsAsSpeltOut()
+    void regionsMatchTheOracle()
     {
         Generator generator = seededGenerator(3);
         Plot plot;
@@ -261,7 +261,7 @@ private Q_SLOTS:
         view->setEditable(true);
     }
 
-    void barsAsSpeltOut()
+    void barsMatchTheOracle()
     {
         Generator generator = seededGenerator(4);
         Plot plot;
@@ -333,7 +333,7 @@ private Q_SLOTS:
         }
     }
 
-    void picturesAsSpeltOut()
+    void picturesMatchTheOracle()
     {
         Generator generator = seededGenerator(6);
         Plot plot;

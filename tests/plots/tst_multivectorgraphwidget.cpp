@@ -299,7 +299,7 @@ private Q_SLOTS:
         QVERIFY(!plot.m_autoScaleX && !plot.m_autoScaleY);
     }
 
-    void addTypeOutOfTheEnum()
+    void anUnknownTypeAddsAll()
     {
         Plot all;
         Plot other;

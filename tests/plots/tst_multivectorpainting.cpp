@@ -194,7 +194,7 @@ private Q_SLOTS:
         plot.picture();
     }
 
-    void badNumbersDoNoHarm()
+    void survivesExtremeValues()
     {
         Plot plot;
         plot.show();

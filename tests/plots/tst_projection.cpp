@@ -91,7 +91,7 @@ class TestMapCut : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void sumsAsSpeltOut()
+    void sumsMatchTheOracle()
     {
         Generator generator = seededGenerator(1);
         for (int i = 0; i < 20000; ++i) {
@@ -112,7 +112,7 @@ private Q_SLOTS:
         }
     }
 
-    void visibleSumsAsSpeltOut()
+    void visibleSumsMatchTheOracle()
     {
         Generator generator = seededGenerator(2);
         for (int i = 0; i < 20000; ++i) {
@@ -129,7 +129,7 @@ private Q_SLOTS:
         }
     }
 
-    void snapsAsSpeltOut()
+    void snapsMatchTheOracle()
     {
         Generator generator = seededGenerator(3);
         for (int i = 0; i < 20000; ++i) {

@@ -203,7 +203,7 @@ private Q_SLOTS:
         QCOMPARE(read(series, { 20, 50 }, axisTo(100.0), true), QStringLiteral("keV:0 i:101"));
     }
 
-    void isThatOfTheWrittenRules()
+    void matchesTheDocumentedRules()
     {
         auto random = tarnis::testing::seededGenerator(3571);
         const auto real = [&](double low, double high) {
@@ -290,7 +290,7 @@ private Q_SLOTS:
         QCOMPARE(readOut(smallMap(), pixel, decimals, decimals), text);
     }
 
-    void readOutsAsSpeltOut()
+    void readOutsMatchTheOracle()
     {
         std::mt19937_64 generator = seededGenerator(1);
         const auto real = [&](double low, double high) {

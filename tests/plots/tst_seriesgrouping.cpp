@@ -119,7 +119,7 @@ private Q_SLOTS:
         QCOMPARE(members({ tarnis::curveOfAll(series, false) }), (QStringList { "0+1+2" }));
     }
 
-    void unknownTypeIsEverything()
+    void anUnknownTypeAddsAll()
     {
         const QList<Series> series { record(2, 1), record(2, 2) };
         QCOMPARE(members(tarnis::curvesOf(series, static_cast<AddType>(7), 1)), (QStringList { "0+1" }));

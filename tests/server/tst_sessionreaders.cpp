@@ -255,7 +255,7 @@ private Q_SLOTS:
         QVERIFY(out.buffer.capacity() < 64 << 20);
     }
 
-    void readsTextAsSpelt()
+    void textMatchesTheOracle()
     {
         auto generator = seededGenerator(3);
         for (int i = 0; i < 20000; ++i) {
@@ -268,7 +268,7 @@ private Q_SLOTS:
         }
     }
 
-    void readsBinaryAsSpelt()
+    void binaryMatchesTheOracle()
     {
         auto generator = seededGenerator(4);
         for (int i = 0; i < 20000; ++i) {

@@ -236,7 +236,7 @@ private Q_SLOTS:
         QTEST(spelledSections(text), "sections");
     }
 
-    void dividesAnyTextAsSpelt()
+    void divisionMatchesTheOracle()
     {
         auto generator = seededGenerator(1);
         for (int i = 0; i < 20000; ++i) {

@@ -312,7 +312,7 @@ private Q_SLOTS:
         QTEST(textOf(fault.greeting("hi\n", prompt)), "steps");
     }
 
-    void everySoManyth()
+    void faultHitsEveryNthReply()
     {
         FaultSwitch fault = switchTo("silent", 3);
         QStringList steps;

@@ -28,7 +28,7 @@ QString settingOf(const Options& options, const QString& name)
 class TestSimOptions : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void nothingGivesTheDefaults()
+    void defaultsApplyWithoutOptions()
     {
         const Options options = parsed({});
         QVERIFY(options.action == Options::Action::Run);

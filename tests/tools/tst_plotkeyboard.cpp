@@ -261,7 +261,7 @@ private Q_SLOTS:
             host.plot->GetViewSelectedROI()->getRoiList(), (QList<QRect> { QRect(QPoint(100, 50), QPoint(300, 150)) }));
     }
 
-    void rangeThatIsNoNumberMakesAnEmptyRegion()
+    void invalidRangeMakesAnEmptyRegion()
     {
         MapHost host;
         new PlotKeyboard(host.plot);
@@ -414,7 +414,7 @@ private Q_SLOTS:
         QCOMPARE(roleOf(host.plot), QAccessible::Chart);
     }
 
-    void plotMayGoWithMenuAndEditorOpen()
+    void plotCanBeDeletedWithMenuAndEditorOpen()
     {
         auto host = std::make_unique<CurveHost>();
         new PlotKeyboard(host->plot);

@@ -210,7 +210,7 @@ private Q_SLOTS:
         QCOMPARE(m_legend->isShown(1), true);
     }
 
-    void sumHasNothingToHide()
+    void aSumOffersNothingToHide()
     {
         m_plot->setAddType(MultiVectorGraphWidget::AddAll);
         QCOMPARE(m_legend->count(), 1);

@@ -244,7 +244,7 @@ private Q_SLOTS:
         const QPointF under = hand.valueAt(at + by);
         QVERIFY(isUnder(under.x(), value.x(), before.x) && isUnder(under.y(), value.y(), before.y));
         hand.moveBoth(at - QPoint(60, 0), at + QPoint(60, 0));
-        QCOMPARE(hand.view(), before); // back to the bit
+        QCOMPARE(hand.view(), before); // equal to the last bit
         hand.moveBoth(at - QPoint(60, 0) + by, at + QPoint(60, 0) + by);
         hand.releaseBoth(at - QPoint(60, 0) + by, at + QPoint(60, 0) + by);
         QCOMPARE(hand.view(), moved);

@@ -85,7 +85,7 @@ private Q_SLOTS:
         plot.setMinMaxX(5, 6);
         plot.setData(QList<double>(400, 3.0));
         PlotView::apply(plot, automatic);
-        QCOMPARE(rangesOf(plot).at(1), 400.0); // not the end of then
+        QCOMPARE(rangesOf(plot).at(1), 400.0); // not the end when the view was stored
         QCOMPARE(rangesOf(plot).at(2), 1.0);
     }
 

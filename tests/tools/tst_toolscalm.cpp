@@ -301,7 +301,7 @@ private Q_SLOTS:
         do {
             Monkey monkey(*plot, random);
             for (int step = 0; step < 150; ++step) {
-                if (calmMs > 0) // the pace of the live run; without it there is none
+                if (calmMs > 0) // only the live run has a pace
                     QVERIFY(QTest::qWaitFor([&clock, due = clock.elapsed() + 20] { return clock.elapsed() >= due; }));
                 else if (chance(random, 0.3))
                     feed(*plot, random, samples);
@@ -433,7 +433,7 @@ private Q_SLOTS:
     }
 
     /// Stored views with random bytes changed: an error, or a plot with sound ranges.
-    void damagedViewsNeverDoHarm()
+    void damagedViewsAreRefusedOrGiveValidRanges()
     {
         auto random = seededGenerator(18);
         const auto plot = makePlot(Map);

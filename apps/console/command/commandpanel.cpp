@@ -98,8 +98,8 @@ void CommandPanel::insertPath(const QString& path)
 {
     const int cursor =
         ui->commandEdit->selectionStart() >= 0 ? ui->commandEdit->selectionStart() : ui->commandEdit->cursorPosition();
-    const bool stands = cursor > 0 && !ui->commandEdit->text().at(cursor - 1).isSpace();
-    ui->commandEdit->insert((stands ? QStringLiteral(" ") : QString()) + quotedPath(path));
+    const bool needsSpace = cursor > 0 && !ui->commandEdit->text().at(cursor - 1).isSpace();
+    ui->commandEdit->insert((needsSpace ? QStringLiteral(" ") : QString()) + quotedPath(path));
     ui->commandEdit->setFocus(Qt::OtherFocusReason);
 }
 

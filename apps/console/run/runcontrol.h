@@ -16,8 +16,8 @@ class CommandChannel;
 class ServerController;
 class StatusPoller;
 
-/// Sends "start", "stop" and "clear" on its own connection, so that a run can be stopped while the command line waits for
-/// a long reply. Asks first if data would be lost. GUI thread.
+/// Sends "start", "stop" and "clear" on its own connection, so that a run can be stopped while the command line waits
+/// for a long reply. Asks first if data would be lost. GUI thread.
 class RunControl : public QObject {
     Q_OBJECT
 public:

@@ -127,16 +127,16 @@ QList<QRect> cascadeCells(int count, const QRect& area)
 
 Shares sharesOf(const QRect& area, const QRect& console, const QSize& least)
 {
-    const QRect stands = console.intersected(area);
+    const QRect taken = console.intersected(area);
     QRect free;
-    for (const QRect& side : { QRect(area.topLeft(), QPoint(stands.left() - 1, area.bottom())),
-             QRect(QPoint(stands.right() + 1, area.top()), area.bottomRight()),
-             QRect(area.topLeft(), QPoint(area.right(), stands.top() - 1)),
-             QRect(QPoint(area.left(), stands.bottom() + 1), area.bottomRight()) }) {
+    for (const QRect& side : { QRect(area.topLeft(), QPoint(taken.left() - 1, area.bottom())),
+             QRect(QPoint(taken.right() + 1, area.top()), area.bottomRight()),
+             QRect(area.topLeft(), QPoint(area.right(), taken.top() - 1)),
+             QRect(QPoint(area.left(), taken.bottom() + 1), area.bottomRight()) }) {
         if (side.isValid() && qint64(side.width()) * side.height() > qint64(free.width()) * free.height())
             free = side;
     }
-    if (!stands.isEmpty() && qint64(free.width()) * free.height() * 2 >= qint64(area.width()) * area.height())
+    if (!taken.isEmpty() && qint64(free.width()) * free.height() * 2 >= qint64(area.width()) * area.height())
         return { console, free };
     const int maxWidth = area.width() * 3 / 5;
     const int maxHeight = area.height() * 3 / 5;

@@ -26,7 +26,7 @@ ComparedBin comparedBin(Comparison comparison, double live, double reference, do
 void comparedValues(Comparison comparison, const double* live, const double* reference, qsizetype count, double norm,
     bool isContained, double* values);
 
-/// True if no bin is below that of the reference, and at least one is above: the counts went on.
+/// True if no bin is below that of the reference, and at least one is above: the same measurement, continued.
 bool isContinuation(const QList<double>& live, const QList<double>& reference);
 
 /// The axis for the finite values, centred on the value for equality (1 for a ratio, otherwise 0). Its half width is 1,
