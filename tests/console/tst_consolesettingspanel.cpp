@@ -1,11 +1,8 @@
-// The settings panel with a changing server: changes by others, restarts, rejections.
+// The settings panel: editing, sending, refusals.
 #include "app/language.h"
-#include "console/consolefixture.h"
-#include "settings/settingsmodel.h"
-#include "settings/settingspanel.h"
+#include "console/settingsconsole.h"
 #include "settings/settingstable.h"
 #include "support/cases.h"
-#include "support/wait.h"
 #include "windows/openwindows.h"
 
 #include <QCheckBox>
@@ -18,58 +15,6 @@
 
 using namespace console;
 using namespace tarnis::testing;
-
-namespace {
-
-/// A console with helpers for its settings.
-class SettingsConsole : public ConsoleFixture {
-public:
-    SettingsConsole() = default;
-    /// The settings of this server have been read.
-    explicit SettingsConsole(const ScriptedServer& server) { connectTo(server); }
-    /// The same with a local program that prints the server's port.
-    SettingsConsole(const FakeServer& program, const ScriptedServer& server)
-    {
-        use(program);
-        waitForSettings(server);
-    }
-    void connectTo(const ScriptedServer& server)
-    {
-        use(server);
-        waitForSettings(server);
-    }
-    SettingsModel& model() { return window->settingsPanel().model(); }
-    QString here(const QString& name) { return window->controller().tarnis().GetSettingValue(name, QString()); }
-    QString onServer(const QString& name)
-    {
-        return model().index(model().rowOf(name), SettingsModel::OnServer).data().toString();
-    }
-    bool edit(const QString& name, const QString& value)
-    {
-        return model().setData(model().index(model().rowOf(name), SettingsModel::Value), value, Qt::EditRole);
-    }
-    /// Clicks a button and waits until everything that it sent is answered.
-    bool pressed(const char* button)
-    {
-        press(button);
-        return eventually([this] { return window->settingsPanel().canSend(); });
-    }
-    bool sends(const QString& name, const QString& value) { return edit(name, value) && pressed("sendSettingsButton"); }
-
-private:
-    void waitForSettings(const ScriptedServer& server)
-    {
-        if (!eventually([&] { return server.requests().contains("setting") && model().rowCount() > 0; }))
-            qFatal("the settings are not read");
-    }
-};
-
-Script okReply(const QByteArray& values)
-{
-    return { Step::text("OK:\n" + values) };
-}
-
-} // namespace
 
 class TestConsoleSettingsPanel : public QObject {
     Q_OBJECT
@@ -393,94 +338,6 @@ private Q_SLOTS:
     }
 
     // A local server that restarts with its own values.
-
-    void whatWasSentIsKeptOverARestart()
-    {
-        ScriptedServer server;
-        server.answerInTurn("setting",
-            { okReply("rate: 10\nseed: 1\n"), okReply("rate: 10\nseed: 1\n"), okReply("rate: 20\nseed: 1\n"),
-                okReply("rate: 10\nseed: 7\n") });
-        const FakeServer program(FakeServer::wellBehaved(server.port()));
-        SettingsConsole fixture(program, server);
-        TRY_COMPARE(fixture.here("rate"), QStringLiteral("10"));
-        QVERIFY(fixture.sends("rate", "20"));
-        TRY_COMPARE(fixture.onServer("rate"), QStringLiteral("20"));
-
-        fixture.choose("restartAction");
-        TRY_COMPARE(fixture.onServer("seed"), QStringLiteral("7"));
-        QCOMPARE(fixture.here("rate"), QStringLiteral("20"));
-        QCOMPARE(fixture.onServer("rate"), QStringLiteral("10"));
-        QCOMPARE(fixture.model().changedNames(), QStringList { "rate" });
-        QCOMPARE(fixture.here("seed"), QStringLiteral("7"));
-        QVERIFY(fixture.settingsState().contains(QStringLiteral("has restarted")));
-        QVERIFY(fixture.settingsState().contains(QStringLiteral("1 setting")));
-    }
-
-    void whatOthersSentSinceIsNotKept()
-    {
-        ScriptedServer server;
-        server.answerInTurn("setting",
-            { okReply("rate: 10\n"), okReply("rate: 10\n"), okReply("rate: 20\n"), okReply("rate: 30\n"),
-                okReply("rate: 10\n") });
-        const FakeServer program(FakeServer::wellBehaved(server.port()));
-        SettingsConsole fixture(program, server);
-        TRY_COMPARE(fixture.here("rate"), QStringLiteral("10"));
-        QVERIFY(fixture.sends("rate", "20"));
-        TRY_COMPARE(fixture.onServer("rate"), QStringLiteral("20"));
-        fixture.press("readButton");
-        TRY_COMPARE(fixture.here("rate"), QStringLiteral("30"));
-        fixture.choose("restartAction");
-        TRY_COMPARE(fixture.here("rate"), QStringLiteral("10"));
-        QVERIFY(fixture.model().changedNames().isEmpty());
-    }
-
-    void aRemoteServerIsFollowed()
-    {
-        ScriptedServer server;
-        server.answerInTurn(
-            "setting", { okReply("rate: 10\n"), okReply("rate: 10\n"), okReply("rate: 20\n"), okReply("rate: 30\n") });
-        SettingsConsole fixture(server);
-        TRY_COMPARE(fixture.here("rate"), QStringLiteral("10"));
-        QVERIFY(fixture.sends("rate", "20"));
-        TRY_COMPARE(fixture.onServer("rate"), QStringLiteral("20"));
-        fixture.choose("restartAction"); // disconnects and connects again
-        TRY_COMPARE(fixture.here("rate"), QStringLiteral("30"));
-        QVERIFY(fixture.model().changedNames().isEmpty());
-    }
-
-    void aBasePathThatWasSentIsKeptOverARestart()
-    {
-        ScriptedServer server;
-        server.answerInTurn(
-            "setting", { okReply("basepath: /\n"), okReply("basepath: /data\n"), okReply("basepath: /\n") });
-        const FakeServer program(FakeServer::wellBehaved(server.port()));
-        SettingsConsole fixture(program, server);
-        TRY_COMPARE(fixture.here("basepath"), QStringLiteral("/"));
-        fixture.widget<QLineEdit>("pathEdit").setText(QStringLiteral("/data"));
-        fixture.press("pathButton");
-        TRY_COMPARE(fixture.onServer("basepath"), QStringLiteral("/data"));
-        fixture.choose("restartAction");
-        TRY_COMPARE(fixture.onServer("basepath"), QStringLiteral("/"));
-        QCOMPARE(fixture.here("basepath"), QStringLiteral("/data"));
-        QCOMPARE(fixture.widget<QLineEdit>("pathEdit").text(), QStringLiteral("/data"));
-    }
-
-    void anotherServerDoesNotGetWhatWasSentToTheFirst()
-    {
-        ScriptedServer first;
-        first.answerInTurn("setting", { okReply("rate: 10\n"), okReply("rate: 10\n"), okReply("rate: 20\n") });
-        ScriptedServer second;
-        second.answer("setting", okReply("rate: 5\n"));
-        const FakeServer one(FakeServer::wellBehaved(first.port()));
-        const FakeServer two(FakeServer::wellBehaved(second.port()));
-        SettingsConsole fixture(one, first);
-        TRY_COMPARE(fixture.here("rate"), QStringLiteral("10"));
-        QVERIFY(fixture.sends("rate", "20"));
-        TRY_COMPARE(fixture.onServer("rate"), QStringLiteral("20"));
-        fixture.use(two);
-        TRY_COMPARE(fixture.here("rate"), QStringLiteral("5"));
-        QVERIFY(fixture.model().changedNames().isEmpty());
-    }
 
     void whatCannotBeDoneIsOff()
     {

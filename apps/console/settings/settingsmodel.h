@@ -13,7 +13,8 @@ namespace console {
 /// sent as name:value pairs separated by spaces, in Latin-1, without escaping.
 QString settingProblem(const QString& name, const QString& value);
 
-/// One row per setting, sorted by name. Values are stored in the manager at once, but not sent. GUI thread.
+/// One row per setting, sorted by name. Values are stored in the manager at once, but not sent. The console shows
+/// the manager's settings; a host without a manager uses tarnis::SettingsModel. GUI thread.
 class SettingsModel : public QAbstractTableModel {
     Q_OBJECT
 public:
