@@ -1,6 +1,7 @@
 // The console's live windows and path choosers when servers are lost and come back, and the choices in them.
 #include "browse/pathwindows.h"
 #include "console/consolefixture.h"
+#include "histograms/livewindows.h"
 #include "settings/settingspanel.h"
 #include "support/cases.h"
 #include "support/wait.h"
@@ -18,8 +19,10 @@
 #include <QMessageBox>
 #include <QPointer>
 #include <QPushButton>
+#include <QSignalSpy>
 #include <QTableWidget>
 
+#include <climits>
 #include <memory>
 
 using namespace console;
@@ -189,6 +192,47 @@ private Q_SLOTS:
         server.open("gate");
         TRY_VERIFY(LiveWindows::infoOf(*window).isEmpty());
         QCOMPARE(window->getGraphWidget()->getMaxValue(), 8.0);
+    }
+
+    void aRefusedConnectionConcernsItsWindowOnly_data()
+    {
+        addColumns<QByteArray, bool>("id", "isAuto");
+        QTest::newRow("curves") << QByteArray("curves") << true;
+        QTest::newRow("curves without polling") << QByteArray("curves") << false;
+        QTest::newRow("map") << QByteArray("map") << true;
+    }
+    void aRefusedConnectionConcernsItsWindowOnly()
+    {
+        QFETCH(QByteArray, id);
+        QFETCH(bool, isAuto);
+        HistogramServer server;
+        ConsoleFixture fixture(server);
+        QVERIFY(server.waitForFarewells(2)); // of the check of the server and of the list of its histograms
+        const int used = server.connectionCount();
+        for (int i = 0; i < 4; ++i) // two attempts of the window, each followed by a check
+            server.setScript(used + i, { Step::raw("NG:too many clients\n"), Step::drop() });
+        QSignalSpy answered(&fixture.window->controller(), &ServerController::answered);
+
+        auto* const window = fixture.open<QDialog>(id.constData());
+        auto* const curves = qobject_cast<LiveCurves*>(window);
+        auto* const map = qobject_cast<LiveMap*>(window);
+        (curves ? curves->recovery() : map->recovery()).m_retryMs = INT_MAX; // only the user tries again
+        auto& autoUpdate = part<QCheckBox>(*window, "autoUpdateCheckBox");
+        autoUpdate.setChecked(isAuto);
+        for (int attempt = 1; attempt <= 2; ++attempt) {
+            TRY_COMPARE(answered.size(), attempt);
+            const QString text = LiveWindows::infoOf(*window);
+            QVERIFY2(text.contains(QStringLiteral("too many clients")), qPrintable(text));
+            QVERIFY2(text.contains(QStringLiteral("Close another window")), qPrintable(text));
+            QVERIFY(!autoUpdate.isEnabled());
+            QCOMPARE(fixture.window->controller().state(), ServerState::Up);
+            QVERIFY2(fixture.alert().text.isEmpty(), qPrintable(fixture.alert().text));
+            press(part<QPushButton>(*window, "updatePushButton"));
+        }
+        TRY_VERIFY((curves ? curves->getGraphWidget()->hasData() : map->getGraphWidget()->getMaxValue() > 0.0));
+        TRY_VERIFY(LiveWindows::infoOf(*window).isEmpty());
+        QVERIFY(autoUpdate.isEnabled());
+        QVERIFY(noBoxIsOpen());
     }
 
     void aWindowWithoutPollingOnlyReportsTheReturn()

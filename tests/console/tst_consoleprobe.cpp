@@ -73,6 +73,26 @@ private Q_SLOTS:
         QCOMPARE(probe(one, server.port(), 300, ScriptedServer::host()), ServerProbe::Outcome::NoPrompt);
     }
 
+    void theProbeIsRefused_data()
+    {
+        addColumns<QByteArray, QString, bool>("greeting", "reason", "hangsUp");
+        QTest::newRow("and disconnected") << QByteArray("NG:too many clients\n") << "too many clients" << true;
+        QTest::newRow("and kept") << QByteArray("NG: not now \n") << "not now" << false;
+        QTest::newRow("with more text") << QByteArray("NG:a <b>: no\nsecond line\n") << "a <b>: no" << true;
+        QTest::newRow("with a long text") << "NG:" + QByteArray(60000, 'x') << QString(200, u'x') + u'\u2026' << true;
+    }
+    void theProbeIsRefused()
+    {
+        QFETCH(QByteArray, greeting);
+        QFETCH(QString, reason);
+        QFETCH(bool, hangsUp);
+        ScriptedServer server({ Step::raw(greeting), hangsUp ? Step::drop() : Step::silence() });
+        ServerProbe one;
+        QCOMPARE(probe(one, server.port(), hangsUp ? timeoutMs : 300, ScriptedServer::host()),
+            ServerProbe::Outcome::Refused);
+        QCOMPARE(one.refusal(), reason);
+    }
+
     void aStoppedProbeIsSilent()
     {
         ScriptedServer server;

@@ -122,6 +122,53 @@ private Q_SLOTS:
             control.reports("no longer sends its greeting", AlertAction::ConnectAgain), qPrintable(control.lastText()));
     }
 
+    void aServerWithoutRoomStatesItsReason()
+    {
+        ScriptedServer server({ Step::raw("NG:too many clients\n"), Step::drop() });
+        Control control;
+        control.start(remote(server.port()));
+        QVERIFY2(control.reports("refuses the connection: too many clients.", AlertAction::ConnectAgain),
+            qPrintable(control.lastText()));
+    }
+
+    void aCheckThatIsRefusedKeepsTheConnection()
+    {
+        ScriptedServer server;
+        Control control;
+        control.start(remote(server.port()));
+        QVERIFY(control.reaches(ServerState::Up));
+        QSignalSpy answered(&control.controller, &ServerController::answered);
+        server.setScript(server.connectionCount(), { Step::raw("NG:too many clients\n"), Step::drop() });
+        control.controller.checkServer();
+        TRY_COMPARE(answered.size(), 1);
+        QCOMPARE(answered.first().first().toString(), QStringLiteral("too many clients"));
+        QCOMPARE(control.controller.state(), ServerState::Up);
+        QVERIFY(control.lastText().isEmpty());
+        control.controller.checkServer();
+        TRY_COMPARE(answered.size(), 2);
+        QVERIFY(answered.last().first().toString().isEmpty());
+    }
+
+    void aServerThatComesBackWithoutRoomIsTriedAgain()
+    {
+        ScriptedServer server;
+        Control control;
+        control.controller.m_probeTimeoutMs = 200;
+        control.controller.m_againMs = 1;
+        control.start(remote(server.port()));
+        QVERIFY(control.reaches(ServerState::Up));
+        const int first = server.connectionCount();
+        server.setScript(first, { Step::silence() });
+        server.setScript(first + 1, { Step::raw("NG:too many clients\n"), Step::drop() });
+        control.controller.checkServer();
+        QVERIFY(control.reaches(ServerState::Failed));
+        QVERIFY(control.reaches(ServerState::Up));
+        QVERIFY(std::any_of(control.alerts.cbegin(), control.alerts.cend(), [](const Alert& alert) {
+            return alert.text.contains(QStringLiteral("too many clients"))
+                && alert.text.contains(QStringLiteral("connects automatically"));
+        }));
+    }
+
     void reportsABrokenControlSessionWithTheSocketError()
     {
         ScriptedServer server;

@@ -8,7 +8,6 @@
 #include "server/servercontroller.h"
 #include "windows/window.h"
 
-#include <tarnis/foundation/messagelabel.h>
 #include <tarnis/plots/multivectorgraphwidget.h>
 #include <tarnis/plots/xy2dgraphwidget.h>
 #include <tarnis/server/tarnis.h>
@@ -19,9 +18,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QEvent>
-#include <QHeaderView>
 #include <QPushButton>
-#include <QTableWidget>
 #include <QToolButton>
 
 #include <algorithm>
@@ -35,16 +32,25 @@ constexpr int minPlotLines = 9; // height of a plot, in lines of text
 constexpr int minCurveChars = 30; // width of a plot, in average characters
 constexpr int minMapChars = 52; // with its colour bar
 
-/// Enables the buttons that need a session, or shows why they are disabled.
-void setPolling(QDialog& window, bool isPolling)
+/// Enables the buttons that need a session, or shows why they are disabled. "Update" also requests a refused session.
+void setPolling(QDialog& window, bool isPolling, bool isRefused = false)
 {
     const QString reason = SessionRecovery::tr("Needs a connected server");
-    const auto set = [&](QWidget* control) {
+    const auto set = [&](QWidget* control, bool isAvailable) {
         if (control)
-            setAvailable(control, isPolling, QString(), reason);
+            setAvailable(control, isAvailable, QString(), reason);
     };
-    set(window.findChild<QPushButton*>(QStringLiteral("updatePushButton")));
-    set(window.findChild<QCheckBox*>(QStringLiteral("autoUpdateCheckBox")));
+    set(window.findChild<QPushButton*>(QStringLiteral("updatePushButton")), isPolling || isRefused);
+    set(window.findChild<QCheckBox*>(QStringLiteral("autoUpdateCheckBox")), isPolling);
+}
+
+/// Shows why there is no session, and what the user can do.
+template <typename Window> void showLost(Window& window, const SessionRecovery& keeper)
+{
+    const QString advice =
+        keeper.isRefused() ? u' ' + SessionRecovery::tr("\u201cUpdate\u201d tries at once.") : QString();
+    window.setInfoText(keeper.text() + advice);
+    setPolling(window, false, keeper.isRefused());
 }
 
 /// Adds the lines below the controls of every live plot.
@@ -206,6 +212,9 @@ void LiveCurves::show(const PTarnisCmd& command, const QByteArray& payload)
 
 void LiveCurves::update()
 {
+    const bool isLost = !session;
+    if (isLost && (!m_recovery.retry() || isAutoUpdate()))
+        return; // a new session polls by itself
     m_isAsked = true;
     Graph1DDialog::update();
 }
@@ -294,8 +303,7 @@ void LiveCurves::closeEvent(QCloseEvent* event)
 void LiveCurves::onLost()
 {
     timer->stop();
-    setInfoText(m_recovery.text());
-    setPolling(*this, false);
+    showLost(*this, m_recovery);
 }
 
 void LiveCurves::resume()
@@ -348,6 +356,9 @@ void LiveMap::result(PTarnisCmd command, QByteArray payload)
 
 void LiveMap::update()
 {
+    const bool isLost = !session;
+    if (isLost && (!m_recovery.retry() || isAutoUpdate()))
+        return; // a new session polls by itself
     m_isAsked = true;
     Graph2DDialog::update();
 }
@@ -422,77 +433,12 @@ void LiveMap::closeEvent(QCloseEvent* event)
 void LiveMap::onLost()
 {
     timer->stop();
-    setInfoText(m_recovery.text());
-    setPolling(*this, false);
+    showLost(*this, m_recovery);
 }
 
 void LiveMap::resume()
 {
     resumePolling(*this, m_recovery.renewedAddress());
-}
-
-LiveStatistics::LiveStatistics(const WindowContext& context, const QString& title)
-    : StatDialog(context.controller.tarnis().NewTarnisSession(nullptr), title, QString(), context.parent)
-    , m_controller(context.controller)
-    , m_recovery(context.controller, session)
-    , m_infoLabel(new tarnis::MessageLabel(this))
-    , m_age(*this, [this] { return session != nullptr; })
-{
-    m_infoLabel->setObjectName(QStringLiteral("infoLabel"));
-    m_infoLabel->hide();
-    if (auto* const box = qobject_cast<QBoxLayout*>(layout())) { // above the buttons
-        box->insertWidget(box->count() - 1, m_age.label());
-        box->insertWidget(box->count() - 1, m_infoLabel);
-    }
-    // The columns fill the table, without row numbers.
-    table()->verticalHeader()->hide();
-    m_sinceResult.start();
-    connect(&m_recovery, &SessionRecovery::lost, this, &LiveStatistics::onLost);
-    connect(&m_recovery, &SessionRecovery::wanted, this, &LiveStatistics::resume);
-}
-
-void LiveStatistics::result(PTarnisCmd command, QByteArray const& payload)
-{
-    if (!session)
-        return; // still queued when the session ended
-    m_infoLabel->hide();
-    m_age.arrived();
-    m_controller.readState(payload, m_sinceResult.restart());
-    StatDialog::result(command, payload);
-}
-
-void LiveStatistics::error(int /*code*/, QString const& text)
-{
-    m_recovery.fail(sender(), text);
-}
-
-void LiveStatistics::setTexts()
-{
-    table()->setHorizontalHeaderLabels({ tr("Name"), tr("Value") });
-}
-
-void LiveStatistics::changeEvent(QEvent* event)
-{
-    StatDialog::changeEvent(event);
-    if (event->type() != QEvent::LanguageChange)
-        return;
-    setTexts();
-    m_infoLabel->setText(m_recovery.text());
-}
-
-void LiveStatistics::onLost()
-{
-    m_infoLabel->setText(m_recovery.text());
-    m_infoLabel->show();
-}
-
-void LiveStatistics::resume()
-{
-    TarnisSession& fresh = *m_recovery.renew();
-    connect(&fresh, &TarnisSession::result, this, &LiveStatistics::result);
-    connect(&fresh, &TarnisSession::error, this, &LiveStatistics::error);
-    fresh.start(QThread::InheritPriority);
-    sendCommand();
 }
 
 } // namespace console

@@ -51,6 +51,7 @@ public:
     bool onResultExInfo(QList<QString> const& lines) override;
 
     DataAge& dataAge() { return m_age; }
+    SessionRecovery& recovery() { return m_recovery; }
 
 protected:
     void changeEvent(QEvent* event) override;
@@ -101,6 +102,7 @@ public:
     bool onResultExInfo(QList<QString> const& lines) override;
 
     DataAge& dataAge() { return m_age; }
+    SessionRecovery& recovery() { return m_recovery; }
 
 public Q_SLOTS:
     /// Replaces the library's slot, which the filter's dialog looks up by this name: the title of the new map states

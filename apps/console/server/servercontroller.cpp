@@ -254,17 +254,20 @@ void ServerController::onProbed(ServerProbe::Outcome outcome)
         m_tarnis.SetRemoteHost(m_choice.host, m_choice.port);
         m_slowTimer.start(m_portTimeoutMs);
         m_tarnis.Run(nullptr);
-    } else if (m_state == ServerState::Up && !isThere) {
+    } else if (m_state == ServerState::Up && (isThere || outcome == ServerProbe::Outcome::Refused)) {
+        m_hasGreeted = m_hasGreeted || isThere;
+        Q_EMIT answered(isThere ? QString() : m_probe.refusal());
+    } else if (m_state == ServerState::Up) {
         fail(probeFailure(outcome));
         m_tarnis.SetStatus(Tarnis::SERVER_ERROR);
     } else if (m_state == ServerState::Failed && isThere && isLocal()) {
         goOn();
     } else if (m_state == ServerState::Failed && isThere) {
         restart();
+    } else if (m_state == ServerState::Failed && outcome == ServerProbe::Outcome::Refused) {
+        fail(probeFailure(outcome)); // the server is back, but has no room
     } else if (m_state == ServerState::Failed) {
         m_againTimer.start(m_againMs);
-    } else {
-        m_hasGreeted = m_hasGreeted || isThere;
     }
 }
 

@@ -108,6 +108,9 @@ Q_SIGNALS:
     void statusMessage(const console::Alert& message);
     /// An accepted reply to "stat" has arrived, from any sender.
     void statRead(const QByteArray& reply);
+    /// The server has been checked and answers. `refusal` is empty, or the reason why it accepts no further connection;
+    /// those that exist continue.
+    void answered(const QString& refusal);
     /// The manager is about to end its sessions: receivers must end their own ones.
     void aboutToStop();
 
@@ -135,6 +138,7 @@ protected:
     void reachedOff();
     void setState(ServerState state);
     Alert probeFailure(ServerProbe::Outcome outcome) const;
+    Alert refusalFailure() const;
     Alert greetingFailure(const QString& address) const;
     Alert reachFailure(const QString& address) const;
 

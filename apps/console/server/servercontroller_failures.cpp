@@ -12,10 +12,24 @@ QString ServerController::adviceAgain(bool isLocal)
 
 Alert ServerController::probeFailure(ServerProbe::Outcome outcome) const
 {
+    if (outcome == ServerProbe::Outcome::Refused)
+        return refusalFailure();
     const QString address = QStringLiteral("%1:%2")
                                 .arg(isLocal() ? m_tarnis.host() : m_choice.host)
                                 .arg(isLocal() ? m_tarnis.port() : m_choice.port);
     return outcome == ServerProbe::Outcome::NoPrompt ? greetingFailure(address) : reachFailure(address);
+}
+
+/// The server answers, but accepts no connection.
+Alert ServerController::refusalFailure() const
+{
+    return alertOf(
+        Alert::Severity::Failure,
+        [name = serverName(), reason = m_probe.refusal()] {
+            return tr("%1 refuses the connection: %2. Disconnect another client of this server, then try again.")
+                .arg(name, reason);
+        },
+        AlertAction::ConnectAgain);
 }
 
 /// A server answers, but not with the prompt.

@@ -1,10 +1,13 @@
 #include "server/serverprobe.h"
 
+#include "server/replytext.h"
+
 namespace console {
 
 namespace {
 
 constexpr qsizetype greetingLimit = 65536; // limit of a greeting
+constexpr qsizetype reasonLimit = 200; // characters of a refusal in a text for users
 
 } // namespace
 
@@ -55,6 +58,7 @@ void ServerProbe::onFailed()
         return;
     m_error = m_socket.error();
     m_errorText = m_socket.errorString();
+    m_received += m_socket.readAll();
     const bool wasConnected = m_error == QAbstractSocket::RemoteHostClosedError;
     end(wasConnected ? Outcome::NoPrompt : Outcome::NotReached);
 }
@@ -67,10 +71,18 @@ void ServerProbe::onTimeout()
     end(isConnected ? Outcome::NoPrompt : Outcome::NotReached);
 }
 
+QString ServerProbe::refusal() const
+{
+    const QString reason = QString::fromUtf8(m_received).section(u':', 1).trimmed().section(u'\n', 0, 0).simplified();
+    return reason.size() > reasonLimit ? reason.left(reasonLimit) + u'\u2026' : reason;
+}
+
 void ServerProbe::end(Outcome outcome)
 {
     stop();
-    Q_EMIT finished(outcome);
+    const bool isRefused =
+        outcome == Outcome::NoPrompt && replyKind(QString::fromUtf8(m_received)) == ReplyKind::Refused;
+    Q_EMIT finished(isRefused ? Outcome::Refused : outcome);
 }
 
 } // namespace console

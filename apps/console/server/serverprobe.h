@@ -19,6 +19,7 @@ public:
         Greeted, ///< the greeting ended with the prompt
         NotReached, ///< no connection; see socketError()
         NoPrompt, ///< a connection, but no prompt in time, or the peer disconnected first
+        Refused, ///< the server answers, but refuses the connection; see refusal()
     };
 
     explicit ServerProbe(QObject* parent = nullptr);
@@ -33,6 +34,8 @@ public:
     QAbstractSocket::SocketError socketError() const { return m_error; }
     QString errorText() const { return m_errorText; }
     QByteArray received() const { return m_received; }
+    /// The server's reason for Outcome::Refused, in one line of limited length.
+    QString refusal() const;
 
 Q_SIGNALS:
     void finished(console::ServerProbe::Outcome outcome);

@@ -9,6 +9,23 @@
 
 namespace console {
 
+namespace {
+
+QString brokenText(const QString& message)
+{
+    return SessionRecovery::tr("The connection broke: %1. This window resumes when the server answers again.")
+        .arg(message);
+}
+
+QString refusedText(const QString& reason)
+{
+    return SessionRecovery::tr("The server refuses a connection for this window: %1. Close another window or another "
+                               "client. Then this window resumes.")
+        .arg(reason);
+}
+
+} // namespace
+
 SessionRecovery::SessionRecovery(ServerController& controller, TarnisSession*& session)
     : m_controller(controller)
     , m_session(session)
@@ -16,6 +33,7 @@ SessionRecovery::SessionRecovery(ServerController& controller, TarnisSession*& s
     m_retryTimer.setSingleShot(true);
     connect(&m_retryTimer, &QTimer::timeout, this, &SessionRecovery::ask);
     connect(&controller, &ServerController::stateChanged, this, &SessionRecovery::onServerState);
+    connect(&controller, &ServerController::answered, this, &SessionRecovery::onAnswered);
     connect(&controller, &ServerController::aboutToStop, this, [this] {
         drop([] { return tr("The server is being stopped. This window resumes when a server is connected again."); });
     });
@@ -30,9 +48,9 @@ void SessionRecovery::fail(const QObject* sender, const QString& message)
 {
     if (!m_session || sender != m_session)
         return;
-    drop([message] {
-        return tr("The connection broke: %1. This window resumes when the server answers again.").arg(message);
-    });
+    // A session that was refused reports only that the server has disconnected. The check finds the reason, which stays
+    // shown during the next attempts.
+    drop([message, refusal = m_refusal] { return refusal.isEmpty() ? brokenText(message) : refusedText(refusal); });
     m_controller.checkServer();
     m_retryTimer.start(m_retryMs);
 }
@@ -57,6 +75,12 @@ tarnis::ServerAddress SessionRecovery::renewedAddress()
     return m_controller.tarnis().GetSessionAddress();
 }
 
+bool SessionRecovery::retry()
+{
+    ask();
+    return m_session != nullptr;
+}
+
 QString SessionRecovery::text() const
 {
     return m_text ? m_text() : QString();
@@ -71,9 +95,20 @@ void SessionRecovery::drop(const tarnis::TranslatedText& translated)
     Q_EMIT lost();
 }
 
+void SessionRecovery::onAnswered(const QString& refusal)
+{
+    m_refusal = refusal;
+    if (m_refusal.isEmpty() || m_isEnded || m_session)
+        return;
+    m_text = [refusal] { return refusedText(refusal); };
+    Q_EMIT lost();
+}
+
 void SessionRecovery::onServerState()
 {
     const ServerState state = m_controller.state();
+    if (state != ServerState::Up)
+        m_refusal.clear();
     const tarnis::TranslatedText translated = [isEnded = state == ServerState::Failed && m_controller.isLocal()] {
         return isEnded
             ? tr("The server has ended. This window resumes when it has been started again in the main window.")

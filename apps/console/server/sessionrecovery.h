@@ -33,6 +33,10 @@ public:
     TarnisSession* renew();
     /// The address of the window's next session, for windows that create it themselves. The server must be up.
     tarnis::ServerAddress renewedAddress();
+    /// Tries to get a session now instead of after the next delay. Returns true if the window has a session then.
+    bool retry();
+    /// True while the server is connected, but refuses a further connection for this window.
+    bool isRefused() const { return !m_session && !m_refusal.isEmpty(); }
     /// Why there is no session, in the current language; empty while there is one.
     QString text() const;
 
@@ -45,6 +49,7 @@ Q_SIGNALS:
     void wanted();
 
 protected:
+    void onAnswered(const QString& refusal);
     void drop(const tarnis::TranslatedText& translated);
     void onServerState();
     void ask();
@@ -53,6 +58,7 @@ protected:
     TarnisSession*& m_session;
     QTimer m_retryTimer;
     tarnis::TranslatedText m_text; ///< of text()
+    QString m_refusal; ///< the server's reason for accepting no further connection, at the last check
     bool m_isEnded = false;
 };
 

@@ -2763,6 +2763,10 @@
         <source>The console connects automatically when the server answers.</source>
         <translation>Die Konsole verbindet sich von selbst, sobald der Server antwortet.</translation>
     </message>
+    <message>
+        <source>%1 refuses the connection: %2. Disconnect another client of this server, then try again.</source>
+        <translation>%1 lehnt die Verbindung ab: %2. Trennen Sie ein anderes Programm von diesem Server, und versuchen Sie es dann noch einmal.</translation>
+    </message>
 </context>
 <context>
     <name>console::ServerProbe</name>
@@ -2887,6 +2891,14 @@
     <message>
         <source>The server has ended. This window resumes when it has been started again in the main window.</source>
         <translation>Der Server ist beendet. Hier geht es weiter, wenn er im Hauptfenster wieder gestartet wurde.</translation>
+    </message>
+    <message>
+        <source>“Update” tries at once.</source>
+        <translation>„Aktualisieren“ versucht es sofort.</translation>
+    </message>
+    <message>
+        <source>The server refuses a connection for this window: %1. Close another window or another client. Then this window resumes.</source>
+        <translation>Der Server lehnt eine Verbindung für dieses Fenster ab: %1. Schließen Sie ein anderes Fenster oder Programm. Dann geht es hier weiter.</translation>
     </message>
 </context>
 <context>
