@@ -33,7 +33,7 @@ TARNIS_EXPORT std::optional<PictureFormat> pictureFormatOfName(const QString& pa
 struct TARNIS_EXPORT PictureOptions {
     QSize size; ///< layout in pixels of 1/96 inch; empty: the size of the plot
     double dpi = 96.0; ///< for a PNG file: pixels per inch, 24 to 1200
-    QString heading; ///< drawn above the plot; empty: none
+    QString heading; ///< drawn above the plot, instead of the title that a PlotStyle draws; empty: none
     QString title; ///< metadata of the file, not drawn
     QString source; ///< metadata: origin of the values, for example server and run
     QDateTime time; ///< metadata: when the values were taken

@@ -41,6 +41,7 @@ struct Layout : XYGraphWidget {
     static constexpr auto minYLabel = &Layout::m_labelRectMinY;
     static constexpr auto maxYLabel = &Layout::m_labelRectMaxY;
     static constexpr auto covers = &Layout::m_coversPicture;
+    static constexpr auto title = &Layout::m_title;
 };
 struct Map : XY2DGraphWidget {
     static constexpr auto bar = &Map::m_colorBar;
@@ -48,13 +49,16 @@ struct Map : XY2DGraphWidget {
 
 class LayoutKeeper {
 public:
-    explicit LayoutKeeper(XYGraphWidget& plot)
+    LayoutKeeper(XYGraphWidget& plot, const PictureOptions& options)
         : m_plot(plot)
         , m_graphRect(plot.*Layout::graphRect)
         , m_labels { plot.*Layout::minXLabel, plot.*Layout::maxXLabel, plot.*Layout::minYLabel,
             plot.*Layout::maxYLabel }
         , m_covers(plot.*Layout::covers)
+        , m_title(plot.*Layout::title)
     {
+        if (!options.heading.isEmpty())
+            (plot.*Layout::title).clear(); // a second title
         if (auto* const map = qobject_cast<XY2DGraphWidget*>(&plot); map && PlotAccess::coloring(std::as_const(*map)))
             setBesideBar(*map, 0); // controls beside the colour bar are not in the picture
     }
@@ -68,6 +72,7 @@ public:
         m_plot.*Layout::minYLabel = m_labels[2];
         m_plot.*Layout::maxYLabel = m_labels[3];
         m_plot.*Layout::covers = m_covers;
+        m_plot.*Layout::title = m_title;
     }
     LayoutKeeper(const LayoutKeeper&) = delete;
     LayoutKeeper& operator=(const LayoutKeeper&) = delete;
@@ -88,6 +93,7 @@ private:
     QRect m_graphRect;
     QRect m_labels[4];
     bool m_covers;
+    QString m_title;
 };
 
 /// Pixels of a resolution other than the screen's.
@@ -232,7 +238,7 @@ QImage PlotPicture::image() const
     if (!(exact.width() >= 1.0) || !(exact.height() >= 1.0) || exact.width() > maxSide || exact.height() > maxSide
         || exact.width() * exact.height() > maxPixels)
         return {};
-    const LayoutKeeper keeper(m_plot);
+    const LayoutKeeper keeper(m_plot, m_options);
     settleLayout();
     const bool screen = scale == 1.0;
     ExactImage detailed(screen ? QSize() : exact.toSize(), 1.0 / scale);
@@ -280,7 +286,7 @@ QByteArray PlotPicture::png() const
 
 QByteArray PlotPicture::pdf() const
 {
-    const LayoutKeeper keeper(m_plot);
+    const LayoutKeeper keeper(m_plot, m_options);
     settleLayout();
     QByteArray content;
     QBuffer buffer(&content);
@@ -299,7 +305,7 @@ QByteArray PlotPicture::pdf() const
 
 QString PlotPicture::print(QPrinter& printer) const
 {
-    const LayoutKeeper keeper(m_plot);
+    const LayoutKeeper keeper(m_plot, m_options);
     settleLayout();
     const QRect page = printer.pageLayout().paintRectPixels(printer.resolution());
     const double scale = std::min(page.width() / double(m_size.width()), page.height() / double(m_size.height()));
@@ -317,7 +323,7 @@ QString PlotPicture::print(QPrinter& printer) const
 
 QByteArray PlotPicture::svg() const
 {
-    const LayoutKeeper keeper(m_plot);
+    const LayoutKeeper keeper(m_plot, m_options);
     settleLayout();
     SvgDevice device(m_size, screenDpi / printDpi);
     QPainter painter;

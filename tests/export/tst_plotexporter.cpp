@@ -7,6 +7,7 @@
 #include <tarnis/plots/plotoverlay.h>
 #include <tarnis/plots/vectorgraphwidget.h>
 #include <tarnis/plots/xy2dgraphwidget.h>
+#include <tarnis/tools/plotstyle.h>
 
 #include <QClipboard>
 #include <QDir>
@@ -233,6 +234,21 @@ private Q_SLOTS:
         const QByteArray svg = PlotExporter(*plot).picture(PictureFormat::Svg, options, nullptr);
         QVERIFY(svg.contains(">Time [us]</text>"));
         QVERIFY(svg.contains(">A &lt;heading&gt;</text>"));
+    }
+
+    void aHeadingReplacesTheTitleOfAStyle()
+    {
+        const auto plot = spectrum(wave(10));
+        plot->setTitle(QStringLiteral("Own title"));
+        new PlotStyle(plot.get(), PlotStyle::Theme::Light); // owned by the plot
+        PictureOptions options;
+        QVERIFY(PlotExporter(*plot).picture(PictureFormat::Svg, options, nullptr).contains(">Own title</text>"));
+        options.heading = QStringLiteral("Page heading");
+        const QByteArray svg = PlotExporter(*plot).picture(PictureFormat::Svg, options, nullptr);
+        QVERIFY(svg.contains(">Page heading</text>"));
+        QVERIFY(!svg.contains("Own title"));
+        options.heading.clear();
+        QVERIFY(PlotExporter(*plot).picture(PictureFormat::Svg, options, nullptr).contains(">Own title</text>"));
     }
 
     void svgHasAMapAsAnImageOfItsBins()
