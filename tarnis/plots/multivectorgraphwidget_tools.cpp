@@ -11,6 +11,7 @@
 #include "tarnis/plots/math/seriesnames_p.h"
 #include "tarnis/plots/plotstyling_p.h"
 
+#include <QEvent>
 #include <QHeaderView>
 #include <QTableWidget>
 
@@ -28,13 +29,53 @@ QTableWidgetItem* checkItem(bool checked)
     return item;
 }
 
-QTableWidgetItem* swatch(const QColor& color)
+constexpr int classicColorRole = Qt::UserRole; // of a swatch: the colour without a style
+
+QTableWidgetItem* swatch(const QColor& classic, const QColor& shown)
 {
     auto* item = new QTableWidgetItem;
     item->setFlags(Qt::NoItemFlags);
-    item->setBackground(QBrush(color));
+    item->setData(classicColorRole, classic);
+    item->setBackground(QBrush(shown));
     return item;
 }
+
+/// Repaints the swatches of a table in the plot's colours whenever the plot is painted: a style has no signal that the
+/// plot could use.
+class SwatchColors : public QObject {
+public:
+    SwatchColors(const MultiVectorGraphWidget& plot, QTableWidget& table)
+        : QObject(&table)
+        , m_plot(plot)
+        , m_table(table)
+    {
+    }
+
+protected:
+    bool eventFilter(QObject* object, QEvent* event) override
+    {
+        if (event->type() == QEvent::Paint) {
+            for (int row = 0; row < m_table.rowCount(); ++row)
+                update(row);
+        }
+        return QObject::eventFilter(object, event);
+    }
+
+private:
+    void update(int row)
+    {
+        QTableWidgetItem* const item = m_table.item(row, 1);
+        const QVariant classic = item ? item->data(classicColorRole) : QVariant();
+        if (!classic.isValid())
+            return;
+        const QColor shown = tarnis::shownCurveColor(m_plot, row, classic.value<QColor>());
+        if (item->background().color() != shown)
+            item->setBackground(QBrush(shown));
+    }
+
+    const MultiVectorGraphWidget& m_plot;
+    QTableWidget& m_table;
+};
 
 } // namespace
 
@@ -81,6 +122,7 @@ void MultiVectorGraphWidget::onSelectVisibles()
     table->verticalHeader()->setVisible(true);
     table->verticalHeader()->setDefaultSectionSize(rowHeight);
     fillVisiblesTable(*table);
+    installEventFilter(new SwatchColors(*this, *table));
     table->resizeColumnsToContents();
     connect(dialog, &SelectCheckedDialog::onApply, this, &MultiVectorGraphWidget::onDlgSelectCheckedApply);
     dialog->show();
@@ -120,7 +162,7 @@ void MultiVectorGraphWidget::fillVisiblesTable(QTableWidget& table) const
         for (int column = 0; column < (byGroup ? 1 : std::min(group, count - row * group)); ++column)
             table.setItem(row, column, checkItem(m_data.at(row * group + column).enable));
         if (byGroup)
-            table.setItem(row, 1, swatch(tarnis::shownCurveColor(*this, row, sums.at(row).color)));
+            table.setItem(row, 1, swatch(sums.at(row).color, tarnis::shownCurveColor(*this, row, sums.at(row).color)));
     }
 }
 

@@ -10,6 +10,7 @@
 #include <tarnis/foundation/helpers.h>
 #include <tarnis/peak/peaksearchdialog.h>
 #include <tarnis/plots/multivectorgraphwidget.h>
+#include <tarnis/tools/plotstyle.h>
 
 #include <QCheckBox>
 #include <QFile>
@@ -22,6 +23,7 @@
 #include <QTemporaryDir>
 
 #include <cmath>
+#include <memory>
 
 using namespace tarnis::testing;
 
@@ -224,6 +226,27 @@ private Q_SLOTS:
         QCOMPARE(marks(table, 1), QStringLiteral("o#"));
         QCOMPARE(table.item(0, 1)->background().color(), QColor(255, 51, 0));
         QCOMPARE(table.item(2, 1)->background().color(), QColor(51, 153, 102));
+    }
+
+    void visiblesFollowTheStyle()
+    {
+        Plot plot;
+        plot.m_groupSize = 2;
+        plot.fill(6);
+        plot.setAddType(MultiVectorGraphWidget::AddEachGroup);
+        plot.show();
+        plot.onSelectVisibles();
+        const QTableWidget& table = *plot.visibles()->getTable();
+        const auto colorOf = [&](int row) { return table.item(row, 1)->background().color(); };
+        const QColor classic = colorOf(0);
+        auto style = std::make_unique<tarnis::PlotStyle>(&plot, tarnis::PlotStyle::Theme::Dark);
+        TRY_VERIFY(colorOf(0) != classic);
+        const QColor dark = colorOf(0);
+        style->setTheme(tarnis::PlotStyle::Theme::HighContrast);
+        TRY_VERIFY(colorOf(0) != dark);
+        style.reset();
+        TRY_COMPARE(colorOf(0), classic);
+        QCOMPARE(marks(table, 0), QStringLiteral("x#"));
     }
 
     void visiblesOfPositions()
