@@ -64,19 +64,19 @@ Outcome readRange(const Arguments& arguments, const QString& option, std::option
 Result<FigureOptions> figureOptions(const Arguments& arguments)
 {
     FigureOptions options;
-    if (const Outcome wrong = readSize(arguments, options.size))
+    if (Outcome wrong = readSize(arguments, options.size))
         return *wrong;
-    if (const Outcome wrong = readTheme(arguments, options.theme))
+    if (Outcome wrong = readTheme(arguments, options.theme))
         return *wrong;
     const Result<double> dpi = numberOption(arguments, "dpi", 24.0, 1200.0, 96.0);
     if (!dpi.isOk())
         return dpi.failure();
     options.dpi = dpi.value();
-    if (const Outcome wrong = readRange(arguments, "range", options.x))
+    if (Outcome wrong = readRange(arguments, "range", options.x))
         return *wrong;
-    if (const Outcome wrong = readRange(arguments, "yrange", options.y))
+    if (Outcome wrong = readRange(arguments, "yrange", options.y))
         return *wrong;
-    if (const Outcome wrong = readRange(arguments, "levels", options.levels))
+    if (Outcome wrong = readRange(arguments, "levels", options.levels))
         return *wrong;
     if (options.levels && (options.levels->first < 0.0 || options.levels->last > 100.0))
         return wrongUsage("--levels are percentages: give two numbers from 0 to 100, as 0:99.5");

@@ -50,13 +50,13 @@ Outcome readNames(const Arguments& arguments, Task& task)
     QStringList shapes;
     for (const tarnis::PeakShape shape : tarnis::allPeakShapes)
         shapes += tarnis::nameOf(shape);
-    if (const Outcome bad = readName(arguments, "shape", tarnis::peakShapeOf, shapes.join(", "), task.model.shape))
+    if (Outcome bad = readName(arguments, "shape", tarnis::peakShapeOf, shapes.join(", "), task.model.shape))
         return bad;
-    if (const Outcome bad = readName(arguments, "background", tarnis::fitBackgroundOf,
+    if (Outcome bad = readName(arguments, "background", tarnis::fitBackgroundOf,
             "none, constant, linear, quadratic, exponential", task.model.background))
         return bad;
-    if (const Outcome bad = readName(arguments, "statistic", tarnis::fitStatisticOf,
-            "cash, pearson, neyman, unweighted", task.options.statistic))
+    if (Outcome bad = readName(arguments, "statistic", tarnis::fitStatisticOf, "cash, pearson, neyman, unweighted",
+            task.options.statistic))
         return bad;
     return readName(arguments, "evaluate", tarnis::binEvaluationOf, "integral, centre", task.options.evaluation);
 }
@@ -120,11 +120,11 @@ Result<Task> readTask(const Arguments& arguments)
     if (arguments.has("own-widths"))
         task.model.widthMode = tarnis::WidthMode::Own;
     task.options.profileErrors = arguments.has("profile");
-    if (const Outcome bad = readNames(arguments, task))
+    if (Outcome bad = readNames(arguments, task))
         return *bad;
-    if (const Outcome bad = readPeaks(arguments, task))
+    if (Outcome bad = readPeaks(arguments, task))
         return *bad;
-    if (const Outcome bad = readFixed(arguments, task))
+    if (Outcome bad = readFixed(arguments, task))
         return *bad;
     return task;
 }
@@ -269,7 +269,7 @@ Outcome fit(const Arguments& arguments)
 {
     if (!arguments.has("range"))
         return wrong("no range: give --range LO:HI");
-    if (const Outcome bad = checkPlot(arguments))
+    if (Outcome bad = checkPlot(arguments))
         return bad;
     const Result<Task> task = readTask(arguments);
     if (!task.isOk())
@@ -286,7 +286,7 @@ Outcome fit(const Arguments& arguments)
     if (result.status == tarnis::FitStatus::Refused)
         return wrongUse(QStringLiteral("no fit: %1").arg(result.message));
     if (arguments.has("plot")) {
-        if (const Outcome failed = draw(result, spectrum.value(), range.value(), arguments))
+        if (Outcome failed = draw(result, spectrum.value(), range.value(), arguments))
             return failed;
     }
     return arguments.has("json") ? print(jsonOf(result, range.value())) : print(textOf(result));

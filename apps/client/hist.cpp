@@ -77,7 +77,7 @@ Outcome checkOutput(const Arguments& arguments)
     if (!arguments.has("o"))
         return json ? Outcome()
                     : Failure { .code = WrongUsage, .text = "no output: give -o FILE, or -o - for standard output" };
-    if (const Outcome wrong = checkOutputName(arguments.value("o")))
+    if (Outcome wrong = checkOutputName(arguments.value("o")))
         return *wrong;
     if (json && arguments.value("o") == u"-")
         return Failure { .code = WrongUsage, .text = "--json and -o - both use standard output" };
@@ -106,7 +106,7 @@ Outcome save(const Arguments& arguments, const tarnis::Dataset& data)
         tarnis::encodeDataset(format == tarnis::FileFormat::Hdf5 ? withErrors(data) : data, format);
     if (!file.error.isEmpty())
         return Failure { .code = FileError, .text = QStringLiteral("cannot write '%1': %2").arg(path, file.error) };
-    if (const Outcome outcome = writeOutput(path, file.bytes))
+    if (Outcome outcome = writeOutput(path, file.bytes))
         return outcome;
     if (!arguments.has("json"))
         return std::nullopt;
@@ -117,9 +117,9 @@ Outcome save(const Arguments& arguments, const tarnis::Dataset& data)
 
 Outcome hist(const Arguments& arguments)
 {
-    if (const Outcome wrong = checkOutput(arguments))
+    if (Outcome wrong = checkOutput(arguments))
         return wrong;
-    if (const Outcome wrong = checkRemoteName(arguments.words().first(), "histogram"))
+    if (Outcome wrong = checkRemoteName(arguments.words().first(), "histogram"))
         return wrong;
     const Result<std::optional<Range<int>>> rows = rowsOption(arguments);
     if (!rows.isOk())

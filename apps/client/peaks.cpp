@@ -174,7 +174,7 @@ Outcome calibrate(const Arguments& arguments)
         };
     if (!arguments.has("o"))
         return Failure { .code = WrongUsage, .text = "no output: give -o FILE, or -o - for standard output" };
-    if (const Outcome wrong = checkOutputName(arguments.value("o")))
+    if (Outcome wrong = checkOutputName(arguments.value("o")))
         return *wrong;
     if (arguments.value("o") == u"-" && arguments.has("json"))
         return Failure { .code = WrongUsage, .text = "--json and -o - both use standard output" };
@@ -212,11 +212,11 @@ Outcome calibrate(const Arguments& arguments)
                         .arg(measured.size());
         return wrongUse(text);
     }
-    if (const Outcome doubtful = checkAssignment(result.calibration, measured))
+    if (Outcome doubtful = checkAssignment(result.calibration, measured))
         return doubtful;
     result.calibration.source = QFileInfo(arguments.words().at(0)).fileName();
     const QByteArray json = tarnis::calibrationToJson(result.calibration);
-    if (const Outcome failed = writeOutput(arguments.value("o"), json))
+    if (Outcome failed = writeOutput(arguments.value("o"), json))
         return failed;
     if (arguments.value("o") == u"-")
         return std::nullopt;

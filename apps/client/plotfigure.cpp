@@ -63,7 +63,7 @@ Result<tarnis::PictureFormat> pictureFormat(const Arguments& arguments)
     const QString path = arguments.value("o");
     if (!arguments.has("o"))
         return Failure { .code = WrongUsage, .text = "no output: give -o FILE, or -o - for standard output" };
-    if (const Outcome wrong = checkOutputName(path))
+    if (Outcome wrong = checkOutputName(path))
         return *wrong;
     if (path == u"-" && arguments.has("json"))
         return Failure { .code = WrongUsage, .text = "--json and -o - both use standard output" };
@@ -123,7 +123,7 @@ Outcome plot(const Arguments& arguments)
     const QString path = arguments.value("o");
     if (!error.isEmpty())
         return Failure { .code = WrongUsage, .text = error };
-    if (const Outcome outcome = writeOutput(path, picture))
+    if (Outcome outcome = writeOutput(path, picture))
         return outcome;
     if (!arguments.has("json"))
         return std::nullopt;

@@ -241,7 +241,7 @@ Result<std::unique_ptr<XYGraphWidget>> makeMap(const Dataset& data, const Figure
     plot->setDecimalX(3);
     plot->setDecimalY(3);
     applyTheme(*plot, options, nameWithUnit(data.name, data.unit));
-    if (const Outcome wrong = setColours(*plot, options.map))
+    if (Outcome wrong = setColours(*plot, options.map))
         return *wrong;
     for (qsizetype row = 0; row < data.rows; ++row) {
         const QList<double> values = rowOf(data, row);
@@ -270,7 +270,7 @@ Result<std::unique_ptr<XYGraphWidget>> makePlot(const std::vector<Dataset>& data
         return Failure { .code = WrongUsage, .text = "--residuals needs one file with two curves: counts and a model" };
     if (hasMap)
         return makeMap(data.front(), options);
-    if (const Outcome wrong = checkUnits(data))
+    if (Outcome wrong = checkUnits(data))
         return *wrong;
     return data.size() == 1 && data.front().rows == 1 ? makeCurve(data.front(), options) : makeCurves(data, options);
 }

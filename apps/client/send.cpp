@@ -60,7 +60,7 @@ Outcome send(const Arguments& arguments)
     if (!commands.isOk())
         return commands.failure();
     for (const QString& command : commands.value()) {
-        if (const Outcome wrong = checkServerCommand(command))
+        if (Outcome wrong = checkServerCommand(command))
             return wrong;
     }
     const Result<std::unique_ptr<Server>> server = Server::open(arguments);
@@ -71,7 +71,7 @@ Outcome send(const Arguments& arguments)
             hasBinaryReply(command) ? server.value()->askBinary(command) : server.value()->ask(command);
         if (!reply.isOk())
             return reply.failure();
-        if (const Outcome outcome = printReply(command, reply.value(), arguments.has("json")))
+        if (Outcome outcome = printReply(command, reply.value(), arguments.has("json")))
             return outcome;
     }
     return std::nullopt;

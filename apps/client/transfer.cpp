@@ -21,7 +21,7 @@ Outcome put(const Arguments& arguments)
 {
     const QString& file = arguments.words().at(0);
     const QString& remote = arguments.words().at(1);
-    if (const Outcome wrong = checkRemoteName(remote, "file"))
+    if (Outcome wrong = checkRemoteName(remote, "file"))
         return wrong;
     const Result<QByteArray> content = readInput(file);
     if (!content.isOk())
@@ -61,7 +61,7 @@ Outcome get(const Arguments& arguments)
 {
     const QString& remote = arguments.words().at(0);
     const QString& file = arguments.words().at(1);
-    if (const Outcome wrong = checkRemoteName(remote, "file"))
+    if (Outcome wrong = checkRemoteName(remote, "file"))
         return wrong;
     if (file.isEmpty())
         return Failure { .code = WrongUsage, .text = "the name of the local file is empty" };
@@ -76,7 +76,7 @@ Outcome get(const Arguments& arguments)
         return reply.failure();
     if (const QString fault = faultOfFile(reply.value()); !fault.isEmpty())
         return server.value()->brokenReply(command, fault);
-    if (const Outcome outcome = writeOutput(file, reply.value().data))
+    if (Outcome outcome = writeOutput(file, reply.value().data))
         return outcome;
     return report(arguments, file, remote, reply.value().data.size());
 }

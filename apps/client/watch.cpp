@@ -96,7 +96,7 @@ Outcome watch(const Arguments& arguments)
         const Statistics statistics = readStatistics(reply.value().text());
         if (!statistics.hasValues)
             return server.value()->brokenReply("stat", "it has no line of the form 'name: value'");
-        if (const Outcome outcome = printState(statistics.run, arguments.has("json")))
+        if (Outcome outcome = printState(statistics.run, arguments.has("json")))
             return outcome;
         if (line == count.value())
             break;

@@ -7,6 +7,7 @@
 
 #include <tarnis/foundation/delaycall.h>
 
+#include <QLocale>
 #include <QMessageBox>
 #include <QPushButton>
 
