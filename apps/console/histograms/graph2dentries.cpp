@@ -1,5 +1,5 @@
-// The live 2D window on the detector's image. Bins and axes are those listed by the server. Without a list, each axis
-// counts 256 bins.
+// The live 2D window on the detector's image. The numbers of bins are those listed by the server, or 256 each without a
+// list.
 #include "histograms/histogramentries.h"
 
 #include "histograms/histogramlist.h"
@@ -16,20 +16,22 @@ constexpr int binsShown = 256;
 
 using Listed = std::optional<HistogramInfo>; // empty if the server lists none
 
-/// With the axes of the server's list; without a list, both count bins.
+/// Both axes count bins, as the cuts of the plot always do.
 MapRequest imageRequest(const Listed& histogram)
 {
     MapRequest request;
+    request.title = Windows::tr("Image");
+    request.xLabel = Windows::tr("X");
+    request.yLabel = Windows::tr("Y");
     request.bins = binsShown;
     request.yBins = binsShown;
     request.command = QStringLiteral("hist2d image bins:%1").arg(binsShown);
-    if (histogram)
-        request = mapRequest(*histogram);
-    request.title = Windows::tr("Image");
-    if (request.xLabel.isEmpty())
-        request.xLabel = Windows::tr("X");
-    if (request.yLabel.isEmpty())
-        request.yLabel = Windows::tr("Y");
+    if (!histogram)
+        return request;
+    const MapRequest listed = mapRequest(*histogram);
+    request.bins = listed.bins;
+    request.yBins = listed.yBins;
+    request.command = listed.command;
     return request;
 }
 
