@@ -54,7 +54,7 @@ void Client::Private::connectTo(const QString& newHost, quint16 newPort)
     if (isEnding)
         return;
     const QPointer<Client> alive(&q);
-    const QString given = newHost; // it may be the client's own
+    const QString given = newHost; // NOLINT(performance-unnecessary-copy-initialization): may be the client's own
     disconnectAs(Client::tr("The client connects to another server."), true);
     // A receiver may have connected to what it knew before.
     if (alive && state != State::Disconnected)
