@@ -91,7 +91,10 @@ def report(results, sources):
     yield "Written by `script/bench --report`; do not edit. Ratios are of two ways to do the same work in one run: below 1"
     yield "means faster than the peer or the spelt-out way. Absolute times belong to the machine and to what else ran on it."
     yield ""
-    revision = output_of("git", "-C", str(sources), "describe", "--always", "--dirty")
+    revision = output_of("git", "-C", str(sources), "describe", "--always")
+    # The report itself is being written.
+    if output_of("git", "-C", str(sources), "status", "--porcelain", "-uno", "--", ".", ":!docs/performance.md"):
+        revision += "-dirty"
     yield f"- {datetime.date.today().isoformat()}, revision {revision}"
     yield f"- {processor()}, {len(os.sched_getaffinity(0))} cores, {system()}"
     yield f"- {versions()}"
