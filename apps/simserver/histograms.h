@@ -77,8 +77,8 @@ public:
 
     const std::vector<Histogram1D>& all1D() const { return m_1d; }
     const std::vector<Histogram2D>& all2D() const { return m_2d; }
-    const Histogram1D* find1D(const QString& name) const; ///< null if there is none
-    const Histogram2D* find2D(const QString& name) const; ///< null if there is none
+    const Histogram1D* find1D(const QString& name) const; ///< null without one
+    const Histogram2D* find2D(const QString& name) const; ///< null without one
 
 private:
     enum Index1D : std::size_t { Time, Position, Total, Counts, Measured, Sampled };

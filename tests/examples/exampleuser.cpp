@@ -42,7 +42,7 @@ void expect(const char* what, const std::function<bool()>& condition)
     throw Failed();
 }
 
-/// The visible widget of a class, in any window; null if there is none.
+/// The visible widget of a class, in any window; null without one.
 template <typename Widget> Widget* seen()
 {
     for (QWidget* widget : QApplication::allWidgets()) {

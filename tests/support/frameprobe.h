@@ -66,7 +66,7 @@ public:
         paintNow();
         return this->m_pixmap.toImage();
     }
-    /// The entry of the context menu with this text; null if there is none.
+    /// The entry of the context menu with this text; null without one.
     QAction* entry(const QString& text) const { return entryOf(*this, text); }
 
     // initPainter() is protected in QWidget.

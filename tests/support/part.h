@@ -15,7 +15,7 @@ template <typename Object> Object& part(const QObject& window, const char* name)
     return *object;
 }
 
-/// The action with this text, without the mark of its key, of a plot or a menu; null if there is none.
+/// The action with this text, without the mark of its key, of a plot or a menu; null without one.
 inline QAction* entryOf(const QWidget& widget, const QString& text)
 {
     for (QAction* const action : widget.actions()) {

@@ -51,7 +51,7 @@ public:
     /// quarter, Home to both axes automatic. False for any other key.
     bool takeKey(int key);
 
-    /// The entry "Log Scale" of the plot's menu, null if there is none, and its state.
+    /// The entry "Log Scale" of the plot's menu, null without one, and its state.
     QAction* logAction() const;
     void setLogScale(bool on);
 

@@ -87,7 +87,7 @@ QString valueText(const RegionValue& value);
 /// The rows as text, columns separated by tabs, full digits. frozen: rows in the same order, or empty.
 QString regionTableText(const std::vector<RegionRow>& rows, bool isMap, const std::vector<FrozenRow>& frozen);
 
-/// The frozen counterpart of a row; null if there is none.
+/// The frozen counterpart of a row; null without one.
 const FrozenRow* frozenOf(const RegionRow& row, const std::vector<FrozenRow>& frozen);
 
 } // namespace tarnis
