@@ -45,12 +45,12 @@ void setPolling(QDialog& window, bool isPolling, bool isRefused = false)
 }
 
 /// Shows why there is no session, and what the user can do.
-template <typename Window> void showLost(Window& window, const SessionRecovery& keeper)
+template <typename Window> void showLost(Window& window, const SessionRecovery& recovery)
 {
     const QString advice =
-        keeper.isRefused() ? u' ' + SessionRecovery::tr("\u201cUpdate\u201d tries at once.") : QString();
-    window.setInfoText(keeper.text() + advice);
-    setPolling(window, false, keeper.isRefused());
+        recovery.isRefused() ? u' ' + SessionRecovery::tr("\u201cUpdate\u201d tries at once.") : QString();
+    window.setInfoText(recovery.text() + advice);
+    setPolling(window, false, recovery.isRefused());
 }
 
 /// Adds the lines below the controls of every live plot.
