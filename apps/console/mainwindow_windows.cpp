@@ -9,6 +9,7 @@
 #include "server/servercontroller.h"
 #include "ui_mainwindow.h"
 #include "windows/openwindows.h"
+#include "windows/windowframe.h"
 
 #include <QGuiApplication>
 #include <QScopedValueRollback>

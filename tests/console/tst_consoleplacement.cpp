@@ -10,6 +10,7 @@
 #include "windows/boxplacer.h"
 #include "windows/openwindows.h"
 #include "windows/placement.h"
+#include "windows/windowframe.h"
 
 #include <tarnis/dialogs/graph1ddialog.h>
 #include <tarnis/dialogs/graph2ddialog.h>

@@ -1,7 +1,7 @@
 #include "windows/boxplacer.h"
 
-#include "windows/openwindows.h"
 #include "windows/placement.h"
+#include "windows/windowframe.h"
 
 #include <tarnis/plots/xygraphwidget.h>
 

@@ -5,6 +5,7 @@
 #include "windows/placement.h"
 #include "windows/plotlook.h"
 #include "windows/plottools.h"
+#include "windows/windowframe.h"
 #include <tarnis/foundation/retranslator.h>
 
 #include <tarnis/dialogs/graph1ddialog.h>
@@ -20,14 +21,11 @@
 #include <QWindow>
 
 #include <algorithm>
-#include <cmath>
 
 namespace console {
 
 namespace {
 
-constexpr double likedRatio = 1.4; // preferred ratio of a plot's width to its height
-constexpr int cascadeStep = 32;
 constexpr char orderProperty[] = "openedAs";
 constexpr char idProperty[] = "windowId";
 
@@ -93,80 +91,12 @@ QSize comfortableSize(const QWidget& window, const QSize& screen)
 
 } // namespace
 
-QList<QRect> tileCells(int count, const QRect& area)
-{
-    QList<QRect> cells;
-    if (count <= 0)
-        return cells;
-    const double ratio = double(area.width()) / qMax(1, area.height());
-    const int columns = qBound(1, int(std::lround(std::sqrt(count * ratio / likedRatio))), count);
-    const int rows = (count + columns - 1) / columns;
-    for (int row = 0; row < rows; ++row) {
-        const int inRow = qMin(columns, count - row * columns);
-        const int top = area.top() + area.height() * row / rows;
-        const int bottom = area.top() + area.height() * (row + 1) / rows;
-        for (int column = 0; column < inRow; ++column) {
-            const int left = area.left() + area.width() * column / inRow;
-            const int right = area.left() + area.width() * (column + 1) / inRow;
-            cells.append(QRect(left, top, right - left, bottom - top));
-        }
-    }
-    return cells;
-}
-
-QList<QRect> cascadeCells(int count, const QRect& area)
-{
-    const QSize size(area.width() * 3 / 5, area.height() * 3 / 5);
-    const int room = qMin(area.width() - size.width(), area.height() - size.height());
-    const int steps = qMax(1, room / cascadeStep + 1);
-    QList<QRect> cells;
-    for (int i = 0; i < count; ++i)
-        cells.append(QRect(area.topLeft() + QPoint(1, 1) * (i % steps * cascadeStep), size));
-    return cells;
-}
-
-Shares sharesOf(const QRect& area, const QRect& console, const QSize& least)
-{
-    const QRect taken = console.intersected(area);
-    QRect free;
-    for (const QRect& side : { QRect(area.topLeft(), QPoint(taken.left() - 1, area.bottom())),
-             QRect(QPoint(taken.right() + 1, area.top()), area.bottomRight()),
-             QRect(area.topLeft(), QPoint(area.right(), taken.top() - 1)),
-             QRect(QPoint(area.left(), taken.bottom() + 1), area.bottomRight()) }) {
-        if (side.isValid() && qint64(side.width()) * side.height() > qint64(free.width()) * free.height())
-            free = side;
-    }
-    if (!taken.isEmpty() && qint64(free.width()) * free.height() * 2 >= qint64(area.width()) * area.height())
-        return { console, free };
-    const int maxWidth = area.width() * 3 / 5;
-    const int maxHeight = area.height() * 3 / 5;
-    Shares shares { area, area };
-    if (least.width() <= maxWidth || least.height() > maxHeight) {
-        shares.console.setWidth(qBound(area.width() * 2 / 5, least.width(), maxWidth));
-        shares.windows.setLeft(shares.console.right() + 1);
-    } else {
-        shares.console.setHeight(qBound(area.height() * 2 / 5, least.height(), maxHeight));
-        shares.windows.setTop(shares.console.bottom() + 1);
-    }
-    return shares;
-}
-
 bool isWithin(const QWidget& widget, const QWidget& window)
 {
     const QWidget* within = &widget;
     while (within && within != &window)
         within = within->parentWidget();
     return within != nullptr;
-}
-
-bool canPlaceWindows(const QString& platform)
-{
-    return !platform.startsWith(u"wayland");
-}
-
-QMargins frameOf(const QWidget& window)
-{
-    return window.windowHandle() ? window.windowHandle()->frameMargins() : QMargins();
 }
 
 OpenWindows::OpenWindows(QWidget& mainWindow, QSettings& settings)

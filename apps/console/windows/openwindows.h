@@ -1,6 +1,8 @@
 // The console's open windows: one for each purpose; raises, arranges and closes them.
 #pragma once
 
+#include "windows/placement.h"
+
 #include <tarnis/foundation/modelesswidgetmanager.h>
 #include <tarnis/tools/plotview.h>
 
@@ -19,31 +21,8 @@ class QSettings;
 
 namespace console {
 
-/// `count` cells that fill the area, row by row, the last row stretched to it. For few windows, the cells have about
-/// the preferred shape of a plot.
-QList<QRect> tileCells(int count, const QRect& area);
-
-/// `count` cells of one size, each further right and down, restarting at the corner at the end of the area.
-QList<QRect> cascadeCells(int count, const QRect& area);
-
-/// Divides the screen between the console and its windows without overlap.
-struct Shares {
-    QRect console;
-    QRect windows;
-};
-
-/// The console is not moved if half of the area is free beside, above or below it. Otherwise it gets a strip at the
-/// left, or at the top if it is too wide, of at least its minimum size but at most three fifths.
-Shares sharesOf(const QRect& area, const QRect& console, const QSize& least);
-
 /// True if it is the window, or a part or box of it, at any depth. QWidget::isAncestorOf() stops at window boundaries.
 bool isWithin(const QWidget& widget, const QWidget& window);
-
-/// False if windows cannot position themselves, as on Wayland. `platform` is QGuiApplication::platformName().
-bool canPlaceWindows(const QString& platform);
-
-/// The frame margins that the window manager has added; empty before the window is on the screen.
-QMargins frameOf(const QWidget& window);
 
 /// GUI thread. Windows are children of the main window, but independent on the screen: they have their own entry in the
 /// task bar, may be behind it, and stay visible when it is minimized. They delete themselves when they close, and are

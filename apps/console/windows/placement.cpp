@@ -1,12 +1,14 @@
 #include "windows/placement.h"
 
 #include <algorithm>
+#include <cmath>
 #include <numeric>
 
 namespace console {
 
 namespace {
 
+constexpr double likedRatio = 1.4; // preferred ratio of a plot's width to its height
 constexpr int cascadeStep = 32;
 constexpr qint64 tolerableShare = 4; // at most a quarter of a window may overlap others
 
@@ -108,6 +110,84 @@ QList<QRect> stackInPane(const QRect& pane, const QList<int>& minHeights, const 
         top += height;
     }
     return rects;
+}
+
+QList<QRect> tileCells(int count, const QRect& area)
+{
+    QList<QRect> cells;
+    if (count <= 0)
+        return cells;
+    const double ratio = double(area.width()) / qMax(1, area.height());
+    const int columns = qBound(1, int(std::lround(std::sqrt(count * ratio / likedRatio))), count);
+    const int rows = (count + columns - 1) / columns;
+    for (int row = 0; row < rows; ++row) {
+        const int inRow = qMin(columns, count - row * columns);
+        const int top = area.top() + area.height() * row / rows;
+        const int bottom = area.top() + area.height() * (row + 1) / rows;
+        for (int column = 0; column < inRow; ++column) {
+            const int left = area.left() + area.width() * column / inRow;
+            const int right = area.left() + area.width() * (column + 1) / inRow;
+            cells.append(QRect(left, top, right - left, bottom - top));
+        }
+    }
+    return cells;
+}
+
+QList<QRect> cascadeCells(int count, const QRect& area)
+{
+    const QSize size(area.width() * 3 / 5, area.height() * 3 / 5);
+    const int room = qMin(area.width() - size.width(), area.height() - size.height());
+    const int steps = qMax(1, room / cascadeStep + 1);
+    QList<QRect> cells;
+    for (int i = 0; i < count; ++i)
+        cells.append(QRect(area.topLeft() + QPoint(1, 1) * (i % steps * cascadeStep), size));
+    return cells;
+}
+
+Shares sharesOf(const QRect& area, const QRect& console, const QSize& least)
+{
+    const QRect taken = console.intersected(area);
+    QRect free;
+    for (const QRect& side : { QRect(area.topLeft(), QPoint(taken.left() - 1, area.bottom())),
+             QRect(QPoint(taken.right() + 1, area.top()), area.bottomRight()),
+             QRect(area.topLeft(), QPoint(area.right(), taken.top() - 1)),
+             QRect(QPoint(area.left(), taken.bottom() + 1), area.bottomRight()) }) {
+        if (side.isValid() && qint64(side.width()) * side.height() > qint64(free.width()) * free.height())
+            free = side;
+    }
+    if (!taken.isEmpty() && qint64(free.width()) * free.height() * 2 >= qint64(area.width()) * area.height())
+        return { console, free };
+    const int maxWidth = area.width() * 3 / 5;
+    const int maxHeight = area.height() * 3 / 5;
+    Shares shares { area, area };
+    if (least.width() <= maxWidth || least.height() > maxHeight) {
+        shares.console.setWidth(qBound(area.width() * 2 / 5, least.width(), maxWidth));
+        shares.windows.setLeft(shares.console.right() + 1);
+    } else {
+        shares.console.setHeight(qBound(area.height() * 2 / 5, least.height(), maxHeight));
+        shares.windows.setTop(shares.console.bottom() + 1);
+    }
+    return shares;
+}
+
+std::optional<QRect> placeBeside(const QSize& size, const QRect& frame, const QRect& area, const QMargins& border)
+{
+    constexpr int gap = 8;
+    const QSize whole = size.grownBy(border);
+    QRect place(frame.topLeft(), whole);
+    const auto moved = [&](int left, int top) {
+        place.moveTo(left, top);
+        // It may be shifted along the edge to stay on the screen.
+        if (left > frame.right() || place.right() < frame.left())
+            place.moveTop(qMax(area.top(), qMin(place.top(), area.bottom() - place.height() + 1)));
+        else
+            place.moveLeft(qMax(area.left(), qMin(place.left(), area.right() - place.width() + 1)));
+        return area.contains(place) && !place.intersects(frame);
+    };
+    if (moved(frame.right() + gap, frame.top()) || moved(frame.left() - gap - whole.width(), frame.top())
+        || moved(frame.left(), frame.bottom() + gap) || moved(frame.left(), frame.top() - gap - whole.height()))
+        return place.marginsRemoved(border);
+    return std::nullopt;
 }
 
 } // namespace console

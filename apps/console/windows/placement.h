@@ -2,8 +2,11 @@
 #pragma once
 
 #include <QList>
+#include <QMargins>
 #include <QRect>
 #include <QSize>
+
+#include <optional>
 
 namespace console {
 
@@ -24,5 +27,27 @@ QRect inside(const QRect& rect, const QRect& area);
 /// Stacks boxes in a pane: each gets its minimum height, and the rest is divided equally among growing boxes. Boxes
 /// that need more than the pane are reduced proportionally.
 QList<QRect> stackInPane(const QRect& pane, const QList<int>& minHeights, const QList<bool>& grows);
+
+/// `count` cells that fill the area, row by row, the last row stretched to it. For few windows, the cells have about
+/// the preferred shape of a plot.
+QList<QRect> tileCells(int count, const QRect& area);
+
+/// `count` cells of one size, each further right and down, restarting at the corner at the end of the area.
+QList<QRect> cascadeCells(int count, const QRect& area);
+
+/// Divides the screen between the console and its windows without overlap.
+struct Shares {
+    QRect console;
+    QRect windows;
+};
+
+/// The console is not moved if half of the area is free beside, above or below it. Otherwise it gets a strip at the
+/// left, or at the top if it is too wide, of at least its minimum size but at most three fifths.
+Shares sharesOf(const QRect& area, const QRect& console, const QSize& least);
+
+/// A rectangle of this size to the right, left, below or above the frame; empty if there is no space. With its own
+/// `border`, title bar included, it is inside `area` and beside the frame.
+std::optional<QRect> placeBeside(
+    const QSize& size, const QRect& frame, const QRect& area, const QMargins& border = QMargins());
 
 } // namespace console

@@ -1,7 +1,7 @@
 #include "windows/plotpanels.h"
 
-#include "windows/openwindows.h"
 #include "windows/placement.h"
+#include "windows/windowframe.h"
 
 #include <tarnis/plots/xy2dgraphwidget.h>
 #include <tarnis/tools/calibrationpanel.h>
@@ -141,26 +141,6 @@ private:
 };
 
 } // namespace
-
-std::optional<QRect> placeBeside(const QSize& size, const QRect& frame, const QRect& area, const QMargins& border)
-{
-    constexpr int gap = 8;
-    const QSize whole = size.grownBy(border);
-    QRect place(frame.topLeft(), whole);
-    const auto moved = [&](int left, int top) {
-        place.moveTo(left, top);
-        // It may be shifted along the edge to stay on the screen.
-        if (left > frame.right() || place.right() < frame.left())
-            place.moveTop(qMax(area.top(), qMin(place.top(), area.bottom() - place.height() + 1)));
-        else
-            place.moveLeft(qMax(area.left(), qMin(place.left(), area.right() - place.width() + 1)));
-        return area.contains(place) && !place.intersects(frame);
-    };
-    if (moved(frame.right() + gap, frame.top()) || moved(frame.left() - gap - whole.width(), frame.top())
-        || moved(frame.left(), frame.bottom() + gap) || moved(frame.left(), frame.top() - gap - whole.height()))
-        return place.marginsRemoved(border);
-    return std::nullopt;
-}
 
 void addPanels(tarnis::PlotToolBar& bar)
 {

@@ -4,12 +4,12 @@
 #include "windows/boxplacer.h"
 #include "windows/colourbarmenu.h"
 #include "windows/leavetool.h"
-#include "windows/openwindows.h"
 #include "windows/placement.h"
 #include "windows/plotlook.h"
 #include "windows/plotpanels.h"
 #include "windows/plottools.h"
 #include "windows/tooltips.h"
+#include "windows/windowframe.h"
 
 #include <tarnis/dialogs/graph2ddialog.h>
 #include <tarnis/dialogs/graph2dfilterdialog.h>
