@@ -10,6 +10,7 @@
 #include "histograms/histogramwindowupdater.h"
 #include "histograms/serverhistograms.h"
 #include "notices/messagelist.h"
+#include "plots/plotlook.h"
 #include "run/runcontrol.h"
 #include "run/runpanel.h"
 #include "saves/savedialog.h"
@@ -24,7 +25,6 @@
 #include "ui_mainwindow.h"
 #include "windowentries.h"
 #include "windows/openwindows.h"
-#include "windows/plotlook.h"
 #include "windows/windowaccess.h"
 
 #include <tarnis/foundation/files.h>

@@ -6,10 +6,10 @@
 #include "histograms/histogramchooser.h"
 #include "histograms/histogramwindowupdater.h"
 #include "histograms/serverhistograms.h"
+#include "screen/windowframe.h"
 #include "server/servercontroller.h"
 #include "ui_mainwindow.h"
 #include "windows/openwindows.h"
-#include "windows/windowframe.h"
 
 #include <QGuiApplication>
 #include <QScopedValueRollback>

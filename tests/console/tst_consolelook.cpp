@@ -1,7 +1,7 @@
 // The look of plots: on open and new plots, stored, and following the window's colours.
 #include "app/colours.h"
+#include "plots/plotlook.h"
 #include "support/wait.h"
-#include "windows/plotlook.h"
 
 #include <tarnis/plots/vectorgraphwidget.h>
 #include <tarnis/tools/plotstyle.h>

@@ -1,8 +1,8 @@
 // The panels of numbers beside a plot of the console: where they go, that each opens once, and their texts.
+#include "plots/plotpanels.h"
+#include "screen/placement.h"
+#include "screen/windowframe.h"
 #include "support/wait.h"
-#include "windows/placement.h"
-#include "windows/plotpanels.h"
-#include "windows/windowframe.h"
 
 #include <tarnis/plots/vectorgraphwidget.h>
 #include <tarnis/plots/xy2dgraphwidget.h>

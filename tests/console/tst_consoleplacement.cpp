@@ -5,12 +5,12 @@
 #include "console/windowlists.h"
 #include "histograms/histogramchooser.h"
 #include "histograms/histogramlist.h"
+#include "plots/boxplacer.h"
+#include "screen/placement.h"
+#include "screen/windowframe.h"
 #include "support/cases.h"
 #include "support/wait.h"
-#include "windows/boxplacer.h"
 #include "windows/openwindows.h"
-#include "windows/placement.h"
-#include "windows/windowframe.h"
 
 #include <tarnis/dialogs/graph1ddialog.h>
 #include <tarnis/dialogs/graph2ddialog.h>

@@ -45,13 +45,15 @@ WIDGET_HEADERS = {"QWidget", "QPainter", "QPixmap", "QApplication", "QDialog"}
 # A room of apps/console may include itself and these. mainwindow.h and tour/ are for the root and for the tour.
 CONSOLE_ROOMS = {
     "app": set(),
+    "screen": set(),
     "notices": {"app"},
     "server": {"app", "notices"},
     "saves": {"app", "notices", "server"},
     "command": {"app", "notices", "server"},
     "settings": {"app", "notices", "server"},
     "run": {"app", "notices", "server"},
-    "windows": {"app", "notices", "server"},
+    "plots": {"app", "screen"},
+    "windows": {"app", "screen", "plots"},
     "browse": {"app", "notices", "server", "command", "settings", "windows"},
     "histograms": {"app", "notices", "server", "saves", "windows"},
     "tables": {"app", "notices", "server", "windows", "histograms"},

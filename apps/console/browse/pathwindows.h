@@ -2,8 +2,8 @@
 // they continue when it is back, and closing them does not block.
 #pragma once
 
+#include "browse/chooserguide.h"
 #include "server/sessionrecovery.h"
-#include "windows/chooserguide.h"
 
 #include <tarnis/dialogs/selectdirectorydialog.h>
 #include <tarnis/dialogs/selectpathdialog.h>

@@ -1,7 +1,7 @@
 // The console's open windows: one for each purpose; raises, arranges and closes them.
 #pragma once
 
-#include "windows/placement.h"
+#include "screen/placement.h"
 
 #include <tarnis/foundation/modelesswidgetmanager.h>
 #include <tarnis/tools/plotview.h>

@@ -1,15 +1,15 @@
 #include "windows/windowaccess.h"
 
 #include "app/availability.h"
-#include "windows/boxplacer.h"
-#include "windows/colourbarmenu.h"
-#include "windows/leavetool.h"
-#include "windows/placement.h"
-#include "windows/plotlook.h"
-#include "windows/plotpanels.h"
-#include "windows/plottools.h"
+#include "plots/boxplacer.h"
+#include "plots/colourbarmenu.h"
+#include "plots/leavetool.h"
+#include "plots/plotlook.h"
+#include "plots/plotpanels.h"
+#include "plots/plottools.h"
+#include "screen/placement.h"
+#include "screen/windowframe.h"
 #include "windows/tooltips.h"
-#include "windows/windowframe.h"
 
 #include <tarnis/dialogs/graph2ddialog.h>
 #include <tarnis/dialogs/graph2dfilterdialog.h>

@@ -1,4 +1,4 @@
-#include "windows/chooserguide.h"
+#include "browse/chooserguide.h"
 
 #include "app/availability.h"
 

@@ -1,4 +1,4 @@
-#include "windows/colourbarmenu.h"
+#include "plots/colourbarmenu.h"
 
 #include <QAction>
 #include <QCoreApplication>

@@ -1,4 +1,4 @@
-#include "windows/placement.h"
+#include "screen/placement.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,7 +1,7 @@
-#include "windows/plotpanels.h"
+#include "plots/plotpanels.h"
 
-#include "windows/placement.h"
-#include "windows/windowframe.h"
+#include "screen/placement.h"
+#include "screen/windowframe.h"
 
 #include <tarnis/plots/xy2dgraphwidget.h>
 #include <tarnis/tools/calibrationpanel.h>

@@ -1,7 +1,7 @@
-#include "windows/boxplacer.h"
+#include "plots/boxplacer.h"
 
-#include "windows/placement.h"
-#include "windows/windowframe.h"
+#include "screen/placement.h"
+#include "screen/windowframe.h"
 
 #include <tarnis/plots/xygraphwidget.h>
 

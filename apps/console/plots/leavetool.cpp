@@ -1,7 +1,7 @@
-#include "windows/leavetool.h"
+#include "plots/leavetool.h"
 
-#include "windows/boxplacer.h"
-#include "windows/plottools.h"
+#include "plots/boxplacer.h"
+#include "plots/plottools.h"
 
 #include <tarnis/dialogs/statdialog.h>
 #include <tarnis/plots/colorbarwidget.h>

@@ -1,6 +1,6 @@
-#include "windows/plottools.h"
+#include "plots/plottools.h"
 
-#include "windows/plotpanels.h"
+#include "plots/plotpanels.h"
 
 #include <tarnis/dialogs/graph1ddialog.h>
 #include <tarnis/dialogs/graph2ddialog.h>

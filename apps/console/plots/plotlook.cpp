@@ -1,4 +1,4 @@
-#include "windows/plotlook.h"
+#include "plots/plotlook.h"
 
 #include "app/colours.h"
 

@@ -1,4 +1,4 @@
-#include "windows/windowframe.h"
+#include "screen/windowframe.h"
 
 #include <QWidget>
 #include <QWindow>
