@@ -70,6 +70,8 @@ struct TARNIS_NO_EXPORT ExportDialog::Controls {
     QComboBox* extent = new QComboBox;
     QLineEdit* path = new QLineEdit;
     QPushButton* browse = new QPushButton;
+    QPushButton* save = nullptr;
+    QPushButton* cancel = nullptr;
     QLabel* size = new QLabel;
     QLabel* preview = new QLabel;
     QLabel* problem = new QLabel;
@@ -141,6 +143,8 @@ void ExportDialog::layOut()
     form->addRow(c.problem);
     auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Save | QDialogButtonBox::Cancel);
     form->addRow(buttons);
+    c.save = buttons->button(QDialogButtonBox::Save);
+    c.cancel = buttons->button(QDialogButtonBox::Cancel);
     connect(buttons, &QDialogButtonBox::accepted, this, &ExportDialog::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &ExportDialog::reject);
 }
@@ -165,6 +169,25 @@ void ExportDialog::setTexts()
         tr("Size:"), tr("F&ile:") };
     for (std::size_t row = 0; row < names.size(); ++row)
         c.names.at(row)->setText(names.at(row));
+    c.path->setToolTip(tr("The file to write"));
+    c.browse->setToolTip(tr("Choose the folder and the name of the file"));
+    c.save->setToolTip(tr("Write the file and close"));
+    c.cancel->setToolTip(tr("Close without writing a file"));
+    setToolTips();
+}
+
+void ExportDialog::setToolTips()
+{
+    Controls& c = *m_controls;
+    c.format->setToolTip(tr("PNG has pixels; PDF and SVG stay sharp at any size; the others contain the numbers"));
+    const QString noPicture = tr("This format contains numbers, not a picture");
+    const bool isPicture = c.width->isEnabled();
+    c.width->setToolTip(isPicture ? tr("Width of the picture in pixels of a screen with 96 dpi") : noPicture);
+    c.height->setToolTip(isPicture ? tr("Height of the picture in pixels of a screen with 96 dpi") : noPicture);
+    c.dpi->setToolTip(c.dpi->isEnabled() ? tr("Pixels per inch; 300 suits print")
+            : isPicture                  ? tr("This format has no pixels: it is sharp at any resolution")
+                                         : noPicture);
+    c.extent->setToolTip(isPicture ? tr("A picture shows the visible bins") : tr("Which bins the file contains"));
 }
 
 ExportDialog::~ExportDialog() = default;
@@ -212,6 +235,7 @@ void ExportDialog::onFormatChanged()
     c.height->setEnabled(picture);
     c.dpi->setEnabled(suffix == u"png");
     c.extent->setEnabled(!picture);
+    setToolTips();
     const QString name = path();
     const QString old = QFileInfo(name).suffix();
     if (isKnownSuffix(old) && old.compare(suffix, Qt::CaseInsensitive) != 0)

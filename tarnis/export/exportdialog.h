@@ -44,6 +44,7 @@ private:
     /// @cond
     TARNIS_NO_EXPORT void layOut();
     TARNIS_NO_EXPORT void setTexts();
+    TARNIS_NO_EXPORT void setToolTips(); ///< of the fields that depend on the format
     TARNIS_NO_EXPORT PictureOptions options() const;
     TARNIS_NO_EXPORT void choosePath();
     TARNIS_NO_EXPORT void onFormatChanged();

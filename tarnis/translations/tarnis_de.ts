@@ -1404,6 +1404,54 @@
         <source>enter the name of a file</source>
         <translation>einen Dateinamen eingeben</translation>
     </message>
+    <message>
+        <source>The file to write</source>
+        <translation>Die Datei, die geschrieben wird</translation>
+    </message>
+    <message>
+        <source>Choose the folder and the name of the file</source>
+        <translation>Ordner und Namen der Datei wählen</translation>
+    </message>
+    <message>
+        <source>Write the file and close</source>
+        <translation>Die Datei schreiben und schließen</translation>
+    </message>
+    <message>
+        <source>Close without writing a file</source>
+        <translation>Schließen, ohne eine Datei zu schreiben</translation>
+    </message>
+    <message>
+        <source>PNG has pixels; PDF and SVG stay sharp at any size; the others contain the numbers</source>
+        <translation>PNG hat Pixel; PDF und SVG bleiben in jeder Größe scharf; die anderen enthalten die Zahlen</translation>
+    </message>
+    <message>
+        <source>This format contains numbers, not a picture</source>
+        <translation>Dieses Format enthält Zahlen, kein Bild</translation>
+    </message>
+    <message>
+        <source>Width of the picture in pixels of a screen with 96 dpi</source>
+        <translation>Breite des Bilds in Pixeln eines Bildschirms mit 96 dpi</translation>
+    </message>
+    <message>
+        <source>Height of the picture in pixels of a screen with 96 dpi</source>
+        <translation>Höhe des Bilds in Pixeln eines Bildschirms mit 96 dpi</translation>
+    </message>
+    <message>
+        <source>Pixels per inch; 300 suits print</source>
+        <translation>Pixel je Zoll; 300 eignet sich für den Druck</translation>
+    </message>
+    <message>
+        <source>This format has no pixels: it is sharp at any resolution</source>
+        <translation>Dieses Format hat keine Pixel: es ist in jeder Auflösung scharf</translation>
+    </message>
+    <message>
+        <source>A picture shows the visible bins</source>
+        <translation>Ein Bild zeigt die sichtbaren Bins</translation>
+    </message>
+    <message>
+        <source>Which bins the file contains</source>
+        <translation>Welche Bins die Datei enthält</translation>
+    </message>
 </context>
 <context>
     <name>tarnis::Files</name>

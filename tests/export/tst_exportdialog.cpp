@@ -60,6 +60,26 @@ private Q_SLOTS:
         QCOMPARE(format->currentData().toString(), "csv");
     }
 
+    void everyControlExplainsItselfOrWhyItIsOff()
+    {
+        ExportDialog dialog(m_plot, "total");
+        const auto tips = [&](const char* suffix) {
+            dialog.setPath(m_folder.filePath(QStringLiteral("a.") + suffix));
+            QStringList texts;
+            for (const QWidget* const control : dialog.findChildren<QWidget*>())
+                if (control->focusPolicy() != Qt::NoFocus && !qobject_cast<const QAbstractSpinBox*>(control->parent()))
+                    texts.append(control->toolTip());
+            return texts;
+        };
+        for (const char* const suffix : { "png", "svg", "csv" }) {
+            QCOMPARE(tips(suffix).size(), 9);
+            QVERIFY2(!tips(suffix).contains(QString()), qPrintable(tips(suffix).join(u'\n')));
+        }
+        QCOMPARE(tips("csv").count("This format contains numbers, not a picture"), 3);
+        QCOMPARE(tips("svg").count("This format has no pixels: it is sharp at any resolution"), 1);
+        QCOMPARE(tips("png").count("A picture shows the visible bins"), 1);
+    }
+
     void savesAPictureOfTheChosenSize()
     {
         ExportDialog dialog(m_plot, "total");
