@@ -13,7 +13,10 @@
 #include <tarnis/plots/xy2dgraphwidget.h>
 
 #include <QApplication>
+#include <QListWidget>
 #include <QMenu>
+#include <QScreen>
+#include <QScrollBar>
 
 using namespace console;
 using namespace tarnis::testing;
@@ -226,6 +229,20 @@ private Q_SLOTS:
         QVERIFY(fixture.reaches(ServerState::Up));
         QVERIFY(list.isFilled(3));
         QVERIFY(isChecked(0) && !isChecked(1) && !isChecked(2));
+    }
+
+    void theChooserIsWideEnoughForItsTexts()
+    {
+        HistogramServer server(
+            "OK:\nimage: kind=2d binsx=1024 minx=0 maxx=1 labelx=HorizontalPositionOfTheDetector unitx=mm "
+            "binsy=1024 miny=0 maxy=1 labely=VerticalPositionOfTheDetector unity=mm\n");
+        ConsoleFixture fixture(server);
+        OpenList list(fixture);
+        QVERIFY(list.isFilled(1));
+        const auto* const entries = list.chooser->findChild<QListWidget*>();
+        TRY_VERIFY(entries->viewport()->width()
+            >= std::min(entries->sizeHintForColumn(0), entries->screen()->availableGeometry().width() * 3 / 4 - 40));
+        TRY_VERIFY(!entries->horizontalScrollBar()->isVisible());
     }
 
     void reportsOmittedRows()

@@ -11,8 +11,11 @@
 #include <QEvent>
 #include <QListWidget>
 #include <QPushButton>
+#include <QScreen>
+#include <QScrollBar>
 #include <QSettings>
 
+#include <algorithm>
 #include <utility>
 
 namespace console {
@@ -74,6 +77,7 @@ HistogramChooser::HistogramChooser(const WindowContext& context)
     auto* const list = findChild<QListWidget*>(QStringLiteral("listWidget"));
     connect(list, &QListWidget::itemChanged, this, &HistogramChooser::updateControls);
     list->setAccessibleName(tr("Histograms of the server"));
+    list->setWordWrap(true); // of texts that are wider than fitWidth() allows
     ask();
 }
 
@@ -99,7 +103,16 @@ void HistogramChooser::showReply()
         showText(tr("The server has no histograms."));
     else
         showText(tr("A live window opens for each checked histogram."));
+    fitWidth();
     updateControls();
+}
+
+void HistogramChooser::fitWidth()
+{
+    auto* const list = findChild<QListWidget*>(QStringLiteral("listWidget"));
+    const int needed =
+        list->sizeHintForColumn(0) + 2 * list->frameWidth() + list->verticalScrollBar()->sizeHint().width();
+    list->setMinimumWidth(std::min(needed, screen()->availableGeometry().width() * 3 / 4));
 }
 
 bool HistogramChooser::isChecked(int index) const

@@ -25,6 +25,8 @@ protected:
     void changeEvent(QEvent* event) override;
     void ask();
     void showReply();
+    /// Makes the window wide enough for the texts of the list, up to three quarters of the screen.
+    void fitWidth();
     void onServerState();
     void openChecked();
     void showLost();
