@@ -161,7 +161,7 @@ void LiveWindow::setStopped(const QString& reason)
 void LiveWindow::retranslate()
 {
     if (m_label)
-        m_label->setText(tr("Stopped at %1. \"Update\" starts again. %2").arg(m_stoppedAt, m_reason));
+        m_label->setText(tr("Stopped at %1. \"Update\" starts again. %2").arg(m_stoppedAt, m_reason.simplified()));
 }
 
 bool LiveWindow::isAnswered(const LiveWindowHooks& hooks, const UndrawnReply& reply, QTimer* timer)

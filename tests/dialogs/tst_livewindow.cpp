@@ -280,10 +280,11 @@ private Q_SLOTS:
         Curves window(addressOf(server), true);
         QVERIFY(server.waitForRequests(1)); // no first poll comes while the box is open
         const BoxWatch boxes;
-        window.result(answered("hist", true, "OK:"), bytesOf({ 1, 2 }));
+        window.result(answered("hist", true, "OK: a\n"), bytesOf({ 1, 2 }));
         QCOMPARE(boxes.texts.size(), 1);
-        QCOMPARE(window.stopReason(), "failed to parse information - 'OK:'");
+        QCOMPARE(window.stopReason(), "failed to parse information - 'OK: a\n'");
         QVERIFY(window.showsStopped());
+        QVERIFY(window.label("stateLabel")->text().endsWith("- 'OK: a '")); // a line of its own for a quote is odd
         window.update();
         QVERIFY(!window.showsStopped());
     }

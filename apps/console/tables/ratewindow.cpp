@@ -108,7 +108,7 @@ void RateWindow::draw()
         const double largest = *std::max_element(m_rates.cbegin(), m_rates.cend());
         const double mean = std::accumulate(m_rates.cbegin(), m_rates.cend(), 0.0) / double(m_rates.size());
         m_plot->setMaxValue(std::max(largest, 1.0));
-        m_plot->setNotes(tr("largest %1 /s").arg(engineeringNumber(largest, digits)));
+        m_plot->setNotes(tr("largest %1 /s").arg(numStr(largest, 'g', digits + 1)));
         tarnis::setTranslatedText(
             *ui->infoLabel, [now = m_rates.constLast(), mean, span = m_seconds.constLast() - m_seconds.constFirst()] {
                 return tr("%1 /s now, %2 /s on average over %3 s")
