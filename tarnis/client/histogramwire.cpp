@@ -3,7 +3,6 @@
 #include "tarnis/foundation/helpers.h"
 #include "tarnis/foundation/trace_p.h"
 
-#include <QLoggingCategory>
 #include <QtEndian>
 
 #include <algorithm>
@@ -101,7 +100,7 @@ std::optional<PairSamples> pairSamples(const QByteArray& payload, const PairAxis
     const qsizetype bins = std::max(axis.bins, 0);
     PairSamples samples { QList<double>(bins, 0.0), QList<double>(bins, 0.0) };
     const qsizetype pairs = doubleCount(payload) / 2;
-    const bool traced = QLoggingCategory::defaultCategory()->isDebugEnabled();
+    const bool traced = TARNIS_TRACE_CATEGORY().isDebugEnabled(); // once, not for each of many pairs
     for (qsizetype pair = 0; pair < pairs && (pair < bins || bins == 0); ++pair) {
         const double x = doubleAt(payload, 2 * pair);
         const double y = doubleAt(payload, 2 * pair + 1);

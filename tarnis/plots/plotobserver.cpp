@@ -1,11 +1,11 @@
 #include "tarnis/plots/plotobserver.h"
 
+#include "tarnis/foundation/trace_p.h"
 #include "tarnis/plots/plothooks_p.h"
 #include "tarnis/plots/plotoverlay.h"
 #include "tarnis/plots/plotpixmap_p.h"
 #include "tarnis/plots/xygraphwidget.h"
 
-#include <QDebug>
 #include <QPainter>
 
 namespace tarnis {
@@ -14,7 +14,7 @@ PlotObserver::PlotObserver(XYGraphWidget* plot)
     : m_observed(plot)
 {
     if (plot == nullptr)
-        qWarning("PlotObserver: no plot to observe; pass one that exists");
+        qCWarning(TARNIS_TRACE_CATEGORY(), "PlotObserver: no plot to observe; pass one that exists");
     else
         PlotHooks::of(*plot).add(*this);
 }
@@ -44,7 +44,7 @@ PlotOverlay::PlotOverlay(XYGraphWidget* plot, int zOrder)
     , m_zOrder(zOrder)
 {
     if (plot == nullptr)
-        qWarning("PlotOverlay: no plot to draw on; pass one that exists");
+        qCWarning(TARNIS_TRACE_CATEGORY(), "PlotOverlay: no plot to draw on; pass one that exists");
     else
         PlotHooks::of(*plot).add(*this);
 }

@@ -1,5 +1,6 @@
 #include "tarnis/tools/plottoolbar.h"
 
+#include "tarnis/foundation/trace_p.h"
 #include "tarnis/plots/plotaccess_p.h"
 #include "tarnis/tools/base/toolaction_p.h"
 #include "tarnis/tools/interactivetool.h"
@@ -80,7 +81,7 @@ PlotToolBar::PlotToolBar(XYGraphWidget* plot, QWidget* parent)
     m_menu->setToolTipsVisible(true);
     nameBar();
     if (plot == nullptr) {
-        qWarning("tarnis: a tool bar without a plot stays empty");
+        qCWarning(TARNIS_TRACE_CATEGORY(), "PlotToolBar: a tool bar without a plot stays empty");
         return;
     }
     m_watched = plot;

@@ -4,7 +4,9 @@
 
 #include "tarnis/client/histogramwire_p.h"
 
+#include <QLoggingCategory>
 #include <QRegularExpression>
+#include <QScopeGuard>
 #include <QTest>
 
 #include <cmath>
@@ -166,6 +168,14 @@ private Q_SLOTS:
         QCOMPARE(pairSamples(bytesOf({ 0, 1, 0, 2, 0, 3 }), PairAxis { 0, 2, 2 })->ys, QList<double>({ 2, 0 }));
         QVERIFY(!pairSamples(bytesOf({ 0, 1 }), PairAxis { 0, 4, 0 }));
         QVERIFY(pairSamples(QByteArray(), PairAxis { 0, 4, -7 })->ys.isEmpty());
+    }
+
+    void tracesOfPairsFollowTheLibrarysCategory()
+    {
+        const auto reset = qScopeGuard([] { QLoggingCategory::setFilterRules(QString()); });
+        QLoggingCategory::setFilterRules("*.debug=false\ntarnis.client.debug=true"); // the host traces only the library
+        QTest::ignoreMessage(QtDebugMsg, QRegularExpression("\\[2\\] 2,20$"));
+        pairSamples(bytesOf({ 2, 20 }), PairAxis { 0, 4, 4 });
     }
 
     void pairsMatchTheOracle()

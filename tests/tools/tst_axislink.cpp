@@ -269,7 +269,7 @@ private Q_SLOTS:
     void nullAndDoubleMembersChangeNothing()
     {
         AxisLink link;
-        QTest::ignoreMessage(QtWarningMsg, "tarnis: a null plot cannot be linked");
+        QTest::ignoreMessage(QtWarningMsg, "AxisLink: a null plot cannot be linked");
         link.add(nullptr, Qt::Horizontal);
         VectorGraphWidget a;
         fill(a);

@@ -190,7 +190,7 @@ private Q_SLOTS:
         m_plot.reset();
         QCOMPARE(namesOf(*m_bar), QStringList());
         QVERIFY(m_bar->plot() == nullptr);
-        QTest::ignoreMessage(QtWarningMsg, "tarnis: a tool bar without a plot stays empty");
+        QTest::ignoreMessage(QtWarningMsg, "PlotToolBar: a tool bar without a plot stays empty");
         const PlotToolBar empty(nullptr);
         QCOMPARE(namesOf(empty), QStringList());
     }

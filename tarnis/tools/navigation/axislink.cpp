@@ -1,5 +1,6 @@
 #include "tarnis/tools/axislink.h"
 
+#include "tarnis/foundation/trace_p.h"
 #include "tarnis/plots/plotobserver.h"
 #include "tarnis/plots/xygraphwidget.h"
 #include "tarnis/tools/navigation/viewcontrol_p.h"
@@ -108,7 +109,7 @@ void AxisLink::dropDestroyed()
 void AxisLink::add(XYGraphWidget* plot, Qt::Orientation axis)
 {
     if (plot == nullptr) {
-        qWarning("tarnis: a null plot cannot be linked");
+        qCWarning(TARNIS_TRACE_CATEGORY(), "AxisLink: a null plot cannot be linked");
         return;
     }
     if (contains(plot, axis))
