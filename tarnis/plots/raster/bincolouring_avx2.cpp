@@ -12,17 +12,6 @@
 
 namespace tarnis {
 
-namespace {
-
-bool isAvx2Wanted = true;
-
-} // namespace
-
-void setAvx2(bool on)
-{
-    isAvx2Wanted = on;
-}
-
 #ifdef TARNIS_AVX2
 
 namespace {
@@ -139,11 +128,6 @@ TARNIS_AVX2 bool lookUpLanes(
 }
 
 } // namespace
-
-bool hasAvx2()
-{
-    return isAvx2Wanted && __builtin_cpu_supports("avx2") != 0;
-}
 
 TARNIS_AVX2 void blendWide(const ScaleRanges& ranges, const double* values, int count, QRgb* pixels)
 {
@@ -268,11 +252,6 @@ TARNIS_AVX2 void copyOverWide(QRgb* line, const QRgb* pixels, int count)
 }
 
 #else
-
-bool hasAvx2()
-{
-    return false;
-}
 
 void blendWide(const ScaleRanges&, const double*, int, QRgb*)
 {

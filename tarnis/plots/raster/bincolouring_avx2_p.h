@@ -1,22 +1,13 @@
 // Loops over bins with 256-bit vectors (AVX2). The results are bit-identical to those of the plain loops.
 #pragma once
 
+#include "tarnis/foundation/avx2_p.h"
+
 #include <QRgb>
 
 #include <array>
 
-#if defined(__x86_64__) && defined(__GNUC__)
-/// Marks a function that is compiled for AVX2. It may only be called if hasAvx2().
-#define TARNIS_AVX2 __attribute__((target("avx2")))
-#endif
-
 namespace tarnis {
-
-/// True if the functions below may be called: the processor has AVX2, and it is not switched off.
-bool hasAvx2();
-
-/// Off selects the plain loops. Must not be called during painting.
-void setAvx2(bool on);
 
 /// Four ranges of a scale, each with colours at both ends; one column per range.
 struct ScaleRanges {
