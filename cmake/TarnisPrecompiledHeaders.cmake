@@ -52,13 +52,18 @@ function(tarnis_precompile)
   endforeach()
 endfunction()
 
-# tarnis_vectorise(<source>...): sources of the library with loops over pixels or bins, which the compiler shall
-# vectorise in every build. Without the precompiled header: with it, GCC 12 ends with an internal error when -O3 and the
-# sanitizers meet.
+# tarnis_vectorise([AVX2] <source>...): sources of the library with loops over pixels or bins, which the compiler shall
+# vectorise in every build. AVX2: for processors with AVX2 only, where the compiler has that option. Without the
+# precompiled header: with it, GCC 12 ends with an internal error when -O3 and the sanitizers meet.
 function(tarnis_vectorise)
-  set_source_files_properties(${ARGN}
+  cmake_parse_arguments(PARSE_ARGV 0 arg "AVX2" "" "")
+  set(options "$<$<NOT:$<CONFIG:Debug>>:-O3>")
+  if(arg_AVX2 AND CMAKE_SYSTEM_PROCESSOR MATCHES "x86_64|AMD64")
+    list(APPEND options -mavx2)
+  endif()
+  set_source_files_properties(${arg_UNPARSED_ARGUMENTS}
     TARGET_DIRECTORY tarnis_objects
     PROPERTIES
-      COMPILE_OPTIONS "$<$<NOT:$<CONFIG:Debug>>:-O3>"
+      COMPILE_OPTIONS "${options}"
       SKIP_PRECOMPILE_HEADERS ON)
 endfunction()

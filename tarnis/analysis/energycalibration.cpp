@@ -1,6 +1,6 @@
 #include "tarnis/analysis/energycalibration.h"
 
-#include "tarnis/analysis/fitsolver_p.h"
+#include "tarnis/analysis/factoredmatrix_p.h"
 
 #include <QCoreApplication>
 
@@ -74,12 +74,11 @@ bool solveOnce(EnergyCalibration& calibration, std::size_t n, double scale)
                 matrix[j * n + k] += weight * powers[j] * powers[k];
         }
     }
-    std::vector<double> solution;
-    std::vector<double> inverse;
-    if (!analysis::solveSymmetric(matrix, std::vector<char>(n, 0), &solution, right, &inverse))
+    analysis::FactoredMatrix factored;
+    if (!factored.factorise(matrix, std::vector<char>(n, 0)))
         return false;
-    calibration.coefficients = solution;
-    calibration.covariance = inverse;
+    factored.solve(right, calibration.coefficients);
+    factored.invert(calibration.covariance);
     for (std::size_t j = 0; j < n; ++j) {
         calibration.coefficients[j] /= std::pow(scale, static_cast<double>(j));
         for (std::size_t k = 0; k < n; ++k)

@@ -296,12 +296,10 @@ void addErrors(FitSolver& solver, const Minimum& minimum, FitResult& result)
 {
     describeParameters(solver, minimum, result);
     const std::size_t n = result.parameters.size();
-    const std::size_t variables = solver.map().variables.size();
-    const Information& information = solver.informationAt(minimum.variables);
+    result.value = solver.informationAt(minimum.variables).value;
     const auto model = solver.problem().values();
-    result.value = information.value;
     result.calls = minimum.calls;
-    result.free = static_cast<int>(variables);
+    result.free = static_cast<int>(solver.map().variables.size());
     result.ndf = result.points - result.free;
     result.modelContents.assign(model.begin(), model.end());
     result.modelSum = 0.0;
@@ -312,14 +310,8 @@ void addErrors(FitSolver& solver, const Minimum& minimum, FitResult& result)
         result.dataSum += solver.problem().contents()[i];
         result.modelMinimum = std::min(result.modelMinimum, model[i]);
     }
-    // Errors of the other variables, with those held that are at a bound or have no effect, as the slope of an
-    // exponential of height 0.
-    std::vector<char> held(variables, 0);
-    for (std::size_t j = 0; j < variables; ++j)
-        held[j] = solver.isAtLower(minimum.variables, j) || solver.isAtUpper(minimum.variables, j)
-            || information.matrix[j * variables + j] == 0.0;
     std::vector<double> inverse;
-    const bool regular = solveSymmetric(information.matrix, held, nullptr, {}, &inverse);
+    const bool regular = solver.covarianceAt(minimum.variables, inverse);
     result.covariance.assign(n * n, 0.0);
     if (regular)
         result.covariance = propagated(solver.map(), inverse);

@@ -1,6 +1,7 @@
 #include "tarnis/analysis/fitproblem_p.h"
 
 #include "tarnis/analysis/special_p.h"
+#include "tarnis/foundation/avx2_p.h"
 
 #include <algorithm>
 #include <cmath>
@@ -24,6 +25,14 @@ double sinhcSlope(double x)
 double stepIntegral(double z)
 {
     return z * normalDistribution(-z) - normalDensity(z);
+}
+
+void addTimes(double factor, const double* from, double* to, std::size_t n)
+{
+    runWide([=] {
+        for (std::size_t i = 0; i < n; ++i)
+            to[i] += factor * from[i];
+    });
 }
 
 } // namespace
@@ -119,8 +128,7 @@ void FitProblem::addPeak(int peak)
     else
         samplePeak(m_model.shape, m_edges, centre, widths.data(), columns);
     const double area = m_p[static_cast<std::size_t>(m_layout.area[static_cast<std::size_t>(peak)])];
-    for (std::size_t i = 0; i < bins(); ++i)
-        m_values[i] += area * unit[i];
+    addTimes(area, unit, m_values.data(), bins());
 }
 
 void FitProblem::differentiatePeak(int peak)
@@ -139,27 +147,19 @@ void FitProblem::differentiatePeak(int peak)
         samplePeak(m_model.shape, m_edges, centre, widths.data(), columns);
     double* const byArea = writableColumn(m_layout.area[k]);
     double* const byCentre = writableColumn(m_layout.centre[k]);
-    for (std::size_t i = 0; i < bins(); ++i) {
-        byArea[i] += unit[i];
-        byCentre[i] += area * columns.byCentre[i];
-    }
+    addTimes(1.0, unit, byArea, bins());
+    addTimes(area, columns.byCentre, byCentre, bins());
     if (m_model.widthMode == WidthMode::Calibrated) {
         // sigma = factor * calibration(centre), so the width also depends on the centre.
         const double calibrated = m_model.widths.sigma(centre);
         const double factor = m_p[static_cast<std::size_t>(m_layout.width[k][0])];
         const double slope = factor * 0.5 * m_model.widths.b / calibrated;
-        double* const byFactor = writableColumn(m_layout.width[k][0]);
-        for (std::size_t i = 0; i < bins(); ++i) {
-            byFactor[i] += area * calibrated * columns.byWidth[0][i];
-            byCentre[i] += area * slope * columns.byWidth[0][i];
-        }
+        addTimes(area * calibrated, columns.byWidth[0], writableColumn(m_layout.width[k][0]), bins());
+        addTimes(area * slope, columns.byWidth[0], byCentre, bins());
         return;
     }
-    for (std::size_t w = 0; w < static_cast<std::size_t>(m_layout.widths); ++w) {
-        double* const byWidth = writableColumn(m_layout.width[k][w]);
-        for (std::size_t i = 0; i < bins(); ++i)
-            byWidth[i] += area * columns.byWidth[w][i];
-    }
+    for (std::size_t w = 0; w < static_cast<std::size_t>(m_layout.widths); ++w)
+        addTimes(area, columns.byWidth[w], writableColumn(m_layout.width[k][w]), bins());
 }
 
 // sigma of the step from the first width parameter of the shape.
@@ -259,11 +259,8 @@ void FitProblem::setBackground()
         }
         return;
     }
-    for (int k = 0; k < m_layout.backgrounds; ++k) {
-        const double* const power = writableColumn(m_layout.background + k);
-        for (std::size_t i = 0; i < bins(); ++i)
-            m_values[i] += b[k] * power[i];
-    }
+    for (int k = 0; k < m_layout.backgrounds; ++k)
+        addTimes(b[k], writableColumn(m_layout.background + k), m_values.data(), bins());
 }
 
 void FitProblem::differentiateBackground()

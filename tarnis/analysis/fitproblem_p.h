@@ -50,6 +50,11 @@ public:
     std::span<const double> values() const { return m_values; }
     /// Derivatives of all model contents at the parameters of the last evaluate(): those by parameter k.
     void differentiate();
+    /// Whether the column of a parameter is the same for all parameters: that of a polynomial background.
+    bool isConstant(int parameter) const
+    {
+        return parameter >= m_layout.background && m_model.background != FitBackground::Exponential;
+    }
     std::span<const double> column(int parameter) const
     {
         return { m_columns.data() + static_cast<std::size_t>(parameter) * bins(), bins() };

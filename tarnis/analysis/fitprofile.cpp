@@ -192,23 +192,14 @@ bool addProfiles(FitSolver& solver, Minimum& minimum, FitResult& result)
 {
     const VariableMap& map = solver.map();
     std::vector<double> covariance;
-    bool known = false;
     const bool unweighted = result.options.statistic == FitStatistic::Unweighted;
     const double rise = unweighted && result.ndf > 0 ? std::max(1e-300, result.value / result.ndf) : 1.0;
     for (std::size_t j = 0; j < map.variables.size(); ++j) {
         const int index = map.variables[j].parameter;
         if (index < 0 || !isWanted(result, result.parameters[static_cast<std::size_t>(index)]))
             continue;
-        if (!known) {
-            const Information& information = solver.informationAt(minimum.variables);
-            std::vector<char> held(map.variables.size(), 0);
-            for (std::size_t k = 0; k < held.size(); ++k)
-                held[k] = solver.isAtLower(minimum.variables, k) || solver.isAtUpper(minimum.variables, k)
-                    || information.matrix[k * held.size() + k] == 0.0;
-            if (!solveSymmetric(information.matrix, held, nullptr, {}, &covariance))
-                return false;
-            known = true;
-        }
+        if (covariance.empty() && !solver.covarianceAt(minimum.variables, covariance))
+            return false;
         FitParameter& parameter = result.parameters[static_cast<std::size_t>(index)];
         // On a bound there is no error estimate; starts with a small part of the allowed range.
         const SolverVariable& limits = map.variables[j];

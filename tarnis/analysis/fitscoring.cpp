@@ -2,6 +2,7 @@
 #include "tarnis/analysis/fitsolver_p.h"
 
 #include "tarnis/analysis/special_p.h"
+#include "tarnis/foundation/avx2_p.h"
 
 #include <algorithm>
 #include <cmath>
@@ -27,74 +28,6 @@ constexpr double largestFall = 1.4;
 
 } // namespace
 
-bool solveSymmetric(const std::vector<double>& a, const std::vector<char>& held, std::vector<double>* x,
-    const std::vector<double>& b, std::vector<double>* inverse)
-{
-    const std::size_t all = held.size();
-    std::vector<std::size_t> free;
-    free.reserve(all);
-    for (std::size_t j = 0; j < all; ++j) {
-        if (!held[j])
-            free.push_back(j);
-    }
-    const std::size_t n = free.size();
-    // Scaled to a unit diagonal, then Cholesky: the pivots show how close to singular the matrix is.
-    std::vector<double> scale(n);
-    std::vector<double> l(n * n);
-    for (std::size_t i = 0; i < n; ++i) {
-        const double diagonal = a[free[i] * all + free[i]];
-        if (!(diagonal > 0.0) || std::isinf(diagonal))
-            return false;
-        scale[i] = 1.0 / std::sqrt(diagonal);
-    }
-    for (std::size_t i = 0; i < n; ++i) {
-        for (std::size_t j = 0; j <= i; ++j) {
-            double sum = a[free[i] * all + free[j]] * scale[i] * scale[j];
-            for (std::size_t k = 0; k < j; ++k)
-                sum -= l[i * n + k] * l[j * n + k];
-            if (i != j) {
-                l[i * n + j] = sum * l[j * n + j];
-                continue;
-            }
-            if (!(sum > 1e-13))
-                return false;
-            l[i * n + i] = 1.0 / std::sqrt(sum); // the diagonal is only divided by
-        }
-    }
-    const auto solve = [&](std::vector<double>& v) {
-        for (std::size_t i = 0; i < n; ++i) {
-            for (std::size_t k = 0; k < i; ++k)
-                v[i] -= l[i * n + k] * v[k];
-            v[i] *= l[i * n + i];
-        }
-        for (std::size_t i = n; i-- > 0;) {
-            for (std::size_t k = i + 1; k < n; ++k)
-                v[i] -= l[k * n + i] * v[k];
-            v[i] *= l[i * n + i];
-        }
-    };
-    std::vector<double> v(n);
-    if (x) {
-        for (std::size_t i = 0; i < n; ++i)
-            v[i] = scale[i] * b[free[i]];
-        solve(v);
-        x->assign(all, 0.0);
-        for (std::size_t i = 0; i < n; ++i)
-            (*x)[free[i]] = scale[i] * v[i];
-    }
-    if (inverse) {
-        inverse->assign(all * all, 0.0);
-        for (std::size_t j = 0; j < n; ++j) {
-            std::fill(v.begin(), v.end(), 0.0);
-            v[j] = 1.0;
-            solve(v);
-            for (std::size_t i = 0; i < n; ++i)
-                (*inverse)[free[i] * all + free[j]] = scale[i] * scale[j] * v[i];
-        }
-    }
-    return true;
-}
-
 // The last step of polish() and the errors of the result need the information at the same point.
 const Information& FitSolver::informationAt(const std::vector<double>& variables)
 {
@@ -106,65 +39,71 @@ const Information& FitSolver::informationAt(const std::vector<double>& variables
     m_information.value = value;
     weighBins();
     const std::size_t n = m_map.variables.size();
-    const std::size_t bins = m_problem.bins();
     const std::vector<const double*>& derivatives = columns();
     m_information.matrix.resize(n * n);
     m_information.gradient.resize(n);
+    m_factors.assign(1, m_pulls.data());
+    m_factors.insert(m_factors.end(), derivatives.begin(), derivatives.end());
+    m_products.resize(n + 1);
     for (std::size_t j = 0; j < n; ++j) {
-        const double* const cj = derivatives[j];
-        m_information.gradient[j] = dot(m_forces.data(), cj, bins);
-        for (std::size_t i = 0; i < bins; ++i)
-            m_weighted[i] = m_weights[i] * cj[i];
+        weightedDots(m_weights.data(), derivatives[j], m_factors.data(), j + 2, m_problem.bins(), m_products.data());
+        m_information.gradient[j] = m_products[0];
         for (std::size_t k = 0; k <= j; ++k)
-            m_information.matrix[j * n + k] = m_information.matrix[k * n + j] =
-                dot(m_weighted.data(), derivatives[k], bins);
+            m_information.matrix[j * n + k] = m_information.matrix[k * n + j] = m_products[k + 1];
     }
     return m_information;
 }
 
-// Weights of the bins in the information and half the derivatives of the statistic by their contents.
+// Weights of the bins in the information, and half the derivatives of the statistic by their contents over the weights.
 void FitSolver::weighBins()
 {
     const std::span<const double> y = m_problem.contents();
     const std::span<const double> variance = m_problem.variances();
     const std::span<const double> model = m_problem.values();
     m_weights.resize(y.size());
-    m_forces.resize(y.size());
-    m_weighted.resize(y.size());
-    const auto run = [&](auto weightOf, auto forceOf) {
-        for (std::size_t i = 0; i < y.size(); ++i) {
-            const double weight = weightOf(i);
-            m_weights[i] = weight;
-            m_forces[i] = forceOf(i, weight);
-        }
+    m_pulls.resize(y.size());
+    const auto run = [&, weights = m_weights.data(), pulls = m_pulls.data()](auto weightOf, auto pullOf) {
+        runWide([=] {
+            for (std::size_t i = 0; i < y.size(); ++i) {
+                weights[i] = weightOf(i);
+                pulls[i] = pullOf(i);
+            }
+        });
     };
     // Far from a peak without background the model is too small for its inverse. Such a bin has no part in the
     // information, as the squares of its derivatives are smaller still.
     constexpr double smallest = std::numeric_limits<double>::min();
-    const auto inverse = [&](std::size_t i) { return model[i] >= smallest ? 1.0 / model[i] : 0.0; };
+    const auto inverse = [=](std::size_t i) {
+        const double all = 1.0 / model[i]; // unconditional, so the compiler vectorises it
+        return model[i] >= smallest ? all : 0.0;
+    };
+    const auto difference = [=](std::size_t i) { return model[i] - y[i]; };
     switch (m_statistic) {
     case FitStatistic::Cash:
-        run(inverse, [&](std::size_t i, double weight) { return 1.0 - y[i] * weight; });
+        run(inverse, difference);
         break;
     case FitStatistic::Pearson:
-        run(inverse, [&](std::size_t i, double weight) { return 0.5 * (1.0 - y[i] * weight * (y[i] * weight)); });
+        run(inverse, [=](std::size_t i) { return 0.5 * (model[i] - y[i] * inverse(i) * y[i]); });
         break;
     case FitStatistic::Neyman:
-        run([&](std::size_t i) { return 1.0 / (variance.empty() ? std::max(y[i], 1.0) : variance[i]); },
-            [&](std::size_t i, double weight) { return (model[i] - y[i]) * weight; });
+        run([=](std::size_t i) { return 1.0 / (variance.empty() ? std::max(y[i], 1.0) : variance[i]); }, difference);
         break;
     case FitStatistic::Unweighted:
-        run([](std::size_t) { return 1.0; }, [&](std::size_t i, double) { return model[i] - y[i]; });
+        run([](std::size_t) { return 1.0; }, difference);
         break;
     }
 }
 
-// The column of a variable that is a parameter is that of the parameter, without a copy.
+// The column of a variable that is a parameter is that of the parameter, without a copy. Sums of columns that the
+// problem never changes are computed once.
 const std::vector<const double*>& FitSolver::columns()
 {
     const std::size_t bins = m_problem.bins();
     m_problem.differentiate();
+    if (m_areSumsKnown)
+        return m_columns;
     std::fill(m_sums.begin(), m_sums.end(), 0.0);
+    m_areSumsKnown = true;
     for (const VariableMap::Term& term : m_map.terms) {
         const auto j = static_cast<std::size_t>(term.variable);
         const std::span<const double> column = m_problem.column(term.parameter);
@@ -172,6 +111,7 @@ const std::vector<const double*>& FitSolver::columns()
             m_columns[j] = column.data();
             continue;
         }
+        m_areSumsKnown = m_areSumsKnown && m_problem.isConstant(term.parameter);
         double* const sum = m_sums.data() + static_cast<std::size_t>(m_sumIndex[j]) * bins;
         m_columns[j] = sum;
         for (std::size_t i = 0; i < bins; ++i)
@@ -194,11 +134,24 @@ bool FitSolver::isAtUpper(const std::vector<double>& variables, std::size_t j) c
         || variables[j] >= variable.upper;
 }
 
+bool FitSolver::covarianceAt(const std::vector<double>& variables, std::vector<double>& covariance)
+{
+    const Information& information = informationAt(variables);
+    const std::size_t n = variables.size();
+    std::vector<char> held(n, 0);
+    for (std::size_t j = 0; j < n; ++j)
+        held[j] = isAtLower(variables, j) || isAtUpper(variables, j) || information.matrix[j * n + j] == 0.0;
+    if (!m_factored.factorise(information.matrix, held))
+        return false;
+    m_factored.invert(covariance);
+    return true;
+}
+
 // The step of Fisher scoring within the bounds; false if the matrix is singular. A variable on its bound whose gradient
 // points inwards can still have a step outwards, by its correlation with others: it is held as well, otherwise no step
 // at all would be possible. held: in and out.
 bool FitSolver::stepWithin(
-    const Minimum& at, const Information& information, std::vector<char>& held, std::vector<double>& step) const
+    const Minimum& at, const Information& information, std::vector<char>& held, std::vector<double>& step)
 {
     const std::size_t n = held.size();
     for (std::size_t j = 0; j < n; ++j) {
@@ -208,8 +161,9 @@ bool FitSolver::stepWithin(
             || (g < 0.0 && isAtUpper(at.variables, j));
     }
     for (bool again = true; again;) {
-        if (!solveSymmetric(information.matrix, held, &step, information.gradient, nullptr))
+        if (!m_factored.factorise(information.matrix, held))
             return false;
+        m_factored.solve(information.gradient, step);
         again = false;
         for (std::size_t j = 0; j < n; ++j) {
             const bool leaves =

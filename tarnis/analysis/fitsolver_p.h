@@ -1,6 +1,7 @@
 // The minimum of a statistic over the free parameters of a model.
 #pragma once
 
+#include "tarnis/analysis/factoredmatrix_p.h"
 #include "tarnis/analysis/fitproblem_p.h"
 
 #include <vector>
@@ -66,6 +67,9 @@ public:
     double valueAt(const std::vector<double>& variables);
     /// Evaluates model and derivatives at a point. Valid until the next call; free of charge for the same point again.
     const Information& informationAt(const std::vector<double>& variables);
+    /// The inverse of the information at a point, row-major: zero for variables that are on a bound or have no effect,
+    /// as the slope of an exponential of height 0. False if the information is singular.
+    bool covarianceAt(const std::vector<double>& variables, std::vector<double>& covariance);
     /// Derivatives of the model by each variable at the point of the last informationAt(), one for each bin. Valid
     /// until the next call of any function.
     const std::vector<const double*>& columns();
@@ -80,7 +84,7 @@ private:
     void writeTerms(std::span<const double> model, double* fvec);
     void weighBins();
     bool stepWithin(
-        const Minimum& at, const Information& information, std::vector<char>& held, std::vector<double>& step) const;
+        const Minimum& at, const Information& information, std::vector<char>& held, std::vector<double>& step);
     double squaredError(double value) const;
     bool approach(Minimum& minimum, const std::vector<char>& held);
     bool moveBy(const std::vector<double>& step, Minimum& minimum);
@@ -97,19 +101,17 @@ private:
     std::vector<double> m_valuedAt; ///< its point
     Information m_information; ///< of the last informationAt()
     std::vector<double> m_informedAt; ///< its point
-    /// Scratch of informationAt(), with one number for each bin. @{
-    std::vector<double> m_weights;
-    std::vector<double> m_forces;
-    std::vector<double> m_weighted;
+    /// Scratch of informationAt(). @{
+    std::vector<double> m_weights; ///< one for each bin
+    std::vector<double> m_pulls; ///< likewise: half the derivatives of the statistic by the contents, over the weights
+    std::vector<const double*> m_factors; ///< the pulls and the columns of the variables
+    std::vector<double> m_products; ///< of these with one column
     /// @}
+    FactoredMatrix m_factored; ///< of the last step
     std::vector<const double*> m_columns; ///< of the last columns()
     std::vector<int> m_sumIndex; ///< place in m_sums of each variable's column; -1: it is the column of one parameter
     std::vector<double> m_sums; ///< columns that are sums over parameters
+    bool m_areSumsKnown = false; ///< they are computed and never change
 };
-
-/// Solves the symmetric positive definite system a x = b for the variables that are not held; false if it is singular.
-/// inverse: receives the inverse of the free part, zero in held rows and columns; may be null.
-bool solveSymmetric(const std::vector<double>& a, const std::vector<char>& held, std::vector<double>* x,
-    const std::vector<double>& b, std::vector<double>* inverse);
 
 } // namespace tarnis::analysis

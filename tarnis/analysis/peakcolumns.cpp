@@ -1,6 +1,7 @@
 // Bin contents of peaks, and the measures of a shape.
 #include "tarnis/analysis/peakshape_p.h"
 #include "tarnis/analysis/special_p.h"
+#include "tarnis/foundation/avx2_p.h"
 
 #include <algorithm>
 #include <cmath>
@@ -49,54 +50,42 @@ void integrateByPoints(
 }
 
 // Derivatives are requested after the values and at the same parameters: one exponential for each edge serves both.
-void fillDensity(std::span<const double> edges, double centre, double sigma, PeakScratch& scratch)
+void fillGaussian(std::span<const double> edges, double centre, double sigma, PeakScratch& scratch)
 {
     if (scratch.density.size() == edges.size() && scratch.centre == centre && scratch.sigma == sigma)
         return;
     scratch.density.resize(edges.size());
+    scratch.tail.resize(edges.size());
     scratch.centre = centre;
     scratch.sigma = sigma;
-    const double inverse = 1.0 / sigma;
-    for (std::size_t i = 0; i < edges.size(); ++i) {
-        const double z = (edges[i] - centre) * inverse;
-        scratch.density[i] = -0.5 * z * z;
-    }
-    exponentials(scratch.density.data(), edges.size());
-}
-
-void integrateGaussianValues(
-    std::span<const double> edges, double centre, double sigma, double* values, PeakScratch& scratch)
-{
-    const double inverse = 1.0 / (sigma * sqrtTwo);
-    scratch.tail.resize(edges.size());
-    for (std::size_t i = 0; i < edges.size(); ++i)
-        scratch.tail[i] = std::fabs((edges[i] - centre) * inverse);
-    scaledErfcs(scratch.tail.data(), edges.size());
-    for (std::size_t i = 0; i < edges.size(); ++i)
-        scratch.tail[i] *= (edges[i] < centre ? 0.5 : -0.5) * scratch.density[i];
-    for (std::size_t i = 0; i + 1 < edges.size(); ++i) {
-        const double step = edges[i] < centre && edges[i + 1] >= centre ? 1.0 : 0.0;
-        values[i] = scratch.tail[i + 1] - scratch.tail[i] + step;
-    }
+    gaussians(edges.data(), edges.size(), centre, sigma, scratch.density.data(), scratch.tail.data());
 }
 
 void integrateGaussian(
     std::span<const double> edges, double centre, double sigma, const PeakColumns& columns, PeakScratch& scratch)
 {
     const std::size_t bins = edges.size() - 1;
-    const double inverse = 1.0 / sigma;
-    fillDensity(edges, centre, sigma, scratch);
-    if (columns.value)
-        integrateGaussianValues(edges, centre, sigma, columns.value, scratch);
+    fillGaussian(edges, centre, sigma, scratch);
+    if (columns.value) {
+        runWide([=, values = columns.value, tail = scratch.tail.data()] {
+            for (std::size_t i = 0; i < bins; ++i) {
+                const double step = edges[i] < centre && edges[i + 1] >= centre ? 1.0 : 0.0;
+                values[i] = tail[i + 1] - tail[i] + step;
+            }
+        });
+    }
     if (!columns.byCentre)
         return;
+    const double inverse = 1.0 / sigma;
     const double height = inverse / sqrtTwoPi;
-    for (std::size_t i = 0; i < bins; ++i) {
-        const double low = height * scratch.density[i];
-        const double high = height * scratch.density[i + 1];
-        columns.byCentre[i] = low - high;
-        columns.byWidth[0][i] = (low * (edges[i] - centre) - high * (edges[i + 1] - centre)) * inverse;
-    }
+    runWide([=, byCentre = columns.byCentre, bySigma = columns.byWidth[0], density = scratch.density.data()] {
+        for (std::size_t i = 0; i < bins; ++i) {
+            const double low = height * density[i];
+            const double high = height * density[i + 1];
+            byCentre[i] = low - high;
+            bySigma[i] = (low * (edges[i] - centre) - high * (edges[i + 1] - centre)) * inverse;
+        }
+    });
 }
 
 } // namespace

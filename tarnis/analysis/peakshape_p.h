@@ -26,8 +26,10 @@ struct PeakColumns {
 /// Scratch of integratePeak(), kept between calls for one peak over the same edges. What a Gaussian's contents and
 /// their derivatives share is computed once.
 struct PeakScratch {
+    /// At each edge, of the centre and the sigma below. See gaussians(). @{
     std::vector<double> tail;
-    std::vector<double> density; ///< times sigma sqrt(2 pi), at each edge, of the centre and the sigma below
+    std::vector<double> density;
+    /// @}
     double centre = 0.0;
     double sigma = 0.0;
 };

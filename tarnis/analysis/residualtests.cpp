@@ -1,11 +1,10 @@
 #include "tarnis/analysis/residualtests_p.h"
 
 #include "tarnis/analysis/special_p.h"
+#include "tarnis/foundation/avx2_p.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
-#include <cstring>
 
 namespace tarnis::analysis {
 
@@ -16,7 +15,6 @@ constexpr double leastContent = 0.3;
 // If the parameters absorb an addition almost completely, only rounding errors remain.
 constexpr double leastRest = 1e-3;
 constexpr double reach = 3.0; // of an added peak, in sigmas
-constexpr std::size_t maxParameters = FitModel::maxPeaks * (2 + maxWidthParameters) + 4; // and step, background
 
 // Whether the covariance is the inverse of the information with weights 1/m. For other statistics the parameters absorb
 // other residuals; the tests then ignore this and are less sensitive.
@@ -24,9 +22,6 @@ bool isEfficient(const FitResult& result)
 {
     return result.options.statistic == FitStatistic::Cash || result.options.statistic == FitStatistic::Pearson;
 }
-
-// Two numbers in one register. By itself the compiler vectorises over the bins, with many exchanges.
-using Pair = double __attribute__((vector_size(16)));
 
 class ScoreTest {
 public:
@@ -36,19 +31,14 @@ public:
     void note(AdditionFinding& finding, std::span<const double> addition, std::size_t begin, double place);
 
 private:
-    double significanceOf(std::span<const double> addition, std::size_t begin) const;
-    double& factor(std::size_t sum, std::size_t bin)
-    {
-        return m_factors[(sum / lanes * m_weights.size() + bin) * lanes + sum % lanes];
-    }
+    double significanceOf(std::span<const double> addition, std::size_t begin);
 
-    // Each addition is multiplied with all columns at once: the sums of one bin do not wait for each other.
-    static constexpr std::size_t lanes = 6; // as many as one Gaussian on a line has
     std::vector<double> m_weights; // 1/m
-    // Of each bin, in blocks of `lanes` for all bins: (y - m)/m, then the weighted derivatives by the free parameters.
-    std::vector<double> m_factors;
-    std::size_t m_free = 0; // parameters with a variance
+    std::vector<double> m_residuals; // y - m
+    std::vector<const double*> m_columns; // the residuals, then the derivatives by the free parameters
     std::vector<double> m_covariance; // of these
+    std::vector<const double*> m_shifted; // scratch: the columns from the first bin of the addition, and the addition
+    std::vector<double> m_sums; // scratch: its products with these
 };
 
 ScoreTest::ScoreTest(FitProblem& problem, const FitResult& result)
@@ -60,54 +50,49 @@ ScoreTest::ScoreTest(FitProblem& problem, const FitResult& result)
     const std::span<const double> model = problem.evaluate(p.data());
     problem.differentiate();
     const std::size_t n = p.size();
-    std::vector<std::size_t> free;
+    const std::size_t bins = model.size();
+    m_weights.resize(bins);
+    m_residuals.resize(bins);
+    for (std::size_t i = 0; i < bins; ++i) {
+        m_weights[i] = 1.0 / std::max(model[i], leastContent);
+        m_residuals[i] = problem.contents()[i] - model[i];
+    }
+    std::vector<std::size_t> free; // those with a variance
+    free.reserve(n);
     for (std::size_t k = 0; k < n && isEfficient(result); ++k) {
         if (result.covariance[k * n + k] > 0.0)
             free.push_back(k);
     }
-    m_free = free.size();
-    for (const std::size_t k : free)
+    m_columns.reserve(free.size() + 1);
+    m_covariance.reserve(free.size() * free.size());
+    m_columns.push_back(m_residuals.data());
+    for (const std::size_t k : free) {
+        m_columns.push_back(problem.column(static_cast<int>(k)).data());
         for (const std::size_t l : free)
             m_covariance.push_back(result.covariance[k * n + l]);
-    const std::size_t bins = model.size();
-    m_weights.resize(bins);
-    m_factors.resize((m_free / lanes + 1) * lanes * bins);
-    for (std::size_t i = 0; i < bins; ++i) {
-        m_weights[i] = 1.0 / std::max(model[i], leastContent);
-        factor(0, i) = (problem.contents()[i] - model[i]) * m_weights[i];
     }
-    for (std::size_t k = 0; k < m_free; ++k) {
-        const std::span<const double> column = problem.column(static_cast<int>(free[k]));
-        for (std::size_t i = 0; i < bins; ++i)
-            factor(k + 1, i) = column[i] * m_weights[i];
-    }
+    m_shifted.resize(m_columns.size() + 1);
+    m_sums.resize(m_columns.size() + 1);
 }
 
-double ScoreTest::significanceOf(std::span<const double> addition, std::size_t begin) const
+double ScoreTest::significanceOf(std::span<const double> addition, std::size_t begin)
 {
-    std::array<double, (maxParameters / lanes + 1) * lanes> sums {};
-    double variance = 0.0;
-    for (std::size_t i = 0; i < addition.size(); ++i)
-        variance += m_weights[begin + i] * addition[i] * addition[i];
-    for (std::size_t first = 0; first <= m_free; first += lanes) {
-        const double* const factors = m_factors.data() + (first / lanes * m_weights.size() + begin) * lanes;
-        std::array<Pair, lanes / 2> block {};
-        for (std::size_t i = 0; i < addition.size(); ++i) {
-            const Pair both { addition[i], addition[i] };
-            for (std::size_t k = 0; k < block.size(); ++k) {
-                Pair pair;
-                std::memcpy(&pair, factors + i * lanes + 2 * k, sizeof(pair));
-                block[k] += both * pair;
-            }
-        }
-        std::memcpy(sums.data() + first, block.data(), sizeof(block));
-    }
-    const double* const shared = sums.data() + 1;
+    for (std::size_t k = 0; k < m_columns.size(); ++k)
+        m_shifted[k] = m_columns[k] + begin;
+    m_shifted.back() = addition.data();
+    weightedDots(
+        m_weights.data() + begin, addition.data(), m_shifted.data(), m_shifted.size(), addition.size(), m_sums.data());
+    const double variance = m_sums.back();
+    const double* const shared = m_sums.data() + 1;
+    const std::size_t free = m_columns.size() - 1;
     double taken = 0.0;
-    for (std::size_t k = 0; k < m_free; ++k)
-        taken += shared[k] * dot(m_covariance.data() + k * m_free, shared, m_free);
+    for (std::size_t k = 0; k < free; ++k) {
+        for (std::size_t l = 0; l < k; ++l)
+            taken += 2.0 * m_covariance[k * free + l] * shared[k] * shared[l];
+        taken += m_covariance[k * free + k] * shared[k] * shared[k];
+    }
     const double rest = variance - taken;
-    return rest > leastRest * variance ? sums[0] / std::sqrt(rest) : 0.0;
+    return rest > leastRest * variance ? m_sums[0] / std::sqrt(rest) : 0.0;
 }
 
 void ScoreTest::note(AdditionFinding& finding, std::span<const double> addition, std::size_t begin, double place)
@@ -195,15 +180,18 @@ void testShapes(ScoreTest& test, const PeakView& view, AdditionFinding& finding)
 {
     std::vector<double> addition(view.z.size());
     const auto run = [&](auto shape) {
-        for (std::size_t i = 0; i < addition.size(); ++i)
-            addition[i] = shape(view.z[i], view.quarter[i], view.side[i]);
+        runWide([=, n = addition.size(), to = addition.data(), z = view.z.data(), quarter = view.quarter.data(),
+                    side = view.side.data()] {
+            for (std::size_t i = 0; i < n; ++i)
+                to[i] = shape(z[i], quarter[i], side[i]);
+        });
         test.note(finding, addition, 0, view.top);
     };
     // Third and fourth term of the Gram-Charlier series, then tails.
-    run([&](double z, double q, double) { return fourth(fourth(q)) * z * (z * z - 3.0); });
-    run([&](double z, double q, double) { return fourth(fourth(q)) * ((z * z - 6.0) * z * z + 3.0); });
+    run([](double z, double q, double) { return fourth(fourth(q)) * z * (z * z - 3.0); });
+    run([](double z, double q, double) { return fourth(fourth(q)) * ((z * z - 6.0) * z * z + 3.0); });
     run([](double z, double, double) { return 1.0 / (1.0 + 0.7213 * z * z); }); // a Lorentzian of the same FWHM
-    run([&](double, double q, double) { return fourth(q); });
+    run([](double, double q, double) { return fourth(q); });
     run([](double, double q, double) { return q; });
     run([](double z, double, double s) { return z < 0.0 ? -s * z : 0.0; });
     run([](double z, double, double s) { return z > 0.0 ? s * z : 0.0; });
@@ -224,18 +212,14 @@ void testBackground(ScoreTest& test, const FitProblem& problem, const std::vecto
     }
 }
 
-void testStep(ScoreTest& test, const PeakView& view, AdditionFinding& finding)
+void testStep(ScoreTest& test, const std::vector<double>& x, double top, double sigma, AdditionFinding& finding)
 {
-    std::vector<double> addition(view.z.size());
-    // The smaller tail of the distribution, exp(-z^2/2) exp(z^2/2) erfc(|z|/sqrt 2) / 2.
-    for (std::size_t i = 0; i < addition.size(); ++i)
-        addition[i] = std::fabs(view.z[i]) / sqrtTwo;
-    scaledErfcs(addition.data(), addition.size());
-    for (std::size_t i = 0; i < addition.size(); ++i) {
-        const double tail = 0.5 * fourth(fourth(view.quarter[i])) * addition[i];
-        addition[i] = view.z[i] > 0.0 ? tail : 1.0 - tail;
-    }
-    test.note(finding, addition, 0, view.top);
+    std::vector<double> density(x.size());
+    std::vector<double> addition(x.size());
+    gaussians(x.data(), x.size(), top, sigma, density.data(), addition.data());
+    for (std::size_t i = 0; i < x.size(); ++i)
+        addition[i] = x[i] < top ? 1.0 - addition[i] : -addition[i];
+    test.note(finding, addition, 0, top);
 }
 
 } // namespace
@@ -259,10 +243,11 @@ AdditionFindings testAdditions(FitProblem& problem, const FitResult& result)
     if (!isEfficient(result))
         return findings;
     for (const FittedPeak& peak : result.peaks) {
-        const PeakView view(x, peak.measures.top, sigmaOf(peak.measures.fwhm));
+        const double sigma = sigmaOf(peak.measures.fwhm);
+        const PeakView view(x, peak.measures.top, sigma);
         testShapes(test, view, findings.shape);
         if (problem.layout().step < 0)
-            testStep(test, view, findings.background);
+            testStep(test, x, peak.measures.top, sigma, findings.background);
     }
     testBackground(test, problem, x, findings.background);
     return findings;

@@ -3,9 +3,7 @@
 
 #include <algorithm>
 #include <array>
-#include <bit>
 #include <cmath>
-#include <cstdint>
 #include <limits>
 #include <optional>
 #include <utility>
@@ -187,99 +185,6 @@ DevianceMoments momentsBySum(double m, const CountTable& table)
     return sum;
 }
 
-// Coefficients of Cody's approximations, the highest power first.
-constexpr std::array smallNumerator { 1.85777706184603153e-1, 3.16112374387056560e0, 1.13864154151050156e2,
-    3.77485237685302021e2, 3.20937758913846947e3 };
-constexpr std::array smallDenominator { 1.0, 2.36012909523441209e1, 2.44024637934444173e2, 1.28261652607737228e3,
-    2.84423683343917062e3 };
-constexpr std::array middleNumerator { 2.15311535474403846e-8, 5.64188496988670089e-1, 8.88314979438837594e0,
-    6.61191906371416295e1, 2.98635138197400131e2, 8.81952221241769090e2, 1.71204761263407058e3, 2.05107837782607147e3,
-    1.23033935479799725e3 };
-constexpr std::array middleDenominator { 1.0, 1.57449261107098347e1, 1.17693950891312499e2, 5.37181101862009858e2,
-    1.62138957456669019e3, 3.29079923573345963e3, 4.36261909014324716e3, 3.43936767414372164e3, 1.23033935480374942e3 };
-constexpr std::array farNumerator { 1.63153871373020978e-2, 3.05326634961232344e-1, 3.60344899949804439e-1,
-    1.25781726111229246e-1, 1.60837851487422766e-2, 6.58749161529837803e-4 };
-constexpr std::array farDenominator { 1.0, 2.56852019228982242e0, 1.87295284992346725e0, 5.27905102951428412e-1,
-    6.05183413124413191e-2, 2.33520497626869185e-3 };
-
-double farHalfDeviance(double y, double m)
-{
-    if (m > 0.0 || (m == 0.0 && y == 0.0))
-        return halfDeviance(y, m);
-    return std::numeric_limits<double>::quiet_NaN();
-}
-
-template <std::size_t n>
-inline double quotient(const std::array<double, n>& numerator, const std::array<double, n>& denominator, double x)
-{
-    double above = numerator[0];
-    double below = denominator[0];
-    for (std::size_t i = 1; i < n; ++i) {
-        above = above * x + numerator[i];
-        below = below * x + denominator[i];
-    }
-    return above / below;
-}
-
-constexpr double smallEnd = 0.46875;
-constexpr double middleEnd = 4.0;
-
-// erf(a) for a up to smallEnd.
-double smallErf(double a)
-{
-    return a * quotient(smallNumerator, smallDenominator, a * a);
-}
-
-inline double middleScaledErfc(double a)
-{
-    return quotient(middleNumerator, middleDenominator, a);
-}
-
-// For a above middleEnd.
-inline double farScaledErfc(double a)
-{
-    const double y = 1.0 / (a * a);
-    return (0.564189583547756286948 - y * quotient(farNumerator, farDenominator, y)) / a;
-}
-
-constexpr std::size_t blockSize = 4;
-
-template <typename Formula> inline void replaceBlock(double* block, Formula formula)
-{
-    for (std::size_t k = 0; k < blockSize; ++k)
-        block[k] = formula(block[k]);
-}
-
-// 1/13! to 1/2!.
-constexpr std::array exponentialSeries { 1.0 / 6227020800, 1.0 / 479001600, 1.0 / 39916800, 1.0 / 3628800, 1.0 / 362880,
-    1.0 / 40320, 1.0 / 5040, 1.0 / 720, 1.0 / 120, 1.0 / 24, 1.0 / 6, 1.0 / 2 };
-
-// Written without a loop: the compiler vectorises only innermost loops.
-template <std::size_t n, std::size_t... rest>
-inline double polynomial(const std::array<double, n>& c, double x, std::index_sequence<rest...>)
-{
-    double sum = c[0];
-    ((sum = sum * x + c[rest + 1]), ...);
-    return sum;
-}
-
-// exp(x) = 2^k exp(r) with |r| <= ln(2)/2 and the series to r^13. Adding `shift` rounds x/ln(2) to the integer k, which
-// is then in the lowest bits.
-inline double normalExponential(double x)
-{
-    constexpr double shift = 6755399441055744.0; // 1.5 * 2^52
-    constexpr double perLog = 1.44269504088896340736;
-    constexpr double logHigh = 6.93147180369123816490e-1; // its last 20 bits are 0, so k * logHigh is exact
-    constexpr double logLow = 1.90821492927058770002e-10;
-    const double rounded = x * perLog + shift;
-    const double k = rounded - shift;
-    const double r = (x - k * logHigh) - k * logLow;
-    const double mantissa =
-        1.0 + (r + r * r * polynomial(exponentialSeries, r, std::make_index_sequence<exponentialSeries.size() - 1>()));
-    const std::uint64_t power = std::bit_cast<std::uint64_t>(rounded) << 52;
-    return std::bit_cast<double>(std::bit_cast<std::uint64_t>(mantissa) + power);
-}
-
 } // namespace
 
 double normalDistribution(double z)
@@ -300,93 +205,9 @@ double normalQuantile(double p)
     return p < 0.5 ? z : -z;
 }
 
-// Rational Chebyshev approximations of W. J. Cody, Math. Comp. 23 (1969) 631.
 double scaledErfc(double a)
 {
-    if (a < 0.0)
-        return std::exp(a * a) * std::erfc(a);
-    if (a <= smallEnd)
-        return std::exp(a * a) * (1.0 - smallErf(a));
-    return a > middleEnd ? farScaledErfc(a) : middleScaledErfc(a);
-}
-
-// In blocks: neighbours mostly need the same formula, which the compiler then vectorises.
-void scaledErfcs(double* a, std::size_t n)
-{
-    std::size_t begin = 0;
-    for (; begin + blockSize <= n; begin += blockSize) {
-        const auto [least, largest] = std::minmax_element(a + begin, a + begin + blockSize);
-        if (*least > middleEnd)
-            replaceBlock(a + begin, farScaledErfc);
-        else if (*least > smallEnd && *largest <= middleEnd)
-            replaceBlock(a + begin, middleScaledErfc);
-        else
-            replaceBlock(a + begin, scaledErfc);
-    }
-    for (; begin < n; ++begin)
-        a[begin] = scaledErfc(a[begin]);
-}
-
-void exponentials(double* x, std::size_t n)
-{
-    constexpr double least = -707.0; // the result has all digits
-    constexpr double largest = 700.0;
-    std::size_t begin = 0;
-    for (; begin + blockSize <= n; begin += blockSize) {
-        bool isNormal = true;
-        for (std::size_t k = 0; k < blockSize; ++k)
-            isNormal = isNormal && x[begin + k] > least && x[begin + k] < largest;
-        if (isNormal)
-            replaceBlock(x + begin, normalExponential);
-        else
-            replaceBlock(x + begin, [](double one) { return std::exp(one); });
-    }
-    for (; begin < n; ++begin)
-        x[begin] = std::exp(x[begin]);
-}
-
-double dot(const double* a, const double* b, std::size_t n)
-{
-    constexpr std::size_t lanes = 8;
-    std::array<double, lanes> sums {};
-    std::size_t i = 0;
-    for (; i + lanes <= n; i += lanes) {
-        for (std::size_t k = 0; k < lanes; ++k)
-            sums[k] += a[i + k] * b[i + k];
-    }
-    double rest = 0.0;
-    for (; i < n; ++i)
-        rest += a[i] * b[i];
-    return ((sums[0] + sums[1]) + (sums[2] + sums[3])) + ((sums[4] + sums[5]) + (sums[6] + sums[7])) + rest;
-}
-
-// In blocks: the compiler vectorises the series, which holds for most bins. Of an m that is not positive, and of an
-// empty bin, the ratio is at least 1.
-double sumOfDeviances(const double* y, const double* m, std::size_t n)
-{
-    constexpr std::size_t lanes = 8;
-    double sum = 0.0;
-    std::array<double, lanes> terms {};
-    std::array<double, lanes> ratios {};
-    for (std::size_t begin = 0; begin < n; begin += lanes) {
-        const std::size_t count = std::min(lanes, n - begin);
-        const double* const a = y + begin;
-        const double* const b = m + begin;
-        const auto fill = [&](std::size_t size) {
-            for (std::size_t k = 0; k < size; ++k) {
-                const double difference = b[k] - a[k];
-                ratios[k] = difference / (b[k] + a[k]);
-                terms[k] = nearHalfDeviance(a[k], difference, ratios[k]);
-            }
-        };
-        count == lanes ? fill(lanes) : fill(count);
-        for (std::size_t k = 0; k < count; ++k) {
-            if (!(std::fabs(ratios[k]) <= nearRatio))
-                terms[k] = farHalfDeviance(a[k], b[k]);
-            sum += terms[k];
-        }
-    }
-    return 2.0 * sum;
+    return a < 0.0 ? std::exp(a * a) * std::erfc(a) : scaledErfcFormula(a);
 }
 
 double poissonProbability(double y, double m)

@@ -147,7 +147,9 @@ SpectrumFitter::SpectrumFitter(
         refuse(fault);
         return;
     }
-    m_result.areCounts = part.variances.empty() && faultOfCounts(part.contents).isEmpty();
+    // All other statistics have required counts already.
+    m_result.areCounts = part.variances.empty()
+        && (options.statistic != FitStatistic::Unweighted || faultOfCounts(part.contents).isEmpty());
     m_result.points = static_cast<int>(part.size());
     for (const double centre : m_result.model.centres) {
         if (!(centre >= part.edge(0) && centre <= part.edge(part.size()))) {
