@@ -264,9 +264,10 @@ bool Graph1DDialog::showRows(QByteArray const& payload)
         ui->graphWidget->setData(row, values, tarnis::largest(values, 0.0));
     }
     ui->graphWidget->resizeData(rows);
-    if (hooks.onDrawn)
-        hooks.onDrawn(
-            { samples * rows, tarnis::countNotFinite(payload.first(samples * rows * qsizetype(sizeof(double)))) });
+    if (hooks.onDrawn) {
+        const qsizetype used = samples * rows * qsizetype(sizeof(double));
+        hooks.onDrawn({ samples * rows, tarnis::countNotFinite(payload.first(used)), payload.size() - used });
+    }
     return true;
 }
 
@@ -302,7 +303,8 @@ bool Graph1DDialog::showPairs(QString const& replyText, QByteArray const& payloa
     ui->graphWidget->setManualIndex(samples->xs);
     ui->graphWidget->resizeData(1);
     if (hooks.onDrawn)
-        hooks.onDrawn({ samples->ys.size(), tarnis::countNotFinite(samples->ys) });
+        hooks.onDrawn({ samples->ys.size(), tarnis::countNotFinite(samples->ys),
+            payload.size() % qsizetype(2 * sizeof(double)) });
     return true;
 }
 

@@ -224,7 +224,7 @@ void Graph2DDialog::result(PTarnisCmd command, QByteArray payload)
         showRows(payload);
     }
     if (hooks.onDrawn)
-        hooks.onDrawn({ values, tarnis::countNotFinite(payload) });
+        hooks.onDrawn({ values, tarnis::countNotFinite(payload), payload.size() % qsizetype(sizeof(double)) });
     ui->graphWidget->refreshPixmap();
     pollLater();
 }

@@ -30,6 +30,7 @@ struct TARNIS_EXPORT UndrawnReply {
 struct TARNIS_EXPORT DrawnReply {
     qint64 values = 0; ///< number of values in the reply
     qint64 notFinite = 0; ///< of these, NaN or infinite, which the plot cannot show
+    qint64 unusedBytes = 0; ///< at the end of the payload: part of a value, or of a bin of some rows only; not shown
 };
 
 /// Called by Graph1DDialog and Graph2DDialog on the GUI thread. By default the functions are empty and have no effect.

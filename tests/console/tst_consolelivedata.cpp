@@ -28,6 +28,7 @@
 #include <QTcpSocket>
 
 #include <cmath>
+#include <limits>
 
 using namespace console;
 using namespace tarnis::testing;
@@ -38,6 +39,11 @@ QString ageOf(const QWidget& window)
 {
     const auto* const label = window.findChild<QLabel*>(QStringLiteral("dataAgeLabel"));
     return label && label->isVisible() ? label->text() : QString();
+}
+
+QByteArray bytesOf(const QList<double>& values)
+{
+    return QByteArray(reinterpret_cast<const char*>(values.constData()), values.size() * qsizetype(sizeof(double)));
 }
 
 /// A proxy to a server, which can be closed and opened again at the same port.
@@ -321,17 +327,47 @@ private Q_SLOTS:
 
     void zerosAreFoundInRowsAndPairs()
     {
-        const auto bytes = [](const QList<double>& values) {
-            return QByteArray(
-                reinterpret_cast<const char*>(values.constData()), values.size() * qsizetype(sizeof(double)));
-        };
         QVERIFY(isAllZero({}, false));
-        QVERIFY(isAllZero(bytes({ 0, -0.0 }), false));
-        QVERIFY(!isAllZero(bytes({ 0, 1 }), false));
-        QVERIFY(!isAllZero(bytes({ 0, std::nan("") }), false));
-        QVERIFY(isAllZero(bytes({ 5, 0, 6, 0 }), true));
-        QVERIFY(!isAllZero(bytes({ 5, 0, 6, 1 }), true));
-        QVERIFY(isAllZero(bytes({ 5 }), true)); // half a pair
+        QVERIFY(isAllZero(bytesOf({ 0, -0.0 }), false));
+        QVERIFY(!isAllZero(bytesOf({ 0, 1 }), false));
+        QVERIFY(!isAllZero(bytesOf({ 0, std::nan("") }), false));
+        QVERIFY(isAllZero(bytesOf({ 5, 0, 6, 0 }), true));
+        QVERIFY(!isAllZero(bytesOf({ 5, 0, 6, 1 }), true));
+        QVERIFY(isAllZero(bytesOf({ 5 }), true)); // half a pair
+    }
+
+    void reportsWhatAReplyLacks_data()
+    {
+        const double nan = std::nan("");
+        const double infinity = std::numeric_limits<double>::infinity();
+        addColumns<QByteArray, QByteArray, QByteArray, QByteArray, QString>(
+            "id", "command", "payload", "text", "expected");
+        const QByteArray values = bytesOf({ 1, 2, 3, 4, 5, 6, 7, 8 });
+        addCase("rows", QByteArray("curves"), curvesCommand, values.chopped(3), QByteArray("OK:\n"),
+            QString("The reply is incomplete: its last bin is not shown."));
+        addCase("pairs", QByteArray("pairs"), pairsCommand, values.chopped(8), QByteArray("OK: (0 40000 1024)\n"),
+            QString("The reply is incomplete: its last bin is not shown."));
+        addCase("no values", QByteArray("curves"), curvesCommand, QByteArray(), QByteArray("OK:\n"),
+            QString("The reply contains no values."));
+        addCase("not finite", QByteArray("curves"), curvesCommand, bytesOf({ nan, 2, 3, 4, 5, 6, infinity, 8 }),
+            QByteArray("OK:\n"), QString("2 of 8 values are not finite."));
+        addCase("map", QByteArray("map"), mapCommand, bytesOf({ 1, nan, 3, 4 }), QByteArray("OK: exported 2 x 2 y\n"),
+            QString("1 of 4 values are not finite."));
+    }
+    void reportsWhatAReplyLacks()
+    {
+        QFETCH(QByteArray, id);
+        QFETCH(QByteArray, command);
+        QFETCH(QByteArray, payload);
+        QFETCH(QByteArray, text);
+        QFETCH(QString, expected);
+        LiveServer server;
+        ConsoleFixture fixture(server);
+        const auto* const window = fixture.find(id.constData());
+        const auto* const label = window->findChild<QLabel*>(QStringLiteral("infoLabel"));
+        TRY_VERIFY(label->text().isEmpty() && !ageOf(*window).isEmpty());
+        server.answer(command, { Step::binary(payload, text) });
+        TRY_COMPARE(label->text(), expected);
     }
 
     // Choices of the user.

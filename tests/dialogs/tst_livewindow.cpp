@@ -236,20 +236,23 @@ private Q_SLOTS:
         QCOMPARE(window.data().size(), 1 << 22);
     }
 
-    void countsWhatIsNotFinite()
+    void countsWhatIsNotShown()
     {
         const double infinity = std::numeric_limits<double>::infinity();
         const SilentServer server;
         Curves curves(addressOf(server));
         Map map(addressOf(server));
         QList<qint64> counts;
-        const auto count = [&](const tarnis::DrawnReply& reply) { counts += { reply.values, reply.notFinite }; };
+        const auto count = [&](const tarnis::DrawnReply& reply) {
+            counts += { reply.values, reply.notFinite, reply.unusedBytes };
+        };
         curves.result(answered("hist", true, "OK:"), bytesOf({ 1, qQNaN() })); // without a hook there is no report
         curves.hooks.onDrawn = count;
         map.hooks.onDrawn = count;
         curves.result(answered("hist", true, "OK:"), bytesOf({ 1, qQNaN(), infinity, 2 }));
         map.result(answered("hist", true, "OK: exported 2 x 1 y\n"), bytesOf({ 1, -infinity }));
-        QCOMPARE(counts, QList<qint64>({ 4, 2, 2, 1 }));
+        curves.result(answered("hist", true, "OK:"), bytesOf({ 1, 2 }).chopped(3));
+        QCOMPARE(counts, QList<qint64>({ 4, 2, 0, 2, 1, 0, 1, 0, 5 }));
         QVERIFY(curves.infoText().isEmpty());
     }
 

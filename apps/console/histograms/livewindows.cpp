@@ -125,9 +125,14 @@ QString undrawnText(const tarnis::UndrawnReply& reply)
 /// The values of a reply that the plot cannot show, as a text; empty if it shows everything.
 QString drawnText(const tarnis::DrawnReply& reply)
 {
-    if (reply.notFinite == 0)
-        return {};
-    return LiveCurves::tr("%1 of %2 values are not finite.").arg(reply.notFinite).arg(reply.values);
+    QStringList sentences;
+    if (reply.unusedBytes > 0)
+        sentences << LiveCurves::tr("The reply is incomplete: its last bin is not shown.");
+    else if (reply.values == 0)
+        sentences << LiveCurves::tr("The reply contains no values.");
+    if (reply.notFinite > 0)
+        sentences << LiveCurves::tr("%1 of %2 values are not finite.").arg(reply.notFinite).arg(reply.values);
+    return sentences.join(u' ');
 }
 
 /// Both texts are shown below the plot, and the polling continues.

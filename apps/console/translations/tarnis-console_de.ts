@@ -1831,6 +1831,14 @@
         <source>X</source>
         <translation>X</translation>
     </message>
+    <message>
+        <source>The reply contains no values.</source>
+        <translation>Die Antwort enthält keine Werte.</translation>
+    </message>
+    <message>
+        <source>The reply is incomplete: its last bin is not shown.</source>
+        <translation>Die Antwort ist unvollständig: ihr letzter Kanal fehlt im Bild.</translation>
+    </message>
 </context>
 <context>
     <name>console::LiveMap</name>
