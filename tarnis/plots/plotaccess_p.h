@@ -31,6 +31,7 @@ public:
     static bool isManualX(const XYGraphWidget& plot) { return plot.m_manualX; }
     static bool isManualY(const XYGraphWidget& plot) { return plot.m_manualY; }
     static bool isLogY(const XYGraphWidget& plot) { return plot.m_logScaleY; }
+    static QRubberBand& rubberBand(XYGraphWidget& plot) { return plot.m_rubberBand; }
     static QRect plotRect(const XYGraphWidget& plot) { return plot.m_graphRect; }
     static QString nameX(const XYGraphWidget& plot) { return plot.m_nameX; }
     static QString nameY(const XYGraphWidget& plot) { return plot.m_nameY; }

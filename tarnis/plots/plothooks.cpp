@@ -4,10 +4,14 @@
 #include "tarnis/plots/plotaccess_p.h"
 #include "tarnis/plots/plotmapping.h"
 #include "tarnis/plots/plotoverlay.h"
+#include "tarnis/plots/plotpixmap_p.h"
 #include "tarnis/plots/plotstyling_p.h"
 
 #include <QPainter>
 #include <QPointer>
+#include <QRubberBand>
+#include <QStyleOptionRubberBand>
+#include <QStylePainter>
 
 #include <algorithm>
 #include <utility>
@@ -18,6 +22,7 @@ PlotHooks::PlotHooks(XYGraphWidget& plot)
     : m_plot(plot)
     , m_reported(state())
 {
+    PlotAccess::rubberBand(plot).installEventFilter(this);
 }
 
 PlotHooks::~PlotHooks()
@@ -39,6 +44,20 @@ PlotHooks& PlotHooks::of(XYGraphWidget& plot)
 PlotHooks* PlotHooks::existing(const XYGraphWidget& plot)
 {
     return PlotAccess::hooks(plot);
+}
+
+bool PlotHooks::eventFilter(QObject* watched, QEvent* event)
+{
+    QRubberBand& band = PlotAccess::rubberBand(m_plot);
+    if (watched != &band || event->type() != QEvent::Paint)
+        return QObject::eventFilter(watched, event);
+    QStyleOptionRubberBand option;
+    option.initFrom(&band);
+    option.shape = band.shape();
+    option.opaque = false;
+    QStylePainter painter(&band);
+    paintInBands(painter, band.rect(), [&] { painter.drawControl(QStyle::CE_RubberBand, option); });
+    return true;
 }
 
 void PlotHooks::add(PlotObserver& observer)
@@ -90,6 +109,7 @@ void PlotHooks::touch()
 void PlotHooks::touchData()
 {
     m_dataChanged = true;
+    m_blocks.clear();
     if (PlotStyling* const style = styling())
         style->noteData();
     touch();

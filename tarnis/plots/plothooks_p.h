@@ -2,6 +2,7 @@
 #pragma once
 
 #include "tarnis/plots/axisrange.h"
+#include "tarnis/plots/math/sampleblocks_p.h"
 #include "tarnis/plots/plotobserver.h"
 
 #include <QCursor>
@@ -54,6 +55,9 @@ public:
     void remove(PlotStyling& styling) { m_stylings.removeOne(&styling); }
     /// @}
 
+    /// Of the samples that tools and styles read.
+    SampleBlockCache& blocks() { return m_blocks; }
+
     bool hasOverlays() const { return !m_overlays.isEmpty(); }
     /// `saved` excludes overlays that are not saved. The painter uses frame coordinates.
     void paintOverlays(QPainter& painter, bool saved) const;
@@ -79,6 +83,9 @@ public:
     void releaseReadOut() { --m_readOuts; }
     bool hasReadOut() const { return m_readOuts > 0; }
     /// @}
+
+    /// Paints the rubber band of the plot, as it would do, but without the threads of the painter.
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     struct State {
@@ -112,6 +119,7 @@ private:
     int m_readOuts = 0;
     QStringList m_seriesNames;
     QList<PlotStyling*> m_stylings;
+    SampleBlockCache m_blocks;
 };
 
 } // namespace tarnis

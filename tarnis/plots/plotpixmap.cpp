@@ -3,10 +3,12 @@
 #include "tarnis/plots/math/floatcomparison_p.h"
 
 #include <QFile>
+#include <QPaintEngine>
 #include <QPainter>
 #include <QRegion>
 #include <QWidget>
 
+#include <algorithm>
 #include <cmath>
 
 namespace tarnis {
@@ -42,6 +44,33 @@ void copyParts(QPainter& painter, const QPixmap& picture, const QRegion& parts, 
     for (const QRect& part : parts) {
         painter.setClipRect(part);
         painter.drawPixmap(corner, picture);
+    }
+    painter.restore();
+}
+
+/// Threads begin at 96 spans; a row of a smooth shape has up to three of them.
+void paintInBands(QPainter& painter, const QRect& area, const std::function<void()>& draw, int bandHeight)
+{
+    const QPaintEngine* const engine = painter.paintEngine();
+    const bool isRaster = engine != nullptr && engine->type() == QPaintEngine::Raster;
+    if (!isRaster || area.height() <= bandHeight || painter.transform().type() > QTransform::TxTranslate) {
+        draw();
+        return;
+    }
+    painter.save();
+    const bool isClipped = painter.hasClipping();
+    const QRegion clip = isClipped ? painter.clipRegion() : QRegion();
+    for (int top = area.top(); top <= area.bottom(); top += bandHeight) {
+        const QRect band(area.left(), top, area.width(), std::min(bandHeight, area.bottom() - top + 1));
+        if (!isClipped)
+            painter.setClipRect(band);
+        else if (const QRegion part = clip & band; part.isEmpty())
+            continue;
+        else if (part.rectCount() == 1) // has a faster path than a region
+            painter.setClipRect(part.boundingRect());
+        else
+            painter.setClipRegion(part);
+        draw();
     }
     painter.restore();
 }

@@ -4,8 +4,11 @@
 #include <QColor>
 #include <QPixmap>
 
+#include <functional>
+
 QT_BEGIN_NAMESPACE
 class QPainter;
+class QRect;
 class QRegion;
 class QWidget;
 QT_END_NAMESPACE
@@ -26,6 +29,11 @@ void useWidgetCoordinates(QPainter& painter, const QPixmap& pixmap, const QSize&
 /// Copies the parts of a picture of the whole widget. Each part has a rectangle as its clip, for which the painter has
 /// a faster path than for a region.
 void copyParts(QPainter& painter, const QPixmap& picture, const QRegion& parts, const QPoint& corner = {});
+
+/// Calls `draw` for one low band of `area` after the other, each as the painter's clip: the same pixels as one call.
+/// For translucent shapes: a raster painter distributes the rows of a high one to threads, which takes longer than the
+/// rows. A shape without antialiasing has fewer spans in a row: `bandHeight` can be 88 for it.
+void paintInBands(QPainter& painter, const QRect& area, const std::function<void()>& draw, int bandHeight = 24);
 
 /// True if a pixel of the widget covers whole pixels of the screen.
 bool hasWholePixels(const QWidget& widget);

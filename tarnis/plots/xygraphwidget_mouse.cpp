@@ -3,6 +3,7 @@
 
 #include "tarnis/plots/math/axismapping_p.h"
 #include "tarnis/plots/mousestate_p.h"
+#include "tarnis/plots/plothooks_p.h"
 
 #include <QAction>
 #include <QLineEdit>
@@ -144,7 +145,8 @@ void XYGraphWidget::takeStep(tarnis::MouseStep step, const QPoint& point)
     case MouseStep::StretchBand:
         m_selectRect.setBottomRight(point);
         showRubberBand();
-        update();
+        if (m_hooks == nullptr) // moving the rubber band repaints what it leaves; tools draw nothing with it
+            update();
         break;
     case MouseStep::EndBand:
         finishRubberBand();

@@ -92,6 +92,7 @@ private:
     TARNIS_NO_EXPORT void renew();
     TARNIS_NO_EXPORT void showValues(const PlotMapping& mapping);
     TARNIS_NO_EXPORT Shape shape(const PlotMapping& mapping) const;
+    TARNIS_NO_EXPORT QRegion areaOf(const Shape& line, const QRect& frame) const;
     TARNIS_NO_EXPORT Grip gripAt(const PlotMapping& mapping, const QPointF& pixel) const;
     TARNIS_NO_EXPORT void drag(const PlotMapping& mapping, const QPointF& pixel);
     TARNIS_NO_EXPORT void endDrag(bool cancel);

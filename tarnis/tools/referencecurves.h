@@ -125,6 +125,7 @@ private:
     TARNIS_NO_EXPORT QRect stripArea(const PlotMapping& mapping) const;
     TARNIS_NO_EXPORT void paintStrip(
         QPainter& painter, const PlotMapping& mapping, const QList<ShownCurve>& live) const;
+    TARNIS_NO_EXPORT QList<quint8> rowsOf(const Pair& pair, const StripAxis& axis) const;
     TARNIS_NO_EXPORT void paintErrors(QPainter& painter, const StripAxis& axis, const Pair& pair,
         const QList<ColumnRun>& runs, const QColor& color) const;
     TARNIS_NO_EXPORT void paintTitle(QPainter& painter, const QRect& strip, bool isContained) const;

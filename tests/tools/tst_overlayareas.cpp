@@ -5,9 +5,11 @@
 
 #include <tarnis/plots/multivectorgraphwidget.h>
 #include <tarnis/plots/plotmapping.h>
+#include <tarnis/plots/vectorgraphwidget.h>
 #include <tarnis/plots/xy2dgraphwidget.h>
 #include <tarnis/tools/binaggregation.h>
 #include <tarnis/tools/errorbars.h>
+#include <tarnis/tools/lineprofile.h>
 #include <tarnis/tools/plotcrosshair.h>
 #include <tarnis/tools/plotlegend.h>
 #include <tarnis/tools/plotmarkers.h>
@@ -16,12 +18,14 @@
 #include <tarnis/tools/plotstyle.h>
 #include <tarnis/tools/referencecurves.h>
 
+#include <QAction>
 #include <QApplication>
 #include <QMouseEvent>
 #include <QPaintEvent>
 #include <QScreen>
 #include <QTest>
 
+#include <algorithm>
 #include <memory>
 
 using namespace tarnis;
@@ -111,8 +115,11 @@ struct Tools {
         , markers(new PlotMarkers(&plot))
         , ruler(new PlotRuler(&plot))
     {
-        if (qobject_cast<XY2DGraphWidget*>(&plot) != nullptr)
+        if (auto* const map = qobject_cast<XY2DGraphWidget*>(&plot)) {
+            profile = new LineProfile(map);
+            profile->profilePlot()->setWindowFlags(Qt::Widget); // not a window of its own, above this one
             return;
+        }
         new PlotLegend(&plot);
         (new ErrorBars(&plot))->setOn(true);
         (new ReferenceCurves(&plot))->freeze(QStringLiteral("before"));
@@ -122,6 +129,7 @@ struct Tools {
     PlotCrosshair* cross;
     PlotMarkers* markers;
     PlotRuler* ruler;
+    LineProfile* profile = nullptr;
 };
 
 QPointF valueIn(const XYGraphWidget& plot, Generator& random)
@@ -134,6 +142,11 @@ QPointF valueIn(const XYGraphWidget& plot, Generator& random)
 /// Anything that moves a tool.
 void step(XYGraphWidget& plot, Tools& tools, Generator& random)
 {
+    if (tools.profile != nullptr && chance(random, 0.2)) {
+        tools.profile->setOn(chance(random, 0.9));
+        tools.profile->setBandWidth(whole(random, 1, 30));
+        tools.profile->setLine(valueIn(plot, random), valueIn(plot, random));
+    }
     switch (whole(random, 0, 9)) {
     case 0:
         tools.ruler->setEnds(valueIn(plot, random), valueIn(plot, random));
@@ -196,6 +209,37 @@ private Q_SLOTS:
             // A text that makes room for another tool follows in the next frame.
             TRY_COMPARE(screenOf(*plot), pictureOf(*plot));
         }
+    }
+
+    /// The rubber band has the pixels of a plot without tools, and its drag repaints only what it changes.
+    void rubberBandLooksAsWithoutTools()
+    {
+        const std::unique_ptr<XYGraphWidget> bare = map();
+        const std::unique_ptr<XYGraphWidget> plot = map();
+        new PlotNavigator(plot.get());
+        for (XYGraphWidget* const each : { bare.get(), plot.get() }) {
+            each->m_doubleBuffered = true;
+            each->resize(700, 500);
+            showActive(*each);
+            const QList<QAction*> actions = each->actions();
+            const auto zoom = std::find_if(actions.begin(), actions.end(),
+                [](const QAction* action) { return action->text() == QLatin1String("Rectangle"); });
+            QVERIFY(zoom != actions.end());
+            (*zoom)->trigger();
+            const QPointF from = PlotMapping::of(*each).plotRect().topLeft() + QPoint(100, 20);
+            QMouseEvent press(QEvent::MouseButtonPress, from, each->mapToGlobal(from), Qt::LeftButton, Qt::LeftButton,
+                Qt::NoModifier);
+            QCoreApplication::sendEvent(each, &press);
+            moveTo(*each, from + QPointF(260, 330), Qt::LeftButton);
+            QCoreApplication::processEvents();
+        }
+        const PaintWatch watch(*plot);
+        for (XYGraphWidget* const each : { bare.get(), plot.get() }) {
+            moveTo(*each, PlotMapping::of(*each).plotRect().topLeft() + QPointF(300, 340), Qt::LeftButton);
+            QCoreApplication::processEvents();
+        }
+        TRY_COMPARE(screenOf(*plot), pictureOf(*bare));
+        QVERIFY2(watch.share > 0.0 && watch.share < 0.5, qPrintable(QString::number(watch.share)));
     }
 
     void repaintsLittleForAMove_data()

@@ -3,6 +3,7 @@
 #include "support/randomcases.h"
 #include "support/support.h"
 
+#include "tarnis/plots/plotpixmap_p.h"
 #include "tarnis/tools/base/plotlabel_p.h"
 
 #include <QFontMetrics>
@@ -68,6 +69,7 @@ private Q_SLOTS:
         QTest::newRow("signs") << QStringLiteral("Δx 3   Σ 7 ± 2.65   ◂ A µs");
         QTest::newRow("lines") << QStringLiteral("first ± 1\nsecond, longer\nthird");
         QTest::newRow("two scripts") << QStringLiteral("abc שלום def");
+        QTest::newRow("tall") << QStringLiteral("1\n2\n3\n4\n5\n6\n7\n8\n9");
         QTest::newRow("empty") << QString();
     }
     void drawsThePixelsOfThePainter()
@@ -108,6 +110,40 @@ private Q_SLOTS:
             painter.setClipRect(clip);
             drawPlainLine(plain, from, to, lineColor);
             paintLine(painter, from, to, lineColor);
+            QCOMPARE(drawn, expected);
+        }
+    }
+
+    void drawsInBandsAsAtOnce()
+    {
+        auto random = seededGenerator(7);
+        for (int round = 0; round < 100; ++round) {
+            const QRect area(whole(random, -50, 250), whole(random, -80, 200), whole(random, 1, 300), 180);
+            const QRegion clip = round % 3 == 0 ? QRegion()
+                : round % 3 == 1                ? QRegion(20, 10, 200, 150)
+                                                : QRegion(20, 10, 90, 150) + QRegion(120, 40, 60, 160);
+            const bool isSmooth = chance(random, 0.5);
+            const auto draw = [&](QPainter& painter) {
+                painter.setRenderHint(QPainter::Antialiasing, isSmooth);
+                painter.setPen(QPen(QColor(200, 40, 40, 150), isSmooth ? 1.0 : 3.0));
+                painter.setBrush(QColor(20, 80, 20, 90));
+                if (isSmooth)
+                    painter.drawRoundedRect(QRectF(area).adjusted(0.5, 0.5, -0.5, -0.5), 3.0, 3.0);
+                else
+                    painter.drawConvexPolygon(QPolygon(area));
+            };
+            QImage expected = canvas();
+            QImage drawn = canvas();
+            QPainter plain(&expected);
+            QPainter painter(&drawn);
+            for (QPainter* const each : { &plain, &painter }) {
+                each->translate(3, 5);
+                if (!clip.isEmpty())
+                    each->setClipRegion(clip);
+            }
+            draw(plain);
+            paintInBands(
+                painter, area.adjusted(-3, -3, 3, 3), [&] { draw(painter); }, isSmooth ? 24 : 88);
             QCOMPARE(drawn, expected);
         }
     }

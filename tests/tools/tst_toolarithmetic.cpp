@@ -2,6 +2,7 @@
 #include "support/cases.h"
 #include "support/randomcases.h"
 #include "support/support.h"
+#include "tarnis/plots/math/sampleblocks_p.h"
 #include "tarnis/tools/base/blocksums_p.h"
 #include "tarnis/tools/base/labelplace_p.h"
 #include "tarnis/tools/cursors/nearestcurve_p.h"
@@ -312,8 +313,13 @@ private Q_SLOTS:
                 curve.parts.prepend(samples);
             }
             const QList<ColumnRun> runs = runsOf(whole(random, 0, 600), whole(random, 1, 60));
-            for (const auto which : { EnvelopeOf::Numbers, EnvelopeOf::Counts })
+            const SampleBlocks blocks(curve.parts.constFirst());
+            const SampleBlocks* const usable = curve.parts.size() == 1 ? &blocks : nullptr;
+            for (const auto which : { EnvelopeOf::Numbers, EnvelopeOf::Counts }) {
                 QCOMPARE(envelopeOf(runs, curve, which), oracle(runs, curve, which));
+                QCOMPARE(envelopeOf(runs, curve, which, usable), oracle(runs, curve, which));
+            }
+            QCOMPARE(meansOf(runs, curve, usable), meansOf(runs, curve));
             QCOMPARE(meansOf(runs, curve).size(), oracle(runs, curve, EnvelopeOf::Numbers).size());
         }
     }
@@ -323,6 +329,29 @@ private Q_SLOTS:
         const ShownCurve curve { {}, {}, { { 4, -1, 6, 10, std::nan(""), 30, 7 } } };
         QCOMPARE(meansOf(runsOf(7, 3), curve), (QList<double> { 3, 20, 7 }));
         QVERIFY(meansOf(runsOf(7, 3), {}).isEmpty());
+    }
+
+    void meansOfCountsAreExact()
+    {
+        constexpr double odd = 9007199254740991.0; // 2^53 - 1: one more cannot be added exactly
+        const ShownCurve curve { {}, {}, { { 1, 2, 3, 4, 5, odd, 3, odd, odd, odd } } };
+        QCOMPARE(meansOf(runsOf(10, 5), curve), (QList<double> { 3, (((odd + 3) + odd) + odd + odd) / 5 }));
+    }
+
+    void blocksAreBuiltForRepeatedUse()
+    {
+        SampleBlockCache cache;
+        const QList<double> samples(20000, 3.0);
+        QVERIFY(cache.of(samples) == nullptr);
+        QVERIFY(cache.of(samples) == nullptr);
+        QVERIFY(cache.of(samples) != nullptr);
+        QCOMPARE(cache.of(samples)->extremes(5, 19999).high, 3.0);
+        QVERIFY(cache.of(QList<double>(20000, 4.0)) == nullptr);
+        cache.clear();
+        QVERIFY(cache.of(samples) == nullptr);
+        const QList<double> few(100, 3.0);
+        for (int use = 0; use < 5; ++use)
+            QVERIFY(cache.of(few) == nullptr);
     }
 
     /// On axes in both directions, of any zoom.

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <utility>
 #include <vector>
 
 namespace tarnis {
@@ -14,10 +15,9 @@ struct Gathered {
     std::vector<double> values; // the sum, or the largest
     std::vector<double> counts; // number of finite bins, for the mean
 
-    void start(std::size_t groups, BinReduction reduction)
+    void start(std::size_t groups)
     {
-        constexpr double none = -std::numeric_limits<double>::infinity();
-        values.assign(groups, reduction == BinReduction::Maximum ? none : 0.0);
+        values.assign(groups, 0.0);
         counts.assign(groups, 0.0);
     }
     double reduced(std::size_t group, BinReduction reduction) const
@@ -41,21 +41,47 @@ template <typename PixelOf> std::vector<int> groupsOf(const BinSpan& span, int e
     return first;
 }
 
+constexpr double noBin = -std::numeric_limits<double>::infinity();
+
+/// The larger of both; NaN and infinities do not count. Without a branch.
+double largerBin(double best, double value)
+{
+    return value > best && value <= std::numeric_limits<double>::max() ? value : best; // a NaN is never above
+}
+
+/// The largest of each group. The rows of a group are combined first, by vectors, since many groups have one column.
+void gatherLargest(std::vector<double>& largest, std::vector<double>& across, const std::vector<int>& columns,
+    const BinRows& rows, int firstRow, int endRow)
+{
+    const int first = columns.front();
+    across.assign(static_cast<std::size_t>(columns.back() - first), noBin);
+    for (int row = firstRow; row < endRow; ++row) {
+        const QList<double>& bins = rows.at(row);
+        if (bins.size() <= first)
+            continue;
+        const double* const values = bins.constData() + first;
+        double* const into = across.data();
+        const qsizetype count = std::min<qsizetype>(bins.size() - first, static_cast<qsizetype>(across.size()));
+        for (qsizetype i = 0; i < count; ++i)
+            into[i] = largerBin(into[i], values[i]);
+    }
+    for (std::size_t k = 0; k < largest.size(); ++k) {
+        const double* const group = across.data() + (columns[k] - first);
+        const int width = columns[k + 1] - columns[k];
+        double best = std::max(group[0], group[width - 1]); // all of most groups
+        for (int i = 1; i < width - 1; ++i)
+            best = std::max(best, group[i]);
+        largest[k] = best;
+    }
+}
+
 /// Groups are short: one flat loop over the bins is faster than one for each group. `groupOf` begins with `first`.
-void gather(
-    Gathered& gathered, const std::vector<int>& groupOf, int first, const QList<double>& row, BinReduction reduction)
+void gather(Gathered& gathered, const std::vector<int>& groupOf, int first, const QList<double>& row)
 {
     const double* values = row.constData();
     const int end = static_cast<int>(std::min<qsizetype>(row.size(), first + static_cast<qsizetype>(groupOf.size())));
     constexpr double largest = std::numeric_limits<double>::max();
     double* into = gathered.values.data();
-    if (reduction == BinReduction::Maximum) {
-        for (int i = first; i < end; ++i) {
-            double& best = into[groupOf[static_cast<std::size_t>(i - first)]];
-            best = values[i] > best && values[i] <= largest ? values[i] : best; // a NaN is never above
-        }
-        return;
-    }
     for (int i = first; i < end; ++i) {
         const auto group = static_cast<std::size_t>(groupOf[static_cast<std::size_t>(i - first)]);
         const bool isCounted = std::abs(values[i]) <= largest;
@@ -89,14 +115,18 @@ BinRows reducedBins(const BinRows& rows, const BinGeometry& view, BinReduction r
         groupOf.insert(groupOf.end(), static_cast<std::size_t>(columns[k + 1] - columns[k]), static_cast<int>(k));
     BinRows result(rows.size());
     Gathered gathered;
+    std::vector<double> across;
     for (std::size_t g = 0; g + 1 < rowGroups.size(); ++g) {
-        gathered.start(columns.size() - 1, reduction);
-        for (int row = rowGroups[g]; row < rowGroups[g + 1]; ++row)
-            gather(gathered, groupOf, view.x.first, rows.at(row), reduction);
+        gathered.start(columns.size() - 1);
+        if (reduction == BinReduction::Maximum)
+            gatherLargest(gathered.values, across, columns, rows, rowGroups[g], rowGroups[g + 1]);
+        for (int row = rowGroups[g]; row < rowGroups[g + 1] && reduction != BinReduction::Maximum; ++row)
+            gather(gathered, groupOf, view.x.first, rows.at(row));
         QList<double> line(view.x.end, 0.0);
+        double* const bins = line.data();
         for (std::size_t k = 0; k + 1 < columns.size(); ++k)
-            line[columns[k]] = gathered.reduced(k, reduction);
-        result[rowGroups[g + 1] - 1] = line;
+            bins[columns[k]] = gathered.reduced(k, reduction);
+        result[rowGroups[g + 1] - 1] = std::move(line);
     }
     return result;
 }

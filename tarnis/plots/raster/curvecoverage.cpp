@@ -8,6 +8,10 @@
 #include <limits>
 #include <type_traits>
 
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
 namespace tarnis {
 
 namespace {
@@ -333,6 +337,42 @@ void CurveCoverage::coverStrip(int strip, Span span)
 
 namespace {
 
+#if defined(__SSE2__)
+
+/// Adds the changes of four pixels to the coverage. Returns the shares of the colour, in 1/256.
+__m128i nextShares(float* coverage, float* slopes, float opacity)
+{
+    const __m128 parts = _mm_set1_ps(256.0F * opacity);
+    const __m128 sum = _mm_add_ps(_mm_loadu_ps(coverage), _mm_loadu_ps(slopes));
+    _mm_storeu_ps(coverage, sum);
+    _mm_storeu_ps(slopes, _mm_setzero_ps());
+    const __m128 wanted = _mm_add_ps(_mm_mul_ps(sum, parts), _mm_set1_ps(0.5F));
+    const __m128 most = _mm_min_ps(parts, _mm_set1_ps(256.0F));
+    return _mm_cvttps_epi32(_mm_min_ps(_mm_max_ps(wanted, _mm_setzero_ps()), most));
+}
+
+/// The pixels of blendPixels(), in products of 16 bits: those of 32 bits take four times as long.
+void blendTile(float* coverage, float* slopes, QRgb* pixels, QRgb color, float opacity)
+{
+    const __m128i even = _mm_set1_epi32(0x00ff00ff);
+    const __m128i redAndBlue = _mm_and_si128(_mm_set1_epi32(static_cast<int>(color)), even);
+    const __m128i alphaAndGreen = _mm_set1_epi32(static_cast<int>(((color >> 8) & 0xffU) | 0x00ff0000U));
+    for (int x = 0; x < tileColumns; x += 4) {
+        const __m128i four = nextShares(coverage + x, slopes + x, opacity);
+        const __m128i share = _mm_or_si128(four, _mm_slli_epi32(four, 16));
+        const __m128i rest = _mm_sub_epi16(_mm_set1_epi16(256), share);
+        auto* const place = reinterpret_cast<__m128i*>(pixels + x);
+        const __m128i pixel = _mm_loadu_si128(place);
+        const __m128i low = _mm_srli_epi16(
+            _mm_add_epi16(_mm_mullo_epi16(_mm_and_si128(pixel, even), rest), _mm_mullo_epi16(redAndBlue, share)), 8);
+        const __m128i high = _mm_add_epi16(_mm_mullo_epi16(_mm_and_si128(_mm_srli_epi32(pixel, 8), even), rest),
+            _mm_mullo_epi16(alphaAndGreen, share));
+        _mm_storeu_si128(place, _mm_or_si128(low, _mm_andnot_si128(even, high)));
+    }
+}
+
+#endif
+
 /// Adds the changes of a row to the coverage, and blends the colour over the pixels. Two channels at a time, in 1/256,
 /// so that the compiler can vectorise.
 template <typename Count>
@@ -360,6 +400,12 @@ void blendPixels(float* coverage, float* slopes, QRgb* pixels, Count count, QRgb
 /// A constant number of pixels needs no scalar rest.
 void blendRow(float* coverage, float* slopes, QRgb* pixels, int count, QRgb color, float opacity)
 {
+#if defined(__SSE2__)
+    if (count == tileColumns) {
+        blendTile(coverage, slopes, pixels, color, opacity);
+        return;
+    }
+#endif
     if (count == tileColumns)
         blendPixels(coverage, slopes, pixels, std::integral_constant<int, tileColumns>(), color, opacity);
     else

@@ -3,6 +3,7 @@
 #include "tarnis/plots/curvenames.h"
 #include "tarnis/plots/math/seriesgrouping_p.h"
 #include "tarnis/plots/plotaccess_p.h"
+#include "tarnis/plots/plothooks_p.h"
 #include "tarnis/plots/plotmapping.h"
 #include "tarnis/plots/plotstyling_p.h"
 #include "tarnis/tools/base/plotlabel_p.h"
@@ -83,6 +84,11 @@ QList<ShownCurve> shownCurves(const XYGraphWidget& plot)
     if (curve == nullptr || PlotAccess::samples(*curve).isEmpty())
         return {};
     return { { {}, shownCurveColor(plot, 0, Qt::white), { PlotAccess::samples(*curve) } } };
+}
+
+const SampleBlocks* blocksOf(XYGraphWidget& plot, const ShownCurve& curve)
+{
+    return curve.parts.size() == 1 ? PlotHooks::of(plot).blocks().of(curve.parts.constFirst()) : nullptr;
 }
 
 bool isSameData(const QList<ShownCurve>& a, const QList<ShownCurve>& b)

@@ -15,6 +15,7 @@ class XYGraphWidget;
 namespace tarnis {
 
 class PlotMapping;
+class SampleBlocks;
 
 /// A curve that is shown. It shares the plot's samples, and keeps them when the plot gets new ones.
 struct ShownCurve {
@@ -36,6 +37,9 @@ struct ShownCurve {
 
 /// The visible curves in the order of the plot; empty for a map.
 QList<ShownCurve> shownCurves(const XYGraphWidget& plot);
+
+/// The blocks of the samples of a curve that is not a sum; null without them. Valid until the next call.
+const SampleBlocks* blocksOf(XYGraphWidget& plot, const ShownCurve& curve);
 
 /// True if both have the same samples. Fast: compares only addresses, because shared samples never change.
 bool isSameData(const QList<ShownCurve>& a, const QList<ShownCurve>& b);

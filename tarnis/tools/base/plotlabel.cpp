@@ -1,5 +1,6 @@
 #include "tarnis/tools/base/plotlabel_p.h"
 
+#include "tarnis/plots/plotpixmap_p.h"
 #include "tarnis/plots/plotstyling_p.h"
 #include "tarnis/plots/xygraphwidget.h"
 #include "tarnis/tools/base/deviceimage_p.h"
@@ -111,7 +112,8 @@ void LabelLayout::paint(QPainter& painter, const QPoint& corner, LabelStyle styl
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(QPen(colours.border, 1.0));
     painter.setBrush(colours.fill);
-    painter.drawRoundedRect(QRectF(frame).adjusted(0.5, 0.5, -0.5, -0.5), 3.0, 3.0);
+    paintInBands(
+        painter, frame, [&] { painter.drawRoundedRect(QRectF(frame).adjusted(0.5, 0.5, -0.5, -0.5), 3.0, 3.0); });
     painter.setPen(colours.text);
     const qreal top = frame.top() + (frame.height() - m_height) / 2;
     for (int i = 0; i < m_layout->lineCount(); ++i) {
@@ -168,8 +170,9 @@ bool paintColumn(QPainter& painter, const QPointF& from, const QPointF& to, cons
 /// A line between pixels with its border, by steps along its longer side.
 class SlantedLine {
 public:
-    SlantedLine(QPoint from, QPoint to)
-        : m_isSteep(std::abs(to.y() - from.y()) >= std::abs(to.x() - from.x()))
+    SlantedLine(QPoint from, QPoint to, bool dashed)
+        : m_isDashed(dashed)
+        , m_isSteep(std::abs(to.y() - from.y()) >= std::abs(to.x() - from.x()))
         , m_from(turned(from))
         , m_to(turned(to))
     {
@@ -224,12 +227,17 @@ private:
             const auto [low, high] = std::minmax({ place(step - 1), place(step), place(step + 1) });
             for (int across = low - borderReach; across <= high + borderReach; ++across)
                 set(across, step, qPremultiply(border.rgba()));
-            if (step >= m_from.y() && step <= m_to.y())
+            const bool isGap = m_isDashed && (step - m_from.y()) % dashPeriod >= dashLength;
+            if (step >= m_from.y() && step <= m_to.y() && !isGap)
                 set(place(step), step, qPremultiply(color.rgba()));
         }
         painter.drawImage(turned(part.topLeft()), image);
     }
 
+    static constexpr int dashLength = 4; // those of Qt::DashLine
+    static constexpr int dashPeriod = 6;
+
+    bool m_isDashed;
     bool m_isSteep;
     QPoint m_from; // the steps are rows here
     QPoint m_to;
@@ -237,12 +245,14 @@ private:
 
 /// Paints it pixel by pixel, so that the pixels do not depend on the part of the plot that is repainted: the painter
 /// rounds a line differently with each clip. False where the painter has to draw it.
-bool paintSlanted(QPainter& painter, const QPointF& from, const QPointF& to, const QColor& color, const QColor& border)
+bool paintSlanted(
+    QPainter& painter, const QPointF& from, const QPointF& to, const QColor& color, const QColor& border, bool dashed)
 {
     if (from != from.toPoint() || to != to.toPoint() || deviceScale(painter) != 1.0 || !painter.hasClipping()
         || painter.transform().type() > QTransform::TxTranslate)
         return false;
-    SlantedLine(from.toPoint(), to.toPoint()).paint(painter, painter.clipBoundingRect().toAlignedRect(), color, border);
+    SlantedLine(from.toPoint(), to.toPoint(), dashed)
+        .paint(painter, painter.clipBoundingRect().toAlignedRect(), color, border);
     return true;
 }
 
@@ -268,11 +278,14 @@ void paintLine(QPainter& painter, const QPointF& from, const QPointF& to, const 
     constexpr int lightest = 110; // of the dark colours
     const QColor border = color.lightness() > lightest ? QColor(0, 0, 0, 140) : QColor(255, 255, 255, 160);
     const bool isSlanted = from.x() != to.x() && from.y() != to.y();
-    if (isSlanted && !dashed && paintSlanted(painter, from, to, color, border))
+    if (isSlanted && paintSlanted(painter, from, to, color, border, dashed))
         return;
     if (!paintColumn(painter, from, to, border)) {
+        constexpr int sharpBand = 88; // rows; see paintInBands()
+        const QRect area = QRectF(from, to).normalized().toAlignedRect().adjusted(-3, -3, 3, 3);
         painter.setPen(QPen(border, borderWidth));
-        painter.drawLine(from, to);
+        paintInBands(
+            painter, area, [&] { painter.drawLine(from, to); }, sharpBand);
     }
     painter.setPen(QPen(color, 1.0, dashed ? Qt::DashLine : Qt::SolidLine));
     painter.drawLine(from, to);

@@ -145,8 +145,9 @@ void BinAggregation::paintOverlay(QPainter& painter, const PlotMapping& mapping)
 void BinAggregation::paintEnvelope(
     QPainter& painter, const PlotMapping& mapping, const ShownCurve& curve, const QList<ColumnRun>& runs) const
 {
-    const QList<EnvelopeColumn> columns = envelopeOf(runs, curve, EnvelopeOf::Numbers);
-    const QList<double> means = m_method == Method::Mean ? meansOf(runs, curve) : QList<double>();
+    const SampleBlocks* const blocks = blocksOf(*plot(), curve);
+    const QList<EnvelopeColumn> columns = envelopeOf(runs, curve, EnvelopeOf::Numbers, blocks);
+    const QList<double> means = m_method == Method::Mean ? meansOf(runs, curve, blocks) : QList<double>();
     QColor band = curve.color;
     band.setAlpha(bandAlpha);
     QPolygonF line;

@@ -1,25 +1,48 @@
 #include "tarnis/tools/curves/envelope_p.h"
 
+#include "tarnis/plots/math/sampleblocks_p.h"
 #include "tarnis/plots/math/sampleextremes_p.h"
 #include "tarnis/tools/curves/counterrors_p.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 namespace tarnis {
 
 namespace {
 
+constexpr qsizetype fetchedRuns = 4; // ahead of the current one
+
 bool belongs(double sample, EnvelopeOf which)
 {
     return which == EnvelopeOf::Counts ? isCount(sample) : std::isfinite(sample);
 }
 
+/// The samples of a run. `blocks` is null, or that of the curve.
+struct RunSamples {
+    const double* samples;
+    qsizetype first; // in the curve
+    qsizetype count;
+    const SampleBlocks* blocks;
+
+    SampleExtremes extremes() const
+    {
+        return blocks != nullptr ? blocks->extremes(first, first + count) : extremesOf(samples, count);
+    }
+    bool areWholeCounts() const
+    {
+        return blocks != nullptr ? blocks->areWholeCounts(first, first + count)
+                                 : tarnis::areWholeCounts(samples, count);
+    }
+};
+
 /// False if no sample belongs to the envelope.
-bool read(EnvelopeColumn& entry, const double* samples, qsizetype count, EnvelopeOf which)
+bool read(EnvelopeColumn& entry, const RunSamples& run, EnvelopeOf which)
 {
-    if (which == EnvelopeOf::Numbers || areWholeCounts(samples, count)) {
-        if (const SampleExtremes quick = extremesOf(samples, count); quick.finite) {
+    const auto [samples, first, count, blocks] = run;
+    if (which == EnvelopeOf::Numbers || run.areWholeCounts()) {
+        if (const SampleExtremes quick = run.extremes(); quick.finite) {
             entry.first = samples[0];
             entry.last = samples[count - 1];
             entry.lowest = quick.low;
@@ -85,24 +108,52 @@ QList<ColumnRun> columnRuns(const BinPositions& positionOf, BinsInView bins)
     return runs;
 }
 
-QList<EnvelopeColumn> envelopeOf(const QList<ColumnRun>& runs, const ShownCurve& curve, EnvelopeOf which)
+QList<EnvelopeColumn> envelopeOf(
+    const QList<ColumnRun>& runs, const ShownCurve& curve, EnvelopeOf which, const SampleBlocks* blocks)
 {
     QList<EnvelopeColumn> columns;
     columns.reserve(runs.size());
     forEachRun(runs, curve, [&](const ColumnRun& run, const double* samples, qsizetype count) {
+        if (blocks != nullptr)
+            blocks->fetchEnds(run.first + fetchedRuns * count, curve.size());
         EnvelopeColumn entry;
         entry.column = run.column;
-        if (read(entry, samples, count, which))
+        if (read(entry, { samples, run.first, count, blocks }, which))
             columns.append(entry);
     });
     return columns;
 }
 
-QList<double> meansOf(const QList<ColumnRun>& runs, const ShownCurve& curve)
+namespace {
+
+/// The sum of whole counts that stays exact: in any order, and so in several sums, which do not wait for each other.
+double sumOfCounts(const double* samples, qsizetype count)
 {
+    std::array<double, 4> sums {};
+    qsizetype i = 0;
+    for (; i + 4 <= count; i += 4) {
+        for (std::size_t k = 0; k < sums.size(); ++k)
+            sums[k] += samples[i + static_cast<qsizetype>(k)];
+    }
+    for (; i < count; ++i)
+        sums[0] += samples[i];
+    return (sums[0] + sums[1]) + (sums[2] + sums[3]);
+}
+
+} // namespace
+
+QList<double> meansOf(const QList<ColumnRun>& runs, const ShownCurve& curve, const SampleBlocks* blocks)
+{
+    constexpr double exact = 9007199254740992.0; // 2^53
     QList<double> means;
     means.reserve(runs.size());
-    forEachRun(runs, curve, [&](const ColumnRun& /*run*/, const double* samples, qsizetype count) {
+    forEachRun(runs, curve, [&](const ColumnRun& run, const double* samples, qsizetype count) {
+        if (RunSamples { samples, run.first, count, blocks }.areWholeCounts()) {
+            if (const double total = sumOfCounts(samples, count); total < exact) {
+                means.append(total / static_cast<double>(count));
+                return;
+            }
+        }
         double sum = 0.0;
         qsizetype numbers = 0;
         for (qsizetype i = 0; i < count; ++i) {

@@ -7,6 +7,8 @@
 
 namespace tarnis {
 
+class SampleBlocks;
+
 /// Consecutive bins, both ends included, whose middles share a pixel column.
 struct ColumnRun {
     int column = 0;
@@ -37,10 +39,11 @@ enum class EnvelopeOf {
 };
 
 /// An entry for each run that holds such samples; bins beyond the end of the curve are omitted. Equal to a look at
-/// every sample, at the speed of memory.
-QList<EnvelopeColumn> envelopeOf(const QList<ColumnRun>& runs, const ShownCurve& curve, EnvelopeOf which);
+/// every sample, at the speed of memory. `blocks` are those of a curve of one part, or null.
+QList<EnvelopeColumn> envelopeOf(
+    const QList<ColumnRun>& runs, const ShownCurve& curve, EnvelopeOf which, const SampleBlocks* blocks = nullptr);
 
 /// The mean of the finite samples of each run that has any: the runs of the envelope of numbers.
-QList<double> meansOf(const QList<ColumnRun>& runs, const ShownCurve& curve);
+QList<double> meansOf(const QList<ColumnRun>& runs, const ShownCurve& curve, const SampleBlocks* blocks = nullptr);
 
 } // namespace tarnis

@@ -183,7 +183,7 @@ void ErrorBars::paintBand(
     QColor color = curve.color;
     color.setAlpha(bandAlpha);
     // The ends of a bar rise with its count: those of the least and the largest count enclose all of the column.
-    const QList<EnvelopeColumn> columns = envelopeOf(runs, curve, EnvelopeOf::Counts);
+    const QList<EnvelopeColumn> columns = envelopeOf(runs, curve, EnvelopeOf::Counts, blocksOf(*plot(), curve));
     QList<ColumnSpan> band;
     band.reserve(columns.size());
     for (const EnvelopeColumn& column : columns) {

@@ -5,6 +5,7 @@
 #include "tarnis/plots/math/seriesgrouping_p.h"
 #include "tarnis/plots/plotaccess_p.h"
 #include "tarnis/plots/plotmapping.h"
+#include "tarnis/plots/plotpixmap_p.h"
 #include "tarnis/plots/plotstyling_p.h"
 #include "tarnis/tools/base/toolaction_p.h"
 #include "tarnis/tools/curves/legendplace_p.h"
@@ -336,7 +337,8 @@ void PlotLegend::paintOverlay(QPainter& painter, const PlotMapping& /*mapping*/)
     QColor ground = styling != nullptr ? styling->surround() : fill;
     ground.setAlpha(fill.alpha()); // the colours of the curves are made for this background
     painter.setBrush(ground);
-    painter.drawRoundedRect(QRectF(now.rect).adjusted(0.5, 0.5, -0.5, -0.5), 3.0, 3.0);
+    paintInBands(
+        painter, now.rect, [&] { painter.drawRoundedRect(QRectF(now.rect).adjusted(0.5, 0.5, -0.5, -0.5), 3.0, 3.0); });
     const QFontMetrics metrics(font);
     for (qsizetype i = now.first; i < now.first + now.rows; ++i) {
         const LegendEntry& entry = now.entries.at(i);

@@ -1,7 +1,7 @@
 #include "tarnis/tools/referencecurves.h"
 
 #include "tarnis/formats/formats.h"
-#include "tarnis/plots/math/sampleextremes_p.h"
+#include "tarnis/plots/math/sampleblocks_p.h"
 #include "tarnis/plots/plotaccess_p.h"
 #include "tarnis/plots/plotmapping.h"
 #include "tarnis/plots/plotstyling_p.h"
@@ -190,7 +190,10 @@ QPair<double, double> ReferenceCurves::extremes(qsizetype first, qsizetype last,
         if (count <= 0)
             continue;
         const double* const samples = pair.reference.constData() + begin;
-        if (const SampleExtremes quick = extremesOf(samples, count); !aboveZero && quick.finite) {
+        const SampleBlocks* const blocks = blocksOf(*plot(), { {}, {}, { pair.reference } });
+        const SampleExtremes quick =
+            blocks != nullptr ? blocks->extremes(begin, begin + count) : extremesOf(samples, count);
+        if (!aboveZero && quick.finite) {
             include(quick.low * pair.norm);
             include(quick.high * pair.norm);
             continue;
@@ -329,6 +332,7 @@ const QList<ReferenceCurves::Pair>& ReferenceCurves::pairs(const QList<ShownCurv
         return m_pairs->all;
     m_pairs->live = live;
     m_pairs->all.clear();
+    m_pairs->rows.clear();
     QList<QList<double>> samples;
     for (const ShownCurve& curve : live)
         samples.append(samplesOf(curve));

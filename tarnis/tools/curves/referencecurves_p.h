@@ -30,12 +30,6 @@ struct TARNIS_NO_EXPORT ReferenceCurves::Pair {
     bool isContained = false; // the live counts are those of the reference and later ones
 };
 
-/// All pairs, and the visible curves that they were made for.
-struct TARNIS_NO_EXPORT ReferenceCurves::Pairs {
-    QList<ShownCurve> live;
-    QList<Pair> all;
-};
-
 /// The axis of the comparison, beside the strip.
 struct StripAxis {
     QRect strip;
@@ -46,6 +40,27 @@ struct StripAxis {
     {
         return limitedCoordinate(strip.bottom() - (value - range.min) * pixelsPerUnit());
     }
+
+    /// True if values have the same rows.
+    bool isSameAs(const StripAxis& other) const
+    {
+        return strip.top() == other.strip.top() && strip.bottom() == other.strip.bottom() && range == other.range;
+    }
+};
+
+/// The row in the strip of each compared value. A zoom in X seldom changes the axis of the strip, and bytes are read in
+/// an eighth of the time.
+struct StripRows {
+    QList<double> values; // shared
+    StripAxis axis;
+    QList<quint8> rows;
+};
+
+/// All pairs, and the visible curves that they were made for.
+struct TARNIS_NO_EXPORT ReferenceCurves::Pairs {
+    QList<ShownCurve> live;
+    QList<Pair> all;
+    QList<StripRows> rows; // of pairs that the strip shows
 };
 
 Comparison comparisonOf(ReferenceCurves::View view);

@@ -80,11 +80,11 @@ QPolygonF lineOf(const PlotMapping& mapping, const BinPositions& positionOf, con
 }
 
 /// The same pixels where several samples share a pixel column.
-QList<QLine> linesOf(
-    const QPainter& painter, const PlotMapping& mapping, const ScaledCurve& curve, const QList<ColumnRun>& runs)
+QList<QLine> linesOf(const QPainter& painter, const PlotMapping& mapping, const ScaledCurve& curve,
+    const QList<ColumnRun>& runs, const SampleBlocks* blocks)
 {
     CurveLines lines(mergingOn(painter));
-    const QList<EnvelopeColumn> columns = envelopeOf(runs, curve.samples, EnvelopeOf::Numbers);
+    const QList<EnvelopeColumn> columns = envelopeOf(runs, curve.samples, EnvelopeOf::Numbers, blocks);
     for (const EnvelopeColumn& column : columns) {
         const auto pointOf = [&](double value) {
             return CurvePoint { QPoint(column.column, pixelRow(mapping, value * curve.norm)), false };
@@ -144,7 +144,7 @@ void ReferenceCurves::paintReferences(
         QPen pen(faded(pair.live >= 0 ? live.at(pair.live).color : foreground(*plot()), *plot()), 1.0);
         if (isDense) { // dashes of a line that goes up and down in each pixel column would show nothing
             painter.setPen(pen);
-            paintLines(painter, linesOf(painter, mapping, curve, runs));
+            paintLines(painter, linesOf(painter, mapping, curve, runs, blocksOf(*plot(), curve.samples)));
             continue;
         }
         pen.setDashPattern(pair.index == m_current ? QList<qreal> { 4, 3 } : QList<qreal> { 1, 3 });

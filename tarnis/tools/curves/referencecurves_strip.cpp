@@ -39,42 +39,53 @@ void paintMarks(QPainter& painter, const StripAxis& axis, double same)
     }
 }
 
+/// The pixels that the middle of a point can have: it is seen from outside of the strip.
+QRect areaOfPoints(const QRect& strip)
+{
+    return strip.adjusted(-pointRadius, -pointRadius, pointRadius, pointRadius);
+}
+
+/// The row of each value, relative to that area; its height for what is not in it. A strip is less than 256 high.
+QList<quint8> rowsIn(const StripAxis& axis, const QList<double>& values)
+{
+    const QRect area = areaOfPoints(axis.strip);
+    const double scale = axis.pixelsPerUnit();
+    // Without a call for each of the many values, and in a form that the compiler can turn into vectors.
+    const double origin = axis.strip.bottom() + axis.range.min * scale - area.top();
+    const double last = area.height() - 1;
+    const double beyond = area.height();
+    QList<quint8> rows(values.size());
+    quint8* const into = rows.data();
+    const double* const from = values.constData();
+    for (qsizetype i = 0; i < values.size(); ++i) {
+        const double row = origin - from[i] * scale;
+        const double limited = row <= last ? row : beyond; // a NaN too
+        into[i] = static_cast<quint8>(static_cast<int>(limited >= 0.0 ? limited : beyond));
+    }
+    return rows;
+}
+
 /// The places in the strip that bear a point of a curve, each once: many bins share one. Curves are painted one after
 /// the other, and finish() shows them.
 class PointMarks {
 public:
     explicit PointMarks(const QRect& strip)
-        : m_strip(strip.adjusted(-pointRadius, -pointRadius, pointRadius, pointRadius))
-        , m_marks(std::size_t(m_strip.width()) * std::size_t(m_strip.height()))
+        : m_strip(areaOfPoints(strip))
+        , m_marks(std::size_t(m_strip.width()) * std::size_t(m_strip.height() + 1))
     {
     }
 
     /// Begins the next curve.
     void clear() { std::fill(m_marks.begin(), m_marks.end(), char(0)); }
 
-    /// The samples of a column.
-    void add(int column, const double* samples, qsizetype count, const StripAxis& axis)
+    /// The samples of a column, by their rows.
+    void add(int column, const quint8* rows, qsizetype count)
     {
         if (column < m_strip.left() || column > m_strip.right())
             return;
-        char* const rows = m_marks.data() + std::size_t(column - m_strip.left()) * std::size_t(m_strip.height());
-        const double scale = axis.pixelsPerUnit();
-        // Relative to the first row, and without a call for each of the many samples.
-        const double origin = axis.strip.bottom() + axis.range.min * scale - m_strip.top();
-        const double last = m_strip.height() - 1;
-        constexpr qsizetype blockSize = 8; // in two steps, the first of which uses vectors
-        int places[blockSize];
-        for (qsizetype i = 0; i < count; i += blockSize) {
-            const qsizetype block = std::min(blockSize, count - i);
-            for (qsizetype k = 0; k < block; ++k) {
-                const double row = origin - samples[i + k] * scale;
-                places[k] = row >= 0.0 && row <= last ? static_cast<int>(row) : -1;
-            }
-            for (qsizetype k = 0; k < block; ++k) {
-                if (places[k] >= 0)
-                    rows[places[k]] = 1;
-            }
-        }
+        char* const marks = marksOf(column - m_strip.left());
+        for (qsizetype i = 0; i < count; ++i)
+            marks[rows[i]] = 1;
     }
 
     void paint(QPainter& painter, const QColor& color)
@@ -99,11 +110,16 @@ private:
     static constexpr int opaque = 255;
     static constexpr int size = 2 * pointRadius + 1;
 
+    char* marksOf(int column) { return m_marks.data() + std::size_t(column) * std::size_t(m_strip.height() + 1); }
+    const char* marksOf(int column) const
+    {
+        return m_marks.data() + std::size_t(column) * std::size_t(m_strip.height() + 1);
+    }
     /// Calls `use` with the column, the first and the last row of each run of marks, relative to the strip.
     template <typename Use> void forEachRun(const Use& use) const
     {
         for (int column = 0; column < m_strip.width(); ++column) {
-            const char* const rows = m_marks.data() + std::size_t(column) * std::size_t(m_strip.height());
+            const char* const rows = marksOf(column);
             const char* const end = rows + m_strip.height();
             // Most rows have no mark: memchr() passes over many of them at once.
             const auto find = [end](const char* from, char mark) {
@@ -147,15 +163,16 @@ private:
     }
 
     QRect m_strip;
-    std::vector<char> m_marks; // column by column
+    std::vector<char> m_marks; // column by column, each with one more for samples beyond the strip
     QImage m_picture; // of the opaque curves so far
 };
 
 /// The values that the axis has to hold: all in view, or the extremes of each pixel column.
-std::vector<double> valuesInView(const QList<double>& compared, const QList<ColumnRun>& runs)
+std::vector<double> valuesInView(XYGraphWidget& plot, const QList<double>& compared, const QList<ColumnRun>& runs)
 {
     std::vector<double> values;
-    const QList<EnvelopeColumn> columns = envelopeOf(runs, { {}, {}, { compared } }, EnvelopeOf::Numbers);
+    const ShownCurve curve { {}, {}, { compared } };
+    const QList<EnvelopeColumn> columns = envelopeOf(runs, curve, EnvelopeOf::Numbers, blocksOf(plot, curve));
     for (const EnvelopeColumn& column : columns) {
         values.push_back(column.lowest);
         if (column.highest != column.lowest)
@@ -196,7 +213,7 @@ void ReferenceCurves::paintStrip(QPainter& painter, const PlotMapping& mapping, 
     const QList<Pair> compared = comparedPairs(live);
     std::vector<double> values;
     for (const Pair& pair : compared) {
-        const std::vector<double> some = valuesInView(pair.values, runs);
+        const std::vector<double> some = valuesInView(*plot(), pair.values, runs);
         values.insert(values.end(), some.begin(), some.end());
     }
     const StripAxis axis { strip, comparisonAxis(comparisonOf(m_view), std::move(values)) };
@@ -217,9 +234,10 @@ void ReferenceCurves::paintStrip(QPainter& painter, const PlotMapping& mapping, 
             paintErrors(painter, axis, pair, runs, color);
         }
         marks.clear();
+        const QList<quint8> rows = rowsOf(pair, axis);
         for (const ColumnRun& run : runs) {
-            const qsizetype count = std::min(run.last + 1, pair.values.size()) - run.first;
-            marks.add(run.column, pair.values.constData() + run.first, count, axis);
+            const qsizetype count = std::min(run.last + 1, rows.size()) - run.first;
+            marks.add(run.column, rows.constData() + run.first, count);
         }
         marks.paint(painter, color);
     }
@@ -228,6 +246,19 @@ void ReferenceCurves::paintStrip(QPainter& painter, const PlotMapping& mapping, 
     const bool isContained =
         std::any_of(compared.begin(), compared.end(), [](const Pair& pair) { return pair.isContained; });
     paintTitle(painter, strip, isContained);
+}
+
+QList<quint8> ReferenceCurves::rowsOf(const Pair& pair, const StripAxis& axis) const
+{
+    QList<StripRows>& known = m_pairs->rows;
+    auto entry = std::find_if(known.begin(), known.end(), [&](const StripRows& some) {
+        return some.values.constData() == pair.values.constData() && some.values.size() == pair.values.size();
+    });
+    if (entry == known.end())
+        entry = known.insert(known.end(), StripRows { pair.values, {}, {} });
+    if (!entry->axis.isSameAs(axis))
+        *entry = { pair.values, axis, rowsIn(axis, pair.values) };
+    return entry->rows;
 }
 
 void ReferenceCurves::paintErrors(

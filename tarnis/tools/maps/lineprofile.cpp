@@ -1,11 +1,14 @@
 #include "tarnis/tools/lineprofile.h"
 
 #include "tarnis/plots/plotaccess_p.h"
+#include "tarnis/plots/plotpixmap_p.h"
+#include "tarnis/tools/base/deviceimage_p.h"
 #include "tarnis/tools/base/plotlabel_p.h"
 #include "tarnis/tools/base/plotplaces_p.h"
 #include "tarnis/tools/maps/lineprofile_p.h"
 #include "tarnis/tools/plotstyle.h"
 
+#include <QFontMetrics>
 #include <QPainter>
 
 #include <algorithm>
@@ -18,7 +21,14 @@ namespace {
 constexpr int profileZOrder = 42;
 constexpr double widestBand = 1e6; // bins
 constexpr double shareOfView = 0.1; // distance of a new line from either border, as a fraction of the view
+constexpr int sharpBand = 88; // rows; see paintInBands()
 const QSize plotSize(520, 260);
+const QLatin1String startText("0");
+
+QPoint labelPlace(const QPointF& start)
+{
+    return (start - QPointF(0.0, 8.0)).toPoint();
+}
 
 } // namespace
 
@@ -181,13 +191,37 @@ void LineProfile::plotChanged(Changes changes)
         renew();
 }
 
+/// The pixels of the line: a slanted one in short parts, since a rectangle around it is most of the plot.
+QRegion LineProfile::areaOf(const Shape& line, const QRect& frame) const
+{
+    constexpr int parts = 16;
+    constexpr int reach = 6; // of a handle, and of the border of an edge
+    const std::array<QPointF, 4>& corners = line.corners;
+    QRegion area;
+    for (int i = 0; i < parts; ++i) {
+        const auto between = [&](const QPointF& from, const QPointF& to) {
+            return QRectF(from + (to - from) * i / parts, from + (to - from) * (i + 1) / parts).normalized();
+        };
+        const QRectF part = between(corners[0], corners[1]) | between(corners[3], corners[2]);
+        area += part.toAlignedRect().adjusted(-reach, -reach, reach, reach);
+    }
+    for (const QPointF& place : { line.from, line.to, line.handle })
+        area += QRect(place.toPoint() - QPoint(reach, reach), QSize(2 * reach + 1, 2 * reach + 1));
+    const QRect label = labelFrame(
+        labelSize(QFontMetrics(plot()->font()), startText), labelPlace(line.from), Qt::AlignHCenter | Qt::AlignBottom);
+    return (area & frame) + label.adjusted(-1, -1, 1, 1);
+}
+
 /// Recomputes the profile from the current data, and updates its plot.
 void LineProfile::renew()
 {
-    updateOverlay();
+    const PlotMapping mapping = plot() != nullptr ? PlotMapping::of(*plot()) : PlotMapping();
+    if (m_isOn && m_isSet && mapping.isValid())
+        updateOverlayArea(areaOf(shape(mapping), mapping.frameRect()));
+    else
+        updateOverlay();
     if (!m_isSet || plot() == nullptr)
         return;
-    const PlotMapping mapping = PlotMapping::of(*plot());
     const ProfileBand band { toBins(mapping, m_from), toBins(mapping, m_to), m_width };
     m_values = profileAlong(PlotAccess::rows(*map()), band, static_cast<ProfileJoin>(m_join)).values;
     showValues(mapping);
@@ -230,18 +264,26 @@ void LineProfile::showValues(const PlotMapping& mapping)
 
 void LineProfile::paintOverlay(QPainter& painter, const PlotMapping& mapping)
 {
-    if (!m_isOn || !m_isSet)
+    if (!m_isOn || !m_isSet) {
+        noteDrawn(painter, {});
         return;
+    }
     const QColor color(255, 90, 200);
     const Shape line = shape(mapping);
+    noteDrawn(painter, areaOf(line, mapping.frameRect()));
     painter.save();
     painter.setClipRect(mapping.frameRect());
     painter.setPen(Qt::NoPen);
     painter.setBrush(QColor(255, 255, 255, 40));
-    painter.drawPolygon(line.corners.data(), static_cast<int>(line.corners.size()));
+    paintInBands(
+        painter, mapping.frameRect(),
+        [&] { painter.drawPolygon(line.corners.data(), static_cast<int>(line.corners.size())); }, sharpBand);
+    // Lines between whole pixels do not depend on the part that is repainted.
+    const bool isPlain = deviceScale(painter) == 1.0;
+    const auto placed = [isPlain](const QPointF& place) { return isPlain ? QPointF(place.toPoint()) : place; };
     for (std::size_t i = 0; i < line.corners.size(); ++i)
-        paintLine(painter, line.corners[i], line.corners[(i + 1) % line.corners.size()], color, true);
-    paintLine(painter, line.from, line.to, color);
+        paintLine(painter, placed(line.corners[i]), placed(line.corners[(i + 1) % line.corners.size()]), color, true);
+    paintLine(painter, placed(line.from), placed(line.to), color);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(QPen(Qt::black, 1.0));
     painter.setBrush(color);
@@ -249,8 +291,7 @@ void LineProfile::paintOverlay(QPainter& painter, const PlotMapping& mapping)
         painter.drawEllipse(end, 4.0, 4.0);
     painter.drawRect(QRectF(line.handle - QPointF(3.5, 3.5), QSizeF(7.0, 7.0)));
     painter.restore();
-    paintLabel(
-        painter, QStringLiteral("0"), (line.from - QPointF(0.0, 8.0)).toPoint(), Qt::AlignHCenter | Qt::AlignBottom);
+    paintLabel(painter, startText, labelPlace(line.from), Qt::AlignHCenter | Qt::AlignBottom);
 }
 
 } // namespace tarnis

@@ -71,6 +71,8 @@ Profile profileAlong(const QList<QList<double>>& rows, const ProfileBand& band, 
     const QPointF d = steps.direction;
     const double before = steps.step / 2.0 + rounding; // the first step is centred on the start of the band
     const double after = steps.count * steps.step - steps.step / 2.0 - rounding;
+    double* const values = profile.values.data();
+    int* const bins = profile.bins.data();
     for (qsizetype row = 0; row < rows.size(); ++row) {
         const double y = static_cast<double>(row) + 0.5 - band.from.y();
         const double x0 = 0.5 - band.from.x();
@@ -94,13 +96,13 @@ Profile profileAlong(const QList<QList<double>>& rows, const ProfileBand& band, 
                 continue;
             const int step =
                 std::clamp(static_cast<int>(std::floor((along + before) / steps.step)), 0, steps.count - 1);
-            profile.values[step] = joined(join, profile.values.at(step), value, profile.bins.at(step));
-            ++profile.bins[step];
+            values[step] = joined(join, values[step], value, bins[step]);
+            ++bins[step];
         }
     }
     if (join == ProfileJoin::Mean) {
         for (int i = 0; i < steps.count; ++i)
-            profile.values[i] /= profile.bins.at(i);
+            values[i] /= bins[i];
     }
     return profile;
 }

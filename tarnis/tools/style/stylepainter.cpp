@@ -2,9 +2,10 @@
 // _curves, _bar.
 #include "tarnis/tools/style/stylepainter_p.h"
 
-#include "tarnis/plots/math/sampleextremes_p.h"
+#include "tarnis/plots/math/sampleblocks_p.h"
 #include "tarnis/plots/math/seriesgrouping_p.h"
 #include "tarnis/plots/plotaccess_p.h"
+#include "tarnis/plots/plothooks_p.h"
 #include "tarnis/plots/plotmapping.h"
 #include "tarnis/tools/errorbars.h"
 #include "tarnis/tools/referencecurves.h"
@@ -18,7 +19,7 @@ namespace tarnis {
 namespace {
 
 /// Smallest and largest finite sample; on a logarithmic axis the smallest above 0.
-AxisRange extremesOfCurves(const QList<StyledCurve>& curves, bool isLog)
+AxisRange extremesOfCurves(XYGraphWidget& plot, const QList<StyledCurve>& curves, bool isLog)
 {
     constexpr double infinity = std::numeric_limits<double>::infinity();
     AxisRange range { infinity, -infinity };
@@ -30,7 +31,10 @@ AxisRange extremesOfCurves(const QList<StyledCurve>& curves, bool isLog)
         const double* const values = samples.from(curve.range.begin);
         if (isLog)
             range.min = lowestAbove(0.0, values, count, range.min);
-        const SampleExtremes quick = extremesOf(values, count);
+        const SampleBlocks* const blocks =
+            curve.sums == nullptr ? PlotHooks::of(plot).blocks().of(curve.values) : nullptr;
+        const SampleExtremes quick =
+            blocks != nullptr ? blocks->extremes(curve.range.begin, curve.range.end) : extremesOf(values, count);
         if (quick.finite && std::isfinite(quick.low) && std::isfinite(quick.high)) {
             range.min = isLog ? range.min : std::min(range.min, quick.low);
             range.max = std::max(range.max, quick.high);
@@ -80,12 +84,20 @@ int methodOf(const ErrorBars* bars)
 }
 
 /// The highest end of the bars. It is that of the largest count; other values have no bar.
-double topOfBars(const ErrorBars& bars, const QList<StyledCurve>& curves)
+double topOfBars(XYGraphWidget& plot, const ErrorBars& bars, const QList<StyledCurve>& curves)
 {
     double largest = -1.0;
     double top = 0.0;
     for (const StyledCurve& curve : curves) {
         const SampleRun samples = curve.run();
+        const auto [begin, end] = curve.range;
+        const SampleBlocks* const blocks =
+            curve.sums == nullptr && begin < end ? PlotHooks::of(plot).blocks().of(curve.values) : nullptr;
+        if (blocks != nullptr && blocks->areWholeCounts(begin, end) && blocks->extremes(begin, end).finite) {
+            largest = std::max(largest, blocks->extremes(begin, end).high);
+            top = std::max(top, ErrorBars::interval(bars.method(), largest).second);
+            continue;
+        }
         for (int i = curve.range.begin; i < curve.range.end; ++i) {
             if (!(samples[i] > largest))
                 continue;
@@ -262,10 +274,10 @@ void StylePainter::fitCounts()
         }))
         return; // nothing to fit
     const FitKey key = fitKey(curves, methodOf(bars));
-    AxisRange data = extremesOfCurves(curves, isLog);
+    AxisRange data = extremesOfCurves(m_plot, curves, isLog);
     includeReferences(data, m_plot, curves, isLog);
     if (bars != nullptr)
-        data.max = std::max(data.max, topOfBars(*bars, curves));
+        data.max = std::max(data.max, topOfBars(m_plot, *bars, curves));
     if (m_isFitted && key == m_key)
         m_fitted = isLog ? calmDecades(m_fitted, data) : calmRange(m_fitted, data);
     else
