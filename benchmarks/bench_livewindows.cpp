@@ -5,6 +5,7 @@
 //
 // Ends with 1 if a poll is missing, the memory grows, or the GUI thread works for 20 ms (maps: 40 ms) or more at a
 // stretch.
+#include "eventwaits.h"
 #include "measure.h"
 
 #include <tarnis/dialogs/graph1ddialog.h>
@@ -24,7 +25,6 @@
 #include <chrono>
 #include <cstdio>
 #include <memory>
-#include <thread>
 #include <utility>
 #include <vector>
 
@@ -221,32 +221,6 @@ private:
     double m_last = threadMilliseconds();
 };
 
-/// How long an event waits until the GUI thread handles it, in wall-clock time: another thread posts one every 10 ms.
-class Waits {
-public:
-    Waits()
-        : m_poster([this](const std::stop_token& stop) { post(stop); })
-    {
-    }
-    std::vector<double> milliseconds;
-
-private:
-    void post(const std::stop_token& stop)
-    {
-        using Clock = std::chrono::steady_clock;
-        while (!stop.stop_requested()) {
-            std::this_thread::sleep_for(std::chrono::milliseconds(10));
-            const Clock::time_point posted = Clock::now();
-            QMetaObject::invokeMethod(&m_receiver, [this, posted] {
-                milliseconds.push_back(std::chrono::duration<double, std::milli>(Clock::now() - posted).count());
-            });
-        }
-    }
-
-    QObject m_receiver;
-    std::jthread m_poster; // destroyed before the objects it posts to
-};
-
 double quantile(const std::vector<double>& sorted, double share)
 {
     return sorted.empty() ? 0.0 : sorted[static_cast<std::size_t>(share * static_cast<double>(sorted.size() - 1))];
@@ -295,7 +269,7 @@ int run(const Kind& kind, int seconds)
     QApplication::exec();
 
     const Stretches stretches;
-    const Waits waits;
+    const EventWaits waits(std::chrono::milliseconds(10));
     Memory ownMemory;
     Memory serverMemory;
     const Usage ownStart = Usage::of(getpid());
@@ -325,7 +299,7 @@ int run(const Kind& kind, int seconds)
         longestGap = std::max(longestGap, window->polls.longestGap());
     }
     const std::vector<double> work = sorted(stretches.milliseconds);
-    const std::vector<double> wait = sorted(waits.milliseconds);
+    const std::vector<double> wait = sorted(waits.milliseconds());
 
     std::printf("%s: %zu windows for %.1f s: %d polls\n", kind.name, windows.size(), time, polls);
     std::printf("%-28s %8.2f %%\n", "processor, all windows", 100.0 * own / time);
