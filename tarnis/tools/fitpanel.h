@@ -10,9 +10,14 @@
 
 #include <memory>
 
+QT_BEGIN_NAMESPACE
+class QDateTime;
+QT_END_NAMESPACE
 class XYGraphWidget;
 
 namespace tarnis {
+
+struct PlotSpectrum;
 
 /// A panel beside a plot of curves that fits its peaks. A drag on the plot selects the range, clicks select peaks. A
 /// preview with the starting values appears at once, dashed. Parameters can be fixed, bounded and tied in the table; an
@@ -76,11 +81,19 @@ protected:
 private:
     struct TARNIS_NO_EXPORT Internals;
     TARNIS_NO_EXPORT void connectControls();
+    TARNIS_NO_EXPORT void connectModel();
+    TARNIS_NO_EXPORT void connectActions();
+    TARNIS_NO_EXPORT void connectPages();
+    TARNIS_NO_EXPORT bool checkRange();
     TARNIS_NO_EXPORT void connectPlot();
     TARNIS_NO_EXPORT void readControls();
     TARNIS_NO_EXPORT void showControls();
     TARNIS_NO_EXPORT void addPeakAt(double x, double tolerance);
+    TARNIS_NO_EXPORT void showFit(
+        const FitResult& result, const PlotSpectrum& spectrum, const QDateTime& time, bool isUsed);
     TARNIS_NO_EXPORT void showResult(const QString& note);
+    TARNIS_NO_EXPORT void showParameters();
+    TARNIS_NO_EXPORT void showGoodness(const QString& note);
     TARNIS_NO_EXPORT void showHistory();
     TARNIS_NO_EXPORT void showTrend();
     TARNIS_NO_EXPORT void showTrendNames(int first);

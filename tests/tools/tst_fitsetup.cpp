@@ -8,6 +8,7 @@
 #include "tarnis/tools/panels/wrappedlabel_p.h"
 
 #include <QJsonArray>
+#include <QLineF>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -272,21 +273,32 @@ private Q_SLOTS:
         QCOMPARE(resets.size(), 2);
     }
 
-    void thinsLinesToHalfPixels()
+    // Distances of all points from the line that is left.
+    void simplifiesLines()
     {
-        QVERIFY(thinned({}).isEmpty());
-        QPolygonF line;
-        for (int i = 0; i <= 400; ++i) // a peak of 200 rows within 10 columns
-            line.append({ i / 40.0, 200.0 * std::exp(-0.5 * std::pow((i - 200) / 16.0, 2)) });
-        const QPolygonF kept = thinned(line);
-        QVERIFY2(kept.size() < 150, qPrintable(QString::number(kept.size())));
-        QCOMPARE(kept.first(), line.first());
-        QCOMPARE(kept.last(), line.last());
-        // No point that was left out is further than half a pixel from one that is still there.
-        for (const QPointF& point : line) {
-            QVERIFY(std::any_of(kept.begin(), kept.end(), [&](const QPointF& other) {
-                return std::fabs(point.x() - other.x()) <= 0.5 && std::fabs(point.y() - other.y()) <= 0.5;
-            }));
+        QVERIFY(simplified({}).isEmpty());
+        QCOMPARE(simplified({ { 3.0, 4.0 } }), QPolygonF({ { 3.0, 4.0 } }));
+        const auto distance = [](const QPointF& point, const QPointF& from, const QPointF& to) {
+            const QPointF along = to - from;
+            const double square = QPointF::dotProduct(along, along);
+            const double part =
+                square > 0.0 ? std::clamp(QPointF::dotProduct(point - from, along) / square, 0.0, 1.0) : 0.0;
+            return QLineF(point, from + part * along).length();
+        };
+        for (const double width : { 0.0, 10.0, -10.0, 500.0 }) {
+            QPolygonF line;
+            for (int i = 0; i <= 400; ++i) // a peak of 200 rows
+                line.append({ width * i / 400.0, 200.0 * std::exp(-0.5 * std::pow((i - 200) / 16.0, 2)) });
+            const QPolygonF kept = simplified(line);
+            QVERIFY2(kept.size() < 60, qPrintable(QString::number(kept.size())));
+            QCOMPARE(kept.first(), line.first());
+            QCOMPARE(kept.last(), line.last());
+            for (const QPointF& point : line) {
+                double nearest = 1e9;
+                for (qsizetype k = 1; k < kept.size(); ++k)
+                    nearest = std::min(nearest, distance(point, kept.at(k - 1), kept.at(k)));
+                QVERIFY2(nearest <= 0.2 + 1e-9, qPrintable(QString::number(nearest)));
+            }
         }
     }
 

@@ -43,11 +43,14 @@ void BackgroundRun::start(Work work)
     });
 }
 
-// A timer: events that are posted now would be handled in the same pass.
+// Two timers: events that are posted now would be handled in the same pass, and a timer comes before the repaints that
+// are due in its pass.
 void BackgroundRun::continueLater(Delivery rest)
 {
     m_isRunning = true;
-    QTimer::singleShot(0, this, [this, number = m_number, rest = std::move(rest)] { finish(number, rest); });
+    QTimer::singleShot(0, this, [this, number = m_number, rest = std::move(rest)] {
+        QTimer::singleShot(0, this, [this, number, rest] { finish(number, rest); });
+    });
 }
 
 void BackgroundRun::drop()

@@ -42,9 +42,9 @@ private:
     bool m_isAcceptable = true;
 };
 
-/// A line of pixels without the points that are less than half a pixel from the one before: in a view of the whole
-/// spectrum, hundreds of points of a fit are within a few pixels, and each costs a joint of the wide pen.
-QPolygonF thinned(const QPolygonF& line);
+/// A line of pixels without the points that are less than a fifth of a pixel from the line through those that are kept.
+/// Of hundreds of points of a fit a few dozen are left, and each costs a joint of the wide pen.
+QPolygonF simplified(const QPolygonF& line);
 
 /// Draws a polyline of values that is visible on light and on dark pixels.
 void paintValues(QPainter& painter, const PlotMapping& mapping, const QList<QPointF>& values, const QColor& color,

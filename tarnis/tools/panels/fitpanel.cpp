@@ -249,34 +249,43 @@ void FitPanel::fit()
     PlotSpectrum spectrum = m_data->spectrum();
     const bool isLive = m_data->followTimer.isActive();
     m_data->hasNewData = false;
-    m_data->run.start([this, spectrum = std::move(spectrum), setup = m_data->setup, isLive,
-                          time = QDateTime::currentDateTime(),
-                          from = isLive && m_data->hasGood ? m_data->shown : FitResult()] {
-        FitResult result = runFit(spectrum.data(), setup, from.status == FitStatus::Done ? &from : nullptr);
-        FitLines lines = linesOf(result, spectrum.data());
-        // The curve and the panel are painted in two passes of the event loop.
-        return BackgroundRun::Delivery([this, result = std::move(result), lines = std::move(lines), spectrum, time,
-                                           isLive] {
-            const bool isUsed = !isLive || !m_data->hasGood || result.acceptable;
-            if (isUsed)
-                m_data->curves.setLines(lines, false, result.acceptable);
-            m_data->run.continueLater([this, result, spectrum, time, isUsed] {
-                QString note;
-                if (isUsed)
-                    m_data->setShown(result, spectrum, time);
-                else
-                    note = tr("The last fit was not used: %1\nShown is the result of %2.")
-                               .arg(summaryOf(result, false), m_data->shownTime.toString(QStringLiteral("HH:mm:ss")));
-                showResult(note);
-                if (result.status != FitStatus::Refused) {
-                    m_data->history.add(time, result);
-                    showHistory();
-                }
-                Q_EMIT fitted();
-            });
+    m_data->run.start(
+        [this, spectrum = std::move(spectrum), setup = m_data->setup, isLive, time = QDateTime::currentDateTime(),
+            from = isLive && m_data->hasGood ? m_data->shown : FitResult()] {
+            FitResult result = runFit(spectrum.data(), setup, from.status == FitStatus::Done ? &from : nullptr);
+            FitLines lines = linesOf(result, spectrum.data());
+            return BackgroundRun::Delivery(
+                [this, result = std::move(result), lines = std::move(lines), spectrum, time, isLive] {
+                    const bool isUsed = !isLive || !m_data->hasGood || result.acceptable;
+                    if (isUsed)
+                        m_data->curves.setLines(lines, false, result.acceptable);
+                    m_data->run.continueLater(
+                        [this, result, spectrum, time, isUsed] { showFit(result, spectrum, time, isUsed); });
+                });
         });
-    });
     showMessage(isLive ? message() : tr("Fitting..."), true);
+}
+
+// The curve, the table and the rest of the panel are painted in three passes of the event loop: none of them holds it
+// for long.
+void FitPanel::showFit(const FitResult& result, const PlotSpectrum& spectrum, const QDateTime& time, bool isUsed)
+{
+    QString note;
+    if (isUsed) {
+        m_data->setShown(result, spectrum, time);
+        showParameters();
+    } else {
+        note = tr("The last fit was not used: %1\nShown is the result of %2.")
+                   .arg(summaryOf(result, false), m_data->shownTime.toString(QStringLiteral("HH:mm:ss")));
+    }
+    m_data->run.continueLater([this, result, time, note] {
+        showGoodness(note);
+        if (result.status != FitStatus::Refused) {
+            m_data->history.add(time, result);
+            showHistory();
+        }
+        Q_EMIT fitted();
+    });
 }
 
 void FitPanel::clear()
@@ -299,18 +308,30 @@ void FitPanel::clear()
 
 void FitPanel::showResult(const QString& note)
 {
-    const FitResult& result = m_data->shown;
-    const BinnedData bins = m_data->shownData.data();
     if (m_data->isGuess)
-        m_data->curves.setLines(linesOf(result, bins), true, true);
+        m_data->curves.setLines(linesOf(m_data->shown, m_data->shownData.data()), true, true);
     m_data->curves.setRange(m_data->setup.range);
+    showParameters();
+    showGoodness(note);
+}
+
+void FitPanel::showParameters()
+{
+    const FitResult& result = m_data->shown;
     const PlotCalibration* const applied = plot() != nullptr ? PlotCalibration::of(*plot()) : nullptr;
     // Below a calibrated axis the fit stays in channels.
     m_data->parameters.setUnit(unitOfAxis(plot() != nullptr && applied == nullptr ? plot()->getNameX() : QString()));
     m_data->parameters.setResult(result, m_data->isGuess,
         applied != nullptr ? energiesOf(result, applied->calibration()) : std::vector<DerivedQuantity>());
+}
+
+void FitPanel::showGoodness(const QString& note)
+{
+    const FitResult& result = m_data->shown;
+    const BinnedData bins = m_data->shownData.data();
     std::vector<StripPoint> points;
     const std::vector<double> residuals = residualsOf(bins, result);
+    points.reserve(residuals.size());
     for (std::size_t i = 0; i < residuals.size(); ++i)
         points.push_back({ bins.centre(result.first + i), residuals[i], 0.0, false });
     m_data->controls.residuals->setPoints(std::move(points));

@@ -37,6 +37,24 @@ QString shownText(const FitResult& result, const QString& name)
 
 void FitPanel::connectControls()
 {
+    connectModel();
+    connectActions();
+    connectPages();
+}
+
+// While only one limit has been typed, they can be in the wrong order.
+bool FitPanel::checkRange()
+{
+    const FitControls& controls = m_data->controls;
+    const bool isOrdered = controls.lower->value() < controls.upper->value();
+    const bool isUntouched = controls.lower->value() == range().min && controls.upper->value() == range().max;
+    if (!isOrdered && !isUntouched)
+        showMessage(tr("The range must end above its start."), false);
+    return isOrdered || isUntouched;
+}
+
+void FitPanel::connectModel()
+{
     FitControls& controls = m_data->controls;
     const auto picks = [this](PlotPicker::Mode mode) {
         return [this, mode](bool on) {
@@ -46,16 +64,8 @@ void FitPanel::connectControls()
     };
     connect(controls.pickRange, &QToolButton::toggled, this, picks(PlotPicker::Mode::Range));
     connect(controls.pickPeaks, &QToolButton::toggled, this, picks(PlotPicker::Mode::Places));
-    // While only one limit has been typed, they can be in the wrong order.
-    const auto isRange = [this, &controls] {
-        const bool isOrdered = controls.lower->value() < controls.upper->value();
-        const bool isUntouched = controls.lower->value() == range().min && controls.upper->value() == range().max;
-        if (!isOrdered && !isUntouched)
-            showMessage(tr("The range must end above its start."), false);
-        return isOrdered || isUntouched;
-    };
-    const auto onRange = [this, isRange, &controls] {
-        if (!m_data->isFilling && isRange())
+    const auto onRange = [this, &controls] {
+        if (!m_data->isFilling && checkRange())
             setRange(controls.lower->value(), controls.upper->value());
     };
     connect(controls.lower, &QDoubleSpinBox::valueChanged, this, onRange);
@@ -67,8 +77,13 @@ void FitPanel::connectControls()
         connect(box, &QComboBox::activated, this, onModel);
     for (QCheckBox* box : { controls.ownWidths, controls.step })
         connect(box, &QCheckBox::toggled, this, onModel);
-    connect(controls.guess, &QPushButton::clicked, this, [this, isRange] {
-        if (!isRange())
+}
+
+void FitPanel::connectActions()
+{
+    FitControls& controls = m_data->controls;
+    connect(controls.guess, &QPushButton::clicked, this, [this] {
+        if (!checkRange())
             return;
         // "Guess" starts from the data again: entered values are dropped, bounds and ties are kept.
         for (FitConstraint& constraint : m_data->setup.model.constraints) {
@@ -77,8 +92,8 @@ void FitPanel::connectControls()
         }
         guess();
     });
-    connect(controls.fit, &QPushButton::clicked, this, [this, isRange] {
-        if (isRange())
+    connect(controls.fit, &QPushButton::clicked, this, [this] {
+        if (checkRange())
             fit();
     });
     connect(controls.clear, &QPushButton::clicked, this, &FitPanel::clear);
@@ -94,6 +109,11 @@ void FitPanel::connectControls()
         if (m_data->hasNewData && !isRunning())
             fit();
     });
+}
+
+void FitPanel::connectPages()
+{
+    FitControls& controls = m_data->controls;
     connect(controls.trendOf, &QComboBox::currentIndexChanged, this, [this] { showTrend(); });
     const auto text = [this, &controls] {
         return controls.pages->currentIndex() == parametersPage ? table() : historyTable();
