@@ -19,6 +19,7 @@ from dataclasses import dataclass, field
 from pathlib import Path
 
 DEFAULT_LIST = Path(__file__).with_name("mutations.txt")
+VARIANT = re.compile(r"(_[\d.]+|_painter)+$")  # of a program that runs again at a pixel ratio or on another road
 TEST_TIMEOUT_S = 240  # a fault may let a test wait for ever
 
 
@@ -66,6 +67,12 @@ def mutated_text(text, mutation):
     return text.replace(mutation.original, mutation.mutated)
 
 
+def program_of(name):
+    """The program of a test, below the folder of the tests."""
+    folder, test = VARIANT.sub("", name).split(".")
+    return Path(folder, f"tst_{test}")
+
+
 class Tree:
     """A checkout with its build."""
 
@@ -85,8 +92,7 @@ class Tree:
 
     def _program(self, name):
         """Where the build puts the test's program; CTest does not say so before it is built."""
-        folder, test = name.split(".")
-        return self.build / "tests" / folder / f"tst_{test}"
+        return self.build / "tests" / program_of(name)
 
     def _borrowed(self, name):
         """The program of --programs for this test, if it loads the shared libraries."""

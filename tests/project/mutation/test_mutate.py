@@ -50,5 +50,13 @@ class MutatedText(unittest.TestCase):
                 mutate.mutated_text(text, self.fault)
 
 
+class ProgramOf(unittest.TestCase):
+    def test_leaves_out_the_variant(self):
+        for name in ("plots.hidpi", "plots.hidpi_1.5", "plots.hidpi_2", "plots.hidpi_1.5_painter"):
+            with self.subTest(name):
+                self.assertEqual(mutate.program_of(name), Path("plots/tst_hidpi"))
+        self.assertEqual(mutate.program_of("peak.mpfit_nist"), Path("peak/tst_mpfit_nist"))
+
+
 if __name__ == "__main__":
     unittest.main()
