@@ -19,6 +19,7 @@
 #include "windows/openwindows.h"
 
 #include <QAction>
+#include <QDialogButtonBox>
 #include <QHeaderView>
 #include <QLabel>
 #include <QPushButton>
@@ -133,6 +134,20 @@ private Q_SLOTS:
         setLimit(*window, 1 << 30);
         server.open("hung");
         TRY_VERIFY(!ageOf(*window).contains(QStringLiteral("waits")));
+    }
+
+    void statisticsCanBeSavedWhenThereAreSome()
+    {
+        LiveServer server;
+        ConsoleFixture fixture(server);
+        server.answer("stat", { Step::hold("statistics"), Step::text("OK:\nevents: 1\n") });
+        const auto* const window = fixture.find("statistics");
+        const auto* const save = window->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Save);
+        QVERIFY(!save->isEnabled());
+        QCOMPARE(save->toolTip(), "No data yet");
+        server.open("statistics");
+        TRY_VERIFY(save->isEnabled());
+        QCOMPARE(save->toolTip(), "Save to a file");
     }
 
     void reportsThatThereAreNoDataYet()

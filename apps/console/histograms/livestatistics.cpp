@@ -1,6 +1,7 @@
 // The table of statistics of livewindows.h.
 #include "histograms/livewindows.h"
 
+#include "app/availability.h"
 #include "server/servercontroller.h"
 #include "windows/window.h"
 
@@ -8,8 +9,10 @@
 #include <tarnis/server/tarnissession.h>
 
 #include <QBoxLayout>
+#include <QDialogButtonBox>
 #include <QEvent>
 #include <QHeaderView>
+#include <QPushButton>
 #include <QTableWidget>
 
 namespace console {
@@ -29,6 +32,7 @@ LiveStatistics::LiveStatistics(const WindowContext& context, const QString& titl
     }
     // The columns fill the table, without row numbers.
     table()->verticalHeader()->hide();
+    updateSaveButton();
     m_sinceResult.start();
     connect(&m_recovery, &SessionRecovery::lost, this, &LiveStatistics::onLost);
     connect(&m_recovery, &SessionRecovery::wanted, this, &LiveStatistics::resume);
@@ -42,6 +46,14 @@ void LiveStatistics::result(PTarnisCmd command, QByteArray const& payload)
     m_age.arrived();
     m_controller.readState(payload, m_sinceResult.restart());
     StatDialog::result(command, payload);
+    updateSaveButton();
+}
+
+void LiveStatistics::updateSaveButton()
+{
+    if (const auto* const buttons = findChild<QDialogButtonBox*>())
+        setAvailable(
+            buttons->button(QDialogButtonBox::Save), table()->rowCount() > 0, tr("Save to a file"), tr("No data yet"));
 }
 
 void LiveStatistics::error(int /*code*/, QString const& text)
@@ -52,6 +64,7 @@ void LiveStatistics::error(int /*code*/, QString const& text)
 void LiveStatistics::setTexts()
 {
     table()->setHorizontalHeaderLabels({ tr("Name"), tr("Value") });
+    updateSaveButton();
 }
 
 void LiveStatistics::changeEvent(QEvent* event)

@@ -139,6 +139,7 @@ public:
 protected:
     void changeEvent(QEvent* event) override;
     void setTexts();
+    void updateSaveButton(); ///< off without data
     void onLost();
     void resume();
 

@@ -1861,6 +1861,14 @@
         <source>Value</source>
         <translation>Wert</translation>
     </message>
+    <message>
+        <source>Save to a file</source>
+        <translation>In eine Datei sichern</translation>
+    </message>
+    <message>
+        <source>No data yet</source>
+        <translation>Noch keine Daten</translation>
+    </message>
 </context>
 <context>
     <name>console::LogTail</name>
