@@ -1,17 +1,15 @@
 #include "tarnis/plots/plothooks_p.h"
 
+#include "tarnis/plots/bandpicture_p.h"
 #include "tarnis/plots/colorbarwidget.h"
 #include "tarnis/plots/plotaccess_p.h"
 #include "tarnis/plots/plotmapping.h"
 #include "tarnis/plots/plotoverlay.h"
-#include "tarnis/plots/plotpixmap_p.h"
 #include "tarnis/plots/plotstyling_p.h"
 
 #include <QPainter>
 #include <QPointer>
 #include <QRubberBand>
-#include <QStyleOptionRubberBand>
-#include <QStylePainter>
 
 #include <algorithm>
 #include <utility>
@@ -51,12 +49,7 @@ bool PlotHooks::eventFilter(QObject* watched, QEvent* event)
     QRubberBand& band = PlotAccess::rubberBand(m_plot);
     if (watched != &band || event->type() != QEvent::Paint)
         return QObject::eventFilter(watched, event);
-    QStyleOptionRubberBand option;
-    option.initFrom(&band);
-    option.shape = band.shape();
-    option.opaque = false;
-    QStylePainter painter(&band);
-    paintInBands(painter, band.rect(), [&] { painter.drawControl(QStyle::CE_RubberBand, option); });
+    paintRubberBand(band);
     return true;
 }
 

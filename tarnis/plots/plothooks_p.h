@@ -84,7 +84,7 @@ public:
     bool hasReadOut() const { return m_readOuts > 0; }
     /// @}
 
-    /// Paints the rubber band of the plot, as it would do, but without the threads of the painter.
+    /// Paints the rubber band of the plot.
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:

@@ -9,6 +9,7 @@
 
 QT_BEGIN_NAMESPACE
 class QMenu;
+class QTimer;
 QT_END_NAMESPACE
 class VectorGraphWidget;
 class XY2DGraphWidget;
@@ -90,6 +91,7 @@ private:
     TARNIS_NO_EXPORT void fillMenu();
     TARNIS_NO_EXPORT void makePlot();
     TARNIS_NO_EXPORT void renew();
+    TARNIS_NO_EXPORT void showPending();
     TARNIS_NO_EXPORT void showValues(const PlotMapping& mapping);
     TARNIS_NO_EXPORT Shape shape(const PlotMapping& mapping) const;
     TARNIS_NO_EXPORT QRegion areaOf(const Shape& line, const QRect& frame) const;
@@ -110,6 +112,8 @@ private:
     QPointF m_wasTo;
     double m_wasWidth = 1.0;
     QPointer<VectorGraphWidget> m_plot;
+    QTimer* m_frame = nullptr; // runs for a frame after an update of the profile's plot
+    bool m_isFramePending = false; // m_values are not in the plot yet
     QMenu* m_menu = nullptr; // menu of the action
     QAction* m_switch = nullptr;
     QAction* m_menuAction = nullptr;

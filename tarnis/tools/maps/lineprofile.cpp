@@ -10,9 +10,12 @@
 
 #include <QFontMetrics>
 #include <QPainter>
+#include <QTimer>
 
 #include <algorithm>
+#include <chrono>
 #include <cmath>
+#include <utility>
 
 namespace tarnis {
 
@@ -23,6 +26,7 @@ constexpr double widestBand = 1e6; // bins
 constexpr double shareOfView = 0.1; // distance of a new line from either border, as a fraction of the view
 constexpr int sharpBand = 88; // rows; see paintInBands()
 const QSize plotSize(520, 260);
+constexpr std::chrono::milliseconds frameTime { 16 }; // between repaints of the profile while the line is dragged
 const QLatin1String startText("0");
 
 QPoint labelPlace(const QPointF& start)
@@ -80,6 +84,10 @@ void LineProfile::makePlot()
     m_plot->init(tr("Bin"), tr("Counts"), 1.0, 1.0, true, true);
     m_plot->setWindowTitle(tr("Profile"));
     m_plot->resize(plotSize);
+    m_frame = new QTimer(this);
+    m_frame->setInterval(frameTime);
+    m_frame->setSingleShot(true);
+    connect(m_frame, &QTimer::timeout, this, &LineProfile::showPending);
 }
 
 bool LineProfile::isOn() const
@@ -224,8 +232,19 @@ void LineProfile::renew()
         return;
     const ProfileBand band { toBins(mapping, m_from), toBins(mapping, m_to), m_width };
     m_values = profileAlong(PlotAccess::rows(*map()), band, static_cast<ProfileJoin>(m_join)).values;
-    showValues(mapping);
+    m_isFramePending = true;
+    if (m_grip == Grip::None || !m_frame->isActive())
+        showPending();
     Q_EMIT profileChanged();
+}
+
+/// Shows the values in the profile's plot. During a drag once in a frame: the plot is drawn as a whole.
+void LineProfile::showPending()
+{
+    if (!std::exchange(m_isFramePending, false) || plot() == nullptr)
+        return;
+    showValues(PlotMapping::of(*plot()));
+    m_frame->start();
 }
 
 void LineProfile::showValues(const PlotMapping& mapping)

@@ -207,6 +207,7 @@ void LineProfile::endDrag(bool cancel)
         return;
     m_grip = Grip::None;
     restoreCursor();
+    showPending();
     if (!cancel)
         return;
     m_width = m_wasWidth;
