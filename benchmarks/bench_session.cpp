@@ -2,7 +2,7 @@
 // idle sessions cost beside bare threads. Ratios are medians over pairs that are measured in turn.
 #include "replyserver.h"
 
-#include "support/fedsocket.h"
+#include "support/chunksocket.h"
 
 #include <tarnis/server/tarnissession.h>
 

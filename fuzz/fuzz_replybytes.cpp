@@ -4,7 +4,7 @@
 //     byte 1        length of the prompt, 0 to 7 (the byte modulo 8)
 //     prompt
 //     pieces        one byte of length (0: a wait that brings nothing), then so many bytes
-#include "support/fedsocket.h"
+#include "support/chunksocket.h"
 #include "support/replyoracle.h"
 
 #include <tarnis/server/tarnissession.h>

@@ -1,7 +1,7 @@
 #include "plotwidgets.h"
 
 #include "curvesplot.h"
-#include "plotlook.h"
+#include "figurestyle.h"
 
 #include <tarnis/plots/multivectorgraphwidget.h>
 #include <tarnis/plots/xy2dgraphwidget.h>

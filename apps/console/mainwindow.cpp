@@ -1,8 +1,8 @@
 #include "mainwindow.h"
 
-#include "app/availability.h"
 #include "app/colours.h"
 #include "app/columnscroll.h"
+#include "app/controlhelp.h"
 #include "app/keyboarddialog.h"
 #include "app/languagemenu.h"
 #include "command/commandpanel.h"
@@ -10,7 +10,7 @@
 #include "histograms/histogramwindowupdater.h"
 #include "histograms/serverhistograms.h"
 #include "notices/messagelist.h"
-#include "plots/plotlook.h"
+#include "plots/plottheme.h"
 #include "run/runcontrol.h"
 #include "run/runpanel.h"
 #include "saves/savedialog.h"

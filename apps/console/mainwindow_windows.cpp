@@ -1,7 +1,7 @@
 // The windows of the console: their menu, why they cannot be opened, and their layout.
 #include "mainwindow.h"
 
-#include "app/availability.h"
+#include "app/controlhelp.h"
 #include "command/commandpanel.h"
 #include "histograms/histogramchooser.h"
 #include "histograms/histogramwindowupdater.h"

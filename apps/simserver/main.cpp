@@ -1,5 +1,5 @@
 // tarnis-simserver: options, files, and the objects that make the server.
-#include "ending.h"
+#include "exitrequests.h"
 #include "options.h"
 #include "samples.h"
 #include "server.h"

@@ -3,7 +3,7 @@
 #include "tarnis/export/svgdevice_p.h"
 #include "tarnis/foundation/saving_p.h"
 #include "tarnis/plots/colorbarwidget.h"
-#include "tarnis/plots/mapcoloring_p.h"
+#include "tarnis/plots/mapcolouring_p.h"
 #include "tarnis/plots/multivectorgraphwidget.h"
 #include "tarnis/plots/plotaccess_p.h"
 #include "tarnis/plots/plotmapping.h"

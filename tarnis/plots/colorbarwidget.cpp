@@ -3,7 +3,7 @@
 #include "tarnis/foundation/helpers.h"
 #include "tarnis/plots/labelcache_p.h"
 #include "tarnis/plots/labeleditor_p.h"
-#include "tarnis/plots/math/colorbar_p.h"
+#include "tarnis/plots/math/colourbar_p.h"
 #include "tarnis/plots/math/floatcomparison_p.h"
 #include "tarnis/plots/plotpixmap_p.h"
 #include "tarnis/plots/plotstyling_p.h"

@@ -4,7 +4,7 @@
 #include "tarnis/plots/curvepaint_p.h"
 #include "tarnis/plots/math/bingeometry_p.h"
 #include "tarnis/plots/math/binvalues_p.h"
-#include "tarnis/plots/raster/colorscale_p.h"
+#include "tarnis/plots/raster/colourscale_p.h"
 
 namespace tarnis {
 

@@ -4,7 +4,7 @@
 
 #include "tarnis/plots/axisrange.h"
 #include "tarnis/plots/multivectorgraphwidget.h"
-#include "tarnis/plots/raster/colorscale_p.h"
+#include "tarnis/plots/raster/colourscale_p.h"
 #include "tarnis/plots/vectorgraphwidget.h"
 #include "tarnis/plots/xy2dgraphwidget.h"
 

@@ -1,10 +1,10 @@
-// Construction, data and the fit of the axes to it. The rest of the class: _paint (bins, crosses, layout), _color
+// Construction, data and the fit of the axes to it. The rest of the class: _paint (bins, crosses, layout), _colour
 // (scale and its controls), _mouse, _cut, _cutwindows, _roi, _files (images, CSV, printing).
 #include "tarnis/plots/xy2dgraphwidget.h"
 
 #include "tarnis/foundation/retranslator.h"
 #include "tarnis/plots/colorbarwidget.h"
-#include "tarnis/plots/mapcoloring_p.h"
+#include "tarnis/plots/mapcolouring_p.h"
 #include "tarnis/plots/math/floatcomparison_p.h"
 #include "tarnis/plots/xy2dgraphwidget_p.h"
 

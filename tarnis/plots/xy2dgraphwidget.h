@@ -74,7 +74,7 @@ public:
     /// Largest of the row maxima passed to setData(), at least 0.
     double getMaxValue();
 
-    // Colour scale - xy2dgraphwidget_color.cpp
+    // Colour scale - xy2dgraphwidget_colour.cpp
 
     /// Writes the value at the top of the scale to `maxZ`; returns whether the scale is automatic.
     bool getMaxZ(double& maxZ);

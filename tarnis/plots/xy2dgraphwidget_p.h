@@ -2,7 +2,7 @@
 #pragma once
 
 #include "tarnis/plots/math/projection_p.h"
-#include "tarnis/plots/raster/colorscale_p.h"
+#include "tarnis/plots/raster/colourscale_p.h"
 #include "tarnis/plots/raster/mappainter_p.h"
 #include "tarnis/plots/xy2dgraphwidget.h"
 
@@ -16,7 +16,7 @@ constexpr int besideAutoButton = 6;
 
 } // namespace tarnis
 
-/// The colours of the scale, its limits, and the menu of the colour bar - xy2dgraphwidget_color.cpp.
+/// The colours of the scale, its limits, and the menu of the colour bar - xy2dgraphwidget_colour.cpp.
 class TARNIS_NO_EXPORT XY2DGraphWidget::ColorControls {
 public:
     explicit ColorControls(XY2DGraphWidget& plot)

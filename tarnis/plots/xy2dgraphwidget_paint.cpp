@@ -3,7 +3,7 @@
 
 #include "tarnis/plots/colorbarwidget.h"
 #include "tarnis/plots/exactdrawing_p.h"
-#include "tarnis/plots/mapcoloring_p.h"
+#include "tarnis/plots/mapcolouring_p.h"
 #include "tarnis/plots/raster/devicepixels_p.h"
 #include "tarnis/plots/xy2dgraphwidget_p.h"
 

@@ -1,5 +1,5 @@
 // Fits: derivatives of the whole model, constraints, identities of the statistics, verdicts, bad input, random starts.
-#include "analysis/madespectra.h"
+#include "analysis/syntheticspectra.h"
 #include "referencedata.h"
 #include "support/cases.h"
 

@@ -1,5 +1,5 @@
 // What the fit of a spectrum refuses and reports: bad input, no peaks, random input.
-#include "analysis/madespectra.h"
+#include "analysis/syntheticspectra.h"
 #include "support/cases.h"
 #include "support/randomcases.h"
 

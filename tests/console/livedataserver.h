@@ -4,7 +4,7 @@
 #include "app/language.h"
 #include "console/consolefixture.h"
 #include "histograms/histogramchooser.h"
-#include "histograms/keptdata.h"
+#include "histograms/lastdatabar.h"
 #include "histograms/livewindows.h"
 #include "histograms/serverhistograms.h"
 #include "support/wait.h"

@@ -1,6 +1,6 @@
 // The console's language: chosen in the menu, by the option and by the desktop; changed while windows are open.
-#include "app/availability.h"
 #include "app/commandline.h"
+#include "app/controlhelp.h"
 #include "app/language.h"
 #include "mainwindow.h"
 #include "server/connectdialog.h"

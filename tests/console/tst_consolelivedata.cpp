@@ -3,7 +3,7 @@
 #include "console/consolefixture.h"
 #include "console/livedataserver.h"
 #include "histograms/histogramchooser.h"
-#include "histograms/keptdata.h"
+#include "histograms/lastdatabar.h"
 #include "histograms/livewindows.h"
 #include "support/cases.h"
 #include "support/wait.h"

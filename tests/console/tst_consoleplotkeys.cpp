@@ -2,7 +2,7 @@
 #include "app/language.h"
 #include "console/fullconsole.h"
 #include "support/cases.h"
-#include "support/menuhand.h"
+#include "support/menudriver.h"
 #include "support/wait.h"
 
 #include <tarnis/dialogs/graph1ddialog.h>

@@ -5,7 +5,7 @@
 #include "console/livedataserver.h"
 #include "console/windowlists.h"
 #include "histograms/histogramchooser.h"
-#include "histograms/keptdata.h"
+#include "histograms/lastdatabar.h"
 #include "histograms/livewindows.h"
 #include "histograms/serverhistograms.h"
 #include "support/cases.h"

@@ -1,7 +1,7 @@
 // Common code of the live window tests: payloads, and the session whose address a window copies.
 #pragma once
 
-#include "support/boxwatch.h"
+#include "support/messageboxwatcher.h"
 #include "support/scriptedserver.h"
 #include "support/wait.h"
 

@@ -1,8 +1,8 @@
 // The two choosers of paths on the server's side, against a scripted server.
 #include "dialogs/chooser.h"
 #include "dialogs/servertree.h"
-#include "support/boxwatch.h"
 #include "support/cases.h"
+#include "support/messageboxwatcher.h"
 #include "support/metamethods.h"
 #include "support/wait.h"
 

@@ -1,5 +1,5 @@
-#include "support/boxwatch.h"
 #include "support/cases.h"
+#include "support/messageboxwatcher.h"
 #include "support/metamethods.h"
 
 #include <tarnis/peak/peaksearchdialog.h>

@@ -4,7 +4,7 @@
 
 #include "support/cutoracle.h"
 #include "support/map2dprobe.h"
-#include "support/plothand.h"
+#include "support/plotmouse.h"
 #include "tarnis/plots/xyrangeinputdialog.h"
 
 #include <tarnis/plots/vectorgraphwidget.h>

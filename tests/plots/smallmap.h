@@ -1,9 +1,9 @@
 // A small map with round pixel coordinates.
 #pragma once
 
-#include "support/hugepictures.h"
 #include "support/map2dprobe.h"
-#include "support/plothand.h"
+#include "support/oversizedpictures.h"
+#include "support/plotmouse.h"
 
 #include <QToolTip>
 

@@ -1,9 +1,9 @@
 // The colour bar: interface and user input. Its pictures are compared in tst_mappicture.
 #include "support/cases.h"
-#include "support/hugepictures.h"
 #include "support/map2dprobe.h"
 #include "support/metamethods.h"
-#include "support/plothand.h"
+#include "support/oversizedpictures.h"
+#include "support/plotmouse.h"
 #include "support/wait.h"
 
 #include <tarnis/foundation/helpers.h>

@@ -2,7 +2,7 @@
 #include "plots/multiseries.h"
 #include "support/curveprobe.h"
 #include "support/pictures.h"
-#include "support/plothand.h"
+#include "support/plotmouse.h"
 #include "support/wait.h"
 
 #include <tarnis/plots/multivectorgraphwidget.h>

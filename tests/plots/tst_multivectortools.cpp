@@ -3,7 +3,7 @@
 #include "support/curveprobe.h"
 #include "support/modalwatchdog.h"
 #include "support/pictures.h"
-#include "support/plothand.h"
+#include "support/plotmouse.h"
 #include "support/wait.h"
 
 #include <tarnis/dialogs/selectcheckeddialog.h>

@@ -4,7 +4,7 @@
 #include "support/metamethods.h"
 #include "support/modalwatchdog.h"
 #include "support/pictures.h"
-#include "support/plothand.h"
+#include "support/plotmouse.h"
 #include "support/virtualorder.h"
 #include "support/wait.h"
 

@@ -1,9 +1,9 @@
 // Output of the 2D plot: the read-out under the mouse, the menu of the colour bar, images, CSV, pages.
 #include "plots/smallmap.h"
-#include "support/hugepictures.h"
 #include "support/map2dprobe.h"
 #include "support/modalwatchdog.h"
-#include "support/plothand.h"
+#include "support/oversizedpictures.h"
+#include "support/plotmouse.h"
 #include "support/wait.h"
 
 #include <tarnis/foundation/helpers.h>

@@ -1,8 +1,8 @@
 // Printed maps and cuts.
 #include "plots/smallmap.h"
-#include "support/hugepictures.h"
 #include "support/map2dprobe.h"
 #include "support/modalwatchdog.h"
+#include "support/oversizedpictures.h"
 #include "support/recordingprinter.h"
 
 #include <tarnis/foundation/helpers.h>

@@ -1,6 +1,6 @@
 // The selection of regions on the plot: the tool and its states, rubber bands, the window beside the plot, the signals.
 #include "support/map2dprobe.h"
-#include "support/plothand.h"
+#include "support/plotmouse.h"
 
 #include <tarnis/plots/viewselectedroi.h>
 

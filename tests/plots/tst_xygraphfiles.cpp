@@ -2,7 +2,7 @@
 #include "support/cases.h"
 #include "support/frameprobe.h"
 #include "support/modalwatchdog.h"
-#include "support/plothand.h"
+#include "support/plotmouse.h"
 #include "support/recordingprinter.h"
 
 #include <tarnis/foundation/helpers.h>

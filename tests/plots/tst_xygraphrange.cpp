@@ -1,7 +1,7 @@
 // Selecting an X range: the two menu entries, the floating box, the lines on the plot, the signals and the log.
 #include "support/frameprobe.h"
 #include "support/logfile.h"
-#include "support/plothand.h"
+#include "support/plotmouse.h"
 #include "support/wait.h"
 #include "tarnis/plots/xrangeinputdialog.h"
 

@@ -2,7 +2,7 @@
 #include "plots/toolframe.h"
 #include "support/cases.h"
 #include "support/frameprobe.h"
-#include "support/plothand.h"
+#include "support/plotmouse.h"
 #include "support/wait.h"
 
 #include <QMouseEvent>

@@ -1,6 +1,6 @@
 // The two readers of a session, iteration by iteration, on a socket whose waits deliver bytes defined by the test.
 #include "support/cases.h"
-#include "support/fedsocket.h"
+#include "support/chunksocket.h"
 #include "support/logfile.h"
 #include "support/replyoracle.h"
 #include "support/support.h"

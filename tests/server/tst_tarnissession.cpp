@@ -2,8 +2,8 @@
 #include "sessionclient.h"
 #include "support/cases.h"
 
-#include "support/boxwatch.h"
 #include "support/logfile.h"
+#include "support/messageboxwatcher.h"
 #include "support/metamethods.h"
 #include "support/virtualorder.h"
 #include "support/wait.h"

@@ -1,5 +1,5 @@
 // Requests from fragmented bytes, and the text functions.
-#include "ending.h"
+#include "exitrequests.h"
 #include "requests.h"
 #include "support/cases.h"
 #include "support/support.h"

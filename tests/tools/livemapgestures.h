@@ -1,7 +1,7 @@
 // Mouse gestures on a map whose rows arrive, while a tool comes and goes.
 #pragma once
 
-#include "support/plothand.h"
+#include "support/plotmouse.h"
 #include "support/randomcases.h"
 #include "support/shownplot.h"
 

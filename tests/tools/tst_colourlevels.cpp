@@ -1,7 +1,7 @@
 // Colour maps of one map and of all, and the strip with the limits of the colours.
 #include "support/map2dprobe.h"
 #include "support/pictures.h"
-#include "support/plothand.h"
+#include "support/plotmouse.h"
 #include "support/randomcases.h"
 #include "support/support.h"
 #include "support/wait.h"

@@ -1,7 +1,7 @@
 // The line profile: values in data terms, drags, width, live data, the plot of the profile, stored views.
 #include "livemapgestures.h"
 #include "support/pictures.h"
-#include "support/plothand.h"
+#include "support/plotmouse.h"
 #include "support/randomcases.h"
 #include "support/shownplot.h"
 #include "support/support.h"

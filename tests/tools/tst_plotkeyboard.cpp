@@ -1,6 +1,6 @@
 // A plot by keyboard and for screen readers: the menu of the menu key, the way round the boxes, names and values.
 #include "support/cases.h"
-#include "support/menuhand.h"
+#include "support/menudriver.h"
 #include "support/support.h"
 #include "support/wait.h"
 

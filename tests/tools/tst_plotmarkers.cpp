@@ -1,7 +1,7 @@
 // Markers: names, drags, keys, bins, live data, tables and stored views.
 #include "support/contrast.h"
 #include "support/pictures.h"
-#include "support/plothand.h"
+#include "support/plotmouse.h"
 #include "support/randomcases.h"
 #include "support/shownplot.h"
 #include "support/support.h"

@@ -1,7 +1,7 @@
 // The ruler: distances, ratio, sums, ends that stick to the data, drags, keys and tables.
 #include "livemapgestures.h"
 #include "support/pictures.h"
-#include "support/plothand.h"
+#include "support/plotmouse.h"
 #include "support/randomcases.h"
 #include "support/shownplot.h"
 #include "support/support.h"

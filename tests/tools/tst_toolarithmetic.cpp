@@ -4,7 +4,7 @@
 #include "support/support.h"
 #include "tarnis/plots/math/sampleblocks_p.h"
 #include "tarnis/tools/base/blocksums_p.h"
-#include "tarnis/tools/base/labelplace_p.h"
+#include "tarnis/tools/base/labelplacement_p.h"
 #include "tarnis/tools/cursors/nearestcurve_p.h"
 #include "tarnis/tools/curves/counterrors_p.h"
 #include "tarnis/tools/curves/envelope_p.h"

@@ -1,6 +1,6 @@
 #include "browse/chooserguide.h"
 
-#include "app/availability.h"
+#include "app/controlhelp.h"
 
 #include <tarnis/foundation/messagelabel.h>
 

@@ -1,6 +1,6 @@
 #include "browse/runswindow.h"
 
-#include "app/availability.h"
+#include "app/controlhelp.h"
 #include "browse/pathwindows.h"
 #include "command/commandpanel.h"
 #include "server/commandchannel.h"

@@ -1,6 +1,6 @@
 #include "browse/servertext.h"
 
-#include "app/availability.h"
+#include "app/controlhelp.h"
 #include "browse/pathwindows.h"
 #include "server/commandchannel.h"
 #include "server/replytext.h"

@@ -1,8 +1,8 @@
 #include "command/commandpanel.h"
 
-#include "app/availability.h"
+#include "app/controlhelp.h"
+#include "command/filesender.h"
 #include "command/history.h"
-#include "command/uploader.h"
 #include "server/replytext.h"
 #include "server/servercontroller.h"
 #include "ui_commandpanel.h"

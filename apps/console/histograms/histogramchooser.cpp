@@ -1,6 +1,6 @@
 #include "histograms/histogramchooser.h"
 
-#include "app/availability.h"
+#include "app/controlhelp.h"
 #include "histograms/histogramwindowupdater.h"
 #include "histograms/serverhistograms.h"
 #include "server/commandchannel.h"

@@ -1,7 +1,7 @@
 #include "histograms/livewindows.h"
 
-#include "app/availability.h"
-#include "histograms/keptdata.h"
+#include "app/controlhelp.h"
+#include "histograms/lastdatabar.h"
 #include "histograms/rowcaption.h"
 #include "saves/savereports.h"
 #include "server/replytext.h"

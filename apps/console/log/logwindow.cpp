@@ -1,6 +1,6 @@
 #include "log/logwindow.h"
 
-#include "app/availability.h"
+#include "app/controlhelp.h"
 #include "server/replytext.h"
 #include "ui_logwindow.h"
 

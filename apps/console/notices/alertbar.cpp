@@ -1,7 +1,7 @@
 #include "notices/alertbar.h"
 
-#include "app/availability.h"
 #include "app/colours.h"
+#include "app/controlhelp.h"
 #include "ui_alertbar.h"
 
 #include <QAccessible>

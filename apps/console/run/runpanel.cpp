@@ -1,6 +1,6 @@
 #include "run/runpanel.h"
 
-#include "app/availability.h"
+#include "app/controlhelp.h"
 #include "app/flowlayout.h"
 #include "run/runcontrol.h"
 #include "server/servercontroller.h"

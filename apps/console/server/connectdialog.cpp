@@ -1,6 +1,6 @@
 #include "server/connectdialog.h"
 
-#include "app/availability.h"
+#include "app/controlhelp.h"
 #include "server/servercontroller.h"
 #include "ui_connectdialog.h"
 

@@ -1,6 +1,6 @@
 #include "settings/addsettingdialog.h"
 
-#include "app/availability.h"
+#include "app/controlhelp.h"
 #include "settings/settingsmodel.h"
 #include "ui_addsettingdialog.h"
 

@@ -1,6 +1,6 @@
 #include "settings/settingspanel.h"
 
-#include "app/availability.h"
+#include "app/controlhelp.h"
 #include "server/replytext.h"
 #include "server/servercontroller.h"
 #include "settings/addsettingdialog.h"

@@ -1,6 +1,6 @@
 #include "tables/ratewindow.h"
 
-#include "app/availability.h"
+#include "app/controlhelp.h"
 #include "histograms/dataage.h"
 #include "server/replytext.h"
 #include "server/servercontroller.h"

@@ -1,6 +1,6 @@
 #include "tables/snapshotwindow.h"
 
-#include "app/availability.h"
+#include "app/controlhelp.h"
 #include "server/commandchannel.h"
 #include "server/replytext.h"
 #include "server/servercontroller.h"

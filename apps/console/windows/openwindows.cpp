@@ -1,11 +1,11 @@
 #include "windows/openwindows.h"
 
 #include "plots/boxplacer.h"
-#include "plots/plotlook.h"
+#include "plots/plottheme.h"
 #include "plots/plottools.h"
 #include "screen/placement.h"
 #include "screen/windowframe.h"
-#include "windows/hiddenwhilemade.h"
+#include "windows/hiddencreation.h"
 #include <tarnis/foundation/retranslator.h>
 
 #include <tarnis/dialogs/graph1ddialog.h>

@@ -1,6 +1,6 @@
 #include "windows/tooltips.h"
 
-#include "app/availability.h"
+#include "app/controlhelp.h"
 
 #include <tarnis/plots/xy2dgraphwidget.h>
 

@@ -1,7 +1,7 @@
 // Converts bins to pixels. Pure functions on arrays.
 #pragma once
 
-#include "tarnis/plots/raster/colorscale_p.h"
+#include "tarnis/plots/raster/colourscale_p.h"
 
 #include <QList>
 

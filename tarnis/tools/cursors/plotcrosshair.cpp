@@ -4,10 +4,10 @@
 #include "tarnis/plots/plotstyling_p.h"
 #include "tarnis/plots/xy2dgraphwidget.h"
 #include "tarnis/plots/xygraphwidget.h"
-#include "tarnis/tools/base/labelplace_p.h"
+#include "tarnis/tools/base/labelplacement_p.h"
 #include "tarnis/tools/base/plotcurves_p.h"
 #include "tarnis/tools/base/plotlabel_p.h"
-#include "tarnis/tools/base/plotplaces_p.h"
+#include "tarnis/tools/base/plotpositions_p.h"
 #include "tarnis/tools/base/plotreadout_p.h"
 #include "tarnis/tools/plotruler.h"
 

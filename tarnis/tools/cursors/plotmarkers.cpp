@@ -4,7 +4,7 @@
 #include "tarnis/plots/plotmapping.h"
 #include "tarnis/plots/xy2dgraphwidget.h"
 #include "tarnis/tools/base/plotcurves_p.h"
-#include "tarnis/tools/base/plotplaces_p.h"
+#include "tarnis/tools/base/plotpositions_p.h"
 #include "tarnis/tools/base/plotreadout_p.h"
 
 #include <QAction>

@@ -5,7 +5,7 @@
 #include "tarnis/plots/xygraphwidget.h"
 #include "tarnis/tools/base/plotcurves_p.h"
 #include "tarnis/tools/base/plotlabel_p.h"
-#include "tarnis/tools/base/plotplaces_p.h"
+#include "tarnis/tools/base/plotpositions_p.h"
 #include "tarnis/tools/base/plotreadout_p.h"
 #include "tarnis/tools/base/toolaction_p.h"
 

@@ -3,10 +3,10 @@
 #include "tarnis/plots/plotaccess_p.h"
 #include "tarnis/plots/plotmapping.h"
 #include "tarnis/tools/base/blocksums_p.h"
-#include "tarnis/tools/base/labelplace_p.h"
+#include "tarnis/tools/base/labelplacement_p.h"
 #include "tarnis/tools/base/plotcurves_p.h"
 #include "tarnis/tools/base/plotlabel_p.h"
-#include "tarnis/tools/base/plotplaces_p.h"
+#include "tarnis/tools/base/plotpositions_p.h"
 #include "tarnis/tools/base/plotreadout_p.h"
 #include "tarnis/tools/cursors/rulerreading_p.h"
 

@@ -1,7 +1,7 @@
 // The actions and the stored state of the ruler.
 #include "tarnis/tools/plotruler.h"
 
-#include "tarnis/tools/base/plotplaces_p.h"
+#include "tarnis/tools/base/plotpositions_p.h"
 #include "tarnis/tools/base/toolaction_p.h"
 
 #include <QPainter>

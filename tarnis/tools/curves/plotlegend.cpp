@@ -8,7 +8,7 @@
 #include "tarnis/plots/plotpixmap_p.h"
 #include "tarnis/plots/plotstyling_p.h"
 #include "tarnis/tools/base/toolaction_p.h"
-#include "tarnis/tools/curves/legendplace_p.h"
+#include "tarnis/tools/curves/legendplacement_p.h"
 #include "tarnis/tools/plotnavigator.h"
 
 #include <QFontInfo>

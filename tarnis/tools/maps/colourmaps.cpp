@@ -1,7 +1,7 @@
 #include "tarnis/tools/colourmaps.h"
 
 #include "tarnis/plots/colorbarwidget.h"
-#include "tarnis/plots/mapcoloring_p.h"
+#include "tarnis/plots/mapcolouring_p.h"
 #include "tarnis/plots/plotaccess_p.h"
 
 #include <QApplication>

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "tarnis/plots/axisrange.h"
-#include "tarnis/plots/raster/colorscale_p.h"
+#include "tarnis/plots/raster/colourscale_p.h"
 
 #include <QList>
 

@@ -4,7 +4,7 @@
 #include "tarnis/plots/plotpixmap_p.h"
 #include "tarnis/tools/base/deviceimage_p.h"
 #include "tarnis/tools/base/plotlabel_p.h"
-#include "tarnis/tools/base/plotplaces_p.h"
+#include "tarnis/tools/base/plotpositions_p.h"
 #include "tarnis/tools/maps/lineprofile_p.h"
 #include "tarnis/tools/plotstyle.h"
 

@@ -1,7 +1,7 @@
 // Mouse, keys, actions and stored views of the line profile.
 #include "tarnis/plots/plotaccess_p.h"
 #include "tarnis/tools/base/plotlabel_p.h"
-#include "tarnis/tools/base/plotplaces_p.h"
+#include "tarnis/tools/base/plotpositions_p.h"
 #include "tarnis/tools/base/toolaction_p.h"
 #include "tarnis/tools/maps/lineprofile_p.h"
 

@@ -460,4 +460,4 @@ private Q_SLOTS:
 };
 
 QTEST_MAIN(TestToolsCalm)
-#include "tst_toolscalm.moc"
+#include "tst_alltools.moc"

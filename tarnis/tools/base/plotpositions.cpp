@@ -1,4 +1,4 @@
-#include "tarnis/tools/base/plotplaces_p.h"
+#include "tarnis/tools/base/plotpositions_p.h"
 
 #include "tarnis/tools/base/plotcurves_p.h"
 

@@ -406,4 +406,4 @@ private Q_SLOTS:
 };
 
 QTEST_APPLESS_MAIN(TestColorScale)
-#include "tst_colorscale.moc"
+#include "tst_colourscale.moc"

@@ -1,4 +1,4 @@
-#include "plots/leavetool.h"
+#include "plots/escapekey.h"
 
 #include "plots/boxplacer.h"
 #include "plots/plottools.h"

@@ -1,4 +1,4 @@
-#include "plots/plotlook.h"
+#include "plots/plottheme.h"
 
 #include "app/colours.h"
 

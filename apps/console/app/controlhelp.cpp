@@ -1,4 +1,4 @@
-#include "app/availability.h"
+#include "app/controlhelp.h"
 
 #include <QAbstractButton>
 #include <QAction>

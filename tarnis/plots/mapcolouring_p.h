@@ -2,7 +2,7 @@
 #pragma once
 
 #include "tarnis/plots/math/binreduction_p.h"
-#include "tarnis/plots/raster/colorscale_p.h"
+#include "tarnis/plots/raster/colourscale_p.h"
 
 #include <optional>
 

@@ -1,4 +1,4 @@
-#include "histograms/keptdata.h"
+#include "histograms/lastdatabar.h"
 
 #include "server/servercontroller.h"
 

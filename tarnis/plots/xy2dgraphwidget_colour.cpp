@@ -3,7 +3,7 @@
 
 #include "tarnis/foundation/modalbox_p.h"
 #include "tarnis/plots/colorbarwidget.h"
-#include "tarnis/plots/mapcoloring_p.h"
+#include "tarnis/plots/mapcolouring_p.h"
 #include "tarnis/plots/math/binvalues_p.h"
 #include "tarnis/plots/math/floatcomparison_p.h"
 #include "tarnis/plots/plotaccess_p.h"

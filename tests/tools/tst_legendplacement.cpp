@@ -2,7 +2,7 @@
 #include "support/support.h"
 #include "support/wait.h"
 
-#include "tarnis/tools/curves/legendplace_p.h"
+#include "tarnis/tools/curves/legendplacement_p.h"
 
 #include <tarnis/plots/multivectorgraphwidget.h>
 #include <tarnis/plots/plotmapping.h>
@@ -118,4 +118,4 @@ private:
 };
 
 QTEST_MAIN(TestLegendPlace)
-#include "tst_legendplace.moc"
+#include "tst_legendplacement.moc"

@@ -5,7 +5,7 @@
 // - diverging: by the algorithm of K. Moreland, "Diverging Color Maps for Scientific Visualization" (2009), from
 //   (59, 76, 192) to (180, 4, 38)
 // The published fractions are rounded to whole channels.
-#include "tarnis/plots/raster/colortables_p.h"
+#include "tarnis/plots/raster/colourtables_p.h"
 
 #include <string_view>
 

@@ -1,4 +1,4 @@
-#include "windows/hiddenwhilemade.h"
+#include "windows/hiddencreation.h"
 
 #include <tarnis/dialogs/namevaluelistdialog.h>
 

@@ -1,4 +1,4 @@
-#include "tarnis/tools/base/labelplace_p.h"
+#include "tarnis/tools/base/labelplacement_p.h"
 
 #include <QFontMetrics>
 #include <QStringList>

@@ -1,4 +1,4 @@
-#include "tarnis/plots/raster/colorscale_p.h"
+#include "tarnis/plots/raster/colourscale_p.h"
 
 #include "tarnis/plots/math/axisticks_p.h"
 

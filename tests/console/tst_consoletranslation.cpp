@@ -338,4 +338,4 @@ private Q_SLOTS:
 };
 
 QTEST_MAIN(TestConsoleWords)
-#include "tst_consolewords.moc"
+#include "tst_consoletranslation.moc"

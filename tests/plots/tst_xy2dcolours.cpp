@@ -2,7 +2,7 @@
 #include "support/cases.h"
 #include "support/map2dprobe.h"
 #include "support/modalwatchdog.h"
-#include "support/plothand.h"
+#include "support/plotmouse.h"
 #include "support/support.h"
 
 #include <QColorDialog>
@@ -426,4 +426,4 @@ private Q_SLOTS:
 };
 
 QTEST_MAIN(TestXY2DColors)
-#include "tst_xy2dcolors.moc"
+#include "tst_xy2dcolours.moc"

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "tarnis/plots/raster/bincolouring_avx2_p.h"
-#include "tarnis/plots/raster/colortables_p.h"
+#include "tarnis/plots/raster/colourtables_p.h"
 
 #include <QColor>
 

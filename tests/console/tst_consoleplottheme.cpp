@@ -1,6 +1,6 @@
 // The look of plots: on open and new plots, stored, and following the window's colours.
 #include "app/colours.h"
-#include "plots/plotlook.h"
+#include "plots/plottheme.h"
 #include "support/wait.h"
 
 #include <tarnis/plots/vectorgraphwidget.h>
@@ -99,4 +99,4 @@ private Q_SLOTS:
 };
 
 QTEST_MAIN(TestConsoleLook)
-#include "tst_consolelook.moc"
+#include "tst_consoleplottheme.moc"

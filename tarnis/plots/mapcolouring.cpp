@@ -1,4 +1,4 @@
-#include "tarnis/plots/mapcoloring_p.h"
+#include "tarnis/plots/mapcolouring_p.h"
 
 namespace tarnis {
 

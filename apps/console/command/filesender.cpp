@@ -1,4 +1,4 @@
-#include "command/uploader.h"
+#include "command/filesender.h"
 
 #include "server/replytext.h"
 #include "server/servercontroller.h"

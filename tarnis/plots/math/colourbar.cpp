@@ -1,4 +1,4 @@
-#include "tarnis/plots/math/colorbar_p.h"
+#include "tarnis/plots/math/colourbar_p.h"
 
 #include <algorithm>
 #include <cmath>

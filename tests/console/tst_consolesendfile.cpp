@@ -194,4 +194,4 @@ private Q_SLOTS:
 };
 
 QTEST_MAIN(TestConsoleUpload)
-#include "tst_consoleupload.moc"
+#include "tst_consolesendfile.moc"

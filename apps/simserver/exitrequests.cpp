@@ -1,4 +1,4 @@
-#include "ending.h"
+#include "exitrequests.h"
 
 #include <array>
 #include <cerrno>

@@ -1,4 +1,4 @@
-#include "tarnis/tools/curves/legendplace_p.h"
+#include "tarnis/tools/curves/legendplacement_p.h"
 
 #include "tarnis/plots/plotmapping.h"
 

@@ -1,4 +1,4 @@
-#include "plotlook.h"
+#include "figurestyle.h"
 
 #include <algorithm>
 #include <cmath>
