@@ -219,7 +219,7 @@ void readText(benchmark::State& state)
     QByteArray buffer;
     for ([[maybe_unused]] auto _ : state) {
         state.PauseTiming();
-        auto socket = std::make_unique<tarnis::testing::FedSocket>(pieces);
+        auto socket = std::make_unique<tarnis::testing::ChunkSocket>(pieces);
         state.ResumeTiming();
         benchmark::DoNotOptimize(session.read(*socket, buffer, false));
         state.PauseTiming();

@@ -66,7 +66,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     while (!input.isEmpty())
         waits.append(input.take(input.number()));
 
-    FedSocket socket(waits);
+    ChunkSocket socket(waits);
     Reader reader(prompt);
     ReadOutcome& out = reader.outcome;
     out.complete = binary ? reader.readBinary(socket, out.buffer, out.text) : reader.read(socket, out.buffer, progress);

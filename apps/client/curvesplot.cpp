@@ -55,8 +55,8 @@ void drawCurve(QPainter& painter, const QPolygonF& line)
 
 } // namespace
 
-CurvesPlot::CurvesPlot(const std::vector<tarnis::Dataset>& spectra, CurvesLook look)
-    : m_look(std::move(look))
+CurvesPlot::CurvesPlot(const std::vector<tarnis::Dataset>& spectra, CurvesStyle style)
+    : m_style(std::move(style))
 {
     bool isFirst = true;
     for (const tarnis::Dataset& spectrum : spectra) {
@@ -69,7 +69,7 @@ CurvesPlot::CurvesPlot(const std::vector<tarnis::Dataset>& spectra, CurvesLook l
         for (qsizetype row = 0; row < spectrum.rows; ++row)
             addRow(spectrum, row, spectra.size() == 1, centres);
     }
-    if (m_look.residuals)
+    if (m_style.residuals)
         m_residuals = residualsOf(spectra.front());
 }
 
@@ -81,7 +81,7 @@ void CurvesPlot::addRow(
         const double value = spectrum.at(row, column);
         if (std::isfinite(value)) {
             noteValue(value);
-            if (m_look.residuals && row == 0)
+            if (m_style.residuals && row == 0)
                 noteValue(value + errorOfCount(value)); // its error bar
             curve.parts.back().append(QPointF(centres[static_cast<std::size_t>(column)], value));
         } else if (!curve.parts.back().isEmpty()) {
@@ -109,8 +109,8 @@ std::vector<QPointF> CurvesPlot::Curve::points() const
 
 QPen CurvesPlot::penOf(std::size_t curve) const
 {
-    const std::size_t count = m_look.colours.size();
-    QPen pen(m_look.colours[curve % count], m_look.lineWidth);
+    const std::size_t count = m_style.colours.size();
+    QPen pen(m_style.colours[curve % count], m_style.lineWidth);
     pen.setStyle(dashes[curve / count % dashes.size()]);
     pen.setJoinStyle(Qt::RoundJoin);
     pen.setCapStyle(Qt::RoundCap);
@@ -120,7 +120,7 @@ QPen CurvesPlot::penOf(std::size_t curve) const
 QFont CurvesPlot::textFont(const QPainter& painter) const
 {
     QFont font = painter.font();
-    font.setPixelSize(static_cast<int>(std::lround(QFontInfo(font).pixelSize() * m_look.growth)));
+    font.setPixelSize(static_cast<int>(std::lround(QFontInfo(font).pixelSize() * m_style.growth)));
     return font;
 }
 
@@ -131,20 +131,20 @@ void CurvesPlot::paint(QPainter& painter, QRect* rect)
     const QFont font = textFont(painter);
     std::vector<LegendEntry> entries;
     for (std::size_t i = 0; i < m_curves.size(); ++i)
-        entries.push_back({ m_curves[i].name, penOf(i), m_look.residuals && i == 0 });
+        entries.push_back({ m_curves[i].name, penOf(i), m_style.residuals && i == 0 });
     const CurveLegend legend(entries, font, whole.width(), static_cast<int>(whole.height() * legendShare));
-    const int strip = m_look.residuals ? static_cast<int>(whole.height() * stripShare) : 0;
+    const int strip = m_style.residuals ? static_cast<int>(whole.height() * stripShare) : 0;
     QRect above = whole.adjusted(0, 0, 0, -legend.height() - strip);
     XYGraphWidget::paint(painter, &above);
     const QRect below(QPoint(whole.left(), above.bottom() + 1), whole.bottomRight());
     painter.save();
     painter.setClipping(false);
-    painter.fillRect(below, m_look.surround);
+    painter.fillRect(below, m_style.surround);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setFont(font);
     if (strip > 0)
         paintStrip(painter, QRect(below.topLeft(), QSize(below.width(), strip)));
-    legend.paint(painter, QPoint(whole.left(), whole.bottom() + 1 - legend.height()), m_look.text);
+    legend.paint(painter, QPoint(whole.left(), whole.bottom() + 1 - legend.height()), m_style.text);
     painter.restore();
 }
 
@@ -158,7 +158,7 @@ void CurvesPlot::onPaint(QPainter& painter, QRect const& /*graph*/)
     painter.setBrush(Qt::NoBrush);
     for (std::size_t i = 0; i < m_curves.size(); ++i) {
         painter.setPen(penOf(i));
-        if (m_look.residuals && i == 0) {
+        if (m_style.residuals && i == 0) {
             paintCounts(painter, m_curves[i]);
             continue;
         }
@@ -175,7 +175,7 @@ void CurvesPlot::onPaint(QPainter& painter, QRect const& /*graph*/)
 void CurvesPlot::paintCounts(QPainter& painter, const Curve& curve) const
 {
     const tarnis::PlotMapping mapping = tarnis::PlotMapping::of(*this);
-    const double radius = markRadius * m_look.lineWidth;
+    const double radius = markRadius * m_style.lineWidth;
     for (const QPointF& point : curve.points()) {
         const double column = mapping.columnOf(point.x());
         const double error = errorOfCount(point.y());
@@ -199,12 +199,12 @@ void CurvesPlot::paintStrip(QPainter& painter, const QRect& room) const
     const QRect plot = mapping.frameRect();
     const QRect strip(plot.left(), room.top() + metrics.height() + 2, plot.width(),
         room.height() - metrics.height() - metrics.height() / 2);
-    painter.setPen(m_look.text);
+    painter.setPen(m_style.text);
     painter.drawText(QRect(plot.left(), room.top(), plot.width(), metrics.height()), Qt::AlignLeft | Qt::AlignVCenter,
         metrics.elidedText(QStringLiteral("Residuals in standard deviations"), Qt::ElideRight, plot.width()));
-    QColor grid = m_look.text;
+    QColor grid = m_style.text;
     grid.setAlpha(110);
-    paintResiduals(painter, strip, points, { m_look.text, grid, m_look.colours.front(), m_look.lineWidth });
+    paintResiduals(painter, strip, points, { m_style.text, grid, m_style.colours.front(), m_style.lineWidth });
 }
 
 } // namespace cli

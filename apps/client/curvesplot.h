@@ -13,7 +13,7 @@
 namespace cli {
 
 /// How curves are drawn.
-struct CurvesLook {
+struct CurvesStyle {
     std::vector<QColor> colours; ///< repeat after the last one, with another dash pattern
     QColor surround; ///< background of the legend
     QColor text;
@@ -26,7 +26,7 @@ struct CurvesLook {
 class CurvesPlot : public XYGraphWidget {
 public:
     /// Each spectrum has rows and columns.
-    CurvesPlot(const std::vector<tarnis::Dataset>& spectra, CurvesLook look);
+    CurvesPlot(const std::vector<tarnis::Dataset>& spectra, CurvesStyle style);
 
     double lowest() const { return m_lowest; } ///< lower end of all x axes
     double highest() const { return m_highest; } ///< upper end of all x axes
@@ -51,7 +51,7 @@ protected:
     QPen penOf(std::size_t curve) const;
     QFont textFont(const QPainter& painter) const;
 
-    CurvesLook m_look;
+    CurvesStyle m_style;
     std::vector<Curve> m_curves;
     std::vector<QPointF> m_residuals;
     double m_lowest = 0.0;

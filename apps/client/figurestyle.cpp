@@ -35,25 +35,25 @@ void applyTheme(XYGraphWidget& plot, const FigureOptions& options, const QString
     plot.setTitle(options.title);
 }
 
-CurvesLook curvesLook(const FigureOptions& options)
+CurvesStyle curvesStyle(const FigureOptions& options)
 {
-    CurvesLook look;
-    look.residuals = options.residuals;
+    CurvesStyle style;
+    style.residuals = options.residuals;
     if (!options.theme) {
         for (const QRgb colour : classicColours)
-            look.colours.emplace_back(colour);
-        look.surround = XYGraphWidget::m_backGroundColor;
-        look.text = Qt::white;
-        return look;
+            style.colours.emplace_back(colour);
+        style.surround = XYGraphWidget::m_backGroundColor;
+        style.text = Qt::white;
+        return style;
     }
     using Style = tarnis::PlotStyle;
-    for (int i = 0; i < Style::seriesColorCount(); ++i)
-        look.colours.push_back(Style::seriesColor(*options.theme, i));
-    look.surround = Style::backgroundColor(*options.theme);
-    look.text = Style::textColor(*options.theme);
-    look.growth = growthOf(options.size);
-    look.lineWidth = (*options.theme == Style::Theme::HighContrast ? 2.5 : 1.3) * look.growth;
-    return look;
+    for (int i = 0; i < Style::seriesColourCount(); ++i)
+        style.colours.push_back(Style::seriesColour(*options.theme, i));
+    style.surround = Style::backgroundColour(*options.theme);
+    style.text = Style::textColour(*options.theme);
+    style.growth = growthOf(options.size);
+    style.lineWidth = (*options.theme == Style::Theme::HighContrast ? 2.5 : 1.3) * style.growth;
+    return style;
 }
 
 Range<double> roomyRange(const CurvesPlot& curves, bool isLog)

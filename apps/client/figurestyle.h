@@ -1,4 +1,4 @@
-// The look of figures: theme, size of texts, colours.
+// The style of figures: theme, size of texts, colours.
 #pragma once
 
 #include "curvesplot.h"
@@ -6,12 +6,12 @@
 
 namespace cli {
 
-/// Attaches the theme with texts and lines scaled to the figure, and the title. The classic look has neither. `unitZ`
+/// Attaches the theme with texts and lines scaled to the figure, and the title. The classic theme has neither. `unitZ`
 /// is the name of a map's values.
 void applyTheme(XYGraphWidget& plot, const FigureOptions& options, const QString& unitZ = {});
 
 /// How several curves are drawn under the theme.
-CurvesLook curvesLook(const FigureOptions& options);
+CurvesStyle curvesStyle(const FigureOptions& options);
 
 /// The range of y of several curves: from 0 or the smallest value to slightly above the largest one; on a logarithmic
 /// axis from below the smallest positive value.

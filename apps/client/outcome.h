@@ -12,7 +12,7 @@ namespace cli {
 /// Exit codes, which scripts depend on.
 enum ExitCode {
     Done = 0,
-    Refused = 1, ///< the server rejected the command
+    Refused = 1, ///< the server refused the command
     WrongUsage = 2, ///< the command line is invalid
     NoConnection = 3, ///< no connection, lost connection, or timeout
     FileError = 4 ///< a file, or standard output, could not be read or written

@@ -147,7 +147,7 @@ std::unique_ptr<XYGraphWidget> makeCurves(const std::vector<Dataset>& data, cons
 {
     const auto named = std::find_if(data.begin(), data.end(), [](const Dataset& one) { return !one.x.unit.isEmpty(); });
     const Dataset& axis = named == data.end() ? data.front() : *named;
-    auto plot = std::make_unique<CurvesPlot>(data, curvesLook(options));
+    auto plot = std::make_unique<CurvesPlot>(data, curvesStyle(options));
     plot->resize(options.size);
     plot->init(axisName(axis.x, "Channel"), nameWithUnit(data.front().name, data.front().unit), plot->highest(),
         plot->largest(), true, true);

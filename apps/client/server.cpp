@@ -16,7 +16,7 @@ namespace {
 constexpr int exitMs = 1000;
 constexpr int terminateMs = 4000;
 
-// Interpreted as a length, "NG:" and any character exceed this, so a rejection is not mistaken for a payload.
+// Interpreted as a length, "NG:" and any character exceed this, so a refusal is not mistaken for a payload.
 constexpr qint64 maxReplyBytes = qint64(128) << 20;
 
 Failure noConnection(const QString& text)

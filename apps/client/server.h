@@ -30,7 +30,7 @@ public:
     Server(const Server&) = delete;
     Server& operator=(const Server&) = delete;
 
-    /// The reply to a text command. A rejection is a failure with the server's text; a reply that is not text has the
+    /// The reply to a text command. A refusal is a failure with the server's text; a reply that is not text has the
     /// code NoConnection.
     Result<tarnis::Reply> ask(const QString& command);
     /// As above for a command with a binary reply. A negative length is a failure too.

@@ -60,7 +60,7 @@ MainWindow::MainWindow(QSettings& store, const QString& language)
     ui->setupUi(this);
     new WindowAccess(this); // the window's
     ui->viewMenu->addMenu(new LanguageMenu(m_store, language, ui->viewMenu));
-    ui->viewMenu->addMenu(new PlotLookMenu(m_store, ui->viewMenu));
+    ui->viewMenu->addMenu(new PlotThemeMenu(m_store, ui->viewMenu));
     m_commandPanel = new CommandPanel(*m_controller, this);
     m_settingsPanel = new SettingsPanel(*m_controller, this);
     m_statusPoller = new StatusPoller(
@@ -142,7 +142,7 @@ void MainWindow::connectActions()
     connect(ui->forceAction, &QAction::triggered, this,
         [this] { unlessRunMatters([this] { m_controller->endByForce(); }); });
     connect(ui->quitAction, &QAction::triggered, this, &MainWindow::close);
-    connect(ui->uploadAction, &QAction::triggered, m_commandPanel, &CommandPanel::chooseUpload);
+    connect(ui->sendFileAction, &QAction::triggered, m_commandPanel, &CommandPanel::chooseFileToSend);
     connect(ui->giveUpAction, &QAction::triggered, m_commandPanel, &CommandPanel::giveUp);
     connect(ui->saveRecordAction, &QAction::triggered, this, &MainWindow::saveRecord);
     connect(ui->clearRecordAction, &QAction::triggered, m_commandPanel, &CommandPanel::clearRecord);
@@ -196,35 +196,37 @@ void MainWindow::updateControls()
     ui->startAction->setText(isLocal ? tr("&Start Server") : tr("Co&nnect"));
     ui->shutDownAction->setText(isLocal ? tr("Shut &Down Server") : tr("&Disconnect"));
     ui->restartAction->setText(isLocal ? tr("&Restart Server") : tr("&Reconnect"));
-    setAvailable(ui->startAction, canStart, isLocal ? tr("Start %1").arg(name) : tr("Connect to %1").arg(name),
+    setEnabledWithHelp(ui->startAction, canStart, isLocal ? tr("Start %1").arg(name) : tr("Connect to %1").arg(name),
         isStopping ? tr("Wait until the server has ended") : tr("A server is in use already"));
-    setAvailable(ui->restartAction, isUp || state == ServerState::Failed,
+    setEnabledWithHelp(ui->restartAction, isUp || state == ServerState::Failed,
         isLocal ? tr("Shut the server down and start it again") : tr("Disconnect and connect again"),
         tr("There is no server to restart"));
-    setAvailable(ui->shutDownAction, !canStart && !isStopping,
+    setEnabledWithHelp(ui->shutDownAction, !canStart && !isStopping,
         isLocal ? tr("Let the server end") : tr("Disconnect from the server, which keeps running"),
         tr("No server is in use"));
-    setAvailable(ui->forceAction, m_controller->hasProcess(), tr("Kill the local server; unsaved data are lost"),
+    setEnabledWithHelp(ui->forceAction, m_controller->hasProcess(), tr("Kill the local server; unsaved data are lost"),
         tr("No server process of this console is running"));
-    setAvailable(ui->chooseAction, !isStopping, tr("Start another server, or connect to one"),
+    setEnabledWithHelp(ui->chooseAction, !isStopping, tr("Start another server, or connect to one"),
         tr("Wait until the server has ended"));
-    setAvailable(ui->uploadAction, isUp, tr("Send a file to the server with txfile"), needsServer);
-    setAvailable(
+    setEnabledWithHelp(ui->sendFileAction, isUp, tr("Send a file to the server with txfile"), needsServer);
+    setEnabledWithHelp(
         ui->giveUpAction, m_commandPanel->isBusy(), tr("Stop waiting for the reply"), tr("No command is under way"));
-    setAvailable(ui->readAction, isUp, tr("Ask the server for its settings"), needsServer);
+    setEnabledWithHelp(ui->readAction, isUp, tr("Ask the server for its settings"), needsServer);
     const bool canSend = m_settingsPanel->canSend();
     const QString wait = isUp ? tr("Wait until the sent lines are answered") : needsServer;
-    setAvailable(ui->sendSettingsAction, m_settingsPanel->hasChangesToSend(), tr("Send the settings to the server"),
+    setEnabledWithHelp(ui->sendSettingsAction, m_settingsPanel->hasChangesToSend(),
+        tr("Send the settings to the server"),
         canSend ? tr("There is nothing to send: all settings are as on the server") : wait);
-    setAvailable(ui->sendAndSaveAction, canSend, tr("Send the settings and let the server store them"), wait);
+    setEnabledWithHelp(ui->sendAndSaveAction, canSend, tr("Send the settings and let the server store them"), wait);
     const bool hasRecord = m_commandPanel->hasRecord();
     const QString noRecord = tr("The record is empty");
-    setAvailable(ui->saveRecordAction, hasRecord, tr("Write the commands and replies to a text file"), noRecord);
-    setAvailable(ui->clearRecordAction, hasRecord, tr("Remove the commands and replies from the window"), noRecord);
+    setEnabledWithHelp(ui->saveRecordAction, hasRecord, tr("Write the commands and replies to a text file"), noRecord);
+    setEnabledWithHelp(
+        ui->clearRecordAction, hasRecord, tr("Remove the commands and replies from the window"), noRecord);
     for (qsizetype i = 0; i < m_windowActions.size(); ++i) {
         const auto& entry = m_entries.at(static_cast<std::size_t>(i));
         const QString reason = refusal(entry);
-        setAvailable(m_windowActions.at(i), reason.isEmpty(), entry.help, reason);
+        setEnabledWithHelp(m_windowActions.at(i), reason.isEmpty(), entry.help, reason);
     }
     ui->sideSplitter->widget(0)->setAccessibleName(tr("Settings and addresses"));
     updateArranging();

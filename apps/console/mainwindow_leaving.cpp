@@ -88,7 +88,7 @@ void MainWindow::closeEvent(QCloseEvent* event)
     m_isClosing = true; // the window closes when the server has ended, see updateControls()
     m_controller->stop();
     if (m_controller->state() == ServerState::Up)
-        m_isClosing = false; // rejected: the server is busy
+        m_isClosing = false; // refused: the server is busy
 }
 
 } // namespace console

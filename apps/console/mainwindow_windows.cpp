@@ -81,9 +81,10 @@ void MainWindow::updateArranging()
     const QString reason = canPlace
         ? tr("No window is open")
         : tr("This desktop (Wayland) places windows itself; started with QT_QPA_PLATFORM=xcb the console can do it");
-    setAvailable(ui->tileAction, canPlace && isAnyOpen, tr("Arrange all open windows side by side"), reason);
-    setAvailable(ui->cascadeAction, canPlace && isAnyOpen, tr("Arrange all open windows in a cascade"), reason);
-    setAvailable(ui->closeWindowsAction, isAnyOpen, tr("Close all windows but this one"), tr("No window is open"));
+    setEnabledWithHelp(ui->tileAction, canPlace && isAnyOpen, tr("Arrange all open windows side by side"), reason);
+    setEnabledWithHelp(ui->cascadeAction, canPlace && isAnyOpen, tr("Arrange all open windows in a cascade"), reason);
+    setEnabledWithHelp(
+        ui->closeWindowsAction, isAnyOpen, tr("Close all windows but this one"), tr("No window is open"));
 }
 
 void MainWindow::listOpenWindows()

@@ -104,7 +104,7 @@ bool isControl(QChar character)
     return character < QLatin1Char(' ') && character != QLatin1Char('\t');
 }
 
-/// The reply of a command rejected by a fault, in the form that the client expects.
+/// The reply of a command refused by a fault, in the form that the client expects.
 Reply refusedOnDemand(const Command* command)
 {
     const bool binary =

@@ -10,7 +10,7 @@ namespace simserver {
 
 class Simulation;
 
-/// The simulation's reply. A rejected command changes nothing.
+/// The simulation's reply. A refused command changes nothing.
 Reply answer(Simulation& simulation, const Request& request);
 
 /// The text that a connection begins with, without the prompt.

@@ -57,7 +57,7 @@ QString changeModule(Module& module, const Settings::Pair& pair)
     return QStringLiteral("unknown module setting '%1': enabled and threshold are known").arg(shown(pair.key));
 }
 
-/// Changes a copy, so that a rejected pair changes nothing.
+/// Changes a copy, so that a refused pair changes nothing.
 QString changeModules(std::vector<Module>& modules, const std::vector<int>& numbers, const QString& arguments)
 {
     QList<Settings::Pair> pairs;

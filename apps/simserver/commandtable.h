@@ -38,7 +38,7 @@ Reply listCommand(Simulation& simulation, const QString& arguments);
 Reply downloadCommand(Simulation& simulation, const QString& arguments);
 Reply uploadRequest(Simulation& simulation, const QByteArray& request);
 
-/// For commands without arguments: a rejection, or empty.
+/// For commands without arguments: a refusal, or empty.
 QString unexpected(const QString& arguments);
 
 } // namespace simserver

@@ -38,7 +38,7 @@ void catchSignals()
 
 } // namespace
 
-Ending::Ending(bool useStandardInput, QObject* parent)
+ExitRequests::ExitRequests(bool useStandardInput, QObject* parent)
     : QObject(parent)
 {
     if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0, signalPair.data()) == 0) {
@@ -51,11 +51,11 @@ Ending::Ending(bool useStandardInput, QObject* parent)
     }
     if (useStandardInput) {
         m_input.emplace(STDIN_FILENO, QSocketNotifier::Read);
-        connect(&*m_input, &QSocketNotifier::activated, this, &Ending::readStandardInput);
+        connect(&*m_input, &QSocketNotifier::activated, this, &ExitRequests::readStandardInput);
     }
 }
 
-Ending::~Ending()
+ExitRequests::~ExitRequests()
 {
     for (const int number : { SIGINT, SIGTERM, SIGHUP })
         std::signal(number, SIG_DFL);
@@ -64,7 +64,7 @@ Ending::~Ending()
         close(descriptor);
 }
 
-void Ending::readStandardInput()
+void ExitRequests::readStandardInput()
 {
     std::array<char, 4096> buffer {};
     const ssize_t count = read(STDIN_FILENO, buffer.data(), buffer.size());

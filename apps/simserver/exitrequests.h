@@ -10,14 +10,14 @@
 
 namespace simserver {
 
-class Ending : public QObject {
+class ExitRequests : public QObject {
     Q_OBJECT
 public:
     /// Monitors signals, and standard input if `useStandardInput`. One object per process.
-    Ending(bool useStandardInput, QObject* parent = nullptr);
-    ~Ending() override;
-    Ending(const Ending&) = delete;
-    Ending& operator=(const Ending&) = delete;
+    ExitRequests(bool useStandardInput, QObject* parent = nullptr);
+    ~ExitRequests() override;
+    ExitRequests(const ExitRequests&) = delete;
+    ExitRequests& operator=(const ExitRequests&) = delete;
 
 Q_SIGNALS:
     void requested(const QString& reason);

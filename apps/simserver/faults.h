@@ -114,7 +114,7 @@ public:
     /// The steps of a connection's greeting or of a reply. A reply to which the fault does not apply is sent normally.
     Steps greeting(const QByteArray& text, const QByteArray& prompt);
     Steps reply(Reply reply, const QByteArray& prompt);
-    /// True if the next command is to be rejected instead of executed. Counts as a reply.
+    /// True if the next command is to be refused instead of executed. Counts as a reply.
     bool refuses();
 
 private:

@@ -171,8 +171,8 @@ int serve(const Options& options)
             CannotStart, QStringLiteral("cannot listen on port %1: %2").arg(options.port).arg(server.errorString()));
     }
     LOG_INFO("listening on port %d", server.port());
-    const Ending ending(options.useStandardInput && options.fault != Fault::IgnoreExit);
-    QObject::connect(&ending, &Ending::requested, &server, [&](const QString& reason) {
+    const ExitRequests ending(options.useStandardInput && options.fault != Fault::IgnoreExit);
+    QObject::connect(&ending, &ExitRequests::requested, &server, [&](const QString& reason) {
         LOG_INFO("ending: %s", reason.toUtf8().constData());
         server.shutDown();
         QCoreApplication::quit();

@@ -22,7 +22,7 @@ public:
     QString errorString() const { return m_server.errorString(); }
     quint16 port() const { return m_server.serverPort(); }
 
-    /// Rejects further connections and ends a run, so that it is recorded.
+    /// Refuses further connections and ends a run, so that it is recorded.
     void shutDown();
 
 private:

@@ -31,7 +31,7 @@ public:
         QString value;
     };
     struct Context {
-        bool running = false; ///< rejects changes that are not possible during a run
+        bool running = false; ///< refuses changes that are not possible during a run
         std::function<bool(const QString&)> isDirectory; ///< for the server's files; not set: any base path is accepted
     };
 

@@ -26,7 +26,7 @@ public:
     /// in the root.
     Simulation(const Settings& settings, const QString& root, const QString& savePath);
 
-    /// Each returns the reason of a rejection, or an empty text.
+    /// Each returns the reason of a refusal, or an empty text.
     QString changeSettings(const QList<Settings::Pair>& pairs);
     QString saveSettings() const;
     QString start();

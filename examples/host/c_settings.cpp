@@ -1,4 +1,4 @@
-// Step C: change settings of the server. Only changed settings are sent, and each rejection is reported with its name.
+// Step C: change settings of the server. Only changed settings are sent, and each refusal is reported with its name.
 #include <tarnis/client/server.h>
 #include <tarnis/client/settingsmodel.h>
 

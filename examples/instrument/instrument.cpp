@@ -123,7 +123,7 @@ void Instrument::addSettings()
         log(QString("%1 was not set: %2").arg(name, reason));
     };
     connect(&m_settings, &SettingsModel::refused, this, logRefusal);
-    connect(&m_settings, &SettingsModel::rejected, this, logRefusal);
+    connect(&m_settings, &SettingsModel::invalidValue, this, logRefusal);
     connect(&m_settings, &SettingsModel::sent, this, [this](int accepted, int refused) {
         log(QString("Settings: %1 accepted, %2 refused").arg(accepted).arg(refused));
     });

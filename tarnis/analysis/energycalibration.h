@@ -69,7 +69,7 @@ struct CalibrationResult {
 };
 
 /// Fits a polynomial of degree 1 or 2 to at least degree + 2 points, so that at least one degree of freedom remains. A
-/// calibration that does not increase from lower to upper, the ends of the axis, is rejected. degree 0: 2, or 1 for
+/// calibration that does not increase from lower to upper, the ends of the axis, is refused. degree 0: 2, or 1 for
 /// three points.
 TARNIS_EXPORT CalibrationResult fitEnergyCalibration(
     std::vector<CalibrationPoint> points, double lower, double upper, int degree = 0);

@@ -107,7 +107,7 @@ public:
     /// when this function returns. A continuation that repeats a failed request must therefore wait first, to avoid
     /// endless recursion.
     ///
-    /// A text that begins with "txfile" is an upload: a header line, a line feed, the content. Rejected without being
+    /// A text that begins with "txfile" is an upload: a header line, a line feed, the content. Refused without being
     /// sent: an upload without line feed or with the byte 04, another text with a line feed. An empty text is not sent
     /// either, its reply is empty. Characters outside Latin-1 are sent as "?".
     ///

@@ -62,7 +62,7 @@ std::optional<Reply> Client::Private::localReply(const QString& text) const
     if (text.isEmpty())
         return replyOf({}, {});
     if (isUpload(text)) {
-        // Sessions reject an upload in the same way.
+        // Sessions refuse an upload in the same way.
         const QByteArray refusal = uploadRefusal(text);
         if (!refusal.isEmpty())
             return replyOf(refusal + '\n', {});

@@ -89,7 +89,7 @@ double nearestBin(double x, const PairAxis& axis)
 std::optional<int> binOf(double x, const PairAxis& axis)
 {
     const double position = nearestBin(x, axis);
-    // Written so that NaN is rejected too.
+    // Written so that NaN is refused too.
     if (!(position >= 0.0 && position < axis.bins))
         return std::nullopt;
     return static_cast<int>(position);

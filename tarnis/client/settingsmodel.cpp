@@ -280,7 +280,7 @@ bool SettingsModel::setValue(const QString& name, const QString& value)
 {
     const QString text = value.trimmed().isEmpty() ? QStringLiteral("") : value.trimmed();
     if (const QString why = problem(name, text); !why.isEmpty()) {
-        Q_EMIT rejected(name, why);
+        Q_EMIT invalidValue(name, why);
         return false;
     }
     if (!d->settings.contains(name)) {

@@ -15,7 +15,7 @@
 namespace tarnis {
 
 /// One row for each setting, sorted by name. Local values are edited by setData() or setValue(). send() sends those
-/// that differ from the server's, each as a separate request, so that a rejection refers to one name. Lives on the
+/// that differ from the server's, each as a separate request, so that a refusal refers to one name. Lives on the
 /// client's thread.
 ///
 ///     auto* settings = new tarnis::SettingsModel(*server->client("control"), this);
@@ -34,7 +34,7 @@ public:
     /// Additional data of the rows.
     enum Role {
         ChangedRole = Qt::UserRole, ///< bool: the local value differs from the server's
-        RefusalRole, ///< QString: why the server rejected the value; empty if it did not. Also the tool tip, escaped
+        RefusalRole, ///< QString: why the server refused the value; empty if it did not. Also the tool tip, escaped
     };
 
     /// Empty until the first refresh() or setValue(). The client may be destroyed before the model: refresh() and
@@ -47,7 +47,7 @@ public:
     QVariant data(const QModelIndex& index, int role) const override; ///< texts, ChangedRole, RefusalRole
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override; ///< translated
     Qt::ItemFlags flags(const QModelIndex& index) const override; ///< the column Value is editable
-    /// As setValue(). False, after rejected(), for a value that cannot be sent.
+    /// As setValue(). False, after invalidValue(), for a value that cannot be sent.
     bool setData(const QModelIndex& index, const QVariant& value, int role) override;
 
     /// Requests the server's settings, at most 1 MiB of text. Local values that were not edited are updated; edited
@@ -58,8 +58,8 @@ public:
     void send();
     bool isSending() const; ///< between send() and its end
 
-    /// Sets a local value; a new name adds a row. Leading and trailing spaces are removed. False, after rejected(), for
-    /// a name or value that cannot be sent.
+    /// Sets a local value; a new name adds a row. Leading and trailing spaces are removed. False, after invalidValue(),
+    /// for a name or value that cannot be sent.
     bool setValue(const QString& name, const QString& value);
     /// Resets the local values to the server's, and removes settings that it does not have.
     void discardChanges();
@@ -76,10 +76,10 @@ public:
 
 Q_SIGNALS:
     /// A value was not stored, see problem().
-    void rejected(const QString& name, const QString& reason);
-    /// The server has rejected a value. The local value stays changed.
+    void invalidValue(const QString& name, const QString& reason);
+    /// The server has refused a value. The local value stays changed.
     void refused(const QString& name, const QString& reason);
-    /// A send has ended, with the numbers of accepted and rejected values.
+    /// A send has ended, with the numbers of accepted and refused values.
     void sent(int accepted, int refused);
     /// The server's values have been updated.
     void refreshed();

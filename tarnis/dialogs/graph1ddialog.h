@@ -30,7 +30,7 @@ class TARNIS_EXPORT Graph1DDialog : public QDialog {
 public:
     /// Rows `start` to `end`, both included, `start` not above `end`. With xMin = xMax = 0 each reply contains its own
     /// axis. `initCmds` are sent first, as text commands; the first poll drops those that the session has not started
-    /// by then, and a rejected one closes the window. Host, port and prompt are copied from `session`, which is still
+    /// by then, and a refused one closes the window. Host, port and prompt are copied from `session`, which is still
     /// owned by the caller; without a session the window shows a demonstration.
     Graph1DDialog(TarnisSession* session, QString const& title, QString const& xLabel, double xMin, double xMax,
         int resolution, int decimalX, QString const& desc, QList<QString> const& initCmds, QString const& cmd,
@@ -73,7 +73,7 @@ Q_SIGNALS:
 public Q_SLOTS:
     /// Drops queued commands and sends the command; does nothing without a session.
     virtual void update();
-    /// Draws a binary reply and starts the timer. A rejected text command is reported in a message box and closes the
+    /// Draws a binary reply and starts the timer. A refused text command is reported in a message box and closes the
     /// window; an unreadable reply is reported in a message box and stops the polling. Does nothing while the window is
     /// hidden.
     virtual void result(PTarnisCmd cmd, QByteArray const& payload);

@@ -214,7 +214,7 @@ void Graph2DDialog::result(PTarnisCmd command, QByteArray payload)
     }
     const qint64 values = tarnis::doubleCount(payload);
     if (!payload.isEmpty() && (live->isTooLarge(values) || !fits(payload))) {
-        rejectReply(command->m_replyText, payload, previous.x, previous.y);
+        refuseReply(command->m_replyText, payload, previous.x, previous.y);
         return;
     }
     if (payload.isEmpty()) {
@@ -230,7 +230,7 @@ void Graph2DDialog::result(PTarnisCmd command, QByteArray payload)
 }
 
 // If a hook handles the reply, the window keeps the bins of the displayed data.
-void Graph2DDialog::rejectReply(QString const& replyText, QByteArray const& payload, int oldBinsX, int oldBinsY)
+void Graph2DDialog::refuseReply(QString const& replyText, QByteArray const& payload, int oldBinsX, int oldBinsY)
 {
     const qint64 values = tarnis::doubleCount(payload);
     tarnis::UndrawnReply reply { tarnis::UndrawnReply::Reason::SizeMismatch,

@@ -31,7 +31,7 @@ class TARNIS_EXPORT Graph2DDialog : public QDialog {
     Q_OBJECT
 public:
     /// Initially `binsX` by `binsY` bins; a reply may change both. `initCmds` are sent first, as text commands; the
-    /// first poll drops those that the session has not started by then, and a rejected one closes the window. Host,
+    /// first poll drops those that the session has not started by then, and a refused one closes the window. Host,
     /// port and prompt are copied from `session`, which is still owned by the caller; without a session the window is
     /// static and shows the data passed to setData() of the plot.
     Graph2DDialog(TarnisSession* session, QString const& title, QString const& nameX, int binsX, double minX,
@@ -77,7 +77,7 @@ public:
 public Q_SLOTS:
     /// Drops queued commands and sends the command; does nothing without a session.
     virtual void update();
-    /// Draws a binary reply and starts the timer; an empty one clears the plot. A rejected text command is reported in
+    /// Draws a binary reply and starts the timer; an empty one clears the plot. A refused text command is reported in
     /// a message box and closes the window; data that do not match the bins are reported in a message box and stop the
     /// polling. Does nothing while the window is hidden.
     virtual void result(PTarnisCmd cmd, QByteArray);
@@ -115,7 +115,7 @@ private:
     TARNIS_NO_EXPORT bool fits(QByteArray const& payload) const;
     TARNIS_NO_EXPORT void showRows(QByteArray const& payload);
     TARNIS_NO_EXPORT void pollLater();
-    TARNIS_NO_EXPORT void rejectReply(QString const& replyText, QByteArray const& payload, int oldBinsX, int oldBinsY);
+    TARNIS_NO_EXPORT void refuseReply(QString const& replyText, QByteArray const& payload, int oldBinsX, int oldBinsY);
 
     tarnis::LiveWindow* live; ///< a child; the state beside the members above
 };

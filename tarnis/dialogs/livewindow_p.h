@@ -48,7 +48,7 @@ void showProgress(QProgressBar& bar, bool visible, unsigned long long value, uns
 /// The server's error lines, joined.
 QString complaints(const QStringList& lines);
 
-/// Shows in a message box that the server has rejected the command. `form` is ">>> %1\n<<< %2", translated in the
+/// Shows in a message box that the server has refused the command. `form` is ">>> %1\n<<< %2", translated in the
 /// window's own context.
 void showRefusal(QWidget* window, const QString& form, const TarnisCmd& command, const QByteArray& reply);
 
@@ -135,7 +135,7 @@ public:
     static bool isAnswered(const LiveWindowHooks& hooks, const UndrawnReply& reply, QTimer* timer);
     /// Stops the polling and reports the reply in a message box.
     void showUndrawn(const UndrawnReply& reply, QMessageBox::Icon icon);
-    /// Reads a reply to a text command: a rejection is reported by showRefusal() and closes the window.
+    /// Reads a reply to a text command: a refusal is reported by showRefusal() and closes the window.
     void readText(const TarnisCmd& command, const QByteArray& payload, const QString& form);
 
     /// A reply with more values than the window accepts is not decoded.

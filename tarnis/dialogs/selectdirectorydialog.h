@@ -57,7 +57,7 @@ public Q_SLOTS:
     void onAccepted();
     void onFileNameChanged(QString const& text); ///< Ok is enabled for a name that is not empty
     void onCurDirListItemSelectioChanged(); ///< Ok is enabled for a selected name with one of the extensions
-    /// Reads the replies to "pwd" and `ls-F`. A rejected listing requests the server's own directory, once.
+    /// Reads the replies to "pwd" and `ls-F`. A refused listing requests the server's own directory, once.
     void result(PTarnisCmd cmd, QByteArray const& payload);
 
 protected:

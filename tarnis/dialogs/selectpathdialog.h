@@ -31,7 +31,7 @@ public:
     ~SelectPathDialog() override;
 
     /// Selects a file whose name ends with one of `exts`, case-insensitive; a dot is prepended to each that has none.
-    /// With `mustExist` a name that is not listed is rejected; with `confirmOverwrite` the user must confirm a listed
+    /// With `mustExist` a name that is not listed is refused; with `confirmOverwrite` the user must confirm a listed
     /// one.
     void setExt(QList<QString> const& exts, bool mustExist, bool confirmOverwrite);
     /// True for a name, not of a folder, with one of the extensions.
@@ -59,12 +59,12 @@ public Q_SLOTS:
     /// Opens a folder. For a name with one of the extensions it calls onAccepted(), which uses the edit, not `item`.
     void onCurDirListItemDoubleClicked(QListWidgetItem* item);
     /// Emits accepted() and closes: with the directory, or with the typed name in it, to which the first extension is
-    /// appended if it has none. Does nothing for an empty name and one with a "/"; see setExt() for rejected names.
+    /// appended if it has none. Does nothing for an empty name and one with a "/"; see setExt() for refused names.
     void onAccepted();
     void onFileNameChanged(QString const& text); ///< Ok is enabled for a name that is not empty
     /// Copies a name with one of the extensions into the edit. Ok is enabled only for such a name.
     void onCurDirListChanged(QString const& text);
-    /// Reads the replies to "pwd" and `ls-F`. A rejected listing requests the server's own directory, once.
+    /// Reads the replies to "pwd" and `ls-F`. A refused listing requests the server's own directory, once.
     void result(PTarnisCmd cmd, QByteArray const& payload);
 
 protected:

@@ -59,7 +59,7 @@ public:
     {
         if (!options.heading.isEmpty())
             (plot.*Layout::title).clear(); // a second title
-        if (auto* const map = qobject_cast<XY2DGraphWidget*>(&plot); map && PlotAccess::coloring(std::as_const(*map)))
+        if (auto* const map = qobject_cast<XY2DGraphWidget*>(&plot); map && PlotAccess::colouring(std::as_const(*map)))
             setBesideBar(*map, 0); // controls beside the colour bar are not in the picture
     }
     ~LayoutKeeper()
@@ -81,7 +81,7 @@ private:
     /// Without a new layout of the widget.
     void setBesideBar(XY2DGraphWidget& map, int width)
     {
-        MapColoring& chosen = PlotAccess::coloring(map);
+        MapColouring& chosen = PlotAccess::colouring(map);
         m_besideBar = chosen.besideBar;
         QMargins& margin = m_plot.*Layout::margin;
         margin.setRight(margin.right() + width - chosen.besideBar);

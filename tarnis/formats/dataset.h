@@ -76,7 +76,7 @@ TARNIS_EXPORT bool areUniformEdges(const std::vector<double>& edges);
 TARNIS_EXPORT std::vector<double> edgesOf(const DataAxis& axis, qsizetype bins);
 /// Bin centres of an axis: the stored centres, else the midpoints of the edges, else bin number + 0.5.
 TARNIS_EXPORT std::vector<double> centresOf(const DataAxis& axis, qsizetype bins);
-/// Whether there is at least one row and column and every list has the matching length. Writers reject other datasets.
+/// Whether there is at least one row and column and every list has the matching length. Writers refuse other datasets.
 TARNIS_EXPORT bool isConsistent(const Dataset& data);
 
 } // namespace tarnis

@@ -68,7 +68,7 @@ private:
     }
     bool readType(NpyHeader& header)
     {
-        if (isNext('[')) { // a structured type, which the caller rejects
+        if (isNext('[')) { // a structured type, which the caller refuses
             header.hasType = header.hasOrder = header.hasShape = true;
             header.type = "record";
             m_position = m_text.size();

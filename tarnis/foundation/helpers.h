@@ -18,7 +18,7 @@ class QWidget;
 /// `text` with its first character in upper case; the rest is unchanged.
 TARNIS_EXPORT QString capitalize(QString text);
 
-/// Sets what numStr(value) uses. Letters: E, G, e, f, g, and n for engineeringNumber(). Any other letter is rejected:
+/// Sets what numStr(value) uses. Letters: E, G, e, f, g, and n for engineeringNumber(). Any other letter is refused:
 /// returns false and changes nothing. `precision` is not checked. Initially g and 6.
 TARNIS_EXPORT bool setNumberFormat(char format, int precision);
 

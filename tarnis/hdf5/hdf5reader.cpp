@@ -310,7 +310,7 @@ bool isEndlessHeap(QByteArrayView bytes)
     constexpr quint64 alignment = 8;
     const auto sizeAt = [&](qsizetype place) { return qFromLittleEndian<quint64>(bytes.data() + place); };
     if (bytes.size() < header || bytes[4] != 1 || sizeAt(8) > static_cast<quint64>(bytes.size()))
-        return false; // the library rejects it
+        return false; // the library refuses it
     const auto end = static_cast<qsizetype>(sizeAt(8));
     for (qsizetype place = header; place + header <= end;) {
         const quint64 size = sizeAt(place + 8);

@@ -48,7 +48,7 @@ int xResiduals(int n, int, double* p, double* residual, double**, void* data)
     return 0;
 }
 
-// A series that is too long for the fitter is rejected like an empty one.
+// A series that is too long for the fitter is refused like an empty one.
 int residualCount(qsizetype n)
 {
     return n > std::numeric_limits<int>::max() ? 0 : int(n);

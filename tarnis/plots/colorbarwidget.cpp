@@ -101,7 +101,7 @@ void ColorBarWidget::paint(QPainter& painter, QRect* rect)
 {
     const QRect frame = rect != nullptr ? *rect : painter.viewport();
     if (tarnis::PlotStyling* const styling = tarnis::stylingOf(parentWidget())) {
-        const auto layout = styling->paintColorBar(painter, frame, *this);
+        const auto layout = styling->paintColourBar(painter, frame, *this);
         m_minRect = layout.minLabel;
         m_maxRect = layout.maxLabel;
         if (frame.width() < layout.width)
@@ -149,7 +149,7 @@ int ColorBarWidget::paintTicks(QPainter& painter, const QRect& rect, const QRect
         tarnis::drawEvenLine(painter, QLineF(right, y, right + charSize.width() / 2, y));
         const QString label = numStr(m_squareRoot && !m_logScale
                 ? tarnis::squareRootBarValue({ m_min, m_max }, intervals - i, intervals)
-                : tarnis::colorBarValue({ m_min, m_max }, m_logScale, intervals - i, intervals));
+                : tarnis::colourBarValue({ m_min, m_max }, m_logScale, intervals - i, intervals));
         m_labels->draw(painter,
             QRectF(right + charSize.width(), y - charSize.height() / 2, rect.width() - bar.width() - charSize.width(),
                 charSize.height()),

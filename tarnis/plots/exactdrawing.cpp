@@ -143,7 +143,7 @@ void paintOn(QPainter& painter, const SampleRun& samples, SampleRange range, con
 }
 
 /// One pixel for each visible bin, the highest row on top.
-QImage imageOf(const BinGeometry& view, const BinRows& rows, const ColorScale& scale)
+QImage imageOf(const BinGeometry& view, const BinRows& rows, const ColourScale& scale)
 {
     QImage image(view.x.end - view.x.first, view.y.end - view.y.first, QImage::Format_ARGB32);
     image.fill(Qt::transparent);
@@ -187,7 +187,7 @@ void paintCurveExactly(QPainter& painter, const SampleRun& samples, SampleRange 
     painter.restore();
 }
 
-void paintMapExactly(QPainter& painter, const BinGeometry& view, const BinRows& rows, const ColorScale& scale)
+void paintMapExactly(QPainter& painter, const BinGeometry& view, const BinRows& rows, const ColourScale& scale)
 {
     if (view.x.first >= view.x.end || view.y.first >= view.y.end || !(view.x.pixels > 0.0) || !(view.y.pixels > 0.0))
         return;

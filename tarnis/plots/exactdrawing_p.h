@@ -36,6 +36,6 @@ void paintCurveExactly(QPainter& painter, const SampleRun& samples, SampleRange 
 
 /// Draws the visible bins as an image of one pixel each. A small image, which viewers might smooth, is enlarged by an
 /// integer factor. Empty bins are transparent.
-void paintMapExactly(QPainter& painter, const BinGeometry& view, const BinRows& rows, const ColorScale& scale);
+void paintMapExactly(QPainter& painter, const BinGeometry& view, const BinRows& rows, const ColourScale& scale);
 
 } // namespace tarnis

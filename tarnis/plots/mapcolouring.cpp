@@ -4,7 +4,7 @@ namespace tarnis {
 
 namespace {
 
-const ColorTable* sharedTable = nullptr;
+const ColourTable* sharedTable = nullptr;
 
 constexpr std::array<std::array<QRgb, 5>, fivePointsCount> palettes { {
     { 0x000000, 0x0000ff, 0x00ff00, 0xffff00, 0xff0000 },
@@ -19,27 +19,27 @@ constexpr std::array<std::array<QRgb, 5>, fivePointsCount> palettes { {
 
 } // namespace
 
-ScaleColors fivePoints(FivePoints palette)
+ScaleColours fivePoints(FivePoints palette)
 {
     const std::array<QRgb, 5>& rgb = palettes[static_cast<std::size_t>(palette)];
     return { rgb[0], rgb[1], rgb[2], rgb[3], rgb[4] };
 }
 
-const ColorTable* sharedColorTable()
+const ColourTable* sharedColourTable()
 {
     return sharedTable;
 }
 
-void setSharedColorTable(const ColorTable* table)
+void setSharedColourTable(const ColourTable* table)
 {
     sharedTable = table;
 }
 
-const ColorTable* tableInUse(const MapColoring* coloring)
+const ColourTable* tableInUse(const MapColouring* colouring)
 {
-    if (coloring != nullptr && coloring->table != nullptr)
-        return coloring->table;
-    return coloring != nullptr && coloring->colors ? nullptr : sharedTable;
+    if (colouring != nullptr && colouring->table != nullptr)
+        return colouring->table;
+    return colouring != nullptr && colouring->colors ? nullptr : sharedTable;
 }
 
 } // namespace tarnis

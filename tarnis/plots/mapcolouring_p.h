@@ -11,23 +11,23 @@ namespace tarnis {
 /// The palettes of five points, in the order of the colour bar's menu.
 enum class FivePoints { Rainbow1, Rainbow2, Grays, BlueRedGreen, RedWhiteBlue, CyanMagenta, YellowHot, Blue };
 constexpr int fivePointsCount = 8;
-ScaleColors fivePoints(FivePoints palette); ///< from the lower end of the scale to its upper one
+ScaleColours fivePoints(FivePoints palette); ///< from the lower end of the scale to its upper one
 
 /// Settings of one map. With the default values the map looks as without tools.
-struct MapColoring {
-    const ColorTable* table = nullptr; ///< table of this map; has priority over `colors`
-    std::optional<ScaleColors> colors; ///< five points of this map, instead of those of all maps
+struct MapColouring {
+    const ColourTable* table = nullptr; ///< table of this map; has priority over `colors`
+    std::optional<ScaleColours> colors; ///< five points of this map, instead of those of all maps
     bool squareRoot = false; ///< square root scale, unless the scale is logarithmic
     BinReduction reduction = BinReduction::First; ///< reduction of bins that share a pixel
     int besideBar = 0; ///< pixels kept free between the plot rectangle and the colour bar
 };
 
 /// The table for all maps without their own settings; null for the five points. GUI thread only. @{
-const ColorTable* sharedColorTable();
-void setSharedColorTable(const ColorTable* table);
+const ColourTable* sharedColourTable();
+void setSharedColourTable(const ColourTable* table);
 /// @}
 
-/// The effective table: the map's own, or the shared one; null for five points. `coloring` may be null.
-const ColorTable* tableInUse(const MapColoring* coloring);
+/// The effective table: the map's own, or the shared one; null for five points. `colouring` may be null.
+const ColourTable* tableInUse(const MapColouring* colouring);
 
 } // namespace tarnis

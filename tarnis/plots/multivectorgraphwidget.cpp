@@ -23,7 +23,7 @@ MultiVectorGraphWidget::MultiVectorGraphWidget(QWidget* parent)
     , m_data(initialSeries)
 {
     for (int i = 0; i < initialSeries; ++i)
-        m_data[i].color = tarnis::rotationColor(i);
+        m_data[i].color = tarnis::rotationColour(i);
     // The range must be set before the frame lays out its ticks.
     connect(this, &DoubleBufferedWidget::painting, this, &MultiVectorGraphWidget::onPainting, Qt::DirectConnection);
 

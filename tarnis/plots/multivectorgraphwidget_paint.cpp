@@ -93,11 +93,11 @@ void MultiVectorGraphWidget::paintFoundPeaks(QPainter& painter, const QRect& gra
 {
     const int x0 = tarnis::truncateToPixel(graph.left() + sx * 0.5);
     const tarnis::PlotStyling* const styling = tarnis::stylingOf(this);
-    const QColor curveColor = styling != nullptr ? styling->accent() : QColor(0, 65, 255);
-    const QColor markColor = styling != nullptr ? styling->lineOverData() : QColor(Qt::white);
+    const QColor curveColour = styling != nullptr ? styling->accent() : QColor(0, 65, 255);
+    const QColor markColour = styling != nullptr ? styling->lineOverData() : QColor(Qt::white);
     if (!m_peakDialogs.map.contains(this)) {
         for (const PeakSearch::Gaussian& peak : std::as_const(m_peaks)) {
-            painter.setPen(curveColor);
+            painter.setPen(curveColour);
             paintPeak(painter, peak, sy, x0, graph.bottom());
         }
         return;
@@ -108,12 +108,12 @@ void MultiVectorGraphWidget::paintFoundPeaks(QPainter& painter, const QRect& gra
     const auto columnOf = [&](double start, int number) {
         return tarnis::truncateToPixel((start + number + 0.5 - first) * sx + graph.left());
     };
-    painter.setPen(QPen(markColor, 1, Qt::DashLine));
+    painter.setPen(QPen(markColour, 1, Qt::DashLine));
     const int thresholdRow = rowOf(m_peakThreshold);
     tarnis::drawEvenLine(painter, QLine(graph.left(), thresholdRow, graph.right(), thresholdRow));
     for (int i = 0; i < m_peaks.size(); ++i) {
         const PeakSearch::Gaussian& peak = m_peaks.at(i);
-        painter.setPen(QPen(markColor, i == m_peakSelected ? selectedPeakWidth : 1));
+        painter.setPen(QPen(markColour, i == m_peakSelected ? selectedPeakWidth : 1));
         if (!m_peakDisplayPoints) {
             paintPeak(painter, peak, sy, x0, graph.bottom());
             continue;

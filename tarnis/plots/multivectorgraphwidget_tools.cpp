@@ -29,22 +29,22 @@ QTableWidgetItem* checkItem(bool checked)
     return item;
 }
 
-constexpr int classicColorRole = Qt::UserRole; // of a swatch: the colour without a style
+constexpr int classicColourRole = Qt::UserRole; // of a swatch: the colour without a style
 
 QTableWidgetItem* swatch(const QColor& classic, const QColor& shown)
 {
     auto* item = new QTableWidgetItem;
     item->setFlags(Qt::NoItemFlags);
-    item->setData(classicColorRole, classic);
+    item->setData(classicColourRole, classic);
     item->setBackground(QBrush(shown));
     return item;
 }
 
 /// Repaints the swatches of a table in the plot's colours whenever the plot is painted: a style has no signal that the
 /// plot could use.
-class SwatchColors : public QObject {
+class SwatchColours : public QObject {
 public:
-    SwatchColors(const MultiVectorGraphWidget& plot, QTableWidget& table)
+    SwatchColours(const MultiVectorGraphWidget& plot, QTableWidget& table)
         : QObject(&table)
         , m_plot(plot)
         , m_table(table)
@@ -65,10 +65,10 @@ private:
     void update(int row)
     {
         QTableWidgetItem* const item = m_table.item(row, 1);
-        const QVariant classic = item ? item->data(classicColorRole) : QVariant();
+        const QVariant classic = item ? item->data(classicColourRole) : QVariant();
         if (!classic.isValid())
             return;
-        const QColor shown = tarnis::shownCurveColor(m_plot, row, classic.value<QColor>());
+        const QColor shown = tarnis::shownCurveColour(m_plot, row, classic.value<QColor>());
         if (item->background().color() != shown)
             item->setBackground(QBrush(shown));
     }
@@ -122,7 +122,7 @@ void MultiVectorGraphWidget::onSelectVisibles()
     table->verticalHeader()->setVisible(true);
     table->verticalHeader()->setDefaultSectionSize(rowHeight);
     fillVisiblesTable(*table);
-    installEventFilter(new SwatchColors(*this, *table));
+    installEventFilter(new SwatchColours(*this, *table));
     table->resizeColumnsToContents();
     connect(dialog, &SelectCheckedDialog::onApply, this, &MultiVectorGraphWidget::onDlgSelectCheckedApply);
     dialog->show();
@@ -162,7 +162,7 @@ void MultiVectorGraphWidget::fillVisiblesTable(QTableWidget& table) const
         for (int column = 0; column < (byGroup ? 1 : std::min(group, count - row * group)); ++column)
             table.setItem(row, column, checkItem(m_data.at(row * group + column).enable));
         if (byGroup)
-            table.setItem(row, 1, swatch(sums.at(row).color, tarnis::shownCurveColor(*this, row, sums.at(row).color)));
+            table.setItem(row, 1, swatch(sums.at(row).color, tarnis::shownCurveColour(*this, row, sums.at(row).color)));
     }
 }
 

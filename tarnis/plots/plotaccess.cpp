@@ -14,12 +14,12 @@ bool PlotAccess::isCutOn(const XY2DGraphWidget& map)
     return map.m_act1dCut->isChecked();
 }
 
-ColorScale PlotAccess::colorScale(const XY2DGraphWidget& map)
+ColourScale PlotAccess::colourScale(const XY2DGraphWidget& map)
 {
     return map.m_parts->colors.scale();
 }
 
-void PlotAccess::openColorBarMenu(XY2DGraphWidget& map, const QPoint& globalPosition)
+void PlotAccess::openColourBarMenu(XY2DGraphWidget& map, const QPoint& globalPosition)
 {
     map.m_parts->colors.openMenu(globalPosition);
 }
@@ -35,26 +35,26 @@ PlotAccess::MapAxis PlotAccess::mapAxisY(const XY2DGraphWidget& map)
     return { const_cast<XY2DGraphWidget&>(map).getStepY(), map.m_resolutionY };
 }
 
-MapColoring& PlotAccess::coloring(XY2DGraphWidget& map)
+MapColouring& PlotAccess::colouring(XY2DGraphWidget& map)
 {
-    if (map.m_coloring == nullptr)
-        map.m_coloring = std::make_unique<MapColoring>();
-    return *map.m_coloring;
+    if (map.m_colouring == nullptr)
+        map.m_colouring = std::make_unique<MapColouring>();
+    return *map.m_colouring;
 }
 
-bool PlotAccess::feedChosenColors(XY2DGraphWidget& map)
+bool PlotAccess::feedChosenColours(XY2DGraphWidget& map)
 {
     constexpr int tableSteps = 32; // steps of the gradient in the bar
     ColorBarWidget& bar = *map.m_colorBar;
-    const MapColoring* const chosen = map.m_coloring.get();
+    const MapColouring* const chosen = map.m_colouring.get();
     bar.m_squareRoot = chosen != nullptr && chosen->squareRoot;
-    const ColorTable* const table = tableInUse(chosen);
+    const ColourTable* const table = tableInUse(chosen);
     if (table == nullptr && bar.m_positions.size() == tableSteps + 1) {
         bar.m_positions.clear();
         bar.m_colors.clear();
     }
     if (table != nullptr) {
-        constexpr std::size_t last = std::tuple_size_v<ColorTable> - 1;
+        constexpr std::size_t last = std::tuple_size_v<ColourTable> - 1;
         bar.m_positions.clear();
         bar.m_colors.clear();
         for (std::size_t i = 0; i <= tableSteps; ++i) {
@@ -70,24 +70,24 @@ bool PlotAccess::feedChosenColors(XY2DGraphWidget& map)
     return true;
 }
 
-void PlotAccess::showColors(XY2DGraphWidget& map)
+void PlotAccess::showColours(XY2DGraphWidget& map)
 {
     map.m_parts->colors.feedBar();
     map.m_colorBar->refreshPixmap();
 }
 
-void PlotAccess::dropColors(XY2DGraphWidget& map)
+void PlotAccess::dropColours(XY2DGraphWidget& map)
 {
-    setSharedColorTable(nullptr);
-    if (map.m_coloring == nullptr)
+    setSharedColourTable(nullptr);
+    if (map.m_colouring == nullptr)
         return;
-    map.m_coloring->table = nullptr;
-    map.m_coloring->colors.reset();
+    map.m_colouring->table = nullptr;
+    map.m_colouring->colors.reset();
 }
 
 void PlotAccess::setBesideBar(XY2DGraphWidget& map, int width)
 {
-    MapColoring& chosen = coloring(map);
+    MapColouring& chosen = colouring(map);
     map.m_margin.setRight(map.m_margin.right() + width - chosen.besideBar);
     chosen.besideBar = width;
     map.adjustWidgetPosition(map.size());
@@ -96,18 +96,18 @@ void PlotAccess::setBesideBar(XY2DGraphWidget& map, int width)
 
 void PlotAccess::setReduction(XY2DGraphWidget& map, BinReduction reduction)
 {
-    coloring(map).reduction = reduction;
+    colouring(map).reduction = reduction;
     map.refreshPixmap();
 }
 
 void PlotAccess::setSquareRoot(XY2DGraphWidget& map, bool on)
 {
-    coloring(map).squareRoot = on;
+    colouring(map).squareRoot = on;
     map.refreshPixmap();
     map.m_colorBar->refreshPixmap();
 }
 
-void PlotAccess::setSharedColors(const ScaleColors& colors)
+void PlotAccess::setSharedColours(const ScaleColours& colors)
 {
     XY2DGraphWidget::colMin = colors[0];
     XY2DGraphWidget::colHalfMin = colors[1];
@@ -116,7 +116,7 @@ void PlotAccess::setSharedColors(const ScaleColors& colors)
     XY2DGraphWidget::colMax = colors[4];
 }
 
-ScaleColors PlotAccess::sharedColors()
+ScaleColours PlotAccess::sharedColours()
 {
     return { XY2DGraphWidget::colMin, XY2DGraphWidget::colHalfMin, XY2DGraphWidget::colHalf,
         XY2DGraphWidget::colHalfMax, XY2DGraphWidget::colMax };
@@ -144,7 +144,7 @@ void PlotAccess::fitY(XYGraphWidget& plot, AxisRange range)
     plot.m_maxY = range.max;
 }
 
-void PlotAccess::resetColorBarRoom(XY2DGraphWidget& map)
+void PlotAccess::resetColourBarRoom(XY2DGraphWidget& map)
 {
     map.onColorBarSizeChanging(map.m_autoButton->width() + besideAutoButton);
 }

@@ -13,7 +13,7 @@
 namespace tarnis {
 
 class PlotHooks;
-struct MapColoring;
+struct MapColouring;
 enum class BinReduction;
 
 /// A friend of the plots.
@@ -80,7 +80,7 @@ public:
     {
         return plot.m_funcTick2X(tick, plot.m_funcUserData);
     }
-    static void resetColorBarRoom(XY2DGraphWidget& map);
+    static void resetColourBarRoom(XY2DGraphWidget& map);
 
     static const QList<double>& samples(const VectorGraphWidget& plot) { return plot.m_data; }
     static double largest(const VectorGraphWidget& plot) { return plot.m_maxValue; }
@@ -110,32 +110,32 @@ public:
     };
     static Bar bar(const ColorBarWidget& bar);
 
-    static ColorBarWidget& colorBar(const XY2DGraphWidget& map) { return *map.m_colorBar; }
-    static void openColorBarMenu(XY2DGraphWidget& map, const QPoint& globalPosition);
+    static ColorBarWidget& colourBar(const XY2DGraphWidget& map) { return *map.m_colorBar; }
+    static void openColourBarMenu(XY2DGraphWidget& map, const QPoint& globalPosition);
     /// Widens the room below the plot; the plot is not repainted.
     static void addBottomMargin(XYGraphWidget& plot, int pixels)
     {
         plot.m_margin.setBottom(plot.m_margin.bottom() + pixels);
     }
     /// The tools' settings for a map's colours, created if missing. The map is not repainted.
-    static MapColoring& coloring(XY2DGraphWidget& map);
+    static MapColouring& colouring(XY2DGraphWidget& map);
     /// Null if there are none.
-    static const MapColoring* coloring(const XY2DGraphWidget& map) { return map.m_coloring.get(); }
+    static const MapColouring* colouring(const XY2DGraphWidget& map) { return map.m_colouring.get(); }
     /// Shows the tools' colours in the bar. If there are none, returns false, and the bar is as without tools.
-    static bool feedChosenColors(XY2DGraphWidget& map);
+    static bool feedChosenColours(XY2DGraphWidget& map);
     /// Shows the colours in use in the bar and repaints it.
-    static void showColors(XY2DGraphWidget& map);
+    static void showColours(XY2DGraphWidget& map);
     /// The scale that the map is painted with.
-    static ColorScale colorScale(const XY2DGraphWidget& map);
+    static ColourScale colourScale(const XY2DGraphWidget& map);
     /// Restores the five points, for this map and for all maps without their own settings.
-    static void dropColors(XY2DGraphWidget& map);
+    static void dropColours(XY2DGraphWidget& map);
     /// Reserves space for a tool between plot rectangle and colour bar.
     static void setBesideBar(XY2DGraphWidget& map, int width);
     static void setReduction(XY2DGraphWidget& map, BinReduction reduction);
     static void setSquareRoot(XY2DGraphWidget& map, bool on);
     /// Replaces the five points of all maps; nothing is repainted.
-    static void setSharedColors(const ScaleColors& colors);
-    static ScaleColors sharedColors();
+    static void setSharedColours(const ScaleColours& colors);
+    static ScaleColours sharedColours();
     struct MapAxis {
         double step = 0.0;
         unsigned int resolution = 1;

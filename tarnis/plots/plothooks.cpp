@@ -87,7 +87,7 @@ PlotHooks::State PlotHooks::state() const
         PlotAccess::isAutoY(m_plot), true, PlotAccess::isLogY(m_plot), PlotAccess::plotRect(m_plot) };
     if (const auto* map = qobject_cast<const XY2DGraphWidget*>(&m_plot)) {
         state.levels = PlotAccess::levels(*map);
-        state.autoLevels = PlotAccess::colorBar(*map).isAutoScale();
+        state.autoLevels = PlotAccess::colourBar(*map).isAutoScale();
         state.logScale = PlotAccess::isLogZ(*map);
     }
     return state;

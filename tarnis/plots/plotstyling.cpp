@@ -29,10 +29,10 @@ PlotStyling* stylingOf(const QWidget* plot)
     return hooks != nullptr ? hooks->styling() : nullptr;
 }
 
-QColor shownCurveColor(const XYGraphWidget& plot, int number, const QColor& given)
+QColor shownCurveColour(const XYGraphWidget& plot, int number, const QColor& given)
 {
     const PlotStyling* const styling = stylingOf(&plot);
-    return styling != nullptr ? styling->curveColor(number, given) : given;
+    return styling != nullptr ? styling->curveColour(number, given) : given;
 }
 
 void paintStyled(XYGraphWidget& plot, PlotStyling& styling, QPainter& painter, QRect* rect)

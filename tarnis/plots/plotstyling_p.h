@@ -49,7 +49,7 @@ public:
         QRect maxLabel;
         int width = 0; ///< width of bar and labels
     };
-    virtual BarLayout paintColorBar(QPainter& painter, const QRect& frame, const ColorBarWidget& bar) = 0;
+    virtual BarLayout paintColourBar(QPainter& painter, const QRect& frame, const ColorBarWidget& bar) = 0;
 
     /// The part of the space above the plot rectangle that the last frame left without texts; null without such a part.
     virtual QRect freeAbove() const = 0;
@@ -59,7 +59,7 @@ public:
     virtual QColor lineOverData() const = 0; ///< colour of lines and marks over the data; maps are dark in every theme
     virtual QColor accent() const = 0; ///< colour of peaks and marks over the data
     /// Colour of a curve of the plot's current type; `given` is the classic one.
-    virtual QColor curveColor(int number, const QColor& given) const = 0;
+    virtual QColor curveColour(int number, const QColor& given) const = 0;
 };
 
 /// The current style; null without one. `plot` may be null or any other widget.
@@ -69,6 +69,6 @@ PlotStyling* stylingOf(const QWidget* plot);
 void paintStyled(XYGraphWidget& plot, PlotStyling& styling, QPainter& painter, QRect* rect);
 
 /// The colour of a curve as it is drawn.
-QColor shownCurveColor(const XYGraphWidget& plot, int number, const QColor& given);
+QColor shownCurveColour(const XYGraphWidget& plot, int number, const QColor& given);
 
 } // namespace tarnis

@@ -24,7 +24,7 @@ namespace tarnis {
 enum class EdgeState;
 enum class MouseState;
 struct BinAxis;
-struct MapColoring;
+struct MapColouring;
 struct ScreenPlace;
 } // namespace tarnis
 
@@ -129,7 +129,7 @@ public:
     // Regions - xy2dgraphwidget_roi.cpp
 
     /// Offers the selection of regions inside `range`, in whole axis units. A range without width or height is
-    /// rejected. A further call changes the range and clips the regions to it.
+    /// refused. A further call changes the range and clips the regions to it.
     void enalbeRoiSelect(QRect range);
     /// Switches the tool on or off, if it is available.
     void SetRoiEnabled(bool on);
@@ -272,7 +272,7 @@ protected:
 private:
     friend class tarnis::PlotAccess;
     // Each does the steps of one concern, on the members above, which subclasses read and write.
-    class TARNIS_NO_EXPORT ColorControls;
+    class TARNIS_NO_EXPORT ColourControls;
     class TARNIS_NO_EXPORT Cut;
     class TARNIS_NO_EXPORT Regions;
     struct TARNIS_NO_EXPORT Parts;
@@ -290,5 +290,5 @@ private:
     TARNIS_NO_EXPORT void printWithCuts(VectorGraphWidget& plotX, VectorGraphWidget& plotY);
 
     std::unique_ptr<Parts> m_parts;
-    std::unique_ptr<tarnis::MapColoring> m_coloring; // null until set by a tool
+    std::unique_ptr<tarnis::MapColouring> m_colouring; // null until set by a tool
 };

@@ -31,17 +31,17 @@ void XY2DGraphWidget::setColorBarTicks(int ticks)
     m_colorBar->setTicks(ticks);
 }
 
-tarnis::ColorScale XY2DGraphWidget::ColorControls::scale() const
+tarnis::ColourScale XY2DGraphWidget::ColourControls::scale() const
 {
     using tarnis::ScaleCurve;
-    const tarnis::MapColoring* const chosen = m_plot.m_coloring.get();
+    const tarnis::MapColouring* const chosen = m_plot.m_colouring.get();
     const bool isRoot = chosen != nullptr && chosen->squareRoot;
     const ScaleCurve curve =
         m_plot.m_logScale ? ScaleCurve::Log : (isRoot ? ScaleCurve::SquareRoot : ScaleCurve::Linear);
-    if (const tarnis::ColorTable* table = tarnis::tableInUse(chosen))
+    if (const tarnis::ColourTable* table = tarnis::tableInUse(chosen))
         return { m_plot.m_minZ, m_plot.m_maxZ, curve, *table };
     return { m_plot.m_minZ, m_plot.m_maxZ, curve,
-        chosen != nullptr && chosen->colors ? *chosen->colors : tarnis::PlotAccess::sharedColors() };
+        chosen != nullptr && chosen->colors ? *chosen->colors : tarnis::PlotAccess::sharedColours() };
 }
 
 QColor XY2DGraphWidget::getColor(double value)
@@ -62,27 +62,27 @@ bool XY2DGraphWidget::updateColor(
     return true;
 }
 
-void XY2DGraphWidget::ColorControls::setPoints(const tarnis::ScaleColors& colors)
+void XY2DGraphWidget::ColourControls::setPoints(const tarnis::ScaleColours& colors)
 {
-    tarnis::PlotAccess::setSharedColors(colors);
+    tarnis::PlotAccess::setSharedColours(colors);
     m_plot.updatePattern();
 }
 
-void XY2DGraphWidget::ColorControls::setPoints(tarnis::FivePoints palette)
+void XY2DGraphWidget::ColourControls::setPoints(tarnis::FivePoints palette)
 {
     setPoints(tarnis::fivePoints(palette));
 }
 
-void XY2DGraphWidget::ColorControls::feedBar()
+void XY2DGraphWidget::ColourControls::feedBar()
 {
-    if (tarnis::PlotAccess::feedChosenColors(m_plot))
+    if (tarnis::PlotAccess::feedChosenColours(m_plot))
         return;
-    const tarnis::ScaleColors colors = tarnis::PlotAccess::sharedColors();
+    const tarnis::ScaleColours colors = tarnis::PlotAccess::sharedColours();
     for (std::size_t i = 0; i < colors.size(); ++i)
         m_plot.m_colorBar->updatePos(0.25 * static_cast<double>(i), colors[i]);
 }
 
-void XY2DGraphWidget::ColorControls::fitScale()
+void XY2DGraphWidget::ColourControls::fitScale()
 {
     ColorBarWidget& bar = *m_plot.m_colorBar;
     if (!bar.isAutoScale())
@@ -135,7 +135,7 @@ void XY2DGraphWidget::onLogScale(bool on)
 void XY2DGraphWidget::updatePattern()
 {
     // The five points were set, which overrides the settings of tools.
-    tarnis::PlotAccess::dropColors(*this);
+    tarnis::PlotAccess::dropColours(*this);
     m_parts->colors.feedBar();
     refreshPixmap();
     Q_EMIT onColorBarChanged(this);
@@ -186,7 +186,7 @@ void XY2DGraphWidget::onColorReverse()
     m_parts->colors.setPoints({ colMax, colHalfMax, colHalf, colHalfMin, colMin });
 }
 
-void XY2DGraphWidget::ColorControls::choose(QColor& color, const QString& title)
+void XY2DGraphWidget::ColourControls::choose(QColor& color, const QString& title)
 {
     auto* const dialog = new QColorDialog(color, &m_plot);
     dialog->setWindowTitle(title);
@@ -240,7 +240,7 @@ void XY2DGraphWidget::onFinishEditingColorBar()
     m_finishedEditingColorBar = true;
 }
 
-void XY2DGraphWidget::ColorControls::openMenu(const QPoint& globalPosition)
+void XY2DGraphWidget::ColourControls::openMenu(const QPoint& globalPosition)
 {
     using Slot = void (XY2DGraphWidget::*)();
     XY2DGraphWidget* const plot = &m_plot;
@@ -251,7 +251,7 @@ void XY2DGraphWidget::ColorControls::openMenu(const QPoint& globalPosition)
     QObject::connect(menu, &QMenu::aboutToHide, plot, &XY2DGraphWidget::onColorBarMenuHide);
     const auto addEntry = [=](const QString& text, Slot slot) { menu->addAction(text, plot, slot); };
     // A colour dialog opens after the menu was closed.
-    const auto addColor = [=](const QString& text, const QColor& color, Slot slot) {
+    const auto addColour = [=](const QString& text, const QColor& color, Slot slot) {
         QPixmap icon(15, 15);
         icon.fill(color);
         QObject::connect(menu->addAction(QIcon(icon), text), &QAction::triggered, plot, slot, Qt::QueuedConnection);
@@ -264,13 +264,13 @@ void XY2DGraphWidget::ColorControls::openMenu(const QPoint& globalPosition)
     addEntry(QStringLiteral("Pattern - CyanMagenta"), &XY2DGraphWidget::onPatternCyanMagenta);
     addEntry(QStringLiteral("Pattern - YellowHot"), &XY2DGraphWidget::onPatternYellowHot);
     addEntry(QStringLiteral("Pattern - Blue"), &XY2DGraphWidget::onPatternBlue);
-    addColor(QStringLiteral(" Edit - Max Color"), colMax, &XY2DGraphWidget::onMaxColor);
-    addColor(QStringLiteral(" Edit - Half Max Color"), colHalfMax, &XY2DGraphWidget::onHalfMaxColor);
-    addColor(QStringLiteral(" Edit - Half Color"), colHalf, &XY2DGraphWidget::onHalfColor);
-    addColor(QStringLiteral(" Edit - Half Min Color"), colHalfMin, &XY2DGraphWidget::onHalfMinColor);
-    addColor(QStringLiteral(" Edit - Min Color"), colMin, &XY2DGraphWidget::onMinColor);
+    addColour(QStringLiteral(" Edit - Max Color"), colMax, &XY2DGraphWidget::onMaxColor);
+    addColour(QStringLiteral(" Edit - Half Max Color"), colHalfMax, &XY2DGraphWidget::onHalfMaxColor);
+    addColour(QStringLiteral(" Edit - Half Color"), colHalf, &XY2DGraphWidget::onHalfColor);
+    addColour(QStringLiteral(" Edit - Half Min Color"), colHalfMin, &XY2DGraphWidget::onHalfMinColor);
+    addColour(QStringLiteral(" Edit - Min Color"), colMin, &XY2DGraphWidget::onMinColor);
     addEntry(QStringLiteral("Edit - Reverse"), &XY2DGraphWidget::onColorReverse);
-    addColor(QStringLiteral(" Edit - Back Ground Color"), m_backGroundColor, &XY2DGraphWidget::onBackGroundColor);
+    addColour(QStringLiteral(" Edit - Back Ground Color"), m_backGroundColor, &XY2DGraphWidget::onBackGroundColor);
     menu->popup(globalPosition);
 }
 

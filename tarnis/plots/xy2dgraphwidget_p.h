@@ -11,27 +11,27 @@ namespace tarnis {
 enum class FivePoints;
 
 /// The button's lower edge and the upper edge of the colour bar; the same room is left below the bar.
-constexpr int colorBarTop = 30;
+constexpr int colourBarTop = 30;
 constexpr int besideAutoButton = 6;
 
 } // namespace tarnis
 
 /// The colours of the scale, its limits, and the menu of the colour bar - xy2dgraphwidget_colour.cpp.
-class TARNIS_NO_EXPORT XY2DGraphWidget::ColorControls {
+class TARNIS_NO_EXPORT XY2DGraphWidget::ColourControls {
 public:
-    explicit ColorControls(XY2DGraphWidget& plot)
+    explicit ColourControls(XY2DGraphWidget& plot)
         : m_plot(plot)
     {
     }
 
     /// What the map is painted with.
-    tarnis::ColorScale scale() const;
+    tarnis::ColourScale scale() const;
     /// Fits an automatic scale to the data.
     void fitScale();
     /// Shows the colours in use in the bar.
     void feedBar();
     /// Sets the five points of all maps, from the lower end of the scale to its upper one, and updates this map.
-    void setPoints(const tarnis::ScaleColors& colors);
+    void setPoints(const tarnis::ScaleColours& colors);
     void setPoints(tarnis::FivePoints palette);
     /// Requests a new value for one of the colours.
     void choose(QColor& color, const QString& title);
@@ -111,7 +111,7 @@ struct TARNIS_NO_EXPORT XY2DGraphWidget::Parts {
     {
     }
 
-    ColorControls colors;
+    ColourControls colors;
     Cut cut;
     Regions regions;
     tarnis::MapPainter painter; // keeps buffers from one painting to the next

@@ -36,7 +36,7 @@ void XY2DGraphWidget::onPaint(QPainter& painter, QRect const& graph)
         tarnis::visibleBins(binAxisY(), graph.height(), m_data.size()) };
     using tarnis::BinReduction;
     const bool isExact = tarnis::exactDeviceBehind(painter) != nullptr; // it shows every bin
-    const BinReduction reduction = m_coloring != nullptr ? m_coloring->reduction : BinReduction::First;
+    const BinReduction reduction = m_colouring != nullptr ? m_colouring->reduction : BinReduction::First;
     const bool isReduced = reduction != BinReduction::First && !isExact && tarnis::hasSharedPixels(view);
     const tarnis::BinRows rows = isReduced ? tarnis::reducedBins(m_data, view, reduction) : m_data;
     if (isReduced && reduction != BinReduction::Maximum && m_colorBar->isAutoScale()) {
@@ -65,15 +65,15 @@ void XY2DGraphWidget::paintPoints(QPainter& painter, const QRect& graph) const
 void XY2DGraphWidget::adjustWidgetPosition(QSize size)
 {
     m_autoButton->move(size.width() - m_autoButton->width() - tarnis::besideAutoButton,
-        std::max(0, tarnis::colorBarTop - m_autoButton->sizeHint().height())); // a large font needs more space
+        std::max(0, tarnis::colourBarTop - m_autoButton->sizeHint().height())); // a large font needs more space
     const int barWidth = m_margin.right() - besideBar();
-    m_colorBar->move(size.width() - barWidth, tarnis::colorBarTop);
-    m_colorBar->resize(barWidth, size.height() - 2 * tarnis::colorBarTop);
+    m_colorBar->move(size.width() - barWidth, tarnis::colourBarTop);
+    m_colorBar->resize(barWidth, size.height() - 2 * tarnis::colourBarTop);
 }
 
 int XY2DGraphWidget::besideBar() const
 {
-    return m_coloring != nullptr ? m_coloring->besideBar : 0;
+    return m_colouring != nullptr ? m_colouring->besideBar : 0;
 }
 
 void XY2DGraphWidget::resizeEvent(QResizeEvent* event)
@@ -86,8 +86,8 @@ void XY2DGraphWidget::resizeEvent(QResizeEvent* event)
 void XY2DGraphWidget::onColorBarSizeChanging(int width)
 {
     m_margin.setRight(width + besideBar());
-    m_colorBar->move(this->width() - width, tarnis::colorBarTop);
-    m_colorBar->resize(width, height() - 2 * tarnis::colorBarTop);
+    m_colorBar->move(this->width() - width, tarnis::colourBarTop);
+    m_colorBar->resize(width, height() - 2 * tarnis::colourBarTop);
     refreshPixmap();
     onViewChanged();
 }

@@ -67,7 +67,7 @@ public:
 
     /// The stored value, or `defaultValue` if nothing is stored.
     virtual QString GetSettingValue(const QString& key, const QString& defaultValue) const;
-    /// Stores the value without sending it to the server. Returns false for a value that CheckSettingKey() rejects.
+    /// Stores the value without sending it to the server. Returns false for a value that CheckSettingKey() refuses.
     virtual bool SetSettingValue(const QString& key, const QString& value);
     /// False for the keys "tcp" and "bcp" with a value that is not an int; true for everything else.
     virtual bool CheckSettingKey(const QString& key, const QString& value) const;
@@ -120,7 +120,7 @@ public:
     bool GetReadoutAddress(QString& ip, unsigned int& tcp, unsigned int& bcp) const;
     bool GetReadoutAddress(int index, QString& ip, unsigned int& tcp, unsigned int& bcp) const;
     /// @}
-    /// Stores the three settings and the text of GetReadoutAddressText(). Returns true even if a port is rejected. @{
+    /// Stores the three settings and the text of GetReadoutAddressText(). Returns true even if a port is refused. @{
     bool SetReadoutAddress(QString& ip, unsigned int tcp, unsigned int bcp);
     bool SetReadoutAddress(int index, QString& ip, unsigned int tcp, unsigned int bcp);
     /// @}

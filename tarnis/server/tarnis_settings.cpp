@@ -35,7 +35,7 @@ bool readAddress(const Tarnis& manager, const ReadoutKeys& keys, QString& ip, un
     return tcpIsNumber && bcpIsNumber;
 }
 
-// The result of each store is ignored: a rejected port is not stored, but the address text still shows it.
+// The result of each store is ignored: a refused port is not stored, but the address text still shows it.
 void storeAddress(Tarnis& manager, const ReadoutKeys& keys, const QString& ip, unsigned int tcp, unsigned int bcp)
 {
     manager.SetSettingValue(keys.ip, ip);

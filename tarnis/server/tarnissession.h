@@ -84,7 +84,7 @@ public:
 Q_SIGNALS:
     /// The connection is up and the server has sent its first prompt.
     void connected();
-    /// The command has been answered. A reply that begins with "NG:" is a rejection by the server (or the session).
+    /// The command has been answered. A reply that begins with "NG:" is a refusal by the server (or the session).
     void result(PTarnisCmd cmd, const QByteArray& result);
     /// The socket failed: value of QAbstractSocket::SocketError and Qt's text. The session ends; queued commands get no
     /// result.

@@ -189,7 +189,7 @@ bool TarnisSession::Worker::exchange(TarnisCmd& cmd, const QString& request)
         LOG_BLOCK("write");
         m_socket.write(tarnis::requestBytes(request));
     }
-    // No flush: the wait for the reply sends the bytes. A rejected upload already has its reply.
+    // No flush: the wait for the reply sends the bytes. A refused upload already has its reply.
     return !m_reply.isEmpty() || readReply(cmd);
 }
 

@@ -14,7 +14,7 @@ constexpr char farewell[] = "close"; ///< sent by a client before it closes the 
 /// A request that carries a file: its header line, a line feed and the content.
 bool isUpload(const QString& request);
 
-/// The rejection text (without line feed) of an upload that cannot be sent; empty if it can.
+/// The refusal text (without line feed) of an upload that cannot be sent; empty if it can.
 QByteArray uploadRefusal(const QString& request);
 
 /// The bytes of a request, the end mark included: a line feed, or EOT after an upload. Latin-1.

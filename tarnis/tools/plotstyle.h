@@ -80,12 +80,12 @@ public:
 
     /// Colour of a curve, numbered from 0; colours repeat after the last one. The contrast with the background is at
     /// least 3:1.
-    static QColor seriesColor(Theme theme, int number);
+    static QColor seriesColour(Theme theme, int number);
     /// Number of different curve colours.
-    static int seriesColorCount();
+    static int seriesColourCount();
     /// Colours of the plot rectangle and of the texts. @{
-    static QColor backgroundColor(Theme theme);
-    static QColor textColor(Theme theme);
+    static QColor backgroundColour(Theme theme);
+    static QColor textColour(Theme theme);
     /// @}
 
     /// A menu of themes and forms; a click selects the next theme.

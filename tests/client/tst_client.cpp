@@ -227,14 +227,14 @@ private Q_SLOTS:
     }
 
     // Every outcome but Replied has a text for users.
-    void rejectionsHaveAReason_data()
+    void refusalsHaveAReason_data()
     {
         QTest::addColumn<Step>("reply");
         QTest::newRow("text") << Step::text("NG: \n");
         QTest::newRow("binary") << Step::binary("", "NG:\n");
         QTest::newRow("text for a binary reply") << Step::text("NG:");
     }
-    void rejectionsHaveAReason()
+    void refusalsHaveAReason()
     {
         QFETCH(Step, reply);
         ScriptedServer server;

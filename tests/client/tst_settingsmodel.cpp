@@ -1,4 +1,4 @@
-// The table of settings: sent, rejected and kept values.
+// The table of settings: sent, refused and kept values.
 #include "support/cases.h"
 #include "support/scriptedserver.h"
 #include "support/wait.h"
@@ -164,7 +164,7 @@ private Q_SLOTS:
         QCOMPARE(table.model.changedNames(), QStringList("rate"));
     }
 
-    void rejectsWhatCannotBeSent_data()
+    void refusesWhatCannotBeSent_data()
     {
         addColumns<QString, QString>("name", "value");
         addCase("no name", "", "1");
@@ -175,15 +175,15 @@ private Q_SLOTS:
         addCase("two spaces", "a", "1  2");
         addCase("outside of Latin-1", "a", QString(QChar(0x20ac)));
     }
-    void rejectsWhatCannotBeSent()
+    void refusesWhatCannotBeSent()
     {
         QFETCH(QString, name);
         QFETCH(QString, value);
         Client client;
         SettingsModel model(client);
-        QSignalSpy rejected(&model, &SettingsModel::rejected);
+        QSignalSpy invalid(&model, &SettingsModel::invalidValue);
         QVERIFY(!model.setValue(name, value));
-        QCOMPARE(rejected.size(), 1);
+        QCOMPARE(invalid.size(), 1);
         QCOMPARE(model.rowCount(), 0);
     }
 

@@ -1,4 +1,4 @@
-// tarnis stats, fit, peaks and calibrate: numbers, JSON, and rejected arguments.
+// tarnis stats, fit, peaks and calibrate: numbers, JSON, and refused arguments.
 #include "clientprogram.h"
 
 #include "support/support.h"

@@ -1,4 +1,4 @@
-// tarnis plot: figures of files and histograms, and rejected arguments.
+// tarnis plot: figures of files and histograms, and refused arguments.
 #include "clientprogram.h"
 #include "simserver/simprogram.h"
 #include "support/cases.h"

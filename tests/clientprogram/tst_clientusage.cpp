@@ -1,4 +1,4 @@
-// The command line of tarnis: help, options, and arguments that are rejected before anything is done.
+// The command line of tarnis: help, options, and arguments that are refused before anything is done.
 #include "clientprogram.h"
 
 #include <QTest>

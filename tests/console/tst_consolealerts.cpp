@@ -113,7 +113,7 @@ private Q_SLOTS:
         fixture.start({ ServerChoice::Kind::Remote, {}, ScriptedServer::host(), ScriptedServer::closedPort() });
         QVERIFY(fixture.reaches(ServerState::Failed));
         const Alert before = fixture.alert();
-        fixture.window->commandPanel().upload(QStringLiteral("/no/such/file"));
+        fixture.window->commandPanel().sendFile(QStringLiteral("/no/such/file"));
         QCOMPARE(fixture.alert(), before);
         QVERIFY(fixture.widget<AlertBar>("alertBar").note().contains(QStringLiteral("/no/such/file")));
     }

@@ -71,7 +71,7 @@ private Q_SLOTS:
         QCOMPARE(version.text, QStringLiteral("tarnis-console " TARNIS_CONSOLE_VERSION "\n"));
     }
 
-    void rejectsInvalidArguments_data()
+    void refusesInvalidArguments_data()
     {
         addColumns<QStringList, QString>("arguments", "named");
         QTest::newRow("unknown option") << QStringList { "--bogus" } << "bogus";
@@ -83,7 +83,7 @@ private Q_SLOTS:
         QTest::newRow("no port") << QStringList { "--remote", "daq" } << "'daq'";
         QTest::newRow("bad escape") << QStringList { "--prompt", "\\q" } << "escape";
     }
-    void rejectsInvalidArguments()
+    void refusesInvalidArguments()
     {
         QFETCH(QStringList, arguments);
         QFETCH(QString, named);

@@ -284,7 +284,7 @@ private Q_SLOTS:
                           : dynamic_cast<LiveMap&>(*window).getGraphWidget()->getMaxValue();
         };
         TRY_VERIFY(largest() > 1.0);
-        auto& bar = *window->findChild<KeptData*>();
+        auto& bar = *window->findChild<LastDataBar*>();
         QVERIFY(!bar.isVisible());
         const double kept = largest();
 
@@ -326,7 +326,7 @@ private Q_SLOTS:
         QVERIFY(fixture.reaches(ServerState::Up));
         press(*window->findChild<QPushButton*>(QStringLiteral("keptReleaseButton")));
         TRY_COMPARE(window->getGraphWidget()->getMaxValue(), 0.0);
-        QVERIFY(!window->findChild<KeptData*>()->isVisible());
+        QVERIFY(!window->findChild<LastDataBar*>()->isVisible());
     }
 
     void dataThatAreClearedOnTheSameServerGoAtOnce()
@@ -337,7 +337,7 @@ private Q_SLOTS:
         QVERIFY(isFilled(*window));
         server.answer(curvesCommand, curvesOf(0));
         TRY_COMPARE(window->getGraphWidget()->getMaxValue(), 0.0);
-        QVERIFY(!window->findChild<KeptData*>()->isVisible());
+        QVERIFY(!window->findChild<LastDataBar*>()->isVisible());
     }
 
     void zerosAreFoundInRowsAndPairs()

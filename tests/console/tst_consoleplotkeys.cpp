@@ -205,7 +205,7 @@ private Q_SLOTS:
         auto& map = *full.fixture.open<Graph2DDialog>("map")->getGraphWidget();
         const QColor before = XY2DGraphWidget::colMax;
         takeKeyboard(map);
-        MenuHand hand(QStringLiteral("Pattern - YellowHot"));
+        MenuDriver hand(QStringLiteral("Pattern - YellowHot"));
         chooseTool(map, QStringLiteral("Colours..."));
         TRY_VERIFY(hand.hasChosen());
         QVERIFY(XY2DGraphWidget::colMax != before);

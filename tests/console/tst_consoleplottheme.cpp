@@ -1,4 +1,4 @@
-// The look of plots: on open and new plots, stored, and following the window's colours.
+// The theme of plots: on open and new plots, stored, and following the window's colours.
 #include "app/colours.h"
 #include "plots/plottheme.h"
 #include "support/wait.h"
@@ -17,7 +17,7 @@
 using namespace console;
 using tarnis::PlotStyle;
 
-class TestConsoleLook : public QObject {
+class TestConsolePlotTheme : public QObject {
     Q_OBJECT
 
     QTemporaryDir m_folder;
@@ -25,9 +25,9 @@ class TestConsoleLook : public QObject {
     QPalette m_palette;
 
     static PlotStyle* styleOf(const QWidget& window) { return window.findChild<PlotStyle*>(); }
-    static QAction* entry(const PlotLookMenu& menu, const char* look)
+    static QAction* entry(const PlotThemeMenu& menu, const char* theme)
     {
-        return menu.findChild<QAction*>(QStringLiteral("%1LookAction").arg(QLatin1String(look)));
+        return menu.findChild<QAction*>(QStringLiteral("%1ThemeAction").arg(QLatin1String(theme)));
     }
 
 private Q_SLOTS:
@@ -41,18 +41,18 @@ private Q_SLOTS:
 
     void plotsFollowTheWindowAtFirst()
     {
-        const PlotLookMenu menu(*m_store, nullptr);
+        const PlotThemeMenu menu(*m_store, nullptr);
         QVERIFY(entry(menu, "window")->isChecked());
         QWidget window;
         new VectorGraphWidget(&window);
-        applyLook(window);
+        applyTheme(window);
         QVERIFY(styleOf(window) != nullptr);
         QCOMPARE(styleOf(window)->theme(), PlotStyle::Theme::Light);
         QApplication::setPalette(darkPalette());
         TRY_COMPARE(styleOf(window)->theme(), PlotStyle::Theme::Dark);
         QWidget later;
         new VectorGraphWidget(&later);
-        applyLook(later);
+        applyTheme(later);
         QCOMPARE(styleOf(later)->theme(), PlotStyle::Theme::Dark);
     }
 
@@ -61,8 +61,8 @@ private Q_SLOTS:
         QWidget window;
         new VectorGraphWidget(&window);
         {
-            const PlotLookMenu menu(*m_store, nullptr);
-            applyLook(window);
+            const PlotThemeMenu menu(*m_store, nullptr);
+            applyTheme(window);
             entry(menu, "print")->trigger();
             QCOMPARE(styleOf(window)->theme(), PlotStyle::Theme::Print);
             QApplication::setPalette(darkPalette());
@@ -72,8 +72,8 @@ private Q_SLOTS:
             QVERIFY(styleOf(window) == nullptr);
             QVERIFY(entry(menu, "classic")->isChecked());
         }
-        const PlotLookMenu next(*m_store, nullptr);
-        QCOMPARE(plotLook(), PlotLook::Classic);
+        const PlotThemeMenu next(*m_store, nullptr);
+        QCOMPARE(plotTheme(), PlotTheme::Classic);
         QVERIFY(entry(next, "classic")->isChecked());
         entry(next, "highContrast")->trigger();
         QCOMPARE(styleOf(window)->theme(), PlotStyle::Theme::HighContrast);
@@ -82,13 +82,13 @@ private Q_SLOTS:
     void aDamagedSettingIsTheWindowsLook()
     {
         m_store->setValue("window/plotLook", "purple");
-        const PlotLookMenu menu(*m_store, nullptr);
-        QCOMPARE(plotLook(), PlotLook::Window);
+        const PlotThemeMenu menu(*m_store, nullptr);
+        QCOMPARE(plotTheme(), PlotTheme::Window);
     }
 
     void everyEntryHasTextAndToolTip()
     {
-        const PlotLookMenu menu(*m_store, nullptr);
+        const PlotThemeMenu menu(*m_store, nullptr);
         const QList<QAction*> entries = menu.actions();
         QCOMPARE(entries.size(), 6);
         for (const QAction* const action : entries) {
@@ -98,5 +98,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestConsoleLook)
+QTEST_MAIN(TestConsolePlotTheme)
 #include "tst_consoleplottheme.moc"

@@ -41,7 +41,7 @@ private:
 
 QMessageBox* questionOf(ConsoleFixture& fixture)
 {
-    return fixture.window->findChild<QMessageBox*>(QStringLiteral("uploadBox"));
+    return fixture.window->findChild<QMessageBox*>(QStringLiteral("sendFileBox"));
 }
 
 bool isAsked(ConsoleFixture& fixture)
@@ -51,18 +51,18 @@ bool isAsked(ConsoleFixture& fixture)
 
 void answer(ConsoleFixture& fixture, QMessageBox::StandardButton button)
 {
-    tarnis::testing::answer(*fixture.window, "uploadBox", button);
+    tarnis::testing::answer(*fixture.window, "sendFileBox", button);
 }
 
 } // namespace
 
-class TestConsoleUpload : public QObject {
+class TestConsoleSendFile : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
     void initTestCase() { QApplication::setQuitOnLastWindowClosed(false); }
 
-    void everyByteOfAFileIsUploaded()
+    void everyByteOfAFileIsSent()
     {
         QByteArray content;
         for (int value = 0; value < 256; ++value) {
@@ -72,7 +72,7 @@ private Q_SLOTS:
         const Desktop files;
         Archive server;
         ConsoleFixture fixture(server);
-        fixture.window->commandPanel().upload(files.file(QStringLiteral("all.bin"), content));
+        fixture.window->commandPanel().sendFile(files.file(QStringLiteral("all.bin"), content));
         QVERIFY(fixture.shows(QStringLiteral("txfile all.bin  (255 bytes)")));
         QVERIFY(fixture.isFree());
         QVERIFY(server.requests().contains("txfile all.bin\n" + content));
@@ -95,7 +95,7 @@ private Q_SLOTS:
         const Desktop files;
         Archive server;
         ConsoleFixture fixture(server);
-        fixture.window->commandPanel().upload(files.file(name));
+        fixture.window->commandPanel().sendFile(files.file(name));
         QVERIFY(server.waitForRequest(request));
     }
 
@@ -105,19 +105,19 @@ private Q_SLOTS:
         const Desktop files;
         Archive server;
         ConsoleFixture fixture(server);
-        fixture.window->commandPanel().upload(files.file(QStringLiteral("notes.txt")));
+        fixture.window->commandPanel().sendFile(files.file(QStringLiteral("notes.txt")));
         QVERIFY(isAsked(fixture));
         QVERIFY(questionOf(fixture)->text().contains(QStringLiteral("already exists in /data")));
         QCOMPARE(questionOf(fixture)->defaultButton(), questionOf(fixture)->button(QMessageBox::Cancel));
         // Another one waits for the answer to this one.
-        fixture.window->commandPanel().upload(files.file(QStringLiteral("other.txt")));
+        fixture.window->commandPanel().sendFile(files.file(QStringLiteral("other.txt")));
         QVERIFY(fixture.alert().text.contains(QStringLiteral("is being sent")));
         answer(fixture, QMessageBox::Cancel);
         TRY_VERIFY(!questionOf(fixture));
         fixture.send(QStringLiteral("stat"));
         QVERIFY(fixture.isFree());
         QVERIFY(!server.requests().contains(request));
-        fixture.window->commandPanel().upload(files.file(QStringLiteral("notes.txt")));
+        fixture.window->commandPanel().sendFile(files.file(QStringLiteral("notes.txt")));
         QVERIFY(isAsked(fixture));
         answer(fixture, QMessageBox::Ok);
         QVERIFY(server.waitForRequest(request));
@@ -129,7 +129,7 @@ private Q_SLOTS:
         Archive server;
         server.answer("ls-F \"/data\"", { Step::text("NG:no permission\n") });
         ConsoleFixture fixture(server);
-        fixture.window->commandPanel().upload(files.file(QStringLiteral("new.txt")));
+        fixture.window->commandPanel().sendFile(files.file(QStringLiteral("new.txt")));
         QVERIFY(isAsked(fixture));
         QVERIFY(questionOf(fixture)->text().contains(QStringLiteral("does not report")));
         QVERIFY(questionOf(fixture)->text().contains(QStringLiteral("NG:no permission")));
@@ -143,25 +143,25 @@ private Q_SLOTS:
         Archive server;
         server.answer("pwd", { Step::hold("pwd") });
         ConsoleFixture fixture(server);
-        fixture.window->commandPanel().upload(files.file(QStringLiteral("new.txt")));
+        fixture.window->commandPanel().sendFile(files.file(QStringLiteral("new.txt")));
         QVERIFY(server.waitForHold("pwd"));
         fixture.choose("shutDownAction");
         QVERIFY(fixture.reaches(ServerState::Off));
         QVERIFY(fixture.record().contains(QStringLiteral("is not sent: the server was stopped.")));
-        fixture.window->commandPanel().upload(files.file(QStringLiteral("new.txt")));
+        fixture.window->commandPanel().sendFile(files.file(QStringLiteral("new.txt")));
         QVERIFY(fixture.alert().text.contains(QStringLiteral("there is no connection")));
     }
 
-    void aFileThatCannotBeUploadedIsRefusedWithAReason()
+    void aFileThatCannotBeSentIsRefusedWithAReason()
     {
         const Desktop files;
         Archive server;
         ConsoleFixture fixture(server);
-        fixture.window->commandPanel().upload(QStringLiteral("/no/such/file"));
+        fixture.window->commandPanel().sendFile(QStringLiteral("/no/such/file"));
         QVERIFY(fixture.alert().text.contains(QStringLiteral("cannot be read")));
-        fixture.window->commandPanel().upload(files.file(QString::fromUtf8("\u03b1.txt")));
+        fixture.window->commandPanel().sendFile(files.file(QString::fromUtf8("\u03b1.txt")));
         QVERIFY(fixture.alert().text.contains(QStringLiteral("its name cannot be sent")));
-        fixture.window->commandPanel().upload(files.file(QStringLiteral("eot.txt"), "a\x04z"));
+        fixture.window->commandPanel().sendFile(files.file(QStringLiteral("eot.txt"), "a\x04z"));
         QVERIFY(fixture.shows(QStringLiteral("NG:File contains EOT(0x04) char.")));
     }
 
@@ -193,5 +193,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestConsoleUpload)
+QTEST_MAIN(TestConsoleSendFile)
 #include "tst_consolesendfile.moc"

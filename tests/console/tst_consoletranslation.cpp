@@ -173,7 +173,7 @@ QStringList leftOver(const Vocabulary& before, const Vocabulary& now)
 
 } // namespace
 
-class TestConsoleWords : public QObject {
+class TestConsoleTranslation : public QObject {
     Q_OBJECT
 
     Catalogue m_catalogue;
@@ -337,5 +337,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestConsoleWords)
+QTEST_MAIN(TestConsoleTranslation)
 #include "tst_consoletranslation.moc"

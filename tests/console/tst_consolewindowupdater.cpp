@@ -59,7 +59,7 @@ void comeBackWith(ScriptedServer& server, ConsoleFixture& fixture, const QByteAr
 
 } // namespace
 
-class TestConsoleFollower : public QObject {
+class TestConsoleWindowUpdater : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -274,5 +274,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestConsoleFollower)
+QTEST_MAIN(TestConsoleWindowUpdater)
 #include "tst_consolewindowupdater.moc"

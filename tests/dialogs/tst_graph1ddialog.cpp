@@ -141,7 +141,7 @@ private Q_SLOTS:
     void repliesInTheDemonstration()
     {
         const WindowPointer window = shown(nullptr);
-        BoxWatch boxes;
+        MessageBoxWatcher boxes;
         window->result(answered("hist", true, "OK:"), bytesOf({ 1, 2 }));
         QCOMPARE(window->series(1), QList<double>({ 2 }));
         window->drawReplies = false;
@@ -257,7 +257,7 @@ private Q_SLOTS:
 
     void upperEndIsBeyondTheLastBin()
     {
-        BoxWatch boxes;
+        MessageBoxWatcher boxes;
         const ConnectedWindow window(pairs());
         window->result(answered("hist", true, "OK: (0 4 5)"), bytesOf({ 4, 1 }));
         QCOMPARE(boxes.texts, QStringList("Invalid index!"));
@@ -276,7 +276,7 @@ private Q_SLOTS:
 
     void reportsAParseFailureAndKeepsThePlot()
     {
-        BoxWatch boxes;
+        MessageBoxWatcher boxes;
         const ConnectedWindow window(pairs());
         window->result(answered("hist", true, "OK: (0 4 4)"), bytesOf({ 1, 7 }));
         window->timer->stop();
@@ -306,7 +306,7 @@ private Q_SLOTS:
         QFETCH(QString, text);
         QFETCH(QList<double>, payload);
         QFETCH(int, boxes);
-        BoxWatch watch;
+        MessageBoxWatcher watch;
         const ConnectedWindow window(pairs());
         window->result(answered("hist", true, text), bytesOf(payload));
         QCOMPARE(watch.texts.size(), boxes);

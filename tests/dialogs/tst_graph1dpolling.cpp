@@ -100,7 +100,7 @@ private Q_SLOTS:
 
     void refusedInitialCommandClosesTheWindow()
     {
-        BoxWatch boxes;
+        MessageBoxWatcher boxes;
         const ConnectedWindow window;
         window->result(answered("start %1", false, QString()), "NG: n\xc3\xb6 %2");
         QCOMPARE(boxes.texts, QStringList(QStringLiteral(">>> start %1\n<<< NG: nö %2")));
@@ -166,7 +166,7 @@ private Q_SLOTS:
             { { Step::hold("first"), Step::binary(bytesOf(payload), text.toLatin1()) },
                 { Step::doubles({ 2, 7 }, "a (0 10 5)") } });
         Model model(server);
-        BoxWatch boxes;
+        MessageBoxWatcher boxes;
         const WindowPointer window = shown(&model, pairs());
         QSignalSpy updated(window.get(), &Graph1DDialog::onGraphUpdated);
         QVERIFY(server.waitForHold("first"));
@@ -317,7 +317,7 @@ private Q_SLOTS:
     {
         ScriptedServer server({ Step::silence() });
         Model model(server);
-        BoxWatch boxes;
+        MessageBoxWatcher boxes;
         QPointer<Window> window = new Window(&model);
         window->show();
         QVERIFY(server.waitForConnections(1));
@@ -330,7 +330,7 @@ private Q_SLOTS:
     {
         ScriptedServer server({ Step::drop() });
         Model model(server);
-        BoxWatch boxes;
+        MessageBoxWatcher boxes;
         const WindowPointer window = shown(&model);
         QVERIFY(eventually([&] { return !boxes.texts.isEmpty(); }));
         QCOMPARE(boxes.icons.value(0), QMessageBox::Information);
@@ -340,7 +340,7 @@ private Q_SLOTS:
 
     void ignoresAnErrorQueuedBeforeClosing()
     {
-        BoxWatch boxes;
+        MessageBoxWatcher boxes;
         const ConnectedWindow window;
         QMetaObject::invokeMethod(window.get(), "error", Qt::QueuedConnection, Q_ARG(int, 1), Q_ARG(QString, "gone"));
         window->close();
@@ -369,7 +369,7 @@ private Q_SLOTS:
         Model model(server);
         QPointer<Window> window = new Window(&model, pairMode ? pairs() : Options());
         window->show();
-        BoxWatch boxes;
+        MessageBoxWatcher boxes;
         boxes.answers = false; // the box is deleted with its window
         if (closed)
             boxes.whileOpen = [&] { window->close(); };

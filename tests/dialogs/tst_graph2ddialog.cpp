@@ -162,7 +162,7 @@ private Q_SLOTS:
         QFETCH(QByteArray, payload);
         QFETCH(QString, box);
         QFETCH(int, rows);
-        BoxWatch boxes;
+        MessageBoxWatcher boxes;
         const ConnectedWindow window;
         window->reply(text, payload);
         QCOMPARE(boxes.texts.value(0), box);
@@ -176,7 +176,7 @@ private Q_SLOTS:
 
     void mismatchKeepsThePicture()
     {
-        BoxWatch boxes;
+        MessageBoxWatcher boxes;
         const ConnectedWindow window;
         window->reply("OK:", bytesOf(ramp(6)));
         window->reply("OK:", bytesOf({ 9, 9 }));

@@ -89,7 +89,7 @@ private Q_SLOTS:
 
     void refusedInitialCommandClosesTheWindow()
     {
-        BoxWatch boxes;
+        MessageBoxWatcher boxes;
         const ConnectedWindow window;
         window->result(answered("start", false, QString()), "NG: no");
         QCOMPARE(boxes.texts, QStringList(">>> start\n<<< NG: no"));
@@ -100,7 +100,7 @@ private Q_SLOTS:
 
     void showsRejectionsInTheWindowsLanguage()
     {
-        BoxWatch boxes;
+        MessageBoxWatcher boxes;
         const ConnectedWindow window;
         Catalogue catalogue("Graph2DDialog"); // removed from the application by its destructor
         QCoreApplication::installTranslator(&catalogue);
@@ -124,7 +124,7 @@ private Q_SLOTS:
         ScriptedServer server;
         server.answer("start", { Step::text("NG: is running\n") });
         Model model(server);
-        BoxWatch boxes;
+        MessageBoxWatcher boxes;
         QPointer<Window> window = new Window(&model, { "start" });
         window->show();
         QVERIFY(hasRequests(server, 1));
@@ -138,7 +138,7 @@ private Q_SLOTS:
         server.answer("start", { Step::text("NG: no\n") });
         server.answer("map", { Step::drop() });
         Model model(server);
-        BoxWatch boxes;
+        MessageBoxWatcher boxes;
         boxes.leaveOpen = [](const QMessageBox& box) { return box.text().startsWith(">>> "); };
         QPointer<Window> window = new Window(&model, { "start" });
         window->show();
@@ -154,7 +154,7 @@ private Q_SLOTS:
     {
         ScriptedServer server;
         Model model(server);
-        BoxWatch boxes;
+        MessageBoxWatcher boxes;
         QPointer<Window> window = new Window(&model);
         window->show();
         boxes.leaveOpen = [&](const QMessageBox&) { return boxes.texts.size() == 1; };
@@ -236,7 +236,7 @@ private Q_SLOTS:
             { { Step::hold("first"), Step::binary(bytesOf(ramp(hidden ? 6 : 5)), "OK:\n") },
                 { Step::binary(bytesOf(ramp(6)), "OK:\n") } });
         Model model(server);
-        BoxWatch boxes;
+        MessageBoxWatcher boxes;
         const WindowPointer window = shown(&model);
         QVERIFY(server.waitForHold("first"));
         window->setVisible(!hidden);
@@ -293,7 +293,7 @@ private Q_SLOTS:
     {
         ScriptedServer server({ Step::drop() });
         Model model(server);
-        BoxWatch boxes;
+        MessageBoxWatcher boxes;
         QPointer<Window> window = new Window(&model);
         window->show();
         QVERIFY(eventually([&] { return window.isNull(); }));
@@ -304,7 +304,7 @@ private Q_SLOTS:
     {
         ScriptedServer server({ Step::silence() });
         Model model(server);
-        BoxWatch boxes;
+        MessageBoxWatcher boxes;
         QPointer<Window> window = new Window(&model);
         window->show();
         QVERIFY(server.waitForConnections(1));
@@ -342,7 +342,7 @@ private Q_SLOTS:
         Model model(server);
         QPointer<Window> window = new Window(&model);
         window->show();
-        BoxWatch boxes;
+        MessageBoxWatcher boxes;
         boxes.whileOpen = [&] { delete window; };
         if (kind == 0)
             window->result(answered("start", false, QString()), "NG: no");

@@ -105,7 +105,7 @@ private Q_SLOTS:
     {
         const SilentServer server;
         Curves window(addressOf(server), true);
-        BoxWatch boxes;
+        MessageBoxWatcher boxes;
         QList<Qt::TextFormat> formats;
         QList<QSize> sizes;
         boxes.whileOpen = [&] {
@@ -177,7 +177,7 @@ private Q_SLOTS:
         QFETCH(double, x);
         const SilentServer server;
         Curves window(addressOf(server), true);
-        const BoxWatch boxes;
+        const MessageBoxWatcher boxes;
         int reason = -1;
         window.hooks.onUndrawn = [&](const tarnis::UndrawnReply& reply) {
             reason = int(reply.reason);
@@ -206,7 +206,7 @@ private Q_SLOTS:
         QFETCH(bool, fits);
         const SilentServer server;
         Map window(addressOf(server));
-        const BoxWatch boxes;
+        const MessageBoxWatcher boxes;
         QList<tarnis::UndrawnReply> undrawn;
         window.hooks.onUndrawn = [&](const tarnis::UndrawnReply& reply) {
             undrawn.append(reply);
@@ -227,7 +227,7 @@ private Q_SLOTS:
     {
         const SilentServer server;
         Curves window(addressOf(server));
-        BoxWatch boxes;
+        MessageBoxWatcher boxes;
         window.result(answered("hist", true, "OK:"), QByteArray((qsizetype(1 << 22) + 1) * 8, '\0'));
         QCOMPARE(boxes.texts.size(), 1);
         QVERIFY(boxes.texts.at(0).contains("4194305 values"));
@@ -262,7 +262,7 @@ private Q_SLOTS:
     {
         ScriptedServer server;
         server.answerInTurn("hist", { { Step::drop() }, { Step::binary(bytesOf({ 7 }), "OK:\n") } });
-        BoxWatch boxes;
+        MessageBoxWatcher boxes;
         Curves window(addressOf(server));
         QCOMPARE(window.stopReason(), "");
         QVERIFY(eventually([&] { return boxes.texts.size() == 1; }));
@@ -282,7 +282,7 @@ private Q_SLOTS:
         const SilentServer server;
         Curves window(addressOf(server), true);
         QVERIFY(server.waitForRequests(1)); // no first poll comes while the box is open
-        const BoxWatch boxes;
+        const MessageBoxWatcher boxes;
         window.result(answered("hist", true, "OK: a\n"), bytesOf({ 1, 2 }));
         QCOMPARE(boxes.texts.size(), 1);
         QCOMPARE(window.stopReason(), "failed to parse information - 'OK: a\n'");
@@ -310,7 +310,7 @@ private Q_SLOTS:
         second.answer("hist", { Step::binary(bytesOf({ 2 }), "OK:\n") });
         Curves window(addressOf(*first));
         QVERIFY(eventually([&] { return window.data() == QList<double>({ 1 }); }));
-        const BoxWatch boxes;
+        const MessageBoxWatcher boxes;
         window.renewSession(addressOf(second));
         tarnis::waitForEndingSessions(); // the first server's prompt is destroyed with it
         first.reset();
@@ -324,7 +324,7 @@ private Q_SLOTS:
         first.answer("hist", { Step::hold("gate"), Step::drop() });
         const SilentServer second;
         Curves window(addressOf(first));
-        const BoxWatch boxes;
+        const MessageBoxWatcher boxes;
         QVERIFY(first.waitForHold("gate"));
         first.release("gate");
         QVERIFY(window.session->wait(timeoutMs)); // its error is queued, and no event is delivered

@@ -286,7 +286,7 @@ private Q_SLOTS:
         chooser.dialog->setExt({ "txt" }, true, false);
         QVERIFY(eventually([&] { return chooser.list().count() == 4; }));
         chooser.edit().setText("new");
-        const BoxWatch box(QMessageBox::Ok);
+        const MessageBoxWatcher box(QMessageBox::Ok);
         chooser.ok().click();
         QCOMPARE(box.texts, QStringList("File not found: new.txt"));
         QCOMPARE(box.titles.value(0), QCoreApplication::applicationName());
@@ -305,13 +305,13 @@ private Q_SLOTS:
         // Names are case-sensitive.
         chooser.edit().setText("B.TXT");
         {
-            const BoxWatch otherCase;
+            const MessageBoxWatcher otherCase;
             chooser.ok().click();
             QCOMPARE(otherCase.texts, QStringList("File not found: B.TXT"));
         }
         // Both flags: the file exists, so the dialog asks.
         chooser.edit().setText("b.txt");
-        const BoxWatch question(QMessageBox::Cancel);
+        const MessageBoxWatcher question(QMessageBox::Cancel);
         chooser.ok().click();
         QCOMPARE(question.texts, QStringList("'b.txt' already exists. Do you want to overwrite it?"));
         QVERIFY(question.defaultButtons.value(0) != QMessageBox::Cancel); // unlike the twin's
@@ -345,7 +345,7 @@ private Q_SLOTS:
         chooser.dialog->setExt({ "txt" }, false, true);
         QVERIFY(eventually([&] { return chooser.list().count() == 4; }));
         chooser.edit().setText("b");
-        const BoxWatch box(answer);
+        const MessageBoxWatcher box(answer);
         chooser.ok().click();
         QCOMPARE(box.texts, QStringList("'b.txt' already exists. Do you want to overwrite it?"));
         QCOMPARE(chooser.accepted.count(), answer == QMessageBox::Ok ? 1 : 0);

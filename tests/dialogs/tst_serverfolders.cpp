@@ -88,7 +88,7 @@ private Q_SLOTS:
 
     void namesBeyondLatin1AreListedOnly()
     {
-        // Requests are sent in Latin-1, so the server receives another name and rejects it, and the chooser returns to
+        // Requests are sent in Latin-1, so the server receives another name and refuses it, and the chooser returns to
         // its root.
         Tree tree;
         tree.folder("/Teilchen 😀");

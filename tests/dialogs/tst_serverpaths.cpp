@@ -187,7 +187,7 @@ private Q_SLOTS:
         QVERIFY(chooser.shows({ "x_0001/" }));
         chooser.edit().setText("x");
         {
-            const BoxWatch box(QMessageBox::Cancel);
+            const MessageBoxWatcher box(QMessageBox::Cancel);
             chooser.ok().click();
             QCOMPARE(box.texts, QStringList("'x' already exists. Do you want to overwrite it?"));
             QCOMPARE(box.defaultButtons.value(0), QMessageBox::Cancel);
@@ -196,7 +196,7 @@ private Q_SLOTS:
         // A name that is not displayed is looked up too.
         chooser.dialog->setExt({}, true, QString());
         chooser.edit().setText("other");
-        const BoxWatch second(QMessageBox::Ok);
+        const MessageBoxWatcher second(QMessageBox::Ok);
         chooser.ok().click();
         QCOMPARE(second.texts, QStringList("'other' already exists. Do you want to overwrite it?"));
         QCOMPARE(chooser.accepted.value(0).value(0).toString(), "/data/other");

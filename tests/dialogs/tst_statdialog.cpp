@@ -90,7 +90,7 @@ private Q_SLOTS:
             "stat", { { Step::text("a:1\nb:2\n") }, { Step::text("NG: busy\n") }, { Step::text("b:3\n") } });
         StatDialog dialog(newSession(server), QString(), QString(), nullptr);
         QVERIFY(eventually([&] { return rowsOf(dialog) == QStringList({ "a=1", "b=2" }); }));
-        QVERIFY(eventually([&] { return rowsOf(dialog).isEmpty(); })); // a rejection shows nothing and does not stop
+        QVERIFY(eventually([&] { return rowsOf(dialog).isEmpty(); })); // a refusal shows nothing and does not stop
                                                                        // polling
         QVERIFY(eventually([&] { return rowsOf(dialog) == QStringList({ "b=3" }); }));
     }

@@ -93,7 +93,7 @@ public:
     {
         const QString command = QString("help a%1").arg(m_asked++);
         m_window->send(command);
-        // An unknown topic: a rejection is an answer, too.
+        // An unknown topic: a refusal is an answer, too.
         return eventually([&] { return ends(command) == 1; }) && !log().filter(command + ": unknown").isEmpty();
     }
 

@@ -106,7 +106,7 @@ private Q_SLOTS:
         const QSignalSpy searched(&dialog, &PeakSearchDialog::search);
         type(dialog, threshold, width);
 
-        const BoxWatch boxes;
+        const MessageBoxWatcher boxes;
         clickSearch(dialog);
         QCOMPARE(boxes.texts, QStringList { message });
         QCOMPARE(boxes.titles, QStringList { QStringLiteral("Console") });
@@ -131,7 +131,7 @@ private Q_SLOTS:
         const QPointer<PeakSearchDialog> dialog = new PeakSearchDialog(&plot);
         dialog->show();
         type(*dialog, threshold, QStringLiteral("2"));
-        BoxWatch boxes;
+        MessageBoxWatcher boxes;
         boxes.whileOpen = [&] { delete dialog; };
         QMetaObject::invokeMethod(dialog, "onSearch");
         QVERIFY(dialog.isNull());

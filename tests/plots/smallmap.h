@@ -36,7 +36,7 @@ public:
     /// Opens the menu of the colour bar with a right click on it.
     QMenu* openMenu()
     {
-        PlotHand(*this).press(m_colorBar->geometry().center(), Qt::RightButton);
+        PlotMouse(*this).press(m_colorBar->geometry().center(), Qt::RightButton);
         return m_colorBarMenu;
     }
     /// The same while a menu is open, which keeps such a click from the plot.

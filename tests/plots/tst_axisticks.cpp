@@ -57,7 +57,7 @@ double axisNumber(std::mt19937_64& random)
 
 } // namespace
 
-class TestPlotAxis : public QObject {
+class TestAxisTicks : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -416,5 +416,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_APPLESS_MAIN(TestPlotAxis)
+QTEST_APPLESS_MAIN(TestAxisTicks)
 #include "tst_axisticks.moc"

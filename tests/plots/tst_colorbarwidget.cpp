@@ -31,7 +31,7 @@ public:
     QLineEdit* openEditor(bool ofMax)
     {
         painted();
-        PlotHand(*this).click((ofMax ? m_maxRect : m_minRect).center());
+        PlotMouse(*this).click((ofMax ? m_maxRect : m_minRect).center());
         return m_editLine;
     }
     void type(const QString& text)
@@ -291,11 +291,11 @@ private Q_SLOTS:
             bar.painted();
         const QPoint inside(40, bar.fontMetrics().height());
         const QPoint point = onTheEdge ? QPoint(bar.m_maxRect.left(), inside.y()) : inside;
-        PlotHand(bar).click(point, static_cast<Qt::MouseButton>(button));
+        PlotMouse(bar).click(point, static_cast<Qt::MouseButton>(button));
         QVERIFY(bar.m_editLine == nullptr);
         QVERIFY(!bar.isEditing());
         if (onTheEdge) {
-            PlotHand(bar).click(point + QPoint(1, 0));
+            PlotMouse(bar).click(point + QPoint(1, 0));
             QVERIFY(bar.m_editLine != nullptr);
         }
     }
@@ -354,12 +354,12 @@ private Q_SLOTS:
         bar.m_editLine->setText("7");
         bar.setAutoScale(true); // does not close it; a press does, on auto scale too
         QVERIFY(bar.m_editLine != nullptr);
-        PlotHand(bar).press(QPoint(5, 150));
+        PlotMouse(bar).press(QPoint(5, 150));
         QVERIFY(bar.m_editLine == nullptr);
         QCOMPARE(deleted.size(), 1);
         QVERIFY(max.isEmpty());
         QCOMPARE(bar.m_max, 100.0);
-        PlotHand(bar).press(QPoint(5, 150));
+        PlotMouse(bar).press(QPoint(5, 150));
         QCOMPARE(deleted.size(), 1);
     }
 

@@ -16,7 +16,7 @@ using namespace tarnis::testing;
 
 namespace {
 
-QColor randomColor(Generator& generator)
+QColor randomColour(Generator& generator)
 {
     return QColor(static_cast<QRgb>(generator()) | 0xff000000U);
 }
@@ -45,7 +45,7 @@ MapState randomScale(Generator& generator)
         std::swap(map.minZ, map.maxZ);
     if (generator() % 2 == 0) {
         for (QColor& color : map.colors)
-            color = randomColor(generator);
+            color = randomColour(generator);
     }
     return map;
 }
@@ -76,7 +76,7 @@ double randomValue(Generator& generator, const MapState& map)
     }
 }
 
-tarnis::ColorScale scaleOf(const MapState& map)
+tarnis::ColourScale scaleOf(const MapState& map)
 {
     return { map.minZ, map.maxZ, map.logScale, map.colors };
 }
@@ -89,21 +89,21 @@ QRgb penPixel(const QColor& color)
 
 } // namespace
 
-class TestColorScale : public QObject {
+class TestColourScale : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
     void cleanup() { tarnis::setAvx2(true); }
 
-    void colorsBitByBit()
+    void coloursBitByBit()
     {
         Generator generator = seededGenerator(1);
         for (int i = 0; i < 4000; ++i) {
             const MapState map = randomScale(generator);
-            const tarnis::ColorScale scale = scaleOf(map);
+            const tarnis::ColourScale scale = scaleOf(map);
             for (int k = 0; k < 500; ++k) {
                 const double value = randomValue(generator, map);
-                const QColor expected = oracleColor(map, value);
+                const QColor expected = oracleColour(map, value);
                 const QColor color = scale.color(value);
                 if (color != expected || scale.pixel(value) != penPixel(expected))
                     QFAIL(qPrintable(QStringLiteral("%1 on %2 to %3%4: %5 for %6")
@@ -131,9 +131,9 @@ private Q_SLOTS:
             const MapState map = randomScale(generator);
             const auto name = static_cast<tarnis::TableName>(generator() % tarnis::tableCount);
             const auto curve = generator() % 3;
-            const tarnis::ColorTable& table = tarnis::colorTable(name);
+            const tarnis::ColourTable& table = tarnis::colorTable(name);
             const std::vector<QRgb> entries(table.begin(), table.end());
-            const tarnis::ColorScale scale(map.minZ, map.maxZ, static_cast<tarnis::ScaleCurve>(curve), table);
+            const tarnis::ColourScale scale(map.minZ, map.maxZ, static_cast<tarnis::ScaleCurve>(curve), table);
             QVERIFY(scale.isOpaque());
             converter.setScale(scale);
             std::vector<double> values(generator() % 300);
@@ -143,7 +143,7 @@ private Q_SLOTS:
             converter.convert(values.data(), static_cast<int>(values.size()), pixels.data());
             for (std::size_t k = 0; k < values.size(); ++k) {
                 const QColor expected =
-                    oracleTableColor(entries, map.minZ, map.maxZ, static_cast<OracleCurve>(curve), values[k]);
+                    oracleTableColour(entries, map.minZ, map.maxZ, static_cast<OracleCurve>(curve), values[k]);
                 const QRgb pixel = oracleEqual(values[k], 0.0) ? 0U : penPixel(expected);
                 if (scale.color(values[k]) != expected || pixels[k] != pixel)
                     QFAIL(qPrintable(QStringLiteral("%1 on %2 to %3, curve %4: %5 for %6")
@@ -167,21 +167,21 @@ private Q_SLOTS:
             roots.logScale = false;
             roots.minZ = map.minZ < 0.0 ? 0.0 : std::sqrt(map.minZ);
             roots.maxZ = map.maxZ < 0.0 ? 0.0 : std::sqrt(map.maxZ);
-            const tarnis::ColorScale scale(map.minZ, map.maxZ, tarnis::ScaleCurve::SquareRoot, map.colors);
+            const tarnis::ColourScale scale(map.minZ, map.maxZ, tarnis::ScaleCurve::SquareRoot, map.colors);
             std::vector<double> values(100);
             for (double& value : values)
                 value = randomValue(generator, map);
             std::vector<QRgb> pixels(values.size());
             scale.pixels(values.data(), static_cast<int>(values.size()), pixels.data());
             for (std::size_t k = 0; k < values.size(); ++k) {
-                const QColor expected = oracleColor(roots, values[k] < 0.0 ? 0.0 : std::sqrt(values[k]));
+                const QColor expected = oracleColour(roots, values[k] < 0.0 ? 0.0 : std::sqrt(values[k]));
                 QCOMPARE(scale.color(values[k]), expected);
                 QCOMPARE(pixels[k], penPixel(expected));
             }
         }
     }
 
-    void tablesHoldThePublishedColors_data()
+    void tablesHoldThePublishedColours_data()
     {
         addColumns<int, QColor, QColor, QColor>("name", "low", "middle", "high");
         const auto row = [](const char* text, tarnis::TableName name, QRgb low, QRgb middle, QRgb high) {
@@ -196,13 +196,13 @@ private Q_SLOTS:
         row("greys", TableName::Greys, 0x000000, 0x808080, 0xffffff);
         row("diverging", TableName::Diverging, 0x3b4cc0, 0xdddddd, 0xb40426);
     }
-    void tablesHoldThePublishedColors()
+    void tablesHoldThePublishedColours()
     {
         QFETCH(int, name);
         QFETCH(QColor, low);
         QFETCH(QColor, middle);
         QFETCH(QColor, high);
-        const tarnis::ColorTable& table = tarnis::colorTable(static_cast<tarnis::TableName>(name));
+        const tarnis::ColourTable& table = tarnis::colorTable(static_cast<tarnis::TableName>(name));
         const auto isNear = [](const QColor& a, const QColor& b) {
             return std::abs(a.red() - b.red()) <= 2 && std::abs(a.green() - b.green()) <= 2
                 && std::abs(a.blue() - b.blue()) <= 2;
@@ -238,7 +238,7 @@ private Q_SLOTS:
                 std::vector<QRgb> pixels(values.size(), 7U);
                 converter.convert(values.data(), static_cast<int>(values.size()), pixels.data());
                 for (std::size_t k = 0; k < values.size(); ++k) {
-                    const QRgb expected = oracleEqual(values[k], 0.0) ? 0U : penPixel(oracleColor(map, values[k]));
+                    const QRgb expected = oracleEqual(values[k], 0.0) ? 0U : penPixel(oracleColour(map, values[k]));
                     if (pixels[k] != expected)
                         QFAIL(qPrintable(QStringLiteral("%1 on %2 to %3: %4 for %5")
                                              .arg(values[k], 0, 'g', 17)
@@ -292,7 +292,7 @@ private Q_SLOTS:
                 QRgb pixel = 0;
                 for (int column = first[group]; pixel == 0 && column < first[group + 1]; ++column) {
                     const double value = values[static_cast<std::size_t>(column)];
-                    pixel = oracleEqual(value, 0.0) ? 0U : penPixel(oracleColor(map, value));
+                    pixel = oracleEqual(value, 0.0) ? 0U : penPixel(oracleColour(map, value));
                 }
                 expected.push_back(pixel);
             }
@@ -348,7 +348,7 @@ private Q_SLOTS:
         }
     }
 
-    void equalScalesGiveEqualColors()
+    void equalScalesGiveEqualColours()
     {
         const MapState map;
         QVERIFY(scaleOf(map) == scaleOf(map));
@@ -405,5 +405,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_APPLESS_MAIN(TestColorScale)
+QTEST_APPLESS_MAIN(TestColourScale)
 #include "tst_colourscale.moc"

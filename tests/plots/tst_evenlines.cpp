@@ -267,8 +267,8 @@ private Q_SLOTS:
             QCOMPARE(cross, crosses.constFirst());
     }
 
-    void ticksOfAColorBar_data() { ratios(); }
-    void ticksOfAColorBar()
+    void ticksOfAColourBar_data() { ratios(); }
+    void ticksOfAColourBar()
     {
         QFETCH(double, ratio);
         class Bar : public ColorBarWidget {

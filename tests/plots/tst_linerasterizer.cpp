@@ -185,7 +185,7 @@ void prepareNoPen(QPainter& painter)
     painter.setPen(Qt::NoPen);
 }
 
-void prepareFineColor(QPainter& painter)
+void prepareFineColour(QPainter& painter)
 {
     painter.setPen(QColor::fromRgba64(0x1280, 0x7f7f, 0xfe90));
 }
@@ -214,7 +214,7 @@ using Prepare = void (*)(QPainter&);
 
 Q_DECLARE_METATYPE(Prepare)
 
-class TestPixelMask : public QObject {
+class TestLineRasterizer : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -317,7 +317,7 @@ private Q_SLOTS:
         row("dashed", prepareDashes);
         row("wide", prepareWidePen);
         row("no pen", prepareNoPen);
-        row("color of 16 bits a channel", prepareFineColor);
+        row("color of 16 bits a channel", prepareFineColour);
         row("antialiased", prepareAntialiasing);
         row("exclusive or", prepareXor);
         row("half opaque", prepareOpacity);
@@ -417,5 +417,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestPixelMask)
+QTEST_MAIN(TestLineRasterizer)
 #include "tst_linerasterizer.moc"

@@ -115,7 +115,7 @@ void setAxes(MapState& map, const Bins& bins, Generator& generator)
     zoom(map.minY, map.maxY, bins.rows, stepY, map.initMinY, generator);
 }
 
-void setColors(MapState& map, Generator& generator)
+void setColours(MapState& map, Generator& generator)
 {
     map.logScale = chance(generator, 0.3);
     map.autoZ = chance(generator, 0.6);
@@ -134,9 +134,9 @@ void setColors(MapState& map, Generator& generator)
         map.colors.front() = QColor::fromRgbF(0.3F, 0.6F, 0.1F);
 }
 
-tarnis::ColorScale scaleOf(const MapState& map)
+tarnis::ColourScale scaleOf(const MapState& map)
 {
-    return tarnis::ColorScale(map.minZ, map.maxZ, map.logScale, map.colors);
+    return tarnis::ColourScale(map.minZ, map.maxZ, map.logScale, map.colors);
 }
 
 tarnis::BinGeometry viewOf(const MapState& map, const QRect& rect)
@@ -258,7 +258,7 @@ private Q_SLOTS:
             const Bins bins = { whole(generator, 0, maxBins), whole(generator, 0, maxBins), kind, zeros, ragged };
             fill(map, bins, generator);
             setAxes(map, bins, generator);
-            setColors(map, generator);
+            setColours(map, generator);
             oracleAutoZ(map);
             compare(product, map, randomCanvas(generator), number);
         }
@@ -280,7 +280,7 @@ private Q_SLOTS:
             const Bins bins = { whole(generator, 0, maxBins), whole(generator, 0, maxBins), kind, zeros, ragged };
             fill(map, bins, generator);
             setAxes(map, bins, generator);
-            setColors(map, generator);
+            setColours(map, generator);
             oracleAutoZ(map);
             compare(product, map, randomCanvas(generator), number);
         }
@@ -335,7 +335,7 @@ private Q_SLOTS:
             const Bins bins = { whole(generator, 1, 120), whole(generator, 1, 120), number % 2, 0.3, false };
             fill(map, bins, generator);
             setAxes(map, bins, generator);
-            setColors(map, generator);
+            setColours(map, generator);
             oracleAutoZ(map);
             Canvas canvas;
             canvas.device = QSize(160, 140);

@@ -26,12 +26,12 @@ private Q_SLOTS:
         plot.SetEnableSelectXRangeFeature(true, QStringLiteral("Channel"));
         plot.show();
         const QSignalSpy begun(&plot, &XYGraphWidget::xRangeSelectBegin);
-        QVERIFY(PlotHand(plot).pick(QStringLiteral("Select Channel Range")));
+        QVERIFY(PlotMouse(plot).pick(QStringLiteral("Select Channel Range")));
         QVERIFY(!plot.IsEnableSelectXRange());
         QCOMPARE(begun.count(), 0);
         QVERIFY(plot.m_xRangeDialog == nullptr);
         plot.setData(0, QList<double>(10, 1.0), 1.0);
-        QVERIFY(PlotHand(plot).pick(QStringLiteral("Select Channel Range")));
+        QVERIFY(PlotMouse(plot).pick(QStringLiteral("Select Channel Range")));
         QVERIFY(plot.IsEnableSelectXRange());
         QCOMPARE(begun.count(), 1);
         QVERIFY(plot.m_xRangeDialog != nullptr);
@@ -41,7 +41,7 @@ private Q_SLOTS:
     {
         Plot plot;
         plot.show();
-        PlotHand hand(plot);
+        PlotMouse hand(plot);
         plot.wasRefreshed();
         QVERIFY(hand.pick(QStringLiteral("Column Chart")));
         QVERIFY(plot.m_columnChart && plot.wasRefreshed());
@@ -56,7 +56,7 @@ private Q_SLOTS:
         Plot plot;
         plot.show();
         plot.wasRefreshed();
-        QVERIFY(PlotHand(plot).pick(QStringLiteral("Log Scale")));
+        QVERIFY(PlotMouse(plot).pick(QStringLiteral("Log Scale")));
         QVERIFY(plot.m_logScaleY && plot.wasRefreshed());
         plot.entry(QStringLiteral("Log Scale"))->setChecked(false); // set from code: not called
         QVERIFY(plot.m_logScaleY);
@@ -146,7 +146,7 @@ private Q_SLOTS:
         plot.setMinMaxY(0.0, 100.0);
         plot.show();
         plot.picture();
-        PlotHand hand(plot);
+        PlotMouse hand(plot);
         hand.move(plot.calcWidgetPoint(QPoint(30, 75)) + QPoint(1, 0));
         TRY_COMPARE(QToolTip::text(), QStringLiteral("Module:5 Channel:30 i:80"));
         hand.move(plot.calcWidgetPoint(QPoint(60, 15)) + QPoint(1, 0));
@@ -176,7 +176,7 @@ private Q_SLOTS:
         plot.initManualX(0.0, 100.0);
         plot.show();
         plot.picture();
-        PlotHand hand(plot);
+        PlotMouse hand(plot);
         hand.move(plot.m_graphRect.center());
         TRY_VERIFY(QToolTip::text().endsWith(QStringLiteral(" i:90")));
         hand.move(QPoint(2, 2));
@@ -198,7 +198,7 @@ private Q_SLOTS:
     {
         Plot plot;
         plot.show();
-        PlotHand hand(plot);
+        PlotMouse hand(plot);
         for (const double odd : { 0.0, -1.0, 1e308, -1e308, 5e-324, std::nan(""), HUGE_VAL, -HUGE_VAL }) {
             plot.initMode(true, true);
             plot.setData(0, { odd, 1.0, odd, 5.0 }, odd);

@@ -158,9 +158,9 @@ private Q_SLOTS:
                  dialog->reject();
              },
                 acceptFile(folder.filePath(QStringLiteral("deep/a.csv"))) });
-        QVERIFY(PlotHand(plot).pick(QStringLiteral("Save CSV...")));
+        QVERIFY(PlotMouse(plot).pick(QStringLiteral("Save CSV...")));
         QCOMPARE(getSaveDir(), folder.path() + u'/');
-        QVERIFY(PlotHand(plot).pick(QStringLiteral("Save CSV...")));
+        QVERIFY(PlotMouse(plot).pick(QStringLiteral("Save CSV...")));
         QVERIFY(watchdog.isContent());
         QCOMPARE(getSaveDir(), folder.filePath(QStringLiteral("deep/")));
     }
@@ -237,15 +237,15 @@ private Q_SLOTS:
         plot.show();
         plot.onSelectVisibles();
         const QTableWidget& table = *plot.visibles()->getTable();
-        const auto colorOf = [&](int row) { return table.item(row, 1)->background().color(); };
-        const QColor classic = colorOf(0);
+        const auto colourOf = [&](int row) { return table.item(row, 1)->background().color(); };
+        const QColor classic = colourOf(0);
         auto style = std::make_unique<tarnis::PlotStyle>(&plot, tarnis::PlotStyle::Theme::Dark);
-        TRY_VERIFY(colorOf(0) != classic);
-        const QColor dark = colorOf(0);
+        TRY_VERIFY(colourOf(0) != classic);
+        const QColor dark = colourOf(0);
         style->setTheme(tarnis::PlotStyle::Theme::HighContrast);
-        TRY_VERIFY(colorOf(0) != dark);
+        TRY_VERIFY(colourOf(0) != dark);
         style.reset();
-        TRY_COMPARE(colorOf(0), classic);
+        TRY_COMPARE(colourOf(0), classic);
         QCOMPARE(marks(table, 0), QStringLiteral("x#"));
     }
 
@@ -345,11 +345,11 @@ private Q_SLOTS:
     void peakDialogIsOne()
     {
         Plot plot;
-        QVERIFY(PlotHand(plot).pick(QStringLiteral("Peak Search")));
+        QVERIFY(PlotMouse(plot).pick(QStringLiteral("Peak Search")));
         QPointer<PeakSearchDialog> dialog = plot.peakDialog();
         QVERIFY(dialog->isVisible() && dialog->testAttribute(Qt::WA_DeleteOnClose));
         dialog->hide();
-        QVERIFY(PlotHand(plot).pick(QStringLiteral("Peak Search")));
+        QVERIFY(PlotMouse(plot).pick(QStringLiteral("Peak Search")));
         QVERIFY(dialog->isVisible());
         QCOMPARE(plot.findChildren<PeakSearchDialog*>().size(), 1);
     }

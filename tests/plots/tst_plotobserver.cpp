@@ -42,7 +42,7 @@ class Patch : public PlotOverlay {
 public:
     Patch(XYGraphWidget* plot, QColor color, int zOrder = 0, bool saved = true)
         : PlotOverlay(plot, zOrder)
-        , m_color(color)
+        , m_colour(color)
         , m_saved(saved)
     {
     }
@@ -52,12 +52,12 @@ protected:
     {
         const QPointF a(mapping.columnOf(20.0), mapping.rowOf(20.0));
         const QPointF b(mapping.columnOf(40.0), mapping.rowOf(40.0));
-        painter.fillRect(QRectF(a, b).normalized(), m_color);
+        painter.fillRect(QRectF(a, b).normalized(), m_colour);
     }
     bool isSaved() const override { return m_saved; }
 
 private:
-    QColor m_color;
+    QColor m_colour;
     bool m_saved;
 };
 

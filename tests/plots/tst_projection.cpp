@@ -87,7 +87,7 @@ bool areEqual(const tarnis::CutSums& sums, const CutResult& expected)
 
 } // namespace
 
-class TestMapCut : public QObject {
+class TestProjection : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -337,5 +337,5 @@ private Q_SLOTS:
     void windowExtents() { QTEST(tarnis::cutWindowExtent(QByteArray(QTest::currentDataTag()).toInt()), "extent"); }
 };
 
-QTEST_APPLESS_MAIN(TestMapCut)
+QTEST_APPLESS_MAIN(TestProjection)
 #include "tst_projection.moc"

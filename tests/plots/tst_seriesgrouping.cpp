@@ -37,21 +37,21 @@ QStringList members(const QList<SummedCurve>& curves)
 
 } // namespace
 
-class TestSeriesSums : public QObject {
+class TestSeriesGrouping : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
     void rotationRepeats()
     {
-        QCOMPARE(tarnis::rotationColor(0), QColor(255, 51, 0));
-        QCOMPARE(tarnis::rotationColor(1), QColor(255, 255, 0));
-        QCOMPARE(tarnis::rotationColor(2), QColor(51, 153, 102));
-        QCOMPARE(tarnis::rotationColor(3), QColor(0, 65, 255));
-        QCOMPARE(tarnis::rotationColor(4), QColor(102, 204, 255));
-        QCOMPARE(tarnis::rotationColor(5), QColor(255, 153, 153));
-        QCOMPARE(tarnis::rotationColor(6), QColor(255, 153, 0));
-        QCOMPARE(tarnis::rotationColor(7), QColor(153, 0, 102));
-        QCOMPARE(tarnis::rotationColor(8), tarnis::rotationColor(0));
+        QCOMPARE(tarnis::rotationColour(0), QColor(255, 51, 0));
+        QCOMPARE(tarnis::rotationColour(1), QColor(255, 255, 0));
+        QCOMPARE(tarnis::rotationColour(2), QColor(51, 153, 102));
+        QCOMPARE(tarnis::rotationColour(3), QColor(0, 65, 255));
+        QCOMPARE(tarnis::rotationColour(4), QColor(102, 204, 255));
+        QCOMPARE(tarnis::rotationColour(5), QColor(255, 153, 153));
+        QCOMPARE(tarnis::rotationColour(6), QColor(255, 153, 0));
+        QCOMPARE(tarnis::rotationColour(7), QColor(153, 0, 102));
+        QCOMPARE(tarnis::rotationColour(8), tarnis::rotationColour(0));
     }
 
     void everySeriesByItself()
@@ -68,8 +68,8 @@ private Q_SLOTS:
             record(2, 5) };
         const auto curves = tarnis::curvesOf(series, AddType::AddEachGroup, 3);
         QCOMPARE(members(curves), (QStringList { "0+1+2", "-3+4" })); // hidden members count, the first decides
-        QCOMPARE(curves.at(0).color, tarnis::rotationColor(0));
-        QCOMPARE(curves.at(1).color, tarnis::rotationColor(1));
+        QCOMPARE(curves.at(0).color, tarnis::rotationColour(0));
+        QCOMPARE(curves.at(1).color, tarnis::rotationColour(1));
     }
 
     void groupOfOne()
@@ -77,7 +77,7 @@ private Q_SLOTS:
         const QList<Series> series(10, record(2, 1));
         const auto curves = tarnis::curvesOf(series, AddType::AddEachGroup, 1);
         QCOMPARE(curves.size(), 10);
-        QCOMPARE(curves.at(9).color, tarnis::rotationColor(1));
+        QCOMPARE(curves.at(9).color, tarnis::rotationColour(1));
         QCOMPARE(curves.at(8).color, curves.at(0).color);
     }
 
@@ -87,8 +87,8 @@ private Q_SLOTS:
             record(2, 6) };
         const auto curves = tarnis::curvesByGroup(series, 3);
         QCOMPARE(members(curves), (QStringList { "-1+2", "3+4+5" }));
-        QCOMPARE(curves.at(0).color, tarnis::rotationColor(1));
-        QCOMPARE(curves.at(1).color, tarnis::rotationColor(2));
+        QCOMPARE(curves.at(0).color, tarnis::rotationColour(1));
+        QCOMPARE(curves.at(1).color, tarnis::rotationColour(2));
     }
 
     void positions()
@@ -251,5 +251,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_APPLESS_MAIN(TestSeriesSums)
+QTEST_APPLESS_MAIN(TestSeriesGrouping)
 #include "tst_seriesgrouping.moc"

@@ -306,7 +306,7 @@ private Q_SLOTS:
             QCOMPARE(dialog->directory().absolutePath() + u'/', getSaveDir());
             dialog->reject();
         } });
-        QVERIFY(PlotHand(plot).pick(QStringLiteral("Save CSV...")));
+        QVERIFY(PlotMouse(plot).pick(QStringLiteral("Save CSV...")));
         QVERIFY(watchdog.isContent());
     }
 

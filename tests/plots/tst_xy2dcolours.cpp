@@ -15,10 +15,10 @@ using namespace tarnis::testing;
 
 namespace {
 
-using Colors = std::array<QColor, 5>;
+using Colours = std::array<QColor, 5>;
 
 /// From the upper end of the scale to its lower one.
-Colors scaleColors()
+Colours scaleColours()
 {
     return { XY2DGraphWidget::colMax, XY2DGraphWidget::colHalfMax, XY2DGraphWidget::colHalf,
         XY2DGraphWidget::colHalfMin, XY2DGraphWidget::colMin };
@@ -29,7 +29,7 @@ public:
     using MapProbe::MapProbe;
 
     bool wasBarRefreshed() { return std::exchange(m_colorBar->m_refreshRequired, false); }
-    QList<QColor> barColors() const { return m_colorBar->*(&BarProbe::m_colors); }
+    QList<QColor> barColours() const { return m_colorBar->*(&BarProbe::m_colors); }
     double barMin() const { return m_colorBar->*(&BarProbe::m_min); }
     double barMax() const { return m_colorBar->*(&BarProbe::m_max); }
 };
@@ -40,7 +40,7 @@ using Slot = void (XY2DGraphWidget::*)();
 
 Q_DECLARE_METATYPE(Slot)
 
-class TestXY2DColors : public QObject {
+class TestXY2DColours : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -51,7 +51,7 @@ private Q_SLOTS:
         XYGraphWidget::m_backGroundColor = Qt::black;
     }
 
-    void colorsBitByBit()
+    void coloursBitByBit()
     {
         std::mt19937_64 generator = seededGenerator(1);
         const auto real = [&](double low, double high) {
@@ -69,7 +69,7 @@ private Q_SLOTS:
                 map.colors[4], map.colors[3], map.colors[2], map.colors[1], map.colors[0], QColor(Qt::black));
             for (int k = 0; k < 1000; ++k) {
                 const double value = real(-10.0, 600.0);
-                if (plot.getColor(value) != oracleColor(map, value))
+                if (plot.getColor(value) != oracleColour(map, value))
                     QFAIL(qPrintable(QString::number(value, 'g', 17)));
             }
         }
@@ -131,10 +131,10 @@ private Q_SLOTS:
         plot.wasBarRefreshed();
         QSignalSpy changed(&plot, &XY2DGraphWidget::onColorBarChanged);
         (plot.*slot)();
-        Colors expected;
+        Colours expected;
         std::copy(colors.begin(), colors.end(), expected.begin());
-        QCOMPARE(scaleColors(), expected);
-        QCOMPARE(plot.barColors(), (QList<QColor>(expected.rbegin(), expected.rend())));
+        QCOMPARE(scaleColours(), expected);
+        QCOMPARE(plot.barColours(), (QList<QColor>(expected.rbegin(), expected.rend())));
         QVERIFY(plot.wasRefreshed());
         QVERIFY(!plot.wasBarRefreshed());
         QCOMPARE(changed.size(), 1);
@@ -160,10 +160,10 @@ private Q_SLOTS:
         plot.onPatternRainbow2();
         QSignalSpy changed(&plot, &XY2DGraphWidget::onColorBarChanged);
         plot.onColorReverse();
-        QCOMPARE(scaleColors(), (Colors { "#ff00ff", "#0000ff", "#00ff00", "#ffff00", "#ff0000" }));
+        QCOMPARE(scaleColours(), (Colours { "#ff00ff", "#0000ff", "#00ff00", "#ffff00", "#ff0000" }));
         QCOMPARE(changed.size(), 1);
         plot.onColorReverse();
-        QCOMPARE(scaleColors(), (Colors { "#ff0000", "#ffff00", "#00ff00", "#0000ff", "#ff00ff" }));
+        QCOMPARE(scaleColours(), (Colours { "#ff0000", "#ffff00", "#00ff00", "#0000ff", "#ff00ff" }));
     }
 
     void updateColorTakesAll()
@@ -172,7 +172,7 @@ private Q_SLOTS:
         plot.wasRefreshed();
         QSignalSpy changed(&plot, &XY2DGraphWidget::onColorBarChanged);
         QVERIFY(plot.updateColor("#010101", "#020202", "#030303", "#040404", "#050505", "#060606"));
-        QCOMPARE(scaleColors(), (Colors { "#010101", "#020202", "#030303", "#040404", "#050505" }));
+        QCOMPARE(scaleColours(), (Colours { "#010101", "#020202", "#030303", "#040404", "#050505" }));
         QCOMPARE(XYGraphWidget::m_backGroundColor, QColor("#060606"));
         QVERIFY(plot.wasRefreshed());
         QCOMPARE(changed.size(), 1);
@@ -192,12 +192,12 @@ private Q_SLOTS:
         QFETCH(int, which);
         Plot plot;
         plot.wasRefreshed();
-        const Colors before = scaleColors();
+        const Colours before = scaleColours();
         QList<QColor> colors(5, QColor(Qt::white));
         colors[which] = QColor();
         QSignalSpy changed(&plot, &XY2DGraphWidget::onColorBarChanged);
         QVERIFY(!plot.updateColor(colors[0], colors[1], colors[2], colors[3], colors[4], Qt::white));
-        QCOMPARE(scaleColors(), before);
+        QCOMPARE(scaleColours(), before);
         QCOMPARE(XYGraphWidget::m_backGroundColor, QColor(Qt::black));
         QVERIFY(changed.isEmpty() && !plot.wasRefreshed());
     }
@@ -303,7 +303,7 @@ private Q_SLOTS:
         plot.m_autoButton->click();
         plot.m_colorBar->getPixmap();
         const QRect label = plot.m_colorBar->*(&BarProbe::m_maxRect);
-        PlotHand(*plot.m_colorBar).click(label.center());
+        PlotMouse(*plot.m_colorBar).click(label.center());
         auto* editor = plot.m_colorBar->findChild<QLineEdit*>();
         QVERIFY(editor);
         QVERIFY(plot.m_editingColorBar && !plot.m_finishedEditingColorBar);
@@ -392,10 +392,10 @@ private Q_SLOTS:
         plot.resize(400, 300);
         plot.m_autoButton->click();
         plot.m_colorBar->getPixmap();
-        PlotHand(*plot.m_colorBar).click((plot.m_colorBar->*(&BarProbe::m_minRect)).center());
+        PlotMouse(*plot.m_colorBar).click((plot.m_colorBar->*(&BarProbe::m_minRect)).center());
         QVERIFY(plot.m_colorBar->*(&BarProbe::m_editLine));
         plot.m_cutDragEdge = 3;
-        PlotHand(plot).press(QPoint(50, 60));
+        PlotMouse(plot).press(QPoint(50, 60));
         QVERIFY(!(plot.m_colorBar->*(&BarProbe::m_editLine)));
         QVERIFY(plot.m_finishedEditingColorBar);
         QCOMPARE(plot.m_pressPos, QPoint(50, 60));
@@ -425,5 +425,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestXY2DColors)
+QTEST_MAIN(TestXY2DColours)
 #include "tst_xy2dcolours.moc"

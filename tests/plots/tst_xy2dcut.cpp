@@ -179,7 +179,7 @@ private Q_SLOTS:
         Plot plot;
         plot.fill();
         plot.switchOn();
-        PlotHand(plot).drag(QPoint(95, 75), QPoint(165, 155)); // 2.25 to 5.75, 2.25 to 6.25
+        PlotMouse(plot).drag(QPoint(95, 75), QPoint(165, 155)); // 2.25 to 5.75, 2.25 to 6.25
         QCOMPARE(plot.cut(), rect(2, 6, 2, 7));
         QCOMPARE(plot.m_minX, 0.0); // no zoom
         QCOMPARE(plot.m_cutRangeDialog->*(&BoxView::m_yMin), 2.0);
@@ -205,7 +205,7 @@ private Q_SLOTS:
         plot.setCut(2.0, 6.0, 1.0, 5.0);
         plot.m_actRectangle->trigger();
         QVERIFY(plot.m_act1dCut->isChecked());
-        PlotHand(plot).drag(QPoint(110, 80), QPoint(149, 159));
+        PlotMouse(plot).drag(QPoint(110, 80), QPoint(149, 159));
         QCOMPARE(plot.m_minX, 3.0);
         QCOMPARE(plot.m_maxX, 5.0);
         QCOMPARE(plot.cut(), rect(2, 6, 1, 5));
@@ -219,7 +219,7 @@ private Q_SLOTS:
         plot.switchOn();
         plot.m_actZoomIn->trigger();
         for (int i = 0; i < 30; ++i)
-            PlotHand(plot).click(QPoint(150, 120));
+            PlotMouse(plot).click(QPoint(150, 120));
         QVERIFY(plot.m_maxX - plot.m_minX < 8.0);
         const qsizetype shown = (plot.plotX()->*(&CutView::m_data)).size();
         QVERIFY(shown < 10);
@@ -232,7 +232,7 @@ private Q_SLOTS:
         plot.fill();
         plot.switchOn();
         plot.m_actMove->trigger();
-        PlotHand hand(plot);
+        PlotMouse hand(plot);
         hand.press(QPoint(150, 120));
         hand.move(QPoint(110, 120));
         QCOMPARE(plot.m_minX, 2.0);

@@ -40,7 +40,7 @@ private Q_SLOTS:
         plot.switchOn();
         plot.setCut(2.0, 6.0, 1.0, 5.0);
         QCOMPARE(plot.m_cutPixelRect, QRect(QPoint(90, 100), QPoint(169, 179)));
-        PlotHand(plot).press(point);
+        PlotMouse(plot).press(point);
         QCOMPARE(plot.m_cutDragEdge, edge);
         QCOMPARE(int(plot.cursor().shape()), cursor);
         QVERIFY(!plot.m_selecting && plot.m_edit == nullptr);
@@ -53,7 +53,7 @@ private Q_SLOTS:
         plot.fill();
         plot.switchOn();
         plot.setCut(2.0, 6.0, 1.0, 5.0);
-        PlotHand(plot).press(QPoint(130, 140));
+        PlotMouse(plot).press(QPoint(130, 140));
         QCOMPARE(plot.m_cutDragEdge, 0);
         QVERIFY(plot.m_selecting);
     }
@@ -64,10 +64,10 @@ private Q_SLOTS:
         plot.fill();
         plot.switchOn();
         plot.setCut(0.0, 10.0, 0.0, 8.0); // the left edge is at the graph's
-        PlotHand(plot).press(QPoint(48, 140));
+        PlotMouse(plot).press(QPoint(48, 140));
         QCOMPARE(plot.m_cutDragEdge, 0);
         QVERIFY(!plot.m_selecting);
-        PlotHand(plot).press(QPoint(52, 140));
+        PlotMouse(plot).press(QPoint(52, 140));
         QCOMPARE(plot.m_cutDragEdge, 1);
     }
 
@@ -92,7 +92,7 @@ private Q_SLOTS:
         plot.fill();
         plot.switchOn();
         plot.setCut(2.0, 6.0, 1.0, 5.0);
-        PlotHand(plot).drag(from, to);
+        PlotMouse(plot).drag(from, to);
         QCOMPARE(plot.cut(), cut);
         QCOMPARE(plot.m_cutDragEdge, 0);
         QCOMPARE(plot.cursor().shape(), Qt::ArrowCursor);
@@ -105,7 +105,7 @@ private Q_SLOTS:
         plot.fill();
         plot.switchOn();
         plot.setCut(2.0, 6.0, 1.0, 5.0);
-        PlotHand hand(plot);
+        PlotMouse hand(plot);
         hand.press(QPoint(90, 140));
         plot.wasRefreshed();
         hand.move(QPoint(120, 140));
@@ -137,7 +137,7 @@ private Q_SLOTS:
         plot.fill();
         plot.switchOn();
         plot.setCut(2.0, 6.0, 1.0, 5.0);
-        PlotHand(plot).press(point, Qt::RightButton);
+        PlotMouse(plot).press(point, Qt::RightButton);
         const QPointer<QLineEdit> editor = plot.m_edit;
         QVERIFY(editor);
         QCOMPARE(editor->text(), shown);
@@ -166,7 +166,7 @@ private Q_SLOTS:
         plot.setCut(2.0, 6.0, 1.0, 5.0);
         for (const char* text : { "0.99", "9.01", "1e99", "nan" }) {
             plot.lay();
-            PlotHand(plot).press(QPoint(plot.m_cutPixelRect.left(), 140), Qt::RightButton);
+            PlotMouse(plot).press(QPoint(plot.m_cutPixelRect.left(), 140), Qt::RightButton);
             QVERIFY(plot.m_edit);
             plot.m_edit->setText(text);
             QTest::keyClick(plot.m_edit, Qt::Key_Return);
@@ -182,7 +182,7 @@ private Q_SLOTS:
         plot.fill();
         plot.switchOn();
         plot.setCut(2.0, 6.0, 1.0, 5.0);
-        PlotHand hand(plot);
+        PlotMouse hand(plot);
         hand.press(QPoint(90, 140), Qt::RightButton);
         const QPointer<QLineEdit> first = plot.m_edit;
         hand.press(QPoint(169, 140), Qt::RightButton); // another edge, another editor
@@ -199,7 +199,7 @@ private Q_SLOTS:
         plot.fill();
         plot.switchOn();
         plot.setCut(2.0, 6.0, 1.0, 5.0);
-        PlotHand hand(plot);
+        PlotMouse hand(plot);
         hand.press(QPoint(90, 140), Qt::RightButton);
         hand.release(QPoint(90, 140), Qt::RightButton);
         QVERIFY(plot.m_edit);
@@ -215,7 +215,7 @@ private Q_SLOTS:
         plot.fill();
         plot.switchOn();
         plot.setCut(2.0, 6.0, 1.0, 5.0);
-        PlotHand(plot).press(QPoint(90, 140), Qt::RightButton);
+        PlotMouse(plot).press(QPoint(90, 140), Qt::RightButton);
         plot.m_cutDragEdge = 0;
         plot.m_edit->setText("4");
         plot.on1dCutEntered();

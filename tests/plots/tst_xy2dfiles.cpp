@@ -29,7 +29,7 @@ QByteArray contentOf(const QString& path)
 }
 
 /// The colour in the centre of an entry's icon.
-QColor colorOf(const QAction& action)
+QColor colourOf(const QAction& action)
 {
     return action.icon().pixmap(15, 15).toImage().pixelColor(7, 7);
 }
@@ -56,7 +56,7 @@ private Q_SLOTS:
     {
         Plot plot;
         plot.lay();
-        PlotHand hand(plot);
+        PlotMouse hand(plot);
         hand.move(QPoint(101, 85));
         QCOMPARE(QToolTip::text(), QString("x:10 y:-5 i:1"));
         QVERIFY(QToolTip::isVisible());
@@ -87,7 +87,7 @@ private Q_SLOTS:
         QFETCH(QPoint, point);
         Plot plot;
         plot.lay();
-        PlotHand hand(plot);
+        PlotMouse hand(plot);
         hand.move(QPoint(125, 85));
         QVERIFY(!QToolTip::text().isEmpty());
         hand.move(point);
@@ -99,7 +99,7 @@ private Q_SLOTS:
         Plot plot;
         plot.clearData();
         plot.lay();
-        PlotHand(plot).move(QPoint(125, 85));
+        PlotMouse(plot).move(QPoint(125, 85));
         QVERIFY(!QToolTip::isVisible() || QToolTip::text().isEmpty());
     }
 
@@ -120,14 +120,14 @@ private Q_SLOTS:
         QVERIFY(menu->isVisible());
     }
 
-    void menuShowsTheColors()
+    void menuShowsTheColours()
     {
         Plot plot;
         plot.updateColor("#010000", "#020000", "#030000", "#040000", "#050000", "#060000");
         const QList<QAction*> entries = plot.openMenu()->actions();
         QList<QColor> colors;
         for (const int entry : { 8, 9, 10, 11, 12, 14 })
-            colors << colorOf(*entries.at(entry));
+            colors << colourOf(*entries.at(entry));
         QCOMPARE(colors, (QList<QColor> { "#010000", "#020000", "#030000", "#040000", "#050000", "#060000" }));
         QCOMPARE(entries.at(8)->icon().availableSizes(), QList<QSize> { QSize(15, 15) });
     }
@@ -148,7 +148,7 @@ private Q_SLOTS:
         QCOMPARE(XY2DGraphWidget::colMax, QColor("#000000"));
     }
 
-    void menuColorsOpenTheirDialogAfterTheMenu()
+    void menuColoursOpenTheirDialogAfterTheMenu()
     {
         const QList<QPair<int, QColor*>> entries { { 8, &XY2DGraphWidget::colMax }, { 9, &XY2DGraphWidget::colHalfMax },
             { 10, &XY2DGraphWidget::colHalf }, { 11, &XY2DGraphWidget::colHalfMin }, { 12, &XY2DGraphWidget::colMin },
@@ -213,9 +213,9 @@ private Q_SLOTS:
     void leftPressOnTheBarOpensNothing()
     {
         Plot plot;
-        PlotHand(plot).press(plot.m_colorBar->geometry().center());
+        PlotMouse(plot).press(plot.m_colorBar->geometry().center());
         QVERIFY(plot.m_colorBarMenu == nullptr);
-        PlotHand(plot).press(plot.m_colorBar->geometry().topLeft() - QPoint(1, 0), Qt::RightButton);
+        PlotMouse(plot).press(plot.m_colorBar->geometry().topLeft() - QPoint(1, 0), Qt::RightButton);
         QVERIFY(plot.m_colorBarMenu == nullptr);
     }
 
@@ -290,7 +290,7 @@ private Q_SLOTS:
         plot.setMinMaxX(10.0, 11.0); // all bins are written, independent of the zoom
         const QString path = folder.filePath("map.csv");
         ModalWatchdog watchdog({ acceptFile(path) });
-        QVERIFY(PlotHand(plot).pick("Save CSV..."));
+        QVERIFY(PlotMouse(plot).pick("Save CSV..."));
         QVERIFY(watchdog.isContent());
         QCOMPARE(contentOf(path), QByteArray("1,2,3\n0,-4,1.23457e+06\n\n0.1,-2\n"));
         QCOMPARE(QFileInfo(getSaveDir()).canonicalFilePath(), QFileInfo(path).canonicalPath());

@@ -413,7 +413,7 @@ private Q_SLOTS:
         QVERIFY(plot.wasRefreshed());
     }
 
-    void layoutFollowsTheColorBar()
+    void layoutFollowsTheColourBar()
     {
         Plot plot;
         plot.resize(600, 400);

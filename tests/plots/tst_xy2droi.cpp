@@ -241,7 +241,7 @@ private Q_SLOTS:
         Plot plot;
         plot.offer();
         plot.SetRoiEnabled(true);
-        PlotHand(plot).drag(QPoint(70, 120), QPoint(89, 159)); // 10 to 20, 20 to 40
+        PlotMouse(plot).drag(QPoint(70, 120), QPoint(89, 159)); // 10 to 20, 20 to 40
         QCOMPARE(plot.regions(), QList<QRect> { corners(10, 20, 20, 40) });
         QCOMPARE(plot.GetViewSelectedROI()->currentIndex(), 0);
         QCOMPARE(plot.changed.size(), 1);
@@ -289,7 +289,7 @@ private Q_SLOTS:
         plot.SetRoiEnabled(true);
         plot.m_actRectangle->trigger();
         QVERIFY(plot.IsRoiEnabled());
-        PlotHand(plot).drag(QPoint(70, 120), QPoint(89, 159));
+        PlotMouse(plot).drag(QPoint(70, 120), QPoint(89, 159));
         QCOMPARE(plot.m_minX, 10.0);
         QVERIFY(plot.regions().isEmpty());
     }

@@ -68,7 +68,7 @@ private Q_SLOTS:
     {
         setNumberFormat('g', 6);
         plot = std::make_unique<Plot>();
-        hand = std::make_unique<tarnis::testing::PlotHand>(*plot);
+        hand = std::make_unique<tarnis::testing::PlotMouse>(*plot);
         QVERIFY(QTest::qWaitForWindowExposed(plot.get()));
         plot->wasRefreshed();
         plot->calls.clear();
@@ -426,7 +426,7 @@ private:
     }
 
     std::unique_ptr<Plot> plot;
-    std::unique_ptr<tarnis::testing::PlotHand> hand;
+    std::unique_ptr<tarnis::testing::PlotMouse> hand;
 };
 
 QTEST_MAIN(TestXYGraphEdit)

@@ -137,7 +137,7 @@ private Q_SLOTS:
             QCOMPARE(dialog->parentWidget(), &plot);
             dialog->reject();
         } });
-        tarnis::testing::PlotHand hand(plot);
+        tarnis::testing::PlotMouse hand(plot);
         QVERIFY(hand.pick("Save PNG..."));
         QVERIFY(watchdog.isContent());
     }
@@ -252,7 +252,7 @@ private Q_SLOTS:
             QCOMPARE(window.parentWidget(), &plot);
             print(folder.filePath("order.pdf"))(window);
         } });
-        tarnis::testing::PlotHand hand(plot);
+        tarnis::testing::PlotMouse hand(plot);
         QVERIFY(hand.pick("Print..."));
         QVERIFY(watchdog.isContent());
         QCOMPARE(order, (QStringList { "dialog", "picture with 0 painters" }));

@@ -356,7 +356,7 @@ private Q_SLOTS:
         QCOMPARE(cleared.count(), 1);
         QCOMPARE(selected.count(), 0);
         plot.SetXRange(1.0, 2.0);
-        tarnis::testing::PlotHand hand(plot);
+        tarnis::testing::PlotMouse hand(plot);
         QVERIFY(hand.pick("Clear X Range"));
         QCOMPARE(cleared.count(), 2);
         QCOMPARE(selected.last(), (QVariantList { 0.0, 0.0 }));
@@ -378,7 +378,7 @@ private Q_SLOTS:
         Plot plot;
         plot.show();
         plot.SetEnableSelectXRangeFeature(true, "X");
-        tarnis::testing::PlotHand hand(plot);
+        tarnis::testing::PlotMouse hand(plot);
         QVERIFY(hand.pick("Select X Range"));
         QSignalSpy selected(&plot, &XYGraphWidget::xRangeSelected);
         const QRect graph = plot.m_graphRect;

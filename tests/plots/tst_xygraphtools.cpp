@@ -17,7 +17,7 @@ private Q_SLOTS:
     void init()
     {
         plot = std::make_unique<Plot>();
-        hand = std::make_unique<tarnis::testing::PlotHand>(*plot);
+        hand = std::make_unique<tarnis::testing::PlotMouse>(*plot);
         QVERIFY(QTest::qWaitForWindowExposed(plot.get()));
         plot->wasRefreshed();
         plot->autoScaleCalls = 0;
@@ -301,7 +301,7 @@ private Q_SLOTS:
 
 private:
     std::unique_ptr<Plot> plot;
-    std::unique_ptr<tarnis::testing::PlotHand> hand;
+    std::unique_ptr<tarnis::testing::PlotMouse> hand;
 };
 
 QTEST_MAIN(TestXYGraphTools)

@@ -33,14 +33,14 @@ public:
     }
     void quit() { m_bQuit = true; }
 
-    ReadOutcome readText(FedSocket& socket, bool progress = true)
+    ReadOutcome readText(ChunkSocket& socket, bool progress = true)
     {
         ReadOutcome out;
         out.buffer = "left over";
         out.complete = read(socket, out.buffer, progress);
         return finish(out, socket);
     }
-    ReadOutcome readBinaryReply(FedSocket& socket)
+    ReadOutcome readBinaryReply(ChunkSocket& socket)
     {
         ReadOutcome out;
         out.buffer = "left over";
@@ -54,7 +54,7 @@ public:
     const QByteArray ownPrompt;
 
 private:
-    ReadOutcome finish(ReadOutcome out, const FedSocket& socket)
+    ReadOutcome finish(ReadOutcome out, const ChunkSocket& socket)
     {
         out.error = !errors.isEmpty();
         out.pieces = pieces;
@@ -127,7 +127,7 @@ private Q_SLOTS:
     {
         QFETCH(QByteArrayList, waits);
         QFETCH(QByteArray, text);
-        FedSocket socket(waits);
+        ChunkSocket socket(waits);
         Reader reader;
         const ReadOutcome out = reader.readText(socket);
         QVERIFY(out.complete);
@@ -136,7 +136,7 @@ private Q_SLOTS:
         QTEST(out.pieces, "pieces");
         QCOMPARE(out, readTextReply(waits, prompt, true));
 
-        FedSocket again(waits);
+        ChunkSocket again(waits);
         Reader quiet;
         QVERIFY(quiet.readText(again, false).pieces.isEmpty());
     }
@@ -147,7 +147,7 @@ private Q_SLOTS:
         const QByteArray reply = "READY: text" + longPrompt;
         for (qsizetype i = 1; i < reply.size(); ++i) {
             for (qsizetype j = i; j < reply.size(); ++j) {
-                FedSocket socket({ reply.left(i), reply.mid(i, j - i), reply.mid(j) });
+                ChunkSocket socket({ reply.left(i), reply.mid(i, j - i), reply.mid(j) });
                 Reader reader(longPrompt);
                 const ReadOutcome out = reader.readText(socket);
                 QVERIFY(out.complete);
@@ -185,7 +185,7 @@ private Q_SLOTS:
         QFETCH(QByteArrayList, waits);
         QFETCH(bool, binary);
         QFETCH(bool, complete);
-        FedSocket socket(waits);
+        ChunkSocket socket(waits);
         Reader reader;
         const ReadOutcome out = binary ? reader.readBinaryReply(socket) : reader.readText(socket);
         QCOMPARE(out.complete, complete);
@@ -223,7 +223,7 @@ private Q_SLOTS:
     {
         QFETCH(QByteArrayList, waits);
         QFETCH(QByteArray, payload);
-        FedSocket socket(waits);
+        ChunkSocket socket(waits);
         Reader reader;
         const ReadOutcome out = reader.readBinaryReply(socket);
         QVERIFY(out.complete);
@@ -245,7 +245,7 @@ private Q_SLOTS:
     void survivesFalseLengths()
     {
         QFETCH(int, length);
-        FedSocket socket({ lengthField(length) + "123OK> " });
+        ChunkSocket socket({ lengthField(length) + "123OK> " });
         Reader reader;
         reader.setMaxReplySize(0); // else an announced length beyond the limit ends the session at once
         const ReadOutcome out = reader.readBinaryReply(socket);
@@ -262,7 +262,7 @@ private Q_SLOTS:
             const QByteArray itsPrompt = QByteArrayList({ ">", "> ", "aa", "aba", "" })[int(generator() % 5)];
             const QByteArrayList waits = randomPieces(generator, "a>b ");
             const bool progress = generator() % 2 == 0;
-            FedSocket socket(waits);
+            ChunkSocket socket(waits);
             Reader reader(itsPrompt);
             QCOMPARE(reader.readText(socket, progress), readTextReply(waits, itsPrompt, progress));
         }
@@ -278,7 +278,7 @@ private Q_SLOTS:
             QByteArrayList waits = randomPieces(generator, "a>b ");
             waits.prepend(field.mid(cut) + (waits.isEmpty() ? QByteArray() : waits.takeFirst()));
             waits.prepend(field.left(cut));
-            FedSocket socket(waits);
+            ChunkSocket socket(waits);
             Reader reader(itsPrompt);
             QCOMPARE(reader.readBinaryReply(socket), tarnis::testing::readBinaryReply(waits, itsPrompt));
         }
@@ -299,10 +299,10 @@ private Q_SLOTS:
         QFETCH(int, milliseconds);
         Reader reader;
         reader.setTimeout(timeout);
-        FedSocket text({});
+        ChunkSocket text({});
         reader.readText(text);
         QCOMPARE(text.waits, QList<int>(102, milliseconds));
-        FedSocket binary({});
+        ChunkSocket binary({});
         reader.readBinaryReply(binary);
         QCOMPARE(binary.waits, QList<int>(102, milliseconds));
     }
@@ -310,7 +310,7 @@ private Q_SLOTS:
     void usesANewTimeoutAtTheNextWait()
     {
         Reader reader;
-        FedSocket socket({ "a", "b", "c> " });
+        ChunkSocket socket({ "a", "b", "c> " });
         socket.onWait = [&](int number) { reader.setTimeout(number); };
         QVERIFY(reader.readText(socket).complete);
         QCOMPARE(socket.waits, QList<int>({ 400, 10, 20 }));
@@ -321,7 +321,7 @@ private Q_SLOTS:
         for (const bool binary : { false, true }) {
             Reader reader;
             reader.quit();
-            FedSocket socket({ "> " });
+            ChunkSocket socket({ "> " });
             const ReadOutcome out = binary ? reader.readBinaryReply(socket) : reader.readText(socket);
             QCOMPARE(out, ReadOutcome());
         }
@@ -343,7 +343,7 @@ private Q_SLOTS:
         QFETCH(QByteArrayList, waits);
         QFETCH(bool, binary);
         Reader reader;
-        FedSocket socket(waits);
+        ChunkSocket socket(waits);
         socket.onWait = [&](int number) {
             if (number == 2)
                 reader.quit();
@@ -359,9 +359,9 @@ private Q_SLOTS:
         Reader reader;
         const QString self = QString::asprintf("%p", static_cast<void*>(&reader));
         const LogFile log;
-        FedSocket text({ "> " });
+        ChunkSocket text({ "> " });
         reader.readText(text);
-        FedSocket binary({ lengthField(0) + "> " });
+        ChunkSocket binary({ lengthField(0) + "> " });
         reader.readBinaryReply(binary);
         QCOMPARE(log.messages(),
             QStringList({ "BLCK TarnisSession::read(), this[" + self + "]",

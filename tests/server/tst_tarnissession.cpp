@@ -152,7 +152,7 @@ private Q_SLOTS:
     void complainsWithoutAnyPrompt()
     {
         const LogFile log;
-        BoxWatch boxes;
+        MessageBoxWatcher boxes;
         TarnisSession session("h", 7, nullptr, nullptr);
         QCOMPARE(session.GetPrompt(), nullptr);
         QCOMPARE(boxes.titles, QStringList("Assertion"));
@@ -165,7 +165,7 @@ private Q_SLOTS:
 
     void workerWithoutPromptComplainsOnTheGuiThreadAndEnds()
     {
-        BoxWatch boxes;
+        MessageBoxWatcher boxes;
         const ScriptedServer server;
         TarnisSession session(ScriptedServer::host(), server.port(), nullptr, nullptr);
         int errors = 0;
@@ -192,7 +192,7 @@ private Q_SLOTS:
         QFETCH(QString, text);
         QCoreApplication::setApplicationName("Counting room");
         const LogFile log;
-        const BoxWatch boxes;
+        const MessageBoxWatcher boxes;
         TarnisSession::showErrorMessage(code, "It's %1 over");
         QCOMPARE(boxes.titles, QStringList("Counting room"));
         QCOMPARE(boxes.texts, QStringList(text));

@@ -1,4 +1,4 @@
-// The command language: the reply of each command, and every rejection. No socket.
+// The command language: the reply of each command, and every refusal. No socket.
 #include "simserver/commandfixture.h"
 #include "simserver/payload.h"
 #include "support/cases.h"

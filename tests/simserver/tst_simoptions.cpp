@@ -1,4 +1,4 @@
-// The command line: the effect of each option, and rejected arguments.
+// The command line: the effect of each option, and refused arguments.
 #include "options.h"
 
 #include <tarnis/version.h>

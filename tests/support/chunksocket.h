@@ -12,10 +12,10 @@
 
 namespace tarnis::testing {
 
-class FedSocket : public QTcpSocket {
+class ChunkSocket : public QTcpSocket {
 public:
     /// An empty piece is a wait that fails; so is every wait after the last piece.
-    explicit FedSocket(const QByteArrayList& pieces)
+    explicit ChunkSocket(const QByteArrayList& pieces)
         : m_pieces(pieces)
     {
         setOpenMode(QIODevice::ReadOnly | QIODevice::Unbuffered);

@@ -22,9 +22,9 @@ inline void chooseByKey(QMenu* menu, QWidget& plot, const QString& text)
 }
 
 /// Chooses an entry as soon as a menu with it opens.
-class MenuHand : public QObject {
+class MenuDriver : public QObject {
 public:
-    explicit MenuHand(const QString& text)
+    explicit MenuDriver(const QString& text)
         : m_text(text)
     {
         QCoreApplication::instance()->installEventFilter(this);

@@ -15,12 +15,12 @@ namespace tarnis::testing {
 
 /// Presses the given button of each message box that comes up while it lives, and keeps what the box showed. Lists have
 /// an entry for each box, in order.
-class BoxWatch : public QObject {
+class MessageBoxWatcher : public QObject {
 public:
-    explicit BoxWatch(QMessageBox::StandardButton answer = QMessageBox::Ok)
+    explicit MessageBoxWatcher(QMessageBox::StandardButton answer = QMessageBox::Ok)
         : m_answer(answer)
     {
-        connect(&m_timer, &QTimer::timeout, this, &BoxWatch::look);
+        connect(&m_timer, &QTimer::timeout, this, &MessageBoxWatcher::look);
         m_timer.start(5);
     }
     QStringList texts;

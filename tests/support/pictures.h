@@ -10,7 +10,7 @@
 namespace tarnis::testing {
 
 /// The colour in the middle of a pixel of the widget; invalid outside of the picture.
-inline QColor colorAt(const QImage& image, const QPoint& pixel)
+inline QColor colourAt(const QImage& image, const QPoint& pixel)
 {
     const double ratio = image.devicePixelRatio();
     const QPoint place(static_cast<int>((pixel.x() + 0.5) * ratio), static_cast<int>((pixel.y() + 0.5) * ratio));

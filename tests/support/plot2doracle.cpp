@@ -58,7 +58,7 @@ bool oracleEqual(double a, double b)
     return std::fabs(a - b) <= t;
 }
 
-QColor oracleColor(const MapState& map, double value)
+QColor oracleColour(const MapState& map, double value)
 {
     double lo = map.minZ;
     double hi = map.maxZ;
@@ -101,7 +101,7 @@ double oracleCurved(OracleCurve curve, double value)
 
 } // namespace
 
-QColor oracleTableColor(const std::vector<QRgb>& table, double low, double high, OracleCurve curve, double value)
+QColor oracleTableColour(const std::vector<QRgb>& table, double low, double high, OracleCurve curve, double value)
 {
     const double from = oracleCurved(curve, low) + 0.0; // no negative zero
     const double to = oracleCurved(curve, high) + 0.0;
@@ -192,7 +192,7 @@ void oraclePaintBins(QPainter& painter, const QRect& rect, const MapState& map)
             const int px = pixel(position);
             if (px == last)
                 continue;
-            const QColor color = oracleColor(map, value);
+            const QColor color = oracleColour(map, value);
             last = px;
             if (pxX > 1.0) {
                 painter.setPen(color);

@@ -36,13 +36,13 @@ struct MapState {
 /// Equality within DBL_EPSILON of the larger magnitude, or DBL_EPSILON if that is at most 1.
 bool oracleEqual(double a, double b);
 
-QColor oracleColor(const MapState& map, double value);
+QColor oracleColour(const MapState& map, double value);
 
 /// How values are transformed before they are compared with the limits.
 enum class OracleCurve { Linear, Log, SquareRoot };
 
 /// The entry of a table of colours for a value between two limits. Invalid where it is undefined.
-QColor oracleTableColor(const std::vector<QRgb>& table, double low, double high, OracleCurve curve, double value);
+QColor oracleTableColour(const std::vector<QRgb>& table, double low, double high, OracleCurve curve, double value);
 double oracleStepX(const MapState& map);
 double oracleStepY(const MapState& map);
 

@@ -12,9 +12,9 @@
 namespace tarnis::testing {
 
 /// Presses, moves and releases; the position of a move is that of the next release, as with a real mouse.
-class PlotHand {
+class PlotMouse {
 public:
-    explicit PlotHand(QWidget& plot)
+    explicit PlotMouse(QWidget& plot)
         : m_plot(plot)
     {
     }

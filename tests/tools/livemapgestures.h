@@ -28,7 +28,7 @@ inline void setRandomRow(XY2DGraphWidget& map, Generator& random)
 template <typename Tool> void attachUnderLiveRows(XY2DGraphWidget& map, Generator& random)
 {
     std::unique_ptr<Tool> tool;
-    PlotHand hand(map);
+    PlotMouse hand(map);
     for (int i = 0; i < 400; ++i) {
         setRandomRow(map, random);
         const QPoint at(whole(random, 0, map.width()), whole(random, 0, map.height()));

@@ -1,5 +1,5 @@
 // All tools at once on live plots: random gestures, keys, data, views, attaching and detaching. Also bad data and
-// sizes. TARNIS_CALM_SECONDS=600 makes the live run last ten minutes, at ten updates a second, where it is a few
+// sizes. TARNIS_LIVE_SECONDS=600 makes the live run last ten minutes, at ten updates a second, where it is a few
 // hundred steps otherwise. QTEST_FUNCTION_TIMEOUT has to be longer.
 #include "plotmonkey.h"
 #include "support/cases.h"
@@ -230,7 +230,7 @@ qint64 residentPages()
 
 } // namespace
 
-class TestToolsCalm : public QObject {
+class TestAllTools : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -281,7 +281,7 @@ private Q_SLOTS:
     void leavesNothingBehind()
     {
         QFETCH(int, kind);
-        const qint64 calmMs = qEnvironmentVariableIntValue("TARNIS_CALM_SECONDS") * 1000LL;
+        const qint64 calmMs = qEnvironmentVariableIntValue("TARNIS_LIVE_SECONDS") * 1000LL;
         auto random = seededGenerator(19);
         const auto plot = makePlot(PlotKind(kind));
         feed(*plot, random, samples);
@@ -459,5 +459,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestToolsCalm)
+QTEST_MAIN(TestAllTools)
 #include "tst_alltools.moc"

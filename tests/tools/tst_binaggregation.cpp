@@ -58,13 +58,13 @@ void show(XYGraphWidget& plot)
 }
 
 /// Whether a pixel near a place has the colour.
-bool hasColor(XYGraphWidget& plot, double x, double y, const QColor& color)
+bool hasColour(XYGraphWidget& plot, double x, double y, const QColor& color)
 {
     const QPoint at = PlotMapping::of(plot).pixelOf({ x, y }).toPoint();
     const QImage image = plot.grab().toImage();
     for (int dx = -1; dx <= 1; ++dx) {
         for (int dy = -1; dy <= 1; ++dy) {
-            if (colorAt(image, at + QPoint(dx, dy)) == color)
+            if (colourAt(image, at + QPoint(dx, dy)) == color)
                 return true;
         }
     }
@@ -92,10 +92,10 @@ private Q_SLOTS:
             setPeak(map, 1001 + i, 903 + i, 50);
             aggregation.setMethod(BinAggregation::Method::None);
             map.refreshPixmap();
-            keptBefore += static_cast<int>(hasColor(map, 1001.5 + i, 903.5 + i, map.getColor(50)));
+            keptBefore += static_cast<int>(hasColour(map, 1001.5 + i, 903.5 + i, map.getColor(50)));
             aggregation.setMethod(BinAggregation::Method::Maximum);
             map.refreshPixmap();
-            kept += static_cast<int>(hasColor(map, 1001.5 + i, 903.5 + i, map.getColor(50)));
+            kept += static_cast<int>(hasColour(map, 1001.5 + i, 903.5 + i, map.getColor(50)));
             setPeak(map, 1001 + i, 903 + i, 1);
         }
         QCOMPARE(kept, 8);
@@ -167,9 +167,9 @@ private Q_SLOTS:
         QCOMPARE(plot.grab().toImage(), before); // nothing on curves
         aggregation.setMethod(BinAggregation::Method::Mean);
         QVERIFY(plot.grab().toImage() != before);
-        QVERIFY(hasColor(plot, 4000, 50, Qt::white));
+        QVERIFY(hasColour(plot, 4000, 50, Qt::white));
         aggregation.setMethod(BinAggregation::Method::Maximum);
-        QVERIFY(hasColor(plot, 4000, 80, Qt::white));
+        QVERIFY(hasColour(plot, 4000, 80, Qt::white));
     }
 
     void menuAndStateChooseTheMethod()

@@ -58,10 +58,10 @@ QWidget* stripOf(XY2DGraphWidget& map)
     return map.findChild<QWidget*>(QStringLiteral("colourLevelStrip"));
 }
 
-QColor colorAt(XY2DGraphWidget& map, double x, double y)
+QColor colourAt(XY2DGraphWidget& map, double x, double y)
 {
     const QPoint at = PlotMapping::of(map).pixelOf({ x, y }).toPoint();
-    return tarnis::testing::colorAt(map.grab().toImage(), at);
+    return tarnis::testing::colourAt(map.grab().toImage(), at);
 }
 
 } // namespace
@@ -96,7 +96,7 @@ private Q_SLOTS:
         for (const double value : { 1.0, 20.0, 50.0, 99.0, 100.0 }) {
             const QColor expected = ColourMaps::colour(name, value / 100.0);
             QCOMPARE(map.getColor(value), expected);
-            QCOMPARE(colorAt(map, value + 0.5, 2.5), expected);
+            QCOMPARE(colourAt(map, value + 0.5, 2.5), expected);
         }
         other.refreshPixmap();
         QCOMPARE(other.grab().toImage(), before);
@@ -116,7 +116,7 @@ private Q_SLOTS:
         fill(later);
         QCOMPARE(ColourMaps::current(map), QStringLiteral("viridis"));
         QCOMPARE(ColourMaps::current(later), QStringLiteral("viridis"));
-        QCOMPARE(colorAt(map, 100.5, 2.3), QColor(0xfd, 0xe7, 0x25));
+        QCOMPARE(colourAt(map, 100.5, 2.3), QColor(0xfd, 0xe7, 0x25));
         QVERIFY(ColourMaps::applyToAll(QStringLiteral("yellowhot")));
         QCOMPARE(MapProbe::colHalf, QColor(0xff0000));
         QCOMPARE(ColourMaps::current(later), QStringLiteral("yellowhot"));
@@ -141,7 +141,7 @@ private Q_SLOTS:
         QVERIFY(ColourMaps::applyToAll(QStringLiteral("viridis")));
         map.onPatternGrays();
         QCOMPARE(ColourMaps::current(map), QStringLiteral("grayscale"));
-        QCOMPARE(colorAt(map, 100.5, 2.3), QColor(Qt::white));
+        QCOMPARE(colourAt(map, 100.5, 2.3), QColor(Qt::white));
         QCOMPARE(map.m_colorBar->*(&BarProbe::m_positions), (QList<double> { 0.0, 0.25, 0.5, 0.75, 1.0 }));
     }
 
@@ -155,7 +155,7 @@ private Q_SLOTS:
         show(map);
         QCOMPARE(levels->scale(), ColourLevels::Scale::SquareRoot);
         QCOMPARE(map.getColor(25), QColor(128, 128, 128));
-        QCOMPARE(colorAt(map, 25.5, 2.3), QColor(128, 128, 128));
+        QCOMPARE(colourAt(map, 25.5, 2.3), QColor(128, 128, 128));
         levels->setScale(ColourLevels::Scale::Logarithmic);
         QVERIFY(map.m_logScale);
         QCOMPARE(map.getColor(10), QColor(128, 128, 128));
@@ -205,7 +205,7 @@ private Q_SLOTS:
         bool isCounted = false;
         for (int y = edge; y < stripOf(map)->height() / 4; ++y)
             isCounted =
-                isCounted || tarnis::testing::colorAt(strip, QPoint(stripOf(map)->width() - 8, y)).lightness() > 240;
+                isCounted || tarnis::testing::colourAt(strip, QPoint(stripOf(map)->width() - 8, y)).lightness() > 240;
         QVERIFY(isCounted);
     }
 
@@ -226,7 +226,7 @@ private Q_SLOTS:
         bool isCounted = false;
         for (int y = stripOf(map)->fontMetrics().height(); y < stripOf(map)->height() / 4; ++y)
             isCounted =
-                isCounted || tarnis::testing::colorAt(strip, QPoint(stripOf(map)->width() - 8, y)).lightness() > 240;
+                isCounted || tarnis::testing::colourAt(strip, QPoint(stripOf(map)->width() - 8, y)).lightness() > 240;
         QVERIFY(isCounted);
     }
 
@@ -246,7 +246,7 @@ private Q_SLOTS:
         const int span = strip->height() - 2 * edge;
         const QPoint upper(strip->width() / 2, edge + static_cast<int>(span * 0.03));
         const QSignalSpy changed(levels, &ColourLevels::levelsChanged);
-        PlotHand hand(*strip);
+        PlotMouse hand(*strip);
         hand.drag(upper, upper + QPoint(0, span / 2));
         QCOMPARE(levels->mode(), ColourLevels::Mode::Held);
         QVERIFY2(levels->upper() > 40 && levels->upper() < 60, qPrintable(QString::number(levels->upper())));
@@ -266,7 +266,7 @@ private Q_SLOTS:
         levels->setLevels(10, 90);
         QWidget* const strip = stripOf(map);
         const QPoint middle = strip->rect().center();
-        PlotHand hand(*strip);
+        PlotMouse hand(*strip);
         hand.press(middle);
         hand.move(middle + QPoint(0, 4));
         hand.move(middle + QPoint(0, 20));
@@ -414,7 +414,7 @@ private Q_SLOTS:
         fill(*map);
         new ColourLevels(map.get());
         show(*map);
-        PlotHand hand(*stripOf(*map));
+        PlotMouse hand(*stripOf(*map));
         hand.press(stripOf(*map)->rect().center());
         hand.move(stripOf(*map)->rect().center() + QPoint(0, 20));
         map.reset();

@@ -31,7 +31,7 @@ void setBlock(MultiVectorGraphWidget& plot, int first, int last, double height =
 
 } // namespace
 
-class TestLegendPlace : public QObject {
+class TestLegendPlacement : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -117,5 +117,5 @@ private:
     PlotLegend* m_legend = nullptr;
 };
 
-QTEST_MAIN(TestLegendPlace)
+QTEST_MAIN(TestLegendPlacement)
 #include "tst_legendplacement.moc"

@@ -123,7 +123,7 @@ private Q_SLOTS:
         LineProfile profile(&map);
         PlotRuler ruler(&map);
         showActive(map, { 600, 400 });
-        PlotHand hand(map);
+        PlotMouse hand(map);
         ruler.setOn(true);
         profile.setOn(true);
         hand.drag(pixelOf(map, 5, 0.5), pixelOf(map, 9, 0.5));
@@ -148,7 +148,7 @@ private Q_SLOTS:
         map.activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(&map));
         map.setFocus();
-        PlotHand hand(map);
+        PlotMouse hand(map);
         const QSignalSpy changed(&profile, &LineProfile::profileChanged);
         hand.press(pixelOf(map, 5, 0.5));
         hand.move(pixelOf(map, 9, 0.5));
@@ -188,7 +188,7 @@ private Q_SLOTS:
         showActive(map, { 600, 400 });
         profile.setOn(true);
         profile.setLine({ 3, 2.5 }, { 17, 2.5 });
-        PlotHand hand(map);
+        PlotMouse hand(map);
         const QPoint handle = pixelOf(map, 10, 3.0); // half a bin above
         hand.drag(handle, pixelOf(map, 10, 4.0));
         QCOMPARE(profile.bandWidth(), 3.0);
@@ -229,8 +229,8 @@ private Q_SLOTS:
         const QImage with = map.grab().toImage();
         const QPoint onLine = pixelOf(map, 9, 2.5);
         const QColor color(255, 90, 200);
-        QVERIFY(colorAt(with, onLine) == color || colorAt(with, onLine - QPoint(0, 1)) == color
-            || colorAt(with, onLine + QPoint(0, 1)) == color);
+        QVERIFY(colourAt(with, onLine) == color || colourAt(with, onLine - QPoint(0, 1)) == color
+            || colourAt(with, onLine + QPoint(0, 1)) == color);
         const std::unique_ptr<QPixmap> saved(map.toPixmap());
         QVERIFY(saved->toImage() != before);
         delete profile;
@@ -294,7 +294,7 @@ private Q_SLOTS:
         profile->setOn(true);
         delete profile->profilePlot();
         profile->setLine({ 5, 2.5 }, { 9, 4.5 });
-        PlotHand hand(*map);
+        PlotMouse hand(*map);
         hand.press(pixelOf(*map, 5, 2.5));
         hand.move(pixelOf(*map, 9, 2.5));
         map->hide();

@@ -132,7 +132,7 @@ private Q_SLOTS:
         ruler.setEnds({ 0.5, 0 }, { 1.5, 0 });
         const QImage before = plot.grab().toImage();
         const QRect rect = PlotMapping::of(plot).frameRect();
-        const QColor background = colorAt(before, { 2, 2 });
+        const QColor background = colourAt(before, { 2, 2 });
         for (const double x : { 0.5, 1.5 }) {
             cross.pinAt({ x, 500 });
             const QImage after = plot.grab().toImage();
@@ -143,12 +143,12 @@ private Q_SLOTS:
                 || cross.textBox().left() > line);
             for (const QRect& box : legend.overlayBoxes())
                 QVERIFY(!cross.textBox().intersects(box));
-            QVERIFY(colorAt(after, cross.textBox().center()) != colorAt(before, cross.textBox().center())
+            QVERIFY(colourAt(after, cross.textBox().center()) != colourAt(before, cross.textBox().center())
                 || after.copy(onDevice(after, cross.textBox())) != before.copy(onDevice(before, cross.textBox())));
             for (int row = 0; row < rect.top() - 1; ++row) {
                 for (int column = 0; column < width; ++column) {
-                    if (colorAt(before, { column, row }) != background)
-                        QCOMPARE(colorAt(after, { column, row }), colorAt(before, { column, row }));
+                    if (colourAt(before, { column, row }) != background)
+                        QCOMPARE(colourAt(after, { column, row }), colourAt(before, { column, row }));
                 }
             }
             cross.release();

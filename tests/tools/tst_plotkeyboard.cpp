@@ -221,7 +221,7 @@ private Q_SLOTS:
         MapHost host;
         new PlotKeyboard(host.plot);
         host.show();
-        const MenuHand hand(QStringLiteral("Pattern - YellowHot"));
+        const MenuDriver hand(QStringLiteral("Pattern - YellowHot"));
         choose(*host.plot, QStringLiteral("Colours..."));
         TRY_VERIFY(hand.hasChosen());
         QCOMPARE(XY2DGraphWidget::colMax, QColor("#ffffff"));

@@ -19,7 +19,7 @@ using namespace tarnis::testing;
 namespace {
 
 constexpr QRgb background = 0xff306090U;
-const QColor lineColor(235, 235, 235);
+const QColor lineColour(235, 235, 235);
 
 QImage canvas()
 {
@@ -108,8 +108,8 @@ private Q_SLOTS:
             QPainter painter(&drawn);
             plain.setClipRect(clip);
             painter.setClipRect(clip);
-            drawPlainLine(plain, from, to, lineColor);
-            paintLine(painter, from, to, lineColor);
+            drawPlainLine(plain, from, to, lineColour);
+            paintLine(painter, from, to, lineColour);
             QCOMPARE(drawn, expected);
         }
     }
@@ -157,13 +157,13 @@ private Q_SLOTS:
             QImage drawn = canvas();
             QPainter painter(&drawn);
             painter.setClipRect(drawn.rect());
-            paintLine(painter, from, to, lineColor);
+            paintLine(painter, from, to, lineColour);
             const QPointF way = to - from;
             const double length = std::hypot(way.x(), way.y());
             for (int i = 0; i <= 50; ++i) { // the line is seen everywhere, with a dark border
                 const QPoint at = (from + way * i / 50.0).toPoint();
                 if (drawn.rect().adjusted(2, 2, -2, -2).contains(at))
-                    QVERIFY(hasPixel(drawn, at, { 1, 1 }, [](const QColor& c) { return c.rgb() == lineColor.rgb(); }));
+                    QVERIFY(hasPixel(drawn, at, { 1, 1 }, [](const QColor& c) { return c.rgb() == lineColour.rgb(); }));
             }
             for (int y = 0; y < drawn.height(); ++y) { // and nowhere else
                 for (int x = 0; x < drawn.width(); ++x) {
@@ -188,10 +188,10 @@ private Q_SLOTS:
             QImage part = canvas();
             QPainter painter(&all);
             painter.setClipRect(all.rect());
-            paintLine(painter, from, to, lineColor);
+            paintLine(painter, from, to, lineColour);
             QPainter inside(&part);
             inside.setClipRect(clip);
-            paintLine(inside, from, to, lineColor);
+            paintLine(inside, from, to, lineColour);
             QCOMPARE(part.copy(clip), all.copy(clip));
         }
     }

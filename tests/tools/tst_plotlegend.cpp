@@ -308,7 +308,7 @@ private:
         const QRect rect = PlotMapping::of(*m_plot).plotRect().adjusted(3, 3, -3, -8);
         for (int row = rect.top(); row < rect.bottom(); ++row) {
             for (int column = rect.left(); column < rect.right(); ++column) {
-                if (colorAt(image, QPoint(column, row)) == colors.at(number))
+                if (colourAt(image, QPoint(column, row)) == colors.at(number))
                     return { column + 1.0, row + 1.0 };
             }
         }

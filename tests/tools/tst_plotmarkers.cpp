@@ -97,7 +97,7 @@ private Q_SLOTS:
         // Between the label at the top and the curve: the line, and the background beside it.
         const QImage picture = plot.grab().toImage();
         const QPoint at = pixelOf(plot, 25, 6.5);
-        const QColor background = colorAt(picture, at + QPoint(8, 0));
+        const QColor background = colourAt(picture, at + QPoint(8, 0));
         QVERIFY(
             hasPixel(picture, at, QSize(0, 0), [&](const QColor& found) { return contrast(found, background) > 3.0; }));
     }
@@ -128,7 +128,7 @@ private Q_SLOTS:
         showActive(plot);
         markers.add({ 15, 0 });
         const QSignalSpy changed(&markers, &PlotMarkers::markersChanged);
-        PlotHand hand(plot);
+        PlotMouse hand(plot);
         hand.press(pixelOf(plot, 15, 3));
         QCOMPARE(markers.selected(), 0);
         hand.move(pixelOf(plot, 40, 3));
@@ -151,7 +151,7 @@ private Q_SLOTS:
         PlotMarkers markers(&map);
         showActive(map);
         markers.add({ 1.5, 0.5 });
-        PlotHand hand(map);
+        PlotMouse hand(map);
         hand.press(pixelOf(map, 1.5, 0.5));
         hand.move(pixelOf(map, 3.5, 1.5));
         QCOMPARE(markers.markers().at(0).position, QPointF(3.5, 1.5));
@@ -167,7 +167,7 @@ private Q_SLOTS:
         PlotMarkers markers(&map);
         showActive(map);
         markers.add({ 1.5, 0.5 });
-        PlotHand(map).click(pixelOf(map, 1.5, 0.5));
+        PlotMouse(map).click(pixelOf(map, 1.5, 0.5));
         QTest::keyClick(&map, Qt::Key_Right);
         QTest::keyClick(&map, Qt::Key_Up);
         QCOMPARE(markers.markers().at(0).position, QPointF(2.5, 1.5));
@@ -303,7 +303,7 @@ private Q_SLOTS:
         auto* const markers = new PlotMarkers(plot.get());
         showActive(*plot);
         markers->add({ 15, 0 });
-        PlotHand hand(*plot);
+        PlotMouse hand(*plot);
         hand.press(pixelOf(*plot, 15, 3));
         hand.move(pixelOf(*plot, 40, 3));
         plot->hide();
@@ -318,7 +318,7 @@ private Q_SLOTS:
         showActive(plot);
         Generator generator = seededGenerator(5);
         std::unique_ptr<PlotMarkers> markers;
-        PlotHand hand(plot);
+        PlotMouse hand(plot);
         for (int i = 0; i < 400; ++i) {
             QList<double> samples(whole(generator, 0, 30));
             for (double& sample : samples)

@@ -126,7 +126,7 @@ private Q_SLOTS:
             ruler.clear();
             const QImage without = plot.grab().toImage();
             ruler.setEnds({ 0.5, 0 }, { 1.5, 0 });
-            QVERIFY(colorAt(picture, box.topLeft() + QPoint(3, 9)) != colorAt(without, box.topLeft() + QPoint(3, 9)));
+            QVERIFY(colourAt(picture, box.topLeft() + QPoint(3, 9)) != colourAt(without, box.topLeft() + QPoint(3, 9)));
         }
     }
 
@@ -153,7 +153,7 @@ private Q_SLOTS:
         fill(plot);
         PlotRuler ruler(&plot);
         showActive(plot);
-        PlotHand hand(plot);
+        PlotMouse hand(plot);
         hand.drag(pixelOf(plot, 5, 8), pixelOf(plot, 75, 2));
         QVERIFY(!ruler.isSet()); // switched off
         QTest::keyClick(&plot, Qt::Key_R);
@@ -311,7 +311,7 @@ private Q_SLOTS:
         auto* const ruler = new PlotRuler(plot.get());
         showActive(*plot);
         ruler->setOn(true);
-        PlotHand hand(*plot);
+        PlotMouse hand(*plot);
         hand.press(pixelOf(*plot, 15, 3));
         hand.move(pixelOf(*plot, 40, 3));
         plot->hide();

@@ -44,10 +44,10 @@ private Q_SLOTS:
     void coloursAreReadable()
     {
         for (const PlotStyle::Theme theme : allThemes) {
-            const QColor background = PlotStyle::backgroundColor(theme);
-            QVERIFY(contrast(PlotStyle::textColor(theme), background) >= 7.0);
-            for (int i = 0; i < PlotStyle::seriesColorCount(); ++i)
-                QVERIFY2(contrast(PlotStyle::seriesColor(theme, i), background) >= 3.0,
+            const QColor background = PlotStyle::backgroundColour(theme);
+            QVERIFY(contrast(PlotStyle::textColour(theme), background) >= 7.0);
+            for (int i = 0; i < PlotStyle::seriesColourCount(); ++i)
+                QVERIFY2(contrast(PlotStyle::seriesColour(theme, i), background) >= 3.0,
                     qPrintable(QStringLiteral("%1 %2").arg(int(theme)).arg(i)));
         }
     }
@@ -57,10 +57,10 @@ private Q_SLOTS:
     {
         for (const PlotStyle::Theme theme : allThemes) {
             for (const Matrix& eye : eyes) {
-                for (int i = 0; i < PlotStyle::seriesColorCount(); ++i) {
+                for (int i = 0; i < PlotStyle::seriesColourCount(); ++i) {
                     for (int k = 0; k < i; ++k) {
                         const double apart =
-                            distance(PlotStyle::seriesColor(theme, i), PlotStyle::seriesColor(theme, k), eye);
+                            distance(PlotStyle::seriesColour(theme, i), PlotStyle::seriesColour(theme, k), eye);
                         QVERIFY2(apart >= 17.0,
                             qPrintable(QStringLiteral("%1: %2 %3 %4").arg(int(theme)).arg(i).arg(k).arg(apart)));
                     }
@@ -83,7 +83,7 @@ private Q_SLOTS:
         auto* const dialog = plot.findChild<SelectCheckedDialog*>();
         QVERIFY(dialog);
         for (int i = 0; i < 2; ++i)
-            QCOMPARE(dialog->getTable()->item(i, 1)->background().color(), PlotStyle::seriesColor(style.theme(), i));
+            QCOMPARE(dialog->getTable()->item(i, 1)->background().color(), PlotStyle::seriesColour(style.theme(), i));
     }
 
     void detachingBringsTheClassicLookBack_data()
@@ -149,8 +149,8 @@ private Q_SLOTS:
             const PlotStyle style(&plot, theme);
             const QImage image = grabbed(plot);
             for (int i = 0; i < 3; ++i) {
-                QVERIFY(hasColor(image, plot, 25.0, 100.0 * (i + 1) + 0.5, PlotStyle::seriesColor(theme, i)));
-                QVERIFY(!hasColor(image, plot, 25.0, 100.0 * (i + 1) - 50, PlotStyle::seriesColor(theme, i)));
+                QVERIFY(hasColour(image, plot, 25.0, 100.0 * (i + 1) + 0.5, PlotStyle::seriesColour(theme, i)));
+                QVERIFY(!hasColour(image, plot, 25.0, 100.0 * (i + 1) - 50, PlotStyle::seriesColour(theme, i)));
             }
         }
     }
@@ -162,19 +162,19 @@ private Q_SLOTS:
         plot.setData({ 10, 100, 10, 100 });
         plot.setMaxValue(100);
         PlotStyle style(&plot);
-        const QColor color = PlotStyle::seriesColor(PlotStyle::Theme::Light, 0);
+        const QColor color = PlotStyle::seriesColour(PlotStyle::Theme::Light, 0);
         style.setCurveForm(PlotStyle::CurveForm::Steps);
-        QVERIFY(hasColor(grabbed(plot), plot, 1.2, 100, color));
+        QVERIFY(hasColour(grabbed(plot), plot, 1.2, 100, color));
         style.setCurveForm(PlotStyle::CurveForm::Lines);
-        QVERIFY(!hasColor(grabbed(plot), plot, 1.2, 100, color));
-        QVERIFY(hasColor(grabbed(plot), plot, 1.0, 55, color));
+        QVERIFY(!hasColour(grabbed(plot), plot, 1.2, 100, color));
+        QVERIFY(hasColour(grabbed(plot), plot, 1.0, 55, color));
         style.setCurveForm(PlotStyle::CurveForm::Points);
-        QVERIFY(!hasColor(grabbed(plot), plot, 1.0, 55, color));
-        QVERIFY(hasColor(grabbed(plot), plot, 1.5, 100, color));
+        QVERIFY(!hasColour(grabbed(plot), plot, 1.0, 55, color));
+        QVERIFY(hasColour(grabbed(plot), plot, 1.5, 100, color));
         style.setCurveForm(PlotStyle::CurveForm::Columns);
         const QImage columns = grabbed(plot);
         const QPoint inside = PlotMapping::of(plot).pixelOf({ 1.5, 50 }).toPoint();
-        QVERIFY(colorAt(columns, inside) != QColor(Qt::white));
+        QVERIFY(colourAt(columns, inside) != QColor(Qt::white));
     }
 
     void theMenuChoosesTheForm()
@@ -273,9 +273,9 @@ private Q_SLOTS:
         const QImage image = grabbed(map);
         for (int i = 0; i < 10; ++i) {
             const QPoint at = PlotMapping::of(map).pixelOf({ i + 0.4, i + 0.4 }).toPoint();
-            QCOMPARE(colorAt(image, at), XY2DGraphWidget::colMax);
+            QCOMPARE(colourAt(image, at), XY2DGraphWidget::colMax);
             const QPoint beside = PlotMapping::of(map).pixelOf({ i + 1.4, i + 0.4 }).toPoint();
-            QCOMPARE(colorAt(image, beside), XY2DGraphWidget::colMin); // empty
+            QCOMPARE(colourAt(image, beside), XY2DGraphWidget::colMin); // empty
         }
     }
 
@@ -288,7 +288,7 @@ private Q_SLOTS:
         map.enalbeRoiSelect({ QPoint(0, 0), QPoint(20, 10) });
         map.SetRoiEnabled(true);
         map.GetViewSelectedROI()->addRoi({ QPoint(12, 2), QPoint(18, 8) });
-        QVERIFY(hasColor(grabbed(map), map, 12.0, 5.0, Qt::white));
+        QVERIFY(hasColour(grabbed(map), map, 12.0, 5.0, Qt::white));
     }
 
     void turnedPlotsFollow()
@@ -300,7 +300,7 @@ private Q_SLOTS:
             const PlotStyle style(&plot);
             const QImage image = grabbed(plot, { 420, 640 });
             QVERIFY(PlotMapping::of(plot).isValid());
-            QVERIFY(hasColor(image, plot, 25.0, 200.5, PlotStyle::seriesColor(PlotStyle::Theme::Light, 1)));
+            QVERIFY(hasColour(image, plot, 25.0, 200.5, PlotStyle::seriesColour(PlotStyle::Theme::Light, 1)));
         }
     }
 
@@ -316,16 +316,16 @@ private Q_SLOTS:
             options.size = QSize(640, 420);
             options.dpi = dpi;
             const QImage image = exporter.image(options);
-            QCOMPARE(image.pixelColor(1, 1), PlotStyle::backgroundColor(PlotStyle::Theme::Dark));
+            QCOMPARE(image.pixelColor(1, 1), PlotStyle::backgroundColour(PlotStyle::Theme::Dark));
             int found = 0;
             for (int y = 0; y < image.height(); ++y)
                 found +=
-                    isAbout(image.pixelColor(image.width() / 2, y), PlotStyle::seriesColor(PlotStyle::Theme::Dark, 1));
+                    isAbout(image.pixelColor(image.width() / 2, y), PlotStyle::seriesColour(PlotStyle::Theme::Dark, 1));
             QVERIFY(found >= 1);
         }
         QString error;
         const QByteArray svg = exporter.picture(PictureFormat::Svg, {}, &error);
-        QVERIFY(svg.contains(PlotStyle::seriesColor(PlotStyle::Theme::Dark, 2).name().toUtf8()));
+        QVERIFY(svg.contains(PlotStyle::seriesColour(PlotStyle::Theme::Dark, 2).name().toUtf8()));
         QVERIFY(exporter.picture(PictureFormat::Pdf, {}, &error).startsWith("%PDF"));
         QVERIFY(error.isEmpty());
     }

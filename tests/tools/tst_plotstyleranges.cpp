@@ -119,7 +119,7 @@ private Q_SLOTS:
         QCOMPARE(mapping.y().min, 0.5);
         QVERIFY(mapping.rowOf(1.0) < mapping.rowOf(0.0) - 10);
         QCOMPARE(mapping.rowOf(0.0), double(mapping.frameRect().bottom()));
-        QVERIFY(hasColor(image, plot, 1.0, 1.0, PlotStyle::seriesColor(PlotStyle::Theme::Light, 0)));
+        QVERIFY(hasColour(image, plot, 1.0, 1.0, PlotStyle::seriesColour(PlotStyle::Theme::Light, 0)));
     }
 
     void binsAreSquareWhereUnitsAgree()

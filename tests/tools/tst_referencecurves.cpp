@@ -219,8 +219,8 @@ private Q_SLOTS:
         const int top = plot.height() - 120 + 8;
         const int bottom = plot.height() - 6;
         const int row = bottom - static_cast<int>((16.0 + 20.0) / 40.0 * (bottom - top + 1));
-        QCOMPARE(colorAt(with, QPoint(column - 1, row)), QColor(Qt::white));
-        QCOMPARE(colorAt(with, QPoint(column, bottom - 4)), QColor(Qt::black));
+        QCOMPARE(colourAt(with, QPoint(column - 1, row)), QColor(Qt::white));
+        QCOMPARE(colourAt(with, QPoint(column, bottom - 4)), QColor(Qt::black));
         plot.resize(500, 90); // a third at most
         plot.grab();
         plot.resize(500, 400);

@@ -377,7 +377,7 @@ private Q_SLOTS:
         QCOMPARE(model.rowCount(), 2);
         for (int row = 0; row < 2; ++row)
             QCOMPARE(model.index(row, 1).data(Qt::DecorationRole).value<QColor>(),
-                PlotStyle::seriesColor(style.theme(), row));
+                PlotStyle::seriesColour(style.theme(), row));
     }
 
     void explainsAnEmptyTable()

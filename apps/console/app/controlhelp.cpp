@@ -43,23 +43,23 @@ void enable(QWidget& control, bool isEnabled)
 
 } // namespace
 
-void setAvailable(QWidget* control, bool isAvailable, const QString& help, const QString& reason)
+void setEnabledWithHelp(QWidget* control, bool isEnabled, const QString& help, const QString& reason)
 {
     const QString usual = help.isEmpty() ? control->property(helpProperty).toString() : help;
-    enable(*control, isAvailable);
-    control->setToolTip(isAvailable ? usual : reason);
-    control->setAccessibleDescription(isAvailable ? usual : reason);
+    enable(*control, isEnabled);
+    control->setToolTip(isEnabled ? usual : reason);
+    control->setAccessibleDescription(isEnabled ? usual : reason);
 }
 
-void setAvailable(QAction* action, bool isAvailable, const QString& help, const QString& reason)
+void setEnabledWithHelp(QAction* action, bool isEnabled, const QString& help, const QString& reason)
 {
     const auto users = action->associatedObjects();
     for (QObject* const user : users) {
         if (auto* const button = qobject_cast<QToolButton*>(user); button && button->defaultAction() == action)
-            enable(*button, isAvailable);
+            enable(*button, isEnabled);
     }
-    action->setEnabled(isAvailable);
-    action->setToolTip(isAvailable ? withKey(help, action->shortcut()) : reason);
+    action->setEnabled(isEnabled);
+    action->setToolTip(isEnabled ? withKey(help, action->shortcut()) : reason);
 }
 
 } // namespace console

@@ -1,4 +1,4 @@
-// Disables controls that cannot be used, and shows the reason in their tool tips.
+// Tool tips of controls: their help, or the reason why they are disabled.
 #pragma once
 
 class QAbstractButton;
@@ -15,13 +15,13 @@ QString withKey(const QString& help, const QKeySequence& key);
 /// `key` clicks the button while its window is active. The button's own shortcut would be reset by each new text.
 void addKey(QAbstractButton* button, const QKeySequence& key);
 
-/// A property with the control's tool tip while it is enabled, for callers of setAvailable() without a text.
+/// A property with the control's tool tip while it is enabled, for callers of setEnabledWithHelp() without a text.
 inline constexpr char helpProperty[] = "help";
 
 /// Enables or disables the control. Its tooltip is `help`, or `reason` while it is disabled. An action's shortcut is
 /// added to its help. A button that has the focus when it is disabled gets it back, unless another control has taken
 /// it.
-void setAvailable(QWidget* control, bool isAvailable, const QString& help, const QString& reason);
-void setAvailable(QAction* action, bool isAvailable, const QString& help, const QString& reason);
+void setEnabledWithHelp(QWidget* control, bool isEnabled, const QString& help, const QString& reason);
+void setEnabledWithHelp(QAction* action, bool isEnabled, const QString& help, const QString& reason);
 
 } // namespace console

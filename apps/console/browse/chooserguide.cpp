@@ -101,7 +101,7 @@ void ChooserGuide::update()
         text.prepend(refusal + u'\n');
     m_label->setAccessibleName(tr("State of the choice"));
     m_label->setText(text);
-    setAvailable(m_ok, why.isEmpty(), QString(), why);
+    setEnabledWithHelp(m_ok, why.isEmpty(), QString(), why);
 }
 
 bool ChooserGuide::eventFilter(QObject* watched, QEvent* event)

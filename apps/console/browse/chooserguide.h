@@ -42,8 +42,8 @@ protected:
     QLabel* m_label;
     QPushButton* m_ok;
     QListWidget* m_list;
-    QString m_refusal; ///< rejection for a folder that the server does not list
-    bool m_isRefusalFresh = false; ///< the chooser changes to another folder itself: keep showing the rejection
+    QString m_refusal; ///< refusal for a folder that the server does not list
+    bool m_isRefusalFresh = false; ///< the chooser changes to another folder itself: keep showing the refusal
     bool m_isListed = false; ///< the last requested folder was listed
     bool m_isLost = false;
     bool m_isUpdating = false;

@@ -187,10 +187,10 @@ void RunsWindow::updateControls()
 {
     const bool isUp = m_context.controller.state() == ServerState::Up;
     const bool isAsking = !m_channel->waiting().isEmpty();
-    setAvailable(ui->refreshButton, isUp && !isAsking, withKey(tr("Ask the server again"), Qt::Key_F5),
+    setEnabledWithHelp(ui->refreshButton, isUp && !isAsking, withKey(tr("Ask the server again"), Qt::Key_F5),
         isUp ? tr("Wait for the reply") : tr("Needs a connected server. Showing the previous runs."));
-    setAvailable(ui->browseButton, isUp, tr("Choose the folder on the server"), tr("Needs a connected server"));
-    setAvailable(ui->insertButton, ui->table->selectionModel()->hasSelection(),
+    setEnabledWithHelp(ui->browseButton, isUp, tr("Choose the folder on the server"), tr("Needs a connected server"));
+    setEnabledWithHelp(ui->insertButton, ui->table->selectionModel()->hasSelection(),
         tr("Insert the run's path into the command line"), tr("Choose a run in the table first"));
 }
 

@@ -341,10 +341,10 @@ void ServerTextWindow::updateControls()
     const bool isFree = m_channel->waiting().isEmpty();
     ui->edit->setReadOnly(isUnderWay(readName)); // text entered now would be lost when the file arrives
     const QString reason = isUp ? tr("Wait for the reply") : tr("Needs a connected server. The text stays here.");
-    setAvailable(ui->openButton, isUp && isFree, withKey(tr("Open a file on the server"), openKey), reason);
-    setAvailable(
+    setEnabledWithHelp(ui->openButton, isUp && isFree, withKey(tr("Open a file on the server"), openKey), reason);
+    setEnabledWithHelp(
         ui->saveAsButton, isUp && isFree, withKey(tr("Save under another name on the server"), saveAsKey), reason);
-    setAvailable(ui->saveButton, isUp && isFree && (isModified() || m_path.isEmpty()),
+    setEnabledWithHelp(ui->saveButton, isUp && isFree && (isModified() || m_path.isEmpty()),
         withKey(tr("Save on the server"), saveKey), isUp && isFree ? tr("Nothing has changed") : reason);
 }
 

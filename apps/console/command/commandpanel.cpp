@@ -27,7 +27,7 @@ CommandPanel::CommandPanel(ServerController& controller, QWidget* parent)
     , m_controller(controller)
     , ui(std::make_unique<Ui::CommandPanel>())
     , m_channel(new CommandChannel(controller, QStringLiteral("console"), this))
-    , m_uploader(new Uploader(controller, *this))
+    , m_fileSender(new FileSender(controller, *this))
 {
     ui->setupUi(this);
     QSizePolicy keepsRoom = ui->progressBar->sizePolicy();
@@ -39,10 +39,10 @@ CommandPanel::CommandPanel(ServerController& controller, QWidget* parent)
     connect(ui->binaryCheck, &QCheckBox::clicked, this, [this] { m_isBinaryChosen = true; });
     connect(ui->sendButton, &QPushButton::clicked, this, &CommandPanel::sendTyped);
     connect(ui->giveUpButton, &QPushButton::clicked, this, &CommandPanel::giveUp);
-    connect(ui->uploadButton, &QPushButton::clicked, this, &CommandPanel::chooseUpload);
+    connect(ui->sendFileButton, &QPushButton::clicked, this, &CommandPanel::chooseFileToSend);
 
-    connect(m_uploader, &Uploader::ready, this, &CommandPanel::sendFile);
-    connect(m_uploader, &Uploader::refused, this, [this](const tarnis::TranslatedText& translated) {
+    connect(m_fileSender, &FileSender::ready, this, &CommandPanel::sendContent);
+    connect(m_fileSender, &FileSender::refused, this, [this](const tarnis::TranslatedText& translated) {
         Q_EMIT statusMessage(alertOf(Alert::Severity::Warning, translated));
     });
     connect(m_channel, &CommandChannel::progress, this, &CommandPanel::onProgress);
@@ -175,21 +175,21 @@ void CommandPanel::changeEvent(QEvent* event)
     updateControls();
 }
 
-void CommandPanel::chooseUpload()
+void CommandPanel::chooseFileToSend()
 {
     auto* dialog = new QFileDialog(this, tr("Send a File"));
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setFileMode(QFileDialog::ExistingFile);
-    connect(dialog, &QFileDialog::fileSelected, this, &CommandPanel::upload);
+    connect(dialog, &QFileDialog::fileSelected, this, &CommandPanel::sendFile);
     dialog->open();
 }
 
-void CommandPanel::upload(const QString& path)
+void CommandPanel::sendFile(const QString& path)
 {
-    m_uploader->start(path);
+    m_fileSender->start(path);
 }
 
-void CommandPanel::sendFile(const QString& request, const QByteArray& content)
+void CommandPanel::sendContent(const QString& request, const QByteArray& content)
 {
     Q_EMIT statusMessage({});
     // Latin-1 in both directions preserves every byte. The client refuses a file with the byte 0x04.
@@ -337,11 +337,11 @@ void CommandPanel::updateControls()
     const QString typed = ui->commandEdit->text();
     const QString problem = commandProblem(typed);
     const QString needsServer = tr("Needs a connected server. What you type stays here.");
-    setAvailable(ui->sendButton, isUp && problem.isEmpty(), tr("Send the command (Enter)"),
+    setEnabledWithHelp(ui->sendButton, isUp && problem.isEmpty(), tr("Send the command (Enter)"),
         typed.isEmpty() ? tr("Type a command first") : (problem.isEmpty() ? needsServer : problem));
-    setAvailable(ui->uploadButton, isUp, withKey(tr("Send a file to the server with txfile"), Qt::CTRL | Qt::Key_O),
-        needsServer);
-    setAvailable(ui->giveUpButton, isBusy(),
+    setEnabledWithHelp(ui->sendFileButton, isUp,
+        withKey(tr("Send a file to the server with txfile"), Qt::CTRL | Qt::Key_O), needsServer);
+    setEnabledWithHelp(ui->giveUpButton, isBusy(),
         withKey(tr("Stop waiting for the reply and close its connection"), Qt::CTRL | Qt::Key_G),
         tr("No command is under way"));
     ui->binaryCheck->setToolTip(tr("The reply is a block of numbers followed by text, as of hist1d and hist2d, or a "

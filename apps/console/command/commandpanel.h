@@ -1,4 +1,4 @@
-// The command part of the main window: the record of replies, the command line, uploads and progress.
+// The command part of the main window: the record of replies, the command line, files to send and progress.
 #pragma once
 
 #include "notices/alert.h"
@@ -20,7 +20,7 @@ namespace console {
 
 class History;
 class ServerController;
-class Uploader;
+class FileSender;
 
 /// Sends typed commands one after the other on its own connection, and shows every reply. GUI thread.
 class CommandPanel : public QWidget {
@@ -50,9 +50,9 @@ public Q_SLOTS:
     /// Drops the unanswered commands and their connection.
     void giveUp();
     /// Lets the user choose a file and sends it.
-    void chooseUpload();
+    void chooseFileToSend();
     /// Sends the file under its own name, after checking that this is possible; asks before overwriting a file.
-    void upload(const QString& path);
+    void sendFile(const QString& path);
     /// Sends the last lost commands again; does nothing without a server.
     void sendAgain();
     void clearRecord();
@@ -65,13 +65,13 @@ Q_SIGNALS:
     void commandTyped();
     /// The user has sent the lost commands again manually.
     void nothingLost();
-    /// The server has not rejected the command.
+    /// The server has not refused the command.
     void accepted(const QString& command);
 
 protected:
     void changeEvent(QEvent* event) override;
     void send(const Request& request);
-    void sendFile(const QString& request, const QByteArray& content);
+    void sendContent(const QString& request, const QByteArray& content);
     void takeReply(const QString& command, const QByteArray& reply);
     void onProgress(const QByteArray& piece);
     void onReplied(const PTarnisCmd& command, const QByteArray& reply);
@@ -87,7 +87,7 @@ protected:
     ServerController& m_controller;
     std::unique_ptr<Ui::CommandPanel> ui;
     CommandChannel* m_channel;
-    Uploader* m_uploader;
+    FileSender* m_fileSender;
     QTimer m_progressTimer;
     bool m_isAnnounced = false; ///< the command being sent is in the record
     QElapsedTimer m_elapsed; ///< time since the current command was sent

@@ -26,23 +26,23 @@ QString nameInRequest(const QString& name)
 
 } // namespace
 
-Uploader::Uploader(ServerController& controller, QWidget& window)
+FileSender::FileSender(ServerController& controller, QWidget& window)
     : QObject(&window)
     , m_controller(controller)
     , m_window(window)
     , m_channel(new CommandChannel(controller, QStringLiteral("upload"), this))
 {
-    connect(m_channel, &CommandChannel::replied, this, &Uploader::onReplied);
+    connect(m_channel, &CommandChannel::replied, this, &FileSender::onReplied);
     connect(m_channel, &CommandChannel::failed, this, [this](const QString& message) {
         refuse([message] { return tr("the connection broke (%1).").arg(message); });
         m_controller.checkServer();
     });
-    connect(&controller, &ServerController::aboutToStop, this, &Uploader::onStopping);
+    connect(&controller, &ServerController::aboutToStop, this, &FileSender::onStopping);
 }
 
-Uploader::~Uploader() = default;
+FileSender::~FileSender() = default;
 
-void Uploader::start(const QString& path)
+void FileSender::start(const QString& path)
 {
     if (m_isBusy) {
         Q_EMIT refused([path, other = m_path] { return tr("%1 is not sent: %2 is being sent.").arg(path, other); });
@@ -57,10 +57,10 @@ void Uploader::start(const QString& path)
         return;
     }
     m_isBusy = true;
-    look(QStringLiteral("pwd"));
+    lookUp(QStringLiteral("pwd"));
 }
 
-bool Uploader::read(const QString& path)
+bool FileSender::read(const QString& path)
 {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly)) {
@@ -78,7 +78,7 @@ bool Uploader::read(const QString& path)
     return false;
 }
 
-void Uploader::look(const QString& command)
+void FileSender::lookUp(const QString& command)
 {
     if (m_controller.state() != ServerState::Up) {
         refuse([] { return tr("there is no connection to the server."); });
@@ -89,7 +89,7 @@ void Uploader::look(const QString& command)
     m_channel->send(asked);
 }
 
-void Uploader::onReplied(const PTarnisCmd& command, const QByteArray& reply)
+void FileSender::onReplied(const PTarnisCmd& command, const QByteArray& reply)
 {
     const QString text = QString::fromUtf8(reply);
     QStringList lines = text.split(u'\n');
@@ -97,7 +97,7 @@ void Uploader::onReplied(const PTarnisCmd& command, const QByteArray& reply)
         onUnknown(text.trimmed());
     } else if (command->m_cmdName == u"pwd") {
         m_folder = lines.value(0);
-        look(QStringLiteral("ls-F ") + quotedPath(m_folder));
+        lookUp(QStringLiteral("ls-F ") + quotedPath(m_folder));
     } else if (lines.contains(m_name)) {
         question([name = m_name, folder = m_folder] {
             return tr("\u201c%1\u201d already exists in %2 on the server. Do you want to overwrite it?")
@@ -108,7 +108,7 @@ void Uploader::onReplied(const PTarnisCmd& command, const QByteArray& reply)
     }
 }
 
-void Uploader::onUnknown(const QString& why)
+void FileSender::onUnknown(const QString& why)
 {
     question([name = m_name, why] {
         const QString text = tr(
@@ -119,11 +119,11 @@ void Uploader::onUnknown(const QString& why)
     });
 }
 
-void Uploader::question(const tarnis::TranslatedText& translated)
+void FileSender::question(const tarnis::TranslatedText& translated)
 {
     auto* const box = new QMessageBox(
         QMessageBox::Question, tr("Send a File"), translated(), QMessageBox::Ok | QMessageBox::Cancel, &m_window);
-    box->setObjectName(QStringLiteral("uploadBox"));
+    box->setObjectName(QStringLiteral("sendFileBox"));
     box->setTextFormat(Qt::PlainText);
     box->setDefaultButton(QMessageBox::Cancel);
     box->setAttribute(Qt::WA_DeleteOnClose);
@@ -136,7 +136,7 @@ void Uploader::question(const tarnis::TranslatedText& translated)
     box->open();
 }
 
-void Uploader::finish()
+void FileSender::finish()
 {
     if (m_controller.state() != ServerState::Up) {
         refuse([] { return tr("there is no connection to the server."); });
@@ -146,14 +146,14 @@ void Uploader::finish()
     Q_EMIT ready(QStringLiteral("txfile ") + nameInRequest(m_name), std::exchange(m_content, {}));
 }
 
-void Uploader::refuse(const tarnis::TranslatedText& why)
+void FileSender::refuse(const tarnis::TranslatedText& why)
 {
     m_isBusy = false;
     m_content.clear();
     Q_EMIT refused([path = m_path, why] { return tr("%1 is not sent: %2").arg(path, why()); });
 }
 
-void Uploader::onStopping()
+void FileSender::onStopping()
 {
     if (!m_channel->drop().isEmpty())
         refuse([] { return tr("the server was stopped."); });

@@ -1,4 +1,4 @@
-// Prepares an upload: reads the file, looks up its name on the server, and asks before overwriting.
+// Prepares a file for sending: reads it, looks up its name on the server, and asks before overwriting.
 #pragma once
 
 #include "server/commandchannel.h"
@@ -15,25 +15,25 @@ namespace console {
 class ServerController;
 
 /// One file at a time. Each start() ends with ready(), refused(), or cancellation by the user. GUI thread.
-class Uploader : public QObject {
+class FileSender : public QObject {
     Q_OBJECT
 public:
     /// Questions are shown on `window`.
-    Uploader(ServerController& controller, QWidget& window);
-    ~Uploader() override;
+    FileSender(ServerController& controller, QWidget& window);
+    ~FileSender() override;
 
-    /// Uploads the file under its own name, to the server's current folder.
+    /// Sends the file under its own name, to the server's current folder.
     void start(const QString& path);
 
 Q_SIGNALS:
-    /// `request` is the first line of the upload.
+    /// `request` is the first line of the request, "txfile" and a name.
     void ready(const QString& request, const QByteArray& content);
-    /// The upload is not possible; the reason is a sentence.
+    /// The file cannot be sent; the reason is a sentence.
     void refused(const tarnis::TranslatedText& translated);
 
 protected:
     bool read(const QString& path);
-    void look(const QString& command);
+    void lookUp(const QString& command);
     void onReplied(const PTarnisCmd& command, const QByteArray& reply);
     void onStopping();
     void onUnknown(const QString& why);

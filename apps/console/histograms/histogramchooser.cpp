@@ -173,11 +173,11 @@ void HistogramChooser::updateControls()
     for (int i = 0; i < count(); ++i)
         isAnyChecked = isAnyChecked || isChecked(i);
     const bool isUp = m_context.controller.state() == ServerState::Up;
-    setAvailable(ok, isUp && isAnyChecked, tr("Open a live window for each checked histogram"),
+    setEnabledWithHelp(ok, isUp && isAnyChecked, tr("Open a live window for each checked histogram"),
         isUp ? tr("Check a histogram first") : tr("Needs a connected server"));
     for (const char* const name : { "buttonCheckAll", "buttonUncheckAll", "buttonInvert" }) {
         if (auto* const button = findChild<QPushButton*>(QLatin1String(name)))
-            setAvailable(button, count() > 0, QString(), tr("There is no histogram to check"));
+            setEnabledWithHelp(button, count() > 0, QString(), tr("There is no histogram to check"));
     }
 }
 

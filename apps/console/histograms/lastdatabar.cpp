@@ -41,7 +41,7 @@ bool isAllZero(const QByteArray& payload, bool arePairs)
     return true;
 }
 
-KeptData::KeptData(ServerController& controller, XYGraphWidget& plot, const std::function<QTime()>& dataTime)
+LastDataBar::LastDataBar(ServerController& controller, XYGraphWidget& plot, const std::function<QTime()>& dataTime)
     : QFrame(plot.window())
     , m_controller(controller)
     , m_dataTime(dataTime)
@@ -73,12 +73,12 @@ KeptData::KeptData(ServerController& controller, XYGraphWidget& plot, const std:
         release();
         Q_EMIT released();
     });
-    connect(&controller, &ServerController::stateChanged, this, &KeptData::onServerState);
+    connect(&controller, &ServerController::stateChanged, this, &LastDataBar::onServerState);
     setTexts();
     hide();
 }
 
-void KeptData::onServerState()
+void LastDataBar::onServerState()
 {
     const bool isUp = m_controller.state() == ServerState::Up;
     if (isUp == std::exchange(m_wasUp, isUp))
@@ -93,20 +93,20 @@ void KeptData::onServerState()
     m_releaseButton->setVisible(isUp);
 }
 
-bool KeptData::holds(bool isReplyEmpty)
+bool LastDataBar::holds(bool isReplyEmpty)
 {
     if (m_isKeeping && !isReplyEmpty)
         release();
     return m_isKeeping;
 }
 
-void KeptData::release()
+void LastDataBar::release()
 {
     m_isKeeping = false;
     hide();
 }
 
-void KeptData::setTexts()
+void LastDataBar::setTexts()
 {
     m_label->setText(
         tr("These data are from %1, when the server was last connected. They are kept until it has new data.")
@@ -119,7 +119,7 @@ void KeptData::setTexts()
     m_releaseButton->setToolTip(tr("Discard these data; the server has none yet"));
 }
 
-void KeptData::changeEvent(QEvent* event)
+void LastDataBar::changeEvent(QEvent* event)
 {
     QFrame::changeEvent(event);
     if (event->type() == QEvent::LanguageChange)

@@ -18,11 +18,11 @@ namespace console {
 class ServerController;
 
 /// A bar that shows this and offers to save the picture and the values. It is hidden unless data are kept. GUI thread.
-class KeptData : public QFrame {
+class LastDataBar : public QFrame {
     Q_OBJECT
 public:
     /// `dataTime` returns the time of the shown data; invalid: there is nothing to keep.
-    KeptData(ServerController& controller, XYGraphWidget& plot, const std::function<QTime()>& dataTime);
+    LastDataBar(ServerController& controller, XYGraphWidget& plot, const std::function<QTime()>& dataTime);
 
     /// True if the reply must not be shown, because all its counts are 0 and there are data to keep. False stops
     /// keeping them.

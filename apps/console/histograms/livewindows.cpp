@@ -38,7 +38,7 @@ void setPolling(QDialog& window, bool isPolling, bool isRefused = false)
     const QString reason = SessionRecovery::tr("Needs a connected server");
     const auto set = [&](QWidget* control, bool isAvailable) {
         if (control)
-            setAvailable(control, isAvailable, QString(), reason);
+            setEnabledWithHelp(control, isAvailable, QString(), reason);
     };
     set(window.findChild<QPushButton*>(QStringLiteral("updatePushButton")), isPolling || isRefused);
     set(window.findChild<QCheckBox*>(QStringLiteral("autoUpdateCheckBox")), isPolling);
@@ -54,7 +54,7 @@ template <typename Window> void showLost(Window& window, const SessionRecovery& 
 }
 
 /// Adds the lines below the controls of every live plot.
-void addLines(QDialog& window, DataAge& age, KeptData& kept)
+void addLines(QDialog& window, DataAge& age, LastDataBar& kept)
 {
     if (auto* const box = qobject_cast<QBoxLayout*>(window.layout())) {
         box->addWidget(age.label());
@@ -174,12 +174,12 @@ LiveCurves::LiveCurves(const WindowContext& context, const CurvesRequest& reques
     , m_request([request] { return request; })
     , m_recovery(context.controller, session)
     , m_age(*this, [this] { return session && (isAutoUpdate() || m_isAsked); })
-    , m_kept(new KeptData(context.controller, *getGraphWidget(),
+    , m_kept(new LastDataBar(context.controller, *getGraphWidget(),
           [this] { return getGraphWidget()->getMaxValue() > 0.0 ? m_age.time() : QTime(); }))
 {
     addLines(*this, m_age, *m_kept);
     setSavedName(*this, histogramOf(request.command));
-    connect(m_kept, &KeptData::released, this, &LiveCurves::update);
+    connect(m_kept, &LastDataBar::released, this, &LiveCurves::update);
     hooks = hooksOf(*this, m_isDrawn);
     setMinPlotSize(*getGraphWidget(), minCurveChars);
     getGraphWidget()->installEventFilter(this);
@@ -329,13 +329,13 @@ LiveMap::LiveMap(const WindowContext& context, const MapRequest& request)
     , m_request([request] { return request; })
     , m_recovery(context.controller, session)
     , m_age(*this, [this] { return session && (isAutoUpdate() || m_isAsked); })
-    , m_kept(new KeptData(context.controller, *getGraphWidget(),
+    , m_kept(new LastDataBar(context.controller, *getGraphWidget(),
           [this] { return getGraphWidget()->getMaxValue() > 0.0 ? m_age.time() : QTime(); }))
 {
     addLines(*this, m_age, *m_kept);
     setSavedName(*this, histogramOf(request.command));
     getGraphWidget()->enalbeRoiSelect(QRect(0, 0, request.bins, rowsOf(request)));
-    connect(m_kept, &KeptData::released, this, &LiveMap::update);
+    connect(m_kept, &LastDataBar::released, this, &LiveMap::update);
     hooks = hooksOf(*this, m_isDrawn);
     setMinPlotSize(*getGraphWidget(), minMapChars);
     connect(&m_recovery, &SessionRecovery::lost, this, &LiveMap::onLost);

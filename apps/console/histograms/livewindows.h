@@ -17,7 +17,7 @@ class QLabel;
 
 namespace console {
 
-class KeptData;
+class LastDataBar;
 class ServerController;
 struct WindowContext;
 
@@ -36,7 +36,7 @@ struct CurvesRequest {
     int rows = 0; ///< number of rows of the histogram, shown if `last` omits some
 };
 
-/// Rejections and replies that cannot be drawn are reported below the plot, and the polling continues. The time of the
+/// Refusals and replies that cannot be drawn are reported below the plot, and the polling continues. The time of the
 /// last data is also shown there.
 class LiveCurves : public Graph1DDialog {
     Q_OBJECT
@@ -70,7 +70,7 @@ protected:
     bool m_isDrawn = false; ///< the reply under way was drawn
     bool m_isAsked = false; ///< a poll is under way
     DataAge m_age;
-    KeptData* m_kept;
+    LastDataBar* m_kept;
 };
 
 /// The content of a 2D window.
@@ -87,7 +87,7 @@ struct MapRequest {
     QString command;
 };
 
-/// Rejections and replies that cannot be drawn are reported below the plot, and the polling continues. The time of the
+/// Refusals and replies that cannot be drawn are reported below the plot, and the polling continues. The time of the
 /// last data is also shown there.
 class LiveMap : public Graph2DDialog {
     Q_OBJECT
@@ -122,7 +122,7 @@ protected:
     bool m_isDrawn = false; ///< the reply under way was drawn
     bool m_isAsked = false; ///< a poll is under way
     DataAge m_age;
-    KeptData* m_kept;
+    LastDataBar* m_kept;
 };
 
 /// The previous values remain shown while there is no server.

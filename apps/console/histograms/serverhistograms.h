@@ -28,7 +28,7 @@ public:
     /// Why there is no such histogram, as a text for users; empty if it exists, if this is unknown, and for an empty
     /// name.
     QString refusal(const QString& name) const;
-    /// Reads the list from a reply to `hists` requested elsewhere. Ignores rejections, and lists while there is no
+    /// Reads the list from a reply to `hists` requested elsewhere. Ignores refusals, and lists while there is no
     /// server.
     void read(const QString& reply);
 

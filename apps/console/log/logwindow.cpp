@@ -180,9 +180,9 @@ void LogWindow::updateFind()
 {
     m_isFoundNowhere = false;
     const bool hasText = !ui->findEdit->text().isEmpty();
-    setAvailable(ui->nextButton, hasText, withKey(tr("Find the text further down"), Qt::Key_F3),
+    setEnabledWithHelp(ui->nextButton, hasText, withKey(tr("Find the text further down"), Qt::Key_F3),
         tr("Type the text to find first"));
-    setAvailable(ui->previousButton, hasText, withKey(tr("Find the text further up"), Qt::SHIFT | Qt::Key_F3),
+    setEnabledWithHelp(ui->previousButton, hasText, withKey(tr("Find the text further up"), Qt::SHIFT | Qt::Key_F3),
         tr("Type the text to find first"));
     showState();
 }

@@ -62,7 +62,7 @@ bool leaveEditor(XYGraphWidget& plot)
 
 } // namespace
 
-bool leaveTool(XYGraphWidget& plot)
+bool endActiveTool(XYGraphWidget& plot)
 {
     if (leaveEditor(plot))
         return true;
@@ -76,14 +76,14 @@ bool leaveTool(XYGraphWidget& plot)
     return isLeft;
 }
 
-bool takesEscape(QWidget& window)
+bool handleEscape(QWidget& window)
 {
     if (!qobject_cast<QDialog*>(&window))
         return false;
     if (XYGraphWidget* const plot = BoxPlacer::plotOf(window))
-        return leaveTool(*plot);
+        return endActiveTool(*plot);
     if (XYGraphWidget* const plot = plotOf(window)) {
-        leaveTool(*plot);
+        endActiveTool(*plot);
         return true;
     }
     return qobject_cast<StatDialog*>(&window) != nullptr; // live too

@@ -11,10 +11,10 @@ namespace console {
 
 /// Closes an editor inside the plot, else ends the active tool: zoom, move, rectangle, range, cut, regions. Results of
 /// the tool are kept. False if there was nothing to end.
-bool leaveTool(XYGraphWidget& plot);
+bool endActiveTool(XYGraphWidget& plot);
 
 /// Handles Escape in a window. True if the window must not receive it, which holds for windows with a plot and for tool
 /// boxes beside it.
-bool takesEscape(QWidget& window);
+bool handleEscape(QWidget& window);
 
 } // namespace console

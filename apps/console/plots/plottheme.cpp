@@ -21,30 +21,30 @@ namespace {
 
 constexpr QLatin1String storeKey("window/plotLook");
 
-/// The stored name of a look.
-struct StoredLook {
-    PlotLook look;
+/// The stored name of a theme.
+struct StoredTheme {
+    PlotTheme theme;
     QLatin1String name;
 };
-constexpr std::array looks { StoredLook { PlotLook::Window, QLatin1String("window") },
-    StoredLook { PlotLook::Light, QLatin1String("light") }, StoredLook { PlotLook::Dark, QLatin1String("dark") },
-    StoredLook { PlotLook::Print, QLatin1String("print") },
-    StoredLook { PlotLook::HighContrast, QLatin1String("highContrast") },
-    StoredLook { PlotLook::Classic, QLatin1String("classic") } };
+constexpr std::array themes { StoredTheme { PlotTheme::Window, QLatin1String("window") },
+    StoredTheme { PlotTheme::Light, QLatin1String("light") }, StoredTheme { PlotTheme::Dark, QLatin1String("dark") },
+    StoredTheme { PlotTheme::Print, QLatin1String("print") },
+    StoredTheme { PlotTheme::HighContrast, QLatin1String("highContrast") },
+    StoredTheme { PlotTheme::Classic, QLatin1String("classic") } };
 
-PlotLook s_look = PlotLook::Window;
+PlotTheme s_theme = PlotTheme::Window;
 
-tarnis::PlotStyle::Theme themeOf(PlotLook look)
+tarnis::PlotStyle::Theme themeOf(PlotTheme theme)
 {
     using Theme = tarnis::PlotStyle::Theme;
-    switch (look) {
-    case PlotLook::Light:
+    switch (theme) {
+    case PlotTheme::Light:
         return Theme::Light;
-    case PlotLook::Dark:
+    case PlotTheme::Dark:
         return Theme::Dark;
-    case PlotLook::Print:
+    case PlotTheme::Print:
         return Theme::Print;
-    case PlotLook::HighContrast:
+    case PlotTheme::HighContrast:
         return Theme::HighContrast;
     default:
         return isDark(QApplication::palette()) ? Theme::Dark : Theme::Light;
@@ -56,17 +56,17 @@ tarnis::PlotStyle* styleOf(const XYGraphWidget& plot)
     return plot.findChild<tarnis::PlotStyle*>(QString(), Qt::FindDirectChildrenOnly);
 }
 
-constexpr const char* servedProperty = "hasPlotLook"; // marks plots that follow the menu
+constexpr const char* servedProperty = "hasPlotTheme"; // marks plots that follow the menu
 
 void apply(XYGraphWidget& plot)
 {
     tarnis::PlotStyle* const style = styleOf(plot);
-    if (s_look == PlotLook::Classic)
+    if (s_theme == PlotTheme::Classic)
         delete style;
     else if (style == nullptr)
-        new tarnis::PlotStyle(&plot, themeOf(s_look)); // owned by the plot
+        new tarnis::PlotStyle(&plot, themeOf(s_theme)); // owned by the plot
     else
-        style->setTheme(themeOf(s_look));
+        style->setTheme(themeOf(s_theme));
 }
 
 void applyToOpenPlots()
@@ -87,12 +87,12 @@ void applyToOpenPlots()
 
 } // namespace
 
-PlotLook plotLook()
+PlotTheme plotTheme()
 {
-    return s_look;
+    return s_theme;
 }
 
-void applyLook(QWidget& window)
+void applyTheme(QWidget& window)
 {
     const auto plots = window.findChildren<XYGraphWidget*>();
     for (XYGraphWidget* const plot : plots) {
@@ -103,45 +103,45 @@ void applyLook(QWidget& window)
     }
 }
 
-void reapplyLook(QWidget& window)
+void reapplyTheme(QWidget& window)
 {
     const auto plots = window.findChildren<XYGraphWidget*>();
     for (XYGraphWidget* const plot : plots)
         plot->setProperty(servedProperty, false);
-    applyLook(window);
+    applyTheme(window);
 }
 
-PlotLookMenu::PlotLookMenu(QSettings& store, QWidget* parent)
+PlotThemeMenu::PlotThemeMenu(QSettings& store, QWidget* parent)
     : QMenu(parent)
     , m_store(store)
     , m_group(new QActionGroup(this))
 {
-    setObjectName(QStringLiteral("plotLookMenu"));
+    setObjectName(QStringLiteral("plotThemeMenu"));
     setToolTipsVisible(true);
     const QString stored = m_store.value(storeKey).toString();
-    s_look = PlotLook::Window;
-    for (const StoredLook& known : looks) {
+    s_theme = PlotTheme::Window;
+    for (const StoredTheme& known : themes) {
         QAction* const action = addAction(QString());
-        action->setObjectName(QStringLiteral("%1LookAction").arg(known.name));
+        action->setObjectName(QStringLiteral("%1ThemeAction").arg(known.name));
         action->setCheckable(true);
         m_group->addAction(action);
         if (stored == known.name)
-            s_look = known.look;
-        connect(action, &QAction::triggered, this, [this, look = known.look] { choose(look); });
+            s_theme = known.theme;
+        connect(action, &QAction::triggered, this, [this, theme = known.theme] { choose(theme); });
     }
-    actions().at(static_cast<int>(s_look))->setChecked(true);
+    actions().at(static_cast<int>(s_theme))->setChecked(true);
     setTexts();
     applyToOpenPlots();
 }
 
-void PlotLookMenu::choose(PlotLook look)
+void PlotThemeMenu::choose(PlotTheme theme)
 {
-    s_look = look;
-    m_store.setValue(storeKey, looks.at(static_cast<std::size_t>(look)).name);
+    s_theme = theme;
+    m_store.setValue(storeKey, themes.at(static_cast<std::size_t>(theme)).name);
     applyToOpenPlots();
 }
 
-void PlotLookMenu::setTexts()
+void PlotThemeMenu::setTexts()
 {
     setTitle(tr("&Plots"));
     const std::array texts { tr("As the &Window"), tr("&Light"), tr("&Dark"), tr("&Print"), tr("&High Contrast"),
@@ -149,7 +149,7 @@ void PlotLookMenu::setTexts()
     const std::array tips { tr("Light or dark plots, like the console's windows"), tr("Plots on white"),
         tr("Plots on dark grey"), tr("Plots in black on white, for paper"),
         tr("Plots on black with thick lines and large contrast"),
-        tr("Plots on black in a grey frame, the original look") };
+        tr("Plots on black in a grey frame, the original theme") };
     const QList<QAction*> choices = actions();
     for (qsizetype i = 0; i < choices.size(); ++i) {
         choices.at(i)->setText(texts.at(static_cast<std::size_t>(i)));
@@ -157,12 +157,12 @@ void PlotLookMenu::setTexts()
     }
 }
 
-void PlotLookMenu::changeEvent(QEvent* event)
+void PlotThemeMenu::changeEvent(QEvent* event)
 {
     QMenu::changeEvent(event);
     if (event->type() == QEvent::LanguageChange)
         setTexts();
-    else if (event->type() == QEvent::PaletteChange && s_look == PlotLook::Window)
+    else if (event->type() == QEvent::PaletteChange && s_theme == PlotTheme::Window)
         applyToOpenPlots();
 }
 

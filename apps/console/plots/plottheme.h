@@ -1,4 +1,4 @@
-// The look of the console's plots: the submenu in the menu View, and the style of each plot.
+// The theme of the console's plots: the submenu in the menu View, and the style of each plot.
 #pragma once
 
 #include <QMenu>
@@ -8,8 +8,8 @@ class QSettings;
 
 namespace console {
 
-/// The looks, in the order of the menu.
-enum class PlotLook {
+/// The themes, in the order of the menu.
+enum class PlotTheme {
     Window, ///< light or dark, like the console's windows
     Light,
     Dark,
@@ -18,24 +18,24 @@ enum class PlotLook {
     Classic ///< the library's plots without a style
 };
 
-/// The current look; that of the windows until a menu exists.
-PlotLook plotLook();
-/// Applies the current look to the plots of a window. Called when it opens; the menu updates open windows. If it was
+/// The current theme; that of the windows until a menu exists.
+PlotTheme plotTheme();
+/// Applies the current theme to the plots of a window. Called when it opens; the menu updates open windows. If it was
 /// applied before, the user's later choices for the plot are kept.
-void applyLook(QWidget& window);
+void applyTheme(QWidget& window);
 /// As above for all plots of the window, overriding the user's choices.
-void reapplyLook(QWidget& window);
+void reapplyTheme(QWidget& window);
 
-/// One entry for each look. The choice is stored under "window/plotLook" in `store`, which must outlive the menu, and
+/// One entry for each theme. The choice is stored under "window/plotLook" in `store`, which must outlive the menu, and
 /// is applied to all plots when the menu is created.
-class PlotLookMenu : public QMenu {
+class PlotThemeMenu : public QMenu {
     Q_OBJECT
 public:
-    PlotLookMenu(QSettings& store, QWidget* parent);
+    PlotThemeMenu(QSettings& store, QWidget* parent);
 
 protected:
     void changeEvent(QEvent* event) override;
-    void choose(PlotLook look);
+    void choose(PlotTheme theme);
     void setTexts();
 
     QSettings& m_store;

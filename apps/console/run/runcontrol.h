@@ -36,7 +36,7 @@ public Q_SLOTS:
     void clear();
 
 Q_SIGNALS:
-    /// A command has been answered. A rejection is also emitted by `statusMessage`.
+    /// A command has been answered. A refusal is also emitted by `statusMessage`.
     void answered(const QString& command, const QByteArray& reply);
     void statusMessage(const console::Alert& message);
     /// A refusal may have changed.

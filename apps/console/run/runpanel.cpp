@@ -105,7 +105,7 @@ void RunPanel::setTexts()
 void RunPanel::updateControls()
 {
     const auto set = [](QAction* action, const QString& help, const QString& refusal) {
-        setAvailable(action, refusal.isEmpty(), help, refusal);
+        setEnabledWithHelp(action, refusal.isEmpty(), help, refusal);
     };
     set(m_startAction, tr("Begin the next run (the command start)"), m_control->startRefusal());
     set(m_stopAction, tr("End the run (the command stop)"), m_control->stopRefusal());

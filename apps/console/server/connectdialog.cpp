@@ -92,7 +92,7 @@ void ConnectDialog::onEdited()
     ok->setText(ui->remoteRadio->isChecked() ? tr("Connect") : tr("Start"));
     const QString what = problem();
     ui->problemLabel->setText(what);
-    setAvailable(ok, what.isEmpty(), tr("Use this server"), what);
+    setEnabledWithHelp(ok, what.isEmpty(), tr("Use this server"), what);
 }
 
 } // namespace console

@@ -51,7 +51,7 @@ public:
     void noteSaved() { m_unsaved.noteSaved(); }
 
 Q_SIGNALS:
-    /// The reply to a poll, including rejections.
+    /// The reply to a poll, including refusals.
     void replied(const QByteArray& reply);
     /// The connection was lost before the reply; the next poll creates a new one.
     void failed(const QString& message);

@@ -28,7 +28,7 @@ void AddSettingDialog::onEdited()
 {
     const QString name = ui->nameEdit->text().trimmed();
     const QString problem = settingProblem(name, ui->valueEdit->text().trimmed());
-    setAvailable(ui->buttonBox->button(QDialogButtonBox::Ok), problem.isEmpty(), tr("Add the setting"), problem);
+    setEnabledWithHelp(ui->buttonBox->button(QDialogButtonBox::Ok), problem.isEmpty(), tr("Add the setting"), problem);
     if (!problem.isEmpty())
         ui->problemLabel->setText(problem);
     else if (m_model.rowOf(name) >= 0)

@@ -13,7 +13,7 @@ namespace console {
 
 class SettingsModel;
 
-/// Stores the setting in the model on OK; for a rejected setting the dialog stays open and shows the reason.
+/// Stores the setting in the model on OK; for a refused setting the dialog stays open and shows the reason.
 class AddSettingDialog : public QDialog {
     Q_OBJECT
 public:

@@ -29,7 +29,7 @@ public:
     QVariant data(const QModelIndex& index, int role) const override;
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
     Qt::ItemFlags flags(const QModelIndex& index) const override;
-    /// Stores a value in the manager. For a value that cannot be sent or that the manager rejects: returns false, emits
+    /// Stores a value in the manager. For a value that cannot be sent or that the manager refuses: returns false, emits
     /// `refused`, and keeps the previous value.
     bool setData(const QModelIndex& index, const QVariant& value, int role) override;
 

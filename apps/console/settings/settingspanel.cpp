@@ -327,17 +327,19 @@ void SettingsPanel::updateControls()
     const bool hasChanges = !m_model->changedNames().isEmpty();
     const QString needsServer = tr("Needs a connected server");
     const QString wait = isUp ? tr("Wait until the sent lines are answered") : needsServer;
-    setAvailable(ui->readButton, isUp, withKey(tr("Ask the server for its settings"), Qt::Key_F5), needsServer);
-    setAvailable(ui->sendSettingsButton, hasChangesToSend(), withKey(tr("Send the settings to the server"), Qt::Key_F6),
+    setEnabledWithHelp(ui->readButton, isUp, withKey(tr("Ask the server for its settings"), Qt::Key_F5), needsServer);
+    setEnabledWithHelp(ui->sendSettingsButton, hasChangesToSend(),
+        withKey(tr("Send the settings to the server"), Qt::Key_F6),
         canSend() ? tr("There is nothing to send: all settings are as on the server") : wait);
-    setAvailable(
+    setEnabledWithHelp(
         ui->saveButton, canSend(), withKey(tr("Send all settings and let the server store them"), Qt::Key_F7), wait);
-    setAvailable(ui->addButton, true, tr("Add a setting here"), QString());
+    setEnabledWithHelp(ui->addButton, true, tr("Add a setting here"), QString());
     const QModelIndex chosen = ui->table->currentIndex();
-    setAvailable(ui->removeButton, m_model->isRemovable(chosen.row()), tr("Remove the selected setting here"),
+    setEnabledWithHelp(ui->removeButton, m_model->isRemovable(chosen.row()), tr("Remove the selected setting here"),
         chosen.isValid() ? tr("The server has this setting; only settings that were added here can be removed")
                          : tr("Choose a setting in the table first"));
-    setAvailable(ui->revertButton, hasChanges, tr("Reset all values to the server's"), tr("Nothing was changed here"));
+    setEnabledWithHelp(
+        ui->revertButton, hasChanges, tr("Reset all values to the server's"), tr("Nothing was changed here"));
 
     const QString pathProblem = settingProblem(QStringLiteral("basepath"), ui->pathEdit->text().trimmed());
     const Tarnis::SERVER_STATUS status = m_controller.status();
@@ -348,14 +350,15 @@ void SettingsPanel::updateControls()
     QString pathReason = pathProblem.isEmpty() ? tr("Type a path first") : pathProblem;
     if (!refusal.isEmpty())
         pathReason = refusal;
-    setAvailable(ui->pathButton, refusal.isEmpty() && hasPath, pathHelp, pathReason);
+    setEnabledWithHelp(ui->pathButton, refusal.isEmpty() && hasPath, pathHelp, pathReason);
 
-    setAvailable(ui->pathBrowseButton, isUp && refusal.isEmpty(), tr("Choose the folder of the data on the server"),
-        isUp ? refusal : needsServer);
+    setEnabledWithHelp(ui->pathBrowseButton, isUp && refusal.isEmpty(),
+        tr("Choose the folder of the data on the server"), isUp ? refusal : needsServer);
 
     const QString ip = ui->ipEdit->text().trimmed();
     const bool isAddress = isIPv4(ip);
-    setAvailable(ui->addressButton, isUp && isAddress, tr("Store the address in the settings; then send the settings"),
+    setEnabledWithHelp(ui->addressButton, isUp && isAddress,
+        tr("Store the address in the settings; then send the settings"),
         isUp ? tr("Type an IPv4 address such as 192.168.0.16 first") : needsServer);
     Q_EMIT controlsChanged();
 }

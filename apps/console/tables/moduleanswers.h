@@ -11,11 +11,11 @@ namespace console {
 /// The answer of one module.
 struct ModuleAnswer {
     QString module; ///< the server's name for it, else as it was addressed
-    QString text; ///< a text: done, the reason of a rejection, or the reply itself if it has no values
+    QString text; ///< a text: done, the reason of a refusal, or the reply itself if it has no values
     QMap<QString, QString> values;
 };
 
-/// The answers in a reply, including rejections: one for each section, else one for `addressed`. Sorted by the modules'
+/// The answers in a reply, including refusals: one for each section, else one for `addressed`. Sorted by the modules'
 /// names, with final numbers by value.
 QList<ModuleAnswer> moduleAnswers(const QString& addressed, const QString& reply);
 

@@ -73,7 +73,7 @@ void ModulesWindow::setUp()
     m_giveUpButton->setObjectName(QStringLiteral("giveUpButton"));
     m_giveUpButton->setAutoDefault(false);
     layTable(*table());
-    table()->horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents); // but a rejection is a sentence
+    table()->horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents); // but a refusal is a sentence
     table()->horizontalHeader()->setSectionResizeMode(1, QHeaderView::Stretch);
     setTabOrder(m_form->commandBox, table());
     resize(640, 480);
@@ -239,7 +239,7 @@ void ModulesWindow::updateControls()
     const bool isUp = m_controller.state() == ServerState::Up;
     const bool isBusy = !m_channel->waiting().isEmpty();
     const bool isAddressed = target() == Target::One || target() == Target::Several;
-    setAvailable(m_form->modulesEdit, isAddressed, tr("Numbers between commas; 4-7 is a range"),
+    setEnabledWithHelp(m_form->modulesEdit, isAddressed, tr("Numbers between commas; 4-7 is a range"),
         tr("All of them get the command"));
     QString problem;
     const auto made = isBusy ? Commands() : commands(problem);
@@ -247,8 +247,8 @@ void ModulesWindow::updateControls()
     const QString help =
         made.size() > 1 ? tr("Sends \u201c%1\u201d and so on").arg(line) : tr("Sends \u201c%1\u201d").arg(line);
     const QString reason = !isUp ? tr("Needs a connected server") : isBusy ? tr("Wait for the reply") : problem;
-    setAvailable(m_sendButton, isUp && !isBusy && !made.empty(), help, reason);
-    setAvailable(m_giveUpButton, isBusy, tr("Stop waiting for the reply"), tr("No command is under way"));
+    setEnabledWithHelp(m_sendButton, isUp && !isBusy && !made.empty(), help, reason);
+    setEnabledWithHelp(m_giveUpButton, isBusy, tr("Stop waiting for the reply"), tr("No command is under way"));
 }
 
 } // namespace console

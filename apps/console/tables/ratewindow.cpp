@@ -138,7 +138,7 @@ void RateWindow::changeEvent(QEvent* event)
 
 void RateWindow::updateControls()
 {
-    setAvailable(
+    setEnabledWithHelp(
         ui->clearButton, !m_rates.isEmpty(), tr("Clear the curve and start again"), tr("There is no point yet"));
     if (m_controller.state() != ServerState::Up)
         tarnis::setTranslatedText(

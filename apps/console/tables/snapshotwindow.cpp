@@ -177,7 +177,7 @@ void SnapshotWindow::changeEvent(QEvent* event)
 void SnapshotWindow::updateControls()
 {
     const bool isUp = m_controller.state() == ServerState::Up;
-    setAvailable(m_refreshButton, isUp && !isAsking(), withKey(tr("Ask the server again"), Qt::Key_F5),
+    setEnabledWithHelp(m_refreshButton, isUp && !isAsking(), withKey(tr("Ask the server again"), Qt::Key_F5),
         isUp ? tr("Wait for the reply") : tr("Needs a connected server. Showing the previous values."));
 }
 

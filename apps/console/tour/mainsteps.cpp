@@ -95,16 +95,16 @@ void binaryReply(UiDriver& driver, MainWindow& window)
     driver.screenshot(window, QStringLiteral("numbers"));
 }
 
-void upload(UiDriver& driver, MainWindow& window)
+void sendFile(UiDriver& driver, MainWindow& window)
 {
     const QTemporaryDir directory;
     const QString path = directory.filePath(QStringLiteral("tour.txt"));
     QFile file(path);
     driver.expect(file.open(QIODevice::WriteOnly) && file.write("one\ntwo\nthree\n") > 0,
-        QStringLiteral("a file to upload can be written"));
+        QStringLiteral("a file to send can be written"));
     file.close();
 
-    driver.choose(window, "uploadAction");
+    driver.choose(window, "sendFileAction");
     QWidget& dialog = driver.dialogOf(window);
     auto& edit = driver.find<QLineEdit>(dialog, "fileNameEdit");
     driver.clearText(edit);
@@ -112,9 +112,9 @@ void upload(UiDriver& driver, MainWindow& window)
     driver.screenshot(dialog, QStringLiteral("dialog"));
     const auto* buttons = &driver.find<QDialogButtonBox>(dialog, "buttonBox");
     driver.click(*buttons->button(QDialogButtonBox::Open));
-    driver.waitUntil(QStringLiteral("the upload goes out"),
+    driver.waitUntil(QStringLiteral("the file is sent"),
         [&] { return lastOf(window, QStringLiteral("txfile")).contains(QStringLiteral("tour.txt")); });
-    driver.waitUntil(QStringLiteral("the upload is answered"), [&] { return !window.commandPanel().isBusy(); });
+    driver.waitUntil(QStringLiteral("the file is answered"), [&] { return !window.commandPanel().isBusy(); });
     driver.expect(!lastOf(window, QStringLiteral("txfile")).contains(QStringLiteral("NG:")),
         QStringLiteral("the server takes the file"));
     driver.screenshot(window, QStringLiteral("answered"));
@@ -257,7 +257,7 @@ QList<TourStep> openingSteps()
         { QStringLiteral("history"), history },
         { QStringLiteral("long-reply"), longReply },
         { QStringLiteral("binary-reply"), binaryReply },
-        { QStringLiteral("upload"), upload },
+        { QStringLiteral("upload"), sendFile },
         { QStringLiteral("settings"), settings },
         { QStringLiteral("addresses"), addresses },
         { QStringLiteral("read"), readAgain },

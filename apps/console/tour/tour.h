@@ -30,7 +30,7 @@ QList<TourStep> closingSteps();
 class Tour {
 public:
     /// `directory` is created if needed. Files listed in the report of a previous tour are removed; a non-empty folder
-    /// without such a report is rejected.
+    /// without such a report is refused.
     Tour(MainWindow& window, const QString& directory);
     /// Why the folder cannot be used, as a text for users; empty if it can.
     const QString& problem() const { return m_problem; }

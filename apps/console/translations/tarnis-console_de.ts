@@ -1571,6 +1571,53 @@
     </message>
 </context>
 <context>
+    <name>console::FileSender</name>
+    <message>
+        <source>the connection broke (%1).</source>
+        <translation>die Verbindung ist abgerissen (%1).</translation>
+    </message>
+    <message>
+        <source>its name cannot be sent. %1</source>
+        <translation>ihr Name lässt sich nicht senden. %1</translation>
+    </message>
+    <message>
+        <source>it cannot be read (%1).</source>
+        <translation>sie lässt sich nicht lesen (%1).</translation>
+    </message>
+    <message>
+        <source>it is larger than %1.</source>
+        <translation>sie ist größer als %1.</translation>
+    </message>
+    <message>
+        <source>there is no connection to the server.</source>
+        <translation>es gibt keine Verbindung zum Server.</translation>
+    </message>
+    <message>
+        <source>“%1” already exists in %2 on the server. Do you want to overwrite it?</source>
+        <translation>„%1“ gibt es schon in %2 auf dem Server. Soll die Datei überschrieben werden?</translation>
+    </message>
+    <message>
+        <source>The server does not report whether it has a file “%1”. Do you want to send it? A file of that name would be overwritten.</source>
+        <translation>Der Server sagt nicht, ob er eine Datei „%1“ hat. Soll sie gesendet werden? Eine Datei dieses Namens würde überschrieben.</translation>
+    </message>
+    <message>
+        <source>the server was stopped.</source>
+        <translation>der Server wurde beendet.</translation>
+    </message>
+    <message>
+        <source>%1 is not sent: %2 is being sent.</source>
+        <translation>%1 wird nicht gesendet: %2 ist unterwegs.</translation>
+    </message>
+    <message>
+        <source>Send a File</source>
+        <translation>Datei verschicken</translation>
+    </message>
+    <message>
+        <source>%1 is not sent: %2</source>
+        <translation>%1 wird nicht gesendet: %2</translation>
+    </message>
+</context>
+<context>
     <name>console::HistogramChooser</name>
     <message>
         <source>%1: map of %2 x %3 bins, %4 by %5</source>
@@ -1630,37 +1677,6 @@
     <message>
         <source>%1; only the first %2 are shown</source>
         <translation>%1; nur die ersten %2 werden gezeigt</translation>
-    </message>
-</context>
-<context>
-    <name>console::KeptData</name>
-    <message>
-        <source>Save &amp;Picture...</source>
-        <translation>&amp;Bild speichern...</translation>
-    </message>
-    <message>
-        <source>Save what is shown as a picture</source>
-        <translation>Das Gezeigte als Bild speichern</translation>
-    </message>
-    <message>
-        <source>Save &amp;Values...</source>
-        <translation>&amp;Werte speichern...</translation>
-    </message>
-    <message>
-        <source>Save what is shown as comma-separated values</source>
-        <translation>Das Gezeigte als durch Kommas getrennte Werte speichern</translation>
-    </message>
-    <message>
-        <source>Show the &amp;New Data</source>
-        <translation>&amp;Neue Daten zeigen</translation>
-    </message>
-    <message>
-        <source>Discard these data; the server has none yet</source>
-        <translation>Diese Daten aufgeben; der Server hat noch keine</translation>
-    </message>
-    <message>
-        <source>These data are from %1, when the server was last connected. They are kept until it has new data.</source>
-        <translation>Diese Daten sind von %1, als der Server zuletzt verbunden war. Sie bleiben, bis er neue hat.</translation>
     </message>
 </context>
 <context>
@@ -1795,6 +1811,37 @@
     <message>
         <source>Show all texts in the language of the desktop</source>
         <translation>Alle Texte in der Sprache der Arbeitsfläche zeigen</translation>
+    </message>
+</context>
+<context>
+    <name>console::LastDataBar</name>
+    <message>
+        <source>Save &amp;Picture...</source>
+        <translation>&amp;Bild speichern...</translation>
+    </message>
+    <message>
+        <source>Save what is shown as a picture</source>
+        <translation>Das Gezeigte als Bild speichern</translation>
+    </message>
+    <message>
+        <source>Save &amp;Values...</source>
+        <translation>&amp;Werte speichern...</translation>
+    </message>
+    <message>
+        <source>Save what is shown as comma-separated values</source>
+        <translation>Das Gezeigte als durch Kommas getrennte Werte speichern</translation>
+    </message>
+    <message>
+        <source>Show the &amp;New Data</source>
+        <translation>&amp;Neue Daten zeigen</translation>
+    </message>
+    <message>
+        <source>Discard these data; the server has none yet</source>
+        <translation>Diese Daten aufgeben; der Server hat noch keine</translation>
+    </message>
+    <message>
+        <source>These data are from %1, when the server was last connected. They are kept until it has new data.</source>
+        <translation>Diese Daten sind von %1, als der Server zuletzt verbunden war. Sie bleiben, bis er neue hat.</translation>
     </message>
 </context>
 <context>
@@ -2316,7 +2363,7 @@
     </message>
 </context>
 <context>
-    <name>console::PlotLookMenu</name>
+    <name>console::PlotThemeMenu</name>
     <message>
         <source>&amp;Plots</source>
         <translation>Dia&amp;gramme</translation>
@@ -3257,53 +3304,6 @@
             <numerusform>%1, davon %Ln seit der vorigen Momentaufnahme geändert, Stand %2</numerusform>
             <numerusform>%1, davon %Ln seit der vorigen Momentaufnahme geändert, Stand %2</numerusform>
         </translation>
-    </message>
-</context>
-<context>
-    <name>console::Uploader</name>
-    <message>
-        <source>the connection broke (%1).</source>
-        <translation>die Verbindung ist abgerissen (%1).</translation>
-    </message>
-    <message>
-        <source>its name cannot be sent. %1</source>
-        <translation>ihr Name lässt sich nicht senden. %1</translation>
-    </message>
-    <message>
-        <source>it cannot be read (%1).</source>
-        <translation>sie lässt sich nicht lesen (%1).</translation>
-    </message>
-    <message>
-        <source>it is larger than %1.</source>
-        <translation>sie ist größer als %1.</translation>
-    </message>
-    <message>
-        <source>there is no connection to the server.</source>
-        <translation>es gibt keine Verbindung zum Server.</translation>
-    </message>
-    <message>
-        <source>“%1” already exists in %2 on the server. Do you want to overwrite it?</source>
-        <translation>„%1“ gibt es schon in %2 auf dem Server. Soll die Datei überschrieben werden?</translation>
-    </message>
-    <message>
-        <source>The server does not report whether it has a file “%1”. Do you want to send it? A file of that name would be overwritten.</source>
-        <translation>Der Server sagt nicht, ob er eine Datei „%1“ hat. Soll sie gesendet werden? Eine Datei dieses Namens würde überschrieben.</translation>
-    </message>
-    <message>
-        <source>the server was stopped.</source>
-        <translation>der Server wurde beendet.</translation>
-    </message>
-    <message>
-        <source>%1 is not sent: %2 is being sent.</source>
-        <translation>%1 wird nicht gesendet: %2 ist unterwegs.</translation>
-    </message>
-    <message>
-        <source>Send a File</source>
-        <translation>Datei verschicken</translation>
-    </message>
-    <message>
-        <source>%1 is not sent: %2</source>
-        <translation>%1 wird nicht gesendet: %2</translation>
     </message>
 </context>
 <context>

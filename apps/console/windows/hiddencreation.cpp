@@ -25,7 +25,7 @@ public:
 
 } // namespace
 
-QWidget* madeHidden(const std::function<QWidget*()>& make)
+QWidget* createHidden(const std::function<QWidget*()>& make)
 {
     const HiddenLists hidden;
     return make();

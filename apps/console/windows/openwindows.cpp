@@ -126,10 +126,10 @@ QWidget* OpenWindows::show(
     QWidget* window = m_windows.map.value(keyOf(id));
     const bool isNew = !window;
     if (isNew) {
-        window = enter(id, madeHidden(make), title);
-        applyLook(*window); // the style is part of the view
+        window = enter(id, createHidden(make), title);
+        applyTheme(*window); // the style is part of the view
         restoreView(*window, id);
-        reapplyLook(*window); // applies the current colours
+        reapplyTheme(*window); // applies the current colours
         place(*window, id);
     }
     bringForward(*window);
@@ -287,7 +287,7 @@ void OpenWindows::replace(
     if (!old)
         return;
     const QPointer<QWidget> active = QApplication::activeWindow();
-    QWidget* const fresh = enter(id, madeHidden(make), title);
+    QWidget* const fresh = enter(id, createHidden(make), title);
     disconnect(old, nullptr, &m_windows, nullptr); // the new window uses its key
     fresh->setProperty(orderProperty, old->property(orderProperty));
     showInPlace(*fresh, old->normalGeometry(), old->windowState(), active == old);

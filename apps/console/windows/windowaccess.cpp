@@ -70,9 +70,9 @@ void updateRegionButtons(QWidget& window, const QListWidget& list)
         return; // currently not editable
     const QString none = WindowAccess::tr("There is no region yet: drag one over the map");
     const bool isAny = list.count() > 0;
-    setAvailable(deleteButton, isAny && list.currentRow() >= 0, QString(),
+    setEnabledWithHelp(deleteButton, isAny && list.currentRow() >= 0, QString(),
         isAny ? WindowAccess::tr("Choose a region in the list first") : none);
-    setAvailable(clearButton, isAny, QString(), none);
+    setEnabledWithHelp(clearButton, isAny, QString(), none);
 }
 
 /// Opens peak search, filter, filtered maps, selection of curves and export beside their plot, if the screen has space.
@@ -161,7 +161,7 @@ bool WindowAccess::eventFilter(QObject* object, QEvent* event)
         auto* const widget = static_cast<QWidget*>(object);
         // Keys that the focused control has not handled reach the window.
         return key.key() == Qt::Key_Escape && key.modifiers() == Qt::NoModifier
-            && (widget->isWindow() || BoxPlacer::plotOf(*widget)) && takesEscape(*widget);
+            && (widget->isWindow() || BoxPlacer::plotOf(*widget)) && handleEscape(*widget);
     }
     return false;
 }
@@ -196,7 +196,7 @@ void WindowAccess::makeAccessible(QWidget& window)
     const auto plots = window.findChildren<XYGraphWidget*>();
     for (XYGraphWidget* const plot : plots)
         attachTools(*plot);
-    applyLook(window);
+    applyTheme(window);
     auto* const update = window.findChild<QPushButton*>(QStringLiteral("updatePushButton"));
     if (!update)
         return;

@@ -13,7 +13,7 @@
 // - cutPixels() of projection_p.h, for the lines of the cut: from the upper end down; a range that does not ascend has
 //   no extent.
 // - pointPixels() of projection_p.h, for crosses on a map: multiplies before it divides.
-// - colorBarValue() of colourbar_p.h, for the labels of the colour bar: counts whole intervals, not pixels.
+// - colourBarValue() of colourbar_p.h, for the labels of the colour bar: counts whole intervals, not pixels.
 #pragma once
 
 #include "tarnis/plots/math/axisticks_p.h"

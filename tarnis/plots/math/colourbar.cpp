@@ -11,7 +11,7 @@ int fittingIntervals(int wanted, int barHeight, int lineHeight)
     return std::min(wanted, std::max(fitting, 1));
 }
 
-double colorBarValue(AxisRange range, bool logScale, int mark, int intervals)
+double colourBarValue(AxisRange range, bool logScale, int mark, int intervals)
 {
     if (!logScale)
         return mark * (range.max - range.min) / intervals + range.min;

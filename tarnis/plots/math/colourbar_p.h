@@ -10,7 +10,7 @@ int fittingIntervals(int wanted, int barHeight, int lineHeight);
 
 /// Value at mark `mark` of `intervals`, counted from the bottom. On a log scale the marks are at equal distances of the
 /// exponent, and an end at or below 0 counts as 1.
-double colorBarValue(AxisRange range, bool logScale, int mark, int intervals);
+double colourBarValue(AxisRange range, bool logScale, int mark, int intervals);
 
 /// As above, at equal distances of the square root; an end below 0 counts as 0.
 double squareRootBarValue(AxisRange range, int mark, int intervals);

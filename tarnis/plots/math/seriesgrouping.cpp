@@ -43,7 +43,7 @@ void addUp(const QList<Series>& series, const SummedCurve& curve, SampleRange ra
 
 } // namespace
 
-QColor rotationColor(int number)
+QColor rotationColour(int number)
 {
     static constexpr std::array<QRgb, rotationSize> colors { qRgb(255, 51, 0), qRgb(255, 255, 0), qRgb(51, 153, 102),
         qRgb(0, 65, 255), qRgb(102, 204, 255), qRgb(255, 153, 153), qRgb(255, 153, 0), qRgb(153, 0, 102) };
@@ -76,7 +76,7 @@ QList<SummedCurve> curvesByGroup(const QList<Series>& series, int groupSize)
     for (int i = 0; i < series.size(); ++i) {
         SummedCurve& curve = curves[i / groupSize];
         if (isEmpty(series, curve))
-            curve = { { i }, rotationColor(colors++), series.at(i).enable };
+            curve = { { i }, rotationColour(colors++), series.at(i).enable };
         else
             curve.records.append(i);
     }

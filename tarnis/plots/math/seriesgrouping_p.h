@@ -15,7 +15,7 @@ using Series = MultiVectorGraphWidget::Data;
 using AddType = MultiVectorGraphWidget::AddType;
 
 /// The eight colours of the first records; sums use them cyclically.
-QColor rotationColor(int number);
+QColor rotationColour(int number);
 
 /// A curve: the records that are summed, in this order, and how it is drawn. Its length is that of the first record.
 struct SummedCurve {

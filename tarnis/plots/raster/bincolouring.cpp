@@ -58,7 +58,7 @@ int listPixels(const QRgb* pixels, int count, QRgb pixel, int* places)
     return found;
 }
 
-void BinColouring::setScale(const ColorScale& scale)
+void BinColouring::setScale(const ColourScale& scale)
 {
     m_blendedValues = 0;
     if (!m_table.empty() && m_scale == scale)

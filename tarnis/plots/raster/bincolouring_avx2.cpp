@@ -31,7 +31,7 @@ TARNIS_AVX2 inline __m128i narrowed(__m256d mask)
     return _mm256_castsi256_si128(_mm256_permutevar8x32_epi32(_mm256_castpd_si256(mask), evenHalves));
 }
 
-/// Four values to pixels, by the steps and in the order of ColorScale::pixel().
+/// Four values to pixels, by the steps and in the order of ColourScale::pixel().
 TARNIS_AVX2 inline __m128i blendLanes(const ScaleRanges& ranges, __m256d value)
 {
     const __m256d low = _mm256_set1_pd(ranges.low);

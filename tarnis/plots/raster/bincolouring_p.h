@@ -23,7 +23,7 @@ class BinColouring {
 public:
     static constexpr QRgb noPixel = 0; ///< pixel of an empty bin; all others are opaque
 
-    void setScale(const ColorScale& scale);
+    void setScale(const ColourScale& scale);
 
     /// Writes a pixel for each of `count` values.
     void convert(const double* values, int count, QRgb* pixels);
@@ -42,7 +42,7 @@ private:
     void resolve(const double* values, const int* columns, int count, QRgb* pixels);
     void reserve(int count);
 
-    ColorScale m_scale;
+    ColourScale m_scale;
     std::vector<QRgb> m_table; ///< pixels by integer count; the entry after the last one stays unknown
     int m_blendedValues = 0; ///< number of further values that are blended without a table lookup
     // Working space of one row

@@ -14,19 +14,19 @@ std::array<double, 3> channels(const QColor& color)
     return { static_cast<double>(color.red()), static_cast<double>(color.green()), static_cast<double>(color.blue()) };
 }
 
-bool isOpaqueColor(const QColor& color)
+bool isOpaqueColour(const QColor& color)
 {
     return !color.isValid() || color.rgba64().alpha() == 0xffff;
 }
 
 } // namespace
 
-ColorScale::ColorScale(double low, double high, bool logScale, const ScaleColors& colors)
-    : ColorScale(low, high, logScale ? ScaleCurve::Log : ScaleCurve::Linear, colors)
+ColourScale::ColourScale(double low, double high, bool logScale, const ScaleColours& colors)
+    : ColourScale(low, high, logScale ? ScaleCurve::Log : ScaleCurve::Linear, colors)
 {
 }
 
-ColorScale::ColorScale(double low, double high, ScaleCurve curve, const ScaleColors& colors)
+ColourScale::ColourScale(double low, double high, ScaleCurve curve, const ScaleColours& colors)
     : m_curve(curve)
     , m_ascending(true)
     , m_colors(colors)
@@ -50,7 +50,7 @@ ColorScale::ColorScale(double low, double high, ScaleCurve curve, const ScaleCol
     }
 }
 
-ColorScale::ColorScale(double low, double high, ScaleCurve curve, const ColorTable& table)
+ColourScale::ColourScale(double low, double high, ScaleCurve curve, const ColourTable& table)
     : m_curve(curve)
     , m_table(&table)
 {
@@ -59,7 +59,7 @@ ColorScale::ColorScale(double low, double high, ScaleCurve curve, const ColorTab
     m_ranges.high = curved(high) + 0.0;
 }
 
-QColor ColorScale::color(double value) const
+QColor ColourScale::color(double value) const
 {
     const double v = curved(value);
     if (m_table != nullptr) {
@@ -80,7 +80,7 @@ QColor ColorScale::color(double value) const
     return { rgb[0], rgb[1], rgb[2] };
 }
 
-void ColorScale::pixels(const double* values, int count, QRgb* pixels) const
+void ColourScale::pixels(const double* values, int count, QRgb* pixels) const
 {
     if ((m_table == nullptr && !m_ascending) || !hasAvx2()) {
         for (int i = 0; i < count; ++i)
@@ -100,7 +100,7 @@ void ColorScale::pixels(const double* values, int count, QRgb* pixels) const
     }
 }
 
-void ColorScale::curveAll(const double* values, int count, double* curvedValues) const
+void ColourScale::curveAll(const double* values, int count, double* curvedValues) const
 {
     if (m_curve == ScaleCurve::Log) {
         for (int i = 0; i < count; ++i)
@@ -111,32 +111,32 @@ void ColorScale::curveAll(const double* values, int count, double* curvedValues)
         curvedValues[i] = squareRoot(values[i]);
 }
 
-void ColorScale::pixelsOfCurved(const double* values, int count, QRgb* pixels) const
+void ColourScale::pixelsOfCurved(const double* values, int count, QRgb* pixels) const
 {
     if (m_table == nullptr)
         blendWide(m_ranges, values, count, pixels);
     else
-        pickWide({ m_ranges.low, m_ranges.high - m_ranges.low, m_table->data(), std::tuple_size_v<ColorTable> }, values,
-            count, pixels);
+        pickWide({ m_ranges.low, m_ranges.high - m_ranges.low, m_table->data(), std::tuple_size_v<ColourTable> },
+            values, count, pixels);
 }
 
-bool ColorScale::isOpaque() const
+bool ColourScale::isOpaque() const
 {
-    return m_table != nullptr || (isOpaqueColor(m_colors.front()) && isOpaqueColor(m_colors.back()));
+    return m_table != nullptr || (isOpaqueColour(m_colors.front()) && isOpaqueColour(m_colors.back()));
 }
 
-bool ColorScale::operator==(const ColorScale& other) const
+bool ColourScale::operator==(const ColourScale& other) const
 {
     return m_ranges.low == other.m_ranges.low && m_ranges.high == other.m_ranges.high && m_curve == other.m_curve
         && m_table == other.m_table && m_colors == other.m_colors;
 }
 
-double ColorScale::logarithm(double value)
+double ColourScale::logarithm(double value)
 {
     return floorLog10(value);
 }
 
-int ColorScale::rangeOf(double v) const
+int ColourScale::rangeOf(double v) const
 {
     // Tested in this order even if the points do not ascend or are NaN.
     if (v < m_ranges.base[1])
@@ -148,7 +148,7 @@ int ColorScale::rangeOf(double v) const
     return v > m_ranges.high ? above : 3;
 }
 
-QRgb ColorScale::anyPixel(double v) const
+QRgb ColourScale::anyPixel(double v) const
 {
     const int index = rangeOf(v);
     if (index == below)

@@ -13,7 +13,7 @@
 namespace tarnis {
 
 /// Five points of the scale, from its lower end to its upper one.
-using ScaleColors = std::array<QColor, 5>;
+using ScaleColours = std::array<QColor, 5>;
 
 /// How the colours are distributed over the values.
 enum class ScaleCurve {
@@ -28,14 +28,14 @@ enum class ScaleCurve {
 ///
 /// With a table, a value v has the entry t * 256, truncated and limited to the table, for t = (v - low) / (high - low)
 /// in this order, where each of the three is transformed by the scale's curve.
-class ColorScale {
+class ColourScale {
 public:
-    ColorScale() = default;
+    ColourScale() = default;
     /// Range from `low` to `high`, which need not ascend; on a log scale values at or below 0 count as 1.
-    ColorScale(double low, double high, bool logScale, const ScaleColors& colors);
-    ColorScale(double low, double high, ScaleCurve curve, const ScaleColors& colors);
+    ColourScale(double low, double high, bool logScale, const ScaleColours& colors);
+    ColourScale(double low, double high, ScaleCurve curve, const ScaleColours& colors);
     /// Uses a table, which must outlive the scale.
-    ColorScale(double low, double high, ScaleCurve curve, const ColorTable& table);
+    ColourScale(double low, double high, ScaleCurve curve, const ColourTable& table);
 
     /// The unchanged end colour beyond the range, an opaque blend inside it. Invalid where the blend is undefined: for
     /// NaN, and for a value that equals both ends.
@@ -57,7 +57,7 @@ public:
     bool isOpaque() const;
 
     /// True if both give the same colour for every value. A NaN range equals nothing.
-    bool operator==(const ColorScale& other) const;
+    bool operator==(const ColourScale& other) const;
 
 private:
     static constexpr int below = -1; ///< the lower end
@@ -104,16 +104,16 @@ private:
         const double t = (v - m_ranges.low) / (m_ranges.high - m_ranges.low);
         if (std::isnan(t))
             return ScaleRanges::undefinedPixel;
-        constexpr double last = std::tuple_size_v<ColorTable> - 1;
+        constexpr double last = std::tuple_size_v<ColourTable> - 1;
         const double step = t * (last + 1.0);
         return (*m_table)[static_cast<std::size_t>(step < 0.0 ? 0.0 : (step > last ? last : step))];
     }
 
     ScaleRanges m_ranges; ///< ranges of the transformed values
     ScaleCurve m_curve = ScaleCurve::Linear;
-    const ColorTable* m_table = nullptr; ///< null for five colours
+    const ColourTable* m_table = nullptr; ///< null for five colours
     bool m_ascending = false; ///< the five points are finite and ascend
-    ScaleColors m_colors;
+    ScaleColours m_colors;
 };
 
 } // namespace tarnis

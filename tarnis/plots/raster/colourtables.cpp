@@ -19,10 +19,10 @@ constexpr QRgb digitOf(char digit)
 }
 
 /// Parses six hexadecimal digits for each colour: red, green, blue.
-constexpr ColorTable tableOf(std::string_view digits)
+constexpr ColourTable tableOf(std::string_view digits)
 {
     constexpr std::size_t each = 6;
-    ColorTable table {};
+    ColourTable table {};
     for (std::size_t i = 0; i < table.size(); ++i) {
         QRgb color = 0xff;
         for (const char digit : digits.substr(i * each, each))
@@ -32,7 +32,7 @@ constexpr ColorTable tableOf(std::string_view digits)
     return table;
 }
 
-constexpr ColorTable viridis = tableOf(
+constexpr ColourTable viridis = tableOf(
     "44015444025645045745055946075a46085c460a5d460b5e470d60470e6147106347116447136548146748166848176948186a481a6c"
     "481b6d481c6e481d6f481f70482071482173482374482475482576482677482878482979472a7a472c7a472d7b472e7c472f7d46307e"
     "46327e46337f463480453581453781453882443983443a83443b84433d84433e85423f85424086424186414287414487404588404688"
@@ -49,7 +49,7 @@ constexpr ColorTable viridis = tableOf(
     "c8e020cae11fcde11dd0e11cd2e21bd5e21ad8e219dae319dde318dfe318e2e418e5e419e7e419eae51aece51befe51cf1e51df4e61e"
     "f6e620f8e621fbe723fde725");
 
-constexpr ColorTable cividis = tableOf(
+constexpr ColourTable cividis = tableOf(
     "00224e00234f00245100255300255400265600275800285900285b00295d002a5f002a61002b62002c64002c66002d68002e6a002e6c"
     "002f6d00306f0030700031700031710132710533710833700c34700f357012357014367016377018376f1a386f1c396f1e3a6f203a6f"
     "213b6e233c6e243c6e263d6e273e6e293f6e2a3f6d2b406d2d416d2e416d2f426d31436d32436d33446d34456c35456c36466c38476c"
@@ -66,7 +66,7 @@ constexpr ColorTable cividis = tableOf(
     "e9d34eead34cebd44bedd54aeed649efd748f0d846f1d945f2da44f3db42f5dc41f6dd3ff7de3ef8df3cf9e03afbe138fce236fde334"
     "fee434fee535fee636fee838");
 
-constexpr ColorTable magma = tableOf(
+constexpr ColourTable magma = tableOf(
     "00000401000501010601010802010902020b02020d03030f03031204041405041606051806051a07061c08071e0907200a08220b0924"
     "0c09260d0a290e0b2b100b2d110c2f120d31130d34140e36150e38160f3b180f3d19103f1a10421c10441d11471e114920114b21114e"
     "22115024125325125527125829115a2a115c2c115f2d11612f116331116533106734106936106b38106c390f6e3b0f703d0f713f0f72"
@@ -83,7 +83,7 @@ constexpr ColorTable magma = tableOf(
     "fed799fed89afdda9cfddc9efddea0fde0a1fde2a3fde3a5fde5a7fde7a9fde9aafdebacfcecaefceeb0fcf0b2fcf2b4fcf4b6fcf6b8"
     "fcf7b9fcf9bbfcfbbdfcfdbf");
 
-constexpr ColorTable inferno = tableOf(
+constexpr ColourTable inferno = tableOf(
     "00000401000501010601010802010a02020c02020e03021004031204031405041706041907051b08051d09061f0a07220b07240c0826"
     "0d08290e092b10092d110a30120a32140b34150b37160b39180c3c190c3e1b0c411c0c431e0c451f0c48210c4a230c4c240c4f260c51"
     "280b53290b552b0b572d0b592f0a5b310a5c320a5e340a5f3609613809623909633b09643d09653e0966400a67420a68440a68450a69"
@@ -100,7 +100,7 @@ constexpr ColorTable inferno = tableOf(
     "f4df53f4e156f3e35af3e55df2e661f2e865f2ea69f1ec6df1ed71f1ef75f1f179f2f27df2f482f3f586f3f68af4f88ef5f992f6fa96"
     "f8fb9af9fc9dfafda1fcffa4");
 
-constexpr ColorTable turbo = tableOf(
+constexpr ColourTable turbo = tableOf(
     "30123b32154333184a341b51351e5836215f37246638276d392a733a2d793b2f803c32863d358b3e38913f3b973f3e9c4040a24143a7"
     "4146ac4249b1424bb5434eba4451bf4454c34456c74559cb455ccf455ed34661d64664da4666dd4669e0466be3476ee64771e94773eb"
     "4776ee4778f0477bf2467df44680f64682f84685fa4687fb458afc458cfd448ffe4391fe4294ff4196ff4099ff3e9bfe3d9efe3ba0fd"
@@ -117,7 +117,7 @@ constexpr ColorTable turbo = tableOf(
     "b91e02b71d02b41b01b21a01af1801ac1701a91601a71401a41301a112019e10019b0f01980e01950d01920b018e0a018b0902880802"
     "8507028106027e05027a0403");
 
-constexpr ColorTable diverging = tableOf(
+constexpr ColourTable diverging = tableOf(
     "3b4cc03c4ec23d50c33e51c54053c64155c84256c94358cb445acc455cce475dcf485fd14961d24a63d34b64d54d66d64e68d74f69d9"
     "506bda526ddb536edd5470de5572df5773e05875e15977e25a78e45c7ae55d7ce65e7de75f7fe86180e96282ea6384eb6585ec6687ed"
     "6788ee698aef6a8bef6b8df06d8ef16e90f26f91f37193f37294f47396f57597f67699f6779af7799cf87a9df87c9ff97da0f97ea1fa"
@@ -134,18 +134,18 @@ constexpr ColorTable diverging = tableOf(
     "d1493ed0473dcf453cce433bcc4039cb3e38ca3b37c83936c73634c63433c43132c32e31c12b30c0282fbf252ebd222cbc1e2bba1a2a"
     "b91629b71128b60b27b40426");
 
-constexpr ColorTable greyLevels()
+constexpr ColourTable greyLevels()
 {
-    ColorTable table {};
+    ColourTable table {};
     for (std::size_t i = 0; i < table.size(); ++i)
         table[i] = 0xff000000U | static_cast<QRgb>(i) * 0x010101U;
     return table;
 }
-constexpr ColorTable greys = greyLevels();
+constexpr ColourTable greys = greyLevels();
 
 } // namespace
 
-const ColorTable& colorTable(TableName name)
+const ColourTable& colorTable(TableName name)
 {
     switch (name) {
     case TableName::Viridis:

@@ -9,12 +9,12 @@
 namespace tarnis {
 
 /// The colours of 256 equal steps, from the lower limit of a scale to its upper one. All are opaque.
-using ColorTable = std::array<QRgb, 256>;
+using ColourTable = std::array<QRgb, 256>;
 
 /// The tables of the library. They have static storage duration.
 enum class TableName { Viridis, Cividis, Magma, Inferno, Turbo, Greys, Diverging };
 constexpr std::size_t tableCount = 7;
 
-const ColorTable& colorTable(TableName name);
+const ColourTable& colorTable(TableName name);
 
 } // namespace tarnis

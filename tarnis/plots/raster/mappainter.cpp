@@ -53,8 +53,8 @@ QRect pixelsOf(const BinGeometry& view, int row, int column)
     return { QPoint(left, view.lineTop(row)), QPoint(left, view.lineBottom(row)) };
 }
 
-void paintRow(QPainter& painter, const BinGeometry& view, int row, const QList<double>& values, const ColorScale& scale,
-    const std::optional<DevicePixels>& pixels)
+void paintRow(QPainter& painter, const BinGeometry& view, int row, const QList<double>& values,
+    const ColourScale& scale, const std::optional<DevicePixels>& pixels)
 {
     const int end = static_cast<int>(std::min<qsizetype>(view.x.end, values.size()));
     int lastPainted = -1;
@@ -84,14 +84,14 @@ void paintRow(QPainter& painter, const BinGeometry& view, int row, const QList<d
 
 } // namespace
 
-void paintBinsOneByOne(QPainter& painter, const BinGeometry& view, const BinRows& rows, const ColorScale& scale)
+void paintBinsOneByOne(QPainter& painter, const BinGeometry& view, const BinRows& rows, const ColourScale& scale)
 {
     const std::optional<DevicePixels> pixels = DevicePixels::of(painter);
     for (int row = view.y.first; row < view.y.end; ++row)
         paintRow(painter, view, row, rows.at(row), scale, pixels);
 }
 
-void MapPainter::paint(QPainter& painter, const BinGeometry& view, const BinRows& rows, const ColorScale& scale)
+void MapPainter::paint(QPainter& painter, const BinGeometry& view, const BinRows& rows, const ColourScale& scale)
 {
     const std::optional<QPoint> offset = wholePixelOffset(painter);
     if (!coversWholePixels(painter) || plainImageBehind(painter) == nullptr || !offset

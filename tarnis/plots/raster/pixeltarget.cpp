@@ -14,7 +14,7 @@ namespace tarnis {
 
 namespace {
 
-bool holdsPlainColors(const QImage& image)
+bool holdsPlainColours(const QImage& image)
 {
     return image.format() == QImage::Format_RGB32 || image.format() == QImage::Format_ARGB32_Premultiplied
         || image.format() == QImage::Format_ARGB32;
@@ -28,7 +28,7 @@ const QImage* plainImageBehind(const QPainter& painter)
     if (engine == nullptr || engine->type() != QPaintEngine::Raster)
         return nullptr;
     const auto* image = dynamic_cast<const QImage*>(engine->paintDevice());
-    return image != nullptr && holdsPlainColors(*image) ? image : nullptr;
+    return image != nullptr && holdsPlainColours(*image) ? image : nullptr;
 }
 
 bool drawsWholePixels(const QPainter& painter)

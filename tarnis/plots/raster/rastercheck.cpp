@@ -39,11 +39,11 @@ BinGeometry referenceView(const QRect& rect, int columns, int rows)
     return view;
 }
 
-using MapDrawing = std::function<void(QPainter&, const BinGeometry&, const BinRows&, const ColorScale&)>;
+using MapDrawing = std::function<void(QPainter&, const BinGeometry&, const BinRows&, const ColourScale&)>;
 
 void drawMaps(QImage& image, const MapDrawing& draw)
 {
-    const ColorScale scale(0.0, 20.0, false,
+    const ColourScale scale(0.0, 20.0, false,
         { QColor(0, 0, 80), QColor(0, 120, 200), QColor(40, 200, 60), QColor(240, 220, 0), QColor(200, 0, 0) });
     QPainter painter(&image);
     const auto drawOne = [&](const QRect& rect, int columns, int rows) {

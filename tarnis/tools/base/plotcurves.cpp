@@ -29,7 +29,7 @@ QList<ShownCurve> curvesIn(const MultiVectorGraphWidget& plot)
         const bool isSeries = type == AddType::AddNone || (type == AddType::AddEachGroup && groupSize == 1);
         const QString given = isSeries ? seriesName(plot, static_cast<int>(i)) : QString();
         ShownCurve entry { given.isEmpty() ? QString::number(i + plot.m_firstNumber) : given,
-            shownCurveColor(plot, static_cast<int>(i), curve.color), {} };
+            shownCurveColour(plot, static_cast<int>(i), curve.color), {} };
         for (const int record : curve.records)
             entry.parts.append(series.at(record).values);
         shown.append(entry);
@@ -83,7 +83,7 @@ QList<ShownCurve> shownCurves(const XYGraphWidget& plot)
     const auto* curve = qobject_cast<const VectorGraphWidget*>(&plot);
     if (curve == nullptr || PlotAccess::samples(*curve).isEmpty())
         return {};
-    return { { {}, shownCurveColor(plot, 0, Qt::white), { PlotAccess::samples(*curve) } } };
+    return { { {}, shownCurveColour(plot, 0, Qt::white), { PlotAccess::samples(*curve) } } };
 }
 
 const SampleBlocks* blocksOf(XYGraphWidget& plot, const ShownCurve& curve)

@@ -132,7 +132,7 @@ QRect paintLabel(QPainter& painter, const QString& text, const QPoint& at, Qt::A
     return frame;
 }
 
-QColor colorOverData(const XYGraphWidget& plot, const QColor& onDark)
+QColor colourOverData(const XYGraphWidget& plot, const QColor& onDark)
 {
     constexpr int dark = 80; // at least 4.5:1 on white
     const PlotStyling* const styling = stylingOf(&plot);

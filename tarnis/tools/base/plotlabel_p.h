@@ -63,7 +63,7 @@ QRect labelFrame(const QSize& size, const QPoint& at, Qt::Alignment alignment);
 
 /// The colour of a tool's line over the data, given its colour on dark ones: a dark shade of it over the light
 /// background of a style.
-QColor colorOverData(const XYGraphWidget& plot, const QColor& onDark);
+QColor colourOverData(const XYGraphWidget& plot, const QColor& onDark);
 
 /// The pixels of such a line, with its border; a slanted one in short parts.
 QRegion areaOfLine(const QPointF& from, const QPointF& to);

@@ -30,7 +30,7 @@ constexpr int labelPadding = 10; // of a label's box, left and right
 constexpr int labelMargin = 2; // to the plot rectangle
 constexpr int distanceToCross = 8;
 constexpr double usualWidth = 0.48; // of lines in the plot, as a fraction of the plot rectangle
-const QColor lineColor(235, 235, 235);
+const QColor lineColour(235, 235, 235);
 
 QList<QRect> boxesOver(const XYGraphWidget& plot)
 {
@@ -325,7 +325,7 @@ void PlotCrosshair::paintOverlay(QPainter& painter, const PlotMapping& mapping)
     noteDrawn(painter, now.area(rect), true); // of their boxes
     painter.save();
     painter.setClipRect(rect);
-    const QColor color = colorOverData(*plot(), lineColor);
+    const QColor color = colourOverData(*plot(), lineColour);
     paintLine(painter, { now.column, double(rect.top()) }, { now.column, double(rect.bottom()) }, color, !m_isPinned);
     paintLine(painter, { double(rect.left()), now.row }, { double(rect.right()), now.row }, color, !m_isPinned);
     painter.setRenderHint(QPainter::Antialiasing);

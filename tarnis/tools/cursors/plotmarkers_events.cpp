@@ -26,8 +26,8 @@ constexpr int binsWithShift = 10;
 constexpr double crossArm = 7.0;
 constexpr double dotRadius = 3.0;
 constexpr int labelRows = 3; // adjacent labels use different rows
-const QColor markerColor(255, 176, 0);
-const QColor selectedColor(255, 255, 255);
+const QColor markerColour(255, 176, 0);
+const QColor selectedColour(255, 255, 255);
 
 const QLatin1String onKey("on");
 const QLatin1String markersKey("markers"); // [name, x, y]
@@ -274,7 +274,7 @@ void PlotMarkers::paintMarker(QPainter& painter, const PlotMapping& mapping, int
         return;
     const QRect rect = mapping.frameRect();
     const double column = std::round(mapping.columnOf(position.x()));
-    const QColor color = colorOverData(*plot(), index == m_selected ? selectedColor : markerColor);
+    const QColor color = colourOverData(*plot(), index == m_selected ? selectedColour : markerColour);
     painter.save();
     painter.setClipRect(rect);
     if (isMap()) {

@@ -28,7 +28,7 @@ constexpr int rulerZOrder = 45;
 constexpr double reach = 8.0;
 constexpr double endTick = 5.0;
 constexpr int labelPadding = 10; // of a label's box, left and right
-const QColor rulerColor(120, 230, 255);
+const QColor rulerColour(120, 230, 255);
 
 std::optional<double> cellOf(const QList<QList<double>>& rows, qsizetype column, qsizetype row)
 {
@@ -398,7 +398,7 @@ void PlotRuler::paintOverlay(QPainter& painter, const PlotMapping& mapping)
     noteDrawn(painter, now.area(rect, painter.font()), true); // of their boxes
     painter.save();
     painter.setClipRect(rect);
-    const QColor color = colorOverData(*plot(), rulerColor);
+    const QColor color = colourOverData(*plot(), rulerColour);
     paintLine(painter, now.a, now.corner(), color, true);
     paintLine(painter, now.corner(), now.b, color, true);
     paintLine(painter, now.a, now.b, color);

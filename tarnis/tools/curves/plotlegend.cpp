@@ -34,7 +34,7 @@ constexpr int maxRecords = 4096; // maximum number of records that a stored view
 const QColor fill(24, 24, 24, 215);
 const QColor border(110, 110, 110, 215);
 const QColor classicText(255, 255, 255);
-const QColor hiddenColor(140, 140, 140);
+const QColor hiddenColour(140, 140, 140);
 
 const QLatin1String visibleKey("visible");
 const QLatin1String placeKey("place"); // [x, y]
@@ -101,7 +101,7 @@ QList<LegendEntry> legendEntries(const MultiVectorGraphWidget& plot)
     for (qsizetype i = 0; i < curves.size(); ++i) {
         const SummedCurve& curve = curves.at(i);
         if (!curve.records.isEmpty() && lengthOf(series, curve) > 0)
-            entries.append({ curve.records, names.value(i), shownCurveColor(plot, static_cast<int>(i), curve.color),
+            entries.append({ curve.records, names.value(i), shownCurveColour(plot, static_cast<int>(i), curve.color),
                 curve.enable });
     }
     return entries;
@@ -333,7 +333,7 @@ void PlotLegend::paintOverlay(QPainter& painter, const PlotMapping& /*mapping*/)
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(QPen(border, 1.0));
     const PlotStyling* const styling = stylingOf(curves());
-    const QColor textColor = styling != nullptr ? styling->foreground() : classicText;
+    const QColor textColour = styling != nullptr ? styling->foreground() : classicText;
     QColor ground = styling != nullptr ? styling->surround() : fill;
     ground.setAlpha(fill.alpha()); // the colours of the curves are made for this background
     painter.setBrush(ground);
@@ -344,15 +344,15 @@ void PlotLegend::paintOverlay(QPainter& painter, const PlotMapping& /*mapping*/)
         const LegendEntry& entry = now.entries.at(i);
         const QRect row = now.rowRect(i);
         if (i == m_selected && curves()->hasFocus()) {
-            painter.setPen(QPen(textColor, 1.0, Qt::DotLine));
+            painter.setPen(QPen(textColour, 1.0, Qt::DotLine));
             painter.setBrush(Qt::NoBrush);
             painter.drawRect(QRectF(row).adjusted(-1.5, 0.5, 1.5, -0.5));
         }
         const double middle = row.center().y() + 0.5;
         painter.setPen(
-            QPen(entry.isShown ? entry.color : hiddenColor, entry.isShown ? 2.5 : 1.0, Qt::SolidLine, Qt::FlatCap));
+            QPen(entry.isShown ? entry.color : hiddenColour, entry.isShown ? 2.5 : 1.0, Qt::SolidLine, Qt::FlatCap));
         painter.drawLine(QPointF(row.left(), middle), QPointF(row.left() + sampleWidth, middle));
-        painter.setPen(entry.isShown ? textColor : hiddenColor);
+        painter.setPen(entry.isShown ? textColour : hiddenColour);
         const QRect text = row.adjusted(sampleWidth + padding, 0, 0, 0);
         painter.drawText(
             text, Qt::AlignLeft | Qt::AlignVCenter, metrics.elidedText(entry.name, Qt::ElideRight, text.width()));
@@ -362,9 +362,9 @@ void PlotLegend::paintOverlay(QPainter& painter, const PlotMapping& /*mapping*/)
     }
     const double right = now.rect.right() - 6.0;
     if (now.first > 0)
-        paintArrow(painter, { right, now.rect.top() + 2.0 }, -1.0, textColor);
+        paintArrow(painter, { right, now.rect.top() + 2.0 }, -1.0, textColour);
     if (now.first + now.rows < now.entries.size())
-        paintArrow(painter, { right, now.rect.bottom() - 2.0 }, 1.0, textColor);
+        paintArrow(painter, { right, now.rect.bottom() - 2.0 }, 1.0, textColour);
 }
 
 // Actions and state

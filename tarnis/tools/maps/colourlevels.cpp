@@ -60,7 +60,7 @@ XY2DGraphWidget* ColourLevels::map() const
 
 ColourLevels::Mode ColourLevels::mode() const
 {
-    if (plot() == nullptr || PlotAccess::colorBar(*map()).isAutoScale())
+    if (plot() == nullptr || PlotAccess::colourBar(*map()).isAutoScale())
         return Mode::Automatic;
     const AxisRange levels = PlotAccess::levels(*map());
     const bool isByPercentiles = m_percentiles && levels.min == m_applied.first && levels.max == m_applied.second;
@@ -73,7 +73,7 @@ ColourLevels::Scale ColourLevels::scale() const
         return Scale::Linear;
     if (PlotAccess::isLogZ(*map()))
         return Scale::Logarithmic;
-    const MapColoring* const chosen = PlotAccess::coloring(std::as_const(*map()));
+    const MapColouring* const chosen = PlotAccess::colouring(std::as_const(*map()));
     return chosen != nullptr && chosen->squareRoot ? Scale::SquareRoot : Scale::Linear;
 }
 
@@ -119,7 +119,7 @@ void ColourLevels::setPercentiles(double lower, double upper)
         return;
     m_percentiles = { std::clamp(std::min(lower, upper), 0.0, 100.0), std::clamp(std::max(lower, upper), 0.0, 100.0) };
     m_applied = { this->lower(), this->upper() };
-    if (PlotAccess::colorBar(*map()).isAutoScale())
+    if (PlotAccess::colourBar(*map()).isAutoScale())
         map()->onAutoScaleZToggled(false);
     update();
 }
@@ -217,7 +217,7 @@ bool ColourLevels::read()
 void ColourLevels::paintOverlay(QPainter& painter, const PlotMapping& /*mapping*/)
 {
     if (m_strip == nullptr || painter.device() == static_cast<const QPaintDevice*>(plot())
-        || PlotAccess::coloring(std::as_const(*map()))->besideBar == 0)
+        || PlotAccess::colouring(std::as_const(*map()))->besideBar == 0)
         return;
     painter.translate(m_strip->pos());
     m_strip->paintStrip(painter);

@@ -55,17 +55,17 @@ bool isTable(std::size_t index)
     return index < tableCount;
 }
 
-const ColorTable& tableAt(std::size_t index)
+const ColourTable& tableAt(std::size_t index)
 {
     return colorTable(static_cast<TableName>(index));
 }
 
-ScaleColors pointsAt(std::size_t index)
+ScaleColours pointsAt(std::size_t index)
 {
     return fivePoints(static_cast<FivePoints>(index - tableCount));
 }
 
-ColorScale scaleAt(std::size_t index)
+ColourScale scaleAt(std::size_t index)
 {
     if (isTable(index))
         return { 0.0, 1.0, ScaleCurve::Linear, tableAt(index) };
@@ -74,7 +74,7 @@ ColorScale scaleAt(std::size_t index)
 
 void refresh(XY2DGraphWidget& map)
 {
-    PlotAccess::showColors(map);
+    PlotAccess::showColours(map);
     map.refreshPixmap();
 }
 
@@ -105,7 +105,7 @@ QImage ColourMaps::preview(const QString& name, const QSize& size)
     const std::optional<std::size_t> index = indexOf(name);
     if (!index || size.isEmpty())
         return {};
-    const ColorScale scale = scaleAt(*index);
+    const ColourScale scale = scaleAt(*index);
     QImage image(size, QImage::Format_RGB32);
     for (int x = 0; x < size.width(); ++x) {
         const QRgb pixel = scale.pixel((x + 0.5) / size.width());
@@ -117,9 +117,9 @@ QImage ColourMaps::preview(const QString& name, const QSize& size)
 
 QString ColourMaps::current(const XY2DGraphWidget& map)
 {
-    const MapColoring* const chosen = PlotAccess::coloring(map);
-    const ColorTable* const table = tableInUse(chosen);
-    const ScaleColors colors = chosen != nullptr && chosen->colors ? *chosen->colors : PlotAccess::sharedColors();
+    const MapColouring* const chosen = PlotAccess::colouring(map);
+    const ColourTable* const table = tableInUse(chosen);
+    const ScaleColours colors = chosen != nullptr && chosen->colors ? *chosen->colors : PlotAccess::sharedColours();
     for (std::size_t i = 0; i < entries.size(); ++i) {
         const bool isSame =
             table != nullptr ? isTable(i) && table == &tableAt(i) : !isTable(i) && colors == pointsAt(i);
@@ -134,9 +134,9 @@ bool ColourMaps::apply(XY2DGraphWidget& map, const QString& name)
     const std::optional<std::size_t> index = indexOf(name);
     if (!index)
         return false;
-    MapColoring& chosen = PlotAccess::coloring(map);
+    MapColouring& chosen = PlotAccess::colouring(map);
     chosen.table = isTable(*index) ? &tableAt(*index) : nullptr;
-    chosen.colors = isTable(*index) ? std::nullopt : std::optional<ScaleColors>(pointsAt(*index));
+    chosen.colors = isTable(*index) ? std::nullopt : std::optional<ScaleColours>(pointsAt(*index));
     refresh(map);
     return true;
 }
@@ -146,16 +146,16 @@ bool ColourMaps::applyToAll(const QString& name)
     const std::optional<std::size_t> index = indexOf(name);
     if (!index)
         return false;
-    setSharedColorTable(isTable(*index) ? &tableAt(*index) : nullptr);
+    setSharedColourTable(isTable(*index) ? &tableAt(*index) : nullptr);
     if (!isTable(*index))
-        PlotAccess::setSharedColors(pointsAt(*index));
+        PlotAccess::setSharedColours(pointsAt(*index));
     const QWidgetList widgets = QApplication::allWidgets();
     for (QWidget* const widget : widgets) {
         auto* const map = qobject_cast<XY2DGraphWidget*>(widget);
         if (map == nullptr)
             continue;
-        if (PlotAccess::coloring(std::as_const(*map)) != nullptr) {
-            MapColoring& chosen = PlotAccess::coloring(*map);
+        if (PlotAccess::colouring(std::as_const(*map)) != nullptr) {
+            MapColouring& chosen = PlotAccess::colouring(*map);
             chosen.table = nullptr;
             chosen.colors.reset();
         }

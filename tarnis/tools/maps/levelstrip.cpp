@@ -20,7 +20,7 @@ constexpr int stepCount = 128;
 constexpr double reachPixels = 6.0;
 constexpr double leastShare = 0.002; // minimum distance of the two levels
 constexpr double keyShare = 0.01;
-const QColor outsideColor(150, 150, 150);
+const QColor outsideColour(150, 150, 150);
 
 /// A mix of two colours, with `share` of the second one.
 QColor mixed(const QColor& first, const QColor& second, double share)
@@ -40,7 +40,7 @@ LevelStrip::LevelStrip(XY2DGraphWidget& map)
     setFocusPolicy(Qt::StrongFocus);
     setMouseTracking(true);
     setObjectName(QStringLiteral("colourLevelStrip"));
-    PlotAccess::colorBar(map).installEventFilter(this);
+    PlotAccess::colourBar(map).installEventFilter(this);
     retranslate();
     place();
 }
@@ -72,7 +72,7 @@ bool LevelStrip::eventFilter(QObject* object, QEvent* event)
 
 void LevelStrip::place()
 {
-    const QRect bar = PlotAccess::colorBar(m_map).geometry();
+    const QRect bar = PlotAccess::colourBar(m_map).geometry();
     setGeometry(bar.left() - stripWidth, bar.top(), stripWidth, bar.height());
 }
 
@@ -84,7 +84,7 @@ AxisRange LevelStrip::levels() const
 void LevelStrip::showValues(const std::vector<double>& values, ScaleCurve curve)
 {
     AxisRange shown = levels();
-    if (PlotAccess::colorBar(m_map).isAutoScale())
+    if (PlotAccess::colourBar(m_map).isAutoScale())
         shown.max = shown.min; // the upper one is that of earlier data until the map is painted
     if (!isDragging())
         m_axis = levelAxis(values, shown, curve);
@@ -151,7 +151,7 @@ void LevelStrip::paintSteps(QPainter& painter, const QRect& rect) const
     const qsizetype largest = *std::max_element(m_steps.begin(), m_steps.end());
     if (largest == 0)
         return;
-    const ColorScale scale = PlotAccess::colorScale(m_map);
+    const ColourScale scale = PlotAccess::colourScale(m_map);
     const AxisRange shown = levels();
     const double low = m_axis.shareOf(std::min(shown.min, shown.max));
     const double high = m_axis.shareOf(std::max(shown.min, shown.max));
@@ -166,7 +166,7 @@ void LevelStrip::paintSteps(QPainter& painter, const QRect& rect) const
         if (length == 0)
             continue;
         const bool isInside = share >= low && share <= high;
-        painter.setPen(isInside ? QColor(scale.pixel(m_axis.valueAt(share))) : outsideColor);
+        painter.setPen(isInside ? QColor(scale.pixel(m_axis.valueAt(share))) : outsideColour);
         painter.drawLine(rect.right() - length, y, rect.right() - 1, y);
     }
 }

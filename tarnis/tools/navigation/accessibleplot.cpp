@@ -56,9 +56,9 @@ protected:
     }
 };
 
-class AccessibleColorBar : public AccessiblePart {
+class AccessibleColourBar : public AccessiblePart {
 public:
-    explicit AccessibleColorBar(ColorBarWidget* bar)
+    explicit AccessibleColourBar(ColorBarWidget* bar)
         : AccessiblePart(bar, QAccessible::Indicator)
     {
     }
@@ -86,7 +86,7 @@ QAccessibleInterface* makeAccessible(const QString& className, QObject* object)
     }
     if (className == QLatin1String("ColorBarWidget")) {
         auto* const bar = qobject_cast<ColorBarWidget*>(object);
-        return bar != nullptr && keyboardOf(bar->parent()) != nullptr ? new AccessibleColorBar(bar) : nullptr;
+        return bar != nullptr && keyboardOf(bar->parent()) != nullptr ? new AccessibleColourBar(bar) : nullptr;
     }
     return nullptr;
 }
@@ -108,7 +108,7 @@ void renewAccessible(XYGraphWidget& plot)
 {
     dropAccessible(&plot);
     if (auto* const map = qobject_cast<XY2DGraphWidget*>(&plot))
-        dropAccessible(&PlotAccess::colorBar(*map));
+        dropAccessible(&PlotAccess::colourBar(*map));
 }
 
 } // namespace tarnis

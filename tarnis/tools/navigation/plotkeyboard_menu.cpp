@@ -110,9 +110,9 @@ void PlotKeyboard::Internals::addMapEntries(QMenu& menu)
         connect(menu.addAction(text), &QAction::triggered, this, act, Qt::QueuedConnection);
     };
     add(PlotKeyboard::tr("&Colours..."), [&map] {
-        ColorBarWidget& bar = PlotAccess::colorBar(map);
+        ColorBarWidget& bar = PlotAccess::colourBar(map);
         bar.deleteEditLine();
-        PlotAccess::openColorBarMenu(map, bar.mapToGlobal(bar.rect().center()));
+        PlotAccess::openColourBarMenu(map, bar.mapToGlobal(bar.rect().center()));
     });
     add(PlotKeyboard::tr("&Upper Limit of the Colours..."), [this] { openLimit(true); });
     add(PlotKeyboard::tr("Lo&wer Limit of the Colours..."), [this] { openLimit(false); });
@@ -133,7 +133,7 @@ void PlotKeyboard::Internals::openEnd(int end)
 void PlotKeyboard::Internals::openLimit(bool isUpper)
 {
     auto& map = static_cast<XY2DGraphWidget&>(m_plot);
-    const ColorBarWidget& bar = PlotAccess::colorBar(map);
+    const ColorBarWidget& bar = PlotAccess::colourBar(map);
     const bool wasAuto = bar.isAutoScale();
     PlotAccess::openLimitEditor(map, isUpper);
     auto* const edit = bar.findChild<QLineEdit*>(QString(), Qt::FindDirectChildrenOnly);

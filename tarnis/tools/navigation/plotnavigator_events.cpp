@@ -84,7 +84,7 @@ bool PlotNavigator::handleWheel(QWheelEvent& event)
     }
     m_data->wheelTime = event.timestamp();
     const bool isMap = m_data->view.map() != nullptr;
-    if (zone == PlotZone::ColorBar)
+    if (zone == PlotZone::ColourBar)
         zoomLevels(!isShift, steps);
     if (zone == PlotZone::AxisX || (zone == PlotZone::Plot && (isCtrl || !isShift)))
         zoomAxis(Qt::Horizontal, m_data->wheelShareX, steps);
@@ -174,7 +174,7 @@ void PlotNavigator::beginPan(const QPointF& position, quint64 timeMs)
 {
     const PlotMapping mapping = PlotMapping::of(*plot());
     m_data->panZone = zoneAt(*plot(), mapping, position);
-    if (m_data->panZone == PlotZone::Outside || m_data->panZone == PlotZone::ColorBar)
+    if (m_data->panZone == PlotZone::Outside || m_data->panZone == PlotZone::ColourBar)
         return;
     m_data->isPanning = true;
     m_data->panStart = mapping.toFrame(position);
@@ -235,7 +235,7 @@ bool PlotNavigator::handleDoubleClick(const QMouseEvent& event)
     if (zone == PlotZone::Outside || isOnEndLabel(*plot(), event.position().toPoint()))
         return false;
     PlotAccess::dropEditor(*plot());
-    if (zone == PlotZone::ColorBar) {
+    if (zone == PlotZone::ColourBar) {
         if (!noteChange())
             return true;
         m_data->view.fitLevels();

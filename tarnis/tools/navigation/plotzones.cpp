@@ -9,9 +9,9 @@ namespace tarnis {
 PlotZone zoneAt(const XYGraphWidget& plot, const PlotMapping& mapping, const QPointF& position)
 {
     if (const auto* map = qobject_cast<const XY2DGraphWidget*>(&plot)) {
-        const ColorBarWidget& bar = PlotAccess::colorBar(*map);
+        const ColorBarWidget& bar = PlotAccess::colourBar(*map);
         if (bar.isVisibleTo(map) && bar.geometry().contains(position.toPoint()))
-            return PlotZone::ColorBar;
+            return PlotZone::ColourBar;
     }
     if (!mapping.isValid())
         return PlotZone::Outside;

@@ -14,7 +14,7 @@ enum class PlotZone {
     Plot, ///< inside the plot rectangle
     AxisX, ///< the strip with the labels of X
     AxisY, ///< the strip with the labels of Y
-    ColorBar ///< the colour bar of a map
+    ColourBar ///< the colour bar of a map
 };
 
 /// The part under a position in the widget.

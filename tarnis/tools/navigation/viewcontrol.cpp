@@ -71,7 +71,7 @@ ViewState ViewControl::state() const
     view.logScale = PlotAccess::isLogY(m_plot);
     if (const XY2DGraphWidget* image = map()) {
         view.levels = PlotAccess::levels(*image);
-        view.autoLevels = PlotAccess::colorBar(*image).isAutoScale();
+        view.autoLevels = PlotAccess::colourBar(*image).isAutoScale();
         view.logScale = PlotAccess::isLogZ(*image);
     }
     return view;
@@ -222,7 +222,7 @@ void ViewControl::showLevels(AxisRange levels)
     XY2DGraphWidget* image = map();
     if (image == nullptr)
         return;
-    if (PlotAccess::colorBar(*image).isAutoScale())
+    if (PlotAccess::colourBar(*image).isAutoScale())
         image->onAutoScaleZToggled(false);
     image->onMinZChanged(levels.min);
     image->onMaxZChanged(levels.max);
@@ -230,7 +230,7 @@ void ViewControl::showLevels(AxisRange levels)
 
 void ViewControl::fitLevels()
 {
-    if (map() != nullptr && !PlotAccess::colorBar(*map()).isAutoScale())
+    if (map() != nullptr && !PlotAccess::colourBar(*map()).isAutoScale())
         map()->onAutoScaleZToggled(true);
 }
 

@@ -14,9 +14,9 @@ namespace {
 
 constexpr int fitZOrder = 20;
 constexpr int pointsOfABin = 4;
-const QColor goodColor(255, 190, 60);
-const QColor badColor(255, 90, 80);
-const QColor peakColor(120, 200, 255);
+const QColor goodColour(255, 190, 60);
+const QColor badColour(255, 90, 80);
+const QColor peakColour(120, 200, 255);
 
 /// The result with only one of its peaks: the others have no area.
 FitResult peakAlone(const FitResult& result, std::size_t peak)
@@ -177,14 +177,14 @@ void FitCurves::clear()
 void FitCurves::paintOverlay(QPainter& painter, const PlotMapping& mapping)
 {
     painter.setClipRect(mapping.frameRect());
-    const QColor color = m_isGuess || m_isAcceptable ? goodColor : badColor;
+    const QColor color = m_isGuess || m_isAcceptable ? goodColour : badColour;
     if (m_range != AxisRange {} && m_range.min != m_range.max)
-        paintRange(painter, mapping, m_range, goodColor);
+        paintRange(painter, mapping, m_range, goodColour);
     painter.setRenderHint(QPainter::Antialiasing);
     if (m_lines.total.isEmpty())
         return;
     for (const QList<QPointF>& peak : m_lines.peaks)
-        paintValues(painter, mapping, peak, peakColor, Qt::SolidLine);
+        paintValues(painter, mapping, peak, peakColour, Qt::SolidLine);
     paintValues(painter, mapping, m_lines.background, color, Qt::DotLine);
     paintValues(painter, mapping, m_lines.total, color, m_isGuess ? Qt::DashLine : Qt::SolidLine);
     if (m_lines.centres.size() < 2)

@@ -14,9 +14,9 @@ namespace tarnis {
 namespace {
 
 constexpr int marksZOrder = 15;
-const QColor goodColor(255, 190, 60);
-const QColor badColor(255, 90, 80);
-const QColor selectedColor(255, 255, 255);
+const QColor goodColour(255, 190, 60);
+const QColor badColour(255, 90, 80);
+const QColor selectedColour(255, 255, 255);
 
 } // namespace
 
@@ -144,8 +144,8 @@ void PeakMarks::paintOverlay(QPainter& painter, const PlotMapping& mapping)
         if (lines.total.isEmpty() || lines.total.last().x() < std::min(view.min, view.max)
             || lines.total.first().x() > std::max(view.min, view.max))
             continue;
-        paintValues(painter, mapping, lines.background, goodColor, Qt::DotLine);
-        paintValues(painter, mapping, lines.total, goodColor, Qt::SolidLine);
+        paintValues(painter, mapping, lines.background, goodColour, Qt::DotLine);
+        paintValues(painter, mapping, lines.total, goodColour, Qt::SolidLine);
     }
     for (qsizetype i = 0; i < m_marks.size(); ++i) {
         const Mark& mark = m_marks.at(i);
@@ -153,7 +153,7 @@ void PeakMarks::paintOverlay(QPainter& painter, const PlotMapping& mapping)
         const double row = limitedCoordinate(mapping.rowOf(mark.top)) - 4.0;
         const double size = i == m_selected ? 7.0 : 4.5;
         painter.setPen(QPen(Qt::black, 1.0));
-        painter.setBrush(i == m_selected ? selectedColor : mark.acceptable ? goodColor : badColor);
+        painter.setBrush(i == m_selected ? selectedColour : mark.acceptable ? goodColour : badColour);
         painter.drawPolygon(
             QPolygonF { { column, row }, { column - size, row - 1.8 * size }, { column + size, row - 1.8 * size } });
     }

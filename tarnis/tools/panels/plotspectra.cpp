@@ -44,7 +44,7 @@ QList<NamedCurve> visibleCurves(const MultiVectorGraphWidget& plot)
     for (qsizetype i = 0; i < curves.size(); ++i) {
         const SummedCurve& curve = curves.at(i);
         if (curve.enable && !curve.records.isEmpty() && lengthOf(series, curve) > 0)
-            visible.append({ names.value(i), curve, shownCurveColor(plot, static_cast<int>(i), curve.color) });
+            visible.append({ names.value(i), curve, shownCurveColour(plot, static_cast<int>(i), curve.color) });
     }
     if (visible.size() == 1)
         visible.first().name.clear();

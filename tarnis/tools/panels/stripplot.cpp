@@ -170,8 +170,8 @@ void StripPlot::paintPoints(QPainter& painter, const QRect& rect, AxisRange x, A
     for (QPainterPath* const path : { &strong, &weak })
         path->setFillRule(Qt::WindingFill);
     const QPolygonF dot = octagon(pointRadius);
-    const QColor strongColor = palette().color(QPalette::Active, QPalette::Text);
-    const QColor weakColor = palette().color(QPalette::Disabled, QPalette::Text);
+    const QColor strongColour = palette().color(QPalette::Active, QPalette::Text);
+    const QColor weakColour = palette().color(QPalette::Disabled, QPalette::Text);
     for (const StripPoint& point : m_points) {
         if (!std::isfinite(point.y))
             continue;
@@ -180,13 +180,13 @@ void StripPlot::paintPoints(QPainter& painter, const QRect& rect, AxisRange x, A
         };
         const double column = limitedCoordinate(rect.left() + partOf(x, point.x) * rect.width());
         if (point.error > 0.0) {
-            painter.setPen(point.isWeak ? weakColor : strongColor);
+            painter.setPen(point.isWeak ? weakColour : strongColour);
             painter.drawLine(QPointF(column, row(point.y - point.error)), QPointF(column, row(point.y + point.error)));
         }
         (point.isWeak ? weak : strong).addPolygon(dot.translated(column, row(point.y)));
     }
-    painter.fillPath(weak, weakColor);
-    painter.fillPath(strong, strongColor);
+    painter.fillPath(weak, weakColour);
+    painter.fillPath(strong, strongColour);
     painter.restore();
 }
 

@@ -19,8 +19,8 @@ namespace tarnis {
 namespace {
 
 constexpr double reach = 5.0; // reach in pixels around an edge
-const QColor regionColor(110, 220, 170);
-const QColor selectedColor(255, 235, 120);
+const QColor regionColour(110, 220, 170);
+const QColor selectedColour(255, 235, 120);
 
 QPointF reachAt(const PlotMapping& mapping, const QPointF& position)
 {
@@ -329,10 +329,11 @@ void PlotRegions::paintOverlay(QPainter& painter, const PlotMapping& mapping)
     painter.setClipRect(mapping.frameRect());
     painter.setRenderHint(QPainter::Antialiasing);
     for (qsizetype i = 0; i < m_data->regions.size(); ++i)
-        paintRegion(painter, m_data->regions.at(i), mapping, i == m_data->selected ? selectedColor : regionColor, true);
+        paintRegion(
+            painter, m_data->regions.at(i), mapping, i == m_data->selected ? selectedColour : regionColour, true);
     if (m_data->drawn && !m_data->drawn->points.isEmpty()) {
         const bool isOpen = m_data->drawn->kind == PlotRegion::Kind::Polygon;
-        paintRegion(painter, *m_data->drawn, mapping, selectedColor, !isOpen);
+        paintRegion(painter, *m_data->drawn, mapping, selectedColour, !isOpen);
     }
 }
 

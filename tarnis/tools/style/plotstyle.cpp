@@ -23,7 +23,7 @@ void refresh(XYGraphWidget& plot)
 {
     plot.refreshPixmap();
     if (const auto* const map = qobject_cast<const XY2DGraphWidget*>(&plot))
-        PlotAccess::colorBar(*map).refreshPixmap();
+        PlotAccess::colourBar(*map).refreshPixmap();
 }
 
 } // namespace
@@ -52,7 +52,7 @@ PlotStyle::~PlotStyle()
     if (PlotAccess::isAutoY(*attached))
         attached->onAutoScaleY(true);
     if (auto* const map = qobject_cast<XY2DGraphWidget*>(attached))
-        PlotAccess::resetColorBarRoom(*map);
+        PlotAccess::resetColourBarRoom(*map);
     refresh(*attached);
 }
 
@@ -206,22 +206,22 @@ QString PlotStyle::unitZ() const
     return options().unitZ;
 }
 
-QColor PlotStyle::seriesColor(Theme theme, int number)
+QColor PlotStyle::seriesColour(Theme theme, int number)
 {
-    return styleTheme(theme).series.at(static_cast<std::size_t>(std::max(number, 0) % seriesColorCount()));
+    return styleTheme(theme).series.at(static_cast<std::size_t>(std::max(number, 0) % seriesColourCount()));
 }
 
-int PlotStyle::seriesColorCount()
+int PlotStyle::seriesColourCount()
 {
     return static_cast<int>(std::tuple_size_v<decltype(StyleTheme::series)>);
 }
 
-QColor PlotStyle::backgroundColor(Theme theme)
+QColor PlotStyle::backgroundColour(Theme theme)
 {
     return styleTheme(theme).background;
 }
 
-QColor PlotStyle::textColor(Theme theme)
+QColor PlotStyle::textColour(Theme theme)
 {
     return styleTheme(theme).text;
 }

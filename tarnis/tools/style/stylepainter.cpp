@@ -198,9 +198,9 @@ StylePainter::StylePainter(XYGraphWidget& plot, PlotStyle::Theme theme)
     options.theme = theme;
 }
 
-QColor StylePainter::curveColor(int number, const QColor& /*given*/) const
+QColor StylePainter::curveColour(int number, const QColor& /*given*/) const
 {
-    return PlotStyle::seriesColor(options.theme, number);
+    return PlotStyle::seriesColour(options.theme, number);
 }
 
 void StylePainter::fitAxes()

@@ -20,7 +20,7 @@ constexpr double linesPerTick = 2.2;
 
 } // namespace
 
-PlotStyling::BarLayout StylePainter::paintColorBar(QPainter& painter, const QRect& frame, const ColorBarWidget& bar)
+PlotStyling::BarLayout StylePainter::paintColourBar(QPainter& painter, const QRect& frame, const ColorBarWidget& bar)
 {
     const PlotAccess::Bar content = PlotAccess::bar(bar);
     const Scale scale = scaleOf(painter.font(), m_frame.isEmpty() ? m_plot.size() : m_frame.size());
@@ -29,8 +29,8 @@ PlotStyling::BarLayout StylePainter::paintColorBar(QPainter& painter, const QRec
     // As high as the plot rectangle beside it. A picture of another size may have been painted after the screen.
     const QRect graph = PlotAccess::plotRect(m_plot);
     const QRect beside = graph == m_graph ? m_frame : m_plot.rect();
-    const int above = std::max(graph.top() - beside.top() - colorBarTop, scale.line / 2);
-    const int under = std::max(beside.bottom() - graph.bottom() - colorBarTop, scale.line / 2);
+    const int above = std::max(graph.top() - beside.top() - colourBarTop, scale.line / 2);
+    const int under = std::max(beside.bottom() - graph.bottom() - colourBarTop, scale.line / 2);
     const QRect strip(frame.left() + scale.pad, frame.top() + above, scale.line, frame.height() - above - under);
     if (strip.height() < 2) {
         painter.restore();

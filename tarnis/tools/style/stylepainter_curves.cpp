@@ -158,7 +158,8 @@ void StylePainter::paintCurves(QPainter& painter, const QRect& graph)
     const double base = isLog ? graph.height() * scale : rows.at(0.0);
     QList<SmoothCurve> curves;
     for (const StyledCurve& curve : shown)
-        curves.append({ curve.run(), curve.range, shape(), width, base, curveColor(curve.number, curve.color).rgba() });
+        curves.append(
+            { curve.run(), curve.range, shape(), width, base, curveColour(curve.number, curve.color).rgba() });
     painter.save();
     if (onDevice > 0.0) {
         m_coverage.begin(QSize(int(std::ceil(graph.width() * scale)), int(std::ceil(graph.height() * scale))));

@@ -70,7 +70,7 @@ StylePainter::Scale StylePainter::scaleOf(const QFont& font, QSize size) const
 QColor StylePainter::background() const
 {
     if (const auto* const map = qobject_cast<const XY2DGraphWidget*>(&m_plot)) {
-        const PlotAccess::Bar bar = PlotAccess::bar(PlotAccess::colorBar(*map));
+        const PlotAccess::Bar bar = PlotAccess::bar(PlotAccess::colourBar(*map));
         const qsizetype lowest = bar.positions.indexOf(0.0);
         if (lowest >= 0)
             return bar.colors.at(lowest);
@@ -108,7 +108,7 @@ StylePainter::Legend StylePainter::legendOf(int width, int maxRows, const Scale&
         if (!curves.at(i).enable || lengthOf(series, curves.at(i)) == 0)
             continue;
         const QString name = metrics.elidedText(names.value(i), Qt::ElideRight, width / 2);
-        entries.append({ curveColor(i, curves.at(i).color), name,
+        entries.append({ curveColour(i, curves.at(i).color), name,
             metrics.horizontalAdvance(name) + 2 * scale.line + 2 * scale.pad });
     }
     if (entries.size() < 2)

@@ -63,13 +63,13 @@ public:
     Layout paintFrame(QPainter& painter, const QRect& whole, const QRect& frame) override;
     void paintGrid(QPainter& painter, const QRect& graph) override;
     void paintCurves(QPainter& painter, const QRect& graph) override;
-    BarLayout paintColorBar(QPainter& painter, const QRect& frame, const ColorBarWidget& bar) override;
+    BarLayout paintColourBar(QPainter& painter, const QRect& frame, const ColorBarWidget& bar) override;
     QRect freeAbove() const override { return m_freeAbove; }
     QColor surround() const override { return theme().surround; }
     QColor foreground() const override { return theme().text; }
     QColor lineOverData() const override;
     QColor accent() const override { return theme().accent; }
-    QColor curveColor(int number, const QColor& given) const override;
+    QColor curveColour(int number, const QColor& given) const override;
 
     const StyleTheme& theme() const { return styleTheme(options.theme); }
 
