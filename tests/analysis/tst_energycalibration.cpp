@@ -92,7 +92,7 @@ private slots:
         QVERIFY(ok);
     }
 
-    void inverts()
+    void positionOfIsTheInverseOfEnergyAt()
     {
         const EnergyCalibration calibration = fitEnergyCalibration(somePoints(), 0.0, 8000.0).calibration;
         QCOMPARE(calibration.degree(), 2);

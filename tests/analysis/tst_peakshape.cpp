@@ -116,8 +116,8 @@ private slots:
         QVERIFY(std::fabs(sum - trapezoids) < 1e-4);
     }
 
-    void differentiates_data() { addShapes(); }
-    void differentiates()
+    void derivativesAgreeWithDifferences_data() { addShapes(); }
+    void derivativesAgreeWithDifferences()
     {
         QFETCH(PeakShape, shape);
         const std::vector<double> widths = widthsOf(shape);

@@ -205,7 +205,7 @@ private slots:
         QVERIFY(std::fabs(one.excessProbability - 31.0 / 37.0) < 1e-12);
     }
 
-    void divides()
+    void ratesAreCountsPerLiveTime()
     {
         RegionOptions options;
         options.liveTime = 20.0;

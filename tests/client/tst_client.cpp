@@ -181,7 +181,7 @@ private Q_SLOTS:
         QCOMPARE(pieces, QByteArray("abcdef"));
     }
 
-    void uploads()
+    void sendsAFileByteForByte()
     {
         ScriptedServer server;
         const auto client = connectedTo(server);

@@ -40,7 +40,7 @@ HistogramFormat formatOf(Kind kind, int rows = 0)
 class TestHistogramReply : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void rows()
+    void readsRowsAndTheirAxis()
     {
         const QByteArray payload = bytesOf({ 0, 10, 1, 11, 2, 12 });
         const auto reply = HistogramReply::parse(payload, "OK: time rows 2 to 3 (0 40 3)\n", formatOf(Kind::Rows));
@@ -59,7 +59,7 @@ private Q_SLOTS:
         QCOMPARE(HistogramReply::parse(payload, "", format).x, HistogramAxis({ -1, 1, 3 }));
     }
 
-    void pairs()
+    void placesPairsInTheirBins()
     {
         const auto reply = HistogramReply::parse(bytesOf({ 2, 20, 0, 5 }), "ok (0 4 4)\n", formatOf(Kind::Pairs));
         QVERIFY2(reply.isOk(), qPrintable(reply.reason));
@@ -68,7 +68,7 @@ private Q_SLOTS:
         QCOMPARE(HistogramReply::parse({}, "ok (0 4 4)", formatOf(Kind::Pairs)).rows.first(), QList<double>(4, 0.0));
     }
 
-    void map()
+    void readsAMapRowByRow()
     {
         HistogramFormat format = formatOf(Kind::Map);
         format.y = { 5, 6, 0 };
@@ -121,7 +121,7 @@ private Q_SLOTS:
         QVERIFY2(map.isOk(), qPrintable(map.reason));
     }
 
-    void errors_data()
+    void reportsWhyAReplyIsInvalid_data()
     {
         addColumns<Kind, int, QByteArray, QString, Error, int>("kind", "rows", "payload", "text", "error", "position");
         const QByteArray two = bytesOf({ 1, 1 });
@@ -155,7 +155,7 @@ private Q_SLOTS:
         addCase("other counts", Kind::Map, 0, two, "OK: exported 1 x 1 y", Error::Payload, 8);
         addCase("huge counts", Kind::Map, 0, two, "OK: exported 2147483647 x 2147483647 y", Error::Text, 4);
     }
-    void errors()
+    void reportsWhyAReplyIsInvalid()
     {
         QFETCH(Kind, kind);
         QFETCH(int, rows);
@@ -176,7 +176,7 @@ private Q_SLOTS:
         QCOMPARE(HistogramFormat::ofCommand("hist2d image bins:16").kind, Kind::Map);
     }
 
-    void edges()
+    void edgesDivideTheAxisEvenly()
     {
         const HistogramAxis axis { 10, 20, 5 };
         QCOMPARE(axis.edge(0), 10.0);

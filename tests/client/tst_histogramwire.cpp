@@ -76,7 +76,7 @@ private Q_SLOTS:
         QCOMPARE(replyTextLines(QString()), QStringList(""));
     }
 
-    void doubles()
+    void readsDoublesWithAStride()
     {
         const QByteArray payload = bytesOf({ 0, 1, 2, 3, 4, 5, 6 }) + "xyz";
         QCOMPARE(doubleCount(payload), 7);
@@ -94,7 +94,7 @@ private Q_SLOTS:
         QCOMPARE(largest({}, 0.5), 0.5);
     }
 
-    void axis_data()
+    void readsTheAxisInFrontOfPairs_data()
     {
         addColumns<QString, bool, QString>("text", "good", "left");
         QTest::newRow("plain") << "ok (0 10 5)" << true << "ok (0 10 5";
@@ -110,7 +110,7 @@ private Q_SLOTS:
         QTest::newRow("empty") << "" << false << "";
     }
 
-    void axis()
+    void readsTheAxisInFrontOfPairs()
     {
         QFETCH(QString, text);
         QFETCH(bool, good);
@@ -130,7 +130,7 @@ private Q_SLOTS:
         QCOMPARE(takePairAxis(text)->bins, 0);
     }
 
-    void bins_data()
+    void findsTheBinOfAPosition_data()
     {
         addColumns<double, int>("x", "bin");
         QTest::newRow("least") << 0.0 << 0;
@@ -144,7 +144,7 @@ private Q_SLOTS:
         QTest::newRow("infinite") << infinite << -1;
     }
 
-    void bins()
+    void findsTheBinOfAPosition()
     {
         QFETCH(double, x);
         QFETCH(int, bin);
@@ -159,7 +159,7 @@ private Q_SLOTS:
         QVERIFY(!binOf(2.0, PairAxis { 1, 1, 10 }));
     }
 
-    void pairs()
+    void placesPairsInTheirBins()
     {
         const auto samples = pairSamples(bytesOf({ 2, 20, 0, 5, 7 }), PairAxis { 0, 4, 4 });
         QCOMPARE(samples->xs, QList<double>({ 2, 0, 0, 0 }));
@@ -210,7 +210,7 @@ private Q_SLOTS:
         }
     }
 
-    void exported_data()
+    void readsTheSizeOfAnExportedMap_data()
     {
         addColumns<QString, int, int>("text", "x", "y");
         QTest::newRow("plain") << "OK: exported 256 x 128 y\n" << 256 << 128;
@@ -250,7 +250,7 @@ private Q_SLOTS:
         QVERIFY(reported > 10000);
     }
 
-    void exported()
+    void readsTheSizeOfAnExportedMap()
     {
         QFETCH(QString, text);
         QFETCH(int, x);

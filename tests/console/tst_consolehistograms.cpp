@@ -97,7 +97,7 @@ private Q_SLOTS:
         QCOMPARE(bins % shown, 0);
     }
 
-    void requests()
+    void limitsTheRowsAndBinsOfARequest()
     {
         QCOMPARE(curvesRequest(one("t: kind=1d rows=8 bins=16384 min=0 max=40 label=Time unit=us")).command,
             "hist1d t 0 7 bins:1024");

@@ -186,7 +186,7 @@ private Q_SLOTS:
         QCOMPARE(translators(), once);
     }
 
-    void options_data()
+    void readsTheLanguageOption_data()
     {
         QTest::addColumn<QStringList>("options");
         QTest::addColumn<QString>("language");
@@ -199,7 +199,7 @@ private Q_SLOTS:
         QTest::newRow("with a tour") << QStringList { "--language", "de", "--tour",
             "x" } << QString() << QStringLiteral("--language and --tour exclude each other: the tour speaks English");
     }
-    void options()
+    void readsTheLanguageOption()
     {
         QFETCH(QStringList, options);
         QFETCH(QString, language);

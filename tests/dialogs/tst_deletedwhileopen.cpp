@@ -233,14 +233,14 @@ class TestDeletedWhileOpen : public QObject {
 private Q_SLOTS:
     void initTestCase() { QApplication::setAttribute(Qt::AA_DontUseNativeDialogs); }
 
-    void survives_data()
+    void survivesItsDeletionWhileABoxIsOpen_data()
     {
         QTest::addColumn<int>("box");
         for (qsizetype i = 0; i < boxes().size(); ++i)
             QTest::newRow(boxes().at(i).name) << int(i);
     }
 
-    void survives()
+    void survivesItsDeletionWhileABoxIsOpen()
     {
         QFETCH(int, box);
         const QPointer<QWidget> subject(boxes().at(box).make());

@@ -13,7 +13,7 @@ class tst_DialogCheckList : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void form()
+    void formHasTheGivenSizeAndTexts()
     {
         const DialogCheckList dialog(QString(), nullptr);
         QCOMPARE(dialog.size(), QSize(319, 409));
@@ -37,13 +37,13 @@ private Q_SLOTS:
                 "slot on_buttonInvert_clicked()" }));
     }
 
-    void title()
+    void titleIsDialogUnlessGiven()
     {
         QCOMPARE(DialogCheckList(QString(), nullptr).windowTitle(), QStringLiteral("Dialog"));
         QCOMPARE(DialogCheckList(QStringLiteral("Modules"), nullptr).windowTitle(), QStringLiteral("Modules"));
     }
 
-    void description()
+    void descriptionIsHiddenWhileEmpty()
     {
         DialogCheckList dialog(QString(), nullptr);
         auto* label = dialog.findChild<QLabel*>(QStringLiteral("labelDescription"));
@@ -56,7 +56,7 @@ private Q_SLOTS:
         QVERIFY(label->isHidden());
     }
 
-    void items()
+    void itemsKeepTheirTextAndCheckState()
     {
         DialogCheckList dialog(QString(), nullptr);
         QCOMPARE(dialog.count(), 0);

@@ -61,7 +61,7 @@ private Q_SLOTS:
                 "slot onTimeout()" }));
     }
 
-    void form()
+    void formHasTheGivenSizeAndTexts()
     {
         const ConnectedWindow window;
         QCOMPARE(window->windowTitle(), "Title");
@@ -118,7 +118,7 @@ private Q_SLOTS:
         QCOMPARE(spacerWidth, desc.trimmed().isEmpty() ? 0 : 40);
     }
 
-    void demonstration()
+    void showsARampWithoutASession()
     {
         Options options;
         options.resolution = 1000;
@@ -201,7 +201,7 @@ private Q_SLOTS:
 
     // --- the row format
 
-    void rows_data()
+    void setsTheRowsOfAReply_data()
     {
         addColumns<QByteArray, QList<double>, QList<double>>("payload", "first", "second");
         addCase("sample-major", bytesOf({ 1, 2, 3, 4, 5, 6 }), QList<double>({ 1, 3, 5 }), QList<double>({ 2, 4, 6 }));
@@ -210,7 +210,7 @@ private Q_SLOTS:
         addCase("less than a sample", bytesOf({ 1 }), QList<double>(), QList<double>());
     }
 
-    void rows()
+    void setsTheRowsOfAReply()
     {
         QFETCH(QByteArray, payload);
         QFETCH(QList<double>, first);

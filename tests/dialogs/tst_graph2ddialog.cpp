@@ -90,7 +90,7 @@ private Q_SLOTS:
         QCOMPARE(virtualIndex(&D::onResultExInfo), first + 6);
     }
 
-    void form()
+    void formHasTheGivenSizeAndTexts()
     {
         const ConnectedWindow window;
         QCOMPARE(window->windowTitle(), "Title");
@@ -136,7 +136,7 @@ private Q_SLOTS:
 
     // --- replies
 
-    void shapes_data()
+    void reportsRepliesWithAWrongShape_data()
     {
         addColumns<QString, QByteArray, QString, int>("text", "payload", "box", "rows");
         addCase("as constructed", "OK:", bytesOf(ramp(6)), "", 2);
@@ -156,7 +156,7 @@ private Q_SLOTS:
         addCase("empty", "OK: exported 3 x 0 y", QByteArray(), "", 0);
     }
 
-    void shapes()
+    void reportsRepliesWithAWrongShape()
     {
         QFETCH(QString, text);
         QFETCH(QByteArray, payload);

@@ -76,7 +76,7 @@ private Q_SLOTS:
         QVERIFY(QMetaType::fromName("Graph2DFilter").isValid());
     }
 
-    void form()
+    void formHasTheGivenSizeAndTexts()
     {
         const Graph2DFilterDialog dialog(nullptr);
         QCOMPARE(dialog.windowTitle(), "Filter");

@@ -80,7 +80,7 @@ private Q_SLOTS:
         QCOMPARE(tarnis::filtered(ramp(5, 5), filter).at(2).at(2), 404.0);
     }
 
-    void divisor()
+    void dividesUnlessTheDivisorIsZero()
     {
         Graph2DFilter filter;
         filter.matrix[2][2] = 3;

@@ -89,7 +89,7 @@ private Q_SLOTS:
             QStringList({ "slot onButtonClicked(QAbstractButton*)", "slot onSave()" }));
     }
 
-    void form()
+    void formHasTheGivenSizeAndTitle()
     {
         NameValueListDialog dialog(QList<NameValue>(), nullptr, "Name");
         QVERIFY(dialog.isVisible());
@@ -215,7 +215,7 @@ private Q_SLOTS:
         QCOMPARE(dialog.windowTitle(), "Dialog");
     }
 
-    void saves_data()
+    void savesTheTableAsCsv_data()
     {
         QTest::addColumn<QList<QStringList>>("rows");
         QTest::addColumn<QByteArray>("file");
@@ -226,7 +226,7 @@ private Q_SLOTS:
                                       << QByteArray("Name,Value\nZ\xc3\xa4hlrate,5 \xc2\xb5s\n");
     }
 
-    void saves()
+    void savesTheTableAsCsv()
     {
         QFETCH(QList<QStringList>, rows);
         QFETCH(QByteArray, file);

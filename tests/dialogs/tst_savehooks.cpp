@@ -134,8 +134,8 @@ class TestSaveHooks : public QObject {
     }
 
 private Q_SLOTS:
-    void picture_data() { addSaveTroubles(); }
-    void picture()
+    void savesAPictureCompletelyOrReports_data() { addSaveTroubles(); }
+    void savesAPictureCompletelyOrReports()
     {
         struct Plot : VectorGraphWidget {
             void save() { onSave(); }
@@ -144,8 +144,8 @@ private Q_SLOTS:
         check(plot, ".png", [](const QByteArray& bytes) { return QImage::fromData(bytes).size() == QSize(300, 200); });
     }
 
-    void series_data() { addSaveTroubles(); }
-    void series()
+    void savesASeriesCompletelyOrReports_data() { addSaveTroubles(); }
+    void savesASeriesCompletelyOrReports()
     {
         struct Plot : VectorGraphWidget {
             void save() { onSaveCsv(); }
@@ -154,8 +154,8 @@ private Q_SLOTS:
         check(plot, ".csv", [](const QByteArray& bytes) { return bytes.count("1.5\n") == 3000; });
     }
 
-    void curves_data() { addSaveTroubles(); }
-    void curves()
+    void savesCurvesCompletelyOrReports_data() { addSaveTroubles(); }
+    void savesCurvesCompletelyOrReports()
     {
         struct Plot : MultiVectorGraphWidget {
             void save() { onSaveCsv(); }
@@ -165,8 +165,8 @@ private Q_SLOTS:
         check(plot, ".csv", [](const QByteArray& bytes) { return bytes.count("1.5") == 3000 && bytes.endsWith("\n"); });
     }
 
-    void map_data() { addSaveTroubles(); }
-    void map()
+    void savesAMapCompletelyOrReports_data() { addSaveTroubles(); }
+    void savesAMapCompletelyOrReports()
     {
         struct Plot : XY2DGraphWidget {
             void save() { onSaveCsv(); }
@@ -176,8 +176,8 @@ private Q_SLOTS:
         check(plot, ".csv", [](const QByteArray& bytes) { return bytes.count("1.5") == 5000; });
     }
 
-    void table_data() { addSaveTroubles(); }
-    void table()
+    void savesATableCompletelyOrReports_data() { addSaveTroubles(); }
+    void savesATableCompletelyOrReports()
     {
         struct Table : NameValueListDialog {
             using NameValueListDialog::NameValueListDialog;
@@ -190,8 +190,8 @@ private Q_SLOTS:
         check(table, ".csv", [](const QByteArray& bytes) { return bytes.count("value\n") == 1000; });
     }
 
-    void page_data() { addSaveTroubles(SaveTrouble::SlashInName); } // the printer's dialog refuses it
-    void page()
+    void printsAPageCompletelyOrReports_data() { addSaveTroubles(SaveTrouble::SlashInName); } // the printer's dialog refuses it
+    void printsAPageCompletelyOrReports()
     {
         QFETCH(SaveTrouble, trouble);
         QFETCH(QString, cause);

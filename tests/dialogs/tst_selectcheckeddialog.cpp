@@ -12,7 +12,7 @@ class tst_SelectCheckedDialog : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void form()
+    void formHasTheGivenSizeAndTexts()
     {
         SelectCheckedDialog dialog(nullptr);
         QCOMPARE(dialog.size(), QSize(412, 264));

@@ -28,7 +28,7 @@ private Q_SLOTS:
                 "slot result(PTarnisCmd,QByteArray)" }));
     }
 
-    void form()
+    void formsKeepTheirSizeAndTitle()
     {
         ScriptedServer server;
         PathChooser path(server, "/");

@@ -62,7 +62,7 @@ private Q_SLOTS:
         QVERIFY(server.waitForRequest("rates all"));
     }
 
-    void shows_data()
+    void showsTheValuesOfAReply_data()
     {
         addColumns<QByteArray, QStringList>("reply", "rows");
         addCase("values untrimmed", QByteArray("a: 1\nb:2 \n"), QStringList({ "a= 1", "b=2 " }));
@@ -73,7 +73,7 @@ private Q_SLOTS:
         addCase("beyond ASCII", QByteArray("R\xc3\xa4te:5 \xc2\xb5s"), QStringList({ "Räte=5 µs" }));
     }
 
-    void shows()
+    void showsTheValuesOfAReply()
     {
         QFETCH(QByteArray, reply);
         QFETCH(QStringList, rows);

@@ -38,7 +38,7 @@ QList<NameValue> speltOut(const QString& reply)
 class TestStatReply : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void lines_data()
+    void readsOneValueFromEachLine_data()
     {
         QTest::addColumn<QString>("reply");
         QTest::addColumn<QStringList>("values");
@@ -52,7 +52,7 @@ private Q_SLOTS:
         QTest::newRow("nothing is trimmed") << " a : 1 \r\n" << QStringList(" a = 1 \r");
     }
 
-    void lines()
+    void readsOneValueFromEachLine()
     {
         QFETCH(QString, reply);
         QFETCH(QStringList, values);

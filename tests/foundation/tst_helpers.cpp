@@ -30,7 +30,7 @@ class TestHelpers : public QObject {
 private Q_SLOTS:
     void cleanup() { QVERIFY(setNumberFormat('g', 6)); }
 
-    void capitalizes_data()
+    void capitalizesTheFirstLetter_data()
     {
         addColumns<QString, QString>("text", "expected");
         addCase("empty", "", "");
@@ -40,7 +40,7 @@ private Q_SLOTS:
         addCase("umlaut", "äb", "Äb");
         addCase("sharp s has no single capital", "ßa", "ßa");
     }
-    void capitalizes()
+    void capitalizesTheFirstLetter()
     {
         QFETCH(QString, text);
         QFETCH(QString, expected);
@@ -180,7 +180,7 @@ private Q_SLOTS:
         QCOMPARE(startsWith(list, prefix), expected);
     }
 
-    void splits_data()
+    void splitsAtTheSeparatorUpToALimit_data()
     {
         addColumns<QString, QString, int, QList<QString>>("text", "separator", "maxParts", "expected");
         addCase("no limit", "a,b,c", ",", 0, QList<QString> { "a", "b", "c" });
@@ -199,7 +199,7 @@ private Q_SLOTS:
         addCase("blanks only", "  ", ",", 0, QList<QString> { "" });
         addCase("empty separator", "ab", "", 0, QList<QString> { "ab" });
     }
-    void splits()
+    void splitsAtTheSeparatorUpToALimit()
     {
         QFETCH(QString, text);
         QFETCH(QString, separator);

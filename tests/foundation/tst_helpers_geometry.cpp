@@ -33,7 +33,7 @@ class TestHelpersGeometry : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void centers_data()
+    void findsTheCenterOfARectangle_data()
     {
         addColumns<QRect, QPoint>("rect", "expected");
         QTest::newRow("odd size") << QRect(0, 0, 3, 5) << QPoint(1, 2);
@@ -43,7 +43,7 @@ private Q_SLOTS:
         QTest::newRow("empty") << QRect() << QPoint(0, 0);
         QTest::newRow("inverted, towards zero") << QRect(QPoint(0, 0), QPoint(-4, -2)) << QPoint(-1, 0);
     }
-    void centers()
+    void findsTheCenterOfARectangle()
     {
         QFETCH(QRect, rect);
         QFETCH(QPoint, expected);
@@ -67,7 +67,7 @@ private Q_SLOTS:
         QCOMPARE(center(rect), point);
     }
 
-    void stretches_data()
+    void stretchesARectangleAroundItsCenter_data()
     {
         addColumns<QRect, double, double, QRect>("rect", "xFactor", "yFactor", "expected");
         QTest::newRow("unchanged") << QRect(3, 4, 10, 20) << 1.0 << 1.0 << QRect(3, 4, 10, 20);
@@ -78,7 +78,7 @@ private Q_SLOTS:
         QTest::newRow("nothing left") << QRect(0, 0, 10, 10) << 0.0 << 0.0 << QRect(5, 5, 0, 0);
         QTest::newRow("not a number counts as 0") << QRect(0, 0, 10, 10) << notANumber << 1.0 << QRect(5, 0, 0, 10);
     }
-    void stretches()
+    void stretchesARectangleAroundItsCenter()
     {
         QFETCH(QRect, rect);
         QFETCH(double, xFactor);

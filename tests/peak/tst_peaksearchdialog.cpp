@@ -25,7 +25,7 @@ class tst_PeakSearchDialog : public QObject {
 private Q_SLOTS:
     void initTestCase() { QCoreApplication::setApplicationName(QStringLiteral("Console")); }
 
-    void form()
+    void formHasTheGivenSizeAndTexts()
     {
         const PeakSearchDialog dialog(nullptr);
         QCOMPARE(dialog.size(), QSize(334, 235));

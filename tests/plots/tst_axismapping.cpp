@@ -275,7 +275,7 @@ private Q_SLOTS:
         }
     }
 
-    void editor_data()
+    void placesTheEditorOverItsLabel_data()
     {
         QTest::addColumn<QRect>("label");
         QTest::addColumn<bool>("upright");
@@ -288,7 +288,7 @@ private Q_SLOTS:
         QTest::newRow("moved in from the corner") << QRect(380, 290, 40, 15) << false << QRect(340, 285, 60, 15);
         QTest::newRow("laid down on an upright label") << QRect(100, 100, 15, 80) << true << QRect(47, 133, 120, 15);
     }
-    void editor()
+    void placesTheEditorOverItsLabel()
     {
         QFETCH(QRect, label);
         QFETCH(bool, upright);

@@ -126,7 +126,7 @@ private Q_SLOTS:
         QTEST(tarnis::roundToInt(value), "rounded");
     }
 
-    void ticks_data()
+    void ticksAreRoundValuesInTheRange_data()
     {
         addColumns<double, double, int, Values, int>("a", "b", "wanted", "expected", "used");
         addCase("0 to 100", 0.0, 100.0, 0, Values { 0, 20, 40, 60, 80, 100 }, 0);
@@ -155,7 +155,7 @@ private Q_SLOTS:
         addCase("infinite", 0.0, infinity, 0, Values { notANumber }, 0);
         addCase("wider than a double", -1.7e308, 1.7e308, 0, Values { notANumber }, 0);
     }
-    void ticks()
+    void ticksAreRoundValuesInTheRange()
     {
         QFETCH(double, a);
         QFETCH(double, b);
@@ -229,7 +229,7 @@ private Q_SLOTS:
         }
     }
 
-    void maxima_data()
+    void roundsMaximaUpToATick_data()
     {
         addColumns<double, double, unsigned int>("value", "rounded", "ticks");
         QTest::newRow("1024") << 1024.0 << 1200.0 << 6U;
@@ -244,7 +244,7 @@ private Q_SLOTS:
         QTest::newRow("not a number") << notANumber << notANumber << 4U;
         QTest::newRow("too small for a step of its own") << 5e-324 << 1.0 << 4U;
     }
-    void maxima()
+    void roundsMaximaUpToATick()
     {
         QFETCH(double, value);
         QFETCH(double, rounded);
@@ -358,7 +358,7 @@ private Q_SLOTS:
         QCOMPARE(tarnis::columnOf(2.0, { 1.0, 1.0 }, QRect(0, 0, 100, 1)), 1 << 30);
     }
 
-    void rows_data()
+    void findsTheRowOfAValue_data()
     {
         addColumns<double, double, double, bool, int>("value", "min", "max", "log", "row");
         // The graph runs from row 20 to row 119.
@@ -376,7 +376,7 @@ private Q_SLOTS:
         QTest::newRow("not a number") << notANumber << 0.0 << 1.0 << false << -(1 << 30);
         QTest::newRow("far above") << 1e300 << 0.0 << 1.0 << false << -(1 << 30);
     }
-    void rows()
+    void findsTheRowOfAValue()
     {
         QFETCH(double, value);
         QFETCH(double, min);

@@ -112,7 +112,7 @@ private Q_SLOTS:
         }
     }
 
-    void nothing()
+    void csvOfNoDataIsEmpty()
     {
         QVERIFY(tarnis::csvOfSeries({}, {}).isEmpty());
         QVERIFY(tarnis::csvOfColumns({ 1.0, 2.0 }, {}).isEmpty());

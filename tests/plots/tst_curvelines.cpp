@@ -183,7 +183,7 @@ private Q_SLOTS:
         QCOMPARE(crosses(values, dense, all).size(), 6);
     }
 
-    void extremes_data()
+    void extremesAreThoseOfTheSimplestLoop_data()
     {
         QTest::addColumn<QList<double>>("odd");
         QTest::addColumn<bool>("finite");
@@ -193,7 +193,7 @@ private Q_SLOTS:
         QTest::newRow("negative infinite") << QList<double> { -infinity } << false;
     }
     // The special sample is at every position of runs of every length, to test all vector lanes.
-    void extremes()
+    void extremesAreThoseOfTheSimplestLoop()
     {
         QFETCH(QList<double>, odd);
         QFETCH(bool, finite);
@@ -256,7 +256,7 @@ private Q_SLOTS:
 
     // The curve of a peak as lines.
 
-    void extent_data()
+    void extentCoversTheVisiblePartOfAPeak_data()
     {
         QTest::addColumn<double>("center");
         QTest::addColumn<double>("start");
@@ -267,7 +267,7 @@ private Q_SLOTS:
         QTest::newRow("beyond the right end") << 104.0 << 104.0 - reach << 100.0;
         QTest::newRow("out of sight") << 200.0 << 200.0 - reach << 100.0;
     }
-    void extent()
+    void extentCoversTheVisiblePartOfAPeak()
     {
         QFETCH(double, center);
         const tarnis::PeakExtent extent = tarnis::peakExtent(peakAt(center, 2.0), { 0.0, 100.0 });

@@ -180,7 +180,7 @@ private Q_SLOTS:
         QVERIFY(raised.pixel(100.0) < 300);
     }
 
-    void monotone()
+    void knowsWhichScalesAreMonotone()
     {
         QVERIFY(ValueScale(ValueScale::Kind::Linear, -3.0, 2.0, 300).isMonotone());
         QVERIFY(ValueScale(ValueScale::Kind::Log, 0.0, 2.0, 300).isMonotone());

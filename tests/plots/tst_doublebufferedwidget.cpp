@@ -204,7 +204,7 @@ private Q_SLOTS:
         QCOMPARE(canvas.paints, 0);
     }
 
-    void turns_data()
+    void turnsTheDrawingByTheRotation_data()
     {
         QTest::addColumn<double>("rotation");
         QTest::addColumn<bool>("hasRect");
@@ -219,7 +219,7 @@ private Q_SLOTS:
         QTest::newRow("three quarters") << 270.0 << false;
         QTest::newRow("not a number") << std::nan("") << false;
     }
-    void turns()
+    void turnsTheDrawingByTheRotation()
     {
         QFETCH(double, rotation);
         QFETCH(bool, hasRect);

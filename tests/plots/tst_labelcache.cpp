@@ -117,7 +117,7 @@ private Q_SLOTS:
         QVERIFY(!painter.hasClipping());
     }
 
-    void advances()
+    void advancesAreThoseOfQFontMetrics()
     {
         Generator generator = tarnis::testing::seededGenerator(2);
         tarnis::LabelCache labels;

@@ -229,7 +229,7 @@ class TestMapPainter : public QObject {
 private Q_SLOTS:
     void cleanup() { tarnis::setAvx2(true); }
 
-    void picture_data()
+    void picturesAreThoseOfTheOracle_data()
     {
         addColumns<int, int, int, double, bool>("cases", "maxBins", "kind", "zeros", "ragged");
         QTest::newRow("few bins, counts") << 3000 << 40 << 0 << 0.2 << false;
@@ -244,7 +244,7 @@ private Q_SLOTS:
         QTest::newRow("many bins, anything") << 300 << 800 << 4 << 0.5 << true;
         QTest::newRow("2048 bins, counts") << 40 << 2048 << 0 << 0.2 << false;
     }
-    void picture()
+    void picturesAreThoseOfTheOracle()
     {
         QFETCH(int, cases);
         QFETCH(int, maxBins);
@@ -264,7 +264,7 @@ private Q_SLOTS:
         }
     }
 
-    void pictureInPlainLoops_data() { picture_data(); }
+    void pictureInPlainLoops_data() { picturesAreThoseOfTheOracle_data(); }
     void pictureInPlainLoops()
     {
         tarnis::setAvx2(false);

@@ -317,7 +317,7 @@ private Q_SLOTS:
         QCOMPARE(tarnis::sumsByRow(rows, span, y, tarnis::CutContent::Everything).values, QList<double> { 110.0 });
     }
 
-    void labels()
+    void labelsNameTheCutRange()
     {
         QCOMPARE(tarnis::cutLabel("Energy", 0.1, 1234567.0), QString("Energy 0.1-1.23457e+06"));
         QCOMPARE(tarnis::cutLabel("%1 %2", -2.0, 3.0), QString("%1 %2 -2-3"));

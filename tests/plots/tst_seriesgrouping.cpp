@@ -62,7 +62,7 @@ private Q_SLOTS:
         QCOMPARE(curves.at(2).color, series.at(0).color); // colours repeat from group to group
     }
 
-    void groups()
+    void addsTheSeriesOfEachGroup()
     {
         const QList<Series> series { record(2, 1), record(2, 2, false), record(2, 3), record(2, 4, false),
             record(2, 5) };
@@ -91,7 +91,7 @@ private Q_SLOTS:
         QCOMPARE(curves.at(1).color, tarnis::rotationColour(2));
     }
 
-    void positions()
+    void addsTheSeriesAtEachPosition()
     {
         const QList<Series> series { record(2, 1), record(2, 2, false), record(2, 3, false), record(2, 4),
             record(2, 5) };
@@ -110,7 +110,7 @@ private Q_SLOTS:
         QCOMPARE(members(curves), (QStringList { "0", "", "" }));
     }
 
-    void everything()
+    void addsAllVisibleSeries()
     {
         const QList<Series> series { record(2, 1, false), record(2, 2), record(2, 3) };
         const auto curves = tarnis::curvesOf(series, AddType::AddAll, 8);
@@ -200,7 +200,7 @@ private Q_SLOTS:
         QCOMPARE(tarnis::wholeSums(series, { { 0 }, {}, true }).constData(), series.at(0).values.constData());
     }
 
-    void maxima_data()
+    void findsTheMaximumOfTheVisibleCurves_data()
     {
         QTest::addColumn<int>("type");
         QTest::addColumn<int>("groupSize");
@@ -216,7 +216,7 @@ private Q_SLOTS:
         QTest::newRow("nothing below 0") << 0 << 2 << QList<double> { -3.0 } << 0.0;
         QTest::newRow("no values") << 3 << 1 << QList<double>() << 0.0;
     }
-    void maxima()
+    void findsTheMaximumOfTheVisibleCurves()
     {
         QFETCH(int, type);
         QFETCH(int, groupSize);
@@ -225,7 +225,7 @@ private Q_SLOTS:
         QTEST(tarnis::maxOfCurves(series, maxValues, static_cast<AddType>(type), groupSize), "expected");
     }
 
-    void largest()
+    void largestIgnoresNaN()
     {
         QCOMPARE(tarnis::largestOf({}), 0.0);
         QCOMPARE(tarnis::largestOf({ -3.0, -1.0 }), -1.0);
@@ -241,7 +241,7 @@ private Q_SLOTS:
         QCOMPARE(tarnis::lowestForLogAxis({ record(5, 0.0), record(5, 2e-16), record(5, 3e-16) }), 3e-16);
     }
 
-    void counts()
+    void countsSeriesAndTheirSamples()
     {
         const QList<Series> series { record(0, 1), record(7, 1, false), record(3, 1) };
         QCOMPARE(tarnis::longestSeries(series), 7);

@@ -106,7 +106,7 @@ class TestViewSelectedROI : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void form()
+    void formHasTheGivenSizeAndTexts()
     {
         View view;
         QCOMPARE(view.windowTitle(), QString("Form"));
@@ -361,7 +361,7 @@ private Q_SLOTS:
         view.setParent(nullptr);
     }
 
-    void deleting()
+    void deletesTheCurrentRegionAfterAQuestion()
     {
         View view;
         view.fill(1);
@@ -419,7 +419,7 @@ private Q_SLOTS:
         QVERIFY(!view.deleteButton.isEnabled());
     }
 
-    void clearing()
+    void clearsAllRegionsAfterAQuestion()
     {
         View view;
         view.fill();

@@ -101,7 +101,7 @@ private Q_SLOTS:
         QCOMPARE(plot.getColor(0.5), QColor("#000000")); // below the lower end
     }
 
-    void patterns_data()
+    void patternsSetAllFiveColours_data()
     {
         using X = XY2DGraphWidget;
         addColumns<Slot, QStringList>("slot", "colors");
@@ -121,7 +121,7 @@ private Q_SLOTS:
             QStringList { "#ffffff", "#ffff00", "#ff0000", "#800000", "#000000" });
         addCase("Blue", Slot(&X::onPatternBlue), QStringList { "#ffffff", "#c0c0ff", "#0000ff", "#000080", "#000000" });
     }
-    void patterns()
+    void patternsSetAllFiveColours()
     {
         QFETCH(Slot, slot);
         QFETCH(QStringList, colors);
@@ -154,7 +154,7 @@ private Q_SLOTS:
         QCOMPARE(other.getColor(other.m_maxZ), QColor("#ffffff")); // the colours are those of all
     }
 
-    void reverse()
+    void reverseExchangesTheEndsOfTheScale()
     {
         Plot plot;
         plot.onPatternRainbow2();
@@ -210,7 +210,7 @@ private Q_SLOTS:
         QCOMPARE(XY2DGraphWidget::colHalf, QColor(Qt::red));
     }
 
-    void dialogs_data()
+    void dialogsChangeOneColour_data()
     {
         using X = XY2DGraphWidget;
         addColumns<Slot, QColor*>("slot", "color");
@@ -221,7 +221,7 @@ private Q_SLOTS:
         QTest::newRow("Max Color") << Slot(&X::onMaxColor) << &X::colMax;
         QTest::newRow("Background Color") << Slot(&X::onBackGroundColor) << &XYGraphWidget::m_backGroundColor;
     }
-    void dialogs()
+    void dialogsChangeOneColour()
     {
         QFETCH(Slot, slot);
         QFETCH(QColor*, color);
@@ -242,7 +242,7 @@ private Q_SLOTS:
         QCOMPARE(changed.size(), 1);
     }
 
-    void dialogsCancelled_data() { dialogs_data(); }
+    void dialogsCancelled_data() { dialogsChangeOneColour_data(); }
     void dialogsCancelled()
     {
         QFETCH(Slot, slot);
@@ -377,7 +377,7 @@ private Q_SLOTS:
         QVERIFY(plot.m_cutXWindows.map.isEmpty());
     }
 
-    void latches()
+    void remembersThatTheColourBarIsEdited()
     {
         Plot plot;
         Q_EMIT plot.m_colorBar->beginEditingText();

@@ -16,7 +16,7 @@ class TestXY2DCut : public QObject {
 
 private Q_SLOTS:
     // The tool and its states
-    void states()
+    void switchingTheCutShowsAndHidesItsParts()
     {
         Plot plot;
         plot.fill();
@@ -306,7 +306,7 @@ private Q_SLOTS:
         QVERIFY(!plot.wasRefreshed() && plot.hasNoWindow());
     }
 
-    void snapping()
+    void snapsTheCutRangeToBins()
     {
         Plot plot;
         plot.fill();

@@ -255,7 +255,7 @@ private Q_SLOTS:
         QCOMPARE((plot.plotX()->*(&CutView::m_data)).constFirst(), 1.0);
     }
 
-    void intensities()
+    void cutWindowsShowIntensitiesOnRequest()
     {
         Plot plot;
         plot.fill();

@@ -95,7 +95,7 @@ private Q_SLOTS:
         QCOMPARE(plot.m_roiRange, corners(0, 0, -1, -1));
     }
 
-    void offering()
+    void offersTheSelectionInTheMenu()
     {
         Plot plot;
         plot.enalbeRoiSelect(corners(50, 60, 10, 20)); // inside out
@@ -124,7 +124,7 @@ private Q_SLOTS:
         QVERIFY(plot.isWindowShown());
     }
 
-    void states()
+    void switchingTheSelectionShowsAndHidesItsWindow()
     {
         Plot plot;
         plot.offer();

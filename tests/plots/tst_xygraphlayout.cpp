@@ -19,7 +19,7 @@ private Q_SLOTS:
     void init() { setNumberFormat('g', 6); }
     void cleanup() { setNumberFormat('g', 6); }
 
-    void margins_data()
+    void marginsFitTheWidestLabels_data()
     {
         addColumns<double, double, double, QString, int, int, int>(
             "maxX", "minY", "maxY", "nameY", "leftLetters", "topLines", "rightLetters");
@@ -28,7 +28,7 @@ private Q_SLOTS:
         QTest::newRow("longer minimum") << 7.0 << -1234.5 << 50.0 << "" << 7 << 1 << 1;
         QTest::newRow("exponent") << 1e9 << 0.0 << 1e9 << "" << 5 << 1 << 5;
     }
-    void margins()
+    void marginsFitTheWidestLabels()
     {
         QFETCH(double, maxX);
         QFETCH(double, minY);

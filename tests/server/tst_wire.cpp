@@ -87,7 +87,7 @@ private Q_SLOTS:
         QTEST(endsBinaryReply(received, length, prompt), "complete");
     }
 
-    void splits_data()
+    void splitsABinaryReplyIntoTextAndPayload_data()
     {
         addColumns<QByteArray, int, QByteArray, QString>("received", "length", "payload", "text");
         QTest::newRow("payload and text") << QByteArray("abcOK:> ") << 3 << QByteArray("abc") << QStringLiteral("OK:");
@@ -96,7 +96,7 @@ private Q_SLOTS:
         QTest::newRow("negative length") << QByteArray("abc> ") << -2 << QByteArray("") << QStringLiteral("abc");
         QTest::newRow("UTF-8") << QByteArray("a\xc2\xb5> ") << 1 << QByteArray("a") << QStringLiteral("\u00b5");
     }
-    void splits()
+    void splitsABinaryReplyIntoTextAndPayload()
     {
         QFETCH(QByteArray, received);
         QFETCH(int, length);

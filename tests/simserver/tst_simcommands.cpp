@@ -18,7 +18,7 @@ class TestSimCommands : public simtest::CommandFixture {
 private Q_SLOTS:
     void init() { makeServer(); }
 
-    void refusals_data()
+    void refusesWithAReason_data()
     {
         addColumns<QByteArray, QString>("line", "reason");
         const auto row = [](const char* name, const QByteArray& line, const char* reason) {
@@ -119,7 +119,7 @@ private Q_SLOTS:
         row("fault with an unknown option", "fault slow much",
             "'much' is neither every:N (from 1) nor delay:MILLISECONDS (0 to 600000)");
     }
-    void refusals()
+    void refusesWithAReason()
     {
         QFETCH(QByteArray, line);
         QFETCH(QString, reason);

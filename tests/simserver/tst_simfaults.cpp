@@ -295,7 +295,7 @@ private Q_SLOTS:
         QCOMPARE(bytesOf(switchTo(fault.toLatin1()).reply(reply, prompt)), frameOf(reply, prompt).whole());
     }
 
-    void greetings_data()
+    void changesTheGreetingAsTheFaultSays_data()
     {
         QTest::addColumn<QString>("steps"); // a greeting of 3 bytes and a prompt of 8
         QTest::newRow("none") << QStringLiteral("write 11");
@@ -306,7 +306,7 @@ private Q_SLOTS:
         QTest::newRow("split-greeting") << QStringLiteral("write 11 by 1, 5 ms");
         QTest::newRow("close-at-greeting") << QStringLiteral("close");
     }
-    void greetings()
+    void changesTheGreetingAsTheFaultSays()
     {
         FaultSwitch fault = switchTo(QTest::currentDataTag());
         QTEST(textOf(fault.greeting("hi\n", prompt)), "steps");

@@ -221,7 +221,7 @@ private Q_SLOTS:
     }
 
     // The end
-    void endings_data()
+    void endsOnEachRequestDuringACommand_data()
     {
         QTest::addColumn<QByteArray>("typed");
         QTest::newRow("exit without a line feed") << QByteArray("exit");
@@ -231,7 +231,7 @@ private Q_SLOTS:
         QTest::newRow("end of standard input inside a line") << QByteArray("hello");
         QTest::newRow("signal") << QByteArray("signal");
     }
-    void endings()
+    void endsOnEachRequestDuringACommand()
     {
         QFETCH(QByteArray, typed);
         Program program;

@@ -219,7 +219,7 @@ private Q_SLOTS:
 
     // The distance of a place to a curve of joined points, against points that are close together.
 
-    void distances()
+    void distanceIsThatToTheNearestSegment()
     {
         const double nan = std::nan("");
         QCOMPARE(distanceTo({ 0, 3 }, { { 0, 0 } }), 3.0);
