@@ -1,10 +1,11 @@
-# tarnis_add_test(<name> [INTERNAL] [SOURCES <file>...] [LIBRARIES <target>...] [TIMEOUT <seconds>] [LABELS <label>...])
+# tarnis_add_test(<name> [INTERNAL] [PAINTER] [SOURCES <file>...] [LIBRARIES <target>...] [TIMEOUT <seconds>] [LABELS <label>...])
 #
 # Builds tst_<name> from tst_<name>.cpp of the calling folder and registers it as <folder>.<name>. INTERNAL links the
 # library's objects, for tests of functions that are not exported; without it the test sees the shared library. The label
-# "threads" puts it among the tests that run under the thread sanitizer.
+# "threads" puts it among the tests that run under the thread sanitizer. PAINTER runs the program a second time as
+# <folder>.<name>_painter, with plots drawn by QPainter alone.
 function(tarnis_add_test name)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "INTERNAL" "TIMEOUT" "SOURCES;LIBRARIES;LABELS")
+  cmake_parse_arguments(PARSE_ARGV 1 arg "INTERNAL;PAINTER" "TIMEOUT" "SOURCES;LIBRARIES;LABELS")
   get_filename_component(folder "${CMAKE_CURRENT_SOURCE_DIR}" NAME)
   set(target "tst_${name}")
   add_executable(${target} "tst_${name}.cpp" ${arg_SOURCES})
@@ -25,6 +26,13 @@ function(tarnis_add_test name)
     TIMEOUT ${arg_TIMEOUT}
     LABELS "${folder};${arg_LABELS}"
     ENVIRONMENT "${TARNIS_TEST_ENVIRONMENT}")
+  if(arg_PAINTER)
+    add_test(NAME ${folder}.${name}_painter COMMAND ${target})
+    set_tests_properties(${folder}.${name}_painter PROPERTIES
+      TIMEOUT ${arg_TIMEOUT}
+      LABELS "${folder};${arg_LABELS}"
+      ENVIRONMENT "${TARNIS_TEST_ENVIRONMENT};TARNIS_RASTER=painter")
+  endif()
   if("threads" IN_LIST arg_LABELS)
     add_dependencies(thread_tests ${target})
   endif()
