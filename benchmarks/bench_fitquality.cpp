@@ -181,6 +181,31 @@ struct Window {
 
 constexpr std::size_t windowBins = 80;
 
+/// A peak or a background that the fit does not have.
+void addUnexpectedPeak(int which, Window& window, std::vector<double>& means, double sigma, Random& random)
+{
+    if (which == 0) {
+        const double tail = uniform(random, 0.5, 2.0) * sigma;
+        addPeak(means, PeakShape::TailLeft, window.area, window.centre, { sigma, tail });
+        window.centre -= tail; // the mean
+        window.description += ", tail";
+    } else if (which == 1) {
+        addPeak(means, PeakShape::Lorentzian, window.area, window.centre, { 0.5 * fwhmPerSigma * sigma });
+        window.description += ", Lorentzian";
+    } else if (which == 2) {
+        for (std::size_t i = 0; i < windowBins; ++i)
+            means[i] *= 0.3 + 1.4 * std::pow(2.0 * static_cast<double>(i) / windowBins - 1.0, 2);
+        addPeak(means, PeakShape::Gaussian, window.area, window.centre, { sigma });
+        window.description += ", curved background";
+    } else {
+        addPeak(means, PeakShape::Gaussian, window.area, window.centre, { sigma });
+        for (std::size_t i = 0; i < windowBins; ++i)
+            means[i] +=
+                0.02 * window.area / sigma * 0.5 * std::erfc((static_cast<double>(i) - window.centre) / sigma / std::sqrt(2.0));
+        window.description += ", step";
+    }
+}
+
 Window windowOf(int number, Random& random)
 {
     Window window;
@@ -215,31 +240,10 @@ Window windowOf(int number, Random& random)
         window.description += text;
         break;
     }
-    case 2: {
+    case 2:
         window.kind = "wrong model";
-        const int which = number / 4 % 4;
-        if (which == 0) {
-            const double tail = uniform(random, 0.5, 2.0) * sigma;
-            addPeak(means, PeakShape::TailLeft, area, centre, { sigma, tail });
-            window.centre = centre - tail; // the mean
-            window.description += ", tail";
-        } else if (which == 1) {
-            addPeak(means, PeakShape::Lorentzian, area, centre, { 0.5 * fwhmPerSigma * sigma });
-            window.description += ", Lorentzian";
-        } else if (which == 2) {
-            for (std::size_t i = 0; i < windowBins; ++i)
-                means[i] *= 0.3 + 1.4 * std::pow(2.0 * static_cast<double>(i) / windowBins - 1.0, 2);
-            addPeak(means, PeakShape::Gaussian, area, centre, { sigma });
-            window.description += ", curved background";
-        } else {
-            addPeak(means, PeakShape::Gaussian, area, centre, { sigma });
-            for (std::size_t i = 0; i < windowBins; ++i)
-                means[i] +=
-                    0.02 * area / sigma * 0.5 * std::erfc((static_cast<double>(i) - centre) / sigma / std::sqrt(2.0));
-            window.description += ", step";
-        }
+        addUnexpectedPeak(number / 4 % 4, window, means, sigma, random);
         break;
-    }
     default:
         window.kind = "empty";
         window.area = 0.0;

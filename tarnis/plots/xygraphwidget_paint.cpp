@@ -180,6 +180,14 @@ bool coversAll(const QPainter& painter, const QRect& rect)
         && rect.translated(*offset).contains(QRect(0, 0, device.width(), device.height()));
 }
 
+void clipTo(QPainter& painter, const ExactPixels& pixels, const QRect& graph)
+{
+    if (pixels)
+        painter.setClipRect(pixels->aligned(graph), Qt::ReplaceClip);
+    else
+        painter.setClipRect(graph, Qt::ReplaceClip);
+}
+
 void paintGrid(QPainter& painter, const QList<int>& columns, const QList<int>& rows, const QRect& graph)
 {
     if (columns.isEmpty() && rows.isEmpty())
@@ -257,10 +265,7 @@ void XYGraphWidget::paint(QPainter& painter, QRect* rect)
     if (!m_notes.isEmpty())
         paintNotes(painter, frame, graph, m_notes);
 
-    if (pixels)
-        painter.setClipRect(pixels->aligned(graph), Qt::ReplaceClip);
-    else
-        painter.setClipRect(graph, Qt::ReplaceClip);
+    clipTo(painter, pixels, graph);
     const bool gridLast = m_paintGridOnGraph;
     if (gridLast)
         onPaint(painter, graph); // may change an automatic range; the grid uses the new one
