@@ -2,6 +2,7 @@
 // the picture on the window (limit: 40 ms), and on steps of the user who cuts and zooms (limit: 30 ms). The counters
 // are medians in milliseconds of the thread's processor time, beside them one copy of the reply's bytes.
 #include "measure.h"
+#include "shownreplies.h"
 
 #include <tarnis/dialogs/graph2ddialog.h>
 #include <tarnis/plots/xy2dgraphwidget.h>
@@ -65,42 +66,22 @@ public:
     XY2DGraphWidget& plot;
 };
 
+PTarnisCmd mapReply()
+{
+    return binaryReply(QStringLiteral("OK: exported 1024 x 1024 y\n"));
+}
+
 void replyToPicture(benchmark::State& state, bool fractions, bool logScale)
 {
     Window window(logScale);
-    const PTarnisCmd command(new TarnisCmd("map"));
-    command->m_bBinary = true;
-    command->m_replyText = QStringLiteral("OK: exported 1024 x 1024 y\n");
-    const QByteArray payload = payloadOf(fractions);
-    std::vector<double> taken;
-    std::vector<double> drawn;
-    std::vector<double> whole;
-    std::vector<double> copied;
-    for (auto unused : state) {
-        taken.push_back(millisecondsOf([&] { window.result(command, payload); }));
-        drawn.push_back(millisecondsOf([&] { window.plot.repaint(); }));
-        whole.push_back(taken.back() + drawn.back());
-        copied.push_back(millisecondsOf([&] {
-            QByteArray copy = payload;
-            copy.detach();
-            benchmark::DoNotOptimize(copy.constData());
-        }));
-        state.SetIterationTime(whole.back() / 1000.0);
-    }
-    state.counters["take_ms"] = median(taken);
-    state.counters["draw_ms"] = median(drawn);
-    state.counters["gui_ms"] = median(whole);
-    state.counters["copy_ms"] = median(copied);
+    showReplies(state, window, window.plot, mapReply(), payloadOf(fractions));
 }
 
 /// A step with both cut windows open, and all three plots drawn again.
 void step(benchmark::State& state, bool zooms)
 {
     Window window(false);
-    const PTarnisCmd command(new TarnisCmd("map"));
-    command->m_bBinary = true;
-    command->m_replyText = QStringLiteral("OK: exported 1024 x 1024 y\n");
-    window.result(command, payloadOf(false));
+    window.result(mapReply(), payloadOf(false));
     window.trigger(QStringLiteral("1D Cut"));
     if (zooms)
         window.trigger(QStringLiteral("Zoom In"));

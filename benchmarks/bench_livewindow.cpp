@@ -3,6 +3,7 @@
 // medians in milliseconds of the thread: storing the reply, drawing, both; beside them one copy of the reply's
 // bytes.
 #include "measure.h"
+#include "shownreplies.h"
 
 #include <tarnis/dialogs/graph1ddialog.h>
 #include <tarnis/dialogs/graph2ddialog.h>
@@ -39,40 +40,6 @@ QByteArray payloadOf(Shape shape)
         }
     }
     return QByteArray(reinterpret_cast<const char*>(values.data()), qsizetype(values.size() * sizeof(double)));
-}
-
-/// Passes a reply to a window repeatedly.
-template <typename Window, typename Plot>
-void showReplies(
-    benchmark::State& state, Window& window, Plot& plot, const PTarnisCmd& command, const QByteArray& payload)
-{
-    std::vector<double> taken;
-    std::vector<double> drawn;
-    std::vector<double> whole;
-    std::vector<double> copied;
-    for (auto unused : state) {
-        taken.push_back(millisecondsOf([&] { window.result(command, payload); }));
-        drawn.push_back(millisecondsOf([&] { plot.repaint(); }));
-        whole.push_back(taken.back() + drawn.back());
-        copied.push_back(millisecondsOf([&] {
-            QByteArray copy = payload;
-            copy.detach();
-            benchmark::DoNotOptimize(copy.constData());
-        }));
-        state.SetIterationTime(whole.back() / 1000.0);
-    }
-    state.counters["take_ms"] = median(taken);
-    state.counters["draw_ms"] = median(drawn);
-    state.counters["gui_ms"] = median(whole);
-    state.counters["copy_ms"] = median(copied);
-}
-
-PTarnisCmd binaryReply(const QString& text)
-{
-    PTarnisCmd command(new TarnisCmd("hist"));
-    command->m_bBinary = true;
-    command->m_replyText = text;
-    return command;
 }
 
 void replyToPicture(benchmark::State& state, Shape shape, bool logScale)

@@ -1,6 +1,7 @@
 // All faults of the simulated server, with the client and the server object: each request ends exactly once and in
 // time, memory is bounded, and the next request is answered after the end of the fault.
 #include "support/cases.h"
+#include "support/quickserver.h"
 #include "support/replies.h"
 #include "support/scriptedserver.h"
 #include "support/serverfaults.h"
@@ -22,20 +23,6 @@ using namespace std::chrono_literals;
 using Outcome = Reply::Outcome;
 
 namespace {
-
-ServerOptions quick()
-{
-    ServerOptions options;
-    options.client.reconnect.first = 1ms;
-    options.client.reconnect.longest = 20ms;
-    options.client.greetingTimeout = 300ms;
-    options.client.keepAlive.interval = 0ms;
-    options.statInterval = 0ms;
-    options.connectTimeout = 3s;
-    options.process.startTimeout = 3s;
-    options.process.exitGrace = 200ms;
-    return options;
-}
 
 RequestOptions limited(RequestOptions::Form form, std::chrono::milliseconds silence = 10s)
 {

@@ -1,9 +1,12 @@
 // Runs the program tarnis like a shell.
 #pragma once
 
+#include <tarnis/foundation/files.h>
+
 #include <QByteArray>
 #include <QProcess>
 #include <QStringList>
+#include <QTemporaryDir>
 
 namespace clienttest {
 
@@ -50,5 +53,21 @@ inline Run shell(const QString& line)
     process.start(QStringLiteral("/bin/bash"), { QStringLiteral("-c"), line });
     return finish(process);
 }
+
+/// A folder for the files of a test.
+class ScratchFolder {
+public:
+    QString path(const QString& name) const { return m_folder.filePath(name); }
+    /// Writes a file and returns its path.
+    QString write(const QString& name, const QByteArray& content) const
+    {
+        if (!tarnis::writeFile(path(name), content).isEmpty())
+            qFatal("no scratch file");
+        return path(name);
+    }
+
+protected:
+    QTemporaryDir m_folder;
+};
 
 } // namespace clienttest

@@ -28,17 +28,9 @@ QJsonObject jsonOf(const Run& run)
 
 } // namespace
 
-class TestClientAnalysis : public QObject {
+class TestClientAnalysis : public QObject, private clienttest::ScratchFolder {
     Q_OBJECT
 private:
-    QTemporaryDir m_folder;
-    QString path(const QString& name) const { return m_folder.filePath(name); }
-    QString write(const QString& name, const QByteArray& content) const
-    {
-        if (!tarnis::writeFile(path(name), content).isEmpty())
-            qFatal("no scratch file");
-        return path(name);
-    }
     // Two peaks on a flat background, one count in each line.
     QString twoPeaks() const
     {

@@ -17,17 +17,9 @@ using clienttest::Run;
 using clienttest::runTarnis;
 using clienttest::shell;
 
-class TestClientPlot : public QObject {
+class TestClientPlot : public QObject, private clienttest::ScratchFolder {
     Q_OBJECT
 private:
-    QTemporaryDir m_folder;
-    QString path(const QString& name) const { return m_folder.filePath(name); }
-    QString write(const QString& name, const QByteArray& content) const
-    {
-        if (!tarnis::writeFile(path(name), content).isEmpty())
-            qFatal("no scratch file");
-        return path(name);
-    }
     static QByteArray counts(int bins)
     {
         QByteArray text = "# counts\n";

@@ -7,6 +7,9 @@
 
 #include <tarnis/server/tarnissession.h>
 
+#include <QPointer>
+#include <QTest>
+
 namespace tarnis::testing {
 
 /// A session that is not started: a window copies host, port and prompt from it.
@@ -42,6 +45,35 @@ private:
 inline QByteArray bytesOf(const QList<double>& values)
 {
     return QByteArray(reinterpret_cast<const char*>(values.constData()), values.size() * qsizetype(sizeof(double)));
+}
+
+/// A window that is closed while the server is silent deletes itself, without a message box.
+template <typename Window> void closeWhileGreeting()
+{
+    ScriptedServer server({ Step::silence() });
+    Model model(server);
+    const MessageBoxWatcher boxes;
+    const QPointer<Window> window = new Window(&model);
+    window->show();
+    QVERIFY(server.waitForConnections(1));
+    window->close();
+    QVERIFY(eventually([&] { return window.isNull(); }));
+    QVERIFY(boxes.texts.isEmpty());
+}
+
+/// A window that is closed after a part of the reply to its command deletes itself and ends its session.
+template <typename Window> void closeInMidReply(const char* command)
+{
+    ScriptedServer server;
+    server.answer(command, { Step::raw(QByteArray("\x10\0\0\0", 4)), Step::hold("rest"), Step::raw("12345678") });
+    Model model(server);
+    const QPointer<Window> window = new Window(&model);
+    window->show();
+    QVERIFY(server.waitForHold("rest"));
+    window->close();
+    server.open("rest");
+    QVERIFY(eventually([&] { return window.isNull(); }));
+    QVERIFY(server.waitUntilDeserted());
 }
 
 /// Waits without Qt events, so that no queued call of a session arrives.

@@ -299,32 +299,9 @@ private Q_SLOTS:
         QCOMPARE(server.requests().size(), 1);
     }
 
-    void closingInMidReply()
-    {
-        ScriptedServer server;
-        server.answer("hist", { Step::raw(QByteArray("\x10\0\0\0", 4)), Step::hold("rest"), Step::raw("12345678") });
-        Model model(server);
-        QPointer<Window> window = new Window(&model);
-        window->show();
-        QVERIFY(server.waitForHold("rest"));
-        window->close();
-        server.open("rest");
-        QVERIFY(eventually([&] { return window.isNull(); })); // deletes itself
-        QVERIFY(server.waitUntilDeserted());
-    }
+    void closingInMidReply() { closeInMidReply<Window>("hist"); }
 
-    void closingWhileGreeting()
-    {
-        ScriptedServer server({ Step::silence() });
-        Model model(server);
-        MessageBoxWatcher boxes;
-        QPointer<Window> window = new Window(&model);
-        window->show();
-        QVERIFY(server.waitForConnections(1));
-        window->close();
-        QVERIFY(eventually([&] { return window.isNull(); }));
-        QVERIFY(boxes.texts.isEmpty()); // no box on a closed window
-    }
+    void closingWhileGreeting() { closeWhileGreeting<Window>(); }
 
     void reportsASocketErrorAndKeepsTheWindow()
     {

@@ -2,6 +2,7 @@
 // no message box appears, and the window works again when the fault is over.
 #include "instrument.h"
 
+#include "support/quickserver.h"
 #include "support/scriptedserver.h"
 #include "support/serverfaults.h"
 #include "support/support.h"
@@ -34,17 +35,11 @@ namespace {
 
 constexpr int commandCount = 6;
 
-ServerOptions quick()
+/// Polls 50 times a second.
+ServerOptions quickPolls()
 {
-    ServerOptions options;
-    options.client.reconnect.first = 1ms;
-    options.client.reconnect.longest = 20ms;
-    options.client.greetingTimeout = 300ms;
-    options.client.keepAlive.interval = 0ms;
+    ServerOptions options = quick();
     options.statInterval = 20ms;
-    options.connectTimeout = 3s;
-    options.process.startTimeout = 3s;
-    options.process.exitGrace = 200ms;
     return options;
 }
 
@@ -71,7 +66,7 @@ bool hasGrownLessThan(qint64 mebibytes, qint64 before)
 class Hand {
 public:
     Hand()
-        : m_window(std::make_unique<Instrument>(quick(), impatient()))
+        : m_window(std::make_unique<Instrument>(quickPolls(), impatient()))
     {
         m_window->resize(900, 600);
         m_window->show();
@@ -181,7 +176,7 @@ private Q_SLOTS:
         ServerProcess process;
         process.start(SIMSERVER_PATH);
         QVERIFY(eventually([&] { return process.port() != 0; }));
-        Client control(quick().client);
+        Client control(quickPolls().client);
         control.connectTo("127.0.0.1", process.port());
         Hand hand;
         hand.window().open(QString("127.0.0.1:%1").arg(process.port()));

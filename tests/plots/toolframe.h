@@ -1,25 +1,18 @@
-// A plot frame on the screen that records what the mouse tools do.
+// A plot frame on the screen that records what the mouse tools do, and the mouse on it.
 #pragma once
 
-#include "support/frameprobe.h"
-
-#include <tarnis/plots/xygraphwidget.h>
+#include "plots/shownframe.h"
+#include "support/plotmouse.h"
 
 #include <QMouseEvent>
+#include <QTest>
+
+#include <memory>
 
 namespace tarnis::testing {
 
-class Plot : public tarnis::testing::FrameProbe<XYGraphWidget> {
+class Plot : public ShownFrame {
 public:
-    Plot()
-    {
-        m_doubleBuffered = true;
-        init(QStringLiteral("x"), QStringLiteral("y"), 1000.0, 100.0, true, true);
-        resize(500, 400);
-        show();
-        paintNow();
-    }
-
     void onSetRectangle(double x1, double x2, double y1, double y2) override
     {
         rectangles.append({ x1, x2, y1, y2 });
@@ -42,6 +35,29 @@ public:
     QList<QList<double>> rectangles;
     int autoScaleCalls = 0;
     bool accepted = true;
+};
+
+/// The base of tests with a new plot for each function.
+class ToolTest : public QObject {
+protected:
+    /// False if the plot does not appear.
+    bool open()
+    {
+        plot = std::make_unique<Plot>();
+        mouse = std::make_unique<PlotMouse>(*plot);
+        const bool isShown = QTest::qWaitForWindowExposed(plot.get());
+        plot->wasRefreshed();
+        plot->autoScaleCalls = 0;
+        return isShown;
+    }
+    void close()
+    {
+        mouse.reset();
+        plot.reset();
+    }
+
+    std::unique_ptr<Plot> plot;
+    std::unique_ptr<PlotMouse> mouse;
 };
 
 inline const QList<double> untouched { 0.0, 1000.0, 0.0, 100.0 };

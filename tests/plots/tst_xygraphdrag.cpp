@@ -1,29 +1,15 @@
 // Drags on the plot frame: the rubber band of the rectangle, and the move tool.
 #include "plots/toolframe.h"
 #include "support/cases.h"
-#include "support/frameprobe.h"
-#include "support/plotmouse.h"
 
 using namespace tarnis::testing;
 
-class TestXYGraphDrag : public QObject {
+class TestXYGraphDrag : public ToolTest {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init()
-    {
-        plot = std::make_unique<Plot>();
-        hand = std::make_unique<tarnis::testing::PlotMouse>(*plot);
-        QVERIFY(QTest::qWaitForWindowExposed(plot.get()));
-        plot->wasRefreshed();
-        plot->autoScaleCalls = 0;
-    }
-
-    void cleanup()
-    {
-        hand.reset();
-        plot.reset();
-    }
+    void init() { QVERIFY(open()); }
+    void cleanup() { close(); }
 
     void rectangleZooms()
     {
@@ -31,7 +17,7 @@ private Q_SLOTS:
         const QRect graph = plot->m_graphRect;
         const QPoint from = graph.topLeft() + QPoint(40, 30);
         const QPoint to = graph.topLeft() + QPoint(240, 130);
-        hand->drag(from, to);
+        mouse->drag(from, to);
         const double w = graph.width();
         const double h = graph.height();
         QCOMPARE(plot->rectangles,
@@ -47,7 +33,7 @@ private Q_SLOTS:
         plot->m_actRectangle->trigger();
         const QPoint a = plot->m_graphRect.topLeft() + QPoint(40, 30);
         const QPoint b = plot->m_graphRect.topLeft() + QPoint(240, 130);
-        hand->drag(b, a);
+        mouse->drag(b, a);
         const QList<double> backwards = plot->ranges();
         QVERIFY(backwards.at(0) > 0.0 && backwards.at(0) < backwards.at(1) && backwards.at(1) < 1000.0);
         QVERIFY(backwards.at(2) > 0.0 && backwards.at(2) < backwards.at(3) && backwards.at(3) < 100.0);
@@ -59,10 +45,10 @@ private Q_SLOTS:
     {
         plot->m_actRectangle->trigger();
         const QPoint from = plot->middle();
-        hand->press(from);
-        hand->move(plot->m_graphRect.bottomRight() + QPoint(20, 10));
+        mouse->press(from);
+        mouse->move(plot->m_graphRect.bottomRight() + QPoint(20, 10));
         QCOMPARE(plot->m_rubberBand.geometry(), QRect(from, plot->m_graphRect.bottomRight())); // clipped
-        hand->release(plot->m_graphRect.bottomRight() + QPoint(20, 10));
+        mouse->release(plot->m_graphRect.bottomRight() + QPoint(20, 10));
         QCOMPARE(plot->m_maxX, 1000.0 + 20 * 1000.0 / plot->m_graphRect.width()); // not clipped
         QCOMPARE(plot->m_minY, -10 * 100.0 / plot->m_graphRect.height());
     }
@@ -71,7 +57,7 @@ private Q_SLOTS:
     {
         plot->m_actRectangle->trigger();
         plot->setMinMaxX(1000.0, 0.0); // reversed: x2 is never above x1
-        hand->drag(plot->middle(), plot->middle() + QPoint(50, 50));
+        mouse->drag(plot->middle(), plot->middle() + QPoint(50, 50));
         QCOMPARE(plot->m_minX, 1000.0);
         QCOMPARE(plot->m_maxX, 0.0);
         QVERIFY(plot->m_maxY < 100.0);
@@ -81,7 +67,7 @@ private Q_SLOTS:
     void clickInRectangleModeOnlyRefreshes()
     {
         plot->m_actRectangle->trigger();
-        hand->click(plot->middle());
+        mouse->click(plot->middle());
         QVERIFY(plot->rectangles.isEmpty());
         QCOMPARE(plot->ranges(), untouched);
         QVERIFY(plot->m_autoScaleX && plot->wasRefreshed());
@@ -90,9 +76,9 @@ private Q_SLOTS:
     void rectangleUsesTheLastMoveNotTheRelease()
     {
         plot->m_actRectangle->trigger();
-        hand->press(plot->middle());
-        hand->move(plot->middle() + QPoint(20, 10));
-        hand->release(plot->middle() + QPoint(150, 100));
+        mouse->press(plot->middle());
+        mouse->move(plot->middle() + QPoint(20, 10));
+        mouse->release(plot->middle() + QPoint(150, 100));
         const double pixels = plot->m_graphRect.right() - (plot->middle().x() + 20);
         QCOMPARE(plot->m_maxX, 1000.0 - pixels * 1000.0 / plot->m_graphRect.width());
     }
@@ -114,17 +100,17 @@ private Q_SLOTS:
         QFETCH(bool, band);
         plot->SetEnableSelectXRangeFeature(true, "X");
         if (!tool.isEmpty())
-            QVERIFY(hand->pick(tool));
+            QVERIFY(mouse->pick(tool));
         const QPoint from = plot->middle();
-        hand->press(from);
+        mouse->press(from);
         QCOMPARE(plot->m_rubberBand.isVisible(), band);
         const QList<double> pressed = plot->ranges();
-        hand->move(from + QPoint(30, 20));
+        mouse->move(from + QPoint(30, 20));
         QCOMPARE(plot->m_rubberBand.isVisible(), band);
         if (band)
             QCOMPARE(plot->m_rubberBand.geometry(), QRect(from, from + QPoint(30, 20)));
         QTEST(plot->m_selecting && plot->m_mode == 1, "band");
-        hand->release(from + QPoint(30, 20));
+        mouse->release(from + QPoint(30, 20));
         QVERIFY(plot->m_rubberBand.isHidden());
         QVERIFY(!plot->m_selecting);
         QCOMPARE(plot->rectangles.size(), band ? 1 : 0);
@@ -139,43 +125,43 @@ private Q_SLOTS:
     {
         plot->m_actRectangle->trigger();
         const QPoint from = plot->middle();
-        hand->press(from);
+        mouse->press(from);
         QVERIFY(plot->m_selecting && plot->m_rubberBand.isVisible());
         QCOMPARE(plot->m_selectRect, QRect(from, from - QPoint(1, 1)));
-        hand->move(from + QPoint(30, 20));
+        mouse->move(from + QPoint(30, 20));
         QCOMPARE(plot->m_rubberBand.geometry(), QRect(from, from + QPoint(30, 20)));
         QCOMPARE(plot->m_selectRect, QRect(from, from + QPoint(30, 20)));
-        hand->move(from - QPoint(30, 20));
+        mouse->move(from - QPoint(30, 20));
         QCOMPARE(plot->m_rubberBand.geometry(), QRect(from - QPoint(29, 19), from - QPoint(1, 1)));
         QVERIFY(!plot->wasRefreshed()); // the picture under the band is not drawn again
-        hand->release(from);
+        mouse->release(from);
         QVERIFY(plot->m_rubberBand.isHidden());
     }
 
     void otherReleasesHideTheBandAndKeepTheDrag()
     {
         plot->m_actRectangle->trigger();
-        hand->press(plot->middle());
-        hand->move(plot->middle() + QPoint(30, 20));
+        mouse->press(plot->middle());
+        mouse->move(plot->middle() + QPoint(30, 20));
         for (const auto button : { Qt::RightButton, Qt::MiddleButton }) {
-            hand->release(plot->middle(), button);
+            mouse->release(plot->middle(), button);
             QVERIFY(plot->m_rubberBand.isHidden() && plot->m_selecting);
-            hand->move(plot->middle() + QPoint(31, 20));
+            mouse->move(plot->middle() + QPoint(31, 20));
             QVERIFY(plot->m_rubberBand.isVisible());
         }
-        hand->release(plot->middle());
+        mouse->release(plot->middle());
         QCOMPARE(plot->rectangles.size(), 1);
-        hand->release(plot->middle()); // no second end of the same drag
+        mouse->release(plot->middle()); // no second end of the same drag
         QCOMPARE(plot->rectangles.size(), 1);
     }
 
     void rectangleOfAnEmptyGraph()
     {
         plot->m_actRectangle->trigger();
-        hand->press(plot->middle());
-        hand->move(plot->middle() + QPoint(30, 20));
+        mouse->press(plot->middle());
+        mouse->move(plot->middle() + QPoint(30, 20));
         plot->m_graphRect = QRect(); // as after a resize to nothing
-        hand->release(plot->middle());
+        mouse->release(plot->middle());
         QVERIFY(plot->rectangles.isEmpty());
         QCOMPARE(plot->ranges(), untouched);
     }
@@ -185,25 +171,25 @@ private Q_SLOTS:
         plot->m_actMove->trigger();
         const double w = plot->m_graphRect.width();
         const double h = plot->m_graphRect.height();
-        hand->press(plot->middle());
-        hand->move(plot->middle() + QPoint(30, -20));
+        mouse->press(plot->middle());
+        mouse->move(plot->middle() + QPoint(30, -20));
         QCOMPARE(plot->m_minX, -30 * 1000.0 / w);
         QCOMPARE(plot->m_maxX, 1000.0 - 30 * 1000.0 / w);
         QCOMPARE(plot->m_minY, -20 * 100.0 / h);
         QCOMPARE(plot->m_maxY, 100.0 - 20 * 100.0 / h);
         QCOMPARE(plot->m_lastPos, plot->middle() + QPoint(30, -20));
         QVERIFY(!plot->m_autoScaleX && !plot->m_autoScaleY);
-        hand->move(plot->middle());
+        mouse->move(plot->middle());
         QVERIFY(std::abs(plot->m_minX) < 1e-9 && std::abs(plot->m_maxY - 100.0) < 1e-9);
-        hand->release(plot->middle());
+        mouse->release(plot->middle());
         QVERIFY(!plot->m_selecting);
     }
 
     void moveSidewaysLeavesTheYAxis()
     {
         plot->m_actMove->trigger();
-        hand->press(plot->middle());
-        hand->move(plot->middle() + QPoint(30, 0));
+        mouse->press(plot->middle());
+        mouse->move(plot->middle() + QPoint(30, 0));
         QCOMPARE(plot->m_minY, 0.0);
         QCOMPARE(plot->m_maxY, 100.0);
         QVERIFY(plot->m_minX < 0.0);
@@ -213,50 +199,46 @@ private Q_SLOTS:
     void moveShowsAClosedHand()
     {
         plot->m_actMove->trigger();
-        hand->press(plot->middle());
+        mouse->press(plot->middle());
         QCOMPARE(plot->cursor().shape(), Qt::ClosedHandCursor);
-        hand->release(plot->middle());
+        mouse->release(plot->middle());
         QCOMPARE(plot->cursor().shape(), Qt::OpenHandCursor);
     }
 
     void moveRedrawsAtEveryStep()
     {
         plot->m_actMove->trigger();
-        hand->press(plot->middle());
+        mouse->press(plot->middle());
         for (int i = 1; i < 5; ++i) {
-            hand->move(plot->middle() + QPoint(i, i));
+            mouse->move(plot->middle() + QPoint(i, i));
             QVERIFY(plot->wasRefreshed());
         }
-        hand->move(plot->middle() + QPoint(4, 4)); // the same place
+        mouse->move(plot->middle() + QPoint(4, 4)); // the same place
         QVERIFY(!plot->wasRefreshed());
     }
 
     void moveWithoutAPressDoesNothing()
     {
         plot->m_actMove->trigger();
-        hand->move(plot->middle());
-        hand->move(plot->middle() + QPoint(30, 0));
+        mouse->move(plot->middle());
+        mouse->move(plot->middle() + QPoint(30, 0));
         QCOMPARE(plot->ranges(), untouched);
-        hand->press(plot->middle());
-        hand->release(plot->middle(), Qt::RightButton);
+        mouse->press(plot->middle());
+        mouse->release(plot->middle(), Qt::RightButton);
         QVERIFY(plot->m_selecting); // only the left release ends it
-        hand->release(plot->middle());
-        hand->move(plot->middle() + QPoint(30, 0));
+        mouse->release(plot->middle());
+        mouse->move(plot->middle() + QPoint(30, 0));
         QCOMPARE(plot->ranges(), untouched);
     }
 
     void moveAcrossAVanishedGraph()
     {
         plot->m_actMove->trigger();
-        hand->press(plot->middle());
+        mouse->press(plot->middle());
         plot->m_graphRect = QRect(); // as after a resize to nothing
-        hand->move(QPoint(100, 100));
+        mouse->move(QPoint(100, 100));
         QCOMPARE(plot->ranges(), untouched);
     }
-
-private:
-    std::unique_ptr<Plot> plot;
-    std::unique_ptr<tarnis::testing::PlotMouse> hand;
 };
 
 QTEST_MAIN(TestXYGraphDrag)

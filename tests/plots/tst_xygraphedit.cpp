@@ -1,6 +1,6 @@
 // The editors of the axis ends: in place on the labels and as dialogs, in both directions.
+#include "plots/shownframe.h"
 #include "support/cases.h"
-#include "support/frameprobe.h"
 #include "support/modalwatchdog.h"
 #include "support/plotmouse.h"
 #include "support/wait.h"
@@ -18,17 +18,9 @@ using namespace tarnis::testing;
 
 namespace {
 
-class Plot : public tarnis::testing::FrameProbe<XYGraphWidget> {
+class Plot : public ShownFrame {
 public:
-    Plot()
-    {
-        m_doubleBuffered = true;
-        init(QStringLiteral("x"), QStringLiteral("y"), 1000.0, 100.0, true, true);
-        resize(500, 400);
-        show();
-        paintNow();
-        m_refreshRequired = false;
-    }
+    Plot() { m_refreshRequired = false; }
 
     void onAutoScaleX(bool checked) override
     {

@@ -1,8 +1,6 @@
 // The mouse tools of the plot frame, driven through the widget as a user does.
 #include "plots/toolframe.h"
 #include "support/cases.h"
-#include "support/frameprobe.h"
-#include "support/plotmouse.h"
 #include "support/wait.h"
 
 #include <QMouseEvent>
@@ -10,24 +8,12 @@
 
 using namespace tarnis::testing;
 
-class TestXYGraphTools : public QObject {
+class TestXYGraphTools : public ToolTest {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init()
-    {
-        plot = std::make_unique<Plot>();
-        hand = std::make_unique<tarnis::testing::PlotMouse>(*plot);
-        QVERIFY(QTest::qWaitForWindowExposed(plot.get()));
-        plot->wasRefreshed();
-        plot->autoScaleCalls = 0;
-    }
-
-    void cleanup()
-    {
-        hand.reset();
-        plot.reset();
-    }
+    void init() { QVERIFY(open()); }
+    void cleanup() { close(); }
 
     void toolsSetModeAndCursor_data()
     {
@@ -42,10 +28,10 @@ private Q_SLOTS:
     {
         QFETCH(QString, tool);
         plot->SetEnableSelectXRangeFeature(true, "X");
-        QVERIFY(hand->pick(tool));
+        QVERIFY(mouse->pick(tool));
         QTEST(plot->m_mode, "mode");
         QTEST(int(plot->cursor().shape()), "cursor");
-        QVERIFY(hand->pick(tool));
+        QVERIFY(mouse->pick(tool));
         QCOMPARE(plot->m_mode, 0);
         QCOMPARE(plot->cursor().shape(), Qt::ArrowCursor);
     }
@@ -103,7 +89,7 @@ private Q_SLOTS:
 
     void menuListsTheActions()
     {
-        hand->press(plot->middle(), Qt::RightButton);
+        mouse->press(plot->middle(), Qt::RightButton);
         auto* menu = plot->findChild<QMenu*>();
         QVERIFY(menu != nullptr && menu->isVisible());
         QCOMPARE(menu->actions(), plot->actions());
@@ -116,37 +102,37 @@ private Q_SLOTS:
 
     void everyRightPressOpensTheMenu()
     {
-        QVERIFY(hand->pick("Show Grid", QPoint(2, 2))); // outside of the graph as well
+        QVERIFY(mouse->pick("Show Grid", QPoint(2, 2))); // outside of the graph as well
         QVERIFY(!plot->m_showGrid);
         plot->m_actZoomIn->trigger();
-        QVERIFY(hand->pick("Show Grid", plot->middle()));
+        QVERIFY(mouse->pick("Show Grid", plot->middle()));
         QCOMPARE(plot->ranges(), untouched);
-        QVERIFY(!hand->pick("Select X Range")); // hidden
+        QVERIFY(!mouse->pick("Select X Range")); // hidden
         plot->addAction("Host's own");
-        QVERIFY(hand->pick("Host's own"));
+        QVERIFY(mouse->pick("Host's own"));
     }
 
     void aPlotWithoutActionsHasNoMenu()
     {
         for (QAction* action : plot->actions())
             plot->removeAction(action);
-        hand->press(plot->middle(), Qt::RightButton);
+        mouse->press(plot->middle(), Qt::RightButton);
         QVERIFY(plot->findChild<QMenu*>() == nullptr);
     }
 
     void menuPicksATool()
     {
-        QVERIFY(hand->pick("Zoom In"));
-        hand->click(plot->middle());
+        QVERIFY(mouse->pick("Zoom In"));
+        mouse->click(plot->middle());
         QVERIFY(plot->m_maxX < 1000.0);
-        QVERIFY(hand->pick("Reset"));
+        QVERIFY(mouse->pick("Reset"));
         QVERIFY(plot->m_autoScaleX && plot->m_autoScaleY);
         QVERIFY(plot->m_actZoomIn->isChecked()); // nothing else changes
     }
 
     void noToolDoesNothing()
     {
-        hand->drag(plot->middle(), plot->middle() + QPoint(40, 30));
+        mouse->drag(plot->middle(), plot->middle() + QPoint(40, 30));
         QCOMPARE(plot->ranges(), untouched);
         QVERIFY(!plot->wasRefreshed() && !plot->m_selecting && plot->rectangles.isEmpty());
     }
@@ -156,11 +142,11 @@ private Q_SLOTS:
         for (QAction* tool : { plot->m_actRectangle, plot->m_actZoomIn, plot->m_actZoomOut, plot->m_actMove }) {
             tool->trigger();
             const QPoint outside = plot->m_graphRect.bottomRight() + QPoint(1, 0);
-            hand->press(outside);
+            mouse->press(outside);
             QVERIFY(!plot->m_selecting && plot->m_rubberBand.isHidden());
-            hand->move(plot->middle());
+            mouse->move(plot->middle());
             QCOMPARE(plot->ranges(), untouched);
-            hand->release(outside);
+            mouse->release(outside);
         }
         QVERIFY(!plot->m_edit);
     }
@@ -169,9 +155,9 @@ private Q_SLOTS:
     {
         plot->m_actMove->trigger();
         for (const QPoint& corner : { plot->m_graphRect.topLeft(), plot->m_graphRect.bottomRight() }) {
-            hand->press(corner);
+            mouse->press(corner);
             QVERIFY(plot->m_selecting);
-            hand->release(corner);
+            mouse->release(corner);
         }
     }
 
@@ -179,8 +165,8 @@ private Q_SLOTS:
     {
         for (QAction* tool : { plot->m_actRectangle, plot->m_actZoomIn, plot->m_actZoomOut, plot->m_actMove }) {
             tool->trigger();
-            hand->press(plot->middle(), Qt::MiddleButton);
-            hand->release(plot->middle(), Qt::MiddleButton);
+            mouse->press(plot->middle(), Qt::MiddleButton);
+            mouse->release(plot->middle(), Qt::MiddleButton);
             QVERIFY(!plot->m_selecting);
         }
         QCOMPARE(plot->ranges(), untouched);
@@ -189,7 +175,7 @@ private Q_SLOTS:
     void pressesGoOnToTheParent()
     {
         plot->m_actZoomIn->trigger();
-        hand->press(plot->middle());
+        mouse->press(plot->middle());
         QVERIFY(!plot->accepted); // QWidget's own handler ignores it
     }
 
@@ -200,7 +186,7 @@ private Q_SLOTS:
         const QPoint point = plot->middle() + QPoint(31, -17);
         const double w = graph.width();
         const double h = graph.height();
-        hand->click(point);
+        mouse->click(point);
         QCOMPARE(plot->m_minX, (point.x() - graph.left()) * 50.0 / w);
         QCOMPARE(plot->m_maxX, 1000.0 - (graph.right() - point.x()) * 50.0 / w);
         QCOMPARE(plot->m_minY, (graph.bottom() - point.y()) * 5.0 / h);
@@ -212,7 +198,7 @@ private Q_SLOTS:
     void zoomInAtTheLeftEdgeKeepsTheMinimum()
     {
         plot->m_actZoomIn->trigger();
-        hand->click(QPoint(plot->m_graphRect.left(), plot->m_graphRect.bottom()));
+        mouse->click(QPoint(plot->m_graphRect.left(), plot->m_graphRect.bottom()));
         QCOMPARE(plot->m_minX, 0.0);
         QCOMPARE(plot->m_minY, 0.0);
         QVERIFY(plot->m_maxX > 950.0 && plot->m_maxX < 950.0 + 50.0 * 2 / plot->m_graphRect.width());
@@ -222,7 +208,7 @@ private Q_SLOTS:
     {
         plot->setMinMaxX(1000.0, 0.0);
         plot->m_actZoomIn->trigger();
-        hand->click(plot->middle());
+        mouse->click(plot->middle());
         QCOMPARE(plot->m_minX, 1000.0);
         QCOMPARE(plot->m_maxX, 0.0);
         QVERIFY(plot->m_maxY < 100.0);
@@ -236,7 +222,7 @@ private Q_SLOTS:
         const QPoint point = plot->middle() + QPoint(31, -17);
         const double w = graph.width();
         const double h = graph.height();
-        hand->click(point);
+        mouse->click(point);
         const double minX = -1000.0 * 0.05 * (point.x() - graph.left()) / w;
         const double minY = -100.0 * 0.05 * (graph.bottom() - point.y()) / h;
         QCOMPARE(plot->m_minX, minX);
@@ -252,7 +238,7 @@ private Q_SLOTS:
             plot->onReset();
             plot->autoScaleCalls = 0;
             tool->trigger();
-            hand->click(plot->middle());
+            mouse->click(plot->middle());
             QVERIFY(!plot->m_autoScaleX && !plot->m_autoScaleY);
             QVERIFY(!plot->m_actAutoScaleX->isChecked() && !plot->m_actAutoScaleY->isChecked());
             QCOMPARE(plot->autoScaleCalls, 1); // through the action
@@ -263,11 +249,11 @@ private Q_SLOTS:
     {
         plot->m_actZoomOut->trigger();
         for (int i = 0; i < 20000; ++i)
-            hand->press(plot->middle());
+            mouse->press(plot->middle());
         QVERIFY(plot->m_minX < -1e300);
         plot->paintNow();
         plot->m_actZoomIn->trigger();
-        hand->click(plot->middle()); // for any remaining range
+        mouse->click(plot->middle()); // for any remaining range
         plot->paintNow();
     }
 
@@ -277,16 +263,16 @@ private Q_SLOTS:
         const QPoint from(25, 100);
         plot->m_graphRect = narrow;
         plot->m_actMove->trigger();
-        hand->press(from);
-        hand->move(from + QPoint(0, 20));
-        hand->release(from + QPoint(0, 20));
+        mouse->press(from);
+        mouse->move(from + QPoint(0, 20));
+        mouse->release(from + QPoint(0, 20));
         QCOMPARE(plot->m_minY, 20 * 100.0 / 139);
         QVERIFY(!plot->m_autoScaleY);
 
         plot->setMinMaxY(0.0, 100.0);
         plot->m_graphRect = narrow;
         plot->m_actRectangle->trigger();
-        hand->drag(from, from + QPoint(2, 20));
+        mouse->drag(from, from + QPoint(2, 20));
         QCOMPARE(plot->rectangles.size(), 1);
     }
 
@@ -298,10 +284,6 @@ private Q_SLOTS:
         QCoreApplication::sendEvent(plot.get(), &press);
         QCOMPARE(plot->m_lastPos, plot->middle() + QPoint(1, 0));
     }
-
-private:
-    std::unique_ptr<Plot> plot;
-    std::unique_ptr<tarnis::testing::PlotMouse> hand;
 };
 
 QTEST_MAIN(TestXYGraphTools)

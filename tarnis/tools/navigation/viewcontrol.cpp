@@ -111,6 +111,14 @@ bool ViewControl::isAuto(Qt::Orientation axis) const
     return axis == Qt::Horizontal ? PlotAccess::isAutoX(m_plot) : PlotAccess::isAutoY(m_plot);
 }
 
+/// Draws the plot, and the cuts of a map, in the new view.
+void ViewControl::redraw()
+{
+    m_plot.refreshPixmap();
+    if (XY2DGraphWidget* image = map(); image != nullptr && PlotAccess::isCutOn(*image))
+        image->refresh1dCut(true);
+}
+
 void ViewControl::show(Qt::Orientation axis, AxisRange range)
 {
     if (axis == Qt::Horizontal) {
@@ -122,9 +130,7 @@ void ViewControl::show(Qt::Orientation axis, AxisRange range)
             m_plot.onAutoScaleY(false);
         m_plot.setMinMaxY(range.min, range.max);
     }
-    m_plot.refreshPixmap();
-    if (XY2DGraphWidget* image = map(); image != nullptr && PlotAccess::isCutOn(*image))
-        image->refresh1dCut(true);
+    redraw();
 }
 
 void ViewControl::fit(Qt::Orientation axis)
@@ -133,9 +139,7 @@ void ViewControl::fit(Qt::Orientation axis)
         m_plot.onAutoScaleX(true);
     else
         m_plot.onAutoScaleY(true);
-    m_plot.refreshPixmap();
-    if (XY2DGraphWidget* image = map(); image != nullptr && PlotAccess::isCutOn(*image))
-        image->refresh1dCut(true);
+    redraw();
 }
 
 AxisRange ViewControl::extentX() const

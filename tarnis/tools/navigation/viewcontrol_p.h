@@ -60,6 +60,7 @@ public:
 private:
     void zoomBy(Qt::Orientation axis, double factor, ZoomAnchor anchor);
     void panBy(Qt::Orientation axis, double share);
+    void redraw();
     AxisRange extentX() const;
     AxisRange extentY() const;
 
