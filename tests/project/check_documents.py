@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
 """The documents' code is the code that is compiled, their tables name files that exist, their links lead somewhere, every
-folder with sources has a README, and docs/api.md names every exported class.
+folder with sources has a README that says where to start and names files that exist, and docs/api.md names every exported
+class.
 
 usage: check_documents.py ROOT
        check_documents.py ROOT --write DOCUMENT FOLDER   writes the files that the document shows into the folder
@@ -19,7 +20,8 @@ LINK = re.compile(r"!?\[[^\]]*\]\(([^)#:]+)\)")
 SCRIPT = re.compile(r"(?<!\S)(script/\w+)")
 EXPORTED = re.compile(r"^(?:class|struct) TARNIS_\w*EXPORT (\w+)", re.MULTILINE)
 OPTION = re.compile(r"-D(TARNIS_\w+)")
-ROOMS = ("apps", "benchmarks", "fuzz", "tarnis", "tests")
+SOURCE = re.compile(r"`([\w./]+\.(?:h|cpp|c|py|sh|ui))`")
+ROOMS = ("apps", "benchmarks", "examples", "fuzz", "tarnis", "tests")
 SOURCES = {".c", ".cpp", ".h", ".py"}
 KINDS = {"", "cpp", "cmake", "sh", "transcript", "recipe"}  # without one: output
 
@@ -54,8 +56,18 @@ def rooms(root):
     """Faults of the folders: a stranger finds a README wherever there are sources."""
     folders = {path.parent for room in ROOMS for path in (root / room).rglob("*") if path.suffix in SOURCES}
     for folder in sorted({root / room for room in ROOMS} | folders):
-        if not (folder / "README.md").exists():
+        readme = folder / "README.md"
+        if folder.parent == root / "examples":
+            continue  # a program each, in the README above
+        if not readme.exists():
             yield f"{folder.relative_to(root)}: no README.md"
+            continue
+        text = readme.read_text(encoding="utf-8")
+        if "Start reading" not in text:
+            yield f"{readme.relative_to(root)}: does not say where to start reading"
+        for name in SOURCE.findall(text):
+            if not any((base / name).exists() for base in (folder, root)) and not list(folder.rglob(name)):
+                yield f"{readme.relative_to(root)}: no {name}"
 
 
 def reference(root):
