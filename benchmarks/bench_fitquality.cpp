@@ -200,8 +200,8 @@ void addUnexpectedPeak(int which, Window& window, std::vector<double>& means, do
     } else {
         addPeak(means, PeakShape::Gaussian, window.area, window.centre, { sigma });
         for (std::size_t i = 0; i < windowBins; ++i)
-            means[i] +=
-                0.02 * window.area / sigma * 0.5 * std::erfc((static_cast<double>(i) - window.centre) / sigma / std::sqrt(2.0));
+            means[i] += 0.02 * window.area / sigma * 0.5
+                * std::erfc((static_cast<double>(i) - window.centre) / sigma / std::sqrt(2.0));
         window.description += ", step";
     }
 }

@@ -155,7 +155,7 @@ struct Sizes {
     int mapBins;
 };
 
-/// Histograms of other sizes than the program asked for.
+/// Histograms of other sizes than the program requested.
 void otherSizes(benchmark::State& state, const Sizes& sizes)
 {
     const Script curves { histogram(sizes.curves, sizes.curveBins, QString("OK: (0 1 %1)\n").arg(sizes.curveBins)) };

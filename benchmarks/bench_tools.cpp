@@ -106,7 +106,7 @@ std::unique_ptr<XYGraphWidget> map()
 
 void settle(XYGraphWidget& plot)
 {
-    for (int i = 0; i < 3; ++i) { // the colour bar asks for its width while it is painted
+    for (int i = 0; i < 3; ++i) { // the colour bar requests its width while it is painted
         QCoreApplication::processEvents();
         plot.repaint();
     }

@@ -84,7 +84,7 @@ const Command sendCommand {
     .synopsis = "[--server HOST:PORT | --local PROGRAM] [--prompt TEXT] [--timeout S] COMMAND...",
     .summary = "sends commands to the server and prints its replies",
     .description =
-        "The words are one command: 'tarnis send setting rate:100'. If the first one is quoted and holds a blank,\n"
+        "The words are one command: 'tarnis send setting rate:100'. If the first one is quoted and contains a space,\n"
         "each word is a command of its own: 'tarnis send \"setting rate:100\" start'. The word - reads commands from\n"
         "standard input, one on each line. The first refusal ends it. Of a reply with binary data the text is\n"
         "printed; 'tarnis hist' and 'tarnis get' save the data.",

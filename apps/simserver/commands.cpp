@@ -120,14 +120,14 @@ Reply answerLine(Simulation& simulation, const QByteArray& bytes)
         return Reply(); // an empty line is answered by a prompt
     if (std::any_of(line.begin(), line.end(), isControl))
         return Reply::refusal(QStringLiteral("the command contains a control character"));
-    const qsizetype blank = line.indexOf(QLatin1Char(' '));
-    const QString name = blank < 0 ? line : line.left(blank);
+    const qsizetype space = line.indexOf(QLatin1Char(' '));
+    const QString name = space < 0 ? line : line.left(space);
     const Command* const command = findCommand(name);
     if ((command == nullptr || command->function != faultCommand) && simulation.fault().refuses())
         return refusedOnDemand(command);
     if (command == nullptr || command->function == nullptr)
         return unknownCommand(name);
-    return command->function(simulation, blank < 0 ? QString() : line.mid(blank + 1).trimmed());
+    return command->function(simulation, space < 0 ? QString() : line.mid(space + 1).trimmed());
 }
 
 } // namespace
@@ -156,7 +156,7 @@ QByteArray greetingText()
 
 QString unexpected(const QString& arguments)
 {
-    return QStringLiteral("unexpected '%1': the command stands alone").arg(shown(arguments));
+    return QStringLiteral("unexpected '%1': the command has no arguments").arg(shown(arguments));
 }
 
 } // namespace simserver

@@ -76,7 +76,7 @@ QString readRows(const QStringList& words, const Histogram1D& histogram, RowRequ
     if (error.isEmpty() && words.size() == 2)
         error = readRow(words[1], histogram, request.last);
     if (error.isEmpty() && request.last < request.first)
-        error = QStringLiteral("the last row stands before the first");
+        error = QStringLiteral("the last row is before the first");
     return error;
 }
 

@@ -132,7 +132,7 @@ void XY2DGraphWidget::Regions::makeWindow()
     layout->addWidget(view, 0, 0);
 }
 
-/// The list in the window keeps the range that it was made with: a new range takes a new list.
+/// The list in the window keeps its first range: a new range needs a new list.
 void XY2DGraphWidget::Regions::renewWindow()
 {
     const ViewSelectedROI* old = m_plot.GetViewSelectedROI();

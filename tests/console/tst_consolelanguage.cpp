@@ -197,7 +197,7 @@ private Q_SLOTS:
         QTest::newRow("no such language") << QStringList { "--language", "ja" } << QString()
                                           << QStringLiteral("there is no language 'ja'; en and de are there");
         QTest::newRow("with a tour") << QStringList { "--language", "de", "--tour",
-            "x" } << QString() << QStringLiteral("--language and --tour exclude each other: the tour speaks English");
+            "x" } << QString() << QStringLiteral("--language and --tour exclude each other: the tour is in English");
     }
     void readsTheLanguageOption()
     {

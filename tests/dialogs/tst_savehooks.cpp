@@ -190,7 +190,8 @@ private Q_SLOTS:
         check(table, ".csv", [](const QByteArray& bytes) { return bytes.count("value\n") == 1000; });
     }
 
-    void printsAPageCompletelyOrReports_data() { addSaveTroubles(SaveTrouble::SlashInName); } // the printer's dialog refuses it
+    // The printer's dialog refuses a slash in the name.
+    void printsAPageCompletelyOrReports_data() { addSaveTroubles(SaveTrouble::SlashInName); }
     void printsAPageCompletelyOrReports()
     {
         QFETCH(SaveTrouble, trouble);

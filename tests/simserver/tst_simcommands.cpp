@@ -30,13 +30,13 @@ private Q_SLOTS:
         row("control character", "sta\x01t", "the command contains a control character");
         row("zero byte", QByteArray("stat\0x", 6), "the command contains a control character");
         row("help on nothing known", "help me", "unknown command 'me'; help lists the commands");
-        row("stat with more", "stat all", "unexpected 'all': the command stands alone");
-        row("savesetting with more", "savesetting x", "unexpected 'x': the command stands alone");
-        row("start with more", "start x", "unexpected 'x': the command stands alone");
-        row("stop with more", "stop x", "unexpected 'x': the command stands alone");
-        row("clear with more", "clear x", "unexpected 'x': the command stands alone");
-        row("hists with more", "hists x", "unexpected 'x': the command stands alone");
-        row("pwd with more", "pwd x", "unexpected 'x': the command stands alone");
+        row("stat with more", "stat all", "unexpected 'all': the command has no arguments");
+        row("savesetting with more", "savesetting x", "unexpected 'x': the command has no arguments");
+        row("start with more", "start x", "unexpected 'x': the command has no arguments");
+        row("stop with more", "stop x", "unexpected 'x': the command has no arguments");
+        row("clear with more", "clear x", "unexpected 'x': the command has no arguments");
+        row("hists with more", "hists x", "unexpected 'x': the command has no arguments");
+        row("pwd with more", "pwd x", "unexpected 'x': the command has no arguments");
         row("stop without a run", "stop", "no run is under way");
 
         row("setting without a value", "setting rate", "'rate' is not of the form key:value");
@@ -72,7 +72,7 @@ private Q_SLOTS:
         row("row beyond the last", "hist1d time 8", "no row 8: 'time' has rows 0 to 7");
         row("last row beyond the last", "hist1d time 0 8", "no row 8: 'time' has rows 0 to 7");
         row("negative row", "hist1d time -1", "no row -1: 'time' has rows 0 to 7");
-        row("rows reversed", "hist1d time 3 2", "the last row stands before the first");
+        row("rows reversed", "hist1d time 3 2", "the last row is before the first");
         row("three rows", "hist1d time 1 2 3", "unexpected '3'");
         row("two rows with pairs", "hist1d time 1 2 pairs", "unexpected '2'");
         row("all without pairs", "hist1d time all", "'all' is not a row");
@@ -89,7 +89,7 @@ private Q_SLOTS:
         row("broadcast alone", "broadcast", "a module command is missing: stat, setting or reset");
         row("unknown module command", "broadcast dance",
             "unknown module command 'dance': stat, setting and reset are known");
-        row("module stat with more", "broadcast stat x", "unexpected 'x': the command stands alone");
+        row("module stat with more", "broadcast stat x", "unexpected 'x': the command has no arguments");
         row("unknown module setting", "broadcast setting colour:red",
             "unknown module setting 'colour': enabled and threshold are known");
         row("threshold beyond the range", "broadcast setting threshold:1024",

@@ -13,8 +13,8 @@
 
 namespace tarnis::testing {
 
-/// Presses the given button of each message box that comes up while it lives, and keeps what the box showed. Lists have
-/// an entry for each box, in order.
+/// Presses the given button of each message box that appears during its lifetime, and records what the box showed.
+/// Lists have an entry for each box, in order.
 class MessageBoxWatcher : public QObject {
 public:
     explicit MessageBoxWatcher(QMessageBox::StandardButton answer = QMessageBox::Ok)

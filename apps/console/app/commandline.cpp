@@ -180,7 +180,7 @@ QString readOptions(const QCommandLineParser& parser, Options& options)
     if (!options.language.isEmpty() && !hasLanguage(options.language))
         return QStringLiteral("there is no language '%1'; en and de are there").arg(options.language);
     if (parser.isSet(QStringLiteral("language")) && parser.isSet(QStringLiteral("tour")))
-        return QStringLiteral("--language and --tour exclude each other: the tour speaks English");
+        return QStringLiteral("--language and --tour exclude each other: the tour is in English");
     options.logFile = parser.value(QStringLiteral("log"));
     options.tourDirectory = parser.value(QStringLiteral("tour"));
     return {};

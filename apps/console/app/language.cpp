@@ -70,8 +70,8 @@ bool setLanguage(const QString& code)
         return false;
     makeCataloguesAvailable();
     const QLocale locale = code.isEmpty() ? QLocale::system() : QLocale(code);
-    QLocale::setDefault(locale); // number formats must match the language The texts of Qt's own boxes and buttons, if
-                                 // installed. The last installed translator is searched first.
+    QLocale::setDefault(locale); // number formats must match the language
+    // The texts of Qt's own boxes and buttons, if installed. The last installed translator is searched first.
     install(QStringLiteral("qtbase"), QLibraryInfo::path(QLibraryInfo::TranslationsPath), locale);
     installOwn(locale);
     tarnis::setLanguage(locale);

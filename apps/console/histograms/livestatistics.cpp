@@ -1,7 +1,7 @@
 // The table of statistics of livewindows.h.
 #include "histograms/livewindows.h"
 
-#include "app/availability.h"
+#include "app/controlhelp.h"
 #include "server/servercontroller.h"
 #include "windows/window.h"
 
@@ -52,7 +52,7 @@ void LiveStatistics::result(PTarnisCmd command, QByteArray const& payload)
 void LiveStatistics::updateSaveButton()
 {
     if (const auto* const buttons = findChild<QDialogButtonBox*>())
-        setAvailable(
+        setEnabledWithHelp(
             buttons->button(QDialogButtonBox::Save), table()->rowCount() > 0, tr("Save to a file"), tr("No data yet"));
 }
 

@@ -149,7 +149,7 @@ void PlotThemeMenu::setTexts()
     const std::array tips { tr("Light or dark plots, like the console's windows"), tr("Plots on white"),
         tr("Plots on dark grey"), tr("Plots in black on white, for paper"),
         tr("Plots on black with thick lines and large contrast"),
-        tr("Plots on black in a grey frame, the original theme") };
+        tr("Plots on black in a grey frame, the original look") };
     const QList<QAction*> choices = actions();
     for (qsizetype i = 0; i < choices.size(); ++i) {
         choices.at(i)->setText(texts.at(static_cast<std::size_t>(i)));

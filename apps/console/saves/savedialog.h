@@ -1,4 +1,4 @@
-// Asks for the name of a file to save.
+// Lets the user enter the name of a file to save.
 #pragma once
 
 #include <QFileDialog>

@@ -166,7 +166,7 @@ void UiDriver::act(const std::function<void()>& action)
     loop.exec();
     checkInterruption();
     if (!left.isEmpty())
-        throw TourFailure(QStringLiteral("%1 came and nobody expected it").arg(left));
+        throw TourFailure(QStringLiteral("%1 was not expected").arg(left));
 }
 
 void UiDriver::close(QWidget& window)
@@ -197,7 +197,7 @@ void UiDriver::click(QWidget& control)
 {
     expect(control.isVisible(), QStringLiteral("%1 is on show").arg(control.objectName()));
     expect(control.isEnabled(),
-        QStringLiteral("%1 can be pressed (it says: %2)").arg(control.objectName(), control.toolTip()));
+        QStringLiteral("%1 can be pressed (tool tip: %2)").arg(control.objectName(), control.toolTip()));
     if (control.focusPolicy() & Qt::ClickFocus)
         control.setFocus(Qt::MouseFocusReason);
     // Check boxes react only on their indicator and text, at the left.
@@ -283,7 +283,7 @@ void UiDriver::choose(QWidget& window, const char* actionName)
 {
     auto& action = find<QAction>(window, actionName);
     expect(action.isEnabled(),
-        QStringLiteral("%1 can be chosen (it says: %2)").arg(QLatin1String(actionName), action.toolTip()));
+        QStringLiteral("%1 can be chosen (tool tip: %2)").arg(QLatin1String(actionName), action.toolTip()));
     act([&] { action.trigger(); });
 }
 
@@ -436,7 +436,7 @@ void UiDriver::saveScreenshot(const QImage& image, const QString& name)
 
 void UiDriver::checkInterruption()
 {
-    expect(!m_isInterrupted, QStringLiteral("nobody interrupts the tour"));
+    expect(!m_isInterrupted, QStringLiteral("the tour is not interrupted"));
 }
 
 } // namespace console
