@@ -26,7 +26,7 @@ QString faultOf(const std::vector<CalibrationPoint>& points, double lower, doubl
     const std::size_t needed = static_cast<std::size_t>(degree == 0 ? 3 : degree + 2);
     if (points.size() < needed)
         return sentence(QT_TRANSLATE_NOOP("tarnis::EnergyCalibration",
-                            "%1 lines were assigned; a calibration needs %2, so that one is left as a check."))
+                            "Assigned lines: %1. A calibration needs %2, so that one is left as a check."))
             .arg(points.size())
             .arg(needed);
     if (!std::isfinite(lower) || !std::isfinite(upper) || !(lower < upper))

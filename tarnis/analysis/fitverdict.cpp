@@ -70,7 +70,8 @@ void Verdict::judgeConvergence()
         against(sentence(QT_TRANSLATE_NOOP("tarnis::SpectrumFit", "The fit did not converge.")));
     if (m_result.points < m_result.free + 3)
         against(
-            sentence(QT_TRANSLATE_NOOP("tarnis::SpectrumFit", "The range has %1 bins, too few for %2 free parameters."))
+            sentence(QT_TRANSLATE_NOOP("tarnis::SpectrumFit",
+                         "The number of bins of the range, %1, is too small for the number of free parameters, %2."))
                 .arg(m_result.points)
                 .arg(m_result.free));
 }

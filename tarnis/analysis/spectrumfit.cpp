@@ -236,8 +236,8 @@ bool SpectrumFitter::minimiseFrom(const std::vector<double>& centres, const Firs
     VariableMap map =
         variablesFor(*m_problem, startValues(centres, first), m_result.options.statistic, m_result.areCounts, fault);
     if (fault.isEmpty() && static_cast<int>(map.variables.size()) > m_result.points)
-        fault = sentence(
-            QT_TRANSLATE_NOOP("tarnis::SpectrumFit", "The range has %1 bins, fewer than the %2 free parameters."))
+        fault = sentence(QT_TRANSLATE_NOOP("tarnis::SpectrumFit",
+                             "The number of bins of the range, %1, is below the number of free parameters, %2."))
                     .arg(m_result.points)
                     .arg(map.variables.size());
     if (!fault.isEmpty()) {

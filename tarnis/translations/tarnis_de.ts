@@ -739,7 +739,7 @@
     </message>
     <message>
         <source>First Bin</source>
-        <translation>Erstes Bin</translation>
+        <translation>Erster Bin</translation>
     </message>
     <message>
         <source>Curve Only</source>
@@ -918,8 +918,8 @@
         <translation>Laden...</translation>
     </message>
     <message>
-        <source>%1 lines. Press &quot;Calibrate&quot; to find them in the plot.</source>
-        <translation>%1 Linien. „Kalibrieren“ sucht sie im Plot.</translation>
+        <source>Lines: %1. Press &quot;Calibrate&quot; to find them in the plot.</source>
+        <translation>Linien: %1. „Kalibrieren“ sucht sie im Plot.</translation>
     </message>
     <message>
         <source>There is no calibration to save.</source>
@@ -1251,8 +1251,8 @@
         <translation>Der Grad einer Kalibrierung ist 1 oder 2.</translation>
     </message>
     <message>
-        <source>%1 lines were assigned; a calibration needs %2, so that one is left as a check.</source>
-        <translation>%1 Linien wurden zugeordnet; eine Kalibrierung braucht %2, damit eine zur Kontrolle bleibt.</translation>
+        <source>Assigned lines: %1. A calibration needs %2, so that one is left as a check.</source>
+        <translation>Zugeordnete Linien: %1. Eine Kalibrierung braucht %2, damit eine zur Kontrolle bleibt.</translation>
     </message>
     <message>
         <source>The limits of the axis must be finite and increase.</source>
@@ -1718,7 +1718,7 @@ Gezeigt ist das Ergebnis von %2.</translation>
     </message>
     <message>
         <source>The range contains no bin of the data.</source>
-        <translation>Der Bereich enthält keinen Kanal der Daten.</translation>
+        <translation>Der Bereich enthält keinen Bin der Daten.</translation>
     </message>
     <message>
         <source>A guess, not fitted yet.</source>
@@ -1734,7 +1734,7 @@ Gezeigt ist das Ergebnis von %2.</translation>
     </message>
     <message>
         <source>%1: %2 for %3 degrees of freedom, %4 bins</source>
-        <translation>%1: %2 bei %3 Freiheitsgraden, %4 Kanäle</translation>
+        <translation>%1: %2 bei %3 Freiheitsgraden, %4 Bins</translation>
     </message>
     <message>
         <source>, %1 standard deviations from the expectation</source>
@@ -2419,7 +2419,7 @@ Gezeigt ist das Ergebnis von %2.</translation>
     </message>
     <message>
         <source>Background at the first bin of the range.</source>
-        <translation>Untergrund im ersten Kanal des Bereichs.</translation>
+        <translation>Untergrund im ersten Bin des Bereichs.</translation>
     </message>
     <message>
         <source>Background, right</source>
@@ -2427,7 +2427,7 @@ Gezeigt ist das Ergebnis von %2.</translation>
     </message>
     <message>
         <source>Background at the last bin of the range.</source>
-        <translation>Untergrund im letzten Kanal des Bereichs.</translation>
+        <translation>Untergrund im letzten Bin des Bereichs.</translation>
     </message>
     <message>
         <source>Energy</source>
@@ -2515,8 +2515,8 @@ Gezeigt ist das Ergebnis von %2.</translation>
         <translation>Suche läuft...</translation>
     </message>
     <message>
-        <source>%1 peaks, %2 of them in acceptable fits.</source>
-        <translation>%1 Peaks, davon %2 in annehmbaren Anpassungen.</translation>
+        <source>Peaks: %1. In acceptable fits: %2.</source>
+        <translation>Peaks: %1. In annehmbaren Anpassungen: %2.</translation>
     </message>
     <message>
         <source>The curve that is searched</source>
@@ -2524,7 +2524,7 @@ Gezeigt ist das Ergebnis von %2.</translation>
     </message>
     <message>
         <source>The visible range contains no bin of the data.</source>
-        <translation>Der sichtbare Bereich enthält keinen Kanal der Daten.</translation>
+        <translation>Der sichtbare Bereich enthält keinen Bin der Daten.</translation>
     </message>
     <message>
         <source>Press &quot;Find and Fit&quot; to list the peaks of the curve.</source>
@@ -2578,7 +2578,7 @@ Gezeigt ist das Ergebnis von %2.</translation>
     </message>
     <message>
         <source>No peak is strong enough to measure its width; the search finds peaks up to %1 bins wide. Fit the range of a peak instead.</source>
-        <translation>Kein Peak ist stark genug, um seine Breite zu messen; die Suche findet Peaks bis zu einer Breite von %1 Kanälen. Passen Sie stattdessen den Bereich eines Peaks an.</translation>
+        <translation>Kein Peak ist stark genug, um seine Breite zu messen; die Suche findet Peaks bis zu einer Breite von %1 Bins. Passen Sie stattdessen den Bereich eines Peaks an.</translation>
     </message>
 </context>
 <context>
@@ -2659,7 +2659,7 @@ Gezeigt ist das Ergebnis von %2.</translation>
     </message>
     <message>
         <source>%1 [%2, %3) bin %4</source>
-        <translation>%1 [%2, %3) Kanal %4</translation>
+        <translation>%1 [%2, %3) Bin %4</translation>
     </message>
     <message>
         <source>Values Under the Pointer</source>
@@ -2736,8 +2736,8 @@ Gezeigt ist das Ergebnis von %2.</translation>
         <translation>%1 von %2 Kurven mit %3 Bins</translation>
     </message>
     <message>
-        <source>Curve with %1 bins</source>
-        <translation>Kurve mit %1 Bins</translation>
+        <source>Curve, number of bins: %1</source>
+        <translation>Kurve, Anzahl der Bins: %1</translation>
     </message>
     <message>
         <source>&amp;Left End of the Axis...</source>
@@ -3221,7 +3221,7 @@ Gezeigt ist das Ergebnis von %2.</translation>
     </message>
     <message>
         <source>Side bins:</source>
-        <translation>Seitenkanäle:</translation>
+        <translation>Seitenbins:</translation>
     </message>
     <message>
         <source>Width of the frame around a region that carries its background</source>
@@ -3229,7 +3229,7 @@ Gezeigt ist das Ergebnis von %2.</translation>
     </message>
     <message>
         <source>Bins on either side of a region that carry its background; 0: no net areas</source>
-        <translation>Kanäle zu beiden Seiten eines Bereichs, die seinen Untergrund liefern; 0: keine Nettoflächen</translation>
+        <translation>Bins zu beiden Seiten eines Bereichs, die seinen Untergrund liefern; 0: keine Nettoflächen</translation>
     </message>
     <message>
         <source>Since here</source>
@@ -3304,7 +3304,7 @@ Gezeigt ist das Ergebnis von %2.</translation>
     </message>
     <message>
         <source>Bins</source>
-        <translation>Kanäle</translation>
+        <translation>Bins</translation>
     </message>
     <message>
         <source>Sum</source>
@@ -3557,8 +3557,8 @@ Gezeigt ist das Ergebnis von %2.</translation>
         <translation>Die Anpassung hat nicht konvergiert.</translation>
     </message>
     <message>
-        <source>The range has %1 bins, too few for %2 free parameters.</source>
-        <translation>Der Bereich hat %1 Bins, zu wenige für %2 freie Parameter.</translation>
+        <source>The number of bins of the range, %1, is too small for the number of free parameters, %2.</source>
+        <translation>Die Anzahl der Bins des Bereichs, %1, ist zu klein für die Anzahl der freien Parameter, %2.</translation>
     </message>
     <message>
         <source>The area %1 is at its bound.</source>
@@ -3649,8 +3649,8 @@ Gezeigt ist das Ergebnis von %2.</translation>
         <translation>Die Position %1 liegt außerhalb des Bereichs.</translation>
     </message>
     <message>
-        <source>The range has %1 bins, fewer than the %2 free parameters.</source>
-        <translation>Der Bereich hat %1 Bins, weniger als die %2 freien Parameter.</translation>
+        <source>The number of bins of the range, %1, is below the number of free parameters, %2.</source>
+        <translation>Die Anzahl der Bins des Bereichs, %1, ist kleiner als die Anzahl der freien Parameter, %2.</translation>
     </message>
     <message>
         <source>The range is too short for %1 peaks. Give their positions.</source>

@@ -350,7 +350,7 @@ private Q_SLOTS:
         QCOMPARE(roleOf(host.plot), QAccessible::Chart);
         QCOMPARE(textOf(host.plot, QAccessible::Name), QStringLiteral("Plot: Counts of Today"));
         QCOMPARE(textOf(host.plot, QAccessible::Value), QStringLiteral("Time from 0 to 100, Counts from 0 to 20"));
-        QCOMPARE(textOf(host.plot, QAccessible::Description), QStringLiteral("Curve with 4 bins"));
+        QCOMPARE(textOf(host.plot, QAccessible::Description), QStringLiteral("Curve, number of bins: 4"));
         QVERIFY(textOf(host.plot, QAccessible::Help).contains(QLatin1String("F6")));
         host.plot->setTitle(QStringLiteral("Run 7"));
         host.plot->setLogScaleY(true);

@@ -957,7 +957,7 @@
     </message>
     <message>
         <source>Expected width of a peak, in bins</source>
-        <translation>Erwartete Breite eines Peaks, in Kanälen</translation>
+        <translation>Erwartete Breite eines Peaks, in Bins</translation>
     </message>
     <message>
         <source>Search the visible part of the curve for peaks and fit them</source>
@@ -1089,7 +1089,7 @@
     </message>
     <message>
         <source>The sum of the weighted bins is divided by this number</source>
-        <translation>Die Summe der gewichteten Kanäle wird durch diese Zahl geteilt</translation>
+        <translation>Die Summe der gewichteten Bins wird durch diese Zahl geteilt</translation>
     </message>
     <message>
         <source>Run the action of the alert</source>
@@ -1621,7 +1621,7 @@
     <name>console::HistogramChooser</name>
     <message>
         <source>%1: map of %2 x %3 bins, %4 by %5</source>
-        <translation>%1: Karte aus %2 x %3 Kanälen, %4 gegen %5</translation>
+        <translation>%1: Karte aus %2 x %3 Bins, %4 gegen %5</translation>
     </message>
     <message>
         <source>No reply: %1. Close and open this window to ask again.</source>
@@ -1670,8 +1670,8 @@
     <message numerus="yes">
         <source>%1: %Ln row(s) of %2 bins, %3</source>
         <translation>
-            <numerusform>%1: %Ln Zeile zu %2 Kanälen, %3</numerusform>
-            <numerusform>%1: %Ln Zeilen zu je %2 Kanälen, %3</numerusform>
+            <numerusform>%1: %Ln Zeile zu %2 Bins, %3</numerusform>
+            <numerusform>%1: %Ln Zeilen zu je %2 Bins, %3</numerusform>
         </translation>
     </message>
     <message>
@@ -1884,7 +1884,7 @@
     </message>
     <message>
         <source>The reply is incomplete: its last bin is not shown.</source>
-        <translation>Die Antwort ist unvollständig: ihr letzter Kanal fehlt im Bild.</translation>
+        <translation>Die Antwort ist unvollständig: ihr letzter Bin fehlt im Bild.</translation>
     </message>
 </context>
 <context>
@@ -1895,7 +1895,7 @@
     </message>
     <message>
         <source>The reply contains %1 values for %2 x %3 bins and is not shown.</source>
-        <translation>Die Antwort enthält %1 Werte für %2 x %3 Kanäle und wird nicht gezeigt.</translation>
+        <translation>Die Antwort enthält %1 Werte für %2 x %3 Bins und wird nicht gezeigt.</translation>
     </message>
 </context>
 <context>

@@ -144,7 +144,7 @@ QString PlotKeyboard::description() const
             .arg(longestSeries(series));
     }
     if (const auto* const curve = qobject_cast<VectorGraphWidget*>(plot()))
-        return tr("Curve with %1 bins").arg(PlotAccess::samples(*curve).size());
+        return tr("Curve, number of bins: %1").arg(PlotAccess::samples(*curve).size());
     return {};
 }
 

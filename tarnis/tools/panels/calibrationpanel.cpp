@@ -200,7 +200,7 @@ void CalibrationPanel::setSource(const QString& names)
     }
     m_data->lines = linesOfSource(names);
     m_data->message->setText(m_data->lines.error.isEmpty()
-            ? tr("%1 lines. Press \"Calibrate\" to find them in the plot.").arg(m_data->lines.lines.size())
+            ? tr("Lines: %1. Press \"Calibrate\" to find them in the plot.").arg(m_data->lines.lines.size())
             : m_data->lines.error);
 }
 
@@ -215,7 +215,7 @@ QString CalibrationPanel::loadLines(const QString& path)
         return lines.error;
     m_data->lines = std::move(lines);
     m_data->message->setText(
-        tr("%1 lines. Press \"Calibrate\" to find them in the plot.").arg(m_data->lines.lines.size()));
+        tr("Lines: %1. Press \"Calibrate\" to find them in the plot.").arg(m_data->lines.lines.size()));
     return {};
 }
 

@@ -240,7 +240,7 @@ void PeakPanel::showTable()
         d.table.peaks.begin(), d.table.peaks.end(), [](const TablePeak& peak) { return peak.acceptable; });
     d.message->setText(!d.table.fault.isEmpty() ? d.table.fault
             : !d.hasSearched                    ? tr("Press \"Find and Fit\" to list the peaks of the curve.")
-                             : tr("%1 peaks, %2 of them in acceptable fits.").arg(d.table.peaks.size()).arg(good));
+                             : tr("Peaks: %1. In acceptable fits: %2.").arg(d.table.peaks.size()).arg(good));
 }
 
 void PeakPanel::clear()
